@@ -1,0 +1,19 @@
+# Sanitizers: an interface target that every target of ours links, empty unless ORV_SANITIZE names some.
+#
+#   -DORV_SANITIZE="address;undefined"   as in the presets "asan" and "fuzz"
+
+set(ORV_SANITIZE "" CACHE STRING "Sanitizers to build with, such as \"address;undefined\"")
+
+add_library(orv_sanitizers INTERFACE)
+
+if(ORV_SANITIZE)
+    string(REPLACE ";" "," orv_sanitizer_list "${ORV_SANITIZE}")
+
+    # A finding ends the run with a failure: a report that lets the test pass would be overlooked.
+    set(orv_sanitizer_flags -fsanitize=${orv_sanitizer_list} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(orv_sanitizers INTERFACE ${orv_sanitizer_flags})
+    target_link_options(orv_sanitizers INTERFACE ${orv_sanitizer_flags})
+
+    # Tests that count bytes or seconds ask for this and allow for the sanitizers' own needs.
+    target_compile_definitions(orv_sanitizers INTERFACE ORV_SANITIZED=1)
+endif()

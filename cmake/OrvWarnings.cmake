@@ -1,0 +1,12 @@
+# The warnings of all our own code: an interface target that every target of ours links.
+#
+# Library headers come in as SYSTEM includes, so only our own lines are judged.
+
+option(ORV_WARNINGS_AS_ERRORS "Stop the build at the first compiler warning" OFF)
+
+add_library(orv_warnings INTERFACE)
+target_compile_options(orv_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+
+if(ORV_WARNINGS_AS_ERRORS)
+    target_compile_options(orv_warnings INTERFACE -Werror)
+endif()
