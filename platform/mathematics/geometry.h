@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cmath>
+#include <limits>
+
+/// A point of the plane.
+struct ORVMathPoint2D {
+    double x = 0.0, y = 0.0;
+    friend bool operator==(const ORVMathPoint2D&, const ORVMathPoint2D&) = default;
+};
+
+/// A displacement in the plane.
+struct ORVMathVector2D {
+    double x = 0.0, y = 0.0;
+    friend bool operator==(const ORVMathVector2D&, const ORVMathVector2D&) = default;
+};
+
+/// A 2 x 2 matrix by rows; the identity when not said otherwise. It acts on column vectors.
+struct ORVMath2x2Matrix {
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0;
+    constexpr ORVMath2x2Matrix() = default;
+    constexpr ORVMath2x2Matrix(double a11, double a12, double a21, double a22)
+        : m11(a11), m12(a12), m21(a21), m22(a22) {}
+    friend bool operator==(const ORVMath2x2Matrix&, const ORVMath2x2Matrix&) = default;
+};
+
+/// An affine map: p goes to (m11 x + m12 y + dx, m21 x + m22 y + dy).
+struct ORVMathAffine2D {
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0, dx = 0.0, dy = 0.0;
+
+    ORVMathPoint2D operator()(const ORVMathPoint2D& p) const {
+        return {m11 * p.x + m12 * p.y + dx, m21 * p.x + m22 * p.y + dy};
+    }
+    /// The map that applies `inner` first and then this one.
+    ORVMathAffine2D operator*(const ORVMathAffine2D& inner) const {
+        return {m11 * inner.m11 + m12 * inner.m21,
+                m11 * inner.m12 + m12 * inner.m22,
+                m21 * inner.m11 + m22 * inner.m21,
+                m21 * inner.m12 + m22 * inner.m22,
+                m11 * inner.dx + m12 * inner.dy + dx,
+                m21 * inner.dx + m22 * inner.dy + dy};
+    }
+    double Determinant() const { return m11 * m22 - m12 * m21; }
+    bool IsFinite() const { return std::isfinite(m11 + m12 + m21 + m22 + dx + dy); }
+
+    static constexpr ORVMathAffine2D Translation(double x, double y) { return {1.0, 0.0, 0.0, 1.0, x, y}; }
+    static constexpr ORVMathAffine2D Scaling(double x, double y) { return {x, 0.0, 0.0, y, 0.0, 0.0}; }
+};
+
+/// An axis-parallel box that grows around points; it starts empty. Points that are not finite are left out.
+struct ORVMathBox2D {
+    double xMin = std::numeric_limits<double>::infinity(), xMax = -std::numeric_limits<double>::infinity();
+    double yMin = std::numeric_limits<double>::infinity(), yMax = -std::numeric_limits<double>::infinity();
+
+    bool IsEmpty() const { return !(xMin <= xMax); }
+    void Add(const ORVMathPoint2D& p) {
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) return;
+        xMin = std::fmin(xMin, p.x);
+        xMax = std::fmax(xMax, p.x);
+        yMin = std::fmin(yMin, p.y);
+        yMax = std::fmax(yMax, p.y);
+    }
+};

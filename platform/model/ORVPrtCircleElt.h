@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/mathematics/geometry.h"
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/carried_attributes.h"
+
+/// A circle. A radius of 0 or less draws nothing.
+class ORV_PLATFORM_EXPORT ORVPrtCircleElt final : public ORVPrtGraphicPrimitiveElt,
+                                                  public ORVPrtFilled,
+                                                  public ORVPrtTransformed {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtCircleElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kCircle) {}
+
+    void SetCenter(const ORVMathPoint2D& center) { center_ = center; }
+    const ORVMathPoint2D& GetCenter() const { return center_; }
+    void SetRadius(double radius) { radius_ = radius; }
+    double GetRadius() const { return radius_; }
+
+private:
+    ORVPrtCircleElt(const ORVPrtCircleElt&) = default;
+    ~ORVPrtCircleElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+
+    ORVMathPoint2D center_;
+    double radius_ = 0.0;
+};

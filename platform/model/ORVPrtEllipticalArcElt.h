@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/mathematics/geometry.h"
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/carried_attributes.h"
+
+/// An arc of an ellipse, swept linearly from the start to the end angle (downwards when the start is the
+/// larger). Angles are radians, measured from the ellipse's own first axis, which the slope turns.
+class ORV_PLATFORM_EXPORT ORVPrtEllipticalArcElt final : public ORVPrtGraphicPrimitiveElt,
+                                                         public ORVPrtFilled,
+                                                         public ORVPrtTransformed {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtEllipticalArcElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kEllipticalArc) {}
+
+    void SetCenter(const ORVMathPoint2D& center) { center_ = center; }
+    const ORVMathPoint2D& GetCenter() const { return center_; }
+    void SetHorzRadius(double radius) { horzRadius_ = radius; }
+    double GetHorzRadius() const { return horzRadius_; }
+    void SetVertRadius(double radius) { vertRadius_ = radius; }
+    double GetVertRadius() const { return vertRadius_; }
+    void SetStartAngle(float angle) { startAngle_ = angle; }
+    float GetStartAngle() const { return startAngle_; }
+    void SetEndAngle(float angle) { endAngle_ = angle; }
+    float GetEndAngle() const { return endAngle_; }
+    void SetSlope(float slope) { slope_ = slope; }
+    float GetSlope() const { return slope_; }
+
+private:
+    ORVPrtEllipticalArcElt(const ORVPrtEllipticalArcElt&) = default;
+    ~ORVPrtEllipticalArcElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+
+    ORVMathPoint2D center_;
+    double horzRadius_ = 0.0, vertRadius_ = 0.0;
+    float startAngle_ = 0.0F, endAngle_ = 0.0F, slope_ = 0.0F;
+};

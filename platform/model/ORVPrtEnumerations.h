@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+
+/// How a primitive with an inside is drawn.
+enum ORVPrtDrawStyle : int {
+    kDrawNothing = 0,
+    kDrawStroke = 1,
+    kDrawFill = 2,
+    kDrawFillAndStroke = 3,
+    kDrawUndecided = 4,  ///< drawn as kDrawFillAndStroke
+};
+
+/// One enumeration of the model serves line types, caps and joins.
+enum ORVPrtLineAttribute : int {
+    kLineSolid = 0,
+    kLineUserDash = 7,
+    kCapButt = 10,
+    kCapSquare = 11,
+    kCapRound = 12,
+    kJoinMiter = 13,
+    kJoinRound = 14,
+    kJoinBevel = 15,
+};
+
+enum ORVPrtFillStyle : int { kFillSolid = 1, kFillPattern = 2 };
+enum ORVPrtFillRule : int { kFillNonZero = 0, kFillEvenOdd = 1 };
+
+/// One enumeration of the model serves text weights and anchors. An anchor is kAnchorFirst + 4 h + v with
+/// h = 0 start, 1 middle, 2 end and v = 0 descender line, 1 baseline, 2 half height, 3 ascender line.
+enum ORVPrtTextAttribute : int {
+    kWeightLight = 24,
+    kWeightNormal = 25,
+    kWeightBold = 26,
+    kWeightHeavy = 27,
+    kAnchorFirst = 28,
+    kAnchorStartBaseline = 29,
+    kAnchorLast = 39,
+};
+
+enum ORVPrtWritingMode : int { kLeftToRight = 0, kRightToLeft = 1, kTopToBottom = 2 };
+
+/// What a viewer does with the target of a link.
+enum ORVPrintLinkShow : int { kLinkShowUnset = 0, kLinkShowNew = 1, kLinkShowReplace = 2 };
+
+/// Unit code of a page whose coordinates are in 1/90 inch.
+inline constexpr int kUnitNinetiethInch = 1;

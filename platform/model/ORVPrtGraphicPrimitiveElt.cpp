@@ -1,0 +1,56 @@
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+
+#include "platform/model/ORVPrtPrimitiveBudget.h"
+
+const ORVMetaClass& ORVPrtGraphicPrimitiveElt::MetaClass() {
+    static const ORVMetaClass metaClass("ORVPrtGraphicPrimitiveElt", &ORVBaseObject::MetaClass());
+    return metaClass;
+}
+
+ORVPrtGraphicPrimitiveElt::~ORVPrtGraphicPrimitiveElt() {
+    SetBudget(nullptr);
+}
+
+void ORVPrtGraphicPrimitiveElt::SetBudget(ORVPrtPrimitiveBudget* budget) {
+    if (budget) budget->AddRef();
+    if (budget_) budget_->Release();
+    budget_ = budget;
+}
+
+void ORVPrtGraphicPrimitiveElt::AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& /*child*/) {}
+
+ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyNode() const {
+    if (budget_ && !budget_->Take()) return nullptr;
+    ORVPrtGraphicPrimitiveElt* copy = CopyWithoutChildren();
+    if (!copy) return nullptr;
+    copy->texts_ = texts_;
+    copy->SetBudget(budget_);
+    return copy;
+}
+
+ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::Duplicate() const {
+    ORVRef<ORVPrtGraphicPrimitiveElt> root(CopyNode());
+    if (!root) return nullptr;
+
+    // One frame for every open container: what is copied, its copy, and the next child to copy.
+    struct Frame {
+        const ORVPrtGraphicPrimitiveElt* original;
+        ORVPrtGraphicPrimitiveElt* copy;
+        std::size_t next;
+    };
+    std::vector<Frame> open{{this, root.get(), 0}};
+    while (!open.empty()) {
+        Frame& frame = open.back();
+        const ORVPrtChildList* children = frame.original->GetChildList();
+        if (!children || frame.next == children->size()) {
+            open.pop_back();
+            continue;
+        }
+        const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
+        const ORVRef<ORVPrtGraphicPrimitiveElt> copy(child->CopyNode());
+        if (!copy) return nullptr;
+        frame.copy->AppendDuplicatedChild(*copy);
+        if (child->GetChildList()) open.push_back({child, copy.get(), 0});
+    }
+    return root.Detach();
+}

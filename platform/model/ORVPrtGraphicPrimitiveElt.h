@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVRef.h"
+#include "platform/system/ORVSharedValue.h"
+#include "platform/system/ORVUnicodeString.h"
+
+class ORVPrtPrimitiveBudget;
+class ORVPrtGraphicPrimitiveElt;
+
+/// Children of a primitive, in drawing order. The owner of the list holds a reference to each.
+using ORVPrtChildList = std::vector<ORVPrtGraphicPrimitiveElt*>;
+
+/// The model's own classes, for dispatch without comparing names. A class of another module is kOther.
+enum class ORVPrtKind : std::uint8_t {
+    kOther,
+    kImage,
+    kGroup,
+    kSymbol,
+    kPattern,
+    kClosedFigure,
+    kRegion,
+    kRectangle,
+    kCircle,
+    kEllipse,
+    kEllipticalArc,
+    kLine,
+    kPolyline,
+    kPolygon,
+    kPolyCubicBezier,
+    kPolyQuadraticBezier,
+    kText,
+    kBitmapImage,
+};
+
+/// Base of everything that stands on a page. Coordinates are page units (1/90 inch), y pointing up.
+/// Reference counted; a new primitive has one reference, which its creator releases.
+class ORV_PLATFORM_EXPORT ORVPrtGraphicPrimitiveElt : public ORVBaseObject {
+public:
+    static const ORVMetaClass& MetaClass();
+
+    ORVPrtKind GetKind() const { return kind_; }
+
+    /// Deep copy with one reference; null when memory or the model's budget is spent. Shared children are
+    /// copied once for each place they stand in. Does not recurse.
+    virtual ORVPrtGraphicPrimitiveElt* Duplicate() const;
+
+    void SetID(ORVUnicodeString id) { texts_.Edit().id = std::move(id); }
+    const ORVUnicodeString& GetID() const { return texts_.Get().id; }
+    void SetDescription(ORVUnicodeString description) { texts_.Edit().description = std::move(description); }
+    const ORVUnicodeString& GetDescription() const { return texts_.Get().description; }
+    void SetTitle(ORVUnicodeString title) { texts_.Edit().title = std::move(title); }
+    const ORVUnicodeString& GetTitle() const { return texts_.Get().title; }
+
+    /// Children, null for a class that has none.
+    virtual const ORVPrtChildList* GetChildList() const { return nullptr; }
+
+    /// The budget that this primitive and its duplicates were taken from; null when unlimited.
+    ORVPrtPrimitiveBudget* GetBudget() const { return budget_; }
+    void SetBudget(ORVPrtPrimitiveBudget* budget);
+
+    /// A mark for walks that must visit shared primitives once; means nothing between walks.
+    std::uint32_t GetVisitMark() const { return visitMark_; }
+    void SetVisitMark(std::uint32_t mark) const { visitMark_ = mark; }
+
+protected:
+    explicit ORVPrtGraphicPrimitiveElt(ORVPrtKind kind) : kind_(kind) {}
+    // Identity texts and budget are copied by Duplicate.
+    ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other) : ORVBaseObject(other), kind_(other.kind_) {}
+    ~ORVPrtGraphicPrimitiveElt() override;
+
+    /// A copy of the object without its children and without identity texts and budget; null when memory is spent.
+    virtual ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const = 0;
+    /// Adds a child while a tree is duplicated; only called on classes that have children.
+    virtual void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child);
+
+private:
+    struct Texts {
+        ORVUnicodeString id, description, title;
+        bool operator==(const Texts&) const = default;
+    };
+    ORVPrtGraphicPrimitiveElt* CopyNode() const;
+
+    ORVSharedValue<Texts> texts_;
+    ORVPrtPrimitiveBudget* budget_ = nullptr;
+    mutable std::uint32_t visitMark_ = 0;
+    ORVPrtKind kind_;
+};

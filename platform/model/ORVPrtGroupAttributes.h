@@ -1,0 +1,15 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/model/ORVPrintLinkURI.h"
+
+/// What a group carries besides its children: the target of a link.
+class ORVPrtGroupAttributes {
+public:
+    void SetLinkURI(ORVPrintLinkURI link) { link_ = std::move(link); }
+    const ORVPrintLinkURI& GetLinkURI() const { return link_; }
+
+private:
+    ORVPrintLinkURI link_;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/mathematics/geometry.h"
+#include "platform/model/ORVPrtContainerElt.h"
+#include "platform/system/ORVRef.h"
+
+class ORVPrtColourTable;
+
+/// A page. Its rectangle is origin (lower left corner) and size, in page units with y pointing up.
+class ORV_PLATFORM_EXPORT ORVPrtImageElt final : public ORVPrtContainerElt {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtImageElt();
+
+    void SetOrigin(const ORVMathPoint2D& origin) { origin_ = origin; }
+    const ORVMathPoint2D& GetOrigin() const { return origin_; }
+    void SetSize(double width, double height) { width_ = width, height_ = height; }
+    void GetSize(double& width, double& height) const { width = width_, height = height_; }
+    /// Unit code of the page's coordinates: kUnitNinetiethInch.
+    void SetUnits(int units) { units_ = units; }
+    int GetUnits() const { return units_; }
+    void SetMatrix(const ORVMath2x2Matrix& matrix) { matrix_ = matrix; }
+    const ORVMath2x2Matrix& GetMatrix() const { return matrix_; }
+    /// Keeps a reference of its own.
+    void SetColourTable(ORVPrtColourTable* table);
+    /// Null when never set.
+    ORVPrtColourTable* GetColourTable() const { return colours_.get(); }
+
+private:
+    ORVPrtImageElt(const ORVPrtImageElt&) = default;
+    ~ORVPrtImageElt() override;
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+
+    ORVMathPoint2D origin_;
+    double width_ = 0.0, height_ = 0.0;
+    int units_ = 0;
+    ORVMath2x2Matrix matrix_;
+    ORVRef<ORVPrtColourTable> colours_;
+};

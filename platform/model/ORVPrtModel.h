@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <new>
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
+#include "platform/system/lists.h"
+
+class ORVPrtImageElt;
+
+/// A print model: pages of primitives. It references its pages, and it is where primitives come from, so
+/// that their number stays bounded.
+class ORV_PLATFORM_EXPORT ORVPrtModel : public ORVBaseObject {
+public:
+    /// Primitives that a model may allocate when the host says nothing else.
+    static constexpr std::uint64_t kDefaultPrimitiveLimit = 50'000'000;
+    /// Sets the limit for models created from now on, in this process.
+    static void SetPrimitiveLimit(std::uint64_t limit);
+    static std::uint64_t GetPrimitiveLimit();
+
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtModel();
+
+    /// Appends a page and references it.
+    void AddImage(ORVPrtImageElt* image);
+    /// The pages in order; never null, empty for a model without pages.
+    const ORVListPtr<ORVPrtImageElt>* GetImages() const { return &images_; }
+
+    /// A new primitive with one reference; null when memory or the budget is spent.
+    template <class Primitive>
+    Primitive* Create() {
+        if (!budget_->Take()) return nullptr;
+        auto* primitive = new (std::nothrow) Primitive;
+        if (primitive) primitive->SetBudget(budget_);
+        return primitive;
+    }
+    const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
+
+protected:
+    ~ORVPrtModel() override;
+
+private:
+    ORVListPtr<ORVPrtImageElt> images_;
+    ORVPrtPrimitiveBudget* budget_;
+};

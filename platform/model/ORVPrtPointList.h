@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "platform/mathematics/geometry.h"
+
+/// The points of a primitive, in page units.
+struct ORVPrtPointList {
+    /// @param points  `count` pairs x, y; copied
+    void SetPoints(const double* points, std::size_t count) {
+        points_.resize(count);
+        for (std::size_t i = 0; i < count; ++i) points_[i] = {points[2 * i], points[2 * i + 1]};
+    }
+    void SetPoints(std::vector<ORVMathPoint2D> points) { points_ = std::move(points); }
+    /// Empty when never set.
+    const std::vector<ORVMathPoint2D>& GetPoints() const { return points_; }
+
+private:
+    std::vector<ORVMathPoint2D> points_;
+};

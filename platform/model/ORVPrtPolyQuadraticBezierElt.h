@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtPointList.h"
+#include "platform/model/carried_attributes.h"
+
+/// Joined quadratic Bezier curves: the start point, then the control point and the end point of each curve.
+class ORV_PLATFORM_EXPORT ORVPrtPolyQuadraticBezierElt final : public ORVPrtGraphicPrimitiveElt,
+                                                               public ORVPrtStroked,
+                                                               public ORVPrtTransformed,
+                                                               public ORVPrtPointList {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtPolyQuadraticBezierElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolyQuadraticBezier) {}
+
+private:
+    ORVPrtPolyQuadraticBezierElt(const ORVPrtPolyQuadraticBezierElt&) = default;
+    ~ORVPrtPolyQuadraticBezierElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtPointList.h"
+#include "platform/model/carried_attributes.h"
+
+/// A closed outline of straight segments.
+class ORV_PLATFORM_EXPORT ORVPrtPolygonElt final : public ORVPrtGraphicPrimitiveElt,
+                                                   public ORVPrtFilled,
+                                                   public ORVPrtTransformed,
+                                                   public ORVPrtPointList {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtPolygonElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolygon) {}
+
+private:
+    ORVPrtPolygonElt(const ORVPrtPolygonElt&) = default;
+    ~ORVPrtPolygonElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+};

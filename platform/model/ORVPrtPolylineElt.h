@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtPointList.h"
+#include "platform/model/carried_attributes.h"
+
+/// Straight segments through a list of points.
+class ORV_PLATFORM_EXPORT ORVPrtPolylineElt final : public ORVPrtGraphicPrimitiveElt,
+                                                    public ORVPrtStroked,
+                                                    public ORVPrtTransformed,
+                                                    public ORVPrtPointList {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtPolylineElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolyline) {}
+
+private:
+    ORVPrtPolylineElt(const ORVPrtPolylineElt&) = default;
+    ~ORVPrtPolylineElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "platform/mathematics/geometry.h"
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtTextAttributes.h"
+#include "platform/model/carried_attributes.h"
+
+/// A line of text. The anchor of its text attributes says which point of the text stands at the position.
+class ORV_PLATFORM_EXPORT ORVPrtTextElt final : public ORVPrtGraphicPrimitiveElt,
+                                                public ORVPrtFilled,
+                                                public ORVPrtTransformed {
+public:
+    static const ORVMetaClass& MetaClass();
+    const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
+
+    ORVPrtTextElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kText) {}
+
+    /// A box that clips the text; as given, unchecked.
+    struct ClippingBox {
+        double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+    };
+
+    void SetTextAttributes(ORVPrtTextAttributes text) { textAttributes_ = std::move(text); }
+    const ORVPrtTextAttributes& GetTextAttributes() const { return textAttributes_; }
+    void SetPosition(const ORVMathPoint2D& position) { position_ = position; }
+    const ORVMathPoint2D& GetPosition() const { return position_; }
+    void SetText(ORVUnicodeString text) { text_ = std::move(text); }
+    const ORVUnicodeString& GetText() const { return text_; }
+    void SetClippingBox(double x, double y, double width, double height) {
+        clippingBox_ = std::make_shared<const ClippingBox>(ClippingBox{x, y, width, height});
+    }
+    /// Null when never set.
+    const ClippingBox* GetClippingBox() const { return clippingBox_.get(); }
+
+private:
+    ORVPrtTextElt(const ORVPrtTextElt&) = default;
+    ~ORVPrtTextElt() override = default;  // through Release() only
+    ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
+
+    ORVPrtTextAttributes textAttributes_;
+    ORVMathPoint2D position_;
+    ORVUnicodeString text_;
+    std::shared_ptr<const ClippingBox> clippingBox_;
+};

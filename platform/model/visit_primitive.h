@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/model/ORVPrtBitmapImageElt.h"
+#include "platform/model/ORVPrtCircleElt.h"
+#include "platform/model/ORVPrtClosedFigureElt.h"
+#include "platform/model/ORVPrtClosedFigureRegionElt.h"
+#include "platform/model/ORVPrtEllipseElt.h"
+#include "platform/model/ORVPrtEllipticalArcElt.h"
+#include "platform/model/ORVPrtGroupElt.h"
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtLineElt.h"
+#include "platform/model/ORVPrtPatternElt.h"
+#include "platform/model/ORVPrtPolyCubicBezierElt.h"
+#include "platform/model/ORVPrtPolyQuadraticBezierElt.h"
+#include "platform/model/ORVPrtPolygonElt.h"
+#include "platform/model/ORVPrtPolylineElt.h"
+#include "platform/model/ORVPrtRectangleElt.h"
+#include "platform/model/ORVPrtSymbolElt.h"
+#include "platform/model/ORVPrtTextElt.h"
+
+/// Calls `visit` with the primitive as its own class; nothing happens for a class of another module.
+/// For sources only: it knows every class.
+template <class Visitor>
+void VisitPrimitive(ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
+    switch (primitive.GetKind()) {
+        case ORVPrtKind::kOther: return;
+        case ORVPrtKind::kImage: return visit(static_cast<ORVPrtImageElt&>(primitive));
+        case ORVPrtKind::kGroup: return visit(static_cast<ORVPrtGroupElt&>(primitive));
+        case ORVPrtKind::kSymbol: return visit(static_cast<ORVPrtSymbolElt&>(primitive));
+        case ORVPrtKind::kPattern: return visit(static_cast<ORVPrtPatternElt&>(primitive));
+        case ORVPrtKind::kClosedFigure: return visit(static_cast<ORVPrtClosedFigureElt&>(primitive));
+        case ORVPrtKind::kRegion: return visit(static_cast<ORVPrtClosedFigureRegionElt&>(primitive));
+        case ORVPrtKind::kRectangle: return visit(static_cast<ORVPrtRectangleElt&>(primitive));
+        case ORVPrtKind::kCircle: return visit(static_cast<ORVPrtCircleElt&>(primitive));
+        case ORVPrtKind::kEllipse: return visit(static_cast<ORVPrtEllipseElt&>(primitive));
+        case ORVPrtKind::kEllipticalArc: return visit(static_cast<ORVPrtEllipticalArcElt&>(primitive));
+        case ORVPrtKind::kLine: return visit(static_cast<ORVPrtLineElt&>(primitive));
+        case ORVPrtKind::kPolyline: return visit(static_cast<ORVPrtPolylineElt&>(primitive));
+        case ORVPrtKind::kPolygon: return visit(static_cast<ORVPrtPolygonElt&>(primitive));
+        case ORVPrtKind::kPolyCubicBezier: return visit(static_cast<ORVPrtPolyCubicBezierElt&>(primitive));
+        case ORVPrtKind::kPolyQuadraticBezier: return visit(static_cast<ORVPrtPolyQuadraticBezierElt&>(primitive));
+        case ORVPrtKind::kText: return visit(static_cast<ORVPrtTextElt&>(primitive));
+        case ORVPrtKind::kBitmapImage: return visit(static_cast<ORVPrtBitmapImageElt&>(primitive));
+    }
+}
+
+template <class Visitor>
+void VisitPrimitive(const ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
+    VisitPrimitive(const_cast<ORVPrtGraphicPrimitiveElt&>(primitive),
+                   [&visit](const auto& one) { visit(one); });
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "platform/mathematics/geometry.h"
+#include "platform/system/ORVBaseObject.h"
+
+class ORVPixelImage;
+struct ORVPrintPath;
+struct ORVTextLayout;
+
+/// A device colour: sRGB and opacity, 255 being opaque.
+struct ORVPrintColour {
+    std::uint8_t red = 0, green = 0, blue = 0, opacity = 255;
+};
+
+/// How an inside is painted: with a colour, or with a bitmap that repeats in both directions.
+struct ORVPrintFill {
+    ORVPrintColour colour;  ///< with a pattern, only its opacity counts
+    bool evenOdd = false;
+    const ORVPixelImage* pattern = nullptr;
+    ORVMathAffine2D patternToPage;  ///< from pattern pixels (y down) to page coordinates
+};
+
+/// How an outline is painted. Lengths are measured before the shape's map to the page.
+struct ORVPrintStroke {
+    enum class Cap : std::uint8_t { kButt, kRound, kSquare };
+    enum class Join : std::uint8_t { kMiter, kRound, kBevel };
+    ORVPrintColour colour;
+    double width = 1.0;  ///< greater than 0
+    Cap cap = Cap::kButt;
+    Join join = Join::kMiter;
+    double miterLimit = 4.0;         ///< ratio of miter length to width, as SVG counts it
+    std::span<const double> dashes;  ///< lengths of dashes and gaps, none for a solid line
+};
+
+/// An outline with its paints; a null paint is not drawn. The fill comes before the stroke.
+struct ORVPrintShape {
+    const ORVPrintPath& path;
+    ORVMathAffine2D toPage;
+    const ORVPrintFill* fill = nullptr;
+    const ORVPrintStroke* stroke = nullptr;
+};
+
+/// One line of shaped text.
+struct ORVPrintText {
+    const ORVTextLayout& layout;
+    std::string_view text;   ///< UTF-8 that the layout's clusters refer to
+    ORVMathAffine2D toPage;  ///< from the layout's space (y up, origin at its pen's start)
+    const ORVPrintFill* fill = nullptr;
+    const ORVPrintStroke* stroke = nullptr;
+    const ORVPrintPath* clip = nullptr;  ///< in page coordinates; null for none
+};
+
+/// A pixel image. `toPage` takes the unit square to the page: (0, 0) is the image's upper left corner,
+/// (1, 1) its lower right one.
+struct ORVPrintImage {
+    const ORVPixelImage& image;
+    ORVMathAffine2D toPage;
+};
+
+/// What is known of a document before its first page.
+struct ORVPrintDocumentInfo {
+    std::string_view title;     ///< UTF-8, may be empty
+    unsigned int pageCount = 0; ///< pages that will be drawn
+};
+
+struct ORVPrintPageInfo {
+    unsigned int number = 0;            ///< 1-based place in the document
+    double width = 0.0, height = 0.0;   ///< user units of 1/90 inch, positive and finite
+    std::string_view id, title, description;
+};
+
+/// A part of the page that belongs together: its texts and the target of its link, all perhaps empty.
+struct ORVPrintGroup {
+    std::string_view id, description;
+    std::string_view linkElementId, linkURL;
+    int linkShow = 0;  ///< ORVPrintLinkShow
+};
+
+/// Where a drawing goes: a file format or a device. The renderer resolves the model and calls this; a
+/// generator knows nothing of models. Page coordinates are user units of 1/90 inch, the origin in the
+/// page's upper left corner, y pointing down.
+///
+/// Every call returns 1 when it worked; anything else ends the drawing. EndDocument is called in every
+/// case once BeginDocument worked, so that output is closed cleanly. Views and references are valid
+/// during the call only.
+class ORV_PLATFORM_EXPORT ORVPrintGenerator {
+public:
+    virtual ~ORVPrintGenerator();
+
+    [[nodiscard]] virtual int BeginDocument(const ORVPrintDocumentInfo& info) = 0;
+    [[nodiscard]] virtual int BeginPage(const ORVPrintPageInfo& info) = 0;
+    /// Groups nest; they carry no transform of their own. Only groups that say something are reported.
+    [[nodiscard]] virtual int BeginGroup(const ORVPrintGroup& group) = 0;
+    [[nodiscard]] virtual int EndGroup() = 0;
+    [[nodiscard]] virtual int DrawShape(const ORVPrintShape& shape) = 0;
+    [[nodiscard]] virtual int DrawText(const ORVPrintText& text) = 0;
+    [[nodiscard]] virtual int DrawImage(const ORVPrintImage& image) = 0;
+    [[nodiscard]] virtual int EndPage() = 0;
+    [[nodiscard]] virtual int EndDocument() = 0;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/mathematics/geometry.h"
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+
+/// Computes boxes of primitives: those of the geometry (no stroke width), exact for curves and arcs, through
+/// all transforms. A bitmap's box is its origin and size, a text's comes from the font's metrics; points
+/// that are not finite are left out. A pattern, a polyline without points and an empty container have none.
+class ORV_PLATFORM_EXPORT ORVPrintModelBoundingBoxComputer {
+public:
+    /// Primitives that one computer visits at most over its life, shared ones counted each time. Past it,
+    /// boxes are reported as absent.
+    static constexpr std::uint64_t kVisitLimit = 100'000'000;
+
+    /// Box of a primitive, its own transform included (a page has none).
+    /// @return 1 when there is a box; 0 when there is none, with all four written as 0
+    int Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin, double& xMax, double& yMin, double& yMax);
+
+    /// Box of a container's children, without the container's own transform; results as Compute.
+    int ComputeChildren(const ORVPrtGraphicPrimitiveElt& container, double& xMin, double& xMax, double& yMin,
+                        double& yMax);
+
+private:
+    int Finish(const ORVMathBox2D& box, bool complete, double& xMin, double& xMax, double& yMin, double& yMax) const;
+
+    std::uint64_t visited_ = 0;
+};

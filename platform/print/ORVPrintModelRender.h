@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/system/ORVBaseObject.h"
+
+class ORVPrintGenerator;
+class ORVPrintParameters;
+class ORVPrtModel;
+
+/// Draws a print model onto a generator: multiplies out transforms, turns colour indices and draw styles
+/// into paints, and every primitive into paths, texts and images. Owns nothing of what it is given.
+class ORV_PLATFORM_EXPORT ORVPrintModelRender {
+public:
+    /// A page whose width or height is not positive, or not finite.
+    static constexpr int kPageWithoutArea = -2;
+    /// More primitives than the parameters allow; the output was closed cleanly.
+    static constexpr int kTooManyPrimitives = -3;
+
+    ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator, const ORVPrintParameters& parameters);
+    virtual ~ORVPrintModelRender();
+
+    /// Draws every page. @return 1 on success, 0 when there is no page or no generator, one of the failures
+    /// above, or what the generator returned when it was not 1
+    virtual int Draw();
+    /// Draws one page, 1-based; 0 when there is no such page.
+    virtual int Draw(unsigned int page);
+
+private:
+    int DrawPages(unsigned int first, unsigned int count);
+
+    const ORVPrtModel& model_;
+    ORVPrintGenerator* generator_;
+    const ORVPrintParameters& parameters_;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/system/ORVUnicodeString.h"
+
+class ORVPrtModel;
+
+/// Looks at a print model just before it is rendered.
+class ORVPrintModelInspector {
+public:
+    virtual ~ORVPrintModelInspector() = default;
+    virtual void Inspect(const ORVPrtModel& model) = 0;
+};
+
+/// What the host asks of one rendering.
+class ORVPrintParameters {
+public:
+    /// Primitives that one Draw may visit when the host says nothing else; shared ones count each time.
+    static constexpr std::uint64_t kDefaultDrawLimit = 200'000'000;
+
+    void SetDrawLimit(std::uint64_t limit) { drawLimit_ = limit; }
+    std::uint64_t GetDrawLimit() const { return drawLimit_; }
+
+    /// Title of the output; the first page's title when empty.
+    void SetTitle(ORVUnicodeString title) { title_ = std::move(title); }
+    const ORVUnicodeString& GetTitle() const { return title_; }
+
+    /// Not owned; null for none.
+    void SetModelInspector(ORVPrintModelInspector* inspector) { inspector_ = inspector; }
+    ORVPrintModelInspector* GetModelInspector() const { return inspector_; }
+
+private:
+    std::uint64_t drawLimit_ = kDefaultDrawLimit;
+    ORVUnicodeString title_;
+    ORVPrintModelInspector* inspector_ = nullptr;
+};

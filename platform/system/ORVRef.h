@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+/// Owning handle of a reference-counted object: holds one reference, releases it on destruction.
+template <class T>
+class ORVRef {
+public:
+    ORVRef() = default;
+    ORVRef(std::nullptr_t) {}
+    /// Takes over the reference that the caller holds (a fresh object's first one).
+    explicit ORVRef(T* object) : object_(object) {}
+    ORVRef(const ORVRef& other) : object_(other.object_) {
+        if (object_) object_->AddRef();
+    }
+    ORVRef(ORVRef&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    template <class U>
+    ORVRef(const ORVRef<U>& other) : object_(other.get()) {
+        if (object_) object_->AddRef();
+    }
+    template <class U>
+    ORVRef(ORVRef<U>&& other) noexcept : object_(other.Detach()) {}
+    ~ORVRef() {
+        if (object_) object_->Release();
+    }
+    ORVRef& operator=(ORVRef other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+
+    /// Adds a reference of its own to an object that somebody else holds.
+    static ORVRef Share(T* object) {
+        if (object) object->AddRef();
+        return ORVRef(object);
+    }
+
+    T* get() const { return object_; }
+    T& operator*() const { return *object_; }
+    T* operator->() const { return object_; }
+    explicit operator bool() const { return object_ != nullptr; }
+
+    /// Hands the reference over to the caller, who must release it.
+    [[nodiscard]] T* Detach() { return std::exchange(object_, nullptr); }
+
+private:
+    T* object_ = nullptr;
+};

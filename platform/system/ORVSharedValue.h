@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+/// A value that copies share until one of them changes it. Copying costs a reference count; comparing is
+/// an identity test first. A default-constructed handle owns nothing and reads as T{}. Counts are not
+/// atomic: handles that share a payload belong to one thread.
+template <class T>
+class ORVSharedValue {
+public:
+    ORVSharedValue() = default;
+    ORVSharedValue(const ORVSharedValue& other) : payload_(other.payload_) {
+        if (payload_) ++payload_->references;
+    }
+    ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
+    ~ORVSharedValue() { Drop(); }
+    ORVSharedValue& operator=(const ORVSharedValue& other) {
+        if (other.payload_) ++other.payload_->references;
+        Drop();
+        payload_ = other.payload_;
+        return *this;
+    }
+    ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {
+        std::swap(payload_, other.payload_);
+        return *this;
+    }
+
+    const T& Get() const { return payload_ ? payload_->value : Default(); }
+
+    /// The value for writing, private to this handle from now on.
+    T& Edit() {
+        if (!payload_) {
+            payload_ = new Payload;
+        } else if (payload_->references > 1) {
+            Payload* copy = new Payload{payload_->value};
+            --payload_->references;
+            payload_ = copy;
+        }
+        return payload_->value;
+    }
+
+    /// Writes one member, unless it already has that value.
+    template <class M, class V>
+    void Set(M T::*member, const V& value) {
+        if (!(Get().*member == value)) Edit().*member = value;
+    }
+
+    bool operator==(const ORVSharedValue& other) const {
+        return payload_ == other.payload_ || Get() == other.Get();
+    }
+
+private:
+    struct Payload {
+        T value{};
+        std::uint32_t references = 1;
+    };
+
+    static const T& Default() {
+        static const T value{};
+        return value;
+    }
+    void Drop() {
+        if (payload_ && --payload_->references == 0) delete payload_;
+    }
+
+    Payload* payload_ = nullptr;
+};

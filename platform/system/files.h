@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVUnicodeString.h"
+
+/// Value of an environment variable, null when it is not set.
+ORV_PLATFORM_EXPORT const char* ORVGetEnv(const char* name);
+
+/// What the host lets documents read. Every file that a document names is asked for; the default allows
+/// nothing. The host sets it before it loads a document.
+class ORV_PLATFORM_EXPORT ORVFileAccessPolicy {
+public:
+    virtual ~ORVFileAccessPolicy() = default;
+    /// True when a document may read the file at `path` (absolute or relative to the working directory).
+    virtual bool MayRead(const ORVUnicodeString& path) const = 0;
+
+    /// Installs the calling thread's policy; null forbids everything. The caller keeps ownership and
+    /// outlives its use.
+    static void SetCurrent(const ORVFileAccessPolicy* policy);
+    static const ORVFileAccessPolicy* GetCurrent();
+};
+
+/// Allows the folders it is given and everything below them, symbolic links resolved.
+class ORV_PLATFORM_EXPORT ORVFolderAccessPolicy final : public ORVFileAccessPolicy {
+public:
+    ORVFolderAccessPolicy();
+    ~ORVFolderAccessPolicy() override;
+    /// @return false when there is no such folder; it is then not added
+    bool AllowFolder(const ORVUnicodeString& folder);
+    bool MayRead(const ORVUnicodeString& path) const override;
+
+private:
+    struct Folders;
+    Folders* folders_;
+};
+
+/// 1 when `path` names an existing regular file, else 0. Answers 0 for what the policy forbids.
+ORV_PLATFORM_EXPORT int ORVFileStat(const ORVUnicodeString& path);
+
+/// 1 when the file at `path` may be read (mode 0) as far as the host's policy and the system go, else 0.
+ORV_PLATFORM_EXPORT int ORVFileAccess(const ORVUnicodeString& path, int mode);
+
+/// Splits a path into its folder ("" when it has none, without a trailing separator but for the root) and file name.
+ORV_PLATFORM_EXPORT void ORVSplitPath(const ORVUnicodeString& path, ORVUnicodeString& folder, ORVUnicodeString& name);
+
+/// Joins a folder and a relative name. An empty folder gives the name.
+ORV_PLATFORM_EXPORT ORVUnicodeString ORVMakePath(const ORVUnicodeString& folder, const ORVUnicodeString& name);
