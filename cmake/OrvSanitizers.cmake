@@ -17,3 +17,8 @@ if(ORV_SANITIZE)
     # Tests that count bytes or seconds ask for this and allow for the sanitizers' own needs.
     target_compile_definitions(orv_sanitizers INTERFACE ORV_SANITIZED=1)
 endif()
+
+# The fuzzers see which code ran only where this was compiled in; each links -fsanitize=fuzzer itself.
+if(ORV_BUILD_FUZZ)
+    target_compile_options(orv_sanitizers INTERFACE -fsanitize=fuzzer-no-link)
+endif()
