@@ -1,0 +1,70 @@
+#include "platform/xml/ORVDOMXml.h"
+
+#include <utility>
+
+#include "platform/xml/ORVXmlTreeBuilder.h"
+
+namespace {
+
+constexpr int kFound = 1;
+constexpr int kNone = -1;
+
+}  // namespace
+
+ORVIDOMNode_var::ORVIDOMNode_var(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* node)
+    : tree_(std::move(tree)), node_(node) {}
+
+int ORVIDOMNode_var::GetNodeName(ORVUnicodeString& name) const {
+    if (!node_) return kNone;
+    name = node_->name;
+    return kFound;
+}
+
+int ORVIDOMNode_var::GetFirstChild(ORVIDOMNode_var& child) const {
+    const ORVXmlNode* const first = node_ ? node_->firstChild : nullptr;
+    child = first ? ORVIDOMNode_var(tree_, first) : ORVIDOMNode_var();
+    return first ? kFound : kNone;
+}
+
+ORVIDOMElement_var ORVIDOMNode_var::AsElement() const {
+    return node_ && node_->IsElement() ? ORVIDOMElement_var(tree_, node_) : ORVIDOMElement_var();
+}
+
+ORVIDOMElement_var::ORVIDOMElement_var(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* element)
+    : ORVIDOMNode_var(std::move(tree), element) {}
+
+int ORVIDOMElement_var::GetAttribute(std::string_view name, ORVUnicodeString& value) const {
+    const ORVXmlAttribute* const attribute = GetNode() ? GetNode()->Find(name) : nullptr;
+    if (!attribute) return kNone;
+    value = attribute->value;
+    return kFound;
+}
+
+int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMElement_var& element,
+                ORVXmlError* error) {
+    element = ORVIDOMElement_var();
+    ORVRef<const ORVXmlTree> tree;
+    ORVXmlError ownError;
+    if (!BuildXmlTree(text, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, error ? *error : ownError))
+        return kNone;
+    const ORVXmlNode* const root = tree->GetRoot();
+    element = ORVIDOMElement_var(std::move(tree), root);
+    return kFound;
+}
+
+int GetNextNode(const ORVIDOMNode_var& node, ORVIDOMNode_var& next, ORVUnicodeString& name) {
+    const ORVXmlNode* const sibling = node.GetNode() ? node.GetNode()->nextSibling : nullptr;
+    if (!sibling) {
+        next = ORVIDOMNode_var();
+        return kNone;
+    }
+    next = ORVIDOMNode_var(node.GetTree(), sibling);
+    name = sibling->name;
+    return kFound;
+}
+
+int GetValue(const ORVIDOMNode_var& node, ORVUnicodeString& value) {
+    if (!node || node.GetNode()->text.empty()) return kNone;
+    value = node.GetNode()->text;
+    return kFound;
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "platform/system/ORVRef.h"
+#include "platform/system/ORVUnicodeString.h"
+#include "platform/xml/ORVXmlError.h"
+#include "platform/xml/ORVXmlNode.h"
+#include "platform/xml/ORVXmlTree.h"
+
+class ORVLightXmlElement;
+
+/// Where a walk over an element's children stands: at the child that GetChild() returns next. Null when
+/// there is none (any more).
+using ORVLightXmlChildHandle = const ORVXmlNode*;
+
+/// An element of the light parser: elements only, no other nodes. A null element has no name, no attributes
+/// and no children.
+class ORV_PLATFORM_EXPORT ORVLightXmlElementItf {
+public:
+    virtual ~ORVLightXmlElementItf() = default;
+
+    /// The element in its tree; null for a null element. Valid as long as the tree is.
+    virtual const ORVXmlNode* GetNode() const = 0;
+    /// The tree that owns the element; null for a null element.
+    virtual ORVRef<const ORVXmlTree> GetTree() const = 0;
+
+    /// Tag name as written, with its prefix.
+    ORVUnicodeString GetName() const;
+    /// Value of the attribute of that exact name; empty when it is absent.
+    ORVUnicodeString GetAttributeValue(std::string_view name) const;
+    /// The element's own character data, joined; nothing of its descendants.
+    ORVUnicodeString GetValue() const;
+
+    /// Starts a walk over the children, in document order.
+    ORVLightXmlChildHandle GetChildren() const;
+    /// The next child of the walk; moves the handle on. A null handle gives a null element.
+    ORVLightXmlElement GetChild(ORVLightXmlChildHandle& handle) const;
+};
+
+/// An element that keeps its tree alive. Copying one costs a reference count, since trees never change;
+/// Assign makes a tree of its own.
+class ORV_PLATFORM_EXPORT ORVLightXmlElement : public ORVLightXmlElementItf {
+public:
+    ORVLightXmlElement() = default;
+    /// @param node  an element of `tree`
+    ORVLightXmlElement(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* node);
+
+    const ORVXmlNode* GetNode() const override { return node_; }
+    ORVRef<const ORVXmlTree> GetTree() const override { return tree_; }
+
+    /// Becomes a deep copy of `other` (an element and what is below it, without its siblings), which shares
+    /// nothing with it; of a null element, a null element.
+    /// @return 1, or 0 when memory is spent (this element is then unchanged)
+    int Assign(const ORVLightXmlElementItf& other);
+
+private:
+    ORVRef<const ORVXmlTree> tree_;
+    const ORVXmlNode* node_ = nullptr;
+};
+
+/// Bytes to parse. They are not copied: they must stay in place until they have been parsed.
+class ORVLightXmlInputStreamBuffer {
+public:
+    ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size) : bytes_(bytes, bytes ? size : 0) {}
+    std::string_view GetBytes() const { return bytes_; }
+
+private:
+    std::string_view bytes_;
+};
+
+/// Parses documents into light elements. Honours the encoding that a document declares.
+class ORV_PLATFORM_EXPORT ORVLightXmlParser {
+public:
+    /// @param element  out: the root element with everything up to the first error, the text before the
+    ///                 error included; a null element when the document broke off before its root
+    /// @return 1 when the document is well formed, -1 when it is not (see GetError)
+    int Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element);
+
+    /// What was wrong with the document parsed last; an empty message when nothing was.
+    const ORVXmlError& GetError() const { return error_; }
+
+private:
+    ORVXmlError error_;
+};

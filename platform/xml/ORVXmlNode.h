@@ -1,0 +1,44 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/system/ORVBaseObject.h"
+#include "platform/xml/vocabulary.h"
+
+struct ORVXmlAttribute {
+    std::string_view name;   ///< as written, with its prefix
+    std::string_view value;  ///< normalised, entities resolved
+};
+
+/// A node of a document. Nodes and all they point to belong to an ORVXmlTree, never change and live as long
+/// as the tree does.
+struct ORVXmlNode {
+    std::string_view name;  ///< tag as written; "#text" or "#comment" for a node that is no element
+    /// An element's own character data and CDATA sections, joined; the data of a text or comment.
+    std::string_view text;
+    const ORVXmlNode* firstChild = nullptr;
+    const ORVXmlNode* nextSibling = nullptr;
+    /// The known ones first, in the order of their numbers, then the others in document order.
+    const ORVXmlAttribute* attributes = nullptr;
+    std::uint32_t attributeCount = 0;
+    ElementName id = ElementName::kUnknown;
+    std::uint64_t known = 0;  ///< one bit per AttributeName that is present
+
+    bool IsElement() const { return name.empty() || name.front() != '#'; }
+
+    bool Has(AttributeName attribute) const {
+        return ((known >> static_cast<unsigned>(attribute)) & 1U) != 0;
+    }
+
+    /// Value of an attribute; empty when it is absent.
+    std::string_view Value(AttributeName attribute) const {
+        if (!Has(attribute)) return {};
+        const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
+        return attributes[std::popcount(before)].value;
+    }
+
+    /// The attribute of that name, known or not; null when it is absent.
+    ORV_PLATFORM_EXPORT const ORVXmlAttribute* Find(std::string_view attributeName) const;
+};

@@ -1,0 +1,67 @@
+#include "platform/xml/ORVXmlTree.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t kFirstChunk = std::size_t{4} << 10U;
+constexpr std::size_t kLargestChunk = std::size_t{1} << 20U;
+
+// Drawings repeat short texts ("red", "0", "#text") far more often than long ones.
+constexpr std::size_t kLongestShared = 24;
+constexpr std::size_t kRecentTexts = 1024;
+
+std::size_t RecentSlot(std::string_view text) {
+    std::uint32_t hash = 0x811C9DC5U;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x01000193U;
+    return (hash ^ (hash >> 15U)) % kRecentTexts;
+}
+
+}  // namespace
+
+ORVXmlTree::ORVXmlTree() : nextChunk_(kFirstChunk) {}
+
+ORVXmlTree::~ORVXmlTree() = default;
+
+void ORVXmlTree::Release() const {
+    if (--references_ == 0) delete this;
+}
+
+void* ORVXmlTree::Allocate(std::size_t size, std::size_t alignment) {
+    const std::size_t gap = (0 - reinterpret_cast<std::uintptr_t>(free_)) & (alignment - 1);
+    if (free_ && left_ >= gap && left_ - gap >= size) {
+        char* const place = free_ + gap;
+        free_ = place + size;
+        left_ -= gap + size;
+        return place;
+    }
+
+    // What would fill most of a chunk gets one of its own, and the current one stays in use.
+    const bool alone = size > nextChunk_ / 4;
+    const std::size_t chunkSize = alone ? size : nextChunk_;
+    chunks_.emplace_back(new char[chunkSize]);
+    memoryInUse_ += chunkSize;
+    char* const place = chunks_.back().get();
+    if (!alone) {
+        free_ = place + size;
+        left_ = chunkSize - size;
+        nextChunk_ = std::min(nextChunk_ * 2, kLargestChunk);
+    }
+    return place;
+}
+
+std::string_view ORVXmlTree::Keep(std::string_view text) {
+    if (text.empty()) return {};
+    std::string_view* recent = nullptr;
+    if (text.size() <= kLongestShared) {
+        if (!recent_) recent_ = std::make_unique<std::string_view[]>(kRecentTexts);
+        recent = &recent_[RecentSlot(text)];
+        if (*recent == text) return *recent;
+    }
+    char* const copy = static_cast<char*>(Allocate(text.size(), 1));
+    std::memcpy(copy, text.data(), text.size());
+    const std::string_view kept(copy, text.size());
+    if (recent) *recent = kept;
+    return kept;
+}

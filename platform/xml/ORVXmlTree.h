@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/system/ORVBaseObject.h"
+#include "platform/xml/ORVXmlNode.h"
+
+/// A parsed document: owns its nodes, attributes and texts, all of which go with it at once. Reference
+/// counted, to be held by ORVRef; a new tree has one reference. Counts are not atomic.
+class ORV_PLATFORM_EXPORT ORVXmlTree {
+public:
+    ORVXmlTree();
+    ORVXmlTree(const ORVXmlTree&) = delete;
+    ORVXmlTree& operator=(const ORVXmlTree&) = delete;
+
+    void AddRef() const { ++references_; }
+    void Release() const;
+
+    /// First node of the document: the root element, or what the tree keeps of the comments before it.
+    const ORVXmlNode* GetFirstNode() const { return firstNode_; }
+    /// The root element; null when the document broke off before it.
+    const ORVXmlNode* GetRoot() const { return root_; }
+    /// Bytes taken for nodes, attributes and texts.
+    std::size_t GetMemoryInUse() const { return memoryInUse_; }
+
+private:
+    friend class ORVXmlTreeBuilder;
+
+    ~ORVXmlTree();
+
+    /// Storage that lives as long as the tree; throws std::bad_alloc.
+    void* Allocate(std::size_t size, std::size_t alignment);
+    /// A copy of `text` that lives as long as the tree. Short texts that were kept lately are kept once.
+    std::string_view Keep(std::string_view text);
+
+    std::vector<std::unique_ptr<char[]>> chunks_;
+    char* free_ = nullptr;  // the unused part of the current chunk
+    std::size_t left_ = 0;
+    std::size_t nextChunk_;
+    std::size_t memoryInUse_ = 0;
+    std::unique_ptr<std::string_view[]> recent_;  // short texts by hash, forgotten when the tree is complete
+    const ORVXmlNode* firstNode_ = nullptr;
+    const ORVXmlNode* root_ = nullptr;
+    mutable std::uint32_t references_ = 1;
+};

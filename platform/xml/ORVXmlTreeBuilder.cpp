@@ -1,0 +1,184 @@
+#include "platform/xml/ORVXmlTreeBuilder.h"
+
+#include <bit>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace {
+
+// A buffer that one long text has blown up is not kept for the short ones to come.
+constexpr std::size_t kLargestKeptBuffer = std::size_t{64} << 10U;
+
+void Clear(std::string& buffer) {
+    if (buffer.capacity() > kLargestKeptBuffer)
+        std::string().swap(buffer);
+    else
+        buffer.clear();
+}
+
+// Trees let go of their storage without looking at what is in it.
+static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
+              std::is_trivially_destructible_v<ORVXmlAttribute>);
+
+}  // namespace
+
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape) : shape_(shape), tree_(new ORVXmlTree), levels_(1) {}
+
+ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
+    auto* const node = new (tree_->Allocate(sizeof(ORVXmlNode), alignof(ORVXmlNode))) ORVXmlNode;
+    Level& level = levels_[depth_];
+    if (level.lastChild)
+        level.lastChild->nextSibling = node;
+    else if (level.node)
+        level.node->firstChild = node;
+    else
+        tree_->firstNode_ = node;
+    level.lastChild = node;
+    return *node;
+}
+
+void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
+    FlushText();
+    ORVXmlNode& node = AppendNode();
+    if (depth_ == 0 && !tree_->root_) tree_->root_ = &node;
+    node.id = FindElementName(tag.name);
+    node.name = node.id == ElementName::kUnknown ? tree_->Keep(tag.name) : GetNameText(node.id);
+
+    if (!tag.attributes.empty()) {
+        for (const ORVXmlAttribute& attribute : tag.attributes)
+            if (const auto number = FindAttributeName(attribute.name))
+                node.known |= std::uint64_t{1} << static_cast<unsigned>(*number);
+
+        const std::size_t count = tag.attributes.size();
+        auto* const kept = static_cast<ORVXmlAttribute*>(
+            tree_->Allocate(count * sizeof(ORVXmlAttribute), alignof(ORVXmlAttribute)));
+        for (std::size_t i = 0; i < count; ++i) new (kept + i) ORVXmlAttribute;
+
+        auto nextUnknown = static_cast<std::size_t>(std::popcount(node.known));
+        for (std::size_t i = 0; i < count; ++i) {
+            const ORVXmlAttribute& attribute = tag.attributes[i];
+            const auto number = FindAttributeName(attribute.name);
+            std::size_t place = 0;
+            if (number) {
+                const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(*number);
+                place = static_cast<std::size_t>(std::popcount(node.known & (bit - 1)));
+            } else {
+                place = nextUnknown++;
+            }
+
+            if (i < tag.written) {
+                kept[place] = {number ? GetNameText(*number) : tree_->Keep(attribute.name),
+                               tree_->Keep(attribute.value)};
+                continue;
+            }
+            // One long default value must not be stored once an element.
+            const auto [found, isNew] = supplied_.try_emplace(attribute.value.data());
+            if (isNew) found->second = {tree_->Keep(attribute.name), tree_->Keep(attribute.value)};
+            kept[place] = found->second;
+        }
+        node.attributes = kept;
+        node.attributeCount = static_cast<std::uint32_t>(count);
+    }
+
+    ++depth_;
+    if (depth_ == levels_.size()) levels_.emplace_back();
+    levels_[depth_].node = &node;
+}
+
+void ORVXmlTreeBuilder::EndElement() {
+    FlushText();
+    CloseLevel();
+}
+
+void ORVXmlTreeBuilder::CloseLevel() {
+    Level& level = levels_[depth_];
+    level.node->text = level.text.empty() ? level.firstText : tree_->Keep(level.text);
+    level.node = nullptr;
+    level.lastChild = nullptr;
+    level.firstText = {};
+    Clear(level.text);
+    --depth_;
+}
+
+void ORVXmlTreeBuilder::Text(std::string_view piece) {
+    if (shape_ == XmlTreeShape::kAllNodes)
+        run_.append(piece);
+    else if (depth_ > 0)
+        levels_[depth_].text.append(piece);
+}
+
+void ORVXmlTreeBuilder::Comment(std::string_view data) {
+    if (shape_ != XmlTreeShape::kAllNodes) return;
+    FlushText();
+    AppendDataNode("#comment", tree_->Keep(data));
+}
+
+void ORVXmlTreeBuilder::AppendDataNode(std::string_view name, std::string_view data) {
+    ORVXmlNode& node = AppendNode();
+    node.name = name;
+    node.text = data;
+}
+
+void ORVXmlTreeBuilder::FlushText() {
+    if (run_.empty()) return;
+    const std::string_view data = tree_->Keep(run_);
+    Clear(run_);
+    AppendDataNode("#text", data);
+
+    // An element with a single text shares it; only from the second one on they have to be joined.
+    Level& level = levels_[depth_];
+    if (!level.node) return;
+    if (level.text.empty() && level.firstText.empty()) {
+        level.firstText = data;
+        return;
+    }
+    if (level.text.empty()) level.text = level.firstText;
+    level.text.append(data);
+}
+
+ORVRef<const ORVXmlTree> ORVXmlTreeBuilder::Finish() {
+    FlushText();
+    while (depth_ > 0) CloseLevel();
+    tree_->recent_.reset();
+    return std::exchange(tree_, nullptr);
+}
+
+void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
+    const auto open = [this](const ORVXmlNode& node) {
+        StartElement({node.name, {node.attributes, node.attributeCount}, node.attributeCount});
+        levels_[depth_].text = node.text;
+    };
+
+    std::vector<const ORVXmlNode*> ancestors;  // where the walk goes on when a level is through
+    const ORVXmlNode* node = &source;
+    open(*node);
+    const ORVXmlNode* next = node->firstChild;
+    while (true) {
+        while (next && !next->IsElement()) next = next->nextSibling;
+        if (next) {
+            open(*next);
+            ancestors.push_back(next);
+            next = next->firstChild;
+            continue;
+        }
+        CloseLevel();
+        if (ancestors.empty()) return;
+        next = ancestors.back()->nextSibling;
+        ancestors.pop_back();
+    }
+}
+
+bool BuildXmlTree(std::string_view bytes, XmlEncoding encoding, XmlTreeShape shape,
+                  ORVRef<const ORVXmlTree>& tree, ORVXmlError& error) {
+    tree = nullptr;
+    try {
+        ORVXmlTreeBuilder builder(shape);
+        const bool wellFormed = ReadXml(bytes, encoding, builder, error);
+        tree = builder.Finish();
+        return wellFormed;
+    } catch (const std::bad_alloc&) {
+        error.message = "out of memory";
+        return false;
+    }
+}

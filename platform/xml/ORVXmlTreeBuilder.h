@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/system/ORVRef.h"
+#include "platform/xml/ORVXmlTree.h"
+#include "platform/xml/xml_events.h"
+#include "platform/xml/xml_reader.h"
+
+/// Which nodes a tree keeps.
+enum class XmlTreeShape {
+    kElements,  ///< elements only
+    kAllNodes   ///< elements, texts and comments, also those beside the root
+};
+
+/// Builds a tree from events. Throws std::bad_alloc.
+class ORVXmlTreeBuilder final : public XmlEventSink {
+public:
+    explicit ORVXmlTreeBuilder(XmlTreeShape shape);
+
+    void StartElement(const XmlStartTag& tag) override;
+    void EndElement() override;
+    void Text(std::string_view piece) override;
+    void Comment(std::string_view data) override;
+
+    /// Closes what is still open, so that a document that breaks off leaves what was read of it, and hands
+    /// the tree over. The builder is spent.
+    ORVRef<const ORVXmlTree> Finish();
+
+    /// Adds a copy of an element and of the elements below it.
+    void CopyElement(const ORVXmlNode& source);
+
+private:
+    // An element whose end has not come yet, or the document itself.
+    struct Level {
+        ORVXmlNode* node = nullptr;  // null for the document
+        ORVXmlNode* lastChild = nullptr;
+        std::string text;            // the element's own text so far
+        std::string_view firstText;  // its first text node, while that is all its text
+    };
+
+    ORVXmlNode& AppendNode();
+    void AppendDataNode(std::string_view name, std::string_view data);
+    void FlushText();
+    void CloseLevel();
+
+    const XmlTreeShape shape_;
+    ORVRef<ORVXmlTree> tree_;
+    std::vector<Level> levels_;  // used up to depth_; the rest keeps its storage for the next elements
+    std::size_t depth_ = 0;
+    std::string run_;                                            // the text node that is being read
+    std::unordered_map<const char*, ORVXmlAttribute> supplied_;  // of the document type, by address
+};
+
+/// Reads a document into a tree. Nothing is thrown.
+/// @param tree   out: the document, or what was read of it before the error; null only when memory is spent
+/// @param error  out: what is wrong with the document; its message is empty when it is well formed
+/// @return true when the document is well formed
+[[nodiscard]] bool BuildXmlTree(std::string_view bytes, XmlEncoding encoding, XmlTreeShape shape,
+                                ORVRef<const ORVXmlTree>& tree, ORVXmlError& error);

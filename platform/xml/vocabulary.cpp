@@ -1,0 +1,143 @@
+#include "platform/xml/vocabulary.h"
+
+#include <array>
+#include <cstddef>
+
+namespace {
+
+// In the order of the enumerations.
+constexpr std::array<std::string_view, 20> kElementTexts{
+    "",     "a",       "circle",  "defs",     "desc", "ellipse", "g",      "image", "line",  "marker",
+    "path", "pattern", "polygon", "polyline", "rect", "svg",     "symbol", "text",  "title", "use"};
+
+constexpr std::array<std::string_view, static_cast<std::size_t>(AttributeName::kCount)> kAttributeTexts{
+    "alignment-baseline",
+    "color",
+    "cx",
+    "cy",
+    "d",
+    "display",
+    "dx",
+    "dy",
+    "fill",
+    "fill-opacity",
+    "fill-rule",
+    "font-family",
+    "font-size",
+    "font-style",
+    "font-weight",
+    "height",
+    "id",
+    "lengthAdjust",
+    "letter-spacing",
+    "marker",
+    "marker-end",
+    "markerHeight",
+    "marker-mid",
+    "marker-start",
+    "markerWidth",
+    "opacity",
+    "pathLength",
+    "patternTransform",
+    "points",
+    "r",
+    "refX",
+    "refY",
+    "rotate",
+    "rx",
+    "ry",
+    "stroke",
+    "stroke-dasharray",
+    "stroke-linecap",
+    "stroke-linejoin",
+    "stroke-opacity",
+    "stroke-width",
+    "style",
+    "text-anchor",
+    "textLength",
+    "tlv:text-version",
+    "transform",
+    "viewBox",
+    "visibility",
+    "width",
+    "writing-mode",
+    "x",
+    "x1",
+    "x2",
+    "xlink:href",
+    "xlink:show",
+    "y",
+    "y1",
+    "y2"};
+static_assert(kElementTexts[static_cast<std::size_t>(ElementName::kUse)] == "use");
+static_assert(kAttributeTexts[static_cast<std::size_t>(AttributeName::kY2)] == "y2");
+
+constexpr std::size_t kSlots = 512;
+
+// Four characters and the length tell all known names apart; the multiplier is chosen so that their slots
+// differ as well.
+constexpr std::size_t SlotOf(std::string_view text, std::uint32_t multiplier) {
+    const std::size_t n = text.size();
+    std::uint32_t hash = static_cast<std::uint32_t>(n);
+    for (const char c : {text[0], text[n - 1], text[n / 2], text[n * 3 / 4]})
+        hash = (hash ^ static_cast<unsigned char>(c)) * multiplier;
+    return (hash >> 16U) % kSlots;
+}
+
+// A perfect hash table: every name has a slot of its own, so that a look-up is one comparison.
+struct NameTable {
+    std::uint32_t multiplier = 0;
+    std::array<std::uint8_t, kSlots> slots{};  // index of the name plus 1; 0 is a free slot
+
+    template <std::size_t N>
+    constexpr bool Fill(const std::array<std::string_view, N>& texts) {
+        slots = {};
+        for (std::size_t i = 0; i < N; ++i) {
+            if (texts[i].empty()) continue;
+            std::uint8_t& slot = slots[SlotOf(texts[i], multiplier)];
+            if (slot != 0) return false;
+            slot = static_cast<std::uint8_t>(i + 1);
+        }
+        return true;
+    }
+
+    template <std::size_t N>
+    constexpr explicit NameTable(const std::array<std::string_view, N>& texts) {
+        multiplier = 0x01000193U;
+        while (!Fill(texts)) multiplier += 0x9E3778U;
+    }
+
+    // Index of `text` in `texts`, N when it is not there.
+    template <std::size_t N>
+    std::size_t Find(const std::array<std::string_view, N>& texts, std::string_view text) const {
+        if (text.empty()) return N;
+        const std::size_t slot = slots[SlotOf(text, multiplier)];
+        return slot != 0 && texts[slot - 1] == text ? slot - 1 : N;
+    }
+};
+
+constexpr NameTable kElementTable(kElementTexts);
+constexpr NameTable kAttributeTable(kAttributeTexts);
+
+}  // namespace
+
+ElementName FindElementName(std::string_view text) {
+    const std::size_t index = kElementTable.Find(kElementTexts, text);
+    return index < kElementTexts.size() ? static_cast<ElementName>(index) : ElementName::kUnknown;
+}
+
+std::optional<AttributeName> FindAttributeName(std::string_view text) {
+    const std::size_t index = kAttributeTable.Find(kAttributeTexts, text);
+    if (index >= kAttributeTexts.size()) return std::nullopt;
+    return static_cast<AttributeName>(index);
+}
+
+std::string_view GetNameText(ElementName name) {
+    const auto index = static_cast<std::size_t>(name);
+    return index < kElementTexts.size() ? kElementTexts[index] : std::string_view();
+}
+
+std::string_view GetNameText(AttributeName name) {
+    const auto index = static_cast<std::size_t>(name);
+    return index < kAttributeTexts.size() ? kAttributeTexts[index] : std::string_view();
+}

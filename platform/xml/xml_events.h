@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "platform/xml/ORVXmlNode.h"
+
+/// A start tag as the reader reports it.
+struct XmlStartTag {
+    std::string_view name;
+    std::span<const ORVXmlAttribute> attributes;
+    /// The attributes from this one on were not written but supplied from the document type. Their texts
+    /// stay in place until the document has been read; all other views are gone when the event is over.
+    std::size_t written;
+};
+
+/// What a document consists of, in document order. A sink may throw std::bad_alloc, nothing else.
+class XmlEventSink {
+public:
+    virtual void StartElement(const XmlStartTag& tag) = 0;
+    virtual void EndElement() = 0;
+    /// Character data or CDATA; what stands together may come in many pieces.
+    virtual void Text(std::string_view piece) = 0;
+    /// A comment outside the document type.
+    virtual void Comment(std::string_view data) = 0;
+
+protected:
+    ~XmlEventSink() = default;
+};

@@ -1,0 +1,236 @@
+#include "platform/xml/xml_reader.h"
+
+// The header shows the bounds on entity expansion to those only who say that the library has entities.
+#define XML_DTD 1
+#include <expat.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "platform/xml/encoding_conversion.h"
+#include "platform/xml/entity_nesting.h"
+
+namespace {
+
+constexpr std::size_t kLargestDepth = 1024;
+constexpr std::size_t kLargestEntityNesting = 1024;
+
+// A document may grow by its entities, and by the attributes that its type supplies, to 100 times its size
+// once it is past 8 MiB.
+constexpr unsigned kLargestAmplification = 100;
+constexpr std::size_t kFreeAmplification = std::size_t{8} << 20U;
+
+// The parser counts bytes in an int, and what it has not finished when a piece ends is read again.
+constexpr std::size_t kLargestPiece = std::size_t{1} << 30U;
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+struct ParserDeleter {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+
+// One pass of the parser over a document in one encoding.
+class Reading {
+public:
+    Reading(XmlEventSink& sink, ORVXmlError& error) : sink_(sink), error_(error) {}
+
+    bool Run(std::string_view bytes, const char* forcedEncoding, bool complete);
+
+    // The encoding that the document declares, when the parser does not know it; else empty.
+    const std::string& GetForeignEncoding() const { return foreignEncoding_; }
+
+    // Ends the reading where the parser stands.
+    void Fail(const char* message) {
+        if (stopped_) return;
+        stopped_ = true;
+        NoteError(message);
+        XML_StopParser(parser_.get(), XML_FALSE);
+    }
+
+private:
+    void NoteError(const char* message);
+    void SetHandlers();
+
+    // Calls `work` for an event, unless the reading has been stopped: the parser finishes what it has begun.
+    template <class Work>
+    static void OnEvent(void* data, Work work) {
+        auto& self = *static_cast<Reading*>(data);
+        if (self.stopped_) return;
+        try {
+            work(self);
+        } catch (const std::bad_alloc&) {
+            self.Fail("out of memory");
+        }
+    }
+
+    void StartElement(const char* name, const char** pairs);
+    void EndElement();
+
+    XmlEventSink& sink_;
+    ORVXmlError& error_;
+    std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
+    std::vector<ORVXmlAttribute> attributes_;
+    EntityNesting entities_;
+    std::string foreignEncoding_;
+    std::size_t depth_ = 0;
+    std::size_t size_ = 0;           // of the document
+    std::size_t suppliedBytes_ = 0;  // of attributes from the document type, each time they were supplied
+    bool inDocumentType_ = false;
+    bool stopped_ = false;
+};
+
+void Reading::NoteError(const char* message) {
+    XML_Parser parser = parser_.get();
+    error_.message = message;
+    error_.line = XML_GetCurrentLineNumber(parser);
+    error_.column = XML_GetCurrentColumnNumber(parser) + 1;
+    error_.offset = static_cast<std::uint64_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser), 0));
+}
+
+void Reading::StartElement(const char* name, const char** pairs) {
+    if (depth_ == kLargestDepth) return Fail("elements are nested more than 1024 deep");
+    ++depth_;
+
+    attributes_.clear();
+    for (; *pairs; pairs += 2) attributes_.push_back({pairs[0], pairs[1]});
+    const auto written = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get())) / 2;
+    for (std::size_t i = written; i < attributes_.size(); ++i)
+        suppliedBytes_ += sizeof(ORVXmlAttribute) + attributes_[i].name.size() + attributes_[i].value.size();
+    if (suppliedBytes_ > kFreeAmplification && suppliedBytes_ / kLargestAmplification > size_)
+        return Fail("the document type supplies too many attributes");
+
+    sink_.StartElement({name, attributes_, written});
+}
+
+void Reading::EndElement() {
+    sink_.EndElement();
+    if (--depth_ > 0) return;
+    // White space behind the root is the only thing left that has no handler of its own, but for processing
+    // instructions, which begin with a "<".
+    XML_SetDefaultHandlerExpand(parser_.get(), [](void* data, const char* text, int length) {
+        OnEvent(data, [&](Reading& self) {
+            const std::string_view piece(text, static_cast<std::size_t>(length));
+            if (piece.find_first_not_of(" \t\r\n") == piece.npos) self.sink_.Text(piece);
+        });
+    });
+}
+
+void Reading::SetHandlers() {
+    XML_Parser parser = parser_.get();
+    XML_SetUserData(parser, this);
+    XML_SetElementHandler(
+        parser,
+        [](void* data, const char* name, const char** pairs) {
+            OnEvent(data, [&](Reading& self) { self.StartElement(name, pairs); });
+        },
+        [](void* data, const char*) { OnEvent(data, [](Reading& self) { self.EndElement(); }); });
+    XML_SetCharacterDataHandler(parser, [](void* data, const char* text, int length) {
+        OnEvent(data, [&](Reading& self) { self.sink_.Text({text, static_cast<std::size_t>(length)}); });
+    });
+    XML_SetCommentHandler(parser, [](void* data, const char* text) {
+        OnEvent(data, [&](Reading& self) {
+            if (!self.inDocumentType_) self.sink_.Comment(text);
+        });
+    });
+    XML_SetDoctypeDeclHandler(
+        parser,
+        [](void* data, const char*, const char*, const char*, int) {
+            static_cast<Reading*>(data)->inDocumentType_ = true;
+        },
+        [](void* data) {
+            OnEvent(data, [](Reading& self) {
+                self.inDocumentType_ = false;
+                if (self.entities_.IsDeeperThan(kLargestEntityNesting))
+                    self.Fail("entities are nested more than 1024 deep");
+                self.entities_ = EntityNesting();
+            });
+        });
+    XML_SetEntityDeclHandler(parser, [](void* data, const char* name, int isParameter, const char* value,
+                                        int length, const char*, const char*, const char*, const char*) {
+        if (isParameter || !value) return;
+        OnEvent(data, [&](Reading& self) {
+            self.entities_.Declare(name, {value, static_cast<std::size_t>(length)});
+        });
+    });
+    XML_SetUnknownEncodingHandler(
+        parser,
+        [](void* data, const char* name, XML_Encoding*) -> int {
+            OnEvent(data, [&](Reading& self) { self.foreignEncoding_ = name; });
+            return XML_STATUS_ERROR;  // the document is converted and read again
+        },
+        this);
+
+    // Without a handler for external entities none is ever loaded; this is about the internal ones, which may
+    // hold declarations of default attributes.
+    XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser,
+                                                             static_cast<float>(kLargestAmplification));
+    XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, kFreeAmplification);
+}
+
+// A document that is not `complete` is read as far as it goes; its end is not an error.
+bool Reading::Run(std::string_view bytes, const char* forcedEncoding, bool complete) {
+    parser_.reset(XML_ParserCreate(forcedEncoding));
+    if (!parser_) throw std::bad_alloc();
+    size_ = bytes.size();
+    SetHandlers();
+
+    bool last = false;
+    while (!last) {
+        const std::string_view piece = bytes.substr(0, kLargestPiece);
+        bytes.remove_prefix(piece.size());
+        last = bytes.empty();
+        const char* const start = piece.empty() ? "" : piece.data();
+        if (XML_Parse(parser_.get(), start, static_cast<int>(piece.size()), last && complete) !=
+            XML_STATUS_OK) {
+            if (!stopped_) NoteError(XML_ErrorString(XML_GetErrorCode(parser_.get())));
+            return false;
+        }
+    }
+    return true;
+}
+
+// Puts an error behind the last character of `text`.
+void PlaceAtEnd(std::string_view text, ORVXmlError& error) {
+    const std::string_view lastLine = text.substr(text.rfind('\n') + 1);  // all of it when there is no break
+    error.line = 1 + static_cast<std::uint64_t>(std::count(text.begin(), text.end(), '\n'));
+    error.column = 1 + static_cast<std::uint64_t>(std::count_if(
+                           lastLine.begin(), lastLine.end(), [](char c) { return (c & '\xC0') != '\x80'; }));
+    error.offset = text.size();
+}
+
+// The parser knows a handful of encodings. A document in any other one is read up to its declaration, which
+// yields no event, converted, and read again.
+bool ReadConverted(std::string_view bytes, const std::string& encoding, XmlEventSink& sink,
+                   ORVXmlError& error) {
+    if (bytes.starts_with(kUtf8Mark)) return Reading(sink, error).Run(bytes, "UTF-8", true);
+
+    EncodingConversion conversion(encoding);
+    if (!conversion.IsKnown()) return false;  // the first reading has said so
+    error = ORVXmlError();
+    std::string text;
+    const bool convertible = conversion.ConvertToUtf8(bytes, text);
+    Reading reading(sink, error);
+    if (reading.Run(text, "UTF-8", convertible)) {
+        if (convertible) return true;
+        error.message = "bytes that are no character in the declared encoding";
+        PlaceAtEnd(text, error);
+    }
+    error.offset = conversion.FindSourceOffset(bytes, error.offset);
+    return false;
+}
+
+}  // namespace
+
+bool ReadXml(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink, ORVXmlError& error) {
+    error = ORVXmlError();
+    if (encoding == XmlEncoding::kUtf8) return Reading(sink, error).Run(bytes, "UTF-8", true);
+
+    Reading reading(sink, error);
+    if (reading.Run(bytes, nullptr, true)) return true;
+    if (reading.GetForeignEncoding().empty()) return false;
+    return ReadConverted(bytes, reading.GetForeignEncoding(), sink, error);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/xml/ORVXmlError.h"
+#include "platform/xml/xml_events.h"
+
+enum class XmlEncoding {
+    kDeclared,  ///< what the document declares, else what its first bytes show, else UTF-8
+    kUtf8       ///< UTF-8, whatever the document declares
+};
+
+/// Reads a document and reports its events until it ends or is not well formed. Nothing but `bytes` is ever
+/// looked at: no external entity, no external document type. Elements may be nested 1024 deep; entities and
+/// attributes that the document type supplies may not blow the document up. What exceeds these limits
+/// counts as not well formed.
+/// @return true when the document is well formed; else `error` says what is wrong and where
+[[nodiscard]] bool ReadXml(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink,
+                           ORVXmlError& error);
