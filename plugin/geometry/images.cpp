@@ -1,0 +1,105 @@
+#include "plugin/geometry/images.h"
+
+#include <array>
+#include <string>
+
+#include "platform/model/ORVPrtBitmapImageElt.h"
+#include "platform/model/ORVPrtGroupElt.h"
+#include "platform/system/ORVString.h"
+#include "platform/system/files.h"
+#include "plugin/geometry/base64.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/definitions.h"
+#include "plugin/structure/element_texts.h"
+#include "plugin/structure/statuses.h"
+#include "plugin/style/presentation.h"
+#include "plugin/values/length.h"
+#include "plugin/values/transform_list.h"
+
+namespace {
+
+struct DataFormat {
+    std::string_view prefix;
+    ORVPixelImage* (*read)(const void* bytes, std::size_t count, int flag);
+};
+constexpr std::array kDataFormats{
+    DataFormat{"data:image/png;base64,", ReadMemoryPNGPixelImage},
+    DataFormat{"data:image/jpg;base64,", ReadMemoryJPEGPixelImage},
+    DataFormat{"data:image/jpeg;base64,", ReadMemoryJPEGPixelImage},
+    DataFormat{"data:image/bmp;base64,", ReadMemBMPPixelImage},
+};
+
+bool IsReadableFile(const ORVUnicodeString& path) {
+    return ORVFileStat(path) == 1 && ORVFileAccess(path, 0) == 1;
+}
+
+ORVRef<ORVPixelImage> LoadFile(const ORVUnicodeString& path) {
+    return ORVRef<ORVPixelImage>(ORVPixelImage::CreateFromFile(ORVString(path.GetView()), 1, 0));
+}
+
+ORVRef<ORVPixelImage> LoadData(std::string_view reference) {
+    for (const DataFormat& format : kDataFormats) {
+        if (!reference.starts_with(format.prefix)) continue;
+        std::string bytes;
+        if (!DecodeBase64(reference.substr(format.prefix.size()), bytes)) return {};
+        return ORVRef<ORVPixelImage>(format.read(bytes.data(), bytes.size(), 0));
+    }
+    return {};
+}
+
+ORVRef<ORVPixelImage> LoadReference(const SvgDrawState& state, std::string_view reference) {
+    // No name of a file is that long; data references are not copied to find that out.
+    constexpr std::size_t kLongestName = 4096;
+    if (!reference.empty() && reference.size() <= kLongestName) {
+        const ORVUnicodeString name(reference);
+        if (IsReadableFile(name)) return LoadFile(name);
+        ORVUnicodeString folder, documentName;
+        ORVSplitPath(*state.currentPath, folder, documentName);
+        const ORVUnicodeString path = ORVMakePath(folder, name);
+        if (IsReadableFile(path)) return LoadFile(path);
+    }
+    return LoadData(reference);
+}
+
+}  // namespace
+
+void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap) {
+    const ORVRef<ORVPixelImage> image = LoadReference(state, reference);
+    if (image) bitmap.SetPixelImage(image.get());
+}
+
+ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,
+                                                   ORVPrtGroupElt& group) {
+    if (!reference.starts_with('#')) return nullptr;
+    ORVRef<ORVPrtGraphicPrimitiveElt> definition;
+    FindDefinition(state, reference.substr(1), definition);
+    group.AddChild(definition.get());
+    return definition.get();
+}
+
+template <SvgElementAccess Element>
+int HandleImage(SvgDrawState state, const Element& element, ORVPrtBitmapImageElt* bitmap,
+                ORVPrtGraphicPrimitiveElt& /*container*/) {
+    if (!bitmap) return kUnusable;
+
+    ApplyImagePresentation(state, element);
+    const AttributeValue reference = element.Attribute(AttributeName::kXlinkHref);
+    if (reference.WasRead()) LoadPixelImage(state, reference.text, *bitmap);
+    ReadIdentifier(element, *bitmap);
+    const std::string_view transform = element.Attribute(AttributeName::kTransform).text;
+    if (!transform.empty()) ApplyTransformList(state, transform, bitmap);
+
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+    ReadHorizontalAttribute(state, element, AttributeName::kX, x);
+    ReadVerticalCoordinateAttribute(state, element, AttributeName::kY, y);
+    ReadHorizontalAttribute(state, element, AttributeName::kWidth, width);
+    ParseVerticalLength(state, element.Attribute(AttributeName::kHeight).text, height);
+    bitmap->SetOrientation(0.0F);
+    bitmap->SetOrigin({x, state.yFlip == 1 ? y - height : y});
+    bitmap->SetSize(width, height);
+    ReadDescriptions(element, *bitmap);
+    return kDone;
+}
+
+template int HandleImage(SvgDrawState, const DomElementAccess&, ORVPrtBitmapImageElt*, ORVPrtGraphicPrimitiveElt&);
+template int HandleImage(SvgDrawState, const LightElementAccess&, ORVPrtBitmapImageElt*, ORVPrtGraphicPrimitiveElt&);

@@ -1,0 +1,84 @@
+#include "plugin/geometry/markers.h"
+
+#include <string>
+
+#include "platform/model/ORVPrtGroupElt.h"
+#include "platform/model/ORVPrtModel.h"
+#include "platform/system/number_conversion.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/attach.h"
+#include "plugin/structure/definitions.h"
+#include "plugin/values/transform_list.h"
+
+namespace {
+
+void EraseFirst(std::string& text, std::string_view part) {
+    const std::size_t found = text.find(part);
+    if (found != std::string::npos) text.erase(found, part.size());
+}
+
+void StoreReference(SvgDrawState& state, MarkerPlace place, std::string_view identifier) {
+    using Member = ORVUnicodeString SvgMarkerReferences::*;
+    const auto store = [&](MarkerPlace one, Member member) {
+        if (place == MarkerPlace::kAll || place == one) state.markers.Set(member, ORVUnicodeString(identifier));
+    };
+    store(MarkerPlace::kStart, &SvgMarkerReferences::start);
+    store(MarkerPlace::kMid, &SvgMarkerReferences::mid);
+    store(MarkerPlace::kEnd, &SvgMarkerReferences::end);
+}
+
+ORVRef<ORVPrtGraphicPrimitiveElt> Resolve(const SvgDrawState& state, const ORVUnicodeString& reference) {
+    ORVRef<ORVPrtGraphicPrimitiveElt> marker;
+    if (!reference.IsEmpty()) FindDefinition(state, reference, marker);
+    return marker;
+}
+
+void PlaceMarker(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& marker, double x, double y,
+                 ORVPrtGraphicPrimitiveElt& container) {
+    const ORVRef<ORVPrtGroupElt> instance(state.model->Create<ORVPrtGroupElt>());
+    if (!instance) return;
+    AttachToContainer(container, *instance);
+    instance->AddChild(&marker);
+
+    ORVPrtTransformAttributes transform;
+    if (state.yFlip == 1) {
+        AddPageMirror(state, transform);
+        transform.AddTranslation({x, state.pageHeight - y});
+        AddPageMirror(state, transform);
+    } else {
+        transform.AddTranslation({x, y});
+    }
+    instance->SetTransformAttributes(transform);
+}
+
+}  // namespace
+
+void ApplyMarkerReference(SvgDrawState& state, MarkerPlace place, std::string_view value) {
+    if (value.empty() || ORVCompareText(value, "inherit") != kTextDiffers) return;
+    if (ORVCompareText(value, "none ") != kTextDiffers) {
+        StoreReference(state, place, {});
+        return;
+    }
+    std::string identifier(value);
+    EraseFirst(identifier, "url(#");
+    EraseFirst(identifier, ")");
+    StoreReference(state, place, identifier);
+}
+
+ResolvedMarkers ResolveMarkers(const SvgDrawState& state) {
+    const SvgMarkerReferences& references = state.markers.Get();
+    return {Resolve(state, references.start), Resolve(state, references.mid), Resolve(state, references.end)};
+}
+
+void PlaceMarkers(const SvgDrawState& state, const ResolvedMarkers& markers, std::span<const double> vertices,
+                  ORVPrtGraphicPrimitiveElt& container) {
+    const std::size_t count = vertices.size() / 2;
+    if (count == 0) return;
+    const auto place = [&](ORVPrtGraphicPrimitiveElt& marker, std::size_t vertex) {
+        PlaceMarker(state, marker, vertices[2 * vertex], vertices[2 * vertex + 1], container);
+    };
+    if (markers.start) place(*markers.start, 0);
+    if (markers.mid)
+        for (std::size_t vertex = 1; vertex + 1 < count; ++vertex) place(*markers.mid, vertex);
+    if (markers.end) place(*markers.end, count - 1);
+}

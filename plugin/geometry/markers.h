@@ -1,0 +1,38 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/system/ORVRef.h"
+#include "plugin/interpreter/element_access.h"
+
+struct SvgDrawState;
+
+/// Which marker references a value goes to.
+enum class MarkerPlace { kAll, kStart, kMid, kEnd };
+
+/// Applies the value of a marker property: "none " (with its blank, kept on purpose) removes the reference,
+/// "inherit" keeps it, anything else becomes it, less the first "url(#" and the first ")".
+void ApplyMarkerReference(SvgDrawState& state, MarkerPlace place, std::string_view value);
+
+/// Attributes "marker", "marker-start", "marker-mid" and "marker-end".
+template <SvgElementAccess Element>
+void ApplyMarkerProperties(SvgDrawState& state, const Element& element) {
+    ApplyMarkerReference(state, MarkerPlace::kAll, element.Attribute(AttributeName::kMarker).text);
+    ApplyMarkerReference(state, MarkerPlace::kStart, element.Attribute(AttributeName::kMarkerStart).text);
+    ApplyMarkerReference(state, MarkerPlace::kMid, element.Attribute(AttributeName::kMarkerMid).text);
+    ApplyMarkerReference(state, MarkerPlace::kEnd, element.Attribute(AttributeName::kMarkerEnd).text);
+}
+
+/// The markers that an element's references resolve to, styled for it; null where there is none.
+struct ResolvedMarkers {
+    ORVRef<ORVPrtGraphicPrimitiveElt> start, mid, end;
+};
+ResolvedMarkers ResolveMarkers(const SvgDrawState& state);
+
+/// Attaches a marker instance to the container for the first and the last vertex and for those between.
+/// Markers are moved, never turned.
+/// @param vertices  x, y pairs in page coordinates; a last odd number is ignored
+void PlaceMarkers(const SvgDrawState& state, const ResolvedMarkers& markers, std::span<const double> vertices,
+                  ORVPrtGraphicPrimitiveElt& container);

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "platform/mathematics/geometry.h"
+#include "platform/system/ORVRef.h"
+
+class PathScanner;
+class ORVPrtClosedFigureElt;
+class ORVPrtClosedFigureRegionElt;
+class ORVPrtGraphicPrimitiveElt;
+class ORVPrtGroupElt;
+struct SvgDrawState;
+
+/// Turns path data into primitives: straight runs become polylines, curves poly-Beziers, arcs elliptical
+/// arcs. Where the draw style fills, they are gathered in the regions of one closed figure.
+class PathDataInterpreter {
+public:
+    /// @param state  draw style, stroke, fill, page size and flip; must outlive the interpreter
+    /// @param group  receives the primitives
+    PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group);
+    ~PathDataInterpreter();
+
+    /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing, unknown letters and
+    /// unreadable numbers are skipped.
+    /// @return kDone, or kUnusable when `data` is empty
+    int Interpret(std::string_view data);
+
+    /// The end points of all commands in order, x and y alternating, page coordinates.
+    const std::vector<double>& GetVertices() const { return vertices_; }
+
+private:
+    void Execute(char letter, PathScanner& scanner);
+    void MoveTo(bool relative, PathScanner& scanner);
+    void LineTo(bool relative, PathScanner& scanner);
+    void HorizontalTo(bool relative, PathScanner& scanner);
+    void VerticalTo(bool relative, PathScanner& scanner);
+    void ClosePath();
+    void CubicTo(bool relative, PathScanner& scanner);
+    void SmoothCubicTo(bool relative, PathScanner& scanner);
+    void QuadraticTo(bool relative, PathScanner& scanner);
+    void SmoothQuadraticTo(bool relative, PathScanner& scanner);
+    void ArcTo(bool relative, PathScanner& scanner);
+    void DrawArc(const double (&values)[5], const ORVMathPoint2D& end);
+
+    bool ReadHorizontal(std::string_view text, double& number) const;
+    bool ReadVertical(std::string_view text, double& number) const;
+    void ReadPairs(PathScanner& scanner, bool relative, std::size_t pairsPerSegment);
+    ORVMathPoint2D Pair(std::size_t index) const { return {numbers_[2 * index], numbers_[2 * index + 1]}; }
+    ORVMathPoint2D ReflectedControl() const;
+
+    void AppendPoint(const ORVMathPoint2D& point);
+    void AddVertex(const ORVMathPoint2D& point);
+    void FlushPoints();
+    void RestartPoints();
+    void StartRegion();
+    void AddToOutline(ORVPrtGraphicPrimitiveElt& primitive);
+    template <class Primitive>
+    void AddRun(std::vector<ORVMathPoint2D> points);
+    void DissolveFigure();
+
+    const SvgDrawState& state_;
+    ORVPrtGroupElt& group_;
+    ORVRef<ORVPrtClosedFigureElt> figure_;         // null when the path is only stroked
+    ORVRef<ORVPrtClosedFigureRegionElt> region_;   // current region of the figure
+    ORVMathPoint2D current_, subpathStart_, lastControl_;
+    std::vector<ORVMathPoint2D> points_;  // straight run that is not drawn yet
+    std::vector<double> numbers_;         // arguments of the current command
+    std::vector<double> arcNumbers_[7];   // arguments of the current arc command, by their place
+    std::vector<double> vertices_;
+};

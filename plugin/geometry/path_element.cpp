@@ -1,0 +1,31 @@
+#include "plugin/geometry/path_element.h"
+
+#include "platform/model/ORVPrtGroupElt.h"
+#include "plugin/geometry/path_data.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/element_texts.h"
+#include "plugin/structure/statuses.h"
+#include "plugin/style/presentation.h"
+#include "plugin/values/transform_list.h"
+
+template <SvgElementAccess Element>
+int HandlePath(SvgDrawState state, const Element& element, ORVPrtGroupElt* group,
+               ORVPrtGraphicPrimitiveElt& /*container*/) {
+    if (!group) return kUnusable;
+
+    ApplyShapePresentation(state, element, Vertices::kWithMarkers);
+    ReadIdentifier(element, *group);
+    const std::string_view transform = element.Attribute(AttributeName::kTransform).text;
+    if (!transform.empty()) ApplyTransformList(state, transform, group);
+
+    // Lengths are never scaled: "pathLength" is not looked at.
+    const ResolvedMarkers markers = ResolveMarkers(state);
+    PathDataInterpreter interpreter(state, *group);
+    interpreter.Interpret(element.Attribute(AttributeName::kD).text);
+    PlaceMarkers(state, markers, interpreter.GetVertices(), *group);
+    ReadDescriptions(element, *group);
+    return kDone;
+}
+
+template int HandlePath(SvgDrawState, const DomElementAccess&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&);
+template int HandlePath(SvgDrawState, const LightElementAccess&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Splits path data into commands and arguments, in one forward pass.
+///
+/// A command letter (M L Z C S H V Q T A in either case) begins a segment, wherever it stands; a ";" ends
+/// one. Arguments are separated by blanks, commas, and in front of every minus, but for one that follows an "e"
+/// (an exponent). An upper-case "E-" is split: kept on purpose. Three "e" in a row read as "e-".
+class PathScanner {
+public:
+    explicit PathScanner(std::string_view text) : text_(text) {}
+
+    /// Moves to the next command. @return false at the end of the text
+    bool NextCommand(char& letter);
+    /// The next argument of the current command. The view is valid until the next call.
+    /// @return false when the command has no more arguments
+    bool NextArgument(std::string_view& argument);
+
+private:
+    std::string_view text_;
+    std::size_t position_ = 0;
+    std::string rewritten_;  // an argument whose letters had to be changed
+};

@@ -1,0 +1,39 @@
+#include "plugin/interpreter/SvgDocumentSource.h"
+
+#include <new>
+#include <vector>
+
+#include "platform/print/ORVPrintInput.h"
+#include "platform/system/files.h"
+
+namespace {
+constexpr const char* kLightParserVariable = "PRINT_WITHOUT_DOM_PARSER";
+constexpr std::size_t kCountingBlock = 1U << 16U;  // bytes
+}  // namespace
+
+SvgDocumentSource::SvgDocumentSource(ORVPrintInputStream& stream)
+    : useDOM_(ORVGetEnv(kLightParserVariable) ? 0 : 1) {
+    ReadStream(stream);
+}
+
+SvgDocumentSource::SvgDocumentSource(const ORVLightXmlElementItf* element) : lightElement_(element), useDOM_(0) {}
+
+SvgDocumentSource::SvgDocumentSource(const ORVIDOMElement_var& element) : domElement_(element), useDOM_(1) {}
+
+// Once through the stream for its size, once for its bytes: a stream does not say how long it is.
+void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
+    if (stream.Open("rb") < 0 || stream.IsOpen() == 0 || stream.IsReadable() == 0) return;
+
+    std::size_t size = 0;
+    {
+        std::vector<char> block(kCountingBlock);
+        while (stream.HasMoreData()) size += stream.Read(block.data(), block.size());
+    }
+    stream.Reset();
+    stream.Seek(0);
+    if (size > 0) text_.reset(new (std::nothrow) char[size]);
+    if (text_) textSize_ = static_cast<std::int64_t>(stream.Read(text_.get(), size));
+    stream.Reset();
+    stream.Seek(0);
+    stream.Close();
+}

@@ -1,0 +1,79 @@
+#include "plugin/interpreter/SvgInterpretation.h"
+
+#include <new>
+
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/print/ORVPrintModelRender.h"
+#include "plugin/interpreter/model_build.h"
+#include "plugin/structure/statuses.h"
+
+namespace {
+
+class SvgPrintModel final : public ORVPrtModel {
+    ~SvgPrintModel() override = default;  // through Release() only
+};
+
+}  // namespace
+
+int SvgInterpretation::SetCurrentPath(const ORVUnicodeString& path) {
+    if (!source_) return 0;
+    source_->SetCurrentPath(path);
+    return 1;
+}
+
+// The model is stored before it is built, so that a build that fails is not tried again.
+SvgInterpretation::BuildResult SvgInterpretation::EnsureModel() {
+    if (!source_) return {};
+    if (model_) return {true, false, kDone};
+    model_ = ORVRef<ORVPrtModel>(new (std::nothrow) SvgPrintModel);
+    if (!model_) return {};
+    return {true, true, BuildModel(*source_, model_.get())};
+}
+
+const ORVPrtImageElt* SvgInterpretation::SelectPage(const Selection& selection) const {
+    const ORVListPtr<ORVPrtImageElt>& pages = *model_->GetImages();
+    if (pages.empty()) return nullptr;
+    const bool usesFirst = selection.allPages || selection.currentPage == 0 || selection.currentPage > pages.size();
+    return pages[usesFirst ? 0 : selection.currentPage - 1];
+}
+
+int SvgInterpretation::GetPageCount(unsigned int& count) {
+    const BuildResult build = EnsureModel();
+    if (!build.available) return 0;
+    count = static_cast<unsigned int>(model_->GetImages()->size());
+    return build.status;
+}
+
+int SvgInterpretation::GetSize(const Selection& selection, float& width, float& height) {
+    const BuildResult build = EnsureModel();
+    if (!build.available) return 0;
+    if (const ORVPrtImageElt* page = SelectPage(selection)) {
+        double pageWidth = 0.0, pageHeight = 0.0;
+        page->GetSize(pageWidth, pageHeight);
+        width = static_cast<float>(pageWidth);
+        height = static_cast<float>(pageHeight);
+    }
+    return build.status;
+}
+
+int SvgInterpretation::GetTitle(const Selection& selection, ORVUnicodeString& title) {
+    const BuildResult build = EnsureModel();
+    if (!build.available) return 0;
+    if (const ORVPrtImageElt* page = SelectPage(selection)) title = page->GetTitle();
+    return build.status;
+}
+
+int SvgInterpretation::Decode(const Selection& selection, ORVPrintGenerator* generator,
+                              const ORVPrintParameters& parameters) {
+    const BuildResult build = EnsureModel();
+    if (!build.available || (build.builtNow && build.status != kDone)) return build.status;
+
+    try {
+        ORVPrintModelRender render(*model_, generator, parameters);
+        if (selection.allPages || selection.currentPage == 0) return render.Draw();
+        if (selection.currentPage > model_->GetImages()->size()) return 0;
+        return render.Draw(selection.currentPage);
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+}

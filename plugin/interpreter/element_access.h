@@ -1,0 +1,67 @@
+#pragma once
+
+#include <concepts>
+#include <string_view>
+
+#include "platform/xml/ORVXmlNode.h"
+#include "platform/xml/vocabulary.h"
+
+/// What asking for an attribute gives. The text is valid as long as the document is.
+struct AttributeValue {
+    int status = -1;        ///< negative: the attribute is absent
+    std::string_view text;  ///< empty when absent
+
+    /// True when the look-up worked, also for an empty value.
+    bool WasRead() const { return status >= 0; }
+};
+
+/// One XML element as handlers see it: cheap to copy. Names that the system knows are numbered when the
+/// document is parsed, so that asking for an absent attribute is one test of a bit. The children of an
+/// element are nodes; those that are no elements have no known name.
+template <class T>
+concept SvgElementAccess = std::copyable<T> && requires(const T element, AttributeName name) {
+    { element.Name() } -> std::same_as<ElementName>;
+    { element.Attribute(name) } -> std::same_as<AttributeValue>;
+    { element.Text() } -> std::same_as<std::string_view>;
+    { element.FirstChild() } -> std::same_as<T>;
+    { element.NextSibling() } -> std::same_as<T>;
+    { element.IsNull() } -> std::same_as<bool>;
+};
+
+/// An element of the DOM back-end: an absent attribute is a failure.
+class DomElementAccess {
+public:
+    explicit DomElementAccess(const ORVXmlNode* node) : node_(node) {}
+    bool IsNull() const { return node_ == nullptr; }
+    ElementName Name() const { return node_->id; }
+    AttributeValue Attribute(AttributeName name) const {
+        if (!node_->Has(name)) return {};
+        return {1, node_->Value(name)};
+    }
+    std::string_view Text() const { return node_->text; }
+    DomElementAccess FirstChild() const { return DomElementAccess(node_->firstChild); }
+    DomElementAccess NextSibling() const { return DomElementAccess(node_->nextSibling); }
+
+private:
+    const ORVXmlNode* node_;
+};
+
+/// An element of the light back-end: an absent attribute is an empty value.
+class LightElementAccess {
+public:
+    explicit LightElementAccess(const ORVXmlNode* node) : node_(node) {}
+    bool IsNull() const { return node_ == nullptr; }
+    ElementName Name() const { return node_->id; }
+    AttributeValue Attribute(AttributeName name) const {
+        if (!node_->Has(name)) return {1, {}};
+        return {1, node_->Value(name)};
+    }
+    std::string_view Text() const { return node_->text; }
+    LightElementAccess FirstChild() const { return LightElementAccess(node_->firstChild); }
+    LightElementAccess NextSibling() const { return LightElementAccess(node_->nextSibling); }
+
+private:
+    const ORVXmlNode* node_;
+};
+
+static_assert(SvgElementAccess<DomElementAccess> && SvgElementAccess<LightElementAccess>);

@@ -1,0 +1,31 @@
+#include "plugin/interpreter/factories.h"
+
+#include <new>
+
+#include "plugin/interpreter/ORVPrintQVXMLInterpreter.h"
+#include "plugin/interpreter/ORVPrintSVGInterpreter.h"
+
+namespace {
+
+template <class Interpreter, class Input>
+ORVPrintInterpreter* Create(Input* input) {
+    try {
+        return new Interpreter(input);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+ORVPrintInterpreter* fctCreateORVPrintSVGInterpreter(ORVPrintInput* input) {
+    return Create<ORVPrintSVGInterpreter>(input);
+}
+
+ORVPrintInterpreter* fctCreateORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input) {
+    return Create<ORVPrintQVXMLInterpreter>(input);
+}
+
+int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG() {
+    return 1;
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/system/ORVRef.h"
+
+class ORVPrtDefsElt;
+struct SvgDrawState;
+
+/// The definitions that can be referred to at one point of the walk: holders in registration order, and an
+/// index by identifier that answers in constant time on average. Owns a reference to each holder.
+class SvgDefinitions {
+public:
+    SvgDefinitions() = default;
+    SvgDefinitions(const SvgDefinitions&) = delete;
+    SvgDefinitions& operator=(const SvgDefinitions&) = delete;
+    ~SvgDefinitions();
+
+    /// Appends a holder and references it. @return its place
+    std::size_t Register(ORVPrtDefsElt& holder);
+    /// Makes the children that the holder at `place` got since the last call findable. Called when the handler
+    /// of a child has ended, so that a definition is never found from inside itself.
+    void IndexNewChildren(std::size_t place);
+
+    std::size_t GetHolderCount() const { return holders_.size(); }
+    /// Removes the holders behind the first `count`, the last one first, and releases them.
+    void Truncate(std::size_t count);
+
+    struct Definition {
+        ORVPrtDefsElt* holder = nullptr;
+        ORVPrtGraphicPrimitiveElt* primitive = nullptr;
+        std::size_t holderPlace = 0;
+        std::uint64_t restyledAt = 0;  ///< change count when it was restyled in place last, 0 never
+    };
+    /// The first finished child with an identifier, holders in registration order; without regard to the case of
+    /// letters. Null when there is none. An empty identifier matches nothing.
+    Definition* Find(std::string_view identifier);
+
+    /// Counts the restylings in place that changed something.
+    std::uint64_t changes = 1;
+
+private:
+    struct Holder {
+        ORVPrtDefsElt* primitive = nullptr;
+        std::size_t indexedChildren = 0;
+        std::vector<std::string> identifiers;  // under which its children stand in the index
+    };
+    std::vector<Holder> holders_;
+    // For every identifier in lower case, at most one definition a holder, in registration order of the holders.
+    std::unordered_map<std::string, std::vector<Definition>> index_;
+};
+
+/// Removes, when it goes out of scope, the holders registered since it was made.
+class SvgDefinitionScope {
+public:
+    explicit SvgDefinitionScope(SvgDefinitions& definitions)
+        : definitions_(definitions), count_(definitions.GetHolderCount()) {}
+    ~SvgDefinitionScope() { definitions_.Truncate(count_); }
+    SvgDefinitionScope(const SvgDefinitionScope&) = delete;
+    SvgDefinitionScope& operator=(const SvgDefinitionScope&) = delete;
+
+private:
+    SvgDefinitions& definitions_;
+    std::size_t count_;
+};
+
+/// Looks a definition up and styles it for the place that refers to it. Where the state equals the one in
+/// force at its holder, the definition itself is handed out, else a duplicate of it.
+/// @param definition  null first; then the definition, restyled
+/// @return 1 when a definition was found, else 0. A found one may still be null: no memory for a duplicate
+int FindDefinition(const SvgDrawState& state, std::string_view identifier,
+                   ORVRef<ORVPrtGraphicPrimitiveElt>& definition);
+
+/// Gives a tree of primitives the state's stroke, fill and text sets, each primitive those that its class has.
+/// Draw styles, transforms and identifiers stay. @return true when a set changed
+bool RestyleDefinition(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive);

@@ -1,0 +1,110 @@
+#include "plugin/structure/root_svg.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtModel.h"
+#include "platform/model/ORVPrtViewBox.h"
+#include "platform/print/ORVPrintModelBoundingBoxComputer.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/definitions.h"
+#include "plugin/structure/element_texts.h"
+#include "plugin/structure/statuses.h"
+#include "plugin/structure/walker.h"
+#include "plugin/style/presentation.h"
+#include "plugin/values/colour.h"
+#include "plugin/values/length.h"
+#include "plugin/values/view_box.h"
+
+namespace {
+
+// Each dimension is divided by itself, so a view box never scales; but it is no number when a dimension is 0.
+// Kept on purpose.
+double PageScale(const ORVPrtViewBox& box) {
+    const double vertical = box.height / box.height, horizontal = box.width / box.width;
+    if (std::isnan(vertical) || std::isnan(horizontal)) return std::numeric_limits<double>::quiet_NaN();
+    return std::min(vertical, horizontal);
+}
+
+void ApplyPageViewBox(SvgDrawState& state, const ORVPrtViewBox& box) {
+    ORVPrtImageElt& page = *state.page;
+    double originY = state.yFlip == 1 ? -box.minY : box.minY;
+    if (state.embeddedFragment == 1) originY = -(box.height + box.minY);
+    page.SetOrigin({box.minX, originY});
+    page.SetSize(box.width, box.height);
+    state.pageWidth = box.width;
+    state.pageHeight = state.embeddedFragment == 1 ? 0.0 : box.height;
+    const double scale = PageScale(box);
+    page.SetMatrix({scale, 0.0, 0.0, scale});
+}
+
+template <SvgElementAccess Element>
+void SizePage(SvgDrawState& state, const Element& element) {
+    ReadLengthAttribute(state, element, AttributeName::kWidth, state.pageWidth);
+    ReadLengthAttribute(state, element, AttributeName::kHeight, state.pageHeight);
+    state.page->SetSize(state.pageWidth, state.pageHeight);
+    state.page->SetUnits(kUnitNinetiethInch);
+
+    ORVPrtViewBox box{0.0, 0.0, state.pageWidth, state.pageHeight};
+    if (ReadViewBox(element.Attribute(AttributeName::kViewBox).text, box) == kRead) {
+        ApplyPageViewBox(state, box);
+    } else if (state.embeddedFragment == 1) {
+        state.page->SetOrigin({0.0, -state.pageHeight});
+        state.pageHeight = 0.0;
+    }
+}
+
+template <SvgElementAccess Element>
+int WalkPage(SvgDrawState& state, const Element& element) {
+    int result = 0;
+    for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
+        if (child.Name() == ElementName::kTitle) {
+            if (!child.Text().empty()) state.page->SetTitle(ORVUnicodeString(child.Text()));
+        } else if (!ReadDescription(child, *state.page)) {
+            result = HandleChild(state, child, state.page);
+        }
+    }
+    return result;
+}
+
+// A page without a size gets the box of its content.
+void SizePageByContent(const SvgDrawState& state) {
+    if (state.pageWidth > 0.0 || state.pageHeight > 0.0) return;
+    double xMin = 0.0, xMax = 0.0, yMin = 0.0, yMax = 0.0;
+    if (state.boxes->Compute(*state.page, xMin, xMax, yMin, yMax) != 1) return;
+    state.page->SetOrigin({xMin, yMin});
+    state.page->SetSize(xMax - xMin, yMax - yMin);
+}
+
+}  // namespace
+
+template <SvgElementAccess Element>
+int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& model) {
+    const ORVRef<ORVPrtImageElt> page(model.Create<ORVPrtImageElt>());
+    if (!page) return kNoMemory;
+    model.AddImage(page.get());
+    EnsureColourTable(*page);
+
+    SvgDefinitions definitions;
+    ORVPrintModelBoundingBoxComputer boxes;
+    SvgDrawState state;
+    state.model = &model;
+    state.page = page.get();
+    state.definitions = &definitions;
+    state.boxes = &boxes;
+    state.currentPath = &source.currentPath;
+    state.yFlip = source.yFlip;
+    state.embeddedFragment = source.embeddedFragment;
+
+    ApplyContainerPresentation(state, element);
+    ReadIdentifier(element, *page);
+    SizePage(state, element);
+    const int result = WalkPage(state, element);
+    SizePageByContent(state);
+    return result;
+}
+
+template int BuildPage(const SvgPageSource&, const DomElementAccess&, ORVPrtModel&);
+template int BuildPage(const SvgPageSource&, const LightElementAccess&, ORVPrtModel&);

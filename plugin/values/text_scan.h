@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+
+/// A blank, in every list and style, is the space character only.
+inline std::string_view SkipBlanks(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(' ');
+    return start == text.npos ? std::string_view() : text.substr(start);
+}
+
+/// `text` without the blanks at its ends.
+inline std::string_view TrimBlanks(std::string_view text) {
+    text = SkipBlanks(text);
+    const std::size_t last = text.find_last_not_of(' ');
+    return last == text.npos ? std::string_view() : text.substr(0, last + 1);
+}
+
+/// Cuts the text up to `separator` off the front of `text`, the separator as well; all of it when there is none.
+inline std::string_view CutUpTo(std::string_view& text, char separator) {
+    const std::size_t end = text.find(separator);
+    const std::string_view piece = text.substr(0, end);
+    text = end == text.npos ? std::string_view() : text.substr(end + 1);
+    return piece;
+}
