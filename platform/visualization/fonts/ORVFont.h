@@ -1,0 +1,100 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVString.h"
+#include "platform/system/ORVUnicodeString.h"
+
+class ORVFontFace;
+
+/// A font of the catalogue. The catalogue lists the outline fonts installed on the machine, and the plain
+/// fonts that the host registered; it is built at the first question and owns its fonts, which live as long
+/// as the process. All questions may be asked from any thread.
+///
+/// Order: families by name (bytes), in a family the upright regular face before the others, then by slant,
+/// width, weight, style and file. Registered fonts follow. Names are unique: the file's name ("Example.ttf"),
+/// with "#1", "#2" ... for further faces of a collection, and "~2", "~3" ... where two files are called
+/// alike.
+class ORV_PLATFORM_EXPORT ORVFont {
+public:
+    /// What a font is made of.
+    enum Kind {
+        kPlain = 0,       ///< registered by the host
+        kTrueType = 1,    ///< quadratic outlines
+        kPostScript = 2,  ///< Type 1 and its relatives
+        kCFF = 4,         ///< OpenType with cubic outlines
+    };
+
+    ORVFont(const ORVFont&) = delete;
+    ORVFont& operator=(const ORVFont&) = delete;
+
+    /// Finds a font by its catalogue name, exactly. "times.ttf", "arial.ttf", "cour.ttf", "MTCORSVA.TTF",
+    /// "Adobe Poetica" and "Alpha Geometrique" are always found: where no such font is installed, the font
+    /// keeps that name and has the face that comes nearest.
+    /// @param flag, defaultFont  of no effect
+    /// @return null when there is none
+    static const ORVFont* sGetFont(std::string_view name, int flag = 0, int defaultFont = 0);
+    /// Number of fonts of the catalogue; the stand-ins for the names above do not count.
+    static int sGetFontCount();
+    /// Catalogue name of font `index`, from 1; empty for any other index.
+    static const ORVUnicodeString& sGetFontName(int index);
+    /// Name, kind and file of font `index`.
+    /// @return 1, or -1 for an unknown index, when nothing is written
+    static int sGetFontGeneralInformation(int index, ORVUnicodeString& name, int& kind,
+                                          ORVUnicodeString& file);
+
+    /// Adds a plain font at the end of the catalogue.
+    /// @param name      catalogue name, customarily ending in ".font"
+    /// @param faceFile  the outline font that it is drawn with
+    /// @return the new font, or null when the name is taken or the file holds no outline font
+    static const ORVFont* sRegisterPlainFont(std::string_view name, const ORVString& faceFile);
+
+    /// Catalogue name.
+    const ORVUnicodeString& GetName() const { return name_; }
+    /// From 1. A stand-in gives the index of the font whose face it has, 0 when no font is installed.
+    int GetCatalogueIndex() const { return index_; }
+    Kind GetKind() const { return kind_; }
+
+    /// The face that draws this font at a weight of 24 (light), 25 (normal), 26 (bold) or 27 (heaviest);
+    /// other weights count as 25. Normal is the font's own face, the others are its family's nearest faces of
+    /// the same slant and width.
+    /// @return a face that lives as long as the process; null when no usable font is installed
+    const ORVFontFace* GetFace(int weight) const;
+
+protected:
+    friend class FontCatalogue;
+    ORVFont(ORVUnicodeString name, int index, Kind kind);
+    ~ORVFont() = default;
+
+private:
+    ORVUnicodeString name_;
+    int index_;
+    Kind kind_;
+};
+
+/// An outline font of the catalogue.
+class ORV_PLATFORM_EXPORT ORVOutlineFont final : public ORVFont {
+public:
+    /// The six names of outline font `index`.
+    /// @return 1, or -1 when `index` is unknown or that of a plain font, when nothing is written
+    static int sGetFontOtherGeneralInformation(int index, ORVUnicodeString& fileName,
+                                               ORVUnicodeString& foundry, ORVUnicodeString& family,
+                                               ORVUnicodeString& style, ORVUnicodeString& fullName,
+                                               ORVUnicodeString& postScriptName);
+
+private:
+    friend class FontCatalogue;
+    using ORVFont::ORVFont;
+};
+
+/// Puts the font fit for a text version in place of `font`. Every font of this catalogue fits every version.
+/// @return 0, or -1 when `font` is null
+ORV_PLATFORM_EXPORT int ORVFontCheckFontForVersion(const ORVFont*& font, int version);
+
+/// The first font of the catalogue that answers to a family name, exactly; null when none does. One look-up,
+/// however many fonts there are. An outline font answers to its family, its full name and its PostScript
+/// name. For the attribute a plain font answers to its name without ".font"; for style plain fonts, and all
+/// fonts whose catalogue name contains ".font", are passed over.
+ORV_PLATFORM_EXPORT const ORVFont* FindFontForAttribute(std::string_view family);
+ORV_PLATFORM_EXPORT const ORVFont* FindFontForStyle(std::string_view family);
