@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "tests/platform/xml/tree_text.h"
+
+namespace {
+
+std::string Nested(std::size_t depth) {
+    std::string document;
+    for (std::size_t i = 0; i < depth; ++i) document += "<g>";
+    for (std::size_t i = 0; i < depth; ++i) document += "</g>";
+    return document;
+}
+
+std::size_t DepthOf(const ORVXmlNode* node) {
+    std::size_t depth = 0;
+    for (; node; node = node->firstChild) ++depth;
+    return depth;
+}
+
+double SecondsOf(auto work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(XmlLimits, ElementsMayBeNested1024Deep) {
+    const std::string document = Nested(1024);
+    const LightResult light = ParseLight(document);
+    EXPECT_EQ(light.status, 1) << light.error.message;
+    EXPECT_EQ(DepthOf(light.root.GetNode()), 1024U);
+    EXPECT_EQ(ParseDom(document).status, 1);
+
+    ORVLightXmlElement copy;
+    EXPECT_EQ(copy.Assign(light.root), 1);
+    EXPECT_EQ(DepthOf(copy.GetNode()), 1024U);
+}
+
+TEST(XmlLimits, The1025thNestedStartTagIsAnError) {
+    const std::string document = Nested(1025);
+    const LightResult light = ParseLight(document);
+    EXPECT_EQ(light.status, -1);
+    EXPECT_EQ(DepthOf(light.root.GetNode()), 1024U);
+    EXPECT_EQ(light.error.offset, 3U * 1024U);
+    EXPECT_EQ(light.error.line, 1U);
+    EXPECT_EQ(light.error.column, 3U * 1024U + 1U);
+
+    const DomResult dom = ParseDom(document);
+    EXPECT_EQ(dom.status, -1);
+    EXPECT_FALSE(dom.root);
+    EXPECT_EQ(dom.error.offset, 3U * 1024U);
+}
+
+TEST(XmlLimits, AnEmptyElementBeyondTheDepthIsAnErrorAndLeavesNothing) {
+    std::string document;
+    for (int i = 0; i < 1024; ++i) document += "<g>";
+    document += "t<h/>u";
+    const LightResult light = ParseLight(document);
+    EXPECT_EQ(light.status, -1);
+    const ORVXmlNode* innermost = light.root.GetNode();
+    while (innermost->firstChild) innermost = innermost->firstChild;
+    EXPECT_EQ(innermost->name, "g");
+    EXPECT_EQ(innermost->text, "t");
+}
+
+TEST(XmlLimits, ManySiblingsAreNoDepth) {
+    std::string document = "<svg>";
+    for (int i = 0; i < 3000; ++i) document += "<g><g/></g>";
+    document += "</svg>";
+    EXPECT_EQ(ParseLight(document).status, 1);
+}
+
+TEST(XmlLimits, EntitiesThatGrowExponentiallyAreAnError) {
+    std::string type = "<!DOCTYPE t [<!ENTITY e0 'lol'>";
+    for (int i = 1; i < 30; ++i) {
+        type += "<!ENTITY e" + std::to_string(i) + " '";
+        for (int k = 0; k < 10; ++k) type += "&e" + std::to_string(i - 1) + ";";
+        type += "'>";
+    }
+    type += "]>";
+    const double seconds = SecondsOf([&] {
+        EXPECT_EQ(ParseLight(type + "<t>&e29;</t>").status, -1);
+        EXPECT_EQ(ParseDom(type + "<t>&e29;</t>").status, -1);
+        EXPECT_EQ(ParseLight(type + "<t a='&e29;'/>").status, -1);
+        EXPECT_EQ(ParseDom(type + "<t a='&e29;'/>").status, -1);
+    });
+    EXPECT_LT(seconds, 20.0);
+    EXPECT_EQ(ParseLight(type + "<t>&e3;</t>").root.GetNode()->text.size(), 3000U);
+}
+
+TEST(XmlLimits, EntitiesThatGrowQuadraticallyAreBounded) {
+    std::string document = "<!DOCTYPE t [<!ENTITY e '" + std::string(100000, 'x') + "'>]><t>";
+    for (int i = 0; i < 20000; ++i) document += "&e;";
+    document += "</t>";
+    const LightResult light = ParseLight(document);
+    EXPECT_EQ(light.status, -1);
+    EXPECT_LT(light.root.GetTree()->GetMemoryInUse(), 100U << 20U);
+}
+
+TEST(XmlLimits, ParameterEntitiesThatGrowAreAnError) {
+    std::string document = "<!DOCTYPE t [<!ENTITY % p0 '<!--xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx-->'>";
+    for (int i = 1; i < 20; ++i) {
+        document += "<!ENTITY % p" + std::to_string(i) + " '";
+        for (int k = 0; k < 10; ++k) document += "&#37;p" + std::to_string(i - 1) + ";";
+        document += "'>";
+    }
+    document += "%p19;]><t/>";
+    EXPECT_EQ(ParseLight(document).status, -1);
+    EXPECT_EQ(ParseDom(document).status, -1);
+}
+
+std::string EntityChain(std::size_t length) {
+    std::string document = "<!DOCTYPE t [<!ENTITY e0 'x'>";
+    for (std::size_t i = 1; i < length; ++i)
+        document += "<!ENTITY e" + std::to_string(i) + " '&e" + std::to_string(i - 1) + ";'>";
+    const std::string last = "&e" + std::to_string(length - 1) + ";";
+    return document + "]><t a='" + last + "'>" + last + "</t>";
+}
+
+TEST(XmlLimits, EntitiesMayBeNested1024Deep) {
+    EXPECT_EQ(ParseLight(EntityChain(1024)).Text(), "t{a=x}'x'");
+    EXPECT_EQ(ParseDom(EntityChain(1024)).Text(), "t{a=x}'x'");
+    for (const std::size_t length : {1025U, 100000U}) {
+        EXPECT_EQ(ParseLight(EntityChain(length)).status, -1) << length;
+        EXPECT_EQ(ParseDom(EntityChain(length)).status, -1) << length;
+    }
+}
+
+TEST(XmlLimits, LongChainsOfParameterEntitiesGiveAnAnswer) {
+    std::string document = "<!DOCTYPE t [<!ENTITY % p0 '<!ENTITY e \"x\">'>";
+    for (int i = 1; i < 20000; ++i)
+        document += "<!ENTITY % p" + std::to_string(i) + " '&#37;p" + std::to_string(i - 1) + ";'>";
+    document += "%p19999;]><t>&e;</t>";
+    const LightResult light = ParseLight(document);
+    EXPECT_TRUE(light.status == 1 ? light.Text() == "t'x'" : light.Text().empty());
+}
+
+TEST(XmlLimits, ALongDefaultValueIsStoredOnce) {
+    std::string document = "<!DOCTYPE t [<!ATTLIST g a CDATA '" + std::string(10000, 'x') + "'>]><t>";
+    for (int i = 0; i < 800; ++i) document += "<g/>";
+    document += "</t>";
+    for (const bool isDom : {false, true}) {
+        const ORVRef<const ORVXmlTree> tree =
+            isDom ? ParseDom(document).root.GetTree() : ParseLight(document).root.GetTree();
+        ASSERT_TRUE(tree);
+        EXPECT_LT(tree->GetMemoryInUse(), 1U << 20U);
+        EXPECT_EQ(tree->GetRoot()->firstChild->nextSibling->Find("a")->value.size(), 10000U);
+    }
+}
+
+TEST(XmlLimits, DefaultAttributesThatGrowAreBounded) {
+    std::string document = "<!DOCTYPE t [<!ATTLIST g";
+    for (int i = 0; i < 3000; ++i) document += " a" + std::to_string(i) + " CDATA ''";
+    document += ">]><t>";
+    for (int i = 0; i < 30000; ++i) document += "<g/>";
+    document += "</t>";
+    const LightResult light = ParseLight(document);
+    EXPECT_EQ(light.status, -1);
+    EXPECT_EQ(light.error.message, "the document type supplies too many attributes");
+    EXPECT_LT(light.root.GetTree()->GetMemoryInUse(), 100U << 20U);
+    EXPECT_EQ(ParseDom(document).status, -1);
+}
+
+TEST(XmlLimits, AValueOf50MillionBytesIsReadInLinearTime) {
+    constexpr std::size_t kSize = 50000000;
+    const std::string document = "<svg><image xlink:href='" + std::string(kSize, 'A') + "'/></svg>";
+    double seconds = SecondsOf([&] {
+        const LightResult light = ParseLight(document);
+        ASSERT_EQ(light.status, 1) << light.error.message;
+        EXPECT_EQ(light.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
+    });
+    EXPECT_LT(seconds, 10.0);
+    seconds = SecondsOf([&] {
+        const DomResult dom = ParseDom(document);
+        ASSERT_EQ(dom.status, 1) << dom.error.message;
+        EXPECT_EQ(dom.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
+    });
+    EXPECT_LT(seconds, 10.0);
+}
+
+TEST(XmlLimits, TextInAMillionPiecesIsJoinedInLinearTime) {
+    std::string document = "<t>";
+    for (int i = 0; i < 1000000; ++i) document += "a\n";
+    document += "</t>";
+    const double seconds = SecondsOf([&] {
+        EXPECT_EQ(ParseLight(document).root.GetNode()->text.size(), 2000000U);
+        EXPECT_EQ(ParseDom(document).root.GetNode()->text.size(), 2000000U);
+    });
+    EXPECT_LT(seconds, 10.0);
+}
+
+TEST(XmlLimits, TextBetweenChildrenIsJoinedInLinearTime) {
+    std::string document = "<t>";
+    for (int i = 0; i < 200000; ++i) document += "ab<g/>";
+    document += "</t>";
+    const double seconds = SecondsOf([&] {
+        EXPECT_EQ(ParseLight(document).root.GetNode()->text.size(), 400000U);
+        EXPECT_EQ(ParseDom(document).root.GetNode()->text.size(), 400000U);
+    });
+    EXPECT_LT(seconds, 10.0);
+}
+
+TEST(XmlLimits, AMillionElementsTakeLittleMemory) {
+    std::string document = "<svg>";
+    for (int i = 0; i < 1000000; ++i) document += "<rect x='1' y='2' fill='red'/>";
+    document += "</svg>";
+    const double seconds = SecondsOf([&] {
+        const LightResult light = ParseLight(document);
+        ASSERT_EQ(light.status, 1);
+        EXPECT_LT(light.root.GetTree()->GetMemoryInUse(), 250U << 20U);
+        std::size_t count = 0;
+        for (const ORVXmlNode* node = light.root.GetNode()->firstChild; node; node = node->nextSibling)
+            ++count;
+        EXPECT_EQ(count, 1000000U);
+    });
+    EXPECT_LT(seconds, 20.0);
+}
+
+TEST(XmlLimits, ManyAttributesOnOneElementAreFine) {
+    std::string document = "<svg";
+    for (int i = 0; i < 100000; ++i) document += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
+    document += " x='last'/>";
+    const double seconds = SecondsOf([&] {
+        const LightResult light = ParseLight(document);
+        ASSERT_EQ(light.status, 1);
+        EXPECT_EQ(light.root.GetNode()->attributeCount, 100001U);
+        EXPECT_EQ(light.root.GetNode()->Value(AttributeName::kX), "last");
+        EXPECT_EQ(light.root.GetNode()->Find("a99999")->value, "99999");
+    });
+    EXPECT_LT(seconds, 10.0);
+}
+
+}  // namespace
