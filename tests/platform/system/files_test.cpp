@@ -1,0 +1,152 @@
+#include "platform/system/files.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class FilesTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+        root_ = fs::temp_directory_path() / ("orv-files-" + std::to_string(::getpid()) + "-" + test->name());
+        fs::create_directories(root_ / "open" / "below");
+        fs::create_directories(root_ / "open-not");
+        for (const char* file : {"open/a.png", "open/below/b.png", "open-not/c.png", "outside.png"})
+            std::ofstream(root_ / file) << "x";
+        ASSERT_TRUE(policy_.AllowFolder(Path("open")));
+    }
+    void TearDown() override {
+        ORVFileAccessPolicy::SetCurrent(nullptr);
+        fs::remove_all(root_);
+    }
+    ORVUnicodeString Path(const std::string& relative) const { return (root_ / relative).string(); }
+
+    fs::path root_;
+    ORVFolderAccessPolicy policy_;
+};
+
+TEST_F(FilesTest, NothingIsAccessibleWithoutAPolicy) {
+    EXPECT_EQ(ORVFileAccessPolicy::GetCurrent(), nullptr);
+    EXPECT_EQ(ORVFileStat(Path("open/a.png")), 0);
+    EXPECT_EQ(ORVFileAccess(Path("open/a.png"), 0), 0);
+}
+
+TEST_F(FilesTest, AllowedFoldersAndWhatLiesBelowAreAccessible) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileStat(Path("open/a.png")), 1);
+    EXPECT_EQ(ORVFileAccess(Path("open/a.png"), 0), 1);
+    EXPECT_EQ(ORVFileStat(Path("open/below/b.png")), 1);
+    EXPECT_EQ(ORVFileStat(Path("open/./below/../a.png")), 1);
+    EXPECT_EQ(ORVFileStat(Path("open//a.png")), 1);
+}
+
+TEST_F(FilesTest, OtherFoldersAreNot) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileStat(Path("outside.png")), 0);
+    EXPECT_EQ(ORVFileAccess(Path("outside.png"), 0), 0);
+    EXPECT_EQ(ORVFileStat(Path("open/../outside.png")), 0);
+    EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 0);  // the name begins alike, the folder is another one
+    EXPECT_EQ(ORVFileStat("/etc/passwd"), 0);
+}
+
+TEST_F(FilesTest, SymbolicLinksLeadNowhereElse) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    fs::create_symlink(root_ / "outside.png", root_ / "open" / "link.png");
+    fs::create_directory_symlink(root_, root_ / "open" / "up");
+    fs::create_symlink(root_ / "open" / "a.png", root_ / "open" / "inner.png");
+    EXPECT_EQ(ORVFileStat(Path("open/link.png")), 0);
+    EXPECT_EQ(ORVFileStat(Path("open/up/outside.png")), 0);
+    EXPECT_EQ(ORVFileStat(Path("open/inner.png")), 1);
+}
+
+TEST_F(FilesTest, OnlyRegularFilesThatExistHaveAStatus) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileStat(Path("open/none.png")), 0);
+    EXPECT_EQ(ORVFileAccess(Path("open/none.png"), 0), 0);
+    EXPECT_EQ(ORVFileStat(Path("open/below")), 0);
+}
+
+TEST_F(FilesTest, OnlyReadingIsAMode) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileAccess(Path("open/a.png"), 1), 0);
+    EXPECT_EQ(ORVFileAccess(Path("open/a.png"), -1), 0);
+}
+
+TEST_F(FilesTest, StrangePathsAreNotAccessible) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileStat(""), 0);
+    EXPECT_EQ(ORVFileStat(std::string(Path("open/a.png").GetView()) + std::string("\0.jpg", 5)), 0);
+    EXPECT_EQ(ORVFileStat("data:image/png;base64," + std::string(10000000, 'A')), 0);
+    EXPECT_EQ(ORVFileStat(Path("open/a.png/x")), 0);
+    EXPECT_EQ(ORVFileStat("\xFF\xFE"), 0);
+}
+
+TEST_F(FilesTest, AFolderThatDoesNotExistIsNotAllowed) {
+    EXPECT_FALSE(policy_.AllowFolder(Path("none")));
+    EXPECT_FALSE(policy_.AllowFolder(Path("outside.png")));
+    EXPECT_FALSE(policy_.MayRead(Path("outside.png")));
+}
+
+TEST_F(FilesTest, SeveralFoldersAreAllowed) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_TRUE(policy_.AllowFolder(Path("open-not/")));
+    EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 1);
+    EXPECT_EQ(ORVFileStat(Path("open/a.png")), 1);
+    EXPECT_EQ(ORVFileStat(Path("outside.png")), 0);
+}
+
+TEST_F(FilesTest, APolicyIsItsThreadsOwn) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    int elsewhere = -1;
+    std::thread([&] { elsewhere = ORVFileStat(Path("open/a.png")); }).join();
+    EXPECT_EQ(elsewhere, 0);
+    EXPECT_EQ(ORVFileStat(Path("open/a.png")), 1);
+}
+
+struct SplitCase {
+    const char* name;
+    const char* path;
+    const char* folder;
+    const char* file;
+};
+class SplitPathTest : public testing::TestWithParam<SplitCase> {};
+TEST_P(SplitPathTest, GivesFolderAndName) {
+    ORVUnicodeString folder("x"), file("y");
+    ORVSplitPath(GetParam().path, folder, file);
+    EXPECT_EQ(folder.GetView(), GetParam().folder);
+    EXPECT_EQ(file.GetView(), GetParam().file);
+}
+INSTANTIATE_TEST_SUITE_P(Files, SplitPathTest,
+                         testing::Values(SplitCase{"Both", "/a/b/c.svg", "/a/b", "c.svg"},
+                                         SplitCase{"Relative", "b/c.svg", "b", "c.svg"},
+                                         SplitCase{"NameOnly", "c.svg", "", "c.svg"},
+                                         SplitCase{"Root", "/c.svg", "/", "c.svg"},
+                                         SplitCase{"FolderOnly", "a/b/", "a/b", ""},
+                                         SplitCase{"Empty", "", "", ""}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(Files, PathsAreJoined) {
+    EXPECT_EQ(ORVMakePath("/a", "b.png").GetView(), "/a/b.png");
+    EXPECT_EQ(ORVMakePath("/a/", "b.png").GetView(), "/a/b.png");
+    EXPECT_EQ(ORVMakePath("", "b.png").GetView(), "b.png");
+    EXPECT_EQ(ORVMakePath("/", "b.png").GetView(), "/b.png");
+    EXPECT_EQ(ORVMakePath("a", "../b.png").GetView(), "a/../b.png");
+}
+
+TEST(Files, TheEnvironmentIsRead) {
+    ::setenv("ORV_TEST_VARIABLE", "", 1);
+    EXPECT_STREQ(ORVGetEnv("ORV_TEST_VARIABLE"), "");
+    ::unsetenv("ORV_TEST_VARIABLE");
+    EXPECT_EQ(ORVGetEnv("ORV_TEST_VARIABLE"), nullptr);
+}
+
+}  // namespace
