@@ -60,10 +60,12 @@ TEST_F(ORVBaseObjectTest, HasOneReferenceWhenNewAndDiesWithTheLast) {
 
 TEST_F(ORVBaseObjectTest, ACopyHasAReferenceOfItsOwn) {
     const ORVRef<Thing> first(new Thing);
-    const ORVRef<Thing> shared = first;
+    ORVRef<Thing> shared = first;
     const ORVRef<Thing> copy(new Thing(*first));
     EXPECT_EQ(first->GetReferenceCount(), 2U);
     EXPECT_EQ(copy->GetReferenceCount(), 1U);
+    shared = nullptr;
+    EXPECT_EQ(first->GetReferenceCount(), 1U);
 }
 
 TEST_F(ORVBaseObjectTest, AnswersByClassName) {
