@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
@@ -71,6 +73,7 @@ private:
     ORVUnicodeString name_;
     int index_;
     Kind kind_;
+    mutable std::array<std::atomic<const ORVFontFace*>, 4> faces_ = {};  // found so far, by weight
 };
 
 /// An outline font of the catalogue.

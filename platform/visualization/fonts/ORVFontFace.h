@@ -29,6 +29,8 @@ public:
     /// Width, in em, of the stroke that generators draw around the glyphs of a run marked syntheticBold.
     static constexpr double kSyntheticBoldStroke = 0.03;
 
+    struct Content;  // what the catalogue fills in
+
     ORVFontFace(const ORVFontFace&) = delete;
     ORVFontFace& operator=(const ORVFontFace&) = delete;
 
@@ -53,16 +55,16 @@ public:
     /// @return false when the glyph has no outline (nothing is handed out)
     bool DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const;
 
-    /// The libraries' own objects, for generators that embed fonts. They belong to the face, whose scale is
-    /// one unit a font unit; do not change them. Null when the file went away or cannot be used. The FreeType
-    /// face is the caller's for one thread at a time.
+    /// The libraries' own objects, for generators that embed fonts. They belong to the face; do not change
+    /// them, and use the FreeType face in one thread at a time. The HarfBuzz font says itself how many of its
+    /// units make an em (hb_font_get_scale). Null when the file went away or cannot be used.
     hb_font_t* GetHarfBuzzFont() const;
     hb_face_t* GetHarfBuzzFace() const;
     FT_FaceRec_* GetFreeTypeFace() const;
 
 private:
     friend class FontCatalogue;
-    struct Content;
+    friend class FallbackFonts;
     explicit ORVFontFace(std::unique_ptr<Content> content);
     ~ORVFontFace();
 

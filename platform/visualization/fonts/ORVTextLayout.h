@@ -48,8 +48,10 @@ struct ORVTextStyle {
 };
 
 /// Shapes one line of text: bidirectional order, scripts, fonts for characters that the chosen one has not,
-/// kerning and ligatures (none with extra spacing). Bytes that are not UTF-8 count as U+FFFD. A height that
-/// is not a number or not greater than 0, or so large that positions are no numbers, gives an empty layout.
+/// kerning and ligatures (none with extra spacing). Text past 2^22 bytes is cut off. Bytes that are not UTF-8
+/// count as U+FFFD.
+/// A height that is not greater than 0, or past 1e30, gives an empty layout. Extra spacing that is no number
+/// or past 1e30 counts as 0, such an expansion, or one not greater than 0, as 1.
 /// May be called from any thread.
 ORV_PLATFORM_EXPORT ORVTextLayout ORVLayoutText(std::string_view utf8, const ORVTextStyle& style);
 

@@ -1,0 +1,195 @@
+#include "platform/visualization/fonts/ORVFontFace.h"
+
+#include <cmath>
+#include <utility>
+
+#include <hb-ft.h>
+#include <hb-ot.h>
+
+#include "platform/visualization/fonts/face_content.h"
+
+namespace {
+
+// FreeType asks for one thread at a time to open and close faces of a library object.
+std::mutex freeTypeMutex;
+
+FT_Library FreeTypeLibrary() {
+    static const FT_Library library = [] {
+        FT_Library made = nullptr;
+        return FT_Init_FreeType(&made) == 0 ? made : nullptr;
+    }();
+    return library;
+}
+
+/// The face of a TrueType or OpenType file, null for other formats.
+hb_font_t* LoadOpenTypeFont(const std::string& path, unsigned int index) {
+    hb_blob_t* blob = hb_blob_create_from_file_or_fail(path.c_str());
+    if (!blob) return nullptr;
+    hb_face_t* face = hb_face_create(blob, index);
+    hb_blob_destroy(blob);
+    hb_font_t* font = nullptr;
+    if (hb_face_get_glyph_count(face) > 0) font = hb_font_create(face);  // its scale is the face's own grid
+    hb_face_destroy(face);
+    return font;
+}
+
+/// Sizes the face so that one pixel is one unit of its own grid: HarfBuzz counts in 64ths of a pixel.
+hb_font_t* MakeFontOverFreeType(FT_Face face) {
+    const auto grid = static_cast<FT_F26Dot6>(face->units_per_EM ? face->units_per_EM : 1000);
+    if (FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) != 0) return nullptr;
+    hb_font_t* font = hb_ft_font_create_referenced(face);
+    hb_ft_font_set_load_flags(font, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
+    return font;
+}
+
+struct OutlineTarget {
+    ORVGlyphOutlineSink& sink;
+    double scale;
+    bool hasContour = false;
+};
+
+hb_draw_funcs_t* OutlineFunctions() {
+    static hb_draw_funcs_t* const functions = [] {
+        hb_draw_funcs_t* made = hb_draw_funcs_create();
+        hb_draw_funcs_set_move_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
+                auto& target = *static_cast<OutlineTarget*>(data);
+                target.hasContour = true;
+                target.sink.MoveTo(x * target.scale, y * target.scale);
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_line_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
+                auto& target = *static_cast<OutlineTarget*>(data);
+                target.sink.LineTo(x * target.scale, y * target.scale);
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_quadratic_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float cx, float cy, float x, float y, void*) {
+                auto& target = *static_cast<OutlineTarget*>(data);
+                const double s = target.scale;
+                target.sink.QuadTo(cx * s, cy * s, x * s, y * s);
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_cubic_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float c1x, float c1y, float c2x, float c2y,
+               float x, float y, void*) {
+                auto& target = *static_cast<OutlineTarget*>(data);
+                const double s = target.scale;
+                target.sink.CubicTo(c1x * s, c1y * s, c2x * s, c2y * s, x * s, y * s);
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_close_path_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
+                static_cast<OutlineTarget*>(data)->sink.Close();
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_make_immutable(made);
+        return made;
+    }();
+    return functions;
+}
+
+}  // namespace
+
+ORVFontFace::Content::~Content() {
+    hb_font_destroy(font);
+    if (!freeType) return;
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Done_Face(freeType);
+}
+
+void ORVFontFace::Content::LoadFreeType() {
+    std::call_once(freeTypeLoaded, [this] {
+        const std::lock_guard lock(freeTypeMutex);
+        if (!FreeTypeLibrary()) return;
+        if (FT_New_Face(FreeTypeLibrary(), path.c_str(), static_cast<FT_Long>(index), &freeType) != 0)
+            freeType = nullptr;
+    });
+}
+
+void ORVFontFace::Content::LoadFont() {
+    std::call_once(fontLoaded, [this] {
+        font = LoadOpenTypeFont(path, index);
+        if (!font) {
+            LoadFreeType();
+            if (freeType) font = MakeFontOverFreeType(freeType);
+        }
+        if (!font) return;
+        hb_font_make_immutable(font);
+        int horizontalScale = 0, verticalScale = 0;
+        hb_font_get_scale(font, &horizontalScale, &verticalScale);
+        unitsPerEm = horizontalScale > 0 ? horizontalScale : 1000.0;
+        hb_font_extents_t extents;
+        if (hb_font_get_h_extents(font, &extents) && extents.ascender > extents.descender) {
+            ascent = extents.ascender / unitsPerEm;
+            descent = -extents.descender / unitsPerEm;
+        }
+    });
+}
+
+ORVFontFace::ORVFontFace(std::unique_ptr<Content> content) : content_(std::move(content)) {}
+
+ORVFontFace::~ORVFontFace() = default;
+
+const std::string& ORVFontFace::GetFilePath() const { return content_->path; }
+unsigned int ORVFontFace::GetFaceIndex() const { return content_->index; }
+const std::string& ORVFontFace::GetFamily() const { return content_->family; }
+const std::string& ORVFontFace::GetStyle() const { return content_->style; }
+const std::string& ORVFontFace::GetPostScriptName() const { return content_->postScriptName; }
+int ORVFontFace::GetWeight() const { return content_->weight; }
+bool ORVFontFace::IsItalic() const { return content_->italic; }
+
+unsigned int ORVFontFace::GetUnitsPerEm() const {
+    hb_face_t* face = GetHarfBuzzFace();
+    const unsigned int units = face ? hb_face_get_upem(face) : 1000;
+    return units > 0 ? units : 1000;
+}
+
+double ORVFontFace::GetAscent() const {
+    content_->LoadFont();
+    return content_->ascent;
+}
+
+double ORVFontFace::GetDescent() const {
+    content_->LoadFont();
+    return content_->descent;
+}
+
+std::uint32_t ORVFontFace::GetGlyph(char32_t codePoint) const {
+    hb_codepoint_t glyph = 0;
+    hb_font_t* font = GetHarfBuzzFont();
+    return font && hb_font_get_nominal_glyph(font, codePoint, &glyph) ? glyph : 0;
+}
+
+bool ORVFontFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const {
+    hb_font_t* font = GetHarfBuzzFont();
+    if (!font || !std::isfinite(size)) return false;
+    OutlineTarget target{sink, size / content_->unitsPerEm};
+#if HB_VERSION_ATLEAST(7, 0, 0)
+    hb_font_draw_glyph(font, glyph, OutlineFunctions(), &target);
+#else
+    hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
+#endif
+    return target.hasContour;
+}
+
+hb_font_t* ORVFontFace::GetHarfBuzzFont() const {
+    content_->LoadFont();
+    return content_->font;
+}
+
+hb_face_t* ORVFontFace::GetHarfBuzzFace() const {
+    hb_font_t* font = GetHarfBuzzFont();
+    return font ? hb_font_get_face(font) : nullptr;
+}
+
+FT_FaceRec_* ORVFontFace::GetFreeTypeFace() const {
+    content_->LoadFreeType();
+    return content_->freeType;
+}

@@ -1,0 +1,332 @@
+#include "platform/visualization/fonts/font_catalogue.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <mutex>
+#include <tuple>
+#include <utility>
+
+#include "platform/visualization/fonts/fixed_fonts.h"
+
+namespace {
+
+constexpr int kRegularWeight = 400, kLightWeight = 300, kBoldWeight = 700, kHeaviestWeight = 900;
+constexpr int kLeastBoldWeight = 600;
+constexpr std::string_view kPlainEnding = ".font";
+
+std::string TextOf(FcPattern* pattern, const char* object) {
+    FcChar8* text = nullptr;
+    if (FcPatternGetString(pattern, object, 0, &text) != FcResultMatch || !text) return {};
+    return reinterpret_cast<const char*>(text);
+}
+
+int NumberOf(FcPattern* pattern, const char* object, int otherwise) {
+    int number = 0;
+    if (FcPatternGetInteger(pattern, object, 0, &number) == FcResultMatch) return number;
+    double real = 0.0;
+    return FcPatternGetDouble(pattern, object, 0, &real) == FcResultMatch ? static_cast<int>(real)
+                                                                          : otherwise;
+}
+
+bool IsTrue(FcPattern* pattern, const char* object) {
+    FcBool value = FcFalse;
+    return FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
+}
+
+/// Fonts with outlines of their own; instances of variable fonts are left to their default one.
+bool IsUsable(FcPattern* pattern) {
+    return IsTrue(pattern, FC_OUTLINE) && !IsTrue(pattern, FC_VARIABLE) &&
+           (NumberOf(pattern, FC_INDEX, 0) >> 16) == 0 && !TextOf(pattern, FC_FILE).empty() &&
+           !TextOf(pattern, FC_FAMILY).empty();
+}
+
+ORVFont::Kind KindOf(FcPattern* pattern) {
+    const std::string format = TextOf(pattern, FC_FONTFORMAT);
+    if (format == "TrueType") return ORVFont::kTrueType;
+    return format == "CFF" ? ORVFont::kCFF : ORVFont::kPostScript;
+}
+
+std::string FileKey(std::string_view path, int index) {
+    std::string key(path);
+    key += '\n';
+    key += std::to_string(index & 0xFFFF);
+    return key;
+}
+
+struct Found {
+    CatalogueEntry entry;
+    std::unique_ptr<ORVFontFace::Content> content;
+    ORVFont::Kind kind;
+};
+
+Found Describe(FcPattern* pattern) {
+    Found found;
+    CatalogueEntry& entry = found.entry;
+    entry.foundry = TextOf(pattern, FC_FOUNDRY);
+    entry.family = TextOf(pattern, FC_FAMILY);
+    entry.style = TextOf(pattern, FC_STYLE);
+    entry.fullName = TextOf(pattern, FC_FULLNAME);
+    entry.postScriptName = TextOf(pattern, FC_POSTSCRIPT_NAME);
+    entry.weight = FcWeightToOpenType(NumberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
+    entry.slant = NumberOf(pattern, FC_SLANT, FC_SLANT_ROMAN);
+    entry.width = NumberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL);
+    found.kind = KindOf(pattern);
+    found.content = std::make_unique<ORVFontFace::Content>();
+    found.content->path = TextOf(pattern, FC_FILE);
+    found.content->index = static_cast<unsigned int>(NumberOf(pattern, FC_INDEX, 0));
+    FcPatternReference(pattern);
+    found.content->pattern = pattern;
+    return found;
+}
+
+auto CatalogueOrder(const Found& found) {
+    const CatalogueEntry& entry = found.entry;
+    return std::make_tuple(std::string_view(entry.family), entry.slant,
+                           std::abs(entry.width - FC_WIDTH_NORMAL), std::abs(entry.weight - kRegularWeight),
+                           std::string_view(entry.style), std::string_view(found.content->path),
+                           found.content->index);
+}
+
+void RemoveAll(std::string& text, std::string_view part) {
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at))
+        text.erase(at, part.size());
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::string_view FileNameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+}  // namespace
+
+FontCatalogue& FontCatalogue::Get() {
+    static FontCatalogue* const catalogue = new FontCatalogue;
+    return *catalogue;
+}
+
+FontCatalogue::FontCatalogue() : config_(FcConfigReference(nullptr)) {
+    if (config_) AddInstalledFonts();
+}
+
+void FontCatalogue::AddInstalledFonts() {
+    std::vector<Found> all;
+    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
+        const FcFontSet* fonts = FcConfigGetFonts(config_, set);
+        for (int i = 0; fonts && i < fonts->nfont; ++i)
+            if (IsUsable(fonts->fonts[i])) all.push_back(Describe(fonts->fonts[i]));
+    }
+    std::sort(all.begin(), all.end(),
+              [](const Found& a, const Found& b) { return CatalogueOrder(a) < CatalogueOrder(b); });
+    for (Found& found : all) {
+        const std::string& path = found.content->path;
+        // A file that two configured folders lead to is one font.
+        if (byFile_.contains(FileKey(path, static_cast<int>(found.content->index)))) continue;
+        std::string name = UniqueName(path, found.content->index);
+        Append(std::move(found.entry), std::move(found.content), std::move(name), found.kind);
+    }
+}
+
+std::string FontCatalogue::UniqueName(const std::string& path, unsigned int faceIndex) const {
+    std::string name(FileNameOf(path));
+    if (faceIndex > 0) name += "#" + std::to_string(faceIndex);
+    std::string unique = name;
+    for (int number = 2; byName_.contains(unique); ++number) unique = name + "~" + std::to_string(number);
+    return unique;
+}
+
+void FontCatalogue::Append(CatalogueEntry entry, std::unique_ptr<ORVFontFace::Content> content,
+                           std::string name, ORVFont::Kind kind) {
+    content->family = entry.family;
+    content->style = entry.style;
+    content->postScriptName = entry.postScriptName;
+    content->weight = entry.weight;
+    content->italic = entry.slant != FC_SLANT_ROMAN;
+    std::string fileKey = FileKey(content->path, static_cast<int>(content->index));
+
+    const int index = static_cast<int>(entries_.size()) + 1;
+    entry.face = new ORVFontFace(std::move(content));
+    entry.font =
+        kind == ORVFont::kPlain ? new ORVFont(name, index, kind) : new ORVOutlineFont(name, index, kind);
+    entries_.push_back(std::move(entry));
+    const CatalogueEntry& kept = entries_.back();
+    byName_.emplace(std::move(name), kept.font);
+    if (kind != ORVFont::kPlain) byFile_.emplace(std::move(fileKey), &kept);
+    IndexNames(kept);
+}
+
+// Entries come in catalogue order and a name that is there stays: what a look-up gives is the first match.
+void FontCatalogue::IndexNames(const CatalogueEntry& entry) {
+    const std::string_view name = entry.font->GetName();
+    if (entry.font->GetKind() == ORVFont::kPlain) {
+        std::string family(name);
+        RemoveAll(family, kPlainEnding);
+        forAttribute_.emplace(std::move(family), entry.font);
+        return;
+    }
+    const bool skippedByStyle = name.find(kPlainEnding) != name.npos;
+    for (const std::string* text : {&entry.family, &entry.fullName, &entry.postScriptName}) {
+        forAttribute_.emplace(*text, entry.font);
+        if (!skippedByStyle) forStyle_.emplace(*text, entry.font);
+    }
+}
+
+const ORVFont* FontCatalogue::FindByName(std::string_view name) {
+    {
+        const std::shared_lock lock(mutex_);
+        if (const auto found = byName_.find(name); found != byName_.end()) return found->second;
+    }
+    return FindFixedFont(name) ? MakeStandIn(name) : nullptr;
+}
+
+const ORVFont* FontCatalogue::FindByFamily(std::string_view family, bool alsoPlain) const {
+    const std::shared_lock lock(mutex_);
+    const auto& index = alsoPlain ? forAttribute_ : forStyle_;
+    const auto found = index.find(family);
+    return found == index.end() ? nullptr : found->second;
+}
+
+int FontCatalogue::Count() const {
+    const std::shared_lock lock(mutex_);
+    return static_cast<int>(entries_.size());
+}
+
+const CatalogueEntry* FontCatalogue::EntryAt(int index) const {
+    const std::shared_lock lock(mutex_);
+    if (index < 1 || static_cast<std::size_t>(index) > entries_.size()) return nullptr;
+    return &entries_[static_cast<std::size_t>(index) - 1];
+}
+
+const ORVFont* FontCatalogue::Register(std::string_view name, const std::string& faceFile) {
+    auto content = std::make_unique<ORVFontFace::Content>();
+    content->path = faceFile;
+    content->LoadFreeType();
+    content->LoadFont();
+    const FT_Face face = content->freeType;
+    if (!face || !content->font || !FT_IS_SCALABLE(face)) return nullptr;
+
+    CatalogueEntry entry;
+    entry.family = face->family_name ? face->family_name : "";
+    entry.style = face->style_name ? face->style_name : "";
+    const char* postScriptName = FT_Get_Postscript_Name(face);
+    entry.postScriptName = postScriptName ? postScriptName : "";
+    entry.weight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? kBoldWeight : kRegularWeight;
+    entry.slant = (face->style_flags & FT_STYLE_FLAG_ITALIC) ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
+
+    const std::unique_lock lock(mutex_);
+    if (name.empty() || byName_.contains(name)) return nullptr;
+    Append(std::move(entry), std::move(content), std::string(name), ORVFont::kPlain);
+    return entries_.back().font;
+}
+
+const ORVFontFace* FontCatalogue::FindFace(const ORVFont& font, int weight) const {
+    const CatalogueEntry* own = EntryAt(font.GetCatalogueIndex());
+    if (!own) return nullptr;
+    if (own->font->GetKind() == ORVFont::kPlain) return own->face;
+    const std::shared_lock lock(mutex_);
+    switch (weight) {
+        case 24: return NearestOfFamily(*own, own->slant, std::min(own->weight, kLightWeight))->face;
+        case 26: return NearestOfFamily(*own, own->slant, std::max(own->weight, kBoldWeight))->face;
+        case 27: return NearestOfFamily(*own, own->slant, kHeaviestWeight)->face;
+        default: return own->face;
+    }
+}
+
+const ORVFontFace* FontCatalogue::FindFace(FcPattern* pattern) const {
+    const std::shared_lock lock(mutex_);
+    const auto found = byFile_.find(FileKey(TextOf(pattern, FC_FILE), NumberOf(pattern, FC_INDEX, 0)));
+    return found == byFile_.end() ? nullptr : found->second->face;
+}
+
+/// The face of `entry`'s family that comes nearest to a weight, on the same side of regular as that: where
+/// the family has nothing light or bold, it is `entry` itself or, for another slant, the nearest there is.
+const CatalogueEntry* FontCatalogue::NearestOfFamily(const CatalogueEntry& entry, int slant,
+                                                     int weight) const {
+    const auto suits = [&](const CatalogueEntry& other) {
+        if (other.font->GetKind() == ORVFont::kPlain || other.width != entry.width || other.slant != slant)
+            return false;
+        if (slant != entry.slant) return true;
+        return weight < kRegularWeight ? other.weight < kRegularWeight
+                                       : weight < kLeastBoldWeight || other.weight >= kLeastBoldWeight;
+    };
+    const CatalogueEntry* nearest = &entry;
+    bool found = false;
+    const auto consider = [&](const CatalogueEntry& other) {
+        if (!suits(other)) return;
+        const int distance = std::abs(other.weight - weight), least = std::abs(nearest->weight - weight);
+        if (!found || distance < least) nearest = &other;
+        found = true;
+    };
+    // The faces of a family stand side by side.
+    auto first = static_cast<std::size_t>(entry.font->GetCatalogueIndex()) - 1;
+    while (first > 0 && entries_[first - 1].family == entry.family) --first;
+    for (std::size_t i = first; i < entries_.size() && entries_[i].family == entry.family; ++i)
+        consider(entries_[i]);
+    return nearest;
+}
+
+const ORVFont* FontCatalogue::MakeStandIn(std::string_view name) {
+    const std::unique_lock lock(mutex_);
+    if (const auto found = byName_.find(name); found != byName_.end()) return found->second;
+    const CatalogueEntry* entry = ChooseStandIn(name);
+    const int index = entry ? entry->font->GetCatalogueIndex() : 0;
+    const ORVFont::Kind kind = entry ? entry->font->GetKind() : ORVFont::kTrueType;
+    const auto* font = new ORVOutlineFont(ORVUnicodeString(name), index, kind);
+    byName_.emplace(std::string(name), font);
+    return font;
+}
+
+/// The file itself, written in other letters; else a family of the same metrics or look; else what fontconfig
+/// takes for it; else any font.
+const CatalogueEntry* FontCatalogue::ChooseStandIn(std::string_view name) const {
+    if (const CatalogueEntry* itself = FindItself(name)) return itself;
+    const FixedFont& fixed = *FindFixedFont(name);
+    for (const char* family : fixed.families)
+        if (const CatalogueEntry* entry = FindInstalled(family)) return entry;
+    const int slant = fixed.lastResort == FixedFont::kItalicSerif ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
+    const int weight = fixed.lastResort == FixedFont::kBoldSans ? kBoldWeight : kRegularWeight;
+    for (const char* family : LastResortFamilies(fixed.lastResort))
+        if (const CatalogueEntry* entry = FindInstalled(family))
+            return NearestOfFamily(*entry, slant, weight);
+    if (const CatalogueEntry* entry = MatchPattern(GenericFamily(fixed.lastResort), slant, weight))
+        return entry;
+    const auto outline = std::find_if(entries_.begin(), entries_.end(), [](const CatalogueEntry& entry) {
+        return entry.font->GetKind() != ORVFont::kPlain;
+    });
+    return outline == entries_.end() ? nullptr : &*outline;
+}
+
+const CatalogueEntry* FontCatalogue::FindItself(std::string_view fileName) const {
+    for (const CatalogueEntry& entry : entries_)
+        if (entry.font->GetKind() != ORVFont::kPlain &&
+            EqualIgnoringCase(entry.font->GetName().GetView(), fileName))
+            return &entry;
+    return nullptr;
+}
+
+const CatalogueEntry* FontCatalogue::FindInstalled(std::string_view family) const {
+    const auto found = forStyle_.find(family);
+    if (found == forStyle_.end()) return nullptr;
+    return &entries_[static_cast<std::size_t>(found->second->GetCatalogueIndex()) - 1];
+}
+
+const CatalogueEntry* FontCatalogue::MatchPattern(const char* family, int slant, int weight) const {
+    if (!config_) return nullptr;
+    FcPattern* wanted = FcPatternCreate();
+    if (!wanted) return nullptr;
+    FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+    FcPatternAddInteger(wanted, FC_SLANT, slant);
+    FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(weight));
+    FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
+    FcConfigSubstitute(config_, wanted, FcMatchPattern);
+    FcDefaultSubstitute(wanted);
+    FcResult result = FcResultNoMatch;
+    FcPattern* match = FcFontMatch(config_, wanted, &result);
+    FcPatternDestroy(wanted);
+    if (!match) return nullptr;
+    const auto found = byFile_.find(FileKey(TextOf(match, FC_FILE), NumberOf(match, FC_INDEX, 0)));
+    FcPatternDestroy(match);
+    return found == byFile_.end() ? nullptr : found->second;
+}

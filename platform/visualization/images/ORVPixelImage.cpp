@@ -1,0 +1,177 @@
+#include "platform/visualization/images/ORVPixelImage.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <limits>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/visualization/images/ORVPixelImageBuilder.h"
+
+namespace {
+
+constexpr std::size_t kBytesAPixel = 4;
+
+std::atomic<std::uint64_t> pixelLimit{std::uint64_t{1} << 28};
+
+std::uint8_t* AllocatePixels(std::size_t width, std::size_t height) {
+    // calloc hands out large blocks untouched: they cost memory as they are written.
+    return static_cast<std::uint8_t*>(std::calloc(height, width * kBytesAPixel));
+}
+
+/// Closes a file descriptor at the end of its scope.
+class File {
+public:
+    // Without O_NONBLOCK a pipe would wait for a writer before one could see that it is no file.
+    explicit File(const char* path) : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+    }
+
+    /// All bytes of a regular file. @return false when it is none, larger than `limit` or cannot be read
+    bool ReadAll(std::uint64_t limit, std::vector<std::uint8_t>& bytes) const {
+        struct stat status = {};
+        if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+        if (status.st_size <= 0 || static_cast<std::uint64_t>(status.st_size) > limit) return false;
+        bytes.resize(static_cast<std::size_t>(status.st_size));
+        std::size_t filled = 0;
+        while (filled < bytes.size()) {
+            const ssize_t count = ::read(descriptor_, bytes.data() + filled, bytes.size() - filled);
+            if (count < 0) return false;
+            if (count == 0) break;  // it has become shorter; the readers find out what that means
+            filled += static_cast<std::size_t>(count);
+        }
+        bytes.resize(filled);
+        return true;
+    }
+
+private:
+    int descriptor_;
+};
+
+bool StartsWith(std::span<const std::uint8_t> bytes, std::string_view signature) {
+    return bytes.size() >= signature.size() &&
+           std::memcmp(bytes.data(), signature.data(), signature.size()) == 0;
+}
+
+ORVPixelImage* ReadByContent(std::span<const std::uint8_t> bytes) {
+    if (StartsWith(bytes, "\x89PNG")) return ReadMemoryPNGPixelImage(bytes.data(), bytes.size(), 0);
+    if (StartsWith(bytes, "\xFF\xD8")) return ReadMemoryJPEGPixelImage(bytes.data(), bytes.size(), 0);
+    if (StartsWith(bytes, "BM")) return ReadMemBMPPixelImage(bytes.data(), bytes.size(), 0);
+    return nullptr;
+}
+
+}  // namespace
+
+const ORVMetaClass& ORVPixelImage::MetaClass() {
+    static const ORVMetaClass metaClass("ORVPixelImage", &ORVBaseObject::MetaClass(), "ORVnull", "ORVViz");
+    return metaClass;
+}
+
+void ORVPixelImage::Free::operator()(std::uint8_t* memory) const { std::free(memory); }
+
+void ORVPixelImage::SetPixelLimit(std::uint64_t pixels) { pixelLimit = pixels; }
+
+std::uint64_t ORVPixelImage::GetPixelLimit() { return pixelLimit; }
+
+ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colours*/, int /*flags*/) {
+    try {
+        // The largest honest file is a bitmap of four bytes a pixel with its headers; allow as much again.
+        constexpr std::uint64_t kFileOverhead = std::uint64_t{64} << 20;
+        const std::uint64_t limit = GetPixelLimit();
+        const std::uint64_t byteLimit = limit > (std::uint64_t{1} << 56) ? limit : limit * 8 + kFileOverhead;
+        std::vector<std::uint8_t> bytes;
+        if (!File(path.CastToCharPtr()).ReadAll(byteLimit, bytes)) return nullptr;
+        return ReadByContent(bytes);
+    } catch (const std::exception&) {  // memory is spent
+        return nullptr;
+    }
+}
+
+ORVPixelImage* ORVPixelImage::CreateFromPixels(int width, int height, std::span<const std::uint8_t> rgba) {
+    if (width <= 0 || height <= 0) return nullptr;
+    const auto columns = static_cast<std::uint64_t>(width), rows = static_cast<std::uint64_t>(height);
+    if (!ORVPixelImageBuilder::IsAllowed(columns, rows) || rgba.size() != columns * rows * kBytesAPixel)
+        return nullptr;
+    ORVPixelImageBuilder builder;
+    if (!builder.SetSize(columns, rows)) return nullptr;
+    std::memcpy(builder.GetRow(0), rgba.data(), rgba.size());
+    for (std::size_t row = 0; row < rows; ++row) builder.NoteAlpha(row);
+    return builder.Finish();
+}
+
+std::span<const std::uint8_t> ORVPixelImage::GetPixels() const {
+    const auto columns = static_cast<std::size_t>(width_), rows = static_cast<std::size_t>(height_);
+    if (!pixels_) {
+        Pixels decoded(AllocatePixels(columns, rows));
+        if (!decoded || !DecodeJpegPixels(jpegBytes_, jpeg_, width_, height_, decoded.get())) return {};
+        pixels_ = std::move(decoded);
+    }
+    return {pixels_.get(), columns * rows * kBytesAPixel};
+}
+
+void ORVPixelImage::ReleasePixels() const {
+    if (!jpegBytes_.empty()) pixels_.reset();
+}
+
+bool ORVPixelImageBuilder::IsAllowed(std::uint64_t width, std::uint64_t height) {
+    constexpr std::uint64_t kLargestSide = std::numeric_limits<int>::max();
+    if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) return false;
+    return width * height <= ORVPixelImage::GetPixelLimit();
+}
+
+bool ORVPixelImageBuilder::SetSize(std::uint64_t width, std::uint64_t height) {
+    if (!IsAllowed(width, height)) return false;
+    width_ = static_cast<std::size_t>(width);
+    height_ = static_cast<std::size_t>(height);
+    rowBytes_ = width_ * kBytesAPixel;
+    pixels_.reset(AllocatePixels(width_, height_));
+    return pixels_ != nullptr;
+}
+
+void ORVPixelImageBuilder::SetResolution(double horizontal, double vertical) {
+    if (!(horizontal > 0.0 && vertical > 0.0)) return;
+    horizontalResolution_ = horizontal;
+    verticalResolution_ = vertical;
+}
+
+void ORVPixelImageBuilder::NoteAlpha(std::size_t row) {
+    if (hasAlpha_) return;
+    const std::uint8_t* bytes = GetRow(row);
+    unsigned int all = 255;
+    for (std::size_t at = 3; at < rowBytes_; at += kBytesAPixel) all &= bytes[at];
+    hasAlpha_ = all != 255;
+}
+
+ORVPixelImage* ORVPixelImageBuilder::Finish() {
+    auto* image = new (std::nothrow) ORVPixelImage;
+    if (!image) return nullptr;
+    image->width_ = static_cast<int>(width_);
+    image->height_ = static_cast<int>(height_);
+    image->hasAlpha_ = hasAlpha_;
+    image->horizontalResolution_ = horizontalResolution_;
+    image->verticalResolution_ = verticalResolution_;
+    image->pixels_ = std::move(pixels_);
+    return image;
+}
+
+ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vector<std::uint8_t> bytes,
+                                                const ORVJpegSource& source) {
+    ORVPixelImage* image = Finish();
+    if (!image) return nullptr;
+    image->width_ = width;
+    image->height_ = height;
+    image->jpegBytes_ = std::move(bytes);
+    image->jpeg_ = source;
+    image->jpeg_.bytes = image->jpegBytes_;
+    return image;
+}

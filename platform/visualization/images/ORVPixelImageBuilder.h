@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "platform/visualization/images/ORVPixelImage.h"
+
+/// The readers' way to make an image: sizes, then pixels row by row, then Finish. Its pixels start as
+/// transparent black, and memory is only touched where pixels are written, so that a header alone costs
+/// nothing.
+class ORVPixelImageBuilder {
+public:
+    ORVPixelImageBuilder() = default;
+    ORVPixelImageBuilder(const ORVPixelImageBuilder&) = delete;
+    ORVPixelImageBuilder& operator=(const ORVPixelImageBuilder&) = delete;
+
+    /// True when an image of this size may exist: neither side is 0 and the pixel limit holds.
+    static bool IsAllowed(std::uint64_t width, std::uint64_t height);
+
+    /// Reserves the pixels. @return false when the size is not allowed or memory is spent
+    bool SetSize(std::uint64_t width, std::uint64_t height);
+    /// First byte of a row; row < height.
+    std::uint8_t* GetRow(std::size_t row) const { return pixels_.get() + row * rowBytes_; }
+    void SetResolution(double horizontal, double vertical);
+    /// Looks through a finished row for pixels that are not opaque.
+    void NoteAlpha(std::size_t row);
+    void SetAlpha() { hasAlpha_ = true; }
+
+    /// The image with its pixels, one reference for the caller. Null when memory is spent.
+    ORVPixelImage* Finish();
+    /// An image whose pixels stay compressed; the size is allowed. `source.bytes` is of no account.
+    ORVPixelImage* FinishJpeg(int width, int height, std::vector<std::uint8_t> bytes,
+                              const ORVJpegSource& source);
+
+private:
+    std::size_t width_ = 0, height_ = 0, rowBytes_ = 0;
+    double horizontalResolution_ = 0.0, verticalResolution_ = 0.0;
+    bool hasAlpha_ = false;
+    ORVPixelImage::Pixels pixels_;
+};
+
+/// Decodes a JPEG that has been checked when it was read.
+/// @param rgba  height x width x 4 bytes @return false when memory is spent
+bool DecodeJpegPixels(std::span<const std::uint8_t> bytes, const ORVJpegSource& source, int width, int height,
+                      std::uint8_t* rgba);

@@ -1,0 +1,226 @@
+#include <algorithm>
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <jpeglib.h>
+
+#include <jerror.h>
+
+#include "platform/visualization/images/ORVPixelImage.h"
+#include "platform/visualization/images/ORVPixelImageBuilder.h"
+
+namespace {
+
+// A file of many tiny scans takes far more time than its size suggests; real ones have about ten.
+constexpr int kMostScans = 500;
+constexpr JOCTET kEndOfImage[] = {0xFF, JPEG_EOI};
+
+/// One reading: libjpeg's object with our ways of feeding it and of leaving it.
+class JpegReading {
+public:
+    explicit JpegReading(std::span<const std::uint8_t> bytes) : bytes_(bytes) {
+        jpeg_.err = jpeg_std_error(&errors_);
+        errors_.error_exit = [](j_common_ptr jpeg) { Leave(jpeg); };
+        errors_.emit_message = [](j_common_ptr jpeg, int level) { NoteMessage(jpeg, level); };
+        errors_.output_message = [](j_common_ptr) {};
+        jpeg_.client_data = this;
+    }
+    JpegReading(const JpegReading&) = delete;
+    JpegReading& operator=(const JpegReading&) = delete;
+    ~JpegReading() {
+        if (created_) jpeg_destroy_decompress(&jpeg_);
+    }
+
+    /// Reads the file to its end and finds out whether it is sound. Writes size, resolution and `source`.
+    bool Check() {
+        if (setjmp(jump_)) return false;
+        if (!Open()) return false;
+        if (!ORVPixelImageBuilder::IsAllowed(jpeg_.image_width, jpeg_.image_height)) return false;
+        if (!DescribeSource()) return false;
+
+        // At an eighth of the size all data are decoded, but hardly any pixels computed.
+        jpeg_.scale_num = 1;
+        jpeg_.scale_denom = 8;
+        jpeg_.do_fancy_upsampling = FALSE;
+        jpeg_start_decompress(&jpeg_);
+        JSAMPARRAY row = (*jpeg_.mem->alloc_sarray)(Common(), JPOOL_IMAGE, RowSamples(), 1);
+        while (jpeg_.output_scanline < jpeg_.output_height) jpeg_read_scanlines(&jpeg_, row, 1);
+        if (cutOff_ && !IsComplete()) return false;
+        jpeg_finish_decompress(&jpeg_);
+        usedBytes_ = cutOff_ ? bytes_.size() : bytes_.size() - jpeg_.src->bytes_in_buffer;
+        return true;
+    }
+
+    /// Decodes to RGBA.
+    bool Decode(const ORVJpegSource& source, int width, int height, std::uint8_t* rgba) {
+        if (setjmp(jump_)) return false;
+        if (!Open() || jpeg_.image_width != static_cast<JDIMENSION>(width) ||
+            jpeg_.image_height != static_cast<JDIMENSION>(height))
+            return false;
+        jpeg_.out_color_space = source.componentCount == 4 ? JCS_CMYK : JCS_EXT_RGBA;
+        jpeg_start_decompress(&jpeg_);
+        const std::size_t rowBytes = std::size_t{4} * jpeg_.image_width;
+        while (jpeg_.output_scanline < jpeg_.output_height) {
+            JSAMPROW row = rgba + jpeg_.output_scanline * rowBytes;
+            jpeg_read_scanlines(&jpeg_, &row, 1);
+            if (source.componentCount == 4) TurnCmykToRgba(row, rowBytes, source.inverted);
+        }
+        return true;
+    }
+
+    int GetWidth() const { return static_cast<int>(jpeg_.image_width); }
+    int GetHeight() const { return static_cast<int>(jpeg_.image_height); }
+    const ORVJpegSource& GetSource() const { return source_; }
+
+    void WriteResolution(ORVPixelImageBuilder& builder) const {
+        constexpr double kInchesAMetre = 100.0 / 2.54, kCentimetresAMetre = 100.0;
+        if (!jpeg_.saw_JFIF_marker || jpeg_.density_unit == 0 || jpeg_.density_unit > 2) return;
+        const double factor = jpeg_.density_unit == 1 ? kInchesAMetre : kCentimetresAMetre;
+        builder.SetResolution(jpeg_.X_density * factor, jpeg_.Y_density * factor);
+    }
+
+    /// The file from its first to its last marker.
+    std::vector<std::uint8_t> CopyFile() const {
+        std::vector<std::uint8_t> file(bytes_.begin(),
+                                       bytes_.begin() + static_cast<std::ptrdiff_t>(usedBytes_));
+        if (cutOff_) {  // the end mark is missing, wholly or by half
+            if (!file.empty() && file.back() == kEndOfImage[0]) file.pop_back();
+            file.insert(file.end(), std::begin(kEndOfImage), std::end(kEndOfImage));
+        }
+        return file;
+    }
+
+private:
+    static JpegReading& Of(j_common_ptr jpeg) { return *static_cast<JpegReading*>(jpeg->client_data); }
+    static JpegReading& Of(j_decompress_ptr jpeg) { return *static_cast<JpegReading*>(jpeg->client_data); }
+    j_common_ptr Common() { return reinterpret_cast<j_common_ptr>(&jpeg_); }
+
+    [[noreturn]] static void Leave(j_common_ptr jpeg) { std::longjmp(Of(jpeg).jump_, 1); }
+
+    static void NoteMessage(j_common_ptr jpeg, int level) {
+        if (level >= 0) return;  // a remark
+        switch (jpeg->err->msg_code) {
+            case JWRN_JPEG_EOF:           // see FeedEndOfImage
+            case JWRN_EXTRANEOUS_DATA:    // surplus bytes between markers
+            case JWRN_ADOBE_XFORM:        // an unknown colour transform, taken as the usual one
+            case JWRN_JFIF_MAJOR:         // an unknown version of the header
+            case JWRN_NOT_SEQUENTIAL:     // idle parameters of the only scan
+            case JWRN_BOGUS_PROGRESSION:  // an unusual order of scans, which decodes all the same
+                return;
+            default: Leave(jpeg);
+        }
+    }
+
+    static boolean FeedEndOfImage(j_decompress_ptr jpeg) {
+        Of(jpeg).cutOff_ = true;
+        jpeg->src->next_input_byte = kEndOfImage;
+        jpeg->src->bytes_in_buffer = sizeof kEndOfImage;
+        return TRUE;
+    }
+
+    static void Skip(j_decompress_ptr jpeg, long count) {
+        if (count <= 0) return;
+        const std::size_t skipped = std::min(static_cast<std::size_t>(count), jpeg->src->bytes_in_buffer);
+        jpeg->src->next_input_byte += skipped;
+        jpeg->src->bytes_in_buffer -= skipped;
+    }
+
+    static void LimitScans(j_common_ptr jpeg) {
+        if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > kMostScans) Leave(jpeg);
+    }
+
+    bool Open() {
+        jpeg_create_decompress(&jpeg_);
+        created_ = true;
+        input_.next_input_byte = bytes_.data();
+        input_.bytes_in_buffer = bytes_.size();
+        input_.init_source = [](j_decompress_ptr) {};
+        input_.fill_input_buffer = FeedEndOfImage;
+        input_.skip_input_data = Skip;
+        input_.resync_to_restart = [](j_decompress_ptr jpeg, int) -> boolean {
+            Leave(reinterpret_cast<j_common_ptr>(jpeg));  // a restart marker is missing
+        };
+        input_.term_source = [](j_decompress_ptr) {};
+        jpeg_.src = &input_;
+        progress_.progress_monitor = LimitScans;
+        jpeg_.progress = &progress_;
+        return jpeg_read_header(&jpeg_, TRUE) == JPEG_HEADER_OK;
+    }
+
+    bool DescribeSource() {
+        using ColourSpace = ORVJpegSource::ColourSpace;
+        switch (jpeg_.jpeg_color_space) {
+            case JCS_GRAYSCALE: source_.colourSpace = ColourSpace::kGrey; break;
+            case JCS_YCbCr: source_.colourSpace = ColourSpace::kYCbCr; break;
+            case JCS_RGB: source_.colourSpace = ColourSpace::kRGB; break;
+            case JCS_CMYK: source_.colourSpace = ColourSpace::kCMYK; break;
+            case JCS_YCCK: source_.colourSpace = ColourSpace::kYCCK; break;
+            default: return false;
+        }
+        source_.componentCount = jpeg_.num_components;
+        source_.inverted = jpeg_.num_components == 4 && jpeg_.saw_Adobe_marker;
+        return true;
+    }
+
+    JDIMENSION RowSamples() const {
+        return jpeg_.output_width * static_cast<JDIMENSION>(jpeg_.output_components);
+    }
+
+    /// True when no scan is missing, although the end mark is: a sequential file has them all once its last
+    /// row is there, a progressive one when every coefficient is known to its last bit.
+    bool IsComplete() const {
+        if (!jpeg_.progressive_mode || !jpeg_.coef_bits) return true;
+        for (int component = 0; component < jpeg_.num_components; ++component)
+            for (int bit : jpeg_.coef_bits[component])
+                if (bit != 0) return false;
+        return true;
+    }
+
+    static void TurnCmykToRgba(std::uint8_t* pixel, std::size_t rowBytes, bool inverted) {
+        const unsigned int flip = inverted ? 0 : 255;  // to amounts of light, not of ink
+        for (const std::uint8_t* end = pixel + rowBytes; pixel != end; pixel += 4) {
+            const unsigned int light = pixel[3] ^ flip;
+            for (int channel = 0; channel < 3; ++channel)
+                pixel[channel] = static_cast<std::uint8_t>(((pixel[channel] ^ flip) * light + 127) / 255);
+            pixel[3] = 255;
+        }
+    }
+
+    std::span<const std::uint8_t> bytes_;
+    std::size_t usedBytes_ = 0;
+    bool created_ = false;
+    bool cutOff_ = false;  // the bytes ended before the end mark
+    std::jmp_buf jump_ = {};
+    jpeg_decompress_struct jpeg_ = {};
+    jpeg_error_mgr errors_ = {};
+    jpeg_source_mgr input_ = {};
+    jpeg_progress_mgr progress_ = {};
+    ORVJpegSource source_;
+};
+
+}  // namespace
+
+bool DecodeJpegPixels(std::span<const std::uint8_t> bytes, const ORVJpegSource& source, int width, int height,
+                      std::uint8_t* rgba) {
+    return JpegReading(bytes).Decode(source, width, height, rgba);
+}
+
+ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
+    if (!bytes) return nullptr;
+    JpegReading reading({static_cast<const std::uint8_t*>(bytes), size});
+    if (!reading.Check()) return nullptr;
+    try {
+        ORVPixelImageBuilder builder;
+        reading.WriteResolution(builder);
+        return builder.FinishJpeg(reading.GetWidth(), reading.GetHeight(), reading.CopyFile(),
+                                  reading.GetSource());
+    } catch (const std::exception&) {  // memory is spent
+        return nullptr;
+    }
+}

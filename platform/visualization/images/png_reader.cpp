@@ -1,0 +1,113 @@
+#include <algorithm>
+#include <csetjmp>
+#include <cstdint>
+#include <cstring>
+
+#include <png.h>
+
+#include "platform/visualization/images/ORVPixelImage.h"
+#include "platform/visualization/images/ORVPixelImageBuilder.h"
+
+namespace {
+
+constexpr std::size_t kSignatureSize = 8;
+
+/// The bytes that libpng has not taken yet.
+struct Input {
+    const std::uint8_t* next = nullptr;
+    std::size_t left = 0;
+};
+
+void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
+    auto* input = static_cast<Input*>(png_get_io_ptr(png));
+    if (count > input->left) png_error(png, "too short");
+    std::memcpy(out, input->next, count);
+    input->next += count;
+    input->left -= count;
+}
+
+[[noreturn]] void LeaveOnError(png_structp png, png_const_charp /*message*/) { png_longjmp(png, 1); }
+
+void IgnoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
+
+// Chunks that do not bear on the pixels. They are passed over, so that broken ones do no harm and large ones
+// cost nothing.
+constexpr png_byte kIgnoredChunks[] =
+    "bKGD\0cHRM\0eXIf\0gAMA\0hIST\0iCCP\0iTXt\0oFFs\0pCAL\0sBIT\0sCAL\0sPLT\0sRGB\0tEXt\0tIME\0zTXt";
+constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5;
+static_assert(sizeof kIgnoredChunks % 5 == 0);
+
+/// One reading. Its members outlive the jumps out of libpng; nothing with a destructor is made inside.
+class PngReading {
+public:
+    PngReading(const void* bytes, std::size_t size) : input_{static_cast<const std::uint8_t*>(bytes), size} {}
+    PngReading(const PngReading&) = delete;
+    PngReading& operator=(const PngReading&) = delete;
+    ~PngReading() { png_destroy_read_struct(&png_, &info_, nullptr); }
+
+    ORVPixelImage* Read() {
+        if (input_.left < kSignatureSize || png_sig_cmp(input_.next, 0, kSignatureSize) != 0) return nullptr;
+        png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeaveOnError, IgnoreWarning);
+        info_ = png_ ? png_create_info_struct(png_) : nullptr;
+        if (!info_ || !ReadPixels()) return nullptr;
+        return builder_.Finish();
+    }
+
+private:
+    bool ReadPixels() {
+        if (setjmp(png_jmpbuf(png_))) return false;
+        const std::size_t size = input_.left;
+        png_set_read_fn(png_, &input_, TakeBytes);
+        png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, kIgnoredChunks, kIgnoredChunkCount);
+        png_read_info(png_, info_);
+
+        const png_uint_32 width = png_get_image_width(png_, info_),
+                          height = png_get_image_height(png_, info_);
+        if (!ORVPixelImageBuilder::IsAllowed(width, height) || !CanHold(size, width, height)) return false;
+        ReadResolution();
+        AskForRgba();
+        const int passes = png_set_interlace_handling(png_);
+        png_read_update_info(png_, info_);
+        if (png_get_rowbytes(png_, info_) != std::size_t{4} * width || !builder_.SetSize(width, height))
+            return false;
+        for (int pass = 0; pass < passes; ++pass)
+            for (png_uint_32 row = 0; row < height; ++row) png_read_row(png_, builder_.GetRow(row), nullptr);
+        // What follows the last row is not looked at: texts, the end mark and surplus bytes.
+        for (png_uint_32 row = 0; row < height; ++row) builder_.NoteAlpha(row);
+        return true;
+    }
+
+    /// False when a file of `size` bytes cannot possibly hold the image that its header speaks of.
+    bool CanHold(std::size_t size, png_uint_32 width, png_uint_32 height) const {
+        constexpr std::uint64_t kBestDeflateRatio = 1032;
+        const std::uint64_t bits =
+            std::uint64_t{png_get_bit_depth(png_, info_)} * png_get_channels(png_, info_) * width * height;
+        return bits / 8 <= size * kBestDeflateRatio;
+    }
+
+    void ReadResolution() {
+        png_uint_32 horizontal = 0, vertical = 0;
+        int unit = PNG_RESOLUTION_UNKNOWN;
+        if (png_get_pHYs(png_, info_, &horizontal, &vertical, &unit) && unit == PNG_RESOLUTION_METER)
+            builder_.SetResolution(horizontal, vertical);
+    }
+
+    void AskForRgba() {
+        png_set_expand(png_);
+        png_set_scale_16(png_);
+        png_set_gray_to_rgb(png_);
+        png_set_add_alpha(png_, 255, PNG_FILLER_AFTER);
+    }
+
+    Input input_;
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+    ORVPixelImageBuilder builder_;
+};
+
+}  // namespace
+
+ORVPixelImage* ReadMemoryPNGPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
+    return bytes ? PngReading(bytes, size).Read() : nullptr;
+}
