@@ -63,21 +63,25 @@ struct ORVPrintImage {
 
 /// What is known of a document before its first page.
 struct ORVPrintDocumentInfo {
-    std::string_view title;     ///< UTF-8, may be empty
-    unsigned int pageCount = 0; ///< pages that will be drawn
+    std::string_view title;      ///< UTF-8, may be empty
+    unsigned int pageCount = 0;  ///< pages that will be drawn, 0 when that is not known yet
 };
 
 struct ORVPrintPageInfo {
-    unsigned int number = 0;            ///< 1-based place in the document
-    double width = 0.0, height = 0.0;   ///< user units of 1/90 inch, positive and finite
+    unsigned int number = 0;           ///< 1-based place in the document
+    double width = 0.0, height = 0.0;  ///< user units of 1/90 inch, positive and finite
     std::string_view id, title, description;
 };
 
 /// A part of the page that belongs together: its texts and the target of its link, all perhaps empty.
 struct ORVPrintGroup {
     std::string_view id, description;
-    std::string_view linkElementId, linkURL;
-    int linkShow = 0;  ///< ORVPrintLinkShow
+    /// Another group of the drawing, named by its id. Empty when the drawing has no such group, so that a
+    /// link never leads nowhere.
+    std::string_view linkElementId;
+    std::string_view linkURL;
+    int linkShow = 0;           ///< ORVPrintLinkShow
+    bool isLinkTarget = false;  ///< a link leads to this id; true for the first group that bears it
 };
 
 /// Where a drawing goes: a file format or a device. The renderer resolves the model and calls this; a

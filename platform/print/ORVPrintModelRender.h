@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/system/ORVBaseObject.h"
 
 class ORVPrintGenerator;
@@ -15,17 +17,21 @@ public:
     /// More primitives than the parameters allow; the output was closed cleanly.
     static constexpr int kTooManyPrimitives = -3;
 
-    ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator, const ORVPrintParameters& parameters);
+    ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
+                        const ORVPrintParameters& parameters);
     virtual ~ORVPrintModelRender();
 
-    /// Draws every page. @return 1 on success, 0 when there is no page or no generator, one of the failures
-    /// above, or what the generator returned when it was not 1
+    /// Draws every page, or those that the parameters name. When the parameters have a model inspector, it
+    /// sees the model first; without a generator that is all.
+    /// @return 1 on success, 0 when there is no page or no generator, one of the failures above, or what the
+    ///         generator returned when it was not 1
     virtual int Draw();
     /// Draws one page, 1-based; 0 when there is no such page.
     virtual int Draw(unsigned int page);
 
 private:
-    int DrawPages(unsigned int first, unsigned int count);
+    /// @param numbers  1-based, in the order in which the pages come out
+    int DrawPages(const std::vector<unsigned int>& numbers);
 
     const ORVPrtModel& model_;
     ORVPrintGenerator* generator_;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVUnicodeString.h"
 
 class ORVPrintInput;
 class ORVPrintInputXMLElement;
@@ -17,6 +18,12 @@ public:
     /// @param error  receives what went wrong (one line) when null is returned
     /// @return the interpreter, owned by the caller; null when there is no such module or factory. `input`
     ///         must outlive it
-    static std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const std::string& name, ORVPrintInput* input,
-                                                                  std::string& error);
+    static std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const std::string& name,
+                                                                  ORVPrintInput* input, std::string& error);
+
+    /// Tells an interpreter made under `name` where its document lies, so that it resolves relative
+    /// references; needed for inputs that know no path. To be called before the interpreter is asked.
+    /// @return 1 when the interpreter took the path, else 0
+    static int SetCurrentPath(const std::string& name, ORVPrintInterpreter& interpreter,
+                              const ORVUnicodeString& path);
 };

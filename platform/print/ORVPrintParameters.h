@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 #include "platform/system/ORVUnicodeString.h"
 
@@ -22,6 +24,11 @@ public:
     void SetDrawLimit(std::uint64_t limit) { drawLimit_ = limit; }
     std::uint64_t GetDrawLimit() const { return drawLimit_; }
 
+    /// Pages that a drawing of all pages consists of, 1-based, in the order in which they come out; none
+    /// for every page. Numbers beyond the model's pages draw nothing.
+    void SetPages(std::vector<unsigned int> pages) { pages_ = std::move(pages); }
+    const std::vector<unsigned int>& GetPages() const { return pages_; }
+
     /// Title of the output; the first page's title when empty.
     void SetTitle(ORVUnicodeString title) { title_ = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return title_; }
@@ -32,6 +39,7 @@ public:
 
 private:
     std::uint64_t drawLimit_ = kDefaultDrawLimit;
+    std::vector<unsigned int> pages_;
     ORVUnicodeString title_;
     ORVPrintModelInspector* inspector_ = nullptr;
 };

@@ -1,0 +1,103 @@
+#include "platform/print/ORVPrintModule.h"
+
+#include <dlfcn.h>
+
+#include <new>
+
+#include "platform/print/ORVPrintInputXMLElement.h"
+#include "platform/print/ORVPrintInterpreter.h"
+
+namespace {
+
+/// An interpreter that modules provide. A new one is one row.
+struct InterpreterRow {
+    const char* name;
+    const char* library;
+    const char* factory;
+    /// Calls the factory found under the name above with an input of the kind it takes; null when the
+    /// input is of another kind.
+    ORVPrintInterpreter* (*create)(void* factory, ORVPrintInput* input);
+    /// Exported operation of the interpreter's class that takes the document's path.
+    const char* setCurrentPath;
+};
+
+ORVPrintInterpreter* CreateFromAnyInput(void* factory, ORVPrintInput* input) {
+    return reinterpret_cast<ORVPrintInterpreter* (*)(ORVPrintInput*)>(factory)(input);
+}
+
+ORVPrintInterpreter* CreateFromXMLElement(void* factory, ORVPrintInput* input) {
+    if (input && !input->IsAKindOf("ORVPrintInputXMLElement")) return nullptr;
+    using Factory = ORVPrintInterpreter* (*)(ORVPrintInputXMLElement*);
+    return reinterpret_cast<Factory>(factory)(static_cast<ORVPrintInputXMLElement*>(input));
+}
+
+constexpr InterpreterRow kInterpreters[] = {
+    {"SVG", "libORVPrtInterpreterSVG.so", "fctCreateORVPrintSVGInterpreter", CreateFromAnyInput,
+     "_ZN22ORVPrintSVGInterpreter14SetCurrentPathERK16ORVUnicodeString"},
+    {"QVXML", "libORVPrtInterpreterSVG.so", "fctCreateORVPrintQVXMLInterpreter", CreateFromXMLElement,
+     "_ZN24ORVPrintQVXMLInterpreter14SetCurrentPathERK16ORVUnicodeString"},
+};
+
+const InterpreterRow* FindRow(const std::string& name) {
+    for (const InterpreterRow& row : kInterpreters)
+        if (name == row.name) return &row;
+    return nullptr;
+}
+
+/// Folder of the platform's own library with a trailing separator, empty when it is not known.
+std::string PlatformFolder() {
+    static const char anchor = 0;
+    Dl_info info{};
+    if (dladdr(&anchor, &info) == 0 || !info.dli_fname) return {};
+    const std::string path = info.dli_fname;
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+/// Loads a module, or finds it loaded. @return its handle; null with `error` when it cannot be loaded
+void* LoadModule(const char* library, std::string& error) {
+    const std::string folder = PlatformFolder();
+    if (!folder.empty()) {
+        if (void* module = dlopen((folder + library).c_str(), RTLD_NOW | RTLD_LOCAL)) return module;
+        error = dlerror();
+    }
+    if (void* module = dlopen(library, RTLD_NOW | RTLD_LOCAL)) return module;
+    const char* reason = dlerror();
+    if (error.empty()) error = reason ? reason : "cannot be loaded";
+    return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
+                                                                       ORVPrintInput* input,
+                                                                       std::string& error) {
+    error.clear();
+    const InterpreterRow* row = FindRow(name);
+    if (!row) {
+        error = "no interpreter is called " + name;
+        return nullptr;
+    }
+    void* module = LoadModule(row->library, error);
+    if (!module) return nullptr;
+    void* factory = dlsym(module, row->factory);
+    if (!factory) {
+        error = std::string(row->library) + ": no " + row->factory + " in the module";
+        return nullptr;
+    }
+    std::unique_ptr<ORVPrintInterpreter> interpreter(row->create(factory, input));
+    if (!interpreter) error = "the interpreter " + name + " takes no such input, or memory is spent";
+    return interpreter;
+}
+
+int ORVPrintModule::SetCurrentPath(const std::string& name, ORVPrintInterpreter& interpreter,
+                                   const ORVUnicodeString& path) {
+    const InterpreterRow* row = FindRow(name);
+    std::string error;
+    void* module = row ? LoadModule(row->library, error) : nullptr;
+    void* operation = module ? dlsym(module, row->setCurrentPath) : nullptr;
+    if (!operation) return 0;
+    // A member that is not virtual is a function whose first argument is the object. The interpreter
+    // classes have one base, so that the object's address is that of its base.
+    using Operation = int (*)(ORVPrintInterpreter*, const ORVUnicodeString&);
+    return reinterpret_cast<Operation>(operation)(&interpreter, path);
+}

@@ -1,0 +1,45 @@
+#include "platform/print/link_targets.h"
+
+#include <vector>
+
+#include "platform/model/ORVPrtGroupElt.h"
+#include "platform/model/ORVPrtImageElt.h"
+
+namespace {
+
+/// Calls `visit` for every group and symbol on the pages, for shared ones once.
+template <class Visitor>
+void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visit) {
+    std::unordered_set<const ORVPrtGraphicPrimitiveElt*> visited;
+    std::vector<const ORVPrtGraphicPrimitiveElt*> open(pages.begin(), pages.end());
+    while (!open.empty()) {
+        const ORVPrtGraphicPrimitiveElt& container = *open.back();
+        open.pop_back();
+        // What has one reference is reached once.
+        if (container.GetReferenceCount() > 1 && !visited.insert(&container).second) continue;
+        visit(container);
+        for (const ORVPrtGraphicPrimitiveElt* child : *container.GetChildList())
+            if (child->GetKind() == ORVPrtKind::kGroup || child->GetKind() == ORVPrtKind::kSymbol)
+                open.push_back(child);
+    }
+}
+
+std::string_view LinkedId(const ORVPrtGraphicPrimitiveElt& container) {
+    if (container.GetKind() != ORVPrtKind::kGroup) return {};
+    return static_cast<const ORVPrtGroupElt&>(container).GetGroupAttributes().GetLinkURI().GetElementId();
+}
+
+}  // namespace
+
+ORVPrintLinkTargets::ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages) {
+    std::unordered_set<std::string_view> wanted;
+    ForEachContainer(pages, [&](const ORVPrtGraphicPrimitiveElt& container) {
+        if (const std::string_view id = LinkedId(container); !id.empty()) wanted.insert(id);
+    });
+    if (wanted.empty()) return;
+    ForEachContainer(pages, [&](const ORVPrtGraphicPrimitiveElt& container) {
+        if (container.GetKind() == ORVPrtKind::kImage) return;  // pages are not reported as groups
+        const std::string_view id = container.GetID();
+        if (wanted.contains(id)) targets_.insert(id);
+    });
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <unordered_set>
+
+class ORVPrtImageElt;
+
+/// The identifiers within a drawing that its links lead to.
+class ORVPrintLinkTargets {
+public:
+    /// Looks for links on `pages` and for the groups that they name. Views refer to the model.
+    explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages);
+
+    /// True when the drawing has a group of that identifier and a link that leads to it.
+    bool Contains(std::string_view id) const { return targets_.contains(id); }
+    /// True for the first group that is drawn under an identifier that links lead to.
+    bool Arrive(std::string_view id) { return targets_.contains(id) && arrived_.insert(id).second; }
+
+private:
+    std::unordered_set<std::string_view> targets_, arrived_;
+};
