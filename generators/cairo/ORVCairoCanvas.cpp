@@ -1,0 +1,371 @@
+#include "generators/cairo/ORVCairoCanvas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "generators/common/generator_status.h"
+#include "generators/common/path_range.h"
+#include "platform/system/ORVUnicodeString.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/ORVTextLayout.h"
+
+namespace {
+
+// cairo keeps device coordinates in 24 bits before the point; half of that leaves room for pens.
+constexpr double kDeviceLimit = 4'000'000.0;
+// Maps that enlarge or reduce areas beyond this show nothing; cairo would refuse them for good.
+constexpr double kAreaLimit = 1e60;
+// Larger glyphs (device units an em) are drawn as outlines, for the font library has no such sizes; smaller
+// ones cannot be seen.
+constexpr double kLargestGlyph = 4000.0;
+constexpr double kSmallestGlyph = 1e-5;
+// Dashes of a shorter period (device units) look like a solid line, and some formats would round them to
+// none.
+constexpr double kShortestDashPeriod = 0.01;
+
+bool IsDrawable(const ORVMathAffine2D& toDevice) {
+    const double area = std::fabs(toDevice.Determinant());
+    return toDevice.IsFinite() && area < kAreaLimit && area > 1.0 / kAreaLimit;
+}
+
+double Enlargement(const ORVMathAffine2D& map) {
+    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
+}
+
+double Channel(std::uint8_t value) { return value / 255.0; }
+
+/// Saves the state of a context, restores it on destruction.
+class StateGuard {
+public:
+    explicit StateGuard(cairo_t* cr) : cr_(cr) { cairo_save(cr_); }
+    ~StateGuard() { cairo_restore(cr_); }
+    StateGuard(const StateGuard&) = delete;
+    StateGuard& operator=(const StateGuard&) = delete;
+
+private:
+    cairo_t* cr_;
+};
+
+/// From the pixels of a surface to those of the image it was made from.
+ORVMathAffine2D PixelsOf(cairo_surface_t& surface, const ORVPixelImage& image) {
+    return ORVMathAffine2D::Scaling(
+        static_cast<double>(image.GetWidth()) / cairo_image_surface_get_width(&surface),
+        static_cast<double>(image.GetHeight()) / cairo_image_surface_get_height(&surface));
+}
+
+cairo_line_cap_t ToCairo(ORVPrintStroke::Cap cap) {
+    switch (cap) {
+        case ORVPrintStroke::Cap::kRound: return CAIRO_LINE_CAP_ROUND;
+        case ORVPrintStroke::Cap::kSquare: return CAIRO_LINE_CAP_SQUARE;
+        case ORVPrintStroke::Cap::kButt: break;
+    }
+    return CAIRO_LINE_CAP_BUTT;
+}
+
+cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
+    switch (join) {
+        case ORVPrintStroke::Join::kRound: return CAIRO_LINE_JOIN_ROUND;
+        case ORVPrintStroke::Join::kBevel: return CAIRO_LINE_JOIN_BEVEL;
+        case ORVPrintStroke::Join::kMiter: break;
+    }
+    return CAIRO_LINE_JOIN_MITER;
+}
+
+/// Collects glyph outlines, moved to their places, in text space.
+class OutlineCollector final : public ORVGlyphOutlineSink {
+public:
+    OutlineCollector(ORVPrintPath& path, double expansion) : path_(path), expansion_(expansion) {}
+
+    void SetOrigin(double x, double y) { originX_ = x, originY_ = y; }
+
+    void MoveTo(double x, double y) override { path_.MoveTo(current_ = Place(x, y)); }
+    void LineTo(double x, double y) override { path_.LineTo(current_ = Place(x, y)); }
+    void QuadTo(double controlX, double controlY, double x, double y) override {
+        const ORVMathPoint2D control = Place(controlX, controlY), end = Place(x, y);
+        path_.CubicTo(TwoThirds(current_, control), TwoThirds(end, control), end);
+        current_ = end;
+    }
+    void CubicTo(double control1X, double control1Y, double control2X, double control2Y, double x,
+                 double y) override {
+        path_.CubicTo(Place(control1X, control1Y), Place(control2X, control2Y), Place(x, y));
+        current_ = Place(x, y);
+    }
+    void Close() override { path_.Close(); }
+
+private:
+    ORVMathPoint2D Place(double x, double y) const { return {originX_ + x * expansion_, originY_ + y}; }
+    static ORVMathPoint2D TwoThirds(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
+        return {from.x + (to.x - from.x) * 2.0 / 3.0, from.y + (to.y - from.y) * 2.0 / 3.0};
+    }
+
+    ORVPrintPath& path_;
+    const double expansion_;
+    double originX_ = 0.0, originY_ = 0.0;
+    ORVMathPoint2D current_;
+};
+
+/// The text of a run and which glyphs stand for which of its bytes, in the order that cairo asks for: the
+/// text's own. In right-to-left runs that is from the last glyph to the first.
+struct ClusteredText {
+    std::string text;
+    std::vector<cairo_text_cluster_t> clusters;
+
+    ClusteredText(std::string_view line, const ORVGlyphRun& run) {
+        struct Group {
+            std::string_view bytes;
+            int glyphs;
+        };
+        std::vector<Group> groups;
+        for (const ORVGlyph& glyph : run.glyphs) {
+            if (glyph.textLength > 0 || groups.empty())
+                groups.push_back(
+                    {line.substr(std::min<std::size_t>(glyph.textOffset, line.size()), glyph.textLength), 1});
+            else
+                ++groups.back().glyphs;
+        }
+        if (run.rightToLeft) std::reverse(groups.begin(), groups.end());
+        for (const Group& group : groups) {
+            const std::string_view bytes = ORVIsWellFormedUTF8(group.bytes) ? group.bytes : "\xEF\xBF\xBD";
+            text += bytes;
+            clusters.push_back({static_cast<int>(bytes.size()), group.glyphs});
+        }
+    }
+};
+
+}  // namespace
+
+void ORVCairoCanvas::SetTarget(cairo_t* context, double scale) {
+    cr_ = context;
+    scale_ = scale;
+}
+
+int ORVCairoCanvas::Status() const {
+    return cr_ && cairo_status(cr_) == CAIRO_STATUS_SUCCESS ? kGeneratorDone : kDrawingFailed;
+}
+
+ORVMathAffine2D ORVCairoCanvas::ToDevice(const ORVMathAffine2D& toPage) const {
+    return ORVMathAffine2D::Scaling(scale_, scale_) * toPage;
+}
+
+cairo_matrix_t ORVCairoCanvas::DeviceMatrix(const ORVMathAffine2D& toPage) const {
+    const ORVMathAffine2D map = ToDevice(toPage);
+    return {map.m11, map.m21, map.m12, map.m22, map.dx, map.dy};
+}
+
+void ORVCairoCanvas::AddPath(const ORVPrintPath& path) {
+    auto p = path.points.begin();
+    for (const ORVPrintPath::Verb verb : path.verbs) {
+        switch (verb) {
+            case ORVPrintPath::Verb::kMove:
+                cairo_move_to(cr_, p->x, p->y);
+                ++p;
+                break;
+            case ORVPrintPath::Verb::kLine:
+                cairo_line_to(cr_, p->x, p->y);
+                ++p;
+                break;
+            case ORVPrintPath::Verb::kCubic:
+                cairo_curve_to(cr_, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+                p += 3;
+                break;
+            case ORVPrintPath::Verb::kClose: cairo_close_path(cr_); break;
+        }
+    }
+}
+
+void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
+    const ORVPrintColour& colour = fill.colour;
+    cairo_surface_t* tile = fill.pattern ? images_.FindPixels(*fill.pattern) : nullptr;
+    ORVMathAffine2D fromPage;
+    if (!tile || !InvertMap(fill.patternToPage * PixelsOf(*tile, *fill.pattern), fromPage)) {
+        cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
+                              Channel(colour.opacity));
+        return;
+    }
+    const CairoPattern pattern(cairo_pattern_create_for_surface(tile));
+    const cairo_matrix_t matrix{fromPage.m11, fromPage.m21, fromPage.m12,
+                                fromPage.m22, fromPage.dx,  fromPage.dy};
+    cairo_pattern_set_matrix(pattern.get(), &matrix);
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+    // The source stays where it is now when the matrix changes.
+    const cairo_matrix_t page = DeviceMatrix({});
+    cairo_set_matrix(cr_, &page);
+    cairo_set_source(cr_, pattern.get());
+}
+
+void ORVCairoCanvas::Fill(const ORVPrintFill& fill) {
+    cairo_set_fill_rule(cr_, fill.evenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
+    if (fill.pattern && fill.colour.opacity < 255) {
+        const StateGuard guard(cr_);
+        cairo_clip(cr_);
+        cairo_paint_with_alpha(cr_, Channel(fill.colour.opacity));
+    } else {
+        cairo_fill(cr_);
+    }
+}
+
+void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage) {
+    const ORVPrintColour& colour = stroke.colour;
+    cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
+                          Channel(colour.opacity));
+    const double enlargement = Enlargement(ToDevice(toPage));
+    cairo_set_line_width(cr_, std::min(stroke.width, kDeviceLimit / enlargement));
+    cairo_set_line_cap(cr_, ToCairo(stroke.cap));
+    cairo_set_line_join(cr_, ToCairo(stroke.join));
+    cairo_set_miter_limit(cr_, stroke.miterLimit);
+    const double period = std::accumulate(stroke.dashes.begin(), stroke.dashes.end(), 0.0);
+    const bool isDashed = period * enlargement > kShortestDashPeriod;
+    cairo_set_dash(cr_, stroke.dashes.data(), isDashed ? static_cast<int>(stroke.dashes.size()) : 0, 0.0);
+}
+
+int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
+    if (!cr_) return kDrawingFailed;
+    const ORVMathAffine2D toDevice = ToDevice(shape.toPage);
+    if (!IsDrawable(toDevice)) return kGeneratorDone;
+    const StateGuard guard(cr_);
+    const cairo_matrix_t matrix = DeviceMatrix(shape.toPage);
+    if (shape.fill) {
+        SetFillSource(*shape.fill);
+        cairo_set_matrix(cr_, &matrix);
+        cairo_new_path(cr_);
+        AddPath(FitPathToRange(shape.path, toDevice, kDeviceLimit, PathUse::kFill, fitted_));
+        Fill(*shape.fill);
+    }
+    if (shape.stroke) {
+        cairo_set_matrix(cr_, &matrix);
+        SetStroke(*shape.stroke, shape.toPage);
+        cairo_new_path(cr_);
+        AddPath(FitPathToRange(shape.path, toDevice, kDeviceLimit, PathUse::kStroke, fitted_));
+        cairo_stroke(cr_);
+    }
+    return Status();
+}
+
+void ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, cairo_font_face_t* face) {
+    cairo_set_font_face(cr_, face);
+    // Text space has its y axis pointing up; cairo's glyphs expect one that points down.
+    const cairo_matrix_t fontMatrix{run.size * run.expansion, 0.0, 0.0, -run.size, 0.0, 0.0};
+    cairo_set_font_matrix(cr_, &fontMatrix);
+    std::vector<cairo_glyph_t> glyphs;
+    glyphs.reserve(run.glyphs.size());
+    for (const ORVGlyph& glyph : run.glyphs) glyphs.push_back({glyph.index, glyph.x, glyph.y});
+    if (medium_ == Medium::kRaster) {
+        cairo_show_glyphs(cr_, glyphs.data(), static_cast<int>(glyphs.size()));
+        return;
+    }
+    const ClusteredText clustered(text.text, run);
+    cairo_show_text_glyphs(cr_, clustered.text.data(), static_cast<int>(clustered.text.size()), glyphs.data(),
+                           static_cast<int>(glyphs.size()), clustered.clusters.data(),
+                           static_cast<int>(clustered.clusters.size()),
+                           run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : cairo_text_cluster_flags_t{});
+}
+
+void ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run) {
+    outlines_.Clear();
+    OutlineCollector collector(outlines_, run.expansion);
+    for (const ORVGlyph& glyph : run.glyphs) {
+        collector.SetOrigin(glyph.x, glyph.y);
+        run.face->DrawGlyph(glyph.index, run.size, collector);
+    }
+    cairo_new_path(cr_);
+    AddPath(FitPathToRange(outlines_, ToDevice(text.toPage), kDeviceLimit, PathUse::kStroke, fitted_));
+}
+
+void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
+    const cairo_matrix_t matrix = DeviceMatrix(text.toPage);
+    if (text.fill) {
+        // A glyph and the line that thickens it overlap, which would show through where they are transparent.
+        const bool asOne = (run.syntheticBold || text.fill->pattern) && text.fill->colour.opacity < 255;
+        if (asOne) cairo_push_group(cr_);
+        ORVPrintFill fill = *text.fill;
+        if (asOne) fill.colour.opacity = 255;
+        SetFillSource(fill);
+        cairo_set_matrix(cr_, &matrix);
+        const bool isLarge =
+            run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) > kLargestGlyph;
+        if (cairo_font_face_t* face = isLarge ? nullptr : fonts_.Find(*run.face)) {
+            ShowGlyphs(text, run, face);
+        } else {
+            AddOutlines(text, run);
+            cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
+            cairo_fill(cr_);
+        }
+        if (run.syntheticBold) {
+            AddOutlines(text, run);
+            cairo_set_line_width(cr_, ORVFontFace::kSyntheticBoldStroke * run.size);
+            cairo_set_line_join(cr_, CAIRO_LINE_JOIN_ROUND);
+            cairo_set_dash(cr_, nullptr, 0, 0.0);
+            cairo_stroke(cr_);
+        }
+        if (asOne) {
+            cairo_pop_group_to_source(cr_);
+            cairo_paint_with_alpha(cr_, Channel(text.fill->colour.opacity));
+        }
+    }
+    if (text.stroke) {
+        cairo_set_matrix(cr_, &matrix);
+        SetStroke(*text.stroke, text.toPage);
+        AddOutlines(text, run);
+        cairo_stroke(cr_);
+    }
+}
+
+int ORVCairoCanvas::DrawText(const ORVPrintText& text) {
+    if (!cr_) return kDrawingFailed;
+    const ORVMathAffine2D toDevice = ToDevice(text.toPage);
+    if (!IsDrawable(toDevice)) return kGeneratorDone;
+    const StateGuard guard(cr_);
+    if (text.clip) {
+        const cairo_matrix_t page = DeviceMatrix({});
+        cairo_set_matrix(cr_, &page);
+        cairo_new_path(cr_);
+        AddPath(FitPathToRange(*text.clip, ToDevice({}), kDeviceLimit, PathUse::kFill, fitted_));
+        cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
+        cairo_clip(cr_);
+    }
+    for (const ORVGlyphRun& run : text.layout.runs) {
+        // Glyphs beyond what cairo can hold are far off every page.
+        const bool isWithin = std::all_of(run.glyphs.begin(), run.glyphs.end(), [&](const ORVGlyph& glyph) {
+            const ORVMathPoint2D p = toDevice({glyph.x, glyph.y});
+            return std::fabs(p.x) < kDeviceLimit && std::fabs(p.y) < kDeviceLimit;
+        });
+        if (isWithin && run.size * Enlargement(toDevice) > kSmallestGlyph) DrawRun(text, run);
+    }
+    return Status();
+}
+
+int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
+    if (!cr_) return kDrawingFailed;
+    const ORVMathAffine2D boxToDevice = ToDevice(image.toPage);
+    if (!IsDrawable(boxToDevice)) return kGeneratorDone;
+    for (const ORVMathPoint2D& corner : {ORVMathPoint2D{0.0, 0.0}, ORVMathPoint2D{1.0, 0.0},
+                                         ORVMathPoint2D{0.0, 1.0}, ORVMathPoint2D{1.0, 1.0}}) {
+        const ORVMathPoint2D p = boxToDevice(corner);
+        if (!(std::fabs(p.x) < kDeviceLimit) || !(std::fabs(p.y) < kDeviceLimit)) return kGeneratorDone;
+    }
+    cairo_surface_t* surface =
+        medium_ == Medium::kVector ? images_.FindEmbeddable(image.image) : images_.FindPixels(image.image);
+    if (!surface) return kDrawingFailed;
+
+    const StateGuard guard(cr_);
+    const double width = cairo_image_surface_get_width(surface),
+                 height = cairo_image_surface_get_height(surface);
+    const ORVMathAffine2D toDevice = boxToDevice * ORVMathAffine2D::Scaling(1.0 / width, 1.0 / height);
+    const cairo_matrix_t matrix{toDevice.m11, toDevice.m21, toDevice.m12,
+                                toDevice.m22, toDevice.dx,  toDevice.dy};
+    cairo_set_matrix(cr_, &matrix);
+    cairo_set_source_surface(cr_, surface, 0.0, 0.0);
+    if (medium_ == Medium::kRaster) {
+        // Beyond its edges the image goes on, so that enlarging does not fade them; the box cuts it off.
+        cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_PAD);
+        cairo_new_path(cr_);
+        cairo_rectangle(cr_, 0.0, 0.0, width, height);
+        cairo_fill(cr_);
+    } else {
+        cairo_paint(cr_);
+    }
+    return Status();
+}

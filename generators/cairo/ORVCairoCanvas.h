@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cairo.h>
+
+#include "generators/cairo/cairo_fonts.h"
+#include "generators/cairo/cairo_images.h"
+#include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/ORVPrintPath.h"
+
+struct ORVGlyphRun;
+
+/// Draws shapes, texts and images with cairo, for all formats that cairo writes. Holds what is used again
+/// from page to page: fonts and converted images.
+class ORVCairoCanvas {
+public:
+    /// What the pages are made of.
+    enum class Medium {
+        kVector,  ///< text stays text, JPEG files are embedded as they are
+        kRaster,  ///< pixels: images are continued at their edges, so that these stay sharp
+    };
+    explicit ORVCairoCanvas(Medium medium) : medium_(medium) {}
+
+    /// Draws on `context` from now on; null for nothing. It must stay until the next call.
+    /// @param scale  device units in one user unit
+    void SetTarget(cairo_t* context, double scale);
+
+    /// Each returns 1, or kDrawingFailed when cairo is in an error state.
+    int DrawShape(const ORVPrintShape& shape);
+    int DrawText(const ORVPrintText& text);
+    int DrawImage(const ORVPrintImage& image);
+
+    /// 1, or kDrawingFailed when cairo is in an error state.
+    int Status() const;
+
+private:
+    cairo_matrix_t DeviceMatrix(const ORVMathAffine2D& toPage) const;
+    ORVMathAffine2D ToDevice(const ORVMathAffine2D& toPage) const;
+    void AddPath(const ORVPrintPath& path);
+    /// Sets a paint. Works in page coordinates, so it comes before the shape's matrix.
+    void SetFillSource(const ORVPrintFill& fill);
+    void SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage);
+    /// Fills the current path.
+    void Fill(const ORVPrintFill& fill);
+    void DrawRun(const ORVPrintText& text, const ORVGlyphRun& run);
+    void ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, cairo_font_face_t* face);
+    void AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
+
+    const Medium medium_;
+    cairo_t* cr_ = nullptr;
+    double scale_ = 1.0;
+    CairoFontCache fonts_;
+    CairoImageCache images_;
+    ORVPrintPath fitted_;    // of the shape at hand
+    ORVPrintPath outlines_;  // of the glyphs at hand
+};

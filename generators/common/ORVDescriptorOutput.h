@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+#include "generators/common/ORVOutput.h"
+
+/// Writes to an open file descriptor, such as standard output, as the bytes come. One part only.
+class ORVDescriptorOutput final : public ORVOutput {
+public:
+    /// @param descriptor  stays open, and the caller's
+    explicit ORVDescriptorOutput(int descriptor) : descriptor_(descriptor) {}
+
+    int BeginPart() override;
+    int Write(const void* bytes, std::size_t size) override;
+    int EndPart() override { return Flush(); }
+    int Commit() override { return GetError().empty() ? 1 : 0; }
+
+private:
+    int Flush();
+
+    int descriptor_;
+    bool begun_ = false;
+    std::vector<char> buffer_;
+};

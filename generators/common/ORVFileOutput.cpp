@@ -1,0 +1,140 @@
+#include "generators/common/ORVFileOutput.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "generators/common/ORVDescriptorOutput.h"
+
+namespace {
+
+std::string SystemError() { return std::strerror(errno); }
+
+/// The file that a path leads to through symbolic links, so that links stay links.
+std::string FollowLinks(const std::string& path) {
+    std::array<char, PATH_MAX> target;
+    struct stat information {};
+    if (lstat(path.c_str(), &information) == 0 && S_ISLNK(information.st_mode) &&
+        realpath(path.c_str(), target.data()))
+        return target.data();
+    return path;
+}
+
+/// True for devices, pipes and the like, which have no content that could be replaced.
+bool IsSpecial(const std::string& path) {
+    struct stat information {};
+    return stat(path.c_str(), &information) == 0 && !S_ISREG(information.st_mode) &&
+           !S_ISDIR(information.st_mode);
+}
+
+mode_t ModeForNewFiles() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666U & ~mask;
+}
+
+}  // namespace
+
+ORVFileOutput::ORVFileOutput(const std::string& path, bool numbered) : path_(path), numbered_(numbered) {}
+
+ORVFileOutput::~ORVFileOutput() {
+    if (descriptor_ >= 0) close(descriptor_);
+    for (const Part& part : parts_)
+        if (!part.temporaryPath.empty()) unlink(part.temporaryPath.c_str());
+}
+
+std::string ORVFileOutput::PathOfPart(std::size_t number) const {
+    if (!numbered_) return path_;
+    const std::size_t nameStart = path_.rfind('/') == path_.npos ? 0 : path_.rfind('/') + 1;
+    std::size_t dot = path_.rfind('.');
+    if (dot == path_.npos || dot <= nameStart) dot = path_.size();
+    return path_.substr(0, dot) + "-" + std::to_string(number) + path_.substr(dot);
+}
+
+int ORVFileOutput::CheckTarget(const std::string& path) {
+    struct stat information {};
+    if (stat(path.c_str(), &information) != 0) return 1;
+    if (S_ISDIR(information.st_mode)) return Fail("is a folder");
+    if (access(path.c_str(), W_OK) != 0) return Fail(SystemError());
+    return 1;
+}
+
+int ORVFileOutput::OpenTemporary(const std::string& finalPath, std::string& temporaryPath) {
+    const std::size_t nameStart = finalPath.rfind('/') == finalPath.npos ? 0 : finalPath.rfind('/') + 1;
+    // Room for the additions when the name itself is as long as names may be.
+    temporaryPath = finalPath.substr(0, nameStart) + "." + finalPath.substr(nameStart, 200) + ".XXXXXX";
+    const int descriptor = mkstemp(temporaryPath.data());
+    if (descriptor < 0) {
+        temporaryPath.clear();
+        Fail(SystemError());
+        return -1;
+    }
+    struct stat information {};
+    const bool exists = stat(finalPath.c_str(), &information) == 0;
+    if (fchmod(descriptor, exists ? information.st_mode & 07777U : ModeForNewFiles()) != 0) errno = 0;
+    return descriptor;
+}
+
+int ORVFileOutput::Prepare() {
+    const std::string path = FollowLinks(PathOfPart(1));
+    if (CheckTarget(path) != 1) return 0;
+    if (IsSpecial(path)) return 1;
+    std::string temporaryPath;
+    const int descriptor = OpenTemporary(path, temporaryPath);
+    if (descriptor < 0) return 0;
+    close(descriptor);
+    unlink(temporaryPath.c_str());
+    return 1;
+}
+
+int ORVFileOutput::BeginPart() {
+    if (!GetError().empty()) return 0;
+    if (!numbered_ && !parts_.empty()) return Fail("several pages do not fit into one file of this format");
+    Part part;
+    part.finalPath = FollowLinks(PathOfPart(parts_.size() + 1));
+    if (CheckTarget(part.finalPath) != 1) return 0;
+    if (IsSpecial(part.finalPath)) {
+        descriptor_ = open(part.finalPath.c_str(), O_WRONLY | O_CLOEXEC);
+        if (descriptor_ < 0) return Fail(SystemError());
+    } else {
+        descriptor_ = OpenTemporary(part.finalPath, part.temporaryPath);
+        if (descriptor_ < 0) return 0;
+    }
+    parts_.push_back(std::move(part));
+    writer_ = std::make_unique<ORVDescriptorOutput>(descriptor_);
+    return writer_->BeginPart();
+}
+
+int ORVFileOutput::Write(const void* bytes, std::size_t size) {
+    if (!writer_) return Fail("no part is open");
+    return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetError());
+}
+
+int ORVFileOutput::EndPart() {
+    if (!writer_) return Fail("no part is open");
+    const bool written = writer_->EndPart() == 1;
+    if (!written) Fail(writer_->GetError());
+    writer_.reset();
+    // Some file systems tell only now that the disk is full.
+    if (close(std::exchange(descriptor_, -1)) != 0) return Fail(SystemError());
+    return written ? 1 : 0;
+}
+
+int ORVFileOutput::Commit() {
+    if (writer_ && EndPart() != 1) return 0;
+    if (!GetError().empty()) return 0;
+    for (Part& part : parts_) {
+        if (part.temporaryPath.empty()) continue;
+        if (std::rename(part.temporaryPath.c_str(), part.finalPath.c_str()) != 0) return Fail(SystemError());
+        part.temporaryPath.clear();
+    }
+    return 1;
+}

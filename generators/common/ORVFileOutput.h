@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "generators/common/ORVOutput.h"
+
+class ORVDescriptorOutput;
+
+/// Writes files. A part grows in a hidden file beside its final name and takes that name in Commit, so that
+/// what stood there before stays until the new output is complete. Devices and pipes are written directly.
+class ORVFileOutput final : public ORVOutput {
+public:
+    /// @param path      final name of the only part
+    /// @param numbered  true: there may be several parts; "name.png" becomes "name-1.png", "name-2.png" ...
+    ORVFileOutput(const std::string& path, bool numbered);
+    ~ORVFileOutput() override;
+
+    /// Finds out, before any work is done, whether the output can be written. @return 1, or 0 with an error
+    [[nodiscard]] int Prepare();
+
+    int BeginPart() override;
+    int Write(const void* bytes, std::size_t size) override;
+    int EndPart() override;
+    int Commit() override;
+
+private:
+    struct Part {
+        std::string temporaryPath;  // empty when the file is written directly
+        std::string finalPath;
+    };
+    std::string PathOfPart(std::size_t number) const;
+    int OpenTemporary(const std::string& finalPath, std::string& temporaryPath);
+    int CheckTarget(const std::string& path);
+
+    const std::string path_;
+    const bool numbered_;
+    std::vector<Part> parts_;
+    int descriptor_ = -1;
+    std::unique_ptr<ORVDescriptorOutput> writer_;  // of the open part
+};

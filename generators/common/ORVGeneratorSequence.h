@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/print/ORVPrintGenerator.h"
+
+/// Lets several drawings come out as one document: passes everything on to a generator, but begins and ends
+/// its document once and numbers pages through. Identifiers of different drawings are kept apart.
+class ORVGeneratorSequence final : public ORVPrintGenerator {
+public:
+    /// The first drawing's title becomes the document's.
+    /// @param target     must outlive the sequence
+    /// @param pageCount  of the whole document, 0 when it is not known yet
+    ORVGeneratorSequence(ORVPrintGenerator& target, unsigned int pageCount)
+        : target_(target), pageCount_(pageCount) {}
+
+    unsigned int GetPageCount() const { return pages_; }  ///< pages begun so far
+
+    /// Ends the document, if one was begun. @return what the target returned, 1 when there was nothing to end
+    [[nodiscard]] int Finish();
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override { return target_.EndGroup(); }
+    int DrawShape(const ORVPrintShape& shape) override { return target_.DrawShape(shape); }
+    int DrawText(const ORVPrintText& text) override { return target_.DrawText(text); }
+    int DrawImage(const ORVPrintImage& image) override { return target_.DrawImage(image); }
+    int EndPage() override { return target_.EndPage(); }
+    int EndDocument() override { return 1; }
+
+private:
+    ORVPrintGenerator& target_;
+    const unsigned int pageCount_;
+    bool begun_ = false;
+    unsigned int drawings_ = 0;
+    unsigned int pages_ = 0;
+};

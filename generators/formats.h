@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+class ORVOutput;
+
+/// What the user may ask of a format.
+struct ORVFormatOptions {
+    double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+};
+
+/// A generator and its words for what went wrong.
+class ORVFormatGenerator {
+public:
+    virtual ~ORVFormatGenerator() = default;
+    virtual ORVPrintGenerator& Get() = 0;
+    /// Empty when nothing went wrong, or when it was the output (which then says it).
+    virtual const std::string& GetError() const = 0;
+};
+
+/// An output format by name. A new format is a class derived from ORVPrintGenerator and one row of the table.
+struct ORVOutputFormat {
+    std::string_view name;  ///< also the ending of its files
+    bool onePageAPart;      ///< a page fills a file of this format
+    std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
+};
+
+/// All formats.
+std::span<const ORVOutputFormat> ORVOutputFormats();
+/// The format of that name, case of ASCII letters apart; null when there is none.
+const ORVOutputFormat* ORVFindOutputFormat(std::string_view name);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+class ORVOutput;
+
+/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets. Pages
+/// may have different sizes; a user unit is 0.8 point.
+class ORVPdfGenerator final : public ORVPrintGenerator {
+public:
+    /// @param output  receives the document as its only part; must outlive the generator
+    explicit ORVPdfGenerator(ORVOutput& output);
+    ~ORVPdfGenerator() override;
+
+    /// What went wrong; empty when nothing did, or when it was the output (which then says it).
+    const std::string& GetError() const;
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override;
+    int EndDocument() override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
