@@ -1,0 +1,313 @@
+#include "apps/orvprint/drawings.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+#include "apps/orvprint/report.h"
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintInputFileStream.h"
+#include "platform/print/ORVPrintInputMemoryStream.h"
+#include "platform/print/ORVPrintInputXMLElement.h"
+#include "platform/print/ORVPrintModule.h"
+#include "platform/system/ORVRef.h"
+#include "platform/system/files.h"
+#include "platform/xml/ORVLightXml.h"
+#include "platform/xml/ORVXmlFragments.h"
+
+namespace {
+
+std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
+
+/// Lets documents read files for as long as it lives.
+class AccessScope {
+public:
+    explicit AccessScope(const std::string& path, const ReadOptions& options) {
+        if (path != "-") {
+            ORVUnicodeString folder, name;
+            ORVSplitPath(path, folder, name);
+            policy_.AllowFolder(folder.IsEmpty() ? ORVUnicodeString(".") : folder);
+        }
+        for (const std::string& folder : options.allowedFolders) policy_.AllowFolder(folder);
+        ORVFileAccessPolicy::SetCurrent(&policy_);
+    }
+    ~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }
+    AccessScope(const AccessScope&) = delete;
+    AccessScope& operator=(const AccessScope&) = delete;
+
+private:
+    ORVFolderAccessPolicy policy_;
+};
+
+/// Reads all there is. @return false with errno when reading failed
+bool ReadAll(int descriptor, std::string& bytes) {
+    // A file's size is known; one byte more finds its end without another buffer. Streams grow.
+    struct stat information {};
+    std::size_t room = std::size_t{1} << 16U;
+    if (fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode))
+        room = static_cast<std::size_t>(information.st_size) + 1;
+    std::size_t size = 0;
+    for (;;) {
+        if (size == bytes.size()) bytes.resize(std::max(room, 2 * size));
+        const ssize_t got = read(descriptor, bytes.data() + size, bytes.size() - size);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) break;
+        size += static_cast<std::size_t>(got);
+    }
+    bytes.resize(size);
+    return true;
+}
+
+/// @return an exit code; a failure was reported
+int ReadInput(const std::string& path, std::string& bytes) {
+    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
+    const bool read = ReadAll(descriptor, bytes);
+    const int error = errno;
+    if (descriptor != STDIN_FILENO) close(descriptor);
+    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
+    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    return kExitDone;
+}
+
+/// A parsed document. One of the two is set.
+struct Document {
+    ORVLightXmlElement light;
+    ORVIDOMElement_var dom;
+
+    const ORVXmlNode* GetRoot() const { return dom ? dom.GetNode() : light.GetNode(); }
+    ORVRef<const ORVXmlTree> GetTree() const { return dom ? dom.GetTree() : light.GetTree(); }
+};
+
+/// Parses; a document that is not well formed is reported, unless what was read of it is wanted.
+/// @return an exit code
+int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, std::string bytes,
+                  Document& document) {
+    ORVXmlError error;
+    if (options.parser == "dom") {
+        ORVUnicodeString text;
+        if (text.BuildFromUTF8(bytes.data(), bytes.size()) != 1) {
+            // The parser that looks at bytes knows where they stop being UTF-8, or that they are another
+            // encoding.
+            ORVLightXmlParser parser;
+            ORVLightXmlElement element;
+            if (parser.Parse({bytes.data(), bytes.size()}, element) == 1)
+                return Report(kExitNotWellFormed, InputName(path),
+                              "is not UTF-8, the only encoding that --parser dom reads; use --parser light");
+            error = parser.GetError();
+        } else {
+            bytes.clear();
+            bytes.shrink_to_fit();
+            BuildParser(text, "SVG", document.dom, &error);
+        }
+    } else {
+        ORVLightXmlParser parser;
+        parser.Parse({bytes.data(), bytes.size()}, document.light);
+        error = parser.GetError();
+    }
+    const bool hasContent = document.GetRoot() != nullptr;
+    if (error.message.empty() && hasContent) return kExitDone;
+    if (wantsBroken && hasContent) {
+        if (options.keepGoing)
+            Report(kExitDone,
+                   InputName(path) + ":" + std::to_string(error.line) + ":" + std::to_string(error.column),
+                   error.message + "; going on with what stands before");
+        return kExitDone;
+    }
+    const std::string reason = error.message.empty() ? "no element found" : error.message;
+    const std::string place = error.line == 0
+                                  ? std::string()
+                                  : ":" + std::to_string(error.line) + ":" + std::to_string(error.column);
+    return Report(kExitNotWellFormed, InputName(path) + place, reason);
+}
+
+/// The `svg` element that the options name; null when there is none.
+const ORVXmlNode* FindFragment(const ORVXmlNode* root, const std::string& name) {
+    const std::vector<const ORVXmlNode*> fragments = FindSvgElements(root);
+    if (std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        std::size_t number = 0;
+        const auto status = std::from_chars(name.data(), name.data() + name.size(), number).ec;
+        return status == std::errc{} && number >= 1 && number <= fragments.size() ? fragments[number - 1]
+                                                                                  : nullptr;
+    }
+    const auto found = std::find_if(fragments.begin(), fragments.end(), [&](const ORVXmlNode* fragment) {
+        return fragment->Value(AttributeName::kId) == name;
+    });
+    return found == fragments.end() ? nullptr : *found;
+}
+
+int ReportNoFragment(const std::string& path, const std::string& fragment) {
+    return Report(kExitNoPage, InputName(path),
+                  fragment.empty() ? "has no svg element" : "has no svg element '" + fragment + "'");
+}
+
+/// @return null after a report
+std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const char* name, ORVPrintInput* input,
+                                                       const std::string& path) {
+    std::string error;
+    auto interpreter = ORVPrintModule::CreateInterpreter(name, input, error);
+    if (!interpreter)
+        Report(kExitNoModule, "", std::string("the interpreter for ") + name + " cannot be loaded: " + error);
+    else if (path != "-")
+        ORVPrintModule::SetCurrentPath(name, *interpreter, path);
+    return interpreter;
+}
+
+/// Takes down what the pages of a model are.
+class PageCollector final : public ORVPrintModelInspector {
+public:
+    explicit PageCollector(std::uint64_t primitiveLimit) : primitiveLimit_(primitiveLimit) {}
+
+    void Inspect(const ORVPrtModel& model) override {
+        for (const ORVPrtImageElt* image : *model.GetImages()) {
+            PageFacts facts;
+            image->GetSize(facts.width, facts.height);
+            facts.title = image->GetTitle().GetView();
+            pages_.push_back(std::move(facts));
+        }
+        isOverLimit_ = model.GetBudget().GetTaken() > primitiveLimit_;
+    }
+    std::vector<PageFacts>& GetPages() { return pages_; }
+    bool IsOverLimit() const { return isOverLimit_; }
+
+private:
+    const std::uint64_t primitiveLimit_;
+    std::vector<PageFacts> pages_;
+    bool isOverLimit_ = false;
+};
+
+std::uint64_t PrimitiveLimit(const ReadOptions& options) {
+    return options.primitiveLimit > 0 ? options.primitiveLimit : ORVPrtModel::kDefaultPrimitiveLimit;
+}
+
+int UseDrawing(const std::string& path, const ReadOptions& options, ORVPrintInterpreter& interpreter,
+               bool isOnly, const std::function<int(const Drawing&)>& use) {
+    unsigned int count = 0;
+    const int built = interpreter.GetPageCount(count);
+    PageCollector collector(PrimitiveLimit(options));
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&collector);
+    interpreter.Print(nullptr, parameters);
+    if (collector.IsOverLimit())
+        return Report(
+            kExitFailed, InputName(path),
+            "has more than " + std::to_string(PrimitiveLimit(options)) + " primitives; see --max-primitives");
+    if (built != 1) return Report(kExitFailed, InputName(path), "could not be turned into pages");
+    if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
+    return use({interpreter, std::move(collector.GetPages()), isOnly});
+}
+
+/// An element of the document as a document of its own: interpreters for DOM elements also look at the
+/// siblings, which come in their own turn.
+ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, const ORVXmlNode* fragment,
+                                                  ORVLightXmlElement& holder) {
+    holder = ORVLightXmlElement(document.GetTree(), fragment);
+    if (!document.dom) return ORVRef<ORVPrintInputXMLElement>(new ORVPrintInputXMLElement(&holder));
+    ORVLightXmlElement alone;
+    if (alone.Assign(holder) != 1) return nullptr;
+    const ORVIDOMElement_var element(alone.GetTree(), alone.GetNode());
+    return ORVRef<ORVPrintInputXMLElement>(new ORVPrintInputXMLElement(element));
+}
+
+}  // namespace
+
+void ApplyReadOptions(const ReadOptions& options) {
+    constexpr const char* kWithoutDOM = "PRINT_WITHOUT_DOM_PARSER";
+    if (options.parser == "dom")
+        unsetenv(kWithoutDOM);
+    else
+        setenv(kWithoutDOM, "1", 1);
+    // One more than may be: a model that took it is past the limit.
+    ORVPrtModel::SetPrimitiveLimit(PrimitiveLimit(options) + 1);
+}
+
+bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
+    return options.qvxml || !options.fragment.empty() || path.ends_with(".qvxml");
+}
+
+int CheckInput(const std::string& path) {
+    if (path == "-") return kExitDone;
+    struct stat information {};
+    if (stat(path.c_str(), &information) != 0 || access(path.c_str(), R_OK) != 0)
+        return Report(kExitUnreadable, path, std::strerror(errno));
+    if (S_ISDIR(information.st_mode)) return Report(kExitUnreadable, path, "is a folder");
+    return kExitDone;
+}
+
+int ForEachDrawing(const std::string& path, const ReadOptions& options,
+                   const std::function<int(const Drawing&)>& use) {
+    std::string bytes;
+    if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    Document document;
+    if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
+        code != kExitDone)
+        return code;
+
+    const AccessScope access(path, options);
+    if (!IsFragmentInput(path, options)) {
+        const ORVRef<ORVPrintInputXMLElement> input(document.dom
+                                                        ? new ORVPrintInputXMLElement(document.dom)
+                                                        : new ORVPrintInputXMLElement(&document.light));
+        const auto interpreter = CreateInterpreter("SVG", input.get(), path);
+        return interpreter ? UseDrawing(path, options, *interpreter, true, use) : kExitNoModule;
+    }
+
+    std::vector<const ORVXmlNode*> fragments;
+    if (options.fragment.empty())
+        fragments = FindOutermostSvgElements(document.GetRoot());
+    else if (const ORVXmlNode* fragment = FindFragment(document.GetRoot(), options.fragment))
+        fragments.push_back(fragment);
+    if (fragments.empty()) return ReportNoFragment(path, options.fragment);
+    for (const ORVXmlNode* fragment : fragments) {
+        ORVLightXmlElement holder;
+        const auto input = MakeFragmentInput(document, fragment, holder);
+        if (!input) return Report(kExitFailed, InputName(path), "memory is spent");
+        const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
+        if (!interpreter) return kExitNoModule;
+        const int code = UseDrawing(path, options, *interpreter, fragments.size() == 1, use);
+        if (code != kExitDone) return code;
+    }
+    return kExitDone;
+}
+
+int OpenForInspection(const std::string& path, const ReadOptions& options,
+                      const std::function<int(ORVPrintInterpreter&)>& use) {
+    const AccessScope access(path, options);
+    if (options.fragment.empty()) {
+        ORVRef<ORVPrintInput> input;
+        if (path == "-") {
+            std::string bytes;
+            if (!ReadAll(STDIN_FILENO, bytes))
+                return Report(kExitUnreadable, InputName(path), std::strerror(errno));
+            input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::move(bytes)));
+        } else {
+            if (const int code = CheckInput(path); code != kExitDone) return code;
+            input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
+        }
+        const auto interpreter = CreateInterpreter("SVG", input.get(), "-");
+        return interpreter ? use(*interpreter) : kExitNoModule;
+    }
+
+    std::string bytes;
+    if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    Document document;
+    if (const int code = ParseDocument(path, options, true, std::move(bytes), document); code != kExitDone)
+        return code;
+    const ORVXmlNode* fragment = FindFragment(document.GetRoot(), options.fragment);
+    if (!fragment) return ReportNoFragment(path, options.fragment);
+    const ORVLightXmlElement light(document.GetTree(), fragment);
+    const ORVRef<ORVPrintInputXMLElement> input(
+        document.dom ? new ORVPrintInputXMLElement(ORVIDOMElement_var(document.GetTree(), fragment))
+                     : new ORVPrintInputXMLElement(&light));
+    const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
+    return interpreter ? use(*interpreter) : kExitNoModule;
+}

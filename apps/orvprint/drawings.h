@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/print/ORVPrintInterpreter.h"
+#include "platform/print/ORVPrintParameters.h"
+
+/// How inputs are read.
+struct ReadOptions {
+    std::string parser = "light";  ///< or "dom"
+    bool qvxml = false;            ///< drawings inside an XML document, whatever the input's name
+    std::string fragment;          ///< number or identifier of one of them; empty for the outermost ones
+    bool keepGoing = false;        ///< print what stands before an error in the XML
+    std::vector<std::string> allowedFolders;
+    std::uint64_t primitiveLimit = 0;  ///< of a drawing's model; 0 for the platform's own
+};
+
+/// What is known of a drawing's page.
+struct PageFacts {
+    double width = 0.0, height = 0.0;  ///< user units of 1/90 inch
+    std::string title;
+};
+
+/// A drawing whose model stands.
+struct Drawing {
+    ORVPrintInterpreter& interpreter;
+    std::vector<PageFacts> pages;
+    bool isOnly;  ///< the only drawing of its input
+};
+
+/// Applies the options to this process: the parser that interpreters choose, limits.
+void ApplyReadOptions(const ReadOptions& options);
+
+/// Whether an input is read as an XML document with drawings inside.
+bool IsFragmentInput(const std::string& path, const ReadOptions& options);
+
+/// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
+int CheckInput(const std::string& path);
+
+/// Reads an input, checks that it is well formed, and hands its drawings to `use`, one after the other; each
+/// model lives only during its call. While documents are read, they may name files of the input's own folder
+/// and of the allowed ones.
+/// @param path  of a file, or "-" for standard input
+/// @param use   returns an exit code; anything but kExitDone ends the reading
+/// @return an exit code; a failure was reported
+int ForEachDrawing(const std::string& path, const ReadOptions& options,
+                   const std::function<int(const Drawing& drawing)>& use);
+
+/// Opens an input as a host does, unchecked, or the fragment that the options name, in its place in the
+/// document. For looking at what the interpreter makes of it.
+/// @return an exit code; a failure was reported
+int OpenForInspection(const std::string& path, const ReadOptions& options,
+                      const std::function<int(ORVPrintInterpreter& interpreter)>& use);

@@ -1,0 +1,15 @@
+#pragma once
+
+/// What the command tells its caller. Documented in README.md; scripts rely on the numbers.
+enum ExitCode : int {
+    kExitDone = 0,
+    kExitUsage = 2,
+    kExitUnreadable = 3,
+    kExitNotWellFormed = 4,
+    kExitNoPage = 5,
+    kExitPageOutOfRange = 6,
+    kExitUnknownFormat = 7,
+    kExitUnwritable = 8,
+    kExitFailed = 9,  ///< printing failed, or a limit was reached
+    kExitNoModule = 10,
+};

@@ -1,0 +1,74 @@
+#include "apps/orvprint/info_command.h"
+
+#include <cstdio>
+
+#include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/report.h"
+
+namespace {
+
+constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
+
+void WriteText(const std::string& name, const std::vector<PageFacts>& pages) {
+    std::printf("%s: %zu page%s\n", name.c_str(), pages.size(), pages.size() == 1 ? "" : "s");
+    unsigned int number = 0;
+    for (const PageFacts& page : pages) {
+        std::printf("page %u: %g x %g units, %.2f x %.2f mm", ++number, page.width, page.height,
+                    page.width * kMillimetresPerUserUnit, page.height * kMillimetresPerUserUnit);
+        std::string title = page.title;
+        for (char& c : title)
+            if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+        if (!title.empty()) std::printf(", \"%s\"", title.c_str());
+        std::printf("\n");
+    }
+}
+
+void WriteJson(const std::string& name, const std::vector<PageFacts>& pages) {
+    JsonWriter json(stdout);
+    json.BeginObject();
+    json.Key("file");
+    json.Text(name);
+    json.Key("pageCount");
+    json.Integer(static_cast<long long>(pages.size()));
+    json.Key("pages");
+    json.BeginArray();
+    long long number = 0;
+    for (const PageFacts& page : pages) {
+        json.LineBreak();
+        json.BeginObject();
+        json.Key("number");
+        json.Integer(++number);
+        json.Key("title");
+        json.Text(page.title);
+        json.Key("width");
+        json.Number(page.width);
+        json.Key("height");
+        json.Number(page.height);
+        json.Key("widthMm");
+        json.Number(page.width * kMillimetresPerUserUnit);
+        json.Key("heightMm");
+        json.Number(page.height * kMillimetresPerUserUnit);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+    json.LineBreak();
+}
+
+}  // namespace
+
+int RunInfo(const std::string& input, const ReadOptions& options, bool asJson) {
+    std::vector<PageFacts> pages;
+    const int code = ForEachDrawing(input, options, [&pages](const Drawing& drawing) {
+        pages.insert(pages.end(), drawing.pages.begin(), drawing.pages.end());
+        return static_cast<int>(kExitDone);
+    });
+    if (code != kExitDone) return code;
+    if (asJson)
+        WriteJson(input, pages);
+    else
+        WriteText(DisplayName(input, "standard input"), pages);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return Report(kExitUnwritable, "standard output", "cannot be written");
+    return kExitDone;
+}

@@ -1,0 +1,80 @@
+#include "apps/orvprint/inspect_command.h"
+
+#include <cstdio>
+
+#include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/model_dump.h"
+#include "apps/orvprint/report.h"
+#include "platform/print/ORVPrintPropertiesManager.h"
+
+namespace {
+
+class Dumper final : public ORVPrintModelInspector {
+public:
+    explicit Dumper(JsonWriter& json) : json_(json) {}
+    /// What the interpreter answered before its model was looked at.
+    void SetAnswer(int result, unsigned int pageCount) { result_ = result, pageCount_ = pageCount; }
+
+    void Inspect(const ORVPrtModel& model) override {
+        isTooLarge_ = IsTooLargeToDump(model);
+        if (!isTooLarge_) Write(&model);
+    }
+    /// @param model  null when the interpreter has none
+    void Write(const ORVPrtModel* model) {
+        isWritten_ = true;
+        json_.BeginObject();
+        json_.Key("result");
+        json_.Integer(result_);
+        json_.Key("pageCount");
+        json_.Integer(pageCount_);
+        json_.Key("infos");
+        json_.BeginArray();
+        for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos()) {
+            json_.BeginArray();
+            json_.Integer(info.type);
+            json_.Text(info.message);
+            json_.EndArray();
+        }
+        json_.EndArray();
+        json_.Key("pages");
+        if (model) {
+            DumpPages(*model, json_);
+        } else {
+            json_.BeginArray();
+            json_.EndArray();
+        }
+        json_.EndObject();
+        json_.LineBreak();
+    }
+    bool IsWritten() const { return isWritten_; }
+    bool IsTooLarge() const { return isTooLarge_; }
+
+private:
+    JsonWriter& json_;
+    int result_ = 0;
+    unsigned int pageCount_ = 0;
+    bool isWritten_ = false;
+    bool isTooLarge_ = false;
+};
+
+}  // namespace
+
+int RunInspect(const std::string& input, const ReadOptions& options) {
+    return OpenForInspection(input, options, [&input](ORVPrintInterpreter& interpreter) {
+        JsonWriter json(stdout);
+        Dumper dumper(json);
+        unsigned int pageCount = 0;
+        const int result = interpreter.GetPageCount(pageCount);
+        dumper.SetAnswer(result, pageCount);
+        // The model stands now, so that the drawing shows it, even one that could not be completed.
+        ORVPrintParameters parameters;
+        parameters.SetModelInspector(&dumper);
+        interpreter.Print(nullptr, parameters);
+        if (dumper.IsTooLarge())
+            return Report(kExitFailed, DisplayName(input, "standard input"),
+                          "has more than " + std::to_string(kDumpLimit) + " primitives, too many for a dump");
+        if (!dumper.IsWritten()) dumper.Write(nullptr);
+        if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
+        return static_cast<int>(kExitDone);
+    });
+}

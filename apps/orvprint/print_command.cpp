@@ -1,0 +1,170 @@
+#include "apps/orvprint/print_command.h"
+
+#include <unistd.h>
+
+#include <memory>
+#include <optional>
+
+#include "apps/orvprint/report.h"
+#include "generators/common/ORVDescriptorOutput.h"
+#include "generators/common/ORVFileOutput.h"
+#include "generators/common/ORVGeneratorSequence.h"
+#include "generators/common/generator_status.h"
+#include "generators/formats.h"
+#include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/ORVPrintPropertiesManager.h"
+
+namespace {
+
+std::string FormatNames() {
+    std::string names;
+    for (const ORVOutputFormat& format : ORVOutputFormats()) {
+        if (!names.empty()) names += ", ";
+        names += format.name;
+    }
+    return names;
+}
+
+/// The format asked for, or that of the output's ending. @return null after a report
+const ORVOutputFormat* FindFormat(const PrintOptions& options) {
+    if (!options.format.empty()) {
+        const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
+        if (!format)
+            Report(kExitUnknownFormat, options.format, "is no output format; there are " + FormatNames());
+        return format;
+    }
+    const std::size_t nameStart =
+        options.output.rfind('/') == std::string::npos ? 0 : options.output.rfind('/') + 1;
+    const std::size_t dot = options.output.rfind('.');
+    const bool hasEnding = dot != std::string::npos && dot > nameStart;
+    const ORVOutputFormat* format = hasEnding ? ORVFindOutputFormat(options.output.substr(dot + 1)) : nullptr;
+    if (!format)
+        Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
+               "the name tells no output format; say it with -f, as one of " + FormatNames());
+    return format;
+}
+
+/// One run of the command: the output, and what went into it so far.
+class Printing {
+public:
+    Printing(const PrintOptions& options, const ORVOutputFormat& format)
+        : options_(options), format_(format) {}
+
+    /// Finds out whether the output can be written at all. @return an exit code
+    int Check() {
+        if (options_.output == "-") return kExitDone;
+        ORVFileOutput trial(options_.output, format_.onePageAPart && options_.inputs.size() > 1);
+        return trial.Prepare() == 1 ? static_cast<int>(kExitDone)
+                                    : Report(kExitUnwritable, options_.output, trial.GetError());
+    }
+
+    int PrintInput(const std::string& input) {
+        return ForEachDrawing(input, options_.read,
+                              [&](const Drawing& drawing) { return PrintDrawing(input, drawing); });
+    }
+
+    /// After all inputs. @return an exit code
+    int Finish() {
+        if (options_.pages.GetGreatest() > pagesSeen_)
+            return Report(kExitPageOutOfRange, InputNames(),
+                          "there is no page " + std::to_string(options_.pages.GetGreatest()) + " (" +
+                              std::to_string(pagesSeen_) + (pagesSeen_ == 1 ? " page)" : " pages)"));
+        if (const int status = sequence_->Finish(); status != kGeneratorDone)
+            return ReportFailure(InputNames(), status);
+        if (output_->Commit() != 1) return ReportFailure(InputNames(), kOutputFailed);
+        return kExitDone;
+    }
+
+private:
+    std::string InputNames() const {
+        const std::string first = DisplayName(options_.inputs.front(), "standard input");
+        return options_.inputs.size() == 1 ? first : first + " and others";
+    }
+
+    int PrintDrawing(const std::string& input, const Drawing& drawing) {
+        const std::string name = DisplayName(input, "standard input");
+        const auto count = static_cast<unsigned int>(drawing.pages.size());
+        const std::vector<unsigned int> pages = options_.pages.Select(pagesSeen_, count);
+        const unsigned int before = pagesSeen_;
+        pagesSeen_ += count;
+        // Of an input that cannot have the page, nothing needs to be drawn.
+        const bool isWhole = options_.inputs.size() == 1 && drawing.isOnly;
+        if (isWhole && options_.pages.GetGreatest() > count) return kExitDone;
+        if (pages.empty()) return kExitDone;
+        for (const unsigned int page : pages) {
+            const PageFacts& facts = drawing.pages[page - 1];
+            if (!(facts.width > 0.0) || !(facts.height > 0.0))
+                return Report(kExitFailed, name,
+                              "page " + std::to_string(before + page) +
+                                  " has no area; give the svg element a width and a height, or a viewBox");
+        }
+        if (!sequence_)
+            if (const int code = Open(isWhole, pages.size()); code != kExitDone) return code;
+
+        ORVPrintParameters parameters;
+        parameters.SetPages(pages);
+        drawing.interpreter.SetAllPages(1);
+        const int status = drawing.interpreter.Print(&*sequence_, parameters);
+        for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos())
+            Report(kExitDone, name, std::string(info.message.GetView()));
+        ORVPrintPropertiesManager::ClearInfos();
+        return status == kGeneratorDone ? static_cast<int>(kExitDone) : ReportFailure(name, status);
+    }
+
+    /// Opens the output for the first page.
+    /// @param isWhole    whether `pageCount` is the number of pages of the whole output
+    /// @return an exit code
+    int Open(bool isWhole, std::size_t pageCount) {
+        const bool isSingle = options_.pages.IsAll() ? isWhole && pageCount == 1 : options_.pages.IsSingle();
+        if (options_.output == "-" && format_.onePageAPart && !isSingle)
+            return Report(kExitUsage, "standard output",
+                          "takes one page of this format; choose it with --pages, or name a file with -o");
+        if (options_.output == "-")
+            output_ = std::make_unique<ORVDescriptorOutput>(STDOUT_FILENO);
+        else
+            output_ = std::make_unique<ORVFileOutput>(options_.output, format_.onePageAPart && !isSingle);
+        ORVFormatOptions formatOptions;
+        formatOptions.dotsPerInch = options_.dotsPerInch;
+        generator_ = format_.create(*output_, formatOptions);
+        sequence_.emplace(generator_->Get(), isWhole ? static_cast<unsigned int>(pageCount) : 0);
+        return kExitDone;
+    }
+
+    int ReportFailure(const std::string& name, int status) {
+        if (!output_->GetError().empty() || status == kOutputFailed)
+            return Report(kExitUnwritable, DisplayName(options_.output, "standard output"),
+                          output_->GetError());
+        switch (status) {
+            case ORVPrintModelRender::kPageWithoutArea:
+                return Report(kExitFailed, name, "a page has no area that could be printed");
+            case ORVPrintModelRender::kTooManyPrimitives:
+                return Report(kExitFailed, name,
+                              "draws more than " + std::to_string(ORVPrintParameters::kDefaultDrawLimit) +
+                                  " primitives, which is the limit");
+            default: break;
+        }
+        const std::string& error = generator_->GetError();
+        return Report(kExitFailed, name, "printing failed" + (error.empty() ? "" : ": " + error));
+    }
+
+    const PrintOptions& options_;
+    const ORVOutputFormat& format_;
+    unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
+    std::unique_ptr<ORVOutput> output_;
+    std::unique_ptr<ORVFormatGenerator> generator_;
+    std::optional<ORVGeneratorSequence> sequence_;
+};
+
+}  // namespace
+
+int RunPrint(const PrintOptions& options) {
+    const ORVOutputFormat* format = FindFormat(options);
+    if (!format) return kExitUnknownFormat;
+    for (const std::string& input : options.inputs)
+        if (const int code = CheckInput(input); code != kExitDone) return code;
+    Printing printing(options, *format);
+    if (const int code = printing.Check(); code != kExitDone) return code;
+    for (const std::string& input : options.inputs)
+        if (const int code = printing.PrintInput(input); code != kExitDone) return code;
+    return printing.Finish();
+}
