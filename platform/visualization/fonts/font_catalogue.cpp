@@ -8,7 +8,27 @@
 
 #include "platform/visualization/fonts/fixed_fonts.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#define ORV_LOOKS_FOR_LEAKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ORV_LOOKS_FOR_LEAKS 1
+#endif
+#endif
+#ifdef ORV_LOOKS_FOR_LEAKS
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace {
+
+/// fontconfig's configuration, read now if nobody has yet. It stays as long as the process.
+FcConfig* LoadConfiguration() {
+#ifdef ORV_LOOKS_FOR_LEAKS
+    // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
+    const __lsan::ScopedDisabler disabler;
+#endif
+    return FcConfigReference(nullptr);
+}
 
 constexpr int kRegularWeight = 400, kLightWeight = 300, kBoldWeight = 700, kHeaviestWeight = 900;
 constexpr int kLeastBoldWeight = 600;
@@ -107,7 +127,7 @@ FontCatalogue& FontCatalogue::Get() {
     return *catalogue;
 }
 
-FontCatalogue::FontCatalogue() : config_(FcConfigReference(nullptr)) {
+FontCatalogue::FontCatalogue() : config_(LoadConfiguration()) {
     if (config_) AddInstalledFonts();
 }
 

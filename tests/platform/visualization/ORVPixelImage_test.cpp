@@ -1,0 +1,80 @@
+#include "platform/visualization/images/ORVPixelImage.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/platform/visualization/written_images.h"
+
+namespace {
+
+class PixelImageFileTest : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (std::filesystem::temp_directory_path() / "orv-images-XXXXXX").string();
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
+    }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+
+    std::string Path(const char* name) const { return (folder_ / name).string(); }
+    std::string Write(const char* name, const ByteList& bytes) const {
+        std::ofstream(Path(name), std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return Path(name);
+    }
+    static ORVRef<ORVPixelImage> Load(const std::string& path) {
+        return ORVRef<ORVPixelImage>(ORVPixelImage::CreateFromFile(path, 1, 0));
+    }
+
+private:
+    std::filesystem::path folder_;
+};
+
+TEST_F(PixelImageFileTest, ContentDecidesNotTheName) {
+    const ByteList png = WritePng({.width = 2, .height = 3, .sample = [](int, int, int) { return 9u; }});
+    const ByteList jpeg = WriteJpeg({.width = 4, .height = 5, .samples = ByteList(60, 99)});
+    const ByteList bmp = BmpToWrite::Info(6, 7, 32).With(ByteList(168, 50));
+    const auto fromPng = Load(Write("a.bmp", png)), fromJpeg = Load(Write("b.png", jpeg)),
+               fromBmp = Load(Write("c", bmp));
+    ASSERT_TRUE(fromPng && fromJpeg && fromBmp);
+    EXPECT_EQ(fromPng->GetWidth(), 2);
+    EXPECT_EQ(fromJpeg->GetWidth(), 4);
+    EXPECT_NE(fromJpeg->GetJpegSource(), nullptr);
+    EXPECT_EQ(fromBmp->GetWidth(), 6);
+}
+
+TEST_F(PixelImageFileTest, WhatIsNoImageFileGivesNull) {
+    EXPECT_FALSE(Load(Path("missing")));
+    EXPECT_FALSE(Load(""));
+    EXPECT_FALSE(Load(Path(".")));
+    EXPECT_FALSE(Load(Write("empty", {})));
+    EXPECT_FALSE(Load(Write("text.png", {'h', 'e', 'l', 'l', 'o'})));
+    ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(Load(Path("pipe")));
+}
+
+TEST(ORVPixelImageTest, MadeFromPixels) {
+    const Rgba pixels = {1, 2, 3, 255, 4, 5, 6, 7};
+    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(2, 1, pixels));
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->GetReferenceCount(), 1u);
+    EXPECT_STREQ(image->IsA(), "ORVPixelImage");
+    EXPECT_TRUE(image->HasAlpha());
+    EXPECT_EQ(PixelsOf(image), pixels);
+    image->ReleasePixels();  // there is nothing to decode them from again: they stay
+    EXPECT_EQ(PixelsOf(image), pixels);
+}
+
+TEST(ORVPixelImageTest, SizesMustFit) {
+    const Rgba pixels(8);
+    EXPECT_EQ(ORVPixelImage::CreateFromPixels(1, 1, pixels), nullptr);
+    EXPECT_EQ(ORVPixelImage::CreateFromPixels(0, 2, {}), nullptr);
+    EXPECT_EQ(ORVPixelImage::CreateFromPixels(-2, -1, pixels), nullptr);
+}
+
+}  // namespace
