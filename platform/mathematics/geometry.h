@@ -33,12 +33,9 @@ struct ORVMathAffine2D {
     }
     /// The map that applies `inner` first and then this one.
     ORVMathAffine2D operator*(const ORVMathAffine2D& inner) const {
-        return {m11 * inner.m11 + m12 * inner.m21,
-                m11 * inner.m12 + m12 * inner.m22,
-                m21 * inner.m11 + m22 * inner.m21,
-                m21 * inner.m12 + m22 * inner.m22,
-                m11 * inner.dx + m12 * inner.dy + dx,
-                m21 * inner.dx + m22 * inner.dy + dy};
+        return {m11 * inner.m11 + m12 * inner.m21,    m11 * inner.m12 + m12 * inner.m22,
+                m21 * inner.m11 + m22 * inner.m21,    m21 * inner.m12 + m22 * inner.m22,
+                m11 * inner.dx + m12 * inner.dy + dx, m21 * inner.dx + m22 * inner.dy + dy};
     }
     double Determinant() const { return m11 * m22 - m12 * m21; }
     bool IsFinite() const { return std::isfinite(m11 + m12 + m21 + m22 + dx + dy); }

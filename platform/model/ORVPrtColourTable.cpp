@@ -9,7 +9,8 @@ std::uint32_t Key(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
 }  // namespace
 
 const ORVMetaClass& ORVPrtColourTable::MetaClass() {
-    static const ORVMetaClass metaClass("ORVPrtColourTable", &ORVBaseObject::MetaClass(), "ORVnull", "ORVPrt2DModel");
+    static const ORVMetaClass metaClass("ORVPrtColourTable", &ORVBaseObject::MetaClass(), "ORVnull",
+                                        "ORVPrt2DModel");
     return metaClass;
 }
 
@@ -21,7 +22,8 @@ int ORVPrtColourTable::GetColourIndex(unsigned int& index, std::uint8_t red, std
     return 1;
 }
 
-int ORVPrtColourTable::AddColour(std::uint8_t red, std::uint8_t green, std::uint8_t blue, unsigned int& index) {
+int ORVPrtColourTable::AddColour(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
+                                 unsigned int& index) {
     index = static_cast<unsigned int>(colours_.size());
     colours_.push_back({red, green, blue});
     indices_.try_emplace(Key(red, green, blue), index);

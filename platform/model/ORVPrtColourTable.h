@@ -23,7 +23,9 @@ public:
 
     const std::vector<Colour>& GetColours() const { return colours_; }
     /// The colour at `index`; black for an index beyond the table.
-    Colour GetColour(unsigned int index) const { return index < colours_.size() ? colours_[index] : Colour{}; }
+    Colour GetColour(unsigned int index) const {
+        return index < colours_.size() ? colours_[index] : Colour{};
+    }
 
 private:
     std::vector<Colour> colours_;

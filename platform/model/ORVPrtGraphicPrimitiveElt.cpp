@@ -7,9 +7,7 @@ const ORVMetaClass& ORVPrtGraphicPrimitiveElt::MetaClass() {
     return metaClass;
 }
 
-ORVPrtGraphicPrimitiveElt::~ORVPrtGraphicPrimitiveElt() {
-    SetBudget(nullptr);
-}
+ORVPrtGraphicPrimitiveElt::~ORVPrtGraphicPrimitiveElt() { SetBudget(nullptr); }
 
 void ORVPrtGraphicPrimitiveElt::SetBudget(ORVPrtPrimitiveBudget* budget) {
     if (budget) budget->AddRef();

@@ -70,10 +70,12 @@ public:
 protected:
     explicit ORVPrtGraphicPrimitiveElt(ORVPrtKind kind) : kind_(kind) {}
     // Identity texts and budget are copied by Duplicate.
-    ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other) : ORVBaseObject(other), kind_(other.kind_) {}
+    ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other)
+        : ORVBaseObject(other), kind_(other.kind_) {}
     ~ORVPrtGraphicPrimitiveElt() override;
 
-    /// A copy of the object without its children and without identity texts and budget; null when memory is spent.
+    /// A copy of the object without its children and without identity texts and budget; null when memory is
+    /// spent.
     virtual ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const = 0;
     /// Adds a child while a tree is duplicated; only called on classes that have children.
     virtual void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child);

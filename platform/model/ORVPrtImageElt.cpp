@@ -5,7 +5,8 @@
 #include "platform/model/ORVPrtColourTable.h"
 
 const ORVMetaClass& ORVPrtImageElt::MetaClass() {
-    static const ORVMetaClass metaClass("ORVPrtImageElt", &ORVPrtContainerElt::MetaClass(), "ORVnull", "ORVPrt2DModel");
+    static const ORVMetaClass metaClass("ORVPrtImageElt", &ORVPrtContainerElt::MetaClass(), "ORVnull",
+                                        "ORVPrt2DModel");
     return metaClass;
 }
 

@@ -8,16 +8,13 @@ namespace {
 std::atomic<std::uint64_t> primitiveLimit{ORVPrtModel::kDefaultPrimitiveLimit};
 }  // namespace
 
-void ORVPrtModel::SetPrimitiveLimit(std::uint64_t limit) {
-    primitiveLimit = limit;
-}
+void ORVPrtModel::SetPrimitiveLimit(std::uint64_t limit) { primitiveLimit = limit; }
 
-std::uint64_t ORVPrtModel::GetPrimitiveLimit() {
-    return primitiveLimit;
-}
+std::uint64_t ORVPrtModel::GetPrimitiveLimit() { return primitiveLimit; }
 
 const ORVMetaClass& ORVPrtModel::MetaClass() {
-    static const ORVMetaClass metaClass("ORVPrtModel", &ORVBaseObject::MetaClass(), "ORVnull", "ORVPrt2DModel");
+    static const ORVMetaClass metaClass("ORVPrtModel", &ORVBaseObject::MetaClass(), "ORVnull",
+                                        "ORVPrt2DModel");
     return metaClass;
 }
 

@@ -15,10 +15,12 @@ public:
 
     ORVPrtPatternElt() : ORVPrtContainerElt(ORVPrtKind::kPattern) {}
 
-    /// The tile in page coordinates, as given, unchecked.
+    /// The tile in the drawing's own coordinates, as given, unchecked.
     void SetBox(const ORVPrtViewBox& box) { box_ = box; }
     const ORVPrtViewBox& GetBox() const { return box_; }
-    void SetViewBox(const ORVPrtViewBox& viewBox) { viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox); }
+    void SetViewBox(const ORVPrtViewBox& viewBox) {
+        viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
+    }
     /// Null when never set.
     const ORVPrtViewBox* GetViewBox() const { return viewBox_.get(); }
     /// The bitmap that a fill took from this pattern last; keeps a reference of its own.

@@ -14,7 +14,9 @@ public:
 
     ORVPrtRectangleElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kRectangle) {}
 
-    void SetPoints(const ORVMathPoint2D& first, const ORVMathPoint2D& second) { first_ = first, second_ = second; }
+    void SetPoints(const ORVMathPoint2D& first, const ORVMathPoint2D& second) {
+        first_ = first, second_ = second;
+    }
     const ORVMathPoint2D& GetFirstPoint() const { return first_; }
     const ORVMathPoint2D& GetSecondPoint() const { return second_; }
 

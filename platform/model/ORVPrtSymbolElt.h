@@ -14,7 +14,9 @@ public:
 
     ORVPrtSymbolElt() : ORVPrtContainerElt(ORVPrtKind::kSymbol) {}
 
-    void SetViewBox(const ORVPrtViewBox& viewBox) { viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox); }
+    void SetViewBox(const ORVPrtViewBox& viewBox) {
+        viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
+    }
     /// Null when never set.
     const ORVPrtViewBox* GetViewBox() const { return viewBox_.get(); }
 

@@ -10,7 +10,8 @@ ORVMathAffine2D ToAffine(const ORVPrtTransformOperation& operation) {
         case ORVPrtTransformOperation::kTranslate: return ORVMathAffine2D::Translation(a, operation.b);
         case ORVPrtTransformOperation::kScaleX: return ORVMathAffine2D::Scaling(a, 1.0);
         case ORVPrtTransformOperation::kScaleY: return ORVMathAffine2D::Scaling(1.0, a);
-        case ORVPrtTransformOperation::kRotate: return {std::cos(a), -std::sin(a), std::sin(a), std::cos(a), 0.0, 0.0};
+        case ORVPrtTransformOperation::kRotate:
+            return {std::cos(a), -std::sin(a), std::sin(a), std::cos(a), 0.0, 0.0};
         case ORVPrtTransformOperation::kSkewX: return {1.0, std::tan(a), 0.0, 1.0, 0.0, 0.0};
         case ORVPrtTransformOperation::kSkewY: return {1.0, 0.0, std::tan(a), 1.0, 0.0, 0.0};
         case ORVPrtTransformOperation::kMatrix: return {a, operation.b, operation.c, operation.d, 0.0, 0.0};

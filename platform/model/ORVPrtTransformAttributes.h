@@ -19,7 +19,9 @@ struct ORVPrtTransformOperation {
 /// before it. A value: copies share their content until one changes.
 class ORV_PLATFORM_EXPORT ORVPrtTransformAttributes {
 public:
-    void AddTranslation(const ORVMathVector2D& by) { Add({ORVPrtTransformOperation::kTranslate, by.x, by.y}); }
+    void AddTranslation(const ORVMathVector2D& by) {
+        Add({ORVPrtTransformOperation::kTranslate, by.x, by.y});
+    }
     void AddScaleX(double factor) { Add({ORVPrtTransformOperation::kScaleX, factor}); }
     void AddScaleY(double factor) { Add({ORVPrtTransformOperation::kScaleY, factor}); }
     /// Radians, from the x axis towards the y axis.

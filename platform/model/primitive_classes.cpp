@@ -110,7 +110,8 @@ ORVPrtGraphicPrimitiveElt* ORVPrtPatternElt::CopyWithoutChildren() const {
 }
 
 const ORVMetaClass& ORVPrtPolyCubicBezierElt::MetaClass() {
-    static const ORVMetaClass metaClass = MakeMetaClass<ORVPrtGraphicPrimitiveElt>("ORVPrtPolyCubicBezierElt");
+    static const ORVMetaClass metaClass =
+        MakeMetaClass<ORVPrtGraphicPrimitiveElt>("ORVPrtPolyCubicBezierElt");
     return metaClass;
 }
 
@@ -119,7 +120,8 @@ ORVPrtGraphicPrimitiveElt* ORVPrtPolyCubicBezierElt::CopyWithoutChildren() const
 }
 
 const ORVMetaClass& ORVPrtPolyQuadraticBezierElt::MetaClass() {
-    static const ORVMetaClass metaClass = MakeMetaClass<ORVPrtGraphicPrimitiveElt>("ORVPrtPolyQuadraticBezierElt");
+    static const ORVMetaClass metaClass =
+        MakeMetaClass<ORVPrtGraphicPrimitiveElt>("ORVPrtPolyQuadraticBezierElt");
     return metaClass;
 }
 

@@ -38,7 +38,8 @@ void VisitPrimitive(ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
         case ORVPrtKind::kPolyline: return visit(static_cast<ORVPrtPolylineElt&>(primitive));
         case ORVPrtKind::kPolygon: return visit(static_cast<ORVPrtPolygonElt&>(primitive));
         case ORVPrtKind::kPolyCubicBezier: return visit(static_cast<ORVPrtPolyCubicBezierElt&>(primitive));
-        case ORVPrtKind::kPolyQuadraticBezier: return visit(static_cast<ORVPrtPolyQuadraticBezierElt&>(primitive));
+        case ORVPrtKind::kPolyQuadraticBezier:
+            return visit(static_cast<ORVPrtPolyQuadraticBezierElt&>(primitive));
         case ORVPrtKind::kText: return visit(static_cast<ORVPrtTextElt&>(primitive));
         case ORVPrtKind::kBitmapImage: return visit(static_cast<ORVPrtBitmapImageElt&>(primitive));
     }

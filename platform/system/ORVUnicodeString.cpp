@@ -8,13 +8,9 @@
 
 namespace {
 
-bool StartsCharacter(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-}
+bool StartsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }
 
-bool IsContinuation(unsigned char byte) {
-    return (byte & 0xC0U) == 0x80U;
-}
+bool IsContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
 
 std::size_t CountCharacters(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), StartsCharacter));
@@ -68,13 +64,9 @@ int ORVUnicodeString::BuildFromUTF8(const char* bytes, std::size_t size) {
     return 1;
 }
 
-std::size_t ORVUnicodeString::GetLengthInChar() const {
-    return CountCharacters(text_);
-}
+std::size_t ORVUnicodeString::GetLengthInChar() const { return CountCharacters(text_); }
 
-int ORVUnicodeString::Compare(std::string_view other) const {
-    return ORVCompareText(text_, other);
-}
+int ORVUnicodeString::Compare(std::string_view other) const { return ORVCompareText(text_, other); }
 
 std::size_t ORVUnicodeString::ByteOffset(std::size_t character, std::size_t from) const {
     std::size_t offset = from;
@@ -86,7 +78,8 @@ std::size_t ORVUnicodeString::ByteOffset(std::size_t character, std::size_t from
     return offset;
 }
 
-long ORVUnicodeString::SearchSubString(std::string_view pattern, std::size_t start, Direction direction) const {
+long ORVUnicodeString::SearchSubString(std::string_view pattern, std::size_t start,
+                                       Direction direction) const {
     if (pattern.empty()) return -1;
     const std::size_t from = ByteOffset(start);
     const std::size_t found = direction == kForward ? text_.find(pattern, from) : text_.rfind(pattern, from);

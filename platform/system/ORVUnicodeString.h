@@ -34,7 +34,8 @@ public:
     int Compare(std::string_view other) const;
     /// Position of `pattern`, searched from character `start`; -1 when it does not occur or is empty.
     /// Backward, the last occurrence that begins at or before `start` is found.
-    long SearchSubString(std::string_view pattern, std::size_t start = 0, Direction direction = kForward) const;
+    long SearchSubString(std::string_view pattern, std::size_t start = 0,
+                         Direction direction = kForward) const;
     /// At most `count` characters from character `start`.
     ORVUnicodeString GetSubString(std::size_t start, std::size_t count = kToEnd) const;
     void Append(std::string_view utf8) { text_.append(utf8); }
@@ -50,7 +51,9 @@ public:
     int ConvertToNum(unsigned int* out, const char* format) const;
     int ConvertToNum(int* out, const char* format) const;
 
-    friend bool operator==(const ORVUnicodeString& a, const ORVUnicodeString& b) { return a.text_ == b.text_; }
+    friend bool operator==(const ORVUnicodeString& a, const ORVUnicodeString& b) {
+        return a.text_ == b.text_;
+    }
 
 private:
     std::size_t ByteOffset(std::size_t character, std::size_t from = 0) const;

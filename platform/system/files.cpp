@@ -24,17 +24,11 @@ bool PolicyAllows(const ORVUnicodeString& path) {
 
 }  // namespace
 
-const char* ORVGetEnv(const char* name) {
-    return std::getenv(name);
-}
+const char* ORVGetEnv(const char* name) { return std::getenv(name); }
 
-void ORVFileAccessPolicy::SetCurrent(const ORVFileAccessPolicy* policy) {
-    currentPolicy = policy;
-}
+void ORVFileAccessPolicy::SetCurrent(const ORVFileAccessPolicy* policy) { currentPolicy = policy; }
 
-const ORVFileAccessPolicy* ORVFileAccessPolicy::GetCurrent() {
-    return currentPolicy;
-}
+const ORVFileAccessPolicy* ORVFileAccessPolicy::GetCurrent() { return currentPolicy; }
 
 struct ORVFolderAccessPolicy::Folders {
     std::vector<std::filesystem::path> allowed;  // canonical
@@ -42,13 +36,12 @@ struct ORVFolderAccessPolicy::Folders {
 
 ORVFolderAccessPolicy::ORVFolderAccessPolicy() : folders_(new Folders) {}
 
-ORVFolderAccessPolicy::~ORVFolderAccessPolicy() {
-    delete folders_;
-}
+ORVFolderAccessPolicy::~ORVFolderAccessPolicy() { delete folders_; }
 
 bool ORVFolderAccessPolicy::AllowFolder(const ORVUnicodeString& folder) {
     std::error_code error;
-    const auto canonical = std::filesystem::canonical(std::string(folder.IsEmpty() ? "." : folder.GetView()), error);
+    const auto canonical =
+        std::filesystem::canonical(std::string(folder.IsEmpty() ? "." : folder.GetView()), error);
     if (error || !std::filesystem::is_directory(canonical, error)) return false;
     folders_->allowed.push_back(canonical);
     return true;

@@ -42,8 +42,11 @@ ORV_PLATFORM_EXPORT int ORVFileStat(const ORVUnicodeString& path);
 /// 1 when the file at `path` may be read (mode 0) as far as the host's policy and the system go, else 0.
 ORV_PLATFORM_EXPORT int ORVFileAccess(const ORVUnicodeString& path, int mode);
 
-/// Splits a path into its folder ("" when it has none, without a trailing separator but for the root) and file name.
-ORV_PLATFORM_EXPORT void ORVSplitPath(const ORVUnicodeString& path, ORVUnicodeString& folder, ORVUnicodeString& name);
+/// Splits a path into its folder ("" when it has none, without a trailing separator but for the root) and
+/// file name.
+ORV_PLATFORM_EXPORT void ORVSplitPath(const ORVUnicodeString& path, ORVUnicodeString& folder,
+                                      ORVUnicodeString& name);
 
 /// Joins a folder and a relative name. An empty folder gives the name.
-ORV_PLATFORM_EXPORT ORVUnicodeString ORVMakePath(const ORVUnicodeString& folder, const ORVUnicodeString& name);
+ORV_PLATFORM_EXPORT ORVUnicodeString ORVMakePath(const ORVUnicodeString& folder,
+                                                 const ORVUnicodeString& name);

@@ -9,17 +9,11 @@
 
 namespace {
 
-bool IsWhiteSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+bool IsWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-char LowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string_view SkipWhiteSpace(std::string_view text) {
     std::size_t start = 0;
@@ -50,7 +44,8 @@ int ORVConvertToDouble(std::string_view text, double& out) {
 
     const bool negative = text.front() == '-';
     if (negative || text.front() == '+') text.remove_prefix(1);
-    const bool number = !text.empty() && (IsDigit(text[0]) || (text[0] == '.' && text.size() > 1 && IsDigit(text[1])));
+    const bool number =
+        !text.empty() && (IsDigit(text[0]) || (text[0] == '.' && text.size() > 1 && IsDigit(text[1])));
     if (!number) return 0;  // keeps "inf" and "nan" out, which from_chars would take
 
     double value = 0.0;

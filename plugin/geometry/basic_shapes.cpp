@@ -36,7 +36,8 @@ void ReadShapeTexts(const SvgDrawState& state, const Element& element, ORVPrtGra
 
 // A point in page coordinates; an absent coordinate is 0 in the drawing's own.
 template <SvgElementAccess Element>
-ORVMathPoint2D ReadPoint(const SvgDrawState& state, const Element& element, AttributeName xName, AttributeName yName) {
+ORVMathPoint2D ReadPoint(const SvgDrawState& state, const Element& element, AttributeName xName,
+                         AttributeName yName) {
     double x = 0.0, y = 0.0;
     ReadHorizontalAttribute(state, element, xName, x);
     ReadVerticalCoordinateAttribute(state, element, yName, y);
@@ -84,7 +85,8 @@ int HandleRect(SvgDrawState state, const Element& element, ORVPrtRectangleElt* r
     const ORVMathPoint2D corner = ReadPoint(state, element, AttributeName::kX, AttributeName::kY);
     const double width = ReadHorizontal(state, element, AttributeName::kWidth);
     const double height = ReadVertical(state, element, AttributeName::kHeight);
-    const double oppositeY = state.yFlip == 1 ? corner.y - height : corner.y + height;  // y points up when flipped
+    const double oppositeY =
+        state.yFlip == 1 ? corner.y - height : corner.y + height;  // y points up when flipped
     rectangle->SetPoints(corner, {corner.x + width, oppositeY});
     return kDone;
 }
@@ -162,8 +164,8 @@ int HandlePolygon(SvgDrawState state, const Element& element, ORVPrtPolygonElt* 
     return kDone;
 }
 
-#define ORV_INSTANTIATE_SHAPE(handler, Primitive)                                                               \
-    template int handler(SvgDrawState, const DomElementAccess&, Primitive*, ORVPrtGraphicPrimitiveElt&);        \
+#define ORV_INSTANTIATE_SHAPE(handler, Primitive)                                                        \
+    template int handler(SvgDrawState, const DomElementAccess&, Primitive*, ORVPrtGraphicPrimitiveElt&); \
     template int handler(SvgDrawState, const LightElementAccess&, Primitive*, ORVPrtGraphicPrimitiveElt&)
 ORV_INSTANTIATE_SHAPE(HandleRect, ORVPrtRectangleElt);
 ORV_INSTANTIATE_SHAPE(HandleCircle, ORVPrtCircleElt);

@@ -14,7 +14,8 @@ class ORVPrtPolygonElt;
 /// Handlers of the basic shapes. Each fills the primitive that the walker has made and attached.
 /// @param state      a copy: what the element's own style changes reaches no sibling
 /// @param container  where the shape stands; markers are attached to it
-/// @return kDone, or kUnusable when the primitive is null. A missing or unreadable coordinate counts as 0 in the
+/// @return kDone, or kUnusable when the primitive is null. A missing or unreadable coordinate counts as 0 in
+/// the
 ///         drawing's own coordinates (y down); sizes are not checked.
 
 /// Corners are always square: "rx" and "ry" are read and dropped.
@@ -29,7 +30,8 @@ int HandleEllipse(SvgDrawState state, const Element& element, ORVPrtEllipseElt* 
                   ORVPrtGraphicPrimitiveElt& container);
 /// A line has a start and an end marker; a mid marker is resolved but never placed.
 template <SvgElementAccess Element>
-int HandleLine(SvgDrawState state, const Element& element, ORVPrtLineElt* line, ORVPrtGraphicPrimitiveElt& container);
+int HandleLine(SvgDrawState state, const Element& element, ORVPrtLineElt* line,
+               ORVPrtGraphicPrimitiveElt& container);
 template <SvgElementAccess Element>
 int HandlePolyline(SvgDrawState state, const Element& element, ORVPrtPolylineElt* polyline,
                    ORVPrtGraphicPrimitiveElt& container);

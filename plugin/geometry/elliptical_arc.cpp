@@ -9,30 +9,24 @@ namespace {
 // Single precision, widened: part of the format.
 constexpr double kEpsilon = static_cast<double>(0.01F);
 
-bool IsSet(double flag) {
-    return flag == 1.0;
-}
+bool IsSet(double flag) { return flag == 1.0; }
 
-struct Angles {
-    double start, end;
-};
+}  // namespace
 
 // The asymmetries between the two orders of the angles are part of the format.
-Angles ChooseAngles(double a, double b, bool large, bool sweep) {
+ArcAngles ChooseArcAngles(double a, double b, bool large, bool sweep) {
     const double d = std::fabs(b - a);
     const bool isLarge = d > ORVPI + kEpsilon;
     const bool isHalf = std::fabs(d - ORVPI) <= kEpsilon;
     if (a <= b) {
-        if (isHalf) return sweep ? Angles{a, b} : Angles{a + ORV2PI, b};
-        if (isLarge == large) return sweep ? Angles{a, b} : Angles{b, a};
-        return sweep ? Angles{b, a + ORV2PI} : Angles{a + ORV2PI, b};
+        if (isHalf) return sweep ? ArcAngles{a, b} : ArcAngles{a + ORV2PI, b};
+        if (isLarge == large) return sweep ? ArcAngles{a, b} : ArcAngles{b, a};
+        return sweep ? ArcAngles{b, a + ORV2PI} : ArcAngles{a + ORV2PI, b};
     }
-    if (isHalf) return sweep ? Angles{a, b + ORV2PI} : Angles{a, b};
-    if (isLarge == large) return sweep ? Angles{b, a} : Angles{a, b};
-    return sweep ? Angles{a, b + ORV2PI} : Angles{b + ORV2PI, a};
+    if (isHalf) return sweep ? ArcAngles{a, b + ORV2PI} : ArcAngles{a, b};
+    if (isLarge == large) return sweep ? ArcAngles{b, a} : ArcAngles{a, b};
+    return sweep ? ArcAngles{a, b + ORV2PI} : ArcAngles{b + ORV2PI, a};
 }
-
-}  // namespace
 
 ArcShape ConvertArc(const EndpointArc& arc, CenterArc& center) {
     const double rx = arc.rx, ry = arc.ry;
@@ -68,7 +62,7 @@ ArcShape ConvertArc(const EndpointArc& arc, CenterArc& center) {
     center.horzRadius = std::fabs(cosA) > kEpsilon ? p1.x / cosA : rx;
     center.vertRadius = std::fabs(sinA) > kEpsilon ? p1.y / sinA : ry;
     center.center = {cx, cy};
-    const Angles angles = ChooseAngles(a, b, large, sweep);
+    const ArcAngles angles = ChooseArcAngles(a, b, large, sweep);
     center.startAngle = angles.start;
     center.endAngle = angles.end;
     center.slope = phi;

@@ -101,5 +101,7 @@ int HandleImage(SvgDrawState state, const Element& element, ORVPrtBitmapImageElt
     return kDone;
 }
 
-template int HandleImage(SvgDrawState, const DomElementAccess&, ORVPrtBitmapImageElt*, ORVPrtGraphicPrimitiveElt&);
-template int HandleImage(SvgDrawState, const LightElementAccess&, ORVPrtBitmapImageElt*, ORVPrtGraphicPrimitiveElt&);
+template int HandleImage(SvgDrawState, const DomElementAccess&, ORVPrtBitmapImageElt*,
+                         ORVPrtGraphicPrimitiveElt&);
+template int HandleImage(SvgDrawState, const LightElementAccess&, ORVPrtBitmapImageElt*,
+                         ORVPrtGraphicPrimitiveElt&);

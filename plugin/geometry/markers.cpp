@@ -20,7 +20,8 @@ void EraseFirst(std::string& text, std::string_view part) {
 void StoreReference(SvgDrawState& state, MarkerPlace place, std::string_view identifier) {
     using Member = ORVUnicodeString SvgMarkerReferences::*;
     const auto store = [&](MarkerPlace one, Member member) {
-        if (place == MarkerPlace::kAll || place == one) state.markers.Set(member, ORVUnicodeString(identifier));
+        if (place == MarkerPlace::kAll || place == one)
+            state.markers.Set(member, ORVUnicodeString(identifier));
     };
     store(MarkerPlace::kStart, &SvgMarkerReferences::start);
     store(MarkerPlace::kMid, &SvgMarkerReferences::mid);

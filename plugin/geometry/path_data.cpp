@@ -27,9 +27,7 @@ bool Fills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
 
-char UpperCase(char letter) {
-    return letter >= 'a' ? static_cast<char>(letter - 'a' + 'A') : letter;
-}
+char UpperCase(char letter) { return letter >= 'a' ? static_cast<char>(letter - 'a' + 'A') : letter; }
 
 }  // namespace
 
@@ -243,7 +241,9 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
             end.y = state_.yFlip == 1 ? base.y + end.y - state_.pageHeight : base.y + end.y;
             base = end;
         }
-        DrawArc({arcNumbers_[0][i], arcNumbers_[1][i], arcNumbers_[2][i], arcNumbers_[3][i], arcNumbers_[4][i]}, end);
+        DrawArc(
+            {arcNumbers_[0][i], arcNumbers_[1][i], arcNumbers_[2][i], arcNumbers_[3][i], arcNumbers_[4][i]},
+            end);
     }
     RestartPoints();
 }
@@ -293,7 +293,8 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
     std::string_view argument;
     for (bool isX = true; scanner.NextArgument(argument); isX = !isX) {
         double number = 0.0;
-        if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number)) numbers_.push_back(number);
+        if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number))
+            numbers_.push_back(number);
     }
     if (!relative) return;
 

@@ -22,8 +22,8 @@ public:
     PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group);
     ~PathDataInterpreter();
 
-    /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing, unknown letters and
-    /// unreadable numbers are skipped.
+    /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing, unknown letters
+    /// and unreadable numbers are skipped.
     /// @return kDone, or kUnusable when `data` is empty
     int Interpret(std::string_view data);
 
@@ -62,8 +62,8 @@ private:
 
     const SvgDrawState& state_;
     ORVPrtGroupElt& group_;
-    ORVRef<ORVPrtClosedFigureElt> figure_;         // null when the path is only stroked
-    ORVRef<ORVPrtClosedFigureRegionElt> region_;   // current region of the figure
+    ORVRef<ORVPrtClosedFigureElt> figure_;        // null when the path is only stroked
+    ORVRef<ORVPrtClosedFigureRegionElt> region_;  // current region of the figure
     ORVMathPoint2D current_, subpathStart_, lastControl_;
     std::vector<ORVMathPoint2D> points_;  // straight run that is not drawn yet
     std::vector<double> numbers_;         // arguments of the current command

@@ -8,19 +8,18 @@ enum CharacterClass : unsigned char { kOther, kSeparator, kCommand, kEnd, kMinus
 
 constexpr std::array<CharacterClass, 256> kClasses = [] {
     std::array<CharacterClass, 256> classes{};
-    for (const char c : std::string_view("MmZzLlCcSsHhVvQqTtAa")) classes[static_cast<unsigned char>(c)] = kCommand;
+    for (const char c : std::string_view("MmZzLlCcSsHhVvQqTtAa"))
+        classes[static_cast<unsigned char>(c)] = kCommand;
     classes[' '] = classes[','] = kSeparator;
     classes[';'] = kEnd;
     classes['-'] = kMinus;
     return classes;
 }();
 
-CharacterClass ClassOf(char c) {
-    return kClasses[static_cast<unsigned char>(c)];
-}
+CharacterClass ClassOf(char c) { return kClasses[static_cast<unsigned char>(c)]; }
 
-// Every run of "e" and of minuses behind an "e" counts three for an "e-" and one for a lone "e"; it is written
-// again with an "e-" for every three.
+// Every run of "e" and of minuses behind an "e" counts three for an "e-" and one for a lone "e"; it is
+// written again with an "e-" for every three.
 std::string RewriteExponents(std::string_view argument) {
     std::string result;
     for (std::size_t i = 0; i < argument.size();) {

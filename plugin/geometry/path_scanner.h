@@ -6,8 +6,8 @@
 /// Splits path data into commands and arguments, in one forward pass.
 ///
 /// A command letter (M L Z C S H V Q T A in either case) begins a segment, wherever it stands; a ";" ends
-/// one. Arguments are separated by blanks, commas, and in front of every minus, but for one that follows an "e"
-/// (an exponent). An upper-case "E-" is split: kept on purpose. Three "e" in a row read as "e-".
+/// one. Arguments are separated by blanks, commas, and in front of every minus, but for one that follows an
+/// "e" (an exponent). An upper-case "E-" is split: kept on purpose. Three "e" in a row read as "e-".
 class PathScanner {
 public:
     explicit PathScanner(std::string_view text) : text_(text) {}

@@ -4,7 +4,8 @@
 
 #include "platform/print/ORVPrintInputXMLElement.h"
 
-ORVPrintQVXMLInterpreter::ORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input) : ORVPrintInterpreter("QVXML") {
+ORVPrintQVXMLInterpreter::ORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input)
+    : ORVPrintInterpreter("QVXML") {
     if (!input || !input->IsAKindOf("ORVPrintInputXMLElement")) return;
     std::unique_ptr<SvgDocumentSource> source;
     if (const ORVLightXmlElementItf* light = input->GetXmlElement()) {

@@ -11,8 +11,8 @@
 class ORVPrintInputXMLElement;
 
 /// Prints an SVG drawing that is an XML element of a larger QVXML document. Such a fragment is placed on the
-/// page by its own origin. An input that cannot be used leaves the interpreter without a document: its queries
-/// return 0.
+/// page by its own origin. An input that cannot be used leaves the interpreter without a document: its
+/// queries return 0.
 class ORV_MODULE_EXPORT ORVPrintQVXMLInterpreter final : public ORVPrintInterpreter {
 public:
     /// @param input  may be null. A light element of it is preferred to a DOM one, and copied

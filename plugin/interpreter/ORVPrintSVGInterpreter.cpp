@@ -25,7 +25,8 @@ ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(ORVPrintInput* input) : ORVPrintS
     }
 }
 
-ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(const ORVPrintSVGInterpreter& /*other*/) : ORVPrintSVGInterpreter() {}
+ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(const ORVPrintSVGInterpreter& /*other*/)
+    : ORVPrintSVGInterpreter() {}
 
 ORVPrintSVGInterpreter& ORVPrintSVGInterpreter::operator=(const ORVPrintSVGInterpreter& /*other*/) {
     return *this;
@@ -37,9 +38,7 @@ int ORVPrintSVGInterpreter::GetSize(float& width, float& height) {
     return interpretation_.GetSize(GetSelection(), width, height);
 }
 
-int ORVPrintSVGInterpreter::GetPageCount(unsigned int& count) {
-    return interpretation_.GetPageCount(count);
-}
+int ORVPrintSVGInterpreter::GetPageCount(unsigned int& count) { return interpretation_.GetPageCount(count); }
 
 int ORVPrintSVGInterpreter::GetTitle(ORVUnicodeString& title) {
     return interpretation_.GetTitle(GetSelection(), title);

@@ -16,7 +16,8 @@ SvgDocumentSource::SvgDocumentSource(ORVPrintInputStream& stream)
     ReadStream(stream);
 }
 
-SvgDocumentSource::SvgDocumentSource(const ORVLightXmlElementItf* element) : lightElement_(element), useDOM_(0) {}
+SvgDocumentSource::SvgDocumentSource(const ORVLightXmlElementItf* element)
+    : lightElement_(element), useDOM_(0) {}
 
 SvgDocumentSource::SvgDocumentSource(const ORVIDOMElement_var& element) : domElement_(element), useDOM_(1) {}
 

@@ -33,7 +33,8 @@ SvgInterpretation::BuildResult SvgInterpretation::EnsureModel() {
 const ORVPrtImageElt* SvgInterpretation::SelectPage(const Selection& selection) const {
     const ORVListPtr<ORVPrtImageElt>& pages = *model_->GetImages();
     if (pages.empty()) return nullptr;
-    const bool usesFirst = selection.allPages || selection.currentPage == 0 || selection.currentPage > pages.size();
+    const bool usesFirst =
+        selection.allPages || selection.currentPage == 0 || selection.currentPage > pages.size();
     return pages[usesFirst ? 0 : selection.currentPage - 1];
 }
 

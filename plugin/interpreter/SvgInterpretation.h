@@ -29,7 +29,8 @@ public:
     int GetPageCount(unsigned int& count);
     int GetSize(const Selection& selection, float& width, float& height);
     int GetTitle(const Selection& selection, ORVUnicodeString& title);
-    int Decode(const Selection& selection, ORVPrintGenerator* generator, const ORVPrintParameters& parameters);
+    int Decode(const Selection& selection, ORVPrintGenerator* generator,
+               const ORVPrintParameters& parameters);
 
 private:
     struct BuildResult {

@@ -26,6 +26,4 @@ ORVPrintInterpreter* fctCreateORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* 
     return Create<ORVPrintQVXMLInterpreter>(input);
 }
 
-int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG() {
-    return 1;
-}
+int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG() { return 1; }

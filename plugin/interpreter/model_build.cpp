@@ -74,16 +74,19 @@ private:
     LowMemoryWatch watch_;
 };
 
-int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& pageSource, ORVPrtModel& model) {
+int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& pageSource,
+                         ORVPrtModel& model) {
     ORVLightXmlElement parsed;
     const ORVLightXmlElementItf* root = source.GetLightElement();
     if (!root) {
-        const ORVLightXmlInputStreamBuffer stream(source.GetText(), static_cast<std::size_t>(source.GetTextSize()));
+        const ORVLightXmlInputStreamBuffer stream(source.GetText(),
+                                                  static_cast<std::size_t>(source.GetTextSize()));
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
         root = &parsed;
     }
-    if (root->GetNode()) ModelBuild<LightElementAccess>(pageSource, model).Build(LightElementAccess(root->GetNode()));
+    if (root->GetNode())
+        ModelBuild<LightElementAccess>(pageSource, model).Build(LightElementAccess(root->GetNode()));
     return kDone;
 }
 
@@ -91,7 +94,8 @@ int BuildWithDOMParser(const SvgDocumentSource& source, const SvgPageSource& pag
     ORVIDOMElement_var root = source.GetDOMElement();
     if (!root) {
         ORVUnicodeString text;
-        if (text.BuildFromUTF8(source.GetText(), static_cast<std::size_t>(source.GetTextSize())) < 0) return kUnusable;
+        if (text.BuildFromUTF8(source.GetText(), static_cast<std::size_t>(source.GetTextSize())) < 0)
+            return kUnusable;
         if (BuildParser(text, "SVG", root) < 0 || !root) return kUnusable;
     }
     ModelBuild<DomElementAccess> build(pageSource, model);
@@ -104,10 +108,12 @@ int BuildWithDOMParser(const SvgDocumentSource& source, const SvgPageSource& pag
 
 int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
     const bool useDOM = source.GetUseDOM() == 1;
-    const bool hasElement = useDOM ? static_cast<bool>(source.GetDOMElement()) : source.GetLightElement() != nullptr;
+    const bool hasElement =
+        useDOM ? static_cast<bool>(source.GetDOMElement()) : source.GetLightElement() != nullptr;
     if (!model || (!source.GetText() && !hasElement)) return kUnusable;
 
-    const SvgPageSource pageSource{source.GetCurrentPath(), source.GetPrimaryDocument(), source.GetEmbeddedFragment()};
+    const SvgPageSource pageSource{source.GetCurrentPath(), source.GetPrimaryDocument(),
+                                   source.GetEmbeddedFragment()};
     try {
         return useDOM ? BuildWithDOMParser(source, pageSource, *model)
                       : BuildWithLightParser(source, pageSource, *model);

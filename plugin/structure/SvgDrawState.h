@@ -29,7 +29,8 @@ struct SvgInheritedState {
     int drawStyle = kDrawFill;
     unsigned int strokeCurrentColour = 0;  ///< what "currentColor" means for strokes
     unsigned int fillCurrentColour = 0;    ///< what "currentColor" means for fills
-    /// User units. Inherited because letter spacing in a style replaces it for an element and its descendants.
+    /// User units. Inherited because letter spacing in a style replaces it for an element and its
+    /// descendants.
     double pageWidth = 0.0;
 };
 
@@ -37,13 +38,13 @@ struct SvgInheritedState {
 /// copy, so that nothing they change reaches a sibling. It owns its attribute sets and nothing else.
 struct SvgDrawState : SvgInheritedState {
     ORVPrtModel* model = nullptr;
-    ORVPrtImageElt* page = nullptr;        ///< the model holds it
-    double pageHeight = 0.0;               ///< user units; 0 inside an embedded fragment
+    ORVPrtImageElt* page = nullptr;  ///< the model holds it
+    double pageHeight = 0.0;         ///< user units; 0 inside an embedded fragment
     SvgDefinitions* definitions = nullptr;
     ORVPrintModelBoundingBoxComputer* boxes = nullptr;
     const ORVUnicodeString* currentPath = nullptr;  ///< file of the document, for relative references
-    std::uint8_t yFlip = 1;                ///< 1: y is mirrored against the page height
-    std::uint8_t embeddedFragment = 0;     ///< 1: the drawing is a fragment of a QVXML document
+    std::uint8_t yFlip = 1;                         ///< 1: y is mirrored against the page height
+    std::uint8_t embeddedFragment = 0;              ///< 1: the drawing is a fragment of a QVXML document
 };
 
 /// Restores the inherited part of a state when it goes out of scope.

@@ -162,10 +162,10 @@ int HandlePattern(SvgDrawState& state, const Element& element, ORVPrtGraphicPrim
     });
 }
 
-#define ORV_INSTANTIATE_DEFINITIONS(Element)                                               \
-    template int HandleDefs(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);    \
-    template int HandleSymbol(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);  \
-    template int HandleMarker(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);  \
+#define ORV_INSTANTIATE_DEFINITIONS(Element)                                              \
+    template int HandleDefs(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);   \
+    template int HandleSymbol(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&); \
+    template int HandleMarker(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&); \
     template int HandlePattern(SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&)
 ORV_INSTANTIATE_DEFINITIONS(DomElementAccess);
 ORV_INSTANTIATE_DEFINITIONS(LightElementAccess);

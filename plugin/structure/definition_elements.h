@@ -8,7 +8,8 @@ class ORVPrtGraphicPrimitiveElt;
 /// Handlers of elements that are kept aside for references instead of being drawn.
 /// @return kDone, or kNoMemory when a primitive could not be allocated. The state leaves as it came.
 
-/// A "defs" element: its children become those of a holder that stays registered until the enclosing group ends.
+/// A "defs" element: its children become those of a holder that stays registered until the enclosing group
+/// ends.
 template <SvgElementAccess Element>
 int HandleDefs(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 
@@ -19,7 +20,8 @@ int HandleDefs(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimiti
 template <SvgElementAccess Element>
 int HandleSymbol(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 
-/// A "marker" element: a symbol whose content is fitted to the marker's size and moved by its reference point.
+/// A "marker" element: a symbol whose content is fitted to the marker's size and moved by its reference
+/// point.
 template <SvgElementAccess Element>
 int HandleMarker(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 

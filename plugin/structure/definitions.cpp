@@ -48,9 +48,7 @@ bool RestyleOne(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive)
 
 }  // namespace
 
-SvgDefinitions::~SvgDefinitions() {
-    Truncate(0);
-}
+SvgDefinitions::~SvgDefinitions() { Truncate(0); }
 
 std::size_t SvgDefinitions::Register(ORVPrtDefsElt& holder) {
     holders_.push_back({&holder, 0, {}});
@@ -66,10 +64,11 @@ void SvgDefinitions::IndexNewChildren(std::size_t place) {
         if (child->GetID().IsEmpty()) continue;
         std::string identifier = LowerCase(child->GetID());
         std::vector<Definition>& candidates = index_[identifier];
-        const auto later = std::find_if(candidates.rbegin(), candidates.rend(),
-                                        [&](const Definition& one) { return one.holderPlace <= place; })
-                               .base();
-        if (later != candidates.begin() && std::prev(later)->holderPlace == place) continue;  // an earlier child wins
+        const auto later = std::find_if(candidates.rbegin(), candidates.rend(), [&](const Definition& one) {
+                               return one.holderPlace <= place;
+                           }).base();
+        if (later != candidates.begin() && std::prev(later)->holderPlace == place)
+            continue;  // an earlier child wins
         candidates.insert(later, Definition{entry.primitive, child, place, 0});
         entry.identifiers.push_back(std::move(identifier));
     }

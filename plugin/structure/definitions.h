@@ -24,8 +24,8 @@ public:
 
     /// Appends a holder and references it. @return its place
     std::size_t Register(ORVPrtDefsElt& holder);
-    /// Makes the children that the holder at `place` got since the last call findable. Called when the handler
-    /// of a child has ended, so that a definition is never found from inside itself.
+    /// Makes the children that the holder at `place` got since the last call findable. Called when the
+    /// handler of a child has ended, so that a definition is never found from inside itself.
     void IndexNewChildren(std::size_t place);
 
     std::size_t GetHolderCount() const { return holders_.size(); }
@@ -38,8 +38,8 @@ public:
         std::size_t holderPlace = 0;
         std::uint64_t restyledAt = 0;  ///< change count when it was restyled in place last, 0 never
     };
-    /// The first finished child with an identifier, holders in registration order; without regard to the case of
-    /// letters. Null when there is none. An empty identifier matches nothing.
+    /// The first finished child with an identifier, holders in registration order; without regard to the case
+    /// of letters. Null when there is none. An empty identifier matches nothing.
     Definition* Find(std::string_view identifier);
 
     /// Counts the restylings in place that changed something.
@@ -52,7 +52,8 @@ private:
         std::vector<std::string> identifiers;  // under which its children stand in the index
     };
     std::vector<Holder> holders_;
-    // For every identifier in lower case, at most one definition a holder, in registration order of the holders.
+    // For every identifier in lower case, at most one definition a holder, in registration order of the
+    // holders.
     std::unordered_map<std::string, std::vector<Definition>> index_;
 };
 
@@ -77,6 +78,6 @@ private:
 int FindDefinition(const SvgDrawState& state, std::string_view identifier,
                    ORVRef<ORVPrtGraphicPrimitiveElt>& definition);
 
-/// Gives a tree of primitives the state's stroke, fill and text sets, each primitive those that its class has.
-/// Draw styles, transforms and identifiers stay. @return true when a set changed
+/// Gives a tree of primitives the state's stroke, fill and text sets, each primitive those that its class
+/// has. Draw styles, transforms and identifiers stay. @return true when a set changed
 bool RestyleDefinition(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive);

@@ -50,7 +50,8 @@ int FillGroup(SvgDrawState& state, const Element& element, ORVPrtGroupElt* group
 }  // namespace
 
 template <SvgElementAccess Element>
-void ApplyGroupTransforms(const SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& group) {
+void ApplyGroupTransforms(const SvgDrawState& state, const Element& element,
+                          ORVPrtGraphicPrimitiveElt& group) {
     for (const AttributeName name : {AttributeName::kPatternTransform, AttributeName::kTransform}) {
         const std::string_view transform = element.Attribute(name).text;
         if (!transform.empty()) ApplyTransformList(state, transform, &group);
@@ -69,9 +70,9 @@ int HandleLink(SvgDrawState& state, const Element& element, ORVPrtGroupElt* grou
     return FillGroup(state, element, group, GroupKind::kLink);
 }
 
-#define ORV_INSTANTIATE_GROUPS(Element)                                                                    \
-    template void ApplyGroupTransforms(const SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);   \
-    template int HandleGroup(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&);  \
+#define ORV_INSTANTIATE_GROUPS(Element)                                                                   \
+    template void ApplyGroupTransforms(const SvgDrawState&, const Element&, ORVPrtGraphicPrimitiveElt&);  \
+    template int HandleGroup(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&); \
     template int HandleLink(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&)
 ORV_INSTANTIATE_GROUPS(DomElementAccess);
 ORV_INSTANTIATE_GROUPS(LightElementAccess);

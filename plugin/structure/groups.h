@@ -6,8 +6,8 @@ struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 class ORVPrtGroupElt;
 
-/// Fills a group from a "g" element: identity, transform, children. The state leaves as it came, and the definitions
-/// made inside end with the group. Both "desc" and "title" become the description.
+/// Fills a group from a "g" element: identity, transform, children. The state leaves as it came, and the
+/// definitions made inside end with the group. Both "desc" and "title" become the description.
 /// @return kDone, or kUnusable when `group` is null
 template <SvgElementAccess Element>
 int HandleGroup(SvgDrawState& state, const Element& element, ORVPrtGroupElt* group,
@@ -20,4 +20,5 @@ int HandleLink(SvgDrawState& state, const Element& element, ORVPrtGroupElt* grou
 
 /// Applies "patternTransform" and then "transform": a group carrying both gets both, on purpose.
 template <SvgElementAccess Element>
-void ApplyGroupTransforms(const SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& group);
+void ApplyGroupTransforms(const SvgDrawState& state, const Element& element,
+                          ORVPrtGraphicPrimitiveElt& group);

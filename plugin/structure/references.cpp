@@ -81,7 +81,8 @@ private:
 
 // Scales a view box by one factor and centres it in the placement.
 void FitViewBox(PlacingTransform& transform, const Placement& at, const ORVPrtViewBox& box, double scale) {
-    transform.Translate(at.x + (at.width - scale * box.width) / 2.0, at.y + (at.height - scale * box.height) / 2.0);
+    transform.Translate(at.x + (at.width - scale * box.width) / 2.0,
+                        at.y + (at.height - scale * box.height) / 2.0);
     transform.ScaleX(scale);
     transform.ScaleY(scale);
     transform.Translate(-box.minX, -box.minY);
@@ -91,13 +92,9 @@ double FittingScale(const Placement& at, const ORVPrtViewBox& box) {
     return std::min(at.width / box.width, at.height / box.height);
 }
 
-bool HasSize(const ORVPrtViewBox& box) {
-    return box.width > 0.0 && box.height > 0.0;
-}
+bool HasSize(const ORVPrtViewBox& box) { return box.width > 0.0 && box.height > 0.0; }
 
-double ScaleOutsideBand(double scale) {
-    return IsUnitScale(scale) ? 1.0 : scale;
-}
+double ScaleOutsideBand(double scale) { return IsUnitScale(scale) ? 1.0 : scale; }
 
 const ORVPrtViewBox* ViewBoxOf(const ORVPrtGraphicPrimitiveElt* definition) {
     if (!definition || definition->GetKind() != ORVPrtKind::kSymbol) return nullptr;
@@ -123,8 +120,8 @@ bool ContentBox(const SvgDrawState& state, const ORVPrtGroupElt& group, ORVPrtVi
     return HasSize(box);
 }
 
-void PlaceDefinition(const SvgDrawState& state, const Placement& at, const ORVPrtGraphicPrimitiveElt* definition,
-                     ORVPrtGroupElt& group) {
+void PlaceDefinition(const SvgDrawState& state, const Placement& at,
+                     const ORVPrtGraphicPrimitiveElt* definition, ORVPrtGroupElt& group) {
     PlacingTransform transform(state, group);
     const ORVPrtViewBox* viewBox = ViewBoxOf(definition);
     ORVPrtViewBox content;
@@ -178,8 +175,8 @@ int HandleNestedSvg(SvgDrawState& state, const Element& element, ORVPrtGroupElt*
     return kDone;
 }
 
-#define ORV_INSTANTIATE_REFERENCES(Element)                                                              \
-    template int HandleUse(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&);  \
+#define ORV_INSTANTIATE_REFERENCES(Element)                                                             \
+    template int HandleUse(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&); \
     template int HandleNestedSvg(SvgDrawState&, const Element&, ORVPrtGroupElt*, ORVPrtGraphicPrimitiveElt&)
 ORV_INSTANTIATE_REFERENCES(DomElementAccess);
 ORV_INSTANTIATE_REFERENCES(LightElementAccess);

@@ -13,8 +13,8 @@ template <SvgElementAccess Element>
 int HandleUse(SvgDrawState& state, const Element& element, ORVPrtGroupElt* group,
               ORVPrtGraphicPrimitiveElt& container);
 
-/// Fills a group from an "svg" element inside a drawing: its children, moved to its position and fitted to its
-/// size where it has a "viewBox". Percentages inside refer to the page. It reads no "transform".
+/// Fills a group from an "svg" element inside a drawing: its children, moved to its position and fitted to
+/// its size where it has a "viewBox". Percentages inside refer to the page. It reads no "transform".
 /// @return kDone, or kUnusable when `group` is null
 template <SvgElementAccess Element>
 int HandleNestedSvg(SvgDrawState& state, const Element& element, ORVPrtGroupElt* group,

@@ -12,8 +12,9 @@ struct SvgPageSource {
     unsigned char embeddedFragment = 0;
 };
 
-/// Builds one page of the model from an "svg" element: sizes it from "width", "height" and "viewBox", or by the box of its
-/// content when it has none of them, and walks the children. The element's position never moves the page.
+/// Builds one page of the model from an "svg" element: sizes it from "width", "height" and "viewBox", or by
+/// the box of its content when it has none of them, and walks the children. The element's position never
+/// moves the page.
 /// @return the result for the last child, 0 when there are no children
 template <SvgElementAccess Element>
 int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& model);

@@ -11,7 +11,7 @@ class ORVPrtGraphicPrimitiveElt;
 template <SvgElementAccess Element>
 int HandleChild(SvgDrawState& state, const Element& child, ORVPrtGraphicPrimitiveElt* container);
 
-/// Walks the children of a group-like element, in document order: descriptions go to the container, everything
-/// else to its handler. What a child cannot do is skipped.
+/// Walks the children of a group-like element, in document order: descriptions go to the container,
+/// everything else to its handler. What a child cannot do is skipped.
 template <SvgElementAccess Element>
 void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);

@@ -27,7 +27,8 @@ struct Keyword {
 
 // Sets `value` when the table knows `text`.
 bool FindKeyword(std::span<const Keyword> table, std::string_view text, int& value) {
-    const auto found = std::find_if(table.begin(), table.end(), [&](const Keyword& row) { return row.text == text; });
+    const auto found =
+        std::find_if(table.begin(), table.end(), [&](const Keyword& row) { return row.text == text; });
     if (found == table.end()) return false;
     value = found->value;
     return true;
@@ -35,7 +36,8 @@ bool FindKeyword(std::span<const Keyword> table, std::string_view text, int& val
 
 constexpr std::array kFillRules{Keyword{"nonzero", kFillNonZero}, Keyword{"evenodd", kFillEvenOdd}};
 // Kept on purpose: round and square are not numbered in keyword order.
-constexpr std::array kLineCaps{Keyword{"butt", kCapButt}, Keyword{"round", kCapRound}, Keyword{"square", kCapSquare}};
+constexpr std::array kLineCaps{Keyword{"butt", kCapButt}, Keyword{"round", kCapRound},
+                               Keyword{"square", kCapSquare}};
 constexpr std::array kLineJoins{Keyword{"miter", kJoinMiter}, Keyword{"round", kJoinRound},
                                 Keyword{"bevel", kJoinBevel}};
 
@@ -169,7 +171,8 @@ bool ReadOpacityFactor(std::string_view value, float& factor) {
 }
 
 void MultiplyOpacity(SvgDrawState& state, float strokeFactor, float fillFactor) {
-    state.stroke.SetStrokeColourTransparency(ScaledOpacity(state.stroke.GetStrokeColourTransparency(), strokeFactor));
+    state.stroke.SetStrokeColourTransparency(
+        ScaledOpacity(state.stroke.GetStrokeColourTransparency(), strokeFactor));
     state.fill.SetFillColourTransparency(ScaledOpacity(state.fill.GetFillColourTransparency(), fillFactor));
 }
 
@@ -188,7 +191,8 @@ void ApplyCurrentColour(SvgDrawState& state, const Element& element) {
     const std::string_view value = element.Attribute(AttributeName::kColor).text;
     if (value.empty()) return;
     unsigned int index = 0;
-    if (ParseColour(state, value, index) == kRead) state.strokeCurrentColour = state.fillCurrentColour = index;
+    if (ParseColour(state, value, index) == kRead)
+        state.strokeCurrentColour = state.fillCurrentColour = index;
 }
 
 template <SvgElementAccess Element>

@@ -19,10 +19,12 @@ struct PaintMentions {
 /// A colour that cannot be read keeps the old one but counts as mentioned; an empty value says nothing.
 PaintMention ApplyFillPaint(SvgDrawState& state, std::string_view value);
 
-/// Applies the value of "stroke": as ApplyFillPaint, but any "url" keeps the colour: strokes have no patterns.
+/// Applies the value of "stroke": as ApplyFillPaint, but any "url" keeps the colour: strokes have no
+/// patterns.
 PaintMention ApplyStrokePaint(SvgDrawState& state, std::string_view value);
 
-/// Value rules that presentation attributes and style share. Unknown keywords and unreadable numbers change nothing.
+/// Value rules that presentation attributes and style share. Unknown keywords and unreadable numbers change
+/// nothing.
 void ApplyFillRule(SvgDrawState& state, std::string_view value);
 void ApplyDashArray(SvgDrawState& state, std::string_view value);
 void ApplyLineCap(SvgDrawState& state, std::string_view value);

@@ -45,7 +45,8 @@ void ApplyImagePresentation(SvgDrawState& state, const Element& element) {
     ApplyStyleAttribute(state, element);
 }
 
-/// The first steps of texts; ApplyTextLayout and ApplyFont follow and so override the style. This inversion is kept on purpose.
+/// The first steps of texts; ApplyTextLayout and ApplyFont follow and so override the style. This inversion
+/// is kept on purpose.
 template <SvgElementAccess Element>
 void ApplyTextPresentation(SvgDrawState& state, const Element& element) {
     ApplyDisplayVisibility(state, element);

@@ -53,9 +53,7 @@ void ApplyStrokeOpacity(StyleStep& step, std::string_view value) {
     ReadOpacityFactor(value, step.strokeFactor);
 }
 
-void ApplyFillOpacity(StyleStep& step, std::string_view value) {
-    ReadOpacityFactor(value, step.fillFactor);
-}
+void ApplyFillOpacity(StyleStep& step, std::string_view value) { ReadOpacityFactor(value, step.fillFactor); }
 
 // In alphabetical order, which the search relies on.
 constexpr PropertyRow kProperties[] = {
@@ -125,12 +123,11 @@ static_assert(std::is_sorted(std::begin(kProperties), std::end(kProperties),
 
 }  // namespace
 
-std::span<const PropertyRow> GetProperties() {
-    return kProperties;
-}
+std::span<const PropertyRow> GetProperties() { return kProperties; }
 
 const PropertyRow* FindProperty(std::string_view name) {
-    const auto* found = std::lower_bound(std::begin(kProperties), std::end(kProperties), name,
-                                         [](const PropertyRow& row, std::string_view text) { return row.name < text; });
+    const auto* found =
+        std::lower_bound(std::begin(kProperties), std::end(kProperties), name,
+                         [](const PropertyRow& row, std::string_view text) { return row.name < text; });
     return found != std::end(kProperties) && found->name == name ? found : nullptr;
 }

@@ -11,4 +11,5 @@ class ORVPrtTextElt;
 /// @return kUnusable when `text` is null, else kTextDone. Anything but kDone ends the chain of handlers.
 inline constexpr int kTextDone = 0;
 template <SvgElementAccess Element>
-int BuildText(SvgDrawState state, const Element& element, ORVPrtTextElt* text, ORVPrtGraphicPrimitiveElt& container);
+int BuildText(SvgDrawState state, const Element& element, ORVPrtTextElt* text,
+              ORVPrtGraphicPrimitiveElt& container);

@@ -45,10 +45,12 @@ struct WeightKeyword {
     int weight;
 };
 constexpr std::array kWeights{
-    WeightKeyword{"100", kWeightLight},  WeightKeyword{"200", kWeightLight},  WeightKeyword{"normal", kWeightNormal},
-    WeightKeyword{"300", kWeightNormal}, WeightKeyword{"400", kWeightNormal}, WeightKeyword{"500", kWeightNormal},
-    WeightKeyword{"bold", kWeightBold},  WeightKeyword{"600", kWeightBold},   WeightKeyword{"700", kWeightBold},
-    WeightKeyword{"800", kWeightHeavy},  WeightKeyword{"900", kWeightHeavy},
+    WeightKeyword{"100", kWeightLight},     WeightKeyword{"200", kWeightLight},
+    WeightKeyword{"normal", kWeightNormal}, WeightKeyword{"300", kWeightNormal},
+    WeightKeyword{"400", kWeightNormal},    WeightKeyword{"500", kWeightNormal},
+    WeightKeyword{"bold", kWeightBold},     WeightKeyword{"600", kWeightBold},
+    WeightKeyword{"700", kWeightBold},      WeightKeyword{"800", kWeightHeavy},
+    WeightKeyword{"900", kWeightHeavy},
 };
 
 }  // namespace
@@ -79,7 +81,8 @@ void ApplyFontSize(SvgDrawState& state, std::string_view value) {
         std::erase(digits, '%');
         unsigned int percent = 100;
         // Kept on purpose: the percentage is not divided by 100.
-        if (ORVConvertToUnsigned(digits, percent) == kRead) state.text.SetHeight(percent * state.text.GetHeight());
+        if (ORVConvertToUnsigned(digits, percent) == kRead)
+            state.text.SetHeight(percent * state.text.GetHeight());
         return;
     }
     double height = 0.0;
@@ -117,9 +120,7 @@ void ApplyWritingModeValue(SvgDrawState& state, std::string_view value) {
     }
 }
 
-bool IsLetterSpacingKeyword(std::string_view value) {
-    return value == "nornal" || value == "inherit";
-}
+bool IsLetterSpacingKeyword(std::string_view value) { return value == "nornal" || value == "inherit"; }
 
 void ApplyTextVersion(SvgDrawState& state, std::string_view value) {
     int version = 0;

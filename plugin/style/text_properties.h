@@ -9,7 +9,8 @@ struct SvgDrawState;
 /// Where a property comes from; fonts are looked up differently for the two.
 enum class PropertySource { kAttribute, kStyle };
 
-/// Value rules that presentation attributes and style share. Unknown keywords and unreadable numbers change nothing.
+/// Value rules that presentation attributes and style share. Unknown keywords and unreadable numbers change
+/// nothing.
 ///
 /// A family list such as `"Foo", 'Bar', serif`: the first family that the catalogue has becomes the font.
 /// Names match exactly. The two sources differ in "cursive", and only attributes find plain fonts.

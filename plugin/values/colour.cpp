@@ -15,9 +15,7 @@ namespace {
 
 constexpr int kNoColour = -1;
 
-std::uint8_t LowByte(unsigned int value) {
-    return static_cast<std::uint8_t>(value & 0xFFU);
-}
+std::uint8_t LowByte(unsigned int value) { return static_cast<std::uint8_t>(value & 0xFFU); }
 
 int HexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -48,7 +46,8 @@ bool ReadPercentages(std::string_view text, RgbColour& colour) {
     for (std::uint8_t& component : components) {
         const std::size_t percent = text.find('%');
         unsigned int number = 0;
-        if (percent == text.npos || ORVConvertToUnsigned(text.substr(0, percent), number) != kRead) return false;
+        if (percent == text.npos || ORVConvertToUnsigned(text.substr(0, percent), number) != kRead)
+            return false;
         component = LowByte(number * 255U / 100U);
         text.remove_prefix(percent + 1);
         if (!text.empty()) {  // one character, which may be several bytes

@@ -175,8 +175,9 @@ bool FindColourKeyword(std::string_view name, RgbColour& colour) {
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     const std::string_view lower(letters.data(), name.size());
 
-    const auto* found = std::lower_bound(std::begin(kColourKeywords), std::end(kColourKeywords), lower,
-                                         [](const ColourKeyword& row, std::string_view text) { return row.name < text; });
+    const auto* found =
+        std::lower_bound(std::begin(kColourKeywords), std::end(kColourKeywords), lower,
+                         [](const ColourKeyword& row, std::string_view text) { return row.name < text; });
     if (found == std::end(kColourKeywords) || found->name != lower) return false;
     colour = found->colour;
     return true;

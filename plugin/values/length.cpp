@@ -24,7 +24,8 @@ double MeanDiagonal(const SvgDrawState& state) {
 // A row holds a formula, not a factor, because folding the constants would change the last bit.
 constexpr std::array kLengthUnits{
     LengthUnit{"pt", [](double v, const SvgDrawState&) { return v / 72.0 * 25.4 * kUserUnitsPerMillimetre; }},
-    LengthUnit{"pc", [](double v, const SvgDrawState&) { return (v * 12.0) / 72.0 * 25.4 * kUserUnitsPerMillimetre; }},
+    LengthUnit{"pc", [](double v,
+                        const SvgDrawState&) { return (v * 12.0) / 72.0 * 25.4 * kUserUnitsPerMillimetre; }},
     LengthUnit{"cm", [](double v, const SvgDrawState&) { return v * 10.0 * kUserUnitsPerMillimetre; }},
     LengthUnit{"mm", [](double v, const SvgDrawState&) { return v * kUserUnitsPerMillimetre; }},
     LengthUnit{"in", [](double v, const SvgDrawState&) { return v * 25.4 * kUserUnitsPerMillimetre; }},
@@ -62,8 +63,9 @@ std::string Without(std::string_view removed, std::string_view text) {
 int ReadNumberWithout(std::string_view unit, std::string_view text, double& number) {
     const std::size_t found = text.find(unit);
     const std::string_view before = text.substr(0, found), after = text.substr(found + unit.size());
-    const bool numberEndsBefore = before.find_first_not_of(" \t\n\v\f\r") != before.npos &&
-                                  (after.empty() || (!MayContinueNumber(after[0]) && !after.starts_with(unit)));
+    const bool numberEndsBefore =
+        before.find_first_not_of(" \t\n\v\f\r") != before.npos &&
+        (after.empty() || (!MayContinueNumber(after[0]) && !after.starts_with(unit)));
     if (after.empty() || numberEndsBefore) return ORVConvertToDouble(before, number);
     return ORVConvertToDouble(Without(unit, text), number);  // "pt5", "1mm2": rare
 }
@@ -88,7 +90,8 @@ int ParseLength(const SvgDrawState& state, std::string_view value, double& out) 
 
     const LengthUnit* unit = FindUnit(value);
     double number = 0.0;
-    const int status = unit ? ReadNumberWithout(unit->text, value, number) : ORVConvertToDouble(value, number);
+    const int status =
+        unit ? ReadNumberWithout(unit->text, value, number) : ORVConvertToDouble(value, number);
     if (status != kRead) return status;
     out = unit ? unit->toUserUnits(number, state) : number;
     return kRead;

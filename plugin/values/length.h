@@ -37,7 +37,8 @@ int ReadLengthAttribute(const SvgDrawState& state, const Element& element, Attri
 }
 
 template <SvgElementAccess Element>
-int ReadHorizontalAttribute(const SvgDrawState& state, const Element& element, AttributeName name, double& out) {
+int ReadHorizontalAttribute(const SvgDrawState& state, const Element& element, AttributeName name,
+                            double& out) {
     return ParseHorizontalLength(state, element.Attribute(name).text, out);
 }
 

@@ -15,7 +15,8 @@ inline std::string_view TrimBlanks(std::string_view text) {
     return last == text.npos ? std::string_view() : text.substr(0, last + 1);
 }
 
-/// Cuts the text up to `separator` off the front of `text`, the separator as well; all of it when there is none.
+/// Cuts the text up to `separator` off the front of `text`, the separator as well; all of it when there is
+/// none.
 inline std::string_view CutUpTo(std::string_view& text, char separator) {
     const std::size_t end = text.find(separator);
     const std::string_view piece = text.substr(0, end);

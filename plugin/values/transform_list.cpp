@@ -82,8 +82,9 @@ struct TransformRow {
     void (*add)(std::string_view arguments, ORVPrtTransformAttributes& transform);
 };
 constexpr std::array kTransforms{
-    TransformRow{"matrix", AddMatrix}, TransformRow{"translate", AddTranslate}, TransformRow{"scale", AddScale},
-    TransformRow{"rotate", AddRotate}, TransformRow{"skewX", AddSkewX},         TransformRow{"skewY", AddSkewY},
+    TransformRow{"matrix", AddMatrix}, TransformRow{"translate", AddTranslate},
+    TransformRow{"scale", AddScale},   TransformRow{"rotate", AddRotate},
+    TransformRow{"skewX", AddSkewX},   TransformRow{"skewY", AddSkewY},
 };
 
 // Where the next segment begins, at or after `from`: behind a ";", or at a transform's name as the table
@@ -94,7 +95,8 @@ struct Boundary {
 };
 
 Boundary FindBoundary(std::string_view text, std::size_t from) {
-    for (std::size_t i = text.find_first_of(";mtsr", from); i != text.npos; i = text.find_first_of(";mtsr", i + 1)) {
+    for (std::size_t i = text.find_first_of(";mtsr", from); i != text.npos;
+         i = text.find_first_of(";mtsr", i + 1)) {
         if (text[i] == ';') return {i, i + 1};
         const std::string_view rest = text.substr(i);
         for (const TransformRow& row : kTransforms)
@@ -124,7 +126,8 @@ void AddPageMirror(const SvgDrawState& state, ORVPrtTransformAttributes& transfo
 ORVPrtTransformAttributes GetTransform(const ORVPrtGraphicPrimitiveElt& primitive) {
     ORVPrtTransformAttributes transform;
     VisitPrimitive(primitive, [&]<class Primitive>(const Primitive& one) {
-        if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>) transform = one.GetTransformAttributes();
+        if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>)
+            transform = one.GetTransformAttributes();
     });
     return transform;
 }
@@ -135,7 +138,8 @@ void SetTransform(ORVPrtGraphicPrimitiveElt& primitive, const ORVPrtTransformAtt
     });
 }
 
-int ApplyTransformList(const SvgDrawState& state, std::string_view text, ORVPrtGraphicPrimitiveElt* primitive) {
+int ApplyTransformList(const SvgDrawState& state, std::string_view text,
+                       ORVPrtGraphicPrimitiveElt* primitive) {
     if (!primitive) return kUnusable;
 
     ORVPrtTransformAttributes transform = GetTransform(*primitive);

@@ -11,7 +11,8 @@ struct SvgDrawState;
 /// height, also when the text is empty.
 /// @return kUnusable when `primitive` is null, else kDone. A primitive whose class carries no transform stays
 ///         as it is. What cannot be read is skipped; a token that is no number drops out of its list.
-int ApplyTransformList(const SvgDrawState& state, std::string_view text, ORVPrtGraphicPrimitiveElt* primitive);
+int ApplyTransformList(const SvgDrawState& state, std::string_view text,
+                       ORVPrtGraphicPrimitiveElt* primitive);
 
 /// Mirrors y against the page height: the map between the drawing's y (down) and the model's (up).
 void AddPageMirror(const SvgDrawState& state, ORVPrtTransformAttributes& transform);
