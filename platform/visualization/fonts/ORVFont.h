@@ -15,9 +15,9 @@ class ORVFontFace;
 /// as the process. All questions may be asked from any thread.
 ///
 /// Order: families by name (bytes), in a family the upright regular face before the others, then by slant,
-/// width, weight, style and file. Registered fonts follow. Names are unique: the file's name ("Example.ttf"),
-/// with "#1", "#2" ... for further faces of a collection, and "~2", "~3" ... where two files are called
-/// alike.
+/// width, weight, format, style and file. Registered fonts follow. Names are unique: the file's name
+/// ("Example.ttf"), with "#1", "#2" ... for further faces of a collection, and "~2", "~3" ... where two files
+/// are called alike.
 class ORV_PLATFORM_EXPORT ORVFont {
 public:
     /// What a font is made of.

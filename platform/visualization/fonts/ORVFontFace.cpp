@@ -33,12 +33,65 @@ hb_font_t* LoadOpenTypeFont(const std::string& path, unsigned int index) {
     return font;
 }
 
-/// Sizes the face so that one pixel is one unit of its own grid: HarfBuzz counts in 64ths of a pixel.
-hb_font_t* MakeFontOverFreeType(FT_Face face) {
+FT_Face OpenFreeTypeFace(const std::string& path, unsigned int index) {
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Face face = nullptr;
+    if (!FreeTypeLibrary()) return nullptr;
+    return FT_New_Face(FreeTypeLibrary(), path.c_str(), static_cast<FT_Long>(index), &face) == 0 ? face
+                                                                                                 : nullptr;
+}
+
+void CloseFreeTypeFace(FT_Face face) {
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Done_Face(face);
+}
+
+/// FreeType knows nothing of vertical text in these formats: glyphs stand below each other by the height of a
+/// line, centred.
+hb_font_funcs_t* VerticalFunctions() {
+    static hb_font_funcs_t* const functions = [] {
+        hb_font_funcs_t* made = hb_font_funcs_create();
+        hb_font_funcs_set_glyph_v_advance_func(
+            made,
+            [](hb_font_t* font, void*, hb_codepoint_t, void*) -> hb_position_t {
+                hb_font_extents_t extents = {};
+                hb_font_get_h_extents(font, &extents);
+                return extents.descender - extents.ascender;
+            },
+            nullptr, nullptr);
+        hb_font_funcs_set_glyph_v_origin_func(
+            made,
+            [](hb_font_t* font, void*, hb_codepoint_t glyph, hb_position_t* x, hb_position_t* y,
+               void*) -> hb_bool_t {
+                hb_font_extents_t extents = {};
+                hb_font_get_h_extents(font, &extents);
+                *x = hb_font_get_glyph_h_advance(font, glyph) / 2;
+                *y = extents.ascender;
+                return true;
+            },
+            nullptr, nullptr);
+        hb_font_funcs_make_immutable(made);
+        return made;
+    }();
+    return functions;
+}
+
+/// The face of a file of another format. It has a FreeType face to itself, since it relies on its size: one
+/// pixel is one unit of the font's own grid, and HarfBuzz counts in 64ths of a pixel.
+hb_font_t* LoadOtherFont(const std::string& path, unsigned int index) {
+    FT_Face face = OpenFreeTypeFace(path, index);
+    if (!face) return nullptr;
+    hb_font_t* font = nullptr;
     const auto grid = static_cast<FT_F26Dot6>(face->units_per_EM ? face->units_per_EM : 1000);
-    if (FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) != 0) return nullptr;
-    hb_font_t* font = hb_ft_font_create_referenced(face);
-    hb_ft_font_set_load_flags(font, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
+    if (FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) == 0) {
+        hb_font_t* overFreeType = hb_ft_font_create_referenced(face);
+        hb_ft_font_set_load_flags(overFreeType, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
+        hb_font_make_immutable(overFreeType);
+        font = hb_font_create_sub_font(overFreeType);  // asks its parent for all but what follows
+        hb_font_destroy(overFreeType);
+        hb_font_set_funcs(font, VerticalFunctions(), nullptr, nullptr);
+    }
+    CloseFreeTypeFace(face);
     return font;
 }
 
@@ -99,27 +152,17 @@ hb_draw_funcs_t* OutlineFunctions() {
 
 ORVFontFace::Content::~Content() {
     hb_font_destroy(font);
-    if (!freeType) return;
-    const std::lock_guard lock(freeTypeMutex);
-    FT_Done_Face(freeType);
+    if (freeType) CloseFreeTypeFace(freeType);
 }
 
 void ORVFontFace::Content::LoadFreeType() {
-    std::call_once(freeTypeLoaded, [this] {
-        const std::lock_guard lock(freeTypeMutex);
-        if (!FreeTypeLibrary()) return;
-        if (FT_New_Face(FreeTypeLibrary(), path.c_str(), static_cast<FT_Long>(index), &freeType) != 0)
-            freeType = nullptr;
-    });
+    std::call_once(freeTypeLoaded, [this] { freeType = OpenFreeTypeFace(path, index); });
 }
 
 void ORVFontFace::Content::LoadFont() {
     std::call_once(fontLoaded, [this] {
         font = LoadOpenTypeFont(path, index);
-        if (!font) {
-            LoadFreeType();
-            if (freeType) font = MakeFontOverFreeType(freeType);
-        }
+        if (!font) font = LoadOtherFont(path, index);
         if (!font) return;
         hb_font_make_immutable(font);
         int horizontalScale = 0, verticalScale = 0;

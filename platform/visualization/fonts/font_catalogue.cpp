@@ -99,12 +99,13 @@ Found Describe(FcPattern* pattern) {
     return found;
 }
 
+// Of a face that is there in several formats OpenType comes first: it has more characters and their kerning.
 auto CatalogueOrder(const Found& found) {
     const CatalogueEntry& entry = found.entry;
     return std::make_tuple(std::string_view(entry.family), entry.slant,
                            std::abs(entry.width - FC_WIDTH_NORMAL), std::abs(entry.weight - kRegularWeight),
-                           std::string_view(entry.style), std::string_view(found.content->path),
-                           found.content->index);
+                           found.kind == ORVFont::kPostScript, std::string_view(entry.style),
+                           std::string_view(found.content->path), found.content->index);
 }
 
 void RemoveAll(std::string& text, std::string_view part) {

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImageBuilder.h"
 
 namespace {
@@ -111,16 +112,21 @@ ORVPixelImage* ORVPixelImage::CreateFromPixels(int width, int height, std::span<
 
 std::span<const std::uint8_t> ORVPixelImage::GetPixels() const {
     const auto columns = static_cast<std::size_t>(width_), rows = static_cast<std::size_t>(height_);
+    if (!pixels_ && decoder_) {
+        const ORVRef<ORVPixelImage> decoded(decoder_(file_.data(), file_.size()));
+        if (!decoded) return {};
+        pixels_ = std::move(decoded->pixels_);
+    }
     if (!pixels_) {
         Pixels decoded(AllocatePixels(columns, rows));
-        if (!decoded || !DecodeJpegPixels(jpegBytes_, jpeg_, width_, height_, decoded.get())) return {};
+        if (!decoded || !DecodeJpegPixels(file_, jpeg_, width_, height_, decoded.get())) return {};
         pixels_ = std::move(decoded);
     }
     return {pixels_.get(), columns * rows * kBytesAPixel};
 }
 
 void ORVPixelImage::ReleasePixels() const {
-    if (!jpegBytes_.empty()) pixels_.reset();
+    if (!file_.empty()) pixels_.reset();
 }
 
 bool ORVPixelImageBuilder::IsAllowed(std::uint64_t width, std::uint64_t height) {
@@ -164,14 +170,33 @@ ORVPixelImage* ORVPixelImageBuilder::Finish() {
     return image;
 }
 
-ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vector<std::uint8_t> bytes,
+ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vector<std::uint8_t> file,
                                                 const ORVJpegSource& source) {
     ORVPixelImage* image = Finish();
     if (!image) return nullptr;
     image->width_ = width;
     image->height_ = height;
-    image->jpegBytes_ = std::move(bytes);
+    image->file_ = std::move(file);
     image->jpeg_ = source;
-    image->jpeg_.bytes = image->jpegBytes_;
+    image->jpeg_.bytes = image->file_;
     return image;
+}
+
+ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const void* bytes,
+                                                          std::size_t size) {
+    constexpr std::size_t kLarge = std::size_t{16} << 20;  // bytes of pixels
+    ORVRef<ORVPixelImage> image(decoder(bytes, size));
+    if (!image) return nullptr;
+    const std::size_t pixelBytes = image->GetPixels().size();
+    if (pixelBytes > kLarge && size < pixelBytes / 2) {
+        try {
+            const auto* first = static_cast<const std::uint8_t*>(bytes);
+            image->file_.assign(first, first + size);
+        } catch (const std::exception&) {  // memory is spent: more so without giving back the pixels
+            return nullptr;
+        }
+        image->decoder_ = decoder;
+        image->ReleasePixels();
+    }
+    return image.Detach();
 }

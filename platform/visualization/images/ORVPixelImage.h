@@ -57,10 +57,11 @@ public:
     /// All pixels, height x width x 4 bytes; valid as long as the image, or until ReleasePixels. Empty when
     /// memory is spent.
     std::span<const std::uint8_t> GetPixels() const;
-    /// Gives back the memory of pixels that can be decoded again (those of a JPEG); others stay.
+    /// Gives back the memory of pixels that can be decoded again: those of a JPEG, and large ones that were
+    /// read from anywhere. Others stay.
     void ReleasePixels() const;
     /// The compressed file of an image read from JPEG, null for any other image.
-    const ORVJpegSource* GetJpegSource() const { return jpegBytes_.empty() ? nullptr : &jpeg_; }
+    const ORVJpegSource* GetJpegSource() const { return jpeg_.bytes.empty() ? nullptr : &jpeg_; }
 
 private:
     friend class ORVPixelImageBuilder;
@@ -68,6 +69,7 @@ private:
         void operator()(std::uint8_t* memory) const;
     };
     using Pixels = std::unique_ptr<std::uint8_t, Free>;
+    using Decoder = ORVPixelImage* (*)(const void* bytes, std::size_t size);
 
     ORVPixelImage() = default;
     ~ORVPixelImage() override = default;
@@ -76,7 +78,8 @@ private:
     bool hasAlpha_ = false;
     double horizontalResolution_ = 0.0, verticalResolution_ = 0.0;
     mutable Pixels pixels_;
-    std::vector<std::uint8_t> jpegBytes_;
+    std::vector<std::uint8_t> file_;  // what pixels can be decoded from again, empty when they stay
+    Decoder decoder_ = nullptr;       // for a file that is no JPEG
     ORVJpegSource jpeg_;
 };
 

@@ -31,8 +31,14 @@ public:
     /// The image with its pixels, one reference for the caller. Null when memory is spent.
     ORVPixelImage* Finish();
     /// An image whose pixels stay compressed; the size is allowed. `source.bytes` is of no account.
-    ORVPixelImage* FinishJpeg(int width, int height, std::vector<std::uint8_t> bytes,
+    ORVPixelImage* FinishJpeg(int width, int height, std::vector<std::uint8_t> file,
                               const ORVJpegSource& source);
+
+    using Decoder = ORVPixelImage* (*)(const void* bytes, std::size_t size);
+    /// Decodes an image. Of a large one only the file is kept, so that a document with many of them needs the
+    /// memory of one at a time.
+    /// @param decoder  gives the image with its pixels, or null
+    static ORVPixelImage* DecodeAndKeepSmaller(Decoder decoder, const void* bytes, std::size_t size);
 
 private:
     std::size_t width_ = 0, height_ = 0, rowBytes_ = 0;

@@ -303,8 +303,12 @@ private:
     ORVPixelImageBuilder builder_;
 };
 
+ORVPixelImage* DecodeBmp(const void* bytes, std::size_t size) {
+    return BmpReading({static_cast<const std::uint8_t*>(bytes), size}).Read();
+}
+
 }  // namespace
 
 ORVPixelImage* ReadMemBMPPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
-    return bytes ? BmpReading({static_cast<const std::uint8_t*>(bytes), size}).Read() : nullptr;
+    return bytes ? ORVPixelImageBuilder::DecodeAndKeepSmaller(DecodeBmp, bytes, size) : nullptr;
 }

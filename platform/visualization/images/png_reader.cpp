@@ -65,6 +65,8 @@ private:
         const png_uint_32 width = png_get_image_width(png_, info_),
                           height = png_get_image_height(png_, info_);
         if (!ORVPixelImageBuilder::IsAllowed(width, height) || !CanHold(size, width, height)) return false;
+        const bool hasAlpha = (png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) != 0 ||
+                              png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
         ReadResolution();
         AskForRgba();
         const int passes = png_set_interlace_handling(png_);
@@ -74,7 +76,7 @@ private:
         for (int pass = 0; pass < passes; ++pass)
             for (png_uint_32 row = 0; row < height; ++row) png_read_row(png_, builder_.GetRow(row), nullptr);
         // What follows the last row is not looked at: texts, the end mark and surplus bytes.
-        for (png_uint_32 row = 0; row < height; ++row) builder_.NoteAlpha(row);
+        for (png_uint_32 row = 0; hasAlpha && row < height; ++row) builder_.NoteAlpha(row);
         return true;
     }
 
@@ -106,8 +108,10 @@ private:
     ORVPixelImageBuilder builder_;
 };
 
+ORVPixelImage* DecodePng(const void* bytes, std::size_t size) { return PngReading(bytes, size).Read(); }
+
 }  // namespace
 
 ORVPixelImage* ReadMemoryPNGPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
-    return bytes ? PngReading(bytes, size).Read() : nullptr;
+    return bytes ? ORVPixelImageBuilder::DecodeAndKeepSmaller(DecodePng, bytes, size) : nullptr;
 }

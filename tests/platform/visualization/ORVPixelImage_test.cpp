@@ -70,6 +70,23 @@ TEST(ORVPixelImageTest, MadeFromPixels) {
     EXPECT_EQ(PixelsOf(image), pixels);
 }
 
+TEST(ORVPixelImageTest, LargePixelsComeBackAfterRelease) {
+    // More than 16 MB of pixels.
+    const auto sample = [](int x, int y, int) { return static_cast<unsigned>((x / 64 + y / 64) % 2); };
+    const auto png = ReadPng(WritePng({.width = 2100, .height = 2100, .depth = 1, .sample = sample}));
+    const ByteList rows(static_cast<std::size_t>(2112 / 8 * 2100), 0x55);
+    const auto bmp =
+        ReadBmp(BmpToWrite::Info(2100, 2100, 1, 0, 2).Append({9, 9, 9, 0, 80, 80, 80, 0}).With(rows));
+    for (const auto& image : {png, bmp}) {
+        ASSERT_TRUE(image);
+        const Rgba pixels = PixelsOf(image);
+        ASSERT_EQ(pixels.size(), 2100u * 2100u * 4u);
+        image->ReleasePixels();
+        EXPECT_EQ(PixelsOf(image), pixels);
+        EXPECT_EQ(image->GetJpegSource(), nullptr);
+    }
+}
+
 TEST(ORVPixelImageTest, SizesMustFit) {
     const Rgba pixels(8);
     EXPECT_EQ(ORVPixelImage::CreateFromPixels(1, 1, pixels), nullptr);
