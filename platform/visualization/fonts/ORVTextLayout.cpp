@@ -188,21 +188,10 @@ private:
         fribidi_get_bidi_types(text, count, text_.bidiTypes.data());
         fribidi_get_bracket_types(text, count, text_.bidiTypes.data(), text_.bracketTypes.data());
         FriBidiParType direction = settings.rightToLeftBase ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
+        // White space at the end of the line gets the line's own level here, too.
         if (fribidi_get_par_embedding_levels_ex(text_.bidiTypes.data(), text_.bracketTypes.data(), count,
-                                                &direction, text_.levels.data()) == 0) {
+                                                &direction, text_.levels.data()) == 0)
             std::fill(text_.levels.begin(), text_.levels.end(), base);
-            return;
-        }
-        // White space at the end of the line, or before a separator, belongs to the line itself.
-        bool isTrailing = true;
-        for (std::size_t i = text_.characters.size(); i-- > 0;) {
-            const FriBidiCharType type = text_.bidiTypes[i];
-            if (FRIBIDI_IS_SEPARATOR(type))
-                isTrailing = true;
-            else if (!FRIBIDI_IS_EXPLICIT_OR_BN_OR_WS(type) && !FRIBIDI_IS_ISOLATE(type))
-                isTrailing = false;
-            if (isTrailing) text_.levels[i] = base;
-        }
     }
 
     /// Characters that many scripts share take the script of what stands before them, at the start that of

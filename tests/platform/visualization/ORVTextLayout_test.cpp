@@ -103,6 +103,7 @@ TEST(TextLayoutTest, BaseDirectionOrdersMixedText) {
     EXPECT_EQ(Seen("ab!", Sans(1)), "!ab");
     EXPECT_EQ(Seen("\u05D0 12", Sans(0)), "12 \u05D0");
     EXPECT_EQ(Seen("\u05D0 ", Sans(0)), "\u05D0 ");  // the blank at the end belongs to the line
+    EXPECT_EQ(Seen("ab ", Sans(1)), " ab");
 }
 
 TEST(TextLayoutTest, BaseDirectionDoesNotChangeTheAdvance) {
