@@ -1,0 +1,45 @@
+#include "tests/support/built_model.h"
+
+#include <cstdlib>
+
+#include "platform/print/ORVPrintInputMemoryStream.h"
+#include "plugin/interpreter/SvgDocumentSource.h"
+#include "plugin/interpreter/model_build.h"
+
+ScopedEnvironment::ScopedEnvironment(const char* name, const char* value) : name_(name) {
+    const char* old = std::getenv(name);
+    wasSet_ = old != nullptr;
+    if (old) old_ = old;
+    if (value) {
+        setenv(name, value, 1);
+    } else {
+        unsetenv(name);
+    }
+}
+
+ScopedEnvironment::~ScopedEnvironment() {
+    if (wasSet_) {
+        setenv(name_.c_str(), old_.c_str(), 1);
+    } else {
+        unsetenv(name_.c_str());
+    }
+}
+
+BuiltModel::BuiltModel(std::string_view document, const BuildOptions& options) : model_(new ORVPrtModel) {
+    const ScopedEnvironment backend("PRINT_WITHOUT_DOM_PARSER",
+                                    options.backend == Backend::kLight ? "" : nullptr);
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(std::string(document)));
+    SvgDocumentSource source(*stream);
+    source.SetEmbeddedFragment(options.embedded ? 1 : 0);
+    source.SetCurrentPath(options.path);
+    result_ = BuildModel(source, model_.get());
+}
+
+std::string Drawing(std::string_view content) { return DrawingWith("width='200' height='100'", content); }
+
+std::string DrawingWith(std::string_view attributes, std::string_view content) {
+    std::string document =
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' ";
+    document.append("xmlns:tlv='urn:tlv' ").append(attributes).append(">").append(content).append("</svg>");
+    return document;
+}

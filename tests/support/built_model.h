@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtModel.h"
+#include "platform/system/ORVRef.h"
+
+/// The XML back-ends of the module.
+enum class Backend { kDom, kLight };
+inline constexpr std::array kBackends{Backend::kDom, Backend::kLight};
+
+inline const char* NameOf(Backend backend) { return backend == Backend::kDom ? "DOM" : "light"; }
+
+/// Sets or removes an environment variable for its lifetime.
+class ScopedEnvironment {
+public:
+    /// @param value  null removes the variable
+    ScopedEnvironment(const char* name, const char* value);
+    ~ScopedEnvironment();
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+private:
+    std::string name_, old_;
+    bool wasSet_;
+};
+
+/// How a document is read.
+struct BuildOptions {
+    Backend backend = Backend::kDom;
+    bool embedded = false;  ///< as a fragment of a QVXML document
+    std::string path = {};  ///< file of the document
+};
+
+/// The print model of a document given as text.
+class BuiltModel {
+public:
+    explicit BuiltModel(std::string_view document, const BuildOptions& options = {});
+
+    /// What the build returned.
+    int GetResult() const { return result_; }
+    const ORVPrtModel& GetModel() const { return *model_; }
+    std::size_t GetPageCount() const { return model_->GetImages()->size(); }
+    /// @param index  from 0; there must be such a page
+    const ORVPrtImageElt& GetPage(std::size_t index = 0) const { return *model_->GetImages()->at(index); }
+
+private:
+    ORVRef<ORVPrtModel> model_;
+    int result_ = 0;
+};
+
+/// An "svg" document of 200 x 100 user units around `content`.
+std::string Drawing(std::string_view content);
+
+/// The same with other attributes in place of the size.
+std::string DrawingWith(std::string_view attributes, std::string_view content);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+/// One row: the content of a drawing of 200 x 100 user units, and the sketch of what becomes of it.
+struct SketchCase {
+    const char* name;
+    const char* content;
+    const char* expected;
+
+    friend std::ostream& operator<<(std::ostream& out, const SketchCase& row) { return out << row.content; }
+};
+
+/// Names a row in the test's name.
+inline constexpr auto kNameOfRow = [](const auto& row) { return std::string(row.param.name); };
+
+/// Builds a document with both back-ends and expects the same sketch of the first page's children from each.
+void ExpectSketch(std::string_view document, std::string_view expected);
+
+/// The same with the paint, see PaintedSketchOfChildren.
+void ExpectPaintedSketch(std::string_view document, std::string_view expected);
