@@ -24,7 +24,10 @@ constexpr double kLargestGlyph = 4000.0;
 constexpr double kSmallestGlyph = 1e-5;
 // Dashes of a shorter period (device units) look like a solid line, and some formats would round them to
 // none.
-constexpr double kShortestDashPeriod = 0.01;
+constexpr double kShortestDashPeriod = 0.1;
+// cairo makes every dash, also those off the page: what lies beyond this (device units) is cut off before.
+// No page is larger.
+constexpr double kDashedLimit = 40'000.0;
 
 bool IsDrawable(const ORVMathAffine2D& toDevice) {
     const double area = std::fabs(toDevice.Determinant());
@@ -107,6 +110,22 @@ private:
     ORVMathPoint2D current_;
 };
 
+/// True for well-formed UTF-8 without the code points that Unicode keeps from texts for good, which cairo
+/// refuses: U+FDD0 to U+FDEF, and the last two of every plane.
+bool IsTextForCairo(std::string_view text) {
+    if (!ORVIsWellFormedUTF8(text)) return false;
+    for (std::size_t i = 0; i + 2 < text.size(); ++i) {
+        const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+        if (byte(i) == 0xEF && byte(i + 1) == 0xB7 && byte(i + 2) >= 0x90 && byte(i + 2) <= 0xAF)
+            return false;
+        if (byte(i) == 0xEF && byte(i + 1) == 0xBF && byte(i + 2) >= 0xBE) return false;
+        const bool isLong = byte(i) >= 0xF0 && i + 3 < text.size();
+        if (isLong && (byte(i + 1) & 0x0FU) == 0x0F && byte(i + 2) == 0xBF && byte(i + 3) >= 0xBE)
+            return false;
+    }
+    return true;
+}
+
 /// The text of a run and which glyphs stand for which of its bytes, in the order that cairo asks for: the
 /// text's own. In right-to-left runs that is from the last glyph to the first.
 struct ClusteredText {
@@ -128,7 +147,7 @@ struct ClusteredText {
         }
         if (run.rightToLeft) std::reverse(groups.begin(), groups.end());
         for (const Group& group : groups) {
-            const std::string_view bytes = ORVIsWellFormedUTF8(group.bytes) ? group.bytes : "\xEF\xBF\xBD";
+            const std::string_view bytes = IsTextForCairo(group.bytes) ? group.bytes : "\xEF\xBF\xBD";
             text += bytes;
             clusters.push_back({static_cast<int>(bytes.size()), group.glyphs});
         }
@@ -238,7 +257,8 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
         cairo_set_matrix(cr_, &matrix);
         SetStroke(*shape.stroke, shape.toPage);
         cairo_new_path(cr_);
-        AddPath(FitPathToRange(shape.path, toDevice, kDeviceLimit, PathUse::kStroke, fitted_));
+        const double limit = cairo_get_dash_count(cr_) > 0 ? kDashedLimit : kDeviceLimit;
+        AddPath(FitPathToRange(shape.path, toDevice, limit, PathUse::kStroke, fitted_));
         cairo_stroke(cr_);
     }
     return Status();
@@ -263,7 +283,7 @@ void ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run
                            run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : cairo_text_cluster_flags_t{});
 }
 
-void ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run) {
+bool ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run) {
     outlines_.Clear();
     OutlineCollector collector(outlines_, run.expansion);
     for (const ORVGlyph& glyph : run.glyphs) {
@@ -272,6 +292,7 @@ void ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& ru
     }
     cairo_new_path(cr_);
     AddPath(FitPathToRange(outlines_, ToDevice(text.toPage), kDeviceLimit, PathUse::kStroke, fitted_));
+    return !outlines_.IsEmpty();
 }
 
 void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
@@ -286,12 +307,13 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         cairo_set_matrix(cr_, &matrix);
         const bool isLarge =
             run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) > kLargestGlyph;
-        if (cairo_font_face_t* face = isLarge ? nullptr : fonts_.Find(*run.face)) {
-            ShowGlyphs(text, run, face);
-        } else {
-            AddOutlines(text, run);
+        cairo_font_face_t* face = fonts_.Find(*run.face);
+        // Among pixels cairo moves glyphs to whole ones, which shows in the spacing; outlines stay in place.
+        if ((medium_ == Medium::kRaster || isLarge || !face) && AddOutlines(text, run)) {
             cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
             cairo_fill(cr_);
+        } else if (face && !isLarge) {
+            ShowGlyphs(text, run, face);
         }
         if (run.syntheticBold) {
             AddOutlines(text, run);

@@ -43,7 +43,8 @@ private:
     void Fill(const ORVPrintFill& fill);
     void DrawRun(const ORVPrintText& text, const ORVGlyphRun& run);
     void ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, cairo_font_face_t* face);
-    void AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
+    /// Makes the run's outlines the current path. @return false when its glyphs have none
+    bool AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
 
     const Medium medium_;
     cairo_t* cr_ = nullptr;

@@ -16,6 +16,8 @@ constexpr double kPointsPerUserUnit = 72.0 / 90.0;
 // The format's own limit for page sides is 14,400 units of one point.
 constexpr double kLargestSide = 14'400.0;
 
+constexpr const char* kLinkParentTag = "Sect";
+
 /// Percent-encodes everything but the characters for which `keep` is true.
 template <class Keep>
 std::string Encode(std::string_view text, Keep keep) {
@@ -129,6 +131,9 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
         const std::string attributes = group.linkURL.empty()
                                            ? "dest='" + EncodeTarget(group.linkElementId) + "'"
                                            : "uri='" + EncodeAddress(group.linkURL) + "'";
+        // A link that belongs to no other element of the document's structure refers to an element that cairo
+        // never writes, and the file counts as damaged.
+        cairo_tag_begin(state_->context.get(), kLinkParentTag, nullptr);
         cairo_tag_begin(state_->context.get(), CAIRO_TAG_LINK, attributes.c_str());
         open.isLink = true;
         state_->insideLink = true;
@@ -143,6 +148,7 @@ int ORVPdfGenerator::EndGroup() {
     state_->groups.pop_back();
     if (open.isLink) {
         cairo_tag_end(state_->context.get(), CAIRO_TAG_LINK);
+        cairo_tag_end(state_->context.get(), kLinkParentTag);
         state_->insideLink = false;
     }
     if (open.isTarget) cairo_tag_end(state_->context.get(), CAIRO_TAG_DEST);

@@ -1,0 +1,249 @@
+// Printing, and what the command says when it cannot.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+/// One clear line that names the subject.
+void ExpectComplaint(const ToolRun& run, int exitCode, const std::string& start) {
+    EXPECT_EQ(run.exitCode, exitCode);
+    EXPECT_THAT(run.errors, StartsWith("orvprint: " + start));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+    EXPECT_THAT(run.output, IsEmpty());
+}
+
+class PrintTest : public ToolTest {
+protected:
+    PrintTest() {
+        WriteFile("a.svg", SmallDrawing("<title>First</title><rect width='9' height='9' fill='red'/>"));
+        WriteFile("two.svg",
+                  "<svg><svg width='90' height='90'><text x='9' y='40' fill='black'>one</text></svg>"
+                  "<svg width='180' height='90'><text x='9' y='40' fill='black'>two</text></svg></svg>");
+        WriteFile("r.qvxml",
+                  "<report><svg width='90' height='90'><svg width='9' height='9'/></svg><p/>"
+                  "<x><svg id='s' width='45' height='45'><text y='20' "
+                  "fill='black'>inside</text></svg></x></report>");
+    }
+    std::string PdfInfo(const std::string& name) const {
+        return RunProgram({"pdfinfo", "-l", "99", name}).output;
+    }
+    std::string PdfText(const std::string& name) const {
+        return RunProgram({"pdftotext", "-layout", name, "-"}).output;
+    }
+    void ExpectSoundPdf(const std::string& name) const {
+        const ToolRun check = RunProgram({"qpdf", "--check", name});
+        EXPECT_EQ(check.exitCode, 0) << check.output << check.errors;
+    }
+};
+
+TEST_F(PrintTest, PrintsPdf) {
+    const ToolRun run = Run({"a.svg", "-o", "a.pdf"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.errors, IsEmpty());
+    ExpectSoundPdf("a.pdf");
+    EXPECT_THAT(PdfInfo("a.pdf"), HasSubstr("Page    1 size:  72 x 36 pts"));
+    EXPECT_THAT(PdfInfo("a.pdf"), HasSubstr("First"));
+}
+
+TEST_F(PrintTest, PrintsPngAtTheResolutionAskedFor) {
+    EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", "180"}).exitCode, 0);
+    const std::string png = ReadFile("a.png");
+    ASSERT_GT(png.size(), 24U);
+    EXPECT_EQ(png.substr(16, 8), std::string("\0\0\0\xB4\0\0\0\x5A", 8));  // 180 x 90
+}
+
+TEST_F(PrintTest, SeveralInputsAreOnePdfInOrder) {
+    EXPECT_EQ(Run({"two.svg", "a.svg", "r.qvxml", "-o", "all.pdf"}).exitCode, 0);
+    ExpectSoundPdf("all.pdf");
+    const std::string info = PdfInfo("all.pdf");
+    EXPECT_THAT(info, HasSubstr("Pages:           5"));
+    EXPECT_THAT(info, HasSubstr("Page    2 size:  144 x 72 pts"));
+    EXPECT_THAT(info, HasSubstr("Page    3 size:  72 x 36 pts"));
+    EXPECT_THAT(info, HasSubstr("Page    5 size:  36 x 36 pts"));
+    EXPECT_THAT(PdfText("all.pdf"), HasSubstr("inside"));
+}
+
+TEST_F(PrintTest, SeveralPagesAreNumberedPictures) {
+    EXPECT_EQ(Run({"two.svg", "-o", "p.png"}).exitCode, 0);
+    EXPECT_THAT(Files(), ElementsAre("a.svg", "p-1.png", "p-2.png", "r.qvxml", "two.svg"));
+}
+
+TEST_F(PrintTest, OnePageAskedForIsOnePicture) {
+    EXPECT_EQ(Run({"two.svg", "-o", "p.png", "--pages", "2"}).exitCode, 0);
+    EXPECT_THAT(Files(), ElementsAre("a.svg", "p.png", "r.qvxml", "two.svg"));
+}
+
+TEST_F(PrintTest, PagesComeInTheOrderAskedFor) {
+    EXPECT_EQ(Run({"two.svg", "-o", "p.pdf", "--pages", "2,1-2"}).exitCode, 0);
+    const std::string text = PdfText("p.pdf");
+    EXPECT_LT(text.find("two"), text.find("one"));
+    EXPECT_THAT(PdfInfo("p.pdf"), HasSubstr("Pages:           3"));
+}
+
+TEST_F(PrintTest, StandardStreamsAreInputAndOutput) {
+    const ToolRun run =
+        Run({"-", "-f", "pdf", "-o", "-"}, SmallDrawing("<text y='20' fill='black'>piped</text>"));
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, StartsWith("%PDF"));
+    WriteFile("out.pdf", run.output);
+    EXPECT_THAT(PdfText("out.pdf"), HasSubstr("piped"));
+}
+
+TEST_F(PrintTest, FragmentsAreChosenByNumberAndId) {
+    EXPECT_EQ(Run({"r.qvxml", "-o", "f.pdf", "--fragment", "2"}).exitCode, 0);
+    EXPECT_THAT(PdfInfo("f.pdf"), HasSubstr("Page    1 size:  7.2 x 7.2 pts"));
+    for (const char* parser : {"light", "dom"}) {
+        EXPECT_EQ(Run({"r.qvxml", "-o", "s.pdf", "--fragment", "s", "--parser", parser}).exitCode, 0);
+        EXPECT_THAT(PdfInfo("s.pdf"), HasSubstr("Page    1 size:  36 x 36 pts"));
+        EXPECT_THAT(PdfInfo("s.pdf"), HasSubstr("Pages:           1"));
+    }
+}
+
+TEST_F(PrintTest, EveryFragmentPrintsOnceWithEitherParser) {
+    WriteFile("siblings.xml",
+              "<r><svg width='9' height='9'/><svg width='18' height='9'/><svg width='27' height='9'/></r>");
+    for (const char* parser : {"light", "dom"}) {
+        EXPECT_EQ(Run({"siblings.xml", "--qvxml", "-o", "f.pdf", "--parser", parser}).exitCode, 0);
+        EXPECT_THAT(PdfInfo("f.pdf"), HasSubstr("Pages:           3")) << parser;
+    }
+}
+
+TEST_F(PrintTest, PicturesBesideTheDrawingAreReadOthersOnlyWhenAllowed) {
+    // A drawing without its picture holds no image.
+    WriteFile("inner/drawing.svg", SmallDrawing("<image xlink:href='../outer/p.png' width='9' height='9'/>"));
+    WriteFile("inner/beside.svg", SmallDrawing("<image xlink:href='p.png' width='9' height='9'/>"));
+    ASSERT_EQ(Run({"a.svg", "-o", "inner/p.png"}).exitCode, 0);
+    std::filesystem::create_directories(Folder() / "outer");
+    ASSERT_EQ(Run({"a.svg", "-o", "outer/p.png"}).exitCode, 0);
+    const auto countImages = [this](const std::vector<std::string>& arguments) {
+        EXPECT_EQ(Run(arguments).exitCode, 0);
+        const std::string list = RunProgram({"pdfimages", "-list", "i.pdf"}).output;
+        return std::count(list.begin(), list.end(), '\n') - 2;  // two lines of heading
+    };
+    EXPECT_EQ(countImages({"inner/beside.svg", "-o", "i.pdf"}), 1);
+    EXPECT_EQ(countImages({"inner/drawing.svg", "-o", "i.pdf"}), 0);
+    EXPECT_EQ(countImages({"inner/drawing.svg", "-o", "i.pdf", "--allow-dir", "outer"}), 1);
+    EXPECT_EQ(countImages({"inner/drawing.svg", "-o", "i.pdf", "--allow-dir", "outer", "--parser", "dom"}),
+              1);
+    EXPECT_EQ(countImages({"--qvxml", "inner/beside.svg", "-o", "i.pdf"}), 1);
+}
+
+TEST_F(PrintTest, ExamplesPrintAsSoundPdf) {
+    for (const auto& entry : std::filesystem::directory_iterator(Example(""))) {
+        const std::string extension = entry.path().extension();
+        if (extension != ".svg" && extension != ".qvxml") continue;
+        SCOPED_TRACE(entry.path());
+        const ToolRun run = Run({entry.path(), "-o", "e.pdf"});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        ExpectSoundPdf("e.pdf");
+        EXPECT_THAT(PdfText("e.pdf"), testing::ContainsRegex("[A-Za-z]{3}"));
+    }
+}
+
+TEST_F(PrintTest, CommandLineThatCannotBeUnderstood) {
+    ExpectComplaint(Run({}), 2, "");
+    ExpectComplaint(Run({"a.svg"}), 2, "no output");
+    ExpectComplaint(Run({"-o", "a.pdf"}), 2, "no input");
+    ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--nonsense"}), 2, "");
+    ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--parser", "sax"}), 2, "");
+    ExpectComplaint(Run({"a.svg", "-o", "a.png", "--dpi", "0"}), 2, "");
+    for (const char* pages : {"0", "x", "3-1", "1,,2", "", "-3"})
+        ExpectComplaint(Run({"a.svg", "-o", "a.pdf", std::string("--pages=") + pages}), 2, "--pages");
+}
+
+TEST_F(PrintTest, InputThatCannotBeRead) {
+    WriteFile("empty.svg", "");
+    ExpectComplaint(Run({"missing.svg", "-o", "a.pdf"}), 3, "missing.svg: ");
+    ExpectComplaint(Run({"a.svg", "missing.svg", "-o", "a.pdf"}), 3, "missing.svg: ");
+    ExpectComplaint(Run({".", "-o", "a.pdf"}), 3, ".: ");
+    ExpectComplaint(Run({"empty.svg", "-o", "a.pdf"}), 3, "empty.svg: is empty");
+    ExpectComplaint(Run({"-", "-o", "a.pdf"}), 3, "standard input: is empty");
+    EXPECT_FALSE(Exists("a.pdf"));
+}
+
+TEST_F(PrintTest, InputThatIsNotWellFormedIsRefusedWithItsPlace) {
+    WriteFile("bad.svg", "<svg width='9' height='9'>\n <g></svg>");
+    for (const char* parser : {"light", "dom"})
+        ExpectComplaint(Run({"bad.svg", "-o", "a.pdf", "--parser", parser}), 4, "bad.svg:2:");
+    EXPECT_FALSE(Exists("a.pdf"));
+
+    const ToolRun run = Run({"bad.svg", "-o", "a.pdf", "--keep-going"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.errors, StartsWith("orvprint: bad.svg:2:"));
+    EXPECT_TRUE(Exists("a.pdf"));
+}
+
+TEST_F(PrintTest, InputWithoutPages) {
+    WriteFile("nothing.svg", "<drawing/>");
+    ExpectComplaint(Run({"nothing.svg", "-o", "a.pdf"}), 5, "nothing.svg: ");
+    ExpectComplaint(Run({"nothing.svg", "--qvxml", "-o", "a.pdf"}), 5, "nothing.svg: ");
+    ExpectComplaint(Run({"r.qvxml", "--fragment", "4", "-o", "a.pdf"}), 5, "r.qvxml: ");
+    ExpectComplaint(Run({"r.qvxml", "--fragment", "zzz", "-o", "a.pdf"}), 5, "r.qvxml: ");
+}
+
+TEST_F(PrintTest, PageThatIsNotThere) {
+    ExpectComplaint(Run({"two.svg", "-o", "a.pdf", "--pages", "3"}), 6,
+                    "two.svg: there is no page 3 (2 pages)");
+    ExpectComplaint(Run({"two.svg", "a.svg", "-o", "a.pdf", "--pages", "1,4"}), 6, "two.svg and others: ");
+    EXPECT_FALSE(Exists("a.pdf"));
+}
+
+TEST_F(PrintTest, FormatThatIsUnknown) {
+    ExpectComplaint(Run({"a.svg", "-o", "a.xyz"}), 7, "a.xyz: ");
+    ExpectComplaint(Run({"a.svg", "-o", "a"}), 7, "a: ");
+    ExpectComplaint(Run({"a.svg", "-o", "-"}), 7, "standard output: ");
+    ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "-f", "xyz"}), 7, "xyz: ");
+}
+
+TEST_F(PrintTest, OutputThatCannotBeWritten) {
+    ExpectComplaint(Run({"a.svg", "-o", "no/such/folder.pdf"}), 8, "no/such/folder.pdf: ");
+    ExpectComplaint(Run({"a.svg", "-o", ".", "-f", "pdf"}), 8, ".: ");
+    if (std::filesystem::exists("/dev/full"))
+        ExpectComplaint(Run({"a.svg", "-o", "/dev/full", "-f", "pdf"}), 8, "/dev/full: ");
+}
+
+TEST_F(PrintTest, PrintingThatFailsSaysWhy) {
+    WriteFile("flat.svg", "<svg width='0' height='9'><rect width='0' height='9'/></svg>");
+    WriteFile("vast.svg", "<svg width='99999' height='99999'/>");
+    ExpectComplaint(Run({"flat.svg", "-o", "a.pdf"}), 9, "flat.svg: page 1 has no area");
+    ExpectComplaint(Run({"vast.svg", "-o", "a.pdf"}), 9, "vast.svg: ");
+    ExpectComplaint(Run({"vast.svg", "-o", "a.png"}), 9, "vast.svg: ");
+    ExpectComplaint(Run({"two.svg", "-o", "a.pdf", "--max-primitives", "3"}), 9,
+                    "two.svg: has more than 3 primitives");
+    EXPECT_EQ(Run({"two.svg", "-o", "a.pdf", "--max-primitives", "4"}).exitCode, 0);
+}
+
+TEST_F(PrintTest, FailureLeavesWhatWasThereAndNothingElse) {
+    WriteFile("keep.pdf", "old");
+    WriteFile("vast.svg", "<svg width='99999' height='99999'/>");
+    EXPECT_EQ(Run({"a.svg", "vast.svg", "-o", "keep.pdf"}).exitCode, 9);
+    EXPECT_EQ(ReadFile("keep.pdf"), "old");
+    EXPECT_EQ(Run({"a.svg", "vast.svg", "-o", "keep.png"}).exitCode, 9);
+    EXPECT_THAT(Files(), ElementsAre("a.svg", "keep.pdf", "r.qvxml", "two.svg", "vast.svg"));
+}
+
+TEST_F(PrintTest, SeveralPicturesDoNotFitIntoOneStream) {
+    ExpectComplaint(Run({"two.svg", "-f", "png", "-o", "-"}), 2, "standard output: ");
+    EXPECT_THAT(Run({"two.svg", "-f", "png", "-o", "-", "--pages", "1"}).output, StartsWith("\x89PNG"));
+}
+
+TEST_F(PrintTest, HelpAndVersionAreNoFailures) {
+    const ToolRun help = Run({"--help"}), version = Run({"--version"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* option :
+         {"--output", "--pages", "--parser", "--qvxml", "--fragment", "--allow-dir", "inspect"})
+        EXPECT_THAT(help.output, HasSubstr(option));
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("orvprint [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+#include "tests/apps/tool_run.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string ReadWhole(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+/// In the child: makes a file the descriptor's target.
+void Redirect(const fs::path& path, int flags, int descriptor) {
+    const int file = open(path.c_str(), flags, 0600);
+    if (file < 0 || dup2(file, descriptor) < 0) _exit(126);
+    close(file);
+}
+
+}  // namespace
+
+ToolTest::ToolTest() {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    folder_ = fs::path(testing::TempDir()) /
+              (std::string("orv_tool_") + test.test_suite_name() + "_" + test.name());
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+}
+
+ToolTest::~ToolTest() { fs::remove_all(folder_); }
+
+ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::string& input) const {
+    std::vector<std::string> command{ORV_TOOL_PATH};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return RunProgram(command, input);
+}
+
+ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std::string& input) const {
+    // The streams are files beside the folder, so that it holds only what the command made.
+    const fs::path in = folder_.string() + ".in", out = folder_.string() + ".out",
+                   err = folder_.string() + ".err";
+    std::ofstream(in, std::ios::binary) << input;
+    const pid_t child = fork();
+    if (child == 0) {
+        Redirect(in, O_RDONLY, STDIN_FILENO);
+        Redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+        Redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+        if (chdir(folder_.c_str()) != 0) _exit(126);
+        std::vector<char*> arguments;
+        for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
+        arguments.push_back(nullptr);
+        execvp(arguments.front(), arguments.data());
+        _exit(127);
+    }
+    int status = 0;
+    ToolRun run;
+    if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status))
+        run.exitCode = WEXITSTATUS(status);
+    run.output = ReadWhole(out);
+    run.errors = ReadWhole(err);
+    for (const fs::path& path : {in, out, err}) fs::remove(path);
+    return run;
+}
+
+void ToolTest::WriteFile(const std::string& name, const std::string& content) const {
+    fs::create_directories((folder_ / name).parent_path());
+    std::ofstream(folder_ / name, std::ios::binary) << content;
+}
+
+std::string ToolTest::ReadFile(const std::string& name) const { return ReadWhole(folder_ / name); }
+
+std::vector<std::string> ToolTest::Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string ToolTest::Example(const std::string& name) { return std::string(ORV_EXAMPLES_PATH "/") + name; }
+
+std::string SmallDrawing(const std::string& content) {
+    return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='90' "
+           "height='45'>" +
+           content + "</svg>";
+}

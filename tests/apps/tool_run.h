@@ -1,0 +1,40 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// One run of the command.
+struct ToolRun {
+    int exitCode = -1;
+    std::string output, errors;
+};
+
+/// A folder of the test's own, in which the command runs.
+class ToolTest : public testing::Test {
+protected:
+    ToolTest();
+    ~ToolTest() override;
+
+    /// Runs the command with these arguments.
+    ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = {}) const;
+    /// Runs another program of the system.
+    ToolRun RunProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
+
+    void WriteFile(const std::string& name, const std::string& content) const;
+    std::string ReadFile(const std::string& name) const;
+    bool Exists(const std::string& name) const { return std::filesystem::exists(folder_ / name); }
+    /// Names of all files in the folder, sorted.
+    std::vector<std::string> Files() const;
+    static std::string Example(const std::string& name);
+
+    const std::filesystem::path& Folder() const { return folder_; }
+
+private:
+    std::filesystem::path folder_;
+};
+
+/// A drawing of 90 x 45 user units around `content`.
+std::string SmallDrawing(const std::string& content);

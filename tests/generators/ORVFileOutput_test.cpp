@@ -1,0 +1,127 @@
+#include "generators/common/ORVFileOutput.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder of the test's own.
+class FileOutputTest : public testing::Test {
+protected:
+    FileOutputTest() {
+        folder_ =
+            fs::path(testing::TempDir()) /
+            ("orv_output_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    ~FileOutputTest() override { fs::remove_all(folder_); }
+
+    std::string Path(const char* name) const { return folder_ / name; }
+    std::string Content(const char* name) const {
+        std::ostringstream text;
+        text << std::ifstream(folder_ / name).rdbuf();
+        return text.str();
+    }
+    std::size_t CountFiles() const {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+    static void WritePart(ORVFileOutput& output, const std::string& text) {
+        ASSERT_EQ(output.BeginPart(), 1) << output.GetError();
+        ASSERT_EQ(output.Write(text.data(), text.size()), 1);
+        ASSERT_EQ(output.EndPart(), 1);
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(FileOutputTest, ShowsUnderItsNameOnlyWhenCommitted) {
+    ORVFileOutput output(Path("a.txt"), false);
+    WritePart(output, "new");
+    EXPECT_FALSE(fs::exists(Path("a.txt")));
+    EXPECT_EQ(output.Commit(), 1);
+    EXPECT_EQ(Content("a.txt"), "new");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
+TEST_F(FileOutputTest, WhatWasNotCommittedLeavesNothingBehind) {
+    std::ofstream(Path("a.txt")) << "old";
+    {
+        ORVFileOutput output(Path("a.txt"), false);
+        WritePart(output, "new");
+    }
+    EXPECT_EQ(Content("a.txt"), "old");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
+TEST_F(FileOutputTest, ReplacesAndKeepsThePermissions) {
+    std::ofstream(Path("a.txt")) << "old";
+    fs::permissions(Path("a.txt"), fs::perms::owner_read | fs::perms::owner_write);
+    ORVFileOutput output(Path("a.txt"), false);
+    WritePart(output, "new");
+    EXPECT_EQ(output.Commit(), 1);
+    EXPECT_EQ(Content("a.txt"), "new");
+    EXPECT_EQ(fs::status(Path("a.txt")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(FileOutputTest, NumbersParts) {
+    ORVFileOutput output(Path("page.png"), true);
+    WritePart(output, "one");
+    WritePart(output, "two");
+    EXPECT_EQ(output.Commit(), 1);
+    EXPECT_EQ(Content("page-1.png"), "one");
+    EXPECT_EQ(Content("page-2.png"), "two");
+}
+
+TEST_F(FileOutputTest, NumbersNamesWithoutEnding) {
+    ORVFileOutput output(Path("page"), true);
+    WritePart(output, "one");
+    EXPECT_EQ(output.Commit(), 1);
+    EXPECT_EQ(Content("page-1"), "one");
+}
+
+TEST_F(FileOutputTest, TakesOnePartWhenNotNumbered) {
+    ORVFileOutput output(Path("a.txt"), false);
+    WritePart(output, "one");
+    EXPECT_EQ(output.BeginPart(), 0);
+    EXPECT_EQ(output.Commit(), 0);
+    EXPECT_FALSE(fs::exists(Path("a.txt")));
+}
+
+TEST_F(FileOutputTest, LinksStayLinks) {
+    std::ofstream(Path("real.txt")) << "old";
+    fs::create_symlink("real.txt", Path("link.txt"));
+    ORVFileOutput output(Path("link.txt"), false);
+    WritePart(output, "new");
+    EXPECT_EQ(output.Commit(), 1);
+    EXPECT_TRUE(fs::is_symlink(Path("link.txt")));
+    EXPECT_EQ(Content("real.txt"), "new");
+}
+
+TEST_F(FileOutputTest, PrepareTellsWhatCannotBeWrittenAndLeavesNothing) {
+    EXPECT_EQ(ORVFileOutput(Path("a.txt"), false).Prepare(), 1);
+    EXPECT_EQ(CountFiles(), 0U);
+    EXPECT_EQ(ORVFileOutput(Path("no/such/folder.txt"), false).Prepare(), 0);
+    ORVFileOutput folder(folder_.string(), false);
+    EXPECT_EQ(folder.Prepare(), 0);
+    EXPECT_FALSE(folder.GetError().empty());
+}
+
+TEST_F(FileOutputTest, FullDevicesAreNoticed) {
+    if (!fs::exists("/dev/full")) GTEST_SKIP();
+    ORVFileOutput output("/dev/full", false);
+    ASSERT_EQ(output.BeginPart(), 1);
+    const bool written = output.Write("x", 1) == 1 && output.EndPart() == 1;
+    EXPECT_FALSE(written);
+    EXPECT_EQ(output.Commit(), 0);
+    EXPECT_FALSE(output.GetError().empty());
+}
+
+}  // namespace

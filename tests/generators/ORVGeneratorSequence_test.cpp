@@ -1,0 +1,50 @@
+#include "generators/common/ORVGeneratorSequence.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/print/recording_generator.h"
+
+namespace {
+
+void DrawOnePage(ORVPrintGenerator& generator, const char* title) {
+    ASSERT_EQ(generator.BeginDocument({title, 1}), 1);
+    ORVPrintPageInfo page;
+    page.number = 1;
+    page.width = 10.0;
+    page.height = 10.0;
+    ASSERT_EQ(generator.BeginPage(page), 1);
+    ORVPrintGroup group;
+    group.id = "a";
+    group.linkElementId = "b";
+    group.linkURL = "http://x/";
+    ASSERT_EQ(generator.BeginGroup(group), 1);
+    ASSERT_EQ(generator.EndGroup(), 1);
+    ASSERT_EQ(generator.EndPage(), 1);
+    ASSERT_EQ(generator.EndDocument(), 1);
+}
+
+TEST(ORVGeneratorSequenceTest, MakesOneDocumentOfSeveralDrawings) {
+    RecordingGenerator target;
+    ORVGeneratorSequence sequence(target, 0);
+    DrawOnePage(sequence, "first");
+    DrawOnePage(sequence, "second");
+    EXPECT_EQ(sequence.Finish(), 1);
+    EXPECT_EQ(target.GetText(),
+              "document \"first\" 0\n"
+              "page 1 10x10\ngroup #a ->#b ->http://x/\nend group\nend page\n"
+              "page 2 10x10\ngroup #2:a ->#2:b ->http://x/\nend group\nend page\n"
+              "end document\n");
+}
+
+TEST(ORVGeneratorSequenceTest, EndsOnlyWhatBegan) {
+    RecordingGenerator target;
+    ORVGeneratorSequence sequence(target, 0);
+    EXPECT_EQ(sequence.Finish(), 1);
+    EXPECT_TRUE(target.GetLines().empty());
+    target.FailAt(1);
+    EXPECT_EQ(sequence.BeginDocument({"t", 1}), -99);
+    EXPECT_EQ(sequence.Finish(), 1);
+    EXPECT_EQ(target.GetLines().size(), 1U);
+}
+
+}  // namespace

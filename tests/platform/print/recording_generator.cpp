@@ -1,0 +1,130 @@
+#include "tests/platform/print/recording_generator.h"
+
+#include <cstdio>
+
+#include "platform/print/ORVPrintPath.h"
+#include "platform/visualization/fonts/ORVTextLayout.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+namespace {
+
+std::string Number(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.3f", value);
+    std::string digits = text;
+    while (digits.back() == '0') digits.pop_back();
+    if (digits.back() == '.') digits.pop_back();
+    return digits == "-0" ? "0" : digits;
+}
+
+std::string Point(const ORVMathPoint2D& p) { return Number(p.x) + "," + Number(p.y); }
+
+std::string Map(const ORVMathAffine2D& m) {
+    return "[" + Number(m.m11) + " " + Number(m.m12) + " " + Number(m.m21) + " " + Number(m.m22) + " " +
+           Number(m.dx) + " " + Number(m.dy) + "]";
+}
+
+std::string Outline(const ORVPrintPath& path, const ORVMathAffine2D& map) {
+    std::string text;
+    auto p = path.points.begin();
+    for (const ORVPrintPath::Verb verb : path.verbs) {
+        switch (verb) {
+            case ORVPrintPath::Verb::kMove: text += " M" + Point(map(*p++)); break;
+            case ORVPrintPath::Verb::kLine: text += " L" + Point(map(*p++)); break;
+            case ORVPrintPath::Verb::kCubic:
+                text += " C" + Point(map(p[0])) + " " + Point(map(p[1])) + " " + Point(map(p[2]));
+                p += 3;
+                break;
+            case ORVPrintPath::Verb::kClose: text += " Z"; break;
+        }
+    }
+    return text;
+}
+
+std::string Colour(const ORVPrintColour& c) {
+    char text[32];
+    std::snprintf(text, sizeof text, c.opacity == 255 ? "#%02x%02x%02x" : "#%02x%02x%02x@%d", c.red, c.green,
+                  c.blue, c.opacity);
+    return text;
+}
+
+std::string Fill(const ORVPrintFill& fill) {
+    std::string text = Colour(fill.colour);
+    if (fill.pattern) text = "pattern@" + std::to_string(fill.colour.opacity) + Map(fill.patternToPage);
+    return text + (fill.evenOdd ? " eo" : "");
+}
+
+std::string Stroke(const ORVPrintStroke& stroke) {
+    std::string text = Colour(stroke.colour) + " w" + Number(stroke.width);
+    if (stroke.cap == ORVPrintStroke::Cap::kRound) text += " round-cap";
+    if (stroke.cap == ORVPrintStroke::Cap::kSquare) text += " square-cap";
+    if (stroke.join == ORVPrintStroke::Join::kRound) text += " round-join";
+    if (stroke.join == ORVPrintStroke::Join::kBevel) text += " bevel-join";
+    for (std::size_t i = 0; i < stroke.dashes.size(); ++i)
+        text += (i == 0 ? " d" : ",") + Number(stroke.dashes[i]);
+    return text;
+}
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+}  // namespace
+
+int RecordingGenerator::Add(std::string line) {
+    ++calls_;
+    if (failAt_ != 0 && calls_ >= failAt_) line += " failed";
+    lines_.push_back(std::move(line));
+    return failAt_ != 0 && calls_ >= failAt_ ? -99 : 1;
+}
+
+std::vector<std::string> RecordingGenerator::GetDrawn() const {
+    std::vector<std::string> drawn;
+    for (const std::string& line : lines_)
+        if (line.starts_with("fill") || line.starts_with("stroke") || line.starts_with("text") ||
+            line.starts_with("image"))
+            drawn.push_back(line);
+    return drawn;
+}
+
+std::string RecordingGenerator::GetText() const {
+    std::string text;
+    for (const std::string& line : lines_) text += line + "\n";
+    return text;
+}
+
+int RecordingGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
+    return Add("document " + Quoted(info.title) + " " + std::to_string(info.pageCount));
+}
+
+int RecordingGenerator::BeginPage(const ORVPrintPageInfo& info) {
+    return Add("page " + std::to_string(info.number) + " " + Number(info.width) + "x" + Number(info.height));
+}
+
+int RecordingGenerator::BeginGroup(const ORVPrintGroup& group) {
+    std::string line = "group";
+    if (!group.id.empty()) line += " #" + std::string(group.id);
+    if (!group.description.empty()) line += " " + Quoted(group.description);
+    if (!group.linkElementId.empty()) line += " ->#" + std::string(group.linkElementId);
+    if (!group.linkURL.empty()) line += " ->" + std::string(group.linkURL);
+    if (group.isLinkTarget) line += " target";
+    return Add(line);
+}
+
+int RecordingGenerator::DrawShape(const ORVPrintShape& shape) {
+    std::string line;
+    if (shape.fill) line += "fill " + Fill(*shape.fill);
+    if (shape.stroke) line += (line.empty() ? "stroke " : " stroke ") + Stroke(*shape.stroke);
+    return Add(line + Outline(shape.path, shape.toPage));
+}
+
+int RecordingGenerator::DrawText(const ORVPrintText& text) {
+    std::string line = "text " + Quoted(text.text) + " " + Map(text.toPage);
+    if (text.fill) line += " fill " + Fill(*text.fill);
+    if (text.stroke) line += " stroke " + Stroke(*text.stroke);
+    if (text.clip) line += " clip" + Outline(*text.clip, {});
+    return Add(line);
+}
+
+int RecordingGenerator::DrawImage(const ORVPrintImage& image) {
+    return Add("image " + std::to_string(image.image.GetWidth()) + "x" +
+               std::to_string(image.image.GetHeight()) + " " + Map(image.toPage));
+}

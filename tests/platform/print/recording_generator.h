@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+/// Writes down what it is told to draw, one line a call, in page coordinates (y down), numbers with three
+/// digits after the point. For example
+///     document "title" 1
+///     page 1 100x50
+///     fill #ff0000 M0,0 L10,0 L10,10 Z
+///     stroke #000000 w1 M0,0 L10,0
+class RecordingGenerator final : public ORVPrintGenerator {
+public:
+    const std::vector<std::string>& GetLines() const { return lines_; }
+    /// The lines of shapes, texts and images only.
+    std::vector<std::string> GetDrawn() const;
+    /// All lines, one below the other.
+    std::string GetText() const;
+    /// Makes every call from the `number`-th on (counted from 1) fail with -99.
+    void FailAt(std::size_t number) { failAt_ = number; }
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override { return Add("end group"); }
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override { return Add("end page"); }
+    int EndDocument() override { return Add("end document"); }
+
+private:
+    int Add(std::string line);
+
+    std::vector<std::string> lines_;
+    std::size_t calls_ = 0;
+    std::size_t failAt_ = 0;
+};
