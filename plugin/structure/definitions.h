@@ -9,6 +9,7 @@
 
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 #include "platform/system/ORVRef.h"
+#include "plugin/structure/restyling.h"
 
 class ORVPrtDefsElt;
 struct SvgDrawState;
@@ -36,14 +37,12 @@ public:
         ORVPrtDefsElt* holder = nullptr;
         ORVPrtGraphicPrimitiveElt* primitive = nullptr;
         std::size_t holderPlace = 0;
-        std::uint64_t restyledAt = 0;  ///< change count when it was restyled in place last, 0 never
     };
     /// The first finished child with an identifier, holders in registration order; without regard to the case
     /// of letters. Null when there is none. An empty identifier matches nothing.
-    Definition* Find(std::string_view identifier);
+    const Definition* Find(std::string_view identifier) const;
 
-    /// Counts the restylings in place that changed something.
-    std::uint64_t changes = 1;
+    SvgRestyling& GetRestyling() { return restyling_; }
 
 private:
     struct Holder {
@@ -51,6 +50,7 @@ private:
         std::size_t indexedChildren = 0;
         std::vector<std::string> identifiers;  // under which its children stand in the index
     };
+    SvgRestyling restyling_;
     std::vector<Holder> holders_;
     // For every identifier in lower case, at most one definition a holder, in registration order of the
     // holders.
@@ -74,10 +74,12 @@ private:
 /// Looks a definition up and styles it for the place that refers to it. Where the state equals the one in
 /// force at its holder, the definition itself is handed out, else a duplicate of it.
 /// @param definition  null first; then the definition, restyled
-/// @return 1 when a definition was found, else 0. A found one may still be null: no memory for a duplicate
+/// @return 1 when a definition was found, else 0. A found one may still be null: no memory for a duplicate,
+///         or the limit of restyling reached
 int FindDefinition(const SvgDrawState& state, std::string_view identifier,
                    ORVRef<ORVPrtGraphicPrimitiveElt>& definition);
 
-/// Gives a tree of primitives the state's stroke, fill and text sets, each primitive those that its class
-/// has. Draw styles, transforms and identifiers stay. @return true when a set changed
+/// Gives a tree of primitives, which nothing else refers to, the state's stroke, fill and text sets, each
+/// primitive those that its class has. Draw styles, transforms and identifiers stay.
+/// @return false when the limit of restyling is reached
 bool RestyleDefinition(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive);

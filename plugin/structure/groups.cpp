@@ -1,5 +1,7 @@
 #include "plugin/structure/groups.h"
 
+#include <utility>
+
 #include "platform/model/ORVPrtGroupElt.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/definitions.h"
@@ -13,7 +15,8 @@ namespace {
 
 template <SvgElementAccess Element>
 void ReadLink(const Element& element, ORVPrtGroupElt& group) {
-    ORVPrintLinkURI link = group.GetGroupAttributes().GetLinkURI();
+    ORVPrtGroupAttributes attributes = group.GetGroupAttributes();
+    ORVPrintLinkURI link = attributes.GetLinkURI();
     const AttributeValue target = element.Attribute(AttributeName::kXlinkHref);
     if (target.WasRead() && !target.text.empty()) {
         if (target.text.starts_with('#')) {
@@ -26,9 +29,8 @@ void ReadLink(const Element& element, ORVPrtGroupElt& group) {
     if (show == "new") link.SetLinkShow(kLinkShowNew);
     if (show == "replace") link.SetLinkShow(kLinkShowReplace);
 
-    ORVPrtGroupAttributes attributes = group.GetGroupAttributes();
-    attributes.SetLinkURI(link);
-    group.SetGroupAttributes(attributes);
+    attributes.SetLinkURI(std::move(link));
+    group.SetGroupAttributes(std::move(attributes));
 }
 
 enum class GroupKind { kPlain, kLink };
