@@ -33,7 +33,9 @@ public:
     /// Draws the selected page, or every page when none is selected or all are wanted.
     /// @return 1 on success; 0 without a usable input or page; -1 when the document could not be read;
     ///         anything else is the generator's or the renderer's failure
-    int Print(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) { return Decode(generator, parameters); }
+    int Print(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) {
+        return Decode(generator, parameters);
+    }
 
     const ORVString& GetIdentifier() const { return identifier_; }
 

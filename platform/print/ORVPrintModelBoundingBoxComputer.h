@@ -16,14 +16,16 @@ public:
 
     /// Box of a primitive, its own transform included (a page has none).
     /// @return 1 when there is a box; 0 when there is none, with all four written as 0
-    int Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin, double& xMax, double& yMin, double& yMax);
+    int Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin, double& xMax, double& yMin,
+                double& yMax);
 
     /// Box of a container's children, without the container's own transform; results as Compute.
     int ComputeChildren(const ORVPrtGraphicPrimitiveElt& container, double& xMin, double& xMax, double& yMin,
                         double& yMax);
 
 private:
-    int Finish(const ORVMathBox2D& box, bool complete, double& xMin, double& xMax, double& yMin, double& yMax) const;
+    int Finish(const ORVMathBox2D& box, bool complete, double& xMin, double& xMax, double& yMin,
+               double& yMax) const;
 
     std::uint64_t visited_ = 0;
 };

@@ -15,8 +15,10 @@
 #include "platform/print/ORVPrintOutlineBuilder.h"
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/print/ORVPrintPath.h"
+#include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/print/ellipse_frame.h"
 #include "platform/print/link_targets.h"
+#include "platform/print/primitive_count.h"
 #include "platform/print/text_placement.h"
 
 namespace {
@@ -85,14 +87,14 @@ ORVMathAffine2D PatternToPage(const ORVPixelImage& image) {
 class PageDrawing {
 public:
     PageDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page, ORVPrintLinkTargets& links,
-                std::uint64_t& budget)
-        : generator_(generator), page_(page), links_(links), budget_(budget), drawingTop_(DrawingTop(page)) {}
+                std::uint64_t& drawn)
+        : generator_(generator), page_(page), links_(links), drawn_(drawn), drawingTop_(DrawingTop(page)) {}
 
     int Draw() {
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
-        if (result == ORVPrintModelRender::kTooManyPrimitives) CloseGroups();
+        if (result == ORVPrintModelRender::kLowMemory) CloseGroups();
         return result;
     }
 
@@ -160,17 +162,18 @@ private:
     /// Puts the text's clipping box into the clip. @return false when it has none
     bool MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map);
 
-    /// Takes one primitive; false when the budget is spent.
-    bool Take() {
-        if (budget_ == 0) return false;
-        --budget_;
-        return true;
+    /// Counts one primitive; false when memory has run short, which generators that keep what is drawn are to
+    /// see in time. Asked now and then only.
+    bool Count() {
+        constexpr std::uint64_t kInterval = 1024;
+        constexpr double kLowMemoryFraction = 0.9;
+        return ++drawn_ % kInterval != 0 || !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
     }
 
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
     ORVPrintLinkTargets& links_;
-    std::uint64_t& budget_;
+    std::uint64_t& drawn_;
     const double drawingTop_;
 
     std::vector<Frame> open_;
@@ -188,7 +191,7 @@ int PageDrawing::Step() {
     if (frame.next == frame.children->size()) return Leave();
 
     const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-    if (!Take()) return ORVPrintModelRender::kTooManyPrimitives;
+    if (!Count()) return ORVPrintModelRender::kLowMemory;
     int result = kDone;
     VisitPrimitive(child, [&]<class Primitive>(const Primitive& one) {
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt> ||
@@ -364,12 +367,12 @@ int PageDrawing::Draw(const ORVPrtClosedFigureElt& figure) {
     path_.Clear();
     outline_.SetScale(Scale(toPage));
     for (const ORVPrtGraphicPrimitiveElt* child : figure.GetChildren()) {
-        if (!Take()) return ORVPrintModelRender::kTooManyPrimitives;
+        if (!Count()) return ORVPrintModelRender::kLowMemory;
         if (child->GetKind() != ORVPrtKind::kRegion) continue;
         const auto& region = static_cast<const ORVPrtClosedFigureRegionElt&>(*child);
         const ORVMathAffine2D regionMap = region.GetTransformAttributes().GetAffine();
         for (const ORVPrtGraphicPrimitiveElt* piece : region.GetChildren()) {
-            if (!Take()) return ORVPrintModelRender::kTooManyPrimitives;
+            if (!Count()) return ORVPrintModelRender::kLowMemory;
             VisitPrimitive(*piece, [&]<class Primitive>(const Primitive& one) {
                 if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>) {
                     outline_.SetMap(one.GetTransformAttributes().IsEmpty()
@@ -475,6 +478,12 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
     // Asked before anything is drawn, so that no output is begun that cannot be finished.
     for (const ORVPrtImageElt* page : pages)
         if (!HasArea(*page)) return kPageWithoutArea;
+    std::uint64_t left = parameters_.GetDrawLimit();
+    for (const ORVPrtImageElt* page : pages) {
+        const std::uint64_t count = ORVCountPrimitives(*page, left + 1);
+        if (count > left) return kTooManyPrimitives;
+        left -= count;
+    }
 
     ORVPrintLinkTargets links(pages);
     const ORVUnicodeString& title =
@@ -483,7 +492,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         result != kDone)
         return result;
 
-    std::uint64_t budget = parameters_.GetDrawLimit();
+    std::uint64_t drawn = 0;
     unsigned int number = 0;
     int result = kDone;
     for (const ORVPrtImageElt* page : pages) {
@@ -495,8 +504,8 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         info.description = page->GetDescription();
         result = generator_->BeginPage(info);
         if (result != kDone) break;
-        result = PageDrawing(*generator_, *page, links, budget).Draw();
-        if (result != kDone && result != kTooManyPrimitives) break;
+        result = PageDrawing(*generator_, *page, links, drawn).Draw();
+        if (result != kDone && result != kLowMemory) break;
         const int ended = generator_->EndPage();
         if (result == kDone) result = ended;
         if (result != kDone) break;

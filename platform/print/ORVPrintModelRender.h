@@ -14,8 +14,10 @@ class ORV_PLATFORM_EXPORT ORVPrintModelRender {
 public:
     /// A page whose width or height is not positive, or not finite.
     static constexpr int kPageWithoutArea = -2;
-    /// More primitives than the parameters allow; the output was closed cleanly.
+    /// More primitives than the parameters allow. Nothing was drawn.
     static constexpr int kTooManyPrimitives = -3;
+    /// Memory ran short while drawing; the output was closed cleanly.
+    static constexpr int kLowMemory = -4;
 
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);

@@ -57,9 +57,7 @@ const ORVMetaClass& ORVPrintInputFileStream::MetaClass() {
 
 ORVPrintInputFileStream::ORVPrintInputFileStream(const ORVUnicodeString& path) : path_(path) {}
 
-ORVPrintInputFileStream::~ORVPrintInputFileStream() {
-    Close();
-}
+ORVPrintInputFileStream::~ORVPrintInputFileStream() { Close(); }
 
 int ORVPrintInputFileStream::Open(const char* mode) {
     Close();

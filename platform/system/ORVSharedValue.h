@@ -61,7 +61,8 @@ private:
         return value;
     }
     void Drop() {
-        if (payload_ && --payload_->references == 0) delete payload_;
+        Payload* dropped = std::exchange(payload_, nullptr);
+        if (dropped && --dropped->references == 0) delete dropped;
     }
 
     Payload* payload_ = nullptr;

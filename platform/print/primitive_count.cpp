@@ -1,0 +1,43 @@
+#include "platform/print/primitive_count.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+
+std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uint64_t limit) {
+    struct Frame {
+        const ORVPrtGraphicPrimitiveElt* container;
+        std::size_t next;
+        std::uint64_t count;
+    };
+    std::unordered_map<const ORVPrtGraphicPrimitiveElt*, std::uint64_t> shared;
+    const auto add = [limit](std::uint64_t a, std::uint64_t b) {
+        return a >= limit - std::min(b, limit) ? limit : a + b;
+    };
+
+    std::vector<Frame> open{{&root, 0, 0}};
+    for (;;) {
+        Frame& frame = open.back();
+        const ORVPrtChildList* children = frame.container->GetChildList();
+        if (children && frame.next < children->size()) {
+            const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
+            frame.count = add(frame.count, 1);
+            // A pattern in the tree draws nothing, and nothing below it.
+            if (!child->GetChildList() || child->GetKind() == ORVPrtKind::kPattern) continue;
+            const auto known = child->GetReferenceCount() > 1 ? shared.find(child) : shared.end();
+            if (known != shared.end()) {
+                frame.count = add(frame.count, known->second);
+            } else {
+                open.push_back({child, 0, 0});
+            }
+            continue;
+        }
+        const Frame done = frame;
+        open.pop_back();
+        if (open.empty()) return done.count;
+        if (done.container->GetReferenceCount() > 1) shared.emplace(done.container, done.count);
+        open.back().count = add(open.back().count, done.count);
+    }
+}
