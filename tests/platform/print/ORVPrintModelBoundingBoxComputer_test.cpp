@@ -200,11 +200,15 @@ TEST(BoundingBoxTest, DeepTreesCostNoStack) {
     ExpectBox(tree, 0.0, 1.0, 0.0, 1.0);
 }
 
-TEST(BoundingBoxTest, VisitsAreBounded) {
-    // Thirty levels of two references each are a thousand million primitives.
-    ORVRef<ORVPrtGraphicPrimitiveElt> tree = MakeRectangle(0.0, 0.0, 1.0, 1.0);
-    for (int i = 0; i < 30; ++i) tree = MakeContainer<ORVPrtGroupElt>({tree, tree});
-    ExpectNoBox(tree);
+TEST(BoundingBoxTest, VisitsAreBoundedOverTheLifeOfAComputer) {
+    const auto leaf = MakeRectangle(0.0, 0.0, 1.0, 1.0);
+    const auto group = MakeContainer<ORVPrtGroupElt>({leaf, leaf});
+    double xMin = 7.0, xMax = 7.0, yMin = 7.0, yMax = 7.0;
+    ORVPrintModelBoundingBoxComputer computer(4);
+    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 1);  // the group and its leaf, twice
+    EXPECT_EQ(xMax, 1.0);
+    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 0);
+    EXPECT_EQ(xMax, 0.0);
 }
 
 }  // namespace

@@ -1,0 +1,43 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "platform/xml/vocabulary.h"
+#include "plugin/style/property_table.h"
+
+namespace {
+
+std::string ReadSource(const std::string& path) {
+    std::ifstream stream(std::string(ORV_SOURCE_PATH) + "/" + path);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+bool Lists(const std::string& text, std::string_view name) {
+    return text.find("`" + std::string(name) + "`") != std::string::npos;
+}
+
+TEST(DocsTest, EveryPropertyIsListed) {
+    const std::string guide = ReadSource("docs/supported-svg.md");
+    for (const PropertyRow& row : GetProperties()) EXPECT_TRUE(Lists(guide, row.name)) << row.name;
+}
+
+TEST(DocsTest, EveryAttributeIsListed) {
+    const std::string guide = ReadSource("docs/supported-svg.md");
+    for (unsigned i = 0; i < static_cast<unsigned>(AttributeName::kCount); ++i) {
+        const std::string_view name = GetNameText(static_cast<AttributeName>(i));
+        EXPECT_TRUE(Lists(guide, name)) << name;
+    }
+}
+
+TEST(DocsTest, EveryElementIsListed) {
+    const std::string guide = ReadSource("docs/supported-svg.md");
+    for (auto element = ElementName::kA; element <= ElementName::kUse;
+         element = static_cast<ElementName>(static_cast<unsigned>(element) + 1))
+        EXPECT_TRUE(Lists(guide, GetNameText(element))) << GetNameText(element);
+}
+
+}  // namespace
