@@ -183,7 +183,7 @@ ORVMathAffine2D OwnMap(const ORVPrtGraphicPrimitiveElt& primitive) {
 bool HasNoBox(ORVPrtKind kind) { return kind == ORVPrtKind::kPattern || kind == ORVPrtKind::kOther; }
 
 /// Adds everything in the open frames to the box. @return false when the limit was reached
-bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visited) {
+bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft) {
     while (!open.empty()) {
         Frame& frame = open.back();
         if (frame.next == frame.children->size()) {
@@ -191,7 +191,8 @@ bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visited) {
             continue;
         }
         const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-        if (++visited > ORVPrintModelBoundingBoxComputer::kVisitLimit) return false;
+        if (visitsLeft == 0) return false;
+        --visitsLeft;
         if (HasNoBox(child.GetKind())) continue;
         const ORVMathAffine2D map = frame.map * OwnMap(child);
         if (const ORVPrtChildList* children = child.GetChildList())
@@ -210,7 +211,7 @@ int ORVPrintModelBoundingBoxComputer::Compute(const ORVPrtGraphicPrimitiveElt& p
     // A list of one: the primitive is walked as if it were a child.
     const ORVPrtChildList list{const_cast<ORVPrtGraphicPrimitiveElt*>(&primitive)};
     std::vector<Frame> open{{&list, 0, {}}};
-    const bool complete = Walk(open, box, visited_);
+    const bool complete = Walk(open, box, visitsLeft_);
     return Finish(box, complete, xMin, xMax, yMin, yMax);
 }
 
@@ -221,7 +222,7 @@ int ORVPrintModelBoundingBoxComputer::ComputeChildren(const ORVPrtGraphicPrimiti
     bool complete = true;
     if (const ORVPrtChildList* children = container.GetChildList()) {
         std::vector<Frame> open{{children, 0, {}}};
-        complete = Walk(open, box, visited_);
+        complete = Walk(open, box, visitsLeft_);
     }
     return Finish(box, complete, xMin, xMax, yMin, yMax);
 }

@@ -10,9 +10,13 @@
 /// that are not finite are left out. A pattern, a polyline without points and an empty container have none.
 class ORV_PLATFORM_EXPORT ORVPrintModelBoundingBoxComputer {
 public:
-    /// Primitives that one computer visits at most over its life, shared ones counted each time. Past it,
-    /// boxes are reported as absent.
+    /// Primitives that one computer visits when nothing else is said.
     static constexpr std::uint64_t kVisitLimit = 100'000'000;
+
+    /// @param visitLimit  primitives that the computer visits at most over its life, shared ones counted each
+    ///                    time. Past it, boxes are reported as absent
+    explicit ORVPrintModelBoundingBoxComputer(std::uint64_t visitLimit = kVisitLimit)
+        : visitsLeft_(visitLimit) {}
 
     /// Box of a primitive, its own transform included (a page has none).
     /// @return 1 when there is a box; 0 when there is none, with all four written as 0
@@ -27,5 +31,5 @@ private:
     int Finish(const ORVMathBox2D& box, bool complete, double& xMin, double& xMax, double& yMin,
                double& yMax) const;
 
-    std::uint64_t visited_ = 0;
+    std::uint64_t visitsLeft_;
 };

@@ -16,9 +16,10 @@ public:
     ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
     ~ORVSharedValue() { Drop(); }
     ORVSharedValue& operator=(const ORVSharedValue& other) {
-        if (other.payload_) ++other.payload_->references;
+        Payload* shared = other.payload_;  // which may be this handle's own
+        if (shared) ++shared->references;
         Drop();
-        payload_ = other.payload_;
+        payload_ = shared;
         return *this;
     }
     ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {
