@@ -1,0 +1,503 @@
+// Both interpreters as a host sees them: made by the factories, asked, and drawn.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/ORVPrintInputFileStream.h"
+#include "platform/print/ORVPrintInputMemoryStream.h"
+#include "platform/print/ORVPrintInputXMLElement.h"
+#include "platform/print/ORVPrintParameters.h"
+#include "platform/print/ORVPrintPropertiesManager.h"
+#include "platform/system/files.h"
+#include "plugin/interpreter/ORVPrintQVXMLInterpreter.h"
+#include "plugin/interpreter/ORVPrintSVGInterpreter.h"
+#include "plugin/interpreter/factories.h"
+#include "tests/platform/xml/tree_text.h"
+#include "tests/support/built_model.h"
+#include "tests/support/model_sketch.h"
+#include "tests/support/sample_images.h"
+#include "tests/support/sketch_case.h"
+
+namespace {
+
+using Interpreter = std::unique_ptr<ORVPrintInterpreter>;
+
+static_assert(!std::is_copy_constructible_v<ORVPrintSVGInterpreter> &&
+              !std::is_copy_assignable_v<ORVPrintSVGInterpreter>);
+static_assert(!std::is_copy_constructible_v<ORVPrintQVXMLInterpreter> &&
+              !std::is_copy_assignable_v<ORVPrintQVXMLInterpreter>);
+
+/// An input of a kind that no interpreter knows.
+class OtherInput final : public ORVPrintInput {
+public:
+    const ORVMetaClass& GetMetaClass() const override { return ORVPrintInput::MetaClass(); }
+
+private:
+    ~OtherInput() override = default;
+};
+
+/// Notes the titles of the pages that are drawn.
+class PageNoting final : public ORVPrintGenerator {
+public:
+    int BeginDocument(const ORVPrintDocumentInfo&) override { return 1; }
+    int BeginPage(const ORVPrintPageInfo& info) override {
+        pages.append(info.title);
+        return beginPageResult;
+    }
+    int BeginGroup(const ORVPrintGroup&) override { return 1; }
+    int EndGroup() override { return 1; }
+    int DrawShape(const ORVPrintShape&) override { return 1; }
+    int DrawText(const ORVPrintText&) override { return 1; }
+    int DrawImage(const ORVPrintImage&) override { return 1; }
+    int EndPage() override { return 1; }
+    int EndDocument() override { return 1; }
+
+    std::string pages;
+    int beginPageResult = 1;
+};
+
+/// Keeps the sketch of what is about to be drawn.
+class SketchingInspector final : public ORVPrintModelInspector {
+public:
+    void Inspect(const ORVPrtModel& model) override {
+        ++count;
+        sketch.clear();
+        for (const ORVPrtImageElt* page : *model.GetImages()) sketch += SketchOf(*page);
+    }
+    std::string sketch;
+    int count = 0;
+};
+
+constexpr const char* kThreePages =
+    "<doc><svg id='a' width='10' height='20'><title>A</title></svg><svg id='b' width='30' "
+    "height='40'><title>B</title></svg>"
+    "<svg id='c' width='50' height='60'><title>C</title></svg></doc>";
+
+Interpreter FromBytes(const std::string& document) {
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(document));
+    return Interpreter(fctCreateORVPrintSVGInterpreter(stream.get()));
+}
+
+// What an interpreter answers before and after it was asked: outputs keep -7 where nothing is written.
+struct Answers {
+    explicit Answers(ORVPrintInterpreter& interpreter) {
+        countResult = interpreter.GetPageCount(count);
+        sizeResult = interpreter.GetSize(width, height);
+        titleResult = interpreter.GetTitle(title);
+    }
+    unsigned int count = 77;
+    float width = -7.0F, height = -7.0F;
+    ORVUnicodeString title = "old";
+    int countResult, sizeResult, titleResult;
+};
+
+void ExpectNoDocument(ORVPrintInterpreter& interpreter) {
+    const Answers answers(interpreter);
+    EXPECT_EQ(answers.countResult, 0);
+    EXPECT_EQ(answers.sizeResult, 0);
+    EXPECT_EQ(answers.titleResult, 0);
+    EXPECT_EQ(answers.count, 77U);
+    EXPECT_EQ(answers.width, -7.0F);
+    EXPECT_EQ(answers.height, -7.0F);
+    EXPECT_EQ(answers.title.GetView(), "old");
+    PageNoting generator;
+    EXPECT_EQ(interpreter.Print(&generator, ORVPrintParameters()), 0);
+    EXPECT_TRUE(generator.pages.empty());
+}
+
+TEST(FactoriesTest, MakeInterpretersOfTheirOwn) {
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream("<svg/>"));
+    const Interpreter svg(fctCreateORVPrintSVGInterpreter(stream.get()));
+    EXPECT_NE(dynamic_cast<ORVPrintSVGInterpreter*>(svg.get()), nullptr);
+    EXPECT_EQ(svg->GetIdentifier(), ORVString("SVG"));
+    const LightResult light = ParseLight("<svg/>");
+    const ORVRef<ORVPrintInputXMLElement> element(new ORVPrintInputXMLElement(&light.root));
+    const Interpreter qvxml(fctCreateORVPrintQVXMLInterpreter(element.get()));
+    EXPECT_NE(dynamic_cast<ORVPrintQVXMLInterpreter*>(qvxml.get()), nullptr);
+    EXPECT_EQ(qvxml->GetIdentifier(), ORVString("QVXML"));
+    EXPECT_EQ(TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG(), 1);
+}
+
+TEST(InterpretersTest, NullInputLeavesThemWithoutDocument) {
+    ExpectNoDocument(*Interpreter(fctCreateORVPrintSVGInterpreter(nullptr)));
+    ExpectNoDocument(*Interpreter(fctCreateORVPrintQVXMLInterpreter(nullptr)));
+}
+
+TEST(InterpretersTest, OtherInputLeavesThemWithoutDocument) {
+    const ORVRef<OtherInput> input(new OtherInput);
+    ExpectNoDocument(*Interpreter(fctCreateORVPrintSVGInterpreter(input.get())));
+}
+
+TEST(InterpretersTest, EmptyElementInputLeavesThemWithoutDocument) {
+    const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(ORVIDOMElement_var()));
+    ExpectNoDocument(*Interpreter(fctCreateORVPrintSVGInterpreter(input.get())));
+    ExpectNoDocument(*Interpreter(fctCreateORVPrintQVXMLInterpreter(input.get())));
+}
+
+TEST(InterpretersTest, CurrentPathNeedsADocument) {
+    ORVPrintSVGInterpreter svg(nullptr);
+    ORVPrintQVXMLInterpreter qvxml(nullptr);
+    EXPECT_EQ(svg.SetCurrentPath("/a"), 0);
+    EXPECT_EQ(qvxml.SetCurrentPath("/a"), 0);
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream("<svg/>"));
+    EXPECT_EQ(ORVPrintSVGInterpreter(stream.get()).SetCurrentPath("/a"), 1);
+}
+
+TEST(InterpretersTest, StreamIsReadByTheConstructor) {
+    Interpreter interpreter;
+    {
+        const ORVRef<ORVPrintInputMemoryStream> stream(
+            new ORVPrintInputMemoryStream("<svg width='5' height='6'/>"));
+        interpreter.reset(fctCreateORVPrintSVGInterpreter(stream.get()));
+    }
+    const Answers answers(*interpreter);
+    EXPECT_EQ(answers.countResult, 1);
+    EXPECT_EQ(answers.count, 1U);
+    EXPECT_EQ(answers.width, 5.0F);
+    EXPECT_EQ(answers.height, 6.0F);
+}
+
+TEST(InterpretersTest, BackEndIsChosenByTheConstructor) {
+    // Not well formed: only the light back-end gives a page.
+    Interpreter light, dom;
+    {
+        const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", "");
+        light = FromBytes("<svg>");
+    }
+    {
+        const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", nullptr);
+        dom = FromBytes("<svg>");
+    }
+    EXPECT_EQ(Answers(*light).count, 1U);
+    EXPECT_EQ(Answers(*dom).count, 0U);
+}
+
+// --- Pages
+// ----------------------------------------------------------------------------------------------------
+
+struct SelectionCase {
+    const char* name;
+    unsigned int currentPage;
+    unsigned char allPages;
+    const char* title;  // of the selected page
+    int result;         // of drawing
+    const char* drawn;  // titles of the pages, in order
+};
+
+class PageSelectionTest : public testing::TestWithParam<SelectionCase> {};
+
+TEST_P(PageSelectionTest, DecidesWhatIsAskedAndDrawn) {
+    const Interpreter interpreter = FromBytes(kThreePages);
+    interpreter->SetCurrentPage(GetParam().currentPage);
+    interpreter->SetAllPages(GetParam().allPages);
+    const Answers answers(*interpreter);
+    EXPECT_EQ(answers.count, 3U);
+    EXPECT_EQ(answers.title.GetView(), GetParam().title);
+    EXPECT_EQ(answers.width, static_cast<float>(10 + 20 * (GetParam().title[0] - 'A')));
+    EXPECT_EQ(answers.height, answers.width + 10.0F);
+    EXPECT_EQ(answers.countResult + answers.sizeResult + answers.titleResult, 3);
+    PageNoting generator;
+    EXPECT_EQ(interpreter->Print(&generator, ORVPrintParameters()), GetParam().result);
+    EXPECT_EQ(generator.pages, GetParam().drawn);
+}
+
+INSTANTIATE_TEST_SUITE_P(Selections, PageSelectionTest,
+                         testing::Values(SelectionCase{"None", 0, 0, "A", 1, "ABC"},
+                                         SelectionCase{"First", 1, 0, "A", 1, "A"},
+                                         SelectionCase{"Last", 3, 0, "C", 1, "C"},
+                                         SelectionCase{"BeyondTheLast", 4, 0, "A", 0, ""},
+                                         SelectionCase{"FarBeyond", 0xFFFFFFFFU, 0, "A", 0, ""},
+                                         SelectionCase{"All", 0, 1, "A", 1, "ABC"},
+                                         SelectionCase{"AllAndOne", 2, 1, "A", 1, "ABC"},
+                                         SelectionCase{"AllAndBeyond", 9, 1, "A", 1, "ABC"},
+                                         SelectionCase{"OnlyOneMeansAll", 2, 2, "B", 1, "B"}),
+                         kNameOfRow);
+
+TEST(InterpretersTest, SelectionMayChangeAtAnyTime) {
+    const Interpreter interpreter = FromBytes(kThreePages);
+    ORVUnicodeString title;
+    for (const char* expected : {"A", "B", "C"}) {
+        interpreter->SetCurrentPage(static_cast<unsigned int>(expected[0] - 'A' + 1));
+        EXPECT_EQ(interpreter->GetTitle(title), 1);
+        EXPECT_EQ(title.GetView(), expected);
+    }
+}
+
+TEST(InterpretersTest, ModelWithoutPages) {
+    const Interpreter interpreter = FromBytes("<doc/>");
+    const Answers answers(*interpreter);
+    EXPECT_EQ(answers.countResult, 1);
+    EXPECT_EQ(answers.sizeResult, 1);
+    EXPECT_EQ(answers.titleResult, 1);
+    EXPECT_EQ(answers.count, 0U);
+    EXPECT_EQ(answers.width, -7.0F);
+    EXPECT_EQ(answers.title.GetView(), "old");
+    interpreter->SetCurrentPage(1);
+    PageNoting generator;
+    EXPECT_EQ(interpreter->Print(&generator, ORVPrintParameters()), 0);
+}
+
+TEST(InterpretersTest, DrawingGivesTheFailureOfTheGenerator) {
+    const Interpreter interpreter = FromBytes(kThreePages);
+    PageNoting generator;
+    generator.beginPageResult = -9;
+    EXPECT_EQ(interpreter->Print(&generator, ORVPrintParameters()), -9);
+    EXPECT_EQ(generator.pages, "A");
+}
+
+// --- Building once
+// ----------------------------------------------------------------------------------------------
+
+enum Query { kCount, kSize, kTitle, kDecode };
+
+int Ask(ORVPrintInterpreter& interpreter, Query query) {
+    unsigned int count = 0;
+    float width = 0.0F, height = 0.0F;
+    ORVUnicodeString title;
+    PageNoting generator;
+    switch (query) {
+        case kCount: return interpreter.GetPageCount(count);
+        case kSize: return interpreter.GetSize(width, height);
+        case kTitle: return interpreter.GetTitle(title);
+        case kDecode: return interpreter.Print(&generator, ORVPrintParameters());
+    }
+    return -99;
+}
+
+class LazyBuildTest : public testing::TestWithParam<Query> {
+protected:
+    LazyBuildTest() {
+        probes = 0;
+        ORVPrintPropertiesManager::SetMemoryProbe([] {
+            ++probes;
+            return 0.0;
+        });
+    }
+    ~LazyBuildTest() override { ORVPrintPropertiesManager::SetMemoryProbe(nullptr); }
+
+    // A build looks at the memory once for the document below.
+    static inline int probes = 0;
+    static constexpr const char* kTwoChildren = "<svg width='5' height='6'><rect/><rect/></svg>";
+};
+INSTANTIATE_TEST_SUITE_P(Queries, LazyBuildTest, testing::Values(kCount, kSize, kTitle, kDecode));
+
+TEST_P(LazyBuildTest, FirstQueryBuildsAndNoOtherDoes) {
+    const Interpreter interpreter = FromBytes(kTwoChildren);
+    EXPECT_EQ(probes, 0) << "the constructor builds nothing";
+    EXPECT_EQ(Ask(*interpreter, GetParam()), 1);
+    EXPECT_EQ(probes, 1);
+    for (const Query query : {kCount, kSize, kTitle}) EXPECT_EQ(Ask(*interpreter, query), 1);
+    EXPECT_EQ(probes, 1);
+}
+
+TEST_P(LazyBuildTest, FailedBuildIsReportedOnceAndNotTriedAgain) {
+    const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", nullptr);
+    const Interpreter interpreter = FromBytes("<svg");
+    EXPECT_EQ(Ask(*interpreter, GetParam()), -1);
+    for (const Query query : {kCount, kSize, kTitle}) EXPECT_EQ(Ask(*interpreter, query), 1) << query;
+    EXPECT_EQ(Ask(*interpreter, kDecode), 0) << "there is no page to draw";
+}
+
+TEST_P(LazyBuildTest, FailureLeavesTheOutputsOfPages) {
+    const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", nullptr);
+    const Interpreter interpreter = FromBytes("");
+    const Answers answers(*interpreter);
+    EXPECT_EQ(answers.countResult, -1);
+    EXPECT_EQ(answers.count, 0U);
+    EXPECT_EQ(answers.width, -7.0F);
+    EXPECT_EQ(answers.title.GetView(), "old");
+}
+
+TEST(LazyBuildOfNothingTest, EmptyStreamFailsWithBothBackEnds) {
+    for (const char* value : {static_cast<const char*>(nullptr), ""}) {
+        const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", value);
+        EXPECT_EQ(Ask(*FromBytes(""), kCount), -1);
+        EXPECT_EQ(Ask(*FromBytes(""), kDecode), -1);
+    }
+}
+
+TEST(LazyBuildOfNothingTest, FailedBuildIsNotDrawn) {
+    const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", nullptr);
+    const Interpreter interpreter = FromBytes("<svg");
+    SketchingInspector inspector;
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&inspector);
+    PageNoting generator;
+    EXPECT_EQ(interpreter->Print(&generator, parameters), -1);
+    EXPECT_EQ(inspector.count, 0);
+}
+
+// --- Inputs
+// -----------------------------------------------------------------------------------------------------
+
+// The sketch of the model that an interpreter is about to draw.
+std::string SketchOf(ORVPrintInterpreter& interpreter) {
+    SketchingInspector inspector;
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&inspector);
+    PageNoting generator;
+    interpreter.Print(&generator, parameters);
+    return inspector.sketch;
+}
+
+TEST(ElementInputTest, LightElementWins) {
+    const LightResult light = ParseLight("<svg id='light'/>");
+    const DomResult dom = ParseDom("<svg id='dom'/>");
+    const ORVRef<ORVPrintInputXMLElement> both(new ORVPrintInputXMLElement(&light.root, dom.root)),
+        domOnly(new ORVPrintInputXMLElement(dom.root));
+    EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(both.get()))), "page#light{}");
+    EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintQVXMLInterpreter(both.get()))), "page#light{}");
+    EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(domOnly.get()))), "page#dom{}");
+    EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintQVXMLInterpreter(domOnly.get()))), "page#dom{}");
+}
+
+// A line's y shows which page height the drawing was mirrored against.
+constexpr const char* kDrawing = "<svg id='p' width='200' height='100'><line x2='1' y2='2'/></svg>";
+
+TEST(ElementInputTest, QvxmlReadsAFragment) {
+    const LightResult light = ParseLight(kDrawing);
+    const DomResult dom = ParseDom(kDrawing);
+    const ORVRef<ORVPrintInputXMLElement> lightInput(new ORVPrintInputXMLElement(&light.root)),
+        domInput(new ORVPrintInputXMLElement(dom.root));
+    for (ORVPrintInputXMLElement* input : {lightInput.get(), domInput.get()}) {
+        EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(input))), "page#p{line(0,100 1,98)}");
+        EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintQVXMLInterpreter(input))), "page#p{line(0,0 1,-2)}");
+    }
+}
+
+/// A light element whose tree can be taken away.
+class ChangeableElement final : public ORVLightXmlElementItf {
+public:
+    explicit ChangeableElement(ORVLightXmlElement element) : element_(std::move(element)) {}
+    const ORVXmlNode* GetNode() const override { return element_.GetNode(); }
+    ORVRef<const ORVXmlTree> GetTree() const override { return element_.GetTree(); }
+    void Change(ORVLightXmlElement element) { element_ = std::move(element); }
+
+private:
+    ORVLightXmlElement element_;
+};
+
+TEST(ElementInputTest, QvxmlCopiesALightElementAndSvgDoesNot) {
+    ChangeableElement element(ParseLight("<svg id='old'/>").root);
+    const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(&element));
+    const Interpreter svg(fctCreateORVPrintSVGInterpreter(input.get()));
+    const Interpreter qvxml(fctCreateORVPrintQVXMLInterpreter(input.get()));
+    element.Change(ParseLight("<svg id='new'/>").root);
+    EXPECT_EQ(SketchOf(*svg), "page#new{}");
+    EXPECT_EQ(SketchOf(*qvxml), "page#old{}");
+}
+
+TEST(ElementInputTest, DomElementIsKeptAlive) {
+    Interpreter svg, qvxml;
+    {
+        const DomResult dom = ParseDom("<svg id='d'/>");
+        const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(dom.root));
+        svg.reset(fctCreateORVPrintSVGInterpreter(input.get()));
+        qvxml.reset(fctCreateORVPrintQVXMLInterpreter(input.get()));
+    }
+    EXPECT_EQ(SketchOf(*svg), "page#d{}");
+    EXPECT_EQ(SketchOf(*qvxml), "page#d{}");
+}
+
+TEST(ElementInputTest, EnvironmentHasNoEffect) {
+    for (const char* value : {static_cast<const char*>(nullptr), ""}) {
+        const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", value);
+        const DomResult dom = ParseDom("<svg id='d'/>");
+        const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(dom.root));
+        EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(input.get()))), "page#d{}");
+    }
+}
+
+/// A folder with a picture beside a drawing that refers to it.
+class CurrentPathTest : public testing::Test {
+protected:
+    CurrentPathTest() : folder_(std::filesystem::path(testing::TempDir()) / "orv_interpreters_test") {
+        std::filesystem::create_directories(folder_);
+        std::ofstream(folder_ / "picture.png", std::ios::binary) << SamplePng(3, 2);
+        std::ofstream(folder_ / "drawing.svg") << kDocument;
+        policy_.AllowFolder(folder_.string());
+        ORVFileAccessPolicy::SetCurrent(&policy_);
+    }
+    ~CurrentPathTest() override {
+        ORVFileAccessPolicy::SetCurrent(nullptr);
+        std::filesystem::remove_all(folder_);
+    }
+
+    static constexpr const char* kDocument =
+        "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><image xlink:href='picture.png'/></svg>";
+    static constexpr const char* kLoaded = "page{image(0,0 0x0 px3x2)}";
+    static constexpr const char* kNotLoaded = "page{image(0,0 0x0)}";
+    std::filesystem::path folder_;
+    ORVFolderAccessPolicy policy_;
+};
+
+TEST_F(CurrentPathTest, OfAFileStreamIsItsPath) {
+    const ORVRef<ORVPrintInputFileStream> stream(
+        new ORVPrintInputFileStream((folder_ / "drawing.svg").string()));
+    EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(stream.get()))), kLoaded);
+}
+
+TEST_F(CurrentPathTest, OfAnotherStreamIsEmpty) { EXPECT_EQ(SketchOf(*FromBytes(kDocument)), kNotLoaded); }
+
+TEST_F(CurrentPathTest, MayBeSet) {
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(kDocument));
+    ORVPrintSVGInterpreter svg(stream.get());
+    EXPECT_EQ(svg.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(SketchOf(svg), kLoaded);
+
+    const LightResult light = ParseLight(kDocument);
+    const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(&light.root));
+    ORVPrintQVXMLInterpreter qvxml(input.get());
+    EXPECT_EQ(qvxml.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(SketchOf(qvxml), kLoaded);
+}
+
+TEST_F(CurrentPathTest, SetAfterTheBuildComesTooLate) {
+    const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(kDocument));
+    ORVPrintSVGInterpreter svg(stream.get());
+    Ask(svg, kCount);
+    EXPECT_EQ(svg.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(SketchOf(svg), kNotLoaded);
+}
+
+TEST_F(CurrentPathTest, FileThatCannotBeReadFails) {
+    const ORVRef<ORVPrintInputFileStream> stream(
+        new ORVPrintInputFileStream((folder_ / "missing.svg").string()));
+    const Interpreter interpreter(fctCreateORVPrintSVGInterpreter(stream.get()));
+    EXPECT_EQ(Ask(*interpreter, kCount), -1);
+}
+
+// --- Base
+// -------------------------------------------------------------------------------------------------------
+
+TEST(InterpretersTest, BoundsAreThoseOfTheSelectedPage) {
+    const Interpreter interpreter = FromBytes(kThreePages);
+    interpreter->SetCurrentPage(2);
+    float xMin = -7.0F, yMin = -7.0F, xMax = -7.0F, yMax = -7.0F;
+    interpreter->GetBounds(xMin, yMin, xMax, yMax);
+    EXPECT_EQ(xMin, 0.0F);
+    EXPECT_EQ(yMin, 0.0F);
+    EXPECT_EQ(xMax, 30.0F);
+    EXPECT_EQ(yMax, 40.0F);
+}
+
+TEST(InterpretersTest, InfosAreTheReportsOfTheBuild) {
+    ORVPrintPropertiesManager::ClearInfos();
+    ORVPrintPropertiesManager::SetMemoryProbe([] { return 1.0; });
+    const Interpreter interpreter = FromBytes("<doc><svg/><svg/><svg/></doc>");
+    Ask(*interpreter, kCount);
+    ORVPrintPropertiesManager::SetMemoryProbe(nullptr);
+    ORVListValORVUnicodeString infos;
+    EXPECT_EQ(interpreter->GetInfos(infos), 1);
+    ASSERT_EQ(infos.size(), 1U);
+    EXPECT_EQ(infos[0].GetView(), "ORVPrintCGM2Interpreter: Low Memory Error");
+    ORVPrintPropertiesManager::ClearInfos();
+}
+
+}  // namespace
