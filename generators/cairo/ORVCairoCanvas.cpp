@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <string>
 #include <vector>
 
 #include "generators/common/generator_status.h"
+#include "generators/common/glyph_outlines.h"
 #include "generators/common/path_range.h"
-#include "platform/system/ORVUnicodeString.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
@@ -18,8 +17,7 @@ namespace {
 constexpr double kDeviceLimit = 4'000'000.0;
 // Maps that enlarge or reduce areas beyond this show nothing; cairo would refuse them for good.
 constexpr double kAreaLimit = 1e60;
-// Larger glyphs (device units an em) are drawn as outlines, for the font library has no such sizes; smaller
-// ones cannot be seen.
+// The font library has no larger pictures of glyphs (device units an em); smaller glyphs cannot be seen.
 constexpr double kLargestGlyph = 4000.0;
 constexpr double kSmallestGlyph = 1e-5;
 // Dashes of a shorter period (device units) look like a solid line, and some formats would round them to
@@ -77,83 +75,6 @@ cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
     return CAIRO_LINE_JOIN_MITER;
 }
 
-/// Collects glyph outlines, moved to their places, in text space.
-class OutlineCollector final : public ORVGlyphOutlineSink {
-public:
-    OutlineCollector(ORVPrintPath& path, double expansion) : path_(path), expansion_(expansion) {}
-
-    void SetOrigin(double x, double y) { originX_ = x, originY_ = y; }
-
-    void MoveTo(double x, double y) override { path_.MoveTo(current_ = Place(x, y)); }
-    void LineTo(double x, double y) override { path_.LineTo(current_ = Place(x, y)); }
-    void QuadTo(double controlX, double controlY, double x, double y) override {
-        const ORVMathPoint2D control = Place(controlX, controlY), end = Place(x, y);
-        path_.CubicTo(TwoThirds(current_, control), TwoThirds(end, control), end);
-        current_ = end;
-    }
-    void CubicTo(double control1X, double control1Y, double control2X, double control2Y, double x,
-                 double y) override {
-        path_.CubicTo(Place(control1X, control1Y), Place(control2X, control2Y), Place(x, y));
-        current_ = Place(x, y);
-    }
-    void Close() override { path_.Close(); }
-
-private:
-    ORVMathPoint2D Place(double x, double y) const { return {originX_ + x * expansion_, originY_ + y}; }
-    static ORVMathPoint2D TwoThirds(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
-        return {from.x + (to.x - from.x) * 2.0 / 3.0, from.y + (to.y - from.y) * 2.0 / 3.0};
-    }
-
-    ORVPrintPath& path_;
-    const double expansion_;
-    double originX_ = 0.0, originY_ = 0.0;
-    ORVMathPoint2D current_;
-};
-
-/// True for well-formed UTF-8 without the code points that Unicode keeps from texts for good, which cairo
-/// refuses: U+FDD0 to U+FDEF, and the last two of every plane.
-bool IsTextForCairo(std::string_view text) {
-    if (!ORVIsWellFormedUTF8(text)) return false;
-    for (std::size_t i = 0; i + 2 < text.size(); ++i) {
-        const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-        if (byte(i) == 0xEF && byte(i + 1) == 0xB7 && byte(i + 2) >= 0x90 && byte(i + 2) <= 0xAF)
-            return false;
-        if (byte(i) == 0xEF && byte(i + 1) == 0xBF && byte(i + 2) >= 0xBE) return false;
-        const bool isLong = byte(i) >= 0xF0 && i + 3 < text.size();
-        if (isLong && (byte(i + 1) & 0x0FU) == 0x0F && byte(i + 2) == 0xBF && byte(i + 3) >= 0xBE)
-            return false;
-    }
-    return true;
-}
-
-/// The text of a run and which glyphs stand for which of its bytes, in the order that cairo asks for: the
-/// text's own. In right-to-left runs that is from the last glyph to the first.
-struct ClusteredText {
-    std::string text;
-    std::vector<cairo_text_cluster_t> clusters;
-
-    ClusteredText(std::string_view line, const ORVGlyphRun& run) {
-        struct Group {
-            std::string_view bytes;
-            int glyphs;
-        };
-        std::vector<Group> groups;
-        for (const ORVGlyph& glyph : run.glyphs) {
-            if (glyph.textLength > 0 || groups.empty())
-                groups.push_back(
-                    {line.substr(std::min<std::size_t>(glyph.textOffset, line.size()), glyph.textLength), 1});
-            else
-                ++groups.back().glyphs;
-        }
-        if (run.rightToLeft) std::reverse(groups.begin(), groups.end());
-        for (const Group& group : groups) {
-            const std::string_view bytes = IsTextForCairo(group.bytes) ? group.bytes : "\xEF\xBF\xBD";
-            text += bytes;
-            clusters.push_back({static_cast<int>(bytes.size()), group.glyphs});
-        }
-    }
-};
-
 }  // namespace
 
 void ORVCairoCanvas::SetTarget(cairo_t* context, double scale) {
@@ -197,7 +118,7 @@ void ORVCairoCanvas::AddPath(const ORVPrintPath& path) {
 
 void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
     const ORVPrintColour& colour = fill.colour;
-    cairo_surface_t* tile = fill.pattern ? images_.FindPixels(*fill.pattern) : nullptr;
+    cairo_surface_t* tile = fill.pattern ? images_.Find(*fill.pattern) : nullptr;
     ORVMathAffine2D fromPage;
     if (!tile || !InvertMap(fill.patternToPage * PixelsOf(*tile, *fill.pattern), fromPage)) {
         cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
@@ -264,7 +185,9 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     return Status();
 }
 
-void ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, cairo_font_face_t* face) {
+void ORVCairoCanvas::ShowGlyphs(const ORVGlyphRun& run) {
+    cairo_font_face_t* face = fonts_.Find(*run.face);
+    if (!face) return;
     cairo_set_font_face(cr_, face);
     // Text space has its y axis pointing up; cairo's glyphs expect one that points down.
     const cairo_matrix_t fontMatrix{run.size * run.expansion, 0.0, 0.0, -run.size, 0.0, 0.0};
@@ -272,24 +195,11 @@ void ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run
     std::vector<cairo_glyph_t> glyphs;
     glyphs.reserve(run.glyphs.size());
     for (const ORVGlyph& glyph : run.glyphs) glyphs.push_back({glyph.index, glyph.x, glyph.y});
-    if (medium_ == Medium::kRaster) {
-        cairo_show_glyphs(cr_, glyphs.data(), static_cast<int>(glyphs.size()));
-        return;
-    }
-    const ClusteredText clustered(text.text, run);
-    cairo_show_text_glyphs(cr_, clustered.text.data(), static_cast<int>(clustered.text.size()), glyphs.data(),
-                           static_cast<int>(glyphs.size()), clustered.clusters.data(),
-                           static_cast<int>(clustered.clusters.size()),
-                           run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : cairo_text_cluster_flags_t{});
+    cairo_show_glyphs(cr_, glyphs.data(), static_cast<int>(glyphs.size()));
 }
 
 bool ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run) {
-    outlines_.Clear();
-    OutlineCollector collector(outlines_, run.expansion);
-    for (const ORVGlyph& glyph : run.glyphs) {
-        collector.SetOrigin(glyph.x, glyph.y);
-        run.face->DrawGlyph(glyph.index, run.size, collector);
-    }
+    ORVCollectOutlines(run, outlines_);
     cairo_new_path(cr_);
     AddPath(FitPathToRange(outlines_, ToDevice(text.toPage), kDeviceLimit, PathUse::kStroke, fitted_));
     return !outlines_.IsEmpty();
@@ -305,15 +215,13 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         if (asOne) fill.colour.opacity = 255;
         SetFillSource(fill);
         cairo_set_matrix(cr_, &matrix);
-        const bool isLarge =
-            run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) > kLargestGlyph;
-        cairo_font_face_t* face = fonts_.Find(*run.face);
-        // Among pixels cairo moves glyphs to whole ones, which shows in the spacing; outlines stay in place.
-        if ((medium_ == Medium::kRaster || isLarge || !face) && AddOutlines(text, run)) {
+        // As glyphs they would be moved to whole pixels, which shows in the spacing; outlines stay in place.
+        if (AddOutlines(text, run)) {
             cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
             cairo_fill(cr_);
-        } else if (face && !isLarge) {
-            ShowGlyphs(text, run, face);
+        } else if (run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) <
+                   kLargestGlyph) {
+            ShowGlyphs(run);
         }
         if (run.syntheticBold) {
             AddOutlines(text, run);
@@ -368,8 +276,7 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
         const ORVMathPoint2D p = boxToDevice(corner);
         if (!(std::fabs(p.x) < kDeviceLimit) || !(std::fabs(p.y) < kDeviceLimit)) return kGeneratorDone;
     }
-    cairo_surface_t* surface =
-        medium_ == Medium::kVector ? images_.FindEmbeddable(image.image) : images_.FindPixels(image.image);
+    cairo_surface_t* surface = images_.Find(image.image);
     if (!surface) return kDrawingFailed;
 
     const StateGuard guard(cr_);
@@ -380,14 +287,10 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
                                 toDevice.m22, toDevice.dx,  toDevice.dy};
     cairo_set_matrix(cr_, &matrix);
     cairo_set_source_surface(cr_, surface, 0.0, 0.0);
-    if (medium_ == Medium::kRaster) {
-        // Beyond its edges the image goes on, so that enlarging does not fade them; the box cuts it off.
-        cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_PAD);
-        cairo_new_path(cr_);
-        cairo_rectangle(cr_, 0.0, 0.0, width, height);
-        cairo_fill(cr_);
-    } else {
-        cairo_paint(cr_);
-    }
+    // Beyond its edges the image goes on, so that enlarging does not fade them; the box cuts it off.
+    cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_PAD);
+    cairo_new_path(cr_);
+    cairo_rectangle(cr_, 0.0, 0.0, width, height);
+    cairo_fill(cr_);
     return Status();
 }

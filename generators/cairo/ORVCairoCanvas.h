@@ -9,17 +9,10 @@
 
 struct ORVGlyphRun;
 
-/// Draws shapes, texts and images with cairo, for all formats that cairo writes. Holds what is used again
-/// from page to page: fonts and converted images.
+/// Draws shapes, texts and images into pixels with cairo, for all formats made of pixels. Holds what is used
+/// again from page to page: fonts and converted images.
 class ORVCairoCanvas {
 public:
-    /// What the pages are made of.
-    enum class Medium {
-        kVector,  ///< text stays text, JPEG files are embedded as they are
-        kRaster,  ///< pixels: images are continued at their edges, so that these stay sharp
-    };
-    explicit ORVCairoCanvas(Medium medium) : medium_(medium) {}
-
     /// Draws on `context` from now on; null for nothing. It must stay until the next call.
     /// @param scale  device units in one user unit
     void SetTarget(cairo_t* context, double scale);
@@ -42,11 +35,11 @@ private:
     /// Fills the current path.
     void Fill(const ORVPrintFill& fill);
     void DrawRun(const ORVPrintText& text, const ORVGlyphRun& run);
-    void ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, cairo_font_face_t* face);
+    /// Draws glyphs that are pictures themselves.
+    void ShowGlyphs(const ORVGlyphRun& run);
     /// Makes the run's outlines the current path. @return false when its glyphs have none
     bool AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
 
-    const Medium medium_;
     cairo_t* cr_ = nullptr;
     double scale_ = 1.0;
     CairoFontCache fonts_;

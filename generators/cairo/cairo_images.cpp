@@ -45,55 +45,24 @@ CairoSurface CreateSurface(const ORVPixelImage& image) {
     return surface;
 }
 
-void ReleaseImage(void* image) { static_cast<const ORVPixelImage*>(image)->Release(); }
-
 }  // namespace
 
-cairo_surface_t* CairoImageCache::Keep(Entries& entries, const ORVPixelImage& image, CairoSurface surface,
-                                       std::size_t bytes) {
-    if (bytes_ + bytes > kCacheLimit) {
-        pixels_.clear();
-        files_.clear();
-        bytes_ = 0;
-    }
-    bytes_ += bytes;
-    Entry& entry = entries[&image];
-    entry = {ORVRef<const ORVPixelImage>::Share(&image), std::move(surface)};
-    return entry.surface.get();
-}
-
-cairo_surface_t* CairoImageCache::FindPixels(const ORVPixelImage& image) {
-    if (const auto found = pixels_.find(&image); found != pixels_.end()) return found->second.surface.get();
+cairo_surface_t* CairoImageCache::Find(const ORVPixelImage& image) {
+    if (const auto found = entries_.find(&image); found != entries_.end()) return found->second.surface.get();
     CairoSurface surface = CreateSurface(image);
-    if (!surface) return nullptr;
-    const std::span<const std::uint8_t> rgba = image.GetPixels();
+    const std::span<const std::uint8_t> rgba = surface ? image.GetPixels() : std::span<const std::uint8_t>();
     if (rgba.empty()) return nullptr;
     ConvertPixels(image, rgba, surface.get());
     image.ReleasePixels();
+
     const std::size_t bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get())) *
                               static_cast<std::size_t>(cairo_image_surface_get_height(surface.get()));
-    return Keep(pixels_, image, std::move(surface), bytes);
-}
-
-cairo_surface_t* CairoImageCache::FindEmbeddable(const ORVPixelImage& image) {
-    const ORVJpegSource* jpeg = image.GetJpegSource();
-    // Colours of these two mean the same everywhere; others depend on the reader, so their pixels are taken.
-    const bool isPlain = jpeg && Step(image.GetWidth()) == 1 && Step(image.GetHeight()) == 1 &&
-                         (jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey ||
-                          jpeg->colourSpace == ORVJpegSource::ColourSpace::kYCbCr);
-    if (!isPlain) return FindPixels(image);
-    if (const auto found = files_.find(&image); found != files_.end()) return found->second.surface.get();
-
-    // The pixels of this surface are never touched, so the system gives them no memory.
-    CairoSurface surface = CreateSurface(image);
-    if (!surface) return nullptr;
-    image.AddRef();
-    const cairo_status_t status =
-        cairo_surface_set_mime_data(surface.get(), CAIRO_MIME_TYPE_JPEG, jpeg->bytes.data(),
-                                    jpeg->bytes.size(), ReleaseImage, const_cast<ORVPixelImage*>(&image));
-    if (status != CAIRO_STATUS_SUCCESS) {
-        image.Release();
-        return FindPixels(image);
+    if (bytes_ + bytes > kCacheLimit) {
+        entries_.clear();
+        bytes_ = 0;
     }
-    return Keep(files_, image, std::move(surface), jpeg->bytes.size());
+    bytes_ += bytes;
+    Entry& entry = entries_[&image];
+    entry = {ORVRef<const ORVPixelImage>::Share(&image), std::move(surface)};
+    return entry.surface.get();
 }

@@ -1,14 +1,16 @@
 #include "generators/pdf/ORVPdfGenerator.h"
 
-#include <cairo-pdf.h>
-
+#include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
-#include "generators/cairo/ORVCairoCanvas.h"
-#include "generators/cairo/cairo_handles.h"
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "generators/pdf/pdf_file.h"
+#include "generators/pdf/pdf_fonts.h"
+#include "generators/pdf/pdf_images.h"
+#include "generators/pdf/pdf_page.h"
 
 namespace {
 
@@ -16,16 +18,15 @@ constexpr double kPointsPerUserUnit = 72.0 / 90.0;
 // The format's own limit for page sides is 14,400 units of one point.
 constexpr double kLargestSide = 14'400.0;
 
-constexpr const char* kLinkParentTag = "Sect";
-
-/// Percent-encodes everything but the characters for which `keep` is true.
-template <class Keep>
-std::string Encode(std::string_view text, Keep keep) {
+/// An address in the characters that addresses have, for a string in round brackets. What is encoded already
+/// stays.
+std::string EncodeAddress(std::string_view address) {
     constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr std::string_view kEncoded = "\"'<>()\\";
     std::string result;
-    for (const char c : text) {
+    for (const char c : address) {
         const auto byte = static_cast<unsigned char>(c);
-        if (keep(byte)) {
+        if (byte > 0x20 && byte < 0x7F && kEncoded.find(c) == kEncoded.npos) {
             result += c;
         } else {
             result += '%';
@@ -36,55 +37,55 @@ std::string Encode(std::string_view text, Keep keep) {
     return result;
 }
 
-/// An address in characters that neither the format's strings nor the library's attribute lists give a
-/// meaning of their own.
-std::string EncodeAddress(std::string_view address) {
-    return Encode(address, [](unsigned char c) {
-        return c > 0x20 && c < 0x7F &&
-               std::string_view("\"'<>()\\").find(static_cast<char>(c)) == std::string_view::npos;
-    });
+/// Any bytes as a string in round brackets.
+std::string Bracketed(std::string_view bytes) {
+    std::string text = "(";
+    for (const char c : bytes) {
+        if (c == '(' || c == ')' || c == '\\') text += '\\';
+        if (c == '\r')
+            text += "\\r";  // a bare one would be read as a line feed
+        else
+            text += c;
+    }
+    return text + ")";
 }
 
-/// Name of a link target; different identifiers have different names.
-std::string EncodeTarget(std::string_view id) {
-    return Encode(id, [](unsigned char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
-               c == '_' || c == '.' || c == ':';
-    });
-}
-
-cairo_status_t WriteToOutput(void* closure, const unsigned char* bytes, unsigned int size) {
-    return static_cast<ORVOutput*>(closure)->Write(bytes, size) == 1 ? CAIRO_STATUS_SUCCESS
-                                                                     : CAIRO_STATUS_WRITE_ERROR;
-}
+std::string Reference(unsigned int object) { return std::to_string(object) + " 0 R"; }
 
 }  // namespace
 
 struct ORVPdfGenerator::State {
     explicit State(ORVOutput& sink) : output(sink) {}
 
-    /// Turns the state of cairo and of the output into a status.
-    int Check(cairo_status_t status) {
-        if (status == CAIRO_STATUS_SUCCESS) return kGeneratorDone;
-        if (status == CAIRO_STATUS_WRITE_ERROR) return kOutputFailed;
-        if (error.empty()) error = cairo_status_to_string(status);
-        return kDrawingFailed;
-    }
-    int Check() { return context ? Check(cairo_status(context.get())) : kDrawingFailed; }
+    int Check() const { return file && file->IsGood() ? kGeneratorDone : kOutputFailed; }
 
-    /// What a group opened, to be ended in the reverse order.
     struct OpenGroup {
-        bool isTarget = false, isLink = false;
+        std::string target;  // its name, when links lead here
+        std::string action;  // of its link, when it is one
+        bool HasBox() const { return !target.empty() || !action.empty(); }
     };
+    void EndBox(const OpenGroup& group);
+    void EndPage();
 
     ORVOutput& output;
-    ORVCairoCanvas canvas{ORVCairoCanvas::Medium::kVector};
-    CairoSurface surface;
-    CairoContext context;
-    std::vector<OpenGroup> groups;
-    bool insideLink = false;
+    std::optional<PdfFile> file;
+    PdfFontTable fonts;
+    PdfImageTable images;
+    std::optional<PdfDocumentObjects> objects;
     std::string title;
     std::string error;
+
+    unsigned int pageTree = 0;
+    std::vector<unsigned int> pages;
+    std::map<std::string, std::string> targets;  // places by name, in the order that the format asks for
+
+    std::optional<PdfPage> page;  // the open one, and what belongs to it
+    double height = 0.0, width = 0.0;
+    unsigned int content = 0;
+    std::vector<OpenGroup> groups;
+    bool insideLink = false;
+    std::vector<unsigned int> annotations;
+    std::vector<std::pair<unsigned int, std::string>> pendingAnnotations;
 };
 
 ORVPdfGenerator::ORVPdfGenerator(ORVOutput& output) : state_(std::make_unique<State>(output)) {}
@@ -94,101 +95,160 @@ ORVPdfGenerator::~ORVPdfGenerator() = default;
 const std::string& ORVPdfGenerator::GetError() const { return state_->error; }
 
 int ORVPdfGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
-    state_->title = info.title;
-    return state_->output.BeginPart() == 1 ? kGeneratorDone : kOutputFailed;
+    State& state = *state_;
+    if (state.output.BeginPart() != 1) return kOutputFailed;
+    state.title = info.title;
+    state.file.emplace(state.output);
+    state.objects.emplace(PdfDocumentObjects{*state.file, state.fonts, state.images});
+    state.pageTree = state.file->Reserve();
+    return state.Check();
 }
 
 int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
-    const double width = info.width * kPointsPerUserUnit, height = info.height * kPointsPerUserUnit;
-    if (!(width <= kLargestSide) || !(height <= kLargestSide)) {
-        state_->error = "page " + std::to_string(info.number) + " is larger than PDF allows (5080 mm)";
+    State& state = *state_;
+    if (!state.objects || state.page) return kDrawingFailed;
+    if (!(info.width * kPointsPerUserUnit <= kLargestSide) ||
+        !(info.height * kPointsPerUserUnit <= kLargestSide)) {
+        state.error = "page " + std::to_string(info.number) + " is larger than PDF allows (5080 mm)";
         return kPageTooLarge;
     }
-    if (!state_->surface) {
-        state_->surface.reset(
-            cairo_pdf_surface_create_for_stream(WriteToOutput, &state_->output, width, height));
-        state_->context.reset(cairo_create(state_->surface.get()));
-        cairo_pdf_surface_set_metadata(state_->surface.get(), CAIRO_PDF_METADATA_CREATOR, "orvprint");
-        if (!state_->title.empty())
-            cairo_pdf_surface_set_metadata(state_->surface.get(), CAIRO_PDF_METADATA_TITLE,
-                                           state_->title.c_str());
-    } else {
-        cairo_pdf_surface_set_size(state_->surface.get(), width, height);
-    }
-    state_->canvas.SetTarget(state_->context.get(), kPointsPerUserUnit);
-    return state_->Check();
+    state.width = info.width;
+    state.height = info.height;
+    state.pages.push_back(state.file->Reserve());
+    state.content = state.file->Reserve();
+    state.page.emplace(*state.objects, state.content, info.width, info.height);
+    return state.Check();
 }
 
 int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
+    State& state = *state_;
+    if (!state.page) return kDrawingFailed;
     State::OpenGroup open;
-    if (group.isLinkTarget) {
-        const std::string attributes = "name='" + EncodeTarget(group.id) + "'";
-        cairo_tag_begin(state_->context.get(), CAIRO_TAG_DEST, attributes.c_str());
-        open.isTarget = true;
+    if (group.isLinkTarget) open.target = group.id;
+    // A place inside a link that leads elsewhere is part of the outer link.
+    if (!state.insideLink && !group.linkURL.empty())
+        open.action = "/A<</S/URI/URI(" + EncodeAddress(group.linkURL) + ")>>";
+    else if (!state.insideLink && !group.linkElementId.empty())
+        open.action = "/Dest" + Bracketed(group.linkElementId);
+    if (!open.action.empty()) state.insideLink = true;
+    if (open.HasBox()) state.page->BeginBox();
+    state.groups.push_back(std::move(open));
+    return kGeneratorDone;
+}
+
+void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
+    const ORVMathBox2D box = page->EndBox();
+    const auto toPoints = [&](double x, double y) {
+        std::string text;
+        AppendPdfNumber(text, x * kPointsPerUserUnit);
+        text += ' ';
+        AppendPdfNumber(text, (height - y) * kPointsPerUserUnit);
+        return text;
+    };
+    if (!group.target.empty()) {
+        // A place without content is the page.
+        const std::string corner = box.IsEmpty() ? toPoints(0.0, 0.0) : toPoints(box.xMin, box.yMin);
+        targets.try_emplace(group.target, "[" + Reference(pages.back()) + "/XYZ " + corner + " null]");
     }
-    // The format knows no link inside a link: the outer one stays.
-    if (!state_->insideLink && (!group.linkElementId.empty() || !group.linkURL.empty())) {
-        const std::string attributes = group.linkURL.empty()
-                                           ? "dest='" + EncodeTarget(group.linkElementId) + "'"
-                                           : "uri='" + EncodeAddress(group.linkURL) + "'";
-        // A link that belongs to no other element of the document's structure refers to an element that cairo
-        // never writes, and the file counts as damaged.
-        cairo_tag_begin(state_->context.get(), kLinkParentTag, nullptr);
-        cairo_tag_begin(state_->context.get(), CAIRO_TAG_LINK, attributes.c_str());
-        open.isLink = true;
-        state_->insideLink = true;
-    }
-    state_->groups.push_back(open);
-    return state_->Check();
+    if (group.action.empty()) return;
+    insideLink = false;
+    if (box.IsEmpty()) return;
+    const unsigned int object = file->Reserve();
+    annotations.push_back(object);
+    pendingAnnotations.emplace_back(object, "<</Type/Annot/Subtype/Link/F 4/Border[0 0 0]/Rect[" +
+                                                toPoints(box.xMin, box.yMax) + " " +
+                                                toPoints(box.xMax, box.yMin) + "]" + group.action + ">>");
 }
 
 int ORVPdfGenerator::EndGroup() {
-    if (state_->groups.empty()) return kDrawingFailed;
-    const State::OpenGroup open = state_->groups.back();
-    state_->groups.pop_back();
-    if (open.isLink) {
-        cairo_tag_end(state_->context.get(), CAIRO_TAG_LINK);
-        cairo_tag_end(state_->context.get(), kLinkParentTag);
-        state_->insideLink = false;
-    }
-    if (open.isTarget) cairo_tag_end(state_->context.get(), CAIRO_TAG_DEST);
-    return state_->Check();
+    State& state = *state_;
+    if (!state.page || state.groups.empty()) return kDrawingFailed;
+    if (state.groups.back().HasBox()) state.EndBox(state.groups.back());
+    state.groups.pop_back();
+    return kGeneratorDone;
 }
 
 int ORVPdfGenerator::DrawShape(const ORVPrintShape& shape) {
-    return state_->canvas.DrawShape(shape) == kGeneratorDone ? kGeneratorDone : state_->Check();
+    if (!state_->page) return kDrawingFailed;
+    state_->page->DrawShape(shape);
+    return state_->Check();
 }
 
 int ORVPdfGenerator::DrawText(const ORVPrintText& text) {
-    return state_->canvas.DrawText(text) == kGeneratorDone ? kGeneratorDone : state_->Check();
+    if (!state_->page) return kDrawingFailed;
+    state_->page->DrawText(text);
+    return state_->Check();
 }
 
 int ORVPdfGenerator::DrawImage(const ORVPrintImage& image) {
-    if (state_->canvas.DrawImage(image) == kGeneratorDone) return kGeneratorDone;
-    if (const int result = state_->Check(); result != kGeneratorDone) return result;
-    state_->error = "memory is spent";
-    return kDrawingFailed;
+    if (!state_->page) return kDrawingFailed;
+    state_->page->DrawImage(image);
+    return state_->Check();
+}
+
+void ORVPdfGenerator::State::EndPage() {
+    // A drawing that broke off leaves groups open.
+    for (; !groups.empty(); groups.pop_back())
+        if (groups.back().HasBox()) EndBox(groups.back());
+    const std::string resources = page->Finish();
+    page.reset();
+    for (const auto& [object, annotation] : pendingAnnotations) file->WriteObject(object, annotation);
+    pendingAnnotations.clear();
+
+    std::string dictionary = "<</Type/Page/Parent " + Reference(pageTree) + "/MediaBox[0 0 ";
+    AppendPdfNumber(dictionary, width * kPointsPerUserUnit);
+    dictionary += ' ';
+    AppendPdfNumber(dictionary, height * kPointsPerUserUnit);
+    dictionary += "]/Contents " + Reference(content) + "/Resources" + resources +
+                  "/Group<</Type/Group/S/Transparency/CS/DeviceRGB>>";
+    if (!annotations.empty()) {
+        dictionary += "/Annots[";
+        for (const unsigned int annotation : annotations) dictionary += Reference(annotation) + " ";
+        dictionary += "]";
+        annotations.clear();
+    }
+    file->WriteObject(pages.back(), dictionary + ">>");
 }
 
 int ORVPdfGenerator::EndPage() {
-    cairo_show_page(state_->context.get());
+    if (!state_->page) return kDrawingFailed;
+    state_->EndPage();
     return state_->Check();
 }
 
 int ORVPdfGenerator::EndDocument() {
-    state_->canvas.SetTarget(nullptr, 1.0);
-    int result = kGeneratorDone;
-    if (state_->surface) {
-        // A drawing that broke off leaves groups open.
-        while (!state_->groups.empty() && EndGroup() == kGeneratorDone) {
-        }
-        result = state_->Check();
-        state_->context.reset();
-        cairo_surface_finish(state_->surface.get());
-        const int finished = state_->Check(cairo_surface_status(state_->surface.get()));
-        if (result == kGeneratorDone) result = finished;
-        state_->surface.reset();
+    State& state = *state_;
+    if (!state.file) return kDrawingFailed;
+    if (state.page) state.EndPage();
+    PdfFile& file = *state.file;
+    state.fonts.WriteAll(file);
+
+    std::string tree = "<</Type/Pages/Count " + std::to_string(state.pages.size()) + "/Kids[";
+    for (const unsigned int page : state.pages) tree += Reference(page) + " ";
+    file.WriteObject(state.pageTree, tree + "]>>");
+
+    std::string catalogue = "<</Type/Catalog/Pages " + Reference(state.pageTree);
+    if (!state.targets.empty()) {
+        std::string names = "<</Names[";
+        for (const auto& [name, place] : state.targets) names += Bracketed(name) + place;
+        const unsigned int object = file.Reserve();
+        file.WriteObject(object, names + "]>>");
+        catalogue += "/Names<</Dests " + Reference(object) + ">>";
     }
-    const bool closed = state_->output.EndPart() == 1;
+    const unsigned int catalogueObject = file.Reserve();
+    file.WriteObject(catalogueObject, catalogue + ">>");
+
+    // No date: the same drawing gives the same file.
+    std::string info = "<</Creator(orvprint)/Producer(orvprint)";
+    if (!state.title.empty()) {
+        info += "/Title";
+        AppendPdfText(info, state.title);
+    }
+    const unsigned int infoObject = file.Reserve();
+    file.WriteObject(infoObject, info + ">>");
+    file.Finish(catalogueObject, infoObject);
+
+    const int result = state.Check();
+    const bool closed = state.output.EndPart() == 1;
     return result == kGeneratorDone && !closed ? kOutputFailed : result;
 }

@@ -33,7 +33,7 @@ struct ORVPngGenerator::State {
 
     ORVOutput& output;
     const double dotsPerInch;
-    ORVCairoCanvas canvas{ORVCairoCanvas::Medium::kRaster};
+    ORVCairoCanvas canvas;
     CairoSurface surface;
     CairoContext context;
     std::string error;

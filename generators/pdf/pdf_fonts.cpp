@@ -1,0 +1,311 @@
+#include "generators/pdf/pdf_fonts.h"
+
+#include <hb-subset.h>
+#include <hb.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "generators/common/glyph_outlines.h"
+#include "generators/pdf/pdf_file.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+
+namespace {
+
+/// Owning handles of HarfBuzz's objects.
+template <auto kDestroy>
+struct HbDestroy {
+    template <class Object>
+    void operator()(Object* object) const {
+        kDestroy(object);
+    }
+};
+using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<hb_blob_destroy>>;
+using HbFace = std::unique_ptr<hb_face_t, HbDestroy<hb_face_destroy>>;
+using HbSubsetInput = std::unique_ptr<hb_subset_input_t, HbDestroy<hb_subset_input_destroy>>;
+using HbSubsetPlan = std::unique_ptr<hb_subset_plan_t, HbDestroy<hb_subset_plan_destroy>>;
+
+bool HasTable(hb_face_t* face, const char* tag) {
+    const HbBlob table(hb_face_reference_table(face, hb_tag_from_string(tag, 4)));
+    return hb_blob_get_length(table.get()) > 0;
+}
+
+/// Faces whose file can be embedded: quadratic outlines that do not vary.
+bool IsPlainTrueType(const ORVFontFace& face) {
+    hb_face_t* tables = face.GetHarfBuzzFace();
+    return tables && HasTable(tables, "glyf") && HasTable(tables, "loca") && !HasTable(tables, "fvar");
+}
+
+double GlyphWidth(const ORVFontFace& face, std::uint32_t glyph) {
+    hb_font_t* font = face.GetHarfBuzzFont();
+    if (!font) return 0.0;
+    int scale = 0, unused = 0;
+    hb_font_get_scale(font, &scale, &unused);
+    return scale > 0 ? hb_font_get_glyph_h_advance(font, glyph) * 1000.0 / scale : 0.0;
+}
+
+/// A face reduced to the glyphs that are used.
+struct Subset {
+    HbFace face;
+    std::vector<std::uint32_t> glyphs;  // new numbers, in the order of the old ones that were asked for
+};
+
+Subset MakeSubset(hb_face_t* face, const std::vector<std::uint32_t>& glyphs) {
+    const HbSubsetInput input(hb_subset_input_create_or_fail());
+    if (!input) return {};
+    for (const std::uint32_t glyph : glyphs) hb_set_add(hb_subset_input_glyph_set(input.get()), glyph);
+    // The document says itself what these say.
+    hb_set_t* dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
+    for (const char* tag : {"GSUB", "GPOS", "GDEF", "BASE", "kern", "name", "OS/2", "post", "cmap", "DSIG",
+                            "STAT", "vhea", "vmtx", "VORG", "gasp", "hdmx", "VDMX", "LTSH", "meta", "MATH"})
+        hb_set_add(dropped, hb_tag_from_string(tag, -1));
+    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_NO_HINTING);
+    const HbSubsetPlan plan(hb_subset_plan_create_or_fail(face, input.get()));
+    if (!plan) return {};
+    Subset subset;
+    subset.face.reset(hb_subset_plan_execute_or_fail(plan.get()));
+    const hb_map_t* numbers = hb_subset_plan_old_to_new_glyph_mapping(plan.get());
+    for (const std::uint32_t glyph : glyphs) {
+        const hb_codepoint_t number = hb_map_get(numbers, glyph);
+        subset.glyphs.push_back(number == HB_MAP_VALUE_INVALID ? 0 : number);
+    }
+    return subset;
+}
+
+int ReadSigned16(const HbBlob& table, unsigned int at) {
+    unsigned int size = 0;
+    const char* bytes = hb_blob_get_data(table.get(), &size);
+    if (at + 2 > size) return 0;
+    const auto high = static_cast<unsigned char>(bytes[at]), low = static_cast<unsigned char>(bytes[at + 1]);
+    return static_cast<std::int16_t>(high << 8 | low);
+}
+
+std::string Hex(unsigned int value, int digits) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text;
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
+        text += kDigits[value >> static_cast<unsigned>(shift) & 15U];
+    return text;
+}
+
+void AppendPath(std::string& content, const ORVPrintPath& path) {
+    auto p = path.points.begin();
+    const auto point = [&] {
+        AppendPdfNumber(content, p->x);
+        content += ' ';
+        AppendPdfNumber(content, p->y);
+        content += ' ';
+        ++p;
+    };
+    for (const ORVPrintPath::Verb verb : path.verbs) {
+        switch (verb) {
+            case ORVPrintPath::Verb::kMove:
+                point();
+                content += "m\n";
+                break;
+            case ORVPrintPath::Verb::kLine:
+                point();
+                content += "l\n";
+                break;
+            case ORVPrintPath::Verb::kCubic:
+                point();
+                point();
+                point();
+                content += "c\n";
+                break;
+            case ORVPrintPath::Verb::kClose: content += "h\n"; break;
+        }
+    }
+}
+
+}  // namespace
+
+unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
+    std::string key(reinterpret_cast<const char*>(&glyph), sizeof glyph);
+    key += text;
+    const auto found = codes_.find(key);
+    if (found != codes_.end()) return found->second;
+    if (entries_.size() >= Capacity()) return 0;
+    entries_.push_back({glyph, GlyphWidth(face_, glyph), std::string(text)});
+    const auto code = static_cast<unsigned int>(entries_.size());
+    codes_.emplace(std::move(key), code);
+    return code;
+}
+
+void PdfFont::AppendCode(std::string& text, unsigned int code) const {
+    text += Hex(code, kind_ == Kind::kDrawn ? 2 : 4);
+}
+
+std::string PdfFont::MakeName() const {
+    // Six letters tell subsets of one font apart; the number of the object is one.
+    std::string name;
+    for (unsigned int i = 0, rest = object_; i < 6; ++i, rest /= 26)
+        name += static_cast<char>('A' + rest % 26);
+    name += '+';
+    const std::string& own =
+        face_.GetPostScriptName().empty() ? face_.GetFamily() : face_.GetPostScriptName();
+    for (const char c : own)
+        if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-') name += c;
+    return name;
+}
+
+unsigned int PdfFont::WriteToUnicode(PdfFile& file) const {
+    const int digits = kind_ == Kind::kDrawn ? 2 : 4;
+    std::string map =
+        "/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n"
+        "/CIDSystemInfo <</Registry (Adobe)/Ordering (UCS)/Supplement 0>> def\n"
+        "/CMapName /Adobe-Identity-UCS def\n/CMapType 2 def\n1 begincodespacerange\n<" +
+        Hex(0, digits) + "> <" + Hex(Capacity(), digits) + ">\nendcodespacerange\n";
+    std::vector<unsigned int> codes;
+    for (unsigned int i = 0; i < entries_.size(); ++i)
+        if (!entries_[i].text.empty()) codes.push_back(i + 1);
+    // The format allows a hundred lines in a block.
+    constexpr std::size_t kBlock = 100;
+    for (std::size_t start = 0; start < codes.size(); start += kBlock) {
+        const std::size_t end = std::min(start + kBlock, codes.size());
+        map += std::to_string(end - start) + " beginbfchar\n";
+        for (std::size_t i = start; i < end; ++i) {
+            map += "<" + Hex(codes[i], digits) + "> <";
+            AppendHexUtf16(map, entries_[codes[i] - 1].text);
+            map += ">\n";
+        }
+        map += "endbfchar\n";
+    }
+    map += "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
+    const unsigned int object = file.Reserve();
+    file.WriteStream(object, "", map, true);
+    return object;
+}
+
+void PdfFont::WriteTrueType(PdfFile& file) const {
+    std::vector<std::uint32_t> glyphs{0};
+    for (const Entry& entry : entries_) glyphs.push_back(entry.glyph);
+    hb_face_t* face = face_.GetHarfBuzzFace();
+    Subset subset = MakeSubset(face, glyphs);
+    HbBlob program(subset.face ? hb_face_reference_blob(subset.face.get()) : nullptr);
+    if (!program || hb_blob_get_length(program.get()) == 0) {
+        program.reset(hb_face_reference_blob(face));  // the whole face then
+        subset.glyphs = glyphs;
+    }
+    const std::string_view bytes(hb_blob_get_data(program.get(), nullptr), hb_blob_get_length(program.get()));
+    const unsigned int fontFile = file.Reserve();
+    file.WriteStream(fontFile, "/Length1 " + std::to_string(bytes.size()), bytes, true);
+
+    // Numbers of the glyphs by code.
+    std::string glyphNumbers;
+    for (const std::uint32_t glyph : subset.glyphs) {
+        glyphNumbers += static_cast<char>(glyph >> 8U);
+        glyphNumbers += static_cast<char>(glyph);
+    }
+    const unsigned int glyphMap = file.Reserve();
+    file.WriteStream(glyphMap, "", glyphNumbers, true);
+
+    const HbBlob head(hb_face_reference_table(face, HB_TAG('h', 'e', 'a', 'd')));
+    const double unit = 1000.0 / face_.GetUnitsPerEm();
+    std::string descriptor = "<</Type/FontDescriptor/FontName/" + MakeName() + "/Flags " +
+                             (face_.IsItalic() ? "68" : "4") + "/FontBBox[";
+    for (const unsigned int at : {36U, 38U, 40U, 42U}) {
+        AppendPdfNumber(descriptor, std::round(ReadSigned16(head, at) * unit));
+        descriptor += ' ';
+    }
+    descriptor += "]/ItalicAngle ";
+    descriptor += face_.IsItalic() ? "-12" : "0";
+    descriptor += "/Ascent ";
+    AppendPdfNumber(descriptor, std::round(face_.GetAscent() * 1000.0));
+    descriptor += "/Descent ";
+    AppendPdfNumber(descriptor, std::round(-face_.GetDescent() * 1000.0));
+    descriptor += "/CapHeight 700/StemV " + std::to_string(face_.GetWeight() >= 600 ? 120 : 80) +
+                  "/FontFile2 " + std::to_string(fontFile) + " 0 R>>";
+    const unsigned int descriptorObject = file.Reserve();
+    file.WriteObject(descriptorObject, descriptor);
+
+    std::string descendant =
+        "<</Type/Font/Subtype/CIDFontType2/BaseFont/" + MakeName() +
+        "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor " +
+        std::to_string(descriptorObject) + " 0 R/CIDToGIDMap " + std::to_string(glyphMap) + " 0 R/DW 0/W[1[";
+    for (const Entry& entry : entries_) {
+        AppendPdfNumber(descendant, entry.width);
+        descendant += ' ';
+    }
+    descendant += "]]>>";
+    const unsigned int descendantObject = file.Reserve();
+    file.WriteObject(descendantObject, descendant);
+
+    const unsigned int toUnicode = WriteToUnicode(file);
+    file.WriteObject(object_, "<</Type/Font/Subtype/Type0/BaseFont/" + MakeName() +
+                                  "/Encoding/Identity-H/DescendantFonts[" + std::to_string(descendantObject) +
+                                  " 0 R]/ToUnicode " + std::to_string(toUnicode) + " 0 R>>");
+}
+
+void PdfFont::WriteDrawn(PdfFile& file) const {
+    constexpr double kGlyphSpace = 1000.0;  // units of the drawings in one em
+    std::string procedures, names, widths;
+    ORVMathBox2D box;
+    ORVPrintPath path;
+    for (unsigned int code = 1; code <= entries_.size(); ++code) {
+        const Entry& entry = entries_[code - 1];
+        path.Clear();
+        ORVGlyphOutlineCollector collector(path, 1.0);
+        face_.DrawGlyph(entry.glyph, kGlyphSpace, collector);
+        ORVMathBox2D glyphBox;
+        for (const ORVMathPoint2D& p : path.points) glyphBox.Add(p);
+        std::string drawing;
+        AppendPdfNumber(drawing, entry.width);
+        drawing += " 0 ";
+        if (!glyphBox.IsEmpty()) {
+            for (const double side : {glyphBox.xMin, glyphBox.yMin, glyphBox.xMax, glyphBox.yMax}) {
+                AppendPdfNumber(drawing, side);
+                drawing += ' ';
+            }
+            box.Add({glyphBox.xMin, glyphBox.yMin});
+            box.Add({glyphBox.xMax, glyphBox.yMax});
+        } else {
+            drawing += "0 0 0 0 ";
+        }
+        drawing += "d1\n";
+        AppendPath(drawing, path);
+        if (!path.IsEmpty()) drawing += "f\n";
+        const unsigned int object = file.Reserve();
+        file.WriteStream(object, "", drawing, true);
+        const std::string name = "/g" + std::to_string(code);
+        procedures += name + " " + std::to_string(object) + " 0 R";
+        names += name;
+        AppendPdfNumber(widths, entry.width);
+        widths += ' ';
+    }
+    const unsigned int toUnicode = WriteToUnicode(file);
+    std::string font = "<</Type/Font/Subtype/Type3/FontMatrix[.001 0 0 .001 0 0]/FontBBox[";
+    for (const double side : {box.xMin, box.yMin, box.xMax, box.yMax}) {
+        AppendPdfNumber(font, box.IsEmpty() ? 0.0 : side);
+        font += ' ';
+    }
+    font += "]/Resources<<>>/CharProcs<<" + procedures + ">>/Encoding<</Type/Encoding/Differences[1" + names +
+            "]>>/FirstChar 1/LastChar " + std::to_string(entries_.size()) + "/Widths[" + widths +
+            "]/ToUnicode " + std::to_string(toUnicode) + " 0 R>>";
+    file.WriteObject(object_, font);
+}
+
+void PdfFont::Write(PdfFile& file) const {
+    if (entries_.empty()) return;  // looked at, but never shown
+    if (kind_ == Kind::kTrueType)
+        WriteTrueType(file);
+    else
+        WriteDrawn(file);
+}
+
+PdfFont& PdfFontTable::AddFont(const ORVFontFace& face, PdfFile& file) {
+    const PdfFont::Kind kind = IsPlainTrueType(face) ? PdfFont::Kind::kTrueType : PdfFont::Kind::kDrawn;
+    fonts_.push_back(std::make_unique<PdfFont>(face, kind, file.Reserve()));
+    latest_[&face] = fonts_.back().get();
+    return *fonts_.back();
+}
+
+PdfFont& PdfFontTable::Find(const ORVFontFace& face, PdfFile& file) {
+    const auto found = latest_.find(&face);
+    return found == latest_.end() ? AddFont(face, file) : *found->second;
+}
+
+void PdfFontTable::WriteAll(PdfFile& file) const {
+    for (const auto& font : fonts_) font->Write(file);
+}
