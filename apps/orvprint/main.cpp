@@ -32,22 +32,21 @@ constexpr const char* kExitCodes =
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
-        ->type_name("light|dom")
-        ->capture_default_str();
+        ->option_text("light|dom [light]");
     command
         .add_option("--fragment", options.fragment,
                     "Only the N-th svg element of an XML document, or the one with this id")
-        ->type_name("N|ID");
+        ->option_text("N|ID");
     command
         .add_option("--allow-dir", options.allowedFolders,
                     "Documents may name pictures in DIR and below, too (repeatable); their own folder they "
                     "always may")
-        ->type_name("DIR")
+        ->option_text("DIR")
         ->check(CLI::ExistingDirectory)
         ->take_all()
         ->allow_extra_args(false);
     command.add_option("--max-primitives", options.primitiveLimit, "Primitives that a drawing may hold")
-        ->type_name("N")
+        ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
 }
 
@@ -67,17 +66,16 @@ int Run(int argc, char** argv) {
 
     PrintOptions print;
     std::string pages;
-    app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->type_name("FILE...");
+    app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
     app.add_option("-o,--output", print.output, "Where the output goes, - for standard output")
-        ->type_name("FILE");
+        ->option_text("FILE");
     app.add_option("-f,--format", print.format,
                    "Output format: pdf or png; otherwise the ending of FILE tells")
-        ->type_name("pdf|png");
-    app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->type_name("LIST");
+        ->option_text("pdf|png");
+    app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
-        ->type_name("N")
-        ->capture_default_str();
+        ->option_text("N [90]");
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
 
@@ -85,7 +83,7 @@ int Run(int argc, char** argv) {
     std::string infoInput;
     bool infoAsJson = false;
     CLI::App* info = app.add_subcommand("info", "Tell the pages of a drawing, with sizes and titles");
-    info->add_option("input", infoInput, "Drawing, - for standard input")->required()->type_name("FILE");
+    info->add_option("input", infoInput, "Drawing, - for standard input")->required()->option_text("FILE");
     info->add_flag("--json", infoAsJson, "As JSON");
     AddReadOptions(*info, infoOptions);
     AddFragmentOptions(*info, infoOptions);
@@ -96,7 +94,7 @@ int Run(int argc, char** argv) {
     CLI::App* inspect = app.add_subcommand("inspect", "Write the print model of a drawing as JSON");
     inspect->add_option("input", inspectInput, "Drawing, - for standard input")
         ->required()
-        ->type_name("FILE");
+        ->option_text("FILE");
     inspect->add_flag("--json", inspectAsJson, "As JSON (the only form)");
     AddReadOptions(*inspect, inspectOptions);
 

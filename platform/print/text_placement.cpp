@@ -10,7 +10,8 @@ namespace {
 ORVMathPoint2D AnchorPoint(const ORVPrtTextAttributes& attributes, const ORVTextExtent& extent) {
     int anchor = attributes.GetAnchor();
     if (anchor < kAnchorFirst || anchor > kAnchorLast) anchor = kAnchorStartBaseline;
-    const double along = 0.5 * ((anchor - kAnchorFirst) / 4);  // 0 start, 1/2 middle, 1 end
+    const int horizontal = (anchor - kAnchorFirst) / 4;  // 0 start, 1 middle, 2 end
+    const double along = 0.5 * horizontal;
     if (attributes.GetWritingMode() == kTopToBottom) return {0.0, -along * extent.advance};
 
     const double x = (attributes.GetWritingMode() == kRightToLeft ? 1.0 - along : along) * extent.advance;
