@@ -1,0 +1,216 @@
+#include "plugin/style/paint.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/plugin/values/page_state.h"
+#include "tests/support/sample_images.h"
+#include "tests/support/sketch_case.h"
+
+namespace {
+
+struct DrawStyleCase {
+    int before;
+    PaintMention stroke, fill;
+    int after;
+};
+
+class DrawStyleUpdateTest : public testing::TestWithParam<DrawStyleCase> {};
+TEST_P(DrawStyleUpdateTest, FollowsTheMentions) {
+    PageState state(10.0, 10.0);
+    state.drawStyle = GetParam().before;
+    UpdateDrawStyle(state, {GetParam().stroke, GetParam().fill});
+    EXPECT_EQ(state.drawStyle, GetParam().after);
+}
+constexpr auto kUnsaid = PaintMention::kNone;
+constexpr auto kOff = PaintMention::kOff;
+constexpr auto kOn = PaintMention::kOn;
+INSTANTIATE_TEST_SUITE_P(StrokeOn, DrawStyleUpdateTest,
+                         testing::Values(DrawStyleCase{0, kOn, kUnsaid, 1}, DrawStyleCase{1, kOn, kUnsaid, 1},
+                                         DrawStyleCase{2, kOn, kUnsaid, 3}, DrawStyleCase{3, kOn, kUnsaid, 3},
+                                         DrawStyleCase{4, kOn, kUnsaid, 1}));
+INSTANTIATE_TEST_SUITE_P(StrokeOff, DrawStyleUpdateTest,
+                         testing::Values(DrawStyleCase{0, kOff, kUnsaid, 0},
+                                         DrawStyleCase{1, kOff, kUnsaid, 0},
+                                         DrawStyleCase{2, kOff, kUnsaid, 2},
+                                         DrawStyleCase{3, kOff, kUnsaid, 2},
+                                         DrawStyleCase{4, kOff, kUnsaid, 0}));
+INSTANTIATE_TEST_SUITE_P(FillOn, DrawStyleUpdateTest,
+                         testing::Values(DrawStyleCase{0, kUnsaid, kOn, 2}, DrawStyleCase{1, kUnsaid, kOn, 3},
+                                         DrawStyleCase{2, kUnsaid, kOn, 2}, DrawStyleCase{3, kUnsaid, kOn, 3},
+                                         DrawStyleCase{4, kUnsaid, kOn, 2}));
+INSTANTIATE_TEST_SUITE_P(FillOff, DrawStyleUpdateTest,
+                         testing::Values(DrawStyleCase{0, kUnsaid, kOff, 0},
+                                         DrawStyleCase{1, kUnsaid, kOff, 1},
+                                         DrawStyleCase{2, kUnsaid, kOff, 0},
+                                         DrawStyleCase{3, kUnsaid, kOff, 1},
+                                         DrawStyleCase{4, kUnsaid, kOff, 0}));
+// The stroke comes first: what is undecided is decided by it.
+INSTANTIATE_TEST_SUITE_P(Both, DrawStyleUpdateTest,
+                         testing::Values(DrawStyleCase{4, kOn, kOn, 3}, DrawStyleCase{4, kOff, kOn, 2},
+                                         DrawStyleCase{4, kOn, kOff, 1}, DrawStyleCase{4, kOff, kOff, 0},
+                                         DrawStyleCase{4, kUnsaid, kUnsaid, 4},
+                                         DrawStyleCase{7, kOn, kOn, 7}));
+
+struct OpacityCase {
+    const char* name;
+    int before;
+    float factor;
+    int after;
+};
+class OpacityTest : public testing::TestWithParam<OpacityCase> {};
+TEST_P(OpacityTest, MultipliesRoundsUpAndKeepsTheLowByte) {
+    PageState state(10.0, 10.0);
+    state.fill.SetFillColourTransparency(static_cast<std::uint8_t>(GetParam().before));
+    MultiplyOpacity(state, 1.0F, GetParam().factor);
+    EXPECT_EQ(state.fill.GetFillColourTransparency(), GetParam().after);
+    EXPECT_EQ(state.stroke.GetStrokeColourTransparency(), 255);
+    MultiplyOpacity(state, GetParam().factor, 1.0F);
+    EXPECT_EQ(state.fill.GetFillColourTransparency(), GetParam().after);
+}
+INSTANTIATE_TEST_SUITE_P(Opacity, OpacityTest,
+                         testing::Values(OpacityCase{"Half", 255, 0.5F, 128},
+                                         OpacityCase{"Quarter", 255, 0.25F, 64},
+                                         OpacityCase{"One", 77, 1.0F, 77}, OpacityCase{"Zero", 255, 0.0F, 0},
+                                         OpacityCase{"Compounds", 128, 0.5F, 64},
+                                         OpacityCase{"TwoWraps", 255, 2.0F, 254},
+                                         OpacityCase{"NegativeWraps", 255, -1.0F, 1},
+                                         OpacityCase{"OverflowIsNothing", 255, 1e20F, 0},
+                                         OpacityCase{"NegativeOverflowIsNothing", 255, -1e20F, 0}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PaintValueTest, FillValues) {
+    PageState state(10.0, 10.0);
+    state.fillCurrentColour = 9;
+    EXPECT_EQ(ApplyFillPaint(state, ""), kUnsaid);
+    EXPECT_EQ(ApplyFillPaint(state, "none"), kOff);
+    EXPECT_EQ(state.fill.GetFillColourIndex(), 0U);
+    EXPECT_EQ(ApplyFillPaint(state, "red"), kOn);
+    EXPECT_EQ(state.fill.GetFillColourIndex(), 1U);
+    for (const char* kept :
+         {"inherit", "None", "currentcolor", "url(#missing)", "url(x)", " url(#missing)"}) {
+        EXPECT_EQ(ApplyFillPaint(state, kept), kOn) << kept;
+        EXPECT_EQ(state.fill.GetFillColourIndex(), 1U) << kept;
+    }
+    EXPECT_EQ(ApplyFillPaint(state, "currentColor"), kOn);
+    EXPECT_EQ(state.fill.GetFillColourIndex(), 9U);
+}
+
+TEST(PaintValueTest, StrokeValues) {
+    PageState state(10.0, 10.0);
+    state.strokeCurrentColour = 9;
+    EXPECT_EQ(ApplyStrokePaint(state, ""), kUnsaid);
+    EXPECT_EQ(ApplyStrokePaint(state, "none"), kOff);
+    EXPECT_EQ(ApplyStrokePaint(state, "red"), kOn);
+    EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 1U);
+    for (const char* kept : {"url(#g)", "inherit", "burl"}) {
+        EXPECT_EQ(ApplyStrokePaint(state, kept), kOn) << kept;
+        EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 1U) << kept;
+    }
+    EXPECT_EQ(ApplyStrokePaint(state, "currentColor"), kOn);
+    EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 9U);
+}
+
+TEST(PaintValueTest, Keywords) {
+    PageState state(10.0, 10.0);
+    for (const auto& [text, cap] :
+         {std::pair{"round", 12}, {"square", 11}, {"butt", 10}, {"Round", 10}, {"", 10}}) {
+        ApplyLineCap(state, text);
+        EXPECT_EQ(state.stroke.GetStrokeCap(), cap) << text;
+    }
+    for (const auto& [text, join] :
+         {std::pair{"round", 14}, {"bevel", 15}, {"miter", 13}, {"arcs", 13}, {"", 13}}) {
+        ApplyLineJoin(state, text);
+        EXPECT_EQ(state.stroke.GetStrokeJoin(), join) << text;
+    }
+    for (const auto& [text, rule] :
+         {std::pair{"evenodd", 1}, {"EvenOdd", 1}, {"nonzero", 0}, {"inherit", 0}}) {
+        ApplyFillRule(state, text);
+        EXPECT_EQ(state.fill.GetFillRule(), rule) << text;
+    }
+}
+
+TEST(PaintValueTest, StrokeWidthIsALength) {
+    PageState state(300.0, 400.0);
+    ApplyStrokeWidth(state, "2mm");
+    EXPECT_EQ(state.stroke.GetStrokeWidth(), 2.0 * 3.543307);
+    for (const char* kept : {"", "thick"}) ApplyStrokeWidth(state, kept);
+    EXPECT_EQ(state.stroke.GetStrokeWidth(), 2.0 * 3.543307);
+    ApplyStrokeWidth(state, "-1");
+    EXPECT_EQ(state.stroke.GetStrokeWidth(), -1.0);
+}
+
+TEST(DashArrayTest, ReadsNumbersAndDropsTheRest) {
+    PageState state(10.0, 10.0);
+    ApplyDashArray(state, "");
+    EXPECT_EQ(state.stroke.GetStrokeType(), 0);
+    ApplyDashArray(state, "5, 3,x, 2");
+    EXPECT_EQ(state.stroke.GetStrokeType(), 7);
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{5.0F, 3.0F, 2.0F}));
+    ApplyDashArray(state, "none");
+    EXPECT_EQ(state.stroke.GetStrokeType(), 0);
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), 3U) << "none leaves the old pattern in place";
+    ApplyDashArray(state, "x");
+    EXPECT_EQ(state.stroke.GetStrokeType(), 7);
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), 3U);
+    ApplyDashArray(state, "5mm 50%");
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{5.0F, 50.0F})) << "no units";
+}
+
+TEST(DashArrayTest, CountsInAByte) {
+    for (const auto& [count, kept] : {std::pair{255, 255U}, {256, 0U}, {257, 1U}, {515, 3U}}) {
+        PageState state(10.0, 10.0);
+        std::string text;
+        for (int i = 0; i < count; ++i) text += "7 ";
+        ApplyDashArray(state, text);
+        EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), kept) << count;
+    }
+}
+
+class PaintedTest : public testing::TestWithParam<SketchCase> {};
+TEST_P(PaintedTest, GivesThePaint) {
+    ExpectPaintedSketch(
+        "<svg xmlns:xlink='x' width='200' height='100'>" + std::string(GetParam().content) + "</svg>",
+        GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Attributes, PaintedTest,
+    testing::Values(SketchCase{"SpecificOpacityReplacesTheGeneral",
+                               "<rect fill='red' stroke='red' opacity='.5' fill-opacity='.25'/>",
+                               "rect(0,100 0,100):3 fill=#ff0000@64 stroke=#ff0000@128"},
+                    SketchCase{"StrokeOpacityAlone", "<rect fill='red' stroke='red' stroke-opacity='.5'/>",
+                               "rect(0,100 0,100):3 fill=#ff0000 stroke=#ff0000@128"},
+                    SketchCase{"OpacityInherit", "<rect fill='red' opacity='inherit'/>",
+                               "rect(0,100 0,100):2 fill=#ff0000 stroke=#000000"},
+                    SketchCase{"OpacityUnreadable", "<rect fill='red' opacity='x' fill-opacity=''/>",
+                               "rect(0,100 0,100):2 fill=#ff0000 stroke=#000000"},
+                    SketchCase{"OpacityCompoundsWithStyle",
+                               "<rect fill='red' opacity='0.5' style='opacity:0.5'/>",
+                               "rect(0,100 0,100):2 fill=#ff0000@64 stroke=#000000@64"},
+                    SketchCase{"CurrentColourOfBoth",
+                               "<rect color='blue' fill='currentColor' stroke='currentColor'/>",
+                               "rect(0,100 0,100):3 fill=#0000ff stroke=#0000ff"},
+                    SketchCase{"ColourUnreadable", "<rect color='nothing' fill='currentColor'/>",
+                               "rect(0,100 0,100):2 fill=#000000 stroke=#000000"},
+                    SketchCase{"FillNoneStrokeGiven", "<rect fill='none' stroke='blue' stroke-width='2'/>",
+                               "rect(0,100 0,100):1 fill=#000000 stroke=#0000ff w2"}),
+    kNameOfRow);
+
+TEST(PatternFillTest, TakesTheBitmapOfThePattern) {
+    const std::string image = "<image xlink:href='data:image/png;base64," + ToBase64(SamplePng(2, 3)) + "'/>";
+    const std::string pattern = "<defs><pattern id='p'>" + image + "<rect/></pattern><rect id='r'/></defs>";
+    const auto expect = [&](const std::string& paint, const std::string& expected) {
+        ExpectPaintedSketch("<svg width='200' height='100'>" + pattern + "<rect " + paint + "/></svg>",
+                            "rect(0,100 0,100):2 " + expected + " stroke=#000000");
+    };
+    expect("fill='url(#p)'", "fill=#000000 pattern(2x3)");
+    expect("fill='url(#P) '", "fill=#000000");  // the blank belongs to the identifier
+    expect("fill='url(#P))'", "fill=#000000 pattern(2x3)");
+    expect("fill='url(#r)'", "fill=#000000");
+    expect("fill='url(#q)'", "fill=#000000");
+    expect("fill='red' style='fill:url(#p)'", "fill=#ff0000 pattern(2x3)");
+    expect("fill='url(#p)' style='fill:red'", "fill=#ff0000 pattern(2x3)");  // the fill style stays
+}
+
+}  // namespace

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintModelBoundingBoxComputer.h"
+#include "platform/system/ORVRef.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/definitions.h"
+
+/// A drawing state on a page of its own.
+struct PageState : SvgDrawState {
+    PageState(double width, double height, int flip = 1);
+
+private:
+    ORVRef<ORVPrtModel> ownModel_;
+    SvgDefinitions ownDefinitions_;
+    ORVPrintModelBoundingBoxComputer ownBoxes_;
+    ORVUnicodeString noPath_;
+};

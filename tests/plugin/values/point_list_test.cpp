@@ -1,0 +1,45 @@
+#include "plugin/values/point_list.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/plugin/values/page_state.h"
+
+namespace {
+
+struct NumbersCase {
+    const char* name;
+    const char* text;
+    std::vector<double> expected;  // on a page of 200 x 100, y not mirrored
+};
+void PrintTo(const NumbersCase& row, std::ostream* out) { *out << row.text; }
+
+class ReadCoordinateNumbersTest : public testing::TestWithParam<NumbersCase> {};
+TEST_P(ReadCoordinateNumbersTest, GivesTheNumbers) {
+    std::vector<double> numbers{99.0};
+    ReadCoordinateNumbers(PageState(200.0, 100.0, 0), GetParam().text, numbers);
+    EXPECT_EQ(numbers, GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(Numbers, ReadCoordinateNumbersTest,
+                         testing::Values(NumbersCase{"Commas", "10,20 30,40", {10.0, 20.0, 30.0, 40.0}},
+                                         NumbersCase{"OddCount", "10 20 30", {10.0, 20.0, 30.0}},
+                                         NumbersCase{"ExtraBlanks", "  10   20  ", {10.0, 20.0}},
+                                         NumbersCase{"Units", "1cm 1cm", {10.0 * 3.543307, 10.0 * 3.543307}},
+                                         NumbersCase{"PercentOfEachSide", "50% 50%", {100.0, 50.0}},
+                                         NumbersCase{"UnreadableXMovesTheRestUp", "x 1 2 3", {1.0, 2.0, 3.0}},
+                                         NumbersCase{"UnreadableYMovesTheRestUp", "1 y 2 3", {1.0, 2.0, 3.0}},
+                                         NumbersCase{"LastTokenIsAYWhereverItStands", "50%", {50.0}},
+                                         NumbersCase{"XWithABlankBehindIsAnX", "50% ", {100.0}},
+                                         NumbersCase{"MinusDoesNotSeparate", "1-2 3", {1.0, 3.0}},
+                                         NumbersCase{"CommasInARow", ",,1,,2,,", {1.0, 2.0}},
+                                         NumbersCase{"Nothing", " , ", {}}, NumbersCase{"Empty", "", {}}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ReadCoordinateNumbersMirroredTest, MirrorsYOnly) {
+    std::vector<double> numbers;
+    ReadCoordinateNumbers(PageState(200.0, 100.0), "1cm 1cm 10 25% x y 7", numbers);
+    EXPECT_EQ(numbers, (std::vector<double>{35.43307, 100.0 - 35.43307, 10.0, 75.0, 93.0}));
+}
+
+}  // namespace
