@@ -33,7 +33,7 @@ void AppendBigEndian(std::string& out, std::uint32_t value) {
         out += static_cast<char>(value >> static_cast<unsigned>(shift) & 0xFFU);
 }
 
-void AppendLittleEndian(std::string& out, std::uint32_t value, int bytes) {
+void AppendLittleEndian(std::string& out, std::uint64_t value, int bytes) {
     for (int i = 0; i < bytes; ++i)
         out += static_cast<char>(value >> (8U * static_cast<unsigned>(i)) & 0xFFU);
 }
