@@ -1,6 +1,7 @@
 #include "plugin/geometry/images.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -121,7 +122,9 @@ TEST(DataReferenceTest, LargePicturesAreRead) {
 /// A folder with pictures, which documents may read.
 class FileReferenceTest : public testing::Test {
 protected:
-    FileReferenceTest() : folder_(std::filesystem::path(testing::TempDir()) / "orv_images_test") {
+    FileReferenceTest()
+        : folder_(std::filesystem::path(testing::TempDir()) /
+                  ("orv-images-test-" + std::to_string(::getpid()))) {
         std::filesystem::remove_all(folder_);
         std::filesystem::create_directories(folder_ / "below");
         Write("picture.png", SamplePng(3, 2));
