@@ -22,29 +22,32 @@ std::string ReadAll(const fs::path& file) {
     return text.str();
 }
 
+bool IsDocument(const fs::path& file) { return file.extension() == ".svg" || file.extension() == ".qvxml"; }
+
 std::vector<std::string> DocumentNames() {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(ORV_DOCUMENTS_PATH))
-        if (entry.path().extension() == ".svg") names.push_back(entry.path().stem().string());
+        if (IsDocument(entry.path())) names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
 }
 
-/// A document NAME.svg has the models NAME.light.json and NAME.dom.json. They are written by
-/// `orvprint inspect NAME.svg --json --parser light|dom` and read before they are kept.
+/// A document NAME.svg or NAME.qvxml has the models NAME.light.json and NAME.dom.json; those of a QVXML
+/// document are of all its fragments. They are written by `orvprint inspect` and read before they are kept.
 class DocumentsTest : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Documents, DocumentsTest, testing::ValuesIn(DocumentNames()), [](const auto& row) {
-    std::string name = row.param;
+    std::string name = fs::path(row.param).stem().string();
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
 });
 
 TEST_P(DocumentsTest, HasTheReviewedModel) {
-    const std::string path = std::string(ORV_DOCUMENTS_PATH) + "/" + GetParam();
+    const fs::path file = fs::path(ORV_DOCUMENTS_PATH) / GetParam();
     for (const Backend backend : kBackends) {
-        const BuiltModel built(ReadAll(path + ".svg"), {backend, false, path + ".svg"});
-        const std::string dump = path + (backend == Backend::kDom ? ".dom.json" : ".light.json");
-        const nlohmann::json expected = nlohmann::json::parse(ReadAll(dump));
+        const BuiltModel built(ReadAll(file), {backend, file.extension() == ".qvxml", file.string()});
+        fs::path dump = file;
+        dump.replace_extension(backend == Backend::kDom ? ".dom.json" : ".light.json");
+        const nlohmann::json expected = nlohmann::json::parse(ReadAll(dump), nullptr, false);
         nlohmann::json actual = ModelToJson(built.GetModel(), built.GetResult());
         actual["pageCount"] = built.GetPageCount();
         actual["infos"] = nlohmann::json::array();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/model/ORVPrtGroupElt.h"
+#include "platform/model/ORVPrtRectangleElt.h"
 #include "platform/print/ORVPrintModelBoundingBoxComputer.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"
@@ -57,12 +58,14 @@ std::string Fan(int levels, const std::string& attributes) {
     return Drawing(text + "<use xlink:href='#d" + std::to_string(levels - 1) + "' " + attributes + "/>");
 }
 
-// Definitions that each refer to the one before them.
-std::string Chain(int length) {
+// Definitions that each refer to the one before them; `attributes` are those of the reference that draws the
+// last.
+std::string Chain(int length, const std::string& attributes = {}) {
     std::string text = "<defs><g id='d0'><rect width='1' height='1' fill='red'/></g>";
     for (int i = 1; i < length; ++i)
         text += "<use id='d" + std::to_string(i) + "' xlink:href='#d" + std::to_string(i - 1) + "'/>";
-    return Drawing(text + "</defs><use xlink:href='#d" + std::to_string(length - 1) + "'/>");
+    return Drawing(text + "</defs><use " + attributes + " xlink:href='#d" + std::to_string(length - 1) +
+                   "'/>");
 }
 
 TEST_P(HostileTest, ADepthOf1024IsBuilt) {
@@ -134,6 +137,62 @@ TEST_P(HostileTest, AChainOf100000ReferencesIsBuiltCopiedMeasuredDrawnAndDestroy
     EXPECT_EQ(Draw(built), 1);
     EXPECT_EQ(Draw(built, 100'002), 1);
     EXPECT_EQ(Draw(built, 100'001), ORVPrintModelRender::kTooManyPrimitives);
+}
+
+TEST_P(HostileTest, AChainOf100000ReferencesIsDuplicatedAndRestyled) {
+    const BuiltModel built = Build(Chain(100'000, "fill='lime' stroke='red'"));
+    EXPECT_EQ(built.GetResult(), 1);
+    // Page, holder, rectangle, references, the last one; and the duplicate.
+    EXPECT_EQ(built.GetModel().GetBudget().GetTaken(), 4U + 100'000U + 100'001U);
+    const ORVPrtGraphicPrimitiveElt* one = built.GetPage().GetChildren().front();
+    std::size_t depth = 0;
+    while (one->GetChildList() && !one->GetChildList()->empty()) one = one->GetChildList()->front(), ++depth;
+    EXPECT_EQ(depth, 100'001U);
+    ASSERT_EQ(one->GetKind(), ORVPrtKind::kRectangle);
+    EXPECT_EQ(static_cast<const ORVPrtRectangleElt*>(one)->GetFillAttributes().GetFillColourIndex(), 2U);
+}
+
+// Where every link is a duplicate of all before it, the chain ends at the limit.
+TEST_P(HostileTest, AChainOfDuplicatesEndsAtTheLimitOfPrimitives) {
+    const ScopedPrimitiveLimit limit(100'000);
+    std::string text = "<defs fill='red'><rect id='d0'/>";
+    for (int i = 1; i < 2'000; ++i)
+        text += "<use id='d" + std::to_string(i) + "' xlink:href='#d" + std::to_string(i - 1) + "'/>";
+    const BuiltModel built = Build(Drawing(text + "</defs><use xlink:href='#d1999'/>"));
+    EXPECT_EQ(built.GetResult(), 1);
+    EXPECT_EQ(built.GetModel().GetBudget().GetTaken(), 100'000U);
+}
+
+TEST_P(HostileTest, AFanOfMarkersEndsAtTheLimitOfPrimitives) {
+    const ScopedPrimitiveLimit limit(20'000);
+    std::string text = "<marker id='m0'><rect width='1' height='1'/></marker>";
+    for (int i = 1; i < 60; ++i)
+        text += "<marker id='m" + std::to_string(i) + "'><line stroke='red' fill='blue' marker='url(#m" +
+                std::to_string(i - 1) + ")'/></marker>";
+    const BuiltModel built = Build(Drawing(text + "<line fill='red' stroke='blue' marker='url(#m59)'/>"));
+    EXPECT_EQ(built.GetResult(), 1);
+    EXPECT_EQ(built.GetModel().GetBudget().GetTaken(), 20'000U);
+}
+
+TEST_P(HostileTest, AMillionNestedStartTagsAreNotWellFormed) {
+    const BuiltModel built = Build("<svg>" + Repeat("<g>", 1'000'000));
+    EXPECT_EQ(built.GetResult(), GetParam() == Backend::kDom ? -1 : 1);
+}
+
+TEST_P(HostileTest, AMillionElementsOfNothingAreSkipped) {
+    const BuiltModel built = Build(Drawing(Repeat("<x/>", 1'000'000)));
+    EXPECT_EQ(built.GetResult(), 1);
+    EXPECT_TRUE(built.GetPage().GetChildren().empty());
+}
+
+TEST_P(HostileTest, LongPathsAreRead) {
+    const BuiltModel built =
+        Build(Drawing("<path fill='red' d='" + Repeat("M1 1h1", 200'000) + "'/><path fill='red' d='" +
+                      Repeat("e", 2'000'000) + "'/><path fill='red' d='M" + Repeat("-", 1'000'000) + "'/>"));
+    const ORVPrtChildList& paths = built.GetPage().GetChildren();
+    ASSERT_EQ(paths.size(), 3U);
+    ASSERT_EQ(paths[0]->GetChildList()->size(), 1U);
+    EXPECT_EQ(paths[0]->GetChildList()->front()->GetChildList()->size(), 200'000U);
 }
 
 TEST_P(HostileTest, LongAttributesAreRead) {

@@ -69,10 +69,13 @@ INSTANTIATE_TEST_SUITE_P(
                     AngleCase{"FallingSmallUnsetUnset", kFalling, kSmall, false, false, 'a', 0, 'b', 0}),
     kNameOfRow);
 
-TEST(ArcAnglesTest, EqualAnglesCountAsRising) {
-    const ArcAngles angles = ChooseArcAngles(1.0, 1.0, true, true);
-    EXPECT_DOUBLE_EQ(angles.start, 1.0);
-    EXPECT_DOUBLE_EQ(angles.end, 1.0 + ORV2PI);
+TEST(ArcAnglesTest, EqualAnglesGiveNothingOrAFullTurn) {
+    for (const bool sweep : {false, true}) {
+        EXPECT_DOUBLE_EQ(ChooseArcAngles(1.0, 1.0, false, sweep).start, 1.0);
+        EXPECT_DOUBLE_EQ(ChooseArcAngles(1.0, 1.0, false, sweep).end, 1.0);
+        EXPECT_DOUBLE_EQ(ChooseArcAngles(1.0, 1.0, true, sweep).start, sweep ? 1.0 : 1.0 + ORV2PI);
+        EXPECT_DOUBLE_EQ(ChooseArcAngles(1.0, 1.0, true, sweep).end, sweep ? 1.0 + ORV2PI : 1.0);
+    }
 }
 
 struct ShapeCase {

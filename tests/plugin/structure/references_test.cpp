@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(
         SketchCase{"Unknown", "<use xlink:href='#x'/>", "g{}"}, SketchCase{"Absent", "<use/>", "g{}"},
         SketchCase{"Empty", "<use xlink:href=''/>", "g{}"},
         SketchCase{"HashAlone", "<use xlink:href='#'/>", "g{}"},
-        SketchCase{"WithoutHash", "<use xlink:href='r'/>", "g{}"},
+        SketchCase{"WithoutHash", "<use xlink:href='r'/><use xlink:href='xr'/>", "g{} g{}"},
         SketchCase{"HashLater", "<use xlink:href='d.svg#r'/>", "g{}"},
         SketchCase{"BlankBefore", "<use xlink:href=' #r'/>", "g{}"},
         SketchCase{"PlainHref", "<use href='#r'/>", "g{}"},

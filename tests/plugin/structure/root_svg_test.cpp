@@ -166,6 +166,17 @@ INSTANTIATE_TEST_SUITE_P(
                     "rect(0,100 0,100):2 fill=#000000 stroke=#000000"}),
     kNameOfRow);
 
+// The content of a fragment is mirrored against 0, whatever the box; percentages of a height are of nothing.
+TEST(FragmentContentTest, HasNoPageHeight) {
+    for (const char* attributes : {"width='200' height='100'", "viewBox='10 20 200 100'",
+                                   "width='200' height='50' viewBox='0 0 200 100'"}) {
+        const BuiltModel model(
+            DrawingWith(attributes, "<line x2='10%' y2='6'/><rect y='10%' width='5' height='10%'/>"),
+            {.embedded = true});
+        EXPECT_EQ(SketchOfChildren(model.GetPage()), "line(0,0 20,-6) rect(0,0 5,0)") << attributes;
+    }
+}
+
 struct PageTextCase {
     const char* name;
     const char* attributes;

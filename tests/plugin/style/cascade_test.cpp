@@ -54,4 +54,32 @@ INSTANTIATE_TEST_SUITE_P(
                                "g{text(0,100 'a'):2 fill=#ff0000 stroke=#000000 h9}"}),
     kNameOfRow);
 
+// Containers: the same steps in another order, and the style last of all.
+INSTANTIATE_TEST_SUITE_P(
+    Groups, CascadeTest,
+    testing::Values(SketchCase{"PaintComesAfterDisplay", "<g display='none' fill='red'><rect fill=''/></g>",
+                               "g{rect(0,100 0,100):2 fill=#ff0000 stroke=#000000}"},
+                    SketchCase{"HiddenReachesChildrenWithoutPaint",
+                               "<g visibility='hidden' fill=''><rect fill=''/><rect fill='red'/></g>",
+                               "g{rect(0,100 0,100):0 fill=#000000 stroke=#000000 "
+                               "rect(0,100 0,100):2 fill=#ff0000 stroke=#000000}"},
+                    SketchCase{"ColourComesBeforePaint",
+                               "<g color='red' fill='currentColor'><rect fill=''/></g>",
+                               "g{rect(0,100 0,100):2 fill=#ff0000 stroke=#000000}"},
+                    SketchCase{"CurrentColourIsInherited",
+                               "<g color='red' fill=''><rect fill='currentColor'/></g>",
+                               "g{rect(0,100 0,100):2 fill=#ff0000 stroke=#000000}"},
+                    SketchCase{"StyleOverridesEveryAttribute",
+                               "<g fill='red' stroke='red' stroke-width='2' text-anchor='end' "
+                               "font-weight='100' letter-spacing='5' style='fill:blue;stroke:none;"
+                               "stroke-width:3;text-anchor:middle;font-weight:900;letter-spacing:inherit'>"
+                               "<text fill=''>a</text></g>",
+                               "g{text(0,100 'a'):2 fill=#0000ff stroke=#ff0000 w3 w27 a33 s5}"},
+                    SketchCase{"OpacityCompoundsDownTheTree",
+                               "<g fill='' opacity='.5'><g fill='' opacity='.5'><rect fill='' "
+                               "opacity='.5'/></g></g><rect fill=''/>",
+                               "g{g{rect(0,100 0,100):2 fill=#000000@32 stroke=#000000@32}} "
+                               "rect(0,100 0,100):2 fill=#000000 stroke=#000000"}),
+    kNameOfRow);
+
 }  // namespace

@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <concepts>
 #include <string>
 
-#include "tests/plugin/values/page_state.h"
+#include "platform/model/ORVPrtRectangleElt.h"
+#include "tests/support/built_model.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/sketch_case.h"
 
@@ -69,16 +74,16 @@ TEST_P(OpacityTest, MultipliesRoundsUpAndKeepsTheLowByte) {
     MultiplyOpacity(state, GetParam().factor, 1.0F);
     EXPECT_EQ(state.fill.GetFillColourTransparency(), GetParam().after);
 }
-INSTANTIATE_TEST_SUITE_P(Opacity, OpacityTest,
-                         testing::Values(OpacityCase{"Half", 255, 0.5F, 128},
-                                         OpacityCase{"Quarter", 255, 0.25F, 64},
-                                         OpacityCase{"One", 77, 1.0F, 77}, OpacityCase{"Zero", 255, 0.0F, 0},
-                                         OpacityCase{"Compounds", 128, 0.5F, 64},
-                                         OpacityCase{"TwoWraps", 255, 2.0F, 254},
-                                         OpacityCase{"NegativeWraps", 255, -1.0F, 1},
-                                         OpacityCase{"OverflowIsNothing", 255, 1e20F, 0},
-                                         OpacityCase{"NegativeOverflowIsNothing", 255, -1e20F, 0}),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Opacity, OpacityTest,
+    testing::Values(OpacityCase{"Half", 255, 0.5F, 128}, OpacityCase{"Quarter", 255, 0.25F, 64},
+                    OpacityCase{"One", 77, 1.0F, 77}, OpacityCase{"Zero", 255, 0.0F, 0},
+                    OpacityCase{"Compounds", 128, 0.5F, 64}, OpacityCase{"RoundsUp", 255, 0.001F, 1},
+                    OpacityCase{"InSinglePrecision", 255, 0.2F, 51}, OpacityCase{"TwoWraps", 255, 2.0F, 254},
+                    OpacityCase{"NegativeWraps", 255, -1.0F, 1},
+                    OpacityCase{"OverflowIsNothing", 255, 1e20F, 0},
+                    OpacityCase{"NegativeOverflowIsNothing", 255, -1e20F, 0}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(PaintValueTest, FillValues) {
     PageState state(10.0, 10.0);
@@ -139,6 +144,8 @@ TEST(PaintValueTest, StrokeWidthIsALength) {
     EXPECT_EQ(state.stroke.GetStrokeWidth(), 2.0 * 3.543307);
     ApplyStrokeWidth(state, "-1");
     EXPECT_EQ(state.stroke.GetStrokeWidth(), -1.0);
+    ApplyStrokeWidth(state, "50%");  // of the mean diagonal
+    EXPECT_EQ(state.stroke.GetStrokeWidth(), std::sqrt(250000.0 * 0.5) * 50.0 / 100.0);
 }
 
 TEST(DashArrayTest, ReadsNumbersAndDropsTheRest) {
@@ -154,6 +161,12 @@ TEST(DashArrayTest, ReadsNumbersAndDropsTheRest) {
     ApplyDashArray(state, "x");
     EXPECT_EQ(state.stroke.GetStrokeType(), 7);
     EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), 3U);
+    ApplyDashArray(state, " , ");
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), 3U);
+    ApplyDashArray(state, "1\t2,-3");
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{1.0F, -3.0F}));
+    ApplyDashArray(state, "NONE,0.1");
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{0.1F}));
     ApplyDashArray(state, "5mm 50%");
     EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{5.0F, 50.0F})) << "no units";
 }
@@ -166,6 +179,121 @@ TEST(DashArrayTest, CountsInAByte) {
         ApplyDashArray(state, text);
         EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), kept) << count;
     }
+}
+
+TEST(DashArrayTest, KeepsTheFirstOfTooMany) {
+    PageState state(10.0, 10.0);
+    std::string text = "3 ";
+    for (int i = 0; i < 256; ++i) text += "7 ";
+    ApplyDashArray(state, text);
+    EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{3.0F}));
+}
+
+TEST(OpacityFactorTest, KeepsTheDefaultOfWhatIsNoNumber) {
+    for (const char* kept : {"", " ", "inherit", "x", "Inherit"}) {
+        float factor = 0.75F;
+        EXPECT_FALSE(ReadOpacityFactor(kept, factor)) << kept;
+        EXPECT_EQ(factor, 0.75F) << kept;
+    }
+    for (const auto& [text, expected] :
+         {std::pair{"0.5", 0.5F}, {" .25x", 0.25F}, {"50%", 50.0F}, {"-1", -1.0F}, {"1e1", 10.0F}}) {
+        float factor = 0.75F;
+        EXPECT_TRUE(ReadOpacityFactor(text, factor)) << text;
+        EXPECT_EQ(factor, expected) << text;
+    }
+}
+
+// Attributes of one element, on both ways to look at it.
+template <class Element>
+class PaintAttributesTest : public testing::Test {
+protected:
+    void Opacity(const std::string& attributes) { ApplyOpacity(state_, Parsed(attributes).Get()); }
+    void Colour(const std::string& attributes) { ApplyCurrentColour(state_, Parsed(attributes).Get()); }
+    void Paint(const std::string& attributes) { ApplyPaint(state_, Parsed(attributes).Get()); }
+    static ParsedElement<Element> Parsed(const std::string& attributes) {
+        return ParsedElement<Element>("<r " + attributes + "/>");
+    }
+
+    PageState state_{300.0, 400.0};
+};
+TYPED_TEST_SUITE(PaintAttributesTest, ElementAccesses);
+
+TYPED_TEST(PaintAttributesTest, OpacityIsTheDefaultOfBothOthers) {
+    this->Opacity("opacity='.5'");
+    EXPECT_EQ(this->state_.stroke.GetStrokeColourTransparency(), 128);
+    EXPECT_EQ(this->state_.fill.GetFillColourTransparency(), 128);
+    this->Opacity("opacity='.5' stroke-opacity='.25'");
+    EXPECT_EQ(this->state_.stroke.GetStrokeColourTransparency(), 32);
+    EXPECT_EQ(this->state_.fill.GetFillColourTransparency(), 64);
+    this->Opacity("opacity='x' stroke-opacity='' fill-opacity='inherit'");
+    EXPECT_EQ(this->state_.stroke.GetStrokeColourTransparency(), 32);
+    EXPECT_EQ(this->state_.fill.GetFillColourTransparency(), 64);
+}
+
+TYPED_TEST(PaintAttributesTest, ColorSetsBothCurrentColours) {
+    this->Colour("color='red'");
+    EXPECT_EQ(this->state_.strokeCurrentColour, 1U);
+    EXPECT_EQ(this->state_.fillCurrentColour, 1U);
+    for (const char* kept : {"", "color=''", "color='inherit'", "color='none'", "color='currentColor'"}) {
+        this->Colour(kept);
+        EXPECT_EQ(this->state_.strokeCurrentColour, 1U) << kept;
+        EXPECT_EQ(this->state_.fillCurrentColour, 1U) << kept;
+    }
+    EXPECT_EQ(this->state_.stroke, ORVPrtStrokeAttributes());
+    EXPECT_EQ(this->state_.fill, ORVPrtFillAttributes());
+}
+
+TYPED_TEST(PaintAttributesTest, ReadsAllSeven) {
+    this->Paint(
+        "fill='red' fill-rule='evenodd' stroke='blue' stroke-dasharray='1 2' stroke-linecap='round' "
+        "stroke-linejoin='bevel' stroke-width='3'");
+    ORVPrtFillAttributes fill;
+    fill.SetFillColourIndex(1);
+    fill.SetFillRule(kFillEvenOdd);
+    EXPECT_EQ(this->state_.fill, fill);
+    ORVPrtStrokeAttributes stroke;
+    const float dashes[] = {1.0F, 2.0F};
+    stroke.SetStrokeColourIndex(2);
+    stroke.SetStrokeType(kLineUserDash);
+    stroke.SetStrokeDashPattern(dashes, 2);
+    stroke.SetStrokeCap(kCapRound);
+    stroke.SetStrokeJoin(kJoinBevel);
+    stroke.SetStrokeWidth(3.0);
+    EXPECT_EQ(this->state_.stroke, stroke);
+    EXPECT_EQ(this->state_.drawStyle, kDrawFillAndStroke);
+}
+
+TYPED_TEST(PaintAttributesTest, AbsentFillStopsWhereItIsAFailure) {
+    constexpr bool kStops = std::same_as<TypeParam, DomElementAccess>;
+    this->Paint(
+        "fill-rule='evenodd' stroke='blue' stroke-dasharray='1 2' stroke-linecap='round' "
+        "stroke-linejoin='bevel' stroke-width='3'");
+    EXPECT_EQ(this->state_.fill.GetFillRule(), kStops ? kFillNonZero : kFillEvenOdd);
+    EXPECT_EQ(this->state_.stroke == ORVPrtStrokeAttributes(), kStops);
+    EXPECT_EQ(this->state_.drawStyle, kStops ? kDrawFill : kDrawFillAndStroke);
+}
+
+TYPED_TEST(PaintAttributesTest, EmptyFillStopsNothing) {
+    this->Paint("fill='' stroke='blue' stroke-width='3'");
+    EXPECT_EQ(this->state_.stroke.GetStrokeWidth(), 3.0);
+    EXPECT_EQ(this->state_.drawStyle, kDrawFillAndStroke);
+    EXPECT_EQ(this->state_.fill, ORVPrtFillAttributes());
+}
+
+TYPED_TEST(PaintAttributesTest, WithoutPaintTheDrawStyleStays) {
+    for (const int before : {kDrawNothing, kDrawStroke, kDrawFill, kDrawFillAndStroke, kDrawUndecided}) {
+        this->state_.drawStyle = before;
+        this->Paint("fill='' stroke='' stroke-width='3'");
+        EXPECT_EQ(this->state_.drawStyle, before);
+    }
+}
+
+TYPED_TEST(PaintAttributesTest, CurrentColourIsLookedUpWhereItIsUsed) {
+    this->state_.strokeCurrentColour = 5;
+    this->state_.fillCurrentColour = 6;
+    this->Paint("fill='currentColor' stroke='currentColor' color='red'");
+    EXPECT_EQ(this->state_.stroke.GetStrokeColourIndex(), 5U);
+    EXPECT_EQ(this->state_.fill.GetFillColourIndex(), 6U);
 }
 
 class PaintedTest : public testing::TestWithParam<SketchCase> {};
@@ -211,6 +339,32 @@ TEST(PatternFillTest, TakesTheBitmapOfThePattern) {
     expect("fill='url(#q)'", "fill=#000000");
     expect("fill='red' style='fill:url(#p)'", "fill=#ff0000 pattern(2x3)");
     expect("fill='url(#p)' style='fill:red'", "fill=#ff0000 pattern(2x3)");  // the fill style stays
+}
+
+TEST(PatternFillTest, TheLastBitmapStays) {
+    const std::string images = "<image xlink:href='data:image/png;base64," + ToBase64(SamplePng(2, 3)) +
+                               "'/><g/><image xlink:href='data:image/png;base64," +
+                               ToBase64(SamplePng(4, 5)) + "'/><image/>";
+    ExpectPaintedSketch(Drawing("<pattern id='p'>" + images +
+                                "</pattern><rect fill='url(#p)'/><rect fill='' stroke='url(#p)'/>"),
+                        "rect(0,100 0,100):2 fill=#000000 pattern(4x5) stroke=#000000 "
+                        "rect(0,100 0,100):3 fill=#000000 stroke=#000000");
+}
+
+TEST(PatternFillTest, WithoutABitmapTheStyleIsPatternAllTheSame) {
+    for (const Backend backend : kBackends) {
+        const BuiltModel built(Drawing("<pattern id='p'><image/></pattern><rect fill='url(#p)'/>"
+                                       "<rect fill='url(#q)'/><rect fill='xurl(#p)'/>"),
+                               {.backend = backend});
+        const auto fillOf = [&](std::size_t index) {
+            return static_cast<const ORVPrtRectangleElt*>(built.GetPage().GetChildren().at(index))
+                ->GetFillAttributes();
+        };
+        EXPECT_EQ(fillOf(0).GetFillStyle(), kFillPattern);
+        EXPECT_EQ(fillOf(0).GetFillPatternImage(), nullptr);
+        EXPECT_EQ(fillOf(1), ORVPrtFillAttributes());
+        EXPECT_EQ(fillOf(2), ORVPrtFillAttributes());
+    }
 }
 
 }  // namespace

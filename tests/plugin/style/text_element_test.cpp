@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 #include <string>
 
+#include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtTextElt.h"
-#include "tests/plugin/values/page_state.h"
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/support/built_model.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 
 namespace {
 
@@ -67,6 +71,11 @@ TEST_P(TextElementTest, ViewBoxClips) {
     ASSERT_NE(Text().GetClippingBox(), nullptr);
     EXPECT_EQ(Text().GetClippingBox()->y, 2.0);
     EXPECT_EQ(Text().GetClippingBox()->height, 4.0);
+    Build("<text fill='red' viewBox=''>a</text>");
+    EXPECT_EQ(Text().GetClippingBox(), nullptr);
+    Build("<text fill='red' viewBox=' ' style='letter-spacing:9'>a</text>");
+    ASSERT_NE(Text().GetClippingBox(), nullptr);
+    EXPECT_EQ(Text().GetClippingBox()->width, 9.0);
     Build("<text fill='red' viewBox=' '>a</text>");
     ASSERT_NE(Text().GetClippingBox(), nullptr);
     EXPECT_EQ(Text().GetClippingBox()->width, 200.0);
@@ -86,6 +95,56 @@ TEST_P(TextElementTest, IdentifierTransformAndVersion) {
     EXPECT_EQ(Text().GetTextAttributes().GetTextVersion(), 3);
 }
 
+TEST_P(TextElementTest, AnEmptyTransformAddsNothing) {
+    Build("<text fill='red' transform=''>a</text>");
+    EXPECT_TRUE(Text().GetTransformAttributes().IsEmpty());
+    Build("<text fill='red' patternTransform='scale(2)'>a</text>");
+    EXPECT_TRUE(Text().GetTransformAttributes().IsEmpty());
+    Build("<text fill='red' transform=' '>a</text>");
+    EXPECT_EQ(Text().GetTransformAttributes().GetOperations().size(), 4U);
+}
+
+TEST_P(TextElementTest, StyleOverridesWhatComesBeforeIt) {
+    Build(
+        "<text fill='red' stroke='red' stroke-width='2' writing-mode='tb' display='none' "
+        "style='writing-mode:rl;stroke-width:3;fill:none'>a</text>");
+    EXPECT_EQ(Text().GetTextAttributes().GetWritingMode(), 1);
+    EXPECT_EQ(Text().GetStrokeAttributes().GetStrokeWidth(), 3.0);
+    EXPECT_EQ(Text().GetDrawStyle(), kDrawStroke);
+}
+
+TEST_P(TextElementTest, TextAttributesOverrideTheStyle) {
+    Build(
+        "<text fill='red' letter-spacing='50%' text-anchor='end' font-family='serif' font-size='8' "
+        "font-weight='100' style='letter-spacing:0;text-anchor:middle;font-family:monospace;font-size:9;"
+        "font-weight:900'>a</text>");
+    const ORVPrtTextAttributes& text = Text().GetTextAttributes();
+    EXPECT_EQ(text.GetExtraSpacing(), std::sqrt(100.0 * 100.0 * 0.5) * 50.0 / 100.0);
+    EXPECT_EQ(text.GetAnchor(), 37);
+    EXPECT_EQ(text.GetFont()->GetName().GetView(), "times.ttf");
+    EXPECT_EQ(text.GetHeight(), 8.0);
+    EXPECT_EQ(text.GetWeight(), 24);
+}
+
+TEST_P(TextElementTest, PercentagesFollowThePageWidthOfTheStyle) {
+    Build("<text fill='red' x='50%' dx='10%' style='letter-spacing:10'>a</text>");
+    EXPECT_EQ(Text().GetPosition(), (ORVMathPoint2D{6.0, 100.0}));
+}
+
+TEST_P(TextElementTest, TheStateIsInherited) {
+    const BuiltModel built(Drawing("<g fill='red' stroke='blue' font-size='20' text-anchor='middle' "
+                                   "letter-spacing='3' opacity='.5'><text fill=''>a</text></g>"),
+                           {GetParam()});
+    const auto& group = static_cast<const ORVPrtGroupElt&>(*built.GetPage().GetChildren().at(0));
+    const auto& text = static_cast<const ORVPrtTextElt&>(*group.GetChildren().at(0));
+    EXPECT_EQ(text.GetTextAttributes().GetHeight(), 20.0);
+    EXPECT_EQ(text.GetTextAttributes().GetAnchor(), 33);
+    EXPECT_EQ(text.GetTextAttributes().GetExtraSpacing(), 3.0);
+    EXPECT_EQ(text.GetFillAttributes().GetFillColourTransparency(), 128);
+    EXPECT_EQ(text.GetFillAttributes().GetFillColourIndex(), 1U);
+    EXPECT_EQ(text.GetDrawStyle(), kDrawFillAndStroke);
+}
+
 TEST_P(TextElementTest, SiblingsSeeNothing) {
     const BuiltModel built(Drawing("<text fill='red' color='blue' style='letter-spacing:5' font-size='99' "
                                    "opacity='.5' display='none'>a</text>"
@@ -98,9 +157,23 @@ TEST_P(TextElementTest, SiblingsSeeNothing) {
     EXPECT_EQ(second.GetDrawStyle(), kDrawFill);
 }
 
-TEST(BuildTextTest, NullIsUnusable) {
-    const ORVRef<ORVPrtTextElt> container(new ORVPrtTextElt);
-    EXPECT_EQ(BuildText(PageState(1.0, 1.0), LightElementAccess(nullptr), nullptr, *container), -1);
+template <class Element>
+class BuildTextTest : public testing::Test {};
+TYPED_TEST_SUITE(BuildTextTest, ElementAccesses);
+
+TYPED_TEST(BuildTextTest, NullIsUnusable) {
+    const ORVRef<ORVPrtGroupElt> container(new ORVPrtGroupElt);
+    const ParsedElement<TypeParam> parsed("<text/>");
+    EXPECT_EQ(BuildText(PageState(1.0, 1.0), parsed.Get(), nullptr, *container), -1);
+}
+
+TYPED_TEST(BuildTextTest, AnythingElseEndsTheChainOfHandlers) {
+    const ORVRef<ORVPrtGroupElt> container(new ORVPrtGroupElt);
+    for (const char* document : {"<text/>", "<text fill='red' x='q' transform='q'>a<tspan/></text>"}) {
+        const ORVRef<ORVPrtTextElt> text(new ORVPrtTextElt);
+        const ParsedElement<TypeParam> parsed(document);
+        EXPECT_EQ(BuildText(PageState(1.0, 1.0), parsed.Get(), text.get(), *container), 0);
+    }
 }
 
 }  // namespace

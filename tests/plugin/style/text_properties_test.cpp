@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 #include "platform/visualization/fonts/ORVFont.h"
-#include "platform/xml/ORVLightXml.h"
-#include "tests/plugin/values/page_state.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 
 namespace {
 
@@ -37,6 +39,12 @@ INSTANTIATE_TEST_SUITE_P(
                     FamilyCase{"ListGoesOn", "\"Nobody's\", 'Nowhere' , serif", "times.ttf", "times.ttf"},
                     FamilyCase{"QuotesGoEverywhere", "se\"ri'f", "times.ttf", "times.ttf"},
                     FamilyCase{"EmptyPieces", " , '' ,,monospace", "cour.ttf", "cour.ttf"},
+                    FamilyCase{"FirstOfTwo", "fantasy,serif", "Alpha Geometrique", "Alpha Geometrique"},
+                    FamilyCase{"CatalogueNamesAreNoFamilies", "times.ttf", "none", "none"},
+                    FamilyCase{"TabIsNotTrimmed", "\tserif", "none", "none"},
+                    FamilyCase{"QuotedGeneric", "'serif'", "times.ttf", "times.ttf"},
+                    FamilyCase{"BlanksInsideQuotesGo", "' serif '", "times.ttf", "times.ttf"},
+                    FamilyCase{"CommaInsideQuotesSeparates", "'no,serif'", "times.ttf", "times.ttf"},
                     FamilyCase{"GenericIsExact", "Serif", "none", "none"},
                     FamilyCase{"Unknown", "Nobody", "none", "none"}, FamilyCase{"Empty", "", "none", "none"}),
     [](const auto& row) { return std::string(row.param.name); });
@@ -60,6 +68,18 @@ TEST(FontFamilyTest, NoFontLeavesTheOldOne) {
     EXPECT_EQ(state.text.GetFont(), before);
 }
 
+TEST(FontFamilyTest, APlainFontIsFoundByTheAttributeOnly) {
+    const ORVFontFace* face = ORVFont::sGetFont("arial.ttf")->GetFace(kWeightNormal);
+    ASSERT_NE(face, nullptr);
+    ASSERT_NE(ORVFont::sRegisterPlainFont("Drafting Pen.font", face->GetFilePath()), nullptr);
+    EXPECT_EQ(FontOf("Drafting Pen", PropertySource::kAttribute), "Drafting Pen.font");
+    EXPECT_EQ(FontOf("'Nobody', \"Drafting Pen\" , serif", PropertySource::kAttribute), "Drafting Pen.font");
+    EXPECT_EQ(FontOf("Drafting Pen.font", PropertySource::kAttribute), "none");
+    EXPECT_EQ(FontOf("drafting pen", PropertySource::kAttribute), "none");
+    EXPECT_EQ(FontOf("Drafting Pen", PropertySource::kStyle), "none");
+    EXPECT_EQ(FontOf("Drafting Pen, serif", PropertySource::kStyle), "times.ttf");
+}
+
 TEST(FontSizeTest, AttributeRules) {
     const auto size = [](const char* text) {
         PageState state(300.0, 400.0);
@@ -70,6 +90,12 @@ TEST(FontSizeTest, AttributeRules) {
     EXPECT_EQ(size("20"), 20.0);
     EXPECT_EQ(size("200%"), 2000.0);
     EXPECT_EQ(size("x%"), 10.0);
+    EXPECT_EQ(size("%"), 10.0);
+    EXPECT_EQ(size("12.9%"), 120.0);
+    EXPECT_EQ(size(" 2%0%"), 200.0);
+    EXPECT_EQ(size("0%"), 0.0);
+    EXPECT_EQ(size("2mm"), 2.0 * 3.543307);
+    EXPECT_EQ(size("2em"), 2.0);
     EXPECT_EQ(size("-1%"), 42949672950.0);
     for (const char* kept : {"xx-small", "x-small", "small", "medium", "large", "x-large", "xx-large",
                              "larger", "smaller", "", "big", "inherit"})
@@ -152,26 +178,75 @@ TEST(TextVersionTest, TakesNumbersFromZero) {
     }
 }
 
-TEST(LetterSpacingTest, AttributeSetsTheSpacing) {
-    for (const auto& [attributes, spacing] : {std::pair{"letter-spacing='2mm'", 2.0 * 3.543307},
-                                              {"letter-spacing='abc'", 0.0},
-                                              {"letter-spacing='normal'", 0.0},
-                                              {"letter-spacing='nornal'", 5.0},
-                                              {"letter-spacing='inherit'", 5.0},
-                                              {"letter-spacing=''", 5.0},
-                                              {"", 5.0}}) {
-        const std::string text = std::string("<r ") + attributes + "/>";
-        ORVLightXmlElement root;
-        ORVLightXmlParser().Parse({text.data(), text.size()}, root);
-        PageState dom(300.0, 400.0), light(300.0, 400.0);
-        dom.text.SetExtraSpacing(5.0);
-        light.text.SetExtraSpacing(5.0);
-        ApplyTextLayout(dom, DomElementAccess(root.GetNode()));
-        ApplyTextLayout(light, LightElementAccess(root.GetNode()));
-        EXPECT_EQ(dom.text.GetExtraSpacing(), spacing) << attributes;
-        EXPECT_EQ(light.text.GetExtraSpacing(), spacing) << attributes;
-        EXPECT_EQ(light.pageWidth, 300.0);
+template <class Element>
+class TextAttributesTest : public testing::Test {
+protected:
+    // What a step makes of a state with the attributes.
+    template <class Step>
+    SvgInheritedState After(Step step, const std::string& attributes) {
+        PageState state(300.0, 400.0);
+        state.text.SetExtraSpacing(5.0);
+        step(state, ParsedElement<Element>("<r xmlns:tlv='t' " + attributes + "/>").Get());
+        return state;
     }
+};
+TYPED_TEST_SUITE(TextAttributesTest, ElementAccesses);
+
+TYPED_TEST(TextAttributesTest, LetterSpacingSetsTheSpacing) {
+    for (const auto& [attributes, spacing] :
+         {std::pair{"letter-spacing='2mm'", 2.0 * 3.543307},
+          {"letter-spacing='-2'", -2.0},
+          {"letter-spacing='50%'", std::sqrt(250000.0 * 0.5) * 50.0 / 100.0},
+          {"letter-spacing='abc'", 0.0},
+          {"letter-spacing='normal'", 0.0},
+          {"letter-spacing='Inherit'", 0.0},
+          {"letter-spacing='nornal'", 5.0},
+          {"letter-spacing='inherit'", 5.0},
+          {"letter-spacing=''", 5.0},
+          {"", 5.0}}) {
+        const SvgInheritedState state = this->After(ApplyTextLayout<TypeParam>, attributes);
+        EXPECT_EQ(state.text.GetExtraSpacing(), spacing) << attributes;
+        EXPECT_EQ(state.pageWidth, 300.0) << attributes;
+    }
+}
+
+TYPED_TEST(TextAttributesTest, LayoutReadsTheAnchorAndIgnoresTheBaseline) {
+    const SvgInheritedState state =
+        this->After(ApplyTextLayout<TypeParam>, "text-anchor='end' alignment-baseline='hanging'");
+    EXPECT_EQ(state.text.GetAnchor(), 37);
+    EXPECT_EQ(this->After(ApplyTextLayout<TypeParam>, "").text.GetAnchor(), 29);
+}
+
+TYPED_TEST(TextAttributesTest, FontReadsFamilySizeAndWeight) {
+    const SvgInheritedState state = this->After(
+        ApplyFont<TypeParam>,
+        "font-family='cursive' font-size='200%' font-weight='800' font-style='italic' font='9px serif'");
+    EXPECT_EQ(state.text.GetFont()->GetName().GetView(), "MTCORSVA.TTF");
+    EXPECT_EQ(state.text.GetHeight(), 2400.0);
+    EXPECT_EQ(state.text.GetWeight(), 27);
+    EXPECT_EQ(state.text.GetSlant(), 0.0F);
+}
+
+TYPED_TEST(TextAttributesTest, AbsentAndEmptyAttributesChangeNothing) {
+    for (const char* attributes :
+         {"",
+          "font-family='' font-size='' font-weight='' writing-mode='' tlv:text-version='' text-anchor=''"}) {
+        ORVPrtTextAttributes untouched;
+        untouched.SetExtraSpacing(5.0);
+        EXPECT_EQ(this->After(ApplyFont<TypeParam>, attributes).text, untouched);
+        EXPECT_EQ(this->After(ApplyTextLayout<TypeParam>, attributes).text, untouched);
+        EXPECT_EQ(this->After(ApplyWritingMode<TypeParam>, attributes).text, untouched);
+    }
+}
+
+TYPED_TEST(TextAttributesTest, WritingModeReadsTheVersionToo) {
+    SvgInheritedState state = this->After(ApplyWritingMode<TypeParam>, "tlv:text-version='3'");
+    EXPECT_EQ(state.text.GetWritingMode(), 0);
+    EXPECT_EQ(state.text.GetTextVersion(), 3);
+    state = this->After(ApplyWritingMode<TypeParam>, "writing-mode='tb' tlv:text-version='-1'");
+    EXPECT_EQ(state.text.GetWritingMode(), 2);
+    EXPECT_EQ(state.text.GetTextVersion(), 0);
+    EXPECT_EQ(this->After(ApplyWritingMode<TypeParam>, "text-version='3'").text.GetTextVersion(), 0);
 }
 
 }  // namespace

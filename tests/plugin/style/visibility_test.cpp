@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "platform/xml/ORVLightXml.h"
-#include "tests/plugin/values/page_state.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 
 namespace {
 
@@ -19,12 +19,10 @@ void PrintTo(const VisibilityCase& row, std::ostream* out) { *out << row.attribu
 class VisibilityTest : public testing::TestWithParam<VisibilityCase> {};
 TEST_P(VisibilityTest, RewritesTheDrawStyle) {
     const std::string text = std::string("<r ") + GetParam().attributes + "/>";
-    ORVLightXmlElement root;
-    ORVLightXmlParser().Parse({text.data(), text.size()}, root);
     PageState dom(10.0, 10.0), light(10.0, 10.0);
     dom.drawStyle = light.drawStyle = GetParam().before;
-    ApplyDisplayVisibility(dom, DomElementAccess(root.GetNode()));
-    ApplyDisplayVisibility(light, LightElementAccess(root.GetNode()));
+    ApplyDisplayVisibility(dom, ParsedElement<DomElementAccess>(text).Get());
+    ApplyDisplayVisibility(light, ParsedElement<LightElementAccess>(text).Get());
     EXPECT_EQ(dom.drawStyle, GetParam().after);
     EXPECT_EQ(light.drawStyle, GetParam().after);
 }
@@ -38,6 +36,11 @@ INSTANTIATE_TEST_SUITE_P(Visibility, VisibilityTest,
                                          VisibilityCase{"Collapse", "visibility='collapse'", 3, 0},
                                          VisibilityCase{"Inherit", "visibility='inherit'", 1, 1},
                                          VisibilityCase{"VisibleIsExact", "visibility='Visible'", 1, 1},
+                                         VisibilityCase{"Empty", "display='' visibility=''", 4, 4},
+                                         VisibilityCase{"HiddenOfUndecided", "visibility='hidden'", 4, 0},
+                                         VisibilityCase{"VisibleOfNothing", "visibility='visible'", 0, 3},
+                                         VisibilityCase{"BlanksAreNotTrimmed", "display=' none'", 2, 2},
+                                         VisibilityCase{"InStyleItIsNothing", "style='display:none'", 2, 2},
                                          VisibilityCase{"VisibilityComesAfterDisplay",
                                                         "display='none' visibility='visible'", 1, 3}),
                          [](const auto& row) { return std::string(row.param.name); });

@@ -7,8 +7,7 @@
 #include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "plugin/structure/statuses.h"
-#include "plugin/values/colour_keywords.h"
-#include "tests/plugin/values/page_state.h"
+#include "tests/support/page_state.h"
 
 namespace {
 
@@ -65,7 +64,23 @@ INSTANTIATE_TEST_SUITE_P(
         ColourCase{"None", "none", kNone}, ColourCase{"Current", "currentColor", kNone},
         ColourCase{"Transparent", "transparent", kNone}, ColourCase{"LaterKeyword", "rebeccapurple", kNone},
         ColourCase{"Empty", "", kNone}, ColourCase{"Blank", "  ", kNone},
-        ColourCase{"RgbAlone", "rgb", kNone}),
+        ColourCase{"RgbAlone", "rgb", kNone}, ColourCase{"RgbTwice", "rgbrgb(1,2,3)", kNone},
+        ColourCase{"BracketAlone", "(", kNone}, ColourCase{"RgbInside", "x rgb(1,2,3)", kNone},
+        ColourCase{"TextBehindTheBracket", "rgb(1,2,3)x", 0x010203},
+        ColourCase{"SignsAreRead", "rgb(+1,+2,+3)", 0x010203},
+        ColourCase{"EmptyComponent", "rgb(,2,3)", kNone},
+        ColourCase{"TabInFrontOfANumber", "rgb(\t1,2,3)", 0x010203},
+        ColourCase{"TabIsNoBlank", "\tred", kNone}, ColourCase{"UnitsAreIgnored", "rgb(1px,2x,3y)", 0x010203},
+        ColourCase{"PercentagesWithBlanks", " rgb( 100% , 50% , 0% ) ", 0xFF7F00},
+        ColourCase{"PercentagesNeedNoBracketAtTheEnd", "rgb(100%,50%,0%", 0xFF7F00},
+        ColourCase{"LatePercentMakesPercentages", "rgb(1,2,100%)", kNone},
+        ColourCase{"PercentBehindTheBracketCounts", "rgb(1,2,3)%", kNone},
+        ColourCase{"PercentIsTruncated", "rgb(1%,2%,99%)", 0x0205FC},
+        ColourCase{"HexadecimalWithMultibyte",
+                   "#\xC3\xBC"
+                   "f",
+                   kNone},
+        ColourCase{"HexadecimalIsNotRgb", "#rgb(1,2,3)", kNone}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ColourTableTest, StartsWithBlackAndHoldsEachColourOnce) {
@@ -98,29 +113,24 @@ TEST(ColourTableTest, AFailedColourAddsNothing) {
     EXPECT_EQ(state.page->GetColourTable()->GetColours().size(), 1U);
 }
 
-TEST(ColourKeywordsTest, BothSpellingsOfGrey) {
-    for (const char* pair :
-         {"gray", "darkgray", "dimgray", "lightgray", "slategray", "darkslategray", "lightslategray"}) {
-        const std::string american = pair;
-        std::string british = american;
-        british[british.find("gray") + 2] = 'e';
-        RgbColour a, b;
-        EXPECT_TRUE(FindColourKeyword(american, a));
-        EXPECT_TRUE(FindColourKeyword(british, b));
-        EXPECT_EQ(a.red * 65536 + a.green * 256 + a.blue, b.red * 65536 + b.green * 256 + b.blue) << american;
-    }
+TEST(ColourTableTest, NothingToReadMakesNoTable) {
+    PageState state(10.0, 10.0);
+    unsigned int index = 0;
+    EXPECT_EQ(ParseColour(state, "", index), -1);
+    EXPECT_EQ(state.page->GetColourTable(), nullptr);
+    EXPECT_EQ(ParseColour(state, " ", index), -1);
+    EXPECT_NE(state.page->GetColourTable(), nullptr);
 }
 
-TEST(ColourKeywordsTest, EndsOfTheTableAndLongNames) {
-    RgbColour colour;
-    EXPECT_TRUE(FindColourKeyword("aliceblue", colour));
-    EXPECT_EQ(colour.red, 240);
-    EXPECT_TRUE(FindColourKeyword("yellowgreen", colour));
-    EXPECT_EQ(colour.red, 154);
-    EXPECT_TRUE(FindColourKeyword("LightGoldenrodYellow", colour));
-    EXPECT_EQ(colour.blue, 210);
-    EXPECT_FALSE(FindColourKeyword("lightgoldenrodyellowx", colour));
-    EXPECT_FALSE(FindColourKeyword("", colour));
+TEST(ColourTableTest, AnExistingTableIsUsedAsItIs) {
+    PageState state(10.0, 10.0);
+    const ORVRef<ORVPrtColourTable> table(new ORVPrtColourTable);
+    state.page->SetColourTable(table.get());
+    unsigned int index = 99;
+    EXPECT_EQ(ParseColour(state, "lime", index), kRead);
+    EXPECT_EQ(index, 0U);
+    EXPECT_EQ(state.page->GetColourTable(), table.get());
+    EXPECT_EQ(table->GetColours().size(), 1U);
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
-#include "platform/xml/ORVLightXml.h"
 #include "plugin/structure/statuses.h"
-#include "tests/plugin/values/page_state.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 
 namespace {
 
@@ -59,7 +59,19 @@ INSTANTIATE_TEST_SUITE_P(
         LengthCase{"UnitAlone", "mm", kEmpty, kDefault}, LengthCase{"Hexadecimal", "0x10", kRead, 0.0},
         LengthCase{"InfinityIsNoNumber", "inf", 0, kDefault},
         LengthCase{"Overflow", "1e999", kRead, std::numeric_limits<double>::infinity()},
-        LengthCase{"Underflow", "1e-999", kRead, 0.0}),
+        LengthCase{"Underflow", "1e-999", kRead, 0.0}, LengthCase{"PointInFront", ".5", kRead, 0.5},
+        LengthCase{"PointAtTheEnd", "5.", kRead, 5.0}, LengthCase{"ExponentWithoutDigits", "1E", kRead, 1.0},
+        LengthCase{"Plus", "+3", kRead, 3.0},
+        LengthCase{"CommaEndsTheNumber", "1,5mm", kRead, 1.0 * 3.543307},
+        LengthCase{"OnlyTheFirstOfAList", "1 2 3", kRead, 1.0}, LengthCase{"TabInFront", "\t4", kRead, 4.0},
+        LengthCase{"PicasBeforeCentimetres", "1cm2pc", kRead, (1.0 * 12.0) / 72.0 * 25.4 * 3.543307},
+        LengthCase{"MillimetresBeforeInches", "1in2mm", kRead, 1.0 * 3.543307},
+        LengthCase{"InchesBeforePercent", "1%2in", kRead, kInch},
+        LengthCase{"EveryUnitOfOneKindGoes", "mm1mm0mm", kRead, 10.0 * 3.543307},
+        LengthCase{"EveryPercentGoes", "%1%0%", kRead, std::sqrt((90000.0 + 160000.0) * 0.5) * 10.0 / 100.0},
+        LengthCase{"NegativeUnit", "-1in", kRead, -kInch}, LengthCase{"NotANumber", "nan", 0, kDefault},
+        LengthCase{"PointsHoldInches", "2 points", kRead, 2.0 * kInch},
+        LengthCase{"UnitHiddenInAWord", "12 option", kRead, 12.0 / 72.0 * 25.4 * 3.543307}),
     kName);
 
 class ParseHorizontalLengthTest : public testing::TestWithParam<LengthCase> {};
@@ -103,6 +115,22 @@ TEST(ParseVerticalCoordinateTest, MirrorsOnEveryPath) {
     EXPECT_EQ(read("auto", 0), 500.0);
 }
 
+TEST(ParseVerticalCoordinateTest, MirrorsTheDefault) {
+    double out = 120.0;
+    EXPECT_EQ(ParseVerticalCoordinate(PageState(300.0, 500.0), "", out), kEmpty);
+    EXPECT_EQ(out, 380.0);
+}
+
+// The page may have no size yet.
+TEST(ParseLengthTest, PercentOfAnEmptyPageIsNothing) {
+    const PageState state(0.0, 0.0);
+    for (auto* parse : {ParseLength, ParseHorizontalLength, ParseVerticalLength, ParseVerticalCoordinate}) {
+        double out = kDefault;
+        EXPECT_EQ(parse(state, "50%", out), kRead);
+        EXPECT_EQ(out, 0.0);
+    }
+}
+
 TEST(ParseVerticalCoordinateTest, OnlyOneMeansFlipped) {
     for (const int flip : {0, 2, 255}) {
         double out = 0.0;
@@ -114,16 +142,12 @@ TEST(ParseVerticalCoordinateTest, OnlyOneMeansFlipped) {
 template <class Element>
 class ReadAttributeTest : public testing::Test {
 protected:
-    ReadAttributeTest() {
-        const std::string text = "<r r='50%' x='50%' y='50%' rx='' ry='auto'/>";
-        ORVLightXmlParser().Parse({text.data(), text.size()}, root_);
-    }
-    Element Get() const { return Element(root_.GetNode()); }
+    Element Get() const { return element_.Get(); }
 
-    ORVLightXmlElement root_;
+private:
+    ParsedElement<Element> element_{"<r r='50%' x='50%' y='50%' rx='' ry='auto'/>"};
 };
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(ReadAttributeTest, Accesses);
+TYPED_TEST_SUITE(ReadAttributeTest, ElementAccesses);
 
 TYPED_TEST(ReadAttributeTest, ReadsLikeTheParserOfItsKind) {
     const PageState state(300.0, 400.0);

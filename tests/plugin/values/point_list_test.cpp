@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/plugin/values/page_state.h"
+#include "tests/support/page_state.h"
 
 namespace {
 
@@ -33,6 +33,14 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ReadCoordinateNumbersTest,
                                          NumbersCase{"XWithABlankBehindIsAnX", "50% ", {100.0}},
                                          NumbersCase{"MinusDoesNotSeparate", "1-2 3", {1.0, 3.0}},
                                          NumbersCase{"CommasInARow", ",,1,,2,,", {1.0, 2.0}},
+                                         NumbersCase{"TabDoesNotSeparate", "1\t2 3 4", {1.0, 3.0, 4.0}},
+                                         NumbersCase{"FailedPercentIsReadAsALength",
+                                                     "p%t72 1",
+                                                     {72.0 / 72.0 * 25.4 * 3.543307, 1.0}},
+                                         NumbersCase{"EveryPercentGoes", "%5%0 5%0%", {100.0, 50.0}},
+                                         NumbersCase{"OtherSeparatorsEndTheNumber", "1;2 3", {1.0, 3.0}},
+                                         NumbersCase{"OneNumber", "5", {5.0}},
+                                         NumbersCase{"NothingReadable", "a b c", {}},
                                          NumbersCase{"Nothing", " , ", {}}, NumbersCase{"Empty", "", {}}),
                          [](const auto& row) { return std::string(row.param.name); });
 

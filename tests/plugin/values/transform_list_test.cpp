@@ -7,8 +7,8 @@
 #include "platform/model/visit_primitive.h"
 #include "plugin/structure/ORVPrtDefsElt.h"
 #include "plugin/structure/statuses.h"
-#include "tests/plugin/values/page_state.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/page_state.h"
 
 namespace {
 
@@ -61,12 +61,31 @@ INSTANTIATE_TEST_SUITE_P(
         TransformCase{"ClosedBeforeOpened", "translate)(5", ""}, TransformCase{"UnknownName", "shift(5)", ""},
         TransformCase{"NameInsideArguments", "rotate(scale(2))", "sx(2) sy(2)"},
         TransformCase{"SixNumbersAtMost", "translate(1 2 3 4 5 6 7)", "t(1,2)"},
-        TransformCase{"Empty", "", ""}),
+        TransformCase{"TranslateWithoutNumbers", "translate(x)", "t(0,0)"},
+        TransformCase{"UnreadableFactorDropsOut", "scale(x 2 3)", "sx(2) sy(3)"},
+        TransformCase{"UnreadableAngleDropsOut", "rotate(x 0.5 10 20)",
+                      "t(10,20) r(0.008726646192) t(-10,-20)"},
+        TransformCase{"RotateFourNumbers", "rotate(0.5 10 20 30)", "t(10,20) r(0.008726646192) t(-10,-20)"},
+        TransformCase{"UnreadableMatrixEntryMovesTheRestUp", "matrix(1 x 2 3 4 5 6)", "t(5,6) m(1 3 2 4)"},
+        TransformCase{"MatrixWithoutNumbers", "matrix(x)", "t(0,0) m(1 0 0 1)"},
+        TransformCase{"SkewIsNotSplit", "skewX(0.5,9)", "kx(0.008726646192)"},
+        TransformCase{"SkewInAnyCase", ";SKEWX(0.5);skewy(0.5)", "kx(0.008726646192) ky(0.008726646192)"},
+        TransformCase{"CommasAndBlanks", "translate( 1 ,, 2 )", "t(1,2)"},
+        TransformCase{"TabDoesNotSeparate", "translate(1\t2 3)", "t(1,3)"},
+        TransformCase{"UnitsAreIgnored", "translate(1mm,50%)", "t(1,50)"},
+        TransformCase{"Semicolons", ";;translate(1);;;scale(2);", "t(1,0) sx(2) sy(2)"},
+        TransformCase{"TextInFrontOfANameIsLost", "translate(7),scale(2)", "t(7,0) sx(2) sy(2)"},
+        TransformCase{"SecondBracketIsIgnored", "translate(1)(2)", "t(1,0)"},
+        TransformCase{"OpenBracketRunsToTheFirstClosing", "translate(1(2)", "t(1,0)"},
+        TransformCase{"NameAloneThenAnother", "scale translate(1)", "t(1,0)"},
+        TransformCase{"NameBehindText", "x translate(1)", "t(1,0)"}, TransformCase{"Empty", "", ""}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(TransformMirrorTest, StandsOnBothSidesAlsoOfNothing) {
     EXPECT_EQ(Sketch("translate(1,2)", 1), "~100 t(1,2) ~100");
     EXPECT_EQ(Sketch("", 1), "~100 ~100");
+    EXPECT_EQ(Sketch("rubbish", 1), "~100 ~100");
+    EXPECT_EQ(Sketch("scale(2) rotate(0.5)", 1), "~100 sx(2) sy(2) r(0.008726646192) ~100");
     EXPECT_EQ(Sketch("translate(1,2)", 2), "t(1,2)");  // only 1 flips
 }
 

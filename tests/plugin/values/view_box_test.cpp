@@ -35,6 +35,10 @@ INSTANTIATE_TEST_SUITE_P(
                     ViewBoxCase{"FifthIsIgnored", "1 2 3 4 5", kRead, {1.0, 2.0, 3.0, 4.0}},
                     ViewBoxCase{"UnitsAreIgnored", "1mm 2% 3px 4in", kRead, {1.0, 2.0, 3.0, 4.0}},
                     ViewBoxCase{"TabDoesNotSeparate", "1\t2 3 4 5", kRead, {1.0, 3.0, 4.0, 5.0}},
+                    ViewBoxCase{"UnreadableLast", "1 2 3 x", kRead, {1.0, 2.0, 3.0, -4.0}},
+                    ViewBoxCase{"CommaAndBlank", "1, 2, 3, 4", kRead, {1.0, 2.0, 3.0, 4.0}},
+                    ViewBoxCase{"TwoNumbers", "1 2", kRead, {1.0, -2.0, -3.0, 2.0}},
+                    ViewBoxCase{"Negative", "-1 -2.5 -3e1 -.5", kRead, {-1.0, -2.5, -30.0, -0.5}},
                     ViewBoxCase{"Blank", " ", kRead, {-1.0, -2.0, -3.0, -4.0}},
                     ViewBoxCase{"Empty", "", kEmpty, {-1.0, -2.0, -3.0, -4.0}}),
     [](const auto& row) { return std::string(row.param.name); });

@@ -1,4 +1,4 @@
-#include "tests/plugin/values/page_state.h"
+#include "tests/support/page_state.h"
 
 #include "platform/model/ORVPrtImageElt.h"
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <concepts>
+#include <string>
+
+#include "platform/xml/ORVDOMXml.h"
+#include "platform/xml/ORVLightXml.h"
+#include "plugin/interpreter/element_access.h"
+
+/// Both ways to look at an element, for typed tests.
+using ElementAccesses = testing::Types<DomElementAccess, LightElementAccess>;
+
+/// The root of a small document, read by the back-end of the access.
+template <SvgElementAccess Element>
+class ParsedElement {
+public:
+    explicit ParsedElement(const std::string& document) {
+        if constexpr (std::same_as<Element, DomElementAccess>) {
+            EXPECT_EQ(BuildParser(ORVUnicodeString(document), "SVG", domRoot_), 1) << document;
+        } else {
+            EXPECT_EQ(ORVLightXmlParser().Parse({document.data(), document.size()}, lightRoot_), 1)
+                << document;
+        }
+    }
+
+    /// Valid as long as this object is.
+    Element Get() const {
+        if constexpr (std::same_as<Element, DomElementAccess>)
+            return Element(domRoot_.GetNode());
+        else
+            return Element(lightRoot_.GetNode());
+    }
+
+private:
+    ORVIDOMElement_var domRoot_;
+    ORVLightXmlElement lightRoot_;
+};
