@@ -27,16 +27,6 @@ void Redirect(const fs::path& path, int flags, int descriptor) {
 
 }  // namespace
 
-ToolTest::ToolTest() {
-    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) /
-              (std::string("orv_tool_") + test.test_suite_name() + "_" + test.name());
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-}
-
-ToolTest::~ToolTest() { fs::remove_all(folder_); }
-
 ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::string& input) const {
     std::vector<std::string> command{ORV_TOOL_PATH};
     command.insert(command.end(), arguments.begin(), arguments.end());
@@ -45,15 +35,15 @@ ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::stri
 
 ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std::string& input) const {
     // The streams are files beside the folder, so that it holds only what the command made.
-    const fs::path in = folder_.string() + ".in", out = folder_.string() + ".out",
-                   err = folder_.string() + ".err";
+    const fs::path in = Folder().string() + ".in", out = Folder().string() + ".out",
+                   err = Folder().string() + ".err";
     std::ofstream(in, std::ios::binary) << input;
     const pid_t child = fork();
     if (child == 0) {
         Redirect(in, O_RDONLY, STDIN_FILENO);
         Redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
         Redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
-        if (chdir(folder_.c_str()) != 0) _exit(126);
+        if (chdir(Folder().c_str()) != 0) _exit(126);
         std::vector<char*> arguments;
         for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
         arguments.push_back(nullptr);
@@ -71,15 +61,15 @@ ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std:
 }
 
 void ToolTest::WriteFile(const std::string& name, const std::string& content) const {
-    fs::create_directories((folder_ / name).parent_path());
-    std::ofstream(folder_ / name, std::ios::binary) << content;
+    fs::create_directories((Folder() / name).parent_path());
+    std::ofstream(Folder() / name, std::ios::binary) << content;
 }
 
-std::string ToolTest::ReadFile(const std::string& name) const { return ReadWhole(folder_ / name); }
+std::string ToolTest::ReadFile(const std::string& name) const { return ReadWhole(Folder() / name); }
 
 std::vector<std::string> ToolTest::Files() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(Folder())) names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
 }

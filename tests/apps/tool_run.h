@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/scratch_folder.h"
+
 /// One run of the command.
 struct ToolRun {
     int exitCode = -1;
@@ -15,9 +17,6 @@ struct ToolRun {
 /// A folder of the test's own, in which the command runs.
 class ToolTest : public testing::Test {
 protected:
-    ToolTest();
-    ~ToolTest() override;
-
     /// Runs the command with these arguments.
     ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = {}) const;
     /// Runs another program of the system.
@@ -25,15 +24,15 @@ protected:
 
     void WriteFile(const std::string& name, const std::string& content) const;
     std::string ReadFile(const std::string& name) const;
-    bool Exists(const std::string& name) const { return std::filesystem::exists(folder_ / name); }
+    bool Exists(const std::string& name) const { return std::filesystem::exists(Folder() / name); }
     /// Names of all files in the folder, sorted.
     std::vector<std::string> Files() const;
     static std::string Example(const std::string& name);
 
-    const std::filesystem::path& Folder() const { return folder_; }
+    const std::filesystem::path& Folder() const { return folder_.Path(); }
 
 private:
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
 };
 
 /// A drawing of 90 x 45 user units around `content`.

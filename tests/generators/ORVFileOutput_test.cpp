@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/support/scratch_folder.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -14,24 +16,15 @@ namespace fs = std::filesystem;
 /// A folder of the test's own.
 class FileOutputTest : public testing::Test {
 protected:
-    FileOutputTest() {
-        folder_ =
-            fs::path(testing::TempDir()) /
-            ("orv_output_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    ~FileOutputTest() override { fs::remove_all(folder_); }
-
-    std::string Path(const char* name) const { return folder_ / name; }
+    std::string Path(const char* name) const { return folder_.PathOf(name); }
     std::string Content(const char* name) const {
         std::ostringstream text;
-        text << std::ifstream(folder_ / name).rdbuf();
+        text << std::ifstream(folder_.Path() / name).rdbuf();
         return text.str();
     }
     std::size_t CountFiles() const {
         return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+            std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));
     }
     static void WritePart(ORVFileOutput& output, const std::string& text) {
         ASSERT_EQ(output.BeginPart(), 1) << output.GetError();
@@ -39,7 +32,7 @@ protected:
         ASSERT_EQ(output.EndPart(), 1);
     }
 
-    fs::path folder_;
+    ScratchFolder folder_;
 };
 
 TEST_F(FileOutputTest, ShowsUnderItsNameOnlyWhenCommitted) {
@@ -109,7 +102,7 @@ TEST_F(FileOutputTest, PrepareTellsWhatCannotBeWrittenAndLeavesNothing) {
     EXPECT_EQ(ORVFileOutput(Path("a.txt"), false).Prepare(), 1);
     EXPECT_EQ(CountFiles(), 0U);
     EXPECT_EQ(ORVFileOutput(Path("no/such/folder.txt"), false).Prepare(), 0);
-    ORVFileOutput folder(folder_.string(), false);
+    ORVFileOutput folder(folder_.Path().string(), false);
     EXPECT_EQ(folder.Prepare(), 0);
     EXPECT_FALSE(folder.GetError().empty());
 }

@@ -15,6 +15,7 @@
 #include "generators/common/generator_status.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/support/sample_images.h"
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
@@ -42,7 +43,6 @@ public:
     explicit PdfDocument(const char* title = "") : generator_(output_) {
         EXPECT_EQ(generator_.BeginDocument({title, 0}), 1);
     }
-    ~PdfDocument() { std::remove(path_.c_str()); }
     PdfDocument(const PdfDocument&) = delete;
     PdfDocument& operator=(const PdfDocument&) = delete;
 
@@ -54,8 +54,6 @@ public:
     /// Ends the document, which must be sound.
     void Finish() {
         EXPECT_EQ(generator_.EndDocument(), 1);
-        path_ = testing::TempDir() + "orv_" + testing::UnitTest::GetInstance()->current_test_info()->name() +
-                ".pdf";
         std::ofstream(path_, std::ios::binary) << output_.GetBytes();
         const CommandResult check("qpdf --check " + path_);
         EXPECT_EQ(check.status, 0) << check.text;
@@ -71,7 +69,8 @@ private:
     ORVMemoryOutput output_;
     ORVPdfGenerator generator_;
     unsigned int pages_ = 0;
-    std::string path_;
+    const ScratchFolder folder_;
+    const std::string path_ = folder_.PathOf("page.pdf");
 };
 
 TEST(ORVPdfGeneratorTest, PagesHaveTheirOwnSizes) {

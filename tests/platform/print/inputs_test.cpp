@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <string>
 
 #include "platform/print/ORVPrintInputFileStream.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/system/ORVRef.h"
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
@@ -44,12 +44,12 @@ TEST(MemoryStreamTest, RefusesPlacesOutside) {
 }
 
 TEST(FileStreamTest, GivesTheFilesBytesAndItsPath) {
-    const std::string path = testing::TempDir() + "orv_inputs_test.txt";
+    const ScratchFolder folder;
+    const std::string path = folder.PathOf("input.txt");
     std::ofstream(path) << "in a file";
     const ORVRef<ORVPrintInputFileStream> stream(new ORVPrintInputFileStream(path));
     EXPECT_EQ(stream->GetPath().GetView(), path);
     EXPECT_EQ(ReadTwice(*stream), "in a file");
-    std::remove(path.c_str());
 }
 
 TEST(FileStreamTest, MissingFileDoesNotOpen) {

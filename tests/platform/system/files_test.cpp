@@ -1,13 +1,14 @@
 #include "platform/system/files.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
+
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
@@ -16,21 +17,17 @@ namespace fs = std::filesystem;
 class FilesTest : public testing::Test {
 protected:
     void SetUp() override {
-        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-        root_ = fs::temp_directory_path() / ("orv-files-" + std::to_string(::getpid()) + "-" + test->name());
         fs::create_directories(root_ / "open" / "below");
         fs::create_directories(root_ / "open-not");
         for (const char* file : {"open/a.png", "open/below/b.png", "open-not/c.png", "outside.png"})
             std::ofstream(root_ / file) << "x";
         ASSERT_TRUE(policy_.AllowFolder(Path("open")));
     }
-    void TearDown() override {
-        ORVFileAccessPolicy::SetCurrent(nullptr);
-        fs::remove_all(root_);
-    }
+    void TearDown() override { ORVFileAccessPolicy::SetCurrent(nullptr); }
     ORVUnicodeString Path(const std::string& relative) const { return (root_ / relative).string(); }
 
-    fs::path root_;
+    const ScratchFolder scratch_;
+    const fs::path root_ = scratch_.Path();
     ORVFolderAccessPolicy policy_;
 };
 

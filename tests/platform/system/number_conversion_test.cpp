@@ -2,17 +2,18 @@
 
 #include <gtest/gtest.h>
 #include <locale.h>
-#include <unistd.h>
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
+
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
@@ -190,20 +191,16 @@ public:
         Use("de_DE.UTF-8");
         if (!active_) Use("fr_FR.UTF-8");
         if (active_) return;
-        folder_ = std::filesystem::temp_directory_path() / ("orv-locale-" + std::to_string(::getpid()));
-        std::filesystem::create_directories(folder_);
+        folder_.emplace();
         const std::string command = "localedef --no-archive -i de_DE -f UTF-8 '" +
-                                    (folder_ / "de_DE.UTF-8").string() + "' >/dev/null 2>&1";
+                                    folder_->PathOf("de_DE.UTF-8") + "' >/dev/null 2>&1";
         if (std::system(command.c_str()) != 0) return;
-        setenv("LOCPATH", folder_.c_str(), 1);
+        setenv("LOCPATH", folder_->Path().c_str(), 1);
         Use("de_DE.UTF-8");
     }
     ~CommaLocale() {
         std::setlocale(LC_ALL, "C");
-        if (folder_.empty()) return;
-        unsetenv("LOCPATH");
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
+        if (folder_) unsetenv("LOCPATH");
     }
     CommaLocale(const CommaLocale&) = delete;
     CommaLocale& operator=(const CommaLocale&) = delete;
@@ -216,7 +213,7 @@ private:
     }
 
     bool active_ = false;
-    std::filesystem::path folder_;
+    std::optional<ScratchFolder> folder_;
 };
 
 TEST(NumberConversion, ReadsAPeriodWhateverTheLocale) {

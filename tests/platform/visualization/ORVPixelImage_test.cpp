@@ -9,19 +9,13 @@
 #include <sys/stat.h>
 
 #include "tests/platform/visualization/written_images.h"
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
 class PixelImageFileTest : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "orv-images-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        folder_ = pattern;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    std::string Path(const char* name) const { return (folder_ / name).string(); }
+    std::string Path(const char* name) const { return folder_.PathOf(name); }
     std::string Write(const char* name, const ByteList& bytes) const {
         std::ofstream(Path(name), std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
@@ -32,7 +26,7 @@ protected:
     }
 
 private:
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
 };
 
 TEST_F(PixelImageFileTest, ContentDecidesNotTheName) {

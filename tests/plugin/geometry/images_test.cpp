@@ -1,7 +1,6 @@
 #include "plugin/geometry/images.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -15,6 +14,7 @@
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/sample_images.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -122,27 +122,21 @@ TEST(DataReferenceTest, LargePicturesAreRead) {
 /// A folder with pictures, which documents may read.
 class FileReferenceTest : public testing::Test {
 protected:
-    FileReferenceTest()
-        : folder_(std::filesystem::path(testing::TempDir()) /
-                  ("orv-images-test-" + std::to_string(::getpid()))) {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_ / "below");
+    FileReferenceTest() {
+        std::filesystem::create_directories(folder_.Path() / "below");
         Write("picture.png", SamplePng(3, 2));
         Write("below/photo.jpg", SampleJpeg(4, 2));
         Write("wrong-name.bmp", SamplePng(6, 2));
         Write("no-picture.png", "text");
-        policy_.AllowFolder(folder_.string());
+        policy_.AllowFolder(folder_.Path().string());
         ORVFileAccessPolicy::SetCurrent(&policy_);
     }
-    ~FileReferenceTest() override {
-        ORVFileAccessPolicy::SetCurrent(nullptr);
-        std::filesystem::remove_all(folder_);
-    }
+    ~FileReferenceTest() override { ORVFileAccessPolicy::SetCurrent(nullptr); }
 
     void Write(const char* name, const std::string& bytes) const {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+        std::ofstream(folder_.Path() / name, std::ios::binary) << bytes;
     }
-    std::string PathOf(const char* name) const { return (folder_ / name).string(); }
+    std::string PathOf(const char* name) const { return folder_.PathOf(name); }
 
     // The sketch of an image with a reference, in a document at `path`.
     static std::string Load(const std::string& reference, const std::string& path) {
@@ -150,7 +144,7 @@ protected:
         return SketchOfChildren(model.GetPage());
     }
 
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
     ORVFolderAccessPolicy policy_;
 };
 
@@ -167,7 +161,7 @@ TEST_F(FileReferenceTest, AbsoluteNameNeedsNoDocument) {
 TEST_F(FileReferenceTest, NameAsItStandsComesFirst) {
     Write("below/picture.png", SamplePng(9, 2));
     const std::filesystem::path old = std::filesystem::current_path();
-    std::filesystem::current_path(folder_);
+    std::filesystem::current_path(folder_.Path());
     EXPECT_EQ(Load("picture.png", PathOf("below/drawing.svg")), "image(0,100 0x0 px3x2)");
     std::filesystem::current_path(old);
     EXPECT_EQ(Load("picture.png", PathOf("below/drawing.svg")), "image(0,100 0x0 px9x2)");
@@ -189,7 +183,7 @@ TEST_F(FileReferenceTest, PolicyDecidesWhatMayBeRead) {
     ORVFileAccessPolicy::SetCurrent(nullptr);
     EXPECT_EQ(Load("picture.png", PathOf("drawing.svg")), "image(0,100 0x0)");
     ORVFolderAccessPolicy below;
-    ASSERT_TRUE(below.AllowFolder((folder_ / "below").string()));
+    ASSERT_TRUE(below.AllowFolder(folder_.PathOf("below")));
     ORVFileAccessPolicy::SetCurrent(&below);
     EXPECT_EQ(Load("picture.png", PathOf("drawing.svg")), "image(0,100 0x0)");
     EXPECT_EQ(Load("../picture.png", PathOf("below/drawing.svg")), "image(0,100 0x0)");
@@ -199,7 +193,7 @@ TEST_F(FileReferenceTest, PolicyDecidesWhatMayBeRead) {
 TEST_F(FileReferenceTest, FileOfAnyNameComesBeforeData) {
     // The reference reads as data, too; the file of that very name wins.
     const std::string name = "data:image/png;base64,QUJD";
-    std::filesystem::create_directories(folder_ / "data:image");
+    std::filesystem::create_directories(folder_.Path() / "data:image");
     Write(name.c_str(), SamplePng(8, 2));
     EXPECT_EQ(Load(name, PathOf("drawing.svg")), "image(0,100 0x0 px8x2)");
 }

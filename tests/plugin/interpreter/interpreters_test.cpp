@@ -22,6 +22,7 @@
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/sample_images.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -417,29 +418,24 @@ TEST(ElementInputTest, EnvironmentHasNoEffect) {
 /// A folder with a picture beside a drawing that refers to it.
 class CurrentPathTest : public testing::Test {
 protected:
-    CurrentPathTest() : folder_(std::filesystem::path(testing::TempDir()) / "orv_interpreters_test") {
-        std::filesystem::create_directories(folder_);
-        std::ofstream(folder_ / "picture.png", std::ios::binary) << SamplePng(3, 2);
-        std::ofstream(folder_ / "drawing.svg") << kDocument;
-        policy_.AllowFolder(folder_.string());
+    CurrentPathTest() {
+        std::ofstream(folder_.Path() / "picture.png", std::ios::binary) << SamplePng(3, 2);
+        std::ofstream(folder_.Path() / "drawing.svg") << kDocument;
+        policy_.AllowFolder(folder_.Path().string());
         ORVFileAccessPolicy::SetCurrent(&policy_);
     }
-    ~CurrentPathTest() override {
-        ORVFileAccessPolicy::SetCurrent(nullptr);
-        std::filesystem::remove_all(folder_);
-    }
+    ~CurrentPathTest() override { ORVFileAccessPolicy::SetCurrent(nullptr); }
 
     static constexpr const char* kDocument =
         "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><image xlink:href='picture.png'/></svg>";
     static constexpr const char* kLoaded = "page{image(0,0 0x0 px3x2)}";
     static constexpr const char* kNotLoaded = "page{image(0,0 0x0)}";
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
     ORVFolderAccessPolicy policy_;
 };
 
 TEST_F(CurrentPathTest, OfAFileStreamIsItsPath) {
-    const ORVRef<ORVPrintInputFileStream> stream(
-        new ORVPrintInputFileStream((folder_ / "drawing.svg").string()));
+    const ORVRef<ORVPrintInputFileStream> stream(new ORVPrintInputFileStream(folder_.PathOf("drawing.svg")));
     EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintSVGInterpreter(stream.get()))), kLoaded);
 }
 
@@ -448,13 +444,13 @@ TEST_F(CurrentPathTest, OfAnotherStreamIsEmpty) { EXPECT_EQ(SketchOf(*FromBytes(
 TEST_F(CurrentPathTest, MayBeSet) {
     const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(kDocument));
     ORVPrintSVGInterpreter svg(stream.get());
-    EXPECT_EQ(svg.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(svg.SetCurrentPath(folder_.PathOf("any.svg")), 1);
     EXPECT_EQ(SketchOf(svg), kLoaded);
 
     const LightResult light = ParseLight(kDocument);
     const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(&light.root));
     ORVPrintQVXMLInterpreter qvxml(input.get());
-    EXPECT_EQ(qvxml.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(qvxml.SetCurrentPath(folder_.PathOf("any.svg")), 1);
     EXPECT_EQ(SketchOf(qvxml), kLoaded);
 }
 
@@ -462,13 +458,12 @@ TEST_F(CurrentPathTest, SetAfterTheBuildComesTooLate) {
     const ORVRef<ORVPrintInputMemoryStream> stream(new ORVPrintInputMemoryStream(kDocument));
     ORVPrintSVGInterpreter svg(stream.get());
     Ask(svg, kCount);
-    EXPECT_EQ(svg.SetCurrentPath((folder_ / "any.svg").string()), 1);
+    EXPECT_EQ(svg.SetCurrentPath(folder_.PathOf("any.svg")), 1);
     EXPECT_EQ(SketchOf(svg), kNotLoaded);
 }
 
 TEST_F(CurrentPathTest, FileThatCannotBeReadFails) {
-    const ORVRef<ORVPrintInputFileStream> stream(
-        new ORVPrintInputFileStream((folder_ / "missing.svg").string()));
+    const ORVRef<ORVPrintInputFileStream> stream(new ORVPrintInputFileStream(folder_.PathOf("missing.svg")));
     const Interpreter interpreter(fctCreateORVPrintSVGInterpreter(stream.get()));
     EXPECT_EQ(Ask(*interpreter, kCount), -1);
 }

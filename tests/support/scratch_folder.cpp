@@ -1,0 +1,19 @@
+#include "tests/support/scratch_folder.h"
+
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+ScratchFolder::ScratchFolder() {
+    // Links are resolved, so that paths compare equal to those that a program reports.
+    std::string pattern = (fs::canonical(fs::temp_directory_path()) / "orv-test-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for the test: " + pattern);
+    path_ = pattern;
+}
+
+ScratchFolder::~ScratchFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}

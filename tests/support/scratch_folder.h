@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+/// An empty folder that no other test sees, whatever runs beside it. It goes away with the object.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return path_; }
+    /// Path of something in the folder.
+    std::string PathOf(const std::string& relative) const { return (path_ / relative).string(); }
+
+private:
+    std::filesystem::path path_;
+};
