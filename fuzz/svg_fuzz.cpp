@@ -39,6 +39,8 @@ public:
         --depth_;
         return 1;
     }
+    int BeginClip(const ORVMathBox2D& /*box*/) override { return Enter(depth_ >= 2 ? depth_ : -1); }
+    int EndClip() override { return EndGroup(); }
     int DrawShape(const ORVPrintShape& shape) override {
         Require(depth_ >= 2 && shape.toPage.IsFinite());
         for (const ORVMathPoint2D& p : shape.path.points) Require(std::isfinite(p.x) && std::isfinite(p.y));

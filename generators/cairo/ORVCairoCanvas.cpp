@@ -161,6 +161,22 @@ void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine
     cairo_set_dash(cr_, stroke.dashes.data(), isDashed ? static_cast<int>(stroke.dashes.size()) : 0, 0.0);
 }
 
+int ORVCairoCanvas::BeginClip(const ORVMathBox2D& box) {
+    cairo_save(cr_);
+    // An empty box leaves an empty path, which clips everything.
+    cairo_new_path(cr_);
+    if (!box.IsEmpty())
+        cairo_rectangle(cr_, box.xMin * scale_, box.yMin * scale_, (box.xMax - box.xMin) * scale_,
+                        (box.yMax - box.yMin) * scale_);
+    cairo_clip(cr_);
+    return Status();
+}
+
+int ORVCairoCanvas::EndClip() {
+    cairo_restore(cr_);
+    return Status();
+}
+
 int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     if (!cr_) return kDrawingFailed;
     const ORVMathAffine2D toDevice = ToDevice(shape.toPage);

@@ -18,6 +18,8 @@ public:
     void SetTarget(cairo_t* context, double scale);
 
     /// Each returns 1, or kDrawingFailed when cairo is in an error state.
+    int BeginClip(const ORVMathBox2D& box);
+    int EndClip();
     int DrawShape(const ORVPrintShape& shape);
     int DrawText(const ORVPrintText& text);
     int DrawImage(const ORVPrintImage& image);

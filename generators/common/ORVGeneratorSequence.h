@@ -21,6 +21,10 @@ public:
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& group) override;
     int EndGroup() override { return target_.EndGroup(); }
+    int BeginClip(const ORVMathBox2D& box) override { return target_.BeginClip(box); }
+    int EndClip() override { return target_.EndClip(); }
+    int BeginSymbol(const ORVPrintSymbol& symbol) override { return target_.BeginSymbol(symbol); }
+    int EndSymbol() override { return target_.EndSymbol(); }
     int DrawShape(const ORVPrintShape& shape) override { return target_.DrawShape(shape); }
     int DrawText(const ORVPrintText& text) override { return target_.DrawText(text); }
     int DrawImage(const ORVPrintImage& image) override { return target_.DrawImage(image); }

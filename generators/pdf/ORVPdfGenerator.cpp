@@ -168,6 +168,17 @@ int ORVPdfGenerator::EndGroup() {
     return kGeneratorDone;
 }
 
+int ORVPdfGenerator::BeginClip(const ORVMathBox2D& box) {
+    if (!state_->page) return kDrawingFailed;
+    state_->page->BeginClip(box);
+    return state_->Check();
+}
+
+int ORVPdfGenerator::EndClip() {
+    if (!state_->page || !state_->page->EndClip()) return kDrawingFailed;
+    return state_->Check();
+}
+
 int ORVPdfGenerator::DrawShape(const ORVPrintShape& shape) {
     if (!state_->page) return kDrawingFailed;
     state_->page->DrawShape(shape);

@@ -22,6 +22,8 @@ public:
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& group) override;
     int EndGroup() override;
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

@@ -167,6 +167,24 @@ void PdfPage::Restore() {
     Put("Q\n");
 }
 
+void PdfPage::BeginClip(const ORVMathBox2D& box) {
+    Save();
+    ++openClips_;
+    if (box.IsEmpty()) return Put("0 0 0 0 re W n\n");
+    const auto cut = [](double coordinate) { return std::clamp(coordinate, -kLimit, kLimit); };
+    const ORVMathPoint2D corner{cut(box.xMin), cut(box.yMin)};
+    PutPoint(corner);
+    PutPoint({cut(box.xMax) - corner.x, cut(box.yMax) - corner.y});
+    Put("re W n\n");
+}
+
+bool PdfPage::EndClip() {
+    if (openClips_ == 0) return false;
+    --openClips_;
+    Restore();
+    return true;
+}
+
 std::string PdfPage::FindPattern(const ORVPrintFill& fill) {
     const ORVMathAffine2D& map = fill.patternToPage;
     const auto found = std::find_if(patterns_.begin(), patterns_.end(), [&](const Pattern& pattern) {

@@ -34,6 +34,10 @@ public:
     void DrawText(const ORVPrintText& text);
     void DrawImage(const ORVPrintImage& image);
 
+    /// Nothing shows outside of the box until EndClip, which returns false when no clip is open.
+    void BeginClip(const ORVMathBox2D& box);
+    bool EndClip();
+
     /// Boxes of groups, in page coordinates cut to the page: all that is drawn counts between the two calls,
     /// which nest.
     void BeginBox() { boxes_.emplace_back(); }
@@ -89,6 +93,7 @@ private:
     State state_;
     std::vector<State> saved_;
     std::vector<ORVMathBox2D> boxes_;
+    int openClips_ = 0;
     ORVPrintPath fitted_, outlines_;
 
     std::set<unsigned int> fonts_, images_;

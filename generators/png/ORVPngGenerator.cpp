@@ -67,6 +67,12 @@ int ORVPngGenerator::BeginPage(const ORVPrintPageInfo& info) {
     return state_->Check(state_->canvas.Status());
 }
 
+int ORVPngGenerator::BeginClip(const ORVMathBox2D& box) {
+    return state_->Check(state_->canvas.BeginClip(box));
+}
+
+int ORVPngGenerator::EndClip() { return state_->Check(state_->canvas.EndClip()); }
+
 int ORVPngGenerator::DrawShape(const ORVPrintShape& shape) {
     return state_->Check(state_->canvas.DrawShape(shape));
 }

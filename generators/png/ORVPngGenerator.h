@@ -26,6 +26,8 @@ public:
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& /*group*/) override { return 1; }
     int EndGroup() override { return 1; }
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

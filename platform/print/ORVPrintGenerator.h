@@ -71,6 +71,11 @@ struct ORVPrintPageInfo {
     unsigned int number = 0;           ///< 1-based place in the document
     double width = 0.0, height = 0.0;  ///< user units of 1/90 inch, positive and finite
     std::string_view id, title, description;
+    /// What remains when the sheet has been cut, in page coordinates; empty for all of the page.
+    ORVMathBox2D trim;
+    /// How the page is called where pages are counted, such as "A2" for a part of a poster; empty for its
+    /// number.
+    std::string_view label;
 };
 
 /// A part of the page that belongs together: its texts and the target of its link, all perhaps empty.
@@ -82,6 +87,12 @@ struct ORVPrintGroup {
     std::string_view linkURL;
     int linkShow = 0;           ///< ORVPrintLinkShow
     bool isLinkTarget = false;  ///< a link leads to this id; true for the first group that bears it
+};
+
+/// Content that a page shows at several places, each time alike but for its map.
+struct ORVPrintSymbol {
+    const void* key = nullptr;  ///< the same for the same content, as long as the document is open
+    ORVMathAffine2D toPage;     ///< from the symbol's own coordinates
 };
 
 /// Where a drawing goes: a file format or a device. The renderer resolves the model and calls this; a
@@ -100,6 +111,18 @@ public:
     /// Groups nest; they carry no transform of their own. Only groups that say something are reported.
     [[nodiscard]] virtual int BeginGroup(const ORVPrintGroup& group) = 0;
     [[nodiscard]] virtual int EndGroup() = 0;
+    /// Until EndClip, nothing shows outside of this box, which is in page coordinates. Clips nest, and do not
+    /// cross groups.
+    [[nodiscard]] virtual int BeginClip(const ORVMathBox2D& box) = 0;
+    [[nodiscard]] virtual int EndClip() = 0;
+    /// Announces content that may have been drawn before. Generators that store such content once return
+    /// kDrawSymbol when it is new: it follows in the symbol's coordinates, ended by EndSymbol; or
+    /// kSymbolKnown when they have it: nothing follows. Others return kNoSymbols: the content follows in page
+    /// coordinates, as though nothing had been announced. Symbols nest and hold neither groups nor clips.
+    [[nodiscard]] virtual int BeginSymbol(const ORVPrintSymbol& /*symbol*/) { return kNoSymbols; }
+    [[nodiscard]] virtual int EndSymbol() { return 1; }
+    static constexpr int kDrawSymbol = 1, kSymbolKnown = 2, kNoSymbols = 3;
+
     [[nodiscard]] virtual int DrawShape(const ORVPrintShape& shape) = 0;
     [[nodiscard]] virtual int DrawText(const ORVPrintText& text) = 0;
     [[nodiscard]] virtual int DrawImage(const ORVPrintImage& image) = 0;

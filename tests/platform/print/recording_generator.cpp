@@ -109,6 +109,10 @@ int RecordingGenerator::BeginGroup(const ORVPrintGroup& group) {
     return Add(line);
 }
 
+int RecordingGenerator::BeginClip(const ORVMathBox2D& box) {
+    return Add("clip " + Point({box.xMin, box.yMin}) + " to " + Point({box.xMax, box.yMax}));
+}
+
 int RecordingGenerator::DrawShape(const ORVPrintShape& shape) {
     std::string line;
     if (shape.fill) line += "fill " + Fill(*shape.fill);

@@ -25,6 +25,8 @@ public:
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& group) override;
     int EndGroup() override { return Add("end group"); }
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override { return Add("end clip"); }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

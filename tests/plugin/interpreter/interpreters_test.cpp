@@ -53,6 +53,8 @@ public:
     }
     int BeginGroup(const ORVPrintGroup&) override { return 1; }
     int EndGroup() override { return 1; }
+    int BeginClip(const ORVMathBox2D&) override { return 1; }
+    int EndClip() override { return 1; }
     int DrawShape(const ORVPrintShape&) override { return 1; }
     int DrawText(const ORVPrintText&) override { return 1; }
     int DrawImage(const ORVPrintImage&) override { return 1; }
