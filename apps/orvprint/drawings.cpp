@@ -111,7 +111,7 @@ int ParseDocument(const std::string& path, const ReadOptions& options, bool want
         }
     } else {
         ORVLightXmlParser parser;
-        parser.Parse({bytes.data(), bytes.size()}, document.light);
+        parser.Parse(ORVLightXmlInputStreamBuffer(std::move(bytes)), document.light);
         error = parser.GetError();
     }
     const bool hasContent = document.GetRoot() != nullptr;

@@ -45,7 +45,8 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     element = ORVIDOMElement_var();
     ORVRef<const ORVXmlTree> tree;
     ORVXmlError ownError;
-    if (!BuildXmlTree(text, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, error ? *error : ownError))
+    const XmlSource source{text, false, nullptr};
+    if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, error ? *error : ownError))
         return kNone;
     const ORVXmlNode* const root = tree->GetRoot();
     element = ORVIDOMElement_var(std::move(tree), root);

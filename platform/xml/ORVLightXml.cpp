@@ -65,8 +65,8 @@ int ORVLightXmlElement::Assign(const ORVLightXmlElementItf& other) {
 
 int ORVLightXmlParser::Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element) {
     ORVRef<const ORVXmlTree> tree;
-    const bool wellFormed =
-        BuildXmlTree(stream.GetBytes(), XmlEncoding::kDeclared, XmlTreeShape::kElements, tree, error_);
+    const bool wellFormed = BuildXmlTree({stream.GetBytes(), stream.StayInPlace(), stream.GetOwner()},
+                                         XmlEncoding::kDeclared, XmlTreeShape::kElements, tree, error_);
     const ORVXmlNode* const root = tree ? tree->GetRoot() : nullptr;
     element = root ? ORVLightXmlElement(std::move(tree), root) : ORVLightXmlElement();
     return wellFormed ? 1 : -1;

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
@@ -60,14 +63,30 @@ private:
     const ORVXmlNode* node_ = nullptr;
 };
 
-/// Bytes to parse. They are not copied: they must stay in place until they have been parsed.
+/// Bytes to parse. They are not copied.
 class ORVLightXmlInputStreamBuffer {
 public:
-    ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size) : bytes_(bytes, bytes ? size : 0) {}
+    /// How long the caller keeps the bytes in place.
+    enum class Lifetime { kParsing, kElements };
+
+    /// @param lifetime  kParsing: until they have been parsed; kElements: as long as any element that comes
+    ///                  of them, which then refers to them, and takes less memory
+    ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size, Lifetime lifetime = Lifetime::kParsing)
+        : bytes_(bytes, bytes ? size : 0), staysInPlace_(lifetime == Lifetime::kElements) {}
+    /// Takes the bytes over; the elements keep them.
+    explicit ORVLightXmlInputStreamBuffer(std::string&& bytes)
+        : owner_(std::make_shared<const std::string>(std::move(bytes))),
+          bytes_(*owner_),
+          staysInPlace_(true) {}
+
     std::string_view GetBytes() const { return bytes_; }
+    bool StayInPlace() const { return staysInPlace_; }
+    const std::shared_ptr<const std::string>& GetOwner() const { return owner_; }
 
 private:
+    std::shared_ptr<const std::string> owner_;
     std::string_view bytes_;
+    bool staysInPlace_;
 };
 
 /// Parses documents into light elements. Honours the encoding that a document declares.

@@ -34,9 +34,12 @@ private:
 
     /// Storage that lives as long as the tree; throws std::bad_alloc.
     void* Allocate(std::size_t size, std::size_t alignment);
-    /// A copy of `text` that lives as long as the tree. Short texts that were kept lately are kept once.
+    /// `text`, or a copy of it, that lives as long as the tree: what lies in the document's own bytes stays
+    /// there, if they stay. Short texts that were copied lately are copied once.
     std::string_view Keep(std::string_view text);
 
+    std::string_view stable_;                  // the document's bytes, if they outlive the tree
+    std::shared_ptr<const void> sourceOwner_;  // what keeps them
     std::vector<std::unique_ptr<char[]>> chunks_;
     char* free_ = nullptr;  // the unused part of the current chunk
     std::size_t left_ = 0;

@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/xml/plain_document.h"
+
 namespace {
 
 // A buffer that one long text has blown up is not kept for the short ones to come.
@@ -24,6 +26,12 @@ static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
 }  // namespace
 
 ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape) : shape_(shape), tree_(new ORVXmlTree), levels_(1) {}
+
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source) : ORVXmlTreeBuilder(shape) {
+    tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
+    tree_->sourceOwner_ = source.owner;
+    if (source.owner) tree_->memoryInUse_ += source.bytes.size();
+}
 
 ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
     auto* const node = new (tree_->Allocate(sizeof(ORVXmlNode), alignof(ORVXmlNode))) ORVXmlNode;
@@ -46,9 +54,8 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     node.name = node.id == ElementName::kUnknown ? tree_->Keep(tag.name) : GetNameText(node.id);
 
     if (!tag.attributes.empty()) {
-        for (const ORVXmlAttribute& attribute : tag.attributes)
-            if (const auto number = FindAttributeName(attribute.name))
-                node.known |= std::uint64_t{1} << static_cast<unsigned>(*number);
+        for (const std::int8_t number : tag.numbers)
+            if (number >= 0) node.known |= std::uint64_t{1} << static_cast<unsigned>(number);
 
         const std::size_t count = tag.attributes.size();
         auto* const kept = static_cast<ORVXmlAttribute*>(
@@ -58,17 +65,18 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
         auto nextUnknown = static_cast<std::size_t>(std::popcount(node.known));
         for (std::size_t i = 0; i < count; ++i) {
             const ORVXmlAttribute& attribute = tag.attributes[i];
-            const auto number = FindAttributeName(attribute.name);
+            const std::int8_t number = tag.numbers[i];
             std::size_t place = 0;
-            if (number) {
-                const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(*number);
+            if (number >= 0) {
+                const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
                 place = static_cast<std::size_t>(std::popcount(node.known & (bit - 1)));
             } else {
                 place = nextUnknown++;
             }
 
             if (i < tag.written) {
-                kept[place] = {number ? GetNameText(*number) : tree_->Keep(attribute.name),
+                kept[place] = {number >= 0 ? GetNameText(static_cast<AttributeName>(number))
+                                           : tree_->Keep(attribute.name),
                                tree_->Keep(attribute.value)};
                 continue;
             }
@@ -145,8 +153,14 @@ ORVRef<const ORVXmlTree> ORVXmlTreeBuilder::Finish() {
 }
 
 void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
-    const auto open = [this](const ORVXmlNode& node) {
-        StartElement({node.name, {node.attributes, node.attributeCount}, node.attributeCount});
+    std::vector<std::int8_t> numbers;
+    const auto open = [&](const ORVXmlNode& node) {
+        // The known ones come first, in the order of their numbers.
+        numbers.assign(node.attributeCount, -1);
+        std::size_t next = 0;
+        for (std::uint64_t known = node.known; known != 0; known &= known - 1)
+            numbers[next++] = static_cast<std::int8_t>(std::countr_zero(known));
+        StartElement({node.name, {node.attributes, node.attributeCount}, numbers, node.attributeCount});
         levels_[depth_].text = node.text;
     };
 
@@ -169,12 +183,20 @@ void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
     }
 }
 
-bool BuildXmlTree(std::string_view bytes, XmlEncoding encoding, XmlTreeShape shape,
+bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape shape,
                   ORVRef<const ORVXmlTree>& tree, ORVXmlError& error) {
     tree = nullptr;
+    error = ORVXmlError();
     try {
+        {
+            ORVXmlTreeBuilder plain(shape, source);
+            if (ReadPlainDocument(source.bytes, encoding, plain)) {
+                tree = plain.Finish();
+                return true;
+            }
+        }
         ORVXmlTreeBuilder builder(shape);
-        const bool wellFormed = ReadXml(bytes, encoding, builder, error);
+        const bool wellFormed = ReadXml(source.bytes, encoding, builder, error);
         tree = builder.Finish();
         return wellFormed;
     } catch (const std::bad_alloc&) {

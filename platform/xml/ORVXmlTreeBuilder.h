@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,10 +17,21 @@ enum class XmlTreeShape {
     kAllNodes   ///< elements, texts and comments, also those beside the root
 };
 
+/// A document's bytes, and how long they stay.
+struct XmlSource {
+    std::string_view bytes;
+    /// True when the bytes outlive every tree that is made of them; trees then refer to them.
+    bool staysInPlace = false;
+    /// What keeps them in place as long as a tree needs them; null when the caller does.
+    std::shared_ptr<const void> owner;
+};
+
 /// Builds a tree from events. Throws std::bad_alloc.
 class ORVXmlTreeBuilder final : public XmlEventSink {
 public:
     explicit ORVXmlTreeBuilder(XmlTreeShape shape);
+    /// For events whose views may lie in the source.
+    ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source);
 
     void StartElement(const XmlStartTag& tag) override;
     void EndElement() override;
@@ -59,5 +71,5 @@ private:
 /// @param tree   out: the document, or what was read of it before the error; null only when memory is spent
 /// @param error  out: what is wrong with the document; its message is empty when it is well formed
 /// @return true when the document is well formed
-[[nodiscard]] bool BuildXmlTree(std::string_view bytes, XmlEncoding encoding, XmlTreeShape shape,
+[[nodiscard]] bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape shape,
                                 ORVRef<const ORVXmlTree>& tree, ORVXmlError& error);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -10,6 +11,8 @@
 struct XmlStartTag {
     std::string_view name;
     std::span<const ORVXmlAttribute> attributes;
+    /// For each of them, the AttributeName, or -1 when the name is not known.
+    std::span<const std::int8_t> numbers;
     /// The attributes from this one on were not written but supplied from the document type. Their texts
     /// stay in place until the document has been read; all other views are gone when the event is over.
     std::size_t written;

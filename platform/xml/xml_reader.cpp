@@ -73,6 +73,7 @@ private:
     ORVXmlError& error_;
     std::unique_ptr<XML_ParserStruct, ParserDeleter> parser_;
     std::vector<ORVXmlAttribute> attributes_;
+    std::vector<std::int8_t> numbers_;
     EntityNesting entities_;
     std::string foreignEncoding_;
     std::size_t depth_ = 0;
@@ -95,14 +96,19 @@ void Reading::StartElement(const char* name, const char** pairs) {
     ++depth_;
 
     attributes_.clear();
-    for (; *pairs; pairs += 2) attributes_.push_back({pairs[0], pairs[1]});
+    numbers_.clear();
+    for (; *pairs; pairs += 2) {
+        attributes_.push_back({pairs[0], pairs[1]});
+        const auto number = FindAttributeName(attributes_.back().name);
+        numbers_.push_back(number ? static_cast<std::int8_t>(*number) : std::int8_t{-1});
+    }
     const auto written = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get())) / 2;
     for (std::size_t i = written; i < attributes_.size(); ++i)
         suppliedBytes_ += sizeof(ORVXmlAttribute) + attributes_[i].name.size() + attributes_[i].value.size();
     if (suppliedBytes_ > kFreeAmplification && suppliedBytes_ / kLargestAmplification > size_)
         return Fail("the document type supplies too many attributes");
 
-    sink_.StartElement({name, attributes_, written});
+    sink_.StartElement({name, attributes_, numbers_, written});
 }
 
 void Reading::EndElement() {

@@ -15,5 +15,5 @@ enum class XmlEncoding {
 /// attributes that the document type supplies may not blow the document up. What exceeds these limits
 /// counts as not well formed.
 /// @return true when the document is well formed; else `error` says what is wrong and where
-[[nodiscard]] bool ReadXml(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink,
-                           ORVXmlError& error);
+[[nodiscard]] ORV_PLATFORM_EXPORT bool ReadXml(std::string_view bytes, XmlEncoding encoding,
+                                               XmlEventSink& sink, ORVXmlError& error);

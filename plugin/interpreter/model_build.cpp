@@ -80,7 +80,8 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
     const ORVLightXmlElementItf* root = source.GetLightElement();
     if (!root) {
         const ORVLightXmlInputStreamBuffer stream(source.GetText(),
-                                                  static_cast<std::size_t>(source.GetTextSize()));
+                                                  static_cast<std::size_t>(source.GetTextSize()),
+                                                  ORVLightXmlInputStreamBuffer::Lifetime::kElements);
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
         root = &parsed;

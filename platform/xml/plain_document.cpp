@@ -1,0 +1,464 @@
+#include "platform/xml/plain_document.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "platform/system/ORVUnicodeString.h"
+
+namespace {
+
+constexpr std::size_t kLargestDepth = 1024;
+// Elements with more attributes of unknown names are left to the parser that can tell many apart.
+constexpr std::size_t kMostUnknownAttributes = 16;
+// From this length on, a value is looked through by the system's vector routines.
+constexpr std::size_t kLongValue = 48;
+
+enum CharacterClass : std::uint8_t {
+    kNameStart = 1,
+    kNameFurther = 2,
+    kSpace = 4,
+    kEndsText = 8,    // "<", "&", "]" and carriage returns
+    kEndsValue = 16,  // quotes, "<", "&" and white space that becomes a space
+    kInPublicId = 32
+};
+
+constexpr std::array<std::uint8_t, 256> MakeClasses() {
+    std::array<std::uint8_t, 256> classes{};
+    const auto add = [&classes](std::string_view characters, int bits) {
+        for (const char c : characters) {
+            auto& one = classes[static_cast<unsigned char>(c)];
+            one = static_cast<std::uint8_t>(one | bits);
+        }
+    };
+    add("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", kNameStart | kNameFurther | kInPublicId);
+    add("_:", kNameStart | kNameFurther);
+    add("0123456789-.", kNameFurther | kInPublicId);
+    add(" \t\r\n", kSpace);
+    add("<&]\r", kEndsText);
+    add("\"'<&\t\r\n", kEndsValue);
+    add(" \r\n'()+,/:=?;!*#@$_%", kInPublicId);
+    return classes;
+}
+
+constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
+
+bool Is(char c, int bits) { return (kClasses[static_cast<unsigned char>(c)] & bits) != 0; }
+
+/// True when the bytes are UTF-8 of characters that documents may hold.
+bool AreCharacters(std::string_view bytes) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101U, kHighs = kOnes * 0x80;
+    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) >= 0x20 || Is(c, kSpace); };
+    std::uint64_t seen = 0;
+    std::size_t i = 0;
+    for (; i + 8 <= bytes.size(); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, bytes.data() + i, sizeof word);
+        seen |= word;
+        // Eight bytes at a time: a high bit is left where a byte is below 0x20.
+        if (((word - kOnes * 0x20) & ~word & kHighs) == 0) continue;
+        for (std::size_t k = i; k < i + 8; ++k)
+            if (!isPlain(bytes[k])) return false;
+    }
+    for (; i < bytes.size(); ++i) {
+        seen |= static_cast<unsigned char>(bytes[i]);
+        if (!isPlain(bytes[i])) return false;
+    }
+    if ((seen & kHighs) == 0) return true;
+    if (!ORVIsWellFormedUTF8(bytes)) return false;
+    // U+FFFE and U+FFFF are UTF-8, but no characters.
+    return bytes.find("\xEF\xBF\xBE") == bytes.npos && bytes.find("\xEF\xBF\xBF") == bytes.npos;
+}
+
+void AppendUtf8(std::string& text, std::uint32_t character) {
+    const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
+    if (character < 0x80) {
+        put(character);
+    } else if (character < 0x800) {
+        put(0xC0U | character >> 6U);
+        put(0x80U | (character & 0x3FU));
+    } else if (character < 0x10000) {
+        put(0xE0U | character >> 12U);
+        put(0x80U | (character >> 6U & 0x3FU));
+        put(0x80U | (character & 0x3FU));
+    } else {
+        put(0xF0U | character >> 18U);
+        put(0x80U | (character >> 12U & 0x3FU));
+        put(0x80U | (character >> 6U & 0x3FU));
+        put(0x80U | (character & 0x3FU));
+    }
+}
+
+bool IsCharacter(std::uint32_t c) {
+    if (c < 0x20) return c == '\t' || c == '\n' || c == '\r';
+    return c < 0xD800 || (c > 0xDFFF && c != 0xFFFE && c != 0xFFFF && c <= 0x10FFFF);
+}
+
+/// One pass over a document. Each reader of a part returns false when the document is not plain.
+class PlainReading {
+public:
+    PlainReading(std::string_view bytes, XmlEventSink& sink)
+        : p_(bytes.data()), end_(bytes.data() + bytes.size()), sink_(sink) {}
+
+    bool Run() {
+        if (LooksAt("<?xml") && end_ - p_ > 5 && Is(p_[5], kSpace) && !ReadDeclaration()) return false;
+        bool hasType = false;
+        while (SkipSpace(), LooksAt("<!") || LooksAt("<?")) {
+            if (LooksAt("<!DOCTYPE")) {
+                if (hasType || !ReadDocumentType()) return false;
+                hasType = true;
+            } else if (!ReadMarkup()) {
+                return false;
+            }
+        }
+        if (p_ == end_ || *p_ != '<' || !ReadStartTag()) return false;
+        while (!open_.empty())
+            if (!ReadContent()) return false;
+        return ReadEpilogue();
+    }
+
+private:
+    std::string_view Rest() const { return {p_, static_cast<std::size_t>(end_ - p_)}; }
+    bool LooksAt(std::string_view text) const { return Rest().starts_with(text); }
+    bool Take(std::string_view text) {
+        if (!LooksAt(text)) return false;
+        p_ += text.size();
+        return true;
+    }
+    bool TakeOne(char c) {
+        if (p_ == end_ || *p_ != c) return false;
+        ++p_;
+        return true;
+    }
+    void SkipSpace() {
+        while (p_ != end_ && Is(*p_, kSpace)) ++p_;
+    }
+    bool TakeSpace() {
+        const char* const start = p_;
+        SkipSpace();
+        return p_ != start;
+    }
+    bool TakeName(std::string_view& name) {
+        const char* const start = p_;
+        if (p_ == end_ || !Is(*p_, kNameStart)) return false;
+        while (p_ != end_ && Is(*p_, kNameFurther)) ++p_;
+        // Names may hold other characters than those of ASCII; which, the parser knows.
+        if (p_ != end_ && static_cast<unsigned char>(*p_) >= 0x80) return false;
+        name = {start, static_cast<std::size_t>(p_ - start)};
+        return true;
+    }
+    /// What stands before `mark`, which is skipped.
+    bool TakeUntil(std::string_view mark, std::string_view& content) {
+        const std::size_t length = Rest().find(mark);
+        if (length == std::string_view::npos) return false;
+        content = {p_, length};
+        p_ += length + mark.size();
+        return true;
+    }
+    bool TakeQuoted(std::string_view& content) {
+        if (p_ == end_ || (*p_ != '"' && *p_ != '\'')) return false;
+        const char quote[] = {*p_++};
+        return TakeUntil({quote, 1}, content);
+    }
+
+    bool ReadDeclaration();
+    bool ReadDocumentType();
+    bool ReadMarkup();
+    bool ReadStartTag();
+    bool ReadValue(std::string_view& value);
+    bool ReadReference(std::string& text);
+    bool ReadContent();
+    bool ReadText();
+    bool ReadEndTag();
+    bool ReadEpilogue();
+
+    /// The same with every line break as a line feed. The result lives until the next call.
+    std::string_view WithPlainBreaks(std::string_view text);
+
+    const char* p_;
+    const char* const end_;
+    XmlEventSink& sink_;
+    std::vector<std::string_view> open_;
+    std::vector<ORVXmlAttribute> attributes_;
+    std::vector<std::int8_t> numbers_;
+    std::deque<std::string> changed_;  // values that differ from what is written, of one tag
+    std::size_t changedCount_ = 0;
+    std::string text_;
+};
+
+bool PlainReading::ReadDeclaration() {
+    // Its parts come in this order, the version always.
+    p_ += 5;
+    std::string_view value;
+    const auto part = [&](std::string_view name) {
+        const char* const start = p_;
+        if (TakeSpace() && Take(name)) {
+            SkipSpace();
+            if (!TakeOne('=')) return -1;
+            SkipSpace();
+            return TakeQuoted(value) ? 1 : -1;
+        }
+        p_ = start;
+        return 0;
+    };
+    if (part("version") != 1 || value != "1.0") return false;
+    const int encoding = part("encoding");
+    if (encoding < 0 || (encoding == 1 && value != "UTF-8" && value != "utf-8")) return false;
+    const int standalone = part("standalone");
+    if (standalone < 0 || (standalone == 1 && value != "yes" && value != "no")) return false;
+    SkipSpace();
+    return Take("?>");
+}
+
+bool PlainReading::ReadDocumentType() {
+    p_ += std::string_view("<!DOCTYPE").size();
+    std::string_view name, literal;
+    if (!TakeSpace() || !TakeName(name)) return false;
+    if (TakeSpace()) {
+        const bool isPublic = Take("PUBLIC");
+        if (isPublic) {
+            if (!TakeSpace() || !TakeQuoted(literal)) return false;
+            for (const char c : literal)
+                if (!Is(c, kInPublicId)) return false;
+        }
+        if (isPublic || Take("SYSTEM")) {
+            if (!TakeSpace() || !TakeQuoted(literal)) return false;
+            SkipSpace();
+        }
+    }
+    return TakeOne('>');
+}
+
+/// A comment or a processing instruction.
+bool PlainReading::ReadMarkup() {
+    std::string_view content;
+    if (Take("<!--")) {
+        if (!TakeUntil("--", content) || !TakeOne('>')) return false;
+        sink_.Comment(WithPlainBreaks(content));
+        return true;
+    }
+    std::string_view target;
+    if (!Take("<?") || !TakeName(target)) return false;
+    // Reserved, in any case of letters.
+    if (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' &&
+        (target[2] | 0x20) == 'l')
+        return false;
+    return Take("?>") || (TakeSpace() && TakeUntil("?>", content));
+}
+
+bool PlainReading::ReadStartTag() {
+    ++p_;  // "<"
+    std::string_view name;
+    if (!TakeName(name) || open_.size() == kLargestDepth) return false;
+    attributes_.clear();
+    numbers_.clear();
+    changedCount_ = 0;
+    std::uint64_t known = 0;
+    std::size_t unknownCount = 0;
+    while (true) {
+        const bool isApart = TakeSpace();
+        if (p_ == end_) return false;
+        if (*p_ == '>' || *p_ == '/') break;
+        ORVXmlAttribute attribute;
+        if (!isApart || !TakeName(attribute.name)) return false;
+
+        // No name may come twice.
+        const auto number = FindAttributeName(attribute.name);
+        if (number) {
+            const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(*number);
+            if ((known & bit) != 0) return false;
+            known |= bit;
+        } else {
+            if (++unknownCount > kMostUnknownAttributes) return false;
+            for (std::size_t i = 0; i < attributes_.size(); ++i)
+                if (numbers_[i] < 0 && attributes_[i].name == attribute.name) return false;
+        }
+        SkipSpace();
+        if (!TakeOne('=')) return false;
+        SkipSpace();
+        if (!ReadValue(attribute.value)) return false;
+        attributes_.push_back(attribute);
+        numbers_.push_back(number ? static_cast<std::int8_t>(*number) : std::int8_t{-1});
+    }
+    const bool isEmpty = TakeOne('/');
+    if (!TakeOne('>')) return false;
+    sink_.StartElement({name, attributes_, numbers_, attributes_.size()});
+    if (isEmpty)
+        sink_.EndElement();
+    else
+        open_.push_back(name);
+    return true;
+}
+
+/// True when a value stands in the document as it is reported: nothing in it has to be replaced.
+bool IsReportedAsWritten(std::string_view value) {
+    for (const char c : {'&', '<', '\n', '\r', '\t'})
+        if (std::memchr(value.data(), c, value.size()) != nullptr) return false;
+    return true;
+}
+
+bool PlainReading::ReadValue(std::string_view& value) {
+    if (p_ == end_ || (*p_ != '"' && *p_ != '\'')) return false;
+    const char quote = *p_++;
+    const char* const start = p_;
+    // Most values are short and hold nothing special.
+    const char* const look = end_ - p_ > static_cast<std::ptrdiff_t>(kLongValue) ? p_ + kLongValue : end_;
+    while (p_ != look && (!Is(*p_, kEndsValue) || (*p_ != quote && (*p_ == '"' || *p_ == '\'')))) ++p_;
+    if (p_ == end_) return false;
+    if (*p_ != quote) {
+        const auto* const last =
+            static_cast<const char*>(std::memchr(p_, quote, static_cast<std::size_t>(end_ - p_)));
+        if (!last) return false;
+        const std::string_view rest(p_, static_cast<std::size_t>(last - p_));
+        if (!IsReportedAsWritten(rest)) {
+            if (changedCount_ == changed_.size()) changed_.emplace_back();
+            std::string& text = changed_[changedCount_++];
+            text.assign(start, p_);
+            while (p_ != last) {
+                const char c = *p_;
+                if (c == '<') return false;
+                if (c == '&') {
+                    if (!ReadReference(text)) return false;
+                    continue;
+                }
+                ++p_;
+                if (c == '\r' && *p_ == '\n') ++p_;
+                text += c == '\r' || c == '\n' || c == '\t' ? ' ' : c;
+            }
+            ++p_;
+            value = text;
+            return true;
+        }
+        p_ = last;
+    }
+    value = {start, static_cast<std::size_t>(p_ - start)};
+    ++p_;
+    return true;
+}
+
+/// A reference to a character, or to a predefined entity.
+bool PlainReading::ReadReference(std::string& text) {
+    struct Entity {
+        std::string_view name;
+        char character;
+    };
+    constexpr std::array<Entity, 5> kEntities{
+        {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
+    for (const auto& [name, character] : kEntities)
+        if (Take(name)) {
+            text += character;
+            return true;
+        }
+    if (!Take("&#")) return false;
+    const bool isHexadecimal = TakeOne('x');
+    std::uint32_t number = 0;
+    const char* const start = p_;
+    for (; p_ != end_ && *p_ != ';'; ++p_) {
+        std::uint32_t digit = 0;
+        if (*p_ >= '0' && *p_ <= '9')
+            digit = static_cast<std::uint32_t>(*p_ - '0');
+        else if (isHexadecimal && (*p_ | 0x20) >= 'a' && (*p_ | 0x20) <= 'f')
+            digit = static_cast<std::uint32_t>((*p_ | 0x20) - 'a') + 10;
+        else
+            return false;
+        number = number * (isHexadecimal ? 16 : 10) + digit;
+        if (number > 0x10FFFF) return false;
+    }
+    if (p_ == start || !TakeOne(';') || !IsCharacter(number)) return false;
+    AppendUtf8(text, number);
+    return true;
+}
+
+bool PlainReading::ReadContent() {
+    if (p_ == end_) return false;
+    if (*p_ != '<') return ReadText();
+    if (end_ - p_ < 2) return false;
+    switch (p_[1]) {
+        case '/': return ReadEndTag();
+        case '?': return ReadMarkup();
+        case '!':
+            if (Take("<![CDATA[")) {
+                std::string_view data;
+                if (!TakeUntil("]]>", data)) return false;
+                if (!data.empty()) sink_.Text(WithPlainBreaks(data));
+                return true;
+            }
+            return ReadMarkup();
+        default: return ReadStartTag();
+    }
+}
+
+bool PlainReading::ReadText() {
+    const char* start = p_;
+    const auto flush = [&] {
+        if (p_ != start) sink_.Text({start, static_cast<std::size_t>(p_ - start)});
+    };
+    while (true) {
+        while (p_ != end_ && !Is(*p_, kEndsText)) ++p_;
+        if (p_ == end_) return false;
+        switch (*p_) {
+            case '<': flush(); return true;
+            case ']':
+                if (LooksAt("]]>")) return false;
+                ++p_;
+                break;
+            case '&':
+                flush();
+                text_.clear();
+                if (!ReadReference(text_)) return false;
+                sink_.Text(text_);
+                start = p_;
+                break;
+            default:  // a carriage return
+                flush();
+                ++p_;
+                if (p_ == end_ || *p_ != '\n') sink_.Text("\n");
+                start = p_;
+                break;
+        }
+    }
+}
+
+bool PlainReading::ReadEndTag() {
+    p_ += 2;
+    const std::string_view name = open_.back();
+    if (!Take(name)) return false;
+    SkipSpace();
+    if (!TakeOne('>')) return false;
+    open_.pop_back();
+    sink_.EndElement();
+    return true;
+}
+
+bool PlainReading::ReadEpilogue() {
+    while (true) {
+        const char* const start = p_;
+        if (TakeSpace()) sink_.Text({start, static_cast<std::size_t>(p_ - start)});
+        if (p_ == end_) return true;
+        if (!ReadMarkup()) return false;
+    }
+}
+
+std::string_view PlainReading::WithPlainBreaks(std::string_view text) {
+    if (text.find('\r') == text.npos) return text;
+    text_.clear();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\r') {
+            text_ += text[i];
+        } else if (i + 1 == text.size() || text[i + 1] != '\n') {
+            text_ += '\n';
+        }
+    }
+    return text_;
+}
+
+}  // namespace
+
+bool ReadPlainDocument(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink) {
+    if (encoding == XmlEncoding::kDeclared && bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+    return AreCharacters(bytes) && PlainReading(bytes, sink).Run();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/xml/plain_document.h"
+#include "platform/xml/xml_reader.h"
+
+/// Writes events down for comparison. Pieces of text that stand together count as one.
+class EventText final : public XmlEventSink {
+public:
+    const std::string& Get() const { return text_; }
+
+    void StartElement(const XmlStartTag& tag) override {
+        Begin('<');
+        text_ += tag.name;
+        for (std::size_t i = 0; i < tag.attributes.size(); ++i) {
+            const ORVXmlAttribute& attribute = tag.attributes[i];
+            text_ += ' ';
+            text_.append(attribute.name).append("=").append(Length(attribute.value)).append(attribute.value);
+            text_ += i < tag.written ? "" : "(supplied)";
+            text_ += std::to_string(tag.numbers[i]);
+        }
+        text_ += '>';
+    }
+    void EndElement() override { Begin('/'); }
+    void Text(std::string_view piece) override {
+        if (piece.empty()) return;
+        if (!inText_) Begin('\'');
+        inText_ = true;
+        text_ += piece;
+    }
+    void Comment(std::string_view data) override {
+        Begin('!');
+        text_.append(Length(data)).append(data);
+    }
+
+private:
+    // Lengths before contents, so that different events never make the same text.
+    static std::string Length(std::string_view content) { return std::to_string(content.size()) + ":"; }
+    void Begin(char kind) {
+        inText_ = false;
+        text_ += '\n';
+        text_ += kind;
+    }
+
+    std::string text_;
+    bool inText_ = false;
+};
+
+/// The document's events by the conforming parser; nothing when it is not well formed.
+inline std::optional<std::string> ConformingEvents(std::string_view document,
+                                                   XmlEncoding encoding = XmlEncoding::kDeclared) {
+    EventText events;
+    ORVXmlError error;
+    if (!ReadXml(document, encoding, events, error)) return std::nullopt;
+    return events.Get();
+}
+
+/// Its events by the reader of plain documents; nothing when it refused the document.
+inline std::optional<std::string> PlainEvents(std::string_view document,
+                                              XmlEncoding encoding = XmlEncoding::kDeclared) {
+    EventText events;
+    if (!ReadPlainDocument(document, encoding, events)) return std::nullopt;
+    return events.Get();
+}
