@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/system/ORVBaseObject.h"
@@ -11,6 +11,7 @@ class ORV_PLATFORM_EXPORT ORVPrtColourTable : public ORVBaseObject {
 public:
     struct Colour {
         std::uint8_t red = 0, green = 0, blue = 0;
+        bool operator==(const Colour&) const = default;
     };
 
     static const ORVMetaClass& MetaClass();
@@ -28,6 +29,9 @@ public:
     }
 
 private:
+    /// Where the colour is in `slots_`, or could be put. There is always a free slot.
+    std::size_t FindSlot(const Colour& colour) const;
+
     std::vector<Colour> colours_;
-    std::unordered_map<std::uint32_t, unsigned int> indices_;
+    std::vector<std::uint32_t> slots_;  // a hash table of indices plus 1, open addressing; 0 is free
 };

@@ -28,6 +28,34 @@ TEST(ORVPrtColourTableTest, FindsWhatWasAddedAndLeavesTheIndexOtherwise) {
     EXPECT_EQ(index, 1U);
 }
 
+TEST(ORVPrtColourTableTest, FindsEachOfManyColours) {
+    const ORVRef<ORVPrtColourTable> table(new ORVPrtColourTable);
+    const auto part = [](unsigned int number, unsigned int shift) {
+        return static_cast<std::uint8_t>(number * 2654435761U >> shift);
+    };
+    constexpr unsigned int kCount = 20'000;
+    for (unsigned int i = 0; i < kCount; ++i) {
+        unsigned int index = 0;
+        ASSERT_EQ(table->GetColourIndex(index, part(i, 24), part(i, 16), part(i, 8)), 0) << i;
+        ASSERT_EQ(table->AddColour(part(i, 24), part(i, 16), part(i, 8), index), 1);
+        ASSERT_EQ(index, i);
+    }
+    for (unsigned int i = 0; i < kCount; ++i) {
+        unsigned int index = 0;
+        ASSERT_EQ(table->GetColourIndex(index, part(i, 24), part(i, 16), part(i, 8)), 1) << i;
+        ASSERT_EQ(index, i);
+    }
+}
+
+TEST(ORVPrtColourTableTest, AColourAddedAgainKeepsItsFirstIndex) {
+    const ORVRef<ORVPrtColourTable> table(new ORVPrtColourTable);
+    unsigned int index = 0;
+    for (int i = 0; i < 40; ++i) table->AddColour(static_cast<std::uint8_t>(i / 2), 0, 0, index);
+    EXPECT_EQ(index, 39U);
+    EXPECT_EQ(table->GetColourIndex(index, 10, 0, 0), 1);
+    EXPECT_EQ(index, 20U);
+}
+
 TEST(ORVPrtColourTableTest, GivesBlackBeyondItsEnd) {
     const ORVRef<ORVPrtColourTable> table(new ORVPrtColourTable);
     const ORVPrtColourTable::Colour colour = table->GetColour(3);

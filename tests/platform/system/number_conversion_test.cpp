@@ -157,6 +157,29 @@ TEST(NumberConversion, ReadsTheLongestPrefixThatIsANumber) {
     }
 }
 
+// Around the number of digits from which on a double does not hold them all.
+TEST(NumberConversion, RoundsDecimalsOfAnyLength) {
+    std::mt19937_64 random(5);
+    for (int round = 0; round < 200000; ++round) {
+        std::string text(random() % 24 + 1, '0');
+        for (char& c : text) c = static_cast<char>('0' + random() % 10);
+        if (random() % 4 != 0) text.insert(random() % text.size(), 1, '.');
+        if (random() % 8 == 0) text.insert(0, random() % 6, '0');
+        if (text.back() == '.') text += '5';
+        double out = kPreset;
+        ASSERT_EQ(ORVConvertToDouble(text, out), 1) << text;
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(out),
+                  std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)))
+            << text;
+    }
+    double out = kPreset;
+    for (const char* text :
+         {"9007199254740991", "9007199254740992", "9007199254740993", "900719925474099.3"}) {
+        EXPECT_EQ(ORVConvertToDouble(text, out), 1);
+        EXPECT_EQ(out, std::strtod(text, nullptr)) << text;
+    }
+}
+
 TEST(NumberConversion, RoundsEveryDoubleBackToItself) {
     std::mt19937_64 random(99);
     for (int round = 0; round < 100000; ++round) {

@@ -57,7 +57,9 @@ INSTANTIATE_TEST_SUITE_P(
         PlainCase{"NamedType", "<!DOCTYPE svg><svg/>"},
         PlainCase{"MarkupAround", "<!--a--><?b c?><svg/><!-- - --><?d?>\n "},
         PlainCase{"BreaksBehindTheRoot", "<svg/>\r\n\r"},
-        PlainCase{"ProcessingInstructions", "<a><?p?><?p ?>x<?xml-stylesheet a?><?p ?" "?></a>"},
+        PlainCase{"ProcessingInstructions",
+                  "<a><?p?><?p ?>x<?xml-stylesheet a?><?p ?"
+                  "?></a>"},
         PlainCase{"TargetThatBeginsLikeXml", "<?xmlx y?><a/>"},
         PlainCase{"CommentsOfDashes", "<a><!-->x--><!--->--><!-- - - --><!----></a>"},
         PlainCase{"CommentWithBreaks", "<a><!--x\r\ny\rz\n--></a>"},
