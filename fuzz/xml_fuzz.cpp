@@ -30,15 +30,17 @@ std::uint64_t CheckNode(const ORVXmlNode& node) {
     std::uint32_t known = 0;
     for (unsigned i = 0; i < static_cast<unsigned>(AttributeName::kCount); ++i) {
         const auto name = static_cast<AttributeName>(i);
-        const ORVXmlAttribute* const found = node.Find(GetNameText(name));
+        const std::string_view* const found = node.Find(GetNameText(name));
         Require((found != nullptr) == node.Has(name));
         if (!found) continue;
-        Require(found == node.attributes + known && found->value.data() == node.Value(name).data());
+        Require(found == node.attributeTexts + known && found->data() == node.Value(name).data());
         ++known;
     }
     Require(known <= node.attributeCount);
-    for (std::uint32_t i = 0; i < node.attributeCount; ++i)
-        sum += Sum(node.attributes[i].name) + Sum(node.attributes[i].value);
+    for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
+        const ORVXmlAttribute attribute = node.GetAttribute(i);
+        sum += Sum(attribute.name) + Sum(attribute.value);
+    }
     return sum;
 }
 
@@ -76,8 +78,8 @@ void RequireSame(const ORVXmlNode* a, const ORVXmlNode* b) {
         Require(left[i].depth == right[i].depth && one.name == other.name && one.text == other.text);
         Require(one.attributeCount == other.attributeCount && one.known == other.known);
         for (std::uint32_t k = 0; k < one.attributeCount; ++k) {
-            Require(one.attributes[k].name == other.attributes[k].name);
-            Require(one.attributes[k].value == other.attributes[k].value);
+            const ORVXmlAttribute mine = one.GetAttribute(k), theirs = other.GetAttribute(k);
+            Require(mine.name == theirs.name && mine.value == theirs.value);
         }
     }
 }

@@ -34,9 +34,9 @@ ORVIDOMElement_var::ORVIDOMElement_var(ORVRef<const ORVXmlTree> tree, const ORVX
     : ORVIDOMNode_var(std::move(tree), element) {}
 
 int ORVIDOMElement_var::GetAttribute(std::string_view name, ORVUnicodeString& value) const {
-    const ORVXmlAttribute* const attribute = GetNode() ? GetNode()->Find(name) : nullptr;
+    const std::string_view* const attribute = GetNode() ? GetNode()->Find(name) : nullptr;
     if (!attribute) return kNone;
-    value = attribute->value;
+    value = *attribute;
     return kFound;
 }
 

@@ -22,8 +22,8 @@ ORVUnicodeString ORVLightXmlElementItf::GetName() const {
 
 ORVUnicodeString ORVLightXmlElementItf::GetAttributeValue(std::string_view name) const {
     const ORVXmlNode* const node = GetNode();
-    const ORVXmlAttribute* const attribute = node ? node->Find(name) : nullptr;
-    return attribute ? attribute->value : std::string_view();
+    const std::string_view* const attribute = node ? node->Find(name) : nullptr;
+    return attribute ? *attribute : std::string_view();
 }
 
 ORVUnicodeString ORVLightXmlElementItf::GetValue() const {

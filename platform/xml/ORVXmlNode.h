@@ -20,8 +20,9 @@ struct ORVXmlNode {
     std::string_view text;
     const ORVXmlNode* firstChild = nullptr;
     const ORVXmlNode* nextSibling = nullptr;
-    /// The known ones first, in the order of their numbers, then the others in document order.
-    const ORVXmlAttribute* attributes = nullptr;
+    /// The values of the known attributes, in the order of their numbers; behind them the other attributes
+    /// in document order, each as its name and its value.
+    const std::string_view* attributeTexts = nullptr;
     std::uint32_t attributeCount = 0;
     ElementName id = ElementName::kUnknown;
     std::uint64_t known = 0;  ///< one bit per AttributeName that is present
@@ -36,9 +37,11 @@ struct ORVXmlNode {
     std::string_view Value(AttributeName attribute) const {
         if (!Has(attribute)) return {};
         const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
-        return attributes[std::popcount(before)].value;
+        return attributeTexts[std::popcount(before)];
     }
 
-    /// The attribute of that name, known or not; null when it is absent.
-    ORV_PLATFORM_EXPORT const ORVXmlAttribute* Find(std::string_view attributeName) const;
+    /// The value of the attribute of that name, known or not; null when it is absent.
+    ORV_PLATFORM_EXPORT const std::string_view* Find(std::string_view attributeName) const;
+    /// One of the attributes by its place, from 0 to `attributeCount` - 1: the known ones come first.
+    ORV_PLATFORM_EXPORT ORVXmlAttribute GetAttribute(std::uint32_t index) const;
 };

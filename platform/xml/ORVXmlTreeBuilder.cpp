@@ -21,7 +21,7 @@ void Clear(std::string& buffer) {
 
 // Trees let go of their storage without looking at what is in it.
 static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
-              std::is_trivially_destructible_v<ORVXmlAttribute>);
+              std::is_trivially_destructible_v<std::string_view>);
 
 }  // namespace
 
@@ -58,40 +58,44 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
             if (number >= 0) node.known |= std::uint64_t{1} << static_cast<unsigned>(number);
 
         const std::size_t count = tag.attributes.size();
-        auto* const kept = static_cast<ORVXmlAttribute*>(
-            tree_->Allocate(count * sizeof(ORVXmlAttribute), alignof(ORVXmlAttribute)));
-        for (std::size_t i = 0; i < count; ++i) new (kept + i) ORVXmlAttribute;
+        const auto knownCount = static_cast<std::size_t>(std::popcount(node.known));
+        const std::size_t texts = knownCount + 2 * (count - knownCount);
+        auto* const kept = static_cast<std::string_view*>(
+            tree_->Allocate(texts * sizeof(std::string_view), alignof(std::string_view)));
+        for (std::size_t i = 0; i < texts; ++i) new (kept + i) std::string_view;
 
-        auto nextUnknown = static_cast<std::size_t>(std::popcount(node.known));
+        std::string_view* nextUnknown = kept + knownCount;
         for (std::size_t i = 0; i < count; ++i) {
-            const ORVXmlAttribute& attribute = tag.attributes[i];
             const std::int8_t number = tag.numbers[i];
-            std::size_t place = 0;
+            const ORVXmlAttribute own = Keep(tag.attributes[i], number >= 0, i < tag.written);
             if (number >= 0) {
                 const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
-                place = static_cast<std::size_t>(std::popcount(node.known & (bit - 1)));
+                kept[std::popcount(node.known & (bit - 1))] = own.value;
             } else {
-                place = nextUnknown++;
+                *nextUnknown++ = own.name;
+                *nextUnknown++ = own.value;
             }
-
-            if (i < tag.written) {
-                kept[place] = {number >= 0 ? GetNameText(static_cast<AttributeName>(number))
-                                           : tree_->Keep(attribute.name),
-                               tree_->Keep(attribute.value)};
-                continue;
-            }
-            // One long default value must not be stored once an element.
-            const auto [found, isNew] = supplied_.try_emplace(attribute.value.data());
-            if (isNew) found->second = {tree_->Keep(attribute.name), tree_->Keep(attribute.value)};
-            kept[place] = found->second;
         }
-        node.attributes = kept;
+        node.attributeTexts = kept;
         node.attributeCount = static_cast<std::uint32_t>(count);
     }
 
     ++depth_;
     if (depth_ == levels_.size()) levels_.emplace_back();
     levels_[depth_].node = &node;
+}
+
+ORVXmlAttribute ORVXmlTreeBuilder::Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten) {
+    const auto copy = [&] {
+        // The names of known attributes are not stored.
+        return ORVXmlAttribute{isKnown ? std::string_view() : tree_->Keep(attribute.name),
+                               tree_->Keep(attribute.value)};
+    };
+    if (isWritten) return copy();
+    // One long default value must not be stored once an element.
+    const auto [found, isNew] = supplied_.try_emplace(attribute.value.data());
+    if (isNew) found->second = copy();
+    return found->second;
 }
 
 void ORVXmlTreeBuilder::EndElement() {
@@ -154,13 +158,16 @@ ORVRef<const ORVXmlTree> ORVXmlTreeBuilder::Finish() {
 
 void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
     std::vector<std::int8_t> numbers;
+    std::vector<ORVXmlAttribute> attributes;
     const auto open = [&](const ORVXmlNode& node) {
         // The known ones come first, in the order of their numbers.
         numbers.assign(node.attributeCount, -1);
         std::size_t next = 0;
         for (std::uint64_t known = node.known; known != 0; known &= known - 1)
             numbers[next++] = static_cast<std::int8_t>(std::countr_zero(known));
-        StartElement({node.name, {node.attributes, node.attributeCount}, numbers, node.attributeCount});
+        attributes.clear();
+        for (std::uint32_t i = 0; i < node.attributeCount; ++i) attributes.push_back(node.GetAttribute(i));
+        StartElement({node.name, attributes, numbers, node.attributeCount});
         levels_[depth_].text = node.text;
     };
 

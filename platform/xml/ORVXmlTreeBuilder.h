@@ -55,6 +55,9 @@ private:
     };
 
     ORVXmlNode& AppendNode();
+    /// Texts of an attribute that live as long as the tree.
+    /// @param isWritten  false when the document type supplied it
+    ORVXmlAttribute Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten);
     void AppendDataNode(std::string_view name, std::string_view data);
     void FlushText();
     void CloseLevel();

@@ -26,10 +26,10 @@ TEST(XmlNode, AnswersForKnownAndUnknownAttributes) {
     EXPECT_EQ(node.Value(AttributeName::kWidth), "");
 
     ASSERT_NE(node.Find("foo"), nullptr);
-    EXPECT_EQ(node.Find("foo")->value, "1");
-    EXPECT_EQ(node.Find("b:x")->value, "3");
-    EXPECT_EQ(node.Find("x")->value, "4");
-    EXPECT_EQ(node.Find("xmlns:b")->value, "u");
+    EXPECT_EQ(*node.Find("foo"), "1");
+    EXPECT_EQ(*node.Find("b:x"), "3");
+    EXPECT_EQ(*node.Find("x"), "4");
+    EXPECT_EQ(*node.Find("xmlns:b"), "u");
     EXPECT_EQ(node.Find("width"), nullptr);
     EXPECT_EQ(node.Find("bar"), nullptr);
     EXPECT_EQ(node.Find(""), nullptr);

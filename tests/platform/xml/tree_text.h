@@ -30,7 +30,8 @@ inline std::string TreeText(const ORVXmlNode* node, bool elementsOnly = true) {
             out += '{';
             for (std::uint32_t i = 0; i < one->attributeCount; ++i) {
                 if (i > 0) out += ' ';
-                out.append(one->attributes[i].name).append("=").append(one->attributes[i].value);
+                const ORVXmlAttribute attribute = one->GetAttribute(i);
+                out.append(attribute.name).append("=").append(attribute.value);
             }
             out += '}';
         }

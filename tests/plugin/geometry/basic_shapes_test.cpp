@@ -179,13 +179,13 @@ TYPED_TEST(ShapeHandlerTest, SucceedsWithoutAnyAttribute) {
 }
 
 TYPED_TEST(ShapeHandlerTest, RectGrowsUpwardsWithoutMirroring) {
-    ORVXmlAttribute attributes[] = {{"y", "4"}, {"height", "5"}};
+    std::string_view values[] = {"4", "5"};
     ORVXmlNode node;
-    node.attributes = attributes;
+    node.attributeTexts = values;
     node.attributeCount = 2;
     node.known = std::uint64_t{1} << static_cast<unsigned>(AttributeName::kY) |
                  std::uint64_t{1} << static_cast<unsigned>(AttributeName::kHeight);
-    if (AttributeName::kHeight < AttributeName::kY) std::swap(attributes[0], attributes[1]);
+    if (AttributeName::kHeight < AttributeName::kY) std::swap(values[0], values[1]);
     const ORVRef<ORVPrtGroupElt> container(new ORVPrtGroupElt);
     const ORVRef<ORVPrtRectangleElt> rectangle(new ORVPrtRectangleElt);
     SvgDrawState state;

@@ -231,9 +231,9 @@ TYPED_TEST(ImageHandlerTest, RefusesANullBitmap) {
 }
 
 TYPED_TEST(ImageHandlerTest, WithoutMirroringTheOriginIsTheGivenPoint) {
-    ORVXmlAttribute attributes[] = {{"height", "30"}};
+    const std::string_view values[] = {"30"};
     ORVXmlNode node;
-    node.attributes = attributes;
+    node.attributeTexts = values;
     node.attributeCount = 1;
     node.known = std::uint64_t{1} << static_cast<unsigned>(AttributeName::kHeight);
     const ORVUnicodeString path;
