@@ -1,0 +1,222 @@
+#!/usr/bin/env python3
+"""Times whole processes: orvprint and whichever other converters are installed, in turn, on the same documents.
+
+    bench/compare.py [--tool build/release/bin/orvprint] [--runs 5] [--corpora build/bench/corpora] [SECTION...]
+
+Sections: pdf, png150, png600, small, typical, growth (all without any). Times on a busy machine mean little, so what
+is printed are ratios within one run: the programs take turns, a ratio is taken turn by turn, and the median counts.
+A program whose page shows nothing is not timed.
+"""
+
+import argparse
+import math
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+UNITS_PER_INCH = 90
+PAGE = 1000  # user units of the generated pages' sides
+
+
+class Run:
+    """One run of a program: wall clock and processor time in seconds, peak memory in MB."""
+
+    def __init__(self, command):
+        start = time.perf_counter()
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        self.errors = process.stderr.read().decode(errors="replace")
+        _, status, usage = os.wait4(process.pid, 0)
+        self.wall = time.perf_counter() - start
+        process.returncode = os.waitstatus_to_exitcode(status)
+        self.code = process.returncode
+        self.cpu = usage.ru_utime + usage.ru_stime
+        self.memory = usage.ru_maxrss / 1024
+
+
+def pixels(dpi):
+    return round(PAGE * dpi / UNITS_PER_INCH)
+
+
+def programs(tool):
+    """Name, whether it is there, and its command for (input, output, dpi); dpi is None for PDF."""
+
+    def ours(source, target, dpi):
+        return [tool, source, "-o", target] + ([] if dpi is None else ["--dpi", str(dpi)])
+
+    def rsvg(source, target, dpi):
+        options = ["-f", "pdf"] if dpi is None else ["-z", str(dpi / UNITS_PER_INCH)]
+        return ["rsvg-convert", "--unlimited", *options, "-o", target, source]
+
+    def mutool(source, target, dpi):
+        if dpi is None:
+            return ["mutool", "convert", "-F", "pdf", "-O", "compress", "-o", target, source]
+        return ["mutool", "draw", "-w", str(pixels(dpi)), "-h", str(pixels(dpi)), "-o", target, source]
+
+    def mutool_plain(source, target, dpi):
+        return ["mutool", "convert", "-F", "pdf", "-o", target, source]
+
+    def resvg(source, target, dpi):
+        return ["resvg", "-z", str(dpi / UNITS_PER_INCH), source, target]
+
+    found = [("orvprint", ours, {"pdf", "png"})]
+    if shutil.which("rsvg-convert"):
+        found.append(("rsvg-convert", rsvg, {"pdf", "png"}))
+    if shutil.which("mutool"):
+        found.append(("mutool", mutool, {"pdf", "png"}))
+        found.append(("mutool, plain", mutool_plain, {"pdf"}))
+    if shutil.which("resvg"):
+        found.append(("resvg", resvg, {"png"}))
+    return found
+
+
+def shows_something(path):
+    """Whether a page has marks on it: its picture is not all of one colour."""
+    with tempfile.TemporaryDirectory() as folder:
+        picture = path
+        if path.endswith(".pdf"):
+            picture = f"{folder}/page"
+            subprocess.run(["pdftoppm", "-r", "20", "-singlefile", "-png", path, picture], check=False, capture_output=True)
+            picture += ".png"
+        told = subprocess.run(
+            ["identify", "-format", "%[fx:standard_deviation]", picture], check=False, capture_output=True, text=True
+        ).stdout
+    try:
+        return float(told) > 1e-4
+    except ValueError:
+        return False
+
+
+def corpus(folder, name):
+    subprocess.run([sys.executable, HERE / "corpora.py", folder, name], check=True)
+    return str(Path(folder) / (name if name == "typical" else f"{name}.svg"))
+
+
+def median(values):
+    return statistics.median(values) if values else math.nan
+
+
+def compare(title, source, ending, dpi, options):
+    """Runs all programs on a document and prints a table of what they took."""
+    with tempfile.TemporaryDirectory() as folder:
+        rows, runs = [], {}
+        for name, command, kinds in programs(options.tool):
+            if ending not in kinds:
+                continue
+            target = f"{folder}/{len(rows)}.{ending}"
+            trial = Run(command(source, target, dpi))
+            if trial.code != 0 or not os.path.exists(target) or not shows_something(target):
+                print(f"  {name}: drew nothing ({trial.errors.strip()[:80] or 'no message'})")
+                continue
+            rows.append((name, command(source, target, dpi), os.path.getsize(target)))
+            runs[name] = []
+        for _ in range(options.runs):
+            for name, command, _ in rows:
+                runs[name].append(Run(command))
+        print(f"\n{title}\n")
+        print("| program | wall s | CPU s | memory MB | file KB | wall, times orvprint | CPU | memory |")
+        print("|---|---|---|---|---|---|---|---|")
+        ours = runs.get("orvprint", [])
+        for name, _, size in rows:
+            own = runs[name]
+            ratios = [
+                median([getattr(a, what) / max(getattr(b, what), 1e-4) for a, b in zip(own, ours)])
+                for what in ("wall", "cpu", "memory")
+            ]
+            figures = [median([getattr(run, what) for run in own]) for what in ("wall", "cpu", "memory")]
+            print(
+                f"| {name} | {figures[0]:.3f} | {figures[1]:.3f} | {figures[2]:.0f} | {size / 1024:.0f} | "
+                + " | ".join(f"{ratio:.2f}" for ratio in ratios)
+                + " |"
+            )
+
+
+def growth(options):
+    """How time and memory grow with the document: the exponents should be 1."""
+    families = {
+        "shapes": [("shapes-1k", 1), ("shapes-10k", 10), ("shapes-100k", 100), ("shapes-1m", 1000)],
+        "paths": [("paths-20", 1), ("paths-200", 10), ("paths-2000", 100)],
+        "texts": [("texts-200", 1), ("texts-2k", 10), ("texts-20k", 100)],
+        "uses": [("uses-1k", 1), ("uses-10k", 10), ("uses-100k", 100)],
+        "colours": [("colours-10k", 1), ("colours-100k", 10), ("colours-1m", 100)],
+        "identifiers": [("identifiers-1k", 1), ("identifiers-10k", 10), ("identifiers-100k", 100)],
+    }
+    print("\nGrowth of orvprint to PDF: CPU seconds and memory, and the exponent of the time from step to step\n")
+    print("| document | CPU s | memory MB | exponent |")
+    print("|---|---|---|---|")
+    with tempfile.TemporaryDirectory() as folder:
+        base = median([Run([options.tool, "--version"]).cpu for _ in range(options.runs)])
+        for steps in families.values():
+            before = None
+            for name, size in steps:
+                source = corpus(options.corpora, name)
+                runs = [Run([options.tool, source, "-o", f"{folder}/out.pdf"]) for _ in range(options.runs)]
+                cpu = median([run.cpu for run in runs])
+                exponent = ""
+                if before and cpu - base > 0.02:  # below, the clock's steps decide
+                    exponent = f"{math.log((cpu - base) / max(before[0] - base, 1e-3)) / math.log(size / before[1]):.2f}"
+                print(f"| {name} | {cpu:.3f} | {median([run.memory for run in runs]):.0f} | {exponent} |")
+                before = (cpu, size)
+
+
+def typical(options):
+    """Many drawings of common sizes, one process each."""
+    folder = corpus(options.corpora, "typical")
+    drawings = sorted(str(path) for path in Path(folder).glob("*.svg"))[:: max(1, 500 // options.drawings)]
+    print(f"\n{len(drawings)} typical drawings of 5 to 200 KB to PDF, a process each\n")
+    print("| program | wall s | CPU s | largest memory MB | wall, times orvprint |")
+    print("|---|---|---|---|---|")
+    with tempfile.TemporaryDirectory() as target:
+        totals = {}
+        kinds = [(name, command) for name, command, formats in programs(options.tool) if "pdf" in formats]
+        for drawing in drawings:
+            for name, command in kinds:
+                totals.setdefault(name, []).append(Run(command(drawing, f"{target}/out.pdf", None)))
+        ours = sum(run.wall for run in totals["orvprint"])
+        for name, runs in totals.items():
+            wall = sum(run.wall for run in runs)
+            print(
+                f"| {name} | {wall:.2f} | {sum(run.cpu for run in runs):.2f} | {max(run.memory for run in runs):.0f} | {wall / ours:.2f} |"
+            )
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--tool", default=str(HERE.parent / "build/release/bin/orvprint"))
+    parser.add_argument("--corpora", default=str(HERE.parent / "build/bench/corpora"))
+    parser.add_argument("--runs", type=int, default=5)
+    parser.add_argument("--drawings", type=int, default=500, help="how many of the typical drawings")
+    parser.add_argument("sections", nargs="*", metavar="SECTION")
+    options = parser.parse_args()
+    known = ["small", "pdf", "png150", "png600", "typical", "growth"]
+    wanted = options.sections or known
+    if unknown := set(wanted) - set(known):
+        parser.error(f"no such section: {', '.join(sorted(unknown))}")
+    if not os.access(options.tool, os.X_OK):
+        parser.error(f"{options.tool} is not there; ./dev build makes it")
+
+    print(f"{time.strftime('%Y-%m-%d')}, {os.cpu_count()} cores, median of {options.runs} turns")
+    large = [("100,000 shapes", "shapes-100k"), ("2,000 paths of 2,000 points", "paths-2000"), ("20,000 texts", "texts-20k")]
+    if "small" in wanted:
+        compare("A drawing of 1 KB to PDF", corpus(options.corpora, "small"), "pdf", None, options)
+    if "pdf" in wanted:
+        extra = [("200 nested groups", "groups-200"), ("100,000 uses of 10,000 definitions", "uses-100k")]
+        for title, name in large + extra:
+            compare(f"{title} to PDF", corpus(options.corpora, name), "pdf", None, options)
+    for dpi in (150, 600):
+        if f"png{dpi}" in wanted:
+            for title, name in large:
+                compare(f"{title} to PNG at {dpi} dpi", corpus(options.corpora, name), "png", dpi, options)
+    if "typical" in wanted:
+        typical(options)
+    if "growth" in wanted:
+        growth(options)
+
+
+if __name__ == "__main__":
+    main()
