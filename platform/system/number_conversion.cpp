@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/system/short_number.h"
+
 namespace {
 
 bool IsWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -26,30 +28,6 @@ double ConvertOutOfRange(const char* begin, const char* end) {
     static const locale_t plainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     const std::string copy(begin, end);
     return strtod_l(copy.c_str(), nullptr, plainLocale);
-}
-
-// Powers of ten that a double holds exactly.
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
-                                   1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
-
-// Most numbers are a few digits with a point. Where the digits without the point and the power of ten are
-// exact, their quotient is rounded once, as it has to be. False when the number is not of this kind.
-bool ConvertShort(std::string_view text, double& value) {
-    constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53U;
-    std::uint64_t digits = 0;
-    std::size_t i = 0;
-    // What could outgrow the variable is cut off by the number of characters.
-    const std::size_t end = text.size() < 19 ? text.size() : 19;
-    for (; i < end && IsDigit(text[i]); ++i) digits = digits * 10 + static_cast<std::uint64_t>(text[i] - '0');
-    std::size_t places = 0;
-    if (i < end && text[i] == '.')
-        for (++i; i < end && IsDigit(text[i]); ++i, ++places)
-            digits = digits * 10 + static_cast<std::uint64_t>(text[i] - '0');
-    const bool mayGoOn = i < text.size() && (IsDigit(text[i]) || text[i] == '.' || (text[i] | 0x20) == 'e');
-    // A second point ends the number, but is too rare to tell it from the first.
-    if (mayGoOn || digits > kLargestExact) return false;
-    value = static_cast<double>(digits) / kPowersOfTen[places];
-    return true;
 }
 
 }  // namespace
@@ -73,7 +51,7 @@ int ORVConvertToDouble(std::string_view text, double& out) {
     if (!number) return 0;  // keeps "inf" and "nan" out, which from_chars would take
 
     double value = 0.0;
-    if (ConvertShort(text, value)) {
+    if (ORVReadShortNumber(text.data(), text.data() + text.size(), value)) {
         out = negative ? -value : value;
         return 1;
     }

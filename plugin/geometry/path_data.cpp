@@ -291,8 +291,13 @@ bool PathDataInterpreter::ReadVertical(std::string_view text, double& number) co
 void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::size_t pairsPerSegment) {
     numbers_.clear();
     std::string_view argument;
-    for (bool isX = true; scanner.NextArgument(argument); isX = !isX) {
+    for (bool isX = true;; isX = !isX) {
         double number = 0.0;
+        if (scanner.NextPlainNumber(number)) {
+            numbers_.push_back(isX || state_.yFlip != 1 ? number : state_.pageHeight - number);
+            continue;
+        }
+        if (!scanner.NextArgument(argument)) break;
         if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number))
             numbers_.push_back(number);
     }

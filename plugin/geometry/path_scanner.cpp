@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/system/short_number.h"
+
 namespace {
 
 enum CharacterClass : unsigned char { kOther, kSeparator, kCommand, kEnd, kMinus };
@@ -49,6 +51,20 @@ bool PathScanner::NextCommand(char& letter) {
         return true;
     }
     return false;
+}
+
+bool PathScanner::NextPlainNumber(double& number) {
+    while (position_ < text_.size() && ClassOf(text_[position_]) == kSeparator) ++position_;
+    const char* const end = text_.data() + text_.size();
+    const char* const start = text_.data() + position_;
+    const bool isNegative = start != end && *start == '-';
+    double value = 0.0;
+    const char* const behind = ORVReadShortNumber(isNegative ? start + 1 : start, end, value);
+    // With anything else behind it, the number is only a part of the argument.
+    if (!behind || (behind != end && ClassOf(*behind) == kOther)) return false;
+    position_ = static_cast<std::size_t>(behind - text_.data());
+    number = isNegative ? -value : value;
+    return true;
 }
 
 bool PathScanner::NextArgument(std::string_view& argument) {

@@ -14,6 +14,9 @@ public:
 
     /// Moves to the next command. @return false at the end of the text
     bool NextCommand(char& letter);
+    /// The next argument of the current command, if it is nothing but a short number, as nearly all are.
+    /// @return false when it is another argument, which NextArgument then gives, or when there is none
+    bool NextPlainNumber(double& number);
     /// The next argument of the current command. The view is valid until the next call.
     /// @return false when the command has no more arguments
     bool NextArgument(std::string_view& argument);

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Powers of ten that a double holds exactly, as many as a short number may have places.
+inline constexpr double kShortNumberPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                                                1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+
+/// Reads digits with at most one point among them, such as "12", "3.25" or ".5": most numbers there are.
+/// Where the digits without the point and the power of ten are exact, their quotient is rounded once, as a
+/// number has to be. Signs and exponents are the caller's.
+/// @param end  after what may be read
+/// @return behind the number; null when there is none, or none of this kind: too many digits, a second point
+///         or an exponent behind it
+inline const char* ORVReadShortNumber(const char* text, const char* end, double& value) {
+    constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53U;
+    constexpr std::ptrdiff_t kMostCharacters = 19;  // more could outgrow the variable
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+
+    const char* const last = end - text < kMostCharacters ? end : text + kMostCharacters;
+    const char* p = text;
+    std::uint64_t digits = 0;
+    std::size_t places = 0;
+    for (; p != last && isDigit(*p); ++p) digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
+    std::ptrdiff_t count = p - text;
+    if (p != last && *p == '.') {
+        const char* const point = p;
+        for (++p; p != last && isDigit(*p); ++p) digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
+        places = static_cast<std::size_t>(p - point - 1);
+        count += p - point - 1;
+    }
+    const bool goesOn = p != end && (isDigit(*p) || *p == '.' || *p == 'e' || *p == 'E');
+    if (count == 0 || goesOn || digits > kLargestExact) return nullptr;
+    value = static_cast<double>(digits) / kShortNumberPowers[places];
+    return p;
+}
