@@ -27,26 +27,6 @@ namespace {
 
 std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
 
-/// Lets documents read files for as long as it lives.
-class AccessScope {
-public:
-    explicit AccessScope(const std::string& path, const ReadOptions& options) {
-        if (path != "-") {
-            ORVUnicodeString folder, name;
-            ORVSplitPath(path, folder, name);
-            policy_.AllowFolder(folder.IsEmpty() ? ORVUnicodeString(".") : folder);
-        }
-        for (const std::string& folder : options.allowedFolders) policy_.AllowFolder(folder);
-        ORVFileAccessPolicy::SetCurrent(&policy_);
-    }
-    ~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }
-    AccessScope(const AccessScope&) = delete;
-    AccessScope& operator=(const AccessScope&) = delete;
-
-private:
-    ORVFolderAccessPolicy policy_;
-};
-
 /// Reads all there is. @return false with errno when reading failed
 bool ReadAll(int descriptor, std::string& bytes) {
     // A file's size is known; one byte more finds its end without another buffer. Streams grow.
@@ -65,18 +45,6 @@ bool ReadAll(int descriptor, std::string& bytes) {
     }
     bytes.resize(size);
     return true;
-}
-
-/// @return an exit code; a failure was reported
-int ReadInput(const std::string& path, std::string& bytes) {
-    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
-    const bool read = ReadAll(descriptor, bytes);
-    const int error = errno;
-    if (descriptor != STDIN_FILENO) close(descriptor);
-    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
-    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
-    return kExitDone;
 }
 
 /// A parsed document. One of the two is set.
@@ -220,6 +188,40 @@ ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, cons
 
 }  // namespace
 
+AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
+    if (path != "-") {
+        ORVUnicodeString folder, name;
+        ORVSplitPath(path, folder, name);
+        policy_.AllowFolder(folder.IsEmpty() ? ORVUnicodeString(".") : folder);
+    }
+    for (const std::string& folder : options.allowedFolders) policy_.AllowFolder(folder);
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+}
+
+AccessScope::~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }
+
+int ReadInput(const std::string& path, std::string& bytes) {
+    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
+    const bool read = ReadAll(descriptor, bytes);
+    const int error = errno;
+    if (descriptor != STDIN_FILENO) close(descriptor);
+    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
+    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    return kExitDone;
+}
+
+std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std::string& path,
+                                               const ReadOptions& options) {
+    std::vector<const ORVXmlNode*> fragments;
+    if (options.fragment.empty())
+        fragments = FindOutermostSvgElements(root);
+    else if (const ORVXmlNode* fragment = FindFragment(root, options.fragment))
+        fragments.push_back(fragment);
+    if (fragments.empty()) ReportNoFragment(path, options.fragment);
+    return fragments;
+}
+
 void ApplyReadOptions(const ReadOptions& options) {
     constexpr const char* kWithoutDOM = "PRINT_WITHOUT_DOM_PARSER";
     if (options.parser == "dom")
@@ -261,12 +263,8 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         return interpreter ? UseDrawing(path, options, *interpreter, true, use) : kExitNoModule;
     }
 
-    std::vector<const ORVXmlNode*> fragments;
-    if (options.fragment.empty())
-        fragments = FindOutermostSvgElements(document.GetRoot());
-    else if (const ORVXmlNode* fragment = FindFragment(document.GetRoot(), options.fragment))
-        fragments.push_back(fragment);
-    if (fragments.empty()) return ReportNoFragment(path, options.fragment);
+    const std::vector<const ORVXmlNode*> fragments = SelectFragments(document.GetRoot(), path, options);
+    if (fragments.empty()) return kExitNoPage;
     for (const ORVXmlNode* fragment : fragments) {
         ORVLightXmlElement holder;
         const auto input = MakeFragmentInput(document, fragment, holder);

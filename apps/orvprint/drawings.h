@@ -8,6 +8,8 @@
 
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/print/ORVPrintParameters.h"
+#include "platform/system/files.h"
+#include "platform/xml/ORVXmlNode.h"
 
 /// How inputs are read.
 struct ReadOptions {
@@ -17,6 +19,20 @@ struct ReadOptions {
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
     std::uint64_t primitiveLimit = 0;  ///< of a drawing's model; 0 for the platform's own
+};
+
+/// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed
+/// ones, and what lies below them.
+class AccessScope {
+public:
+    /// @param path  of the document, or "-" for standard input, which has no folder
+    AccessScope(const std::string& path, const ReadOptions& options);
+    ~AccessScope();
+    AccessScope(const AccessScope&) = delete;
+    AccessScope& operator=(const AccessScope&) = delete;
+
+private:
+    ORVFolderAccessPolicy policy_;
 };
 
 /// What is known of a drawing's page.
@@ -40,6 +56,13 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options);
 
 /// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
 int CheckInput(const std::string& path);
+
+/// Reads an input whole. @return an exit code; a failure was reported
+int ReadInput(const std::string& path, std::string& bytes);
+
+/// The drawings inside an XML document that the options ask for; that there are none was reported.
+std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std::string& path,
+                                               const ReadOptions& options);
 
 /// Reads an input, checks that it is well formed, and hands its drawings to `use`, one after the other; each
 /// model lives only during its call. While documents are read, they may name files of the input's own folder

@@ -3,6 +3,7 @@
 /// What the command tells its caller. Documented in README.md; scripts rely on the numbers.
 enum ExitCode : int {
     kExitDone = 0,
+    kExitFound = 1,  ///< the check found something
     kExitUsage = 2,
     kExitUnreadable = 3,
     kExitNotWellFormed = 4,

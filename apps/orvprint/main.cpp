@@ -8,8 +8,11 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <set>
 #include <string>
+#include <vector>
 
+#include "apps/orvprint/check_command.h"
 #include "apps/orvprint/info_command.h"
 #include "apps/orvprint/inspect_command.h"
 #include "apps/orvprint/print_command.h"
@@ -25,7 +28,7 @@ constexpr const char* kDescription =
     "  orvprint drawing.svg -o drawing.png --dpi 300\n";
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 done, 2 command line, 3 input unreadable, 4 not well-formed XML, 5 no page,\n"
+    "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable, 4 not well-formed XML, 5 no page,\n"
     "6 no such page, 7 unknown format, 8 output not writable, 9 printing failed or limit reached,\n"
     "10 interpreter module missing.\n";
 
@@ -48,6 +51,16 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command.add_option("--max-primitives", options.primitiveLimit, "Primitives that a drawing may hold")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
+}
+
+/// The kinds of findings that --ignore names. @return false with the name that is none
+bool ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kinds, std::string& wrong) {
+    for (const std::string& name : names) {
+        const FindingKind* kind = FindFindingKind(name);
+        if (!kind) return wrong = name, false;
+        kinds.insert(kind->code);
+    }
+    return true;
 }
 
 void AddFragmentOptions(CLI::App& command, ReadOptions& options) {
@@ -76,6 +89,7 @@ int Run(int argc, char** argv) {
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->option_text("N [90]");
+    app.add_flag("--strict", print.strict, "Print nothing when the check finds something; see orvprint check");
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
 
@@ -98,6 +112,22 @@ int Run(int argc, char** argv) {
     inspect->add_flag("--json", inspectAsJson, "As JSON (the only form)");
     AddReadOptions(*inspect, inspectOptions);
 
+    CheckOptions check;
+    std::vector<std::string> ignoredKinds;
+    CLI::App* checking = app.add_subcommand("check", "Tell what of drawings will not print as expected");
+    checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
+        ->required()
+        ->option_text("FILE...");
+    checking->add_flag("--json", check.asJson, "As JSON");
+    checking->add_flag("--verbose", check.verbose, "List all findings, not only the first of each kind");
+    checking->add_option("--ignore", ignoredKinds, "Leave out findings of this kind (repeatable)")
+        ->option_text("CODE")
+        ->take_all()
+        ->allow_extra_args(false);
+    AddReadOptions(*checking, check.read);
+    checking->add_flag("--qvxml", check.read.qvxml,
+                       "The input is an XML document with svg elements inside (as are all .qvxml files)");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& wish) {
@@ -113,6 +143,12 @@ int Run(int argc, char** argv) {
     if (inspect->parsed()) {
         ApplyReadOptions(inspectOptions);
         return RunInspect(inspectInput, inspectOptions);
+    }
+    if (checking->parsed()) {
+        std::string wrong;
+        if (!ParseKinds(ignoredKinds, check.ignored, wrong))
+            return Report(kExitUsage, "--ignore " + wrong, "is no kind of findings; docs/check.md lists them");
+        return RunCheck(check);
     }
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
     if (print.output.empty()) return Report(kExitUsage, "", "no output; say where it goes with -o FILE");

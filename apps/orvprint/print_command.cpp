@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "apps/orvprint/check_command.h"
 #include "apps/orvprint/report.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
@@ -162,6 +163,8 @@ int RunPrint(const PrintOptions& options) {
     if (!format) return kExitUnknownFormat;
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;
+    if (options.strict)
+        if (const int code = CheckBeforePrinting(options.inputs, options.read); code != kExitDone) return code;
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;
     for (const std::string& input : options.inputs)

@@ -13,6 +13,7 @@ struct PrintOptions {
     std::string output;               ///< "-" for standard output
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
+    bool strict = false;              ///< print only what the check finds nothing in
     double dotsPerInch = 90.0;
 };
 

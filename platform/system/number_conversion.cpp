@@ -40,7 +40,8 @@ int ORVCompareText(std::string_view a, std::string_view b) {
     return kTextEqualsIgnoringCase;
 }
 
-int ORVConvertToDouble(std::string_view text, double& out) {
+int ORVConvertToDouble(std::string_view text, double& out, std::size_t* length) {
+    const char* const start = text.data();
     text = SkipWhiteSpace(text);
     if (text.empty()) return -1;
 
@@ -51,13 +52,15 @@ int ORVConvertToDouble(std::string_view text, double& out) {
     if (!number) return 0;  // keeps "inf" and "nan" out, which from_chars would take
 
     double value = 0.0;
-    if (ORVReadShortNumber(text.data(), text.data() + text.size(), value)) {
+    if (const char* behind = ORVReadShortNumber(text.data(), text.data() + text.size(), value)) {
         out = negative ? -value : value;
+        if (length) *length = static_cast<std::size_t>(behind - start);
         return 1;
     }
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range) value = ConvertOutOfRange(text.data(), end);
     out = negative ? -value : value;
+    if (length) *length = static_cast<std::size_t>(end - start);
     return 1;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
@@ -14,8 +15,9 @@ ORV_PLATFORM_EXPORT int ORVCompareText(std::string_view a, std::string_view b);
 /// tab, LF, CR, VT, FF) before it is skipped. A number is an optional sign, digits with an optional
 /// period (at least one digit) and an exponent when it has a digit. A period is read whatever the locale.
 /// @param out  written only on 1: the nearest double; an infinity on overflow, 0 on underflow
+/// @param length  if not null: written only on 1, the bytes of `text` up to the end of the number
 /// @return 1 converted, 0 no number there, -1 when the text is empty or only white space
-ORV_PLATFORM_EXPORT int ORVConvertToDouble(std::string_view text, double& out);
+ORV_PLATFORM_EXPORT int ORVConvertToDouble(std::string_view text, double& out, std::size_t* length = nullptr);
 
 /// As ORVConvertToDouble for a decimal integer with an optional sign; the value wraps modulo 2^32.
 ORV_PLATFORM_EXPORT int ORVConvertToUnsigned(std::string_view text, unsigned int& out);

@@ -5,11 +5,13 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
 #include "platform/xml/ORVXmlError.h"
 #include "platform/xml/ORVXmlNode.h"
+#include "platform/xml/ORVXmlPlace.h"
 #include "platform/xml/ORVXmlTree.h"
 
 class ORVLightXmlElement;
@@ -94,8 +96,10 @@ class ORV_PLATFORM_EXPORT ORVLightXmlParser {
 public:
     /// @param element  out: the root element with everything up to the first error, the text before the
     ///                 error included; a null element when the document broke off before its root
+    /// @param places   out, if not null: the place of every element of the tree, in document order
     /// @return 1 when the document is well formed, -1 when it is not (see GetError)
-    int Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element);
+    int Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element,
+              std::vector<ORVXmlPlace>* places = nullptr);
 
     /// What was wrong with the document parsed last; an empty message when nothing was.
     const ORVXmlError& GetError() const { return error_; }

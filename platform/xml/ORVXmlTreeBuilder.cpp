@@ -25,7 +25,8 @@ static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
 
 }  // namespace
 
-ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape) : shape_(shape), tree_(new ORVXmlTree), levels_(1) {}
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, std::vector<ORVXmlPlace>* places)
+    : shape_(shape), places_(places), tree_(new ORVXmlTree), levels_(1) {}
 
 ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source) : ORVXmlTreeBuilder(shape) {
     tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
@@ -48,6 +49,7 @@ ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
 
 void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     FlushText();
+    if (places_ && tag.locator) places_->push_back(tag.locator->Locate());
     ORVXmlNode& node = AppendNode();
     if (depth_ == 0 && !tree_->root_) tree_->root_ = &node;
     node.id = FindElementName(tag.name);
@@ -191,18 +193,19 @@ void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
 }
 
 bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape shape,
-                  ORVRef<const ORVXmlTree>& tree, ORVXmlError& error) {
+                  ORVRef<const ORVXmlTree>& tree, ORVXmlError& error, std::vector<ORVXmlPlace>* places) {
     tree = nullptr;
     error = ORVXmlError();
     try {
-        {
+        // Only the parser counts lines.
+        if (!places) {
             ORVXmlTreeBuilder plain(shape, source);
             if (ReadPlainDocument(source.bytes, encoding, plain)) {
                 tree = plain.Finish();
                 return true;
             }
         }
-        ORVXmlTreeBuilder builder(shape);
+        ORVXmlTreeBuilder builder(shape, places);
         const bool wellFormed = ReadXml(source.bytes, encoding, builder, error);
         tree = builder.Finish();
         return wellFormed;

@@ -29,7 +29,8 @@ struct XmlSource {
 /// Builds a tree from events. Throws std::bad_alloc.
 class ORVXmlTreeBuilder final : public XmlEventSink {
 public:
-    explicit ORVXmlTreeBuilder(XmlTreeShape shape);
+    /// @param places  if not null, gets the place of every element, in document order
+    explicit ORVXmlTreeBuilder(XmlTreeShape shape, std::vector<ORVXmlPlace>* places = nullptr);
     /// For events whose views may lie in the source.
     ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source);
 
@@ -63,6 +64,7 @@ private:
     void CloseLevel();
 
     const XmlTreeShape shape_;
+    std::vector<ORVXmlPlace>* const places_;
     ORVRef<ORVXmlTree> tree_;
     std::vector<Level> levels_;  // used up to depth_; the rest keeps its storage for the next elements
     std::size_t depth_ = 0;
@@ -73,6 +75,8 @@ private:
 /// Reads a document into a tree. Nothing is thrown.
 /// @param tree   out: the document, or what was read of it before the error; null only when memory is spent
 /// @param error  out: what is wrong with the document; its message is empty when it is well formed
+/// @param places  out, if not null: the place of every element, in document order
 /// @return true when the document is well formed
 [[nodiscard]] bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape shape,
-                                ORVRef<const ORVXmlTree>& tree, ORVXmlError& error);
+                                ORVRef<const ORVXmlTree>& tree, ORVXmlError& error,
+                                std::vector<ORVXmlPlace>* places = nullptr);

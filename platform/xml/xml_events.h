@@ -6,6 +6,17 @@
 #include <string_view>
 
 #include "platform/xml/ORVXmlNode.h"
+#include "platform/xml/ORVXmlPlace.h"
+
+/// Tells where the reader stands. Nobody pays for it who does not ask: the reader counts lines when it is
+/// asked, from the place of the question before.
+class XmlLocator {
+public:
+    virtual ORVXmlPlace Locate() const = 0;
+
+protected:
+    ~XmlLocator() = default;
+};
 
 /// A start tag as the reader reports it.
 struct XmlStartTag {
@@ -16,6 +27,7 @@ struct XmlStartTag {
     /// The attributes from this one on were not written but supplied from the document type. Their texts
     /// stay in place until the document has been read; all other views are gone when the event is over.
     std::size_t written;
+    const XmlLocator* locator = nullptr;  ///< where the tag stands; null for one that was not read
 };
 
 /// What a document consists of, in document order. A sink may throw std::bad_alloc, nothing else.

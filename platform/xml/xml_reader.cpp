@@ -33,7 +33,7 @@ struct ParserDeleter {
 };
 
 // One pass of the parser over a document in one encoding.
-class Reading {
+class Reading final : private XmlLocator {
 public:
     Reading(XmlEventSink& sink, ORVXmlError& error) : sink_(sink), error_(error) {}
 
@@ -51,6 +51,7 @@ public:
     }
 
 private:
+    ORVXmlPlace Locate() const override;
     void NoteError(const char* message);
     void SetHandlers();
 
@@ -91,6 +92,13 @@ void Reading::NoteError(const char* message) {
     error_.offset = static_cast<std::uint64_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser), 0));
 }
 
+ORVXmlPlace Reading::Locate() const {
+    XML_Parser parser = parser_.get();
+    return {static_cast<std::uint32_t>(XML_GetCurrentLineNumber(parser)),
+            static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(parser) + 1),
+            static_cast<std::uint64_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser), 0))};
+}
+
 void Reading::StartElement(const char* name, const char** pairs) {
     if (depth_ == kLargestDepth) return Fail("elements are nested more than 1024 deep");
     ++depth_;
@@ -108,7 +116,7 @@ void Reading::StartElement(const char* name, const char** pairs) {
     if (suppliedBytes_ > kFreeAmplification && suppliedBytes_ / kLargestAmplification > size_)
         return Fail("the document type supplies too many attributes");
 
-    sink_.StartElement({name, attributes_, numbers_, written});
+    sink_.StartElement({name, attributes_, numbers_, written, this});
 }
 
 void Reading::EndElement() {

@@ -1,5 +1,6 @@
 #include "plugin/geometry/images.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -47,24 +48,30 @@ ORVRef<ORVPixelImage> LoadData(std::string_view reference) {
     return {};
 }
 
-ORVRef<ORVPixelImage> LoadReference(const SvgDrawState& state, std::string_view reference) {
-    // No name of a file is that long; data references are not copied to find that out.
-    constexpr std::size_t kLongestName = 4096;
-    if (!reference.empty() && reference.size() <= kLongestName) {
-        const ORVUnicodeString name(reference);
-        if (IsReadableFile(name)) return LoadFile(name);
-        ORVUnicodeString folder, documentName;
-        ORVSplitPath(*state.currentPath, folder, documentName);
-        const ORVUnicodeString path = ORVMakePath(folder, name);
-        if (IsReadableFile(path)) return LoadFile(path);
-    }
-    return LoadData(reference);
-}
-
 }  // namespace
 
+bool FindImageFile(const SvgDrawState& state, std::string_view reference, ORVUnicodeString& path) {
+    // No name of a file is that long; data references are not copied to find that out.
+    constexpr std::size_t kLongestName = 4096;
+    if (reference.empty() || reference.size() > kLongestName) return false;
+    const ORVUnicodeString name(reference);
+    path = name;
+    if (IsReadableFile(path)) return true;
+    ORVUnicodeString folder, documentName;
+    ORVSplitPath(*state.currentPath, folder, documentName);
+    path = ORVMakePath(folder, name);
+    return IsReadableFile(path);
+}
+
+bool HoldsImageData(std::string_view reference) {
+    return std::any_of(kDataFormats.begin(), kDataFormats.end(),
+                       [&](const DataFormat& format) { return reference.starts_with(format.prefix); });
+}
+
 void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap) {
-    const ORVRef<ORVPixelImage> image = LoadReference(state, reference);
+    ORVUnicodeString path;
+    const ORVRef<ORVPixelImage> image =
+        FindImageFile(state, reference, path) ? LoadFile(path) : LoadData(reference);
     if (image) bitmap.SetPixelImage(image.get());
 }
 

@@ -20,6 +20,8 @@ public:
     /// The next argument of the current command. The view is valid until the next call.
     /// @return false when the command has no more arguments
     bool NextArgument(std::string_view& argument);
+    /// Bytes of the text that have been looked at.
+    std::size_t GetPosition() const { return position_; }
 
 private:
     std::string_view text_;

@@ -41,22 +41,6 @@ void ApplyPageViewBox(SvgDrawState& state, const ORVPrtViewBox& box) {
 }
 
 template <SvgElementAccess Element>
-void SizePage(SvgDrawState& state, const Element& element) {
-    ReadLengthAttribute(state, element, AttributeName::kWidth, state.pageWidth);
-    ReadLengthAttribute(state, element, AttributeName::kHeight, state.pageHeight);
-    state.page->SetSize(state.pageWidth, state.pageHeight);
-    state.page->SetUnits(kUnitNinetiethInch);
-
-    ORVPrtViewBox box{0.0, 0.0, state.pageWidth, state.pageHeight};
-    if (ReadViewBox(element.Attribute(AttributeName::kViewBox).text, box) == kRead) {
-        ApplyPageViewBox(state, box);
-    } else if (state.embeddedFragment == 1) {
-        state.page->SetOrigin({0.0, -state.pageHeight});
-        state.pageHeight = 0.0;
-    }
-}
-
-template <SvgElementAccess Element>
 int WalkPage(SvgDrawState& state, const Element& element) {
     int result = 0;
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
@@ -79,6 +63,22 @@ void SizePageByContent(const SvgDrawState& state) {
 }
 
 }  // namespace
+
+template <SvgElementAccess Element>
+void SizePage(SvgDrawState& state, const Element& element) {
+    ReadLengthAttribute(state, element, AttributeName::kWidth, state.pageWidth);
+    ReadLengthAttribute(state, element, AttributeName::kHeight, state.pageHeight);
+    state.page->SetSize(state.pageWidth, state.pageHeight);
+    state.page->SetUnits(kUnitNinetiethInch);
+
+    ORVPrtViewBox box{0.0, 0.0, state.pageWidth, state.pageHeight};
+    if (ReadViewBox(element.Attribute(AttributeName::kViewBox).text, box) == kRead) {
+        ApplyPageViewBox(state, box);
+    } else if (state.embeddedFragment == 1) {
+        state.page->SetOrigin({0.0, -state.pageHeight});
+        state.pageHeight = 0.0;
+    }
+}
 
 template <SvgElementAccess Element>
 int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& model) {
@@ -106,5 +106,7 @@ int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& 
     return result;
 }
 
+template void SizePage(SvgDrawState&, const DomElementAccess&);
+template void SizePage(SvgDrawState&, const LightElementAccess&);
 template int BuildPage(const SvgPageSource&, const DomElementAccess&, ORVPrtModel&);
 template int BuildPage(const SvgPageSource&, const LightElementAccess&, ORVPrtModel&);

@@ -2,6 +2,7 @@
 
 #include "plugin/interpreter/element_access.h"
 
+struct SvgDrawState;
 class ORVPrtModel;
 class ORVUnicodeString;
 
@@ -11,6 +12,10 @@ struct SvgPageSource {
     unsigned char yFlip = 1;
     unsigned char embeddedFragment = 0;
 };
+
+/// Reads the size of a page from "width", "height" and "viewBox" into its state and the page itself.
+template <SvgElementAccess Element>
+void SizePage(SvgDrawState& state, const Element& element);
 
 /// Builds one page of the model from an "svg" element: sizes it from "width", "height" and "viewBox", or by
 /// the box of its content when it has none of them, and walks the children. The element's position never

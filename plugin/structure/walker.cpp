@@ -1,5 +1,6 @@
 #include "plugin/structure/walker.h"
 
+#include <algorithm>
 #include <array>
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
@@ -81,6 +82,11 @@ constexpr bool HasUniqueNames() {
 static_assert(HasUniqueNames<DomElementAccess>());
 
 }  // namespace
+
+bool HasHandler(ElementName name) {
+    const auto& rows = kHandlers<LightElementAccess>;
+    return std::any_of(rows.begin(), rows.end(), [name](const auto& row) { return row.name == name; });
+}
 
 template <SvgElementAccess Element>
 int HandleChild(SvgDrawState& state, const Element& child, ORVPrtGraphicPrimitiveElt* container) {

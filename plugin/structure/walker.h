@@ -5,6 +5,9 @@
 struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 
+/// Whether elements of this name have a handler; all others are ignored, but for "desc" and "title".
+bool HasHandler(ElementName name);
+
 /// Offers one element to the handler of its name, which builds its primitives into the container. An
 /// unknown name is ignored.
 /// @return the handler's result; kDone for an unknown name, kUnusable for a null container

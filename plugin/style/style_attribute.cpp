@@ -4,27 +4,26 @@
 #include "plugin/style/property_table.h"
 #include "plugin/values/text_scan.h"
 
-namespace {
-
-void ApplyDeclaration(StyleStep& step, std::string_view declaration) {
-    const std::size_t colon = declaration.find(':');
-    if (colon == declaration.npos) return;
-    const PropertyRow* row = FindProperty(TrimBlanks(declaration.substr(0, colon)));
-    if (row && row->apply) row->apply(step, TrimBlanks(declaration.substr(colon + 1)));
+bool StyleScanner::Next(StyleDeclaration& declaration) {
+    // In front of the rest, a ";" makes one declaration of it, whose name matches nothing.
+    if (rest_.empty() || rest_.front() == ';') return false;
+    declaration = {CutUpTo(rest_, ';'), {}, {}};
+    const std::size_t colon = declaration.text.find(':');
+    if (colon != std::string_view::npos) {
+        declaration.name = TrimBlanks(declaration.text.substr(0, colon));
+        declaration.value = TrimBlanks(declaration.text.substr(colon + 1));
+    }
+    return true;
 }
-
-}  // namespace
 
 void ApplyStyleText(SvgDrawState& state, std::string_view text) {
     if (text.empty()) return;
 
     StyleStep step{state};
-    while (!text.empty()) {
-        const std::size_t end = text.find(';');
-        // In front of the rest, a ";" makes one declaration of it, whose name matches nothing.
-        if (end == 0) break;
-        ApplyDeclaration(step, text.substr(0, end));
-        text = end == text.npos ? std::string_view() : text.substr(end + 1);
+    StyleScanner scanner(text);
+    for (StyleDeclaration declaration; scanner.Next(declaration);) {
+        const PropertyRow* row = FindProperty(declaration.name);
+        if (row && row->apply) row->apply(step, declaration.value);
     }
     UpdateDrawStyle(state, step.mentions);
     MultiplyOpacity(state, step.strokeFactor, step.fillFactor);

@@ -1,0 +1,129 @@
+#include "apps/orvprint/check/findings.h"
+
+#include <numeric>
+
+
+namespace {
+
+using enum FindingCode;
+
+constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
+    {kUnknownElement, "unknown-element", "Elements of no known name are not printed, nor is what they hold"},
+    {kPrefixedElement, "prefixed-element", "Elements of SVG are read only when their names have no prefix"},
+    {kMisplacedElement, "misplaced-element", "Elements inside shapes, texts and pictures are not printed"},
+    {kNotOnAPage, "not-on-a-page", "What stands beside the pages of a drawing set is not printed"},
+    {kGradient, "gradient", "Gradients are not printed: a paint that refers to one keeps the colour it had"},
+    {kClipPath, "clip-path", "Clipping is not printed: everything shows whole"},
+    {kMask, "mask", "Masks are not printed: everything shows whole"},
+    {kFilter, "filter", "Filters are not printed: everything shows unfiltered"},
+    {kStyleSheet, "style-sheet", "Style sheets are not read: give properties as attributes or in style"},
+    {kScript, "script", "Scripts are not run"},
+    {kAnimation, "animation", "Animations are not run: everything prints as it stands"},
+    {kTextSpan, "text-span", "Spans of texts are not printed: give each its own text element"},
+    {kSwitch, "switch", "Alternatives are not chosen from: nothing of them is printed"},
+    {kForeignObject, "foreign-object", "Content of other formats is not printed"},
+    {kSvgFont, "svg-font", "Fonts defined in drawings are not read"},
+    {kUnprintedElement, "unprinted-element", "Elements of SVG that are not printed"},
+    {kHrefWithoutPrefix, "href-without-prefix", "References are read from xlink:href, not from href"},
+    {kPrefixedAttribute, "prefixed-attribute", "Attributes of XLink are read only with the prefix xlink"},
+    {kMissingReference, "missing-reference", "References to what the document does not have"},
+    {kUnreachableReference, "unreachable-reference",
+     "References to what is no definition, comes later, or stands in a group that has ended"},
+    {kBadReference, "bad-reference", "References that cannot be read, or do not lead to what they need"},
+    {kDuplicateId, "duplicate-id", "Identifiers that are given twice: references find the first"},
+    {kImageMissing, "image-missing", "Pictures whose file is not there"},
+    {kImageRefused, "image-refused", "Pictures that the drawing may not read: allow their folder with --allow-dir"},
+    {kImageRemote, "image-remote", "Pictures from the network are not loaded"},
+    {kImageFormat, "image-format", "Pictures of formats other than PNG, JPEG and BMP are not printed"},
+    {kImageBroken, "image-broken", "Pictures whose data cannot be read"},
+    {kImageStretched, "image-stretched", "Pictures are stretched to their width and height"},
+    {kUnknownAttribute, "unknown-attribute", "Attributes of no known name"},
+    {kAttributeWithoutEffect, "attribute-without-effect", "Attributes without effect where they stand"},
+    {kIgnoredProperty, "ignored-property", "Properties without effect"},
+    {kUnknownProperty, "unknown-property", "Properties of no known name"},
+    {kAttributeOnlyProperty, "attribute-only-property",
+     "Properties that are read as attributes only, not in style"},
+    {kLostDeclarations, "lost-declarations", "In style, all that follows a leading or doubled ; is lost"},
+    {kBrokenDeclaration, "broken-declaration", "In style, declarations need a name, a colon and a value"},
+    {kBadColour, "bad-colour", "Colours that cannot be read"},
+    {kBadLength, "bad-length", "Lengths and numbers that cannot be read, or not to their end"},
+    {kUnknownUnit, "unknown-unit", "Units that do not count: the number is taken as user units"},
+    {kBadValue, "bad-value", "Values that change nothing"},
+    {kBadTransform, "bad-transform", "Transforms that are not read as they are written"},
+    {kBadViewBox, "bad-view-box", "View boxes that are not read as they are written"},
+    {kBadPoints, "bad-points", "Point lists that are not read as they are written"},
+    {kBadPathData, "bad-path-data", "Path data that are not read as they are written"},
+    {kOpacityRange, "opacity-range", "Opacities are numbers from 0 to 1: others wrap around"},
+    {kViewBoxNotScaled, "view-box-not-scaled",
+     "A page's viewBox replaces its size and never scales: the page is as large as the box"},
+    {kPercentageOfNothing, "percentage-of-nothing", "Percentages of a size that is not known"},
+    {kPercentageInNestedSvg, "percentage-in-nested-svg",
+     "Percentages refer to the page, also inside a nested svg or symbol"},
+    {kSquareCorners, "square-corners", "Rectangles have square corners"},
+    {kAlwaysStroked, "always-stroked", "Lines and polylines are always stroked"},
+    {kPolylineNotFilled, "polyline-not-filled", "Polylines are never filled"},
+    {kPathNotFilled, "path-not-filled", "Paths of at most two points are stroked and never filled"},
+    {kHiddenButPrinted, "hidden-but-printed", "Hidden elements that are printed all the same"},
+    {kRepaintedDefinition, "repainted-definition",
+     "What is used is painted as the place that uses it, not with paint of its own"},
+    {kPatternWithoutImage, "pattern-without-image", "Patterns fill with the pictures they hold, nothing else"},
+    {kMarkerNotTurned, "marker-not-turned", "Markers are never turned"},
+    {kGroupOpacity, "group-opacity", "Groups are not blended as a whole: what overlaps shows through"},
+    {kFontSizePercentage, "font-size-percentage", "A font size of 200% is two hundred times as large"},
+    {kFontWeightReversed, "font-weight-reversed", "bolder is one step lighter, lighter one step bolder"},
+    {kLetterSpacingInStyle, "letter-spacing-in-style", "Letter spacing is read as an attribute only"},
+    {kTextPositions, "text-positions", "Of lists of positions, a text takes the first number"},
+    {kTextShiftUp, "text-shift-up", "A positive dy moves a text up"},
+    {kJoinedWords, "joined-words", "Line breaks and tabs of texts are deleted: words around them join"},
+    {kFontMissing, "font-missing", "Fonts that are not installed"},
+    {kFontFallback, "font-fallback", "Fonts that are not installed: a later one of the list is taken"},
+    {kMissingGlyph, "missing-glyph", "Characters that no installed font has"},
+}};
+
+constexpr bool StandInOrder() {
+    for (std::size_t i = 0; i < kKinds.size(); ++i)
+        if (static_cast<std::size_t>(kKinds[i].code) != i) return false;
+    return true;
+}
+static_assert(StandInOrder());
+
+}  // namespace
+
+std::span<const FindingKind> GetFindingKinds() { return kKinds; }
+
+const FindingKind& GetFindingKind(FindingCode code) { return kKinds[static_cast<std::size_t>(code)]; }
+
+const FindingKind* FindFindingKind(std::string_view name) {
+    for (const FindingKind& kind : kKinds)
+        if (kind.name == name) return &kind;
+    return nullptr;
+}
+
+Findings::Findings(const std::set<FindingCode>& ignored) {
+    for (const FindingCode code : ignored) ignored_[static_cast<std::size_t>(code)] = true;
+}
+
+bool Findings::Count(FindingCode code) {
+    const auto index = static_cast<std::size_t>(code);
+    if (ignored_[index]) return false;
+    return ++counts_[index] <= kKept;
+}
+
+std::uint64_t Findings::GetTotal() const {
+    return std::accumulate(counts_.begin(), counts_.end(), std::uint64_t{0});
+}
+
+std::string Excerpt(std::string_view text) {
+    constexpr std::size_t kLongest = 60;  // bytes
+    const bool isCut = text.size() > kLongest;
+    if (isCut) {
+        text = text.substr(0, kLongest);
+        while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U)
+            text.remove_suffix(1);  // not in the middle of a character
+        if (!text.empty() && static_cast<unsigned char>(text.back()) >= 0xC0U) text.remove_suffix(1);
+    }
+    std::string excerpt(text);
+    for (char& c : excerpt)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    return isCut ? excerpt + "..." : excerpt;
+}

@@ -1,0 +1,152 @@
+#include "apps/orvprint/check/resource_checks.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/model/ORVPrtBitmapImageElt.h"
+#include "platform/system/ORVRef.h"
+#include "platform/system/files.h"
+#include "platform/visualization/fonts/ORVFont.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/ORVTextLayout.h"
+#include "plugin/geometry/images.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/style/text_properties.h"
+#include "plugin/values/text_scan.h"
+
+namespace {
+
+using enum FindingCode;
+
+// The formats that people take for pictures, told by how their files begin.
+bool HasReadableFormat(const std::string& path) {
+    std::array<unsigned char, 4> start{};
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file) return false;
+    const std::size_t size = std::fread(start.data(), 1, start.size(), file);
+    std::fclose(file);
+    if (size < 2) return false;
+    const bool isPng = start[0] == 0x89 && start[1] == 'P', isJpeg = start[0] == 0xFF && start[1] == 0xD8;
+    return isPng || isJpeg || (start[0] == 'B' && start[1] == 'M');
+}
+
+bool IsRemote(std::string_view reference) {
+    return reference.starts_with("http:") || reference.starts_with("https:") || reference.starts_with("ftp:") ||
+           reference.starts_with("//");
+}
+
+// A file that is there, but that the document may not read.
+bool IsThere(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
+// Why a reference yielded no pixels.
+ValueProblem ExplainFailure(const SvgDrawState& state, std::string_view reference) {
+    if (reference.empty()) return {kImageMissing, "names no picture"};
+    if (HoldsImageData(reference)) return {kImageBroken, "the data are no sound picture of their format"};
+    if (reference.starts_with("data:"))
+        return {kImageFormat, "only data:image/png, jpeg, jpg and bmp with ;base64, are read"};
+    if (IsRemote(reference)) return {kImageRemote, "nothing is loaded from the network"};
+    ORVUnicodeString path;
+    if (FindImageFile(state, reference, path))
+        return HasReadableFormat(std::string(path.GetView()))
+                   ? ValueProblem{kImageBroken, "the file is damaged, or larger than pictures may be"}
+                   : ValueProblem{kImageFormat, "the file is no PNG, JPEG or BMP"};
+    if (reference.starts_with("file:"))
+        return {kImageMissing, "file: addresses are not read: give the path alone"};
+    constexpr std::size_t kLongestName = 4096;
+    if (reference.size() > kLongestName || reference.find('\0') != reference.npos)
+        return {kImageMissing, "is no name of a file"};
+    ORVUnicodeString folder, name;
+    ORVSplitPath(*state.currentPath, folder, name);
+    const ORVUnicodeString beside = ORVMakePath(folder, ORVUnicodeString(reference));
+    if (IsThere(std::string(reference)) || IsThere(std::string(beside.GetView())))
+        return {kImageRefused, "the file is there, but the drawing may not read it: see --allow-dir"};
+    return {kImageMissing, "there is no such file"};
+}
+
+std::string FamilyOf(const ORVFont* font) {
+    const ORVFontFace* face = font ? font->GetFace(kWeightNormal) : nullptr;
+    return face ? face->GetFamily() : "none";
+}
+
+bool IsFallbackOf(const ORVGlyphRun& run) {
+    for (const ORVGlyph& glyph : run.glyphs)
+        if (glyph.index == 0) return true;
+    return false;
+}
+
+// The character at the front of `text`, cut off it. Bytes that are no character count as U+FFFD.
+char32_t CutCharacter(std::string_view& text, std::string_view& bytes) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    char32_t code = lead < 0x80 ? lead : lead & (0xFFU >> (length + 1));
+    if (length == 0 || length > text.size() || !ORVIsWellFormedUTF8(text.substr(0, length))) {
+        length = 1;
+        code = 0xFFFD;
+    } else {
+        for (std::size_t i = 1; i < length; ++i)
+            code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    }
+    bytes = text.substr(0, length);
+    text.remove_prefix(length);
+    return code;
+}
+
+}  // namespace
+
+const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std::string_view reference) {
+    const auto [found, isNew] = pictures_.try_emplace(reference);
+    PictureFacts& facts = found->second;
+    if (!isNew) return facts;
+    const ORVRef<ORVPrtBitmapImageElt> bitmap(new ORVPrtBitmapImageElt);
+    LoadPixelImage(state, reference, *bitmap);
+    if (const ORVPixelImage* image = bitmap->GetPixelImage()) {
+        facts.width = image->GetWidth();
+        facts.height = image->GetHeight();
+    } else {
+        facts.problem = ExplainFailure(state, reference);
+    }
+    return facts;
+}
+
+MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySource source) {
+    std::string_view rest = families, first;
+    while (!rest.empty()) {
+        const std::string_view family = TrimBlanks(CutUpTo(rest, ','));
+        if (family.empty()) continue;
+        SvgDrawState state;
+        ApplyFontFamily(state, family, source);
+        if (const ORVFont* font = state.text.GetFont()) {
+            if (first.empty()) return std::nullopt;
+            return ValueProblem{kFontFallback, Excerpt(first) + " is not installed; " + FamilyOf(font) + " is taken"};
+        }
+        if (first.empty()) first = family;
+    }
+    if (first.empty()) return std::nullopt;
+    return ValueProblem{kFontMissing, Excerpt(first) + " is not installed, nor is any other of the list: the font " +
+                                          "stays as it was, " + FamilyOf(ORVFont::sGetFont("arial.ttf")) +
+                                          " where none was found before"};
+}
+
+MaybeProblem ResourceChecks::CheckGlyphs(std::string_view text, const SvgDrawState& state) {
+    constexpr std::size_t kCharacters = 0x110000;
+    if (knownCharacters_.empty()) knownCharacters_.resize(kCharacters);
+    MaybeProblem problem;
+    for (std::string_view bytes; !text.empty();) {
+        const char32_t character = CutCharacter(text, bytes);
+        if (character < 0x20 || character >= kCharacters || knownCharacters_[character]) continue;
+        knownCharacters_[character] = true;
+        const ORVTextLayout layout = ORVLayoutText(bytes, {.font = state.text.GetFont()});
+        for (const ORVGlyphRun& run : layout.runs) {
+            if (problem || !IsFallbackOf(run)) continue;
+            char code[16];
+            std::snprintf(code, sizeof code, "U+%04X", static_cast<unsigned int>(character));
+            problem = ValueProblem{kMissingGlyph, std::string("no installed font has ") + code};
+        }
+    }
+    return problem;
+}

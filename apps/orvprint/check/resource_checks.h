@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "apps/orvprint/check/value_checks.h"
+
+class ORVFont;
+struct SvgDrawState;
+enum class PropertySource;
+
+/// What a picture turned out to be.
+struct PictureFacts {
+    MaybeProblem problem;
+    int width = 0, height = 0;  ///< pixels; 0 when it cannot be read
+};
+
+/// Pictures and fonts that a drawing asks for, looked up as the interpreter does. Answers are kept.
+class ResourceChecks {
+public:
+    /// @param state      gives the document's path
+    /// @param reference  stays in place as long as this object
+    const PictureFacts& CheckPicture(const SvgDrawState& state, std::string_view reference);
+
+    /// A list of font families: whether the first one is found.
+    MaybeProblem CheckFamilies(std::string_view families, PropertySource source);
+
+    /// The first character of a text that no installed font has, and that no text before had.
+    MaybeProblem CheckGlyphs(std::string_view text, const SvgDrawState& state);
+
+private:
+    std::unordered_map<std::string_view, PictureFacts> pictures_;
+    std::vector<bool> knownCharacters_;  // by code point
+};
