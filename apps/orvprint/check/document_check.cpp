@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -31,6 +30,7 @@
 #include "plugin/style/property_table.h"
 #include "plugin/values/colour.h"
 #include "plugin/values/length.h"
+#include "plugin/values/point_list.h"
 
 namespace {
 
@@ -85,29 +85,52 @@ const ORVXmlNode* NextElement(const ORVXmlNode* node, std::vector<const ORVXmlNo
     return nullptr;
 }
 
-// The paint that the content of a definition has of its own, which a reference replaces.
+// The sets that something is drawn with; those that it does not use are the default ones.
+struct DrawnSets {
+    ORVPrtStrokeAttributes stroke;
+    ORVPrtFillAttributes fill;
+    ORVPrtTextAttributes text;
+    bool operator==(const DrawnSets&) const = default;
+};
+
+// Whether something was said of a property, and a reference replaces it by something else.
+template <class Attributes, class... Getters>
+bool AnyReplaced(const Attributes& own, const Attributes& by, Getters... getters) {
+    const Attributes unset;
+    return ((((own.*getters)() != (unset.*getters)()) && ((own.*getters)() != (by.*getters)())) || ...);
+}
+
+bool IsReplaced(const DrawnSets& own, const SvgDrawState& by) {
+    using Stroke = ORVPrtStrokeAttributes;
+    using Fill = ORVPrtFillAttributes;
+    using Text = ORVPrtTextAttributes;
+    return AnyReplaced(own.stroke, by.stroke, &Stroke::GetStrokeColourIndex,
+                       &Stroke::GetStrokeColourTransparency, &Stroke::GetStrokeType, &Stroke::GetStrokeWidth,
+                       &Stroke::GetStrokeCap, &Stroke::GetStrokeJoin) ||
+           AnyReplaced(own.fill, by.fill, &Fill::GetFillColourIndex, &Fill::GetFillColourTransparency,
+                       &Fill::GetFillRule, &Fill::GetFillStyle) ||
+           AnyReplaced(own.text, by.text, &Text::GetFont, &Text::GetWeight, &Text::GetHeight,
+                       &Text::GetAnchor, &Text::GetExtraSpacing, &Text::GetWritingMode);
+}
+
+// A definition: what a reference makes of it depends on the paint and fonts that its content has of its own.
 struct DefinitionFacts {
     ElementName element = ElementName::kUnknown;
     bool hasPicture = false;  // among its own children
-    struct Sets {
-        std::optional<ORVPrtStrokeAttributes> stroke;
-        std::optional<ORVPrtFillAttributes> fill;
-    } sets;
-    bool isMixed = false;  // its parts differ in paint
+    std::vector<DrawnSets> sets;
+    bool isManifold = false;  // more sets than are kept: a reference cannot have them all
 
-    void Add(const SvgDrawState& state, bool strokes, bool fills) {
-        if (strokes) {
-            isMixed |= sets.stroke && !(*sets.stroke == state.stroke);
-            sets.stroke = state.stroke;
-        }
-        if (fills) {
-            isMixed |= sets.fill && !(*sets.fill == state.fill);
-            sets.fill = state.fill;
-        }
+    void Add(DrawnSets one) {
+        constexpr std::size_t kMost = 8;
+        if (isManifold || std::find(sets.begin(), sets.end(), one) != sets.end()) return;
+        if (sets.size() < kMost)
+            sets.push_back(std::move(one));
+        else
+            isManifold = true;
     }
-    bool IsRepaintedBy(const SvgDrawState& state) const {
-        return isMixed || (sets.stroke && !(*sets.stroke == state.stroke)) ||
-               (sets.fill && !(*sets.fill == state.fill));
+    bool IsReplacedBy(const SvgDrawState& state) const {
+        return isManifold || std::any_of(sets.begin(), sets.end(),
+                                         [&](const DrawnSets& one) { return IsReplaced(one, state); });
     }
 };
 
@@ -477,20 +500,43 @@ private:
         const bool isLine = isOpenLine || (node.id == ElementName::kPath && path.vertices > 0 &&
                                            path.vertices <= 2 && Fills(state.drawStyle));
         const bool strokes = isLine || Strokes(state.drawStyle), fills = !isLine && Fills(state.drawStyle);
-        if (definition_) definition_->Add(state, strokes, fills);
+        if (definition_) {
+            DrawnSets sets;
+            if (strokes) sets.stroke = state.stroke;
+            if (fills) sets.fill = state.fill;
+            if (node.id == ElementName::kText) sets.text = state.text;
+            definition_->Add(std::move(sets));
+        }
 
         if (isHidden && (strokes || fills))
             return Note(kHiddenButPrinted, node, index, {}, {},
                         isLine ? "lines are stroked, hidden or not" : "paint of its own turns it on again");
         if (isOpenLine && !Strokes(state.drawStyle))
             Note(kAlwaysStroked, node, index, {}, {}, "has no stroke, and is stroked all the same");
-        if (node.id == ElementName::kPolyline && Fills(state.drawStyle))
+        if (node.id == ElementName::kPolyline && Fills(state.drawStyle) && HasInside(node, state))
             Note(kPolylineNotFilled, node, index, {}, {},
                  "its fill is not printed: say fill='none', or make it a polygon");
         if (node.id == ElementName::kPath && isLine && (path.hasCurves || !Strokes(state.drawStyle)))
             Note(kPathNotFilled, node, index, "d", node.Value(AttributeName::kD),
                  Strokes(state.drawStyle) ? "its fill is not printed: divide its curve"
                                           : "its fill is not printed, its outline is");
+    }
+
+    // Whether the points of a polyline do not all lie on one straight line.
+    bool HasInside(const ORVXmlNode& node, const SvgDrawState& state) {
+        ReadCoordinateNumbers(state, node.Value(AttributeName::kPoints), numbers_);
+        if (numbers_.size() < 6) return false;
+        double dx = 0.0, dy = 0.0;
+        for (std::size_t i = 2; i + 1 < numbers_.size(); i += 2) {
+            const double x = numbers_[i] - numbers_[0], y = numbers_[i + 1] - numbers_[1];
+            if (dx == 0.0 && dy == 0.0) {
+                dx = x;
+                dy = y;
+            } else if (std::abs(dx * y - dy * x) > 1e-9 * (std::abs(dx * x) + std::abs(dy * y))) {
+                return true;
+            }
+        }
+        return false;
     }
 
     void CheckMarkers(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
@@ -506,7 +552,7 @@ private:
                 continue;
             }
             const auto facts = facts_.find(found->primitive);
-            if (facts != facts_.end() && facts->second.IsRepaintedBy(state))
+            if (facts != facts_.end() && facts->second.IsReplacedBy(state))
                 Note(kRepaintedDefinition, node, index, "marker", *id,
                      "the marker takes the paint of the line it stands on");
         }
@@ -581,7 +627,6 @@ private:
     }
 
     void CheckUse(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
-        if (definition_) definition_->Add(state, false, false);
         const std::string_view reference = node.Value(AttributeName::kXlinkHref);
         if (reference.empty()) {
             if (!node.Find("href")) Note(kBadReference, node, index, {}, {}, "names nothing: give it xlink:href");
@@ -594,11 +639,10 @@ private:
         if (!found) return NoteNotFound(node, index, "xlink:href", reference, id);
         const auto facts = facts_.find(found->primitive);
         if (facts == facts_.end()) return;
-        if (definition_ && facts->second.sets.stroke) definition_->Add(state, true, false);
-        if (definition_ && facts->second.sets.fill) definition_->Add(state, false, true);
-        if (facts->second.IsRepaintedBy(state))
+        if (definition_) definition_->Add({state.stroke, state.fill, state.text});
+        if (facts->second.IsReplacedBy(state))
             Note(kRepaintedDefinition, node, index, "xlink:href", reference,
-                 "all of it takes the stroke and fill of this use");
+                 "all of it takes the stroke, fill and font of this use");
     }
 
     void NoteNotFound(const ORVXmlNode& node, std::size_t index, std::string_view attribute,
@@ -698,10 +742,8 @@ private:
                 Note(kSquareCorners, node, index, attribute.name, attribute.value, "its corners are not rounded");
             return;
         }
-        if (node.id == ElementName::kSvg) {  // where a page lies is nobody's business
-            double position = 0.0;
-            if (ORVConvertToDouble(attribute.value, position) == kRead && position == 0.0) return;
-        }
+        if (node.id == ElementName::kSvg) return;  // where a page lies on a screen
+        if (node.id == ElementName::kPattern && IsSizeOfTile(node, name)) return;
         if (IsInitialValue(attribute.name, attribute.value)) return;
         // Paint on what has none changes nothing, there or here.
         const bool isOnOpenLine = node.id == ElementName::kLine || node.id == ElementName::kPolyline;
@@ -713,6 +755,23 @@ private:
         }
         Note(kAttributeWithoutEffect, node, index, attribute.name, attribute.value,
              "has no effect on " + std::string(node.name));
+    }
+
+    // A pattern repeats as its picture is large: no harm where its size says the same.
+    bool IsSizeOfTile(const ORVXmlNode& pattern, AttributeName name) {
+        const bool isWidth = name == AttributeName::kWidth;
+        double size = 0.0;
+        if (ParseLength(SvgDrawState(), pattern.Value(name), size) != kRead) return false;
+        if (name == AttributeName::kX || name == AttributeName::kY) return size == 0.0;
+        if (!isWidth && name != AttributeName::kHeight) return false;
+        SvgDrawState state;
+        state.currentPath = &path_;
+        for (const ORVXmlNode* child = pattern.firstChild; child; child = child->nextSibling) {
+            if (child->id != ElementName::kImage || !child->Has(AttributeName::kXlinkHref)) continue;
+            const PictureFacts& facts = resources_.CheckPicture(state, child->Value(AttributeName::kXlinkHref));
+            if (std::abs(size - (isWidth ? facts.tileWidth : facts.tileHeight)) > 0.01 * size) return false;
+        }
+        return true;
     }
 
     // Properties that SVG passes down and that mean nothing on the shapes they are often written on.
@@ -908,6 +967,7 @@ private:
     std::unordered_map<std::string, Identified> identifiers_;  // of the page, in lower case
     std::unordered_set<std::string_view> allIdentifiers_;      // of the document
     bool hasAllIdentifiers_ = false;
+    std::vector<double> numbers_;  // of the points that are looked at
     DefinitionFacts* definition_ = nullptr;  // the definition that is being read
     std::unordered_map<const ORVPrtGraphicPrimitiveElt*, DefinitionFacts> facts_;
 };

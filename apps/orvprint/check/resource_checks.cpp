@@ -68,6 +68,12 @@ ValueProblem ExplainFailure(const SvgDrawState& state, std::string_view referenc
     return {kImageMissing, "there is no such file"};
 }
 
+// One pixel is one unit unless the picture states a resolution, in pixels a metre.
+double TileSize(int pixels, double resolution) {
+    constexpr double kUnitsPerMetre = 90.0 / 0.0254;
+    return resolution > 0.0 ? pixels / resolution * kUnitsPerMetre : pixels;
+}
+
 std::string FamilyOf(const ORVFont* font) {
     const ORVFontFace* face = font ? font->GetFace(kWeightNormal) : nullptr;
     return face ? face->GetFamily() : "none";
@@ -107,6 +113,8 @@ const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std:
     if (const ORVPixelImage* image = bitmap->GetPixelImage()) {
         facts.width = image->GetWidth();
         facts.height = image->GetHeight();
+        facts.tileWidth = TileSize(facts.width, image->GetHorizontalResolution());
+        facts.tileHeight = TileSize(facts.height, image->GetVerticalResolution());
     } else {
         facts.problem = ExplainFailure(state, reference);
     }
