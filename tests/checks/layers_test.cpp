@@ -26,14 +26,20 @@ const std::map<std::string, std::set<std::string>> kMayKnow{
     {"generators", {"platform/system", "platform/mathematics", "platform/visualization", "platform/print"}},
     {"apps",
      {"platform/system", "platform/mathematics", "platform/xml", "platform/visualization", "platform/model",
-      "platform/print", "generators"}},
+      "platform/print", "generators", "apps/orvprint/check"}},
+    // The one folder outside the module that knows the interpreter: the check of documents asks its tables and
+    // readers, so that what it says cannot drift from what is printed. It knows nothing else of the command.
+    {"apps/orvprint/check",
+     {"platform/system", "platform/mathematics", "platform/xml", "platform/visualization", "platform/model",
+      "platform/print", "plugin"}},
 };
 
 // The layer of a path such as "platform/xml/ORVXmlNode.h"; empty when it belongs to none.
 std::string LayerOf(const std::string& path) {
+    std::string innermost;
     for (const auto& [layer, known] : kMayKnow)
-        if (path.starts_with(layer + "/")) return layer;
-    return {};
+        if (path.starts_with(layer + "/") && layer.size() > innermost.size()) innermost = layer;
+    return innermost;
 }
 
 std::vector<std::string> IncludesOf(const fs::path& file) {
@@ -70,6 +76,24 @@ TEST(LayersTest, NobodyKnowsWhatStandsAbove) {
         }
     }
     EXPECT_GT(checked, 300U);
+}
+
+// The rest of the command meets the interpreter as a module only, also by way of the check's headers.
+TEST(LayersTest, TheCheckKeepsTheInterpreterToItself) {
+    std::set<std::string> reached;
+    std::vector<std::string> open;
+    for (const fs::path& source : Sources()) {
+        const std::string path = fs::relative(source, ORV_SOURCE_PATH).string();
+        if (LayerOf(path) == "apps") open.push_back(path);
+    }
+    while (!open.empty()) {
+        const std::string path = open.back();
+        open.pop_back();
+        if (!reached.insert(path).second) continue;
+        EXPECT_NE(LayerOf(path), "plugin") << path << " is included by the command";
+        for (const std::string& include : IncludesOf(fs::path(ORV_SOURCE_PATH) / path)) open.push_back(include);
+    }
+    EXPECT_TRUE(reached.contains("apps/orvprint/check/document_check.h"));
 }
 
 TEST(LayersTest, IncludesGoByPathFromTheRoot) {

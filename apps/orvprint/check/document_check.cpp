@@ -742,7 +742,8 @@ private:
                 Note(kSquareCorners, node, index, attribute.name, attribute.value, "its corners are not rounded");
             return;
         }
-        if (node.id == ElementName::kSvg) return;  // where a page lies on a screen
+        if (node.id == ElementName::kSvg && (name == AttributeName::kX || name == AttributeName::kY))
+            return;  // where a page lies on a screen
         if (node.id == ElementName::kPattern && IsSizeOfTile(node, name)) return;
         if (IsInitialValue(attribute.name, attribute.value)) return;
         // Paint on what has none changes nothing, there or here.

@@ -117,10 +117,9 @@ std::string Excerpt(std::string_view text) {
     constexpr std::size_t kLongest = 60;  // bytes
     const bool isCut = text.size() > kLongest;
     if (isCut) {
-        text = text.substr(0, kLongest);
-        while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U)
-            text.remove_suffix(1);  // not in the middle of a character
-        if (!text.empty() && static_cast<unsigned char>(text.back()) >= 0xC0U) text.remove_suffix(1);
+        std::size_t end = kLongest;  // not in the middle of a character
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+        text = text.substr(0, end);
     }
     std::string excerpt(text);
     for (char& c : excerpt)

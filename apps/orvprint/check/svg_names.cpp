@@ -135,7 +135,7 @@ AttributeRole FindAttributeRole(std::string_view name) {
     if (name.starts_with("xmlns:") || name.starts_with("xml:") || name.starts_with("data-") ||
         name.starts_with("aria-") || Contains(kSilentAttributes, name))
         return AttributeRole::kSilent;
-    if (name.starts_with("on")) return AttributeRole::kScript;
+    if (name.starts_with("on") && name.find(':') == name.npos) return AttributeRole::kScript;
     return Contains(kSvgAttributes, name) ? AttributeRole::kSvg : AttributeRole::kUnknown;
 }
 

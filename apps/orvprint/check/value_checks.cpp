@@ -45,10 +45,16 @@ const SvgDrawState& ProbePage() {
     return page;
 }
 
+bool IsWord(std::string_view text) {
+    for (const char c : text)
+        if (!((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'))) return false;
+    return !text.empty();
+}
+
 // Whether the interpreter takes `unit` for one.
 bool IsUnit(std::string_view unit) {
     constexpr std::size_t kLongest = 8;
-    if (unit.empty() || unit.size() > kLongest) return false;
+    if (unit.size() > kLongest || !(unit == "%" || IsWord(unit))) return false;
     double one = 0.0;
     if (ParseLength(ProbePage(), "1" + std::string(unit), one) != kRead || one == 1.0) return false;
     // "mmx" is read as millimetres, too; it is none.
@@ -58,12 +64,6 @@ bool IsUnit(std::string_view unit) {
         if (unit.size() > 1 && ParseLength(ProbePage(), shorter, other) == kRead && other == one) return false;
     }
     return true;
-}
-
-bool IsWord(std::string_view text) {
-    for (const char c : text)
-        if (!((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'))) return false;
-    return !text.empty();
 }
 
 // What stands behind the number that `value` begins with, white space trimmed.
@@ -125,7 +125,7 @@ std::string At(std::size_t position) { return "at character " + std::to_string(p
 // The arguments of one command.
 MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& count) {
     MaybeProblem problem;
-    const std::size_t start = scanner.GetPosition();
+    const std::size_t start = scanner.GetPosition() - 1;
     std::string_view argument;
     for (count = 0; scanner.NextArgument(argument); ++count) {
         if (problem) continue;

@@ -1,0 +1,259 @@
+#include "apps/orvprint/check/document_check.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+#include <string>
+
+#include "tests/apps/check/checked.h"
+#include "tests/support/sample_images.h"
+#include "tests/support/scratch_folder.h"
+
+namespace {
+
+using enum FindingCode;
+
+// A kind of finding: the least that has it, and the same as it should be.
+struct KindCase {
+    FindingCode code;
+    const char* wrong;
+    const char* right;
+};
+
+// With "<svg" first a whole document, else the content of a drawing.
+const KindCase kKindCases[] = {
+    {kUnknownElement, "<blink/>", "<g/>"},
+    {kPrefixedElement, "<s:rect xmlns:s='http://www.w3.org/2000/svg'/>", "<s:rect xmlns:s='urn:editor'/>"},
+    {kMisplacedElement, "<rect><circle/></rect>", "<g><circle/></g>"},
+    {kNotOnAPage, "<svg><svg width='1'/><svg width='1'/><rect/></svg>",
+     "<svg><svg width='1'/><svg width='1'><rect/></svg></svg>"},
+    {kGradient, "<defs><linearGradient id='g'/></defs><rect fill='url(#g)'/>",
+     "<defs><linearGradient id='g'/></defs><rect fill='red'/>"},
+    {kClipPath, "<rect clip-path='url(#c)'/>", "<rect clip-path='none'/>"},
+    {kMask, "<rect style='mask:url(#m)'/>", "<rect style='mask:none'/>"},
+    {kFilter, "<rect filter='url(#f)'/>", "<filter/><rect/>"},
+    {kStyleSheet, "<style>rect { fill: red }</style>", "<style> </style>"},
+    {kScript, "<script/>", "<rect onyx:click='' xmlns:onyx='urn:editor'/>"},
+    {kAnimation, "<rect><animate/></rect>", "<rect><title>animate</title></rect>"},
+    {kTextSpan, "<text>a<tspan>b</tspan></text>", "<text>ab</text>"},
+    {kSwitch, "<switch><rect/></switch>", "<g><rect/></g>"},
+    {kForeignObject, "<foreignObject/>", "<metadata/>"},
+    {kSvgFont, "<defs><font/></defs>", "<defs><g/></defs>"},
+    {kUnprintedElement, "<mesh/>", "<view/>"},
+    {kHrefWithoutPrefix, "<a href='x'/>", "<a xlink:href='x' href='x'/>"},
+    {kPrefixedAttribute, "<a xmlns:l='http://www.w3.org/1999/xlink' l:href='x'/>",
+     "<a xmlns:l='urn:editor' l:href='x'/>"},
+    {kMissingReference, "<use xlink:href='#d'/>", "<defs><g id='d'/></defs><use xlink:href='#D'/>"},
+    {kUnreachableReference, "<g id='d'/><use xlink:href='#d'/>",
+     "<symbol id='d'/><g><use xlink:href='#d'/></g>"},
+    {kBadReference, "<use xlink:href='other.svg#d'/>", "<a xlink:href='other.svg#d'/>"},
+    {kDuplicateId, "<rect id='a'/><rect id='A'/>", "<rect id='a'/><rect id='b'/>"},
+    {kImageMissing, "<image width='2' height='2' xlink:href='none.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageRefused, "<image width='2' height='2' xlink:href='../here.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageRemote, "<image width='2' height='2' xlink:href='https://example.org/a.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageFormat, "<image width='2' height='2' xlink:href='data:image/gif;base64,R0lG'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageBroken, "<image width='2' height='2' xlink:href='broken.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageStretched, "<image width='2' height='4' xlink:href='here.png'/>",
+     "<image width='4' height='4' xlink:href='here.png'/>"},
+    {kUnknownAttribute, "<rect colour='red'/>", "<rect class='red' data-x='1' e:y='2' xmlns:e='urn:editor'/>"},
+    {kAttributeWithoutEffect, "<text textLength='9'>a</text>", "<text x='9'>a</text>"},
+    {kIgnoredProperty, "<rect stroke-dashoffset='3'/>", "<rect stroke-dashoffset='0'/>"},
+    {kUnknownProperty, "<rect style='colour:red'/>", "<rect style='color:red;-editor-x:1'/>"},
+    {kAttributeOnlyProperty, "<rect style='display:none'/>", "<rect style='display:inline'/>"},
+    {kLostDeclarations, "<rect style='fill:red;;stroke:blue'/>", "<rect style='fill:red; stroke:blue;'/>"},
+    {kBrokenDeclaration, "<rect style='fill red'/>", "<rect style='fill: red; '/>"},
+    {kBadColour, "<rect fill='rgba(1,2,3,0.5)'/>", "<rect fill='rgb(1,2,3)' stroke='currentColor'/>"},
+    {kBadLength, "<rect width='wide'/>", "<rect width='12px'/>"},
+    {kUnknownUnit, "<rect width='2em'/>", "<rect width='2mm'/>"},
+    {kBadValue, "<rect fill-rule='odd'/>", "<rect fill-rule='evenodd'/>"},
+    {kBadTransform, "<g transform='translate(1-2)'/>", "<g transform='translate(1 -2) scale(2)'/>"},
+    {kBadViewBox, "<svg viewBox='0,0,9,9'/>", "<svg viewBox='0 0 9 9'/>"},
+    {kBadPoints, "<polygon points='1,2 3'/>", "<polygon points='1,2 3,4'/>"},
+    {kBadPathData, "<path d='M0 0 L1.5.5 2 3 3 4 9'/>", "<path d='M0 0 L1.5 .5 2-2z'/>"},
+    {kOpacityRange, "<rect fill-opacity='50%'/>", "<rect fill-opacity='0.5'/>"},
+    {kViewBoxNotScaled, "<svg width='210mm' height='297mm' viewBox='0 0 210 297'/>",
+     "<svg width='210mm' height='297mm' viewBox='0 0 744.09 1052.36'/>"},
+    {kPercentageOfNothing, "<svg width='100%' height='50'/>", "<svg width='100' height='50'/>"},
+    {kPercentageInNestedSvg, "<svg><rect width='50%'/></svg>", "<rect width='50%'/>"},
+    {kSquareCorners, "<rect rx='3'/>", "<rect rx='0'/>"},
+    {kAlwaysStroked, "<line x2='9'/>", "<line x2='9' stroke='black'/>"},
+    {kPolylineNotFilled, "<polyline points='1,1 9,9 1,9' stroke='red'/>",
+     "<polyline points='1,1 9,9 1,9' stroke='red' fill='none'/>"},
+    {kPathNotFilled, "<path d='M0 0 A5 5 0 0 1 9 9' stroke='red'/>",
+     "<path d='M0 0 A5 5 0 0 1 9 9 5 5 0 0 1 2 3' stroke='red' fill='none'/>"},
+    {kHiddenButPrinted, "<g display='none'><rect fill='red'/></g>", "<g display='none'><rect/></g>"},
+    {kRepaintedDefinition, "<symbol id='s'><rect fill='red'/></symbol><use xlink:href='#s'/>",
+     "<symbol id='s'><rect fill='red'/></symbol><use xlink:href='#s' fill='red'/>"},
+    {kPatternWithoutImage, "<pattern id='p'><rect/></pattern><rect fill='url(#p)'/>",
+     "<pattern id='p'><image xlink:href='here.png' width='2' height='2'/></pattern><rect fill='url(#p)'/>"},
+    {kMarkerNotTurned, "<marker id='m' orient='auto'/>", "<marker id='m' orient='0'/>"},
+    {kGroupOpacity, "<g opacity='0.5'/>", "<rect opacity='0.5'/>"},
+    {kFontSizePercentage, "<text font-size='50%'>a</text>", "<text font-size='6'>a</text>"},
+    {kFontWeightReversed, "<text style='font-weight:bolder'>a</text>", "<text style='font-weight:bold'>a</text>"},
+    {kLetterSpacingInStyle, "<text style='letter-spacing:2'>a</text>", "<text letter-spacing='2'>a</text>"},
+    {kTextPositions, "<text x='1 2 3'>abc</text>", "<text x='1'>abc</text>"},
+    {kTextShiftUp, "<text dy='2'>abc</text>", "<text dy='0'>abc</text>"},
+    {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n  two\n</text>"},
+    {kFontMissing, "<text font-family='No Such Family'>a</text>", "<g font-family='No Such Family'><rect/></g>"},
+    {kFontFallback, "<text font-family='No Such Family, serif'>a</text>", "<text font-family='serif'>a</text>"},
+    {kMissingGlyph, "<text>&#x10FFFD;</text>", "<text>A</text>"},
+};
+
+class KindTest : public testing::TestWithParam<KindCase> {
+protected:
+    Findings Check(const std::string& content) const {
+        std::filesystem::create_directories(folder_.Path() / "inner");
+        std::ofstream(folder_.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);
+        std::ofstream(folder_.Path() / "inner" / "here.png", std::ios::binary) << SamplePng(2, 2);
+        std::ofstream(folder_.Path() / "inner" / "broken.png", std::ios::binary) << SamplePng(2, 2).substr(0, 40);
+        const std::string document = content.starts_with("<svg") && GetParam().code != kPercentageInNestedSvg
+                                         ? content
+                                         : CheckedDrawing(content);
+        return CheckText(document, (folder_.Path() / "inner" / "drawing.svg").string());
+    }
+
+private:
+    ScratchFolder folder_;
+};
+
+TEST_P(KindTest, IsFoundWhereItIsAndNothingElse) {
+    EXPECT_EQ(KindsOf(Check(GetParam().wrong)), GetFindingKind(GetParam().code).name) << GetParam().wrong;
+}
+
+TEST_P(KindTest, IsNotFoundWhereItIsNot) {
+    EXPECT_EQ(KindsOf(Check(GetParam().right)), "") << GetParam().right;
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, KindTest, testing::ValuesIn(kKindCases), [](const auto& row) {
+    std::string name(GetFindingKind(row.param.code).name);
+    std::erase(name, '-');
+    return name;
+});
+
+TEST(DocumentCheckTest, EveryKindHasACase) {
+    std::set<FindingCode> codes;
+    for (const KindCase& row : kKindCases) codes.insert(row.code);
+    for (const FindingKind& kind : GetFindingKinds()) EXPECT_TRUE(codes.contains(kind.code)) << kind.name;
+}
+
+struct DocumentCase {
+    const char* name;
+    const char* content;
+    const char* kinds;
+};
+class DocumentCheckTest : public testing::TestWithParam<DocumentCase> {};
+
+TEST_P(DocumentCheckTest, Finds) {
+    EXPECT_EQ(KindsOf(CheckText(CheckedDrawing(GetParam().content))), GetParam().kinds) << GetParam().content;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, DocumentCheckTest,
+    testing::Values(
+        DocumentCase{"NothingInNothing", "", ""},
+        DocumentCase{"NothingInsideWhatIsNotPrinted", "<switch><blink/><rect foo='1'/></switch>", "switch"},
+        DocumentCase{"NothingInMetadata", "<metadata><rdf/><rect foo='1'/></metadata>", ""},
+        DocumentCase{"NothingInForeignElements", "<e:g xmlns:e='urn:e'><blink/></e:g>", ""},
+        DocumentCase{"NothingInAForeignDefaultNamespace", "<html xmlns='urn:html'><p/></html>", ""},
+        DocumentCase{"AGroupsDefinitionsEndWithIt",
+                     "<g><defs><rect id='d'/></defs></g><use xlink:href='#d'/>", "unreachable-reference"},
+        DocumentCase{"ADefinitionComesBeforeItsUse", "<use xlink:href='#d'/><defs><rect id='d'/></defs>",
+                     "unreachable-reference"},
+        DocumentCase{"OnlyDirectChildrenOfDefsAreFound",
+                     "<defs><g><rect id='d'/></g></defs><use xlink:href='#d'/>", "unreachable-reference"},
+        DocumentCase{"ADefinitionIsNotFoundFromInside",
+                     "<defs><g id='d'><use xlink:href='#d'/></g></defs>", "unreachable-reference"},
+        DocumentCase{"ALinkLeadsAnywhere", "<a xlink:href='#b'/><g id='b'/>", ""},
+        DocumentCase{"ALinkToNowhere", "<a xlink:href='#b'/>", "missing-reference"},
+        DocumentCase{"AMarkerThatIsMissing", "<g marker-end='url(#m)'/>", "missing-reference"},
+        DocumentCase{"NoMarkerIsNotMissing", "<g marker-end='none'/>", ""},
+        DocumentCase{"AMarkerThatComesLater",
+                     "<path d='M1 1L2 2 3 1' marker-end='url(#m)'/><marker id='m'/>", "unreachable-reference"},
+        DocumentCase{"AStrokePattern", "<pattern id='p'/><rect stroke='url(#p)'/>", "bad-reference"},
+        DocumentCase{"AFillWithAFallback", "<pattern id='p'/><rect fill='url(#p) red'/>", "bad-reference"},
+        DocumentCase{"AFillThatIsNoPattern", "<symbol id='p'/><rect fill='url(#p)'/>", "bad-reference"},
+        DocumentCase{"AMissingFill", "<rect fill='url(#p)'/>", "missing-reference"},
+        DocumentCase{"PaintOfItsOwnShowsAHiddenShape", "<rect display='none' fill='red'/>",
+                     "hidden-but-printed"},
+        DocumentCase{"ALineIsNeverHidden", "<line x2='9' stroke='red' visibility='hidden'/>",
+                     "hidden-but-printed"},
+        DocumentCase{"FontsOfDefinitionsAreReplaced",
+                     "<symbol id='s'><text font-size='30'>a</text></symbol><use xlink:href='#s'/>",
+                     "repainted-definition"},
+        DocumentCase{"WhatADefinitionDoesNotSayIsNotReplaced",
+                     "<symbol id='s'><rect/></symbol><use xlink:href='#s' fill='red'/>", ""},
+        DocumentCase{"WhatADefinitionUsesIsItsOwn",
+                     "<defs><rect id='r' fill='red'/><g id='g'><use xlink:href='#r' fill='red'/></g></defs>"
+                     "<use xlink:href='#g'/>",
+                     "repainted-definition"},
+        DocumentCase{"SpansInGroupsAreFoundOnce", "<text><tspan><tspan>a</tspan></tspan></text>", "text-span"},
+        DocumentCase{"TextPropertiesSayNothingOnShapes",
+                     "<rect style='font-style:italic' font-size='9' text-anchor='end'/>", ""},
+        DocumentCase{"ItalicsHaveNoEffect", "<text font-style='italic'>a</text>", "attribute-without-effect"},
+        DocumentCase{"TheAttributeOfATextWins",
+                     "<text font-family='serif' style='font-family:No Such Family'>a</text>", ""},
+        DocumentCase{"AStyleWinsElsewhere",
+                     "<g font-family='serif' style='font-family:No Such Family'><text>a</text></g>",
+                     "font-missing"},
+        DocumentCase{"AFamilyIsFoundOncePerPlace",
+                     "<g font-family='No Such Family'><text>a</text><text>b</text></g>", "font-missing"},
+        DocumentCase{"ACharacterIsFoundOnce", "<text>&#x10FFFD;</text><text>&#x10FFFD;</text>",
+                     "missing-glyph"},
+        DocumentCase{"ATransformOfANestedDrawing", "<svg transform='scale(2)'/>", "attribute-without-effect"},
+        DocumentCase{"ManyFindingsAreCounted", "<rect foo='1'/><rect foo='2'/><rect foo='3'/>",
+                     "unknown-attribute x3"},
+        DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
+        DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>", ""}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DocumentCheckTest, TellsWhereAndWhat) {
+    const Findings findings = CheckText("<svg width='9'\n     height='9'>\n  <g>\n    <rect x='1'\n      y='2em'/></g></svg>");
+    ASSERT_EQ(findings.GetKept().size(), 1U);
+    const Finding& finding = findings.GetKept().front();
+    EXPECT_EQ(finding.code, kUnknownUnit);
+    EXPECT_EQ(finding.line, 5U);
+    EXPECT_EQ(finding.column, 7U);
+    EXPECT_EQ(finding.element, "rect");
+    EXPECT_EQ(finding.attribute, "y");
+    EXPECT_EQ(finding.value, "2em");
+    EXPECT_EQ(finding.message, "'em' is no unit: this is read as 2");
+}
+
+// What is passed over counts as well, or all lines behind it would be wrong.
+TEST(DocumentCheckTest, CountsTheElementsItPassesOver) {
+    const Findings findings = CheckText(
+        "<svg width='9' height='9'>\n<metadata><a><b/></a><c/></metadata>\n<rect><title>t</title></rect>\n"
+        "<switch><g><g/></g></switch>\n<text><tspan><g/></tspan></text>\n<defs><g><rect/></g></defs>\n<blink/></svg>");
+    ASSERT_FALSE(findings.GetKept().empty());
+    EXPECT_EQ(findings.GetKept().back().element, "blink");
+    EXPECT_EQ(findings.GetKept().back().line, 7U);
+}
+
+TEST(DocumentCheckTest, LooksAtFragmentsOnly) {
+    const Findings findings = CheckText(
+        "<report><blink/><svg width='9' height='9'>\n<rect foo='1'/></svg><x><svg width='9' height='9'>\n"
+        "<rect id='a' bar='1'/></svg></x></report>",
+        {}, true);
+    EXPECT_EQ(KindsOf(findings), "unknown-attribute x2");
+    EXPECT_EQ(findings.GetKept().at(0).line, 2U);
+    EXPECT_EQ(findings.GetKept().at(1).line, 3U);
+}
+
+TEST(DocumentCheckTest, IdentifiersBelongToTheirPage) {
+    EXPECT_EQ(KindsOf(CheckText("<svg><svg width='1'><g id='a'/></svg><svg width='1'><g id='a'/></svg></svg>")), "");
+}
+
+TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
+    const Findings findings =
+        CheckText(CheckedDrawing("<e:view xmlns:e='urn:e'/><g xmlns:e='urn:e' e:label='x' e:mode='y'/>"));
+    EXPECT_EQ(KindsOf(findings), "");
+    EXPECT_EQ(findings.GetForeignCount(), 3U);
+}
+
+}  // namespace

@@ -1,0 +1,175 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class CheckTest : public ToolTest {
+protected:
+    CheckTest() {
+        WriteFile("good.svg", SmallDrawing("<rect width='9' height='9'/>"));
+        WriteFile("bad.svg", SmallDrawing("\n<rect width='2em'/>\n<rect width='3em' foo='1'/>"));
+    }
+};
+
+TEST_F(CheckTest, SaysNothingFound) {
+    const ToolRun run = Run({"check", "good.svg"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "good.svg: nothing found\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(CheckTest, ListsFindingsByKind) {
+    const ToolRun run = Run({"check", "bad.svg"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.output,
+              "bad.svg: 3 findings of 2 kinds\n"
+              "\n"
+              "unknown-attribute (1): Attributes of no known name\n"
+              "bad.svg:3:19: rect foo \"1\": is not known\n"
+              "\n"
+              "unknown-unit (2): Units that do not count: the number is taken as user units\n"
+              "bad.svg:2:7: rect width \"2em\": 'em' is no unit: this is read as 2\n"
+              "bad.svg:3:7: rect width \"3em\": 'em' is no unit: this is read as 3\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(CheckTest, ShowsTheFirstOfManyAndAllWhenAsked) {
+    std::string content;
+    for (int i = 0; i < 20; ++i) content += "<rect foo='n" + std::to_string(i) + "'/>";
+    WriteFile("many.svg", SmallDrawing(content + "<e:x xmlns:e='urn:e'/>"));
+    const std::string some = Run({"check", "many.svg"}).output;
+    EXPECT_THAT(some, HasSubstr("\"n4\""));
+    EXPECT_THAT(some, Not(HasSubstr("\"n5\"")));
+    EXPECT_THAT(some, HasSubstr("  and 15 more; --verbose lists them\n"));
+    EXPECT_THAT(some, Not(HasSubstr("vocabularies")));
+    const std::string all = Run({"check", "--verbose", "many.svg"}).output;
+    EXPECT_THAT(all, HasSubstr("\"n19\""));
+    EXPECT_THAT(all, HasSubstr("\n1 name of other vocabularies left alone\n"));
+}
+
+TEST_F(CheckTest, WritesJsonForPrograms) {
+    WriteFile("broken.svg", "<svg>\n<g></svg>");
+    const ToolRun run = Run({"check", "--json", "bad.svg", "good.svg", "broken.svg"});
+    EXPECT_EQ(run.exitCode, 4);
+    const nlohmann::json files = nlohmann::json::parse(run.output);
+    ASSERT_EQ(files.size(), 3U);
+    EXPECT_EQ(files[0]["file"], "bad.svg");
+    EXPECT_EQ(files[0]["total"], 3);
+    EXPECT_EQ(files[0]["counts"]["unknown-unit"], 2);
+    EXPECT_EQ(files[0]["foreign"], 0);
+    const nlohmann::json expected{{"code", "unknown-unit"}, {"line", 2},
+                                  {"column", 7},            {"element", "rect"},
+                                  {"attribute", "width"},   {"value", "2em"},
+                                  {"message", "'em' is no unit: this is read as 2"}};
+    EXPECT_EQ(files[0]["findings"][0], expected);
+    EXPECT_EQ(files[1]["findings"], nlohmann::json::array());
+    EXPECT_EQ(files[2]["error"]["exitCode"], 4);
+    EXPECT_EQ(files[2]["error"]["line"], 2);
+    EXPECT_FALSE(files[2].contains("findings"));
+}
+
+TEST_F(CheckTest, LeavesOutWhatIsIgnored) {
+    EXPECT_EQ(Run({"check", "--ignore", "unknown-unit", "--ignore", "unknown-attribute", "bad.svg"}).exitCode, 0);
+    EXPECT_EQ(Run({"check", "--ignore", "unknown-unit", "bad.svg"}).exitCode, 1);
+    const ToolRun wrong = Run({"check", "--ignore", "unknown-thing", "bad.svg"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_THAT(wrong.errors, HasSubstr("unknown-thing"));
+}
+
+TEST_F(CheckTest, ReadsStandardInput) {
+    const ToolRun run = Run({"check", "-"}, ReadFile("bad.svg"));
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.output, HasSubstr("standard input:2:7: rect width"));
+}
+
+TEST_F(CheckTest, ReadsDrawingsInDocuments) {
+    WriteFile("report.qvxml", "<r><blink/>" + ReadFile("bad.svg") + ReadFile("good.svg") + "</r>");
+    WriteFile("report.xml", ReadFile("report.qvxml"));
+    EXPECT_THAT(Run({"check", "report.qvxml"}).output, HasSubstr("3 findings of 2 kinds"));
+    EXPECT_THAT(Run({"check", "--qvxml", "report.xml"}).output, HasSubstr("3 findings of 2 kinds"));
+    EXPECT_EQ(Run({"check", "--fragment", "2", "report.xml"}).exitCode, 0);
+    EXPECT_EQ(Run({"check", "--fragment", "3", "report.xml"}).exitCode, 5);
+}
+
+TEST_F(CheckTest, GoesOnBehindAnInputThatCannotBeRead) {
+    const ToolRun run = Run({"check", "missing.svg", "bad.svg"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("missing.svg"));
+    EXPECT_THAT(run.output, HasSubstr("bad.svg: 3 findings"));
+}
+
+TEST_F(CheckTest, SaysWhereADocumentIsNotWellFormed) {
+    WriteFile("broken.svg", "<svg>\n<g></svg>");
+    const ToolRun run = Run({"check", "broken.svg"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.errors, Run({"broken.svg", "-o", "x.pdf"}).errors);
+    EXPECT_EQ(run.output, "");
+}
+
+TEST_F(CheckTest, PicturesAreReadWhereThePrintMayReadThem) {
+    WriteFile("elsewhere/picture.png", "no picture");
+    WriteFile("drawing/it.svg", SmallDrawing("<image width='2' height='2' xlink:href='../elsewhere/picture.png'/>"));
+    EXPECT_THAT(Run({"check", "drawing/it.svg"}).output, HasSubstr("image-refused (1)"));
+    EXPECT_THAT(Run({"check", "--allow-dir", "elsewhere", "drawing/it.svg"}).output, HasSubstr("image-format (1)"));
+}
+
+// What is shown as an example prints as it looks; fonts depend on the machine.
+TEST_F(CheckTest, ExamplesAreFreeOfFindings) {
+    for (const auto& entry : std::filesystem::directory_iterator(Example(""))) {
+        if (!entry.is_regular_file()) continue;
+        const ToolRun run = Run({"check", "--ignore", "font-fallback", "--ignore", "missing-glyph", entry.path()});
+        EXPECT_EQ(run.exitCode, 0) << run.output << run.errors;
+    }
+}
+
+TEST_F(CheckTest, StrictPrintsWhatIsGood) {
+    const ToolRun run = Run({"--strict", "good.svg", "-o", "good.pdf"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_TRUE(Exists("good.pdf"));
+}
+
+TEST_F(CheckTest, StrictPrintsNothingElse) {
+    const ToolRun run = Run({"--strict", "good.svg", "bad.svg", "-o", "all.pdf"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_FALSE(Exists("all.pdf"));
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, HasSubstr("bad.svg: 3 findings of 2 kinds"));
+    EXPECT_THAT(run.errors, HasSubstr("bad.svg:2:7: rect width \"2em\""));
+    EXPECT_EQ(Run({"good.svg", "bad.svg", "-o", "all.pdf"}).exitCode, 0);
+}
+
+TEST_F(CheckTest, StrictReadsStandardInputTwice) {
+    const ToolRun file = Run({"--strict", "-", "-o", "file.pdf"}, ReadFile("good.svg"));
+    EXPECT_EQ(file.exitCode, 0) << file.errors;
+    EXPECT_TRUE(Exists("file.pdf"));
+    // A pipe cannot be wound back.
+    const ToolRun pipe =
+        RunProgram({"sh", "-c", "cat good.svg | " ORV_TOOL_PATH " --strict - -o pipe.pdf"});
+    EXPECT_EQ(pipe.exitCode, 0) << pipe.errors;
+    EXPECT_TRUE(Exists("pipe.pdf"));
+}
+
+// The time must grow with the document, the memory not with the findings.
+TEST_F(CheckTest, AnswersHostileDocuments) {
+    std::string many;
+    for (int i = 0; i < 200000; ++i) many += "<blink/>";
+    WriteFile("many.svg", SmallDrawing(many));
+    const ToolRun run = Run({"check", "--json", "many.svg"});
+    EXPECT_EQ(run.exitCode, 1);
+    const nlohmann::json files = nlohmann::json::parse(run.output);
+    EXPECT_EQ(files[0]["total"], 200000);
+    EXPECT_EQ(files[0]["findings"].size(), 1000U);
+
+    WriteFile("long.svg", SmallDrawing("<path d='M0 0" + std::string(300000, 'L') + "'/><g transform='" +
+                                       std::string(300000, '(') + "' style='" + std::string(300000, ':') +
+                                       "' fill='" + std::string(300000, '#') + "'/>"));
+    EXPECT_EQ(Run({"check", "long.svg"}).exitCode, 1);
+}
+
+}  // namespace
