@@ -75,8 +75,8 @@ std::string Summary(const Findings& findings) {
 }
 
 void WriteLine(std::FILE* file, const std::string& name, const Finding& finding) {
-    std::string line = name + ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) + ": " +
-                       finding.element;
+    std::string line = name + ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) +
+                       ": " + finding.element;
     if (!finding.attribute.empty()) line += " " + finding.attribute;
     if (!finding.value.empty()) line += " \"" + finding.value + "\"";
     line += ": " + finding.message + "\n";
@@ -150,7 +150,8 @@ void WriteFinding(JsonWriter& json, const Finding& finding) {
     json.EndObject();
 }
 
-void WriteJson(JsonWriter& json, const std::string& path, const CheckedInput& input, const Findings& findings) {
+void WriteJson(JsonWriter& json, const std::string& path, const CheckedInput& input,
+               const Findings& findings) {
     json.BeginObject();
     json.Key("file");
     json.Text(path);

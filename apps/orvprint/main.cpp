@@ -28,7 +28,8 @@ constexpr const char* kDescription =
     "  orvprint drawing.svg -o drawing.png --dpi 300\n";
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable, 4 not well-formed XML, 5 no page,\n"
+    "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable, 4 not "
+    "well-formed XML, 5 no page,\n"
     "6 no such page, 7 unknown format, 8 output not writable, 9 printing failed or limit reached,\n"
     "10 interpreter module missing.\n";
 
@@ -89,7 +90,8 @@ int Run(int argc, char** argv) {
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->option_text("N [90]");
-    app.add_flag("--strict", print.strict, "Print nothing when the check finds something; see orvprint check");
+    app.add_flag("--strict", print.strict,
+                 "Print nothing when the check finds something; see orvprint check");
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
 
@@ -147,7 +149,8 @@ int Run(int argc, char** argv) {
     if (checking->parsed()) {
         std::string wrong;
         if (!ParseKinds(ignoredKinds, check.ignored, wrong))
-            return Report(kExitUsage, "--ignore " + wrong, "is no kind of findings; docs/check.md lists them");
+            return Report(kExitUsage, "--ignore " + wrong,
+                          "is no kind of findings; docs/check.md lists them");
         return RunCheck(check);
     }
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");

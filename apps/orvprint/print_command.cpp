@@ -164,7 +164,8 @@ int RunPrint(const PrintOptions& options) {
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;
     if (options.strict)
-        if (const int code = CheckBeforePrinting(options.inputs, options.read); code != kExitDone) return code;
+        if (const int code = CheckBeforePrinting(options.inputs, options.read); code != kExitDone)
+            return code;
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;
     for (const std::string& input : options.inputs)

@@ -35,7 +35,8 @@ constexpr std::uint64_t kBox = Set({kX, kY, kWidth, kHeight});
 std::uint64_t GetEffectiveAttributes(ElementName element, SvgPlace place) {
     constexpr std::uint64_t kPageAttributes = kContainer | Set({kHeight, kViewBox, kWidth});
     switch (element) {
-        case ElementName::kA: return kContainer | Set({kPatternTransform, kTransform, kXlinkHref, kXlinkShow});
+        case ElementName::kA:
+            return kContainer | Set({kPatternTransform, kTransform, kXlinkHref, kXlinkShow});
         case ElementName::kCircle: return kShape | Set({kCx, kCy, kR});
         case ElementName::kDefs: return kDefinition & ~Set({kId});
         case ElementName::kEllipse: return kShape | Set({kCx, kCy, kRx, kRy});
@@ -48,8 +49,7 @@ std::uint64_t GetEffectiveAttributes(ElementName element, SvgPlace place) {
         case ElementName::kPolygon: return kShape | kMarkers | Set({kPoints});
         case ElementName::kPolyline: return kOpenLine | Set({kPoints});
         case ElementName::kRect: return kShape | kBox;
-        case ElementName::kSvg:
-            return place == SvgPlace::kPage ? kPageAttributes : kPageAttributes | kBox;
+        case ElementName::kSvg: return place == SvgPlace::kPage ? kPageAttributes : kPageAttributes | kBox;
         case ElementName::kSymbol: return kDefinition | Set({kViewBox});
         case ElementName::kText: return kShape | kTexts | Set({kDx, kDy, kViewBox, kX, kY});
         case ElementName::kUse:

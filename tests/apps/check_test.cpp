@@ -63,9 +63,12 @@ TEST_F(CheckTest, WritesJsonForPrograms) {
     EXPECT_EQ(files[0]["total"], 3);
     EXPECT_EQ(files[0]["counts"]["unknown-unit"], 2);
     EXPECT_EQ(files[0]["foreign"], 0);
-    const nlohmann::json expected{{"code", "unknown-unit"}, {"line", 2},
-                                  {"column", 7},            {"element", "rect"},
-                                  {"attribute", "width"},   {"value", "2em"},
+    const nlohmann::json expected{{"code", "unknown-unit"},
+                                  {"line", 2},
+                                  {"column", 7},
+                                  {"element", "rect"},
+                                  {"attribute", "width"},
+                                  {"value", "2em"},
                                   {"message", "'em' is no unit: this is read as 2"}};
     EXPECT_EQ(files[0]["findings"][0], expected);
     EXPECT_EQ(files[1]["findings"], nlohmann::json::array());
@@ -75,7 +78,8 @@ TEST_F(CheckTest, WritesJsonForPrograms) {
 }
 
 TEST_F(CheckTest, LeavesOutWhatIsIgnored) {
-    EXPECT_EQ(Run({"check", "--ignore", "unknown-unit", "--ignore", "unknown-attribute", "bad.svg"}).exitCode, 0);
+    EXPECT_EQ(Run({"check", "--ignore", "unknown-unit", "--ignore", "unknown-attribute", "bad.svg"}).exitCode,
+              0);
     EXPECT_EQ(Run({"check", "--ignore", "unknown-unit", "bad.svg"}).exitCode, 1);
     const ToolRun wrong = Run({"check", "--ignore", "unknown-thing", "bad.svg"});
     EXPECT_EQ(wrong.exitCode, 2);
@@ -114,16 +118,19 @@ TEST_F(CheckTest, SaysWhereADocumentIsNotWellFormed) {
 
 TEST_F(CheckTest, PicturesAreReadWhereThePrintMayReadThem) {
     WriteFile("elsewhere/picture.png", "no picture");
-    WriteFile("drawing/it.svg", SmallDrawing("<image width='2' height='2' xlink:href='../elsewhere/picture.png'/>"));
+    WriteFile("drawing/it.svg",
+              SmallDrawing("<image width='2' height='2' xlink:href='../elsewhere/picture.png'/>"));
     EXPECT_THAT(Run({"check", "drawing/it.svg"}).output, HasSubstr("image-refused (1)"));
-    EXPECT_THAT(Run({"check", "--allow-dir", "elsewhere", "drawing/it.svg"}).output, HasSubstr("image-format (1)"));
+    EXPECT_THAT(Run({"check", "--allow-dir", "elsewhere", "drawing/it.svg"}).output,
+                HasSubstr("image-format (1)"));
 }
 
 // What is shown as an example prints as it looks; fonts depend on the machine.
 TEST_F(CheckTest, ExamplesAreFreeOfFindings) {
     for (const auto& entry : std::filesystem::directory_iterator(Example(""))) {
         if (!entry.is_regular_file()) continue;
-        const ToolRun run = Run({"check", "--ignore", "font-fallback", "--ignore", "missing-glyph", entry.path()});
+        const ToolRun run =
+            Run({"check", "--ignore", "font-fallback", "--ignore", "missing-glyph", entry.path()});
         EXPECT_EQ(run.exitCode, 0) << run.output << run.errors;
     }
 }
@@ -149,8 +156,7 @@ TEST_F(CheckTest, StrictReadsStandardInputTwice) {
     EXPECT_EQ(file.exitCode, 0) << file.errors;
     EXPECT_TRUE(Exists("file.pdf"));
     // A pipe cannot be wound back.
-    const ToolRun pipe =
-        RunProgram({"sh", "-c", "cat good.svg | " ORV_TOOL_PATH " --strict - -o pipe.pdf"});
+    const ToolRun pipe = RunProgram({"sh", "-c", "cat good.svg | " ORV_TOOL_PATH " --strict - -o pipe.pdf"});
     EXPECT_EQ(pipe.exitCode, 0) << pipe.errors;
     EXPECT_TRUE(Exists("pipe.pdf"));
 }

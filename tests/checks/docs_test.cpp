@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "apps/orvprint/check/findings.h"
 #include "platform/xml/vocabulary.h"
 #include "plugin/style/property_table.h"
 
@@ -38,6 +39,12 @@ TEST(DocsTest, EveryElementIsListed) {
     for (auto element = ElementName::kA; element <= ElementName::kUse;
          element = static_cast<ElementName>(static_cast<unsigned>(element) + 1))
         EXPECT_TRUE(Lists(guide, GetNameText(element))) << GetNameText(element);
+}
+
+TEST(DocsTest, EveryKindOfFindingIsListed) {
+    const std::string guide = ReadSource("docs/check.md");
+    for (const FindingKind& kind : GetFindingKinds())
+        EXPECT_NE(guide.find("| `" + std::string(kind.name) + "` | "), std::string::npos) << kind.name;
 }
 
 }  // namespace

@@ -27,8 +27,9 @@ const std::map<std::string, std::set<std::string>> kMayKnow{
     {"apps",
      {"platform/system", "platform/mathematics", "platform/xml", "platform/visualization", "platform/model",
       "platform/print", "generators", "apps/orvprint/check"}},
-    // The one folder outside the module that knows the interpreter: the check of documents asks its tables and
-    // readers, so that what it says cannot drift from what is printed. It knows nothing else of the command.
+    // The one folder outside the module that knows the interpreter: the check of documents asks its tables
+    // and readers, so that what it says cannot drift from what is printed. It knows nothing else of the
+    // command.
     {"apps/orvprint/check",
      {"platform/system", "platform/mathematics", "platform/xml", "platform/visualization", "platform/model",
       "platform/print", "plugin"}},
@@ -91,7 +92,8 @@ TEST(LayersTest, TheCheckKeepsTheInterpreterToItself) {
         open.pop_back();
         if (!reached.insert(path).second) continue;
         EXPECT_NE(LayerOf(path), "plugin") << path << " is included by the command";
-        for (const std::string& include : IncludesOf(fs::path(ORV_SOURCE_PATH) / path)) open.push_back(include);
+        for (const std::string& include : IncludesOf(fs::path(ORV_SOURCE_PATH) / path))
+            open.push_back(include);
     }
     EXPECT_TRUE(reached.contains("apps/orvprint/check/document_check.h"));
 }

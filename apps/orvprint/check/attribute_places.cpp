@@ -1,5 +1,7 @@
 #include "apps/orvprint/check/attribute_places.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
@@ -24,6 +26,9 @@ ORVXmlPlace Advance(std::string_view document, ORVXmlPlace from, std::size_t to)
 ORVXmlPlace FindAttributePlace(std::string_view document, const ORVXmlPlace& element,
                                std::string_view attribute) {
     std::size_t at = element.offset;
+    // Longer start tags are not searched, or many findings in one would take their time.
+    constexpr std::size_t kLongestTag = std::size_t{64} << 10U;
+    document = document.substr(0, std::min(document.size(), at + kLongestTag));
     if (at >= document.size() || document[at] != '<' || attribute.empty()) return element;
     at = document.find_first_of(" \t\r\n>/", at);
     while (at < document.size()) {

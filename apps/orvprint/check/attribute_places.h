@@ -9,6 +9,7 @@
 /// @param element    place of the start tag
 /// @param attribute  its name as written
 /// @return the place of the attribute's name; that of the element where the document's bytes do not tell,
-///         as for attributes from entities or in encodings that are no superset of ASCII
+///         as for attributes from entities, far down a long tag, or in encodings that are no superset of
+///         ASCII
 ORVXmlPlace FindAttributePlace(std::string_view document, const ORVXmlPlace& element,
                                std::string_view attribute);

@@ -197,7 +197,7 @@ private:
 
     void CheckPage(const ORVXmlNode& svg, bool isEmbedded) {
         CollectIdentifiers(svg);
-        facts_.clear();
+        facts_ = decltype(facts_)();
 
         const ORVRef<ORVPrtModel> model(new ORVPrtModel);
         const ORVRef<ORVPrtImageElt> page(new ORVPrtImageElt);
@@ -272,7 +272,8 @@ private:
     };
 
     void CollectIdentifiers(const ORVXmlNode& top) {
-        identifiers_.clear();
+        // A new table: emptying takes time by the size that an earlier page has blown it up to.
+        identifiers_ = decltype(identifiers_)();
         std::vector<const ORVXmlNode*> ancestors;
         std::size_t index = next_;
         for (const ORVXmlNode* node = &top; node; node = NextElement(node, ancestors), ++index) {
@@ -443,7 +444,8 @@ private:
             if (IsDescription(child->id)) {
                 Skip(*child);
             } else if (HasHandler(child->id)) {
-                Note(kMisplacedElement, *child, next_, {}, {}, "is not printed inside " + std::string(node.name));
+                Note(kMisplacedElement, *child, next_, {}, {},
+                     "is not printed inside " + std::string(node.name));
                 Skip(*child);
             } else {
                 CheckUnprinted(*child, true);
@@ -548,7 +550,8 @@ private:
                 // What the attributes name and the document does not have was found there.
                 if (FindIdentified(*id))
                     Note(kUnreachableReference, node, index, "marker", *id,
-                         "is no definition here: only what stood in defs before, in a group still open, is found");
+                         "is no definition here: only what stood in defs before, in a group still open, is "
+                         "found");
                 continue;
             }
             const auto facts = facts_.find(found->primitive);
@@ -581,8 +584,9 @@ private:
     void CheckFamily() {
         if (!family_.node || !checkedFamilies_.insert(family_.node).second) return;
         if (const MaybeProblem problem = resources_.CheckFamilies(family_.families, family_.source))
-            Note(*family_.node, family_.index, family_.source == PropertySource::kStyle ? "style" : "font-family",
-                 family_.families, *problem);
+            Note(*family_.node, family_.index,
+                 family_.source == PropertySource::kStyle ? "style" : "font-family", family_.families,
+                 *problem);
     }
 
     void NoteFamily(const ORVXmlNode& node, std::size_t index) {
@@ -629,11 +633,13 @@ private:
     void CheckUse(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
         const std::string_view reference = node.Value(AttributeName::kXlinkHref);
         if (reference.empty()) {
-            if (!node.Find("href")) Note(kBadReference, node, index, {}, {}, "names nothing: give it xlink:href");
+            if (!node.Find("href"))
+                Note(kBadReference, node, index, {}, {}, "names nothing: give it xlink:href");
             return;
         }
         if (!reference.starts_with('#'))
-            return Note(kBadReference, node, index, "xlink:href", reference, "only #id of the same document is read");
+            return Note(kBadReference, node, index, "xlink:href", reference,
+                        "only #id of the same document is read");
         const std::string_view id = reference.substr(1);
         const SvgDefinitions::Definition* found = state.definitions->Find(id);
         if (!found) return NoteNotFound(node, index, "xlink:href", reference, id);
@@ -720,18 +726,42 @@ private:
             default: return CheckPresentation(node, index, attribute.name, value, state, false);
         }
         if (problem) Note(node, index, attribute.name, value, *problem);
-        CheckPercentage(node, index, attribute);
+        CheckPercentage(node, index, name, attribute, state);
     }
 
     void CheckShiftUp(const ORVXmlNode& node, std::size_t index, std::string_view value) {
         double shift = 0.0;
         if (ORVConvertToDouble(value, shift) == kRead && shift != 0.0)
-            Note(kTextShiftUp, node, index, "dy", value, shift > 0.0 ? "moves the text up" : "moves the text down");
+            Note(kTextShiftUp, node, index, "dy", value,
+                 shift > 0.0 ? "moves the text up" : "moves the text down");
     }
 
-    void CheckPercentage(const ORVXmlNode& node, std::size_t index, const ORVXmlAttribute& attribute) {
-        if (nested_ == 0 || attribute.value.find('%') == std::string_view::npos) return;
-        Note(kPercentageInNestedSvg, node, index, attribute.name, attribute.value, "is a part of the page");
+    void CheckPercentage(const ORVXmlNode& node, std::size_t index, AttributeName name,
+                         const ORVXmlAttribute& attribute, const SvgDrawState& state) {
+        if (attribute.value.find('%') == std::string_view::npos) return;
+        // Inside a larger document a page's height is taken off as soon as it is known.
+        const bool isOnPage = state.pageWidth > 0.0 || state.pageHeight > 0.0;
+        if (state.embeddedFragment == 1 && isOnPage && IsVertical(name))
+            return Note(kPercentageOfNothing, node, index, attribute.name, attribute.value,
+                        "in a drawing inside a document, the height has no percentages");
+        if (nested_ > 0)
+            Note(kPercentageInNestedSvg, node, index, attribute.name, attribute.value,
+                 "is a part of the page");
+    }
+
+    static bool IsVertical(AttributeName name) {
+        switch (name) {
+            case AttributeName::kY:
+            case AttributeName::kDy:
+            case AttributeName::kHeight:
+            case AttributeName::kCy:
+            case AttributeName::kRy:
+            case AttributeName::kY1:
+            case AttributeName::kY2:
+            case AttributeName::kRefY:
+            case AttributeName::kMarkerHeight: return true;
+            default: return false;
+        }
     }
 
     void CheckWithoutEffect(const ORVXmlNode& node, std::size_t index, AttributeName name,
@@ -739,7 +769,8 @@ private:
         if (node.id == ElementName::kRect && (name == AttributeName::kRx || name == AttributeName::kRy)) {
             double radius = 0.0;
             if (ORVConvertToDouble(attribute.value, radius) == kRead && radius != 0.0)
-                Note(kSquareCorners, node, index, attribute.name, attribute.value, "its corners are not rounded");
+                Note(kSquareCorners, node, index, attribute.name, attribute.value,
+                     "its corners are not rounded");
             return;
         }
         if (node.id == ElementName::kSvg && (name == AttributeName::kX || name == AttributeName::kY))
@@ -769,7 +800,8 @@ private:
         state.currentPath = &path_;
         for (const ORVXmlNode* child = pattern.firstChild; child; child = child->nextSibling) {
             if (child->id != ElementName::kImage || !child->Has(AttributeName::kXlinkHref)) continue;
-            const PictureFacts& facts = resources_.CheckPicture(state, child->Value(AttributeName::kXlinkHref));
+            const PictureFacts& facts =
+                resources_.CheckPicture(state, child->Value(AttributeName::kXlinkHref));
             if (std::abs(size - (isWidth ? facts.tileWidth : facts.tileHeight)) > 0.01 * size) return false;
         }
         return true;
@@ -835,7 +867,8 @@ private:
         ApplyMarkerReference(state, MarkerPlace::kStart, attribute.value);
         const std::string_view id = state.markers.Get().start;
         if (id.empty() || id == "none" || FindIdentified(id)) return;
-        Note(kMissingReference, node, index, attribute.name, attribute.value, "the document has no such element");
+        Note(kMissingReference, node, index, attribute.name, attribute.value,
+             "the document has no such element");
     }
 
     // ---- properties ------------------------------------------------------------------------------------
@@ -848,7 +881,8 @@ private:
                 if (declaration.text.find_first_not_of(' ') != std::string_view::npos)
                     Note(kBrokenDeclaration, node, index, "style", declaration.text, "is not read");
             } else if (const PropertyRow* row = FindProperty(declaration.name); !row) {
-                if (!IsSilentProperty(declaration.name))
+                if (!IsSilentProperty(declaration.name) &&
+                    !IsInitialValue(declaration.name, declaration.value))
                     Note(kUnknownProperty, node, index, "style", declaration.text, "is not known");
             } else if (!row->apply) {
                 CheckPropertyWithoutEffect(node, index, "style", row->name, declaration.value);
@@ -865,8 +899,10 @@ private:
                                     std::string_view property, std::string_view value) {
         if (IsInitialValue(property, value) || IsSilentProperty(property)) return;
         const bool isInStyle = attribute == "style";
-        const std::string said = isInStyle ? std::string(property) + ":" + Excerpt(value) : std::string(value);
-        if (isInStyle && (property == "display" || property == "visibility" || property.starts_with("marker")))
+        const std::string said =
+            isInStyle ? std::string(property) + ":" + Excerpt(value) : std::string(value);
+        if (isInStyle &&
+            (property == "display" || property == "visibility" || property.starts_with("marker")))
             return Note(kAttributeOnlyProperty, node, index, attribute, said,
                         "has no effect in style: write it as an attribute");
         // On shapes, what is about texts says nothing anyway.
@@ -888,12 +924,14 @@ private:
             problem = CheckPaint(node, row->name == "fill", value, state);
         else if (row->name != "font-family")  // with the texts that are set in it
             problem = values_.CheckProperty(*row, value, isInStyle);
-        const std::string said = isInStyle ? std::string(row->name) + ":" + Excerpt(value) : std::string(value);
+        const std::string said =
+            isInStyle ? std::string(row->name) + ":" + Excerpt(value) : std::string(value);
         if (problem) return Note(node, index, attribute, said, *problem);
         if (row->name == "opacity" && (IsContainer(node.id) || node.id == ElementName::kUse)) {
             double opacity = 1.0;
             if (ORVConvertToDouble(value, opacity) == kRead && opacity < 1.0)
-                Note(kGroupOpacity, node, index, attribute, said, "each part of the group is blended by itself");
+                Note(kGroupOpacity, node, index, attribute, said,
+                     "each part of the group is blended by itself");
         }
     }
 
@@ -911,8 +949,9 @@ private:
         const ORVXmlNode* target = FindIdentified(std::string_view(id));
         if (!target && close + 1 < value.size())
             return FindIdentified(value.substr(kPrefix.size(), close - kPrefix.size()))
-                       ? ValueProblem{kBadReference, "what follows url(#id) makes it unreadable: the colour "
-                                                     "stays as it was"}
+                       ? ValueProblem{kBadReference,
+                                      "what follows url(#id) makes it unreadable: the colour "
+                                      "stays as it was"}
                        : ValueProblem{kMissingReference, "the document has no such element"};
         if (!target) return ValueProblem{kMissingReference, "the document has no such element"};
         if (target->name.ends_with("Gradient") || target->name == "meshgradient")
@@ -921,8 +960,9 @@ private:
             return ValueProblem{kBadReference, "strokes have no patterns: the colour stays as it was"};
         const SvgDefinitions::Definition* found = state.definitions->Find(id);
         if (!found)
-            return ValueProblem{kUnreachableReference,
-                                "is no definition here: only what comes before, in a group still open, is found"};
+            return ValueProblem{
+                kUnreachableReference,
+                "is no definition here: only what comes before, in a group still open, is found"};
         const auto facts = facts_.find(found->primitive);
         if (facts == facts_.end()) return std::nullopt;
         if (facts->second.element != ElementName::kPattern)
@@ -935,14 +975,16 @@ private:
     // ---- noting ----------------------------------------------------------------------------------------
 
     ORVXmlPlace PlaceOf(std::size_t index) const {
-        return document_.places && index < document_.places->size() ? (*document_.places)[index] : ORVXmlPlace{};
+        return document_.places && index < document_.places->size() ? (*document_.places)[index]
+                                                                    : ORVXmlPlace{};
     }
 
     void Note(FindingCode code, const ORVXmlNode& node, std::size_t index, std::string_view attribute,
               std::string_view value, std::string message) {
         if (!findings_.Count(code)) return;
         ORVXmlPlace place = PlaceOf(index);
-        if (!attribute.empty() && place.line > 0) place = FindAttributePlace(document_.text, place, attribute);
+        if (!attribute.empty() && place.line > 0)
+            place = FindAttributePlace(document_.text, place, attribute);
         findings_.Add({code, place.line, place.column, Excerpt(node.name), Excerpt(attribute), Excerpt(value),
                        std::move(message)});
     }
@@ -968,7 +1010,7 @@ private:
     std::unordered_map<std::string, Identified> identifiers_;  // of the page, in lower case
     std::unordered_set<std::string_view> allIdentifiers_;      // of the document
     bool hasAllIdentifiers_ = false;
-    std::vector<double> numbers_;  // of the points that are looked at
+    std::vector<double> numbers_;            // of the points that are looked at
     DefinitionFacts* definition_ = nullptr;  // the definition that is being read
     std::unordered_map<const ORVPrtGraphicPrimitiveElt*, DefinitionFacts> facts_;
 };

@@ -2,7 +2,6 @@
 
 #include <numeric>
 
-
 namespace {
 
 using enum FindingCode;
@@ -32,7 +31,8 @@ constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
     {kBadReference, "bad-reference", "References that cannot be read, or do not lead to what they need"},
     {kDuplicateId, "duplicate-id", "Identifiers that are given twice: references find the first"},
     {kImageMissing, "image-missing", "Pictures whose file is not there"},
-    {kImageRefused, "image-refused", "Pictures that the drawing may not read: allow their folder with --allow-dir"},
+    {kImageRefused, "image-refused",
+     "Pictures that the drawing may not read: allow their folder with --allow-dir"},
     {kImageRemote, "image-remote", "Pictures from the network are not loaded"},
     {kImageFormat, "image-format", "Pictures of formats other than PNG, JPEG and BMP are not printed"},
     {kImageBroken, "image-broken", "Pictures whose data cannot be read"},
@@ -66,7 +66,8 @@ constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
     {kHiddenButPrinted, "hidden-but-printed", "Hidden elements that are printed all the same"},
     {kRepaintedDefinition, "repainted-definition",
      "What is used is painted as the place that uses it, not with paint of its own"},
-    {kPatternWithoutImage, "pattern-without-image", "Patterns fill with the pictures they hold, nothing else"},
+    {kPatternWithoutImage, "pattern-without-image",
+     "Patterns fill with the pictures they hold, nothing else"},
     {kMarkerNotTurned, "marker-not-turned", "Markers are never turned"},
     {kGroupOpacity, "group-opacity", "Groups are not blended as a whole: what overlaps shows through"},
     {kFontSizePercentage, "font-size-percentage", "A font size of 200% is two hundred times as large"},

@@ -33,8 +33,8 @@ bool HasReadableFormat(const std::string& path) {
 }
 
 bool IsRemote(std::string_view reference) {
-    return reference.starts_with("http:") || reference.starts_with("https:") || reference.starts_with("ftp:") ||
-           reference.starts_with("//");
+    return reference.starts_with("http:") || reference.starts_with("https:") ||
+           reference.starts_with("ftp:") || reference.starts_with("//");
 }
 
 // A file that is there, but that the document may not read.
@@ -130,12 +130,14 @@ MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySo
         ApplyFontFamily(state, family, source);
         if (const ORVFont* font = state.text.GetFont()) {
             if (first.empty()) return std::nullopt;
-            return ValueProblem{kFontFallback, Excerpt(first) + " is not installed; " + FamilyOf(font) + " is taken"};
+            return ValueProblem{kFontFallback,
+                                Excerpt(first) + " is not installed; " + FamilyOf(font) + " is taken"};
         }
         if (first.empty()) first = family;
     }
     if (first.empty()) return std::nullopt;
-    return ValueProblem{kFontMissing, Excerpt(first) + " is not installed, nor is any other of the list: the font " +
+    return ValueProblem{kFontMissing, Excerpt(first) +
+                                          " is not installed, nor is any other of the list: the font " +
                                           "stays as it was, " + FamilyOf(ORVFont::sGetFont("arial.ttf")) +
                                           " where none was found before"};
 }

@@ -15,7 +15,7 @@ enum class PropertySource;
 /// What a picture turned out to be.
 struct PictureFacts {
     MaybeProblem problem;
-    int width = 0, height = 0;                ///< pixels; 0 when it cannot be read
+    int width = 0, height = 0;                 ///< pixels; 0 when it cannot be read
     double tileWidth = 0.0, tileHeight = 0.0;  ///< user units that it takes in a pattern
 };
 

@@ -12,8 +12,8 @@ using enum FindingCode;
 
 template <class Row, std::size_t N>
 const Row* FindRow(const Row (&rows)[N], std::string_view name) {
-    const auto* found = std::find_if(std::begin(rows), std::end(rows),
-                                     [name](const Row& row) { return row.name == name; });
+    const auto* found =
+        std::find_if(std::begin(rows), std::end(rows), [name](const Row& row) { return row.name == name; });
     return found == std::end(rows) ? nullptr : found;
 }
 
@@ -58,18 +58,61 @@ constexpr UnprintedElement kElements[] = {
 };
 
 constexpr std::string_view kSilentAttributes[] = {
-    "baseProfile",  "class",    "contentScriptType", "contentStyleType", "externalResourcesRequired",
-    "focusable",    "lang",     "role",              "requiredFeatures", "tabindex",
-    "target",       "version",  "xlink:actuate",     "xlink:arcrole",    "xlink:role",
-    "xlink:title",  "xlink:type", "xmlns",           "zoomAndPan",
+    "baseProfile",
+    "class",
+    "contentScriptType",
+    "contentStyleType",
+    "externalResourcesRequired",
+    "focusable",
+    "lang",
+    "role",
+    "requiredFeatures",
+    "tabindex",
+    "target",
+    "version",
+    "xlink:actuate",
+    "xlink:arcrole",
+    "xlink:role",
+    "xlink:title",
+    "xlink:type",
+    "xmlns",
+    "zoomAndPan",
 };
 
 constexpr std::string_view kSvgAttributes[] = {
-    "accent-height", "attributeName", "clipPathUnits", "crossorigin", "download", "filterRes", "filterUnits",
-    "fr", "fx", "fy", "gradientTransform", "gradientUnits", "hreflang", "markerUnits", "maskUnits", "media",
-    "method", "offset", "orient", "paint-order", "patternContentUnits", "patternUnits", "preserveAspectRatio",
-    "requiredExtensions", "side", "spacing", "spreadMethod", "startOffset", "systemLanguage", "title",
-    "transform-origin", "type", "vector-effect",
+    "accent-height",
+    "attributeName",
+    "clipPathUnits",
+    "crossorigin",
+    "download",
+    "filterRes",
+    "filterUnits",
+    "fr",
+    "fx",
+    "fy",
+    "gradientTransform",
+    "gradientUnits",
+    "hreflang",
+    "markerUnits",
+    "maskUnits",
+    "media",
+    "method",
+    "offset",
+    "orient",
+    "paint-order",
+    "patternContentUnits",
+    "patternUnits",
+    "preserveAspectRatio",
+    "requiredExtensions",
+    "side",
+    "spacing",
+    "spreadMethod",
+    "startOffset",
+    "systemLanguage",
+    "title",
+    "transform-origin",
+    "type",
+    "vector-effect",
 };
 
 // Values that a property without effect has where nothing is said, or that come to the same here.
@@ -119,12 +162,25 @@ constexpr InitialValues kInitialValues[] = {
     {"patternContentUnits", " userSpaceOnUse "},
     {"paint-order", " normal "},
     {"vector-effect", " none "},
+    {"font-feature-settings", " normal "},
+    {"font-kerning", " auto "},
+    {"font-optical-sizing", " auto "},
+    {"font-variation-settings", " normal "},
+    {"isolation", " auto "},
+    {"mix-blend-mode", " normal "},
+    {"text-orientation", " mixed "},
+    {"text-overflow", " clip "},
+    {"text-transform", " none "},
 };
 
-// Of no consequence on paper, or only where filters and gradients are, which are reported themselves.
+// Of no consequence on paper or for single lines of text, or only where filters and gradients are, which are
+// reported themselves.
 constexpr std::string_view kSilentProperties[] = {
-    "cursor", "enable-background", "flood-color", "lighting-color", "pointer-events", "stop-color",
-    "stop-opacity",
+    "cursor",         "enable-background",     "flood-color",          "inline-size",
+    "lighting-color", "line-height",           "pointer-events",       "shape-padding",
+    "solid-color",    "solid-opacity",         "stop-color",           "stop-opacity",
+    "text-align",     "text-decoration-color", "text-decoration-line", "text-indent",
+    "user-select",    "text-decoration-style", "white-space",          "will-change",
 };
 
 }  // namespace
@@ -142,6 +198,7 @@ AttributeRole FindAttributeRole(std::string_view name) {
 bool IsInitialValue(std::string_view property, std::string_view value) {
     value = TrimBlanks(value);
     if (value.empty() || value == "inherit") return true;
+    if (property.starts_with("font-variant-")) return value == "normal";
     const InitialValues* row = FindRow(kInitialValues, property);
     if (!row || value.find(' ') != value.npos) return false;
     const std::size_t found = row->values.find(value);

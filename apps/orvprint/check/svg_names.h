@@ -29,7 +29,7 @@ AttributeRole FindAttributeRole(std::string_view name);
 /// Whether a property without effect has the value that it has anyway.
 bool IsInitialValue(std::string_view property, std::string_view value);
 
-/// Whether a property is one of style sheets beyond those that the interpreter knows, or of an editor.
+/// Whether a property is an editor's own, or shows nowhere on paper.
 bool IsSilentProperty(std::string_view property);
 
 /// The kind of findings about a property without effect.

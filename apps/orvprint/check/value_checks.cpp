@@ -61,7 +61,8 @@ bool IsUnit(std::string_view unit) {
     for (std::size_t i = 0; i < unit.size(); ++i) {
         double other = 0.0;
         const std::string shorter = "1" + std::string(unit).erase(i, 1);
-        if (unit.size() > 1 && ParseLength(ProbePage(), shorter, other) == kRead && other == one) return false;
+        if (unit.size() > 1 && ParseLength(ProbePage(), shorter, other) == kRead && other == one)
+            return false;
     }
     return true;
 }
@@ -245,9 +246,11 @@ MaybeProblem CheckPathData(std::string_view value, PathFacts& facts) {
         const std::string_view skipped = value.substr(position, start - position);
         const std::size_t stray = skipped.find_first_not_of(" ,\t\n\r");
         if (!problem && stray != skipped.npos)
-            problem = Problem(kBadPathData, At(position + stray) + Quote(skipped.substr(stray)) + " is not read");
+            problem =
+                Problem(kBadPathData, At(position + stray) + Quote(skipped.substr(stray)) + " is not read");
         if (!problem && isFirst && (letter | 0x20) != 'm')
-            problem = Problem(kBadPathData, "does not begin with M: it starts at the page's upper left corner");
+            problem =
+                Problem(kBadPathData, "does not begin with M: it starts at the page's upper left corner");
         std::size_t count = 0;
         MaybeProblem ofCommand = CheckArguments(letter, scanner, count);
         if (!problem) problem = std::move(ofCommand);
@@ -312,9 +315,11 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
         std::size_t length = 0;
         if (ORVConvertToDouble(token, number, &length) != kRead) return true;
         if (number < 0.0 || number > (isPercentage ? 100.0 : 255.0))
-            problem = Problem(kBadColour, Excerpt(token.substr(0, length)) + " is out of range and wraps around");
+            problem =
+                Problem(kBadColour, Excerpt(token.substr(0, length)) + " is out of range and wraps around");
         else if (number != std::floor(number))
-            problem = Problem(kBadColour, "of " + Excerpt(token.substr(0, length)) + " the fraction is not read");
+            problem =
+                Problem(kBadColour, "of " + Excerpt(token.substr(0, length)) + " the fraction is not read");
         return !problem;
     });
     return problem;
@@ -389,17 +394,20 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
     if (row.name == "color") return CheckColour(value);
     if (row.name == "letter-spacing") {
         double length = 0.0;
-        const bool isNone = value == "normal" || (ParseLength(ProbePage(), value, length) == kRead && length == 0.0);
+        const bool isNone =
+            value == "normal" || (ParseLength(ProbePage(), value, length) == kRead && length == 0.0);
         if (isNone || IsLetterSpacingKeyword(value)) return std::nullopt;
         if (inStyle)
-            return Problem(kLetterSpacingInStyle,
-                           "in style it resets the spacing, and replaces the width that percentages refer to");
+            return Problem(
+                kLetterSpacingInStyle,
+                "in style it resets the spacing, and replaces the width that percentages refer to");
         return CheckLength(value);
     }
     if (row.name == "font-size" && value.find('%') != value.npos)
         return Problem(kFontSizePercentage, "multiplies the size by this number, not by a hundredth of it");
     if (row.name == "font-weight" && (value == "bolder" || value == "lighter"))
-        return Problem(kFontWeightReversed, value == "bolder" ? "makes the text lighter" : "makes the text bolder");
+        return Problem(kFontWeightReversed,
+                       value == "bolder" ? "makes the text lighter" : "makes the text bolder");
 
     constexpr std::size_t kLongestKept = 64, kMostKept = 4096;
     bool changes = false;

@@ -61,7 +61,8 @@ const KindCase kKindCases[] = {
      "<image width='2' height='2' xlink:href='here.png'/>"},
     {kImageStretched, "<image width='2' height='4' xlink:href='here.png'/>",
      "<image width='4' height='4' xlink:href='here.png'/>"},
-    {kUnknownAttribute, "<rect colour='red'/>", "<rect class='red' data-x='1' e:y='2' xmlns:e='urn:editor'/>"},
+    {kUnknownAttribute, "<rect colour='red'/>",
+     "<rect class='red' data-x='1' e:y='2' xmlns:e='urn:editor'/>"},
     {kAttributeWithoutEffect, "<text textLength='9'>a</text>", "<text x='9'>a</text>"},
     {kIgnoredProperty, "<rect stroke-dashoffset='3'/>", "<rect stroke-dashoffset='0'/>"},
     {kUnknownProperty, "<rect style='colour:red'/>", "<rect style='color:red;-editor-x:1'/>"},
@@ -95,13 +96,16 @@ const KindCase kKindCases[] = {
     {kMarkerNotTurned, "<marker id='m' orient='auto'/>", "<marker id='m' orient='0'/>"},
     {kGroupOpacity, "<g opacity='0.5'/>", "<rect opacity='0.5'/>"},
     {kFontSizePercentage, "<text font-size='50%'>a</text>", "<text font-size='6'>a</text>"},
-    {kFontWeightReversed, "<text style='font-weight:bolder'>a</text>", "<text style='font-weight:bold'>a</text>"},
+    {kFontWeightReversed, "<text style='font-weight:bolder'>a</text>",
+     "<text style='font-weight:bold'>a</text>"},
     {kLetterSpacingInStyle, "<text style='letter-spacing:2'>a</text>", "<text letter-spacing='2'>a</text>"},
     {kTextPositions, "<text x='1 2 3'>abc</text>", "<text x='1'>abc</text>"},
     {kTextShiftUp, "<text dy='2'>abc</text>", "<text dy='0'>abc</text>"},
     {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n  two\n</text>"},
-    {kFontMissing, "<text font-family='No Such Family'>a</text>", "<g font-family='No Such Family'><rect/></g>"},
-    {kFontFallback, "<text font-family='No Such Family, serif'>a</text>", "<text font-family='serif'>a</text>"},
+    {kFontMissing, "<text font-family='No Such Family'>a</text>",
+     "<g font-family='No Such Family'><rect/></g>"},
+    {kFontFallback, "<text font-family='No Such Family, serif'>a</text>",
+     "<text font-family='serif'>a</text>"},
     {kMissingGlyph, "<text>&#x10FFFD;</text>", "<text>A</text>"},
 };
 
@@ -111,7 +115,8 @@ protected:
         std::filesystem::create_directories(folder_.Path() / "inner");
         std::ofstream(folder_.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);
         std::ofstream(folder_.Path() / "inner" / "here.png", std::ios::binary) << SamplePng(2, 2);
-        std::ofstream(folder_.Path() / "inner" / "broken.png", std::ios::binary) << SamplePng(2, 2).substr(0, 40);
+        std::ofstream(folder_.Path() / "inner" / "broken.png", std::ios::binary)
+            << SamplePng(2, 2).substr(0, 40);
         const std::string document = content.starts_with("<svg") && GetParam().code != kPercentageInNestedSvg
                                          ? content
                                          : CheckedDrawing(content);
@@ -167,14 +172,14 @@ INSTANTIATE_TEST_SUITE_P(
                      "unreachable-reference"},
         DocumentCase{"OnlyDirectChildrenOfDefsAreFound",
                      "<defs><g><rect id='d'/></g></defs><use xlink:href='#d'/>", "unreachable-reference"},
-        DocumentCase{"ADefinitionIsNotFoundFromInside",
-                     "<defs><g id='d'><use xlink:href='#d'/></g></defs>", "unreachable-reference"},
+        DocumentCase{"ADefinitionIsNotFoundFromInside", "<defs><g id='d'><use xlink:href='#d'/></g></defs>",
+                     "unreachable-reference"},
         DocumentCase{"ALinkLeadsAnywhere", "<a xlink:href='#b'/><g id='b'/>", ""},
         DocumentCase{"ALinkToNowhere", "<a xlink:href='#b'/>", "missing-reference"},
         DocumentCase{"AMarkerThatIsMissing", "<g marker-end='url(#m)'/>", "missing-reference"},
         DocumentCase{"NoMarkerIsNotMissing", "<g marker-end='none'/>", ""},
-        DocumentCase{"AMarkerThatComesLater",
-                     "<path d='M1 1L2 2 3 1' marker-end='url(#m)'/><marker id='m'/>", "unreachable-reference"},
+        DocumentCase{"AMarkerThatComesLater", "<path d='M1 1L2 2 3 1' marker-end='url(#m)'/><marker id='m'/>",
+                     "unreachable-reference"},
         DocumentCase{"AStrokePattern", "<pattern id='p'/><rect stroke='url(#p)'/>", "bad-reference"},
         DocumentCase{"AFillWithAFallback", "<pattern id='p'/><rect fill='url(#p) red'/>", "bad-reference"},
         DocumentCase{"AFillThatIsNoPattern", "<symbol id='p'/><rect fill='url(#p)'/>", "bad-reference"},
@@ -192,7 +197,8 @@ INSTANTIATE_TEST_SUITE_P(
                      "<defs><rect id='r' fill='red'/><g id='g'><use xlink:href='#r' fill='red'/></g></defs>"
                      "<use xlink:href='#g'/>",
                      "repainted-definition"},
-        DocumentCase{"SpansInGroupsAreFoundOnce", "<text><tspan><tspan>a</tspan></tspan></text>", "text-span"},
+        DocumentCase{"SpansInGroupsAreFoundOnce", "<text><tspan><tspan>a</tspan></tspan></text>",
+                     "text-span"},
         DocumentCase{"TextPropertiesSayNothingOnShapes",
                      "<rect style='font-style:italic' font-size='9' text-anchor='end'/>", ""},
         DocumentCase{"ItalicsHaveNoEffect", "<text font-style='italic'>a</text>", "attribute-without-effect"},
@@ -208,12 +214,18 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"ATransformOfANestedDrawing", "<svg transform='scale(2)'/>", "attribute-without-effect"},
         DocumentCase{"ManyFindingsAreCounted", "<rect foo='1'/><rect foo='2'/><rect foo='3'/>",
                      "unknown-attribute x3"},
+        DocumentCase{"PropertiesThatSayNothingAreLeftAlone",
+                     "<rect style='mix-blend-mode:normal;line-height:1.5;font-variant-caps:normal'/>", ""},
+        DocumentCase{"PropertiesThatSaySomethingAreNot", "<rect style='mix-blend-mode:multiply'/>",
+                     "unknown-property"},
         DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
-        DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>", ""}),
+        DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>",
+                     ""}),
     [](const auto& row) { return row.param.name; });
 
 TEST(DocumentCheckTest, TellsWhereAndWhat) {
-    const Findings findings = CheckText("<svg width='9'\n     height='9'>\n  <g>\n    <rect x='1'\n      y='2em'/></g></svg>");
+    const Findings findings =
+        CheckText("<svg width='9'\n     height='9'>\n  <g>\n    <rect x='1'\n      y='2em'/></g></svg>");
     ASSERT_EQ(findings.GetKept().size(), 1U);
     const Finding& finding = findings.GetKept().front();
     EXPECT_EQ(finding.code, kUnknownUnit);
@@ -229,7 +241,8 @@ TEST(DocumentCheckTest, TellsWhereAndWhat) {
 TEST(DocumentCheckTest, CountsTheElementsItPassesOver) {
     const Findings findings = CheckText(
         "<svg width='9' height='9'>\n<metadata><a><b/></a><c/></metadata>\n<rect><title>t</title></rect>\n"
-        "<switch><g><g/></g></switch>\n<text><tspan><g/></tspan></text>\n<defs><g><rect/></g></defs>\n<blink/></svg>");
+        "<switch><g><g/></g></switch>\n<text><tspan><g/></tspan></text>\n<defs><g><rect/></g></defs>\n<blink/"
+        "></svg>");
     ASSERT_FALSE(findings.GetKept().empty());
     EXPECT_EQ(findings.GetKept().back().element, "blink");
     EXPECT_EQ(findings.GetKept().back().line, 7U);
@@ -245,8 +258,17 @@ TEST(DocumentCheckTest, LooksAtFragmentsOnly) {
     EXPECT_EQ(findings.GetKept().at(1).line, 3U);
 }
 
+TEST(DocumentCheckTest, FragmentsHaveNoHeightToBePartOf) {
+    EXPECT_EQ(
+        KindsOf(CheckText("<r><svg width='9' height='9'><rect width='50%'/><rect height='50%'/></svg></r>",
+                          {}, true)),
+        "percentage-of-nothing");
+}
+
 TEST(DocumentCheckTest, IdentifiersBelongToTheirPage) {
-    EXPECT_EQ(KindsOf(CheckText("<svg><svg width='1'><g id='a'/></svg><svg width='1'><g id='a'/></svg></svg>")), "");
+    EXPECT_EQ(
+        KindsOf(CheckText("<svg><svg width='1'><g id='a'/></svg><svg width='1'><g id='a'/></svg></svg>")),
+        "");
 }
 
 TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {

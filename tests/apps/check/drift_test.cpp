@@ -31,7 +31,8 @@ TEST(DriftTest, AnElementIsUnknownExactlyIfNothingIsMadeOfIt) {
 TEST(DriftTest, AnAttributeIsNeverUnknownIfTheInterpreterKnowsIt) {
     for (unsigned i = 0; i < static_cast<unsigned>(AttributeName::kCount); ++i) {
         const std::string name(GetNameText(static_cast<AttributeName>(i)));
-        EXPECT_FALSE(Finds("<g xmlns:tlv='urn:tlv' " + name + "='1'/>", FindingCode::kUnknownAttribute)) << name;
+        EXPECT_FALSE(Finds("<g xmlns:tlv='urn:tlv' " + name + "='1'/>", FindingCode::kUnknownAttribute))
+            << name;
         EXPECT_TRUE(FindAttributeRole(name) == AttributeRole::kUnknown) << name << " is read";
     }
 }

@@ -10,7 +10,8 @@ TEST(FindingsTest, KindsHaveNamesOfTheirOwn) {
     std::set<std::string_view> names;
     for (const FindingKind& kind : GetFindingKinds()) {
         EXPECT_TRUE(names.insert(kind.name).second) << kind.name;
-        EXPECT_EQ(kind.name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-"), std::string_view::npos) << kind.name;
+        EXPECT_EQ(kind.name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-"), std::string_view::npos)
+            << kind.name;
         EXPECT_FALSE(kind.title.empty());
         EXPECT_EQ(FindFindingKind(kind.name), &kind);
     }
@@ -20,7 +21,8 @@ TEST(FindingsTest, KindsHaveNamesOfTheirOwn) {
 TEST(FindingsTest, CountAllAndKeepTheFirst) {
     Findings findings;
     std::size_t wanted = 0;
-    for (std::size_t i = 0; i < Findings::kKept + 5; ++i) wanted += findings.Count(FindingCode::kMask) ? 1 : 0;
+    for (std::size_t i = 0; i < Findings::kKept + 5; ++i)
+        wanted += findings.Count(FindingCode::kMask) ? 1 : 0;
     EXPECT_EQ(wanted, Findings::kKept);
     EXPECT_EQ(findings.GetCount(FindingCode::kMask), Findings::kKept + 5);
     EXPECT_TRUE(findings.Count(FindingCode::kFilter));

@@ -84,8 +84,9 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kPath, "M0 0L1E-3 2",
                   "at character 6: '1E' is read as 1: separate numbers by blanks or commas"},
         ValueCase{Reader::kPath, "M0 0L1 2 3", "at character 5: L takes numbers by 2, there are 3"},
-        ValueCase{Reader::kPath, "M0 0a5 5 0 019 9",
-                  "at character 5: a takes numbers by 7, there are 5; set blanks between the flags of an arc"},
+        ValueCase{
+            Reader::kPath, "M0 0a5 5 0 019 9",
+            "at character 5: a takes numbers by 7, there are 5; set blanks between the flags of an arc"},
         ValueCase{Reader::kPath, "M0 0Z1", "at character 5: numbers behind Z are not read"},
         ValueCase{Reader::kPath, "M0 0L", "at character 5: L takes numbers by 2, there are 0"},
         ValueCase{Reader::kPath, "B1 M0 0", "at character 1: 'B1 ' is not read"},
@@ -97,7 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ValueCase{Reader::kColour, "#F0a", ""}, ValueCase{Reader::kColour, "rgb(1, 2,3)", ""},
                     ValueCase{Reader::kColour, "Red", ""}, ValueCase{Reader::kColour, "rgb(10%,0%,100%)", ""},
                     ValueCase{Reader::kColour, "#12345", "is no colour here: the colour stays as it was"},
-                    ValueCase{Reader::kColour, "transparent", "is no colour here: the colour stays as it was"},
+                    ValueCase{Reader::kColour, "transparent",
+                              "is no colour here: the colour stays as it was"},
                     ValueCase{Reader::kColour, "rgb(1,2,256)", "256 is out of range and wraps around"},
                     ValueCase{Reader::kColour, "rgb(0%,120%,0%)", "120 is out of range and wraps around"},
                     ValueCase{Reader::kColour, "rgb(12.5%,0%,0%)", "of 12.5 the fraction is not read"}));
@@ -143,13 +145,13 @@ TEST_P(PropertyCheckTest, KnowsWhatIsTaken) {
 }
 INSTANTIATE_TEST_SUITE_P(
     Properties, PropertyCheckTest,
-    testing::Values(PropertyCase{"stroke-linecap", "butt", false}, PropertyCase{"stroke-linecap", "round", false},
-                    PropertyCase{"stroke-linecap", "Round", true}, PropertyCase{"fill-rule", "nonzero", false},
-                    PropertyCase{"font-weight", "normal", false}, PropertyCase{"font-weight", "450", true},
-                    PropertyCase{"font-size", "12pt", false}, PropertyCase{"font-size", "large", true},
-                    PropertyCase{"font-size", "2em", true}, PropertyCase{"text-anchor", "start", false},
-                    PropertyCase{"text-anchor", "left", true}, PropertyCase{"writing-mode", "lr-tb", false},
-                    PropertyCase{"writing-mode", "vertical-rl", true},
-                    PropertyCase{"letter-spacing", "normal", false}));
+    testing::Values(
+        PropertyCase{"stroke-linecap", "butt", false}, PropertyCase{"stroke-linecap", "round", false},
+        PropertyCase{"stroke-linecap", "Round", true}, PropertyCase{"fill-rule", "nonzero", false},
+        PropertyCase{"font-weight", "normal", false}, PropertyCase{"font-weight", "450", true},
+        PropertyCase{"font-size", "12pt", false}, PropertyCase{"font-size", "large", true},
+        PropertyCase{"font-size", "2em", true}, PropertyCase{"text-anchor", "start", false},
+        PropertyCase{"text-anchor", "left", true}, PropertyCase{"writing-mode", "lr-tb", false},
+        PropertyCase{"writing-mode", "vertical-rl", true}, PropertyCase{"letter-spacing", "normal", false}));
 
 }  // namespace

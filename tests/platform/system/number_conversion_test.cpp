@@ -257,4 +257,19 @@ TEST(NumberConversion, ReadsAPeriodWhateverTheLocale) {
     EXPECT_EQ(out, kInfinity);
 }
 
+TEST(NumberLengthTest, EndsBehindTheNumber) {
+    const struct {
+        std::string text;
+        int status;
+        std::size_t length;  // 77: not written
+    } cases[] = {{"12", 1, 2},     {"  12px", 1, 4}, {"-1.5e3mm", 1, 6}, {"+.5.5", 1, 3}, {"1e", 1, 1},
+                 {"1e400x", 1, 5}, {"x", 0, 77},     {"", -1, 77},       {"inf", 0, 77}};
+    for (const auto& row : cases) {
+        double number = 0.0;
+        std::size_t length = 77;
+        EXPECT_EQ(ORVConvertToDouble(row.text, number, &length), row.status) << row.text;
+        EXPECT_EQ(length, row.length) << row.text;
+    }
+}
+
 }  // namespace

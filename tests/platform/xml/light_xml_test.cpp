@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/platform/xml/tree_text.h"
 
@@ -180,6 +181,31 @@ TEST(DeclaredEncoding, ErrorsNameThePlaceInTheOriginalBytes) {
     EXPECT_EQ(read.error.line, 2U);
     EXPECT_EQ(read.error.column, 4U);
     EXPECT_EQ(read.error.offset, head.size());
+}
+
+TEST(LightXml, TellsThePlacesOfItsElements) {
+    const std::string text = "<?xml version='1.0'?>\n<a>\xC3\xA4<b\n x='1'/>\n\n  <c/><!--\n--></a>";
+    ORVLightXmlElement root;
+    std::vector<ORVXmlPlace> places;
+    ASSERT_EQ(ORVLightXmlParser().Parse({text.data(), text.size()}, root, &places), 1);
+    ASSERT_EQ(places.size(), 3U);
+    const std::uint32_t expected[3][2] = {{2, 1}, {2, 5}, {5, 3}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(places[i].line, expected[i][0]) << i;
+        EXPECT_EQ(places[i].column, expected[i][1]) << i;
+        EXPECT_EQ(text[places[i].offset], '<');
+    }
+    EXPECT_EQ(text.substr(places[2].offset, 4), "<c/>");
+}
+
+TEST(LightXml, TellsPlacesInConvertedDocumentsOnce) {
+    const std::string text = "<?xml version='1.0' encoding='ISO-8859-15'?>\n<a>\xA4<b/></a>";
+    ORVLightXmlElement root;
+    std::vector<ORVXmlPlace> places;
+    ASSERT_EQ(ORVLightXmlParser().Parse({text.data(), text.size()}, root, &places), 1);
+    ASSERT_EQ(places.size(), 2U);
+    EXPECT_EQ(places[1].line, 2U);
+    EXPECT_EQ(places[1].column, 5U);
 }
 
 }  // namespace

@@ -19,64 +19,64 @@ struct SampleValues {
     const char* second;
 };
 constexpr std::array<SampleValues, static_cast<std::size_t>(AttributeName::kCount)> kSamples{{
-    {"middle", "hanging"},              // alignment-baseline
-    {"lime", "navy"},                   // color
-    {"31", "37"},                       // cx
-    {"31", "37"},                       // cy
-    {"M1,2 L30,40 5,60 Z", "M9,9 L1,7 3,3"},  // d
-    {"none", "inline"},                 // display
-    {"3", "4"},                         // dx
-    {"3", "4"},                         // dy
-    {"none", "red"},                    // fill
-    {"0.3", "0.4"},                     // fill-opacity
-    {"evenodd", "nonzero"},             // fill-rule
-    {"monospace", "serif"},             // font-family
-    {"31", "37"},                       // font-size
-    {"italic", "normal"},               // font-style
-    {"bold", "100"},                    // font-weight
-    {"31", "37"},                       // height
-    {"e", "other"},                     // id
-    {"spacing", "spacingAndGlyphs"},    // lengthAdjust
-    {"3", "4"},                         // letter-spacing
-    {"url(#m)", "url(#n)"},             // marker
-    {"url(#m)", "url(#n)"},             // marker-end
-    {"31", "37"},                       // markerHeight
-    {"url(#m)", "url(#n)"},             // marker-mid
-    {"url(#m)", "url(#n)"},             // marker-start
-    {"31", "37"},                       // markerWidth
-    {"0.3", "0.4"},                     // opacity
-    {"31", "37"},                       // pathLength
-    {"translate(3)", "translate(4)"},   // patternTransform
-    {"1,2 30,40 5,60", "9,9 1,7 3,3"},  // points
-    {"31", "37"},                       // r
-    {"3", "4"},                         // refX
-    {"3", "4"},                         // refY
-    {"31", "37"},                       // rotate
-    {"31", "37"},                       // rx
-    {"31", "37"},                       // ry
-    {"none", "red"},                    // stroke
-    {"3 4", "5 6"},                     // stroke-dasharray
-    {"round", "square"},                // stroke-linecap
-    {"round", "bevel"},                 // stroke-linejoin
-    {"0.3", "0.4"},                     // stroke-opacity
-    {"3", "4"},                         // stroke-width
+    {"middle", "hanging"},                              // alignment-baseline
+    {"lime", "navy"},                                   // color
+    {"31", "37"},                                       // cx
+    {"31", "37"},                                       // cy
+    {"M1,2 L30,40 5,60 Z", "M9,9 L1,7 3,3"},            // d
+    {"none", "inline"},                                 // display
+    {"3", "4"},                                         // dx
+    {"3", "4"},                                         // dy
+    {"none", "red"},                                    // fill
+    {"0.3", "0.4"},                                     // fill-opacity
+    {"evenodd", "nonzero"},                             // fill-rule
+    {"monospace", "serif"},                             // font-family
+    {"31", "37"},                                       // font-size
+    {"italic", "normal"},                               // font-style
+    {"bold", "100"},                                    // font-weight
+    {"31", "37"},                                       // height
+    {"e", "other"},                                     // id
+    {"spacing", "spacingAndGlyphs"},                    // lengthAdjust
+    {"3", "4"},                                         // letter-spacing
+    {"url(#m)", "url(#n)"},                             // marker
+    {"url(#m)", "url(#n)"},                             // marker-end
+    {"31", "37"},                                       // markerHeight
+    {"url(#m)", "url(#n)"},                             // marker-mid
+    {"url(#m)", "url(#n)"},                             // marker-start
+    {"31", "37"},                                       // markerWidth
+    {"0.3", "0.4"},                                     // opacity
+    {"31", "37"},                                       // pathLength
+    {"translate(3)", "translate(4)"},                   // patternTransform
+    {"1,2 30,40 5,60", "9,9 1,7 3,3"},                  // points
+    {"31", "37"},                                       // r
+    {"3", "4"},                                         // refX
+    {"3", "4"},                                         // refY
+    {"31", "37"},                                       // rotate
+    {"31", "37"},                                       // rx
+    {"31", "37"},                                       // ry
+    {"none", "red"},                                    // stroke
+    {"3 4", "5 6"},                                     // stroke-dasharray
+    {"round", "square"},                                // stroke-linecap
+    {"round", "bevel"},                                 // stroke-linejoin
+    {"0.3", "0.4"},                                     // stroke-opacity
+    {"3", "4"},                                         // stroke-width
     {"fill:none;stroke:red", "fill:blue;stroke:none"},  // style
-    {"middle", "end"},                  // text-anchor
-    {"31", "37"},                       // textLength
-    {"3", "4"},                         // tlv:text-version
-    {"translate(3)", "translate(4)"},   // transform
-    {"0 0 31 37", "0 0 41 43"},         // viewBox
-    {"hidden", "visible"},              // visibility
-    {"31", "37"},                       // width
-    {"tb", "rl"},                       // writing-mode
-    {"3", "4"},                         // x
-    {"3", "4"},                         // x1
-    {"3", "4"},                         // x2
-    {"#d", ""},                         // xlink:href
-    {"new", "replace"},                 // xlink:show
-    {"3", "4"},                         // y
-    {"3", "4"},                         // y1
-    {"3", "4"},                         // y2
+    {"middle", "end"},                                  // text-anchor
+    {"31", "37"},                                       // textLength
+    {"3", "4"},                                         // tlv:text-version
+    {"translate(3)", "translate(4)"},                   // transform
+    {"0 0 31 37", "0 0 41 43"},                         // viewBox
+    {"hidden", "visible"},                              // visibility
+    {"31", "37"},                                       // width
+    {"tb", "rl"},                                       // writing-mode
+    {"3", "4"},                                         // x
+    {"3", "4"},                                         // x1
+    {"3", "4"},                                         // x2
+    {"#d", ""},                                         // xlink:href
+    {"new", "replace"},                                 // xlink:show
+    {"3", "4"},                                         // y
+    {"3", "4"},                                         // y1
+    {"3", "4"},                                         // y2
 }};
 
 std::string AttributeText(AttributeName name, const std::string& value) {
@@ -132,8 +132,7 @@ std::string DocumentWith(ElementName element, SvgPlace place, AttributeName prob
     const std::string name(GetNameText(element));
     const std::string attributes = NeededAttributes(element, place, probed) + AttributeText(probed, value);
     // All colours that the samples name, so that naming one is no difference by itself.
-    const std::string colours =
-        "<rect fill='lime'/><rect fill='navy'/><rect fill='red'/><rect fill='blue'/>";
+    const std::string colours = "<rect fill='lime'/><rect fill='navy'/><rect fill='red'/><rect fill='blue'/>";
     const std::string definitions =
         "<defs><g id='d'><rect width='3' height='4'/><text>T</text></g>"
         "<marker id='m'><circle r='2'/></marker><marker id='n'><circle r='3'/></marker></defs>";

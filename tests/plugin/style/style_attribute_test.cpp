@@ -312,4 +312,30 @@ TEST(PropertyTableTest, TheHonouredOnesAreThese) {
         "writing-mode ");
 }
 
+TEST(StyleScannerTest, SplitsUpToWhatIsLost) {
+    StyleScanner scanner(" a : b;c;d:e:f;;g:h");
+    StyleDeclaration declaration;
+    ASSERT_TRUE(scanner.Next(declaration));
+    EXPECT_EQ(declaration.text, " a : b");
+    EXPECT_EQ(declaration.name, "a");
+    EXPECT_EQ(declaration.value, "b");
+    ASSERT_TRUE(scanner.Next(declaration));
+    EXPECT_EQ(declaration.text, "c");
+    EXPECT_EQ(declaration.name, "");
+    EXPECT_EQ(declaration.value, "");
+    ASSERT_TRUE(scanner.Next(declaration));
+    EXPECT_EQ(declaration.name, "d");
+    EXPECT_EQ(declaration.value, "e:f");
+    EXPECT_FALSE(scanner.Next(declaration));
+    EXPECT_EQ(scanner.GetRest(), ";g:h");
+}
+
+TEST(StyleScannerTest, ALastSemicolonLosesNothing) {
+    StyleScanner scanner("a:b;");
+    StyleDeclaration declaration;
+    EXPECT_TRUE(scanner.Next(declaration));
+    EXPECT_FALSE(scanner.Next(declaration));
+    EXPECT_EQ(scanner.GetRest(), "");
+}
+
 }  // namespace
