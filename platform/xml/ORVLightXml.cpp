@@ -66,8 +66,9 @@ int ORVLightXmlElement::Assign(const ORVLightXmlElementItf& other) {
 int ORVLightXmlParser::Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element,
                              std::vector<ORVXmlPlace>* places) {
     ORVRef<const ORVXmlTree> tree;
-    const bool wellFormed = BuildXmlTree({stream.GetBytes(), stream.StayInPlace(), stream.GetOwner()},
-                                         XmlEncoding::kDeclared, XmlTreeShape::kElements, tree, error_, places);
+    const bool wellFormed =
+        BuildXmlTree({stream.GetBytes(), stream.StayInPlace(), stream.GetOwner()}, XmlEncoding::kDeclared,
+                     XmlTreeShape::kElements, tree, error_, places);
     const ORVXmlNode* const root = tree ? tree->GetRoot() : nullptr;
     element = root ? ORVLightXmlElement(std::move(tree), root) : ORVLightXmlElement();
     return wellFormed ? 1 : -1;

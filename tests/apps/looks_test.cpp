@@ -115,7 +115,8 @@ TEST_P(LooksTest, ExamplesLookLikeOurOwnPictures) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Viewers, LooksTest, testing::ValuesIn(kViewers),
-                         [](const auto& row) { return std::string(row.param.name) + "_" + row.param.format; });
+INSTANTIATE_TEST_SUITE_P(Viewers, LooksTest, testing::ValuesIn(kViewers), [](const auto& row) {
+    return std::string(row.param.name) + "_" + row.param.format;
+});
 
 }  // namespace

@@ -618,10 +618,10 @@ private:
         const LightElementAccess element(&node);
         ReadHorizontalAttribute(state, element, AttributeName::kWidth, width);
         ParseVerticalLength(state, node.Value(AttributeName::kHeight), height);
-        const ORVXmlAttribute* ratio = node.Find("preserveAspectRatio");
+        const std::string_view* ratio = node.Find("preserveAspectRatio");
         if (!(width > 0.0) || !(height > 0.0)) {
             Note(kBadLength, node, index, {}, {}, "has no width and height, and shows nothing");
-        } else if (!ratio || !ratio->value.starts_with("none")) {
+        } else if (!ratio || !ratio->starts_with("none")) {
             const double stretch = width / height * facts.height / facts.width;
             if (stretch < 0.98 || stretch > 1.02)
                 Note(kImageStretched, node, index, "xlink:href", reference,
@@ -666,7 +666,7 @@ private:
                          SvgPlace place) {
         const std::uint64_t effective = GetEffectiveAttributes(node.id, place);
         for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
-            const ORVXmlAttribute& attribute = node.attributes[i];
+            const ORVXmlAttribute attribute = node.GetAttribute(i);
             if (const auto name = FindAttributeName(attribute.name))
                 CheckKnownAttribute(node, index, *name, attribute, HasEffect(effective, *name), state);
             else

@@ -3,7 +3,7 @@
 void Namespaces::Enter(const ORVXmlNode& element) {
     std::size_t count = 0;
     for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
-        const ORVXmlAttribute& attribute = element.attributes[i];
+        const ORVXmlAttribute attribute = element.GetAttribute(i);
         const bool isDefault = attribute.name == "xmlns";
         if (!isDefault && !attribute.name.starts_with("xmlns:")) continue;
         const std::string_view prefix = isDefault ? std::string_view() : LocalNameOf(attribute.name);
