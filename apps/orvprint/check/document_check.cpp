@@ -117,6 +117,7 @@ bool IsReplaced(const DrawnSets& own, const SvgDrawState& by) {
 struct DefinitionFacts {
     ElementName element = ElementName::kUnknown;
     bool hasPicture = false;  // among its own children
+    bool hasViewBox = false;
     std::vector<DrawnSets> sets;
     bool isManifold = false;  // more sets than are kept: a reference cannot have them all
 
@@ -358,6 +359,7 @@ private:
                          std::size_t place) {
         DefinitionFacts facts;
         facts.element = node.id;
+        facts.hasViewBox = node.id == ElementName::kSymbol && !node.Value(AttributeName::kViewBox).empty();
         for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
             facts.hasPicture |= child->id == ElementName::kImage;
         DefinitionFacts* const outer = definition_;
@@ -395,7 +397,9 @@ private:
     void VisitContainer(const ORVXmlNode& node, std::size_t index, SvgDrawState& state) {
         const SvgInheritedStateGuard guard(state);
         const bool isHiddenByThis = Hides(node);
+        const int before = state.drawStyle;
         ApplyContainerPresentation(state, LightElementAccess(&node));
+        CheckVisible(node, index, before, state.drawStyle);
         if (isHiddenByThis) ++hidden_;
         if (node.id == ElementName::kUse) {
             CheckUse(node, index, state);
@@ -416,6 +420,26 @@ private:
                node.Value(AttributeName::kVisibility) == "collapse";
     }
 
+    // Being visible is no paint, except here.
+    void CheckVisible(const ORVXmlNode& node, std::size_t index, int before, int after) {
+        if (node.Value(AttributeName::kVisibility) != "visible") return;
+        const bool isStroked = Strokes(after) && !Strokes(before) && !Mentions(node, AttributeName::kStroke);
+        const bool isFilled = Fills(after) && !Fills(before) && !Mentions(node, AttributeName::kFill);
+        if (isStroked || isFilled)
+            Note(kPaintedVisible, node, index, "visibility", "visible",
+                 isStroked ? "gives it a stroke that nothing else does"
+                           : "gives it a fill that nothing else does");
+    }
+
+    // Whether an element says something of a paint.
+    static bool Mentions(const ORVXmlNode& node, AttributeName paint) {
+        if (!node.Value(paint).empty()) return true;
+        StyleScanner scanner(node.Value(AttributeName::kStyle));
+        for (StyleDeclaration declaration; scanner.Next(declaration);)
+            if (declaration.name == GetNameText(paint)) return true;
+        return false;
+    }
+
     void VisitLeaf(const ORVXmlNode& node, std::size_t index, const SvgDrawState& inherited) {
         SvgDrawState state = inherited;
         const LightElementAccess element(&node);
@@ -432,6 +456,7 @@ private:
                                    HasVertices(node.id) ? Vertices::kWithMarkers : Vertices::kWithoutMarkers);
         }
         if (node.id != ElementName::kImage) {
+            CheckVisible(node, index, inherited.drawStyle, state.drawStyle);
             CheckPainting(node, index, state);
             if (HasVertices(node.id)) CheckMarkers(node, index, state);
         }
@@ -646,9 +671,19 @@ private:
         const auto facts = facts_.find(found->primitive);
         if (facts == facts_.end()) return;
         if (definition_) definition_->Add({state.stroke, state.fill, state.text});
+        if (!facts->second.hasViewBox) CheckFitting(node, index, state);
         if (facts->second.IsReplacedBy(state))
             Note(kRepaintedDefinition, node, index, "xlink:href", reference,
                  "all of it takes the stroke, fill and font of this use");
+    }
+
+    void CheckFitting(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
+        double width = 0.0, height = 0.0;
+        ParseHorizontalLength(state, node.Value(AttributeName::kWidth), width);
+        ParseVerticalLength(state, node.Value(AttributeName::kHeight), height);
+        if (width > 0.0 && height > 0.0)
+            Note(kFittedUse, node, index, "width", node.Value(AttributeName::kWidth),
+                 "what it places is no symbol with a viewBox, and is scaled all the same");
     }
 
     void NoteNotFound(const ORVXmlNode& node, std::size_t index, std::string_view attribute,
