@@ -11,12 +11,13 @@ struct PrintOptions {
     ReadOptions read;
     std::vector<std::string> inputs;  ///< "-" for standard input
     std::string output;               ///< "-" for standard output
+    std::string outputName;           ///< what messages call it; empty: by its path
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
     double dotsPerInch = 90.0;
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
-/// well.
+/// well. An output never takes the place of an input.
 /// @return an exit code; a failure was reported
 int RunPrint(const PrintOptions& options);
