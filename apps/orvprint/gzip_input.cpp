@@ -73,13 +73,13 @@ bool IsGzip(std::string_view bytes) { return bytes.starts_with(kMagic); }
 UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, std::string& bytes,
                         std::string& error) {
     Inflater inflater(packed);
-    // A claim that is not out of the ordinary is believed: then nothing is moved while the text grows. One
-    // byte more lets the end show without another round.
-    const std::size_t believable = std::min(20 * packed.size(), limits.size);
+    // A claim within the limits is believed: then nothing is moved while the text grows. One byte more lets
+    // the end show without another round.
+    const std::size_t believable = std::min(std::max(packed.size() * limits.ratio, kStep), limits.size);
     bytes.resize(std::clamp(ClaimedSize(packed), std::min(kStep, believable), believable) + 1);
     std::size_t size = 0;
     for (;;) {
-        if (size == bytes.size()) bytes.resize(size + std::max(size, kStep));
+        if (size == bytes.size()) bytes.resize(std::min(size + std::max(size, kStep), limits.size + 1));
         std::size_t written = 0;
         const int status = inflater.Step(bytes.data() + size, bytes.size() - size, written);
         size += written;
