@@ -83,6 +83,17 @@ int Unpack(const std::string& path, std::string& bytes) {
     return Report(kExitUnreadable, InputName(path), error);
 }
 
+/// Reads all of an input and unpacks it; it may be empty. @return an exit code; a failure was reported
+int ReadBytes(const std::string& path, std::string& bytes) {
+    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
+    const bool read = ReadAll(descriptor, bytes);
+    const int error = errno;
+    if (descriptor != STDIN_FILENO) close(descriptor);
+    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
+    return Unpack(path, bytes);
+}
+
 /// True for a file that holds plain text, as far as its first bytes tell. What can be read only once, such as
 /// a pipe, is not looked at and is none.
 bool IsPlainFile(const std::string& path) {
@@ -253,13 +264,9 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
 }
 
 int ReadInput(const std::string& path, std::string& bytes) {
-    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
-    const bool read = ReadAll(descriptor, bytes);
-    const int error = errno;
-    if (descriptor != STDIN_FILENO) close(descriptor);
-    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
-    return Unpack(path, bytes);
+    if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
+    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    return kExitDone;
 }
 
 int CheckInput(const std::string& path) {
@@ -275,7 +282,6 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
     std::string bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
         code != kExitDone)
@@ -318,7 +324,7 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
             input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
         } else {
             std::string bytes;
-            if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+            if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
             input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::move(bytes)));
         }
         const auto interpreter = CreateInterpreter("SVG", input.get(), path);
@@ -327,7 +333,6 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
 
     std::string bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
     Document document;
     if (const int code = ParseDocument(path, options, true, std::move(bytes), document); code != kExitDone)
         return code;

@@ -41,7 +41,7 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options);
 /// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
 int CheckInput(const std::string& path);
 
-/// Reads all of an input and unpacks it when it is gzip data, whatever its name.
+/// Reads all of an input and unpacks it when it is gzip data, whatever its name. An empty one is a failure.
 /// @param path  of a file, or "-" for standard input
 /// @return an exit code; a failure was reported
 int ReadInput(const std::string& path, std::string& bytes);

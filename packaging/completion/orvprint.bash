@@ -14,7 +14,7 @@ _orvprint() {
     local reading="--parser --fragment --allow-dir --max-primitives --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
-        --grey --mono --stroke-scale --min-stroke"
+        --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options
     case ${COMP_WORDS[1]} in
         info | inspect | check | formats) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
@@ -24,18 +24,19 @@ _orvprint() {
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
-        check) options="--json --verbose --ignore $reading $elements -h" ;;
+        check) options="--json --verbose --ignore --qvxml $reading -h" ;;
         formats) options="--help -h" ;;
     esac
 
     case $previous in
         -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
         --parser) _orvprint_words "light dom" ;;
-        --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 Letter Legal Tabloid Ledger Executive" ;;
+        --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
+            ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;
         --orientation) _orvprint_words "auto portrait landscape" ;;
-        --scale) _orvprint_words "fit fill none 50% 100%" ;;
-        --align) _orvprint_words "center top bottom left right" ;;
-        --nup) _orvprint_words "2 4 6 8 9 16" ;;
+        --scale) _orvprint_words "fit fill none 50% 200%" ;;
+        --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
+        --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
         --dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;

@@ -31,9 +31,10 @@ constexpr const char* kCompletion = ORV_SOURCE_PATH "/packaging/completion/orvpr
 // Described already, while the command learns them.
 const Names kAheadCommands{"check"};
 const Names kAheadFormats{"ps", "eps", "svg", "tiff", "pwg"};
-const Names kAheadOptions{"--strict", "--verbose", "--ignore",       "--paper",      "--orientation",
-                          "--scale",  "--margin",  "--align",        "--tile",       "--overlap",
-                          "--nup",    "--grey",    "--stroke-scale", "--min-stroke", "--mono"};
+const Names kAheadOptions{"--strict",      "--verbose",      "--ignore",     "--paper",
+                          "--orientation", "--scale",        "--margin",     "--align",
+                          "--tile",        "--overlap",      "--nup",        "--grey",
+                          "--gray",        "--stroke-scale", "--min-stroke", "--mono"};
 
 Names Without(const Names& names, const Names& others) {
     Names rest;
