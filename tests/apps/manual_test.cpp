@@ -157,6 +157,17 @@ TEST_F(ManualTest, TellsOfEveryCommandFormatAndExitCode) {
     EXPECT_THAT(MatchesIn(manual_, "^\\.It ([0-9]+)$"), testing::IsSupersetOf(codes));
 }
 
+TEST_F(ManualTest, EveryFormatHasAPage) {
+    Names pages;
+    for (const auto& entry : std::filesystem::directory_iterator(ORV_SOURCE_PATH "/docs/formats"))
+        pages.insert(entry.path().stem());
+    EXPECT_EQ(pages.erase("README"), 1U);
+    EXPECT_THAT(pages, testing::IsSupersetOf(FormatsOfTool()));
+    EXPECT_EQ(Without(Without(pages, FormatsOfTool()), kAheadFormats), Names());
+    const std::string list = ReadSource(ORV_SOURCE_PATH "/docs/formats/README.md");
+    for (const std::string& page : pages) EXPECT_THAT(list, HasSubstr("| [" + page + "](" + page + ".md) |"));
+}
+
 TEST_F(ManualTest, CompletionOffersTheOptionsOfEveryCommandAndNoOther) {
     for (const std::string& command : Commands()) {
         SCOPED_TRACE("orvprint " + command);
