@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
 
+#include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/report.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
@@ -45,6 +47,44 @@ bool ReadAll(int descriptor, std::string& bytes) {
     }
     bytes.resize(size);
     return true;
+}
+
+/// Replaces packed bytes by what they hold. @return an exit code; a failure was reported
+int Unpack(const std::string& path, std::string& bytes) {
+    if (!IsGzip(bytes)) return kExitDone;
+    const std::string packed = std::move(bytes);
+    bytes = {};
+    std::string error;
+    switch (UnpackGzip(packed, UnpackLimits(), bytes, error)) {
+        case UnpackResult::kUnpacked: return kExitDone;
+        case UnpackResult::kOverLimit: return Report(kExitFailed, InputName(path), error);
+        case UnpackResult::kDamaged: break;
+    }
+    return Report(kExitUnreadable, InputName(path), error);
+}
+
+/// Reads all of an input and unpacks it; it may be empty. @return an exit code; a failure was reported
+int ReadBytes(const std::string& path, std::string& bytes) {
+    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
+    const bool read = ReadAll(descriptor, bytes);
+    const int error = errno;
+    if (descriptor != STDIN_FILENO) close(descriptor);
+    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
+    return Unpack(path, bytes);
+}
+
+/// True for a file that holds plain text, as far as its first bytes tell. What can be read only once, such as
+/// a pipe, is not looked at and is none.
+bool IsPlainFile(const std::string& path) {
+    struct stat information {};
+    if (stat(path.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    std::array<char, 2> start{};
+    const ssize_t got = read(descriptor, start.data(), start.size());
+    close(descriptor);
+    return got >= 0 && !IsGzip({start.data(), static_cast<std::size_t>(got)});
 }
 
 /// A parsed document. One of the two is set.
@@ -200,17 +240,6 @@ AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
 
 AccessScope::~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }
 
-int ReadInput(const std::string& path, std::string& bytes) {
-    const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
-    const bool read = ReadAll(descriptor, bytes);
-    const int error = errno;
-    if (descriptor != STDIN_FILENO) close(descriptor);
-    if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
-    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
-    return kExitDone;
-}
-
 std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std::string& path,
                                                const ReadOptions& options) {
     std::vector<const ORVXmlNode*> fragments;
@@ -233,7 +262,14 @@ void ApplyReadOptions(const ReadOptions& options) {
 }
 
 bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
-    return options.qvxml || !options.fragment.empty() || path.ends_with(".qvxml");
+    return options.qvxml || !options.fragment.empty() || path.ends_with(".qvxml") ||
+           path.ends_with(".qvxml.gz");
+}
+
+int ReadInput(const std::string& path, std::string& bytes) {
+    if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
+    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    return kExitDone;
 }
 
 int CheckInput(const std::string& path) {
@@ -281,17 +317,16 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
                       const std::function<int(ORVPrintInterpreter&)>& use) {
     const AccessScope access(path, options);
     if (options.fragment.empty()) {
+        if (const int code = CheckInput(path); code != kExitDone) return code;
         ORVRef<ORVPrintInput> input;
-        if (path == "-") {
-            std::string bytes;
-            if (!ReadAll(STDIN_FILENO, bytes))
-                return Report(kExitUnreadable, InputName(path), std::strerror(errno));
-            input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::move(bytes)));
-        } else {
-            if (const int code = CheckInput(path); code != kExitDone) return code;
+        if (path != "-" && IsPlainFile(path)) {
             input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
+        } else {
+            std::string bytes;
+            if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
+            input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::move(bytes)));
         }
-        const auto interpreter = CreateInterpreter("SVG", input.get(), "-");
+        const auto interpreter = CreateInterpreter("SVG", input.get(), path);
         return interpreter ? use(*interpreter) : kExitNoModule;
     }
 

@@ -57,12 +57,14 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options);
 /// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
 int CheckInput(const std::string& path);
 
-/// Reads an input whole. @return an exit code; a failure was reported
-int ReadInput(const std::string& path, std::string& bytes);
-
 /// The drawings inside an XML document that the options ask for; that there are none was reported.
 std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std::string& path,
                                                const ReadOptions& options);
+
+/// Reads all of an input and unpacks it when it is gzip data, whatever its name. An empty one is a failure.
+/// @param path  of a file, or "-" for standard input
+/// @return an exit code; a failure was reported
+int ReadInput(const std::string& path, std::string& bytes);
 
 /// Reads an input, checks that it is well formed, and hands its drawings to `use`, one after the other; each
 /// model lives only during its call. While documents are read, they may name files of the input's own folder

@@ -1,6 +1,7 @@
 #pragma once
 
-/// What the command tells its caller. Documented in README.md; scripts rely on the numbers.
+/// What the command tells its caller. Documented in README.md and docs/man/orvprint.1; scripts rely on the
+/// numbers.
 enum ExitCode : int {
     kExitDone = 0,
     kExitFound = 1,  ///< the check found something
@@ -13,4 +14,5 @@ enum ExitCode : int {
     kExitUnwritable = 8,
     kExitFailed = 9,  ///< printing failed, or a limit was reached
     kExitNoModule = 10,
+    kExitSomeFailed = 11,  ///< a batch went on after failures
 };

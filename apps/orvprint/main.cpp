@@ -2,36 +2,42 @@
 
 #include <CLI/CLI.hpp>
 
-#include <sys/stat.h>
-
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "apps/orvprint/batch.h"
 #include "apps/orvprint/check_command.h"
+#include "apps/orvprint/formats_command.h"
+#include "apps/orvprint/help.h"
 #include "apps/orvprint/info_command.h"
 #include "apps/orvprint/inspect_command.h"
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
+#include "generators/common/ORVTemporaryFile.h"
 
 namespace {
 
 constexpr const char* kDescription =
-    "Prints SVG drawings to PDF or PNG.\n"
+    "Prints SVG drawings.\n"
     "\n"
     "  orvprint drawing.svg -o drawing.pdf\n"
     "  orvprint sheet-1.svg sheet-2.svg -o set.pdf\n"
-    "  orvprint drawing.svg -o drawing.png --dpi 300\n";
+    "  orvprint drawing.svg -o drawing.png --dpi 300\n"
+    "  orvprint *.svg --out-dir pdf -f pdf\n"
+    "  orvprint info drawing.svg\n";
 
 constexpr const char* kExitCodes =
     "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable, 4 not "
     "well-formed XML, 5 no page,\n"
     "6 no such page, 7 unknown format, 8 output not writable, 9 printing failed or limit reached,\n"
-    "10 interpreter module missing.\n";
+    "10 interpreter module missing, 11 some inputs of a batch failed.\n"
+    "More in the manual: man orvprint.\n";
 
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command.add_option("--parser", options.parser, "XML parser: light or dom")
@@ -39,17 +45,17 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->option_text("light|dom [light]");
     command
         .add_option("--fragment", options.fragment,
-                    "Only the N-th svg element of an XML document, or the one with this id")
+                    "Only the N-th svg element of the document, or that of this id")
         ->option_text("N|ID");
     command
         .add_option("--allow-dir", options.allowedFolders,
-                    "Documents may name pictures in DIR and below, too (repeatable); their own folder they "
-                    "always may")
+                    "Pictures may lie in DIR and below, too (repeatable)")
         ->option_text("DIR")
         ->check(CLI::ExistingDirectory)
         ->take_all()
         ->allow_extra_args(false);
-    command.add_option("--max-primitives", options.primitiveLimit, "Primitives that a drawing may hold")
+    command
+        .add_option("--max-primitives", options.primitiveLimit, "Primitives that a drawing may hold, at most")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
 }
@@ -66,12 +72,29 @@ bool ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& ki
 
 void AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
-                     "The input is an XML document with svg elements inside (as are all .qvxml files)");
-    command.add_flag("--keep-going", options.keepGoing,
-                     "Print what stands before an error in the XML (--parser light)");
+                     "Input is an XML document with drawings inside, as .qvxml files are");
+    command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
+}
+
+void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+    auto* folder = command.add_option("--out-dir", options.folder, "Convert each input to DIR/NAME.FORMAT");
+    folder->option_text("DIR");
+    command.add_option("-j,--jobs", options.jobs, "Inputs converted at a time, with --out-dir")
+        ->option_text("N [cores]")
+        ->check(CLI::Range(1U, 1024U))
+        ->needs(folder);
+    command.add_flag("--quiet", options.isQuiet, "No progress bar and no summary");
+    command.get_option("--keep-going")
+        ->description("Go on after an error in the XML; with --out-dir, after an input that failed");
 }
 
 int Run(int argc, char** argv) {
+    // The command's first purpose has a name, too, like the others; it may be left out.
+    if (argc > 1 && std::string_view(argv[1]) == "print") {
+        argv[1] = argv[0];
+        --argc;
+        ++argv;
+    }
     CLI::App app(kDescription, "orvprint");
     app.footer(kExitCodes);
     app.set_version_flag("--version", "orvprint " ORVPRINT_VERSION);
@@ -83,9 +106,8 @@ int Run(int argc, char** argv) {
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
     app.add_option("-o,--output", print.output, "Where the output goes, - for standard output")
         ->option_text("FILE");
-    app.add_option("-f,--format", print.format,
-                   "Output format: pdf or png; otherwise the ending of FILE tells")
-        ->option_text("pdf|png");
+    app.add_option("-f,--format", print.format, "Output format; without it, the ending of FILE tells")
+        ->option_text(OutputFormatNames("|"));
     app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
@@ -94,6 +116,8 @@ int Run(int argc, char** argv) {
                  "Print nothing when the check finds something; see orvprint check");
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
+    BatchOptions batch;
+    AddBatchOptions(app, batch);
 
     ReadOptions infoOptions;
     std::string infoInput;
@@ -129,6 +153,8 @@ int Run(int argc, char** argv) {
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
                        "The input is an XML document with svg elements inside (as are all .qvxml files)");
+    const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
+    PrepareHelp(app);
 
     try {
         app.parse(argc, argv);
@@ -153,18 +179,34 @@ int Run(int argc, char** argv) {
                           "is no kind of findings; docs/check.md lists them");
         return RunCheck(check);
     }
+    if (formats->parsed()) return RunFormats();
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
-    if (print.output.empty()) return Report(kExitUsage, "", "no output; say where it goes with -o FILE");
+    if (print.output.empty() && batch.folder.empty())
+        return Report(kExitUsage, "", "no output; say where it goes with -o FILE or --out-dir DIR");
+    if (!print.output.empty() && !batch.folder.empty())
+        return Report(kExitUsage, "",
+                      "-o and --out-dir exclude each other: one file for all, or one for each");
     std::string error;
     if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     ApplyReadOptions(print.read);
-    return RunPrint(print);
+    if (batch.folder.empty()) return RunPrint(print);
+    batch.keepGoing = print.read.keepGoing;
+    return RunBatch(print, batch);
+}
+
+/// Ends the process as the signal wishes, but without leaving half a file.
+void EndBySignal(int signal) {
+    ORVTemporaryFile::RemoveAll();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
     // A reader that goes away is a failed output, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {

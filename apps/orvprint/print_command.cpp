@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "apps/orvprint/check_command.h"
+#include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/report.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
@@ -17,21 +18,13 @@
 
 namespace {
 
-std::string FormatNames() {
-    std::string names;
-    for (const ORVOutputFormat& format : ORVOutputFormats()) {
-        if (!names.empty()) names += ", ";
-        names += format.name;
-    }
-    return names;
-}
-
 /// The format asked for, or that of the output's ending. @return null after a report
 const ORVOutputFormat* FindFormat(const PrintOptions& options) {
     if (!options.format.empty()) {
         const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
         if (!format)
-            Report(kExitUnknownFormat, options.format, "is no output format; there are " + FormatNames());
+            Report(kExitUnknownFormat, options.format,
+                   "is no output format; there are " + OutputFormatNames(", "));
         return format;
     }
     const std::size_t nameStart =
@@ -41,7 +34,7 @@ const ORVOutputFormat* FindFormat(const PrintOptions& options) {
     const ORVOutputFormat* format = hasEnding ? ORVFindOutputFormat(options.output.substr(dot + 1)) : nullptr;
     if (!format)
         Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
-               "the name tells no output format; say it with -f, as one of " + FormatNames());
+               "the name tells no output format; say it with -f, as one of " + OutputFormatNames(", "));
     return format;
 }
 
@@ -54,9 +47,9 @@ public:
     /// Finds out whether the output can be written at all. @return an exit code
     int Check() {
         if (options_.output == "-") return kExitDone;
-        ORVFileOutput trial(options_.output, format_.onePageAPart && options_.inputs.size() > 1);
-        return trial.Prepare() == 1 ? static_cast<int>(kExitDone)
-                                    : Report(kExitUnwritable, options_.output, trial.GetError());
+        const auto trial = CreateFileOutput(format_.onePageAPart && options_.inputs.size() > 1);
+        return trial->Prepare() == 1 ? static_cast<int>(kExitDone)
+                                     : Report(kExitUnwritable, OutputName(), trial->GetError());
     }
 
     int PrintInput(const std::string& input) {
@@ -77,6 +70,18 @@ public:
     }
 
 private:
+    /// @param isNumbered  there may be several parts
+    std::unique_ptr<ORVFileOutput> CreateFileOutput(bool isNumbered) const {
+        auto output = std::make_unique<ORVFileOutput>(options_.output, isNumbered);
+        for (const std::string& input : options_.inputs) output->Protect(input == "-" ? "/dev/stdin" : input);
+        return output;
+    }
+
+    std::string OutputName() const {
+        if (!options_.outputName.empty()) return options_.outputName;
+        return DisplayName(options_.output, "standard output");
+    }
+
     std::string InputNames() const {
         const std::string first = DisplayName(options_.inputs.front(), "standard input");
         return options_.inputs.size() == 1 ? first : first + " and others";
@@ -123,7 +128,7 @@ private:
         if (options_.output == "-")
             output_ = std::make_unique<ORVDescriptorOutput>(STDOUT_FILENO);
         else
-            output_ = std::make_unique<ORVFileOutput>(options_.output, format_.onePageAPart && !isSingle);
+            output_ = CreateFileOutput(format_.onePageAPart && !isSingle);
         ORVFormatOptions formatOptions;
         formatOptions.dotsPerInch = options_.dotsPerInch;
         generator_ = format_.create(*output_, formatOptions);
@@ -133,8 +138,7 @@ private:
 
     int ReportFailure(const std::string& name, int status) {
         if (!output_->GetError().empty() || status == kOutputFailed)
-            return Report(kExitUnwritable, DisplayName(options_.output, "standard output"),
-                          output_->GetError());
+            return Report(kExitUnwritable, OutputName(), output_->GetError());
         switch (status) {
             case ORVPrintModelRender::kPageWithoutArea:
                 return Report(kExitFailed, name, "a page has no area that could be printed");

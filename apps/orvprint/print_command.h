@@ -11,6 +11,7 @@ struct PrintOptions {
     ReadOptions read;
     std::vector<std::string> inputs;  ///< "-" for standard input
     std::string output;               ///< "-" for standard output
+    std::string outputName;           ///< what messages call it; empty: by its path
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
     bool strict = false;              ///< print only what the check finds nothing in
@@ -18,6 +19,6 @@ struct PrintOptions {
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
-/// well.
+/// well. An output never takes the place of an input.
 /// @return an exit code; a failure was reported
 int RunPrint(const PrintOptions& options);

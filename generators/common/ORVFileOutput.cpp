@@ -7,12 +7,12 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "generators/common/ORVDescriptorOutput.h"
+#include "generators/common/ORVTemporaryFile.h"
 
 namespace {
 
@@ -47,8 +47,6 @@ ORVFileOutput::ORVFileOutput(const std::string& path, bool numbered) : path_(pat
 
 ORVFileOutput::~ORVFileOutput() {
     if (descriptor_ >= 0) close(descriptor_);
-    for (const Part& part : parts_)
-        if (!part.temporaryPath.empty()) unlink(part.temporaryPath.c_str());
 }
 
 std::string ORVFileOutput::PathOfPart(std::size_t number) const {
@@ -62,18 +60,16 @@ std::string ORVFileOutput::PathOfPart(std::size_t number) const {
 int ORVFileOutput::CheckTarget(const std::string& path) {
     struct stat information {};
     if (stat(path.c_str(), &information) != 0) return 1;
+    if (protected_.contains({information.st_dev, information.st_ino}))
+        return Fail("is an input; choose another name");
     if (S_ISDIR(information.st_mode)) return Fail("is a folder");
     if (access(path.c_str(), W_OK) != 0) return Fail(SystemError());
     return 1;
 }
 
-int ORVFileOutput::OpenTemporary(const std::string& finalPath, std::string& temporaryPath) {
-    const std::size_t nameStart = finalPath.rfind('/') == finalPath.npos ? 0 : finalPath.rfind('/') + 1;
-    // Room for the additions when the name itself is as long as names may be.
-    temporaryPath = finalPath.substr(0, nameStart) + "." + finalPath.substr(nameStart, 200) + ".XXXXXX";
-    const int descriptor = mkstemp(temporaryPath.data());
+int ORVFileOutput::OpenTemporary(const std::string& finalPath, ORVTemporaryFile& temporary) {
+    const int descriptor = temporary.Create(finalPath);
     if (descriptor < 0) {
-        temporaryPath.clear();
         Fail(SystemError());
         return -1;
     }
@@ -83,15 +79,21 @@ int ORVFileOutput::OpenTemporary(const std::string& finalPath, std::string& temp
     return descriptor;
 }
 
+void ORVFileOutput::Protect(const std::string& path) {
+    struct stat information {};
+    // Devices and pipes are not replaced: they may well be both.
+    if (stat(path.c_str(), &information) == 0 && S_ISREG(information.st_mode))
+        protected_.emplace(information.st_dev, information.st_ino);
+}
+
 int ORVFileOutput::Prepare() {
     const std::string path = FollowLinks(PathOfPart(1));
     if (CheckTarget(path) != 1) return 0;
     if (IsSpecial(path)) return 1;
-    std::string temporaryPath;
-    const int descriptor = OpenTemporary(path, temporaryPath);
+    ORVTemporaryFile trial;
+    const int descriptor = OpenTemporary(path, trial);
     if (descriptor < 0) return 0;
     close(descriptor);
-    unlink(temporaryPath.c_str());
     return 1;
 }
 
@@ -105,7 +107,8 @@ int ORVFileOutput::BeginPart() {
         descriptor_ = open(part.finalPath.c_str(), O_WRONLY | O_CLOEXEC);
         if (descriptor_ < 0) return Fail(SystemError());
     } else {
-        descriptor_ = OpenTemporary(part.finalPath, part.temporaryPath);
+        part.temporary = std::make_unique<ORVTemporaryFile>();
+        descriptor_ = OpenTemporary(part.finalPath, *part.temporary);
         if (descriptor_ < 0) return 0;
     }
     parts_.push_back(std::move(part));
@@ -132,9 +135,8 @@ int ORVFileOutput::Commit() {
     if (writer_ && EndPart() != 1) return 0;
     if (!GetError().empty()) return 0;
     for (Part& part : parts_) {
-        if (part.temporaryPath.empty()) continue;
-        if (std::rename(part.temporaryPath.c_str(), part.finalPath.c_str()) != 0) return Fail(SystemError());
-        part.temporaryPath.clear();
+        if (part.temporary && !part.temporary->MoveTo(part.finalPath)) return Fail(SystemError());
+        part.temporary.reset();
     }
     return 1;
 }

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "generators/common/ORVOutput.h"
 
 class ORVDescriptorOutput;
+class ORVTemporaryFile;
 
 /// Writes files. A part grows in a hidden file beside its final name and takes that name in Commit, so that
 /// what stood there before stays until the new output is complete. Devices and pipes are written directly.
@@ -16,6 +21,9 @@ public:
     /// @param numbered  true: there may be several parts; "name.png" becomes "name-1.png", "name-2.png" ...
     ORVFileOutput(const std::string& path, bool numbered);
     ~ORVFileOutput() override;
+
+    /// Refuses to put a part in the place of this file, under whatever name, while it exists.
+    void Protect(const std::string& path);
 
     /// Finds out, before any work is done, whether the output can be written. @return 1, or 0 with an error
     [[nodiscard]] int Prepare();
@@ -27,15 +35,19 @@ public:
 
 private:
     struct Part {
-        std::string temporaryPath;  // empty when the file is written directly
+        std::unique_ptr<ORVTemporaryFile> temporary;  // null when the file is written directly
         std::string finalPath;
     };
     std::string PathOfPart(std::size_t number) const;
-    int OpenTemporary(const std::string& finalPath, std::string& temporaryPath);
+    int OpenTemporary(const std::string& finalPath, ORVTemporaryFile& temporary);
     int CheckTarget(const std::string& path);
+
+    /// A file by what it is, not by its name.
+    using Identity = std::pair<dev_t, ino_t>;
 
     const std::string path_;
     const bool numbered_;
+    std::set<Identity> protected_;
     std::vector<Part> parts_;
     int descriptor_ = -1;
     std::unique_ptr<ORVDescriptorOutput> writer_;  // of the open part

@@ -236,6 +236,21 @@ TEST_F(PrintTest, SeveralPicturesDoNotFitIntoOneStream) {
     EXPECT_THAT(Run({"two.svg", "-f", "png", "-o", "-", "--pages", "1"}).output, StartsWith("\x89PNG"));
 }
 
+TEST_F(PrintTest, PrintingHasAName) {
+    EXPECT_EQ(Run({"print", "a.svg", "-o", "named.png"}).exitCode, 0);
+    EXPECT_EQ(Run({"a.svg", "-o", "plain.png"}).exitCode, 0);
+    EXPECT_EQ(ReadFile("named.png"), ReadFile("plain.png"));
+    EXPECT_EQ(Run({"print"}).exitCode, 2);
+    EXPECT_EQ(Run({"print", "--help"}).output, Run({"--help"}).output);
+}
+
+TEST_F(PrintTest, FormatsAreListed) {
+    const ToolRun run = Run({"formats"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, HasSubstr("pdf    one file for all pages\n"));
+    EXPECT_THAT(run.output, HasSubstr("png    a file for each page\n"));
+}
+
 TEST_F(PrintTest, HelpAndVersionAreNoFailures) {
     const ToolRun help = Run({"--help"}), version = Run({"--version"});
     EXPECT_EQ(help.exitCode, 0);

@@ -34,15 +34,21 @@ ToolRun ToolTest::Run(const std::vector<std::string>& arguments, const std::stri
 }
 
 ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std::string& input) const {
+    return WaitFor(StartProgram(command, input));
+}
+
+RunningTool ToolTest::StartProgram(const std::vector<std::string>& command, const std::string& input) const {
     // The streams are files beside the folder, so that it holds only what the command made.
-    const fs::path in = Folder().string() + ".in", out = Folder().string() + ".out",
-                   err = Folder().string() + ".err";
-    std::ofstream(in, std::ios::binary) << input;
-    const pid_t child = fork();
-    if (child == 0) {
-        Redirect(in, O_RDONLY, STDIN_FILENO);
-        Redirect(out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-        Redirect(err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    RunningTool running;
+    running.in = Folder().string() + ".in";
+    running.out = Folder().string() + ".out";
+    running.err = Folder().string() + ".err";
+    std::ofstream(running.in, std::ios::binary) << input;
+    running.pid = fork();
+    if (running.pid == 0) {
+        Redirect(running.in, O_RDONLY, STDIN_FILENO);
+        Redirect(running.out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+        Redirect(running.err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
         if (chdir(Folder().c_str()) != 0) _exit(126);
         std::vector<char*> arguments;
         for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
@@ -50,13 +56,19 @@ ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std:
         execvp(arguments.front(), arguments.data());
         _exit(127);
     }
+    return running;
+}
+
+ToolRun ToolTest::WaitFor(const RunningTool& running) {
     int status = 0;
     ToolRun run;
-    if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status))
-        run.exitCode = WEXITSTATUS(status);
-    run.output = ReadWhole(out);
-    run.errors = ReadWhole(err);
-    for (const fs::path& path : {in, out, err}) fs::remove(path);
+    if (running.pid > 0 && waitpid(running.pid, &status, 0) == running.pid) {
+        if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
+        if (WIFSIGNALED(status)) run.signal = WTERMSIG(status);
+    }
+    run.output = ReadWhole(running.out);
+    run.errors = ReadWhole(running.err);
+    for (const fs::path& path : {running.in, running.out, running.err}) fs::remove(path);
     return run;
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -10,8 +12,15 @@
 
 /// One run of the command.
 struct ToolRun {
-    int exitCode = -1;
+    int exitCode = -1;  ///< -1 when a signal ended it
+    int signal = 0;     ///< that signal
     std::string output, errors;
+};
+
+/// A command that runs beside the test.
+struct RunningTool {
+    pid_t pid = -1;
+    std::filesystem::path in, out, err;  ///< its standard streams
 };
 
 /// A folder of the test's own, in which the command runs.
@@ -21,6 +30,10 @@ protected:
     ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = {}) const;
     /// Runs another program of the system.
     ToolRun RunProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
+
+    /// The same in two steps. What was started must be waited for.
+    RunningTool StartProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
+    static ToolRun WaitFor(const RunningTool& running);
 
     void WriteFile(const std::string& name, const std::string& content) const;
     std::string ReadFile(const std::string& name) const;

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "generators/common/ORVTemporaryFile.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -105,6 +106,51 @@ TEST_F(FileOutputTest, PrepareTellsWhatCannotBeWrittenAndLeavesNothing) {
     ORVFileOutput folder(folder_.Path().string(), false);
     EXPECT_EQ(folder.Prepare(), 0);
     EXPECT_FALSE(folder.GetError().empty());
+}
+
+TEST_F(FileOutputTest, ProtectedFilesAreKeptUnderEveryName) {
+    std::ofstream(Path("input")) << "old";
+    fs::create_hard_link(Path("input"), Path("a-2.txt"));
+    fs::create_symlink("input", Path("link"));
+    for (const char* name : {"input", "link"}) {
+        ORVFileOutput output(Path(name), false);
+        output.Protect(Path("input"));
+        EXPECT_EQ(output.Prepare(), 0);
+        EXPECT_NE(output.GetError().find("is an input"), std::string::npos);
+    }
+    ORVFileOutput output(Path("a.txt"), true);
+    output.Protect(Path("input"));
+    output.Protect(Path("missing"));
+    output.Protect("/dev/null");
+    EXPECT_EQ(output.Prepare(), 1);
+    WritePart(output, "1");
+    EXPECT_EQ(output.BeginPart(), 0);
+    EXPECT_EQ(output.Commit(), 0);
+    EXPECT_EQ(Content("input"), "old");
+    EXPECT_FALSE(fs::exists(Path("a-1.txt")));
+}
+
+TEST_F(FileOutputTest, DevicesMayBeInputAndOutput) {
+    ORVFileOutput output("/dev/null", false);
+    output.Protect("/dev/null");
+    EXPECT_EQ(output.Prepare(), 1);
+}
+
+TEST_F(FileOutputTest, EndOfTheProcessTakesTemporaryFilesAlong) {
+    ORVFileOutput committed(Path("b.txt"), true);
+    WritePart(committed, "1");
+    EXPECT_EQ(committed.Commit(), 1);
+    {
+        ORVFileOutput dropped(Path("c.txt"), false);
+        WritePart(dropped, "1");
+    }
+    ORVFileOutput output(Path("a.txt"), true);
+    WritePart(output, "1");
+    WritePart(output, "2");
+    EXPECT_EQ(CountFiles(), 3U);
+    ORVTemporaryFile::RemoveAll();
+    EXPECT_EQ(CountFiles(), 1U);
+    EXPECT_EQ(Content("b-1.txt"), "1");
 }
 
 TEST_F(FileOutputTest, FullDevicesAreNoticed) {

@@ -1,0 +1,146 @@
+#include "apps/orvprint/worker_process.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// Descriptors of all workers: a new one inherits and closes them. Were one kept open, the end of another
+// process would not show.
+std::vector<int>& OpenDescriptors() {
+    static std::vector<int> descriptors;
+    return descriptors;
+}
+
+void Note(int descriptor) { OpenDescriptors().push_back(descriptor); }
+
+void CloseNoted(int& descriptor) {
+    if (descriptor < 0) return;
+    std::erase(OpenDescriptors(), descriptor);
+    close(std::exchange(descriptor, -1));
+}
+
+/// Moves whole values through a socket. @return false at its end
+template <class Value>
+bool Receive(int descriptor, Value& value) {
+    ssize_t got = 0;
+    do {
+        got = recv(descriptor, &value, sizeof value, MSG_WAITALL);
+    } while (got < 0 && errno == EINTR);
+    return got == static_cast<ssize_t>(sizeof value);
+}
+
+template <class Value>
+bool Send(int descriptor, const Value& value) {
+    ssize_t sent = 0;
+    do {
+        sent = send(descriptor, &value, sizeof value, MSG_NOSIGNAL);
+    } while (sent < 0 && errno == EINTR);
+    return sent == static_cast<ssize_t>(sizeof value);
+}
+
+/// The worker's life.
+[[noreturn]] void Serve(const WorkerProcess::Work& work, int channel, int errors) {
+    for (const int descriptor : OpenDescriptors()) close(descriptor);
+    // The terminal's signals go to all processes; what becomes of them decides the one that started the
+    // batch.
+    std::signal(SIGINT, SIG_IGN);
+    std::signal(SIGHUP, SIG_IGN);
+    std::signal(SIGTERM, SIG_DFL);
+    if (dup2(errors, STDERR_FILENO) < 0) _exit(1);
+    close(errors);
+    for (std::uint32_t job = 0; Receive(channel, job);) {
+        const auto code = static_cast<std::int32_t>(work(job));
+        if (!Send(channel, code)) break;
+    }
+    // What the starting process had opened or would do at its end is not the worker's.
+    _exit(0);
+}
+
+}  // namespace
+
+bool WorkerProcess::Start(const Work& work) {
+    Kill();
+    std::array<int, 2> channel{}, errors{};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, channel.data()) != 0) return false;
+    if (pipe2(errors.data(), O_CLOEXEC) != 0) {
+        const int error = errno;
+        for (const int descriptor : channel) close(descriptor);
+        errno = error;
+        return false;
+    }
+    channel_ = channel[0];
+    errors_ = errors[0];
+    Note(channel_);
+    Note(errors_);
+    fcntl(errors_, F_SETFL, O_NONBLOCK);
+
+    pid_ = fork();
+    if (pid_ == 0) Serve(work, channel[1], errors[1]);
+    const int error = errno;
+    close(channel[1]);
+    close(errors[1]);
+    if (pid_ < 0) Close();
+    errno = error;
+    return pid_ > 0;
+}
+
+bool WorkerProcess::Give(std::uint32_t job) { return channel_ >= 0 && Send(channel_, job); }
+
+bool WorkerProcess::TakeResult(int& code) {
+    std::int32_t result = 0;
+    if (!Receive(channel_, result)) return false;
+    code = result;
+    return true;
+}
+
+bool WorkerProcess::TakeErrors(std::string& text) {
+    std::array<char, 4096> block;
+    for (;;) {
+        const ssize_t got = read(errors_, block.data(), block.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return true;
+        if (got == 0) return false;
+        text.append(block.data(), static_cast<std::size_t>(got));
+    }
+}
+
+std::string WorkerProcess::Reap() {
+    int status = 0;
+    pid_t ended = waitpid(pid_, &status, 0);
+    while (ended < 0 && errno == EINTR) ended = waitpid(pid_, &status, 0);
+    pid_ = -1;
+    Close();
+    if (ended > 0 && WIFSIGNALED(status)) {
+        const int signal = WTERMSIG(status);
+        std::string words = "was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+        if (signal == SIGKILL) words += ", perhaps because memory was short";
+        return words;
+    }
+    return "ended by itself";
+}
+
+void WorkerProcess::Kill() {
+    if (pid_ > 0) {
+        kill(pid_, SIGKILL);
+        while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        pid_ = -1;
+    }
+    Close();
+}
+
+void WorkerProcess::Close() {
+    CloseNoted(channel_);
+    CloseNoted(errors_);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+/// A process of its own for numbered jobs. It lives as long as there is work, so that what the first job sets
+/// up (the interpreter, fonts) serves all others, and what a job breaks stays within it. Its standard error
+/// goes through a pipe to the process that made it.
+class WorkerProcess {
+public:
+    /// Done in the worker; throws nothing. @return an exit code
+    using Work = std::function<int(std::uint32_t job)>;
+
+    WorkerProcess() = default;
+    ~WorkerProcess() { Kill(); }
+    WorkerProcess(const WorkerProcess&) = delete;
+    WorkerProcess& operator=(const WorkerProcess&) = delete;
+
+    /// Starts the process. Descriptors that it inherits and must not keep are those of other workers: they
+    /// are closed. It ends when this object goes away, or this process.
+    /// @return false with errno
+    bool Start(const Work& work);
+    bool IsRunning() const { return pid_ > 0; }
+
+    /// Hands over a job. @return false when the worker is gone
+    bool Give(std::uint32_t job);
+    /// Takes the result of the job. To be called when the descriptor is readable.
+    /// @return false when the worker ended instead
+    bool TakeResult(int& code);
+    /// Takes what the worker wrote to standard error so far. @return false when there is no more to come
+    bool TakeErrors(std::string& text);
+
+    int GetResultDescriptor() const { return channel_; }
+    int GetErrorDescriptor() const { return errors_; }
+
+    /// Takes leave of a worker that ended by itself. @return how it ended, in words
+    std::string Reap();
+    /// Ends the worker at once.
+    void Kill();
+
+private:
+    void Close();
+
+    pid_t pid_ = -1;
+    int channel_ = -1;  // jobs go in, results come out
+    int errors_ = -1;
+};

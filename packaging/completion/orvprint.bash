@@ -1,0 +1,82 @@
+# Completion of the command orvprint in bash.
+
+_orvprint() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    COMPREPLY=()
+
+    # "--option=value" comes as three words.
+    if [ "$current" = = ]; then
+        current=
+    elif [ "$previous" = = ] && ((COMP_CWORD > 1)); then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+
+    local reading="--parser --fragment --allow-dir --max-primitives --help"
+    local elements="--qvxml --keep-going"
+    local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
+        --grey --gray --mono --stroke-scale --min-stroke"
+    local command=print options
+    case ${COMP_WORDS[1]} in
+        info | inspect | check | formats) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
+    esac
+    case $command in
+        print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --version
+            $reading $elements $sheets -o -f -j -h" ;;
+        info) options="--json $reading $elements -h" ;;
+        inspect) options="--json $reading -h" ;;
+        check) options="--json --verbose --ignore --qvxml $reading -h" ;;
+        formats) options="--help -h" ;;
+    esac
+
+    case $previous in
+        -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
+        --parser) _orvprint_words "light dom" ;;
+        --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
+            ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;
+        --orientation) _orvprint_words "auto portrait landscape" ;;
+        --scale) _orvprint_words "fit fill none 50% 200%" ;;
+        --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
+        --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
+        --dpi) _orvprint_words "90 150 300 600 1200" ;;
+        -o | --output) _orvprint_files '*' ;;
+        --out-dir | --allow-dir) _orvprint_files '' ;;
+        --pages | --fragment | --max-primitives | --margin | --overlap | --stroke-scale | --min-stroke | \
+            --ignore | -j | --jobs) ;;
+        *)
+            case $current in
+                -*) _orvprint_words "$options" ;;
+                *)
+                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check formats"; fi
+                    if [ "$command" != formats ]; then _orvprint_files drawings; fi
+                    ;;
+            esac
+            ;;
+    esac
+}
+
+# Adds those of the words that begin as the current one does.
+_orvprint_words() {
+    local word
+    while IFS= read -r word; do COMPREPLY+=("$word"); done < <(compgen -W "$1" -- "$current")
+}
+
+# Adds folders, and files: all, none, or those that look like drawings (all, when none does).
+_orvprint_files() {
+    local path files=() folders=()
+    compopt -o filenames 2>/dev/null # the shell then quotes, and puts a slash behind folders
+    while IFS= read -r path; do
+        if [ -d "$path" ]; then
+            folders+=("$path")
+            continue
+        fi
+        case $1:${path,,} in
+            '*':* | drawings:*.svg | drawings:*.svgz | drawings:*.qvxml | drawings:*.gz) files+=("$path") ;;
+        esac
+    done < <(compgen -f -- "$current")
+    if [ "$1" = drawings ] && [ ${#files[@]} = 0 ] && [ ${#folders[@]} = 0 ]; then
+        while IFS= read -r path; do files+=("$path"); done < <(compgen -f -- "$current")
+    fi
+    COMPREPLY+=("${folders[@]}" "${files[@]}")
+}
+
+complete -F _orvprint orvprint
