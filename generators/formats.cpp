@@ -4,6 +4,7 @@
 
 #include "generators/pdf/ORVPdfGenerator.h"
 #include "generators/png/ORVPngGenerator.h"
+#include "generators/svg/ORVSvgGenerator.h"
 #include "platform/system/number_conversion.h"
 
 namespace {
@@ -28,9 +29,14 @@ std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormat
     return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, options.dotsPerInch);
 }
 
+std::unique_ptr<ORVFormatGenerator> CreateSvg(ORVOutput& output, const ORVFormatOptions& /*options*/) {
+    return std::make_unique<FormatGenerator<ORVSvgGenerator>>(output);
+}
+
 constexpr std::array kFormats{
     ORVOutputFormat{"pdf", false, CreatePdf},
     ORVOutputFormat{"png", true, CreatePng},
+    ORVOutputFormat{"svg", true, CreateSvg},
 };
 
 }  // namespace
