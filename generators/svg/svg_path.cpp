@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
+#include <numbers>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +14,8 @@
 namespace {
 
 using Verb = ORVPrintPath::Verb;
+
+constexpr double kPi = std::numbers::pi;
 
 /// A point in fixed point.
 struct FixedPoint {
@@ -113,38 +117,42 @@ SvgOutline RecogniseRectangle(const std::vector<ORVMathPoint2D>& points, const O
             static_cast<double>(std::abs(a.y - c.y)) * unit};
 }
 
+/// Recognises ellipses that are drawn in 4 or 8 equal arcs, as the framework does.
 SvgOutline RecogniseEllipse(const std::vector<ORVMathPoint2D>& points, const ORVMathAffine2D& map,
                             int places) {
-    // How far the control points of a quarter lie along its tangents, in radii.
-    const double kappa = 4.0 / 3.0 * (std::sqrt(2.0) - 1.0);
-    std::array<ORVMathPoint2D, 13> p;
+    std::array<ORVMathPoint2D, 25> p;
     std::transform(points.begin(), points.end(), p.begin(), map);
-    const ORVMathPoint2D centre{0.5 * (p[0].x + p[6].x), 0.5 * (p[0].y + p[6].y)};
-    const double rx = std::max(std::fabs(p[0].x - centre.x), std::fabs(p[3].x - centre.x));
-    const double ry = std::max(std::fabs(p[0].y - centre.y), std::fabs(p[3].y - centre.y));
+    const std::size_t arcs = points.size() / 3;
+    const ORVMathPoint2D opposite = p[3 * arcs / 2];
+    const ORVMathPoint2D centre{0.5 * (p[0].x + opposite.x), 0.5 * (p[0].y + opposite.y)};
+    double rx = 0.0, ry = 0.0;
+    for (std::size_t i = 0; i < arcs; ++i) {
+        rx = std::max(rx, std::fabs(p[3 * i].x - centre.x));
+        ry = std::max(ry, std::fabs(p[3 * i].y - centre.y));
+    }
+    // A circle that has been turned has none of its points on the axes.
+    const double radius = std::hypot(p[0].x - centre.x, p[0].y - centre.y);
+    if (IsClose(radius, std::hypot(p[3].x - centre.x, p[3].y - centre.y), 1e-6 * radius) &&
+        radius >= std::max(rx, ry) * (1.0 - 1e-6) && IsClose(rx, ry, 0.3 * radius))
+        rx = ry = radius;
     const double unit = std::pow(10.0, -places);
-    const double toleranceX = std::max(0.5 * unit, 1e-4 * rx), toleranceY = std::max(0.5 * unit, 1e-4 * ry);
     if (!(rx > unit) || !(ry > unit) || !std::isfinite(rx) || !std::isfinite(ry)) return {};
-    for (std::size_t quarter = 0; quarter < 4; ++quarter) {
-        const ORVMathPoint2D &from = p[3 * quarter], &control1 = p[3 * quarter + 1],
-                             &control2 = p[3 * quarter + 2], &to = p[3 * quarter + 3];
-        // From one axis to the other.
-        const bool startsAtSide = IsClose(from.y, centre.y, toleranceY);
-        const double x = startsAtSide ? from.x : to.x, y = startsAtSide ? to.y : from.y;
-        const ORVMathPoint2D side{x, centre.y}, top{centre.x, y};
-        if (!IsClose(std::fabs(x - centre.x), rx, toleranceX) ||
-            !IsClose(std::fabs(y - centre.y), ry, toleranceY))
+
+    const double start = std::atan2((p[0].y - centre.y) / ry, (p[0].x - centre.x) / rx);
+    const double second = std::atan2((p[3].y - centre.y) / ry, (p[3].x - centre.x) / rx);
+    const double step = std::copysign(2.0 * kPi / static_cast<double>(arcs), std::sin(second - start));
+    const double handle = 4.0 / 3.0 * std::tan(step / 4.0);
+    const double toleranceX = std::max(0.5 * unit, 1e-4 * rx), toleranceY = std::max(0.5 * unit, 1e-4 * ry);
+    const auto isAt = [&](const ORVMathPoint2D& point, double x, double y) {
+        return IsClose(point.x, centre.x + rx * x, toleranceX) &&
+               IsClose(point.y, centre.y + ry * y, toleranceY);
+    };
+    for (std::size_t i = 0; i < arcs; ++i) {
+        const double from = start + step * static_cast<double>(i), to = from + step;
+        const double c0 = std::cos(from), s0 = std::sin(from), c1 = std::cos(to), s1 = std::sin(to);
+        if (!isAt(p[3 * i], c0, s0) || !isAt(p[3 * i + 1], c0 - handle * s0, s0 + handle * c0) ||
+            !isAt(p[3 * i + 2], c1 + handle * s1, s1 - handle * c1) || !isAt(p[3 * i + 3], c1, s1))
             return {};
-        const ORVMathPoint2D nearSide{x, centre.y + kappa * (y - centre.y)},
-            nearTop{centre.x + kappa * (x - centre.x), y};
-        const std::array<ORVMathPoint2D, 4> expected{
-            startsAtSide ? side : top, startsAtSide ? nearSide : nearTop, startsAtSide ? nearTop : nearSide,
-            startsAtSide ? top : side};
-        const std::array<ORVMathPoint2D, 4> actual{from, control1, control2, to};
-        for (std::size_t i = 0; i < 4; ++i)
-            if (!IsClose(actual[i].x, expected[i].x, toleranceX) ||
-                !IsClose(actual[i].y, expected[i].y, toleranceY))
-                return {};
     }
     const bool isCircle = ToFixed(rx, places) == ToFixed(ry, places);
     return {isCircle ? SvgOutline::Kind::kCircle : SvgOutline::Kind::kEllipse, centre.x, centre.y, rx, ry};
@@ -156,8 +164,11 @@ SvgOutline RecogniseOutline(const ORVPrintPath& path, const ORVMathAffine2D& map
     if (path.points.size() == 4 &&
         HasVerbs(path, {Verb::kMove, Verb::kLine, Verb::kLine, Verb::kLine, Verb::kClose}))
         return RecogniseRectangle(path.points, map, places);
-    if (path.points.size() == 13 &&
-        HasVerbs(path, {Verb::kMove, Verb::kCubic, Verb::kCubic, Verb::kCubic, Verb::kCubic, Verb::kClose}))
+    if ((path.points.size() == 13 || path.points.size() == 25) &&
+        path.verbs.size() == path.points.size() / 3 + 2 && path.verbs.front() == Verb::kMove &&
+        path.verbs.back() == Verb::kClose &&
+        std::all_of(path.verbs.begin() + 1, path.verbs.end() - 1,
+                    [](Verb verb) { return verb == Verb::kCubic; }))
         return RecogniseEllipse(path.points, map, places);
     return {};
 }
