@@ -43,10 +43,8 @@ std::unique_ptr<ORVFormatGenerator> CreateEps(ORVOutput& output, const ORVFormat
 }
 
 constexpr std::array kFormats{
-    ORVOutputFormat{"pdf", false, CreatePdf},
-    ORVOutputFormat{"png", true, CreatePng},
-    ORVOutputFormat{"svg", true, CreateSvg},
-    ORVOutputFormat{"ps", false, CreatePostScript},
+    ORVOutputFormat{"pdf", false, CreatePdf}, ORVOutputFormat{"png", true, CreatePng},
+    ORVOutputFormat{"svg", true, CreateSvg},  ORVOutputFormat{"ps", false, CreatePostScript},
     ORVOutputFormat{"eps", true, CreateEps},
 };
 

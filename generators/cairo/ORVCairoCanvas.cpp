@@ -243,11 +243,10 @@ bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run
     const auto count = static_cast<int>(glyphs.size());
     CairoClusters clusters;
     if (medium_ == Medium::kVectors && FindClusters(text.text, run, clusters))
-        cairo_show_text_glyphs(cr_, clusters.text.data(), static_cast<int>(clusters.text.size()),
-                               glyphs.data(), count, clusters.list.data(),
-                               static_cast<int>(clusters.list.size()),
-                               run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD
-                                               : static_cast<cairo_text_cluster_flags_t>(0));
+        cairo_show_text_glyphs(
+            cr_, clusters.text.data(), static_cast<int>(clusters.text.size()), glyphs.data(), count,
+            clusters.list.data(), static_cast<int>(clusters.list.size()),
+            run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : static_cast<cairo_text_cluster_flags_t>(0));
     else
         cairo_show_glyphs(cr_, glyphs.data(), count);
     return true;

@@ -13,8 +13,8 @@ struct ORVGlyphRun;
 /// images.
 class ORVCairoCanvas {
 public:
-    /// What cairo makes of the drawing: on pixels, letters are drawn as outlines, so that they stay where they
-    /// are; in vectors they remain text in embedded fonts.
+    /// What cairo makes of the drawing: on pixels, letters are drawn as outlines, so that they stay where
+    /// they are; in vectors they remain text in embedded fonts.
     enum class Medium { kPixels, kVectors };
     explicit ORVCairoCanvas(Medium medium) : medium_(medium) {}
 

@@ -25,8 +25,8 @@ constexpr double kLargestSide = 14'400.0;
 constexpr double kLeastResolution = 300.0, kGreatestResolution = 1200.0;
 // Pixels of a page at most that is transparent all over.
 constexpr double kPicturePixels = 5e7;
-// cairo makes a picture of every transparent part, and draws the whole page for each. Where there are more parts
-// than this, one picture takes in all of them.
+// cairo makes a picture of every transparent part, and draws the whole page for each. Where there are more
+// parts than this, one picture takes in all of them.
 constexpr std::size_t kMostPictures = 256;
 
 /// Dots an inch for pictures of transparent parts.
@@ -156,11 +156,12 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
     State& state = *state_;
     const double width = info.width * kPointsPerUserUnit, height = info.height * kPointsPerUserUnit;
     if (!(width <= kLargestSide) || !(height <= kLargestSide)) {
-        state.error = "page " + std::to_string(info.number) + " is larger than PostScript output may be (5080 mm)";
+        state.error =
+            "page " + std::to_string(info.number) + " is larger than PostScript output may be (5080 mm)";
         return kPageTooLarge;
     }
-    // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page must
-    // hold all of it.
+    // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page
+    // must hold all of it.
     const double sheetWidth = std::max(1.0, state.encapsulated ? std::ceil(width - 1e-6) : std::round(width));
     const double sheetHeight =
         std::max(1.0, state.encapsulated ? std::ceil(height - 1e-6) : std::round(height));

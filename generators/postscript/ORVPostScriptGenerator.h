@@ -5,12 +5,13 @@
 
 #include "generators/formats.h"
 
-/// Writes PostScript of level 3, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as they
-/// are. A user unit is 0.8 point. What the format has not, such as transparency, becomes a picture of that part
-/// of the page. Groups and links have no place in it.
+/// Writes PostScript of level 3, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as
+/// they are. A user unit is 0.8 point. What the format has not, such as transparency, becomes a picture of
+/// that part of the page. Groups and links have no place in it.
 class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
-    /// @param output        receives all pages as one part, or a part a page of EPS; must outlive the generator
+    /// @param output        receives all pages as one part, or a part a page of EPS; must outlive the
+    /// generator
     /// @param options       pictures of transparent parts have at least 300 dots an inch
     /// @param encapsulated  EPS
     ORVPostScriptGenerator(ORVOutput& output, const ORVFormatOptions& options, bool encapsulated);

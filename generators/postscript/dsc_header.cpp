@@ -47,7 +47,8 @@ std::string DscHeaderFilter::Rewrite(std::string_view line) const {
     }
     if (line.starts_with("%%Creator:")) return "%%Creator: orvprint\n";
     if (line.starts_with("%%CreationDate:"))
-        return header_.creationDate.empty() ? std::string() : "%%CreationDate: " + header_.creationDate + "\n";
+        return header_.creationDate.empty() ? std::string()
+                                            : "%%CreationDate: " + header_.creationDate + "\n";
     if (line.starts_with("%%BoundingBox:")) {
         // The drawing hangs at the upper edge of a sheet of whole points.
         const double width = std::ceil(header_.width - 1e-6), height = std::ceil(header_.height - 1e-6);

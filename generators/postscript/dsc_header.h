@@ -14,8 +14,9 @@ struct DscHeader {
     bool encapsulated = false;
 };
 
-/// Passes a PostScript document on to an output, its head comments put right on the way: the author's words for
-/// title and creator, no time of day, and the page as bounding box. Everything else goes through as it comes.
+/// Passes a PostScript document on to an output, its head comments put right on the way: the author's words
+/// for title and creator, no time of day, and the page as bounding box. Everything else goes through as it
+/// comes.
 class DscHeaderFilter {
 public:
     /// @param header  is read when the head of the document comes along; must stay until then
@@ -36,6 +37,6 @@ private:
     std::string line_;  // of the head, as far as it has come
 };
 
-/// A text as comments take it: as it is when it consists of printable characters, else as a PostScript string,
-/// cut off where the line would be too long.
+/// A text as comments take it: as it is when it consists of printable characters, else as a PostScript
+/// string, cut off where the line would be too long.
 std::string DscText(std::string_view text);

@@ -237,7 +237,8 @@ int ORVSvgGenerator::BeginPage(const ORVPrintPageInfo& info) {
 
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-        "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" version=\"1.1\"";
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+        "version=\"1.1\"";
     if (!info.id.empty()) {
         const std::string id = IdentifierOf(info.id);
         state.TakeId(id);
@@ -295,8 +296,8 @@ int ORVSvgGenerator::BeginGroup(const ORVPrintGroup& group) {
     return state_->Check();
 }
 
-/// Some readers, orvprint among them, know what is defined in a group only until it ends. For small images the
-/// definition is repeated then; large ones stay single.
+/// Some readers, orvprint among them, know what is defined in a group only until it ends. For small images
+/// the definition is repeated then; large ones stay single.
 void ORVSvgGenerator::State::ForgetDefinitions() {
     constexpr int kSmall = 64 * 64;  // pixels
     const auto isOver = [&](const auto& definition) {

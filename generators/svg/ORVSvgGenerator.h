@@ -8,8 +8,8 @@
 class ORVOutput;
 
 /// Writes each page as an SVG drawing: shapes as shapes, text as text, images inside, groups with their
-/// identifiers, links. Its size is stated in millimetres, its coordinates are user units of 1/90 inch. Nothing
-/// in it is loaded from elsewhere or runs.
+/// identifiers, links. Its size is stated in millimetres, its coordinates are user units of 1/90 inch.
+/// Nothing in it is loaded from elsewhere or runs.
 class ORVSvgGenerator final : public ORVPrintGenerator {
 public:
     /// @param output  receives one part a page; must outlive the generator

@@ -34,8 +34,8 @@ bool WriteRows(png_structp png, png_infop info, const ORVPixelImage& image,
     // The library's own limits are for files that it reads.
     png_set_user_limits(png, 0x7FFFFFFF, 0x7FFFFFFF);
     const bool hasAlpha = image.HasAlpha();
-    const int type = (isGrey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB) |
-                     (hasAlpha ? PNG_COLOR_MASK_ALPHA : 0);
+    const int type =
+        (isGrey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB) | (hasAlpha ? PNG_COLOR_MASK_ALPHA : 0);
     png_set_IHDR(png, info, static_cast<png_uint_32>(image.GetWidth()),
                  static_cast<png_uint_32>(image.GetHeight()), 8, type, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);

@@ -93,8 +93,7 @@ private:
 };
 
 bool HasVerbs(const ORVPrintPath& path, std::initializer_list<Verb> verbs) {
-    return path.verbs.size() == verbs.size() &&
-           std::equal(verbs.begin(), verbs.end(), path.verbs.begin());
+    return path.verbs.size() == verbs.size() && std::equal(verbs.begin(), verbs.end(), path.verbs.begin());
 }
 
 bool IsClose(double a, double b, double tolerance) { return std::fabs(a - b) <= tolerance; }

@@ -16,7 +16,7 @@ struct SvgOutline {
 /// @param places  digits after the period that will be written
 SvgOutline RecogniseOutline(const ORVPrintPath& path, const ORVMathAffine2D& map, int places);
 
-/// Appends a path as path data, mapped. Every command is written in the shorter of its two forms; rounding does
-/// not add up along relative ones.
+/// Appends a path as path data, mapped. Every command is written in the shorter of its two forms; rounding
+/// does not add up along relative ones.
 /// @param places  digits after the period, 0 to 9
 void AppendSvgPath(std::string& text, const ORVPrintPath& path, const ORVMathAffine2D& map, int places);

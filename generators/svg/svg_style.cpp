@@ -21,8 +21,8 @@ void AppendColour(std::string& text, const ORVPrintColour& colour) {
     constexpr char kDigits[] = "0123456789abcdef";
     const std::array<std::uint8_t, 3> channels{colour.red, colour.green, colour.blue};
     // #1a2 is short for #11aa22.
-    const bool isShort = std::all_of(channels.begin(), channels.end(),
-                                     [](std::uint8_t value) { return value % 17 == 0; });
+    const bool isShort =
+        std::all_of(channels.begin(), channels.end(), [](std::uint8_t value) { return value % 17 == 0; });
     text += '#';
     for (const std::uint8_t value : channels) {
         if (!isShort) text += kDigits[value >> 4U];
@@ -63,9 +63,9 @@ std::string_view GenericFamily(std::string family) {
     };
     // The first row that fits decides: a "sans mono" is a mono, a "sans serif" no serif.
     constexpr std::array kRows{
-        Row{"mono", "monospace"}, Row{"courier", "monospace"}, Row{"typewriter", "monospace"},
-        Row{"sans", "sans-serif"}, Row{"serif", "serif"},      Row{"roman", "serif"},
-        Row{"times", "serif"},     Row{"georgia", "serif"},    Row{"garamond", "serif"},
+        Row{"mono", "monospace"},  Row{"courier", "monospace"}, Row{"typewriter", "monospace"},
+        Row{"sans", "sans-serif"}, Row{"serif", "serif"},       Row{"roman", "serif"},
+        Row{"times", "serif"},     Row{"georgia", "serif"},     Row{"garamond", "serif"},
     };
     for (const Row& row : kRows)
         if (family.find(row.part) != family.npos) return row.generic;

@@ -7,8 +7,8 @@
 
 class ORVFontFace;
 
-// Attributes of painted elements. Each is written with a blank before it, and only when it differs from what SVG
-// takes without it.
+// Attributes of painted elements. Each is written with a blank before it, and only when it differs from what
+// SVG takes without it.
 
 /// The fill of an element.
 /// @param fill     null for none

@@ -16,8 +16,8 @@ double AdvanceOf(const ORVGlyphRun& run) {
 }
 
 std::size_t CountClusters(const ORVGlyphRun& run) {
-    return static_cast<std::size_t>(std::count_if(run.glyphs.begin(), run.glyphs.end(),
-                                                  [](const ORVGlyph& glyph) { return glyph.textLength > 0; }));
+    return static_cast<std::size_t>(std::count_if(
+        run.glyphs.begin(), run.glyphs.end(), [](const ORVGlyph& glyph) { return glyph.textLength > 0; }));
 }
 
 /// The room between letters that the layout has beyond the advances of its glyphs.

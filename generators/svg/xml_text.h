@@ -4,6 +4,6 @@
 #include <string_view>
 
 /// Appends text to an XML document, for element content and for attribute values in double quotes alike.
-/// Bytes that are not UTF-8, and characters that XML cannot hold, become U+FFFD; line breaks and tabs stay what
-/// they are.
+/// Bytes that are not UTF-8, and characters that XML cannot hold, become U+FFFD; line breaks and tabs stay
+/// what they are.
 void AppendXmlText(std::string& xml, std::string_view utf8);
