@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Path, AppendSvgPathTest,
                                                   [](ORVPrintPath& p) {
                                                       p.MoveTo({-100, -100}), p.LineTo({1, 1});
                                                   },
-                                                  "M-100-100L1 1"},
+                                                  "M-100-100 1 1"},
                                          // After closing, steps count from where the figure began.
                                          PathCase{"AfterClosing",
                                                   [](ORVPrintPath& p) {
