@@ -4,6 +4,8 @@
 
 #include "generators/pdf/ORVPdfGenerator.h"
 #include "generators/png/ORVPngGenerator.h"
+#include "generators/postscript/postscript_module.h"
+#include "generators/svg/ORVSvgGenerator.h"
 #include "platform/system/number_conversion.h"
 
 namespace {
@@ -28,9 +30,22 @@ std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormat
     return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, options.dotsPerInch);
 }
 
+std::unique_ptr<ORVFormatGenerator> CreateSvg(ORVOutput& output, const ORVFormatOptions& /*options*/) {
+    return std::make_unique<FormatGenerator<ORVSvgGenerator>>(output);
+}
+
+std::unique_ptr<ORVFormatGenerator> CreatePostScript(ORVOutput& output, const ORVFormatOptions& options) {
+    return LoadPostScriptGenerator(output, options, false);
+}
+
+std::unique_ptr<ORVFormatGenerator> CreateEps(ORVOutput& output, const ORVFormatOptions& options) {
+    return LoadPostScriptGenerator(output, options, true);
+}
+
 constexpr std::array kFormats{
-    ORVOutputFormat{"pdf", false, CreatePdf},
-    ORVOutputFormat{"png", true, CreatePng},
+    ORVOutputFormat{"pdf", false, CreatePdf}, ORVOutputFormat{"png", true, CreatePng},
+    ORVOutputFormat{"svg", true, CreateSvg},  ORVOutputFormat{"ps", false, CreatePostScript},
+    ORVOutputFormat{"eps", true, CreateEps},
 };
 
 }  // namespace

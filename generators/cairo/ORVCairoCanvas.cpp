@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <string_view>
 #include <vector>
 
 #include "generators/common/generator_status.h"
 #include "generators/common/glyph_outlines.h"
 #include "generators/common/path_range.h"
+#include "platform/system/ORVUnicodeString.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
@@ -73,6 +75,33 @@ cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
         case ORVPrintStroke::Join::kMiter: break;
     }
     return CAIRO_LINE_JOIN_MITER;
+}
+
+/// What characters the glyphs of a run stand for, as cairo takes it.
+struct CairoClusters {
+    std::string_view text;
+    std::vector<cairo_text_cluster_t> list;  // in reading order
+};
+
+/// Finds the clusters of a run. cairo would refuse the whole page for one that is wrong.
+/// @return false when they do not cover text and glyphs without a gap, or the text is no UTF-8
+bool FindClusters(std::string_view text, const ORVGlyphRun& run, CairoClusters& clusters) {
+    std::size_t first = text.size(), end = 0, bytes = 0;
+    for (const ORVGlyph& glyph : run.glyphs) {
+        if (glyph.textLength == 0 && clusters.list.empty()) return false;
+        if (glyph.textLength == 0) {
+            ++clusters.list.back().num_glyphs;
+            continue;
+        }
+        first = std::min<std::size_t>(first, glyph.textOffset);
+        end = std::max<std::size_t>(end, std::size_t{glyph.textOffset} + glyph.textLength);
+        bytes += glyph.textLength;
+        clusters.list.push_back({static_cast<int>(glyph.textLength), 1});
+    }
+    if (end > text.size() || first >= end || bytes != end - first) return false;
+    if (run.rightToLeft) std::reverse(clusters.list.begin(), clusters.list.end());
+    clusters.text = text.substr(first, end - first);
+    return ORVIsWellFormedUTF8(clusters.text);
 }
 
 }  // namespace
@@ -201,9 +230,9 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     return Status();
 }
 
-void ORVCairoCanvas::ShowGlyphs(const ORVGlyphRun& run) {
+bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run) {
     cairo_font_face_t* face = fonts_.Find(*run.face);
-    if (!face) return;
+    if (!face) return false;
     cairo_set_font_face(cr_, face);
     // Text space has its y axis pointing up; cairo's glyphs expect one that points down.
     const cairo_matrix_t fontMatrix{run.size * run.expansion, 0.0, 0.0, -run.size, 0.0, 0.0};
@@ -211,7 +240,16 @@ void ORVCairoCanvas::ShowGlyphs(const ORVGlyphRun& run) {
     std::vector<cairo_glyph_t> glyphs;
     glyphs.reserve(run.glyphs.size());
     for (const ORVGlyph& glyph : run.glyphs) glyphs.push_back({glyph.index, glyph.x, glyph.y});
-    cairo_show_glyphs(cr_, glyphs.data(), static_cast<int>(glyphs.size()));
+    const auto count = static_cast<int>(glyphs.size());
+    CairoClusters clusters;
+    if (medium_ == Medium::kVectors && FindClusters(text.text, run, clusters))
+        cairo_show_text_glyphs(
+            cr_, clusters.text.data(), static_cast<int>(clusters.text.size()), glyphs.data(), count,
+            clusters.list.data(), static_cast<int>(clusters.list.size()),
+            run.rightToLeft ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : static_cast<cairo_text_cluster_flags_t>(0));
+    else
+        cairo_show_glyphs(cr_, glyphs.data(), count);
+    return true;
 }
 
 bool ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run) {
@@ -231,13 +269,16 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         if (asOne) fill.colour.opacity = 255;
         SetFillSource(fill);
         cairo_set_matrix(cr_, &matrix);
+        const bool fitsFont =
+            run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) < kLargestGlyph;
         // As glyphs they would be moved to whole pixels, which shows in the spacing; outlines stay in place.
-        if (AddOutlines(text, run)) {
+        const bool isText = medium_ == Medium::kVectors && fitsFont && ShowGlyphs(text, run);
+        if (!isText && AddOutlines(text, run)) {
             cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
             cairo_fill(cr_);
-        } else if (run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) <
-                   kLargestGlyph) {
-            ShowGlyphs(run);
+        } else if (!isText && fitsFont) {
+            // Glyphs that are pictures themselves.
+            ShowGlyphs(text, run);
         }
         if (run.syntheticBold) {
             AddOutlines(text, run);
@@ -304,7 +345,9 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
     cairo_set_matrix(cr_, &matrix);
     cairo_set_source_surface(cr_, surface, 0.0, 0.0);
     // Beyond its edges the image goes on, so that enlarging does not fade them; the box cuts it off.
-    cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_PAD);
+    // In vectors there are no pixels beside it to fade into, and a JPEG can stay what it is.
+    cairo_pattern_set_extend(cairo_get_source(cr_),
+                             medium_ == Medium::kPixels ? CAIRO_EXTEND_PAD : CAIRO_EXTEND_NONE);
     cairo_new_path(cr_);
     cairo_rectangle(cr_, 0.0, 0.0, width, height);
     cairo_fill(cr_);

@@ -9,10 +9,15 @@
 
 struct ORVGlyphRun;
 
-/// Draws shapes, texts and images into pixels with cairo, for all formats made of pixels. Holds what is used
-/// again from page to page: fonts and converted images.
+/// Draws shapes, texts and images with cairo. Holds what is used again from page to page: fonts and converted
+/// images.
 class ORVCairoCanvas {
 public:
+    /// What cairo makes of the drawing: on pixels, letters are drawn as outlines, so that they stay where
+    /// they are; in vectors they remain text in embedded fonts.
+    enum class Medium { kPixels, kVectors };
+    explicit ORVCairoCanvas(Medium medium) : medium_(medium) {}
+
     /// Draws on `context` from now on; null for nothing. It must stay until the next call.
     /// @param scale  device units in one user unit
     void SetTarget(cairo_t* context, double scale);
@@ -37,11 +42,12 @@ private:
     /// Fills the current path.
     void Fill(const ORVPrintFill& fill);
     void DrawRun(const ORVPrintText& text, const ORVGlyphRun& run);
-    /// Draws glyphs that are pictures themselves.
-    void ShowGlyphs(const ORVGlyphRun& run);
+    /// Draws glyphs by their font. @return false when cairo cannot use the font
+    bool ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run);
     /// Makes the run's outlines the current path. @return false when its glyphs have none
     bool AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
 
+    const Medium medium_;
     cairo_t* cr_ = nullptr;
     double scale_ = 1.0;
     CairoFontCache fonts_;

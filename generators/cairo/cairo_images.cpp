@@ -45,6 +45,25 @@ CairoSurface CreateSurface(const ORVPixelImage& image) {
     return surface;
 }
 
+void Release(void* image) { static_cast<const ORVPixelImage*>(image)->Release(); }
+
+/// Lets formats that take JPEG files have the image's own.
+void AttachJpeg(const ORVPixelImage& image, cairo_surface_t* surface) {
+    const ORVJpegSource* jpeg = image.GetJpegSource();
+    const bool isWhole = cairo_image_surface_get_width(surface) == image.GetWidth() &&
+                         cairo_image_surface_get_height(surface) == image.GetHeight();
+    if (!jpeg || !isWhole ||
+        (jpeg->colourSpace != ORVJpegSource::ColourSpace::kGrey &&
+         jpeg->colourSpace != ORVJpegSource::ColourSpace::kYCbCr))
+        return;
+    // The bytes are the image's: the surface keeps it.
+    image.AddRef();
+    const cairo_status_t status =
+        cairo_surface_set_mime_data(surface, CAIRO_MIME_TYPE_JPEG, jpeg->bytes.data(), jpeg->bytes.size(),
+                                    Release, const_cast<ORVPixelImage*>(&image));
+    if (status != CAIRO_STATUS_SUCCESS) image.Release();
+}
+
 }  // namespace
 
 cairo_surface_t* CairoImageCache::Find(const ORVPixelImage& image) {
@@ -53,6 +72,7 @@ cairo_surface_t* CairoImageCache::Find(const ORVPixelImage& image) {
     const std::span<const std::uint8_t> rgba = surface ? image.GetPixels() : std::span<const std::uint8_t>();
     if (rgba.empty()) return nullptr;
     ConvertPixels(image, rgba, surface.get());
+    AttachJpeg(image, surface.get());
     image.ReleasePixels();
 
     const std::size_t bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get())) *

@@ -33,7 +33,7 @@ struct ORVPngGenerator::State {
 
     ORVOutput& output;
     const double dotsPerInch;
-    ORVCairoCanvas canvas;
+    ORVCairoCanvas canvas{ORVCairoCanvas::Medium::kPixels};
     CairoSurface surface;
     CairoContext context;
     std::string error;

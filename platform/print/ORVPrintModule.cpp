@@ -1,11 +1,10 @@
 #include "platform/print/ORVPrintModule.h"
 
-#include <dlfcn.h>
-
 #include <new>
 
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintInterpreter.h"
+#include "platform/system/modules.h"
 
 namespace {
 
@@ -44,28 +43,6 @@ const InterpreterRow* FindRow(const std::string& name) {
     return nullptr;
 }
 
-/// Folder of the platform's own library with a trailing separator, empty when it is not known.
-std::string PlatformFolder() {
-    static const char anchor = 0;
-    Dl_info info{};
-    if (dladdr(&anchor, &info) == 0 || !info.dli_fname) return {};
-    const std::string path = info.dli_fname;
-    return path.substr(0, path.rfind('/') + 1);
-}
-
-/// Loads a module, or finds it loaded. @return its handle; null with `error` when it cannot be loaded
-void* LoadModule(const char* library, std::string& error) {
-    const std::string folder = PlatformFolder();
-    if (!folder.empty()) {
-        if (void* module = dlopen((folder + library).c_str(), RTLD_NOW | RTLD_LOCAL)) return module;
-        error = dlerror();
-    }
-    if (void* module = dlopen(library, RTLD_NOW | RTLD_LOCAL)) return module;
-    const char* reason = dlerror();
-    if (error.empty()) error = reason ? reason : "cannot be loaded";
-    return nullptr;
-}
-
 }  // namespace
 
 std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
@@ -77,11 +54,11 @@ std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std
         error = "no interpreter is called " + name;
         return nullptr;
     }
-    void* module = LoadModule(row->library, error);
+    void* module = ORVLoadModule(row->library, error);
     if (!module) return nullptr;
-    void* factory = dlsym(module, row->factory);
+    void* factory = ORVFindInModule(module, row->factory, error);
     if (!factory) {
-        error = std::string(row->library) + ": no " + row->factory + " in the module";
+        error = std::string(row->library) + ": " + error;
         return nullptr;
     }
     std::unique_ptr<ORVPrintInterpreter> interpreter(row->create(factory, input));
@@ -93,8 +70,8 @@ int ORVPrintModule::SetCurrentPath(const std::string& name, ORVPrintInterpreter&
                                    const ORVUnicodeString& path) {
     const InterpreterRow* row = FindRow(name);
     std::string error;
-    void* module = row ? LoadModule(row->library, error) : nullptr;
-    void* operation = module ? dlsym(module, row->setCurrentPath) : nullptr;
+    void* module = row ? ORVLoadModule(row->library, error) : nullptr;
+    void* operation = module ? ORVFindInModule(module, row->setCurrentPath, error) : nullptr;
     if (!operation) return 0;
     // A member that is not virtual is a function whose first argument is the object. The interpreter
     // classes have one base, so that the object's address is that of its base.

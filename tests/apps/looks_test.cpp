@@ -86,6 +86,17 @@ const std::vector<Viewer> kViewers{
      "pdf",
      {"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=png16m", "-r" + kResolution,
       "-dTextAlphaBits=4", "-dGraphicsAlphaBits=4", "-sOutputFile=page.png", "IN"}},
+    {"Ghostscript",
+     "ps",
+     {"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=png16m", "-r" + kResolution,
+      "-dTextAlphaBits=4", "-dGraphicsAlphaBits=4", "-sOutputFile=page.png", "IN"}},
+    {"Ghostscript",
+     "eps",
+     {"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dEPSCrop", "-sDEVICE=png16m", "-r" + kResolution,
+      "-dTextAlphaBits=4", "-dGraphicsAlphaBits=4", "-sOutputFile=page.png", "IN"}},
+    {"Librsvg", "svg", {"rsvg-convert", "-d", kResolution, "-p", kResolution, "-o", "page.png", "IN"}},
+    // What it writes, orvprint reads the same.
+    {"Orvprint", "svg", {ORV_TOOL_PATH, "--dpi", kResolution, "-o", "page.png", "IN"}},
 };
 
 class LooksTest : public ToolTest, public testing::WithParamInterface<Viewer> {};

@@ -1,0 +1,253 @@
+#include "generators/postscript/ORVPostScriptGenerator.h"
+
+#include <cairo-ps.h>
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+#include <optional>
+
+#include "generators/cairo/ORVCairoCanvas.h"
+#include "generators/cairo/cairo_handles.h"
+#include "generators/common/ORVOutput.h"
+#include "generators/common/generator_status.h"
+#include "generators/postscript/dsc_header.h"
+#include "generators/postscript/postscript_module.h"
+#include "platform/print/ORVPrintPath.h"
+#include "platform/visualization/fonts/ORVTextLayout.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+namespace {
+
+constexpr double kPointsPerUserUnit = 72.0 / 90.0;
+// Sides of a page in points: the same as in PDF, which much PostScript becomes.
+constexpr double kLargestSide = 14'400.0;
+constexpr double kLeastResolution = 300.0, kGreatestResolution = 1200.0;
+// Pixels of a page at most that is transparent all over.
+constexpr double kPicturePixels = 5e7;
+// cairo makes a picture of every transparent part, and draws the whole page for each. Where there are more
+// parts than this, one picture takes in all of them.
+constexpr std::size_t kMostPictures = 256;
+
+/// Dots an inch for pictures of transparent parts.
+double FallbackResolution(double asked, double width, double height) {
+    const double wanted = std::clamp(asked, kLeastResolution, kGreatestResolution);
+    return std::min(wanted, std::sqrt(kPicturePixels * 72.0 * 72.0 / (width * height)));
+}
+
+bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
+    return (fill && (fill->colour.opacity < 255 || (fill->pattern && fill->pattern->HasAlpha()))) ||
+           (stroke && stroke->colour.opacity < 255);
+}
+
+}  // namespace
+
+struct ORVPostScriptGenerator::State {
+    State(ORVOutput& sink, const ORVFormatOptions& formatOptions, bool isEncapsulated)
+        : output(sink), options(formatOptions), encapsulated(isEncapsulated) {}
+
+    int Check(int result) {
+        if (result == kGeneratorDone) return result;
+        if (!output.GetError().empty()) return kOutputFailed;
+        if (error.empty() && context && cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
+            error = cairo_status_to_string(cairo_status(context.get()));
+        if (error.empty()) error = "memory is spent";
+        return result;
+    }
+    static cairo_status_t Write(void* state, const unsigned char* bytes, unsigned int size) {
+        const bool isGood =
+            static_cast<State*>(state)->filter->Write({reinterpret_cast<const char*>(bytes), size});
+        return isGood ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+    }
+    int Open(double width, double height);
+    int Close();
+    void NoteTransparent(const ORVMathBox2D& box);
+
+    ORVOutput& output;
+    const ORVFormatOptions options;
+    const bool encapsulated;
+    DscHeader header;
+    std::optional<DscHeaderFilter> filter;
+    ORVCairoCanvas canvas{ORVCairoCanvas::Medium::kVectors};
+    CairoSurface surface;  // of the open part
+    CairoContext context;
+    double sheetWidth = 0.0, sheetHeight = 0.0;  // of the open page, points
+    std::size_t transparentParts = 0;            // of the open page
+    ORVMathBox2D transparentBox;                 // around them, points
+    ORVMathBox2D joinedBox;                      // what is one picture already, points
+    std::string documentTitle;
+    std::string error;
+};
+
+/// Notes a part of the page, in page coordinates, that is transparent. Of many, cairo is made to see one, by
+/// something around them that it takes for transparent and that changes nothing.
+void ORVPostScriptGenerator::State::NoteTransparent(const ORVMathBox2D& box) {
+    if (box.IsEmpty()) return;
+    const auto cut = [](double userUnits, double side) {
+        return std::clamp(userUnits * kPointsPerUserUnit, 0.0, side);
+    };
+    ORVMathBox2D& all = transparentBox;
+    all.Add({cut(box.xMin, sheetWidth), cut(box.yMin, sheetHeight)});
+    all.Add({cut(box.xMax, sheetWidth), cut(box.yMax, sheetHeight)});
+    const bool isJoined = all.xMin >= joinedBox.xMin && all.xMax <= joinedBox.xMax &&
+                          all.yMin >= joinedBox.yMin && all.yMax <= joinedBox.yMax;
+    if (++transparentParts <= kMostPictures || isJoined) return;
+    // With some room to grow, so that this happens a few times only.
+    const double marginX = 0.05 * sheetWidth, marginY = 0.05 * sheetHeight;
+    joinedBox.Add({std::max(all.xMin - marginX, 0.0), std::max(all.yMin - marginY, 0.0)});
+    joinedBox.Add({std::min(all.xMax + marginX, sheetWidth), std::min(all.yMax + marginY, sheetHeight)});
+    cairo_t* cr = context.get();
+    cairo_save(cr);
+    cairo_reset_clip(cr);
+    cairo_identity_matrix(cr);
+    cairo_set_operator(cr, CAIRO_OPERATOR_ADD);
+    cairo_set_source_rgb(cr, 0.0, 0.0, 0.0);
+    cairo_rectangle(cr, joinedBox.xMin, joinedBox.yMin, joinedBox.xMax - joinedBox.xMin,
+                    joinedBox.yMax - joinedBox.yMin);
+    cairo_fill(cr);
+    cairo_restore(cr);
+}
+
+/// Begins a part.
+int ORVPostScriptGenerator::State::Open(double width, double height) {
+    if (output.BeginPart() != 1) return kOutputFailed;
+    header.width = header.height = 0.0;
+    filter.emplace(output, header);
+    surface.reset(cairo_ps_surface_create_for_stream(Write, this, width, height));
+    cairo_ps_surface_restrict_to_level(surface.get(), CAIRO_PS_LEVEL_3);
+    cairo_ps_surface_set_eps(surface.get(), encapsulated ? 1 : 0);
+    context.reset(cairo_create(surface.get()));
+    return Check(cairo_status(context.get()) == CAIRO_STATUS_SUCCESS ? kGeneratorDone : kDrawingFailed);
+}
+
+/// Ends the part.
+int ORVPostScriptGenerator::State::Close() {
+    canvas.SetTarget(nullptr, 1.0);
+    int result = Check(cairo_status(context.get()) == CAIRO_STATUS_SUCCESS ? kGeneratorDone : kDrawingFailed);
+    context.reset();
+    cairo_surface_finish(surface.get());
+    if (result == kGeneratorDone && cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+        if (error.empty()) error = cairo_status_to_string(cairo_surface_status(surface.get()));
+        result = kDrawingFailed;
+    }
+    surface.reset();
+    const bool isWritten = filter->Finish();
+    filter.reset();
+    const bool isClosed = output.EndPart() == 1;
+    return isWritten && isClosed && output.GetError().empty() ? result : static_cast<int>(kOutputFailed);
+}
+
+ORVPostScriptGenerator::ORVPostScriptGenerator(ORVOutput& output, const ORVFormatOptions& options,
+                                               bool encapsulated)
+    : state_(std::make_unique<State>(output, options, encapsulated)) {}
+
+ORVPostScriptGenerator::~ORVPostScriptGenerator() = default;
+
+const std::string& ORVPostScriptGenerator::GetError() const { return state_->error; }
+
+int ORVPostScriptGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
+    state_->documentTitle = info.title;
+    state_->header.title = info.title;
+    state_->header.encapsulated = state_->encapsulated;
+    return kGeneratorDone;
+}
+
+int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
+    State& state = *state_;
+    const double width = info.width * kPointsPerUserUnit, height = info.height * kPointsPerUserUnit;
+    if (!(width <= kLargestSide) || !(height <= kLargestSide)) {
+        state.error =
+            "page " + std::to_string(info.number) + " is larger than PostScript output may be (5080 mm)";
+        return kPageTooLarge;
+    }
+    // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page
+    // must hold all of it.
+    const double sheetWidth = std::max(1.0, state.encapsulated ? std::ceil(width - 1e-6) : std::round(width));
+    const double sheetHeight =
+        std::max(1.0, state.encapsulated ? std::ceil(height - 1e-6) : std::round(height));
+    if (!state.surface) {
+        if (const int result = state.Open(sheetWidth, sheetHeight); result != kGeneratorDone) return result;
+    } else if (state.encapsulated) {
+        return kDrawingFailed;
+    }
+    if (state.encapsulated) {
+        state.header.title = info.title.empty() ? state.documentTitle : std::string(info.title);
+        state.header.width = width;
+        state.header.height = height;
+    } else {
+        state.header.width = std::max(state.header.width, sheetWidth);
+        state.header.height = std::max(state.header.height, sheetHeight);
+    }
+    state.sheetWidth = sheetWidth;
+    state.sheetHeight = sheetHeight;
+    state.transparentParts = 0;
+    state.transparentBox = state.joinedBox = {};
+    cairo_surface_t* surface = state.surface.get();
+    cairo_ps_surface_set_size(surface, sheetWidth, sheetHeight);
+    const double resolution = FallbackResolution(state.options.dotsPerInch, sheetWidth, sheetHeight);
+    cairo_surface_set_fallback_resolution(surface, resolution, resolution);
+    cairo_ps_surface_dsc_begin_page_setup(surface);
+    // Pages lie as they are read, wide ones too: viewers and converters turn what is called landscape.
+    cairo_ps_surface_dsc_comment(surface, "%%PageOrientation: Portrait");
+    state.canvas.SetTarget(state.context.get(), kPointsPerUserUnit);
+    return state.Check(state.canvas.Status());
+}
+
+int ORVPostScriptGenerator::BeginClip(const ORVMathBox2D& box) {
+    return state_->Check(state_->canvas.BeginClip(box));
+}
+
+int ORVPostScriptGenerator::EndClip() { return state_->Check(state_->canvas.EndClip()); }
+
+int ORVPostScriptGenerator::DrawShape(const ORVPrintShape& shape) {
+    if (state_->context && IsTransparent(shape.fill, shape.stroke)) {
+        ORVMathBox2D box;
+        for (const ORVMathPoint2D& p : shape.path.points) box.Add(shape.toPage(p));
+        state_->NoteTransparent(box);
+    }
+    return state_->Check(state_->canvas.DrawShape(shape));
+}
+
+int ORVPostScriptGenerator::DrawText(const ORVPrintText& text) {
+    if (state_->context && IsTransparent(text.fill, text.stroke)) {
+        ORVMathBox2D box;
+        for (const double x : {0.0, text.layout.advance})
+            for (const double y : {-text.layout.descent, text.layout.ascent}) box.Add(text.toPage({x, y}));
+        state_->NoteTransparent(box);
+    }
+    return state_->Check(state_->canvas.DrawText(text));
+}
+
+int ORVPostScriptGenerator::DrawImage(const ORVPrintImage& image) {
+    if (state_->context && image.image.HasAlpha()) {
+        ORVMathBox2D box;
+        for (const double x : {0.0, 1.0})
+            for (const double y : {0.0, 1.0}) box.Add(image.toPage({x, y}));
+        state_->NoteTransparent(box);
+    }
+    return state_->Check(state_->canvas.DrawImage(image));
+}
+
+int ORVPostScriptGenerator::EndPage() {
+    State& state = *state_;
+    if (!state.context) return kDrawingFailed;
+    cairo_show_page(state.context.get());
+    const int result = state.Check(state.canvas.Status());
+    state.canvas.SetTarget(nullptr, 1.0);
+    if (result != kGeneratorDone || !state.encapsulated) return result;
+    return state.Close();
+}
+
+int ORVPostScriptGenerator::EndDocument() {
+    return state_->surface ? state_->Close() : static_cast<int>(kGeneratorDone);
+}
+
+extern "C" __attribute__((visibility("default"))) ORVFormatGenerator* orvCreatePostScriptGenerator(
+    ORVOutput& output, const ORVFormatOptions& options, bool encapsulated) {
+    try {
+        return new ORVPostScriptGenerator(output, options, encapsulated);
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+static_assert(std::is_same_v<decltype(&orvCreatePostScriptGenerator), PostScriptFactory>);

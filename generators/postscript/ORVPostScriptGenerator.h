@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "generators/formats.h"
+
+/// Writes PostScript of level 3, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as
+/// they are. A user unit is 0.8 point. What the format has not, such as transparency, becomes a picture of
+/// that part of the page. Groups and links have no place in it.
+class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
+public:
+    /// @param output        receives all pages as one part, or a part a page of EPS; must outlive the
+    /// generator
+    /// @param options       pictures of transparent parts have at least 300 dots an inch
+    /// @param encapsulated  EPS
+    ORVPostScriptGenerator(ORVOutput& output, const ORVFormatOptions& options, bool encapsulated);
+    ~ORVPostScriptGenerator() override;
+
+    ORVPrintGenerator& Get() override { return *this; }
+    const std::string& GetError() const override;
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& /*group*/) override { return 1; }
+    int EndGroup() override { return 1; }
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override;
+    int EndDocument() override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+class ORVOutput;
+
+/// Writes each page as an SVG drawing: shapes as shapes, text as text, images inside, groups with their
+/// identifiers, links. Its size is stated in millimetres, its coordinates are user units of 1/90 inch.
+/// Nothing in it is loaded from elsewhere or runs.
+class ORVSvgGenerator final : public ORVPrintGenerator {
+public:
+    /// @param output  receives one part a page; must outlive the generator
+    explicit ORVSvgGenerator(ORVOutput& output);
+    ~ORVSvgGenerator() override;
+
+    /// What went wrong; empty when nothing did, or when it was the output (which then says it).
+    const std::string& GetError() const;
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override;
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override;
+    int EndDocument() override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};

@@ -1,0 +1,153 @@
+#include "generators/svg/svg_style.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdint>
+#include <numeric>
+
+#include "generators/common/number_text.h"
+#include "generators/svg/xml_text.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+
+namespace {
+
+constexpr int kLengthDigits = 6;
+constexpr double kWidest = 1e6, kThinnest = 1e-6;
+// Dashes of a shorter period (user units) look like a solid line.
+constexpr double kShortestDashPeriod = 0.02;
+
+void AppendColour(std::string& text, const ORVPrintColour& colour) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    const std::array<std::uint8_t, 3> channels{colour.red, colour.green, colour.blue};
+    // #1a2 is short for #11aa22.
+    const bool isShort =
+        std::all_of(channels.begin(), channels.end(), [](std::uint8_t value) { return value % 17 == 0; });
+    text += '#';
+    for (const std::uint8_t value : channels) {
+        if (!isShort) text += kDigits[value >> 4U];
+        text += kDigits[value & 15U];
+    }
+}
+
+void AppendOpacity(std::string& text, std::string_view name, int opacity) {
+    if (opacity == 255) return;
+    text += name;
+    // Four digits give each of the 256 values back.
+    AppendDecimal(text, opacity / 255.0, 4);
+    text += '"';
+}
+
+/// A family's name as it stands in a list of families.
+void AppendFamily(std::string& text, std::string_view family) {
+    const auto isLetter = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
+    bool isPlain = !family.empty() && isLetter(family.front());
+    for (std::size_t i = 1; isPlain && i < family.size(); ++i)
+        // Words begin with a letter.
+        isPlain = isLetter(family[i]) ||
+                  (family[i - 1] != ' ' && (family[i] == ' ' || family[i] == '-' ||
+                                            std::isdigit(static_cast<unsigned char>(family[i])) != 0));
+    if (!isPlain) text += '\'';
+    std::string name(family);
+    std::erase_if(name, [](char c) { return c == '\'' || c == '\\'; });
+    AppendXmlText(text, name);
+    if (!isPlain) text += '\'';
+}
+
+/// What stands in where the family is not installed.
+std::string_view GenericFamily(std::string family) {
+    std::transform(family.begin(), family.end(), family.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    struct Row {
+        std::string_view part, generic;
+    };
+    // The first row that fits decides: a "sans mono" is a mono, a "sans serif" no serif.
+    constexpr std::array kRows{
+        Row{"mono", "monospace"},  Row{"courier", "monospace"}, Row{"typewriter", "monospace"},
+        Row{"sans", "sans-serif"}, Row{"serif", "serif"},       Row{"roman", "serif"},
+        Row{"times", "serif"},     Row{"georgia", "serif"},     Row{"garamond", "serif"},
+    };
+    for (const Row& row : kRows)
+        if (family.find(row.part) != family.npos) return row.generic;
+    return "sans-serif";
+}
+
+}  // namespace
+
+void AppendSvgFill(std::string& text, const ORVPrintFill* fill, std::string_view pattern, bool plainly) {
+    if (!fill) {
+        text += " fill=\"none\"";
+        return;
+    }
+    const ORVPrintColour& colour = fill->colour;
+    const bool isBlack = colour.red == 0 && colour.green == 0 && colour.blue == 0;
+    if (!pattern.empty()) {
+        text += " fill=\"url(#";
+        text += pattern;
+        text += ")\"";
+    } else if (plainly || !isBlack) {
+        text += " fill=\"";
+        AppendColour(text, colour);
+        text += '"';
+    }
+    AppendOpacity(text, " fill-opacity=\"", colour.opacity);
+    if (fill->evenOdd) text += " fill-rule=\"evenodd\"";
+}
+
+void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double scale) {
+    text += " stroke=\"";
+    AppendColour(text, stroke.colour);
+    text += '"';
+    const double width = std::clamp(stroke.width * scale, kThinnest, kWidest);
+    if (width != 1.0) {
+        text += " stroke-width=\"";
+        AppendSignificant(text, width, kLengthDigits);
+        text += '"';
+    }
+    switch (stroke.cap) {
+        case ORVPrintStroke::Cap::kRound: text += " stroke-linecap=\"round\""; break;
+        case ORVPrintStroke::Cap::kSquare: text += " stroke-linecap=\"square\""; break;
+        case ORVPrintStroke::Cap::kButt: break;
+    }
+    switch (stroke.join) {
+        case ORVPrintStroke::Join::kRound: text += " stroke-linejoin=\"round\""; break;
+        case ORVPrintStroke::Join::kBevel: text += " stroke-linejoin=\"bevel\""; break;
+        case ORVPrintStroke::Join::kMiter:
+            if (stroke.miterLimit == 4.0) break;
+            text += " stroke-miterlimit=\"";
+            AppendSignificant(text, std::clamp(stroke.miterLimit, 1.0, kWidest), kLengthDigits);
+            text += '"';
+            break;
+    }
+    const double period = std::accumulate(stroke.dashes.begin(), stroke.dashes.end(), 0.0) * scale;
+    if (period > kShortestDashPeriod) {
+        text += " stroke-dasharray=\"";
+        for (const double dash : stroke.dashes) {
+            if (text.back() != '"') text += ',';
+            AppendSignificant(text, std::clamp(dash * scale, 0.0, kWidest), kLengthDigits);
+        }
+        text += '"';
+    }
+    AppendOpacity(text, " stroke-opacity=\"", stroke.colour.opacity);
+}
+
+void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold) {
+    text += " font-family=\"";
+    if (face.IsItalic() && !face.GetPostScriptName().empty()) {
+        // Readers that look for a face by its own name find it; to the others the next name tells the family.
+        AppendFamily(text, face.GetPostScriptName());
+        text += ',';
+    }
+    AppendFamily(text, face.GetFamily());
+    text += ',';
+    text += GenericFamily(face.GetFamily());
+    text += "\" font-size=\"";
+    AppendSignificant(text, size, kLengthDigits);
+    text += '"';
+    if (face.IsItalic()) text += " font-style=\"italic\"";
+    const int weight = bold ? 700 : std::clamp((face.GetWeight() + 50) / 100 * 100, 100, 900);
+    if (weight == 700)
+        text += " font-weight=\"bold\"";
+    else if (weight != 400)
+        text += " font-weight=\"" + std::to_string(weight) + "\"";
+}

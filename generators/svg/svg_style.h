@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+class ORVFontFace;
+
+// Attributes of painted elements. Each is written with a blank before it, and only when it differs from what
+// SVG takes without it.
+
+/// The fill of an element.
+/// @param fill     null for none
+/// @param pattern  address of the pattern, empty for the colour
+/// @param plainly  also when it is black: readers exist that look at a stroke only where a fill is stated
+void AppendSvgFill(std::string& text, const ORVPrintFill* fill, std::string_view pattern, bool plainly);
+
+/// The stroke of an element.
+/// @param scale  factor on its lengths
+void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double scale);
+
+/// The font of a text: family, size (user units an em), weight and slant.
+/// @param bold  whatever the weight of the face
+void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold);

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+struct ORVGlyphRun;
+
+/// A part of a line of text that becomes an element of its own: glyphs of one face in one direction.
+struct SvgTextPiece {
+    const ORVGlyphRun* run = nullptr;
+    std::string text;  ///< UTF-8 without control characters, in reading order
+    double x = 0.0,
+           y = 0.0;       ///< where the text starts, in the layout's space: right-to-left text at its right
+    double length = 0.0;  ///< as SVG counts it, with the spacing after the last letter; 0 for one letter
+};
+
+/// A line of text in pieces. Vertical text falls apart into its letters, which every reader sets alike.
+struct SvgTextLine {
+    std::vector<SvgTextPiece> pieces;
+    double spacing = 0.0;  ///< between letters, in the layout's space
+};
+SvgTextLine SplitSvgText(const ORVPrintText& text);

@@ -1,0 +1,47 @@
+#include "generators/svg/xml_text.h"
+
+#include "platform/system/ORVUnicodeString.h"
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+/// Length of the character at the start of `text`; 0 when its bytes are none that XML can hold.
+std::size_t CharacterLength(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (length > text.size() || !ORVIsWellFormedUTF8(text.substr(0, length))) return 0;
+    const std::string_view character = text.substr(0, length);
+    return character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF" ? 0 : length;
+}
+
+}  // namespace
+
+void AppendXmlText(std::string& xml, std::string_view utf8) {
+    for (std::size_t i = 0; i < utf8.size();) {
+        const char c = utf8[i];
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x80) {
+            const std::size_t length = CharacterLength(utf8.substr(i));
+            xml += length == 0 ? kReplacement : utf8.substr(i, length);
+            i += length == 0 ? 1 : length;
+            continue;
+        }
+        ++i;
+        switch (c) {
+            case '&': xml += "&amp;"; break;
+            case '<': xml += "&lt;"; break;
+            case '>': xml += "&gt;"; break;
+            case '"': xml += "&quot;"; break;
+            // Written plainly, readers would make blanks of these, or other line breaks.
+            case '\t': xml += "&#9;"; break;
+            case '\n': xml += "&#10;"; break;
+            case '\r': xml += "&#13;"; break;
+            default:
+                if (byte < 0x20)
+                    xml += kReplacement;
+                else
+                    xml += c;
+        }
+    }
+}

@@ -1,0 +1,73 @@
+// SVG, PostScript and EPS as the command writes them.
+
+#include <gmock/gmock.h>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class VectorFormatsTest : public ToolTest {
+protected:
+    VectorFormatsTest() {
+        WriteFile("two.svg",
+                  "<svg><svg width='90' height='90'><text x='9' y='40' fill='black'>one</text></svg>"
+                  "<svg width='180' height='90'><text x='9' y='40' fill='black'>two</text></svg></svg>");
+    }
+};
+
+TEST_F(VectorFormatsTest, PagesOfSvgAndEpsAreFilesOfTheirOwn) {
+    EXPECT_EQ(Run({"two.svg", "-o", "s.svg"}).exitCode, 0);
+    EXPECT_EQ(Run({"two.svg", "-o", "e.eps"}).exitCode, 0);
+    EXPECT_EQ(Run({"two.svg", "-o", "p.ps"}).exitCode, 0);
+    EXPECT_THAT(Files(), ElementsAre("e-1.eps", "e-2.eps", "p.ps", "s-1.svg", "s-2.svg", "two.svg"));
+    EXPECT_THAT(ReadFile("s-2.svg"), HasSubstr("width=\"50.8mm\" height=\"25.4mm\" viewBox=\"0 0 180 90\""));
+    EXPECT_THAT(ReadFile("s-2.svg"), HasSubstr(">two</text>"));
+    EXPECT_THAT(ReadFile("e-2.eps"), HasSubstr("%%BoundingBox: 0 0 144 72\n"));
+    EXPECT_THAT(ReadFile("p.ps"), HasSubstr("%%Pages: 2\n"));
+}
+
+TEST_F(VectorFormatsTest, OutputIsTheSameEveryTime) {
+    for (const char* format : {"svg", "ps", "eps"}) {
+        const std::vector<std::string> command{Example("floor-plan.svg"), "-f", format, "-o", "-"};
+        const ToolRun first = Run(command), second = Run(command);
+        EXPECT_EQ(first.exitCode, 0) << first.errors;
+        EXPECT_FALSE(first.output.empty());
+        EXPECT_EQ(first.output, second.output) << format;
+    }
+}
+
+// What is read again from SVG has the pages, texts and groups of the original, and gives the same SVG.
+TEST_F(VectorFormatsTest, WrittenSvgReadsAsTheSameDrawing) {
+    for (const char* name : {"bracket", "chart", "link-map"}) {
+        ASSERT_EQ(Run({Example(std::string(name) + ".svg"), "-o", "once.svg"}).exitCode, 0);
+        for (const char* parser : {"light", "dom"}) {
+            ASSERT_EQ(Run({"once.svg", "-o", "twice.svg", "--parser", parser}).exitCode, 0);
+            EXPECT_EQ(Run({"info", "once.svg"}).output.substr(8), Run({"info", "once.svg"}).output.substr(8));
+            ASSERT_EQ(Run({"twice.svg", "-o", "thrice.svg", "--parser", parser}).exitCode, 0);
+            EXPECT_EQ(ReadFile("twice.svg"), ReadFile("thrice.svg")) << name << " " << parser;
+        }
+    }
+}
+
+TEST_F(VectorFormatsTest, PostScriptThatIsNotInstalledIsMissedInOneLine) {
+    // A copy of the command with the platform and the interpreter beside it, but without the module.
+    const std::filesystem::path tool = ORV_TOOL_PATH, library = tool.parent_path().parent_path() / "lib";
+    std::filesystem::create_directories(Folder() / "bin");
+    std::filesystem::create_directories(Folder() / "lib");
+    std::filesystem::copy_file(tool, Folder() / "bin/orvprint");
+    for (const char* name : {"liborvplatform.so", "libORVPrtInterpreterSVG.so"})
+        std::filesystem::copy_file(library / name, Folder() / "lib" / name);
+    const ToolRun run = RunProgram({"bin/orvprint", "two.svg", "-o", "p.ps"});
+    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_THAT(run.errors,
+                StartsWith("orvprint: two.svg: printing failed: PostScript needs liborvpostscript.so"));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+    EXPECT_FALSE(Exists("p.ps"));
+    EXPECT_EQ(RunProgram({"bin/orvprint", "two.svg", "-o", "p.svg"}).exitCode, 0);
+}
+
+}  // namespace

@@ -1,0 +1,66 @@
+#include "generators/common/number_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+struct DecimalCase {
+    const char* name;
+    double number;
+    int places;
+    const char* expected;
+};
+class AppendDecimalTest : public testing::TestWithParam<DecimalCase> {};
+TEST_P(AppendDecimalTest, WritesNoDigitTooMany) {
+    std::string text = "=";
+    AppendDecimal(text, GetParam().number, GetParam().places);
+    EXPECT_EQ(text, std::string("=") + GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Decimal, AppendDecimalTest,
+    testing::Values(DecimalCase{"Zero", 0.0, 3, "0"}, DecimalCase{"Whole", 12.0, 3, "12"},
+                    DecimalCase{"Half", 0.5, 3, ".5"}, DecimalCase{"MinusHalf", -0.5, 3, "-.5"},
+                    DecimalCase{"Rounded", 2.0 / 3.0, 3, ".667"},
+                    DecimalCase{"InnerZeros", 1.001, 3, "1.001"},
+                    DecimalCase{"RoundedToZero", -0.0004, 3, "0"}, DecimalCase{"NoPlaces", 2.5, 0, "3"},
+                    DecimalCase{"NinePlaces", -1e-9, 9, "-.000000001"},
+                    DecimalCase{"Large", 1e12, 3, "1000000000000"}, DecimalCase{"TooLarge", 1e300, 3, "0"},
+                    DecimalCase{"NotANumber", std::nan(""), 3, "0"},
+                    DecimalCase{"Infinite", -std::numeric_limits<double>::infinity(), 9, "0"}),
+    [](const auto& row) { return row.param.name; });
+
+struct FactorCase {
+    const char* name;
+    double number;
+    int digits;
+    const char* expected;
+};
+class AppendSignificantTest : public testing::TestWithParam<FactorCase> {};
+TEST_P(AppendSignificantTest, KeepsTheDigitsThatCount) {
+    std::string text;
+    AppendSignificant(text, GetParam().number, GetParam().digits);
+    EXPECT_EQ(text, GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Significant, AppendSignificantTest,
+    testing::Values(FactorCase{"Zero", 0.0, 6, "0"}, FactorCase{"One", 1.0, 6, "1"},
+                    FactorCase{"Third", -1.0 / 3.0, 6, "-.333333"},
+                    FactorCase{"Small", 1.25e-7, 6, ".000000125"}, FactorCase{"Hundred", 100.0, 9, "100"},
+                    FactorCase{"MorePlacesThanDigits", 123456.789, 4, "123457"},
+                    FactorCase{"NotANumber", std::nan(""), 6, "0"},
+                    FactorCase{"Infinite", std::numeric_limits<double>::infinity(), 6, "0"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(AppendSignificantTest, WritesTheGreatestNumbers) {
+    std::string text;
+    AppendSignificant(text, -std::numeric_limits<double>::max(), 6);
+    EXPECT_EQ(text.size(), 310U);
+    EXPECT_EQ(text.substr(0, 6), "-17976");
+}
+
+}  // namespace

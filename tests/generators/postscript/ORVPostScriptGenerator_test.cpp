@@ -1,0 +1,290 @@
+// The generator as it is used: out of its module. What it writes is run by a PostScript interpreter.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <vector>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/common/generator_status.h"
+#include "generators/formats.h"
+#include "platform/system/modules.h"
+#include "tests/generators/drawing_calls.h"
+#include "tests/support/sample_images.h"
+#include "tests/support/scratch_folder.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+std::string Shell(const std::string& command) {
+    std::string text;
+    std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return text;
+    std::array<char, 4096> buffer;
+    for (std::size_t got = 0; (got = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
+        text.append(buffer.data(), got);
+    pclose(pipe);
+    return text;
+}
+
+/// A document that a test draws.
+class PostScript {
+public:
+    explicit PostScript(const char* format = "ps", const char* title = "")
+        : format_(ORVFindOutputFormat(format)->create(output_, {})) {
+        EXPECT_EQ(Get().BeginDocument({title, 0}), 1);
+    }
+    ORVPrintGenerator& Get() { return format_->Get(); }
+    const std::string& GetError() const { return format_->GetError(); }
+    const ORVMemoryOutput& GetOutput() const { return output_; }
+    void BeginPage(double width = 90.0, double height = 90.0) {
+        EXPECT_EQ(Get().BeginPage(PageInfo(width, height, ++pages_)), 1) << GetError();
+    }
+    void EndPage() { EXPECT_EQ(Get().EndPage(), 1) << GetError(); }
+    /// Ends the document, which must run without complaint. @return all of it
+    const std::string& Finish() {
+        EXPECT_EQ(Get().EndDocument(), 1) << GetError();
+        std::ofstream(path_, std::ios::binary) << output_.GetBytes();
+        EXPECT_EQ(Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=nullpage " + path_), "");
+        return output_.GetBytes();
+    }
+    /// Around what of each page is painted, as the interpreter sees it: left, bottom, right, top in points.
+    std::vector<std::array<double, 4>> Boxes() const {
+        std::istringstream lines(Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=bbox " + path_));
+        std::vector<std::array<double, 4>> boxes;
+        for (std::string line; std::getline(lines, line);) {
+            std::array<double, 4> box{};
+            if (std::sscanf(line.c_str(), "%%%%HiResBoundingBox: %lf %lf %lf %lf", box.data(), &box[1],
+                            &box[2], &box[3]) == 4)
+                boxes.push_back(box);
+        }
+        return boxes;
+    }
+    std::string Text() const {
+        return Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=txtwrite -sOutputFile=- " + path_);
+    }
+
+private:
+    ORVMemoryOutput output_;
+    std::unique_ptr<ORVFormatGenerator> format_;
+    unsigned int pages_ = 0;
+    const ScratchFolder folder_;
+    const std::string path_ = folder_.PathOf("page.ps");
+};
+
+/// The interpreter measures to a hundredth of a point.
+void ExpectBox(const std::array<double, 4>& actual, const std::array<double, 4>& expected) {
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(actual[i], expected[i], 0.03) << "side " << i;
+}
+
+std::size_t Count(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+    return count;
+}
+
+TEST(ORVPostScriptGeneratorTest, ADocumentHasAllPagesInTheirSizes) {
+    PostScript document("ps", "Größe (1)");
+    for (const auto& [width, height] : {std::pair{90.0, 45.0}, {744.09, 1052.36}, {1052.36, 744.09}}) {
+        document.BeginPage(width, height);
+        EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 45), 1);
+        document.EndPage();
+    }
+    const std::string& text = document.Finish();
+    EXPECT_EQ(document.GetOutput().GetPartCount(), 1U);
+    EXPECT_THAT(
+        text,
+        StartsWith("%!PS-Adobe-3.0\n%%Title: (Gr\\366\\337e \\(1\\))\n%%Creator: orvprint\n%%Pages: 3\n"));
+    EXPECT_THAT(text, HasSubstr("%%BoundingBox: 0 0 842 842\n"));
+    EXPECT_THAT(text, HasSubstr("72 36 cairo_set_page_size\n"));
+    EXPECT_THAT(text, HasSubstr("595 842 cairo_set_page_size\n"));
+    EXPECT_THAT(text, HasSubstr("842 595 cairo_set_page_size\n"));
+    EXPECT_THAT(text, Not(HasSubstr("CreationDate")));
+    EXPECT_THAT(text, Not(HasSubstr("Landscape")));
+    EXPECT_EQ(Count(text, "%%Page: "), 3U);
+    // 90 by 45 user units are 72 by 36 points, at the upper edge of the sheet.
+    const auto boxes = document.Boxes();
+    ASSERT_EQ(boxes.size(), 3U);
+    ExpectBox(boxes[0], {0, 0, 72, 36});
+    ExpectBox(boxes[1], {0, 806, 72, 842});
+    ExpectBox(boxes[2], {0, 559, 72, 595});
+}
+
+TEST(ORVPostScriptGeneratorTest, EpsHasOnePageAPartAndItsBox) {
+    PostScript document("eps", "Document");
+    document.BeginPage(90.0, 45.5);
+    EXPECT_EQ(FillRectangle(document.Get(), 10, 10, 20, 20), 1);
+    document.EndPage();
+    const std::string first = document.GetOutput().GetBytes();
+    EXPECT_THAT(first, StartsWith("%!PS-Adobe-3.0 EPSF-3.0\n%%Title: Document\n%%Creator: orvprint\n"));
+    EXPECT_THAT(first, HasSubstr("%%BoundingBox: 0 0 72 37\n%%HiResBoundingBox: 0 0.6 72 37\n"));
+    document.BeginPage(50.0, 50.0);
+    document.EndPage();
+    const std::string& text = document.Finish();
+    EXPECT_EQ(document.GetOutput().GetPartCount(), 2U);
+    EXPECT_THAT(text.substr(first.size()), StartsWith("%!PS-Adobe-3.0 EPSF-3.0\n"));
+    EXPECT_THAT(text.substr(first.size()),
+                HasSubstr("%%BoundingBox: 0 0 40 40\n%%HiResBoundingBox: 0 0 40 40\n"));
+    ASSERT_FALSE(document.Boxes().empty());
+    ExpectBox(document.Boxes()[0], {8, 13, 24, 29});
+}
+
+TEST(ORVPostScriptGeneratorTest, TheSameDrawingGivesTheSameBytes) {
+    std::string before;
+    for (int i = 0; i < 2; ++i) {
+        PostScript document;
+        document.BeginPage();
+        EXPECT_EQ(WriteText(document.Get(), "again", 5.0, 20.0), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 5, 5, 50, 50, {255, 0, 0, 100}), 1);
+        document.EndPage();
+        const std::string text = document.Finish();
+        EXPECT_TRUE(i == 0 || text == before);
+        before = text;
+    }
+}
+
+TEST(ORVPostScriptGeneratorTest, TextStaysText) {
+    PostScript document;
+    document.BeginPage(400.0, 200.0);
+    EXPECT_EQ(WriteText(document.Get(), "Office text", 10.0, 20.0), 1);
+    EXPECT_EQ(WriteText(document.Get(), "bad \xFF bytes", 10.0, 50.0), 1);
+    ORVTextStyle style;
+    style.writingMode = 1;
+    EXPECT_EQ(WriteText(document.Get(), "שלום (x)", 10.0, 80.0, style), 1);
+    style.writingMode = 2;
+    EXPECT_EQ(WriteText(document.Get(), "down", 300.0, 30.0, style), 1);
+    document.EndPage();
+    const std::string& text = document.Finish();
+    EXPECT_THAT(text, HasSubstr("%%BeginResource: font"));
+    EXPECT_THAT(document.Text(), HasSubstr("Office text"));
+}
+
+TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
+    const std::string file = SampleJpeg(6, 4);
+    const ORVRef<ORVPixelImage> image(ReadMemoryJPEGPixelImage(file.data(), file.size(), 0));
+    ASSERT_TRUE(image);
+    PostScript document;
+    document.BeginPage();
+    EXPECT_EQ(document.Get().DrawImage({*image, {60.0, 0.0, 0.0, 40.0, 10.0, 10.0}}), 1);
+    EXPECT_EQ(document.Get().DrawImage({*image, {6.0, 1.0, -1.0, 6.0, 30.0, 60.0}}), 1);
+    document.EndPage();
+    EXPECT_EQ(Count(document.Finish(), "DCTDecode"), 2U);
+    ASSERT_EQ(document.Boxes().size(), 1U);
+    ExpectBox(document.Boxes()[0], {8, 19.2, 56, 64});
+}
+
+TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
+    PostScript document;
+    document.BeginPage(400.0, 400.0);
+    EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 50, 50), 1);
+    EXPECT_EQ(FillRectangle(document.Get(), 20, 20, 50, 50, {255, 0, 0, 100}), 1);
+    EXPECT_EQ(WriteText(document.Get(), "beside", 100.0, 380.0), 1);
+    document.EndPage();
+    const std::string& text = document.Finish();
+    EXPECT_THAT(text, HasSubstr("res=300ppi"));
+    EXPECT_THAT(document.Text(), HasSubstr("beside"));
+}
+
+// For each of them the page would be drawn once more.
+TEST(ORVPostScriptGeneratorTest, ManyTransparentPartsBecomeOnePicture) {
+    PostScript document;
+    document.BeginPage(400.0, 400.0);
+    EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 400, 200), 1);
+    ORVMathBox2D box;
+    box.Add({0, 0});
+    box.Add({400, 200});
+    EXPECT_EQ(document.Get().BeginClip(box), 1);
+    for (int i = 0; i < 1000; ++i)
+        EXPECT_EQ(FillRectangle(document.Get(), i % 40 * 10, i / 40 * 8, 5, 4, {255, 0, 0, 100}), 1);
+    EXPECT_EQ(document.Get().EndClip(), 1);
+    EXPECT_EQ(WriteText(document.Get(), "below", 100.0, 380.0), 1);
+    document.EndPage();
+    const std::string& text = document.Finish();
+    EXPECT_EQ(Count(text, "Fallback Image"), 1U);
+    EXPECT_THAT(document.Text(), HasSubstr("below"));
+}
+
+TEST(ORVPostScriptGeneratorTest, ClipsToBoxes) {
+    PostScript document;
+    document.BeginPage();
+    ORVMathBox2D box;
+    box.Add({10, 10});
+    box.Add({30, 30});
+    EXPECT_EQ(document.Get().BeginClip(box), 1);
+    EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 90), 1);
+    EXPECT_EQ(document.Get().EndClip(), 1);
+    document.EndPage();
+    document.Finish();
+    ASSERT_EQ(document.Boxes().size(), 1U);
+    ExpectBox(document.Boxes()[0], {8, 48, 24, 64});
+}
+
+TEST(ORVPostScriptGeneratorTest, WhatIsFarOffOrFlatDoesNotDisturb) {
+    const double huge = std::numeric_limits<double>::max();
+    const auto image = PlainImage(1, 1, {1, 2, 3});
+    const ORVPrintFill fill;
+    ORVPrintStroke stroke;
+    ORVPrintPath line;
+    line.MoveTo({-huge, 5.0});
+    line.LineTo({huge, 5.0});
+    const ORVTextLayout layout = ORVLayoutText("far", {});
+    PostScript document;
+    document.BeginPage();
+    for (const double scale : {0.0, 1e-300, 1e-9, 1.0, 1e29, 1e300, std::nan("")}) {
+        const ORVMathAffine2D map = ORVMathAffine2D::Scaling(1.0, scale);
+        stroke.width = scale > 0.0 ? scale : 1.0;
+        stroke.colour.opacity = scale < 1.0 ? 100 : 255;
+        EXPECT_EQ(document.Get().DrawShape({line, map, &fill, &stroke}), 1) << scale;
+        EXPECT_EQ(document.Get().DrawText({layout, "far", map, &fill, &stroke, nullptr}), 1) << scale;
+        EXPECT_EQ(document.Get().DrawImage({*image, map}), 1) << scale;
+    }
+    document.EndPage();
+    document.Finish();
+}
+
+TEST(ORVPostScriptGeneratorTest, RefusesPagesBeyondMeasure) {
+    PostScript document;
+    EXPECT_EQ(document.Get().BeginPage(PageInfo(20'000.0, 10.0, 7)), kPageTooLarge);
+    EXPECT_THAT(document.GetError(), HasSubstr("page 7"));
+    EXPECT_EQ(document.Get().EndDocument(), 1);
+}
+
+/// Takes no byte.
+class FullOutput final : public ORVOutput {
+public:
+    int BeginPart() override { return 1; }
+    int Write(const void* /*bytes*/, std::size_t /*size*/) override { return Fail("full"); }
+    int EndPart() override { return 1; }
+    int Commit() override { return 1; }
+};
+
+TEST(ORVPostScriptGeneratorTest, OutputThatFailsIsNoticed) {
+    FullOutput output;
+    const auto format = ORVFindOutputFormat("ps")->create(output, {});
+    EXPECT_EQ(format->Get().BeginDocument({}), 1);
+    EXPECT_EQ(format->Get().BeginPage(PageInfo(9, 9)), 1);
+    EXPECT_EQ(format->Get().EndPage(), 1);
+    EXPECT_EQ(format->Get().EndDocument(), kOutputFailed);
+}
+
+TEST(ORVLoadModuleTest, SaysWhatIsMissing) {
+    std::string error;
+    EXPECT_EQ(ORVLoadModule("liborv-no-such-module.so", error), nullptr);
+    EXPECT_THAT(error, HasSubstr("liborv-no-such-module.so"));
+    error.clear();
+    void* module = ORVLoadModule("liborvpostscript.so", error);
+    ASSERT_NE(module, nullptr) << error;
+    EXPECT_EQ(ORVFindInModule(module, "noSuchName", error), nullptr);
+    EXPECT_THAT(error, HasSubstr("noSuchName"));
+}
+
+}  // namespace
