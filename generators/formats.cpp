@@ -24,8 +24,17 @@ std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormat
     return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output);
 }
 
+ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {
+    ORVRasterOptions raster;
+    raster.dotsPerInch = options.dotsPerInch;
+    raster.colourMode = options.colourMode;
+    raster.pixelLimit = options.pixelLimit;
+    raster.threads = options.threads;
+    return raster;
+}
+
 std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormatOptions& options) {
-    return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, options.dotsPerInch);
+    return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, RasterOptions(options));
 }
 
 constexpr std::array kFormats{

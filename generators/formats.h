@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "generators/common/ORVColourMode.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
@@ -12,6 +14,9 @@ class ORVOutput;
 /// What the user may ask of a format.
 struct ORVFormatOptions {
     double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+    ORVColourMode colourMode = ORVColourMode::kColour;  ///< of pictures
+    std::uint64_t pixelLimit = 4'000'000'000;           ///< pictures of more pixels are refused
+    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
 };
 
 /// A generator and its words for what went wrong.
