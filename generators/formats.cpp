@@ -4,6 +4,8 @@
 
 #include "generators/pdf/ORVPdfGenerator.h"
 #include "generators/png/ORVPngGenerator.h"
+#include "generators/pwg/ORVPwgGenerator.h"
+#include "generators/tiff/ORVTiffGenerator.h"
 #include "platform/system/number_conversion.h"
 
 namespace {
@@ -33,13 +35,16 @@ ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {
     return raster;
 }
 
-std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormatOptions& options) {
-    return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, RasterOptions(options));
+template <class Generator>
+std::unique_ptr<ORVFormatGenerator> CreateRaster(ORVOutput& output, const ORVFormatOptions& options) {
+    return std::make_unique<FormatGenerator<Generator>>(output, RasterOptions(options));
 }
 
 constexpr std::array kFormats{
     ORVOutputFormat{"pdf", false, CreatePdf},
-    ORVOutputFormat{"png", true, CreatePng},
+    ORVOutputFormat{"png", true, CreateRaster<ORVPngGenerator>},
+    ORVOutputFormat{"tiff", false, CreateRaster<ORVTiffGenerator>, "tif"},
+    ORVOutputFormat{"pwg", false, CreateRaster<ORVPwgGenerator>, "pwgraster"},
 };
 
 }  // namespace
@@ -48,6 +53,8 @@ std::span<const ORVOutputFormat> ORVOutputFormats() { return kFormats; }
 
 const ORVOutputFormat* ORVFindOutputFormat(std::string_view name) {
     for (const ORVOutputFormat& format : kFormats)
-        if (ORVCompareText(format.name, name) != kTextDiffers) return &format;
+        if (ORVCompareText(format.name, name) != kTextDiffers ||
+            (!format.otherName.empty() && ORVCompareText(format.otherName, name) != kTextDiffers))
+            return &format;
     return nullptr;
 }

@@ -33,6 +33,7 @@ struct ORVOutputFormat {
     std::string_view name;  ///< also the ending of its files
     bool onePageAPart;      ///< a page fills a file of this format
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
+    std::string_view otherName{};  ///< that means the same; empty for none
 };
 
 /// All formats.

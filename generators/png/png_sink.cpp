@@ -121,7 +121,8 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     rows.resize((band.rowBytes + 1) * static_cast<std::size_t>(band.rowCount));
     std::uint8_t* to = rows.data();
     for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes) {
-        *to++ = 0;  // rows are not filtered: drawings are even areas, which compress as they are
+        // Rows are not filtered: drawings are even areas, which compress as they are.
+        *to++ = 0;
         std::memcpy(to, band.pixels + static_cast<std::size_t>(y) * band.stride, band.rowBytes);
     }
     if (pixels_ == RasterPixels::kBlack) {
