@@ -13,7 +13,7 @@ class ORVOutput;
 
 /// What the user may ask of a format.
 struct ORVFormatOptions {
-    double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+    double dotsPerInch = 90.0;                          ///< of pictures; a user unit is then a pixel
     ORVColourMode colourMode = ORVColourMode::kColour;  ///< of pictures
     std::uint64_t pixelLimit = 4'000'000'000;           ///< pictures of more pixels are refused
     unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors

@@ -23,7 +23,8 @@ void AppendNumber(std::uint32_t number, std::vector<std::uint8_t>& bytes) {
     PutNumber(number, bytes.data() + bytes.size() - 4);
 }
 
-/// Puts what surrounds a chunk's content around it: `bytes` has 8 bytes of room from `start`, then the content.
+/// Puts what surrounds a chunk's content around it: `bytes` has 8 bytes of room from `start`, then the
+/// content.
 void CloseChunk(std::string_view type, std::size_t start, std::vector<std::uint8_t>& bytes) {
     const std::size_t contentStart = start + 8;
     PutNumber(static_cast<std::uint32_t>(bytes.size() - contentStart), bytes.data() + start);
@@ -144,9 +145,9 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
 int PngSink::WriteBand(const RasterBand& band, const std::vector<std::uint8_t>& bytes) {
     std::uint32_t adler = 0;
     for (std::size_t i = 0; i < 4; ++i) adler = adler << 8U | bytes[i];
-    adler_ = ORVCombineAdler32(adler_, adler,
-                               static_cast<std::uint64_t>(band.rowBytes + 1) *
-                                   static_cast<std::uint64_t>(band.rowCount));
+    adler_ = ORVCombineAdler32(
+        adler_, adler,
+        static_cast<std::uint64_t>(band.rowBytes + 1) * static_cast<std::uint64_t>(band.rowCount));
     Write(std::span(bytes).subspan(4));
     return failed_ ? kOutputFailed : kGeneratorDone;
 }

@@ -57,6 +57,10 @@ int HundredthsOfMillimetre(double userUnits) {
     return static_cast<int>(std::lround(userUnits / kUserUnitsPerInch * kHundredthsOfMillimetrePerInch));
 }
 
+unsigned int Points(double userUnits) {
+    return static_cast<unsigned int>(std::lround(userUnits / kUserUnitsPerInch * 72.0));
+}
+
 }  // namespace
 
 PwgSink::~PwgSink() {
@@ -97,6 +101,8 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
     header.cupsWidth = static_cast<unsigned int>(page.width);
     header.cupsHeight = static_cast<unsigned int>(page.height);
     header.cupsBytesPerLine = (header.cupsWidth * bits + 7) / 8;
+    header.PageSize[0] = Points(page.pageWidth);
+    header.PageSize[1] = Points(page.pageHeight);
     header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] = page.pageCount;
     header.cupsInteger[CUPS_RASTER_PWG_ImageBoxLeft] = 0;
     header.cupsInteger[CUPS_RASTER_PWG_ImageBoxTop] = 0;

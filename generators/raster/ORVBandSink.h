@@ -15,7 +15,7 @@ struct RasterPageInfo {
     double dotsPerInch = 0.0;
     double pageWidth = 0.0, pageHeight = 0.0;  ///< user units of 1/90 inch
     RasterPixels pixels = RasterPixels::kRGB;
-    int bandRows = 0;  ///< of all bands but the last, which may have fewer
+    int bandRows = 0;                        ///< of all bands but the last, which may have fewer
     unsigned int number = 0, pageCount = 0;  ///< of the page; of all, 0 when that is not known
     std::string_view title;                  ///< of the document
 };

@@ -31,8 +31,7 @@ unsigned int ThreadCount(unsigned int wanted) {
 }  // namespace
 
 struct ORVRasterGenerator::State {
-    State(std::unique_ptr<ORVBandSink> to, const ORVRasterOptions& how)
-        : sink(std::move(to)), options(how) {}
+    State(std::unique_ptr<ORVBandSink> to, const ORVRasterOptions& how) : sink(std::move(to)), options(how) {}
 
     /// Notes content; a page that memory does not hold is a failure like any other.
     template <class Note>
@@ -89,7 +88,8 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
     page.number = info.number;
     page.pageCount = state_->pageCount;
     page.title = state_->title;
-    page.bandRows = options.bandRows > 0 ? std::min(options.bandRows, page.height) : ORVRowsOfBand(page.width);
+    page.bandRows =
+        options.bandRows > 0 ? std::min(options.bandRows, page.height) : ORVRowsOfBand(page.width);
     const bool smooths = options.colourMode != ORVColourMode::kMono;
     return state_->Try([&] {
         state_->list.Begin(page.width, page.height, scale, smooths ? kThinnestWithLevels : kThinnestWithout,

@@ -7,9 +7,10 @@
 #include "generators/raster/raster_options.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Draws pages as pixels on white paper, band by band: what all formats of pixels have in common. While a page
-/// is drawn its content is noted; when it ends, bands of rows are drawn and handed to the format's encoder, so
-/// that memory goes with the content and not with the resolution. Links and identifiers have no place in it.
+/// Draws pages as pixels on white paper, band by band: what all formats of pixels have in common. While a
+/// page is drawn its content is noted; when it ends, bands of rows are drawn and handed to the format's
+/// encoder, so that memory goes with the content and not with the resolution. Links and identifiers have no
+/// place in it.
 class ORVRasterGenerator : public ORVPrintGenerator {
 public:
     /// No page is wider or higher (pixels).

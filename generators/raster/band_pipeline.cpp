@@ -92,7 +92,8 @@ public:
             FinishedBand finished;
             {
                 std::unique_lock lock(mutex_);
-                arrived_.wait(lock, [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
+                arrived_.wait(lock,
+                              [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
                 if (failed_) {
                     status = kDrawingFailed;
                     break;
@@ -130,8 +131,8 @@ private:
                     waiting_.emplace_back();
                 }
                 const int firstRow = number * info_.bandRows;
-                const RasterBand band = renderer.Render(
-                    firstRow, std::min(info_.bandRows, info_.height - firstRow), pieces);
+                const RasterBand band =
+                    renderer.Render(firstRow, std::min(info_.bandRows, info_.height - firstRow), pieces);
                 bytes.clear();
                 sink_.EncodeBand(band, bytes);
                 {

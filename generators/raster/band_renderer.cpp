@@ -31,9 +31,9 @@ ORVMathPoint2D PlaceOf(const RasterGeometry& geometry, const RasterPoint& p) {
 
 /// The order in which the pixels of a square become black as it gets darker, spread evenly.
 constexpr std::uint8_t kDitherOrder[8][8] = {
-    {0, 32, 8, 40, 2, 34, 10, 42},  {48, 16, 56, 24, 50, 18, 58, 26}, {12, 44, 4, 36, 14, 46, 6, 38},
-    {60, 28, 52, 20, 62, 30, 54, 22}, {3, 35, 11, 43, 1, 33, 9, 41},   {51, 19, 59, 27, 49, 17, 57, 25},
-    {15, 47, 7, 39, 13, 45, 5, 37}, {63, 31, 55, 23, 61, 29, 53, 21}};
+    {0, 32, 8, 40, 2, 34, 10, 42},    {48, 16, 56, 24, 50, 18, 58, 26}, {12, 44, 4, 36, 14, 46, 6, 38},
+    {60, 28, 52, 20, 62, 30, 54, 22}, {3, 35, 11, 43, 1, 33, 9, 41},    {51, 19, 59, 27, 49, 17, 57, 25},
+    {15, 47, 7, 39, 13, 45, 5, 37},   {63, 31, 55, 23, 61, 29, 53, 21}};
 
 }  // namespace
 
@@ -86,7 +86,8 @@ private:
 class BandRenderer::SolidGreyPaint {
 public:
     SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
-        : renderer_(renderer), grey_(GreyOf(colour.red, colour.green, colour.blue)),
+        : renderer_(renderer),
+          grey_(GreyOf(colour.red, colour.green, colour.blue)),
           opacity_(colour.opacity) {}
     void BeginRow(int row) { row_ = renderer_.BeginRow(row); }
     void EndRow() {}
@@ -149,7 +150,9 @@ private:
             const double wanted = operation_.smooths ? kept : (kept >= 0.5 ? 1.0 : 0.0);
             alphas_[x] = static_cast<std::uint8_t>(alphas_[x] * wanted + 0.5);
         };
-        const auto share = [&](int x) { return std::min(clip_.right, x + 1.0) - std::max(clip_.left, 1.0 * x); };
+        const auto share = [&](int x) {
+            return std::min(clip_.right, x + 1.0) - std::max(clip_.left, 1.0 * x);
+        };
         if (rowShare < 1.0) {
             for (int x = begin; x < end; ++x) scale(x, share(x));
         } else {
@@ -158,10 +161,12 @@ private:
             if (end - 1 > begin) scale(end - 1, share(end - 1));
         }
         if (clip_.outline) {
-            const std::uint8_t* mask = renderer_.mask_.data() + static_cast<std::size_t>(row_ - renderer_.firstRow_) *
-                                                                    static_cast<std::size_t>(renderer_.width_);
+            const std::uint8_t* mask =
+                renderer_.mask_.data() + static_cast<std::size_t>(row_ - renderer_.firstRow_) *
+                                             static_cast<std::size_t>(renderer_.width_);
             for (int x = begin; x < end; ++x)
-                alphas_[x] = static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
+                alphas_[x] =
+                    static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
         }
         return true;
     }
@@ -295,7 +300,8 @@ void BandRenderer::CollectVerbs(const RasterGeometry& geometry, const RasterCont
 }
 
 void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterContour& contour,
-                                  std::uint32_t firstVerb, std::uint32_t verbCount, std::uint32_t firstPoint) {
+                                  std::uint32_t firstVerb, std::uint32_t verbCount,
+                                  std::uint32_t firstPoint) {
     const RasterPoint* point = contour.points + firstPoint;
     const int top = coverage_.GetFirstRow() - geometry.originY - 1,
               bottom = coverage_.GetEndRow() - geometry.originY + 1;
@@ -466,8 +472,8 @@ void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeomet
         BandRenderer& renderer;
         std::uint8_t* row = nullptr;
         void BeginRow(int y) {
-            row = renderer.mask_.data() +
-                  static_cast<std::size_t>(y - renderer.firstRow_) * static_cast<std::size_t>(renderer.width_);
+            row = renderer.mask_.data() + static_cast<std::size_t>(y - renderer.firstRow_) *
+                                              static_cast<std::size_t>(renderer.width_);
         }
         void EndRow() {}
         void Pixel(int x, unsigned int alpha) {

@@ -102,8 +102,7 @@ void CoverageBuffer::AddInRow(int row, int x0, int x1, int height) {
         int done = 0;
         int from = x0 & kSubpixelMask;
         for (int cell = first; cell < last; ++cell, from = 0) {
-            const int reached =
-                static_cast<int>((((cell + 1) << kSubpixelBits) - x0) * slope + rounding);
+            const int reached = static_cast<int>((((cell + 1) << kSubpixelBits) - x0) * slope + rounding);
             add(cell, reached - done, from + kOne);
             done = reached;
         }

@@ -18,8 +18,8 @@ enum class CoverageRule : std::uint8_t { kNonZero, kEvenOdd, kHardNonZero, kHard
 ///
 /// Edges come in any order. Each adds to the cells of the pixels that it crosses how much its winding changes
 /// there, so that a sum along the row gives the coverage. One bit for four pixels tells which cells were
-/// touched: what lies between them is a span of one coverage, and costs nothing a pixel. What a band gets from
-/// an edge does not depend on where the band begins and ends.
+/// touched: what lies between them is a span of one coverage, and costs nothing a pixel. What a band gets
+/// from an edge does not depend on where the band begins and ends.
 class CoverageBuffer {
 public:
     static constexpr int kOne = 256;  ///< FixedPoint units in a pixel
@@ -61,8 +61,8 @@ public:
     }
 
 private:
-    static constexpr int kBlockShift = 2;   // a bit for four pixels
-    static constexpr int kWordShift = 8;    // a word for 256
+    static constexpr int kBlockShift = 2;      // a bit for four pixels
+    static constexpr int kWordShift = 8;       // a word for 256
     static constexpr int kFullArea = 1 << 17;  // of a cell: 256 rows times 2 x 256 columns
 
     struct RowState {
@@ -119,7 +119,7 @@ private:
                 alpha = Alpha<kRule>(sum);
                 if (gap + length == 64) break;
                 bits = bits >> static_cast<unsigned int>(gap + length)
-                       << static_cast<unsigned int>(gap + length);
+                                   << static_cast<unsigned int>(gap + length);
             }
         }
         if (alpha != 0 && x < width_) paint.Span(x, width_, alpha);

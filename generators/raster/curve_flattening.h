@@ -6,7 +6,7 @@
 #include "platform/mathematics/geometry.h"
 
 /// Farthest that a polyline may stray from its curve, in pixels.
-inline constexpr double kFlatness = 0.1;
+inline constexpr double kFlatness = 0.04;
 
 /// Straight pieces for a cubic curve. It bends away from its pieces by an eighth of its second derivative at
 /// most, which is greatest at one of the ends.

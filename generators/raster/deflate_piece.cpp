@@ -49,7 +49,8 @@ std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {
 }
 
 std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
-    // The lower half is the sum of all bytes and 1, the upper one the sum of the lower halves after each byte.
+    // The lower half is the sum of all bytes and 1, the upper one the sum of the lower halves after each
+    // byte.
     constexpr std::uint64_t kModulus = 65521;
     const std::uint64_t a1 = first & 0xFFFFU, b1 = first >> 16U, a2 = second & 0xFFFFU, b2 = second >> 16U;
     const std::uint64_t a = (a1 + a2 + kModulus - 1) % kModulus;

@@ -43,7 +43,8 @@ bool IsWithinLimit(const ORVMathPoint2D& p) {
 
 /// The pixel that a coordinate lies in, as far as that matters for anything.
 int PixelOf(double value) {
-    return static_cast<int>(std::floor(value > -kDeviceLimit * 2 ? std::min(value, kDeviceLimit * 2) : -kDeviceLimit * 2));
+    return static_cast<int>(
+        std::floor(value > -kDeviceLimit * 2 ? std::min(value, kDeviceLimit * 2) : -kDeviceLimit * 2));
 }
 
 bool IsGreyColour(const ORVPrintColour& colour) {
@@ -297,9 +298,9 @@ RasterGeometry DisplayList::KeepContours(Extent& extent) {
     std::copy(draftVerbs_.begin(), draftVerbs_.end(), verbs);
     for (std::size_t i = 0; i < drafts_.size(); ++i) {
         const std::size_t end = i + 1 < drafts_.size() ? drafts_[i + 1].firstVerb : draftVerbs_.size();
-        new (contours + i) RasterContour{points + drafts_[i].firstPoint, verbs + drafts_[i].firstVerb,
-                                         static_cast<std::uint32_t>(end - drafts_[i].firstVerb),
-                                         drafts_[i].closed};
+        new (contours + i)
+            RasterContour{points + drafts_[i].firstPoint, verbs + drafts_[i].firstVerb,
+                          static_cast<std::uint32_t>(end - drafts_[i].firstVerb), drafts_[i].closed};
     }
     geometry.contours = contours;
     geometry.contourCount = static_cast<std::uint32_t>(drafts_.size());
@@ -329,7 +330,8 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         RasterOperation operation = NewOperation(fill->colour);
         operation.geometry = geometry;
         operation.evenOdd = fill->evenOdd;
-        if (fill->pattern) operation.picture = KeepPicture(*fill->pattern, ToDevice(fill->patternToPage), true);
+        if (fill->pattern)
+            operation.picture = KeepPicture(*fill->pattern, ToDevice(fill->patternToPage), true);
         AddOperation(operation, extent);
     }
     if (stroke && (isNear || MakeGeometry(path, toDevice, PathUse::kStroke, geometry, extent))) {
@@ -346,8 +348,7 @@ void DisplayList::AddOperation(const RasterOperation& operation, const Extent& e
     const double reach = operation.pen ? operation.pen->reach : 0.0;
     const int left = std::max(PixelOf(extent.left - reach), PixelOf(clip.left));
     const int right = std::min(PixelOf(extent.right + reach) + 1, PixelOf(std::ceil(clip.right)));
-    const int firstRow = PixelOf(std::max(clip.top, 0.0)),
-              lastRow = PixelOf(std::ceil(clip.bottom)) - 1;
+    const int firstRow = PixelOf(std::max(clip.top, 0.0)), lastRow = PixelOf(std::ceil(clip.bottom)) - 1;
     if (left >= right || PixelOf(extent.top - reach) > lastRow || PixelOf(extent.bottom + reach) < firstRow)
         return;
     if (!IsGreyColour(operation.colour) || operation.picture) isGrey_ = false;
@@ -377,7 +378,8 @@ void DisplayList::AddPiecesOf(const RasterOperation& operation, const Extent& ex
     for (std::uint32_t i = 0; i < geometry.contourCount && verbs <= kVerbsOfPiece; ++i)
         verbs += geometry.contours[i].verbCount + 1;
     // The dashes of a contour depend on all of it.
-    if (verbs <= kVerbsOfPiece || (operation.pen && operation.pen->IsDashed() && geometry.contourCount == 1)) {
+    if (verbs <= kVerbsOfPiece ||
+        (operation.pen && operation.pen->IsDashed() && geometry.contourCount == 1)) {
         add(extent.top, extent.bottom);
         return;
     }
@@ -479,7 +481,8 @@ std::uint32_t DisplayList::ClipText(const ORVPrintPath& path) {
     };
     const auto& p = draftPoints_;
     const bool isBox = geometry.contourCount == 1 && p.size() == 5 && draftVerbs_.size() == 4 &&
-                       isLevel(p[0], p[1]) && isLevel(p[1], p[2]) && isLevel(p[2], p[3]) && isLevel(p[3], p[0]);
+                       isLevel(p[0], p[1]) && isLevel(p[1], p[2]) && isLevel(p[2], p[3]) &&
+                       isLevel(p[3], p[0]);
     if (!isBox) {
         auto* outline = arena_.Make<RasterGeometry>(1);
         clip.outline = new (outline) RasterGeometry(geometry);
@@ -488,8 +491,7 @@ std::uint32_t DisplayList::ClipText(const ORVPrintPath& path) {
 }
 
 const RasterGlyph* DisplayList::FindGlyph(const ORVGlyphRun& run, std::uint32_t index, const GlyphMap& map) {
-    const auto [entry, isNewMap] =
-        glyphMaps_.try_emplace(map, static_cast<std::uint32_t>(glyphMaps_.size()));
+    const auto [entry, isNewMap] = glyphMaps_.try_emplace(map, static_cast<std::uint32_t>(glyphMaps_.size()));
     const std::uint64_t key = std::uint64_t{entry->second} << 32U | index;
     const auto [found, isNew] = glyphIndex_.try_emplace(key, nullptr);
     if (!isNew) return found->second;
@@ -555,7 +557,8 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         if (text.fill) {
             operation.colour = text.fill->colour;
             if (text.fill->pattern)
-                operation.picture = KeepPicture(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
+                operation.picture =
+                    KeepPicture(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
             if (run.syntheticBold) operation.pen = KeepPen(bold, toDevice);
             AddGlyphs(operation);
         }
@@ -580,7 +583,8 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
     Extent all{1e30, 1e30, -1e30, -1e30};
     for (std::size_t i = 0; i < places_.size(); i += kGlyphsOfPiece) {
         piece.firstPoint = static_cast<std::uint32_t>(i);
-        piece.verbCount = static_cast<std::uint32_t>(std::min<std::size_t>(kGlyphsOfPiece, places_.size() - i));
+        piece.verbCount =
+            static_cast<std::uint32_t>(std::min<std::size_t>(kGlyphsOfPiece, places_.size() - i));
         double top = 1e30, bottom = -1e30;
         for (std::size_t k = i; k < i + piece.verbCount; ++k) {
             const RasterGlyphPlace& place = places_[k];
@@ -597,10 +601,9 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
         piece.lastRow = std::min(PixelOf(bottom + reach), lastRow);
         if (piece.firstRow <= piece.lastRow) pieces_.push_back(piece);
     }
-    operation.clipped =
-        operation.clip != 0 &&
-        (clip.outline || all.left - reach < clip.left || all.right + reach > clip.right ||
-         all.top - reach < clip.top || all.bottom + reach > clip.bottom);
+    operation.clipped = operation.clip != 0 &&
+                        (clip.outline || all.left - reach < clip.left || all.right + reach > clip.right ||
+                         all.top - reach < clip.top || all.bottom + reach > clip.bottom);
     operation.left = std::max({PixelOf(all.left - reach), PixelOf(clip.left), 0});
     operation.right = std::min(PixelOf(all.right + reach) + 1, PixelOf(std::ceil(clip.right)));
     if (operation.left >= operation.right) pieces_.resize(before);
@@ -617,9 +620,12 @@ void DisplayList::AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D
             *run.face, glyph.index, pixelsPerEm, {fill.colour.red, fill.colour.green, fill.colour.blue});
         if (!picture.image) continue;
         const double across = run.size * run.expansion;
-        const ORVMathAffine2D box{picture.width * across,  0.0,
-                                  0.0,                     -picture.height * run.size,
-                                  glyph.x + picture.left * across, glyph.y + picture.top * run.size};
+        const ORVMathAffine2D box{picture.width * across,
+                                  0.0,
+                                  0.0,
+                                  -picture.height * run.size,
+                                  glyph.x + picture.left * across,
+                                  glyph.y + picture.top * run.size};
         outlines_.Clear();
         outlines_.MoveTo({0.0, 0.0});
         outlines_.LineTo({1.0, 0.0});

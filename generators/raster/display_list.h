@@ -93,16 +93,16 @@ struct RasterClip {
 
 /// One paint on one area: all its outlines together, drawn once.
 struct RasterOperation {
-    RasterGeometry geometry;                    // of paths
-    const RasterGlyphPlace* glyphs = nullptr;   // or of glyphs
-    const StrokePen* pen = nullptr;             // draws the outlines; null for none
-    const RasterPicture* picture = nullptr;     // paints instead of the colour
+    RasterGeometry geometry;                   // of paths
+    const RasterGlyphPlace* glyphs = nullptr;  // or of glyphs
+    const StrokePen* pen = nullptr;            // draws the outlines; null for none
+    const RasterPicture* picture = nullptr;    // paints instead of the colour
     std::uint32_t clip = 0;
     ORVPrintColour colour;
     bool fills = true;
     bool evenOdd = false;
-    bool smooths = true;   // false: no levels of coverage
-    bool clipped = false;  // something of it may lie outside of the clip
+    bool smooths = true;      // false: no levels of coverage
+    bool clipped = false;     // something of it may lie outside of the clip
     int left = 0, right = 0;  // pixel columns that may be touched, [left, right)
 };
 
@@ -113,11 +113,11 @@ struct RasterPiece {
     int firstRow = 0, lastRow = 0;  // rows that it may touch, on the page
     std::uint32_t contour = kAll;   // all of the operation's contours, or verbs of one
     std::uint32_t firstVerb = 0, verbCount = 0;
-    std::uint32_t firstPoint = 0;   // where the first verb starts; of glyphs: the first one
+    std::uint32_t firstPoint = 0;  // where the first verb starts; of glyphs: the first one
 };
 
-/// What a page shows, in device space and in drawing order. Its size goes with the drawing's content, not with
-/// the page's resolution.
+/// What a page shows, in device space and in drawing order. Its size goes with the drawing's content, not
+/// with the page's resolution.
 class DisplayList {
 public:
     /// @param scale     pixels in a user unit
@@ -164,8 +164,8 @@ private:
     void AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,
                 std::uint32_t clip);
     void AddGlyphs(RasterOperation operation);
-    void AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,
-                          const ORVPrintFill& fill, std::uint32_t clip);
+    void AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, const ORVPrintFill& fill,
+                          std::uint32_t clip);
     const RasterGlyph* FindGlyph(const ORVGlyphRun& run, std::uint32_t index, const GlyphMap& map);
     const StrokePen* KeepPen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevice);
     const RasterPicture* KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,

@@ -22,8 +22,12 @@ int ReducedSize(int size, double pixelsPerSample) {
 class Reduction {
 public:
     Reduction(int width, int height, int toWidth, int toHeight)
-        : width_(width), height_(height), toWidth_(toWidth), toHeight_(toHeight),
-          sums_(static_cast<std::size_t>(toWidth) * 4), line_(static_cast<std::size_t>(toWidth) * 4) {}
+        : width_(width),
+          height_(height),
+          toWidth_(toWidth),
+          toHeight_(toHeight),
+          sums_(static_cast<std::size_t>(toWidth) * 4),
+          line_(static_cast<std::size_t>(toWidth) * 4) {}
 
     void Run(const std::uint8_t* from, bool hasAlpha, std::uint8_t* to) {
         const double rowsPerSample = static_cast<double>(height_) / toHeight_;
@@ -175,7 +179,8 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
     bytes_ += source.samples->GetBytes();
     entries_.push_front({picture.image, width, height, source.samples});
     // Averages need the image's own pixels no longer.
-    const bool isCopy = source.samples->HasAlpha() || width != image.GetWidth() || height != image.GetHeight();
+    const bool isCopy =
+        source.samples->HasAlpha() || width != image.GetWidth() || height != image.GetHeight();
     const bool isShared = std::any_of(std::next(entries_.begin()), entries_.end(),
                                       [&](const Entry& entry) { return entry.image.get() == &image; });
     if (isCopy && !isShared) image.ReleasePixels();
@@ -190,8 +195,9 @@ void PictureStore::MakeRoom() {
         bytes_ -= entry->samples->GetBytes();
         const ORVRef<const ORVPixelImage> image = entry->image;
         entry = entries_.erase(entry);
-        const bool isShared = std::any_of(entries_.begin(), entries_.end(),
-                                          [&](const Entry& other) { return other.image.get() == image.get(); });
+        const bool isShared = std::any_of(entries_.begin(), entries_.end(), [&](const Entry& other) {
+            return other.image.get() == image.get();
+        });
         if (!isShared) image->ReleasePixels();
     }
 }

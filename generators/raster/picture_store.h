@@ -28,7 +28,8 @@ public:
     std::size_t GetBytes() const { return bytes_; }
     const std::uint8_t* GetPixel(int x, int y) const {
         return pixels_ + (static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
-                          static_cast<std::size_t>(x)) * 4;
+                          static_cast<std::size_t>(x)) *
+                             4;
     }
 
 private:

@@ -6,11 +6,12 @@
 #include <utility>
 
 #include "generators/common/path_range.h"
-#include "generators/raster/curve_flattening.h"
 #include "platform/mathematics/constants.h"
 
 namespace {
 
+// Farthest that a round cap or join may stray from a circle (pixels). They are small, and it shows.
+constexpr double kRoundness = 0.015;
 // Dashes of a shorter period (pixels) look like a solid line.
 constexpr double kShortestDashPeriod = 0.1;
 // No pen is wider (pixels); coordinates beyond are of no page.
@@ -53,8 +54,8 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     pen.toDevice = {toDevice.m11, toDevice.m12, toDevice.m21, toDevice.m22, 0.0, 0.0};
     double longer = 1.0, shorter = 1.0;
     FindAxes(pen.toDevice, longer, shorter);
-    // Of a line's width, the map's shorter axis decides where it is thinnest; a pen that would vanish there is
-    // a round one of the thinnest width.
+    // Of a line's width, the map's shorter axis decides where it is thinnest; a pen that would vanish there
+    // is a round one of the thinnest width.
     double halfWidth = std::min(stroke.width, 2.0 * kWidestPen / longer) / 2.0;
     if (!(halfWidth > 0.0)) halfWidth = 0.0;
     const double least = thinnest / 2.0;
@@ -76,7 +77,7 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     double extent = pen.join == ORVPrintStroke::Join::kMiter ? pen.miterLimit : 1.0;
     if (pen.cap == ORVPrintStroke::Cap::kSquare) extent = std::max(extent, 1.5);
     pen.reach = std::min(radius * extent + 1.0, CoverageBuffer::kFarthest);
-    pen.roundStep = 2.0 * std::acos(std::max(0.0, 1.0 - kFlatness / std::max(radius, kFlatness)));
+    pen.roundStep = 2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, kRoundness)));
     pen.roundStep = std::clamp(pen.roundStep, 1e-3, ORVPI / 4.0);
 
     dashEnds.clear();
@@ -105,7 +106,8 @@ void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first,
     for (std::size_t i = first; i < last; ++i) {
         const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
         Segment& segment = segments_[i - first];
-        segment.visible = std::max(a.y, b.y) > top && std::min(a.y, b.y) < bottom && std::min(a.x, b.x) < right;
+        segment.visible =
+            std::max(a.y, b.y) > top && std::min(a.y, b.y) < bottom && std::min(a.x, b.x) < right;
         const double dx = b.x - a.x, dy = b.y - a.y;
         const ORVMathVector2D v{inverse.m11 * dx + inverse.m12 * dy, inverse.m21 * dx + inverse.m22 * dy};
         segment.length = std::sqrt(Dot(v, v));
@@ -136,12 +138,13 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
         crossing = ORVMathVector2D{before.offset.x + after.offset.x, before.offset.y + after.offset.y} *
                    (1.0 / openness);
 
-    // On the inner side the borders cross, unless a segment is too short for that.
+    // On the inner side the borders cross, unless a segment is too short for that at both of its ends.
     const double cut = openness > 1e-9 ? pen_->halfWidth * std::fabs(corner.turn) / openness
                                        : std::numeric_limits<double>::infinity();
-    if (cut <= std::min(before.length, after.length)) {
+    if (cut * 2.0 <= std::min(before.length, after.length)) {
         (leftIsInner ? corner.leftIn : corner.rightIn) = leftIsInner ? center + crossing : center - crossing;
-        (leftIsInner ? corner.leftOut : corner.rightOut) = leftIsInner ? center + crossing : center - crossing;
+        (leftIsInner ? corner.leftOut : corner.rightOut) =
+            leftIsInner ? center + crossing : center - crossing;
     } else {
         (leftIsInner ? corner.pivotLeft : corner.pivotRight) = true;
     }
@@ -153,7 +156,8 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
                       2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9)));
     if (hasMiter) {
         (leftIsInner ? corner.rightIn : corner.leftIn) = leftIsInner ? center - crossing : center + crossing;
-        (leftIsInner ? corner.rightOut : corner.leftOut) = leftIsInner ? center - crossing : center + crossing;
+        (leftIsInner ? corner.rightOut : corner.leftOut) =
+            leftIsInner ? center - crossing : center + crossing;
     } else {
         corner.round = isSmooth || pen_->join == ORVPrintStroke::Join::kRound;
     }
@@ -184,8 +188,8 @@ void StrokeOutliner::AddCorner(const Corner& corner) {
             AddEdge(corner.center, corner.leftOut);
         }
         if (corner.round)
-            AddArc(corner.center, corner.to * -1.0,
-                   -std::atan2(corner.turn, Dot(corner.from, corner.to)), corner.rightOut, corner.rightIn);
+            AddArc(corner.center, corner.to * -1.0, -std::atan2(corner.turn, Dot(corner.from, corner.to)),
+                   corner.rightOut, corner.rightIn);
         else
             AddEdge(corner.rightOut, corner.rightIn);
     } else {
@@ -323,9 +327,9 @@ void StrokeOutliner::AddDashes(StrokeCourse& course, bool closed) {
     dash_.Clear();
     firstDash_.Clear();
 
-    bool isOpen = false;         // a dash has begun and not ended
+    bool isOpen = false;          // a dash has begun and not ended
     bool collectsFirst = closed;  // the first dash of a closed line may continue its last one
-    double distance = 0.0;       // along the line so far, pen space
+    double distance = 0.0;        // along the line so far, pen space
     ORVMathVector2D direction{1.0, 0.0};
     const auto finish = [&] {
         if (collectsFirst) {

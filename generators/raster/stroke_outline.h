@@ -16,10 +16,10 @@ struct StrokePen {
     ORVPrintStroke::Join join = ORVPrintStroke::Join::kMiter;
     double miterLimit = 4.0;
     ORVMathAffine2D toDevice, fromDevice;  ///< linear
-    double reach = 0.5;      ///< pixels that the line may extend from its course
-    double roundStep = 1.0;  ///< radians between the points of a round cap or join
-    double dashPeriod = 0.0;          ///< pen space, 0 for a solid line
-    std::span<const double> dashEnds;  ///< where dashes and gaps end, counted from the period's start
+    double reach = 0.5;                    ///< pixels that the line may extend from its course
+    double roundStep = 1.0;                ///< radians between the points of a round cap or join
+    double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
+    std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
 
     bool IsDashed() const { return dashPeriod > 0.0; }
 };
@@ -54,11 +54,12 @@ public:
     /// @param reversed  lets outlines wind in the opposite sense
     void SetPen(const StrokePen& pen, bool reversed = false);
 
-    /// Strokes a whole contour, dashed if the pen says so. One without length gives a dot with round or square
-    /// caps.
+    /// Strokes a whole contour, dashed if the pen says so. One without length gives a dot with round or
+    /// square caps.
     void AddContour(StrokeCourse& course, bool closed);
     /// Strokes a part of a solid line.
-    /// @param first, last  the part's segments [first, last). What comes before and after stands in the course
+    /// @param first, last  the part's segments [first, last). What comes before and after stands in the
+    /// course
     ///                     for the joins; where nothing does, the line has a cap.
     void AddPart(const StrokeCourse& course, std::size_t first, std::size_t last);
 
@@ -92,8 +93,7 @@ private:
     bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, double& begin, double& end) const;
 
     void AddEdge(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
-        const FixedPoint a = CoverageBuffer::ToFixed(from.x, from.y),
-                         b = CoverageBuffer::ToFixed(to.x, to.y);
+        const FixedPoint a = CoverageBuffer::ToFixed(from.x, from.y), b = CoverageBuffer::ToFixed(to.x, to.y);
         if (reversed_)
             coverage_.AddLine(b, a);
         else

@@ -71,7 +71,9 @@ int TiffSink::Open(const RasterPageInfo& page) {
     const int descriptor = file_ ? dup(fileno(file_.get())) : -1;
     if (descriptor < 0) return Fail("no temporary file can be made");
     const double pages = page.pageCount > 0 ? page.pageCount : 1.0;
-    const double bits = page.pixels == RasterPixels::kRGB ? 24.0 : page.pixels == RasterPixels::kGrey ? 8.0 : 1.0;
+    const double bits = page.pixels == RasterPixels::kRGB    ? 24.0
+                        : page.pixels == RasterPixels::kGrey ? 8.0
+                                                             : 1.0;
     const bool isBig = pages * page.width * page.height * bits / 8.0 > kClassicLimit;
     tiff_ = library.open(descriptor, "", isBig ? "w8" : "w");
     if (!tiff_) {
@@ -90,18 +92,18 @@ int TiffSink::BeginPage(const RasterPageInfo& page) {
         return TiffLibrary::Get().set(tiff_, tag, values...) == 1;
     };
     const bool isBlack = pixels_ == RasterPixels::kBlack, isColour = pixels_ == RasterPixels::kRGB;
-    bool done = set(TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(page.width)) &&
-                set(TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(page.height)) &&
-                set(TIFFTAG_BITSPERSAMPLE, isBlack ? 1 : 8) &&
-                set(TIFFTAG_SAMPLESPERPIXEL, isColour ? 3 : 1) &&
-                set(TIFFTAG_PHOTOMETRIC, isColour  ? PHOTOMETRIC_RGB
-                                         : isBlack ? PHOTOMETRIC_MINISWHITE
-                                                   : PHOTOMETRIC_MINISBLACK) &&
-                set(TIFFTAG_COMPRESSION, isBlack ? COMPRESSION_CCITTFAX4 : COMPRESSION_ADOBE_DEFLATE) &&
-                set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) && set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT) &&
-                set(TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(page.bandRows)) &&
-                set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH) && set(TIFFTAG_XRESOLUTION, page.dotsPerInch) &&
-                set(TIFFTAG_YRESOLUTION, page.dotsPerInch);
+    bool done =
+        set(TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(page.width)) &&
+        set(TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(page.height)) &&
+        set(TIFFTAG_BITSPERSAMPLE, isBlack ? 1 : 8) && set(TIFFTAG_SAMPLESPERPIXEL, isColour ? 3 : 1) &&
+        set(TIFFTAG_PHOTOMETRIC, isColour  ? PHOTOMETRIC_RGB
+                                 : isBlack ? PHOTOMETRIC_MINISWHITE
+                                           : PHOTOMETRIC_MINISBLACK) &&
+        set(TIFFTAG_COMPRESSION, isBlack ? COMPRESSION_CCITTFAX4 : COMPRESSION_ADOBE_DEFLATE) &&
+        set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) && set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT) &&
+        set(TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(page.bandRows)) &&
+        set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH) && set(TIFFTAG_XRESOLUTION, page.dotsPerInch) &&
+        set(TIFFTAG_YRESOLUTION, page.dotsPerInch);
     if (done && page.pageCount != 1) {
         // Numbers of pages have 16 bits.
         const auto number = page.number > 0 ? page.number - 1 : 0;

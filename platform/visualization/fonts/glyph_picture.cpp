@@ -24,7 +24,9 @@ double ChooseSize(FT_Face face, double pixelsPerEm) {
     }
     // The smallest that is large enough, else the largest.
     FT_Int best = 0;
-    const auto pixelsOf = [&](FT_Int i) { return static_cast<double>(face->available_sizes[i].y_ppem) / 64.0; };
+    const auto pixelsOf = [&](FT_Int i) {
+        return static_cast<double>(face->available_sizes[i].y_ppem) / 64.0;
+    };
     for (FT_Int i = 1; i < face->num_fixed_sizes; ++i) {
         const bool isEnough = pixelsOf(i) >= pixelsPerEm, bestIsEnough = pixelsOf(best) >= pixelsPerEm;
         if (isEnough != bestIsEnough ? isEnough : (pixelsOf(i) < pixelsOf(best)) == isEnough) best = i;
@@ -32,10 +34,12 @@ double ChooseSize(FT_Face face, double pixelsPerEm) {
     return FT_Select_Size(face, best) == 0 ? pixelsOf(best) : 0.0;
 }
 
-/// One row of the library's pixels as straight RGBA. @return false for kinds of pixels that glyphs do not have
+/// One row of the library's pixels as straight RGBA. @return false for kinds of pixels that glyphs do not
+/// have
 bool ReadRow(const FT_Bitmap& bitmap, unsigned int y, const ORVGlyphColour& colour, std::uint8_t* rgba) {
     const unsigned char* row = bitmap.buffer + static_cast<std::ptrdiff_t>(y) * bitmap.pitch;
-    if (bitmap.pitch < 0) row = bitmap.buffer + static_cast<std::ptrdiff_t>(bitmap.rows - 1 - y) * -bitmap.pitch;
+    if (bitmap.pitch < 0)
+        row = bitmap.buffer + static_cast<std::ptrdiff_t>(bitmap.rows - 1 - y) * -bitmap.pitch;
     for (unsigned int x = 0; x < bitmap.width; ++x, rgba += 4) {
         unsigned int alpha = 0;
         rgba[0] = colour.red;
@@ -77,8 +81,8 @@ ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph
     for (unsigned int y = 0; y < bitmap.rows; ++y)
         if (!ReadRow(bitmap, y, colour, rgba.data() + static_cast<std::size_t>(y) * bitmap.width * 4))
             return picture;
-    picture.image = ORVRef<const ORVPixelImage>(ORVPixelImage::CreateFromPixels(
-        static_cast<int>(bitmap.width), static_cast<int>(bitmap.rows), rgba));
+    picture.image = ORVRef<const ORVPixelImage>(
+        ORVPixelImage::CreateFromPixels(static_cast<int>(bitmap.width), static_cast<int>(bitmap.rows), rgba));
     picture.left = slot->bitmap_left / size;
     picture.top = slot->bitmap_top / size;
     picture.width = bitmap.width / size;

@@ -8,8 +8,8 @@
 
 class ORVFontFace;
 
-/// A glyph that its font holds as pixels and not as an outline. The box is in em, from the glyph's own origin,
-/// y up.
+/// A glyph that its font holds as pixels and not as an outline. The box is in em, from the glyph's own
+/// origin, y up.
 struct ORVGlyphPicture {
     ORVRef<const ORVPixelImage> image;  ///< null when the font has no picture of the glyph
     double left = 0.0, top = 0.0, width = 0.0, height = 0.0;
@@ -23,6 +23,5 @@ struct ORVGlyphColour {
 /// Looks for the picture of a glyph, of those in the font the one that suits `pixelsPerEm` best. Uses the
 /// face's FreeType object, so that it is for one thread at a time.
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face,
-                                                                      std::uint32_t glyph,
-                                                                      double pixelsPerEm,
+                                                                      std::uint32_t glyph, double pixelsPerEm,
                                                                       const ORVGlyphColour& colour);
