@@ -10,12 +10,15 @@ namespace {
 
 // Samples that no thread uses are forgotten when all take more than this (bytes).
 constexpr std::size_t kStoreLimit = std::size_t{96} << 20U;
-// Pixels of a picture to one of the device, along a side, above which they are averaged.
-constexpr double kDenseEnough = 4.0 / 3.0;
+// Of pictures that are drawn smaller than they are, so many samples are kept for a pixel of the device, along a
+// side; and so many are then read for it, so that it gets the average of just its own area.
+constexpr double kKeptSamples = 2.0;
+constexpr int kReadSamples = 3;
 
-int ReducedSize(int size, double pixelsPerSample) {
-    if (!(pixelsPerSample > kDenseEnough)) return size;
-    return static_cast<int>(std::clamp(std::round(size / pixelsPerSample), 1.0, static_cast<double>(size)));
+int ReducedSize(int size, double pixelsPerDevicePixel) {
+    if (!(pixelsPerDevicePixel > kKeptSamples)) return size;
+    return static_cast<int>(
+        std::clamp(std::round(size / pixelsPerDevicePixel * kKeptSamples), 1.0, static_cast<double>(size)));
 }
 
 /// Averages areas, each sample of which stands for the same fraction of the image.
@@ -122,35 +125,60 @@ std::shared_ptr<const PictureSamples> PictureSamples::Make(const ORVPixelImage& 
     }
 }
 
+namespace {
+
+/// Where a coordinate lies between two samples, and how far from the first of them (256 from one to the next).
+struct Place {
+    int low = 0, high = 0;
+    unsigned int share = 0;
+};
+
+Place PlaceOf(double at, int size, bool repeats) {
+    Place place;
+    if (repeats) {
+        at -= std::floor(at / size) * size;
+        if (!(at >= 0.0 && at < size)) at = 0.0;
+        place.low = static_cast<int>(at);
+        place.high = place.low + 1 < size ? place.low + 1 : 0;
+    } else {
+        at = at > 0.0 ? std::min(at, size - 1.0) : 0.0;
+        place.low = static_cast<int>(at);
+        place.high = std::min(place.low + 1, size - 1);
+    }
+    place.share = static_cast<unsigned int>((at - place.low) * 256.0);
+    return place;
+}
+
+/// The colour at a place, times 2^16.
+void AddSample(const PictureSamples& from, const Place& x, const Place& y, unsigned int (&sums)[4]) {
+    const std::uint8_t *a = from.GetPixel(x.low, y.low), *b = from.GetPixel(x.high, y.low);
+    const std::uint8_t *c = from.GetPixel(x.low, y.high), *d = from.GetPixel(x.high, y.high);
+    for (int i = 0; i < 4; ++i) {
+        const unsigned int upper = a[i] * (256 - x.share) + b[i] * x.share;
+        const unsigned int lower = c[i] * (256 - x.share) + d[i] * x.share;
+        sums[i] += upper * (256 - y.share) + lower * y.share;
+    }
+}
+
+}  // namespace
+
 void PictureSource::Read(int row, int begin, int end, std::uint8_t* rgba) const {
-    const PictureSamples& from = *samples;
-    const int width = from.GetWidth(), height = from.GetHeight();
-    // A sample's value is that of its middle.
-    const ORVMathPoint2D first = toSamples({begin + 0.5, row + 0.5});
-    const auto place = [this](double at, int size, int& low, int& high) -> unsigned int {
-        if (repeats) {
-            at -= std::floor(at / size) * size;
-            if (!(at >= 0.0 && at < size)) at = 0.0;
-            low = static_cast<int>(at);
-            high = low + 1 < size ? low + 1 : 0;
-        } else {
-            at = at > 0.0 ? std::min(at, size - 1.0) : 0.0;
-            low = static_cast<int>(at);
-            high = std::min(low + 1, size - 1);
-        }
-        return static_cast<unsigned int>((at - low) * 256.0);
-    };
+    const int width = samples->GetWidth(), height = samples->GetHeight();
+    const auto readsOf = [](double a, double b) { return std::hypot(a, b) > 1.02 ? kReadSamples : 1; };
+    const int across = std::max(readsOf(toSamples.m11, toSamples.m21), 1);
+    const int down = std::max(readsOf(toSamples.m12, toSamples.m22), 1);
+    const auto count = static_cast<unsigned int>(across * down);
     for (int x = begin; x < end; ++x, rgba += 4) {
-        const double steps = x - begin;
-        int left = 0, right = 0, top = 0, bottom = 0;
-        const unsigned int u = place(first.x + toSamples.m11 * steps - 0.5, width, left, right);
-        const unsigned int v = place(first.y + toSamples.m21 * steps - 0.5, height, top, bottom);
-        const std::uint8_t *a = from.GetPixel(left, top), *b = from.GetPixel(right, top);
-        const std::uint8_t *c = from.GetPixel(left, bottom), *d = from.GetPixel(right, bottom);
-        for (int i = 0; i < 4; ++i) {
-            const unsigned int upper = a[i] * (256 - u) + b[i] * u, lower = c[i] * (256 - u) + d[i] * u;
-            rgba[i] = static_cast<std::uint8_t>((upper * (256 - v) + lower * v + (1U << 15U)) >> 16U);
-        }
+        unsigned int sums[4] = {};
+        for (int j = 0; j < down; ++j)
+            for (int i = 0; i < across; ++i) {
+                // A sample's value is that of its middle.
+                const ORVMathPoint2D p = toSamples({x + (i + 0.5) / across, row + (j + 0.5) / down});
+                AddSample(*samples, PlaceOf(p.x - 0.5, width, repeats), PlaceOf(p.y - 0.5, height, repeats),
+                          sums);
+            }
+        for (int i = 0; i < 4; ++i)
+            rgba[i] = static_cast<std::uint8_t>((sums[i] / count + (1U << 15U)) >> 16U);
     }
 }
 
