@@ -5,7 +5,9 @@
 #include "generators/pdf/ORVPdfGenerator.h"
 #include "generators/png/ORVPngGenerator.h"
 #include "generators/postscript/postscript_module.h"
+#include "generators/pwg/ORVPwgGenerator.h"
 #include "generators/svg/ORVSvgGenerator.h"
+#include "generators/tiff/ORVTiffGenerator.h"
 #include "platform/system/number_conversion.h"
 
 namespace {
@@ -26,8 +28,18 @@ std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormat
     return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output);
 }
 
-std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormatOptions& options) {
-    return std::make_unique<FormatGenerator<ORVPngGenerator>>(output, options.dotsPerInch);
+ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {
+    ORVRasterOptions raster;
+    raster.dotsPerInch = options.dotsPerInch;
+    raster.colourMode = options.colourMode;
+    raster.pixelLimit = options.pixelLimit;
+    raster.threads = options.threads;
+    return raster;
+}
+
+template <class Generator>
+std::unique_ptr<ORVFormatGenerator> CreateRaster(ORVOutput& output, const ORVFormatOptions& options) {
+    return std::make_unique<FormatGenerator<Generator>>(output, RasterOptions(options));
 }
 
 std::unique_ptr<ORVFormatGenerator> CreateSvg(ORVOutput& output, const ORVFormatOptions& /*options*/) {
@@ -43,9 +55,13 @@ std::unique_ptr<ORVFormatGenerator> CreateEps(ORVOutput& output, const ORVFormat
 }
 
 constexpr std::array kFormats{
-    ORVOutputFormat{"pdf", false, CreatePdf}, ORVOutputFormat{"png", true, CreatePng},
-    ORVOutputFormat{"svg", true, CreateSvg},  ORVOutputFormat{"ps", false, CreatePostScript},
+    ORVOutputFormat{"pdf", false, CreatePdf},
+    ORVOutputFormat{"ps", false, CreatePostScript},
     ORVOutputFormat{"eps", true, CreateEps},
+    ORVOutputFormat{"svg", true, CreateSvg},
+    ORVOutputFormat{"png", true, CreateRaster<ORVPngGenerator>},
+    ORVOutputFormat{"tiff", false, CreateRaster<ORVTiffGenerator>, "tif"},
+    ORVOutputFormat{"pwg", false, CreateRaster<ORVPwgGenerator>, "pwgraster"},
 };
 
 }  // namespace
@@ -54,6 +70,8 @@ std::span<const ORVOutputFormat> ORVOutputFormats() { return kFormats; }
 
 const ORVOutputFormat* ORVFindOutputFormat(std::string_view name) {
     for (const ORVOutputFormat& format : kFormats)
-        if (ORVCompareText(format.name, name) != kTextDiffers) return &format;
+        if (ORVCompareText(format.name, name) != kTextDiffers ||
+            (!format.otherName.empty() && ORVCompareText(format.otherName, name) != kTextDiffers))
+            return &format;
     return nullptr;
 }

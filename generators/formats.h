@@ -1,17 +1,22 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "generators/common/ORVColourMode.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
 
 /// What the user may ask of a format.
 struct ORVFormatOptions {
-    double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+    double dotsPerInch = 90.0;                          ///< of pictures; a user unit is then a pixel
+    ORVColourMode colourMode = ORVColourMode::kColour;  ///< of pictures
+    std::uint64_t pixelLimit = 4'000'000'000;           ///< pictures of more pixels are refused
+    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
 };
 
 /// A generator and its words for what went wrong.
@@ -28,6 +33,7 @@ struct ORVOutputFormat {
     std::string_view name;  ///< also the ending of its files
     bool onePageAPart;      ///< a page fills a file of this format
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
+    std::string_view otherName{};  ///< that means the same; empty for none
 };
 
 /// All formats.

@@ -13,6 +13,13 @@ TEST(FormatsTest, AreFoundByNameWithoutRegardToCase) {
     EXPECT_EQ(ORVFindOutputFormat(""), nullptr);
 }
 
+TEST(FormatsTest, FormatsMayHaveTwoNames) {
+    ASSERT_NE(ORVFindOutputFormat("tiff"), nullptr);
+    EXPECT_EQ(ORVFindOutputFormat("tif"), ORVFindOutputFormat("tiff"));
+    ASSERT_NE(ORVFindOutputFormat("pwg"), nullptr);
+    EXPECT_EQ(ORVFindOutputFormat("PwgRaster"), ORVFindOutputFormat("pwg"));
+}
+
 TEST(FormatsTest, EveryFormatMakesADocumentOfOneEmptyPage) {
     for (const ORVOutputFormat& format : ORVOutputFormats()) {
         ORVMemoryOutput output;

@@ -1,0 +1,6 @@
+#include "generators/pwg/ORVPwgGenerator.h"
+
+#include "generators/pwg/pwg_sink.h"
+
+ORVPwgGenerator::ORVPwgGenerator(ORVOutput& output, const ORVRasterOptions& options)
+    : ORVRasterGenerator(std::make_unique<PwgSink>(output), options) {}

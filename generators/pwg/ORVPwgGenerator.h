@@ -1,0 +1,13 @@
+#pragma once
+
+#include "generators/raster/ORVRasterGenerator.h"
+
+class ORVOutput;
+
+/// Writes a document as a stream of PWG Raster, which driverless printers take: sRGB, grey of 8 bits, or
+/// black of one bit.
+class ORVPwgGenerator final : public ORVRasterGenerator {
+public:
+    /// @param output  receives one part; must outlive the generator
+    ORVPwgGenerator(ORVOutput& output, const ORVRasterOptions& options);
+};

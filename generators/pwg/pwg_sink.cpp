@@ -1,0 +1,134 @@
+#include "generators/pwg/pwg_sink.h"
+
+#include <cups/cups.h>
+#include <cups/raster.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "generators/common/ORVLoadedLibrary.h"
+#include "generators/common/ORVOutput.h"
+#include "generators/common/generator_status.h"
+
+namespace {
+
+constexpr double kUserUnitsPerInch = 90.0;
+constexpr double kHundredthsOfMillimetrePerInch = 2540.0;
+
+/// The library's functions.
+struct CupsLibrary {
+    ORVLoadedLibrary library{"libcups.so.2"};
+    decltype(cupsRasterOpenIO)* open = nullptr;
+    decltype(cupsRasterClose)* close = nullptr;
+    decltype(cupsRasterInitPWGHeader)* initHeader = nullptr;
+    decltype(cupsRasterWriteHeader2)* writeHeader = nullptr;
+    decltype(cupsRasterWritePixels)* writePixels = nullptr;
+    decltype(pwgMediaForSize)* mediaForSize = nullptr;
+
+    CupsLibrary() {
+        library.Find("cupsRasterOpenIO", open);
+        library.Find("cupsRasterClose", close);
+        library.Find("cupsRasterInitPWGHeader", initHeader);
+        library.Find("cupsRasterWriteHeader2", writeHeader);
+        library.Find("cupsRasterWritePixels", writePixels);
+        library.Find("pwgMediaForSize", mediaForSize);
+    }
+
+    static const CupsLibrary& Get() {
+        static const CupsLibrary loaded;
+        return loaded;
+    }
+};
+
+ssize_t Write(void* context, unsigned char* bytes, size_t size) {
+    return static_cast<ORVOutput*>(context)->Write(bytes, size) == 1 ? static_cast<ssize_t>(size) : -1;
+}
+
+const char* TypeOf(RasterPixels pixels) {
+    switch (pixels) {
+        case RasterPixels::kGrey: return "sgray_8";
+        case RasterPixels::kBlack: return "black_1";
+        case RasterPixels::kRGB: break;
+    }
+    return "srgb_8";
+}
+
+int HundredthsOfMillimetre(double userUnits) {
+    return static_cast<int>(std::lround(userUnits / kUserUnitsPerInch * kHundredthsOfMillimetrePerInch));
+}
+
+unsigned int Points(double userUnits) {
+    return static_cast<unsigned int>(std::lround(userUnits / kUserUnitsPerInch * 72.0));
+}
+
+}  // namespace
+
+PwgSink::~PwgSink() {
+    if (stream_) CupsLibrary::Get().close(stream_);
+}
+
+int PwgSink::Failure() const { return output_.GetError().empty() ? kDrawingFailed : kOutputFailed; }
+
+int PwgSink::Open() {
+    const CupsLibrary& library = CupsLibrary::Get();
+    if (!library.library.IsUsable()) {
+        error_ = library.library.GetError();
+        return kDrawingFailed;
+    }
+    if (output_.BeginPart() != 1) return kOutputFailed;
+    stream_ = library.open(Write, &output_, CUPS_RASTER_WRITE_PWG);
+    return stream_ ? kGeneratorDone : Failure();
+}
+
+int PwgSink::BeginPage(const RasterPageInfo& page) {
+    if (!stream_)
+        if (const int status = Open(); status != kGeneratorDone) return status;
+    const CupsLibrary& library = CupsLibrary::Get();
+    cups_page_header2_t header;
+    std::memset(&header, 0, sizeof header);
+    const auto dotsPerInch = static_cast<int>(std::lround(page.dotsPerInch));
+    // A size that is that of some paper gets its name, any other one a name of its own.
+    pwg_media_t* media =
+        library.mediaForSize(HundredthsOfMillimetre(page.pageWidth), HundredthsOfMillimetre(page.pageHeight));
+    if (!media || library.initHeader(&header, media, TypeOf(page.pixels), dotsPerInch, dotsPerInch, nullptr,
+                                     nullptr) != 1) {
+        error_ = "the page has no size that this format can state";
+        failed_ = true;
+        return kDrawingFailed;
+    }
+    // The pixels are ours, and so is their number: paper of a name may differ from the page by a fraction.
+    const unsigned int bits = header.cupsBitsPerPixel;
+    header.cupsWidth = static_cast<unsigned int>(page.width);
+    header.cupsHeight = static_cast<unsigned int>(page.height);
+    header.cupsBytesPerLine = (header.cupsWidth * bits + 7) / 8;
+    header.PageSize[0] = Points(page.pageWidth);
+    header.PageSize[1] = Points(page.pageHeight);
+    header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] = page.pageCount;
+    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxLeft] = 0;
+    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxTop] = 0;
+    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxRight] = header.cupsWidth;
+    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxBottom] = header.cupsHeight;
+    header.NumCopies = 1;
+    failed_ = library.writeHeader(stream_, &header) != 1;
+    return failed_ ? Failure() : static_cast<int>(kGeneratorDone);
+}
+
+void PwgSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const {
+    bytes.resize(band.rowBytes * static_cast<std::size_t>(band.rowCount));
+    for (std::size_t y = 0; y < static_cast<std::size_t>(band.rowCount); ++y)
+        std::memcpy(bytes.data() + y * band.rowBytes, band.pixels + y * band.stride, band.rowBytes);
+}
+
+int PwgSink::WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_t>& bytes) {
+    const auto size = static_cast<unsigned int>(bytes.size());
+    auto* data = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    failed_ = CupsLibrary::Get().writePixels(stream_, data, size) != size;
+    return failed_ ? Failure() : static_cast<int>(kGeneratorDone);
+}
+
+int PwgSink::EndDocument() {
+    if (!stream_) return error_.empty() ? kGeneratorDone : kDrawingFailed;
+    CupsLibrary::Get().close(stream_);
+    stream_ = nullptr;
+    return output_.EndPart() == 1 && !failed_ ? kGeneratorDone : Failure();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "generators/raster/ORVBandSink.h"
+
+class ORVOutput;
+struct _cups_raster_s;
+
+/// Writes pages as PWG Raster through the print system's library.
+class PwgSink final : public ORVBandSink {
+public:
+    /// @param output  must outlive the sink
+    explicit PwgSink(ORVOutput& output) : output_(output) {}
+    ~PwgSink() override;
+
+    int BeginPage(const RasterPageInfo& page) override;
+    void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const override;
+    int WriteBand(const RasterBand& band, const std::vector<std::uint8_t>& bytes) override;
+    int EndPage() override { return failed_ ? Failure() : 1; }
+    int EndDocument() override;
+
+private:
+    int Open();
+    int Failure() const;
+
+    ORVOutput& output_;
+    _cups_raster_s* stream_ = nullptr;
+    bool failed_ = false;
+};

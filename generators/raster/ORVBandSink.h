@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What a page's pixels are: bytes of red, green and blue, or one of grey; or black and white, eight pixels a
+/// byte, the leftmost in the highest bit, 1 being black.
+enum class RasterPixels : std::uint8_t { kRGB, kGrey, kBlack };
+
+struct RasterPageInfo {
+    int width = 0, height = 0;  ///< pixels
+    double dotsPerInch = 0.0;
+    double pageWidth = 0.0, pageHeight = 0.0;  ///< user units of 1/90 inch
+    RasterPixels pixels = RasterPixels::kRGB;
+    int bandRows = 0;                        ///< of all bands but the last, which may have fewer
+    unsigned int number = 0, pageCount = 0;  ///< of the page; of all, 0 when that is not known
+    std::string_view title;                  ///< of the document
+};
+
+/// A band of rows, whole pixels of which follow each other without gaps.
+struct RasterBand {
+    int firstRow = 0, rowCount = 0;
+    const std::uint8_t* pixels = nullptr;
+    std::size_t rowBytes = 0;  ///< that hold pixels
+    std::size_t stride = 0;    ///< from row to row
+    bool isBlank = false;      ///< white all over
+};
+
+/// Where the bands of a page go: an encoder.
+class ORVBandSink {
+public:
+    virtual ~ORVBandSink() = default;
+
+    /// True when a page without colours may come as grey though colours were asked for.
+    virtual bool TakesGreyForColour() const { return false; }
+    /// Begins a page. @return 1, or a generator status
+    [[nodiscard]] virtual int BeginPage(const RasterPageInfo& page) = 0;
+    /// Encodes a band into bytes. Called by several threads at a time, for bands in any order.
+    virtual void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const = 0;
+    /// Takes the bytes of the next band, from the top. @return 1, or a generator status
+    [[nodiscard]] virtual int WriteBand(const RasterBand& band, const std::vector<std::uint8_t>& bytes) = 0;
+    [[nodiscard]] virtual int EndPage() = 0;
+    [[nodiscard]] virtual int EndDocument() = 0;
+
+    /// What went wrong; empty when nothing did, or when it was the output.
+    const std::string& GetError() const { return error_; }
+
+protected:
+    std::string error_;
+};

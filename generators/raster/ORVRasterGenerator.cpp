@@ -1,0 +1,140 @@
+#include "generators/raster/ORVRasterGenerator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <thread>
+#include <utility>
+
+#include "generators/common/generator_status.h"
+#include "generators/raster/band_pipeline.h"
+#include "generators/raster/display_list.h"
+
+namespace {
+
+constexpr double kUserUnitsPerInch = 90.0;
+// Lines are at least so wide (pixels). With levels, thin lines are drawn lighter, but not so light that they
+// cannot be seen; without them, a line has a pixel or it breaks up.
+constexpr double kThinnestWithLevels = 0.25;
+constexpr double kThinnestWithout = 1.0;
+
+/// Pixels along a side: what is a whole number but for rounding stays that number.
+double Pixels(double userUnits, double scale) { return std::max(1.0, std::ceil(userUnits * scale - 1e-6)); }
+
+/// Processors are many where threads help, but each takes memory for its bands.
+unsigned int ThreadCount(unsigned int wanted) {
+    constexpr unsigned int kMostThreads = 64;
+    if (wanted == 0) wanted = std::max(std::thread::hardware_concurrency(), 1U);
+    return std::min(wanted, kMostThreads);
+}
+
+}  // namespace
+
+struct ORVRasterGenerator::State {
+    State(std::unique_ptr<ORVBandSink> to, const ORVRasterOptions& how) : sink(std::move(to)), options(how) {}
+
+    /// Notes content; a page that memory does not hold is a failure like any other.
+    template <class Note>
+    int Try(Note note) {
+        try {
+            note();
+            return kGeneratorDone;
+        } catch (const std::bad_alloc&) {
+            error = "memory is spent";
+            return kDrawingFailed;
+        }
+    }
+
+    const std::unique_ptr<ORVBandSink> sink;
+    const ORVRasterOptions options;
+    DisplayList list;
+    RasterPageInfo page;
+    std::string title, error;
+    unsigned int pageCount = 0;
+};
+
+ORVRasterGenerator::ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const ORVRasterOptions& options)
+    : state_(std::make_unique<State>(std::move(sink), options)) {}
+
+ORVRasterGenerator::~ORVRasterGenerator() = default;
+
+const std::string& ORVRasterGenerator::GetError() const {
+    return state_->error.empty() ? state_->sink->GetError() : state_->error;
+}
+
+int ORVRasterGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
+    state_->title = info.title;
+    state_->pageCount = info.pageCount;
+    return kGeneratorDone;
+}
+
+int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
+    const ORVRasterOptions& options = state_->options;
+    const double scale = options.dotsPerInch / kUserUnitsPerInch;
+    const double width = Pixels(info.width, scale), height = Pixels(info.height, scale);
+    if (!(width <= kLargestSide) || !(height <= kLargestSide) ||
+        width * height > static_cast<double>(options.pixelLimit)) {
+        state_->error = "page " + std::to_string(info.number) + " would have too many pixels (at most " +
+                        std::to_string(static_cast<int>(kLargestSide)) + " a side and " +
+                        std::to_string(options.pixelLimit) + " in all); use a lower --dpi";
+        return kPageTooLarge;
+    }
+    RasterPageInfo& page = state_->page;
+    page.width = static_cast<int>(width);
+    page.height = static_cast<int>(height);
+    page.dotsPerInch = options.dotsPerInch;
+    page.pageWidth = info.width;
+    page.pageHeight = info.height;
+    page.number = info.number;
+    page.pageCount = state_->pageCount;
+    page.title = state_->title;
+    page.bandRows =
+        options.bandRows > 0 ? std::min(options.bandRows, page.height) : ORVRowsOfBand(page.width);
+    const bool smooths = options.colourMode != ORVColourMode::kMono;
+    return state_->Try([&] {
+        state_->list.Begin(page.width, page.height, scale, smooths ? kThinnestWithLevels : kThinnestWithout,
+                           smooths);
+    });
+}
+
+int ORVRasterGenerator::BeginClip(const ORVMathBox2D& box) {
+    return state_->Try([&] { state_->list.BeginClip(box); });
+}
+
+int ORVRasterGenerator::EndClip() {
+    state_->list.EndClip();
+    return kGeneratorDone;
+}
+
+int ORVRasterGenerator::DrawShape(const ORVPrintShape& shape) {
+    return state_->Try([&] { state_->list.AddShape(shape); });
+}
+
+int ORVRasterGenerator::DrawText(const ORVPrintText& text) {
+    return state_->Try([&] { state_->list.AddText(text); });
+}
+
+int ORVRasterGenerator::DrawImage(const ORVPrintImage& image) {
+    return state_->Try([&] { state_->list.AddImage(image); });
+}
+
+int ORVRasterGenerator::EndPage() {
+    RasterPageInfo& page = state_->page;
+    switch (state_->options.colourMode) {
+        case ORVColourMode::kMono: page.pixels = RasterPixels::kBlack; break;
+        case ORVColourMode::kGrey: page.pixels = RasterPixels::kGrey; break;
+        case ORVColourMode::kColour:
+            page.pixels = state_->sink->TakesGreyForColour() && state_->list.IsGrey() ? RasterPixels::kGrey
+                                                                                      : RasterPixels::kRGB;
+            break;
+    }
+    int status = state_->sink->BeginPage(page);
+    if (status == kGeneratorDone)
+        status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), *state_->sink,
+                              state_->error);
+    state_->list.Clear();
+    const int ended = state_->sink->EndPage();
+    return status == kGeneratorDone ? ended : status;
+}
+
+int ORVRasterGenerator::EndDocument() { return state_->sink->EndDocument(); }

@@ -1,0 +1,189 @@
+#include "generators/raster/band_pipeline.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <thread>
+#include <vector>
+
+#include "generators/common/generator_status.h"
+#include "generators/raster/band_renderer.h"
+#include "generators/raster/picture_store.h"
+
+namespace {
+
+// Pixels of a band: its cells shall stay in the processor's cache, and its compressed bytes be worth their
+// while.
+constexpr int kPixelsOfBand = 1 << 18;
+constexpr int kMostRows = 256, kFewestRows = 8;
+// What all threads together may take for their bands (bytes); wide pages have fewer threads.
+constexpr std::size_t kBandMemory = std::size_t{128} << 20U;
+constexpr std::size_t kBytesOfPixel = 10;  // cells, colours, compressed bytes
+
+/// Tells for each band which pieces touch it. A piece is looked at when its first band comes and stays until
+/// its last one has passed.
+class BandQueue {
+public:
+    BandQueue(const DisplayList& list, int bandRows) : list_(list), bandRows_(bandRows) {
+        const std::vector<RasterPiece>& pieces = list.GetPieces();
+        bandCount_ = (list.GetHeight() + bandRows - 1) / bandRows;
+        // Sorted by first band, those of a band in drawing order.
+        starts_.assign(static_cast<std::size_t>(bandCount_) + 1, 0);
+        for (const RasterPiece& piece : pieces) ++starts_[BandOf(piece.firstRow) + 1];
+        for (std::size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
+        order_.resize(pieces.size());
+        std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
+        for (std::uint32_t i = 0; i < pieces.size(); ++i) order_[next[BandOf(pieces[i].firstRow)]++] = i;
+    }
+
+    int GetBandCount() const { return bandCount_; }
+    bool IsEmpty() const { return band_ == bandCount_; }
+    /// Goes on to the next band. @return its number
+    int Next(std::vector<std::uint32_t>& pieces) {
+        const auto band = static_cast<std::size_t>(band_);
+        pieces.clear();
+        std::merge(carried_.begin(), carried_.end(), order_.begin() + starts_[band],
+                   order_.begin() + starts_[band + 1], std::back_inserter(pieces));
+        carried_.clear();
+        const int nextRow = (band_ + 1) * bandRows_;
+        std::copy_if(pieces.begin(), pieces.end(), std::back_inserter(carried_),
+                     [&](std::uint32_t i) { return list_.GetPieces()[i].lastRow >= nextRow; });
+        return band_++;
+    }
+
+private:
+    std::size_t BandOf(int row) const { return static_cast<std::size_t>(row / bandRows_); }
+
+    const DisplayList& list_;
+    const int bandRows_;
+    int bandCount_ = 0, band_ = 0;
+    std::vector<std::uint32_t> starts_, order_, carried_;
+};
+
+/// A band on its way from its thread to the sink.
+struct FinishedBand {
+    RasterBand band;  // its pixels only where the sink writes them as they are
+    std::vector<std::uint8_t> bytes;
+    bool isDone = false;
+};
+
+/// Draws, encodes and hands over. Threads take the next band each; how many wait for the sink is bounded.
+class BandPipeline {
+public:
+    BandPipeline(const DisplayList& list, const RasterPageInfo& info, ORVBandSink& sink)
+        : list_(list), info_(info), sink_(sink), queue_(list, info.bandRows) {}
+
+    int Run(unsigned int threads) {
+        most_ = threads + 1;
+        std::vector<std::thread> workers;
+        int status = kGeneratorDone;
+        try {
+            for (unsigned int i = 0; i < threads; ++i) workers.emplace_back([this] { Work(); });
+        } catch (const std::exception&) {
+            // Fewer threads will do, unless there is none.
+            if (workers.empty()) status = kDrawingFailed;
+        }
+        for (int band = 0; band < queue_.GetBandCount() && status == kGeneratorDone; ++band) {
+            FinishedBand finished;
+            {
+                std::unique_lock lock(mutex_);
+                arrived_.wait(lock,
+                              [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
+                if (failed_) {
+                    status = kDrawingFailed;
+                    break;
+                }
+                finished = std::move(waiting_.front());
+                waiting_.pop_front();
+                ++firstWaiting_;
+            }
+            taken_.notify_all();
+            status = sink_.WriteBand(finished.band, finished.bytes);
+        }
+        {
+            const std::lock_guard lock(mutex_);
+            stopped_ = true;
+        }
+        taken_.notify_all();
+        for (std::thread& worker : workers) worker.join();
+        pictures_.Clear();
+        return status;
+    }
+
+private:
+    void Work() {
+        try {
+            BandRenderer renderer(list_, pictures_, info_.pixels, info_.bandRows);
+            std::vector<std::uint32_t> pieces;
+            std::vector<std::uint8_t> bytes;
+            while (true) {
+                int number = 0;
+                {
+                    std::unique_lock lock(mutex_);
+                    taken_.wait(lock, [&] { return stopped_ || failed_ || waiting_.size() < most_; });
+                    if (stopped_ || failed_ || queue_.IsEmpty()) return;
+                    number = queue_.Next(pieces);
+                    waiting_.emplace_back();
+                }
+                const int firstRow = number * info_.bandRows;
+                const RasterBand band =
+                    renderer.Render(firstRow, std::min(info_.bandRows, info_.height - firstRow), pieces);
+                bytes.clear();
+                sink_.EncodeBand(band, bytes);
+                {
+                    const std::lock_guard lock(mutex_);
+                    FinishedBand& finished = waiting_[static_cast<std::size_t>(number - firstWaiting_)];
+                    finished.band = band;
+                    finished.band.pixels = nullptr;
+                    finished.bytes.assign(bytes.begin(), bytes.end());
+                    finished.isDone = true;
+                }
+                arrived_.notify_one();
+            }
+        } catch (const std::exception&) {
+            const std::lock_guard lock(mutex_);
+            failed_ = true;
+        }
+        arrived_.notify_one();
+        taken_.notify_all();
+    }
+
+    const DisplayList& list_;
+    const RasterPageInfo& info_;
+    ORVBandSink& sink_;
+    PictureStore pictures_;
+    std::mutex mutex_;
+    std::condition_variable arrived_, taken_;
+    BandQueue queue_;
+    std::deque<FinishedBand> waiting_;
+    int firstWaiting_ = 0;
+    std::size_t most_ = 1;
+    bool stopped_ = false, failed_ = false;
+};
+
+}  // namespace
+
+int ORVRowsOfBand(int width) { return std::clamp(kPixelsOfBand / width, kFewestRows, kMostRows); }
+
+int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads, ORVBandSink& sink,
+                 std::string& error) {
+    const std::size_t bytesOfBand =
+        static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bandRows) * kBytesOfPixel;
+    const std::size_t affordable = std::max<std::size_t>(kBandMemory / bytesOfBand, 1);
+    const int bands = (info.height + info.bandRows - 1) / info.bandRows;
+    const auto useful = static_cast<unsigned int>(
+        std::min({static_cast<std::size_t>(threads), affordable, static_cast<std::size_t>(bands)}));
+    try {
+        const int status = BandPipeline(list, info, sink).Run(std::max(useful, 1U));
+        if (status == kDrawingFailed && sink.GetError().empty()) error = "memory is spent";
+        return status;
+    } catch (const std::bad_alloc&) {
+        error = "memory is spent";
+        return kDrawingFailed;
+    }
+}

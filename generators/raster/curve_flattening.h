@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/mathematics/geometry.h"
+
+/// Farthest that a polyline may stray from its curve, in pixels.
+inline constexpr double kFlatness = 0.04;
+
+/// Straight pieces for a cubic curve. It bends away from its pieces by an eighth of its second derivative at
+/// most, which is greatest at one of the ends.
+inline int ORVPiecesOfCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
+                            const ORVMathPoint2D& p3) {
+    constexpr double kMostPieces = 1000.0;
+    const double bend = std::max(std::hypot(p0.x - 2.0 * p1.x + p2.x, p0.y - 2.0 * p1.y + p2.y),
+                                 std::hypot(p1.x - 2.0 * p2.x + p3.x, p1.y - 2.0 * p2.y + p3.y));
+    return static_cast<int>(std::clamp(std::ceil(std::sqrt(bend * (0.75 / kFlatness))), 1.0, kMostPieces));
+}
+
+/// Hands the ends of a cubic curve's pieces to `add`, without its start.
+template <class Add>
+void ORVFlattenCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
+                     const ORVMathPoint2D& p3, int pieces, Add add) {
+    const double cx = 3.0 * (p1.x - p0.x), cy = 3.0 * (p1.y - p0.y);
+    const double bx = 3.0 * (p2.x - p1.x) - cx, by = 3.0 * (p2.y - p1.y) - cy;
+    const double ax = p3.x - p0.x - cx - bx, ay = p3.y - p0.y - cy - by;
+    const double step = 1.0 / pieces;
+    for (int i = 1; i < pieces; ++i) {
+        const double t = i * step;
+        add(ORVMathPoint2D{((ax * t + bx) * t + cx) * t + p0.x, ((ay * t + by) * t + cy) * t + p0.y});
+    }
+    add(p3);
+}

@@ -1,0 +1,63 @@
+#include "generators/raster/deflate_piece.h"
+
+#include <isa-l.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
+    // The library counts in 32 bits; a band is far smaller.
+    if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
+    static thread_local std::vector<std::uint8_t> levelMemory(ISAL_DEF_LVL1_DEFAULT);
+    isal_zstream stream;
+    isal_deflate_init(&stream);
+    stream.level = 1;
+    stream.level_buf = levelMemory.data();
+    stream.level_buf_size = static_cast<std::uint32_t>(levelMemory.size());
+    stream.gzip_flag = isWhole ? IGZIP_ZLIB : IGZIP_DEFLATE;
+    stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
+    stream.end_of_stream = isWhole ? 1 : 0;
+    stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    stream.avail_in = static_cast<std::uint32_t>(bytes.size());
+    while (true) {
+        const std::size_t start = out.size();
+        // Drawings shrink to little; what does not goes on in another round.
+        const std::size_t room = std::max<std::size_t>(bytes.size() / 16, 4096);
+        out.resize(start + room);
+        stream.next_out = out.data() + start;
+        stream.avail_out = static_cast<std::uint32_t>(room);
+        if (isal_deflate(&stream) != COMP_OK) return false;
+        out.resize(start + room - stream.avail_out);
+        if (stream.avail_out > 0) return true;
+    }
+}
+
+}  // namespace
+
+bool ORVDeflatePiece(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
+    return Deflate(bytes, false, out);
+}
+
+bool ORVDeflateWhole(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
+    return Deflate(bytes, true, out);
+}
+
+std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {
+    return isal_adler32(1, bytes.data(), bytes.size());
+}
+
+std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
+    // The lower half is the sum of all bytes and 1, the upper one the sum of the lower halves after each
+    // byte.
+    constexpr std::uint64_t kModulus = 65521;
+    const std::uint64_t a1 = first & 0xFFFFU, b1 = first >> 16U, a2 = second & 0xFFFFU, b2 = second >> 16U;
+    const std::uint64_t a = (a1 + a2 + kModulus - 1) % kModulus;
+    const std::uint64_t b = (b1 + b2 + (secondLength % kModulus) * (a1 + kModulus - 1)) % kModulus;
+    return static_cast<std::uint32_t>(b << 16U | a);
+}
+
+std::uint32_t ORVCrc32(std::span<const std::uint8_t> bytes) {
+    return crc32_gzip_refl(0, bytes.data(), bytes.size());
+}

@@ -1,0 +1,188 @@
+#include "generators/png/ORVPngGenerator.h"
+
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include <utility>
+#include <vector>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/common/generator_status.h"
+#include "tests/generators/drawing_calls.h"
+
+namespace {
+
+/// A decoded picture.
+struct Picture {
+    int width = 0, height = 0;
+    std::vector<std::uint8_t> rgb;
+
+    explicit Picture(const std::string& bytes) {
+        png_image image{};
+        image.version = PNG_IMAGE_VERSION;
+        EXPECT_NE(png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()), 0) << image.message;
+        image.format = PNG_FORMAT_RGB;
+        width = static_cast<int>(image.width);
+        height = static_cast<int>(image.height);
+        rgb.resize(PNG_IMAGE_SIZE(image));
+        EXPECT_NE(png_image_finish_read(&image, nullptr, rgb.data(), 0, nullptr), 0) << image.message;
+    }
+    /// 0xRRGGBB
+    unsigned int At(int x, int y) const {
+        const std::size_t i = static_cast<std::size_t>(y * width + x) * 3;
+        return static_cast<unsigned int>(rgb[i] << 16 | rgb[i + 1] << 8 | rgb[i + 2]);
+    }
+    bool HasInk() const {
+        for (const std::uint8_t value : rgb)
+            if (value != 255) return true;
+        return false;
+    }
+};
+
+/// One page that a test draws on, and the picture of it.
+class PngPage {
+public:
+    PngPage(double width, double height, const ORVRasterOptions& options = {}, std::string_view title = "")
+        : generator_(output_, options) {
+        EXPECT_EQ(generator_.BeginDocument({title, 1}), 1);
+        EXPECT_EQ(generator_.BeginPage(PageInfo(width, height)), 1);
+    }
+    ORVPngGenerator& Get() { return generator_; }
+    const std::string& Finish() {
+        EXPECT_EQ(generator_.EndPage(), 1);
+        EXPECT_EQ(generator_.EndDocument(), 1);
+        return output_.GetBytes();
+    }
+
+private:
+    ORVMemoryOutput output_;
+    ORVPngGenerator generator_;
+};
+
+TEST(ORVPngGeneratorTest, PaperIsWhiteAndAUserUnitAPixel) {
+    PngPage page(20.0, 10.0);
+    EXPECT_EQ(FillRectangle(page.Get(), 5.0, 2.0, 3.0, 4.0, {255, 0, 0}), 1);
+    const Picture picture(page.Finish());
+    ASSERT_EQ(picture.width, 20);
+    ASSERT_EQ(picture.height, 10);
+    EXPECT_EQ(picture.At(0, 0), 0xFFFFFFU);
+    EXPECT_EQ(picture.At(5, 2), 0xFF0000U);
+    EXPECT_EQ(picture.At(7, 5), 0xFF0000U);
+    EXPECT_EQ(picture.At(8, 5), 0xFFFFFFU);
+    EXPECT_EQ(picture.At(7, 6), 0xFFFFFFU);
+}
+
+TEST(ORVPngGeneratorTest, ResolutionEnlargesAndIsStated) {
+    ORVRasterOptions options;
+    options.dotsPerInch = 180.0;
+    PngPage page(20.0, 10.5, options);
+    const std::string bytes = page.Finish();
+    const Picture picture(bytes);
+    EXPECT_EQ(picture.width, 40);
+    EXPECT_EQ(picture.height, 21);
+    const std::size_t chunk = bytes.find("pHYs");
+    ASSERT_NE(chunk, bytes.npos);
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[chunk + 4 + i]); };
+    EXPECT_EQ(byte(2) << 8 | byte(3), 7087);  // 180 / 0.0254
+    EXPECT_EQ(byte(8), 1);                    // a metre
+}
+
+/// What the file says of its pixels: bits of a sample and kind of colour.
+std::pair<int, int> PixelsOf(const std::string& bytes) {
+    const std::size_t header = bytes.find("IHDR");
+    return {bytes[header + 12], bytes[header + 13]};
+}
+
+TEST(ORVPngGeneratorTest, PagesWithoutColoursAreGrey) {
+    PngPage grey(4.0, 4.0);
+    EXPECT_EQ(FillRectangle(grey.Get(), 0.0, 0.0, 2.0, 4.0, {100, 100, 100}), 1);
+    const std::string greyBytes = grey.Finish();
+    EXPECT_EQ(PixelsOf(greyBytes), std::pair(8, 0));
+    EXPECT_EQ(Picture(greyBytes).At(1, 1), 0x646464U);
+
+    PngPage coloured(4.0, 4.0);
+    EXPECT_EQ(FillRectangle(coloured.Get(), 0.0, 0.0, 2.0, 4.0, {100, 100, 101}), 1);
+    EXPECT_EQ(PixelsOf(coloured.Finish()), std::pair(8, 2));
+}
+
+TEST(ORVPngGeneratorTest, ColourModesDecide) {
+    ORVRasterOptions options;
+    options.colourMode = ORVColourMode::kGrey;
+    PngPage grey(4.0, 4.0, options);
+    EXPECT_EQ(FillRectangle(grey.Get(), 0.0, 0.0, 2.0, 4.0, {255, 0, 0}), 1);
+    const std::string greyBytes = grey.Finish();
+    EXPECT_EQ(PixelsOf(greyBytes), std::pair(8, 0));
+    EXPECT_EQ(Picture(greyBytes).At(1, 1), 0x4D4D4DU);
+
+    // Ten pixels end in the middle of a byte.
+    options.colourMode = ORVColourMode::kMono;
+    PngPage mono(10.0, 3.0, options);
+    EXPECT_EQ(FillRectangle(mono.Get(), 1.0, 0.0, 8.0, 2.0), 1);
+    const std::string monoBytes = mono.Finish();
+    EXPECT_EQ(PixelsOf(monoBytes), std::pair(1, 0));
+    const Picture picture(monoBytes);
+    for (int x = 0; x < 10; ++x) {
+        EXPECT_EQ(picture.At(x, 1), x >= 1 && x < 9 ? 0U : 0xFFFFFFU) << x;
+        EXPECT_EQ(picture.At(x, 2), 0xFFFFFFU) << x;
+    }
+}
+
+TEST(ORVPngGeneratorTest, BandsMakeOneStream) {
+    // Bands of one row, of some, of all; blank ones among them and a short one at the end.
+    std::vector<std::uint8_t> expected;
+    for (const int rows : {100, 1, 7, 33, 64}) {
+        ORVRasterOptions options;
+        options.bandRows = rows;
+        options.threads = 3;
+        PngPage page(60.0, 100.0, options);
+        EXPECT_EQ(FillRectangle(page.Get(), 5.3, 40.2, 30.0, 9.7, {200, 10, 10, 130}), 1);
+        EXPECT_EQ(WriteText(page.Get(), "bands", 4.0, 90.0), 1);
+        const Picture picture(page.Finish());
+        ASSERT_EQ(picture.height, 100);
+        if (expected.empty()) expected = picture.rgb;
+        EXPECT_TRUE(picture.HasInk());
+        EXPECT_EQ(picture.rgb, expected) << rows;
+    }
+}
+
+TEST(ORVPngGeneratorTest, TitlesAreTextOfTheirKind) {
+    PngPage latin(4.0, 4.0, {},
+                  "Gr\xC3\xBC\xC3\x9F"
+                  "e");
+    EXPECT_NE(latin.Finish().find(std::string("tEXtTitle\0Gr\xFC\xDF"
+                                              "e",
+                                              15)),
+              std::string::npos);
+    PngPage other(4.0, 4.0, {}, "\xCE\xA9");
+    EXPECT_NE(other.Finish().find(std::string("iTXtTitle\0\0\0\0\0\xCE\xA9", 16)), std::string::npos);
+    PngPage none(4.0, 4.0);
+    EXPECT_EQ(none.Finish().find("Title"), std::string::npos);
+}
+
+TEST(ORVPngGeneratorTest, EqualPagesGiveEqualBytes) {
+    const auto draw = [](unsigned int threads) {
+        ORVRasterOptions options;
+        options.threads = threads;
+        PngPage page(300.0, 1500.0, options);
+        for (int i = 0; i < 40; ++i)
+            EXPECT_EQ(FillRectangle(page.Get(), 7.3 * i, 37.1 * i, 30.0, 50.0, {20, 40, 60, 128}), 1);
+        return page.Finish();
+    };
+    const std::string one = draw(1);
+    EXPECT_EQ(draw(1), one);
+    EXPECT_EQ(draw(4), one);
+}
+
+TEST(ORVPngGeneratorTest, EveryPageIsAPart) {
+    ORVMemoryOutput output;
+    ORVPngGenerator generator(output, {});
+    EXPECT_EQ(generator.BeginDocument({"", 2}), 1);
+    for (unsigned int i = 1; i <= 2; ++i) {
+        EXPECT_EQ(generator.BeginPage(PageInfo(5.0, 5.0, i)), 1);
+        EXPECT_EQ(generator.EndPage(), 1);
+    }
+    EXPECT_EQ(generator.EndDocument(), 1);
+    EXPECT_EQ(output.GetPartCount(), 2U);
+}
+
+}  // namespace

@@ -1,0 +1,187 @@
+#include "generators/raster/coverage_buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <random>
+
+namespace {
+
+struct Corner {
+    double x, y;
+};
+using Polygon = std::vector<Corner>;
+
+/// Alphas by pixel.
+struct Alphas {
+    std::map<std::pair<int, int>, unsigned int> values;
+    int row = 0, width = 0;
+    void BeginRow(int y) { row = y; }
+    void EndRow() {}
+    void Pixel(int x, unsigned int alpha) {
+        if (x < width) values[{x, row}] = alpha;
+    }
+    void Span(int begin, int end, unsigned int alpha) {
+        EXPECT_LE(end, width);
+        for (int x = begin; x < end; ++x) values[{x, row}] = alpha;
+    }
+    unsigned int At(int x, int y) const {
+        const auto found = values.find({x, y});
+        return found == values.end() ? 0 : found->second;
+    }
+};
+
+void Add(CoverageBuffer& buffer, const Polygon& polygon) {
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const Corner &a = polygon[i], &b = polygon[(i + 1) % polygon.size()];
+        buffer.AddLine(CoverageBuffer::ToFixed(a.x, a.y), CoverageBuffer::ToFixed(b.x, b.y));
+    }
+}
+
+template <CoverageRule kRule = CoverageRule::kNonZero>
+Alphas Draw(const std::vector<Polygon>& polygons, int width = 16, int height = 16, int bandRows = 16) {
+    CoverageBuffer buffer;
+    buffer.Resize(width, bandRows);
+    Alphas alphas;
+    alphas.width = width;
+    for (int row = 0; row < height; row += bandRows) {
+        buffer.SetBand(row, std::min(bandRows, height - row));
+        for (const Polygon& polygon : polygons) Add(buffer, polygon);
+        buffer.Sweep<kRule>(alphas);
+    }
+    return alphas;
+}
+
+struct CoverageCase {
+    const char* name;
+    Polygon polygon;
+    int x, y;
+    unsigned int alpha;
+};
+class CoverageTest : public testing::TestWithParam<CoverageCase> {};
+TEST_P(CoverageTest, IsTheAreaInsideThePixel) {
+    const CoverageCase& row = GetParam();
+    EXPECT_EQ(Draw({row.polygon}).At(row.x, row.y), row.alpha);
+    // The other way round, the same.
+    EXPECT_EQ(Draw({Polygon(row.polygon.rbegin(), row.polygon.rend())}).At(row.x, row.y), row.alpha);
+}
+const Polygon kBox{{2.25, 3.5}, {7.5, 3.5}, {7.5, 8.75}, {2.25, 8.75}};
+INSTANTIATE_TEST_SUITE_P(
+    Coverage, CoverageTest,
+    testing::Values(
+        CoverageCase{"Inside", kBox, 4, 5, 255}, CoverageCase{"Outside", kBox, 9, 5, 0},
+        CoverageCase{"Above", kBox, 4, 2, 0}, CoverageCase{"LeftBorder", kBox, 2, 5, 191},
+        CoverageCase{"RightBorder", kBox, 7, 5, 128}, CoverageCase{"TopBorder", kBox, 4, 3, 128},
+        CoverageCase{"BottomBorder", kBox, 4, 8, 191}, CoverageCase{"Corner", kBox, 2, 3, 96},
+        CoverageCase{"HalfByADiagonal", {{4, 4}, {5, 5}, {4, 5}}, 4, 4, 128},
+        CoverageCase{"LowTriangle", {{4, 5}, {8, 4}, {8, 5}}, 4, 4, 32},
+        CoverageCase{"LowTriangleFurther", {{4, 5}, {8, 4}, {8, 5}}, 7, 4, 223},
+        CoverageCase{"SteepTriangle", {{4, 4}, {5, 4}, {4, 8}}, 4, 7, 32},
+        CoverageCase{"InsideOnePixel", {{4.25, 4.25}, {4.75, 4.25}, {4.75, 4.75}, {4.25, 4.75}}, 4, 4, 64},
+        CoverageCase{"LeftOfThePage", {{-50, 2}, {3, 2}, {3, 6}, {-50, 6}}, 0, 3, 255},
+        CoverageCase{"SlantedAcrossTheLeftBorder", {{-4, 4}, {4, 4}, {4, 12}, {-4, 4}}, 0, 4, 255},
+        CoverageCase{"RightOfThePage", {{12, 2}, {500, 2}, {500, 6}, {12, 6}}, 15, 3, 255},
+        CoverageCase{"AllAround", {{-9e9, -9e9}, {9e9, -9e9}, {9e9, 9e9}, {-9e9, 9e9}}, 7, 7, 255}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(CoverageBufferTest, RulesDifferWhereWindingsMeet) {
+    const Polygon outer{{1, 1}, {11, 1}, {11, 11}, {1, 11}}, same{{3, 3}, {9, 3}, {9, 9}, {3, 9}};
+    const Polygon opposite(same.rbegin(), same.rend());
+    EXPECT_EQ(Draw({outer, same}).At(5, 5), 255U);
+    EXPECT_EQ(Draw({outer, opposite}).At(5, 5), 0U);
+    EXPECT_EQ(Draw<CoverageRule::kEvenOdd>({outer, same}).At(5, 5), 0U);
+    EXPECT_EQ(Draw<CoverageRule::kEvenOdd>({outer, same, same}).At(5, 5), 255U);
+    EXPECT_EQ(Draw<CoverageRule::kEvenOdd>({outer, same}).At(2, 5), 255U);
+}
+
+TEST(CoverageBufferTest, HardRulesKnowNoLevels) {
+    const auto alphas = Draw<CoverageRule::kHardNonZero>({{{2.3, 2}, {6.3, 2}, {6.3, 5}, {2.3, 5}}});
+    EXPECT_EQ(alphas.At(2, 3), 255U);  // 0.7
+    EXPECT_EQ(alphas.At(6, 3), 0U);    // 0.3
+}
+
+TEST(CoverageBufferTest, PiecesOfAnAreaAddUp) {
+    // Slanted strips side by side: whatever each gives to a pixel, together they fill it.
+    std::vector<Polygon> strips;
+    for (double x = 0.0; x < 16.0; x += 0.7) {
+        const double next = std::min(x + 0.7, 16.0);
+        strips.push_back(
+            {{x, 0}, {next, 0}, {16.0 - (16.0 - next) * 0.5, 16}, {16.0 - (16.0 - x) * 0.5, 16}});
+    }
+    const Alphas alphas = Draw(strips);
+    for (int y = 0; y < 16; ++y) EXPECT_EQ(alphas.At(15, y), 255U) << y;
+    for (int x = 0; x < 16; ++x) EXPECT_EQ(alphas.At(x, 0), x < 1 ? alphas.At(0, 0) : 255U) << x;
+}
+
+TEST(CoverageBufferTest, BandsDoNotShow) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> place(-20.0, 60.0);
+    for (int round = 0; round < 200; ++round) {
+        Polygon polygon;
+        for (int i = 0; i < 7; ++i) polygon.push_back({place(random), place(random)});
+        const Alphas whole = Draw({polygon}, 40, 40, 40);
+        for (const int rows : {1, 3, 16})
+            EXPECT_EQ(Draw({polygon}, 40, 40, rows).values, whole.values) << rows;
+    }
+}
+
+TEST(CoverageBufferTest, TotalAreaIsThatOfThePolygon) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> place(1.0, 199.0);
+    for (int round = 0; round < 50; ++round) {
+        const Polygon triangle{
+            {place(random), place(random)}, {place(random), place(random)}, {place(random), place(random)}};
+        const double area = std::fabs((triangle[1].x - triangle[0].x) * (triangle[2].y - triangle[0].y) -
+                                      (triangle[2].x - triangle[0].x) * (triangle[1].y - triangle[0].y)) /
+                            2.0;
+        double sum = 0.0;
+        for (const auto& [pixel, alpha] : Draw({triangle}, 200, 200, 64).values) sum += alpha / 255.0;
+        EXPECT_NEAR(sum, area, 1.0 + area * 0.002);
+    }
+}
+
+TEST(CoverageBufferTest, WideRowsAreSparse) {
+    // Two slivers far apart: what lies between comes as one span.
+    struct Counting : Alphas {
+        int pixels = 0, spans = 0;
+        void Pixel(int, unsigned int) { ++pixels; }
+        void Span(int, int, unsigned int) { ++spans; }
+    };
+    CoverageBuffer buffer;
+    buffer.Resize(100'000, 4);
+    buffer.SetBand(0, 4);
+    Add(buffer, {{10, 1}, {99'990, 1}, {99'990, 2}, {10, 2}});
+    Counting counting;
+    buffer.Sweep<CoverageRule::kNonZero>(counting);
+    EXPECT_EQ(counting.spans, 1);
+    EXPECT_LT(counting.pixels, 20);
+}
+
+TEST(CoverageBufferTest, NumbersBeyondAllRangeDoNoHarm) {
+    const double inf = std::numeric_limits<double>::infinity(), none = std::nan("");
+    std::vector<Polygon> polygons;
+    for (const double bad : {inf, -inf, none, 1e308, -1e308})
+        for (int i = 0; i < 3; ++i) {
+            Polygon polygon{{2, 2}, {9, 3}, {5, 9}};
+            polygon[static_cast<std::size_t>(i)].x = bad;
+            polygons.push_back(polygon);
+            polygon[static_cast<std::size_t>(i)].y = bad;
+            polygons.push_back(polygon);
+        }
+    Draw(polygons);
+    Draw<CoverageRule::kEvenOdd>(polygons);
+    // Tens of thousands of windings on each other run over, which is no error.
+    CoverageBuffer buffer;
+    buffer.Resize(8, 2);
+    buffer.SetBand(0, 2);
+    for (int i = 0; i < 40'000; ++i) Add(buffer, {{1, 0}, {5, 0}, {5, 2}, {1, 2}});
+    Alphas alphas;
+    alphas.width = 8;
+    buffer.Sweep<CoverageRule::kNonZero>(alphas);
+    EXPECT_EQ(alphas.At(6, 0), 0U);
+}
+
+}  // namespace

@@ -1,0 +1,279 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include "tests/generators/raster/pixel_page.h"
+
+namespace {
+
+ORVPrintPath Line(std::initializer_list<ORVMathPoint2D> points, bool closed = false) {
+    ORVPrintPath path;
+    for (const ORVMathPoint2D& p : points) {
+        if (path.IsEmpty())
+            path.MoveTo(p);
+        else
+            path.LineTo(p);
+    }
+    if (closed) path.Close();
+    return path;
+}
+
+/// A circle of four curves.
+ORVPrintPath Circle(double x, double y, double r) {
+    constexpr double k = 0.5522847498;
+    ORVPrintPath path;
+    path.MoveTo({x + r, y});
+    path.CubicTo({x + r, y + k * r}, {x + k * r, y + r}, {x, y + r});
+    path.CubicTo({x - k * r, y + r}, {x - r, y + k * r}, {x - r, y});
+    path.CubicTo({x - r, y - k * r}, {x - k * r, y - r}, {x, y - r});
+    path.CubicTo({x + k * r, y - r}, {x + r, y - k * r}, {x + r, y});
+    path.Close();
+    return path;
+}
+
+double InkOf(const ORVPrintPath& path, const ORVPrintStroke& stroke, const ORVMathAffine2D& map = {}) {
+    PixelPage page(100.0, 100.0);
+    EXPECT_EQ(page.Get().DrawShape({path, map, nullptr, &stroke}), 1);
+    page.Finish();
+    return page.TotalInk();
+}
+
+using Cap = ORVPrintStroke::Cap;
+using Join = ORVPrintStroke::Join;
+
+ORVPrintStroke Pen(double width, Cap cap = Cap::kButt, Join join = Join::kMiter) {
+    ORVPrintStroke stroke;
+    stroke.width = width;
+    stroke.cap = cap;
+    stroke.join = join;
+    return stroke;
+}
+
+struct AreaCase {
+    const char* name;
+    ORVPrintPath path;
+    ORVPrintStroke stroke;
+    double area;  // pixels
+};
+class StrokeAreaTest : public testing::TestWithParam<AreaCase> {};
+TEST_P(StrokeAreaTest, IsThatOfTheLine) {
+    const AreaCase& row = GetParam();
+    EXPECT_NEAR(InkOf(row.path, row.stroke), row.area, 0.3 + row.area * 0.003);
+    // Mirrored and turned, it is the same line.
+    EXPECT_NEAR(InkOf(row.path, row.stroke, {-1.0, 0.0, 0.0, 1.0, 100.0, 0.0}), row.area,
+                0.3 + row.area * 0.003);
+    EXPECT_NEAR(InkOf(row.path, row.stroke, {0.0, 1.0, 1.0, 0.0, 0.0, 0.0}), row.area,
+                0.3 + row.area * 0.003);
+}
+const double kPi = std::numbers::pi;
+const auto kCorner = Line({{20.0, 70.0}, {20.0, 20.0}, {70.0, 20.0}});
+INSTANTIATE_TEST_SUITE_P(
+    Stroke, StrokeAreaTest,
+    testing::Values(AreaCase{"Butt", Line({{20, 50}, {60, 50}}), Pen(10), 400},
+                    AreaCase{"Square", Line({{20, 50}, {60, 50}}), Pen(10, Cap::kSquare), 500},
+                    AreaCase{"Round", Line({{20, 50}, {60, 50}}), Pen(10, Cap::kRound), 400 + kPi * 25},
+                    AreaCase{"Slanted", Line({{20, 20}, {50, 60}}), Pen(10), 500},
+                    AreaCase{"MiterJoin", kCorner, Pen(10), 1000},
+                    AreaCase{"BevelJoin", kCorner, Pen(10, Cap::kButt, Join::kBevel), 1000 - 12.5},
+                    AreaCase{"RoundJoin", kCorner, Pen(10, Cap::kButt, Join::kRound),
+                             1000 - 25 + kPi * 25 / 4},
+                    AreaCase{"Closed", Line({{20, 20}, {70, 20}, {70, 70}, {20, 70}}, true), Pen(10), 2000},
+                    AreaCase{"ClosedRound", Line({{20, 20}, {70, 20}, {70, 70}, {20, 70}}, true),
+                             Pen(10, Cap::kButt, Join::kRound), 2000 - 100 + kPi * 25},
+                    // A full turn: the overlap counts once.
+                    AreaCase{"ThereAndBack", Line({{20, 50}, {60, 50}, {20, 50}}), Pen(10), 400},
+                    AreaCase{"ThereAndBackRound", Line({{20, 50}, {60, 50}, {20, 50}}),
+                             Pen(10, Cap::kButt, Join::kRound), 400 + kPi * 12.5},
+                    AreaCase{"Ring", Circle(50, 50, 30), Pen(10), kPi*(35 * 35 - 25 * 25)},
+                    AreaCase{"ThickRing", Circle(50, 50, 20), Pen(39), kPi*(39.5 * 39.5 - 0.5 * 0.5)},
+                    AreaCase{"RingWithoutHole", Circle(50, 50, 10), Pen(30), kPi * 25 * 25},
+                    AreaCase{"DotRound", Line({{50, 50}, {50, 50}}), Pen(10, Cap::kRound), kPi * 25},
+                    AreaCase{"DotSquare", Line({{50, 50}}, true), Pen(10, Cap::kSquare), 100},
+                    AreaCase{"DotButt", Line({{50, 50}, {50, 50}}), Pen(10), 0},
+                    AreaCase{"PointOnly", Line({{50, 50}}), Pen(10, Cap::kRound), 0}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(StrokeTest, MitersEndAtTheirLimit) {
+    // A corner of 30 degrees: its miter is 3.86 times the width.
+    const double angle = 30.0 * kPi / 180.0;
+    const auto path = Line({{80, 50}, {30, 50}, {30 + 50 * std::cos(angle), 50 - 50 * std::sin(angle)}});
+    ORVPrintStroke stroke = Pen(6);
+    stroke.miterLimit = 4.0;
+    const double with = InkOf(path, stroke);
+    stroke.miterLimit = 3.8;
+    const double without = InkOf(path, stroke);
+    stroke.join = Join::kBevel;
+    EXPECT_NEAR(InkOf(path, stroke), without, 0.01);
+    // The tip: a triangle on the bevel.
+    const double bevel = 6.0 * std::cos(angle / 2.0),
+                 height = 3.0 / std::sin(angle / 2.0) - 3.0 * std::sin(angle / 2.0);
+    EXPECT_NEAR(with - without, bevel * height / 2.0, 0.3);
+}
+
+TEST(StrokeTest, MapsSqueezeThePen) {
+    // Twice as wide as high: lines along x are 2 pixels, lines along y 8 pixels wide.
+    const ORVMathAffine2D map{4.0, 0.0, 0.0, 1.0, 0.0, 0.0};
+    EXPECT_NEAR(InkOf(Line({{5, 50}, {15, 50}}), Pen(2), map), 40 * 2, 0.3);
+    EXPECT_NEAR(InkOf(Line({{10, 20}, {10, 60}}), Pen(2), map), 40 * 8, 0.3);
+    EXPECT_NEAR(InkOf(Line({{10, 50}, {10, 50}}), Pen(4, Cap::kRound), map), kPi * 2 * 8, 0.5);
+    // A slanted map keeps areas here.
+    EXPECT_NEAR(InkOf(Circle(40, 50, 20), Pen(6), {1.0, 0.3, 0.0, 1.0, 0.0, 0.0}), kPi * (23 * 23 - 17 * 17),
+                3.0);
+}
+
+TEST(StrokeTest, DashesAreMeasuredBeforeTheMap) {
+    const double dashes[]{4.0, 6.0};
+    ORVPrintStroke stroke = Pen(2);
+    stroke.dashes = dashes;
+    EXPECT_NEAR(InkOf(Line({{0, 20}, {40, 20}}), stroke, ORVMathAffine2D::Scaling(2.0, 2.0)), 4 * 8 * 4, 0.3);
+
+    PixelPage page(60.0, 40.0);
+    EXPECT_EQ(page.Get().DrawShape(
+                  {Line({{0, 10}, {25, 10}}), ORVMathAffine2D::Scaling(2.0, 1.0), nullptr, &stroke}),
+              1);
+    page.Finish();
+    for (const int x : {0, 7, 20, 27, 40, 47}) EXPECT_EQ(page.Ink(x, 10), 255) << x;
+    for (const int x : {8, 19, 28, 39, 48, 52}) EXPECT_EQ(page.Ink(x, 10), 0) << x;
+}
+
+TEST(StrokeTest, DashesGoAroundCorners) {
+    const double dashes[]{10.0, 5.0};
+    ORVPrintStroke stroke = Pen(2);
+    stroke.dashes = dashes;
+    PixelPage page(40.0, 40.0);
+    EXPECT_EQ(page.Get().DrawShape({Line({{10, 10}, {30, 10}, {30, 30}}), {}, nullptr, &stroke}), 1);
+    page.Finish();
+    EXPECT_EQ(page.Ink(19, 10), 255);
+    EXPECT_EQ(page.Ink(22, 10), 0);
+    EXPECT_EQ(page.Ink(30, 9), 255);   // the miter of the second dash's corner
+    EXPECT_EQ(page.Ink(30, 14), 255);  // which ends 25 along the line
+    EXPECT_EQ(page.Ink(30, 17), 0);
+    EXPECT_EQ(page.Ink(30, 22), 255);
+}
+
+TEST(StrokeTest, DashesOfClosedLinesMeet) {
+    // A square of 80 with dashes that end in the middle of one: it goes on as the first one, with a join.
+    const double dashes[]{10.0, 5.0};
+    ORVPrintStroke stroke = Pen(4);
+    stroke.dashes = dashes;
+    PixelPage page(40.0, 40.0);
+    EXPECT_EQ(
+        page.Get().DrawShape({Line({{10, 10}, {30, 10}, {30, 30}, {10, 30}}, true), {}, nullptr, &stroke}),
+        1);
+    page.Finish();
+    EXPECT_EQ(page.Ink(8, 8), 255);
+    // All of it one dash: like a solid line.
+    const double longDashes[]{1000.0, 5.0};
+    stroke.dashes = longDashes;
+    EXPECT_NEAR(InkOf(Line({{10, 10}, {30, 10}, {30, 30}, {10, 30}}, true), stroke), 80 * 4, 0.3);
+}
+
+TEST(StrokeTest, DashesWithoutLengthAreDots) {
+    const double dashes[]{0.0, 10.0};
+    ORVPrintStroke stroke = Pen(4, Cap::kRound);
+    stroke.dashes = dashes;
+    EXPECT_NEAR(InkOf(Line({{10, 20}, {45, 20}}), stroke), 4 * kPi * 4, 0.8);
+    stroke.cap = Cap::kButt;
+    EXPECT_EQ(InkOf(Line({{10, 20}, {45, 20}}), stroke), 0.0);
+}
+
+TEST(StrokeTest, MillionsOfDashesAreBounded) {
+    const double fine[]{1e-9, 1e-9}, small[]{0.1, 0.1};
+    ORVPrintStroke stroke = Pen(2);
+    stroke.dashes = fine;  // too fine to be seen: solid
+    EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), stroke), 80, 0.3);
+    stroke.dashes = small;  // what is off the page is not made
+    EXPECT_NEAR(InkOf(Line({{-1e6, 20}, {1e6, 20}}), stroke), 100, 2.0);
+    EXPECT_GT(InkOf(Line({{-1e12, 20}, {1e12, 20}}), stroke), 50.0);
+}
+
+TEST(StrokeTest, ThinLinesStayVisible) {
+    for (const double width : {0.4, 0.1, 0.02}) {
+        PixelPage page(40.0, 40.0);
+        const ORVPrintStroke stroke = Pen(width);
+        EXPECT_EQ(page.Get().DrawShape({Line({{5, 5}, {35, 30}}), {}, nullptr, &stroke}), 1);
+        page.Finish();
+        const double length = std::hypot(30.0, 25.0);
+        EXPECT_NEAR(page.TotalInk(), length * std::max(width, 0.25), 0.5) << width;
+    }
+    // As good as none: the thinnest line there is.
+    EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-9)), 40.0, 0.3);
+    EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-300)), 40.0, 0.3);
+}
+
+TEST(StrokeTest, ThinLinesInBlackAndWhiteDoNotBreak) {
+    ORVRasterOptions options;
+    options.colourMode = ORVColourMode::kMono;
+    for (int degrees = 0; degrees < 45; degrees += 3) {
+        PixelPage page(100.0, 100.0, options);
+        const ORVPrintStroke stroke = Pen(0.01);
+        const double slope = std::tan(degrees * kPi / 180.0);
+        EXPECT_EQ(page.Get().DrawShape({Line({{2, 5.37}, {98, 5.37 + 96 * slope}}), {}, nullptr, &stroke}),
+                  1);
+        const auto& pixels = page.Finish();
+        for (int x = 3; x < 97; ++x) {
+            if (5.37 + (x - 2) * slope > 98.0) break;
+            bool found = false;
+            for (std::size_t y = 0; y < 100; ++y)
+                found = found ||
+                        (pixels.bytes[y * pixels.rowBytes + static_cast<std::size_t>(x) / 8] >> (7 - x % 8) &
+                         1) != 0;
+            EXPECT_TRUE(found) << degrees << " degrees, column " << x;
+        }
+    }
+}
+
+TEST(StrokeTest, HugeNumbersDoNoHarm) {
+    const double huge = std::numeric_limits<double>::max();
+    const double dashes[]{huge, 1.0}, tiny[]{1e-300, 1e-300};
+    for (const double width : {1e-300, 1.0, 1e9, huge})
+        for (const double scale : {1e-20, 1.0, 1e20})
+            for (const std::span<const double> pattern :
+                 {std::span<const double>(), std::span<const double>(dashes),
+                  std::span<const double>(tiny)}) {
+                ORVPrintStroke stroke = Pen(width, Cap::kRound, Join::kRound);
+                stroke.miterLimit = huge;
+                stroke.dashes = pattern;
+                InkOf(Line({{-huge, 3}, {huge, 50}, {7, huge}}, true), stroke,
+                      ORVMathAffine2D::Scaling(scale, 1.0));
+                stroke.join = Join::kMiter;
+                InkOf(Circle(1e200, 1e200, 1e200), stroke, ORVMathAffine2D::Scaling(1.0, scale));
+            }
+    // An endless line through the page is seen.
+    EXPECT_NEAR(InkOf(Line({{-1e12, 50}, {1e12, 50}}), Pen(10)), 1000, 1.0);
+}
+
+TEST(StrokeTest, LongLinesAreDrawnInPiecesWithoutSeams) {
+    // More corners than a piece has; with bands of any height, the same.
+    std::vector<std::uint8_t> expected;
+    for (const int rows : {200, 1, 16}) {
+        ORVRasterOptions options;
+        options.bandRows = rows;
+        PixelPage page(200.0, 200.0, options);
+        ORVPrintPath path;
+        path.MoveTo({100, 100});
+        for (int i = 1; i < 400; ++i) {
+            const ORVMathPoint2D p{100 + i * 0.23 * std::cos(i * 0.7), 100 + i * 0.23 * std::sin(i * 0.7)};
+            if (i % 5 == 0)
+                path.CubicTo({p.x + 9, p.y}, {p.x, p.y + 9}, p);
+            else
+                path.LineTo(p);
+        }
+        path.Close();
+        const double dashes[]{3.0, 2.0};
+        ORVPrintStroke stroke = Pen(1.3, Cap::kRound, Join::kRound);
+        stroke.colour = {200, 100, 0, 180};
+        EXPECT_EQ(page.Get().DrawShape({path, {}, nullptr, &stroke}), 1);
+        stroke.dashes = dashes;
+        stroke.join = Join::kMiter;
+        EXPECT_EQ(page.Get().DrawShape({path, {0.9, 0.2, 0.1, 0.7, 3.0, 9.0}, nullptr, &stroke}), 1);
+        const auto& pixels = page.Finish();
+        if (expected.empty()) expected = pixels.bytes;
+        EXPECT_GT(page.TotalInk(), 100.0);
+        EXPECT_EQ(pixels.bytes, expected) << rows;
+    }
+}
+
+}  // namespace
