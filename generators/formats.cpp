@@ -20,8 +20,8 @@ private:
     Generator generator_;
 };
 
-std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormatOptions& /*options*/) {
-    return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output);
+std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormatOptions& options) {
+    return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output, options.creationTime);
 }
 
 std::unique_ptr<ORVFormatGenerator> CreatePng(ORVOutput& output, const ORVFormatOptions& options) {

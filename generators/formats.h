@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,6 +14,8 @@ class ORVOutput;
 /// What the user may ask of a format.
 struct ORVFormatOptions {
     double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+    /// When the document counts as made, in seconds since 1970; formats that state it state nothing without.
+    std::optional<std::int64_t> creationTime;
 };
 
 /// A generator and its words for what went wrong.
