@@ -61,9 +61,7 @@ struct ORVPdfGenerator::State {
         PdfContent content;
     };
     /// What is being drawn on: the innermost symbol, or the page; null when there is neither.
-    PdfContent* Content() {
-        return !symbols.empty() ? &symbols.back().content : page ? &*page : nullptr;
-    }
+    PdfContent* Content() { return !symbols.empty() ? &symbols.back().content : page ? &*page : nullptr; }
     /// Calls `draw` with what is being drawn on.
     template <class Draw>
     int DrawOn(Draw draw) {
@@ -122,8 +120,7 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     state.width = info.width;
     state.height = info.height;
     state.trim = info.trim;
-    state.facts.pages.push_back(
-        {state.file->Reserve(), std::string(info.title), std::string(info.label)});
+    state.facts.pages.push_back({state.file->Reserve(), std::string(info.title), std::string(info.label)});
     state.page.emplace(*state.objects, info.width, info.height);
     return state.Check();
 }
@@ -156,7 +153,8 @@ void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
     if (!group.target.empty()) {
         // A place without content is the page.
         const std::string corner = box.IsEmpty() ? toPoints(0.0, 0.0) : toPoints(box.xMin, box.yMin);
-        facts.targets.try_emplace(group.target, "[" + PdfReference(facts.pages.back().object) + "/XYZ " + corner + " null]");
+        facts.targets.try_emplace(
+            group.target, "[" + PdfReference(facts.pages.back().object) + "/XYZ " + corner + " null]");
     }
     if (group.action.empty()) return;
     insideLink = false;

@@ -9,14 +9,15 @@
 
 class ORVOutput;
 
-/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets, content
-/// that repeats once. Pages may have different sizes; a user unit is 0.8 point. The same calls give the same
-/// bytes.
+/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets,
+/// content that repeats once. Pages may have different sizes; a user unit is 0.8 point. The same calls give
+/// the same bytes.
 class ORVPdfGenerator final : public ORVPrintGenerator {
 public:
-    /// @param output        receives the document as its only part, from a thread of the generator's own; must
-    ///                      outlive the generator, and is the generator's between BeginDocument and the end of
-    ///                      EndDocument
+    /// @param output        receives the document as its only part, from a thread of the generator's own;
+    /// must
+    ///                      outlive the generator, and is the generator's between BeginDocument and the end
+    ///                      of EndDocument
     /// @param creationTime  seconds since 1970 that the document states, if any
     explicit ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> creationTime = std::nullopt);
     ~ORVPdfGenerator() override;

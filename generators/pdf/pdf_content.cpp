@@ -77,7 +77,8 @@ int ToPdf(ORVPrintStroke::Join join) {
 }
 
 bool IsSame(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx && a.dy == b.dy;
+    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
+           a.dy == b.dy;
 }
 
 std::string OpacityName(int fill, int stroke) {
@@ -103,7 +104,8 @@ bool IsRectangle(const ORVPrintPath& path, const ORVMathAffine2D& map, ORVMathPo
                  ORVMathPoint2D& opposite) {
     using Verb = ORVPrintPath::Verb;
     constexpr std::array kVerbs{Verb::kMove, Verb::kLine, Verb::kLine, Verb::kLine, Verb::kClose};
-    if (path.points.size() != 4 || !std::equal(path.verbs.begin(), path.verbs.end(), kVerbs.begin(), kVerbs.end()))
+    if (path.points.size() != 4 ||
+        !std::equal(path.verbs.begin(), path.verbs.end(), kVerbs.begin(), kVerbs.end()))
         return false;
     const ORVMathPoint2D a = map(path.points[0]), b = map(path.points[1]), c = map(path.points[2]),
                          d = map(path.points[3]);
@@ -263,7 +265,8 @@ unsigned int PdfContent::FindPattern(const ORVPrintFill& fill) {
                           height + "]/XStep " + width + "/YStep " + height + "/Resources<</XObject<</I " +
                           PdfReference(image.object) + ">>>>/Matrix[";
     AppendPdfMap(entries, toDefault_ * map);
-    document_.file.WriteStream(object, entries + "]", width + " 0 0 -" + height + " 0 " + height + " cm /I Do\n",
+    document_.file.WriteStream(object, entries + "]",
+                               width + " 0 0 -" + height + " 0 " + height + " cm /I Do\n",
                                PdfFile::Packing::kStored);
     patterns_.push_back({fill.pattern, map, object});
     return object;
@@ -416,7 +419,8 @@ void PdfContent::DrawText(const ORVPrintText& text) {
                  text.toPage);
         // Glyphs may reach beyond the line's box, and lines around them do.
         for (const ORVGlyphRun& run : text.layout.runs)
-            paintMargin_ = std::max(paintMargin_, std::min(2.0 * run.size * Enlargement(text.toPage), kLimit));
+            paintMargin_ =
+                std::max(paintMargin_, std::min(2.0 * run.size * Enlargement(text.toPage), kLimit));
     }
     if (text.clip) {
         Save();
@@ -436,7 +440,8 @@ void PdfContent::DrawText(const ORVPrintText& text) {
     Flush();
 }
 
-void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run, const ORVPrintStroke& stroke) {
+void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run,
+                                const ORVPrintStroke& stroke) {
     ORVCollectOutlines(run, outlines_);
     if (outlines_.IsEmpty()) return;
     // DrawShape counts boxes by itself; the text has been counted.
@@ -637,8 +642,9 @@ void PdfContent::TouchPath(const ORVPrintPath& path, const ORVMathAffine2D& map,
 void PdfContent::TouchBox(const ORVMathBox2D& box, const ORVMathAffine2D& map) {
     if (!IsMeasured() || box.IsEmpty()) return;
     ORVMathBox2D mapped;
-    for (const ORVMathPoint2D& corner : {ORVMathPoint2D{box.xMin, box.yMin}, ORVMathPoint2D{box.xMax, box.yMin},
-                                         ORVMathPoint2D{box.xMin, box.yMax}, ORVMathPoint2D{box.xMax, box.yMax}})
+    for (const ORVMathPoint2D& corner :
+         {ORVMathPoint2D{box.xMin, box.yMin}, ORVMathPoint2D{box.xMax, box.yMin},
+          ORVMathPoint2D{box.xMin, box.yMax}, ORVMathPoint2D{box.xMax, box.yMax}})
         mapped.Add(map(corner));
     Touch(mapped);
 }
@@ -711,8 +717,9 @@ PdfForm PdfContent::FinishForm() {
     const double margin = paintMargin_ + 1.0;
     const auto limit = [](double coordinate) { return std::clamp(coordinate, -kLimit, kLimit); };
     std::string entries = "/Subtype/Form/BBox[";
-    for (const double side : {std::floor(limit(wholeBox_.xMin - margin)), std::floor(limit(wholeBox_.yMin - margin)),
-                              std::ceil(limit(wholeBox_.xMax + margin)), std::ceil(limit(wholeBox_.yMax + margin))}) {
+    for (const double side :
+         {std::floor(limit(wholeBox_.xMin - margin)), std::floor(limit(wholeBox_.yMin - margin)),
+          std::ceil(limit(wholeBox_.xMax + margin)), std::ceil(limit(wholeBox_.yMax + margin))}) {
         AppendPdfNumber(entries, side, 0);
         entries += ' ';
     }

@@ -26,8 +26,8 @@ struct PdfDocumentObjects {
 
 /// Content that the document holds once and pages show at any number of places.
 struct PdfForm {
-    unsigned int object = 0;  ///< 0 when there is nothing to show
-    ORVMathBox2D box;         ///< of what it shows, in its own coordinates
+    unsigned int object = 0;   ///< 0 when there is nothing to show
+    ORVMathBox2D box;          ///< of what it shows, in its own coordinates
     double paintMargin = 0.0;  ///< how far lines and glyphs may reach beyond the box
     bool isColoured = false, isTransparent = false;
 };
@@ -122,7 +122,7 @@ private:
     State state_;
     std::vector<State> saved_;
     bool isTextOpen_ = false;
-    ORVMathBox2D wholeBox_;  // of a form
+    ORVMathBox2D wholeBox_;     // of a form
     double paintMargin_ = 0.0;  // how far lines may reach beyond it, at corners
     std::vector<ORVMathBox2D> boxes_, clips_;
     ORVPrintPath fitted_, outlines_;

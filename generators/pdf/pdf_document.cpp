@@ -74,7 +74,8 @@ std::string WriteOutline(PdfFile& file, const std::vector<PdfPageEntry>& pages) 
         file.WriteObject(items[i], item + "/Dest[" + PdfReference(page.object) + "/Fit]>>");
     }
     file.WriteObject(outline, "<</Type/Outlines/First " + PdfReference(items.front()) + "/Last " +
-                                  PdfReference(items.back()) + "/Count " + std::to_string(items.size()) + ">>");
+                                  PdfReference(items.back()) + "/Count " + std::to_string(items.size()) +
+                                  ">>");
     return "/Outlines " + PdfReference(outline);
 }
 

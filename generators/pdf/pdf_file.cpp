@@ -177,7 +177,8 @@ private:
 class PdfFile::Worker {
 public:
     /// Throws when no thread can be had.
-    Worker(Writer& writer, std::atomic<bool>& good) : writer_(writer), good_(good), thread_([this] { Run(); }) {}
+    Worker(Writer& writer, std::atomic<bool>& good)
+        : writer_(writer), good_(good), thread_([this] { Run(); }) {}
     ~Worker() {
         {
             const std::lock_guard lock(mutex_);
@@ -260,8 +261,8 @@ void PdfFile::WriteObject(unsigned int number, std::string_view content) {
 
 void PdfFile::FlushObjects() {
     if (gathered_ == 0) return;
-    const std::string entries = "/Type/ObjStm/N " + std::to_string(gathered_) + "/First " +
-                                std::to_string(objectPlaces_.size());
+    const std::string entries =
+        "/Type/ObjStm/N " + std::to_string(gathered_) + "/First " + std::to_string(objectPlaces_.size());
     WriteStream(gatheringStream_, entries, objectPlaces_ + objects_, Packing::kDeflate);
     objectPlaces_.clear();
     objects_.clear();
@@ -332,13 +333,14 @@ void PdfFile::Finish(unsigned int catalogue, unsigned int info) {
         row += static_cast<char>(index);
         rows += '\2';  // each byte as the difference to that of the row before
         for (std::size_t i = 0; i < rowBytes; ++i)
-            rows += static_cast<char>(static_cast<unsigned char>(row[i]) - static_cast<unsigned char>(before[i]));
+            rows +=
+                static_cast<char>(static_cast<unsigned char>(row[i]) - static_cast<unsigned char>(before[i]));
         before = std::move(row);
     }
     const std::string digest = writer_->GetDigest();
     const std::string entries = "/Type/XRef/Size " + std::to_string(objectCount_ + 1) + "/W[1 " +
-                                std::to_string(offsetBytes) + " 1]/Root " + PdfReference(catalogue) + "/Info " +
-                                PdfReference(info) + "/ID[<" + digest + "><" + digest +
+                                std::to_string(offsetBytes) + " 1]/Root " + PdfReference(catalogue) +
+                                "/Info " + PdfReference(info) + "/ID[<" + digest + "><" + digest +
                                 ">]/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>";
     writer_->Write({Job::Kind::kWhole, table, kThoroughLevel, entries, std::move(rows)});
     writer_->Put("startxref\n" + std::to_string(start) + "\n%%EOF\n");

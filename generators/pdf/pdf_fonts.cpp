@@ -124,7 +124,8 @@ void AppendPath(std::string& content, const ORVPrintPath& path) {
 
 unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
     // Nearly always a glyph stands for the same text.
-    if (glyph < firstCodes_.size() && firstCodes_[glyph] != 0 && entries_[firstCodes_[glyph] - 1].text == text)
+    if (glyph < firstCodes_.size() && firstCodes_[glyph] != 0 &&
+        entries_[firstCodes_[glyph] - 1].text == text)
         return firstCodes_[glyph];
     std::string key(reinterpret_cast<const char*>(&glyph), sizeof glyph);
     key += text;

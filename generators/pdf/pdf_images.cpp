@@ -163,8 +163,9 @@ void WriteNumbers(PdfFile& file, unsigned int object, const ORVPixelImage& image
 void WriteChannel(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries,
                   unsigned int bits, std::size_t channel) {
     const unsigned int shift = 8U - bits;
-    WriteNumbers(file, object, image, entries + "/ColorSpace/DeviceGray", bits, bits == 8,
-                 [=](const std::uint8_t* pixel) { return static_cast<unsigned int>(pixel[channel] >> shift); });
+    WriteNumbers(
+        file, object, image, entries + "/ColorSpace/DeviceGray", bits, bits == 8,
+        [=](const std::uint8_t* pixel) { return static_cast<unsigned int>(pixel[channel] >> shift); });
 }
 
 void WritePalette(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries,
@@ -190,7 +191,8 @@ void WritePalette(PdfFile& file, unsigned int object, const ORVPixelImage& image
                  });
 }
 
-void WriteColours(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries) {
+void WriteColours(PdfFile& file, unsigned int object, const ORVPixelImage& image,
+                  const std::string& entries) {
     WriteRows(file, object, image, entries + "/ColorSpace/DeviceRGB", 3, 8, true,
               [](std::span<const std::uint8_t> pixels, std::vector<std::uint8_t>& row) {
                   std::uint8_t* to = row.data();
@@ -266,7 +268,8 @@ std::uint64_t HashOf(std::span<const std::uint8_t> bytes) {
 }
 
 bool IsSameContent(const ORVPixelImage& a, const ORVPixelImage& b) {
-    if (a.GetWidth() != b.GetWidth() || a.GetHeight() != b.GetHeight() || !a.GetJpegSource() != !b.GetJpegSource())
+    if (a.GetWidth() != b.GetWidth() || a.GetHeight() != b.GetHeight() ||
+        !a.GetJpegSource() != !b.GetJpegSource())
         return false;
     const std::span<const std::uint8_t> left = Bytes(a), right = Bytes(b);
     return !left.empty() && std::equal(left.begin(), left.end(), right.begin(), right.end());

@@ -202,7 +202,8 @@ private:
     bool Count() {
         constexpr std::uint64_t kInterval = 1024;
         constexpr double kLowMemoryFraction = 0.9;
-        return ++progress_.drawn % kInterval != 0 || !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
+        return ++progress_.drawn % kInterval != 0 ||
+               !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
     }
 
     ORVPrintGenerator& generator_;
@@ -272,7 +273,8 @@ int PageDrawing::Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMath
     if (container.GetReferenceCount() > 1 && progress_.takesSymbols) {
         const int answer = Announce(container, frame.toPage);
         if (answer == ORVPrintGenerator::kSymbolKnown) return Close(frame);
-        if (answer != ORVPrintGenerator::kDrawSymbol && answer != ORVPrintGenerator::kNoSymbols) return answer;
+        if (answer != ORVPrintGenerator::kDrawSymbol && answer != ORVPrintGenerator::kNoSymbols)
+            return answer;
         frame.isSymbol = answer == ORVPrintGenerator::kDrawSymbol;
         openSymbols_ += frame.isSymbol ? 1 : 0;
     }
@@ -282,7 +284,8 @@ int PageDrawing::Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMath
 
 int PageDrawing::Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map) {
     ORVPrintSymbolPlace place;
-    if (!progress_.symbols.Find(primitive, map, page_, drawingTop_, place)) return ORVPrintGenerator::kNoSymbols;
+    if (!progress_.symbols.Find(primitive, map, page_, drawingTop_, place))
+        return ORVPrintGenerator::kNoSymbols;
     const int answer = generator_.BeginSymbol({place.key, place.toPage});
     if (answer == ORVPrintGenerator::kDrawSymbol) map = place.toSymbol;
     if (answer == ORVPrintGenerator::kNoSymbols) progress_.takesSymbols = false;

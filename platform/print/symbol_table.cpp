@@ -11,8 +11,8 @@
 
 namespace {
 
-// Compressed bytes, as measured on drawings: of a stored symbol beside its content, of a place where it is shown,
-// of a shape beside its points, and of a point.
+// Compressed bytes, as measured on drawings: of a stored symbol beside its content, of a place where it is
+// shown, of a shape beside its points, and of a point.
 constexpr double kSymbolBytes = 170.0, kPlaceBytes = 14.0, kShapeBytes = 8.0, kPointBytes = 5.0;
 constexpr double kMostBytes = 1e12;
 
@@ -49,8 +49,12 @@ bool IsModerate(const ORVMathAffine2D& map) {
 /// The linear map that takes what `from` gives to what `to` gives. `from` is moderate.
 ORVMathAffine2D Between(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
     const double determinant = from.Determinant();
-    const ORVMathAffine2D inverse{from.m22 / determinant,  -from.m12 / determinant, -from.m21 / determinant,
-                                  from.m11 / determinant, 0.0,                     0.0};
+    const ORVMathAffine2D inverse{from.m22 / determinant,
+                                  -from.m12 / determinant,
+                                  -from.m21 / determinant,
+                                  from.m11 / determinant,
+                                  0.0,
+                                  0.0};
     return LinearPart(to) * inverse;
 }
 
@@ -68,15 +72,16 @@ const void* NewKey() {
 
 }  // namespace
 
-ORVPrintSymbolTable::Content ORVPrintSymbolTable::OwnContent(const ORVPrtGraphicPrimitiveElt& primitive) const {
+ORVPrintSymbolTable::Content ORVPrintSymbolTable::OwnContent(
+    const ORVPrtGraphicPrimitiveElt& primitive) const {
     Content content;
     VisitPrimitive(primitive, [&]<class Primitive>(const Primitive& one) {
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt> || std::is_same_v<Primitive, ORVPrtSymbolElt>)
             content.isReported = !one.GetDescription().IsEmpty() || links_.Contains(one.GetID());
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt>) {
             const ORVPrintLinkURI& link = one.GetGroupAttributes().GetLinkURI();
-            content.isReported = content.isReported || !link.GetBaseURL().IsEmpty() ||
-                                 links_.Contains(link.GetElementId());
+            content.isReported =
+                content.isReported || !link.GetBaseURL().IsEmpty() || links_.Contains(link.GetElementId());
         } else if constexpr (std::is_base_of_v<ORVPrtPointList, Primitive>) {
             content.size = ToBytes(one.GetPoints().size());
         } else if constexpr (std::is_same_v<Primitive, ORVPrtTextElt>) {
@@ -134,13 +139,15 @@ bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const
     }
     const Content& content = entry->second.content;
     const double places = static_cast<double>(primitive.GetReferenceCount());
-    if (!content.isMovable || places * (content.size - kPlaceBytes) < content.size + kSymbolBytes) return false;
+    if (!content.isMovable || places * (content.size - kPlaceBytes) < content.size + kSymbolBytes)
+        return false;
     if (!IsModerate(map)) return false;
 
     std::list<Variant>& variants = entry->second.variants;
     const ORVPrtColourTable* colours = page.GetColourTable();
     const auto fitting = [&](const Variant& variant) {
-        return variant.colours == colours && variant.drawingTop == drawingTop && IsNear(variant.toSymbol, map);
+        return variant.colours == colours && variant.drawingTop == drawingTop &&
+               IsNear(variant.toSymbol, map);
     };
     auto variant = std::find_if(variants.begin(), variants.end(), fitting);
     if (variant == variants.end()) {

@@ -31,8 +31,8 @@ public:
     ///               transform, when it is no container, comes before it
     /// @param place  written when there is one
     /// @return false when the primitive is to be drawn as it is
-    bool Find(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& map, const ORVPrtImageElt& page,
-              double drawingTop, ORVPrintSymbolPlace& place);
+    bool Find(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& map,
+              const ORVPrtImageElt& page, double drawingTop, ORVPrintSymbolPlace& place);
 
 private:
     /// What a primitive takes to draw.
