@@ -24,8 +24,8 @@ private:
     Generator generator_;
 };
 
-std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormatOptions& /*options*/) {
-    return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output);
+std::unique_ptr<ORVFormatGenerator> CreatePdf(ORVOutput& output, const ORVFormatOptions& options) {
+    return std::make_unique<FormatGenerator<ORVPdfGenerator>>(output, options.creationTime);
 }
 
 ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {

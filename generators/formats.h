@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ struct ORVFormatOptions {
     ORVColourMode colourMode = ORVColourMode::kColour;  ///< of pictures
     std::uint64_t pixelLimit = 4'000'000'000;           ///< pictures of more pixels are refused
     unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
+    /// When the document counts as made, in seconds since 1970; formats that state it state nothing without.
+    std::optional<std::int64_t> creationTime;
 };
 
 /// A generator and its words for what went wrong.

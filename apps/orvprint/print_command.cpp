@@ -1,9 +1,17 @@
 #include "apps/orvprint/print_command.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
 
 #include "apps/orvprint/check_command.h"
 #include "apps/orvprint/formats_command.h"
@@ -15,6 +23,7 @@
 #include "generators/formats.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
+#include "platform/system/files.h"
 
 namespace {
 
@@ -36,6 +45,24 @@ const ORVOutputFormat* FindFormat(const PrintOptions& options) {
         Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
                "the name tells no output format; say it with -f, as one of " + OutputFormatNames(", "));
     return format;
+}
+
+/// When the output counts as made, in seconds since 1970: as the environment says for builds that are to be
+/// repeated, else when the newest input was changed, so that the same inputs give the same output.
+std::optional<std::int64_t> CreationTime(const std::vector<std::string>& inputs) {
+    if (const char* text = ORVGetEnv("SOURCE_DATE_EPOCH")) {
+        std::int64_t seconds = 0;
+        const char* const end = text + std::strlen(text);
+        if (const auto read = std::from_chars(text, end, seconds); read.ec == std::errc() && read.ptr == end)
+            return seconds;
+    }
+    std::optional<std::int64_t> newest;
+    for (const std::string& input : inputs) {
+        struct stat facts {};
+        if (input == "-" || stat(input.c_str(), &facts) != 0) continue;
+        newest = std::max<std::int64_t>(newest.value_or(facts.st_mtime), facts.st_mtime);
+    }
+    return newest;
 }
 
 /// One run of the command: the output, and what went into it so far.
@@ -131,6 +158,7 @@ private:
             output_ = CreateFileOutput(format_.onePageAPart && !isSingle);
         ORVFormatOptions formatOptions;
         formatOptions.dotsPerInch = options_.dotsPerInch;
+        formatOptions.creationTime = CreationTime(options_.inputs);
         generator_ = format_.create(*output_, formatOptions);
         sequence_.emplace(generator_->Get(), isWhole ? static_cast<unsigned int>(pageCount) : 0);
         return kExitDone;

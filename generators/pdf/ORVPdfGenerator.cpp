@@ -1,16 +1,20 @@
 #include "generators/pdf/ORVPdfGenerator.h"
 
-#include <map>
+#include <algorithm>
+#include <deque>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "generators/pdf/pdf_content.h"
+#include "generators/pdf/pdf_document.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_fonts.h"
 #include "generators/pdf/pdf_images.h"
-#include "generators/pdf/pdf_page.h"
+#include "generators/pdf/pdf_syntax.h"
 
 namespace {
 
@@ -37,25 +41,12 @@ std::string EncodeAddress(std::string_view address) {
     return result;
 }
 
-/// Any bytes as a string in round brackets.
-std::string Bracketed(std::string_view bytes) {
-    std::string text = "(";
-    for (const char c : bytes) {
-        if (c == '(' || c == ')' || c == '\\') text += '\\';
-        if (c == '\r')
-            text += "\\r";  // a bare one would be read as a line feed
-        else
-            text += c;
-    }
-    return text + ")";
-}
-
-std::string Reference(unsigned int object) { return std::to_string(object) + " 0 R"; }
-
 }  // namespace
 
 struct ORVPdfGenerator::State {
-    explicit State(ORVOutput& sink) : output(sink) {}
+    State(ORVOutput& sink, std::optional<std::int64_t> creationTime) : output(sink) {
+        facts.creationTime = creationTime;
+    }
 
     int Check() const { return file && file->IsGood() ? kGeneratorDone : kOutputFailed; }
 
@@ -64,6 +55,22 @@ struct ORVPdfGenerator::State {
         std::string action;  // of its link, when it is one
         bool HasBox() const { return !target.empty() || !action.empty(); }
     };
+    /// A symbol that is being drawn.
+    struct OpenSymbol {
+        ORVPrintSymbol symbol;
+        PdfContent content;
+    };
+    /// What is being drawn on: the innermost symbol, or the page; null when there is neither.
+    PdfContent* Content() { return !symbols.empty() ? &symbols.back().content : page ? &*page : nullptr; }
+    /// Calls `draw` with what is being drawn on.
+    template <class Draw>
+    int DrawOn(Draw draw) {
+        PdfContent* content = Content();
+        if (!content) return kDrawingFailed;
+        draw(*content);
+        return Check();
+    }
+    void EndSymbol();
     void EndBox(const OpenGroup& group);
     void EndPage();
 
@@ -72,23 +79,21 @@ struct ORVPdfGenerator::State {
     PdfFontTable fonts;
     PdfImageTable images;
     std::optional<PdfDocumentObjects> objects;
-    std::string title;
+    std::unordered_map<const void*, PdfForm> forms;
+    PdfDocumentFacts facts;
     std::string error;
 
-    unsigned int pageTree = 0;
-    std::vector<unsigned int> pages;
-    std::map<std::string, std::string> targets;  // places by name, in the order that the format asks for
-
-    std::optional<PdfPage> page;  // the open one, and what belongs to it
+    std::optional<PdfContent> page;  // the open one, and what belongs to it
     double height = 0.0, width = 0.0;
-    unsigned int content = 0;
+    ORVMathBox2D trim;
+    std::deque<OpenSymbol> symbols;
     std::vector<OpenGroup> groups;
     bool insideLink = false;
     std::vector<unsigned int> annotations;
-    std::vector<std::pair<unsigned int, std::string>> pendingAnnotations;
 };
 
-ORVPdfGenerator::ORVPdfGenerator(ORVOutput& output) : state_(std::make_unique<State>(output)) {}
+ORVPdfGenerator::ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> creationTime)
+    : state_(std::make_unique<State>(output, creationTime)) {}
 
 ORVPdfGenerator::~ORVPdfGenerator() = default;
 
@@ -97,10 +102,10 @@ const std::string& ORVPdfGenerator::GetError() const { return state_->error; }
 int ORVPdfGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     State& state = *state_;
     if (state.output.BeginPart() != 1) return kOutputFailed;
-    state.title = info.title;
+    state.facts.title = info.title;
     state.file.emplace(state.output);
     state.objects.emplace(PdfDocumentObjects{*state.file, state.fonts, state.images});
-    state.pageTree = state.file->Reserve();
+    state.facts.pageTree = state.file->Reserve();
     return state.Check();
 }
 
@@ -114,22 +119,22 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     }
     state.width = info.width;
     state.height = info.height;
-    state.pages.push_back(state.file->Reserve());
-    state.content = state.file->Reserve();
-    state.page.emplace(*state.objects, state.content, info.width, info.height);
+    state.trim = info.trim;
+    state.facts.pages.push_back({state.file->Reserve(), std::string(info.title), std::string(info.label)});
+    state.page.emplace(*state.objects, info.width, info.height);
     return state.Check();
 }
 
 int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     State& state = *state_;
-    if (!state.page) return kDrawingFailed;
+    if (!state.page || !state.symbols.empty()) return kDrawingFailed;
     State::OpenGroup open;
     if (group.isLinkTarget) open.target = group.id;
     // A place inside a link that leads elsewhere is part of the outer link.
     if (!state.insideLink && !group.linkURL.empty())
         open.action = "/A<</S/URI/URI(" + EncodeAddress(group.linkURL) + ")>>";
     else if (!state.insideLink && !group.linkElementId.empty())
-        open.action = "/Dest" + Bracketed(group.linkElementId);
+        AppendPdfBytes(open.action = "/Dest", group.linkElementId);
     if (!open.action.empty()) state.insideLink = true;
     if (open.HasBox()) state.page->BeginBox();
     state.groups.push_back(std::move(open));
@@ -148,16 +153,17 @@ void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
     if (!group.target.empty()) {
         // A place without content is the page.
         const std::string corner = box.IsEmpty() ? toPoints(0.0, 0.0) : toPoints(box.xMin, box.yMin);
-        targets.try_emplace(group.target, "[" + Reference(pages.back()) + "/XYZ " + corner + " null]");
+        facts.targets.try_emplace(
+            group.target, "[" + PdfReference(facts.pages.back().object) + "/XYZ " + corner + " null]");
     }
     if (group.action.empty()) return;
     insideLink = false;
     if (box.IsEmpty()) return;
     const unsigned int object = file->Reserve();
     annotations.push_back(object);
-    pendingAnnotations.emplace_back(object, "<</Type/Annot/Subtype/Link/F 4/Border[0 0 0]/Rect[" +
-                                                toPoints(box.xMin, box.yMax) + " " +
-                                                toPoints(box.xMax, box.yMin) + "]" + group.action + ">>");
+    file->WriteObject(object, "<</Type/Annot/Subtype/Link/F 4/Border[0 0 0]/Rect[" +
+                                  toPoints(box.xMin, box.yMax) + " " + toPoints(box.xMax, box.yMin) + "]" +
+                                  group.action + ">>");
 }
 
 int ORVPdfGenerator::EndGroup() {
@@ -169,56 +175,88 @@ int ORVPdfGenerator::EndGroup() {
 }
 
 int ORVPdfGenerator::BeginClip(const ORVMathBox2D& box) {
-    if (!state_->page) return kDrawingFailed;
-    state_->page->BeginClip(box);
-    return state_->Check();
+    return state_->DrawOn([&](PdfContent& content) { content.BeginClip(box); });
 }
 
 int ORVPdfGenerator::EndClip() {
-    if (!state_->page || !state_->page->EndClip()) return kDrawingFailed;
+    PdfContent* content = state_->Content();
+    return content && content->EndClip() ? state_->Check() : static_cast<int>(kDrawingFailed);
+}
+
+int ORVPdfGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
+    PdfContent* content = state_->Content();
+    if (!content) return kDrawingFailed;
+    if (const auto known = state_->forms.find(symbol.key); known != state_->forms.end()) {
+        content->DrawForm(known->second, symbol.toPage);
+        return state_->file->IsGood() ? kSymbolKnown : static_cast<int>(kOutputFailed);
+    }
+    state_->symbols.push_back({symbol, PdfContent(*state_->objects)});
+    return kDrawSymbol;
+}
+
+void ORVPdfGenerator::State::EndSymbol() {
+    const ORVPrintSymbol symbol = symbols.back().symbol;
+    const PdfForm form = symbols.back().content.FinishForm();
+    symbols.pop_back();
+    forms.emplace(symbol.key, form);
+    Content()->DrawForm(form, symbol.toPage);
+}
+
+int ORVPdfGenerator::EndSymbol() {
+    if (state_->symbols.empty()) return kDrawingFailed;
+    state_->EndSymbol();
     return state_->Check();
 }
 
 int ORVPdfGenerator::DrawShape(const ORVPrintShape& shape) {
-    if (!state_->page) return kDrawingFailed;
-    state_->page->DrawShape(shape);
-    return state_->Check();
+    return state_->DrawOn([&](PdfContent& content) { content.DrawShape(shape); });
 }
 
 int ORVPdfGenerator::DrawText(const ORVPrintText& text) {
-    if (!state_->page) return kDrawingFailed;
-    state_->page->DrawText(text);
-    return state_->Check();
+    return state_->DrawOn([&](PdfContent& content) { content.DrawText(text); });
 }
 
 int ORVPdfGenerator::DrawImage(const ORVPrintImage& image) {
-    if (!state_->page) return kDrawingFailed;
-    state_->page->DrawImage(image);
-    return state_->Check();
+    return state_->DrawOn([&](PdfContent& content) { content.DrawImage(image); });
 }
 
 void ORVPdfGenerator::State::EndPage() {
-    // A drawing that broke off leaves groups open.
+    // A drawing that broke off leaves symbols and groups open.
+    while (!symbols.empty()) EndSymbol();
     for (; !groups.empty(); groups.pop_back())
         if (groups.back().HasBox()) EndBox(groups.back());
-    const std::string resources = page->Finish();
+    const std::string entries = page->FinishPage();
     page.reset();
-    for (const auto& [object, annotation] : pendingAnnotations) file->WriteObject(object, annotation);
-    pendingAnnotations.clear();
 
-    std::string dictionary = "<</Type/Page/Parent " + Reference(pageTree) + "/MediaBox[0 0 ";
-    AppendPdfNumber(dictionary, width * kPointsPerUserUnit);
-    dictionary += ' ';
-    AppendPdfNumber(dictionary, height * kPointsPerUserUnit);
-    dictionary += "]/Contents " + Reference(content) + "/Resources" + resources +
-                  "/Group<</Type/Group/S/Transparency/CS/DeviceRGB>>";
+    std::string dictionary = "<</Type/Page/Parent " + PdfReference(facts.pageTree);
+    const auto addBox = [&](const char* name, const ORVMathBox2D& box) {
+        dictionary += name;
+        char separator = '[';
+        for (const double side : {box.xMin, height - box.yMax, box.xMax, height - box.yMin}) {
+            dictionary += separator;
+            AppendPdfNumber(dictionary, side * kPointsPerUserUnit);
+            separator = ' ';
+        }
+        dictionary += ']';
+    };
+    const ORVMathBox2D sheet{0.0, width, 0.0, height};
+    ORVMathBox2D trimmed{std::max(trim.xMin, 0.0), std::min(trim.xMax, width), std::max(trim.yMin, 0.0),
+                         std::min(trim.yMax, height)};
+    if (!(trimmed.xMin < trimmed.xMax) || !(trimmed.yMin < trimmed.yMax)) trimmed = sheet;
+    addBox("/MediaBox", sheet);
+    addBox("/CropBox", sheet);
+    addBox("/TrimBox", trimmed);
+    dictionary += entries;
     if (!annotations.empty()) {
         dictionary += "/Annots[";
-        for (const unsigned int annotation : annotations) dictionary += Reference(annotation) + " ";
-        dictionary += "]";
+        for (const unsigned int annotation : annotations) {
+            AppendPdfReference(dictionary, annotation);
+            dictionary += ' ';
+        }
+        dictionary += ']';
         annotations.clear();
     }
-    file->WriteObject(pages.back(), dictionary + ">>");
+    file->WriteObject(facts.pages.back().object, dictionary + ">>");
 }
 
 int ORVPdfGenerator::EndPage() {
@@ -231,34 +269,8 @@ int ORVPdfGenerator::EndDocument() {
     State& state = *state_;
     if (!state.file) return kDrawingFailed;
     if (state.page) state.EndPage();
-    PdfFile& file = *state.file;
-    state.fonts.WriteAll(file);
-
-    std::string tree = "<</Type/Pages/Count " + std::to_string(state.pages.size()) + "/Kids[";
-    for (const unsigned int page : state.pages) tree += Reference(page) + " ";
-    file.WriteObject(state.pageTree, tree + "]>>");
-
-    std::string catalogue = "<</Type/Catalog/Pages " + Reference(state.pageTree);
-    if (!state.targets.empty()) {
-        std::string names = "<</Names[";
-        for (const auto& [name, place] : state.targets) names += Bracketed(name) + place;
-        const unsigned int object = file.Reserve();
-        file.WriteObject(object, names + "]>>");
-        catalogue += "/Names<</Dests " + Reference(object) + ">>";
-    }
-    const unsigned int catalogueObject = file.Reserve();
-    file.WriteObject(catalogueObject, catalogue + ">>");
-
-    // No date: the same drawing gives the same file.
-    std::string info = "<</Creator(orvprint)/Producer(orvprint)";
-    if (!state.title.empty()) {
-        info += "/Title";
-        AppendPdfText(info, state.title);
-    }
-    const unsigned int infoObject = file.Reserve();
-    file.WriteObject(infoObject, info + ">>");
-    file.Finish(catalogueObject, infoObject);
-
+    state.fonts.WriteAll(*state.file);
+    FinishPdfDocument(*state.file, state.facts);
     const int result = state.Check();
     const bool closed = state.output.EndPart() == 1;
     return result == kGeneratorDone && !closed ? kOutputFailed : result;

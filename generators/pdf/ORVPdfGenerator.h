@@ -1,18 +1,25 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
 
-/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets. Pages
-/// may have different sizes; a user unit is 0.8 point.
+/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets,
+/// content that repeats once. Pages may have different sizes; a user unit is 0.8 point. The same calls give
+/// the same bytes.
 class ORVPdfGenerator final : public ORVPrintGenerator {
 public:
-    /// @param output  receives the document as its only part; must outlive the generator
-    explicit ORVPdfGenerator(ORVOutput& output);
+    /// @param output        receives the document as its only part, from a thread of the generator's own;
+    /// must
+    ///                      outlive the generator, and is the generator's between BeginDocument and the end
+    ///                      of EndDocument
+    /// @param creationTime  seconds since 1970 that the document states, if any
+    explicit ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> creationTime = std::nullopt);
     ~ORVPdfGenerator() override;
 
     /// What went wrong; empty when nothing did, or when it was the output (which then says it).
@@ -24,6 +31,8 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

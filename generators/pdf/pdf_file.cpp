@@ -1,205 +1,347 @@
 #include "generators/pdf/pdf_file.h"
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdio>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include "generators/common/ORVOutput.h"
-#include "platform/system/ORVUnicodeString.h"
+#include "generators/pdf/pdf_syntax.h"
 
 namespace {
 
-constexpr char kHexDigits[] = "0123456789ABCDEF";
-
-/// Takes the character at the start of `text` off; U+FFFD for a byte that begins none.
-char32_t TakeCharacter(std::string_view& text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (length > text.size() || !ORVIsWellFormedUTF8(text.substr(0, length))) {
-        text.remove_prefix(1);
-        return 0xFFFD;
-    }
-    char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i)
-        character = character << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    text.remove_prefix(length);
-    return character;
-}
+// Levels of compression. A page of a hundred thousand shapes becomes 9 per cent smaller by the higher one and
+// takes four times as long, which only small documents do not feel.
+constexpr int kThoroughLevel = 6, kFastLevel = 1, kPieceLevel = 5;
+constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{4} << 20U;
+// Below this, a thread would cost more than it saves.
+constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;
+// What may wait for the thread, so that memory stays bounded.
+constexpr std::size_t kWaitingBytes = std::size_t{2} << 20U;
+// Longer streams that come in pieces are compressed as they come.
+constexpr std::size_t kStreamPiece = std::size_t{1} << 20U;
+// Readers unpack an object stream as a whole to get at one object.
+constexpr unsigned int kObjectsInStream = 100;
+constexpr std::size_t kObjectStreamBytes = std::size_t{64} << 10U;
 
 }  // namespace
 
-void AppendPdfNumber(std::string& text, double number) {
-    constexpr std::int64_t kUnit = 10'000;
-    // Drawings stay far within this; what does not is cut off before.
-    if (!(std::fabs(number) < 1e12)) number = 0.0;
-    auto scaled = static_cast<std::int64_t>(std::llround(number * static_cast<double>(kUnit)));
-    if (scaled < 0) {
-        text += '-';
-        scaled = -scaled;
-    }
-    std::array<char, 24> digits;
-    const std::int64_t whole = scaled / kUnit;
-    auto fraction = static_cast<int>(scaled % kUnit);
-    if (whole != 0 || fraction == 0)
-        text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), whole).ptr);
-    if (fraction == 0) return;
-    char places[5] = {'.', '0', '0', '0', '0'};
-    std::size_t length = 5;
-    for (std::size_t i = 4; i >= 1; --i, fraction /= 10) places[i] = static_cast<char>('0' + fraction % 10);
-    while (places[length - 1] == '0') --length;
-    text.append(places, length);
-}
-
-void AppendPdfFactor(std::string& text, double number) {
-    // The format knows no exponents.
-    if (number == 0.0 || !std::isfinite(number)) {
-        text += '0';
-        return;
-    }
-    const int places = std::clamp(8 - static_cast<int>(std::floor(std::log10(std::fabs(number)))), 0, 40);
-    std::array<char, 400> digits;
-    auto end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed, places)
-            .ptr;
-    if (places > 0) {
-        while (end[-1] == '0') --end;
-        if (end[-1] == '.') --end;
-    }
-    text.append(digits.data(), end);
-}
-
-void AppendHexUtf16(std::string& text, std::string_view utf8) {
-    const auto unit = [&text](unsigned int value) {
-        for (int shift = 12; shift >= 0; shift -= 4)
-            text += kHexDigits[value >> static_cast<unsigned>(shift) & 15U];
-    };
-    while (!utf8.empty()) {
-        const char32_t character = TakeCharacter(utf8);
-        if (character < 0x10000) {
-            unit(character);
-        } else {
-            unit(0xD800U + ((character - 0x10000U) >> 10U));
-            unit(0xDC00U + ((character - 0x10000U) & 0x3FFU));
-        }
-    }
-}
-
-void AppendPdfText(std::string& text, std::string_view utf8) {
-    text += "<FEFF";
-    AppendHexUtf16(text, utf8);
-    text += '>';
-}
-
-struct PdfFile::Compressor {
-    z_stream stream{};
-    std::array<unsigned char, 1U << 16U> buffer;
-    std::string pending;  // not handed to zlib yet, so that it gets large pieces
+/// One thing to be written.
+struct PdfFile::Job {
+    enum class Kind { kWhole, kBegin, kPiece, kEnd };
+    Kind kind = Kind::kWhole;
+    unsigned int number = 0;   // of the object; with kEnd of that which holds the length
+    int level = 0;             // 0 for what is stored as it is
+    std::string entries = {};  // of the stream's dictionary
+    std::string bytes = {};
 };
 
-PdfFile::PdfFile(ORVOutput& output) : output_(output), compressor_(std::make_unique<Compressor>()) {
-    // Drawings compress well at once; higher levels take far longer for a few per cent.
-    constexpr int kLevel = 5;
-    if (deflateInit(&compressor_->stream, kLevel) != Z_OK) good_ = false;
-    // The bytes of the second line tell transfer programs that the file is binary.
-    Put("%PDF-1.4\n%\xE2\xE3\xCF\xD3\n");
-}
+/// Compresses, writes, and notes where objects begin.
+class PdfFile::Writer {
+public:
+    Writer(ORVOutput& output, std::atomic<bool>& good) : output_(output), good_(good) {
+        // Bytes beyond ASCII in the second line tell transfer programs that the file is binary.
+        Put("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n");
+    }
+    ~Writer() {
+        for (auto& [level, compressor] : compressors_) libdeflate_free_compressor(compressor);
+        if (hasStream_) deflateEnd(&stream_);
+    }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
 
-PdfFile::~PdfFile() { deflateEnd(&compressor_->stream); }
+    void Write(const Job& job) {
+        if (!good_.load(std::memory_order_relaxed)) return;
+        switch (job.kind) {
+            case Job::Kind::kWhole: return WriteWhole(job);
+            case Job::Kind::kBegin: return BeginPieces(job);
+            case Job::Kind::kPiece: return Deflate(job.bytes, false);
+            case Job::Kind::kEnd: return EndPieces(job);
+        }
+    }
 
-void PdfFile::Put(std::string_view bytes) {
-    if (good_ && output_.Write(bytes.data(), bytes.size()) != 1) good_ = false;
-    position_ += bytes.size();
-}
+    void Put(std::string_view bytes) {
+        if (!good_.load(std::memory_order_relaxed)) return;
+        crc_ = libdeflate_crc32(crc_, bytes.data(), bytes.size());
+        adler_ = libdeflate_adler32(adler_, bytes.data(), bytes.size());
+        position_ += bytes.size();
+        if (output_.Write(bytes.data(), bytes.size()) != 1) good_.store(false, std::memory_order_release);
+    }
 
-unsigned int PdfFile::Reserve() {
-    offsets_.push_back(0);
-    return static_cast<unsigned int>(offsets_.size());
-}
+    std::uint64_t GetPosition() const { return position_; }
+    /// Where an object begins, 0 when it was not written.
+    std::uint64_t GetOffset(unsigned int number) const {
+        return number <= offsets_.size() ? offsets_[number - 1] : 0;
+    }
+    /// 32 hexadecimal digits that stand for all bytes so far.
+    std::string GetDigest() const {
+        std::string digits;
+        const auto add = [&digits](std::uint64_t value, int count) {
+            for (int shift = 4 * (count - 1); shift >= 0; shift -= 4)
+                digits += "0123456789ABCDEF"[value >> static_cast<unsigned>(shift) & 15U];
+        };
+        add(crc_, 8);
+        add(adler_, 8);
+        add(position_, 16);
+        return digits;
+    }
 
-void PdfFile::BeginObject(unsigned int number) {
-    offsets_[number - 1] = position_;
-    Put(std::to_string(number) + " 0 obj\n");
+private:
+    void BeginObject(unsigned int number, const std::string& start) {
+        if (offsets_.size() < number) offsets_.resize(number, 0);
+        offsets_[number - 1] = position_;
+        Put(std::to_string(number) + " 0 obj\n" + start);
+    }
+
+    void WriteWhole(const Job& job) {
+        std::string_view bytes = job.bytes;
+        std::string start = "<<" + job.entries;
+        if (job.level > 0) {
+            bytes = Compress(job.bytes, job.level);
+            start += "/Filter/FlateDecode";
+        }
+        BeginObject(job.number, start + "/Length " + std::to_string(bytes.size()) + ">>\nstream\n");
+        Put(bytes);
+        Put("\nendstream\nendobj\n");
+    }
+
+    std::string_view Compress(std::string_view bytes, int level) {
+        libdeflate_compressor*& compressor = FindCompressor(level);
+        if (!compressor) compressor = libdeflate_alloc_compressor(level);
+        if (!compressor) {
+            good_.store(false, std::memory_order_release);
+            return {};
+        }
+        const std::size_t bound = libdeflate_zlib_compress_bound(compressor, bytes.size());
+        if (packed_.size() < bound) packed_.resize(bound);
+        return {packed_.data(),
+                libdeflate_zlib_compress(compressor, bytes.data(), bytes.size(), packed_.data(), bound)};
+    }
+
+    libdeflate_compressor*& FindCompressor(int level) {
+        for (auto& [known, compressor] : compressors_)
+            if (known == level) return compressor;
+        return compressors_.emplace_back(level, nullptr).second;
+    }
+
+    void BeginPieces(const Job& job) {
+        const int status = hasStream_ ? deflateReset(&stream_) : deflateInit(&stream_, kPieceLevel);
+        if (status != Z_OK) return good_.store(false, std::memory_order_release);
+        hasStream_ = true;
+        BeginObject(job.number, "<<" + job.entries + "/Filter/FlateDecode>>\nstream\n");
+        streamStart_ = position_;
+    }
+
+    void Deflate(const std::string& bytes, bool atEnd) {
+        constexpr std::size_t kOutputBytes = std::size_t{64} << 10U;
+        if (packed_.size() < kOutputBytes) packed_.resize(kOutputBytes);
+        stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+        stream_.avail_in = static_cast<uInt>(bytes.size());
+        int status = Z_OK;
+        do {
+            stream_.next_out = reinterpret_cast<Bytef*>(packed_.data());
+            stream_.avail_out = static_cast<uInt>(kOutputBytes);
+            status = deflate(&stream_, atEnd ? Z_FINISH : Z_NO_FLUSH);
+            if (status == Z_STREAM_ERROR) return good_.store(false, std::memory_order_release);
+            Put({packed_.data(), kOutputBytes - stream_.avail_out});
+        } while (good_.load(std::memory_order_relaxed) &&
+                 (atEnd ? status != Z_STREAM_END : stream_.avail_in > 0 || stream_.avail_out == 0));
+    }
+
+    void EndPieces(const Job& job) {
+        Deflate({}, true);
+        const std::uint64_t length = position_ - streamStart_;
+        Put("\nendstream\nendobj\n");
+        BeginObject(job.number, std::to_string(length) + "\nendobj\n");
+    }
+
+    ORVOutput& output_;
+    std::atomic<bool>& good_;
+    std::uint64_t position_ = 0, streamStart_ = 0;
+    std::uint32_t crc_ = 0, adler_ = 1;
+    std::vector<std::uint64_t> offsets_;
+    std::vector<std::pair<int, libdeflate_compressor*>> compressors_;
+    std::string packed_;
+    z_stream stream_{};
+    bool hasStream_ = false;
+};
+
+/// The thread that compresses and writes, in the order of the jobs.
+class PdfFile::Worker {
+public:
+    /// Throws when no thread can be had.
+    Worker(Writer& writer, std::atomic<bool>& good)
+        : writer_(writer), good_(good), thread_([this] { Run(); }) {}
+    ~Worker() {
+        {
+            const std::lock_guard lock(mutex_);
+            closed_ = true;
+        }
+        changed_.notify_all();
+        thread_.join();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    void Take(Job job) {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return waitingBytes_ < kWaitingBytes; });
+        waitingBytes_ += Size(job);
+        jobs_.push_back(std::move(job));
+        lock.unlock();
+        changed_.notify_all();
+    }
+
+private:
+    static std::size_t Size(const Job& job) { return job.bytes.size() + job.entries.size() + sizeof(Job); }
+
+    void Run() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            changed_.wait(lock, [this] { return closed_ || !jobs_.empty(); });
+            if (jobs_.empty()) return;
+            const Job job = std::move(jobs_.front());
+            jobs_.pop_front();
+            lock.unlock();
+            try {
+                writer_.Write(job);
+            } catch (const std::bad_alloc&) {
+                good_.store(false, std::memory_order_release);
+            }
+            lock.lock();
+            waitingBytes_ -= Size(job);
+            changed_.notify_all();
+        }
+    }
+
+    Writer& writer_;
+    std::atomic<bool>& good_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Job> jobs_;
+    std::size_t waitingBytes_ = 0;
+    bool closed_ = false;
+    std::thread thread_;  // last: it uses all of the above
+};
+
+PdfFile::PdfFile(ORVOutput& output) : output_(output), writer_(std::make_unique<Writer>(output_, good_)) {}
+
+PdfFile::~PdfFile() = default;
+
+void PdfFile::Hand(Job job) {
+    handedBytes_ += job.bytes.size();
+    if (!worker_ && handedBytes_ > kBytesWithoutThread) {
+        try {
+            worker_ = std::make_unique<Worker>(*writer_, good_);
+        } catch (const std::system_error&) {
+            handedBytes_ = 0;  // no thread to be had: later perhaps
+        }
+    }
+    if (worker_)
+        worker_->Take(std::move(job));
+    else
+        writer_->Write(job);
 }
 
 void PdfFile::WriteObject(unsigned int number, std::string_view content) {
-    BeginObject(number);
-    Put(content);
-    Put("\nendobj\n");
+    if (gathered_ == 0) gatheringStream_ = Reserve();
+    members_.push_back({number, gatheringStream_, gathered_++});
+    objectPlaces_ += std::to_string(number) + " " + std::to_string(objects_.size()) + " ";
+    objects_ += content;
+    objects_ += '\n';
+    if (gathered_ == kObjectsInStream || objects_.size() >= kObjectStreamBytes) FlushObjects();
+}
+
+void PdfFile::FlushObjects() {
+    if (gathered_ == 0) return;
+    const std::string entries =
+        "/Type/ObjStm/N " + std::to_string(gathered_) + "/First " + std::to_string(objectPlaces_.size());
+    WriteStream(gatheringStream_, entries, objectPlaces_ + objects_, Packing::kDeflate);
+    objectPlaces_.clear();
+    objects_.clear();
+    gathered_ = 0;
+}
+
+void PdfFile::WriteStream(unsigned int number, std::string_view entries, std::string bytes, Packing packing) {
+    int level = packing == Packing::kStored ? 0 : kThoroughLevel;
+    if (packing == Packing::kContent) {
+        if (contentBytes_ >= kThoroughContentBytes) level = kFastLevel;
+        contentBytes_ += bytes.size();
+    }
+    Hand({Job::Kind::kWhole, number, level, std::string(entries), std::move(bytes)});
 }
 
 void PdfFile::BeginStream(unsigned int number, std::string_view entries) {
-    // The length is known when the stream has been written; it stands in an object of its own.
-    lengthObject_ = Reserve();
-    BeginObject(number);
-    Put("<<");
-    Put(entries);
-    Put("/Filter/FlateDecode/Length " + std::to_string(lengthObject_) + " 0 R>>\nstream\n");
-    streamStart_ = position_;
-    if (deflateReset(&compressor_->stream) != Z_OK) good_ = false;
+    openStream_ = number;
+    openEntries_ = entries;
+    lengthObject_ = 0;
 }
 
 void PdfFile::AppendToStream(std::string_view bytes) {
-    compressor_->pending += bytes;
-    if (compressor_->pending.size() >= (1U << 16U)) Deflate(false);
-}
-
-void PdfFile::Deflate(bool atEnd) {
-    z_stream& stream = compressor_->stream;
-    stream.next_in = reinterpret_cast<Bytef*>(compressor_->pending.data());
-    stream.avail_in = static_cast<uInt>(compressor_->pending.size());
-    int status = Z_OK;
-    do {
-        stream.next_out = compressor_->buffer.data();
-        stream.avail_out = static_cast<uInt>(compressor_->buffer.size());
-        status = deflate(&stream, atEnd ? Z_FINISH : Z_NO_FLUSH);
-        if (status == Z_STREAM_ERROR) good_ = false;
-        Put({reinterpret_cast<const char*>(compressor_->buffer.data()),
-             compressor_->buffer.size() - stream.avail_out});
-    } while (good_ && (atEnd ? status != Z_STREAM_END : stream.avail_in > 0 || stream.avail_out == 0));
-    compressor_->pending.clear();
+    openBytes_ += bytes;
+    if (openBytes_.size() < kStreamPiece) return;
+    if (lengthObject_ == 0) {
+        // The length is known when the stream has been written; it stands in an object of its own.
+        lengthObject_ = Reserve();
+        openEntries_ += "/Length " + PdfReference(lengthObject_);
+        Hand({Job::Kind::kBegin, openStream_, 0, std::move(openEntries_), {}});
+    }
+    Hand({Job::Kind::kPiece, 0, 0, {}, std::exchange(openBytes_, {})});
 }
 
 void PdfFile::EndStream() {
-    Deflate(true);
-    const std::uint64_t length = position_ - streamStart_;
-    Put("\nendstream\nendobj\n");
-    WriteObject(lengthObject_, std::to_string(length));
-}
-
-void PdfFile::WriteStream(unsigned int number, std::string_view entries, std::string_view bytes,
-                          bool compressed) {
-    if (compressed) {
-        BeginStream(number, entries);
-        // Straight from the caller's memory, in pieces that zlib can count.
-        for (; !bytes.empty(); bytes.remove_prefix(std::min<std::size_t>(bytes.size(), 1U << 20U)))
-            AppendToStream(bytes.substr(0, 1U << 20U));
-        EndStream();
-        return;
-    }
-    BeginObject(number);
-    Put("<<");
-    Put(entries);
-    Put("/Length " + std::to_string(bytes.size()) + ">>\nstream\n");
-    Put(bytes);
-    Put("\nendstream\nendobj\n");
+    if (lengthObject_ == 0)
+        return WriteStream(openStream_, openEntries_, std::exchange(openBytes_, {}), Packing::kDeflate);
+    Hand({Job::Kind::kPiece, 0, 0, {}, std::exchange(openBytes_, {})});
+    Hand({Job::Kind::kEnd, lengthObject_, 0, {}, {}});
 }
 
 void PdfFile::Finish(unsigned int catalogue, unsigned int info) {
-    const std::uint64_t start = position_;
-    Put("xref\n0 " + std::to_string(offsets_.size() + 1) + "\n0000000000 65535 f \n");
-    for (const std::uint64_t offset : offsets_) {
-        std::array<char, 32> line;
-        if (offset == 0)
-            std::snprintf(line.data(), line.size(), "0000000000 00000 f \n");
-        else
-            std::snprintf(line.data(), line.size(), "%010llu 00000 n \n",
-                          static_cast<unsigned long long>(offset));
-        Put(line.data());
+    FlushObjects();
+    worker_.reset();
+    const std::uint64_t start = writer_->GetPosition();
+    const unsigned int table = Reserve();
+
+    std::vector<const Member*> members(objectCount_ + 1, nullptr);
+    for (const Member& member : members_) members[member.number] = &member;
+    const std::uint64_t greatest = std::max<std::uint64_t>(start, objectCount_);
+    std::size_t offsetBytes = 1;
+    while (offsetBytes < 8 && greatest >> (8 * offsetBytes) != 0) ++offsetBytes;
+    constexpr std::size_t kKindBytes = 1, kIndexBytes = 1;
+    static_assert(kObjectsInStream <= 0xFF);
+    const std::size_t rowBytes = kKindBytes + offsetBytes + kIndexBytes;
+    std::string rows, before(rowBytes, '\0');
+    rows.reserve((rowBytes + 1) * (objectCount_ + 1));
+    for (unsigned int number = 0; number <= objectCount_; ++number) {
+        std::uint64_t kind = 0, place = 0, index = 0;
+        if (number == table) {
+            kind = 1, place = start;
+        } else if (members[number]) {
+            kind = 2, place = members[number]->stream, index = members[number]->index;
+        } else if (number > 0 && writer_->GetOffset(number) != 0) {
+            kind = 1, place = writer_->GetOffset(number);
+        }
+        std::string row(1, static_cast<char>(kind));
+        for (std::size_t i = offsetBytes; i-- > 0;) row += static_cast<char>(place >> (8 * i));
+        row += static_cast<char>(index);
+        rows += '\2';  // each byte as the difference to that of the row before
+        for (std::size_t i = 0; i < rowBytes; ++i)
+            rows +=
+                static_cast<char>(static_cast<unsigned char>(row[i]) - static_cast<unsigned char>(before[i]));
+        before = std::move(row);
     }
-    Put("trailer\n<</Size " + std::to_string(offsets_.size() + 1) + "/Root " + std::to_string(catalogue) +
-        " 0 R/Info " + std::to_string(info) + " 0 R>>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n");
+    const std::string digest = writer_->GetDigest();
+    const std::string entries = "/Type/XRef/Size " + std::to_string(objectCount_ + 1) + "/W[1 " +
+                                std::to_string(offsetBytes) + " 1]/Root " + PdfReference(catalogue) +
+                                "/Info " + PdfReference(info) + "/ID[<" + digest + "><" + digest +
+                                ">]/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>";
+    writer_->Write({Job::Kind::kWhole, table, kThoroughLevel, entries, std::move(rows)});
+    writer_->Put("startxref\n" + std::to_string(start) + "\n%%EOF\n");
 }

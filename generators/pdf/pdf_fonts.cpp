@@ -9,6 +9,7 @@
 
 #include "generators/common/glyph_outlines.h"
 #include "generators/pdf/pdf_file.h"
+#include "generators/pdf/pdf_syntax.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 
 namespace {
@@ -122,6 +123,10 @@ void AppendPath(std::string& content, const ORVPrintPath& path) {
 }  // namespace
 
 unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
+    // Nearly always a glyph stands for the same text.
+    if (glyph < firstCodes_.size() && firstCodes_[glyph] != 0 &&
+        entries_[firstCodes_[glyph] - 1].text == text)
+        return firstCodes_[glyph];
     std::string key(reinterpret_cast<const char*>(&glyph), sizeof glyph);
     key += text;
     const auto found = codes_.find(key);
@@ -130,11 +135,22 @@ unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
     entries_.push_back({glyph, GlyphWidth(face_, glyph), std::string(text)});
     const auto code = static_cast<unsigned int>(entries_.size());
     codes_.emplace(std::move(key), code);
+    if (firstCodes_.size() <= glyph) firstCodes_.resize(glyph + 1, 0);
+    if (firstCodes_[glyph] == 0) firstCodes_[glyph] = code;
     return code;
 }
 
 void PdfFont::AppendCode(std::string& text, unsigned int code) const {
-    text += Hex(code, kind_ == Kind::kDrawn ? 2 : 4);
+    const auto add = [&text](unsigned int byte) {
+        const auto c = static_cast<char>(byte);
+        if (c == '(' || c == ')' || c == '\\') text += '\\';
+        if (c == '\r')
+            text += "\\r";  // a bare one would be read as a line feed
+        else
+            text += c;
+    };
+    if (kind_ != Kind::kDrawn) add(code >> 8U & 0xFFU);
+    add(code & 0xFFU);
 }
 
 std::string PdfFont::MakeName() const {
@@ -174,7 +190,7 @@ unsigned int PdfFont::WriteToUnicode(PdfFile& file) const {
     }
     map += "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
     const unsigned int object = file.Reserve();
-    file.WriteStream(object, "", map, true);
+    file.WriteStream(object, "", std::move(map), PdfFile::Packing::kDeflate);
     return object;
 }
 
@@ -190,7 +206,8 @@ void PdfFont::WriteTrueType(PdfFile& file) const {
     }
     const std::string_view bytes(hb_blob_get_data(program.get(), nullptr), hb_blob_get_length(program.get()));
     const unsigned int fontFile = file.Reserve();
-    file.WriteStream(fontFile, "/Length1 " + std::to_string(bytes.size()), bytes, true);
+    file.WriteStream(fontFile, "/Length1 " + std::to_string(bytes.size()), std::string(bytes),
+                     PdfFile::Packing::kDeflate);
 
     // Numbers of the glyphs by code.
     std::string glyphNumbers;
@@ -199,7 +216,7 @@ void PdfFont::WriteTrueType(PdfFile& file) const {
         glyphNumbers += static_cast<char>(glyph);
     }
     const unsigned int glyphMap = file.Reserve();
-    file.WriteStream(glyphMap, "", glyphNumbers, true);
+    file.WriteStream(glyphMap, "", std::move(glyphNumbers), PdfFile::Packing::kDeflate);
 
     const HbBlob head(hb_face_reference_table(face, HB_TAG('h', 'e', 'a', 'd')));
     const double unit = 1000.0 / face_.GetUnitsPerEm();
@@ -267,7 +284,7 @@ void PdfFont::WriteDrawn(PdfFile& file) const {
         AppendPath(drawing, path);
         if (!path.IsEmpty()) drawing += "f\n";
         const unsigned int object = file.Reserve();
-        file.WriteStream(object, "", drawing, true);
+        file.WriteStream(object, "", std::move(drawing), PdfFile::Packing::kDeflate);
         const std::string name = "/g" + std::to_string(code);
         procedures += name + " " + std::to_string(object) + " 0 R";
         names += name;

@@ -29,7 +29,7 @@ public:
     double GetWidth(unsigned int code) const { return entries_[code - 1].width; }
     Kind GetKind() const { return kind_; }
     unsigned int GetObject() const { return object_; }
-    /// Appends a code as the hexadecimal digits of a string.
+    /// Appends a code as the bytes of a string in round brackets.
     void AppendCode(std::string& text, unsigned int code) const;
 
     /// Writes the font with all its objects.
@@ -52,6 +52,7 @@ private:
     const unsigned int object_;
     std::vector<Entry> entries_;
     std::unordered_map<std::string, unsigned int> codes_;  // by glyph and text
+    std::vector<unsigned int> firstCodes_;                 // by glyph, 0 for none
 };
 
 /// All fonts of a document.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
@@ -9,23 +10,31 @@
 
 class PdfFile;
 
-/// The images of a document. Each is held once, however often it is drawn, and written when no other object
-/// is open.
+/// An image as the document holds it.
+struct PdfImage {
+    unsigned int object = 0;
+    bool isGray = false;
+    bool hasAlpha = false;
+};
+
+/// The images of a document. Each is held once, however often it is drawn, and from however many files of the
+/// same content it was read.
 class PdfImageTable {
 public:
-    /// The object of an image; it is written by the next call of WritePending.
+    /// The image's object, which is written when it is first asked for.
     /// @param smooth  whether enlarging is to blend pixels; tiles are not, for their edges would show
-    unsigned int Find(const ORVPixelImage& image, bool smooth, PdfFile& file);
-    void WritePending(PdfFile& file);
+    const PdfImage& Find(const ORVPixelImage& image, bool smooth, PdfFile& file);
 
 private:
     struct Entry {
         ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
-        bool smooth = true;
-        unsigned int object = 0;
+        PdfImage written;
     };
-    using Entries = std::unordered_map<const ORVPixelImage*, Entry>;
-    Entries smooth_, plain_;
-    std::vector<Entry> pending_;
+    /// The images of either smoothness.
+    struct Group {
+        std::unordered_map<const ORVPixelImage*, Entry> byAddress;
+        std::unordered_multimap<std::uint64_t, const ORVPixelImage*> byContent;
+    };
+    Group smooth_, plain_;
     std::size_t bytes_ = 0;  // of the pixels of all entries
 };

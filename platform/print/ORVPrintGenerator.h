@@ -118,7 +118,8 @@ public:
     /// Announces content that may have been drawn before. Generators that store such content once return
     /// kDrawSymbol when it is new: it follows in the symbol's coordinates, ended by EndSymbol; or
     /// kSymbolKnown when they have it: nothing follows. Others return kNoSymbols: the content follows in page
-    /// coordinates, as though nothing had been announced. Symbols nest and hold neither groups nor clips.
+    /// coordinates, as though nothing had been announced, and nothing more is announced in that drawing.
+    /// Symbols nest and hold neither groups nor clips: identifiers within them go unreported.
     [[nodiscard]] virtual int BeginSymbol(const ORVPrintSymbol& /*symbol*/) { return kNoSymbols; }
     [[nodiscard]] virtual int EndSymbol() { return 1; }
     static constexpr int kDrawSymbol = 1, kSymbolKnown = 2, kNoSymbols = 3;

@@ -19,6 +19,7 @@
 #include "platform/print/ellipse_frame.h"
 #include "platform/print/link_targets.h"
 #include "platform/print/primitive_count.h"
+#include "platform/print/symbol_table.h"
 #include "platform/print/text_placement.h"
 
 namespace {
@@ -60,6 +61,23 @@ double DrawingTop(const ORVPrtImageElt& page) {
     return page.GetOrigin().y == -height ? 0.0 : height;
 }
 
+/// Primitives whose children are drawn one by one.
+bool IsWalked(const ORVPrtGraphicPrimitiveElt& primitive) {
+    const ORVPrtKind kind = primitive.GetKind();
+    return kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol || kind == ORVPrtKind::kRegion;
+}
+
+/// Primitives that may continue a line that was begun by those before them.
+bool IsOpenLine(const ORVPrtGraphicPrimitiveElt& primitive) {
+    switch (primitive.GetKind()) {
+        case ORVPrtKind::kPolyline:
+        case ORVPrtKind::kPolyCubicBezier:
+        case ORVPrtKind::kPolyQuadraticBezier:
+        case ORVPrtKind::kEllipticalArc: return true;
+        default: return false;
+    }
+}
+
 /// Factor by which a map enlarges, at most.
 double Scale(const ORVMathAffine2D& map) {
     return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
@@ -83,15 +101,24 @@ ORVMathAffine2D PatternToPage(const ORVPixelImage& image) {
                                     UserUnitsPerPixel(image.GetVerticalResolution()));
 }
 
+/// What the pages of one drawing share.
+struct Progress {
+    explicit Progress(const std::vector<const ORVPrtImageElt*>& pages) : links(pages), symbols(links) {}
+
+    ORVPrintLinkTargets links;
+    ORVPrintSymbolTable symbols;
+    bool takesSymbols = true;  // until the generator says that it does not
+    std::uint64_t drawn = 0;
+};
+
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
 class PageDrawing {
 public:
-    PageDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page, ORVPrintLinkTargets& links,
-                std::uint64_t& drawn)
-        : generator_(generator), page_(page), links_(links), drawn_(drawn), drawingTop_(DrawingTop(page)) {}
+    PageDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page, Progress& progress)
+        : generator_(generator), page_(page), progress_(progress), drawingTop_(DrawingTop(page)) {}
 
     int Draw() {
-        open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false});
+        open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
         if (result == ORVPrintModelRender::kLowMemory) CloseGroups();
@@ -121,7 +148,8 @@ private:
         const ORVPrtChildList* children;
         std::size_t next;
         ORVMathAffine2D toPage;
-        bool isGroup;  // reported to the generator
+        bool isGroup;   // reported to the generator
+        bool isSymbol;  // announced to it, and being drawn for it
     };
 
     /// Open primitives that follow each other, to be stroked as one line.
@@ -134,7 +162,14 @@ private:
     int Step();
     int Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMathAffine2D& toPage);
     int Leave();
+    int Close(const Frame& frame);
     void CloseGroups();
+    /// Announces a primitive that stands at several places, if that is worth it.
+    /// @param map  in: from its coordinates to the page; out: to what it is to be drawn in
+    /// @return kDrawSymbol, kSymbolKnown or kNoSymbols as the generator answered, or a failure
+    int Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map);
+    int DrawOne(const ORVPrtGraphicPrimitiveElt& primitive);
+    int DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     int FlushLine();
 
     template <class Primitive>
@@ -167,16 +202,17 @@ private:
     bool Count() {
         constexpr std::uint64_t kInterval = 1024;
         constexpr double kLowMemoryFraction = 0.9;
-        return ++drawn_ % kInterval != 0 || !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
+        return ++progress_.drawn % kInterval != 0 ||
+               !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
     }
 
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
-    ORVPrintLinkTargets& links_;
-    std::uint64_t& drawn_;
+    Progress& progress_;
     const double drawingTop_;
 
     std::vector<Frame> open_;
+    unsigned int openSymbols_ = 0;
     std::optional<PendingLine> pending_;
     ORVPrintPath path_;
     ORVPrintOutlineBuilder outline_{path_};
@@ -192,6 +228,12 @@ int PageDrawing::Step() {
 
     const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (!Count()) return ORVPrintModelRender::kLowMemory;
+    if (child.GetReferenceCount() > 1 && progress_.takesSymbols && !IsWalked(child))
+        return DrawShared(child, frame.children->size() == 1);
+    return DrawOne(child);
+}
+
+int PageDrawing::DrawOne(const ORVPrtGraphicPrimitiveElt& child) {
     int result = kDone;
     VisitPrimitive(child, [&]<class Primitive>(const Primitive& one) {
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt> ||
@@ -212,34 +254,78 @@ int PageDrawing::Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMath
     if (container.GetKind() != ORVPrtKind::kRegion) {
         group.id = container.GetID();
         group.description = container.GetDescription();
-        group.isLinkTarget = !group.id.empty() && links_.Arrive(group.id);
+        group.isLinkTarget = !group.id.empty() && progress_.links.Arrive(group.id);
     }
     if (container.GetKind() == ORVPrtKind::kGroup) {
         const ORVPrintLinkURI& link =
             static_cast<const ORVPrtGroupElt&>(container).GetGroupAttributes().GetLinkURI();
-        if (links_.Contains(link.GetElementId())) group.linkElementId = link.GetElementId();
+        if (progress_.links.Contains(link.GetElementId())) group.linkElementId = link.GetElementId();
         group.linkURL = link.GetBaseURL();
         group.linkShow = link.GetLinkShow();
     }
-    const bool isGroup = !group.id.empty() || !group.description.empty() || !group.linkElementId.empty() ||
-                         !group.linkURL.empty();
+    // Within a symbol there is nothing to report but identifiers, which every place of it would repeat.
+    const bool isGroup = openSymbols_ == 0 && (!group.id.empty() || !group.description.empty() ||
+                                               !group.linkElementId.empty() || !group.linkURL.empty());
     if (isGroup)
         if (const int result = generator_.BeginGroup(group); result != kDone) return result;
-    open_.push_back({container.GetChildList(), 0, toPage, isGroup});
+
+    Frame frame{container.GetChildList(), 0, toPage, isGroup, false};
+    if (container.GetReferenceCount() > 1 && progress_.takesSymbols) {
+        const int answer = Announce(container, frame.toPage);
+        if (answer == ORVPrintGenerator::kSymbolKnown) return Close(frame);
+        if (answer != ORVPrintGenerator::kDrawSymbol && answer != ORVPrintGenerator::kNoSymbols)
+            return answer;
+        frame.isSymbol = answer == ORVPrintGenerator::kDrawSymbol;
+        openSymbols_ += frame.isSymbol ? 1 : 0;
+    }
+    open_.push_back(frame);
     return kDone;
+}
+
+int PageDrawing::Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map) {
+    ORVPrintSymbolPlace place;
+    if (!progress_.symbols.Find(primitive, map, page_, drawingTop_, place))
+        return ORVPrintGenerator::kNoSymbols;
+    const int answer = generator_.BeginSymbol({place.key, place.toPage});
+    if (answer == ORVPrintGenerator::kDrawSymbol) map = place.toSymbol;
+    if (answer == ORVPrintGenerator::kNoSymbols) progress_.takesSymbols = false;
+    return answer;
+}
+
+int PageDrawing::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone) {
+    // A piece of a line is drawn with its neighbours.
+    if (IsOpenLine(primitive) && !isAlone) return DrawOne(primitive);
+    if (const int result = FlushLine(); result != kDone) return result;
+    static const ORVPrtChildList kNoChildren;
+    Frame frame{&kNoChildren, 0, open_.back().toPage, false, false};
+    const int answer = Announce(primitive, frame.toPage);
+    if (answer == ORVPrintGenerator::kSymbolKnown) return kDone;
+    if (answer == ORVPrintGenerator::kNoSymbols) return DrawOne(primitive);
+    if (answer != ORVPrintGenerator::kDrawSymbol) return answer;
+    frame.isSymbol = true;
+    ++openSymbols_;
+    open_.push_back(frame);
+    return DrawOne(primitive);
 }
 
 int PageDrawing::Leave() {
     if (const int result = FlushLine(); result != kDone) return result;
-    const bool isGroup = open_.back().isGroup;
+    const Frame frame = open_.back();
     open_.pop_back();
-    return isGroup ? generator_.EndGroup() : kDone;
+    return Close(frame);
+}
+
+int PageDrawing::Close(const Frame& frame) {
+    if (frame.isSymbol) {
+        --openSymbols_;
+        if (const int result = generator_.EndSymbol(); result != kDone) return result;
+    }
+    return frame.isGroup ? generator_.EndGroup() : kDone;
 }
 
 void PageDrawing::CloseGroups() {
     int result = FlushLine();
-    for (; result == kDone && !open_.empty(); open_.pop_back())
-        if (open_.back().isGroup) result = generator_.EndGroup();
+    for (; result == kDone && !open_.empty(); open_.pop_back()) result = Close(open_.back());
 }
 
 const ORVPrintFill* PageDrawing::MakeFill(const ORVPrtFillAttributes& attributes) {
@@ -485,14 +571,13 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         left -= count;
     }
 
-    ORVPrintLinkTargets links(pages);
+    Progress progress(pages);
     const ORVUnicodeString& title =
         parameters_.GetTitle().IsEmpty() ? pages.front()->GetTitle() : parameters_.GetTitle();
     if (const int result = generator_->BeginDocument({title, static_cast<unsigned int>(pages.size())});
         result != kDone)
         return result;
 
-    std::uint64_t drawn = 0;
     unsigned int number = 0;
     int result = kDone;
     for (const ORVPrtImageElt* page : pages) {
@@ -504,7 +589,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         info.description = page->GetDescription();
         result = generator_->BeginPage(info);
         if (result != kDone) break;
-        result = PageDrawing(*generator_, *page, links, drawn).Draw();
+        result = PageDrawing(*generator_, *page, progress).Draw();
         if (result != kDone && result != kLowMemory) break;
         const int ended = generator_->EndPage();
         if (result == kDone) result = ended;

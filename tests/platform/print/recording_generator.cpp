@@ -1,5 +1,6 @@
 #include "tests/platform/print/recording_generator.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "platform/print/ORVPrintPath.h"
@@ -111,6 +112,17 @@ int RecordingGenerator::BeginGroup(const ORVPrintGroup& group) {
 
 int RecordingGenerator::BeginClip(const ORVMathBox2D& box) {
     return Add("clip " + Point({box.xMin, box.yMin}) + " to " + Point({box.xMax, box.yMax}));
+}
+
+int RecordingGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
+    ++announcements_;
+    if (!takesSymbols_) return kNoSymbols;
+    const auto known = std::find(symbols_.begin(), symbols_.end(), symbol.key);
+    const bool isKnown = known != symbols_.end();
+    const int result = Add((isKnown ? "symbol " : "new symbol ") +
+                           std::to_string(known - symbols_.begin() + 1) + " " + Map(symbol.toPage));
+    if (!isKnown) symbols_.push_back(symbol.key);
+    return result != 1 ? result : isKnown ? kSymbolKnown : kDrawSymbol;
 }
 
 int RecordingGenerator::DrawShape(const ORVPrintShape& shape) {

@@ -11,6 +11,7 @@
 ///     page 1 100x50
 ///     fill #ff0000 M0,0 L10,0 L10,10 Z
 ///     stroke #000000 w1 M0,0 L10,0
+///     symbol 1 [1 0 0 1 20 30]
 class RecordingGenerator final : public ORVPrintGenerator {
 public:
     const std::vector<std::string>& GetLines() const { return lines_; }
@@ -20,6 +21,10 @@ public:
     std::string GetText() const;
     /// Makes every call from the `number`-th on (counted from 1) fail with -99.
     void FailAt(std::size_t number) { failAt_ = number; }
+    /// Takes symbols, which are numbered as they come; what is drawn within one is in its coordinates.
+    void TakeSymbols() { takesSymbols_ = true; }
+    /// How often a symbol was announced, taken or not.
+    std::size_t GetAnnouncementCount() const { return announcements_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -27,6 +32,8 @@ public:
     int EndGroup() override { return Add("end group"); }
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override { return Add("end clip"); }
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override { return Add("end symbol"); }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;
@@ -39,4 +46,7 @@ private:
     std::vector<std::string> lines_;
     std::size_t calls_ = 0;
     std::size_t failAt_ = 0;
+    bool takesSymbols_ = false;
+    std::size_t announcements_ = 0;
+    std::vector<const void*> symbols_;
 };

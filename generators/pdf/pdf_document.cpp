@@ -1,0 +1,169 @@
+#include "generators/pdf/pdf_document.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+
+#include "generators/pdf/pdf_file.h"
+#include "generators/pdf/pdf_syntax.h"
+#include "platform/system/ORVUnicodeString.h"
+
+namespace {
+
+constexpr std::string_view kProgram = "orvprint";
+
+/// A moment in the two forms that the format has. Both are empty when there is none, or its year has not four
+/// digits.
+struct Moment {
+    std::string pdf, xmp;
+
+    explicit Moment(const std::optional<std::int64_t>& seconds) {
+        if (!seconds) return;
+        const auto time = static_cast<std::time_t>(*seconds);
+        std::tm utc{};
+        if (!gmtime_r(&time, &utc) || utc.tm_year < -1900 || utc.tm_year > 9999 - 1900) return;
+        std::array<char, 64> text;
+        text[std::strftime(text.data(), text.size() - 1, "%m%d%H%M%SZ", &utc)] = '\0';
+        std::array<char, 16> year;
+        std::snprintf(year.data(), year.size(), "%04d", utc.tm_year + 1900);
+        pdf = std::string("D:") + year.data() + text.data();
+        text[std::strftime(text.data(), text.size() - 1, "-%m-%dT%H:%M:%SZ", &utc)] = '\0';
+        xmp = std::string(year.data()) + text.data();
+    }
+};
+
+void AppendXml(std::string& text, std::string_view utf8) {
+    for (const char c : utf8) {
+        switch (c) {
+            case '<': text += "&lt;"; break;
+            case '>': text += "&gt;"; break;
+            case '&': text += "&amp;"; break;
+            default:
+                // XML holds no other control characters.
+                if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n') text += c;
+        }
+    }
+}
+
+void WriteTree(PdfFile& file, const PdfDocumentFacts& facts) {
+    std::string tree = "<</Type/Pages/Count " + std::to_string(facts.pages.size()) + "/Kids[";
+    for (const PdfPageEntry& page : facts.pages) {
+        AppendPdfReference(tree, page.object);
+        tree += ' ';
+    }
+    file.WriteObject(facts.pageTree, tree + "]>>");
+}
+
+/// @return the catalogue's entry, empty without titles
+std::string WriteOutline(PdfFile& file, const std::vector<PdfPageEntry>& pages) {
+    if (std::all_of(pages.begin(), pages.end(), [](const PdfPageEntry& page) { return page.title.empty(); }))
+        return {};
+    const unsigned int outline = file.Reserve();
+    std::vector<unsigned int> items;
+    for (std::size_t i = 0; i < pages.size(); ++i) items.push_back(file.Reserve());
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const PdfPageEntry& page = pages[i];
+        std::string item = "<</Title";
+        AppendPdfText(item, !page.title.empty()   ? page.title
+                            : !page.label.empty() ? page.label
+                                                  : "Page " + std::to_string(i + 1));
+        item += "/Parent " + PdfReference(outline);
+        if (i > 0) item += "/Prev " + PdfReference(items[i - 1]);
+        if (i + 1 < items.size()) item += "/Next " + PdfReference(items[i + 1]);
+        file.WriteObject(items[i], item + "/Dest[" + PdfReference(page.object) + "/Fit]>>");
+    }
+    file.WriteObject(outline, "<</Type/Outlines/First " + PdfReference(items.front()) + "/Last " +
+                                  PdfReference(items.back()) + "/Count " + std::to_string(items.size()) +
+                                  ">>");
+    return "/Outlines " + PdfReference(outline);
+}
+
+/// @return the catalogue's entry, empty when pages are known by their numbers
+std::string LabelEntry(const std::vector<PdfPageEntry>& pages) {
+    if (std::all_of(pages.begin(), pages.end(), [](const PdfPageEntry& page) { return page.label.empty(); }))
+        return {};
+    std::string labels = "/PageLabels<</Nums[";
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        if (!pages[i].label.empty()) {
+            labels += std::to_string(i) + "<</P";
+            AppendPdfText(labels, pages[i].label);
+            labels += ">>";
+        } else if (i == 0 || !pages[i - 1].label.empty()) {
+            labels += std::to_string(i) + "<</S/D/St " + std::to_string(i + 1) + ">>";
+        }
+    }
+    return labels + "]>>";
+}
+
+/// @return the catalogue's entry
+std::string WriteXmp(PdfFile& file, const std::string& title, const Moment& created) {
+    std::string xmp =
+        "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
+        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
+        "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n"
+        "<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
+        " xmlns:pdf=\"http://ns.adobe.com/pdf/1.3/\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">\n"
+        "<dc:format>application/pdf</dc:format>\n";
+    if (!title.empty()) {
+        xmp += "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">";
+        AppendXml(xmp, title);
+        xmp += "</rdf:li></rdf:Alt></dc:title>\n";
+    }
+    xmp += "<pdf:Producer>" + std::string(kProgram) + "</pdf:Producer>\n<xmp:CreatorTool>" +
+           std::string(kProgram) + "</xmp:CreatorTool>\n";
+    if (!created.xmp.empty())
+        xmp += "<xmp:CreateDate>" + created.xmp + "</xmp:CreateDate>\n<xmp:ModifyDate>" + created.xmp +
+               "</xmp:ModifyDate>\n";
+    xmp += "</rdf:Description>\n</rdf:RDF>\n</x:xmpmeta>\n<?xpacket end=\"r\"?>";
+    const unsigned int object = file.Reserve();
+    file.WriteStream(object, "/Type/Metadata/Subtype/XML", std::move(xmp), PdfFile::Packing::kStored);
+    return "/Metadata " + PdfReference(object);
+}
+
+/// @return the catalogue's entry, empty without places
+std::string WriteTargets(PdfFile& file, const std::map<std::string, std::string>& targets) {
+    if (targets.empty()) return {};
+    std::string names = "<</Names[";
+    for (const auto& [name, place] : targets) {
+        AppendPdfBytes(names, name);
+        names += place;
+    }
+    const unsigned int object = file.Reserve();
+    file.WriteObject(object, names + "]>>");
+    return "/Names<</Dests " + PdfReference(object) + ">>";
+}
+
+unsigned int WriteInfo(PdfFile& file, const std::string& title, const Moment& created) {
+    std::string info = "<<";
+    for (const char* key : {"/Creator", "/Producer"}) {
+        info += key;
+        AppendPdfText(info, kProgram);
+    }
+    if (!title.empty()) {
+        info += "/Title";
+        AppendPdfText(info, title);
+    }
+    if (!created.pdf.empty()) info += "/CreationDate(" + created.pdf + ")/ModDate(" + created.pdf + ")";
+    const unsigned int object = file.Reserve();
+    file.WriteObject(object, info + ">>");
+    return object;
+}
+
+}  // namespace
+
+void FinishPdfDocument(PdfFile& file, const PdfDocumentFacts& facts) {
+    const Moment created(facts.creationTime);
+    // Both kinds of metadata say the same, in sound UTF-8.
+    const std::string title = ORVIsWellFormedUTF8(facts.title) ? facts.title : std::string();
+    WriteTree(file, facts);
+    std::string catalogue = "<</Type/Catalog/Pages " + PdfReference(facts.pageTree);
+    catalogue += WriteOutline(file, facts.pages);
+    catalogue += LabelEntry(facts.pages);
+    catalogue += WriteTargets(file, facts.targets);
+    catalogue += WriteXmp(file, title, created);
+    if (!title.empty()) catalogue += "/ViewerPreferences<</DisplayDocTitle true>>";
+    const unsigned int object = file.Reserve();
+    file.WriteObject(object, catalogue + ">>");
+    file.Finish(object, WriteInfo(file, title, created));
+}

@@ -1,0 +1,165 @@
+#include "platform/print/symbol_table.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <type_traits>
+#include <vector>
+
+#include "platform/model/visit_primitive.h"
+#include "platform/print/link_targets.h"
+
+namespace {
+
+// Compressed bytes, as measured on drawings: of a stored symbol beside its content, of a place where it is
+// shown, of a shape beside its points, and of a point.
+constexpr double kSymbolBytes = 170.0, kPlaceBytes = 14.0, kShapeBytes = 8.0, kPointBytes = 5.0;
+constexpr double kMostBytes = 1e12;
+
+// A symbol is drawn at up to this factor larger or smaller than it is stored, which leaves its digits enough.
+constexpr double kLargestRatio = 2.0;
+constexpr std::size_t kMostVariants = 16;
+// Farther out (user units), what is cut off for its distance depends on the place.
+constexpr double kFarthest = 20'000.0;
+// Maps that enlarge, reduce or flatten beyond these leave no use to digits.
+constexpr double kLargestScale = 1e4, kFlattest = 1e-4;
+
+double ToBytes(std::size_t points) { return kShapeBytes + kPointBytes * static_cast<double>(points); }
+
+ORVMathAffine2D LinearPart(ORVMathAffine2D map) {
+    map.dx = map.dy = 0.0;
+    return map;
+}
+
+bool IsSame(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
+    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22;
+}
+
+double Scale(const ORVMathAffine2D& map) {
+    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
+}
+
+bool IsModerate(const ORVMathAffine2D& map) {
+    const double scale = Scale(map);
+    return map.IsFinite() && std::fabs(map.dx) < kFarthest && std::fabs(map.dy) < kFarthest &&
+           scale < kLargestScale && scale > 1.0 / kLargestScale &&
+           std::fabs(map.Determinant()) > kFlattest * scale * scale;
+}
+
+/// The linear map that takes what `from` gives to what `to` gives. `from` is moderate.
+ORVMathAffine2D Between(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
+    const double determinant = from.Determinant();
+    const ORVMathAffine2D inverse{from.m22 / determinant,
+                                  -from.m12 / determinant,
+                                  -from.m21 / determinant,
+                                  from.m11 / determinant,
+                                  0.0,
+                                  0.0};
+    return LinearPart(to) * inverse;
+}
+
+/// True when a symbol that is stored as `from` gives may stand for what is drawn as `to` gives.
+bool IsNear(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
+    const auto fits = [](const ORVMathAffine2D& ratio) { return Scale(ratio) <= kLargestRatio; };
+    return IsSame(from, to) || (fits(Between(from, to)) && fits(Between(to, from)));
+}
+
+/// A key that no other symbol of this process gets: documents outlive the drawings that go into them.
+const void* NewKey() {
+    static std::atomic<std::uintptr_t> latest{0};
+    return reinterpret_cast<const void*>(++latest);
+}
+
+}  // namespace
+
+ORVPrintSymbolTable::Content ORVPrintSymbolTable::OwnContent(
+    const ORVPrtGraphicPrimitiveElt& primitive) const {
+    Content content;
+    VisitPrimitive(primitive, [&]<class Primitive>(const Primitive& one) {
+        if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt> || std::is_same_v<Primitive, ORVPrtSymbolElt>)
+            content.isReported = !one.GetDescription().IsEmpty() || links_.Contains(one.GetID());
+        if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt>) {
+            const ORVPrintLinkURI& link = one.GetGroupAttributes().GetLinkURI();
+            content.isReported =
+                content.isReported || !link.GetBaseURL().IsEmpty() || links_.Contains(link.GetElementId());
+        } else if constexpr (std::is_base_of_v<ORVPrtPointList, Primitive>) {
+            content.size = ToBytes(one.GetPoints().size());
+        } else if constexpr (std::is_same_v<Primitive, ORVPrtTextElt>) {
+            content.size = 2.0 * kShapeBytes + static_cast<double>(one.GetText().GetView().size());
+        } else if constexpr (std::is_same_v<Primitive, ORVPrtBitmapImageElt>) {
+            content.size = kPlaceBytes;
+        } else if constexpr (!std::is_base_of_v<ORVPrtContainerElt, Primitive>) {
+            content.size = ToBytes(4);
+        }
+        // Patterns lie on the page, whatever is cut out of them.
+        if constexpr (std::is_base_of_v<ORVPrtFilled, Primitive>)
+            content.isMovable = one.GetFillAttributes().GetFillStyle() != kFillPattern;
+    });
+    return content;
+}
+
+ORVPrintSymbolTable::Content ORVPrintSymbolTable::Survey(const ORVPrtGraphicPrimitiveElt& root) {
+    struct Frame {
+        const ORVPrtGraphicPrimitiveElt* primitive;
+        std::size_t next;
+        Content content;
+    };
+    const auto add = [](Content& whole, const Content& part) {
+        whole.size = std::min(whole.size + part.size, kMostBytes);
+        whole.isMovable = whole.isMovable && part.isMovable && !part.isReported;
+    };
+    std::vector<Frame> open{{&root, 0, OwnContent(root)}};
+    for (;;) {
+        Frame& frame = open.back();
+        const ORVPrtChildList* children = frame.primitive->GetChildList();
+        if (children && frame.next < children->size()) {
+            const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
+            if (child->GetKind() == ORVPrtKind::kPattern) continue;  // draws nothing
+            const auto known = child->GetReferenceCount() > 1 ? entries_.find(child) : entries_.end();
+            if (known != entries_.end())
+                add(frame.content, known->second.content);
+            else
+                open.push_back({child, 0, OwnContent(*child)});
+            continue;
+        }
+        const Frame done = frame;
+        open.pop_back();
+        if (done.primitive->GetReferenceCount() > 1) entries_[done.primitive].content = done.content;
+        if (open.empty()) return done.content;
+        add(open.back().content, done.content);
+    }
+}
+
+bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& map,
+                               const ORVPrtImageElt& page, double drawingTop, ORVPrintSymbolPlace& place) {
+    auto entry = entries_.find(&primitive);
+    if (entry == entries_.end()) {
+        Survey(primitive);
+        entry = entries_.try_emplace(&primitive).first;
+    }
+    const Content& content = entry->second.content;
+    const double places = static_cast<double>(primitive.GetReferenceCount());
+    if (!content.isMovable || places * (content.size - kPlaceBytes) < content.size + kSymbolBytes)
+        return false;
+    if (!IsModerate(map)) return false;
+
+    std::list<Variant>& variants = entry->second.variants;
+    const ORVPrtColourTable* colours = page.GetColourTable();
+    const auto fitting = [&](const Variant& variant) {
+        return variant.colours == colours && variant.drawingTop == drawingTop &&
+               IsNear(variant.toSymbol, map);
+    };
+    auto variant = std::find_if(variants.begin(), variants.end(), fitting);
+    if (variant == variants.end()) {
+        if (variants.size() == kMostVariants) return false;
+        // Stored as the first place shows it, so that places which are but moved need no factors.
+        variants.push_back({LinearPart(map), colours, drawingTop, NewKey()});
+        variant = std::prev(variants.end());
+    }
+    place.key = variant->key;
+    place.toSymbol = variant->toSymbol;
+    place.toPage = IsSame(variant->toSymbol, map) ? ORVMathAffine2D() : Between(variant->toSymbol, map);
+    place.toPage.dx = map.dx;
+    place.toPage.dy = map.dy;
+    return true;
+}
