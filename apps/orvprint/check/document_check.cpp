@@ -219,12 +219,15 @@ private:
         namespaces_.Enter(svg);
         const FamilyInForce families = family_;
         CheckAttributes(svg, index, state, SvgPlace::kPage);
+        const Seen seen = seen_;
+        NoteVisibility(svg, index, state);
         ApplyContainerPresentation(state, element);
         CheckPageSize(svg, index, state);
         SizePage(state, element);
         NoteFamily(svg, index);
         VisitChildren(svg, state, nullptr);
         family_ = families;
+        seen_ = seen;
         namespaces_.Leave();
     }
 
@@ -396,11 +399,9 @@ private:
 
     void VisitContainer(const ORVXmlNode& node, std::size_t index, SvgDrawState& state) {
         const SvgInheritedStateGuard guard(state);
-        const bool isHiddenByThis = Hides(node);
-        const int before = state.drawStyle;
+        const Seen seen = seen_;
+        NoteVisibility(node, index, state);
         ApplyContainerPresentation(state, LightElementAccess(&node));
-        CheckVisible(node, index, before, state.drawStyle);
-        if (isHiddenByThis) ++hidden_;
         if (node.id == ElementName::kUse) {
             CheckUse(node, index, state);
             VisitLeafChildren(node);
@@ -411,38 +412,31 @@ private:
             VisitChildren(node, state, nullptr);
             if (scalesOwn) --nested_;
         }
-        if (isHiddenByThis) --hidden_;
+        seen_ = seen;
     }
 
-    static bool Hides(const ORVXmlNode& node) {
-        return node.Value(AttributeName::kDisplay) == "none" ||
-               node.Value(AttributeName::kVisibility) == "hidden" ||
-               node.Value(AttributeName::kVisibility) == "collapse";
-    }
-
-    // Being visible is no paint, except here.
-    void CheckVisible(const ORVXmlNode& node, std::size_t index, int before, int after) {
-        if (node.Value(AttributeName::kVisibility) != "visible") return;
-        const bool isStroked = Strokes(after) && !Strokes(before) && !Mentions(node, AttributeName::kStroke);
-        const bool isFilled = Fills(after) && !Fills(before) && !Mentions(node, AttributeName::kFill);
-        if (isStroked || isFilled)
-            Note(kPaintedVisible, node, index, "visibility", "visible",
-                 isStroked ? "gives it a stroke that nothing else does"
-                           : "gives it a fill that nothing else does");
-    }
-
-    // Whether an element says something of a paint.
-    static bool Mentions(const ORVXmlNode& node, AttributeName paint) {
-        if (!node.Value(paint).empty()) return true;
-        StyleScanner scanner(node.Value(AttributeName::kStyle));
-        for (StyleDeclaration declaration; scanner.Next(declaration);)
-            if (declaration.name == GetNameText(paint)) return true;
-        return false;
+    // Takes in what an element says of being seen. The draw style that "visible" overrides is kept beside it.
+    void NoteVisibility(const ORVXmlNode& node, std::size_t index, const SvgDrawState& inherited) {
+        if (node.Value(AttributeName::kDisplay) == "none") seen_.isRemoved = true;
+        const std::string_view visibility = node.Value(AttributeName::kVisibility);
+        if (visibility == "hidden" || visibility == "collapse") {
+            seen_ = {seen_.isRemoved, true, nullptr, 0, 0};
+        } else if (visibility == "visible") {
+            seen_ = {seen_.isRemoved, false, &node, index, seen_.node ? seen_.paint : inherited.drawStyle};
+        }
+        if (!seen_.node) return;
+        SvgDrawState state = inherited;
+        state.drawStyle = seen_.paint;
+        ApplyPaint(state, LightElementAccess(&node));
+        ApplyStyleAttribute(state, LightElementAccess(&node));
+        seen_.paint = state.drawStyle;
     }
 
     void VisitLeaf(const ORVXmlNode& node, std::size_t index, const SvgDrawState& inherited) {
         SvgDrawState state = inherited;
         const LightElementAccess element(&node);
+        const Seen seen = seen_;
+        NoteVisibility(node, index, inherited);
         if (node.id == ElementName::kText) {
             ApplyTextPresentation(state, element);
             ApplyTextLayout(state, element);
@@ -456,11 +450,11 @@ private:
                                    HasVertices(node.id) ? Vertices::kWithMarkers : Vertices::kWithoutMarkers);
         }
         if (node.id != ElementName::kImage) {
-            CheckVisible(node, index, inherited.drawStyle, state.drawStyle);
             CheckPainting(node, index, state);
             if (HasVertices(node.id)) CheckMarkers(node, index, state);
         }
         VisitLeafChildren(node);
+        seen_ = seen;
     }
 
     // What a shape, text, picture or reference holds is not drawn.
@@ -517,15 +511,16 @@ private:
 
     void CheckPainting(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
         const bool isOpenLine = node.id == ElementName::kLine || node.id == ElementName::kPolyline;
-        const bool isHidden = hidden_ > 0 || Hides(node);
+        const int said = seen_.node ? seen_.paint : state.drawStyle;
         PathFacts path;
         if (node.id == ElementName::kPath) {
             MaybeProblem problem = CheckPathData(node.Value(AttributeName::kD), path);
             if (problem) Note(node, index, "d", node.Value(AttributeName::kD), *problem);
         }
-        // A path of two points has lost its inside by the time it is painted.
-        const bool isLine = isOpenLine || (node.id == ElementName::kPath && path.vertices > 0 &&
-                                           path.vertices <= 2 && Fills(state.drawStyle));
+        // A path of two points has lost its inside by the time it is painted. Without one, its lines and
+        // Beziers stand for themselves; arcs know of fills.
+        const bool isBarePath = path.hasRuns && (path.vertices <= 2 || !Fills(state.drawStyle));
+        const bool isLine = isOpenLine || isBarePath;
         const bool strokes = isLine || Strokes(state.drawStyle), fills = !isLine && Fills(state.drawStyle);
         if (definition_) {
             DrawnSets sets;
@@ -535,18 +530,27 @@ private:
             definition_->Add(std::move(sets));
         }
 
-        if (isHidden && (strokes || fills))
+        if ((seen_.isRemoved || seen_.isHidden) && (strokes || fills))
             return Note(kHiddenButPrinted, node, index, {}, {},
                         isLine ? "lines are stroked, hidden or not" : "paint of its own turns it on again");
-        if (isOpenLine && !Strokes(state.drawStyle))
+        if (seen_.node && !isLine && ((strokes && !Strokes(said)) || (fills && !Fills(said))))
+            NotePaintedVisible();
+        if (isLine && !Strokes(said) && (isOpenLine || !Fills(said)))
             Note(kAlwaysStroked, node, index, {}, {}, "has no stroke, and is stroked all the same");
-        if (node.id == ElementName::kPolyline && Fills(state.drawStyle) && HasInside(node, state))
+        if (node.id == ElementName::kPolyline && Fills(said) && HasInside(node, state))
             Note(kPolylineNotFilled, node, index, {}, {},
                  "its fill is not printed: say fill='none', or make it a polygon");
-        if (node.id == ElementName::kPath && isLine && (path.hasCurves || !Strokes(state.drawStyle)))
+        if (isBarePath && Fills(said) && (path.hasCurves || !Strokes(said)))
             Note(kPathNotFilled, node, index, "d", node.Value(AttributeName::kD),
-                 Strokes(state.drawStyle) ? "its fill is not printed: divide its curve"
-                                          : "its fill is not printed, its outline is");
+                 Strokes(said) ? "its fill is not printed: divide its curve"
+                               : "its fill is not printed, its outline is");
+    }
+
+    // Once for each element that says "visible".
+    void NotePaintedVisible() {
+        if (checkedVisible_.insert(seen_.node).second)
+            Note(kPaintedVisible, *seen_.node, seen_.index, "visibility", "visible",
+                 "gives what it shows a fill and a stroke that nothing else gives it");
     }
 
     // Whether the points of a polyline do not all lie on one straight line.
@@ -1037,9 +1041,16 @@ private:
     ResourceChecks resources_;
 
     std::size_t next_ = 0;    // number of the next element, in document order
-    std::size_t hidden_ = 0;  // groups around that are hidden
     std::size_t nested_ = 0;  // drawings and symbols around, inside the page
     FamilyInForce family_;
+    struct Seen {
+        bool isRemoved = false;            // by "display"
+        bool isHidden = false;             // by "visibility"
+        const ORVXmlNode* node = nullptr;  // the element that says "visible"; null when none does
+        std::size_t index = 0;             // its number
+        int paint = 0;                     // the draw style that there would be without it
+    } seen_;
+    std::unordered_set<const ORVXmlNode*> checkedVisible_;
     std::unordered_set<const ORVXmlNode*> checkedFamilies_;
 
     std::unordered_map<std::string, Identified> identifiers_;  // of the page, in lower case

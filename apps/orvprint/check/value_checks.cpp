@@ -259,7 +259,9 @@ MaybeProblem CheckPathData(std::string_view value, PathFacts& facts) {
         const std::size_t group = ArgumentsOf(letter);
         const char kind = static_cast<char>(letter | 0x20);
         facts.vertices += group == 0 ? 1 : count / group;
-        facts.hasCurves |= kind == 'c' || kind == 's' || kind == 'q' || kind == 't' || kind == 'a';
+        facts.hasCurves |= kind == 'c' || kind == 's' || kind == 'q' || kind == 't';
+        // The first pair of a move draws nothing.
+        facts.hasRuns |= kind != 'a' && (group == 0 || count / group > (kind == 'm' ? 1U : 0U));
     }
     if (!problem && value.find_first_not_of(" ,;\t\n\r", position) != value.npos)
         problem = Problem(kBadPathData, At(position) + Quote(value.substr(position)) + " is not read");

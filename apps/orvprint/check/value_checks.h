@@ -37,7 +37,8 @@ MaybeProblem CheckDashArray(std::string_view value);
 /// What path data come to.
 struct PathFacts {
     std::size_t vertices = 0;  ///< as the interpreter counts them
-    bool hasCurves = false;
+    bool hasCurves = false;    ///< Beziers
+    bool hasRuns = false;      ///< lines or Beziers, which are stroked where nothing fills
 };
 /// As for PathDataInterpreter.
 MaybeProblem CheckPathData(std::string_view value, PathFacts& facts);

@@ -86,8 +86,8 @@ const KindCase kKindCases[] = {
     {kAlwaysStroked, "<line x2='9'/>", "<line x2='9' stroke='black'/>"},
     {kPolylineNotFilled, "<polyline points='1,1 9,9 1,9' stroke='red'/>",
      "<polyline points='1,1 9,9 1,9' stroke='red' fill='none'/>"},
-    {kPathNotFilled, "<path d='M0 0 A5 5 0 0 1 9 9' stroke='red'/>",
-     "<path d='M0 0 A5 5 0 0 1 9 9 5 5 0 0 1 2 3' stroke='red' fill='none'/>"},
+    {kPathNotFilled, "<path d='M0 0 C9 0 9 0 9 9' stroke='red'/>",
+     "<path d='M0 0 A5 5 0 0 1 9 9' stroke='red'/><path d='M0 0 C9 0 9 0 9 9' stroke='red' fill='none'/>"},
     {kHiddenButPrinted, "<g display='none'><rect fill='red'/></g>", "<g display='none'><rect/></g>"},
     {kRepaintedDefinition, "<symbol id='s'><rect fill='red'/></symbol><use xlink:href='#s'/>",
      "<symbol id='s'><rect fill='red'/></symbol><use xlink:href='#s' fill='red'/>"},
@@ -192,6 +192,19 @@ INSTANTIATE_TEST_SUITE_P(
                      "hidden-but-printed"},
         DocumentCase{"ALineIsNeverHidden", "<line x2='9' stroke='red' visibility='hidden'/>",
                      "hidden-but-printed"},
+        DocumentCase{"AHiddenPathKeepsItsOutline", "<g display='none'><path d='M0 0L9 0 9 9z'/></g>",
+                     "hidden-but-printed"},
+        DocumentCase{"APathWithoutPaintIsStroked", "<path d='M0 0L9 0 9 9z' fill='none'/>", "always-stroked"},
+        DocumentCase{"AnArcWithoutPaintIsNot", "<path d='M0 0A5 5 0 0 1 9 9' fill='none'/>", ""},
+        DocumentCase{"ALineAsAPathIsStrokedWithoutFill", "<path d='M0 0L9 9'/>", "path-not-filled"},
+        DocumentCase{"APointIsNothing", "<path d='M0 0'/>", ""},
+        DocumentCase{"WhatIsVisibleInAHiddenGroupIsSeen",
+                     "<g visibility='hidden'><rect visibility='visible' fill='red' stroke='red'/></g>", ""},
+        DocumentCase{"WhatIsVisibleInARemovedGroupIsNot",
+                     "<g display='none'><rect visibility='visible' fill='red' stroke='red'/></g>",
+                     "hidden-but-printed"},
+        DocumentCase{"AVisibleGroupIsFoundOnce", "<g visibility='visible'><rect/><rect/></g>",
+                     "painted-visible"},
         DocumentCase{"FontsOfDefinitionsAreReplaced",
                      "<symbol id='s'><text font-size='30'>a</text></symbol><use xlink:href='#s'/>",
                      "repainted-definition"},
@@ -267,6 +280,12 @@ TEST(DocumentCheckTest, FragmentsHaveNoHeightToBePartOf) {
         KindsOf(CheckText("<r><svg width='9' height='9'><rect width='50%'/><rect height='50%'/></svg></r>",
                           {}, true)),
         "percentage-of-nothing");
+}
+
+TEST(DocumentCheckTest, APageThatIsHiddenKeepsItsLines) {
+    EXPECT_EQ(
+        KindsOf(CheckText("<svg width='9' height='9' display='none'><line x2='9' stroke='red'/></svg>")),
+        "hidden-but-printed");
 }
 
 TEST(DocumentCheckTest, IdentifiersBelongToTheirPage) {
