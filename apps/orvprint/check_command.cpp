@@ -229,12 +229,13 @@ int RunCheck(const CheckOptions& options) {
     return found ? kExitFound : kExitDone;
 }
 
-int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options) {
+int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
+                        const std::set<FindingCode>& ignored) {
     bool found = false;
     for (const std::string& path : inputs) {
         std::string bytes;
         if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-        Findings findings;
+        Findings findings(ignored);
         const CheckedInput input = CheckBytes(path, options, bytes, findings);
         if (input.failure != kExitDone) return input.failure;
         if (findings.GetTotal() > 0) {

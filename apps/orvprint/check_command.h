@@ -22,5 +22,7 @@ int RunCheck(const CheckOptions& options);
 
 /// Checks inputs before they are printed, with a summary on standard error. What comes from standard input
 /// is put back there, to be read again.
+/// @param ignored  kinds of findings that do not count
 /// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
-int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options);
+int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
+                        const std::set<FindingCode>& ignored);

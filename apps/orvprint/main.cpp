@@ -60,14 +60,22 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
 }
 
-/// The kinds of findings that --ignore names. @return false with the name that is none
-bool ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kinds, std::string& wrong) {
+CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
+    return command.add_option("--ignore", names, "Leave out findings of this kind (repeatable)")
+        ->option_text("CODE")
+        ->take_all()
+        ->allow_extra_args(false);
+}
+
+/// The kinds of findings that --ignore names. @return an exit code; a failure was reported
+int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kinds) {
     for (const std::string& name : names) {
         const FindingKind* kind = FindFindingKind(name);
-        if (!kind) return wrong = name, false;
+        if (!kind)
+            return Report(kExitUsage, "--ignore " + name, "is no kind of findings; docs/check.md lists them");
         kinds.insert(kind->code);
     }
-    return true;
+    return kExitDone;
 }
 
 void AddFragmentOptions(CLI::App& command, ReadOptions& options) {
@@ -114,6 +122,8 @@ int Run(int argc, char** argv) {
         ->option_text("N [90]");
     app.add_flag("--strict", print.strict,
                  "Print nothing when the check finds something; see orvprint check");
+    std::vector<std::string> ignoredKinds;
+    AddIgnoreOption(app, ignoredKinds)->needs("--strict");
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
     BatchOptions batch;
@@ -139,17 +149,14 @@ int Run(int argc, char** argv) {
     AddReadOptions(*inspect, inspectOptions);
 
     CheckOptions check;
-    std::vector<std::string> ignoredKinds;
+    std::vector<std::string> kindsNotChecked;
     CLI::App* checking = app.add_subcommand("check", "Tell what of drawings will not print as expected");
     checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
     checking->add_flag("--json", check.asJson, "As JSON");
     checking->add_flag("--verbose", check.verbose, "List all findings, not only the first of each kind");
-    checking->add_option("--ignore", ignoredKinds, "Leave out findings of this kind (repeatable)")
-        ->option_text("CODE")
-        ->take_all()
-        ->allow_extra_args(false);
+    AddIgnoreOption(*checking, kindsNotChecked);
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
                        "The input is an XML document with svg elements inside (as are all .qvxml files)");
@@ -173,10 +180,7 @@ int Run(int argc, char** argv) {
         return RunInspect(inspectInput, inspectOptions);
     }
     if (checking->parsed()) {
-        std::string wrong;
-        if (!ParseKinds(ignoredKinds, check.ignored, wrong))
-            return Report(kExitUsage, "--ignore " + wrong,
-                          "is no kind of findings; docs/check.md lists them");
+        if (const int code = ParseKinds(kindsNotChecked, check.ignored); code != kExitDone) return code;
         return RunCheck(check);
     }
     if (formats->parsed()) return RunFormats();
@@ -189,6 +193,7 @@ int Run(int argc, char** argv) {
     std::string error;
     if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
+    if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     ApplyReadOptions(print.read);
     if (batch.folder.empty()) return RunPrint(print);
     batch.keepGoing = print.read.keepGoing;

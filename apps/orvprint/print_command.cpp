@@ -196,7 +196,8 @@ int RunPrint(const PrintOptions& options) {
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;
     if (options.strict)
-        if (const int code = CheckBeforePrinting(options.inputs, options.read); code != kExitDone)
+        if (const int code = CheckBeforePrinting(options.inputs, options.read, options.ignored);
+            code != kExitDone)
             return code;
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;

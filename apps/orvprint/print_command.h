@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "apps/orvprint/check/findings.h"
 #include "apps/orvprint/drawings.h"
 #include "apps/orvprint/page_selection.h"
 
@@ -15,6 +17,7 @@ struct PrintOptions {
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
     bool strict = false;              ///< print only what the check finds nothing in
+    std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     double dotsPerInch = 90.0;
 };
 

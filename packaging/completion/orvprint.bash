@@ -20,7 +20,7 @@ _orvprint() {
         info | inspect | check | formats) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --version
+        print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;

@@ -151,6 +151,17 @@ TEST_F(CheckTest, StrictPrintsNothingElse) {
     EXPECT_EQ(Run({"good.svg", "bad.svg", "-o", "all.pdf"}).exitCode, 0);
 }
 
+TEST_F(CheckTest, StrictLeavesOutWhatIsIgnored) {
+    const std::vector<std::string> strict{"--strict", "bad.svg", "-o", "bad.pdf", "--ignore", "unknown-unit"};
+    EXPECT_EQ(Run(strict).exitCode, 1);
+    std::vector<std::string> lenient = strict;
+    lenient.insert(lenient.end(), {"--ignore", "unknown-attribute"});
+    EXPECT_EQ(Run(lenient).exitCode, 0);
+    EXPECT_TRUE(Exists("bad.pdf"));
+    EXPECT_EQ(Run({"bad.svg", "-o", "x.pdf", "--ignore", "unknown-unit"}).exitCode, 2);
+    EXPECT_EQ(Run({"--strict", "bad.svg", "-o", "x.pdf", "--ignore", "unknown"}).exitCode, 2);
+}
+
 TEST_F(CheckTest, StrictReadsStandardInputTwice) {
     const ToolRun file = Run({"--strict", "-", "-o", "file.pdf"}, ReadFile("good.svg"));
     EXPECT_EQ(file.exitCode, 0) << file.errors;
