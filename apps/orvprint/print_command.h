@@ -16,6 +16,7 @@ struct PrintOptions {
     PageSelection pages;              ///< counted through all inputs
     bool strict = false;              ///< print only what the check finds nothing in
     double dotsPerInch = 90.0;
+    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
