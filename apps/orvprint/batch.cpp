@@ -204,6 +204,9 @@ private:
         options.inputs = {input};
         options.output = staging_.PathOf(slot) / fs::path(outputs_[job]).filename();
         options.outputName = outputs_[job];
+        // The workers share the processors.
+        const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
+        options.threads = static_cast<unsigned int>(std::max<std::size_t>(processors / slots_.size(), 1));
         options.read.keepGoing = false;  // a broken document is a failure among others
         try {
             return RunPrint(options);

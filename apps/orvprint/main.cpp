@@ -33,10 +33,9 @@ constexpr const char* kDescription =
     "  orvprint info drawing.svg\n";
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable, 4 not "
-    "well-formed XML, 5 no page,\n"
-    "6 no such page, 7 unknown format, 8 output not writable, 9 printing failed or limit reached,\n"
-    "10 interpreter module missing, 11 some inputs of a batch failed.\n"
+    "Exit codes: 0 done, 1 something found (check, --strict), 2 command line, 3 input unreadable,\n"
+    "4 not well-formed XML, 5 no page, 6 no such page, 7 unknown format, 8 output not writable,\n"
+    "9 printing failed or limit reached, 10 interpreter module missing, 11 some inputs of a batch failed.\n"
     "More in the manual: man orvprint.\n";
 
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
@@ -159,7 +158,7 @@ int Run(int argc, char** argv) {
     AddIgnoreOption(*checking, kindsNotChecked);
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
-                       "The input is an XML document with svg elements inside (as are all .qvxml files)");
+                       "Input is an XML document with drawings inside, as .qvxml files are");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
     PrepareHelp(app);
 

@@ -159,6 +159,7 @@ private:
         ORVFormatOptions formatOptions;
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
+        formatOptions.threads = options_.threads;
         generator_ = format_.create(*output_, formatOptions);
         sequence_.emplace(generator_->Get(), isWhole ? static_cast<unsigned int>(pageCount) : 0);
         return kExitDone;

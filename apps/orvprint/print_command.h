@@ -19,6 +19,7 @@ struct PrintOptions {
     bool strict = false;              ///< print only what the check finds nothing in
     std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     double dotsPerInch = 90.0;
+    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went

@@ -177,6 +177,11 @@ TEST_F(BatchTest, OutputsNeverReplaceInputs) {
     EXPECT_EQ(run.errors, "orvprint: out/b.pdf: is an input; choose another folder\n");
     EXPECT_THAT(FilesIn("out"), ElementsAre("b.pdf"));
 
+    // Where input and output are of one format.
+    const ToolRun same = Run({"a.svg", "b.svg", "--out-dir", ".", "-f", "svg"});
+    EXPECT_EQ(same.exitCode, 8);
+    EXPECT_EQ(same.errors, "orvprint: ./a.svg: is an input; choose another folder\n");
+
     // A name that shows only when the pages are counted.
     fs::create_hard_link(Folder() / "a.svg", Folder() / "out/two-2.png");
     const ToolRun numbered =
@@ -213,6 +218,18 @@ TEST_F(BatchTest, GoesOnWhenAsked) {
         EXPECT_THAT(FilesIn("out"), ElementsAre("a.pdf", "b.pdf")) << "nothing of a broken document";
         fs::remove_all(Folder() / "out");
     }
+}
+
+TEST_F(BatchTest, StrictnessIsAFailureOfTheInputAtFault) {
+    WriteFile("odd.svg", SmallDrawing("<rect width='9' height='9' fill='no-colour'/>"));
+    const std::vector<std::string> arguments{"odd.svg", "a.svg", "--out-dir", "out", "-f", "pdf", "--strict"};
+    EXPECT_EQ(Run(arguments).exitCode, 1);
+    std::vector<std::string> goingOn = arguments;
+    goingOn.push_back("--keep-going");
+    const ToolRun run = Run(goingOn);
+    EXPECT_EQ(run.exitCode, 11);
+    EXPECT_THAT(run.errors, HasSubstr("1 of 2 converted, 1 failed"));
+    EXPECT_THAT(FilesIn("out"), ElementsAre("a.pdf"));
 }
 
 TEST_F(BatchTest, InputThatIsMissingIsToldBeforeAnythingIsDone) {

@@ -152,7 +152,11 @@ TEST_F(PackedInputTest, PrintsAsThePlainOneDoes) {
     EXPECT_EQ(Run({"-", "-f", "png", "-o", "-"}, ReadFile("a.svgz")).output, ReadFile("plain.png"));
 }
 
-TEST_F(PackedInputTest, InfoAndInspectReadThemToo) {
+TEST_F(PackedInputTest, InfoCheckAndInspectReadThemToo) {
+    const ToolRun check = Run({"check", "a.svgz"});
+    EXPECT_EQ(check.exitCode, 0) << check.output << check.errors;
+    WriteFile("odd.svgz", Gzip("\n\n<svg width='9' height='9'><circle r='9' fill='no-colour'/></svg>"));
+    EXPECT_THAT(Run({"check", "odd.svgz"}).output, HasSubstr("odd.svgz:3:")) << "lines of what was packed";
     EXPECT_THAT(Run({"info", "a.svgz"}).output, HasSubstr("a.svgz: 1 page"));
     EXPECT_THAT(Run({"info", "-"}, ReadFile("a.svgz")).output, HasSubstr("1 page"));
     EXPECT_THAT(Run({"info", "r.qvxml.gz"}).output, HasSubstr("2 pages"));
@@ -185,7 +189,7 @@ TEST_F(PackedInputTest, PicturesBesideThePackedFileAreFound) {
 }
 
 TEST_F(PackedInputTest, DamagedOnesAreUnreadable) {
-    for (const char* command : {"info", "inspect"}) {
+    for (const char* command : {"info", "inspect", "check"}) {
         const ToolRun run = Run({command, "cut.svgz"});
         EXPECT_EQ(run.exitCode, 3);
         EXPECT_EQ(run.errors, "orvprint: cut.svgz: is cut off: its gzip data ends too early\n");
