@@ -40,73 +40,90 @@ constexpr std::uint8_t kDitherOrder[8][8] = {
 /// Paints with one colour on red, green and blue.
 class BandRenderer::SolidColourPaint {
 public:
+    /// Paints on one row.
+    struct Brush {
+        std::uint8_t* row;
+        const std::uint8_t* block;  // the colour, over and over
+        unsigned int red, green, blue, opacity;
+
+        void Pixel(int x, unsigned int alpha) const {
+            std::uint8_t* pixel = row + static_cast<std::size_t>(x) * 3;
+            if (opacity != 255) alpha = DivideBy255(alpha * opacity);
+            if (alpha == 255) {
+                pixel[0] = static_cast<std::uint8_t>(red);
+                pixel[1] = static_cast<std::uint8_t>(green);
+                pixel[2] = static_cast<std::uint8_t>(blue);
+            } else {
+                Blend(pixel[0], red, alpha);
+                Blend(pixel[1], green, alpha);
+                Blend(pixel[2], blue, alpha);
+            }
+        }
+        void Span(int begin, int end, unsigned int alpha) const {
+            if (alpha != 255 || opacity != 255) {
+                for (int x = begin; x < end; ++x) Pixel(x, alpha);
+                return;
+            }
+            std::uint8_t* to = row + static_cast<std::size_t>(begin) * 3;
+            auto bytes = static_cast<std::size_t>(end - begin) * 3;
+            for (; bytes >= kBlockBytes; bytes -= kBlockBytes, to += kBlockBytes)
+                std::memcpy(to, block, kBlockBytes);
+            std::memcpy(to, block, bytes);
+        }
+    };
+
     SolidColourPaint(BandRenderer& renderer, const ORVPrintColour& colour)
         : renderer_(renderer), colour_(colour) {
-        for (std::size_t i = 0; i < sizeof(block_); i += 3) {
+        for (std::size_t i = 0; i < kBlockBytes; i += 3) {
             block_[i] = colour.red;
             block_[i + 1] = colour.green;
             block_[i + 2] = colour.blue;
         }
     }
-    void BeginRow(int row) { row_ = renderer_.BeginRow(row); }
+    Brush BeginRow(int row) {
+        return {renderer_.BeginRow(row), block_, colour_.red, colour_.green, colour_.blue, colour_.opacity};
+    }
     void EndRow() {}
-    void Pixel(int x, unsigned int alpha) {
-        std::uint8_t* pixel = row_ + static_cast<std::size_t>(x) * 3;
-        if (colour_.opacity != 255) alpha = DivideBy255(alpha * colour_.opacity);
-        if (alpha == 255) {
-            pixel[0] = colour_.red;
-            pixel[1] = colour_.green;
-            pixel[2] = colour_.blue;
-        } else {
-            Blend(pixel[0], colour_.red, alpha);
-            Blend(pixel[1], colour_.green, alpha);
-            Blend(pixel[2], colour_.blue, alpha);
-        }
-    }
-    void Span(int begin, int end, unsigned int alpha) {
-        if (alpha != 255 || colour_.opacity != 255) {
-            for (int x = begin; x < end; ++x) Pixel(x, alpha);
-            return;
-        }
-        std::uint8_t* to = row_ + static_cast<std::size_t>(begin) * 3;
-        auto bytes = static_cast<std::size_t>(end - begin) * 3;
-        for (; bytes >= sizeof(block_); bytes -= sizeof(block_), to += sizeof(block_))
-            std::memcpy(to, block_, sizeof(block_));
-        std::memcpy(to, block_, bytes);
-    }
 
 private:
+    static constexpr std::size_t kBlockBytes = 96;
+
     BandRenderer& renderer_;
     const ORVPrintColour colour_;
-    std::uint8_t* row_ = nullptr;
-    std::uint8_t block_[96];
+    std::uint8_t block_[kBlockBytes];
 };
 
 /// Paints with one grey.
 class BandRenderer::SolidGreyPaint {
 public:
+    /// Paints on one row.
+    struct Brush {
+        std::uint8_t* row;
+        unsigned int grey, opacity;
+
+        void Pixel(int x, unsigned int alpha) const {
+            if (opacity != 255) alpha = DivideBy255(alpha * opacity);
+            Blend(row[x], grey, alpha);
+        }
+        void Span(int begin, int end, unsigned int alpha) const {
+            if (alpha == 255 && opacity == 255)
+                std::memset(row + begin, static_cast<int>(grey), static_cast<std::size_t>(end - begin));
+            else
+                for (int x = begin; x < end; ++x) Pixel(x, alpha);
+        }
+    };
+
     SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
         : renderer_(renderer),
           grey_(GreyOf(colour.red, colour.green, colour.blue)),
           opacity_(colour.opacity) {}
-    void BeginRow(int row) { row_ = renderer_.BeginRow(row); }
+    Brush BeginRow(int row) { return {renderer_.BeginRow(row), grey_, opacity_}; }
     void EndRow() {}
-    void Pixel(int x, unsigned int alpha) {
-        if (opacity_ != 255) alpha = DivideBy255(alpha * opacity_);
-        Blend(row_[x], grey_, alpha);
-    }
-    void Span(int begin, int end, unsigned int alpha) {
-        if (alpha == 255 && opacity_ == 255)
-            std::memset(row_ + begin, grey_, static_cast<std::size_t>(end - begin));
-        else
-            for (int x = begin; x < end; ++x) Pixel(x, alpha);
-    }
 
 private:
     BandRenderer& renderer_;
     const std::uint8_t grey_;
     const unsigned int opacity_;
-    std::uint8_t* row_ = nullptr;
 };
 
 /// Collects a row's coverage before it is painted: for pictures and for what is cut off.
@@ -117,10 +134,11 @@ public:
         renderer.alphas_.resize(static_cast<std::size_t>(renderer.width_) + kRowPadding, 0);
         alphas_ = renderer.alphas_.data();
     }
-    void BeginRow(int row) {
+    AlphaPaint& BeginRow(int row) {
         row_ = row;
         begin_ = renderer_.width_;
         end_ = 0;
+        return *this;
     }
     void Pixel(int x, unsigned int alpha) {
         alphas_[x] = static_cast<std::uint8_t>(alpha);
@@ -471,9 +489,10 @@ void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeomet
     struct MaskPaint {
         BandRenderer& renderer;
         std::uint8_t* row = nullptr;
-        void BeginRow(int y) {
+        MaskPaint& BeginRow(int y) {
             row = renderer.mask_.data() + static_cast<std::size_t>(y - renderer.firstRow_) *
                                               static_cast<std::size_t>(renderer.width_);
+            return *this;
         }
         void EndRow() {}
         void Pixel(int x, unsigned int alpha) {

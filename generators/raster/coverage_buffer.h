@@ -45,15 +45,16 @@ public:
     }
 
     /// Hands the coverage of all rows that have any to `paint`, top down, and clears the buffer.
-    /// Paint has BeginRow(row), Pixel(x, alpha), Span(xBegin, xEnd, alpha), EndRow(); alphas are 1 to 255, x
-    /// ascends. Pixel may be called for up to seven pixels right of the page.
+    /// Paint has BeginRow(row) and EndRow(). BeginRow gives a brush, which has Pixel(x, alpha) and
+    /// Span(xBegin, xEnd, alpha); alphas are 1 to 255, x ascends. Pixel may be called for up to seven pixels
+    /// right of the page. A brush that is a value of its own can be kept in registers.
     template <CoverageRule kRule, class Paint>
     void Sweep(Paint& paint) {
         for (int row = firstTouched_; row <= lastTouched_; ++row) {
             RowState& state = rows_[static_cast<std::size_t>(row - firstRow_)];
             if (state.firstWord > state.lastWord) continue;
-            paint.BeginRow(row);
-            SweepRow<kRule>(row, state, paint);
+            auto&& brush = paint.BeginRow(row);
+            SweepRow<kRule>(row, state, brush);
             paint.EndRow();
             state = RowState();
         }
@@ -92,8 +93,8 @@ private:
         return (area * 255 + kFull / 2) >> 17U;
     }
 
-    template <CoverageRule kRule, class Paint>
-    void SweepRow(int row, const RowState& state, Paint& paint) {
+    template <CoverageRule kRule, class Brush>
+    void SweepRow(int row, const RowState& state, Brush& brush) {
         const auto index = static_cast<std::size_t>(row - firstRow_);
         std::uint32_t* cells = cells_.data() + index * cellStride_;
         std::uint64_t* words = words_.data() + index * wordStride_;
@@ -109,11 +110,11 @@ private:
                 const int gap = std::countr_zero(bits);
                 const int length = std::countr_one(bits >> static_cast<unsigned int>(gap));
                 const int begin = blockX + (gap << kBlockShift), end = begin + (length << kBlockShift);
-                if (alpha != 0 && begin > x) paint.Span(x, begin, alpha);
+                if (alpha != 0 && begin > x) brush.Span(x, begin, alpha);
                 for (int i = begin; i < end; ++i) {
                     sum += cells[i];
                     cells[i] = 0;
-                    if (const unsigned int here = Alpha<kRule>(sum); here != 0) paint.Pixel(i, here);
+                    if (const unsigned int here = Alpha<kRule>(sum); here != 0) brush.Pixel(i, here);
                 }
                 x = end;
                 alpha = Alpha<kRule>(sum);
@@ -122,7 +123,7 @@ private:
                                    << static_cast<unsigned int>(gap + length);
             }
         }
-        if (alpha != 0 && x < width_) paint.Span(x, width_, alpha);
+        if (alpha != 0 && x < width_) brush.Span(x, width_, alpha);
     }
 
     void AddDownward(FixedPoint from, FixedPoint to, int sign);

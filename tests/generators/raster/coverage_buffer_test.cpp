@@ -19,7 +19,10 @@ using Polygon = std::vector<Corner>;
 struct Alphas {
     std::map<std::pair<int, int>, unsigned int> values;
     int row = 0, width = 0;
-    void BeginRow(int y) { row = y; }
+    Alphas& BeginRow(int y) {
+        row = y;
+        return *this;
+    }
     void EndRow() {}
     void Pixel(int x, unsigned int alpha) {
         if (x < width) values[{x, row}] = alpha;
@@ -147,6 +150,7 @@ TEST(CoverageBufferTest, WideRowsAreSparse) {
     // Two slivers far apart: what lies between comes as one span.
     struct Counting : Alphas {
         int pixels = 0, spans = 0;
+        Counting& BeginRow(int) { return *this; }
         void Pixel(int, unsigned int) { ++pixels; }
         void Span(int, int, unsigned int) { ++spans; }
     };
