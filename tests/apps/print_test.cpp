@@ -54,6 +54,19 @@ TEST_F(PrintTest, PrintsPdf) {
     EXPECT_THAT(PdfInfo("a.pdf"), HasSubstr("First"));
 }
 
+TEST_F(PrintTest, StatesWhenTheNewestInputWasChanged) {
+    EXPECT_EQ(RunProgram({"touch", "-d", "2001-09-09T01:46:40Z", "two.svg"}).exitCode, 0);
+    EXPECT_EQ(RunProgram({"touch", "-d", "1999-01-01T00:00:00Z", "a.svg"}).exitCode, 0);
+    for (const char* name : {"one.pdf", "again.pdf"})
+        EXPECT_EQ(Run({"a.svg", "two.svg", "-o", name}).exitCode, 0);
+    EXPECT_THAT(RunProgram({"env", "TZ=UTC", "pdfinfo", "-isodates", "one.pdf"}).output,
+                HasSubstr("CreationDate:    2001-09-09T01:46:40Z"));
+    EXPECT_TRUE(ReadFile("one.pdf") == ReadFile("again.pdf"));
+    // Of what is piped in, nothing is known.
+    WriteFile("piped.pdf", Run({"-", "-f", "pdf", "-o", "-"}, SmallDrawing("")).output);
+    EXPECT_THAT(RunProgram({"pdfinfo", "piped.pdf"}).output, testing::Not(HasSubstr("Date")));
+}
+
 TEST_F(PrintTest, PrintsPngAtTheResolutionAskedFor) {
     EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", "180"}).exitCode, 0);
     const std::string png = ReadFile("a.png");

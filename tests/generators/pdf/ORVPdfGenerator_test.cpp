@@ -67,11 +67,11 @@ public:
     const std::string& Bytes() const { return output_.GetBytes(); }
     /// The only page as pixels, a user unit wide each.
     std::string Pixels() const { return CommandResult("pdftoppm -r 90 " + path_).text; }
-    /// The only image, as it comes out of the document.
-    ORVRef<ORVPixelImage> ExtractImage() const {
+    /// An image or mask as it comes out of the document.
+    ORVRef<ORVPixelImage> ExtractImage(int number = 0) const {
         const std::string root = folder_.PathOf("image");
         EXPECT_EQ(CommandResult("pdfimages -png " + path_ + " " + root).status, 0);
-        std::ifstream file(root + "-000.png", std::ios::binary);
+        std::ifstream file(root + "-00" + std::to_string(number) + ".png", std::ios::binary);
         const std::string png((std::istreambuf_iterator<char>(file)), {});
         return ORVRef<ORVPixelImage>(ReadMemoryPNGPixelImage(png.data(), png.size(), 0));
     }
@@ -462,7 +462,7 @@ struct ImageCase {
 };
 class PdfImageTest : public testing::TestWithParam<ImageCase> {};
 TEST_P(PdfImageTest, TakesTheFewestBitsThatKeepThePixels) {
-    constexpr int kWidth = 35, kHeight = 30;
+    constexpr int kWidth = 37, kHeight = 29;
     std::vector<std::uint8_t> pixels;
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x)
@@ -477,21 +477,20 @@ TEST_P(PdfImageTest, TakesTheFewestBitsThatKeepThePixels) {
     std::string list = document.Run("pdfimages -list");
     list.erase(std::unique(list.begin(), list.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
                list.end());
-    EXPECT_THAT(list, HasSubstr(std::string("image 35 30 ") + GetParam().listed + " image"));
+    EXPECT_THAT(list, HasSubstr(std::string("image 37 29 ") + GetParam().listed + " image"));
     if (*GetParam().mask == '\0')
         EXPECT_THAT(list, Not(HasSubstr("smask")));
     else
-        EXPECT_THAT(list, HasSubstr(std::string("smask 35 30 ") + GetParam().mask + " image"));
-    const std::string page = document.Pixels();
-    ASSERT_GE(page.size(), pixels.size() / 4 * 3);
-    const auto* got =
-        reinterpret_cast<const unsigned char*>(page.data() + page.size() - pixels.size() / 4 * 3);
-    for (std::size_t i = 0; i < pixels.size() / 4; ++i)
-        for (std::size_t part = 0; part < 3; ++part) {
-            const int opacity = pixels[4 * i + 3];
-            const int onWhite = (pixels[4 * i + part] * opacity + 255 * (255 - opacity)) / 255;
-            ASSERT_NEAR(int{got[3 * i + part]}, onWhite, 1) << "pixel " << i;
-        }
+        EXPECT_THAT(list, HasSubstr(std::string("smask 37 29 ") + GetParam().mask + " image"));
+    for (const std::size_t part : {0U, 1U, 2U, 3U}) {
+        if (part == 3 && *GetParam().mask == '\0') continue;
+        const auto extracted = document.ExtractImage(part == 3 ? 1 : 0);
+        ASSERT_TRUE(extracted);
+        const auto got = extracted->GetPixels();
+        ASSERT_EQ(got.size(), pixels.size());
+        for (std::size_t i = 0; i < got.size(); i += 4)
+            ASSERT_EQ(int{got[i + part % 3]}, int{pixels[i + part]}) << "byte " << i + part;
+    }
 }
 std::uint8_t Byte(int value) { return static_cast<std::uint8_t>(value); }
 INSTANTIATE_TEST_SUITE_P(
@@ -523,11 +522,11 @@ INSTANTIATE_TEST_SUITE_P(
                       return std::array{Byte(x % 3 * 7), Byte(x % 3 * 7), Byte(x % 3 * 7), Byte(255)};
                   },
                   "index 1 2", ""},
-        ImageCase{"TwoColours",
+        ImageCase{"ThreeColours",
                   [](int x, int y) {
-                      return std::array{Byte((x + y) % 2 * 200), Byte(40), Byte(13), Byte(255)};
+                      return std::array{Byte((x + y) % 3 * 90), Byte(40), Byte(13), Byte(255)};
                   },
-                  "index 1 1", ""},
+                  "index 1 2", ""},
         ImageCase{"TwoHundredColours",
                   [](int x, int y) {
                       return std::array{Byte((x + y * 37) % 200), Byte(92), Byte(13), Byte(255)};
@@ -545,10 +544,27 @@ INSTANTIATE_TEST_SUITE_P(
                   "rgb 3 8", "gray 1 1"},
         ImageCase{"FadedOut",
                   [](int x, int y) {
-                      return std::array{Byte(9), Byte(40), Byte(9), Byte(x * 6 + y % 2)};
+                      return std::array{Byte(x), Byte(y * 8), Byte(9), Byte(x * 6 + y % 2)};
                   },
-                  "index 1 1", "gray 1 8"}),
+                  "rgb 3 8", "gray 1 8"}),
     [](const auto& row) { return row.param.name; });
+
+TEST(ORVPdfGeneratorTest, TwoColoursTakeOneBit) {
+    const std::uint8_t pixels[]{200, 40, 13, 255, 7, 99, 180, 255};
+    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(2, 1, pixels));
+    PdfDocument document;
+    document.BeginPage(90.0, 90.0);
+    EXPECT_EQ(document.Get().DrawImage({*image, {90.0, 0.0, 0.0, 90.0, 0.0, 0.0}}), 1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_THAT(document.Plain(), HasSubstr("/BitsPerComponent 1"));
+    EXPECT_THAT(document.Plain(), HasSubstr("/Indexed"));
+    const std::string page = document.Pixels();
+    ASSERT_GE(page.size(), 90U * 90U * 3U);
+    const std::string row = page.substr(page.size() - 270);
+    EXPECT_EQ(row.substr(0, 3), "\xC8\x28\x0D");
+    EXPECT_EQ(row.substr(267), "\x07\x63\xB4");
+}
 
 TEST(ORVPdfGeneratorTest, ImagesOfEqualContentAreHeldOnce) {
     const auto first = PlainImage(3, 3, {1, 2, 3}), second = PlainImage(3, 3, {1, 2, 3}),
