@@ -161,7 +161,9 @@ struct ORVSvgGenerator::State {
     void AddTextPiece(const ORVPrintText& text, const SvgTextPiece& piece, double spacing);
     void DrawText(const ORVPrintText& text);
     void BeginClip(std::string_view outline);
-    void PutUse(std::string_view id, const ORVMathAffine2D& map);
+    void PutUse(std::string_view id, std::string_view attributes, const ORVMathAffine2D& map);
+    void BeginInline(const ORVMathAffine2D& map);
+    void LetRecordGo();
     void ForgetDefinitions();
     const std::string& FindImage(const ORVPixelImage& image);
     std::string FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage);
@@ -184,12 +186,15 @@ struct ORVSvgGenerator::State {
         double limit = kLeastLimit;  // of coordinates
         double scale = 1.0;          // page units in one of its own
         ORVMathAffine2D toOuter;
-        std::string id;  // of the symbol
+        const void* key = nullptr;  // of the symbol
+        bool isRecorded = false;
     };
     std::vector<Space> spaces;
     struct Symbol {
-        std::string id;
-        double scale;
+        std::string id;     // empty when it is not written once
+        std::string style;  // of what is in it
+        double scale = 0.0;
+        std::size_t depth = 0;
     };
     std::unordered_map<const void*, Symbol> symbols;
     struct Image {
@@ -306,6 +311,7 @@ void ORVSvgGenerator::State::ForgetDefinitions() {
     };
     std::erase_if(patterns, isOver);
     std::erase_if(images, [&](const auto& entry) { return isOver(entry.second); });
+    std::erase_if(symbols, [&](const auto& entry) { return entry.second.depth > open.size(); });
 }
 
 int ORVSvgGenerator::EndGroup() {
@@ -360,15 +366,34 @@ int ORVSvgGenerator::EndClip() {
     return state.Check();
 }
 
-void ORVSvgGenerator::State::PutUse(std::string_view id, const ORVMathAffine2D& map) {
+void ORVSvgGenerator::State::PutUse(std::string_view id, std::string_view attributes,
+                                    const ORVMathAffine2D& map) {
     rest = "<use xlink:href=\"#";
     rest += id;
     rest += '"';
+    rest += attributes;
     AppendSvgTransform(rest, map, spaces.back().places);
     rest += "/>\n";
     writer->Put(rest);
 }
 
+void ORVSvgGenerator::State::BeginInline(const ORVMathAffine2D& map) {
+    std::string text = "<g";
+    AppendSvgTransform(text, map, kMostPlaces);
+    writer->Put(text + ">\n");
+}
+
+/// What is held back of a symbol has become too much: it is written where it stands.
+void ORVSvgGenerator::State::LetRecordGo() {
+    const SvgWriter::Record record = writer->EndRecording();
+    spaces.back().isRecorded = false;
+    BeginInline(spaces.back().toOuter);
+    writer->Put(record.styled);
+}
+
+// Some readers, orvprint among them, paint all that a use element places with the paint of that element. So
+// only what has one style is written once, and each use states the style; of other symbols every place has
+// its own.
 int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     State& state = *state_;
     if (!state.writer || !IsDrawable(symbol.toPage) || IsFlat(symbol.toPage)) return kNoSymbols;
@@ -378,28 +403,53 @@ int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     // The digits of a symbol that was written for a much smaller place do not suffice.
     constexpr double kLargestGrowth = 8.0;
     const auto known = state.symbols.find(symbol.key);
-    if (known != state.symbols.end() && scale <= kLargestGrowth * known->second.scale) {
-        state.PutUse(known->second.id, symbol.toPage);
+    const bool isKnown = known != state.symbols.end(), isShared = isKnown && !known->second.id.empty();
+    if (isShared && scale <= kLargestGrowth * known->second.scale) {
+        state.PutUse(known->second.id, known->second.style, symbol.toPage);
         return kSymbolKnown;
     }
     constexpr double kGreatestLimit = 1e9;
     const double reach = outer.limit + std::max(std::fabs(symbol.toPage.dx), std::fabs(symbol.toPage.dy));
     const double reduction = std::fabs(symbol.toPage.Determinant()) / enlargement;
-    State::Space space{PlacesFor(scale), std::min(reach / reduction, kGreatestLimit), scale, symbol.toPage,
-                       state.NewId('s', state.symbolCount)};
-    state.symbols[symbol.key] = {space.id, scale};
-    state.writer->Put("<defs><g id=\"" + space.id + "\">\n");
-    state.spaces.push_back(std::move(space));
+    State::Space space;
+    space.places = PlacesFor(scale);
+    space.limit = std::min(reach / reduction, kGreatestLimit);
+    space.scale = scale;
+    space.toOuter = symbol.toPage;
+    space.key = symbol.key;
+    // Within another symbol, and where it has turned out to have several styles, it is written as it stands.
+    space.isRecorded = !state.writer->IsRecording() && (!isKnown || isShared);
+    if (space.isRecorded)
+        state.writer->BeginRecording();
+    else
+        state.BeginInline(symbol.toPage);
+    state.spaces.push_back(space);
     return kDrawSymbol;
 }
 
 int ORVSvgGenerator::EndSymbol() {
     State& state = *state_;
     if (!state.writer || state.spaces.size() < 2) return kDrawingFailed;
-    const State::Space space = std::move(state.spaces.back());
+    if (state.spaces.back().isRecorded && state.writer->IsRecordFull()) state.LetRecordGo();
+    const State::Space space = state.spaces.back();
     state.spaces.pop_back();
-    state.writer->Put("</g></defs>\n");
-    state.PutUse(space.id, space.toOuter);
+    if (!space.isRecorded) {
+        state.symbols.try_emplace(space.key);
+        state.writer->Put("</g>\n");
+        return state.Check();
+    }
+    const SvgWriter::Record record = state.writer->EndRecording();
+    State::Symbol& symbol = state.symbols[space.key];
+    if (record.isUniform && !record.bare.empty()) {
+        symbol = {state.NewId('s', state.symbolCount), record.style, space.scale, state.open.size()};
+        state.writer->Put("<defs><g id=\"" + symbol.id + "\">\n" + record.bare + "</g></defs>\n");
+        state.PutUse(symbol.id, symbol.style, space.toOuter);
+    } else {
+        symbol = {};
+        state.BeginInline(space.toOuter);
+        state.writer->Put(record.styled);
+        state.writer->Put("</g>\n");
+    }
     return state.Check();
 }
 
@@ -504,6 +554,7 @@ void ORVSvgGenerator::State::DrawShape(const ORVPrintShape& shape) {
 int ORVSvgGenerator::DrawShape(const ORVPrintShape& shape) {
     if (!state_->writer) return kDrawingFailed;
     state_->DrawShape(shape);
+    if (state_->spaces.back().isRecorded && state_->writer->IsRecordFull()) state_->LetRecordGo();
     return state_->Check();
 }
 
@@ -603,8 +654,9 @@ int ORVSvgGenerator::DrawImage(const ORVPrintImage& image) {
         if (!(std::fabs(p.x) < limit) || !(std::fabs(p.y) < limit)) return kGeneratorDone;
     }
     const std::string id = state.FindImage(image.image);
-    state.PutUse(id, image.toPage * ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(),
-                                                             1.0 / image.image.GetHeight()));
+    state.PutUse(
+        id, {},
+        image.toPage * ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(), 1.0 / image.image.GetHeight()));
     return state.error.empty() ? state.Check() : kDrawingFailed;
 }
 
