@@ -164,7 +164,9 @@ struct ORVSvgGenerator::State {
     void PutUse(std::string_view id, std::string_view attributes, const ORVMathAffine2D& map);
     void BeginInline(const ORVMathAffine2D& map);
     void LetRecordGo();
-    void ForgetDefinitions();
+    void NoteDefinition(const void* key, const std::string& id);
+    void NoteImage(const ORVPixelImage& image, const std::string& id);
+    void LeaveElement();
     const std::string& FindImage(const ORVPixelImage& image);
     std::string FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage);
     void EndPage();
@@ -194,22 +196,27 @@ struct ORVSvgGenerator::State {
         std::string id;     // empty when it is not written once
         std::string style;  // of what is in it
         double scale = 0.0;
-        std::size_t depth = 0;
     };
     std::unordered_map<const void*, Symbol> symbols;
     struct Image {
         ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
         std::string id;
-        std::size_t depth = 0;  // open groups around its definition
     };
     std::unordered_map<const ORVPixelImage*, Image> images;
     struct Pattern {
         ORVRef<const ORVPixelImage> image;
         ORVMathAffine2D map;
         std::string id;
-        std::size_t depth = 0;
     };
-    std::vector<Pattern> patterns;
+    std::unordered_map<const ORVPixelImage*, std::vector<Pattern>> patterns;
+    /// What was defined within the open groups, the innermost last.
+    struct Definition {
+        std::size_t depth;  // groups around it
+        const void* key;    // image or symbol
+        std::string id;
+    };
+    std::vector<Definition> definitions;
+    std::size_t depth = 0;  // open groups that are elements
     unsigned int clipCount = 0, symbolCount = 0, imageCount = 0, patternCount = 0;
 
     ORVPrintPath fitted, fittedStroke;
@@ -289,6 +296,7 @@ void ORVSvgGenerator::State::BeginElement(const ORVPrintGroup& group) {
         open.push_back(Open::kNothing);
         return;
     }
+    ++depth;
     std::string text = (address.empty() ? "<g" : "<a") + attributes + ">\n";
     AppendElement(text, "desc", group.description);
     writer->Put(text);
@@ -301,22 +309,35 @@ int ORVSvgGenerator::BeginGroup(const ORVPrintGroup& group) {
     return state_->Check();
 }
 
-/// Some readers, orvprint among them, know what is defined in a group only until it ends. For small images
-/// the definition is repeated then; large ones stay single.
-void ORVSvgGenerator::State::ForgetDefinitions() {
-    constexpr int kSmall = 64 * 64;  // pixels
-    const auto isOver = [&](const auto& definition) {
-        return definition.depth > open.size() &&
-               std::int64_t{definition.image->GetWidth()} * definition.image->GetHeight() <= kSmall;
-    };
-    std::erase_if(patterns, isOver);
-    std::erase_if(images, [&](const auto& entry) { return isOver(entry.second); });
-    std::erase_if(symbols, [&](const auto& entry) { return entry.second.depth > open.size(); });
+/// Some readers, orvprint among them, know what is defined in a group only until it ends. Afterwards small
+/// images and symbols are defined again; large images stay single.
+void ORVSvgGenerator::State::NoteDefinition(const void* key, const std::string& id) {
+    if (depth > 0) definitions.push_back({depth, key, id});
+}
+
+void ORVSvgGenerator::State::NoteImage(const ORVPixelImage& image, const std::string& id) {
+    constexpr std::int64_t kSmall = 64 * 64;  // pixels
+    if (std::int64_t{image.GetWidth()} * image.GetHeight() <= kSmall) NoteDefinition(&image, id);
+}
+
+void ORVSvgGenerator::State::LeaveElement() {
+    --depth;
+    for (; !definitions.empty() && definitions.back().depth > depth; definitions.pop_back()) {
+        const auto& [at, key, id] = definitions.back();
+        const auto* image = static_cast<const ORVPixelImage*>(key);
+        if (const auto found = symbols.find(key); found != symbols.end() && found->second.id == id)
+            symbols.erase(found);
+        else if (const auto one = images.find(image); one != images.end() && one->second.id == id)
+            images.erase(one);
+        else if (const auto list = patterns.find(image); list != patterns.end())
+            std::erase_if(list->second, [&](const Pattern& pattern) { return pattern.id == id; });
+    }
 }
 
 int ORVSvgGenerator::EndGroup() {
     State& state = *state_;
     if (!state.writer || state.open.empty() || state.open.back() == State::Open::kClip) return kDrawingFailed;
+    if (state.open.back() != State::Open::kNothing) state.LeaveElement();
     switch (state.open.back()) {
         case State::Open::kGroup: state.writer->Put("</g>\n"); break;
         case State::Open::kLink:
@@ -326,7 +347,6 @@ int ORVSvgGenerator::EndGroup() {
         default: break;
     }
     state.open.pop_back();
-    state.ForgetDefinitions();
     return state.Check();
 }
 
@@ -354,6 +374,7 @@ int ORVSvgGenerator::BeginClip(const ORVMathBox2D& box) {
     AppendSvgPath(outline, path, {}, space.places);
     state.BeginClip(outline);
     state.open.push_back(State::Open::kClip);
+    ++state.depth;
     return state.Check();
 }
 
@@ -361,7 +382,7 @@ int ORVSvgGenerator::EndClip() {
     State& state = *state_;
     if (!state.writer || state.open.empty() || state.open.back() != State::Open::kClip) return kDrawingFailed;
     state.open.pop_back();
-    state.ForgetDefinitions();
+    state.LeaveElement();
     state.writer->Put("</g>\n");
     return state.Check();
 }
@@ -441,7 +462,8 @@ int ORVSvgGenerator::EndSymbol() {
     const SvgWriter::Record record = state.writer->EndRecording();
     State::Symbol& symbol = state.symbols[space.key];
     if (record.isUniform && !record.bare.empty()) {
-        symbol = {state.NewId('s', state.symbolCount), record.style, space.scale, state.open.size()};
+        symbol = {state.NewId('s', state.symbolCount), record.style, space.scale};
+        state.NoteDefinition(space.key, symbol.id);
         state.writer->Put("<defs><g id=\"" + symbol.id + "\">\n" + record.bare + "</g></defs>\n");
         state.PutUse(symbol.id, symbol.style, space.toOuter);
     } else {
@@ -458,11 +480,13 @@ std::string ORVSvgGenerator::State::FindPattern(const ORVPrintFill& fill,
     ORVMathAffine2D map;
     if (!IsDrawable(fill.patternToPage) || !InvertMap(elementToPage, map)) return {};
     map = map * fill.patternToPage;
-    for (const Pattern& pattern : patterns)
-        if (pattern.image.get() == fill.pattern && IsSameMap(pattern.map, map)) return pattern.id;
+    std::vector<Pattern>& list = patterns[fill.pattern];
+    for (const Pattern& pattern : list)
+        if (IsSameMap(pattern.map, map)) return pattern.id;
 
     const std::string id = NewId('p', patternCount);
-    patterns.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id, open.size()});
+    list.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id});
+    NoteImage(*fill.pattern, id);
     const std::string size = " width=\"" + std::to_string(fill.pattern->GetWidth()) + "\" height=\"" +
                              std::to_string(fill.pattern->GetHeight()) + "\"";
     std::string text = "<defs><pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"" + size;
@@ -632,7 +656,8 @@ int ORVSvgGenerator::DrawText(const ORVPrintText& text) {
 const std::string& ORVSvgGenerator::State::FindImage(const ORVPixelImage& image) {
     const auto [entry, isNew] = images.try_emplace(&image);
     if (!isNew) return entry->second.id;
-    entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId('i', imageCount), open.size()};
+    entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId('i', imageCount)};
+    NoteImage(image, entry->second.id);
     writer->Put("<defs><image id=\"" + entry->second.id + "\" width=\"" + std::to_string(image.GetWidth()) +
                 "\" height=\"" + std::to_string(image.GetHeight()) + "\" preserveAspectRatio=\"none\"");
     // Elsewhere, too, a photograph is drawn as its pixels lie, whatever it says about the camera.
@@ -671,6 +696,8 @@ void ORVSvgGenerator::State::EndPage() {
     symbols.clear();
     images.clear();
     patterns.clear();
+    definitions.clear();
+    depth = 0;
     clipCount = symbolCount = imageCount = patternCount = 0;
 }
 

@@ -309,6 +309,26 @@ TEST(ORVSvgGeneratorTest, SymbolsOfOneStyleAreWrittenOnce) {
               "<use xlink:href=\"#orv-s2\" transform=\"matrix(10 0 0 10 0 0)\"/>\n");
 }
 
+TEST(ORVSvgGeneratorTest, SymbolsOutliveGroupsThatAreNoElements) {
+    SvgPage page;
+    ORVSvgGenerator& generator = page.Get();
+    const int key = 0;
+    ORVPrintGroup group;
+    group.id = "same";
+    // The second group has nothing to say, since the identifier is given.
+    for (const int expected :
+         {ORVPrintGenerator::kDrawSymbol, ORVPrintGenerator::kDrawSymbol, ORVPrintGenerator::kSymbolKnown}) {
+        EXPECT_EQ(generator.BeginGroup(group), 1);
+        EXPECT_EQ(generator.BeginSymbol({&key, {}}), expected);
+        if (expected == ORVPrintGenerator::kDrawSymbol) {
+            EXPECT_EQ(FillRectangle(generator, 0, 0, 4, 4), 1);
+            EXPECT_EQ(generator.EndSymbol(), 1);
+        }
+        EXPECT_EQ(generator.EndGroup(), 1);
+    }
+    EXPECT_EQ(Count(page.Content(), "<defs>"), 2U);
+}
+
 // A reader may paint all that a use places alike.
 TEST(ORVSvgGeneratorTest, SymbolsOfSeveralStylesStandInEveryPlace) {
     SvgPage page;
