@@ -3,9 +3,12 @@
 #include <cairo-ps.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <ctime>
 #include <exception>
 #include <optional>
+#include <type_traits>
 
 #include "generators/cairo/ORVCairoCanvas.h"
 #include "generators/cairo/cairo_handles.h"
@@ -33,6 +36,15 @@ constexpr std::size_t kMostPictures = 256;
 double FallbackResolution(double asked, double width, double height) {
     const double wanted = std::clamp(asked, kLeastResolution, kGreatestResolution);
     return std::min(wanted, std::sqrt(kPicturePixels * 72.0 * 72.0 / (width * height)));
+}
+
+/// A time in seconds since 1970 as it stands in comments; empty when it has no date of four digits.
+std::string DateText(std::int64_t time) {
+    const auto seconds = static_cast<std::time_t>(time);
+    std::tm parts{};
+    std::array<char, 32> text;
+    if (!gmtime_r(&seconds, &parts) || parts.tm_year < -1900 || parts.tm_year > 8099) return {};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 
 bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
@@ -149,6 +161,7 @@ int ORVPostScriptGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     state_->documentTitle = info.title;
     state_->header.title = info.title;
     state_->header.encapsulated = state_->encapsulated;
+    if (state_->options.creationTime) state_->header.creationDate = DateText(*state_->options.creationTime);
     return kGeneratorDone;
 }
 

@@ -18,7 +18,9 @@ std::string DscText(std::string_view text) {
         if ((byte & 0xC0U) == 0x80U) continue;  // belongs to the character before it
         // The encoding that readers take is Latin-1: the first two bytes that begin a pair.
         const bool isLatin = (byte == 0xC2 || byte == 0xC3) && i + 1 < text.size();
-        if (isLatin) byte = static_cast<unsigned char>(byte << 6U | (text[i + 1] & 0x3FU));
+        if (isLatin)
+            byte = static_cast<unsigned char>((byte & 3U) << 6U |
+                                              (static_cast<unsigned char>(text[i + 1]) & 0x3FU));
         std::string piece;
         if (byte == '(' || byte == ')' || byte == '\\') {
             piece = {'\\', static_cast<char>(byte)};

@@ -161,8 +161,12 @@ struct ORVSvgGenerator::State {
     void AddTextPiece(const ORVPrintText& text, const SvgTextPiece& piece, double spacing);
     void DrawText(const ORVPrintText& text);
     void BeginClip(std::string_view outline);
-    void PutUse(std::string_view id, const ORVMathAffine2D& map);
-    void ForgetDefinitions();
+    void PutUse(std::string_view id, std::string_view attributes, const ORVMathAffine2D& map);
+    void BeginInline(const ORVMathAffine2D& map);
+    void LetRecordGo();
+    void NoteDefinition(const void* key, const std::string& id);
+    void NoteImage(const ORVPixelImage& image, const std::string& id);
+    void LeaveElement();
     const std::string& FindImage(const ORVPixelImage& image);
     std::string FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage);
     void EndPage();
@@ -184,27 +188,35 @@ struct ORVSvgGenerator::State {
         double limit = kLeastLimit;  // of coordinates
         double scale = 1.0;          // page units in one of its own
         ORVMathAffine2D toOuter;
-        std::string id;  // of the symbol
+        const void* key = nullptr;  // of the symbol
+        bool isRecorded = false;
     };
     std::vector<Space> spaces;
     struct Symbol {
-        std::string id;
-        double scale;
+        std::string id;     // empty when it is not written once
+        std::string style;  // of what is in it
+        double scale = 0.0;
     };
     std::unordered_map<const void*, Symbol> symbols;
     struct Image {
         ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
         std::string id;
-        std::size_t depth = 0;  // open groups around its definition
     };
     std::unordered_map<const ORVPixelImage*, Image> images;
     struct Pattern {
         ORVRef<const ORVPixelImage> image;
         ORVMathAffine2D map;
         std::string id;
-        std::size_t depth = 0;
     };
-    std::vector<Pattern> patterns;
+    std::unordered_map<const ORVPixelImage*, std::vector<Pattern>> patterns;
+    /// What was defined within the open groups, the innermost last.
+    struct Definition {
+        std::size_t depth;  // groups around it
+        const void* key;    // image or symbol
+        std::string id;
+    };
+    std::vector<Definition> definitions;
+    std::size_t depth = 0;  // open groups that are elements
     unsigned int clipCount = 0, symbolCount = 0, imageCount = 0, patternCount = 0;
 
     ORVPrintPath fitted, fittedStroke;
@@ -284,6 +296,7 @@ void ORVSvgGenerator::State::BeginElement(const ORVPrintGroup& group) {
         open.push_back(Open::kNothing);
         return;
     }
+    ++depth;
     std::string text = (address.empty() ? "<g" : "<a") + attributes + ">\n";
     AppendElement(text, "desc", group.description);
     writer->Put(text);
@@ -296,21 +309,35 @@ int ORVSvgGenerator::BeginGroup(const ORVPrintGroup& group) {
     return state_->Check();
 }
 
-/// Some readers, orvprint among them, know what is defined in a group only until it ends. For small images
-/// the definition is repeated then; large ones stay single.
-void ORVSvgGenerator::State::ForgetDefinitions() {
-    constexpr int kSmall = 64 * 64;  // pixels
-    const auto isOver = [&](const auto& definition) {
-        return definition.depth > open.size() &&
-               std::int64_t{definition.image->GetWidth()} * definition.image->GetHeight() <= kSmall;
-    };
-    std::erase_if(patterns, isOver);
-    std::erase_if(images, [&](const auto& entry) { return isOver(entry.second); });
+/// Some readers, orvprint among them, know what is defined in a group only until it ends. Afterwards small
+/// images and symbols are defined again; large images stay single.
+void ORVSvgGenerator::State::NoteDefinition(const void* key, const std::string& id) {
+    if (depth > 0) definitions.push_back({depth, key, id});
+}
+
+void ORVSvgGenerator::State::NoteImage(const ORVPixelImage& image, const std::string& id) {
+    constexpr std::int64_t kSmall = 64 * 64;  // pixels
+    if (std::int64_t{image.GetWidth()} * image.GetHeight() <= kSmall) NoteDefinition(&image, id);
+}
+
+void ORVSvgGenerator::State::LeaveElement() {
+    --depth;
+    for (; !definitions.empty() && definitions.back().depth > depth; definitions.pop_back()) {
+        const auto& [at, key, id] = definitions.back();
+        const auto* image = static_cast<const ORVPixelImage*>(key);
+        if (const auto found = symbols.find(key); found != symbols.end() && found->second.id == id)
+            symbols.erase(found);
+        else if (const auto one = images.find(image); one != images.end() && one->second.id == id)
+            images.erase(one);
+        else if (const auto list = patterns.find(image); list != patterns.end())
+            std::erase_if(list->second, [&](const Pattern& pattern) { return pattern.id == id; });
+    }
 }
 
 int ORVSvgGenerator::EndGroup() {
     State& state = *state_;
     if (!state.writer || state.open.empty() || state.open.back() == State::Open::kClip) return kDrawingFailed;
+    if (state.open.back() != State::Open::kNothing) state.LeaveElement();
     switch (state.open.back()) {
         case State::Open::kGroup: state.writer->Put("</g>\n"); break;
         case State::Open::kLink:
@@ -320,7 +347,6 @@ int ORVSvgGenerator::EndGroup() {
         default: break;
     }
     state.open.pop_back();
-    state.ForgetDefinitions();
     return state.Check();
 }
 
@@ -348,6 +374,7 @@ int ORVSvgGenerator::BeginClip(const ORVMathBox2D& box) {
     AppendSvgPath(outline, path, {}, space.places);
     state.BeginClip(outline);
     state.open.push_back(State::Open::kClip);
+    ++state.depth;
     return state.Check();
 }
 
@@ -355,20 +382,39 @@ int ORVSvgGenerator::EndClip() {
     State& state = *state_;
     if (!state.writer || state.open.empty() || state.open.back() != State::Open::kClip) return kDrawingFailed;
     state.open.pop_back();
-    state.ForgetDefinitions();
+    state.LeaveElement();
     state.writer->Put("</g>\n");
     return state.Check();
 }
 
-void ORVSvgGenerator::State::PutUse(std::string_view id, const ORVMathAffine2D& map) {
+void ORVSvgGenerator::State::PutUse(std::string_view id, std::string_view attributes,
+                                    const ORVMathAffine2D& map) {
     rest = "<use xlink:href=\"#";
     rest += id;
     rest += '"';
+    rest += attributes;
     AppendSvgTransform(rest, map, spaces.back().places);
     rest += "/>\n";
     writer->Put(rest);
 }
 
+void ORVSvgGenerator::State::BeginInline(const ORVMathAffine2D& map) {
+    std::string text = "<g";
+    AppendSvgTransform(text, map, kMostPlaces);
+    writer->Put(text + ">\n");
+}
+
+/// What is held back of a symbol has become too much: it is written where it stands.
+void ORVSvgGenerator::State::LetRecordGo() {
+    const SvgWriter::Record record = writer->EndRecording();
+    spaces.back().isRecorded = false;
+    BeginInline(spaces.back().toOuter);
+    writer->Put(record.styled);
+}
+
+// Some readers, orvprint among them, paint all that a use element places with the paint of that element. So
+// only what has one style is written once, and each use states the style; of other symbols every place has
+// its own.
 int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     State& state = *state_;
     if (!state.writer || !IsDrawable(symbol.toPage) || IsFlat(symbol.toPage)) return kNoSymbols;
@@ -378,28 +424,54 @@ int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     // The digits of a symbol that was written for a much smaller place do not suffice.
     constexpr double kLargestGrowth = 8.0;
     const auto known = state.symbols.find(symbol.key);
-    if (known != state.symbols.end() && scale <= kLargestGrowth * known->second.scale) {
-        state.PutUse(known->second.id, symbol.toPage);
+    const bool isKnown = known != state.symbols.end(), isShared = isKnown && !known->second.id.empty();
+    if (isShared && scale <= kLargestGrowth * known->second.scale) {
+        state.PutUse(known->second.id, known->second.style, symbol.toPage);
         return kSymbolKnown;
     }
     constexpr double kGreatestLimit = 1e9;
     const double reach = outer.limit + std::max(std::fabs(symbol.toPage.dx), std::fabs(symbol.toPage.dy));
     const double reduction = std::fabs(symbol.toPage.Determinant()) / enlargement;
-    State::Space space{PlacesFor(scale), std::min(reach / reduction, kGreatestLimit), scale, symbol.toPage,
-                       state.NewId('s', state.symbolCount)};
-    state.symbols[symbol.key] = {space.id, scale};
-    state.writer->Put("<defs><g id=\"" + space.id + "\">\n");
-    state.spaces.push_back(std::move(space));
+    State::Space space;
+    space.places = PlacesFor(scale);
+    space.limit = std::min(reach / reduction, kGreatestLimit);
+    space.scale = scale;
+    space.toOuter = symbol.toPage;
+    space.key = symbol.key;
+    // Within another symbol, and where it has turned out to have several styles, it is written as it stands.
+    space.isRecorded = !state.writer->IsRecording() && (!isKnown || isShared);
+    if (space.isRecorded)
+        state.writer->BeginRecording();
+    else
+        state.BeginInline(symbol.toPage);
+    state.spaces.push_back(space);
     return kDrawSymbol;
 }
 
 int ORVSvgGenerator::EndSymbol() {
     State& state = *state_;
     if (!state.writer || state.spaces.size() < 2) return kDrawingFailed;
-    const State::Space space = std::move(state.spaces.back());
+    if (state.spaces.back().isRecorded && state.writer->IsRecordFull()) state.LetRecordGo();
+    const State::Space space = state.spaces.back();
     state.spaces.pop_back();
-    state.writer->Put("</g></defs>\n");
-    state.PutUse(space.id, space.toOuter);
+    if (!space.isRecorded) {
+        state.symbols.try_emplace(space.key);
+        state.writer->Put("</g>\n");
+        return state.Check();
+    }
+    const SvgWriter::Record record = state.writer->EndRecording();
+    State::Symbol& symbol = state.symbols[space.key];
+    if (record.isUniform && !record.bare.empty()) {
+        symbol = {state.NewId('s', state.symbolCount), record.style, space.scale};
+        state.NoteDefinition(space.key, symbol.id);
+        state.writer->Put("<defs><g id=\"" + symbol.id + "\">\n" + record.bare + "</g></defs>\n");
+        state.PutUse(symbol.id, symbol.style, space.toOuter);
+    } else {
+        symbol = {};
+        state.BeginInline(space.toOuter);
+        state.writer->Put(record.styled);
+        state.writer->Put("</g>\n");
+    }
     return state.Check();
 }
 
@@ -408,11 +480,13 @@ std::string ORVSvgGenerator::State::FindPattern(const ORVPrintFill& fill,
     ORVMathAffine2D map;
     if (!IsDrawable(fill.patternToPage) || !InvertMap(elementToPage, map)) return {};
     map = map * fill.patternToPage;
-    for (const Pattern& pattern : patterns)
-        if (pattern.image.get() == fill.pattern && IsSameMap(pattern.map, map)) return pattern.id;
+    std::vector<Pattern>& list = patterns[fill.pattern];
+    for (const Pattern& pattern : list)
+        if (IsSameMap(pattern.map, map)) return pattern.id;
 
     const std::string id = NewId('p', patternCount);
-    patterns.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id, open.size()});
+    list.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id});
+    NoteImage(*fill.pattern, id);
     const std::string size = " width=\"" + std::to_string(fill.pattern->GetWidth()) + "\" height=\"" +
                              std::to_string(fill.pattern->GetHeight()) + "\"";
     std::string text = "<defs><pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"" + size;
@@ -504,6 +578,7 @@ void ORVSvgGenerator::State::DrawShape(const ORVPrintShape& shape) {
 int ORVSvgGenerator::DrawShape(const ORVPrintShape& shape) {
     if (!state_->writer) return kDrawingFailed;
     state_->DrawShape(shape);
+    if (state_->spaces.back().isRecorded && state_->writer->IsRecordFull()) state_->LetRecordGo();
     return state_->Check();
 }
 
@@ -581,7 +656,8 @@ int ORVSvgGenerator::DrawText(const ORVPrintText& text) {
 const std::string& ORVSvgGenerator::State::FindImage(const ORVPixelImage& image) {
     const auto [entry, isNew] = images.try_emplace(&image);
     if (!isNew) return entry->second.id;
-    entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId('i', imageCount), open.size()};
+    entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId('i', imageCount)};
+    NoteImage(image, entry->second.id);
     writer->Put("<defs><image id=\"" + entry->second.id + "\" width=\"" + std::to_string(image.GetWidth()) +
                 "\" height=\"" + std::to_string(image.GetHeight()) + "\" preserveAspectRatio=\"none\"");
     // Elsewhere, too, a photograph is drawn as its pixels lie, whatever it says about the camera.
@@ -603,8 +679,9 @@ int ORVSvgGenerator::DrawImage(const ORVPrintImage& image) {
         if (!(std::fabs(p.x) < limit) || !(std::fabs(p.y) < limit)) return kGeneratorDone;
     }
     const std::string id = state.FindImage(image.image);
-    state.PutUse(id, image.toPage * ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(),
-                                                             1.0 / image.image.GetHeight()));
+    state.PutUse(
+        id, {},
+        image.toPage * ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(), 1.0 / image.image.GetHeight()));
     return state.error.empty() ? state.Check() : kDrawingFailed;
 }
 
@@ -619,6 +696,8 @@ void ORVSvgGenerator::State::EndPage() {
     symbols.clear();
     images.clear();
     patterns.clear();
+    definitions.clear();
+    depth = 0;
     clipCount = symbolCount = imageCount = patternCount = 0;
 }
 

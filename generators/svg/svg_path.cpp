@@ -21,7 +21,6 @@ constexpr double kPi = std::numbers::pi;
 struct FixedPoint {
     std::int64_t x = 0, y = 0;
     FixedPoint operator-(const FixedPoint& other) const { return {x - other.x, y - other.y}; }
-    friend bool operator==(const FixedPoint&, const FixedPoint&) = default;
 };
 
 class PathText {

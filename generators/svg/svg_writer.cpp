@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/number_text.h"
@@ -36,6 +37,10 @@ void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int place
 }
 
 void SvgWriter::Append(std::string_view text) {
+    if (isRecording_) {
+        record_.styled += text;
+        return;
+    }
     buffer_ += text;
     if (buffer_.size() < kFlushSize) return;
     if (good_ && output_.Write(buffer_.data(), buffer_.size()) != 1) good_ = false;
@@ -44,7 +49,20 @@ void SvgWriter::Append(std::string_view text) {
 
 void SvgWriter::Put(std::string_view text) {
     EndRun();
+    record_.isUniform = false;
     Append(text);
+}
+
+void SvgWriter::BeginRecording() {
+    EndRun();
+    record_ = {};
+    isRecording_ = true;
+}
+
+SvgWriter::Record SvgWriter::EndRecording() {
+    EndRun();
+    isRecording_ = false;
+    return std::move(record_);
 }
 
 void SvgWriter::EndRun() {
@@ -59,6 +77,13 @@ void SvgWriter::EndRun() {
 }
 
 void SvgWriter::AddElement(std::string_view name, std::string_view style, std::string& rest) {
+    if (isRecording_ && record_.isUniform) {
+        if (record_.bare.empty()) record_.style = style;
+        record_.isUniform = record_.style == style;
+        record_.bare += '<';
+        record_.bare += name;
+        record_.bare += rest;
+    }
     const bool isAlike = (isWaiting_ || isGroupOpen_) && style_ == style;
     if (isAlike && isWaiting_) {
         Append("<g");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -32,6 +33,19 @@ public:
     /// @param rest   all else, to the end of the element; the string may be changed
     void AddElement(std::string_view name, std::string_view style, std::string& rest);
 
+    /// From here on elements are held back, until EndRecording or until they take too much room.
+    void BeginRecording();
+    bool IsRecording() const { return isRecording_; }
+    struct Record {
+        std::string styled;     ///< as they would have been written
+        std::string bare;       ///< without their style
+        std::string style;      ///< of all of them
+        bool isUniform = true;  ///< whether they have but one
+    };
+    Record EndRecording();
+    /// True when what is held back has become so much that it should go on its way.
+    bool IsRecordFull() const { return record_.styled.size() > (std::size_t{1} << 20U); }
+
     /// Hands everything to the output. @return false when it, or a call before, failed
     bool Flush();
     bool IsGood() const { return good_; }
@@ -46,6 +60,8 @@ private:
     // The element that waits for the next one to tell whether it begins a group; none while a group is open.
     bool isWaiting_ = false, isGroupOpen_ = false;
     std::string waitingName_, style_, waitingRest_;
+    bool isRecording_ = false;
+    Record record_;
     std::uint32_t bits_ = 0;  // of base64, not written yet
     unsigned int bitCount_ = 0;
 };

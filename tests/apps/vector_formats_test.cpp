@@ -40,13 +40,18 @@ TEST_F(VectorFormatsTest, OutputIsTheSameEveryTime) {
     }
 }
 
-// What is read again from SVG has the pages, texts and groups of the original, and gives the same SVG.
+// What is read again from SVG has the page of the original, and gives the same SVG.
 TEST_F(VectorFormatsTest, WrittenSvgReadsAsTheSameDrawing) {
+    const auto pages = [this](const std::string& drawing) {
+        const std::string text = Run({"info", drawing}).output;
+        return text.substr(text.find(": "));
+    };
     for (const char* name : {"bracket", "chart", "link-map"}) {
-        ASSERT_EQ(Run({Example(std::string(name) + ".svg"), "-o", "once.svg"}).exitCode, 0);
+        const std::string drawing = Example(std::string(name) + ".svg");
+        ASSERT_EQ(Run({drawing, "-o", "once.svg"}).exitCode, 0);
+        EXPECT_EQ(pages("once.svg"), pages(drawing));
         for (const char* parser : {"light", "dom"}) {
             ASSERT_EQ(Run({"once.svg", "-o", "twice.svg", "--parser", parser}).exitCode, 0);
-            EXPECT_EQ(Run({"info", "once.svg"}).output.substr(8), Run({"info", "once.svg"}).output.substr(8));
             ASSERT_EQ(Run({"twice.svg", "-o", "thrice.svg", "--parser", parser}).exitCode, 0);
             EXPECT_EQ(ReadFile("twice.svg"), ReadFile("thrice.svg")) << name << " " << parser;
         }

@@ -152,6 +152,23 @@ TEST(ORVPostScriptGeneratorTest, TheSameDrawingGivesTheSameBytes) {
     }
 }
 
+TEST(ORVPostScriptGeneratorTest, TheTimeIsTheOneThatIsGiven) {
+    for (const auto& [time, expected] :
+         {std::pair{std::int64_t{981'173'106}, "%%CreationDate: 2001-02-03T04:05:06Z\n"},
+          {std::numeric_limits<std::int64_t>::max(), "%%Pages: 1\n"}}) {
+        ORVFormatOptions options;
+        options.creationTime = time;
+        ORVMemoryOutput output;
+        const auto format = ORVFindOutputFormat("ps")->create(output, options);
+        EXPECT_EQ(format->Get().BeginDocument({}), 1);
+        EXPECT_EQ(format->Get().BeginPage(PageInfo(9, 9)), 1);
+        EXPECT_EQ(format->Get().EndPage(), 1);
+        EXPECT_EQ(format->Get().EndDocument(), 1);
+        EXPECT_THAT(output.GetBytes(),
+                    StartsWith(std::string("%!PS-Adobe-3.0\n%%Creator: orvprint\n") + expected));
+    }
+}
+
 TEST(ORVPostScriptGeneratorTest, TextStaysText) {
     PostScript document;
     document.BeginPage(400.0, 200.0);
