@@ -242,7 +242,7 @@ bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run
     for (const ORVGlyph& glyph : run.glyphs) glyphs.push_back({glyph.index, glyph.x, glyph.y});
     const auto count = static_cast<int>(glyphs.size());
     CairoClusters clusters;
-    if (medium_ == Medium::kVectors && FindClusters(text.text, run, clusters))
+    if (FindClusters(text.text, run, clusters))
         cairo_show_text_glyphs(
             cr_, clusters.text.data(), static_cast<int>(clusters.text.size()), glyphs.data(), count,
             clusters.list.data(), static_cast<int>(clusters.list.size()),
@@ -271,14 +271,10 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         cairo_set_matrix(cr_, &matrix);
         const bool fitsFont =
             run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) < kLargestGlyph;
-        // As glyphs they would be moved to whole pixels, which shows in the spacing; outlines stay in place.
-        const bool isText = medium_ == Medium::kVectors && fitsFont && ShowGlyphs(text, run);
+        const bool isText = fitsFont && ShowGlyphs(text, run);
         if (!isText && AddOutlines(text, run)) {
             cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
             cairo_fill(cr_);
-        } else if (!isText && fitsFont) {
-            // Glyphs that are pictures themselves.
-            ShowGlyphs(text, run);
         }
         if (run.syntheticBold) {
             AddOutlines(text, run);
@@ -344,10 +340,8 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
                                 toDevice.m22, toDevice.dx,  toDevice.dy};
     cairo_set_matrix(cr_, &matrix);
     cairo_set_source_surface(cr_, surface, 0.0, 0.0);
-    // Beyond its edges the image goes on, so that enlarging does not fade them; the box cuts it off.
-    // In vectors there are no pixels beside it to fade into, and a JPEG can stay what it is.
-    cairo_pattern_set_extend(cairo_get_source(cr_),
-                             medium_ == Medium::kPixels ? CAIRO_EXTEND_PAD : CAIRO_EXTEND_NONE);
+    // There are no pixels beside it to fade into, and a JPEG can stay what it is.
+    cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_NONE);
     cairo_new_path(cr_);
     cairo_rectangle(cr_, 0.0, 0.0, width, height);
     cairo_fill(cr_);

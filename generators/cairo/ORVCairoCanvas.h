@@ -9,15 +9,10 @@
 
 struct ORVGlyphRun;
 
-/// Draws shapes, texts and images with cairo. Holds what is used again from page to page: fonts and converted
-/// images.
+/// Draws shapes, texts and images with cairo, for formats of vectors: text remains text in embedded fonts.
+/// Holds what is used again from page to page: fonts and converted images.
 class ORVCairoCanvas {
 public:
-    /// What cairo makes of the drawing: on pixels, letters are drawn as outlines, so that they stay where
-    /// they are; in vectors they remain text in embedded fonts.
-    enum class Medium { kPixels, kVectors };
-    explicit ORVCairoCanvas(Medium medium) : medium_(medium) {}
-
     /// Draws on `context` from now on; null for nothing. It must stay until the next call.
     /// @param scale  device units in one user unit
     void SetTarget(cairo_t* context, double scale);
@@ -47,7 +42,6 @@ private:
     /// Makes the run's outlines the current path. @return false when its glyphs have none
     bool AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);
 
-    const Medium medium_;
     cairo_t* cr_ = nullptr;
     double scale_ = 1.0;
     CairoFontCache fonts_;

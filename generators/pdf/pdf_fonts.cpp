@@ -61,7 +61,7 @@ Subset MakeSubset(hb_face_t* face, const std::vector<std::uint32_t>& glyphs) {
     for (const char* tag : {"GSUB", "GPOS", "GDEF", "BASE", "kern", "name", "OS/2", "post", "cmap", "DSIG",
                             "STAT", "vhea", "vmtx", "VORG", "gasp", "hdmx", "VDMX", "LTSH", "meta", "MATH"})
         hb_set_add(dropped, hb_tag_from_string(tag, -1));
-    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_NO_HINTING);
+    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_NO_HINTING | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
     const HbSubsetPlan plan(hb_subset_plan_create_or_fail(face, input.get()));
     if (!plan) return {};
     Subset subset;

@@ -80,7 +80,7 @@ struct ORVPostScriptGenerator::State {
     const bool encapsulated;
     DscHeader header;
     std::optional<DscHeaderFilter> filter;
-    ORVCairoCanvas canvas{ORVCairoCanvas::Medium::kVectors};
+    ORVCairoCanvas canvas;
     CairoSurface surface;  // of the open part
     CairoContext context;
     double sheetWidth = 0.0, sheetHeight = 0.0;  // of the open page, points

@@ -323,7 +323,8 @@ void ORVSvgGenerator::State::NoteImage(const ORVPixelImage& image, const std::st
 void ORVSvgGenerator::State::LeaveElement() {
     --depth;
     for (; !definitions.empty() && definitions.back().depth > depth; definitions.pop_back()) {
-        const auto& [at, key, id] = definitions.back();
+        const auto& [at, key, name] = definitions.back();
+        const auto& id = name;  // bindings cannot be captured
         const auto* image = static_cast<const ORVPixelImage*>(key);
         if (const auto found = symbols.find(key); found != symbols.end() && found->second.id == id)
             symbols.erase(found);
