@@ -9,9 +9,13 @@
 
 class ORVOutput;
 
+/// The colours that come out.
+enum class ORVColourMode { kColour, kGrey, kMono };
+
 /// What the user may ask of a format.
 struct ORVFormatOptions {
     double dotsPerInch = 90.0;  ///< of pictures; a user unit is then a pixel
+    ORVColourMode colourMode = ORVColourMode::kColour;  ///< of pictures' pixels
 };
 
 /// A generator and its words for what went wrong.

@@ -14,6 +14,7 @@
 #include "apps/orvprint/inspect_command.h"
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/sheet_options.h"
 
 namespace {
 
@@ -76,6 +77,8 @@ int Run(int argc, char** argv) {
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->option_text("N [90]");
+    SheetArguments sheet;
+    AddSheetOptions(app, sheet);
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
 
@@ -119,6 +122,7 @@ int Run(int argc, char** argv) {
     std::string error;
     if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
+    if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
     ApplyReadOptions(print.read);
     return RunPrint(print);
 }

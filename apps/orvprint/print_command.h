@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/orvprint/drawings.h"
 #include "apps/orvprint/page_selection.h"
+#include "generators/sheet/ORVSheetGenerator.h"
 
 struct PrintOptions {
     ReadOptions read;
@@ -14,6 +16,7 @@ struct PrintOptions {
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
     double dotsPerInch = 90.0;
+    std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
