@@ -17,22 +17,27 @@
 
 /// What a page shows, kept so that parts of it can be drawn again and again: all calls between BeginPage and
 /// EndPage, with what they refer to. Images are shared, symbols are kept once. Memory grows with the calls;
-/// it is given back by the destructor only.
+/// it is given back by the destructor only. Nothing fails but for memory (std::bad_alloc).
 ///
 /// Replaying leaves out what lies outside of the part wanted. Parts are asked for by bands: a band is looked
 /// for in all of the recording, the parts of a band in the band only.
-class ORVPageRecording {
+class ORVPageRecording final : public ORVPrintGenerator {
 public:
-    // The calls of ORVPrintGenerator; symbols are kept. Nothing fails but for memory (std::bad_alloc).
-    int BeginGroup(const ORVPrintGroup& group);
-    int EndGroup();
-    int BeginClip(const ORVMathBox2D& box);
-    int EndClip();
-    int BeginSymbol(const ORVPrintSymbol& symbol);
-    int EndSymbol();
-    int DrawShape(const ORVPrintShape& shape);
-    int DrawText(const ORVPrintText& text);
-    int DrawImage(const ORVPrintImage& image);
+    // Of documents and pages nothing is kept.
+    int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return 1; }
+    int BeginPage(const ORVPrintPageInfo& /*info*/) override { return 1; }
+    int EndPage() override { return 1; }
+    int EndDocument() override { return 1; }
+
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override;
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
 
     /// Ends the recording.
     /// @param page  what of the coordinates will ever be asked for

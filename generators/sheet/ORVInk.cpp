@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr std::size_t kKeptBytes = std::size_t{64} << 20U;
 constexpr int kMiddle = 128;  // what is darker becomes black
 
 /// Greys of the same luminance as colours of sRGB.
@@ -126,7 +125,7 @@ const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern)
     if (!ChangesColours()) return image;
     Entries& entries = isPattern ? patterns_ : pictures_;
     if (const auto found = entries.find(&image); found != entries.end()) return *found->second.converted;
-    if (bytes_ > kKeptBytes) {
+    if (bytes_ > keptBytes_) {
         pictures_.clear();
         patterns_.clear();
         bytes_ = 0;

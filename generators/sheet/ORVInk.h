@@ -17,7 +17,9 @@
 /// each by itself.
 class ORVInk {
 public:
-    explicit ORVInk(ORVColourMode mode) : mode_(mode) {}
+    /// @param keptBytes  converted pictures are made again when they take more, 4 bytes a pixel
+    explicit ORVInk(ORVColourMode mode, std::size_t keptBytes = std::size_t{64} << 20U)
+        : mode_(mode), keptBytes_(keptBytes) {}
 
     bool ChangesColours() const { return mode_ != ORVColourMode::kColour; }
     /// For lines and text.
@@ -37,6 +39,7 @@ private:
     const ORVPixelImage& Convert(const ORVPixelImage& image, bool isPattern);
 
     const ORVColourMode mode_;
+    const std::size_t keptBytes_;
     Entries pictures_, patterns_;
     std::size_t bytes_ = 0;  // of converted pixels
 };

@@ -189,7 +189,8 @@ int ORVSheetGenerator::EndDocument() {
 
 template <class Call>
 int ORVSheetGenerator::Pass(Call call) {
-    return Guard(error_, [&] { return recording_ ? call(*recording_) : call(canvas_); });
+    ORVPrintGenerator& content = recording_ ? static_cast<ORVPrintGenerator&>(*recording_) : canvas_;
+    return Guard(error_, [&] { return call(content); });
 }
 
 const ORVPrintStroke* ORVSheetGenerator::Widen(const ORVPrintStroke* stroke, const ORVMathAffine2D& toPage) {
@@ -205,43 +206,43 @@ const ORVPrintStroke* ORVSheetGenerator::Widen(const ORVPrintStroke* stroke, con
 }
 
 int ORVSheetGenerator::BeginGroup(const ORVPrintGroup& group) {
-    return Pass([&](auto& to) { return to.BeginGroup(group); });
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginGroup(group); });
 }
 
 int ORVSheetGenerator::EndGroup() {
-    return Pass([](auto& to) { return to.EndGroup(); });
+    return Pass([](ORVPrintGenerator& to) { return to.EndGroup(); });
 }
 
 int ORVSheetGenerator::BeginClip(const ORVMathBox2D& box) {
-    return Pass([&](auto& to) { return to.BeginClip(box); });
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginClip(box); });
 }
 
 int ORVSheetGenerator::EndClip() {
-    return Pass([](auto& to) { return to.EndClip(); });
+    return Pass([](ORVPrintGenerator& to) { return to.EndClip(); });
 }
 
 int ORVSheetGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     // How wide a line must be depends on the place where the symbol is shown.
     if (options_.leastLineWidth > 0.0) return kNoSymbols;
-    return Pass([&](auto& to) { return to.BeginSymbol(symbol); });
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
 }
 
 int ORVSheetGenerator::EndSymbol() {
-    return Pass([](auto& to) { return to.EndSymbol(); });
+    return Pass([](ORVPrintGenerator& to) { return to.EndSymbol(); });
 }
 
 int ORVSheetGenerator::DrawShape(const ORVPrintShape& shape) {
     const ORVPrintStroke* stroke = Widen(shape.stroke, shape.toPage);
-    return Pass([&](auto& to) { return to.DrawShape({shape.path, shape.toPage, shape.fill, stroke}); });
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawShape({shape.path, shape.toPage, shape.fill, stroke}); });
 }
 
 int ORVSheetGenerator::DrawText(const ORVPrintText& text) {
     const ORVPrintStroke* stroke = Widen(text.stroke, text.toPage);
-    return Pass([&](auto& to) {
+    return Pass([&](ORVPrintGenerator& to) {
         return to.DrawText({text.layout, text.text, text.toPage, text.fill, stroke, text.clip});
     });
 }
 
 int ORVSheetGenerator::DrawImage(const ORVPrintImage& image) {
-    return Pass([&](auto& to) { return to.DrawImage(image); });
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawImage(image); });
 }

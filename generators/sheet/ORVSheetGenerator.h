@@ -65,7 +65,7 @@ private:
     int Refuse(const std::string& error);
     int RefuseSize(unsigned int page);
 
-    /// Calls the recording when there is one, else the canvas.
+    /// Makes a call of the recording when there is one, else of the canvas.
     template <class Call>
     int Pass(Call call);
     const ORVPrintStroke* Widen(const ORVPrintStroke* stroke, const ORVMathAffine2D& toPage);
