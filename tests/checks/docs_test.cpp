@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "generators/sheet/paper_sizes.h"
 #include "platform/xml/vocabulary.h"
 #include "plugin/style/property_table.h"
 
@@ -38,6 +39,14 @@ TEST(DocsTest, EveryElementIsListed) {
     for (auto element = ElementName::kA; element <= ElementName::kUse;
          element = static_cast<ElementName>(static_cast<unsigned>(element) + 1))
         EXPECT_TRUE(Lists(guide, GetNameText(element))) << GetNameText(element);
+}
+
+TEST(DocsTest, EveryPaperIsListed) {
+    const std::string guide = ReadSource("docs/paper.md");
+    for (const ORVPaperName& name : ORVPaperNames()) {
+        const std::string row = "| `" + std::string(name.common) + "` | `" + std::string(name.standard) + "` |";
+        EXPECT_NE(guide.find(row), std::string::npos) << name.common;
+    }
 }
 
 }  // namespace
