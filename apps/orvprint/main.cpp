@@ -21,6 +21,7 @@
 #include "apps/orvprint/inspect_command.h"
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/sheet_options.h"
 #include "generators/common/ORVTemporaryFile.h"
 
 namespace {
@@ -125,6 +126,8 @@ int Run(int argc, char** argv) {
                  "Print nothing when the check finds something; see orvprint check");
     std::vector<std::string> ignoredKinds;
     AddIgnoreOption(app, ignoredKinds)->needs("--strict");
+    SheetArguments sheet;
+    AddSheetOptions(app, sheet);
     AddReadOptions(app, print.read);
     AddFragmentOptions(app, print.read);
     BatchOptions batch;
@@ -195,6 +198,7 @@ int Run(int argc, char** argv) {
     if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
+    if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
     ApplyReadOptions(print.read);
     if (batch.folder.empty()) return RunPrint(print);
     batch.keepGoing = print.read.keepGoing;

@@ -132,7 +132,8 @@ private:
                                   " has no area; give the svg element a width and a height, or a viewBox");
         }
         if (!sequence_)
-            if (const int code = Open(isWhole, pages.size()); code != kExitDone) return code;
+            if (const int code = Open(isWhole, pages.size(), CountSheets(drawing, pages)); code != kExitDone)
+                return code;
 
         ORVPrintParameters parameters;
         parameters.SetPages(pages);
@@ -144,11 +145,23 @@ private:
         return status == kGeneratorDone ? static_cast<int>(kExitDone) : ReportFailure(name, status);
     }
 
+    /// Sheets that pages of a drawing take.
+    double CountSheets(const Drawing& drawing, const std::vector<unsigned int>& pages) const {
+        if (!options_.sheet) return static_cast<double>(pages.size());
+        std::vector<ORVPaperSize> sizes;
+        for (const unsigned int page : pages)
+            sizes.push_back({drawing.pages[page - 1].width, drawing.pages[page - 1].height});
+        return ORVCountSheets(options_.sheet->layout, sizes);
+    }
+
     /// Opens the output for the first page.
-    /// @param isWhole    whether `pageCount` is the number of pages of the whole output
+    /// @param isWhole     whether these are all pages of the output
+    /// @param sheetCount  pages of the format that they take
     /// @return an exit code
-    int Open(bool isWhole, std::size_t pageCount) {
-        const bool isSingle = options_.pages.IsAll() ? isWhole && pageCount == 1 : options_.pages.IsSingle();
+    int Open(bool isWhole, std::size_t pageCount, double sheetCount) {
+        const bool sharesSheets = options_.sheet && options_.sheet->layout.pagesPerSheet > 1;
+        const bool isSingle = sheetCount == 1.0 &&
+                              (options_.pages.IsAll() || sharesSheets ? isWhole : options_.pages.IsSingle());
         if (options_.output == "-" && format_.onePageAPart && !isSingle)
             return Report(kExitUsage, "standard output",
                           "takes one page of this format; choose it with --pages, or name a file with -o");
@@ -160,8 +173,11 @@ private:
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
         formatOptions.threads = options_.threads;
+        if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
-        sequence_.emplace(generator_->Get(), isWhole ? static_cast<unsigned int>(pageCount) : 0);
+        if (options_.sheet) sheet_ = std::make_unique<ORVSheetGenerator>(generator_->Get(), *options_.sheet);
+        sequence_.emplace(sheet_ ? *sheet_ : generator_->Get(),
+                          isWhole ? static_cast<unsigned int>(pageCount) : 0);
         return kExitDone;
     }
 
@@ -177,7 +193,8 @@ private:
                                   " primitives, which is the limit");
             default: break;
         }
-        const std::string& error = generator_->GetError();
+        const std::string& error =
+            sheet_ && !sheet_->GetError().empty() ? sheet_->GetError() : generator_->GetError();
         return Report(kExitFailed, name, "printing failed" + (error.empty() ? "" : ": " + error));
     }
 
@@ -186,6 +203,7 @@ private:
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
     std::unique_ptr<ORVOutput> output_;
     std::unique_ptr<ORVFormatGenerator> generator_;
+    std::unique_ptr<ORVSheetGenerator> sheet_;  // before the generator, when asked for
     std::optional<ORVGeneratorSequence> sequence_;
 };
 

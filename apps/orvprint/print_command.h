@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "apps/orvprint/check/findings.h"
 #include "apps/orvprint/drawings.h"
 #include "apps/orvprint/page_selection.h"
+#include "generators/sheet/ORVSheetGenerator.h"
 
 struct PrintOptions {
     ReadOptions read;
@@ -20,6 +22,7 @@ struct PrintOptions {
     std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     double dotsPerInch = 90.0;
     unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
+    std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went

@@ -323,15 +323,15 @@ void ORVSvgGenerator::State::NoteImage(const ORVPixelImage& image, const std::st
 void ORVSvgGenerator::State::LeaveElement() {
     --depth;
     for (; !definitions.empty() && definitions.back().depth > depth; definitions.pop_back()) {
-        const auto& [at, key, name] = definitions.back();
-        const auto& id = name;  // bindings cannot be captured
-        const auto* image = static_cast<const ORVPixelImage*>(key);
-        if (const auto found = symbols.find(key); found != symbols.end() && found->second.id == id)
+        const auto& definition = definitions.back();
+        const auto* image = static_cast<const ORVPixelImage*>(definition.key);
+        if (const auto found = symbols.find(definition.key);
+            found != symbols.end() && found->second.id == definition.id)
             symbols.erase(found);
-        else if (const auto one = images.find(image); one != images.end() && one->second.id == id)
+        else if (const auto one = images.find(image); one != images.end() && one->second.id == definition.id)
             images.erase(one);
         else if (const auto list = patterns.find(image); list != patterns.end())
-            std::erase_if(list->second, [&](const Pattern& pattern) { return pattern.id == id; });
+            std::erase_if(list->second, [&](const Pattern& pattern) { return pattern.id == definition.id; });
     }
 }
 

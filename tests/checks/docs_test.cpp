@@ -5,6 +5,7 @@
 #include <string>
 
 #include "apps/orvprint/check/findings.h"
+#include "generators/sheet/paper_sizes.h"
 #include "platform/xml/vocabulary.h"
 #include "plugin/style/property_table.h"
 
@@ -45,6 +46,15 @@ TEST(DocsTest, EveryKindOfFindingIsListed) {
     const std::string guide = ReadSource("docs/check.md");
     for (const FindingKind& kind : GetFindingKinds())
         EXPECT_NE(guide.find("| `" + std::string(kind.name) + "` | "), std::string::npos) << kind.name;
+}
+
+TEST(DocsTest, EveryPaperIsListed) {
+    const std::string guide = ReadSource("docs/paper.md");
+    for (const ORVPaperName& name : ORVPaperNames()) {
+        const std::string row =
+            "| `" + std::string(name.common) + "` | `" + std::string(name.standard) + "` |";
+        EXPECT_NE(guide.find(row), std::string::npos) << name.common;
+    }
 }
 
 }  // namespace

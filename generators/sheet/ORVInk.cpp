@@ -1,0 +1,136 @@
+#include "generators/sheet/ORVInk.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace {
+
+constexpr int kMiddle = 128;  // what is darker becomes black
+
+/// Greys of the same luminance as colours of sRGB.
+class GreyTable {
+public:
+    GreyTable() {
+        for (std::size_t i = 0; i < linear_.size(); ++i) {
+            const double value = static_cast<double>(i) / 255.0;
+            linear_[i] = value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        }
+        for (std::size_t i = 0; i < encoded_.size(); ++i) {
+            const double value = static_cast<double>(i) / static_cast<double>(encoded_.size() - 1);
+            const double grey =
+                value <= 0.0031308 ? value * 12.92 : 1.055 * std::pow(value, 1.0 / 2.4) - 0.055;
+            encoded_[i] = static_cast<std::uint8_t>(std::lround(grey * 255.0));
+        }
+    }
+    std::uint8_t Grey(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const {
+        if (red == green && red == blue) return red;  // greys stay what they are
+        const double luminance = 0.2126 * linear_[red] + 0.7152 * linear_[green] + 0.0722 * linear_[blue];
+        return encoded_[static_cast<std::size_t>(luminance * static_cast<double>(encoded_.size() - 1) + 0.5)];
+    }
+
+private:
+    std::array<double, 256> linear_{};
+    std::array<std::uint8_t, 8192> encoded_{};
+};
+
+std::uint8_t Grey(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+    static const GreyTable table;
+    return table.Grey(red, green, blue);
+}
+
+/// A grey as it looks on white paper.
+int OnWhite(int grey, int opacity) { return 255 - (255 - grey) * opacity / 255; }
+
+void MakeGrey(std::span<std::uint8_t> rgba) {
+    for (std::size_t i = 0; i < rgba.size(); i += 4) {
+        const std::uint8_t grey = Grey(rgba[i], rgba[i + 1], rgba[i + 2]);
+        rgba[i] = rgba[i + 1] = rgba[i + 2] = grey;
+    }
+}
+
+/// Black and white pixels. What a pixel gets too dark or too light is made up for by its neighbours, with the
+/// weights of Floyd and Steinberg, unless every pixel is to stand for itself.
+void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads) {
+    std::vector<int> errors(width + 2, 0), below(width + 2, 0);  // one more on either side, sixteenths
+    for (std::size_t start = 0; start < rgba.size(); start += width * 4) {
+        std::fill(below.begin(), below.end(), 0);
+        for (std::size_t x = 0; x < width; ++x) {
+            std::uint8_t* pixel = rgba.data() + start + x * 4;
+            const bool isShown = pixel[3] >= kMiddle;
+            const int wanted = OnWhite(Grey(pixel[0], pixel[1], pixel[2]), pixel[3]) + errors[x + 1] / 16;
+            const bool isWhite = wanted >= kMiddle;
+            pixel[0] = pixel[1] = pixel[2] = isWhite ? 255 : 0;
+            pixel[3] = isShown ? 255 : 0;
+            if (!spreads || !isShown) continue;
+            const int error = wanted - (isWhite ? 255 : 0);
+            errors[x + 2] += error * 7;
+            below[x] += error * 3;
+            below[x + 1] += error * 5;
+            below[x + 2] += error;
+        }
+        errors.swap(below);
+    }
+}
+
+/// A converted copy; the image itself when it has no other colours, or when memory does not allow for more.
+ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern) {
+    const auto itself = ORVRef<const ORVPixelImage>::Share(&image);
+    const ORVJpegSource* jpeg = image.GetJpegSource();
+    if (mode == ORVColourMode::kGrey && jpeg && jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey)
+        return itself;
+    const std::span<const std::uint8_t> pixels = image.GetPixels();
+    if (pixels.empty()) return itself;
+    std::vector<std::uint8_t> converted(pixels.begin(), pixels.end());
+    if (mode == ORVColourMode::kGrey)
+        MakeGrey(converted);
+    else
+        MakeMono(converted, static_cast<std::size_t>(image.GetWidth()), !isPattern);
+    if (std::equal(pixels.begin(), pixels.end(), converted.begin(), converted.end())) return itself;
+    image.ReleasePixels();
+    const ORVRef<const ORVPixelImage> made(
+        ORVPixelImage::CreateFromPixels(image.GetWidth(), image.GetHeight(), converted));
+    return made ? made : itself;
+}
+
+}  // namespace
+
+ORVPrintColour ORVInk::ConvertLine(const ORVPrintColour& colour) const {
+    if (mode_ == ORVColourMode::kMono) {
+        const bool isWhite = colour.red == 255 && colour.green == 255 && colour.blue == 255;
+        return isWhite ? ORVPrintColour{255, 255, 255, 255} : ORVPrintColour{0, 0, 0, 255};
+    }
+    ORVPrintColour converted = colour;
+    ConvertArea(converted);
+    return converted;
+}
+
+bool ORVInk::ConvertArea(ORVPrintColour& colour) const {
+    if (mode_ == ORVColourMode::kColour) return true;
+    std::uint8_t grey = Grey(colour.red, colour.green, colour.blue);
+    if (mode_ == ORVColourMode::kMono) {
+        const bool isWhite = OnWhite(grey, colour.opacity) >= kMiddle;
+        if (isWhite && colour.opacity < 255) return false;
+        grey = isWhite ? 255 : 0;
+        colour.opacity = 255;
+    }
+    colour.red = colour.green = colour.blue = grey;
+    return true;
+}
+
+const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern) {
+    if (!ChangesColours()) return image;
+    Entries& entries = isPattern ? patterns_ : pictures_;
+    if (const auto found = entries.find(&image); found != entries.end()) return *found->second.converted;
+    if (bytes_ > keptBytes_) {
+        pictures_.clear();
+        patterns_.clear();
+        bytes_ = 0;
+    }
+    Entry entry{ORVRef<const ORVPixelImage>::Share(&image), MakeConverted(image, mode_, isPattern)};
+    bytes_ += static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight()) * 4;
+    return *entries.emplace(&image, std::move(entry)).first->second.converted;
+}

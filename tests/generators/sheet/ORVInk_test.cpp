@@ -1,0 +1,123 @@
+#include "generators/sheet/ORVInk.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <vector>
+
+#include "tests/generators/drawing_calls.h"
+
+namespace {
+
+struct Shown {
+    int grey, opacity;  // -1 when it is left out
+};
+
+Shown Area(ORVColourMode mode, ORVPrintColour colour) {
+    if (!ORVInk(mode).ConvertArea(colour)) return {-1, -1};
+    EXPECT_EQ(colour.red, colour.green);
+    EXPECT_EQ(colour.red, colour.blue);
+    return {colour.red, colour.opacity};
+}
+
+TEST(ORVInkTest, GreysAreAsLightAsTheirColours) {
+    struct Row {
+        ORVPrintColour colour;
+        int grey;
+    };
+    // 12.92 x and 1.055 x^(1/2.4) - 0.055 of 0.2126 R + 0.7152 G + 0.0722 B.
+    for (const Row& row : {Row{{0, 0, 0, 255}, 0}, Row{{255, 255, 255, 255}, 255}, Row{{77, 77, 77, 255}, 77},
+                           Row{{255, 0, 0, 255}, 127}, Row{{0, 255, 0, 255}, 220}, Row{{0, 0, 255, 255}, 76},
+                           Row{{255, 255, 0, 255}, 248}}) {
+        const Shown shown = Area(ORVColourMode::kGrey, row.colour);
+        EXPECT_NEAR(shown.grey, row.grey, 1);
+        const ORVPrintColour line = ORVInk(ORVColourMode::kGrey).ConvertLine(row.colour);
+        EXPECT_EQ(line.green, shown.grey);
+    }
+    EXPECT_EQ(Area(ORVColourMode::kGrey, {9, 9, 9, 40}).opacity, 40);
+}
+
+TEST(ORVInkTest, LinesAndTextThatAreNotWhiteBecomeBlack) {
+    const ORVInk ink(ORVColourMode::kMono);
+    for (const ORVPrintColour& colour :
+         {ORVPrintColour{254, 255, 255, 255}, ORVPrintColour{255, 255, 0, 20}, ORVPrintColour{0, 0, 0, 1}}) {
+        const ORVPrintColour line = ink.ConvertLine(colour);
+        EXPECT_EQ(line.red + line.green + line.blue, 0);
+        EXPECT_EQ(line.opacity, 255);
+    }
+    EXPECT_EQ(ink.ConvertLine({255, 255, 255, 255}).green, 255);
+}
+
+TEST(ORVInkTest, AreasBecomeBlackOrWhiteOrAreLeftOut) {
+    EXPECT_EQ(Area(ORVColourMode::kMono, {200, 0, 0, 255}).grey, 0);
+    EXPECT_EQ(Area(ORVColourMode::kMono, {0, 255, 0, 255}).grey, 255);
+    // Dark on paper in spite of some transparency; light; not to hide what lies below.
+    const Shown dark = Area(ORVColourMode::kMono, {0, 0, 0, 200});
+    EXPECT_EQ(dark.grey, 0);
+    EXPECT_EQ(dark.opacity, 255);
+    EXPECT_EQ(Area(ORVColourMode::kMono, {0, 0, 0, 60}).grey, -1);
+    EXPECT_EQ(Area(ORVColourMode::kMono, {255, 255, 255, 128}).grey, -1);
+}
+
+TEST(ORVInkTest, ColoursStayAsTheyAre) {
+    ORVInk ink(ORVColourMode::kColour);
+    EXPECT_FALSE(ink.ChangesColours());
+    const auto image = PlainImage(2, 2, {1, 2, 3, 255});
+    EXPECT_EQ(&ink.ConvertPicture(*image), image.get());
+}
+
+TEST(ORVInkTest, PicturesBecomeGrey) {
+    ORVInk ink(ORVColourMode::kGrey);
+    const auto image = PlainImage(2, 1, {255, 0, 0, 100});
+    const ORVPixelImage& grey = ink.ConvertPicture(*image);
+    const auto pixels = grey.GetPixels();
+    ASSERT_EQ(pixels.size(), 8U);
+    EXPECT_NEAR(pixels[4], 127, 1);
+    EXPECT_EQ(pixels[4], pixels[5]);
+    EXPECT_EQ(pixels[4], pixels[6]);
+    EXPECT_EQ(pixels[7], 100);
+    // The same picture is made once, and a grey one needs no copy.
+    EXPECT_EQ(&ink.ConvertPicture(*image), &grey);
+    EXPECT_EQ(&ink.ConvertPicture(grey), &grey);
+}
+
+TEST(ORVInkTest, PicturesInBlackAndWhiteKeepTheirGreysInTheMean) {
+    ORVInk ink(ORVColourMode::kMono);
+    for (const int grey : {0, 40, 64, 128, 200, 255}) {
+        const auto value = static_cast<std::uint8_t>(grey);
+        const auto image = PlainImage(64, 64, {value, value, value, 255});
+        const auto pixels = ink.ConvertPicture(*image).GetPixels();
+        double sum = 0.0;
+        for (std::size_t i = 0; i < pixels.size(); i += 4) {
+            EXPECT_TRUE(pixels[i] == 0 || pixels[i] == 255);
+            sum += pixels[i];
+        }
+        EXPECT_NEAR(sum / 64.0 / 64.0, grey, 3.0);
+    }
+}
+
+TEST(ORVInkTest, TransparentPixelsStayTransparentAndPatternsAreSharp) {
+    ORVInk ink(ORVColourMode::kMono);
+    const auto faint = PlainImage(4, 4, {0, 0, 0, 100});
+    for (const std::uint8_t value : ink.ConvertPicture(*faint).GetPixels())
+        EXPECT_TRUE(value == 0 || value == 255);
+    EXPECT_EQ(ink.ConvertPicture(*faint).GetPixels()[3], 0);
+    const auto grey = PlainImage(4, 4, {127, 127, 127, 255});
+    const auto pixels = ink.ConvertPattern(*grey).GetPixels();
+    EXPECT_EQ(std::accumulate(pixels.begin(), pixels.end(), 0), 16 * 255);  // black, opaque
+}
+
+TEST(ORVInkTest, KeepsABoundedNumberOfPictures) {
+    ORVInk ink(ORVColourMode::kGrey, 1000);
+    const auto first = PlainImage(1, 1, {255, 0, 0, 255});
+    const ORVRef<const ORVPixelImage> once = ORVRef<const ORVPixelImage>::Share(&ink.ConvertPicture(*first));
+    EXPECT_EQ(once->GetReferenceCount(), 2U);
+    const auto large = PlainImage(16, 16, {255, 0, 0, 255});
+    ink.ConvertPicture(*large);
+    const auto other = PlainImage(1, 1, {0, 255, 0, 255});
+    ink.ConvertPicture(*other);
+    EXPECT_EQ(once->GetReferenceCount(), 1U);  // let go of
+    EXPECT_EQ(large->GetReferenceCount(), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,379 @@
+#include "generators/sheet/ORVSheetGenerator.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "generators/common/generator_status.h"
+#include "tests/generators/drawing_calls.h"
+#include "tests/generators/symbol_recorder.h"
+#include "tests/platform/print/recording_generator.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A page of that size with a rectangle that fills it.
+void DrawFilledPage(ORVPrintGenerator& generator, double width, double height, unsigned int number = 1) {
+    ASSERT_EQ(generator.BeginPage(PageInfo(width, height, number)), 1);
+    ASSERT_EQ(FillRectangle(generator, 0, 0, width, height), 1);
+    ASSERT_EQ(generator.EndPage(), 1);
+}
+
+ORVSheetOptions OnPaper(double width, double height, double margin = 0.0) {
+    ORVSheetOptions options;
+    options.layout.paper = ORVPaperSize{width, height};
+    options.layout.margins = ORVSheetMargins{margin, margin, margin, margin};
+    return options;
+}
+
+ORVSheetOptions Poster(double width, double height, double margin, double overlap) {
+    ORVSheetOptions options = OnPaper(width, height, margin);
+    options.layout.isPoster = true;
+    options.layout.overlap = overlap;
+    return options;
+}
+
+TEST(ORVSheetGeneratorTest, LeavesEverythingAloneWhenNothingIsAsked) {
+    RecordingGenerator direct, target;
+    ORVSheetGenerator sheets(target, {});
+    for (ORVPrintGenerator* generator : std::initializer_list<ORVPrintGenerator*>{&direct, &sheets}) {
+        ASSERT_EQ(generator->BeginDocument({"title", 1}), 1);
+        DrawFilledPage(*generator, 123.25, 45.5);
+        ASSERT_EQ(generator->EndDocument(), 1);
+    }
+    EXPECT_EQ(target.GetText(), direct.GetText());
+}
+
+TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
+    RecordingGenerator target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0, 10.0);
+    options.layout.scale = {ORVSheetScale::Kind::kFit, 1.0};
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 20)), 1);
+    const auto image = PlainImage(1, 2, {});
+    ORVPrintFill fill;
+    fill.pattern = image.get();
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1), clip = RectanglePath(1, 1, 2, 2);
+    ASSERT_EQ(sheets.DrawShape({path, {1, 0, 0, 1, 5, 5}, &fill, nullptr}), 1);
+    const ORVTextLayout layout = ORVLayoutText("x", {});
+    const ORVPrintFill black;
+    ASSERT_EQ(sheets.DrawText({layout, "x", {1, 0, 0, -1, 3, 4}, &black, nullptr, &clip}), 1);
+    ASSERT_EQ(sheets.DrawImage({*image, {8, 0, 0, 9, 1, 2}}), 1);
+    ORVMathBox2D box;
+    box.Add({0, 0});
+    box.Add({10, 5});
+    ASSERT_EQ(sheets.BeginClip(box), 1);
+    ASSERT_EQ(sheets.EndClip(), 1);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_EQ(target.GetText(),
+              "document \"t\" 1\n"
+              "page 1 100x100\n"
+              "clip 10,30 to 90,70\n"
+              "fill pattern@255[2 0 0 2 10 30] M20,40 L22,40 L22,42 L20,42 Z\n"
+              "text \"x\" [2 0 0 -2 16 38] fill #000000 clip M12,32 L16,32 L16,36 L12,36 Z\n"
+              "image 1x2 [16 0 0 18 12 34]\n"
+              "clip 10,30 to 30,40\n"
+              "end clip\n"
+              "end clip\n"
+              "end page\n"
+              "end document\n");
+}
+
+TEST(ORVSheetGeneratorTest, PlacesSymbolsAndLeavesTheirContent) {
+    SymbolRecorder target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0, 10.0);
+    options.layout.scale = {ORVSheetScale::Kind::kFit, 1.0};
+    options.strokeScale = 2.0;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    const int key = 0;
+    ASSERT_EQ(sheets.BeginSymbol({&key, {1, 0, 0, 1, 5, 6}}), ORVPrintGenerator::kDrawSymbol);
+    ASSERT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);
+    ASSERT_EQ(sheets.EndSymbol(), 1);
+    ASSERT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);
+    ASSERT_EQ(sheets.BeginSymbol({&key, {1, 0, 0, 1, 7, 8}}), ORVPrintGenerator::kSymbolKnown);
+    EXPECT_THAT(target.lines, ElementsAre("page 1", "symbol 1 at 20,22 x 2", "shape at 0,0 x 1", "end symbol",
+                                          "shape at 10,10 x 2", "known 1 at 24,26 x 2"));
+}
+
+TEST(ORVSheetGeneratorTest, DrawsSymbolsOutWhenLinesDependOnTheirPlace) {
+    SymbolRecorder target;
+    ORVSheetOptions options;
+    options.leastLineWidth = 1.0;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    const int key = 0;
+    EXPECT_EQ(sheets.BeginSymbol({&key, {}}), ORVPrintGenerator::kNoSymbols);
+}
+
+TEST(ORVSheetGeneratorTest, WidensLines) {
+    struct Row {
+        double strokeScale, least, width;
+        ORVMathAffine2D toPage;
+        const char* expected;
+    };
+    // The sheet shows the page at twice its size.
+    for (const Row& row :
+         {Row{3.0, 0.0, 1.5, {}, "w4.5"}, Row{1.0, 0.0, 1.5, {}, "w1.5"}, Row{1.0, 4.0, 1.0, {}, "w2 "},
+          Row{1.0, 4.0, 3.0, {}, "w3 "}, Row{1.0, 4.0, 1.0, {0.5, 0, 0, 0.5, 0, 0}, "w4 "},
+          Row{1.0, 4.0, 1.0, {4, 0, 0, 0.25, 0, 0}, "w2 "}, Row{0.5, 4.0, 3.0, {}, "w2 "}}) {
+        RecordingGenerator target;
+        ORVSheetOptions options;
+        options.layout.scale = {ORVSheetScale::Kind::kFactor, 2.0};
+        options.strokeScale = row.strokeScale;
+        options.leastLineWidth = row.least;
+        ORVSheetGenerator sheets(target, options);
+        ASSERT_EQ(sheets.BeginDocument({}), 1);
+        ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+        ORVPrintPath path;
+        path.MoveTo({0, 0});
+        path.LineTo({1, 0});
+        ORVPrintStroke stroke;
+        stroke.width = row.width;
+        ASSERT_EQ(sheets.DrawShape({path, row.toPage, nullptr, &stroke}), 1);
+        EXPECT_THAT(target.GetDrawn().at(0), HasSubstr(row.expected));
+    }
+}
+
+TEST(ORVSheetGeneratorTest, ConvertsColoursOfAllContent) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.colourMode = ORVColourMode::kMono;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    ORVPrintFill yellow, faint;
+    yellow.colour = {255, 255, 0, 255};
+    faint.colour = {255, 255, 0, 50};
+    ORVPrintStroke stroke;
+    stroke.colour = {255, 255, 0, 50};
+    ASSERT_EQ(sheets.DrawShape({path, {}, &yellow, &stroke}), 1);
+    ASSERT_EQ(sheets.DrawShape({path, {}, &faint, &stroke}), 1);
+    ASSERT_EQ(sheets.DrawShape({path, {}, &faint, nullptr}), 1);
+    const ORVTextLayout layout = ORVLayoutText("x", {});
+    ASSERT_EQ(sheets.DrawText({layout, "x", {}, &yellow, nullptr, nullptr}), 1);
+    const std::vector<std::string> drawn = target.GetDrawn();
+    ASSERT_EQ(drawn.size(), 3U);
+    EXPECT_THAT(drawn[0], HasSubstr("fill #ffffff stroke #000000 w1"));
+    EXPECT_THAT(drawn[1], testing::StartsWith("stroke #000000 w1"));
+    EXPECT_THAT(drawn[2], HasSubstr("fill #000000"));
+}
+
+TEST(ORVSheetGeneratorTest, PutsSeveralPagesOnASheet) {
+    RecordingGenerator target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0);
+    options.layout.pagesPerSheet = 2;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 3}), 1);
+    for (unsigned int page = 1; page <= 3; ++page) DrawFilledPage(sheets, 40.0, 20.0, page);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    const double gutter = 4.0 * kPaperMillimetre, height = (100.0 - gutter) / 2.0;
+    RecordingGenerator expected;  // as it writes numbers
+    const auto cell = [&](double top) {
+        ORVMathBox2D box;
+        const double scale = height / 20.0, left = (100.0 - 40.0 * scale) / 2.0;
+        box.Add({left, top});
+        box.Add({left + 40.0 * scale, top + height});
+        ASSERT_EQ(expected.BeginClip(box), 1);
+        ASSERT_EQ(FillRectangle(expected, left, top, 40.0 * scale, height), 1);
+        ASSERT_EQ(expected.EndClip(), 1);
+    };
+    ASSERT_EQ(expected.BeginDocument({"t", 2}), 1);
+    ASSERT_EQ(expected.BeginPage(PageInfo(100, 100, 1)), 1);
+    cell(0.0);
+    cell(height + gutter);
+    ASSERT_EQ(expected.EndPage(), 1);
+    ASSERT_EQ(expected.BeginPage(PageInfo(100, 100, 2)), 1);
+    cell(0.0);
+    ASSERT_EQ(expected.EndPage(), 1);
+    ASSERT_EQ(expected.EndDocument(), 1);
+    EXPECT_EQ(target.GetText(), expected.GetText());
+}
+
+TEST(ORVSheetGeneratorTest, ASheetOfSeveralPagesEndsOnceWhenItIsFull) {
+    RecordingGenerator target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0);
+    options.layout.pagesPerSheet = 2;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 2}), 1);
+    for (unsigned int page = 1; page <= 2; ++page) DrawFilledPage(sheets, 40.0, 20.0, page);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_EQ(std::count(target.GetLines().begin(), target.GetLines().end(), "end page"), 1);
+}
+
+TEST(ORVSheetGeneratorTest, PrintsAPosterSheetBySheet) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));  // no room for marks
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(110, 60)), 1);
+    ASSERT_EQ(FillRectangle(sheets, 5, 5, 10, 10), 1);
+    ASSERT_EQ(FillRectangle(sheets, 52, 5, 6, 10), 1);  // in the overlap
+    ASSERT_EQ(FillRectangle(sheets, 100, 5, 10, 10), 1);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_EQ(target.GetText(),
+              "document \"t\" 0\n"
+              "page 1 60x60\n"
+              "clip 0,0 to 60,60\n"
+              "fill #000000 M5,5 L15,5 L15,15 L5,15 Z\n"
+              "fill #000000 M52,5 L58,5 L58,15 L52,15 Z\n"
+              "end clip\n"
+              "end page\n"
+              "page 2 60x60\n"
+              "clip 0,0 to 60,60\n"
+              "fill #000000 M2,5 L8,5 L8,15 L2,15 Z\n"
+              "fill #000000 M50,5 L60,5 L60,15 L50,15 Z\n"
+              "end clip\n"
+              "end page\n"
+              "end document\n");
+}
+
+TEST(ORVSheetGeneratorTest, ReportsALinkTargetOnTheFirstSheetThatShowsIt) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(160, 60)), 1);
+    ORVPrintGroup group;
+    group.id = "a";
+    group.linkElementId = "b";
+    group.isLinkTarget = true;
+    ASSERT_EQ(sheets.BeginGroup(group), 1);
+    ASSERT_EQ(FillRectangle(sheets, 70, 5, 80, 10), 1);
+    ASSERT_EQ(sheets.EndGroup(), 1);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    std::vector<std::string> lines;
+    for (const std::string& line : target.GetLines())
+        if (line.starts_with("page") || line.starts_with("group")) lines.push_back(line);
+    EXPECT_THAT(lines, ElementsAre("page 1 60x60", "page 2 60x60", "group #a ->#b target", "page 3 60x60",
+                                   "group #a ->#b"));
+}
+
+TEST(ORVSheetGeneratorTest, LabelsAndTrimsTheSheetsOfAPoster) {
+    for (const unsigned int pages : {1U, 2U}) {
+        SymbolRecorder target;
+        ORVSheetGenerator sheets(target, Poster(120.0, 120.0, 10.0, 0.0));
+        ASSERT_EQ(sheets.BeginDocument({"t", pages}), 1);
+        ORVPrintPageInfo info = PageInfo(150, 130, pages);
+        info.id = "p";
+        info.title = "Title";
+        ASSERT_EQ(sheets.BeginPage(info), 1);
+        ASSERT_EQ(sheets.EndPage(), 1);
+        std::vector<std::string> begun;
+        for (const std::string& line : target.lines)
+            if (line.starts_with("page")) begun.push_back(line);
+        const std::string before = pages == 1 ? "" : "2-";
+        EXPECT_THAT(begun, ElementsAre("page 1 #p Title label " + before + "A1 trim 10,10 110,110",
+                                       "page 2 label " + before + "A2 trim 10,10 60,110",
+                                       "page 3 label " + before + "B1 trim 10,10 110,40",
+                                       "page 4 label " + before + "B2 trim 10,10 60,40"));
+    }
+}
+
+/// All points of what is drawn outside of clips: marks.
+std::vector<std::string> Marks(const RecordingGenerator& target) {
+    std::vector<std::string> marks;
+    int depth = 0;
+    for (const std::string& line : target.GetLines()) {
+        if (line.starts_with("clip")) ++depth;
+        if (line.starts_with("end clip")) --depth;
+        if (depth == 0 && (line.starts_with("stroke") || line.starts_with("text"))) marks.push_back(line);
+    }
+    return marks;
+}
+
+TEST(ORVSheetGeneratorTest, DrawsMarksOutsideOfTheDrawing) {
+    const double mm = kPaperMillimetre;
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(100.0 * mm, 100.0 * mm, 10.0 * mm, 10.0 * mm));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    DrawFilledPage(sheets, 150.0 * mm, 80.0 * mm);
+    const std::vector<std::string> marks = Marks(target);
+    ASSERT_EQ(marks.size(), 4U);  // on each of two sheets lines and a label
+    EXPECT_THAT(marks[1], testing::StartsWith("text \"A1\""));
+    EXPECT_THAT(marks[3], testing::StartsWith("text \"A2\""));
+    // The upper left corner's two lines, 5 mm long, 1 mm away from it.
+    EXPECT_THAT(marks[0], HasSubstr(" M31.89,35.433 L14.173,35.433 M35.433,31.89 L35.433,14.173"));
+    // Circles in the middle of the overlap, 5 mm inside of the right edge and of the left one, with a radius
+    // of 1.2 mm. On the first sheet above and below on the right, on the second one on the left.
+    EXPECT_THAT(marks[0], HasSubstr(" M305.433,24.803 C"));  // 85 + 1.2, 10 - 3 mm
+    EXPECT_THAT(marks[0], Not(HasSubstr(" M57.402,24.803 C")));
+    EXPECT_THAT(marks[2], HasSubstr(" M57.402,24.803 C"));  // 15 + 1.2 mm
+    EXPECT_EQ(std::count(marks[0].begin(), marks[0].end(), 'Z'), 2);
+}
+
+TEST(ORVSheetGeneratorTest, LeavesMarksOutWhereThereIsNoRoom) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 3.0, 10.0));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    DrawFilledPage(sheets, 98.0, 54.0);
+    EXPECT_THAT(Marks(target), ElementsAre());
+}
+
+TEST(ORVSheetGeneratorTest, RefusesPostersOfTooManySheets) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    EXPECT_EQ(sheets.BeginPage(PageInfo(50 * 101, 50 * 101)), kPageTooLarge);
+    EXPECT_THAT(sheets.GetError(), HasSubstr("page 1 would take too many sheets"));
+    EXPECT_EQ(sheets.BeginPage(PageInfo(1e300, 1e300)), kPageTooLarge);
+    EXPECT_EQ(sheets.EndDocument(), 1);
+    EXPECT_THAT(target.GetLines(), Not(Contains(testing::StartsWith("page"))));
+}
+
+TEST(ORVSheetGeneratorTest, RefusesPagesThatCannotBeScaled) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.layout.scale = {ORVSheetScale::Kind::kFactor, 1e4};
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    EXPECT_EQ(sheets.BeginPage(PageInfo(1e307, 1.0)), kPageTooLarge);
+    EXPECT_THAT(sheets.GetError(), HasSubstr("page 1"));
+}
+
+TEST(ORVSheetGeneratorTest, LeavesOutWhatScalingTakesPastAllNumbers) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.layout.scale = {ORVSheetScale::Kind::kFactor, 1e4};
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(1.0, 1.0)), 1);
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    EXPECT_EQ(sheets.DrawShape({path, {1e307, 0, 0, 1e-307, 0, 0}, &fill, nullptr}), 1);
+    EXPECT_TRUE(target.GetDrawn().empty());
+}
+
+// Whatever call of the target fails, what follows is as after a failure of any generator.
+TEST(ORVSheetGeneratorTest, PassesOnFailures) {
+    ORVSheetOptions shared = OnPaper(100.0, 100.0);
+    shared.layout.pagesPerSheet = 2;
+    for (const ORVSheetOptions& options :
+         {OnPaper(100.0, 100.0, 5.0), shared, Poster(60.0, 60.0, 12.0, 10.0)})
+        for (std::size_t call = 1;; ++call) {
+            ASSERT_LT(call, 100U);
+            RecordingGenerator target;
+            target.FailAt(call);
+            ORVSheetGenerator sheets(target, options);
+            int result = sheets.BeginDocument({"t", 1});
+            if (result != 1) continue;
+            result = sheets.BeginPage(PageInfo(110, 60));
+            if (result == 1) result = FillRectangle(sheets, 0, 0, 110, 60);
+            if (result == 1) result = sheets.EndPage();
+            const int ended = sheets.EndDocument();
+            if (result == 1) result = ended;
+            EXPECT_EQ(target.GetLines().back().substr(0, 12), "end document");
+            if (result == 1) break;  // more calls than were made
+            EXPECT_EQ(result, -99);
+        }
+}
+
+}  // namespace
