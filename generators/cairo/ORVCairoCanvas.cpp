@@ -8,6 +8,7 @@
 
 #include "generators/common/generator_status.h"
 #include "generators/common/glyph_outlines.h"
+#include "generators/common/map_measures.h"
 #include "generators/common/path_range.h"
 #include "platform/system/ORVUnicodeString.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
@@ -17,8 +18,6 @@ namespace {
 
 // cairo keeps device coordinates in 24 bits before the point; half of that leaves room for pens.
 constexpr double kDeviceLimit = 4'000'000.0;
-// Maps that enlarge or reduce areas beyond this show nothing; cairo would refuse them for good.
-constexpr double kAreaLimit = 1e60;
 // The font library has no larger pictures of glyphs (device units an em); smaller glyphs cannot be seen.
 constexpr double kLargestGlyph = 4000.0;
 constexpr double kSmallestGlyph = 1e-5;
@@ -28,15 +27,6 @@ constexpr double kShortestDashPeriod = 0.1;
 // cairo makes every dash, also those off the page: what lies beyond this (device units) is cut off before.
 // No page is larger.
 constexpr double kDashedLimit = 40'000.0;
-
-bool IsDrawable(const ORVMathAffine2D& toDevice) {
-    const double area = std::fabs(toDevice.Determinant());
-    return toDevice.IsFinite() && area < kAreaLimit && area > 1.0 / kAreaLimit;
-}
-
-double Enlargement(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
 
 double Channel(std::uint8_t value) { return value / 255.0; }
 

@@ -16,27 +16,26 @@ constexpr std::array<std::int64_t, 10> kPowers{1,       10,        100,        1
 std::int64_t ToFixed(double number, int places) {
     constexpr double kGreatest = 9e18;  // within 63 bits
     const double fixed = number * static_cast<double>(kPowers[static_cast<std::size_t>(places)]);
-    return std::fabs(fixed) < kGreatest ? std::llround(fixed) : 0;
+    return std::fabs(fixed) < kGreatest ? static_cast<std::int64_t>(fixed + std::copysign(0.5, fixed)) : 0;
 }
 
 void AppendFixed(std::string& text, std::int64_t fixed, int places) {
-    const std::int64_t unit = kPowers[static_cast<std::size_t>(places)];
-    if (fixed < 0) {
-        text += '-';
-        fixed = -fixed;
+    const bool isNegative = fixed < 0;
+    auto rest = static_cast<std::uint64_t>(isNegative ? -fixed : fixed);
+    // Digits from the last to the first; noughts at the end of the fraction go unwritten.
+    std::array<char, 24> digits;
+    char* const end = digits.data() + digits.size();
+    char* start = end;
+    for (; places > 0 && rest % 10 == 0; --places) rest /= 10;
+    if (places > 0) {
+        for (; places > 0; --places, rest /= 10) *--start = static_cast<char>('0' + rest % 10);
+        *--start = '.';
+    } else if (rest == 0) {
+        *--start = '0';
     }
-    const std::int64_t whole = fixed / unit;
-    std::int64_t fraction = fixed % unit;
-    std::array<char, 32> digits;
-    char* end = digits.data();
-    if (whole != 0 || fraction == 0) end = std::to_chars(end, end + 20, whole).ptr;
-    if (fraction != 0) {
-        *end++ = '.';
-        for (int i = places - 1; i >= 0; --i, fraction /= 10) end[i] = static_cast<char>('0' + fraction % 10);
-        end += places;
-        while (end[-1] == '0') --end;
-    }
-    text.append(digits.data(), end);
+    for (; rest != 0; rest /= 10) *--start = static_cast<char>('0' + rest % 10);
+    if (isNegative) *--start = '-';
+    text.append(start, end);
 }
 
 void AppendDecimal(std::string& text, double number, int places) {
@@ -46,6 +45,10 @@ void AppendDecimal(std::string& text, double number, int places) {
 void AppendSignificant(std::string& text, double number, int digits) {
     if (number == 0.0 || !std::isfinite(number)) {
         text += '0';
+        return;
+    }
+    if (number == 1.0 || number == -1.0) {
+        text += number < 0.0 ? "-1" : "1";
         return;
     }
     const int magnitude = static_cast<int>(std::floor(std::log10(std::fabs(number))));

@@ -9,6 +9,7 @@
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "generators/common/number_text.h"
 #include "generators/pdf/pdf_content.h"
 #include "generators/pdf/pdf_document.h"
 #include "generators/pdf/pdf_file.h"
@@ -145,9 +146,9 @@ void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
     const ORVMathBox2D box = page->EndBox();
     const auto toPoints = [&](double x, double y) {
         std::string text;
-        AppendPdfNumber(text, x * kPointsPerUserUnit);
+        AppendDecimal(text, x * kPointsPerUserUnit, kPdfPlaces);
         text += ' ';
-        AppendPdfNumber(text, (height - y) * kPointsPerUserUnit);
+        AppendDecimal(text, (height - y) * kPointsPerUserUnit, kPdfPlaces);
         return text;
     };
     if (!group.target.empty()) {
@@ -234,7 +235,7 @@ void ORVPdfGenerator::State::EndPage() {
         char separator = '[';
         for (const double side : {box.xMin, height - box.yMax, box.xMax, height - box.yMin}) {
             dictionary += separator;
-            AppendPdfNumber(dictionary, side * kPointsPerUserUnit);
+            AppendDecimal(dictionary, side * kPointsPerUserUnit, kPdfPlaces);
             separator = ' ';
         }
         dictionary += ']';

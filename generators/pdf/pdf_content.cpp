@@ -7,6 +7,8 @@
 #include <span>
 
 #include "generators/common/glyph_outlines.h"
+#include "generators/common/map_measures.h"
+#include "generators/common/number_text.h"
 #include "generators/common/path_range.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_fonts.h"
@@ -21,42 +23,15 @@ namespace {
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
 // What lies farther out (user units) is cut off: no page is larger, and readers hold coordinates in few bits.
 constexpr double kLimit = 40'000.0;
-// Maps that enlarge or reduce areas beyond this show nothing.
-constexpr double kAreaLimit = 1e60;
 // Glyphs of other sizes (user units an em, on the page) cannot be seen, or are larger than any page.
 constexpr double kSmallestGlyph = 1e-3;
 constexpr double kLargestGlyph = 1e6;
 // Dashes of a shorter period (user units) look like a solid line.
 constexpr double kShortestDashPeriod = 0.02;
-// Maps that flatten more than this (ratio of the axes) leave no width to a pen and no height to a glyph;
-// readers take them for maps without an inverse.
-constexpr double kFlattest = 1e-8;
 // Thinner lines (user units) than the dots of any device.
 constexpr double kHairline = 0.01;
 // A page's content comes in streams of this size, each of which is compressed on its own.
 constexpr std::size_t kPieceSize = std::size_t{256} << 10U;
-
-bool IsDrawable(const ORVMathAffine2D& map) {
-    const double area = std::fabs(map.Determinant());
-    return map.IsFinite() && area < kAreaLimit && area > 1.0 / kAreaLimit;
-}
-
-double Enlargement(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
-
-bool IsFlat(const ORVMathAffine2D& map) {
-    const double scale = Enlargement(map);
-    return !(std::fabs(map.Determinant()) > kFlattest * scale * scale);
-}
-
-/// True for maps under which a pen stays round.
-bool KeepsAngles(const ORVMathAffine2D& map) {
-    const double x = map.m11 * map.m11 + map.m21 * map.m21, y = map.m12 * map.m12 + map.m22 * map.m22;
-    const double mixed = map.m11 * map.m12 + map.m21 * map.m22;
-    const double tolerance = 1e-9 * (x + y);
-    return std::fabs(x - y) <= tolerance && std::fabs(mixed) <= tolerance;
-}
 
 std::uint64_t ToKey(const ORVPrintColour& colour) {
     return std::uint64_t{colour.red} << 16U | std::uint64_t{colour.green} << 8U | colour.blue;
@@ -133,7 +108,7 @@ PdfContent::PdfContent(PdfDocumentObjects& document) : document_(document), isFo
 }
 
 void PdfContent::PutNumber(double number) {
-    AppendPdfNumber(content_, number, places_);
+    AppendDecimal(content_, number, places_);
     content_ += ' ';
 }
 
@@ -174,7 +149,7 @@ void PdfContent::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map) {
 void PdfContent::PutName(char prefix, unsigned int number) {
     content_ += '/';
     content_ += prefix;
-    AppendPdfNumber(content_, number, 0);
+    AppendDecimal(content_, number, 0);
     content_ += ' ';
 }
 
@@ -183,7 +158,7 @@ void PdfContent::PutColour(std::uint64_t colour, const char* gray, const char* r
     const std::array<std::uint64_t, 3> parts{colour >> 16U & 255U, colour >> 8U & 255U, colour & 255U};
     const bool isGray = parts[0] == parts[1] && parts[0] == parts[2];
     for (std::size_t i = 0; i < (isGray ? 1U : 3U); ++i) {
-        AppendPdfNumber(content_, static_cast<double>(parts[i]) / 255.0, kColourPlaces);
+        AppendDecimal(content_, static_cast<double>(parts[i]) / 255.0, kColourPlaces);
         content_ += ' ';
     }
     Put(isGray ? gray : rgb);
@@ -311,12 +286,12 @@ void PdfContent::SetLine(double width, int cap, int join, double miterLimit) {
         state_.lineWidth = width;
     }
     if (state_.cap != cap) {
-        AppendPdfNumber(content_, cap, 0);
+        AppendDecimal(content_, cap, 0);
         Put(" J\n");
         state_.cap = cap;
     }
     if (state_.join != join) {
-        AppendPdfNumber(content_, join, 0);
+        AppendDecimal(content_, join, 0);
         Put(" j\n");
         state_.join = join;
     }
@@ -356,7 +331,7 @@ void PdfContent::SetStroke(const ORVPrintStroke& stroke, double scale) {
 void PdfContent::SetTextMode(int mode) {
     if (state_.textMode == mode) return;
     state_.textMode = mode;
-    AppendPdfNumber(content_, mode, 0);
+    AppendDecimal(content_, mode, 0);
     Put(" Tr\n");
 }
 
@@ -540,7 +515,7 @@ void PdfContent::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, co
                 fonts_.insert(font->GetObject());
                 if (state_.font != font || state_.fontSize != size) {
                     PutName('F', font->GetObject());
-                    AppendPdfNumber(content_, size, 5);
+                    AppendDecimal(content_, size, 5);
                     Put(" Tf\n");
                     state_.font = font;
                     state_.fontSize = size;
@@ -549,7 +524,7 @@ void PdfContent::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, co
             if (isNewLine || shown_.empty()) {
                 const ORVMathPoint2D at = map({glyph.x, glyph.y});
                 for (const double factor : {toPage.m11, toPage.m21, toPage.m12, toPage.m22}) {
-                    AppendPdfFactor(content_, factor);
+                    AppendSignificant(content_, factor, kPdfFactorDigits);
                     content_ += ' ';
                 }
                 PutPoint(at);
@@ -562,7 +537,7 @@ void PdfContent::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, co
                 if (isStringOpen) shown_ += ')';
                 isStringOpen = false;
                 isArray = true;
-                AppendPdfNumber(shown_, back, 1);
+                AppendDecimal(shown_, back, 1);
                 pen.x -= back * em / 1000.0;
             }
             if (!isStringOpen) shown_ += '(';
@@ -615,7 +590,7 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     SetDashes({}, 1.0);
     SetTextMode(0);
     for (const double factor : {map.m11, map.m21, map.m12, map.m22}) {
-        AppendPdfFactor(content_, factor);
+        AppendSignificant(content_, factor, kPdfFactorDigits);
         content_ += ' ';
     }
     PutPoint({map.dx, map.dy});
@@ -679,9 +654,9 @@ std::string PdfContent::MakeResources() const {
         resources += "/ExtGState<<";
         for (const auto& [fill, stroke] : opacities_) {
             resources += OpacityName(fill, stroke) + "<</ca ";
-            AppendPdfNumber(resources, fill / 255.0);
+            AppendDecimal(resources, fill / 255.0, kPdfPlaces);
             resources += "/CA ";
-            AppendPdfNumber(resources, stroke / 255.0);
+            AppendDecimal(resources, stroke / 255.0, kPdfPlaces);
             resources += ">>";
         }
         resources += ">>";
@@ -720,7 +695,7 @@ PdfForm PdfContent::FinishForm() {
     for (const double side :
          {std::floor(limit(wholeBox_.xMin - margin)), std::floor(limit(wholeBox_.yMin - margin)),
           std::ceil(limit(wholeBox_.xMax + margin)), std::ceil(limit(wholeBox_.yMax + margin))}) {
-        AppendPdfNumber(entries, side, 0);
+        AppendDecimal(entries, side, 0);
         entries += ' ';
     }
     entries.back() = ']';

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "generators/common/glyph_outlines.h"
+#include "generators/common/number_text.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_syntax.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
@@ -93,9 +94,9 @@ std::string Hex(unsigned int value, int digits) {
 void AppendPath(std::string& content, const ORVPrintPath& path) {
     auto p = path.points.begin();
     const auto point = [&] {
-        AppendPdfNumber(content, p->x);
+        AppendDecimal(content, p->x, kPdfPlaces);
         content += ' ';
-        AppendPdfNumber(content, p->y);
+        AppendDecimal(content, p->y, kPdfPlaces);
         content += ' ';
         ++p;
     };
@@ -223,15 +224,15 @@ void PdfFont::WriteTrueType(PdfFile& file) const {
     std::string descriptor = "<</Type/FontDescriptor/FontName/" + MakeName() + "/Flags " +
                              (face_.IsItalic() ? "68" : "4") + "/FontBBox[";
     for (const unsigned int at : {36U, 38U, 40U, 42U}) {
-        AppendPdfNumber(descriptor, std::round(ReadSigned16(head, at) * unit));
+        AppendDecimal(descriptor, std::round(ReadSigned16(head, at) * unit), kPdfPlaces);
         descriptor += ' ';
     }
     descriptor += "]/ItalicAngle ";
     descriptor += face_.IsItalic() ? "-12" : "0";
     descriptor += "/Ascent ";
-    AppendPdfNumber(descriptor, std::round(face_.GetAscent() * 1000.0));
+    AppendDecimal(descriptor, std::round(face_.GetAscent() * 1000.0), kPdfPlaces);
     descriptor += "/Descent ";
-    AppendPdfNumber(descriptor, std::round(-face_.GetDescent() * 1000.0));
+    AppendDecimal(descriptor, std::round(-face_.GetDescent() * 1000.0), kPdfPlaces);
     descriptor += "/CapHeight 700/StemV " + std::to_string(face_.GetWeight() >= 600 ? 120 : 80) +
                   "/FontFile2 " + std::to_string(fontFile) + " 0 R>>";
     const unsigned int descriptorObject = file.Reserve();
@@ -242,7 +243,7 @@ void PdfFont::WriteTrueType(PdfFile& file) const {
         "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor " +
         std::to_string(descriptorObject) + " 0 R/CIDToGIDMap " + std::to_string(glyphMap) + " 0 R/DW 0/W[1[";
     for (const Entry& entry : entries_) {
-        AppendPdfNumber(descendant, entry.width);
+        AppendDecimal(descendant, entry.width, kPdfPlaces);
         descendant += ' ';
     }
     descendant += "]]>>";
@@ -268,11 +269,11 @@ void PdfFont::WriteDrawn(PdfFile& file) const {
         ORVMathBox2D glyphBox;
         for (const ORVMathPoint2D& p : path.points) glyphBox.Add(p);
         std::string drawing;
-        AppendPdfNumber(drawing, entry.width);
+        AppendDecimal(drawing, entry.width, kPdfPlaces);
         drawing += " 0 ";
         if (!glyphBox.IsEmpty()) {
             for (const double side : {glyphBox.xMin, glyphBox.yMin, glyphBox.xMax, glyphBox.yMax}) {
-                AppendPdfNumber(drawing, side);
+                AppendDecimal(drawing, side, kPdfPlaces);
                 drawing += ' ';
             }
             box.Add({glyphBox.xMin, glyphBox.yMin});
@@ -288,13 +289,13 @@ void PdfFont::WriteDrawn(PdfFile& file) const {
         const std::string name = "/g" + std::to_string(code);
         procedures += name + " " + std::to_string(object) + " 0 R";
         names += name;
-        AppendPdfNumber(widths, entry.width);
+        AppendDecimal(widths, entry.width, kPdfPlaces);
         widths += ' ';
     }
     const unsigned int toUnicode = WriteToUnicode(file);
     std::string font = "<</Type/Font/Subtype/Type3/FontMatrix[.001 0 0 .001 0 0]/FontBBox[";
     for (const double side : {box.xMin, box.yMin, box.xMax, box.yMax}) {
-        AppendPdfNumber(font, box.IsEmpty() ? 0.0 : side);
+        AppendDecimal(font, box.IsEmpty() ? 0.0 : side, kPdfPlaces);
         font += ' ';
     }
     font += "]/Resources<<>>/CharProcs<<" + procedures + ">>/Encoding<</Type/Encoding/Differences[1" + names +

@@ -1,17 +1,13 @@
 #include "generators/pdf/pdf_syntax.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdint>
 
+#include "generators/common/number_text.h"
 #include "platform/system/ORVUnicodeString.h"
 
 namespace {
 
 constexpr char kHexDigits[] = "0123456789ABCDEF";
-constexpr std::array<double, 7> kPowersOfTen{1.0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
 
 /// Takes the character at the start of `text` off; U+FFFD for a byte that begins none.
 char32_t TakeCharacter(std::string_view& text) {
@@ -30,62 +26,9 @@ char32_t TakeCharacter(std::string_view& text) {
 
 }  // namespace
 
-void AppendPdfNumber(std::string& text, double number, int places) {
-    // Drawings stay far within this; what does not is cut off before.
-    if (!(std::fabs(number) < 1e12)) number = 0.0;
-    const double magnitude = std::fabs(number) * kPowersOfTen[static_cast<std::size_t>(places)];
-    auto scaled = static_cast<std::uint64_t>(magnitude + 0.5);
-
-    // Digits from the last to the first; noughts at the end of the fraction go unwritten.
-    std::array<char, 24> digits;
-    char* const end = digits.data() + digits.size();
-    char* start = end;
-    int left = places;
-    for (; left > 0 && scaled % 10 == 0; --left) scaled /= 10;
-    if (left > 0) {
-        for (; left > 0; --left, scaled /= 10) *--start = static_cast<char>('0' + scaled % 10);
-        *--start = '.';
-    } else if (scaled == 0) {
-        *--start = '0';
-        number = 0.0;
-    }
-    for (; scaled != 0; scaled /= 10) *--start = static_cast<char>('0' + scaled % 10);
-    if (number < 0.0) *--start = '-';
-    text.append(start, end);
-}
-
-void AppendPdfFactor(std::string& text, double number) {
-    // The format knows no exponents.
-    if (number == 0.0 || !std::isfinite(number)) {
-        text += '0';
-        return;
-    }
-    if (number == 1.0 || number == -1.0) {
-        text += number < 0.0 ? "-1" : "1";
-        return;
-    }
-    const int places = std::clamp(8 - static_cast<int>(std::floor(std::log10(std::fabs(number)))), 0, 40);
-    std::array<char, 400> digits;
-    char* start = digits.data();
-    char* end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed, places)
-            .ptr;
-    if (places > 0) {
-        while (end[-1] == '0') --end;
-        if (end[-1] == '.') --end;
-    }
-    // The nought before the point can go.
-    const bool isNegative = *start == '-';
-    if (end - start > 2 && start[isNegative ? 1 : 0] == '0' && start[isNegative ? 2 : 1] == '.') {
-        ++start;
-        if (isNegative) *start = '-';
-    }
-    text.append(start, end);
-}
-
 void AppendPdfMap(std::string& text, const ORVMathAffine2D& map) {
     for (const double factor : {map.m11, map.m21, map.m12, map.m22, map.dx, map.dy}) {
-        AppendPdfFactor(text, factor);
+        AppendSignificant(text, factor, kPdfFactorDigits);
         text += ' ';
     }
 }

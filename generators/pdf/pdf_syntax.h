@@ -5,10 +5,11 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// Appends a number in its shortest form, rounded to that many digits after the point (0 to 6).
-void AppendPdfNumber(std::string& text, double number, int places = 4);
-/// Appends a number with nine significant digits, for factors.
-void AppendPdfFactor(std::string& text, double number);
+/// Digits after the point of lengths that nothing else says the digits of.
+inline constexpr int kPdfPlaces = 4;
+/// Significant digits of factors.
+inline constexpr int kPdfFactorDigits = 9;
+
 /// Appends the six numbers of a map, each with a blank behind it.
 void AppendPdfMap(std::string& text, const ORVMathAffine2D& map);
 /// Appends a text string, in the format's Unicode form unless it is plain ASCII. What is no UTF-8 becomes

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "generators/common/glyph_outlines.h"
+#include "generators/common/map_measures.h"
 #include "generators/raster/curve_flattening.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
@@ -15,8 +16,6 @@ namespace {
 
 // Half of what the coverage buffer takes, which leaves room for pens.
 constexpr double kDeviceLimit = CoverageBuffer::kFarthest / 2.0;
-// Maps that enlarge or reduce areas beyond this show nothing.
-constexpr double kAreaLimit = 1e60;
 // Glyphs of more pixels an em are drawn as any other outline, which need not be near.
 constexpr double kLargestGlyph = 20'000.0;
 // Smaller ones cannot be seen.
@@ -27,15 +26,6 @@ constexpr std::uint32_t kGlyphsOfPiece = 32;
 constexpr std::size_t kArenaBlock = std::size_t{1} << 18U;
 // Pens are looked for among the last ones.
 constexpr std::size_t kPensToCompare = 8;
-
-bool IsDrawable(const ORVMathAffine2D& map) {
-    const double area = std::fabs(map.Determinant());
-    return map.IsFinite() && area < kAreaLimit && area > 1.0 / kAreaLimit;
-}
-
-double Enlargement(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
 
 bool IsWithinLimit(const ORVMathPoint2D& p) {
     return std::fabs(p.x) <= kDeviceLimit && std::fabs(p.y) <= kDeviceLimit;

@@ -11,6 +11,7 @@
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "generators/common/map_measures.h"
 #include "generators/common/number_text.h"
 #include "generators/common/path_range.h"
 #include "generators/svg/svg_images.h"
@@ -31,10 +32,6 @@ constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
 constexpr double kLargestSide = 1e6;
 // What lies farther out than this, and than the page is large, is cut off (user units).
 constexpr double kLeastLimit = 40'000.0;
-// Maps that enlarge or reduce areas beyond this show nothing.
-constexpr double kAreaLimit = 1e60;
-// Maps that flatten more than this (ratio of the axes) leave no width to a pen and no height to a glyph.
-constexpr double kFlattest = 1e-8;
 // Glyphs of other sizes (user units an em, on the page) cannot be seen, or are larger than any page.
 constexpr double kSmallestGlyph = 1e-3;
 constexpr double kLargestGlyph = 1e6;
@@ -42,28 +39,6 @@ constexpr double kLargestGlyph = 1e6;
 constexpr int kPagePlaces = 3;
 constexpr int kMostPlaces = 9;
 constexpr int kFactorDigits = 9;
-
-bool IsDrawable(const ORVMathAffine2D& map) {
-    const double area = std::fabs(map.Determinant());
-    return map.IsFinite() && area < kAreaLimit && area > 1.0 / kAreaLimit;
-}
-
-double Enlargement(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
-
-bool IsFlat(const ORVMathAffine2D& map) {
-    const double scale = Enlargement(map);
-    return !(std::fabs(map.Determinant()) > kFlattest * scale * scale);
-}
-
-/// True for maps under which a pen stays round.
-bool KeepsAngles(const ORVMathAffine2D& map) {
-    const double x = map.m11 * map.m11 + map.m21 * map.m21, y = map.m12 * map.m12 + map.m22 * map.m22;
-    const double mixed = map.m11 * map.m12 + map.m21 * map.m22;
-    const double tolerance = 1e-9 * (x + y);
-    return std::fabs(x - y) <= tolerance && std::fabs(mixed) <= tolerance;
-}
 
 bool IsUpright(const ORVMathAffine2D& map) {
     constexpr double kTolerance = 1e-9;

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <random>
+#include <string>
 
 namespace {
 
@@ -61,6 +64,40 @@ TEST(AppendSignificantTest, WritesTheGreatestNumbers) {
     AppendSignificant(text, -std::numeric_limits<double>::max(), 6);
     EXPECT_EQ(text.size(), 310U);
     EXPECT_EQ(text.substr(0, 6), "-17976");
+}
+
+struct NumberCase {
+    double number;
+    int places;
+    const char* text;
+};
+class ShortNumberTest : public testing::TestWithParam<NumberCase> {};
+TEST_P(ShortNumberTest, IsAsShortAsItCanBe) {
+    std::string text;
+    AppendDecimal(text, GetParam().number, GetParam().places);
+    EXPECT_EQ(text, GetParam().text);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, ShortNumberTest,
+    testing::Values(NumberCase{0.0, 3, "0"}, NumberCase{-0.0, 3, "0"}, NumberCase{1.0, 3, "1"},
+                    NumberCase{-12.5, 3, "-12.5"}, NumberCase{0.5, 3, ".5"}, NumberCase{-0.25, 3, "-.25"},
+                    NumberCase{0.0004, 3, "0"}, NumberCase{-0.0004, 3, "0"}, NumberCase{0.0005, 3, ".001"},
+                    NumberCase{0.9996, 3, "1"}, NumberCase{100.0, 3, "100"}, NumberCase{1200.05, 1, "1200.1"},
+                    NumberCase{10.0, 0, "10"}, NumberCase{0.4, 0, "0"}, NumberCase{1.0203, 4, "1.0203"},
+                    NumberCase{999999999.0, 4, "999999999"}, NumberCase{1e300, 4, "0"},
+                    NumberCase{std::numeric_limits<double>::quiet_NaN(), 4, "0"}));
+
+TEST(ShortNumberTest, KeepsTheValueToItsPlaces) {
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> values(-50'000.0, 50'000.0);
+    for (int i = 0; i < 20'000; ++i) {
+        const int places = i % 7;
+        const double value = values(random) / (1 + i % 1000);
+        std::string text;
+        AppendDecimal(text, value, places);
+        EXPECT_NEAR(std::strtod(text.c_str(), nullptr), value, 0.5000001 * std::pow(10.0, -places)) << text;
+        EXPECT_EQ(text.find_first_not_of("-.0123456789"), text.npos);
+    }
 }
 
 }  // namespace
