@@ -39,7 +39,7 @@ TEST(DeflatePieceTest, PiecesMakeOneStream) {
 }
 
 TEST(DeflatePieceTest, WholeStreamsStandForThemselves) {
-    for (const std::size_t size : {0, 1, 5000, 1'000'000}) {
+    for (const std::size_t size : {0U, 1U, 5000U, 1'000'000U}) {
         const std::vector<std::uint8_t> bytes = RandomBytes(size, 7);
         std::vector<std::uint8_t> stream;
         ASSERT_TRUE(ORVDeflateWhole(bytes, stream));
