@@ -82,6 +82,7 @@ const std::string kResolution = std::to_string(kDotsPerInch);
 const std::vector<Viewer> kViewers{
     {"Poppler", "pdf", {"pdftoppm", "-r", kResolution, "-png", "-singlefile", "IN", "page"}},
     {"MuPdf", "pdf", {"mutool", "draw", "-q", "-r", kResolution, "-o", "page.png", "IN"}},
+    {"MuPdf", "tiff", {"mutool", "draw", "-q", "-r", kResolution, "-o", "page.png", "IN"}},
     {"Ghostscript",
      "pdf",
      {"gs", "-q", "-dSAFER", "-dBATCH", "-dNOPAUSE", "-sDEVICE=png16m", "-r" + kResolution,
