@@ -9,6 +9,7 @@
 
 #include "generators/common/glyph_outlines.h"
 #include "generators/common/number_text.h"
+#include "generators/pdf/cff_table.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_syntax.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
@@ -37,6 +38,16 @@ bool HasTable(hb_face_t* face, const char* tag) {
 bool IsPlainTrueType(const ORVFontFace& face) {
     hb_face_t* tables = face.GetHarfBuzzFace();
     return tables && HasTable(tables, "glyf") && HasTable(tables, "loca") && !HasTable(tables, "fvar");
+}
+
+/// Faces whose cubic outlines can be embedded: those that do not vary, and number their glyphs plainly.
+bool IsPlainCff(const ORVFontFace& face) {
+    hb_face_t* tables = face.GetHarfBuzzFace();
+    if (!tables || HasTable(tables, "fvar")) return false;
+    const HbBlob table(hb_face_reference_table(tables, HB_TAG('C', 'F', 'F', ' ')));
+    unsigned int size = 0;
+    const char* bytes = hb_blob_get_data(table.get(), &size);
+    return size > 0 && IsPlainCffTable({bytes, size});
 }
 
 double GlyphWidth(const ORVFontFace& face, std::uint32_t glyph) {
@@ -195,29 +206,46 @@ unsigned int PdfFont::WriteToUnicode(PdfFile& file) const {
     return object;
 }
 
-void PdfFont::WriteTrueType(PdfFile& file) const {
+unsigned int PdfFont::WriteEncoding(PdfFile& file, const std::vector<std::uint32_t>& glyphs) const {
+    std::string map =
+        "/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n"
+        "/CIDSystemInfo <</Registry (Adobe)/Ordering (Identity)/Supplement 0>> def\n"
+        "/CMapName /Codes def\n/CMapType 1 def\n1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n";
+    // The format allows a hundred lines in a block. The first glyph stands for no code.
+    constexpr std::size_t kBlock = 100;
+    for (std::size_t start = 1; start < glyphs.size(); start += kBlock) {
+        const std::size_t end = std::min(start + kBlock, glyphs.size());
+        map += std::to_string(end - start) + " begincidchar\n";
+        for (std::size_t code = start; code < end; ++code)
+            map += "<" + Hex(static_cast<unsigned int>(code), 4) + "> " + std::to_string(glyphs[code]) + "\n";
+        map += "endcidchar\n";
+    }
+    map += "endcmap\nCMapName currentdict /CMap defineresource pop\nend\nend\n";
+    const unsigned int object = file.Reserve();
+    file.WriteStream(
+        object, "/Type/CMap/CMapName/Codes/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>",
+        std::move(map), PdfFile::Packing::kDeflate);
+    return object;
+}
+
+void PdfFont::WriteProgram(PdfFile& file) const {
+    const bool isCff = kind_ == Kind::kCff;
+    const auto reference = [&](hb_face_t* one) {
+        return isCff ? hb_face_reference_table(one, HB_TAG('C', 'F', 'F', ' ')) : hb_face_reference_blob(one);
+    };
     std::vector<std::uint32_t> glyphs{0};
     for (const Entry& entry : entries_) glyphs.push_back(entry.glyph);
     hb_face_t* face = face_.GetHarfBuzzFace();
     Subset subset = MakeSubset(face, glyphs);
-    HbBlob program(subset.face ? hb_face_reference_blob(subset.face.get()) : nullptr);
+    HbBlob program(subset.face ? reference(subset.face.get()) : nullptr);
     if (!program || hb_blob_get_length(program.get()) == 0) {
-        program.reset(hb_face_reference_blob(face));  // the whole face then
+        program.reset(reference(face));  // the whole face then
         subset.glyphs = glyphs;
     }
     const std::string_view bytes(hb_blob_get_data(program.get(), nullptr), hb_blob_get_length(program.get()));
     const unsigned int fontFile = file.Reserve();
-    file.WriteStream(fontFile, "/Length1 " + std::to_string(bytes.size()), std::string(bytes),
-                     PdfFile::Packing::kDeflate);
-
-    // Numbers of the glyphs by code.
-    std::string glyphNumbers;
-    for (const std::uint32_t glyph : subset.glyphs) {
-        glyphNumbers += static_cast<char>(glyph >> 8U);
-        glyphNumbers += static_cast<char>(glyph);
-    }
-    const unsigned int glyphMap = file.Reserve();
-    file.WriteStream(glyphMap, "", std::move(glyphNumbers), PdfFile::Packing::kDeflate);
+    file.WriteStream(fontFile, isCff ? "/Subtype/CIDFontType0C" : "/Length1 " + std::to_string(bytes.size()),
+                     std::string(bytes), PdfFile::Packing::kDeflate);
 
     const HbBlob head(hb_face_reference_table(face, HB_TAG('h', 'e', 'a', 'd')));
     const double unit = 1000.0 / face_.GetUnitsPerEm();
@@ -234,26 +262,50 @@ void PdfFont::WriteTrueType(PdfFile& file) const {
     descriptor += "/Descent ";
     AppendDecimal(descriptor, std::round(-face_.GetDescent() * 1000.0), kPdfPlaces);
     descriptor += "/CapHeight 700/StemV " + std::to_string(face_.GetWeight() >= 600 ? 120 : 80) +
-                  "/FontFile2 " + std::to_string(fontFile) + " 0 R>>";
+                  (isCff ? "/FontFile3 " : "/FontFile2 ") + std::to_string(fontFile) + " 0 R>>";
     const unsigned int descriptorObject = file.Reserve();
     file.WriteObject(descriptorObject, descriptor);
 
-    std::string descendant =
-        "<</Type/Font/Subtype/CIDFontType2/BaseFont/" + MakeName() +
-        "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor " +
-        std::to_string(descriptorObject) + " 0 R/CIDToGIDMap " + std::to_string(glyphMap) + " 0 R/DW 0/W[1[";
-    for (const Entry& entry : entries_) {
-        AppendDecimal(descendant, entry.width, kPdfPlaces);
-        descendant += ' ';
+    std::string descendant = "<</Type/Font/Subtype/CIDFontType";
+    descendant += isCff ? '0' : '2';
+    descendant += "/BaseFont/" + MakeName() +
+                  "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor " +
+                  PdfReference(descriptorObject) + "/DW 0/W[";
+    std::string encoding = "/Identity-H";
+    if (isCff) {
+        // Glyphs go by their numbers in the program, to which the encoding maps the codes.
+        encoding = " " + PdfReference(WriteEncoding(file, subset.glyphs));
+        std::map<std::uint32_t, double> widths;
+        for (std::size_t i = 0; i < entries_.size(); ++i) widths[subset.glyphs[i + 1]] = entries_[i].width;
+        for (const auto& [glyph, width] : widths) {
+            descendant += std::to_string(glyph) + "[";
+            AppendDecimal(descendant, width, kPdfPlaces);
+            descendant += "]";
+        }
+        descendant += "]>>";
+    } else {
+        // Numbers of the glyphs by code.
+        std::string glyphNumbers;
+        for (const std::uint32_t glyph : subset.glyphs) {
+            glyphNumbers += static_cast<char>(glyph >> 8U);
+            glyphNumbers += static_cast<char>(glyph);
+        }
+        const unsigned int glyphMap = file.Reserve();
+        file.WriteStream(glyphMap, "", std::move(glyphNumbers), PdfFile::Packing::kDeflate);
+        descendant += "1[";
+        for (const Entry& entry : entries_) {
+            AppendDecimal(descendant, entry.width, kPdfPlaces);
+            descendant += ' ';
+        }
+        descendant += "]]/CIDToGIDMap " + PdfReference(glyphMap) + ">>";
     }
-    descendant += "]]>>";
     const unsigned int descendantObject = file.Reserve();
     file.WriteObject(descendantObject, descendant);
 
     const unsigned int toUnicode = WriteToUnicode(file);
-    file.WriteObject(object_, "<</Type/Font/Subtype/Type0/BaseFont/" + MakeName() +
-                                  "/Encoding/Identity-H/DescendantFonts[" + std::to_string(descendantObject) +
-                                  " 0 R]/ToUnicode " + std::to_string(toUnicode) + " 0 R>>");
+    file.WriteObject(object_, "<</Type/Font/Subtype/Type0/BaseFont/" + MakeName() + "/Encoding" + encoding +
+                                  "/DescendantFonts[" + PdfReference(descendantObject) + "]/ToUnicode " +
+                                  PdfReference(toUnicode) + ">>");
 }
 
 void PdfFont::WriteDrawn(PdfFile& file) const {
@@ -306,14 +358,16 @@ void PdfFont::WriteDrawn(PdfFile& file) const {
 
 void PdfFont::Write(PdfFile& file) const {
     if (entries_.empty()) return;  // looked at, but never shown
-    if (kind_ == Kind::kTrueType)
-        WriteTrueType(file);
-    else
+    if (kind_ == Kind::kDrawn)
         WriteDrawn(file);
+    else
+        WriteProgram(file);
 }
 
 PdfFont& PdfFontTable::AddFont(const ORVFontFace& face, PdfFile& file) {
-    const PdfFont::Kind kind = IsPlainTrueType(face) ? PdfFont::Kind::kTrueType : PdfFont::Kind::kDrawn;
+    const PdfFont::Kind kind = IsPlainTrueType(face) ? PdfFont::Kind::kTrueType
+                               : IsPlainCff(face)    ? PdfFont::Kind::kCff
+                                                     : PdfFont::Kind::kDrawn;
     fonts_.push_back(std::make_unique<PdfFont>(face, kind, file.Reserve()));
     latest_[&face] = fonts_.back().get();
     return *fonts_.back();

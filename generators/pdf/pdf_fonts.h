@@ -16,7 +16,8 @@ class PdfFile;
 class PdfFont {
 public:
     enum class Kind {
-        kTrueType,  ///< the face's own outlines, codes of two bytes
+        kTrueType,  ///< the face's own quadratic outlines, codes of two bytes
+        kCff,       ///< the face's own cubic outlines, codes of two bytes
         kDrawn,     ///< outlines written as drawings, codes of one byte: for faces of other formats
     };
     PdfFont(const ORVFontFace& face, Kind kind, unsigned int object)
@@ -44,7 +45,9 @@ private:
     unsigned int Capacity() const { return kind_ == Kind::kDrawn ? 0xFFU : 0xFFFFU; }
     std::string MakeName() const;
     unsigned int WriteToUnicode(PdfFile& file) const;
-    void WriteTrueType(PdfFile& file) const;
+    /// Maps codes to the numbers that the glyphs have in the font program.
+    unsigned int WriteEncoding(PdfFile& file, const std::vector<std::uint32_t>& glyphs) const;
+    void WriteProgram(PdfFile& file) const;
     void WriteDrawn(PdfFile& file) const;
 
     const ORVFontFace& face_;

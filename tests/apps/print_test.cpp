@@ -162,6 +162,17 @@ TEST_F(PrintTest, ExamplesPrintAsSoundPdf) {
     }
 }
 
+TEST_F(PrintTest, FontsOfCubicOutlinesAreEmbeddedAsTheyAre) {
+    WriteFile("f.svg",
+              SmallDrawing("<text x='5' y='20' font-family='Nimbus Sans' fill='black'>Cubic \xC3\xA9</text>"
+                           "<text x='5' y='40' font-family='Nimbus Sans' fill='black'>fit (2)</text>"));
+    ASSERT_EQ(Run({"f.svg", "-o", "f.pdf"}).exitCode, 0);
+    ExpectSoundPdf("f.pdf");
+    EXPECT_THAT(RunProgram({"pdffonts", "f.pdf"}).output,
+                testing::ContainsRegex("NimbusSans-Regular +CID Type 0C +Custom +yes yes yes"));
+    EXPECT_THAT(PdfText("f.pdf"), AllOf(HasSubstr("Cubic \xC3\xA9"), HasSubstr("fit (2)")));
+}
+
 TEST_F(PrintTest, CommandLineThatCannotBeUnderstood) {
     ExpectComplaint(Run({}), 2, "");
     ExpectComplaint(Run({"a.svg"}), 2, "no output");
