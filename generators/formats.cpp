@@ -59,9 +59,9 @@ constexpr std::array kFormats{
     ORVOutputFormat{"ps", false, CreatePostScript},
     ORVOutputFormat{"eps", true, CreateEps},
     ORVOutputFormat{"svg", true, CreateSvg},
-    ORVOutputFormat{"png", true, CreateRaster<ORVPngGenerator>},
-    ORVOutputFormat{"tiff", false, CreateRaster<ORVTiffGenerator>, "tif"},
-    ORVOutputFormat{"pwg", false, CreateRaster<ORVPwgGenerator>, "pwgraster"},
+    ORVOutputFormat{"png", true, CreateRaster<ORVPngGenerator>, "", true},
+    ORVOutputFormat{"tiff", false, CreateRaster<ORVTiffGenerator>, "tif", true},
+    ORVOutputFormat{"pwg", false, CreateRaster<ORVPwgGenerator>, "pwgraster", true},
 };
 
 }  // namespace

@@ -37,6 +37,7 @@ struct ORVOutputFormat {
     bool onePageAPart;      ///< a page fills a file of this format
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
     std::string_view otherName{};  ///< that means the same; empty for none
+    bool makesDots = false;        ///< in black and white, greys become patterns of dots
 };
 
 /// All formats.

@@ -175,7 +175,11 @@ private:
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
-        if (options_.sheet) sheet_ = std::make_unique<ORVSheetGenerator>(generator_->Get(), *options_.sheet);
+        if (options_.sheet) {
+            ORVSheetOptions sheet = *options_.sheet;
+            sheet.keepsGreys = format_.makesDots;
+            sheet_ = std::make_unique<ORVSheetGenerator>(generator_->Get(), sheet);
+        }
         sequence_.emplace(sheet_ ? *sheet_ : generator_->Get(),
                           isWhole ? static_cast<unsigned int>(pageCount) : 0);
         return kExitDone;

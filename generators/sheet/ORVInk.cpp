@@ -109,9 +109,9 @@ ORVPrintColour ORVInk::ConvertLine(const ORVPrintColour& colour) const {
 }
 
 bool ORVInk::ConvertArea(ORVPrintColour& colour) const {
-    if (mode_ == ORVColourMode::kColour) return true;
+    if (areaMode_ == ORVColourMode::kColour) return true;
     std::uint8_t grey = Grey(colour.red, colour.green, colour.blue);
-    if (mode_ == ORVColourMode::kMono) {
+    if (areaMode_ == ORVColourMode::kMono) {
         const bool isWhite = OnWhite(grey, colour.opacity) >= kMiddle;
         if (isWhite && colour.opacity < 255) return false;
         grey = isWhite ? 255 : 0;
@@ -130,7 +130,7 @@ const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern)
         patterns_.clear();
         bytes_ = 0;
     }
-    Entry entry{ORVRef<const ORVPixelImage>::Share(&image), MakeConverted(image, mode_, isPattern)};
+    Entry entry{ORVRef<const ORVPixelImage>::Share(&image), MakeConverted(image, areaMode_, isPattern)};
     bytes_ += static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight()) * 4;
     return *entries.emplace(&image, std::move(entry)).first->second.converted;
 }

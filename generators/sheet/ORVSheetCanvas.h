@@ -8,7 +8,7 @@
 /// are the sheet's: those calls go through as they are.
 class ORVSheetCanvas final : public ORVPrintGenerator {
 public:
-    ORVSheetCanvas(ORVPrintGenerator& target, ORVColourMode mode) : target_(target), ink_(mode) {}
+    ORVSheetCanvas(ORVPrintGenerator& target, const ORVInk& ink) : target_(target), ink_(ink) {}
 
     /// Where content goes from now on.
     void SetMap(const ORVMathAffine2D& toSheet) { toSheet_ = toSheet; }

@@ -27,10 +27,14 @@ ORVMathBox2D WholePage(double width, double height) {
     return box;
 }
 
+constexpr std::size_t kKeptBytes = std::size_t{64} << 20U;  // of pictures in other colours
+
 }  // namespace
 
 ORVSheetGenerator::ORVSheetGenerator(ORVPrintGenerator& target, const ORVSheetOptions& options)
-    : target_(target), options_(options), canvas_(target, options.colourMode) {}
+    : target_(target),
+      options_(options),
+      canvas_(target, ORVInk(options.colourMode, kKeptBytes, options.keepsGreys)) {}
 
 int ORVSheetGenerator::Refuse(const std::string& error) {
     error_ = error;

@@ -13,6 +13,7 @@
 struct ORVSheetOptions {
     ORVSheetLayout layout;
     ORVColourMode colourMode = ORVColourMode::kColour;
+    bool keepsGreys = false;      ///< with kMono: the format makes dots of the greys of areas and pictures
     double strokeScale = 1.0;     ///< factor on the widths of all lines
     double leastLineWidth = 0.0;  ///< user units on the sheet; thinner lines become as wide
 };

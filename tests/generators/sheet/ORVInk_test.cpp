@@ -120,4 +120,20 @@ TEST(ORVInkTest, KeepsABoundedNumberOfPictures) {
     EXPECT_EQ(large->GetReferenceCount(), 1U);
 }
 
+TEST(ORVInkTest, FormatsThatMakeDotsGetTheGreysOfAreas) {
+    ORVInk ink(ORVColourMode::kMono, 1000, true);
+    ORVPrintColour area{255, 200, 200, 100};
+    EXPECT_TRUE(ink.ConvertArea(area));
+    EXPECT_EQ(area.red, area.blue);
+    EXPECT_GT(area.red, 200);
+    EXPECT_LT(area.red, 255);
+    EXPECT_EQ(area.opacity, 100);
+    EXPECT_EQ(ink.ConvertLine({255, 200, 200, 100}).red, 0);
+    EXPECT_EQ(ink.ConvertLine({255, 255, 255, 100}).red, 255);
+    const auto image = PlainImage(2, 2, {0, 200, 0, 255});
+    const auto pixels = ink.ConvertPicture(*image).GetPixels();
+    EXPECT_GT(pixels[0], 100);
+    EXPECT_LT(pixels[0], 200);
+}
+
 }  // namespace
