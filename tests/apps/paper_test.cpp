@@ -8,6 +8,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/system/ORVRef.h"
+#include "platform/visualization/images/ORVPixelImage.h"
 #include "tests/apps/tool_run.h"
 
 namespace {
@@ -328,6 +330,24 @@ TEST_F(PaperTest, RefusesPostersWithoutEnd) {
     EXPECT_EQ(run.exitCode, 9);
     EXPECT_THAT(run.errors, HasSubstr("page 1 would take too many sheets (at most 10000 in all)"));
     EXPECT_FALSE(Exists("out.pdf"));
+}
+
+/// Share of black pixels in a picture.
+double ShareOfBlack(const std::string& path) {
+    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromFile(path, 0, 0));
+    if (!image) return -1.0;
+    const auto pixels = image->GetPixels();
+    double black = 0.0;
+    for (std::size_t i = 0; i < pixels.size(); i += 4) black += pixels[i] == 0 ? 1.0 : 0.0;
+    return black / (static_cast<double>(pixels.size()) / 4.0);
+}
+
+TEST_F(PaperTest, PixelsInBlackAndWhiteShowGreysAsDots) {
+    WriteFile("grey.svg", SmallDrawing("<rect width='90' height='45' fill='#c8c8c8'/>"));
+    ASSERT_EQ(Run({"grey.svg", "-o", "grey.png", "--mono"}).exitCode, 0);
+    const double share = ShareOfBlack((Folder() / "grey.png").string());
+    EXPECT_GT(share, 0.1);
+    EXPECT_LT(share, 0.6);
 }
 
 }  // namespace
