@@ -197,8 +197,10 @@ std::uint64_t PrimitiveLimit(const ReadOptions& options) {
     return options.primitiveLimit > 0 ? options.primitiveLimit : ORVPrtModel::kDefaultPrimitiveLimit;
 }
 
+/// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
+///                stands
 int UseDrawing(const std::string& path, const ReadOptions& options, ORVPrintInterpreter& interpreter,
-               bool isOnly, const std::function<int(const Drawing&)>& use) {
+               Document& document, bool isOnly, const std::function<int(const Drawing&)>& use) {
     unsigned int count = 0;
     const int built = interpreter.GetPageCount(count);
     PageCollector collector(PrimitiveLimit(options));
@@ -211,6 +213,7 @@ int UseDrawing(const std::string& path, const ReadOptions& options, ORVPrintInte
             "has more than " + std::to_string(PrimitiveLimit(options)) + " primitives; see --max-primitives");
     if (built != 1) return Report(kExitFailed, InputName(path), "could not be turned into pages");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
+    if (isOnly) document = Document();
     return use({interpreter, std::move(collector.GetPages()), isOnly});
 }
 
@@ -296,7 +299,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                                                         ? new ORVPrintInputXMLElement(document.dom)
                                                         : new ORVPrintInputXMLElement(&document.light));
         const auto interpreter = CreateInterpreter("SVG", input.get(), path);
-        return interpreter ? UseDrawing(path, options, *interpreter, true, use) : kExitNoModule;
+        return interpreter ? UseDrawing(path, options, *interpreter, document, true, use) : kExitNoModule;
     }
 
     const std::vector<const ORVXmlNode*> fragments = SelectFragments(document.GetRoot(), path, options);
@@ -307,7 +310,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         if (!input) return Report(kExitFailed, InputName(path), "memory is spent");
         const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
         if (!interpreter) return kExitNoModule;
-        const int code = UseDrawing(path, options, *interpreter, fragments.size() == 1, use);
+        const int code = UseDrawing(path, options, *interpreter, document, fragments.size() == 1, use);
         if (code != kExitDone) return code;
     }
     return kExitDone;

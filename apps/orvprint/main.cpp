@@ -221,6 +221,7 @@ int main(int argc, char** argv) {
     // back in between, make that dear.
     mallopt(M_MXFAST, 0);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);
     // A reader that goes away is a failed output, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {

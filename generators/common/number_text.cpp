@@ -4,12 +4,45 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <limits>
 #include <string_view>
 
 namespace {
 
 constexpr std::array<std::int64_t, 10> kPowers{1,       10,        100,        1'000,       10'000,
                                                100'000, 1'000'000, 10'000'000, 100'000'000, 1'000'000'000};
+
+// The two digits of each number below a hundred.
+constexpr std::array<char, 200> MakePairs() {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}
+constexpr std::array<char, 200> kPairs = MakePairs();
+
+/// Writes two digits before `end`. @return where they begin
+char* PutPair(char* end, std::uint64_t pair) {
+    std::memcpy(end - 2, &kPairs[2 * pair], 2);
+    return end - 2;
+}
+
+char* WriteWhole(char* out, std::uint64_t number) {
+    if (number < 10) {
+        *out = static_cast<char>('0' + number);
+        return out + 1;
+    }
+    int digits = 2;
+    for (std::uint64_t rest = number / 100; rest != 0; rest /= 10) ++digits;
+    char* const end = out + digits;
+    char* p = end;
+    for (; number >= 10; number /= 100) p = PutPair(p, number % 100);
+    if (p != out) *out = static_cast<char>('0' + number);
+    return end;
+}
 
 }  // namespace
 
@@ -19,23 +52,38 @@ std::int64_t ToFixed(double number, int places) {
     return std::fabs(fixed) < kGreatest ? static_cast<std::int64_t>(fixed + std::copysign(0.5, fixed)) : 0;
 }
 
-void AppendFixed(std::string& text, std::int64_t fixed, int places) {
-    const bool isNegative = fixed < 0;
-    auto rest = static_cast<std::uint64_t>(isNegative ? -fixed : fixed);
-    // Digits from the last to the first; noughts at the end of the fraction go unwritten.
-    std::array<char, 24> digits;
-    char* const end = digits.data() + digits.size();
-    char* start = end;
-    for (; places > 0 && rest % 10 == 0; --places) rest /= 10;
-    if (places > 0) {
-        for (; places > 0; --places, rest /= 10) *--start = static_cast<char>('0' + rest % 10);
-        *--start = '.';
-    } else if (rest == 0) {
-        *--start = '0';
+char* WriteFixed(char* out, std::int64_t fixed, int places) {
+    auto rest = static_cast<std::uint64_t>(fixed);
+    if (fixed < 0) {
+        *out++ = '-';
+        rest = 0 - rest;
     }
-    for (; rest != 0; rest /= 10) *--start = static_cast<char>('0' + rest % 10);
-    if (isNegative) *--start = '-';
-    text.append(start, end);
+    const auto power = static_cast<std::uint64_t>(kPowers[static_cast<std::size_t>(places)]);
+    // Most numbers are short, and short ones are divided faster.
+    const bool isShort = rest <= std::numeric_limits<std::uint32_t>::max();
+    const std::uint64_t whole =
+        isShort ? static_cast<std::uint32_t>(rest) / static_cast<std::uint32_t>(power) : rest / power;
+    auto fraction = static_cast<std::uint32_t>(rest - whole * power);
+    if (whole != 0 || fraction == 0) out = WriteWhole(out, whole);
+    if (fraction == 0) return out;
+
+    *out++ = '.';
+    char* const end = out + places;
+    char* p = end;
+    for (; p - out >= 2; fraction /= 100) p = PutPair(p, fraction % 100);
+    if (p != out) *out = static_cast<char>('0' + fraction);
+    // Noughts at the end of the fraction go unwritten.
+    for (p = end; p[-1] == '0';) --p;
+    return p;
+}
+
+char* WriteDecimal(char* out, double number, int places) {
+    return WriteFixed(out, ToFixed(number, places), places);
+}
+
+void AppendFixed(std::string& text, std::int64_t fixed, int places) {
+    std::array<char, kNumberRoom> room;
+    text.append(room.data(), WriteFixed(room.data(), fixed, places));
 }
 
 void AppendDecimal(std::string& text, double number, int places) {

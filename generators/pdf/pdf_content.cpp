@@ -37,6 +37,29 @@ std::uint64_t ToKey(const ORVPrintColour& colour) {
     return std::uint64_t{colour.red} << 16U | std::uint64_t{colour.green} << 8U | colour.blue;
 }
 
+/// A component of a colour as a fraction of three digits, which tell 256 steps apart, and a blank.
+struct ColourPart {
+    std::array<char, 5> text{};
+    std::size_t length = 0;
+};
+
+constexpr std::array<ColourPart, 256> MakeColourParts() {
+    std::array<ColourPart, 256> parts{};
+    for (unsigned int i = 0; i < parts.size(); ++i) {
+        ColourPart& part = parts[i];
+        unsigned int rest = (i * 1000 + 127) / 255;
+        if (rest == 0 || rest == 1000) {
+            part.text[part.length++] = rest == 0 ? '0' : '1';
+        } else {
+            part.text[part.length++] = '.';
+            for (; rest != 0; rest = rest % 100 * 10) part.text[part.length++] = static_cast<char>('0' + rest / 100);
+        }
+        part.text[part.length++] = ' ';
+    }
+    return parts;
+}
+constexpr std::array<ColourPart, 256> kColourParts = MakeColourParts();
+
 /// Coordinates are finer than any printer, and no finer than a page's size asks for.
 int PlacesFor(double longestSide) {
     constexpr double kLarge = 400.0, kSmall = 40.0;
@@ -119,28 +142,34 @@ void PdfContent::PutPoint(const ORVMathPoint2D& p) {
 
 void PdfContent::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map) {
     EndText();
+    // Operators are put together here, so that the content grows once for each.
+    std::array<char, 6 * (kNumberRoom + 1) + 4> room;
+    const auto put = [this, &room](char* end, std::string_view name) {
+        content_.append(room.data(), std::copy(name.begin(), name.end(), end));
+    };
+    const auto write = [this](char* out, const ORVMathPoint2D& point) {
+        out = WriteDecimal(out, point.x, places_);
+        *out++ = ' ';
+        out = WriteDecimal(out, point.y, places_);
+        *out++ = ' ';
+        return out;
+    };
     ORVMathPoint2D corner, opposite;
-    if (IsRectangle(path, map, corner, opposite)) {
-        PutPoint(corner);
-        PutPoint({opposite.x - corner.x, opposite.y - corner.y});
-        return Put("re\n");
-    }
+    if (IsRectangle(path, map, corner, opposite))
+        return put(write(write(room.data(), corner), {opposite.x - corner.x, opposite.y - corner.y}), "re\n");
+
     auto p = path.points.begin();
     for (const ORVPrintPath::Verb verb : path.verbs) {
         switch (verb) {
-            case ORVPrintPath::Verb::kMove:
-                PutPoint(map(*p++));
-                Put("m\n");
+            case ORVPrintPath::Verb::kMove: put(write(room.data(), map(*p++)), "m\n"); break;
+            case ORVPrintPath::Verb::kLine: put(write(room.data(), map(*p++)), "l\n"); break;
+            case ORVPrintPath::Verb::kCubic: {
+                char* end = room.data();
+                for (int i = 0; i < 3; ++i) end = write(end, map(*p++));
+                put(end, "c\n");
                 break;
-            case ORVPrintPath::Verb::kLine:
-                PutPoint(map(*p++));
-                Put("l\n");
-                break;
-            case ORVPrintPath::Verb::kCubic:
-                for (int i = 0; i < 3; ++i) PutPoint(map(*p++));
-                Put("c\n");
-                break;
-            case ORVPrintPath::Verb::kClose: Put("h\n"); break;
+            }
+            case ORVPrintPath::Verb::kClose: put(room.data(), "h\n"); break;
         }
         Flush();
     }
@@ -153,15 +182,19 @@ void PdfContent::PutName(char prefix, unsigned int number) {
     content_ += ' ';
 }
 
-void PdfContent::PutColour(std::uint64_t colour, const char* gray, const char* rgb) {
-    constexpr int kColourPlaces = 3;  // tell 256 steps apart
-    const std::array<std::uint64_t, 3> parts{colour >> 16U & 255U, colour >> 8U & 255U, colour & 255U};
+void PdfContent::PutColour(std::uint64_t colour, std::string_view gray, std::string_view rgb) {
+    const std::array<std::uint8_t, 3> parts{static_cast<std::uint8_t>(colour >> 16U & 255U),
+                                            static_cast<std::uint8_t>(colour >> 8U & 255U),
+                                            static_cast<std::uint8_t>(colour & 255U)};
     const bool isGray = parts[0] == parts[1] && parts[0] == parts[2];
+    std::array<char, 32> room;
+    char* end = room.data();
     for (std::size_t i = 0; i < (isGray ? 1U : 3U); ++i) {
-        AppendDecimal(content_, static_cast<double>(parts[i]) / 255.0, kColourPlaces);
-        content_ += ' ';
+        const ColourPart& part = kColourParts[parts[i]];
+        end = std::copy_n(part.text.begin(), part.length, end);
     }
-    Put(isGray ? gray : rgb);
+    const std::string_view name = isGray ? gray : rgb;
+    content_.append(room.data(), std::copy(name.begin(), name.end(), end));
     isColoured_ |= !isGray;
 }
 

@@ -82,7 +82,7 @@ private:
     void PutPoint(const ORVMathPoint2D& p);
     void PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map);
     void PutName(char prefix, unsigned int number);
-    void PutColour(std::uint64_t colour, const char* gray, const char* rgb);
+    void PutColour(std::uint64_t colour, std::string_view gray, std::string_view rgb);
     void Flush();
 
     /// Saves the state and multiplies a map onto the coordinates; Restore undoes both.

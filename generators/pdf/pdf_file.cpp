@@ -13,14 +13,17 @@
 #include <utility>
 
 #include "generators/common/ORVOutput.h"
+#include "generators/common/deflate_piece.h"
 #include "generators/pdf/pdf_syntax.h"
 
 namespace {
 
-// Levels of compression. A page of a hundred thousand shapes becomes 9 per cent smaller by the higher one and
-// takes four times as long, which only small documents do not feel.
-constexpr int kThoroughLevel = 6, kFastLevel = 1, kPieceLevel = 5;
-constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{4} << 20U;
+constexpr int kThoroughLevel = 6, kPieceLevel = 5;
+// A page of a hundred thousand shapes becomes 14 per cent smaller when it is compressed well, and takes seven
+// times as long, which only small documents do not feel. Content that shrinks to less than a part in so many
+// compresses faster, and a fast compressor would miss much of that.
+constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{1} << 20U;
+constexpr std::uint64_t kThoroughRatio = 4;
 // Below this, a thread would cost more than it saves.
 constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;
 // What may wait for the thread, so that memory stays bounded.
@@ -38,7 +41,7 @@ struct PdfFile::Job {
     enum class Kind { kWhole, kBegin, kPiece, kEnd };
     Kind kind = Kind::kWhole;
     unsigned int number = 0;   // of the object; with kEnd of that which holds the length
-    int level = 0;             // 0 for what is stored as it is
+    Packing packing = Packing::kStored;
     std::string entries = {};  // of the stream's dictionary
     std::string bytes = {};
 };
@@ -51,7 +54,7 @@ public:
         Put("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n");
     }
     ~Writer() {
-        for (auto& [level, compressor] : compressors_) libdeflate_free_compressor(compressor);
+        libdeflate_free_compressor(compressor_);
         if (hasStream_) deflateEnd(&stream_);
     }
     Writer(const Writer&) = delete;
@@ -103,8 +106,8 @@ private:
     void WriteWhole(const Job& job) {
         std::string_view bytes = job.bytes;
         std::string start = "<<" + job.entries;
-        if (job.level > 0) {
-            bytes = Compress(job.bytes, job.level);
+        if (job.packing != Packing::kStored) {
+            bytes = job.packing == Packing::kContent ? CompressContent(job.bytes) : Compress(job.bytes);
             start += "/Filter/FlateDecode";
         }
         BeginObject(job.number, start + "/Length " + std::to_string(bytes.size()) + ">>\nstream\n");
@@ -112,23 +115,34 @@ private:
         Put("\nendstream\nendobj\n");
     }
 
-    std::string_view Compress(std::string_view bytes, int level) {
-        libdeflate_compressor*& compressor = FindCompressor(level);
-        if (!compressor) compressor = libdeflate_alloc_compressor(level);
-        if (!compressor) {
-            good_.store(false, std::memory_order_release);
-            return {};
-        }
-        const std::size_t bound = libdeflate_zlib_compress_bound(compressor, bytes.size());
-        if (packed_.size() < bound) packed_.resize(bound);
-        return {packed_.data(),
-                libdeflate_zlib_compress(compressor, bytes.data(), bytes.size(), packed_.data(), bound)};
+    std::string_view CompressContent(std::string_view bytes) {
+        if (contentBytes_ >= kThoroughContentBytes && packedContentBytes_ * kThoroughRatio > contentBytes_)
+            return CompressFast(bytes);
+        const std::string_view packed = Compress(bytes);
+        contentBytes_ += bytes.size();
+        packedContentBytes_ += packed.size();
+        return packed;
     }
 
-    libdeflate_compressor*& FindCompressor(int level) {
-        for (auto& [known, compressor] : compressors_)
-            if (known == level) return compressor;
-        return compressors_.emplace_back(level, nullptr).second;
+    std::string_view Compress(std::string_view bytes) {
+        if (!compressor_) compressor_ = libdeflate_alloc_compressor(kThoroughLevel);
+        if (!compressor_) return Fail();
+        const std::size_t bound = libdeflate_zlib_compress_bound(compressor_, bytes.size());
+        if (packed_.size() < bound) packed_.resize(bound);
+        return {packed_.data(),
+                libdeflate_zlib_compress(compressor_, bytes.data(), bytes.size(), packed_.data(), bound)};
+    }
+
+    std::string_view CompressFast(std::string_view bytes) {
+        packedFast_.clear();
+        if (!ORVDeflateWhole({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, packedFast_))
+            return Fail();
+        return {reinterpret_cast<const char*>(packedFast_.data()), packedFast_.size()};
+    }
+
+    std::string_view Fail() {
+        good_.store(false, std::memory_order_release);
+        return {};
     }
 
     void BeginPieces(const Job& job) {
@@ -167,8 +181,10 @@ private:
     std::uint64_t position_ = 0, streamStart_ = 0;
     std::uint32_t crc_ = 0, adler_ = 1;
     std::vector<std::uint64_t> offsets_;
-    std::vector<std::pair<int, libdeflate_compressor*>> compressors_;
+    libdeflate_compressor* compressor_ = nullptr;
+    std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // of what was compressed well
     std::string packed_;
+    std::vector<std::uint8_t> packedFast_;
     z_stream stream_{};
     bool hasStream_ = false;
 };
@@ -270,12 +286,7 @@ void PdfFile::FlushObjects() {
 }
 
 void PdfFile::WriteStream(unsigned int number, std::string_view entries, std::string bytes, Packing packing) {
-    int level = packing == Packing::kStored ? 0 : kThoroughLevel;
-    if (packing == Packing::kContent) {
-        if (contentBytes_ >= kThoroughContentBytes) level = kFastLevel;
-        contentBytes_ += bytes.size();
-    }
-    Hand({Job::Kind::kWhole, number, level, std::string(entries), std::move(bytes)});
+    Hand({Job::Kind::kWhole, number, packing, std::string(entries), std::move(bytes)});
 }
 
 void PdfFile::BeginStream(unsigned int number, std::string_view entries) {
@@ -291,16 +302,16 @@ void PdfFile::AppendToStream(std::string_view bytes) {
         // The length is known when the stream has been written; it stands in an object of its own.
         lengthObject_ = Reserve();
         openEntries_ += "/Length " + PdfReference(lengthObject_);
-        Hand({Job::Kind::kBegin, openStream_, 0, std::move(openEntries_), {}});
+        Hand({Job::Kind::kBegin, openStream_, Packing::kDeflate, std::move(openEntries_), {}});
     }
-    Hand({Job::Kind::kPiece, 0, 0, {}, std::exchange(openBytes_, {})});
+    Hand({Job::Kind::kPiece, 0, Packing::kDeflate, {}, std::exchange(openBytes_, {})});
 }
 
 void PdfFile::EndStream() {
     if (lengthObject_ == 0)
         return WriteStream(openStream_, openEntries_, std::exchange(openBytes_, {}), Packing::kDeflate);
-    Hand({Job::Kind::kPiece, 0, 0, {}, std::exchange(openBytes_, {})});
-    Hand({Job::Kind::kEnd, lengthObject_, 0, {}, {}});
+    Hand({Job::Kind::kPiece, 0, Packing::kDeflate, {}, std::exchange(openBytes_, {})});
+    Hand({Job::Kind::kEnd, lengthObject_, Packing::kDeflate, {}, {}});
 }
 
 void PdfFile::Finish(unsigned int catalogue, unsigned int info) {
@@ -342,6 +353,6 @@ void PdfFile::Finish(unsigned int catalogue, unsigned int info) {
                                 std::to_string(offsetBytes) + " 1]/Root " + PdfReference(catalogue) +
                                 "/Info " + PdfReference(info) + "/ID[<" + digest + "><" + digest +
                                 ">]/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>";
-    writer_->Write({Job::Kind::kWhole, table, kThoroughLevel, entries, std::move(rows)});
+    writer_->Write({Job::Kind::kWhole, table, Packing::kDeflate, entries, std::move(rows)});
     writer_->Put("startxref\n" + std::to_string(start) + "\n%%EOF\n");
 }

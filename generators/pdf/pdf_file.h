@@ -62,7 +62,7 @@ private:
     ORVOutput& output_;
     std::atomic<bool> good_{true};
     unsigned int objectCount_ = 0;
-    std::uint64_t handedBytes_ = 0, contentBytes_ = 0;
+    std::uint64_t handedBytes_ = 0;
 
     // The object stream that is being gathered.
     std::string objectPlaces_, objects_;

@@ -10,7 +10,7 @@
 #include "generators/common/ORVLoadedLibrary.h"
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
-#include "generators/raster/deflate_piece.h"
+#include "generators/common/deflate_piece.h"
 
 namespace {
 

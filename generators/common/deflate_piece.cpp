@@ -1,4 +1,4 @@
-#include "generators/raster/deflate_piece.h"
+#include "generators/common/deflate_piece.h"
 
 #include <isa-l.h>
 
