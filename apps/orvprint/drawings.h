@@ -19,6 +19,7 @@ struct ReadOptions {
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
     std::uint64_t primitiveLimit = 0;  ///< of a drawing's model; 0 for the platform's own
+    bool endsWithInput = false;        ///< the process ends after the input, and its memory with it
 };
 
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed

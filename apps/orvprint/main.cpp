@@ -177,6 +177,7 @@ int Run(int argc, char** argv) {
 
     if (info->parsed()) {
         ApplyReadOptions(infoOptions);
+        infoOptions.endsWithInput = true;
         return RunInfo(infoInput, infoOptions, infoAsJson);
     }
     if (inspect->parsed()) {
@@ -200,7 +201,10 @@ int Run(int argc, char** argv) {
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
     ApplyReadOptions(print.read);
-    if (batch.folder.empty()) return RunPrint(print);
+    if (batch.folder.empty()) {
+        print.read.endsWithInput = print.inputs.size() == 1;
+        return RunPrint(print);
+    }
     batch.keepGoing = print.read.keepGoing;
     return RunBatch(print, batch);
 }

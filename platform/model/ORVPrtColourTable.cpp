@@ -27,18 +27,38 @@ int ORVPrtColourTable::GetColourIndex(unsigned int& index, std::uint8_t red, std
 
 int ORVPrtColourTable::AddColour(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
                                  unsigned int& index) {
-    constexpr std::size_t kFewestSlots = 16;
     index = static_cast<unsigned int>(colours_.size());
-    colours_.push_back({red, green, blue});
-    if (2 * colours_.size() > slots_.size()) {
-        slots_.assign(slots_.empty() ? kFewestSlots : 2 * slots_.size(), 0);
-        for (std::uint32_t i = 0; i < index; ++i) {
-            std::uint32_t& slot = slots_[FindSlot(colours_[i])];
-            if (slot == 0) slot = i + 1;
-        }
-    }
+    Append({red, green, blue});
     // A colour that is added again keeps its first index.
     std::uint32_t& slot = slots_[FindSlot(colours_[index])];
     if (slot == 0) slot = index + 1;
     return 1;
+}
+
+unsigned int ORVPrtColourTable::FindOrAddColour(const Colour& colour) {
+    if (!slots_.empty()) {
+        std::uint32_t& slot = slots_[FindSlot(colour)];
+        if (slot != 0) return slot - 1;
+        if (2 * (colours_.size() + 1) <= slots_.size()) {
+            colours_.push_back(colour);
+            slot = static_cast<std::uint32_t>(colours_.size());
+            return slot - 1;
+        }
+    }
+    unsigned int index = 0;
+    AddColour(colour.red, colour.green, colour.blue, index);
+    return index;
+}
+
+/// Appends a colour without entering it into the hash table, which has room for it afterwards.
+void ORVPrtColourTable::Append(const Colour& colour) {
+    constexpr std::size_t kFewestSlots = 16;
+    const std::size_t before = colours_.size();
+    colours_.push_back(colour);
+    if (2 * colours_.size() <= slots_.size()) return;
+    slots_.assign(slots_.empty() ? kFewestSlots : 2 * slots_.size(), 0);
+    for (std::uint32_t i = 0; i < before; ++i) {
+        std::uint32_t& slot = slots_[FindSlot(colours_[i])];
+        if (slot == 0) slot = i + 1;
+    }
 }

@@ -22,6 +22,9 @@ public:
     /// Appends a colour. @return 1 added
     int AddColour(std::uint8_t red, std::uint8_t green, std::uint8_t blue, unsigned int& index);
 
+    /// Index of a colour, which is added when it is not there.
+    unsigned int FindOrAddColour(const Colour& colour);
+
     const std::vector<Colour>& GetColours() const { return colours_; }
     /// The colour at `index`; black for an index beyond the table.
     Colour GetColour(unsigned int index) const {
@@ -31,6 +34,7 @@ public:
 private:
     /// Where the colour is in `slots_`, or could be put. There is always a free slot.
     std::size_t FindSlot(const Colour& colour) const;
+    void Append(const Colour& colour);
 
     std::vector<Colour> colours_;
     std::vector<std::uint32_t> slots_;  // a hash table of indices plus 1, open addressing; 0 is free

@@ -1,6 +1,7 @@
 #include "platform/model/ORVPrtContainerElt.h"
 
 #include <algorithm>
+#include <iterator>
 
 const ORVMetaClass& ORVPrtContainerElt::MetaClass() {
     static const ORVMetaClass metaClass("ORVPrtContainerElt", &ORVPrtGraphicPrimitiveElt::MetaClass());
@@ -19,8 +20,10 @@ void ORVPrtContainerElt::AddChild(ORVPrtGraphicPrimitiveElt* child) {
 
 void ORVPrtContainerElt::RemoveChild(ORVPrtGraphicPrimitiveElt* child) {
     // What is removed is mostly what was added last.
-    const auto found = std::find(children_.rbegin(), children_.rend(), child);
-    if (found == children_.rend()) return;
-    children_.erase(std::next(found).base());
+    const auto begin = std::make_reverse_iterator(children_.end());
+    const auto end = std::make_reverse_iterator(children_.begin());
+    const auto found = std::find(begin, end, child);
+    if (found == end) return;
+    children_.erase(std::prev(found.base()));
     child->Release();
 }

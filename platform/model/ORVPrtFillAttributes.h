@@ -11,9 +11,9 @@
 class ORVPrtFillAttributes {
 public:
     /// kFillSolid or kFillPattern.
-    void SetFillStyle(int style) { value_.Set(&Value::style, style); }
+    void SetFillStyle(int style) { value_.Set(&Value::style, static_cast<std::uint8_t>(style)); }
     int GetFillStyle() const { return value_.Get().style; }
-    void SetFillRule(int rule) { value_.Set(&Value::rule, rule); }
+    void SetFillRule(int rule) { value_.Set(&Value::rule, static_cast<std::uint8_t>(rule)); }
     int GetFillRule() const { return value_.Get().rule; }
     void SetFillColourIndex(unsigned int index) { value_.Set(&Value::colour, index); }
     unsigned int GetFillColourIndex() const { return value_.Get().colour; }
@@ -31,11 +31,11 @@ public:
 
 private:
     struct Value {
-        int style = kFillSolid;
-        int rule = kFillNonZero;
+        ORVRef<ORVPixelImage> pattern;
         unsigned int colour = 0;
         std::uint8_t transparency = 255;
-        ORVRef<ORVPixelImage> pattern;
+        std::uint8_t style = kFillSolid;
+        std::uint8_t rule = kFillNonZero;
         bool operator==(const Value& other) const {
             return style == other.style && rule == other.rule && colour == other.colour &&
                    transparency == other.transparency && pattern.get() == other.pattern.get();

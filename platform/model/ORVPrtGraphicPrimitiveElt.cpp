@@ -1,5 +1,7 @@
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 
+#include <vector>
+
 #include "platform/model/ORVPrtPrimitiveBudget.h"
 
 const ORVMetaClass& ORVPrtGraphicPrimitiveElt::MetaClass() {

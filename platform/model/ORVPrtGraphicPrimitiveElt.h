@@ -2,18 +2,14 @@
 
 #include <cstdint>
 #include <utility>
-#include <vector>
 
+#include "platform/model/ORVPrtChildList.h"
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVSharedValue.h"
 #include "platform/system/ORVUnicodeString.h"
 
 class ORVPrtPrimitiveBudget;
-class ORVPrtGraphicPrimitiveElt;
-
-/// Children of a primitive, in drawing order. The owner of the list holds a reference to each.
-using ORVPrtChildList = std::vector<ORVPrtGraphicPrimitiveElt*>;
 
 /// The model's own classes, for dispatch without comparing names. A class of another module is kOther.
 enum class ORVPrtKind : std::uint8_t {
@@ -87,8 +83,8 @@ private:
     };
     ORVPrtGraphicPrimitiveElt* CopyNode() const;
 
+    mutable std::uint32_t visitMark_ = 0;  // first, behind the count of references: both are half a word
     ORVSharedValue<Texts> texts_;
     ORVPrtPrimitiveBudget* budget_ = nullptr;
-    mutable std::uint32_t visitMark_ = 0;
     ORVPrtKind kind_;
 };

@@ -15,35 +15,39 @@ public:
     void SetStrokeColourTransparency(std::uint8_t opacity) { value_.Set(&Value::transparency, opacity); }
     std::uint8_t GetStrokeColourTransparency() const { return value_.Get().transparency; }
     /// kLineSolid or kLineUserDash.
-    void SetStrokeType(int type) { value_.Set(&Value::type, type); }
+    void SetStrokeType(int type) { value_.Set(&Value::type, static_cast<std::uint8_t>(type)); }
     int GetStrokeType() const { return value_.Get().type; }
     /// Lengths of dashes and gaps in user units; used with kLineUserDash only.
     void SetStrokeDashPattern(const float* lengths, std::uint8_t count) {
-        value_.Set(&Value::dash, std::vector<float>(lengths, lengths + count));
+        Dashes dash;
+        if (count > 0) dash.Edit().assign(lengths, lengths + count);
+        value_.Set(&Value::dash, dash);
     }
-    const std::vector<float>& GetStrokeDashPattern() const { return value_.Get().dash; }
+    const std::vector<float>& GetStrokeDashPattern() const { return value_.Get().dash.Get(); }
     /// User units.
     void SetStrokeWidth(double width) { value_.Set(&Value::width, width); }
     double GetStrokeWidth() const { return value_.Get().width; }
-    void SetStrokeStyle(int style) { value_.Set(&Value::style, style); }
+    void SetStrokeStyle(int style) { value_.Set(&Value::style, static_cast<std::uint8_t>(style)); }
     int GetStrokeStyle() const { return value_.Get().style; }
-    void SetStrokeCap(int cap) { value_.Set(&Value::cap, cap); }
+    void SetStrokeCap(int cap) { value_.Set(&Value::cap, static_cast<std::uint8_t>(cap)); }
     int GetStrokeCap() const { return value_.Get().cap; }
-    void SetStrokeJoin(int join) { value_.Set(&Value::join, join); }
+    void SetStrokeJoin(int join) { value_.Set(&Value::join, static_cast<std::uint8_t>(join)); }
     int GetStrokeJoin() const { return value_.Get().join; }
 
     bool operator==(const ORVPrtStrokeAttributes&) const = default;
 
 private:
+    using Dashes = ORVSharedValue<std::vector<float>>;
+    // Of the enumerations, a byte is kept: drawings have as many of these sets as shapes.
     struct Value {
+        double width = 1.0;
+        Dashes dash;
         unsigned int colour = 0;
         std::uint8_t transparency = 255;
-        int type = kLineSolid;
-        double width = 1.0;
-        int style = 0;
-        int cap = kCapButt;
-        int join = kJoinMiter;
-        std::vector<float> dash;
+        std::uint8_t type = kLineSolid;
+        std::uint8_t style = 0;
+        std::uint8_t cap = kCapButt;
+        std::uint8_t join = kJoinMiter;
         bool operator==(const Value&) const = default;
     };
     ORVSharedValue<Value> value_;

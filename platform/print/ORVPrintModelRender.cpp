@@ -296,7 +296,7 @@ int PageDrawing::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isA
     // A piece of a line is drawn with its neighbours.
     if (IsOpenLine(primitive) && !isAlone) return DrawOne(primitive);
     if (const int result = FlushLine(); result != kDone) return result;
-    static const ORVPrtChildList kNoChildren;
+    static const ORVPrtChildList kNoChildren{};
     Frame frame{&kNoChildren, 0, open_.back().toPage, false, false};
     const int answer = Announce(primitive, frame.toPage);
     if (answer == ORVPrintGenerator::kSymbolKnown) return kDone;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 // Powers of ten that a double holds exactly, as many as a short number may have places.
 inline constexpr double kShortNumberPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
@@ -34,4 +35,15 @@ inline const char* ORVReadShortNumber(const char* text, const char* end, double&
     if (count == 0 || goesOn || digits > kLargestExact) return nullptr;
     value = static_cast<double>(digits) / kShortNumberPowers[places];
     return p;
+}
+
+/// Reads a text that is such a number and nothing else, perhaps with a minus in front.
+/// @return false when it is anything else; `value` is left alone
+inline bool ORVReadWholeNumber(std::string_view text, double& value) {
+    const char* const end = text.data() + text.size();
+    const bool isNegative = !text.empty() && text.front() == '-';
+    double number = 0.0;
+    if (ORVReadShortNumber(text.data() + (isNegative ? 1 : 0), end, number) != end || text.empty()) return false;
+    value = isNegative ? -number : number;
+    return true;
 }

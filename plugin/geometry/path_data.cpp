@@ -22,6 +22,9 @@ namespace {
 
 // A path of so few vertices has no inside.
 constexpr std::size_t kDegenerateVertices = 2;
+// Numbers take as many characters or more, but for a few.
+constexpr std::size_t kCharactersOfNumber = 3;
+constexpr std::size_t kMostReserved = 256;
 
 bool Fills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
@@ -31,8 +34,8 @@ char UpperCase(char letter) { return letter >= 'a' ? static_cast<char>(letter - 
 
 }  // namespace
 
-PathDataInterpreter::PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group)
-    : state_(state), group_(group) {}
+PathDataInterpreter::PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group, bool keepsVertices)
+    : state_(state), group_(group), keepsVertices_(keepsVertices) {}
 
 PathDataInterpreter::~PathDataInterpreter() = default;
 
@@ -53,13 +56,17 @@ int PathDataInterpreter::Interpret(std::string_view data) {
             StartRegion();
         }
     }
+    // Room for most paths, so that their lists need not grow.
+    const std::size_t numbers = std::min(data.size() / kCharactersOfNumber, kMostReserved);
+    numbers_.reserve(numbers);
+    points_.reserve(numbers / 2 + 1);
     // The page's upper left corner, whether or not y is flipped: kept on purpose.
     current_ = subpathStart_ = lastControl_ = {0.0, state_.pageHeight};
     do {
         Execute(letter, scanner);
     } while (scanner.NextCommand(letter));
     FlushPoints();
-    if (figure_ && vertices_.size() / 2 <= kDegenerateVertices) DissolveFigure();
+    if (figure_ && vertexCount_ <= kDegenerateVertices) DissolveFigure();
     return kDone;
 }
 
@@ -323,6 +330,8 @@ void PathDataInterpreter::AppendPoint(const ORVMathPoint2D& point) {
 }
 
 void PathDataInterpreter::AddVertex(const ORVMathPoint2D& point) {
+    ++vertexCount_;
+    if (!keepsVertices_) return;
     vertices_.push_back(point.x);
     vertices_.push_back(point.y);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -18,8 +19,9 @@ struct SvgDrawState;
 class PathDataInterpreter {
 public:
     /// @param state  draw style, stroke, fill, page size and flip; must outlive the interpreter
-    /// @param group  receives the primitives
-    PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group);
+    /// @param group          receives the primitives
+    /// @param keepsVertices  whether GetVertices is going to be asked
+    PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group, bool keepsVertices = true);
     ~PathDataInterpreter();
 
     /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing, unknown letters
@@ -27,7 +29,8 @@ public:
     /// @return kDone, or kUnusable when `data` is empty
     int Interpret(std::string_view data);
 
-    /// The end points of all commands in order, x and y alternating, page coordinates.
+    /// The end points of all commands in order, x and y alternating, page coordinates; none unless they are
+    /// kept.
     const std::vector<double>& GetVertices() const { return vertices_; }
 
 private:
@@ -68,5 +71,7 @@ private:
     std::vector<ORVMathPoint2D> points_;  // straight run that is not drawn yet
     std::vector<double> numbers_;         // arguments of the current command
     std::vector<double> arcNumbers_[7];   // arguments of the current arc command, by their place
+    const bool keepsVertices_;
+    std::size_t vertexCount_ = 0;
     std::vector<double> vertices_;
 };

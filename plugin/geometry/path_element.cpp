@@ -20,7 +20,7 @@ int HandlePath(SvgDrawState state, const Element& element, ORVPrtGroupElt* group
 
     // Lengths are never scaled: "pathLength" is not looked at.
     const ResolvedMarkers markers = ResolveMarkers(state);
-    PathDataInterpreter interpreter(state, *group);
+    PathDataInterpreter interpreter(state, *group, markers.start || markers.mid || markers.end);
     interpreter.Interpret(element.Attribute(AttributeName::kD).text);
     PlaceMarkers(state, markers, interpreter.GetVertices(), *group);
     ReadDescriptions(element, *group);

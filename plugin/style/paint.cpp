@@ -27,6 +27,7 @@ struct Keyword {
 
 // Sets `value` when the table knows `text`.
 bool FindKeyword(std::span<const Keyword> table, std::string_view text, int& value) {
+    if (text.empty()) return false;
     const auto found =
         std::find_if(table.begin(), table.end(), [&](const Keyword& row) { return row.text == text; });
     if (found == table.end()) return false;

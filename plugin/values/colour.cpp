@@ -1,6 +1,7 @@
 #include "plugin/values/colour.h"
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <new>
 #include <string>
 
@@ -17,12 +18,17 @@ constexpr int kNoColour = -1;
 
 std::uint8_t LowByte(unsigned int value) { return static_cast<std::uint8_t>(value & 0xFFU); }
 
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
+constexpr std::array<std::int8_t, 256> kHexDigits = [] {
+    std::array<std::int8_t, 256> digits{};
+    digits.fill(-1);
+    for (int i = 0; i < 16; ++i) {
+        digits[static_cast<unsigned char>("0123456789abcdef"[i])] = static_cast<std::int8_t>(i);
+        digits[static_cast<unsigned char>("0123456789ABCDEF"[i])] = static_cast<std::int8_t>(i);
+    }
+    return digits;
+}();
+
+int HexDigit(char c) { return kHexDigits[static_cast<unsigned char>(c)]; }
 
 // Three or six hexadecimal digits.
 bool ReadHexadecimal(std::string_view digits, RgbColour& colour) {
@@ -103,15 +109,15 @@ int ParseColour(const SvgDrawState& state, std::string_view value, unsigned int&
     if (!table) return kNoColour;
 
     RgbColour colour;
-    bool read = false;
-    if (value.find(' ') == value.npos) {
+    bool read = value.front() == '#' && ReadHexadecimal(value.substr(1), colour);  // as most colours are
+    if (!read && value.find(' ') == value.npos) {
         read = ReadColour(value, colour);
-    } else {
+    } else if (!read) {
         std::string packed(value);
         std::erase(packed, ' ');
         read = ReadColour(packed, colour);
     }
     if (!read) return kNoColour;
-    if (table->GetColourIndex(index, colour.red, colour.green, colour.blue) > 0) return kRead;
-    return table->AddColour(colour.red, colour.green, colour.blue, index) > 0 ? kRead : kNoColour;
+    index = table->FindOrAddColour({colour.red, colour.green, colour.blue});
+    return kRead;
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/system/number_conversion.h"
+#include "platform/system/short_number.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 
@@ -72,6 +73,7 @@ int ReadNumberWithout(std::string_view unit, std::string_view text, double& numb
 
 // A length whose percentage is of one side of the page.
 int ParseSideLength(const SvgDrawState& state, std::string_view value, double side, double& out) {
+    if (ORVReadWholeNumber(value, out)) return kRead;
     if (value.empty()) return kEmpty;
     if (value.find('%') == value.npos) return ParseLength(state, value, out);
 
@@ -86,6 +88,7 @@ int ParseSideLength(const SvgDrawState& state, std::string_view value, double si
 }  // namespace
 
 int ParseLength(const SvgDrawState& state, std::string_view value, double& out) {
+    if (ORVReadWholeNumber(value, out)) return kRead;  // as most lengths are
     if (value.empty()) return kEmpty;
 
     const LengthUnit* unit = FindUnit(value);

@@ -1,5 +1,6 @@
 #include "plugin/values/point_list.h"
 
+#include "platform/system/short_number.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 #include "plugin/values/length.h"
@@ -22,19 +23,45 @@ std::string_view NextToken(std::string_view text, std::size_t& position, bool& e
     return text.substr(start, endsText ? text.npos : end - start);
 }
 
+// The next token when it is nothing but a short number, as nearly all are.
+// @param isX  a separator must stand behind it
+// @return false when it is another one; `position` is left alone, then
+bool NextPlainNumber(std::string_view text, std::size_t& position, bool isX, double& number) {
+    const auto isSeparator = [](char c) { return c == ' ' || c == ','; };
+    const char* const end = text.data() + text.size();
+    const char* start = text.data() + position;
+    while (start != end && isSeparator(*start)) ++start;
+    const bool isNegative = start != end && *start == '-';
+    double value = 0.0;
+    const char* const behind = ORVReadShortNumber(isNegative ? start + 1 : start, end, value);
+    if (!behind || (behind == end ? isX : !isSeparator(*behind))) return false;
+    position = static_cast<std::size_t>(behind - text.data()) + (behind == end ? 0 : 1);
+    number = isNegative ? -value : value;
+    return true;
+}
+
 }  // namespace
 
 void ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers) {
     numbers.clear();
     std::size_t position = 0;
-    while (position < value.size()) {
-        bool endsText = false;
-        std::string_view token = NextToken(value, position, endsText);
-        double number = 0.0;
-        if (!endsText) {  // only a token with a blank behind it is an x
-            if (ParseHorizontalLength(state, token, number) == kRead) numbers.push_back(number);
-            token = NextToken(value, position, endsText);
-        }
+    bool endsText = false;
+    double number = 0.0;
+    const auto readY = [&](std::string_view token) {
+        number = 0.0;
         if (ParseVerticalCoordinate(state, token, number) == kRead) numbers.push_back(number);
+    };
+    while (position < value.size()) {
+        if (NextPlainNumber(value, position, true, number)) {
+            numbers.push_back(number);
+        } else {
+            const std::string_view token = NextToken(value, position, endsText);
+            if (endsText) return readY(token);  // only a token with a blank behind it is an x
+            if (ParseHorizontalLength(state, token, number) == kRead) numbers.push_back(number);
+        }
+        if (NextPlainNumber(value, position, false, number))
+            numbers.push_back(state.yFlip == 1 ? state.pageHeight - number : number);
+        else
+            readY(NextToken(value, position, endsText));
     }
 }

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+class ORVPrtGraphicPrimitiveElt;
+
+/// Children of a primitive, in drawing order. The owner of the list holds a reference to each. Most containers
+/// have one child, which needs no memory of its own.
+class ORVPrtChildList {
+public:
+    using value_type = ORVPrtGraphicPrimitiveElt*;
+    using const_iterator = const value_type*;
+
+    ORVPrtChildList() = default;
+    /// Throws std::bad_alloc, as push_back does.
+    ORVPrtChildList(std::initializer_list<value_type> children) {
+        for (const value_type child : children) push_back(child);
+    }
+    ORVPrtChildList(const ORVPrtChildList&) = delete;
+    ORVPrtChildList& operator=(const ORVPrtChildList&) = delete;
+    ~ORVPrtChildList() {
+        if (capacity_ > 1) delete[] place_.many;
+    }
+
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    const_iterator begin() const { return capacity_ > 1 ? place_.many : &place_.one; }
+    const_iterator end() const { return begin() + size_; }
+    value_type operator[](std::size_t index) const { return begin()[index]; }
+    value_type front() const { return *begin(); }
+    value_type back() const { return end()[-1]; }
+    /// Throws std::out_of_range.
+    value_type at(std::size_t index) const {
+        if (index >= size_) throw std::out_of_range("no such child");
+        return begin()[index];
+    }
+
+    void push_back(value_type child) {
+        if (size_ == capacity_) Grow();
+        Begin()[size_++] = child;
+    }
+    /// @param place  of one of the children
+    void erase(const_iterator place) {
+        std::copy(place + 1, end(), Begin() + (place - begin()));
+        --size_;
+    }
+
+    friend bool operator==(const ORVPrtChildList& a, const ORVPrtChildList& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end());
+    }
+
+private:
+    value_type* Begin() { return capacity_ > 1 ? place_.many : &place_.one; }
+    void Grow() {
+        if (capacity_ > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
+        auto* const larger = new value_type[std::size_t{2} * capacity_];
+        std::copy(begin(), end(), larger);
+        if (capacity_ > 1) delete[] place_.many;
+        place_.many = larger;
+        capacity_ *= 2;
+    }
+
+    union {
+        value_type one = nullptr;
+        value_type* many;
+    } place_;
+    std::uint32_t size_ = 0, capacity_ = 1;
+};
