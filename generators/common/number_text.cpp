@@ -30,11 +30,42 @@ char* PutPair(char* end, std::uint64_t pair) {
     return end - 2;
 }
 
-char* WriteWhole(char* out, std::uint64_t number) {
-    if (number < 10) {
-        *out = static_cast<char>('0' + number);
-        return out + 1;
+/// The three digits of a number below a thousand, and how many noughts stand before and behind the others.
+struct Triple {
+    std::array<char, 3> digits;
+    std::uint8_t noughts;  // before in the lower half, behind in the upper half
+};
+
+// One entry more than there are numbers: four characters are copied from any of the first digits.
+constexpr std::array<Triple, 1001> MakeTriples() {
+    std::array<Triple, 1001> triples{};
+    for (unsigned int i = 0; i < 1000; ++i) {
+        const unsigned int before = i < 10 ? 2 : i < 100 ? 1 : 0;
+        const unsigned int behind = i == 0 ? 3 : i % 100 == 0 ? 2 : i % 10 == 0 ? 1 : 0;
+        triples[i] = {{static_cast<char>('0' + i / 100), static_cast<char>('0' + i / 10 % 10),
+                       static_cast<char>('0' + i % 10)},
+                      static_cast<std::uint8_t>(before | behind << 4U)};
     }
+    return triples;
+}
+constexpr std::array<Triple, 1001> kTriples = MakeTriples();
+static_assert(sizeof(Triple) == 4);
+
+/// Writes a number below a thousand, with room for one character more.
+char* WriteTriple(char* out, std::uint64_t number) {
+    const std::size_t before = kTriples[number].noughts & 0xFU;
+    std::memcpy(out, reinterpret_cast<const char*>(&kTriples[number]) + before, 4);
+    return out + 3 - before;
+}
+
+/// The same for thousandths behind a point, without noughts at the end.
+char* WriteThousandths(char* out, std::uint64_t number) {
+    std::memcpy(out, &kTriples[number], 4);
+    return out + 3 - (kTriples[number].noughts >> 4U);
+}
+
+char* WriteWhole(char* out, std::uint64_t number) {
+    if (number < 1000) return WriteTriple(out, number);
     int digits = 2;
     for (std::uint64_t rest = number / 100; rest != 0; rest /= 10) ++digits;
     char* const end = out + digits;
@@ -68,6 +99,7 @@ char* WriteFixed(char* out, std::int64_t fixed, int places) {
     if (fraction == 0) return out;
 
     *out++ = '.';
+    if (places == 3) return WriteThousandths(out, fraction);
     char* const end = out + places;
     char* p = end;
     for (; p - out >= 2; fraction /= 100) p = PutPair(p, fraction % 100);

@@ -34,8 +34,11 @@ public:
 private:
     /// Where the colour is in `slots_`, or could be put. There is always a free slot.
     std::size_t FindSlot(const Colour& colour) const;
-    void Append(const Colour& colour);
+    /// Enters the colour at `index` into the hash table, unless it is there already.
+    void Enter(std::size_t index);
 
     std::vector<Colour> colours_;
-    std::vector<std::uint32_t> slots_;  // a hash table of indices plus 1, open addressing; 0 is free
+    /// A hash table, open addressing: an index plus 1 in the lower bits, so that 0 is free, and some bits of
+    /// the colour's hash above, which mostly save a look at the colour.
+    std::vector<std::uint32_t> slots_;
 };

@@ -226,6 +226,7 @@ int PageDrawing::Step() {
     Frame& frame = open_.back();
     if (frame.next == frame.children->size()) return Leave();
 
+    frame.children->Prefetch(frame.next);
     const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (!Count()) return ORVPrintModelRender::kLowMemory;
     if (child.GetReferenceCount() > 1 && progress_.takesSymbols && !IsWalked(child))

@@ -18,9 +18,12 @@ void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visi
         // What has one reference is reached once.
         if (container.GetReferenceCount() > 1 && !visited.insert(&container).second) continue;
         visit(container);
-        for (const ORVPrtGraphicPrimitiveElt* child : *container.GetChildList())
-            if (child->GetKind() == ORVPrtKind::kGroup || child->GetKind() == ORVPrtKind::kSymbol)
-                open.push_back(child);
+        const ORVPrtChildList& children = *container.GetChildList();
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            children.Prefetch(i);
+            const ORVPrtKind kind = children[i]->GetKind();
+            if (kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol) open.push_back(children[i]);
+        }
     }
 }
 

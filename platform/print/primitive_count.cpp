@@ -22,6 +22,7 @@ std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uin
         Frame& frame = open.back();
         const ORVPrtChildList* children = frame.container->GetChildList();
         if (children && frame.next < children->size()) {
+            children->Prefetch(frame.next);
             const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
             frame.count = add(frame.count, 1);
             // A pattern in the tree draws nothing, and nothing below it.

@@ -1,11 +1,13 @@
 #include "platform/xml/ORVXmlNode.h"
 
+#include <bit>
+
 const std::string_view* ORVXmlNode::Find(std::string_view attributeName) const {
-    const auto knownCount = static_cast<std::uint32_t>(std::popcount(known));
+    const auto knownCount = ORVCountBits(known);
     if (const auto number = FindAttributeName(attributeName)) {
         if (!Has(*number)) return nullptr;
         const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(*number)) - 1);
-        return attributeTexts + std::popcount(before);
+        return attributeTexts + ORVCountBits(before);
     }
     const std::string_view* other = attributeTexts + knownCount;
     for (std::uint32_t i = knownCount; i < attributeCount; ++i, other += 2)
@@ -14,7 +16,7 @@ const std::string_view* ORVXmlNode::Find(std::string_view attributeName) const {
 }
 
 ORVXmlAttribute ORVXmlNode::GetAttribute(std::uint32_t index) const {
-    const auto knownCount = static_cast<std::uint32_t>(std::popcount(known));
+    const auto knownCount = ORVCountBits(known);
     if (index >= knownCount) {
         const std::string_view* const other = attributeTexts + knownCount + 2 * (index - knownCount);
         return {other[0], other[1]};

@@ -1,11 +1,19 @@
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
 #include "platform/xml/vocabulary.h"
+
+/// Number of bits that are set. (The standard's function is a call where the processor need not have an
+/// instruction for it.)
+constexpr unsigned ORVCountBits(std::uint64_t bits) {
+    bits -= bits >> 1U & 0x5555555555555555U;
+    bits = (bits & 0x3333333333333333U) + (bits >> 2U & 0x3333333333333333U);
+    bits = (bits + (bits >> 4U)) & 0x0F0F0F0F0F0F0F0FU;
+    return static_cast<unsigned>(bits * 0x0101010101010101U >> 56U);
+}
 
 struct ORVXmlAttribute {
     std::string_view name;   ///< as written, with its prefix
@@ -37,7 +45,7 @@ struct ORVXmlNode {
     std::string_view Value(AttributeName attribute) const {
         if (!Has(attribute)) return {};
         const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
-        return attributeTexts[std::popcount(before)];
+        return attributeTexts[ORVCountBits(before)];
     }
 
     /// The value of the attribute of that name, known or not; null when it is absent.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 namespace {
 
@@ -54,9 +53,7 @@ void* ORVXmlTree::Allocate(std::size_t size, std::size_t alignment) {
 
 std::string_view ORVXmlTree::Keep(std::string_view text) {
     if (text.empty()) return {};
-    if (std::less_equal<>()(stable_.data(), text.data()) &&
-        std::less<>()(text.data(), stable_.data() + stable_.size()))
-        return text;
+    if (IsStable(text)) return text;
     std::string_view* recent = nullptr;
     if (text.size() <= kLongestShared) {
         if (!recent_) recent_ = std::make_unique<std::string_view[]>(kRecentTexts);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,11 @@ private:
 
     /// Storage that lives as long as the tree; throws std::bad_alloc.
     void* Allocate(std::size_t size, std::size_t alignment);
+    /// True for what lies in the document's own bytes, which outlive the tree.
+    bool IsStable(std::string_view text) const {
+        return std::less_equal<>()(stable_.data(), text.data()) &&
+               std::less<>()(text.data(), stable_.data() + stable_.size());
+    }
     /// `text`, or a copy of it, that lives as long as the tree: what lies in the document's own bytes stays
     /// there, if they stay. Short texts that were copied lately are copied once.
     std::string_view Keep(std::string_view text);

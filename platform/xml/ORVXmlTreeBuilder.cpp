@@ -56,26 +56,31 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     node.name = node.id == ElementName::kUnknown ? tree_->Keep(tag.name) : GetNameText(node.id);
 
     if (!tag.attributes.empty()) {
+        std::uint64_t known = 0;
         for (const std::int8_t number : tag.numbers)
-            if (number >= 0) node.known |= std::uint64_t{1} << static_cast<unsigned>(number);
+            if (number >= 0) known |= std::uint64_t{1} << static_cast<unsigned>(number);
+        node.known = known;
 
         const std::size_t count = tag.attributes.size();
-        const auto knownCount = static_cast<std::size_t>(std::popcount(node.known));
+        const std::size_t knownCount = ORVCountBits(known);
         const std::size_t texts = knownCount + 2 * (count - knownCount);
+        // Every one of them is set below.
         auto* const kept = static_cast<std::string_view*>(
             tree_->Allocate(texts * sizeof(std::string_view), alignof(std::string_view)));
-        for (std::size_t i = 0; i < texts; ++i) new (kept + i) std::string_view;
 
         std::string_view* nextUnknown = kept + knownCount;
         for (std::size_t i = 0; i < count; ++i) {
             const std::int8_t number = tag.numbers[i];
-            const ORVXmlAttribute own = Keep(tag.attributes[i], number >= 0, i < tag.written);
+            const bool isWritten = i < tag.written;
             if (number >= 0) {
                 const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
-                kept[std::popcount(node.known & (bit - 1))] = own.value;
+                const std::string_view value = tag.attributes[i].value;
+                new (kept + ORVCountBits(known & (bit - 1))) std::string_view(
+                    isWritten && tree_->IsStable(value) ? value : Keep(tag.attributes[i], true, isWritten).value);
             } else {
-                *nextUnknown++ = own.name;
-                *nextUnknown++ = own.value;
+                const ORVXmlAttribute own = Keep(tag.attributes[i], false, isWritten);
+                new (nextUnknown++) std::string_view(own.name);
+                new (nextUnknown++) std::string_view(own.value);
             }
         }
         node.attributeTexts = kept;

@@ -49,18 +49,28 @@ constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
 
 bool Is(char c, int bits) { return (kClasses[static_cast<unsigned char>(c)] & bits) != 0; }
 
+// Eight bytes at a time, the first one lowest. The marks are the highest bits of bytes; the lowest of them is
+// where it should be, those above it may be wrong.
+constexpr bool kReadsWords = std::endian::native == std::endian::little;
+constexpr std::uint64_t kEveryByte = 0x0101010101010101U, kHighBits = kEveryByte * 0x80;
+
+std::uint64_t LoadWord(const char* bytes) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+std::uint64_t ZeroBytes(std::uint64_t word) { return (word - kEveryByte) & ~word & kHighBits; }
+std::uint64_t ControlBytes(std::uint64_t word) { return (word - kEveryByte * 0x20) & ~word & kHighBits; }
+
 /// True when the bytes are UTF-8 of characters that documents may hold.
 bool AreCharacters(std::string_view bytes) {
-    constexpr std::uint64_t kOnes = 0x0101010101010101U, kHighs = kOnes * 0x80;
     const auto isPlain = [](char c) { return static_cast<unsigned char>(c) >= 0x20 || Is(c, kSpace); };
     std::uint64_t seen = 0;
     std::size_t i = 0;
     for (; i + 8 <= bytes.size(); i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes.data() + i, sizeof word);
+        const std::uint64_t word = LoadWord(bytes.data() + i);
         seen |= word;
-        // Eight bytes at a time: a high bit is left where a byte is below 0x20.
-        if (((word - kOnes * 0x20) & ~word & kHighs) == 0) continue;
+        if (ControlBytes(word) == 0) continue;
         for (std::size_t k = i; k < i + 8; ++k)
             if (!isPlain(bytes[k])) return false;
     }
@@ -68,7 +78,7 @@ bool AreCharacters(std::string_view bytes) {
         seen |= static_cast<unsigned char>(bytes[i]);
         if (!isPlain(bytes[i])) return false;
     }
-    if ((seen & kHighs) == 0) return true;
+    if ((seen & kHighBits) == 0) return true;
     if (!ORVIsWellFormedUTF8(bytes)) return false;
     // U+FFFE and U+FFFF are UTF-8, but no characters.
     return bytes.find("\xEF\xBF\xBE") == bytes.npos && bytes.find("\xEF\xBF\xBF") == bytes.npos;
@@ -163,6 +173,32 @@ private:
         if (p_ == end_ || (*p_ != '"' && *p_ != '\'')) return false;
         const char quote[] = {*p_++};
         return TakeUntil({quote, 1}, content);
+    }
+
+    /// The name of an attribute that is known, with an "=" right behind it, which is skipped.
+    /// @return the name's number, -1 when another name stands there, or one that is written otherwise
+    std::int8_t TakeKnownName(std::string_view& name) {
+        if (!kReadsWords || end_ - p_ < 16) return -1;
+        ORVShortName word{LoadWord(p_), 0};
+        std::uint64_t equals = ZeroBytes(word.first ^ kEveryByte * '=');
+        std::size_t length = 0;
+        if (equals != 0) {
+            length = static_cast<std::size_t>(std::countr_zero(equals)) / 8;
+            word.first &= (std::uint64_t{1} << 8 * length) - 1;
+        } else {
+            word.second = LoadWord(p_ + 8);
+            equals = ZeroBytes(word.second ^ kEveryByte * '=');
+            if (equals == 0) return -1;
+            const auto rest = static_cast<unsigned>(std::countr_zero(equals)) / 8;
+            word.second &= (std::uint64_t{1} << 8 * rest) - 1;
+            length = 8 + rest;
+        }
+        const std::int8_t number = FindAttributeName(word);
+        if (number < 0) return -1;
+        name = {p_, length};
+        p_ += length + 1;
+        SkipSpace();
+        return number;
     }
 
     bool ReadDeclaration();
@@ -263,13 +299,21 @@ bool PlainReading::ReadStartTag() {
         const bool isApart = TakeSpace();
         if (p_ == end_) return false;
         if (*p_ == '>' || *p_ == '/') break;
+        if (!isApart) return false;
         ORVXmlAttribute attribute;
-        if (!isApart || !TakeName(attribute.name)) return false;
+        std::int8_t number = TakeKnownName(attribute.name);
+        if (number < 0) {
+            if (!TakeName(attribute.name)) return false;
+            const auto found = FindAttributeName(attribute.name);
+            number = found ? static_cast<std::int8_t>(*found) : std::int8_t{-1};
+            SkipSpace();
+            if (!TakeOne('=')) return false;
+            SkipSpace();
+        }
 
         // No name may come twice.
-        const auto number = FindAttributeName(attribute.name);
-        if (number) {
-            const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(*number);
+        if (number >= 0) {
+            const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
             if ((known & bit) != 0) return false;
             known |= bit;
         } else {
@@ -277,12 +321,9 @@ bool PlainReading::ReadStartTag() {
             for (std::size_t i = 0; i < attributes_.size(); ++i)
                 if (numbers_[i] < 0 && attributes_[i].name == attribute.name) return false;
         }
-        SkipSpace();
-        if (!TakeOne('=')) return false;
-        SkipSpace();
         if (!ReadValue(attribute.value)) return false;
         attributes_.push_back(attribute);
-        numbers_.push_back(number ? static_cast<std::int8_t>(*number) : std::int8_t{-1});
+        numbers_.push_back(number);
     }
     const bool isEmpty = TakeOne('/');
     if (!TakeOne('>')) return false;
@@ -307,6 +348,16 @@ bool PlainReading::ReadValue(std::string_view& value) {
     const char* const start = p_;
     // Most values are short and hold nothing special.
     const char* const look = end_ - p_ > static_cast<std::ptrdiff_t>(kLongValue) ? p_ + kLongValue : end_;
+    if constexpr (kReadsWords) {
+        for (const std::uint64_t quotes = kEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8; p_ += 8) {
+            const std::uint64_t word = LoadWord(p_);
+            const std::uint64_t special = ZeroBytes(word ^ quotes) | ZeroBytes(word ^ kEveryByte * '<') |
+                                          ZeroBytes(word ^ kEveryByte * '&') | ControlBytes(word);
+            if (special == 0) continue;
+            p_ += std::countr_zero(special) / 8;
+            break;
+        }
+    }
     while (p_ != look && (!Is(*p_, kEndsValue) || (*p_ != quote && (*p_ == '"' || *p_ == '\'')))) ++p_;
     if (p_ == end_) return false;
     if (*p_ != quote) {

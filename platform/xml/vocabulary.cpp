@@ -116,6 +116,52 @@ struct NameTable {
     }
 };
 
+constexpr std::size_t kLongestShortName = 15;
+
+constexpr ORVShortName MakeShortName(std::string_view text) {
+    ORVShortName name;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::uint64_t& word = i < 8 ? name.first : name.second;
+        word |= std::uint64_t{static_cast<unsigned char>(text[i])} << (i % 8 * 8);
+    }
+    return name;
+}
+
+// Another perfect hash table, for names that come as two words.
+struct ShortNameTable {
+    static constexpr unsigned kSlotBits = 10;
+    std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
+    std::array<std::uint8_t, std::size_t{1} << kSlotBits> slots{};  // index of the name plus 1; 0 is free
+    std::array<ORVShortName, kAttributeTexts.size()> names{};       // empty for a long one
+
+    constexpr std::size_t SlotOf(const ORVShortName& name) const {
+        return static_cast<std::size_t>((name.first ^ name.second * 31U) * multiplier >> (64U - kSlotBits));
+    }
+
+    constexpr bool Fill() {
+        slots = {};
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (names[i] == ORVShortName()) continue;
+            std::uint8_t& slot = slots[SlotOf(names[i])];
+            if (slot != 0) return false;
+            slot = static_cast<std::uint8_t>(i + 1);
+        }
+        return true;
+    }
+
+    constexpr ShortNameTable() {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            if (kAttributeTexts[i].size() <= kLongestShortName) names[i] = MakeShortName(kAttributeTexts[i]);
+        while (!Fill()) multiplier += 0x9E3778U;
+    }
+
+    std::int8_t Find(const ORVShortName& name) const {
+        const std::size_t slot = slots[SlotOf(name)];
+        return slot != 0 && names[slot - 1] == name ? static_cast<std::int8_t>(slot - 1) : std::int8_t{-1};
+    }
+};
+
+constexpr ShortNameTable kShortAttributeTable;
 constexpr NameTable kElementTable(kElementTexts);
 constexpr NameTable kAttributeTable(kAttributeTexts);
 
@@ -131,6 +177,8 @@ std::optional<AttributeName> FindAttributeName(std::string_view text) {
     if (index >= kAttributeTexts.size()) return std::nullopt;
     return static_cast<AttributeName>(index);
 }
+
+std::int8_t FindAttributeName(const ORVShortName& name) { return kShortAttributeTable.Find(name); }
 
 std::string_view GetNameText(ElementName name) {
     const auto index = static_cast<std::size_t>(name);
