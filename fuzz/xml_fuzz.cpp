@@ -25,15 +25,15 @@ std::uint64_t Sum(std::string_view text) {
 }
 
 std::uint64_t CheckNode(const ORVXmlNode& node) {
-    Require(!node.name.empty());
-    std::uint64_t sum = Sum(node.name) + Sum(node.text);
+    Require(!node.GetName().empty());
+    std::uint64_t sum = Sum(node.GetName()) + Sum(node.GetText());
     std::uint32_t known = 0;
     for (unsigned i = 0; i < static_cast<unsigned>(AttributeName::kCount); ++i) {
         const auto name = static_cast<AttributeName>(i);
-        const std::string_view* const found = node.Find(GetNameText(name));
-        Require((found != nullptr) == node.Has(name));
+        const auto found = node.Find(GetNameText(name));
+        Require(found.has_value() == node.Has(name));
         if (!found) continue;
-        Require(found == node.attributeTexts + known && found->data() == node.Value(name).data());
+        Require(found->data() == node.Value(name).data() && found->size() == node.Value(name).size());
         ++known;
     }
     Require(known <= node.attributeCount);

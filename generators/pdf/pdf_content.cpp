@@ -52,7 +52,8 @@ constexpr std::array<ColourPart, 256> MakeColourParts() {
             part.text[part.length++] = rest == 0 ? '0' : '1';
         } else {
             part.text[part.length++] = '.';
-            for (; rest != 0; rest = rest % 100 * 10) part.text[part.length++] = static_cast<char>('0' + rest / 100);
+            for (; rest != 0; rest = rest % 100 * 10)
+                part.text[part.length++] = static_cast<char>('0' + rest / 100);
         }
         part.text[part.length++] = ' ';
     }

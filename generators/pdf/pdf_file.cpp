@@ -40,7 +40,7 @@ constexpr std::size_t kObjectStreamBytes = std::size_t{64} << 10U;
 struct PdfFile::Job {
     enum class Kind { kWhole, kBegin, kPiece, kEnd };
     Kind kind = Kind::kWhole;
-    unsigned int number = 0;   // of the object; with kEnd of that which holds the length
+    unsigned int number = 0;  // of the object; with kEnd of that which holds the length
     Packing packing = Packing::kStored;
     std::string entries = {};  // of the stream's dictionary
     std::string bytes = {};
@@ -135,7 +135,8 @@ private:
 
     std::string_view CompressFast(std::string_view bytes) {
         packedFast_.clear();
-        if (!ORVDeflateWhole({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, packedFast_))
+        if (!ORVDeflateWhole({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()},
+                             packedFast_))
             return Fail();
         return {reinterpret_cast<const char*>(packedFast_.data()), packedFast_.size()};
     }

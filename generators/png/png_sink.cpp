@@ -6,8 +6,8 @@
 #include <new>
 
 #include "generators/common/ORVOutput.h"
-#include "generators/common/generator_status.h"
 #include "generators/common/deflate_piece.h"
+#include "generators/common/generator_status.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include "generators/common/ORVLoadedLibrary.h"
 #include "generators/common/ORVOutput.h"
-#include "generators/common/generator_status.h"
 #include "generators/common/deflate_piece.h"
+#include "generators/common/generator_status.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 class ORVPrtGraphicPrimitiveElt;
 
-/// Children of a primitive, in drawing order. The owner of the list holds a reference to each. Most containers
-/// have one child, which needs no memory of its own.
+/// Children of a primitive, in drawing order. The owner of the list holds a reference to each. Most
+/// containers have one child, which needs no memory of its own.
 class ORVPrtChildList {
 public:
     using value_type = ORVPrtGraphicPrimitiveElt*;

@@ -43,7 +43,8 @@ inline bool ORVReadWholeNumber(std::string_view text, double& value) {
     const char* const end = text.data() + text.size();
     const bool isNegative = !text.empty() && text.front() == '-';
     double number = 0.0;
-    if (ORVReadShortNumber(text.data() + (isNegative ? 1 : 0), end, number) != end || text.empty()) return false;
+    if (ORVReadShortNumber(text.data() + (isNegative ? 1 : 0), end, number) != end || text.empty())
+        return false;
     value = isNegative ? -number : number;
     return true;
 }

@@ -1,5 +1,8 @@
 #include "platform/xml/ORVDOMXml.h"
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "platform/xml/ORVXmlTreeBuilder.h"
@@ -16,7 +19,7 @@ ORVIDOMNode_var::ORVIDOMNode_var(ORVRef<const ORVXmlTree> tree, const ORVXmlNode
 
 int ORVIDOMNode_var::GetNodeName(ORVUnicodeString& name) const {
     if (!node_) return kNone;
-    name = node_->name;
+    name = node_->GetName();
     return kFound;
 }
 
@@ -34,7 +37,7 @@ ORVIDOMElement_var::ORVIDOMElement_var(ORVRef<const ORVXmlTree> tree, const ORVX
     : ORVIDOMNode_var(std::move(tree), element) {}
 
 int ORVIDOMElement_var::GetAttribute(std::string_view name, ORVUnicodeString& value) const {
-    const std::string_view* const attribute = GetNode() ? GetNode()->Find(name) : nullptr;
+    const auto attribute = GetNode() ? GetNode()->Find(name) : std::nullopt;
     if (!attribute) return kNone;
     value = *attribute;
     return kFound;
@@ -45,7 +48,9 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     element = ORVIDOMElement_var();
     ORVRef<const ORVXmlTree> tree;
     ORVXmlError ownError;
-    const XmlSource source{text, false, nullptr};
+    // A copy of the text stays with the tree, which refers to it.
+    const auto copy = std::make_shared<const std::string>(text.GetView());
+    const XmlSource source{*copy, true, copy};
     if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, error ? *error : ownError))
         return kNone;
     const ORVXmlNode* const root = tree->GetRoot();
@@ -60,12 +65,12 @@ int GetNextNode(const ORVIDOMNode_var& node, ORVIDOMNode_var& next, ORVUnicodeSt
         return kNone;
     }
     next = ORVIDOMNode_var(node.GetTree(), sibling);
-    name = sibling->name;
+    name = sibling->GetName();
     return kFound;
 }
 
 int GetValue(const ORVIDOMNode_var& node, ORVUnicodeString& value) {
-    if (!node || node.GetNode()->text.empty()) return kNone;
-    value = node.GetNode()->text;
+    if (!node || node.GetNode()->GetText().empty()) return kNone;
+    value = node.GetNode()->GetText();
     return kFound;
 }

@@ -17,18 +17,17 @@ const ORVXmlNode* SkipToElement(const ORVXmlNode* node) {
 
 ORVUnicodeString ORVLightXmlElementItf::GetName() const {
     const ORVXmlNode* const node = GetNode();
-    return node ? node->name : std::string_view();
+    return node ? node->GetName() : std::string_view();
 }
 
 ORVUnicodeString ORVLightXmlElementItf::GetAttributeValue(std::string_view name) const {
     const ORVXmlNode* const node = GetNode();
-    const std::string_view* const attribute = node ? node->Find(name) : nullptr;
-    return attribute ? *attribute : std::string_view();
+    return node ? node->Find(name).value_or(std::string_view()) : std::string_view();
 }
 
 ORVUnicodeString ORVLightXmlElementItf::GetValue() const {
     const ORVXmlNode* const node = GetNode();
-    return node ? node->text : std::string_view();
+    return node ? node->GetText() : std::string_view();
 }
 
 ORVLightXmlChildHandle ORVLightXmlElementItf::GetChildren() const {

@@ -2,26 +2,36 @@
 
 #include <bit>
 
-const std::string_view* ORVXmlNode::Find(std::string_view attributeName) const {
-    const auto knownCount = ORVCountBits(known);
-    if (const auto number = FindAttributeName(attributeName)) {
-        if (!Has(*number)) return nullptr;
-        const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(*number)) - 1);
-        return attributeTexts + ORVCountBits(before);
+std::string_view ORVXmlNode::GetName() const {
+    switch (kind) {
+        case Kind::kText: return "#text";
+        case Kind::kComment: return "#comment";
+        case Kind::kElement: break;
     }
-    const std::string_view* other = attributeTexts + knownCount;
+    if (id != ElementName::kUnknown) return GetNameText(id);
+    return texts ? texts->Get(namePlace) : std::string_view();
+}
+
+std::optional<std::string_view> ORVXmlNode::Find(std::string_view attributeName) const {
+    if (const auto number = FindAttributeName(attributeName)) {
+        if (!Has(*number)) return std::nullopt;
+        return Value(*number);
+    }
+    const std::uint32_t knownCount = ORVCountBits(known);
+    const ORVXmlTextPlace* other = attributeTexts + knownCount;
     for (std::uint32_t i = knownCount; i < attributeCount; ++i, other += 2)
-        if (other[0] == attributeName) return other + 1;
-    return nullptr;
+        if (texts->Get(other[0]) == attributeName) return texts->Get(other[1]);
+    return std::nullopt;
 }
 
 ORVXmlAttribute ORVXmlNode::GetAttribute(std::uint32_t index) const {
-    const auto knownCount = ORVCountBits(known);
+    const std::uint32_t knownCount = ORVCountBits(known);
     if (index >= knownCount) {
-        const std::string_view* const other = attributeTexts + knownCount + 2 * (index - knownCount);
-        return {other[0], other[1]};
+        const ORVXmlTextPlace* const other = attributeTexts + knownCount + 2 * (index - knownCount);
+        return {texts->Get(other[0]), texts->Get(other[1])};
     }
     std::uint64_t rest = known;
     for (std::uint32_t i = 0; i < index; ++i) rest &= rest - 1;
-    return {GetNameText(static_cast<AttributeName>(std::countr_zero(rest))), attributeTexts[index]};
+    return {GetNameText(static_cast<AttributeName>(std::countr_zero(rest))),
+            texts->Get(attributeTexts[index])};
 }

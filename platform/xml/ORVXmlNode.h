@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "platform/system/ORVBaseObject.h"
 #include "platform/xml/vocabulary.h"
@@ -20,22 +22,49 @@ struct ORVXmlAttribute {
     std::string_view value;  ///< normalised, entities resolved
 };
 
+/// Where the text of an attribute lies: in the document's own bytes, or among the other texts of its tree.
+struct ORVXmlTextPlace {
+    static constexpr std::uint32_t kOther = 0xFFFFFFFFU;
+
+    std::uint32_t start = 0;   ///< offset in the document, or index of the other text
+    std::uint32_t length = 0;  ///< bytes; kOther for another text
+};
+
+/// The texts of a tree, as its nodes refer to them. Half the size of views, which large documents feel.
+struct ORVXmlTexts {
+    const char* document = nullptr;        ///< the document's bytes; null when they do not stay
+    std::vector<std::string_view> others;  ///< what lies elsewhere
+
+    std::string_view Get(ORVXmlTextPlace place) const {
+        if (place.length != ORVXmlTextPlace::kOther) return {document + place.start, place.length};
+        return others[place.start];
+    }
+};
+
 /// A node of a document. Nodes and all they point to belong to an ORVXmlTree, never change and live as long
 /// as the tree does.
 struct ORVXmlNode {
-    std::string_view name;  ///< tag as written; "#text" or "#comment" for a node that is no element
-    /// An element's own character data and CDATA sections, joined; the data of a text or comment.
-    std::string_view text;
+    enum class Kind : std::uint8_t { kElement, kText, kComment };
+
     const ORVXmlNode* firstChild = nullptr;
     const ORVXmlNode* nextSibling = nullptr;
     /// The values of the known attributes, in the order of their numbers; behind them the other attributes
     /// in document order, each as its name and its value.
-    const std::string_view* attributeTexts = nullptr;
+    const ORVXmlTextPlace* attributeTexts = nullptr;
+    const ORVXmlTexts* texts = nullptr;  ///< where these lie
+    std::uint64_t known = 0;             ///< one bit per AttributeName that is present
+    ORVXmlTextPlace namePlace;           ///< of an element whose name is not known
+    ORVXmlTextPlace textPlace;
     std::uint32_t attributeCount = 0;
     ElementName id = ElementName::kUnknown;
-    std::uint64_t known = 0;  ///< one bit per AttributeName that is present
+    Kind kind = Kind::kElement;
 
-    bool IsElement() const { return name.empty() || name.front() != '#'; }
+    bool IsElement() const { return kind == Kind::kElement; }
+
+    /// Tag as written; "#text" or "#comment" for a node that is no element.
+    ORV_PLATFORM_EXPORT std::string_view GetName() const;
+    /// An element's own character data and CDATA sections, joined; the data of a text or comment.
+    std::string_view GetText() const { return texts ? texts->Get(textPlace) : std::string_view(); }
 
     bool Has(AttributeName attribute) const {
         return ((known >> static_cast<unsigned>(attribute)) & 1U) != 0;
@@ -45,11 +74,11 @@ struct ORVXmlNode {
     std::string_view Value(AttributeName attribute) const {
         if (!Has(attribute)) return {};
         const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
-        return attributeTexts[ORVCountBits(before)];
+        return texts->Get(attributeTexts[ORVCountBits(before)]);
     }
 
-    /// The value of the attribute of that name, known or not; null when it is absent.
-    ORV_PLATFORM_EXPORT const std::string_view* Find(std::string_view attributeName) const;
+    /// The value of the attribute of that name, known or not; nothing when it is absent.
+    ORV_PLATFORM_EXPORT std::optional<std::string_view> Find(std::string_view attributeName) const;
     /// One of the attributes by its place, from 0 to `attributeCount` - 1: the known ones come first.
     ORV_PLATFORM_EXPORT ORVXmlAttribute GetAttribute(std::uint32_t index) const;
 };

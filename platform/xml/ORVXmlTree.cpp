@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -54,15 +55,34 @@ void* ORVXmlTree::Allocate(std::size_t size, std::size_t alignment) {
 std::string_view ORVXmlTree::Keep(std::string_view text) {
     if (text.empty()) return {};
     if (IsStable(text)) return text;
-    std::string_view* recent = nullptr;
+    Recent* recent = nullptr;
     if (text.size() <= kLongestShared) {
-        if (!recent_) recent_ = std::make_unique<std::string_view[]>(kRecentTexts);
+        if (!recent_) recent_ = std::make_unique<Recent[]>(kRecentTexts);
         recent = &recent_[RecentSlot(text)];
-        if (*recent == text) return *recent;
+        if (recent->text == text) return recent->text;
     }
     char* const copy = static_cast<char*>(Allocate(text.size(), 1));
     std::memcpy(copy, text.data(), text.size());
     const std::string_view kept(copy, text.size());
-    if (recent) *recent = kept;
+    if (recent) *recent = {kept, {}};
     return kept;
+}
+
+ORVXmlTextPlace ORVXmlTree::KeepPlace(std::string_view text) {
+    if (text.empty()) return {};
+    if (IsStable(text)) {
+        const auto start = static_cast<std::size_t>(text.data() - stable_.data());
+        if (start + text.size() < ORVXmlTextPlace::kOther)
+            return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())};
+    }
+    const std::string_view kept = Keep(text);
+    Recent* recent = recent_ && text.size() <= kLongestShared ? &recent_[RecentSlot(text)] : nullptr;
+    if (recent && recent->text.data() != kept.data()) recent = nullptr;
+    if (recent && recent->place.length == ORVXmlTextPlace::kOther) return recent->place;
+
+    if (texts_.others.size() >= ORVXmlTextPlace::kOther) throw std::bad_alloc();
+    const ORVXmlTextPlace place{static_cast<std::uint32_t>(texts_.others.size()), ORVXmlTextPlace::kOther};
+    texts_.others.push_back(kept);
+    if (recent) recent->place = place;
+    return place;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,8 @@ private:
     /// `text`, or a copy of it, that lives as long as the tree: what lies in the document's own bytes stays
     /// there, if they stay. Short texts that were copied lately are copied once.
     std::string_view Keep(std::string_view text);
+    /// The same for an attribute.
+    ORVXmlTextPlace KeepPlace(std::string_view text);
 
     std::string_view stable_;                  // the document's bytes, if they outlive the tree
     std::shared_ptr<const void> sourceOwner_;  // what keeps them
@@ -51,7 +54,13 @@ private:
     std::size_t left_ = 0;
     std::size_t nextChunk_;
     std::size_t memoryInUse_ = 0;
-    std::unique_ptr<std::string_view[]> recent_;  // short texts by hash, forgotten when the tree is complete
+    /// A short text that was copied lately, and where attributes find it.
+    struct Recent {
+        std::string_view text;
+        ORVXmlTextPlace place;
+    };
+    std::unique_ptr<Recent[]> recent_;  // by hash, forgotten when the tree is complete
+    ORVXmlTexts texts_;
     const ORVXmlNode* firstNode_ = nullptr;
     const ORVXmlNode* root_ = nullptr;
     mutable std::uint32_t references_ = 1;

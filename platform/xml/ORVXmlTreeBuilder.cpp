@@ -21,7 +21,7 @@ void Clear(std::string& buffer) {
 
 // Trees let go of their storage without looking at what is in it.
 static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
-              std::is_trivially_destructible_v<std::string_view>);
+              std::is_trivially_destructible_v<ORVXmlTextPlace>);
 
 }  // namespace
 
@@ -30,12 +30,14 @@ ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, std::vector<ORVXmlPlace
 
 ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source) : ORVXmlTreeBuilder(shape) {
     tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
+    tree_->texts_.document = tree_->stable_.data();
     tree_->sourceOwner_ = source.owner;
     if (source.owner) tree_->memoryInUse_ += source.bytes.size();
 }
 
 ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
     auto* const node = new (tree_->Allocate(sizeof(ORVXmlNode), alignof(ORVXmlNode))) ORVXmlNode;
+    node->texts = &tree_->texts_;
     Level& level = levels_[depth_];
     if (level.lastChild)
         level.lastChild->nextSibling = node;
@@ -53,7 +55,7 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     ORVXmlNode& node = AppendNode();
     if (depth_ == 0 && !tree_->root_) tree_->root_ = &node;
     node.id = FindElementName(tag.name);
-    node.name = node.id == ElementName::kUnknown ? tree_->Keep(tag.name) : GetNameText(node.id);
+    if (node.id == ElementName::kUnknown) node.namePlace = tree_->KeepPlace(tag.name);
 
     if (!tag.attributes.empty()) {
         std::uint64_t known = 0;
@@ -65,22 +67,19 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
         const std::size_t knownCount = ORVCountBits(known);
         const std::size_t texts = knownCount + 2 * (count - knownCount);
         // Every one of them is set below.
-        auto* const kept = static_cast<std::string_view*>(
-            tree_->Allocate(texts * sizeof(std::string_view), alignof(std::string_view)));
+        auto* const kept = static_cast<ORVXmlTextPlace*>(
+            tree_->Allocate(texts * sizeof(ORVXmlTextPlace), alignof(ORVXmlTextPlace)));
 
-        std::string_view* nextUnknown = kept + knownCount;
+        ORVXmlTextPlace* nextUnknown = kept + knownCount;
         for (std::size_t i = 0; i < count; ++i) {
             const std::int8_t number = tag.numbers[i];
-            const bool isWritten = i < tag.written;
+            const KeptAttribute own = Keep(tag.attributes[i], number >= 0, i < tag.written);
             if (number >= 0) {
                 const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
-                const std::string_view value = tag.attributes[i].value;
-                new (kept + ORVCountBits(known & (bit - 1))) std::string_view(
-                    isWritten && tree_->IsStable(value) ? value : Keep(tag.attributes[i], true, isWritten).value);
+                new (kept + ORVCountBits(known & (bit - 1))) ORVXmlTextPlace(own.value);
             } else {
-                const ORVXmlAttribute own = Keep(tag.attributes[i], false, isWritten);
-                new (nextUnknown++) std::string_view(own.name);
-                new (nextUnknown++) std::string_view(own.value);
+                new (nextUnknown++) ORVXmlTextPlace(own.name);
+                new (nextUnknown++) ORVXmlTextPlace(own.value);
             }
         }
         node.attributeTexts = kept;
@@ -92,11 +91,12 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     levels_[depth_].node = &node;
 }
 
-ORVXmlAttribute ORVXmlTreeBuilder::Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten) {
+ORVXmlTreeBuilder::KeptAttribute ORVXmlTreeBuilder::Keep(const ORVXmlAttribute& attribute, bool isKnown,
+                                                         bool isWritten) {
     const auto copy = [&] {
         // The names of known attributes are not stored.
-        return ORVXmlAttribute{isKnown ? std::string_view() : tree_->Keep(attribute.name),
-                               tree_->Keep(attribute.value)};
+        return KeptAttribute{isKnown ? ORVXmlTextPlace() : tree_->KeepPlace(attribute.name),
+                             tree_->KeepPlace(attribute.value)};
     };
     if (isWritten) return copy();
     // One long default value must not be stored once an element.
@@ -112,7 +112,7 @@ void ORVXmlTreeBuilder::EndElement() {
 
 void ORVXmlTreeBuilder::CloseLevel() {
     Level& level = levels_[depth_];
-    level.node->text = level.text.empty() ? level.firstText : tree_->Keep(level.text);
+    level.node->textPlace = level.text.empty() ? level.firstText : tree_->KeepPlace(level.text);
     level.node = nullptr;
     level.lastChild = nullptr;
     level.firstText = {};
@@ -130,36 +130,38 @@ void ORVXmlTreeBuilder::Text(std::string_view piece) {
 void ORVXmlTreeBuilder::Comment(std::string_view data) {
     if (shape_ != XmlTreeShape::kAllNodes) return;
     FlushText();
-    AppendDataNode("#comment", tree_->Keep(data));
+    AppendDataNode(ORVXmlNode::Kind::kComment, tree_->KeepPlace(data));
 }
 
-void ORVXmlTreeBuilder::AppendDataNode(std::string_view name, std::string_view data) {
+void ORVXmlTreeBuilder::AppendDataNode(ORVXmlNode::Kind kind, ORVXmlTextPlace data) {
     ORVXmlNode& node = AppendNode();
-    node.name = name;
-    node.text = data;
+    node.kind = kind;
+    node.textPlace = data;
 }
 
 void ORVXmlTreeBuilder::FlushText() {
     if (run_.empty()) return;
-    const std::string_view data = tree_->Keep(run_);
+    const ORVXmlTextPlace data = tree_->KeepPlace(run_);
     Clear(run_);
-    AppendDataNode("#text", data);
+    AppendDataNode(ORVXmlNode::Kind::kText, data);
 
     // An element with a single text shares it; only from the second one on they have to be joined.
     Level& level = levels_[depth_];
     if (!level.node) return;
-    if (level.text.empty() && level.firstText.empty()) {
+    if (level.text.empty() && level.firstText.length == 0) {
         level.firstText = data;
         return;
     }
-    if (level.text.empty()) level.text = level.firstText;
-    level.text.append(data);
+    if (level.text.empty()) level.text = tree_->texts_.Get(level.firstText);
+    level.text.append(tree_->texts_.Get(data));
 }
 
 ORVRef<const ORVXmlTree> ORVXmlTreeBuilder::Finish() {
     FlushText();
     while (depth_ > 0) CloseLevel();
     tree_->recent_.reset();
+    tree_->texts_.others.shrink_to_fit();
+    tree_->memoryInUse_ += tree_->texts_.others.capacity() * sizeof(std::string_view);
     return std::exchange(tree_, nullptr);
 }
 
@@ -174,8 +176,8 @@ void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
             numbers[next++] = static_cast<std::int8_t>(std::countr_zero(known));
         attributes.clear();
         for (std::uint32_t i = 0; i < node.attributeCount; ++i) attributes.push_back(node.GetAttribute(i));
-        StartElement({node.name, attributes, numbers, node.attributeCount});
-        levels_[depth_].text = node.text;
+        StartElement({node.GetName(), attributes, numbers, node.attributeCount});
+        levels_[depth_].text = node.GetText();
     };
 
     std::vector<const ORVXmlNode*> ancestors;  // where the walk goes on when a level is through

@@ -51,15 +51,19 @@ private:
     struct Level {
         ORVXmlNode* node = nullptr;  // null for the document
         ORVXmlNode* lastChild = nullptr;
-        std::string text;            // the element's own text so far
-        std::string_view firstText;  // its first text node, while that is all its text
+        std::string text;           // the element's own text so far
+        ORVXmlTextPlace firstText;  // its first text node, while that is all its text
+    };
+
+    struct KeptAttribute {
+        ORVXmlTextPlace name, value;
     };
 
     ORVXmlNode& AppendNode();
     /// Texts of an attribute that live as long as the tree.
     /// @param isWritten  false when the document type supplied it
-    ORVXmlAttribute Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten);
-    void AppendDataNode(std::string_view name, std::string_view data);
+    KeptAttribute Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten);
+    void AppendDataNode(ORVXmlNode::Kind kind, ORVXmlTextPlace data);
     void FlushText();
     void CloseLevel();
 
@@ -68,8 +72,8 @@ private:
     ORVRef<ORVXmlTree> tree_;
     std::vector<Level> levels_;  // used up to depth_; the rest keeps its storage for the next elements
     std::size_t depth_ = 0;
-    std::string run_;                                            // the text node that is being read
-    std::unordered_map<const char*, ORVXmlAttribute> supplied_;  // of the document type, by address
+    std::string run_;                                          // the text node that is being read
+    std::unordered_map<const char*, KeptAttribute> supplied_;  // of the document type, by address
 };
 
 /// Reads a document into a tree. Nothing is thrown.

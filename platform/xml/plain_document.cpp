@@ -349,7 +349,8 @@ bool PlainReading::ReadValue(std::string_view& value) {
     // Most values are short and hold nothing special.
     const char* const look = end_ - p_ > static_cast<std::ptrdiff_t>(kLongValue) ? p_ + kLongValue : end_;
     if constexpr (kReadsWords) {
-        for (const std::uint64_t quotes = kEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8; p_ += 8) {
+        for (const std::uint64_t quotes = kEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8;
+             p_ += 8) {
             const std::uint64_t word = LoadWord(p_);
             const std::uint64_t special = ZeroBytes(word ^ quotes) | ZeroBytes(word ^ kEveryByte * '<') |
                                           ZeroBytes(word ^ kEveryByte * '&') | ControlBytes(word);

@@ -102,7 +102,8 @@ ORV_PLATFORM_EXPORT ElementName FindElementName(std::string_view text);
 /// Number of an attribute name, nothing when it is not among the known ones. Exact, as for elements.
 ORV_PLATFORM_EXPORT std::optional<AttributeName> FindAttributeName(std::string_view text);
 
-/// A name of at most 15 characters in two words, its first character in the lowest byte, zero behind the last.
+/// A name of at most 15 characters in two words, its first character in the lowest byte, zero behind the
+/// last.
 struct ORVShortName {
     std::uint64_t first = 0, second = 0;
     bool operator==(const ORVShortName&) const = default;

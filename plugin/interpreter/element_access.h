@@ -38,7 +38,7 @@ public:
         if (!node_->Has(name)) return {};
         return {1, node_->Value(name)};
     }
-    std::string_view Text() const { return node_->text; }
+    std::string_view Text() const { return node_->GetText(); }
     DomElementAccess FirstChild() const { return DomElementAccess(node_->firstChild); }
     DomElementAccess NextSibling() const { return DomElementAccess(node_->nextSibling); }
 
@@ -56,7 +56,7 @@ public:
         if (!node_->Has(name)) return {1, {}};
         return {1, node_->Value(name)};
     }
-    std::string_view Text() const { return node_->text; }
+    std::string_view Text() const { return node_->GetText(); }
     LightElementAccess FirstChild() const { return LightElementAccess(node_->firstChild); }
     LightElementAccess NextSibling() const { return LightElementAccess(node_->nextSibling); }
 

@@ -177,7 +177,7 @@ private:
 
         const std::size_t index = next_++;
         namespaces_.Enter(root);
-        if (root.id != ElementName::kSvg && namespaces_.Find(PrefixOf(root.name)) == Namespaces::kSvg)
+        if (root.id != ElementName::kSvg && namespaces_.Find(PrefixOf(root.GetName())) == Namespaces::kSvg)
             Note(kPrefixedElement, root, index, {}, {}, "only names without a prefix are read");
         for (const ORVXmlNode* child = root.firstChild; child; child = child->nextSibling) {
             if (child->id == ElementName::kSvg) {
@@ -464,7 +464,7 @@ private:
                 Skip(*child);
             } else if (HasHandler(child->id)) {
                 Note(kMisplacedElement, *child, next_, {}, {},
-                     "is not printed inside " + std::string(node.name));
+                     "is not printed inside " + std::string(node.GetName()));
                 Skip(*child);
             } else {
                 CheckUnprinted(*child, true);
@@ -474,18 +474,18 @@ private:
 
     void CheckUnprinted(const ORVXmlNode& node, bool isInLeaf) {
         namespaces_.Enter(node);
-        const std::string_view prefix = PrefixOf(node.name), space = namespaces_.Find(prefix);
+        const std::string_view prefix = PrefixOf(node.GetName()), space = namespaces_.Find(prefix);
         const bool isSvg = space == Namespaces::kSvg;
         if (!prefix.empty() && isSvg) {
             Note(kPrefixedElement, node, next_, {}, {}, "only names without a prefix are read");
         } else if (!prefix.empty() || (!space.empty() && !isSvg)) {
             findings_.CountForeign();
-        } else if (const UnprintedElement* known = FindUnprintedElement(node.name)) {
+        } else if (const UnprintedElement* known = FindUnprintedElement(node.GetName())) {
             // A style sheet that is empty says nothing.
-            const bool saysNothing =
-                known->name == "style" && node.text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+            const bool saysNothing = known->name == "style" &&
+                                     node.GetText().find_first_not_of(" \t\r\n") == std::string_view::npos;
             if (known->code && !saysNothing)
-                Note(*known->code, node, next_, {}, node.text, ExplainUnprinted(*known->code));
+                Note(*known->code, node, next_, {}, node.GetText(), ExplainUnprinted(*known->code));
         } else {
             Note(kUnknownElement, node, next_, {}, {},
                  isInLeaf ? "is not known" : "is not known, and not printed with all it holds");
@@ -591,7 +591,7 @@ private:
     }
 
     void CheckText(const ORVXmlNode& node, std::size_t index, const SvgDrawState& state) {
-        const std::string_view text = node.text;
+        const std::string_view text = node.GetText();
         if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
         const auto isDeleted = [](char c) { return c == '\n' || c == '\r' || c == '\t'; };
         for (std::size_t i = 1; i + 1 < text.size(); ++i) {
@@ -647,7 +647,7 @@ private:
         const LightElementAccess element(&node);
         ReadHorizontalAttribute(state, element, AttributeName::kWidth, width);
         ParseVerticalLength(state, node.Value(AttributeName::kHeight), height);
-        const std::string_view* ratio = node.Find("preserveAspectRatio");
+        const auto ratio = node.Find("preserveAspectRatio");
         if (!(width > 0.0) || !(height > 0.0)) {
             Note(kBadLength, node, index, {}, {}, "has no width and height, and shows nothing");
         } else if (!ratio || !ratio->starts_with("none")) {
@@ -825,7 +825,7 @@ private:
             if (node.id != ElementName::kUse && node.id != ElementName::kImage) return;
         }
         Note(kAttributeWithoutEffect, node, index, attribute.name, attribute.value,
-             "has no effect on " + std::string(node.name));
+             "has no effect on " + std::string(node.GetName()));
     }
 
     // A pattern repeats as its picture is large: no harm where its size says the same.
@@ -993,7 +993,7 @@ private:
                                       "stays as it was"}
                        : ValueProblem{kMissingReference, "the document has no such element"};
         if (!target) return ValueProblem{kMissingReference, "the document has no such element"};
-        if (target->name.ends_with("Gradient") || target->name == "meshgradient")
+        if (target->GetName().ends_with("Gradient") || target->GetName() == "meshgradient")
             return ValueProblem{kGradient, "is a gradient: the colour stays as it was"};
         if (!isFill)
             return ValueProblem{kBadReference, "strokes have no patterns: the colour stays as it was"};
@@ -1024,8 +1024,8 @@ private:
         ORVXmlPlace place = PlaceOf(index);
         if (!attribute.empty() && place.line > 0)
             place = FindAttributePlace(document_.text, place, attribute);
-        findings_.Add({code, place.line, place.column, Excerpt(node.name), Excerpt(attribute), Excerpt(value),
-                       std::move(message)});
+        findings_.Add({code, place.line, place.column, Excerpt(node.GetName()), Excerpt(attribute),
+                       Excerpt(value), std::move(message)});
     }
 
     void Note(const ORVXmlNode& node, std::size_t index, std::string_view attribute, std::string_view value,

@@ -36,7 +36,7 @@ TEST(DomXml, TheRootHasCommentsAndTextsBesideIt) {
     ASSERT_EQ(read.status, 1) << read.error.message;
     std::string names;
     for (const ORVXmlNode* node = read.root.GetTree()->GetFirstNode(); node; node = node->nextSibling)
-        names.append(node->name).append("'").append(node->text).append("' ");
+        names.append(node->GetName()).append("'").append(node->GetText()).append("' ");
     EXPECT_EQ(names, "#comment'x' #comment'y' a'' #text' ' #comment'z' #text'\n' ");
 
     ORVIDOMNode_var next;

@@ -61,8 +61,8 @@ TEST(XmlLimits, AnEmptyElementBeyondTheDepthIsAnErrorAndLeavesNothing) {
     EXPECT_EQ(light.status, -1);
     const ORVXmlNode* innermost = light.root.GetNode();
     while (innermost->firstChild) innermost = innermost->firstChild;
-    EXPECT_EQ(innermost->name, "g");
-    EXPECT_EQ(innermost->text, "t");
+    EXPECT_EQ(innermost->GetName(), "g");
+    EXPECT_EQ(innermost->GetText(), "t");
 }
 
 TEST(XmlLimits, ManySiblingsAreNoDepth) {
@@ -87,7 +87,7 @@ TEST(XmlLimits, EntitiesThatGrowExponentiallyAreAnError) {
         EXPECT_EQ(ParseDom(type + "<t a='&e29;'/>").status, -1);
     });
     EXPECT_LT(seconds, 20.0);
-    EXPECT_EQ(ParseLight(type + "<t>&e3;</t>").root.GetNode()->text.size(), 3000U);
+    EXPECT_EQ(ParseLight(type + "<t>&e3;</t>").root.GetNode()->GetText().size(), 3000U);
 }
 
 TEST(XmlLimits, EntitiesThatGrowQuadraticallyAreBounded) {
@@ -185,8 +185,8 @@ TEST(XmlLimits, TextInAMillionPiecesIsJoinedInLinearTime) {
     for (int i = 0; i < 1000000; ++i) document += "a\n";
     document += "</t>";
     const double seconds = SecondsOf([&] {
-        EXPECT_EQ(ParseLight(document).root.GetNode()->text.size(), 2000000U);
-        EXPECT_EQ(ParseDom(document).root.GetNode()->text.size(), 2000000U);
+        EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 2000000U);
+        EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 2000000U);
     });
     EXPECT_LT(seconds, 10.0);
 }
@@ -196,8 +196,8 @@ TEST(XmlLimits, TextBetweenChildrenIsJoinedInLinearTime) {
     for (int i = 0; i < 200000; ++i) document += "ab<g/>";
     document += "</t>";
     const double seconds = SecondsOf([&] {
-        EXPECT_EQ(ParseLight(document).root.GetNode()->text.size(), 400000U);
-        EXPECT_EQ(ParseDom(document).root.GetNode()->text.size(), 400000U);
+        EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 400000U);
+        EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 400000U);
     });
     EXPECT_LT(seconds, 10.0);
 }

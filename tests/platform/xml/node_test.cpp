@@ -25,14 +25,14 @@ TEST(XmlNode, AnswersForKnownAndUnknownAttributes) {
     EXPECT_EQ(node.Value(AttributeName::kTextVersion), "5");
     EXPECT_EQ(node.Value(AttributeName::kWidth), "");
 
-    ASSERT_NE(node.Find("foo"), nullptr);
+    ASSERT_TRUE(node.Find("foo"));
     EXPECT_EQ(*node.Find("foo"), "1");
     EXPECT_EQ(*node.Find("b:x"), "3");
     EXPECT_EQ(*node.Find("x"), "4");
     EXPECT_EQ(*node.Find("xmlns:b"), "u");
-    EXPECT_EQ(node.Find("width"), nullptr);
-    EXPECT_EQ(node.Find("bar"), nullptr);
-    EXPECT_EQ(node.Find(""), nullptr);
+    EXPECT_FALSE(node.Find("width"));
+    EXPECT_FALSE(node.Find("bar"));
+    EXPECT_FALSE(node.Find(""));
 }
 
 TEST(XmlNode, KeepsKnownAttributesByNumberAndTheOthersAsWritten) {

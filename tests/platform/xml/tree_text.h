@@ -25,7 +25,7 @@ inline std::string TreeText(const ORVXmlNode* node, bool elementsOnly = true) {
             out += ')';
             continue;
         }
-        out.append(one->name);
+        out.append(one->GetName());
         if (one->attributeCount > 0) {
             out += '{';
             for (std::uint32_t i = 0; i < one->attributeCount; ++i) {
@@ -35,7 +35,7 @@ inline std::string TreeText(const ORVXmlNode* node, bool elementsOnly = true) {
             }
             out += '}';
         }
-        if (!one->text.empty()) out.append("'").append(one->text).append("'");
+        if (!one->GetText().empty()) out.append("'").append(one->GetText()).append("'");
         std::vector<Step> children;
         for (const ORVXmlNode* child = one->firstChild; child; child = child->nextSibling)
             if (!elementsOnly || child->IsElement()) children.push_back({child});

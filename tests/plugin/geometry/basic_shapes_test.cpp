@@ -179,9 +179,11 @@ TYPED_TEST(ShapeHandlerTest, SucceedsWithoutAnyAttribute) {
 }
 
 TYPED_TEST(ShapeHandlerTest, RectGrowsUpwardsWithoutMirroring) {
-    std::string_view values[] = {"4", "5"};
+    const ORVXmlTexts texts{"45", {}};
+    ORVXmlTextPlace values[] = {{0, 1}, {1, 1}};
     ORVXmlNode node;
     node.attributeTexts = values;
+    node.texts = &texts;
     node.attributeCount = 2;
     node.known = std::uint64_t{1} << static_cast<unsigned>(AttributeName::kY) |
                  std::uint64_t{1} << static_cast<unsigned>(AttributeName::kHeight);

@@ -231,9 +231,11 @@ TYPED_TEST(ImageHandlerTest, RefusesANullBitmap) {
 }
 
 TYPED_TEST(ImageHandlerTest, WithoutMirroringTheOriginIsTheGivenPoint) {
-    const std::string_view values[] = {"30"};
+    const ORVXmlTexts texts{"30", {}};
+    const ORVXmlTextPlace values[] = {{0, 2}};
     ORVXmlNode node;
     node.attributeTexts = values;
+    node.texts = &texts;
     node.attributeCount = 1;
     node.known = std::uint64_t{1} << static_cast<unsigned>(AttributeName::kHeight);
     const ORVUnicodeString path;
