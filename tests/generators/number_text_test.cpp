@@ -87,6 +87,35 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{999999999.0, 4, "999999999"}, NumberCase{1e300, 4, "0"},
                     NumberCase{std::numeric_limits<double>::quiet_NaN(), 4, "0"}));
 
+/// The same number by plain division, digit by digit.
+std::string NaiveFixed(std::int64_t fixed, int places) {
+    std::string digits;
+    auto rest = static_cast<std::uint64_t>(fixed < 0 ? -fixed : fixed);
+    for (int i = 0; i < places || rest != 0; ++i, rest /= 10) {
+        if (i == places && places > 0) digits.insert(0, 1, '.');
+        digits.insert(0, 1, static_cast<char>('0' + rest % 10));
+    }
+    if (places > 0) {
+        if (digits.find('.') == digits.npos) digits.insert(0, 1, '.');
+        while (digits.back() == '0') digits.pop_back();
+        if (digits.back() == '.') digits.pop_back();
+    }
+    return digits.empty() ? "0" : (fixed < 0 ? "-" : "") + digits;
+}
+
+TEST(ShortNumberTest, AgreesWithPlainDivision) {
+    std::mt19937_64 random(3);
+    for (int places = 0; places <= 9; ++places) {
+        for (int i = 0; i < 20'000; ++i) {
+            const auto number = i < 10'000 ? std::int64_t{i - 5'000}
+                                           : static_cast<std::int64_t>(random()) >> (random() % 62 + 1);
+            std::string text;
+            AppendFixed(text, number, places);
+            ASSERT_EQ(text, NaiveFixed(number, places)) << number << " with " << places;
+        }
+    }
+}
+
 TEST(ShortNumberTest, KeepsTheValueToItsPlaces) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> values(-50'000.0, 50'000.0);

@@ -15,6 +15,8 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <random>
+#include <string>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
@@ -630,6 +632,40 @@ TEST(ORVPdfGeneratorTest, LargePagesComeInPiecesAndTheSameCallsGiveTheSameBytes)
     };
     EXPECT_EQ(identifier(first), identifier(second));
     EXPECT_NE(identifier(first), identifier(other));
+}
+
+TEST(ORVPdfGeneratorTest, LargePagesThatShrinkLittleAreSoundToo) {
+    constexpr int kCount = 100'000;
+    std::mt19937 random(7);
+    const auto coordinate = [&random] { return static_cast<double>(random() % 90'000) / 1000.0; };
+    PdfDocument document;
+    document.BeginPage();
+    for (int i = 0; i < kCount; ++i)
+        ASSERT_EQ(FillRectangle(document.Get(), coordinate(), coordinate(), 1.0 + i % 5, 1.0,
+                                {static_cast<std::uint8_t>(random()), 1, 2}),
+                  1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_GT(document.Bytes().size(), 900'000U);
+    EXPECT_EQ(CountOf(document.Plain(), " re\n"), static_cast<std::size_t>(kCount));
+}
+
+TEST(ORVPdfGeneratorTest, ColoursAreTheNearestOfAThousandSteps) {
+    PdfDocument document;
+    document.BeginPage();
+    for (int i = 0; i < 256; ++i) {
+        const auto part = static_cast<std::uint8_t>(i);
+        EXPECT_EQ(FillRectangle(document.Get(), 1.0, 1.0, 2.0, 2.0, {part, part, part}), 1);
+    }
+    document.EndPage();
+    document.Finish();
+    const std::string plain = document.Plain();
+    for (int i = 1; i < 256; ++i) {
+        std::string written = std::to_string(std::lround(i / 255.0 * 1000.0));
+        written = i == 255 ? "1" : "." + std::string(3 - written.size(), '0') + written;
+        while (i < 255 && written.back() == '0') written.pop_back();
+        EXPECT_THAT(plain, HasSubstr("\n" + written + " g\n"));
+    }
 }
 
 TEST(ORVPdfGeneratorTest, ManyPagesTakeManyObjectStreams) {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <map>
+#include <random>
+
 #include "platform/system/ORVRef.h"
 
 namespace {
@@ -54,6 +58,23 @@ TEST(ORVPrtColourTableTest, AColourAddedAgainKeepsItsFirstIndex) {
     EXPECT_EQ(index, 39U);
     EXPECT_EQ(table->GetColourIndex(index, 10, 0, 0), 1);
     EXPECT_EQ(index, 20U);
+}
+
+TEST(ORVPrtColourTableTest, FindsOrAddsLikeAPlainSearch) {
+    const ORVRef<ORVPrtColourTable> table(new ORVPrtColourTable);
+    std::map<std::uint32_t, unsigned int> expected;
+    std::mt19937 random(5);
+    for (int i = 0; i < 100'000; ++i) {
+        const auto value = static_cast<std::uint32_t>(random() % 40'000 * 397U);
+        const ORVPrtColourTable::Colour colour{static_cast<std::uint8_t>(value >> 16U),
+                                               static_cast<std::uint8_t>(value >> 8U),
+                                               static_cast<std::uint8_t>(value)};
+        const auto next = static_cast<unsigned int>(expected.size());
+        const auto [found, isNew] = expected.emplace(value & 0xFFFFFFU, next);
+        ASSERT_EQ(table->FindOrAddColour(colour), found->second);
+        ASSERT_EQ(table->GetColours().size(), expected.size());
+        ASSERT_EQ(table->GetColour(found->second), colour);
+    }
 }
 
 TEST(ORVPrtColourTableTest, GivesBlackBeyondItsEnd) {
