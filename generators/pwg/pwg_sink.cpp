@@ -6,9 +6,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "generators/common/ORVLoadedLibrary.h"
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "platform/system/ORVLoadedLibrary.h"
 
 namespace {
 

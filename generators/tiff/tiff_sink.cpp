@@ -7,10 +7,10 @@
 #include <new>
 #include <string>
 
-#include "generators/common/ORVLoadedLibrary.h"
 #include "generators/common/ORVOutput.h"
 #include "generators/common/deflate_piece.h"
 #include "generators/common/generator_status.h"
+#include "platform/system/ORVLoadedLibrary.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/visualization/fonts/font_catalogue.h"
+#include "platform/visualization/fonts/installed_faces.h"
 
 ORVFont::ORVFont(ORVUnicodeString name, int index, Kind kind)
     : name_(std::move(name)), index_(index), kind_(kind) {}
@@ -19,6 +20,8 @@ const ORVUnicodeString& ORVFont::sGetFontName(int index) {
     const CatalogueEntry* entry = FontCatalogue::Get().EntryAt(index);
     return entry ? entry->font->GetName() : kNone;
 }
+
+void ORVFont::sUseFaceIndex(bool use) { UseFaceIndex(use); }
 
 int ORVFont::sGetFontGeneralInformation(int index, ORVUnicodeString& name, int& kind,
                                         ORVUnicodeString& file) {

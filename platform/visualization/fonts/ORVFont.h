@@ -41,6 +41,9 @@ public:
     static int sGetFontCount();
     /// Catalogue name of font `index`, from 1; empty for any other index.
     static const ORVUnicodeString& sGetFontName(int index);
+    /// Lets the process do without the index of faces (false), which spares the next run most of the start of
+    /// fontconfig, or with it (true, the default). To be said before the first question.
+    static void sUseFaceIndex(bool use);
     /// Name, kind and file of font `index`.
     /// @return 1, or -1 for an unknown index, when nothing is written
     static int sGetFontGeneralInformation(int index, ORVUnicodeString& name, int& kind,

@@ -3,74 +3,74 @@
 #include <cmath>
 #include <utility>
 
-#include <hb-ft.h>
-#include <hb-ot.h>
-
 #include "platform/visualization/fonts/face_content.h"
+#include "platform/visualization/fonts/font_libraries.h"
 
 namespace {
 
 // FreeType asks for one thread at a time to open and close faces of a library object.
 std::mutex freeTypeMutex;
 
-FT_Library FreeTypeLibrary() {
+FT_Library TheFreeType() {
     static const FT_Library library = [] {
         FT_Library made = nullptr;
-        return FT_Init_FreeType(&made) == 0 ? made : nullptr;
+        return FreeType().IsUsable() && FreeType().FT_Init_FreeType(&made) == 0 ? made : nullptr;
     }();
     return library;
 }
 
 /// The face of a TrueType or OpenType file, null for other formats.
 hb_font_t* LoadOpenTypeFont(const std::string& path, unsigned int index) {
-    hb_blob_t* blob = hb_blob_create_from_file_or_fail(path.c_str());
+    hb_blob_t* blob = HarfBuzz().hb_blob_create_from_file_or_fail(path.c_str());
     if (!blob) return nullptr;
-    hb_face_t* face = hb_face_create(blob, index);
-    hb_blob_destroy(blob);
+    hb_face_t* face = HarfBuzz().hb_face_create(blob, index);
+    HarfBuzz().hb_blob_destroy(blob);
     hb_font_t* font = nullptr;
-    if (hb_face_get_glyph_count(face) > 0) font = hb_font_create(face);  // its scale is the face's own grid
-    hb_face_destroy(face);
+    if (HarfBuzz().hb_face_get_glyph_count(face) > 0)
+        font = HarfBuzz().hb_font_create(face);  // its scale is the face's own grid
+    HarfBuzz().hb_face_destroy(face);
     return font;
 }
 
 FT_Face OpenFreeTypeFace(const std::string& path, unsigned int index) {
     const std::lock_guard lock(freeTypeMutex);
     FT_Face face = nullptr;
-    if (!FreeTypeLibrary()) return nullptr;
-    return FT_New_Face(FreeTypeLibrary(), path.c_str(), static_cast<FT_Long>(index), &face) == 0 ? face
-                                                                                                 : nullptr;
+    if (!TheFreeType()) return nullptr;
+    return FreeType().FT_New_Face(TheFreeType(), path.c_str(), static_cast<FT_Long>(index), &face) == 0
+               ? face
+               : nullptr;
 }
 
 void CloseFreeTypeFace(FT_Face face) {
     const std::lock_guard lock(freeTypeMutex);
-    FT_Done_Face(face);
+    FreeType().FT_Done_Face(face);
 }
 
 /// FreeType knows nothing of vertical text in these formats: glyphs stand below each other by the height of a
 /// line, centred.
 hb_font_funcs_t* VerticalFunctions() {
     static hb_font_funcs_t* const functions = [] {
-        hb_font_funcs_t* made = hb_font_funcs_create();
-        hb_font_funcs_set_glyph_v_advance_func(
+        hb_font_funcs_t* made = HarfBuzz().hb_font_funcs_create();
+        HarfBuzz().hb_font_funcs_set_glyph_v_advance_func(
             made,
             [](hb_font_t* font, void*, hb_codepoint_t, void*) -> hb_position_t {
                 hb_font_extents_t extents = {};
-                hb_font_get_h_extents(font, &extents);
+                HarfBuzz().hb_font_get_h_extents(font, &extents);
                 return extents.descender - extents.ascender;
             },
             nullptr, nullptr);
-        hb_font_funcs_set_glyph_v_origin_func(
+        HarfBuzz().hb_font_funcs_set_glyph_v_origin_func(
             made,
             [](hb_font_t* font, void*, hb_codepoint_t glyph, hb_position_t* x, hb_position_t* y,
                void*) -> hb_bool_t {
                 hb_font_extents_t extents = {};
-                hb_font_get_h_extents(font, &extents);
-                *x = hb_font_get_glyph_h_advance(font, glyph) / 2;
+                HarfBuzz().hb_font_get_h_extents(font, &extents);
+                *x = HarfBuzz().hb_font_get_glyph_h_advance(font, glyph) / 2;
                 *y = extents.ascender;
                 return true;
             },
             nullptr, nullptr);
-        hb_font_funcs_make_immutable(made);
+        HarfBuzz().hb_font_funcs_make_immutable(made);
         return made;
     }();
     return functions;
@@ -83,13 +83,13 @@ hb_font_t* LoadOtherFont(const std::string& path, unsigned int index) {
     if (!face) return nullptr;
     hb_font_t* font = nullptr;
     const auto grid = static_cast<FT_F26Dot6>(face->units_per_EM ? face->units_per_EM : 1000);
-    if (FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) == 0) {
-        hb_font_t* overFreeType = hb_ft_font_create_referenced(face);
-        hb_ft_font_set_load_flags(overFreeType, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
-        hb_font_make_immutable(overFreeType);
-        font = hb_font_create_sub_font(overFreeType);  // asks its parent for all but what follows
-        hb_font_destroy(overFreeType);
-        hb_font_set_funcs(font, VerticalFunctions(), nullptr, nullptr);
+    if (FreeType().FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) == 0) {
+        hb_font_t* overFreeType = HarfBuzz().hb_ft_font_create_referenced(face);
+        HarfBuzz().hb_ft_font_set_load_flags(overFreeType, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
+        HarfBuzz().hb_font_make_immutable(overFreeType);
+        font = HarfBuzz().hb_font_create_sub_font(overFreeType);  // asks its parent for all but what follows
+        HarfBuzz().hb_font_destroy(overFreeType);
+        HarfBuzz().hb_font_set_funcs(font, VerticalFunctions(), nullptr, nullptr);
     }
     CloseFreeTypeFace(face);
     return font;
@@ -103,8 +103,8 @@ struct OutlineTarget {
 
 hb_draw_funcs_t* OutlineFunctions() {
     static hb_draw_funcs_t* const functions = [] {
-        hb_draw_funcs_t* made = hb_draw_funcs_create();
-        hb_draw_funcs_set_move_to_func(
+        hb_draw_funcs_t* made = HarfBuzz().hb_draw_funcs_create();
+        HarfBuzz().hb_draw_funcs_set_move_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
                 auto& target = *static_cast<OutlineTarget*>(data);
@@ -112,14 +112,14 @@ hb_draw_funcs_t* OutlineFunctions() {
                 target.sink.MoveTo(x * target.scale, y * target.scale);
             },
             nullptr, nullptr);
-        hb_draw_funcs_set_line_to_func(
+        HarfBuzz().hb_draw_funcs_set_line_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
                 auto& target = *static_cast<OutlineTarget*>(data);
                 target.sink.LineTo(x * target.scale, y * target.scale);
             },
             nullptr, nullptr);
-        hb_draw_funcs_set_quadratic_to_func(
+        HarfBuzz().hb_draw_funcs_set_quadratic_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float cx, float cy, float x, float y, void*) {
                 auto& target = *static_cast<OutlineTarget*>(data);
@@ -127,7 +127,7 @@ hb_draw_funcs_t* OutlineFunctions() {
                 target.sink.QuadTo(cx * s, cy * s, x * s, y * s);
             },
             nullptr, nullptr);
-        hb_draw_funcs_set_cubic_to_func(
+        HarfBuzz().hb_draw_funcs_set_cubic_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float c1x, float c1y, float c2x, float c2y,
                float x, float y, void*) {
@@ -136,13 +136,13 @@ hb_draw_funcs_t* OutlineFunctions() {
                 target.sink.CubicTo(c1x * s, c1y * s, c2x * s, c2y * s, x * s, y * s);
             },
             nullptr, nullptr);
-        hb_draw_funcs_set_close_path_func(
+        HarfBuzz().hb_draw_funcs_set_close_path_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
                 static_cast<OutlineTarget*>(data)->sink.Close();
             },
             nullptr, nullptr);
-        hb_draw_funcs_make_immutable(made);
+        HarfBuzz().hb_draw_funcs_make_immutable(made);
         return made;
     }();
     return functions;
@@ -151,7 +151,7 @@ hb_draw_funcs_t* OutlineFunctions() {
 }  // namespace
 
 ORVFontFace::Content::~Content() {
-    hb_font_destroy(font);
+    if (font) HarfBuzz().hb_font_destroy(font);
     if (freeType) CloseFreeTypeFace(freeType);
 }
 
@@ -161,15 +161,16 @@ void ORVFontFace::Content::LoadFreeType() {
 
 void ORVFontFace::Content::LoadFont() {
     std::call_once(fontLoaded, [this] {
+        if (!HarfBuzz().IsUsable()) return;
         font = LoadOpenTypeFont(path, index);
         if (!font) font = LoadOtherFont(path, index);
         if (!font) return;
-        hb_font_make_immutable(font);
+        HarfBuzz().hb_font_make_immutable(font);
         int horizontalScale = 0, verticalScale = 0;
-        hb_font_get_scale(font, &horizontalScale, &verticalScale);
+        HarfBuzz().hb_font_get_scale(font, &horizontalScale, &verticalScale);
         unitsPerEm = horizontalScale > 0 ? horizontalScale : 1000.0;
         hb_font_extents_t extents;
-        if (hb_font_get_h_extents(font, &extents) && extents.ascender > extents.descender) {
+        if (HarfBuzz().hb_font_get_h_extents(font, &extents) && extents.ascender > extents.descender) {
             ascent = extents.ascender / unitsPerEm;
             descent = -extents.descender / unitsPerEm;
         }
@@ -190,7 +191,7 @@ bool ORVFontFace::IsItalic() const { return content_->italic; }
 
 unsigned int ORVFontFace::GetUnitsPerEm() const {
     hb_face_t* face = GetHarfBuzzFace();
-    const unsigned int units = face ? hb_face_get_upem(face) : 1000;
+    const unsigned int units = face ? HarfBuzz().hb_face_get_upem(face) : 1000;
     return units > 0 ? units : 1000;
 }
 
@@ -207,7 +208,7 @@ double ORVFontFace::GetDescent() const {
 std::uint32_t ORVFontFace::GetGlyph(char32_t codePoint) const {
     hb_codepoint_t glyph = 0;
     hb_font_t* font = GetHarfBuzzFont();
-    return font && hb_font_get_nominal_glyph(font, codePoint, &glyph) ? glyph : 0;
+    return font && HarfBuzz().hb_font_get_nominal_glyph(font, codePoint, &glyph) ? glyph : 0;
 }
 
 bool ORVFontFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const {
@@ -215,9 +216,9 @@ bool ORVFontFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSin
     if (!font || !std::isfinite(size)) return false;
     OutlineTarget target{sink, size / content_->unitsPerEm};
 #if HB_VERSION_ATLEAST(7, 0, 0)
-    hb_font_draw_glyph(font, glyph, OutlineFunctions(), &target);
+    HarfBuzz().hb_font_draw_glyph(font, glyph, OutlineFunctions(), &target);
 #else
-    hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
+    HarfBuzz().hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
 #endif
     return target.hasContour;
 }
@@ -229,7 +230,7 @@ hb_font_t* ORVFontFace::GetHarfBuzzFont() const {
 
 hb_face_t* ORVFontFace::GetHarfBuzzFace() const {
     hb_font_t* font = GetHarfBuzzFont();
-    return font ? hb_font_get_face(font) : nullptr;
+    return font ? HarfBuzz().hb_font_get_face(font) : nullptr;
 }
 
 FT_FaceRec_* ORVFontFace::GetFreeTypeFace() const {

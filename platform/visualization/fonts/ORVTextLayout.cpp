@@ -5,12 +5,10 @@
 #include <cstddef>
 #include <mutex>
 
-#include <fribidi.h>
-#include <hb.h>
-
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/fallback_fonts.h"
+#include "platform/visualization/fonts/font_libraries.h"
 
 namespace {
 
@@ -61,7 +59,7 @@ bool IsSpaceVariant(char32_t c) {
 
 bool IsMark(char32_t c) {
     if (c < 0x300) return false;
-    switch (hb_unicode_general_category(hb_unicode_funcs_get_default(), c)) {
+    switch (HarfBuzz().hb_unicode_general_category(HarfBuzz().hb_unicode_funcs_get_default(), c)) {
         case HB_UNICODE_GENERAL_CATEGORY_SPACING_MARK:
         case HB_UNICODE_GENERAL_CATEGORY_ENCLOSING_MARK:
         case HB_UNICODE_GENERAL_CATEGORY_NON_SPACING_MARK: return true;
@@ -117,9 +115,8 @@ Settings SettingsOf(const ORVTextStyle& style) {
 /// Turns text into shaped items. Keeps its arrays from one text to the next; for one thread at a time.
 class Shaper {
 public:
-    Shaper() : buffer_(hb_buffer_create()) {}
-
     void Shape(std::string_view text, const Settings& settings) {
+        if (!buffer_) buffer_ = HarfBuzz().hb_buffer_create();
         Decode(text.substr(0, kMostBytes));
         FindLevels(settings);
         FindScripts();
@@ -137,8 +134,8 @@ public:
         text_ = {};
         items_ = {};
         glyphs_ = {};
-        hb_buffer_destroy(buffer_);
-        buffer_ = hb_buffer_create();
+        HarfBuzz().hb_buffer_destroy(buffer_);
+        buffer_ = HarfBuzz().hb_buffer_create();
     }
 
     /// Length along the writing direction, the same for measuring and for laying out.
@@ -179,18 +176,18 @@ private:
         if (settings.vertical || text_.characters.empty()) return;
         const bool hasOnlyLeftToRight = std::all_of(text_.characters.begin(), text_.characters.end(),
                                                     [](char32_t c) { return c < kFirstRightToLeft; });
-        if (base == 0 && hasOnlyLeftToRight) return;
+        if ((base == 0 && hasOnlyLeftToRight) || !FriBidi().IsUsable()) return;
 
         const auto count = static_cast<FriBidiStrIndex>(text_.characters.size());
         text_.bidiTypes.resize(text_.characters.size());
         text_.bracketTypes.resize(text_.characters.size());
         const FriBidiChar* text = text_.characters.data();
-        fribidi_get_bidi_types(text, count, text_.bidiTypes.data());
-        fribidi_get_bracket_types(text, count, text_.bidiTypes.data(), text_.bracketTypes.data());
+        FriBidi().fribidi_get_bidi_types(text, count, text_.bidiTypes.data());
+        FriBidi().fribidi_get_bracket_types(text, count, text_.bidiTypes.data(), text_.bracketTypes.data());
         FriBidiParType direction = settings.rightToLeftBase ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
         // White space at the end of the line gets the line's own level here, too.
-        if (fribidi_get_par_embedding_levels_ex(text_.bidiTypes.data(), text_.bracketTypes.data(), count,
-                                                &direction, text_.levels.data()) == 0)
+        if (FriBidi().fribidi_get_par_embedding_levels_ex(text_.bidiTypes.data(), text_.bracketTypes.data(),
+                                                          count, &direction, text_.levels.data()) == 0)
             std::fill(text_.levels.begin(), text_.levels.end(), base);
     }
 
@@ -200,7 +197,8 @@ private:
         text_.scripts.resize(text_.characters.size());
         hb_script_t current = HB_SCRIPT_COMMON;
         for (std::size_t i = 0; i < text_.characters.size(); ++i) {
-            const hb_script_t script = hb_unicode_script(hb_unicode_funcs_get_default(), text_.characters[i]);
+            const hb_script_t script =
+                HarfBuzz().hb_unicode_script(HarfBuzz().hb_unicode_funcs_get_default(), text_.characters[i]);
             if (script != HB_SCRIPT_COMMON && script != HB_SCRIPT_INHERITED && script != HB_SCRIPT_UNKNOWN) {
                 if (current == HB_SCRIPT_COMMON)
                     std::fill(text_.scripts.begin(), text_.scripts.begin() + static_cast<std::ptrdiff_t>(i),
@@ -264,34 +262,35 @@ private:
         item.firstGlyph = item.endGlyph = glyphs_.size();
         hb_font_t* font = item.face->GetHarfBuzzFont();
         if (!font) return;
-        hb_buffer_clear_contents(buffer_);
+        HarfBuzz().hb_buffer_clear_contents(buffer_);
         // The whole text is given, so that letters join across the item's borders.
-        hb_buffer_add_codepoints(buffer_, text_.characters.data(), static_cast<int>(text_.characters.size()),
-                                 static_cast<unsigned int>(item.first),
-                                 static_cast<int>(item.end - item.first));
-        hb_buffer_set_direction(buffer_, settings.vertical      ? HB_DIRECTION_TTB
-                                         : item.IsRightToLeft() ? HB_DIRECTION_RTL
-                                                                : HB_DIRECTION_LTR);
-        hb_buffer_set_script(buffer_, item.script);
-        static const hb_language_t kUndetermined = hb_language_from_string("und", -1);
-        hb_buffer_set_language(buffer_, kUndetermined);
+        HarfBuzz().hb_buffer_add_codepoints(
+            buffer_, text_.characters.data(), static_cast<int>(text_.characters.size()),
+            static_cast<unsigned int>(item.first), static_cast<int>(item.end - item.first));
+        HarfBuzz().hb_buffer_set_direction(buffer_, settings.vertical      ? HB_DIRECTION_TTB
+                                                    : item.IsRightToLeft() ? HB_DIRECTION_RTL
+                                                                           : HB_DIRECTION_LTR);
+        HarfBuzz().hb_buffer_set_script(buffer_, item.script);
+        static const hb_language_t kUndetermined = HarfBuzz().hb_language_from_string("und", -1);
+        HarfBuzz().hb_buffer_set_language(buffer_, kUndetermined);
         // Letters that are set apart do not become one.
         constexpr hb_tag_t kLigatures = HB_TAG('l', 'i', 'g', 'a'), kContextual = HB_TAG('c', 'l', 'i', 'g');
         const hb_feature_t apart[] = {
             {kLigatures, 0, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END},
             {kContextual, 0, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END},
         };
-        hb_shape(font, buffer_, apart, settings.spacing != 0.0 ? 2 : 0);
+        HarfBuzz().hb_shape(font, buffer_, apart, settings.spacing != 0.0 ? 2 : 0);
         CollectGlyphs(item, font, settings);
     }
 
     void CollectGlyphs(Item& item, hb_font_t* font, const Settings& settings) {
         int horizontalScale = 0, verticalScale = 0;
-        hb_font_get_scale(font, &horizontalScale, &verticalScale);
+        HarfBuzz().hb_font_get_scale(font, &horizontalScale, &verticalScale);
         const double em = horizontalScale > 0 ? horizontalScale : 1000.0;
         unsigned int count = 0, positionCount = 0;
-        const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_, &count);
-        const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer_, &positionCount);
+        const hb_glyph_info_t* infos = HarfBuzz().hb_buffer_get_glyph_infos(buffer_, &count);
+        const hb_glyph_position_t* positions =
+            HarfBuzz().hb_buffer_get_glyph_positions(buffer_, &positionCount);
         count = std::min(count, positionCount);
         for (unsigned int i = 0; i < count; ++i) {
             if (i == 0 || infos[i].cluster != infos[i - 1].cluster) ++clusterCount_;
@@ -368,7 +367,7 @@ private:
     std::vector<Item> items_;
     std::vector<ShapedGlyph> glyphs_;
     std::size_t clusterCount_ = 0;
-    hb_buffer_t* buffer_;
+    hb_buffer_t* buffer_ = nullptr;  // made for the first text
     FallbackFonts fallback_;
 };
 

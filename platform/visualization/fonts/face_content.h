@@ -3,7 +3,6 @@
 #include <mutex>
 #include <string>
 
-#include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include <hb.h>
@@ -17,7 +16,6 @@ struct ORVFontFace::Content {
     std::string family, style, postScriptName;
     int weight = 400;
     bool italic = false;
-    FcPattern* pattern = nullptr;  ///< fontconfig's description; null for a font that the host registered
 
     std::once_flag fontLoaded, freeTypeLoaded;
     hb_font_t* font = nullptr;

@@ -1,8 +1,9 @@
 #include "platform/visualization/fonts/fallback_fonts.h"
 
 #include "platform/visualization/fonts/ORVFontFace.h"
-#include "platform/visualization/fonts/face_content.h"
 #include "platform/visualization/fonts/font_catalogue.h"
+#include "platform/visualization/fonts/font_libraries.h"
+#include "platform/visualization/fonts/fontconfig_faces.h"
 
 namespace {
 
@@ -21,7 +22,8 @@ const ORVFontFace* FallbackFonts::Find(const ORVFontFace& base, char32_t codePoi
     if (!isNew) return answer->second;
     for (const Candidate& candidate : chain->second.candidates) {
         // The description may promise what the file does not hold.
-        if (!FcCharSetHasChar(candidate.characters, codePoint) || !candidate.face->GetGlyph(codePoint))
+        if (!Fontconfig().FcCharSetHasChar(candidate.characters, codePoint) ||
+            !candidate.face->GetGlyph(codePoint))
             continue;
         answer->second = candidate.face;
         break;
@@ -32,26 +34,28 @@ const ORVFontFace* FallbackFonts::Find(const ORVFontFace& base, char32_t codePoi
 std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const ORVFontFace& base) {
     std::vector<Candidate> candidates;
     FontCatalogue& catalogue = FontCatalogue::Get();
-    FcPattern* wanted = catalogue.GetConfig() ? FcPatternCreate() : nullptr;
+    FcConfig* configuration = FontconfigConfiguration();
+    FcPattern* wanted = configuration ? Fontconfig().FcPatternCreate() : nullptr;
     if (!wanted) return candidates;
-    FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(base.GetFamily().c_str()));
-    FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(base.GetWeight()));
-    FcPatternAddInteger(wanted, FC_SLANT, base.IsItalic() ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-    FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
-    FcConfigSubstitute(catalogue.GetConfig(), wanted, FcMatchPattern);
-    FcDefaultSubstitute(wanted);
+    Fontconfig().FcPatternAddString(wanted, FC_FAMILY,
+                                    reinterpret_cast<const FcChar8*>(base.GetFamily().c_str()));
+    Fontconfig().FcPatternAddInteger(wanted, FC_WEIGHT, Fontconfig().FcWeightFromOpenType(base.GetWeight()));
+    Fontconfig().FcPatternAddInteger(wanted, FC_SLANT, base.IsItalic() ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+    Fontconfig().FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
+    Fontconfig().FcConfigSubstitute(configuration, wanted, FcMatchPattern);
+    Fontconfig().FcDefaultSubstitute(wanted);
     FcResult result = FcResultNoMatch;
-    FcFontSet* sorted = FcFontSort(catalogue.GetConfig(), wanted, FcFalse, nullptr, &result);
-    FcPatternDestroy(wanted);
+    FcFontSet* sorted = Fontconfig().FcFontSort(configuration, wanted, FcFalse, nullptr, &result);
+    Fontconfig().FcPatternDestroy(wanted);
     if (!sorted) return candidates;
     for (int i = 0; i < sorted->nfont; ++i) {
         const ORVFontFace* face = catalogue.FindFace(sorted->fonts[i]);
         FcCharSet* characters = nullptr;
-        // The set belongs to the catalogue's own pattern, which stays.
+        // The set belongs to the configuration's own pattern, which stays.
         if (face && face != &base &&
-            FcPatternGetCharSet(face->content_->pattern, FC_CHARSET, 0, &characters) == FcResultMatch)
+            Fontconfig().FcPatternGetCharSet(sorted->fonts[i], FC_CHARSET, 0, &characters) == FcResultMatch)
             candidates.push_back({characters, face});
     }
-    FcFontSetDestroy(sorted);
+    Fontconfig().FcFontSetDestroy(sorted);
     return candidates;
 }

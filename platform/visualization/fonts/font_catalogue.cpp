@@ -3,110 +3,18 @@
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>
-#include <tuple>
 #include <utility>
 
 #include "platform/visualization/fonts/fixed_fonts.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define ORV_LOOKS_FOR_LEAKS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ORV_LOOKS_FOR_LEAKS 1
-#endif
-#endif
-#ifdef ORV_LOOKS_FOR_LEAKS
-#include <sanitizer/lsan_interface.h>
-#endif
+#include "platform/visualization/fonts/font_libraries.h"
+#include "platform/visualization/fonts/fontconfig_faces.h"
+#include "platform/visualization/fonts/installed_faces.h"
 
 namespace {
-
-/// fontconfig's configuration, read now if nobody has yet. It stays as long as the process.
-FcConfig* LoadConfiguration() {
-#ifdef ORV_LOOKS_FOR_LEAKS
-    // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
-    const __lsan::ScopedDisabler disabler;
-#endif
-    return FcConfigReference(nullptr);
-}
 
 constexpr int kRegularWeight = 400, kLightWeight = 300, kBoldWeight = 700, kHeaviestWeight = 900;
 constexpr int kLeastBoldWeight = 600;
 constexpr std::string_view kPlainEnding = ".font";
-
-std::string TextOf(FcPattern* pattern, const char* object) {
-    FcChar8* text = nullptr;
-    if (FcPatternGetString(pattern, object, 0, &text) != FcResultMatch || !text) return {};
-    return reinterpret_cast<const char*>(text);
-}
-
-int NumberOf(FcPattern* pattern, const char* object, int otherwise) {
-    int number = 0;
-    if (FcPatternGetInteger(pattern, object, 0, &number) == FcResultMatch) return number;
-    double real = 0.0;
-    return FcPatternGetDouble(pattern, object, 0, &real) == FcResultMatch ? static_cast<int>(real)
-                                                                          : otherwise;
-}
-
-bool IsTrue(FcPattern* pattern, const char* object) {
-    FcBool value = FcFalse;
-    return FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
-}
-
-/// Fonts with outlines of their own; instances of variable fonts are left to their default one.
-bool IsUsable(FcPattern* pattern) {
-    return IsTrue(pattern, FC_OUTLINE) && !IsTrue(pattern, FC_VARIABLE) &&
-           (NumberOf(pattern, FC_INDEX, 0) >> 16) == 0 && !TextOf(pattern, FC_FILE).empty() &&
-           !TextOf(pattern, FC_FAMILY).empty();
-}
-
-ORVFont::Kind KindOf(FcPattern* pattern) {
-    const std::string format = TextOf(pattern, FC_FONTFORMAT);
-    if (format == "TrueType") return ORVFont::kTrueType;
-    return format == "CFF" ? ORVFont::kCFF : ORVFont::kPostScript;
-}
-
-std::string FileKey(std::string_view path, int index) {
-    std::string key(path);
-    key += '\n';
-    key += std::to_string(index & 0xFFFF);
-    return key;
-}
-
-struct Found {
-    CatalogueEntry entry;
-    std::unique_ptr<ORVFontFace::Content> content;
-    ORVFont::Kind kind;
-};
-
-Found Describe(FcPattern* pattern) {
-    Found found;
-    CatalogueEntry& entry = found.entry;
-    entry.foundry = TextOf(pattern, FC_FOUNDRY);
-    entry.family = TextOf(pattern, FC_FAMILY);
-    entry.style = TextOf(pattern, FC_STYLE);
-    entry.fullName = TextOf(pattern, FC_FULLNAME);
-    entry.postScriptName = TextOf(pattern, FC_POSTSCRIPT_NAME);
-    entry.weight = FcWeightToOpenType(NumberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
-    entry.slant = NumberOf(pattern, FC_SLANT, FC_SLANT_ROMAN);
-    entry.width = NumberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL);
-    found.kind = KindOf(pattern);
-    found.content = std::make_unique<ORVFontFace::Content>();
-    found.content->path = TextOf(pattern, FC_FILE);
-    found.content->index = static_cast<unsigned int>(NumberOf(pattern, FC_INDEX, 0));
-    FcPatternReference(pattern);
-    found.content->pattern = pattern;
-    return found;
-}
-
-// Of a face that is there in several formats OpenType comes first: it has more characters and their kerning.
-auto CatalogueOrder(const Found& found) {
-    const CatalogueEntry& entry = found.entry;
-    return std::make_tuple(std::string_view(entry.family), entry.slant,
-                           std::abs(entry.width - FC_WIDTH_NORMAL), std::abs(entry.weight - kRegularWeight),
-                           found.kind == ORVFont::kPostScript, std::string_view(entry.style),
-                           std::string_view(found.content->path), found.content->index);
-}
 
 void RemoveAll(std::string& text, std::string_view part) {
     for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at))
@@ -128,25 +36,24 @@ FontCatalogue& FontCatalogue::Get() {
     return *catalogue;
 }
 
-FontCatalogue::FontCatalogue() : config_(LoadConfiguration()) {
-    if (config_) AddInstalledFonts();
-}
+FontCatalogue::FontCatalogue() { AddInstalledFonts(); }
 
 void FontCatalogue::AddInstalledFonts() {
-    std::vector<Found> all;
-    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
-        const FcFontSet* fonts = FcConfigGetFonts(config_, set);
-        for (int i = 0; fonts && i < fonts->nfont; ++i)
-            if (IsUsable(fonts->fonts[i])) all.push_back(Describe(fonts->fonts[i]));
-    }
-    std::sort(all.begin(), all.end(),
-              [](const Found& a, const Found& b) { return CatalogueOrder(a) < CatalogueOrder(b); });
-    for (Found& found : all) {
-        const std::string& path = found.content->path;
-        // A file that two configured folders lead to is one font.
-        if (byFile_.contains(FileKey(path, static_cast<int>(found.content->index)))) continue;
-        std::string name = UniqueName(path, found.content->index);
-        Append(std::move(found.entry), std::move(found.content), std::move(name), found.kind);
+    for (InstalledFace& face : FindInstalledFaces()) {
+        auto content = std::make_unique<ORVFontFace::Content>();
+        content->path = std::move(face.path);
+        content->index = face.index;
+        CatalogueEntry entry;
+        entry.foundry = std::move(face.foundry);
+        entry.family = std::move(face.family);
+        entry.style = std::move(face.style);
+        entry.fullName = std::move(face.fullName);
+        entry.postScriptName = std::move(face.postScriptName);
+        entry.weight = face.weight;
+        entry.slant = face.slant;
+        entry.width = face.width;
+        std::string name = UniqueName(content->path, content->index);
+        Append(std::move(entry), std::move(content), std::move(name), face.kind);
     }
 }
 
@@ -165,7 +72,7 @@ void FontCatalogue::Append(CatalogueEntry entry, std::unique_ptr<ORVFontFace::Co
     content->postScriptName = entry.postScriptName;
     content->weight = entry.weight;
     content->italic = entry.slant != FC_SLANT_ROMAN;
-    std::string fileKey = FileKey(content->path, static_cast<int>(content->index));
+    std::string fileKey = FileKey(content->path, content->index);
 
     const int index = static_cast<int>(entries_.size()) + 1;
     entry.face = new ORVFontFace(std::move(content));
@@ -231,7 +138,7 @@ const ORVFont* FontCatalogue::Register(std::string_view name, const std::string&
     CatalogueEntry entry;
     entry.family = face->family_name ? face->family_name : "";
     entry.style = face->style_name ? face->style_name : "";
-    const char* postScriptName = FT_Get_Postscript_Name(face);
+    const char* postScriptName = FreeType().FT_Get_Postscript_Name(face);
     entry.postScriptName = postScriptName ? postScriptName : "";
     entry.weight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? kBoldWeight : kRegularWeight;
     entry.slant = (face->style_flags & FT_STYLE_FLAG_ITALIC) ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
@@ -257,7 +164,7 @@ const ORVFontFace* FontCatalogue::FindFace(const ORVFont& font, int weight) cons
 
 const ORVFontFace* FontCatalogue::FindFace(FcPattern* pattern) const {
     const std::shared_lock lock(mutex_);
-    const auto found = byFile_.find(FileKey(TextOf(pattern, FC_FILE), NumberOf(pattern, FC_INDEX, 0)));
+    const auto found = byFile_.find(FileKey(pattern));
     return found == byFile_.end() ? nullptr : found->second->face;
 }
 
@@ -334,20 +241,21 @@ const CatalogueEntry* FontCatalogue::FindInstalled(std::string_view family) cons
 }
 
 const CatalogueEntry* FontCatalogue::MatchPattern(const char* family, int slant, int weight) const {
-    if (!config_) return nullptr;
-    FcPattern* wanted = FcPatternCreate();
+    FcConfig* configuration = FontconfigConfiguration();
+    if (!configuration) return nullptr;
+    FcPattern* wanted = Fontconfig().FcPatternCreate();
     if (!wanted) return nullptr;
-    FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
-    FcPatternAddInteger(wanted, FC_SLANT, slant);
-    FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(weight));
-    FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
-    FcConfigSubstitute(config_, wanted, FcMatchPattern);
-    FcDefaultSubstitute(wanted);
+    Fontconfig().FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+    Fontconfig().FcPatternAddInteger(wanted, FC_SLANT, slant);
+    Fontconfig().FcPatternAddInteger(wanted, FC_WEIGHT, Fontconfig().FcWeightFromOpenType(weight));
+    Fontconfig().FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
+    Fontconfig().FcConfigSubstitute(configuration, wanted, FcMatchPattern);
+    Fontconfig().FcDefaultSubstitute(wanted);
     FcResult result = FcResultNoMatch;
-    FcPattern* match = FcFontMatch(config_, wanted, &result);
-    FcPatternDestroy(wanted);
+    FcPattern* match = Fontconfig().FcFontMatch(configuration, wanted, &result);
+    Fontconfig().FcPatternDestroy(wanted);
     if (!match) return nullptr;
-    const auto found = byFile_.find(FileKey(TextOf(match, FC_FILE), NumberOf(match, FC_INDEX, 0)));
-    FcPatternDestroy(match);
+    const auto found = byFile_.find(FileKey(match));
+    Fontconfig().FcPatternDestroy(match);
     return found == byFile_.end() ? nullptr : found->second;
 }

@@ -43,7 +43,6 @@ public:
     const ORVFontFace* FindFace(const ORVFont& font, int weight) const;
     /// The catalogue's face that a pattern of fontconfig stands for, null when it is no outline font.
     const ORVFontFace* FindFace(FcPattern* pattern) const;
-    FcConfig* GetConfig() const { return config_; }
 
 private:
     struct Hash {
@@ -68,7 +67,6 @@ private:
     const CatalogueEntry* NearestOfFamily(const CatalogueEntry& entry, int slant, int weight) const;
     std::string UniqueName(const std::string& path, unsigned int faceIndex) const;
 
-    FcConfig* config_ = nullptr;
     mutable std::shared_mutex mutex_;  // guards everything below
     std::deque<CatalogueEntry> entries_;
     ByText<const ORVFont*> byName_;  // stand-ins included

@@ -6,10 +6,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include <ft2build.h>
-#include FT_FREETYPE_H
-
 #include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/font_libraries.h"
 
 namespace {
 
@@ -20,7 +18,7 @@ constexpr double kLargestPicture = 1024.0;
 double ChooseSize(FT_Face face, double pixelsPerEm) {
     if (!FT_HAS_FIXED_SIZES(face)) {
         const auto size = static_cast<FT_UInt>(std::clamp(std::ceil(pixelsPerEm), 1.0, kLargestPicture));
-        return FT_Set_Pixel_Sizes(face, size, size) == 0 ? size : 0.0;
+        return FreeType().FT_Set_Pixel_Sizes(face, size, size) == 0 ? size : 0.0;
     }
     // The smallest that is large enough, else the largest.
     FT_Int best = 0;
@@ -31,7 +29,7 @@ double ChooseSize(FT_Face face, double pixelsPerEm) {
         const bool isEnough = pixelsOf(i) >= pixelsPerEm, bestIsEnough = pixelsOf(best) >= pixelsPerEm;
         if (isEnough != bestIsEnough ? isEnough : (pixelsOf(i) < pixelsOf(best)) == isEnough) best = i;
     }
-    return FT_Select_Size(face, best) == 0 ? pixelsOf(best) : 0.0;
+    return FreeType().FT_Select_Size(face, best) == 0 ? pixelsOf(best) : 0.0;
 }
 
 /// One row of the library's pixels as straight RGBA. @return false for kinds of pixels that glyphs do not
@@ -72,7 +70,8 @@ ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph
     FT_Face freeType = face.GetFreeTypeFace();
     if (!freeType || !(FT_HAS_FIXED_SIZES(freeType) || FT_HAS_COLOR(freeType))) return picture;
     const double size = ChooseSize(freeType, pixelsPerEm);
-    if (!(size > 0.0) || FT_Load_Glyph(freeType, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0) return picture;
+    if (!(size > 0.0) || FreeType().FT_Load_Glyph(freeType, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0)
+        return picture;
     const FT_GlyphSlot slot = freeType->glyph;
     const FT_Bitmap& bitmap = slot->bitmap;
     if (bitmap.width == 0 || bitmap.rows == 0) return picture;

@@ -1,13 +1,13 @@
-#include "generators/common/ORVLoadedLibrary.h"
+#include "platform/system/ORVLoadedLibrary.h"
 
 #include <dlfcn.h>
 
 ORVLoadedLibrary::ORVLoadedLibrary(const char* name) : handle_(dlopen(name, RTLD_NOW | RTLD_LOCAL)) {
-    if (!handle_) error_ = std::string("the library ") + name + " that this format needs cannot be loaded";
+    if (!handle_) error_ = std::string("the library ") + name + " that is needed here cannot be loaded";
 }
 
 void* ORVLoadedLibrary::FindAddress(const char* name) {
     void* address = handle_ ? dlsym(handle_, name) : nullptr;
-    if (!address && error_.empty()) error_ = std::string("a library of this format lacks ") + name;
+    if (!address && error_.empty()) error_ = std::string("a library that is needed here lacks ") + name;
     return address;
 }

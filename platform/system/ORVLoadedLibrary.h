@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "platform/system/ORVBaseObject.h"
+
 /// A shared library that is loaded when it is needed first: those that few runs use would make the start of
 /// all others slow.
-class ORVLoadedLibrary {
+class ORV_PLATFORM_EXPORT ORVLoadedLibrary {
 public:
     /// @param name  as the dynamic linker knows it, with its version
     explicit ORVLoadedLibrary(const char* name);

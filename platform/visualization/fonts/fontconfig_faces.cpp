@@ -1,0 +1,233 @@
+#include "platform/visualization/fonts/fontconfig_faces.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+#include <unordered_set>
+#include <utility>
+
+#include "platform/visualization/fonts/font_libraries.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define ORV_LOOKS_FOR_LEAKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ORV_LOOKS_FOR_LEAKS 1
+#endif
+#endif
+#ifdef ORV_LOOKS_FOR_LEAKS
+#include <sanitizer/lsan_interface.h>
+#endif
+
+namespace {
+
+constexpr int kRegularWeight = 400;
+
+bool IsTrue(FcPattern* pattern, const char* object) {
+    FcBool value = FcFalse;
+    return Fontconfig().FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
+}
+
+/// Fonts with outlines of their own; instances of variable fonts are left to their default one.
+bool IsUsable(FcPattern* pattern) {
+    return IsTrue(pattern, FC_OUTLINE) && !IsTrue(pattern, FC_VARIABLE) &&
+           (NumberOf(pattern, FC_INDEX, 0) >> 16) == 0 && !TextOf(pattern, FC_FILE).empty() &&
+           !TextOf(pattern, FC_FAMILY).empty();
+}
+
+ORVFont::Kind KindOf(FcPattern* pattern) {
+    const std::string format = TextOf(pattern, FC_FONTFORMAT);
+    if (format == "TrueType") return ORVFont::kTrueType;
+    return format == "CFF" ? ORVFont::kCFF : ORVFont::kPostScript;
+}
+
+InstalledFace Describe(FcPattern* pattern) {
+    InstalledFace face;
+    face.path = TextOf(pattern, FC_FILE);
+    face.index = static_cast<unsigned int>(NumberOf(pattern, FC_INDEX, 0));
+    face.foundry = TextOf(pattern, FC_FOUNDRY);
+    face.family = TextOf(pattern, FC_FAMILY);
+    face.style = TextOf(pattern, FC_STYLE);
+    face.fullName = TextOf(pattern, FC_FULLNAME);
+    face.postScriptName = TextOf(pattern, FC_POSTSCRIPT_NAME);
+    face.weight = Fontconfig().FcWeightToOpenType(NumberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
+    face.slant = NumberOf(pattern, FC_SLANT, FC_SLANT_ROMAN);
+    face.width = NumberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL);
+    face.kind = KindOf(pattern);
+    return face;
+}
+
+// Of a face that is there in several formats OpenType comes first: it has more characters and their kerning.
+auto CatalogueOrder(const InstalledFace& face) {
+    return std::make_tuple(std::string_view(face.family), face.slant, std::abs(face.width - FC_WIDTH_NORMAL),
+                           std::abs(face.weight - kRegularWeight), face.kind == ORVFont::kPostScript,
+                           std::string_view(face.style), std::string_view(face.path), face.index);
+}
+
+/// Takes the texts of a list, and the list.
+void AppendAll(FcStrList* list, std::vector<std::string>& texts) {
+    if (!list) return;
+    while (const FcChar8* text = Fontconfig().FcStrListNext(list))
+        texts.emplace_back(reinterpret_cast<const char*>(text));
+    Fontconfig().FcStrListDone(list);
+}
+
+std::string Variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+/// What a configuration file says in its `include` or `dir` elements. Those in comments are handed out as
+/// well: a path too many does no harm.
+struct ConfiguredPath {
+    std::string_view attributes, text;
+};
+
+std::vector<ConfiguredPath> ConfiguredPaths(std::string_view file, std::string_view element) {
+    std::vector<ConfiguredPath> paths;
+    const std::string opening = "<" + std::string(element);
+    for (std::size_t at = file.find(opening); at != file.npos; at = file.find(opening, at + 1)) {
+        const std::string_view rest = file.substr(at + opening.size());
+        const std::size_t end = rest.find('>');
+        if (end == rest.npos || (rest[0] != '>' && !IsBlank(rest[0]))) continue;
+        const std::string_view text = rest.substr(end + 1, rest.find('<', end) - end - 1);
+        paths.push_back({rest.substr(0, end), WithoutBlanks(text)});
+    }
+    return paths;
+}
+
+bool Says(std::string_view attributes, std::string_view prefix) {
+    const std::size_t at = attributes.find(prefix);
+    return at != attributes.npos && attributes.find("prefix") < at;
+}
+
+/// The places where fontconfig looks for a file that a configuration file includes.
+void AppendIncluded(const ConfiguredPath& included, const std::string& includer,
+                    std::vector<std::string>& paths) {
+    const std::string text(included.text);
+    const std::string home = Variable("HOME");
+    if (Says(included.attributes, "xdg")) {
+        const std::string folder = Variable("XDG_CONFIG_HOME");
+        paths.push_back((folder.empty() ? home + "/.config" : folder) + "/" + text);
+    } else if (text.starts_with('~')) {
+        paths.push_back(home + text.substr(1));
+    } else if (text.starts_with('/')) {
+        paths.push_back(text);
+    } else {
+        paths.push_back(includer.substr(0, includer.rfind('/') + 1) + text);
+        paths.push_back("/etc/fonts/" + text);
+    }
+}
+
+/// True when `dir` elements name the same folder whatever the working directory.
+bool IsSteady(const ConfiguredPath& folder) {
+    return Says(folder.attributes, "xdg") || Says(folder.attributes, "relative") ||
+           folder.text.starts_with('/') || folder.text.starts_with('~');
+}
+
+}  // namespace
+
+FcConfig* FontconfigConfiguration() {
+    static FcConfig* const configuration = []() -> FcConfig* {
+#ifdef ORV_LOOKS_FOR_LEAKS
+        // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
+        const __lsan::ScopedDisabler disabler;
+#endif
+        return Fontconfig().IsUsable() ? Fontconfig().FcConfigReference(nullptr) : nullptr;
+    }();
+    return configuration;
+}
+
+std::vector<InstalledFace> AskInstalledFaces() {
+    std::vector<InstalledFace> all;
+    FcConfig* configuration = FontconfigConfiguration();
+    if (!configuration) return all;
+    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
+        const FcFontSet* fonts = Fontconfig().FcConfigGetFonts(configuration, set);
+        for (int i = 0; fonts && i < fonts->nfont; ++i)
+            if (IsUsable(fonts->fonts[i])) all.push_back(Describe(fonts->fonts[i]));
+    }
+    std::sort(all.begin(), all.end(), [](const InstalledFace& a, const InstalledFace& b) {
+        return CatalogueOrder(a) < CatalogueOrder(b);
+    });
+    // A file that two configured folders lead to is one font.
+    std::unordered_set<std::string> seen;
+    std::erase_if(
+        all, [&](const InstalledFace& face) { return !seen.insert(FileKey(face.path, face.index)).second; });
+    return all;
+}
+
+std::optional<std::vector<std::string>> PathsThatDecide() {
+    FcConfig* configuration = FontconfigConfiguration();
+    if (!configuration) return std::nullopt;
+    std::vector<std::string> files, paths;
+    AppendAll(Fontconfig().FcConfigGetConfigFiles(configuration), files);
+    // What is missing may come: these, and what the files name.
+    for (const char* standard : {"/etc/fonts/fonts.conf", "/etc/fonts/conf.d"}) paths.emplace_back(standard);
+    paths.push_back(Variable("FONTCONFIG_FILE"));
+    // Written anew when libraries are installed, fontconfig among them.
+    paths.emplace_back("/etc/ld.so.cache");
+    for (const std::string& file : files) {
+        paths.push_back(file);
+        std::error_code ignored;
+        if (!std::filesystem::is_regular_file(file, ignored)) continue;  // or a folder of them
+        std::ifstream stream(file, std::ios::binary);
+        const std::string text{std::istreambuf_iterator<char>(stream), {}};
+        for (const ConfiguredPath& included : ConfiguredPaths(text, "include"))
+            AppendIncluded(included, file, paths);
+        const std::vector<ConfiguredPath> folders = ConfiguredPaths(text, "dir");
+        if (!std::all_of(folders.begin(), folders.end(), IsSteady)) return std::nullopt;
+    }
+    AppendAll(Fontconfig().FcConfigGetConfigDirs(configuration), paths);
+    AppendAll(Fontconfig().FcConfigGetFontDirs(configuration), paths);
+
+    std::sort(paths.begin(), paths.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+    std::erase(paths, std::string());
+    // FONTCONFIG_PATH is a list of folders; with it, and with paths below the working directory, an answer
+    // holds for one process only.
+    const bool isSteady = Variable("FONTCONFIG_PATH").empty() &&
+                          std::all_of(paths.begin(), paths.end(),
+                                      [](const std::string& path) { return path.starts_with('/'); });
+    if (!isSteady) return std::nullopt;
+    return paths;
+}
+
+std::string TextOf(FcPattern* pattern, const char* object) {
+    FcChar8* text = nullptr;
+    if (Fontconfig().FcPatternGetString(pattern, object, 0, &text) != FcResultMatch || !text) return {};
+    return reinterpret_cast<const char*>(text);
+}
+
+int NumberOf(FcPattern* pattern, const char* object, int otherwise) {
+    int number = 0;
+    if (Fontconfig().FcPatternGetInteger(pattern, object, 0, &number) == FcResultMatch) return number;
+    double real = 0.0;
+    return Fontconfig().FcPatternGetDouble(pattern, object, 0, &real) == FcResultMatch
+               ? static_cast<int>(real)
+               : otherwise;
+}
+
+std::string FileKey(std::string_view path, unsigned int index) {
+    std::string key(path);
+    key += '\n';
+    key += std::to_string(index & 0xFFFF);
+    return key;
+}
+
+std::string FileKey(FcPattern* pattern) {
+    return FileKey(TextOf(pattern, FC_FILE), static_cast<unsigned int>(NumberOf(pattern, FC_INDEX, 0)));
+}

@@ -1,0 +1,59 @@
+#include "platform/visualization/fonts/installed_faces.h"
+
+#include <link.h>
+#include <sys/auxv.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "platform/visualization/fonts/face_index.h"
+#include "platform/visualization/fonts/face_index_file.h"
+#include "platform/visualization/fonts/fontconfig_faces.h"
+
+namespace {
+
+std::atomic<bool> isIndexUsed{true};
+
+/// True when the host brought fontconfig along: it may have set it up in its own way.
+bool HostHasFontconfig() {
+    const auto isIt = [](dl_phdr_info* library, std::size_t, void*) {
+        return std::strstr(library->dlpi_name, "/libfontconfig.so") != nullptr ? 1 : 0;
+    };
+    return dl_iterate_phdr(isIt, nullptr) != 0;
+}
+
+}  // namespace
+
+void UseFaceIndex(bool use) { isIndexUsed = use; }
+
+std::vector<InstalledFace> FindInstalledFaces() {
+    // A program that runs with more rights than its caller believes nothing of the caller's environment.
+    const bool mayUse = isIndexUsed && getauxval(AT_SECURE) == 0 && !HostHasFontconfig();
+    const std::string folder = mayUse ? FaceIndexFolder() : std::string();
+    if (folder.empty()) return AskInstalledFaces();
+
+    FaceIndex index;
+    std::string bytes;
+    const std::string environment = FontEnvironment();
+    if (ReadFaceIndexFile(folder, bytes) && DecodeFaceIndex(bytes, index) &&
+        index.environment == environment && IsUnchanged(index.watched))
+        return std::move(index.faces);
+
+    const std::int64_t asked =
+        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
+            .count();
+    index.environment = environment;
+    index.faces = AskInstalledFaces();
+    const std::optional<std::vector<std::string>> paths = PathsThatDecide();
+    if (!paths) return std::move(index.faces);
+    index.watched = Watch(*paths);
+    // What changed while fontconfig was asked, or might have within the grain of the clock, is not kept.
+    constexpr std::int64_t kSettled = 2;  // seconds
+    if (IsOlderThan(index.watched, asked - kSettled)) WriteFaceIndexFile(folder, EncodeFaceIndex(index));
+    return std::move(index.faces);
+}

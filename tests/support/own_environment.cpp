@@ -1,0 +1,9 @@
+#include <cstdlib>
+
+namespace {
+
+/// Tests leave nothing in the home of who runs them: without a folder there is no index of faces. Programs
+/// that tests start inherit that.
+const int withoutCache = setenv("ORVPRINT_CACHE_DIR", "", 1);
+
+}  // namespace
