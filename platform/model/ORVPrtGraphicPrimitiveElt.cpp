@@ -9,22 +9,26 @@ const ORVMetaClass& ORVPrtGraphicPrimitiveElt::MetaClass() {
     return metaClass;
 }
 
-ORVPrtGraphicPrimitiveElt::~ORVPrtGraphicPrimitiveElt() { SetBudget(nullptr); }
-
-void ORVPrtGraphicPrimitiveElt::SetBudget(ORVPrtPrimitiveBudget* budget) {
+ORVPrtIdentity::ORVPrtIdentity(const ORVPrtIdentity& other)
+    : id(other.id), description(other.description), title(other.title), budget(other.budget) {
     if (budget) budget->AddRef();
-    if (budget_) budget_->Release();
-    budget_ = budget;
+}
+
+ORVPrtIdentity::~ORVPrtIdentity() { SetBudget(nullptr); }
+
+void ORVPrtIdentity::SetBudget(ORVPrtPrimitiveBudget* newBudget) {
+    if (newBudget) newBudget->AddRef();
+    if (budget) budget->Release();
+    budget = newBudget;
 }
 
 void ORVPrtGraphicPrimitiveElt::AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& /*child*/) {}
 
 ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyNode() const {
-    if (budget_ && !budget_->Take()) return nullptr;
+    if (ORVPrtPrimitiveBudget* budget = GetBudget(); budget && !budget->Take()) return nullptr;
     ORVPrtGraphicPrimitiveElt* copy = CopyWithoutChildren();
     if (!copy) return nullptr;
-    copy->texts_ = texts_;
-    copy->SetBudget(budget_);
+    copy->identity_ = identity_;
     return copy;
 }
 

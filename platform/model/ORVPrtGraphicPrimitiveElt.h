@@ -11,6 +11,20 @@
 
 class ORVPrtPrimitiveBudget;
 
+/// What tells primitives apart, and the budget they were taken from. Most of a model's share one of these.
+struct ORV_PLATFORM_EXPORT ORVPrtIdentity {
+    ORVPrtIdentity() = default;
+    ORVPrtIdentity(const ORVPrtIdentity& other);
+    ORVPrtIdentity& operator=(const ORVPrtIdentity&) = delete;
+    ~ORVPrtIdentity();
+
+    /// References the budget; null for none.
+    void SetBudget(ORVPrtPrimitiveBudget* newBudget);
+
+    ORVUnicodeString id, description, title;
+    ORVPrtPrimitiveBudget* budget = nullptr;
+};
+
 /// The model's own classes, for dispatch without comparing names. A class of another module is kOther.
 enum class ORVPrtKind : std::uint8_t {
     kOther,
@@ -45,19 +59,22 @@ public:
     /// copied once for each place they stand in. Does not recurse.
     virtual ORVPrtGraphicPrimitiveElt* Duplicate() const;
 
-    void SetID(ORVUnicodeString id) { texts_.Edit().id = std::move(id); }
-    const ORVUnicodeString& GetID() const { return texts_.Get().id; }
-    void SetDescription(ORVUnicodeString description) { texts_.Edit().description = std::move(description); }
-    const ORVUnicodeString& GetDescription() const { return texts_.Get().description; }
-    void SetTitle(ORVUnicodeString title) { texts_.Edit().title = std::move(title); }
-    const ORVUnicodeString& GetTitle() const { return texts_.Get().title; }
+    void SetID(ORVUnicodeString id) { identity_.Edit().id = std::move(id); }
+    const ORVUnicodeString& GetID() const { return identity_.Get().id; }
+    void SetDescription(ORVUnicodeString description) {
+        identity_.Edit().description = std::move(description);
+    }
+    const ORVUnicodeString& GetDescription() const { return identity_.Get().description; }
+    void SetTitle(ORVUnicodeString title) { identity_.Edit().title = std::move(title); }
+    const ORVUnicodeString& GetTitle() const { return identity_.Get().title; }
 
     /// Children, null for a class that has none.
     virtual const ORVPrtChildList* GetChildList() const { return nullptr; }
 
     /// The budget that this primitive and its duplicates were taken from; null when unlimited.
-    ORVPrtPrimitiveBudget* GetBudget() const { return budget_; }
-    void SetBudget(ORVPrtPrimitiveBudget* budget);
+    ORVPrtPrimitiveBudget* GetBudget() const { return identity_.Get().budget; }
+    /// Shares an identity, with its budget, in place of the own one.
+    void SetIdentity(const ORVSharedValue<ORVPrtIdentity>& identity) { identity_ = identity; }
 
     /// A mark for walks that must visit shared primitives once; means nothing between walks.
     std::uint32_t GetVisitMark() const { return visitMark_; }
@@ -65,10 +82,10 @@ public:
 
 protected:
     explicit ORVPrtGraphicPrimitiveElt(ORVPrtKind kind) : kind_(kind) {}
-    // Identity texts and budget are copied by Duplicate.
+    // The identity is copied by Duplicate.
     ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other)
         : ORVBaseObject(other), kind_(other.kind_) {}
-    ~ORVPrtGraphicPrimitiveElt() override;
+    ~ORVPrtGraphicPrimitiveElt() override = default;
 
     /// A copy of the object without its children and without identity texts and budget; null when memory is
     /// spent.
@@ -77,14 +94,9 @@ protected:
     virtual void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child);
 
 private:
-    struct Texts {
-        ORVUnicodeString id, description, title;
-        bool operator==(const Texts&) const = default;
-    };
     ORVPrtGraphicPrimitiveElt* CopyNode() const;
 
     mutable std::uint32_t visitMark_ = 0;  // first, behind the count of references: both are half a word
-    ORVSharedValue<Texts> texts_;
-    ORVPrtPrimitiveBudget* budget_ = nullptr;
+    ORVSharedValue<ORVPrtIdentity> identity_;
     ORVPrtKind kind_;
 };

@@ -18,7 +18,9 @@ const ORVMetaClass& ORVPrtModel::MetaClass() {
     return metaClass;
 }
 
-ORVPrtModel::ORVPrtModel() : budget_(new ORVPrtPrimitiveBudget(primitiveLimit)) {}
+ORVPrtModel::ORVPrtModel() : budget_(new ORVPrtPrimitiveBudget(primitiveLimit)) {
+    blank_.Edit().SetBudget(budget_);
+}
 
 ORVPrtModel::~ORVPrtModel() {
     for (const ORVPrtImageElt* image : images_) image->Release();

@@ -34,7 +34,7 @@ public:
     Primitive* Create() {
         if (!budget_->Take()) return nullptr;
         auto* primitive = new (std::nothrow) Primitive;
-        if (primitive) primitive->SetBudget(budget_);
+        if (primitive) primitive->SetIdentity(blank_);
         return primitive;
     }
     const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
@@ -45,4 +45,5 @@ protected:
 private:
     ORVListPtr<ORVPrtImageElt> images_;
     ORVPrtPrimitiveBudget* budget_;
+    ORVSharedValue<ORVPrtIdentity> blank_;  // of primitives that have no texts (yet)
 };

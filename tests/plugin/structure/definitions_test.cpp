@@ -229,7 +229,10 @@ TEST(DefinitionBudgetTest, RefusedDuplicateCountsAsFound) {
     definitions.Register(*holder);
     const ORVRef<ORVPrtRectangleElt> rectangle = Named("a");
     auto* budget = new ORVPrtPrimitiveBudget(0);
-    rectangle->SetBudget(budget);
+    ORVSharedValue<ORVPrtIdentity> identity;
+    identity.Edit().SetBudget(budget);
+    rectangle->SetIdentity(identity);
+    rectangle->SetID("a");
     budget->Release();
     holder->AddChild(rectangle.get());
     definitions.IndexNewChildren(0);
