@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "apps/orvprint/gzip_input.h"
+#include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
@@ -29,13 +30,19 @@ namespace {
 
 std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
 
-/// Reads all there is. @return false with errno when reading failed
+/// Reads all there is. @return false with errno when reading failed; EFBIG for more than an input may have
 bool ReadAll(int descriptor, std::string& bytes) {
     // A file's size is known; one byte more finds its end without another buffer. Streams grow.
     struct stat information {};
     std::size_t room = std::size_t{1} << 16U;
     if (fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode))
         room = static_cast<std::size_t>(information.st_size) + 1;
+    const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
+    // Of a sparse file, not even the room is taken.
+    if (room - 1 > most && S_ISREG(information.st_mode)) {
+        errno = EFBIG;
+        return false;
+    }
     std::size_t size = 0;
     for (;;) {
         if (size == bytes.size()) bytes.resize(std::max(room, 2 * size));
@@ -44,6 +51,10 @@ bool ReadAll(int descriptor, std::string& bytes) {
         if (got < 0) return false;
         if (got == 0) break;
         size += static_cast<std::size_t>(got);
+        if (size > most) {
+            errno = EFBIG;
+            return false;
+        }
     }
     bytes.resize(size);
     return true;
@@ -55,7 +66,10 @@ int Unpack(const std::string& path, std::string& bytes) {
     const std::string packed = std::move(bytes);
     bytes = {};
     std::string error;
-    switch (UnpackGzip(packed, UnpackLimits(), bytes, error)) {
+    UnpackLimits limits;
+    limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
+    limits.ratio = std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kUnpackedGrowth), 1);
+    switch (UnpackGzip(packed, limits, bytes, error)) {
         case UnpackResult::kUnpacked: return kExitDone;
         case UnpackResult::kOverLimit: return Report(kExitFailed, InputName(path), error);
         case UnpackResult::kDamaged: break;
@@ -70,15 +84,19 @@ int ReadBytes(const std::string& path, std::string& bytes) {
     const bool read = ReadAll(descriptor, bytes);
     const int error = errno;
     if (descriptor != STDIN_FILENO) close(descriptor);
+    if (!read && error == EFBIG)
+        return Report(kExitFailed, InputName(path), LimitReached(ORVPrintLimit::kInputBytes));
     if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
     return Unpack(path, bytes);
 }
 
-/// True for a file that holds plain text, as far as its first bytes tell. What can be read only once, such as
+/// True for a file that is no larger than inputs may be and holds plain text, as far as its first bytes tell. What can be read only once, such as
 /// a pipe, is not looked at and is none.
 bool IsPlainFile(const std::string& path) {
     struct stat information {};
     if (stat(path.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;
+    if (static_cast<std::uint64_t>(information.st_size) > ORVPrintLimits::Get(ORVPrintLimit::kInputBytes))
+        return false;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return false;
     std::array<char, 2> start{};
@@ -180,8 +198,6 @@ void LeaveToProcess(std::unique_ptr<ORVPrintInterpreter> interpreter) {
 /// Takes down what the pages of a model are.
 class PageCollector final : public ORVPrintModelInspector {
 public:
-    explicit PageCollector(std::uint64_t primitiveLimit) : primitiveLimit_(primitiveLimit) {}
-
     void Inspect(const ORVPrtModel& model) override {
         for (const ORVPrtImageElt* image : *model.GetImages()) {
             PageFacts facts;
@@ -189,35 +205,28 @@ public:
             facts.title = image->GetTitle().GetView();
             pages_.push_back(std::move(facts));
         }
-        isOverLimit_ = model.GetBudget().GetTaken() > primitiveLimit_;
+        refusal_ = model.GetBudget().GetRefusal();
     }
     std::vector<PageFacts>& GetPages() { return pages_; }
-    bool IsOverLimit() const { return isOverLimit_; }
+    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
 private:
-    const std::uint64_t primitiveLimit_;
     std::vector<PageFacts> pages_;
-    bool isOverLimit_ = false;
+    std::optional<ORVPrintLimit> refusal_;
 };
-
-std::uint64_t PrimitiveLimit(const ReadOptions& options) {
-    return options.primitiveLimit > 0 ? options.primitiveLimit : ORVPrtModel::kDefaultPrimitiveLimit;
-}
 
 /// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
 ///                stands
-int UseDrawing(const std::string& path, const ReadOptions& options, ORVPrintInterpreter& interpreter,
-               Document& document, bool isOnly, const std::function<int(const Drawing&)>& use) {
+int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Document& document, bool isOnly,
+               const std::function<int(const Drawing&)>& use) {
     unsigned int count = 0;
     const int built = interpreter.GetPageCount(count);
-    PageCollector collector(PrimitiveLimit(options));
+    PageCollector collector;
     ORVPrintParameters parameters;
     parameters.SetModelInspector(&collector);
     interpreter.Print(nullptr, parameters);
-    if (collector.IsOverLimit())
-        return Report(
-            kExitFailed, InputName(path),
-            "has more than " + std::to_string(PrimitiveLimit(options)) + " primitives; see --max-primitives");
+    if (collector.GetRefusal())
+        return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
     if (built != 1) return Report(kExitFailed, InputName(path), "could not be turned into pages");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
@@ -261,14 +270,13 @@ std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std
     return fragments;
 }
 
-void ApplyReadOptions(const ReadOptions& options) {
+int ApplyReadOptions(const ReadOptions& options) {
     constexpr const char* kWithoutDOM = "PRINT_WITHOUT_DOM_PARSER";
     if (options.parser == "dom")
         unsetenv(kWithoutDOM);
     else
         setenv(kWithoutDOM, "1", 1);
-    // One more than may be: a model that took it is past the limit.
-    ORVPrtModel::SetPrimitiveLimit(PrimitiveLimit(options) + 1);
+    return ApplyLimits(options.limits);
 }
 
 bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
@@ -307,7 +315,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                                                         : new ORVPrintInputXMLElement(&document.light));
         auto interpreter = CreateInterpreter("SVG", input.get(), path);
         if (!interpreter) return kExitNoModule;
-        const int code = UseDrawing(path, options, *interpreter, document, true, use);
+        const int code = UseDrawing(path, *interpreter, document, true, use);
         if (options.endsWithInput) LeaveToProcess(std::move(interpreter));
         return code;
     }
@@ -320,7 +328,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         if (!input) return Report(kExitFailed, InputName(path), "memory is spent");
         const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
         if (!interpreter) return kExitNoModule;
-        const int code = UseDrawing(path, options, *interpreter, document, fragments.size() == 1, use);
+        const int code = UseDrawing(path, *interpreter, document, fragments.size() == 1, use);
         if (code != kExitDone) return code;
     }
     return kExitDone;

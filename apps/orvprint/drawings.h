@@ -18,8 +18,8 @@ struct ReadOptions {
     std::string fragment;          ///< number or identifier of one of them; empty for the outermost ones
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
-    std::uint64_t primitiveLimit = 0;  ///< of a drawing's model; 0 for the platform's own
-    bool endsWithInput = false;        ///< the process ends after the input, and its memory with it
+    std::vector<std::string> limits;   ///< as "NAME=VALUE" each
+    bool endsWithInput = false;  ///< the process ends after the input, and its memory with it
 };
 
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed
@@ -50,7 +50,8 @@ struct Drawing {
 };
 
 /// Applies the options to this process: the parser that interpreters choose, limits.
-void ApplyReadOptions(const ReadOptions& options);
+/// @return an exit code; a failure was reported
+int ApplyReadOptions(const ReadOptions& options);
 
 /// Whether an input is read as an XML document with drawings inside.
 bool IsFragmentInput(const std::string& path, const ReadOptions& options);

@@ -1,10 +1,13 @@
 #include "apps/orvprint/inspect_command.h"
 
 #include <cstdio>
+#include <optional>
 
 #include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/model_dump.h"
 #include "apps/orvprint/report.h"
+#include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 
 namespace {
@@ -16,8 +19,9 @@ public:
     void SetAnswer(int result, unsigned int pageCount) { result_ = result, pageCount_ = pageCount; }
 
     void Inspect(const ORVPrtModel& model) override {
+        refusal_ = model.GetBudget().GetRefusal();
         isTooLarge_ = IsTooLargeToDump(model);
-        if (!isTooLarge_) Write(&model);
+        if (!isTooLarge_ && !refusal_) Write(&model);
     }
     /// @param model  null when the interpreter has none
     void Write(const ORVPrtModel* model) {
@@ -48,6 +52,7 @@ public:
     }
     bool IsWritten() const { return isWritten_; }
     bool IsTooLarge() const { return isTooLarge_; }
+    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
 private:
     JsonWriter& json_;
@@ -55,6 +60,7 @@ private:
     unsigned int pageCount_ = 0;
     bool isWritten_ = false;
     bool isTooLarge_ = false;
+    std::optional<ORVPrintLimit> refusal_;
 };
 
 }  // namespace
@@ -70,6 +76,9 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
         ORVPrintParameters parameters;
         parameters.SetModelInspector(&dumper);
         interpreter.Print(nullptr, parameters);
+        if (dumper.GetRefusal())
+            return Report(kExitFailed, DisplayName(input, "standard input"),
+                          LimitReached(*dumper.GetRefusal()));
         if (dumper.IsTooLarge())
             return Report(kExitFailed, DisplayName(input, "standard input"),
                           "has more than " + std::to_string(kDumpLimit) + " primitives, too many for a dump");

@@ -19,6 +19,7 @@
 #include "apps/orvprint/help.h"
 #include "apps/orvprint/info_command.h"
 #include "apps/orvprint/inspect_command.h"
+#include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/sheet_options.h"
@@ -57,7 +58,16 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->take_all()
         ->allow_extra_args(false);
     command
-        .add_option("--max-primitives", options.primitiveLimit, "Primitives that a drawing may hold, at most")
+        .add_option("--limit", options.limits,
+                    "Set a limit for hostile input; orvprint limits lists them (repeatable)")
+        ->option_text("NAME=N")
+        ->take_all()
+        ->allow_extra_args(false);
+    command
+        .add_option_function<std::uint64_t>(
+            "--max-primitives",
+            [&options](std::uint64_t count) { options.limits.push_back("primitives=" + std::to_string(count)); },
+            "Primitives that a drawing may hold, at most: --limit primitives=N")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
 }
@@ -165,6 +175,8 @@ int Run(int argc, char** argv) {
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Input is an XML document with drawings inside, as .qvxml files are");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
+    const CLI::App* limits =
+        app.add_subcommand("limits", "List the limits that let hostile input end in an answer");
     PrepareHelp(app);
 
     try {
@@ -176,19 +188,21 @@ int Run(int argc, char** argv) {
     }
 
     if (info->parsed()) {
-        ApplyReadOptions(infoOptions);
+        if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
         infoOptions.endsWithInput = true;
         return RunInfo(infoInput, infoOptions, infoAsJson);
     }
     if (inspect->parsed()) {
-        ApplyReadOptions(inspectOptions);
+        if (const int code = ApplyReadOptions(inspectOptions); code != kExitDone) return code;
         return RunInspect(inspectInput, inspectOptions);
     }
     if (checking->parsed()) {
         if (const int code = ParseKinds(kindsNotChecked, check.ignored); code != kExitDone) return code;
+        if (const int code = ApplyLimits(check.read.limits); code != kExitDone) return code;
         return RunCheck(check);
     }
     if (formats->parsed()) return RunFormats();
+    if (limits->parsed()) return RunLimits();
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
     if (print.output.empty() && batch.folder.empty())
         return Report(kExitUsage, "", "no output; say where it goes with -o FILE or --out-dir DIR");
@@ -200,7 +214,7 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
-    ApplyReadOptions(print.read);
+    if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
         return RunPrint(print);

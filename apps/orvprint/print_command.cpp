@@ -15,6 +15,7 @@
 
 #include "apps/orvprint/check_command.h"
 #include "apps/orvprint/formats_command.h"
+#include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
@@ -131,8 +132,12 @@ private:
                               "page " + std::to_string(before + page) +
                                   " has no area; give the svg element a width and a height, or a viewBox");
         }
+        const double sheets = CountSheets(drawing, pages);
+        sheetsPrinted_ += sheets;
+        if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
+            return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
         if (!sequence_)
-            if (const int code = Open(isWhole, pages.size(), CountSheets(drawing, pages)); code != kExitDone)
+            if (const int code = Open(isWhole, pages.size(), sheets); code != kExitDone)
                 return code;
 
         ORVPrintParameters parameters;
@@ -172,6 +177,7 @@ private:
         ORVFormatOptions formatOptions;
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
+        formatOptions.pixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kPagePixels);
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
@@ -192,9 +198,9 @@ private:
             case ORVPrintModelRender::kPageWithoutArea:
                 return Report(kExitFailed, name, "a page has no area that could be printed");
             case ORVPrintModelRender::kTooManyPrimitives:
-                return Report(kExitFailed, name,
-                              "draws more than " + std::to_string(ORVPrintParameters::kDefaultDrawLimit) +
-                                  " primitives, which is the limit");
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kDrawn));
+            case ORVPrintModelRender::kTooManyRepeats:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
             default: break;
         }
         const std::string& error =
@@ -205,6 +211,7 @@ private:
     const PrintOptions& options_;
     const ORVOutputFormat& format_;
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
+    double sheetsPrinted_ = 0.0;  // pages of the output
     std::unique_ptr<ORVOutput> output_;
     std::unique_ptr<ORVFormatGenerator> generator_;
     std::unique_ptr<ORVSheetGenerator> sheet_;  // before the generator, when asked for

@@ -11,13 +11,13 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --max-primitives --help"
+    local reading="--parser --fragment --allow-dir --limit --max-primitives --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options
     case ${COMP_WORDS[1]} in
-        info | inspect | check | formats) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
+        info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
         print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --ignore --version
@@ -25,11 +25,14 @@ _orvprint() {
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
-        formats) options="--help -h" ;;
+        formats | limits) options="--help -h" ;;
     esac
 
     case $previous in
         -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
+        --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
+            primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
+            repeats= pages= page-pixels=" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
             ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;
@@ -46,8 +49,8 @@ _orvprint() {
             case $current in
                 -*) _orvprint_words "$options" ;;
                 *)
-                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check formats"; fi
-                    if [ "$command" != formats ]; then _orvprint_files drawings; fi
+                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check formats limits"; fi
+                    if [ "$command" != formats ] && [ "$command" != limits ]; then _orvprint_files drawings; fi
                     ;;
             esac
             ;;

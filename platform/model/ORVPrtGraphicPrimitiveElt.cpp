@@ -25,7 +25,8 @@ void ORVPrtIdentity::SetBudget(ORVPrtPrimitiveBudget* newBudget) {
 void ORVPrtGraphicPrimitiveElt::AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& /*child*/) {}
 
 ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyNode() const {
-    if (ORVPrtPrimitiveBudget* budget = GetBudget(); budget && !budget->Take()) return nullptr;
+    ORVPrtPrimitiveBudget* const budget = GetBudget();
+    if (budget && !budget->TakeDuplicate(GetPayloadBytes())) return nullptr;
     ORVPrtGraphicPrimitiveElt* copy = CopyWithoutChildren();
     if (!copy) return nullptr;
     copy->identity_ = identity_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -70,6 +71,9 @@ public:
 
     /// Children, null for a class that has none.
     virtual const ORVPrtChildList* GetChildList() const { return nullptr; }
+
+    /// Bytes of points and text that a duplicate copies.
+    virtual std::size_t GetPayloadBytes() const { return 0; }
 
     /// The budget that this primitive and its duplicates were taken from; null when unlimited.
     ORVPrtPrimitiveBudget* GetBudget() const { return identity_.Get().budget; }

@@ -1,16 +1,12 @@
 #include "platform/model/ORVPrtModel.h"
 
-#include <atomic>
-
 #include "platform/model/ORVPrtImageElt.h"
 
-namespace {
-std::atomic<std::uint64_t> primitiveLimit{ORVPrtModel::kDefaultPrimitiveLimit};
-}  // namespace
+void ORVPrtModel::SetPrimitiveLimit(std::uint64_t limit) {
+    ORVPrintLimits::Set(ORVPrintLimit::kPrimitives, limit);
+}
 
-void ORVPrtModel::SetPrimitiveLimit(std::uint64_t limit) { primitiveLimit = limit; }
-
-std::uint64_t ORVPrtModel::GetPrimitiveLimit() { return primitiveLimit; }
+std::uint64_t ORVPrtModel::GetPrimitiveLimit() { return ORVPrintLimits::Get(ORVPrintLimit::kPrimitives); }
 
 const ORVMetaClass& ORVPrtModel::MetaClass() {
     static const ORVMetaClass metaClass("ORVPrtModel", &ORVBaseObject::MetaClass(), "ORVnull",
@@ -18,7 +14,7 @@ const ORVMetaClass& ORVPrtModel::MetaClass() {
     return metaClass;
 }
 
-ORVPrtModel::ORVPrtModel() : budget_(new ORVPrtPrimitiveBudget(primitiveLimit)) {
+ORVPrtModel::ORVPrtModel() : budget_(new ORVPrtPrimitiveBudget(GetPrimitiveLimit())) {
     blank_.Edit().SetBudget(budget_);
 }
 

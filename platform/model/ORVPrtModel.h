@@ -15,7 +15,7 @@ class ORV_PLATFORM_EXPORT ORVPrtModel : public ORVBaseObject {
 public:
     /// Primitives that a model may allocate when the host says nothing else.
     static constexpr std::uint64_t kDefaultPrimitiveLimit = 50'000'000;
-    /// Sets the limit for models created from now on, in this process.
+    /// Sets the limit for models created from now on, in this process; see ORVPrintLimits for others.
     static void SetPrimitiveLimit(std::uint64_t limit);
     static std::uint64_t GetPrimitiveLimit();
 
@@ -38,6 +38,7 @@ public:
         return primitive;
     }
     const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
+    ORVPrtPrimitiveBudget& GetBudget() { return *budget_; }
 
 protected:
     ~ORVPrtModel() override;

@@ -15,6 +15,8 @@ public:
 
     ORVPrtPolyCubicBezierElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolyCubicBezier) {}
 
+    std::size_t GetPayloadBytes() const override { return GetPoints().size() * sizeof(ORVMathPoint2D); }
+
 private:
     ORVPrtPolyCubicBezierElt(const ORVPrtPolyCubicBezierElt&) = default;
     ~ORVPrtPolyCubicBezierElt() override = default;  // through Release() only

@@ -15,6 +15,8 @@ public:
 
     ORVPrtPolyQuadraticBezierElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolyQuadraticBezier) {}
 
+    std::size_t GetPayloadBytes() const override { return GetPoints().size() * sizeof(ORVMathPoint2D); }
+
 private:
     ORVPrtPolyQuadraticBezierElt(const ORVPrtPolyQuadraticBezierElt&) = default;
     ~ORVPrtPolyQuadraticBezierElt() override = default;  // through Release() only

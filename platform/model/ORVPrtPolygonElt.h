@@ -15,6 +15,8 @@ public:
 
     ORVPrtPolygonElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolygon) {}
 
+    std::size_t GetPayloadBytes() const override { return GetPoints().size() * sizeof(ORVMathPoint2D); }
+
 private:
     ORVPrtPolygonElt(const ORVPrtPolygonElt&) = default;
     ~ORVPrtPolygonElt() override = default;  // through Release() only

@@ -15,6 +15,8 @@ public:
 
     ORVPrtPolylineElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kPolyline) {}
 
+    std::size_t GetPayloadBytes() const override { return GetPoints().size() * sizeof(ORVMathPoint2D); }
+
 private:
     ORVPrtPolylineElt(const ORVPrtPolylineElt&) = default;
     ~ORVPrtPolylineElt() override = default;  // through Release() only

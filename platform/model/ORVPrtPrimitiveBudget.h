@@ -1,21 +1,66 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
-/// Counts the primitives allocated for a model, so that hostile input ends in an answer. Shared by the
-/// model and its primitives through a count of its own (not atomic).
+#include "platform/system/ORVPrintLimits.h"
+
+/// Counts what building a model takes, so that hostile input ends in an answer. Shared by the model and its
+/// primitives through a count of its own (not atomic). What was taken is never given back.
 class ORVPrtPrimitiveBudget {
 public:
-    explicit ORVPrtPrimitiveBudget(std::uint64_t limit) : limit_(limit) {}
+    /// The other limits are those of the process at this moment.
+    explicit ORVPrtPrimitiveBudget(std::uint64_t limit)
+        : limit_(limit),
+          duplicateLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDuplicates)),
+          visitLimit_(ORVPrintLimits::Get(ORVPrintLimit::kVisits)),
+          pixelLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDocumentPixels)) {}
 
-    /// Takes one primitive; false when the budget is spent. What was taken is never given back.
+    /// Takes one primitive; false when the budget is spent.
     bool Take() {
-        if (taken_ >= limit_) return false;
+        if (taken_ >= limit_) return Refuse(ORVPrintLimit::kPrimitives);
         ++taken_;
         return true;
     }
+    /// Takes one primitive that is the duplicate of another.
+    /// @param payloadBytes  bytes of points and text in it
+    bool TakeDuplicate(std::uint64_t payloadBytes) {
+        const std::uint64_t units = 1 + payloadBytes / kPayloadUnit;
+        if (duplicateUnits_ + units > duplicateLimit_ + GetGrowth())
+            return Refuse(ORVPrintLimit::kDuplicates);
+        if (!Take()) return false;
+        ++duplicates_;
+        duplicateUnits_ += units;
+        return true;
+    }
+    /// Visits that walks through the model may still make.
+    std::uint64_t GetVisitsLeft() const {
+        const std::uint64_t most = visitLimit_ + GetGrowth();
+        return most > visits_ ? most - visits_ : 0;
+    }
+    /// Notes visits that were made; none are left when the walk had to be given up.
+    void NoteVisits(std::uint64_t visits) {
+        visits_ += visits;
+        if (GetVisitsLeft() == 0) Refuse(ORVPrintLimit::kVisits);
+    }
+    /// True when images may still be decoded.
+    bool MayTakePixels() { return pixels_ <= pixelLimit_ || Refuse(ORVPrintLimit::kDocumentPixels); }
+    /// Notes a decoded image; what its file pays for does not count.
+    void NotePixels(std::uint64_t pixels, std::uint64_t fileBytes) {
+        const std::uint64_t free = fileBytes * kPixelsPerFileByte;
+        if (pixels > free) pixels_ += pixels - free;
+    }
+
     std::uint64_t GetTaken() const { return taken_; }
     bool IsSpent() const { return taken_ >= limit_; }
+
+    /// Notes that something was left out because of a limit. @return false
+    bool Refuse(ORVPrintLimit limit) {
+        if (!refusal_) refusal_ = limit;
+        return false;
+    }
+    /// The first limit that something was left out for; none when the model is whole.
+    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
     void AddRef() { ++references_; }
     void Release() {
@@ -23,7 +68,10 @@ public:
     }
 
 private:
-    std::uint64_t limit_;
-    std::uint64_t taken_ = 0;
+    std::uint64_t GetGrowth() const { return kGrowthPerPrimitive * (taken_ - duplicates_); }
+
+    std::uint64_t limit_, duplicateLimit_, visitLimit_, pixelLimit_;
+    std::uint64_t taken_ = 0, duplicates_ = 0, duplicateUnits_ = 0, visits_ = 0, pixels_ = 0;
     std::uint64_t references_ = 1;
+    std::optional<ORVPrintLimit> refusal_;
 };

@@ -35,6 +35,8 @@ public:
     /// Null when never set.
     const ClippingBox* GetClippingBox() const { return clippingBox_.get(); }
 
+    std::size_t GetPayloadBytes() const override { return text_.GetView().size(); }
+
 private:
     ORVPrtTextElt(const ORVPrtTextElt&) = default;
     ~ORVPrtTextElt() override = default;  // through Release() only

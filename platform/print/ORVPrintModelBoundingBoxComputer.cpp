@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/mathematics/constants.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/model/visit_primitive.h"
 #include "platform/print/ellipse_frame.h"
 #include "platform/print/text_placement.h"
@@ -183,7 +184,7 @@ ORVMathAffine2D OwnMap(const ORVPrtGraphicPrimitiveElt& primitive) {
 bool HasNoBox(ORVPrtKind kind) { return kind == ORVPrtKind::kPattern || kind == ORVPrtKind::kOther; }
 
 /// Adds everything in the open frames to the box. @return false when the limit was reached
-bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft) {
+bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft) {
     while (!open.empty()) {
         Frame& frame = open.back();
         if (frame.next == frame.children->size()) {
@@ -191,8 +192,13 @@ bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft
             continue;
         }
         const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-        if (visitsLeft == 0) return false;
-        --visitsLeft;
+        // Long lists and texts take longer.
+        const std::uint64_t visits = 1 + child.GetPayloadBytes() / kPayloadUnit;
+        if (visits > visitsLeft) {
+            visitsLeft = 0;
+            return false;
+        }
+        visitsLeft -= visits;
         if (HasNoBox(child.GetKind())) continue;
         const ORVMathAffine2D map = frame.map * OwnMap(child);
         if (const ORVPrtChildList* children = child.GetChildList())
@@ -205,13 +211,22 @@ bool Walk(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft
 
 }  // namespace
 
+bool ORVPrintModelBoundingBoxComputer::Walk(const ORVPrtChildList& children, ORVMathBox2D& box) {
+    std::vector<Frame> open{{&children, 0, {}}};
+    if (!budget_) return WalkFrames(open, box, visitsLeft_);
+    const std::uint64_t before = budget_->GetVisitsLeft();
+    std::uint64_t left = before;
+    const bool complete = WalkFrames(open, box, left);
+    budget_->NoteVisits(before - left);
+    return complete;
+}
+
 int ORVPrintModelBoundingBoxComputer::Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin,
                                               double& xMax, double& yMin, double& yMax) {
     ORVMathBox2D box;
     // A list of one: the primitive is walked as if it were a child.
     const ORVPrtChildList list{const_cast<ORVPrtGraphicPrimitiveElt*>(&primitive)};
-    std::vector<Frame> open{{&list, 0, {}}};
-    const bool complete = Walk(open, box, visitsLeft_);
+    const bool complete = Walk(list, box);
     return Finish(box, complete, xMin, xMax, yMin, yMax);
 }
 
@@ -220,10 +235,7 @@ int ORVPrintModelBoundingBoxComputer::ComputeChildren(const ORVPrtGraphicPrimiti
                                                       double& yMax) {
     ORVMathBox2D box;
     bool complete = true;
-    if (const ORVPrtChildList* children = container.GetChildList()) {
-        std::vector<Frame> open{{children, 0, {}}};
-        complete = Walk(open, box, visitsLeft_);
-    }
+    if (const ORVPrtChildList* children = container.GetChildList()) complete = Walk(*children, box);
     return Finish(box, complete, xMin, xMax, yMin, yMax);
 }
 

@@ -5,6 +5,8 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 
+class ORVPrtPrimitiveBudget;
+
 /// Computes boxes of primitives: those of the geometry (no stroke width), exact for curves and arcs, through
 /// all transforms. A bitmap's box is its origin and size, a text's comes from the font's metrics; points
 /// that are not finite are left out. A pattern, a polyline without points and an empty container have none.
@@ -17,6 +19,8 @@ public:
     ///                    time. Past it, boxes are reported as absent
     explicit ORVPrintModelBoundingBoxComputer(std::uint64_t visitLimit = kVisitLimit)
         : visitsLeft_(visitLimit) {}
+    /// @param budget  of a model, which bounds the visits instead; outlives the computer
+    explicit ORVPrintModelBoundingBoxComputer(ORVPrtPrimitiveBudget& budget) : budget_(&budget) {}
 
     /// Box of a primitive, its own transform included (a page has none).
     /// @return 1 when there is a box; 0 when there is none, with all four written as 0
@@ -31,5 +35,8 @@ private:
     int Finish(const ORVMathBox2D& box, bool complete, double& xMin, double& xMax, double& yMin,
                double& yMax) const;
 
-    std::uint64_t visitsLeft_;
+    bool Walk(const ORVPrtChildList& children, ORVMathBox2D& box);
+
+    std::uint64_t visitsLeft_ = 0;
+    ORVPrtPrimitiveBudget* budget_ = nullptr;
 };

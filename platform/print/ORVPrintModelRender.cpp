@@ -109,6 +109,7 @@ struct Progress {
     ORVPrintSymbolTable symbols;
     bool takesSymbols = true;  // until the generator says that it does not
     std::uint64_t drawn = 0;
+    std::uint64_t workLeft = 0;  // see ORVDrawingWork
 };
 
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
@@ -121,7 +122,8 @@ public:
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
-        if (result == ORVPrintModelRender::kLowMemory) CloseGroups();
+        if (result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats)
+            CloseGroups();
         return result;
     }
 
@@ -197,13 +199,17 @@ private:
     /// Puts the text's clipping box into the clip. @return false when it has none
     bool MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map);
 
-    /// Counts one primitive; false when memory has run short, which generators that keep what is drawn are to
-    /// see in time. Asked now and then only.
-    bool Count() {
+    /// Counts one primitive. Memory may have run short, which generators that keep what is drawn are to see in
+    /// time; it is looked at now and then only.
+    int Count(const ORVPrtGraphicPrimitiveElt& primitive) {
         constexpr std::uint64_t kInterval = 1024;
         constexpr double kLowMemoryFraction = 0.9;
-        return ++progress_.drawn % kInterval != 0 ||
-               !ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
+        if (++progress_.drawn % kInterval == 0 && ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction))
+            return ORVPrintModelRender::kLowMemory;
+        const std::uint64_t work = ORVDrawingWork(primitive);
+        if (work > progress_.workLeft) return ORVPrintModelRender::kTooManyRepeats;
+        progress_.workLeft -= work;
+        return kDone;
     }
 
     ORVPrintGenerator& generator_;
@@ -228,7 +234,7 @@ int PageDrawing::Step() {
 
     frame.children->Prefetch(frame.next);
     const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-    if (!Count()) return ORVPrintModelRender::kLowMemory;
+    if (const int result = Count(child); result != kDone) return result;
     if (child.GetReferenceCount() > 1 && progress_.takesSymbols && !IsWalked(child))
         return DrawShared(child, frame.children->size() == 1);
     return DrawOne(child);
@@ -454,12 +460,12 @@ int PageDrawing::Draw(const ORVPrtClosedFigureElt& figure) {
     path_.Clear();
     outline_.SetScale(Scale(toPage));
     for (const ORVPrtGraphicPrimitiveElt* child : figure.GetChildren()) {
-        if (!Count()) return ORVPrintModelRender::kLowMemory;
+        if (const int result = Count(*child); result != kDone) return result;
         if (child->GetKind() != ORVPrtKind::kRegion) continue;
         const auto& region = static_cast<const ORVPrtClosedFigureRegionElt&>(*child);
         const ORVMathAffine2D regionMap = region.GetTransformAttributes().GetAffine();
         for (const ORVPrtGraphicPrimitiveElt* piece : region.GetChildren()) {
-            if (!Count()) return ORVPrintModelRender::kLowMemory;
+            if (const int result = Count(*piece); result != kDone) return result;
             VisitPrimitive(*piece, [&]<class Primitive>(const Primitive& one) {
                 if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>) {
                     outline_.SetMap(one.GetTransformAttributes().IsEmpty()
@@ -565,14 +571,16 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
     // Asked before anything is drawn, so that no output is begun that cannot be finished.
     for (const ORVPrtImageElt* page : pages)
         if (!HasArea(*page)) return kPageWithoutArea;
-    std::uint64_t left = parameters_.GetDrawLimit();
+    if (pages.size() > parameters_.GetPageLimit()) return kTooManyPages;
+    std::uint64_t left = parameters_.GetDrawLimit(), distinct = 0;
     for (const ORVPrtImageElt* page : pages) {
-        const std::uint64_t count = ORVCountPrimitives(*page, left + 1);
+        const std::uint64_t count = ORVCountPrimitives(*page, left + 1, distinct);
         if (count > left) return kTooManyPrimitives;
         left -= count;
     }
 
     Progress progress(pages);
+    progress.workLeft = parameters_.GetRepeatLimit() + (1 + kGrowthPerPrimitive) * distinct;
     const ORVUnicodeString& title =
         parameters_.GetTitle().IsEmpty() ? pages.front()->GetTitle() : parameters_.GetTitle();
     if (const int result = generator_->BeginDocument({title, static_cast<unsigned int>(pages.size())});
@@ -591,7 +599,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         result = generator_->BeginPage(info);
         if (result != kDone) break;
         result = PageDrawing(*generator_, *page, progress).Draw();
-        if (result != kDone && result != kLowMemory) break;
+        if (result != kDone && result != kLowMemory && result != kTooManyRepeats) break;
         const int ended = generator_->EndPage();
         if (result == kDone) result = ended;
         if (result != kDone) break;

@@ -18,6 +18,10 @@ public:
     static constexpr int kTooManyPrimitives = -3;
     /// Memory ran short while drawing; the output was closed cleanly.
     static constexpr int kLowMemory = -4;
+    /// More pages than the parameters allow. Nothing was drawn.
+    static constexpr int kTooManyPages = -5;
+    /// More repeats of shared primitives than the parameters allow; the output was closed cleanly.
+    static constexpr int kTooManyRepeats = -6;
 
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);

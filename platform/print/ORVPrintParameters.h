@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVUnicodeString.h"
 
 class ORVPrtModel;
@@ -21,8 +22,20 @@ public:
     /// Primitives that one Draw may visit when the host says nothing else; shared ones count each time.
     static constexpr std::uint64_t kDefaultDrawLimit = 200'000'000;
 
+    /// The limits are those of the process at this moment.
+    ORVPrintParameters()
+        : drawLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDrawn)),
+          repeatLimit_(ORVPrintLimits::Get(ORVPrintLimit::kRepeats)),
+          pageLimit_(ORVPrintLimits::Get(ORVPrintLimit::kPages)) {}
+
     void SetDrawLimit(std::uint64_t limit) { drawLimit_ = limit; }
     std::uint64_t GetDrawLimit() const { return drawLimit_; }
+    /// Repeats of shared primitives, of which every distinct one allows some more; see ORVPrintLimit.
+    void SetRepeatLimit(std::uint64_t limit) { repeatLimit_ = limit; }
+    std::uint64_t GetRepeatLimit() const { return repeatLimit_; }
+    /// Pages that one Draw may consist of.
+    void SetPageLimit(std::uint64_t limit) { pageLimit_ = limit; }
+    std::uint64_t GetPageLimit() const { return pageLimit_; }
 
     /// Pages that a drawing of all pages consists of, 1-based, in the order in which they come out; none
     /// for every page. Numbers beyond the model's pages draw nothing.
@@ -38,7 +51,7 @@ public:
     ORVPrintModelInspector* GetModelInspector() const { return inspector_; }
 
 private:
-    std::uint64_t drawLimit_ = kDefaultDrawLimit;
+    std::uint64_t drawLimit_, repeatLimit_, pageLimit_;
     std::vector<unsigned int> pages_;
     ORVUnicodeString title_;
     ORVPrintModelInspector* inspector_ = nullptr;

@@ -5,8 +5,14 @@
 #include <vector>
 
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/system/ORVPrintLimits.h"
 
-std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uint64_t limit) {
+std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive) {
+    return 1 + primitive.GetPayloadBytes() / kPayloadUnit;
+}
+
+std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uint64_t limit,
+                                 std::uint64_t& distinct) {
     struct Frame {
         const ORVPrtGraphicPrimitiveElt* container;
         std::size_t next;
@@ -25,6 +31,7 @@ std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uin
             children->Prefetch(frame.next);
             const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
             frame.count = add(frame.count, 1);
+            distinct += ORVDrawingWork(*child);
             // A pattern in the tree draws nothing, and nothing below it.
             if (!child->GetChildList() || child->GetKind() == ORVPrtKind::kPattern) continue;
             const auto known = child->GetReferenceCount() > 1 ? shared.find(child) : shared.end();

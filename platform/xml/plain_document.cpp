@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVUnicodeString.h"
 
 namespace {
 
-constexpr std::size_t kLargestDepth = 1024;
 // Elements with more attributes of unknown names are left to the parser that can tell many apart.
 constexpr std::size_t kMostUnknownAttributes = 16;
 // From this length on, a value is looked through by the system's vector routines.
@@ -218,6 +218,7 @@ private:
     const char* p_;
     const char* const end_;
     XmlEventSink& sink_;
+    const std::size_t largestDepth_ = ORVPrintLimits::Get(ORVPrintLimit::kElementDepth);
     std::vector<std::string_view> open_;
     std::vector<ORVXmlAttribute> attributes_;
     std::vector<std::int8_t> numbers_;
@@ -289,7 +290,7 @@ bool PlainReading::ReadMarkup() {
 bool PlainReading::ReadStartTag() {
     ++p_;  // "<"
     std::string_view name;
-    if (!TakeName(name) || open_.size() == kLargestDepth) return false;
+    if (!TakeName(name) || open_.size() >= largestDepth_) return false;
     attributes_.clear();
     numbers_.clear();
     changedCount_ = 0;

@@ -10,17 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/xml/encoding_conversion.h"
 #include "platform/xml/entity_nesting.h"
 
 namespace {
 
-constexpr std::size_t kLargestDepth = 1024;
 constexpr std::size_t kLargestEntityNesting = 1024;
 
-// A document may grow by its entities, and by the attributes that its type supplies, to 100 times its size
-// once it is past 8 MiB.
-constexpr unsigned kLargestAmplification = 100;
+// A document may grow by its entities, and by the attributes that its type supplies, this far at least.
 constexpr std::size_t kFreeAmplification = std::size_t{8} << 20U;
 
 // The parser counts bytes in an int, and what it has not finished when a piece ends is read again.
@@ -77,6 +75,9 @@ private:
     std::vector<std::int8_t> numbers_;
     EntityNesting entities_;
     std::string foreignEncoding_;
+    const std::size_t largestDepth_ = ORVPrintLimits::Get(ORVPrintLimit::kElementDepth);
+    const std::size_t largestGrowth_ =
+        std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kEntityGrowth), 1);
     std::size_t depth_ = 0;
     std::size_t size_ = 0;           // of the document
     std::size_t suppliedBytes_ = 0;  // of attributes from the document type, each time they were supplied
@@ -100,7 +101,10 @@ ORVXmlPlace Reading::Locate() const {
 }
 
 void Reading::StartElement(const char* name, const char** pairs) {
-    if (depth_ == kLargestDepth) return Fail("elements are nested more than 1024 deep");
+    if (depth_ >= largestDepth_) {
+        const std::string message = "elements are nested more than " + std::to_string(largestDepth_) + " deep";
+        return Fail(message.c_str());
+    }
     ++depth_;
 
     attributes_.clear();
@@ -113,7 +117,7 @@ void Reading::StartElement(const char* name, const char** pairs) {
     const auto written = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get())) / 2;
     for (std::size_t i = written; i < attributes_.size(); ++i)
         suppliedBytes_ += sizeof(ORVXmlAttribute) + attributes_[i].name.size() + attributes_[i].value.size();
-    if (suppliedBytes_ > kFreeAmplification && suppliedBytes_ / kLargestAmplification > size_)
+    if (suppliedBytes_ > kFreeAmplification && suppliedBytes_ / largestGrowth_ > size_)
         return Fail("the document type supplies too many attributes");
 
     sink_.StartElement({name, attributes_, numbers_, written, this});
@@ -180,8 +184,7 @@ void Reading::SetHandlers() {
     // Without a handler for external entities none is ever loaded; this is about the internal ones, which may
     // hold declarations of default attributes.
     XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
-    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser,
-                                                             static_cast<float>(kLargestAmplification));
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(largestGrowth_));
     XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, kFreeAmplification);
 }
 

@@ -11,9 +11,9 @@ enum class XmlEncoding {
 };
 
 /// Reads a document and reports its events until it ends or is not well formed. Nothing but `bytes` is ever
-/// looked at: no external entity, no external document type. Elements may be nested 1024 deep; entities and
-/// attributes that the document type supplies may not blow the document up. What exceeds these limits
-/// counts as not well formed.
+/// looked at: no external entity, no external document type. How deep elements may be nested, and how far
+/// entities and attributes that the document type supplies may blow the document up, say the limits of the
+/// process; what exceeds them counts as not well formed.
 /// @return true when the document is well formed; else `error` says what is wrong and where
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ReadXml(std::string_view bytes, XmlEncoding encoding,
                                                XmlEventSink& sink, ORVXmlError& error);

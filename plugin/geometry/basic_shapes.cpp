@@ -7,6 +7,7 @@
 #include "platform/model/ORVPrtLineElt.h"
 #include "platform/model/ORVPrtPolygonElt.h"
 #include "platform/model/ORVPrtPolylineElt.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/model/ORVPrtRectangleElt.h"
 #include "plugin/geometry/markers.h"
 #include "plugin/structure/SvgDrawState.h"
@@ -66,7 +67,8 @@ void ReadPointList(const SvgDrawState& state, const Element& element, Primitive&
     const std::string_view value = element.Attribute(AttributeName::kPoints).text;
     if (value.empty()) return;
     std::vector<double> numbers;
-    ReadCoordinateNumbers(state, value, numbers);
+    if (!ReadCoordinateNumbers(state, value, numbers) && primitive.GetBudget())
+        primitive.GetBudget()->Refuse(ORVPrintLimit::kPathPoints);
     if (numbers.size() >= 2) primitive.SetPoints(numbers.data(), numbers.size() / 2);
     PlaceMarkers(state, markers, numbers, container);
 }

@@ -6,6 +6,7 @@
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtGroupElt.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/files.h"
 #include "plugin/geometry/base64.h"
@@ -69,10 +70,17 @@ bool HoldsImageData(std::string_view reference) {
 }
 
 void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap) {
+    ORVPrtPrimitiveBudget* const budget = bitmap.GetBudget();
+    if (budget && !budget->MayTakePixels()) return;
     ORVUnicodeString path;
     const ORVRef<ORVPixelImage> image =
         FindImageFile(state, reference, path) ? LoadFile(path) : LoadData(reference);
-    if (image) bitmap.SetPixelImage(image.get());
+    if (!image) return;
+    bitmap.SetPixelImage(image.get());
+    if (budget)
+        budget->NotePixels(static_cast<std::uint64_t>(image->GetWidth()) *
+                               static_cast<std::uint64_t>(image->GetHeight()),
+                           image->GetFileSize());
 }
 
 ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,

@@ -35,7 +35,10 @@ char UpperCase(char letter) { return letter >= 'a' ? static_cast<char>(letter - 
 }  // namespace
 
 PathDataInterpreter::PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group, bool keepsVertices)
-    : state_(state), group_(group), keepsVertices_(keepsVertices) {}
+    : state_(state),
+      group_(group),
+      keepsVertices_(keepsVertices),
+      pointsLeft_(ORVPrintLimits::Get(ORVPrintLimit::kPathPoints)) {}
 
 PathDataInterpreter::~PathDataInterpreter() = default;
 
@@ -64,7 +67,7 @@ int PathDataInterpreter::Interpret(std::string_view data) {
     current_ = subpathStart_ = lastControl_ = {0.0, state_.pageHeight};
     do {
         Execute(letter, scanner);
-    } while (scanner.NextCommand(letter));
+    } while (!isCutOff_ && scanner.NextCommand(letter));
     FlushPoints();
     if (figure_ && vertexCount_ <= kDegenerateVertices) DissolveFigure();
     return kDone;
@@ -117,6 +120,7 @@ void PathDataInterpreter::HorizontalTo(bool relative, PathScanner& scanner) {
     while (scanner.NextArgument(argument)) {
         double x = 0.0;
         if (!ReadHorizontal(argument, x)) continue;
+        if (!TakePoint()) break;
         current_.x = relative ? current_.x + x : x;
         AppendPoint(current_);
         AddVertex(current_);
@@ -129,6 +133,7 @@ void PathDataInterpreter::VerticalTo(bool relative, PathScanner& scanner) {
     while (scanner.NextArgument(argument)) {
         double y = 0.0;
         if (!ReadVertical(argument, y)) continue;
+        if (!TakePoint()) break;
         if (relative) y = state_.yFlip == 1 ? current_.y + y - state_.pageHeight : current_.y + y;
         current_.y = y;
         AppendPoint(current_);
@@ -138,6 +143,7 @@ void PathDataInterpreter::VerticalTo(bool relative, PathScanner& scanner) {
 }
 
 void PathDataInterpreter::ClosePath() {
+    if (!TakePoint()) return;
     AppendPoint(subpathStart_);
     AddVertex(subpathStart_);
     FlushPoints();
@@ -226,6 +232,7 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
     std::string_view argument;
     // An argument that cannot be read is missing from the list of its place only.
     for (std::size_t place = 0; scanner.NextArgument(argument); place = (place + 1) % 7) {
+        if (place == 0 && !TakePoint()) break;
         double number = 0.0;
         bool read = false;
         switch (place) {
@@ -301,12 +308,16 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
     for (bool isX = true;; isX = !isX) {
         double number = 0.0;
         if (scanner.NextPlainNumber(number)) {
+            if (numbers_.size() % 2 == 0 && !TakePoint()) break;
             numbers_.push_back(isX || state_.yFlip != 1 ? number : state_.pageHeight - number);
             continue;
         }
         if (!scanner.NextArgument(argument)) break;
         if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number))
+{
+            if (numbers_.size() % 2 == 0 && !TakePoint()) break;
             numbers_.push_back(number);
+        }
     }
     if (!relative) return;
 
@@ -323,6 +334,15 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
 
 ORVMathPoint2D PathDataInterpreter::ReflectedControl() const {
     return {2.0 * current_.x - lastControl_.x, 2.0 * current_.y - lastControl_.y};
+}
+
+bool PathDataInterpreter::TakePoint() {
+    if (pointsLeft_ > 0) {
+        --pointsLeft_;
+        return true;
+    }
+    isCutOff_ = true;
+    return state_.model->GetBudget().Refuse(ORVPrintLimit::kPathPoints);
 }
 
 void PathDataInterpreter::AppendPoint(const ORVMathPoint2D& point) {

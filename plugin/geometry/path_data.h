@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -53,6 +54,8 @@ private:
     ORVMathPoint2D Pair(std::size_t index) const { return {numbers_[2 * index], numbers_[2 * index + 1]}; }
     ORVMathPoint2D ReflectedControl() const;
 
+    /// Takes one point of those that a path may have; false when there are no more, and the path ends there.
+    bool TakePoint();
     void AppendPoint(const ORVMathPoint2D& point);
     void AddVertex(const ORVMathPoint2D& point);
     void FlushPoints();
@@ -74,4 +77,6 @@ private:
     const bool keepsVertices_;
     std::size_t vertexCount_ = 0;
     std::vector<double> vertices_;
+    std::uint64_t pointsLeft_;
+    bool isCutOff_ = false;
 };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/print/ORVPrintInput.h"
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/files.h"
 
 namespace {
@@ -25,11 +26,13 @@ SvgDocumentSource::SvgDocumentSource(const ORVIDOMElement_var& element) : domEle
 void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
     if (stream.Open("rb") < 0 || stream.IsOpen() == 0 || stream.IsReadable() == 0) return;
 
+    const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
     std::size_t size = 0;
     {
         std::vector<char> block(kCountingBlock);
-        while (stream.HasMoreData()) size += stream.Read(block.data(), block.size());
+        while (stream.HasMoreData() && size <= most) size += stream.Read(block.data(), block.size());
     }
+    if (size > most) size = 0;
     stream.Reset();
     stream.Seek(0);
     if (size > 0) text_.reset(new (std::nothrow) char[size]);

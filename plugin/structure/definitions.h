@@ -18,7 +18,8 @@ struct SvgDrawState;
 /// index by identifier that answers in constant time on average. Owns a reference to each holder.
 class SvgDefinitions {
 public:
-    SvgDefinitions() = default;
+    /// @param budget  of the model, which bounds restyling; may be null
+    explicit SvgDefinitions(ORVPrtPrimitiveBudget* budget = nullptr) : restyling_(budget) {}
     SvgDefinitions(const SvgDefinitions&) = delete;
     SvgDefinitions& operator=(const SvgDefinitions&) = delete;
     ~SvgDefinitions();

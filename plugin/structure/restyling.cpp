@@ -1,8 +1,10 @@
 #include "plugin/structure/restyling.h"
 
+#include <limits>
 #include <type_traits>
 #include <vector>
 
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/model/visit_primitive.h"
 #include "plugin/structure/SvgDrawState.h"
 
@@ -43,16 +45,19 @@ bool SvgRestyling::RestyleShared(const SvgDrawState& state, ORVPrtGraphicPrimiti
 
 // Definitions are complete when they can be found: what bears the mark has nothing below it that does not.
 bool SvgRestyling::Walk(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive, std::uint32_t mark) {
+    const std::uint64_t most = budget_ ? budget_->GetVisitsLeft() : std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t visits = 0;
     std::vector<ORVPrtGraphicPrimitiveElt*> waiting{&primitive};
-    while (!waiting.empty()) {
+    while (!waiting.empty() && visits < most) {
         ORVPrtGraphicPrimitiveElt* next = waiting.back();
         waiting.pop_back();
         if (next->GetVisitMark() == mark) continue;
-        if (++visits_ > kVisitLimit) return false;
+        ++visits;
         next->SetVisitMark(mark);
         RestyleOne(state, *next);
         if (const ORVPrtChildList* children = next->GetChildList())
             waiting.insert(waiting.end(), children->begin(), children->end());
     }
-    return true;
+    if (budget_) budget_->NoteVisits(visits);
+    return waiting.empty();
 }

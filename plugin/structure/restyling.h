@@ -7,14 +7,16 @@
 #include "platform/model/ORVPrtTextAttributes.h"
 
 class ORVPrtGraphicPrimitiveElt;
+class ORVPrtPrimitiveBudget;
 struct SvgDrawState;
 
 /// Gives trees of primitives the stroke, fill and text sets of a state, each primitive those that its class
 /// has. Draw styles, transforms and identifiers stay.
 class SvgRestyling {
 public:
-    /// Primitives that one page may restyle, so that hostile input ends in an answer.
-    static constexpr std::uint64_t kVisitLimit = 100'000'000;
+    /// @param budget  of the model, which bounds the visits; may be null
+    explicit SvgRestyling(ORVPrtPrimitiveBudget* budget = nullptr) : budget_(budget) {}
+    ORVPrtPrimitiveBudget* GetBudget() const { return budget_; }
 
     /// Restyles a tree that nothing else refers to: a fresh duplicate.
     /// @return false when the limit is reached
@@ -28,7 +30,7 @@ public:
 private:
     bool Walk(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive, std::uint32_t mark);
 
-    std::uint64_t visits_ = 0;
+    ORVPrtPrimitiveBudget* budget_;
     // The sets that shared definitions got last, and the mark of the primitives that have them.
     std::uint32_t sharedMark_ = 0;
     ORVPrtStrokeAttributes sharedStroke_;

@@ -87,8 +87,8 @@ int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& 
     model.AddImage(page.get());
     EnsureColourTable(*page);
 
-    SvgDefinitions definitions;
-    ORVPrintModelBoundingBoxComputer boxes;
+    SvgDefinitions definitions(&model.GetBudget());
+    ORVPrintModelBoundingBoxComputer boxes(model.GetBudget());
     SvgDrawState state;
     state.model = &model;
     state.page = page.get();

@@ -9,6 +9,7 @@
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtPatternElt.h"
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/number_conversion.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/definitions.h"
@@ -128,14 +129,17 @@ void ApplyDashArray(SvgDrawState& state, std::string_view value) {
         state.stroke.SetStrokeType(kLineSolid);
         return;
     }
+    const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kDashes);
     std::vector<float> lengths;
     constexpr std::string_view kSeparators = " ,";
     for (std::size_t start = value.find_first_not_of(kSeparators); start != value.npos;
          start = value.find_first_not_of(kSeparators, start)) {
         const std::size_t end = std::min(value.find_first_of(kSeparators, start), value.size());
         double number = 0.0;
-        if (ORVConvertToDouble(value.substr(start, end - start), number) == kRead)
+        if (ORVConvertToDouble(value.substr(start, end - start), number) == kRead) {
+            if (lengths.size() >= most) return;
             lengths.push_back(static_cast<float>(number));
+        }
         start = end;
     }
     state.stroke.SetStrokeType(kLineUserDash);

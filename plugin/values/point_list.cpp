@@ -1,5 +1,6 @@
 #include "plugin/values/point_list.h"
 
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/short_number.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
@@ -42,21 +43,25 @@ bool NextPlainNumber(std::string_view text, std::size_t& position, bool isX, dou
 
 }  // namespace
 
-void ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers) {
+bool ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers) {
     numbers.clear();
     std::size_t position = 0;
+    const std::uint64_t most = 2 * ORVPrintLimits::Get(ORVPrintLimit::kPathPoints);
     bool endsText = false;
     double number = 0.0;
     const auto readY = [&](std::string_view token) {
         number = 0.0;
         if (ParseVerticalCoordinate(state, token, number) == kRead) numbers.push_back(number);
     };
-    while (position < value.size()) {
+    while (position < value.size() && numbers.size() <= most) {
         if (NextPlainNumber(value, position, true, number)) {
             numbers.push_back(number);
         } else {
             const std::string_view token = NextToken(value, position, endsText);
-            if (endsText) return readY(token);  // only a token with a blank behind it is an x
+            if (endsText) {  // only a token with a blank behind it is an x
+                readY(token);
+                break;
+            }
             if (ParseHorizontalLength(state, token, number) == kRead) numbers.push_back(number);
         }
         if (NextPlainNumber(value, position, false, number))
@@ -64,4 +69,7 @@ void ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, st
         else
             readY(NextToken(value, position, endsText));
     }
+    if (numbers.size() <= most) return true;
+    numbers.resize(most);
+    return false;
 }

@@ -9,4 +9,5 @@ struct SvgDrawState;
 /// page coordinates: units and percentages resolved, y mirrored where the state flips it. Commas and blanks
 /// separate. A token that is no number drops out without a placeholder, so that the numbers after it move up
 /// one place; the last token of the text counts as a y wherever it stands. Both are kept on purpose.
-void ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers);
+/// @return false when there are more numbers than a primitive may have points; they are left out
+bool ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers);

@@ -1,6 +1,5 @@
 #include "platform/visualization/images/ORVPixelImage.h"
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -13,14 +12,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImageBuilder.h"
 
 namespace {
 
 constexpr std::size_t kBytesAPixel = 4;
-
-std::atomic<std::uint64_t> pixelLimit{std::uint64_t{1} << 28};
 
 std::uint8_t* AllocatePixels(std::size_t width, std::size_t height) {
     // calloc hands out large blocks untouched: they cost memory as they are written.
@@ -80,9 +78,11 @@ const ORVMetaClass& ORVPixelImage::MetaClass() {
 
 void ORVPixelImage::Free::operator()(std::uint8_t* memory) const { std::free(memory); }
 
-void ORVPixelImage::SetPixelLimit(std::uint64_t pixels) { pixelLimit = pixels; }
+void ORVPixelImage::SetPixelLimit(std::uint64_t pixels) {
+    ORVPrintLimits::Set(ORVPrintLimit::kImagePixels, pixels);
+}
 
-std::uint64_t ORVPixelImage::GetPixelLimit() { return pixelLimit; }
+std::uint64_t ORVPixelImage::GetPixelLimit() { return ORVPrintLimits::Get(ORVPrintLimit::kImagePixels); }
 
 ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colours*/, int /*flags*/) {
     try {
@@ -177,6 +177,7 @@ ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vect
     image->width_ = width;
     image->height_ = height;
     image->file_ = std::move(file);
+    image->fileSize_ = image->file_.size();
     image->jpeg_ = source;
     image->jpeg_.bytes = image->file_;
     return image;
@@ -184,9 +185,10 @@ ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vect
 
 ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const void* bytes,
                                                           std::size_t size) {
-    constexpr std::size_t kLarge = std::size_t{16} << 20;  // bytes of pixels
+    constexpr std::size_t kLarge = std::size_t{1} << 20;  // bytes of pixels
     ORVRef<ORVPixelImage> image(decoder(bytes, size));
     if (!image) return nullptr;
+    image->fileSize_ = size;
     const std::size_t pixelBytes = image->GetPixels().size();
     if (pixelBytes > kLarge && size < pixelBytes / 2) {
         try {

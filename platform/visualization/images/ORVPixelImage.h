@@ -48,6 +48,8 @@ public:
 
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
+    /// Bytes that the image was read from; 0 for one made of pixels.
+    std::size_t GetFileSize() const { return fileSize_; }
     /// True when some pixel is not opaque.
     bool HasAlpha() const { return hasAlpha_; }
     /// Pixels per metre, 0 when the file does not say.
@@ -75,6 +77,7 @@ private:
     ~ORVPixelImage() override = default;
 
     int width_ = 0, height_ = 0;
+    std::size_t fileSize_ = 0;
     bool hasAlpha_ = false;
     double horizontalResolution_ = 0.0, verticalResolution_ = 0.0;
     mutable Pixels pixels_;

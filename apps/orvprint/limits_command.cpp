@@ -1,0 +1,42 @@
+#include "apps/orvprint/limits_command.h"
+
+#include <charconv>
+#include <cstdio>
+#include <system_error>
+
+#include "apps/orvprint/report.h"
+
+int ApplyLimits(const std::vector<std::string>& settings) {
+    ORVPrintLimits::UseUnchecked();
+    for (const std::string& setting : settings) {
+        const std::size_t sign = setting.find('=');
+        const std::string name = setting.substr(0, sign);
+        const ORVPrintLimits::Row* row = ORVPrintLimits::Find(name);
+        if (!row) return Report(kExitUsage, "--limit " + name, "is no limit; orvprint limits lists them");
+        const std::string text = sign == std::string::npos ? std::string() : setting.substr(sign + 1);
+        std::uint64_t value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (text.empty() || error != std::errc() || end != text.data() + text.size() || value > row->greatest)
+            return Report(kExitUsage, "--limit " + name,
+                          "needs a whole number of at most " + std::to_string(row->greatest) + ", as in " +
+                              name + "=" + std::to_string(row->unchecked));
+        ORVPrintLimits::Set(row->limit, value);
+    }
+    return kExitDone;
+}
+
+std::string LimitReached(ORVPrintLimit limit) {
+    const ORVPrintLimits::Row& row = ORVPrintLimits::RowOf(limit);
+    return "has more than " + std::to_string(ORVPrintLimits::Get(limit)) + " " + std::string(row.what) +
+           ", which is the limit; if that is meant, raise it with --limit " + std::string(row.name) + "=N";
+}
+
+int RunLimits() {
+    for (const ORVPrintLimits::Row& row : ORVPrintLimits::Rows())
+        std::printf("%-15.*s %20llu  %.*s\n", static_cast<int>(row.name.size()), row.name.data(),
+                    static_cast<unsigned long long>(row.unchecked), static_cast<int>(row.what.size()),
+                    row.what.data());
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return Report(kExitUnwritable, "standard output", "cannot be written");
+    return kExitDone;
+}
