@@ -90,8 +90,8 @@ int ReadBytes(const std::string& path, std::string& bytes) {
     return Unpack(path, bytes);
 }
 
-/// True for a file that is no larger than inputs may be and holds plain text, as far as its first bytes tell. What can be read only once, such as
-/// a pipe, is not looked at and is none.
+/// True for a file that is no larger than inputs may be and holds plain text, as far as its first bytes tell.
+/// What can be read only once, such as a pipe, is not looked at and is none.
 bool IsPlainFile(const std::string& path) {
     struct stat information {};
     if (stat(path.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;

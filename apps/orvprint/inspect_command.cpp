@@ -81,7 +81,7 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
                           LimitReached(*dumper.GetRefusal()));
         if (dumper.IsTooLarge())
             return Report(kExitFailed, DisplayName(input, "standard input"),
-                          "has more than " + std::to_string(kDumpLimit) + " primitives, too many for a dump");
+                          LimitReached(ORVPrintLimit::kRepeats));
         if (!dumper.IsWritten()) dumper.Write(nullptr);
         if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
         return static_cast<int>(kExitDone);

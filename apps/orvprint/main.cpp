@@ -66,7 +66,9 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command
         .add_option_function<std::uint64_t>(
             "--max-primitives",
-            [&options](std::uint64_t count) { options.limits.push_back("primitives=" + std::to_string(count)); },
+            [&options](std::uint64_t count) {
+                options.limits.push_back("primitives=" + std::to_string(count));
+            },
             "Primitives that a drawing may hold, at most: --limit primitives=N")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));

@@ -8,6 +8,7 @@
 #include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/model/visit_primitive.h"
+#include "platform/print/primitive_count.h"
 #include "platform/visualization/fonts/ORVFont.h"
 
 namespace {
@@ -262,6 +263,10 @@ void DumpAttributes(JsonWriter& json, const ORVPrtGraphicPrimitiveElt& primitive
 }  // namespace
 
 bool IsTooLargeToDump(const ORVPrtModel& model) {
+    std::uint64_t distinct = 0;
+    for (const ORVPrtImageElt* page : *model.GetImages()) ORVCountPrimitives(*page, 1, distinct);
+    const std::uint64_t most =
+        ORVPrintLimits::Get(ORVPrintLimit::kRepeats) + (1 + kGrowthPerPrimitive) * distinct;
     std::uint64_t count = 0;
     std::vector<Frame> open;
     for (const ORVPrtImageElt* page : *model.GetImages()) {
@@ -273,7 +278,8 @@ bool IsTooLargeToDump(const ORVPrtModel& model) {
                 continue;
             }
             const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-            if (++count > kDumpLimit) return true;
+            count += ORVDrawingWork(child);
+            if (count > most) return true;
             if (const ORVPrtChildList* children = DumpedChildren(child)) open.push_back({children, 0});
         }
     }

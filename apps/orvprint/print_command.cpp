@@ -137,8 +137,7 @@ private:
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
         if (!sequence_)
-            if (const int code = Open(isWhole, pages.size(), sheets); code != kExitDone)
-                return code;
+            if (const int code = Open(isWhole, pages.size(), sheets); code != kExitDone) return code;
 
         ORVPrintParameters parameters;
         parameters.SetPages(pages);

@@ -52,6 +52,8 @@ public:
     }
 
     std::uint64_t GetTaken() const { return taken_; }
+    /// Those of the primitives taken that are duplicates.
+    std::uint64_t GetDuplicates() const { return duplicates_; }
     bool IsSpent() const { return taken_ >= limit_; }
 
     /// Notes that something was left out because of a limit. @return false

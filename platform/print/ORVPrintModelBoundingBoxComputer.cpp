@@ -183,6 +183,14 @@ ORVMathAffine2D OwnMap(const ORVPrtGraphicPrimitiveElt& primitive) {
 
 bool HasNoBox(ORVPrtKind kind) { return kind == ORVPrtKind::kPattern || kind == ORVPrtKind::kOther; }
 
+/// Visits that a primitive counts for: long lists take longer, and text is laid out.
+std::uint64_t VisitsOf(const ORVPrtGraphicPrimitiveElt& primitive) {
+    constexpr std::uint64_t kVisitsPerByteOfText = 2;
+    const std::uint64_t bytes = primitive.GetPayloadBytes();
+    return 1 +
+           (primitive.GetKind() == ORVPrtKind::kText ? bytes * kVisitsPerByteOfText : bytes / kPayloadUnit);
+}
+
 /// Adds everything in the open frames to the box. @return false when the limit was reached
 bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft) {
     while (!open.empty()) {
@@ -192,8 +200,7 @@ bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visi
             continue;
         }
         const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
-        // Long lists and texts take longer.
-        const std::uint64_t visits = 1 + child.GetPayloadBytes() / kPayloadUnit;
+        const std::uint64_t visits = VisitsOf(child);
         if (visits > visitsLeft) {
             visitsLeft = 0;
             return false;

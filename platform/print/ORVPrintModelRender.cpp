@@ -26,6 +26,9 @@ namespace {
 
 constexpr int kDone = 1;
 
+// User units squared that a repeat may paint, on average.
+constexpr double kAreaPerRepeat = 4096.0;
+
 bool Fills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
@@ -110,6 +113,7 @@ struct Progress {
     bool takesSymbols = true;  // until the generator says that it does not
     std::uint64_t drawn = 0;
     std::uint64_t workLeft = 0;  // see ORVDrawingWork
+    double areaLeft = 0.0;       // user units squared that may still be painted
 };
 
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
@@ -122,8 +126,7 @@ public:
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
-        if (result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats)
-            CloseGroups();
+        if (result == ORVPrintModelRender::kLowMemory) CloseGroups();
         return result;
     }
 
@@ -199,8 +202,8 @@ private:
     /// Puts the text's clipping box into the clip. @return false when it has none
     bool MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map);
 
-    /// Counts one primitive. Memory may have run short, which generators that keep what is drawn are to see in
-    /// time; it is looked at now and then only.
+    /// Counts one primitive. Memory may have run short, which generators that keep what is drawn are to see
+    /// in time; it is looked at now and then only.
     int Count(const ORVPrtGraphicPrimitiveElt& primitive) {
         constexpr std::uint64_t kInterval = 1024;
         constexpr double kLowMemoryFraction = 0.9;
@@ -211,6 +214,11 @@ private:
         progress_.workLeft -= work;
         return kDone;
     }
+
+    /// Takes what painting a box costs generators that make pixels. @return kTooManyRepeats when it is too
+    /// much
+    int TakeArea(const ORVMathBox2D& box, double margin, double surcharge);
+    int TakeArea(const ORVPrintPath& path, const ORVMathAffine2D& toPage, const ORVPrintStroke* stroke);
 
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
@@ -384,7 +392,39 @@ const ORVPrintStroke* PageDrawing::MakeStroke(const ORVPrtStrokeAttributes& attr
 int PageDrawing::DrawPath(const ORVMathAffine2D& toPage, const ORVPrintFill* fill,
                           const ORVPrintStroke* stroke) {
     if (path_.IsEmpty() || (!fill && !stroke)) return kDone;
+    if (const int result = TakeArea(path_, toPage, stroke); result != kDone) return result;
     return generator_.DrawShape({path_, toPage, fill, stroke});
+}
+
+int PageDrawing::TakeArea(const ORVMathBox2D& box, double margin, double surcharge) {
+    double width = 0.0, height = 0.0;
+    page_.GetSize(width, height);
+    const auto extent = [margin](double least, double most, double end) {
+        return std::min(most + margin, end) - std::max(least - margin, 0.0);
+    };
+    const double across = extent(box.xMin, box.xMax, width), down = extent(box.yMin, box.yMax, height);
+    // What lies outside the page costs nothing, and what is no number neither.
+    if (!(across > 0.0) || !(down > 0.0)) return kDone;
+    progress_.areaLeft -= across * down + surcharge;
+    return progress_.areaLeft >= 0.0 ? kDone : ORVPrintModelRender::kTooManyRepeats;
+}
+
+int PageDrawing::TakeArea(const ORVPrintPath& path, const ORVMathAffine2D& toPage,
+                          const ORVPrintStroke* stroke) {
+    ORVMathBox2D box;
+    for (const ORVMathPoint2D& point : path.points) box.Add(toPage(point));
+    const double margin = stroke ? stroke->width * Scale(toPage) / 2.0 : 0.0;
+    double surcharge = 0.0;
+    if (stroke && !stroke->dashes.empty()) {
+        constexpr double kMostDashes = 1e5, kAreaPerDash = 64.0;
+        double period = 0.0;
+        for (const double dash : stroke->dashes) period += dash;
+        const double length = (box.xMax - box.xMin + box.yMax - box.yMin) *
+                              std::max(1.0, static_cast<double>(path.points.size()) / 4.0);
+        const double dashes = length / (period * Scale(toPage)) * static_cast<double>(stroke->dashes.size());
+        surcharge = dashes < kMostDashes ? dashes * kAreaPerDash : kMostDashes * kAreaPerDash;
+    }
+    return TakeArea(box, margin, surcharge);
 }
 
 int PageDrawing::FlushLine() {
@@ -496,6 +536,10 @@ int PageDrawing::Draw(const ORVPrtTextElt& text) {
     const ORVTextPlacement placement = ORVPlaceText(text, {layout.advance, layout.ascent, layout.descent});
     const ORVMathAffine2D toPage = map * placement.toModel;
     if (layout.runs.empty() || !IsUsable(toPage)) return kDone;
+    ORVMathBox2D box;
+    for (const double x : {placement.box.xMin, placement.box.xMax})
+        for (const double y : {placement.box.yMin, placement.box.yMax}) box.Add(toPage({x, y}));
+    if (const int result = TakeArea(box, 0.0, 0.0); result != kDone) return result;
     const bool clipped = MakeClip(text, map);
     return generator_.DrawText({layout, text.GetText(), toPage, fill, stroke, clipped ? &clip_ : nullptr});
 }
@@ -538,6 +582,10 @@ int PageDrawing::Draw(const ORVPrtBitmapImageElt& bitmap) {
                                   axes.center.y + axes.second.y};
     const ORVMathAffine2D toPage = MapOf(bitmap) * toModel;
     if (!IsUsable(toPage)) return kDone;
+    ORVMathBox2D box;
+    for (const double x : {0.0, 1.0})
+        for (const double y : {0.0, 1.0}) box.Add(toPage({x, y}));
+    if (const int result = TakeArea(box, 0.0, 0.0); result != kDone) return result;
     return generator_.DrawImage({*image, toPage});
 }
 
@@ -581,6 +629,16 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
 
     Progress progress(pages);
     progress.workLeft = parameters_.GetRepeatLimit() + (1 + kGrowthPerPrimitive) * distinct;
+    // Every primitive that the document itself makes may cover its page.
+    double largestPage = 0.0;
+    for (const ORVPrtImageElt* page : pages) {
+        double width = 0.0, height = 0.0;
+        page->GetSize(width, height);
+        largestPage = std::max(largestPage, width * height);
+    }
+    const ORVPrtPrimitiveBudget& budget = model_.GetBudget();
+    progress.areaLeft = kAreaPerRepeat * static_cast<double>(parameters_.GetRepeatLimit()) +
+                        2.0 * largestPage * static_cast<double>(budget.GetTaken() - budget.GetDuplicates());
     const ORVUnicodeString& title =
         parameters_.GetTitle().IsEmpty() ? pages.front()->GetTitle() : parameters_.GetTitle();
     if (const int result = generator_->BeginDocument({title, static_cast<unsigned int>(pages.size())});
@@ -599,7 +657,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         result = generator_->BeginPage(info);
         if (result != kDone) break;
         result = PageDrawing(*generator_, *page, progress).Draw();
-        if (result != kDone && result != kLowMemory && result != kTooManyRepeats) break;
+        if (result != kDone && result != kLowMemory) break;
         const int ended = generator_->EndPage();
         if (result == kDone) result = ended;
         if (result != kDone) break;

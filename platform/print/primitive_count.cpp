@@ -8,7 +8,10 @@
 #include "platform/system/ORVPrintLimits.h"
 
 std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive) {
-    return 1 + primitive.GetPayloadBytes() / kPayloadUnit;
+    // A character is a shape, or half of one; a point is much less.
+    constexpr std::uint64_t kTextUnit = 2, kPointsUnit = 32;
+    return 1 +
+           primitive.GetPayloadBytes() / (primitive.GetKind() == ORVPrtKind::kText ? kTextUnit : kPointsUnit);
 }
 
 std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uint64_t limit,

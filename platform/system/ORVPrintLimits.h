@@ -24,11 +24,12 @@ enum class ORVPrintLimit : std::uint8_t {
     kEntityGrowth,
     /// Primitives that a model may allocate, duplicates included. The bound of last resort.
     kPrimitives,
-    /// Duplicates of definitions; one for each primitive and for each 128 bytes of points and text in it. Ten
+    /// Duplicates of definitions; one for each primitive and for each 128 bytes of points and text in it.
+    /// Three
     /// more for every primitive that the document itself makes. Ten groups, each of which uses the one before
     /// ten times in another colour; markers on the vertices of markers.
     kDuplicates,
-    /// Primitives that are visited for boxes and restyling while a model is built; ten more for every
+    /// Primitives that are visited for boxes and restyling while a model is built; three more for every
     /// primitive that the document itself makes. As above, with definitions that are shared and placed by
     /// their boxes.
     kVisits,
@@ -45,8 +46,9 @@ enum class ORVPrintLimit : std::uint8_t {
     /// Primitives that one drawing visits, shared ones each time. Sharing makes a small model draw without
     /// end.
     kDrawn,
-    /// What is drawn again because it is shared, by generators that do not store it once; counted as
-    /// duplicates are. Ten more for every distinct primitive.
+    /// What is drawn again because it is shared, by generators that do not store it once; much text and many
+    /// points count more. Three more for every distinct primitive. Also bounds the area that repeats and
+    /// duplicates paint: a small drawing may be a rectangle as large as the page, a million times.
     kRepeats,
     /// Pages of one output. A million empty pages are thirty megabytes of input, and as many files.
     kPages,
@@ -86,7 +88,7 @@ public:
 
 /// Things that one primitive of the document adds to the limits of duplicates, visits and repeats, so that
 /// these stop what is out of all proportion and not what is large.
-inline constexpr std::uint64_t kGrowthPerPrimitive = 10;
+inline constexpr std::uint64_t kGrowthPerPrimitive = 3;
 /// Bytes of points and text that count as much as a primitive.
 inline constexpr std::uint64_t kPayloadUnit = 128;
 /// Pixels of an image for each byte of its file that do not count for a document.

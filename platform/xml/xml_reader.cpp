@@ -102,7 +102,8 @@ ORVXmlPlace Reading::Locate() const {
 
 void Reading::StartElement(const char* name, const char** pairs) {
     if (depth_ >= largestDepth_) {
-        const std::string message = "elements are nested more than " + std::to_string(largestDepth_) + " deep";
+        const std::string message =
+            "elements are nested more than " + std::to_string(largestDepth_) + " deep";
         return Fail(message.c_str());
     }
     ++depth_;

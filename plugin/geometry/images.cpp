@@ -78,9 +78,9 @@ void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPr
     if (!image) return;
     bitmap.SetPixelImage(image.get());
     if (budget)
-        budget->NotePixels(static_cast<std::uint64_t>(image->GetWidth()) *
-                               static_cast<std::uint64_t>(image->GetHeight()),
-                           image->GetFileSize());
+        budget->NotePixels(
+            static_cast<std::uint64_t>(image->GetWidth()) * static_cast<std::uint64_t>(image->GetHeight()),
+            image->GetFileSize());
 }
 
 ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,

@@ -313,8 +313,7 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
             continue;
         }
         if (!scanner.NextArgument(argument)) break;
-        if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number))
-{
+        if (isX ? ReadHorizontal(argument, number) : ReadVertical(argument, number)) {
             if (numbers_.size() % 2 == 0 && !TakePoint()) break;
             numbers_.push_back(number);
         }
