@@ -1,0 +1,323 @@
+// What the command does with input that was made to break it.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "platform/system/ORVPrintLimits.h"
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+std::string Repeat(const std::string& text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) result += text;
+    return result;
+}
+
+const std::string kLeaf = "<rect width='1' height='1' fill='red'/>";
+
+/// Levels of groups, each of which uses the one before ten times.
+std::string Fan(int levels, const std::string& leaf, const std::string& attributes,
+                const std::string& element = "g") {
+    std::string text = "<defs><" + element + " id='d0'>" + leaf + "</" + element + "></defs>";
+    for (int i = 1; i < levels; ++i)
+        text += "<defs><" + element + " id='d" + std::to_string(i) + "'>" +
+                Repeat("<use xlink:href='#d" + std::to_string(i - 1) + "' " + attributes + "/>", 10) + "</" +
+                element + "></defs>";
+    return text + "<use xlink:href='#d" + std::to_string(levels - 1) + "' " + attributes + "/>";
+}
+
+class LimitsToolTest : public ToolTest {
+protected:
+    /// Prints to `output` under a limit of the stack.
+    ToolRun RunWithStack(const std::string& kibibytes, const std::string& arguments) const {
+        return RunProgram({"bash", "-c", "ulimit -s " + kibibytes + "; '" ORV_TOOL_PATH "' " + arguments});
+    }
+    /// Memory bounds what a failure could do to the machine.
+    ToolRun RunBounded(const std::string& arguments) const {
+#if defined(__SANITIZE_ADDRESS__)
+        return RunProgram({"bash", "-c", "'" ORV_TOOL_PATH "' " + arguments});
+#else
+        return RunProgram({"bash", "-c", "ulimit -v 2500000; '" ORV_TOOL_PATH "' " + arguments});
+#endif
+    }
+};
+
+TEST_F(LimitsToolTest, AreListed) {
+    const ToolRun run = Run({"limits"});
+    EXPECT_EQ(run.exitCode, 0);
+    std::istringstream lines(run.output);
+    for (const ORVPrintLimits::Row& row : ORVPrintLimits::Rows()) {
+        std::string name;
+        std::uint64_t value = 0;
+        lines >> name >> value;
+        EXPECT_EQ(name, row.name);
+        EXPECT_EQ(value, row.unchecked);
+        std::getline(lines, name);
+        EXPECT_THAT(name, HasSubstr(std::string(row.what)));
+    }
+}
+
+TEST_F(LimitsToolTest, AreSetByName) {
+    WriteFile("a.svg", SmallDrawing(kLeaf + kLeaf));
+    EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit", "primitives=3"}).exitCode, 0);
+    const ToolRun refused = Run({"a.svg", "-o", "a.pdf", "--limit", "primitives=2"});
+    EXPECT_EQ(refused.exitCode, 9);
+    EXPECT_EQ(refused.errors,
+              "orvprint: a.svg: has more than 2 primitives, which is the limit; if that is meant, raise it "
+              "with --limit primitives=N\n");
+    EXPECT_EQ(Run({"info", "a.svg", "--limit", "primitives=2"}).exitCode, 9);
+    EXPECT_EQ(Run({"inspect", "a.svg", "--limit", "primitives=2"}).exitCode, 9);
+    EXPECT_EQ(Run({"check", "a.svg", "--limit", "element-depth=1"}).exitCode, 4);
+    EXPECT_EQ(Run({"check", "a.svg", "--limit", "element-depth=2"}).exitCode, 0);
+    // The last one counts.
+    EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit=primitives=2", "--limit=primitives=3"}).exitCode, 0);
+}
+
+TEST_F(LimitsToolTest, SettingsThatCannotBeUnderstood) {
+    WriteFile("a.svg", SmallDrawing(kLeaf));
+    for (const char* setting : {"such=1", "primitives", "primitives=", "primitives=x", "primitives=1x",
+                                "primitives=-1", "element-depth=1025", "primitives=99999999999999999999"}) {
+        const ToolRun run = Run({"a.svg", "-o", "a.pdf", "--limit", setting});
+        EXPECT_EQ(run.exitCode, 2) << setting;
+        EXPECT_THAT(run.errors, StartsWith("orvprint: --limit ")) << setting;
+    }
+    EXPECT_FALSE(Exists("a.pdf"));
+}
+
+TEST_F(LimitsToolTest, BytesOfAnInput) {
+    const std::string drawing = SmallDrawing(kLeaf);
+    WriteFile("a.svg", drawing);
+    const std::string size = std::to_string(drawing.size()), less = std::to_string(drawing.size() - 1);
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"info", "a.svg"},
+                                                    {"check", "a.svg"},
+                                                    {"inspect", "a.svg"},
+                                                    {"a.svg", "-o", "a.pdf"}}) {
+        std::vector<std::string> fits = command, exceeds = command;
+        fits.insert(fits.end(), {"--limit", "input-bytes=" + size});
+        exceeds.insert(exceeds.end(), {"--limit", "input-bytes=" + less});
+        EXPECT_EQ(Run(fits).exitCode, 0) << command[0];
+        EXPECT_EQ(Run(exceeds).exitCode, 9) << command[0];
+    }
+    EXPECT_EQ(Run({"info", "-", "--limit", "input-bytes=" + size}, drawing).exitCode, 0);
+    EXPECT_EQ(Run({"info", "-", "--limit", "input-bytes=" + less}, drawing).exitCode, 9);
+}
+
+TEST_F(LimitsToolTest, InputsThatNeverEnd) {
+    WriteFile("sparse.svg", "");
+    std::filesystem::resize_file(Folder() / "sparse.svg", std::uintmax_t{1} << 40U);
+    for (const char* command : {"", "info ", "inspect ", "check "})
+        for (const char* input : {"sparse.svg", "/dev/zero"}) {
+            const std::string output = *command == 0 ? " -o a.pdf" : "";
+            const ToolRun run =
+                RunBounded(std::string(command) + input + output + " --limit input-bytes=50000000");
+            EXPECT_EQ(run.exitCode, 9) << command << input;
+            EXPECT_THAT(run.errors, HasSubstr("has more than 50000000 bytes")) << command << input;
+        }
+}
+
+TEST_F(LimitsToolTest, Pages) {
+    WriteFile("a.svg", "<svg>" + Repeat("<svg width='9' height='9'/>", 3) + "</svg>");
+    EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit", "pages=3"}).exitCode, 0);
+    EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "pages=2"}).exitCode, 9);
+    EXPECT_EQ(Run({"a.svg", "a.svg", "-o", "b.pdf", "--limit", "pages=5"}).exitCode, 9);
+    EXPECT_EQ(Run({"a.svg", "-o", "b.pdf", "--limit", "pages=2", "--pages", "2-3"}).exitCode, 0);
+    // A poster's sheets are pages, too.
+    WriteFile("wide.svg", "<svg width='9000' height='9000'/>");
+    EXPECT_EQ(
+        Run({"wide.svg", "-o", "c.pdf", "--paper", "A4", "--scale", "1000%", "--tile", "--limit", "pages=20"})
+            .exitCode,
+        9);
+    EXPECT_THAT(Files(), testing::ElementsAre("a.pdf", "a.svg", "b.pdf", "wide.svg"));
+}
+
+TEST_F(LimitsToolTest, PixelsOfAPage) {
+    WriteFile("a.svg", "<svg width='20' height='10'/>");
+    EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--limit", "page-pixels=200"}).exitCode, 0);
+    EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "page-pixels=199"}).exitCode, 9);
+    EXPECT_FALSE(Exists("b.png"));
+}
+
+// Small documents that say a great deal: all end, in a page or in an error that says why.
+TEST_F(LimitsToolTest, BillionsOfLaughs) {
+    std::string markers = "<marker id='m0'>" + kLeaf + "</marker>",
+                entities = "<!ENTITY e0 'aaaaaaaaaaaaaaaa'>";
+    std::string patterns = "<pattern id='p0' width='9' height='9'>" + kLeaf + "</pattern>";
+    for (int i = 1; i < 30; ++i) {
+        const std::string number = std::to_string(i), before = std::to_string(i - 1);
+        markers += "<marker id='m" + number + "'><polyline points='" + Repeat("1 2 ", 10) +
+                   "' stroke='red' fill='blue' marker='url(#m" + before + ")'/></marker>";
+        entities += "<!ENTITY e" + number + " '" + Repeat("&e" + before + ";", 10) + "'>";
+        patterns += "<pattern id='p" + number + "' width='9' height='9'>" +
+                    Repeat("<rect width='9' height='9' fill='url(#p" + before + ")'/>", 10) + "</pattern>";
+    }
+    struct Row {
+        const char* name;
+        std::string content;
+        int pdf, png;  // exit codes
+    };
+    const std::string points = "<polyline fill='none' stroke='red' points='" + Repeat("1 2 ", 5000) + "'/>";
+    const std::string text = "<text y='20' fill='red'>" + Repeat("lol ", 1000) + "</text>";
+    for (const Row& row : {
+             Row{"duplicates", Fan(12, kLeaf, "fill='blue'"), 9, 9},
+             Row{"duplicates of points", Fan(12, points, "fill='blue'"), 9, 9},
+             Row{"duplicates of text", Fan(12, text, "fill='blue'"), 9, 9},
+             Row{"sharing past counting", Fan(12, kLeaf, ""), 9, 9},
+             Row{"sharing", Fan(8, kLeaf, ""), 0, 9},
+             Row{"sharing of points", Fan(7, points, ""), 0, 9},
+             Row{"sharing of text", Fan(6, text, ""), 0, 9},
+             Row{"sharing of area",
+                 Fan(7, "<rect width='999' height='999' fill='red' fill-opacity='0.5'/>", ""), 0, 9},
+             Row{"boxes", Fan(12, kLeaf, "width='9' height='9'"), 9, 9},
+             Row{"boxes of text", Fan(8, text, "width='9' height='9'"), 9, 9},
+             Row{"symbols", Fan(12, kLeaf, "width='9' height='9'", "symbol"), 9, 9},
+             Row{"markers", markers + "<line stroke='blue' fill='red' marker='url(#m29)'/>", 9, 9},
+             Row{"markers on vertices",
+                 "<marker id='m'><g>" + Repeat(kLeaf, 1000) +
+                     "</g></marker><polyline fill='none' stroke='red' "
+                     "marker-mid='url(#m)' points='" +
+                     Repeat("1 2 ", 20'000) + "'/>",
+                 0, 9},
+             Row{"patterns", "<defs>" + patterns + "</defs><rect width='90' height='45' fill='url(#p29)'/>",
+                 0, 0},
+             Row{"themselves",
+                 "<defs><g id='a'><use xlink:href='#a'/></g><g id='b'><use xlink:href='#c'/></g><g id='c'>"
+                 "<use xlink:href='#b'/></g><marker id='m'><line marker='url(#m)'/></marker></defs>"
+                 "<use xlink:href='#a'/><use xlink:href='#b'/><line stroke='red' marker='url(#m)'/>",
+                 0, 0},
+             Row{"clips",
+                 "<defs><clipPath id='c'><use xlink:href='#c' clip-path='url(#c)'/></clipPath></defs>"
+                 "<g clip-path='url(#c)'>" +
+                     kLeaf + "</g>",
+                 0, 0},
+         }) {
+        SCOPED_TRACE(row.name);
+        WriteFile("a.svg", SmallDrawing(row.content));
+        const ToolRun pdf = RunBounded("a.svg -o a.pdf"), png = RunBounded("a.svg -o a.png");
+        EXPECT_EQ(pdf.exitCode, row.pdf) << pdf.errors;
+        EXPECT_EQ(png.exitCode, row.png) << png.errors;
+        for (const ToolRun& run : {pdf, png})
+            EXPECT_THAT(run.errors, run.exitCode == 0 ? testing::Matcher<std::string>(IsEmpty())
+                                                      : HasSubstr("which is the limit"));
+        const ToolRun dump = RunBounded("inspect a.svg > /dev/null");
+        EXPECT_TRUE(dump.exitCode == 0 || dump.exitCode == 9) << dump.errors;
+    }
+    WriteFile("a.svg", "<!DOCTYPE svg [" + entities + "]><svg width='9' height='9'><desc>&e29;</desc></svg>");
+    EXPECT_EQ(RunBounded("a.svg -o b.pdf").exitCode, 4);
+    EXPECT_EQ(RunBounded("a.svg --parser dom -o b.pdf").exitCode, 4);
+}
+
+TEST_F(LimitsToolTest, LargeDrawingsAreNotRefused) {
+    std::string uses = "<defs>";
+    for (int i = 0; i < 1000; ++i)
+        uses += "<g id='d" + std::to_string(i) + "'>" + kLeaf + "<path d='M0 0L3 3L0 3z' fill='red'/></g>";
+    uses += "</defs>";
+    for (int i = 0; i < 20'000; ++i)
+        uses += "<use xlink:href='#d" + std::to_string(i % 1000) + "' x='" + std::to_string(i % 90) +
+                "' fill='lime'/>";
+    WriteFile("uses.svg", SmallDrawing(uses));
+    WriteFile(
+        "markers.svg",
+        SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z' fill='red'/></marker><polyline fill='none' "
+                     "stroke='red' marker-mid='url(#m)' points='" +
+                     Repeat("1 2 ", 200'000) + "'/>"));
+    // Nothing but what the document itself is made of counts here.
+    for (const char* name : {"uses.svg", "markers.svg"}) {
+        const std::string limits = " --limit duplicates=100000 --limit repeats=0";
+        EXPECT_EQ(RunBounded(std::string(name) + " -o a.pdf" + limits).exitCode, 0) << name;
+        EXPECT_EQ(RunBounded(std::string(name) + " -o a.png" + limits).exitCode, 0) << name;
+    }
+}
+
+// The parts of the command that follow the document's structure must not use up the stack.
+TEST_F(LimitsToolTest, AStackOfAMegabyteIsEnough) {
+    const std::string deep = "<g id='a' fill='red' transform='scale(1)'>";
+    WriteFile("deep.svg", SmallDrawing(Repeat(deep, 1022) + kLeaf + Repeat("</g>", 1022)));
+    WriteFile("switch.svg", SmallDrawing(Repeat("<a xlink:href='#a'>", 1022) + kLeaf + Repeat("</a>", 1022)));
+    WriteFile("nested.svg", SmallDrawing(Repeat("<svg>", 1022) + kLeaf + Repeat("</svg>", 1022)));
+    WriteFile("wide.svg", SmallDrawing(Repeat("<g/>", 100'000)));
+    std::string chain = "<defs><g id='d0'>" + kLeaf + "</g>";
+    for (int i = 1; i < 20'000; ++i)
+        chain += "<use id='d" + std::to_string(i) + "' xlink:href='#d" + std::to_string(i - 1) + "'/>";
+    WriteFile("chain.svg", SmallDrawing(chain + "</defs><use xlink:href='#d19999' fill='blue'/>"));
+    for (const std::string name : {"deep.svg", "switch.svg", "nested.svg", "wide.svg", "chain.svg"}) {
+        for (const std::string arguments :
+             {"-o a.pdf", "-o a.png", "-o a.svgout -f svg", "-o a.ps", "--parser dom -o a.pdf"}) {
+            const ToolRun run = RunWithStack("1024", name + " " + arguments);
+            EXPECT_EQ(run.exitCode, 0) << name << " " << arguments << ": " << run.errors;
+        }
+        EXPECT_EQ(RunWithStack("1024", "inspect " + name + " > /dev/null").exitCode, 0) << name;
+        EXPECT_LE(RunWithStack("1024", "check " + name + " > /dev/null").exitCode, 1) << name;
+    }
+}
+
+// Whatever a document names, only regular files of its own folder are opened.
+TEST_F(LimitsToolTest, SpecialFilesAreNotOpened) {
+    ASSERT_EQ(mkfifo((Folder() / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_directory(Folder() / "folder");
+    std::filesystem::create_symlink("/etc/hostname", Folder() / "link.png");
+    std::filesystem::create_symlink("/etc", Folder() / "way-out");
+    std::filesystem::create_symlink("loop", Folder() / "loop");
+    WriteFile("sparse.png", "");
+    std::filesystem::resize_file(Folder() / "sparse.png", std::uintmax_t{1} << 40U);
+    std::string content;
+    for (const char* name : {"/dev/zero",
+                             "/dev/stdin",
+                             "/dev/tty",
+                             "/proc/self/mem",
+                             "/proc/kmsg",
+                             "/etc/hostname",
+                             "pipe",
+                             "folder",
+                             ".",
+                             "..",
+                             "../x.png",
+                             "link.png",
+                             "way-out/hostname",
+                             "loop",
+                             "sparse.png",
+                             "http://example.com/x.png",
+                             "file:///etc/hostname",
+                             "//example.com/x.png",
+                             "",
+                             "nul&#10;"})
+        content += std::string("<image width='9' height='9' xlink:href='") + name + "'/>";
+    WriteFile("a.svg", SmallDrawing(content));
+    EXPECT_EQ(RunBounded("a.svg -o a.pdf").exitCode, 0);
+    EXPECT_EQ(RunBounded("inspect a.svg > a.json").exitCode, 0);
+    EXPECT_THAT(ReadFile("a.json"), testing::Not(HasSubstr("\"pixelImage\":{")));
+    const ToolRun check = RunBounded("check --verbose a.svg");
+    EXPECT_EQ(check.exitCode, 1);
+    EXPECT_THAT(check.output, HasSubstr("\"link.png\": the file is there, but the drawing may not read it"));
+    EXPECT_THAT(check.output,
+                HasSubstr("\"way-out/hostname\": the file is there, but the drawing may not read it"));
+    EXPECT_THAT(check.output,
+                HasSubstr("\"/etc/hostname\": the file is there, but the drawing may not read it"));
+    EXPECT_THAT(check.output, HasSubstr("nothing is loaded from the network"));
+}
+
+TEST_F(LimitsToolTest, AnOutputNeverTakesThePlaceOfAnInput) {
+    const std::string drawing = SmallDrawing(kLeaf);
+    WriteFile("a.svg", drawing);
+    std::filesystem::create_hard_link(Folder() / "a.svg", Folder() / "hard.svg");
+    std::filesystem::create_symlink("a.svg", Folder() / "soft.svg");
+    std::filesystem::create_directory(Folder() / "x");
+    std::filesystem::create_directory_symlink(".", Folder() / "here");
+    for (const char* output : {"a.svg", "./a.svg", "x/../a.svg", "hard.svg", "soft.svg", "here/a.svg"}) {
+        EXPECT_EQ(Run({"a.svg", "-o", output}).exitCode, 8) << output;
+        EXPECT_EQ(ReadFile("a.svg"), drawing) << output;
+        EXPECT_EQ(ReadFile("hard.svg"), drawing) << output;
+    }
+    EXPECT_EQ(Run({"a.svg", "--out-dir", "here", "-f", "svg"}).exitCode, 8);
+    EXPECT_EQ(ReadFile("a.svg"), drawing);
+}
+
+}  // namespace
