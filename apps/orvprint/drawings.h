@@ -18,8 +18,8 @@ struct ReadOptions {
     std::string fragment;          ///< number or identifier of one of them; empty for the outermost ones
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
-    std::vector<std::string> limits;   ///< as "NAME=VALUE" each
-    bool endsWithInput = false;  ///< the process ends after the input, and its memory with it
+    std::vector<std::string> limits;  ///< as "NAME=VALUE" each
+    bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
 
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed

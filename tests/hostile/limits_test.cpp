@@ -184,8 +184,8 @@ TEST_P(LimitsTest, RepeatsOfSharedPrimitives) {
 
 TEST_P(LimitsTest, AreaOfRepeats) {
     ORVPrintParameters parameters;
-    parameters.SetRepeatLimit(500);
-    // 200 x 100, 300 times: 6 million units; 500 repeats and 304 primitives allow more.
+    parameters.SetRepeatLimit(1000);
+    // 200 x 100 a thousand times are 20 million units; 1,000 repeats and the document allow 8 million.
     const auto drawing = [](const char* size) {
         return Drawing(std::string("<defs><g id='a'><g id='b'>") +
                        Repeat(std::string("<rect fill='red' ") + size + "/>", 20) + "</g></g></defs>" +
