@@ -12,6 +12,8 @@ namespace {
 
 // Pixels that painting may touch beyond the end of a row.
 constexpr std::size_t kRowPadding = 16;
+// Of a pixel while it is painted. One is of no use but that four pixels are painted at a time.
+constexpr std::size_t kColourBytes = 4;
 
 /// Exact for all that two bytes multiply to.
 unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
@@ -43,54 +45,42 @@ public:
     /// Paints on one row.
     struct Brush {
         std::uint8_t* row;
-        const std::uint8_t* block;  // the colour, over and over
-        unsigned int red, green, blue, opacity;
+        PixelColour colour;
+        unsigned int opacity;
 
-        void Pixel(int x, unsigned int alpha) const {
-            std::uint8_t* pixel = row + static_cast<std::size_t>(x) * 3;
-            if (opacity != 255) alpha = DivideBy255(alpha * opacity);
-            if (alpha == 255) {
-                pixel[0] = static_cast<std::uint8_t>(red);
-                pixel[1] = static_cast<std::uint8_t>(green);
-                pixel[2] = static_cast<std::uint8_t>(blue);
-            } else {
-                Blend(pixel[0], red, alpha);
-                Blend(pixel[1], green, alpha);
-                Blend(pixel[2], blue, alpha);
-            }
+        void Block(int x, const Lanes& alphas) const {
+            ShortLanes share = InBothHalves(alphas);
+            if (opacity != 255) share = DivideBy255(share * static_cast<std::uint16_t>(opacity));
+            Blend(row + static_cast<std::size_t>(x) * kColourBytes, share);
         }
         void Span(int begin, int end, unsigned int alpha) const {
-            if (alpha != 255 || opacity != 255) {
-                for (int x = begin; x < end; ++x) Pixel(x, alpha);
-                return;
+            std::uint8_t* to = row + static_cast<std::size_t>(begin) * kColourBytes;
+            const std::uint8_t* const last = row + static_cast<std::size_t>(end) * kColourBytes;
+            alpha = DivideBy255(alpha * opacity);
+            if (alpha == 255) {
+                const ShortLanes opaque = colour.Opaque();
+                for (; to < last; to += sizeof opaque) StoreLanes(to, opaque);
+            } else {
+                const ShortLanes share = ShortLanes{} + static_cast<std::uint16_t>(alpha);
+                for (; to < last; to += sizeof share) Blend(to, share);
             }
-            std::uint8_t* to = row + static_cast<std::size_t>(begin) * 3;
-            auto bytes = static_cast<std::size_t>(end - begin) * 3;
-            for (; bytes >= kBlockBytes; bytes -= kBlockBytes, to += kBlockBytes)
-                std::memcpy(to, block, kBlockBytes);
-            std::memcpy(to, block, bytes);
+        }
+
+    private:
+        void Blend(std::uint8_t* to, const ShortLanes& share) const {
+            StoreLanes(to, BlendPixels(LoadLanes<ShortLanes>(to), colour, share));
         }
     };
 
     SolidColourPaint(BandRenderer& renderer, const ORVPrintColour& colour)
-        : renderer_(renderer), colour_(colour) {
-        for (std::size_t i = 0; i < kBlockBytes; i += 3) {
-            block_[i] = colour.red;
-            block_[i + 1] = colour.green;
-            block_[i + 2] = colour.blue;
-        }
-    }
-    Brush BeginRow(int row) {
-        return {renderer_.BeginRow(row), block_, colour_.red, colour_.green, colour_.blue, colour_.opacity};
-    }
+        : renderer_(renderer), colour_(colour.red, colour.green, colour.blue), opacity_(colour.opacity) {}
+    Brush BeginRow(int row) { return {renderer_.BeginRow(row), colour_, opacity_}; }
     void EndRow() {}
 
 private:
-    static constexpr std::size_t kBlockBytes = 96;
-
     BandRenderer& renderer_;
-    const ORVPrintColour colour_;
-    std::uint8_t block_[kBlockBytes];
+    const PixelColour colour_;
+    const unsigned int opacity_;
 };
 
 /// Paints with one grey.
@@ -101,9 +91,8 @@ public:
         std::uint8_t* row;
         unsigned int grey, opacity;
 
-        void Pixel(int x, unsigned int alpha) const {
-            if (opacity != 255) alpha = DivideBy255(alpha * opacity);
-            Blend(row[x], grey, alpha);
+        void Block(int x, const Lanes& alphas) const {
+            for (int i = 0; i < 4; ++i) Pixel(x + i, alphas[i]);
         }
         void Span(int begin, int end, unsigned int alpha) const {
             if (alpha == 255 && opacity == 255)
@@ -111,6 +100,9 @@ public:
             else
                 for (int x = begin; x < end; ++x) Pixel(x, alpha);
         }
+
+    private:
+        void Pixel(int x, unsigned int alpha) const { Blend(row[x], grey, DivideBy255(alpha * opacity)); }
     };
 
     SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
@@ -140,10 +132,10 @@ public:
         end_ = 0;
         return *this;
     }
-    void Pixel(int x, unsigned int alpha) {
-        alphas_[x] = static_cast<std::uint8_t>(alpha);
+    void Block(int x, const Lanes& alphas) {
+        for (int i = 0; i < 4; ++i) alphas_[x + i] = static_cast<std::uint8_t>(alphas[i]);
         begin_ = std::min(begin_, x);
-        end_ = std::max(end_, x + 1);
+        end_ = std::max(end_, x + 4);
     }
     void Span(int begin, int end, unsigned int alpha) {
         std::memset(alphas_ + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
@@ -180,8 +172,7 @@ private:
         }
         if (clip_.outline) {
             const std::uint8_t* mask =
-                renderer_.mask_.data() + static_cast<std::size_t>(row_ - renderer_.firstRow_) *
-                                             static_cast<std::size_t>(renderer_.width_);
+                renderer_.mask_.data() + static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
             for (int x = begin; x < end; ++x)
                 alphas_[x] =
                     static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
@@ -201,8 +192,9 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Rast
       pictures_(pictures),
       pixels_(pixels),
       width_(list.GetWidth()),
-      channels_(pixels == RasterPixels::kRGB ? 3 : 1),
-      stride_((static_cast<std::size_t>(width_) + kRowPadding) * static_cast<std::size_t>(channels_)) {
+      pixelBytes_(pixels == RasterPixels::kRGB ? kColourBytes : 1),
+      stride_((static_cast<std::size_t>(width_) + kRowPadding) * pixelBytes_),
+      maskStride_(static_cast<std::size_t>(width_) + kRowPadding) {
     const auto rows = static_cast<std::size_t>(bandRows);
     coverage_.Resize(width_, bandRows);
     rows_.resize(stride_ * rows, 255);
@@ -223,11 +215,19 @@ std::uint8_t* BandRenderer::BeginRow(int row) {
 
 RasterBand BandRenderer::Render(int firstRow, int rowCount, std::span<const std::uint32_t> pieces) {
     firstRow_ = firstRow;
+    rowCount_ = rowCount;
     coverage_.SetBand(firstRow, rowCount);
     std::fill(isDrawn_.begin(), isDrawn_.end(), std::uint8_t{0});
     for (std::size_t i = 0; i < pieces.size();) {
         const std::uint32_t index = list_.GetPieces()[pieces[i]].operation;
         const RasterOperation& operation = list_.GetOperations()[index];
+        // Pieces of one operation lie anywhere: only of a single one the rows are known.
+        const RasterPiece& piece = list_.GetPieces()[pieces[i]];
+        const bool isSingle =
+            i + 1 == pieces.size() || list_.GetPieces()[pieces[i + 1]].operation != index;
+        // An edge that rounding has put on the right border is needed, too.
+        coverage_.SetWindow(operation.left, isSingle ? piece.firstRow : firstRow, operation.right + 1,
+                            isSingle ? piece.lastRow + 1 : firstRow + rowCount);
         for (; i < pieces.size() && list_.GetPieces()[pieces[i]].operation == index; ++i)
             AddPiece(operation, list_.GetPieces()[pieces[i]]);
         Paint(operation);
@@ -254,11 +254,26 @@ RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
         if (!band.isBlank) Dither(firstRow, rowCount);
         band.pixels = bits_.data();
     } else {
-        band.rowBytes = static_cast<std::size_t>(width_) * static_cast<std::size_t>(channels_);
+        if (pixels_ == RasterPixels::kRGB && !band.isBlank) PackColours(rowCount);
+        band.rowBytes = static_cast<std::size_t>(width_) * (pixels_ == RasterPixels::kRGB ? 3 : 1);
         band.stride = stride_;
         band.pixels = rows_.data();
     }
     return band;
+}
+
+void BandRenderer::PackColours(int rowCount) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
+        if (isDrawn_[i] == 0) continue;
+        std::uint8_t* to = rows_.data() + i * stride_;
+        const std::uint8_t* from = to;
+        // The fourth byte is overwritten by the next pixel, which was read before.
+        for (int x = 0; x < width_; ++x, from += kColourBytes, to += 3) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, from, sizeof pixel);
+            std::memcpy(to, &pixel, sizeof pixel);
+        }
+    }
 }
 
 void BandRenderer::Dither(int firstRow, int rowCount) {
@@ -475,7 +490,7 @@ void BandRenderer::PaintWith(const RasterOperation& operation) {
     if (operation.picture || operation.clipped) {
         AlphaPaint paint(*this, operation);
         coverage_.Sweep<kRule>(paint);
-    } else if (channels_ == 3) {
+    } else if (pixelBytes_ == kColourBytes) {
         SolidColourPaint paint(*this, operation.colour);
         coverage_.Sweep<kRule>(paint);
     } else {
@@ -490,23 +505,21 @@ void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeomet
         BandRenderer& renderer;
         std::uint8_t* row = nullptr;
         MaskPaint& BeginRow(int y) {
-            row = renderer.mask_.data() + static_cast<std::size_t>(y - renderer.firstRow_) *
-                                              static_cast<std::size_t>(renderer.width_);
+            row = renderer.mask_.data() + static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
             return *this;
         }
         void EndRow() {}
-        void Pixel(int x, unsigned int alpha) {
-            if (x < renderer.width_) row[x] = static_cast<std::uint8_t>(alpha);
+        void Block(int x, const Lanes& alphas) {
+            for (int i = 0; i < 4; ++i) row[x + i] = static_cast<std::uint8_t>(alphas[i]);
         }
         void Span(int begin, int end, unsigned int alpha) {
             std::memset(row + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
         }
     };
-    const int rows = coverage_.GetEndRow() - coverage_.GetFirstRow();
-    mask_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(width_), 0);
+    mask_.assign(static_cast<std::size_t>(rowCount_) * maskStride_, 0);
     CoverageBuffer inside;
-    inside.Resize(width_, rows);
-    inside.SetBand(firstRow_, rows);
+    inside.Resize(width_, rowCount_);
+    inside.SetBand(firstRow_, rowCount_);
     std::swap(coverage_, inside);
     for (std::uint32_t i = 0; i < outline.contourCount; ++i)
         AddContourFill(outline, outline.contours[i], 0, outline.contours[i].verbCount, 0);
@@ -528,11 +541,11 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
         for (int x = begin; x < end; ++x) {
             const unsigned int alpha = opacity == 255 ? alphas[x] : DivideBy255(alphas[x] * opacity);
             if (alpha == 0) continue;
-            if (channels_ == 1) {
+            if (pixelBytes_ == 1) {
                 Blend(pixels[x], grey, alpha);
                 continue;
             }
-            std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * 3;
+            std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * kColourBytes;
             Blend(pixel[0], colour.red, alpha);
             Blend(pixel[1], colour.green, alpha);
             Blend(pixel[2], colour.blue, alpha);
@@ -550,11 +563,11 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
         const auto mix = [&](std::uint8_t& to, unsigned int value) {
             to = static_cast<std::uint8_t>(std::min(255U, DivideBy255(to * left + value * alpha)));
         };
-        if (channels_ == 1) {
+        if (pixelBytes_ == 1) {
             mix(pixels[x], GreyOf(from[0], from[1], from[2]));
             continue;
         }
-        std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * 3;
+        std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * kColourBytes;
         for (int i = 0; i < 3; ++i) mix(pixel[i], from[i]);
     }
 }

@@ -45,15 +45,16 @@ private:
 
     std::uint8_t* BeginRow(int row);
     RasterBand Finish(int firstRow, int rowCount);
+    void PackColours(int rowCount);
     void Dither(int firstRow, int rowCount);
 
     const DisplayList& list_;
     PictureStore& pictures_;
     const RasterPixels pixels_;
     const int width_;
-    const int channels_;
-    const std::size_t stride_;
-    int firstRow_ = 0;
+    const std::size_t pixelBytes_;
+    const std::size_t stride_, maskStride_;
+    int firstRow_ = 0, rowCount_ = 0;
 
     CoverageBuffer coverage_;
     StrokeOutliner outliner_{coverage_};

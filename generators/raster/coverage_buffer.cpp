@@ -1,6 +1,6 @@
 #include "generators/raster/coverage_buffer.h"
 
-#include <utility>
+#include <cmath>
 
 namespace {
 
@@ -19,22 +19,35 @@ int Between(int from, int to, int otherFrom, int otherTo, int at) {
 }  // namespace
 
 void CoverageBuffer::Resize(int width, int rows) {
-    width_ = width;
-    right_ = width << kSubpixelBits;
-    // Cells to the right of the page take what edges on its border leave there.
-    cellStride_ = static_cast<std::size_t>(width) + 8;
-    wordStride_ = (cellStride_ >> kWordShift) + 1;
+    pageWidth_ = width;
+    SetWindowColumns(0, width);
     cells_.assign(cellStride_ * static_cast<std::size_t>(rows), 0);
     words_.assign(wordStride_ * static_cast<std::size_t>(rows), 0);
-    rows_.assign(static_cast<std::size_t>(rows), RowState());
     ForgetTouched();
 }
 
 void CoverageBuffer::SetBand(int firstRow, int rowCount) {
-    firstRow_ = firstRow;
-    endRow_ = firstRow + rowCount;
-    top_ = firstRow << kSubpixelBits;
+    bandFirstRow_ = firstRow;
+    bandEndRow_ = firstRow + rowCount;
+    SetWindow(0, firstRow, pageWidth_, bandEndRow_);
+}
+
+void CoverageBuffer::SetWindow(int left, int top, int right, int bottom) {
+    SetWindowColumns(std::clamp(left, 0, pageWidth_), std::clamp(right, 0, pageWidth_));
+    firstRow_ = std::clamp(top, bandFirstRow_, bandEndRow_);
+    endRow_ = std::clamp(bottom, firstRow_, bandEndRow_);
+    top_ = firstRow_ << kSubpixelBits;
     bottom_ = endRow_ << kSubpixelBits;
+}
+
+void CoverageBuffer::SetWindowColumns(int left, int right) {
+    // Whole blocks. Cells to the right take what edges on the border leave there.
+    left &= ~(kBlock - 1);
+    width_ = std::max(right - left + kBlock - 1, kBlock) & ~(kBlock - 1);
+    left_ = left << kSubpixelBits;
+    right_ = width_ << kSubpixelBits;
+    cellStride_ = static_cast<std::size_t>(width_) + 8;
+    wordStride_ = (cellStride_ >> kWordShift) + 1;
 }
 
 void CoverageBuffer::ForgetTouched() {
@@ -59,61 +72,7 @@ void CoverageBuffer::AddDownward(FixedPoint from, FixedPoint to, int sign) {
     }
 }
 
-void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
-    const int yBegin = std::max(from.y, top_), yEnd = std::min(to.y, bottom_);
-    const int firstRow = yBegin >> kSubpixelBits, lastRow = (yEnd - 1) >> kSubpixelBits;
-    firstTouched_ = std::min(firstTouched_, firstRow);
-    lastTouched_ = std::max(lastTouched_, lastRow);
-    if (firstRow == lastRow && yBegin == from.y && yEnd == to.y) {
-        AddInRow(firstRow, from.x, to.x, sign * (to.y - from.y));
-        return;
-    }
-    const double slope = static_cast<double>(to.x - from.x) / static_cast<double>(to.y - from.y);
-    // Always from the edge's own start, so that all bands find the same places. They are never negative.
-    const double start = from.x + 0.5;
-    const auto placeAt = [&](int y) {
-        return y == to.y ? to.x : static_cast<int>(start + (y - from.y) * slope);
-    };
-    int x = placeAt(yBegin), y = yBegin;
-    for (int row = firstRow; row <= lastRow; ++row) {
-        const int yNext = std::min(yEnd, (row + 1) << kSubpixelBits);
-        const int xNext = placeAt(yNext);
-        AddInRow(row, x, xNext, sign * (yNext - y));
-        x = xNext;
-        y = yNext;
-    }
-}
-
-void CoverageBuffer::AddInRow(int row, int x0, int x1, int height) {
-    if (x0 > x1) std::swap(x0, x1);
-    const int first = x0 >> kSubpixelBits, last = x1 >> kSubpixelBits;
-    std::uint32_t* cells = cells_.data() + static_cast<std::size_t>(row - firstRow_) * cellStride_;
-    // A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
-    const auto add = [cells](int cell, int part, int twiceMiddle) {
-        const int area = part * twiceMiddle;
-        cells[cell] += Winding(part * 2 * kOne - area);
-        cells[cell + 1] += Winding(area);
-    };
-    if (first == last) {
-        add(first, height, (x0 & kSubpixelMask) + (x1 & kSubpixelMask));
-    } else {
-        const double slope = static_cast<double>(height) / (x1 - x0);
-        const double rounding = height < 0 ? -0.5 : 0.5;
-        int done = 0;
-        int from = x0 & kSubpixelMask;
-        for (int cell = first; cell < last; ++cell, from = 0) {
-            const int reached = static_cast<int>((((cell + 1) << kSubpixelBits) - x0) * slope + rounding);
-            add(cell, reached - done, from + kOne);
-            done = reached;
-        }
-        add(last, height - done, x1 & kSubpixelMask);
-    }
-    Touch(row, first, last + 1);
-}
-
-void CoverageBuffer::Touch(int row, int firstCell, int lastCell) {
-    const auto index = static_cast<std::size_t>(row - firstRow_);
-    std::uint64_t* words = words_.data() + index * wordStride_;
+inline void CoverageBuffer::Touch(std::uint64_t* words, int firstCell, int lastCell) {
     const int firstWord = firstCell >> kWordShift, lastWord = lastCell >> kWordShift;
     const auto firstBit = static_cast<unsigned int>(firstCell >> kBlockShift) & 63U;
     const auto lastBit = static_cast<unsigned int>(lastCell >> kBlockShift) & 63U;
@@ -126,7 +85,59 @@ void CoverageBuffer::Touch(int row, int firstCell, int lastCell) {
         for (int word = firstWord + 1; word < lastWord; ++word) words[word] = ~std::uint64_t{0};
         words[lastWord] |= toLast;
     }
-    RowState& state = rows_[index];
-    state.firstWord = std::min(state.firstWord, firstWord);
-    state.lastWord = std::max(state.lastWord, lastWord);
+}
+
+inline void CoverageBuffer::AddInRow(std::uint32_t* cells, std::uint64_t* words, int left, int right,
+                                     int height, int sign, double steepness) {
+    const int first = left >> kSubpixelBits, last = right >> kSubpixelBits;
+    // A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
+    const auto add = [cells, sign](int cell, int part, int twiceMiddle) {
+        const int area = part * twiceMiddle;
+        cells[cell] += Winding(sign * (part * 2 * kOne - area));
+        cells[cell + 1] += Winding(sign * area);
+    };
+    if (first == last) {
+        add(first, height, (left & kSubpixelMask) + (right & kSubpixelMask));
+    } else {
+        int done = 0, from = left & kSubpixelMask;
+        double across = kOne - from;
+        for (int cell = first; cell < last; ++cell, from = 0, across += kOne) {
+            const int reached = std::min(static_cast<int>(across * steepness + 0.5), height);
+            add(cell, reached - done, from + kOne);
+            done = reached;
+        }
+        add(last, height - done, right & kSubpixelMask);
+    }
+    Touch(words, first, last + 1);
+}
+
+void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
+    const int yBegin = std::max(from.y, top_), yEnd = std::min(to.y, bottom_);
+    const int firstRow = yBegin >> kSubpixelBits, lastRow = (yEnd - 1) >> kSubpixelBits;
+    firstTouched_ = std::min(firstTouched_, firstRow);
+    lastTouched_ = std::max(lastTouched_, lastRow);
+    const auto index = static_cast<std::size_t>(firstRow - firstRow_);
+    std::uint32_t* cells = cells_.data() + index * cellStride_;
+    std::uint64_t* words = words_.data() + index * wordStride_;
+    const int width = to.x - from.x, height = to.y - from.y;
+    // Always from the edge's own ends, so that all bands find the same places.
+    const double steepness = width == 0 ? 0.0 : height / std::fabs(static_cast<double>(width));
+    if (firstRow == lastRow && yEnd - yBegin == height) {
+        AddInRow(cells, words, std::min(from.x, to.x), std::max(from.x, to.x), height, sign, steepness);
+        return;
+    }
+    const double slope = static_cast<double>(width) / height;
+    // Places are never negative.
+    const double start = from.x + 0.5;
+    const auto placeAt = [&](int y) {
+        return y == to.y ? to.x : static_cast<int>(start + (y - from.y) * slope);
+    };
+    int x = placeAt(yBegin), y = yBegin;
+    for (int row = firstRow; row <= lastRow; ++row, cells += cellStride_, words += wordStride_) {
+        const int yNext = std::min(yEnd, (row + 1) << kSubpixelBits);
+        const int xNext = placeAt(yNext);
+        AddInRow(cells, words, std::min(x, xNext), std::max(x, xNext), yNext - y, sign, steepness);
+        x = xNext;
+        y = yNext;
+    }
 }

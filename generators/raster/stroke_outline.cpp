@@ -101,7 +101,7 @@ void StrokeOutliner::SetPen(const StrokePen& pen, bool reversed) {
 void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first, std::size_t last) {
     segments_.resize(last - first);
     const double top = coverage_.GetFirstRow() - pen_->reach, bottom = coverage_.GetEndRow() + pen_->reach;
-    const double right = coverage_.GetWidth() + pen_->reach;
+    const double right = coverage_.GetPageWidth() + pen_->reach;
     const ORVMathAffine2D& inverse = pen_->fromDevice;
     for (std::size_t i = first; i < last; ++i) {
         const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
@@ -309,7 +309,7 @@ bool StrokeOutliner::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2
     };
     return cut(from.y, to.y - from.y, coverage_.GetFirstRow() - pen_->reach,
                coverage_.GetEndRow() + pen_->reach) &&
-           cut(from.x, to.x - from.x, -pen_->reach, coverage_.GetWidth() + pen_->reach);
+           cut(from.x, to.x - from.x, -pen_->reach, coverage_.GetPageWidth() + pen_->reach);
 }
 
 void StrokeOutliner::AddDash(const ORVMathVector2D& direction) {
