@@ -6,6 +6,9 @@
 Sections: pdf, png150, png600, small, typical, growth (all without any). Times on a busy machine mean little, so what
 is printed are ratios within one run: the programs take turns, a ratio is taken turn by turn, and the median counts.
 A program whose page shows nothing is not timed.
+
+The renderer resvg runs inside a process of node (bench/resvg.cjs), where its package is installed: what is told of
+its time and memory is that of the whole process, of which an empty one is measured, too.
 """
 
 import argparse
@@ -21,6 +24,7 @@ from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 UNITS_PER_INCH = 90
+RESVG = HERE.parent / "build/bench/node/node_modules/@resvg/resvg-js"
 PAGE = 1000  # user units of the generated pages' sides
 
 
@@ -64,6 +68,9 @@ def programs(tool):
     def resvg(source, target, dpi):
         return ["resvg", "-z", str(dpi / UNITS_PER_INCH), source, target]
 
+    def resvg_in_node(source, target, dpi):
+        return ["node", str(HERE / "resvg.cjs"), str(RESVG), source, target, str(dpi / UNITS_PER_INCH)]
+
     found = [("orvprint", ours, {"pdf", "png"})]
     if shutil.which("rsvg-convert"):
         found.append(("rsvg-convert", rsvg, {"pdf", "png"}))
@@ -72,6 +79,8 @@ def programs(tool):
         found.append(("mutool, plain", mutool_plain, {"pdf"}))
     if shutil.which("resvg"):
         found.append(("resvg", resvg, {"png"}))
+    if shutil.which("node") and RESVG.is_dir():
+        found.append(("resvg in node", resvg_in_node, {"png"}))
     return found
 
 
@@ -201,6 +210,12 @@ def main():
         parser.error(f"{options.tool} is not there; ./dev build makes it")
 
     print(f"{time.strftime('%Y-%m-%d')}, {os.cpu_count()} cores, median of {options.runs} turns")
+    if any(name == "resvg in node" for name, _, _ in programs(options.tool)):
+        empty = [Run(["node", "-e", f"require({str(RESVG)!r})"]) for _ in range(options.runs)]
+        print(
+            f"A process of node with resvg loaded and nothing drawn: {median([run.wall for run in empty]):.3f} s, "
+            f"{median([run.memory for run in empty]):.0f} MB"
+        )
     large = [("100,000 shapes", "shapes-100k"), ("2,000 paths of 2,000 points", "paths-2000"), ("20,000 texts", "texts-20k")]
     if "small" in wanted:
         compare("A drawing of 1 KB to PDF", corpus(options.corpora, "small"), "pdf", None, options)

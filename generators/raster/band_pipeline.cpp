@@ -104,6 +104,8 @@ public:
             }
             taken_.notify_all();
             status = sink_.WriteBand(finished.band, finished.bytes);
+            const std::lock_guard lock(mutex_);
+            spare_.push_back(std::move(finished.bytes));
         }
         {
             const std::lock_guard lock(mutex_);
@@ -140,8 +142,13 @@ private:
                     FinishedBand& finished = waiting_[static_cast<std::size_t>(number - firstWaiting_)];
                     finished.band = band;
                     finished.band.pixels = nullptr;
-                    finished.bytes.assign(bytes.begin(), bytes.end());
+                    finished.bytes = std::move(bytes);
                     finished.isDone = true;
+                    bytes = {};
+                    if (!spare_.empty()) {
+                        bytes = std::move(spare_.back());
+                        spare_.pop_back();
+                    }
                 }
                 arrived_.notify_one();
             }
@@ -161,6 +168,7 @@ private:
     std::condition_variable arrived_, taken_;
     BandQueue queue_;
     std::deque<FinishedBand> waiting_;
+    std::vector<std::vector<std::uint8_t>> spare_;  // what written bands leave
     int firstWaiting_ = 0;
     std::size_t most_ = 1;
     bool stopped_ = false, failed_ = false;

@@ -31,6 +31,9 @@ ORVMathPoint2D PlaceOf(const RasterGeometry& geometry, const RasterPoint& p) {
     return {geometry.originX + static_cast<double>(p.x), geometry.originY + static_cast<double>(p.y)};
 }
 
+// Pens up to this radius (pixels) do not show the corners of a course that is flat itself.
+constexpr double kFinePen = 0.5;
+
 /// The order in which the pixels of a square become black as it gets darker, spread evenly.
 constexpr std::uint8_t kDitherOrder[8][8] = {
     {0, 32, 8, 40, 2, 34, 10, 42},    {48, 16, 56, 24, 50, 18, 58, 26}, {12, 44, 4, 36, 14, 46, 6, 38},
@@ -172,7 +175,8 @@ private:
         }
         if (clip_.outline) {
             const std::uint8_t* mask =
-                renderer_.mask_.data() + static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
+                renderer_.mask_.data() +
+                static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
             for (int x = begin; x < end; ++x)
                 alphas_[x] =
                     static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
@@ -223,8 +227,7 @@ RasterBand BandRenderer::Render(int firstRow, int rowCount, std::span<const std:
         const RasterOperation& operation = list_.GetOperations()[index];
         // Pieces of one operation lie anywhere: only of a single one the rows are known.
         const RasterPiece& piece = list_.GetPieces()[pieces[i]];
-        const bool isSingle =
-            i + 1 == pieces.size() || list_.GetPieces()[pieces[i + 1]].operation != index;
+        const bool isSingle = i + 1 == pieces.size() || list_.GetPieces()[pieces[i + 1]].operation != index;
         // An edge that rounding has put on the right border is needed, too.
         coverage_.SetWindow(operation.left, isSingle ? piece.firstRow : firstRow, operation.right + 1,
                             isSingle ? piece.lastRow + 1 : firstRow + rowCount);
@@ -299,13 +302,13 @@ void BandRenderer::Dither(int firstRow, int rowCount) {
 int BandRenderer::PiecesOf(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                            const ORVMathPoint2D& p3) const {
     const int pieces = ORVPiecesOfCubic(p0, p1, p2, p3);
-    if (curveReach_ <= 1.0) return pieces;
+    if (penRadius_ <= kFinePen) return pieces;
     // The border of a wide line bends around corners of its course: they must be gentle, too.
     const auto turn = [](const ORVMathPoint2D& a, const ORVMathPoint2D& b, const ORVMathPoint2D& c) {
         const double ux = b.x - a.x, uy = b.y - a.y, vx = c.x - b.x, vy = c.y - b.y;
         return std::fabs(std::atan2(ux * vy - uy * vx, ux * vx + uy * vy));
     };
-    const double step = 2.0 * std::acos(std::max(0.0, 1.0 - kFlatness / curveReach_));
+    const double step = 2.0 * std::acos(std::max(0.0, 1.0 - kFlatness / penRadius_));
     const double needed = (turn(p0, p1, p2) + turn(p1, p2, p3)) * 1.5 / std::max(step, 1e-3);
     return std::max(pieces, static_cast<int>(std::min(needed, 1000.0)) + 1);
 }
@@ -445,7 +448,7 @@ void BandRenderer::AddPiece(const RasterOperation& operation, const RasterPiece&
     const RasterGeometry& geometry = operation.geometry;
     if (operation.pen) {
         outliner_.SetPen(*operation.pen);
-        curveReach_ = operation.pen->reach;
+        penRadius_ = operation.pen->radius;
     }
     if (piece.contour == RasterPiece::kAll) {
         for (std::uint32_t i = 0; i < geometry.contourCount; ++i) {
@@ -505,7 +508,8 @@ void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeomet
         BandRenderer& renderer;
         std::uint8_t* row = nullptr;
         MaskPaint& BeginRow(int y) {
-            row = renderer.mask_.data() + static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
+            row = renderer.mask_.data() +
+                  static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
             return *this;
         }
         void EndRow() {}

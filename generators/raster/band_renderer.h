@@ -59,7 +59,7 @@ private:
     CoverageBuffer coverage_;
     StrokeOutliner outliner_{coverage_};
     StrokeCourse course_;
-    double curveReach_ = 0.0;  // of the pen that a course is collected for
+    double penRadius_ = 0.0;  // of the pen that a course is collected for
 
     std::vector<std::uint8_t> rows_;
     std::vector<std::uint8_t> isDrawn_;  // something was drawn on the row

@@ -1,6 +1,6 @@
 #include "generators/raster/coverage_buffer.h"
 
-#include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -87,27 +87,40 @@ inline void CoverageBuffer::Touch(std::uint64_t* words, int firstCell, int lastC
     }
 }
 
-inline void CoverageBuffer::AddInRow(std::uint32_t* cells, std::uint64_t* words, int left, int right,
+// A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
+
+inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words, int left, int right,
                                      int height, int sign, double steepness) {
+    const int first = left >> kSubpixelBits, border = (first + 1) << kSubpixelBits;
+    // No decisions: that most edges stay in one cell cannot be foretold of any.
+    const int toBorder = std::min(static_cast<int>((border - left) * steepness + 0.5), height);
+    const int inFirst = right <= border ? height : toBorder, inSecond = height - inFirst;
+    const int firstArea = inFirst * ((left & kSubpixelMask) + std::min(right - border, 0) + kOne);
+    const int secondArea = inSecond * std::max(right - border, 0);
+    cells[first] += Winding(sign * (inFirst * 2 * kOne - firstArea));
+    cells[first + 1] += Winding(sign * (firstArea + inSecond * 2 * kOne - secondArea));
+    cells[first + 2] += Winding(sign * secondArea);
+    const int firstBlock = first >> kBlockShift, lastBlock = (first + 2) >> kBlockShift;
+    words[firstBlock >> 6] |= std::uint64_t{1} << (static_cast<unsigned int>(firstBlock) & 63U);
+    words[lastBlock >> 6] |= std::uint64_t{1} << (static_cast<unsigned int>(lastBlock) & 63U);
+}
+
+inline void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right,
+                                    int height, int sign, double steepness) {
     const int first = left >> kSubpixelBits, last = right >> kSubpixelBits;
-    // A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
     const auto add = [cells, sign](int cell, int part, int twiceMiddle) {
         const int area = part * twiceMiddle;
         cells[cell] += Winding(sign * (part * 2 * kOne - area));
         cells[cell + 1] += Winding(sign * area);
     };
-    if (first == last) {
-        add(first, height, (left & kSubpixelMask) + (right & kSubpixelMask));
-    } else {
-        int done = 0, from = left & kSubpixelMask;
-        double across = kOne - from;
-        for (int cell = first; cell < last; ++cell, from = 0, across += kOne) {
-            const int reached = std::min(static_cast<int>(across * steepness + 0.5), height);
-            add(cell, reached - done, from + kOne);
-            done = reached;
-        }
-        add(last, height - done, right & kSubpixelMask);
+    int done = 0, from = left & kSubpixelMask;
+    double across = kOne - from;
+    for (int cell = first; cell < last; ++cell, from = 0, across += kOne) {
+        const int reached = std::min(static_cast<int>(across * steepness + 0.5), height);
+        add(cell, reached - done, from + kOne);
+        done = reached;
     }
+    add(last, height - done, from + (right & kSubpixelMask));
     Touch(words, first, last + 1);
 }
 
@@ -119,25 +132,39 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
     const auto index = static_cast<std::size_t>(firstRow - firstRow_);
     std::uint32_t* cells = cells_.data() + index * cellStride_;
     std::uint64_t* words = words_.data() + index * wordStride_;
-    const int width = to.x - from.x, height = to.y - from.y;
+    const int width = std::abs(to.x - from.x), height = to.y - from.y;
     // Always from the edge's own ends, so that all bands find the same places.
-    const double steepness = width == 0 ? 0.0 : height / std::fabs(static_cast<double>(width));
+    const double steepness = width == 0 ? 0.0 : static_cast<double>(height) / width;
     if (firstRow == lastRow && yEnd - yBegin == height) {
-        AddInRow(cells, words, std::min(from.x, to.x), std::max(from.x, to.x), height, sign, steepness);
+        const int left = std::min(from.x, to.x);
+        if (width <= kOne)
+            AddSteep(cells, words, left, left + width, height, sign, steepness);
+        else
+            AddFlat(cells, words, left, left + width, height, sign, steepness);
         return;
     }
-    const double slope = static_cast<double>(width) / height;
+    const double slope = static_cast<double>(to.x - from.x) / height;
     // Places are never negative.
     const double start = from.x + 0.5;
     const auto placeAt = [&](int y) {
         return y == to.y ? to.x : static_cast<int>(start + (y - from.y) * slope);
     };
-    int x = placeAt(yBegin), y = yBegin;
-    for (int row = firstRow; row <= lastRow; ++row, cells += cellStride_, words += wordStride_) {
-        const int yNext = std::min(yEnd, (row + 1) << kSubpixelBits);
-        const int xNext = placeAt(yNext);
-        AddInRow(cells, words, std::min(x, xNext), std::max(x, xNext), yNext - y, sign, steepness);
-        x = xNext;
-        y = yNext;
-    }
+    const auto addRows = [&](auto add) {
+        int x = placeAt(yBegin), y = yBegin;
+        for (int row = firstRow; row <= lastRow; ++row, cells += cellStride_, words += wordStride_) {
+            const int yNext = std::min(yEnd, (row + 1) << kSubpixelBits);
+            const int xNext = placeAt(yNext);
+            add(std::min(x, xNext), std::max(x, xNext), yNext - y);
+            x = xNext;
+            y = yNext;
+        }
+    };
+    if (width <= height)
+        addRows([&](int left, int right, int part) {
+            AddSteep(cells, words, left, right, part, sign, steepness);
+        });
+    else
+        addRows([&](int left, int right, int part) {
+            AddFlat(cells, words, left, right, part, sign, steepness);
+        });
 }

@@ -21,8 +21,8 @@ enum class CoverageRule : std::uint8_t { kNonZero, kEvenOdd, kHardNonZero, kHard
 /// Edges come in any order. Each adds to the cells of the pixels that it crosses how much its winding changes
 /// there, so that a sum along the row gives the coverage. One bit for four pixels tells which cells were
 /// touched: what lies between them is a span of one coverage, and costs nothing a pixel. What a band gets
-/// from an edge does not depend on where the band begins and ends. Cells are those of a window on the band, so
-/// that those of a small shape lie close together.
+/// from an edge does not depend on where the band begins and ends. Cells are those of a window on the band,
+/// so that those of a small shape lie close together.
 class CoverageBuffer {
 public:
     static constexpr int kOne = 256;  ///< FixedPoint units in a pixel
@@ -35,8 +35,8 @@ public:
     void Resize(int width, int rows);
     /// Begins a band, with a window on all of it; the buffer is clean.
     void SetBand(int firstRow, int rowCount);
-    /// Looks at these columns and rows of the band only, [left, right) and [top, bottom); the buffer is clean.
-    /// What lies left of the window winds around its rows, as what lies left of the page does.
+    /// Looks at these columns and rows of the band only, [left, right) and [top, bottom); the buffer is
+    /// clean. What lies left of the window winds around its rows, as what lies left of the page does.
     void SetWindow(int left, int top, int right, int bottom);
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    static constexpr int kBlockShift = 2;      // a bit for four pixels
+    static constexpr int kBlockShift = 2;  // a bit for four pixels
     static constexpr int kBlock = 1 << kBlockShift;
     static constexpr int kWordShift = 8;       // a word for 256
     static constexpr int kFullArea = 1 << 17;  // of a cell: 256 rows times 2 x 256 columns
@@ -104,49 +104,47 @@ private:
         std::uint32_t* cells = cells_.data() + index * cellStride_;
         std::uint64_t* words = words_.data() + index * wordStride_;
         const int firstX = left_ >> 8;
-        Lanes sum{};
-        unsigned int alpha = 0;
+        Lanes sum{};  // of the row so far, in all lanes
         int x = 0;
+        const auto spanTo = [&](int end) {
+            if (sum[0] == 0) return;
+            if (const unsigned int alpha = Alphas<kRule>(sum)[0]; alpha != 0)
+                brush.Span(firstX + x, firstX + end, alpha);
+        };
         for (int word = 0; word < static_cast<int>(wordStride_); ++word) {
             std::uint64_t bits = words[word];
             if (bits == 0) continue;
             words[word] = 0;
-            const int blockX = word << kWordShift;
-            while (bits != 0) {
-                const int gap = std::countr_zero(bits);
-                const int length = std::countr_one(bits >> static_cast<unsigned int>(gap));
-                const int begin = blockX + (gap << kBlockShift), end = begin + (length << kBlockShift);
-                if (alpha != 0 && begin > x) brush.Span(firstX + x, firstX + begin, alpha);
-                Lanes alphas{};
-                for (int i = begin; i < end; i += kBlock) {
-                    sum += RunningSum(LoadLanes<Lanes>(cells + i));
-                    StoreLanes(cells + i, Lanes{});
-                    alphas = Alphas<kRule>(sum);
-                    brush.Block(firstX + i, alphas);
-                    sum = LastOfAll(sum);
-                }
-                x = end;
-                alpha = alphas[kBlock - 1];
-                if (gap + length == 64) break;
-                bits = bits >> static_cast<unsigned int>(gap + length)
-                                   << static_cast<unsigned int>(gap + length);
+            const int wordX = word << kWordShift;
+            for (; bits != 0; bits &= bits - 1) {
+                const int begin = wordX + (std::countr_zero(bits) << kBlockShift);
+                if (begin > x) spanTo(begin);
+                sum += RunningSum(LoadLanes<Lanes>(cells + begin));
+                StoreLanes(cells + begin, Lanes{});
+                brush.Block(firstX + begin, Alphas<kRule>(sum));
+                sum = LastOfAll(sum);
+                x = begin + kBlock;
             }
         }
-        if (alpha != 0 && x < width_) brush.Span(firstX + x, firstX + width_, alpha);
+        if (x < width_) spanTo(width_);
     }
 
     void SetWindowColumns(int left, int right);
     void AddDownward(FixedPoint from, FixedPoint to, int sign);
     void AddInside(FixedPoint from, FixedPoint to, int sign);
-    static void AddInRow(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height, int sign,
-                         double steepness);
+    /// Adds a piece of an edge that is in one row. Its ends are at most a pixel apart in x.
+    static void AddSteep(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height,
+                         int sign, double steepness);
+    static void AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height, int sign,
+                        double steepness);
     static void Touch(std::uint64_t* words, int firstCell, int lastCell);
     void ForgetTouched();
 
     int pageWidth_ = 0, bandFirstRow_ = 0, bandEndRow_ = 0;
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;
-    int left_ = 0, right_ = 0, top_ = 0, bottom_ = 0;  // FixedPoint units; the right border counted from the left
+    int left_ = 0, right_ = 0, top_ = 0,
+        bottom_ = 0;  // FixedPoint units; the right border counted from the left
     int firstTouched_ = 1 << 30, lastTouched_ = -1;
     std::size_t cellStride_ = 0, wordStride_ = 0;
     // Sums may run over where thousands of windings lie on each other: unsigned, that is defined.

@@ -13,9 +13,12 @@ inline constexpr double kFlatness = 0.04;
 inline int ORVPiecesOfCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                             const ORVMathPoint2D& p3) {
     constexpr double kMostPieces = 1000.0;
-    const double bend = std::max(std::hypot(p0.x - 2.0 * p1.x + p2.x, p0.y - 2.0 * p1.y + p2.y),
-                                 std::hypot(p1.x - 2.0 * p2.x + p3.x, p1.y - 2.0 * p2.y + p3.y));
-    return static_cast<int>(std::clamp(std::ceil(std::sqrt(bend * (0.75 / kFlatness))), 1.0, kMostPieces));
+    const auto square = [](double x, double y) { return x * x + y * y; };
+    const double bend = std::max(square(p0.x - 2.0 * p1.x + p2.x, p0.y - 2.0 * p1.y + p2.y),
+                                 square(p1.x - 2.0 * p2.x + p3.x, p1.y - 2.0 * p2.y + p3.y));
+    const double pieces = std::min(std::sqrt(std::sqrt(bend) * (0.75 / kFlatness)), kMostPieces);
+    // Rounded up, but for what is a whole number; what is no number makes one piece.
+    return pieces > 1.0 ? static_cast<int>(pieces + (1.0 - 1e-9)) : 1;
 }
 
 /// Hands the ends of a cubic curve's pieces to `add`, without its start.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "generators/common/path_range.h"
@@ -12,6 +11,9 @@ namespace {
 
 // Farthest that a round cap or join may stray from a circle (pixels). They are small, and it shows.
 constexpr double kRoundness = 0.015;
+// Where two borders may cross beyond the border of a curve (pixels), unless the turn is gentle anyway.
+constexpr double kOvershoot = 0.05;
+constexpr double kGentleTurn = 1.9;
 // Dashes of a shorter period (pixels) look like a solid line.
 constexpr double kShortestDashPeriod = 0.1;
 // No pen is wider (pixels); coordinates beyond are of no page.
@@ -22,6 +24,7 @@ constexpr double kNoWidth = 1.0 / 64.0;
 ORVMathPoint2D operator+(const ORVMathPoint2D& p, const ORVMathVector2D& v) { return {p.x + v.x, p.y + v.y}; }
 ORVMathPoint2D operator-(const ORVMathPoint2D& p, const ORVMathVector2D& v) { return {p.x - v.x, p.y - v.y}; }
 ORVMathVector2D operator*(const ORVMathVector2D& v, double factor) { return {v.x * factor, v.y * factor}; }
+FixedPoint Fixed(const ORVMathPoint2D& p) { return CoverageBuffer::ToFixed(p.x, p.y); }
 ORVMathVector2D LeftOf(const ORVMathVector2D& v) { return {-v.y, v.x}; }
 double Dot(const ORVMathVector2D& a, const ORVMathVector2D& b) { return a.x * b.x + a.y * b.y; }
 double Cross(const ORVMathVector2D& a, const ORVMathVector2D& b) { return a.x * b.y - a.y * b.x; }
@@ -77,6 +80,10 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     double extent = pen.join == ORVPrintStroke::Join::kMiter ? pen.miterLimit : 1.0;
     if (pen.cap == ORVPrintStroke::Cap::kSquare) extent = std::max(extent, 1.5);
     pen.reach = std::min(radius * extent + 1.0, CoverageBuffer::kFarthest);
+    pen.radius = radius;
+    // Borders cross at 1 / cosine of half the turn from the line's course; 1 + cosine is twice its square.
+    const double farthest = 1.0 + kOvershoot / std::max(radius, kOvershoot);
+    pen.gentleTurn = std::min(kGentleTurn, 2.0 / (farthest * farthest));
     pen.roundStep = 2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, kRoundness)));
     pen.roundStep = std::clamp(pen.roundStep, 1e-3, ORVPI / 4.0);
 
@@ -105,9 +112,17 @@ void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first,
     const ORVMathAffine2D& inverse = pen_->fromDevice;
     for (std::size_t i = first; i < last; ++i) {
         const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
-        Segment& segment = segments_[i - first];
-        segment.visible =
+        segments_[i - first].visible =
             std::max(a.y, b.y) > top && std::min(a.y, b.y) < bottom && std::min(a.x, b.x) < right;
+    }
+    for (std::size_t i = first; i < last; ++i) {
+        const std::size_t k = i - first;
+        Segment& segment = segments_[k];
+        // What cannot be seen is needed where it meets what can.
+        if (!segment.visible && !(k > 0 && segments_[k - 1].visible) &&
+            !(i + 1 < last && segments_[k + 1].visible))
+            continue;
+        const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
         const double dx = b.x - a.x, dy = b.y - a.y;
         const ORVMathVector2D v{inverse.m11 * dx + inverse.m12 * dy, inverse.m21 * dx + inverse.m22 * dy};
         segment.length = std::sqrt(Dot(v, v));
@@ -124,55 +139,53 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
     corner.from = LeftOf(before.direction);
     corner.to = LeftOf(after.direction);
     corner.turn = Cross(before.direction, after.direction);
-    corner.leftIn = center + before.offset;
-    corner.leftOut = center + after.offset;
-    corner.rightIn = center - before.offset;
-    corner.rightOut = center - after.offset;
     const double cosine = Dot(before.direction, after.direction);
-    const bool leftIsInner = corner.turn > 0.0;
     const double openness = 1.0 + cosine;  // twice the square of the cosine of half the angle
+    const bool leftIsInner = corner.turn > 0.0;
 
-    // Where the two borders cross, seen from the center.
-    ORVMathVector2D crossing;
-    if (openness > 1e-9)
-        crossing = ORVMathVector2D{before.offset.x + after.offset.x, before.offset.y + after.offset.y} *
-                   (1.0 / openness);
-
-    // On the inner side the borders cross, unless a segment is too short for that at both of its ends.
-    const double cut = openness > 1e-9 ? pen_->halfWidth * std::fabs(corner.turn) / openness
-                                       : std::numeric_limits<double>::infinity();
-    if (cut * 2.0 <= std::min(before.length, after.length)) {
-        (leftIsInner ? corner.leftIn : corner.rightIn) = leftIsInner ? center + crossing : center - crossing;
-        (leftIsInner ? corner.leftOut : corner.rightOut) =
-            leftIsInner ? center + crossing : center - crossing;
-    } else {
-        (leftIsInner ? corner.pivotLeft : corner.pivotRight) = true;
+    // Where the two borders cross, if they do: on the left, and as far on the right.
+    constexpr double kTurnedBack = 1e-9;
+    FixedPoint crossingLeft, crossingRight;
+    bool innerCrosses = false, outerCrosses = false;
+    if (openness > kTurnedBack) {
+        const double share = 1.0 / openness;
+        const ORVMathVector2D crossing =
+            ORVMathVector2D{before.offset.x + after.offset.x, before.offset.y + after.offset.y} * share;
+        crossingLeft = Fixed(center + crossing);
+        crossingRight = Fixed(center - crossing);
+        // On the inner side the borders cross, unless a segment is too short for that at both of its ends.
+        innerCrosses =
+            pen_->halfWidth * std::fabs(corner.turn) * share * 2.0 <= std::min(before.length, after.length);
+        outerCrosses = isSmooth ? openness > pen_->gentleTurn
+                                : pen_->join == ORVPrintStroke::Join::kMiter &&
+                                      2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9);
     }
-
-    const bool isGentle = isSmooth && cosine > 0.9;
-    const bool hasMiter =
-        openness > 1e-9 &&
-        (isGentle || (!isSmooth && pen_->join == ORVPrintStroke::Join::kMiter &&
-                      2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9)));
-    if (hasMiter) {
-        (leftIsInner ? corner.rightIn : corner.leftIn) = leftIsInner ? center - crossing : center + crossing;
-        (leftIsInner ? corner.rightOut : corner.leftOut) =
-            leftIsInner ? center - crossing : center + crossing;
+    if (leftIsInner ? innerCrosses : outerCrosses) {
+        corner.leftIn = corner.leftOut = crossingLeft;
     } else {
-        corner.round = isSmooth || pen_->join == ORVPrintStroke::Join::kRound;
+        corner.leftIn = Fixed(center + before.offset);
+        corner.leftOut = Fixed(center + after.offset);
     }
+    if (leftIsInner ? outerCrosses : innerCrosses) {
+        corner.rightIn = corner.rightOut = crossingRight;
+    } else {
+        corner.rightIn = Fixed(center - before.offset);
+        corner.rightOut = Fixed(center - after.offset);
+    }
+    if (!innerCrosses) (leftIsInner ? corner.pivotLeft : corner.pivotRight) = true;
+    if (!outerCrosses) corner.round = isSmooth || pen_->join == ORVPrintStroke::Join::kRound;
     return corner;
 }
 
 void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle,
-                            const ORVMathPoint2D& start, const ORVMathPoint2D& end) {
+                            FixedPoint start, FixedPoint end) {
     const int steps = std::max(1, static_cast<int>(std::ceil(std::fabs(angle) / pen_->roundStep)));
     const double cosine = std::cos(angle / steps), sine = std::sin(angle / steps);
     ORVMathVector2D spoke = from * pen_->halfWidth;
-    ORVMathPoint2D last = start;
+    FixedPoint last = start;
     for (int i = 1; i < steps; ++i) {
         spoke = {spoke.x * cosine - spoke.y * sine, spoke.x * sine + spoke.y * cosine};
-        const ORVMathPoint2D next = center + ToDevice(spoke);
+        const FixedPoint next = Fixed(center + ToDevice(spoke));
         AddEdge(last, next);
         last = next;
     }
@@ -180,12 +193,12 @@ void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D&
 }
 
 void StrokeOutliner::AddCorner(const Corner& corner) {
-    const bool leftIsInner = corner.turn > 0.0;
     // The left border runs along with the line, the right one back.
-    if (leftIsInner) {
+    if (corner.turn > 0.0) {
         if (corner.pivotLeft) {
-            AddEdge(corner.leftIn, corner.center);
-            AddEdge(corner.center, corner.leftOut);
+            const FixedPoint center = Fixed(corner.center);
+            AddEdge(corner.leftIn, center);
+            AddEdge(center, corner.leftOut);
         }
         if (corner.round)
             AddArc(corner.center, corner.to * -1.0, -std::atan2(corner.turn, Dot(corner.from, corner.to)),
@@ -194,31 +207,34 @@ void StrokeOutliner::AddCorner(const Corner& corner) {
             AddEdge(corner.rightOut, corner.rightIn);
     } else {
         if (corner.pivotRight) {
-            AddEdge(corner.rightOut, corner.center);
-            AddEdge(corner.center, corner.rightIn);
+            const FixedPoint center = Fixed(corner.center);
+            AddEdge(corner.rightOut, center);
+            AddEdge(center, corner.rightIn);
         }
-        // A turn straight back goes round on the left.
-        const double angle = corner.turn < 0.0 || Dot(corner.from, corner.to) > 0.0
-                                 ? std::atan2(corner.turn, Dot(corner.from, corner.to))
-                                 : -ORVPI;
-        if (corner.round)
+        if (corner.round) {
+            // A turn straight back goes round on the left.
+            const double cosine = Dot(corner.from, corner.to);
+            const double angle = corner.turn < 0.0 || cosine > 0.0 ? std::atan2(corner.turn, cosine) : -ORVPI;
             AddArc(corner.center, corner.from, angle, corner.leftIn, corner.leftOut);
-        else
+        } else {
             AddEdge(corner.leftIn, corner.leftOut);
+        }
     }
 }
 
 void StrokeOutliner::AddCap(const ORVMathPoint2D& center, const ORVMathVector2D& direction) {
     const ORVMathVector2D normal = LeftOf(direction);
     const ORVMathVector2D offset = ToDevice(normal * pen_->halfWidth);
-    const ORVMathPoint2D left = center + offset, right = center - offset;
+    const FixedPoint left = Fixed(center + offset), right = Fixed(center - offset);
     switch (pen_->cap) {
         case ORVPrintStroke::Cap::kButt: AddEdge(left, right); break;
         case ORVPrintStroke::Cap::kSquare: {
             const ORVMathVector2D ahead = ToDevice(direction * pen_->halfWidth);
-            AddEdge(left, left + ahead);
-            AddEdge(left + ahead, right + ahead);
-            AddEdge(right + ahead, right);
+            const FixedPoint leftEnd = Fixed(center + offset + ahead),
+                             rightEnd = Fixed(center - offset + ahead);
+            AddEdge(left, leftEnd);
+            AddEdge(leftEnd, rightEnd);
+            AddEdge(rightEnd, right);
             break;
         }
         case ORVPrintStroke::Cap::kRound: AddArc(center, normal, -ORVPI, left, right); break;
@@ -240,27 +256,28 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
 
     Corner corner;
     if (first > 0) {
-        corner = MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first),
-                            course.smooth[first] != 0);
-        if (segmentAt(first).visible || segmentAt(first - 1).visible) AddCorner(corner);
-    } else {
-        const Segment& segment = segmentAt(0);
-        corner.leftOut = course.points[0] + segment.offset;
-        corner.rightOut = course.points[0] - segment.offset;
-        if (segment.visible) AddCap(course.points[0], segment.direction * -1.0);
+        if (segmentAt(first).visible || segmentAt(first - 1).visible) {
+            corner = MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first),
+                                course.smooth[first] != 0);
+            AddCorner(corner);
+        }
+    } else if (const Segment& segment = segmentAt(0); segment.visible) {
+        corner.leftOut = Fixed(course.points[0] + segment.offset);
+        corner.rightOut = Fixed(course.points[0] - segment.offset);
+        AddCap(course.points[0], segment.direction * -1.0);
     }
     for (std::size_t i = first; i < last; ++i) {
         const Segment& segment = segmentAt(i);
-        const ORVMathPoint2D leftStart = corner.leftOut, rightStart = corner.rightOut;
-        const bool hasNext = i + 1 < end;
-        if (hasNext) {
+        const FixedPoint leftStart = corner.leftOut, rightStart = corner.rightOut;
+        if (i + 1 < end) {
+            if (!segment.visible && !segmentAt(i + 1).visible) continue;
             corner = MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.smooth[i + 1] != 0);
             // The last corner belongs to the part that comes next.
-            if (i + 1 < last && (segment.visible || segmentAt(i + 1).visible)) AddCorner(corner);
-        } else {
-            corner.leftIn = course.points[i + 1] + segment.offset;
-            corner.rightIn = course.points[i + 1] - segment.offset;
-            if (segment.visible) AddCap(course.points[i + 1], segment.direction);
+            if (i + 1 < last) AddCorner(corner);
+        } else if (segment.visible) {
+            corner.leftIn = Fixed(course.points[i + 1] + segment.offset);
+            corner.rightIn = Fixed(course.points[i + 1] - segment.offset);
+            AddCap(course.points[i + 1], segment.direction);
         }
         if (!segment.visible) continue;
         AddEdge(leftStart, corner.leftIn);

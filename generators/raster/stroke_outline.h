@@ -17,6 +17,8 @@ struct StrokePen {
     double miterLimit = 4.0;
     ORVMathAffine2D toDevice, fromDevice;  ///< linear
     double reach = 0.5;                    ///< pixels that the line may extend from its course
+    double radius = 0.5;                   ///< pixels, of the pen where it is widest
+    double gentleTurn = 1.9;               ///< 1 + the cosine of the turns in curves whose borders just meet
     double roundStep = 1.0;                ///< radians between the points of a round cap or join
     double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
     std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
@@ -73,7 +75,7 @@ private:
     };
     /// Where the borders of two segments meet at a point of the line.
     struct Corner {
-        ORVMathPoint2D leftIn, leftOut, rightIn, rightOut;
+        FixedPoint leftIn, leftOut, rightIn, rightOut;
         ORVMathPoint2D center;
         ORVMathVector2D from, to;  // left normals in pen space
         bool pivotLeft = false, pivotRight = false, round = false;
@@ -85,19 +87,18 @@ private:
                       bool isSmooth) const;
     void AddCorner(const Corner& corner);
     void AddCap(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
-    void AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle,
-                const ORVMathPoint2D& start, const ORVMathPoint2D& end);
+    void AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle, FixedPoint start,
+                FixedPoint end);
     void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
     void AddDashes(StrokeCourse& course, bool closed);
     void AddDash(const ORVMathVector2D& direction);
     bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, double& begin, double& end) const;
 
-    void AddEdge(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
-        const FixedPoint a = CoverageBuffer::ToFixed(from.x, from.y), b = CoverageBuffer::ToFixed(to.x, to.y);
+    void AddEdge(FixedPoint from, FixedPoint to) {
         if (reversed_)
-            coverage_.AddLine(b, a);
+            coverage_.AddLine(to, from);
         else
-            coverage_.AddLine(a, b);
+            coverage_.AddLine(from, to);
     }
     ORVMathVector2D ToDevice(const ORVMathVector2D& v) const {
         return {pen_->toDevice.m11 * v.x + pen_->toDevice.m12 * v.y,

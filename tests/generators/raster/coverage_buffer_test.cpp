@@ -24,8 +24,9 @@ struct Alphas {
         return *this;
     }
     void EndRow() {}
-    void Pixel(int x, unsigned int alpha) {
-        if (x < width) values[{x, row}] = alpha;
+    void Block(int x, const Lanes& alphas) {
+        for (int i = 0; i < 4; ++i)
+            if (alphas[i] != 0 && x + i < width) values[{x + i, row}] = alphas[i];
     }
     void Span(int begin, int end, unsigned int alpha) {
         EXPECT_LE(end, width);
@@ -149,9 +150,9 @@ TEST(CoverageBufferTest, TotalAreaIsThatOfThePolygon) {
 TEST(CoverageBufferTest, WideRowsAreSparse) {
     // Two slivers far apart: what lies between comes as one span.
     struct Counting : Alphas {
-        int pixels = 0, spans = 0;
+        int blocks = 0, spans = 0;
         Counting& BeginRow(int) { return *this; }
-        void Pixel(int, unsigned int) { ++pixels; }
+        void Block(int, const Lanes&) { ++blocks; }
         void Span(int, int, unsigned int) { ++spans; }
     };
     CoverageBuffer buffer;
@@ -161,7 +162,54 @@ TEST(CoverageBufferTest, WideRowsAreSparse) {
     Counting counting;
     buffer.Sweep<CoverageRule::kNonZero>(counting);
     EXPECT_EQ(counting.spans, 1);
-    EXPECT_LT(counting.pixels, 20);
+    EXPECT_LT(counting.blocks, 5);
+}
+
+TEST(CoverageBufferTest, WindowsDoNotShow) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> place(0.0, 30.0), offset(0.0, 300.0);
+    CoverageBuffer buffer;
+    buffer.Resize(330, 40);
+    for (int round = 0; round < 200; ++round) {
+        const double x = offset(random);
+        Polygon polygon;
+        for (int i = 0; i < 5; ++i) polygon.push_back({x + place(random), place(random) + 5.0});
+        Alphas whole, windowed;
+        whole.width = windowed.width = 330;
+        buffer.SetBand(0, 40);
+        Add(buffer, polygon);
+        buffer.Sweep<CoverageRule::kNonZero>(whole);
+        const int left = static_cast<int>(x);
+        buffer.SetWindow(left, 5, left + 32, 36);
+        Add(buffer, polygon);
+        buffer.Sweep<CoverageRule::kNonZero>(windowed);
+        ASSERT_FALSE(whole.values.empty());
+        EXPECT_EQ(whole.values.size(), windowed.values.size());
+        for (const auto& [pixel, alpha] : whole.values)
+            EXPECT_NEAR(alpha, windowed.At(pixel.first, pixel.second), 1)
+                << pixel.first << " " << pixel.second;
+    }
+}
+
+TEST(CoverageBufferTest, WindowsCutOff) {
+    // What lies left of a window fills its rows from the border, what lies right of it is not there.
+    CoverageBuffer buffer;
+    buffer.Resize(64, 16);
+    buffer.SetBand(0, 16);
+    buffer.SetWindow(16, 4, 32, 8);
+    Add(buffer, {{2.5, 1}, {50.5, 1}, {50.5, 14}, {2.5, 14}});
+    Alphas alphas;
+    alphas.width = 64;
+    buffer.Sweep<CoverageRule::kNonZero>(alphas);
+    EXPECT_EQ(alphas.values.size(), 16U * 4U);
+    EXPECT_EQ(alphas.At(16, 4), 255U);
+    EXPECT_EQ(alphas.At(31, 7), 255U);
+    // Nothing of it is left for the next one.
+    buffer.SetWindow(0, 0, 64, 16);
+    Add(buffer, {{40, 2}, {42, 2}, {42, 3}, {40, 3}});
+    alphas.values.clear();
+    buffer.Sweep<CoverageRule::kNonZero>(alphas);
+    EXPECT_EQ(alphas.values.size(), 2U);
 }
 
 TEST(CoverageBufferTest, NumbersBeyondAllRangeDoNoHarm) {
