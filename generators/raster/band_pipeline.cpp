@@ -30,15 +30,15 @@ constexpr std::size_t kBytesOfPixel = 10;  // cells, colours, compressed bytes
 class BandQueue {
 public:
     BandQueue(const DisplayList& list, int bandRows) : list_(list), bandRows_(bandRows) {
-        const std::vector<RasterPiece>& pieces = list.GetPieces();
+        const RasterSequence<RasterPiece>& pieces = list.GetPieces();
         bandCount_ = (list.GetHeight() + bandRows - 1) / bandRows;
         // Sorted by first band, those of a band in drawing order.
         starts_.assign(static_cast<std::size_t>(bandCount_) + 1, 0);
-        for (const RasterPiece& piece : pieces) ++starts_[BandOf(piece.firstRow) + 1];
+        for (std::size_t i = 0; i < pieces.GetSize(); ++i) ++starts_[BandOf(pieces[i].firstRow) + 1];
         for (std::size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
-        order_.resize(pieces.size());
+        order_.resize(pieces.GetSize());
         std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
-        for (std::uint32_t i = 0; i < pieces.size(); ++i) order_[next[BandOf(pieces[i].firstRow)]++] = i;
+        for (std::uint32_t i = 0; i < pieces.GetSize(); ++i) order_[next[BandOf(pieces[i].firstRow)]++] = i;
     }
 
     int GetBandCount() const { return bandCount_; }

@@ -342,26 +342,27 @@ void DisplayList::AddOperation(const RasterOperation& operation, const Extent& e
     if (left >= right || PixelOf(extent.top - reach) > lastRow || PixelOf(extent.bottom + reach) < firstRow)
         return;
     if (!IsGreyColour(operation.colour) || operation.picture) isGrey_ = false;
-    operations_.push_back(operation);
-    operations_.back().left = std::max(left, 0);
-    operations_.back().right = right;
-    operations_.back().clipped =
+    RasterOperation kept = operation;
+    kept.left = std::max(left, 0);
+    kept.right = right;
+    kept.clipped =
         operation.clip != 0 &&
         (clip.outline || extent.left - reach < clip.left || extent.right + reach > clip.right ||
          extent.top - reach < clip.top || extent.bottom + reach > clip.bottom);
+    const std::size_t before = pieces_.GetSize();
     AddPiecesOf(operation, extent, firstRow, lastRow);
-    if (pieces_.empty() || pieces_.back().operation + 1 != operations_.size()) operations_.pop_back();
+    if (pieces_.GetSize() > before) operations_.Append(kept);
 }
 
 void DisplayList::AddPiecesOf(const RasterOperation& operation, const Extent& extent, int firstRow,
                               int lastRow) {
     const double reach = operation.pen ? operation.pen->reach : 0.0;
     RasterPiece piece;
-    piece.operation = static_cast<std::uint32_t>(operations_.size() - 1);
+    piece.operation = static_cast<std::uint32_t>(operations_.GetSize());
     const auto add = [&](double top, double bottom) {
         piece.firstRow = std::max(PixelOf(top - reach), firstRow);
         piece.lastRow = std::min(PixelOf(bottom + reach), lastRow);
-        if (piece.firstRow <= piece.lastRow) pieces_.push_back(piece);
+        if (piece.firstRow <= piece.lastRow) pieces_.Append(piece);
     };
     const RasterGeometry& geometry = operation.geometry;
     std::size_t verbs = 0;
@@ -567,9 +568,9 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
     const RasterClip& clip = clips_[operation.clip];
     const double reach = operation.pen ? operation.pen->reach : 0.0;
     const int firstRow = PixelOf(std::max(clip.top, 0.0)), lastRow = PixelOf(std::ceil(clip.bottom)) - 1;
-    const std::size_t before = pieces_.size();
+    const std::size_t before = pieces_.GetSize();
     RasterPiece piece;
-    piece.operation = static_cast<std::uint32_t>(operations_.size());
+    piece.operation = static_cast<std::uint32_t>(operations_.GetSize());
     Extent all{1e30, 1e30, -1e30, -1e30};
     for (std::size_t i = 0; i < places_.size(); i += kGlyphsOfPiece) {
         piece.firstPoint = static_cast<std::uint32_t>(i);
@@ -589,17 +590,17 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
         all.bottom = std::max(all.bottom, bottom);
         piece.firstRow = std::max(PixelOf(top - reach), firstRow);
         piece.lastRow = std::min(PixelOf(bottom + reach), lastRow);
-        if (piece.firstRow <= piece.lastRow) pieces_.push_back(piece);
+        if (piece.firstRow <= piece.lastRow) pieces_.Append(piece);
     }
     operation.clipped = operation.clip != 0 &&
                         (clip.outline || all.left - reach < clip.left || all.right + reach > clip.right ||
                          all.top - reach < clip.top || all.bottom + reach > clip.bottom);
     operation.left = std::max({PixelOf(all.left - reach), PixelOf(clip.left), 0});
     operation.right = std::min(PixelOf(all.right + reach) + 1, PixelOf(std::ceil(clip.right)));
-    if (operation.left >= operation.right) pieces_.resize(before);
-    if (pieces_.size() == before) return;
+    if (operation.left >= operation.right) pieces_.Truncate(before);
+    if (pieces_.GetSize() == before) return;
     if (!IsGreyColour(operation.colour) || operation.picture) isGrey_ = false;
-    operations_.push_back(operation);
+    operations_.Append(operation);
 }
 
 void DisplayList::AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,

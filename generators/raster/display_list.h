@@ -38,6 +38,29 @@ private:
     std::byte* next_ = nullptr;
 };
 
+/// Items by number. It grows in blocks that stay where they are: nothing is copied, and little is taken in vain.
+template <class T>
+class RasterSequence {
+public:
+    void Append(const T& item) {
+        if (size_ == blocks_.size() << kBlockShift) blocks_.push_back(std::make_unique<T[]>(kBlock));
+        (*this)[size_++] = item;
+    }
+    /// Forgets the items from this one on.
+    void Truncate(std::size_t size) { size_ = size; }
+    T& operator[](std::size_t i) { return blocks_[i >> kBlockShift][i & (kBlock - 1)]; }
+    const T& operator[](std::size_t i) const { return blocks_[i >> kBlockShift][i & (kBlock - 1)]; }
+    const T& Last() const { return (*this)[size_ - 1]; }
+    std::size_t GetSize() const { return size_; }
+    bool IsEmpty() const { return size_ == 0; }
+
+private:
+    static constexpr unsigned int kBlockShift = 8;
+    static constexpr std::size_t kBlock = std::size_t{1} << kBlockShift;
+    std::vector<std::unique_ptr<T[]>> blocks_;
+    std::size_t size_ = 0;
+};
+
 /// A point near the place that its geometry counts from.
 struct RasterPoint {
     float x = 0.0F, y = 0.0F;
@@ -131,8 +154,8 @@ public:
     void AddText(const ORVPrintText& text);
     void AddImage(const ORVPrintImage& image);
 
-    const std::vector<RasterOperation>& GetOperations() const { return operations_; }
-    const std::vector<RasterPiece>& GetPieces() const { return pieces_; }
+    const RasterSequence<RasterOperation>& GetOperations() const { return operations_; }
+    const RasterSequence<RasterPiece>& GetPieces() const { return pieces_; }
     const std::vector<RasterClip>& GetClips() const { return clips_; }
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
@@ -179,8 +202,8 @@ private:
     bool smooths_ = true, isGrey_ = true;
 
     RasterArena arena_;
-    std::vector<RasterOperation> operations_;
-    std::vector<RasterPiece> pieces_;
+    RasterSequence<RasterOperation> operations_;
+    RasterSequence<RasterPiece> pieces_;
     std::vector<RasterClip> clips_;
     std::vector<std::uint32_t> openClips_;
 
