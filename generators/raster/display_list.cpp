@@ -345,10 +345,9 @@ void DisplayList::AddOperation(const RasterOperation& operation, const Extent& e
     RasterOperation kept = operation;
     kept.left = std::max(left, 0);
     kept.right = right;
-    kept.clipped =
-        operation.clip != 0 &&
-        (clip.outline || extent.left - reach < clip.left || extent.right + reach > clip.right ||
-         extent.top - reach < clip.top || extent.bottom + reach > clip.bottom);
+    kept.clipped = operation.clip != 0 &&
+                   (clip.outline || extent.left - reach < clip.left || extent.right + reach > clip.right ||
+                    extent.top - reach < clip.top || extent.bottom + reach > clip.bottom);
     const std::size_t before = pieces_.GetSize();
     AddPiecesOf(operation, extent, firstRow, lastRow);
     if (pieces_.GetSize() > before) operations_.Append(kept);

@@ -38,7 +38,8 @@ private:
     std::byte* next_ = nullptr;
 };
 
-/// Items by number. It grows in blocks that stay where they are: nothing is copied, and little is taken in vain.
+/// Items by number. It grows in blocks that stay where they are: nothing is copied, and little is taken in
+/// vain.
 template <class T>
 class RasterSequence {
 public:

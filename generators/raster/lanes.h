@@ -43,6 +43,9 @@ inline ShortLanes DivideBy255(const ShortLanes& value) {
 /// A number for each of four pixels, twice as a short one: for two bytes of a pixel at a time.
 inline ShortLanes InBothHalves(const Lanes& lanes) { return std::bit_cast<ShortLanes>(lanes | lanes << 16); }
 
+static_assert(std::endian::native == std::endian::little,
+              "two bytes of a pixel are a number, the first its lower half");
+
 /// A colour for the bytes of four pixels, which are red, green, blue and one that does not count.
 struct PixelColour {
     ShortLanes even{}, odd{};

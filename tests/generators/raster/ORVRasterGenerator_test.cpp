@@ -29,6 +29,22 @@ TEST(ORVRasterGeneratorTest, LaterShapesCoverEarlierOnes) {
     EXPECT_EQ(page.Colour(4, 4), 0x00FF00U);
 }
 
+TEST(ORVRasterGeneratorTest, ShapesEndWhereRoundingPutsTheirBorder) {
+    // Nothing to the right of the shape is painted when its border becomes that of its last pixel.
+    for (const double width : {7.9, 7.998, 7.9999, 8.0, 8.0001, 8.002}) {
+        PixelPage page(40.0, 16.0);
+        EXPECT_EQ(FillRectangle(page.Get(), 4.0, 4.0, width, 8.0, {255, 0, 0}), 1);
+        EXPECT_EQ(FillRectangle(page.Get(), 4.0, 12.0, width, 4.0, {255, 0, 0, 128}), 1);
+        page.Finish();
+        for (int x = 13; x < 40; ++x) {
+            EXPECT_EQ(page.Colour(x, 6), 0xFFFFFFU) << width << " " << x;
+            EXPECT_EQ(page.Colour(x, 13), 0xFFFFFFU) << width << " " << x;
+        }
+        EXPECT_EQ(page.Colour(10, 6), 0xFF0000U) << width;
+        EXPECT_EQ(page.Colour(10, 13), 0xFF7F7FU) << width;
+    }
+}
+
 TEST(ORVRasterGeneratorTest, EvenOddLeavesHoles) {
     PixelPage page(10.0, 10.0);
     ORVPrintPath path = RectanglePath(0.0, 0.0, 10.0, 10.0);
