@@ -31,17 +31,22 @@ TEST(ORVRasterGeneratorTest, LaterShapesCoverEarlierOnes) {
 
 TEST(ORVRasterGeneratorTest, ShapesEndWhereRoundingPutsTheirBorder) {
     // Nothing to the right of the shape is painted when its border becomes that of its last pixel.
-    for (const double width : {7.9, 7.998, 7.9999, 8.0, 8.0001, 8.002}) {
+    for (const double right : {11.9, 11.998, 11.9999, 12.0, 12.0001}) {
         PixelPage page(40.0, 16.0);
-        EXPECT_EQ(FillRectangle(page.Get(), 4.0, 4.0, width, 8.0, {255, 0, 0}), 1);
-        EXPECT_EQ(FillRectangle(page.Get(), 4.0, 12.0, width, 4.0, {255, 0, 0, 128}), 1);
+        ORVPrintPath path;
+        path.MoveTo({4.0, 4.0});
+        path.LineTo({right, 5.5});  // the corner lies inside of a row
+        path.LineTo({right, 9.5});
+        path.LineTo({4.0, 12.0});
+        path.Close();
+        ORVPrintFill fill;
+        fill.colour = {255, 0, 0};
+        EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr}), 1);
         page.Finish();
-        for (int x = 13; x < 40; ++x) {
-            EXPECT_EQ(page.Colour(x, 6), 0xFFFFFFU) << width << " " << x;
-            EXPECT_EQ(page.Colour(x, 13), 0xFFFFFFU) << width << " " << x;
-        }
-        EXPECT_EQ(page.Colour(10, 6), 0xFF0000U) << width;
-        EXPECT_EQ(page.Colour(10, 13), 0xFF7F7FU) << width;
+        for (int y = 0; y < 16; ++y)
+            for (int x = 13; x < 40; ++x)
+                EXPECT_EQ(page.Colour(x, y), 0xFFFFFFU) << right << " " << x << " " << y;
+        EXPECT_EQ(page.Colour(10, 7), 0xFF0000U) << right;
     }
 }
 
