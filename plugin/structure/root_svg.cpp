@@ -20,12 +20,12 @@
 
 namespace {
 
-// Each dimension is divided by itself, so a view box never scales; but it is no number when a dimension is 0.
-// Kept on purpose.
+// Each dimension counts as divided by itself, so a view box never scales; but the quotient is no number when
+// a dimension is 0 or has no bounds. Kept on purpose.
 double PageScale(const ORVPrtViewBox& box) {
-    const double vertical = box.height / box.height, horizontal = box.width / box.width;
-    if (std::isnan(vertical) || std::isnan(horizontal)) return std::numeric_limits<double>::quiet_NaN();
-    return std::min(vertical, horizontal);
+    const auto isDivisible = [](double dimension) { return dimension != 0.0 && std::isfinite(dimension); };
+    if (isDivisible(box.height) && isDivisible(box.width)) return 1.0;
+    return std::numeric_limits<double>::quiet_NaN();
 }
 
 void ApplyPageViewBox(SvgDrawState& state, const ORVPrtViewBox& box) {

@@ -1,22 +1,20 @@
-// The check of documents must end, in bounds, on whatever the parser takes.
+// The check of documents: ends, in bounds, on whatever the parser takes.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
 #include <vector>
 
 #include "apps/orvprint/check/document_check.h"
+#include "fuzz/support/FuzzTarget.h"
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+namespace {
+
+const FuzzTarget kTarget("check", [](std::string_view bytes) {
     ORVLightXmlParser parser;
     ORVLightXmlElement root;
     std::vector<ORVXmlPlace> places;
     parser.Parse({bytes.data(), bytes.size()}, root, &places);
-    if (!root.GetNode()) return 0;
+    if (!root.GetNode()) return;
 
     CheckedDocument document{root.GetNode(), bytes, &places, {}, {}};
     for (const bool hasFragments : {false, true}) {
@@ -26,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Findings findings;
         CheckDocument(document, findings);
         // What is found has a place, for every element was counted.
-        for (const Finding& finding : findings.GetKept())
-            if (finding.line == 0 || finding.column == 0) std::abort();
+        for (const Finding& finding : findings.GetKept()) Require(finding.line > 0 && finding.column > 0);
     }
-    return 0;
-}
+});
+
+}  // namespace

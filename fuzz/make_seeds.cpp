@@ -1,0 +1,218 @@
+// Makes seeds for the fuzzers: attribute values and small drawings out of larger ones, and small images.
+//
+//     orv_make_seeds FOLDER TARGETS DRAWING...
+//
+// TARGETS is the table of targets; FOLDER gets a folder for each.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fuzz/support/documents.h"
+#include "platform/xml/ORVLightXml.h"
+#include "plugin/geometry/base64.h"
+#include "plugin/geometry/path_scanner.h"
+#include "tests/platform/visualization/written_images.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Enough to begin with; what the fuzzers add is worth more than many that are alike.
+constexpr std::size_t kMostSeeds = 60;
+
+/// Seeds of all targets, none twice.
+class Seeds {
+public:
+    explicit Seeds(const std::string& table) {
+        std::ifstream stream(table);
+        for (std::string line; std::getline(stream, line);) {
+            std::istringstream words(line);
+            std::string target, dictionary;
+            std::size_t longest = 0;
+            if (words >> target >> dictionary >> longest && target.front() != '#') longest_[target] = longest;
+        }
+    }
+
+    void Add(const std::string& target, std::string_view bytes) {
+        if (bytes.size() <= longest_.at(target)) seeds_[target].emplace(bytes);
+    }
+
+    void Write(const fs::path& folder) const {
+        for (const auto& [target, longest] : longest_) {
+            fs::create_directories(folder / target);
+            const auto found = seeds_.find(target);
+            if (found == seeds_.end()) continue;
+            // Evenly over all of them, which are in the order of their bytes.
+            const std::vector<std::string> all(found->second.begin(), found->second.end());
+            const std::size_t count = std::min(all.size(), kMostSeeds);
+            for (std::size_t i = 0; i < count; ++i) {
+                const std::string& seed = all[i * all.size() / count];
+                std::ofstream file(folder / target / std::to_string(i), std::ios::binary);
+                file.write(seed.data(), static_cast<std::streamsize>(seed.size()));
+            }
+        }
+    }
+
+private:
+    std::map<std::string, std::size_t> longest_;
+    std::map<std::string, std::set<std::string>> seeds_;
+};
+
+const std::map<std::string_view, std::string> kTargetsOfAttributes{{"x", "lengths"},
+                                                                   {"y", "lengths"},
+                                                                   {"width", "lengths"},
+                                                                   {"height", "lengths"},
+                                                                   {"r", "lengths"},
+                                                                   {"font-size", "lengths"},
+                                                                   {"stroke-width", "lengths"},
+                                                                   {"letter-spacing", "lengths"},
+                                                                   {"fill", "colours"},
+                                                                   {"stroke", "colours"},
+                                                                   {"color", "colours"},
+                                                                   {"transform", "transforms"},
+                                                                   {"viewBox", "view_boxes"},
+                                                                   {"points", "point_lists"},
+                                                                   {"style", "styles"},
+                                                                   {"stroke-dasharray", "styles"}};
+
+void AddPath(std::string_view data, Seeds& seeds) {
+    for (const char* choices : {"110", "102", "111"})
+        seeds.Add("paths", std::string(choices) + std::string(data));
+    PathScanner scanner(data);
+    for (char letter = 0; scanner.NextCommand(letter);) {
+        if (letter != 'a' && letter != 'A') continue;
+        std::string arc = "10 20";
+        for (std::string_view argument; scanner.NextArgument(argument);) arc.append(" ").append(argument);
+        seeds.Add("arcs", arc);
+    }
+}
+
+void AddPicture(std::string_view reference, Seeds& seeds) {
+    const std::size_t comma = reference.find(";base64,");
+    if (!reference.starts_with("data:") || comma == reference.npos) return;
+    const std::string_view text = reference.substr(comma + 8);
+    seeds.Add("base64", text);
+    std::string bytes;
+    if (!DecodeBase64(text, bytes)) return;
+    seeds.Add(reference.find("jpeg") < comma ? "jpeg" : reference.find("bmp") < comma ? "bmp" : "png", bytes);
+}
+
+void AddValues(const ORVXmlNode& element, Seeds& seeds) {
+    for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
+        const ORVXmlAttribute attribute = element.GetAttribute(i);
+        if (const auto found = kTargetsOfAttributes.find(attribute.name); found != kTargetsOfAttributes.end())
+            seeds.Add(found->second, attribute.value);
+        if (attribute.name == "d") AddPath(attribute.value, seeds);
+        if (attribute.name == "xlink:href") AddPicture(attribute.value, seeds);
+    }
+}
+
+void AddDrawing(const std::string& document, Seeds& seeds) {
+    for (const char* target : {"light_xml", "dom_xml", "plain_xml", "check"}) seeds.Add(target, document);
+    for (const char* choices : {"00", "01", "10"}) seeds.Add("document", choices + document);
+    for (const char* choices : {"0", "1"}) {
+        seeds.Add("qvxml", choices + document);
+        seeds.Add("qvxml", choices + ("<report>" + document + "</report>"));
+    }
+    // Parser, resolution, colours, date, sheets (and how they are laid out), where the output fails.
+    static const std::string kChoices[] = {"000000",      "110000",      "0110110000",  "10202010000",
+                                           "00003000000", "01014000010", "00105111010", "00000\x05"};
+    for (const char* target : {"pdf_generator", "postscript_generator", "svg_generator", "png_generator",
+                               "tiff_generator", "pwg_generator"})
+        for (const std::string& choices : kChoices) seeds.Add(target, choices + document);
+}
+
+// The start tag of the root around one of its children.
+void AddDrawings(const std::string& document, Seeds& seeds) {
+    AddDrawing(document, seeds);
+    ORVLightXmlElement root;
+    ORVLightXmlParser().Parse({document.data(), document.size()}, root);
+    if (!root.GetNode()) return;
+    const std::string head = WriteStartTag(*root.GetNode());
+    const std::string tail = "</" + std::string(root.GetNode()->name) + ">";
+    for (const ORVXmlNode* child = root.GetNode()->firstChild; child; child = child->nextSibling)
+        if (child->IsElement()) AddDrawing(head + WriteElement(*child) + tail, seeds);
+
+    std::vector<const ORVXmlNode*> pending{root.GetNode()};
+    while (!pending.empty()) {
+        const ORVXmlNode* const node = pending.back();
+        pending.pop_back();
+        AddValues(*node, seeds);
+        for (const ORVXmlNode* child = node->firstChild; child; child = child->nextSibling)
+            if (child->IsElement()) pending.push_back(child);
+    }
+}
+
+void AddBytes(const char* target, const ByteList& bytes, Seeds& seeds) {
+    seeds.Add(target, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
+// Every kind of image that the formats have, a few pixels each.
+void AddImages(Seeds& seeds) {
+    const auto sample = [](int x, int y, int channel) {
+        return static_cast<unsigned>(3 * x + 5 * y + channel);
+    };
+    constexpr int kColourTypes[][2] = {{0, 1}, {0, 2}, {0, 4}, {0, 8}, {0, 16}, {2, 8}, {2, 16}, {3, 1},
+                                       {3, 2}, {3, 4}, {3, 8}, {4, 8}, {4, 16}, {6, 8}, {6, 16}};
+    for (const auto& [type, depth] : kColourTypes)
+        for (const bool interlaced : {false, true}) {
+            PngToWrite png{5, 4, depth, type, interlaced, {}};
+            const unsigned mask = type == 3 ? 1U : (1U << static_cast<unsigned>(depth)) - 1U;
+            png.sample = [&sample, mask](int x, int y, int channel) { return sample(x, y, channel) & mask; };
+            if (type == 3) png.palette = {255, 0, 0, 0, 255, 0}, png.paletteAlpha = {7};
+            AddBytes("png", WritePng(png), seeds);
+        }
+    for (const int components : {1, 3, 4})
+        for (const bool progressive : {false, true}) {
+            JpegToWrite jpeg{9, 8, components};
+            // Grey, RGB as YCbCr, CMYK, by libjpeg's numbers.
+            jpeg.inputSpace = components == 1 ? 1 : components == 3 ? 2 : 4;
+            jpeg.storedSpace = components == 1 ? 1 : components == 3 ? 3 : 4;
+            jpeg.progressive = progressive;
+            for (int i = 0; i < 9 * 8 * components; ++i)
+                jpeg.samples.push_back(static_cast<std::uint8_t>(7 * i));
+            AddBytes("jpeg", WriteJpeg(jpeg), seeds);
+        }
+    for (const unsigned bits : {1U, 4U, 8U, 16U, 24U, 32U})
+        for (const int height : {3, -3}) {
+            BmpToWrite bmp = BmpToWrite::Info(5, height, bits);
+            if (bits <= 8)
+                for (unsigned i = 0; i < 1U << bits; ++i) bmp.U32(i * 0x010203U);
+            AddBytes("bmp", bmp.With(ByteList(3 * ((5 * bits + 31) / 32 * 4), 0x35)), seeds);
+        }
+    // Runs of equal pixels, an end of line and the end of the image.
+    for (const unsigned bits : {4U, 8U}) {
+        BmpToWrite bmp = BmpToWrite::Info(5, 2, bits, bits == 8 ? 1 : 2, 2);
+        bmp.U32(0).U32(0xFFFFFF);
+        AddBytes("bmp", bmp.With({5, 1, 0, 0, 0, 3, 1, 0, 1, 0, 2, 0, 0, 1}), seeds);
+    }
+}
+
+std::string ContentOf(const char* path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 4) {
+        std::fprintf(stderr, "usage: orv_make_seeds FOLDER TARGETS DRAWING...\n");
+        return 2;
+    }
+    Seeds seeds(argv[2]);
+    for (int i = 3; i < argc; ++i) AddDrawings(ContentOf(argv[i]), seeds);
+    AddImages(seeds);
+    seeds.Write(argv[1]);
+    return 0;
+}

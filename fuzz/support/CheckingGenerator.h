@@ -1,0 +1,43 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+/// Requires that all it is given is finite, balanced and in bounds, and hands it on.
+class CheckingGenerator final : public ORVPrintGenerator {
+public:
+    /// @param target  gets every call; null for nobody. Must outlive this object.
+    /// @param takesSymbols  what is answered to symbols where there is no target
+    explicit CheckingGenerator(ORVPrintGenerator* target = nullptr, bool takesSymbols = false)
+        : target_(target), takesSymbols_(takesSymbols) {}
+    /// All that was begun has been ended, unless a call failed.
+    ~CheckingGenerator() override;
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override;
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override;
+    int EndDocument() override;
+
+private:
+    enum class Part { kDocument, kPage, kGroup, kClip, kSymbol };
+    int Enter(Part part, int result);
+    void Leave(Part part);
+    void RequirePage() const;
+    int Note(int result);
+
+    ORVPrintGenerator* const target_;
+    const bool takesSymbols_;
+    std::vector<Part> open_;
+    std::vector<const void*> symbols_;
+    bool hasFailed_ = false;
+};

@@ -1,0 +1,11 @@
+// The reader of BMP files.
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/image_check.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+namespace {
+
+const FuzzTarget kTarget("bmp", [](std::string_view file) { CheckImageReader(ReadMemBMPPixelImage, file); });
+
+}  // namespace

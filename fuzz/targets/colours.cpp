@@ -1,0 +1,33 @@
+// Colours: the reader against its plain transcription, and the paints that take them.
+
+#include <string>
+
+#include "fuzz/support/FuzzTarget.h"
+#include "platform/model/ORVPrtColourTable.h"
+#include "platform/model/ORVPrtImageElt.h"
+#include "plugin/style/paint.h"
+#include "plugin/values/colour.h"
+#include "tests/plugin/values/naive_values.h"
+#include "tests/support/page_state.h"
+
+namespace {
+
+const FuzzTarget kTarget("colours", [](std::string_view text) {
+    PageState state(10.0, 10.0);
+    unsigned int index = 99;
+    int parts[3] = {};
+    const bool isColour = naive::Colour(std::string(text), parts);
+    Require((ParseColour(state, text, index) == 1) == isColour);
+    if (isColour) {
+        const auto colour = state.page->GetColourTable()->GetColour(index);
+        Require(colour.red == parts[0] && colour.green == parts[1] && colour.blue == parts[2]);
+        unsigned int again = 99;
+        Require(ParseColour(state, text, again) == 1 && again == index);
+    } else {
+        Require(index == 99);
+    }
+    ApplyFillPaint(state, text);
+    ApplyStrokePaint(state, text);
+});
+
+}  // namespace

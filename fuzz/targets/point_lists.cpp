@@ -1,0 +1,23 @@
+// Point lists: the reader against its plain transcription.
+
+#include <string>
+#include <vector>
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/same_numbers.h"
+#include "plugin/values/point_list.h"
+#include "tests/plugin/values/naive_values.h"
+#include "tests/support/page_state.h"
+
+namespace {
+
+const FuzzTarget kTarget("point_lists", [](std::string_view text) {
+    std::vector<double> numbers{99.0};
+    for (const int flip : {0, 1}) {
+        const PageState state(200.0, 100.0, flip);
+        ReadCoordinateNumbers(state, text, numbers);
+        Require(SameNumbers(numbers, naive::Numbers(state, std::string(text))));
+    }
+});
+
+}  // namespace

@@ -1,0 +1,15 @@
+// A document to PostScript and to EPS.
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/documents.h"
+
+namespace {
+
+const FuzzTarget kTarget("postscript_generator", [](std::string_view bytes) {
+    for (const char* format : {"ps", "eps"}) {
+        const FormatRun run = PrintInFormat(format, bytes);
+        if (run.succeeded) Require(run.output.starts_with("%!PS-Adobe-3.0"));
+    }
+});
+
+}  // namespace

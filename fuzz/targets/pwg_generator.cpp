@@ -1,0 +1,13 @@
+// A document to PWG Raster.
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/documents.h"
+
+namespace {
+
+const FuzzTarget kTarget("pwg_generator", [](std::string_view bytes) {
+    const FormatRun run = PrintInFormat("pwg", bytes);
+    if (run.succeeded) Require(run.parts == 1 && run.output.starts_with("RaS2"));
+});
+
+}  // namespace

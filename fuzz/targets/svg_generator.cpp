@@ -1,0 +1,19 @@
+// A document to SVG, which must be well formed; and that drawing back to a model.
+
+#include "fuzz/support/CheckingGenerator.h"
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/documents.h"
+#include "platform/xml/ORVLightXml.h"
+
+namespace {
+
+const FuzzTarget kTarget("svg_generator", [](std::string_view bytes) {
+    const FormatRun run = PrintInFormat("svg", bytes);
+    if (!run.succeeded || run.parts != 1) return;
+    ORVLightXmlElement root;
+    Require(ORVLightXmlParser().Parse({run.output.data(), run.output.size()}, root) == 1);
+    CheckingGenerator generator;
+    PrintDocument(run.output, false, generator);
+});
+
+}  // namespace

@@ -1,0 +1,13 @@
+// A document to TIFF.
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/documents.h"
+
+namespace {
+
+const FuzzTarget kTarget("tiff_generator", [](std::string_view bytes) {
+    const FormatRun run = PrintInFormat("tiff", bytes);
+    if (run.succeeded) Require(run.parts == 1 && run.output.starts_with("II"));
+});
+
+}  // namespace

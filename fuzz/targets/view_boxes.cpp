@@ -1,0 +1,18 @@
+// View boxes: the reader against its plain transcription.
+
+#include <string>
+
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/same_numbers.h"
+#include "plugin/values/view_box.h"
+#include "tests/plugin/values/naive_values.h"
+
+namespace {
+
+const FuzzTarget kTarget("view_boxes", [](std::string_view text) {
+    ORVPrtViewBox a{-1.0, -2.0, -3.0, -4.0}, b = a;
+    Require(ReadViewBox(text, a) == naive::ViewBox(std::string(text), b));
+    Require(SameNumbers({a.minX, a.minY, a.width, a.height}, {b.minX, b.minY, b.width, b.height}));
+});
+
+}  // namespace
