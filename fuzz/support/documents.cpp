@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "fuzz/support/CheckingGenerator.h"
 #include "fuzz/support/FuzzBytes.h"
 #include "fuzz/support/FuzzTarget.h"
 #include "generators/common/ORVOutput.h"
@@ -25,6 +25,7 @@
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVXmlNode.h"
 #include "plugin/interpreter/factories.h"
+#include "tests/support/CheckingGenerator.h"
 #include "tests/support/built_model.h"
 
 namespace {
@@ -159,6 +160,12 @@ std::string Write(const ORVXmlNode& root, bool withFills) {
 
 }  // namespace
 
+void RequireNoFault(const CheckingGenerator& generator) {
+    const std::string fault = generator.GetFault();
+    if (!fault.empty()) std::fprintf(stderr, "%s\n", fault.c_str());
+    Require(fault.empty());
+}
+
 int PrintAllPages(ORVPrintInterpreter& interpreter, ORVPrintGenerator& generator) {
     unsigned int count = 0;
     const int status = interpreter.GetPageCount(count);
@@ -241,20 +248,21 @@ FormatRun PrintInFormat(std::string_view formatName, std::string_view bytes) {
     FormatRun run;
     LimitedOutput output(capacity < 32 ? std::optional(capacity * 100) : std::nullopt);
     const std::unique_ptr<ORVFormatGenerator> generator = format->create(output, options);
+    CheckingGenerator beforeFormat(&generator->Get());
+    std::string error;
     int result = 0;
-    {
-        CheckingGenerator beforeFormat(&generator->Get());
-        if (sheets) {
-            ORVSheetGenerator sheet(beforeFormat, *sheets);
-            CheckingGenerator beforeSheets(&sheet);
-            result = PrintAllPages(*interpreter, beforeSheets);
-            if (result == kPageTooLarge || result == kDrawingFailed)
-                Require(!sheet.GetError().empty() || !generator->GetError().empty());
-        } else {
-            result = PrintAllPages(*interpreter, beforeFormat);
-            if (result == kPageTooLarge || result == kDrawingFailed) Require(!generator->GetError().empty());
-        }
+    if (sheets) {
+        ORVSheetGenerator sheet(beforeFormat, *sheets);
+        CheckingGenerator beforeSheets(&sheet);
+        result = PrintAllPages(*interpreter, beforeSheets);
+        RequireNoFault(beforeSheets);
+        error = sheet.GetError();
+    } else {
+        result = PrintAllPages(*interpreter, beforeFormat);
     }
+    RequireNoFault(beforeFormat);
+    if (result == kPageTooLarge || result == kDrawingFailed)
+        Require(!error.empty() || !generator->GetError().empty());
     // A module that is missing would let everything pass.
     Require(generator->GetError().find("cannot be used") == std::string::npos);
     Require((result == kOutputFailed) == output.HasFailed());

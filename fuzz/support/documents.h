@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+class CheckingGenerator;
 class ORVPrintGenerator;
 class ORVPrintInterpreter;
 class ORVPrtModel;
@@ -19,6 +20,9 @@ int PrintDocument(std::string_view document, bool usesDom, ORVPrintGenerator& ge
 
 /// As PrintDocument, for an interpreter that was just made.
 int PrintAllPages(ORVPrintInterpreter& interpreter, ORVPrintGenerator& generator);
+
+/// Requires that a generator found no fault, and says which it found.
+void RequireNoFault(const CheckingGenerator& generator);
 
 /// How many primitives a walk over the model visits, shared ones each time; `limit` when there are as many.
 std::size_t CountVisits(const ORVPrtModel& model, std::size_t limit);

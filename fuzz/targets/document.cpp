@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "fuzz/support/CheckingGenerator.h"
 #include "fuzz/support/FuzzBytes.h"
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"
@@ -14,6 +13,7 @@
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/xml/ORVLightXml.h"
+#include "tests/support/CheckingGenerator.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_json.h"
 
@@ -32,6 +32,7 @@ void CheckModel(const BuiltModel& built, bool takesSymbols) {
     ORVPrintParameters parameters;
     parameters.SetDrawLimit(kFuzzDrawLimit);
     ORVPrintModelRender(built.GetModel(), &generator, parameters).Draw();
+    RequireNoFault(generator);
 }
 
 void RequireOneModel(const BuiltModel& a, const BuiltModel& b) {

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "fuzz/support/CheckingGenerator.h"
 #include "fuzz/support/FuzzBytes.h"
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"
@@ -12,6 +11,7 @@
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
 #include "plugin/interpreter/factories.h"
+#include "tests/support/CheckingGenerator.h"
 
 namespace {
 
@@ -36,6 +36,7 @@ const FuzzTarget kTarget("qvxml", [](std::string_view bytes) {
             fctCreateORVPrintQVXMLInterpreter(input.get()));
         CheckingGenerator generator;
         PrintAllPages(*interpreter, generator);
+        RequireNoFault(generator);
     }
 });
 

@@ -1,9 +1,9 @@
 // A document to SVG, which must be well formed; and that drawing back to a model.
 
-#include "fuzz/support/CheckingGenerator.h"
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"
 #include "platform/xml/ORVLightXml.h"
+#include "tests/support/CheckingGenerator.h"
 
 namespace {
 
@@ -14,6 +14,7 @@ const FuzzTarget kTarget("svg_generator", [](std::string_view bytes) {
     Require(ORVLightXmlParser().Parse({run.output.data(), run.output.size()}, root) == 1);
     CheckingGenerator generator;
     PrintDocument(run.output, false, generator);
+    RequireNoFault(generator);
 });
 
 }  // namespace

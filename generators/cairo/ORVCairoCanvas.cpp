@@ -209,7 +209,8 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
         AddPath(FitPathToRange(shape.path, toDevice, kDeviceLimit, PathUse::kFill, fitted_));
         Fill(*shape.fill);
     }
-    if (shape.stroke) {
+    // A pen or a font without width is an error for cairo, which would end the document.
+    if (shape.stroke && !IsFlat(toDevice)) {
         cairo_set_matrix(cr_, &matrix);
         SetStroke(*shape.stroke, shape.toPage);
         cairo_new_path(cr_);
@@ -289,7 +290,7 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
 int ORVCairoCanvas::DrawText(const ORVPrintText& text) {
     if (!cr_) return kDrawingFailed;
     const ORVMathAffine2D toDevice = ToDevice(text.toPage);
-    if (!IsDrawable(toDevice)) return kGeneratorDone;
+    if (!IsDrawable(toDevice) || IsFlat(toDevice)) return kGeneratorDone;
     const StateGuard guard(cr_);
     if (text.clip) {
         const cairo_matrix_t page = DeviceMatrix({});
@@ -313,7 +314,7 @@ int ORVCairoCanvas::DrawText(const ORVPrintText& text) {
 int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
     if (!cr_) return kDrawingFailed;
     const ORVMathAffine2D boxToDevice = ToDevice(image.toPage);
-    if (!IsDrawable(boxToDevice)) return kGeneratorDone;
+    if (!IsDrawable(boxToDevice) || IsFlat(boxToDevice)) return kGeneratorDone;
     for (const ORVMathPoint2D& corner : {ORVMathPoint2D{0.0, 0.0}, ORVMathPoint2D{1.0, 0.0},
                                          ORVMathPoint2D{0.0, 1.0}, ORVMathPoint2D{1.0, 1.0}}) {
         const ORVMathPoint2D p = boxToDevice(corner);

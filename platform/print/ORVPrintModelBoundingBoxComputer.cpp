@@ -130,7 +130,9 @@ private:
         box_.Add(p[2]);
         if (!IsFinite(p[0]) || !IsFinite(p[1]) || !IsFinite(p[2])) return;
         const auto addAt = [&](double a, double b, double c) {
-            const double t = (a - b) / (a - 2.0 * b + c);
+            const double divisor = a - 2.0 * b + c;
+            if (divisor == 0.0) return;
+            const double t = (a - b) / divisor;
             if (t > 0.0 && t < 1.0) box_.Add(Mix(Mix(p[0], p[1], t), Mix(p[1], p[2], t), t));
         };
         addAt(p[0].x, p[1].x, p[2].x);
@@ -141,7 +143,9 @@ private:
         box_.Add(p[3]);
         for (const ORVMathPoint2D& point : p)
             if (!IsFinite(point)) return;
-        const auto addAt = [&](double t) {
+        const auto addAt = [&](double dividend, double divisor) {
+            if (divisor == 0.0) return;
+            const double t = dividend / divisor;
             if (!(t > 0.0 && t < 1.0)) return;
             const ORVMathPoint2D middle = Mix(p[1], p[2], t);
             box_.Add(Mix(Mix(Mix(p[0], p[1], t), middle, t), Mix(middle, Mix(p[2], p[3], t), t), t));
@@ -154,8 +158,8 @@ private:
             // The root that adds numbers of one sign, and the other one by the product of both: no digits
             // cancel, and a = 0 gives the straight line's root.
             const double q = -0.5 * (b + std::copysign(std::sqrt(discriminant), b));
-            addAt(q / a);
-            addAt(c / q);
+            addAt(q, a);
+            addAt(c, q);
         };
         addExtrema(p[0].x, p[1].x, p[2].x, p[3].x);
         addExtrema(p[0].y, p[1].y, p[2].y, p[3].y);

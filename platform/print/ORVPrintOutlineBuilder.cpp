@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "platform/mathematics/constants.h"
 #include "platform/model/visit_primitive.h"
@@ -18,6 +19,13 @@ ORVMathPoint2D Mix(const ORVMathPoint2D& a, const ORVMathPoint2D& b, double t) {
 double Reach(const ORVEllipseFrame& ellipse) {
     return std::max(std::hypot(ellipse.first.x, ellipse.first.y),
                     std::hypot(ellipse.second.x, ellipse.second.y));
+}
+
+/// Whether all of an ellipse can be counted with, corners of its curves included.
+bool IsCountable(const ORVEllipseFrame& ellipse) {
+    constexpr double kFarthest = std::numeric_limits<double>::max() / 16.0;
+    return ellipse.IsFinite() && Reach(ellipse) < kFarthest && std::fabs(ellipse.center.x) < kFarthest &&
+           std::fabs(ellipse.center.y) < kFarthest;
 }
 
 // A cubic curve strays from a quarter of a circle by 0.027 % of the radius, from an eighth by 0.0004 %. Up
@@ -103,7 +111,7 @@ void ORVPrintOutlineBuilder::AppendArc(const ORVEllipseFrame& mapped, double sta
 void ORVPrintOutlineBuilder::AddFullEllipse(const ORVEllipseFrame& ellipse) {
     EndContour();
     const ORVEllipseFrame mapped = ellipse.MappedBy(map_);
-    if (!mapped.IsFinite()) return;
+    if (!IsCountable(mapped)) return;
     const ORVMathPoint2D start = mapped.At(0.0);
     path_.MoveTo(start);
     AppendArc(mapped, 0.0, ORV2PI);
@@ -138,7 +146,7 @@ void ORVPrintOutlineBuilder::Add(const ORVPrtEllipticalArcElt& arc) {
             .MappedBy(map_);
     const double start = static_cast<double>(arc.GetStartAngle());
     double sweep = static_cast<double>(arc.GetEndAngle()) - start;
-    if (!mapped.IsFinite() || !std::isfinite(start) || !std::isfinite(sweep)) return;
+    if (!IsCountable(mapped) || !std::isfinite(start) || !std::isfinite(sweep)) return;
     // More turns than two look like less.
     if (std::fabs(sweep) > 2.0 * ORV2PI) sweep = std::fmod(sweep, ORV2PI) + std::copysign(ORV2PI, sweep);
     if (open_) reach_ = std::max(reach_, Reach(mapped));
@@ -185,9 +193,11 @@ void ORVPrintOutlineBuilder::Add(const ORVPrtPolyQuadraticBezierElt& curve) {
     for (std::size_t i = 0; i + 2 < points.size(); i += 2) {
         const ORVMathPoint2D start = map_(points[i]), control = map_(points[i + 1]),
                              end = map_(points[i + 2]);
-        if (!IsFinite(start) || !IsFinite(control) || !IsFinite(end)) continue;
-        Start(start);
         // The same curve, raised by a degree.
-        path_.CubicTo(Mix(start, control, 2.0 / 3.0), Mix(end, control, 2.0 / 3.0), end);
+        const ORVMathPoint2D control1 = Mix(start, control, 2.0 / 3.0),
+                             control2 = Mix(end, control, 2.0 / 3.0);
+        if (!IsFinite(start) || !IsFinite(control1) || !IsFinite(control2) || !IsFinite(end)) continue;
+        Start(start);
+        path_.CubicTo(control1, control2, end);
     }
 }

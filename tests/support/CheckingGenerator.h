@@ -1,18 +1,21 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Requires that all it is given is finite, balanced and in bounds, and hands it on.
+/// Looks at all it is given, and hands it on: numbers must be finite and in bounds, what is begun must be
+/// ended, and after a failure nothing but the end of the document may come.
 class CheckingGenerator final : public ORVPrintGenerator {
 public:
-    /// @param target  gets every call; null for nobody. Must outlive this object.
+    /// @param target        gets every call; null for nobody. Must outlive this object.
     /// @param takesSymbols  what is answered to symbols where there is no target
     explicit CheckingGenerator(ORVPrintGenerator* target = nullptr, bool takesSymbols = false)
         : target_(target), takesSymbols_(takesSymbols) {}
-    /// All that was begun has been ended, unless a call failed.
-    ~CheckingGenerator() override;
+
+    /// What was wrong first; empty when nothing was.
+    std::string GetFault() const;
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -32,7 +35,12 @@ private:
     enum class Part { kDocument, kPage, kGroup, kClip, kSymbol };
     int Enter(Part part, int result);
     void Leave(Part part);
-    void RequirePage() const;
+    void Expect(bool condition, const char* fault);
+    void ExpectPage();
+    void CheckMap(const ORVMathAffine2D& map);
+    void CheckPath(const ORVPrintPath& path);
+    void CheckFill(const ORVPrintFill* fill);
+    void CheckStroke(const ORVPrintStroke* stroke);
     int Note(int result);
 
     ORVPrintGenerator* const target_;
@@ -40,4 +48,5 @@ private:
     std::vector<Part> open_;
     std::vector<const void*> symbols_;
     bool hasFailed_ = false;
+    std::string fault_;
 };
