@@ -139,7 +139,7 @@ void AddDrawings(const std::string& document, Seeds& seeds) {
     ORVLightXmlParser().Parse({document.data(), document.size()}, root);
     if (!root.GetNode()) return;
     const std::string head = WriteStartTag(*root.GetNode());
-    const std::string tail = "</" + std::string(root.GetNode()->name) + ">";
+    const std::string tail = "</" + std::string(root.GetNode()->GetName()) + ">";
     for (const ORVXmlNode* child = root.GetNode()->firstChild; child; child = child->nextSibling)
         if (child->IsElement()) AddDrawing(head + WriteElement(*child) + tail, seeds);
 

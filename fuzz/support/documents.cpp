@@ -142,15 +142,15 @@ std::string Write(const ORVXmlNode& root, bool withFills) {
         if (withFills && !node->Has(AttributeName::kFill)) {
             text.pop_back();
             text.append(" fill='")
-                .append(kFills[(written + node->name.size()) % std::size(kFills)])
+                .append(kFills[(written + node->GetName().size()) % std::size(kFills)])
                 .append("'>");
         }
-        text += Escaped(node->text);
+        text += Escaped(node->GetText());
         ++written;
         open.push_back(node);
         node = NextElement(node->firstChild);
         while (!node && !open.empty()) {
-            text.append("</").append(open.back()->name).append(">");
+            text.append("</").append(open.back()->GetName()).append(">");
             if (open.size() > 1) node = NextElement(open.back()->nextSibling);
             open.pop_back();
         }
@@ -221,7 +221,7 @@ bool StatesFills(const ORVXmlNode& root) {
 }
 
 std::string WriteStartTag(const ORVXmlNode& element) {
-    std::string text = "<" + std::string(element.name);
+    std::string text = "<" + std::string(element.GetName());
     for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
         const ORVXmlAttribute attribute = element.GetAttribute(i);
         text.append(" ").append(attribute.name).append("='").append(Escaped(attribute.value)).append("'");

@@ -16,16 +16,16 @@ void Touch(std::string_view text) {
 }
 
 void CheckNode(const ORVXmlNode& node) {
-    Require(!node.name.empty());
-    Touch(node.name);
-    Touch(node.text);
+    Require(!node.GetName().empty());
+    Touch(node.GetName());
+    Touch(node.GetText());
     std::uint32_t known = 0;
     for (unsigned i = 0; i < static_cast<unsigned>(AttributeName::kCount); ++i) {
         const auto name = static_cast<AttributeName>(i);
-        const std::string_view* const found = node.Find(GetNameText(name));
-        Require((found != nullptr) == node.Has(name));
+        const auto found = node.Find(GetNameText(name));
+        Require(found.has_value() == node.Has(name));
         if (!found) continue;
-        Require(found == node.attributeTexts + known && found->data() == node.Value(name).data());
+        Require(found->data() == node.Value(name).data() && found->size() == node.Value(name).size());
         ++known;
     }
     Require(known <= node.attributeCount);
@@ -62,7 +62,8 @@ void RequireSameTree(const ORVXmlNode* a, const ORVXmlNode* b) {
     for (std::size_t i = 0; i < left.size(); ++i) {
         const ORVXmlNode& one = *left[i].node;
         const ORVXmlNode& other = *right[i].node;
-        Require(left[i].depth == right[i].depth && one.name == other.name && one.text == other.text);
+        Require(left[i].depth == right[i].depth && one.GetName() == other.GetName() &&
+                one.GetText() == other.GetText());
         Require(one.attributeCount == other.attributeCount && one.known == other.known);
         for (std::uint32_t k = 0; k < one.attributeCount; ++k) {
             const ORVXmlAttribute mine = one.GetAttribute(k), theirs = other.GetAttribute(k);
