@@ -133,7 +133,8 @@ private:
                                   " has no area; give the svg element a width and a height, or a viewBox");
         }
         const double sheets = CountSheets(drawing, pages);
-        sheetsPrinted_ += sheets;
+        // Posters of more sheets than there may ever be are refused by what lays them out, with better advice.
+        if (!(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
         if (!sequence_)
