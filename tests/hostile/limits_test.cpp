@@ -83,10 +83,10 @@ TEST_P(LimitsTest, Duplicates) {
     }
     const std::string wide = "<defs><g id='w'>" + Repeat("<rect width='1' height='1' fill='red'/>", 100) +
                              "</g></defs>" + Repeat("<use xlink:href='#w' fill='blue'/>", 20);
-    const ORVPrtPrimitiveBudget& budget = Build(Drawing(wide)).GetModel().GetBudget();
+    const BuiltModel built = Build(Drawing(wide));
     const std::uint64_t duplicates = 20U * 101U;
     const std::uint64_t allowed = kGrowthPerPrimitive * (1 + 1 + 101 + 20);
-    ASSERT_EQ(budget.GetDuplicates(), duplicates);
+    ASSERT_EQ(built.GetModel().GetBudget().GetDuplicates(), duplicates);
     {
         const ORVScopedPrintLimit limit(ORVPrintLimit::kDuplicates, duplicates - allowed);
         EXPECT_EQ(RefusalOfDrawing(wide), Refusal());
