@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/formats.h"
+#include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintInputXMLElement.h"
+#include "platform/print/ORVPrintParameters.h"
+#include "platform/xml/ORVDOMXml.h"
+#include "platform/xml/ORVLightXml.h"
+#include "plugin/interpreter/ORVPrintSVGInterpreter.h"
+#include "plugin/interpreter/SvgDocumentSource.h"
+#include "plugin/interpreter/model_build.h"
+#include "tests/support/built_model.h"
+#include "tests/support/model_json.h"
+#include "tests/support/model_sketch.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kThreads = 16;
+constexpr std::size_t kDocumentsAThread = 1'000;
+constexpr std::size_t kPrintedOneOf = 50;
+constexpr std::array kFormats{"pdf", "svg", "png"};
+
+struct Document {
+    std::string path, text;
+};
+
+std::vector<Document> ReadDocuments() {
+    std::vector<Document> documents;
+    for (const char* folder : {ORV_DOCUMENTS_PATH, ORV_EXAMPLES_PATH})
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.path().extension() != ".svg") continue;
+            std::ostringstream text;
+            text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+            documents.push_back({entry.path().string(), text.str()});
+        }
+    std::sort(documents.begin(), documents.end(),
+              [](const Document& a, const Document& b) { return a.path < b.path; });
+    return documents;
+}
+
+/// A document parsed by the calling thread. The kind of element chooses the back-end.
+class ParsedDocument {
+public:
+    ParsedDocument(const Document& document, Backend backend) : path_(document.path) {
+        if (backend == Backend::kDom) {
+            BuildParser(ORVUnicodeString(document.text), "SVG", dom_);
+        } else {
+            ORVLightXmlParser().Parse({document.text.data(), document.text.size()}, light_);
+        }
+    }
+
+    /// The build's result and all pages, as text; with `whole`, every field of the model behind it.
+    std::string GetModelText(bool whole) const {
+        SvgDocumentSource source = dom_ ? SvgDocumentSource(dom_) : SvgDocumentSource(&light_);
+        source.SetCurrentPath(ORVUnicodeString(path_));
+        const ORVRef<ORVPrtModel> model(new ORVPrtModel);
+        const int result = BuildModel(source, model.get());
+        std::string text = std::to_string(result);
+        for (std::size_t page = 0; page < model->GetImages()->size(); ++page)
+            text.append("\n").append(PaintedSketchOfChildren(*model->GetImages()->at(page)));
+        if (whole) text.append("\n").append(ModelToJson(*model, result).dump());
+        return text;
+    }
+
+    /// The bytes of all pages, behind what printing returned.
+    std::string Print(const char* format) const {
+        const ORVRef<ORVPrintInputXMLElement> input(dom_ ? new ORVPrintInputXMLElement(dom_)
+                                                         : new ORVPrintInputXMLElement(&light_));
+        ORVPrintSVGInterpreter interpreter(input.get());
+        interpreter.SetCurrentPath(ORVUnicodeString(path_));
+        interpreter.SetAllPages(1);
+        ORVMemoryOutput output;
+        ORVFormatOptions options;
+        options.dotsPerInch = 45.0;
+        options.threads = 2;
+        const auto generator = ORVFindOutputFormat(format)->create(output, options);
+        const int result = interpreter.Print(&generator->Get(), ORVPrintParameters());
+        return std::to_string(result) + output.GetBytes();
+    }
+
+private:
+    std::string path_;
+    ORVIDOMElement_var dom_;
+    ORVLightXmlElement light_;
+};
+
+/// What one thread alone makes of a document.
+struct Expected {
+    std::string sketch, whole;
+    std::array<std::string, kFormats.size()> prints;
+};
+
+Expected MakeExpected(const Document& document, Backend backend) {
+    const ParsedDocument parsed(document, backend);
+    Expected expected{parsed.GetModelText(false), parsed.GetModelText(true), {}};
+    for (std::size_t format = 0; format < kFormats.size(); ++format)
+        expected.prints[format] = parsed.Print(kFormats[format]);
+    return expected;
+}
+
+TEST(ThreadsTest, InterpretersOfManyThreadsAreIndependent) {
+    const std::vector<Document> documents = ReadDocuments();
+    ASSERT_GE(documents.size(), 10U);
+
+    // Asked for after the threads, so that whatever is made on first use is made by sixteen at once.
+    struct Made {
+        std::size_t document;
+        Backend backend;
+        bool printed;
+        Expected result;
+    };
+    std::vector<std::vector<Made>> firstRounds(kThreads);
+    std::vector<Expected> expected;
+    std::atomic<std::size_t> arrived = 0, mayGoOn = 0, compared = 0, printed = 0, different = 0;
+
+    const auto work = [&](std::size_t thread) {
+        ++arrived;
+        while (arrived < kThreads) std::this_thread::yield();
+        firstRounds[thread].push_back(
+            {thread % documents.size(), kBackends[thread % 2], true,
+             MakeExpected(documents[thread % documents.size()], kBackends[thread % 2])});
+
+        mayGoOn.wait(0);
+        for (std::size_t round = 1; round < kDocumentsAThread; ++round) {
+            const std::size_t document = (thread * 3 + round) % documents.size();
+            const Backend backend = kBackends[(thread + round / documents.size()) % 2];
+            const Expected& alone = expected[document * 2 + (backend == kBackends[1] ? 1 : 0)];
+            const ParsedDocument parsed(documents[document], backend);
+            const bool print = (round + thread) % kPrintedOneOf == 0;
+            if (parsed.GetModelText(print) != (print ? alone.whole : alone.sketch)) ++different;
+            ++compared;
+            if (!print) continue;
+            for (std::size_t format = 0; format < kFormats.size(); ++format)
+                if (parsed.Print(kFormats[format]) != alone.prints[format]) ++different;
+            ++printed;
+        }
+    };
+
+    std::vector<std::thread> threads;
+    for (std::size_t thread = 0; thread < kThreads; ++thread) threads.emplace_back(work, thread);
+
+    // One thread alone could not tell a race on first use; the main thread works beside the sixteen here.
+    for (const Document& document : documents)
+        for (const Backend backend : kBackends) expected.push_back(MakeExpected(document, backend));
+    mayGoOn = 1;
+    mayGoOn.notify_all();
+    for (std::thread& thread : threads) thread.join();
+
+    for (const auto& round : firstRounds)
+        for (const Made& made : round) {
+            const Expected& alone = expected[made.document * 2 + (made.backend == kBackends[1] ? 1 : 0)];
+            EXPECT_EQ(made.result.whole, alone.whole) << documents[made.document].path;
+            EXPECT_TRUE(made.result.prints == alone.prints) << documents[made.document].path;
+            ++compared;
+        }
+    EXPECT_EQ(compared, kThreads * kDocumentsAThread);
+    EXPECT_GE(printed, kThreads * kDocumentsAThread / kPrintedOneOf - kThreads);
+    EXPECT_EQ(different, 0U);
+}
+
+}  // namespace
