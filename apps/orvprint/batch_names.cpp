@@ -38,13 +38,20 @@ std::vector<std::string> PlanOutputs(const std::vector<std::string>& inputs, con
     for (const std::string& input : inputs) {
         const std::string name = BaseName(input);
         if (name.empty() || name == "." || name == "..") {
-            error = input + " names no file";
+            error.assign(input).append(" names no file");
             return {};
         }
-        std::string output = folder + (folder.ends_with('/') ? "" : "/") + name + "." + std::string(ending);
+        std::string output = folder;
+        if (!folder.ends_with('/')) output += '/';
+        output.append(name).append(".").append(ending);
         const auto [owner, isNew] = owners.emplace(output, &input);
         if (!isNew) {
-            error = "both " + *owner->second + " and " + input + " would become " + output;
+            error = "both ";
+            error.append(*owner->second)
+                .append(" and ")
+                .append(input)
+                .append(" would become ")
+                .append(output);
             return {};
         }
         outputs.push_back(std::move(output));

@@ -133,7 +133,8 @@ private:
                                   " has no area; give the svg element a width and a height, or a viewBox");
         }
         const double sheets = CountSheets(drawing, pages);
-        // Posters of more sheets than there may ever be are refused by what lays them out, with better advice.
+        // Posters of more sheets than there may ever be are refused by what lays them out, with better
+        // advice.
         if (!(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
@@ -154,6 +155,7 @@ private:
     double CountSheets(const Drawing& drawing, const std::vector<unsigned int>& pages) const {
         if (!options_.sheet) return static_cast<double>(pages.size());
         std::vector<ORVPaperSize> sizes;
+        sizes.reserve(pages.size());
         for (const unsigned int page : pages)
             sizes.push_back({drawing.pages[page - 1].width, drawing.pages[page - 1].height});
         return ORVCountSheets(options_.sheet->layout, sizes);

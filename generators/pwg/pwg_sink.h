@@ -3,7 +3,7 @@
 #include "generators/raster/ORVBandSink.h"
 
 class ORVOutput;
-struct _cups_raster_s;
+struct _cups_raster_s;  // NOLINT(bugprone-reserved-identifier): the library's own name for it
 
 /// Writes pages as PWG Raster through the print system's library.
 class PwgSink final : public ORVBandSink {

@@ -93,7 +93,8 @@ inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words,
                                      int height, int sign, double steepness) {
     const int first = left >> kSubpixelBits, border = (first + 1) << kSubpixelBits;
     // No decisions: that most edges stay in one cell cannot be foretold of any.
-    const int toBorder = static_cast<int>(std::min((border - left) * steepness + 0.5, static_cast<double>(height)));
+    const int toBorder =
+        static_cast<int>(std::min((border - left) * steepness + 0.5, static_cast<double>(height)));
     const int inFirst = right <= border ? height : toBorder, inSecond = height - inFirst;
     const int firstArea = inFirst * ((left & kSubpixelMask) + std::min(right - border, 0) + kOne);
     const int secondArea = inSecond * std::max(right - border, 0);

@@ -78,7 +78,7 @@ void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads) {
 
 /// A converted copy; the image itself when it has no other colours, or when memory does not allow for more.
 ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern) {
-    const auto itself = ORVRef<const ORVPixelImage>::Share(&image);
+    auto itself = ORVRef<const ORVPixelImage>::Share(&image);
     const ORVJpegSource* jpeg = image.GetJpegSource();
     if (mode == ORVColourMode::kGrey && jpeg && jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey)
         return itself;

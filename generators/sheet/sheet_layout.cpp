@@ -100,7 +100,7 @@ ORVMathBox2D Cell(const ORVMathBox2D& room, const CellGrid& grid, unsigned int n
     const double height = (Height(room) - kGutter * (grid.rows - 1)) / grid.rows;
     ORVMathBox2D cell;
     cell.xMin = room.xMin + (width + kGutter) * (number % grid.columns);
-    cell.yMin = room.yMin + (height + kGutter) * (number / grid.columns);
+    cell.yMin = room.yMin + (height + kGutter) * static_cast<double>(number / grid.columns);
     cell.xMax = cell.xMin + width;
     cell.yMax = cell.yMin + height;
     return width > 0.0 && height > 0.0 ? cell : ORVMathBox2D();

@@ -291,7 +291,7 @@ void ORVSvgGenerator::State::NoteDefinition(const void* key, const std::string& 
 }
 
 void ORVSvgGenerator::State::NoteImage(const ORVPixelImage& image, const std::string& id) {
-    constexpr std::int64_t kSmall = 64 * 64;  // pixels
+    constexpr std::int64_t kSmall = std::int64_t{64} * 64;  // pixels
     if (std::int64_t{image.GetWidth()} * image.GetHeight() <= kSmall) NoteDefinition(&image, id);
 }
 
@@ -460,7 +460,7 @@ std::string ORVSvgGenerator::State::FindPattern(const ORVPrintFill& fill,
     for (const Pattern& pattern : list)
         if (IsSameMap(pattern.map, map)) return pattern.id;
 
-    const std::string id = NewId('p', patternCount);
+    std::string id = NewId('p', patternCount);
     list.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id});
     NoteImage(*fill.pattern, id);
     const std::string size = " width=\"" + std::to_string(fill.pattern->GetWidth()) + "\" height=\"" +

@@ -39,11 +39,12 @@ public:
 
     const ORVString& GetIdentifier() const { return identifier_; }
 
+    ORVPrintInterpreter(const ORVPrintInterpreter&) = delete;
+    ORVPrintInterpreter& operator=(const ORVPrintInterpreter&) = delete;
+
 protected:
     /// @param identifier  name of the input format, for example "SVG"
     explicit ORVPrintInterpreter(const ORVString& identifier);
-    ORVPrintInterpreter(const ORVPrintInterpreter&) = delete;
-    ORVPrintInterpreter& operator=(const ORVPrintInterpreter&) = delete;
 
     virtual int Decode(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) = 0;
 

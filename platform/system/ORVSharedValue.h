@@ -16,10 +16,8 @@ public:
     ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
     ~ORVSharedValue() { Drop(); }
     ORVSharedValue& operator=(const ORVSharedValue& other) {
-        Payload* shared = other.payload_;  // which may be this handle's own
-        if (shared) ++shared->references;
-        Drop();
-        payload_ = shared;
+        ORVSharedValue copy(other);  // which may be this handle itself
+        std::swap(payload_, copy.payload_);
         return *this;
     }
     ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {

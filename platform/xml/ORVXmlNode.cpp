@@ -27,7 +27,8 @@ std::optional<std::string_view> ORVXmlNode::Find(std::string_view attributeName)
 ORVXmlAttribute ORVXmlNode::GetAttribute(std::uint32_t index) const {
     const std::uint32_t knownCount = ORVCountBits(known);
     if (index >= knownCount) {
-        const ORVXmlTextPlace* const other = attributeTexts + knownCount + 2 * (index - knownCount);
+        const ORVXmlTextPlace* const other =
+            attributeTexts + knownCount + std::size_t{2} * (index - knownCount);
         return {texts->Get(other[0]), texts->Get(other[1])};
     }
     std::uint64_t rest = known;

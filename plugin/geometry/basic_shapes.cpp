@@ -166,9 +166,11 @@ int HandlePolygon(SvgDrawState state, const Element& element, ORVPrtPolygonElt* 
     return kDone;
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of a function and of a type.
 #define ORV_INSTANTIATE_SHAPE(handler, Primitive)                                                        \
     template int handler(SvgDrawState, const DomElementAccess&, Primitive*, ORVPrtGraphicPrimitiveElt&); \
     template int handler(SvgDrawState, const LightElementAccess&, Primitive*, ORVPrtGraphicPrimitiveElt&)
+// NOLINTEND(bugprone-macro-parentheses)
 ORV_INSTANTIATE_SHAPE(HandleRect, ORVPrtRectangleElt);
 ORV_INSTANTIATE_SHAPE(HandleCircle, ORVPrtCircleElt);
 ORV_INSTANTIATE_SHAPE(HandleEllipse, ORVPrtEllipseElt);

@@ -498,7 +498,7 @@ private:
         switch (code) {
             case kTextSpan: return "its text is not printed";
             case kStyleSheet: return "none of its rules is applied";
-            case kScript: return "is not run";
+            case kScript:
             case kAnimation: return "is not run";
             case kSwitch: return "none of its alternatives is printed";
             case kForeignObject: return "its content is not printed";

@@ -15,6 +15,7 @@
 /// called.
 
 // Every function has a member of its own name, with its own type.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): it declares a name.
 #define ORV_DECLARE_MEMBER(name) decltype(::name)* name = nullptr;
 #define ORV_FIND_MEMBER(name) library.Find(#name, name);
 
