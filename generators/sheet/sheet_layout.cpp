@@ -98,9 +98,10 @@ struct CellGrid {
 ORVMathBox2D Cell(const ORVMathBox2D& room, const CellGrid& grid, unsigned int number) {
     const double width = (Width(room) - kGutter * (grid.columns - 1)) / grid.columns;
     const double height = (Height(room) - kGutter * (grid.rows - 1)) / grid.rows;
+    const unsigned int row = number / grid.columns;
     ORVMathBox2D cell;
     cell.xMin = room.xMin + (width + kGutter) * (number % grid.columns);
-    cell.yMin = room.yMin + (height + kGutter) * static_cast<double>(number / grid.columns);
+    cell.yMin = room.yMin + (height + kGutter) * row;
     cell.xMax = cell.xMin + width;
     cell.yMax = cell.yMin + height;
     return width > 0.0 && height > 0.0 ? cell : ORVMathBox2D();

@@ -16,8 +16,11 @@ public:
     ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
     ~ORVSharedValue() { Drop(); }
     ORVSharedValue& operator=(const ORVSharedValue& other) {
-        ORVSharedValue copy(other);  // which may be this handle itself
-        std::swap(payload_, copy.payload_);
+        if (this == &other) return *this;
+        Payload* shared = other.payload_;
+        if (shared) ++shared->references;
+        Drop();
+        payload_ = shared;
         return *this;
     }
     ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {
