@@ -72,8 +72,8 @@ template <std::string (*kMake)(long)>
 void BuildModel(benchmark::State& state) {
     setenv("PRINT_WITHOUT_DOM_PARSER", "", 1);
     const std::string document = kMake(state.range(0));
+    const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document));
     for (auto _ : state) {
-        const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document));
         const std::unique_ptr<ORVPrintInterpreter> interpreter(fctCreateORVPrintSVGInterpreter(input.get()));
         unsigned int pages = 0;
         if (interpreter->GetPageCount(pages) != 1 || pages != 1)

@@ -1,20 +1,17 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 // Powers of ten that a double holds exactly, as many as a short number may have places.
 inline constexpr double kShortNumberPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                                 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 
-/// Reads digits with at most one point among them, such as "12", "3.25" or ".5": most numbers there are.
-/// Where the digits without the point and the power of ten are exact, their quotient is rounded once, as a
-/// number has to be. Signs and exponents are the caller's.
-/// @param end  after what may be read
-/// @return behind the number; null when there is none, or none of this kind: too many digits, a second point
-///         or an exponent behind it
-inline const char* ORVReadShortNumber(const char* text, const char* end, double& value) {
+/// ORVReadShortNumber, character by character.
+inline const char* ORVReadShortNumberByCharacters(const char* text, const char* end, double& value) {
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53U;
     constexpr std::ptrdiff_t kMostCharacters = 19;  // more could outgrow the variable
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -37,13 +34,57 @@ inline const char* ORVReadShortNumber(const char* text, const char* end, double&
     return p;
 }
 
+/// @param digits  values of the digits, the first in the lowest byte; what comes behind them does not matter
+/// @param count   of digits, 1 to 8
+/// @return the number that they write
+inline std::uint64_t ORVJoinDigits(std::uint64_t digits, unsigned int count) {
+    digits <<= 64U - 8U * count;  // zeros in front
+    digits = (digits * 10 + (digits >> 8U)) & 0x00ff00ff00ff00ffU;
+    digits = (digits * 100 + (digits >> 16U)) & 0x0000ffff0000ffffU;
+    return (digits * 10000 + (digits >> 32U)) & 0xffffffffU;
+}
+
+/// Reads digits with at most one point among them, such as "12", "3.25" or ".5": most numbers there are.
+/// Where the digits without the point and the power of ten are exact, their quotient is rounded once, as a
+/// number has to be. Signs and exponents are the caller's.
+/// @param end  after what may be read
+/// @return behind the number; null when there is none, or none of this kind: too many digits, a second point
+///         or an exponent behind it
+[[gnu::always_inline]] inline const char* ORVReadShortNumber(const char* text, const char* end,
+                                                             double& value) {
+    // Up to seven characters and what ends them are taken as one word, without a decision for each.
+    std::uint64_t word = 0;
+    if (std::endian::native != std::endian::little || end - text < static_cast<std::ptrdiff_t>(sizeof word))
+        return ORVReadShortNumberByCharacters(text, end, value);
+    std::memcpy(&word, text, sizeof word);
+    word ^= 0x3030303030303030U;  // digits become their values
+    std::uint64_t others =
+        (((word & 0x7f7f7f7f7f7f7f7fU) + 0x7676767676767676U) | word) & 0x8080808080808080U;
+    unsigned int length = static_cast<unsigned int>(std::countr_zero(others)) / 8U;
+    unsigned int count = length, places = 0;
+    if (others != 0 && text[length] == '.') {
+        const std::uint64_t whole = (std::uint64_t{1} << (8U * length)) - 1;
+        word = (word & whole) | (word >> 8U & ~whole);  // without the point
+        others &= others - 1;
+        length = static_cast<unsigned int>(std::countr_zero(others)) / 8U;
+        places = length - count - 1;
+        count = length - 1;
+    }
+    if (others == 0) return ORVReadShortNumberByCharacters(text, end, value);
+    const char behind = text[length];
+    if (count == 0 || behind == '.' || behind == 'e' || behind == 'E') return nullptr;
+    value = static_cast<double>(ORVJoinDigits(word, count)) / kShortNumberPowers[places];
+    return text + length;
+}
+
 /// Reads a text that is such a number and nothing else, perhaps with a minus in front.
 /// @return false when it is anything else; `value` is left alone
 inline bool ORVReadWholeNumber(std::string_view text, double& value) {
     const char* const end = text.data() + text.size();
     const bool isNegative = !text.empty() && text.front() == '-';
     double number = 0.0;
-    if (ORVReadShortNumber(text.data() + (isNegative ? 1 : 0), end, number) != end || text.empty())
+    if (ORVReadShortNumberByCharacters(text.data() + (isNegative ? 1 : 0), end, number) != end ||
+        text.empty())
         return false;
     value = isNegative ? -number : number;
     return true;

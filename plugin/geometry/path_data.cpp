@@ -106,6 +106,19 @@ void PathDataInterpreter::MoveTo(bool relative, PathScanner& scanner) {
 }
 
 void PathDataInterpreter::LineTo(bool relative, PathScanner& scanner) {
+    // Plain points, as nearly all are, need no list. From the first other argument on there is one.
+    double x = 0.0, y = 0.0;
+    PathScanner::Pair pair;
+    while ((pair = scanner.NextPlainPair(x, y)) == PathScanner::Pair::kRead && TakePoint()) {
+        if (state_.yFlip == 1) y = state_.pageHeight - y;
+        const ORVMathPoint2D point = relative ? Offset(current_, {x, y}) : ORVMathPoint2D{x, y};
+        AppendPoint(point);
+        AddVertex(point);
+        current_ = point;
+    }
+    lastControl_ = current_;
+    if (pair != PathScanner::Pair::kOther) return;
+
     ReadPairs(scanner, relative, 1);
     for (std::size_t i = 0; i < numbers_.size() / 2; ++i) {
         current_ = Pair(i);
@@ -251,9 +264,7 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
     for (std::size_t i = 0; i < count; ++i) {
         ORVMathPoint2D end{arcNumbers_[5][i], arcNumbers_[6][i]};
         if (relative) {
-            end.x += base.x;
-            end.y = state_.yFlip == 1 ? base.y + end.y - state_.pageHeight : base.y + end.y;
-            base = end;
+            base = end = Offset(base, end);
         }
         DrawArc(
             {arcNumbers_[0][i], arcNumbers_[1][i], arcNumbers_[2][i], arcNumbers_[3][i], arcNumbers_[4][i]},
@@ -322,13 +333,17 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
 
     ORVMathPoint2D base = current_;
     for (std::size_t i = 0; i < numbers_.size() / 2; ++i) {
-        double& x = numbers_[2 * i];
-        double& y = numbers_[2 * i + 1];
-        x = base.x + x;
-        // Taking the page height off undoes the mirroring, which an offset must not get.
-        y = state_.yFlip == 1 ? base.y + y - state_.pageHeight : base.y + y;
-        if ((i + 1) % pairsPerSegment == 0) base = {x, y};
+        const ORVMathPoint2D point = Offset(base, Pair(i));
+        numbers_[2 * i] = point.x;
+        numbers_[2 * i + 1] = point.y;
+        if ((i + 1) % pairsPerSegment == 0) base = point;
     }
+}
+
+// Taking the page height off undoes the mirroring, which an offset must not get.
+ORVMathPoint2D PathDataInterpreter::Offset(const ORVMathPoint2D& base, const ORVMathPoint2D& offset) const {
+    const double y = base.y + offset.y;
+    return {base.x + offset.x, state_.yFlip == 1 ? y - state_.pageHeight : y};
 }
 
 ORVMathPoint2D PathDataInterpreter::ReflectedControl() const {

@@ -52,6 +52,7 @@ private:
     bool ReadVertical(std::string_view text, double& number) const;
     void ReadPairs(PathScanner& scanner, bool relative, std::size_t pairsPerSegment);
     ORVMathPoint2D Pair(std::size_t index) const { return {numbers_[2 * index], numbers_[2 * index + 1]}; }
+    ORVMathPoint2D Offset(const ORVMathPoint2D& base, const ORVMathPoint2D& offset) const;
     ORVMathPoint2D ReflectedControl() const;
 
     /// Takes one point of those that a path may have; false when there are no more, and the path ends there.

@@ -41,6 +41,22 @@ std::string RewriteExponents(std::string_view argument) {
     return result;
 }
 
+const char* SkipSeparators(const char* p, const char* end) {
+    while (p != end && ClassOf(*p) == kSeparator) ++p;
+    return p;
+}
+
+// Behind the short number that the argument at `p` is; null when it is something else.
+const char* ReadPlainNumber(const char* p, const char* end, double& number) {
+    const bool isNegative = p != end && *p == '-';
+    if (isNegative) ++p;
+    const char* const behind = ORVReadShortNumber(p, end, number);
+    // With anything else behind it, the number is only a part of the argument.
+    if (!behind || (behind != end && ClassOf(*behind) == kOther)) return nullptr;
+    number = isNegative ? -number : number;
+    return behind;
+}
+
 }  // namespace
 
 bool PathScanner::NextCommand(char& letter) {
@@ -54,17 +70,21 @@ bool PathScanner::NextCommand(char& letter) {
 }
 
 bool PathScanner::NextPlainNumber(double& number) {
-    while (position_ < text_.size() && ClassOf(text_[position_]) == kSeparator) ++position_;
-    const char* const end = text_.data() + text_.size();
-    const char* const start = text_.data() + position_;
-    const bool isNegative = start != end && *start == '-';
-    double value = 0.0;
-    const char* const behind = ORVReadShortNumber(isNegative ? start + 1 : start, end, value);
-    // With anything else behind it, the number is only a part of the argument.
-    if (!behind || (behind != end && ClassOf(*behind) == kOther)) return false;
+    const char* const end = GetEnd();
+    const char* const behind = ReadPlainNumber(SkipSeparators(text_.data() + position_, end), end, number);
+    if (behind) position_ = static_cast<std::size_t>(behind - text_.data());
+    return behind != nullptr;
+}
+
+PathScanner::Pair PathScanner::NextPlainPair(double& x, double& y) {
+    const char* const end = GetEnd();
+    const char* const start = SkipSeparators(text_.data() + position_, end);
+    if (start == end || ClassOf(*start) == kCommand || ClassOf(*start) == kEnd) return Pair::kNone;
+    const char* behind = ReadPlainNumber(start, end, x);
+    if (behind) behind = ReadPlainNumber(SkipSeparators(behind, end), end, y);
+    if (!behind) return Pair::kOther;
     position_ = static_cast<std::size_t>(behind - text_.data());
-    number = isNegative ? -value : value;
-    return true;
+    return Pair::kRead;
 }
 
 bool PathScanner::NextArgument(std::string_view& argument) {

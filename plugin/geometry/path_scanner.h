@@ -17,6 +17,11 @@ public:
     /// The next argument of the current command, if it is nothing but a short number, as nearly all are.
     /// @return false when it is another argument, which NextArgument then gives, or when there is none
     bool NextPlainNumber(double& number);
+    enum class Pair { kRead, kOther, kNone };
+    /// The next two arguments of the current command, if both are such numbers.
+    /// @return kNone when the command has no more arguments, kOther when they are others; neither is taken
+    /// then
+    Pair NextPlainPair(double& x, double& y);
     /// The next argument of the current command. The view is valid until the next call.
     /// @return false when the command has no more arguments
     bool NextArgument(std::string_view& argument);
@@ -24,6 +29,8 @@ public:
     std::size_t GetPosition() const { return position_; }
 
 private:
+    const char* GetEnd() const { return text_.data() + text_.size(); }
+
     std::string_view text_;
     std::size_t position_ = 0;
     std::string rewritten_;  // an argument whose letters had to be changed
