@@ -2,8 +2,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <malloc.h>
-
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -13,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/orvprint/allocation.h"
 #include "apps/orvprint/batch.h"
 #include "apps/orvprint/check_command.h"
 #include "apps/orvprint/formats_command.h"
@@ -237,11 +236,7 @@ void EndBySignal(int signal) {
 int main(int argc, char** argv) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
-    // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
-    // back in between, make that dear.
-    mallopt(M_MXFAST, 0);
-    mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    mallopt(M_MMAP_THRESHOLD, 32 << 20);
+    TuneAllocation();
     // A reader that goes away is a failed output, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
