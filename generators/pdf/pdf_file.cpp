@@ -22,7 +22,7 @@ constexpr int kThoroughLevel = 6, kPieceLevel = 5;
 // A page of a hundred thousand shapes becomes 14 per cent smaller when it is compressed well, and takes seven
 // times as long, which only small documents do not feel. Content that shrinks to less than a part in so many
 // compresses faster, and a fast compressor would miss much of that.
-constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{1} << 20U;
+constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{1} << 18U;
 constexpr std::uint64_t kThoroughRatio = 4;
 // Below this, a thread would cost more than it saves.
 constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;

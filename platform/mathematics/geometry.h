@@ -52,9 +52,9 @@ struct ORVMathBox2D {
     bool IsEmpty() const { return !(xMin <= xMax); }
     void Add(const ORVMathPoint2D& p) {
         if (!std::isfinite(p.x) || !std::isfinite(p.y)) return;
-        xMin = std::fmin(xMin, p.x);
-        xMax = std::fmax(xMax, p.x);
-        yMin = std::fmin(yMin, p.y);
-        yMax = std::fmax(yMax, p.y);
+        xMin = p.x < xMin ? p.x : xMin;
+        xMax = p.x > xMax ? p.x : xMax;
+        yMin = p.y < yMin ? p.y : yMin;
+        yMax = p.y > yMax ? p.y : yMax;
     }
 };
