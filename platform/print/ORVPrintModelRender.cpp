@@ -28,6 +28,8 @@ constexpr int kDone = 1;
 
 // User units squared that a repeat may paint, on average.
 constexpr double kAreaPerRepeat = 4096.0;
+// Areas are added up, and sums are to stay numbers.
+constexpr double kLargestArea = 1e200;
 
 bool Fills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
@@ -116,6 +118,11 @@ struct Progress {
     double areaLeft = 0.0;       // user units squared that may still be painted
 };
 
+/// Whether drawing ended for a reason of our own, so that the generator still takes what closes its output.
+bool IsGivenUp(int result) {
+    return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats;
+}
+
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
 class PageDrawing {
 public:
@@ -126,7 +133,7 @@ public:
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
-        if (result == ORVPrintModelRender::kLowMemory) CloseGroups();
+        if (IsGivenUp(result)) CloseGroups();
         return result;
     }
 
@@ -340,6 +347,7 @@ int PageDrawing::Close(const Frame& frame) {
 
 void PageDrawing::CloseGroups() {
     int result = FlushLine();
+    if (result == ORVPrintModelRender::kTooManyRepeats) result = kDone;
     for (; result == kDone && !open_.empty(); open_.pop_back()) result = Close(open_.back());
 }
 
@@ -405,7 +413,7 @@ int PageDrawing::TakeArea(const ORVMathBox2D& box, double margin, double surchar
     const double across = extent(box.xMin, box.xMax, width), down = extent(box.yMin, box.yMax, height);
     // What lies outside the page costs nothing, and what is no number neither.
     if (!(across > 0.0) || !(down > 0.0)) return kDone;
-    progress_.areaLeft -= across * down + surcharge;
+    progress_.areaLeft -= std::min(across * down + surcharge, kLargestArea);
     return progress_.areaLeft >= 0.0 ? kDone : ORVPrintModelRender::kTooManyRepeats;
 }
 
@@ -634,7 +642,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
     for (const ORVPrtImageElt* page : pages) {
         double width = 0.0, height = 0.0;
         page->GetSize(width, height);
-        largestPage = std::max(largestPage, width * height);
+        largestPage = std::max(largestPage, std::min(width * height, kLargestArea));
     }
     const ORVPrtPrimitiveBudget& budget = model_.GetBudget();
     progress.areaLeft = kAreaPerRepeat * static_cast<double>(parameters_.GetRepeatLimit()) +
@@ -657,7 +665,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         result = generator_->BeginPage(info);
         if (result != kDone) break;
         result = PageDrawing(*generator_, *page, progress).Draw();
-        if (result != kDone && result != kLowMemory) break;
+        if (result != kDone && !IsGivenUp(result)) break;
         const int ended = generator_->EndPage();
         if (result == kDone) result = ended;
         if (result != kDone) break;

@@ -11,6 +11,7 @@
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/xml/ORVLightXml.h"
 #include "tests/platform/print/recording_generator.h"
+#include "tests/support/CheckingGenerator.h"
 #include "tests/support/built_model.h"
 
 namespace {
@@ -196,6 +197,35 @@ TEST_P(LimitsTest, AreaOfRepeats) {
               ORVPrintModelRender::kTooManyRepeats);
     // What lies outside the page costs nothing.
     EXPECT_EQ(Draw(Build(drawing("x='500' width='200' height='100'")), parameters), 1);
+}
+
+// With groups, symbols and a line that is not drawn yet.
+TEST_P(LimitsTest, GivingADrawingUpEndsWhatWasBegun) {
+    const std::string shared = "<g id='a'><g id='b'>" +
+                               Repeat(
+                                   "<path fill='none' stroke='red' d='M0 0L200 100C9 9 8 8 7 7'/>"
+                                   "<rect fill='red' width='200' height='100'/>",
+                                   20) +
+                               "</g></g>";
+    const BuiltModel built = Build(Drawing("<defs>" + shared + "</defs><a xlink:href='http://a.example'>" +
+                                           Repeat("<use xlink:href='#a'/>", 50) + "</a>"));
+    for (const std::uint64_t repeats : {0U, 100U, 1000U}) {
+        for (const bool takesSymbols : {false, true}) {
+            CheckingGenerator generator(nullptr, takesSymbols);
+            ORVPrintParameters parameters;
+            parameters.SetRepeatLimit(repeats);
+            const int result = ORVPrintModelRender(built.GetModel(), &generator, parameters).Draw();
+            EXPECT_TRUE(takesSymbols || result == ORVPrintModelRender::kTooManyRepeats) << repeats;
+            EXPECT_EQ(generator.GetFault(), "") << repeats;
+        }
+    }
+}
+
+TEST_P(LimitsTest, APageWithoutACountableAreaIsDrawn) {
+    EXPECT_EQ(Draw(Build("<svg width='40' height='1e308'><polyline fill='none' stroke='red' "
+                         "points='0 0 9 1e308 0 1e308 9 0'/></svg>"),
+                   {}),
+              1);
 }
 
 TEST_P(LimitsTest, WhatTheDocumentItselfHoldsIsDrawnWhateverItsArea) {
