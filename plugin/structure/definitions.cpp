@@ -1,6 +1,8 @@
 #include "plugin/structure/definitions.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 
 #include "plugin/structure/ORVPrtDefsElt.h"
 #include "plugin/structure/SvgDrawState.h"
@@ -13,6 +15,9 @@ std::string LowerCase(std::string_view text) {
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     return lower;
 }
+
+// Its lower half tells the slot, its upper one the identifiers there apart.
+std::size_t Hash(std::string_view lowerCase) { return std::hash<std::string_view>{}(lowerCase); }
 
 bool HasStateOf(const ORVPrtDefsElt& holder, const SvgDrawState& state) {
     return holder.GetType() == state.drawStyle && holder.GetStroke() == state.stroke &&
@@ -30,40 +35,96 @@ std::size_t SvgDefinitions::Register(ORVPrtDefsElt& holder) {
 }
 
 void SvgDefinitions::IndexNewChildren(std::size_t place) {
-    Holder& entry = holders_[place];
-    const ORVPrtChildList& children = entry.primitive->GetChildren();
-    for (; entry.indexedChildren < children.size(); ++entry.indexedChildren) {
-        ORVPrtGraphicPrimitiveElt* child = children[entry.indexedChildren];
+    Holder& holder = holders_[place];
+    const ORVPrtChildList& children = holder.primitive->GetChildren();
+    for (; holder.indexedChildren < children.size(); ++holder.indexedChildren) {
+        ORVPrtGraphicPrimitiveElt* child = children[holder.indexedChildren];
         if (child->GetID().IsEmpty()) continue;
-        std::string identifier = LowerCase(child->GetID());
-        std::vector<Definition>& candidates = index_[identifier];
-        const auto later = std::find_if(candidates.rbegin(), candidates.rend(), [&](const Definition& one) {
-                               return one.holderPlace <= place;
-                           }).base();
-        if (later != candidates.begin() && std::prev(later)->holderPlace == place)
-            continue;  // an earlier child wins
-        candidates.insert(later, Definition{entry.primitive, child, place});
-        entry.identifiers.push_back(std::move(identifier));
+        const std::uint32_t entry = FindOrAddEntry(LowerCase(child->GetID()));
+        // An earlier child wins.
+        if (entries_[entry].Insert({holder.primitive, child, place})) holder.entries.push_back(entry);
     }
 }
 
 void SvgDefinitions::Truncate(std::size_t count) {
+    if (count == 0) {
+        entries_.clear();
+        slots_.clear();
+    }
     while (holders_.size() > count) {
         const Holder& last = holders_.back();
-        for (const std::string& identifier : last.identifiers) {
-            const auto found = index_.find(identifier);
-            found->second.pop_back();  // the last holder's definition is the last candidate
-            if (found->second.empty()) index_.erase(found);
-        }
+        if (count > 0)
+            for (const std::uint32_t entry : last.entries) entries_[entry].RemoveLast();
         last.primitive->Release();
         holders_.pop_back();
     }
 }
 
 const SvgDefinitions::Definition* SvgDefinitions::Find(std::string_view identifier) const {
-    if (identifier.empty() || index_.empty()) return nullptr;
-    const auto found = index_.find(LowerCase(identifier));
-    return found == index_.end() ? nullptr : &found->second.front();
+    if (identifier.empty() || entries_.empty()) return nullptr;
+    const std::string lowerCase = LowerCase(identifier);
+    const Slot& slot = slots_[FindSlot(lowerCase, Hash(lowerCase))];
+    if (slot.entry == kFree || !entries_[slot.entry].first.primitive) return nullptr;
+    return &entries_[slot.entry].first;
+}
+
+bool SvgDefinitions::Entry::Insert(const Definition& definition) {
+    if (!first.primitive) {
+        first = definition;
+        return true;
+    }
+    if (definition.holderPlace < first.holderPlace) {
+        others.insert(others.begin(), first);
+        first = definition;
+        return true;
+    }
+    const auto later = std::find_if(others.rbegin(), others.rend(), [&](const Definition& one) {
+                           return one.holderPlace <= definition.holderPlace;
+                       }).base();
+    const Definition& before = later == others.begin() ? first : *std::prev(later);
+    if (before.holderPlace == definition.holderPlace) return false;
+    others.insert(later, definition);
+    return true;
+}
+
+void SvgDefinitions::Entry::RemoveLast() {
+    if (others.empty())
+        first = {};
+    else
+        others.pop_back();
+}
+
+std::size_t SvgDefinitions::FindSlot(std::string_view lowerCase, std::size_t hash) const {
+    const std::size_t mask = slots_.size() - 1;
+    const auto tag = static_cast<std::uint32_t>(hash >> 32U);
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+        const Slot& slot = slots_[i];
+        if (slot.entry == kFree) return i;
+        if (slot.hash == tag && entries_[slot.entry].identifier == lowerCase) return i;
+    }
+}
+
+std::uint32_t SvgDefinitions::FindOrAddEntry(std::string lowerCase) {
+    if (2 * (entries_.size() + 1) > slots_.size()) GrowSlots();
+    const std::size_t hash = Hash(lowerCase);
+    Slot& slot = slots_[FindSlot(lowerCase, hash)];
+    if (slot.entry == kFree) {
+        const auto entry = static_cast<std::uint32_t>(entries_.size());
+        entries_.emplace_back(std::move(lowerCase));
+        slot = {static_cast<std::uint32_t>(hash >> 32U), entry};
+    }
+    return slot.entry;
+}
+
+void SvgDefinitions::GrowSlots() {
+    constexpr std::size_t kFirstSlots = 64;
+    std::vector<Slot> slots(std::max(kFirstSlots, 2 * slots_.size()));
+    slots_.swap(slots);
+    for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
+        const std::string& identifier = entries_[entry].identifier;
+        const std::size_t hash = Hash(identifier);
+        slots_[FindSlot(identifier, hash)] = {static_cast<std::uint32_t>(hash >> 32U), entry};
+    }
 }
 
 int FindDefinition(const SvgDrawState& state, std::string_view identifier,

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
@@ -49,13 +49,37 @@ private:
     struct Holder {
         ORVPrtDefsElt* primitive = nullptr;
         std::size_t indexedChildren = 0;
-        std::vector<std::string> identifiers;  // under which its children stand in the index
+        std::vector<std::uint32_t> entries;  // in which its children stand
     };
+    /// What an identifier names: at most one definition a holder, in registration order of the holders.
+    struct Entry {
+        explicit Entry(std::string lowerCase) : identifier(std::move(lowerCase)) {}
+        /// @return false when the holder has one already
+        bool Insert(const Definition& definition);
+        void RemoveLast();
+
+        std::string identifier;  // in lower case
+        Definition first;        // without a primitive when there is none
+        std::vector<Definition> others;
+    };
+    /// Half of the entry's hash, so that others are passed over without a look at them.
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t entry = kFree;
+    };
+    static constexpr std::uint32_t kFree = UINT32_MAX;
+
+    /// @return the slot of the identifier, or the free one where it belongs
+    std::size_t FindSlot(std::string_view lowerCase, std::size_t hash) const;
+    std::uint32_t FindOrAddEntry(std::string lowerCase);
+    void GrowSlots();
+
     SvgRestyling restyling_;
     std::vector<Holder> holders_;
-    // For every identifier in lower case, at most one definition a holder, in registration order of the
-    // holders.
-    std::unordered_map<std::string, std::vector<Definition>> index_;
+    // An open-addressing table: few places in memory are looked at for an identifier. Entries whose
+    // definitions are gone stay, for their identifiers tend to come again.
+    std::vector<Entry> entries_;
+    std::vector<Slot> slots_;  // a power of two, half of them free
 };
 
 /// Removes, when it goes out of scope, the holders registered since it was made.
