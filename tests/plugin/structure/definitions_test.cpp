@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtCircleElt.h"
 #include "platform/model/ORVPrtClosedFigureElt.h"
@@ -129,6 +134,36 @@ TEST_F(DefinitionsTest, ScopeRemovesWhatWasRegisteredInside) {
     EXPECT_EQ(definitions.GetHolderCount(), 1U);
     EXPECT_EQ(Find("b"), nullptr);
     EXPECT_NE(Find("a"), nullptr);
+}
+
+// Holders come and go and get children at any time; every now and then all is looked up, child by child.
+TEST_F(DefinitionsTest, FindsWhatALookThroughAllHoldersFinds) {
+    constexpr unsigned int kIdentifiers = 300;
+    std::mt19937 random(5);
+    std::vector<ORVRef<ORVPrtDefsElt>> holders;
+    for (int step = 0; step < 4000; ++step) {
+        const std::size_t choice = random() % 16;
+        if (choice == 0 && !holders.empty()) {
+            holders.resize(holders.size() - 1 - random() % std::min<std::size_t>(holders.size(), 4));
+            definitions.Truncate(holders.size());
+        } else if (choice < 4) {
+            holders.push_back(FreshHolder());
+            definitions.Register(*holders.back());
+        } else if (!holders.empty()) {
+            const std::size_t place = random() % holders.size();
+            holders[place]->AddChild(Named(("id-" + std::to_string(random() % kIdentifiers)).c_str()).get());
+            definitions.IndexNewChildren(place);
+        }
+        if (step % 100 != 0) continue;
+        for (unsigned int number = 0; number < kIdentifiers; ++number) {
+            const std::string identifier = "id-" + std::to_string(number);
+            ORVPrtGraphicPrimitiveElt* expected = nullptr;
+            for (const ORVRef<ORVPrtDefsElt>& holder : holders)
+                for (ORVPrtGraphicPrimitiveElt* child : holder->GetChildren())
+                    if (!expected && identifier == child->GetID().ConvertToChar()) expected = child;
+            ASSERT_EQ(Find(identifier.c_str()), expected) << identifier << " in step " << step;
+        }
+    }
 }
 
 TEST(DefinitionsLifetimeTest, EndReleasesTheHolders) {
