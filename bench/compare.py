@@ -153,6 +153,8 @@ def growth(options):
         "texts": [("texts-200", 1), ("texts-2k", 10), ("texts-20k", 100)],
         "uses": [("uses-1k", 1), ("uses-10k", 10), ("uses-100k", 100)],
         "colours": [("colours-10k", 1), ("colours-100k", 10), ("colours-1m", 100)],
+        "families": [("families-1", 1), ("families-50", 50)],
+        "nesting": [("groups-10", 1), ("groups-100", 10), ("groups-1000", 100)],
         "identifiers": [("identifiers-1k", 1), ("identifiers-10k", 10), ("identifiers-100k", 100)],
     }
     print("\nGrowth of orvprint to PDF: CPU seconds and memory, and the exponent of the time from step to step\n")

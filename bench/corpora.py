@@ -78,13 +78,16 @@ WORDS = (
 ).split()
 
 
-def texts(count):
+FAMILIES = ("sans-serif", "Liberation Serif, serif", "DejaVu Sans, sans-serif", "monospace")
+
+
+def texts(count, families=FAMILIES):
     def write(file):
         draw = random.Random(3)
         file.write(head())
         for _ in range(count):
             line = " ".join(draw.choice(WORDS) for _ in range(draw.randrange(1, 6)))
-            family = draw.choice(("sans-serif", "Liberation Serif, serif", "DejaVu Sans, sans-serif", "monospace"))
+            family = draw.choice(families)
             file.write(
                 f'<text x="{draw.uniform(0, 900):.2f}" y="{draw.uniform(10, 1000):.2f}" '
                 f'font-family="{family}" font-size="{draw.choice((6, 8, 10, 12))}" fill="#202020">{line}</text>\n'
@@ -202,7 +205,13 @@ CORPORA = {
     "texts-200": texts(200),
     "texts-2k": texts(2_000),
     "texts-20k": texts(20_000),
+    # Families that no machine has, so that each is looked for.
+    "families-1": texts(20_000, ["Family 0, sans-serif"]),
+    "families-50": texts(20_000, [f"Family {i}, sans-serif" for i in range(50)]),
+    "groups-10": nested(10, 50),
+    "groups-100": nested(100, 50),
     "groups-200": nested(200, 50),
+    "groups-1000": nested(1000, 50),
     "uses-1k": uses(1_000, 100),
     "uses-10k": uses(10_000, 1_000),
     "uses-100k": uses(100_000, 10_000),
@@ -218,6 +227,9 @@ CORPORA = {
 def main():
     if len(sys.argv) < 2 or sys.argv[1] == "--list":
         print("\n".join([*CORPORA, "typical"]))
+        return
+    if sys.argv[1].startswith("-"):
+        print(__doc__.strip())
         return
     folder = Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
