@@ -45,6 +45,23 @@ int BuildDefinition(SvgDrawState& state, ORVPrtGraphicPrimitiveElt& container, B
     return result;
 }
 
+// A definition of one class; what sets its element apart is read by `read`, which walks its children, too.
+template <class Primitive, SvgElementAccess Element, class Read>
+int BuildDefinitionOf(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container,
+                      Read read) {
+    return BuildDefinition(state, container, [&](ORVPrtGraphicPrimitiveElt& holder) {
+        const ORVRef<Primitive> primitive(state.model->Create<Primitive>());
+        if (!primitive) return kNoMemory;
+        AttachToContainer(holder, *primitive);
+        const SvgInheritedStateGuard guard(state);
+        const SvgDefinitionScope scope(*state.definitions);
+        ApplyContainerPresentation(state, element);
+        ReadIdentifier(element, *primitive);
+        read(*primitive);
+        return kDone;
+    });
+}
+
 template <SvgElementAccess Element>
 bool ReadOptionalViewBox(const SvgDrawState& state, const Element& element, ORVPrtViewBox& box) {
     const std::string_view value = element.Attribute(AttributeName::kViewBox).text;
@@ -107,58 +124,34 @@ int HandleDefs(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimiti
 
 template <SvgElementAccess Element>
 int HandleSymbol(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
-    return BuildDefinition(state, container, [&](ORVPrtGraphicPrimitiveElt& holder) {
-        const ORVRef<ORVPrtSymbolElt> symbol(state.model->Create<ORVPrtSymbolElt>());
-        if (!symbol) return kNoMemory;
-        AttachToContainer(holder, *symbol);
-        const SvgInheritedStateGuard guard(state);
-        const SvgDefinitionScope scope(*state.definitions);
-        ApplyContainerPresentation(state, element);
-        ReadIdentifier(element, *symbol);
+    return BuildDefinitionOf<ORVPrtSymbolElt>(state, element, container, [&](ORVPrtSymbolElt& symbol) {
         ORVPrtViewBox box;
-        if (ReadOptionalViewBox(state, element, box)) symbol->SetViewBox(box);
-        WalkChildren(state, element, *symbol);
-        return kDone;
+        if (ReadOptionalViewBox(state, element, box)) symbol.SetViewBox(box);
+        WalkChildren(state, element, symbol);
     });
 }
 
 template <SvgElementAccess Element>
 int HandleMarker(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
-    return BuildDefinition(state, container, [&](ORVPrtGraphicPrimitiveElt& holder) {
-        const ORVRef<ORVPrtSymbolElt> symbol(state.model->Create<ORVPrtSymbolElt>());
-        if (!symbol) return kNoMemory;
-        AttachToContainer(holder, *symbol);
-        const SvgInheritedStateGuard guard(state);
-        const SvgDefinitionScope scope(*state.definitions);
-        ApplyContainerPresentation(state, element);
-        ReadIdentifier(element, *symbol);
+    return BuildDefinitionOf<ORVPrtSymbolElt>(state, element, container, [&](ORVPrtSymbolElt& symbol) {
         const MarkerGeometry geometry = ReadMarkerGeometry(state, element);  // a "viewBox" has no effect
-        WalkChildren(state, element, *symbol);
-        FitMarker(state, geometry, *symbol);
-        return kDone;
+        WalkChildren(state, element, symbol);
+        FitMarker(state, geometry, symbol);
     });
 }
 
 template <SvgElementAccess Element>
 int HandlePattern(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
-    return BuildDefinition(state, container, [&](ORVPrtGraphicPrimitiveElt& holder) {
-        const ORVRef<ORVPrtPatternElt> pattern(state.model->Create<ORVPrtPatternElt>());
-        if (!pattern) return kNoMemory;
-        AttachToContainer(holder, *pattern);
-        const SvgInheritedStateGuard guard(state);
-        const SvgDefinitionScope scope(*state.definitions);
-        ApplyContainerPresentation(state, element);
-        ReadIdentifier(element, *pattern);
+    return BuildDefinitionOf<ORVPrtPatternElt>(state, element, container, [&](ORVPrtPatternElt& pattern) {
         ORVPrtViewBox tile;
         ReadHorizontalAttribute(state, element, AttributeName::kX, tile.minX);
         ParseVerticalLength(state, element.Attribute(AttributeName::kY).text, tile.minY);
         ReadHorizontalAttribute(state, element, AttributeName::kWidth, tile.width);
         ParseVerticalLength(state, element.Attribute(AttributeName::kHeight).text, tile.height);
-        pattern->SetBox(tile);
+        pattern.SetBox(tile);
         ORVPrtViewBox box;
-        if (ReadOptionalViewBox(state, element, box)) pattern->SetViewBox(box);
-        WalkChildren(state, element, *pattern);
-        return kDone;
+        if (ReadOptionalViewBox(state, element, box)) pattern.SetViewBox(box);
+        WalkChildren(state, element, pattern);
     });
 }
 
