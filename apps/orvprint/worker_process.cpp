@@ -53,7 +53,8 @@ bool Send(int descriptor, const Value& value) {
 /// Ends a worker: what the starting process had opened or would do at its end is not the worker's.
 [[noreturn]] void Leave(int code) {
 #if defined(ORV_COVERAGE)
-    // Which lines ran is written by destructors; text that the starting process left in its streams is dropped.
+    // Which lines ran is written by destructors; text that the starting process left in its streams is
+    // dropped.
     const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (dup2(nothing, STDOUT_FILENO) >= 0) std::exit(code);
 #endif

@@ -14,9 +14,9 @@ ORVMathAffine2D ToAffine(const ORVPrtTransformOperation& operation) {
             return {std::cos(a), -std::sin(a), std::sin(a), std::cos(a), 0.0, 0.0};
         case ORVPrtTransformOperation::kSkewX: return {1.0, std::tan(a), 0.0, 1.0, 0.0, 0.0};
         case ORVPrtTransformOperation::kSkewY: return {1.0, 0.0, std::tan(a), 1.0, 0.0, 0.0};
-        case ORVPrtTransformOperation::kMatrix: return {a, operation.b, operation.c, operation.d, 0.0, 0.0};
+        case ORVPrtTransformOperation::kMatrix: break;
     }
-    return {};
+    return {a, operation.b, operation.c, operation.d, 0.0, 0.0};
 }
 
 }  // namespace

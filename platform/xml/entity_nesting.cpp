@@ -4,8 +4,8 @@
 #include <utility>
 
 void EntityNesting::Declare(std::string_view name, std::string_view value) {
-    if (!numbers_.try_emplace(std::string(name), entities_.size()).second)
-        return;  // the first declaration counts
+    // Of several declarations the parser reports the first, which counts.
+    numbers_.try_emplace(std::string(name), entities_.size());
     Entity& entity = entities_.emplace_back();
     for (std::size_t start = value.find('&'); start != value.npos; start = value.find('&', start)) {
         const std::size_t end = value.find(';', ++start);

@@ -86,7 +86,6 @@ void PathDataInterpreter::Execute(char letter, PathScanner& scanner) {
         case 'Q': return QuadraticTo(relative, scanner);
         case 'T': return SmoothQuadraticTo(relative, scanner);
         case 'A': return ArcTo(relative, scanner);
-        default: return;
     }
 }
 

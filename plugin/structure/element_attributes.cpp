@@ -56,7 +56,7 @@ std::uint64_t GetEffectiveAttributes(ElementName element, SvgPlace place) {
             return kPaints | kTexts | kBox | Set({kId, kPatternTransform, kTransform, kXlinkHref});
         case ElementName::kUnknown:
         case ElementName::kDesc:
-        case ElementName::kTitle: return 0;
+        case ElementName::kTitle: break;
     }
     return 0;
 }

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+#include <vector>
+
+#include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/model/visit_primitive.h"
@@ -141,32 +145,112 @@ TEST(ORVPrtModelTest, KeepsPagesInOrder) {
     EXPECT_EQ(first->GetReferenceCount(), 2U);
 }
 
+/// One of every class.
+std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> OneOfEach() {
+    return {Make<ORVPrtBitmapImageElt>(),
+            Make<ORVPrtCircleElt>(),
+            Make<ORVPrtClosedFigureElt>(),
+            Make<ORVPrtClosedFigureRegionElt>(),
+            Make<ORVPrtEllipseElt>(),
+            Make<ORVPrtEllipticalArcElt>(),
+            Make<ORVPrtGroupElt>(),
+            Make<ORVPrtImageElt>(),
+            Make<ORVPrtLineElt>(),
+            Make<ORVPrtPatternElt>(),
+            Make<ORVPrtPolyCubicBezierElt>(),
+            Make<ORVPrtPolyQuadraticBezierElt>(),
+            Make<ORVPrtPolygonElt>(),
+            Make<ORVPrtPolylineElt>(),
+            Make<ORVPrtRectangleElt>(),
+            Make<ORVPrtSymbolElt>(),
+            Make<ORVPrtTextElt>()};
+}
+
 TEST(VisitPrimitiveTest, GivesEveryClassAsItself) {
-    const auto check = [](const ORVRef<ORVPrtGraphicPrimitiveElt>& primitive) {
+    for (const auto& primitive : OneOfEach()) {
         const char* seen = "nothing";
         VisitPrimitive(*primitive, [&seen]<class Primitive>(const Primitive& one) {
             seen = Primitive::MetaClass().GetName();
             EXPECT_TRUE(one.IsAKindOf("ORVPrtGraphicPrimitiveElt"));
         });
         EXPECT_STREQ(seen, primitive->IsA());
-    };
-    check(Make<ORVPrtBitmapImageElt>());
-    check(Make<ORVPrtCircleElt>());
-    check(Make<ORVPrtClosedFigureElt>());
-    check(Make<ORVPrtClosedFigureRegionElt>());
-    check(Make<ORVPrtEllipseElt>());
-    check(Make<ORVPrtEllipticalArcElt>());
-    check(Make<ORVPrtGroupElt>());
-    check(Make<ORVPrtImageElt>());
-    check(Make<ORVPrtLineElt>());
-    check(Make<ORVPrtPatternElt>());
-    check(Make<ORVPrtPolyCubicBezierElt>());
-    check(Make<ORVPrtPolyQuadraticBezierElt>());
-    check(Make<ORVPrtPolygonElt>());
-    check(Make<ORVPrtPolylineElt>());
-    check(Make<ORVPrtRectangleElt>());
-    check(Make<ORVPrtSymbolElt>());
-    check(Make<ORVPrtTextElt>());
+    }
+}
+
+TEST(PrimitiveTreeTest, DuplicatesOfEveryClassKeepClassNamesAndSets) {
+    ORVPrtStrokeAttributes stroke;
+    stroke.SetStrokeWidth(7.0);
+    ORVPrtFillAttributes fill;
+    fill.SetFillRule(kFillEvenOdd);
+    ORVPrtTransformAttributes transform;
+    transform.AddTranslation({1.0, 2.0});
+    for (const auto& primitive : OneOfEach()) {
+        SCOPED_TRACE(primitive->IsA());
+        primitive->SetID("id");
+        primitive->SetDescription("description");
+        primitive->SetTitle("title");
+        VisitPrimitive(*primitive, [&]<class Primitive>(Primitive& one) {
+            if constexpr (std::is_base_of_v<ORVPrtStroked, Primitive>) one.SetStrokeAttributes(stroke);
+            if constexpr (std::is_base_of_v<ORVPrtFilled, Primitive>) one.SetFillAttributes(fill);
+            if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>)
+                one.SetTransformAttributes(transform);
+        });
+
+        const ORVRef<ORVPrtGraphicPrimitiveElt> copy(primitive->Duplicate());
+        ASSERT_TRUE(copy);
+        EXPECT_NE(copy.get(), primitive.get());
+        EXPECT_EQ(copy->GetReferenceCount(), 1U);
+        EXPECT_STREQ(copy->IsA(), primitive->IsA());
+        EXPECT_EQ(copy->GetKind(), primitive->GetKind());
+        EXPECT_EQ(copy->GetID(), "id");
+        EXPECT_EQ(copy->GetDescription(), "description");
+        EXPECT_EQ(copy->GetTitle(), "title");
+        VisitPrimitive(*copy, [&]<class Primitive>(const Primitive& one) {
+            if constexpr (std::is_base_of_v<ORVPrtStroked, Primitive>) {
+                EXPECT_TRUE(one.GetStrokeAttributes() == stroke);
+            }
+            if constexpr (std::is_base_of_v<ORVPrtFilled, Primitive>) {
+                EXPECT_TRUE(one.GetFillAttributes() == fill);
+            }
+            if constexpr (std::is_base_of_v<ORVPrtTransformed, Primitive>) {
+                EXPECT_TRUE(one.GetTransformAttributes().GetAffine()({0.0, 0.0}) ==
+                            (ORVMathPoint2D{1.0, 2.0}));
+            }
+        });
+    }
+}
+
+TEST(PrimitiveTreeTest, DuplicatesKeepTheGeometryOfCurves) {
+    const auto arc = Make<ORVPrtEllipticalArcElt>();
+    arc->SetCenter({1.0, 2.0});
+    arc->SetHorzRadius(3.0);
+    arc->SetVertRadius(4.0);
+    arc->SetStartAngle(0.5F);
+    arc->SetEndAngle(1.5F);
+    arc->SetSlope(0.25F);
+    const ORVRef<ORVPrtGraphicPrimitiveElt> arcCopy(arc->Duplicate());
+    const auto& sameArc = static_cast<const ORVPrtEllipticalArcElt&>(*arcCopy);
+    EXPECT_EQ(sameArc.GetCenter(), arc->GetCenter());
+    EXPECT_EQ(sameArc.GetHorzRadius(), 3.0);
+    EXPECT_EQ(sameArc.GetVertRadius(), 4.0);
+    EXPECT_EQ(sameArc.GetStartAngle(), 0.5F);
+    EXPECT_EQ(sameArc.GetEndAngle(), 1.5F);
+    EXPECT_EQ(sameArc.GetSlope(), 0.25F);
+
+    const auto curve = Make<ORVPrtPolyQuadraticBezierElt>();
+    curve->SetPoints({{0.0, 0.0}, {5.0, 9.0}, {10.0, 0.0}});
+    const ORVRef<ORVPrtGraphicPrimitiveElt> curveCopy(curve->Duplicate());
+    EXPECT_EQ(static_cast<const ORVPrtPolyQuadraticBezierElt&>(*curveCopy).GetPoints(), curve->GetPoints());
+}
+
+TEST(ORVPrtModelTest, ModelsAndTablesTellTheirClass) {
+    const auto model = Make<ORVPrtModel>();
+    EXPECT_STREQ(model->IsA(), "ORVPrtModel");
+    EXPECT_TRUE(model->IsAKindOf("ORVPrtModel"));
+    EXPECT_FALSE(model->IsAKindOf("ORVPrtGraphicPrimitiveElt"));
+    const auto table = Make<ORVPrtColourTable>();
+    EXPECT_STREQ(table->IsA(), "ORVPrtColourTable");
+    EXPECT_FALSE(table->IsAKindOf("ORVPrtModel"));
 }
 
 }  // namespace

@@ -275,6 +275,17 @@ TEST(ModelRenderTest, PiecesOfARegionThatDoNotMeetAreJoined) {
                 ElementsAre("fill #000000 M0,0 L5,0 L5,5 L0,5"));
 }
 
+TEST(ModelRenderTest, PiecesRegionsAndFiguresAreMovedOneAfterTheOther) {
+    const auto piece = MakePoints<ORVPrtPolylineElt>({{0.0, 0.0}, {1.0, 0.0}, {1.0, 1.0}});
+    piece->SetTransformAttributes(Matrix(10.0, 0.0, 0.0, 10.0));
+    const auto plain = MakePoints<ORVPrtPolylineElt>({{10.0, 10.0}, {0.0, 10.0}});
+    const auto region = MakeContainer<ORVPrtClosedFigureRegionElt>({piece, plain});
+    region->SetTransformAttributes(Translation(5.0, 0.0));
+    const auto figure = MakeContainer<ORVPrtClosedFigureElt>({region});
+    figure->SetTransformAttributes(Translation(0.0, 20.0));
+    EXPECT_THAT(Drawn({figure}), ElementsAre("fill #000000 M5,30 L15,30 L15,20 L5,20"));
+}
+
 TEST(ModelRenderTest, ArcsInARegionEndWhereTheNextPieceStarts) {
     // The angles are floats: the arc ends near (0, 60), the line starts there.
     const auto region = MakeContainer<ORVPrtClosedFigureRegionElt>(

@@ -18,6 +18,9 @@ TEST(ORVPrintModuleTest, LoadsTheInterpreterForDrawings) {
     const auto interpreter = ORVPrintModule::CreateInterpreter("SVG", input.get(), error);
     ASSERT_TRUE(interpreter) << error;
     EXPECT_EQ(interpreter->GetIdentifier(), ORVString("SVG"));
+    unsigned int version = 0;
+    EXPECT_EQ(interpreter->GetVersion(version), 1);
+    EXPECT_EQ(version, 1U);
     unsigned int count = 0;
     EXPECT_EQ(interpreter->GetPageCount(count), 1);
     EXPECT_EQ(count, 1U);

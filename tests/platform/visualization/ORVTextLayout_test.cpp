@@ -322,6 +322,29 @@ TEST(TextLayoutTest, ManyThreadsMayLayOutText) {
     for (const double advance : advances) EXPECT_EQ(advance, expected);
 }
 
+// Fonts of PostScript's own format say nothing of vertical text.
+TEST(TextLayoutTest, PostScriptFontsRunDownByTheHeightOfALine) {
+    constexpr const char* kFile = "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1";
+    const ORVFont* font = ORVFont::sRegisterPlainFont("Vertical.font", kFile);
+    ASSERT_NE(font, nullptr);
+    ORVTextStyle style;
+    style.font = font;
+    style.height = 10.0;
+    style.writingMode = 2;
+    const ORVTextLayout layout = ORVLayoutText("iW", style);
+    const ORVFontFace& face = *font->GetFace(25);
+    const double line = 10.0 * (face.GetAscent() + face.GetDescent());
+    const std::vector<ORVGlyph> glyphs = GlyphsOf(layout);
+    ASSERT_EQ(glyphs.size(), 2U);
+    EXPECT_NEAR(layout.advance, 2.0 * line, 1e-9);
+    EXPECT_NEAR(glyphs[0].y, -10.0 * face.GetAscent(), 1e-9);
+    EXPECT_NEAR(glyphs[1].y, glyphs[0].y - line, 1e-9);
+    // Each stands with its middle on the line: half its own advance to the left.
+    style.writingMode = 0;
+    EXPECT_NEAR(glyphs[0].x, -ORVMeasureText("i", style).advance / 2.0, 0.01);
+    EXPECT_NEAR(glyphs[1].x, -ORVMeasureText("W", style).advance / 2.0, 0.01);
+}
+
 #ifndef ORV_SANITIZED
 TEST(TextLayoutTest, ShortTextsAreQuick) {
     ORVLayoutText("warm up \u2603", Sans());

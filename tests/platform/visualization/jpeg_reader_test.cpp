@@ -189,6 +189,30 @@ TEST(JpegReaderTest, EndlessScansGiveNull) {
     EXPECT_FALSE(ReadJpeg(longer));
 }
 
+TEST(JpegReaderTest, MissingRestartMarkersGiveNull) {
+    JpegToWrite jpeg = SmallRgb();
+    jpeg.restartInterval = 1;
+    ByteList file = WriteJpeg(jpeg);
+    ASSERT_TRUE(ReadJpeg(file));
+    for (std::size_t at = 0; at + 1 < file.size(); ++at) {
+        if (file[at] != 0xFF || file[at + 1] < 0xD0 || file[at + 1] > 0xD7) continue;
+        ByteList without = file;
+        without.erase(without.begin() + static_cast<std::ptrdiff_t>(at),
+                      without.begin() + static_cast<std::ptrdiff_t>(at) + 2);
+        EXPECT_FALSE(ReadJpeg(without)) << at;
+    }
+}
+
+TEST(JpegReaderTest, ColoursOfAnUnknownSpaceGiveNull) {
+    constexpr int kUnknown = 0;
+    EXPECT_FALSE(ReadJpeg(WriteJpeg({.width = kWidth,
+                                     .height = kHeight,
+                                     .components = 2,
+                                     .inputSpace = kUnknown,
+                                     .storedSpace = kUnknown,
+                                     .samples = SmoothSamples(2)})));
+}
+
 TEST(JpegReaderTest, OtherBytesGiveNull) {
     EXPECT_FALSE(ReadJpeg({}));
     EXPECT_FALSE(ReadJpeg({0xFF, 0xD8}));

@@ -97,6 +97,7 @@ ByteList WriteJpeg(const JpegToWrite& image) {
     jpeg.write_JFIF_header = image.dotsPerInch ? TRUE : FALSE;
     jpeg.density_unit = 1;
     jpeg.X_density = jpeg.Y_density = static_cast<UINT16>(image.dotsPerInch);
+    jpeg.restart_interval = image.restartInterval;
     if (image.progressive) jpeg_simple_progression(&jpeg);
     jpeg_start_compress(&jpeg, TRUE);
     ByteList samples = image.samples;

@@ -35,6 +35,7 @@ struct JpegToWrite {
     bool adobeMarker = false;
     bool progressive = false;
     int dotsPerInch = 0;
+    unsigned restartInterval = 0;  ///< blocks between two restart markers, 0 for none
     std::vector<std::uint8_t> samples = {};
 };
 ByteList WriteJpeg(const JpegToWrite& image);

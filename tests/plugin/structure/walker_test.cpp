@@ -72,6 +72,9 @@ TYPED_TEST(WalkerHandlerTest, ReportsHowItWent) {
     const ORVXmlNode unknown;
     EXPECT_EQ(HandleChild(state, TypeParam(&unknown), group.get()), kDone);
     EXPECT_EQ(HandleChild(state, TypeParam(&unknown), nullptr), kUnusable);
+    ORVXmlNode title;
+    title.id = ElementName::kTitle;
+    EXPECT_EQ(HandleChild(state, TypeParam(&title), group.get()), kDone) << "the walks read these themselves";
     EXPECT_EQ(group->GetChildren().size(), 2U);
 }
 
