@@ -74,6 +74,27 @@ INSTANTIATE_TEST_SUITE_P(
         LengthCase{"UnitHiddenInAWord", "12 option", kRead, 12.0 / 72.0 * 25.4 * 3.543307}),
     kName);
 
+// In these the last bit tells the formulas from others that are equal on paper: folded factors, another order.
+TEST(ParseLengthTest, EveryFormulaIsRoundedAsItIsWritten) {
+    const PageState state(301.0, 400.0);
+    const auto read = [&](const char* text) {
+        double out = kDefault;
+        EXPECT_EQ(ParseLength(state, text, out), kRead) << text;
+        return out;
+    };
+    EXPECT_EQ(read("0.7pt"), 0.8749999786111111);
+    EXPECT_EQ(read("0.1pc"), 1.4999999633333336);
+    EXPECT_EQ(read("0.1cm"), 3.543307);
+    EXPECT_EQ(read("0.3in"), 26.99999934);
+    EXPECT_EQ(read("0.1%"), 0.35397810666763);
+
+    double out = kDefault;
+    EXPECT_EQ(ParseHorizontalLength(PageState(123.0, 401.0), "0.1%", out), kRead);
+    EXPECT_EQ(out, 0.12300000000000001);
+    EXPECT_EQ(ParseVerticalLength(PageState(123.0, 401.0), "0.7%", out), kRead);
+    EXPECT_EQ(out, 2.807);
+}
+
 class ParseHorizontalLengthTest : public testing::TestWithParam<LengthCase> {};
 TEST_P(ParseHorizontalLengthTest, TakesPercentOfTheWidth) {
     double out = kDefault;
