@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <sstream>
 
@@ -46,6 +47,8 @@ RunningTool ToolTest::StartProgram(const std::vector<std::string>& command, cons
     std::ofstream(running.in, std::ios::binary) << input;
     running.pid = fork();
     if (running.pid == 0) {
+        // Whatever the tests were started with: one that sends a signal waits for what comes of it.
+        for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) std::signal(signal, SIG_DFL);
         Redirect(running.in, O_RDONLY, STDIN_FILENO);
         Redirect(running.out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
         Redirect(running.err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);

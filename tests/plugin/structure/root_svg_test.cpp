@@ -13,6 +13,8 @@
 #include "platform/system/ORVUnicodeString.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -75,7 +77,9 @@ INSTANTIATE_TEST_SUITE_P(
         FrameCase{"LetterSpacingStandsForTheWidth", "style='letter-spacing:50' height='10'", "",
                   "(0,0) 50x10", "(0,-10) 50x10"},
         FrameCase{"WidthReplacesLetterSpacing", "style='letter-spacing:50' width='20' height='10'", "",
-                  "(0,0) 20x10", "(0,-10) 20x10"}),
+                  "(0,0) 20x10", "(0,-10) 20x10"},
+        FrameCase{"WidthPercentIsOfTheMeanDiagonal", "style='letter-spacing:100' width='50%'", "",
+                  "(0,0) 35.35533906x0", "(0,0) 35.35533906x0"}),
     kNameOfRow);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -98,6 +102,10 @@ INSTANTIATE_TEST_SUITE_P(
                   "(0,-100) 200x100"},
         FrameCase{"WidthZeroHasNoScale", "viewBox='0 0 0 50'", "", "(0,0) 0x50 nan", "(0,-50) 0x50 nan"},
         FrameCase{"HeightZeroHasNoScale", "viewBox='0 0 50 0'", "", "(0,0) 50x0 nan", "(0,0) 50x0 nan"},
+        FrameCase{"WidthWithoutBoundsHasNoScale", "viewBox='0 0 1e999 50'", "", "(0,0) infx50 nan",
+                  "(0,-50) infx50 nan"},
+        FrameCase{"HeightWithoutBoundsHasNoScale", "viewBox='0 0 50 1e999'", "", "(0,0) 50xinf nan",
+                  "(0,-inf) 50xinf nan"},
         FrameCase{"NegativeSizesHaveScaleOne", "viewBox='0 0 -50 -60'", "", "(0,0) -50x-60",
                   "(0,60) -50x-60"}),
     kNameOfRow);
@@ -269,6 +277,17 @@ TYPED_TEST(PageResultTest, IsThatOfTheLastChild) {
     EXPECT_EQ(this->Build({ElementName::kRect, ElementName::kText}), 0);
     EXPECT_EQ(this->Build({ElementName::kText, ElementName::kG}), 1);
     EXPECT_EQ(this->Build({ElementName::kUnknown}), 1);
+}
+
+// A document always has its y flipped, and so the origin negated.
+TYPED_TEST(PageResultTest, WithoutTheFlipTheOriginIsTheMinimum) {
+    const ParsedElement<TypeParam> root("<svg viewBox='10 20 100 50'/>");
+    for (const int flip : {0, 2}) {
+        PageState state(200.0, 100.0, flip);
+        SizePage(state, root.Get());
+        EXPECT_EQ(FrameOf(*state.page), "(10,20) 100x50") << flip;
+        EXPECT_EQ(state.pageHeight, 50.0);
+    }
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ TEST(PaintValueTest, FillValues) {
     EXPECT_EQ(ApplyFillPaint(state, "red"), kOn);
     EXPECT_EQ(state.fill.GetFillColourIndex(), 1U);
     for (const char* kept :
-         {"inherit", "None", "currentcolor", "url(#missing)", "url(x)", " url(#missing)"}) {
+         {"inherit", "None", "currentcolor", "url(#missing)", "url(x)", " url(#missing)", "rgb(0,9,9)url"}) {
         EXPECT_EQ(ApplyFillPaint(state, kept), kOn) << kept;
         EXPECT_EQ(state.fill.GetFillColourIndex(), 1U) << kept;
     }
@@ -109,7 +109,7 @@ TEST(PaintValueTest, StrokeValues) {
     EXPECT_EQ(ApplyStrokePaint(state, "none"), kOff);
     EXPECT_EQ(ApplyStrokePaint(state, "red"), kOn);
     EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 1U);
-    for (const char* kept : {"url(#g)", "inherit", "burl"}) {
+    for (const char* kept : {"url(#g)", "inherit", "burl", "rgb(0,9,9)url"}) {
         EXPECT_EQ(ApplyStrokePaint(state, kept), kOn) << kept;
         EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 1U) << kept;
     }
