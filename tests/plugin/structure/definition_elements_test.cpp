@@ -6,8 +6,11 @@
 
 #include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtPatternElt.h"
+#include "plugin/structure/ORVPrtDefsElt.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/page_state.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/sketch_case.h"
 
@@ -133,6 +136,8 @@ INSTANTIATE_TEST_SUITE_P(
                                "symbol#m[~100 t(0,0) ~100]{rect(0,100 10,80)}"},
                     MarkerCase{"FlatContentDoesNotFit", "markerWidth='20' markerHeight='20'",
                                "<line x2='5'/>", "symbol#m[~100 t(0,0) ~100]{line(0,100 5,100)}"},
+                    MarkerCase{"UprightContentDoesNotFit", "markerWidth='20' markerHeight='20'",
+                               "<line y2='5'/>", "symbol#m[~100 t(0,0) ~100]{line(0,100 0,95)}"},
                     MarkerCase{"WithoutContent", "refX='3' refY='4' markerWidth='20' markerHeight='20'", "",
                                "symbol#m[~100 t(-3,-4) ~100]{}"},
                     MarkerCase{"ContentAwayFromTheCorner", "markerWidth='20' markerHeight='20'",
@@ -304,6 +309,34 @@ TEST(DefinitionStateTest, AttributesOfDefsAreInForce) {
     const ORVPrtChildList& uses = model.GetPage().GetChildren();
     EXPECT_EQ(uses[0]->GetChildList()->front(), uses[1]->GetChildList()->front());
     EXPECT_NE(uses[0]->GetChildList()->front(), uses[2]->GetChildList()->front());
+}
+
+template <class Access>
+class DefinitionHandlerTest : public testing::Test {};
+TYPED_TEST_SUITE(DefinitionHandlerTest, ElementAccesses);
+
+TYPED_TEST(DefinitionHandlerTest, HoldersBearTheIdentifierOfDefs) {
+    PageState state(200.0, 100.0);
+    const ORVRef<ORVPrtGroupElt> group(new ORVPrtGroupElt);
+    const ParsedElement<TypeParam> defs("<defs id='d'><symbol id='s'/></defs>");
+    EXPECT_EQ(HandleDefs(state, defs.Get(), *group), 1);
+    ASSERT_NE(state.definitions->Find("s"), nullptr);
+    EXPECT_EQ(state.definitions->Find("s")->holder->GetID(), "d");
+    EXPECT_EQ(state.definitions->Find("d"), nullptr) << "it is no definition itself";
+    EXPECT_TRUE(group->GetChildren().empty());
+}
+
+// In a document y is always flipped.
+TYPED_TEST(DefinitionHandlerTest, WithoutTheFlipMarkersAreNotMirrored) {
+    PageState state(200.0, 100.0, 0);
+    const ORVRef<ORVPrtGroupElt> group(new ORVPrtGroupElt);
+    const ParsedElement<TypeParam> marker(
+        "<marker id='m' refX='3' refY='4' markerWidth='20' markerHeight='60'><rect width='10' height='20'/>"
+        "</marker>");
+    EXPECT_EQ(HandleMarker(state, marker.Get(), *group), 1);
+    ASSERT_NE(state.definitions->Find("m"), nullptr);
+    EXPECT_EQ(SketchOf(*state.definitions->Find("m")->primitive),
+              "symbol#m[sx(2) sy(3) t(-3,-4)]{rect(0,0 10,20)}");
 }
 
 }  // namespace

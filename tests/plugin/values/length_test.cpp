@@ -74,7 +74,8 @@ INSTANTIATE_TEST_SUITE_P(
         LengthCase{"UnitHiddenInAWord", "12 option", kRead, 12.0 / 72.0 * 25.4 * 3.543307}),
     kName);
 
-// In these the last bit tells the formulas from others that are equal on paper: folded factors, another order.
+// In these the last bit tells the formulas from others that are equal on paper: folded factors, another
+// order.
 TEST(ParseLengthTest, EveryFormulaIsRoundedAsItIsWritten) {
     const PageState state(301.0, 400.0);
     const auto read = [&](const char* text) {
