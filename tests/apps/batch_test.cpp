@@ -404,6 +404,7 @@ protected:
         winsize size{24, 60, 0, 0};
         pid_ = forkpty(&terminal_, nullptr, nullptr, &size);
         if (pid_ == 0) {
+            TakeDefaultSignals();
             setenv("TERM", kind, 1);
             if (chdir(Folder().c_str()) != 0) _exit(126);
             std::vector<char*> words;

@@ -47,8 +47,7 @@ RunningTool ToolTest::StartProgram(const std::vector<std::string>& command, cons
     std::ofstream(running.in, std::ios::binary) << input;
     running.pid = fork();
     if (running.pid == 0) {
-        // Whatever the tests were started with: one that sends a signal waits for what comes of it.
-        for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) std::signal(signal, SIG_DFL);
+        TakeDefaultSignals();
         Redirect(running.in, O_RDONLY, STDIN_FILENO);
         Redirect(running.out, O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
         Redirect(running.err, O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
@@ -60,6 +59,10 @@ RunningTool ToolTest::StartProgram(const std::vector<std::string>& command, cons
         _exit(127);
     }
     return running;
+}
+
+void ToolTest::TakeDefaultSignals() {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE}) std::signal(signal, SIG_DFL);
 }
 
 ToolRun ToolTest::WaitFor(const RunningTool& running) {

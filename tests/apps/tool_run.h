@@ -34,6 +34,9 @@ protected:
     /// The same in two steps. What was started must be waited for.
     RunningTool StartProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
     static ToolRun WaitFor(const RunningTool& running);
+    /// For a child before it becomes a program: nohup and shells' background jobs ignore signals, which the
+    /// program would inherit, and a test that sends one wait for ever.
+    static void TakeDefaultSignals();
 
     void WriteFile(const std::string& name, const std::string& content) const;
     std::string ReadFile(const std::string& name) const;
