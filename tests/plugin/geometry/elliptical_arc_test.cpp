@@ -30,8 +30,11 @@ class ArcAnglesTest : public testing::TestWithParam<AngleCase> {};
 TEST_P(ArcAnglesTest, FollowTheTable) {
     const AngleCase& row = GetParam();
     // Distances just beside the borders, and far from them.
-    const double large[] = {ORVPI + 0.0101, 4.0, 6.2}, half[] = {ORVPI - 0.0099, ORVPI, ORVPI + 0.0099},
-                 small[] = {ORVPI - 0.0101, 1.0, 0.001};
+    // The tolerance is held in single precision, and so a little less than one hundredth.
+    constexpr double kTolerance = 0.009999999776482582, kBehind = 0.0099999999;
+    const double large[] = {ORVPI + kBehind, ORVPI + 0.0101, 4.0, 5.0, 6.2},
+                 half[] = {ORVPI - kTolerance, ORVPI - 0.0099, ORVPI, ORVPI + 0.0099, ORVPI + kTolerance},
+                 small[] = {ORVPI - kBehind, ORVPI - 0.0101, 1.0, 0.5, 0.001};
     const auto& distances = row.distance == kLarge ? large : row.distance == kHalf ? half : small;
     for (const double distance : distances) {
         const double a = row.order == kRising ? -distance / 2.0 : distance / 2.0, b = -a;

@@ -72,6 +72,13 @@ TEST_F(DefinitionsTest, FindsByIdentifierWithoutRegardToCase) {
     EXPECT_EQ(Find("sta"), nullptr);
 }
 
+TEST_F(DefinitionsTest, AllLettersMatchInEitherCaseAndWhatStandsBesideThemDoesNot) {
+    const ORVRef<ORVPrtDefsElt> holder = Register({"AMZ", "@["});
+    EXPECT_EQ(Find("amz"), holder->GetChildren()[0]);
+    EXPECT_EQ(Find("@["), holder->GetChildren()[1]);
+    EXPECT_EQ(Find("`{"), nullptr);
+}
+
 TEST_F(DefinitionsTest, CaseIsThatOfAsciiLettersOnly) {
     const ORVRef<ORVPrtDefsElt> holder = Register({"\xC3\x84"});
     EXPECT_EQ(Find("\xC3\x84"), holder->GetChildren()[0]);

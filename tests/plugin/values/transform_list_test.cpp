@@ -41,6 +41,9 @@ INSTANTIATE_TEST_SUITE_P(
         TransformCase{"ScaleXY", "scale(2 3)", "sx(2) sy(3)"}, TransformCase{"EmptyArguments", "scale()", ""},
         TransformCase{"BlankArguments", "scale( )", "sx(1) sy(1)"},
         TransformCase{"Rotate", "rotate(0.5)", "r(0.008726646192)"},
+        // In single precision from the start, the last digits would be 6221.
+        TransformCase{"OnlyTheProductIsNarrowed", "rotate(0.9)skewX(0.9)skewY(0.9)",
+                      "r(0.01570796408) kx(0.01570796408) ky(0.01570796408)"},
         TransformCase{"RotateTwoNumbers", "rotate(0.5 10)", "r(0.008726646192)"},
         TransformCase{"RotateAboutAPoint", "rotate(0.5 10 20)", "t(10,20) r(0.008726646192) t(-10,-20)"},
         TransformCase{"RotateNothing", "rotate(x)", ""},
