@@ -253,4 +253,18 @@ TEST_P(MemoryWatchTest, NineTenthsAreNotShort) {
     EXPECT_EQ(Messages(), 3U);
 }
 
+class DomMemoryWatchTest : public MemoryWatchTest {};
+INSTANTIATE_TEST_SUITE_P(Backends, DomMemoryWatchTest, testing::Values(Backend::kDom));
+
+TEST_P(DomMemoryWatchTest, StoppingLeavesTheSiblingsOut) {
+    const DomResult dom = ParseDom("<doc>" + Document("other", "svg", 5) + "<svg id='after'/></doc>");
+    const ORVRef<ORVPrtModel> model(new ORVPrtModel);
+    const SvgDocumentSource source(
+        ORVIDOMElement_var(dom.root.GetTree(), dom.root.GetNode()->firstChild));
+    shortFrom = 2;
+    ORVPrintPropertiesManager::SetOnErrorAction(ORVPrintPropertiesManager::kStopOnError);
+    EXPECT_EQ(BuildModel(source, model.get()), 1);
+    EXPECT_EQ(PagesOf(*model), "[0][1][2]");
+}
+
 }  // namespace
