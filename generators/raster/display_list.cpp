@@ -117,7 +117,8 @@ void* RasterArena::Take(std::size_t bytes) {
     bytes = (bytes + kAlignment - 1) / kAlignment * kAlignment;
     if (bytes > left_) {
         const std::size_t size = std::max(bytes, kArenaBlock);
-        blocks_.emplace_back(new std::byte[size]);
+        std::unique_ptr<std::byte[]> block(new std::byte[size]);
+        blocks_.push_back(std::move(block));
         if (size > kArenaBlock) return blocks_.back().get();  // the block that was begun goes on
         next_ = blocks_.back().get();
         left_ = size;

@@ -1,5 +1,6 @@
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 
+#include <new>
 #include <vector>
 
 #include "platform/model/ORVPrtPrimitiveBudget.h"
@@ -28,12 +29,23 @@ ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyNode() const {
     ORVPrtPrimitiveBudget* const budget = GetBudget();
     if (budget && !budget->TakeDuplicate(GetPayloadBytes())) return nullptr;
     ORVPrtGraphicPrimitiveElt* copy = CopyWithoutChildren();
-    if (!copy) return nullptr;
-    copy->identity_ = identity_;
+    if (copy)
+        copy->identity_ = identity_;
+    else if (budget)
+        budget->NoteMemorySpent();
     return copy;
 }
 
 ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::Duplicate() const {
+    try {
+        return CopyTree();
+    } catch (const std::bad_alloc&) {
+        if (ORVPrtPrimitiveBudget* const budget = GetBudget()) budget->NoteMemorySpent();
+        return nullptr;
+    }
+}
+
+ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyTree() const {
     ORVRef<ORVPrtGraphicPrimitiveElt> root(CopyNode());
     if (!root) return nullptr;
 

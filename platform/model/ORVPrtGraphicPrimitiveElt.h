@@ -99,6 +99,7 @@ protected:
 
 private:
     ORVPrtGraphicPrimitiveElt* CopyNode() const;
+    ORVPrtGraphicPrimitiveElt* CopyTree() const;
 
     mutable std::uint32_t visitMark_ = 0;  // first, behind the count of references: both are half a word
     ORVSharedValue<ORVPrtIdentity> identity_;

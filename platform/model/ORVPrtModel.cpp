@@ -15,16 +15,18 @@ const ORVMetaClass& ORVPrtModel::MetaClass() {
 }
 
 ORVPrtModel::ORVPrtModel() : budget_(new ORVPrtPrimitiveBudget(GetPrimitiveLimit())) {
-    blank_.Edit().SetBudget(budget_);
+    blank_.Edit().SetBudget(budget_.get());
 }
 
-ORVPrtModel::~ORVPrtModel() {
-    for (const ORVPrtImageElt* image : images_) image->Release();
-    budget_->Release();
-}
+ORVPrtModel::~ORVPrtModel() { RemoveImages(); }
 
 void ORVPrtModel::AddImage(ORVPrtImageElt* image) {
     if (!image) return;
     images_.push_back(image);
     image->AddRef();
+}
+
+void ORVPrtModel::RemoveImages() {
+    for (const ORVPrtImageElt* image : images_) image->Release();
+    images_.clear();
 }

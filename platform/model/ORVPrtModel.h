@@ -26,6 +26,8 @@ public:
 
     /// Appends a page and references it.
     void AddImage(ORVPrtImageElt* image);
+    /// Leaves the model without pages.
+    void RemoveImages();
     /// The pages in order; never null, empty for a model without pages.
     const ORVListPtr<ORVPrtImageElt>* GetImages() const { return &images_; }
 
@@ -34,7 +36,10 @@ public:
     Primitive* Create() {
         if (!budget_->Take()) return nullptr;
         auto* primitive = new (std::nothrow) Primitive;
-        if (primitive) primitive->SetIdentity(blank_);
+        if (primitive)
+            primitive->SetIdentity(blank_);
+        else
+            budget_->NoteMemorySpent();
         return primitive;
     }
     const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
@@ -45,6 +50,6 @@ protected:
 
 private:
     ORVListPtr<ORVPrtImageElt> images_;
-    ORVPrtPrimitiveBudget* budget_;
+    ORVRef<ORVPrtPrimitiveBudget> budget_;
     ORVSharedValue<ORVPrtIdentity> blank_;  // of primitives that have no texts (yet)
 };

@@ -61,8 +61,13 @@ public:
         if (!refusal_) refusal_ = limit;
         return false;
     }
-    /// The first limit that something was left out for; none when the model is whole.
+    /// The first limit that something was left out for; none when no limit was reached.
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
+
+    /// Notes that something was left out because there was no memory for it.
+    void NoteMemorySpent() { isMemorySpent_ = true; }
+    /// True when something was left out for want of memory.
+    bool IsMemorySpent() const { return isMemorySpent_; }
 
     void AddRef() { ++references_; }
     void Release() {
@@ -76,4 +81,5 @@ private:
     std::uint64_t taken_ = 0, duplicates_ = 0, duplicateUnits_ = 0, visits_ = 0, pixels_ = 0;
     std::uint64_t references_ = 1;
     std::optional<ORVPrintLimit> refusal_;
+    bool isMemorySpent_ = false;
 };

@@ -1,6 +1,6 @@
 #include "platform/print/ORVPrintModule.h"
 
-#include <new>
+#include <exception>
 
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintInterpreter.h"
@@ -43,12 +43,8 @@ const InterpreterRow* FindRow(const std::string& name) {
     return nullptr;
 }
 
-}  // namespace
-
-std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
-                                                                       ORVPrintInput* input,
-                                                                       std::string& error) {
-    error.clear();
+std::unique_ptr<ORVPrintInterpreter> Create(const std::string& name, ORVPrintInput* input,
+                                            std::string& error) {
     const InterpreterRow* row = FindRow(name);
     if (!row) {
         error = "no interpreter is called " + name;
@@ -66,8 +62,7 @@ std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std
     return interpreter;
 }
 
-int ORVPrintModule::SetCurrentPath(const std::string& name, ORVPrintInterpreter& interpreter,
-                                   const ORVUnicodeString& path) {
+int TellPath(const std::string& name, ORVPrintInterpreter& interpreter, const ORVUnicodeString& path) {
     const InterpreterRow* row = FindRow(name);
     std::string error;
     void* module = row ? ORVLoadModule(row->library, error) : nullptr;
@@ -77,4 +72,27 @@ int ORVPrintModule::SetCurrentPath(const std::string& name, ORVPrintInterpreter&
     // classes have one base, so that the object's address is that of its base.
     using Operation = int (*)(ORVPrintInterpreter*, const ORVUnicodeString&);
     return reinterpret_cast<Operation>(operation)(&interpreter, path);
+}
+
+}  // namespace
+
+std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
+                                                                       ORVPrintInput* input,
+                                                                       std::string& error) {
+    error.clear();
+    try {
+        return Create(name, input, error);
+    } catch (const std::exception&) {
+        error = "memory is spent";  // so short that it needs none
+        return nullptr;
+    }
+}
+
+int ORVPrintModule::SetCurrentPath(const std::string& name, ORVPrintInterpreter& interpreter,
+                                   const ORVUnicodeString& path) {
+    try {
+        return TellPath(name, interpreter, path);
+    } catch (const std::exception&) {
+        return 0;
+    }
 }

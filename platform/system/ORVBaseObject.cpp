@@ -1,15 +1,43 @@
 #include "platform/system/ORVBaseObject.h"
 
+#include <array>
+#include <cstddef>
+#include <new>
+#include <utility>
 #include <vector>
 
 namespace {
 
-// Objects that lost their last reference while another one was being destroyed.
-struct DestructionQueue {
-    std::vector<const ORVBaseObject*> waiting;
-    bool running = false;
+/// Objects that lost their last reference while another one was being destroyed.
+class DestructionQueue {
+public:
+    /// @return false when memory is spent
+    bool Add(const ORVBaseObject* object) {
+        if (firstCount_ < first_.size()) {
+            first_[firstCount_++] = object;
+            return true;
+        }
+        try {
+            others_.push_back(object);
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    }
+    /// The object that was added last; null when there is none.
+    const ORVBaseObject* Take() {
+        if (others_.empty()) return firstCount_ > 0 ? first_[--firstCount_] : nullptr;
+        const ORVBaseObject* object = others_.back();
+        others_.pop_back();
+        return object;
+    }
+
+private:
+    std::array<const ORVBaseObject*, 64> first_;  // need no memory of their own
+    std::size_t firstCount_ = 0;
+    std::vector<const ORVBaseObject*> others_;
 };
-thread_local DestructionQueue destructionQueue;
+thread_local DestructionQueue* currentQueue = nullptr;
 
 }  // namespace
 
@@ -19,17 +47,14 @@ const ORVMetaClass& ORVBaseObject::MetaClass() {
 }
 
 void ORVBaseObject::Destroy(const ORVBaseObject* object) {
-    if (destructionQueue.running) {
-        destructionQueue.waiting.push_back(object);
-        return;
+    if (currentQueue && currentQueue->Add(object)) return;
+    // Nothing is being destroyed, or there is no memory to wait in: then what is below it goes now, by a
+    // queue of its own. That recurses once for each level of the tree that the queues before could not take.
+    DestructionQueue queue;
+    DestructionQueue* const outer = std::exchange(currentQueue, &queue);
+    while (object) {
+        delete object;
+        object = queue.Take();
     }
-    destructionQueue.running = true;
-    delete object;
-    while (!destructionQueue.waiting.empty()) {
-        const ORVBaseObject* next = destructionQueue.waiting.back();
-        destructionQueue.waiting.pop_back();
-        delete next;
-    }
-    destructionQueue.running = false;
-    if (destructionQueue.waiting.capacity() > 4096) destructionQueue.waiting.shrink_to_fit();
+    currentQueue = outer;
 }

@@ -1,6 +1,7 @@
 #include "platform/xml/ORVDOMXml.h"
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -48,11 +49,16 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     element = ORVIDOMElement_var();
     ORVRef<const ORVXmlTree> tree;
     ORVXmlError ownError;
-    // A copy of the text stays with the tree, which refers to it.
-    const auto copy = std::make_shared<const std::string>(text.GetView());
-    const XmlSource source{*copy, true, copy};
-    if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, error ? *error : ownError))
+    ORVXmlError& reported = error ? *error : ownError;
+    try {
+        // A copy of the text stays with the tree, which refers to it.
+        const auto copy = std::make_shared<const std::string>(text.GetView());
+        const XmlSource source{*copy, true, copy};
+        if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, reported)) return kNone;
+    } catch (const std::bad_alloc&) {
+        reported = ORVXmlError::MemorySpent();
         return kNone;
+    }
     const ORVXmlNode* const root = tree->GetRoot();
     element = ORVIDOMElement_var(std::move(tree), root);
     return kFound;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -41,7 +43,8 @@ void* ORVXmlTree::Allocate(std::size_t size, std::size_t alignment) {
     // What would fill most of a chunk gets one of its own, and the current one stays in use.
     const bool alone = size > nextChunk_ / 4;
     const std::size_t chunkSize = alone ? size : nextChunk_;
-    chunks_.emplace_back(new char[chunkSize]);
+    std::unique_ptr<char[]> chunk(new char[chunkSize]);
+    chunks_.push_back(std::move(chunk));
     memoryInUse_ += chunkSize;
     char* const place = chunks_.back().get();
     if (!alone) {

@@ -217,7 +217,7 @@ bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape sh
         tree = builder.Finish();
         return wellFormed;
     } catch (const std::bad_alloc&) {
-        error.message = "out of memory";
+        error = ORVXmlError::MemorySpent();
         return false;
     }
 }

@@ -48,6 +48,12 @@ public:
         XML_StopParser(parser_.get(), XML_FALSE);
     }
 
+    // Ends the reading: memory is spent.
+    void EndForMemory() {
+        stopped_ = memorySpent_ = true;
+        XML_StopParser(parser_.get(), XML_FALSE);
+    }
+
 private:
     ORVXmlPlace Locate() const override;
     void NoteError(const char* message);
@@ -61,7 +67,7 @@ private:
         try {
             work(self);
         } catch (const std::bad_alloc&) {
-            self.Fail("out of memory");
+            self.EndForMemory();  // nothing may be thrown through the parser
         }
     }
 
@@ -83,6 +89,7 @@ private:
     std::size_t suppliedBytes_ = 0;  // of attributes from the document type, each time they were supplied
     bool inDocumentType_ = false;
     bool stopped_ = false;
+    bool memorySpent_ = false;
 };
 
 void Reading::NoteError(const char* message) {
@@ -204,6 +211,8 @@ bool Reading::Run(std::string_view bytes, const char* forcedEncoding, bool compl
         const char* const start = piece.empty() ? "" : piece.data();
         if (XML_Parse(parser_.get(), start, static_cast<int>(piece.size()), last && complete) !=
             XML_STATUS_OK) {
+            if (memorySpent_ || (!stopped_ && XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY))
+                throw std::bad_alloc();
             if (!stopped_) NoteError(XML_ErrorString(XML_GetErrorCode(parser_.get())));
             return false;
         }

@@ -75,7 +75,10 @@ void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPr
     ORVUnicodeString path;
     const ORVRef<ORVPixelImage> image =
         FindImageFile(state, reference, path) ? LoadFile(path) : LoadData(reference);
-    if (!image) return;
+    if (!image) {
+        if (budget && ORVPixelImage::WasMemorySpent()) budget->NoteMemorySpent();
+        return;
+    }
     bitmap.SetPixelImage(image.get());
     if (budget)
         budget->NotePixels(

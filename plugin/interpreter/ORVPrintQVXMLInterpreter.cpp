@@ -1,6 +1,7 @@
 #include "plugin/interpreter/ORVPrintQVXMLInterpreter.h"
 
 #include <memory>
+#include <new>
 
 #include "platform/print/ORVPrintInputXMLElement.h"
 
@@ -10,7 +11,7 @@ ORVPrintQVXMLInterpreter::ORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* inpu
     std::unique_ptr<SvgDocumentSource> source;
     if (const ORVLightXmlElementItf* light = input->GetXmlElement()) {
         lightElement_ = std::make_unique<ORVLightXmlElement>();
-        lightElement_->Assign(*light);
+        if (lightElement_->Assign(*light) != 1) throw std::bad_alloc();  // which the factory tells
         source = std::make_unique<SvgDocumentSource>(lightElement_.get());
     } else {
         domElement_ = input->GetXmlElementDOM();

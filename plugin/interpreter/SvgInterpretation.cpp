@@ -1,5 +1,6 @@
 #include "plugin/interpreter/SvgInterpretation.h"
 
+#include <exception>
 #include <new>
 
 #include "platform/model/ORVPrtImageElt.h"
@@ -13,12 +14,24 @@ class SvgPrintModel final : public ORVPrtModel {
     ~SvgPrintModel() override = default;  // through Release() only
 };
 
+/// Does an entry point's work. Nothing that is thrown leaves the module: 0 where memory or threads are spent.
+template <class Work>
+int Enter(Work work) {
+    try {
+        return work();
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
 }  // namespace
 
 int SvgInterpretation::SetCurrentPath(const ORVUnicodeString& path) {
     if (!source_) return 0;
-    source_->SetCurrentPath(path);
-    return 1;
+    return Enter([&] {
+        source_->SetCurrentPath(path);
+        return 1;
+    });
 }
 
 // The model is stored before it is built, so that a build that fails is not tried again.
@@ -39,42 +52,45 @@ const ORVPrtImageElt* SvgInterpretation::SelectPage(const Selection& selection) 
 }
 
 int SvgInterpretation::GetPageCount(unsigned int& count) {
-    const BuildResult build = EnsureModel();
-    if (!build.available) return 0;
-    count = static_cast<unsigned int>(model_->GetImages()->size());
-    return build.status;
+    return Enter([&] {
+        const BuildResult build = EnsureModel();
+        if (!build.available) return 0;
+        count = static_cast<unsigned int>(model_->GetImages()->size());
+        return build.status;
+    });
 }
 
 int SvgInterpretation::GetSize(const Selection& selection, float& width, float& height) {
-    const BuildResult build = EnsureModel();
-    if (!build.available) return 0;
-    if (const ORVPrtImageElt* page = SelectPage(selection)) {
-        double pageWidth = 0.0, pageHeight = 0.0;
-        page->GetSize(pageWidth, pageHeight);
-        width = static_cast<float>(pageWidth);
-        height = static_cast<float>(pageHeight);
-    }
-    return build.status;
+    return Enter([&] {
+        const BuildResult build = EnsureModel();
+        if (!build.available) return 0;
+        if (const ORVPrtImageElt* page = SelectPage(selection)) {
+            double pageWidth = 0.0, pageHeight = 0.0;
+            page->GetSize(pageWidth, pageHeight);
+            width = static_cast<float>(pageWidth);
+            height = static_cast<float>(pageHeight);
+        }
+        return build.status;
+    });
 }
 
 int SvgInterpretation::GetTitle(const Selection& selection, ORVUnicodeString& title) {
-    const BuildResult build = EnsureModel();
-    if (!build.available) return 0;
-    if (const ORVPrtImageElt* page = SelectPage(selection)) title = page->GetTitle();
-    return build.status;
+    return Enter([&] {
+        const BuildResult build = EnsureModel();
+        if (!build.available) return 0;
+        if (const ORVPrtImageElt* page = SelectPage(selection)) title = page->GetTitle();
+        return build.status;
+    });
 }
 
 int SvgInterpretation::Decode(const Selection& selection, ORVPrintGenerator* generator,
                               const ORVPrintParameters& parameters) {
-    const BuildResult build = EnsureModel();
-    if (!build.available || (build.builtNow && build.status != kDone)) return build.status;
-
-    try {
+    return Enter([&] {
+        const BuildResult build = EnsureModel();
+        if (!build.available || (build.builtNow && build.status != kDone)) return build.status;
         ORVPrintModelRender render(*model_, generator, parameters);
         if (selection.allPages || selection.currentPage == 0) return render.Draw();
         if (selection.currentPage > model_->GetImages()->size()) return 0;
         return render.Draw(selection.currentPage);
-    } catch (const std::bad_alloc&) {
-        return 0;
-    }
+    });
 }

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/xml/ORVLightXml.h"
 #include "plugin/interpreter/SvgDocumentSource.h"
@@ -84,6 +85,7 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
                                                   ORVLightXmlInputStreamBuffer::Lifetime::kElements);
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
+        if (parser.GetError().isMemorySpent) return kUnusable;
         root = &parsed;
     }
     if (root->GetNode())
@@ -119,6 +121,7 @@ int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
         return useDOM ? BuildWithDOMParser(source, pageSource, *model)
                       : BuildWithLightParser(source, pageSource, *model);
     } catch (const std::bad_alloc&) {
+        model->RemoveImages();  // half a page is none
         return kUnusable;
     }
 }

@@ -43,11 +43,6 @@ class PlacingTransform {
 public:
     PlacingTransform(const SvgDrawState& state, ORVPrtGroupElt& group)
         : state_(state), group_(group), transform_(group.GetTransformAttributes()) {}
-    ~PlacingTransform() {
-        if (!begun_) return;
-        if (state_.yFlip == 1) AddPageMirror(state_, transform_);
-        group_.SetTransformAttributes(transform_);
-    }
     PlacingTransform(const PlacingTransform&) = delete;
     PlacingTransform& operator=(const PlacingTransform&) = delete;
 
@@ -65,6 +60,12 @@ public:
         if (scale == 1.0) return;
         Begin();
         transform_.AddScaleY(scale);
+    }
+    // Gives the operations to the group.
+    void Apply() {
+        if (!begun_) return;
+        if (state_.yFlip == 1) AddPageMirror(state_, transform_);
+        group_.SetTransformAttributes(transform_);
     }
 
 private:
@@ -132,6 +133,7 @@ void PlaceDefinition(const SvgDrawState& state, const Placement& at,
     } else {
         transform.Translate(at.x, at.y);
     }
+    transform.Apply();
 }
 
 }  // namespace
@@ -163,14 +165,13 @@ int HandleNestedSvg(SvgDrawState& state, const Element& element, ORVPrtGroupElt*
     const Placement at = ReadPlacement(state, element, state.pageWidth, state.pageHeight);
     ORVPrtViewBox box{0.0, 0.0, state.pageWidth, state.pageHeight};
     const bool hasViewBox = ReadViewBox(element.Attribute(AttributeName::kViewBox).text, box) == kRead;
-    {
-        PlacingTransform transform(state, *group);
-        if (hasViewBox && HasSize(box) && at.HasSize()) {
-            FitViewBox(transform, at, box, FittingScale(at, box));
-        } else {
-            transform.Translate(at.x, at.y);
-        }
+    PlacingTransform transform(state, *group);
+    if (hasViewBox && HasSize(box) && at.HasSize()) {
+        FitViewBox(transform, at, box, FittingScale(at, box));
+    } else {
+        transform.Translate(at.x, at.y);
     }
+    transform.Apply();
     WalkChildren(state, element, *group);
     return kDone;
 }

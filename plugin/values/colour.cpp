@@ -7,6 +7,7 @@
 
 #include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtImageElt.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/system/number_conversion.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
@@ -96,7 +97,10 @@ bool ReadColour(std::string_view value, RgbColour& colour) {
 void EnsureColourTable(ORVPrtImageElt& page) {
     if (page.GetColourTable()) return;
     const ORVRef<ORVPrtColourTable> table(new (std::nothrow) ORVPrtColourTable);
-    if (!table) return;
+    if (!table) {
+        if (ORVPrtPrimitiveBudget* const budget = page.GetBudget()) budget->NoteMemorySpent();
+        return;
+    }
     unsigned int black = 0;
     table->AddColour(0, 0, 0, black);
     page.SetColourTable(table.get());

@@ -20,6 +20,8 @@ namespace {
 
 constexpr std::size_t kBytesAPixel = 4;
 
+thread_local bool memorySpent = false;
+
 std::uint8_t* AllocatePixels(std::size_t width, std::size_t height) {
     // calloc hands out large blocks untouched: they cost memory as they are written.
     return static_cast<std::uint8_t*>(std::calloc(height, width * kBytesAPixel));
@@ -85,6 +87,7 @@ void ORVPixelImage::SetPixelLimit(std::uint64_t pixels) {
 std::uint64_t ORVPixelImage::GetPixelLimit() { return ORVPrintLimits::Get(ORVPrintLimit::kImagePixels); }
 
 ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colours*/, int /*flags*/) {
+    ORVPixelImageBuilder::BeginReading();
     try {
         // The largest honest file is a bitmap of four bytes a pixel with its headers; allow as much again.
         constexpr std::uint64_t kFileOverhead = std::uint64_t{64} << 20;
@@ -93,12 +96,13 @@ ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colour
         std::vector<std::uint8_t> bytes;
         if (!File(path.CastToCharPtr()).ReadAll(byteLimit, bytes)) return nullptr;
         return ReadByContent(bytes);
-    } catch (const std::exception&) {  // memory is spent
-        return nullptr;
+    } catch (const std::exception&) {
+        return ORVPixelImageBuilder::NoteMemorySpent();
     }
 }
 
 ORVPixelImage* ORVPixelImage::CreateFromPixels(int width, int height, std::span<const std::uint8_t> rgba) {
+    ORVPixelImageBuilder::BeginReading();
     if (width <= 0 || height <= 0) return nullptr;
     const auto columns = static_cast<std::uint64_t>(width), rows = static_cast<std::uint64_t>(height);
     if (!ORVPixelImageBuilder::IsAllowed(columns, rows) || rgba.size() != columns * rows * kBytesAPixel)
@@ -129,6 +133,15 @@ void ORVPixelImage::ReleasePixels() const {
     if (!file_.empty()) pixels_.reset();
 }
 
+bool ORVPixelImage::WasMemorySpent() { return memorySpent; }
+
+void ORVPixelImageBuilder::BeginReading() { memorySpent = false; }
+
+ORVPixelImage* ORVPixelImageBuilder::NoteMemorySpent() {
+    memorySpent = true;
+    return nullptr;
+}
+
 bool ORVPixelImageBuilder::IsAllowed(std::uint64_t width, std::uint64_t height) {
     constexpr std::uint64_t kLargestSide = std::numeric_limits<int>::max();
     if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) return false;
@@ -141,6 +154,7 @@ bool ORVPixelImageBuilder::SetSize(std::uint64_t width, std::uint64_t height) {
     height_ = static_cast<std::size_t>(height);
     rowBytes_ = width_ * kBytesAPixel;
     pixels_.reset(AllocatePixels(width_, height_));
+    if (!pixels_) NoteMemorySpent();
     return pixels_ != nullptr;
 }
 
@@ -160,7 +174,7 @@ void ORVPixelImageBuilder::NoteAlpha(std::size_t row) {
 
 ORVPixelImage* ORVPixelImageBuilder::Finish() {
     auto* image = new (std::nothrow) ORVPixelImage;
-    if (!image) return nullptr;
+    if (!image) return NoteMemorySpent();
     image->width_ = static_cast<int>(width_);
     image->height_ = static_cast<int>(height_);
     image->hasAlpha_ = hasAlpha_;
@@ -186,6 +200,7 @@ ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vect
 ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const void* bytes,
                                                           std::size_t size) {
     constexpr std::size_t kLarge = std::size_t{1} << 20;  // bytes of pixels
+    BeginReading();
     ORVRef<ORVPixelImage> image(decoder(bytes, size));
     if (!image) return nullptr;
     image->fileSize_ = size;
@@ -194,8 +209,8 @@ ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const
         try {
             const auto* first = static_cast<const std::uint8_t*>(bytes);
             image->file_.assign(first, first + size);
-        } catch (const std::exception&) {  // memory is spent: more so without giving back the pixels
-            return nullptr;
+        } catch (const std::exception&) {  // more so without giving back the pixels
+            return NoteMemorySpent();
         }
         image->decoder_ = decoder;
         image->ReleasePixels();

@@ -42,6 +42,10 @@ public:
     [[nodiscard]] static ORVPixelImage* CreateFromPixels(int width, int height,
                                                          std::span<const std::uint8_t> rgba);
 
+    /// True when the last image that this thread tried to make or to read came to nothing because memory was
+    /// spent, and not because of what it is.
+    static bool WasMemorySpent();
+
     /// Images of more than `pixels` are not read, wherever in the process; 2^28 when never set.
     static void SetPixelLimit(std::uint64_t pixels);
     static std::uint64_t GetPixelLimit();
@@ -88,8 +92,8 @@ private:
 
 /// Readers of images in memory. They look at no more than `size` bytes, accept surplus bytes after the image,
 /// and never throw. The integer has no effect.
-/// @return a new image, or null when the bytes are no sound and complete image of the format, or it is larger
-///         than the pixel limit
+/// @return a new image, or null when the bytes are no sound and complete image of the format, it is larger
+///         than the pixel limit, or memory is spent
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryPNGPixelImage(const void* bytes, std::size_t size,
                                                                          int);
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size,

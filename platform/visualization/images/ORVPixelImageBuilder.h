@@ -19,6 +19,11 @@ public:
     /// True when an image of this size may exist: neither side is 0 and the pixel limit holds.
     static bool IsAllowed(std::uint64_t width, std::uint64_t height);
 
+    /// For ORVPixelImage::WasMemorySpent: a new reading begins; it came to nothing because memory is spent.
+    /// @return null
+    static void BeginReading();
+    static ORVPixelImage* NoteMemorySpent();
+
     /// Reserves the pixels. @return false when the size is not allowed or memory is spent
     bool SetSize(std::uint64_t width, std::uint64_t height);
     /// First byte of a row; row < height.

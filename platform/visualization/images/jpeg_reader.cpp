@@ -26,7 +26,10 @@ class JpegReading {
 public:
     explicit JpegReading(std::span<const std::uint8_t> bytes) : bytes_(bytes) {
         jpeg_.err = jpeg_std_error(&errors_);
-        errors_.error_exit = [](j_common_ptr jpeg) { Leave(jpeg); };
+        errors_.error_exit = [](j_common_ptr jpeg) {
+            if (jpeg->err->msg_code == JERR_OUT_OF_MEMORY) ORVPixelImageBuilder::NoteMemorySpent();
+            Leave(jpeg);
+        };
         errors_.emit_message = [](j_common_ptr jpeg, int level) { NoteMessage(jpeg, level); };
         errors_.output_message = [](j_common_ptr) {};
         jpeg_.client_data = this;
@@ -212,6 +215,7 @@ bool DecodeJpegPixels(std::span<const std::uint8_t> bytes, const ORVJpegSource& 
 }
 
 ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
+    ORVPixelImageBuilder::BeginReading();
     if (!bytes) return nullptr;
     JpegReading reading({static_cast<const std::uint8_t*>(bytes), size});
     if (!reading.Check()) return nullptr;
@@ -220,7 +224,7 @@ ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int
         reading.WriteResolution(builder);
         return builder.FinishJpeg(reading.GetWidth(), reading.GetHeight(), reading.CopyFile(),
                                   reading.GetSource());
-    } catch (const std::exception&) {  // memory is spent
-        return nullptr;
+    } catch (const std::exception&) {
+        return ORVPixelImageBuilder::NoteMemorySpent();
     }
 }

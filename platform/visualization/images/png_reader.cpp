@@ -26,7 +26,12 @@ void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
     input->left -= count;
 }
 
-[[noreturn]] void LeaveOnError(png_structp png, png_const_charp /*message*/) { png_longjmp(png, 1); }
+[[noreturn]] void LeaveOnError(png_structp png, png_const_charp message) {
+    // The library tells its failures apart by their words only; the second is its decompressor's.
+    if (std::strcmp(message, "Out of memory") == 0 || std::strcmp(message, "insufficient memory") == 0)
+        ORVPixelImageBuilder::NoteMemorySpent();
+    png_longjmp(png, 1);
+}
 
 void IgnoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
 
@@ -49,7 +54,8 @@ public:
         if (input_.left < kSignatureSize || png_sig_cmp(input_.next, 0, kSignatureSize) != 0) return nullptr;
         png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeaveOnError, IgnoreWarning);
         info_ = png_ ? png_create_info_struct(png_) : nullptr;
-        if (!info_ || !ReadPixels()) return nullptr;
+        if (!info_) return ORVPixelImageBuilder::NoteMemorySpent();
+        if (!ReadPixels()) return nullptr;
         return builder_.Finish();
     }
 
