@@ -1,7 +1,10 @@
 #include "generators/formats.h"
 
 #include <array>
+#include <exception>
+#include <utility>
 
+#include "generators/common/ORVGuardedGenerator.h"
 #include "generators/pdf/ORVPdfGenerator.h"
 #include "generators/png/ORVPngGenerator.h"
 #include "generators/postscript/postscript_module.h"
@@ -54,14 +57,38 @@ std::unique_ptr<ORVFormatGenerator> CreateEps(ORVOutput& output, const ORVFormat
     return LoadPostScriptGenerator(output, options, true);
 }
 
+/// A format's generator behind the guard that nothing thrown passes.
+class GuardedFormat final : public ORVFormatGenerator {
+public:
+    explicit GuardedFormat(std::unique_ptr<ORVFormatGenerator> format)
+        : format_(std::move(format)), guard_(format_->Get()) {}
+    ORVPrintGenerator& Get() override { return guard_; }
+    const std::string& GetError() const override {
+        return guard_.GetError().empty() ? format_->GetError() : guard_.GetError();
+    }
+
+private:
+    std::unique_ptr<ORVFormatGenerator> format_;
+    ORVGuardedGenerator guard_;
+};
+
+template <auto kCreate>
+std::unique_ptr<ORVFormatGenerator> Guarded(ORVOutput& output, const ORVFormatOptions& options) {
+    try {
+        return std::make_unique<GuardedFormat>(kCreate(output, options));
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
 constexpr std::array kFormats{
-    ORVOutputFormat{"pdf", false, CreatePdf},
-    ORVOutputFormat{"ps", false, CreatePostScript},
-    ORVOutputFormat{"eps", true, CreateEps},
-    ORVOutputFormat{"svg", true, CreateSvg},
-    ORVOutputFormat{"png", true, CreateRaster<ORVPngGenerator>, "", true},
-    ORVOutputFormat{"tiff", false, CreateRaster<ORVTiffGenerator>, "tif", true},
-    ORVOutputFormat{"pwg", false, CreateRaster<ORVPwgGenerator>, "pwgraster", true},
+    ORVOutputFormat{"pdf", false, Guarded<CreatePdf>},
+    ORVOutputFormat{"ps", false, Guarded<CreatePostScript>},
+    ORVOutputFormat{"eps", true, Guarded<CreateEps>},
+    ORVOutputFormat{"svg", true, Guarded<CreateSvg>},
+    ORVOutputFormat{"png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true},
+    ORVOutputFormat{"tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true},
+    ORVOutputFormat{"pwg", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster", true},
 };
 
 }  // namespace

@@ -183,6 +183,7 @@ private:
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
+        if (!generator_) return Report(kExitFailed, OutputName(), "memory is spent");
         if (options_.sheet) {
             ORVSheetOptions sheet = *options_.sheet;
             sheet.keepsGreys = format_.makesDots;
@@ -201,6 +202,8 @@ private:
                 return Report(kExitFailed, name, "a page has no area that could be printed");
             case ORVPrintModelRender::kTooManyPrimitives:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kDrawn));
+            case ORVPrintModelRender::kLowMemory:
+                return Report(kExitFailed, name, "printing failed: memory is spent");
             case ORVPrintModelRender::kTooManyRepeats:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
             default: break;

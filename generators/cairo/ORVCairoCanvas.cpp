@@ -321,8 +321,6 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
         if (!(std::fabs(p.x) < kDeviceLimit) || !(std::fabs(p.y) < kDeviceLimit)) return kGeneratorDone;
     }
     cairo_surface_t* surface = images_.Find(image.image);
-    if (!surface) return kDrawingFailed;
-
     const StateGuard guard(cr_);
     const double width = cairo_image_surface_get_width(surface),
                  height = cairo_image_surface_get_height(surface);

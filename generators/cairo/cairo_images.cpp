@@ -1,6 +1,7 @@
 #include "generators/cairo/cairo_images.h"
 
 #include <cstdint>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -70,7 +71,7 @@ cairo_surface_t* CairoImageCache::Find(const ORVPixelImage& image) {
     if (const auto found = entries_.find(&image); found != entries_.end()) return found->second.surface.get();
     CairoSurface surface = CreateSurface(image);
     const std::span<const std::uint8_t> rgba = surface ? image.GetPixels() : std::span<const std::uint8_t>();
-    if (rgba.empty()) return nullptr;
+    if (rgba.empty()) throw std::bad_alloc();
     ConvertPixels(image, rgba, surface.get());
     AttachJpeg(image, surface.get());
     image.ReleasePixels();

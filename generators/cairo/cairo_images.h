@@ -11,7 +11,7 @@
 /// very large image has fewer pixels than the image.
 class CairoImageCache {
 public:
-    /// @return the image's surface; null when memory is spent
+    /// @return the image's surface; throws std::bad_alloc
     cairo_surface_t* Find(const ORVPixelImage& image);
 
 private:

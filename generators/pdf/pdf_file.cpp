@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <exception>
 #include <mutex>
-#include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -210,8 +210,9 @@ public:
     void Take(Job job) {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return waitingBytes_ < kWaitingBytes; });
-        waitingBytes_ += Size(job);
+        const std::size_t size = Size(job);
         jobs_.push_back(std::move(job));
+        waitingBytes_ += size;
         lock.unlock();
         changed_.notify_all();
     }
@@ -229,7 +230,7 @@ private:
             lock.unlock();
             try {
                 writer_.Write(job);
-            } catch (const std::bad_alloc&) {
+            } catch (const std::exception&) {
                 good_.store(false, std::memory_order_release);
             }
             lock.lock();

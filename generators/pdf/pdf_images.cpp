@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <new>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -234,11 +235,7 @@ PdfImage WriteImage(PdfFile& file, const ORVPixelImage& image, bool smooth) {
     const std::string common = smooth ? "/Interpolate true" : "";
     if (WriteJpeg(file, image, common, written)) return written;
     const std::span<const std::uint8_t> rgba = image.GetPixels();
-    if (rgba.empty()) {
-        // Memory is spent: nothing stands in, so that the document stays sound.
-        file.WriteStream(written.object, "/Subtype/Form/BBox[0 0 1 1]", "", PdfFile::Packing::kStored);
-        return written;
-    }
+    if (rgba.empty()) throw std::bad_alloc();
     const PixelSurvey survey(rgba);
     written.isGray = survey.IsGray();
     written.hasAlpha = image.HasAlpha();

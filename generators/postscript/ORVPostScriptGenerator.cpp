@@ -67,9 +67,13 @@ struct ORVPostScriptGenerator::State {
         return result;
     }
     static cairo_status_t Write(void* state, const unsigned char* bytes, unsigned int size) {
-        const bool isGood =
-            static_cast<State*>(state)->filter->Write({reinterpret_cast<const char*>(bytes), size});
-        return isGood ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+        try {
+            const bool isGood =
+                static_cast<State*>(state)->filter->Write({reinterpret_cast<const char*>(bytes), size});
+            return isGood ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+        } catch (const std::exception&) {
+            return CAIRO_STATUS_NO_MEMORY;  // nothing may be thrown through cairo
+        }
     }
     int Open(double width, double height);
     int Close();

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <exception>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
@@ -41,7 +42,11 @@ struct CupsLibrary {
 };
 
 ssize_t Write(void* context, unsigned char* bytes, size_t size) {
-    return static_cast<ORVOutput*>(context)->Write(bytes, size) == 1 ? static_cast<ssize_t>(size) : -1;
+    try {
+        return static_cast<ORVOutput*>(context)->Write(bytes, size) == 1 ? static_cast<ssize_t>(size) : -1;
+    } catch (const std::exception&) {
+        return -1;  // nothing may be thrown through the library
+    }
 }
 
 const char* TypeOf(RasterPixels pixels) {

@@ -88,24 +88,10 @@ public:
             // Fewer threads will do, unless there is none.
             if (workers.empty()) status = kDrawingFailed;
         }
-        for (int band = 0; band < queue_.GetBandCount() && status == kGeneratorDone; ++band) {
-            FinishedBand finished;
-            {
-                std::unique_lock lock(mutex_);
-                arrived_.wait(lock,
-                              [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
-                if (failed_) {
-                    status = kDrawingFailed;
-                    break;
-                }
-                finished = std::move(waiting_.front());
-                waiting_.pop_front();
-                ++firstWaiting_;
-            }
-            taken_.notify_all();
-            status = sink_.WriteBand(finished.band, finished.bytes);
-            const std::lock_guard lock(mutex_);
-            spare_.push_back(std::move(finished.bytes));
+        try {
+            if (status == kGeneratorDone) status = WriteBands();
+        } catch (const std::exception&) {
+            status = kDrawingFailed;  // the threads are to end before anything else does
         }
         {
             const std::lock_guard lock(mutex_);
@@ -118,6 +104,28 @@ public:
     }
 
 private:
+    /// Hands finished bands to the sink, in order.
+    int WriteBands() {
+        int status = kGeneratorDone;
+        for (int band = 0; band < queue_.GetBandCount() && status == kGeneratorDone; ++band) {
+            FinishedBand finished;
+            {
+                std::unique_lock lock(mutex_);
+                arrived_.wait(lock,
+                              [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
+                if (failed_) return kDrawingFailed;
+                finished = std::move(waiting_.front());
+                waiting_.pop_front();
+                ++firstWaiting_;
+            }
+            taken_.notify_all();
+            status = sink_.WriteBand(finished.band, finished.bytes);
+            const std::lock_guard lock(mutex_);
+            spare_.push_back(std::move(finished.bytes));
+        }
+        return status;
+    }
+
     void Work() {
         try {
             BandRenderer renderer(list_, pictures_, info_.pixels, info_.bandRows);
@@ -129,8 +137,8 @@ private:
                     std::unique_lock lock(mutex_);
                     taken_.wait(lock, [&] { return stopped_ || failed_ || waiting_.size() < most_; });
                     if (stopped_ || failed_ || queue_.IsEmpty()) return;
-                    number = queue_.Next(pieces);
                     waiting_.emplace_back();
+                    number = queue_.Next(pieces);
                 }
                 const int firstRow = number * info_.bandRows;
                 const RasterBand band =

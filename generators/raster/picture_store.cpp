@@ -94,35 +94,31 @@ PictureSamples::~PictureSamples() = default;
 std::shared_ptr<const PictureSamples> PictureSamples::Make(const ORVPixelImage& image, int width,
                                                            int height) {
     const std::span<const std::uint8_t> rgba = image.GetPixels();
-    if (rgba.empty()) return nullptr;
-    try {
-        const std::shared_ptr<PictureSamples> samples(new PictureSamples);
-        samples->width_ = width;
-        samples->height_ = height;
-        samples->hasAlpha_ = image.HasAlpha();
-        samples->bytes_ = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
-        const bool reduces = width != image.GetWidth() || height != image.GetHeight();
-        if (!reduces && !image.HasAlpha()) {
-            samples->pixels_ = rgba.data();
-            return samples;
-        }
-        samples->own_.resize(samples->bytes_);
-        samples->pixels_ = samples->own_.data();
-        if (reduces) {
-            Reduction(image.GetWidth(), image.GetHeight(), width, height)
-                .Run(rgba.data(), image.HasAlpha(), samples->own_.data());
-        } else {
-            for (std::size_t i = 0; i < samples->bytes_; i += 4) {
-                const unsigned int alpha = rgba[i + 3];
-                for (std::size_t k = 0; k < 3; ++k)
-                    samples->own_[i + k] = static_cast<std::uint8_t>((rgba[i + k] * alpha + 127) / 255);
-                samples->own_[i + 3] = rgba[i + 3];
-            }
-        }
+    if (rgba.empty()) throw std::bad_alloc();
+    const std::shared_ptr<PictureSamples> samples(new PictureSamples);
+    samples->width_ = width;
+    samples->height_ = height;
+    samples->hasAlpha_ = image.HasAlpha();
+    samples->bytes_ = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+    const bool reduces = width != image.GetWidth() || height != image.GetHeight();
+    if (!reduces && !image.HasAlpha()) {
+        samples->pixels_ = rgba.data();
         return samples;
-    } catch (const std::bad_alloc&) {
-        return nullptr;
     }
+    samples->own_.resize(samples->bytes_);
+    samples->pixels_ = samples->own_.data();
+    if (reduces) {
+        Reduction(image.GetWidth(), image.GetHeight(), width, height)
+            .Run(rgba.data(), image.HasAlpha(), samples->own_.data());
+    } else {
+        for (std::size_t i = 0; i < samples->bytes_; i += 4) {
+            const unsigned int alpha = rgba[i + 3];
+            for (std::size_t k = 0; k < 3; ++k)
+                samples->own_[i + k] = static_cast<std::uint8_t>((rgba[i + k] * alpha + 127) / 255);
+            samples->own_[i + 3] = rgba[i + 3];
+        }
+    }
+    return samples;
 }
 
 namespace {
@@ -204,7 +200,6 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
         return true;
     }
     source.samples = PictureSamples::Make(image, width, height);
-    if (!source.samples) return false;
     bytes_ += source.samples->GetBytes();
     entries_.push_front({picture.image, width, height, source.samples});
     // Averages need the image's own pixels no longer.

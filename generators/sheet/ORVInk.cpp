@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -76,14 +77,14 @@ void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads) {
     }
 }
 
-/// A converted copy; the image itself when it has no other colours, or when memory does not allow for more.
+/// A converted copy; the image itself when it has no other colours. Throws std::bad_alloc.
 ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern) {
     auto itself = ORVRef<const ORVPixelImage>::Share(&image);
     const ORVJpegSource* jpeg = image.GetJpegSource();
     if (mode == ORVColourMode::kGrey && jpeg && jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey)
         return itself;
     const std::span<const std::uint8_t> pixels = image.GetPixels();
-    if (pixels.empty()) return itself;
+    if (pixels.empty()) throw std::bad_alloc();
     std::vector<std::uint8_t> converted(pixels.begin(), pixels.end());
     if (mode == ORVColourMode::kGrey)
         MakeGrey(converted);
@@ -93,7 +94,8 @@ ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourM
     image.ReleasePixels();
     const ORVRef<const ORVPixelImage> made(
         ORVPixelImage::CreateFromPixels(image.GetWidth(), image.GetHeight(), converted));
-    return made ? made : itself;
+    if (!made) throw std::bad_alloc();
+    return made;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstdint>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -14,7 +15,12 @@
 namespace {
 
 void Write(png_structp png, png_bytep bytes, size_t size) {
-    static_cast<SvgWriter*>(png_get_io_ptr(png))->PutBase64({bytes, size});
+    try {
+        static_cast<SvgWriter*>(png_get_io_ptr(png))->PutBase64({bytes, size});
+        return;
+    } catch (const std::bad_alloc&) {  // nothing may be thrown through the library
+    }
+    png_error(png, "Out of memory");
 }
 
 void Flush(png_structp /*png*/) {}
@@ -65,12 +71,12 @@ bool WriteRows(png_structp png, png_infop info, const ORVPixelImage& image,
 bool PutPng(SvgWriter& writer, const ORVPixelImage& image) {
     const std::span<const std::uint8_t> rgba = image.GetPixels();
     if (rgba.empty()) return false;
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(image.GetWidth()) * 4);
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Fail, Ignore);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     bool isWritten = false;
     if (info) {
         png_set_write_fn(png, &writer, Write, Flush);
-        std::vector<std::uint8_t> row(static_cast<std::size_t>(image.GetWidth()) * 4);
         isWritten = WriteRows(png, info, image, rgba, IsGrey(rgba), row.data());
     }
     png_destroy_write_struct(&png, &info);

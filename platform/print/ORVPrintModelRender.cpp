@@ -4,6 +4,7 @@
 #include <cmath>
 #include <concepts>
 #include <limits>
+#include <new>
 #include <optional>
 #include <type_traits>
 #include <vector>
@@ -606,15 +607,33 @@ ORVPrintModelRender::ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGener
 ORVPrintModelRender::~ORVPrintModelRender() = default;
 
 int ORVPrintModelRender::Draw() {
-    if (!parameters_.GetPages().empty()) return DrawPages(parameters_.GetPages());
-    std::vector<unsigned int> all(model_.GetImages()->size());
-    for (unsigned int i = 0; i < all.size(); ++i) all[i] = i + 1;
-    return DrawPages(all);
+    return DrawDocument([this](bool& begun) {
+        if (!parameters_.GetPages().empty()) return DrawPages(parameters_.GetPages(), begun);
+        std::vector<unsigned int> all(model_.GetImages()->size());
+        for (unsigned int i = 0; i < all.size(); ++i) all[i] = i + 1;
+        return DrawPages(all, begun);
+    });
 }
 
-int ORVPrintModelRender::Draw(unsigned int page) { return DrawPages({page}); }
+int ORVPrintModelRender::Draw(unsigned int page) {
+    return DrawDocument([&](bool& begun) { return DrawPages({page}, begun); });
+}
 
-int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
+template <class Work>
+int ORVPrintModelRender::DrawDocument(Work draw) {
+    bool begun = false;
+    int result = kLowMemory;
+    try {
+        result = draw(begun);
+    } catch (const std::bad_alloc&) {
+        result = kLowMemory;
+    }
+    if (!begun) return result;
+    const int closed = generator_->EndDocument();
+    return result == kDone ? closed : result;
+}
+
+int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, bool& begun) {
     if (ORVPrintModelInspector* inspector = parameters_.GetModelInspector()) {
         inspector->Inspect(model_);
         if (!generator_) return kDone;
@@ -652,6 +671,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
     if (const int result = generator_->BeginDocument({title, static_cast<unsigned int>(pages.size())});
         result != kDone)
         return result;
+    begun = true;
 
     unsigned int number = 0;
     int result = kDone;
@@ -670,6 +690,5 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers) {
         if (result == kDone) result = ended;
         if (result != kDone) break;
     }
-    const int closed = generator_->EndDocument();
-    return result == kDone ? closed : result;
+    return result;
 }

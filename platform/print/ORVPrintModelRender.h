@@ -16,7 +16,7 @@ public:
     static constexpr int kPageWithoutArea = -2;
     /// More primitives than the parameters allow. Nothing was drawn.
     static constexpr int kTooManyPrimitives = -3;
-    /// Memory ran short while drawing; the output was closed cleanly.
+    /// Memory ran short, or out, while drawing; the output was closed cleanly.
     static constexpr int kLowMemory = -4;
     /// More pages than the parameters allow. Nothing was drawn.
     static constexpr int kTooManyPages = -5;
@@ -37,7 +37,11 @@ public:
 
 private:
     /// @param numbers  1-based, in the order in which the pages come out
-    int DrawPages(const std::vector<unsigned int>& numbers);
+    /// @param begun    out: true once the generator's document has begun, which the caller ends
+    int DrawPages(const std::vector<unsigned int>& numbers, bool& begun);
+    /// Calls `draw` with that flag, and ends the document.
+    template <class Work>
+    int DrawDocument(Work draw);
 
     const ORVPrtModel& model_;
     ORVPrintGenerator* generator_;

@@ -1,6 +1,7 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "platform/visualization/fonts/face_content.h"
@@ -95,10 +96,23 @@ hb_font_t* LoadOtherFont(const std::string& path, unsigned int index) {
     return font;
 }
 
+/// Where HarfBuzz's drawing calls go. A sink may throw when memory is spent, but not through HarfBuzz: the
+/// rest of the glyph is then passed over.
 struct OutlineTarget {
     ORVGlyphOutlineSink& sink;
     double scale;
-    bool hasContour = false;
+    bool hasContour = false, isMemorySpent = false;
+
+    template <class Call>
+    static void Pass(void* data, Call call) {
+        auto& target = *static_cast<OutlineTarget*>(data);
+        if (target.isMemorySpent) return;
+        try {
+            call(target, target.scale);
+        } catch (const std::bad_alloc&) {
+            target.isMemorySpent = true;
+        }
+    }
 };
 
 hb_draw_funcs_t* OutlineFunctions() {
@@ -107,39 +121,40 @@ hb_draw_funcs_t* OutlineFunctions() {
         HarfBuzz().hb_draw_funcs_set_move_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
-                auto& target = *static_cast<OutlineTarget*>(data);
-                target.hasContour = true;
-                target.sink.MoveTo(x * target.scale, y * target.scale);
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.hasContour = true;
+                    target.sink.MoveTo(x * s, y * s);
+                });
             },
             nullptr, nullptr);
         HarfBuzz().hb_draw_funcs_set_line_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
-                auto& target = *static_cast<OutlineTarget*>(data);
-                target.sink.LineTo(x * target.scale, y * target.scale);
+                OutlineTarget::Pass(
+                    data, [&](OutlineTarget& target, double s) { target.sink.LineTo(x * s, y * s); });
             },
             nullptr, nullptr);
         HarfBuzz().hb_draw_funcs_set_quadratic_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float cx, float cy, float x, float y, void*) {
-                auto& target = *static_cast<OutlineTarget*>(data);
-                const double s = target.scale;
-                target.sink.QuadTo(cx * s, cy * s, x * s, y * s);
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.sink.QuadTo(cx * s, cy * s, x * s, y * s);
+                });
             },
             nullptr, nullptr);
         HarfBuzz().hb_draw_funcs_set_cubic_to_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float c1x, float c1y, float c2x, float c2y,
                float x, float y, void*) {
-                auto& target = *static_cast<OutlineTarget*>(data);
-                const double s = target.scale;
-                target.sink.CubicTo(c1x * s, c1y * s, c2x * s, c2y * s, x * s, y * s);
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.sink.CubicTo(c1x * s, c1y * s, c2x * s, c2y * s, x * s, y * s);
+                });
             },
             nullptr, nullptr);
         HarfBuzz().hb_draw_funcs_set_close_path_func(
             made,
             [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
-                static_cast<OutlineTarget*>(data)->sink.Close();
+                OutlineTarget::Pass(data, [](OutlineTarget& target, double) { target.sink.Close(); });
             },
             nullptr, nullptr);
         HarfBuzz().hb_draw_funcs_make_immutable(made);
@@ -220,6 +235,7 @@ bool ORVFontFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSin
 #else
     HarfBuzz().hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
 #endif
+    if (target.isMemorySpent) throw std::bad_alloc();
     return target.hasContour;
 }
 

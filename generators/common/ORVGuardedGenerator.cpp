@@ -1,0 +1,69 @@
+#include "generators/common/ORVGuardedGenerator.h"
+
+#include <exception>
+
+#include "generators/common/generator_status.h"
+
+template <class Call>
+int ORVGuardedGenerator::Pass(Call call) {
+    if (threw_) return kDrawingFailed;
+    try {
+        return call(target_);
+    } catch (const std::exception&) {
+        threw_ = true;
+        error_ = "memory is spent";  // so short that it needs none
+        return kDrawingFailed;
+    }
+}
+
+int ORVGuardedGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginDocument(info); });
+}
+
+int ORVGuardedGenerator::BeginPage(const ORVPrintPageInfo& info) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginPage(info); });
+}
+
+int ORVGuardedGenerator::BeginGroup(const ORVPrintGroup& group) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginGroup(group); });
+}
+
+int ORVGuardedGenerator::EndGroup() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndGroup(); });
+}
+
+int ORVGuardedGenerator::BeginClip(const ORVMathBox2D& box) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginClip(box); });
+}
+
+int ORVGuardedGenerator::EndClip() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndClip(); });
+}
+
+int ORVGuardedGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
+}
+
+int ORVGuardedGenerator::EndSymbol() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndSymbol(); });
+}
+
+int ORVGuardedGenerator::DrawShape(const ORVPrintShape& shape) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawShape(shape); });
+}
+
+int ORVGuardedGenerator::DrawText(const ORVPrintText& text) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawText(text); });
+}
+
+int ORVGuardedGenerator::DrawImage(const ORVPrintImage& image) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawImage(image); });
+}
+
+int ORVGuardedGenerator::EndPage() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndPage(); });
+}
+
+int ORVGuardedGenerator::EndDocument() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndDocument(); });
+}

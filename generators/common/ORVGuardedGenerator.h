@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "platform/print/ORVPrintGenerator.h"
+
+/// Stands before a format's generator: what is thrown there, because memory or threads are spent, becomes
+/// kDrawingFailed. A generator that threw is in no state to go on; from then on, every call fails without it.
+class ORVGuardedGenerator final : public ORVPrintGenerator {
+public:
+    /// @param target  must outlive this object
+    explicit ORVGuardedGenerator(ORVPrintGenerator& target) : target_(target) {}
+
+    /// What went wrong; empty when nothing was thrown.
+    const std::string& GetError() const { return error_; }
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override;
+    int EndGroup() override;
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override;
+    int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int EndSymbol() override;
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override;
+    int EndDocument() override;
+
+private:
+    template <class Call>
+    int Pass(Call call);
+
+    ORVPrintGenerator& target_;
+    bool threw_ = false;
+    std::string error_;
+};
