@@ -10,15 +10,23 @@ constexpr std::size_t kBufferSize = 1U << 16U;
 }
 
 int ORVDescriptorOutput::BeginPart() {
-    if (begun_) return Fail("several pages do not fit into one stream of this format");
-    begun_ = true;
-    return 1;
+    return Try([&] {
+        if (begun_) return Fail("several pages do not fit into one stream of this format");
+        begun_ = true;
+        return 1;
+    });
 }
 
 int ORVDescriptorOutput::Write(const void* bytes, std::size_t size) {
-    const char* from = static_cast<const char*>(bytes);
-    buffer_.insert(buffer_.end(), from, from + size);
-    return buffer_.size() < kBufferSize ? 1 : Flush();
+    return Try([&] {
+        const char* from = static_cast<const char*>(bytes);
+        buffer_.insert(buffer_.end(), from, from + size);
+        return buffer_.size() < kBufferSize ? 1 : Flush();
+    });
+}
+
+int ORVDescriptorOutput::EndPart() {
+    return Try([&] { return Flush(); });
 }
 
 int ORVDescriptorOutput::Flush() {

@@ -12,7 +12,7 @@ public:
 
     int BeginPart() override;
     int Write(const void* bytes, std::size_t size) override;
-    int EndPart() override { return Flush(); }
+    int EndPart() override;
     int Commit() override { return GetError().empty() ? 1 : 0; }
 
 private:

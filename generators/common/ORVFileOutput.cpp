@@ -87,56 +87,67 @@ void ORVFileOutput::Protect(const std::string& path) {
 }
 
 int ORVFileOutput::Prepare() {
-    const std::string path = FollowLinks(PathOfPart(1));
-    if (CheckTarget(path) != 1) return 0;
-    if (IsSpecial(path)) return 1;
-    ORVTemporaryFile trial;
-    const int descriptor = OpenTemporary(path, trial);
-    if (descriptor < 0) return 0;
-    close(descriptor);
-    return 1;
+    return Try([&] {
+        const std::string path = FollowLinks(PathOfPart(1));
+        if (CheckTarget(path) != 1) return 0;
+        if (IsSpecial(path)) return 1;
+        ORVTemporaryFile trial;
+        const int descriptor = OpenTemporary(path, trial);
+        if (descriptor < 0) return 0;
+        close(descriptor);
+        return 1;
+    });
 }
 
 int ORVFileOutput::BeginPart() {
-    if (!GetError().empty()) return 0;
-    if (!numbered_ && !parts_.empty()) return Fail("several pages do not fit into one file of this format");
-    Part part;
-    part.finalPath = FollowLinks(PathOfPart(parts_.size() + 1));
-    if (CheckTarget(part.finalPath) != 1) return 0;
-    if (IsSpecial(part.finalPath)) {
-        descriptor_ = open(part.finalPath.c_str(), O_WRONLY | O_CLOEXEC);
-        if (descriptor_ < 0) return Fail(SystemError());
-    } else {
-        part.temporary = std::make_unique<ORVTemporaryFile>();
-        descriptor_ = OpenTemporary(part.finalPath, *part.temporary);
-        if (descriptor_ < 0) return 0;
-    }
-    parts_.push_back(std::move(part));
-    writer_ = std::make_unique<ORVDescriptorOutput>(descriptor_);
-    return writer_->BeginPart();
+    return Try([&] {
+        if (!GetError().empty()) return 0;
+        if (!numbered_ && !parts_.empty())
+            return Fail("several pages do not fit into one file of this format");
+        Part part;
+        part.finalPath = FollowLinks(PathOfPart(parts_.size() + 1));
+        if (CheckTarget(part.finalPath) != 1) return 0;
+        if (IsSpecial(part.finalPath)) {
+            descriptor_ = open(part.finalPath.c_str(), O_WRONLY | O_CLOEXEC);
+            if (descriptor_ < 0) return Fail(SystemError());
+        } else {
+            part.temporary = std::make_unique<ORVTemporaryFile>();
+            descriptor_ = OpenTemporary(part.finalPath, *part.temporary);
+            if (descriptor_ < 0) return 0;
+        }
+        parts_.push_back(std::move(part));
+        writer_ = std::make_unique<ORVDescriptorOutput>(descriptor_);
+        return writer_->BeginPart();
+    });
 }
 
 int ORVFileOutput::Write(const void* bytes, std::size_t size) {
-    if (!writer_) return Fail("no part is open");
-    return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetError());
+    return Try([&] {
+        if (!writer_) return Fail("no part is open");
+        return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetError());
+    });
 }
 
 int ORVFileOutput::EndPart() {
-    if (!writer_) return Fail("no part is open");
-    const bool written = writer_->EndPart() == 1;
-    if (!written) Fail(writer_->GetError());
-    writer_.reset();
-    // Some file systems tell only now that the disk is full.
-    if (close(std::exchange(descriptor_, -1)) != 0) return Fail(SystemError());
-    return written ? 1 : 0;
+    return Try([&] {
+        if (!writer_) return Fail("no part is open");
+        const bool written = writer_->EndPart() == 1;
+        if (!written) Fail(writer_->GetError());
+        writer_.reset();
+        // Some file systems tell only now that the disk is full.
+        if (close(std::exchange(descriptor_, -1)) != 0) return Fail(SystemError());
+        return written ? 1 : 0;
+    });
 }
 
 int ORVFileOutput::Commit() {
-    if (writer_ && EndPart() != 1) return 0;
-    if (!GetError().empty()) return 0;
-    for (Part& part : parts_) {
-        if (part.temporary && !part.temporary->MoveTo(part.finalPath)) return Fail(SystemError());
-        part.temporary.reset();
-    }
-    return 1;
+    return Try([&] {
+        if (writer_ && EndPart() != 1) return 0;
+        if (!GetError().empty()) return 0;
+        for (Part& part : parts_) {
+            if (part.temporary && !part.temporary->MoveTo(part.finalPath)) return Fail(SystemError());
+            part.temporary.reset();
+        }
+        return 1;
+    });
 }

@@ -13,6 +13,8 @@ int ORVMemoryOutput::BeginPart() {
 }
 
 int ORVMemoryOutput::Write(const void* bytes, std::size_t size) {
-    bytes_.append(static_cast<const char*>(bytes), size);
-    return 1;
+    return Try([&] {
+        bytes_.append(static_cast<const char*>(bytes), size);
+        return 1;
+    });
 }

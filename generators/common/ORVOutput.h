@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 #include <string>
 
 /// Where the bytes of a format go. An output consists of parts, one after the other: a single one for formats
 /// that hold a whole document, one a page for others. Nothing shows under its final name before Commit;
-/// what was not committed goes away with the object.
+/// what was not committed goes away with the object. Nothing is thrown.
 class ORVOutput {
 public:
     ORVOutput() = default;
@@ -28,6 +29,16 @@ public:
 protected:
     /// Notes an error unless there is one already. @return 0
     int Fail(const std::string& error);
+
+    /// Does what may need memory. @return what it returns, or 0 with an error
+    template <class Work>
+    int Try(Work work) {
+        try {
+            return work();
+        } catch (const std::bad_alloc&) {
+            return Fail("memory is spent");  // so short that it needs none
+        }
+    }
 
 private:
     std::string error_;

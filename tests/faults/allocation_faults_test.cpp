@@ -11,11 +11,13 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <memory>
 #include <new>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/json_writer.h"
@@ -37,9 +39,10 @@
 #include "platform/xml/ORVDOMXml.h"
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
+#include "tests/faults/documents.h"
 #include "tests/faults/failing_allocator.h"
+#include "tests/faults/failing_threads.h"
 #include "tests/support/model_sketch.h"
-#include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -47,54 +50,6 @@ namespace {
 namespace fs = std::filesystem;
 using Refuses = FailingAllocator::Refuses;
 using Granted = FailingAllocator::Granted;
-
-/// One of everything that allocates: every element, every kind of picture, texts longer than strings keep in
-/// place, two pages.
-std::string Document() {
-    const std::string png = ToBase64(SamplePng(3, 2)), jpeg = ToBase64(SampleJpeg(8, 8)),
-                      bmp = ToBase64(SampleBmp(2, 2));
-    return R"svg(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink">
-<svg id="the-first-of-two-pages" width="60mm" height="40mm" viewBox="0 0 200 130">
-<title>Everything, and more: ąbč Ελληνικά</title><desc>One of each kind of element</desc>
-<defs><symbol id="a-symbol-with-a-name" viewBox="0 0 10 10"><circle cx="5" cy="5" r="4"/><desc>a bolt and a nut</desc></symbol>
-<marker id="tip" refX="3" refY="2" markerWidth="6" markerHeight="4"><polygon points="0,0 6,2 0,4"/></marker>
-<linearGradient id="fade"><stop offset="0" stop-color="red"/></linearGradient>
-<clipPath id="hole"><rect width="5" height="5"/></clipPath>
-<pattern id="tiles" width="4" height="4" patternUnits="userSpaceOnUse"><image width="3" height="2" xlink:href="data:image/png;base64,)svg" +
-           png + R"svg("/></pattern>
-<g id="a-leg-of-the-table"><line x1="0" y1="0" x2="0" y2="30" fill="none" stroke="black"/></g></defs>
-<g id="a-group-of-shapes" fill="#0a0" stroke="navy" stroke-width="0.5mm" opacity="0.5"><title>Shapes of all kinds there are</title>
-<rect x="20" y="30" width="10%" height="10%" rx="4" clip-path="url(#hole)"/><circle cx="80" cy="60" r="5%"/>
-<ellipse cx="120" cy="60" rx="20" ry="12" style="fill:none;stroke:red;stroke-dasharray:5 3 2;stroke-linecap:round"/>
-<line x1="10" y1="10" x2="60" y2="90" marker-end="url(#tip)"/>
-<polyline fill="none" points="10,100 20,110 30 100 40" marker-mid="url(#tip)" transform="translate(5) rotate(3) skewX(1)"/>
-<polygon fill="url(#tiles)" points="150 20 190 20 170 50"/></g>
-<use xlink:href="#a-symbol-with-a-name" x="150" y="40" width="30" height="20" fill="grey"/>
-<use xlink:href="#a-leg-of-the-table" x="180" y="10" height="60" width="4" stroke="black"/>
-<use xlink:href="#a-leg-of-the-table" x="185" y="10"/>
-<path id="a-path-with-holes" fill="teal" fill-rule="evenodd" d="M20 90h40v30H20zM30 100l20 0 0 10-20 0z" marker-start="url(#tip)"><desc>a frame of wood</desc></path>
-<path fill="none" stroke="black" d="M100 90C110 70 130 70 140 90s20 20 40 0q10-20 20 0t20 0A20 10 30 0 1 260 90a5 0 0 0 0 10 10"/>
-<path fill="url(#fade)" d="M1 1h9v9z"/>
-<a xlink:href="#a-group-of-shapes" xlink:show="new"><text x="20" y="120" dx="2" dy="3" fill="black" font-size="14" text-anchor="middle" letter-spacing="1pt">Hello, world of long texts
-<desc>a greeting to all readers</desc></text></a>
-<a xlink:href="http://example.org/a/long/address"><text x="60" y="126" fill="navy" stroke="red" font-family="serif">Ελλ שלום fi</text></a>
-<text fill="black" style="font-weight:bold;writing-mode:tb;text-anchor:end" x="10%" y="10%">  down </text>
-<svg x="5" y="5" width="20" height="20" viewBox="0 0 2 2"><rect width="1" height="1" fill="red" stroke="none"/></svg>
-<image x="150" y="80" width="20" height="10" xlink:href="data:image/png;base64,)svg" +
-           png + R"svg("/>
-<image x="160" y="90" width="20" height="10" xlink:href="data:image/jpeg;base64,)svg" +
-           jpeg + R"svg("/>
-<image x="170" y="100" width="20" height="10" transform="rotate(10)" xlink:href="data:image/bmp;base64,)svg" +
-           bmp + R"svg("/>
-</svg>
-<svg width="20mm" height="10mm"><title>The second page of two pages</title><rect width="9" height="9" fill="red" opacity="0.4"/></svg>
-</svg>)svg";
-}
-
-/// A document that embeds drawings.
-std::string Report() {
-    return "<report><chapter name='the first of them'>" + Document() + "</chapter></report>";
-}
 
 // ---- every request in turn ----
 
@@ -108,22 +63,26 @@ std::array<char, 256> trial{};
 
 bool TriesAll() { return std::getenv("ORV_FAULTS_ALL") != nullptr; }
 
+/// How many requests are refused where not all are.
+struct Trials {
+    std::uint64_t first = 100;  ///< all of the first
+    std::uint64_t behind = 60;  ///< about so many of the others
+};
+
 /// Calls `attempt` with each request refused, until nothing is refused any more. The attempt runs with
 /// refusals, is judged by `judge` without them, and must leave no block behind.
 /// @param attempt  sets things up within Granted; an exception that it lets out is a failure
 /// @param judge    called after each attempt
 void WithEachRequestRefused(const std::string& name, const std::function<void()>& attempt,
-                            const std::function<void()>& judge) {
+                            const std::function<void()>& judge, const Trials& plan = {}) {
     std::set_terminate(TellAndAbort);
-    // Twice, so that what is made on first use is there.
+    // Some times, so that what is made on first use is there.
     for (int i = 0; i < 3; ++i) {
         attempt();
         judge();
     }
     const std::int64_t before = FailingAllocator::GetLiveBlocks();
 
-    // All of the first, then one of so many that the suite stays quick.
-    constexpr std::uint64_t kAllOfFirst = 150, kTrialsBehind = 150;
     std::uint64_t trials = 0, requests = 0;
     for (const Refuses refuses : {Refuses::kOne, Refuses::kAllFrom}) {
         std::uint64_t step = 1;
@@ -152,8 +111,9 @@ void WithEachRequestRefused(const std::string& name, const std::function<void()>
             }
             ++trials;
             if (!isRefused) break;
-            if (!TriesAll() && request >= kAllOfFirst)
-                step = std::max<std::uint64_t>((requests - kAllOfFirst) / kTrialsBehind, 1);
+            // Then one of so many, that the suite stays quick.
+            if (!TriesAll() && request >= plan.first)
+                step = std::max<std::uint64_t>((requests - std::min(requests, plan.first)) / plan.behind, 1);
         }
     }
     std::printf("%s: %llu requests, %llu trials\n", name.c_str(), static_cast<unsigned long long>(requests),
@@ -183,7 +143,9 @@ constexpr std::array kReadRows{
 /// A document as a host hands it over.
 class Input {
 public:
-    explicit Input(const ReadRow& row) : text_(row.interpreter[0] == 'Q' ? Report() : Document()) {
+    explicit Input(const ReadRow& row)
+        : Input(row, row.interpreter[0] == 'Q' ? EmbeddingDocument() : DocumentOfEverything()) {}
+    Input(const ReadRow& row, std::string text) : text_(std::move(text)) {
         if (row.withDOMParser)
             unsetenv("PRINT_WITHOUT_DOM_PARSER");
         else
@@ -334,17 +296,25 @@ private:
 struct PrintRow {
     const char* name;
     const char* format;
-    unsigned int threads;
-    bool isPoster;
-    unsigned int pagesPerSheet;
+    unsigned int threads = 1;
+    bool isPoster = false;
+    unsigned int pagesPerSheet = 1;
+    double dotsPerInch = 45.0;
+    bool isLarge = false;  ///< so much content that it is packed by a thread
 };
 constexpr std::array kPrintRows{
-    PrintRow{"pdf", "pdf", 1, false, 1},          PrintRow{"ps", "ps", 1, false, 1},
-    PrintRow{"eps", "eps", 1, false, 1},          PrintRow{"svg", "svg", 1, false, 1},
-    PrintRow{"png", "png", 1, false, 1},          PrintRow{"pngByThreads", "png", 3, false, 1},
-    PrintRow{"tiff", "tiff", 1, false, 1},        PrintRow{"pwg", "pwg", 1, false, 1},
-    PrintRow{"pdfPoster", "pdf", 1, true, 1},     PrintRow{"svgPoster", "svg", 1, true, 1},
+    PrintRow{"pdf", "pdf"},
+    PrintRow{"ps", "ps"},
+    PrintRow{"eps", "eps"},
+    PrintRow{"svg", "svg"},
+    PrintRow{"png", "png"},
+    PrintRow{"tiff", "tiff"},
+    PrintRow{"pwg", "pwg"},
+    PrintRow{"pdfPoster", "pdf", 1, true},
+    PrintRow{"svgPoster", "svg", 1, true},
     PrintRow{"pngSeveralUp", "png", 1, false, 2},
+    PrintRow{"pdfByThread", "pdf", 1, false, 1, 45.0, true},
+    PrintRow{"pngByThreads", "png", 3, false, 1, 220.0},
 };
 
 ORVSheetOptions SheetOptions(const PrintRow& row) {
@@ -361,10 +331,10 @@ ORVSheetOptions SheetOptions(const PrintRow& row) {
 
 class PrintingFaults : public testing::TestWithParam<PrintRow> {
 protected:
-    PrintingFaults() {
+    PrintingFaults() : input_(kReadRows[0], GetParam().isLarge ? LargeDocument() : DocumentOfEverything()) {
         std::string error;
         interpreter_ = ORVPrintModule::CreateInterpreter("SVG", input_.Get(), error);
-        options_.dotsPerInch = 45.0;
+        options_.dotsPerInch = GetParam().dotsPerInch;
         options_.threads = GetParam().threads;
         options_.creationTime = 0;
     }
@@ -386,7 +356,14 @@ protected:
         return status == 1 ? ended : status;
     }
 
-    const Input input_{kReadRows[0]};
+    Trials GetPlan() const {
+        const bool isCairo =
+            GetParam().format == std::string("ps") || GetParam().format == std::string("eps");
+        const bool isSlow = isCairo || GetParam().isLarge || GetParam().threads > 1;
+        return isSlow ? Trials{1, 30} : Trials();
+    }
+
+    const Input input_;
     std::unique_ptr<ORVPrintInterpreter> interpreter_;
     ORVFormatOptions options_;
 };
@@ -404,15 +381,150 @@ TEST_P(PrintingFaults, EndInAStatus) {
         },
         [&] {
             if (expected.empty()) expected = output.GetBytes();
-            EXPECT_TRUE(status != 1 || output.GetBytes() == expected) << "something else was printed";
             EXPECT_GT(expected.size(), 100U);
+            EXPECT_TRUE(status != 1 || output.GetBytes() == expected) << "something else was printed";
             output.Clear();
             EXPECT_EQ(Print(output), 1);
             EXPECT_TRUE(output.GetBytes() == expected) << "something else is printed afterwards";
-        });
+        },
+        GetPlan());
+}
+
+TEST_P(PrintingFaults, WithoutThreadsPrintAllTheSameOrSayWhyNot) {
+    ASSERT_TRUE(interpreter_);
+    RoomyOutput expected, output;
+    ASSERT_EQ(Print(expected), 1);
+    int status = 0, refused = 0;
+    {
+        const NoThreads none;
+        status = Print(output);
+        refused = NoThreads::GetRefused();
+    }
+    EXPECT_TRUE(status != 1 || output.GetBytes() == expected.GetBytes());
+    EXPECT_TRUE(status == 1 || refused > 0) << status;
+    EXPECT_TRUE(refused > 0 || (!GetParam().isLarge && GetParam().threads == 1));
+    output.Clear();
+    EXPECT_EQ(Print(output), 1);
+    EXPECT_TRUE(output.GetBytes() == expected.GetBytes());
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, PrintingFaults, testing::ValuesIn(kPrintRows),
                          [](const auto& row) { return std::string(row.param.name); });
+
+// ---- files ----
+
+/// Names and contents of all files of a folder, hidden ones too.
+std::map<std::string, std::string> FilesOf(const fs::path& folder) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        std::ostringstream text;
+        text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+        files[entry.path().filename()] = text.str();
+    }
+    return files;
+}
+
+class FileFaults : public PrintingFaults {};
+
+TEST_P(FileFaults, LeaveWholeFilesOrNone) {
+    ASSERT_TRUE(interpreter_);
+    const ScratchFolder folder;
+    const std::string path = folder.PathOf(std::string("a-drawing-with-a-long-name.") + GetParam().format);
+    const bool isNumbered = ORVFindOutputFormat(GetParam().format)->onePageAPart;
+    std::map<std::string, std::string> expected;
+    int status = 0;
+    std::string error;
+    WithEachRequestRefused(
+        std::string("file ") + GetParam().name,
+        [&] {
+            std::optional<ORVFileOutput> output;
+            {
+                const Granted granted;
+                output.emplace(path, isNumbered);
+            }
+            status = output->Prepare() == 1 && Print(*output) == 1 ? output->Commit() : 0;
+        },
+        [&] {
+            const auto files = FilesOf(folder.Path());
+            if (expected.empty()) expected = files;
+            EXPECT_EQ(expected.size(), isNumbered ? 2U : 1U);
+            for (const auto& [name, bytes] : files)
+                EXPECT_TRUE(expected.contains(name) && expected[name] == bytes) << name << " is half a file";
+            EXPECT_TRUE(status != 1 || files.size() == expected.size());
+            for (const auto& [name, bytes] : files) fs::remove(folder.Path() / name);
+        });
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, FileFaults,
+                         testing::Values(PrintRow{"pdf", "pdf"}, PrintRow{"svg", "svg"},
+                                         PrintRow{"png", "png"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// ---- models ----
+
+/// Calls a function with the model of the whole document.
+class ModelUse final : public ORVPrintModelInspector {
+public:
+    explicit ModelUse(std::function<void(const ORVPrtModel&)> use) : use_(std::move(use)) {}
+    void Inspect(const ORVPrtModel& model) override { use_(model); }
+
+private:
+    std::function<void(const ORVPrtModel&)> use_;
+};
+
+void UseModel(const std::function<void(const ORVPrtModel&)>& use) {
+    const Input input(kReadRows[0]);
+    std::string error;
+    const auto interpreter = ORVPrintModule::CreateInterpreter("SVG", input.Get(), error);
+    ASSERT_TRUE(interpreter);
+    ModelUse inspector(use);
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&inspector);
+    EXPECT_EQ(interpreter->Print(nullptr, parameters), 1);
+}
+
+TEST(ModelFaults, DuplicateIsWholeOrNull) {
+    UseModel([](const ORVPrtModel& model) {
+        const ORVPrtGraphicPrimitiveElt& page = *model.GetImages()->front();
+        ORVRef<ORVPrtGraphicPrimitiveElt> duplicate;
+        const std::string expected = SketchOf(page);
+        WithEachRequestRefused(
+            "duplicate", [&] { duplicate = ORVRef<ORVPrtGraphicPrimitiveElt>(page.Duplicate()); },
+            [&] {
+                EXPECT_TRUE(duplicate || FailingAllocator::GetRefused() > 0);
+                EXPECT_TRUE(!duplicate || SketchOf(*duplicate) == expected);
+                duplicate = nullptr;
+            });
+    });
+}
+
+// The command's own routine: it may throw std::bad_alloc, which the command tells.
+TEST(ModelFaults, DumpIsWholeOrTellsThatItIsNot) {
+    UseModel([](const ORVPrtModel& model) {
+        const ScratchFolder folder;
+        const std::string path = folder.PathOf("dump.json");
+        std::string expected;
+        bool isWritten = false;
+        WithEachRequestRefused(
+            "dump",
+            [&] {
+                isWritten = false;
+                std::FILE* const file = std::fopen(path.c_str(), "wb");
+                try {
+                    JsonWriter json(file);
+                    DumpPages(model, json);
+                    isWritten = json.Flush();
+                } catch (const std::bad_alloc&) {
+                }
+                std::fclose(file);
+            },
+            [&] {
+                const std::string dump = FilesOf(folder.Path())["dump.json"];
+                if (expected.empty()) expected = dump;
+                EXPECT_GT(expected.size(), 1000U);
+                EXPECT_TRUE(!isWritten || dump == expected);
+            });
+    });
+}
 
 }  // namespace

@@ -1,0 +1,139 @@
+// What is made on first use (catalogues, fonts, libraries, tables) is made by a process of its own for each
+// refusal: nothing may break, and nothing may stay broken.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/formats.h"
+#include "platform/print/ORVPrintInputMemoryStream.h"
+#include "platform/print/ORVPrintInterpreter.h"
+#include "platform/print/ORVPrintModule.h"
+#include "platform/print/ORVPrintParameters.h"
+#include "platform/system/ORVRef.h"
+#include "tests/faults/documents.h"
+#include "tests/faults/failing_allocator.h"
+#include "tests/support/scratch_folder.h"
+
+namespace {
+
+using Refuses = FailingAllocator::Refuses;
+
+constexpr const char* kPrintOnce = "--print-once";
+constexpr std::array kFormats{"pdf", "ps", "svg", "png"};
+
+/// Prints to all these formats. @return what printing returned first that was not 1; 1
+int PrintAll(ORVPrintInput& input, std::string& bytes) {
+    std::string error;
+    const auto interpreter = ORVPrintModule::CreateInterpreter("SVG", &input, error);
+    if (!interpreter) return 0;
+    unsigned int count = 0;
+    if (const int status = interpreter->GetPageCount(count); status != 1) return status;
+    for (const char* format : kFormats) {
+        ORVMemoryOutput output;
+        ORVFormatOptions options;
+        options.dotsPerInch = 45.0;
+        options.threads = 1;
+        options.creationTime = 0;
+        const auto generator = ORVFindOutputFormat(format)->create(output, options);
+        if (!generator) return 0;
+        if (const int status = interpreter->Print(&generator->Get(), ORVPrintParameters()); status != 1)
+            return status;
+        const FailingAllocator::Granted granted;
+        bytes += output.GetBytes();
+    }
+    return 1;
+}
+
+/// In the process: prints with a refusal, then without, and tells the requests of the first and the bytes of
+/// the second.
+int PrintOnce(std::uint64_t request, Refuses refuses) {
+    const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(DocumentOfEverything()));
+    std::string bytes;
+    FailingAllocator::Begin(request, refuses);
+    PrintAll(*input, bytes);
+    FailingAllocator::End();
+    const unsigned long long requests = FailingAllocator::GetRequests();
+    bytes.clear();
+    const int status = PrintAll(*input, bytes);
+    std::printf("%llu %d %zu %zx\n", requests, status, bytes.size(), std::hash<std::string>()(bytes));
+    return 0;
+}
+
+struct ColdRun {
+    int exitStatus = -1;
+    unsigned long long requests = 0;
+    std::string result;  // status, number and hash of the bytes
+};
+
+ColdRun RunCold(std::uint64_t request, Refuses refuses) {
+    const std::string command = std::string("exec /proc/") + std::to_string(getpid()) + "/exe " + kPrintOnce +
+                                " " + std::to_string(request) + (refuses == Refuses::kOne ? " one" : " all");
+    ColdRun run;
+    std::FILE* const pipe = popen(command.c_str(), "r");
+    if (!pipe) return run;
+    std::array<char, 256> line{};
+    if (std::fgets(line.data(), line.size(), pipe)) {
+        char* rest = nullptr;
+        run.requests = std::strtoull(line.data(), &rest, 10);
+        run.result = rest;
+    }
+    run.exitStatus = pclose(pipe);
+    return run;
+}
+
+struct ColdRow {
+    const char* name;
+    bool hasFaceIndex;
+};
+
+class ColdStart : public testing::TestWithParam<ColdRow> {};
+
+TEST_P(ColdStart, BreaksNothingForGood) {
+    const ScratchFolder cache;
+    setenv("ORVPRINT_CACHE_DIR", GetParam().hasFaceIndex ? cache.Path().c_str() : "", 1);
+    unsetenv("PRINT_WITHOUT_DOM_PARSER");
+    // With an index of faces, the first run makes it.
+    ColdRun clean = RunCold(0, Refuses::kOne);
+    clean = RunCold(0, Refuses::kOne);
+    ASSERT_EQ(clean.exitStatus, 0);
+    ASSERT_EQ(clean.result.substr(0, 3), " 1 ") << clean.result;
+    ASSERT_GT(clean.requests, 1000U);
+
+    const std::uint64_t step = std::getenv("ORV_FAULTS_ALL") ? 1 : clean.requests / 20;
+    std::uint64_t trials = 0;
+    for (const Refuses refuses : {Refuses::kOne, Refuses::kAllFrom})
+        for (std::uint64_t request = 1; request <= clean.requests; request += step, ++trials) {
+            const ColdRun run = RunCold(request, refuses);
+            ASSERT_EQ(run.exitStatus, 0)
+                << "request " << request << (refuses == Refuses::kOne ? "" : " and all that follow");
+            ASSERT_EQ(run.result, clean.result)
+                << "request " << request << (refuses == Refuses::kOne ? "" : " and all that follow");
+        }
+    std::printf("cold %s: %llu requests, %llu trials\n", GetParam().name, clean.requests,
+                static_cast<unsigned long long>(trials));
+}
+
+INSTANTIATE_TEST_SUITE_P(Fonts, ColdStart,
+                         testing::Values(ColdRow{"FromIndex", true}, ColdRow{"FromSystem", false}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 4 && std::string_view(argv[1]) == kPrintOnce)
+        return PrintOnce(std::strtoull(argv[2], nullptr, 10),
+                         std::string_view(argv[3]) == "one" ? Refuses::kOne : Refuses::kAllFrom);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
