@@ -77,8 +77,11 @@ public:
         return kExitDone;
     }
     void Remove() {
-        std::error_code ignored;
-        if (!path_.empty()) fs::remove_all(path_, ignored);
+        try {
+            std::error_code ignored;
+            if (!path_.empty()) fs::remove_all(path_, ignored);
+        } catch (const std::bad_alloc&) {  // it stays
+        }
         path_.clear();
     }
     /// A part of the folder for one worker, empty. @return an error, empty when there is none

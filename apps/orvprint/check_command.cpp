@@ -29,7 +29,7 @@ int ReportError(const std::string& path, const ORVXmlError& error) {
     const std::string place = error.line == 0
                                   ? std::string()
                                   : ":" + std::to_string(error.line) + ":" + std::to_string(error.column);
-    return Report(kExitNotWellFormed, InputName(path) + place,
+    return Report(error.isMemorySpent ? kExitFailed : kExitNotWellFormed, InputName(path) + place,
                   error.message.empty() ? "no element found" : error.message);
 }
 

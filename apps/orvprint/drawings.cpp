@@ -142,6 +142,7 @@ int ParseDocument(const std::string& path, const ReadOptions& options, bool want
         parser.Parse(ORVLightXmlInputStreamBuffer(std::move(bytes)), document.light);
         error = parser.GetError();
     }
+    if (error.isMemorySpent) return Report(kExitFailed, InputName(path), error.message);
     const bool hasContent = document.GetRoot() != nullptr;
     if (error.message.empty() && hasContent) return kExitDone;
     if (wantsBroken && hasContent) {
@@ -208,13 +209,16 @@ public:
             pages_.push_back(std::move(facts));
         }
         refusal_ = model.GetBudget().GetRefusal();
+        isMemorySpent_ = model.GetBudget().IsMemorySpent();
     }
     std::vector<PageFacts>& GetPages() { return pages_; }
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
+    bool IsMemorySpent() const { return isMemorySpent_; }
 
 private:
     std::vector<PageFacts> pages_;
     std::optional<ORVPrintLimit> refusal_;
+    bool isMemorySpent_ = false;
 };
 
 /// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
@@ -226,10 +230,12 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     PageCollector collector;
     ORVPrintParameters parameters;
     parameters.SetModelInspector(&collector);
-    interpreter.Print(nullptr, parameters);
+    const int inspected = interpreter.Print(nullptr, parameters);
     if (collector.GetRefusal())
         return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
-    if (built != 1) return Report(kExitFailed, InputName(path), "could not be turned into pages");
+    if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "memory is spent");
+    if (built != 1 || inspected != 1)
+        return Report(kExitFailed, InputName(path), "could not be turned into pages; memory is spent");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
     return use({interpreter, std::move(collector.GetPages()), isOnly});

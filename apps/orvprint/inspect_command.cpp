@@ -21,7 +21,8 @@ public:
     void Inspect(const ORVPrtModel& model) override {
         refusal_ = model.GetBudget().GetRefusal();
         isTooLarge_ = IsTooLargeToDump(model);
-        if (!isTooLarge_ && !refusal_) Write(&model);
+        isMemorySpent_ = model.GetBudget().IsMemorySpent();
+        if (!isTooLarge_ && !refusal_ && !isMemorySpent_) Write(&model);
     }
     /// @param model  null when the interpreter has none
     void Write(const ORVPrtModel* model) {
@@ -52,6 +53,7 @@ public:
     }
     bool IsWritten() const { return isWritten_; }
     bool IsTooLarge() const { return isTooLarge_; }
+    bool IsMemorySpent() const { return isMemorySpent_; }
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
 private:
@@ -60,6 +62,7 @@ private:
     unsigned int pageCount_ = 0;
     bool isWritten_ = false;
     bool isTooLarge_ = false;
+    bool isMemorySpent_ = false;
     std::optional<ORVPrintLimit> refusal_;
 };
 
@@ -75,13 +78,15 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
         // The model stands now, so that the drawing shows it, even one that could not be completed.
         ORVPrintParameters parameters;
         parameters.SetModelInspector(&dumper);
-        interpreter.Print(nullptr, parameters);
+        const int inspected = interpreter.Print(nullptr, parameters);
         if (dumper.GetRefusal())
             return Report(kExitFailed, DisplayName(input, "standard input"),
                           LimitReached(*dumper.GetRefusal()));
         if (dumper.IsTooLarge())
             return Report(kExitFailed, DisplayName(input, "standard input"),
                           LimitReached(ORVPrintLimit::kRepeats));
+        if (dumper.IsMemorySpent() || (dumper.IsWritten() && inspected != 1))
+            return Report(kExitFailed, DisplayName(input, "standard input"), "memory is spent");
         if (!dumper.IsWritten()) dumper.Write(nullptr);
         if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
         return static_cast<int>(kExitDone);

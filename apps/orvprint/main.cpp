@@ -237,8 +237,10 @@ int main(int argc, char** argv) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
     TuneAllocation();
-    // A reader that goes away is a failed output, not the end of the process.
+    // A reader that goes away, or a file that may not become larger, is a failed output, not the end of the
+    // process.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return Run(argc, argv);
     } catch (const std::bad_alloc&) {

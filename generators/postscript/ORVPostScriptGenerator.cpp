@@ -52,6 +52,14 @@ bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
            (stroke && stroke->colour.opacity < 255);
 }
 
+/// What went wrong, when it was not the output.
+std::string TextOf(cairo_status_t status) {
+    // cairo keeps the pages in a temporary file until the last of them is known.
+    if (status == CAIRO_STATUS_WRITE_ERROR || status == CAIRO_STATUS_TEMP_FILE_ERROR)
+        return "the temporary file cannot be written; is the disk full?";
+    return cairo_status_to_string(status);
+}
+
 }  // namespace
 
 struct ORVPostScriptGenerator::State {
@@ -62,7 +70,7 @@ struct ORVPostScriptGenerator::State {
         if (result == kGeneratorDone) return result;
         if (!output.GetError().empty()) return kOutputFailed;
         if (error.empty() && context && cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
-            error = cairo_status_to_string(cairo_status(context.get()));
+            error = TextOf(cairo_status(context.get()));
         if (error.empty()) error = "memory is spent";
         return result;
     }
@@ -143,7 +151,7 @@ int ORVPostScriptGenerator::State::Close() {
     context.reset();
     cairo_surface_finish(surface.get());
     if (result == kGeneratorDone && cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
-        if (error.empty()) error = cairo_status_to_string(cairo_surface_status(surface.get()));
+        if (error.empty()) error = TextOf(cairo_surface_status(surface.get()));
         result = kDrawingFailed;
     }
     surface.reset();

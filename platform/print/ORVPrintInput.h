@@ -23,7 +23,7 @@ public:
     virtual int IsOpen() const = 0;
     /// Readiness: 0 when the stream cannot be read.
     virtual int IsReadable() const = 0;
-    /// 1 until a read has failed for lack of data.
+    /// 1 until a read has failed for lack of data. It stays 1 when one has failed for another reason.
     virtual int HasMoreData() const = 0;
     /// Reads up to `count` bytes into `buffer`. @return number of bytes read
     virtual unsigned long Read(void* buffer, unsigned long count) = 0;

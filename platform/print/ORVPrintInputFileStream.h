@@ -18,7 +18,7 @@ public:
     int Open(const char* mode) override;
     int IsOpen() const override { return file_ ? 1 : 0; }
     int IsReadable() const override { return file_ && !std::ferror(file_) ? 1 : 0; }
-    int HasMoreData() const override { return file_ && !std::feof(file_) && !std::ferror(file_) ? 1 : 0; }
+    int HasMoreData() const override { return file_ && !std::feof(file_) ? 1 : 0; }
     unsigned long Read(void* buffer, unsigned long count) override;
     void Reset() override;
     int Seek(long offset) override;

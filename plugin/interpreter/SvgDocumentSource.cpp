@@ -28,15 +28,29 @@ void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
 
     const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
     std::size_t size = 0;
+    bool hasFailed = false;
     {
         std::vector<char> block(kCountingBlock);
-        while (stream.HasMoreData() && size <= most) size += stream.Read(block.data(), block.size());
+        while (stream.HasMoreData() && size <= most && !hasFailed) {
+            const std::size_t got = stream.Read(block.data(), block.size());
+            size += got;
+            // A stream that gives nothing, but not because it has ended, has failed; half a document is none.
+            hasFailed = got == 0 && stream.HasMoreData();
+        }
     }
-    if (size > most) size = 0;
+    if (size > most || hasFailed) size = 0;
     stream.Reset();
     stream.Seek(0);
     if (size > 0) text_.reset(new (std::nothrow) char[size]);
-    if (text_) textSize_ = static_cast<std::int64_t>(stream.Read(text_.get(), size));
+    if (text_) {
+        std::size_t filled = 0, got = 1;
+        for (; got > 0 && filled < size; filled += got) got = stream.Read(text_.get() + filled, size - filled);
+        // It has failed, or become shorter since.
+        if (filled < size)
+            text_.reset();
+        else
+            textSize_ = static_cast<std::int64_t>(size);
+    }
     stream.Reset();
     stream.Seek(0);
     stream.Close();

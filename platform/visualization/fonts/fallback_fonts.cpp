@@ -1,5 +1,8 @@
 #include "platform/visualization/fonts/fallback_fonts.h"
 
+#include <algorithm>
+#include <memory>
+
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/font_catalogue.h"
 #include "platform/visualization/fonts/font_libraries.h"
@@ -18,17 +21,17 @@ const ORVFontFace* FallbackFonts::Find(const ORVFontFace& base, char32_t codePoi
         if (chains_.size() >= kMostChains) chains_.clear();
         chain = chains_.emplace(&base, Chain{SortedCandidates(base), {}}).first;
     }
-    const auto [answer, isNew] = chain->second.answers.try_emplace(codePoint, nullptr);
-    if (!isNew) return answer->second;
-    for (const Candidate& candidate : chain->second.candidates) {
-        // The description may promise what the file does not hold.
-        if (!Fontconfig().FcCharSetHasChar(candidate.characters, codePoint) ||
-            !candidate.face->GetGlyph(codePoint))
-            continue;
-        answer->second = candidate.face;
-        break;
-    }
-    return answer->second;
+    auto& answers = chain->second.answers;
+    if (const auto answer = answers.find(codePoint); answer != answers.end()) return answer->second;
+    // The description may promise what the file does not hold.
+    const auto& candidates = chain->second.candidates;
+    const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& candidate) {
+        return Fontconfig().FcCharSetHasChar(candidate.characters, codePoint) &&
+               candidate.face->GetGlyph(codePoint);
+    });
+    const ORVFontFace* face = found == candidates.end() ? nullptr : found->face;
+    answers.emplace(codePoint, face);
+    return face;
 }
 
 std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const ORVFontFace& base) {
@@ -45,7 +48,9 @@ std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const ORVF
     Fontconfig().FcConfigSubstitute(configuration, wanted, FcMatchPattern);
     Fontconfig().FcDefaultSubstitute(wanted);
     FcResult result = FcResultNoMatch;
-    FcFontSet* sorted = Fontconfig().FcFontSort(configuration, wanted, FcFalse, nullptr, &result);
+    const auto destroy = [](FcFontSet* set) { Fontconfig().FcFontSetDestroy(set); };
+    const std::unique_ptr<FcFontSet, decltype(destroy)> sorted(
+        Fontconfig().FcFontSort(configuration, wanted, FcFalse, nullptr, &result));
     Fontconfig().FcPatternDestroy(wanted);
     if (!sorted) return candidates;
     for (int i = 0; i < sorted->nfont; ++i) {
@@ -56,6 +61,5 @@ std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const ORVF
             Fontconfig().FcPatternGetCharSet(sorted->fonts[i], FC_CHARSET, 0, &characters) == FcResultMatch)
             candidates.push_back({characters, face});
     }
-    Fontconfig().FcFontSetDestroy(sorted);
     return candidates;
 }

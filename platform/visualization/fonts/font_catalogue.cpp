@@ -38,6 +38,17 @@ FontCatalogue& FontCatalogue::Get() {
 
 FontCatalogue::FontCatalogue() { AddInstalledFonts(); }
 
+void CatalogueDelete::operator()(const ORVFont* font) const { FontCatalogue::Delete(font); }
+
+void CatalogueDelete::operator()(const ORVFontFace* face) const { FontCatalogue::Delete(face); }
+
+void FontCatalogue::Delete(const ORVFont* font) {
+    if (font && font->GetKind() == ORVFont::kPlain)
+        delete font;
+    else
+        delete static_cast<const ORVOutlineFont*>(font);
+}
+
 void FontCatalogue::AddInstalledFonts() {
     for (InstalledFace& face : FindInstalledFaces()) {
         auto content = std::make_unique<ORVFontFace::Content>();
@@ -75,12 +86,12 @@ void FontCatalogue::Append(CatalogueEntry entry, std::unique_ptr<ORVFontFace::Co
     std::string fileKey = FileKey(content->path, content->index);
 
     const int index = static_cast<int>(entries_.size()) + 1;
-    entry.face = new ORVFontFace(std::move(content));
-    entry.font =
-        kind == ORVFont::kPlain ? new ORVFont(name, index, kind) : new ORVOutlineFont(name, index, kind);
+    entry.face.reset(new ORVFontFace(std::move(content)));
+    entry.font.reset(kind == ORVFont::kPlain ? new ORVFont(name, index, kind)
+                                             : new ORVOutlineFont(name, index, kind));
     entries_.push_back(std::move(entry));
     const CatalogueEntry& kept = entries_.back();
-    byName_.emplace(std::move(name), kept.font);
+    byName_.emplace(std::move(name), kept.font.get());
     if (kind != ORVFont::kPlain) byFile_.emplace(std::move(fileKey), &kept);
     IndexNames(kept);
 }
@@ -91,13 +102,13 @@ void FontCatalogue::IndexNames(const CatalogueEntry& entry) {
     if (entry.font->GetKind() == ORVFont::kPlain) {
         std::string family(name);
         RemoveAll(family, kPlainEnding);
-        forAttribute_.emplace(std::move(family), entry.font);
+        forAttribute_.emplace(std::move(family), entry.font.get());
         return;
     }
     const bool skippedByStyle = name.find(kPlainEnding) != name.npos;
     for (const std::string* text : {&entry.family, &entry.fullName, &entry.postScriptName}) {
-        forAttribute_.emplace(*text, entry.font);
-        if (!skippedByStyle) forStyle_.emplace(*text, entry.font);
+        forAttribute_.emplace(*text, entry.font.get());
+        if (!skippedByStyle) forStyle_.emplace(*text, entry.font.get());
     }
 }
 
@@ -146,26 +157,26 @@ const ORVFont* FontCatalogue::Register(std::string_view name, const std::string&
     const std::unique_lock lock(mutex_);
     if (name.empty() || byName_.contains(name)) return nullptr;
     Append(std::move(entry), std::move(content), std::string(name), ORVFont::kPlain);
-    return entries_.back().font;
+    return entries_.back().font.get();
 }
 
 const ORVFontFace* FontCatalogue::FindFace(const ORVFont& font, int weight) const {
     const CatalogueEntry* own = EntryAt(font.GetCatalogueIndex());
     if (!own) return nullptr;
-    if (own->font->GetKind() == ORVFont::kPlain) return own->face;
+    if (own->font->GetKind() == ORVFont::kPlain) return own->face.get();
     const std::shared_lock lock(mutex_);
     switch (weight) {
-        case 24: return NearestOfFamily(*own, own->slant, std::min(own->weight, kLightWeight))->face;
-        case 26: return NearestOfFamily(*own, own->slant, std::max(own->weight, kBoldWeight))->face;
-        case 27: return NearestOfFamily(*own, own->slant, kHeaviestWeight)->face;
-        default: return own->face;
+        case 24: return NearestOfFamily(*own, own->slant, std::min(own->weight, kLightWeight))->face.get();
+        case 26: return NearestOfFamily(*own, own->slant, std::max(own->weight, kBoldWeight))->face.get();
+        case 27: return NearestOfFamily(*own, own->slant, kHeaviestWeight)->face.get();
+        default: return own->face.get();
     }
 }
 
 const ORVFontFace* FontCatalogue::FindFace(FcPattern* pattern) const {
     const std::shared_lock lock(mutex_);
     const auto found = byFile_.find(FileKey(pattern));
-    return found == byFile_.end() ? nullptr : found->second->face;
+    return found == byFile_.end() ? nullptr : found->second->face.get();
 }
 
 /// The face of `entry`'s family that comes nearest to a weight, on the same side of regular as that: where
@@ -201,7 +212,9 @@ const ORVFont* FontCatalogue::MakeStandIn(std::string_view name) {
     const CatalogueEntry* entry = ChooseStandIn(name);
     const int index = entry ? entry->font->GetCatalogueIndex() : 0;
     const ORVFont::Kind kind = entry ? entry->font->GetKind() : ORVFont::kTrueType;
-    const auto* font = new ORVOutlineFont(ORVUnicodeString(name), index, kind);
+    standIns_.emplace_back(std::unique_ptr<const ORVFont, CatalogueDelete>(
+        new ORVOutlineFont(ORVUnicodeString(name), index, kind)));
+    const ORVFont* font = standIns_.back().get();
     byName_.emplace(std::string(name), font);
     return font;
 }
@@ -255,7 +268,8 @@ const CatalogueEntry* FontCatalogue::MatchPattern(const char* family, int slant,
     FcPattern* match = Fontconfig().FcFontMatch(configuration, wanted, &result);
     Fontconfig().FcPatternDestroy(wanted);
     if (!match) return nullptr;
+    const auto destroy = [](FcPattern* pattern) { Fontconfig().FcPatternDestroy(pattern); };
+    const std::unique_ptr<FcPattern, decltype(destroy)> owner(match);
     const auto found = byFile_.find(FileKey(match));
-    Fontconfig().FcPatternDestroy(match);
     return found == byFile_.end() ? nullptr : found->second;
 }

@@ -15,10 +15,15 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/face_content.h"
 
+struct CatalogueDelete {
+    void operator()(const ORVFont* font) const;
+    void operator()(const ORVFontFace* face) const;
+};
+
 /// One font of the catalogue with what it is asked for.
 struct CatalogueEntry {
-    const ORVFont* font = nullptr;
-    const ORVFontFace* face = nullptr;
+    std::unique_ptr<const ORVFont, CatalogueDelete> font;
+    std::unique_ptr<const ORVFontFace, CatalogueDelete> face;
     std::string foundry, family, style, fullName, postScriptName;
     int weight = 400;  ///< as OpenType counts it
     int slant = 0;     ///< fontconfig's: 0 upright
@@ -30,6 +35,8 @@ struct CatalogueEntry {
 class FontCatalogue {
 public:
     static FontCatalogue& Get();
+    static void Delete(const ORVFont* font);
+    static void Delete(const ORVFontFace* face) { delete face; }
 
     FontCatalogue(const FontCatalogue&) = delete;
     FontCatalogue& operator=(const FontCatalogue&) = delete;
@@ -69,6 +76,7 @@ private:
 
     mutable std::shared_mutex mutex_;  // guards everything below
     std::deque<CatalogueEntry> entries_;
+    std::vector<std::unique_ptr<const ORVFont, CatalogueDelete>> standIns_;
     ByText<const ORVFont*> byName_;  // stand-ins included
     ByText<const ORVFont*> forAttribute_, forStyle_;
     ByText<const CatalogueEntry*> byFile_;  // path and face index

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -71,10 +72,10 @@ auto CatalogueOrder(const InstalledFace& face) {
 
 /// Takes the texts of a list, and the list.
 void AppendAll(FcStrList* list, std::vector<std::string>& texts) {
-    if (!list) return;
-    while (const FcChar8* text = Fontconfig().FcStrListNext(list))
+    const auto done = [](FcStrList* taken) { Fontconfig().FcStrListDone(taken); };
+    const std::unique_ptr<FcStrList, decltype(done)> owner(list);
+    while (const FcChar8* text = list ? Fontconfig().FcStrListNext(list) : nullptr)
         texts.emplace_back(reinterpret_cast<const char*>(text));
-    Fontconfig().FcStrListDone(list);
 }
 
 std::string Variable(const char* name) {

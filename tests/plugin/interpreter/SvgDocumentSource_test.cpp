@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/print/ORVPrintInput.h"
+#include "platform/print/ORVPrintInputFileStream.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/system/ORVRef.h"
 #include "tests/platform/xml/tree_text.h"
@@ -36,11 +37,20 @@ public:
     int HasMoreData() const override { return atEnd ? 0 : 1; }
     unsigned long Read(void* buffer, unsigned long count) override {
         Note("read");
-        unsigned long available = std::min<unsigned long>(count, bytes.size() - position);
+        const std::size_t end = passes == 0 ? bytes.size() : std::min(bytes.size(), laterSize);
+        if (position >= end && passes > 0 && laterSize < bytes.size()) {
+            atEnd = true;
+            return 0;
+        }
+        unsigned long available = std::min<unsigned long>(count, end - position);
+        if (passes == failingPass) {
+            available = std::min<unsigned long>(available, failsAt - std::min(position, failsAt));
+            hasFailed = hasFailed || position + available == failsAt;
+        }
         if (largestRead > 0) available = std::min(available, largestRead);
         if (available > 0) std::memcpy(buffer, bytes.data() + position, available);
         position += available;
-        atEnd = position == bytes.size() && available < count;
+        atEnd = !hasFailed && position == end && available < count;
         return available;
     }
     void Reset() override {
@@ -49,6 +59,7 @@ public:
     }
     int Seek(long offset) override {
         Note("seek " + std::to_string(offset));
+        ++passes;
         position = static_cast<std::size_t>(offset);
         return 1;
     }
@@ -57,8 +68,12 @@ public:
     std::string bytes;
     int openStatus = 1, open = 1, readable = 1;
     unsigned long largestRead = 0;  // bytes that one read gives at most; 0 for any number
+    int failingPass = -1;           // of the readings from the start, from 0
+    std::size_t failsAt = 0;        // bytes that this reading gives before it fails
+    std::size_t laterSize = static_cast<std::size_t>(-1);  // of the stream, behind the first reading
     std::size_t position = 0;
-    bool atEnd = false;
+    int passes = 0;
+    bool atEnd = false, hasFailed = false;
     mutable std::vector<std::string> calls;
 
 private:
@@ -128,6 +143,50 @@ TEST(SvgDocumentSourceTest, ReadsLargeStreamsWhole) {
     bytes.replace(bytes.size() - 3, 3, "end");
     const ORVRef<NotingStream> stream(new NotingStream(bytes));
     EXPECT_TRUE(TextOf(SvgDocumentSource(*stream)) == bytes);
+}
+
+// With small reads, too: an error then comes behind some that worked.
+TEST(SvgDocumentSourceTest, StreamThatFailsAnywhereLeavesNoText) {
+    const std::string bytes = "<svg width='9' height='9'><rect width='4' height='4'/></svg>";
+    for (const int pass : {0, 1})
+        for (const unsigned long largestRead : {0UL, 7UL})
+            for (std::size_t at = 0; at < bytes.size(); ++at) {
+                const ORVRef<NotingStream> stream(new NotingStream(bytes));
+                stream->failingPass = pass;
+                stream->failsAt = at;
+                stream->largestRead = largestRead;
+                const SvgDocumentSource source(*stream);
+                EXPECT_EQ(TextOf(source), "(none)") << "pass " << pass << ", byte " << at;
+                EXPECT_EQ(source.GetTextSize(), -1);
+                EXPECT_EQ(stream->calls.back(), "close");
+            }
+}
+
+TEST(SvgDocumentSourceTest, StreamThatBecomesShorterMeanwhileLeavesNoText) {
+    const std::string bytes = "<svg width='9' height='9'/>";
+    for (std::size_t size = 0; size < bytes.size(); ++size) {
+        const ORVRef<NotingStream> stream(new NotingStream(bytes));
+        stream->laterSize = size;
+        const SvgDocumentSource source(*stream);
+        EXPECT_EQ(TextOf(source), "(none)") << size;
+        EXPECT_EQ(source.GetTextSize(), -1);
+    }
+}
+
+TEST(SvgDocumentSourceTest, StreamThatGivesLittleAtATimeIsReadWhole) {
+    const ORVRef<NotingStream> stream(new NotingStream("<svg width='9' height='9'/>"));
+    stream->largestRead = 3;
+    EXPECT_EQ(TextOf(SvgDocumentSource(*stream)), "<svg width='9' height='9'/>");
+}
+
+// A folder can be opened and not be read; the start of a process's memory gives an error of the device.
+TEST(SvgDocumentSourceTest, FilesThatCannotBeReadLeaveNoText) {
+    for (const char* path : {"/", "/proc/self/mem", "/no-such-file"}) {
+        const ORVRef<ORVPrintInputFileStream> stream(new ORVPrintInputFileStream(path));
+        const SvgDocumentSource source(*stream);
+        EXPECT_EQ(TextOf(source), "(none)") << path;
+        EXPECT_EQ(source.GetTextSize(), -1) << path;
+    }
 }
 
 TEST(SvgDocumentSourceTest, ReadsStreamsOfExactlyOneBlock) {

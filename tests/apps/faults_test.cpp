@@ -1,0 +1,425 @@
+// What the command does when the system fails it: inputs that cannot be read to their end, outputs that
+// cannot be written to theirs, no memory, signals. It says so in a line, with an exit code, and leaves whole
+// files or none.
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <map>
+#include <thread>
+
+#include "tests/apps/tool_run.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+
+/// A drawing whose output has more than a hundred kilobytes in every format, so that no pipe takes it whole.
+std::string LargeDrawing() {
+    std::string points;
+    for (unsigned int i = 0; i < 20'000; ++i)
+        points += std::to_string(i % 150 * 5) + "." + std::to_string(i * 7919 % 97) + "," +
+                  std::to_string(i / 150 * 4 + i * 104'729 % 31) + "." + std::to_string(i * 15'485'863 % 89) +
+                  " ";
+    return "<svg width='780' height='600'><polyline fill='none' stroke='#125' stroke-width='0.4' points='" +
+           points + "'/></svg>";
+}
+
+class FaultsTest : public ToolTest {
+protected:
+    FaultsTest() {
+        setenv("SOURCE_DATE_EPOCH", "0", 1);
+        WriteFile("a.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
+        WriteFile("b.svg", SmallDrawing("<text x='9' y='20' fill='black'>text</text>"));
+        WriteFile("large.svg", LargeDrawing());
+        fs::create_directories(Folder() / "out");
+    }
+
+    /// Names and contents of all files in a folder and below, hidden ones too.
+    std::map<std::string, std::string> FilesIn(const std::string& folder) const {
+        std::map<std::string, std::string> files;
+        if (!Exists(folder)) return files;
+        for (const auto& entry : fs::recursive_directory_iterator(Folder() / folder))
+            if (entry.is_regular_file()) {
+                const std::string name = fs::relative(entry.path(), Folder() / folder);
+                files[name] = ReadFile(folder + "/" + name);
+            }
+        return files;
+    }
+    /// Runs a line of the shell; $0 in it is the command.
+    ToolRun Shell(const std::string& line) const { return RunProgram({"bash", "-c", line, ORV_TOOL_PATH}); }
+
+    RunningTool Start(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), ORV_TOOL_PATH);
+        return StartProgram(arguments);
+    }
+};
+
+/// One line that begins so and holds that.
+void ExpectLine(const ToolRun& run, const std::string& start, const std::string& part) {
+    EXPECT_THAT(run.errors, StartsWith("orvprint: " + start));
+    EXPECT_THAT(run.errors, HasSubstr(part));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+}
+
+// ---- inputs ----
+
+TEST_F(FaultsTest, InputsThatCannotBeRead) {
+    struct Row {
+        const char *input, *reason;
+    };
+    // The start of a process's memory gives an error of the device.
+    for (const Row& row : {Row{"out", " a "}, Row{"/proc/self/mem", "Input/output error"},
+                           Row{"missing.svg", "No such file or directory"}}) {
+        for (const char* command : {"info", "check", "inspect"}) {
+            const ToolRun run = Run({command, row.input});
+            if (command != std::string("inspect") || row.input != std::string("/proc/self/mem")) {
+                EXPECT_EQ(run.exitCode, 3) << command << " " << row.input;
+                ExpectLine(run, row.input, row.reason);
+            }
+        }
+        const ToolRun run = Run({row.input, "-o", "out/x.pdf"});
+        EXPECT_EQ(run.exitCode, 3) << row.input;
+        ExpectLine(run, row.input, row.reason);
+        EXPECT_THAT(FilesIn("out"), IsEmpty());
+    }
+}
+
+/// The command as a user who may do less; skipped where that user cannot run it at all.
+class OtherUserTest : public FaultsTest {
+protected:
+    void SetUp() override {
+        if (geteuid() != 0) return;
+        fs::permissions(Folder(), fs::perms::all);
+        prefix_ = {"setpriv", "--reuid=65534", "--clear-groups"};
+        if (RunAsUser({"--version"}).exitCode != 0)
+            GTEST_SKIP() << "another user cannot run the command here";
+    }
+    ToolRun RunAsUser(const std::vector<std::string>& arguments) const {
+        std::vector<std::string> command = prefix_;
+        command.emplace_back(ORV_TOOL_PATH);
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return RunProgram(command);
+    }
+
+private:
+    std::vector<std::string> prefix_;
+};
+
+TEST_F(OtherUserTest, FilesThatMayNotBeRead) {
+    fs::permissions(Folder() / "a.svg", fs::perms::none);
+    const ToolRun run = RunAsUser({"a.svg", "-o", "x.pdf"});
+    EXPECT_EQ(run.exitCode, 3);
+    ExpectLine(run, "a.svg", "Permission denied");
+    EXPECT_FALSE(Exists("x.pdf"));
+}
+
+TEST_F(OtherUserTest, FoldersThatMayNotBeWritten) {
+    fs::permissions(Folder() / "out",
+                    fs::perms::owner_read | fs::perms::others_read | fs::perms::others_exec);
+    for (const char* format : kFormats) {
+        const std::string output = std::string("out/x.") + format;
+        const ToolRun run = RunAsUser({"a.svg", "-o", output});
+        EXPECT_EQ(run.exitCode, 8) << format;
+        ExpectLine(run, output, "Permission denied");
+    }
+    const ToolRun run = RunAsUser({"a.svg", "--out-dir", "out", "-f", "pdf"});
+    EXPECT_EQ(run.exitCode, 8);
+    ExpectLine(run, "out", "Permission denied");
+    fs::permissions(Folder() / "out", fs::perms::all);
+    EXPECT_THAT(FilesIn("out"), IsEmpty());
+}
+
+#ifdef ORV_SHIM_PATH
+/// The command with a system that fails it.
+class FailingSystemTest : public FaultsTest {
+protected:
+    ToolRun RunWith(const std::string& environment, const std::string& arguments) const {
+        return Shell("export " + environment + "; LD_PRELOAD=" + ORV_SHIM_PATH + " exec \"$0\" " + arguments);
+    }
+};
+
+TEST_F(FailingSystemTest, ReadErrorsAnywhereInAnInput) {
+    const std::size_t size = ReadFile("a.svg").size();
+    for (const char* parser : {"light", "dom"})
+        for (std::size_t at = 0; at < size; at += 11) {
+            const std::string environment = "ORV_FAIL_READ_OF=a.svg ORV_FAIL_READ_AT=" + std::to_string(at);
+            const ToolRun run = RunWith(environment, std::string("b.svg a.svg -o out/x.pdf --parser ") + parser);
+            EXPECT_EQ(run.exitCode, 3) << at;
+            ExpectLine(run, "a.svg", "Input/output error");
+            EXPECT_THAT(FilesIn("out"), IsEmpty());
+            EXPECT_EQ(RunWith(environment, "check a.svg").exitCode, 3);
+        }
+}
+
+TEST_F(FailingSystemTest, InputsThatBecomeShorterMeanwhile) {
+    const std::size_t size = ReadFile("a.svg").size();
+    for (const char* parser : {"light", "dom"})
+        for (std::size_t at = 0; at < size; at += 11) {
+            const ToolRun run = RunWith("ORV_FAIL_READ_OF=a.svg ORV_END_READ_AT=" + std::to_string(at),
+                                        std::string("a.svg -o out/x.pdf --parser ") + parser);
+            EXPECT_EQ(run.exitCode, at == 0 ? 3 : 4) << at;
+            ExpectLine(run, "a.svg", "");
+            EXPECT_THAT(FilesIn("out"), IsEmpty());
+        }
+}
+
+// A picture that cannot be read is passed over, as one that is not there; what is printed is whole.
+TEST_F(FailingSystemTest, PicturesThatCannotBeReadToTheirEnd) {
+    WriteFile("p.bmp", "BM" + std::string(200, 'x'));
+    WriteFile("p.svg",
+              SmallDrawing("<image width='9' height='9' xlink:href='p.bmp'/><rect width='5' height='5'/>"));
+    for (const char* fault : {"ORV_FAIL_READ_AT=", "ORV_END_READ_AT="})
+        for (const char* at : {"0", "1", "2", "60", "201"}) {
+            const ToolRun run = RunWith(std::string("ORV_FAIL_READ_OF=p.bmp ") + fault + at, "p.svg -o out/p.svg");
+            EXPECT_EQ(run.exitCode, 0) << run.errors;
+            EXPECT_THAT(ReadFile("out/p.svg"), HasSubstr("</svg>"));
+        }
+}
+
+// Every so many requests for memory refused, in the whole command.
+TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
+    const auto expectEnd = [&](const std::string& arguments, const std::string& environment) {
+        const ToolRun run = RunWith(environment, arguments);
+        EXPECT_EQ(run.signal, 0) << environment << " " << arguments << "\n" << run.errors;
+        EXPECT_THAT(run.exitCode, AnyOf(0, 1, 8, 9, 10)) << environment << " " << arguments << "\n"
+                                                         << run.errors;
+        EXPECT_TRUE(run.exitCode < 8 || run.errors.starts_with("orvprint: "))
+            << environment << " " << arguments;
+        return run.exitCode;
+    };
+    ASSERT_EQ(Run({"a.svg", "b.svg", "-o", "whole.pdf"}).exitCode, 0);
+    const std::string expected = ReadFile("whole.pdf");
+    int failures = 0;
+    for (const char* all : {"", " ORV_FAIL_NEW_ALL=1"})
+        for (unsigned int request = 1; request < 12'000; request += request < 300 ? 23 : 611) {
+            const std::string environment = "ORV_FAIL_NEW_AT=" + std::to_string(request) + all;
+            if (expectEnd("a.svg b.svg -o out/x.pdf", environment) == 0)
+                EXPECT_EQ(ReadFile("out/x.pdf"), expected) << environment;
+            else
+                ++failures;
+            for (const auto& [name, bytes] : FilesIn("out")) EXPECT_EQ(name, "x.pdf") << environment;
+            fs::remove(Folder() / "out/x.pdf");
+        }
+    EXPECT_GT(failures, 10);
+    for (const char* arguments : {"check a.svg", "info a.svg", "inspect a.svg", "formats",
+                                  "a.svg --out-dir out -f png -j 1", "a.svg -o out/x.svg --paper A4 --nup 2"})
+        for (const char* all : {"", " ORV_FAIL_NEW_ALL=1"})
+            for (unsigned int request = 1; request < 4'000; request += 397) {
+                expectEnd(arguments, "ORV_FAIL_NEW_AT=" + std::to_string(request) + all);
+                fs::remove_all(Folder() / "out");
+                fs::create_directories(Folder() / "out");
+            }
+}
+
+// Libraries that are not ours ask for memory, too, and files are mapped into it.
+TEST_F(FailingSystemTest, LittleAddressSpaceIsTold) {
+    for (const char* format : kFormats)
+        for (const unsigned int mebibytes : {16U, 24U, 32U, 40U, 48U, 56U, 64U, 80U, 96U, 128U, 192U}) {
+            const std::string line = "ulimit -v " + std::to_string(mebibytes * 1024) +
+                                     "; exec \"$0\" b.svg large.svg -o out/x." + format;
+            const ToolRun run = Shell(line);
+            EXPECT_EQ(run.signal, 0) << line << "\n" << run.errors;
+            // 127: the command's own libraries do not fit.
+            EXPECT_THAT(run.exitCode, AnyOf(0, 8, 9, 10, 127)) << line << "\n" << run.errors;
+            if (run.exitCode != 0) {
+                EXPECT_THAT(run.errors, Not(IsEmpty())) << line;
+                EXPECT_THAT(FilesIn("out"), IsEmpty()) << line;
+            }
+            fs::remove_all(Folder() / "out");
+            fs::create_directories(Folder() / "out");
+        }
+}
+#endif
+
+// ---- outputs ----
+
+TEST_F(FaultsTest, FullDisk) {
+    for (const char* format : kFormats) {
+        const ToolRun run = Run({"large.svg", "-f", format, "-o", "/dev/full"});
+        EXPECT_EQ(run.exitCode, 8) << format;
+        ExpectLine(run, "/dev/full", "No space left on device");
+        const ToolRun stream = Shell(std::string("\"$0\" large.svg -o - -f ") + format + " > /dev/full");
+        EXPECT_EQ(stream.exitCode, 8) << format;
+        ExpectLine(stream, "standard output", "No space left on device");
+    }
+}
+
+TEST_F(FaultsTest, FilesThatMayNotBecomeLarger) {
+    WriteFile("out/keep.txt", "kept");
+    for (const char* format : kFormats) {
+        const std::string output = std::string("out/x.") + format;
+        WriteFile(output, "old");
+        const ToolRun run = Shell("ulimit -f 32; exec \"$0\" large.svg -o " + output);
+        // These grow in temporary files of the system first.
+        const bool isElsewhere = std::string("ps eps tiff").find(format) != std::string::npos;
+        EXPECT_EQ(run.exitCode, isElsewhere ? 9 : 8) << format << run.signal;
+        ExpectLine(run, isElsewhere ? "large.svg" : output,
+                   isElsewhere ? "temporary file cannot be written; is the disk full?" : "File too large");
+        EXPECT_THAT(FilesIn("out"), testing::SizeIs(2)) << format;
+        EXPECT_EQ(ReadFile(output), "old");
+        fs::remove(Folder() / output);
+
+        const ToolRun batch = Shell(
+            "ulimit -f 32; exec \"$0\" large.svg a.svg --out-dir out --keep-going -f " + std::string(format));
+        EXPECT_THAT(batch.exitCode, AnyOf(11, 0)) << format;
+        fs::remove(Folder() / (std::string("out/a.") + format));
+        EXPECT_THAT(FilesIn("out"), testing::SizeIs(1)) << format << " " << batch.errors;
+    }
+}
+
+TEST_F(FaultsTest, SmallDiskIsFull) {
+    const std::string line =
+        "mount -t tmpfs -o size=64k none out && { \"$0\" large.svg -o out/x.FORMAT; code=$?; ls -A out; "
+        "umount out; exit $code; }";
+    if (Shell("mount -t tmpfs -o size=64k none out && umount out").exitCode != 0)
+        GTEST_SKIP() << "no file system can be mounted here";
+    for (const char* format : kFormats) {
+        std::string one = line;
+        one.replace(one.find("FORMAT"), 6, format);
+        const ToolRun run = Shell(one);
+        EXPECT_EQ(run.exitCode, 8) << format;
+        ExpectLine(run, std::string("out/x.") + format, "No space left on device");
+        EXPECT_EQ(run.output, "") << "something is left";
+    }
+}
+
+TEST_F(FaultsTest, ReadersThatGoAway) {
+    for (const char* format : kFormats) {
+        const ToolRun run = Shell(std::string("\"$0\" large.svg -o - -f ") + format +
+                                  " | head -c 10 > /dev/null; exit ${PIPESTATUS[0]}");
+        EXPECT_EQ(run.exitCode, 8) << format;
+        ExpectLine(run, "standard output", "Broken pipe");
+    }
+}
+
+TEST_F(FaultsTest, OutputsThatHaveNoPlace) {
+    for (const char* output : {"missing/x.pdf", "/proc/x.pdf", "a.svg/x.pdf"}) {
+        const ToolRun run = Run({"a.svg", "-o", output});
+        EXPECT_EQ(run.exitCode, 8) << output;
+        ExpectLine(run, output, ": ");
+    }
+}
+
+/// Commands that wait for an input.
+class WaitingTest : public FaultsTest {
+protected:
+    WaitingTest() { EXPECT_EQ(mkfifo((Folder() / "waits.svg").c_str(), 0600), 0); }
+    /// Opens the input as soon as the command reads it.
+    int Open() const {
+        const std::string path = Folder() / "waits.svg";
+        for (int tries = 0; tries < 30'000; ++tries) {
+            if (const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK); descriptor >= 0)
+                return descriptor;
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return -1;
+    }
+    static void Feed(int descriptor) {
+        const std::string text = SmallDrawing("");
+        EXPECT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        close(descriptor);
+    }
+};
+
+TEST_F(WaitingTest, FolderThatIsRemovedMeanwhile) {
+    for (const char* format : kFormats) {
+        const std::string output = std::string("out/x.") + format;
+        const RunningTool running = Start({"a.svg", "waits.svg", "-o", output});
+        const int pipe = Open();
+        fs::remove_all(Folder() / "out");
+        Feed(pipe);
+        const ToolRun run = WaitFor(running);
+        EXPECT_EQ(run.exitCode, 8) << format;
+        ExpectLine(run, output, "No such file or directory");
+        EXPECT_FALSE(Exists("out"));
+        fs::create_directories(Folder() / "out");
+    }
+}
+
+TEST_F(WaitingTest, FolderOfABatchThatIsRemovedMeanwhile) {
+    const RunningTool running =
+        Start({"a.svg", "waits.svg", "b.svg", "--out-dir", "out", "-f", "pdf", "-j", "1", "--keep-going"});
+    const int pipe = Open();
+    fs::remove_all(Folder() / "out");
+    Feed(pipe);
+    const ToolRun run = WaitFor(running);
+    EXPECT_EQ(run.exitCode, 11);
+    EXPECT_THAT(run.errors, HasSubstr("No such file or directory"));
+    EXPECT_THAT(FilesIn("out"), IsEmpty());
+}
+
+// ---- signals ----
+
+/// What may stand in a folder: these files, as they are when nothing happens.
+class SignalTest : public FaultsTest {
+protected:
+    using Files = std::map<std::string, std::string>;
+
+    static bool IsHidden(const std::string& name) { return name.front() == '.'; }
+
+    /// Sends the signal after each of some times, and looks at what is there then.
+    void SendAtManyTimes(const std::vector<std::string>& arguments, int signal, bool mayLeaveHidden) {
+        ASSERT_EQ(Run(arguments).exitCode, 0);
+        const Files whole = FilesIn("out");
+        ASSERT_FALSE(whole.empty());
+        bool wasEnded = false;
+        for (const int milliseconds : {0, 2, 5, 9, 14, 20, 27, 35, 50, 70, 100, 150, 220, 320, 500}) {
+            fs::remove_all(Folder() / "out");
+            fs::create_directories(Folder() / "out");
+            const RunningTool running = Start(arguments);
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            kill(running.pid, signal);
+            const ToolRun run = WaitFor(running);
+            EXPECT_TRUE(run.signal == signal || run.exitCode == 0) << run.signal << " " << run.exitCode;
+            wasEnded = wasEnded || run.signal == signal;
+            for (const auto& [name, bytes] : FilesIn("out")) {
+                if (mayLeaveHidden && IsHidden(name)) continue;
+                const auto found = whole.find(name);
+                ASSERT_NE(found, whole.end()) << name << " is left after " << milliseconds << " ms";
+                EXPECT_TRUE(bytes == found->second)
+                    << name << " is not whole after " << milliseconds << " ms";
+            }
+        }
+        EXPECT_TRUE(wasEnded);
+    }
+};
+
+TEST_F(SignalTest, LeaveWholeFilesOfABatch) {
+    std::vector<std::string> arguments;
+    for (int i = 0; i < 12; ++i) {
+        const std::string name = "in" + std::to_string(i) + ".svg";
+        WriteFile(name, ReadFile(i % 3 == 0 ? "large.svg" : "b.svg"));
+        arguments.push_back(name);
+    }
+    arguments.insert(arguments.end(), {"--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"});
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) SendAtManyTimes(arguments, signal, false);
+    SendAtManyTimes(arguments, SIGKILL, true);
+}
+
+TEST_F(SignalTest, LeaveAWholeFileOrNone) {
+    for (const char* output : {"out/x.pdf", "out/x.png"})
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGKILL})
+            SendAtManyTimes({"large.svg", "b.svg", "large.svg", "-o", output, "--dpi", "200"}, signal,
+                            signal == SIGKILL);
+}
+
+}  // namespace

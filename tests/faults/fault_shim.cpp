@@ -1,0 +1,76 @@
+// Loaded before a program's libraries: makes the system fail it at a place that the environment names.
+//
+//   ORV_FAIL_NEW_AT=N    once a drawing was opened, operator new refuses the N-th request, and with
+//                        ORV_FAIL_NEW_ALL=1 all that follow
+//   ORV_FAIL_READ_AT=N   reading files whose names end with ORV_FAIL_READ_OF fails after N bytes, as of a
+//   broken disk ORV_END_READ_AT=N    ... ends after N bytes, as though the file had become shorter
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "tests/faults/failing_allocator.h"
+
+namespace {
+
+std::uint64_t NumberOf(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value ? std::strtoull(value, nullptr, 10) : 0;
+}
+
+/// From the first drawing on: what the program does before, and in the library that reads its command line, ends it
+/// when memory is spent.
+void BeginOnce() {
+    static bool hasBegun = false;
+    const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT");
+    if (hasBegun || request == 0) return;
+    hasBegun = true;
+    FailingAllocator::Begin(request, std::getenv("ORV_FAIL_NEW_ALL") ? FailingAllocator::Refuses::kAllFrom
+                                                                     : FailingAllocator::Refuses::kOne);
+}
+
+/// True for a descriptor of a file whose name ends as the environment says.
+bool IsMeant(int descriptor) {
+    const char* ending = std::getenv("ORV_FAIL_READ_OF");
+    if (!ending) return false;
+    std::array<char, 64> link{};
+    std::array<char, 4096> path{};
+    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", descriptor);
+    const ssize_t size = readlink(link.data(), path.data(), path.size());
+    return size > 0 && std::string_view(path.data(), static_cast<std::size_t>(size)).ends_with(ending);
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int open(const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    static const auto original = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
+    if (std::string_view(path).ends_with(".svg")) BeginOnce();
+    return original(path, flags, mode);
+}
+
+extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, void* buffer, size_t count) {
+    static const auto original = reinterpret_cast<decltype(&read)>(dlsym(RTLD_NEXT, "read"));
+    if (!IsMeant(descriptor)) return original(descriptor, buffer, count);
+    const bool ends = std::getenv("ORV_END_READ_AT") != nullptr;
+    const auto limit = static_cast<off_t>(NumberOf(ends ? "ORV_END_READ_AT" : "ORV_FAIL_READ_AT"));
+    const off_t place = lseek(descriptor, 0, SEEK_CUR);
+    if (place >= limit) {
+        if (ends) return 0;
+        errno = EIO;
+        return -1;
+    }
+    if (place + static_cast<off_t>(count) > limit) count = static_cast<size_t>(limit - place);
+    return original(descriptor, buffer, count);
+}
