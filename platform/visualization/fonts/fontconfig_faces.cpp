@@ -1,11 +1,13 @@
 #include "platform/visualization/fonts/fontconfig_faces.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -139,9 +141,18 @@ bool IsSteady(const ConfiguredPath& folder) {
            folder.text.starts_with('/') || folder.text.starts_with('~');
 }
 
+/// fontconfig falls over where memory runs out on it: it is not asked unless there is plenty.
+void MakeSureOfMemory() {
+    constexpr std::size_t kPlenty = std::size_t{8} << 20U;
+    void* volatile room = std::malloc(kPlenty);
+    if (!room) throw std::bad_alloc();
+    std::free(room);
+}
+
 }  // namespace
 
 FcConfig* FontconfigConfiguration() {
+    MakeSureOfMemory();
     static FcConfig* const configuration = []() -> FcConfig* {
 #ifdef ORV_LOOKS_FOR_LEAKS
         // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
