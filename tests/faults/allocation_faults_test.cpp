@@ -360,7 +360,12 @@ protected:
         const bool isCairo =
             GetParam().format == std::string("ps") || GetParam().format == std::string("eps");
         const bool isSlow = isCairo || GetParam().isLarge || GetParam().threads > 1;
-        return isSlow ? Trials{1, 30} : Trials();
+#ifdef ORV_SANITIZED
+        constexpr std::uint64_t kOfSlow = 8;
+#else
+        constexpr std::uint64_t kOfSlow = 30;
+#endif
+        return isSlow ? Trials{1, kOfSlow} : Trials();
     }
 
     const Input input_;
