@@ -27,6 +27,7 @@
 #include "generators/common/ORVOutput.h"
 #include "generators/formats.h"
 #include "generators/sheet/ORVSheetGenerator.h"
+#include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintInputFileStream.h"
@@ -501,6 +502,34 @@ TEST(ModelFaults, DuplicateIsWholeOrNull) {
                 duplicate = nullptr;
             });
     });
+}
+
+/// A chain of groups, each of which holds some more behind the next one.
+ORVRef<ORVPrtGroupElt> Chain(std::size_t length, std::size_t others) {
+    ORVRef<ORVPrtGroupElt> top(new ORVPrtGroupElt);
+    for (std::size_t i = 1; i < length; ++i) {
+        const ORVRef<ORVPrtGroupElt> above(new ORVPrtGroupElt);
+        above->AddChild(top.get());
+        for (std::size_t other = 0; other < others; ++other)
+            above->AddChild(ORVRef<ORVPrtGroupElt>(new ORVPrtGroupElt).get());
+        top = above;
+    }
+    return top;
+}
+
+TEST(ModelFaults, TreesGoWithoutMemory) {
+    struct Row {
+        std::size_t length, others;
+    };
+    for (const Row& row : {Row{1, 0}, Row{100'000, 0}, Row{100'000, 1}, Row{2, 100'000}, Row{1'000, 200}}) {
+        const std::int64_t before = FailingAllocator::GetLiveBlocks();
+        ORVRef<ORVPrtGroupElt> tree = Chain(row.length, row.others);
+        FailingAllocator::Begin(1, Refuses::kAllFrom);
+        tree = nullptr;
+        FailingAllocator::End();
+        EXPECT_EQ(FailingAllocator::GetLiveBlocks(), before)
+            << row.length << " deep, " << row.others << " more";
+    }
 }
 
 // The command's own routine: it may throw std::bad_alloc, which the command tells.
