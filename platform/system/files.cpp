@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -69,6 +70,15 @@ int ORVFileStat(const ORVUnicodeString& path) {
 int ORVFileAccess(const ORVUnicodeString& path, int mode) {
     if (mode != 0 || !PolicyAllows(path)) return 0;
     return ::access(path.ConvertToChar(), R_OK) == 0 ? 1 : 0;
+}
+
+bool ORVMayReadOpenFile(int descriptor) {
+    if (!currentPolicy) return true;
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    std::array<char, kLongestPath + 1> name{};
+    const ssize_t length = ::readlink(link.c_str(), name.data(), name.size());
+    if (length <= 0 || static_cast<std::size_t>(length) > kLongestPath) return false;
+    return PolicyAllows(ORVUnicodeString(std::string_view(name.data(), static_cast<std::size_t>(length))));
 }
 
 void ORVSplitPath(const ORVUnicodeString& path, ORVUnicodeString& folder, ORVUnicodeString& name) {

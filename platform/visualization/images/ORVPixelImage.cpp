@@ -14,6 +14,7 @@
 
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVRef.h"
+#include "platform/system/files.h"
 #include "platform/visualization/images/ORVPixelImageBuilder.h"
 
 namespace {
@@ -42,6 +43,7 @@ public:
     bool ReadAll(std::uint64_t limit, std::vector<std::uint8_t>& bytes) const {
         struct stat status = {};
         if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+        if (!ORVMayReadOpenFile(descriptor_)) return false;
         if (status.st_size <= 0 || static_cast<std::uint64_t>(status.st_size) > limit) return false;
         bytes.resize(static_cast<std::size_t>(status.st_size));
         std::size_t filled = 0;
