@@ -259,8 +259,7 @@ INSTANTIATE_TEST_SUITE_P(Backends, DomMemoryWatchTest, testing::Values(Backend::
 TEST_P(DomMemoryWatchTest, StoppingLeavesTheSiblingsOut) {
     const DomResult dom = ParseDom("<doc>" + Document("other", "svg", 5) + "<svg id='after'/></doc>");
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
-    const SvgDocumentSource source(
-        ORVIDOMElement_var(dom.root.GetTree(), dom.root.GetNode()->firstChild));
+    const SvgDocumentSource source(ORVIDOMElement_var(dom.root.GetTree(), dom.root.GetNode()->firstChild));
     shortFrom = 2;
     ORVPrintPropertiesManager::SetOnErrorAction(ORVPrintPropertiesManager::kStopOnError);
     EXPECT_EQ(BuildModel(source, model.get()), 1);
