@@ -234,9 +234,14 @@ TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
 
 // Libraries that are not ours ask for memory, too, and files are mapped into it.
 TEST_F(FailingSystemTest, LittleAddressSpaceIsTold) {
+    // Faces and a cache of its own: where memory is short, the library notes folders as empty for all
+    // programs.
+    WriteFile("fonts.conf", "<fontconfig><dir>/usr/share/fonts</dir><cachedir>" +
+                                (Folder() / "faces").string() + "</cachedir></fontconfig>");
     const auto expectEnd = [&](const char* format, unsigned int kibibytes) {
-        const std::string line =
-            "ulimit -v " + std::to_string(kibibytes) + "; exec \"$0\" b.svg large.svg -o out/x." + format;
+        const std::string line = "export FONTCONFIG_FILE='" + (Folder() / "fonts.conf").string() +
+                                 "'; ulimit -v " + std::to_string(kibibytes) +
+                                 "; exec \"$0\" b.svg large.svg -o out/x." + format;
         const ToolRun run = Shell(line);
         EXPECT_EQ(run.signal, 0) << line << "\n" << run.errors;
         // 127: the command's own libraries do not fit.

@@ -54,6 +54,8 @@ std::vector<InstalledFace> FindInstalledFaces() {
     index.watched = Watch(*paths);
     // What changed while fontconfig was asked, or might have within the grain of the clock, is not kept.
     constexpr std::int64_t kSettled = 2;  // seconds
-    if (IsOlderThan(index.watched, asked - kSettled)) WriteFaceIndexFile(folder, EncodeFaceIndex(index));
+    // Nor is it that there are no faces: memory may have been too short to find any.
+    if (!index.faces.empty() && IsOlderThan(index.watched, asked - kSettled))
+        WriteFaceIndexFile(folder, EncodeFaceIndex(index));
     return std::move(index.faces);
 }

@@ -1,12 +1,15 @@
 #include "platform/system/files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "tests/support/scratch_folder.h"
 
@@ -63,6 +66,25 @@ TEST_F(FilesTest, SymbolicLinksLeadNowhereElse) {
     EXPECT_EQ(ORVFileStat(Path("open/link.png")), 0);
     EXPECT_EQ(ORVFileStat(Path("open/up/outside.png")), 0);
     EXPECT_EQ(ORVFileStat(Path("open/inner.png")), 1);
+}
+
+// What a link leads to may have changed since its name was asked for.
+TEST_F(FilesTest, AFileIsAskedForAgainWhenItIsOpen) {
+    fs::create_symlink(root_ / "outside.png", root_ / "open" / "link.png");
+    for (const auto& [name, isAllowed] : {std::pair{"open/a.png", true},
+                                          {"open/below/b.png", true},
+                                          {"open/link.png", false},
+                                          {"outside.png", false}}) {
+        const int descriptor = ::open((root_ / name).c_str(), O_RDONLY | O_CLOEXEC);
+        ASSERT_GE(descriptor, 0) << name;
+        ORVFileAccessPolicy::SetCurrent(&policy_);
+        EXPECT_EQ(ORVMayReadOpenFile(descriptor), isAllowed) << name;
+        ORVFileAccessPolicy::SetCurrent(nullptr);
+        EXPECT_TRUE(ORVMayReadOpenFile(descriptor)) << name;
+        ::close(descriptor);
+    }
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_FALSE(ORVMayReadOpenFile(-1));
 }
 
 TEST_F(FilesTest, OnlyRegularFilesThatExistHaveAStatus) {

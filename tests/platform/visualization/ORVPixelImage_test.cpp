@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include "platform/system/files.h"
 #include "tests/platform/visualization/written_images.h"
 #include "tests/support/scratch_folder.h"
 
@@ -50,6 +52,20 @@ TEST_F(PixelImageFileTest, WhatIsNoImageFileGivesNull) {
     EXPECT_FALSE(Load(Write("text.png", {'h', 'e', 'l', 'l', 'o'})));
     ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
     EXPECT_FALSE(Load(Path("pipe")));
+}
+
+TEST_F(PixelImageFileTest, ThePolicyIsAskedForWhatIsOpen) {
+    const ByteList png = WritePng({.width = 2, .height = 3, .sample = [](int, int, int) { return 9u; }});
+    ASSERT_EQ(::mkdir(Path("open").c_str(), 0700), 0);
+    const std::string inside = Write("open/inside.png", png);
+    ASSERT_EQ(::symlink(Write("outside.png", png).c_str(), Path("open/link.png").c_str()), 0);
+    ORVFolderAccessPolicy policy;
+    ASSERT_TRUE(policy.AllowFolder(Path("open").c_str()));
+    ORVFileAccessPolicy::SetCurrent(&policy);
+    EXPECT_TRUE(Load(inside));
+    EXPECT_FALSE(Load(Path("open/link.png")));
+    ORVFileAccessPolicy::SetCurrent(nullptr);
+    EXPECT_TRUE(Load(Path("open/link.png")));
 }
 
 TEST(ORVPixelImageTest, MadeFromPixels) {
