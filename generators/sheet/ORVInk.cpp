@@ -92,7 +92,7 @@ ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourM
         MakeMono(converted, static_cast<std::size_t>(image.GetWidth()), !isPattern);
     if (std::equal(pixels.begin(), pixels.end(), converted.begin(), converted.end())) return itself;
     image.ReleasePixels();
-    const ORVRef<const ORVPixelImage> made(
+    ORVRef<const ORVPixelImage> made(
         ORVPixelImage::CreateFromPixels(image.GetWidth(), image.GetHeight(), converted));
     if (!made) throw std::bad_alloc();
     return made;

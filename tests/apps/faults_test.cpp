@@ -23,11 +23,8 @@ namespace fs = std::filesystem;
 namespace {
 
 using testing::AnyOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::Not;
 using testing::StartsWith;
 
 constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
@@ -60,7 +57,7 @@ protected:
         for (const auto& entry : fs::recursive_directory_iterator(Folder() / folder))
             if (entry.is_regular_file()) {
                 const std::string name = fs::relative(entry.path(), Folder() / folder);
-                files[name] = ReadFile(folder + "/" + name);
+                files[name] = ReadFile(fs::path(folder) / name);
             }
         return files;
     }
