@@ -44,7 +44,8 @@ void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
     if (size > 0) text_.reset(new (std::nothrow) char[size]);
     if (text_) {
         std::size_t filled = 0, got = 1;
-        for (; got > 0 && filled < size; filled += got) got = stream.Read(text_.get() + filled, size - filled);
+        for (; got > 0 && filled < size; filled += got)
+            got = stream.Read(text_.get() + filled, size - filled);
         // It has failed, or become shorter since.
         if (filled < size)
             text_.reset();

@@ -26,8 +26,8 @@ std::uint64_t NumberOf(const char* variable) {
     return value ? std::strtoull(value, nullptr, 10) : 0;
 }
 
-/// From the first drawing on: what the program does before, and in the library that reads its command line, ends it
-/// when memory is spent.
+/// From the first drawing on: what the program does before, and in the library that reads its command line,
+/// ends it when memory is spent.
 void BeginOnce() {
     static bool hasBegun = false;
     const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT");
