@@ -1,13 +1,38 @@
 #include "generators/common/deflate_piece.h"
 
 #include <isa-l.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace {
 
+// What the fast compressor makes of less than some three hundred bytes depends on where memory happens to
+// lie, and the same pages are to give the same bytes.
+constexpr std::size_t kLeastForFast = 1024;
+
+bool DeflateLittle(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
+    constexpr int kMemory = 8;
+    z_stream stream{};
+    const int window = isWhole ? MAX_WBITS : -MAX_WBITS;
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
+        return false;
+    const std::size_t start = out.size();
+    constexpr std::size_t kRoom = kLeastForFast + 128;
+    out.resize(start + kRoom);
+    stream.next_in = const_cast<Bytef*>(bytes.data());  // is read only
+    stream.avail_in = static_cast<uInt>(bytes.size());
+    stream.next_out = out.data() + start;
+    stream.avail_out = static_cast<uInt>(kRoom);
+    const int status = deflate(&stream, isWhole ? Z_FINISH : Z_FULL_FLUSH);
+    out.resize(start + kRoom - stream.avail_out);
+    deflateEnd(&stream);
+    return status == (isWhole ? Z_STREAM_END : Z_OK);
+}
+
 bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
+    if (bytes.size() < kLeastForFast) return DeflateLittle(bytes, isWhole, out);
     // The library counts in 32 bits; a band is far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
     static thread_local std::vector<std::uint8_t> levelMemory(ISAL_DEF_LVL1_DEFAULT);

@@ -27,8 +27,8 @@ TEST(DeflatePieceTest, PiecesMakeOneStream) {
     std::vector<std::uint8_t> stream(std::begin(kZlibHeader), std::end(kZlibHeader)), all;
     std::uint32_t adler = 1;
     for (const auto& piece :
-         {RandomBytes(70'000, 3), RandomBytes(1, 2), std::vector<std::uint8_t>(300'000, 255),
-          RandomBytes(200'000, 256), std::vector<std::uint8_t>()}) {
+         {RandomBytes(70'000, 3), RandomBytes(1, 2), RandomBytes(1023, 256),
+          std::vector<std::uint8_t>(300'000, 255), RandomBytes(200'000, 256), std::vector<std::uint8_t>()}) {
         ASSERT_TRUE(ORVDeflatePiece(piece, stream));
         adler = ORVCombineAdler32(adler, ORVAdler32(piece), piece.size());
         all.insert(all.end(), piece.begin(), piece.end());
@@ -39,11 +39,24 @@ TEST(DeflatePieceTest, PiecesMakeOneStream) {
 }
 
 TEST(DeflatePieceTest, WholeStreamsStandForThemselves) {
-    for (const std::size_t size : {0U, 1U, 5000U, 1'000'000U}) {
+    for (const std::size_t size : {0U, 1U, 1023U, 1024U, 5000U, 1'000'000U}) {
         const std::vector<std::uint8_t> bytes = RandomBytes(size, 7);
         std::vector<std::uint8_t> stream;
         ASSERT_TRUE(ORVDeflateWhole(bytes, stream));
         EXPECT_EQ(Inflate(stream, size), bytes) << size;
+    }
+}
+
+// The fast compressor does not always make the same of short inputs.
+TEST(DeflatePieceTest, ShortInputsArePackedAsZlibPacksThem) {
+    for (std::size_t size = 0; size < 1024; size += 31) {
+        const std::vector<std::uint8_t> bytes = RandomBytes(size, 5);
+        std::vector<std::uint8_t> stream, expected(compressBound(static_cast<uLong>(size)));
+        ASSERT_TRUE(ORVDeflateWhole(bytes, stream));
+        uLongf length = expected.size();
+        ASSERT_EQ(compress(expected.data(), &length, bytes.data(), static_cast<uLong>(size)), Z_OK);
+        expected.resize(length);
+        EXPECT_EQ(stream, expected) << size;
     }
 }
 
