@@ -12,7 +12,6 @@
 #include <cstring>
 #include <optional>
 
-#include "apps/orvprint/allocation.h"
 #include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
@@ -44,7 +43,6 @@ bool ReadAll(int descriptor, std::string& bytes) {
         errno = EFBIG;
         return false;
     }
-    MakeRoomForDocument(bytes, room);
     std::size_t size = 0;
     for (;;) {
         if (size == bytes.size()) bytes.resize(std::max(room, 2 * size));

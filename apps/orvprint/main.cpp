@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <malloc.h>
+
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -11,7 +13,6 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/orvprint/allocation.h"
 #include "apps/orvprint/batch.h"
 #include "apps/orvprint/check_command.h"
 #include "apps/orvprint/formats_command.h"
@@ -236,7 +237,11 @@ void EndBySignal(int signal) {
 int main(int argc, char** argv) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
-    TuneAllocation();
+    // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
+    // back in between, make that dear.
+    mallopt(M_MXFAST, 0);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);
     // A reader that goes away, or a file that may not become larger, is a failed output, not the end of the
     // process.
     std::signal(SIGPIPE, SIG_IGN);
