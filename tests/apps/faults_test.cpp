@@ -49,6 +49,7 @@ protected:
         WriteFile("large.svg", LargeDrawing());
         fs::create_directories(Folder() / "out");
     }
+    ~FaultsTest() override { unsetenv("SOURCE_DATE_EPOCH"); }  // other tests tell the day
 
     /// Names and contents of all files in a folder and below, hidden ones too.
     std::map<std::string, std::string> FilesIn(const std::string& folder) const {
