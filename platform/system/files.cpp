@@ -1,5 +1,6 @@
 #include "platform/system/files.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,9 +75,11 @@ int ORVFileAccess(const ORVUnicodeString& path, int mode) {
 
 bool ORVMayReadOpenFile(int descriptor) {
     if (!currentPolicy) return true;
-    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    constexpr const char* kOpenFiles = "/proc/self/fd";
+    const std::string link = std::string(kOpenFiles) + '/' + std::to_string(descriptor);
     std::array<char, kLongestPath + 1> name{};
     const ssize_t length = ::readlink(link.c_str(), name.data(), name.size());
+    if (length < 0 && ::access(kOpenFiles, F_OK) != 0) return ::fcntl(descriptor, F_GETFD) != -1;
     if (length <= 0 || static_cast<std::size_t>(length) > kLongestPath) return false;
     return PolicyAllows(ORVUnicodeString(std::string_view(name.data(), static_cast<std::size_t>(length))));
 }

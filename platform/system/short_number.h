@@ -83,6 +83,7 @@ inline bool ORVReadWholeNumber(std::string_view text, double& value) {
     const char* const end = text.data() + text.size();
     const bool isNegative = !text.empty() && text.front() == '-';
     double number = 0.0;
+    // By characters, since most values of attributes end before a word does.
     if (ORVReadShortNumberByCharacters(text.data() + (isNegative ? 1 : 0), end, number) != end ||
         text.empty())
         return false;

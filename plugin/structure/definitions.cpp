@@ -17,7 +17,7 @@ std::string LowerCase(std::string_view text) {
 }
 
 // Its lower half tells the slot, its upper one the identifiers there apart.
-std::size_t Hash(std::string_view lowerCase) { return std::hash<std::string_view>{}(lowerCase); }
+std::uint64_t Hash(std::string_view lowerCase) { return std::hash<std::string_view>{}(lowerCase); }
 
 bool HasStateOf(const ORVPrtDefsElt& holder, const SvgDrawState& state) {
     return holder.GetType() == state.drawStyle && holder.GetStroke() == state.stroke &&
@@ -94,7 +94,7 @@ void SvgDefinitions::Entry::RemoveLast() {
         others.pop_back();
 }
 
-std::size_t SvgDefinitions::FindSlot(std::string_view lowerCase, std::size_t hash) const {
+std::size_t SvgDefinitions::FindSlot(std::string_view lowerCase, std::uint64_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     const auto tag = static_cast<std::uint32_t>(hash >> 32U);
     for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
@@ -106,7 +106,7 @@ std::size_t SvgDefinitions::FindSlot(std::string_view lowerCase, std::size_t has
 
 std::uint32_t SvgDefinitions::FindOrAddEntry(std::string lowerCase) {
     if (2 * (entries_.size() + 1) > slots_.size()) GrowSlots();
-    const std::size_t hash = Hash(lowerCase);
+    const std::uint64_t hash = Hash(lowerCase);
     Slot& slot = slots_[FindSlot(lowerCase, hash)];
     if (slot.entry == kFree) {
         const auto entry = static_cast<std::uint32_t>(entries_.size());
@@ -122,7 +122,7 @@ void SvgDefinitions::GrowSlots() {
     slots_.swap(slots);
     for (std::uint32_t entry = 0; entry < entries_.size(); ++entry) {
         const std::string& identifier = entries_[entry].identifier;
-        const std::size_t hash = Hash(identifier);
+        const std::uint64_t hash = Hash(identifier);
         slots_[FindSlot(identifier, hash)] = {static_cast<std::uint32_t>(hash >> 32U), entry};
     }
 }

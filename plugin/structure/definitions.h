@@ -70,7 +70,7 @@ private:
     static constexpr std::uint32_t kFree = UINT32_MAX;
 
     /// @return the slot of the identifier, or the free one where it belongs
-    std::size_t FindSlot(std::string_view lowerCase, std::size_t hash) const;
+    std::size_t FindSlot(std::string_view lowerCase, std::uint64_t hash) const;
     std::uint32_t FindOrAddEntry(std::string lowerCase);
     void GrowSlots();
 

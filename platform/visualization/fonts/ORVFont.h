@@ -69,6 +69,7 @@ public:
 
 protected:
     friend class FontCatalogue;
+    friend struct CatalogueDelete;
     ORVFont(ORVUnicodeString name, int index, Kind kind);
     ~ORVFont() = default;
 
@@ -91,6 +92,7 @@ public:
 
 private:
     friend class FontCatalogue;
+    friend struct CatalogueDelete;
     using ORVFont::ORVFont;
 };
 

@@ -64,6 +64,7 @@ public:
 
 private:
     friend class FontCatalogue;
+    friend struct CatalogueDelete;
     friend class FallbackFonts;
     explicit ORVFontFace(std::unique_ptr<Content> content);
     ~ORVFontFace();

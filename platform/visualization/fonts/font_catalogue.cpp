@@ -38,11 +38,9 @@ FontCatalogue& FontCatalogue::Get() {
 
 FontCatalogue::FontCatalogue() { AddInstalledFonts(); }
 
-void CatalogueDelete::operator()(const ORVFont* font) const { FontCatalogue::Delete(font); }
+void CatalogueDelete::operator()(const ORVFontFace* face) const { delete face; }
 
-void CatalogueDelete::operator()(const ORVFontFace* face) const { FontCatalogue::Delete(face); }
-
-void FontCatalogue::Delete(const ORVFont* font) {
+void CatalogueDelete::operator()(const ORVFont* font) const {
     if (font && font->GetKind() == ORVFont::kPlain)
         delete font;
     else

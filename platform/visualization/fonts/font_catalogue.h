@@ -15,6 +15,7 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/face_content.h"
 
+/// Fonts and faces end with the catalogue only; nobody else may delete them.
 struct CatalogueDelete {
     void operator()(const ORVFont* font) const;
     void operator()(const ORVFontFace* face) const;
@@ -35,8 +36,6 @@ struct CatalogueEntry {
 class FontCatalogue {
 public:
     static FontCatalogue& Get();
-    static void Delete(const ORVFont* font);
-    static void Delete(const ORVFontFace* face) { delete face; }
 
     FontCatalogue(const FontCatalogue&) = delete;
     FontCatalogue& operator=(const FontCatalogue&) = delete;
