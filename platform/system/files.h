@@ -41,8 +41,9 @@ ORV_PLATFORM_EXPORT int ORVFileStat(const ORVUnicodeString& path);
 
 /// Whether the host's policy allows the file that is open as `descriptor`, wherever its name leads by now:
 /// between a question about a name and the opening of it, a link may have been put in its place. True without
-/// a policy, for then it was the host itself that opened the file. Where the system does not tell the names of
-/// open files (a jail without /proc), the question about the name has to do, and every open file is allowed.
+/// a policy, for then it was the host itself that opened the file. Where the system does not tell the names
+/// of open files (a jail without /proc), the question about the name has to do, and every open file is
+/// allowed.
 ORV_PLATFORM_EXPORT bool ORVMayReadOpenFile(int descriptor);
 
 /// 1 when the file at `path` may be read (mode 0) as far as the host's policy and the system go, else 0.
