@@ -33,7 +33,7 @@ int ReportError(const std::string& path, const ORVXmlError& error) {
                   error.message.empty() ? "no element found" : error.message);
 }
 
-CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, const std::string& bytes,
+CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
                         Findings& findings) {
     ORVLightXmlParser parser;
     ORVLightXmlElement root;
@@ -54,9 +54,9 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, con
 }
 
 CheckedInput CheckOne(const std::string& path, const ReadOptions& options, Findings& findings) {
-    std::string bytes;
+    InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return {code, {}};
-    return CheckBytes(path, options, bytes, findings);
+    return CheckBytes(path, options, bytes.GetView(), findings);
 }
 
 std::string Plural(std::uint64_t count, const std::string& noun) {
@@ -180,7 +180,7 @@ void WriteJson(JsonWriter& json, const std::string& path, const CheckedInput& in
 }
 
 /// Puts bytes in front of what standard input still has: all of it was read.
-bool PutBack(const std::string& bytes) {
+bool PutBack(std::string_view bytes) {
     if (lseek(STDIN_FILENO, 0, SEEK_SET) == 0) return true;  // a file
     const int memory = memfd_create("standard input", MFD_CLOEXEC);
     if (memory < 0) return false;
@@ -233,17 +233,17 @@ int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOption
                         const std::set<FindingCode>& ignored) {
     bool found = false;
     for (const std::string& path : inputs) {
-        std::string bytes;
+        InputBytes bytes;
         if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
         Findings findings(ignored);
-        const CheckedInput input = CheckBytes(path, options, bytes, findings);
+        const CheckedInput input = CheckBytes(path, options, bytes.GetView(), findings);
         if (input.failure != kExitDone) return input.failure;
         if (findings.GetTotal() > 0) {
             found = true;
             Report(kExitFound, InputName(path), Summary(findings) + "; nothing is printed with --strict");
             WriteText(stderr, InputName(path), findings, kShownOfAKind);
         }
-        if (path == "-" && !PutBack(bytes))
+        if (path == "-" && !PutBack(bytes.GetView()))
             return Report(kExitUnreadable, InputName(path), "cannot be read twice, as --strict has to");
     }
     return found ? kExitFound : kExitDone;

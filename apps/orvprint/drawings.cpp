@@ -14,6 +14,7 @@
 
 #include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/limits_command.h"
+#include "apps/orvprint/memory_ahead.h"
 #include "apps/orvprint/report.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
@@ -30,47 +31,15 @@ namespace {
 
 std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
 
-/// Reads all there is. @return false with errno when reading failed; EFBIG for more than an input may have
-bool ReadAll(int descriptor, std::string& bytes) {
-    // A file's size is known; one byte more finds its end without another buffer. Streams grow.
-    struct stat information {};
-    std::size_t room = std::size_t{1} << 16U;
-    if (fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode))
-        room = static_cast<std::size_t>(information.st_size) + 1;
-    const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
-    // Of a sparse file, not even the room is taken.
-    if (room - 1 > most && S_ISREG(information.st_mode)) {
-        errno = EFBIG;
-        return false;
-    }
-    std::size_t size = 0;
-    for (;;) {
-        if (size == bytes.size()) bytes.resize(std::max(room, 2 * size));
-        const ssize_t got = read(descriptor, bytes.data() + size, bytes.size() - size);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return false;
-        if (got == 0) break;
-        size += static_cast<std::size_t>(got);
-        if (size > most) {
-            errno = EFBIG;
-            return false;
-        }
-    }
-    bytes.resize(size);
-    return true;
-}
-
 /// Replaces packed bytes by what they hold. @return an exit code; a failure was reported
-int Unpack(const std::string& path, std::string& bytes) {
-    if (!IsGzip(bytes)) return kExitDone;
-    const std::string packed = std::move(bytes);
-    bytes = {};
-    std::string error;
+int Unpack(const std::string& path, InputBytes& bytes) {
+    if (!IsGzip(bytes.GetView())) return kExitDone;
+    std::string content, error;
     UnpackLimits limits;
     limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
     limits.ratio = std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kUnpackedGrowth), 1);
-    switch (UnpackGzip(packed, limits, bytes, error)) {
-        case UnpackResult::kUnpacked: return kExitDone;
+    switch (UnpackGzip(bytes.GetView(), limits, content, error)) {
+        case UnpackResult::kUnpacked: bytes = InputBytes(std::move(content)); return kExitDone;
         case UnpackResult::kOverLimit: return Report(kExitFailed, InputName(path), error);
         case UnpackResult::kDamaged: break;
     }
@@ -78,7 +47,7 @@ int Unpack(const std::string& path, std::string& bytes) {
 }
 
 /// Reads all of an input and unpacks it; it may be empty. @return an exit code; a failure was reported
-int ReadBytes(const std::string& path, std::string& bytes) {
+int ReadBytes(const std::string& path, InputBytes& bytes) {
     const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
     const bool read = ReadAll(descriptor, bytes);
@@ -116,28 +85,28 @@ struct Document {
 
 /// Parses; a document that is not well formed is reported, unless what was read of it is wanted.
 /// @return an exit code
-int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, std::string bytes,
+int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, InputBytes bytes,
                   Document& document) {
     ORVXmlError error;
     if (options.parser == "dom") {
         ORVUnicodeString text;
-        if (text.BuildFromUTF8(bytes.data(), bytes.size()) != 1) {
+        const std::string_view view = bytes.GetView();
+        if (text.BuildFromUTF8(view.data(), view.size()) != 1) {
             // The parser that looks at bytes knows where they stop being UTF-8, or that they are another
             // encoding.
             ORVLightXmlParser parser;
             ORVLightXmlElement element;
-            if (parser.Parse({bytes.data(), bytes.size()}, element) == 1)
+            if (parser.Parse({view.data(), view.size()}, element) == 1)
                 return Report(kExitNotWellFormed, InputName(path),
                               "is not UTF-8, the only encoding that --parser dom reads; use --parser light");
             error = parser.GetError();
         } else {
-            bytes.clear();
-            bytes.shrink_to_fit();
+            bytes = InputBytes();
             BuildParser(text, "SVG", document.dom, &error);
         }
     } else {
         ORVLightXmlParser parser;
-        parser.Parse(ORVLightXmlInputStreamBuffer(std::move(bytes)), document.light);
+        parser.Parse({bytes.GetOwner(), bytes.GetView()}, document.light);
         error = parser.GetError();
     }
     if (error.isMemorySpent) return Report(kExitFailed, InputName(path), error.message);
@@ -290,9 +259,9 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
            path.ends_with(".qvxml.gz");
 }
 
-int ReadInput(const std::string& path, std::string& bytes) {
+int ReadInput(const std::string& path, InputBytes& bytes) {
     if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
-    if (bytes.empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    if (bytes.GetView().empty()) return Report(kExitUnreadable, InputName(path), "is empty");
     return kExitDone;
 }
 
@@ -307,8 +276,9 @@ int CheckInput(const std::string& path) {
 
 int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
-    std::string bytes;
+    InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    const MemoryAhead memoryAhead(bytes.GetView().size());
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
         code != kExitDone)
@@ -349,15 +319,15 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
         if (path != "-" && IsPlainFile(path)) {
             input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
         } else {
-            std::string bytes;
+            InputBytes bytes;
             if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
-            input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::move(bytes)));
+            input = ORVRef<ORVPrintInput>(new ORVPrintInputMemoryStream(std::string(bytes.GetView())));
         }
         const auto interpreter = CreateInterpreter("SVG", input.get(), path);
         return interpreter ? use(*interpreter) : kExitNoModule;
     }
 
-    std::string bytes;
+    InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
     Document document;
     if (const int code = ParseDocument(path, options, true, std::move(bytes), document); code != kExitDone)

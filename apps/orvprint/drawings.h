@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/orvprint/input_bytes.h"
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/system/files.h"
@@ -66,7 +67,7 @@ std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std
 /// Reads all of an input and unpacks it when it is gzip data, whatever its name. An empty one is a failure.
 /// @param path  of a file, or "-" for standard input
 /// @return an exit code; a failure was reported
-int ReadInput(const std::string& path, std::string& bytes);
+int ReadInput(const std::string& path, InputBytes& bytes);
 
 /// Reads an input, checks that it is well formed, and hands its drawings to `use`, one after the other; each
 /// model lives only during its call. While documents are read, they may name files of the input's own folder

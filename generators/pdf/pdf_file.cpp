@@ -8,6 +8,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <span>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,12 +28,22 @@ constexpr std::uint64_t kThoroughRatio = 4;
 // Below this, a thread would cost more than it saves.
 constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;
 // What may wait for the thread, so that memory stays bounded.
-constexpr std::size_t kWaitingBytes = std::size_t{2} << 20U;
+constexpr std::size_t kWaitingBytes = std::size_t{1} << 20U;
+// When so much waits, the thread has enough to do, and what can be compressed by itself is so by the caller.
+constexpr std::size_t kEnoughWaitingBytes = std::size_t{512} << 10U;
 // Longer streams that come in pieces are compressed as they come.
 constexpr std::size_t kStreamPiece = std::size_t{1} << 20U;
 // Readers unpack an object stream as a whole to get at one object.
 constexpr unsigned int kObjectsInStream = 100;
 constexpr std::size_t kObjectStreamBytes = std::size_t{64} << 10U;
+
+std::span<const std::uint8_t> AsBytes(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+std::string_view AsText(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 }  // namespace
 
@@ -44,6 +55,7 @@ struct PdfFile::Job {
     Packing packing = Packing::kStored;
     std::string entries = {};  // of the stream's dictionary
     std::string bytes = {};
+    std::vector<std::uint8_t> packed = {};  // the bytes compressed; empty while they are not
 };
 
 /// Compresses, writes, and notes where objects begin.
@@ -69,6 +81,10 @@ public:
             case Job::Kind::kEnd: return EndPieces(job);
         }
     }
+
+    /// Whether all content that is still to come is compressed fast, each stream for itself, so that any
+    /// thread may do it.
+    bool IsContentFast() const { return isContentFast_.load(std::memory_order_acquire); }
 
     void Put(std::string_view bytes) {
         if (!good_.load(std::memory_order_relaxed)) return;
@@ -104,23 +120,31 @@ private:
     }
 
     void WriteWhole(const Job& job) {
-        std::string_view bytes = job.bytes;
+        const std::string_view bytes = Packed(job);
         std::string start = "<<" + job.entries;
-        if (job.packing != Packing::kStored) {
-            bytes = job.packing == Packing::kContent ? CompressContent(job.bytes) : Compress(job.bytes);
-            start += "/Filter/FlateDecode";
-        }
+        if (job.packing != Packing::kStored) start += "/Filter/FlateDecode";
         BeginObject(job.number, start + "/Length " + std::to_string(bytes.size()) + ">>\nstream\n");
         Put(bytes);
         Put("\nendstream\nendobj\n");
     }
 
+    std::string_view Packed(const Job& job) {
+        if (!job.packed.empty()) return AsText(job.packed);
+        switch (job.packing) {
+            case Packing::kStored: break;
+            case Packing::kDeflate: return Compress(job.bytes);
+            case Packing::kContent: return CompressContent(job.bytes);
+        }
+        return job.bytes;
+    }
+
     std::string_view CompressContent(std::string_view bytes) {
-        if (contentBytes_ >= kThoroughContentBytes && packedContentBytes_ * kThoroughRatio > contentBytes_)
-            return CompressFast(bytes);
+        if (IsContentFast()) return CompressFast(bytes);
         const std::string_view packed = Compress(bytes);
         contentBytes_ += bytes.size();
         packedContentBytes_ += packed.size();
+        if (contentBytes_ >= kThoroughContentBytes && packedContentBytes_ * kThoroughRatio > contentBytes_)
+            isContentFast_.store(true, std::memory_order_release);
         return packed;
     }
 
@@ -135,10 +159,7 @@ private:
 
     std::string_view CompressFast(std::string_view bytes) {
         packedFast_.clear();
-        if (!ORVDeflateWhole({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()},
-                             packedFast_))
-            return Fail();
-        return {reinterpret_cast<const char*>(packedFast_.data()), packedFast_.size()};
+        return ORVDeflateWhole(AsBytes(bytes), packedFast_) ? AsText(packedFast_) : Fail();
     }
 
     std::string_view Fail() {
@@ -184,6 +205,7 @@ private:
     std::vector<std::uint64_t> offsets_;
     libdeflate_compressor* compressor_ = nullptr;
     std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // of what was compressed well
+    std::atomic<bool> isContentFast_{false};
     std::string packed_;
     std::vector<std::uint8_t> packedFast_;
     z_stream stream_{};
@@ -207,6 +229,11 @@ public:
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
+    bool HasEnough() {
+        const std::lock_guard lock(mutex_);
+        return waitingBytes_ >= kEnoughWaitingBytes;
+    }
+
     void Take(Job job) {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return waitingBytes_ < kWaitingBytes; });
@@ -218,7 +245,9 @@ public:
     }
 
 private:
-    static std::size_t Size(const Job& job) { return job.bytes.size() + job.entries.size() + sizeof(Job); }
+    static std::size_t Size(const Job& job) {
+        return job.bytes.size() + job.packed.size() + job.entries.size() + sizeof(Job);
+    }
 
     void Run() {
         std::unique_lock lock(mutex_);
@@ -262,10 +291,11 @@ void PdfFile::Hand(Job job) {
             handedBytes_ = 0;  // no thread to be had: later perhaps
         }
     }
-    if (worker_)
-        worker_->Take(std::move(job));
-    else
-        writer_->Write(job);
+    if (!worker_) return writer_->Write(job);
+    if (job.packing == Packing::kContent && writer_->IsContentFast() && worker_->HasEnough() &&
+        ORVDeflateWhole(AsBytes(job.bytes), job.packed))
+        job.bytes = {};
+    worker_->Take(std::move(job));
 }
 
 void PdfFile::WriteObject(unsigned int number, std::string_view content) {

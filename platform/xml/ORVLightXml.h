@@ -75,18 +75,16 @@ public:
     ///                  of them, which then refers to them, and takes less memory
     ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size, Lifetime lifetime = Lifetime::kParsing)
         : bytes_(bytes, bytes ? size : 0), staysInPlace_(lifetime == Lifetime::kElements) {}
-    /// Takes the bytes over; the elements keep them.
-    explicit ORVLightXmlInputStreamBuffer(std::string&& bytes)
-        : owner_(std::make_shared<const std::string>(std::move(bytes))),
-          bytes_(*owner_),
-          staysInPlace_(true) {}
+    /// Bytes that an owner keeps in place, and the elements the owner.
+    ORVLightXmlInputStreamBuffer(std::shared_ptr<const void> owner, std::string_view bytes)
+        : owner_(std::move(owner)), bytes_(bytes), staysInPlace_(true) {}
 
     std::string_view GetBytes() const { return bytes_; }
     bool StayInPlace() const { return staysInPlace_; }
-    const std::shared_ptr<const std::string>& GetOwner() const { return owner_; }
+    const std::shared_ptr<const void>& GetOwner() const { return owner_; }
 
 private:
-    std::shared_ptr<const std::string> owner_;
+    std::shared_ptr<const void> owner_;
     std::string_view bytes_;
     bool staysInPlace_;
 };

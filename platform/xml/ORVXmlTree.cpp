@@ -9,7 +9,7 @@
 namespace {
 
 constexpr std::size_t kFirstChunk = std::size_t{4} << 10U;
-constexpr std::size_t kLargestChunk = std::size_t{1} << 20U;
+constexpr std::size_t kLargestChunk = std::size_t{256} << 10U;
 
 // Drawings repeat short texts ("red", "0", "#text") far more often than long ones.
 constexpr std::size_t kLongestShared = 24;
