@@ -1,35 +1,11 @@
 #include "generators/common/deflate_piece.h"
 
 #include <isa-l.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace {
-
-// What the fast compressor makes of less than some three hundred bytes depends on where memory happens to
-// lie, and the same pages are to give the same bytes.
-constexpr std::size_t kLeastForFast = 1024;
-
-bool DeflateLittle(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
-    constexpr int kMemory = 8;
-    z_stream stream{};
-    const int window = isWhole ? MAX_WBITS : -MAX_WBITS;
-    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
-        return false;
-    const std::size_t start = out.size();
-    constexpr std::size_t kRoom = kLeastForFast + 128;
-    out.resize(start + kRoom);
-    stream.next_in = const_cast<Bytef*>(bytes.data());  // is read only
-    stream.avail_in = static_cast<uInt>(bytes.size());
-    stream.next_out = out.data() + start;
-    stream.avail_out = static_cast<uInt>(kRoom);
-    const int status = deflate(&stream, isWhole ? Z_FINISH : Z_FULL_FLUSH);
-    out.resize(start + kRoom - stream.avail_out);
-    deflateEnd(&stream);
-    return status == (isWhole ? Z_STREAM_END : Z_OK);
-}
 
 // The fast compressor leaves the upper halves of the vector registers in use, which slows down all that the
 // thread computes with doubles afterwards, to half the speed on some processors.
@@ -40,10 +16,9 @@ void FreeUpperHalves() {
 }
 
 bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
-    if (bytes.size() < kLeastForFast) return DeflateLittle(bytes, isWhole, out);
     // The library counts in 32 bits; a band is far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
-    static thread_local std::vector<std::uint8_t> levelMemory(ISAL_DEF_LVL1_DEFAULT);
+    static thread_local std::vector<std::uint8_t> levelMemory(ISAL_DEF_LVL1_DEFAULT), input;
     isal_zstream stream;
     isal_deflate_init(&stream);
     stream.level = 1;
@@ -52,7 +27,19 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
     stream.gzip_flag = isWhole ? IGZIP_ZLIB : IGZIP_DEFLATE;
     stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
     stream.end_of_stream = isWhole ? 1 : 0;
-    stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    if (!bytes.empty()) {
+        // At the start of a stream, the compressor notes the second byte where the address of `stream` hashes
+        // to, and now and then finds a match there: the same bytes would not always become the same stream.
+        // So it is told that earlier bytes have been seen already. The table of what they were is empty, and
+        // those that it may look at in front of the first byte are none like it, so that it finds no match
+        // there.
+        std::fill_n(levelMemory.begin(), ISAL_DEF_LVL1_REQ, std::uint8_t{0});
+        stream.internal_state.has_hist = IGZIP_HIST;
+        input.resize(std::max(input.size(), IGZIP_HIST_SIZE + bytes.size()));
+        std::fill_n(input.begin(), IGZIP_HIST_SIZE, static_cast<std::uint8_t>(~bytes.front()));
+        std::copy(bytes.begin(), bytes.end(), input.begin() + IGZIP_HIST_SIZE);
+    }
+    stream.next_in = input.data() + (bytes.empty() ? 0 : IGZIP_HIST_SIZE);
     stream.avail_in = static_cast<std::uint32_t>(bytes.size());
     while (true) {
         const std::size_t start = out.size();
