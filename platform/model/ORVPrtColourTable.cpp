@@ -11,6 +11,10 @@ std::uint64_t Hash(const ORVPrtColourTable::Colour& colour) {
     return key * 0x9E3779B97F4A7C15U;
 }
 
+std::size_t FirstPlace(std::uint64_t hash, std::size_t count) {
+    return static_cast<std::size_t>(hash >> 32U) & (count - 1);
+}
+
 std::uint32_t Tag(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32U) & ~kNumberBits; }
 
 }  // namespace
@@ -25,12 +29,16 @@ std::size_t ORVPrtColourTable::FindSlot(const Colour& colour) const {
     const std::uint64_t hash = Hash(colour);
     const std::uint32_t tag = Tag(hash);
     const std::size_t last = slots_.size() - 1;
-    std::size_t place = static_cast<std::size_t>(hash >> 32U) & last;
+    std::size_t place = FirstPlace(hash, slots_.size());
     for (;; place = (place + 1) & last) {
         const std::uint32_t slot = slots_[place];
         if (slot == 0) return place;
         if ((slot & ~kNumberBits) == tag && colours_[(slot & kNumberBits) - 1] == colour) return place;
     }
+}
+
+void ORVPrtColourTable::Prefetch(const Colour& colour) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[FirstPlace(Hash(colour), slots_.size())], 1);
 }
 
 int ORVPrtColourTable::GetColourIndex(unsigned int& index, std::uint8_t red, std::uint8_t green,

@@ -25,6 +25,14 @@ public:
     /// Index of a colour, which is added when it is not there.
     unsigned int FindOrAddColour(const Colour& colour);
 
+    /// True when the table is too large to stay near the processor: Prefetch then saves time.
+    bool IsLarge() const {
+        constexpr std::size_t kNearSlots = std::size_t{8} << 10U;
+        return slots_.size() > kNearSlots;
+    }
+    /// Has the memory fetched where a colour will be looked for soon. Changes nothing.
+    void Prefetch(const Colour& colour) const;
+
     const std::vector<Colour>& GetColours() const { return colours_; }
     /// The colour at `index`; black for an index beyond the table.
     Colour GetColour(unsigned int index) const {

@@ -13,6 +13,7 @@
 #include "plugin/structure/element_texts.h"
 #include "plugin/structure/statuses.h"
 #include "plugin/structure/walker.h"
+#include "plugin/style/paint.h"
 #include "plugin/style/presentation.h"
 #include "plugin/values/colour.h"
 #include "plugin/values/length.h"
@@ -44,6 +45,7 @@ template <SvgElementAccess Element>
 int WalkPage(SvgDrawState& state, const Element& element) {
     int result = 0;
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
+        PrefetchPaint(state, child.NextSibling());
         if (child.Name() == ElementName::kTitle) {
             if (!child.Text().empty()) state.page->SetTitle(ORVUnicodeString(child.Text()));
         } else if (!ReadDescription(child, *state.page)) {

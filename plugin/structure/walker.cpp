@@ -24,6 +24,7 @@
 #include "plugin/structure/groups.h"
 #include "plugin/structure/references.h"
 #include "plugin/structure/statuses.h"
+#include "plugin/style/paint.h"
 #include "plugin/style/text_element.h"
 
 namespace {
@@ -104,6 +105,7 @@ void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrim
     // A holder is registered just before its children are walked.
     const std::size_t holderPlace = state.definitions->GetHolderCount() - 1;
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
+        PrefetchPaint(state, child.NextSibling());
         if (ReadDescription(child, container)) continue;
         HandleChild(state, child, &container);
         if (defines) state.definitions->IndexNewChildren(holderPlace);

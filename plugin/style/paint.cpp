@@ -216,9 +216,18 @@ void ApplyPaint(SvgDrawState& state, const Element& element) {
     UpdateDrawStyle(state, mentions);
 }
 
+template <SvgElementAccess Element>
+void PrefetchPaint(const SvgDrawState& state, const Element& element) {
+    if (!HasManyColours(state) || element.IsNull()) return;
+    PrefetchColour(state, element.Attribute(AttributeName::kFill).text);
+    PrefetchColour(state, element.Attribute(AttributeName::kStroke).text);
+}
+
 template void ApplyOpacity(SvgDrawState&, const DomElementAccess&);
 template void ApplyOpacity(SvgDrawState&, const LightElementAccess&);
 template void ApplyCurrentColour(SvgDrawState&, const DomElementAccess&);
 template void ApplyCurrentColour(SvgDrawState&, const LightElementAccess&);
 template void ApplyPaint(SvgDrawState&, const DomElementAccess&);
 template void ApplyPaint(SvgDrawState&, const LightElementAccess&);
+template void PrefetchPaint(const SvgDrawState&, const DomElementAccess&);
+template void PrefetchPaint(const SvgDrawState&, const LightElementAccess&);

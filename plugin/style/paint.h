@@ -53,3 +53,8 @@ void ApplyCurrentColour(SvgDrawState& state, const Element& element);
 /// reports a missing "fill" as a failure, nothing else is read: kept as it is.
 template <SvgElementAccess Element>
 void ApplyPaint(SvgDrawState& state, const Element& element);
+
+/// Has the memory fetched that ApplyPaint will wait for when it comes to `element`, which may be null.
+/// Changes nothing.
+template <SvgElementAccess Element>
+void PrefetchPaint(const SvgDrawState& state, const Element& element);

@@ -125,3 +125,15 @@ int ParseColour(const SvgDrawState& state, std::string_view value, unsigned int&
     index = table->FindOrAddColour({colour.red, colour.green, colour.blue});
     return kRead;
 }
+
+bool HasManyColours(const SvgDrawState& state) {
+    const ORVPrtColourTable* const table = state.page ? state.page->GetColourTable() : nullptr;
+    return table && table->IsLarge();
+}
+
+void PrefetchColour(const SvgDrawState& state, std::string_view value) {
+    const ORVPrtColourTable* const table = state.page->GetColourTable();
+    RgbColour colour;
+    if (value.starts_with('#') && ReadHexadecimal(value.substr(1), colour))
+        table->Prefetch({colour.red, colour.green, colour.blue});
+}

@@ -13,3 +13,8 @@ void EnsureColourTable(ORVPrtImageElt& page);
 /// to their low eight bits, on purpose: 256 is 0.
 /// @return kRead with `index` written, -1 for anything else ("none" and "currentColor" are no colours)
 [[nodiscard]] int ParseColour(const SvgDrawState& state, std::string_view value, unsigned int& index);
+
+/// Whether the page has so many colours that looking for one waits for memory.
+bool HasManyColours(const SvgDrawState& state);
+/// Has the memory fetched where ParseColour will soon look for a colour of that page. Changes nothing.
+void PrefetchColour(const SvgDrawState& state, std::string_view value);
