@@ -44,6 +44,7 @@
 #include "tests/faults/failing_allocator.h"
 #include "tests/faults/failing_threads.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -270,8 +271,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
         });
 }
 
-INSTANTIATE_TEST_SUITE_P(Inputs, ReadingFaults, testing::ValuesIn(kReadRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Inputs, ReadingFaults, testing::ValuesIn(kReadRows), kNameOfRow);
 
 // ---- printing ----
 
@@ -414,8 +414,7 @@ TEST_P(PrintingFaults, WithoutThreadsPrintAllTheSameOrSayWhyNot) {
     EXPECT_TRUE(output.GetBytes() == expected.GetBytes());
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, PrintingFaults, testing::ValuesIn(kPrintRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Formats, PrintingFaults, testing::ValuesIn(kPrintRows), kNameOfRow);
 
 // ---- files ----
 
@@ -464,7 +463,7 @@ TEST_P(FileFaults, LeaveWholeFilesOrNone) {
 INSTANTIATE_TEST_SUITE_P(Formats, FileFaults,
                          testing::Values(PrintRow{"pdf", "pdf"}, PrintRow{"svg", "svg"},
                                          PrintRow{"png", "png"}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 // ---- models ----
 

@@ -23,6 +23,7 @@
 #include "platform/system/ORVRef.h"
 #include "tests/faults/documents.h"
 #include "tests/faults/failing_allocator.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -126,7 +127,7 @@ TEST_P(ColdStart, BreaksNothingForGood) {
 
 INSTANTIATE_TEST_SUITE_P(Fonts, ColdStart,
                          testing::Values(ColdRow{"FromIndex", true}, ColdRow{"FromSystem", false}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,7 @@ enum class Backend { kDom, kLight };
 inline constexpr std::array kBackends{Backend::kDom, Backend::kLight};
 
 inline const char* NameOf(Backend backend) { return backend == Backend::kDom ? "DOM" : "light"; }
+inline std::ostream& operator<<(std::ostream& out, Backend backend) { return out << NameOf(backend); }
 
 /// Sets or removes an environment variable for its lifetime.
 class ScopedEnvironment {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/generators/pdf/drawn_pdf.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/text_search.h"
 
@@ -194,6 +195,6 @@ INSTANTIATE_TEST_SUITE_P(
                       return std::array{Byte(x), Byte(y * 8), Byte(9), Byte(x * 6 + y % 2)};
                   },
                   "rgb 3 8", "gray 1 8"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/generators/svg/drawn_svg.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -122,6 +123,6 @@ INSTANTIATE_TEST_SUITE_P(
                       return Draw(g, path, nullptr, &stroke);
                   },
                   "<path fill=\"none\" stroke=\"#000\" d=\"M-40000 5h80000\"/>\n"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/svg/drawn_svg.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -101,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"Mixed", "a שלום b", kUpright, 0, 0.0, 1.0, {">a </text>", ">שלום</text>", ">b</text>"}},
         // Letters below each other, each an element.
         TextCase{"Vertical", "AB", kUpright, 2, 0.0, 1.0, {">A</text>\n<text x=\"16", ">B</text>\n"}}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(SvgTextElementTest, TextIsClippedAndStroked) {
     const ORVTextLayout layout = ORVLayoutText("clip", {});
