@@ -45,6 +45,7 @@
 #include "tests/faults/failing_threads.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/named_rows.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -147,11 +148,8 @@ class Input {
 public:
     explicit Input(const ReadRow& row)
         : Input(row, row.interpreter[0] == 'Q' ? EmbeddingDocument() : DocumentOfEverything()) {}
-    Input(const ReadRow& row, std::string text) : text_(std::move(text)) {
-        if (row.withDOMParser)
-            unsetenv("PRINT_WITHOUT_DOM_PARSER");
-        else
-            setenv("PRINT_WITHOUT_DOM_PARSER", "1", 1);
+    Input(const ReadRow& row, std::string text)
+        : parser_("PRINT_WITHOUT_DOM_PARSER", row.withDOMParser ? nullptr : "1"), text_(std::move(text)) {
         switch (row.source) {
             case Source::kFile:
                 path_ = folder_.PathOf("drawing-with-a-long-name.svg");
@@ -174,6 +172,7 @@ public:
     ORVPrintInput* Get() const { return input_.get(); }
 
 private:
+    const ScopedEnvironment parser_;
     ScratchFolder folder_;
     std::string text_;
     std::string path_;

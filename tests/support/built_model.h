@@ -17,20 +17,6 @@ inline constexpr std::array kBackends{Backend::kDom, Backend::kLight};
 inline const char* NameOf(Backend backend) { return backend == Backend::kDom ? "DOM" : "light"; }
 inline std::ostream& operator<<(std::ostream& out, Backend backend) { return out << NameOf(backend); }
 
-/// Sets or removes an environment variable for its lifetime.
-class ScopedEnvironment {
-public:
-    /// @param value  null removes the variable
-    ScopedEnvironment(const char* name, const char* value);
-    ~ScopedEnvironment();
-    ScopedEnvironment(const ScopedEnvironment&) = delete;
-    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-
-private:
-    std::string name_, old_;
-    bool wasSet_;
-};
-
 /// How a document is read.
 struct BuildOptions {
     Backend backend = Backend::kDom;
