@@ -7,11 +7,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "fuzz/support/FuzzTarget.h"
+
+static void PrintTo(const FuzzTarget& target, std::ostream* out) { *out << target.GetName(); }
 
 namespace {
 

@@ -26,7 +26,7 @@
 #include "platform/xml/ORVXmlNode.h"
 #include "plugin/interpreter/factories.h"
 #include "tests/support/CheckingGenerator.h"
-#include "tests/support/built_model.h"
+#include "tests/support/scoped_environment.h"
 
 namespace {
 

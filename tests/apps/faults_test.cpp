@@ -3,20 +3,23 @@
 // files or none.
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <map>
 #include <thread>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/scoped_environment.h"
 
 namespace fs = std::filesystem;
 
@@ -43,13 +46,11 @@ std::string LargeDrawing() {
 class FaultsTest : public ToolTest {
 protected:
     FaultsTest() {
-        setenv("SOURCE_DATE_EPOCH", "0", 1);
         WriteFile("a.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
         WriteFile("b.svg", SmallDrawing("<text x='9' y='20' fill='black'>text</text>"));
         WriteFile("large.svg", LargeDrawing());
         fs::create_directories(Folder() / "out");
     }
-    ~FaultsTest() override { unsetenv("SOURCE_DATE_EPOCH"); }  // other tests tell the day
 
     /// Names and contents of all files in a folder and below, hidden ones too.
     std::map<std::string, std::string> FilesIn(const std::string& folder) const {
@@ -69,6 +70,9 @@ protected:
         arguments.insert(arguments.begin(), ORV_TOOL_PATH);
         return StartProgram(arguments);
     }
+
+private:
+    const ScopedEnvironment day_{"SOURCE_DATE_EPOCH", "0"};  // two runs give the same bytes
 };
 
 /// One line that begins so and holds that.
@@ -84,15 +88,13 @@ TEST_F(FaultsTest, InputsThatCannotBeRead) {
     struct Row {
         const char *input, *reason;
     };
-    // The start of a process's memory gives an error of the device.
-    for (const Row& row : {Row{"out", " a "}, Row{"/proc/self/mem", "Input/output error"},
+    // "Is a directory", or "is a folder". The start of a process's memory gives an error of the device.
+    for (const Row& row : {Row{"out", "s a "}, Row{"/proc/self/mem", "Input/output error"},
                            Row{"missing.svg", "No such file or directory"}}) {
         for (const char* command : {"info", "check", "inspect"}) {
             const ToolRun run = Run({command, row.input});
-            if (command != std::string("inspect") || row.input != std::string("/proc/self/mem")) {
-                EXPECT_EQ(run.exitCode, 3) << command << " " << row.input;
-                ExpectLine(run, row.input, row.reason);
-            }
+            EXPECT_EQ(run.exitCode, 3) << command << " " << row.input;
+            ExpectLine(run, row.input, row.reason);
         }
         const ToolRun run = Run({row.input, "-o", "out/x.pdf"});
         EXPECT_EQ(run.exitCode, 3) << row.input;
@@ -342,12 +344,13 @@ TEST_F(FaultsTest, OutputsThatHaveNoPlace) {
 class WaitingTest : public FaultsTest {
 protected:
     WaitingTest() { EXPECT_EQ(mkfifo((Folder() / "waits.svg").c_str(), 0600), 0); }
-    /// Opens the input as soon as the command reads it.
-    int Open() const {
+
+    /// Opens the input as soon as the command reads it. @return -1 when it ended and never did
+    int Open(const RunningTool& running) const {
         const std::string path = Folder() / "waits.svg";
-        for (int tries = 0; tries < 30'000; ++tries) {
-            if (const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK); descriptor >= 0)
-                return descriptor;
+        while (!HasEnded(running)) {
+            const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+            if (descriptor >= 0) return descriptor;
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
         return -1;
@@ -357,13 +360,20 @@ protected:
         EXPECT_EQ(write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
         close(descriptor);
     }
+
+private:
+    static bool HasEnded(const RunningTool& running) {
+        siginfo_t ended{};
+        const int result = waitid(P_PID, static_cast<id_t>(running.pid), &ended, WEXITED | WNOHANG | WNOWAIT);
+        return result != 0 || ended.si_pid != 0;
+    }
 };
 
 TEST_F(WaitingTest, FolderThatIsRemovedMeanwhile) {
     for (const char* format : kFormats) {
         const std::string output = std::string("out/x.") + format;
         const RunningTool running = Start({"a.svg", "waits.svg", "-o", output});
-        const int pipe = Open();
+        const int pipe = Open(running);
         fs::remove_all(Folder() / "out");
         Feed(pipe);
         const ToolRun run = WaitFor(running);
@@ -377,7 +387,7 @@ TEST_F(WaitingTest, FolderThatIsRemovedMeanwhile) {
 TEST_F(WaitingTest, FolderOfABatchThatIsRemovedMeanwhile) {
     const RunningTool running =
         Start({"a.svg", "waits.svg", "b.svg", "--out-dir", "out", "-f", "pdf", "-j", "1", "--keep-going"});
-    const int pipe = Open();
+    const int pipe = Open(running);
     fs::remove_all(Folder() / "out");
     Feed(pipe);
     const ToolRun run = WaitFor(running);
@@ -388,39 +398,75 @@ TEST_F(WaitingTest, FolderOfABatchThatIsRemovedMeanwhile) {
 
 // ---- signals ----
 
-/// What may stand in a folder: these files, as they are when nothing happens.
-class SignalTest : public FaultsTest {
+/// Whatever the signal and whenever it comes: what stands in the folder of outputs then are files as they are
+/// when nothing happens, or none.
+class SignalTest : public WaitingTest {
 protected:
     using Files = std::map<std::string, std::string>;
 
-    static bool IsHidden(const std::string& name) { return name.front() == '.'; }
+    // The workers of a batch that was killed end when they find that it is gone. As descendants of the test
+    // they can be waited for: none must write into the folder of the next run.
+    SignalTest() { EXPECT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0); }
+    ~SignalTest() override { prctl(PR_SET_CHILD_SUBREAPER, 0); }
 
-    /// Sends the signal after each of some times, and looks at what is there then.
-    void SendAtManyTimes(const std::vector<std::string>& arguments, int signal, bool mayLeaveHidden) {
+    static void WaitForWorkers() {
+        while (waitpid(-1, nullptr, 0) > 0 || errno == EINTR) {
+        }
+    }
+    void ClearOutputs() const {
+        fs::remove_all(Folder() / "out");
+        fs::create_directories(Folder() / "out");
+    }
+
+    /// Sends the signal while the command waits for its last input, with work behind it and a file begun.
+    void SendWhileItWaits(const std::vector<std::string>& arguments, int signal, const Files& whole) {
+        ClearOutputs();
+        const RunningTool running = Start(arguments);
+        const int pipe = Open(running);
+        EXPECT_GE(pipe, 0);
+        kill(running.pid, signal);
+        const ToolRun run = WaitFor(running);
+        close(pipe);
+        WaitForWorkers();
+        EXPECT_EQ(run.signal, signal) << run.exitCode << " " << run.errors;
+        ExpectWholeFiles(whole, signal, "while it waited");
+    }
+
+    /// Sends the signal after each of some parts of the time that the command takes.
+    void SendAtManyTimes(const std::vector<std::string>& arguments, int signal) {
+        ClearOutputs();
+        const auto start = std::chrono::steady_clock::now();
         ASSERT_EQ(Run(arguments).exitCode, 0);
+        const auto duration = std::chrono::steady_clock::now() - start;
         const Files whole = FilesIn("out");
         ASSERT_FALSE(whole.empty());
-        bool wasEnded = false;
-        for (const int milliseconds : {0, 2, 5, 9, 14, 20, 27, 35, 50, 70, 100, 150, 220, 320, 500}) {
-            fs::remove_all(Folder() / "out");
-            fs::create_directories(Folder() / "out");
+        constexpr int kTimes = 10;
+        for (int time = 0; time < kTimes; ++time) {
+            ClearOutputs();
             const RunningTool running = Start(arguments);
-            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            std::this_thread::sleep_for(duration * time / kTimes);
             kill(running.pid, signal);
             const ToolRun run = WaitFor(running);
+            WaitForWorkers();
             EXPECT_TRUE(run.signal == signal || run.exitCode == 0) << run.signal << " " << run.exitCode;
-            wasEnded = wasEnded || run.signal == signal;
-            for (const auto& [name, bytes] : FilesIn("out")) {
-                if (mayLeaveHidden && IsHidden(name)) continue;
-                const auto found = whole.find(name);
-                ASSERT_NE(found, whole.end()) << name << " is left after " << milliseconds << " ms";
-                EXPECT_TRUE(bytes == found->second)
-                    << name << " is not whole after " << milliseconds << " ms";
-            }
+            ExpectWholeFiles(whole, signal,
+                             "after " + std::to_string(time) + " of " + std::to_string(kTimes) + " parts");
         }
-        EXPECT_TRUE(wasEnded);
+    }
+
+private:
+    void ExpectWholeFiles(const Files& whole, int signal, const std::string& when) const {
+        for (const auto& [name, bytes] : FilesIn("out")) {
+            // Who is killed cannot clear up.
+            if (signal == SIGKILL && name.front() == '.') continue;
+            const auto found = whole.find(name);
+            ASSERT_NE(found, whole.end()) << name << " is left, signal " << signal << " " << when;
+            EXPECT_TRUE(bytes == found->second) << name << " is not whole, signal " << signal << " " << when;
+        }
     }
 };
+
+constexpr std::array kEndSignals{SIGTERM, SIGINT, SIGHUP, SIGKILL};
 
 TEST_F(SignalTest, LeaveWholeFilesOfABatch) {
     std::vector<std::string> arguments;
@@ -430,15 +476,30 @@ TEST_F(SignalTest, LeaveWholeFilesOfABatch) {
         arguments.push_back(name);
     }
     arguments.insert(arguments.end(), {"--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"});
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) SendAtManyTimes(arguments, signal, false);
-    SendAtManyTimes(arguments, SIGKILL, true);
+    for (const int signal : kEndSignals) SendAtManyTimes(arguments, signal);
+}
+
+TEST_F(SignalTest, LeaveWholeFilesOfABatchThatWaits) {
+    const std::vector<std::string> options{"--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"};
+    std::vector<std::string> arguments{"a.svg", "large.svg", "b.svg"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    ASSERT_EQ(Run(arguments).exitCode, 0);
+    const Files whole = FilesIn("out");
+    ASSERT_THAT(whole, testing::SizeIs(3));
+    arguments.insert(arguments.begin() + 3, "waits.svg");
+    for (const int signal : kEndSignals) SendWhileItWaits(arguments, signal, whole);
 }
 
 TEST_F(SignalTest, LeaveAWholeFileOrNone) {
     for (const char* output : {"out/x.pdf", "out/x.png"})
-        for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGKILL})
-            SendAtManyTimes({"large.svg", "b.svg", "large.svg", "-o", output, "--dpi", "200"}, signal,
-                            signal == SIGKILL);
+        for (const int signal : kEndSignals)
+            SendAtManyTimes({"large.svg", "b.svg", "large.svg", "-o", output, "--dpi", "200"}, signal);
+}
+
+TEST_F(SignalTest, LeaveNothingOfAFileThatWaits) {
+    for (const char* format : kFormats)
+        for (const int signal : kEndSignals)
+            SendWhileItWaits({"large.svg", "waits.svg", "-o", std::string("out/x.") + format}, signal, {});
 }
 
 }  // namespace

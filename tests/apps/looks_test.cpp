@@ -10,6 +10,7 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "tests/apps/tool_run.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "tests/apps/tool_run.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -122,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
         PageCase{"Margins", 90, 180, {"--margin", "1in,0.5in"}, "144 x 288"},
         PageCase{"FourMargins", 90, 180, {"--margin", "1pt,2pt,3pt,4pt"}, "78 x 148"},
         PageCase{"ScaledWithMargin", 90, 180, {"--scale", "0.5", "--margin", "1in"}, "180 x 216"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST_F(PaperTest, NaturalSizeIsExact) {
     // 90 units are 25.4 mm are 72 points.
@@ -322,7 +323,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"GreyAndMono", {"--grey", "--mono"}, "exclude each other"},
         RefusalCase{"StrokeScale", {"--stroke-scale", "0"}, "--stroke-scale"},
         RefusalCase{"LeastLine", {"--min-stroke", "thin"}, "--min-stroke: 'thin' is no length"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST_F(PaperTest, RefusesPostersWithoutEnd) {
     WriteFile("in.svg", Sized(90000, 90000, ""));

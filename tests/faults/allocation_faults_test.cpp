@@ -44,6 +44,8 @@
 #include "tests/faults/failing_allocator.h"
 #include "tests/faults/failing_threads.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/named_rows.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -146,11 +148,8 @@ class Input {
 public:
     explicit Input(const ReadRow& row)
         : Input(row, row.interpreter[0] == 'Q' ? EmbeddingDocument() : DocumentOfEverything()) {}
-    Input(const ReadRow& row, std::string text) : text_(std::move(text)) {
-        if (row.withDOMParser)
-            unsetenv("PRINT_WITHOUT_DOM_PARSER");
-        else
-            setenv("PRINT_WITHOUT_DOM_PARSER", "1", 1);
+    Input(const ReadRow& row, std::string text)
+        : parser_("PRINT_WITHOUT_DOM_PARSER", row.withDOMParser ? nullptr : "1"), text_(std::move(text)) {
         switch (row.source) {
             case Source::kFile:
                 path_ = folder_.PathOf("drawing-with-a-long-name.svg");
@@ -173,6 +172,7 @@ public:
     ORVPrintInput* Get() const { return input_.get(); }
 
 private:
+    const ScopedEnvironment parser_;
     ScratchFolder folder_;
     std::string text_;
     std::string path_;
@@ -270,8 +270,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
         });
 }
 
-INSTANTIATE_TEST_SUITE_P(Inputs, ReadingFaults, testing::ValuesIn(kReadRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Inputs, ReadingFaults, testing::ValuesIn(kReadRows), kNameOfRow);
 
 // ---- printing ----
 
@@ -414,8 +413,7 @@ TEST_P(PrintingFaults, WithoutThreadsPrintAllTheSameOrSayWhyNot) {
     EXPECT_TRUE(output.GetBytes() == expected.GetBytes());
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, PrintingFaults, testing::ValuesIn(kPrintRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Formats, PrintingFaults, testing::ValuesIn(kPrintRows), kNameOfRow);
 
 // ---- files ----
 
@@ -464,7 +462,7 @@ TEST_P(FileFaults, LeaveWholeFilesOrNone) {
 INSTANTIATE_TEST_SUITE_P(Formats, FileFaults,
                          testing::Values(PrintRow{"pdf", "pdf"}, PrintRow{"svg", "svg"},
                                          PrintRow{"png", "png"}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 // ---- models ----
 

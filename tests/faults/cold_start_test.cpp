@@ -23,6 +23,8 @@
 #include "platform/system/ORVRef.h"
 #include "tests/faults/documents.h"
 #include "tests/faults/failing_allocator.h"
+#include "tests/support/named_rows.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -101,8 +103,8 @@ class ColdStart : public testing::TestWithParam<ColdRow> {};
 
 TEST_P(ColdStart, BreaksNothingForGood) {
     const ScratchFolder cache;
-    setenv("ORVPRINT_CACHE_DIR", GetParam().hasFaceIndex ? cache.Path().c_str() : "", 1);
-    unsetenv("PRINT_WITHOUT_DOM_PARSER");
+    const ScopedEnvironment index("ORVPRINT_CACHE_DIR", GetParam().hasFaceIndex ? cache.Path().c_str() : "");
+    const ScopedEnvironment parser("PRINT_WITHOUT_DOM_PARSER", nullptr);
     // With an index of faces, the first run makes it.
     ColdRun clean = RunCold(0, Refuses::kOne);
     clean = RunCold(0, Refuses::kOne);
@@ -126,7 +128,7 @@ TEST_P(ColdStart, BreaksNothingForGood) {
 
 INSTANTIATE_TEST_SUITE_P(Fonts, ColdStart,
                          testing::Values(ColdRow{"FromIndex", true}, ColdRow{"FromSystem", false}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 }  // namespace
 

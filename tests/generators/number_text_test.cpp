@@ -5,8 +5,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <ostream>
 #include <random>
 #include <string>
+
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -34,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DecimalCase{"Large", 1e12, 3, "1000000000000"}, DecimalCase{"TooLarge", 1e300, 3, "0"},
                     DecimalCase{"NotANumber", std::nan(""), 3, "0"},
                     DecimalCase{"Infinite", -std::numeric_limits<double>::infinity(), 9, "0"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 struct FactorCase {
     const char* name;
@@ -57,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FactorCase{"MorePlacesThanDigits", 123456.789, 4, "123457"},
                     FactorCase{"NotANumber", std::nan(""), 6, "0"},
                     FactorCase{"Infinite", std::numeric_limits<double>::infinity(), 6, "0"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(AppendSignificantTest, WritesTheGreatestNumbers) {
     std::string text;
@@ -70,6 +73,8 @@ struct NumberCase {
     double number;
     int places;
     const char* text;
+
+    friend std::ostream& operator<<(std::ostream& out, const NumberCase& row) { return out << row.text; }
 };
 class ShortNumberTest : public testing::TestWithParam<NumberCase> {};
 TEST_P(ShortNumberTest, IsAsShortAsItCanBe) {

@@ -20,6 +20,7 @@
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "tests/support/CheckingGenerator.h"
 #include "tests/support/built_model.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 
 namespace {
@@ -255,8 +256,7 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Formats, HostileNumbersTest,
-                         testing::ValuesIn(ORVOutputFormats().begin(), ORVOutputFormats().end()),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         testing::ValuesIn(ORVOutputFormats().begin(), ORVOutputFormats().end()), kNameOfRow);
 
 TEST_P(HostileNumbersTest, GivePagesOrRefusals) {
     for (const NumbersCase& row : Cases()) Print(row, false);

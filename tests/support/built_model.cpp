@@ -1,29 +1,9 @@
 #include "tests/support/built_model.h"
 
-#include <cstdlib>
-
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "plugin/interpreter/SvgDocumentSource.h"
 #include "plugin/interpreter/model_build.h"
-
-ScopedEnvironment::ScopedEnvironment(const char* name, const char* value) : name_(name) {
-    const char* old = std::getenv(name);
-    wasSet_ = old != nullptr;
-    if (old) old_ = old;
-    if (value) {
-        setenv(name, value, 1);
-    } else {
-        unsetenv(name);
-    }
-}
-
-ScopedEnvironment::~ScopedEnvironment() {
-    if (wasSet_) {
-        setenv(name_.c_str(), old_.c_str(), 1);
-    } else {
-        unsetenv(name_.c_str());
-    }
-}
+#include "tests/support/scoped_environment.h"
 
 BuiltModel::BuiltModel(std::string_view document, const BuildOptions& options) : model_(new ORVPrtModel) {
     const ScopedEnvironment backend("PRINT_WITHOUT_DOM_PARSER",

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -14,20 +15,7 @@ enum class Backend { kDom, kLight };
 inline constexpr std::array kBackends{Backend::kDom, Backend::kLight};
 
 inline const char* NameOf(Backend backend) { return backend == Backend::kDom ? "DOM" : "light"; }
-
-/// Sets or removes an environment variable for its lifetime.
-class ScopedEnvironment {
-public:
-    /// @param value  null removes the variable
-    ScopedEnvironment(const char* name, const char* value);
-    ~ScopedEnvironment();
-    ScopedEnvironment(const ScopedEnvironment&) = delete;
-    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-
-private:
-    std::string name_, old_;
-    bool wasSet_;
-};
+inline std::ostream& operator<<(std::ostream& out, Backend backend) { return out << NameOf(backend); }
 
 /// How a document is read.
 struct BuildOptions {

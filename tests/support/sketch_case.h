@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <string>
 #include <string_view>
+
+#include "tests/support/named_rows.h"
 
 /// One row: the content of a drawing of 200 x 100 user units, and the sketch of what becomes of it.
 struct SketchCase {
@@ -14,9 +15,6 @@ struct SketchCase {
 
     friend std::ostream& operator<<(std::ostream& out, const SketchCase& row) { return out << row.content; }
 };
-
-/// Names a row in the test's name.
-inline constexpr auto kNameOfRow = [](const auto& row) { return std::string(row.param.name); };
 
 /// Builds a document with both back-ends and expects the same sketch of the first page's children from each.
 void ExpectSketch(std::string_view document, std::string_view expected);

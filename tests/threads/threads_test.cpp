@@ -26,6 +26,8 @@
 #include "tests/support/built_model.h"
 #include "tests/support/model_json.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/scoped_environment.h"
+#include "tests/support/scratch_folder.h"
 
 namespace {
 
@@ -117,6 +119,9 @@ Expected MakeExpected(const Document& document, Backend backend) {
 TEST(ThreadsTest, InterpretersOfManyThreadsAreIndependent) {
     const std::vector<Document> documents = ReadDocuments();
     ASSERT_GE(documents.size(), 10U);
+    // An index of faces that is not there yet: that, too, is made on first use.
+    const ScratchFolder cache;
+    const ScopedEnvironment index("ORVPRINT_CACHE_DIR", cache.Path().c_str());
 
     // Asked for after the threads, so that whatever is made on first use is made by sixteen at once.
     struct Made {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 struct PlaceCase {
@@ -36,6 +38,6 @@ INSTANTIATE_TEST_SUITE_P(
                     PlaceCase{"OtherBytesAreTheElement", "&entity;", 0, "b", 3, 4},
                     PlaceCase{"BeyondTheEndIsTheElement", "<g", 9, "b", 3, 4},
                     PlaceCase{"BrokenOffIsTheElement", "<g a='1", 0, "b", 3, 4}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 }  // namespace

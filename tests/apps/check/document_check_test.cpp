@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <ostream>
 #include <set>
 #include <string>
 
 #include "tests/apps/check/checked.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 
@@ -19,6 +21,10 @@ struct KindCase {
     FindingCode code;
     const char* wrong;
     const char* right;
+
+    friend std::ostream& operator<<(std::ostream& out, const KindCase& row) {
+        return out << GetFindingKind(row.code).name;
+    }
 };
 
 // With "<svg" first a whole document, else the content of a drawing.
@@ -238,7 +244,7 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
         DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>",
                      ""}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(DocumentCheckTest, TellsWhereAndWhat) {
     const Findings findings =

@@ -7,6 +7,7 @@
 #include "tests/apps/check/checked.h"
 #include "tests/platform/print/recording_generator.h"
 #include "tests/support/built_model.h"
+#include "tests/support/named_rows.h"
 
 // What the check says of paint is what comes of it: it finds something exactly where a shape is not filled or
 // stroked as SVG has it.
@@ -74,6 +75,6 @@ INSTANTIATE_TEST_SUITE_P(Shapes, DrawnTest,
                                          ShapeCase{"PathOfACurve", "<path d='M1 1 C9 1 9 1 9 9'", true},
                                          ShapeCase{"PathOfAnArc", "<path d='M1 1 A5 5 0 0 1 9 9'", true},
                                          ShapeCase{"PathOfCurves", "<path d='M1 1 Q9 1 9 9 T1 9'", true}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <set>
 
 namespace {
@@ -37,6 +38,8 @@ TEST(FindingsTest, IgnoredKindsDoNotCount) {
 
 struct ExcerptCase {
     std::string text, excerpt;
+
+    friend std::ostream& operator<<(std::ostream& out, const ExcerptCase& row) { return out << row.excerpt; }
 };
 class ExcerptTest : public testing::TestWithParam<ExcerptCase> {};
 TEST_P(ExcerptTest, IsOneShortLine) { EXPECT_EQ(Excerpt(GetParam().text), GetParam().excerpt); }

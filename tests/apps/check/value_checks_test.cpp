@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "plugin/style/property_table.h"
@@ -14,6 +15,8 @@ struct ValueCase {
     Reader reader;
     const char* value;
     const char* message;  // empty: nothing wrong
+
+    friend std::ostream& operator<<(std::ostream& out, const ValueCase& row) { return out << row.value; }
 };
 
 MaybeProblem Check(Reader reader, const std::string& value) {
@@ -134,6 +137,10 @@ struct PropertyCase {
     const char* property;
     const char* value;
     bool isWrong;
+
+    friend std::ostream& operator<<(std::ostream& out, const PropertyCase& row) {
+        return out << row.property << " " << row.value;
+    }
 };
 class PropertyCheckTest : public testing::TestWithParam<PropertyCase> {};
 TEST_P(PropertyCheckTest, KnowsWhatIsTaken) {

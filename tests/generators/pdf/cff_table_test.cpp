@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 /// An index of one object, with offsets of one byte.
@@ -49,6 +51,6 @@ INSTANTIATE_TEST_SUITE_P(
                               false},
                     TableCase{"OffsetsThatFall",
                               std::string{'\1', '\0', '\4', '\1', '\0', '\1', '\1', '\1', '\0'}, false}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 }  // namespace

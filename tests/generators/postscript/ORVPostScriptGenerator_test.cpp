@@ -16,25 +16,17 @@
 #include "generators/formats.h"
 #include "platform/system/modules.h"
 #include "tests/generators/drawing_calls.h"
+#include "tests/generators/limited_output.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/shell_run.h"
+#include "tests/support/text_search.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-std::string Shell(const std::string& command) {
-    std::string text;
-    std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return text;
-    std::array<char, 4096> buffer;
-    for (std::size_t got = 0; (got = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        text.append(buffer.data(), got);
-    pclose(pipe);
-    return text;
-}
 
 /// A document that a test draws.
 class PostScript {
@@ -54,12 +46,12 @@ public:
     const std::string& Finish() {
         EXPECT_EQ(Get().EndDocument(), 1) << GetError();
         std::ofstream(path_, std::ios::binary) << output_.GetBytes();
-        EXPECT_EQ(Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=nullpage " + path_), "");
+        EXPECT_EQ(Interpret("-sDEVICE=nullpage"), "");
         return output_.GetBytes();
     }
     /// Around what of each page is painted, as the interpreter sees it: left, bottom, right, top in points.
     std::vector<std::array<double, 4>> Boxes() const {
-        std::istringstream lines(Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=bbox " + path_));
+        std::istringstream lines(Interpret("-sDEVICE=bbox"));
         std::vector<std::array<double, 4>> boxes;
         for (std::string line; std::getline(lines, line);) {
             std::array<double, 4> box{};
@@ -69,11 +61,14 @@ public:
         }
         return boxes;
     }
-    std::string Text() const {
-        return Shell("gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=txtwrite -sOutputFile=- " + path_);
-    }
+    std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
 
 private:
+    /// What the interpreter says of the document.
+    std::string Interpret(const std::string& options) const {
+        return ShellRun("gs -q -dSAFER -dBATCH -dNOPAUSE " + options + " '" + path_ + "'").text;
+    }
+
     ORVMemoryOutput output_;
     std::unique_ptr<ORVFormatGenerator> format_;
     unsigned int pages_ = 0;
@@ -84,12 +79,6 @@ private:
 /// The interpreter measures to a hundredth of a point.
 void ExpectBox(const std::array<double, 4>& actual, const std::array<double, 4>& expected) {
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(actual[i], expected[i], 0.03) << "side " << i;
-}
-
-std::size_t Count(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
-    return count;
 }
 
 TEST(ORVPostScriptGeneratorTest, ADocumentHasAllPagesInTheirSizes) {
@@ -110,7 +99,7 @@ TEST(ORVPostScriptGeneratorTest, ADocumentHasAllPagesInTheirSizes) {
     EXPECT_THAT(text, HasSubstr("842 595 cairo_set_page_size\n"));
     EXPECT_THAT(text, Not(HasSubstr("CreationDate")));
     EXPECT_THAT(text, Not(HasSubstr("Landscape")));
-    EXPECT_EQ(Count(text, "%%Page: "), 3U);
+    EXPECT_EQ(CountOf(text, "%%Page: "), 3U);
     // 90 by 45 user units are 72 by 36 points, at the upper edge of the sheet.
     const auto boxes = document.Boxes();
     ASSERT_EQ(boxes.size(), 3U);
@@ -194,7 +183,7 @@ TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
     EXPECT_EQ(document.Get().DrawImage({*image, {60.0, 0.0, 0.0, 40.0, 10.0, 10.0}}), 1);
     EXPECT_EQ(document.Get().DrawImage({*image, {6.0, 1.0, -1.0, 6.0, 30.0, 60.0}}), 1);
     document.EndPage();
-    EXPECT_EQ(Count(document.Finish(), "DCTDecode"), 2U);
+    EXPECT_EQ(CountOf(document.Finish(), "DCTDecode"), 2U);
     ASSERT_EQ(document.Boxes().size(), 1U);
     ExpectBox(document.Boxes()[0], {8, 19.2, 56, 64});
 }
@@ -226,7 +215,7 @@ TEST(ORVPostScriptGeneratorTest, ManyTransparentPartsBecomeOnePicture) {
     EXPECT_EQ(WriteText(document.Get(), "below", 100.0, 380.0), 1);
     document.EndPage();
     const std::string& text = document.Finish();
-    EXPECT_EQ(Count(text, "Fallback Image"), 1U);
+    EXPECT_EQ(CountOf(text, "Fallback Image"), 1U);
     EXPECT_THAT(document.Text(), HasSubstr("below"));
 }
 
@@ -275,17 +264,8 @@ TEST(ORVPostScriptGeneratorTest, RefusesPagesBeyondMeasure) {
     EXPECT_EQ(document.Get().EndDocument(), 1);
 }
 
-/// Takes no byte.
-class FullOutput final : public ORVOutput {
-public:
-    int BeginPart() override { return 1; }
-    int Write(const void* /*bytes*/, std::size_t /*size*/) override { return Fail("full"); }
-    int EndPart() override { return 1; }
-    int Commit() override { return 1; }
-};
-
 TEST(ORVPostScriptGeneratorTest, OutputThatFailsIsNoticed) {
-    FullOutput output;
+    LimitedOutput output(0);
     const auto format = ORVFindOutputFormat("ps")->create(output, {});
     EXPECT_EQ(format->Get().BeginDocument({}), 1);
     EXPECT_EQ(format->Get().BeginPage(PageInfo(9, 9)), 1);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "generators/common/ORVOutput.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ INSTANTIATE_TEST_SUITE_P(DscText, DscTextTest,
                                          TextCase{"Others", "漢 x", "(? x)"},
                                          TextCase{"Controls", "a\nb\x7F", "(a\\012b?)"},
                                          TextCase{"CutOff", "\xC3", "(?)"}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 TEST(DscTextTest, IsCutOffBeforeLinesGetTooLong) {
     EXPECT_LT(DscText(std::string(1000, 'x')).size(), 220U);

@@ -8,6 +8,8 @@
 #include <map>
 #include <random>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 struct Corner {
@@ -89,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
         CoverageCase{"SlantedAcrossTheLeftBorder", {{-4, 4}, {4, 4}, {4, 12}, {-4, 4}}, 0, 4, 255},
         CoverageCase{"RightOfThePage", {{12, 2}, {500, 2}, {500, 6}, {12, 6}}, 15, 3, 255},
         CoverageCase{"AllAround", {{-9e9, -9e9}, {9e9, -9e9}, {9e9, 9e9}, {-9e9, 9e9}}, 7, 7, 255}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(CoverageBufferTest, RulesDifferWhereWindingsMeet) {
     const Polygon outer{{1, 1}, {11, 1}, {11, 11}, {1, 11}}, same{{3, 3}, {9, 3}, {9, 9}, {3, 9}};

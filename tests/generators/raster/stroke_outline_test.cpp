@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "tests/generators/raster/pixel_page.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -93,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
                     AreaCase{"DotSquare", Line({{50, 50}}, true), Pen(10, Cap::kSquare), 100},
                     AreaCase{"DotButt", Line({{50, 50}, {50, 50}}), Pen(10), 0},
                     AreaCase{"PointOnly", Line({{50, 50}}), Pen(10, Cap::kRound), 0}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(StrokeTest, MitersEndAtTheirLimit) {
     // A corner of 30 degrees: its miter is 3.86 times the width.

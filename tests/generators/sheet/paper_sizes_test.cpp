@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <set>
 #include <string>
 
@@ -10,6 +11,8 @@ namespace {
 struct PaperCase {
     const char* text;
     double width, height;  // millimetres
+
+    friend std::ostream& operator<<(std::ostream& out, const PaperCase& row) { return out << row.text; }
 };
 class FindPaperTest : public testing::TestWithParam<PaperCase> {};
 TEST_P(FindPaperTest, GivesTheSize) {

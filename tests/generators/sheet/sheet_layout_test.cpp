@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 using testing::HasSubstr;
@@ -77,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
         ScaleCase{"FillCutsOff", {ORVSheetScale::Kind::kFill}, 40.0, 20.0, 9.0, {10.0, 10.0, 90.0, 190.0}},
         ScaleCase{"FactorEnlarges", Factor(1.5), 40.0, 20.0, 1.5, {20.0, 85.0, 80.0, 115.0}},
         ScaleCase{"FactorMayCutOff", Factor(1.0), 160.0, 20.0, 1.0, {10.0, 90.0, 90.0, 110.0}}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 struct AlignCase {
     double horizontal, vertical, left, top;
@@ -196,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(Layout, PosterTest,
                                          PosterCase{"ExactWithOverlap", 190.0, 390.0, 10.0, 2.0, 2.0},
                                          PosterCase{"LittleMore", 190.1, 390.1, 10.0, 3.0, 3.0},
                                          PosterCase{"Wide", 1000.0, 10.0, 10.0, 11.0, 1.0}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 TEST(PosterTest, TakesThePaperAsItNeedsFewerSheets) {
     const auto poster = ORVLayOutPoster(Poster(100.0, 200.0, 0.0, 0.0), 400.0, 100.0);

@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "tests/generators/drawing_calls.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -76,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Path, AppendSvgPathTest,
                                                       p.MoveTo({1, 1}), p.LineTo({1, 1});
                                                   },
                                                   "M1 1h0"}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 // Each step is a third, which is rounded: the sum of the steps must still be right.
 TEST(AppendSvgPathTest, RoundingDoesNotAddUp) {

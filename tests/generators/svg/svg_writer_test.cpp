@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "generators/common/ORVOutput.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 
 namespace {
@@ -30,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
         TransformCase{
             "QuarterTurn", {6e-17, -1.0, 1.0, 6e-17, 10.0, 0.0}, " transform=\"matrix(0 1 -1 0 10 0)\""},
         TransformCase{"All", {1.0, 3.0, 2.0, 4.0, 5.0, 6.0}, " transform=\"matrix(1 2 3 4 5 6)\""}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 std::string Written(const std::vector<std::pair<std::string, std::string>>& elements) {
     ORVMemoryOutput output;

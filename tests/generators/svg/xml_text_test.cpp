@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 struct XmlTextCase {
@@ -34,6 +36,6 @@ INSTANTIATE_TEST_SUITE_P(
                     XmlTextCase{"Surrogate", "\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},
                     XmlTextCase{"NoCharacter", "\xEF\xBF\xBE\xEF\xBF\xBF",
                                 "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 }  // namespace

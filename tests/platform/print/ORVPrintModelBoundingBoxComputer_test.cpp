@@ -8,6 +8,7 @@
 #include "platform/mathematics/constants.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "tests/platform/print/make_primitives.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -117,7 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ArcCase{"DownwardsFromTwoPi", 2.5 * ORVPI, ORVPI, -1.0, 1.0, -1.0, 1.0},
                     ArcCase{"MoreThanATurn", 0.0, 20.0, -1.0, 1.0, -1.0, 1.0},
                     ArcCase{"NoSweepIsAPoint", ORVPI, ORVPI, -1.0, -1.0, 0.0, 0.0}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(BoundingBoxTest, EnormousAnglesEnd) {
     EXPECT_EQ(BoxOf(MakeArc(0.0, 0.0, 1.0, 1.0, 1e30, 1e30)).status, 1);

@@ -11,6 +11,7 @@
 #include "platform/print/ORVPrintParameters.h"
 #include "tests/platform/print/make_primitives.h"
 #include "tests/platform/print/recording_generator.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -103,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DrawStyleCase{"Fill", kDrawFill, "fill #000000 M"},
                     DrawStyleCase{"Both", kDrawFillAndStroke, "fill #000000 stroke #000000 w1 M"},
                     DrawStyleCase{"Undecided", kDrawUndecided, "fill #000000 stroke #000000 w1 M"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(ModelRenderTest, ColoursComeFromTheTableWithTheirOpacity) {
     const auto rectangle = MakeRectangle(0.0, 0.0, 1.0, 1.0);
@@ -163,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Dash, DashTest,
                                          DashCase{"NegativeIsSolid", {4.0F, -1.0F}, ""},
                                          DashCase{"NotANumberIsSolid", {std::nanf(""), 1.0F}, ""},
                                          DashCase{"EmptyIsSolid", {}, ""}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 TEST(ModelRenderTest, CircleIsFourCurvesWhenSmall) {
     const auto drawn = Drawn({MakeCircle(10.0, 40.0, 10.0)});

@@ -10,6 +10,7 @@
 #include "tests/generators/drawing_calls.h"
 #include "tests/platform/print/make_primitives.h"
 #include "tests/platform/print/recording_generator.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -156,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(
                          star->SetFillAttributes(fill);
                          return MakeContainer<ORVPrtGroupElt>({star});
                      }}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(SymbolTest, IdentifiersWithinGoUnreportedThoseAroundStay) {
     const auto content = GroupWithin([](ORVPrtGroupElt& group) { group.SetID("inner"); });

@@ -7,6 +7,7 @@
 #include "platform/mathematics/constants.h"
 #include "platform/model/ORVPrtTextElt.h"
 #include "platform/system/ORVRef.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -67,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
                     AnchorCase{"DownStart", Anchor(kStart, kBaseline), kTopToBottom, -5, 5, -40, 0},
                     AnchorCase{"DownMiddle", Anchor(kMiddle, kTop), kTopToBottom, -5, 5, -20, 20},
                     AnchorCase{"DownEnd", Anchor(kEnd, kBottom), kTopToBottom, -5, 5, 0, 40}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(TextPlacementTest, DirectionTurnsAboutThePosition) {
     ORVPrtTextAttributes attributes;

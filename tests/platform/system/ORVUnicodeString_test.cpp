@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/system/ORVString.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -81,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
         Utf8Case{"CutAfterOne", "\xE2", false}, Utf8Case{"CutAfterTwo", "\xE2\x82", false},
         Utf8Case{"CutAfterThree", "\xF0\x9F\x98", false},
         Utf8Case{"FiveBytes", "\xF8\x88\x80\x80\x80", false}, Utf8Case{"FF", "\xFF", false}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(ORVUnicodeString, ComparesExactlyAndWithoutCase) {
     const ORVUnicodeString text("Svg");

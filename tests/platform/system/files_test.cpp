@@ -11,6 +11,7 @@
 #include <thread>
 #include <utility>
 
+#include "tests/support/named_rows.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -151,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(Files, SplitPathTest,
                                          SplitCase{"Root", "/c.svg", "/", "c.svg"},
                                          SplitCase{"FolderOnly", "a/b/", "a/b", ""},
                                          SplitCase{"Empty", "", "", ""}),
-                         [](const auto& row) { return row.param.name; });
+                         kNameOfRow);
 
 TEST(Files, PathsAreJoined) {
     EXPECT_EQ(ORVMakePath("/a", "b.png").GetView(), "/a/b.png");

@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 
+#include "tests/support/named_rows.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -78,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "5"sv,
                    0, kPreset},
         DoubleCase{"Empty", "", -1, kPreset}, DoubleCase{"WhiteSpaceOnly", " \t\n\r\v\f", -1, kPreset}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 struct IntegerCase {
     const char* name;
@@ -109,7 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
                     IntegerCase{"Word", "x1", 0, 77, 77}, IntegerCase{"SignOnly", "+", 0, 77, 77},
                     IntegerCase{"TwoSigns", "--1", 0, 77, 77}, IntegerCase{"Empty", "", -1, 77, 77},
                     IntegerCase{"WhiteSpaceOnly", " \t", -1, 77, 77}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 // The longest prefix that is a number, found by trying every prefix, longest first.
 int ConvertNaively(const std::string& text, double& out) {

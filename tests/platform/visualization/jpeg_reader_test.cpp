@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/visualization/written_images.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -130,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
                     JpegCase{"CmykPlain", 4, kCmyk, kCmyk, false, false, ColourSpace::kCMYK},
                     JpegCase{"YcckInverted", 4, kCmyk, kYcck, true, false, ColourSpace::kYCCK},
                     JpegCase{"YcckProgressive", 4, kCmyk, kYcck, true, true, ColourSpace::kYCCK}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 JpegToWrite SmallRgb() { return {.width = kWidth, .height = kHeight, .samples = SmoothSamples(3)}; }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/visualization/written_images.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -83,8 +84,7 @@ std::vector<PngCase> ColourCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(Png, PngColourTest, testing::ValuesIn(ColourCases()),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Png, PngColourTest, testing::ValuesIn(ColourCases()), kNameOfRow);
 
 PngToWrite SmallRgb() {
     return {.width = 9, .height = 5, .colourType = kRgb, .sample = [](int x, int y, int channel) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/platform/xml/tree_text.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -147,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
         EncodingCase{"OtherNameOfUtf8", Declared("utf8", "<t>\xF0\x9F\x98\x80</t>"), "t'\xF0\x9F\x98\x80'"},
         EncodingCase{"MarkBeatsForeignDeclaration",
                      "\xEF\xBB\xBF" + Declared("windows-1252", "<t>\xC3\xA4</t>"), "t'\xC3\xA4'"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(DeclaredEncoding, IsIgnoredByTheDomParser) {
     EXPECT_EQ(ParseDom(Declared("ISO-8859-1", "<t>\xC3\xA4</t>")).Text(), "t'\xC3\xA4'");

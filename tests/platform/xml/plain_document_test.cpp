@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/platform/xml/event_text.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/random_texts.h"
 
 namespace {
@@ -81,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
         PlainCase{"Prefixes", "<s:svg xmlns:s='u' s:x='1' x='2' _a.b-c='3' :d='4'/>"},
         PlainCase{"OtherCharacters", "<a v='\xC3\xA4'>\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD\x7F</a>"},
         PlainCase{"DeepestNesting", Nested(1024)}, PlainCase{"ManyUnknownAttributes", Attributes(16)}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 class RefusedTest : public testing::TestWithParam<PlainCase> {};
 
@@ -97,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PlainCase{"NamesBeyondAscii", "<\xC3\xA4/>"},
                     PlainCase{"AttributesBeyondAscii", "<a b\xC3\xA4='1'/>"},
                     PlainCase{"ManyUnknownAttributes", Attributes(17)}, PlainCase{"TooDeep", Nested(1025)}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 INSTANTIATE_TEST_SUITE_P(
     NotWellFormed, RefusedTest,
@@ -143,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
         PlainCase{"NoCharacterInUtf8", "<a>\xEF\xBF\xBE</a>"},
         PlainCase{"OtherNoCharacterInUtf8", "<a>\xEF\xBF\xBF</a>"},
         PlainCase{"SecondByteOrderMark", "\xEF\xBB\xBF\xEF\xBB\xBF<a/>"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(PlainDocumentTest, ByteOrderMarkOfTextIsNoMark) {
     // Text that was decoded elsewhere has no mark of its encoding; the other reader decides what it is.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/xml/tree_text.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -70,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"Utf8Mark", "\xEF\xBB\xBF<?xml version='1.0' encoding='utf-8'?><t>\xC3\xA4</t>",
                      "t'\xC3\xA4'"},
         DocumentCase{"NamesBeyondAscii", "<\xC3\xA4 \xC3\xB6='1'/>", "\xC3\xA4{\xC3\xB6=1}"}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 struct ErrorCase {
     const char* name;
@@ -122,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"RecursiveEntity", "<!DOCTYPE t [<!ENTITY e '&e;'>]><t>x&e;</t>", "t'x'", 1, 37, 36},
         ErrorCase{"ColumnsCountCharacters", "<t>\xC3\xA4\xC3\xA4 &no;</t>", "t'\xC3\xA4\xC3\xA4 '", 1, 7, 8},
         ErrorCase{"EndOfCdataInText", "<t>a<g/>b]]>c</t>", "t'a'(g)", 1, 12, 11}),
-    [](const auto& row) { return row.param.name; });
+    kNameOfRow);
 
 TEST(NotWellFormed, InvalidUtf8FailsUnderTheDomAndEndsTheLightTree) {
     for (const char* bytes : {"\x80", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\xC3"}) {

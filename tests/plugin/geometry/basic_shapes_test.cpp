@@ -13,6 +13,7 @@
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -149,8 +150,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 template <class Access>
 class ShapeHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(ShapeHandlerTest, Accesses);
+TYPED_TEST_SUITE(ShapeHandlerTest, ElementAccesses);
 
 TYPED_TEST(ShapeHandlerTest, RefusesANullPrimitive) {
     const ORVXmlNode node;

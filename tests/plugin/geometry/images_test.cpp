@@ -13,6 +13,7 @@
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/sketch_case.h"
@@ -221,8 +222,7 @@ TEST(ImageReferenceTest, LetterSpacingOfTheStyleIsTheWidthOfPercentages) {
 
 template <class Access>
 class ImageHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(ImageHandlerTest, Accesses);
+TYPED_TEST_SUITE(ImageHandlerTest, ElementAccesses);
 
 TYPED_TEST(ImageHandlerTest, RefusesANullBitmap) {
     const ORVXmlNode node;

@@ -7,6 +7,7 @@
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -73,8 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 template <class Access>
 class PathHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(PathHandlerTest, Accesses);
+TYPED_TEST_SUITE(PathHandlerTest, ElementAccesses);
 
 TYPED_TEST(PathHandlerTest, RefusesANullGroup) {
     const ORVXmlNode node;

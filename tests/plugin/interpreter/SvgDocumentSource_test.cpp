@@ -12,6 +12,7 @@
 #include "platform/system/ORVRef.h"
 #include "tests/platform/xml/tree_text.h"
 #include "tests/support/built_model.h"
+#include "tests/support/scoped_environment.h"
 
 namespace {
 

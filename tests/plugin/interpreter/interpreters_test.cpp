@@ -22,6 +22,7 @@
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/sample_images.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/sketch_case.h"
 

@@ -26,6 +26,7 @@
 #include "platform/model/ORVPrtTextElt.h"
 #include "plugin/structure/ORVPrtDefsElt.h"
 #include "plugin/structure/SvgDrawState.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -263,7 +264,7 @@ INSTANTIATE_TEST_SUITE_P(
                        [](SvgDrawState& s) { s.fillCurrentColour = s.strokeCurrentColour = 5; }, false},
         DifferenceCase{"Markers", [](SvgDrawState& s) { s.markers.Edit().start = "m"; }, false},
         DifferenceCase{"PageSize", [](SvgDrawState& s) { s.pageWidth = s.pageHeight = 5.0; }, false}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 TEST(DefinitionBudgetTest, RefusedDuplicateCountsAsFound) {
     SvgDefinitions definitions;

@@ -9,6 +9,7 @@
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -165,8 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 template <class Access>
 class GroupHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(GroupHandlerTest, Accesses);
+TYPED_TEST_SUITE(GroupHandlerTest, ElementAccesses);
 
 TYPED_TEST(GroupHandlerTest, RefusesANullGroup) {
     const ORVXmlNode node;

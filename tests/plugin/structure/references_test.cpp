@@ -10,6 +10,7 @@
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -308,8 +309,7 @@ TEST(FragmentPlacementTest, FitsContentBelowZero) {
 
 template <class Access>
 class ReferenceHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(ReferenceHandlerTest, Accesses);
+TYPED_TEST_SUITE(ReferenceHandlerTest, ElementAccesses);
 
 TYPED_TEST(ReferenceHandlerTest, RefusesANullGroup) {
     const ORVXmlNode node;

@@ -223,8 +223,8 @@ TEST(PageTest, HasAColourTableThatStartsWithBlack) {
         const ORVPrtColourTable* table = model.GetPage().GetColourTable();
         ASSERT_NE(table, nullptr);
         ASSERT_EQ(table->GetColours().size(), 2U);
-        EXPECT_EQ(table->GetColour(0).red, 0);
-        EXPECT_EQ(table->GetColour(1).red, 255);
+        EXPECT_EQ(table->GetColour(0), ORVPrtColourTable::Colour());
+        EXPECT_EQ(table->GetColour(1), (ORVPrtColourTable::Colour{255, 0, 0}));
         const BuiltModel empty(Drawing(""), {.backend = backend});
         EXPECT_EQ(empty.GetPage().GetColourTable()->GetColours().size(), 1U);
     }
@@ -268,8 +268,7 @@ protected:
         return result;
     }
 };
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(PageResultTest, Accesses);
+TYPED_TEST_SUITE(PageResultTest, ElementAccesses);
 
 TYPED_TEST(PageResultTest, IsThatOfTheLastChild) {
     EXPECT_EQ(this->Build({}), 0);

@@ -12,6 +12,7 @@
 #include "plugin/structure/statuses.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/parsed_element.h"
 #include "tests/support/sketch_case.h"
 
 namespace {
@@ -47,10 +48,23 @@ INSTANTIATE_TEST_SUITE_P(
                    "rect(0,100 0,100)"}),
     kNameOfRow);
 
+/// Lowers the number of primitives that models may have.
+class PrimitiveLimit {
+public:
+    explicit PrimitiveLimit(std::uint64_t limit) : old_(ORVPrtModel::GetPrimitiveLimit()) {
+        ORVPrtModel::SetPrimitiveLimit(limit);
+    }
+    ~PrimitiveLimit() { ORVPrtModel::SetPrimitiveLimit(old_); }
+    PrimitiveLimit(const PrimitiveLimit&) = delete;
+    PrimitiveLimit& operator=(const PrimitiveLimit&) = delete;
+
+private:
+    std::uint64_t old_;
+};
+
 template <class Access>
 class WalkerHandlerTest : public testing::Test {};
-using Accesses = testing::Types<DomElementAccess, LightElementAccess>;
-TYPED_TEST_SUITE(WalkerHandlerTest, Accesses);
+TYPED_TEST_SUITE(WalkerHandlerTest, ElementAccesses);
 
 TYPED_TEST(WalkerHandlerTest, ReportsHowItWent) {
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
@@ -79,10 +93,8 @@ TYPED_TEST(WalkerHandlerTest, ReportsHowItWent) {
 }
 
 TYPED_TEST(WalkerHandlerTest, ReportsARefusedAllocation) {
-    const std::uint64_t old = ORVPrtModel::GetPrimitiveLimit();
-    ORVPrtModel::SetPrimitiveLimit(0);
+    const PrimitiveLimit limit(0);
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
-    ORVPrtModel::SetPrimitiveLimit(old);
     const ORVRef<ORVPrtGroupElt> group(new ORVPrtGroupElt);
     SvgDefinitions definitions;
     SvgDrawState state;
@@ -100,20 +112,6 @@ TYPED_TEST(WalkerHandlerTest, ReportsARefusedAllocation) {
     EXPECT_TRUE(group->GetChildren().empty());
     EXPECT_EQ(definitions.GetHolderCount(), 0U);
 }
-
-/// Lowers the number of primitives that models may have.
-class PrimitiveLimit {
-public:
-    explicit PrimitiveLimit(std::uint64_t limit) : old_(ORVPrtModel::GetPrimitiveLimit()) {
-        ORVPrtModel::SetPrimitiveLimit(limit);
-    }
-    ~PrimitiveLimit() { ORVPrtModel::SetPrimitiveLimit(old_); }
-    PrimitiveLimit(const PrimitiveLimit&) = delete;
-    PrimitiveLimit& operator=(const PrimitiveLimit&) = delete;
-
-private:
-    std::uint64_t old_;
-};
 
 TEST(WalkerBudgetTest, GoesOnBehindARefusedPrimitive) {
     // Page, group and rectangle; the title needs no primitive.

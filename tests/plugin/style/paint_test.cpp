@@ -4,10 +4,12 @@
 
 #include <cmath>
 #include <concepts>
+#include <ostream>
 #include <string>
 
 #include "platform/model/ORVPrtRectangleElt.h"
 #include "tests/support/built_model.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 #include "tests/support/sample_images.h"
@@ -19,6 +21,10 @@ struct DrawStyleCase {
     int before;
     PaintMention stroke, fill;
     int after;
+
+    friend std::ostream& operator<<(std::ostream& out, const DrawStyleCase& row) {
+        return out << row.before << " to " << row.after;
+    }
 };
 
 class DrawStyleUpdateTest : public testing::TestWithParam<DrawStyleCase> {};
@@ -83,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OpacityCase{"NegativeWraps", 255, -1.0F, 1},
                     OpacityCase{"OverflowIsNothing", 255, 1e20F, 0},
                     OpacityCase{"NegativeOverflowIsNothing", 255, -1e20F, 0}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 TEST(PaintValueTest, FillValues) {
     PageState state(10.0, 10.0);

@@ -8,6 +8,7 @@
 
 #include "platform/visualization/fonts/ORVFont.h"
 #include "plugin/style/property_table.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 
@@ -54,7 +55,7 @@ TEST_P(StyleTest, SetsTheMember) {
     ApplyStyleText(state, GetParam().style);
     EXPECT_EQ(GetParam().member(state), GetParam().expected);
 }
-constexpr auto kName = [](const auto& row) { return std::string(row.param.name); };
+constexpr auto kName = kNameOfRow;
 INSTANTIATE_TEST_SUITE_P(
     Splitting, StyleTest,
     testing::Values(StyleCase{"BlanksAreTrimmed", "  fill  :  none  ", DrawStyle, 0},

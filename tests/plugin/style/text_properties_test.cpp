@@ -7,6 +7,7 @@
 
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 
@@ -47,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FamilyCase{"CommaInsideQuotesSeparates", "'no,serif'", "times.ttf", "times.ttf"},
                     FamilyCase{"GenericIsExact", "Serif", "none", "none"},
                     FamilyCase{"Unknown", "Nobody", "none", "none"}, FamilyCase{"Empty", "", "none", "none"}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 TEST(FontFamilyTest, AnInstalledFamilyIsFoundByFamilyFullAndPostScriptName) {
     ORVUnicodeString file, foundry, family, style, full, postScript;

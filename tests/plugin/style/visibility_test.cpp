@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 
@@ -43,6 +44,6 @@ INSTANTIATE_TEST_SUITE_P(Visibility, VisibilityTest,
                                          VisibilityCase{"InStyleItIsNothing", "style='display:none'", 2, 2},
                                          VisibilityCase{"VisibilityComesAfterDisplay",
                                                         "display='none' visibility='visible'", 1, 3}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 }  // namespace

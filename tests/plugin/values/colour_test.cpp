@@ -7,6 +7,7 @@
 #include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "plugin/structure/statuses.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 
 namespace {
@@ -81,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "f",
                    kNone},
         ColourCase{"HexadecimalIsNotRgb", "#rgb(1,2,3)", kNone}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 TEST(ColourTableTest, StartsWithBlackAndHoldsEachColourOnce) {
     PageState state(10.0, 10.0);

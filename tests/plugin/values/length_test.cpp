@@ -7,6 +7,7 @@
 #include <string>
 
 #include "plugin/structure/statuses.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 
@@ -22,7 +23,7 @@ struct LengthCase {
     double expected;  // user units
 };
 void PrintTo(const LengthCase& row, std::ostream* out) { *out << row.text; }
-constexpr auto kName = [](const auto& row) { return std::string(row.param.name); };
+constexpr auto kName = kNameOfRow;
 
 class ParseLengthTest : public testing::TestWithParam<LengthCase> {};
 TEST_P(ParseLengthTest, GivesStatusAndUserUnits) {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 
 namespace {
@@ -42,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ReadCoordinateNumbersTest,
                                          NumbersCase{"OneNumber", "5", {5.0}},
                                          NumbersCase{"NothingReadable", "a b c", {}},
                                          NumbersCase{"Nothing", " , ", {}}, NumbersCase{"Empty", "", {}}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         kNameOfRow);
 
 TEST(ReadCoordinateNumbersMirroredTest, MirrorsYOnly) {
     std::vector<double> numbers;

@@ -8,6 +8,7 @@
 #include "plugin/structure/ORVPrtDefsElt.h"
 #include "plugin/structure/statuses.h"
 #include "tests/support/model_sketch.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 
 namespace {
@@ -82,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(
         TransformCase{"OpenBracketRunsToTheFirstClosing", "translate(1(2)", "t(1,0)"},
         TransformCase{"NameAloneThenAnother", "scale translate(1)", "t(1,0)"},
         TransformCase{"NameBehindText", "x translate(1)", "t(1,0)"}, TransformCase{"Empty", "", ""}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 TEST(TransformMirrorTest, StandsOnBothSidesAlsoOfNothing) {
     EXPECT_EQ(Sketch("translate(1,2)", 1), "~100 t(1,2) ~100");

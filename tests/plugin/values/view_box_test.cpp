@@ -6,6 +6,7 @@
 
 #include "platform/model/ORVPrtViewBox.h"
 #include "plugin/structure/statuses.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -41,6 +42,6 @@ INSTANTIATE_TEST_SUITE_P(
                     ViewBoxCase{"Negative", "-1 -2.5 -3e1 -.5", kRead, {-1.0, -2.5, -30.0, -0.5}},
                     ViewBoxCase{"Blank", " ", kRead, {-1.0, -2.0, -3.0, -4.0}},
                     ViewBoxCase{"Empty", "", kEmpty, {-1.0, -2.0, -3.0, -4.0}}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 }  // namespace

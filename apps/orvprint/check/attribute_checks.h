@@ -1,0 +1,10 @@
+#pragma once
+
+#include "apps/orvprint/check/check_context.h"
+#include "plugin/structure/element_attributes.h"
+
+/// Checks all attributes of an element: names that are not known, attributes without effect, values that are
+/// read as something else than is written. Path data are not among them: CheckPainting looks at those.
+/// @param state  in force around the element
+void CheckAttributes(CheckContext& check, const NumberedElement& element, SvgPlace place,
+                     const SvgDrawState& state);

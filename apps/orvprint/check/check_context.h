@@ -1,0 +1,61 @@
+#pragma once
+
+#include <unordered_set>
+#include <vector>
+
+#include "apps/orvprint/check/definition_facts.h"
+#include "apps/orvprint/check/finding_writer.h"
+#include "apps/orvprint/check/font_family.h"
+#include "apps/orvprint/check/identifiers.h"
+#include "apps/orvprint/check/namespaces.h"
+#include "apps/orvprint/check/resource_checks.h"
+#include "apps/orvprint/check/value_checks.h"
+#include "apps/orvprint/check/visibility.h"
+
+/// What elements hand down to those inside them, beside the interpreter's own state.
+struct InForce {
+    Visibility visibility;
+    FontFamily family;
+    bool isNested = false;  ///< inside a drawing or symbol that is not the page itself
+};
+
+/// What the checks of one document share while it is walked. Refers to the document and to the findings.
+struct CheckContext {
+    CheckContext(const CheckedDocument& document, Findings& out)
+        : findings(document, out), identifiers(*document.root) {}
+
+    FindingWriter findings;
+    Identifiers identifiers;
+    Namespaces namespaces;
+    ValueChecks values;
+    ResourceChecks resources;
+
+    InForce inForce;                            ///< where the walk stands
+    MetDefinitions definitions;                 ///< of the page
+    DefinitionFacts* openDefinition = nullptr;  ///< the one that is being read; null outside of any
+
+    // Elements whose word goes for many others: what comes of it is one finding for all of them.
+    std::unordered_set<const ORVXmlNode*> shown;     ///< that say "visible", and were reported
+    std::unordered_set<const ORVXmlNode*> families;  ///< that name font families, and were looked at
+
+    std::vector<double> numbers;  ///< room for the points that are being looked at
+};
+
+/// Keeps in force, until it goes out of scope, what an element declares and what is put into force for its
+/// content.
+class ElementScope {
+public:
+    ElementScope(CheckContext& check, const ORVXmlNode& element) : check_(check), outer_(check.inForce) {
+        check_.namespaces.Enter(element);
+    }
+    ~ElementScope() {
+        check_.namespaces.Leave();
+        check_.inForce = outer_;
+    }
+    ElementScope(const ElementScope&) = delete;
+    ElementScope& operator=(const ElementScope&) = delete;
+
+private:
+    CheckContext& check_;
+    const InForce outer_;
+};

@@ -1,0 +1,50 @@
+#include "apps/orvprint/check/identifiers.h"
+
+#include "apps/orvprint/check/document_order.h"
+#include "plugin/structure/walker.h"
+
+namespace {
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return lower;
+}
+
+}  // namespace
+
+void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings) {
+    // A new table: emptying takes time by the size that an earlier page has blown it up to.
+    ofPage_ = decltype(ofPage_)();
+    DocumentOrder order(*page.node);
+    NumberedElement element{order.Next(), page.index};
+    for (; element.node; element = {order.Next(), element.index + 1}) {
+        const std::string_view id = element.node->Value(AttributeName::kId);
+        if (id.empty()) continue;
+        const auto [found, isNew] = ofPage_.try_emplace(LowerCase(id), element);
+        const NumberedElement& first = found->second;
+        if (isNew || !HasHandler(element.node->id) || !HasHandler(first.node->id)) continue;
+        const bool isSame = first.node->Value(AttributeName::kId) == id;
+        findings.Note(FindingCode::kDuplicateId, element, "id", id,
+                      "also the identifier of the element in line " +
+                          std::to_string(findings.PlaceOf(first.index).line) +
+                          (isSame ? "" : ", since the case of letters does not count"));
+    }
+}
+
+const ORVXmlNode* Identifiers::FindOnPage(std::string_view id) const {
+    const auto found = ofPage_.find(LowerCase(id));
+    return found == ofPage_.end() ? nullptr : found->second.node;
+}
+
+bool Identifiers::IsInDocument(std::string_view id) {
+    if (FindOnPage(id)) return true;
+    if (!hasReadDocument_) {
+        hasReadDocument_ = true;
+        DocumentOrder order(root_);
+        while (const ORVXmlNode* node = order.Next())
+            if (node->Has(AttributeName::kId)) ofDocument_.insert(node->Value(AttributeName::kId));
+    }
+    return ofDocument_.contains(id);
+}

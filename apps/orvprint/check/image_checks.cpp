@@ -1,0 +1,61 @@
+#include "apps/orvprint/check/image_checks.h"
+
+#include <cmath>
+
+#include "plugin/interpreter/element_access.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/statuses.h"
+#include "plugin/values/length.h"
+
+namespace {
+
+using enum FindingCode;
+
+// Pictures fill the place they are given; SVG keeps their shape unless told not to.
+void CheckShape(CheckContext& check, const NumberedElement& element, std::string_view reference,
+                const PictureFacts& facts, const SvgDrawState& state) {
+    double width = 0.0, height = 0.0;
+    ReadHorizontalAttribute(state, LightElementAccess(element.node), AttributeName::kWidth, width);
+    ParseVerticalLength(state, element.node->Value(AttributeName::kHeight), height);
+    if (!(width > 0.0) || !(height > 0.0))
+        return check.findings.Note(kBadLength, element, {}, {}, "has no width and height, and shows nothing");
+
+    const auto ratio = element.node->Find("preserveAspectRatio");
+    if (ratio && ratio->starts_with("none")) return;
+    const double stretch = width / height * facts.height / facts.width;
+    if (stretch < 0.98 || stretch > 1.02)
+        check.findings.Note(kImageStretched, element, "xlink:href", reference,
+                            "its " + std::to_string(facts.width) + " x " + std::to_string(facts.height) +
+                                " pixels do not have the shape of its width and height");
+}
+
+}  // namespace
+
+void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
+    const std::string_view reference = element.node->Value(AttributeName::kXlinkHref);
+    if (reference.empty()) {
+        if (!element.node->Find("href"))
+            check.findings.Note(kImageMissing, element, {}, {}, "names no picture: give it xlink:href");
+        return;
+    }
+    const PictureFacts& facts = check.resources.CheckPicture(state, reference);
+    if (facts.problem)
+        check.findings.Note(element, "xlink:href", reference, *facts.problem);
+    else
+        CheckShape(check, element, reference, facts, state);
+}
+
+bool IsSizeOfTile(ResourceChecks& resources, const ORVXmlNode& pattern, AttributeName name,
+                  const SvgDrawState& state) {
+    double size = 0.0;
+    if (ParseLength(SvgDrawState(), pattern.Value(name), size) != kRead) return false;
+    if (name == AttributeName::kX || name == AttributeName::kY) return size == 0.0;
+    const bool isWidth = name == AttributeName::kWidth;
+    if (!isWidth && name != AttributeName::kHeight) return false;
+    for (const ORVXmlNode* child = pattern.firstChild; child; child = child->nextSibling) {
+        if (child->id != ElementName::kImage || !child->Has(AttributeName::kXlinkHref)) continue;
+        const PictureFacts& facts = resources.CheckPicture(state, child->Value(AttributeName::kXlinkHref));
+        if (std::abs(size - (isWidth ? facts.tileWidth : facts.tileHeight)) > 0.01 * size) return false;
+    }
+    return true;
+}

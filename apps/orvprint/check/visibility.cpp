@@ -1,0 +1,26 @@
+#include "apps/orvprint/check/visibility.h"
+
+#include "plugin/interpreter/element_access.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/style/presentation.h"
+
+void Visibility::TakeIn(const NumberedElement& element, const SvgDrawState& inherited) {
+    const LightElementAccess access(element.node);
+    if (element.node->Value(AttributeName::kDisplay) == "none") isRemoved = true;
+    const std::string_view visibility = element.node->Value(AttributeName::kVisibility);
+    if (visibility == "hidden" || visibility == "collapse") {
+        *this = {.isRemoved = isRemoved, .isHidden = true, .shownBy = {}, .drawStyle = 0};
+    } else if (visibility == "visible") {
+        drawStyle = GetMeantStyle(inherited.drawStyle);
+        shownBy = element;
+        isHidden = false;
+    }
+    if (!shownBy.node) return;
+
+    // What paint the element gives itself counts, with or without "visible".
+    SvgDrawState state = inherited;
+    state.drawStyle = drawStyle;
+    ApplyPaint(state, access);
+    ApplyStyleAttribute(state, access);
+    drawStyle = state.drawStyle;
+}

@@ -1,0 +1,51 @@
+#include "apps/orvprint/check/definition_facts.h"
+
+#include <gtest/gtest.h>
+
+#include "plugin/structure/SvgDrawState.h"
+
+namespace {
+
+DrawnSets StrokedIn(unsigned int colour) {
+    DrawnSets sets;
+    sets.stroke.SetStrokeColourIndex(colour);
+    return sets;
+}
+
+SvgDrawState StateOf(const DrawnSets& sets) {
+    SvgDrawState state;
+    state.stroke = sets.stroke;
+    state.fill = sets.fill;
+    state.text = sets.text;
+    return state;
+}
+
+TEST(DefinitionFactsTest, WhatSaysNothingOfItselfIsNotReplaced) {
+    DefinitionFacts facts;
+    EXPECT_FALSE(facts.IsReplacedBy(StateOf(StrokedIn(3))));
+    facts.Add({});
+    EXPECT_FALSE(facts.IsReplacedBy(StateOf(StrokedIn(3))));
+}
+
+TEST(DefinitionFactsTest, OwnPaintIsReplacedByAnyOther) {
+    DefinitionFacts facts;
+    facts.Add(StrokedIn(3));
+    EXPECT_FALSE(facts.IsReplacedBy(StateOf(StrokedIn(3))));
+    EXPECT_TRUE(facts.IsReplacedBy(StateOf(StrokedIn(4))));
+    EXPECT_TRUE(facts.IsReplacedBy(SvgDrawState()));
+}
+
+TEST(DefinitionFactsTest, EqualSetsAreKeptOnceAndTooManyAreReplacedByAnything) {
+    DefinitionFacts facts;
+    for (unsigned int i = 0; i < DefinitionFacts::kMostSets; ++i)
+        for (int repeat = 0; repeat < 2; ++repeat) facts.Add(StrokedIn(i + 1));
+    EXPECT_EQ(facts.sets.size(), DefinitionFacts::kMostSets);
+    EXPECT_FALSE(facts.isManifold);
+
+    facts.Add(StrokedIn(DefinitionFacts::kMostSets + 1));
+    EXPECT_TRUE(facts.isManifold);
+    EXPECT_EQ(facts.sets.size(), DefinitionFacts::kMostSets);
+    EXPECT_TRUE(facts.IsReplacedBy(StateOf(StrokedIn(1))));
+}
+
+}  // namespace

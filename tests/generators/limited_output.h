@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include "generators/common/ORVOutput.h"
+
+/// Takes so many bytes. After a write that is larger than what is left it takes none.
+class LimitedOutput final : public ORVOutput {
+public:
+    explicit LimitedOutput(std::size_t room) : room_(room) {}
+
+    int BeginPart() override { return 1; }
+    int Write(const void* /*bytes*/, std::size_t size) override {
+        if (size > room_) {
+            room_ = 0;
+            return Fail("no room");
+        }
+        room_ -= size;
+        return 1;
+    }
+    int EndPart() override { return 1; }
+    int Commit() override { return 1; }
+
+private:
+    std::size_t room_;
+};

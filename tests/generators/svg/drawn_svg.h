@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/svg/ORVSvgGenerator.h"
+#include "platform/xml/ORVLightXml.h"
+#include "tests/generators/drawing_calls.h"
+
+/// A page that a test draws, and its text.
+class DrawnSvg {
+public:
+    explicit DrawnSvg(double width = 90.0, double height = 90.0, const ORVPrintDocumentInfo& document = {}) {
+        EXPECT_EQ(generator_.BeginDocument(document), 1);
+        EXPECT_EQ(generator_.BeginPage(PageInfo(width, height)), 1);
+    }
+    DrawnSvg(const DrawnSvg&) = delete;
+    DrawnSvg& operator=(const DrawnSvg&) = delete;
+
+    ORVSvgGenerator& Get() { return generator_; }
+    /// Ends the page, which must be well-formed. @return all of it
+    std::string Finish() {
+        EXPECT_EQ(generator_.EndPage(), 1);
+        EXPECT_EQ(generator_.EndDocument(), 1);
+        const std::string& text = output_.GetBytes();
+        ORVLightXmlElement root;
+        EXPECT_EQ(ORVLightXmlParser().Parse({text.data(), text.size()}, root), 1) << text;
+        return text;
+    }
+    /// Ends the page. @return what stands between its head and its end
+    std::string Content() {
+        const std::string text = Finish();
+        const std::size_t start = text.find("\">\n") + 3;
+        return text.substr(start, text.rfind("</svg>") - start);
+    }
+
+private:
+    ORVMemoryOutput output_;
+    ORVSvgGenerator generator_{output_};
+};
