@@ -180,6 +180,7 @@ private:
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
         formatOptions.pixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kPagePixels);
+        formatOptions.outputPixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kOutputPixels);
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
@@ -206,6 +207,8 @@ private:
                 return Report(kExitFailed, name, "printing failed: memory is spent");
             case ORVPrintModelRender::kTooManyRepeats:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
+            case kOutputTooLarge:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputPixels));
             default: break;
         }
         const std::string& error =

@@ -54,8 +54,11 @@ enum class ORVPrintLimit : std::uint8_t {
     kPages,
     /// Pixels of an output page. A page may say that it is a kilometre wide.
     kPagePixels,
+    /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
+    /// hundred thousand of them.
+    kOutputPixels,
 };
-inline constexpr std::size_t kPrintLimitCount = 16;
+inline constexpr std::size_t kPrintLimitCount = 17;
 
 /// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
 /// while documents are read is safe, and which of them see it is open.

@@ -146,6 +146,44 @@ TEST_F(LimitsToolTest, PixelsOfAPage) {
     EXPECT_FALSE(Exists("b.png"));
 }
 
+TEST_F(LimitsToolTest, PixelsOfAllPages) {
+    WriteFile("a.svg", "<svg>" + Repeat("<svg width='20' height='10'/>", 3) + "</svg>");
+    const auto print = [&](const std::vector<std::string>& arguments, const std::string& limit) {
+        std::vector<std::string> all = arguments;
+        all.insert(all.end(), {"--limit", "output-pixels=" + limit});
+        return Run(all);
+    };
+    const ToolRun refused = print({"a.svg", "-o", "a.png"}, "599");
+    EXPECT_EQ(refused.exitCode, 9);
+    EXPECT_EQ(refused.errors,
+              "orvprint: a.svg: has more than 599 pixels on all pages, which is the limit; if that is meant, "
+              "raise it with --limit output-pixels=N\n");
+    struct Row {
+        std::vector<std::string> arguments;
+        int pixels;
+    };
+    for (const Row& row :
+         {Row{{"a.svg", "-o", "b.tiff"}, 600}, Row{{"a.svg", "-o", "b.pwg"}, 600},
+          Row{{"a.svg", "a.svg", "-o", "b.tiff"}, 1200}, Row{{"a.svg", "-o", "b.tiff", "--dpi", "180"}, 2400},
+          Row{{"a.svg", "-o", "b.tiff", "--pages", "2"}, 200},
+          // Two sheets of 90 x 45 units; a poster of four such sheets, of half of the page.
+          Row{{"a.svg", "-o", "b.tiff", "--paper", "25.4x12.7mm", "--margin", "0mm", "--nup", "2"}, 8100},
+          Row{{"a.svg", "-o", "b.tiff", "--pages", "1", "--paper", "10x5pt", "--margin", "0mm", "--overlap",
+               "0mm", "--tile", "--scale", "100%", "--orientation", "landscape"},
+              4 * 13 * 7}}) {
+        SCOPED_TRACE(testing::PrintToString(row.arguments));
+        const ToolRun within = print(row.arguments, std::to_string(row.pixels));
+        EXPECT_EQ(within.exitCode, 0) << within.errors;
+        EXPECT_EQ(print(row.arguments, std::to_string(row.pixels - 1)).exitCode, 9);
+    }
+    // Formats without pixels have none.
+    EXPECT_EQ(print({"a.svg", "-o", "c.pdf"}, "0").exitCode, 0);
+    // Each output of a batch has the limit to itself.
+    WriteFile("d.svg", ReadFile("a.svg"));
+    EXPECT_EQ(print({"a.svg", "d.svg", "--out-dir", "out", "-f", "tiff", "-j", "1"}, "600").exitCode, 0);
+    EXPECT_FALSE(Exists("a.png") || Exists("a-1.png"));
+}
+
 // Small documents that say a great deal: all end, in a page or in an error that says why.
 TEST_F(LimitsToolTest, BillionsOfLaughs) {
     std::string markers = "<marker id='m0'>" + kLeaf + "</marker>",
