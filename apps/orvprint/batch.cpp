@@ -284,8 +284,12 @@ private:
         TakeMessages(slot, true);  // all of them: they were written before the result
         slot.job.reset();
         if (!hasResult) {
-            Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + slot.process.Reap(),
-                 true);
+            const WorkerProcess::End end = slot.process.Reap();
+            // One that ended itself with this code has said why.
+            if (end.exitCode == kExitFailed && !slot.lastMessage.empty())
+                Fail(job, kExitFailed, slot.lastMessage, false);
+            else
+                Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
         } else if (code != kExitDone) {
             Fail(job, code, slot.lastMessage, false);
         } else if (const std::string error = PutInPlace(job, index); !error.empty()) {

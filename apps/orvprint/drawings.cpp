@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -16,6 +17,7 @@
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/memory_ahead.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintInputFileStream.h"
@@ -251,6 +253,8 @@ int ApplyReadOptions(const ReadOptions& options) {
         unsetenv(kWithoutDOM);
     else
         setenv(kWithoutDOM, "1", 1);
+    if (std::isnan(options.timeLimit)) return Report(kExitUsage, "--time-limit", "needs a number of seconds");
+    SetTimeLimit(options.timeLimit);
     return ApplyLimits(options.limits);
 }
 

@@ -20,6 +20,7 @@ struct ReadOptions {
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
+    double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
 
@@ -50,7 +51,7 @@ struct Drawing {
     bool isOnly;  ///< the only drawing of its input
 };
 
-/// Applies the options to this process: the parser that interpreters choose, limits.
+/// Applies the options to this process: the parser that interpreters choose, limits, that of time too.
 /// @return an exit code; a failure was reported
 int ApplyReadOptions(const ReadOptions& options);
 

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <malloc.h>
+#include <pthread.h>
 
 #include <csignal>
 #include <cstdio>
@@ -72,6 +73,11 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
             "Primitives that a drawing may hold, at most: --limit primitives=N")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
+    command
+        .add_option("--time-limit", options.timeLimit,
+                    "Give up a drawing that takes longer, in seconds; without it, none is")
+        ->option_text("N")
+        ->check(CLI::Range(0.001, 1e9));
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
@@ -108,6 +114,15 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
     command.add_flag("--quiet", options.isQuiet, "No progress bar and no summary");
     command.get_option("--keep-going")
         ->description("Go on after an error in the XML; with --out-dir, after an input that failed");
+}
+
+/// An option of printing that was given to another command, which would not heed it; empty when there is
+/// none.
+std::string OptionBeforeCommand(const CLI::App& app) {
+    if (app.get_subcommands().empty()) return {};
+    for (const CLI::Option* option : app.get_options())
+        if (option->nonpositional() && option->count() > 0) return option->get_name();
+    return {};
 }
 
 int Run(int argc, char** argv) {
@@ -189,6 +204,8 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "", std::string(error.what()) + " (see orvprint --help)");
     }
 
+    if (const std::string name = OptionBeforeCommand(app); !name.empty())
+        return Report(kExitUsage, name, "stands before the command; what is meant for it goes behind it");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
         infoOptions.endsWithInput = true;
@@ -200,7 +217,7 @@ int Run(int argc, char** argv) {
     }
     if (checking->parsed()) {
         if (const int code = ParseKinds(kindsNotChecked, check.ignored); code != kExitDone) return code;
-        if (const int code = ApplyLimits(check.read.limits); code != kExitDone) return code;
+        if (const int code = ApplyReadOptions(check.read); code != kExitDone) return code;
         return RunCheck(check);
     }
     if (formats->parsed()) return RunFormats();
@@ -225,8 +242,15 @@ int Run(int argc, char** argv) {
     return RunBatch(print, batch);
 }
 
+const pthread_t mainThread = pthread_self();
+
 /// Ends the process as the signal wishes, but without leaving half a file.
 void EndBySignal(int signal) {
+    // Any thread may get the signal, but only the main one holds signals back while it makes files.
+    if (pthread_equal(pthread_self(), mainThread) == 0) {
+        pthread_kill(mainThread, signal);
+        return;
+    }
     ORVTemporaryFile::RemoveAll();
     std::signal(signal, SIG_DFL);
     std::raise(signal);

@@ -17,6 +17,7 @@
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
@@ -81,6 +82,7 @@ public:
     }
 
     int PrintInput(const std::string& input) {
+        time_.Begin(DisplayName(input, "standard input"));
         return ForEachDrawing(input, options_.read,
                               [&](const Drawing& drawing) { return PrintDrawing(input, drawing); });
     }
@@ -93,6 +95,8 @@ public:
                               std::to_string(pagesSeen_) + (pagesSeen_ == 1 ? " page)" : " pages)"));
         if (const int status = sequence_->Finish(); status != kGeneratorDone)
             return ReportFailure(InputNames(), status);
+        // From here on there are no parts of an output, but all or none.
+        time_.End();
         if (output_->Commit() != 1) return ReportFailure(InputNames(), kOutputFailed);
         return kExitDone;
     }
@@ -218,6 +222,7 @@ private:
 
     const PrintOptions& options_;
     const ORVOutputFormat& format_;
+    DrawingTime time_;            // of the present input, and of the output's end
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
     double sheetsPrinted_ = 0.0;  // pages of the output
     std::unique_ptr<ORVOutput> output_;

@@ -11,7 +11,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --limit --max-primitives --help"
+    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"
@@ -43,7 +43,7 @@ _orvprint() {
         --dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
-        --pages | --fragment | --max-primitives | --margin | --overlap | --stroke-scale | --min-stroke | \
+        --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
             --ignore | -j | --jobs) ;;
         *)
             case $current in
