@@ -24,6 +24,7 @@
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/sheet_options.h"
+#include "apps/orvprint/sudden_end.h"
 #include "generators/common/ORVTemporaryFile.h"
 
 namespace {
@@ -98,13 +99,16 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
     return kExitDone;
 }
 
-void AddFragmentOptions(CLI::App& command, ReadOptions& options) {
+// The library looks options up by name in a function that lets nothing out: where memory is spent, that ends
+// the process. So what must know another option is given the option itself.
+/// @return the option --keep-going
+CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Input is an XML document with drawings inside, as .qvxml files are");
-    command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
+    return command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
 }
 
-void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
     auto* folder = command.add_option("--out-dir", options.folder, "Convert each input to DIR/NAME.FORMAT");
     folder->option_text("DIR");
     command.add_option("-j,--jobs", options.jobs, "Inputs converted at a time, with --out-dir")
@@ -112,8 +116,7 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
     command.add_flag("--quiet", options.isQuiet, "No progress bar and no summary");
-    command.get_option("--keep-going")
-        ->description("Go on after an error in the XML; with --out-dir, after an input that failed");
+    keepGoing->description("Go on after an error in the XML; with --out-dir, after an input that failed");
 }
 
 /// An option of printing that was given to another command, which would not heed it; empty when there is
@@ -145,20 +148,21 @@ int Run(int argc, char** argv) {
         ->option_text("FILE");
     app.add_option("-f,--format", print.format, "Output format; without it, the ending of FILE tells")
         ->option_text(OutputFormatNames("|"));
-    app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
+    const CLI::Option* pagesOption =
+        app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->option_text("N [90]");
-    app.add_flag("--strict", print.strict,
-                 "Print nothing when the check finds something; see orvprint check");
+    CLI::Option* strict = app.add_flag("--strict", print.strict,
+                                       "Print nothing when the check finds something; see orvprint check");
     std::vector<std::string> ignoredKinds;
-    AddIgnoreOption(app, ignoredKinds)->needs("--strict");
+    AddIgnoreOption(app, ignoredKinds)->needs(strict);
     SheetArguments sheet;
     AddSheetOptions(app, sheet);
     AddReadOptions(app, print.read);
-    AddFragmentOptions(app, print.read);
+    CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
-    AddBatchOptions(app, batch);
+    AddBatchOptions(app, keepGoing, batch);
 
     ReadOptions infoOptions;
     std::string infoInput;
@@ -229,7 +233,7 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "",
                       "-o and --out-dir exclude each other: one file for all, or one for each");
     std::string error;
-    if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
+    if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
@@ -259,6 +263,7 @@ void EndBySignal(int signal) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    EndSuddenlyWithoutMemory();
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
