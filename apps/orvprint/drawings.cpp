@@ -203,6 +203,7 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     if (collector.GetRefusal())
         return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
     if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "memory is spent");
+    // There is an element, and nothing that was left out: only memory can have been missing.
     if (built != 1 || inspected != 1)
         return Report(kExitFailed, InputName(path), "could not be turned into pages; memory is spent");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");

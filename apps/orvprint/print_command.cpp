@@ -201,7 +201,8 @@ private:
 
     int ReportFailure(const std::string& name, int status) {
         if (!output_->GetError().empty() || status == kOutputFailed)
-            return Report(kExitUnwritable, OutputName(), output_->GetError());
+            return Report(kExitUnwritable, OutputName(),
+                          output_->GetError().empty() ? "cannot be written" : output_->GetError());
         switch (status) {
             case ORVPrintModelRender::kPageWithoutArea:
                 return Report(kExitFailed, name, "a page has no area that could be printed");

@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/raster/band_pipeline.h"
 #include "generators/raster/display_list.h"
@@ -40,8 +41,8 @@ struct ORVRasterGenerator::State {
         try {
             note();
             return kGeneratorDone;
-        } catch (const std::bad_alloc&) {
-            error = "memory is spent";
+        } catch (const std::exception&) {
+            ORVNameException(error);
             return kDrawingFailed;
         }
     }
