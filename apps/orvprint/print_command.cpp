@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -139,7 +140,8 @@ private:
         const double sheets = CountSheets(drawing, pages);
         // Posters of more sheets than there may ever be are refused by what lays them out, with better
         // advice.
-        if (!(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
+        const bool isPoster = options_.sheet && options_.sheet->layout.isPoster;
+        if (!isPoster || !(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
         if (!sequence_)
@@ -208,6 +210,8 @@ private:
                 return Report(kExitFailed, name, "a page has no area that could be printed");
             case ORVPrintModelRender::kTooManyPrimitives:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kDrawn));
+            case ORVPrintModelRender::kTooManyPages:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
             case ORVPrintModelRender::kLowMemory:
                 return Report(kExitFailed, name, "printing failed: memory is spent");
             case ORVPrintModelRender::kTooManyRepeats:
@@ -245,7 +249,12 @@ int RunPrint(const PrintOptions& options) {
             return code;
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;
-    for (const std::string& input : options.inputs)
-        if (const int code = printing.PrintInput(input); code != kExitDone) return code;
+    for (const std::string& input : options.inputs) {
+        try {
+            if (const int code = printing.PrintInput(input); code != kExitDone) return code;
+        } catch (const std::bad_alloc&) {
+            return Report(kExitFailed, input, "memory is spent");
+        }
+    }
     return printing.Finish();
 }

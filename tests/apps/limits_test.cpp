@@ -130,13 +130,17 @@ TEST_F(LimitsToolTest, Pages) {
     EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "pages=2"}).exitCode, 9);
     EXPECT_EQ(Run({"a.svg", "a.svg", "-o", "b.pdf", "--limit", "pages=5"}).exitCode, 9);
     EXPECT_EQ(Run({"a.svg", "-o", "b.pdf", "--limit", "pages=2", "--pages", "2-3"}).exitCode, 0);
+    WriteFile("many.svg", "<svg>" + Repeat("<svg width='9' height='9'/>", 10'001) + "</svg>");
+    const ToolRun many = Run({"many.svg", "-o", "b.pdf", "--limit", "pages=10000"});
+    EXPECT_EQ(many.exitCode, 9);
+    EXPECT_THAT(many.errors, HasSubstr("has more than 10000 pages, which is the limit"));
     // A poster's sheets are pages, too.
     WriteFile("wide.svg", "<svg width='9000' height='9000'/>");
     EXPECT_EQ(
         Run({"wide.svg", "-o", "c.pdf", "--paper", "A4", "--scale", "1000%", "--tile", "--limit", "pages=20"})
             .exitCode,
         9);
-    EXPECT_THAT(Files(), testing::ElementsAre("a.pdf", "a.svg", "b.pdf", "wide.svg"));
+    EXPECT_THAT(Files(), testing::ElementsAre("a.pdf", "a.svg", "b.pdf", "many.svg", "wide.svg"));
 }
 
 TEST_F(LimitsToolTest, PixelsOfAPage) {
