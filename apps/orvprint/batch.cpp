@@ -27,6 +27,7 @@
 
 #include "apps/orvprint/batch_names.h"
 #include "apps/orvprint/formats_command.h"
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/progress.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/worker_process.h"
@@ -202,6 +203,7 @@ private:
     // ---- in the worker ----
 
     int DoJob(std::uint32_t job, std::size_t slot) const {
+        BoundMemory();
         const std::string& input = options_.inputs[job];
         PrintOptions options = options_;
         options.inputs = {input};

@@ -16,6 +16,7 @@
 #include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/memory_ahead.h"
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/time_limit.h"
 #include "platform/model/ORVPrtImageElt.h"
@@ -36,6 +37,9 @@ std::string InputName(const std::string& path) { return DisplayName(path, "stand
 /// Replaces packed bytes by what they hold. @return an exit code; a failure was reported
 int Unpack(const std::string& path, InputBytes& bytes) {
     if (!IsGzip(bytes.GetView())) return kExitDone;
+    // As much as drawings usually shrink by: what unpacks to more is not paid for by its size.
+    constexpr std::uint64_t kUsualRatio = 8;
+    AllowMemoryFor((kUsualRatio - 1) * bytes.GetView().size());
     std::string content, error;
     UnpackLimits limits;
     limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
@@ -74,6 +78,11 @@ bool IsPlainFile(const std::string& path) {
     const ssize_t got = read(descriptor, start.data(), start.size());
     close(descriptor);
     return got >= 0 && !IsGzip({start.data(), static_cast<std::size_t>(got)});
+}
+
+std::uint64_t SizeOf(const std::string& path) {
+    struct stat information {};
+    return stat(path.c_str(), &information) == 0 ? static_cast<std::uint64_t>(information.st_size) : 0;
 }
 
 /// A parsed document. One of the two is set.
@@ -225,6 +234,17 @@ ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, cons
 
 }  // namespace
 
+bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
+    if (!folders_.MayRead(path)) return false;
+    struct stat information {};
+    // No picture that can be read is larger than that.
+    constexpr std::int64_t kLargest = std::int64_t{256} << 20U;
+    if (stat(std::string(path.GetView()).c_str(), &information) == 0 && S_ISREG(information.st_mode) &&
+        information.st_size <= kLargest && seen_.emplace(information.st_dev, information.st_ino).second)
+        AllowMemoryFor(static_cast<std::uint64_t>(information.st_size));
+    return true;
+}
+
 AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
     if (path != "-") {
         ORVUnicodeString folder, name;
@@ -322,6 +342,7 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
         if (const int code = CheckInput(path); code != kExitDone) return code;
         ORVRef<ORVPrintInput> input;
         if (path != "-" && IsPlainFile(path)) {
+            AllowMemoryFor(SizeOf(path));
             input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
         } else {
             InputBytes bytes;

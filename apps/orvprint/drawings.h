@@ -1,9 +1,13 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/input_bytes.h"
@@ -24,6 +28,18 @@ struct ReadOptions {
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
 
+/// Allows folders and what lies below them. Files that are asked for count as input to the limit of memory,
+/// once each.
+class MeasuringAccessPolicy final : public ORVFileAccessPolicy {
+public:
+    void AllowFolder(const ORVUnicodeString& folder) { folders_.AllowFolder(folder); }
+    bool MayRead(const ORVUnicodeString& path) const override;
+
+private:
+    ORVFolderAccessPolicy folders_;
+    mutable std::set<std::pair<dev_t, ino_t>> seen_;
+};
+
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed
 /// ones, and what lies below them.
 class AccessScope {
@@ -35,7 +51,7 @@ public:
     AccessScope& operator=(const AccessScope&) = delete;
 
 private:
-    ORVFolderAccessPolicy policy_;
+    MeasuringAccessPolicy policy_;
 };
 
 /// What is known of a drawing's page.

@@ -1,5 +1,6 @@
 // What the command does with input that was made to break it.
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -187,6 +188,48 @@ TEST_F(LimitsToolTest, PixelsOfAllPages) {
     EXPECT_EQ(print({"a.svg", "d.svg", "--out-dir", "out", "-f", "tiff", "-j", "1"}, "600").exitCode, 0);
     EXPECT_FALSE(Exists("a.png") || Exists("a-1.png"));
 }
+
+#if !defined(ORV_SANITIZED)
+TEST_F(LimitsToolTest, Memory) {
+    // Some thirty megabytes of model, and the same behind much that says nothing.
+    const std::string lines = Repeat("<g><line x2='9' stroke='red'/></g>", 250'000);
+    WriteFile("small.svg", SmallDrawing(kLeaf));
+    WriteFile("lines.svg", SmallDrawing(lines));
+    WriteFile("large.svg", SmallDrawing(std::string(std::size_t{36} << 20U, ' ') + lines));
+    const std::string few = " --limit memory=20000000";
+    for (const std::string command : {"info ", "inspect ", "check ", "-o a.pdf ", "-o a.png "}) {
+        const ToolRun refused = RunBounded(command + "lines.svg" + few);
+        EXPECT_EQ(refused.exitCode, 9) << command;
+        EXPECT_THAT(refused.errors,
+                    HasSubstr("memory is spent: more than 20000000 bytes, which is the limit; "
+                              "if that is meant, raise it with --limit memory=N"))
+            << command;
+        EXPECT_FALSE(Exists("a.pdf") || Exists("a.png"));
+    }
+    const ToolRun batch = Run({"lines.svg", "small.svg", "--out-dir", "out", "-f", "pdf", "-j", "1",
+                               "--keep-going", "--quiet", "--limit", "memory=20000000"});
+    EXPECT_EQ(batch.exitCode, 11) << batch.errors;
+    EXPECT_TRUE(Exists("out/small.pdf"));
+    EXPECT_FALSE(Exists("out/lines.pdf"));
+    EXPECT_EQ(RunBounded("-o a.pdf lines.svg --limit memory=400000000").exitCode, 0);
+    // Large inputs may take more.
+    EXPECT_EQ(RunBounded("-o a.pdf large.svg" + few).exitCode, 0);
+    EXPECT_EQ(RunBounded("info - < large.svg" + few).exitCode, 0);
+}
+
+// What is within every other limit, and would be gigabytes.
+TEST_F(LimitsToolTest, MemoryOfManyMarkers) {
+    WriteFile("a.svg", SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z'/></marker><polyline stroke='red' "
+                                    "fill='none' marker-mid='url(#m)' points='" +
+                                    Repeat("1 2 ", 3'000'000) + "'/>"));
+    const ToolRun run = Run({"a.svg", "-o", "a.pdf"});
+    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_THAT(run.errors, HasSubstr("a.svg: memory is spent: more than "));
+    rusage used{};
+    EXPECT_EQ(getrusage(RUSAGE_CHILDREN, &used), 0);
+    EXPECT_LT(used.ru_maxrss, 1'000'000) << "kibibytes";
+}
+#endif
 
 // Small documents that say a great deal: all end, in a page or in an error that says why.
 TEST_F(LimitsToolTest, BillionsOfLaughs) {
