@@ -36,6 +36,7 @@ ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {
     raster.dotsPerInch = options.dotsPerInch;
     raster.colourMode = options.colourMode;
     raster.pixelLimit = options.pixelLimit;
+    raster.outputPixelLimit = options.outputPixelLimit;
     raster.threads = options.threads;
     return raster;
 }

@@ -27,6 +27,7 @@
 
 #include "apps/orvprint/batch_names.h"
 #include "apps/orvprint/formats_command.h"
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/progress.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/worker_process.h"
@@ -202,6 +203,7 @@ private:
     // ---- in the worker ----
 
     int DoJob(std::uint32_t job, std::size_t slot) const {
+        BoundMemory();
         const std::string& input = options_.inputs[job];
         PrintOptions options = options_;
         options.inputs = {input};
@@ -284,8 +286,12 @@ private:
         TakeMessages(slot, true);  // all of them: they were written before the result
         slot.job.reset();
         if (!hasResult) {
-            Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + slot.process.Reap(),
-                 true);
+            const WorkerProcess::End end = slot.process.Reap();
+            // One that ended itself with this code has said why.
+            if (end.exitCode == kExitFailed && !slot.lastMessage.empty())
+                Fail(job, kExitFailed, slot.lastMessage, false);
+            else
+                Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
         } else if (code != kExitDone) {
             Fail(job, code, slot.lastMessage, false);
         } else if (const std::string error = PutInPlace(job, index); !error.empty()) {

@@ -11,6 +11,7 @@
 #include "apps/orvprint/check/document_check.h"
 #include "apps/orvprint/json_writer.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "platform/xml/ORVLightXml.h"
 
 namespace {
@@ -205,7 +206,11 @@ int RunCheck(const CheckOptions& options) {
     JsonWriter json(stdout);
     if (options.asJson) json.BeginArray();
     bool isFirst = true;
+    DrawingTime time;
     for (const std::string& path : options.inputs) {
+        // What was found so far stands, even if the time of this one ends the process.
+        std::fflush(stdout);
+        time.Begin(InputName(path));
         Findings findings(options.ignored);
         const CheckedInput input = CheckOne(path, options.read, findings);
         if (input.failure != kExitDone && failure == kExitDone) failure = input.failure;
@@ -232,7 +237,9 @@ int RunCheck(const CheckOptions& options) {
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored) {
     bool found = false;
+    DrawingTime time;
     for (const std::string& path : inputs) {
+        time.Begin(InputName(path));
         InputBytes bytes;
         if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
         Findings findings(ignored);

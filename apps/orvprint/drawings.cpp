@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -15,7 +16,9 @@
 #include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/memory_ahead.h"
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintInputFileStream.h"
@@ -34,6 +37,9 @@ std::string InputName(const std::string& path) { return DisplayName(path, "stand
 /// Replaces packed bytes by what they hold. @return an exit code; a failure was reported
 int Unpack(const std::string& path, InputBytes& bytes) {
     if (!IsGzip(bytes.GetView())) return kExitDone;
+    // As much as drawings usually shrink by: what unpacks to more is not paid for by its size.
+    constexpr std::uint64_t kUsualRatio = 8;
+    AllowMemoryFor((kUsualRatio - 1) * bytes.GetView().size());
     std::string content, error;
     UnpackLimits limits;
     limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
@@ -72,6 +78,11 @@ bool IsPlainFile(const std::string& path) {
     const ssize_t got = read(descriptor, start.data(), start.size());
     close(descriptor);
     return got >= 0 && !IsGzip({start.data(), static_cast<std::size_t>(got)});
+}
+
+std::uint64_t SizeOf(const std::string& path) {
+    struct stat information {};
+    return stat(path.c_str(), &information) == 0 ? static_cast<std::uint64_t>(information.st_size) : 0;
 }
 
 /// A parsed document. One of the two is set.
@@ -201,6 +212,7 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     if (collector.GetRefusal())
         return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
     if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "memory is spent");
+    // There is an element, and nothing that was left out: only memory can have been missing.
     if (built != 1 || inspected != 1)
         return Report(kExitFailed, InputName(path), "could not be turned into pages; memory is spent");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
@@ -221,6 +233,17 @@ ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, cons
 }
 
 }  // namespace
+
+bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
+    if (!folders_.MayRead(path)) return false;
+    struct stat information {};
+    // No picture that can be read is larger than that.
+    constexpr std::int64_t kLargest = std::int64_t{256} << 20U;
+    if (stat(std::string(path.GetView()).c_str(), &information) == 0 && S_ISREG(information.st_mode) &&
+        information.st_size <= kLargest && seen_.emplace(information.st_dev, information.st_ino).second)
+        AllowMemoryFor(static_cast<std::uint64_t>(information.st_size));
+    return true;
+}
 
 AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
     if (path != "-") {
@@ -251,6 +274,8 @@ int ApplyReadOptions(const ReadOptions& options) {
         unsetenv(kWithoutDOM);
     else
         setenv(kWithoutDOM, "1", 1);
+    if (std::isnan(options.timeLimit)) return Report(kExitUsage, "--time-limit", "needs a number of seconds");
+    SetTimeLimit(options.timeLimit);
     return ApplyLimits(options.limits);
 }
 
@@ -317,6 +342,7 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
         if (const int code = CheckInput(path); code != kExitDone) return code;
         ORVRef<ORVPrintInput> input;
         if (path != "-" && IsPlainFile(path)) {
+            AllowMemoryFor(SizeOf(path));
             input = ORVRef<ORVPrintInput>(new ORVPrintInputFileStream(path));
         } else {
             InputBytes bytes;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/input_bytes.h"
@@ -20,7 +24,20 @@ struct ReadOptions {
     bool keepGoing = false;        ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
+    double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
+};
+
+/// Allows folders and what lies below them. Files that are asked for count as input to the limit of memory,
+/// once each.
+class MeasuringAccessPolicy final : public ORVFileAccessPolicy {
+public:
+    void AllowFolder(const ORVUnicodeString& folder) { folders_.AllowFolder(folder); }
+    bool MayRead(const ORVUnicodeString& path) const override;
+
+private:
+    ORVFolderAccessPolicy folders_;
+    mutable std::set<std::pair<dev_t, ino_t>> seen_;
 };
 
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed
@@ -34,7 +51,7 @@ public:
     AccessScope& operator=(const AccessScope&) = delete;
 
 private:
-    ORVFolderAccessPolicy policy_;
+    MeasuringAccessPolicy policy_;
 };
 
 /// What is known of a drawing's page.
@@ -50,7 +67,7 @@ struct Drawing {
     bool isOnly;  ///< the only drawing of its input
 };
 
-/// Applies the options to this process: the parser that interpreters choose, limits.
+/// Applies the options to this process: the parser that interpreters choose, limits, that of time too.
 /// @return an exit code; a failure was reported
 int ApplyReadOptions(const ReadOptions& options);
 

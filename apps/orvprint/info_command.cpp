@@ -4,6 +4,7 @@
 
 #include "apps/orvprint/json_writer.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 
 namespace {
 
@@ -58,6 +59,8 @@ void WriteJson(const std::string& name, const std::vector<PageFacts>& pages) {
 }  // namespace
 
 int RunInfo(const std::string& input, const ReadOptions& options, bool asJson) {
+    DrawingTime time;
+    time.Begin(DisplayName(input, "standard input"));
     std::vector<PageFacts> pages;
     const int code = ForEachDrawing(input, options, [&pages](const Drawing& drawing) {
         pages.insert(pages.end(), drawing.pages.begin(), drawing.pages.end());

@@ -10,6 +10,7 @@
 #include <new>
 
 #include "apps/orvprint/memory_ahead.h"
+#include "apps/orvprint/memory_limit.h"
 #include "platform/system/ORVPrintLimits.h"
 
 namespace {
@@ -57,11 +58,15 @@ bool ReadAll(int descriptor, InputBytes& bytes) {
         return false;
     }
     const auto buffer = std::make_shared<GrowingBytes>();
+    AllowMemoryFor(room);
     buffer->Reserve(room);
     if (isFile) MakeMemoryReady(buffer->GetBytes(), room);
     std::size_t size = 0;
     for (;;) {
-        if (size == buffer->GetRoom()) buffer->Reserve(std::max(kStreamRoom, 2 * size));
+        if (size == buffer->GetRoom()) {
+            AllowMemoryFor(size);
+            buffer->Reserve(std::max(kStreamRoom, 2 * size));
+        }
         const ssize_t got = read(descriptor, buffer->GetBytes() + size, buffer->GetRoom() - size);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return false;

@@ -7,6 +7,7 @@
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/model_dump.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 
@@ -69,6 +70,8 @@ private:
 }  // namespace
 
 int RunInspect(const std::string& input, const ReadOptions& options) {
+    DrawingTime time;
+    time.Begin(DisplayName(input, "standard input"));
     return OpenForInspection(input, options, [&input](ORVPrintInterpreter& interpreter) {
         JsonWriter json(stdout);
         Dumper dumper(json);

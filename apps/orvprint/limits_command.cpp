@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <system_error>
 
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/report.h"
 
 int ApplyLimits(const std::vector<std::string>& settings) {
@@ -22,6 +23,7 @@ int ApplyLimits(const std::vector<std::string>& settings) {
                               name + "=" + std::to_string(row->unchecked));
         ORVPrintLimits::Set(row->limit, value);
     }
+    BoundMemory();
     return kExitDone;
 }
 

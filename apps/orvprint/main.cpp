@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <malloc.h>
+#include <pthread.h>
 
 #include <csignal>
 #include <cstdio>
@@ -23,6 +24,7 @@
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/sheet_options.h"
+#include "apps/orvprint/sudden_end.h"
 #include "generators/common/ORVTemporaryFile.h"
 
 namespace {
@@ -72,6 +74,11 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
             "Primitives that a drawing may hold, at most: --limit primitives=N")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
+    command
+        .add_option("--time-limit", options.timeLimit,
+                    "Give up a drawing that takes longer, in seconds; without it, none is")
+        ->option_text("N")
+        ->check(CLI::Range(0.001, 1e9));
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
@@ -92,13 +99,16 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
     return kExitDone;
 }
 
-void AddFragmentOptions(CLI::App& command, ReadOptions& options) {
+// The library looks options up by name in a function that lets nothing out: where memory is spent, that ends
+// the process. So what must know another option is given the option itself.
+/// @return the option --keep-going
+CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Input is an XML document with drawings inside, as .qvxml files are");
-    command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
+    return command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
 }
 
-void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
     auto* folder = command.add_option("--out-dir", options.folder, "Convert each input to DIR/NAME.FORMAT");
     folder->option_text("DIR");
     command.add_option("-j,--jobs", options.jobs, "Inputs converted at a time, with --out-dir")
@@ -106,8 +116,16 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
     command.add_flag("--quiet", options.isQuiet, "No progress bar and no summary");
-    command.get_option("--keep-going")
-        ->description("Go on after an error in the XML; with --out-dir, after an input that failed");
+    keepGoing->description("Go on after an error in the XML; with --out-dir, after an input that failed");
+}
+
+/// An option of printing that was given to another command, which would not heed it; empty when there is
+/// none.
+std::string OptionBeforeCommand(const CLI::App& app) {
+    if (app.get_subcommands().empty()) return {};
+    for (const CLI::Option* option : app.get_options())
+        if (option->nonpositional() && option->count() > 0) return option->get_name();
+    return {};
 }
 
 int Run(int argc, char** argv) {
@@ -130,20 +148,21 @@ int Run(int argc, char** argv) {
         ->option_text("FILE");
     app.add_option("-f,--format", print.format, "Output format; without it, the ending of FILE tells")
         ->option_text(OutputFormatNames("|"));
-    app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
+    const CLI::Option* pagesOption =
+        app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->option_text("N [90]");
-    app.add_flag("--strict", print.strict,
-                 "Print nothing when the check finds something; see orvprint check");
+    CLI::Option* strict = app.add_flag("--strict", print.strict,
+                                       "Print nothing when the check finds something; see orvprint check");
     std::vector<std::string> ignoredKinds;
-    AddIgnoreOption(app, ignoredKinds)->needs("--strict");
+    AddIgnoreOption(app, ignoredKinds)->needs(strict);
     SheetArguments sheet;
     AddSheetOptions(app, sheet);
     AddReadOptions(app, print.read);
-    AddFragmentOptions(app, print.read);
+    CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
-    AddBatchOptions(app, batch);
+    AddBatchOptions(app, keepGoing, batch);
 
     ReadOptions infoOptions;
     std::string infoInput;
@@ -189,6 +208,8 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "", std::string(error.what()) + " (see orvprint --help)");
     }
 
+    if (const std::string name = OptionBeforeCommand(app); !name.empty())
+        return Report(kExitUsage, name, "stands before the command; what is meant for it goes behind it");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
         infoOptions.endsWithInput = true;
@@ -200,7 +221,7 @@ int Run(int argc, char** argv) {
     }
     if (checking->parsed()) {
         if (const int code = ParseKinds(kindsNotChecked, check.ignored); code != kExitDone) return code;
-        if (const int code = ApplyLimits(check.read.limits); code != kExitDone) return code;
+        if (const int code = ApplyReadOptions(check.read); code != kExitDone) return code;
         return RunCheck(check);
     }
     if (formats->parsed()) return RunFormats();
@@ -212,7 +233,7 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "",
                       "-o and --out-dir exclude each other: one file for all, or one for each");
     std::string error;
-    if (app.count("--pages") > 0 && !print.pages.Parse(pages, error))
+    if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
@@ -225,8 +246,15 @@ int Run(int argc, char** argv) {
     return RunBatch(print, batch);
 }
 
+const pthread_t mainThread = pthread_self();
+
 /// Ends the process as the signal wishes, but without leaving half a file.
 void EndBySignal(int signal) {
+    // Any thread may get the signal, but only the main one holds signals back while it makes files.
+    if (pthread_equal(pthread_self(), mainThread) == 0) {
+        pthread_kill(mainThread, signal);
+        return;
+    }
     ORVTemporaryFile::RemoveAll();
     std::signal(signal, SIG_DFL);
     std::raise(signal);
@@ -235,6 +263,7 @@ void EndBySignal(int signal) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    EndSuddenlyWithoutMemory();
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -17,6 +18,7 @@
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
@@ -81,6 +83,7 @@ public:
     }
 
     int PrintInput(const std::string& input) {
+        time_.Begin(DisplayName(input, "standard input"));
         return ForEachDrawing(input, options_.read,
                               [&](const Drawing& drawing) { return PrintDrawing(input, drawing); });
     }
@@ -93,6 +96,8 @@ public:
                               std::to_string(pagesSeen_) + (pagesSeen_ == 1 ? " page)" : " pages)"));
         if (const int status = sequence_->Finish(); status != kGeneratorDone)
             return ReportFailure(InputNames(), status);
+        // From here on there are no parts of an output, but all or none.
+        time_.End();
         if (output_->Commit() != 1) return ReportFailure(InputNames(), kOutputFailed);
         return kExitDone;
     }
@@ -135,7 +140,8 @@ private:
         const double sheets = CountSheets(drawing, pages);
         // Posters of more sheets than there may ever be are refused by what lays them out, with better
         // advice.
-        if (!(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
+        const bool isPoster = options_.sheet && options_.sheet->layout.isPoster;
+        if (!isPoster || !(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
         if (!sequence_)
@@ -180,6 +186,7 @@ private:
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
         formatOptions.pixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kPagePixels);
+        formatOptions.outputPixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kOutputPixels);
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
@@ -196,16 +203,21 @@ private:
 
     int ReportFailure(const std::string& name, int status) {
         if (!output_->GetError().empty() || status == kOutputFailed)
-            return Report(kExitUnwritable, OutputName(), output_->GetError());
+            return Report(kExitUnwritable, OutputName(),
+                          output_->GetError().empty() ? "cannot be written" : output_->GetError());
         switch (status) {
             case ORVPrintModelRender::kPageWithoutArea:
                 return Report(kExitFailed, name, "a page has no area that could be printed");
             case ORVPrintModelRender::kTooManyPrimitives:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kDrawn));
+            case ORVPrintModelRender::kTooManyPages:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
             case ORVPrintModelRender::kLowMemory:
                 return Report(kExitFailed, name, "printing failed: memory is spent");
             case ORVPrintModelRender::kTooManyRepeats:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
+            case kOutputTooLarge:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputPixels));
             default: break;
         }
         const std::string& error =
@@ -215,6 +227,7 @@ private:
 
     const PrintOptions& options_;
     const ORVOutputFormat& format_;
+    DrawingTime time_;            // of the present input, and of the output's end
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
     double sheetsPrinted_ = 0.0;  // pages of the output
     std::unique_ptr<ORVOutput> output_;
@@ -236,7 +249,12 @@ int RunPrint(const PrintOptions& options) {
             return code;
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;
-    for (const std::string& input : options.inputs)
-        if (const int code = printing.PrintInput(input); code != kExitDone) return code;
+    for (const std::string& input : options.inputs) {
+        try {
+            if (const int code = printing.PrintInput(input); code != kExitDone) return code;
+        } catch (const std::bad_alloc&) {
+            return Report(kExitFailed, input, "memory is spent");
+        }
+    }
     return printing.Finish();
 }

@@ -1,8 +1,12 @@
 #include "apps/orvprint/report.h"
 
 #include <array>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+
+#include "apps/orvprint/memory_limit.h"
 
 namespace {
 
@@ -48,6 +52,14 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
         line.Put(": ");
     }
     line.Put(reason);
+    if (reason.ends_with("memory is spent"))
+        if (const std::uint64_t limit = GetMemoryLimitReached(); limit != 0) {
+            std::array<char, 24> number{};
+            const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;
+            line.Put(": more than ");
+            line.Put({number.data(), static_cast<std::size_t>(end - number.data())});
+            line.Put(" bytes, which is the limit; if that is meant, raise it with --limit memory=N");
+        }
     line.End();
     return code;
 }

@@ -126,7 +126,7 @@ bool WorkerProcess::TakeErrors(std::string& text) {
     }
 }
 
-std::string WorkerProcess::Reap() {
+WorkerProcess::End WorkerProcess::Reap() {
     int status = 0;
     pid_t ended = waitpid(pid_, &status, 0);
     while (ended < 0 && errno == EINTR) ended = waitpid(pid_, &status, 0);
@@ -136,9 +136,9 @@ std::string WorkerProcess::Reap() {
         const int signal = WTERMSIG(status);
         std::string words = "was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
         if (signal == SIGKILL) words += ", perhaps because memory was short";
-        return words;
+        return {words, 0};
     }
-    return "ended by itself";
+    return {"ended by itself", ended > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : 0};
 }
 
 void WorkerProcess::Kill() {

@@ -36,8 +36,12 @@ public:
     int GetResultDescriptor() const { return channel_; }
     int GetErrorDescriptor() const { return errors_; }
 
-    /// Takes leave of a worker that ended by itself. @return how it ended, in words
-    std::string Reap();
+    struct End {
+        std::string words;  ///< how it ended
+        int exitCode = 0;   ///< 0 also when it was a signal
+    };
+    /// Takes leave of a worker that ended by itself.
+    End Reap();
     /// Ends the worker at once.
     void Kill();
 

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 
 template <class Call>
@@ -11,7 +12,7 @@ int ORVGuardedGenerator::Pass(Call call) {
         return call(target_);
     } catch (const std::exception&) {
         threw_ = true;
-        error_ = "memory is spent";  // so short that it needs none
+        ORVNameException(error_);
         return kDrawingFailed;
     }
 }

@@ -49,7 +49,12 @@ struct ORVPdfGenerator::State {
         facts.creationTime = creationTime;
     }
 
-    int Check() const { return file && file->IsGood() ? kGeneratorDone : kOutputFailed; }
+    int Check() {
+        if (file && file->IsGood()) return kGeneratorDone;
+        if (!output.GetError().empty()) return kOutputFailed;
+        error = "memory is spent";  // of the compressor, then
+        return kDrawingFailed;
+    }
 
     struct OpenGroup {
         std::string target;  // its name, when links lead here
@@ -189,7 +194,8 @@ int ORVPdfGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     if (!content) return kDrawingFailed;
     if (const auto known = state_->forms.find(symbol.key); known != state_->forms.end()) {
         content->DrawForm(known->second, symbol.toPage);
-        return state_->file->IsGood() ? kSymbolKnown : static_cast<int>(kOutputFailed);
+        const int result = state_->Check();
+        return result == kGeneratorDone ? kSymbolKnown : result;
     }
     state_->symbols.push_back({symbol, PdfContent(*state_->objects)});
     return kDrawSymbol;

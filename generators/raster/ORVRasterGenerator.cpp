@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
+#include <cstdint>
+#include <exception>
 #include <thread>
 #include <utility>
 
+#include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/raster/band_pipeline.h"
 #include "generators/raster/display_list.h"
@@ -39,8 +41,8 @@ struct ORVRasterGenerator::State {
         try {
             note();
             return kGeneratorDone;
-        } catch (const std::bad_alloc&) {
-            error = "memory is spent";
+        } catch (const std::exception&) {
+            ORVNameException(error);
             return kDrawingFailed;
         }
     }
@@ -51,6 +53,7 @@ struct ORVRasterGenerator::State {
     RasterPageInfo page;
     std::string title, error;
     unsigned int pageCount = 0;
+    std::uint64_t pixels = 0;  // of all pages so far, within the limit
 };
 
 ORVRasterGenerator::ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const ORVRasterOptions& options)
@@ -65,6 +68,7 @@ const std::string& ORVRasterGenerator::GetError() const {
 int ORVRasterGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     state_->title = info.title;
     state_->pageCount = info.pageCount;
+    state_->pixels = 0;
     return kGeneratorDone;
 }
 
@@ -79,6 +83,15 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
                         std::to_string(options.pixelLimit) + " in all); use a lower --dpi";
         return kPageTooLarge;
     }
+    // Of such sides the product is a whole number.
+    const auto pixels = static_cast<std::uint64_t>(width * height);
+    if (pixels > options.outputPixelLimit - state_->pixels) {
+        state_->error = "the pages to page " + std::to_string(info.number) +
+                        " would have too many pixels (at most " + std::to_string(options.outputPixelLimit) +
+                        " in all); use a lower --dpi";
+        return kOutputTooLarge;
+    }
+    state_->pixels += pixels;
     RasterPageInfo& page = state_->page;
     page.width = static_cast<int>(width);
     page.height = static_cast<int>(height);

@@ -7,10 +7,11 @@
 #include <iterator>
 #include <memory>
 #include <mutex>
-#include <new>
+#include <string>
 #include <thread>
 #include <vector>
 
+#include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/raster/band_renderer.h"
 #include "generators/raster/picture_store.h"
@@ -75,8 +76,9 @@ struct FinishedBand {
 /// Draws, encodes and hands over. Threads take the next band each; how many wait for the sink is bounded.
 class BandPipeline {
 public:
-    BandPipeline(const DisplayList& list, const RasterPageInfo& info, ORVBandSink& sink)
-        : list_(list), info_(info), sink_(sink), queue_(list, info.bandRows) {}
+    /// @param error  out: what was thrown
+    BandPipeline(const DisplayList& list, const RasterPageInfo& info, ORVBandSink& sink, std::string& error)
+        : list_(list), info_(info), sink_(sink), error_(error), queue_(list, info.bandRows) {}
 
     int Run(unsigned int threads) {
         most_ = threads + 1;
@@ -86,12 +88,12 @@ public:
             for (unsigned int i = 0; i < threads; ++i) workers.emplace_back([this] { Work(); });
         } catch (const std::exception&) {
             // Fewer threads will do, unless there is none.
-            if (workers.empty()) status = kDrawingFailed;
+            if (workers.empty()) status = Fail();
         }
         try {
             if (status == kGeneratorDone) status = WriteBands();
         } catch (const std::exception&) {
-            status = kDrawingFailed;  // the threads are to end before anything else does
+            status = Fail();  // the threads are to end before anything else does
         }
         {
             const std::lock_guard lock(mutex_);
@@ -104,6 +106,14 @@ public:
     }
 
 private:
+    /// Notes what is being handled. What failed first counts.
+    int Fail() {
+        const std::lock_guard lock(mutex_);
+        if (error_.empty()) ORVNameException(error_);
+        failed_ = true;
+        return kDrawingFailed;
+    }
+
     /// Hands finished bands to the sink, in order.
     int WriteBands() {
         int status = kGeneratorDone;
@@ -161,8 +171,7 @@ private:
                 arrived_.notify_one();
             }
         } catch (const std::exception&) {
-            const std::lock_guard lock(mutex_);
-            failed_ = true;
+            Fail();
         }
         arrived_.notify_one();
         taken_.notify_all();
@@ -171,6 +180,7 @@ private:
     const DisplayList& list_;
     const RasterPageInfo& info_;
     ORVBandSink& sink_;
+    std::string& error_;
     PictureStore pictures_;
     std::mutex mutex_;
     std::condition_variable arrived_, taken_;
@@ -195,11 +205,9 @@ int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned i
     const auto useful = static_cast<unsigned int>(
         std::min({static_cast<std::size_t>(threads), affordable, static_cast<std::size_t>(bands)}));
     try {
-        const int status = BandPipeline(list, info, sink).Run(std::max(useful, 1U));
-        if (status == kDrawingFailed && sink.GetError().empty()) error = "memory is spent";
-        return status;
-    } catch (const std::bad_alloc&) {
-        error = "memory is spent";
+        return BandPipeline(list, info, sink, error).Run(std::max(useful, 1U));
+    } catch (const std::exception&) {
+        ORVNameException(error);
         return kDrawingFailed;
     }
 }

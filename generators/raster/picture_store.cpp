@@ -191,38 +191,42 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
                        toImage;
 
     const std::lock_guard lock(mutex_);
-    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-        return entry.image.get() == &image && entry.width == width && entry.height == height;
-    });
-    if (found != entries_.end()) {
-        entries_.splice(entries_.begin(), entries_, found);
-        source.samples = entries_.front().samples;
-        return true;
-    }
+    std::vector<Entries::iterator>& ofImage = byImage_[&image];
+    for (const Entries::iterator entry : ofImage)
+        if (entry->width == width && entry->height == height) {
+            entries_.splice(entries_.begin(), entries_, entry);
+            source.samples = entry->samples;
+            return true;
+        }
+    ofImage.reserve(ofImage.size() + 1);
     source.samples = PictureSamples::Make(image, width, height);
-    bytes_ += source.samples->GetBytes();
     entries_.push_front({picture.image, width, height, source.samples});
+    ofImage.push_back(entries_.begin());
+    bytes_ += source.samples->GetBytes();
     // Averages need the image's own pixels no longer.
     const bool isCopy =
         source.samples->HasAlpha() || width != image.GetWidth() || height != image.GetHeight();
-    const bool isShared = std::any_of(std::next(entries_.begin()), entries_.end(),
-                                      [&](const Entry& entry) { return entry.image.get() == &image; });
-    if (isCopy && !isShared) image.ReleasePixels();
+    if (isCopy && ofImage.size() == 1) image.ReleasePixels();
     MakeRoom();
     return true;
+}
+
+bool PictureStore::Forget(Entries::iterator entry) {
+    const auto ofImage = byImage_.find(entry->image.get());
+    std::erase(ofImage->second, entry);
+    const bool isLast = ofImage->second.empty();
+    if (isLast) byImage_.erase(ofImage);
+    bytes_ -= entry->samples->GetBytes();
+    entries_.erase(entry);
+    return isLast;
 }
 
 void PictureStore::MakeRoom() {
     for (auto entry = entries_.end(); bytes_ > kStoreLimit && entry != entries_.begin();) {
         --entry;
         if (entry->samples.use_count() > 1) continue;
-        bytes_ -= entry->samples->GetBytes();
         const ORVRef<const ORVPixelImage> image = entry->image;
-        entry = entries_.erase(entry);
-        const bool isShared = std::any_of(entries_.begin(), entries_.end(), [&](const Entry& other) {
-            return other.image.get() == image.get();
-        });
-        if (!isShared) image->ReleasePixels();
+        if (Forget(entry++)) image->ReleasePixels();
     }
 }
 
@@ -233,5 +237,6 @@ void PictureStore::Clear() {
         entry.image->ReleasePixels();
     }
     entries_.clear();
+    byImage_.clear();
     bytes_ = 0;
 }

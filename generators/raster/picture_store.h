@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "generators/raster/display_list.h"
@@ -66,9 +67,14 @@ private:
         int width = 0, height = 0;
         std::shared_ptr<const PictureSamples> samples;
     };
+    using Entries = std::list<Entry>;
+    /// Forgets an entry. @return true when it was the last one of its image
+    bool Forget(Entries::iterator entry);
     void MakeRoom();
 
     std::mutex mutex_;
-    std::list<Entry> entries_;  // the one used last comes first
+    Entries entries_;  // the one used last comes first
+    // Those of an image: there may be very many images, of few sizes each.
+    std::unordered_map<const ORVPixelImage*, std::vector<Entries::iterator>> byImage_;
     std::size_t bytes_ = 0;
 };

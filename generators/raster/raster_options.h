@@ -8,7 +8,8 @@
 struct ORVRasterOptions {
     double dotsPerInch = 90.0;  ///< greater than 0; at 90 a user unit is a pixel
     ORVColourMode colourMode = ORVColourMode::kColour;
-    std::uint64_t pixelLimit = 4'000'000'000;  ///< of a page; past it, the page is refused
-    unsigned int threads = 0;                  ///< that draw; 0 for as many as the machine has processors
-    int bandRows = 0;                          ///< rows drawn at a time; 0 for what suits the page
+    std::uint64_t pixelLimit = 4'000'000'000;            ///< of a page; past it, the page is refused
+    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all pages; the page that passes it is refused
+    unsigned int threads = 0;  ///< that draw; 0 for as many as the machine has processors
+    int bandRows = 0;          ///< rows drawn at a time; 0 for what suits the page
 };

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
+#include <exception>
 
+#include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/sheet/poster_marks.h"
 
@@ -14,8 +15,8 @@ template <class Action>
 int Guard(std::string& error, Action action) {
     try {
         return action();
-    } catch (const std::bad_alloc&) {
-        error = "memory is spent";
+    } catch (const std::exception&) {
+        ORVNameException(error);
         return kDrawingFailed;
     }
 }

@@ -78,7 +78,7 @@ int TiffSink::Open(const RasterPageInfo& page) {
     tiff_ = library.open(descriptor, "", isBig ? "w8" : "w");
     if (!tiff_) {
         close(descriptor);
-        return Fail("memory is spent");
+        return Fail("the temporary file cannot be begun; is the disk full, or memory spent?");
     }
     return kGeneratorDone;
 }
@@ -112,7 +112,8 @@ int TiffSink::BeginPage(const RasterPageInfo& page) {
             done = set(TIFFTAG_PAGENUMBER, static_cast<int>(number), static_cast<int>(page.pageCount));
     }
     if (done && !page.title.empty()) done = set(TIFFTAG_DOCUMENTNAME, std::string(page.title).c_str());
-    return done ? kGeneratorDone : Fail("memory is spent");
+    return done ? kGeneratorDone
+                : Fail("the page cannot be described; memory is spent, or TIFF lacks its compression");
 }
 
 void TiffSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const {

@@ -11,7 +11,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --limit --max-primitives --help"
+    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"
@@ -32,7 +32,7 @@ _orvprint() {
         -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
-            repeats= pages= page-pixels=" ;;
+            repeats= pages= page-pixels= output-pixels= memory=" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
             ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;
@@ -43,7 +43,7 @@ _orvprint() {
         --dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
-        --pages | --fragment | --max-primitives | --margin | --overlap | --stroke-scale | --min-stroke | \
+        --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
             --ignore | -j | --jobs) ;;
         *)
             case $current in

@@ -19,6 +19,7 @@ public:
     /// Takes one primitive; false when the budget is spent.
     bool Take() {
         if (taken_ >= limit_) return Refuse(ORVPrintLimit::kPrimitives);
+        if (memoryRefusals_ >= kMostMemoryRefusals) return false;
         ++taken_;
         return true;
     }
@@ -65,9 +66,12 @@ public:
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
     /// Notes that something was left out because there was no memory for it.
-    void NoteMemorySpent() { isMemorySpent_ = true; }
+    void NoteMemorySpent() { ++memoryRefusals_; }
     /// True when something was left out for want of memory.
-    bool IsMemorySpent() const { return isMemorySpent_; }
+    bool IsMemorySpent() const { return memoryRefusals_ > 0; }
+    /// After so many times, no primitive is had any more: each refusal takes the system time, and millions
+    /// may be left.
+    static constexpr std::uint64_t kMostMemoryRefusals = 1000;
 
     void AddRef() { ++references_; }
     void Release() {
@@ -81,5 +85,5 @@ private:
     std::uint64_t taken_ = 0, duplicates_ = 0, duplicateUnits_ = 0, visits_ = 0, pixels_ = 0;
     std::uint64_t references_ = 1;
     std::optional<ORVPrintLimit> refusal_;
-    bool isMemorySpent_ = false;
+    std::uint64_t memoryRefusals_ = 0;
 };

@@ -625,8 +625,7 @@ int ORVPrintModelRender::DrawDocument(Work draw) {
     int result = kLowMemory;
     try {
         result = draw(begun);
-    } catch (const std::bad_alloc&) {
-        result = kLowMemory;
+    } catch (const std::bad_alloc&) {  // that is what stands there already
     }
     if (!begun) return result;
     const int closed = generator_->EndDocument();

@@ -38,6 +38,9 @@ constexpr std::array<Row, kPrintLimitCount> kRows{{
     {ORVPrintLimit::kRepeats, "repeats", 200 * kMillion, kMillion, kMost, "repeats to draw"},
     {ORVPrintLimit::kPages, "pages", kMost, 100 * kThousand, kMost, "pages"},
     {ORVPrintLimit::kPagePixels, "page-pixels", 4 * kBillion, 4 * kBillion, kMost, "pixels on a page"},
+    {ORVPrintLimit::kOutputPixels, "output-pixels", 1000 * kBillion, 20 * kBillion, kMost,
+     "pixels on all pages"},
+    {ORVPrintLimit::kMemory, "memory", kMost, 900 * kMebibyte, kMost, "bytes of memory"},
 }};
 
 constexpr bool IsOrdered() {

@@ -54,8 +54,15 @@ enum class ORVPrintLimit : std::uint8_t {
     kPages,
     /// Pixels of an output page. A page may say that it is a kilometre wide.
     kPagePixels,
+    /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
+    /// hundred thousand of them.
+    kOutputPixels,
+    /// Bytes of memory that the command takes; 32 more for every byte of input past 32 MiB. A million lines,
+    /// each with markers in colours of its own, are within every other limit and gigabytes all the same. A
+    /// host has means of its own: in a library, this limit has no effect.
+    kMemory,
 };
-inline constexpr std::size_t kPrintLimitCount = 16;
+inline constexpr std::size_t kPrintLimitCount = 18;
 
 /// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
 /// while documents are read is safe, and which of them see it is open.

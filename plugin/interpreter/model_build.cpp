@@ -75,6 +75,12 @@ private:
     LowMemoryWatch watch_;
 };
 
+/// The result of a build that memory did not suffice for, which its model tells, too.
+int WithoutMemory(ORVPrtModel& model) {
+    model.GetBudget().NoteMemorySpent();
+    return kUnusable;
+}
+
 int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& pageSource,
                          ORVPrtModel& model) {
     ORVLightXmlElement parsed;
@@ -85,7 +91,7 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
                                                   ORVLightXmlInputStreamBuffer::Lifetime::kElements);
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
-        if (parser.GetError().isMemorySpent) return kUnusable;
+        if (parser.GetError().isMemorySpent) return WithoutMemory(model);
         root = &parsed;
     }
     if (root->GetNode())
@@ -99,7 +105,10 @@ int BuildWithDOMParser(const SvgDocumentSource& source, const SvgPageSource& pag
         ORVUnicodeString text;
         if (text.BuildFromUTF8(source.GetText(), static_cast<std::size_t>(source.GetTextSize())) < 0)
             return kUnusable;
-        if (BuildParser(text, "SVG", root) < 0 || !root) return kUnusable;
+        ORVXmlError error;
+        const int parsed = BuildParser(text, "SVG", root, &error);
+        if (error.isMemorySpent) return WithoutMemory(model);
+        if (parsed < 0 || !root) return kUnusable;
     }
     ModelBuild<DomElementAccess> build(pageSource, model);
     for (DomElementAccess node(root.GetNode()); !node.IsNull(); node = node.NextSibling())
@@ -122,6 +131,6 @@ int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
                       : BuildWithLightParser(source, pageSource, *model);
     } catch (const std::bad_alloc&) {
         model->RemoveImages();  // half a page is none
-        return kUnusable;
+        return WithoutMemory(*model);
     }
 }

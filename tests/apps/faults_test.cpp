@@ -197,8 +197,12 @@ TEST_F(FailingSystemTest, PicturesThatCannotBeReadToTheirEnd) {
         }
 }
 
-// Every so many requests for memory refused, in the whole command.
+// The first requests for memory refused one by one, and every so many of the others, in the whole command,
+// the library that reads its command line included.
 TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
+    std::map<std::string, std::string> outputs;
+    for (const char* arguments : {"check a.svg", "info a.svg", "inspect a.svg", "formats"})
+        outputs[arguments] = Shell(std::string("\"$0\" ") + arguments).output;
     const auto expectEnd = [&](const std::string& arguments, const std::string& environment) {
         const ToolRun run = RunWith(environment, arguments);
         EXPECT_EQ(run.signal, 0) << environment << " " << arguments << "\n" << run.errors;
@@ -206,13 +210,16 @@ TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
                                                          << run.errors;
         EXPECT_TRUE(run.exitCode < 8 || run.errors.starts_with("orvprint: "))
             << environment << " " << arguments;
+        EXPECT_TRUE(run.exitCode != 0 || run.output == outputs[arguments])
+            << environment << " " << arguments << "\n"
+            << run.output;
         return run.exitCode;
     };
     ASSERT_EQ(Run({"a.svg", "b.svg", "-o", "whole.pdf"}).exitCode, 0);
     const std::string expected = ReadFile("whole.pdf");
     int failures = 0;
     for (const char* all : {"", " ORV_FAIL_NEW_ALL=1"})
-        for (unsigned int request = 1; request < 12'000; request += request < 300 ? 23 : 611) {
+        for (unsigned int request = 1; request < 12'000; request += request < 300 ? 1 : 611) {
             const std::string environment = "ORV_FAIL_NEW_AT=" + std::to_string(request) + all;
             if (expectEnd("a.svg b.svg -o out/x.pdf", environment) == 0)
                 EXPECT_EQ(ReadFile("out/x.pdf"), expected) << environment;
@@ -225,7 +232,9 @@ TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
     for (const char* arguments : {"check a.svg", "info a.svg", "inspect a.svg", "formats",
                                   "a.svg --out-dir out -f png -j 1", "a.svg -o out/x.svg --paper A4 --nup 2"})
         for (const char* all : {"", " ORV_FAIL_NEW_ALL=1"})
-            for (unsigned int request = 1; request < 4'000; request += 397) {
+            // A dump that lacks something would look like one.
+            for (unsigned int request = 1; request < 4'000;
+                 request += arguments == std::string("inspect a.svg") ? 61 : 397) {
                 expectEnd(arguments, "ORV_FAIL_NEW_AT=" + std::to_string(request) + all);
                 fs::remove_all(Folder() / "out");
                 fs::create_directories(Folder() / "out");
@@ -394,6 +403,103 @@ TEST_F(WaitingTest, FolderOfABatchThatIsRemovedMeanwhile) {
     EXPECT_EQ(run.exitCode, 11);
     EXPECT_THAT(run.errors, HasSubstr("No such file or directory"));
     EXPECT_THAT(FilesIn("out"), IsEmpty());
+}
+
+// ---- time ----
+
+TEST_F(WaitingTest, ADrawingThatTakesTooLongIsGivenUp) {
+    const std::string line =
+        "orvprint: waits.svg: takes longer than 0.2 seconds, which is the limit; if that is meant, raise it "
+        "with --time-limit N\n";
+    for (const std::string arguments :
+         {"info waits.svg", "info --json waits.svg", "inspect waits.svg", "check waits.svg",
+          "check --json waits.svg", "waits.svg -o out/x.pdf", "waits.svg --strict -o out/x.pdf",
+          "waits.svg a.svg -o out/x.pdf", "a.svg b.svg waits.svg -o out/x.pdf",
+          "a.svg b.svg waits.svg -o out/x.png", "a.svg b.svg waits.svg -o out/x.tiff"}) {
+        const ToolRun run = Shell("exec \"$0\" " + arguments + " --time-limit 0.2");
+        EXPECT_EQ(run.exitCode, 9) << arguments << " " << run.signal;
+        EXPECT_EQ(run.errors, line) << arguments;
+        EXPECT_THAT(FilesIn("out"), IsEmpty()) << arguments;
+    }
+    // What was found before stands.
+    EXPECT_THAT(Run({"check", "--time-limit", "0.2", "a.svg", "waits.svg"}).output,
+                HasSubstr("a.svg: nothing found"));
+    // Signals that whoever starts the command ignores.
+    EXPECT_EQ(Shell("trap '' ALRM; exec \"$0\" info waits.svg --time-limit 0.2").errors, line);
+}
+
+TEST_F(WaitingTest, StandardInputThatNeverComesOrNeverEnds) {
+    for (const char* text : {"", "printf '<svg><g>' >&3; "})
+        for (const char* arguments : {"- -o out/x.pdf", "info -", "check -", "inspect -"}) {
+            const ToolRun run = Shell(std::string("exec 3<>waits.svg; ") + text + "exec \"$0\" " + arguments +
+                                      " --time-limit 0.2 <&3");
+            EXPECT_EQ(run.exitCode, 9) << arguments;
+            ExpectLine(run, "standard input: takes longer than 0.2 seconds", "--time-limit");
+            EXPECT_THAT(FilesIn("out"), IsEmpty());
+        }
+}
+
+TEST_F(WaitingTest, OutputThatNobodyTakes) {
+    const ToolRun run = Shell("exec 3<>waits.svg; exec \"$0\" large.svg -f pdf -o - --time-limit 0.5 >&3");
+    EXPECT_EQ(run.exitCode, 9);
+    ExpectLine(run, "large.svg: takes longer than 0.5 seconds", "");
+    // Nor can the words be got rid of.
+    const ToolRun mute = Shell(
+        "exec 3<>waits.svg; head -c 65536 /dev/zero >&3; mkfifo other; exec \"$0\" info other --time-limit "
+        "0.2 2>&3");
+    EXPECT_EQ(mute.exitCode, 9);
+}
+
+TEST_F(WaitingTest, NamesOfAnyLengthMakeOneLine) {
+    std::string name = "waits.svg";
+    while (name.size() < 4080) name = "./" + name;
+    ExpectLine(Run({"info", name, "--time-limit", "0.1"}), "./././", "is the limit");
+    fs::rename(Folder() / "waits.svg", Folder() / "waits\n.svg");
+    ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits .svg: takes", "is the limit");
+}
+
+TEST_F(WaitingTest, ABatchGoesOnWithoutADrawingThatTakesTooLong) {
+    const ToolRun run = Run({"a.svg", "waits.svg", "b.svg", "--out-dir", "out", "-f", "pdf", "-j", "1",
+                             "--keep-going", "--time-limit", "3"});
+    EXPECT_EQ(run.exitCode, 11);
+    const std::string reason = "waits.svg: takes longer than 3 seconds, which is the limit";
+    EXPECT_THAT(run.errors, StartsWith("orvprint: " + reason));
+    EXPECT_THAT(run.errors, HasSubstr("failed: " + reason));
+    EXPECT_THAT(run.errors, HasSubstr("2 of 3 converted, 1 failed"));
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : FilesIn("out")) names.push_back(name);
+    EXPECT_THAT(names, testing::ElementsAre("a.pdf", "b.pdf"));
+
+    const ToolRun all = Run({"waits.svg", "a.svg", "--out-dir", "out2", "-f", "pdf", "-j", "1",
+                             "--time-limit", "0.2", "--quiet"});
+    EXPECT_EQ(all.exitCode, 9);
+    ExpectLine(all, "waits.svg: takes longer than 0.2 seconds", "");
+    EXPECT_THAT(FilesIn("out2"), IsEmpty());
+}
+
+// While it computes, in several threads, with files that grow.
+TEST_F(FaultsTest, APageThatTakesTooLongIsGivenUp) {
+    std::string pages = "<svg>";
+    for (int i = 0; i < 40; ++i) pages += LargeDrawing();
+    WriteFile("pages.svg", pages + "</svg>");
+    for (const char* format : kFormats)
+        for (const char* time : {"0.02", "0.06", "0.15", "0.3"}) {
+            const ToolRun run = Run(
+                {"pages.svg", "-o", std::string("out/x.") + format, "--dpi", "1200", "--time-limit", time});
+            if (run.exitCode == 0) continue;
+            EXPECT_EQ(run.exitCode, 9) << format << time << run.signal;
+            ExpectLine(run, std::string("pages.svg: takes longer than ") + time, "");
+            EXPECT_THAT(FilesIn("out"), IsEmpty()) << format << time;
+        }
+    const ToolRun run = Run({"pages.svg", "-o", "out/x.png", "--dpi", "1200", "--time-limit", "0.3"});
+    EXPECT_EQ(run.exitCode, 9) << "forty pages of 130 million pixels each cannot be done by then";
+}
+
+TEST_F(FaultsTest, TimeThatIsEnough) {
+    EXPECT_EQ(Run({"a.svg", "b.svg", "-o", "out/x.pdf", "--strict", "--time-limit", "1000"}).exitCode, 0);
+    EXPECT_EQ(Run({"check", "a.svg", "b.svg", "--time-limit", "1000"}).exitCode, 0);
+    for (const char* value : {"0", "-1", "x", "1e10", "nan", ""})
+        EXPECT_EQ(Run({"info", "a.svg", "--time-limit", value}).exitCode, 2) << value;
 }
 
 // ---- signals ----

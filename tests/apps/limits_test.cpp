@@ -1,5 +1,6 @@
 // What the command does with input that was made to break it.
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -130,13 +131,17 @@ TEST_F(LimitsToolTest, Pages) {
     EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "pages=2"}).exitCode, 9);
     EXPECT_EQ(Run({"a.svg", "a.svg", "-o", "b.pdf", "--limit", "pages=5"}).exitCode, 9);
     EXPECT_EQ(Run({"a.svg", "-o", "b.pdf", "--limit", "pages=2", "--pages", "2-3"}).exitCode, 0);
+    WriteFile("many.svg", "<svg>" + Repeat("<svg width='9' height='9'/>", 10'001) + "</svg>");
+    const ToolRun many = Run({"many.svg", "-o", "b.pdf", "--limit", "pages=10000"});
+    EXPECT_EQ(many.exitCode, 9);
+    EXPECT_THAT(many.errors, HasSubstr("has more than 10000 pages, which is the limit"));
     // A poster's sheets are pages, too.
     WriteFile("wide.svg", "<svg width='9000' height='9000'/>");
     EXPECT_EQ(
         Run({"wide.svg", "-o", "c.pdf", "--paper", "A4", "--scale", "1000%", "--tile", "--limit", "pages=20"})
             .exitCode,
         9);
-    EXPECT_THAT(Files(), testing::ElementsAre("a.pdf", "a.svg", "b.pdf", "wide.svg"));
+    EXPECT_THAT(Files(), testing::ElementsAre("a.pdf", "a.svg", "b.pdf", "many.svg", "wide.svg"));
 }
 
 TEST_F(LimitsToolTest, PixelsOfAPage) {
@@ -145,6 +150,86 @@ TEST_F(LimitsToolTest, PixelsOfAPage) {
     EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "page-pixels=199"}).exitCode, 9);
     EXPECT_FALSE(Exists("b.png"));
 }
+
+TEST_F(LimitsToolTest, PixelsOfAllPages) {
+    WriteFile("a.svg", "<svg>" + Repeat("<svg width='20' height='10'/>", 3) + "</svg>");
+    const auto print = [&](const std::vector<std::string>& arguments, const std::string& limit) {
+        std::vector<std::string> all = arguments;
+        all.insert(all.end(), {"--limit", "output-pixels=" + limit});
+        return Run(all);
+    };
+    const ToolRun refused = print({"a.svg", "-o", "a.png"}, "599");
+    EXPECT_EQ(refused.exitCode, 9);
+    EXPECT_EQ(refused.errors,
+              "orvprint: a.svg: has more than 599 pixels on all pages, which is the limit; if that is meant, "
+              "raise it with --limit output-pixels=N\n");
+    struct Row {
+        std::vector<std::string> arguments;
+        int pixels;
+    };
+    for (const Row& row :
+         {Row{{"a.svg", "-o", "b.tiff"}, 600}, Row{{"a.svg", "-o", "b.pwg"}, 600},
+          Row{{"a.svg", "a.svg", "-o", "b.tiff"}, 1200}, Row{{"a.svg", "-o", "b.tiff", "--dpi", "180"}, 2400},
+          Row{{"a.svg", "-o", "b.tiff", "--pages", "2"}, 200},
+          // Two sheets of 90 x 45 units; a poster of four such sheets, of half of the page.
+          Row{{"a.svg", "-o", "b.tiff", "--paper", "25.4x12.7mm", "--margin", "0mm", "--nup", "2"}, 8100},
+          Row{{"a.svg", "-o", "b.tiff", "--pages", "1", "--paper", "10x5pt", "--margin", "0mm", "--overlap",
+               "0mm", "--tile", "--scale", "100%", "--orientation", "landscape"},
+              4 * 13 * 7}}) {
+        SCOPED_TRACE(testing::PrintToString(row.arguments));
+        const ToolRun within = print(row.arguments, std::to_string(row.pixels));
+        EXPECT_EQ(within.exitCode, 0) << within.errors;
+        EXPECT_EQ(print(row.arguments, std::to_string(row.pixels - 1)).exitCode, 9);
+    }
+    // Formats without pixels have none.
+    EXPECT_EQ(print({"a.svg", "-o", "c.pdf"}, "0").exitCode, 0);
+    // Each output of a batch has the limit to itself.
+    WriteFile("d.svg", ReadFile("a.svg"));
+    EXPECT_EQ(print({"a.svg", "d.svg", "--out-dir", "out", "-f", "tiff", "-j", "1"}, "600").exitCode, 0);
+    EXPECT_FALSE(Exists("a.png") || Exists("a-1.png"));
+}
+
+#if !defined(ORV_SANITIZED)
+TEST_F(LimitsToolTest, Memory) {
+    // Some thirty megabytes of model, and the same behind much that says nothing.
+    const std::string lines = Repeat("<g><line x2='9' stroke='red'/></g>", 250'000);
+    WriteFile("small.svg", SmallDrawing(kLeaf));
+    WriteFile("lines.svg", SmallDrawing(lines));
+    WriteFile("large.svg", SmallDrawing(std::string(std::size_t{36} << 20U, ' ') + lines));
+    const std::string few = " --limit memory=20000000";
+    for (const std::string command : {"info ", "inspect ", "check ", "-o a.pdf ", "-o a.png "}) {
+        const ToolRun refused = RunBounded(command + "lines.svg" + few);
+        EXPECT_EQ(refused.exitCode, 9) << command;
+        EXPECT_THAT(refused.errors,
+                    HasSubstr("memory is spent: more than 20000000 bytes, which is the limit; "
+                              "if that is meant, raise it with --limit memory=N"))
+            << command;
+        EXPECT_FALSE(Exists("a.pdf") || Exists("a.png"));
+    }
+    const ToolRun batch = Run({"lines.svg", "small.svg", "--out-dir", "out", "-f", "pdf", "-j", "1",
+                               "--keep-going", "--quiet", "--limit", "memory=20000000"});
+    EXPECT_EQ(batch.exitCode, 11) << batch.errors;
+    EXPECT_TRUE(Exists("out/small.pdf"));
+    EXPECT_FALSE(Exists("out/lines.pdf"));
+    EXPECT_EQ(RunBounded("-o a.pdf lines.svg --limit memory=400000000").exitCode, 0);
+    // Large inputs may take more.
+    EXPECT_EQ(RunBounded("-o a.pdf large.svg" + few).exitCode, 0);
+    EXPECT_EQ(RunBounded("info - < large.svg" + few).exitCode, 0);
+}
+
+// What is within every other limit, and would be gigabytes.
+TEST_F(LimitsToolTest, MemoryOfManyMarkers) {
+    WriteFile("a.svg", SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z'/></marker><polyline stroke='red' "
+                                    "fill='none' marker-mid='url(#m)' points='" +
+                                    Repeat("1 2 ", 3'000'000) + "'/>"));
+    const ToolRun run = Run({"a.svg", "-o", "a.pdf"});
+    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_THAT(run.errors, HasSubstr("a.svg: memory is spent: more than "));
+    rusage used{};
+    EXPECT_EQ(getrusage(RUSAGE_CHILDREN, &used), 0);
+    EXPECT_LT(used.ru_maxrss, 1'000'000) << "kibibytes";
+}
+#endif
 
 // Small documents that say a great deal: all end, in a page or in an error that says why.
 TEST_F(LimitsToolTest, BillionsOfLaughs) {

@@ -180,6 +180,14 @@ TEST_F(PrintTest, CommandLineThatCannotBeUnderstood) {
     ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--nonsense"}), 2, "");
     ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--parser", "sax"}), 2, "");
     ExpectComplaint(Run({"a.svg", "-o", "a.png", "--dpi", "0"}), 2, "");
+    for (const std::vector<std::string>& before : {std::vector<std::string>{"--limit", "pages=1"},
+                                                   {"--time-limit", "5"},
+                                                   {"-o", "a.pdf"},
+                                                   {"--strict"}}) {
+        std::vector<std::string> arguments = before;
+        arguments.insert(arguments.end(), {"info", "a.svg"});
+        ExpectComplaint(Run(arguments), 2, before[0] == "-o" ? "--output" : before[0]);
+    }
     for (const char* pages : {"0", "x", "3-1", "1,,2", "", "-3"})
         ExpectComplaint(Run({"a.svg", "-o", "a.pdf", std::string("--pages=") + pages}), 2, "--pages");
 }

@@ -353,6 +353,8 @@ protected:
         ORVGeneratorSequence sequence(*target, 0);
         const int status = interpreter_->Print(&sequence, ORVPrintParameters());
         const int ended = sequence.Finish();
+        const Granted granted;
+        error_ = generator->GetError();
         return status == 1 ? ended : status;
     }
 
@@ -371,6 +373,7 @@ protected:
     const Input input_;
     std::unique_ptr<ORVPrintInterpreter> interpreter_;
     ORVFormatOptions options_;
+    std::string error_;  // of the last print
 };
 
 TEST_P(PrintingFaults, EndInAStatus) {
@@ -407,6 +410,7 @@ TEST_P(PrintingFaults, WithoutThreadsPrintAllTheSameOrSayWhyNot) {
     }
     EXPECT_TRUE(status != 1 || output.GetBytes() == expected.GetBytes());
     EXPECT_TRUE(status == 1 || refused > 0) << status;
+    EXPECT_EQ(error_, status == 1 ? "" : "a thread could not be started");
     EXPECT_TRUE(refused > 0 || (!GetParam().isLarge && GetParam().threads == 1));
     output.Clear();
     EXPECT_EQ(Print(output), 1);

@@ -1,17 +1,15 @@
 // Loaded before a program's libraries: makes the system fail it at a place that the environment names.
 //
-//   ORV_FAIL_NEW_AT=N    once a drawing was opened, operator new refuses the N-th request, and with
+//   ORV_FAIL_NEW_AT=N    from the first line of main on, operator new refuses the N-th request, and with
 //                        ORV_FAIL_NEW_ALL=1 all that follow
 //   ORV_FAIL_READ_AT=N   reading files whose names end with ORV_FAIL_READ_OF fails after N bytes, as of a
 //   broken disk ORV_END_READ_AT=N    ... ends after N bytes, as though the file had become shorter
 
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -26,15 +24,15 @@ std::uint64_t NumberOf(const char* variable) {
     return value ? std::strtoull(value, nullptr, 10) : 0;
 }
 
-/// From the first drawing on: what the program does before, and in the library that reads its command line,
-/// ends it when memory is spent.
-void BeginOnce() {
-    static bool hasBegun = false;
-    const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT");
-    if (hasBegun || request == 0) return;
-    hasBegun = true;
-    FailingAllocator::Begin(request, std::getenv("ORV_FAIL_NEW_ALL") ? FailingAllocator::Refuses::kAllFrom
-                                                                     : FailingAllocator::Refuses::kOne);
+using Main = int (*)(int, char**, char**);
+Main programMain = nullptr;
+
+/// What libraries and the program set up before is none of the program's doing.
+int FailingMain(int argc, char** argv, char** environment) {
+    if (const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT"); request != 0)
+        FailingAllocator::Begin(request, std::getenv("ORV_FAIL_NEW_ALL") ? FailingAllocator::Refuses::kAllFrom
+                                                                         : FailingAllocator::Refuses::kOne);
+    return programMain(argc, argv, environment);
 }
 
 /// True for a descriptor of a file whose name ends as the environment says.
@@ -50,14 +48,14 @@ bool IsMeant(int descriptor) {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) int open(const char* path, int flags, ...) {
-    std::va_list rest;
-    va_start(rest, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
-    va_end(rest);
-    static const auto original = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
-    if (std::string_view(path).ends_with(".svg")) BeginOnce();
-    return original(path, flags, mode);
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the system's name
+extern "C" __attribute__((visibility("default"))) int __libc_start_main(Main main, int argc, char** argv,
+                                                                        void (*init)(), void (*fini)(),
+                                                                        void (*unload)(), void* stackEnd) {
+    static const auto original =
+        reinterpret_cast<decltype(&__libc_start_main)>(dlsym(RTLD_NEXT, "__libc_start_main"));
+    programMain = main;
+    return original(FailingMain, argc, argv, init, fini, unload, stackEnd);
 }
 
 extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, void* buffer, size_t count) {

@@ -460,6 +460,24 @@ TEST(ORVRasterGeneratorTest, PagesBeyondTheLimitAreRefused) {
     EXPECT_EQ(begin(10.0, 11.0, options), kPageTooLarge);
 }
 
+TEST(ORVRasterGeneratorTest, ThePageThatPassesTheLimitOfAllPagesIsRefused) {
+    PixelSink::Pixels pixels;
+    ORVRasterOptions options;
+    options.outputPixelLimit = 250;
+    ORVRasterGenerator generator(std::make_unique<PixelSink>(pixels), options);
+    for (int document = 0; document < 2; ++document) {
+        EXPECT_EQ(generator.BeginDocument({"", 0}), 1);
+        for (const double height : {10.0, 15.0}) {
+            EXPECT_EQ(generator.BeginPage(PageInfo(10.0, height)), 1);
+            EXPECT_EQ(generator.EndPage(), 1);
+        }
+        if (document == 0) EXPECT_EQ(generator.EndDocument(), 1);
+    }
+    EXPECT_EQ(generator.GetError(), "");
+    EXPECT_EQ(generator.BeginPage(PageInfo(1.0, 1.0)), kOutputTooLarge);
+    EXPECT_NE(generator.GetError(), "");
+}
+
 TEST(ORVRasterGeneratorTest, SinksThatFailEndThePage) {
     struct Failing final : ORVBandSink {
         int BeginPage(const RasterPageInfo&) override { return 1; }

@@ -73,4 +73,16 @@ TEST(PrimitiveBudget, TheFirstRefusalIsKept) {
     EXPECT_EQ(budget.GetRefusal(), ORVPrintLimit::kPathPoints);
 }
 
+TEST(PrimitiveBudget, SomeRefusedMemoryLeavesTheRestAndMuchEndsIt) {
+    ORVPrtPrimitiveBudget budget(5000);
+    EXPECT_FALSE(budget.IsMemorySpent());
+    for (std::uint64_t i = 1; i < ORVPrtPrimitiveBudget::kMostMemoryRefusals; ++i) budget.NoteMemorySpent();
+    EXPECT_TRUE(budget.IsMemorySpent());
+    EXPECT_TRUE(budget.Take());
+    budget.NoteMemorySpent();
+    EXPECT_FALSE(budget.Take());
+    EXPECT_FALSE(budget.TakeDuplicate(0));
+    EXPECT_FALSE(budget.GetRefusal().has_value()) << "it is memory that was spent, not a limit reached";
+}
+
 }  // namespace

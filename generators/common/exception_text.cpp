@@ -1,0 +1,39 @@
+#include "generators/common/exception_text.h"
+
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <string_view>
+#include <system_error>
+
+namespace {
+
+/// Tells what is being handled, more particular kinds first.
+void Name(std::string& error) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        error = "memory is spent";
+    } catch (const std::filesystem::filesystem_error& failure) {
+        error = failure.code().message() + ": " + failure.path1().string();
+    } catch (const std::system_error& failure) {
+        // As of threads, the system has only so many.
+        const bool isThread = failure.code() == std::errc::resource_unavailable_try_again;
+        error = isThread ? "a thread could not be started" : failure.code().message();
+    } catch (const std::exception& failure) {
+        error = std::string_view("unexpected: ");
+        error += failure.what();
+    } catch (...) {
+        error = "something unexpected was thrown";
+    }
+}
+
+}  // namespace
+
+void ORVNameException(std::string& error) noexcept {
+    try {
+        Name(error);
+    } catch (const std::exception&) {
+        error = "memory is spent";  // so short that it needs none
+    }
+}
