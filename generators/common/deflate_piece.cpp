@@ -15,6 +15,21 @@ void FreeUpperHalves() {
 #endif
 }
 
+// The state of the compressor that is set below is that of this version.
+constexpr bool kKnowsState = ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0);
+
+// At the start of a stream, the compressor notes the second byte where the address of its own state hashes
+// to, and now and then finds a match there: the same bytes would not always become the same stream. It does
+// not when it is told that earlier bytes have been seen, with a table of them that is empty. It then leaves
+// it to the caller, too, to clear that table and to say how large it is.
+void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemory) {
+    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // generously
+    std::fill_n(levelMemory.begin(), kTableEnd, std::uint8_t{0});
+    stream.internal_state.has_hist = IGZIP_HIST;
+    stream.internal_state.hash_mask = IGZIP_LVL1_HASH_SIZE - 1;
+    stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
+}
+
 bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
     // The library counts in 32 bits; a band is far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
@@ -27,19 +42,16 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
     stream.gzip_flag = isWhole ? IGZIP_ZLIB : IGZIP_DEFLATE;
     stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
     stream.end_of_stream = isWhole ? 1 : 0;
-    if (!bytes.empty()) {
-        // At the start of a stream, the compressor notes the second byte where the address of `stream` hashes
-        // to, and now and then finds a match there: the same bytes would not always become the same stream.
-        // So it is told that earlier bytes have been seen already. The table of what they were is empty, and
-        // those that it may look at in front of the first byte are none like it, so that it finds no match
-        // there.
-        std::fill_n(levelMemory.begin(), ISAL_DEF_LVL1_REQ, std::uint8_t{0});
-        stream.internal_state.has_hist = IGZIP_HIST;
-        input.resize(std::max(input.size(), IGZIP_HIST_SIZE + bytes.size()));
-        std::fill_n(input.begin(), IGZIP_HIST_SIZE, static_cast<std::uint8_t>(~bytes.front()));
-        std::copy(bytes.begin(), bytes.end(), input.begin() + IGZIP_HIST_SIZE);
+    stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    if (kKnowsState && !bytes.empty()) {
+        BeginWithHistory(stream, levelMemory);
+        // The compressor may look at bytes in front of the first one, and must not take any for a match.
+        constexpr std::size_t kFront = IGZIP_HIST_SIZE;
+        input.resize(std::max(input.size(), kFront + bytes.size()));
+        std::fill_n(input.begin(), kFront, static_cast<std::uint8_t>(~bytes.front()));
+        std::copy(bytes.begin(), bytes.end(), input.begin() + kFront);
+        stream.next_in = input.data() + kFront;
     }
-    stream.next_in = input.data() + (bytes.empty() ? 0 : IGZIP_HIST_SIZE);
     stream.avail_in = static_cast<std::uint32_t>(bytes.size());
     while (true) {
         const std::size_t start = out.size();

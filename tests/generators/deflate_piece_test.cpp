@@ -51,6 +51,20 @@ TEST(DeflatePieceTest, WholeStreamsStandForThemselves) {
     }
 }
 
+// Numbers, as pages are full of them.
+TEST(DeflatePieceTest, PacksAboutAsWellAsZlib) {
+    std::mt19937 random(1);
+    std::string text;
+    while (text.size() < 300'000) text += std::to_string(random() % 100'000) + (random() % 2 ? " l\n" : " ");
+    const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+    std::vector<std::uint8_t> stream, usual(compressBound(bytes.size()));
+    ASSERT_TRUE(ORVDeflateWhole(bytes, stream));
+    EXPECT_EQ(Inflate(stream, bytes.size()), bytes);
+    uLongf length = usual.size();
+    ASSERT_EQ(compress2(usual.data(), &length, bytes.data(), bytes.size(), Z_BEST_SPEED), Z_OK);
+    EXPECT_LT(static_cast<double>(stream.size()), 1.1 * static_cast<double>(length));
+}
+
 /// Runs something on a stack of its own at a place that differs each time.
 void RunElsewhere(std::mt19937_64& random, const std::function<void()>& work) {
     constexpr std::size_t kStackSize = std::size_t{1} << 20U;
