@@ -17,10 +17,13 @@ public:
             first_[firstCount_++] = object;
             return true;
         }
+        // Once refused, it is not tried again for each of millions of children.
+        if (isMemorySpent_ && others_.size() == others_.capacity()) return false;
         try {
             others_.push_back(object);
             return true;
         } catch (const std::bad_alloc&) {
+            isMemorySpent_ = true;
             return false;
         }
     }
@@ -36,6 +39,7 @@ private:
     std::array<const ORVBaseObject*, 64> first_;  // need no memory of their own
     std::size_t firstCount_ = 0;
     std::vector<const ORVBaseObject*> others_;
+    bool isMemorySpent_ = false;
 };
 thread_local DestructionQueue* currentQueue = nullptr;
 
