@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "tests/support/named_rows.h"
+
 namespace {
 
 struct ThrownCase {
@@ -46,6 +48,6 @@ INSTANTIATE_TEST_SUITE_P(
                    "Permission denied: a/b.icc"},
         ThrownCase{"Other", [] { throw std::length_error("too long"); }, "unexpected: too long"},
         ThrownCase{"NoException", [] { throw 7; }, "something unexpected was thrown"}),
-    [](const auto& row) { return std::string(row.param.name); });
+    kNameOfRow);
 
 }  // namespace
