@@ -19,17 +19,6 @@
 
 namespace {
 
-// Keeps the state in force in the holder, whose text set stays the default one. Its content does not inherit
-// these sets: references give it theirs.
-void MoveSetsTo(ORVPrtDefsElt& holder, SvgDrawState& state) {
-    holder.SetType(state.drawStyle);
-    holder.SetStroke(state.stroke);
-    holder.SetFill(state.fill);
-    state.stroke = {};
-    state.fill = {};
-    state.text = {};
-}
-
 // Builds one definition into its container, or into a holder of its own where the container is none.
 template <class Build>
 int BuildDefinition(SvgDrawState& state, ORVPrtGraphicPrimitiveElt& container, Build build) {

@@ -9,13 +9,6 @@
 
 namespace {
 
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return lower;
-}
-
 // Its lower half tells the slot, its upper one the identifiers there apart.
 std::uint64_t Hash(std::string_view lowerCase) { return std::hash<std::string_view>{}(lowerCase); }
 
@@ -25,6 +18,13 @@ bool HasStateOf(const ORVPrtDefsElt& holder, const SvgDrawState& state) {
 }
 
 }  // namespace
+
+std::string FoldIdentifier(std::string_view identifier) {
+    std::string folded(identifier);
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return folded;
+}
 
 SvgDefinitions::~SvgDefinitions() { Truncate(0); }
 
@@ -40,7 +40,7 @@ void SvgDefinitions::IndexNewChildren(std::size_t place) {
     for (; holder.indexedChildren < children.size(); ++holder.indexedChildren) {
         ORVPrtGraphicPrimitiveElt* child = children[holder.indexedChildren];
         if (child->GetID().IsEmpty()) continue;
-        const std::uint32_t entry = FindOrAddEntry(LowerCase(child->GetID()));
+        const std::uint32_t entry = FindOrAddEntry(FoldIdentifier(child->GetID()));
         // An earlier child wins.
         if (entries_[entry].Insert({holder.primitive, child, place})) holder.entries.push_back(entry);
     }
@@ -62,7 +62,7 @@ void SvgDefinitions::Truncate(std::size_t count) {
 
 const SvgDefinitions::Definition* SvgDefinitions::Find(std::string_view identifier) const {
     if (identifier.empty() || entries_.empty()) return nullptr;
-    const std::string lowerCase = LowerCase(identifier);
+    const std::string lowerCase = FoldIdentifier(identifier);
     const Slot& slot = slots_[FindSlot(lowerCase, Hash(lowerCase))];
     if (slot.entry == kFree || !entries_[slot.entry].first.primitive) return nullptr;
     return &entries_[slot.entry].first;
@@ -125,6 +125,15 @@ void SvgDefinitions::GrowSlots() {
         const std::uint64_t hash = Hash(identifier);
         slots_[FindSlot(identifier, hash)] = {static_cast<std::uint32_t>(hash >> 32U), entry};
     }
+}
+
+void MoveSetsTo(ORVPrtDefsElt& holder, SvgDrawState& state) {
+    holder.SetType(state.drawStyle);
+    holder.SetStroke(state.stroke);
+    holder.SetFill(state.fill);
+    state.stroke = {};
+    state.fill = {};
+    state.text = {};
 }
 
 int FindDefinition(const SvgDrawState& state, std::string_view identifier,

@@ -96,6 +96,14 @@ private:
     std::size_t count_;
 };
 
+/// What identifiers of definitions are compared as: the case of ASCII letters makes no difference.
+std::string FoldIdentifier(std::string_view identifier);
+
+/// Keeps the state's draw style, stroke and fill in a holder, whose text set stays the default one, and
+/// leaves the state with default sets: what the holder keeps does not inherit them, references give it
+/// theirs.
+void MoveSetsTo(ORVPrtDefsElt& holder, SvgDrawState& state);
+
 /// Looks a definition up and styles it for the place that refers to it. Where the state equals the one in
 /// force at its holder, the definition itself is handed out, else a duplicate of it.
 /// @param definition  null first; then the definition, restyled

@@ -35,16 +35,6 @@ struct OpenHolder {
     std::size_t place;  // among the definitions
 };
 
-// What a holder keeps is drawn with the sets of its references: inside, all of them are the default ones.
-void MoveSets(SvgDrawState& state, ORVPrtDefsElt& holder) {
-    holder.SetType(state.drawStyle);
-    holder.SetStroke(state.stroke);
-    holder.SetFill(state.fill);
-    state.stroke = {};
-    state.fill = {};
-    state.text = {};
-}
-
 DefinitionFacts FactsOf(const ORVXmlNode& definition) {
     DefinitionFacts facts;
     facts.element = definition.id;
@@ -192,7 +182,7 @@ private:
         const ElementScope scope(check_, node);
         CheckAttributes(check_, Take(node), SvgPlace::kNested, state);
         ApplyContainerPresentation(state, LightElementAccess(&node));
-        MoveSets(state, *defs);
+        MoveSetsTo(*defs, state);
         VisitChildren(node, state, &holder);
     }
 
@@ -201,7 +191,7 @@ private:
         const ORVRef<ORVPrtDefsElt> own(new ORVPrtDefsElt);
         const OpenHolder holder{*own, state.definitions->Register(*own)};
         const SvgInheritedStateGuard guard(state);
-        MoveSets(state, *own);
+        MoveSetsTo(*own, state);
         VisitDefinition(node, state, holder);
     }
 

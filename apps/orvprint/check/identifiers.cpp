@@ -1,18 +1,8 @@
 #include "apps/orvprint/check/identifiers.h"
 
 #include "apps/orvprint/check/document_order.h"
+#include "plugin/structure/definitions.h"
 #include "plugin/structure/walker.h"
-
-namespace {
-
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return lower;
-}
-
-}  // namespace
 
 void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings) {
     // A new table: emptying takes time by the size that an earlier page has blown it up to.
@@ -22,7 +12,7 @@ void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings)
     for (; element.node; element = {order.Next(), element.index + 1}) {
         const std::string_view id = element.node->Value(AttributeName::kId);
         if (id.empty()) continue;
-        const auto [found, isNew] = ofPage_.try_emplace(LowerCase(id), element);
+        const auto [found, isNew] = ofPage_.try_emplace(FoldIdentifier(id), element);
         const NumberedElement& first = found->second;
         if (isNew || !HasHandler(element.node->id) || !HasHandler(first.node->id)) continue;
         const bool isSame = first.node->Value(AttributeName::kId) == id;
@@ -34,7 +24,7 @@ void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings)
 }
 
 const ORVXmlNode* Identifiers::FindOnPage(std::string_view id) const {
-    const auto found = ofPage_.find(LowerCase(id));
+    const auto found = ofPage_.find(FoldIdentifier(id));
     return found == ofPage_.end() ? nullptr : found->second.node;
 }
 
