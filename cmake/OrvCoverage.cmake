@@ -7,7 +7,8 @@ option(ORV_COVERAGE "Count which lines run" OFF)
 add_library(orv_coverage INTERFACE)
 
 if(ORV_COVERAGE)
-    target_compile_options(orv_coverage INTERFACE --coverage)
+    # Several threads count the same lines.
+    target_compile_options(orv_coverage INTERFACE --coverage -fprofile-update=atomic)
     target_link_options(orv_coverage INTERFACE --coverage)
 
     # A process that leaves without running the destructors of its libraries asks for the first and runs them: they
