@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -274,7 +273,6 @@ int ApplyReadOptions(const ReadOptions& options) {
         unsetenv(kWithoutDOM);
     else
         setenv(kWithoutDOM, "1", 1);
-    if (std::isnan(options.timeLimit)) return Report(kExitUsage, "--time-limit", "needs a number of seconds");
     SetTimeLimit(options.timeLimit);
     return ApplyLimits(options.limits);
 }

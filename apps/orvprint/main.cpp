@@ -5,8 +5,10 @@
 #include <malloc.h>
 #include <pthread.h>
 
+#include <cmath>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <new>
 #include <set>
@@ -44,6 +46,15 @@ constexpr const char* kExitCodes =
     "9 printing failed or limit reached, 10 interpreter module missing, 11 some inputs of a batch failed.\n"
     "More in the manual: man orvprint.\n";
 
+/// "nan" is in every range of the library's.
+CLI::Validator IsNumber() {
+    return {[](const std::string& text) {
+                return std::isnan(std::strtod(text.c_str(), nullptr)) ? "Value " + text + " is no number"
+                                                                      : std::string();
+            },
+            ""};
+}
+
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
@@ -78,7 +89,8 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         .add_option("--time-limit", options.timeLimit,
                     "Give up a drawing that takes longer, in seconds; without it, none is")
         ->option_text("N")
-        ->check(CLI::Range(0.001, 1e9));
+        ->check(CLI::Range(0.001, 1e9))
+        ->check(IsNumber());
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
@@ -152,6 +164,7 @@ int Run(int argc, char** argv) {
         app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
         ->check(CLI::Range(1.0, 10000.0))
+        ->check(IsNumber())
         ->option_text("N [90]");
     CLI::Option* strict = app.add_flag("--strict", print.strict,
                                        "Print nothing when the check finds something; see orvprint check");

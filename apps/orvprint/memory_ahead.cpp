@@ -21,7 +21,6 @@ constexpr std::chrono::microseconds kShortestPause{100}, kLongestPause{2000};
 
 /// @return false when the system cannot do it
 bool GivePages(char* from, char* to) {
-#ifdef MADV_POPULATE_WRITE
     const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     // The pages that lie within.
     auto* const first = from + (pageSize - reinterpret_cast<std::uintptr_t>(from) % pageSize) % pageSize;
@@ -31,9 +30,6 @@ bool GivePages(char* from, char* to) {
             0)
             return false;
     return true;
-#else
-    return from == to;
-#endif
 }
 
 }  // namespace

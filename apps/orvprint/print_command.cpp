@@ -253,7 +253,7 @@ int RunPrint(const PrintOptions& options) {
         try {
             if (const int code = printing.PrintInput(input); code != kExitDone) return code;
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, input, "memory is spent");
+            return Report(kExitFailed, DisplayName(input, "standard input"), "memory is spent");
         }
     }
     return printing.Finish();

@@ -52,6 +52,7 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
         line.Put(": ");
     }
     line.Put(reason);
+    // Those words come from every library of ours, as texts.
     if (reason.ends_with("memory is spent"))
         if (const std::uint64_t limit = GetMemoryLimitReached(); limit != 0) {
             std::array<char, 24> number{};

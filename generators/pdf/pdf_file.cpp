@@ -294,7 +294,7 @@ void PdfFile::Hand(Job job) {
     if (!worker_) return writer_->Write(job);
     if (job.packing == Packing::kContent && writer_->IsContentFast() && worker_->HasEnough() &&
         ORVDeflateWhole(AsBytes(job.bytes), job.packed))
-        job.bytes = {};
+        std::string().swap(job.bytes);  // with its memory
     worker_->Take(std::move(job));
 }
 

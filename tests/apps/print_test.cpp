@@ -283,6 +283,13 @@ TEST_F(PrintTest, FormatsAreListed) {
     EXPECT_THAT(run.output, HasSubstr("png    a file for each page\n"));
 }
 
+TEST_F(PrintTest, ResolutionsThatAreNone) {
+    for (const char* value : {"nan", "-nan", "inf", "0", "0.5", "10001", "x", ""}) {
+        EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", value}).exitCode, 2) << value;
+        EXPECT_FALSE(Exists("a.png")) << value;
+    }
+}
+
 TEST_F(PrintTest, HelpAndVersionAreNoFailures) {
     const ToolRun help = Run({"--help"}), version = Run({"--version"});
     EXPECT_EQ(help.exitCode, 0);
