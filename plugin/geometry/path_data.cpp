@@ -106,17 +106,21 @@ void PathDataInterpreter::MoveTo(bool relative, PathScanner& scanner) {
 
 void PathDataInterpreter::LineTo(bool relative, PathScanner& scanner) {
     // Plain points, as nearly all are, need no list. From the first other argument on there is one.
-    double x = 0.0, y = 0.0;
-    PathScanner::Pair pair;
-    while ((pair = scanner.NextPlainPair(x, y)) == PathScanner::Pair::kRead && TakePoint()) {
-        if (state_.yFlip == 1) y = state_.pageHeight - y;
-        const ORVMathPoint2D point = relative ? Offset(current_, {x, y}) : ORVMathPoint2D{x, y};
-        AppendPoint(point);
-        AddVertex(point);
-        current_ = point;
+    PathScanner::Behind behind = PathScanner::Behind::kMore;
+    while (behind == PathScanner::Behind::kMore && !isCutOff_) {
+        std::size_t count = 0;
+        behind = scanner.NextPlainPairs(relative ? 'l' : 'L', pairs_.data(), pairs_.size(), count);
+        for (std::size_t i = 0; i < count && TakePoint(); ++i) {
+            ORVMathPoint2D point = pairs_[i];
+            if (state_.yFlip == 1) point.y = state_.pageHeight - point.y;
+            if (relative) point = Offset(current_, point);
+            AppendPoint(point);
+            AddVertex(point);
+            current_ = point;
+        }
     }
     lastControl_ = current_;
-    if (pair != PathScanner::Pair::kOther) return;
+    if (behind != PathScanner::Behind::kOther || isCutOff_) return;
 
     ReadPairs(scanner, relative, 1);
     for (std::size_t i = 0; i < numbers_.size() / 2; ++i) {

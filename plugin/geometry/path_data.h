@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -72,9 +73,10 @@ private:
     ORVRef<ORVPrtClosedFigureElt> figure_;        // null when the path is only stroked
     ORVRef<ORVPrtClosedFigureRegionElt> region_;  // current region of the figure
     ORVMathPoint2D current_, subpathStart_, lastControl_;
-    std::vector<ORVMathPoint2D> points_;  // straight run that is not drawn yet
-    std::vector<double> numbers_;         // arguments of the current command
-    std::vector<double> arcNumbers_[7];   // arguments of the current arc command, by their place
+    std::vector<ORVMathPoint2D> points_;    // straight run that is not drawn yet
+    std::array<ORVMathPoint2D, 32> pairs_;  // plain arguments of straight lines, a batch at a time
+    std::vector<double> numbers_;           // arguments of the current command
+    std::vector<double> arcNumbers_[7];     // arguments of the current arc command, by their place
     const bool keepsVertices_;
     std::size_t vertexCount_ = 0;
     std::vector<double> vertices_;

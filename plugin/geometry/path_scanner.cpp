@@ -47,7 +47,7 @@ const char* SkipSeparators(const char* p, const char* end) {
 }
 
 // Behind the short number that the argument at `p` is; null when it is something else.
-const char* ReadPlainNumber(const char* p, const char* end, double& number) {
+[[gnu::always_inline]] inline const char* ReadPlainNumber(const char* p, const char* end, double& number) {
     const bool isNegative = p != end && *p == '-';
     if (isNegative) ++p;
     const char* const behind = ORVReadShortNumber(p, end, number);
@@ -76,15 +76,34 @@ bool PathScanner::NextPlainNumber(double& number) {
     return behind != nullptr;
 }
 
-PathScanner::Pair PathScanner::NextPlainPair(double& x, double& y) {
+PathScanner::Behind PathScanner::NextPlainPairs(char letter, ORVMathPoint2D* pairs, std::size_t most,
+                                                std::size_t& count) {
     const char* const end = GetEnd();
-    const char* const start = SkipSeparators(text_.data() + position_, end);
-    if (start == end || ClassOf(*start) == kCommand || ClassOf(*start) == kEnd) return Pair::kNone;
-    const char* behind = ReadPlainNumber(start, end, x);
-    if (behind) behind = ReadPlainNumber(SkipSeparators(behind, end), end, y);
-    if (!behind) return Pair::kOther;
-    position_ = static_cast<std::size_t>(behind - text_.data());
-    return Pair::kRead;
+    const char* p = text_.data() + position_;
+    Behind behind = Behind::kMore;
+    count = 0;
+    while (count < most) {
+        p = SkipSeparators(p, end);
+        if (p != end && *p == letter) {
+            ++p;
+            continue;
+        }
+        if (p == end || ClassOf(*p) == kCommand || ClassOf(*p) == kEnd) {
+            behind = Behind::kNone;
+            break;
+        }
+        ORVMathPoint2D pair;
+        const char* next = ReadPlainNumber(p, end, pair.x);
+        if (next) next = ReadPlainNumber(SkipSeparators(next, end), end, pair.y);
+        if (!next) {
+            behind = Behind::kOther;
+            break;
+        }
+        pairs[count++] = pair;
+        p = next;
+    }
+    position_ = static_cast<std::size_t>(p - text_.data());
+    return behind;
 }
 
 bool PathScanner::NextArgument(std::string_view& argument) {

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/mathematics/geometry.h"
+
 /// Splits path data into commands and arguments, in one forward pass.
 ///
 /// A command letter (M L Z C S H V Q T A in either case) begins a segment, wherever it stands; a ";" ends
@@ -17,11 +19,17 @@ public:
     /// The next argument of the current command, if it is nothing but a short number, as nearly all are.
     /// @return false when it is another argument, which NextArgument then gives, or when there is none
     bool NextPlainNumber(double& number);
-    enum class Pair { kRead, kOther, kNone };
-    /// The next two arguments of the current command, if both are such numbers.
-    /// @return kNone when the command has no more arguments, kOther when they are others; neither is taken
-    /// then
-    Pair NextPlainPair(double& x, double& y);
+    /// What stands behind the pairs that were taken.
+    enum class Behind { kMore, kOther, kNone };
+    /// Takes arguments of the current command two by two, as long as both are such numbers, and goes on with
+    /// those of commands behind it that have the same letter and follow without anything between.
+    /// @param letter  of the current command
+    /// @param pairs   receives their numbers
+    /// @param most    as many as there is room for
+    /// @param count   receives how many were taken
+    /// @return kMore when the room is spent, kOther before an argument of another kind, kNone when the
+    ///         command that was reached has no more arguments
+    Behind NextPlainPairs(char letter, ORVMathPoint2D* pairs, std::size_t most, std::size_t& count);
     /// The next argument of the current command. The view is valid until the next call.
     /// @return false when the command has no more arguments
     bool NextArgument(std::string_view& argument);

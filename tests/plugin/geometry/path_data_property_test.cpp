@@ -121,9 +121,25 @@ TEST(PathDataProperty, ScannerSplitsLikeTheTranscription) {
     });
 }
 
-TEST(PathDataProperty, InterpreterDrawsLikeTheTranscription) {
+// Many straight lines, with and without letters between them, and now and then something else.
+std::string LongLines(Choices& choices) {
+    std::string text = "M5 5";
+    const std::size_t count = choices.Below(3) * 32 + choices.Below(4);
+    const bool repeatsLetter = choices.OneIn(2), isPlain = choices.OneIn(2);
+    text += 'L';
+    for (std::size_t i = 0; i < count; ++i) {
+        if (repeatsLetter && i > 0) text += choices.OneIn(5) ? " l" : "L";
+        if (!isPlain && choices.OneIn(20)) text += Piece(choices);
+        text += std::to_string(i * 7 % 90) + (choices.OneIn(2) ? "," : ".5-") + std::to_string(i % 50) + " ";
+    }
+    while (choices.AreLeft()) text += PlausibleCommand(choices);
+    return text;
+}
+
+// What the interpreter makes of the texts that `make` writes is what the transcription makes of them.
+void ExpectDrawnLikeTheTranscription(std::string (*make)(Choices&)) {
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
-    CheckMany([&model](const std::vector<std::uint8_t>& bytes) {
+    CheckMany([&](const std::vector<std::uint8_t>& bytes) {
         Choices choices(bytes);
         SvgDrawState state;
         state.model = model.get();
@@ -131,7 +147,7 @@ TEST(PathDataProperty, InterpreterDrawsLikeTheTranscription) {
         state.pageHeight = choices.OneIn(4) ? 0.0 : 100.0;
         state.yFlip = choices.OneIn(4) ? 0 : 1;
         state.drawStyle = static_cast<int>(choices.Below(5));
-        const std::string data = Soup(choices);
+        const std::string data = make(choices);
         RC_LOG() << "data: " << data << "\n";
 
         const ORVRef<ORVPrtGroupElt> expected(new ORVPrtGroupElt), actual(new ORVPrtGroupElt);
@@ -146,5 +162,9 @@ TEST(PathDataProperty, InterpreterDrawsLikeTheTranscription) {
         }
     });
 }
+
+TEST(PathDataProperty, InterpreterDrawsLikeTheTranscription) { ExpectDrawnLikeTheTranscription(Soup); }
+
+TEST(PathDataProperty, LongLinesAreDrawnLikeTheTranscription) { ExpectDrawnLikeTheTranscription(LongLines); }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <ostream>
+#include <sstream>
 #include <string>
 
 #include "tests/support/sketch_case.h"
@@ -97,5 +99,49 @@ TEST(PathScannerTest, ArgumentsEndWithTheirCommand) {
     EXPECT_FALSE(scanner.NextArgument(argument));
     EXPECT_FALSE(scanner.NextArgument(argument));
 }
+
+// The pairs of the first command, at most three at a time; what stands behind each batch.
+std::string ScanPairs(std::string_view text) {
+    std::string result;
+    PathScanner scanner(text);
+    char letter = 0;
+    if (!scanner.NextCommand(letter)) return "nothing";
+    std::array<ORVMathPoint2D, 3> pairs;
+    for (;;) {
+        std::size_t count = 0;
+        const PathScanner::Behind behind = scanner.NextPlainPairs(letter, pairs.data(), pairs.size(), count);
+        std::ostringstream batch;
+        for (std::size_t i = 0; i < count; ++i) batch << "(" << pairs[i].x << " " << pairs[i].y << ")";
+        result += batch.str();
+        if (behind == PathScanner::Behind::kMore) {
+            result += " more ";
+            continue;
+        }
+        std::string_view argument;
+        result += behind == PathScanner::Behind::kOther ? " other" : " none";
+        while (scanner.NextArgument(argument)) result.append("[").append(argument).append("]");
+        if (scanner.NextCommand(letter)) result.append(" ").append(1, letter);
+        return result;
+    }
+}
+
+class PathPairsTest : public testing::TestWithParam<ScanCase> {};
+
+TEST_P(PathPairsTest, AreTakenInBatches) { EXPECT_EQ(ScanPairs(GetParam().text), GetParam().expected); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, PathPairsTest,
+    testing::Values(ScanCase{"One", "L1 2", "(1 2) none"}, ScanCase{"None", "L", " none"},
+                    ScanCase{"AsManyAsThereIsRoomFor", "L1 2 3 4 5 6", "(1 2)(3 4)(5 6) more  none"},
+                    ScanCase{"OneMore", "L1 2 3 4 5 6 7 8", "(1 2)(3 4)(5 6) more (7 8) none"},
+                    ScanCase{"SameLetterGoesOn", "L1 2L3 4 , L5 6", "(1 2)(3 4)(5 6) more  none"},
+                    ScanCase{"SameLetterWithoutPairs", "L1 2LLZ", "(1 2) none Z"},
+                    ScanCase{"OtherCaseDoesNot", "L1 2l3 4", "(1 2) none l"},
+                    ScanCase{"OtherLetterDoesNot", "L1 2M3 4", "(1 2) none M"},
+                    ScanCase{"SemicolonDoesNot", "L1 2;L3 4", "(1 2) none L"},
+                    ScanCase{"OddNumberIsLeft", "L1 2 3L4 5", "(1 2) other[3] L"},
+                    ScanCase{"OtherNumbersAreLeft", "L1 2 3 4in 5", "(1 2) other[3][4in][5]"},
+                    ScanCase{"OtherNumbersOfTheNext", "L1 2L50% 4", "(1 2) other[50%][4]"}),
+    kNameOfRow);
 
 }  // namespace
