@@ -312,6 +312,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         const ORVRef<ORVPrintInputXMLElement> input(document.dom
                                                         ? new ORVPrintInputXMLElement(document.dom)
                                                         : new ORVPrintInputXMLElement(&document.light));
+        input->SetIsReadOnce(true);
         auto interpreter = CreateInterpreter("SVG", input.get(), path);
         if (!interpreter) return kExitNoModule;
         const int code = UseDrawing(path, *interpreter, document, true, use);

@@ -149,6 +149,7 @@ private:
 
         ORVPrintParameters parameters;
         parameters.SetPages(pages);
+        parameters.SetIsLast(true);
         drawing.interpreter.SetAllPages(1);
         const int status = drawing.interpreter.Print(&*sequence_, parameters);
         for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos())

@@ -24,6 +24,8 @@ constexpr double kSmallestGlyph = 1e-5;
 constexpr std::uint32_t kVerbsOfPiece = 64;
 constexpr std::uint32_t kGlyphsOfPiece = 32;
 constexpr std::size_t kArenaBlock = std::size_t{1} << 18U;
+// What is larger gets memory of its own size, so that it can go where the model's points were before.
+constexpr std::size_t kLargeInArena = std::size_t{1} << 12U;
 // Pens are looked for among the last ones.
 constexpr std::size_t kPensToCompare = 8;
 
@@ -115,11 +117,11 @@ void MeasureGlyph(RasterGlyph& glyph) {
 
 void* RasterArena::Take(std::size_t bytes) {
     bytes = (bytes + kAlignment - 1) / kAlignment * kAlignment;
-    if (bytes > left_) {
-        const std::size_t size = std::max(bytes, kArenaBlock);
+    if (bytes > left_ || bytes >= kLargeInArena) {
+        const std::size_t size = bytes >= kLargeInArena ? bytes : kArenaBlock;
         std::unique_ptr<std::byte[]> block(new std::byte[size]);
         blocks_.push_back(std::move(block));
-        if (size > kArenaBlock) return blocks_.back().get();  // the block that was begun goes on
+        if (size == bytes) return blocks_.back().get();  // the block that was begun goes on
         next_ = blocks_.back().get();
         left_ = size;
     }

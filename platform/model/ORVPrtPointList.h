@@ -16,6 +16,8 @@ struct ORVPrtPointList {
     void SetPoints(std::vector<ORVMathPoint2D> points) { points_ = std::move(points); }
     /// Empty when never set.
     const std::vector<ORVMathPoint2D>& GetPoints() const { return points_; }
+    /// Gives the memory of the points back. There are none afterwards.
+    void ForgetPoints() { std::vector<ORVMathPoint2D>().swap(points_); }
 
 private:
     std::vector<ORVMathPoint2D> points_;

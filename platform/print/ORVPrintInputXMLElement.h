@@ -20,9 +20,16 @@ public:
     const ORVLightXmlElementItf* GetXmlElement() const { return light_; }
     const ORVIDOMElement_var& GetXmlElementDOM() const { return dom_; }
 
+    /// The elements are not going to be read again once the one interpreter that gets them has built its
+    /// model: it gives the memory of long texts back as soon as it has read them. Before that nothing is
+    /// lost.
+    void SetIsReadOnce(bool isReadOnce) { isReadOnce_ = isReadOnce; }
+    bool IsReadOnce() const { return isReadOnce_; }
+
 private:
     ~ORVPrintInputXMLElement() override;
 
     const ORVLightXmlElementItf* light_ = nullptr;
     ORVIDOMElement_var dom_;
+    bool isReadOnce_ = false;
 };

@@ -32,6 +32,9 @@ constexpr double kAreaPerRepeat = 4096.0;
 // Areas are added up, and sums are to stay numbers.
 constexpr double kLargestArea = 1e200;
 
+// Points that are worth giving back before the model goes.
+constexpr std::size_t kLongOutline = 1024;
+
 bool Fills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
@@ -107,6 +110,20 @@ ORVMathAffine2D PatternToPage(const ORVPixelImage& image) {
                                     UserUnitsPerPixel(image.GetVerticalResolution()));
 }
 
+/// Gives the memory of points back that are drawn and not going to be again.
+void ForgetPoints(ORVPrtGraphicPrimitiveElt& primitive) {
+    VisitPrimitive(primitive, [&]<class Primitive>(Primitive& one) {
+        if constexpr (std::is_base_of_v<ORVPrtPointList, Primitive>) {
+            if (one.GetPoints().size() >= kLongOutline) one.ForgetPoints();
+        } else if constexpr (std::is_same_v<Primitive, ORVPrtClosedFigureElt>) {
+            for (ORVPrtGraphicPrimitiveElt* region : one.GetChildren())
+                if (region->GetKind() == ORVPrtKind::kRegion && region->GetReferenceCount() == 1)
+                    for (ORVPrtGraphicPrimitiveElt* piece : *region->GetChildList())
+                        if (piece->GetReferenceCount() == 1) ForgetPoints(*piece);
+        }
+    });
+}
+
 /// What the pages of one drawing share.
 struct Progress {
     explicit Progress(const std::vector<const ORVPrtImageElt*>& pages) : links(pages), symbols(links) {}
@@ -114,6 +131,7 @@ struct Progress {
     ORVPrintLinkTargets links;
     ORVPrintSymbolTable symbols;
     bool takesSymbols = true;  // until the generator says that it does not
+    bool isLast = false;       // nothing is drawn again
     std::uint64_t drawn = 0;
     std::uint64_t workLeft = 0;  // see ORVDrawingWork
     double areaLeft = 0.0;       // user units squared that may still be painted
@@ -124,6 +142,11 @@ bool IsGivenUp(int result) {
     return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats;
 }
 
+bool AreDistinct(std::vector<const ORVPrtImageElt*> pages) {
+    std::sort(pages.begin(), pages.end());
+    return std::adjacent_find(pages.begin(), pages.end()) == pages.end();
+}
+
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
 class PageDrawing {
 public:
@@ -131,7 +154,7 @@ public:
         : generator_(generator), page_(page), progress_(progress), drawingTop_(DrawingTop(page)) {}
 
     int Draw() {
-        open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false});
+        open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false, false});
         int result = kDone;
         while (result == kDone && !open_.empty()) result = Step();
         if (IsGivenUp(result)) CloseGroups();
@@ -163,6 +186,7 @@ private:
         ORVMathAffine2D toPage;
         bool isGroup;   // reported to the generator
         bool isSymbol;  // announced to it, and being drawn for it
+        bool isShared;  // stands at several places, alone or within something else
     };
 
     /// Open primitives that follow each other, to be stroked as one line.
@@ -249,11 +273,15 @@ int PageDrawing::Step() {
     if (frame.next == frame.children->size()) return Leave();
 
     frame.children->Prefetch(frame.next);
-    const ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
+    ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (const int result = Count(child); result != kDone) return result;
-    if (child.GetReferenceCount() > 1 && progress_.takesSymbols && !IsWalked(child))
+    const bool isShared = child.GetReferenceCount() > 1;
+    if (isShared && progress_.takesSymbols && !IsWalked(child))
         return DrawShared(child, frame.children->size() == 1);
-    return DrawOne(child);
+    const bool isSpent = progress_.isLast && !isShared && !frame.isShared;
+    const int result = DrawOne(child);
+    if (isSpent) ForgetPoints(child);
+    return result;
 }
 
 int PageDrawing::DrawOne(const ORVPrtGraphicPrimitiveElt& child) {
@@ -292,7 +320,12 @@ int PageDrawing::Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMath
     if (isGroup)
         if (const int result = generator_.BeginGroup(group); result != kDone) return result;
 
-    Frame frame{container.GetChildList(), 0, toPage, isGroup, false};
+    Frame frame{container.GetChildList(),
+                0,
+                toPage,
+                isGroup,
+                false,
+                open_.back().isShared || container.GetReferenceCount() > 1};
     if (container.GetReferenceCount() > 1 && progress_.takesSymbols) {
         const int answer = Announce(container, frame.toPage);
         if (answer == ORVPrintGenerator::kSymbolKnown) return Close(frame);
@@ -320,7 +353,7 @@ int PageDrawing::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isA
     if (IsOpenLine(primitive) && !isAlone) return DrawOne(primitive);
     if (const int result = FlushLine(); result != kDone) return result;
     static const ORVPrtChildList kNoChildren{};
-    Frame frame{&kNoChildren, 0, open_.back().toPage, false, false};
+    Frame frame{&kNoChildren, 0, open_.back().toPage, false, false, true};
     const int answer = Announce(primitive, frame.toPage);
     if (answer == ORVPrintGenerator::kSymbolKnown) return kDone;
     if (answer == ORVPrintGenerator::kNoSymbols) return DrawOne(primitive);
@@ -654,6 +687,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, boo
     }
 
     Progress progress(pages);
+    progress.isLast = parameters_.IsLast() && AreDistinct(pages);
     progress.workLeft = parameters_.GetRepeatLimit() + (1 + kGrowthPerPrimitive) * distinct;
     // Every primitive that the document itself makes may cover its page.
     double largestPage = 0.0;

@@ -46,6 +46,11 @@ public:
     void SetTitle(ORVUnicodeString title) { title_ = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return title_; }
 
+    /// The model is not going to be drawn again: the points of long outlines are given back as soon as they
+    /// are drawn. What stays of the model is not what it was.
+    void SetIsLast(bool isLast) { isLast_ = isLast; }
+    bool IsLast() const { return isLast_; }
+
     /// Not owned; null for none.
     void SetModelInspector(ORVPrintModelInspector* inspector) { inspector_ = inspector; }
     ORVPrintModelInspector* GetModelInspector() const { return inspector_; }
@@ -54,5 +59,6 @@ private:
     std::uint64_t drawLimit_, repeatLimit_, pageLimit_;
     std::vector<unsigned int> pages_;
     ORVUnicodeString title_;
+    bool isLast_ = false;
     ORVPrintModelInspector* inspector_ = nullptr;
 };

@@ -9,20 +9,22 @@ ORVPrintSVGInterpreter::ORVPrintSVGInterpreter() : ORVPrintInterpreter("SVG") {}
 
 ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(ORVPrintInput* input) : ORVPrintSVGInterpreter() {
     if (!input) return;
+    std::unique_ptr<SvgDocumentSource> source;
     if (input->IsAKindOf("ORVPrintInputStream")) {
-        auto source = std::make_unique<SvgDocumentSource>(static_cast<ORVPrintInputStream&>(*input));
+        source = std::make_unique<SvgDocumentSource>(static_cast<ORVPrintInputStream&>(*input));
         if (input->IsAKindOf("ORVPrintInputFileStream"))
             source->SetCurrentPath(static_cast<ORVPrintInputFileStream&>(*input).GetPath());
-        interpretation_.SetSource(std::move(source));
     } else if (input->IsAKindOf("ORVPrintInputXMLElement")) {
         const auto& elements = static_cast<ORVPrintInputXMLElement&>(*input);
         if (const ORVLightXmlElementItf* light = elements.GetXmlElement()) {
-            interpretation_.SetSource(std::make_unique<SvgDocumentSource>(light));
-            return;
+            source = std::make_unique<SvgDocumentSource>(light);
+        } else {
+            domElement_ = elements.GetXmlElementDOM();
+            if (domElement_) source = std::make_unique<SvgDocumentSource>(domElement_);
         }
-        domElement_ = elements.GetXmlElementDOM();
-        if (domElement_) interpretation_.SetSource(std::make_unique<SvgDocumentSource>(domElement_));
+        if (source) source->SetIsReadOnce(elements.IsReadOnce());
     }
+    if (source) interpretation_.SetSource(std::move(source));
 }
 
 ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(const ORVPrintSVGInterpreter& /*other*/)

@@ -125,7 +125,7 @@ int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
     if (!model || (!source.GetText() && !hasElement)) return kUnusable;
 
     const SvgPageSource pageSource{source.GetCurrentPath(), source.GetPrimaryDocument(),
-                                   source.GetEmbeddedFragment()};
+                                   source.GetEmbeddedFragment(), source.IsReadOnce()};
     try {
         return useDOM ? BuildWithDOMParser(source, pageSource, *model)
                       : BuildWithLightParser(source, pageSource, *model);

@@ -528,4 +528,80 @@ TEST_F(ThreePagesTest, WithoutGeneratorNothingIsDone) {
     EXPECT_EQ(ORVPrintModelRender(*model_, nullptr, parameters_).Draw(), 0);
 }
 
+/// A page with long and short outlines, alone and shared, which nothing but the page holds.
+class LastPrintTest : public testing::Test {
+protected:
+    LastPrintTest() {
+        std::vector<ORVMathPoint2D> points;
+        for (int i = 0; i < 1024; ++i) points.push_back({static_cast<double>(i % 100), i % 2 * 40.0});
+        const auto add = [this](const auto& primitive) {
+            page_.Add(primitive);
+            return primitive.get();
+        };
+        long_ = add(MakePoints<ORVPrtPolylineElt>(points));
+        polygon_ = add(MakePoints<ORVPrtPolygonElt>(points));
+        short_ = add(MakePoints<ORVPrtPolylineElt>({points.begin(), points.end() - 1}));
+        const auto figure = Make<ORVPrtClosedFigureElt>();
+        {
+            const auto region = Make<ORVPrtClosedFigureRegionElt>();
+            const auto piece = MakePoints<ORVPrtPolylineElt>(points);
+            inFigure_ = piece.get();
+            region->AddChild(piece.get());
+            figure->AddChild(region.get());
+        }
+        page_.Add(figure);
+        const auto group = Make<ORVPrtGroupElt>();
+        {
+            const auto piece = MakePoints<ORVPrtPolylineElt>(points);
+            inShared_ = piece.get();
+            group->AddChild(piece.get());
+        }
+        page_.Add(group);
+        page_.Add(group);
+        const auto twice = MakePoints<ORVPrtPolylineElt>(points);
+        shared_ = twice.get();
+        page_.Add(twice);
+        page_.Add(twice);
+    }
+
+    std::string Draw(const ORVPrintParameters& parameters) {
+        RecordingGenerator generator;
+        EXPECT_EQ(DrawAll(page_, generator, parameters), 1);
+        return generator.GetText();
+    }
+    static ORVPrintParameters Last() {
+        ORVPrintParameters parameters;
+        parameters.SetIsLast(true);
+        return parameters;
+    }
+
+    OnePage page_;
+    const ORVPrtPolylineElt *long_, *short_, *inFigure_, *inShared_, *shared_;
+    const ORVPrtPolygonElt* polygon_;
+};
+
+TEST_F(LastPrintTest, GivesBackWhatIsLongAndDrawnOnce) {
+    const std::string drawn = Draw({});
+    EXPECT_EQ(Draw(Last()), drawn);
+    EXPECT_THAT(long_->GetPoints(), IsEmpty());
+    EXPECT_THAT(polygon_->GetPoints(), IsEmpty());
+    EXPECT_THAT(inFigure_->GetPoints(), IsEmpty());
+    EXPECT_THAT(short_->GetPoints(), testing::SizeIs(1023));
+    EXPECT_THAT(inShared_->GetPoints(), testing::SizeIs(1024));
+    EXPECT_THAT(shared_->GetPoints(), testing::SizeIs(1024));
+}
+
+TEST_F(LastPrintTest, OtherPrintsKeepEverything) {
+    Draw({});
+    EXPECT_THAT(long_->GetPoints(), testing::SizeIs(1024));
+    EXPECT_THAT(inFigure_->GetPoints(), testing::SizeIs(1024));
+}
+
+TEST_F(LastPrintTest, PageThatIsDrawnTwiceKeepsEverything) {
+    ORVPrintParameters parameters = Last();
+    parameters.SetPages({1, 1});
+    Draw(parameters);
+    EXPECT_THAT(long_->GetPoints(), testing::SizeIs(1024));
+}
+
 }  // namespace

@@ -498,4 +498,62 @@ TEST(InterpretersTest, InfosAreTheReportsOfTheBuild) {
     ORVPrintPropertiesManager::ClearInfos();
 }
 
+/// A drawing with long texts of every kind that is given back, and what its tree holds of them.
+class ReadOnceTest : public testing::TestWithParam<Backend> {
+protected:
+    ReadOnceTest() {
+        std::string points;
+        for (int i = 0; i < 20'000; ++i)
+            points += std::to_string(i % 97) + ' ' + std::to_string(i % 89) + ' ';
+        const std::string document =
+            Drawing("<path id='a' d='M0 0L" + points + "'/><polyline points='" + points +
+                    "'/><polygon points='" + points + "'/><image width='9' height='9' xlink:href='" + points +
+                    "'/><text>" + points + "</text>");
+        if (GetParam() == Backend::kDom)
+            BuildParser(document, "SVG", dom_);
+        else
+            ORVLightXmlParser().Parse({document.data(), document.size()}, light_);
+    }
+
+    /// Whether each of the long texts is still there, in their order.
+    std::string Kept() const {
+        const ORVXmlNode* const root = GetParam() == Backend::kDom ? dom_.GetNode() : light_.GetNode();
+        std::string kept;
+        for (const ORVXmlNode* node = root->firstChild; node; node = node->nextSibling)
+            for (const AttributeName name :
+                 {AttributeName::kD, AttributeName::kPoints, AttributeName::kXlinkHref})
+                if (node->Has(name))
+                    kept += node->Value(name).find('\0') == std::string_view::npos ? '+' : '-';
+        for (const ORVXmlNode* node = root->firstChild; node; node = node->nextSibling)
+            if (node->id == ElementName::kText)
+                kept += node->GetText().find('\0') == std::string_view::npos ? '+' : '-';
+        return kept;
+    }
+
+    std::string Build(bool isReadOnce) const {
+        const ORVRef<ORVPrintInputXMLElement> input(GetParam() == Backend::kDom
+                                                        ? new ORVPrintInputXMLElement(dom_)
+                                                        : new ORVPrintInputXMLElement(&light_));
+        input->SetIsReadOnce(isReadOnce);
+        const Interpreter interpreter(fctCreateORVPrintSVGInterpreter(input.get()));
+        SketchingInspector inspector;
+        ORVPrintParameters parameters;
+        parameters.SetModelInspector(&inspector);
+        EXPECT_EQ(interpreter->Print(nullptr, parameters), 1);
+        return inspector.sketch;
+    }
+
+    ORVLightXmlElement light_;
+    ORVIDOMElement_var dom_;
+};
+
+TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
+    const std::string sketch = Build(false);
+    EXPECT_EQ(Kept(), "+++++");
+    EXPECT_EQ(Build(true), sketch);
+    EXPECT_EQ(Kept(), "----+");
+}
+
+INSTANTIATE_TEST_SUITE_P(Backends, ReadOnceTest, testing::ValuesIn(kBackends));
+
 }  // namespace
