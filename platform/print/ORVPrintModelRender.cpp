@@ -124,6 +124,25 @@ void ForgetPoints(ORVPrtGraphicPrimitiveElt& primitive) {
     });
 }
 
+/// What the dashes of a line count for besides the area that they lie in.
+/// @param length  of the line, about, in the units of the stroke
+double DashSurcharge(const ORVPrintStroke& stroke, double length) {
+    constexpr double kMostDashes = 1e5, kAreaPerDash = 64.0;
+    if (stroke.dashes.empty()) return 0.0;
+    double period = 0.0;
+    for (const double dash : stroke.dashes) period += dash;
+    const double dashes = length / period * static_cast<double>(stroke.dashes.size());
+    return (dashes < kMostDashes ? dashes : kMostDashes) * kAreaPerDash;
+}
+
+/// How long the outlines of a text are, about: four times its size a glyph.
+double OutlineLength(const ORVTextLayout& layout) {
+    double length = 0.0;
+    for (const ORVGlyphRun& run : layout.runs)
+        length += 4.0 * run.size * static_cast<double>(run.glyphs.size());
+    return length;
+}
+
 /// What the pages of one drawing share.
 struct Progress {
     explicit Progress(const std::vector<const ORVPrtImageElt*>& pages) : links(pages), symbols(links) {}
@@ -455,18 +474,11 @@ int PageDrawing::TakeArea(const ORVPrintPath& path, const ORVMathAffine2D& toPag
                           const ORVPrintStroke* stroke) {
     ORVMathBox2D box;
     for (const ORVMathPoint2D& point : path.points) box.Add(toPage(point));
-    const double margin = stroke ? stroke->width * Scale(toPage) / 2.0 : 0.0;
-    double surcharge = 0.0;
-    if (stroke && !stroke->dashes.empty()) {
-        constexpr double kMostDashes = 1e5, kAreaPerDash = 64.0;
-        double period = 0.0;
-        for (const double dash : stroke->dashes) period += dash;
-        const double length = (box.xMax - box.xMin + box.yMax - box.yMin) *
-                              std::max(1.0, static_cast<double>(path.points.size()) / 4.0);
-        const double dashes = length / (period * Scale(toPage)) * static_cast<double>(stroke->dashes.size());
-        surcharge = dashes < kMostDashes ? dashes * kAreaPerDash : kMostDashes * kAreaPerDash;
-    }
-    return TakeArea(box, margin, surcharge);
+    if (!stroke) return TakeArea(box, 0.0, 0.0);
+    const double scale = Scale(toPage);
+    const double length = (box.xMax - box.xMin + box.yMax - box.yMin) *
+                          std::max(1.0, static_cast<double>(path.points.size()) / 4.0);
+    return TakeArea(box, stroke->width * scale / 2.0, DashSurcharge(*stroke, length / scale));
 }
 
 int PageDrawing::FlushLine() {
@@ -581,7 +593,8 @@ int PageDrawing::Draw(const ORVPrtTextElt& text) {
     ORVMathBox2D box;
     for (const double x : {placement.box.xMin, placement.box.xMax})
         for (const double y : {placement.box.yMin, placement.box.yMax}) box.Add(toPage({x, y}));
-    if (const int result = TakeArea(box, 0.0, 0.0); result != kDone) return result;
+    const double surcharge = stroke ? DashSurcharge(*stroke, OutlineLength(layout)) : 0.0;
+    if (const int result = TakeArea(box, 0.0, surcharge); result != kDone) return result;
     const bool clipped = MakeClip(text, map);
     return generator_.DrawText({layout, text.GetText(), toPage, fill, stroke, clipped ? &clip_ : nullptr});
 }

@@ -199,6 +199,22 @@ TEST_P(LimitsTest, AreaOfRepeats) {
     EXPECT_EQ(Draw(Build(drawing("x='500' width='200' height='100'")), parameters), 1);
 }
 
+TEST_P(LimitsTest, DashesCountAsArea) {
+    ORVPrintParameters parameters;
+    parameters.SetRepeatLimit(1000);
+    const auto dashed = [&](const char* start, const char* dashes, const char* end) {
+        const std::string element =
+            std::string(start) + " fill='none' stroke='red' stroke-dasharray='" + dashes + "'>" + end;
+        return Draw(Build(Drawing(Repeat(element, 100))), parameters);
+    };
+    constexpr const char* kLine[] = {"<polyline points='0 0 200 100'", "</polyline>"};
+    constexpr const char* kText[] = {"<text font-size='90' font-family='Liberation Sans'", "MMM</text>"};
+    for (const auto& element : {kLine, kText}) {
+        EXPECT_EQ(dashed(element[0], "50", element[1]), 1) << element[0];
+        EXPECT_EQ(dashed(element[0], "0.1", element[1]), ORVPrintModelRender::kTooManyRepeats) << element[0];
+    }
+}
+
 // With groups, symbols and a line that is not drawn yet.
 TEST_P(LimitsTest, GivingADrawingUpEndsWhatWasBegun) {
     const std::string shared = "<g id='a'><g id='b'>" +
