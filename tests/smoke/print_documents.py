@@ -1,0 +1,113 @@
+#!/usr/bin/env python3
+"""Prints every drawing below some folders: other people's documents, of which nobody says what must come out.
+
+    tests/smoke/print_documents.py --tool build/asan/bin/orvprint [--every] [--jobs 2] FOLDER...
+
+Whatever a document is, the command must end with a page or with one line that says why there is none, within ten
+seconds of processor time and a gigabyte. Documents are printed to PDF, printed to PNG and checked in turns; with
+--every, each is all three. Ends with 1 and the documents that broke a rule, if there are any.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import os
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+PATIENCE = 120  # seconds of wall clock, on machines however busy
+MOST_SECONDS = 10
+MOST_MEMORY = 1024  # MB
+# Not read, not well-formed, no page, not printed: see README.md.
+REFUSALS = {3, 4, 5, 9}
+DONE, FOUND = 0, 1
+WAYS = ["pdf", "png", "check"]
+
+
+def documents_below(folders):
+    return sorted(path for folder in folders for ending in ("svg", "svgz") for path in Path(folder).rglob(f"*.{ending}")
+                  if path.is_file())
+
+
+def run(command, measures_memory):
+    """The exit code, what was said on standard error, and what was wrong with its use of time and memory."""
+    with tempfile.TemporaryFile() as errors:
+        process = subprocess.Popen(["timeout", str(PATIENCE), *command], stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=errors)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        errors.seek(0)
+        said = errors.read().decode(errors="replace")
+    seconds, memory = usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
+    if process.returncode == 124 or seconds > MOST_SECONDS:
+        return process.returncode, said, f"took {seconds:.1f} s"
+    if measures_memory and memory > MOST_MEMORY:
+        return process.returncode, said, f"took {memory:.0f} MB"
+    return process.returncode, said, ""
+
+
+def fault_of(tool, way, document, folder, measures_memory):
+    """The exit code and what is wrong with it; nothing where all is well."""
+    output = Path(folder) / f"page.{way}"
+    if way == "check":
+        code, said, fault = run([tool, "check", str(document)], measures_memory)
+        expected = {DONE, FOUND} | REFUSALS
+    else:
+        # Of a drawing of several pages, PNG has a file for each; the first is enough here.
+        pages = ["--pages", "1"] if way == "png" else []
+        code, said, fault = run([tool, str(document), "-o", str(output), *pages], measures_memory)
+        expected = {DONE} | REFUSALS
+    if fault:
+        return code, fault
+    if "Sanitizer" in said or "runtime error" in said:
+        return code, "a sanitizer found something:\n" + said[:3000]
+    if code not in expected:
+        return code, f"ended with {code}: {said[:500]}"
+    if way != "check":
+        if (code == DONE) != (output.is_file() and output.stat().st_size > 0):
+            return code, f"ended with {code} and {'no' if code == DONE else 'a'} page"
+        if code != DONE and not said.startswith("orvprint: "):
+            return code, f"ended with {code} and did not say why: {said[:500]}"
+    if list(Path(folder).glob(".*")):
+        return code, "left a temporary file"
+    return code, ""
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--tool", required=True)
+    parser.add_argument("--every", action="store_true", help="print each document both ways, and check it")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("folders", nargs="+", metavar="FOLDER")
+    options = parser.parse_args()
+
+    documents = documents_below(options.folders)
+    if not documents:
+        sys.exit("there is no drawing in " + ", ".join(options.folders))
+    work = [(document, way) for i, document in enumerate(documents)
+            for way in (WAYS if options.every else [WAYS[i % len(WAYS)]])]
+    # Sanitizers keep memory of their own.
+    measures_memory = b"__asan_init" not in Path(options.tool).read_bytes()
+
+    def one(item):
+        document, way = item
+        with tempfile.TemporaryDirectory() as folder:
+            return document, way, *fault_of(options.tool, way, document, folder, measures_memory)
+
+    codes, faults = collections.Counter(), 0
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for document, way, code, fault in pool.map(one, work):
+            codes[code] += 1
+            if fault:
+                faults += 1
+                print(f"{document} ({way}): {fault}")
+    print(f"{len(documents)} documents, {len(work)} runs:",
+          ", ".join(f"{count} ended with {code}" for code, count in sorted(codes.items())))
+    if faults:
+        sys.exit(f"{faults} runs broke a rule")
+
+
+if __name__ == "__main__":
+    main()
