@@ -44,7 +44,11 @@ public:
     /// Asks the processor for the child some places after `index`: walks over large models wait for memory.
     void Prefetch(std::size_t index) const {
         constexpr std::size_t kAhead = 8;
-        if (index + kAhead < size_) __builtin_prefetch(begin()[index + kAhead]);
+        if (index + kAhead >= size_) return;
+        const char* const child = reinterpret_cast<const char*>(begin()[index + kAhead]);
+        constexpr std::size_t kCacheLine = 64;  // a primitive's own fields and its children take two
+        __builtin_prefetch(child);
+        __builtin_prefetch(child + kCacheLine);
     }
 
     void push_back(value_type child) {

@@ -291,7 +291,7 @@ int PageDrawing::Step() {
     Frame& frame = open_.back();
     if (frame.next == frame.children->size()) return Leave();
 
-    frame.children->Prefetch(frame.next);
+    ORVPrefetchForWalk(*frame.children, frame.next);
     ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (const int result = Count(child); result != kDone) return result;
     const bool isShared = child.GetReferenceCount() > 1;

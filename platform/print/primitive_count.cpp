@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/model/ORVPrtGraphicPrimitiveElt.h"
+#include "platform/model/ORVPrtContainerElt.h"
 #include "platform/system/ORVPrintLimits.h"
 
 std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive) {
@@ -31,7 +31,7 @@ std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uin
         Frame& frame = open.back();
         const ORVPrtChildList* children = frame.container->GetChildList();
         if (children && frame.next < children->size()) {
-            children->Prefetch(frame.next);
+            ORVPrefetchForWalk(*children, frame.next);
             const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
             frame.count = add(frame.count, 1);
             distinct += ORVDrawingWork(*child);

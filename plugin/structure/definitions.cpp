@@ -68,6 +68,20 @@ const SvgDefinitions::Definition* SvgDefinitions::Find(std::string_view identifi
     return &entries_[slot.entry].first;
 }
 
+void SvgDefinitions::Prefetch(std::string_view identifier) {
+    if (prefetchedEntry_ < entries_.size()) __builtin_prefetch(entries_[prefetchedEntry_].first.primitive);
+    const std::size_t mask = slots_.size() - 1;
+    // The first slot is the right one most of the time; what it holds otherwise does no harm.
+    prefetchedEntry_ = slots_[prefetchedHash_ & mask].entry;
+    if (prefetchedEntry_ < entries_.size()) {
+        const auto* const entry = reinterpret_cast<const char*>(&entries_[prefetchedEntry_]);
+        __builtin_prefetch(entry);
+        __builtin_prefetch(entry + sizeof(Entry) - 1);
+    }
+    prefetchedHash_ = Hash(FoldIdentifier(identifier));
+    __builtin_prefetch(&slots_[prefetchedHash_ & mask]);
+}
+
 bool SvgDefinitions::Entry::Insert(const Definition& definition) {
     if (!first.primitive) {
         first = definition;

@@ -43,6 +43,12 @@ public:
     /// of letters. Null when there is none. An empty identifier matches nothing.
     const Definition* Find(std::string_view identifier) const;
 
+    /// True when the definitions are too many to stay near the processor: Prefetch then saves time.
+    bool AreMany() const { return entries_.size() >= kMany; }
+    /// Asks the processor for what Find is going to look at. Each call also goes a step further with the
+    /// identifiers of the calls before, so that the way to a definition is fetched three calls later.
+    void Prefetch(std::string_view identifier);
+
     SvgRestyling& GetRestyling() { return restyling_; }
 
 private:
@@ -68,6 +74,7 @@ private:
         std::uint32_t entry = kFree;
     };
     static constexpr std::uint32_t kFree = UINT32_MAX;
+    static constexpr std::size_t kMany = 4096;
 
     /// @return the slot of the identifier, or the free one where it belongs
     std::size_t FindSlot(std::string_view lowerCase, std::uint64_t hash) const;
@@ -80,6 +87,9 @@ private:
     // definitions are gone stay, for their identifiers tend to come again.
     std::vector<Entry> entries_;
     std::vector<Slot> slots_;  // a power of two, half of them free
+    // Identifiers that are being fetched: the hash of the last, the entry of the one before it.
+    std::uint64_t prefetchedHash_ = 0;
+    std::uint32_t prefetchedEntry_ = kFree;
 };
 
 /// Removes, when it goes out of scope, the holders registered since it was made.

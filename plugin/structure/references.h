@@ -1,8 +1,9 @@
 #pragma once
 
 #include "plugin/interpreter/element_access.h"
+#include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/definitions.h"
 
-struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 class ORVPrtGroupElt;
 
@@ -12,6 +13,19 @@ class ORVPrtGroupElt;
 template <SvgElementAccess Element>
 int HandleUse(SvgDrawState& state, const Element& element, ORVPrtGroupElt* group,
               ORVPrtGraphicPrimitiveElt& container);
+
+/// Has the definition fetched that one of the next siblings refers to, where there are so many definitions
+/// that each would be waited for.
+template <SvgElementAccess Element>
+void PrefetchReference(const SvgDrawState& state, const Element& element) {
+    if (!state.definitions->AreMany()) return;
+    Element ahead = element;
+    constexpr int kAhead = 3;  // as many as the way to a definition has steps
+    for (int i = 0; i < kAhead && !ahead.IsNull(); ++i) ahead = ahead.NextSibling();
+    if (ahead.IsNull() || ahead.Name() != ElementName::kUse) return;
+    const std::string_view reference = ahead.Attribute(AttributeName::kXlinkHref).text;
+    if (reference.starts_with('#')) state.definitions->Prefetch(reference.substr(1));
+}
 
 /// Fills a group from an "svg" element inside a drawing: its children, moved to its position and fitted to
 /// its size where it has a "viewBox". Percentages inside refer to the page. It reads no "transform".

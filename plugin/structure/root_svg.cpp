@@ -11,6 +11,7 @@
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/definitions.h"
 #include "plugin/structure/element_texts.h"
+#include "plugin/structure/references.h"
 #include "plugin/structure/statuses.h"
 #include "plugin/structure/walker.h"
 #include "plugin/style/paint.h"
@@ -46,6 +47,7 @@ int WalkPage(SvgDrawState& state, const Element& element) {
     int result = 0;
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
         PrefetchPaint(state, child.NextSibling());
+        PrefetchReference(state, child);
         if (child.Name() == ElementName::kTitle) {
             if (!child.Text().empty()) state.page->SetTitle(ORVUnicodeString(child.Text()));
         } else if (!ReadDescription(child, *state.page)) {

@@ -106,6 +106,7 @@ void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrim
     const std::size_t holderPlace = state.definitions->GetHolderCount() - 1;
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
         PrefetchPaint(state, child.NextSibling());
+        PrefetchReference(state, child);
         if (ReadDescription(child, container)) continue;
         HandleChild(state, child, &container);
         if (defines) state.definitions->IndexNewChildren(holderPlace);

@@ -174,6 +174,27 @@ TEST_F(DefinitionsTest, FindsWhatALookThroughAllHoldersFinds) {
     }
 }
 
+TEST_F(DefinitionsTest, FetchingAheadFindsTheSame) {
+    constexpr int kCount = 5000;
+    const ORVRef<ORVPrtDefsElt> holder = FreshHolder();
+    const std::size_t place = definitions.Register(*holder);
+    EXPECT_FALSE(definitions.AreMany());
+    const auto name = [](int i) { return "part-" + std::to_string(i); };
+    for (int i = 0; i < kCount; ++i) {
+        holder->AddChild(Named(name(i).c_str()).get());
+        definitions.IndexNewChildren(place);
+        if (definitions.AreMany()) definitions.Prefetch(name(i * 7 % kCount));  // the table grows meanwhile
+    }
+    EXPECT_TRUE(definitions.AreMany());
+    for (int i = 0; i < kCount; ++i) {
+        definitions.Prefetch(name((i + 3) * 7));  // some of them are not there
+        definitions.Prefetch("");
+        ASSERT_EQ(Find(name(i).c_str()), holder->GetChildren()[static_cast<std::size_t>(i)]);
+    }
+    definitions.Truncate(0);
+    EXPECT_FALSE(definitions.AreMany());
+}
+
 TEST(DefinitionsLifetimeTest, EndReleasesTheHolders) {
     const ORVRef<ORVPrtDefsElt> holder = FreshHolder();
     {
