@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 
 #include "tests/platform/xml/tree_text.h"
@@ -18,12 +17,6 @@ std::size_t DepthOf(const ORVXmlNode* node) {
     std::size_t depth = 0;
     for (; node; node = node->firstChild) ++depth;
     return depth;
-}
-
-double SecondsOf(auto work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 TEST(XmlLimits, ElementsMayBeNested1024Deep) {
@@ -80,13 +73,10 @@ TEST(XmlLimits, EntitiesThatGrowExponentiallyAreAnError) {
         type += "'>";
     }
     type += "]>";
-    const double seconds = SecondsOf([&] {
-        EXPECT_EQ(ParseLight(type + "<t>&e29;</t>").status, -1);
-        EXPECT_EQ(ParseDom(type + "<t>&e29;</t>").status, -1);
-        EXPECT_EQ(ParseLight(type + "<t a='&e29;'/>").status, -1);
-        EXPECT_EQ(ParseDom(type + "<t a='&e29;'/>").status, -1);
-    });
-    EXPECT_LT(seconds, 20.0);
+    EXPECT_EQ(ParseLight(type + "<t>&e29;</t>").status, -1);
+    EXPECT_EQ(ParseDom(type + "<t>&e29;</t>").status, -1);
+    EXPECT_EQ(ParseLight(type + "<t a='&e29;'/>").status, -1);
+    EXPECT_EQ(ParseDom(type + "<t a='&e29;'/>").status, -1);
     EXPECT_EQ(ParseLight(type + "<t>&e3;</t>").root.GetNode()->GetText().size(), 3000U);
 }
 
@@ -163,73 +153,55 @@ TEST(XmlLimits, DefaultAttributesThatGrowAreBounded) {
     EXPECT_EQ(ParseDom(document).status, -1);
 }
 
-TEST(XmlLimits, AValueOf50MillionBytesIsReadInLinearTime) {
+// Of the following sizes, nothing that takes quadratic time would come to an end.
+TEST(XmlLimits, AValueOf50MillionBytesIsRead) {
     constexpr std::size_t kSize = 50000000;
     const std::string document = "<svg><image xlink:href='" + std::string(kSize, 'A') + "'/></svg>";
-    double seconds = SecondsOf([&] {
-        const LightResult light = ParseLight(document);
-        ASSERT_EQ(light.status, 1) << light.error.message;
-        EXPECT_EQ(light.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
-    });
-    EXPECT_LT(seconds, 10.0);
-    seconds = SecondsOf([&] {
-        const DomResult dom = ParseDom(document);
-        ASSERT_EQ(dom.status, 1) << dom.error.message;
-        EXPECT_EQ(dom.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
-    });
-    EXPECT_LT(seconds, 10.0);
+    const LightResult light = ParseLight(document);
+    ASSERT_EQ(light.status, 1) << light.error.message;
+    EXPECT_EQ(light.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
+    const DomResult dom = ParseDom(document);
+    ASSERT_EQ(dom.status, 1) << dom.error.message;
+    EXPECT_EQ(dom.root.GetNode()->firstChild->Value(AttributeName::kXlinkHref).size(), kSize);
 }
 
-TEST(XmlLimits, TextInAMillionPiecesIsJoinedInLinearTime) {
+TEST(XmlLimits, TextInAMillionPiecesIsJoined) {
     std::string document = "<t>";
     for (int i = 0; i < 1000000; ++i) document += "a\n";
     document += "</t>";
-    const double seconds = SecondsOf([&] {
-        EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 2000000U);
-        EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 2000000U);
-    });
-    EXPECT_LT(seconds, 10.0);
+    EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 2000000U);
+    EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 2000000U);
 }
 
-TEST(XmlLimits, TextBetweenChildrenIsJoinedInLinearTime) {
+TEST(XmlLimits, TextBetweenChildrenIsJoined) {
     std::string document = "<t>";
     for (int i = 0; i < 200000; ++i) document += "ab<g/>";
     document += "</t>";
-    const double seconds = SecondsOf([&] {
-        EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 400000U);
-        EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 400000U);
-    });
-    EXPECT_LT(seconds, 10.0);
+    EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 400000U);
+    EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 400000U);
 }
 
 TEST(XmlLimits, AMillionElementsTakeLittleMemory) {
     std::string document = "<svg>";
     for (int i = 0; i < 1000000; ++i) document += "<rect x='1' y='2' fill='red'/>";
     document += "</svg>";
-    const double seconds = SecondsOf([&] {
-        const LightResult light = ParseLight(document);
-        ASSERT_EQ(light.status, 1);
-        EXPECT_LT(light.root.GetTree()->GetMemoryInUse(), 250U << 20U);
-        std::size_t count = 0;
-        for (const ORVXmlNode* node = light.root.GetNode()->firstChild; node; node = node->nextSibling)
-            ++count;
-        EXPECT_EQ(count, 1000000U);
-    });
-    EXPECT_LT(seconds, 20.0);
+    const LightResult light = ParseLight(document);
+    ASSERT_EQ(light.status, 1);
+    EXPECT_LT(light.root.GetTree()->GetMemoryInUse(), 250U << 20U);
+    std::size_t count = 0;
+    for (const ORVXmlNode* node = light.root.GetNode()->firstChild; node; node = node->nextSibling) ++count;
+    EXPECT_EQ(count, 1000000U);
 }
 
 TEST(XmlLimits, ManyAttributesOnOneElementAreFine) {
     std::string document = "<svg";
     for (int i = 0; i < 100000; ++i) document += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
     document += " x='last'/>";
-    const double seconds = SecondsOf([&] {
-        const LightResult light = ParseLight(document);
-        ASSERT_EQ(light.status, 1);
-        EXPECT_EQ(light.root.GetNode()->attributeCount, 100001U);
-        EXPECT_EQ(light.root.GetNode()->Value(AttributeName::kX), "last");
-        EXPECT_EQ(*light.root.GetNode()->Find("a99999"), "99999");
-    });
-    EXPECT_LT(seconds, 10.0);
+    const LightResult light = ParseLight(document);
+    ASSERT_EQ(light.status, 1);
+    EXPECT_EQ(light.root.GetNode()->attributeCount, 100001U);
+    EXPECT_EQ(light.root.GetNode()->Value(AttributeName::kX), "last");
+    EXPECT_EQ(*light.root.GetNode()->Find("a99999"), "99999");
 }
 
 }  // namespace
