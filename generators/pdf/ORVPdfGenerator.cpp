@@ -120,7 +120,8 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     if (!state.objects || state.page) return kDrawingFailed;
     if (!(info.width * kPointsPerUserUnit <= kLargestSide) ||
         !(info.height * kPointsPerUserUnit <= kLargestSide)) {
-        state.error = "page " + std::to_string(info.number) + " is larger than PDF allows (5080 mm)";
+        state.error = "page " + std::to_string(info.number) +
+                      " is larger than PDF allows (5080 mm); fit it to a sheet with --paper";
         return kPageTooLarge;
     }
     state.width = info.width;

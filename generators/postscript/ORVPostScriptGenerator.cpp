@@ -181,8 +181,8 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
     State& state = *state_;
     const double width = info.width * kPointsPerUserUnit, height = info.height * kPointsPerUserUnit;
     if (!(width <= kLargestSide) || !(height <= kLargestSide)) {
-        state.error =
-            "page " + std::to_string(info.number) + " is larger than PostScript output may be (5080 mm)";
+        state.error = "page " + std::to_string(info.number) +
+                      " is larger than PostScript output may be (5080 mm); fit it to a sheet with --paper";
         return kPageTooLarge;
     }
     // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page

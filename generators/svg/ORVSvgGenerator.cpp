@@ -213,7 +213,8 @@ int ORVSvgGenerator::BeginPage(const ORVPrintPageInfo& info) {
     State& state = *state_;
     if (state.writer) return kDrawingFailed;
     if (!(info.width <= kLargestSide) || !(info.height <= kLargestSide)) {
-        state.error = "page " + std::to_string(info.number) + " is larger than SVG output may be (282 m)";
+        state.error = "page " + std::to_string(info.number) +
+                      " is larger than SVG output may be (282 m); fit it to a sheet with --paper";
         return kPageTooLarge;
     }
     if (state.output.BeginPart() != 1) return kOutputFailed;

@@ -17,6 +17,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 TEST(ORVPdfGeneratorTest, PagesHaveTheirOwnSizes) {
@@ -114,7 +115,7 @@ TEST(ORVPdfGeneratorTest, PagesBeyondTheFormatAreRefusedAndTheRestIsClosed) {
     EXPECT_EQ(generator.BeginPage(PageInfo(10.0, 10.0)), 1);
     EXPECT_EQ(generator.EndPage(), 1);
     EXPECT_EQ(generator.BeginPage(PageInfo(20'000.0, 10.0, 2)), kPageTooLarge);
-    EXPECT_THAT(generator.GetError(), HasSubstr("page 2"));
+    EXPECT_THAT(generator.GetError(), AllOf(HasSubstr("page 2"), HasSubstr("--paper")));
     EXPECT_EQ(generator.EndDocument(), 1);
     EXPECT_THAT(output.GetBytes(), HasSubstr("%%EOF"));
 }

@@ -24,6 +24,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -260,7 +261,7 @@ TEST(ORVPostScriptGeneratorTest, WhatIsFarOffOrFlatDoesNotDisturb) {
 TEST(ORVPostScriptGeneratorTest, RefusesPagesBeyondMeasure) {
     PostScript document;
     EXPECT_EQ(document.Get().BeginPage(PageInfo(20'000.0, 10.0, 7)), kPageTooLarge);
-    EXPECT_THAT(document.GetError(), HasSubstr("page 7"));
+    EXPECT_THAT(document.GetError(), AllOf(HasSubstr("page 7"), HasSubstr("--paper")));
     EXPECT_EQ(document.Get().EndDocument(), 1);
 }
 

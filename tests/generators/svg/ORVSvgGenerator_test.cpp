@@ -15,6 +15,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -160,7 +161,7 @@ TEST(ORVSvgGeneratorTest, RefusesPagesBeyondMeasure) {
     ORVSvgGenerator generator(output);
     EXPECT_EQ(generator.BeginDocument({}), 1);
     EXPECT_EQ(generator.BeginPage(PageInfo(2e6, 10.0, 7)), kPageTooLarge);
-    EXPECT_THAT(generator.GetError(), HasSubstr("page 7"));
+    EXPECT_THAT(generator.GetError(), AllOf(HasSubstr("page 7"), HasSubstr("--paper")));
     EXPECT_NE(FillRectangle(generator, 0, 0, 1, 1), 1);
 }
 
