@@ -5,7 +5,20 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/system/ORVThreadValue.h"
+
 namespace {
+
+/// What a thread keeps from piece to piece.
+struct Workspace {
+    std::vector<std::uint8_t> levelMemory = std::vector<std::uint8_t>(ISAL_DEF_LVL1_DEFAULT);
+    std::vector<std::uint8_t> input;
+};
+
+Workspace& GetWorkspace() {
+    static ORVThreadValue<Workspace> workspaces;
+    return workspaces.Get();
+}
 
 // The fast compressor leaves the upper halves of the vector registers in use, which slows down all that the
 // thread computes with doubles afterwards, to half the speed on some processors.
@@ -33,7 +46,7 @@ void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemo
 bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
     // The library counts in 32 bits; a band is far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
-    static thread_local std::vector<std::uint8_t> levelMemory(ISAL_DEF_LVL1_DEFAULT), input;
+    auto& [levelMemory, input] = GetWorkspace();
     isal_zstream stream;
     isal_deflate_init(&stream);
     stream.level = 1;

@@ -8,6 +8,7 @@
 #include "generators/common/ORVOutput.h"
 #include "generators/common/deflate_piece.h"
 #include "generators/common/generator_status.h"
+#include "platform/system/ORVThreadValue.h"
 
 namespace {
 
@@ -118,7 +119,8 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
             return;
         }
     }
-    static thread_local std::vector<std::uint8_t> rows;
+    static ORVThreadValue<std::vector<std::uint8_t>> rowsOfThreads;
+    std::vector<std::uint8_t>& rows = rowsOfThreads.Get();
     rows.resize((band.rowBytes + 1) * static_cast<std::size_t>(band.rowCount));
     std::uint8_t* to = rows.data();
     for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes) {

@@ -12,6 +12,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/system/ORVThreadValue.h"
+
 namespace {
 
 constexpr std::int64_t kProbeIntervalNanoseconds = 20'000'000;
@@ -134,10 +136,13 @@ struct ThreadState {
     std::int64_t probedAt = -kProbeIntervalNanoseconds;  // coarse monotonic time, nanoseconds
 };
 
-ThreadState& State() {
-    thread_local ThreadState state;
-    return state;
+ORVThreadValue<ThreadState>& States() {
+    static ORVThreadValue<ThreadState> states;
+    return states;
 }
+
+/// Throws std::bad_alloc.
+ThreadState& State() { return States().Get(); }
 
 }  // namespace
 
@@ -163,11 +168,18 @@ void ORVPrintPropertiesManager::AddInfo(int type, const ORVUnicodeString& messag
 }
 
 const std::vector<ORVPrintPropertiesManager::Info>& ORVPrintPropertiesManager::GetInfos() {
-    return State().infos;
+    static const std::vector<Info> none;
+    const ThreadState* state = States().Find();
+    return state ? state->infos : none;
 }
 
-void ORVPrintPropertiesManager::ClearInfos() { State().infos.clear(); }
+void ORVPrintPropertiesManager::ClearInfos() {
+    if (ThreadState* state = States().Find()) state->infos.clear();
+}
 
-int ORVPrintPropertiesManager::GetOnErrorAction() { return State().onErrorAction; }
+int ORVPrintPropertiesManager::GetOnErrorAction() {
+    const ThreadState* state = States().Find();
+    return state ? state->onErrorAction : kContinueOnError;
+}
 
 void ORVPrintPropertiesManager::SetOnErrorAction(int action) { State().onErrorAction = action; }
