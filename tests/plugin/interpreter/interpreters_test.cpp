@@ -505,14 +505,13 @@ protected:
         std::string points;
         for (int i = 0; i < 20'000; ++i)
             points += std::to_string(i % 97) + ' ' + std::to_string(i % 89) + ' ';
-        const std::string document =
-            Drawing("<path id='a' d='M0 0L" + points + "'/><polyline points='" + points +
-                    "'/><polygon points='" + points + "'/><image width='9' height='9' xlink:href='" + points +
-                    "'/><text>" + points + "</text>");
+        document_ = Drawing("<path id='a' d='M0 0L" + points + "'/><polyline points='" + points +
+                            "'/><polygon points='" + points + "'/><image width='9' height='9' xlink:href='" +
+                            points + "'/><text>" + points + "</text>");
         if (GetParam() == Backend::kDom)
-            BuildParser(document, "SVG", dom_);
+            BuildParser(document_, "SVG", dom_);
         else
-            ORVLightXmlParser().Parse({document.data(), document.size()}, light_);
+            ORVLightXmlParser().Parse({document_.data(), document_.size()}, light_);
     }
 
     /// Whether each of the long texts is still there, in their order.
@@ -530,12 +529,8 @@ protected:
         return kept;
     }
 
-    std::string Build(bool isReadOnce) const {
-        const ORVRef<ORVPrintInputXMLElement> input(GetParam() == Backend::kDom
-                                                        ? new ORVPrintInputXMLElement(dom_)
-                                                        : new ORVPrintInputXMLElement(&light_));
-        input->SetIsReadOnce(isReadOnce);
-        const Interpreter interpreter(fctCreateORVPrintSVGInterpreter(input.get()));
+    static std::string SketchThrough(ORVPrintInput* input) {
+        const Interpreter interpreter(fctCreateORVPrintSVGInterpreter(input));
         SketchingInspector inspector;
         ORVPrintParameters parameters;
         parameters.SetModelInspector(&inspector);
@@ -543,9 +538,26 @@ protected:
         return inspector.sketch;
     }
 
+    std::string Build(bool isReadOnce) const {
+        const ORVRef<ORVPrintInputXMLElement> input(GetParam() == Backend::kDom
+                                                        ? new ORVPrintInputXMLElement(dom_)
+                                                        : new ORVPrintInputXMLElement(&light_));
+        input->SetIsReadOnce(isReadOnce);
+        return SketchThrough(input.get());
+    }
+
+    std::string document_;
     ORVLightXmlElement light_;
     ORVIDOMElement_var dom_;
 };
+
+// Their bytes are the source's own, so that it always gives them back; the stream's stay.
+TEST_P(ReadOnceTest, StreamsGiveTheSameModelEachTime) {
+    const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", GetParam() == Backend::kDom ? nullptr : "");
+    const std::string sketch = Build(false);
+    const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document_));
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(SketchThrough(input.get()), sketch);
+}
 
 TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     const std::string sketch = Build(false);
