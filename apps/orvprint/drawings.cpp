@@ -93,7 +93,7 @@ struct Document {
     ORVRef<const ORVXmlTree> GetTree() const { return dom ? dom.GetTree() : light.GetTree(); }
 };
 
-/// Parses; a document that is not well formed is reported, unless what was read of it is wanted.
+/// Parses for one reading of its drawings; a document that is not well formed is reported, unless what was read of it is wanted.
 /// @return an exit code
 int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, InputBytes bytes,
                   Document& document) {
@@ -112,11 +112,11 @@ int ParseDocument(const std::string& path, const ReadOptions& options, bool want
             error = parser.GetError();
         } else {
             bytes = InputBytes();
-            BuildParser(text, "SVG", document.dom, &error);
+            BuildParser(text, "SVG", document.dom, &error, ORVXmlReading::kOnce);
         }
     } else {
         ORVLightXmlParser parser;
-        parser.Parse({bytes.GetOwner(), bytes.GetView()}, document.light);
+        parser.Parse({bytes.GetOwner(), bytes.GetView(), ORVXmlReading::kOnce}, document.light);
         error = parser.GetError();
     }
     if (error.isMemorySpent) return Report(kExitFailed, InputName(path), error.message);
@@ -312,7 +312,6 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         const ORVRef<ORVPrintInputXMLElement> input(document.dom
                                                         ? new ORVPrintInputXMLElement(document.dom)
                                                         : new ORVPrintInputXMLElement(&document.light));
-        input->SetIsReadOnce(true);
         auto interpreter = CreateInterpreter("SVG", input.get(), path);
         if (!interpreter) return kExitNoModule;
         const int code = UseDrawing(path, *interpreter, document, true, use);

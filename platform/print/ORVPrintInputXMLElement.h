@@ -5,7 +5,8 @@
 
 class ORVLightXmlElementItf;
 
-/// A parsed XML element: a light one, a DOM one, or both.
+/// A parsed XML element: a light one, a DOM one, or both. Of a document that was parsed to be read once
+/// (ORVXmlReading), one interpreter builds one model.
 class ORV_PLATFORM_EXPORT ORVPrintInputXMLElement final : public ORVPrintInput {
 public:
     static const ORVMetaClass& MetaClass();
@@ -20,16 +21,9 @@ public:
     const ORVLightXmlElementItf* GetXmlElement() const { return light_; }
     const ORVIDOMElement_var& GetXmlElementDOM() const { return dom_; }
 
-    /// The elements are not going to be read again once the one interpreter that gets them has built its
-    /// model: it gives the memory of long texts back as soon as it has read them. Before that nothing is
-    /// lost.
-    void SetIsReadOnce(bool isReadOnce) { isReadOnce_ = isReadOnce; }
-    bool IsReadOnce() const { return isReadOnce_; }
-
 private:
     ~ORVPrintInputXMLElement() override;
 
     const ORVLightXmlElementItf* light_ = nullptr;
     ORVIDOMElement_var dom_;
-    bool isReadOnce_ = false;
 };

@@ -150,7 +150,7 @@ struct Progress {
     ORVPrintLinkTargets links;
     ORVPrintSymbolTable symbols;
     bool takesSymbols = true;  // until the generator says that it does not
-    bool isLast = false;       // nothing is drawn again
+    bool takesApart = false;   // what is drawn is not needed again
     std::uint64_t drawn = 0;
     std::uint64_t workLeft = 0;  // see ORVDrawingWork
     double areaLeft = 0.0;       // user units squared that may still be painted
@@ -297,7 +297,7 @@ int PageDrawing::Step() {
     const bool isShared = child.GetReferenceCount() > 1;
     if (isShared && progress_.takesSymbols && !IsWalked(child))
         return DrawShared(child, frame.children->size() == 1);
-    const bool isSpent = progress_.isLast && !isShared && !frame.isShared;
+    const bool isSpent = progress_.takesApart && !isShared && !frame.isShared;
     const int result = DrawOne(child);
     if (isSpent) ForgetPoints(child);
     return result;
@@ -644,11 +644,27 @@ int PageDrawing::Draw(const ORVPrtBitmapImageElt& bitmap) {
     return generator_.DrawImage({*image, toPage});
 }
 
+/// What `work` returns, or the status for what it throws.
+template <class Work>
+int WithoutExceptions(Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return ORVPrintModelRender::kLowMemory;
+    } catch (...) {  // of the host's, whatever it is
+        return ORVPrintModelRender::kThrown;
+    }
+}
+
 }  // namespace
 
 ORVPrintModelRender::ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                                          const ORVPrintParameters& parameters)
     : model_(model), generator_(generator), parameters_(parameters) {}
+
+ORVPrintModelRender::ORVPrintModelRender(ORVPrtModel&& model, ORVPrintGenerator* generator,
+                                         const ORVPrintParameters& parameters)
+    : model_(model), takesApart_(true), generator_(generator), parameters_(parameters) {}
 
 ORVPrintModelRender::~ORVPrintModelRender() = default;
 
@@ -668,13 +684,9 @@ int ORVPrintModelRender::Draw(unsigned int page) {
 template <class Work>
 int ORVPrintModelRender::DrawDocument(Work draw) {
     bool begun = false;
-    int result = kLowMemory;
-    try {
-        result = draw(begun);
-    } catch (const std::bad_alloc&) {  // that is what stands there already
-    }
+    const int result = WithoutExceptions([&] { return draw(begun); });
     if (!begun) return result;
-    const int closed = generator_->EndDocument();
+    const int closed = WithoutExceptions([&] { return generator_->EndDocument(); });
     return result == kDone ? closed : result;
 }
 
@@ -700,7 +712,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, boo
     }
 
     Progress progress(pages);
-    progress.isLast = parameters_.IsLast() && AreDistinct(pages);
+    progress.takesApart = takesApart_ && AreDistinct(pages);
     progress.workLeft = parameters_.GetRepeatLimit() + (1 + kGrowthPerPrimitive) * distinct;
     // Every primitive that the document itself makes may cover its page.
     double largestPage = 0.0;

@@ -22,13 +22,20 @@ public:
     static constexpr int kTooManyPages = -5;
     /// More repeats of shared primitives than the parameters allow; the output was closed cleanly.
     static constexpr int kTooManyRepeats = -6;
+    /// The generator, or another object of the host's, threw an exception, which ends here.
+    static constexpr int kThrown = -7;
 
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
+                        const ORVPrintParameters& parameters);
+    /// Takes the model apart: long outlines are given back as soon as they are drawn, unless a page is drawn
+    /// twice. After that, the model can be destroyed, and nothing else.
+    ORVPrintModelRender(ORVPrtModel&& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);
     virtual ~ORVPrintModelRender();
 
     /// Draws every page, or those that the parameters name. When the parameters have a model inspector, it
     /// sees the model first; without a generator that is all.
+    /// Nothing is thrown, and a document that has begun is always ended.
     /// @return 1 on success, 0 when there is no page or no generator, one of the failures above, or what the
     ///         generator returned when it was not 1
     virtual int Draw();
@@ -44,6 +51,7 @@ private:
     int DrawDocument(Work draw);
 
     const ORVPrtModel& model_;
+    bool takesApart_ = false;
     ORVPrintGenerator* generator_;
     const ORVPrintParameters& parameters_;
 };

@@ -46,8 +46,8 @@ public:
     void SetTitle(ORVUnicodeString title) { title_ = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return title_; }
 
-    /// The model is not going to be drawn again: the points of long outlines are given back as soon as they
-    /// are drawn. What stays of the model is not what it was.
+    /// Nothing is going to be asked of the interpreter after this print: it lets go of its document, and of
+    /// long outlines as soon as they are drawn, and answers from then on like one without a document.
     void SetIsLast(bool isLast) { isLast_ = isLast; }
     bool IsLast() const { return isLast_; }
 

@@ -45,7 +45,7 @@ int ORVIDOMElement_var::GetAttribute(std::string_view name, ORVUnicodeString& va
 }
 
 int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMElement_var& element,
-                ORVXmlError* error) {
+                ORVXmlError* error, ORVXmlReading reading) {
     element = ORVIDOMElement_var();
     ORVRef<const ORVXmlTree> tree;
     ORVXmlError ownError;
@@ -53,7 +53,7 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     try {
         // A copy of the text stays with the tree, which refers to it.
         const auto copy = std::make_shared<const std::string>(text.GetView());
-        const XmlSource source{*copy, true, copy};
+        const XmlSource source{*copy, true, copy, reading};
         if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, reported)) return kNone;
     } catch (const std::bad_alloc&) {
         reported = ORVXmlError::MemorySpent();

@@ -55,9 +55,11 @@ public:
 /// @param kind     what the document is, such as "SVG"; any document is taken
 /// @param element  out: the root element; null when the document is not well formed
 /// @param error    out, if not null: what is wrong with the document and where
+/// @param reading  of the document's attributes; `text` stays as it is
 /// @return 1, or -1 when the document is not well formed
 ORV_PLATFORM_EXPORT int BuildParser(const ORVUnicodeString& text, const char* kind,
-                                    ORVIDOMElement_var& element, ORVXmlError* error = nullptr);
+                                    ORVIDOMElement_var& element, ORVXmlError* error = nullptr,
+                                    ORVXmlReading reading = ORVXmlReading::kAny);
 
 /// Goes on to the next sibling, of any kind.
 /// @param next  out: the sibling; null when there is none. May be `node` itself.

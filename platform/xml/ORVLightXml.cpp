@@ -66,8 +66,8 @@ int ORVLightXmlParser::Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLigh
                              std::vector<ORVXmlPlace>* places) {
     ORVRef<const ORVXmlTree> tree;
     const bool wellFormed =
-        BuildXmlTree({stream.GetBytes(), stream.StayInPlace(), stream.GetOwner()}, XmlEncoding::kDeclared,
-                     XmlTreeShape::kElements, tree, error_, places);
+        BuildXmlTree({stream.GetBytes(), stream.StayInPlace(), stream.GetOwner(), stream.GetReading()},
+                     XmlEncoding::kDeclared, XmlTreeShape::kElements, tree, error_, places);
     const ORVXmlNode* const root = tree ? tree->GetRoot() : nullptr;
     element = root ? ORVLightXmlElement(std::move(tree), root) : ORVLightXmlElement();
     return wellFormed ? 1 : -1;

@@ -73,20 +73,27 @@ public:
 
     /// @param lifetime  kParsing: until they have been parsed; kElements: as long as any element that comes
     ///                  of them, which then refers to them, and takes less memory
-    ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size, Lifetime lifetime = Lifetime::kParsing)
-        : bytes_(bytes, bytes ? size : 0), staysInPlace_(lifetime == Lifetime::kElements) {}
+    /// @param reading   of the elements; with kOnce, bytes that stay in place are lost as they are read
+    ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size, Lifetime lifetime = Lifetime::kParsing,
+                                 ORVXmlReading reading = ORVXmlReading::kAny)
+        : bytes_(bytes, bytes ? size : 0),
+          staysInPlace_(lifetime == Lifetime::kElements),
+          reading_(reading) {}
     /// Bytes that an owner keeps in place, and the elements the owner.
-    ORVLightXmlInputStreamBuffer(std::shared_ptr<const void> owner, std::string_view bytes)
-        : owner_(std::move(owner)), bytes_(bytes), staysInPlace_(true) {}
+    ORVLightXmlInputStreamBuffer(std::shared_ptr<const void> owner, std::string_view bytes,
+                                 ORVXmlReading reading = ORVXmlReading::kAny)
+        : owner_(std::move(owner)), bytes_(bytes), staysInPlace_(true), reading_(reading) {}
 
     std::string_view GetBytes() const { return bytes_; }
     bool StayInPlace() const { return staysInPlace_; }
     const std::shared_ptr<const void>& GetOwner() const { return owner_; }
+    ORVXmlReading GetReading() const { return reading_; }
 
 private:
     std::shared_ptr<const void> owner_;
     std::string_view bytes_;
     bool staysInPlace_;
+    ORVXmlReading reading_;
 };
 
 /// Parses documents into light elements. Honours the encoding that a document declares.

@@ -2,6 +2,14 @@
 
 #include <bit>
 
+#include "platform/system/forgotten_bytes.h"
+
+void ORVXmlTexts::Forget(ORVXmlTextPlace place) const {
+    if (reading != ORVXmlReading::kOnce || place.length == ORVXmlTextPlace::kShared) return;
+    const std::string_view text = Get(place);
+    ORVForgetBytes(text.data(), text.size());
+}
+
 std::string_view ORVXmlNode::GetName() const {
     switch (kind) {
         case Kind::kText: return "#text";
@@ -10,6 +18,10 @@ std::string_view ORVXmlNode::GetName() const {
     }
     if (id != ElementName::kUnknown) return GetNameText(id);
     return texts ? texts->Get(namePlace) : std::string_view();
+}
+
+void ORVXmlNode::Forget(AttributeName attribute) const {
+    if (Has(attribute)) texts->Forget(PlaceOf(attribute));
 }
 
 std::optional<std::string_view> ORVXmlNode::Find(std::string_view attributeName) const {

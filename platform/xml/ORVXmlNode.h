@@ -25,24 +25,36 @@ struct ORVXmlAttribute {
 /// Where the text of an attribute lies: in the document's own bytes, or among the other texts of its tree.
 struct ORVXmlTextPlace {
     static constexpr std::uint32_t kOther = 0xFFFFFFFFU;
+    static constexpr std::uint32_t kShared = 0xFFFFFFFEU;
 
     std::uint32_t start = 0;   ///< offset in the document, or index of the other text
-    std::uint32_t length = 0;  ///< bytes; kOther for another text
+    std::uint32_t length = 0;  ///< bytes; kOther for another text, kShared for one of several elements
+
+    bool IsInDocument() const { return length < kShared; }
+};
+
+/// How often the values of a document's attributes are read.
+enum class ORVXmlReading : std::uint8_t {
+    kAny,
+    kOnce  ///< they are forgotten, one by one, by the reader; the bytes of the document go with them
 };
 
 /// The texts of a tree, as its nodes refer to them. Half the size of views, which large documents feel.
 struct ORVXmlTexts {
     const char* document = nullptr;        ///< the document's bytes; null when they do not stay
     std::vector<std::string_view> others;  ///< what lies elsewhere
+    ORVXmlReading reading = ORVXmlReading::kAny;
 
     std::string_view Get(ORVXmlTextPlace place) const {
-        if (place.length != ORVXmlTextPlace::kOther) return {document + place.start, place.length};
+        if (place.IsInDocument()) return {document + place.start, place.length};
         return others[place.start];
     }
+    /// Gives the memory of a text back that is read once and has been; what several elements share stays.
+    void Forget(ORVXmlTextPlace place) const;
 };
 
 /// A node of a document. Nodes and all they point to belong to an ORVXmlTree, never change and live as long
-/// as the tree does.
+/// as the tree does; only values that are forgotten are lost.
 struct ORVXmlNode {
     enum class Kind : std::uint8_t { kElement, kText, kComment };
 
@@ -72,13 +84,22 @@ struct ORVXmlNode {
 
     /// Value of an attribute; empty when it is absent.
     std::string_view Value(AttributeName attribute) const {
-        if (!Has(attribute)) return {};
-        const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
-        return texts->Get(attributeTexts[ORVCountBits(before)]);
+        return Has(attribute) ? texts->Get(PlaceOf(attribute)) : std::string_view();
     }
+
+    /// Tells that the value of an attribute has been read. Where the document is read once, a long one gives
+    /// its memory back, and holds nothing that can be counted on from now on.
+    ORV_PLATFORM_EXPORT void Forget(AttributeName attribute) const;
 
     /// The value of the attribute of that name, known or not; nothing when it is absent.
     ORV_PLATFORM_EXPORT std::optional<std::string_view> Find(std::string_view attributeName) const;
     /// One of the attributes by its place, from 0 to `attributeCount` - 1: the known ones come first.
     ORV_PLATFORM_EXPORT ORVXmlAttribute GetAttribute(std::uint32_t index) const;
+
+private:
+    /// Where the value of an attribute lies that is present.
+    ORVXmlTextPlace PlaceOf(AttributeName attribute) const {
+        const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
+        return attributeTexts[ORVCountBits(before)];
+    }
 };

@@ -75,7 +75,7 @@ ORVXmlTextPlace ORVXmlTree::KeepPlace(std::string_view text) {
     if (text.empty()) return {};
     if (IsStable(text)) {
         const auto start = static_cast<std::size_t>(text.data() - stable_.data());
-        if (start + text.size() < ORVXmlTextPlace::kOther)
+        if (start + text.size() < ORVXmlTextPlace::kShared)
             return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())};
     }
     const std::string_view kept = Keep(text);

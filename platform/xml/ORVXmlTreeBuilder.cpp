@@ -25,10 +25,14 @@ static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
 
 }  // namespace
 
-ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, std::vector<ORVXmlPlace>* places)
-    : shape_(shape), places_(places), tree_(new ORVXmlTree), levels_(1) {}
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading,
+                                     std::vector<ORVXmlPlace>* places)
+    : shape_(shape), places_(places), tree_(new ORVXmlTree), levels_(1) {
+    tree_->texts_.reading = reading;
+}
 
-ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source) : ORVXmlTreeBuilder(shape) {
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source)
+    : ORVXmlTreeBuilder(shape, source.reading) {
     tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
     tree_->texts_.document = tree_->stable_.data();
     tree_->sourceOwner_ = source.owner;
@@ -99,9 +103,13 @@ ORVXmlTreeBuilder::KeptAttribute ORVXmlTreeBuilder::Keep(const ORVXmlAttribute& 
                              tree_->KeepPlace(attribute.value)};
     };
     if (isWritten) return copy();
-    // One long default value must not be stored once an element.
+    // One long default value must not be stored once an element, and belongs to none of them.
     const auto [found, isNew] = supplied_.try_emplace(attribute.value.data());
-    if (isNew) found->second = copy();
+    if (isNew) {
+        found->second = copy();
+        ORVXmlTextPlace& value = found->second.value;
+        if (!value.IsInDocument()) value.length = ORVXmlTextPlace::kShared;
+    }
     return found->second;
 }
 
@@ -212,7 +220,7 @@ bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape sh
                 return true;
             }
         }
-        ORVXmlTreeBuilder builder(shape, places);
+        ORVXmlTreeBuilder builder(shape, source.reading, places);
         const bool wellFormed = ReadXml(source.bytes, encoding, builder, error);
         tree = builder.Finish();
         return wellFormed;

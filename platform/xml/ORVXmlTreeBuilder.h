@@ -24,13 +24,15 @@ struct XmlSource {
     bool staysInPlace = false;
     /// What keeps them in place as long as a tree needs them; null when the caller does.
     std::shared_ptr<const void> owner;
+    ORVXmlReading reading = ORVXmlReading::kAny;
 };
 
 /// Builds a tree from events. Throws std::bad_alloc.
 class ORVXmlTreeBuilder final : public XmlEventSink {
 public:
     /// @param places  if not null, gets the place of every element, in document order
-    explicit ORVXmlTreeBuilder(XmlTreeShape shape, std::vector<ORVXmlPlace>* places = nullptr);
+    explicit ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading = ORVXmlReading::kAny,
+                               std::vector<ORVXmlPlace>* places = nullptr);
     /// For events whose views may lie in the source.
     ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source);
 

@@ -69,7 +69,7 @@ void ReadPointList(const SvgDrawState& state, const Element& element, Primitive&
     std::vector<double> numbers;
     if (!ReadCoordinateNumbers(state, value, numbers) && primitive.GetBudget())
         primitive.GetBudget()->Refuse(ORVPrintLimit::kPathPoints);
-    ForgetText(state, value);
+    element.Forget(AttributeName::kPoints);
     if (numbers.size() >= 2) primitive.SetPoints(numbers.data(), numbers.size() / 2);
     PlaceMarkers(state, markers, numbers, container);
 }

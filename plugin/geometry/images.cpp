@@ -103,7 +103,7 @@ int HandleImage(SvgDrawState state, const Element& element, ORVPrtBitmapImageElt
     ApplyImagePresentation(state, element);
     const AttributeValue reference = element.Attribute(AttributeName::kXlinkHref);
     if (reference.WasRead()) LoadPixelImage(state, reference.text, *bitmap);
-    ForgetText(state, reference.text);
+    element.Forget(AttributeName::kXlinkHref);
     ReadIdentifier(element, *bitmap);
     const std::string_view transform = element.Attribute(AttributeName::kTransform).text;
     if (!transform.empty()) ApplyTransformList(state, transform, bitmap);

@@ -21,9 +21,8 @@ int HandlePath(SvgDrawState state, const Element& element, ORVPrtGroupElt* group
     // Lengths are never scaled: "pathLength" is not looked at.
     const ResolvedMarkers markers = ResolveMarkers(state);
     PathDataInterpreter interpreter(state, *group, markers.start || markers.mid || markers.end);
-    const std::string_view data = element.Attribute(AttributeName::kD).text;
-    interpreter.Interpret(data);
-    ForgetText(state, data);
+    interpreter.Interpret(element.Attribute(AttributeName::kD).text);
+    element.Forget(AttributeName::kD);
     PlaceMarkers(state, markers, interpreter.GetVertices(), *group);
     ReadDescriptions(element, *group);
     return kDone;

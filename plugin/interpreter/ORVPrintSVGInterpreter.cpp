@@ -22,7 +22,6 @@ ORVPrintSVGInterpreter::ORVPrintSVGInterpreter(ORVPrintInput* input) : ORVPrintS
             domElement_ = elements.GetXmlElementDOM();
             if (domElement_) source = std::make_unique<SvgDocumentSource>(domElement_);
         }
-        if (source) source->SetIsReadOnce(elements.IsReadOnce());
     }
     if (source) interpretation_.SetSource(std::move(source));
 }

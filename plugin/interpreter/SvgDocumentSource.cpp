@@ -13,7 +13,7 @@ constexpr std::size_t kCountingBlock = 1U << 16U;  // bytes
 }  // namespace
 
 SvgDocumentSource::SvgDocumentSource(ORVPrintInputStream& stream)
-    : isReadOnce_(true), useDOM_(ORVGetEnv(kLightParserVariable) ? 0 : 1) {
+    : useDOM_(ORVGetEnv(kLightParserVariable) ? 0 : 1) {
     ReadStream(stream);
 }
 

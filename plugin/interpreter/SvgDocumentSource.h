@@ -38,10 +38,6 @@ public:
     /// 1: the drawing is a fragment of a QVXML document.
     void SetEmbeddedFragment(std::uint8_t embedded) { embeddedFragment_ = embedded; }
     std::uint8_t GetEmbeddedFragment() const { return embeddedFragment_; }
-    /// Long texts of the document may be forgotten once they are read. Set for elements only: of streams, the
-    /// source has bytes of its own, which are read for one model and always may.
-    void SetIsReadOnce(bool isReadOnce) { isReadOnce_ = isReadOnce; }
-    bool IsReadOnce() const { return isReadOnce_; }
     /// 1: the DOM back-end reads the document, else the light one.
     std::uint8_t GetUseDOM() const { return useDOM_; }
 
@@ -53,7 +49,6 @@ private:
     ORVUnicodeString currentPath_;
     const ORVLightXmlElementItf* lightElement_ = nullptr;
     ORVIDOMElement_var domElement_;
-    bool isReadOnce_ = false;
     std::uint8_t primaryDocument_ = 1;
     std::uint8_t embeddedFragment_ = 0;
     std::uint8_t useDOM_ = 1;

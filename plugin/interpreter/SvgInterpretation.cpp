@@ -1,10 +1,11 @@
 #include "plugin/interpreter/SvgInterpretation.h"
 
-#include <exception>
 #include <new>
+#include <utility>
 
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "plugin/interpreter/model_build.h"
 #include "plugin/structure/statuses.h"
 
@@ -14,12 +15,13 @@ class SvgPrintModel final : public ORVPrtModel {
     ~SvgPrintModel() override = default;  // through Release() only
 };
 
-/// Does an entry point's work. Nothing that is thrown leaves the module: 0 where memory or threads are spent.
+/// Does an entry point's work. Nothing that is thrown leaves the module, neither for want of memory nor by
+/// what the host put in: such work gives 0.
 template <class Work>
 int Enter(Work work) {
     try {
         return work();
-    } catch (const std::exception&) {
+    } catch (...) {
         return 0;
     }
 }
@@ -88,7 +90,11 @@ int SvgInterpretation::Decode(const Selection& selection, ORVPrintGenerator* gen
     return Enter([&] {
         const BuildResult build = EnsureModel();
         if (!build.available || (build.builtNow && build.status != kDone)) return build.status;
-        ORVPrintModelRender render(*model_, generator, parameters);
+        // The document ends here, with the last print; its model is taken apart, and nobody sees what is
+        // left.
+        if (parameters.IsLast()) source_.reset();
+        ORVPrintModelRender render = source_ ? ORVPrintModelRender(*model_, generator, parameters)
+                                             : ORVPrintModelRender(std::move(*model_), generator, parameters);
         if (selection.allPages || selection.currentPage == 0) return render.Draw();
         if (selection.currentPage > model_->GetImages()->size()) return 0;
         return render.Draw(selection.currentPage);

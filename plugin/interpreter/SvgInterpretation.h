@@ -12,7 +12,8 @@ class ORVPrtImageElt;
 
 /// What both interpreters are made of: the document, the model built from it once, and the queries that
 /// share a page-selection rule. Every query builds the model first if that was not done; a build that
-/// failed is not tried again. Without a document, everything answers 0 and leaves its outputs alone.
+/// failed is not tried again. Without a document, everything answers 0 and leaves its outputs alone; a last
+/// print (ORVPrintParameters::SetIsLast) takes the document away.
 class SvgInterpretation {
 public:
     /// Page that the host selected, and whether it wants all of them.

@@ -17,11 +17,14 @@ struct AttributeValue {
 
 /// One XML element as handlers see it: cheap to copy. Names that the system knows are numbered when the
 /// document is parsed, so that asking for an absent attribute is one test of a bit. The children of an
-/// element are nodes; those that are no elements have no known name.
+/// element are nodes; those that are no elements have no known name. A handler forgets an attribute that is
+/// long, such as an outline or an image, once it has read it: such attributes may be most of a document,
+/// whose text and model would stand side by side otherwise.
 template <class T>
 concept SvgElementAccess = std::copyable<T> && requires(const T element, AttributeName name) {
     { element.Name() } -> std::same_as<ElementName>;
     { element.Attribute(name) } -> std::same_as<AttributeValue>;
+    { element.Forget(name) } -> std::same_as<void>;
     { element.Text() } -> std::same_as<std::string_view>;
     { element.FirstChild() } -> std::same_as<T>;
     { element.NextSibling() } -> std::same_as<T>;
@@ -38,6 +41,7 @@ public:
         if (!node_->Has(name)) return {};
         return {1, node_->Value(name)};
     }
+    void Forget(AttributeName name) const { node_->Forget(name); }
     std::string_view Text() const { return node_->GetText(); }
     DomElementAccess FirstChild() const { return DomElementAccess(node_->firstChild); }
     DomElementAccess NextSibling() const { return DomElementAccess(node_->nextSibling); }
@@ -56,6 +60,7 @@ public:
         if (!node_->Has(name)) return {1, {}};
         return {1, node_->Value(name)};
     }
+    void Forget(AttributeName name) const { node_->Forget(name); }
     std::string_view Text() const { return node_->GetText(); }
     LightElementAccess FirstChild() const { return LightElementAccess(node_->firstChild); }
     LightElementAccess NextSibling() const { return LightElementAccess(node_->nextSibling); }

@@ -1,7 +1,5 @@
 #include "plugin/interpreter/factories.h"
 
-#include <new>
-
 #include "plugin/interpreter/ORVPrintQVXMLInterpreter.h"
 #include "plugin/interpreter/ORVPrintSVGInterpreter.h"
 
@@ -11,7 +9,7 @@ template <class Interpreter, class Input>
 ORVPrintInterpreter* Create(Input* input) {
     try {
         return new Interpreter(input);
-    } catch (const std::bad_alloc&) {
+    } catch (...) {  // memory that is spent, or whatever a host's input throws
         return nullptr;
     }
 }

@@ -86,9 +86,10 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
     ORVLightXmlElement parsed;
     const ORVLightXmlElementItf* root = source.GetLightElement();
     if (!root) {
-        const ORVLightXmlInputStreamBuffer stream(source.GetText(),
-                                                  static_cast<std::size_t>(source.GetTextSize()),
-                                                  ORVLightXmlInputStreamBuffer::Lifetime::kElements);
+        // The bytes of a stream are the source's own, and the model is built once.
+        const ORVLightXmlInputStreamBuffer stream(
+            source.GetText(), static_cast<std::size_t>(source.GetTextSize()),
+            ORVLightXmlInputStreamBuffer::Lifetime::kElements, ORVXmlReading::kOnce);
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
         if (parser.GetError().isMemorySpent) return WithoutMemory(model);
@@ -106,7 +107,7 @@ int BuildWithDOMParser(const SvgDocumentSource& source, const SvgPageSource& pag
         if (text.BuildFromUTF8(source.GetText(), static_cast<std::size_t>(source.GetTextSize())) < 0)
             return kUnusable;
         ORVXmlError error;
-        const int parsed = BuildParser(text, "SVG", root, &error);
+        const int parsed = BuildParser(text, "SVG", root, &error, ORVXmlReading::kOnce);
         if (error.isMemorySpent) return WithoutMemory(model);
         if (parsed < 0 || !root) return kUnusable;
     }
@@ -125,12 +126,15 @@ int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
     if (!model || (!source.GetText() && !hasElement)) return kUnusable;
 
     const SvgPageSource pageSource{source.GetCurrentPath(), source.GetPrimaryDocument(),
-                                   source.GetEmbeddedFragment(), source.IsReadOnce()};
+                                   source.GetEmbeddedFragment()};
     try {
         return useDOM ? BuildWithDOMParser(source, pageSource, *model)
                       : BuildWithLightParser(source, pageSource, *model);
     } catch (const std::bad_alloc&) {
         model->RemoveImages();  // half a page is none
         return WithoutMemory(*model);
+    } catch (...) {  // by what the host put in, such as its policy for files
+        model->RemoveImages();
+        return kUnusable;
     }
 }

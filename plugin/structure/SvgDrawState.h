@@ -45,7 +45,6 @@ struct SvgDrawState : SvgInheritedState {
     const ORVUnicodeString* currentPath = nullptr;  ///< file of the document, for relative references
     std::uint8_t yFlip = 1;                         ///< 1: y is mirrored against the page height
     std::uint8_t embeddedFragment = 0;              ///< 1: the drawing is a fragment of a QVXML document
-    bool forgetsTexts = false;                      ///< nobody reads long texts of the document again
 };
 
 /// Restores the inherited part of a state when it goes out of scope.

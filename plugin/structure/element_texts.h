@@ -3,15 +3,8 @@
 #include <string_view>
 
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
-#include "platform/system/forgotten_bytes.h"
 #include "plugin/interpreter/element_access.h"
 #include "plugin/structure/SvgDrawState.h"
-
-/// Gives the memory of an attribute back that has been read and is not going to be again: outlines and
-/// pictures may be most of a document, whose text and model would stand side by side otherwise.
-inline void ForgetText(const SvgDrawState& state, std::string_view text) {
-    if (state.forgetsTexts) ORVForgetBytes(text.data(), text.size());
-}
 
 /// Reads "id": stored whenever the look-up works, also when it is empty.
 template <SvgElementAccess Element>

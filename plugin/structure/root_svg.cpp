@@ -101,7 +101,6 @@ int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& 
     state.currentPath = &source.currentPath;
     state.yFlip = source.yFlip;
     state.embeddedFragment = source.embeddedFragment;
-    state.forgetsTexts = source.isReadOnce;
 
     ApplyContainerPresentation(state, element);
     ReadIdentifier(element, *page);

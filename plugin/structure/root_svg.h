@@ -11,7 +11,6 @@ struct SvgPageSource {
     const ORVUnicodeString& currentPath;  ///< file of the document, empty when unknown
     unsigned char yFlip = 1;
     unsigned char embeddedFragment = 0;
-    bool isReadOnce = false;  ///< long texts may be forgotten once they are read
 };
 
 /// Reads the size of a page from "width", "height" and "viewBox" into its state and the page itself.

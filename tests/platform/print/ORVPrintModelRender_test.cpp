@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "platform/mathematics/constants.h"
 #include "platform/print/ORVPrintParameters.h"
@@ -529,9 +530,9 @@ TEST_F(ThreePagesTest, WithoutGeneratorNothingIsDone) {
 }
 
 /// A page with long and short outlines, alone and shared, which nothing but the page holds.
-class LastPrintTest : public testing::Test {
+class ModelTakenApartTest : public testing::Test {
 protected:
-    LastPrintTest() {
+    ModelTakenApartTest() {
         std::vector<ORVMathPoint2D> points;
         for (int i = 0; i < 1024; ++i) points.push_back({static_cast<double>(i % 100), i % 2 * 40.0});
         const auto add = [this](const auto& primitive) {
@@ -564,15 +565,16 @@ protected:
         page_.Add(twice);
     }
 
-    std::string Draw(const ORVPrintParameters& parameters) {
+    std::string Draw() {
         RecordingGenerator generator;
-        EXPECT_EQ(DrawAll(page_, generator, parameters), 1);
+        EXPECT_EQ(DrawAll(page_, generator), 1);
         return generator.GetText();
     }
-    static ORVPrintParameters Last() {
-        ORVPrintParameters parameters;
-        parameters.SetIsLast(true);
-        return parameters;
+    /// Draws the model and takes it apart.
+    std::string DrawAway(const ORVPrintParameters& parameters = {}) {
+        RecordingGenerator generator;
+        EXPECT_EQ(ORVPrintModelRender(std::move(page_.GetModel()), &generator, parameters).Draw(), 1);
+        return generator.GetText();
     }
 
     OnePage page_;
@@ -580,9 +582,9 @@ protected:
     const ORVPrtPolygonElt* polygon_;
 };
 
-TEST_F(LastPrintTest, GivesBackWhatIsLongAndDrawnOnce) {
-    const std::string drawn = Draw({});
-    EXPECT_EQ(Draw(Last()), drawn);
+TEST_F(ModelTakenApartTest, GivesBackWhatIsLongAndDrawnOnce) {
+    const std::string drawn = Draw();
+    EXPECT_EQ(DrawAway(), drawn);
     EXPECT_THAT(long_->GetPoints(), IsEmpty());
     EXPECT_THAT(polygon_->GetPoints(), IsEmpty());
     EXPECT_THAT(inFigure_->GetPoints(), IsEmpty());
@@ -591,16 +593,16 @@ TEST_F(LastPrintTest, GivesBackWhatIsLongAndDrawnOnce) {
     EXPECT_THAT(shared_->GetPoints(), testing::SizeIs(1024));
 }
 
-TEST_F(LastPrintTest, OtherPrintsKeepEverything) {
-    Draw({});
+TEST_F(ModelTakenApartTest, OtherPrintsKeepEverything) {
+    Draw();
     EXPECT_THAT(long_->GetPoints(), testing::SizeIs(1024));
     EXPECT_THAT(inFigure_->GetPoints(), testing::SizeIs(1024));
 }
 
-TEST_F(LastPrintTest, PageThatIsDrawnTwiceKeepsEverything) {
-    ORVPrintParameters parameters = Last();
+TEST_F(ModelTakenApartTest, PageThatIsDrawnTwiceKeepsEverything) {
+    ORVPrintParameters parameters;
     parameters.SetPages({1, 1});
-    Draw(parameters);
+    DrawAway(parameters);
     EXPECT_THAT(long_->GetPoints(), testing::SizeIs(1024));
 }
 

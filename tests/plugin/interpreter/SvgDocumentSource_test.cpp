@@ -2,13 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/print/ORVPrintInput.h"
 #include "platform/print/ORVPrintInputFileStream.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVRef.h"
 #include "tests/platform/xml/tree_text.h"
 #include "tests/support/built_model.h"
@@ -51,6 +55,7 @@ public:
         if (largestRead > 0) available = std::min(available, largestRead);
         if (available > 0) std::memcpy(buffer, bytes.data() + position, available);
         position += available;
+        largestPosition = std::max(largestPosition, position);
         atEnd = !hasFailed && position == end && available < count;
         return available;
     }
@@ -72,7 +77,7 @@ public:
     int failingPass = -1;           // of the readings from the start, from 0
     std::size_t failsAt = 0;        // bytes that this reading gives before it fails
     std::size_t laterSize = static_cast<std::size_t>(-1);  // of the stream, behind the first reading
-    std::size_t position = 0;
+    std::size_t position = 0, largestPosition = 0;
     int passes = 0;
     bool atEnd = false, hasFailed = false;
     mutable std::vector<std::string> calls;
@@ -195,6 +200,26 @@ TEST(SvgDocumentSourceTest, ReadsStreamsOfExactlyOneBlock) {
         const ORVRef<NotingStream> stream(new NotingStream(std::string(size, 'x')));
         EXPECT_EQ(SvgDocumentSource(*stream).GetTextSize(), static_cast<std::int64_t>(size));
     }
+}
+
+// Counting stops with the block that passes the limit, and none of what was counted is a document.
+TEST(SvgDocumentSourceTest, StreamsLongerThanTheLimitLeaveNoText) {
+    constexpr std::size_t kLimit = 100'000, kBlock = 65536;
+    const std::uint64_t before = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
+    ORVPrintLimits::Set(ORVPrintLimit::kInputBytes, kLimit);
+    for (const auto& [size, expected] : {std::pair{kLimit, static_cast<std::int64_t>(kLimit)},
+                                         {kLimit + 1, -1},
+                                         {kLimit + kBlock, -1},
+                                         {kLimit + kBlock + 1, -1},
+                                         {kLimit + 2 * kBlock, -1},
+                                         {100 * kLimit, -1}}) {
+        const ORVRef<NotingStream> stream(new NotingStream(std::string(size, 'x')));
+        const SvgDocumentSource source(*stream);
+        EXPECT_EQ(source.GetTextSize(), expected) << size;
+        EXPECT_EQ(source.GetText() != nullptr, expected > 0) << size;
+        EXPECT_LE(stream->largestPosition, kLimit + kBlock) << "it is not read to its end";
+    }
+    ORVPrintLimits::Set(ORVPrintLimit::kInputBytes, before);
 }
 
 TEST(SvgDocumentSourceTest, ZeroBytesAreText) {

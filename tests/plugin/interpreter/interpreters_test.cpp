@@ -2,16 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintInputFileStream.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/print/ORVPrintInputXMLElement.h"
+#include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/system/files.h"
@@ -485,6 +490,118 @@ TEST(InterpretersTest, BoundsAreThoseOfTheSelectedPage) {
     EXPECT_EQ(yMax, 40.0F);
 }
 
+TEST(InterpretersTest, ALastPrintTakesTheDocumentAway) {
+    for (const bool isPrinted : {true, false}) {
+        const Interpreter interpreter = FromBytes(kThreePages);
+        if (isPrinted) Ask(*interpreter, kCount);
+        PageNoting generator;
+        ORVPrintParameters parameters;
+        parameters.SetIsLast(true);
+        interpreter->SetAllPages(1);
+        EXPECT_EQ(interpreter->Print(&generator, parameters), 1);
+        EXPECT_EQ(generator.pages, "ABC");
+        ExpectNoDocument(*interpreter);
+    }
+}
+
+/// A generator of a host's that throws from one of its calls.
+template <class Thrown>
+class ThrowingGenerator final : public ORVPrintGenerator {
+public:
+    explicit ThrowingGenerator(int failing) : failing_(failing) {}
+    int BeginDocument(const ORVPrintDocumentInfo&) override { return Call("document"); }
+    int BeginPage(const ORVPrintPageInfo&) override { return Call("page"); }
+    int BeginGroup(const ORVPrintGroup&) override { return Call("group"); }
+    int EndGroup() override { return Call("end group"); }
+    int BeginClip(const ORVMathBox2D&) override { return Call("clip"); }
+    int EndClip() override { return Call("end clip"); }
+    int DrawShape(const ORVPrintShape&) override { return Call("shape"); }
+    int DrawText(const ORVPrintText&) override { return Call("text"); }
+    int DrawImage(const ORVPrintImage&) override { return Call("image"); }
+    int EndPage() override { return Call("end page"); }
+    int EndDocument() override { return Call("end document"); }
+
+    std::vector<std::string> calls;
+
+private:
+    int Call(const char* name) {
+        calls.emplace_back(name);
+        if (static_cast<int>(calls.size()) == failing_) throw Thrown();
+        return 1;
+    }
+    const int failing_;  // number of the call, from 1
+};
+
+struct NoStandardException {};
+template <class Thrown>
+class ThrowingHostTest : public testing::Test {};
+struct LogicError : std::logic_error {
+    LogicError() : std::logic_error("a host's") {}
+};
+using ThrownTypes = testing::Types<std::bad_alloc, LogicError, NoStandardException, int>;
+TYPED_TEST_SUITE(ThrowingHostTest, ThrownTypes);
+
+constexpr const char* kPageWithAGroup =
+    "<svg width='9' height='9'><g id='g'><rect width='4' height='4'/></g></svg>";
+
+TYPED_TEST(ThrowingHostTest, EndsEveryDocumentThatBegan) {
+    ThrowingGenerator<TypeParam> quiet(0);
+    ASSERT_EQ(FromBytes(kPageWithAGroup)->Print(&quiet, ORVPrintParameters()), 1);
+    ASSERT_EQ(quiet.calls.size(), 7U);
+    for (int failing = 1; failing <= 7; ++failing) {
+        const Interpreter interpreter = FromBytes(kPageWithAGroup);
+        ThrowingGenerator<TypeParam> generator(failing);
+        const int expected = std::is_same_v<TypeParam, std::bad_alloc> ? ORVPrintModelRender::kLowMemory
+                                                                       : ORVPrintModelRender::kThrown;
+        EXPECT_EQ(interpreter->Print(&generator, ORVPrintParameters()), expected) << failing;
+        EXPECT_EQ(generator.calls.back(), failing == 1 ? "document" : "end document") << failing;
+        EXPECT_EQ(std::count(generator.calls.begin(), generator.calls.end(), "end document"),
+                  failing == 1 ? 0 : 1);
+        ThrowingGenerator<TypeParam> next(0);
+        EXPECT_EQ(interpreter->Print(&next, ORVPrintParameters()), 1) << failing;
+        EXPECT_EQ(next.calls, quiet.calls);
+    }
+}
+
+TYPED_TEST(ThrowingHostTest, NothingLeavesTheModuleFromOtherObjectsOfTheHost) {
+    class Inspector final : public ORVPrintModelInspector {
+        void Inspect(const ORVPrtModel&) override { throw TypeParam(); }
+    } inspector;
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&inspector);
+    PageNoting generator;
+    EXPECT_LT(FromBytes(kThreePages)->Print(&generator, parameters), 0);
+
+    class Policy final : public ORVFileAccessPolicy {
+        bool MayRead(const ORVUnicodeString&) const override { throw TypeParam(); }
+    } policy;
+    ORVFileAccessPolicy::SetCurrent(&policy);
+    const Interpreter interpreter =
+        FromBytes("<svg width='9' height='9'><image width='1' height='1' xlink:href='a.png'/></svg>");
+    unsigned int count = 7;
+    EXPECT_EQ(interpreter->GetPageCount(count), -1);
+    EXPECT_EQ(count, 0U) << "half a page is none";
+    ORVFileAccessPolicy::SetCurrent(nullptr);
+
+    class Stream final : public ORVPrintInputStream {
+    public:
+        const ORVMetaClass& GetMetaClass() const override { return ORVPrintInputStream::MetaClass(); }
+        int Open(const char*) override { return 1; }
+        int IsOpen() const override { return 1; }
+        int IsReadable() const override { return 1; }
+        int HasMoreData() const override { return 1; }
+        unsigned long Read(void*, unsigned long) override { throw TypeParam(); }
+        void Reset() override {}
+        int Seek(long) override { return 1; }
+        void Close() override {}
+
+    private:
+        ~Stream() override = default;
+    };
+    const ORVRef<Stream> stream(new Stream);
+    EXPECT_EQ(fctCreateORVPrintSVGInterpreter(stream.get()), nullptr);
+}
+
 TEST(InterpretersTest, InfosAreTheReportsOfTheBuild) {
     ORVPrintPropertiesManager::ClearInfos();
     ORVPrintPropertiesManager::SetMemoryProbe([] { return 1.0; });
@@ -502,16 +619,21 @@ TEST(InterpretersTest, InfosAreTheReportsOfTheBuild) {
 class ReadOnceTest : public testing::TestWithParam<Backend> {
 protected:
     ReadOnceTest() {
-        std::string points;
         for (int i = 0; i < 20'000; ++i)
-            points += std::to_string(i % 97) + ' ' + std::to_string(i % 89) + ' ';
-        document_ = Drawing("<path id='a' d='M0 0L" + points + "'/><polyline points='" + points +
-                            "'/><polygon points='" + points + "'/><image width='9' height='9' xlink:href='" +
-                            points + "'/><text>" + points + "</text>");
+            points_ += std::to_string(i % 97) + ' ' + std::to_string(i % 89) + ' ';
+        document_ = Drawing("<path id='a' d='M0 0L" + points_ + "'/><polyline points='" + points_ +
+                            "'/><polygon points='" + points_ + "'/><image width='9' height='9' xlink:href='" +
+                            points_ + "'/><text>" + points_ + "</text>");
+    }
+
+    void Parse(const std::string& document, ORVXmlReading reading) {
+        bytes_ = document;
         if (GetParam() == Backend::kDom)
-            BuildParser(document_, "SVG", dom_);
+            BuildParser(bytes_, "SVG", dom_, nullptr, reading);
         else
-            ORVLightXmlParser().Parse({document_.data(), document_.size()}, light_);
+            ORVLightXmlParser().Parse(
+                {bytes_.data(), bytes_.size(), ORVLightXmlInputStreamBuffer::Lifetime::kElements, reading},
+                light_);
     }
 
     /// Whether each of the long texts is still there, in their order.
@@ -538,32 +660,74 @@ protected:
         return inspector.sketch;
     }
 
-    std::string Build(bool isReadOnce) const {
+    std::string Build() const {
         const ORVRef<ORVPrintInputXMLElement> input(GetParam() == Backend::kDom
                                                         ? new ORVPrintInputXMLElement(dom_)
                                                         : new ORVPrintInputXMLElement(&light_));
-        input->SetIsReadOnce(isReadOnce);
         return SketchThrough(input.get());
     }
 
-    std::string document_;
+    std::string SketchOfStream(const std::string& document) const {
+        const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER",
+                                         GetParam() == Backend::kDom ? nullptr : "");
+        const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document));
+        const std::string sketch = SketchThrough(input.get());
+        EXPECT_EQ(SketchThrough(input.get()), sketch) << "the stream's own bytes stay";
+        return sketch;
+    }
+
+    std::string points_, document_;
+    std::string bytes_;  // that the tree refers to
     ORVLightXmlElement light_;
     ORVIDOMElement_var dom_;
 };
 
-// Their bytes are the source's own, so that it always gives them back; the stream's stay.
 TEST_P(ReadOnceTest, StreamsGiveTheSameModelEachTime) {
-    const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", GetParam() == Backend::kDom ? nullptr : "");
-    const std::string sketch = Build(false);
-    const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document_));
-    for (int i = 0; i < 2; ++i) EXPECT_EQ(SketchThrough(input.get()), sketch);
+    Parse(document_, ORVXmlReading::kAny);
+    EXPECT_EQ(SketchOfStream(document_), Build());
 }
 
+// Also where the tree holds copies, because the document is not a plain one.
 TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
-    const std::string sketch = Build(false);
-    EXPECT_EQ(Kept(), "+++++");
-    EXPECT_EQ(Build(true), sketch);
-    EXPECT_EQ(Kept(), "----+");
+    for (const std::string start : {"", "<!DOCTYPE svg [<!ENTITY e 'x'>]>"}) {
+        Parse(start + document_, ORVXmlReading::kAny);
+        const std::string sketch = Build();
+        EXPECT_EQ(Kept(), "+++++") << start;
+        Parse(start + document_, ORVXmlReading::kOnce);
+        EXPECT_EQ(Kept(), "+++++") << start;
+        EXPECT_EQ(Build(), sketch) << start;
+        EXPECT_EQ(Kept(), "----+") << start;
+    }
+}
+
+TEST_P(ReadOnceTest, WhatTheDocumentTypeSuppliesIsThereForEveryElement) {
+    const std::string image = "data:image/png;base64," + std::string(40'000, 'A');
+    const auto repeated = [](const std::string& path, const std::string& list, const std::string& picture) {
+        std::string elements;
+        for (int i = 0; i < 3; ++i)
+            elements.append("<path ")
+                .append(path)
+                .append("/><polyline ")
+                .append(list)
+                .append("/><polygon ")
+                .append(list)
+                .append("/><image width='9' height='9' ")
+                .append(picture)
+                .append("/>");
+        return Drawing(elements);
+    };
+    const std::string path = "'M0 0L" + points_ + "'", list = "'" + points_ + "'",
+                      picture = "'" + image + "'";
+    const std::string written = repeated("d=" + path, "points=" + list, "xlink:href=" + picture);
+    const std::string supplied =
+        "<!DOCTYPE svg [<!ATTLIST path d CDATA " + path + "><!ATTLIST polyline points CDATA " + list +
+        "><!ATTLIST polygon points CDATA " + list + "><!ATTLIST image xlink:href CDATA " + picture + ">]>" +
+        repeated("", "", "");
+    const std::string sketch = SketchOfStream(written);
+    EXPECT_EQ(SketchOfStream(supplied), sketch);
+    Parse(supplied, ORVXmlReading::kOnce);
+    EXPECT_EQ(Build(), sketch);
+    EXPECT_EQ(Kept(), std::string(12, '+'));
 }
 
 INSTANTIATE_TEST_SUITE_P(Backends, ReadOnceTest, testing::ValuesIn(kBackends));
