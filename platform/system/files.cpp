@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -17,6 +19,12 @@ thread_local const ORVFileAccessPolicy* currentPolicy = nullptr;
 
 // Names longer than any file system takes (data references, for one) are turned down unseen.
 constexpr std::size_t kLongestPath = 4096;
+
+/// For real paths: whether one is a folder, or lies somewhere below it.
+bool IsAtOrBelow(std::string_view path, std::string_view folder) {
+    if (folder == "/") return true;
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
 
 bool PolicyAllows(const ORVUnicodeString& path) {
     const std::string_view view = path;
@@ -33,8 +41,59 @@ void ORVFileAccessPolicy::SetCurrent(const ORVFileAccessPolicy* policy) { curren
 const ORVFileAccessPolicy* ORVFileAccessPolicy::GetCurrent() { return currentPolicy; }
 
 struct ORVFolderAccessPolicy::Folders {
-    std::vector<std::filesystem::path> allowed;  // canonical
+    struct Folder {
+        std::string given;  // as the host named it, without slashes at its end
+        std::string real;
+    };
+    std::vector<Folder> allowed;
+
+    bool IsAllowed(std::string_view path) const {
+        return std::any_of(allowed.begin(), allowed.end(),
+                           [&](const Folder& folder) { return IsAtOrBelow(path, folder.real); });
+    }
+    /// True for the folders above the allowed ones. Their names are known to be real.
+    bool IsOnTheWay(std::string_view path) const {
+        return std::any_of(allowed.begin(), allowed.end(),
+                           [&](const Folder& folder) { return IsAtOrBelow(folder.real, path); });
+    }
+    bool LeadsInside(std::string at, std::string way) const;
 };
+
+// Links are followed here and not by the system, which would look at whatever they lead to.
+bool ORVFolderAccessPolicy::Folders::LeadsInside(std::string at, std::string way) const {
+    constexpr int kMostLinks = 40;  // as the system has it
+    int links = 0;
+    for (std::size_t start = 0; start < way.size();) {
+        const std::size_t end = std::min(way.find('/', start), way.size());
+        const std::string name = way.substr(start, end - start);
+        start = end + 1;
+        if (name.empty() || name == ".") continue;
+        if (name == "..") {
+            at.erase(std::max<std::size_t>(at.rfind('/'), 1));
+            continue;
+        }
+        std::string next = at == "/" ? "/" + name : at + "/" + name;
+        if (!IsOnTheWay(next)) {
+            if (!IsAllowed(next)) return false;
+            struct stat status {};
+            if (::lstat(next.c_str(), &status) != 0) return true;  // nothing is there that could be read
+            if (S_ISLNK(status.st_mode)) {
+                std::array<char, kLongestPath + 1> target{};
+                const ssize_t length = ::readlink(next.c_str(), target.data(), target.size());
+                if (length <= 0 || static_cast<std::size_t>(length) > kLongestPath || ++links > kMostLinks)
+                    return false;
+                const std::string rest = start < way.size() ? "/" + way.substr(start) : std::string();
+                way.assign(target.data(), static_cast<std::size_t>(length));
+                if (way.front() == '/') at = "/";
+                way += rest;
+                start = 0;
+                continue;
+            }
+        }
+        at = std::move(next);
+    }
+    return IsAllowed(at);
+}
 
 ORVFolderAccessPolicy::ORVFolderAccessPolicy() : folders_(new Folders) {}
 
@@ -42,24 +101,23 @@ ORVFolderAccessPolicy::~ORVFolderAccessPolicy() { delete folders_; }
 
 bool ORVFolderAccessPolicy::AllowFolder(const ORVUnicodeString& folder) {
     std::error_code error;
-    const auto canonical =
-        std::filesystem::canonical(std::string(folder.IsEmpty() ? "." : folder.GetView()), error);
-    if (error || !std::filesystem::is_directory(canonical, error)) return false;
-    folders_->allowed.push_back(canonical);
+    std::string given(folder.IsEmpty() ? "." : folder.GetView());
+    const auto real = std::filesystem::canonical(given, error);
+    if (error || !std::filesystem::is_directory(real, error)) return false;
+    while (given.ends_with('/')) given.pop_back();
+    folders_->allowed.push_back({std::move(given), real.string()});
     return true;
 }
 
 bool ORVFolderAccessPolicy::MayRead(const ORVUnicodeString& path) const {
+    const std::string_view view = path;
+    for (const Folders::Folder& folder : folders_->allowed)
+        if (view.starts_with(folder.given) && view.substr(folder.given.size()).starts_with('/'))
+            return folders_->LeadsInside(folder.real, std::string(view.substr(folder.given.size())));
+    if (view.starts_with('/')) return folders_->LeadsInside("/", std::string(view));
     std::error_code error;
-    const auto canonical = std::filesystem::canonical(std::string(path.GetView()), error);
-    if (error) return false;
-    for (const auto& folder : folders_->allowed) {
-        auto part = canonical.begin();
-        auto wanted = folder.begin();
-        while (wanted != folder.end() && part != canonical.end() && *part == *wanted) ++part, ++wanted;
-        if (wanted == folder.end()) return true;
-    }
-    return false;
+    const auto here = std::filesystem::current_path(error);
+    return !error && folders_->LeadsInside(here.string(), std::string(view));
 }
 
 int ORVFileStat(const ORVUnicodeString& path) {

@@ -13,7 +13,9 @@ ORV_PLATFORM_EXPORT const char* ORVGetEnv(const char* name);
 class ORV_PLATFORM_EXPORT ORVFileAccessPolicy {
 public:
     virtual ~ORVFileAccessPolicy() = default;
-    /// True when a document may read the file at `path` (absolute or relative to the working directory).
+    /// True when a document may read the file at `path` (absolute or relative to the working directory),
+    /// whether there is one or not. What is forbidden is not looked at, so that neither the answer nor the
+    /// time it takes tells whether it exists.
     virtual bool MayRead(const ORVUnicodeString& path) const = 0;
 
     /// Installs the calling thread's policy; null forbids everything. The caller keeps ownership and
@@ -22,7 +24,9 @@ public:
     static const ORVFileAccessPolicy* GetCurrent();
 };
 
-/// Allows the folders it is given and everything below them, symbolic links resolved.
+/// Allows the folders it is given and everything below them. Symbolic links are followed within them, and
+/// may lead from one to another. A path leads into a folder by the folder's real name, or by the very name that
+/// the host gave.
 class ORV_PLATFORM_EXPORT ORVFolderAccessPolicy final : public ORVFileAccessPolicy {
 public:
     ORVFolderAccessPolicy();

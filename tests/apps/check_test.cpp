@@ -125,6 +125,69 @@ TEST_F(CheckTest, PicturesAreReadWhereThePrintMayReadThem) {
                 HasSubstr("image-format (1)"));
 }
 
+// Whether a file is there is told only of what the drawing may read.
+TEST_F(CheckTest, NothingIsToldOfFilesElsewhere) {
+    WriteFile("elsewhere/there.png", "no picture");
+    WriteFile("drawing/inner/there.png", "no picture");
+    const auto check = [this](const std::string& name, const std::vector<std::string>& options = {}) {
+        WriteFile("drawing/it.svg", SmallDrawing("<image width='2' height='2' xlink:href='" + name + "'/>"));
+        std::vector<std::string> command{"check", "drawing/it.svg"};
+        command.insert(command.end(), options.begin(), options.end());
+        std::string output = Run(command).output;
+        for (std::size_t at = 0; (at = output.find(name, at)) != std::string::npos;)
+            output.replace(at, name.size(), "NAME");
+        return output;
+    };
+    const std::string refused = check("../elsewhere/none.png");
+    EXPECT_THAT(refused, HasSubstr("image-refused (1)"));
+    std::filesystem::create_directory_symlink(Folder() / "elsewhere", Folder() / "drawing/link");
+    for (const std::string& name :
+         {std::string("../elsewhere/there.png"), (Folder() / "elsewhere/there.png").string(),
+          (Folder() / "elsewhere/none.png").string(), std::string("link/there.png"),
+          std::string("link/none.png"), std::string("/etc/passwd"), std::string("/etc/no-such-file"),
+          std::string("inner/../../elsewhere/there.png"), std::string("..")})
+        EXPECT_EQ(check(name), refused) << name;
+    EXPECT_THAT(check("inner/none.png"), HasSubstr("image-missing (1)"));
+    EXPECT_THAT(check("inner/there.png"), HasSubstr("image-format (1)"));
+    EXPECT_THAT(check("../elsewhere/none.png", {"--allow-dir", "elsewhere"}), HasSubstr("image-missing (1)"));
+    EXPECT_THAT(check("../elsewhere/there.png", {"--allow-dir", "elsewhere"}), HasSubstr("image-format (1)"));
+    for (const char* name : {"there.png", "/etc/passwd", "none.png"})
+        EXPECT_THAT(Run({"check", "-"},
+                        SmallDrawing(std::string("<image width='2' height='2' xlink:href='") + name + "'/>"))
+                        .output,
+                    HasSubstr("image-refused (1)"))
+            << "standard input has no folder";
+}
+
+#ifdef ORV_SHIM_PATH
+// Not even the time may tell: what is forbidden is not looked up.
+TEST_F(CheckTest, NamesThatLeadElsewhereAreNotLookedUp) {
+    WriteFile("elsewhere/there.png", "no picture");
+    WriteFile("drawing/inside.png", "no picture");
+    std::filesystem::create_directories(Folder() / "drawing/folder");
+    std::filesystem::create_directory_symlink(Folder() / "elsewhere", Folder() / "drawing/link");
+    const std::string elsewhere = (Folder() / "elsewhere").string();
+    const auto touched = [&](const std::string& name, const std::string& watched) {
+        WriteFile("drawing/it.svg", SmallDrawing("<image width='2' height='2' xlink:href='" + name + "'/>"));
+        std::string told;
+        for (const std::string command : {"check drawing/it.svg", "drawing/it.svg -o x.pdf",
+                                          "info drawing/it.svg", "inspect drawing/it.svg"})
+            told += RunProgram({"bash", "-c",
+                                "export ORV_WATCH_PATH='" + watched +
+                                    "'; LD_PRELOAD=" ORV_SHIM_PATH " exec '" ORV_TOOL_PATH "' " + command})
+                        .errors;
+        return told;
+    };
+    // What is watched for shows.
+    EXPECT_THAT(touched("inside.png", "inside.png"), HasSubstr("looked up: drawing/inside.png"));
+    for (const std::string& name :
+         {elsewhere + "/there.png", elsewhere + "/none.png", std::string("../elsewhere/there.png"),
+          std::string("folder/../../elsewhere/there.png"), std::string("link/there.png"),
+          std::string("link/none.png")})
+        EXPECT_THAT(touched(name, name.substr(name.rfind('/') + 1)), Not(HasSubstr("looked up"))) << name;
+}
+#endif
+
 // What is shown as an example prints as it looks; fonts depend on the machine.
 TEST_F(CheckTest, ExamplesAreFreeOfFindings) {
     for (const auto& entry : std::filesystem::directory_iterator(Example(""))) {

@@ -2,14 +2,18 @@
 //
 //   ORV_FAIL_NEW_AT=N    from the first line of main on, operator new refuses the N-th request, and with
 //                        ORV_FAIL_NEW_ALL=1 all that follow
+//   ORV_WATCH_PATH=END   tells on standard error of every path with this ending that is looked up
 //   ORV_FAIL_READ_AT=N   reading files whose names end with ORV_FAIL_READ_OF fails after N bytes, as of a
 //   broken disk ORV_END_READ_AT=N    ... ends after N bytes, as though the file had become shorter
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -71,4 +75,61 @@ extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, v
     }
     if (place + static_cast<off_t>(count) > limit) count = static_cast<size_t>(limit - place);
     return original(descriptor, buffer, count);
+}
+
+// ---- paths that are looked up ----
+
+namespace {
+
+void Watch(const char* path) {
+    const char* const ending = std::getenv("ORV_WATCH_PATH");
+    if (!ending || !path || !std::string_view(path).ends_with(ending)) return;
+    const int before = errno;
+    std::array<char, 4096> line{};
+    const int size = std::snprintf(line.data(), line.size(), "looked up: %s\n", path);
+    const ssize_t ignored = write(STDERR_FILENO, line.data(), static_cast<std::size_t>(size));
+    static_cast<void>(ignored);
+    errno = before;
+}
+
+template <class Function>
+Function* Next(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+#define ORV_EXPORTED extern "C" __attribute__((visibility("default")))
+
+ORV_EXPORTED int stat(const char* path, struct stat* status) noexcept {
+    Watch(path);
+    return Next<int(const char*, struct stat*)>("stat")(path, status);
+}
+ORV_EXPORTED int lstat(const char* path, struct stat* status) noexcept {
+    Watch(path);
+    return Next<int(const char*, struct stat*)>("lstat")(path, status);
+}
+ORV_EXPORTED int access(const char* path, int mode) noexcept {
+    Watch(path);
+    return Next<int(const char*, int)>("access")(path, mode);
+}
+ORV_EXPORTED ssize_t readlink(const char* path, char* target, size_t size) noexcept {
+    Watch(path);
+    return Next<ssize_t(const char*, char*, size_t)>("readlink")(path, target, size);
+}
+ORV_EXPORTED char* realpath(const char* path, char* target) noexcept {
+    Watch(path);
+    return Next<char*(const char*, char*)>("realpath")(path, target);
+}
+ORV_EXPORTED FILE* fopen(const char* path, const char* mode) {
+    Watch(path);
+    return Next<FILE*(const char*, const char*)>("fopen")(path, mode);
+}
+ORV_EXPORTED int open(const char* path, int flags, ...) {
+    Watch(path);
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return Next<int(const char*, int, ...)>("open")(path, flags, mode);
 }

@@ -2,8 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/system/ORVRef.h"
@@ -37,10 +35,21 @@ bool IsRemote(std::string_view reference) {
            reference.starts_with("ftp:") || reference.starts_with("//");
 }
 
-// A file that is there, but that the document may not read.
-bool IsThere(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::is_regular_file(path, error);
+// Why a name yielded no file. The policy is asked first: of what it forbids, nothing is to be found out.
+ValueProblem ExplainMissingFile(const SvgDrawState& state, std::string_view reference) {
+    ORVUnicodeString folder, name;
+    ORVSplitPath(*state.currentPath, folder, name);
+    const std::array candidates{ORVUnicodeString(reference),
+                                ORVMakePath(folder, ORVUnicodeString(reference))};
+    const ORVFileAccessPolicy* const policy = ORVFileAccessPolicy::GetCurrent();
+    bool isAllowed = false;
+    for (const ORVUnicodeString& candidate : candidates) {
+        if (!policy || !policy->MayRead(candidate)) continue;
+        isAllowed = true;
+        if (ORVFileStat(candidate) == 1) return {kImageMissing, "the file may not be read by this user"};
+    }
+    if (isAllowed) return {kImageMissing, "there is no such file"};
+    return {kImageRefused, "the drawing may not read files there: see --allow-dir"};
 }
 
 // Why a reference yielded no pixels.
@@ -60,12 +69,7 @@ ValueProblem ExplainFailure(const SvgDrawState& state, std::string_view referenc
     constexpr std::size_t kLongestName = 4096;
     if (reference.size() > kLongestName || reference.find('\0') != reference.npos)
         return {kImageMissing, "is no name of a file"};
-    ORVUnicodeString folder, name;
-    ORVSplitPath(*state.currentPath, folder, name);
-    const ORVUnicodeString beside = ORVMakePath(folder, ORVUnicodeString(reference));
-    if (IsThere(std::string(reference)) || IsThere(std::string(beside.GetView())))
-        return {kImageRefused, "the file is there, but the drawing may not read it: see --allow-dir"};
-    return {kImageMissing, "there is no such file"};
+    return ExplainMissingFile(state, reference);
 }
 
 // One pixel is one unit unless the picture states a resolution, in pixels a metre.

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include "tests/support/named_rows.h"
@@ -122,6 +123,74 @@ TEST_F(FilesTest, SeveralFoldersAreAllowed) {
     EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 1);
     EXPECT_EQ(ORVFileStat(Path("open/a.png")), 1);
     EXPECT_EQ(ORVFileStat(Path("outside.png")), 0);
+}
+
+// Whether there is a file is asked only where the answer may be known.
+TEST_F(FilesTest, TheAnswerDependsOnNoFileOutside) {
+    fs::create_symlink(root_ / "outside.png", root_ / "open" / "link.png");
+    fs::create_symlink(root_ / "none.png", root_ / "open" / "dangling.png");
+    fs::create_directory_symlink(root_, root_ / "open" / "up");
+    for (const char* path :
+         {"outside.png", "none.png", "open-not/c.png", "open-not/none.png", "none/none.png",
+          "open/../outside.png", "open/../none.png", "open/link.png", "open/dangling.png",
+          "open/up/outside.png", "open/up/none.png", "open/up/open-not/none.png"})
+        EXPECT_FALSE(policy_.MayRead(Path(path))) << path;
+    for (const char* path :
+         {"open/a.png", "open/none.png", "open/none/none.png", "open/none/../../outside.png",
+          "open/up/open/a.png", "open/up/open/none.png", "open/below/../none.png"})
+        EXPECT_TRUE(policy_.MayRead(Path(path))) << path;
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    EXPECT_EQ(ORVFileStat(Path("open/none/../../outside.png")), 0)
+        << "nothing is there for the system either";
+}
+
+TEST_F(FilesTest, LinksLeadFromOneAllowedFolderToAnother) {
+    fs::create_directory_symlink(root_ / "open-not", root_ / "open" / "other");
+    fs::create_directory_symlink("../below/..", root_ / "open" / "below" / "back");
+    fs::create_symlink("loop.png", root_ / "open" / "loop.png");
+    EXPECT_FALSE(policy_.MayRead(Path("open/other/c.png")));
+    EXPECT_TRUE(policy_.MayRead(Path("open/below/back/a.png")));
+    EXPECT_FALSE(policy_.MayRead(Path("open/loop.png")));
+    ASSERT_TRUE(policy_.AllowFolder(Path("open-not")));
+    EXPECT_TRUE(policy_.MayRead(Path("open/other/c.png")));
+}
+
+// A folder may be named through links by the host; what it is named by leads into it, too.
+TEST_F(FilesTest, AFolderIsKnownByTheNameThatItWasGiven) {
+    fs::create_directory_symlink(root_ / "open-not", root_ / "alias");
+    fs::create_directory_symlink(root_ / "open" / "below", root_ / "odd");
+    for (const char* given : {"alias", "odd/../../open-not", "alias//"}) {
+        ORVFolderAccessPolicy policy;
+        ASSERT_TRUE(policy.AllowFolder(Path(given)));
+        ORVFileAccessPolicy::SetCurrent(&policy);
+        EXPECT_EQ(ORVFileStat(Path(std::string(given) + "/c.png")), 1) << given;
+        EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 1) << given;
+        EXPECT_EQ(ORVFileStat(Path(std::string(given) + "/../outside.png")), 0) << given;
+        EXPECT_EQ(ORVFileStat(Path("outside.png")), 0) << given;
+        ORVFileAccessPolicy::SetCurrent(nullptr);
+    }
+}
+
+TEST_F(FilesTest, RelativeNamesBeginInTheWorkingFolder) {
+    const fs::path before = fs::current_path();
+    for (const auto& [here, given, path, isAllowed] :
+         {std::tuple{"open", ".", "a.png", true},
+          {"open", "", "below/b.png", true},
+          {"open", ".", "../outside.png", false},
+          {"", "open", "open/a.png", true},
+          {"", "open", "a.png", false},
+          {"open/below", "..", "../a.png", true},
+          {"open/below", "..", "b.png", true},
+          {"open-not", "../open", "../open/a.png", true},
+          {"open-not", "../open", "c.png", false},
+          {"", "/", "outside.png", true},
+          {"open", "../open/below/..", "../open/below/../a.png", true}}) {
+        fs::current_path(root_ / here);
+        ORVFolderAccessPolicy policy;
+        ASSERT_TRUE(policy.AllowFolder(given));
+        EXPECT_EQ(policy.MayRead(path), isAllowed) << here << ": " << given << ": " << path;
+    }
+    fs::current_path(before);
 }
 
 TEST_F(FilesTest, APolicyIsItsThreadsOwn) {
