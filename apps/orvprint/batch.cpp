@@ -19,6 +19,7 @@
 #include <new>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -26,11 +27,14 @@
 #include <vector>
 
 #include "apps/orvprint/batch_names.h"
+#include "apps/orvprint/drawings.h"
+#include "apps/orvprint/file_set.h"
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/progress.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/worker_process.h"
+#include "generators/common/ORVFileOutput.h"
 #include "generators/formats.h"
 
 namespace fs = std::filesystem;
@@ -40,23 +44,33 @@ namespace {
 constexpr std::size_t kFailuresListed = 100;
 constexpr std::size_t kLongestMessage = std::size_t{1} << 16U;  // of a worker, before its line ends
 
-/// Files by what they are, not by their names.
-class FileSet {
-public:
-    void Add(const std::string& path) {
-        struct stat information {};
-        if (stat(path.c_str(), &information) == 0 && S_ISREG(information.st_mode))
-            files_.emplace(information.st_dev, information.st_ino);
-    }
-    bool Contains(const std::string& path) const {
-        struct stat information {};
-        return stat(path.c_str(), &information) == 0 &&
-               files_.contains({information.st_dev, information.st_ino});
-    }
+/// True for a file that the interpreter could take for an image, as its first bytes tell.
+bool LooksLikeImage(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return false;
+    std::array<char, 2> start{};
+    const ssize_t size = read(descriptor, start.data(), start.size());
+    close(descriptor);
+    const std::string_view view(start.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    return view == "\x89P" || view == "\xFF\xD8" || view == "BM";
+}
 
-private:
-    std::set<std::pair<dev_t, ino_t>> files_;
-};
+/// Files as bytes, and back.
+std::string BytesOf(const std::set<FileSet::Identity>& files) {
+    std::string bytes;
+    for (const auto& [device, number] : files) {
+        const std::array<std::uint64_t, 2> both{device, number};
+        bytes.append(reinterpret_cast<const char*>(both.data()), sizeof both);
+    }
+    return bytes;
+}
+void AddFiles(std::string_view bytes, FileSet& files) {
+    std::array<std::uint64_t, 2> both{};
+    for (; bytes.size() >= sizeof both; bytes.remove_prefix(sizeof both)) {
+        std::memcpy(both.data(), bytes.data(), sizeof both);
+        files.Add(FileSet::Identity(both[0], both[1]));
+    }
+}
 
 /// A hidden folder within the outputs' one, on the same disk, where outputs grow. Whatever is left in it,
 /// also by workers that were killed, goes away with it.
@@ -93,6 +107,13 @@ public:
         return error ? error.message() : std::string();
     }
     fs::path PathOf(std::size_t slot) const { return fs::path(path_) / std::to_string(slot); }
+    /// Keeps what is in a worker's part. @return an error, empty when there is none
+    std::string Keep(std::size_t slot, std::uint32_t job) const {
+        std::error_code error;
+        fs::rename(PathOf(slot), PathOfKept(job), error);
+        return error ? error.message() : std::string();
+    }
+    fs::path PathOfKept(std::uint32_t job) const { return fs::path(path_) / ("kept-" + std::to_string(job)); }
 
 private:
     std::string path_;
@@ -174,6 +195,7 @@ public:
             WaitAndTake();
         }
         for (Slot& slot : slots_) slot.process.Kill();
+        if (EndSignals::GetCaught() == 0) PutKeptInPlace();
         staging_.Remove();
         progress_.Erase();
         Summarize();
@@ -202,7 +224,19 @@ private:
 
     // ---- in the worker ----
 
-    int DoJob(std::uint32_t job, std::size_t slot) const {
+    WorkerProcess::Answer DoJob(std::uint32_t job, std::size_t slot) const {
+        FilesOfDrawings().Clear();
+        try {
+            const int code = Print(job, slot);
+            return {code, BytesOf(FilesOfDrawings().GetFiles())};
+        } catch (const std::bad_alloc&) {
+            return {Report(kExitFailed, options_.inputs[job], "memory is spent"), {}};
+        } catch (const std::exception& error) {
+            return {Report(kExitFailed, options_.inputs[job], error.what()), {}};
+        }
+    }
+
+    int Print(std::uint32_t job, std::size_t slot) const {
         BoundMemory();
         const std::string& input = options_.inputs[job];
         PrintOptions options = options_;
@@ -213,13 +247,7 @@ private:
         const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
         options.threads = static_cast<unsigned int>(std::max<std::size_t>(processors / slots_.size(), 1));
         options.read.keepGoing = false;  // a broken document is a failure among others
-        try {
-            return RunPrint(options);
-        } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, input, "memory is spent");
-        } catch (const std::exception& error) {
-            return Report(kExitFailed, input, error.what());
-        }
+        return RunPrint(options);
     }
 
     // ---- in the process that was started ----
@@ -281,10 +309,11 @@ private:
     void TakeResult(std::size_t index) {
         Slot& slot = slots_[index];
         const std::uint32_t job = *slot.job;
-        int code = kExitDone;
-        const bool hasResult = slot.process.TakeResult(code);
+        WorkerProcess::Answer answer;
+        const bool hasResult = slot.process.TakeResult(answer);
         TakeMessages(slot, true);  // all of them: they were written before the result
         slot.job.reset();
+        AddFiles(answer.note, inputFiles_);
         if (!hasResult) {
             const WorkerProcess::End end = slot.process.Reap();
             // One that ended itself with this code has said why.
@@ -292,14 +321,41 @@ private:
                 Fail(job, kExitFailed, slot.lastMessage, false);
             else
                 Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
-        } else if (code != kExitDone) {
-            Fail(job, code, slot.lastMessage, false);
-        } else if (const std::string error = PutInPlace(job, index); !error.empty()) {
-            Fail(job, kExitUnwritable, error, true);
-        } else {
-            ++converted_;
+        } else if (answer.code != kExitDone) {
+            Fail(job, answer.code, slot.lastMessage, false);
+        } else if (MayReplaceAnImage(job, index)) {
+            if (const std::string error = staging_.Keep(index, job); !error.empty())
+                return Fail(job, kExitUnwritable, batch_.folder + ": " + error, true);
+            kept_.push_back(job);
             UpdateProgress();
+        } else {
+            Finish(job, staging_.PathOf(index));
         }
+    }
+
+    /// Puts the files of a job where they belong.
+    void Finish(std::uint32_t job, const fs::path& folder) {
+        if (const std::string error = PutInPlace(job, folder); !error.empty())
+            return Fail(job, kExitUnwritable, error, true);
+        ++converted_;
+        UpdateProgress();
+    }
+
+    /// True when a file of a job has the name of an image, which another drawing may show that has not been
+    /// read yet. Such files wait until all have been.
+    bool MayReplaceAnImage(std::uint32_t job, std::size_t slot) const {
+        std::error_code error;
+        for (const auto& entry : fs::directory_iterator(staging_.PathOf(slot), error))
+            if (LooksLikeImage(PlaceOf(job, entry.path()))) return true;
+        return false;
+    }
+
+    void PutKeptInPlace() {
+        for (const std::uint32_t job : std::exchange(kept_, {})) Finish(job, staging_.PathOfKept(job));
+    }
+
+    fs::path PlaceOf(std::uint32_t job, const fs::path& staged) const {
+        return fs::path(outputs_[job]).parent_path() / staged.filename();
     }
 
     /// Passes on what a worker says, by whole lines.
@@ -320,11 +376,11 @@ private:
     }
 
     /// Moves the files of a job to where they belong, all or none. @return an error, empty when there is none
-    std::string PutInPlace(std::uint32_t job, std::size_t slot) {
+    std::string PutInPlace(std::uint32_t job, const fs::path& folder) {
         std::error_code error;
         std::vector<std::pair<fs::path, fs::path>> moves;
-        for (const auto& entry : fs::directory_iterator(staging_.PathOf(slot), error))
-            moves.emplace_back(entry.path(), fs::path(outputs_[job]).parent_path() / entry.path().filename());
+        for (const auto& entry : fs::directory_iterator(folder, error))
+            moves.emplace_back(entry.path(), PlaceOf(job, entry.path()));
         if (error) return batch_.folder + ": " + error.message();
         std::sort(moves.begin(), moves.end());
         for (const auto& [from, to] : moves) {
@@ -336,6 +392,7 @@ private:
             struct stat present {};
             if (stat(to.c_str(), &present) != 0) continue;
             if (S_ISDIR(present.st_mode)) return to.string() + ": is a folder";
+            if (ORVFileOutput::IsFont(to)) return to.string() + ": is a font; choose another folder";
             if (access(to.c_str(), W_OK) != 0) return to.string() + ": " + std::strerror(errno);
             chmod(from.c_str(), present.st_mode & 07777U);
         }
@@ -358,7 +415,9 @@ private:
         UpdateProgress();
     }
 
-    void UpdateProgress() { progress_.Update(converted_ + failures_.size(), failures_.size(), current_); }
+    void UpdateProgress() {
+        progress_.Update(converted_ + kept_.size() + failures_.size(), failures_.size(), current_);
+    }
 
     void Summarize() const {
         if (batch_.isQuiet) return;
@@ -385,12 +444,13 @@ private:
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     EndSignals signals_;
     ProgressBar progress_;
-    FileSet inputFiles_;
+    FileSet inputFiles_;  // also what drawings read
     StagingFolder staging_;
     std::vector<Slot> slots_;
     std::uint32_t nextJob_ = 0;
     std::string current_;  // name of the input begun last
     std::size_t converted_ = 0;
+    std::vector<std::uint32_t> kept_;  // jobs whose files wait for the end
     std::vector<Failure> failures_;
     std::unordered_map<std::string, std::uint32_t> owners_;  // of numbered files
 };

@@ -34,6 +34,13 @@ int ReportError(const std::string& path, const ORVXmlError& error) {
                   error.message.empty() ? "no element found" : error.message);
 }
 
+bool HoldsPages(const ORVXmlNode& node) {
+    if (node.id == ElementName::kSvg) return true;
+    for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
+        if (child->id == ElementName::kSvg) return true;
+    return false;
+}
+
 CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
                         Findings& findings) {
     ORVLightXmlParser parser;
@@ -48,6 +55,10 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std
         const auto fragments = SelectFragments(root.GetNode(), path, options);
         if (fragments.empty()) return {kExitNoPage, {}};
         document.fragments.insert(fragments.begin(), fragments.end());
+        // That parser's rule: what follows a drawing that was asked for by name belongs to it.
+        if (options.parser == "dom" && !options.fragment.empty())
+            for (const ORVXmlNode* node = fragments[0]->nextSibling; node; node = node->nextSibling)
+                if (HoldsPages(*node)) document.fragments.insert(node);
     }
     const AccessScope access(path, options);
     CheckDocument(document, findings);

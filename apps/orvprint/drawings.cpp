@@ -12,6 +12,7 @@
 #include <cstring>
 #include <optional>
 
+#include "apps/orvprint/growing_bytes.h"
 #include "apps/orvprint/gzip_input.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/memory_ahead.h"
@@ -36,15 +37,14 @@ std::string InputName(const std::string& path) { return DisplayName(path, "stand
 /// Replaces packed bytes by what they hold. @return an exit code; a failure was reported
 int Unpack(const std::string& path, InputBytes& bytes) {
     if (!IsGzip(bytes.GetView())) return kExitDone;
-    // As much as drawings usually shrink by: what unpacks to more is not paid for by its size.
-    constexpr std::uint64_t kUsualRatio = 8;
-    AllowMemoryFor((kUsualRatio - 1) * bytes.GetView().size());
-    std::string content, error;
+    // To the limit of memory, it counts as it is stored: what it claims to hold costs its author nothing.
+    const auto content = std::make_shared<GrowingBytes>();
+    std::string error;
     UnpackLimits limits;
     limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
     limits.ratio = std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kUnpackedGrowth), 1);
-    switch (UnpackGzip(bytes.GetView(), limits, content, error)) {
-        case UnpackResult::kUnpacked: bytes = InputBytes(std::move(content)); return kExitDone;
+    switch (UnpackGzip(bytes.GetView(), limits, *content, error)) {
+        case UnpackResult::kUnpacked: bytes = InputBytes(content, content->GetView()); return kExitDone;
         case UnpackResult::kOverLimit: return Report(kExitFailed, InputName(path), error);
         case UnpackResult::kDamaged: break;
     }
@@ -93,7 +93,8 @@ struct Document {
     ORVRef<const ORVXmlTree> GetTree() const { return dom ? dom.GetTree() : light.GetTree(); }
 };
 
-/// Parses for one reading of its drawings; a document that is not well formed is reported, unless what was read of it is wanted.
+/// Parses for one reading of its drawings; a document that is not well formed is reported, unless what was
+/// read of it is wanted.
 /// @return an exit code
 int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, InputBytes bytes,
                   Document& document) {
@@ -219,11 +220,16 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     return use({interpreter, std::move(collector.GetPages()), isOnly});
 }
 
-/// An element of the document as a document of its own: interpreters for DOM elements also look at the
-/// siblings, which come in their own turn.
+/// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
+///                 that follow it. Those are pages of a drawing that was asked for by name; where all
+///                 drawings are, they come in their own turn.
+/// @return null when memory is spent
 ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, const ORVXmlNode* fragment,
-                                                  ORVLightXmlElement& holder) {
+                                                  bool isAlone, ORVLightXmlElement& holder) {
     holder = ORVLightXmlElement(document.GetTree(), fragment);
+    if (document.dom && !isAlone)
+        return ORVRef<ORVPrintInputXMLElement>(
+            new ORVPrintInputXMLElement(ORVIDOMElement_var(document.GetTree(), fragment)));
     if (!document.dom) return ORVRef<ORVPrintInputXMLElement>(new ORVPrintInputXMLElement(&holder));
     ORVLightXmlElement alone;
     if (alone.Assign(holder) != 1) return nullptr;
@@ -235,13 +241,18 @@ ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, cons
 
 bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
     if (!folders_.MayRead(path)) return false;
-    struct stat information {};
-    // No picture that can be read is larger than that.
-    constexpr std::int64_t kLargest = std::int64_t{256} << 20U;
-    if (stat(std::string(path.GetView()).c_str(), &information) == 0 && S_ISREG(information.st_mode) &&
-        information.st_size <= kLargest && seen_.emplace(information.st_dev, information.st_ino).second)
-        AllowMemoryFor(static_cast<std::uint64_t>(information.st_size));
+    const std::string name(path.GetView());
+    if (!seen_.Add(name)) return true;
+    FilesOfDrawings().Add(name);
+    // No image that can be read is larger than that.
+    constexpr std::uint64_t kLargest = std::uint64_t{256} << 20U;
+    if (const std::uint64_t size = SizeOf(name); size <= kLargest) AllowMemoryFor(size);
     return true;
+}
+
+FileSet& FilesOfDrawings() {
+    static auto* const files = new FileSet;
+    return *files;
 }
 
 AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
@@ -323,7 +334,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
     if (fragments.empty()) return kExitNoPage;
     for (const ORVXmlNode* fragment : fragments) {
         ORVLightXmlElement holder;
-        const auto input = MakeFragmentInput(document, fragment, holder);
+        const auto input = MakeFragmentInput(document, fragment, options.fragment.empty(), holder);
         if (!input) return Report(kExitFailed, InputName(path), "memory is spent");
         const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
         if (!interpreter) return kExitNoModule;
@@ -358,10 +369,8 @@ int OpenForInspection(const std::string& path, const ReadOptions& options,
         return code;
     const ORVXmlNode* fragment = FindFragment(document.GetRoot(), options.fragment);
     if (!fragment) return ReportNoFragment(path, options.fragment);
-    const ORVLightXmlElement light(document.GetTree(), fragment);
-    const ORVRef<ORVPrintInputXMLElement> input(
-        document.dom ? new ORVPrintInputXMLElement(ORVIDOMElement_var(document.GetTree(), fragment))
-                     : new ORVPrintInputXMLElement(&light));
+    ORVLightXmlElement holder;
+    const auto input = MakeFragmentInput(document, fragment, false, holder);
     const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
     return interpreter ? use(*interpreter) : kExitNoModule;
 }

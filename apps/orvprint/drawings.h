@@ -1,15 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "apps/orvprint/file_set.h"
 #include "apps/orvprint/input_bytes.h"
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/print/ORVPrintParameters.h"
@@ -28,8 +25,12 @@ struct ReadOptions {
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
 
+/// The files that drawings of this process asked for and may read, from the beginning or the last Clear on:
+/// they are inputs, too, and no outputs.
+FileSet& FilesOfDrawings();
+
 /// Allows folders and what lies below them. Files that are asked for count as input to the limit of memory,
-/// once each.
+/// once each, and are noted.
 class MeasuringAccessPolicy final : public ORVFileAccessPolicy {
 public:
     void AllowFolder(const ORVUnicodeString& folder) { folders_.AllowFolder(folder); }
@@ -37,7 +38,7 @@ public:
 
 private:
     ORVFolderAccessPolicy folders_;
-    mutable std::set<std::pair<dev_t, ino_t>> seen_;
+    mutable FileSet seen_;
 };
 
 /// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed

@@ -13,15 +13,6 @@ constexpr int kGzipWindow = 15 + 16;  // the largest window; 16 asks zlib for gz
 // One call of the library takes and gives at most this much, so that limits are looked at often.
 constexpr std::size_t kStep = std::size_t{1} << 20U;
 
-/// The size that the last member claims to have when unpacked. A hint: it may be anything.
-std::size_t ClaimedSize(std::string_view packed) {
-    if (packed.size() < 4) return 0;
-    std::size_t size = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        size |= std::size_t{static_cast<unsigned char>(packed[packed.size() - 4 + i])} << (8 * i);
-    return size;
-}
-
 /// zlib's reader of one stream after the other.
 class Inflater {
 public:
@@ -70,18 +61,18 @@ std::string LimitError(std::size_t size, std::size_t taken, const UnpackLimits& 
 
 bool IsGzip(std::string_view bytes) { return bytes.starts_with(kMagic); }
 
-UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, std::string& bytes,
+UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, GrowingBytes& bytes,
                         std::string& error) {
     Inflater inflater(packed);
-    // A claim within the limits is believed: then nothing is moved while the text grows. One byte more lets
-    // the end show without another round.
-    const std::size_t believable = std::min(std::max(packed.size() * limits.ratio, kStep), limits.size);
-    bytes.resize(std::clamp(ClaimedSize(packed), std::min(kStep, believable), believable) + 1);
+    // What the data claim to hold is not believed: there is room for what drawings shrink by at least, and it
+    // grows with what comes. One byte more lets the end show without another round.
+    const std::size_t most = limits.size + 1;
+    bytes.SetRoom(std::min(std::max(4 * packed.size(), kStep), most));
     std::size_t size = 0;
     for (;;) {
-        if (size == bytes.size()) bytes.resize(std::min(size + std::max(size, kStep), limits.size + 1));
+        if (size == bytes.GetRoom()) bytes.SetRoom(std::min(size + std::max(size / 2, kStep), most));
         std::size_t written = 0;
-        const int status = inflater.Step(bytes.data() + size, bytes.size() - size, written);
+        const int status = inflater.Step(bytes.GetBytes() + size, bytes.GetRoom() - size, written);
         size += written;
         error = LimitError(size, inflater.GetTaken(), limits);
         if (!error.empty()) return UnpackResult::kOverLimit;
@@ -102,6 +93,7 @@ UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, std
         }
         inflater.BeginNextMember();
     }
-    bytes.resize(size);
+    bytes.SetRoom(size);
+    bytes.SetSize(size);
     return UnpackResult::kUnpacked;
 }

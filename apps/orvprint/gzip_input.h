@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "apps/orvprint/growing_bytes.h"
+
 /// How far packed input may grow.
 struct UnpackLimits {
     std::size_t size = std::size_t{1} << 30U;       ///< bytes of the unpacked document
@@ -21,8 +23,9 @@ enum class UnpackResult {
 bool IsGzip(std::string_view bytes);
 
 /// Unpacks gzip data: one member or several, one after the other, zeros behind them allowed. Checksums are
-/// verified. Memory never holds much more than what was unpacked, and that stays within the limits.
+/// verified. Memory never holds more than half as much again as was unpacked and four times the packed bytes,
+/// and what was unpacked stays within the limits.
 /// @param bytes  receives the content; left in no particular state on failure
 /// @param error  receives what is wrong, worded to follow the input's name
-UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, std::string& bytes,
+UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, GrowingBytes& bytes,
                         std::string& error);

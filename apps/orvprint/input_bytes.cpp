@@ -6,44 +6,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
+#include <memory>
 
+#include "apps/orvprint/growing_bytes.h"
 #include "apps/orvprint/memory_ahead.h"
 #include "apps/orvprint/memory_limit.h"
 #include "platform/system/ORVPrintLimits.h"
-
-namespace {
-
-/// Memory that grows and is not filled with zeros first.
-class GrowingBytes {
-public:
-    ~GrowingBytes() { std::free(bytes_); }
-    GrowingBytes() = default;
-    GrowingBytes(const GrowingBytes&) = delete;
-    GrowingBytes& operator=(const GrowingBytes&) = delete;
-
-    void Reserve(std::size_t room) {
-        void* const bytes = std::realloc(bytes_, room);
-        if (!bytes) throw std::bad_alloc();
-        bytes_ = static_cast<char*>(bytes);
-        room_ = room;
-    }
-    char* GetBytes() const { return bytes_; }
-    std::size_t GetRoom() const { return room_; }
-
-private:
-    char* bytes_ = nullptr;
-    std::size_t room_ = 0;
-};
-
-}  // namespace
-
-InputBytes::InputBytes(std::string&& text) {
-    const auto owner = std::make_shared<const std::string>(std::move(text));
-    bytes_ = *owner;
-    owner_ = owner;
-}
 
 bool ReadAll(int descriptor, InputBytes& bytes) {
     // A file's size is known; one byte more finds its end without growing. Streams grow.
@@ -58,14 +26,21 @@ bool ReadAll(int descriptor, InputBytes& bytes) {
         return false;
     }
     const auto buffer = std::make_shared<GrowingBytes>();
-    AllowMemoryFor(room);
-    buffer->Reserve(room);
+    // A stream counts as far as it has come, not with the room that it is given.
+    std::size_t counted = 0;
+    const auto count = [&](std::size_t size) {
+        if (size <= counted) return;
+        AllowMemoryFor(size - counted);
+        counted = size;
+    };
+    if (isFile) count(room - 1);
+    buffer->SetRoom(room);
     if (isFile) MakeMemoryReady(buffer->GetBytes(), room);
     std::size_t size = 0;
     for (;;) {
         if (size == buffer->GetRoom()) {
-            AllowMemoryFor(size);
-            buffer->Reserve(std::max(kStreamRoom, 2 * size));
+            count(size);
+            buffer->SetRoom(std::max(kStreamRoom, 2 * size));
         }
         const ssize_t got = read(descriptor, buffer->GetBytes() + size, buffer->GetRoom() - size);
         if (got < 0 && errno == EINTR) continue;
@@ -77,6 +52,8 @@ bool ReadAll(int descriptor, InputBytes& bytes) {
             return false;
         }
     }
-    bytes = InputBytes(buffer, {buffer->GetBytes(), size});
+    count(size);
+    buffer->SetSize(size);
+    bytes = InputBytes(buffer, buffer->GetView());
     return true;
 }

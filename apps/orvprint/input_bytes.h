@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -10,7 +9,6 @@
 class InputBytes {
 public:
     InputBytes() = default;
-    explicit InputBytes(std::string&& text);
     /// Bytes that an owner keeps in place.
     InputBytes(std::shared_ptr<const void> owner, std::string_view bytes)
         : owner_(std::move(owner)), bytes_(bytes) {}

@@ -8,7 +8,7 @@
 
 /// Sets the limit as it is without any input.
 void BoundMemory();
-/// Raises it for an input, or for a file that one names.
+/// Raises it for an input, by its bytes as they are stored, or for a file that one names.
 void AllowMemoryFor(std::uint64_t inputBytes);
 /// The limit in bytes when the process came so near to it that a refused request may well be its doing, else
 /// 0. Needs no memory.

@@ -17,6 +17,7 @@
 #include "apps/orvprint/check_command.h"
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/limits_command.h"
+#include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
@@ -96,6 +97,8 @@ public:
                               std::to_string(pagesSeen_) + (pagesSeen_ == 1 ? " page)" : " pages)"));
         if (const int status = sequence_->Finish(); status != kGeneratorDone)
             return ReportFailure(InputNames(), status);
+        // What later drawings read may stand under the output's name.
+        if (file_) ProtectFilesOfDrawings(*file_);
         // From here on there are no parts of an output, but all or none.
         time_.End();
         if (output_->Commit() != 1) return ReportFailure(InputNames(), kOutputFailed);
@@ -107,7 +110,12 @@ private:
     std::unique_ptr<ORVFileOutput> CreateFileOutput(bool isNumbered) const {
         auto output = std::make_unique<ORVFileOutput>(options_.output, isNumbered);
         for (const std::string& input : options_.inputs) output->Protect(input == "-" ? "/dev/stdin" : input);
+        ProtectFilesOfDrawings(*output);
         return output;
+    }
+
+    static void ProtectFilesOfDrawings(ORVFileOutput& output) {
+        for (const FileSet::Identity& file : FilesOfDrawings().GetFiles()) output.Protect(file);
     }
 
     std::string OutputName() const {
@@ -179,10 +187,13 @@ private:
         if (options_.output == "-" && format_.onePageAPart && !isSingle)
             return Report(kExitUsage, "standard output",
                           "takes one page of this format; choose it with --pages, or name a file with -o");
-        if (options_.output == "-")
+        if (options_.output == "-") {
             output_ = std::make_unique<ORVDescriptorOutput>(STDOUT_FILENO);
-        else
-            output_ = CreateFileOutput(format_.onePageAPart && !isSingle);
+        } else {
+            auto file = CreateFileOutput(format_.onePageAPart && !isSingle);
+            file_ = file.get();
+            output_ = std::move(file);
+        }
         ORVFormatOptions formatOptions;
         formatOptions.dotsPerInch = options_.dotsPerInch;
         formatOptions.creationTime = CreationTime(options_.inputs);
@@ -232,6 +243,7 @@ private:
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
     double sheetsPrinted_ = 0.0;  // pages of the output
     std::unique_ptr<ORVOutput> output_;
+    ORVFileOutput* file_ = nullptr;  // the output, when it is one
     std::unique_ptr<ORVFormatGenerator> generator_;
     std::unique_ptr<ORVSheetGenerator> sheet_;  // before the generator, when asked for
     std::optional<ORVGeneratorSequence> sequence_;
@@ -244,10 +256,12 @@ int RunPrint(const PrintOptions& options) {
     if (!format) return kExitUnknownFormat;
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;
-    if (options.strict)
+    if (options.strict) {
         if (const int code = CheckBeforePrinting(options.inputs, options.read, options.ignored);
             code != kExitDone)
             return code;
+        BoundMemory();  // the inputs are read again, and count again
+    }
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;
     for (const std::string& input : options.inputs) {

@@ -31,24 +31,46 @@ void CloseNoted(int& descriptor) {
     close(std::exchange(descriptor, -1));
 }
 
-/// Moves whole values through a socket. @return false at its end
+/// Moves all of some bytes through a socket. @return false at its end
+bool ReceiveBytes(int descriptor, void* bytes, std::size_t size) {
+    auto* to = static_cast<char*>(bytes);
+    while (size > 0) {
+        const ssize_t got = recv(descriptor, to, size, MSG_WAITALL);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        to += got;
+        size -= static_cast<std::size_t>(got);
+    }
+    return true;
+}
+
+bool SendBytes(int descriptor, const void* bytes, std::size_t size) {
+    const auto* from = static_cast<const char*>(bytes);
+    while (size > 0) {
+        const ssize_t sent = send(descriptor, from, size, MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent <= 0) return false;
+        from += sent;
+        size -= static_cast<std::size_t>(sent);
+    }
+    return true;
+}
+
 template <class Value>
 bool Receive(int descriptor, Value& value) {
-    ssize_t got = 0;
-    do {
-        got = recv(descriptor, &value, sizeof value, MSG_WAITALL);
-    } while (got < 0 && errno == EINTR);
-    return got == static_cast<ssize_t>(sizeof value);
+    return ReceiveBytes(descriptor, &value, sizeof value);
 }
 
 template <class Value>
 bool Send(int descriptor, const Value& value) {
-    ssize_t sent = 0;
-    do {
-        sent = send(descriptor, &value, sizeof value, MSG_NOSIGNAL);
-    } while (sent < 0 && errno == EINTR);
-    return sent == static_cast<ssize_t>(sizeof value);
+    return SendBytes(descriptor, &value, sizeof value);
 }
+
+/// What comes first of an answer.
+struct AnswerHead {
+    std::int32_t code = 0;
+    std::uint64_t noteSize = 0;
+};
 
 /// Ends a worker: what the starting process had opened or would do at its end is not the worker's.
 [[noreturn]] void Leave(int code) {
@@ -72,8 +94,9 @@ bool Send(int descriptor, const Value& value) {
     if (dup2(errors, STDERR_FILENO) < 0) Leave(1);
     close(errors);
     for (std::uint32_t job = 0; Receive(channel, job);) {
-        const auto code = static_cast<std::int32_t>(work(job));
-        if (!Send(channel, code)) break;
+        const WorkerProcess::Answer answer = work(job);
+        const AnswerHead head{answer.code, answer.note.size()};
+        if (!Send(channel, head) || !SendBytes(channel, answer.note.data(), answer.note.size())) break;
     }
     Leave(0);
 }
@@ -108,11 +131,12 @@ bool WorkerProcess::Start(const Work& work) {
 
 bool WorkerProcess::Give(std::uint32_t job) { return channel_ >= 0 && Send(channel_, job); }
 
-bool WorkerProcess::TakeResult(int& code) {
-    std::int32_t result = 0;
-    if (!Receive(channel_, result)) return false;
-    code = result;
-    return true;
+bool WorkerProcess::TakeResult(Answer& answer) {
+    AnswerHead head;
+    if (!Receive(channel_, head)) return false;
+    answer.code = head.code;
+    answer.note.resize(head.noteSize);
+    return ReceiveBytes(channel_, answer.note.data(), head.noteSize);
 }
 
 bool WorkerProcess::TakeErrors(std::string& text) {

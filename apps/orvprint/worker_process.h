@@ -11,8 +11,13 @@
 /// goes through a pipe to the process that made it.
 class WorkerProcess {
 public:
-    /// Done in the worker; throws nothing. @return an exit code
-    using Work = std::function<int(std::uint32_t job)>;
+    /// What became of a job.
+    struct Answer {
+        int code = 0;      ///< an exit code
+        std::string note;  ///< bytes for the process that gave the job
+    };
+    /// Done in the worker; throws nothing.
+    using Work = std::function<Answer(std::uint32_t job)>;
 
     WorkerProcess() = default;
     ~WorkerProcess() { Kill(); }
@@ -27,9 +32,9 @@ public:
 
     /// Hands over a job. @return false when the worker is gone
     bool Give(std::uint32_t job);
-    /// Takes the result of the job. To be called when the descriptor is readable.
+    /// Takes the answer of the job. To be called when the descriptor is readable.
     /// @return false when the worker ended instead
-    bool TakeResult(int& code);
+    bool TakeResult(Answer& answer);
     /// Takes what the worker wrote to standard error so far. @return false when there is no more to come
     bool TakeErrors(std::string& text);
 

@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "generators/common/ORVDescriptorOutput.h"
@@ -57,12 +59,36 @@ std::string ORVFileOutput::PathOfPart(std::size_t number) const {
     return path_.substr(0, dot) + "-" + std::to_string(number) + path_.substr(dot);
 }
 
+bool ORVFileOutput::IsFont(const std::string& path) {
+    constexpr std::array<std::string_view, 12> kStarts{std::string_view("\0\1\0\0", 4),
+                                                       "true",
+                                                       "typ1",
+                                                       "OTTO",
+                                                       "ttcf",
+                                                       "wOFF",
+                                                       "wOF2",
+                                                       "\x80\x01",
+                                                       "%!PS-AdobeFont",
+                                                       "%!FontType",
+                                                       std::string_view("\1fcp", 4),
+                                                       "STARTFONT"};
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return false;
+    std::array<char, 16> start{};
+    const ssize_t size = read(descriptor, start.data(), start.size());
+    close(descriptor);
+    const std::string_view view(start.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
+    return std::any_of(kStarts.begin(), kStarts.end(),
+                       [&](std::string_view known) { return view.starts_with(known); });
+}
+
 int ORVFileOutput::CheckTarget(const std::string& path) {
     struct stat information {};
     if (stat(path.c_str(), &information) != 0) return 1;
     if (protected_.contains({information.st_dev, information.st_ino}))
         return Fail("is an input; choose another name");
     if (S_ISDIR(information.st_mode)) return Fail("is a folder");
+    if (S_ISREG(information.st_mode) && IsFont(path)) return Fail("is a font; choose another name");
     if (access(path.c_str(), W_OK) != 0) return Fail(SystemError());
     return 1;
 }
@@ -144,6 +170,9 @@ int ORVFileOutput::Commit() {
     return Try([&] {
         if (writer_ && EndPart() != 1) return 0;
         if (!GetError().empty()) return 0;
+        // Inputs may have come to light since, and all parts take their places or none does.
+        for (const Part& part : parts_)
+            if (part.temporary && CheckTarget(part.finalPath) != 1) return 0;
         for (Part& part : parts_) {
             if (part.temporary && !part.temporary->MoveTo(part.finalPath)) return Fail(SystemError());
             part.temporary.reset();

@@ -22,8 +22,17 @@ public:
     ORVFileOutput(const std::string& path, bool numbered);
     ~ORVFileOutput() override;
 
-    /// Refuses to put a part in the place of this file, under whatever name, while it exists.
+    /// A file by what it is, not by its name.
+    using Identity = std::pair<dev_t, ino_t>;
+
+    /// Refuses to put a part in the place of this file, under whatever name, while it exists. Until Commit it
+    /// is not too late. (Fonts are never replaced.)
     void Protect(const std::string& path);
+    void Protect(const Identity& file) { protected_.insert(file); }
+
+    /// True for a font, as the first bytes of its file tell. Which fonts a drawing takes is known too late,
+    /// and none is ever meant to become an output.
+    static bool IsFont(const std::string& path);
 
     /// Finds out, before any work is done, whether the output can be written. @return 1, or 0 with an error
     [[nodiscard]] int Prepare();
@@ -41,9 +50,6 @@ private:
     std::string PathOfPart(std::size_t number) const;
     int OpenTemporary(const std::string& finalPath, ORVTemporaryFile& temporary);
     int CheckTarget(const std::string& path);
-
-    /// A file by what it is, not by its name.
-    using Identity = std::pair<dev_t, ino_t>;
 
     const std::string path_;
     const bool numbered_;

@@ -57,9 +57,9 @@ enum class ORVPrintLimit : std::uint8_t {
     /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
     /// hundred thousand of them.
     kOutputPixels,
-    /// Bytes of memory that the command takes; 32 more for every byte of input past 32 MiB. A million lines,
-    /// each with markers in colours of its own, are within every other limit and gigabytes all the same. A
-    /// host has means of its own: in a library, this limit has no effect.
+    /// Bytes of memory that the command takes; 32 more for every byte of inputs past 32 MiB, as they are
+    /// stored. A million lines, each with markers in colours of its own, are within every other limit and
+    /// gigabytes all the same. A host has means of its own: in a library, this limit has no effect.
     kMemory,
 };
 inline constexpr std::size_t kPrintLimitCount = 18;

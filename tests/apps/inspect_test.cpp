@@ -84,6 +84,53 @@ TEST_F(InspectTest, FragmentsAreCountedInDocumentOrder) {
     EXPECT_EQ(Run({"inspect", "r.xml", "--fragment", "4"}).exitCode, 5);
 }
 
+// One rule for all commands: with the DOM parser, the siblings that follow are pages of the same drawing.
+TEST_F(InspectTest, AllCommandsAgreeOnThePagesOfAFragment) {
+    const auto svg = [](const std::string& id, const std::string& content = {}) {
+        return "<svg id='" + id + "' width='9' height='9'><title>" + id + "</title>" + content + "</svg>";
+    };
+    WriteFile("r.xml",
+              "<r>" + svg("a", svg("b")) + "<p>text" + svg("c") + "</p><!-- -->" + svg("d") + "</r>");
+    struct Row {
+        const char *fragment, *parser, *pages;
+    };
+    for (const Row& row :
+         {Row{"a", "light", "a"}, Row{"a", "dom", "acd"}, Row{"1", "dom", "acd"}, Row{"b", "dom", "b"},
+          Row{"c", "dom", "c"}, Row{"d", "dom", "d"}, Row{"3", "light", "c"}, Row{"4", "dom", "d"}}) {
+        const std::vector<std::string> options{"--fragment", row.fragment, "--parser", row.parser};
+        const auto with = [&](std::vector<std::string> command) {
+            command.insert(command.end(), options.begin(), options.end());
+            return Run(command);
+        };
+        const std::string name = std::string(row.fragment) + " " + row.parser;
+        std::string inspected, told;
+        for (const json& page : json::parse(with({"inspect", "r.xml"}).output)["pages"])
+            inspected += page["id"].get<std::string>();
+        for (const json& page : json::parse(with({"info", "--json", "r.xml"}).output)["pages"])
+            told += page["title"].get<std::string>();
+        EXPECT_EQ(inspected, row.pages) << name;
+        EXPECT_EQ(told, row.pages) << name;
+        std::filesystem::remove_all(Folder() / "out");
+        std::filesystem::create_directories(Folder() / "out");
+        EXPECT_EQ(with({"r.xml", "-o", "out/x.png"}).exitCode, 0) << name;
+        const auto files = std::filesystem::directory_iterator(Folder() / "out");
+        EXPECT_EQ(static_cast<std::size_t>(std::distance(begin(files), end(files))),
+                  std::string(row.pages).size())
+            << name;
+        // Of all drawings, each comes once.
+        EXPECT_THAT(Run({"info", "--qvxml", "r.xml", "--parser", row.parser}).output, HasSubstr("3 pages"));
+    }
+}
+
+TEST_F(InspectTest, TheCheckLooksAtAllPagesOfAFragment) {
+    WriteFile("r.xml",
+              "<r><svg width='9' height='9'/><p><svg width='9' height='9'><rect rx='3' width='1' "
+              "height='1'/></svg></p><svg width='9' height='9'><blink/></svg></r>");
+    EXPECT_THAT(Run({"check", "r.xml", "--fragment", "1", "--parser", "dom"}).output,
+                AllOf(HasSubstr("square-corners (1)"), HasSubstr("unknown-element (1)")));
+    EXPECT_THAT(Run({"check", "r.xml", "--fragment", "1"}).output, HasSubstr("nothing found"));
+}
+
 TEST_F(InspectTest, SharedPrimitivesAppearInEachPlace) {
     const json dump = Inspect(
         {"-"}, SmallDrawing("<defs><circle id='c' r='1' fill='red'/></defs>"

@@ -217,6 +217,89 @@ TEST_F(LimitsToolTest, Memory) {
     EXPECT_EQ(RunBounded("info - < large.svg" + few).exitCode, 0);
 }
 
+/// What the system holds the command to while it waits for its next input, a pipe.
+class MemoryBoundTest : public LimitsToolTest {
+protected:
+    static constexpr std::uint64_t kBase = std::uint64_t{900} << 20U, kFree = std::uint64_t{32} << 20U;
+
+    MemoryBoundTest() {
+        EXPECT_EQ(mkfifo((Folder() / "waits.svg").c_str(), 0600), 0);
+        WriteFile("small.svg", SmallDrawing(kLeaf));
+    }
+
+    /// @param command    reads waits.svg behind what is to count; its own process is the shell's last job
+    /// @param readsSoFar of waits.svg, before the bound is of interest
+    std::uint64_t BoundOf(const std::string& command, int readsSoFar = 0) const {
+        std::string script = "t='" ORV_TOOL_PATH "'; " + command + " & p=$!; ";
+        for (int i = 0; i < readsSoFar; ++i) script += "cat small.svg > waits.svg; ";
+        // Opening waits until the other end is opened, too.
+        script +=
+            "exec 3> waits.svg; grep 'Max data size' /proc/$p/limits; cat small.svg >&3; exec 3>&-; wait $p";
+        const ToolRun run = RunProgram({"bash", "-c", script});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        std::istringstream words(run.output);
+        std::string max, data, size;
+        std::uint64_t bound = 0;
+        words >> max >> data >> size >> bound;
+        return bound;
+    }
+    static std::uint64_t For(std::uint64_t inputBytes) {
+        return kBase + 32 * (inputBytes > kFree ? inputBytes - kFree : 0);
+    }
+};
+
+TEST_F(MemoryBoundTest, GrowsWithInputsAsTheyAreStored) {
+    const std::string blanks(std::size_t{40} << 20U, ' ');
+    WriteFile("large.svg", SmallDrawing(blanks));
+    const std::uint64_t size = std::filesystem::file_size(Folder() / "large.svg");
+    EXPECT_EQ(BoundOf("$t small.svg waits.svg -o x.pdf"), kBase);
+    EXPECT_EQ(BoundOf("$t large.svg waits.svg -o x.pdf"), For(size));
+    EXPECT_EQ(BoundOf("cat large.svg | $t - waits.svg -o x.pdf"), For(size))
+        << "a stream's bytes, not its room";
+    EXPECT_EQ(BoundOf("$t - waits.svg -o x.pdf < large.svg"), For(size));
+    // Compressed: some megabytes that become forty.
+    ASSERT_EQ(
+        RunProgram({"bash", "-c",
+                    "(echo \"<svg width='9' height='9'><!--\"; head -c 20000000 /dev/urandom | od -An -tx1 | "
+                    "head -c 41000000; echo '--></svg>') | gzip -1 > large.svgz"})
+            .exitCode,
+        0);
+    const std::uint64_t compressed = std::filesystem::file_size(Folder() / "large.svgz");
+    ASSERT_GT(8 * compressed, kFree + kFree);
+    ASSERT_LT(compressed, kFree);
+    EXPECT_EQ(BoundOf("$t large.svgz waits.svg -o x.pdf"), kBase);
+    EXPECT_EQ(BoundOf("cat large.svgz | $t - waits.svg -o x.pdf"), kBase);
+}
+
+TEST_F(MemoryBoundTest, InputsThatAreCheckedFirstCountOnce) {
+    WriteFile("large.svg", SmallDrawing(std::string(std::size_t{40} << 20U, ' ')));
+    EXPECT_EQ(BoundOf("$t --strict --ignore bad-view-box waits.svg large.svg -o x.pdf", 1), kBase);
+}
+
+TEST_F(MemoryBoundTest, ImagesOfADrawingCountOnce) {
+    WriteFile("image.png", std::string(std::size_t{40} << 20U, 'x'));
+    const std::string image = "<image width='1' height='1' xlink:href='image.png'/>";
+    WriteFile("three.svg", SmallDrawing(image + image + image));
+    const std::uint64_t size =
+        std::filesystem::file_size(Folder() / "three.svg") + (std::uint64_t{40} << 20U);
+    EXPECT_EQ(BoundOf("$t three.svg waits.svg -o x.pdf"), For(size));
+}
+
+// A few megabytes that claim to hold a gigabyte: the claim reserves nothing.
+TEST_F(LimitsToolTest, MemoryOfWhatCompressedDataClaimToHold) {
+    ASSERT_EQ(RunProgram({"bash", "-c",
+                          "head -c 5000000 /dev/urandom | gzip -1 > a.svgz; "
+                          "printf '\\x00\\x00\\x00\\x40' | dd of=a.svgz bs=1 conv=notrunc status=none "
+                          "seek=$(($(stat -c %s a.svgz) - 4))"})
+                  .exitCode,
+              0);
+    for (const std::string command : {"info a.svgz", "info - < a.svgz", "a.svgz -o a.pdf"}) {
+        const ToolRun run = RunBounded(command + " --limit memory=100000000");
+        EXPECT_EQ(run.exitCode, 3) << command;
+        EXPECT_THAT(run.errors, HasSubstr("is damaged gzip data")) << command;
+    }
+}
+
 // What is within every other limit, and would be gigabytes.
 TEST_F(LimitsToolTest, MemoryOfManyMarkers) {
     WriteFile("a.svg", SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z'/></marker><polyline stroke='red' "
