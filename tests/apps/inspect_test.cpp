@@ -6,6 +6,8 @@
 
 namespace {
 
+using testing::HasSubstr;
+
 using nlohmann::json;
 
 class InspectTest : public ToolTest {
@@ -104,10 +106,10 @@ TEST_F(InspectTest, AllCommandsAgreeOnThePagesOfAFragment) {
         };
         const std::string name = std::string(row.fragment) + " " + row.parser;
         std::string inspected, told;
-        for (const json& page : json::parse(with({"inspect", "r.xml"}).output)["pages"])
-            inspected += page["id"].get<std::string>();
-        for (const json& page : json::parse(with({"info", "--json", "r.xml"}).output)["pages"])
-            told += page["title"].get<std::string>();
+        const json model = json::parse(with({"inspect", "r.xml"}).output);
+        for (const json& page : model["pages"]) inspected += page["id"].get<std::string>();
+        const json facts = json::parse(with({"info", "--json", "r.xml"}).output);
+        for (const json& page : facts["pages"]) told += page["title"].get<std::string>();
         EXPECT_EQ(inspected, row.pages) << name;
         EXPECT_EQ(told, row.pages) << name;
         std::filesystem::remove_all(Folder() / "out");
@@ -127,7 +129,7 @@ TEST_F(InspectTest, TheCheckLooksAtAllPagesOfAFragment) {
               "<r><svg width='9' height='9'/><p><svg width='9' height='9'><rect rx='3' width='1' "
               "height='1'/></svg></p><svg width='9' height='9'><blink/></svg></r>");
     EXPECT_THAT(Run({"check", "r.xml", "--fragment", "1", "--parser", "dom"}).output,
-                AllOf(HasSubstr("square-corners (1)"), HasSubstr("unknown-element (1)")));
+                testing::AllOf(HasSubstr("square-corners (1)"), HasSubstr("unknown-element (1)")));
     EXPECT_THAT(Run({"check", "r.xml", "--fragment", "1"}).output, HasSubstr("nothing found"));
 }
 

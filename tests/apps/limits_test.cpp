@@ -231,7 +231,11 @@ protected:
     /// @param readsSoFar of waits.svg, before the bound is of interest
     std::uint64_t BoundOf(const std::string& command, int readsSoFar = 0) const {
         std::string script = "t='" ORV_TOOL_PATH "'; " + command + " & p=$!; ";
-        for (int i = 0; i < readsSoFar; ++i) script += "cat small.svg > waits.svg; ";
+        // One reading must have ended before the next one is waited for.
+        for (int i = 0; i < readsSoFar; ++i)
+            script +=
+                "open() { ls -l /proc/$p/fd | grep -q waits.svg; }; exec 3> waits.svg; cat small.svg >&3; "
+                "until open; do sleep 0.01; done; exec 3>&-; while open; do sleep 0.01; done; ";
         // Opening waits until the other end is opened, too.
         script +=
             "exec 3> waits.svg; grep 'Max data size' /proc/$p/limits; cat small.svg >&3; exec 3>&-; wait $p";
