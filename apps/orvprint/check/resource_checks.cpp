@@ -38,12 +38,12 @@ bool IsRemote(std::string_view reference) {
 // Why a name yielded no file. The policy is asked first: of what it forbids, nothing is to be found out.
 ValueProblem ExplainMissingFile(const SvgDrawState& state, std::string_view reference) {
     ORVUnicodeString folder, name;
-    ORVSplitPath(*state.currentPath, folder, name);
-    const std::array candidates{ORVUnicodeString(reference),
-                                ORVMakePath(folder, ORVUnicodeString(reference))};
+    // The interpreter looks for all names beside the drawing, but who gives a whole path means that.
+    if (!reference.starts_with('/')) ORVSplitPath(*state.currentPath, folder, name);
     const ORVFileAccessPolicy* const policy = ORVFileAccessPolicy::GetCurrent();
     bool isAllowed = false;
-    for (const ORVUnicodeString& candidate : candidates) {
+    for (const ORVUnicodeString& candidate :
+         {ORVUnicodeString(reference), ORVMakePath(folder, ORVUnicodeString(reference))}) {
         if (!policy || !policy->MayRead(candidate)) continue;
         isAllowed = true;
         if (ORVFileStat(candidate) == 1) return {kImageMissing, "the file may not be read by this user"};
