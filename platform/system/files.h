@@ -25,8 +25,8 @@ public:
 };
 
 /// Allows the folders it is given and everything below them. Symbolic links are followed within them, and
-/// may lead from one to another. A path leads into a folder by the folder's real name, or by the very name that
-/// the host gave.
+/// may lead from one to another. A path leads into a folder by the folder's real name, or by the very name
+/// that the host gave.
 class ORV_PLATFORM_EXPORT ORVFolderAccessPolicy final : public ORVFileAccessPolicy {
 public:
     ORVFolderAccessPolicy();
