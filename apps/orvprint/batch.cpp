@@ -292,10 +292,14 @@ private:
                 Fail(job, kExitFailed, slot.lastMessage, false);
             else
                 Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
+            return;
+        }
+        // Printing that failed leaves no file, unless pages were passed over: then there are the others.
+        const bool mayHaveFiles = code == kExitDone || code == kExitFailed;
+        if (const std::string error = mayHaveFiles ? PutInPlace(job, index) : std::string(); !error.empty()) {
+            Fail(job, kExitUnwritable, error, true);
         } else if (code != kExitDone) {
             Fail(job, code, slot.lastMessage, false);
-        } else if (const std::string error = PutInPlace(job, index); !error.empty()) {
-            Fail(job, kExitUnwritable, error, true);
         } else {
             ++converted_;
             UpdateProgress();

@@ -43,13 +43,6 @@ bool Strokes(int drawStyle) {
     return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
 
-bool HasArea(const ORVPrtImageElt& page) {
-    double width = 0.0, height = 0.0;
-    page.GetSize(width, height);
-    return width > 0.0 && height > 0.0 && std::isfinite(width) && std::isfinite(height) &&
-           std::isfinite(page.GetOrigin().x) && std::isfinite(page.GetOrigin().y);
-}
-
 /// Model coordinates (y up from the page's lower left corner) to page coordinates (y down from its upper
 /// left corner).
 ORVMathAffine2D ModelToPage(const ORVPrtImageElt& page) {
@@ -60,14 +53,6 @@ ORVMathAffine2D ModelToPage(const ORVPrtImageElt& page) {
     const ORVMath2x2Matrix& m = page.GetMatrix();
     if (m == ORVMath2x2Matrix() || !std::isfinite(m.m11 + m.m12 + m.m21 + m.m22)) return flip;
     return flip * ORVMathAffine2D{m.m11, m.m12, m.m21, m.m22, 0.0, 0.0};
-}
-
-/// Where the drawing's own y axis, which points down, has its zero in the model. Drawings are mirrored
-/// against the height of their page; fragments, whose pages end at zero, against zero.
-double DrawingTop(const ORVPrtImageElt& page) {
-    double width = 0.0, height = 0.0;
-    page.GetSize(width, height);
-    return page.GetOrigin().y == -height ? 0.0 : height;
 }
 
 /// Primitives whose children are drawn one by one.
@@ -145,10 +130,15 @@ double OutlineLength(const ORVTextLayout& layout) {
 
 /// What the pages of one drawing share.
 struct Progress {
-    explicit Progress(const std::vector<const ORVPrtImageElt*>& pages) : links(pages), symbols(links) {}
+    Progress(const std::vector<const ORVPrtImageElt*>& pages, const ORVPrintGenerator& generator)
+        : links(pages), symbols(links), keepsIdentifiers(generator.KeepsIdentifiers()) {}
+
+    /// Whether it matters what shapes are called. Most drawings are not asked.
+    bool NamesShapes() const { return keepsIdentifiers || !links.IsEmpty(); }
 
     ORVPrintLinkTargets links;
     ORVPrintSymbolTable symbols;
+    const bool keepsIdentifiers;  // of shapes
     bool takesSymbols = true;  // until the generator says that it does not
     bool isLast = false;       // nothing is drawn again
     std::uint64_t drawn = 0;
@@ -166,11 +156,17 @@ bool AreDistinct(std::vector<const ORVPrtImageElt*> pages) {
     return std::adjacent_find(pages.begin(), pages.end()) == pages.end();
 }
 
+/// For frames around a single primitive.
+const ORVPrtChildList& NoChildren() {
+    static const ORVPrtChildList none{};
+    return none;
+}
+
 /// Draws the primitives of one page, keeping what can be used again from shape to shape.
 class PageDrawing {
 public:
     PageDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page, Progress& progress)
-        : generator_(generator), page_(page), progress_(progress), drawingTop_(DrawingTop(page)) {}
+        : generator_(generator), page_(page), progress_(progress) {}
 
     int Draw() {
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false, false});
@@ -187,9 +183,9 @@ public:
     int Draw(const ORVPrtPolylineElt& polyline) { return AddOpen(polyline, false); }
     int Draw(const ORVPrtPolyCubicBezierElt& curve) { return AddOpen(curve, true); }
     int Draw(const ORVPrtPolyQuadraticBezierElt& curve) { return AddOpen(curve, true); }
+    /// Here the arc stands by itself, as a line does: it encloses nothing that could be filled.
     int Draw(const ORVPrtEllipticalArcElt& arc) {
-        if (arc.GetDrawStyle() == kDrawStroke) return AddOpen(arc, true);
-        return DrawOutline(arc);
+        return arc.GetDrawStyle() == kDrawNothing ? kDone : AddOpen(arc, true);
     }
     int Draw(const ORVPrtContainerElt& /*container*/) { return kDone; }  // walked by Step
     template <std::derived_from<ORVPrtStroked> Primitive>
@@ -225,6 +221,10 @@ private:
     /// @return kDrawSymbol, kSymbolKnown or kNoSymbols as the generator answered, or a failure
     int Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map);
     int DrawOne(const ORVPrtGraphicPrimitiveElt& primitive);
+    /// Draws what is no container and has an identifier.
+    int DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
+    /// Draws what is no container, and may stand at several places.
+    int DrawLeaf(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     int DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     int FlushLine();
 
@@ -247,6 +247,8 @@ private:
             table ? table->GetColour(index) : ORVPrtColourTable::Colour{};
         return {colour.red, colour.green, colour.blue, opacity};
     }
+    /// Within a symbol every place of it would repeat the identifier.
+    std::string_view ShapeId() const { return openSymbols_ == 0 ? shapeId_ : std::string_view(); }
     const ORVPrintFill* MakeFill(const ORVPrtFillAttributes& attributes);
     const ORVPrintStroke* MakeStroke(const ORVPrtStrokeAttributes& attributes);
     void MakeDashes(const std::vector<float>& pattern);
@@ -274,10 +276,10 @@ private:
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
     Progress& progress_;
-    const double drawingTop_;
 
     std::vector<Frame> open_;
     unsigned int openSymbols_ = 0;
+    std::string_view shapeId_;  // of what is being drawn
     std::optional<PendingLine> pending_;
     ORVPrintPath path_;
     ORVPrintOutlineBuilder outline_{path_};
@@ -294,13 +296,37 @@ int PageDrawing::Step() {
     ORVPrefetchForWalk(*frame.children, frame.next);
     ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (const int result = Count(child); result != kDone) return result;
-    const bool isShared = child.GetReferenceCount() > 1;
-    if (isShared && progress_.takesSymbols && !IsWalked(child))
-        return DrawShared(child, frame.children->size() == 1);
-    const bool isSpent = progress_.isLast && !isShared && !frame.isShared;
-    const int result = DrawOne(child);
+    if (IsWalked(child)) return DrawOne(child);
+    const bool isAlone = frame.children->size() == 1;
+    const bool isSpent = progress_.isLast && child.GetReferenceCount() == 1 && !frame.isShared;
+    const bool isNamed = progress_.NamesShapes() && openSymbols_ == 0 && !child.GetID().IsEmpty();
+    const int result = isNamed ? DrawNamed(child, isAlone) : DrawLeaf(child, isAlone);
     if (isSpent) ForgetPoints(child);
     return result;
+}
+
+int PageDrawing::DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone) {
+    // A line that is called something is nobody else's piece.
+    if (const int result = FlushLine(); result != kDone) return result;
+    const std::string_view id = primitive.GetID();
+    if (progress_.links.Arrive(id)) {
+        ORVPrintGroup group;
+        group.id = id;
+        group.isLinkTarget = true;
+        if (const int result = generator_.BeginGroup(group); result != kDone) return result;
+        open_.push_back({&NoChildren(), 0, open_.back().toPage, true, false, open_.back().isShared});
+        return DrawLeaf(primitive, isAlone);
+    }
+    if (progress_.keepsIdentifiers) shapeId_ = id;
+    int result = DrawLeaf(primitive, isAlone);
+    if (result == kDone) result = FlushLine();
+    shapeId_ = {};
+    return result;
+}
+
+int PageDrawing::DrawLeaf(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone) {
+    const bool isShared = primitive.GetReferenceCount() > 1;
+    return isShared && progress_.takesSymbols ? DrawShared(primitive, isAlone) : DrawOne(primitive);
 }
 
 int PageDrawing::DrawOne(const ORVPrtGraphicPrimitiveElt& child) {
@@ -359,7 +385,7 @@ int PageDrawing::Enter(const ORVPrtGraphicPrimitiveElt& container, const ORVMath
 
 int PageDrawing::Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map) {
     ORVPrintSymbolPlace place;
-    if (!progress_.symbols.Find(primitive, map, page_, drawingTop_, place))
+    if (!progress_.symbols.Find(primitive, map, page_, place))
         return ORVPrintGenerator::kNoSymbols;
     const int answer = generator_.BeginSymbol({place.key, place.toPage});
     if (answer == ORVPrintGenerator::kDrawSymbol) map = place.toSymbol;
@@ -371,8 +397,7 @@ int PageDrawing::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isA
     // A piece of a line is drawn with its neighbours.
     if (IsOpenLine(primitive) && !isAlone) return DrawOne(primitive);
     if (const int result = FlushLine(); result != kDone) return result;
-    static const ORVPrtChildList kNoChildren{};
-    Frame frame{&kNoChildren, 0, open_.back().toPage, false, false, true};
+    Frame frame{&NoChildren(), 0, open_.back().toPage, false, false, true};
     const int answer = Announce(primitive, frame.toPage);
     if (answer == ORVPrintGenerator::kSymbolKnown) return kDone;
     if (answer == ORVPrintGenerator::kNoSymbols) return DrawOne(primitive);
@@ -454,7 +479,7 @@ int PageDrawing::DrawPath(const ORVMathAffine2D& toPage, const ORVPrintFill* fil
                           const ORVPrintStroke* stroke) {
     if (path_.IsEmpty() || (!fill && !stroke)) return kDone;
     if (const int result = TakeArea(path_, toPage, stroke); result != kDone) return result;
-    return generator_.DrawShape({path_, toPage, fill, stroke});
+    return generator_.DrawShape({path_, toPage, fill, stroke, ShapeId()});
 }
 
 int PageDrawing::TakeArea(const ORVMathBox2D& box, double margin, double surcharge) {
@@ -596,14 +621,15 @@ int PageDrawing::Draw(const ORVPrtTextElt& text) {
     const double surcharge = stroke ? DashSurcharge(*stroke, OutlineLength(layout)) : 0.0;
     if (const int result = TakeArea(box, 0.0, surcharge); result != kDone) return result;
     const bool clipped = MakeClip(text, map);
-    return generator_.DrawText({layout, text.GetText(), toPage, fill, stroke, clipped ? &clip_ : nullptr});
+    return generator_.DrawText(
+        {layout, text.GetText(), toPage, fill, stroke, clipped ? &clip_ : nullptr, ShapeId()});
 }
 
 bool PageDrawing::MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map) {
     const ORVPrtTextElt::ClippingBox* box = text.GetClippingBox();
     if (!box) return false;
     clip_.Clear();
-    const double top = drawingTop_ - box->y;
+    const double top = page_.GetMirrorHeight() - box->y;
     const ORVMathPoint2D corners[]{{box->x, top},
                                    {box->x + box->width, top},
                                    {box->x + box->width, top - box->height},
@@ -641,7 +667,7 @@ int PageDrawing::Draw(const ORVPrtBitmapImageElt& bitmap) {
     for (const double x : {0.0, 1.0})
         for (const double y : {0.0, 1.0}) box.Add(toPage({x, y}));
     if (const int result = TakeArea(box, 0.0, 0.0); result != kDone) return result;
-    return generator_.DrawImage({*image, toPage});
+    return generator_.DrawImage({*image, toPage, ShapeId()});
 }
 
 }  // namespace
@@ -655,9 +681,7 @@ ORVPrintModelRender::~ORVPrintModelRender() = default;
 int ORVPrintModelRender::Draw() {
     return DrawDocument([this](bool& begun) {
         if (!parameters_.GetPages().empty()) return DrawPages(parameters_.GetPages(), begun);
-        std::vector<unsigned int> all(model_.GetImages()->size());
-        for (unsigned int i = 0; i < all.size(); ++i) all[i] = i + 1;
-        return DrawPages(all, begun);
+        return DrawAllPages(begun);
     });
 }
 
@@ -675,7 +699,20 @@ int ORVPrintModelRender::DrawDocument(Work draw) {
     }
     if (!begun) return result;
     const int closed = generator_->EndDocument();
-    return result == kDone ? closed : result;
+    // What was drawn must also be there in the end, whatever was passed over.
+    return result == kDone || (result == kPageWithoutArea && closed != kDone) ? closed : result;
+}
+
+int ORVPrintModelRender::DrawAllPages(bool& begun) {
+    std::vector<unsigned int> numbers;
+    const ORVListPtr<ORVPrtImageElt>& pages = *model_.GetImages();
+    for (unsigned int i = 0; i < pages.size(); ++i)
+        if (pages[i]->HasArea()) numbers.push_back(i + 1);
+    const bool isComplete = numbers.size() == pages.size();
+    // Where there is nothing else, a page without area is what was asked for.
+    if (numbers.empty() && !isComplete) numbers.push_back(1);
+    const int result = DrawPages(numbers, begun);
+    return result == kDone && generator_ && !isComplete ? kPageWithoutArea : result;
 }
 
 int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, bool& begun) {
@@ -690,7 +727,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, boo
     if (!generator_ || pages.empty()) return 0;
     // Asked before anything is drawn, so that no output is begun that cannot be finished.
     for (const ORVPrtImageElt* page : pages)
-        if (!HasArea(*page)) return kPageWithoutArea;
+        if (!page->HasArea()) return kPageWithoutArea;
     if (pages.size() > parameters_.GetPageLimit()) return kTooManyPages;
     std::uint64_t left = parameters_.GetDrawLimit(), distinct = 0;
     for (const ORVPrtImageElt* page : pages) {
@@ -699,7 +736,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, boo
         left -= count;
     }
 
-    Progress progress(pages);
+    Progress progress(pages, *generator_);
     progress.isLast = parameters_.IsLast() && AreDistinct(pages);
     progress.workLeft = parameters_.GetRepeatLimit() + (1 + kGrowthPerPrimitive) * distinct;
     // Every primitive that the document itself makes may cover its page.

@@ -12,7 +12,8 @@ class ORVPrtModel;
 /// into paints, and every primitive into paths, texts and images. Owns nothing of what it is given.
 class ORV_PLATFORM_EXPORT ORVPrintModelRender {
 public:
-    /// A page whose width or height is not positive, or not finite.
+    /// A page without area: its width or height is not positive, or not finite. When all pages were to be
+    /// drawn, the others are, and the output was closed cleanly; else nothing was drawn.
     static constexpr int kPageWithoutArea = -2;
     /// More primitives than the parameters allow. Nothing was drawn.
     static constexpr int kTooManyPrimitives = -3;
@@ -27,7 +28,7 @@ public:
                         const ORVPrintParameters& parameters);
     virtual ~ORVPrintModelRender();
 
-    /// Draws every page, or those that the parameters name. When the parameters have a model inspector, it
+    /// Draws every page that has an area, or those that the parameters name. When the parameters have a model inspector, it
     /// sees the model first; without a generator that is all.
     /// @return 1 on success, 0 when there is no page or no generator, one of the failures above, or what the
     ///         generator returned when it was not 1
@@ -36,6 +37,7 @@ public:
     virtual int Draw(unsigned int page);
 
 private:
+    int DrawAllPages(bool& begun);
     /// @param numbers  1-based, in the order in which the pages come out
     /// @param begun    out: true once the generator's document has begun, which the caller ends
     int DrawPages(const std::vector<unsigned int>& numbers, bool& begun);
