@@ -163,6 +163,13 @@ private:
 };
 
 /// A worker and what it does.
+/// How a job ended that may have left files.
+struct Outcome {
+    std::uint32_t job;
+    int code;
+    std::string message;
+};
+
 struct Slot {
     WorkerProcess process;
     std::optional<std::uint32_t> job;
@@ -321,22 +328,27 @@ private:
                 Fail(job, kExitFailed, slot.lastMessage, false);
             else
                 Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
-        } else if (answer.code != kExitDone) {
+            return;
+        }
+        // Printing that failed leaves no file, unless pages were passed over: then there are the others.
+        Outcome outcome{job, answer.code, slot.lastMessage};
+        if (answer.code != kExitDone && answer.code != kExitFailed) {
             Fail(job, answer.code, slot.lastMessage, false);
         } else if (MayReplaceAnImage(job, index)) {
             if (const std::string error = staging_.Keep(index, job); !error.empty())
                 return Fail(job, kExitUnwritable, batch_.folder + ": " + error, true);
-            kept_.push_back(job);
+            kept_.push_back(std::move(outcome));
             UpdateProgress();
         } else {
-            Finish(job, staging_.PathOf(index));
+            Finish(outcome, staging_.PathOf(index));
         }
     }
 
     /// Puts the files of a job where they belong.
-    void Finish(std::uint32_t job, const fs::path& folder) {
-        if (const std::string error = PutInPlace(job, folder); !error.empty())
-            return Fail(job, kExitUnwritable, error, true);
+    void Finish(const Outcome& outcome, const fs::path& folder) {
+        if (const std::string error = PutInPlace(outcome.job, folder); !error.empty())
+            return Fail(outcome.job, kExitUnwritable, error, true);
+        if (outcome.code != kExitDone) return Fail(outcome.job, outcome.code, outcome.message, false);
         ++converted_;
         UpdateProgress();
     }
@@ -351,7 +363,8 @@ private:
     }
 
     void PutKeptInPlace() {
-        for (const std::uint32_t job : std::exchange(kept_, {})) Finish(job, staging_.PathOfKept(job));
+        for (const Outcome& outcome : std::exchange(kept_, {}))
+            Finish(outcome, staging_.PathOfKept(outcome.job));
     }
 
     fs::path PlaceOf(std::uint32_t job, const fs::path& staged) const {
@@ -450,7 +463,7 @@ private:
     std::uint32_t nextJob_ = 0;
     std::string current_;  // name of the input begun last
     std::size_t converted_ = 0;
-    std::vector<std::uint32_t> kept_;  // jobs whose files wait for the end
+    std::vector<Outcome> kept_;  // their files wait for the end
     std::vector<Failure> failures_;
     std::unordered_map<std::string, std::uint32_t> owners_;  // of numbered files
 };

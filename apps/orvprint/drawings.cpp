@@ -183,6 +183,7 @@ public:
         for (const ORVPrtImageElt* image : *model.GetImages()) {
             PageFacts facts;
             image->GetSize(facts.width, facts.height);
+            facts.hasArea = image->HasArea();
             facts.title = image->GetTitle().GetView();
             pages_.push_back(std::move(facts));
         }

@@ -58,6 +58,7 @@ private:
 /// What is known of a drawing's page.
 struct PageFacts {
     double width = 0.0, height = 0.0;  ///< user units of 1/90 inch
+    bool hasArea = false;              ///< else it cannot be printed
     std::string title;
 };
 

@@ -69,6 +69,18 @@ std::optional<std::int64_t> CreationTime(const std::vector<std::string>& inputs)
     return newest;
 }
 
+/// "page 3 has", "pages 3, 5 and 7 have"; of many, the first ones.
+std::string PageNumbers(const std::vector<unsigned int>& pages) {
+    constexpr std::size_t kMostNamed = 5;
+    if (pages.size() == 1) return "page " + std::to_string(pages.front()) + " has";
+    const std::size_t named = std::min(pages.size() - 1, kMostNamed);
+    std::string text = "pages ";
+    for (std::size_t i = 0; i < named; ++i) text += (i == 0 ? "" : ", ") + std::to_string(pages[i]);
+    text += " and " + (pages.size() - named == 1 ? std::to_string(pages.back())
+                                                 : std::to_string(pages.size() - named) + " others");
+    return text + " have";
+}
+
 /// One run of the command: the output, and what went into it so far.
 class Printing {
 public:
@@ -91,6 +103,8 @@ public:
 
     /// After all inputs. @return an exit code
     int Finish() {
+        // Of nothing but pages that were passed over, there is no output.
+        if (!sequence_ && isIncomplete_) return kExitFailed;
         if (options_.pages.GetGreatest() > pagesSeen_)
             return Report(kExitPageOutOfRange, InputNames(),
                           "there is no page " + std::to_string(options_.pages.GetGreatest()) + " (" +
@@ -102,7 +116,7 @@ public:
         // From here on there are no parts of an output, but all or none.
         time_.End();
         if (output_->Commit() != 1) return ReportFailure(InputNames(), kOutputFailed);
-        return kExitDone;
+        return isIncomplete_ ? kExitFailed : kExitDone;
     }
 
 private:
@@ -131,20 +145,15 @@ private:
     int PrintDrawing(const std::string& input, const Drawing& drawing) {
         const std::string name = DisplayName(input, "standard input");
         const auto count = static_cast<unsigned int>(drawing.pages.size());
-        const std::vector<unsigned int> pages = options_.pages.Select(pagesSeen_, count);
+        std::vector<unsigned int> pages = options_.pages.Select(pagesSeen_, count);
         const unsigned int before = pagesSeen_;
         pagesSeen_ += count;
         // Of an input that cannot have the page, nothing needs to be drawn.
         const bool isWhole = options_.inputs.size() == 1 && drawing.isOnly;
         if (isWhole && options_.pages.GetGreatest() > count) return kExitDone;
+        if (const int code = PassOverPagesWithoutArea(name, drawing, before, pages); code != kExitDone)
+            return code;
         if (pages.empty()) return kExitDone;
-        for (const unsigned int page : pages) {
-            const PageFacts& facts = drawing.pages[page - 1];
-            if (!(facts.width > 0.0) || !(facts.height > 0.0))
-                return Report(kExitFailed, name,
-                              "page " + std::to_string(before + page) +
-                                  " has no area; give the svg element a width and a height, or a viewBox");
-        }
         const double sheets = CountSheets(drawing, pages);
         // Posters of more sheets than there may ever be are refused by what lays them out, with better
         // advice.
@@ -164,6 +173,27 @@ private:
             Report(kExitDone, name, std::string(info.message.GetView()));
         ORVPrintPropertiesManager::ClearInfos();
         return status == kGeneratorDone ? static_cast<int>(kExitDone) : ReportFailure(name, status);
+    }
+
+    /// Takes the pages without area out, which is reported. One that was asked for by its number is a
+    /// failure.
+    /// @param before  pages of the inputs before this drawing
+    /// @return an exit code
+    int PassOverPagesWithoutArea(const std::string& name, const Drawing& drawing, unsigned int before,
+                                 std::vector<unsigned int>& pages) {
+        std::vector<unsigned int> without;
+        std::erase_if(pages, [&](unsigned int page) {
+            if (drawing.pages[page - 1].hasArea) return false;
+            without.push_back(before + page);
+            return true;
+        });
+        if (without.empty()) return kExitDone;
+        isIncomplete_ = true;
+        const int code = Report(kExitFailed, name,
+                                PageNumbers(without) +
+                                    " no area and cannot be printed; give the svg element a "
+                                    "width and a height, or a viewBox");
+        return options_.pages.IsAll() ? static_cast<int>(kExitDone) : code;
     }
 
     /// Sheets that pages of a drawing take.
@@ -242,6 +272,7 @@ private:
     DrawingTime time_;            // of the present input, and of the output's end
     unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
     double sheetsPrinted_ = 0.0;  // pages of the output
+    bool isIncomplete_ = false;   // pages were passed over
     std::unique_ptr<ORVOutput> output_;
     ORVFileOutput* file_ = nullptr;  // the output, when it is one
     std::unique_ptr<ORVFormatGenerator> generator_;

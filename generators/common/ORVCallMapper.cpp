@@ -24,7 +24,7 @@ std::optional<ORVPrintShape> ORVCallMapper::Map(const ORVMathAffine2D& outer, co
     const ORVMathAffine2D toPage = outer * shape.toPage;
     const ORVPrintFill* fill = MapFill(outer, shape.fill);
     if (!IsUsable(toPage) || (!fill && !shape.stroke)) return std::nullopt;
-    return ORVPrintShape{shape.path, toPage, fill, shape.stroke};
+    return ORVPrintShape{shape.path, toPage, fill, shape.stroke, shape.id};
 }
 
 std::optional<ORVPrintText> ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVPrintText& text) {
@@ -40,13 +40,13 @@ std::optional<ORVPrintText> ORVCallMapper::Map(const ORVMathAffine2D& outer, con
             if (!IsFinite(p)) clip = nullptr;  // so far out that it cuts nothing off
         }
     }
-    return ORVPrintText{text.layout, text.text, toPage, fill, text.stroke, clip};
+    return ORVPrintText{text.layout, text.text, toPage, fill, text.stroke, clip, text.id};
 }
 
 std::optional<ORVPrintImage> ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVPrintImage& image) {
     const ORVMathAffine2D toPage = outer * image.toPage;
     if (!IsUsable(toPage)) return std::nullopt;
-    return ORVPrintImage{image.image, toPage};
+    return ORVPrintImage{image.image, toPage, image.id};
 }
 
 ORVMathBox2D ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVMathBox2D& box) {

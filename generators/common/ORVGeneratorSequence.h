@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Lets several drawings come out as one document: passes everything on to a generator, but begins and ends
@@ -25,13 +28,17 @@ public:
     int EndClip() override { return target_.EndClip(); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override { return target_.BeginSymbol(symbol); }
     int EndSymbol() override { return target_.EndSymbol(); }
-    int DrawShape(const ORVPrintShape& shape) override { return target_.DrawShape(shape); }
-    int DrawText(const ORVPrintText& text) override { return target_.DrawText(text); }
-    int DrawImage(const ORVPrintImage& image) override { return target_.DrawImage(image); }
+    bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
     int EndPage() override { return target_.EndPage(); }
     int EndDocument() override { return 1; }
 
 private:
+    /// What an identifier of the present drawing is called in the document.
+    std::string NameOf(std::string_view id) const;
+
     ORVPrintGenerator& target_;
     const unsigned int pageCount_;
     bool begun_ = false;

@@ -125,6 +125,12 @@ std::uint32_t ORVPageRecording::AddStroke(const ORVPrintStroke* stroke) {
     return Last(strokes_.size());
 }
 
+std::uint32_t ORVPageRecording::AddId(std::string_view id) {
+    if (id.empty()) return kNone;
+    ids_.emplace_back(id);
+    return Last(ids_.size());
+}
+
 void ORVPageRecording::Keep(const ORVPixelImage& image) {
     if (knownImages_.insert(&image).second) keptImages_.push_back(ORVRef<const ORVPixelImage>::Share(&image));
 }
@@ -200,7 +206,8 @@ int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
                static_cast<std::uint32_t>(shape.path.points.size()),
                AddMap(shape.toPage),
                AddFill(shape.fill),
-               AddStroke(shape.stroke)};
+               AddStroke(shape.stroke),
+               AddId(shape.id)};
     ORVMathBox2D box;
     for (const ORVMathPoint2D& p : shape.path.points) box.Add(shape.toPage(p));
     WidenByPen(box, Reach(shape.stroke), shape.toPage);
@@ -213,7 +220,8 @@ int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
 
 int ORVPageRecording::DrawText(const ORVPrintText& text) {
     texts_.push_back({text.layout, std::string(text.text), AddMap(text.toPage), AddFill(text.fill),
-                      AddStroke(text.stroke), text.clip != nullptr, text.clip ? *text.clip : ORVPrintPath()});
+                      AddStroke(text.stroke), AddId(text.id), text.clip != nullptr,
+                      text.clip ? *text.clip : ORVPrintPath()});
     ORVMathBox2D box = ORVCallMapper::Map(text.toPage, TextBox(text.layout));
     WidenByPen(box, Reach(text.stroke), text.toPage);
     Add(Kind::kText, Last(texts_.size()), Extent(box));
@@ -222,7 +230,7 @@ int ORVPageRecording::DrawText(const ORVPrintText& text) {
 
 int ORVPageRecording::DrawImage(const ORVPrintImage& image) {
     Keep(image.image);
-    images_.push_back({&image.image, AddMap(image.toPage)});
+    images_.push_back({&image.image, AddMap(image.toPage), AddId(image.id)});
     ORVMathBox2D square;
     square.Add({0.0, 0.0});
     square.Add({1.0, 1.0});
@@ -327,20 +335,20 @@ int ORVPageRecording::ReplayCall(ORVPrintGenerator& target, const Call& call, co
             const Shape& kept = shapes_[call.index];
             path_.verbs.assign(verbs_.data() + kept.verbs, verbs_.data() + kept.verbs + kept.verbCount);
             path_.points.assign(points_.data() + kept.points, points_.data() + kept.points + kept.pointCount);
-            const auto shape =
-                mapper_.Map(map, {path_, maps_[kept.map], FillOf(kept.fill), StrokeOf(kept.stroke)});
+            const auto shape = mapper_.Map(
+                map, {path_, maps_[kept.map], FillOf(kept.fill), StrokeOf(kept.stroke), IdOf(kept.id)});
             return shape ? target.DrawShape(*shape) : kGeneratorDone;
         }
         case Kind::kText: {
             const Text& kept = texts_[call.index];
-            const auto text =
-                mapper_.Map(map, {kept.layout, kept.text, maps_[kept.map], FillOf(kept.fill),
-                                  StrokeOf(kept.stroke), kept.isClipped ? &kept.clip : nullptr});
+            const auto text = mapper_.Map(
+                map, {kept.layout, kept.text, maps_[kept.map], FillOf(kept.fill), StrokeOf(kept.stroke),
+                      kept.isClipped ? &kept.clip : nullptr, IdOf(kept.id)});
             return text ? target.DrawText(*text) : kGeneratorDone;
         }
         case Kind::kImage: {
             const Image& kept = images_[call.index];
-            const auto image = ORVCallMapper::Map(map, {*kept.image, maps_[kept.map]});
+            const auto image = ORVCallMapper::Map(map, {*kept.image, maps_[kept.map], IdOf(kept.id)});
             return image ? target.DrawImage(*image) : kGeneratorDone;
         }
         case Kind::kSymbol: return ReplayBody(target, placements_[call.index]);

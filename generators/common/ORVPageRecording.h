@@ -35,6 +35,7 @@ public:
     int EndClip() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
+    bool KeepsIdentifiers() const override { return true; }  // those that are given
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;
@@ -86,18 +87,18 @@ private:
     struct Shape {
         std::size_t verbs, points;  // where they begin
         std::uint32_t verbCount, pointCount;
-        std::uint32_t map, fill, stroke;
+        std::uint32_t map, fill, stroke, id;
     };
     struct Text {
         ORVTextLayout layout;
         std::string text;
-        std::uint32_t map, fill, stroke;
+        std::uint32_t map, fill, stroke, id;
         bool isClipped;
         ORVPrintPath clip;
     };
     struct Image {
         const ORVPixelImage* image;
-        std::uint32_t map;
+        std::uint32_t map, id;
     };
     struct Placement {
         std::uint32_t symbol, map;
@@ -121,6 +122,7 @@ private:
     std::uint32_t AddMap(const ORVMathAffine2D& map);
     std::uint32_t AddFill(const ORVPrintFill* fill);
     std::uint32_t AddStroke(const ORVPrintStroke* stroke);
+    std::uint32_t AddId(std::string_view id);
     void Keep(const ORVPixelImage& image);
     void Need(std::uint32_t group);
 
@@ -129,6 +131,9 @@ private:
     int BeginReplayedGroup(ORVPrintGenerator& target, const Call& call);
     const ORVPrintFill* FillOf(std::uint32_t index) const;
     const ORVPrintStroke* StrokeOf(std::uint32_t index);
+    std::string_view IdOf(std::uint32_t index) const {
+        return index == kNone ? std::string_view() : ids_[index];
+    }
 
     std::deque<Body> bodies_{1};  // the page's comes first
     std::vector<std::size_t> openBodies_{0};
@@ -145,6 +150,7 @@ private:
     std::vector<ORVPrintFill> fills_;
     std::vector<Stroke> strokes_;
     std::vector<double> dashes_;
+    std::vector<std::string> ids_;
     std::vector<ORVPrintPath::Verb> verbs_;
     std::vector<ORVMathPoint2D> points_;
     std::vector<ORVRef<const ORVPixelImage>> keptImages_;

@@ -16,6 +16,7 @@
 #include "generators/pdf/pdf_fonts.h"
 #include "generators/pdf/pdf_images.h"
 #include "generators/pdf/pdf_syntax.h"
+#include "platform/print/link_addresses.h"
 
 namespace {
 
@@ -138,7 +139,7 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     State::OpenGroup open;
     if (group.isLinkTarget) open.target = group.id;
     // A place inside a link that leads elsewhere is part of the outer link.
-    if (!state.insideLink && !group.linkURL.empty())
+    if (!state.insideLink && !group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL))
         open.action = "/A<</S/URI/URI(" + EncodeAddress(group.linkURL) + ")>>";
     else if (!state.insideLink && !group.linkElementId.empty())
         AppendPdfBytes(open.action = "/Dest", group.linkElementId);

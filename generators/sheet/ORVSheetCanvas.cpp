@@ -44,18 +44,19 @@ int ORVSheetCanvas::EndSymbol() {
 
 int ORVSheetCanvas::DrawShape(const ORVPrintShape& shape) {
     const ORVPrintFill* fill = ConvertFill(shape.fill, false);
-    const auto placed = mapper_.Map(Map(), {shape.path, shape.toPage, fill, ConvertStroke(shape.stroke)});
+    const auto placed =
+        mapper_.Map(Map(), {shape.path, shape.toPage, fill, ConvertStroke(shape.stroke), shape.id});
     return placed ? target_.DrawShape(*placed) : kGeneratorDone;
 }
 
 int ORVSheetCanvas::DrawText(const ORVPrintText& text) {
     const ORVPrintFill* fill = ConvertFill(text.fill, true);
     const auto placed = mapper_.Map(
-        Map(), {text.layout, text.text, text.toPage, fill, ConvertStroke(text.stroke), text.clip});
+        Map(), {text.layout, text.text, text.toPage, fill, ConvertStroke(text.stroke), text.clip, text.id});
     return placed ? target_.DrawText(*placed) : kGeneratorDone;
 }
 
 int ORVSheetCanvas::DrawImage(const ORVPrintImage& image) {
-    const auto placed = ORVCallMapper::Map(Map(), {ink_.ConvertPicture(image.image), image.toPage});
+    const auto placed = ORVCallMapper::Map(Map(), {ink_.ConvertPicture(image.image), image.toPage, image.id});
     return placed ? target_.DrawImage(*placed) : kGeneratorDone;
 }

@@ -21,6 +21,7 @@ public:
     int EndClip() override { return target_.EndClip(); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
+    bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

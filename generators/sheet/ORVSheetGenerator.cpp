@@ -240,14 +240,14 @@ int ORVSheetGenerator::EndSymbol() {
 int ORVSheetGenerator::DrawShape(const ORVPrintShape& shape) {
     const ORVPrintStroke* stroke = Widen(shape.stroke, shape.toPage);
     return Pass([&](ORVPrintGenerator& to) {
-        return to.DrawShape({shape.path, shape.toPage, shape.fill, stroke});
+        return to.DrawShape({shape.path, shape.toPage, shape.fill, stroke, shape.id});
     });
 }
 
 int ORVSheetGenerator::DrawText(const ORVPrintText& text) {
     const ORVPrintStroke* stroke = Widen(text.stroke, text.toPage);
     return Pass([&](ORVPrintGenerator& to) {
-        return to.DrawText({text.layout, text.text, text.toPage, text.fill, stroke, text.clip});
+        return to.DrawText({text.layout, text.text, text.toPage, text.fill, stroke, text.clip, text.id});
     });
 }
 

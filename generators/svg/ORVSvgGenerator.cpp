@@ -20,8 +20,8 @@
 #include "generators/svg/svg_text.h"
 #include "generators/svg/svg_writer.h"
 #include "generators/svg/xml_text.h"
+#include "platform/print/link_addresses.h"
 #include "platform/system/ORVRef.h"
-#include "platform/system/number_conversion.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -62,22 +62,6 @@ std::string IdentifierOf(std::string_view id) {
     for (char& c : result)
         if (static_cast<unsigned char>(c) <= 0x20) c = '_';
     return result;
-}
-
-/// True for addresses that would run something where they are opened.
-bool RunsScript(std::string_view address) {
-    std::string scheme;
-    for (const char c : address) {
-        // Browsers pass over blanks and control characters.
-        if (static_cast<unsigned char>(c) <= 0x20 || c == 0x7F) continue;
-        if (c == ':')
-            return ORVCompareText(scheme, "javascript") != kTextDiffers ||
-                   ORVCompareText(scheme, "vbscript") != kTextDiffers ||
-                   ORVCompareText(scheme, "data") != kTextDiffers;
-        if (c == '/' || c == '?' || c == '#') break;
-        scheme += c;
-    }
-    return false;
 }
 
 void AppendAttribute(std::string& text, std::string_view name, std::string_view value) {
@@ -128,12 +112,15 @@ struct ORVSvgGenerator::State {
         return id;
     }
 
+    void AppendId(std::string& attributes, std::string_view given);
     void BeginElement(const ORVPrintGroup& group);
-    void AddShape(const ORVPrintPath& path, const ORVMathAffine2D& map, const ORVPrintFill* fill,
-                  const ORVPrintStroke* stroke, double scale, const ORVMathAffine2D& transform);
+    void AddShape(std::string_view id, const ORVPrintPath& path, const ORVMathAffine2D& map,
+                  const ORVPrintFill* fill, const ORVPrintStroke* stroke, double scale,
+                  const ORVMathAffine2D& transform);
     void AddGeometry(const ORVPrintPath& path, const ORVMathAffine2D& map, bool mayBeNamed);
     void DrawShape(const ORVPrintShape& shape);
-    void AddTextPiece(const ORVPrintText& text, const SvgTextPiece& piece, double spacing);
+    void AddTextPiece(const ORVPrintText& text, std::string_view id, const SvgTextPiece& piece,
+                      double spacing);
     void DrawText(const ORVPrintText& text);
     void BeginClip(std::string_view outline);
     void PutUse(std::string_view id, std::string_view attributes, const ORVMathAffine2D& map);
@@ -248,16 +235,19 @@ int ORVSvgGenerator::BeginPage(const ORVPrintPageInfo& info) {
     return state.Check();
 }
 
+/// Appends an id attribute, nothing for an empty identifier. What is drawn twice bears its identifier once.
+void ORVSvgGenerator::State::AppendId(std::string& attributes, std::string_view given) {
+    if (given.empty() || spaces.size() > 1) return;  // places of a symbol would share it
+    const std::string id = IdentifierOf(given);
+    if (TakeId(id)) AppendAttribute(attributes, "id", id);
+}
+
 void ORVSvgGenerator::State::BeginElement(const ORVPrintGroup& group) {
     std::string attributes;
-    if (!group.id.empty()) {
-        // What is drawn twice bears its identifier once.
-        const std::string id = IdentifierOf(group.id);
-        if (TakeId(id)) AppendAttribute(attributes, "id", id);
-    }
+    AppendId(attributes, group.id);
     std::string address;
     // A link inside a link is part of the outer one.
-    if (!insideLink && !group.linkURL.empty() && !RunsScript(group.linkURL))
+    if (!insideLink && !group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL))
         address = group.linkURL;
     else if (!insideLink && !group.linkElementId.empty())
         address = "#" + IdentifierOf(group.linkElementId);
@@ -513,11 +503,13 @@ void ORVSvgGenerator::State::AddGeometry(const ORVPrintPath& path, const ORVMath
     }
 }
 
-void ORVSvgGenerator::State::AddShape(const ORVPrintPath& path, const ORVMathAffine2D& map,
-                                      const ORVPrintFill* fill, const ORVPrintStroke* stroke, double scale,
+void ORVSvgGenerator::State::AddShape(std::string_view id, const ORVPrintPath& path,
+                                      const ORVMathAffine2D& map, const ORVPrintFill* fill,
+                                      const ORVPrintStroke* stroke, double scale,
                                       const ORVMathAffine2D& transform) {
     if (path.IsEmpty()) return;
     rest.clear();
+    AppendId(rest, id);
     AppendSvgTransform(rest, transform, spaces.back().places);
     // Dashes begin where the path does.
     AddGeometry(path, map, !stroke || stroke->dashes.empty());
@@ -542,13 +534,13 @@ void ORVSvgGenerator::State::DrawShape(const ORVPrintShape& shape) {
         stroke ? &FitPathToRange(shape.path, shape.toPage, limit, PathUse::kStroke, fittedStroke) : nullptr;
     const bool hasRoundPen = KeepsAngles(shape.toPage);
     if (fillPath && fillPath == strokePath && hasRoundPen)
-        return AddShape(shape.path, shape.toPage, shape.fill, stroke, scale, {});
-    if (fillPath) AddShape(*fillPath, shape.toPage, shape.fill, nullptr, 1.0, {});
+        return AddShape(shape.id, shape.path, shape.toPage, shape.fill, stroke, scale, {});
+    if (fillPath) AddShape(shape.id, *fillPath, shape.toPage, shape.fill, nullptr, 1.0, {});
     if (!strokePath) return;
-    if (hasRoundPen) return AddShape(*strokePath, shape.toPage, nullptr, stroke, scale, {});
+    if (hasRoundPen) return AddShape(shape.id, *strokePath, shape.toPage, nullptr, stroke, scale, {});
     // The pen goes through the map. The path's own lengths are brought near those on the page, so that their
     // digits suffice.
-    AddShape(*strokePath, ORVMathAffine2D::Scaling(scale, scale), nullptr, stroke, scale,
+    AddShape(shape.id, *strokePath, ORVMathAffine2D::Scaling(scale, scale), nullptr, stroke, scale,
              shape.toPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale));
 }
 
@@ -559,8 +551,8 @@ int ORVSvgGenerator::DrawShape(const ORVPrintShape& shape) {
     return state_->Check();
 }
 
-void ORVSvgGenerator::State::AddTextPiece(const ORVPrintText& text, const SvgTextPiece& piece,
-                                          double spacing) {
+void ORVSvgGenerator::State::AddTextPiece(const ORVPrintText& text, std::string_view id,
+                                          const SvgTextPiece& piece, double spacing) {
     const ORVGlyphRun& run = *piece.run;
     const int places = spaces.back().places;
     const double scale = Enlargement(text.toPage);
@@ -578,6 +570,7 @@ void ORVSvgGenerator::State::AddTextPiece(const ORVPrintText& text, const SvgTex
     const double unit = scale / run.expansion;  // of the layout's lengths along the line
 
     rest.clear();
+    AppendId(rest, id);
     if (isUpright) {
         AppendNumberAttribute(rest, "x", start.x, places);
         AppendNumberAttribute(rest, "y", start.y, places);
@@ -612,6 +605,12 @@ void ORVSvgGenerator::State::AddTextPiece(const ORVPrintText& text, const SvgTex
 
 void ORVSvgGenerator::State::DrawText(const ORVPrintText& text) {
     if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || (!text.fill && !text.stroke)) return;
+    const SvgTextLine line = SplitSvgText(text);
+    // What becomes several elements is a group under its identifier.
+    const bool isOneElement = line.pieces.size() == 1 && !text.clip;
+    std::string attributes;
+    if (!isOneElement) AppendId(attributes, text.id);
+    if (!attributes.empty()) writer->Put("<g" + attributes + ">\n");
     if (text.clip) {
         const ORVPrintPath& clip =
             FitPathToRange(*text.clip, {}, spaces.back().limit, PathUse::kFill, fitted);
@@ -619,9 +618,10 @@ void ORVSvgGenerator::State::DrawText(const ORVPrintText& text) {
         AppendSvgPath(outline, clip, {}, spaces.back().places);
         BeginClip(outline);
     }
-    const SvgTextLine line = SplitSvgText(text);
-    for (const SvgTextPiece& piece : line.pieces) AddTextPiece(text, piece, line.spacing);
+    for (const SvgTextPiece& piece : line.pieces)
+        AddTextPiece(text, isOneElement ? text.id : std::string_view(), piece, line.spacing);
     if (text.clip) writer->Put("</g>\n");
+    if (!attributes.empty()) writer->Put("</g>\n");
 }
 
 int ORVSvgGenerator::DrawText(const ORVPrintText& text) {
@@ -656,8 +656,10 @@ int ORVSvgGenerator::DrawImage(const ORVPrintImage& image) {
         if (!(std::fabs(p.x) < limit) || !(std::fabs(p.y) < limit)) return kGeneratorDone;
     }
     const std::string id = state.FindImage(image.image);
+    std::string attributes;
+    state.AppendId(attributes, image.id);
     state.PutUse(
-        id, {},
+        id, attributes,
         image.toPage * ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(), 1.0 / image.image.GetHeight()));
     return state.error.empty() ? state.Check() : kDrawingFailed;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 #include "platform/mathematics/geometry.h"
 #include "platform/model/ORVPrtContainerElt.h"
 #include "platform/system/ORVRef.h"
@@ -18,6 +20,16 @@ public:
     const ORVMathPoint2D& GetOrigin() const { return origin_; }
     void SetSize(double width, double height) { width_ = width, height_ = height; }
     void GetSize(double& width, double& height) const { width = width_, height = height_; }
+    /// Whether the page can be printed: width and height are positive, and all of its rectangle is finite.
+    bool HasArea() const {
+        return width_ > 0.0 && height_ > 0.0 && std::isfinite(width_) && std::isfinite(height_) &&
+               std::isfinite(origin_.x) && std::isfinite(origin_.y);
+    }
+    /// The height that the drawing's own y axis, which points down, is mirrored against: a point there lies
+    /// at this height less y in page units. What keeps the drawing's own coordinates, such as the clipping
+    /// boxes of texts, is placed by it. 0 when never set.
+    void SetMirrorHeight(double height) { mirrorHeight_ = height; }
+    double GetMirrorHeight() const { return mirrorHeight_; }
     /// Unit code of the page's coordinates: kUnitNinetiethInch.
     void SetUnits(int units) { units_ = units; }
     int GetUnits() const { return units_; }
@@ -35,6 +47,7 @@ private:
 
     ORVMathPoint2D origin_;
     double width_ = 0.0, height_ = 0.0;
+    double mirrorHeight_ = 0.0;
     int units_ = 0;
     ORVMath2x2Matrix matrix_;
     ORVRef<ORVPrtColourTable> colours_;

@@ -18,7 +18,8 @@ public:
 
     ORVPrtTextElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kText) {}
 
-    /// A box that clips the text; as given, unchecked.
+    /// A box that clips the text; as given, unchecked, in the drawing's own coordinates: y points down from
+    /// the page's mirror height.
     struct ClippingBox {
         double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
     };

@@ -42,6 +42,7 @@ struct ORVPrintShape {
     ORVMathAffine2D toPage;
     const ORVPrintFill* fill = nullptr;
     const ORVPrintStroke* stroke = nullptr;
+    std::string_view id = {};  ///< see ORVPrintGenerator::KeepsIdentifiers
 };
 
 /// One line of shaped text.
@@ -52,6 +53,7 @@ struct ORVPrintText {
     const ORVPrintFill* fill = nullptr;
     const ORVPrintStroke* stroke = nullptr;
     const ORVPrintPath* clip = nullptr;  ///< in page coordinates; null for none
+    std::string_view id = {};            ///< see ORVPrintGenerator::KeepsIdentifiers
 };
 
 /// A pixel image. `toPage` takes the unit square to the page: (0, 0) is the image's upper left corner,
@@ -59,6 +61,7 @@ struct ORVPrintText {
 struct ORVPrintImage {
     const ORVPixelImage& image;
     ORVMathAffine2D toPage;
+    std::string_view id = {};  ///< see ORVPrintGenerator::KeepsIdentifiers
 };
 
 /// What is known of a document before its first page.
@@ -78,15 +81,16 @@ struct ORVPrintPageInfo {
     std::string_view label;
 };
 
-/// A part of the page that belongs together: its texts and the target of its link, all perhaps empty.
+/// A part of the page that belongs together, a single shape that links lead to among them: its texts and the
+/// target of its link, all perhaps empty.
 struct ORVPrintGroup {
     std::string_view id, description;
-    /// Another group of the drawing, named by its id. Empty when the drawing has no such group, so that a
+    /// Another place of the drawing, named by its id. Empty when the drawing has no such place, so that a
     /// link never leads nowhere.
     std::string_view linkElementId;
     std::string_view linkURL;
     int linkShow = 0;           ///< ORVPrintLinkShow
-    bool isLinkTarget = false;  ///< a link leads to this id; true for the first group that bears it
+    bool isLinkTarget = false;  ///< a link leads to this id; true for the first place that bears it
 };
 
 /// Content that a page shows at several places, each time alike but for its map.
@@ -124,6 +128,10 @@ public:
     [[nodiscard]] virtual int EndSymbol() { return 1; }
     static constexpr int kDrawSymbol = 1, kSymbolKnown = 2, kNoSymbols = 3;
 
+    /// Whether the identifiers of single shapes, texts and images are of use here. They come with these calls
+    /// then, unless the shape is a group's content because a link leads to it, or lies within a symbol; for
+    /// others nobody looks them up.
+    virtual bool KeepsIdentifiers() const { return false; }
     [[nodiscard]] virtual int DrawShape(const ORVPrintShape& shape) = 0;
     [[nodiscard]] virtual int DrawText(const ORVPrintText& text) = 0;
     [[nodiscard]] virtual int DrawImage(const ORVPrintImage& image) = 0;

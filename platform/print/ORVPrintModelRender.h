@@ -6,13 +6,16 @@
 
 class ORVPrintGenerator;
 class ORVPrintParameters;
+class ORVPrtImageElt;
 class ORVPrtModel;
+struct ORVPrintProgress;
 
 /// Draws a print model onto a generator: multiplies out transforms, turns colour indices and draw styles
 /// into paints, and every primitive into paths, texts and images. Owns nothing of what it is given.
 class ORV_PLATFORM_EXPORT ORVPrintModelRender {
 public:
-    /// A page whose width or height is not positive, or not finite.
+    /// A page without area: its width or height is not positive, or not finite. When all pages were to be
+    /// drawn, the others are, and the output was closed cleanly; else nothing was drawn.
     static constexpr int kPageWithoutArea = -2;
     /// More primitives than the parameters allow. Nothing was drawn.
     static constexpr int kTooManyPrimitives = -3;
@@ -33,8 +36,8 @@ public:
                         const ORVPrintParameters& parameters);
     virtual ~ORVPrintModelRender();
 
-    /// Draws every page, or those that the parameters name. When the parameters have a model inspector, it
-    /// sees the model first; without a generator that is all.
+    /// Draws every page that has an area, or those that the parameters name. When the parameters have a model
+    /// inspector, it sees the model first; without a generator that is all.
     /// Nothing is thrown, and a document that has begun is always ended.
     /// @return 1 on success, 0 when there is no page or no generator, one of the failures above, or what the
     ///         generator returned when it was not 1
@@ -43,9 +46,12 @@ public:
     virtual int Draw(unsigned int page);
 
 private:
+    int DrawAllPages(bool& begun);
     /// @param numbers  1-based, in the order in which the pages come out
     /// @param begun    out: true once the generator's document has begun, which the caller ends
     int DrawPages(const std::vector<unsigned int>& numbers, bool& begun);
+    /// @param number  place in the output, 1-based
+    int DrawPage(const ORVPrtImageElt& page, unsigned int number, ORVPrintProgress& progress);
     /// Calls `draw` with that flag, and ends the document.
     template <class Work>
     int DrawDocument(Work draw);

@@ -112,9 +112,10 @@ void ORVPrintOutlineBuilder::AddFullEllipse(const ORVEllipseFrame& ellipse) {
     EndContour();
     const ORVEllipseFrame mapped = ellipse.MappedBy(map_);
     if (!IsCountable(mapped)) return;
+    // Dashes begin where the first axis ends, and run clockwise on the page, where y points down.
     const ORVMathPoint2D start = mapped.At(0.0);
     path_.MoveTo(start);
-    AppendArc(mapped, 0.0, ORV2PI);
+    AppendArc(mapped, 0.0, -ORV2PI);
     path_.points.back() = start;
     path_.Close();
 }

@@ -7,9 +7,10 @@
 
 namespace {
 
-/// Calls `visit` for every group and symbol on the pages, for shared ones once.
-template <class Visitor>
-void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visit) {
+/// Calls `visit` for every page, group and symbol, for shared ones once, and `visitLeaf` for what they hold
+/// besides.
+template <class Visitor, class LeafVisitor>
+void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visit, LeafVisitor visitLeaf) {
     std::unordered_set<const ORVPrtGraphicPrimitiveElt*> visited;
     std::vector<const ORVPrtGraphicPrimitiveElt*> open(pages.begin(), pages.end());
     while (!open.empty()) {
@@ -22,7 +23,10 @@ void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visi
         for (std::size_t i = 0; i < children.size(); ++i) {
             children.Prefetch(i);
             const ORVPrtKind kind = children[i]->GetKind();
-            if (kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol) open.push_back(children[i]);
+            if (kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol)
+                open.push_back(children[i]);
+            else if (kind != ORVPrtKind::kPattern)  // which draws nothing
+                visitLeaf(*children[i]);
         }
     }
 }
@@ -36,13 +40,17 @@ std::string_view LinkedId(const ORVPrtGraphicPrimitiveElt& container) {
 
 ORVPrintLinkTargets::ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages) {
     std::unordered_set<std::string_view> wanted;
-    ForEachContainer(pages, [&](const ORVPrtGraphicPrimitiveElt& container) {
-        if (const std::string_view id = LinkedId(container); !id.empty()) wanted.insert(id);
-    });
+    ForEachContainer(
+        pages,
+        [&](const ORVPrtGraphicPrimitiveElt& container) {
+            if (const std::string_view id = LinkedId(container); !id.empty()) wanted.insert(id);
+        },
+        [](const ORVPrtGraphicPrimitiveElt& /*leaf*/) {});
     if (wanted.empty()) return;
-    ForEachContainer(pages, [&](const ORVPrtGraphicPrimitiveElt& container) {
-        if (container.GetKind() == ORVPrtKind::kImage) return;  // pages are not reported as groups
-        const std::string_view id = container.GetID();
-        if (wanted.contains(id)) targets_.insert(id);
-    });
+    const auto findTarget = [&](const ORVPrtGraphicPrimitiveElt& primitive) {
+        if (primitive.GetKind() == ORVPrtKind::kImage) return;  // pages are not reported as groups
+        const std::string_view id = primitive.GetID();
+        if (!id.empty() && wanted.contains(id)) targets_.insert(id);
+    };
+    ForEachContainer(pages, findTarget, findTarget);
 }

@@ -9,12 +9,14 @@ class ORVPrtImageElt;
 /// The identifiers within a drawing that its links lead to.
 class ORVPrintLinkTargets {
 public:
-    /// Looks for links on `pages` and for the groups that they name. Views refer to the model.
+    /// Looks for links on `pages`, and, when there are any, for what they name: groups, shapes, texts,
+    /// images. Views refer to the model.
     explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages);
 
-    /// True when the drawing has a group of that identifier and a link that leads to it.
+    bool IsEmpty() const { return targets_.empty(); }
+    /// True when something on the pages has that identifier and a link leads to it.
     bool Contains(std::string_view id) const { return targets_.contains(id); }
-    /// True for the first group that is drawn under an identifier that links lead to.
+    /// True for the first thing that is drawn under an identifier that links lead to.
     bool Arrive(std::string_view id) { return targets_.contains(id) && arrived_.insert(id).second; }
 
 private:

@@ -76,8 +76,9 @@ ORVPrintSymbolTable::Content ORVPrintSymbolTable::OwnContent(
     const ORVPrtGraphicPrimitiveElt& primitive) const {
     Content content;
     VisitPrimitive(primitive, [&]<class Primitive>(const Primitive& one) {
+        content.isReported = !links_.IsEmpty() && links_.Contains(one.GetID());
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt> || std::is_same_v<Primitive, ORVPrtSymbolElt>)
-            content.isReported = !one.GetDescription().IsEmpty() || links_.Contains(one.GetID());
+            content.isReported = content.isReported || !one.GetDescription().IsEmpty();
         if constexpr (std::is_same_v<Primitive, ORVPrtGroupElt>) {
             const ORVPrintLinkURI& link = one.GetGroupAttributes().GetLinkURI();
             content.isReported =
@@ -131,7 +132,7 @@ ORVPrintSymbolTable::Content ORVPrintSymbolTable::Survey(const ORVPrtGraphicPrim
 }
 
 bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& map,
-                               const ORVPrtImageElt& page, double drawingTop, ORVPrintSymbolPlace& place) {
+                               const ORVPrtImageElt& page, ORVPrintSymbolPlace& place) {
     auto entry = entries_.find(&primitive);
     if (entry == entries_.end()) {
         Survey(primitive);
@@ -145,15 +146,16 @@ bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const
 
     std::list<Variant>& variants = entry->second.variants;
     const ORVPrtColourTable* colours = page.GetColourTable();
+    const double mirrorHeight = page.GetMirrorHeight();
     const auto fitting = [&](const Variant& variant) {
-        return variant.colours == colours && variant.drawingTop == drawingTop &&
+        return variant.colours == colours && variant.mirrorHeight == mirrorHeight &&
                IsNear(variant.toSymbol, map);
     };
     auto variant = std::find_if(variants.begin(), variants.end(), fitting);
     if (variant == variants.end()) {
         if (variants.size() == kMostVariants) return false;
         // Stored as the first place shows it, so that places which are but moved need no factors.
-        variants.push_back({LinearPart(map), colours, drawingTop, NewKey()});
+        variants.push_back({LinearPart(map), colours, mirrorHeight, NewKey()});
         variant = std::prev(variants.end());
     }
     place.key = variant->key;

@@ -32,7 +32,7 @@ public:
     /// @param place  written when there is one
     /// @return false when the primitive is to be drawn as it is
     bool Find(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& map,
-              const ORVPrtImageElt& page, double drawingTop, ORVPrintSymbolPlace& place);
+              const ORVPrtImageElt& page, ORVPrintSymbolPlace& place);
 
 private:
     /// What a primitive takes to draw.
@@ -46,7 +46,7 @@ private:
     struct Variant {
         ORVMathAffine2D toSymbol;
         const ORVPrtColourTable* colours;
-        double drawingTop;
+        double mirrorHeight;  // of the page, which places clipping boxes
         const void* key;
     };
     struct Entry {

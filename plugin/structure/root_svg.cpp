@@ -82,6 +82,7 @@ void SizePage(SvgDrawState& state, const Element& element) {
         state.page->SetOrigin({0.0, -state.pageHeight});
         state.pageHeight = 0.0;
     }
+    state.page->SetMirrorHeight(state.pageHeight);
 }
 
 template <SvgElementAccess Element>

@@ -220,6 +220,15 @@ TEST_F(BatchTest, GoesOnWhenAsked) {
     }
 }
 
+TEST_F(BatchTest, PagesBesideOneWithoutAreaArePrinted) {
+    WriteFile("set.svg", "<svg><svg width='90' height='90'/><svg width='0' height='9'/></svg>");
+    const ToolRun run = Run({"set.svg", "a.svg", "--out-dir", "out", "-f", "pdf", "--keep-going"});
+    EXPECT_EQ(run.exitCode, 11);
+    EXPECT_THAT(run.errors, HasSubstr("orvprint: failed: set.svg: page 2 has no area"));
+    EXPECT_THAT(run.errors, HasSubstr("\norvprint: 1 of 2 converted, 1 failed, "));
+    EXPECT_THAT(FilesIn("out"), ElementsAre("a.pdf", "set.pdf"));
+}
+
 TEST_F(BatchTest, StrictnessIsAFailureOfTheInputAtFault) {
     WriteFile("odd.svg", SmallDrawing("<rect width='9' height='9' fill='no-colour'/>"));
     const std::vector<std::string> arguments{"odd.svg", "a.svg", "--out-dir", "out", "-f", "pdf", "--strict"};

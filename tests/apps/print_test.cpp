@@ -254,6 +254,85 @@ TEST_F(PrintTest, PrintingThatFailsSaysWhy) {
     EXPECT_EQ(Run({"two.svg", "-o", "a.pdf", "--max-primitives", "4"}).exitCode, 0);
 }
 
+TEST_F(PrintTest, PagesWithoutAreaArePassedOverAndTold) {
+    const std::string flat = "<svg width='0' height='9'/>", page = "<svg width='90' height='90'/>";
+    WriteFile("set.svg", "<svg>" + page + flat + page + "</svg>");
+    WriteFile("flats.svg", "<svg>" + flat + page + flat + flat + "</svg>");
+    WriteFile("flat.svg", flat);
+    WriteFile("endless.svg", "<svg>" + page + "<svg width='1e999' height='9'/></svg>");
+    WriteFile("set.qvxml", "<r>" + page + flat + "</r>");
+    struct Row {
+        std::vector<std::string> inputs;
+        std::string complaint;
+        const char* pages;
+    };
+    for (const Row& row : {Row{{"set.svg"}, "set.svg: page 2 has no area", "2"},
+                           Row{{"flats.svg"}, "flats.svg: pages 1, 3 and 4 have no area", "1"},
+                           Row{{"endless.svg"}, "endless.svg: page 2 has no area", "1"},
+                           Row{{"set.qvxml"}, "set.qvxml: page 2 has no area", "1"},
+                           Row{{"a.svg", "set.svg"}, "set.svg: page 3 has no area", "3"},
+                           Row{{"a.svg", "flat.svg"}, "flat.svg: page 2 has no area", "1"}}) {
+        std::vector<std::string> arguments = row.inputs;
+        arguments.insert(arguments.end(), {"-o", "out.pdf"});
+        ExpectComplaint(Run(arguments), 9, row.complaint);
+        ExpectSoundPdf("out.pdf");
+        EXPECT_THAT(PdfInfo("out.pdf"), HasSubstr(std::string("Pages:           ") + row.pages + "\n"));
+        std::filesystem::remove(Folder() / "out.pdf");
+    }
+    // Files of one page each are numbered as they come out.
+    EXPECT_EQ(Run({"set.svg", "-o", "out.svg"}).exitCode, 9);
+    EXPECT_TRUE(Exists("out-1.svg") && Exists("out-2.svg") && !Exists("out-3.svg"));
+}
+
+TEST_F(PrintTest, PageWithoutAreaThatIsAskedForOrAlonePrintsNothing) {
+    const std::string flat = "<svg width='0' height='9'/>", page = "<svg width='90' height='90'/>";
+    WriteFile("set.svg", "<svg>" + page + flat + page + "</svg>");
+    WriteFile("flat.svg", flat);
+    WriteFile("flats.svg", "<svg>" + flat + flat + "</svg>");
+    for (const char* pages : {"2", "1,2", "1-3"})
+        ExpectComplaint(Run({"set.svg", "-o", "out.pdf", "--pages", pages}), 9,
+                        "set.svg: page 2 has no area");
+    ExpectComplaint(Run({"flat.svg", "-o", "out.pdf"}), 9, "flat.svg: page 1 has no area");
+    ExpectComplaint(Run({"flats.svg", "-o", "out.pdf"}), 9, "flats.svg: pages 1 and 2 have no area");
+    ExpectComplaint(Run({"flat.svg", "-f", "pdf", "-o", "-"}), 9, "flat.svg: page 1 has no area");
+    EXPECT_FALSE(Exists("out.pdf"));
+    EXPECT_EQ(Run({"set.svg", "-o", "out.pdf", "--pages", "1,3"}).exitCode, 0);
+}
+
+TEST_F(PrintTest, LinksLeadToEveryKindOfElement) {
+    const std::vector<std::string> elements{
+        "<rect id='goal' x='20' y='30' width='9' height='9' fill='red'/>",
+        "<circle id='goal' cx='24' cy='34' r='4' fill='red'/>",
+        "<ellipse id='goal' cx='24' cy='34' rx='4' ry='4' fill='red'/>",
+        "<line id='goal' x1='20' y1='30' x2='40' y2='40' stroke='red'/>",
+        "<polygon id='goal' points='20,30 40,30 40,40' fill='red'/>",
+        "<polyline id='goal' points='20,30 40,30 40,40' fill='none' stroke='red'/>",
+        "<path id='goal' d='M20 30L40 30 40 40z' fill='red'/>",
+        "<text id='goal' x='20' y='40' fill='red'>goal</text>",
+        "<image id='goal' x='20' y='30' width='9' height='9' xlink:href='data:image/png;base64,"
+        "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8BQDwAEhQGAhKmMIQAAAABJRU5ErkJggg=='/>",
+        "<g id='goal'><rect x='20' y='30' width='9' height='9' fill='red'/></g>"};
+    for (const std::string& element : elements) {
+        SCOPED_TRACE(element);
+        const std::string link =
+            "<a xlink:href='#goal'><rect width='9' height='9' fill='blue'/></a><rect id='other' y='50' "
+            "width='9' "
+            "height='9' fill='red'/>";
+        WriteFile("link.svg", "<svg width='180' height='90' xmlns:xlink='http://www.w3.org/1999/xlink'>" +
+                                  link + element + "</svg>");
+        EXPECT_EQ(Run({"link.svg", "-o", "link.pdf"}).exitCode, 0);
+        ExpectSoundPdf("link.pdf");
+        const std::string places = RunProgram({"pdfinfo", "-dests", "link.pdf"}).output;
+        EXPECT_THAT(places, HasSubstr("\"goal\""));
+        EXPECT_THAT(places, testing::Not(HasSubstr("\"other\"")));
+        EXPECT_THAT(RunProgram({"qpdf", "--qdf", "--object-streams=disable", "link.pdf", "-"}).output,
+                    HasSubstr("/Dest (goal)"));
+        EXPECT_EQ(Run({"link.svg", "-o", "out.svg"}).exitCode, 0);
+        for (const char* id : {"id=\"goal\"", "id=\"other\"", "xlink:href=\"#goal\""})
+            EXPECT_THAT(ReadFile("out.svg"), HasSubstr(id));
+    }
+}
+
 TEST_F(PrintTest, FailureLeavesWhatWasThereAndNothingElse) {
     WriteFile("keep.pdf", "old");
     WriteFile("vast.svg", "<svg width='99999' height='99999'/>");

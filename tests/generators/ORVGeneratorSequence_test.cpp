@@ -1,10 +1,15 @@
 #include "generators/common/ORVGeneratorSequence.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/generators/drawing_calls.h"
 #include "tests/platform/print/recording_generator.h"
 
 namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
 
 void DrawOnePage(ORVPrintGenerator& generator, const char* title) {
     ASSERT_EQ(generator.BeginDocument({title, 1}), 1);
@@ -34,6 +39,27 @@ TEST(ORVGeneratorSequenceTest, MakesOneDocumentOfSeveralDrawings) {
               "page 1 10x10\ngroup #a ->#b ->http://x/\nend group\nend page\n"
               "page 2 10x10\ngroup #2:a ->#2:b ->http://x/\nend group\nend page\n"
               "end document\n");
+}
+
+TEST(ORVGeneratorSequenceTest, IdentifiersOfShapesAreKeptApart) {
+    RecordingGenerator target;
+    ORVGeneratorSequence sequence(target, 0);
+    EXPECT_FALSE(sequence.KeepsIdentifiers());
+    target.KeepIdentifiers();
+    EXPECT_TRUE(sequence.KeepsIdentifiers());
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    const auto image = PlainImage(1, 1, {});
+    for (int drawing = 0; drawing < 2; ++drawing) {
+        EXPECT_EQ(sequence.BeginDocument({}), 1);
+        EXPECT_EQ(sequence.DrawShape({path, {}, &fill, nullptr, "s"}), 1);
+        EXPECT_EQ(sequence.DrawShape({path, {}, &fill, nullptr}), 1);
+        EXPECT_EQ(sequence.DrawText({{}, "Word", {}, &fill, nullptr, nullptr, "t"}), 1);
+        EXPECT_EQ(sequence.DrawImage({*image, {}, "i"}), 1);
+    }
+    EXPECT_THAT(target.GetDrawn(),
+                ElementsAre(EndsWith("Z #s"), EndsWith("Z"), EndsWith(" #t"), EndsWith(" #i"),
+                            EndsWith("Z #2:s"), EndsWith("Z"), EndsWith(" #2:t"), EndsWith(" #2:i")));
 }
 
 TEST(ORVGeneratorSequenceTest, EndsOnlyWhatBegan) {

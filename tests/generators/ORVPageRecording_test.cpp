@@ -32,7 +32,7 @@ void DrawEverything(Target& target) {
     stroke.dashes = dashes;
     stroke.cap = ORVPrintStroke::Cap::kRound;
     ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, &fill, &stroke}), 1);
-    ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, nullptr, &stroke}), 1);
+    ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, nullptr, &stroke, "shape"}), 1);
     fill.pattern = image.get();
     fill.patternToPage = {1, 0, 0, 1, 7, 8};
     ASSERT_EQ(target.DrawShape({path, {}, &fill, nullptr}), 1);
@@ -43,10 +43,10 @@ void DrawEverything(Target& target) {
     const std::string words = "some words";
     const ORVTextLayout layout = ORVLayoutText(words, {});
     const ORVPrintPath clip = RectanglePath(0, 0, 9, 9);
-    ASSERT_EQ(target.DrawText({layout, words, {1, 0, 0, -1, 10, 20}, &fill, nullptr, &clip}), 1);
+    ASSERT_EQ(target.DrawText({layout, words, {1, 0, 0, -1, 10, 20}, &fill, nullptr, &clip, "text"}), 1);
     ASSERT_EQ(target.EndClip(), 1);
     ASSERT_EQ(target.EndGroup(), 1);
-    ASSERT_EQ(target.DrawImage({*image, {10, 0, 0, 20, 5, 5}}), 1);
+    ASSERT_EQ(target.DrawImage({*image, {10, 0, 0, 20, 5, 5}, "image"}), 1);
 }
 
 ORVMathBox2D Box(double xMin, double yMin, double xMax, double yMax) {

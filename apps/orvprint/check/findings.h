@@ -33,6 +33,7 @@ enum class FindingCode : std::uint8_t {
     kUnreachableReference,
     kBadReference,
     kDuplicateId,
+    kScriptLink,
     kImageMissing,
     kImageRefused,
     kImageRemote,

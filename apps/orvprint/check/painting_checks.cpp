@@ -27,8 +27,10 @@ Painting PaintingOf(ElementName name, const PathFacts& path, int drawStyle) {
     Painting painting;
     painting.isOpenLine = name == ElementName::kLine || name == ElementName::kPolyline;
     // A path of two points has lost its inside by the time it is painted. Without one, its lines and
-    // Beziers stand for themselves; arcs know of fills.
-    painting.isBarePath = path.hasRuns && (path.vertices <= 2 || !Fills(drawStyle));
+    // Beziers stand for themselves; so do its arcs, but these know when they are hidden.
+    const bool hasNoInside = path.vertices <= 2;
+    painting.isBarePath = (path.hasRuns && (hasNoInside || !Fills(drawStyle))) ||
+                          (path.hasArcs && hasNoInside && drawStyle != kDrawNothing);
     painting.hasCurves = path.hasCurves;
     painting.fills = !painting.IsLine() && Fills(drawStyle);
     painting.strokes = painting.IsLine() || Strokes(drawStyle);

@@ -1,5 +1,6 @@
 #include "apps/orvprint/check/reference_checks.h"
 
+#include "platform/print/link_addresses.h"
 #include "plugin/geometry/markers.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/values/length.h"
@@ -57,6 +58,9 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
 void CheckLink(CheckContext& check, const NumberedElement& element, std::string_view value) {
     if (value.starts_with('#') && !check.identifiers.IsInDocument(value.substr(1)))
         check.findings.Note(kMissingReference, element, "xlink:href", value, kNoSuchElement);
+    if (ORVIsScriptAddress(value))
+        check.findings.Note(kScriptLink, element, "xlink:href", value,
+                            "is left out: it would run something where it is opened");
 }
 
 void CheckMarkerReference(CheckContext& check, const NumberedElement& element,

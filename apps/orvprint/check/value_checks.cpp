@@ -259,7 +259,8 @@ MaybeProblem CheckPathData(std::string_view value, PathFacts& facts) {
         const std::size_t group = ArgumentsOf(letter);
         const char kind = static_cast<char>(letter | 0x20);
         facts.vertices += group == 0 ? 1 : count / group;
-        facts.hasCurves |= kind == 'c' || kind == 's' || kind == 'q' || kind == 't';
+        facts.hasArcs |= kind == 'a' && count >= group;
+        facts.hasCurves |= facts.hasArcs || kind == 'c' || kind == 's' || kind == 'q' || kind == 't';
         // The first pair of a move draws nothing.
         facts.hasRuns |= kind != 'a' && (group == 0 || count / group > (kind == 'm' ? 1U : 0U));
     }

@@ -37,7 +37,8 @@ MaybeProblem CheckDashArray(std::string_view value);
 /// What path data come to.
 struct PathFacts {
     std::size_t vertices = 0;  ///< as the interpreter counts them
-    bool hasCurves = false;    ///< Beziers
+    bool hasCurves = false;    ///< Beziers or arcs
+    bool hasArcs = false;      ///< stroked where nothing fills, unless hidden
     bool hasRuns = false;      ///< lines or Beziers, which are stroked where nothing fills
 };
 /// As for PathDataInterpreter.

@@ -65,6 +65,23 @@ TEST(PdfDocumentTest, EmptyAndNestedLinksDoNotDisturb) {
     EXPECT_THAT(document.Plain(), Not(HasSubstr("(http://inner/)")));
 }
 
+TEST(PdfDocumentTest, LinksRunNothing) {
+    for (const auto& [address, isWritten] : {std::pair{"javascript:alert(1)", false}, {"mailto:a@b", true}}) {
+        DrawnPdf document;
+        document.BeginPage();
+        ORVPrintGroup link;
+        link.linkURL = address;
+        EXPECT_EQ(document.Get().BeginGroup(link), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 20.0, 20.0, 9.0, 9.0), 1);
+        EXPECT_EQ(document.Get().EndGroup(), 1);
+        document.EndPage();
+        document.Finish();
+        const std::string plain = document.Plain();
+        for (const char* part : {"/Annots", "/URI"})
+            EXPECT_EQ(plain.find(part) != plain.npos, isWritten) << address;
+    }
+}
+
 TEST(PdfDocumentTest, TitlesOfPagesBecomeTheOutlineAndLabelsTheirNames) {
     DrawnPdf document;
     for (const auto& [title, label] : {std::pair{"Ground floor", ""}, {"", "A2"}, {"Größe", ""}, {"", ""}}) {

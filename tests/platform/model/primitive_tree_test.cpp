@@ -177,6 +177,21 @@ TEST(VisitPrimitiveTest, GivesEveryClassAsItself) {
     }
 }
 
+TEST(PrimitiveClassesTest, ContainersAreThoseThatHaveChildren) {
+    std::string containers;
+    for (const auto& primitive : OneOfEach()) {
+        const bool isContainer = primitive->IsAKindOf("ORVPrtContainerElt");
+        EXPECT_EQ(isContainer, primitive->GetChildList() != nullptr) << primitive->IsA();
+        if (isContainer) containers.append(primitive->IsA()).append(1, ' ');
+        for (const char* base : {"ORVPrtGraphicPrimitiveElt", "ORVBaseObject"})
+            EXPECT_TRUE(primitive->IsAKindOf(base)) << primitive->IsA();
+    }
+    EXPECT_EQ(
+        containers,
+        "ORVPrtClosedFigureElt ORVPrtClosedFigureRegionElt ORVPrtGroupElt ORVPrtImageElt ORVPrtPatternElt "
+        "ORVPrtSymbolElt ");
+}
+
 TEST(PrimitiveTreeTest, DuplicatesOfEveryClassKeepClassNamesAndSets) {
     ORVPrtStrokeAttributes stroke;
     stroke.SetStrokeWidth(7.0);

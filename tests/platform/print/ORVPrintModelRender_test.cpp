@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -12,11 +13,14 @@
 #include "platform/print/ORVPrintParameters.h"
 #include "tests/platform/print/make_primitives.h"
 #include "tests/platform/print/recording_generator.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/named_rows.h"
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -169,8 +173,20 @@ INSTANTIATE_TEST_SUITE_P(Dash, DashTest,
 
 TEST(ModelRenderTest, CircleIsFourCurvesWhenSmall) {
     const auto drawn = Drawn({MakeCircle(10.0, 40.0, 10.0)});
-    EXPECT_THAT(drawn, ElementsAre("fill #000000 M20,10 C20,4.477 15.523,0 10,0 C4.477,0 0,4.477 0,10 "
-                                   "C0,15.523 4.477,20 10,20 C15.523,20 20,15.523 20,10 Z"));
+    EXPECT_THAT(drawn, ElementsAre("fill #000000 M20,10 C20,15.523 15.523,20 10,20 C4.477,20 0,15.523 0,10 "
+                                   "C0,4.477 4.477,0 10,0 C15.523,0 20,4.477 20,10 Z"));
+}
+
+TEST(ModelRenderTest, DashesOfEllipsesBeginAtTheRightAndRunClockwise) {
+    const auto ellipse = Make<ORVPrtEllipseElt>();
+    ellipse->SetCenter({20.0, 40.0});
+    ellipse->SetHorzRadius(20.0);
+    ellipse->SetVertRadius(10.0);
+    ellipse->SetDrawStyle(kDrawStroke);
+    ellipse->SetStrokeAttributes(Dashed({4.0F, 2.0F}));
+    // From the right end of the ellipse downwards.
+    EXPECT_THAT(Drawn({ellipse}),
+                ElementsAre(StartsWith("stroke #000000 w1 d4,2 M40,10 C40,15.523 31.046,20 20,20")));
 }
 
 TEST(ModelRenderTest, RadiiThatAreNotPositiveDrawNothing) {
@@ -221,11 +237,23 @@ TEST(ModelRenderTest, ArcRunsFromItsStartToItsEnd) {
     EXPECT_THAT(Drawn({down}), ElementsAre("stroke #000000 w1 M0,-10 C5.523,-10 10,-5.523 10,0"));
 }
 
-TEST(ModelRenderTest, ArcObeysItsDrawStyle) {
+TEST(ModelRenderTest, ArcByItselfIsStrokedAndNeverFilled) {
+    for (const int style : {kDrawStroke, kDrawFill, kDrawFillAndStroke, kDrawUndecided}) {
+        const auto arc = MakeArc(0.0, 50.0, 10.0, 10.0, 0.0, ORVPI / 2.0);
+        arc->SetDrawStyle(style);
+        EXPECT_THAT(Drawn({arc}), ElementsAre("stroke #000000 w1 M10,0 C10,-5.523 5.523,-10 0,-10")) << style;
+    }
     const auto hidden = MakeArc(0.0, 50.0, 10.0, 10.0, 0.0, 1.0);
     hidden->SetDrawStyle(kDrawNothing);
-    const auto filled = MakeArc(0.0, 50.0, 10.0, 10.0, 0.0, 1.0);
-    EXPECT_THAT(Drawn({hidden, filled}), ElementsAre(StartsWith("fill #000000 M")));
+    EXPECT_THAT(Drawn({hidden}), IsEmpty());
+}
+
+TEST(ModelRenderTest, FilledArcsThatMeetAreOneLine) {
+    const auto group = MakeContainer<ORVPrtGroupElt>({MakeArc(0.0, 50.0, 10.0, 10.0, 0.0, ORVPI / 2.0),
+                                                      MakeArc(0.0, 50.0, 10.0, 10.0, ORVPI / 2.0, ORVPI)});
+    EXPECT_THAT(
+        Drawn({group}),
+        ElementsAre("stroke #000000 w1 M10,0 C10,-5.523 5.523,-10 0,-10 C-5.523,-10 -10,-5.523 -10,0"));
 }
 
 TEST(ModelRenderTest, PiecesOfAPathAreStrokedAsOneLine) {
@@ -325,6 +353,19 @@ TEST(ModelRenderTest, PatternFillTilesFromThePageOrigin) {
     EXPECT_THAT(Drawn({rectangle}), ElementsAre(StartsWith("fill pattern@255[1 0 0 1 0 0] M")));
 }
 
+TEST(ModelRenderTest, PatternTileIsAsLargeAsItsImageStates) {
+    const auto image = ReadBmp(BmpToWrite::Info(1, 1, 24).With({0, 0, 0, 0}));
+    ASSERT_TRUE(image);
+    ASSERT_EQ(image->GetHorizontalResolution(), 2835.0);  // pixels per metre; a unit has 3543.3 of them
+    ASSERT_EQ(image->GetVerticalResolution(), 3780.0);
+    const auto rectangle = MakeRectangle(10.0, 10.0, 20.0, 20.0);
+    ORVPrtFillAttributes fill;
+    fill.SetFillStyle(kFillPattern);
+    fill.SetFillPatternImage(image.get());
+    rectangle->SetFillAttributes(fill);
+    EXPECT_THAT(Drawn({rectangle}), ElementsAre(StartsWith("fill pattern@255[1.25 0 0 0.937 0 0] M")));
+}
+
 TEST(ModelRenderTest, PatternWithoutBitmapLeavesTheColour) {
     const auto rectangle = MakeRectangle(10.0, 10.0, 20.0, 20.0);
     ORVPrtFillAttributes fill;
@@ -380,10 +421,67 @@ TEST(ModelRenderTest, TextIsTurnedAndSlantedAboutItsPosition) {
     EXPECT_THAT(Drawn({text}), ElementsAre(HasSubstr("[1 1 0 -1 10 10]")));
 }
 
-TEST(ModelRenderTest, ClippingBoxIsMeasuredDownwardsFromTheTop) {
+struct ClipCase {
+    const char* name;
+    double mirrorHeight;
+    ORVMathPoint2D origin;  // of the page
+    const char* expected;
+};
+class ClippedTextTest : public testing::TestWithParam<ClipCase> {
+protected:
+    /// The drawn text, clipped by a box of 30 x 10 at (1, 2).
+    std::string DrawnText(const ORVPrtTransformAttributes& transform = {}) {
+        OnePage page;
+        page.GetPage().SetOrigin(GetParam().origin);
+        page.GetPage().SetMirrorHeight(GetParam().mirrorHeight);
+        const auto text = MakeText("Word", GetParam().origin.x + 10.0, GetParam().origin.y + 40.0);
+        text->SetClippingBox(1.0, 2.0, 30.0, 10.0);
+        text->SetTransformAttributes(transform);
+        page.Add(text);
+        RecordingGenerator generator;
+        DrawAll(page, generator);
+        return generator.GetDrawn().at(0);
+    }
+};
+
+TEST_P(ClippedTextTest, BoxIsMeasuredDownwardsFromTheMirrorHeight) {
+    EXPECT_THAT(DrawnText(), HasSubstr(GetParam().expected));
+}
+
+// Which end of its page's box zero is, or whether it is none of them, does not matter.
+INSTANTIATE_TEST_SUITE_P(
+    Pages, ClippedTextTest,
+    testing::Values(
+        ClipCase{
+            "Document", 50.0, {0.0, 0.0}, " [1 0 0 -1 10 10] fill #000000 clip M1,2 L31,2 L31,12 L1,12 Z"},
+        ClipCase{
+            "Fragment", 0.0, {0.0, -50.0}, " [1 0 0 -1 10 10] fill #000000 clip M1,2 L31,2 L31,12 L1,12 Z"},
+        ClipCase{"FragmentThatBeginsElsewhere",
+                 0.0,
+                 {5.0, -70.0},
+                 " [1 0 0 -1 10 10] fill #000000 clip M-4,-18 L26,-18 L26,-8 L-4,-8 Z"},
+        ClipCase{"DocumentThatBeginsAtItsHeight",
+                 50.0,
+                 {0.0, -50.0},
+                 " [1 0 0 -1 10 10] fill #000000 clip M1,-48 L31,-48 L31,-38 L1,-38 Z"}),
+    kNameOfRow);
+
+TEST(ModelRenderTest, ClippingBoxMovesWithItsText) {
     const auto text = MakeText("Word", 10.0, 40.0);
     text->SetClippingBox(1.0, 2.0, 30.0, 10.0);
-    EXPECT_THAT(Drawn({text}), ElementsAre(HasSubstr(" clip M1,2 L31,2 L31,12 L1,12 Z")));
+    text->SetTransformAttributes(Matrix(2.0, 0.0, 0.0, 1.0));
+    const auto group = MakeContainer<ORVPrtGroupElt>({text});
+    group->SetTransformAttributes(Translation(3.0, -5.0));
+    EXPECT_THAT(Drawn({group}), ElementsAre(HasSubstr(" clip M5,57 L65,57 L65,67 L5,67 Z")));
+}
+
+TEST(ModelRenderTest, ClippingBoxThatIsNotFiniteCutsNothingOff) {
+    const double bad = std::numeric_limits<double>::infinity();
+    for (const auto& [x, height] : {std::pair{bad, 10.0}, {-bad, 10.0}, {0.0, bad}, {0.0, std::nan("")}}) {
+        const auto text = MakeText("Word", 10.0, 40.0);
+        text->SetClippingBox(x, 2.0, 30.0, height);
+        EXPECT_THAT(Drawn({text}), ElementsAre(Not(HasSubstr("clip")))) << x << " " << height;
+    }
 }
 
 TEST(ModelRenderTest, GroupsThatSaySomethingAreReported) {
@@ -430,6 +528,114 @@ TEST(ModelRenderTest, LinksLeadOnlyToGroupsThatAreThere) {
                                     "group #other"));
 }
 
+/// A rectangle, a line, a text and an image, called "shape" each, one after the other.
+std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> NamedShapes() {
+    const auto bitmap = Make<ORVPrtBitmapImageElt>();
+    bitmap->SetSize(30.0, 15.0);
+    bitmap->SetPixelImage(MakeImage(2, 3).get());
+    std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> shapes{
+        MakeRectangle(0.0, 0.0, 1.0, 1.0), MakePoints<ORVPrtPolylineElt>({{0.0, 50.0}, {6.0, 50.0}}),
+        MakeText("Word", 10.0, 40.0), bitmap};
+    for (const auto& shape : shapes) shape->SetID("shape");
+    return shapes;
+}
+
+std::vector<std::string> PageLines(const RecordingGenerator& generator) {
+    const std::vector<std::string>& lines = generator.GetLines();
+    return {lines.begin() + 2, lines.end() - 2};  // without document and page
+}
+
+TEST(ModelRenderTest, ShapeThatALinkLeadsToIsAGroupOfItsOwn) {
+    for (const auto& shape : NamedShapes())
+        for (const bool keepsIdentifiers : {false, true}) {
+            OnePage page;
+            page.Add(MakeLink("shape", ""));
+            page.Add(shape);
+            page.Add(MakeRectangle(2.0, 0.0, 3.0, 1.0));
+            RecordingGenerator generator;
+            if (keepsIdentifiers) generator.KeepIdentifiers();
+            EXPECT_EQ(DrawAll(page, generator), 1);
+            EXPECT_THAT(PageLines(generator),
+                        ElementsAre("group ->#shape", "end group", "group #shape target",
+                                    Not(HasSubstr("#shape")), "end group", StartsWith("fill #000000 M2,50")));
+        }
+}
+
+TEST(ModelRenderTest, OtherShapesSayTheirIdentifiersWhereTheyAreOfUse) {
+    for (const auto& shape : NamedShapes()) {
+        OnePage page;
+        page.Add(shape);
+        page.Add(MakeRectangle(2.0, 0.0, 3.0, 1.0));
+        RecordingGenerator indifferent, keen;
+        keen.KeepIdentifiers();
+        EXPECT_EQ(DrawAll(page, indifferent), 1);
+        EXPECT_EQ(DrawAll(page, keen), 1);
+        EXPECT_THAT(PageLines(indifferent),
+                    ElementsAre(Not(HasSubstr("#shape")), StartsWith("fill #000000 M2,50")));
+        EXPECT_THAT(PageLines(keen), ElementsAre(EndsWith(" #shape"), StartsWith("fill #000000 M2,50")));
+        EXPECT_THAT(PageLines(keen).back(), Not(HasSubstr("#shape")));
+    }
+}
+
+TEST(ModelRenderTest, FirstPlaceUnderAnIdentifierIsTheTargetOfItsLinks) {
+    const auto first = MakeRectangle(0.0, 0.0, 1.0, 1.0), second = MakeRectangle(2.0, 0.0, 3.0, 1.0);
+    const auto group = Make<ORVPrtGroupElt>();
+    for (ORVPrtGraphicPrimitiveElt* named :
+         std::initializer_list<ORVPrtGraphicPrimitiveElt*>{first.get(), second.get(), group.get()})
+        named->SetID("here");
+    OnePage page;
+    page.Add(first);
+    page.Add(second);
+    page.Add(group);
+    page.Add(MakeLink("here", ""));
+    RecordingGenerator generator;
+    DrawAll(page, generator);
+    EXPECT_THAT(PageLines(generator), ElementsAre("group #here target", StartsWith("fill #000000 M0,50"),
+                                                  "end group", StartsWith("fill #000000 M2,50"),
+                                                  "group #here", "end group", "group ->#here", "end group"));
+}
+
+TEST(ModelRenderTest, NamedLinesAreNoPiecesOfOthers) {
+    const auto curve = [](double x, const char* id) {
+        auto one =
+            MakePoints<ORVPrtPolyCubicBezierElt>({{x, 50.0}, {x, 40.0}, {x + 5.0, 40.0}, {x + 5.0, 50.0}});
+        one->SetID(id);
+        return one;
+    };
+    OnePage page;
+    for (const auto& piece : {curve(0.0, ""), curve(5.0, "n"), curve(10.0, "")}) page.Add(piece);
+    RecordingGenerator keen;
+    keen.KeepIdentifiers();
+    DrawAll(page, keen);
+    EXPECT_THAT(keen.GetDrawn(), ElementsAre(HasSubstr(" M0,0 "), AllOf(HasSubstr(" M5,0 "), EndsWith(" #n")),
+                                             HasSubstr(" M10,0 ")));
+    // Where nobody asks, they are one line as before.
+    RecordingGenerator indifferent;
+    DrawAll(page, indifferent);
+    EXPECT_EQ(indifferent.GetDrawn().size(), 1U);
+}
+
+TEST(ModelRenderTest, DrawingThatEndsInANamedShapeClosesItsGroup) {
+    const auto rectangle = MakeRectangle(0.0, 0.0, 100.0, 50.0);
+    rectangle->SetID("here");
+    const auto group = MakeContainer<ORVPrtGroupElt>({rectangle});
+    OnePage page;
+    page.Add(MakeLink("here", ""));
+    page.Add(group);
+    for (int i = 0; i < 100; ++i) page.Add(group);
+    ORVPrintParameters parameters;
+    parameters.SetRepeatLimit(0);
+    RecordingGenerator generator;
+    EXPECT_EQ(DrawAll(page, generator, parameters), ORVPrintModelRender::kTooManyRepeats);
+    int open = 0;
+    for (const std::string& line : generator.GetLines()) {
+        if (line.starts_with("group")) ++open;
+        if (line == "end group") --open;
+    }
+    EXPECT_EQ(open, 0);
+    EXPECT_THAT(generator.GetText(), EndsWith("end page\nend document\n"));
+}
+
 TEST(ModelRenderTest, DeepTreesCostNoStack) {
     ORVRef<ORVPrtGraphicPrimitiveElt> tree = MakeLine(0.0, 50.0, 1.0, 50.0);
     for (int i = 0; i < 100'000; ++i) tree = MakeContainer<ORVPrtGroupElt>({tree});
@@ -462,6 +668,54 @@ TEST(ModelRenderTest, PageWithoutAreaBeginsNoOutput) {
         EXPECT_EQ(DrawAll(page, generator), ORVPrintModelRender::kPageWithoutArea);
         EXPECT_THAT(generator.GetLines(), IsEmpty());
     }
+}
+
+/// The widths of the pages that come out of a document with pages of these widths.
+std::string DrawnWidths(const std::vector<double>& widths, int expectedResult,
+                        const ORVPrintParameters& parameters = {}) {
+    const ORVRef<ORVPrtModel> model(new ORVPrtModel);
+    for (const double width : widths) {
+        const auto page = Make<ORVPrtImageElt>();
+        page->SetSize(width, 1.0);
+        model->AddImage(page.get());
+    }
+    RecordingGenerator generator;
+    EXPECT_EQ(ORVPrintModelRender(*model, &generator, parameters).Draw(), expectedResult);
+    std::string text = generator.GetText();
+    for (const char* rest : {"document \"\" ", "x1\nend page\n", "end document\n"})
+        for (std::size_t at = text.find(rest); at != text.npos; at = text.find(rest))
+            text.erase(at, strlen(rest));
+    for (char& c : text)
+        if (c == '\n') c = ';';
+    return text;
+}
+
+TEST(ModelRenderTest, PagesWithoutAreaArePassedOverAndTold) {
+    constexpr int kIncomplete = ORVPrintModelRender::kPageWithoutArea;
+    EXPECT_EQ(DrawnWidths({10.0, 20.0}, 1), "2;page 1 10page 2 20");
+    EXPECT_EQ(DrawnWidths({10.0, 0.0, 30.0}, kIncomplete), "2;page 1 10page 2 30");
+    EXPECT_EQ(DrawnWidths({0.0, -1.0, std::nan(""), 30.0}, kIncomplete), "1;page 1 30");
+    EXPECT_EQ(DrawnWidths({0.0, 0.0}, kIncomplete), "");
+}
+
+TEST(ModelRenderTest, PagesWithoutAreaThatWereAskedForEndTheDrawing) {
+    ORVPrintParameters parameters;
+    parameters.SetPages({1, 2});
+    EXPECT_EQ(DrawnWidths({10.0, 0.0}, ORVPrintModelRender::kPageWithoutArea, parameters), "");
+    parameters.SetPages({1});
+    EXPECT_EQ(DrawnWidths({10.0, 0.0}, 1, parameters), "1;page 1 10");
+}
+
+TEST(ModelRenderTest, OutputThatCannotBeClosedCountsMoreThanAPageWithoutArea) {
+    const ORVRef<ORVPrtModel> model(new ORVPrtModel);
+    for (const double width : {0.0, 10.0}) {
+        const auto page = Make<ORVPrtImageElt>();
+        page->SetSize(width, 1.0);
+        model->AddImage(page.get());
+    }
+    RecordingGenerator generator;
+    generator.FailAt(4);  // the end of the document
+    EXPECT_EQ(ORVPrintModelRender(*model, &generator, {}).Draw(), -99);
 }
 
 TEST(ModelRenderTest, GeneratorsFailureEndsTheDrawing) {

@@ -66,6 +66,8 @@ std::string Stroke(const ORVPrintStroke& stroke) {
     return text;
 }
 
+std::string Name(std::string_view id) { return id.empty() ? "" : " #" + std::string(id); }
+
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 }  // namespace
@@ -129,7 +131,7 @@ int RecordingGenerator::DrawShape(const ORVPrintShape& shape) {
     std::string line;
     if (shape.fill) line += "fill " + Fill(*shape.fill);
     if (shape.stroke) line += (line.empty() ? "stroke " : " stroke ") + Stroke(*shape.stroke);
-    return Add(line + Outline(shape.path, shape.toPage));
+    return Add(line + Outline(shape.path, shape.toPage) + Name(shape.id));
 }
 
 int RecordingGenerator::DrawText(const ORVPrintText& text) {
@@ -137,10 +139,10 @@ int RecordingGenerator::DrawText(const ORVPrintText& text) {
     if (text.fill) line += " fill " + Fill(*text.fill);
     if (text.stroke) line += " stroke " + Stroke(*text.stroke);
     if (text.clip) line += " clip" + Outline(*text.clip, {});
-    return Add(line);
+    return Add(line + Name(text.id));
 }
 
 int RecordingGenerator::DrawImage(const ORVPrintImage& image) {
     return Add("image " + std::to_string(image.image.GetWidth()) + "x" +
-               std::to_string(image.image.GetHeight()) + " " + Map(image.toPage));
+               std::to_string(image.image.GetHeight()) + " " + Map(image.toPage) + Name(image.id));
 }

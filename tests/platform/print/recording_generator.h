@@ -23,6 +23,8 @@ public:
     void FailAt(std::size_t number) { failAt_ = number; }
     /// Takes symbols, which are numbered as they come; what is drawn within one is in its coordinates.
     void TakeSymbols() { takesSymbols_ = true; }
+    /// Wants the identifiers of shapes, which stand at the ends of their lines.
+    void KeepIdentifiers() { keepsIdentifiers_ = true; }
     /// How often a symbol was announced, taken or not.
     std::size_t GetAnnouncementCount() const { return announcements_; }
 
@@ -34,6 +36,7 @@ public:
     int EndClip() override { return Add("end clip"); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override { return Add("end symbol"); }
+    bool KeepsIdentifiers() const override { return keepsIdentifiers_; }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;
@@ -46,7 +49,7 @@ private:
     std::vector<std::string> lines_;
     std::size_t calls_ = 0;
     std::size_t failAt_ = 0;
-    bool takesSymbols_ = false;
+    bool takesSymbols_ = false, keepsIdentifiers_ = false;
     std::size_t announcements_ = 0;
     std::vector<const void*> symbols_;
 };

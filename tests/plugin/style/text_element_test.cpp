@@ -1,5 +1,6 @@
 #include "plugin/style/text_element.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,8 +9,12 @@
 
 #include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtTextElt.h"
+#include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "platform/visualization/fonts/ORVFont.h"
+#include "tests/platform/print/recording_generator.h"
 #include "tests/support/built_model.h"
+#include "tests/support/named_rows.h"
 #include "tests/support/page_state.h"
 #include "tests/support/parsed_element.h"
 
@@ -175,5 +180,43 @@ TYPED_TEST(BuildTextTest, AnythingElseEndsTheChainOfHandlers) {
         EXPECT_EQ(BuildText(PageState(1.0, 1.0), parsed.Get(), text.get(), *container), 0);
     }
 }
+
+// Where a clipped text comes out on its page, which every way to size a page has to keep together.
+struct ClippedCase {
+    const char* name;
+    bool embedded;
+    const char* attributes;  // of the page
+    const char* text;        // its attributes
+};
+class ClippedTextPageTest : public testing::TestWithParam<ClippedCase> {};
+
+TEST_P(ClippedTextPageTest, ShowsTheTextInItsBox) {
+    const BuiltModel built(
+        DrawingWith(GetParam().attributes,
+                    "<rect y='20' width='200' height='100' fill='none'/><text fill='black' x='10' " +
+                        std::string(GetParam().text) + ">Hello</text>"),
+        {.backend = Backend::kLight, .embedded = GetParam().embedded});
+    RecordingGenerator generator;
+    EXPECT_EQ(ORVPrintModelRender(built.GetModel(), &generator, {}).Draw(), 1);
+    EXPECT_THAT(generator.GetDrawn(),
+                testing::ElementsAre(testing::AllOf(testing::StartsWith("text \"Hello\" [1 0 0 -1 10 40]"),
+                                                    testing::EndsWith(" clip M0,0 L100,0 L100,90 L0,90 Z"))));
+}
+
+constexpr const char* kAt40 = "y='40' viewBox='0 0 100 90'";
+constexpr const char* kAt60 = "y='60' viewBox='0 20 100 90'";
+constexpr const char* kAt140 = "y='140' viewBox='0 100 100 90'";
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, ClippedTextPageTest,
+    testing::Values(ClippedCase{"Document", false, "width='200' height='100'", kAt40},
+                    ClippedCase{"DocumentWithAViewBox", false, "viewBox='0 20 200 100'", kAt60},
+                    ClippedCase{"DocumentThatBeginsAtItsHeight", false, "viewBox='0 100 200 100'", kAt140},
+                    ClippedCase{"DocumentSizedByItsContent", false, "", kAt60},
+                    ClippedCase{"Fragment", true, "width='200' height='100'", kAt40},
+                    ClippedCase{"FragmentWithAViewBox", true, "viewBox='0 20 200 100'", kAt60},
+                    ClippedCase{"FragmentThatBeginsAtItsHeight", true, "viewBox='0 100 200 100'", kAt140},
+                    ClippedCase{"FragmentSizedByItsContent", true, "", kAt60}),
+    kNameOfRow);
 
 }  // namespace
