@@ -55,8 +55,9 @@ bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
 /// What went wrong, when it was not the output.
 std::string TextOf(cairo_status_t status) {
     // cairo keeps the pages in a temporary file until the last of them is known.
-    if (status == CAIRO_STATUS_WRITE_ERROR || status == CAIRO_STATUS_TEMP_FILE_ERROR)
-        return "the temporary file cannot be written; is the disk full?";
+    if (status == CAIRO_STATUS_TEMP_FILE_ERROR)
+        return "no temporary file can be made; is TMPDIR a folder that may be written?";
+    if (status == CAIRO_STATUS_WRITE_ERROR) return "the temporary file cannot be written; is the disk full?";
     return cairo_status_to_string(status);
 }
 
