@@ -65,6 +65,10 @@ const KindCase kKindCases[] = {
      "<image width='2' height='2' xlink:href='here.png'/>"},
     {kImageBroken, "<image width='2' height='2' xlink:href='broken.png'/>",
      "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageColours, "<image width='2' height='2' xlink:href='coloured.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageNotTurned, "<image width='2' height='2' xlink:href='turned.png'/>",
+     "<image width='2' height='2' xlink:href='turned.jpg'/>"},
     {kImageStretched, "<image width='2' height='4' xlink:href='here.png'/>",
      "<image width='4' height='4' xlink:href='here.png'/>"},
     {kUnknownAttribute, "<rect colour='red'/>",
@@ -127,6 +131,12 @@ protected:
         std::ofstream(folder_.Path() / "inner" / "here.png", std::ios::binary) << SamplePng(2, 2);
         std::ofstream(folder_.Path() / "inner" / "broken.png", std::ios::binary)
             << SamplePng(2, 2).substr(0, 40);
+        const auto write = [&](const char* name, const std::string& bytes) {
+            std::ofstream(folder_.Path() / "inner" / name, std::ios::binary) << bytes;
+        };
+        write("coloured.png", WithPngChunk(SamplePng(2, 2), "iCCP", "no profile"));
+        write("turned.png", WithPngChunk(SamplePng(2, 2), "eXIf", SampleExif(6)));
+        write("turned.jpg", WithJpegSegment(SampleJpeg(2, 2), 0xE1, std::string("Exif\0\0", 6) + SampleExif(6)));
         const std::string document = content.starts_with("<svg") && GetParam().code != kPercentageInNestedSvg
                                          ? content
                                          : CheckedDrawing(content);
