@@ -18,7 +18,6 @@
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/report.h"
-#include "apps/orvprint/temporary_files.h"
 #include "apps/orvprint/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
@@ -204,7 +203,7 @@ private:
     }
 
     int ReportFailure(const std::string& name, int status) {
-        if (output_->IsPastLimit() || WasTemporaryFileTooLarge())
+        if (output_->IsPastLimit())
             return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputBytes));
         if (!output_->GetError().empty() || status == kOutputFailed)
             return Report(kExitUnwritable, OutputName(),

@@ -1,8 +1,8 @@
-#include "apps/orvprint/temporary_files.h"
+// Libraries that keep data in temporary files (cairo does, with pages of PostScript) ask the C library for
+// them, which looks for no TMPDIR and knows no limit. In this command they get ORVTemporaryData instead.
 
 #include <sys/types.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -12,17 +12,18 @@
 
 namespace {
 
-std::atomic<bool> wasTooLarge = false;
-
 ORVTemporaryData& DataOf(void* cookie) { return *static_cast<ORVTemporaryData*>(cookie); }
 
 ssize_t Read(void* cookie, char* bytes, size_t size) { return DataOf(cookie).Read(bytes, size); }
 
+// cairo frees memory twice when such a write fails in the middle of an image. So it is told of none: what is
+// lost is noted, and the generator asks.
 ssize_t Write(void* cookie, const char* bytes, size_t size) {
     ORVTemporaryData& data = DataOf(cookie);
-    const std::size_t written = data.Write(bytes, size);
-    if (data.IsPastLimit()) wasTooLarge = true;
-    return static_cast<ssize_t>(written);
+    if (data.Write(bytes, size) < size)
+        ORVTemporaryData::NoteLoss(data.IsPastLimit() ? ORVTemporaryData::Loss::kPastLimit
+                                                      : ORVTemporaryData::Loss::kNotWritten);
+    return static_cast<ssize_t>(size);
 }
 
 int Seek(void* cookie, off64_t* offset, int origin) {
@@ -39,11 +40,9 @@ int Close(void* cookie) {
 
 }  // namespace
 
-bool WasTemporaryFileTooLarge() { return wasTooLarge; }
-
 /// Takes the place of the C library's function for all libraries of the process.
 extern "C" __attribute__((visibility("default"))) std::FILE* tmpfile() {
-    wasTooLarge = false;
+    ORVTemporaryData::NoteLoss(ORVTemporaryData::Loss::kNone);
     std::unique_ptr<ORVTemporaryData> data(new (std::nothrow) ORVTemporaryData);
     if (!data) errno = ENOMEM;
     if (!data || !data->Open()) return nullptr;

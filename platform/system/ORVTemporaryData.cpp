@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -15,6 +16,8 @@
 #include "platform/system/files.h"
 
 namespace {
+
+std::atomic<ORVTemporaryData::Loss> latestLoss = ORVTemporaryData::Loss::kNone;
 
 /// A file that has a name for a moment, for file systems that know no others. No signal may end the process
 /// in that moment.
@@ -37,6 +40,10 @@ const char* ORVTemporaryData::GetFolder() {
     const char* folder = ORVGetEnv("TMPDIR");
     return folder && *folder ? folder : "/tmp";
 }
+
+void ORVTemporaryData::NoteLoss(Loss loss) { latestLoss = loss; }
+
+ORVTemporaryData::Loss ORVTemporaryData::GetLoss() { return latestLoss; }
 
 bool ORVTemporaryData::Open() {
     Close();

@@ -38,6 +38,12 @@ public:
     /// True when bytes were refused because there would have been more than the limit allows.
     bool IsPastLimit() const { return isPastLimit_; }
 
+    /// Data that a library keeps without telling what became of them: who stands between notes here what was
+    /// lost, and who uses the library asks. Of the latest of the process.
+    enum class Loss : std::uint8_t { kNone, kPastLimit, kNotWritten };
+    static void NoteLoss(Loss loss);
+    static Loss GetLoss();
+
 private:
     int descriptor_ = -1;
     bool isPastLimit_ = false;

@@ -11,6 +11,7 @@
 
 #include "platform/system/ORVPrintLimits.h"
 #include "tests/apps/tool_run.h"
+#include "tests/support/sample_images.h"
 
 namespace {
 
@@ -161,7 +162,12 @@ std::string LongDrawing() {
         shapes += "<rect x='" + std::to_string(i * 37 % 89) + "." + std::to_string(i % 7) + "' y='" +
                   std::to_string(i * 53 % 43) + "' width='1' height='1' fill='#" +
                   std::to_string(100 + i * 7919 % 900) + "'/>";
-    return SmallDrawing(shapes);
+    // In the middle of an image, too, an output may become too long.
+    const std::string image = SampleJpegOf(64, 64, [](int x, int y) {
+        return std::array<unsigned char, 3>{static_cast<unsigned char>(x * y * 7919), 9, 9};
+    });
+    return SmallDrawing(shapes + "<image width='30' height='30' xlink:href='data:image/jpeg;base64," +
+                        ToBase64(image) + "'/>");
 }
 constexpr const char* kSmallOutput = "output-bytes=5000";
 
