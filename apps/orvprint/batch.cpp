@@ -162,7 +162,6 @@ private:
     std::array<int, 2> pipe_{-1, -1};
 };
 
-/// A worker and what it does.
 /// How a job ended that may have left files.
 struct Outcome {
     std::uint32_t job;
@@ -170,6 +169,7 @@ struct Outcome {
     std::string message;
 };
 
+/// A worker and what it does.
 struct Slot {
     WorkerProcess process;
     std::optional<std::uint32_t> job;

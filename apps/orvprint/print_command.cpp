@@ -244,6 +244,8 @@ private:
     }
 
     int ReportFailure(const std::string& name, int status) {
+        if (output_->IsPastLimit())
+            return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputBytes));
         if (!output_->GetError().empty() || status == kOutputFailed)
             return Report(kExitUnwritable, OutputName(),
                           output_->GetError().empty() ? "cannot be written" : output_->GetError());

@@ -39,14 +39,6 @@ public:
         ++parts_;
         return 1;
     }
-    int Write(const void* bytes, std::size_t size) override {
-        if (capacity_ && bytes_.size() + size > *capacity_) {
-            hasFailed_ = true;
-            return Fail("full");
-        }
-        bytes_.append(static_cast<const char*>(bytes), size);
-        return 1;
-    }
     int EndPart() override { return hasFailed_ ? 0 : 1; }
     int Commit() override { return hasFailed_ ? 0 : 1; }
 
@@ -55,6 +47,15 @@ public:
     std::string TakeBytes() { return std::move(bytes_); }
 
 private:
+    int Append(const void* bytes, std::size_t size) override {
+        if (capacity_ && bytes_.size() + size > *capacity_) {
+            hasFailed_ = true;
+            return Fail("full");
+        }
+        bytes_.append(static_cast<const char*>(bytes), size);
+        return 1;
+    }
+
     const std::optional<std::size_t> capacity_;
     std::string bytes_;
     std::size_t parts_ = 0;

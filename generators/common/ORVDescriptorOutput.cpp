@@ -17,7 +17,7 @@ int ORVDescriptorOutput::BeginPart() {
     });
 }
 
-int ORVDescriptorOutput::Write(const void* bytes, std::size_t size) {
+int ORVDescriptorOutput::Append(const void* bytes, std::size_t size) {
     return Try([&] {
         const char* from = static_cast<const char*>(bytes);
         buffer_.insert(buffer_.end(), from, from + size);

@@ -11,11 +11,11 @@ public:
     explicit ORVDescriptorOutput(int descriptor) : descriptor_(descriptor) {}
 
     int BeginPart() override;
-    int Write(const void* bytes, std::size_t size) override;
     int EndPart() override;
     int Commit() override { return GetError().empty() ? 1 : 0; }
 
 private:
+    int Append(const void* bytes, std::size_t size) override;
     int Flush();
 
     int descriptor_;

@@ -147,7 +147,7 @@ int ORVFileOutput::BeginPart() {
     });
 }
 
-int ORVFileOutput::Write(const void* bytes, std::size_t size) {
+int ORVFileOutput::Append(const void* bytes, std::size_t size) {
     return Try([&] {
         if (!writer_) return Fail("no part is open");
         return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetError());

@@ -38,11 +38,11 @@ public:
     [[nodiscard]] int Prepare();
 
     int BeginPart() override;
-    int Write(const void* bytes, std::size_t size) override;
     int EndPart() override;
     int Commit() override;
 
 private:
+    int Append(const void* bytes, std::size_t size) override;
     struct Part {
         std::unique_ptr<ORVTemporaryFile> temporary;  // null when the file is written directly
         std::string finalPath;

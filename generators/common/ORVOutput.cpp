@@ -7,12 +7,23 @@ int ORVOutput::Fail(const std::string& error) {
     return 0;
 }
 
+int ORVOutput::EndPastLimit() {
+    isPastLimit_ = true;
+    return Try([this] { return Fail("has more bytes than the limit of output bytes allows"); });
+}
+
+int ORVOutput::Write(const void* bytes, std::size_t size) {
+    if (isPastLimit_ || size > bytesLeft_) return EndPastLimit();
+    bytesLeft_ -= size;
+    return Append(bytes, size);
+}
+
 int ORVMemoryOutput::BeginPart() {
     ++count_;
     return 1;
 }
 
-int ORVMemoryOutput::Write(const void* bytes, std::size_t size) {
+int ORVMemoryOutput::Append(const void* bytes, std::size_t size) {
     return Try([&] {
         bytes_.append(static_cast<const char*>(bytes), size);
         return 1;

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <string>
 
+#include "platform/system/ORVPrintLimits.h"
+
 /// Where the bytes of a format go. An output consists of parts, one after the other: a single one for formats
 /// that hold a whole document, one a page for others. Nothing shows under its final name before Commit;
-/// what was not committed goes away with the object. Nothing is thrown.
+/// what was not committed goes away with the object. All parts together have no more bytes than the limit of
+/// output bytes that was in force when the object was made. Nothing is thrown.
 class ORVOutput {
 public:
     ORVOutput() = default;
@@ -17,7 +21,7 @@ public:
     /// Begins a part. @return 1, or 0 with an error
     [[nodiscard]] virtual int BeginPart() = 0;
     /// Appends to the part. @return 1, or 0 with an error
-    [[nodiscard]] virtual int Write(const void* bytes, std::size_t size) = 0;
+    [[nodiscard]] int Write(const void* bytes, std::size_t size);
     /// Ends the part: all its bytes are on their way. @return 1, or 0 with an error
     [[nodiscard]] virtual int EndPart() = 0;
     /// Puts all parts in place. @return 1, or 0 with an error
@@ -26,7 +30,15 @@ public:
     /// What went wrong first; empty when nothing did.
     const std::string& GetError() const { return error_; }
 
+    /// True when there were more bytes than the limit allows; the error says so, too.
+    bool IsPastLimit() const { return isPastLimit_; }
+    /// Ends the output as one write too many does: for those that keep its bytes elsewhere first. @return 0
+    int EndPastLimit();
+
 protected:
+    /// Takes what Write was given. @return 1, or 0 with an error
+    [[nodiscard]] virtual int Append(const void* bytes, std::size_t size) = 0;
+
     /// Notes an error unless there is one already. @return 0
     int Fail(const std::string& error);
 
@@ -42,13 +54,14 @@ protected:
 
 private:
     std::string error_;
+    std::uint64_t bytesLeft_ = ORVPrintLimits::Get(ORVPrintLimit::kOutputBytes);
+    bool isPastLimit_ = false;
 };
 
 /// An output that stays in memory.
 class ORVMemoryOutput final : public ORVOutput {
 public:
     int BeginPart() override;
-    int Write(const void* bytes, std::size_t size) override;
     int EndPart() override { return 1; }
     int Commit() override { return 1; }
 
@@ -57,6 +70,8 @@ public:
     const std::string& GetBytes() const { return bytes_; }
 
 private:
+    int Append(const void* bytes, std::size_t size) override;
+
     std::string bytes_;
     std::size_t count_ = 0;
 };

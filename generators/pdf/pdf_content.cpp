@@ -274,9 +274,12 @@ unsigned int PdfContent::FindPattern(const ORVPrintFill& fill) {
                           height + "]/XStep " + width + "/YStep " + height + "/Resources<</XObject<</I " +
                           PdfReference(image.object) + ">>>>/Matrix[";
     AppendPdfMap(entries, toDefault_ * map);
-    document_.file.WriteStream(object, entries + "]",
-                               width + " 0 0 -" + height + " 0 " + height + " cm /I Do\n",
-                               PdfFile::Packing::kStored);
+    std::string content = width + " 0 0 -" + height + " 0 " + height + " cm ";
+    if (image.isTurned) {
+        AppendPdfMap(content, image.turn);
+        content += "cm ";
+    }
+    document_.file.WriteStream(object, entries + "]", content + "/I Do\n", PdfFile::Packing::kStored);
     patterns_.push_back({fill.pattern, map, object});
     return object;
 }
@@ -602,7 +605,8 @@ void PdfContent::DrawImage(const ORVPrintImage& image) {
     SetOpacity(255, state_.strokeOpacity);
     Save();
     // The format's images stand on their lower left corner.
-    Concatenate(image.toPage * ORVMathAffine2D{1.0, 0.0, 0.0, -1.0, 0.0, 1.0});
+    const ORVMathAffine2D upright = image.toPage * ORVMathAffine2D{1.0, 0.0, 0.0, -1.0, 0.0, 1.0};
+    Concatenate(found.isTurned ? upright * found.turn : upright);
     PutName('X', found.object);
     Put("Do\n");
     Restore();

@@ -56,9 +56,26 @@ private:
     std::vector<char> filtered_;
 };
 
+std::string SizeEntries(int width, int height, unsigned int bits) {
+    return "/Subtype/Image/Width " + std::to_string(width) + "/Height " + std::to_string(height) +
+           "/BitsPerComponent " + std::to_string(bits);
+}
+
 std::string SizeEntries(const ORVPixelImage& image, unsigned int bits) {
-    return "/Subtype/Image/Width " + std::to_string(image.GetWidth()) + "/Height " +
-           std::to_string(image.GetHeight()) + "/BitsPerComponent " + std::to_string(bits);
+    return SizeEntries(image.GetWidth(), image.GetHeight(), bits);
+}
+
+/// From stored to shown pixels, both a unit square with y pointing down.
+ORVMathAffine2D TurnOf(int orientation) {
+    constexpr std::array<ORVMathAffine2D, 8> kTurns{{{1.0, 0.0, 0.0, 1.0, 0.0, 0.0},
+                                                     {-1.0, 0.0, 0.0, 1.0, 1.0, 0.0},
+                                                     {-1.0, 0.0, 0.0, -1.0, 1.0, 1.0},
+                                                     {1.0, 0.0, 0.0, -1.0, 0.0, 1.0},
+                                                     {0.0, 1.0, 1.0, 0.0, 0.0, 0.0},
+                                                     {0.0, -1.0, 1.0, 0.0, 1.0, 0.0},
+                                                     {0.0, -1.0, -1.0, 0.0, 1.0, 1.0},
+                                                     {0.0, 1.0, -1.0, 0.0, 0.0, 1.0}}};
+    return kTurns[static_cast<std::size_t>(orientation - 1)];
 }
 
 /// What the pixels of an image need to come out as they are.
@@ -207,9 +224,10 @@ void WriteColours(PdfFile& file, unsigned int object, const ORVPixelImage& image
 
 /// Writes a JPEG file as it is. @return false when its colours are not to be left to the reader
 bool WriteJpeg(PdfFile& file, const ORVPixelImage& image, const std::string& common, PdfImage& written) {
-    const ORVJpegSource* jpeg = image.GetJpegSource();
+    const ORVJpegSource* jpeg = image.GetTurnedJpegSource();
     if (!jpeg) return false;
-    std::string entries = SizeEntries(image, 8) + common + "/Filter/DCTDecode";
+    std::string entries =
+        SizeEntries(jpeg->storedWidth, jpeg->storedHeight, 8) + common + "/Filter/DCTDecode";
     switch (jpeg->colourSpace) {
         case ORVJpegSource::ColourSpace::kGrey:
             entries += "/ColorSpace/DeviceGray";
@@ -223,6 +241,11 @@ bool WriteJpeg(PdfFile& file, const ORVPixelImage& image, const std::string& com
             break;
         case ORVJpegSource::ColourSpace::kCMYK:
         case ORVJpegSource::ColourSpace::kYCCK: return false;
+    }
+    if (jpeg->orientation != 1) {
+        constexpr ORVMathAffine2D kFlip{1.0, 0.0, 0.0, -1.0, 0.0, 1.0};
+        written.turn = kFlip * TurnOf(jpeg->orientation) * kFlip;
+        written.isTurned = true;
     }
     file.WriteStream(written.object, entries, std::string(jpeg->bytes.begin(), jpeg->bytes.end()),
                      PdfFile::Packing::kStored);
@@ -256,7 +279,8 @@ PdfImage WriteImage(PdfFile& file, const ORVPixelImage& image, bool smooth) {
 }
 
 std::span<const std::uint8_t> Bytes(const ORVPixelImage& image) {
-    return image.GetJpegSource() ? image.GetJpegSource()->bytes : image.GetPixels();
+    const ORVJpegSource* jpeg = image.GetTurnedJpegSource();
+    return jpeg ? jpeg->bytes : image.GetPixels();
 }
 
 std::uint64_t HashOf(std::span<const std::uint8_t> bytes) {
@@ -266,7 +290,7 @@ std::uint64_t HashOf(std::span<const std::uint8_t> bytes) {
 
 bool IsSameContent(const ORVPixelImage& a, const ORVPixelImage& b) {
     if (a.GetWidth() != b.GetWidth() || a.GetHeight() != b.GetHeight() ||
-        !a.GetJpegSource() != !b.GetJpegSource())
+        !a.GetTurnedJpegSource() != !b.GetTurnedJpegSource())
         return false;
     const std::span<const std::uint8_t> left = Bytes(a), right = Bytes(b);
     return !left.empty() && std::equal(left.begin(), left.end(), right.begin(), right.end());

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/mathematics/geometry.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -15,6 +16,10 @@ struct PdfImage {
     unsigned int object = 0;
     bool isGray = false;
     bool hasAlpha = false;
+    /// From the unit square of the object to that of the image, y pointing up in both: a photograph may lie
+    /// turned in its file.
+    ORVMathAffine2D turn;
+    bool isTurned = false;
 };
 
 /// The images of a document. Each is held once, however often it is drawn, and from however many files of the

@@ -17,6 +17,7 @@
 #include "generators/postscript/dsc_header.h"
 #include "generators/postscript/postscript_module.h"
 #include "platform/print/ORVPrintPath.h"
+#include "platform/system/ORVTemporaryData.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -55,8 +56,9 @@ bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
 /// What went wrong, when it was not the output.
 std::string TextOf(cairo_status_t status) {
     // cairo keeps the pages in a temporary file until the last of them is known.
-    if (status == CAIRO_STATUS_WRITE_ERROR || status == CAIRO_STATUS_TEMP_FILE_ERROR)
-        return "the temporary file cannot be written; is the disk full?";
+    if (status == CAIRO_STATUS_TEMP_FILE_ERROR)
+        return "no temporary file can be made; is TMPDIR a folder that may be written?";
+    if (status == CAIRO_STATUS_WRITE_ERROR) return "the temporary file cannot be written; is the disk full?";
     return cairo_status_to_string(status);
 }
 
@@ -66,6 +68,16 @@ struct ORVPostScriptGenerator::State {
     State(ORVOutput& sink, const ORVFormatOptions& formatOptions, bool isEncapsulated)
         : output(sink), options(formatOptions), encapsulated(isEncapsulated) {}
 
+    /// Whether the pages so far are all in cairo's temporary file. @return 1, or a generator status
+    int CheckPages() {
+        switch (ORVTemporaryData::GetLoss()) {
+            case ORVTemporaryData::Loss::kNone: return kGeneratorDone;
+            case ORVTemporaryData::Loss::kPastLimit: output.EndPastLimit(); return kOutputFailed;
+            case ORVTemporaryData::Loss::kNotWritten: break;
+        }
+        error = TextOf(CAIRO_STATUS_WRITE_ERROR);
+        return kDrawingFailed;
+    }
     int Check(int result) {
         if (result == kGeneratorDone) return result;
         if (!output.GetError().empty()) return kOutputFailed;
@@ -155,6 +167,7 @@ int ORVPostScriptGenerator::State::Close() {
         result = kDrawingFailed;
     }
     surface.reset();
+    if (const int pages = CheckPages(); pages != kGeneratorDone) result = pages;
     const bool isWritten = filter->Finish();
     filter.reset();
     const bool isClosed = output.EndPart() == 1;
@@ -257,7 +270,8 @@ int ORVPostScriptGenerator::EndPage() {
     State& state = *state_;
     if (!state.context) return kDrawingFailed;
     cairo_show_page(state.context.get());
-    const int result = state.Check(state.canvas.Status());
+    int result = state.Check(state.canvas.Status());
+    if (const int pages = state.CheckPages(); pages != kGeneratorDone) result = pages;
     state.canvas.SetTarget(nullptr, 1.0);
     if (result != kGeneratorDone || !state.encapsulated) return result;
     return state.Close();

@@ -5,7 +5,7 @@
 
 #include "generators/formats.h"
 
-/// Writes PostScript of level 3, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as
+/// Writes PostScript, of level 3 where the content needs that, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as
 /// they are. A user unit is 0.8 point. What the format has not, such as transparency, becomes a picture of
 /// that part of the page. Groups and links have no place in it.
 class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {

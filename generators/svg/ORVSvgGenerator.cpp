@@ -637,8 +637,6 @@ const std::string& ORVSvgGenerator::State::FindImage(const ORVPixelImage& image)
     NoteImage(image, entry->second.id);
     writer->Put("<defs><image id=\"" + entry->second.id + "\" width=\"" + std::to_string(image.GetWidth()) +
                 "\" height=\"" + std::to_string(image.GetHeight()) + "\" preserveAspectRatio=\"none\"");
-    // Elsewhere, too, a photograph is drawn as its pixels lie, whatever it says about the camera.
-    if (image.GetJpegSource()) writer->Put(" style=\"image-orientation:none\"");
     writer->Put(" xlink:href=\"");
     if (!PutImageAddress(*writer, image)) error = "memory is spent";
     writer->Put("\"/></defs>\n");

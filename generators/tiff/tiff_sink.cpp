@@ -1,8 +1,9 @@
 #include "generators/tiff/tiff_sink.h"
 
 #include <tiffio.h>
-#include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <string>
@@ -20,7 +21,7 @@ constexpr double kClassicLimit = 4.0e9;
 /// The library's functions.
 struct TiffLibrary {
     ORVLoadedLibrary library{"libtiff.so.6"};
-    decltype(TIFFFdOpen)* open = nullptr;
+    decltype(TIFFClientOpen)* open = nullptr;
     decltype(TIFFClose)* close = nullptr;
     decltype(TIFFSetField)* set = nullptr;
     decltype(TIFFWriteRawStrip)* writeRaw = nullptr;
@@ -28,7 +29,7 @@ struct TiffLibrary {
     decltype(TIFFWriteDirectory)* endPage = nullptr;
 
     TiffLibrary() {
-        library.Find("TIFFFdOpen", open);
+        library.Find("TIFFClientOpen", open);
         library.Find("TIFFClose", close);
         library.Find("TIFFSetField", set);
         library.Find("TIFFWriteRawStrip", writeRaw);
@@ -50,6 +51,26 @@ struct TiffLibrary {
     }
 };
 
+// How the library reaches the data.
+
+tmsize_t ReadData(thandle_t data, void* bytes, tmsize_t size) {
+    return static_cast<ORVTemporaryData*>(data)->Read(bytes, static_cast<std::size_t>(size));
+}
+
+tmsize_t WriteData(thandle_t data, void* bytes, tmsize_t size) {
+    return static_cast<tmsize_t>(
+        static_cast<ORVTemporaryData*>(data)->Write(bytes, static_cast<std::size_t>(size)));
+}
+
+toff_t SeekData(thandle_t data, toff_t offset, int origin) {
+    return static_cast<toff_t>(
+        static_cast<ORVTemporaryData*>(data)->Seek(static_cast<std::int64_t>(offset), origin));
+}
+
+toff_t SizeOfData(thandle_t data) {
+    return static_cast<toff_t>(static_cast<ORVTemporaryData*>(data)->GetSize());
+}
+
 }  // namespace
 
 TiffSink::~TiffSink() { Close(); }
@@ -64,23 +85,36 @@ int TiffSink::Fail(const char* error) {
     return kDrawingFailed;
 }
 
+/// What is said when the data cannot be written, which may be a limit of ours.
+int TiffSink::FailWriting() {
+    if (data_.IsPastLimit()) {
+        output_.EndPastLimit();
+        return kOutputFailed;
+    }
+    return Fail("the temporary file cannot be written; is the disk full?");
+}
+
 int TiffSink::Open(const RasterPageInfo& page) {
     const TiffLibrary& library = TiffLibrary::Get();
     if (!library.library.IsUsable()) return Fail(library.library.GetError().c_str());
-    file_.reset(std::tmpfile());
-    const int descriptor = file_ ? dup(fileno(file_.get())) : -1;
-    if (descriptor < 0) return Fail("no temporary file can be made");
+    if (!data_.Open()) {
+        const std::string reason = std::strerror(errno);
+        return Fail(
+            (std::string("no temporary file can be made in ") + ORVTemporaryData::GetFolder() + ": " + reason)
+                .c_str());
+    }
     const double pages = page.pageCount > 0 ? page.pageCount : 1.0;
     const double bits = page.pixels == RasterPixels::kRGB    ? 24.0
                         : page.pixels == RasterPixels::kGrey ? 8.0
                                                              : 1.0;
     const bool isBig = pages * page.width * page.height * bits / 8.0 > kClassicLimit;
-    tiff_ = library.open(descriptor, "", isBig ? "w8" : "w");
-    if (!tiff_) {
-        close(descriptor);
-        return Fail("the temporary file cannot be begun; is the disk full, or memory spent?");
-    }
-    return kGeneratorDone;
+    tiff_ = library.open(
+        "", isBig ? "w8m" : "wm", &data_, ReadData, WriteData, SeekData, [](thandle_t) { return 0; },
+        SizeOfData, nullptr, nullptr);
+    if (tiff_) return kGeneratorDone;
+    return data_.IsPastLimit()
+               ? FailWriting()
+               : Fail("the temporary file cannot be begun; is the disk full, or memory spent?");
 }
 
 int TiffSink::BeginPage(const RasterPageInfo& page) {
@@ -135,26 +169,23 @@ int TiffSink::WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8
     ++strip_;
     return written == size || (written > 0 && pixels_ == RasterPixels::kBlack)
                ? static_cast<int>(kGeneratorDone)
-               : Fail("the temporary file cannot be written; is the disk full?");
+               : FailWriting();
 }
 
 int TiffSink::EndPage() {
     if (!tiff_) return kDrawingFailed;
-    return TiffLibrary::Get().endPage(tiff_) == 1
-               ? static_cast<int>(kGeneratorDone)
-               : Fail("the temporary file cannot be written; is the disk full?");
+    return TiffLibrary::Get().endPage(tiff_) == 1 ? static_cast<int>(kGeneratorDone) : FailWriting();
 }
 
 int TiffSink::EndDocument() {
     Close();
-    if (!file_ || !error_.empty()) return error_.empty() ? kGeneratorDone : kDrawingFailed;
+    if (!data_.IsOpen() || !error_.empty()) return error_.empty() ? kGeneratorDone : kDrawingFailed;
     if (output_.BeginPart() != 1) return kOutputFailed;
-    std::rewind(file_.get());
     std::vector<char> bytes(std::size_t{1} << 18U);
-    std::size_t count = 0;
-    while ((count = std::fread(bytes.data(), 1, bytes.size(), file_.get())) > 0)
-        if (output_.Write(bytes.data(), count) != 1) return kOutputFailed;
-    if (std::ferror(file_.get()) != 0) return Fail("the temporary file cannot be read");
-    file_.reset();
+    std::ptrdiff_t count = data_.Seek(0, SEEK_SET) == 0 ? 0 : -1;
+    while (count >= 0 && (count = data_.Read(bytes.data(), bytes.size())) > 0)
+        if (output_.Write(bytes.data(), static_cast<std::size_t>(count)) != 1) return kOutputFailed;
+    if (count < 0) return Fail("the temporary file cannot be read");
+    data_.Close();
     return output_.EndPart() == 1 ? kGeneratorDone : kOutputFailed;
 }

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
-
 #include "generators/raster/ORVBandSink.h"
+#include "platform/system/ORVTemporaryData.h"
 
 class ORVOutput;
 struct tiff;
@@ -23,15 +21,13 @@ public:
     int EndDocument() override;
 
 private:
-    struct CloseFile {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
     int Open(const RasterPageInfo& page);
     int Fail(const char* error);
+    int FailWriting();
     void Close();
 
     ORVOutput& output_;
-    std::unique_ptr<std::FILE, CloseFile> file_;
+    ORVTemporaryData data_;
     tiff* tiff_ = nullptr;
     RasterPixels pixels_ = RasterPixels::kRGB;
     unsigned int strip_ = 0;

@@ -57,12 +57,15 @@ enum class ORVPrintLimit : std::uint8_t {
     /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
     /// hundred thousand of them.
     kOutputPixels,
+    /// Bytes of one output, and of the temporary data that it grows in. A small image of noise that is stretched
+    /// over a large page hardly compresses: 17 kilobytes become 92 megabytes at 300 dots an inch.
+    kOutputBytes,
     /// Bytes of memory that the command takes; 32 more for every byte of inputs past 32 MiB, as they are
     /// stored. A million lines, each with markers in colours of its own, are within every other limit and
     /// gigabytes all the same. A host has means of its own: in a library, this limit has no effect.
     kMemory,
 };
-inline constexpr std::size_t kPrintLimitCount = 18;
+inline constexpr std::size_t kPrintLimitCount = 19;
 
 /// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
 /// while documents are read is safe, and which of them see it is open.

@@ -80,10 +80,11 @@ void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPr
         return;
     }
     bitmap.SetPixelImage(image.get());
-    if (budget)
-        budget->NotePixels(
-            static_cast<std::uint64_t>(image->GetWidth()) * static_cast<std::uint64_t>(image->GetHeight()),
-            image->GetFileSize());
+    if (!budget) return;
+    // A colour profile is as much work as pixels are, and packed as well.
+    const std::uint64_t pixels =
+        static_cast<std::uint64_t>(image->GetWidth()) * static_cast<std::uint64_t>(image->GetHeight());
+    budget->NotePixels(pixels + image->GetProfileSize(), image->GetFileSize());
 }
 
 ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,

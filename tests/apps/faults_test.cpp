@@ -421,6 +421,10 @@ TEST_F(WaitingTest, ADrawingThatTakesTooLongIsGivenUp) {
         EXPECT_EQ(run.errors, line) << arguments;
         EXPECT_THAT(FilesIn("out"), IsEmpty()) << arguments;
     }
+    EXPECT_EQ(Shell("exec \"$0\" info waits.svg --time-limit 1").errors,
+              "orvprint: waits.svg: takes longer than 1 second, which is the limit; if that is meant, raise "
+              "it with "
+              "--time-limit N\n");
     // What was found before stands.
     EXPECT_THAT(Run({"check", "--time-limit", "0.2", "a.svg", "waits.svg"}).output,
                 HasSubstr("a.svg: nothing found"));

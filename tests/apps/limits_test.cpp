@@ -6,10 +6,12 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <sstream>
 
 #include "platform/system/ORVPrintLimits.h"
 #include "tests/apps/tool_run.h"
+#include "tests/support/sample_images.h"
 
 namespace {
 
@@ -149,6 +151,83 @@ TEST_F(LimitsToolTest, PixelsOfAPage) {
     EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--limit", "page-pixels=200"}).exitCode, 0);
     EXPECT_EQ(Run({"a.svg", "-o", "b.png", "--limit", "page-pixels=199"}).exitCode, 9);
     EXPECT_FALSE(Exists("b.png"));
+}
+
+constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+
+/// A drawing that needs more than `kSmallOutput` bytes in every format.
+std::string LongDrawing() {
+    std::string shapes;
+    for (int i = 0; i < 4000; ++i)
+        shapes += "<rect x='" + std::to_string(i * 37 % 89) + "." + std::to_string(i % 7) + "' y='" +
+                  std::to_string(i * 53 % 43) + "' width='1' height='1' fill='#" +
+                  std::to_string(100 + i * 7919 % 900) + "'/>";
+    // In the middle of an image, too, an output may become too long.
+    const std::string image = SampleJpegOf(64, 64, [](int x, int y) {
+        return std::array<unsigned char, 3>{static_cast<unsigned char>(x * y * 7919), 9, 9};
+    });
+    return SmallDrawing(shapes + "<image width='30' height='30' xlink:href='data:image/jpeg;base64," +
+                        ToBase64(image) + "'/>");
+}
+constexpr const char* kSmallOutput = "output-bytes=5000";
+
+TEST_F(LimitsToolTest, BytesOfAnOutput) {
+    WriteFile("a.svg", LongDrawing());
+    for (const std::string format : kFormats) {
+        const std::string file = "out." + format;
+        const ToolRun refused = Run({"a.svg", "-o", file, "--limit", kSmallOutput});
+        EXPECT_EQ(refused.exitCode, 9) << format;
+        EXPECT_EQ(
+            refused.errors,
+            "orvprint: a.svg: has more than 5000 bytes of output, which is the limit; if that is meant, "
+            "raise it with --limit output-bytes=N\n")
+            << format;
+        EXPECT_THAT(Files(), testing::ElementsAre("a.svg")) << format;
+
+        const ToolRun stream = Run({"a.svg", "-f", format, "-o", "-", "--limit", kSmallOutput});
+        EXPECT_EQ(stream.exitCode, 9) << format;
+        EXPECT_THAT(stream.errors, HasSubstr("output-bytes")) << format;
+        EXPECT_LE(stream.output.size(), 5000U) << format;
+
+        ASSERT_EQ(Run({"a.svg", "-o", file}).exitCode, 0) << format;
+        // As many bytes as there are pass. PostScript waits in a temporary file, where it is a little longer.
+        const std::uintmax_t size = std::filesystem::file_size(Folder() / file) + 500;
+        EXPECT_EQ(Run({"a.svg", "-o", file, "--limit", "output-bytes=" + std::to_string(size)}).exitCode, 0)
+            << format;
+        std::filesystem::remove(Folder() / file);
+    }
+}
+
+TEST_F(LimitsToolTest, BytesOfAllFilesOfAnOutput) {
+    const std::string page = "<svg width='90' height='45'>" + kLeaf + "</svg>";
+    WriteFile("a.svg", "<svg>" + Repeat(page, 40) + "</svg>");
+    EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--limit", "output-bytes=1000"}).exitCode, 9);
+    EXPECT_THAT(Files(), testing::ElementsAre("a.svg"));
+    // But each drawing of a batch has an output of its own.
+    std::vector<std::string> batch{"--out-dir", "out", "-f",      "png",
+                                   "-j",        "1",   "--limit", "output-bytes=1000"};
+    for (int i = 0; i < 9; ++i) {
+        WriteFile(std::to_string(i) + ".svg", page);
+        batch.push_back(std::to_string(i) + ".svg");
+    }
+    EXPECT_EQ(Run(batch).exitCode, 0);
+}
+
+TEST_F(LimitsToolTest, TemporaryDataStandWhereTheEnvironmentSays) {
+    WriteFile("a.svg", LongDrawing());
+    std::filesystem::create_directory(Folder() / "data");
+    for (const std::string format : {"ps", "eps", "tiff"}) {
+        const auto print = [&](const std::string& folder) {
+            return RunProgram({"env", "TMPDIR=" + folder, ORV_TOOL_PATH, "a.svg", "-f", format, "-o", "out"});
+        };
+        const ToolRun missing = print("missing");
+        EXPECT_EQ(missing.exitCode, 9) << format;
+        EXPECT_THAT(missing.errors, HasSubstr("no temporary file can be made")) << format;
+        EXPECT_FALSE(Exists("out")) << format;
+        EXPECT_EQ(print("data").exitCode, 0) << format;
+        EXPECT_TRUE(std::filesystem::is_empty(Folder() / "data")) << format;
+        std::filesystem::remove(Folder() / "out");
+    }
 }
 
 TEST_F(LimitsToolTest, PixelsOfAllPages) {

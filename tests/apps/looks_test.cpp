@@ -11,6 +11,8 @@
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "tests/apps/tool_run.h"
 #include "tests/support/named_rows.h"
+#include "tests/support/sample_images.h"
+#include "tests/support/sample_profiles.h"
 
 namespace {
 
@@ -126,6 +128,47 @@ TEST_P(LooksTest, ExamplesLookLikeOurOwnPictures) {
         EXPECT_LT(own.DifferenceFrom(other), 3.0);
         EXPECT_LT(own.ShareApartFrom(other, 40.0), 0.01);
     }
+}
+
+// A corner of every picture is red, so that each of its turns is another page, and so is red that became
+// blue.
+TEST_P(LooksTest, TurnedAndConvertedPicturesLookLikeOurOwn) {
+    const std::string plain = SampleJpegOf(64, 32, [](int x, int y) {
+        return x < 32 && y < 16 ? std::array<unsigned char, 3>{255, 0, 0}
+                                : std::array<unsigned char, 3>{static_cast<unsigned char>(255 - x), 255, 0};
+    });
+    const std::string profile = std::string("ICC_PROFILE\0\1\1", 14) + SwappedProfile();
+    std::string content;
+    for (int i = 1; i <= 9; ++i) {
+        const std::string jpeg =
+            i == 9 ? WithJpegSegment(plain, 0xE2, profile)
+                   : WithJpegSegment(plain, 0xE1, std::string("Exif\0\0", 6) + SampleExif(i));
+        const std::string name = std::to_string(i) + ".jpg", id = "p" + std::to_string(i);
+        WriteFile(name, jpeg);
+        const auto place = [&](int y) {
+            return "x='" + std::to_string(70 * i - 65) + "' y='" + std::to_string(y);
+        };
+        content += "<image xlink:href='" + name + "' " + place(5) +
+                   "' width='64' height='64'/><pattern id='" + id + "'><image xlink:href='" + name +
+                   "' width='64' height='64'/></pattern><rect fill='url(#" + id + ")' stroke='none' " +
+                   place(80) + "' width='64' height='64'/>";
+    }
+    WriteFile("pictures.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+              "width='640' height='150'>" +
+                  content + "</svg>");
+    const Viewer& viewer = GetParam();
+    ASSERT_EQ(Run({"pictures.svg", "--dpi", kResolution, "-o", "own.png"}).exitCode, 0);
+    const std::string page = std::string("page.") + viewer.format;
+    ASSERT_EQ(Run({"pictures.svg", "-o", page}).exitCode, 0);
+    std::vector<std::string> command = viewer.command;
+    std::replace(command.begin(), command.end(), std::string("IN"), page);
+    const ToolRun viewed = RunProgram(command);
+    const Looks own((Folder() / "own.png").string(), 0);
+    ASSERT_TRUE(own.IsThere());
+    const Looks other((Folder() / "page.png").string(), own.GetRows());
+    ASSERT_TRUE(other.IsThere()) << viewed.output << viewed.errors;
+    EXPECT_LT(own.DifferenceFrom(other), 4.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Viewers, LooksTest, testing::ValuesIn(kViewers), [](const auto& row) {

@@ -279,17 +279,18 @@ class RoomyOutput final : public ORVOutput {
 public:
     RoomyOutput() { bytes_.reserve(std::size_t{8} << 20U); }
     int BeginPart() override { return 1; }
-    int Write(const void* bytes, std::size_t size) override {
-        if (bytes_.size() + size > bytes_.capacity()) return 0;
-        bytes_.append(static_cast<const char*>(bytes), size);
-        return 1;
-    }
     int EndPart() override { return 1; }
     int Commit() override { return 1; }
     void Clear() { bytes_.clear(); }
     const std::string& GetBytes() const { return bytes_; }
 
 private:
+    int Append(const void* bytes, std::size_t size) override {
+        if (bytes_.size() + size > bytes_.capacity()) return 0;
+        bytes_.append(static_cast<const char*>(bytes), size);
+        return 1;
+    }
+
     std::string bytes_;
 };
 

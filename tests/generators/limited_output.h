@@ -10,7 +10,11 @@ public:
     explicit LimitedOutput(std::size_t room) : room_(room) {}
 
     int BeginPart() override { return 1; }
-    int Write(const void* /*bytes*/, std::size_t size) override {
+    int EndPart() override { return 1; }
+    int Commit() override { return 1; }
+
+private:
+    int Append(const void* /*bytes*/, std::size_t size) override {
         if (size > room_) {
             room_ = 0;
             return Fail("no room");
@@ -18,9 +22,6 @@ public:
         room_ -= size;
         return 1;
     }
-    int EndPart() override { return 1; }
-    int Commit() override { return 1; }
 
-private:
     std::size_t room_;
 };

@@ -72,6 +72,44 @@ std::string SamplePng(int width, int height) {
     return png;
 }
 
+std::string WithPngChunk(std::string png, std::string_view type, std::string_view data) {
+    constexpr std::size_t kEndOfHeader = 33;
+    std::string chunk;
+    AppendChunk(chunk, type, data);
+    return png.insert(kEndOfHeader, chunk);
+}
+
+std::string WithJpegSegment(std::string jpeg, unsigned char marker, std::string_view data) {
+    const std::size_t size = data.size() + 2;
+    std::string segment{'\xFF', static_cast<char>(marker), static_cast<char>(size >> 8U),
+                        static_cast<char>(size)};
+    return jpeg.insert(2, segment.append(data));
+}
+
+std::string SampleExif(int orientation, bool isLittleEndian) {
+    std::string exif = isLittleEndian ? "II" : "MM";
+    const auto add = [&](std::uint32_t value, int bytes) {
+        std::string text;
+        AppendLittleEndian(text, value, bytes);
+        exif += isLittleEndian ? text : std::string(text.rbegin(), text.rend());
+    };
+    add(42, 2);
+    add(8, 4);       // where the directory stands
+    add(2, 2);       // entries
+    add(0x010F, 2);  // maker, of no interest
+    add(2, 2);
+    add(4, 4);
+    exif += "abc";
+    exif += '\0';
+    add(0x0112, 2);  // orientation, a short
+    add(3, 2);
+    add(1, 4);
+    add(static_cast<std::uint32_t>(orientation), 2);
+    add(0, 2);
+    add(0, 4);  // no directory follows
+    return exif;
+}
+
 std::string SampleBmp(int width, int height) {
     const std::size_t rowBytes = (static_cast<std::size_t>(width) * 3 + 3) / 4 * 4;
     const std::size_t pixelBytes = rowBytes * static_cast<std::size_t>(height);
@@ -98,7 +136,8 @@ std::string SampleBmp(int width, int height) {
     return bmp;
 }
 
-std::string SampleJpeg(int width, int height) {
+std::string SampleJpegOf(int width, int height,
+                         const std::function<std::array<unsigned char, 3>(int x, int y)>& colour) {
     jpeg_compress_struct jpeg{};
     jpeg_error_mgr errors{};
     jpeg.err = jpeg_std_error(&errors);
@@ -111,16 +150,26 @@ std::string SampleJpeg(int width, int height) {
     jpeg.input_components = 3;
     jpeg.in_color_space = JCS_RGB;
     jpeg_set_defaults(&jpeg);
+    jpeg_set_quality(&jpeg, 100, TRUE);
     jpeg_start_compress(&jpeg, TRUE);
-    std::vector<unsigned char> row(static_cast<std::size_t>(width) * 3);
-    for (std::size_t i = 0; i < row.size(); i += 3) row[i] = 255;
-    JSAMPROW rows[] = {row.data()};
-    while (jpeg.next_scanline < jpeg.image_height) jpeg_write_scanlines(&jpeg, rows, 1);
+    std::vector<unsigned char> row;
+    while (jpeg.next_scanline < jpeg.image_height) {
+        row.clear();
+        for (int x = 0; x < width; ++x)
+            for (const unsigned char sample : colour(x, static_cast<int>(jpeg.next_scanline)))
+                row.push_back(sample);
+        JSAMPROW rows[] = {row.data()};
+        jpeg_write_scanlines(&jpeg, rows, 1);
+    }
     jpeg_finish_compress(&jpeg);
     jpeg_destroy_compress(&jpeg);
     std::string bytes(reinterpret_cast<const char*>(memory), size);
     std::free(memory);
     return bytes;
+}
+
+std::string SampleJpeg(int width, int height) {
+    return SampleJpegOf(width, height, [](int, int) { return std::array<unsigned char, 3>{255, 0, 0}; });
 }
 
 std::string ToBase64(std::string_view bytes) {

@@ -39,6 +39,8 @@ enum class FindingCode : std::uint8_t {
     kImageRemote,
     kImageFormat,
     kImageBroken,
+    kImageColours,
+    kImageNotTurned,
     kImageStretched,
     kUnknownAttribute,
     kAttributeWithoutEffect,

@@ -39,10 +39,9 @@ void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDr
         return;
     }
     const PictureFacts& facts = check.resources.CheckPicture(state, reference);
-    if (facts.problem)
-        check.findings.Note(element, "xlink:href", reference, *facts.problem);
-    else
-        CheckShape(check, element, reference, facts, state);
+    if (facts.problem) return check.findings.Note(element, "xlink:href", reference, *facts.problem);
+    if (facts.remark) check.findings.Note(element, "xlink:href", reference, *facts.remark);
+    CheckShape(check, element, reference, facts, state);
 }
 
 bool IsSizeOfTile(ResourceChecks& resources, const ORVXmlNode& pattern, AttributeName name,

@@ -72,6 +72,24 @@ ValueProblem ExplainFailure(const SvgDrawState& state, std::string_view referenc
     return ExplainMissingFile(state, reference);
 }
 
+MaybeProblem Explain(ORVImageRemark remark) {
+    switch (remark) {
+        case ORVImageRemark::kNone: break;
+        case ORVImageRemark::kBrokenProfile:
+            return ValueProblem{kImageColours,
+                                "its colour profile is damaged, or none of such pixels; it is left aside"};
+        case ORVImageRemark::kNotConverted:
+            return ValueProblem{
+                kImageColours,
+                "its colours are not sRGB, and liborvcolour.so, which converts them, cannot be loaded"};
+        case ORVImageRemark::kOtherColours:
+            return ValueProblem{kImageColours, "its colours are described in a way that is not read"};
+        case ORVImageRemark::kNotTurned:
+            return ValueProblem{kImageNotTurned, "says that it lies turned: save it upright"};
+    }
+    return std::nullopt;
+}
+
 // One pixel is one unit unless the picture states a resolution, in pixels a metre.
 double TileSize(int pixels, double resolution) {
     constexpr double kUnitsPerMetre = 90.0 / 0.0254;
@@ -115,6 +133,7 @@ const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std:
     const ORVRef<ORVPrtBitmapImageElt> bitmap(new ORVPrtBitmapImageElt);
     LoadPixelImage(state, reference, *bitmap);
     if (const ORVPixelImage* image = bitmap->GetPixelImage()) {
+        facts.remark = Explain(image->GetRemark());
         facts.width = image->GetWidth();
         facts.height = image->GetHeight();
         facts.tileWidth = TileSize(facts.width, image->GetHorizontalResolution());

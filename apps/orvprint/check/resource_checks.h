@@ -14,7 +14,8 @@ enum class PropertySource;
 
 /// What a picture turned out to be.
 struct PictureFacts {
-    MaybeProblem problem;
+    MaybeProblem problem;                      ///< why it cannot be read
+    MaybeProblem remark;                       ///< what of it is not followed
     int width = 0, height = 0;                 ///< pixels; 0 when it cannot be read
     double tileWidth = 0.0, tileHeight = 0.0;  ///< user units that it takes in a pattern
 };

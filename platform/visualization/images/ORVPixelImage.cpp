@@ -125,7 +125,7 @@ std::span<const std::uint8_t> ORVPixelImage::GetPixels() const {
     }
     if (!pixels_) {
         Pixels decoded(AllocatePixels(columns, rows));
-        if (!decoded || !DecodeJpegPixels(file_, jpeg_, width_, height_, decoded.get())) return {};
+        if (!decoded || !DecodeJpegPixels(jpeg_, isConverted_, decoded.get())) return {};
         pixels_ = std::move(decoded);
     }
     return {pixels_.get(), columns * rows * kBytesAPixel};
@@ -182,16 +182,23 @@ ORVPixelImage* ORVPixelImageBuilder::Finish() {
     image->hasAlpha_ = hasAlpha_;
     image->horizontalResolution_ = horizontalResolution_;
     image->verticalResolution_ = verticalResolution_;
+    image->remark_ = remark_;
+    image->profileSize_ = profileSize_;
     image->pixels_ = std::move(pixels_);
     return image;
 }
 
-ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(int width, int height, std::vector<std::uint8_t> file,
-                                                const ORVJpegSource& source) {
+ORVPixelImage* ORVPixelImageBuilder::FinishJpeg(std::vector<std::uint8_t> file, const ORVJpegSource& source,
+                                                bool isConverted) {
     ORVPixelImage* image = Finish();
     if (!image) return nullptr;
-    image->width_ = width;
-    image->height_ = height;
+    image->width_ = source.storedWidth;
+    image->height_ = source.storedHeight;
+    if (source.SwapsSides()) {
+        std::swap(image->width_, image->height_);
+        std::swap(image->horizontalResolution_, image->verticalResolution_);
+    }
+    image->isConverted_ = isConverted;
     image->file_ = std::move(file);
     image->fileSize_ = image->file_.size();
     image->jpeg_ = source;

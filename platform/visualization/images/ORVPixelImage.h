@@ -22,9 +22,24 @@ struct ORVJpegSource {
     ColourSpace colourSpace = ColourSpace::kGrey;
     int componentCount = 1;
     bool inverted = false;  ///< CMYK and YCCK: 255 means no ink (files with an Adobe marker)
+    /// How the stored pixels lie, as Exif counts it: 1 as they are shown, up to 8.
+    int orientation = 1;
+    int storedWidth = 0, storedHeight = 0;  ///< those of the file; the image's own are of what is shown
+    /// Whether what lies in the file is shown upright, or the other way round.
+    bool SwapsSides() const { return orientation > 4; }
 };
 
-/// A pixel image. Pixels are 8 bit RGBA with straight alpha, rows from the top, without padding.
+/// What an image's file says of itself and is not followed. The pixels are then taken as they are.
+enum class ORVImageRemark : std::uint8_t {
+    kNone,
+    kBrokenProfile,  ///< the colour profile is damaged, or is none of such pixels
+    kNotConverted,   ///< the colours are not sRGB, but what converts them is not installed
+    kOtherColours,   ///< the colours are described in a way that is not read
+    kNotTurned,      ///< the pixels are to be turned, which is done with those of JPEG only
+};
+
+/// A pixel image. Pixels are 8 bit RGBA with straight alpha, rows from the top, without padding; their
+/// colours are those of sRGB. What a file says of its own colours and of how it lies has been followed.
 /// Reference counted: a new object has one reference, which its creator releases. An image never changes;
 /// pixels that are still compressed are decoded when they are first asked for, so that asking belongs to
 /// one thread at a time like the object itself.
@@ -66,8 +81,21 @@ public:
     /// Gives back the memory of pixels that can be decoded again: those of a JPEG, and large ones that were
     /// read from anywhere. Others stay.
     void ReleasePixels() const;
-    /// The compressed file of an image read from JPEG, null for any other image.
-    const ORVJpegSource* GetJpegSource() const { return jpeg_.bytes.empty() ? nullptr : &jpeg_; }
+    /// The compressed file of an image read from JPEG, when its pixels are those of the image; null for any
+    /// other image, also for one that was turned or had other colours.
+    const ORVJpegSource* GetJpegSource() const {
+        const ORVJpegSource* jpeg = GetTurnedJpegSource();
+        return jpeg && jpeg->orientation == 1 ? jpeg : nullptr;
+    }
+    /// The same for those who turn it themselves, as its orientation says.
+    const ORVJpegSource* GetTurnedJpegSource() const {
+        return jpeg_.bytes.empty() || isConverted_ ? nullptr : &jpeg_;
+    }
+
+    /// What of the file is not followed; the first thing, if there are several.
+    ORVImageRemark GetRemark() const { return remark_; }
+    /// Bytes of the colour profile that was read.
+    std::size_t GetProfileSize() const { return profileSize_; }
 
 private:
     friend class ORVPixelImageBuilder;
@@ -88,6 +116,9 @@ private:
     std::vector<std::uint8_t> file_;  // what pixels can be decoded from again, empty when they stay
     Decoder decoder_ = nullptr;       // for a file that is no JPEG
     ORVJpegSource jpeg_;
+    bool isConverted_ = false;  // of a JPEG: its colours are not sRGB
+    ORVImageRemark remark_ = ORVImageRemark::kNone;
+    std::size_t profileSize_ = 0;
 };
 
 /// Readers of images in memory. They look at no more than `size` bytes, accept surplus bytes after the image,

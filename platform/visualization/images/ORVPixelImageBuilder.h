@@ -28,16 +28,19 @@ public:
     bool SetSize(std::uint64_t width, std::uint64_t height);
     /// First byte of a row; row < height.
     std::uint8_t* GetRow(std::size_t row) const { return pixels_.get() + row * rowBytes_; }
+    std::size_t GetPixelCount() const { return width_ * height_; }
     void SetResolution(double horizontal, double vertical);
     /// Looks through a finished row for pixels that are not opaque.
     void NoteAlpha(std::size_t row);
     void SetAlpha() { hasAlpha_ = true; }
+    void SetRemark(ORVImageRemark remark) { remark_ = remark; }
+    void SetProfileSize(std::size_t bytes) { profileSize_ = bytes; }
 
     /// The image with its pixels, one reference for the caller. Null when memory is spent.
     ORVPixelImage* Finish();
-    /// An image whose pixels stay compressed; the size is allowed. `source.bytes` is of no account.
-    ORVPixelImage* FinishJpeg(int width, int height, std::vector<std::uint8_t> file,
-                              const ORVJpegSource& source);
+    /// An image whose pixels stay compressed; the stored size is allowed. `source.bytes` is of no account.
+    /// @param isConverted  its colours are not sRGB
+    ORVPixelImage* FinishJpeg(std::vector<std::uint8_t> file, const ORVJpegSource& source, bool isConverted);
 
     using Decoder = ORVPixelImage* (*)(const void* bytes, std::size_t size);
     /// Decodes an image. Of a large one only the file is kept, so that a document with many of them needs the
@@ -49,10 +52,12 @@ private:
     std::size_t width_ = 0, height_ = 0, rowBytes_ = 0;
     double horizontalResolution_ = 0.0, verticalResolution_ = 0.0;
     bool hasAlpha_ = false;
+    ORVImageRemark remark_ = ORVImageRemark::kNone;
+    std::size_t profileSize_ = 0;
     ORVPixelImage::Pixels pixels_;
 };
 
-/// Decodes a JPEG that has been checked when it was read.
-/// @param rgba  height x width x 4 bytes @return false when memory is spent
-bool DecodeJpegPixels(std::span<const std::uint8_t> bytes, const ORVJpegSource& source, int width, int height,
-                      std::uint8_t* rgba);
+/// Decodes a JPEG that has been checked when it was read, turned and in the colours of sRGB.
+/// @param isConverted  its own colours are others
+/// @param rgba         as many pixels as are stored, 4 bytes each @return false when memory is spent
+bool DecodeJpegPixels(const ORVJpegSource& source, bool isConverted, std::uint8_t* rgba);

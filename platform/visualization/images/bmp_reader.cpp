@@ -95,12 +95,21 @@ private:
             bits_ = bytes_.U16(28);
             compression_ = bytes_.U32(30);
             builder_.SetResolution(bytes_.I32(38), bytes_.I32(42));
+            if (HasProfile()) builder_.SetRemark(ORVImageRemark::kOtherColours);
         }
         if (!ORVPixelImageBuilder::IsAllowed(width, height)) return false;
         width_ = static_cast<std::size_t>(width);
         height_ = static_cast<std::size_t>(height);
         endOfTables_ = kFileHeaderSize + headerSize_;
         return IsKnownCombination();
+    }
+
+    /// Whether a profile follows the pixels, or stands in another file.
+    bool HasProfile() const {
+        constexpr std::size_t kHeaderWithColours = 108, kColourSpace = 70;
+        constexpr std::uint32_t kEmbedded = 0x4D424544, kLinked = 0x4C494E4B;
+        const std::uint32_t space = headerSize_ < kHeaderWithColours ? 0 : bytes_.U32(kColourSpace);
+        return space == kEmbedded || space == kLinked;
     }
 
     bool IsKnownCombination() const {

@@ -14,6 +14,8 @@
 
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "platform/visualization/images/ORVPixelImageBuilder.h"
+#include "platform/visualization/images/image_colours.h"
+#include "platform/visualization/images/jpeg_segments.h"
 
 namespace {
 
@@ -60,25 +62,41 @@ public:
         return true;
     }
 
-    /// Decodes to RGBA.
-    bool Decode(const ORVJpegSource& source, int width, int height, std::uint8_t* rgba) {
+    /// Decodes to RGBA, turned.
+    /// @param conversion  from the file's colours; null when they are those of sRGB
+    bool Decode(const ORVJpegSource& source, const ORVColourConversion* conversion, std::uint8_t* rgba) {
         if (setjmp(jump_)) return false;
-        if (!Open() || jpeg_.image_width != static_cast<JDIMENSION>(width) ||
-            jpeg_.image_height != static_cast<JDIMENSION>(height))
+        if (!Open() || jpeg_.image_width != static_cast<JDIMENSION>(source.storedWidth) ||
+            jpeg_.image_height != static_cast<JDIMENSION>(source.storedHeight))
             return false;
         jpeg_.out_color_space = source.componentCount == 4 ? JCS_CMYK : JCS_EXT_RGBA;
         jpeg_start_decompress(&jpeg_);
         const std::size_t rowBytes = std::size_t{4} * jpeg_.image_width;
-        while (jpeg_.output_scanline < jpeg_.output_height) {
-            JSAMPROW row = rgba + jpeg_.output_scanline * rowBytes;
+        const auto read = [&](JSAMPROW row) {
             jpeg_read_scanlines(&jpeg_, &row, 1);
-            if (source.componentCount == 4) TurnCmykToRgba(row, rowBytes, source.inverted);
+            if (conversion)
+                conversion->Convert(row, jpeg_.image_width);
+            else if (source.componentCount == 4)
+                TurnCmykToRgba(row, rowBytes, source.inverted);
+        };
+        if (source.orientation == 1) {
+            while (jpeg_.output_scanline < jpeg_.output_height) read(rgba + jpeg_.output_scanline * rowBytes);
+            return true;
+        }
+        // Some rows at a time: where columns become rows, pixel after pixel would be a new line of the cache
+        // each.
+        constexpr JDIMENSION kRows = 16;
+        JSAMPARRAY rows =
+            (*jpeg_.mem->alloc_sarray)(Common(), JPOOL_IMAGE, static_cast<JDIMENSION>(rowBytes), kRows);
+        while (jpeg_.output_scanline < jpeg_.output_height) {
+            const JDIMENSION first = jpeg_.output_scanline,
+                             count = std::min(kRows, jpeg_.output_height - first);
+            for (JDIMENSION i = 0; i < count; ++i) read(rows[i]);
+            PlaceTurned(source, rows, first, count, rgba);
         }
         return true;
     }
 
-    int GetWidth() const { return static_cast<int>(jpeg_.image_width); }
-    int GetHeight() const { return static_cast<int>(jpeg_.image_height); }
     const ORVJpegSource& GetSource() const { return source_; }
 
     void WriteResolution(ORVPixelImageBuilder& builder) const {
@@ -168,6 +186,8 @@ private:
         }
         source_.componentCount = jpeg_.num_components;
         source_.inverted = jpeg_.num_components == 4 && jpeg_.saw_Adobe_marker;
+        source_.storedWidth = static_cast<int>(jpeg_.image_width);
+        source_.storedHeight = static_cast<int>(jpeg_.image_height);
         return true;
     }
 
@@ -195,6 +215,29 @@ private:
         }
     }
 
+    /// Copies rows of the file to where they are shown.
+    static void PlaceTurned(const ORVJpegSource& source, JSAMPARRAY rows, JDIMENSION first, JDIMENSION count,
+                            std::uint8_t* rgba) {
+        constexpr std::size_t kPixel = 4;
+        const std::ptrdiff_t w = source.storedWidth, h = source.storedHeight;
+        // The place of the file's first pixel, and how far it is from one to the next in its row and in its
+        // column.
+        struct Way {
+            std::ptrdiff_t start, right, down;
+        };
+        const Way ways[] = {
+            {0, 1, w}, {w - 1, -1, w}, {w * h - 1, -1, -w}, {w * h - w, 1, -w},
+            {0, h, 1}, {h - 1, h, -1}, {w * h - 1, -h, -1}, {w * h - h, -h, 1},
+        };
+        const Way& way = ways[source.orientation - 1];
+        for (std::ptrdiff_t x = 0; x < w; ++x) {
+            std::ptrdiff_t to = way.start + x * way.right + static_cast<std::ptrdiff_t>(first) * way.down;
+            for (JDIMENSION i = 0; i < count; ++i, to += way.down)
+                std::memcpy(rgba + to * static_cast<std::ptrdiff_t>(kPixel),
+                            rows[i] + x * static_cast<std::ptrdiff_t>(kPixel), kPixel);
+        }
+    }
+
     std::span<const std::uint8_t> bytes_;
     std::size_t usedBytes_ = 0;
     bool created_ = false;
@@ -207,11 +250,37 @@ private:
     ORVJpegSource source_;
 };
 
+ORVColourDescription Describe(const ORVJpegSource& source, std::span<const std::uint8_t> profile) {
+    using Space = ORVColourDescription::Space;
+    ORVColourDescription description;
+    if (source.componentCount == 1)
+        description.space = Space::kGrey;
+    else if (source.componentCount == 4)
+        description.space = source.inverted ? Space::kNoInk : Space::kCMYK;
+    description.profile = profile;
+    return description;
+}
+
+ORVColourStatus CreateConversion(const ORVJpegSource& source, std::span<const std::uint8_t> profile,
+                                 std::unique_ptr<ORVColourConversion>& conversion) {
+    const std::size_t pixels =
+        static_cast<std::size_t>(source.storedWidth) * static_cast<std::size_t>(source.storedHeight);
+    return ORVCreateColourConversion(Describe(source, profile), pixels, conversion);
+}
+
 }  // namespace
 
-bool DecodeJpegPixels(std::span<const std::uint8_t> bytes, const ORVJpegSource& source, int width, int height,
-                      std::uint8_t* rgba) {
-    return JpegReading(bytes).Decode(source, width, height, rgba);
+bool DecodeJpegPixels(const ORVJpegSource& source, bool isConverted, std::uint8_t* rgba) {
+    try {
+        std::unique_ptr<ORVColourConversion> conversion;
+        if (isConverted) {
+            CreateConversion(source, ReadJpegSegments(source.bytes).profile, conversion);
+            if (!conversion) return false;
+        }
+        return JpegReading(source.bytes).Decode(source, conversion.get(), rgba);
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int /*flags*/) {
@@ -222,8 +291,19 @@ ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int
     try {
         ORVPixelImageBuilder builder;
         reading.WriteResolution(builder);
-        return builder.FinishJpeg(reading.GetWidth(), reading.GetHeight(), reading.CopyFile(),
-                                  reading.GetSource());
+        const JpegSegments segments = ReadJpegSegments({static_cast<const std::uint8_t*>(bytes), size});
+        ORVJpegSource source = reading.GetSource();
+        source.orientation = segments.orientation;
+        builder.SetProfileSize(segments.profile.size());
+        std::unique_ptr<ORVColourConversion> conversion;
+        if (segments.isProfileBroken) {
+            builder.SetRemark(ORVImageRemark::kBrokenProfile);
+        } else if (!segments.profile.empty()) {
+            const ORVColourStatus status = CreateConversion(source, segments.profile, conversion);
+            if (status == ORVColourStatus::kMemorySpent) return ORVPixelImageBuilder::NoteMemorySpent();
+            builder.SetRemark(RemarkOn(status));
+        }
+        return builder.FinishJpeg(reading.CopyFile(), source, conversion != nullptr);
     } catch (const std::exception&) {
         return ORVPixelImageBuilder::NoteMemorySpent();
     }

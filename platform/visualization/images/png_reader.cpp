@@ -2,11 +2,16 @@
 #include <csetjmp>
 #include <cstdint>
 #include <cstring>
+#include <exception>
+#include <memory>
+#include <span>
 
 #include <png.h>
 
 #include "platform/visualization/images/ORVPixelImage.h"
 #include "platform/visualization/images/ORVPixelImageBuilder.h"
+#include "platform/visualization/images/image_colours.h"
+#include "platform/visualization/images/png_colours.h"
 
 namespace {
 
@@ -35,8 +40,8 @@ void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
 
 void IgnoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
 
-// Chunks that do not bear on the pixels. They are passed over, so that broken ones do no harm and large ones
-// cost nothing.
+// Chunks that the library need not know. They are passed over, so that broken ones do no harm and large ones
+// cost nothing. Those of colours are read beside it.
 constexpr png_byte kIgnoredChunks[] =
     "bKGD\0cHRM\0eXIf\0gAMA\0hIST\0iCCP\0iTXt\0oFFs\0pCAL\0sBIT\0sCAL\0sPLT\0sRGB\0tEXt\0tIME\0zTXt";
 constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5;
@@ -45,7 +50,7 @@ static_assert(sizeof kIgnoredChunks % 5 == 0);
 /// One reading. Its members outlive the jumps out of libpng; nothing with a destructor is made inside.
 class PngReading {
 public:
-    PngReading(const void* bytes, std::size_t size) : input_{static_cast<const std::uint8_t*>(bytes), size} {}
+    explicit PngReading(std::span<const std::uint8_t> file) : file_(file), input_{file.data(), file.size()} {}
     PngReading(const PngReading&) = delete;
     PngReading& operator=(const PngReading&) = delete;
     ~PngReading() { png_destroy_read_struct(&png_, &info_, nullptr); }
@@ -55,8 +60,7 @@ public:
         png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeaveOnError, IgnoreWarning);
         info_ = png_ ? png_create_info_struct(png_) : nullptr;
         if (!info_) return ORVPixelImageBuilder::NoteMemorySpent();
-        if (!ReadPixels()) return nullptr;
-        return builder_.Finish();
+        return ReadPixels() && ConvertColours() ? builder_.Finish() : nullptr;
     }
 
 private:
@@ -71,6 +75,7 @@ private:
         const png_uint_32 width = png_get_image_width(png_, info_),
                           height = png_get_image_height(png_, info_);
         if (!ORVPixelImageBuilder::IsAllowed(width, height) || !CanHold(size, width, height)) return false;
+        isGrey_ = (png_get_color_type(png_, info_) & PNG_COLOR_MASK_COLOR) == 0;
         const bool hasAlpha = (png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) != 0 ||
                               png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
         ReadResolution();
@@ -84,6 +89,27 @@ private:
         // What follows the last row is not looked at: texts, the end mark and surplus bytes.
         for (png_uint_32 row = 0; hasAlpha && row < height; ++row) builder_.NoteAlpha(row);
         return true;
+    }
+
+    /// @return false when memory is spent
+    bool ConvertColours() {
+        try {
+            const PngColours colours = ReadPngColours(file_, isGrey_);
+            builder_.SetRemark(colours.remark);
+            builder_.SetProfileSize(colours.profile.size());
+            if (!colours.isDescribed) return true;
+            std::unique_ptr<ORVColourConversion> conversion;
+            const std::size_t pixels = builder_.GetPixelCount();
+            const ORVColourStatus status = ORVCreateColourConversion(colours.description, pixels, conversion);
+            if (status != ORVColourStatus::kMemorySpent) {
+                if (RemarkOn(status) != ORVImageRemark::kNone) builder_.SetRemark(RemarkOn(status));
+                if (conversion) conversion->Convert(builder_.GetRow(0), pixels);
+                return true;
+            }
+        } catch (const std::exception&) {  // no memory, either
+        }
+        ORVPixelImageBuilder::NoteMemorySpent();
+        return false;
     }
 
     /// False when a file of `size` bytes cannot possibly hold the image that its header speaks of.
@@ -108,13 +134,17 @@ private:
         png_set_add_alpha(png_, 255, PNG_FILLER_AFTER);
     }
 
+    std::span<const std::uint8_t> file_;
     Input input_;
+    bool isGrey_ = false;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
     ORVPixelImageBuilder builder_;
 };
 
-ORVPixelImage* DecodePng(const void* bytes, std::size_t size) { return PngReading(bytes, size).Read(); }
+ORVPixelImage* DecodePng(const void* bytes, std::size_t size) {
+    return PngReading({static_cast<const std::uint8_t*>(bytes), size}).Read();
+}
 
 }  // namespace
 

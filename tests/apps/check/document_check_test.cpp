@@ -67,6 +67,10 @@ const KindCase kKindCases[] = {
      "<image width='2' height='2' xlink:href='here.png'/>"},
     {kImageBroken, "<image width='2' height='2' xlink:href='broken.png'/>",
      "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageColours, "<image width='2' height='2' xlink:href='coloured.png'/>",
+     "<image width='2' height='2' xlink:href='here.png'/>"},
+    {kImageNotTurned, "<image width='2' height='2' xlink:href='turned.png'/>",
+     "<image width='2' height='2' xlink:href='turned.jpg'/>"},
     {kImageStretched, "<image width='2' height='4' xlink:href='here.png'/>",
      "<image width='4' height='4' xlink:href='here.png'/>"},
     {kUnknownAttribute, "<rect colour='red'/>",
@@ -129,6 +133,13 @@ protected:
         std::ofstream(folder_.Path() / "inner" / "here.png", std::ios::binary) << SamplePng(2, 2);
         std::ofstream(folder_.Path() / "inner" / "broken.png", std::ios::binary)
             << SamplePng(2, 2).substr(0, 40);
+        const auto write = [&](const char* name, const std::string& bytes) {
+            std::ofstream(folder_.Path() / "inner" / name, std::ios::binary) << bytes;
+        };
+        write("coloured.png", WithPngChunk(SamplePng(2, 2), "iCCP", "no profile"));
+        write("turned.png", WithPngChunk(SamplePng(2, 2), "eXIf", SampleExif(6)));
+        write("turned.jpg",
+              WithJpegSegment(SampleJpeg(2, 2), 0xE1, std::string("Exif\0\0", 6) + SampleExif(6)));
         const std::string document = content.starts_with("<svg") && GetParam().code != kPercentageInNestedSvg
                                          ? content
                                          : CheckedDrawing(content);
@@ -311,6 +322,19 @@ TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
         CheckText(CheckedDrawing("<e:view xmlns:e='urn:e'/><g xmlns:e='urn:e' e:label='x' e:mode='y'/>"));
     EXPECT_EQ(KindsOf(findings), "");
     EXPECT_EQ(findings.GetForeignCount(), 3U);
+}
+
+TEST(CheckPageSizeTest, TellsBothSizes) {
+    const Findings findings = CheckText("<svg width='210mm' height='297mm' viewBox='0 0 900 450'/>");
+    ASSERT_EQ(findings.GetKept().size(), 1U);
+    EXPECT_EQ(findings.GetKept()[0].message,
+              "the page is 254.0 x 127.0 mm, not 210.0 x 297.0 mm of width and height");
+    // A difference that nobody sees is none.
+    EXPECT_EQ(KindsOf(CheckText("<svg width='900' height='450' viewBox='0 0 900.01 450'/>")), "");
+    EXPECT_EQ(KindsOf(CheckText("<svg width='900' height='500' viewBox='0 0 900 450'/>")),
+              "view-box-not-scaled");
+    EXPECT_EQ(KindsOf(CheckText("<svg width='800' height='450' viewBox='0 0 900 450'/>")),
+              "view-box-not-scaled");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/generators/pdf/drawn_pdf.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/text_search.h"
@@ -196,5 +197,96 @@ INSTANTIATE_TEST_SUITE_P(
                   },
                   "rgb 3 8", "gray 1 8"}),
     kNameOfRow);
+
+/// A page of 90 x 90 pixels, as a test looks at it.
+std::string ColourAt(const std::string& pixels, std::size_t x, std::size_t y) {
+    return pixels.size() < 90U * 90U * 3U ? "" : pixels.substr(pixels.size() - 3 * (90 * (90 - y) - x), 3);
+}
+
+// A reader takes three components for YCbCr unless it is told.
+TEST(PdfImagesTest, JpegSaysWhetherItsColoursAreTransformed) {
+    constexpr int kRgb = 2, kYCbCr = 3;
+    for (const int stored : {kRgb, kYCbCr}) {
+        JpegToWrite jpeg{.width = 8, .height = 8, .storedSpace = stored};
+        for (int i = 0; i < 64; ++i) jpeg.samples.insert(jpeg.samples.end(), {200, 100, 50});
+        const auto image = ReadJpeg(WriteJpeg(jpeg));
+        ASSERT_TRUE(image);
+        DrawnPdf document;
+        document.BeginPage();
+        EXPECT_EQ(document.Get().DrawImage({*image, {90.0, 0.0, 0.0, 90.0, 0.0, 0.0}}), 1);
+        document.EndPage();
+        document.Finish();
+        EXPECT_THAT(document.Plain(), HasSubstr(stored == kRgb ? "/ColorTransform 0" : "/ColorTransform 1"));
+        const std::string colour = ColourAt(document.Pixels(), 45, 45);
+        ASSERT_EQ(colour.size(), 3U);
+        const std::array<int, 3> expected{200, 100, 50};
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_NEAR(static_cast<unsigned char>(colour[i]), expected[i], 4) << stored << i;
+    }
+}
+
+TEST(PdfImagesTest, APatternLiesWhereItsMapPutsIt) {
+    const std::uint8_t colours[]{255, 0, 0, 255, 0, 0, 255, 255, 0, 255, 0, 255, 0, 0, 0, 255};
+    const ORVRef<ORVPixelImage> tile(ORVPixelImage::CreateFromPixels(2, 2, colours));
+    DrawnPdf document;
+    document.BeginPage();
+    ORVPrintFill fill;
+    fill.pattern = tile.get();
+    // A pixel becomes 15 units wide and 9 high; a tile begins at (20, 6).
+    fill.patternToPage = {15.0, 0.0, 0.0, 9.0, 20.0, 6.0};
+    const ORVPrintPath path = RectanglePath(0.0, 0.0, 90.0, 90.0);
+    EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+    document.EndPage();
+    document.Finish();
+    const std::string pixels = document.Pixels();
+    const std::string red("\xFF\0\0", 3), blue("\0\0\xFF", 3), green("\0\xFF\0", 3), black(3, '\0');
+    EXPECT_EQ(ColourAt(pixels, 27, 10), red);
+    EXPECT_EQ(ColourAt(pixels, 42, 10), blue);
+    EXPECT_EQ(ColourAt(pixels, 27, 19), green);
+    EXPECT_EQ(ColourAt(pixels, 42, 19), black);
+    EXPECT_EQ(ColourAt(pixels, 57, 28), red);
+    EXPECT_EQ(ColourAt(pixels, 12, 2), black) << "the tile before";
+}
+
+TEST(PdfImagesTest, AJpegThatLiesTurnedIsPassedOnAndTurnedOnThePage) {
+    const std::string red("\xFF\0\0", 3);
+    // Corners of the page: top left, top right, bottom left, bottom right; where the file's first pixels come
+    // to lie.
+    constexpr int kCorner[] = {0, 1, 3, 2, 0, 1, 3, 2};
+    for (int orientation = 1; orientation <= 8; ++orientation) {
+        const std::string file = WithJpegSegment(
+            SampleJpegOf(64, 32,
+                         [](int x, int y) {
+                             return x < 32 && y < 16 ? std::array<unsigned char, 3>{254, 0, 0}
+                                                     : std::array<unsigned char, 3>{0, 0, 254};
+                         }),
+            0xE1, std::string("Exif\0\0", 6) + SampleExif(orientation));
+        const ORVRef<ORVPixelImage> image(ReadMemoryJPEGPixelImage(file.data(), file.size(), 0));
+        ASSERT_TRUE(image);
+        for (const bool isPattern : {false, true}) {
+            DrawnPdf document;
+            document.BeginPage();
+            ORVPrintFill fill;
+            fill.pattern = image.get();
+            fill.patternToPage =
+                ORVMathAffine2D::Scaling(90.0 / image->GetWidth(), 90.0 / image->GetHeight());
+            const ORVPrintPath path = RectanglePath(0.0, 0.0, 90.0, 90.0);
+            if (isPattern)
+                EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+            else
+                EXPECT_EQ(document.Get().DrawImage({*image, {90.0, 0.0, 0.0, 90.0, 0.0, 0.0}}), 1);
+            document.EndPage();
+            document.Finish();
+            EXPECT_THAT(document.Plain(), HasSubstr("DCTDecode"));
+            const std::string pixels = document.Pixels();
+            for (int corner = 0; corner < 4; ++corner) {
+                const std::string colour = ColourAt(pixels, corner % 2 == 0 ? 20 : 70, corner < 2 ? 20 : 70);
+                ASSERT_EQ(colour.size(), 3U);
+                EXPECT_EQ(static_cast<unsigned char>(colour[0]) > 128, corner == kCorner[orientation - 1])
+                    << orientation << isPattern << corner;
+            }
+        }
+    }
+}
 
 }  // namespace

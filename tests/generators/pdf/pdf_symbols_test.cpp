@@ -155,4 +155,44 @@ TEST(PdfSymbolsTest, SymbolsThatShowNothingOrBreakOffDoNotDisturb) {
     EXPECT_EQ(CountOf(document.Plain(), " Do\n"), 1U);
 }
 
+// The content of a symbol is painted with the colour of the place that shows it until it sets its own.
+TEST(PdfSymbolsTest, BlackOfASymbolIsBlackOnAPageThatPaintsRed) {
+    DrawnPdf document;
+    document.BeginPage();
+    ORVPrintGenerator& page = document.Get();
+    ORVPrintStroke black, red;
+    red.colour = {255, 0, 0};
+    black.width = red.width = 6.0;
+    ORVPrintPath line;
+    line.MoveTo({30.0, 0.0});
+    line.LineTo({30.0, 10.0});
+    const int key = 0;
+    for (const double y : {0.0, 45.0}) {
+        EXPECT_EQ(FillRectangle(page, 0.0, y, 10.0, 10.0, {255, 0, 0}), 1);
+        EXPECT_EQ(page.DrawShape({line, {1.0, 0.0, 0.0, 1.0, 0.0, y}, nullptr, &red}), 1);
+        const int answer = page.BeginSymbol({&key, {1.0, 0.0, 0.0, 1.0, 0.0, y + 20.0}});
+        if (answer == ORVPrintGenerator::kDrawSymbol) {
+            EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 10.0, 10.0), 1);
+            EXPECT_EQ(page.DrawShape({line, {}, nullptr, &black}), 1);
+            EXPECT_EQ(page.EndSymbol(), 1);
+        }
+    }
+    EXPECT_EQ(FillRectangle(page, 60.0, 0.0, 10.0, 10.0), 1);
+    document.EndPage();
+    document.Finish();
+    const std::string pixels = document.Pixels();
+    ASSERT_GE(pixels.size(), 90U * 90U * 3U);
+    const auto colourAt = [&](std::size_t x, std::size_t y) {
+        return pixels.substr(pixels.size() - 3 * (90 * (90 - y) - x), 3);
+    };
+    const std::string blackPixel(3, '\0'), redPixel("\xFF\0\0", 3);
+    for (const std::size_t y : {5U, 50U}) {
+        EXPECT_EQ(colourAt(5, y), redPixel) << y;
+        EXPECT_EQ(colourAt(30, y), redPixel) << y;
+        EXPECT_EQ(colourAt(5, y + 20), blackPixel) << y;
+        EXPECT_EQ(colourAt(30, y + 20), blackPixel) << y;
+    }
+    EXPECT_EQ(colourAt(65, 5), blackPixel);
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <png.h>
+#include <zlib.h>
 
 #include <utility>
 #include <vector>
@@ -183,6 +184,65 @@ TEST(ORVPngGeneratorTest, EveryPageIsAPart) {
     }
     EXPECT_EQ(generator.EndDocument(), 1);
     EXPECT_EQ(output.GetPartCount(), 2U);
+}
+
+/// Bytes of all rows, read to the end of their stream, whose checksum counts. 0 when the stream is not sound.
+std::size_t SizeOfRows(const std::string& png) {
+    std::string stream;
+    for (std::size_t at = 8; at + 12 <= png.size();) {
+        const auto byte = [&](std::size_t i) { return std::size_t{static_cast<unsigned char>(png[at + i])}; };
+        const std::size_t length = byte(0) << 24U | byte(1) << 16U | byte(2) << 8U | byte(3);
+        if (png.compare(at + 4, 4, "IDAT") == 0) stream += png.substr(at + 8, length);
+        at += length + 12;
+    }
+    std::string rows(std::size_t{1} << 20U, '\0');
+    uLongf size = rows.size();
+    uLong used = stream.size();
+    const int status = uncompress2(reinterpret_cast<Bytef*>(rows.data()), &size,
+                                   reinterpret_cast<const Bytef*>(stream.data()), &used);
+    return status == Z_OK && used == stream.size() ? size : 0;
+}
+
+// Bands without ink are packed once; the last one may have fewer rows than the others.
+TEST(ORVPngGeneratorTest, TheStreamOfRowsIsWholeWhateverBandsAreBlank) {
+    for (const bool blankStart : {true, false})
+        for (const bool blankEnd : {true, false})
+            for (const double height : {64.0, 67.0}) {
+                ORVRasterOptions options;
+                options.bandRows = 16;
+                options.threads = 1;
+                PngPage page(30.0, height, options);
+                if (!blankStart) EXPECT_EQ(FillRectangle(page.Get(), 2.0, 2.0, 9.0, 9.0), 1);
+                if (!blankEnd) EXPECT_EQ(FillRectangle(page.Get(), 2.0, height - 2.0, 9.0, 2.0), 1);
+                EXPECT_EQ(SizeOfRows(page.Finish()), static_cast<std::size_t>(height) * 31)
+                    << blankStart << blankEnd << height;
+            }
+}
+
+TEST(ORVPngGeneratorTest, ControlCharactersOfATitleAreNotWrittenAsLatin) {
+    struct Row {
+        const char* title;
+        const char* chunk;
+    };
+    for (const Row& row : {Row{"Stra\xC3\x9F"
+                               "e",
+                               "tEXt"},
+                           Row{"a\xC2\xA0"
+                               "b",
+                               "tEXt"},
+                           Row{"a\xC2\x9F"
+                               "b",
+                               "iTXt"},
+                           Row{"a\xC2\x85"
+                               "b",
+                               "iTXt"},
+                           Row{"a\x7F"
+                               "b",
+                               "iTXt"},
+                           Row{"a\nb", "iTXt"}}) {
+        PngPage page(4.0, 4.0, {}, row.title);
+        EXPECT_NE(page.Finish().find(row.chunk), std::string::npos) << row.title;
+    }
 }
 
 }  // namespace

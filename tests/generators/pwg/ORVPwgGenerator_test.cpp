@@ -117,7 +117,7 @@ TEST(ORVPwgGeneratorTest, GreyAndBlackAreColourSpacesOfTheirOwn) {
 TEST(ORVPwgGeneratorTest, OutputsThatFailAreReported) {
     struct Failing final : ORVOutput {
         int BeginPart() override { return Fail("full"); }
-        int Write(const void*, std::size_t) override { return 0; }
+        int Append(const void*, std::size_t) override { return 0; }
         int EndPart() override { return 0; }
         int Commit() override { return 0; }
     } output;

@@ -141,7 +141,7 @@ TEST(ORVTiffGeneratorTest, PagesFollowEachOther) {
 TEST(ORVTiffGeneratorTest, OutputsThatFailAreReported) {
     struct Failing final : ORVOutput {
         int BeginPart() override { return 1; }
-        int Write(const void*, std::size_t) override { return Fail("full"); }
+        int Append(const void*, std::size_t) override { return Fail("full"); }
         int EndPart() override { return 1; }
         int Commit() override { return 1; }
     } output;

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -178,6 +179,25 @@ TEST(BmpReaderTest, OtherBytesGiveNull) {
     EXPECT_FALSE(ReadBmp({'B', 'M'}));
     EXPECT_FALSE(ReadBmp(ByteList(100, 0xFF)));
     EXPECT_EQ(ReadMemBMPPixelImage(nullptr, 0, 0), nullptr);
+}
+
+TEST(BmpReaderTest, FiveBitsAreRoundedToTheNearestOfEight) {
+    for (unsigned value = 0; value < 32; ++value) {
+        const ByteList file = BmpToWrite::Info(1, 1, 16).With(
+            {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value << 2), 0, 0});
+        const Rgba pixels = PixelsOf(ReadBmp(file));
+        ASSERT_EQ(pixels.size(), 4U);
+        const auto nearest = static_cast<std::uint8_t>(std::lround(value * 255.0 / 31.0));
+        EXPECT_EQ(pixels[0], nearest) << value;
+        EXPECT_EQ(pixels[2], nearest) << value;
+    }
+}
+
+TEST(BmpReaderTest, RunLengthsFromAboveAreNone) {
+    const ByteList red = {1, 1, 0, 1};
+    EXPECT_EQ(PixelsOf(ReadBmp(BmpToWrite::Info(1, 1, 8, kRle8, 4).Append(kFourColours).With(red))), kRed);
+    EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, -1, 8, kRle8, 4).Append(kFourColours).With(red)));
+    EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, -1, 4, kRle4, 4).Append(kFourColours).With({1, 0x10, 0, 1})));
 }
 
 }  // namespace

@@ -222,4 +222,34 @@ TEST(JpegReaderTest, OtherBytesGiveNull) {
     EXPECT_EQ(ReadMemoryJPEGPixelImage(nullptr, 0, 0), nullptr);
 }
 
+/// A grey image whose only scan is there so many times, which is sound but for their number.
+ByteList WithScans(int count) {
+    const ByteList file = WriteJpeg({.width = kWidth,
+                                     .height = kHeight,
+                                     .components = 1,
+                                     .inputSpace = kGrey,
+                                     .storedSpace = kGrey,
+                                     .progressive = true,
+                                     .samples = SmoothSamples(1)});
+    // The first scan: what follows refines it.
+    const auto isMarker = [&](std::size_t at, int marker) {
+        return file[at] == 0xFF && file[at + 1] == marker;
+    };
+    std::size_t start = 0;
+    while (!isMarker(start, 0xDA)) ++start;
+    std::size_t end = start + 2;
+    while (!(file[end] == 0xFF && file[end + 1] != 0)) ++end;
+    ByteList longer(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
+    for (int i = 1; i < count; ++i)
+        longer.insert(longer.end(), file.begin() + static_cast<std::ptrdiff_t>(start),
+                      file.begin() + static_cast<std::ptrdiff_t>(end));
+    longer.insert(longer.end(), {0xFF, 0xD9});
+    return longer;
+}
+
+TEST(JpegReaderTest, FiveHundredScansAreTheMost) {
+    for (const int scans : {1, 10, 499}) EXPECT_TRUE(ReadJpeg(WithScans(scans))) << scans;
+    for (const int scans : {502, 2000}) EXPECT_FALSE(ReadJpeg(WithScans(scans))) << scans;
+}
+
 }  // namespace

@@ -218,4 +218,24 @@ TEST(PngReaderTest, OtherBytesGiveNull) {
     EXPECT_EQ(ReadMemoryPNGPixelImage(nullptr, 0, 0), nullptr);
 }
 
+TEST(PngReaderTest, NoMemoryIsAskedForWhatAFileCannotHold) {
+    const ByteList file = WritePng(SmallRgb());
+    const PixelLimit limit(std::uint64_t{1} << 62U);
+    // More than there is: who asks for it is told that memory is spent.
+    EXPECT_FALSE(ReadPng(WithSize(file, 20000, 0x7FFFFFFF)));
+    EXPECT_FALSE(ORVPixelImage::WasMemorySpent());
+}
+
+TEST(PngReaderTest, AResolutionInNoUnitIsNone) {
+    PngToWrite png = SmallRgb();
+    png.pixelsPerMetre = 11811;
+    ByteList file = WritePng(png);
+    const std::size_t chunk = FindChunk(file, "pHYs");
+    file[chunk + 8] = 0;
+    PutBigEndian(file, chunk + 9, Crc(&file[chunk - 4], 13));
+    const auto image = ReadPng(file);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->GetHorizontalResolution(), 0.0);
+}
+
 }  // namespace

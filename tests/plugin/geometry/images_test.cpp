@@ -8,9 +8,11 @@
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtGroupElt.h"
+#include "platform/system/ORVPrintLimits.h"
 #include "platform/system/files.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/parsed_element.h"
@@ -247,6 +249,25 @@ TYPED_TEST(ImageHandlerTest, WithoutMirroringTheOriginIsTheGivenPoint) {
     const ORVRef<ORVPrtBitmapImageElt> bitmap(new ORVPrtBitmapImageElt);
     EXPECT_EQ(HandleImage(state, TypeParam(&node), bitmap.get(), *container), kDone);
     EXPECT_EQ(SketchOf(*bitmap), "image(0,0 0x30)");
+}
+
+TEST(ImageElementTest, PastTheLimitOfADocumentsPixelsNoFileIsRead) {
+    // A picture of nothing: many more pixels than its file pays for.
+    const ByteList nothing =
+        WritePng({.width = 1000, .height = 1000, .depth = 1, .sample = [](int, int, int) { return 0U; }});
+    const std::string image = "<image width='9' height='9' xlink:href='data:image/png;base64," +
+                              ToBase64({reinterpret_cast<const char*>(nothing.data()), nothing.size()}) +
+                              "'/>";
+    const std::uint64_t counted = 1'000'000 - kPixelsPerFileByte * nothing.size();
+    const std::string read = "image(0,91 9x9 px1000x1000)", left = "image(0,91 9x9)";
+    for (const Backend backend : kBackends)
+        for (const auto& [most, expected] : {std::pair{counted, read + " " + read + " " + left},
+                                             std::pair{counted - 1, read + " " + left + " " + left},
+                                             std::pair{3 * counted, read + " " + read + " " + read}}) {
+            const ORVScopedPrintLimit limit(ORVPrintLimit::kDocumentPixels, most);
+            const BuiltModel model(Drawing(image + image + image), {.backend = backend});
+            EXPECT_EQ(SketchOfChildren(model.GetPage()), expected) << most;
+        }
 }
 
 }  // namespace

@@ -373,4 +373,13 @@ TEST(PatternFillTest, WithoutABitmapTheStyleIsPatternAllTheSame) {
     }
 }
 
+TEST(PatternFillTest, ABrokenBitmapDoesNotHideTheOnesBehindIt) {
+    const std::string good = "<image xlink:href='data:image/png;base64," + ToBase64(SamplePng(2, 3)) + "'/>";
+    for (const std::string broken :
+         {"<image xlink:href='none.png'/>", "<image xlink:href='data:image/png;base64,AAAA'/>"})
+        for (const std::string& images : {broken + good, good + broken, broken + good + broken})
+            ExpectPaintedSketch(Drawing("<pattern id='p'>" + images + "</pattern><rect fill='url(#p)'/>"),
+                                "rect(0,100 0,100):2 fill=#000000 pattern(2x3) stroke=#000000");
+}
+
 }  // namespace

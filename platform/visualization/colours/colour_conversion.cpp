@@ -1,0 +1,33 @@
+#include "platform/visualization/colours/colour_conversion.h"
+
+#include <exception>
+#include <string>
+
+#include "platform/system/modules.h"
+
+namespace {
+
+ORVColourStatus StatusOfFailure(const std::string& error) {
+    // The loader tells lack of memory in words only.
+    return error.find("llocate memory") == std::string::npos ? ORVColourStatus::kMissing
+                                                             : ORVColourStatus::kMemorySpent;
+}
+
+}  // namespace
+
+ORVColourStatus ORVCreateColourConversion(const ORVColourDescription& description, std::size_t pixelCount,
+                                          std::unique_ptr<ORVColourConversion>& conversion) {
+    try {
+        std::string error;
+        void* const module = ORVLoadModule(kColourModule, error);
+        void* const factory = module ? ORVFindInModule(module, kColourFactory, error) : nullptr;
+        if (!factory) return StatusOfFailure(error);
+        ORVColourConversion* made = nullptr;
+        const ORVColourStatus status =
+            reinterpret_cast<ColourFactory>(factory)(description, pixelCount, &made);
+        conversion.reset(made);
+        return status;
+    } catch (const std::exception&) {
+        return ORVColourStatus::kMemorySpent;
+    }
+}

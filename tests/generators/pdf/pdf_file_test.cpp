@@ -1,0 +1,46 @@
+#include "generators/pdf/pdf_file.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "generators/common/ORVOutput.h"
+#include "generators/pdf/pdf_syntax.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/shell_run.h"
+
+namespace {
+
+// Numbers of a table have as many bytes as the greatest place asks for.
+TEST(PdfFileTest, ObjectsAreFoundBehindPlacesOfAnyLength) {
+    const ScratchFolder folder;
+    const std::string path = folder.PathOf("file.pdf");
+    for (const std::size_t size :
+         {std::size_t{0}, std::size_t{300}, std::size_t{70'000}, std::size_t{17} << 20U}) {
+        ORVMemoryOutput output;
+        PdfFile file(output);
+        const unsigned int pages = file.Reserve(), page = file.Reserve(), content = file.Reserve(),
+                           catalogue = file.Reserve(), info = file.Reserve();
+        for (const char* name : {"first", "second"}) {
+            const std::string bytes = name + std::string(size, ' ');
+            file.WriteStream(*name == 'f' ? file.Reserve() : content, "", "% " + bytes,
+                             PdfFile::Packing::kStored);
+        }
+        file.WriteObject(page, "<</Type/Page/MediaBox[0 0 9 9]/Parent " + PdfReference(pages) + "/Contents " +
+                                   PdfReference(content) + ">>");
+        file.WriteObject(pages, "<</Type/Pages/Count 1/Kids[" + PdfReference(page) + "]>>");
+        file.WriteObject(catalogue, "<</Type/Catalog/Pages " + PdfReference(pages) + ">>");
+        file.WriteObject(info, "<</Title(T)>>");
+        file.Finish(catalogue, info);
+        ASSERT_TRUE(file.IsGood());
+        std::ofstream(path, std::ios::binary) << output.GetBytes();
+        const ShellRun check("qpdf --check '" + path + "'");
+        EXPECT_EQ(check.status, 0) << size << check.text;
+        const ShellRun shown("qpdf --show-object=" + std::to_string(content) + " --raw-stream-data '" + path +
+                             "' | head -c 8");
+        EXPECT_EQ(shown.text, "% second") << size;
+    }
+}
+
+}  // namespace
