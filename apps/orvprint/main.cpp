@@ -96,7 +96,9 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
     command
         .add_flag("--require-sandbox", options.requiresSandbox,
                   "Fail where the system refuses part of the sandbox")
-        ->excludes(without);
+        ->excludes(without)
+        ->option_text(" ");  // the library's would say what it excludes, in the help's first column
+    without->option_text(" ");
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
