@@ -31,8 +31,11 @@
 #include "apps/orvprint/file_set.h"
 #include "apps/orvprint/formats_command.h"
 #include "apps/orvprint/memory_limit.h"
+#include "apps/orvprint/printable_text.h"
 #include "apps/orvprint/progress.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/run_sandbox.h"
+#include "apps/orvprint/signals.h"
 #include "apps/orvprint/worker_process.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/formats.h"
@@ -106,6 +109,7 @@ public:
         if (!error) fs::create_directory(PathOf(slot), error);
         return error ? error.message() : std::string();
     }
+    const std::string& GetPath() const { return path_; }
     fs::path PathOf(std::size_t slot) const { return fs::path(path_) / std::to_string(slot); }
     /// Keeps what is in a worker's part. @return an error, empty when there is none
     std::string Keep(std::size_t slot, std::uint32_t job) const {
@@ -125,14 +129,7 @@ public:
     EndSignals() {
         if (pipe2(pipe_.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
         writeEnd_ = pipe_[1];
-        struct sigaction action {};
-        action.sa_handler = Note;
-        for (const int signal : kSignals) {
-            struct sigaction before {};
-            // What the process was told to ignore, as nohup does, stays ignored.
-            if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
-                sigaction(signal, &action, nullptr);
-        }
+        HandleEndingSignals(Note);
     }
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
@@ -148,7 +145,6 @@ public:
     static int GetCaught() { return caught_; }
 
 private:
-    static constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
     static void Note(int signal) {
         const int error = errno;
         caught_ = signal;
@@ -168,6 +164,16 @@ struct Outcome {
     int code;
     std::string message;
 };
+
+/// What a worker said, libraries within it too.
+void PutLines(std::string_view lines) {
+    TextLine line(stderr);
+    while (!lines.empty()) {
+        const std::size_t end = lines.find('\n');
+        line.Put(lines.substr(0, end)).End();
+        lines.remove_prefix(end + 1);
+    }
+}
 
 /// A worker and what it does.
 struct Slot {
@@ -231,6 +237,17 @@ private:
 
     // ---- in the worker ----
 
+    /// Outputs grow where this process puts them in their places; the worker has no rights there.
+    int EnterWorkersSandbox() const {
+        try {
+            RunFiles files{.inputs = options_.inputs, .outputFolder = staging_.GetPath()};
+            files.keepsTemporaryFiles = KeepsTemporaryFiles(format_.name);
+            return EnterSandboxFor(options_.read, std::move(files));
+        } catch (const std::bad_alloc&) {
+            return Report(kExitFailed, "", "memory is spent");
+        }
+    }
+
     WorkerProcess::Answer DoJob(std::uint32_t job, std::size_t slot) const {
         FilesOfDrawings().Clear();
         try {
@@ -253,6 +270,7 @@ private:
         // The workers share the processors.
         const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
         options.threads = static_cast<unsigned int>(std::max<std::size_t>(processors / slots_.size(), 1));
+        options.isInSandbox = true;
         options.read.keepGoing = false;  // a broken document is a failure among others
         return RunPrint(options);
     }
@@ -290,8 +308,14 @@ private:
             if (slot.process.Give(job)) return true;
             slot.process.Kill();  // it ended while it had nothing to do
         }
-        return slot.process.Start([this, index](std::uint32_t number) { return DoJob(number, index); }) &&
-               slot.process.Give(job);
+        const auto work = [this, index,
+                           isInSandbox = false](std::uint32_t number) mutable -> WorkerProcess::Answer {
+            if (!isInSandbox)
+                if (const int code = EnterWorkersSandbox(); code != kExitDone) return {code, {}};
+            isInSandbox = true;
+            return DoJob(number, index);
+        };
+        return slot.process.Start(work) && slot.process.Give(job);
     }
 
     void WaitAndTake() {
@@ -380,7 +404,7 @@ private:
         const std::size_t end = slot.errors.rfind('\n');
         if (end == std::string::npos) return;
         progress_.Erase();
-        std::fwrite(slot.errors.data(), 1, end + 1, stderr);
+        PutLines({slot.errors.data(), end + 1});
         const std::size_t start = end == 0 ? 0 : slot.errors.rfind('\n', end - 1) + 1;
         slot.lastMessage = slot.errors.substr(start, end - start);
         constexpr std::string_view kOwnName = "orvprint: ";

@@ -10,6 +10,7 @@
 
 #include "apps/orvprint/check/document_check.h"
 #include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/printable_text.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/time_limit.h"
 #include "platform/xml/ORVLightXml.h"
@@ -91,8 +92,7 @@ void WriteLine(std::FILE* file, const std::string& name, const Finding& finding)
                        ": " + finding.element;
     if (!finding.attribute.empty()) line += " " + finding.attribute;
     if (!finding.value.empty()) line += " \"" + finding.value + "\"";
-    line += ": " + finding.message + "\n";
-    std::fwrite(line.data(), 1, line.size(), file);
+    TextLine(file).Put(line).Put(": ").Put(finding.message).End();
 }
 
 /// Kind by kind: what they have in common, how many there are, and the first of them.
@@ -108,22 +108,25 @@ void WriteText(std::FILE* file, const std::string& name, const Findings& finding
         std::stable_sort(kept.begin(), kept.end(), [](const Finding* a, const Finding* b) {
             return a->line != b->line ? a->line < b->line : a->column < b->column;
         });
-        std::fprintf(file, "\n%s (%llu): %s\n", std::string(kind.name).c_str(),
-                     static_cast<unsigned long long>(count), std::string(kind.title).c_str());
+        TextLine(file).End().Put(kind.name).Put(" (" + std::to_string(count) + "): ").Put(kind.title).End();
         const std::size_t shown = std::min(shownOfAKind, kept.size());
         for (std::size_t i = 0; i < shown; ++i) WriteLine(file, name, *kept[i]);
         if (count > shown)
-            std::fprintf(file, "  and %llu more%s\n", static_cast<unsigned long long>(count - shown),
-                         shown < kept.size() ? "; --verbose lists them" : "");
+            TextLine(file)
+                .Put("  and " + std::to_string(count - shown) + " more")
+                .Put(shown < kept.size() ? "; --verbose lists them" : "")
+                .End();
     }
 }
 
 void WriteResult(const std::string& name, const Findings& findings, bool verbose) {
-    std::printf("%s: %s\n", name.c_str(), Summary(findings).c_str());
+    TextLine(stdout).Put(name).Put(": ").Put(Summary(findings)).End();
     WriteText(stdout, name, findings, verbose ? Findings::kKept : kShownOfAKind);
     if (verbose && findings.GetForeignCount() > 0)
-        std::printf("\n%s of other vocabularies left alone\n",
-                    Plural(findings.GetForeignCount(), "name").c_str());
+        TextLine(stdout)
+            .End()
+            .Put(Plural(findings.GetForeignCount(), "name") + " of other vocabularies left alone")
+            .End();
 }
 
 void WriteError(JsonWriter& json, const CheckedInput& input) {
@@ -229,7 +232,7 @@ int RunCheck(const CheckOptions& options) {
         if (options.asJson) {
             WriteJson(json, path, input, findings);
         } else if (input.failure == kExitDone) {
-            if (!isFirst) std::printf("\n");
+            if (!isFirst) TextLine(stdout).End();
             WriteResult(InputName(path), findings, options.verbose);
             isFirst = false;
         }

@@ -22,6 +22,8 @@ struct ReadOptions {
     std::vector<std::string> allowedFolders;
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
     double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
+    bool withoutSandbox = false;      ///< keep what the command does not need
+    bool requiresSandbox = false;     ///< fail where the system refuses part of the sandbox
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
 

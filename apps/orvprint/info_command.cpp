@@ -1,8 +1,11 @@
 #include "apps/orvprint/info_command.h"
 
+#include <array>
 #include <cstdio>
+#include <string>
 
 #include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/printable_text.h"
 #include "apps/orvprint/report.h"
 #include "apps/orvprint/time_limit.h"
 
@@ -11,16 +14,21 @@ namespace {
 constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
 
 void WriteText(const std::string& name, const std::vector<PageFacts>& pages) {
-    std::printf("%s: %zu page%s\n", name.c_str(), pages.size(), pages.size() == 1 ? "" : "s");
+    TextLine line(stdout);
+    line.Put(name).Put(": " + std::to_string(pages.size()) + (pages.size() == 1 ? " page" : " pages")).End();
     unsigned int number = 0;
     for (const PageFacts& page : pages) {
-        std::printf("page %u: %g x %g units, %.2f x %.2f mm", ++number, page.width, page.height,
-                    page.width * kMillimetresPerUserUnit, page.height * kMillimetresPerUserUnit);
-        std::string title = page.title;
-        for (char& c : title)
-            if (static_cast<unsigned char>(c) < 0x20) c = ' ';
-        if (!title.empty()) std::printf(", \"%s\"", title.c_str());
-        std::printf("\n");
+        std::array<char, 256> facts{};
+        std::snprintf(facts.data(), facts.size(), "page %u: %g x %g units, ", ++number, page.width,
+                      page.height);
+        line.Put(facts.data());
+        // Written out, the largest numbers have 309 digits.
+        std::array<char, 1024> size{};
+        std::snprintf(size.data(), size.size(), "%.2f x %.2f mm", page.width * kMillimetresPerUserUnit,
+                      page.height * kMillimetresPerUserUnit);
+        line.Put(size.data());
+        if (!page.title.empty()) line.Put(", \"").Put(page.title).Put("\"");
+        line.End();
     }
 }
 

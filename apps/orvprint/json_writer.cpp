@@ -4,18 +4,23 @@
 #include <charconv>
 #include <cmath>
 
-#include "platform/system/ORVUnicodeString.h"
+#include "apps/orvprint/printable_text.h"
 
 namespace {
 
 constexpr std::size_t kBufferSize = 1U << 16U;
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// Length of the character at the start of `text` in bytes; 0 when it is no character.
-std::size_t CharacterLength(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    return length <= text.size() && ORVIsWellFormedUTF8(text.substr(0, length)) ? length : 0;
+/// "\u202e"; a character past U+FFFF as two halves.
+std::string Escape(char32_t character) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    if (character >= 0x10000) {
+        const char32_t rest = character - 0x10000;
+        return Escape(0xD800 + (rest >> 10U)) + Escape(0xDC00 + (rest & 0x3FFU));
+    }
+    std::string escape = "\\u";
+    for (unsigned int shift = 16; shift > 0; shift -= 4) escape += kDigits[(character >> (shift - 4)) & 15U];
+    return escape;
 }
 
 }  // namespace
@@ -89,21 +94,16 @@ void JsonWriter::Text(std::string_view utf8) {
     };
     for (std::size_t i = 0; i < utf8.size();) {
         const char c = utf8[i];
-        const auto byte = static_cast<unsigned char>(c);
         std::size_t length = 1;
         if (c == '"' || c == '\\') {
             const char escaped[] = {'\\', c};
             replace(i, 1, {escaped, 2});
-        } else if (byte < 0x20 || byte == 0x7F) {
-            constexpr char kDigits[] = "0123456789abcdef";
-            const char escaped[] = {'\\', 'u', '0', '0', kDigits[byte >> 4U], kDigits[byte & 15U]};
-            replace(i, 1, {escaped, 6});
-        } else if (byte >= 0x80) {
-            length = CharacterLength(utf8.substr(i));
-            if (length == 0) {
-                length = 1;
-                replace(i, 1, kReplacement);
-            }
+        } else if (static_cast<unsigned char>(c - 0x20) >= 0x5F) {  // not of ASCII's characters
+            char32_t character = 0;
+            if (!FirstCharacter(utf8.substr(i), character, length))
+                replace(i, length, kReplacement);
+            else if (!IsPrintable(character))
+                replace(i, length, Escape(character));
         }
         i += length;
     }

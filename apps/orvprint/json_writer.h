@@ -22,7 +22,8 @@ public:
 
     void Number(double number);  ///< the shortest digits that read back the same; null when not finite
     void Integer(long long number);
-    void Text(std::string_view utf8);  ///< what is no UTF-8 becomes U+FFFD
+    void Text(std::string_view
+                  utf8);  ///< what is no UTF-8 becomes U+FFFD; JSON may come to a terminal: see IsPrintable
     void Null();
     void Flag(bool flag);
     void LineBreak() { Put("\n"); }

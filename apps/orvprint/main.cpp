@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include <malloc.h>
-#include <pthread.h>
 
 #include <cmath>
 #include <csignal>
@@ -25,9 +24,10 @@
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/print_command.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/run_sandbox.h"
 #include "apps/orvprint/sheet_options.h"
+#include "apps/orvprint/signals.h"
 #include "apps/orvprint/sudden_end.h"
-#include "generators/common/ORVTemporaryFile.h"
 
 namespace {
 
@@ -91,6 +91,14 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->option_text("N")
         ->check(CLI::Range(0.001, 1e9))
         ->check(IsNumber());
+    CLI::Option* without =
+        command.add_flag("--no-sandbox", options.withoutSandbox, "Keep rights that printing does not need");
+    command
+        .add_flag("--require-sandbox", options.requiresSandbox,
+                  "Fail where the system refuses part of the sandbox")
+        ->excludes(without)
+        ->option_text(" ");  // the library's would say what it excludes, in the help's first column
+    without->option_text(" ");
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
@@ -225,16 +233,22 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, name, "stands before the command; what is meant for it goes behind it");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
+        if (const int code = EnterSandboxFor(infoOptions, {.inputs = {infoInput}}); code != kExitDone)
+            return code;
         infoOptions.endsWithInput = true;
         return RunInfo(infoInput, infoOptions, infoAsJson);
     }
     if (inspect->parsed()) {
         if (const int code = ApplyReadOptions(inspectOptions); code != kExitDone) return code;
+        if (const int code = EnterSandboxFor(inspectOptions, {.inputs = {inspectInput}}); code != kExitDone)
+            return code;
         return RunInspect(inspectInput, inspectOptions);
     }
     if (checking->parsed()) {
         if (const int code = ParseKinds(kindsNotChecked, check.ignored); code != kExitDone) return code;
         if (const int code = ApplyReadOptions(check.read); code != kExitDone) return code;
+        if (const int code = EnterSandboxFor(check.read, {.inputs = check.inputs}); code != kExitDone)
+            return code;
         return RunCheck(check);
     }
     if (formats->parsed()) return RunFormats();
@@ -259,26 +273,11 @@ int Run(int argc, char** argv) {
     return RunBatch(print, batch);
 }
 
-const pthread_t mainThread = pthread_self();
-
-/// Ends the process as the signal wishes, but without leaving half a file.
-void EndBySignal(int signal) {
-    // Any thread may get the signal, but only the main one holds signals back while it makes files.
-    if (pthread_equal(pthread_self(), mainThread) == 0) {
-        pthread_kill(mainThread, signal);
-        return;
-    }
-    ORVTemporaryFile::RemoveAll();
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     EndSuddenlyWithoutMemory();
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        if (std::signal(signal, EndBySignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+    EndCleanlyOnSignals();
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
     // back in between, make that dear.
     mallopt(M_MXFAST, 0);

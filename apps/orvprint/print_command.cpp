@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/check_command.h"
@@ -19,6 +20,7 @@
 #include "apps/orvprint/limits_command.h"
 #include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/report.h"
+#include "apps/orvprint/run_sandbox.h"
 #include "apps/orvprint/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
@@ -289,6 +291,11 @@ int RunPrint(const PrintOptions& options) {
     if (!format) return kExitUnknownFormat;
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;
+    if (!options.isInSandbox) {
+        RunFiles files{.inputs = options.inputs, .output = options.output};
+        files.keepsTemporaryFiles = KeepsTemporaryFiles(format->name);
+        if (const int code = EnterSandboxFor(options.read, std::move(files)); code != kExitDone) return code;
+    }
     if (options.strict) {
         if (const int code = CheckBeforePrinting(options.inputs, options.read, options.ignored);
             code != kExitDone)

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "apps/orvprint/printable_text.h"
+
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenDrawings{100};
@@ -31,14 +33,17 @@ std::size_t ColumnsOf(unsigned char lead) { return lead >= 0xE1 ? 2 : 1; }
 std::string FittingName(const std::string& name, std::size_t columns) {
     std::string fitting;
     std::size_t taken = 0;
-    for (std::size_t at = 0; at < name.size();) {
-        std::size_t end = at + 1;
-        while (end < name.size() && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) ++end;
-        const auto lead = static_cast<unsigned char>(name[at]);
-        taken += ColumnsOf(lead);
-        if (taken > columns) break;
-        fitting += lead < 0x20 || lead == 0x7F ? "?" : name.substr(at, end - at);
-        at = end;
+    PrintablePieces pieces(name);
+    for (std::string_view piece; pieces.Next(piece);) {
+        while (!piece.empty()) {
+            char32_t character = 0;
+            std::size_t length = 0;
+            FirstCharacter(piece, character, length);
+            taken += ColumnsOf(static_cast<unsigned char>(piece.front()));
+            if (taken > columns) return fitting;
+            fitting += piece.substr(0, length);
+            piece.remove_prefix(length);
+        }
     }
     return fitting;
 }

@@ -7,45 +7,14 @@
 #include <cstdio>
 
 #include "apps/orvprint/memory_limit.h"
-
-namespace {
-
-/// Text on its way to standard error. Needs no memory, of which there may be none left.
-class ErrorLine {
-public:
-    ErrorLine() = default;
-    ~ErrorLine() { Flush(); }
-    ErrorLine(const ErrorLine&) = delete;
-    ErrorLine& operator=(const ErrorLine&) = delete;
-
-    /// One line, whatever a document or file name holds.
-    void Put(std::string_view text) {
-        for (const char c : text) PutByte(static_cast<unsigned char>(c) < 0x20 ? ' ' : c);
-    }
-    void End() { PutByte('\n'); }
-
-private:
-    void PutByte(char c) {
-        if (size_ == bytes_.size()) Flush();
-        bytes_[size_++] = c;
-    }
-    void Flush() {
-        std::fwrite(bytes_.data(), 1, size_, stderr);
-        size_ = 0;
-    }
-
-    std::array<char, 4096> bytes_{};
-    std::size_t size_ = 0;
-};
-
-}  // namespace
+#include "apps/orvprint/printable_text.h"
 
 std::string DisplayName(const std::string& path, std::string_view standardStream) {
     return path == "-" ? std::string(standardStream) : path;
 }
 
 int Report(ExitCode code, const std::string& subject, const std::string& reason) {
-    ErrorLine line;
+    TextLine line(stderr);
     line.Put("orvprint: ");
     if (!subject.empty()) {
         line.Put(subject);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "apps/orvprint/printable_text.h"
 #include "apps/orvprint/sudden_end.h"
 
 namespace {
@@ -22,19 +23,22 @@ struct {
     std::array<char, kMostLastWords> bytes{};
     std::size_t size = 0;
 
-    void Put(std::string_view text) {
-        text = text.substr(0, bytes.size() - size);
-        std::transform(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(size),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x20 ? ' ' : c; });
-        size += text.size();
+    /// @param room  bytes that stay free behind the text, which is cut where it is too long
+    void Put(std::string_view text, std::size_t room = 1) {
+        PrintablePieces pieces(text);
+        for (std::string_view piece; size + room < bytes.size() && pieces.Next(piece);) {
+            piece = piece.substr(0, bytes.size() - room - size);
+            std::copy(piece.begin(), piece.end(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
+            size += piece.size();
+        }
     }
 } words;
 
 void PrepareWords(std::string_view name) {
-    constexpr std::size_t kRest = 256;  // the words around the name have room in it
+    constexpr std::size_t kRest = 256;  // the words behind the name have room in it
     words.size = 0;
     words.Put("orvprint: ");
-    words.Put(name.substr(0, words.bytes.size() - kRest));
+    words.Put(name, kRest);
     words.Put(": takes longer than ");
     std::array<char, 32> number{};
     const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;

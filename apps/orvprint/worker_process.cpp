@@ -1,7 +1,7 @@
 #include "apps/orvprint/worker_process.h"
 
 #include <fcntl.h>
-#include <sys/socket.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +13,8 @@
 #include <cstring>
 #include <utility>
 #include <vector>
+
+#include "apps/orvprint/signals.h"
 
 namespace {
 
@@ -31,11 +33,35 @@ void CloseNoted(int& descriptor) {
     close(std::exchange(descriptor, -1));
 }
 
-/// Moves all of some bytes through a socket. @return false at its end
+/// Two descriptors that are closed unless somebody takes them.
+class Pipe {
+public:
+    Pipe() = default;
+    ~Pipe() {
+        const int error = errno;
+        for (const int descriptor : ends_)
+            if (descriptor >= 0) close(descriptor);
+        errno = error;
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    /// @return false with errno
+    bool Open() { return pipe2(ends_.data(), O_CLOEXEC) == 0; }
+    int GetReadEnd() const { return ends_[0]; }
+    int GetWriteEnd() const { return ends_[1]; }
+    int TakeReadEnd() { return std::exchange(ends_[0], -1); }
+    int TakeWriteEnd() { return std::exchange(ends_[1], -1); }
+
+private:
+    std::array<int, 2> ends_{-1, -1};
+};
+
+/// Reads all of some bytes from a pipe. (A sandbox allows no sockets.) @return false at its end
 bool ReceiveBytes(int descriptor, void* bytes, std::size_t size) {
     auto* to = static_cast<char*>(bytes);
     while (size > 0) {
-        const ssize_t got = recv(descriptor, to, size, MSG_WAITALL);
+        const ssize_t got = read(descriptor, to, size);
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) return false;
         to += got;
@@ -47,7 +73,7 @@ bool ReceiveBytes(int descriptor, void* bytes, std::size_t size) {
 bool SendBytes(int descriptor, const void* bytes, std::size_t size) {
     const auto* from = static_cast<const char*>(bytes);
     while (size > 0) {
-        const ssize_t sent = send(descriptor, from, size, MSG_NOSIGNAL);
+        const ssize_t sent = write(descriptor, from, size);
         if (sent < 0 && errno == EINTR) continue;
         if (sent <= 0) return false;
         from += sent;
@@ -84,19 +110,18 @@ struct AnswerHead {
 }
 
 /// The worker's life.
-[[noreturn]] void Serve(const WorkerProcess::Work& work, int channel, int errors) {
+[[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
     for (const int descriptor : OpenDescriptors()) close(descriptor);
-    // The terminal's signals go to all processes; what becomes of them decides the one that started the
-    // batch.
-    std::signal(SIGINT, SIG_IGN);
-    std::signal(SIGHUP, SIG_IGN);
-    std::signal(SIGTERM, SIG_DFL);
+    LeaveTerminalSignalsToParent();
+    // Nobody would take the results of a process whose parent was killed, which may have been before this.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) Leave(1);
     if (dup2(errors, STDERR_FILENO) < 0) Leave(1);
     close(errors);
-    for (std::uint32_t job = 0; Receive(channel, job);) {
+    for (std::uint32_t job = 0; Receive(jobs, job);) {
         const WorkerProcess::Answer answer = work(job);
         const AnswerHead head{answer.code, answer.note.size()};
-        if (!Send(channel, head) || !SendBytes(channel, answer.note.data(), answer.note.size())) break;
+        if (!Send(results, head) || !SendBytes(results, answer.note.data(), answer.note.size())) break;
     }
     Leave(0);
 }
@@ -105,38 +130,31 @@ struct AnswerHead {
 
 bool WorkerProcess::Start(const Work& work) {
     Kill();
-    std::array<int, 2> channel{}, errors{};
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, channel.data()) != 0) return false;
-    if (pipe2(errors.data(), O_CLOEXEC) != 0) {
-        const int error = errno;
-        for (const int descriptor : channel) close(descriptor);
-        errno = error;
-        return false;
-    }
-    channel_ = channel[0];
-    errors_ = errors[0];
-    Note(channel_);
-    Note(errors_);
+    Pipe jobs, results, errors;
+    if (!jobs.Open() || !results.Open() || !errors.Open()) return false;
+    jobs_ = jobs.TakeWriteEnd();
+    results_ = results.TakeReadEnd();
+    errors_ = errors.TakeReadEnd();
+    for (const int descriptor : {jobs_, results_, errors_}) Note(descriptor);
     fcntl(errors_, F_SETFL, O_NONBLOCK);
 
+    const pid_t parent = getpid();
     pid_ = fork();
-    if (pid_ == 0) Serve(work, channel[1], errors[1]);
+    if (pid_ == 0) Serve(work, parent, jobs.GetReadEnd(), results.GetWriteEnd(), errors.GetWriteEnd());
     const int error = errno;
-    close(channel[1]);
-    close(errors[1]);
     if (pid_ < 0) Close();
     errno = error;
     return pid_ > 0;
 }
 
-bool WorkerProcess::Give(std::uint32_t job) { return channel_ >= 0 && Send(channel_, job); }
+bool WorkerProcess::Give(std::uint32_t job) { return jobs_ >= 0 && Send(jobs_, job); }
 
 bool WorkerProcess::TakeResult(Answer& answer) {
     AnswerHead head;
-    if (!Receive(channel_, head)) return false;
+    if (!Receive(results_, head)) return false;
     answer.code = head.code;
     answer.note.resize(head.noteSize);
-    return ReceiveBytes(channel_, answer.note.data(), head.noteSize);
+    return ReceiveBytes(results_, answer.note.data(), head.noteSize);
 }
 
 bool WorkerProcess::TakeErrors(std::string& text) {
@@ -176,6 +194,7 @@ void WorkerProcess::Kill() {
 }
 
 void WorkerProcess::Close() {
-    CloseNoted(channel_);
+    CloseNoted(jobs_);
+    CloseNoted(results_);
     CloseNoted(errors_);
 }

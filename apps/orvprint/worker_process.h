@@ -25,7 +25,7 @@ public:
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
     /// Starts the process. Descriptors that it inherits and must not keep are those of other workers: they
-    /// are closed. It ends when this object goes away, or this process.
+    /// are closed. It ends when this object goes away, or the thread that calls this, however they end.
     /// @return false with errno
     bool Start(const Work& work);
     bool IsRunning() const { return pid_ > 0; }
@@ -38,7 +38,7 @@ public:
     /// Takes what the worker wrote to standard error so far. @return false when there is no more to come
     bool TakeErrors(std::string& text);
 
-    int GetResultDescriptor() const { return channel_; }
+    int GetResultDescriptor() const { return results_; }
     int GetErrorDescriptor() const { return errors_; }
 
     struct End {
@@ -54,6 +54,7 @@ private:
     void Close();
 
     pid_t pid_ = -1;
-    int channel_ = -1;  // jobs go in, results come out
+    int jobs_ = -1;     // go in
+    int results_ = -1;  // come out
     int errors_ = -1;
 };

@@ -11,7 +11,8 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit --help"
+    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit
+        --no-sandbox --require-sandbox --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"

@@ -74,7 +74,7 @@ protected:
 
 TEST_F(FaceIndexRunTest, IsMadeForTextAndThenUsed) {
     EXPECT_EQ(RunAtHome({"figure.svg", "-o", "figure.pdf"}).exitCode, 0);
-    EXPECT_FALSE(Exists("cache"));
+    EXPECT_FALSE(Exists(kIndex));
     EXPECT_FALSE(FindsMarker());
     EXPECT_TRUE(Exists(kIndex));
     MakeMarkedIndex();

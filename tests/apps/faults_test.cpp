@@ -459,7 +459,7 @@ TEST_F(WaitingTest, NamesOfAnyLengthMakeOneLine) {
     while (name.size() < 4080) name = "./" + name;
     ExpectLine(Run({"info", name, "--time-limit", "0.1"}), "./././", "is the limit");
     fs::rename(Folder() / "waits.svg", Folder() / "waits\n.svg");
-    ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits .svg: takes", "is the limit");
+    ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits\\n.svg: takes", "is the limit");
 }
 
 TEST_F(WaitingTest, ABatchGoesOnWithoutADrawingThatTakesTooLong) {
@@ -577,6 +577,12 @@ private:
 };
 
 constexpr std::array kEndSignals{SIGTERM, SIGINT, SIGHUP, SIGKILL};
+// Of people, timers and limits.
+const std::vector<int> kRareSignals{SIGQUIT, SIGUSR1, SIGUSR2, SIGALRM,  SIGVTALRM, SIGPROF,
+                                    SIGXCPU, SIGPOLL, SIGPWR,  SIGRTMIN, SIGRTMAX};
+#if !defined(ORV_SANITIZED)  // sanitizers take these
+constexpr std::array kCrashes{SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+#endif
 
 TEST_F(SignalTest, LeaveWholeFilesOfABatch) {
     std::vector<std::string> arguments;
@@ -610,6 +616,60 @@ TEST_F(SignalTest, LeaveNothingOfAFileThatWaits) {
     for (const char* format : kFormats)
         for (const int signal : kEndSignals)
             SendWhileItWaits({"large.svg", "waits.svg", "-o", std::string("out/x.") + format}, signal, {});
+}
+
+TEST_F(SignalTest, RareOnesLeaveNothingOfAFileThatWaits) {
+    for (const int signal : kRareSignals)
+        SendWhileItWaits({"large.svg", "waits.svg", "-o", "out/x.pdf"}, signal, {});
+}
+
+#if !defined(ORV_SANITIZED)
+TEST_F(SignalTest, CrashesLeaveNothingOfAFileThatWaits) {
+    for (const int signal : kCrashes)
+        SendWhileItWaits({"large.svg", "waits.svg", "-o", "out/x.pdf"}, signal, {});
+}
+#endif
+
+TEST_F(SignalTest, RareOnesLeaveWholeFilesOfABatchThatWaits) {
+    const std::vector<std::string> options{"--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"};
+    std::vector<std::string> arguments{"a.svg", "b.svg"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    ASSERT_EQ(Run(arguments).exitCode, 0);
+    const Files whole = FilesIn("out");
+    arguments.insert(arguments.begin() + 2, "waits.svg");
+    for (const int signal : kRareSignals) SendWhileItWaits(arguments, signal, whole);
+}
+
+TEST_F(SignalTest, TheLimitOfProcessorTimeLeavesNothing) {
+    ClearOutputs();
+    std::string pages = "<svg>";
+    for (int i = 0; i < 40; ++i) pages += LargeDrawing();
+    WriteFile("pages.svg", pages + "</svg>");
+    const ToolRun run = RunProgram({"bash", "-c", "ulimit -S -t 1; exec \"$@\"", "bash", ORV_TOOL_PATH,
+                                    "pages.svg", "-o", "out/x.png", "--dpi", "1200"});
+    EXPECT_EQ(run.signal, SIGXCPU);
+    EXPECT_THAT(FilesIn("out"), testing::IsEmpty());
+}
+
+// The workers of a process that was killed have nobody to work for. This one would wait for ever.
+TEST_F(SignalTest, WorkersEndWithTheProcessThatWasKilled) {
+    ClearOutputs();
+    const RunningTool running =
+        Start({"a.svg", "waits.svg", "--out-dir", "out", "-f", "pdf", "-j", "1", "--quiet"});
+    const int pipe = Open(running);
+    ASSERT_GE(pipe, 0);
+    kill(running.pid, SIGKILL);
+    EXPECT_EQ(WaitFor(running).signal, SIGKILL);
+    int status = 0;
+    pid_t worker = 0;
+    constexpr int kTries = 1000;
+    for (int i = 0; i < kTries && worker == 0; ++i) {
+        worker = waitpid(-1, &status, WNOHANG);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    close(pipe);
+    ASSERT_GT(worker, 0) << "it goes on";
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ TEST_F(InfoTest, TellsPagesWithSizesAndTitles) {
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.output,
               "two.svg: 2 pages\n"
-              "page 1: 90 x 45 units, 25.40 x 12.70 mm, \"One \"1\" line\"\n"
+              "page 1: 90 x 45 units, 25.40 x 12.70 mm, \"One \"1\"\\nline\"\n"
               "page 2: 45.5 x 90 units, 12.84 x 25.40 mm\n");
 }
 

@@ -128,8 +128,5 @@ std::string Excerpt(std::string_view text) {
         while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
         text = text.substr(0, end);
     }
-    std::string excerpt(text);
-    for (char& c : excerpt)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    return isCut ? excerpt + "..." : excerpt;
+    return std::string(text) + (isCut ? "..." : "");
 }

@@ -133,5 +133,5 @@ private:
     std::vector<Finding> kept_;
 };
 
-/// The beginning of a text, in one line of printable UTF-8.
+/// The beginning of a text, not yet escaped for people.
 std::string Excerpt(std::string_view text);

