@@ -24,6 +24,8 @@
 
 extern "C" {
 std::uint64_t __llvm_profile_get_size_for_buffer();
+const void* __llvm_profile_begin_counters();
+const void* __llvm_profile_end_counters();
 int __llvm_profile_write_buffer(char* buffer);
 int __llvm_profile_check_compatibility(const char* buffer, std::uint64_t size);
 int __llvm_profile_merge_from_buffer(const char* buffer, std::uint64_t size);
@@ -50,6 +52,8 @@ void Open() {
 
 /// Opened at once: later the process may be forbidden to.
 __attribute__((constructor)) void OpenCounts() {
+    // Tests are linked with this, and have nothing to count themselves.
+    if (__llvm_profile_begin_counters() == __llvm_profile_end_counters()) return;
     const char* folder = std::getenv("ORV_COUNTS_FOLDER");
     Dl_info image{};
     if (!folder || !*folder || dladdr(&file, &image) == 0 || !image.dli_fname) return;
