@@ -38,8 +38,8 @@ public:
             for (int x = 0; x < width; ++x) {
                 const auto* pixel = &pixels[4 * static_cast<std::size_t>(y * width + x)];
                 const double opacity = pixel[3] / 255.0;
-                const auto cell =
-                    static_cast<std::size_t>(y * rows_ / height * kColumns + x * kColumns / width);
+                const auto cell = static_cast<std::size_t>(y * rows_ / height) * kColumns +
+                                  static_cast<std::size_t>(x * kColumns / width);
                 for (std::size_t i = 0; i < 3; ++i) cells_[cell][i] += 255.0 + opacity * (pixel[i] - 255.0);
                 counts[cell] += 1.0;
             }
