@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Names the sources that lint must look at after a change, one a line.
 
-    tests/lint_selection.py [--most N]
+    tests/lint_selection.py [--product] [--most N]
 
 Those that differ from where the branch left main, or from the commit before where there is no branch; and for each
 header that differs, sources that include it. With --most, changed sources come first, then one source for each header,
@@ -36,6 +36,7 @@ def base():
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--most", type=int)
+    parser.add_argument("--product", action="store_true", help="neither tests, fuzzers nor benchmarks")
     options = parser.parse_args()
 
     files = {str(path.relative_to(ROOT)): path for folder in FOLDERS for kind in ("*.cpp", "*.h")
@@ -73,6 +74,8 @@ def main():
             first.append(found[0])
         others += found
     chosen = list(dict.fromkeys([*changed, *first, *others]))
+    if options.product:
+        chosen = [name for name in chosen if name.split("/")[0] not in ("tests", "fuzz", "bench")]
     if options.most and len(chosen) > options.most:
         print(f"lint: {len(chosen) - options.most} of {len(chosen)} sources are left to ./dev lint all", file=sys.stderr)
         chosen = chosen[:options.most]

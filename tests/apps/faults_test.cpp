@@ -475,7 +475,7 @@ TEST_F(WaitingTest, OutputThatNobodyTakes) {
 
 TEST_F(WaitingTest, NamesOfAnyLengthMakeOneLine) {
     std::string name = "waits.svg";
-    while (name.size() < 4080) name = "./" + name;
+    while (name.size() < 4080) name.insert(0, "./");
     ExpectLine(Run({"info", name, "--time-limit", "0.1"}), "./././", "is the limit");
     fs::rename(Folder() / "waits.svg", Folder() / "waits\n.svg");
     ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits .svg: takes", "is the limit");
