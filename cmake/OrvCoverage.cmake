@@ -1,17 +1,25 @@
-# Counting which lines run: an interface target that every target of ours links, empty unless ORV_COVERAGE is on (GCC).
+# Counting which lines run, with Clang: every program and library of ours is built with counters, and adds what ran to
+# a file of its own when it ends (tests/support/line_counts.cpp). `./dev coverage` reads these.
 #
-# What ran is added to the .gcda files beside the objects by every process that ends, the command's own included.
+#   orv_count_lines(FOLDER...)   the targets of these folders count; tests do not, their own lines are of no interest
 
-option(ORV_COVERAGE "Count which lines run" OFF)
+option(ORV_COVERAGE "Count which lines run (Clang)" OFF)
 
-add_library(orv_coverage INTERFACE)
+function(orv_count_lines)
+    if(NOT ORV_COVERAGE)
+        return()
+    endif()
+    orv_targets_below(targets ${ARGN})
+    foreach(target ${targets})
+        # The second: a process that leaves without running the destructors of its libraries runs them here.
+        target_compile_options(${target} PRIVATE -fprofile-instr-generate -fcoverage-mapping)
+        target_compile_definitions(${target} PRIVATE ORV_COVERAGE=1)
+    endforeach()
+endfunction()
 
+# Tests link what counts, whatever they themselves are.
 if(ORV_COVERAGE)
-    # Several threads count the same lines.
-    target_compile_options(orv_coverage INTERFACE --coverage -fprofile-update=atomic)
-    target_link_options(orv_coverage INTERFACE --coverage)
-
-    # A process that leaves without running the destructors of its libraries asks for the first and runs them: they
-    # write the counts. Tests that count bytes or seconds ask for the second.
-    target_compile_definitions(orv_coverage INTERFACE ORV_COVERAGE=1 ORV_SANITIZED=1)
+    add_library(orv_line_counts STATIC ${CMAKE_SOURCE_DIR}/tests/support/line_counts.cpp)
+    add_link_options(-fprofile-instr-generate)
+    link_libraries(orv_line_counts)
 endif()

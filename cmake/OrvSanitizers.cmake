@@ -1,6 +1,6 @@
 # Sanitizers: an interface target that every target of ours links, empty unless ORV_SANITIZE names some.
 #
-#   -DORV_SANITIZE="address;undefined"   as in the presets "asan" and "fuzz"
+#   -DORV_SANITIZE="address;undefined"   as in the preset "asan"
 
 set(ORV_SANITIZE "" CACHE STRING "Sanitizers to build with, such as \"address;undefined\"")
 
@@ -19,6 +19,11 @@ if(ORV_SANITIZE)
 endif()
 
 # The fuzzers see which code ran only where this was compiled in; each links -fsanitize=fuzzer itself.
-if(ORV_BUILD_FUZZ)
-    target_compile_options(orv_sanitizers INTERFACE -fsanitize=fuzzer-no-link)
-endif()
+function(orv_instrument_for_fuzzing)
+    if(ORV_BUILD_FUZZ)
+        orv_targets_below(targets ${ARGN})
+        foreach(target ${targets})
+            target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+        endforeach()
+    endif()
+endfunction()

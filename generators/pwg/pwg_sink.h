@@ -3,7 +3,15 @@
 #include "generators/raster/ORVBandSink.h"
 
 class ORVOutput;
-struct _cups_raster_s;  // NOLINT(bugprone-reserved-identifier): the library's own name for it
+// The library's own name for it.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
+struct _cups_raster_s;
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 /// Writes pages as PWG Raster through the print system's library.
 class PwgSink final : public ORVBandSink {

@@ -46,7 +46,7 @@ protected:
     }
     /// Memory bounds what a failure could do to the machine.
     ToolRun RunBounded(const std::string& arguments) const {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ORV_SANITIZED)
         return RunProgram({"bash", "-c", "'" ORV_TOOL_PATH "' " + arguments});
 #else
         return RunProgram({"bash", "-c", "ulimit -v 2500000; '" ORV_TOOL_PATH "' " + arguments});

@@ -52,7 +52,10 @@ bool IsMeant(int descriptor) {
 
 }  // namespace
 
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the system's name
+// The system's name.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
 extern "C" __attribute__((visibility("default"))) int __libc_start_main(Main main, int argc, char** argv,
                                                                         void (*init)(), void (*fini)(),
                                                                         void (*unload)(), void* stackEnd) {

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Prints every drawing below some folders: other people's documents, of which nobody says what must come out.
 
-    tests/smoke/print_documents.py --tool build/asan/bin/orvprint [--every] [--jobs 2] FOLDER...
+    tests/smoke/print_documents.py --tool build/asan/bin/orvprint [--every] [--sample N] [--jobs 2] FOLDER...
 
 Whatever a document is, the command must end with a page or with one line that says why there is none, within ten
 seconds of processor time and a gigabyte. Documents are printed to PDF, printed to PNG and checked in turns; with
---every, each is all three. Ends with 1 and the documents that broke a rule, if there are any.
+--every, each is all three. Those that are checked, and of which nothing is found, must look as another renderer shows
+them (compare_pages.py). Ends with 1 and the documents that broke a rule, if there are any.
 """
 
 import argparse
@@ -17,6 +18,8 @@ import sys
 import tempfile
 from pathlib import Path
 
+import compare_pages
+
 PATIENCE = 120  # seconds of wall clock, on machines however busy
 MOST_SECONDS = 10
 MOST_MEMORY = 1024  # MB
@@ -24,6 +27,8 @@ MOST_MEMORY = 1024  # MB
 REFUSALS = {3, 4, 5, 9}
 DONE, FOUND = 0, 1
 WAYS = ["pdf", "png", "check"]
+# What the leak checker says when it could not do its work; what it finds reads otherwise.
+LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
 
 
 def documents_below(folders):
@@ -33,6 +38,11 @@ def documents_below(folders):
 
 def run(command, measures_memory):
     """The exit code, what was said on standard error, and what was wrong with its use of time and memory."""
+    done = run_once(command, measures_memory)
+    return run_once(command, measures_memory) if LEAK_CHECKER_FAILED in done[1] else done
+
+
+def run_once(command, measures_memory):
     with tempfile.TemporaryFile() as errors:
         process = subprocess.Popen(["timeout", str(PATIENCE), *command], stdin=subprocess.DEVNULL,
                                    stdout=subprocess.DEVNULL, stderr=errors)
@@ -79,6 +89,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--tool", required=True)
     parser.add_argument("--every", action="store_true", help="print each document both ways, and check it")
+    parser.add_argument("--sample", type=int, metavar="N", help="of all documents, N that stand evenly apart")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("folders", nargs="+", metavar="FOLDER")
     options = parser.parse_args()
@@ -86,6 +97,8 @@ def main():
     documents = documents_below(options.folders)
     if not documents:
         sys.exit("there is no drawing in " + ", ".join(options.folders))
+    if options.sample and options.sample < len(documents):
+        documents = [documents[i * len(documents) // options.sample] for i in range(options.sample)]
     work = [(document, way) for i, document in enumerate(documents)
             for way in (WAYS if options.every else [WAYS[i % len(WAYS)]])]
     # Sanitizers keep memory of their own.
@@ -94,17 +107,32 @@ def main():
     def one(item):
         document, way = item
         with tempfile.TemporaryDirectory() as folder:
-            return document, way, *fault_of(options.tool, way, document, folder, measures_memory)
+            code, fault = fault_of(options.tool, way, document, folder, measures_memory)
+            difference = None
+            if way == "check" and code == DONE and not fault:
+                difference = compare_pages.difference(options.tool, document, folder,
+                                                      lambda command: run(command, measures_memory=False)[0])
+                fault = compare_pages.fault_of(document.name, difference)
+            return document, way, code, fault, difference
 
-    codes, faults = collections.Counter(), 0
+    codes, faults, differences = collections.Counter(), 0, []
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        for document, way, code, fault in pool.map(one, work):
+        for document, way, code, fault, difference in pool.map(one, work):
             codes[code] += 1
+            if difference is not None and not compare_pages.is_known(document.name):
+                differences.append(difference)
             if fault:
                 faults += 1
                 print(f"{document} ({way}): {fault}")
     print(f"{len(documents)} documents, {len(work)} runs:",
           ", ".join(f"{count} ended with {code}" for code, count in sorted(codes.items())))
+    if differences:
+        mean = sum(differences) / len(differences)
+        print(f"{len(differences)} pages differ from what rsvg-convert shows by {mean:.3f} % on average, at most"
+              f" {max(differences):.2f} %")
+        # Few documents may be unlike most.
+        if len(differences) >= compare_pages.FEWEST_FOR_A_MEAN and mean > compare_pages.MOST_OF_ALL:
+            sys.exit(f"on average they may differ by {compare_pages.MOST_OF_ALL} %")
     if faults:
         sys.exit(f"{faults} runs broke a rule")
 

@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Names the sources that lint must look at after a change, one a line.
+
+    tests/lint_selection.py [--product] [--most N]
+
+Those that differ from where the branch left main, or from the commit before where there is no branch; and for each
+header that differs, sources that include it. With --most, changed sources come first, then one source for each header,
+then the others; what is left out is counted on standard error. Without a history, all sources.
+"""
+
+import argparse
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+FOLDERS = ["apps", "bench", "fuzz", "generators", "platform", "plugin", "interpreters", "tests", "examples"]
+INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
+
+
+def git(*arguments):
+    done = subprocess.run(["git", "-C", str(ROOT), *arguments], capture_output=True, text=True)
+    return done.stdout.strip() if done.returncode == 0 else ""
+
+
+def base():
+    head = git("rev-parse", "HEAD")
+    for main in ("origin/HEAD", "origin/main", "main"):
+        common = git("merge-base", "HEAD", main)
+        if common and common != head:
+            return common
+    return git("rev-parse", "--verify", "-q", "HEAD^")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--most", type=int)
+    parser.add_argument("--product", action="store_true", help="neither tests, fuzzers nor benchmarks")
+    options = parser.parse_args()
+
+    files = {str(path.relative_to(ROOT)): path for folder in FOLDERS for kind in ("*.cpp", "*.h")
+             for path in (ROOT / folder).rglob(kind)}
+    sources = sorted(name for name in files if name.endswith(".cpp"))
+    start = base()
+    if start:
+        differing = git("diff", "--name-only", "--diff-filter=d", start).splitlines()
+        differing += git("ls-files", "-o", "--exclude-standard").splitlines()
+        changed = [name for name in sources if name in differing]
+    else:
+        differing, changed = [], sources
+
+    includers = {}
+    for name, path in files.items():
+        for header in INCLUDE.findall(path.read_text(errors="replace")):
+            includers.setdefault(header, []).append(name)
+
+    def sources_of(header):
+        """Sources that include it themselves; where there are none, those that do through another header."""
+        seen, waiting = {header}, [header]
+        while waiting:
+            names = sorted(name for one in waiting for name in includers.get(one, ()))
+            direct = [name for name in names if name.endswith(".cpp")]
+            if direct:
+                return direct
+            waiting = [name for name in names if name not in seen]
+            seen.update(waiting)
+        return []
+
+    first, others = [], []
+    for header in sorted(name for name in files if name.endswith(".h") and name in differing):
+        found = sources_of(header)
+        if found and not any(name in changed or name in first for name in found):
+            first.append(found[0])
+        others += found
+    chosen = list(dict.fromkeys([*changed, *first, *others]))
+    if options.product:
+        chosen = [name for name in chosen if name.split("/")[0] not in ("tests", "fuzz", "bench")]
+    if options.most and len(chosen) > options.most:
+        print(f"lint: {len(chosen) - options.most} of {len(chosen)} sources are left to ./dev lint all", file=sys.stderr)
+        chosen = chosen[:options.most]
+    print("\n".join(chosen))
+
+
+if __name__ == "__main__":
+    main()

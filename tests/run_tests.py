@@ -1,0 +1,146 @@
+#!/usr/bin/env python3
+"""Runs test programs in shards, several processes at a time, and counts their tests.
+
+    tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] PROGRAM...
+
+A process for each test, as ctest has it, would start programs thousands of times. Ends with a line "N passed, N failed"
+and with 1 where a test failed, did not run or where there was none. A test fails when it says so, when the process ends
+in it, or ends with an error after it. Nothing is run again, but for a shard whose only failure is that the leak checker
+itself could not run.
+"""
+
+import argparse
+import concurrent.futures
+import os
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+# What the leak checker says when it could not stop the process's threads; what it finds reads otherwise.
+LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
+SHARDS_A_JOB = 6
+PATIENCE = 1200  # seconds for a shard: only there to end what waits for ever
+
+
+def tests_of(program, pattern):
+    """The names of a program's tests, in its order, without those that are switched off."""
+    listing = subprocess.run([program, "--gtest_list_tests", f"--gtest_filter={pattern}"], check=True,
+                             capture_output=True, text=True).stdout
+    suite, names = "", []
+    for line in listing.splitlines():
+        name = line.split("#")[0].strip()
+        if line.startswith("  "):
+            names.append(suite + name)
+        elif re.fullmatch(r"[\w/]+\.", name):
+            suite = name
+    return [name for name in names if not re.search(r"(^|[./])DISABLED_", name)]
+
+
+class Shard:
+    """A part of a program's tests and what became of them."""
+
+    def __init__(self, program, pattern, index, count, tests):
+        self.program, self.pattern, self.index, self.count, self.tests = program, pattern, index, count, tests
+        self.seconds = 0.0
+        self.failed, self.skipped, self.log = [], [], ""
+        self.failed_at_its_end = self.was_run_again = False
+
+    def name(self):
+        return f"{Path(self.program).name}, shard {self.index + 1} of {self.count}"
+
+    def run(self, environment):
+        self.run_once(environment)
+        if self.failed_at_its_end and LEAK_CHECKER_FAILED in self.log:
+            self.was_run_again = True
+            self.run_once(environment)
+        return self
+
+    def run_once(self, environment):
+        shard = {"GTEST_TOTAL_SHARDS": str(self.count), "GTEST_SHARD_INDEX": str(self.index)}
+        started = time.monotonic()
+        with tempfile.TemporaryFile() as log:
+            process = subprocess.Popen([self.program, f"--gtest_filter={self.pattern}"], stdin=subprocess.DEVNULL,
+                                       stdout=log, stderr=log, env={**environment, **shard}, start_new_session=True)
+            try:
+                code = process.wait(PATIENCE)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                code = process.wait()
+            log.seek(0)
+            self.log = log.read().decode(errors="replace")
+        self.seconds += time.monotonic() - started
+        self.judge(code)
+
+    def judge(self, code):
+        begun = re.findall(r"^\[ RUN      \] (\S+)$", self.log, re.MULTILINE)
+        # Names stand before a row of parameters; a test may have left a line of its own unfinished.
+        ended = {kind: re.findall(rf"\[{kind}\] ([^\s,]+)(?:, where .*)? \(\d+ ms\)$", self.log, re.MULTILINE)
+                 for kind in ("       OK ", "  FAILED  ", "  SKIPPED ")}
+        self.skipped = ended["  SKIPPED "]
+        done = {name for names in ended.values() for name in names}
+        self.failed = ended["  FAILED  "] + [name for name in begun if name not in done]
+        self.failed += [name for name in self.tests if name not in done and name not in self.failed]
+        self.failed_at_its_end = code != 0 and not self.failed
+        if self.failed_at_its_end:
+            self.failed = [f"{self.name()}: ended with {code} after its tests"]
+
+    def said(self):
+        """The log without what is said of tests that passed."""
+        text = re.sub(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN )[^\n]*\n)*?\[       OK \] \1\b[^\n]*\n", "", self.log,
+                      flags=re.MULTILINE)
+        return text if len(text) < 60_000 else text[:30_000] + "\n...\n" + text[-30_000:]
+
+
+def shards_of(programs, pattern, jobs):
+    shards = []
+    for program in programs:
+        tests = tests_of(program, pattern)
+        count = min(len(tests), jobs * SHARDS_A_JOB)
+        shards += [Shard(program, pattern, i, count, tests[i::count]) for i in range(count)]
+    return shards
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--filter", default="*", help="which tests, as GoogleTest takes it")
+    parser.add_argument("--counts", metavar="FOLDER", help="where programs built to do so count which lines ran")
+    parser.add_argument("--counting", action="append", default=[], metavar="NAME", help="the programs that count")
+    parser.add_argument("programs", nargs="+", metavar="PROGRAM")
+    options = parser.parse_args()
+
+    def run(shard):
+        environment = dict(os.environ)
+        environment.pop("ORV_COUNTS_FOLDER", None)
+        if options.counts and Path(shard.program).name in options.counting:
+            environment["ORV_COUNTS_FOLDER"] = options.counts
+        return shard.run(environment)
+
+    shards = shards_of(options.programs, options.filter, options.jobs)
+    failed, skipped = [], []
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for running in concurrent.futures.as_completed([pool.submit(run, shard) for shard in shards]):
+            shard = running.result()
+            failed += shard.failed
+            skipped += shard.skipped
+            again = ", run again: the leak checker itself had failed" if shard.was_run_again else ""
+            print(f"{shard.name()}: {len(shard.tests)} tests, {len(shard.failed)} failed, {shard.seconds:.1f} s{again}",
+                  flush=True)
+            if shard.failed:
+                print(shard.said(), flush=True)
+
+    total = sum(len(shard.tests) for shard in shards)
+    for name in sorted(skipped):
+        print(f"skipped: {name}")
+    for name in sorted(failed):
+        print(f"failed: {name}")
+    print(f"\n{total - len(skipped) - min(len(failed), total)} passed, {max(len(failed), int(total == 0))} failed")
+    sys.exit(1 if failed or total == 0 else 0)
+
+
+if __name__ == "__main__":
+    main()
