@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "apps/orvprint/memory_limit.h"
+#include "platform/visualization/fonts/text_failure.h"
 
 namespace {
 
@@ -64,3 +65,5 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
     line.End();
     return code;
 }
+
+std::string TextCannotBeSet() { return "text cannot be set: " + std::string(ORVGetTextFailure()); }

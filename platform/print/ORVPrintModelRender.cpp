@@ -158,7 +158,8 @@ struct Progress {
 
 /// Whether drawing ended for a reason of our own, so that the generator still takes what closes its output.
 bool IsGivenUp(int result) {
-    return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats;
+    return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats ||
+           result == ORVPrintModelRender::kTextNotSet;
 }
 
 bool AreDistinct(std::vector<const ORVPrtImageElt*> pages) {
@@ -587,6 +588,7 @@ int PageDrawing::Draw(const ORVPrtTextElt& text) {
     if (text.GetText().IsEmpty() || (!fill && !stroke) || !IsUsable(map)) return kDone;
 
     const ORVTextLayout layout = ORVLayoutText(text.GetText(), ORVTextStyleOf(text));
+    if (!layout.isSet) return ORVPrintModelRender::kTextNotSet;
     const ORVTextPlacement placement = ORVPlaceText(text, {layout.advance, layout.ascent, layout.descent});
     const ORVMathAffine2D toPage = map * placement.toModel;
     if (layout.runs.empty() || !IsUsable(toPage)) return kDone;

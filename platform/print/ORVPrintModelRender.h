@@ -22,6 +22,8 @@ public:
     static constexpr int kTooManyPages = -5;
     /// More repeats of shared primitives than the parameters allow; the output was closed cleanly.
     static constexpr int kTooManyRepeats = -6;
+    /// A text cannot be set as it should: ORVGetTextFailure() tells why. The output was closed cleanly.
+    static constexpr int kTextNotSet = -7;
 
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);

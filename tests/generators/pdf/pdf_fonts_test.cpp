@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/pdf/drawn_pdf.h"
 #include "tests/support/text_search.h"
 
@@ -93,6 +94,32 @@ TEST(PdfFontsTest, MixedDirectionsAreFoundAsTheyAreWritten) {
     EXPECT_THAT(text, HasSubstr("abc"));
     EXPECT_THAT(text, HasSubstr("שלום"));
     EXPECT_THAT(text, HasSubstr("123"));
+}
+
+// Readers that do not look at what a cluster says as a whole: it is made unreadable for them.
+TEST(PdfFontsTest, GlyphsOfAClusterSayThemselvesWhatTheyAre) {
+    struct Row {
+        const char *name, *text;
+    };
+    for (const Row& row :
+         {Row{"as many glyphs as characters", "x\u0323\u0307"}, Row{"fewer", "e\u0301\u0323\u0307"},
+          Row{"from right to left", "\u05E9\u05B8\u05B7"}}) {
+        DrawnPdf document;
+        document.BeginPage(400.0, 200.0);
+        ORVTextStyle style;
+        style.font = FindFontForAttribute("DejaVu Sans");
+        style.height = 20.0;
+        EXPECT_EQ(WriteText(document.Get(), row.text, 10.0, 50.0, style), 1);
+        document.EndPage();
+        document.Finish();
+        EXPECT_THAT(document.Plain(), HasSubstr("/ActualText")) << row.name;
+        const std::string pass = "qpdf --qdf --object-streams=disable ";
+        const std::string without =
+            document.Run("f() { " + pass + "\"$1\" - | sed 's/ActualText/Actua1Text/' > \"$1.other\"; " +
+                         "pdftotext -layout \"$1.other\" -; }; f");
+        EXPECT_THAT(document.Text(), HasSubstr(row.text)) << row.name;
+        EXPECT_THAT(without, HasSubstr(row.text)) << row.name;
+    }
 }
 
 }  // namespace
