@@ -32,7 +32,9 @@ ORVFontSystem* Load(std::string& error) {
 
 /// What a person can do about an error of the dynamic linker.
 std::string_view AdviceFor(std::string_view error) {
-    if (error.find("Cannot allocate memory") != error.npos) return "; more memory is needed";
+    // Whatever does not fit into memory is told in one of these ways.
+    for (const char* words : {"Cannot allocate memory", "failed to map segment", "cannot map"})
+        if (error.find(words) != error.npos) return "; more memory is needed";
     if (error.find("Too many open files") != error.npos) return "; allow more open files (ulimit -n)";
     return "; install it, or install orvprint and its libraries anew";
 }
