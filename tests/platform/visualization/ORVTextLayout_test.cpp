@@ -192,11 +192,11 @@ TEST(TextLayoutTest, ExtraSpacingKeepsMarksAtTheirLetter) {
     style.extraSpacing = 5.0;
     const ORVTextLayout spaced = ORVLayoutText(text, style);
     const auto before = GlyphsOf(plain), after = GlyphsOf(spaced);
-    ASSERT_EQ(after.size(), 4u);
-    ASSERT_EQ(before.size(), 4u);
-    // The letter and its two marks stay together; only what comes behind them moves.
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(after[i].x, before[i].x, 1e-9) << i;
-    EXPECT_NEAR(after[3].x, before[3].x + 5.0, 1e-9);
+    ASSERT_GT(after.size(), 2u);
+    ASSERT_EQ(before.size(), after.size());
+    // The letter and its marks stay together; only what comes behind them moves.
+    for (std::size_t i = 0; i + 1 < after.size(); ++i) EXPECT_NEAR(after[i].x, before[i].x, 1e-9) << i;
+    EXPECT_NEAR(after.back().x, before.back().x + 5.0, 1e-9);
     EXPECT_NEAR(spaced.advance, plain.advance + 5.0, 1e-9);
 }
 

@@ -149,6 +149,9 @@ const ORVFont* FontCatalogue::Register(std::string_view name, const std::string&
     entry.weight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? kBoldWeight : kRegularWeight;
     entry.slant = (face->style_flags & FT_STYLE_FLAG_ITALIC) ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
     entry.ownFace = MakeFace(entry, faceFile, 0);
+    // The host may delete the file once it is registered.
+    entry.ownFace->LoadFreeType();
+    entry.ownFace->GetHarfBuzzFont();
 
     const std::unique_lock lock(mutex_);
     if (name.empty() || byName_.contains(name)) return nullptr;

@@ -44,7 +44,12 @@ public:
     }
     ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
                                      const ORVGlyphColour& colour) override {
-        return ::MakeGlyphPicture(static_cast<const FileFace&>(face), glyph, pixelsPerEm, colour);
+        // The file was opened when the text was laid out: nothing is lost here.
+        ORVGlyphPicture picture;
+        const auto& file = static_cast<const FileFace&>(face);
+        if (!NotingFailure([&] { picture = ::MakeGlyphPicture(file, glyph, pixelsPerEm, colour); }))
+            return {};
+        return picture;
     }
 };
 
