@@ -141,8 +141,9 @@ TEST_F(FontsTest, OneOfPixelsIsInstalledButNotUsed) {
     Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
     WriteFile("fonts/dots.bdf",
               "STARTFONT 2.1\nFONT -x-Dotty-Medium-R-Normal--8-80-75-75-C-80-ISO10646-1\nSIZE 8 75 75\n"
-              "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 4\nFAMILY_NAME \"Dotty\"\nFONT_ASCENT 8\n"
-              "FONT_DESCENT 0\nPIXEL_SIZE 8\nENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\n"
+              "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 6\nFAMILY_NAME \"Dotty\"\nFONT_ASCENT 8\n"
+              "FONT_DESCENT 0\nPIXEL_SIZE 8\nCHARSET_REGISTRY \"ISO10646\"\nCHARSET_ENCODING "
+              "\"1\"\nENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\n"
               "SWIDTH 1000 0\nDWIDTH 8 0\nBBX 8 8 0 0\nBITMAP\nFF\n81\n81\n81\n81\n81\n81\nFF\nENDCHAR\n"
               "ENDFONT\n");
     WriteFile("text.svg", SmallDrawing("<text x='9' y='20' font-family='Dotty, Nobody, sans-serif'>A</text>"

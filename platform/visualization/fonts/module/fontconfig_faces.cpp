@@ -182,14 +182,23 @@ std::vector<InstalledFace> AskInstalledFaces() {
     return all;
 }
 
+// Configurations often turn such fonts away: only the caches of the folders list them all.
 bool HasBitmapFont(std::string_view name) {
     FcConfig* const configuration = FontconfigConfiguration();
-    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
-        const FcFontSet* const fonts = FcConfigGetFonts(configuration, set);
-        for (int i = 0; fonts && i < fonts->nfont; ++i)
-            if (!IsTrue(fonts->fonts[i], FC_OUTLINE) && AnswersTo(fonts->fonts[i], name)) return true;
-    }
-    return false;
+    std::vector<std::string> folders;
+    AppendAll(FcConfigGetFontDirs(configuration), folders);
+    return std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
+        FcCache* const cache =
+            FcDirCacheRead(reinterpret_cast<const FcChar8*>(folder.c_str()), FcFalse, configuration);
+        if (!cache) return false;
+        FcFontSet* const fonts = FcCacheCopySet(cache);
+        bool has = false;
+        for (int i = 0; fonts && i < fonts->nfont && !has; ++i)
+            has = !IsTrue(fonts->fonts[i], FC_OUTLINE) && AnswersTo(fonts->fonts[i], name);
+        if (fonts) FcFontSetDestroy(fonts);
+        FcDirCacheUnload(cache);
+        return has;
+    });
 }
 
 std::optional<std::vector<std::string>> PathsThatDecide() {
