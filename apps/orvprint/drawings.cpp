@@ -189,15 +189,18 @@ public:
         }
         refusal_ = model.GetBudget().GetRefusal();
         isMemorySpent_ = model.GetBudget().IsMemorySpent();
+        hasUnsetText_ = model.GetBudget().HasUnsetText();
     }
     std::vector<PageFacts>& GetPages() { return pages_; }
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
     bool IsMemorySpent() const { return isMemorySpent_; }
+    bool HasUnsetText() const { return hasUnsetText_; }
 
 private:
     std::vector<PageFacts> pages_;
     std::optional<ORVPrintLimit> refusal_;
     bool isMemorySpent_ = false;
+    bool hasUnsetText_ = false;
 };
 
 /// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
@@ -213,6 +216,7 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     if (collector.GetRefusal())
         return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
     if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "memory is spent");
+    if (collector.HasUnsetText()) return Report(kExitFailed, InputName(path), TextCannotBeSet());
     // There is an element, and nothing that was left out: only memory can have been missing.
     if (built != 1 || inspected != 1)
         return Report(kExitFailed, InputName(path), "could not be turned into pages; memory is spent");

@@ -23,7 +23,8 @@ public:
         refusal_ = model.GetBudget().GetRefusal();
         isTooLarge_ = IsTooLargeToDump(model);
         isMemorySpent_ = model.GetBudget().IsMemorySpent();
-        if (!isTooLarge_ && !refusal_ && !isMemorySpent_) Write(&model);
+        hasUnsetText_ = model.GetBudget().HasUnsetText();
+        if (!isTooLarge_ && !refusal_ && !isMemorySpent_ && !hasUnsetText_) Write(&model);
     }
     /// @param model  null when the interpreter has none
     void Write(const ORVPrtModel* model) {
@@ -55,6 +56,7 @@ public:
     bool IsWritten() const { return isWritten_; }
     bool IsTooLarge() const { return isTooLarge_; }
     bool IsMemorySpent() const { return isMemorySpent_; }
+    bool HasUnsetText() const { return hasUnsetText_; }
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
 private:
@@ -64,6 +66,7 @@ private:
     bool isWritten_ = false;
     bool isTooLarge_ = false;
     bool isMemorySpent_ = false;
+    bool hasUnsetText_ = false;
     std::optional<ORVPrintLimit> refusal_;
 };
 
@@ -90,6 +93,8 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
                           LimitReached(ORVPrintLimit::kRepeats));
         if (dumper.IsMemorySpent() || (dumper.IsWritten() && inspected != 1))
             return Report(kExitFailed, DisplayName(input, "standard input"), "memory is spent");
+        if (dumper.HasUnsetText())
+            return Report(kExitFailed, DisplayName(input, "standard input"), TextCannotBeSet());
         if (!dumper.IsWritten()) dumper.Write(nullptr);
         if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
         return static_cast<int>(kExitDone);

@@ -260,6 +260,7 @@ private:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
             case ORVPrintModelRender::kLowMemory:
                 return Report(kExitFailed, name, "printing failed: memory is spent");
+            case ORVPrintModelRender::kTextNotSet: return Report(kExitFailed, name, TextCannotBeSet());
             case ORVPrintModelRender::kTooManyRepeats:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
             case kOutputTooLarge:

@@ -8,6 +8,7 @@
 
 #include "apps/orvprint/memory_limit.h"
 #include "apps/orvprint/printable_text.h"
+#include "platform/visualization/fonts/text_failure.h"
 
 std::string DisplayName(const std::string& path, std::string_view standardStream) {
     return path == "-" ? std::string(standardStream) : path;
@@ -33,3 +34,5 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
     line.End();
     return code;
 }
+
+std::string TextCannotBeSet() { return "text cannot be set: " + std::string(ORVGetTextFailure()); }

@@ -3,9 +3,31 @@
 #include <cairo-ft.h>
 #include <fontconfig/fontconfig.h>
 
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <system_error>
+
 #include "platform/visualization/fonts/ORVFontFace.h"
 
 namespace {
+
+/// cairo does not say why it cannot open a file, and the glyphs would come out as drawings. Throws where that
+/// is for want of the file, of files that may be open, or of memory.
+void TellWhyNot(const ORVFontFace& face) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(face.GetFilePath().c_str(), "rbe"),
+                                                               std::fclose);
+    if (!file)
+        throw std::filesystem::filesystem_error("", face.GetFilePath(),
+                                                std::error_code(errno, std::generic_category()));
+    constexpr std::size_t kPlenty = std::size_t{8} << 20U;
+    const std::unique_ptr<void, void (*)(void*)> room(std::malloc(kPlenty), std::free);
+    if (!room) throw std::bad_alloc();
+}
 
 /// Opens the face's file anew: cairo sets sizes on the faces it draws with, and the platform's own have
 /// theirs.
@@ -33,5 +55,6 @@ CairoFontFace Open(const ORVFontFace& face) {
 cairo_font_face_t* CairoFontCache::Find(const ORVFontFace& face) {
     const auto [entry, isNew] = faces_.try_emplace(&face);
     if (isNew) entry->second = Open(face);
+    if (isNew && !entry->second) TellWhyNot(face);
     return entry->second.get();
 }

@@ -9,7 +9,8 @@ class ORVFontFace;
 /// The platform's font faces as cairo takes them.
 class CairoFontCache {
 public:
-    /// @return the face; null when cairo cannot read its file
+    /// Throws where the file cannot be opened, or memory is spent.
+    /// @return the face; null when cairo cannot use what the file holds
     cairo_font_face_t* Find(const ORVFontFace& face);
 
 private:

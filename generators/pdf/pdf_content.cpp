@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numeric>
 #include <span>
+#include <utility>
 
 #include "generators/common/glyph_outlines.h"
 #include "generators/common/map_measures.h"
@@ -83,6 +84,40 @@ bool IsSame(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
 std::string OpacityName(int fill, int stroke) {
     return "/A" + std::to_string(fill) + "_" + std::to_string(stroke);
 }
+
+/// What each glyph of a cluster says by itself, for readers that do not look at what the cluster says: a
+/// character each where there are as many, in the order in which they are read; else the first says all.
+class ClusterTexts {
+public:
+    ClusterTexts(std::string_view text, std::size_t glyphs, bool isRightToLeft)
+        : rest_(text),
+          isEach_(glyphs > 1 && CountCharacters(text) == glyphs),
+          isRightToLeft_(isRightToLeft) {}
+
+    /// The text of the next glyph from the left; may be empty.
+    std::string_view TakeNext() {
+        // A glyph that says nothing comes out as a replacement character: this one is not seen, and keeps
+        // what stands on both sides together.
+        constexpr std::string_view kGraphemeJoiner = "\u034F";
+        if (!isEach_) return std::exchange(rest_, rest_.empty() ? rest_ : kGraphemeJoiner);
+        std::size_t at = isRightToLeft_ ? rest_.size() - 1 : 1;
+        while (at > 0 && at < rest_.size() && IsWithin(rest_[at])) isRightToLeft_ ? --at : ++at;
+        const std::string_view front = rest_.substr(0, at), back = rest_.substr(at);
+        rest_ = isRightToLeft_ ? front : back;
+        return isRightToLeft_ ? back : front;
+    }
+
+private:
+    /// True for the bytes of a character behind its first.
+    static bool IsWithin(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
+    static std::size_t CountCharacters(std::string_view text) {
+        return static_cast<std::size_t>(
+            std::count_if(text.begin(), text.end(), [](char c) { return !IsWithin(c); }));
+    }
+
+    std::string_view rest_;
+    bool isEach_, isRightToLeft_;
+};
 
 /// What both boxes cover; empty when they do not touch.
 ORVMathBox2D Intersection(const ORVMathBox2D& a, const ORVMathBox2D& b) {
@@ -537,9 +572,10 @@ void PdfContent::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run, co
             AppendPdfText(content_, cluster);
             Put(">>BDC\n");
         }
+        ClusterTexts texts(cluster, last - first, run.rightToLeft);
         for (std::size_t i = first; i < last; ++i) {
             const ORVGlyph& glyph = glyphs[i];
-            const std::string_view ownText = isMany ? std::string_view() : cluster;
+            const std::string_view ownText = texts.TakeNext();
             unsigned int code = latest->FindCode(glyph.index, ownText);
             if (code == 0) {
                 latest = &document_.fonts.AddFont(*run.face, document_.file);

@@ -1,8 +1,5 @@
 #include "generators/pdf/pdf_fonts.h"
 
-#include <hb-subset.h>
-#include <hb.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -12,147 +9,26 @@
 #include "generators/pdf/cff_table.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_syntax.h"
-#include "platform/system/ORVLoadedLibrary.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 
 namespace {
 
-/// The library's functions, loaded with the first text. It brings HarfBuzz itself along.
-struct HarfBuzzLibrary {
-    ORVLoadedLibrary library{"libharfbuzz-subset.so.0"};
-    decltype(::hb_blob_destroy)* hb_blob_destroy = nullptr;
-    decltype(::hb_blob_get_data)* hb_blob_get_data = nullptr;
-    decltype(::hb_blob_get_length)* hb_blob_get_length = nullptr;
-    decltype(::hb_face_destroy)* hb_face_destroy = nullptr;
-    decltype(::hb_face_reference_blob)* hb_face_reference_blob = nullptr;
-    decltype(::hb_face_reference_table)* hb_face_reference_table = nullptr;
-    decltype(::hb_font_get_glyph_h_advance)* hb_font_get_glyph_h_advance = nullptr;
-    decltype(::hb_font_get_scale)* hb_font_get_scale = nullptr;
-    decltype(::hb_map_get)* hb_map_get = nullptr;
-    decltype(::hb_set_add)* hb_set_add = nullptr;
-    decltype(::hb_subset_input_create_or_fail)* hb_subset_input_create_or_fail = nullptr;
-    decltype(::hb_subset_input_destroy)* hb_subset_input_destroy = nullptr;
-    decltype(::hb_subset_input_glyph_set)* hb_subset_input_glyph_set = nullptr;
-    decltype(::hb_subset_input_set)* hb_subset_input_set = nullptr;
-    decltype(::hb_subset_input_set_flags)* hb_subset_input_set_flags = nullptr;
-    decltype(::hb_subset_plan_create_or_fail)* hb_subset_plan_create_or_fail = nullptr;
-    decltype(::hb_subset_plan_destroy)* hb_subset_plan_destroy = nullptr;
-    decltype(::hb_subset_plan_execute_or_fail)* hb_subset_plan_execute_or_fail = nullptr;
-    decltype(::hb_subset_plan_old_to_new_glyph_mapping)* hb_subset_plan_old_to_new_glyph_mapping = nullptr;
-    decltype(::hb_tag_from_string)* hb_tag_from_string = nullptr;
-
-    HarfBuzzLibrary() {
-        library.Find("hb_blob_destroy", hb_blob_destroy);
-        library.Find("hb_blob_get_data", hb_blob_get_data);
-        library.Find("hb_blob_get_length", hb_blob_get_length);
-        library.Find("hb_face_destroy", hb_face_destroy);
-        library.Find("hb_face_reference_blob", hb_face_reference_blob);
-        library.Find("hb_face_reference_table", hb_face_reference_table);
-        library.Find("hb_font_get_glyph_h_advance", hb_font_get_glyph_h_advance);
-        library.Find("hb_font_get_scale", hb_font_get_scale);
-        library.Find("hb_map_get", hb_map_get);
-        library.Find("hb_set_add", hb_set_add);
-        library.Find("hb_subset_input_create_or_fail", hb_subset_input_create_or_fail);
-        library.Find("hb_subset_input_destroy", hb_subset_input_destroy);
-        library.Find("hb_subset_input_glyph_set", hb_subset_input_glyph_set);
-        library.Find("hb_subset_input_set", hb_subset_input_set);
-        library.Find("hb_subset_input_set_flags", hb_subset_input_set_flags);
-        library.Find("hb_subset_plan_create_or_fail", hb_subset_plan_create_or_fail);
-        library.Find("hb_subset_plan_destroy", hb_subset_plan_destroy);
-        library.Find("hb_subset_plan_execute_or_fail", hb_subset_plan_execute_or_fail);
-        library.Find("hb_subset_plan_old_to_new_glyph_mapping", hb_subset_plan_old_to_new_glyph_mapping);
-        library.Find("hb_tag_from_string", hb_tag_from_string);
-    }
-};
-
-const HarfBuzzLibrary& HarfBuzz() {
-    static const HarfBuzzLibrary functions;
-    return functions;
-}
-
-/// Owning handles of HarfBuzz's objects.
-template <auto kDestroy>
-struct HbDestroy {
-    template <class Object>
-    void operator()(Object* object) const {
-        (HarfBuzz().*kDestroy)(object);
-    }
-};
-using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<&HarfBuzzLibrary::hb_blob_destroy>>;
-using HbFace = std::unique_ptr<hb_face_t, HbDestroy<&HarfBuzzLibrary::hb_face_destroy>>;
-using HbSubsetInput =
-    std::unique_ptr<hb_subset_input_t, HbDestroy<&HarfBuzzLibrary::hb_subset_input_destroy>>;
-using HbSubsetPlan = std::unique_ptr<hb_subset_plan_t, HbDestroy<&HarfBuzzLibrary::hb_subset_plan_destroy>>;
-
-/// The tables of a face; null where they or the library are missing, when glyphs are drawn instead.
-hb_face_t* TablesOf(const ORVFontFace& face) {
-    return HarfBuzz().library.IsUsable() ? face.GetHarfBuzzFace() : nullptr;
-}
-
-bool HasTable(hb_face_t* face, const char* tag) {
-    const HbBlob table(HarfBuzz().hb_face_reference_table(face, HarfBuzz().hb_tag_from_string(tag, 4)));
-    return HarfBuzz().hb_blob_get_length(table.get()) > 0;
-}
+bool HasTable(const ORVFontFace& face, std::string_view name) { return !face.GetTable(name).bytes.empty(); }
 
 /// Faces whose file can be embedded: quadratic outlines that do not vary.
 bool IsPlainTrueType(const ORVFontFace& face) {
-    hb_face_t* tables = TablesOf(face);
-    return tables && HasTable(tables, "glyf") && HasTable(tables, "loca") && !HasTable(tables, "fvar");
+    return HasTable(face, "glyf") && HasTable(face, "loca") && !HasTable(face, "fvar");
 }
 
 /// Faces whose cubic outlines can be embedded: those that do not vary, and number their glyphs plainly.
 bool IsPlainCff(const ORVFontFace& face) {
-    hb_face_t* tables = TablesOf(face);
-    if (!tables || HasTable(tables, "fvar")) return false;
-    const HbBlob table(HarfBuzz().hb_face_reference_table(tables, HB_TAG('C', 'F', 'F', ' ')));
-    unsigned int size = 0;
-    const char* bytes = HarfBuzz().hb_blob_get_data(table.get(), &size);
-    return size > 0 && IsPlainCffTable({bytes, size});
+    const ORVFontBytes table = face.GetTable("CFF ");
+    return !table.bytes.empty() && !HasTable(face, "fvar") && IsPlainCffTable(table.bytes);
 }
 
-double GlyphWidth(const ORVFontFace& face, std::uint32_t glyph) {
-    hb_font_t* font = face.GetHarfBuzzFont();
-    if (!font || !HarfBuzz().library.IsUsable()) return 0.0;
-    int scale = 0, unused = 0;
-    HarfBuzz().hb_font_get_scale(font, &scale, &unused);
-    return scale > 0 ? HarfBuzz().hb_font_get_glyph_h_advance(font, glyph) * 1000.0 / scale : 0.0;
-}
-
-/// A face reduced to the glyphs that are used.
-struct Subset {
-    HbFace face;
-    std::vector<std::uint32_t> glyphs;  // new numbers, in the order of the old ones that were asked for
-};
-
-Subset MakeSubset(hb_face_t* face, const std::vector<std::uint32_t>& glyphs) {
-    const HbSubsetInput input(HarfBuzz().hb_subset_input_create_or_fail());
-    if (!input) return {};
-    for (const std::uint32_t glyph : glyphs)
-        HarfBuzz().hb_set_add(HarfBuzz().hb_subset_input_glyph_set(input.get()), glyph);
-    // The document says itself what these say.
-    hb_set_t* dropped = HarfBuzz().hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
-    for (const char* tag : {"GSUB", "GPOS", "GDEF", "BASE", "kern", "name", "OS/2", "post", "cmap", "DSIG",
-                            "STAT", "vhea", "vmtx", "VORG", "gasp", "hdmx", "VDMX", "LTSH", "meta", "MATH"})
-        HarfBuzz().hb_set_add(dropped, HarfBuzz().hb_tag_from_string(tag, -1));
-    HarfBuzz().hb_subset_input_set_flags(input.get(),
-                                         HB_SUBSET_FLAGS_NO_HINTING | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
-    const HbSubsetPlan plan(HarfBuzz().hb_subset_plan_create_or_fail(face, input.get()));
-    if (!plan) return {};
-    Subset subset;
-    subset.face.reset(HarfBuzz().hb_subset_plan_execute_or_fail(plan.get()));
-    const hb_map_t* numbers = HarfBuzz().hb_subset_plan_old_to_new_glyph_mapping(plan.get());
-    for (const std::uint32_t glyph : glyphs) {
-        const hb_codepoint_t number = HarfBuzz().hb_map_get(numbers, glyph);
-        subset.glyphs.push_back(number == HB_MAP_VALUE_INVALID ? 0 : number);
-    }
-    return subset;
-}
-
-int ReadSigned16(const HbBlob& table, unsigned int at) {
-    unsigned int size = 0;
-    const char* bytes = HarfBuzz().hb_blob_get_data(table.get(), &size);
-    if (at + 2 > size) return 0;
-    const auto high = static_cast<unsigned char>(bytes[at]), low = static_cast<unsigned char>(bytes[at + 1]);
+int ReadSigned16(std::string_view table, std::size_t at) {
+    if (at + 2 > table.size()) return 0;
+    const auto high = static_cast<unsigned char>(table[at]), low = static_cast<unsigned char>(table[at + 1]);
     return static_cast<std::int16_t>(high << 8 | low);
 }
 
@@ -206,7 +82,7 @@ unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
     const auto found = codes_.find(key);
     if (found != codes_.end()) return found->second;
     if (entries_.size() >= Capacity()) return 0;
-    entries_.push_back({glyph, GlyphWidth(face_, glyph), std::string(text)});
+    entries_.push_back({glyph, face_.GetAdvance(glyph) * 1000.0, std::string(text)});
     const auto code = static_cast<unsigned int>(entries_.size());
     codes_.emplace(std::move(key), code);
     if (firstCodes_.size() <= glyph) firstCodes_.resize(glyph + 1, 0);
@@ -292,31 +168,20 @@ unsigned int PdfFont::WriteEncoding(PdfFile& file, const std::vector<std::uint32
 
 void PdfFont::WriteProgram(PdfFile& file) const {
     const bool isCff = kind_ == Kind::kCff;
-    const auto reference = [&](hb_face_t* one) {
-        return isCff ? HarfBuzz().hb_face_reference_table(one, HB_TAG('C', 'F', 'F', ' '))
-                     : HarfBuzz().hb_face_reference_blob(one);
-    };
     std::vector<std::uint32_t> glyphs{0};
     for (const Entry& entry : entries_) glyphs.push_back(entry.glyph);
-    hb_face_t* face = face_.GetHarfBuzzFace();
-    Subset subset = MakeSubset(face, glyphs);
-    HbBlob program(subset.face ? reference(subset.face.get()) : nullptr);
-    if (!program || HarfBuzz().hb_blob_get_length(program.get()) == 0) {
-        program.reset(reference(face));  // the whole face then
-        subset.glyphs = glyphs;
-    }
-    const std::string_view bytes(HarfBuzz().hb_blob_get_data(program.get(), nullptr),
-                                 HarfBuzz().hb_blob_get_length(program.get()));
+    const ORVFontSubset subset = face_.MakeSubset(glyphs, isCff ? "CFF " : "");
+    const std::string_view bytes = subset.program.bytes;
     const unsigned int fontFile = file.Reserve();
     file.WriteStream(fontFile, isCff ? "/Subtype/CIDFontType0C" : "/Length1 " + std::to_string(bytes.size()),
                      std::string(bytes), PdfFile::Packing::kDeflate);
 
-    const HbBlob head(HarfBuzz().hb_face_reference_table(face, HB_TAG('h', 'e', 'a', 'd')));
+    const ORVFontBytes head = face_.GetTable("head");
     const double unit = 1000.0 / face_.GetUnitsPerEm();
     std::string descriptor = "<</Type/FontDescriptor/FontName/" + MakeName() + "/Flags " +
                              (face_.IsItalic() ? "68" : "4") + "/FontBBox[";
-    for (const unsigned int at : {36U, 38U, 40U, 42U}) {
-        AppendDecimal(descriptor, std::round(ReadSigned16(head, at) * unit), kPdfPlaces);
+    for (const std::size_t at : {36U, 38U, 40U, 42U}) {
+        AppendDecimal(descriptor, std::round(ReadSigned16(head.bytes, at) * unit), kPdfPlaces);
         descriptor += ' ';
     }
     descriptor += "]/ItalicAngle ";

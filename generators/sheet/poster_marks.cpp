@@ -4,6 +4,7 @@
 
 #include "generators/common/generator_status.h"
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
@@ -90,6 +91,7 @@ int ORVDrawPosterMarks(ORVPrintGenerator& generator, const ORVPoster& poster, un
     ORVTextStyle style;
     style.height = kTextHeight;
     const ORVTextLayout layout = ORVLayoutText(label, style);
+    if (!layout.isSet) return ORVPrintModelRender::kTextNotSet;
     if (layout.runs.empty()) return kGeneratorDone;
     const ORVPrintFill fill;
     const double x = (place.xMin + place.xMax - layout.advance) / 2.0;

@@ -73,6 +73,10 @@ public:
     /// may be left.
     static constexpr std::uint64_t kMostMemoryRefusals = 1000;
 
+    /// Notes that a text could not be set as it should, so that its font or the room that it takes is wrong.
+    void NoteUnsetText() { hasUnsetText_ = true; }
+    bool HasUnsetText() const { return hasUnsetText_; }
+
     void AddRef() { ++references_; }
     void Release() {
         if (--references_ == 0) delete this;
@@ -86,4 +90,5 @@ private:
     std::uint64_t references_ = 1;
     std::optional<ORVPrintLimit> refusal_;
     std::uint64_t memoryRefusals_ = 0;
+    bool hasUnsetText_ = false;
 };

@@ -24,7 +24,8 @@ public:
         double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
     };
 
-    void SetTextAttributes(ORVPrtTextAttributes text) { textAttributes_ = std::move(text); }
+    /// Where the font is ORVFont::Unavailable(), the budget notes that the text cannot be set.
+    void SetTextAttributes(ORVPrtTextAttributes text);
     const ORVPrtTextAttributes& GetTextAttributes() const { return textAttributes_; }
     void SetPosition(const ORVMathPoint2D& position) { position_ = position; }
     const ORVMathPoint2D& GetPosition() const { return position_; }

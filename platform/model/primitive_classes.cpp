@@ -1,6 +1,7 @@
 // Registration and copying of the model's classes: the same lines for each of them.
 
 #include <new>
+#include <utility>
 
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtCircleElt.h"
@@ -15,9 +16,11 @@
 #include "platform/model/ORVPrtPolyQuadraticBezierElt.h"
 #include "platform/model/ORVPrtPolygonElt.h"
 #include "platform/model/ORVPrtPolylineElt.h"
+#include "platform/model/ORVPrtPrimitiveBudget.h"
 #include "platform/model/ORVPrtRectangleElt.h"
 #include "platform/model/ORVPrtSymbolElt.h"
 #include "platform/model/ORVPrtTextElt.h"
+#include "platform/visualization/fonts/ORVFont.h"
 
 namespace {
 
@@ -168,6 +171,12 @@ ORVPrtGraphicPrimitiveElt* ORVPrtSymbolElt::CopyWithoutChildren() const {
 const ORVMetaClass& ORVPrtTextElt::MetaClass() {
     static const ORVMetaClass metaClass = MakeMetaClass<ORVPrtGraphicPrimitiveElt>("ORVPrtTextElt");
     return metaClass;
+}
+
+void ORVPrtTextElt::SetTextAttributes(ORVPrtTextAttributes text) {
+    textAttributes_ = std::move(text);
+    if (textAttributes_.GetFont() != ORVFont::Unavailable()) return;
+    if (ORVPrtPrimitiveBudget* const budget = GetBudget()) budget->NoteUnsetText();
 }
 
 ORVPrtGraphicPrimitiveElt* ORVPrtTextElt::CopyWithoutChildren() const {

@@ -21,7 +21,9 @@ bool IsFinite(const ORVMathPoint2D& p) { return std::isfinite(p.x) && std::isfin
 /// Adds the points of one leaf, mapped, to a box. One overload for each class that has geometry.
 class LeafBox {
 public:
-    LeafBox(ORVMathBox2D& box, const ORVMathAffine2D& map) : box_(box), map_(map) {}
+    /// @param isSet  becomes false at a text that cannot be set as it should
+    LeafBox(ORVMathBox2D& box, const ORVMathAffine2D& map, bool& isSet)
+        : box_(box), map_(map), isSet_(isSet) {}
 
     void operator()(const ORVPrtRectangleElt& rectangle) {
         AddBox(rectangle.GetFirstPoint(), rectangle.GetSecondPoint());
@@ -62,8 +64,10 @@ public:
             AddQuadratic({map_(points[i]), map_(points[i + 1]), map_(points[i + 2])});
     }
     void operator()(const ORVPrtTextElt& text) {
-        const ORVTextPlacement placement =
-            ORVPlaceText(text, ORVMeasureText(text.GetText(), ORVTextStyleOf(text)));
+        const ORVTextExtent extent = ORVMeasureText(text.GetText(), ORVTextStyleOf(text));
+        isSet_ = extent.isSet;
+        if (!isSet_) return;
+        const ORVTextPlacement placement = ORVPlaceText(text, extent);
         const ORVMathBox2D& box = placement.box;
         const ORVMathAffine2D toModel = map_ * placement.toModel;
         for (const ORVMathPoint2D& corner :
@@ -167,6 +171,7 @@ private:
 
     ORVMathBox2D& box_;
     const ORVMathAffine2D& map_;
+    bool& isSet_;
 };
 
 /// A container that is being walked.
@@ -195,8 +200,9 @@ std::uint64_t VisitsOf(const ORVPrtGraphicPrimitiveElt& primitive) {
            (primitive.GetKind() == ORVPrtKind::kText ? bytes * kVisitsPerByteOfText : bytes / kPayloadUnit);
 }
 
-/// Adds everything in the open frames to the box. @return false when the limit was reached
-bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft) {
+/// Adds everything in the open frames to the box. @return false when the limit was reached, or at a text that
+/// cannot be set
+bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft, bool& isSet) {
     while (!open.empty()) {
         Frame& frame = open.back();
         if (frame.next == frame.children->size()) {
@@ -215,7 +221,8 @@ bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visi
         if (const ORVPrtChildList* children = child.GetChildList())
             open.push_back({children, 0, map});
         else
-            VisitPrimitive(child, LeafBox(box, map));
+            VisitPrimitive(child, LeafBox(box, map, isSet));
+        if (!isSet) return false;
     }
     return true;
 }
@@ -224,10 +231,12 @@ bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visi
 
 bool ORVPrintModelBoundingBoxComputer::Walk(const ORVPrtChildList& children, ORVMathBox2D& box) {
     std::vector<Frame> open{{&children, 0, {}}};
-    if (!budget_) return WalkFrames(open, box, visitsLeft_);
+    bool isSet = true;
+    if (!budget_) return WalkFrames(open, box, visitsLeft_, isSet);
     const std::uint64_t before = budget_->GetVisitsLeft();
     std::uint64_t left = before;
-    const bool complete = WalkFrames(open, box, left);
+    const bool complete = WalkFrames(open, box, left, isSet);
+    if (!isSet) budget_->NoteUnsetText();
     budget_->NoteVisits(before - left);
     return complete;
 }

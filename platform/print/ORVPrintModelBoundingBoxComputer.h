@@ -9,7 +9,8 @@ class ORVPrtPrimitiveBudget;
 
 /// Computes boxes of primitives: those of the geometry (no stroke width), exact for curves and arcs, through
 /// all transforms. A bitmap's box is its origin and size, a text's comes from the font's metrics; points
-/// that are not finite are left out. A pattern, a polyline without points and an empty container have none.
+/// that are not finite are left out. Where a text cannot be set (see ORVMeasureText), there is no box, and
+/// the budget notes it. A pattern, a polyline without points and an empty container have none.
 class ORV_PLATFORM_EXPORT ORVPrintModelBoundingBoxComputer {
 public:
     /// Primitives that one computer visits when nothing else is said.

@@ -27,6 +27,8 @@ public:
     static constexpr int kTooManyRepeats = -6;
     /// The generator, or another object of the host's, threw an exception, which ends here.
     static constexpr int kThrown = -7;
+    /// A text cannot be set as it should: ORVGetTextFailure() tells why. The output was closed cleanly.
+    static constexpr int kTextNotSet = -8;
 
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);

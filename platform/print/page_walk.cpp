@@ -282,7 +282,8 @@ ORVPrintProgress::ORVPrintProgress(const ORVPrtModel& model, std::span<const ORV
       takesApart(takesApart && AreDistinct(pages)) {}
 
 bool ORVIsGivenUp(int result) {
-    return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats;
+    return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats ||
+           result == ORVPrintModelRender::kTextNotSet;
 }
 
 int ORVDrawPage(ORVPrintGenerator& generator, const ORVPrtImageElt& page, ORVPrintProgress& progress) {

@@ -168,6 +168,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtTextElt& text) {
     if (text.GetText().IsEmpty() || (!fill && !stroke) || !IsUsable(map)) return kDone;
 
     const ORVTextLayout layout = ORVLayoutText(text.GetText(), ORVTextStyleOf(text));
+    if (!layout.isSet) return ORVPrintModelRender::kTextNotSet;
     const ORVTextPlacement placement = ORVPlaceText(text, {layout.advance, layout.ascent, layout.descent});
     const ORVMathAffine2D toPage = map * placement.toModel;
     if (layout.runs.empty() || !IsUsable(toPage)) return kDone;

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 
 #include "tests/apps/tool_run.h"
@@ -11,6 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 constexpr const char* kTrueType = "/usr/share/fonts/truetype/";
 constexpr const char* kOpenType = "/usr/share/fonts/opentype/urw-base35/";
@@ -29,9 +32,11 @@ protected:
     }
 
     /// The command where only those fonts are installed.
-    ToolRun RunHere(const std::vector<std::string>& arguments) const {
-        std::vector<std::string> command{"env", "FONTCONFIG_FILE=" + (Folder() / "fonts.conf").string(),
-                                         "ORVPRINT_CACHE_DIR=", ORV_TOOL_PATH};
+    ToolRun RunHere(const std::vector<std::string>& arguments) const { return RunHereBehind({}, arguments); }
+    /// Likewise, started by another program.
+    ToolRun RunHereBehind(std::vector<std::string> command, const std::vector<std::string>& arguments) const {
+        command.insert(command.end(), {"env", "FONTCONFIG_FILE=" + (Folder() / "fonts.conf").string(),
+                                       "ORVPRINT_CACHE_DIR=", ORV_TOOL_PATH});
         command.insert(command.end(), arguments.begin(), arguments.end());
         return RunProgram(command);
     }
@@ -46,19 +51,55 @@ protected:
     }
 };
 
-TEST_F(FontsTest, WithoutAnyTextTakesTheRoomThatItUsuallyTakes) {
-    // The page is the box of its content: four characters of half an em each.
-    WriteFile("text.svg", "<svg><text fill='black' font-size='18'>word</text></svg>");
-    const ToolRun info = RunHere({"info", "text.svg"});
-    EXPECT_EQ(info.exitCode, 0) << info.errors;
-    EXPECT_THAT(info.output, HasSubstr("36 x 18"));
-    for (const char* page : {"text.pdf", "text.png", "text.svgout.svg"})
-        EXPECT_EQ(RunHere({"text.svg", "-o", page}).exitCode, 0) << page;
+/// One line that says why text cannot be set, and no output.
+void ExpectNoText(const ToolRun& run, const std::string& part, const std::string& trial) {
+    EXPECT_EQ(run.exitCode, 9) << trial << run.errors;
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << trial << run.errors;
+    EXPECT_THAT(run.errors, StartsWith("orvprint: ")) << trial;
+    EXPECT_THAT(run.errors, HasSubstr(part)) << trial;
+    EXPECT_EQ(run.output, "") << trial;
 }
 
-TEST_F(FontsTest, WithoutAnyEveryNameIsDrawnWithNone) {
-    for (const char* family : {"serif", "sans-serif", "monospace", "cursive", "fantasy", "Nobody"})
-        EXPECT_THAT(FontsOf(family), Not(HasSubstr("yes"))) << family;
+constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+constexpr const char* kSized =
+    "<svg width='90' height='45'><text fill='black' x='9' y='20'>word</text></svg>";
+// The page is the box of its content.
+constexpr const char* kUnsized = "<svg><text fill='black' font-size='18'>word</text></svg>";
+
+TEST_F(FontsTest, WithoutAnyNoTextIsPrinted) {
+    WriteFile("text.svg", kSized);
+    for (const char* format : kFormats) {
+        ExpectNoText(RunHere({"text.svg", "-o", "out", "-f", format}),
+                     "text.svg: text cannot be set: no font is installed; install one", format);
+        EXPECT_FALSE(Exists("out")) << format;
+    }
+    WriteFile("figure.svg", SmallDrawing("<rect width='9' height='9' fill='red' font-family='serif'/>"));
+    EXPECT_EQ(RunHere({"figure.svg", "-o", "figure.pdf"}).exitCode, 0);
+}
+
+TEST_F(FontsTest, WithoutAnyPagesOfTheSizeOfTheirTextHaveNone) {
+    WriteFile("text.svg", kUnsized);
+    for (const char* command : {"info", "inspect"})
+        ExpectNoText(RunHere({command, "text.svg"}), "no font is installed", command);
+    WriteFile("sized.svg", kSized);
+    for (const char* command : {"info", "inspect"})
+        EXPECT_EQ(RunHere({command, "sized.svg"}).exitCode, 0) << command;
+}
+
+TEST_F(FontsTest, WithoutAnyTheCheckTells) {
+    WriteFile("text.svg", kSized);
+    const ToolRun run = RunHere({"check", "text.svg"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.output, HasSubstr("text-cannot-be-set"));
+    EXPECT_THAT(run.output, HasSubstr("no font is installed"));
+}
+
+TEST_F(FontsTest, WithoutAnyMarksOfPostersAreNotPrintedEither) {
+    WriteFile("figure.svg",
+              "<svg width='900' height='900'><rect width='900' height='900' fill='red'/></svg>");
+    ExpectNoText(RunHere({"figure.svg", "-o", "out.pdf", "--paper", "A4", "--tile", "--margin", "15mm"}),
+                 "text cannot be set: no font is installed", "poster");
+    EXPECT_FALSE(Exists("out.pdf"));
 }
 
 TEST_F(FontsTest, TheOnlyOneStandsForAllNames) {
@@ -80,15 +121,132 @@ TEST_F(FontsTest, NamesStandForTheLookThatIsThere) {
     EXPECT_THAT(sans, Not(HasSubstr("DejaVuSans-Bold")));
 }
 
-TEST_F(FontsTest, OneThatCannotBeReadIsReplaced) {
+// In another font the text would be another text.
+TEST_F(FontsTest, OneThatCannotBeUsedIsTold) {
     Install(std::string(kTrueType) + "dejavu/DejaVuSans.ttf");
     Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
     EXPECT_THAT(FontsOf("DejaVu Sans"), HasSubstr("DejaVuSans"));
     // The folder does not change: it is still listed as installed.
     fs::resize_file(Folder() / "fonts/DejaVuSans.ttf", 0);
-    const std::string fonts = FontsOf("DejaVu Sans");
-    EXPECT_THAT(fonts, HasSubstr("LiberationSans"));
-    EXPECT_THAT(fonts, Not(HasSubstr("DejaVuSans")));
+    ExpectNoText(RunHere({"text.svg", "-o", "out.pdf"}), "DejaVuSans.ttf is damaged; install it anew",
+                 "damaged");
+    EXPECT_FALSE(Exists("out.pdf"));
+    const ToolRun check = RunHere({"check", "text.svg"});
+    EXPECT_EQ(check.exitCode, 1);
+    EXPECT_THAT(check.output, HasSubstr("DejaVuSans.ttf is damaged"));
+    EXPECT_THAT(FontsOf("Liberation Sans"), HasSubstr("LiberationSans"));
+}
+
+TEST_F(FontsTest, OneOfPixelsIsInstalledButNotUsed) {
+    Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
+    WriteFile("fonts/dots.bdf",
+              "STARTFONT 2.1\nFONT -x-Dotty-Medium-R-Normal--8-80-75-75-C-80-ISO10646-1\nSIZE 8 75 75\n"
+              "FONTBOUNDINGBOX 8 8 0 0\nSTARTPROPERTIES 6\nFAMILY_NAME \"Dotty\"\nFONT_ASCENT 8\n"
+              "FONT_DESCENT 0\nPIXEL_SIZE 8\nCHARSET_REGISTRY \"ISO10646\"\nCHARSET_ENCODING "
+              "\"1\"\nENDPROPERTIES\nCHARS 1\nSTARTCHAR A\nENCODING 65\n"
+              "SWIDTH 1000 0\nDWIDTH 8 0\nBBX 8 8 0 0\nBITMAP\nFF\n81\n81\n81\n81\n81\n81\nFF\nENDCHAR\n"
+              "ENDFONT\n");
+    WriteFile("text.svg", SmallDrawing("<text x='9' y='20' font-family='Dotty, Nobody, sans-serif'>A</text>"
+                                       "<text x='9' y='40' font-family='Nobody'>A</text>"));
+    const ToolRun run = RunHere({"check", "text.svg"});
+    EXPECT_THAT(run.output, HasSubstr("Dotty is installed, but has pixels and no outlines"));
+    EXPECT_THAT(run.output, HasSubstr("Nobody is not installed"));
+}
+
+// ---- libraries ----
+
+/// The command in a tree of its own, as it is installed.
+class FontLibrariesTest : public FontsTest {
+protected:
+    FontLibrariesTest() {
+        const fs::path build = fs::path(ORV_TOOL_PATH).parent_path().parent_path();
+        for (const char* folder : {"bin", "lib", "damaged"}) fs::create_directories(Tree() / folder);
+        fs::copy_file(ORV_TOOL_PATH, Tree() / "bin/orvprint");
+        for (const char* library :
+             {"liborvplatform.so", "liborvfonts.so", "liborvpostscript.so", "libORVPrtInterpreterSVG.so"})
+            fs::copy_file(build / "lib" / library, Tree() / "lib" / library);
+        WriteFile("text.svg", kSized);
+        WriteFile("unsized.svg", kUnsized);
+        WriteFile("figure.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
+    }
+    fs::path Tree() const { return Folder() / "tree"; }
+    ToolRun RunInTree(const std::vector<std::string>& arguments) const {
+        std::vector<std::string> command{
+            "env", "ORVPRINT_CACHE_DIR=", "LD_LIBRARY_PATH=" + (Tree() / "damaged").string(),
+            (Tree() / "bin/orvprint").string()};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return RunProgram(command);
+    }
+    /// Whatever needs text fails for want of that library, and nothing else does.
+    void ExpectMissed(const std::string& library) const {
+        for (const char* format : {"pdf", "ps", "svg", "png"}) {
+            ExpectNoText(RunInTree({"text.svg", "-o", "out", "-f", format}), library, format);
+            EXPECT_FALSE(Exists("out")) << library << format;
+        }
+        for (const char* command : {"info", "inspect"})
+            ExpectNoText(RunInTree({command, "unsized.svg"}), library, command);
+        const ToolRun check = RunInTree({"check", "text.svg"});
+        EXPECT_EQ(check.exitCode, 1) << library;
+        EXPECT_THAT(check.output, HasSubstr("text-cannot-be-set")) << library;
+        EXPECT_THAT(check.output, HasSubstr(library));
+        for (const char* format : {"pdf", "svg", "png"})
+            EXPECT_EQ(RunInTree({"figure.svg", "-o", "figure", "-f", format}).exitCode, 0) << library;
+    }
+};
+
+TEST_F(FontLibrariesTest, AreAllThatTextNeeds) {
+    const ToolRun run = RunInTree({"text.svg", "-o", "out.pdf"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(RunProgram({"pdftotext", "out.pdf", "-"}).output, HasSubstr("word"));
+}
+
+TEST_F(FontLibrariesTest, TheModuleMissingIsTold) {
+    fs::remove(Tree() / "lib/liborvfonts.so");
+    ExpectMissed("liborvfonts.so");
+}
+
+TEST_F(FontLibrariesTest, DamagedOnesAreTold) {
+    for (const char* library : {"libfontconfig.so.1", "libfreetype.so.6", "libfribidi.so.0",
+                                "libharfbuzz.so.0", "libharfbuzz-subset.so.0"}) {
+        WriteFile(std::string("tree/damaged/") + library, "no library");
+        ExpectMissed(library);
+        fs::remove(Tree() / "damaged" / library);
+    }
+    for (const std::string& bytes :
+         {std::string(), std::string("no library"), ReadFile("tree/lib/liborvpostscript.so")}) {
+        WriteFile("tree/lib/liborvfonts.so", bytes);
+        ExpectMissed("liborvfonts.so");
+    }
+}
+
+// ---- files that may be open ----
+
+TEST_F(FontsTest, WithFewFilesOpenTextIsPrintedOrTold) {
+    Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
+    WriteFile("text.svg",
+              SmallDrawing("<text fill='black' x='9' y='20' font-family='Liberation Sans'>word</text>"));
+    int told = 0, printed = 0;
+    for (const char* format : kFormats)
+        for (int files = 3; files < 16; ++files) {
+            const std::string trial = std::string(format) + " with " + std::to_string(files) + " files: ";
+            const ToolRun run =
+                RunHereBehind({"sh", "-c", "ulimit -n " + std::to_string(files) + "; exec \"$@\"", "sh"},
+                              {"text.svg", "-o", "out", "-f", format});
+            if (run.exitCode == 0) {
+                EXPECT_TRUE(Exists("out")) << trial;
+                if (std::string(format) == "pdf")
+                    EXPECT_THAT(RunProgram({"pdffonts", "out"}).output, HasSubstr("LiberationSans")) << trial;
+                if (std::string(format) == "svg") EXPECT_THAT(ReadFile("out"), HasSubstr("word")) << trial;
+                ++printed;
+                fs::remove(Folder() / "out");
+            } else {
+                EXPECT_FALSE(run.errors.empty()) << trial;
+                EXPECT_FALSE(Exists("out")) << trial;
+                told += run.exitCode == 9 ? 1 : 0;
+            }
+        }
+    EXPECT_GT(told, 0);
+    EXPECT_GT(printed, 0);
 }
 
 }  // namespace

@@ -5,12 +5,14 @@
 #include <set>
 #include <string>
 
+#include "tests/support/shell_run.h"
+
 namespace {
 
-// The names in the module's dynamic symbol table that it defines, demangled.
-std::set<std::string> DefinedSymbols() {
+// The names in a module's dynamic symbol table that it defines, demangled.
+std::set<std::string> DefinedSymbols(const std::string& module) {
     std::set<std::string> symbols;
-    const std::string command = std::string("nm -D --defined-only -C '") + ORV_MODULE_PATH + "'";
+    const std::string command = "nm -D --defined-only -C '" + module + "'";
     std::FILE* listing = popen(command.c_str(), "r");
     if (!listing) return symbols;
     std::array<char, 1024> line{};
@@ -41,7 +43,24 @@ TEST(ExportsTest, AreTheTwoClassesTheTwoFactoriesAndTheMarker) {
                          prefix + "SetCurrentPath(ORVUnicodeString const&)",
                          prefix + "Decode(ORVPrintGenerator*, ORVPrintParameters const&)"});
     }
-    EXPECT_THAT(DefinedSymbols(), testing::ContainerEq(expected));
+    EXPECT_THAT(DefinedSymbols(ORV_MODULE_PATH), testing::ContainerEq(expected));
+}
+
+TEST(ExportsTest, OfTheFontModuleIsTheFontSystem) {
+    EXPECT_THAT(DefinedSymbols(ORV_FONT_MODULE_PATH), testing::ElementsAre("orvGetFontSystem"));
+}
+
+// What packagers and the dynamic linker read: the module names its libraries, and nothing else does.
+TEST(ExportsTest, OnlyTheFontModuleNeedsTheFontLibraries) {
+    const auto needed = [](const std::string& module) {
+        return ShellRun("readelf -d '" + module + "' | grep NEEDED").text;
+    };
+    for (const char* library : {"libfontconfig.so.1", "libfreetype.so.6", "libfribidi.so.0",
+                                "libharfbuzz.so.0", "libharfbuzz-subset.so.0"}) {
+        EXPECT_THAT(needed(ORV_FONT_MODULE_PATH), testing::HasSubstr(library));
+        EXPECT_THAT(needed(ORV_MODULE_PATH), testing::Not(testing::HasSubstr(library)));
+        EXPECT_THAT(needed(ORV_PLATFORM_PATH), testing::Not(testing::HasSubstr(library)));
+    }
 }
 
 }  // namespace

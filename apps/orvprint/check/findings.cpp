@@ -85,6 +85,8 @@ constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
     {kFontMissing, "font-missing", "Fonts that are not installed"},
     {kFontFallback, "font-fallback", "Fonts that are not installed: a later one of the list is taken"},
     {kMissingGlyph, "missing-glyph", "Characters that no installed font has"},
+    {kTextCannotBeSet, "text-cannot-be-set",
+     "Text that cannot be set here: no font, or a font or library that cannot be used"},
 }};
 
 constexpr bool StandInOrder() {

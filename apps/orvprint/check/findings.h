@@ -81,6 +81,7 @@ enum class FindingCode : std::uint8_t {
     kFontMissing,
     kFontFallback,
     kMissingGlyph,
+    kTextCannotBeSet,
     kCount
 };
 

@@ -9,6 +9,7 @@
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
+#include "platform/visualization/fonts/text_failure.h"
 #include "plugin/geometry/images.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/style/text_properties.h"
@@ -101,6 +102,15 @@ std::string FamilyOf(const ORVFont* font) {
     return face ? face->GetFamily() : "none";
 }
 
+// Why the catalogue does not have a family.
+std::string WhyNotUsed(std::string_view family) {
+    std::string name(family);
+    std::erase_if(name, [](char c) { return c == '"' || c == '\''; });
+    return Excerpt(family) + (ORVFont::sIsBitmapFont(TrimBlanks(name))
+                                  ? " is installed, but has pixels and no outlines, and cannot be used"
+                                  : " is not installed");
+}
+
 bool IsFallbackOf(const ORVGlyphRun& run) {
     for (const ORVGlyph& glyph : run.glyphs)
         if (glyph.index == 0) return true;
@@ -144,7 +154,17 @@ const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std:
     return facts;
 }
 
+MaybeProblem ResourceChecks::CheckFont(const SvgDrawState& state) {
+    const ORVFont* const font = state.text.GetFont();
+    const int weight = state.text.GetWeight();
+    if (isTextUnset_ || !knownFonts_.emplace(font, weight).second) return std::nullopt;
+    isTextUnset_ = !ORVMeasureText(" ", {.font = font, .weight = weight}).isSet;
+    if (!isTextUnset_) return std::nullopt;
+    return ValueProblem{kTextCannotBeSet, std::string(ORVGetTextFailure())};
+}
+
 MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySource source) {
+    if (isTextUnset_) return std::nullopt;
     std::string_view rest = families, first;
     while (!rest.empty()) {
         const std::string_view family = TrimBlanks(CutUpTo(rest, ','));
@@ -153,20 +173,19 @@ MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySo
         ApplyFontFamily(state, family, source);
         if (const ORVFont* font = state.text.GetFont()) {
             if (first.empty()) return std::nullopt;
-            return ValueProblem{kFontFallback,
-                                Excerpt(first) + " is not installed; " + FamilyOf(font) + " is taken"};
+            return ValueProblem{kFontFallback, WhyNotUsed(first) + "; " + FamilyOf(font) + " is taken"};
         }
         if (first.empty()) first = family;
     }
     if (first.empty()) return std::nullopt;
-    return ValueProblem{kFontMissing, Excerpt(first) +
-                                          " is not installed, nor is any other of the list: the font " +
+    return ValueProblem{kFontMissing, WhyNotUsed(first) + ", nor is any other of the list: the font " +
                                           "stays as it was, " + FamilyOf(ORVFont::sGetFont("arial.ttf")) +
                                           " where none was found before"};
 }
 
 MaybeProblem ResourceChecks::CheckGlyphs(std::string_view text, const SvgDrawState& state) {
     constexpr std::size_t kCharacters = 0x110000;
+    if (isTextUnset_) return std::nullopt;
     if (knownCharacters_.empty()) knownCharacters_.resize(kCharacters);
     MaybeProblem problem;
     for (std::string_view bytes; !text.empty();) {
@@ -174,6 +193,10 @@ MaybeProblem ResourceChecks::CheckGlyphs(std::string_view text, const SvgDrawSta
         if (character < 0x20 || character >= kCharacters || knownCharacters_[character]) continue;
         knownCharacters_[character] = true;
         const ORVTextLayout layout = ORVLayoutText(bytes, {.font = state.text.GetFont()});
+        if (!problem && !layout.isSet) {
+            isTextUnset_ = true;
+            return ValueProblem{kTextCannotBeSet, std::string(ORVGetTextFailure())};
+        }
         for (const ORVGlyphRun& run : layout.runs) {
             if (problem || !IsFallbackOf(run)) continue;
             char code[16];

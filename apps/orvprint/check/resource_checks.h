@@ -1,9 +1,11 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/check/value_checks.h"
@@ -27,6 +29,10 @@ public:
     /// @param reference  stays in place as long as this object
     const PictureFacts& CheckPicture(const SvgDrawState& state, std::string_view reference);
 
+    /// Whether text can be set in the font of `state`; only the first that cannot is told, and then nothing
+    /// is said of families and glyphs.
+    MaybeProblem CheckFont(const SvgDrawState& state);
+
     /// A list of font families: whether the first one is found.
     MaybeProblem CheckFamilies(std::string_view families, PropertySource source);
 
@@ -35,5 +41,7 @@ public:
 
 private:
     std::unordered_map<std::string_view, PictureFacts> pictures_;
-    std::vector<bool> knownCharacters_;  // by code point
+    std::vector<bool> knownCharacters_;                    // by code point
+    std::set<std::pair<const ORVFont*, int>> knownFonts_;  // with weights
+    bool isTextUnset_ = false;
 };

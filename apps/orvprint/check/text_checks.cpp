@@ -38,6 +38,8 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
     if (JoinsWords(text))
         check.findings.Note(kJoinedWords, element, {}, text, "put a blank where the line breaks");
+    if (const MaybeProblem problem = check.resources.CheckFont(state))
+        check.findings.Note(element, {}, text, *problem);
     if (const MaybeProblem problem = check.resources.CheckGlyphs(text, state))
         check.findings.Note(element, {}, text, *problem);
     CheckFamily(check);

@@ -3,39 +3,74 @@
 #include <exception>
 #include <utility>
 
-#include "platform/visualization/fonts/font_catalogue.h"
-#include "platform/visualization/fonts/installed_faces.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/font_system.h"
+
+namespace {
+
+const ORVFontRecord* RecordAt(int index) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    const ORVFontRecord* record = nullptr;
+    return system && system->FindRecord(index, record) ? record : nullptr;
+}
+
+const ORVFont* FindByFamily(std::string_view family, bool alsoPlain) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    const ORVFont* font = nullptr;
+    return system && system->FindByFamily(family, alsoPlain, font) ? font : ORVFont::Unavailable();
+}
+
+}  // namespace
 
 ORVFont::ORVFont(ORVUnicodeString name, int index, Kind kind)
     : name_(std::move(name)), index_(index), kind_(kind) {}
 
 const ORVFont* ORVFont::sGetFont(std::string_view name, int /*flag*/, int /*defaultFont*/) {
-    return FontCatalogue::Get().FindByName(name);
+    ORVFontSystem* const system = ORVGetFontSystem();
+    const ORVFont* font = nullptr;
+    return system && system->FindByName(name, font) ? font : Unavailable();
 }
 
-int ORVFont::sGetFontCount() { return FontCatalogue::Get().Count(); }
+int ORVFont::sGetFontCount() {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    int count = 0;
+    return system && system->GetCount(count) ? count : 0;
+}
 
 const ORVUnicodeString& ORVFont::sGetFontName(int index) {
     static const ORVUnicodeString kNone;
-    const CatalogueEntry* entry = FontCatalogue::Get().EntryAt(index);
-    return entry ? entry->font->GetName() : kNone;
+    const ORVFontRecord* record = RecordAt(index);
+    return record ? record->font->GetName() : kNone;
 }
 
-void ORVFont::sUseFaceIndex(bool use) { UseFaceIndex(use); }
+void ORVFont::sUseFaceIndex(bool use) { ORVUseFaceIndex(use); }
 
 int ORVFont::sGetFontGeneralInformation(int index, ORVUnicodeString& name, int& kind,
                                         ORVUnicodeString& file) {
-    const CatalogueEntry* entry = FontCatalogue::Get().EntryAt(index);
-    if (!entry) return -1;
-    name = entry->font->GetName();
-    kind = entry->font->GetKind();
-    file = entry->face->GetFilePath();
+    const ORVFontRecord* record = RecordAt(index);
+    if (!record) return -1;
+    name = record->font->GetName();
+    kind = record->font->GetKind();
+    file = record->face->GetFilePath();
     return 1;
+}
+
+const ORVFont* ORVFont::Unavailable() {
+    static const ORVFont font(ORVUnicodeString(), 0, kPlain);
+    return &font;
+}
+
+bool ORVFont::sIsBitmapFont(std::string_view family) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    bool has = false;
+    return system && system->HasBitmapFont(family, has) && has;
 }
 
 const ORVFont* ORVFont::sRegisterPlainFont(std::string_view name, const ORVString& faceFile) {
     try {
-        return FontCatalogue::Get().Register(name, faceFile.CastToCharPtr());
+        ORVFontSystem* const system = ORVGetFontSystem();
+        const ORVFont* font = nullptr;
+        return system && system->Register(name, faceFile.CastToCharPtr(), font) ? font : nullptr;
     } catch (const std::exception&) {  // memory is spent
         return nullptr;
     }
@@ -44,10 +79,10 @@ const ORVFont* ORVFont::sRegisterPlainFont(std::string_view name, const ORVStrin
 const ORVFontFace* ORVFont::GetFace(int weight) const {
     const std::size_t slot = weight >= 24 && weight <= 27 ? static_cast<std::size_t>(weight - 24) : 1;
     const ORVFontFace* face = faces_[slot].load(std::memory_order_acquire);
-    if (!face) {
-        face = FontCatalogue::Get().FindFace(*this, weight);
-        faces_[slot].store(face, std::memory_order_release);
-    }
+    if (face || this == Unavailable()) return face;
+    ORVFontSystem* const system = ORVGetFontSystem();
+    face = system ? system->FindFace(*this, weight) : nullptr;
+    faces_[slot].store(face, std::memory_order_release);
     return face;
 }
 
@@ -55,23 +90,19 @@ int ORVOutlineFont::sGetFontOtherGeneralInformation(int index, ORVUnicodeString&
                                                     ORVUnicodeString& foundry, ORVUnicodeString& family,
                                                     ORVUnicodeString& style, ORVUnicodeString& fullName,
                                                     ORVUnicodeString& postScriptName) {
-    const CatalogueEntry* entry = FontCatalogue::Get().EntryAt(index);
-    if (!entry || entry->font->GetKind() == kPlain) return -1;
-    fileName = entry->face->GetFilePath();
-    foundry = entry->foundry;
-    family = entry->family;
-    style = entry->style;
-    fullName = entry->fullName;
-    postScriptName = entry->postScriptName;
+    const ORVFontRecord* record = RecordAt(index);
+    if (!record || record->font->GetKind() == kPlain) return -1;
+    fileName = record->face->GetFilePath();
+    foundry = record->foundry;
+    family = record->family;
+    style = record->style;
+    fullName = record->fullName;
+    postScriptName = record->postScriptName;
     return 1;
 }
 
 int ORVFontCheckFontForVersion(const ORVFont*& font, int /*version*/) { return font ? 0 : -1; }
 
-const ORVFont* FindFontForAttribute(std::string_view family) {
-    return FontCatalogue::Get().FindByFamily(family, true);
-}
+const ORVFont* FindFontForAttribute(std::string_view family) { return FindByFamily(family, true); }
 
-const ORVFont* FindFontForStyle(std::string_view family) {
-    return FontCatalogue::Get().FindByFamily(family, false);
-}
+const ORVFont* FindFontForStyle(std::string_view family) { return FindByFamily(family, false); }

@@ -12,7 +12,8 @@ class ORVFontFace;
 
 /// A font of the catalogue. The catalogue lists the outline fonts installed on the machine, and the plain
 /// fonts that the host registered; it is built at the first question and owns its fonts, which live as long
-/// as the process. All questions may be asked from any thread.
+/// as the process. All questions may be asked from any thread. Where it cannot be built, because the font
+/// libraries cannot be loaded or asked, every name gives a font that no text can be set in, Unavailable().
 ///
 /// Order: families by name (bytes), in a family the upright regular face before the others, then by slant,
 /// width, weight, format, style and file. Registered fonts follow. Names are unique: the file's name
@@ -48,6 +49,13 @@ public:
     /// @return 1, or -1 for an unknown index, when nothing is written
     static int sGetFontGeneralInformation(int index, ORVUnicodeString& name, int& kind,
                                           ORVUnicodeString& file);
+
+    /// What stands for every font while the catalogue cannot be built: text in it cannot be set, so that none
+    /// comes out in another font.
+    static const ORVFont* Unavailable();
+    /// Whether a font of such a family, full or PostScript name is installed that has pixels only: the
+    /// catalogue lists none of those. Asks fontconfig, which takes a while.
+    static bool sIsBitmapFont(std::string_view family);
 
     /// Adds a plain font at the end of the catalogue.
     /// @param name      catalogue name, customarily ending in ".font"

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/system/ORVBaseObject.h"
 
-struct hb_face_t;
-struct hb_font_t;
 struct FT_FaceRec_;
 
 /// Takes the outline of a glyph. Coordinates are user units, y up, origin at the glyph's own.
@@ -22,52 +22,76 @@ public:
     virtual void Close() = 0;
 };
 
+/// Bytes of a font, which stay as long as there is a copy of this.
+struct ORVFontBytes {
+    std::shared_ptr<const void> owner;
+    std::string_view bytes;
+};
+
+/// A font program that holds few of a face's glyphs.
+struct ORVFontSubset {
+    ORVFontBytes program;
+    std::vector<std::uint32_t> glyphs;  ///< their numbers in it, in the order of those that were asked for
+};
+
 /// One face of a font file: what glyph numbers of a layout refer to. Faces are made once and live as long as
-/// the process; equal pointers mean equal faces. Open files and tables are loaded when they are needed.
+/// the process; equal pointers mean equal faces. Open files and tables are loaded when they are needed. Where
+/// the file went away or cannot be used, numbers are about those of usual fonts, there is no glyph and no
+/// table. Where memory is spent, std::bad_alloc is thrown.
 class ORV_PLATFORM_EXPORT ORVFontFace {
 public:
     /// Width, in em, of the stroke that generators draw around the glyphs of a run marked syntheticBold.
     static constexpr double kSyntheticBoldStroke = 0.03;
 
-    struct Content;  // what the catalogue fills in
-
     ORVFontFace(const ORVFontFace&) = delete;
     ORVFontFace& operator=(const ORVFontFace&) = delete;
 
-    const std::string& GetFilePath() const;
+    const std::string& GetFilePath() const { return description_.path; }
     /// Number of the face in its file, from 0.
-    unsigned int GetFaceIndex() const;
-    const std::string& GetFamily() const;
-    const std::string& GetStyle() const;
-    const std::string& GetPostScriptName() const;
+    unsigned int GetFaceIndex() const { return description_.index; }
+    const std::string& GetFamily() const { return description_.family; }
+    const std::string& GetStyle() const { return description_.style; }
+    const std::string& GetPostScriptName() const { return description_.postScriptName; }
     /// Weight as OpenType counts it, 400 regular, 700 bold.
-    int GetWeight() const;
-    bool IsItalic() const;
+    int GetWeight() const { return description_.weight; }
+    bool IsItalic() const { return description_.isItalic; }
     /// Units of the font's own grid in one em, at least 1.
-    unsigned int GetUnitsPerEm() const;
+    virtual unsigned int GetUnitsPerEm() const = 0;
     /// Ascender above and descender below the baseline, in em; both normally positive.
-    double GetAscent() const;
-    double GetDescent() const;
+    virtual double GetAscent() const = 0;
+    virtual double GetDescent() const = 0;
 
     /// Number of the glyph for a code point, 0 when there is none.
-    std::uint32_t GetGlyph(char32_t codePoint) const;
+    virtual std::uint32_t GetGlyph(char32_t codePoint) const = 0;
+    /// Step of a glyph in horizontal text, in em.
+    virtual double GetAdvance(std::uint32_t glyph) const = 0;
     /// Hands the glyph's outline at `size` user units an em to `sink`. Contours are closed.
     /// @return false when the glyph has no outline (nothing is handed out)
-    bool DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const;
+    virtual bool DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const = 0;
 
-    /// The libraries' own objects, for generators that embed fonts. They belong to the face; do not change
-    /// them, and use the FreeType face in one thread at a time. The HarfBuzz font says itself how many of its
-    /// units make an em (hb_font_get_scale). Null when the file went away or cannot be used.
-    hb_font_t* GetHarfBuzzFont() const;
-    hb_face_t* GetHarfBuzzFace() const;
-    FT_FaceRec_* GetFreeTypeFace() const;
+    /// A table of a TrueType or OpenType file by its name of four letters; empty when there is none.
+    virtual ORVFontBytes GetTable(std::string_view name) const = 0;
+    /// What a document embeds that says itself where each glyph stands: the program of a TrueType or OpenType
+    /// face with these glyphs, or, where no such subset can be made, with all.
+    /// @param table  the table that is the program; empty for the whole file
+    virtual ORVFontSubset MakeSubset(const std::vector<std::uint32_t>& glyphs,
+                                     std::string_view table) const = 0;
+
+    /// FreeType's own object, for one thread at a time. It belongs to the face; do not change it. Null when
+    /// the file cannot be used.
+    virtual FT_FaceRec_* GetFreeTypeFace() const = 0;
+
+protected:
+    struct Description {
+        std::string path;
+        unsigned int index = 0;
+        std::string family, style, postScriptName;
+        int weight = 400;
+        bool isItalic = false;
+    };
+    explicit ORVFontFace(Description description);
+    virtual ~ORVFontFace();
 
 private:
-    friend class FontCatalogue;
-    friend struct CatalogueDelete;
-    friend class FallbackFonts;
-    explicit ORVFontFace(std::unique_ptr<Content> content);
-    ~ORVFontFace();
-
-    std::unique_ptr<Content> content_;
+    Description description_;
 };

@@ -35,6 +35,7 @@ struct ORVTextLayout {
     std::vector<ORVGlyphRun> runs;
     double advance = 0.0;                ///< along the writing direction, not negative for usual fonts
     double ascent = 0.0, descent = 0.0;  ///< of the chosen font: up from the baseline, down from it
+    bool isSet = true;                   ///< false: there is no layout, see below
 };
 
 /// How a line of text is set.
@@ -49,15 +50,18 @@ struct ORVTextStyle {
 
 /// Shapes one line of text: bidirectional order, scripts, fonts for characters that the chosen one has not,
 /// kerning and ligatures (none with extra spacing). Text past 2^22 bytes is cut off. Bytes that are not UTF-8
-/// count as U+FFFD.
+/// count as U+FFFD. Of a run of combining marks, 30 are set with their letter, and the others 30 by 30.
 /// A height that is not greater than 0, or past 1e30, gives an empty layout. Extra spacing that is no number
 /// or past 1e30 counts as 0, such an expansion, or one not greater than 0, as 1.
-/// May be called from any thread.
+/// Where text cannot be set as it should, because there is no font, or a font or a library cannot be loaded,
+/// the layout is empty, its `isSet` is false, and ORVGetTextFailure() tells why (text_failure.h). Where
+/// memory is spent, std::bad_alloc is thrown. May be called from any thread.
 ORV_PLATFORM_EXPORT ORVTextLayout ORVLayoutText(std::string_view utf8, const ORVTextStyle& style);
 
 /// Extents of a layout, see there.
 struct ORVTextExtent {
     double advance = 0.0, ascent = 0.0, descent = 0.0;
+    bool isSet = true;
 };
 /// The same numbers as ORVLayoutText, without the glyphs.
 ORV_PLATFORM_EXPORT ORVTextExtent ORVMeasureText(std::string_view utf8, const ORVTextStyle& style);

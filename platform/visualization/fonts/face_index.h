@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/system/ORVBaseObject.h"
-#include "platform/visualization/fonts/installed_faces.h"
+#include "platform/visualization/fonts/InstalledFace.h"
 
 /// A file or folder that decides which faces there are, and how it was when that was asked.
 struct WatchedPath {

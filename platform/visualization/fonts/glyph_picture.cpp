@@ -1,90 +1,9 @@
 #include "platform/visualization/fonts/glyph_picture.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
-#include <cstdlib>
-#include <vector>
-
-#include "platform/visualization/fonts/ORVFontFace.h"
-#include "platform/visualization/fonts/font_libraries.h"
-
-namespace {
-
-// Larger pictures of glyphs are not asked for (pixels an em).
-constexpr double kLargestPicture = 1024.0;
-
-/// Chooses a size of the face. @return its pixels an em, 0 when there is none
-double ChooseSize(FT_Face face, double pixelsPerEm) {
-    if (!FT_HAS_FIXED_SIZES(face)) {
-        const auto size = static_cast<FT_UInt>(std::clamp(std::ceil(pixelsPerEm), 1.0, kLargestPicture));
-        return FreeType().FT_Set_Pixel_Sizes(face, size, size) == 0 ? size : 0.0;
-    }
-    // The smallest that is large enough, else the largest.
-    FT_Int best = 0;
-    const auto pixelsOf = [&](FT_Int i) {
-        return static_cast<double>(face->available_sizes[i].y_ppem) / 64.0;
-    };
-    for (FT_Int i = 1; i < face->num_fixed_sizes; ++i) {
-        const bool isEnough = pixelsOf(i) >= pixelsPerEm, bestIsEnough = pixelsOf(best) >= pixelsPerEm;
-        if (isEnough != bestIsEnough ? isEnough : (pixelsOf(i) < pixelsOf(best)) == isEnough) best = i;
-    }
-    return FreeType().FT_Select_Size(face, best) == 0 ? pixelsOf(best) : 0.0;
-}
-
-/// One row of the library's pixels as straight RGBA. @return false for kinds of pixels that glyphs do not
-/// have
-bool ReadRow(const FT_Bitmap& bitmap, unsigned int y, const ORVGlyphColour& colour, std::uint8_t* rgba) {
-    const unsigned char* row = bitmap.buffer + static_cast<std::ptrdiff_t>(y) * bitmap.pitch;
-    if (bitmap.pitch < 0)
-        row = bitmap.buffer + static_cast<std::ptrdiff_t>(bitmap.rows - 1 - y) * -bitmap.pitch;
-    for (unsigned int x = 0; x < bitmap.width; ++x, rgba += 4) {
-        unsigned int alpha = 0;
-        rgba[0] = colour.red;
-        rgba[1] = colour.green;
-        rgba[2] = colour.blue;
-        switch (bitmap.pixel_mode) {
-            case FT_PIXEL_MODE_MONO: alpha = (row[x / 8] >> (7 - x % 8) & 1U) != 0 ? 255 : 0; break;
-            case FT_PIXEL_MODE_GRAY: alpha = row[x]; break;
-            case FT_PIXEL_MODE_BGRA: {
-                const unsigned char* pixel = row + static_cast<std::size_t>(x) * 4;
-                alpha = pixel[3];
-                // The library's colours are multiplied with their opacity.
-                for (unsigned int i = 0; i < 3; ++i)
-                    rgba[i] = static_cast<std::uint8_t>(
-                        alpha == 0 ? 0 : std::min(255U, (pixel[2 - i] * 255U + alpha / 2) / alpha));
-                break;
-            }
-            default: return false;
-        }
-        rgba[3] = static_cast<std::uint8_t>(alpha);
-    }
-    return true;
-}
-
-}  // namespace
+#include "platform/visualization/fonts/font_system.h"
 
 ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
                                     const ORVGlyphColour& colour) {
-    ORVGlyphPicture picture;
-    FT_Face freeType = face.GetFreeTypeFace();
-    if (!freeType || !(FT_HAS_FIXED_SIZES(freeType) || FT_HAS_COLOR(freeType))) return picture;
-    const double size = ChooseSize(freeType, pixelsPerEm);
-    if (!(size > 0.0) || FreeType().FT_Load_Glyph(freeType, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0)
-        return picture;
-    const FT_GlyphSlot slot = freeType->glyph;
-    const FT_Bitmap& bitmap = slot->bitmap;
-    if (bitmap.width == 0 || bitmap.rows == 0) return picture;
-
-    std::vector<std::uint8_t> rgba(static_cast<std::size_t>(bitmap.width) * bitmap.rows * 4);
-    for (unsigned int y = 0; y < bitmap.rows; ++y)
-        if (!ReadRow(bitmap, y, colour, rgba.data() + static_cast<std::size_t>(y) * bitmap.width * 4))
-            return picture;
-    picture.image = ORVRef<const ORVPixelImage>(
-        ORVPixelImage::CreateFromPixels(static_cast<int>(bitmap.width), static_cast<int>(bitmap.rows), rgba));
-    picture.left = slot->bitmap_left / size;
-    picture.top = slot->bitmap_top / size;
-    picture.width = bitmap.width / size;
-    picture.height = bitmap.rows / size;
-    return picture;
+    ORVFontSystem* const system = ORVGetFontSystem();
+    return system ? system->MakeGlyphPicture(face, glyph, pixelsPerEm, colour) : ORVGlyphPicture();
 }

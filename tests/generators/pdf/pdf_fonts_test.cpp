@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/pdf/drawn_pdf.h"
 #include "tests/support/text_search.h"
 
@@ -93,6 +94,31 @@ TEST(PdfFontsTest, MixedDirectionsAreFoundAsTheyAreWritten) {
     EXPECT_THAT(text, HasSubstr("abc"));
     EXPECT_THAT(text, HasSubstr("שלום"));
     EXPECT_THAT(text, HasSubstr("123"));
+}
+
+// Readers that do not look at what a cluster says as a whole see what each of its glyphs says, from the left.
+TEST(PdfFontsTest, GlyphsOfAClusterSayThemselvesWhatTheyAre) {
+    struct Row {
+        const char *name, *text;
+        std::vector<const char*> map;
+    };
+    const Row rows[] = {
+        {"a character each", "q\u0323\u0307", {"<0001> <0071>", "<0002> <0323>", "<0003> <0307>"}},
+        {"right to left", "\u05E9\u05B8\u05B7", {"<0001> <05B7>", "<0002> <05B8>", "<0003> <05E9>"}},
+        {"fewer than characters", "e\u0301\u0323\u0307", {"<0001> <0065030103230307>", "<0002> <034F>"}},
+    };
+    for (const Row& row : rows) {
+        DrawnPdf document;
+        document.BeginPage(400.0, 200.0);
+        ORVTextStyle style;
+        style.font = FindFontForAttribute("DejaVu Sans");
+        EXPECT_EQ(WriteText(document.Get(), row.text, 10.0, 50.0, style), 1);
+        document.EndPage();
+        document.Finish();
+        const std::string plain = document.Plain();
+        EXPECT_THAT(plain, HasSubstr("/ActualText")) << row.name;
+        for (const char* line : row.map) EXPECT_THAT(plain, HasSubstr(line)) << row.name;
+    }
 }
 
 }  // namespace

@@ -31,7 +31,9 @@ TEST(ORVFontFaceTest, KnowsItsFile) {
     EXPECT_EQ(Sans().GetUnitsPerEm(), 2048u);
     EXPECT_NEAR(Sans().GetAscent(), 0.905, 0.001);
     EXPECT_NEAR(Sans().GetDescent(), 0.212, 0.001);
-    EXPECT_NE(Sans().GetHarfBuzzFace(), nullptr);
+    EXPECT_EQ(Sans().GetTable("head").bytes.size(), 54u);
+    EXPECT_TRUE(Sans().GetTable("none").bytes.empty());
+    EXPECT_NEAR(Sans().GetAdvance(Sans().GetGlyph('H')), 1479.0 / 2048.0, 1e-9);
     EXPECT_NE(Sans().GetFreeTypeFace(), nullptr);
 }
 

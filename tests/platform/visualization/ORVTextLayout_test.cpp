@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -184,6 +185,47 @@ TEST(TextLayoutTest, ExtraSpacingStandsBetweenCharacters) {
                 ORVLayoutText("\u05D0\u05D1", Sans(1)).advance + 2.0, 1e-9);
 }
 
+TEST(TextLayoutTest, ExtraSpacingKeepsMarksAtTheirLetter) {
+    ORVTextStyle style = StyleOf("DejaVu Sans");
+    const std::string text = "x\u0323\u0307y";
+    const ORVTextLayout plain = ORVLayoutText(text, style);
+    style.extraSpacing = 5.0;
+    const ORVTextLayout spaced = ORVLayoutText(text, style);
+    const auto before = GlyphsOf(plain), after = GlyphsOf(spaced);
+    ASSERT_GT(after.size(), 2u);
+    ASSERT_EQ(before.size(), after.size());
+    // The letter and its marks stay together; only what comes behind them moves.
+    for (std::size_t i = 0; i + 1 < after.size(); ++i) EXPECT_NEAR(after[i].x, before[i].x, 1e-9) << i;
+    EXPECT_NEAR(after.back().x, before.back().x + 5.0, 1e-9);
+    EXPECT_NEAR(spaced.advance, plain.advance + 5.0, 1e-9);
+}
+
+/// A letter with so many accents, and a letter behind it.
+std::string Accented(std::size_t marks) {
+    std::string text = "e";
+    for (std::size_t i = 0; i < marks; ++i) text += "\u0301";
+    return text + "x";
+}
+
+// The shaper's time grows with the square of the marks that it gets at once.
+TEST(TextLayoutTest, ThirtyMarksAreSetWithTheirLetterAndMoreBehindThem) {
+    for (const auto& [marks, runs] :
+         {std::pair{1u, 1u}, {30u, 1u}, {31u, 2u}, {60u, 2u}, {61u, 3u}, {80'000u, 2667u}})
+        EXPECT_EQ(ORVLayoutText(Accented(marks), StyleOf("DejaVu Sans")).runs.size(), runs) << marks;
+}
+
+TEST(TextLayoutTest, ManyMarksTakeNoRoomAndNoSpacing) {
+    for (const int mode : {0, 1}) {
+        ORVTextStyle style = StyleOf("DejaVu Sans", 10.0, mode);
+        style.extraSpacing = 3.0;
+        const ORVTextLayout few = ORVLayoutText(Accented(30), style);
+        const ORVTextLayout many = ORVLayoutText(Accented(100), style);
+        EXPECT_NEAR(many.advance, few.advance, 1e-6) << mode;
+        EXPECT_NEAR(ORVMeasureText(Accented(100), style).advance, many.advance, 1e-9) << mode;
+        EXPECT_EQ(GlyphsOf(many).back().x, GlyphsOf(few).back().x) << mode;
+    }
+}
+
 TEST(TextLayoutTest, ExpansionWidensGlyphsOnly) {
     ORVTextStyle style = Sans();
     const ORVTextLayout plain = ORVLayoutText("Wide", style);
@@ -206,7 +248,10 @@ TEST(TextLayoutTest, WeightsTakeTheBoldFaceOrAskForThickening) {
     static const ORVFont* const lone =
         ORVFont::sRegisterPlainFont("Lone.font", Sans().font->GetFace(25)->GetFilePath());
     style.font = lone;
-    EXPECT_TRUE(ORVLayoutText("b", style).runs[0].syntheticBold);
+    for (const int weight : {26, 27}) {
+        style.weight = weight;
+        EXPECT_TRUE(ORVLayoutText("b", style).runs[0].syntheticBold) << weight;
+    }
     style.weight = 25;
     EXPECT_FALSE(ORVLayoutText("b", style).runs[0].syntheticBold);
 }

@@ -14,7 +14,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/visualization/fonts/fontconfig_faces.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {

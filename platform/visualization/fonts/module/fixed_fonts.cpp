@@ -1,4 +1,4 @@
-#include "platform/visualization/fonts/fixed_fonts.h"
+#include "platform/visualization/fonts/module/fixed_fonts.h"
 
 #include <algorithm>
 #include <array>

@@ -7,18 +7,21 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include "platform/visualization/fonts/installed_faces.h"
+#include "platform/visualization/fonts/InstalledFace.h"
 
-/// fontconfig's configuration, read now if nobody has yet. It stays as long as the process; null when there
-/// is none.
+/// fontconfig's configuration, read now if nobody has yet. It stays as long as the process. Throws
+/// FontFailure or std::bad_alloc where it cannot be read as it should.
 FcConfig* FontconfigConfiguration();
 
 /// All faces that fontconfig knows, in the catalogue's order, each once.
-ORV_PLATFORM_EXPORT std::vector<InstalledFace> AskInstalledFaces();
+std::vector<InstalledFace> AskInstalledFaces();
+
+/// Whether a font without outlines has this family, full or PostScript name.
+bool HasBitmapFont(std::string_view name);
 
 /// The files and folders that decide what AskInstalledFaces() answers, those that are missing included.
 /// @return nothing when the answer depends on more than such paths
-ORV_PLATFORM_EXPORT std::optional<std::vector<std::string>> PathsThatDecide();
+std::optional<std::vector<std::string>> PathsThatDecide();
 
 std::string TextOf(FcPattern* pattern, const char* object);
 int NumberOf(FcPattern* pattern, const char* object, int otherwise);

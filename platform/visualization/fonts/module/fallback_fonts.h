@@ -6,25 +6,26 @@
 
 #include <fontconfig/fontconfig.h>
 
-class ORVFontFace;
+class FileFace;
 
 /// Finds fonts for characters that a text's own font has not, in fontconfig's order of likeness to that font.
 /// Every answer is kept. For one thread at a time.
 class FallbackFonts {
 public:
+    /// Throws FontFailure or std::bad_alloc where fonts cannot be looked for.
     /// @return the face to draw `codePoint` with in place of `base`, null when no installed font has it
-    const ORVFontFace* Find(const ORVFontFace& base, char32_t codePoint);
+    const FileFace* Find(const FileFace& base, char32_t codePoint);
 
 private:
     struct Candidate {
         const FcCharSet* characters;
-        const ORVFontFace* face;
+        const FileFace* face;
     };
     struct Chain {
         std::vector<Candidate> candidates;
-        std::unordered_map<char32_t, const ORVFontFace*> answers;
+        std::unordered_map<char32_t, const FileFace*> answers;
     };
-    static std::vector<Candidate> SortedCandidates(const ORVFontFace& base);
+    static std::vector<Candidate> SortedCandidates(const FileFace& base);
 
-    std::unordered_map<const ORVFontFace*, Chain> chains_;
+    std::unordered_map<const FileFace*, Chain> chains_;
 };

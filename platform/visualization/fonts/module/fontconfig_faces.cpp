@@ -1,4 +1,4 @@
-#include "platform/visualization/fonts/fontconfig_faces.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,14 +7,13 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <new>
 #include <string_view>
 #include <system_error>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
 
-#include "platform/visualization/fonts/font_libraries.h"
+#include "platform/visualization/fonts/module/font_failure.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define ORV_LOOKS_FOR_LEAKS 1
@@ -33,7 +32,7 @@ constexpr int kRegularWeight = 400;
 
 bool IsTrue(FcPattern* pattern, const char* object) {
     FcBool value = FcFalse;
-    return Fontconfig().FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
+    return FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
 }
 
 /// Fonts with outlines of their own; instances of variable fonts are left to their default one.
@@ -41,6 +40,15 @@ bool IsUsable(FcPattern* pattern) {
     return IsTrue(pattern, FC_OUTLINE) && !IsTrue(pattern, FC_VARIABLE) &&
            (NumberOf(pattern, FC_INDEX, 0) >> 16) == 0 && !TextOf(pattern, FC_FILE).empty() &&
            !TextOf(pattern, FC_FAMILY).empty();
+}
+
+bool AnswersTo(FcPattern* pattern, std::string_view name) {
+    for (const char* object : {FC_FAMILY, FC_FULLNAME, FC_POSTSCRIPT_NAME}) {
+        FcChar8* text = nullptr;
+        for (int i = 0; FcPatternGetString(pattern, object, i, &text) == FcResultMatch; ++i)
+            if (reinterpret_cast<const char*>(text) == name) return true;
+    }
+    return false;
 }
 
 ORVFont::Kind KindOf(FcPattern* pattern) {
@@ -58,7 +66,7 @@ InstalledFace Describe(FcPattern* pattern) {
     face.style = TextOf(pattern, FC_STYLE);
     face.fullName = TextOf(pattern, FC_FULLNAME);
     face.postScriptName = TextOf(pattern, FC_POSTSCRIPT_NAME);
-    face.weight = Fontconfig().FcWeightToOpenType(NumberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
+    face.weight = FcWeightToOpenType(NumberOf(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR));
     face.slant = NumberOf(pattern, FC_SLANT, FC_SLANT_ROMAN);
     face.width = NumberOf(pattern, FC_WIDTH, FC_WIDTH_NORMAL);
     face.kind = KindOf(pattern);
@@ -74,9 +82,9 @@ auto CatalogueOrder(const InstalledFace& face) {
 
 /// Takes the texts of a list, and the list.
 void AppendAll(FcStrList* list, std::vector<std::string>& texts) {
-    const auto done = [](FcStrList* taken) { Fontconfig().FcStrListDone(taken); };
+    const auto done = [](FcStrList* taken) { FcStrListDone(taken); };
     const std::unique_ptr<FcStrList, decltype(done)> owner(list);
-    while (const FcChar8* text = list ? Fontconfig().FcStrListNext(list) : nullptr)
+    while (const FcChar8* text = list ? FcStrListNext(list) : nullptr)
         texts.emplace_back(reinterpret_cast<const char*>(text));
 }
 
@@ -141,34 +149,26 @@ bool IsSteady(const ConfiguredPath& folder) {
            folder.text.starts_with('/') || folder.text.starts_with('~');
 }
 
-/// fontconfig falls over where memory runs out on it: it is not asked unless there is plenty.
-void MakeSureOfMemory() {
-    constexpr std::size_t kPlenty = std::size_t{8} << 20U;
-    void* volatile room = std::malloc(kPlenty);
-    if (!room) throw std::bad_alloc();
-    std::free(room);
-}
-
 }  // namespace
 
 FcConfig* FontconfigConfiguration() {
     MakeSureOfMemory();
-    static FcConfig* const configuration = []() -> FcConfig* {
+    static FcConfig* const configuration = [] {
+        MakeSureOfHandles();
 #ifdef ORV_LOOKS_FOR_LEAKS
         // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
         const __lsan::ScopedDisabler disabler;
 #endif
-        return Fontconfig().IsUsable() ? Fontconfig().FcConfigReference(nullptr) : nullptr;
+        return FcConfigReference(nullptr);
     }();
     return configuration;
 }
 
 std::vector<InstalledFace> AskInstalledFaces() {
     std::vector<InstalledFace> all;
-    FcConfig* configuration = FontconfigConfiguration();
-    if (!configuration) return all;
+    FcConfig* const configuration = FontconfigConfiguration();
     for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
-        const FcFontSet* fonts = Fontconfig().FcConfigGetFonts(configuration, set);
+        const FcFontSet* fonts = FcConfigGetFonts(configuration, set);
         for (int i = 0; fonts && i < fonts->nfont; ++i)
             if (IsUsable(fonts->fonts[i])) all.push_back(Describe(fonts->fonts[i]));
     }
@@ -182,11 +182,29 @@ std::vector<InstalledFace> AskInstalledFaces() {
     return all;
 }
 
+// Configurations often turn such fonts away: only the caches of the folders list them all.
+bool HasBitmapFont(std::string_view name) {
+    FcConfig* const configuration = FontconfigConfiguration();
+    std::vector<std::string> folders;
+    AppendAll(FcConfigGetFontDirs(configuration), folders);
+    return std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
+        FcCache* const cache =
+            FcDirCacheRead(reinterpret_cast<const FcChar8*>(folder.c_str()), FcFalse, configuration);
+        if (!cache) return false;
+        FcFontSet* const fonts = FcCacheCopySet(cache);
+        bool has = false;
+        for (int i = 0; fonts && i < fonts->nfont && !has; ++i)
+            has = !IsTrue(fonts->fonts[i], FC_OUTLINE) && AnswersTo(fonts->fonts[i], name);
+        if (fonts) FcFontSetDestroy(fonts);
+        FcDirCacheUnload(cache);
+        return has;
+    });
+}
+
 std::optional<std::vector<std::string>> PathsThatDecide() {
-    FcConfig* configuration = FontconfigConfiguration();
-    if (!configuration) return std::nullopt;
+    FcConfig* const configuration = FontconfigConfiguration();
     std::vector<std::string> files, paths;
-    AppendAll(Fontconfig().FcConfigGetConfigFiles(configuration), files);
+    AppendAll(FcConfigGetConfigFiles(configuration), files);
     // What is missing may come: these, and what the files name.
     for (const char* standard : {"/etc/fonts/fonts.conf", "/etc/fonts/conf.d"}) paths.emplace_back(standard);
     paths.push_back(Variable("FONTCONFIG_FILE"));
@@ -203,8 +221,8 @@ std::optional<std::vector<std::string>> PathsThatDecide() {
         const std::vector<ConfiguredPath> folders = ConfiguredPaths(text, "dir");
         if (!std::all_of(folders.begin(), folders.end(), IsSteady)) return std::nullopt;
     }
-    AppendAll(Fontconfig().FcConfigGetConfigDirs(configuration), paths);
-    AppendAll(Fontconfig().FcConfigGetFontDirs(configuration), paths);
+    AppendAll(FcConfigGetConfigDirs(configuration), paths);
+    AppendAll(FcConfigGetFontDirs(configuration), paths);
 
     std::sort(paths.begin(), paths.end());
     paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
@@ -220,17 +238,16 @@ std::optional<std::vector<std::string>> PathsThatDecide() {
 
 std::string TextOf(FcPattern* pattern, const char* object) {
     FcChar8* text = nullptr;
-    if (Fontconfig().FcPatternGetString(pattern, object, 0, &text) != FcResultMatch || !text) return {};
+    if (FcPatternGetString(pattern, object, 0, &text) != FcResultMatch || !text) return {};
     return reinterpret_cast<const char*>(text);
 }
 
 int NumberOf(FcPattern* pattern, const char* object, int otherwise) {
     int number = 0;
-    if (Fontconfig().FcPatternGetInteger(pattern, object, 0, &number) == FcResultMatch) return number;
+    if (FcPatternGetInteger(pattern, object, 0, &number) == FcResultMatch) return number;
     double real = 0.0;
-    return Fontconfig().FcPatternGetDouble(pattern, object, 0, &real) == FcResultMatch
-               ? static_cast<int>(real)
-               : otherwise;
+    return FcPatternGetDouble(pattern, object, 0, &real) == FcResultMatch ? static_cast<int>(real)
+                                                                          : otherwise;
 }
 
 std::string FileKey(std::string_view path, unsigned int index) {

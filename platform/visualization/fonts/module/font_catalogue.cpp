@@ -1,14 +1,14 @@
-#include "platform/visualization/fonts/font_catalogue.h"
+#include "platform/visualization/fonts/module/font_catalogue.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <mutex>
 #include <utility>
 
-#include "platform/visualization/fonts/fixed_fonts.h"
-#include "platform/visualization/fonts/font_libraries.h"
-#include "platform/visualization/fonts/fontconfig_faces.h"
-#include "platform/visualization/fonts/installed_faces.h"
+#include "platform/visualization/fonts/module/fixed_fonts.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
+#include "platform/visualization/fonts/module/installed_faces.h"
 
 namespace {
 
@@ -29,6 +29,14 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 
 std::string_view FileNameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
+std::unique_ptr<const FileFace> MakeFace(const CatalogueEntry& entry, std::string path, unsigned int index) {
+    return std::make_unique<const FileFace>(
+        FileFace::Description{std::move(path), index, entry.family, entry.style, entry.postScriptName,
+                              entry.weight, entry.slant != FC_SLANT_ROMAN});
+}
+
+std::atomic<bool> mayUseIndex{true};
+
 }  // namespace
 
 FontCatalogue& FontCatalogue::Get() {
@@ -36,9 +44,9 @@ FontCatalogue& FontCatalogue::Get() {
     return *catalogue;
 }
 
-FontCatalogue::FontCatalogue() { AddInstalledFonts(); }
+void FontCatalogue::LetUseIndex(bool use) { mayUseIndex = use; }
 
-void CatalogueDelete::operator()(const ORVFontFace* face) const { delete face; }
+FontCatalogue::FontCatalogue() { AddInstalledFonts(); }
 
 void CatalogueDelete::operator()(const ORVFont* font) const {
     if (font && font->GetKind() == ORVFont::kPlain)
@@ -48,10 +56,8 @@ void CatalogueDelete::operator()(const ORVFont* font) const {
 }
 
 void FontCatalogue::AddInstalledFonts() {
-    for (InstalledFace& face : FindInstalledFaces()) {
-        auto content = std::make_unique<ORVFontFace::Content>();
-        content->path = std::move(face.path);
-        content->index = face.index;
+    for (InstalledFace& face : FindInstalledFaces(mayUseIndex)) {
+        std::string name = UniqueName(face.path, face.index);
         CatalogueEntry entry;
         entry.foundry = std::move(face.foundry);
         entry.family = std::move(face.family);
@@ -61,8 +67,8 @@ void FontCatalogue::AddInstalledFonts() {
         entry.weight = face.weight;
         entry.slant = face.slant;
         entry.width = face.width;
-        std::string name = UniqueName(content->path, content->index);
-        Append(std::move(entry), std::move(content), std::move(name), face.kind);
+        entry.ownFace = MakeFace(entry, std::move(face.path), face.index);
+        Append(std::move(entry), std::move(name), face.kind);
     }
 }
 
@@ -74,22 +80,16 @@ std::string FontCatalogue::UniqueName(const std::string& path, unsigned int face
     return unique;
 }
 
-void FontCatalogue::Append(CatalogueEntry entry, std::unique_ptr<ORVFontFace::Content> content,
-                           std::string name, ORVFont::Kind kind) {
-    content->family = entry.family;
-    content->style = entry.style;
-    content->postScriptName = entry.postScriptName;
-    content->weight = entry.weight;
-    content->italic = entry.slant != FC_SLANT_ROMAN;
-    std::string fileKey = FileKey(content->path, content->index);
-
+void FontCatalogue::Append(CatalogueEntry entry, std::string name, ORVFont::Kind kind) {
+    std::string fileKey = FileKey(entry.ownFace->GetFilePath(), entry.ownFace->GetFaceIndex());
     const int index = static_cast<int>(entries_.size()) + 1;
-    entry.face.reset(new ORVFontFace(std::move(content)));
-    entry.font.reset(kind == ORVFont::kPlain ? new ORVFont(name, index, kind)
-                                             : new ORVOutlineFont(name, index, kind));
+    entry.ownFont.reset(kind == ORVFont::kPlain ? new ORVFont(name, index, kind)
+                                                : new ORVOutlineFont(name, index, kind));
+    entry.font = entry.ownFont.get();
+    entry.face = entry.ownFace.get();
     entries_.push_back(std::move(entry));
     const CatalogueEntry& kept = entries_.back();
-    byName_.emplace(std::move(name), kept.font.get());
+    byName_.emplace(std::move(name), kept.font);
     if (kind != ORVFont::kPlain) byFile_.emplace(std::move(fileKey), &kept);
     IndexNames(kept);
 }
@@ -100,13 +100,13 @@ void FontCatalogue::IndexNames(const CatalogueEntry& entry) {
     if (entry.font->GetKind() == ORVFont::kPlain) {
         std::string family(name);
         RemoveAll(family, kPlainEnding);
-        forAttribute_.emplace(std::move(family), entry.font.get());
+        forAttribute_.emplace(std::move(family), entry.font);
         return;
     }
     const bool skippedByStyle = name.find(kPlainEnding) != name.npos;
     for (const std::string* text : {&entry.family, &entry.fullName, &entry.postScriptName}) {
-        forAttribute_.emplace(*text, entry.font.get());
-        if (!skippedByStyle) forStyle_.emplace(*text, entry.font.get());
+        forAttribute_.emplace(*text, entry.font);
+        if (!skippedByStyle) forStyle_.emplace(*text, entry.font);
     }
 }
 
@@ -137,44 +137,45 @@ const CatalogueEntry* FontCatalogue::EntryAt(int index) const {
 }
 
 const ORVFont* FontCatalogue::Register(std::string_view name, const std::string& faceFile) {
-    auto content = std::make_unique<ORVFontFace::Content>();
-    content->path = faceFile;
-    content->LoadFreeType();
-    content->LoadFont();
-    const FT_Face face = content->freeType;
-    if (!face || !content->font || !FT_IS_SCALABLE(face)) return nullptr;
-
     CatalogueEntry entry;
+    auto trial = MakeFace(entry, faceFile, 0);
+    const FT_Face face = trial->LoadFreeType();
+    if (!face || !trial->GetHarfBuzzFont() || !FT_IS_SCALABLE(face)) return nullptr;
+
     entry.family = face->family_name ? face->family_name : "";
     entry.style = face->style_name ? face->style_name : "";
-    const char* postScriptName = FreeType().FT_Get_Postscript_Name(face);
+    const char* postScriptName = FT_Get_Postscript_Name(face);
     entry.postScriptName = postScriptName ? postScriptName : "";
     entry.weight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? kBoldWeight : kRegularWeight;
     entry.slant = (face->style_flags & FT_STYLE_FLAG_ITALIC) ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
+    entry.ownFace = MakeFace(entry, faceFile, 0);
+    // The host may delete the file once it is registered.
+    entry.ownFace->LoadFreeType();
+    entry.ownFace->GetHarfBuzzFont();
 
     const std::unique_lock lock(mutex_);
     if (name.empty() || byName_.contains(name)) return nullptr;
-    Append(std::move(entry), std::move(content), std::string(name), ORVFont::kPlain);
-    return entries_.back().font.get();
+    Append(std::move(entry), std::string(name), ORVFont::kPlain);
+    return entries_.back().font;
 }
 
-const ORVFontFace* FontCatalogue::FindFace(const ORVFont& font, int weight) const {
+const FileFace* FontCatalogue::FindFace(const ORVFont& font, int weight) const {
     const CatalogueEntry* own = EntryAt(font.GetCatalogueIndex());
     if (!own) return nullptr;
-    if (own->font->GetKind() == ORVFont::kPlain) return own->face.get();
+    if (own->font->GetKind() == ORVFont::kPlain) return own->ownFace.get();
     const std::shared_lock lock(mutex_);
     switch (weight) {
-        case 24: return NearestOfFamily(*own, own->slant, std::min(own->weight, kLightWeight))->face.get();
-        case 26: return NearestOfFamily(*own, own->slant, std::max(own->weight, kBoldWeight))->face.get();
-        case 27: return NearestOfFamily(*own, own->slant, kHeaviestWeight)->face.get();
-        default: return own->face.get();
+        case 24: return NearestOfFamily(*own, own->slant, std::min(own->weight, kLightWeight))->ownFace.get();
+        case 26: return NearestOfFamily(*own, own->slant, std::max(own->weight, kBoldWeight))->ownFace.get();
+        case 27: return NearestOfFamily(*own, own->slant, kHeaviestWeight)->ownFace.get();
+        default: return own->ownFace.get();
     }
 }
 
-const ORVFontFace* FontCatalogue::FindFace(FcPattern* pattern) const {
+const FileFace* FontCatalogue::FindFace(FcPattern* pattern) const {
     const std::shared_lock lock(mutex_);
     const auto found = byFile_.find(FileKey(pattern));
-    return found == byFile_.end() ? nullptr : found->second->face.get();
+    return found == byFile_.end() ? nullptr : found->second->ownFace.get();
 }
 
 /// The face of `entry`'s family that comes nearest to a weight, on the same side of regular as that: where
@@ -253,20 +254,19 @@ const CatalogueEntry* FontCatalogue::FindInstalled(std::string_view family) cons
 
 const CatalogueEntry* FontCatalogue::MatchPattern(const char* family, int slant, int weight) const {
     FcConfig* configuration = FontconfigConfiguration();
-    if (!configuration) return nullptr;
-    FcPattern* wanted = Fontconfig().FcPatternCreate();
+    FcPattern* wanted = FcPatternCreate();
     if (!wanted) return nullptr;
-    Fontconfig().FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
-    Fontconfig().FcPatternAddInteger(wanted, FC_SLANT, slant);
-    Fontconfig().FcPatternAddInteger(wanted, FC_WEIGHT, Fontconfig().FcWeightFromOpenType(weight));
-    Fontconfig().FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
-    Fontconfig().FcConfigSubstitute(configuration, wanted, FcMatchPattern);
-    Fontconfig().FcDefaultSubstitute(wanted);
+    FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+    FcPatternAddInteger(wanted, FC_SLANT, slant);
+    FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(weight));
+    FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
+    FcConfigSubstitute(configuration, wanted, FcMatchPattern);
+    FcDefaultSubstitute(wanted);
     FcResult result = FcResultNoMatch;
-    FcPattern* match = Fontconfig().FcFontMatch(configuration, wanted, &result);
-    Fontconfig().FcPatternDestroy(wanted);
+    FcPattern* match = FcFontMatch(configuration, wanted, &result);
+    FcPatternDestroy(wanted);
     if (!match) return nullptr;
-    const auto destroy = [](FcPattern* pattern) { Fontconfig().FcPatternDestroy(pattern); };
+    const auto destroy = [](FcPattern* pattern) { FcPatternDestroy(pattern); };
     const std::unique_ptr<FcPattern, decltype(destroy)> owner(match);
     const auto found = byFile_.find(FileKey(match));
     return found == byFile_.end() ? nullptr : found->second;

@@ -12,20 +12,18 @@
 #include <fontconfig/fontconfig.h>
 
 #include "platform/visualization/fonts/ORVFont.h"
-#include "platform/visualization/fonts/ORVFontFace.h"
-#include "platform/visualization/fonts/face_content.h"
+#include "platform/visualization/fonts/font_system.h"
+#include "platform/visualization/fonts/module/file_face.h"
 
-/// Fonts and faces end with the catalogue only; nobody else may delete them.
+/// Fonts end with the catalogue only; nobody else may delete them.
 struct CatalogueDelete {
     void operator()(const ORVFont* font) const;
-    void operator()(const ORVFontFace* face) const;
 };
 
 /// One font of the catalogue with what it is asked for.
-struct CatalogueEntry {
-    std::unique_ptr<const ORVFont, CatalogueDelete> font;
-    std::unique_ptr<const ORVFontFace, CatalogueDelete> face;
-    std::string foundry, family, style, fullName, postScriptName;
+struct CatalogueEntry : ORVFontRecord {
+    std::unique_ptr<const ORVFont, CatalogueDelete> ownFont;
+    std::unique_ptr<const FileFace> ownFace;
     int weight = 400;  ///< as OpenType counts it
     int slant = 0;     ///< fontconfig's: 0 upright
     int width = 100;   ///< fontconfig's: 100 normal
@@ -35,7 +33,10 @@ struct CatalogueEntry {
 /// long as the process. Entries are only ever added, at the end.
 class FontCatalogue {
 public:
+    /// Throws FontFailure or std::bad_alloc where it cannot be built; the next question tries again.
     static FontCatalogue& Get();
+    /// Whether it may be built from the index of faces. To be said before.
+    static void LetUseIndex(bool use);
 
     FontCatalogue(const FontCatalogue&) = delete;
     FontCatalogue& operator=(const FontCatalogue&) = delete;
@@ -46,9 +47,9 @@ public:
     /// The entry with catalogue index `index`, null when there is none.
     const CatalogueEntry* EntryAt(int index) const;
     const ORVFont* Register(std::string_view name, const std::string& faceFile);
-    const ORVFontFace* FindFace(const ORVFont& font, int weight) const;
+    const FileFace* FindFace(const ORVFont& font, int weight) const;
     /// The catalogue's face that a pattern of fontconfig stands for, null when it is no outline font.
-    const ORVFontFace* FindFace(FcPattern* pattern) const;
+    const FileFace* FindFace(FcPattern* pattern) const;
 
 private:
     struct Hash {
@@ -62,8 +63,7 @@ private:
     ~FontCatalogue() = default;
 
     void AddInstalledFonts();
-    void Append(CatalogueEntry entry, std::unique_ptr<ORVFontFace::Content> content, std::string name,
-                ORVFont::Kind kind);
+    void Append(CatalogueEntry entry, std::string name, ORVFont::Kind kind);
     void IndexNames(const CatalogueEntry& entry);
     const ORVFont* MakeStandIn(std::string_view name);
     const CatalogueEntry* ChooseStandIn(std::string_view name) const;

@@ -1,39 +1,19 @@
-#include "platform/visualization/fonts/installed_faces.h"
+#include "platform/visualization/fonts/module/installed_faces.h"
 
-#include <link.h>
 #include <sys/auxv.h>
 
-#include <atomic>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <utility>
 
 #include "platform/visualization/fonts/face_index.h"
 #include "platform/visualization/fonts/face_index_file.h"
-#include "platform/visualization/fonts/fontconfig_faces.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
 
-namespace {
-
-std::atomic<bool> isIndexUsed{true};
-
-/// True when the host brought fontconfig along: it may have set it up in its own way.
-bool HostHasFontconfig() {
-    const auto isIt = [](dl_phdr_info* library, std::size_t, void*) {
-        return std::strstr(library->dlpi_name, "/libfontconfig.so") != nullptr ? 1 : 0;
-    };
-    return dl_iterate_phdr(isIt, nullptr) != 0;
-}
-
-}  // namespace
-
-void UseFaceIndex(bool use) { isIndexUsed = use; }
-
-std::vector<InstalledFace> FindInstalledFaces() {
+std::vector<InstalledFace> FindInstalledFaces(bool mayUseIndex) {
     // A program that runs with more rights than its caller believes nothing of the caller's environment.
-    const bool mayUse = isIndexUsed && getauxval(AT_SECURE) == 0 && !HostHasFontconfig();
+    const bool mayUse = mayUseIndex && getauxval(AT_SECURE) == 0;
     const std::string folder = mayUse ? FaceIndexFolder() : std::string();
     if (folder.empty()) return AskInstalledFaces();
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "platform/visualization/fonts/ORVFont.h"
 
@@ -17,10 +16,3 @@ struct InstalledFace {
 
     bool operator==(const InstalledFace&) const = default;
 };
-
-/// All installed faces in the catalogue's order, each once. They come from the index of faces where there is
-/// one that is up to date, else from fontconfig, and then the index is written anew.
-std::vector<InstalledFace> FindInstalledFaces();
-
-/// Lets the process do without the index (false) or with it (true, the default).
-void UseFaceIndex(bool use);

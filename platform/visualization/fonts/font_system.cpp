@@ -1,0 +1,82 @@
+#include "platform/visualization/fonts/font_system.h"
+
+#include <link.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <mutex>
+
+#include "platform/system/modules.h"
+#include "platform/visualization/fonts/text_failure.h"
+
+namespace {
+
+std::atomic<bool> isIndexUsed{true};
+
+/// True when the host brought fontconfig along: it may have set it up in its own way.
+bool HostHasFontconfig() {
+    const auto isIt = [](dl_phdr_info* library, std::size_t, void*) {
+        return std::strstr(library->dlpi_name, "/libfontconfig.so") != nullptr ? 1 : 0;
+    };
+    return dl_iterate_phdr(isIt, nullptr) != 0;
+}
+
+ORVFontSystem* Load(std::string& error) {
+    const bool mayUseIndex = isIndexUsed && !HostHasFontconfig();
+    void* const module = ORVLoadModule(kFontModule, error);
+    void* const factory = module ? ORVFindInModule(module, kFontSystemFactory, error) : nullptr;
+    return factory ? reinterpret_cast<ORVFontSystemFactory>(factory)(mayUseIndex) : nullptr;
+}
+
+/// What a person can do about an error of the dynamic linker.
+std::string_view AdviceFor(std::string_view error) {
+    // Whatever does not fit into memory is told in one of these ways.
+    for (const char* words : {"Cannot allocate memory", "failed to map segment", "cannot map"})
+        if (error.find(words) != error.npos) return "; more memory is needed";
+    if (error.find("Too many open files") != error.npos) return "; allow more open files (ulimit -n)";
+    return "; install it, or install orvprint and its libraries anew";
+}
+
+/// Loads the module. Where that fails it is tried again, so that what was a moment's need does not stay;
+/// but only after as many questions as came before, for each try takes the system time and a drawing may hold
+/// a hundred thousand texts.
+class Loader {
+public:
+    ORVFontSystem* Get() {
+        ORVFontSystem* system = system_.load(std::memory_order_acquire);
+        return system ? system : TryAgain();
+    }
+
+private:
+    ORVFontSystem* TryAgain() {
+        const std::lock_guard lock(mutex_);
+        ORVFontSystem* system = system_.load(std::memory_order_relaxed);
+        if (!system && ++questions_ >= nextTry_) {
+            nextTry_ = 2 * questions_;
+            std::string error;
+            system = Load(error);
+            system_.store(system, std::memory_order_release);
+            if (!system)
+                error_ =
+                    std::string(kFontModule) + " cannot be loaded: " + error + std::string(AdviceFor(error));
+        }
+        if (!system) ORVNoteTextFailure(error_);
+        return system;
+    }
+
+    std::atomic<ORVFontSystem*> system_{nullptr};
+    std::mutex mutex_;  // guards what follows
+    std::uint64_t questions_ = 0, nextTry_ = 1;
+    std::string error_;
+};
+
+}  // namespace
+
+ORVFontSystem* ORVGetFontSystem() {
+    static Loader* const loader = new Loader;
+    return loader->Get();
+}
+
+void ORVUseFaceIndex(bool use) { isIndexUsed = use; }

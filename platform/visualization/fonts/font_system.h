@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/system/ORVBaseObject.h"
+
+class ORVFont;
+class ORVFontFace;
+struct ORVGlyphColour;
+struct ORVGlyphPicture;
+struct ORVTextExtent;
+struct ORVTextLayout;
+struct ORVTextStyle;
+
+/// A font of the catalogue with its names. Belongs to the catalogue.
+struct ORVFontRecord {
+    const ORVFont* font = nullptr;
+    const ORVFontFace* face = nullptr;
+    std::string foundry, family, style, fullName, postScriptName;
+};
+
+/// What needs the font libraries: catalogue, shaping, pictures of glyphs. It stands in a module of its own,
+/// which is loaded with the first text, since most drawings of figures have none. All may be called from any
+/// thread. What returns false noted why (text_failure.h), and wrote nothing. Memory that is spent comes as
+/// std::bad_alloc.
+class ORVFontSystem {
+public:
+    /// @param found  out: null when there is no such font
+    [[nodiscard]] virtual bool FindByName(std::string_view name, const ORVFont*& found) = 0;
+    [[nodiscard]] virtual bool FindByFamily(std::string_view family, bool alsoPlain,
+                                            const ORVFont*& found) = 0;
+    [[nodiscard]] virtual bool GetCount(int& count) = 0;
+    /// @param record  out: null when there is no font `index`
+    [[nodiscard]] virtual bool FindRecord(int index, const ORVFontRecord*& record) = 0;
+    /// @param made  out: null when the name is taken or the file holds no outline font
+    [[nodiscard]] virtual bool Register(std::string_view name, const std::string& faceFile,
+                                        const ORVFont*& made) = 0;
+    /// Whether a font is installed that has such a name, and no outlines.
+    [[nodiscard]] virtual bool HasBitmapFont(std::string_view family, bool& has) = 0;
+    /// @return null when no usable font is installed
+    [[nodiscard]] virtual const ORVFontFace* FindFace(const ORVFont& font, int weight) = 0;
+
+    [[nodiscard]] virtual bool LayOut(std::string_view utf8, const ORVTextStyle& style,
+                                      ORVTextLayout& layout) = 0;
+    [[nodiscard]] virtual bool Measure(std::string_view utf8, const ORVTextStyle& style,
+                                       ORVTextExtent& extent) = 0;
+    [[nodiscard]] virtual ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph,
+                                                           double pixelsPerEm,
+                                                           const ORVGlyphColour& colour) = 0;
+
+protected:
+    ~ORVFontSystem() = default;
+};
+
+inline constexpr char kFontModule[] = "liborvfonts.so";
+inline constexpr char kFontSystemFactory[] = "orvGetFontSystem";
+/// What the module exports under that name; it gives the same object each time.
+/// @param mayUseIndex  whether installed faces may come from the index of faces; the first call decides
+using ORVFontSystemFactory = ORVFontSystem* (*)(bool mayUseIndex);
+
+/// The font system, loaded now if nobody asked before.
+/// @return null when the module or one of its libraries cannot be loaded, which is noted
+[[nodiscard]] ORVFontSystem* ORVGetFontSystem();
+
+/// Lets the process do without the index of faces (false) or with it (true, the default).
+void ORVUseFaceIndex(bool use);

@@ -1,0 +1,63 @@
+#include "platform/visualization/fonts/module/fallback_fonts.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "platform/visualization/fonts/module/font_catalogue.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
+
+namespace {
+
+// Each chain lists all fonts; a document that runs through thousands of fonts must not pile them up.
+constexpr std::size_t kMostChains = 64;
+
+}  // namespace
+
+const FileFace* FallbackFonts::Find(const FileFace& base, char32_t codePoint) {
+    auto chain = chains_.find(&base);
+    if (chain == chains_.end()) {
+        if (chains_.size() >= kMostChains) chains_.clear();
+        chain = chains_.emplace(&base, Chain{SortedCandidates(base), {}}).first;
+    }
+    auto& answers = chain->second.answers;
+    if (const auto answer = answers.find(codePoint); answer != answers.end()) return answer->second;
+    // The description may promise what the file does not hold.
+    const auto& candidates = chain->second.candidates;
+    const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& candidate) {
+        return FcCharSetHasChar(candidate.characters, codePoint) && candidate.face->GetHarfBuzzFont() &&
+               candidate.face->GetGlyph(codePoint);
+    });
+    const FileFace* face = found == candidates.end() ? nullptr : found->face;
+    answers.emplace(codePoint, face);
+    return face;
+}
+
+std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const FileFace& base) {
+    std::vector<Candidate> candidates;
+    FontCatalogue& catalogue = FontCatalogue::Get();
+    FcConfig* configuration = FontconfigConfiguration();
+    FcPattern* wanted = FcPatternCreate();
+    if (!wanted) throw std::bad_alloc();
+    FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>(base.GetFamily().c_str()));
+    FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(base.GetWeight()));
+    FcPatternAddInteger(wanted, FC_SLANT, base.IsItalic() ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+    FcPatternAddBool(wanted, FC_OUTLINE, FcTrue);
+    FcConfigSubstitute(configuration, wanted, FcMatchPattern);
+    FcDefaultSubstitute(wanted);
+    FcResult result = FcResultNoMatch;
+    const auto destroy = [](FcFontSet* set) { FcFontSetDestroy(set); };
+    const std::unique_ptr<FcFontSet, decltype(destroy)> sorted(
+        FcFontSort(configuration, wanted, FcFalse, nullptr, &result));
+    FcPatternDestroy(wanted);
+    if (!sorted) throw std::bad_alloc();
+    for (int i = 0; i < sorted->nfont; ++i) {
+        const FileFace* face = catalogue.FindFace(sorted->fonts[i]);
+        FcCharSet* characters = nullptr;
+        // The set belongs to the configuration's own pattern, which stays.
+        if (face && face != &base &&
+            FcPatternGetCharSet(sorted->fonts[i], FC_CHARSET, 0, &characters) == FcResultMatch)
+            candidates.push_back({characters, face});
+    }
+    return candidates;
+}

@@ -1,0 +1,293 @@
+#include "platform/visualization/fonts/module/file_face.h"
+
+#include <hb-ft.h>
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "platform/visualization/fonts/module/face_subset.h"
+#include "platform/visualization/fonts/module/font_failure.h"
+
+namespace {
+
+// FreeType asks for one thread at a time to open and close faces of a library object.
+std::mutex freeTypeMutex;
+
+FT_Library TheFreeType() {
+    static const FT_Library library = [] {
+        FT_Library made = nullptr;
+        if (FT_Init_FreeType(&made) != 0) throw std::bad_alloc();
+        return made;
+    }();
+    return library;
+}
+
+void CloseFreeTypeFace(FT_Face face) {
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Done_Face(face);
+}
+
+/// FreeType knows nothing of vertical text in these formats: glyphs stand below each other by the height of a
+/// line, centred.
+hb_font_funcs_t* VerticalFunctions() {
+    static hb_font_funcs_t* const functions = [] {
+        hb_font_funcs_t* made = hb_font_funcs_create();
+        hb_font_funcs_set_glyph_v_advance_func(
+            made,
+            [](hb_font_t* font, void*, hb_codepoint_t, void*) -> hb_position_t {
+                hb_font_extents_t extents = {};
+                hb_font_get_h_extents(font, &extents);
+                return extents.descender - extents.ascender;
+            },
+            nullptr, nullptr);
+        hb_font_funcs_set_glyph_v_origin_func(
+            made,
+            [](hb_font_t* font, void*, hb_codepoint_t glyph, hb_position_t* x, hb_position_t* y,
+               void*) -> hb_bool_t {
+                hb_font_extents_t extents = {};
+                hb_font_get_h_extents(font, &extents);
+                *x = hb_font_get_glyph_h_advance(font, glyph) / 2;
+                *y = extents.ascender;
+                return true;
+            },
+            nullptr, nullptr);
+        hb_font_funcs_make_immutable(made);
+        return made;
+    }();
+    return functions;
+}
+
+/// Where HarfBuzz's drawing calls go. A sink may throw when memory is spent, but not through HarfBuzz: the
+/// rest of the glyph is then passed over.
+struct OutlineTarget {
+    ORVGlyphOutlineSink& sink;
+    double scale;
+    bool hasContour = false, isMemorySpent = false;
+
+    template <class Call>
+    static void Pass(void* data, Call call) {
+        auto& target = *static_cast<OutlineTarget*>(data);
+        if (target.isMemorySpent) return;
+        try {
+            call(target, target.scale);
+        } catch (const std::bad_alloc&) {
+            target.isMemorySpent = true;
+        }
+    }
+};
+
+hb_draw_funcs_t* OutlineFunctions() {
+    static hb_draw_funcs_t* const functions = [] {
+        hb_draw_funcs_t* made = hb_draw_funcs_create();
+        hb_draw_funcs_set_move_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.hasContour = true;
+                    target.sink.MoveTo(x * s, y * s);
+                });
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_line_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float x, float y, void*) {
+                OutlineTarget::Pass(
+                    data, [&](OutlineTarget& target, double s) { target.sink.LineTo(x * s, y * s); });
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_quadratic_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float cx, float cy, float x, float y, void*) {
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.sink.QuadTo(cx * s, cy * s, x * s, y * s);
+                });
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_cubic_to_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, float c1x, float c1y, float c2x, float c2y,
+               float x, float y, void*) {
+                OutlineTarget::Pass(data, [&](OutlineTarget& target, double s) {
+                    target.sink.CubicTo(c1x * s, c1y * s, c2x * s, c2y * s, x * s, y * s);
+                });
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_set_close_path_func(
+            made,
+            [](hb_draw_funcs_t*, void* data, hb_draw_state_t*, void*) {
+                OutlineTarget::Pass(data, [](OutlineTarget& target, double) { target.sink.Close(); });
+            },
+            nullptr, nullptr);
+        hb_draw_funcs_make_immutable(made);
+        return made;
+    }();
+    return functions;
+}
+
+/// What a question about a face that cannot be opened is answered with.
+template <class Answer, class Question>
+Answer OrElse(Answer otherwise, Question ask) {
+    try {
+        return ask();
+    } catch (const FontFailure&) {
+        return otherwise;
+    }
+}
+
+}  // namespace
+
+FileFace::~FileFace() {
+    if (freeType_) CloseFreeTypeFace(freeType_);
+}
+
+const FontFile& FileFace::File() const {
+    std::call_once(fileLoaded_, [this] { file_ = std::make_unique<FontFile>(GetFilePath()); });
+    return *file_;
+}
+
+FT_Face FileFace::OpenFreeType() const {
+    const std::string_view bytes = File().GetBytes();
+    MakeSureOfMemory();
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Face face = nullptr;
+    const FT_Error error =
+        FT_New_Memory_Face(TheFreeType(), reinterpret_cast<const FT_Byte*>(bytes.data()),
+                           static_cast<FT_Long>(bytes.size()), static_cast<FT_Long>(GetFaceIndex()), &face);
+    if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
+    return error == 0 ? face : nullptr;
+}
+
+/// The face of a TrueType or OpenType file, null for other formats. The file stays as long as the face.
+HbFont FileFace::LoadOpenType() const {
+    const std::string_view bytes = File().GetBytes();
+    const HbBlob blob(hb_blob_create(bytes.data(), static_cast<unsigned int>(bytes.size()),
+                                     HB_MEMORY_MODE_READONLY, nullptr, nullptr));
+    const HbFace face(hb_face_create(blob.get(), GetFaceIndex()));
+    // The font's scale is the face's own grid.
+    return HbFont(hb_face_get_glyph_count(face.get()) > 0 ? hb_font_create(face.get()) : nullptr);
+}
+
+/// The face of a file of another format. It has a FreeType face to itself, since it relies on its size: one
+/// pixel is one unit of the font's own grid, and HarfBuzz counts in 64ths of a pixel.
+HbFont FileFace::LoadOther() const {
+    const FT_Face face = OpenFreeType();
+    if (!face) return nullptr;
+    HbFont font;
+    const auto grid = static_cast<FT_F26Dot6>(face->units_per_EM ? face->units_per_EM : 1000);
+    if (FT_Set_Char_Size(face, grid * 64, grid * 64, 72, 72) == 0) {
+        const HbFont overFreeType(hb_ft_font_create_referenced(face));
+        hb_ft_font_set_load_flags(overFreeType.get(), FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
+        hb_font_make_immutable(overFreeType.get());
+        font.reset(hb_font_create_sub_font(overFreeType.get()));  // asks its parent for all but what follows
+        hb_font_set_funcs(font.get(), VerticalFunctions(), nullptr, nullptr);
+    }
+    CloseFreeTypeFace(face);
+    return font;
+}
+
+void FileFace::LoadFont() const {
+    File();
+    MakeSureOfMemory();
+    HbFont font = LoadOpenType();
+    if (!font) font = LoadOther();
+    if (!font) return;
+    hb_font_make_immutable(font.get());
+    int horizontalScale = 0, verticalScale = 0;
+    hb_font_get_scale(font.get(), &horizontalScale, &verticalScale);
+    unitsPerEm_ = horizontalScale > 0 ? horizontalScale : 1000.0;
+    hb_font_extents_t extents;
+    if (hb_font_get_h_extents(font.get(), &extents) && extents.ascender > extents.descender) {
+        ascent_ = extents.ascender / unitsPerEm_;
+        descent_ = -extents.descender / unitsPerEm_;
+    }
+    // The tables that every text needs are read while there surely is memory for them.
+    hb_codepoint_t glyph = 0;
+    hb_font_get_nominal_glyph(font.get(), ' ', &glyph);
+    hb_font_get_glyph_h_advance(font.get(), glyph);
+    hb_glyph_extents_t box;
+    hb_font_get_glyph_extents(font.get(), glyph, &box);
+    font_ = std::move(font);
+}
+
+hb_font_t* FileFace::GetHarfBuzzFont() const {
+    std::call_once(fontLoaded_, [this] { LoadFont(); });
+    return font_.get();
+}
+
+hb_font_t* FileFace::FindFont() const {
+    return OrElse<hb_font_t*>(nullptr, [this] { return GetHarfBuzzFont(); });
+}
+
+FT_Face FileFace::LoadFreeType() const {
+    std::call_once(freeTypeLoaded_, [this] { freeType_ = OpenFreeType(); });
+    return freeType_;
+}
+
+FT_FaceRec_* FileFace::GetFreeTypeFace() const {
+    return OrElse<FT_Face>(nullptr, [this] { return LoadFreeType(); });
+}
+
+void FileFace::PrepareFor(hb_script_t script, hb_direction_t direction) const {
+    const std::pair use(script, direction);
+    if (std::find(prepared_.begin(), prepared_.end(), use) != prepared_.end()) return;
+    MakeSureOfMemory();
+    prepared_.push_back(use);
+}
+
+unsigned int FileFace::GetUnitsPerEm() const {
+    hb_font_t* const font = FindFont();
+    const unsigned int units = font ? hb_face_get_upem(hb_font_get_face(font)) : 1000;
+    return units > 0 ? units : 1000;
+}
+
+double FileFace::GetAscent() const {
+    FindFont();
+    return ascent_;
+}
+
+double FileFace::GetDescent() const {
+    FindFont();
+    return descent_;
+}
+
+std::uint32_t FileFace::GetGlyph(char32_t codePoint) const {
+    hb_codepoint_t glyph = 0;
+    hb_font_t* const font = FindFont();
+    return font && hb_font_get_nominal_glyph(font, codePoint, &glyph) ? glyph : 0;
+}
+
+double FileFace::GetAdvance(std::uint32_t glyph) const {
+    hb_font_t* const font = FindFont();
+    return font ? hb_font_get_glyph_h_advance(font, glyph) / unitsPerEm_ : 0.0;
+}
+
+bool FileFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const {
+    hb_font_t* const font = FindFont();
+    if (!font || !std::isfinite(size)) return false;
+    OutlineTarget target{sink, size / unitsPerEm_};
+#if HB_VERSION_ATLEAST(7, 0, 0)
+    hb_font_draw_glyph(font, glyph, OutlineFunctions(), &target);
+#else
+    hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
+#endif
+    if (target.isMemorySpent) throw std::bad_alloc();
+    // Where there is no room for a glyph's points, it looks like one that has none.
+    if (!target.hasContour) MakeSureOfMemory();
+    return target.hasContour;
+}
+
+ORVFontBytes FileFace::GetTable(std::string_view name) const {
+    hb_font_t* const font = FindFont();
+    if (!font) return {};
+    MakeSureOfMemory();
+    return BytesOf(HbBlob(hb_face_reference_table(
+        hb_font_get_face(font), hb_tag_from_string(name.data(), static_cast<int>(name.size())))));
+}
+
+ORVFontSubset FileFace::MakeSubset(const std::vector<std::uint32_t>& glyphs, std::string_view table) const {
+    hb_font_t* const font = FindFont();
+    if (!font) return {{}, glyphs};
+    MakeSureOfMemory();
+    return SubsetOf(hb_font_get_face(font), glyphs, table);
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include <hb.h>
+
+#include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/module/font_file.h"
+
+/// Owning handles of HarfBuzz's objects.
+template <auto kDestroy>
+struct HbDestroy {
+    template <class Object>
+    void operator()(Object* object) const {
+        kDestroy(object);
+    }
+};
+using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<hb_blob_destroy>>;
+using HbFace = std::unique_ptr<hb_face_t, HbDestroy<hb_face_destroy>>;
+using HbFont = std::unique_ptr<hb_font_t, HbDestroy<hb_font_destroy>>;
+
+/// A face of a file, with the libraries' objects once somebody asked for them.
+class FileFace final : public ORVFontFace {
+public:
+    using ORVFontFace::Description;
+    explicit FileFace(Description description) : ORVFontFace(std::move(description)) {}
+    ~FileFace() override;
+
+    unsigned int GetUnitsPerEm() const override;
+    double GetAscent() const override;
+    double GetDescent() const override;
+    std::uint32_t GetGlyph(char32_t codePoint) const override;
+    double GetAdvance(std::uint32_t glyph) const override;
+    bool DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& sink) const override;
+    ORVFontBytes GetTable(std::string_view name) const override;
+    ORVFontSubset MakeSubset(const std::vector<std::uint32_t>& glyphs, std::string_view table) const override;
+    FT_FaceRec_* GetFreeTypeFace() const override;
+
+    /// HarfBuzz's object, which says itself how many of its units make an em (hb_font_get_scale). Throws
+    /// FontFailure where the file cannot be opened. @return null when it holds no font that can be used
+    hb_font_t* GetHarfBuzzFont() const;
+    /// Likewise FreeType's.
+    FT_Face LoadFreeType() const;
+
+    /// Makes sure, once for each script and direction, that there is memory for what HarfBuzz keeps of them.
+    /// For one thread at a time.
+    void PrepareFor(hb_script_t script, hb_direction_t direction) const;
+
+private:
+    hb_font_t* FindFont() const;
+    const FontFile& File() const;
+    FT_Face OpenFreeType() const;
+    HbFont LoadOpenType() const;
+    HbFont LoadOther() const;
+    void LoadFont() const;
+
+    mutable std::once_flag fileLoaded_, fontLoaded_, freeTypeLoaded_;
+    mutable std::unique_ptr<const FontFile> file_;
+    mutable HbFont font_;
+    mutable FT_Face freeType_ = nullptr;
+    mutable double unitsPerEm_ = 1000.0;  // of the HarfBuzz font's scale
+    mutable double ascent_ = 0.8, descent_ = 0.2;
+    mutable std::vector<std::pair<hb_script_t, hb_direction_t>> prepared_;
+};

@@ -1,0 +1,62 @@
+// What the module exports: the font system of the process.
+
+#include "platform/visualization/fonts/ORVFont.h"
+#include "platform/visualization/fonts/font_system.h"
+#include "platform/visualization/fonts/module/file_face.h"
+#include "platform/visualization/fonts/module/font_catalogue.h"
+#include "platform/visualization/fonts/module/font_failure.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
+#include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/text_shaper.h"
+
+namespace {
+
+class FontSystem final : public ORVFontSystem {
+public:
+    bool FindByName(std::string_view name, const ORVFont*& found) override {
+        return NotingFailure([&] { found = FontCatalogue::Get().FindByName(name); });
+    }
+    bool FindByFamily(std::string_view family, bool alsoPlain, const ORVFont*& found) override {
+        return NotingFailure([&] { found = FontCatalogue::Get().FindByFamily(family, alsoPlain); });
+    }
+    bool GetCount(int& count) override {
+        return NotingFailure([&] { count = FontCatalogue::Get().Count(); });
+    }
+    bool FindRecord(int index, const ORVFontRecord*& record) override {
+        return NotingFailure([&] { record = FontCatalogue::Get().EntryAt(index); });
+    }
+    bool Register(std::string_view name, const std::string& faceFile, const ORVFont*& made) override {
+        return NotingFailure([&] { made = FontCatalogue::Get().Register(name, faceFile); });
+    }
+    bool HasBitmapFont(std::string_view family, bool& has) override {
+        return NotingFailure([&] { has = ::HasBitmapFont(family); });
+    }
+    const ORVFontFace* FindFace(const ORVFont& font, int weight) override {
+        const ORVFontFace* face = nullptr;
+        NotingFailure([&] { face = FontCatalogue::Get().FindFace(font, weight); });
+        return face;
+    }
+    bool LayOut(std::string_view utf8, const ORVTextStyle& style, ORVTextLayout& layout) override {
+        return NotingFailure([&] { layout = LayOutText(utf8, style); });
+    }
+    bool Measure(std::string_view utf8, const ORVTextStyle& style, ORVTextExtent& extent) override {
+        return NotingFailure([&] { extent = MeasureText(utf8, style); });
+    }
+    ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
+                                     const ORVGlyphColour& colour) override {
+        // The file was opened when the text was laid out: nothing is lost here.
+        ORVGlyphPicture picture;
+        const auto& file = static_cast<const FileFace&>(face);
+        if (!NotingFailure([&] { picture = ::MakeGlyphPicture(file, glyph, pixelsPerEm, colour); }))
+            return {};
+        return picture;
+    }
+};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) ORVFontSystem* orvGetFontSystem(bool mayUseIndex) {
+    FontCatalogue::LetUseIndex(mayUseIndex);
+    static FontSystem* const system = new FontSystem;
+    return system;
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "platform/visualization/fonts/glyph_picture.h"
+
+class FileFace;
+
+/// See ORVMakeGlyphPicture.
+ORVGlyphPicture MakeGlyphPicture(const FileFace& face, std::uint32_t glyph, double pixelsPerEm,
+                                 const ORVGlyphColour& colour);
