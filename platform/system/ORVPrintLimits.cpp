@@ -40,6 +40,7 @@ constexpr std::array<Row, kPrintLimitCount> kRows{{
     {ORVPrintLimit::kPagePixels, "page-pixels", 4 * kBillion, 4 * kBillion, kMost, "pixels on a page"},
     {ORVPrintLimit::kOutputPixels, "output-pixels", 1000 * kBillion, 20 * kBillion, kMost,
      "pixels on all pages"},
+    {ORVPrintLimit::kPaintedPixels, "painted-pixels", kMost, 200 * kBillion, kMost, "pixels to paint"},
     {ORVPrintLimit::kMemory, "memory", kMost, 900 * kMebibyte, kMost, "bytes of memory"},
 }};
 
