@@ -37,6 +37,7 @@ ORVRasterOptions RasterOptions(const ORVFormatOptions& options) {
     raster.colourMode = options.colourMode;
     raster.pixelLimit = options.pixelLimit;
     raster.outputPixelLimit = options.outputPixelLimit;
+    raster.paintLimit = options.paintLimit;
     raster.threads = options.threads;
     return raster;
 }

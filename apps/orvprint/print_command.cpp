@@ -231,6 +231,7 @@ private:
         formatOptions.creationTime = CreationTime(options_.inputs);
         formatOptions.pixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kPagePixels);
         formatOptions.outputPixelLimit = ORVPrintLimits::Get(ORVPrintLimit::kOutputPixels);
+        formatOptions.paintLimit = ORVPrintLimits::Get(ORVPrintLimit::kPaintedPixels);
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
@@ -265,6 +266,8 @@ private:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
             case kOutputTooLarge:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputPixels));
+            case kTooMuchToPaint:
+                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPaintedPixels));
             default: break;
         }
         const std::string& error =

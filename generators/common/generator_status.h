@@ -7,4 +7,5 @@ enum ORVGeneratorStatus : int {
     kPageTooLarge = -11,    ///< the page is larger than the format, or its limits, allow
     kDrawingFailed = -12,   ///< the library behind the format gave up
     kOutputTooLarge = -13,  ///< the pages would have more pixels than the limit of all pages allows
+    kTooMuchToPaint = -14,  ///< the pages take more painting than the limit of painted pixels allows
 };

@@ -3,9 +3,11 @@
 #include <cups/cups.h>
 #include <cups/raster.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <exception>
+#include <limits>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
@@ -62,6 +64,20 @@ int HundredthsOfMillimetre(double userUnits) {
     return static_cast<int>(std::lround(userUnits / kUserUnitsPerInch * kHundredthsOfMillimetrePerInch));
 }
 
+int WholeDotsPerInch(const RasterPageInfo& page) { return static_cast<int>(std::lround(page.dotsPerInch)); }
+
+/// Makes the header for the paper that has the page's size. A size that is that of some paper gets its name,
+/// any other one a name of its own.
+/// @return false when the library has no paper for it
+bool MakeHeader(const CupsLibrary& library, const RasterPageInfo& page, cups_page_header2_t& header) {
+    std::memset(&header, 0, sizeof header);
+    pwg_media_t* media =
+        library.mediaForSize(HundredthsOfMillimetre(page.pageWidth), HundredthsOfMillimetre(page.pageHeight));
+    const int dotsPerInch = WholeDotsPerInch(page);
+    return media && library.initHeader(&header, media, TypeOf(page.pixels), dotsPerInch, dotsPerInch, nullptr,
+                                       nullptr) == 1;
+}
+
 unsigned int Points(double userUnits) {
     return static_cast<unsigned int>(std::lround(userUnits / kUserUnitsPerInch * 72.0));
 }
@@ -85,23 +101,30 @@ int PwgSink::Open() {
     return stream_ ? kGeneratorDone : Failure();
 }
 
+void PwgSink::FitPage(RasterPageInfo& page) const {
+    const CupsLibrary& library = CupsLibrary::Get();
+    // Longer sides overflow in the library.
+    const std::int64_t longest = std::numeric_limits<int>::max() / std::max(WholeDotsPerInch(page), 1);
+    const double side = std::max(page.pageWidth, page.pageHeight);
+    cups_page_header2_t header;
+    if (!library.library.IsUsable() || HundredthsOfMillimetre(side) > longest ||
+        !MakeHeader(library, page, header))
+        return;
+    page.width = std::max(static_cast<int>(header.cupsWidth), 1);
+    page.height = std::max(static_cast<int>(header.cupsHeight), 1);
+}
+
 int PwgSink::BeginPage(const RasterPageInfo& page) {
     if (!stream_)
         if (const int status = Open(); status != kGeneratorDone) return status;
     const CupsLibrary& library = CupsLibrary::Get();
     cups_page_header2_t header;
-    std::memset(&header, 0, sizeof header);
-    const auto dotsPerInch = static_cast<int>(std::lround(page.dotsPerInch));
-    // A size that is that of some paper gets its name, any other one a name of its own.
-    pwg_media_t* media =
-        library.mediaForSize(HundredthsOfMillimetre(page.pageWidth), HundredthsOfMillimetre(page.pageHeight));
-    if (!media || library.initHeader(&header, media, TypeOf(page.pixels), dotsPerInch, dotsPerInch, nullptr,
-                                     nullptr) != 1) {
+    if (!MakeHeader(library, page, header)) {
         error_ = "the page has no size that this format can state";
         failed_ = true;
         return kDrawingFailed;
     }
-    // The pixels are ours, and so is their number: paper of a name may differ from the page by a fraction.
+    // The pixels are ours, and so is their number: a page has one at least.
     const unsigned int bits = header.cupsBitsPerPixel;
     header.cupsWidth = static_cast<unsigned int>(page.width);
     header.cupsHeight = static_cast<unsigned int>(page.height);

@@ -20,6 +20,8 @@ public:
     explicit PwgSink(ORVOutput& output) : output_(output) {}
     ~PwgSink() override;
 
+    /// A page has the pixels that the library gives to paper of its size.
+    void FitPage(RasterPageInfo& page) const override;
     int BeginPage(const RasterPageInfo& page) override;
     void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const override;
     int WriteBand(const RasterBand& band, const std::vector<std::uint8_t>& bytes) override;

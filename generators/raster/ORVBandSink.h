@@ -36,6 +36,9 @@ public:
 
     /// True when a page without colours may come as grey though colours were asked for.
     virtual bool TakesGreyForColour() const { return false; }
+    /// Sets the width and height of a page whose other facts are known, where the format has a rule of its
+    /// own for them. They are rounded to the nearest whole number before.
+    virtual void FitPage(RasterPageInfo& /*page*/) const {}
     /// Begins a page. @return 1, or a generator status
     [[nodiscard]] virtual int BeginPage(const RasterPageInfo& page) = 0;
     /// Encodes a band into bytes. Called by several threads at a time, for bands in any order.

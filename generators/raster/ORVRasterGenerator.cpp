@@ -20,8 +20,8 @@ constexpr double kUserUnitsPerInch = 90.0;
 constexpr double kThinnestWithLevels = 0.25;
 constexpr double kThinnestWithout = 1.0;
 
-/// Pixels along a side: what is a whole number but for rounding stays that number.
-double Pixels(double userUnits, double scale) { return std::max(1.0, std::ceil(userUnits * scale - 1e-6)); }
+/// Pixels along a side: the nearest whole number, but at least one.
+double Pixels(double userUnits, double scale) { return std::max(1.0, std::round(userUnits * scale)); }
 
 /// Processors are many where threads help, but each takes memory for its bands.
 unsigned int ThreadCount(unsigned int wanted) {
@@ -54,6 +54,7 @@ struct ORVRasterGenerator::State {
     std::string title, error;
     unsigned int pageCount = 0;
     std::uint64_t pixels = 0;  // of all pages so far, within the limit
+    PaintBudget budget;        // of all pages
 };
 
 ORVRasterGenerator::ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const ORVRasterOptions& options)
@@ -69,6 +70,7 @@ int ORVRasterGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     state_->title = info.title;
     state_->pageCount = info.pageCount;
     state_->pixels = 0;
+    state_->budget.Reset(state_->options.paintLimit);
     return kGeneratorDone;
 }
 
@@ -76,15 +78,25 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
     const ORVRasterOptions& options = state_->options;
     const double scale = options.dotsPerInch / kUserUnitsPerInch;
     const double width = Pixels(info.width, scale), height = Pixels(info.height, scale);
-    if (!(width <= kLargestSide) || !(height <= kLargestSide) ||
-        width * height > static_cast<double>(options.pixelLimit)) {
+    const bool isTooLong = !(width <= kLargestSide) || !(height <= kLargestSide);
+    RasterPageInfo& page = state_->page;
+    page.dotsPerInch = options.dotsPerInch;
+    page.pageWidth = info.width;
+    page.pageHeight = info.height;
+    page.number = info.number;
+    page.pageCount = state_->pageCount;
+    page.title = state_->title;
+    page.width = isTooLong ? 0 : static_cast<int>(width);
+    page.height = isTooLong ? 0 : static_cast<int>(height);
+    if (!isTooLong) state_->sink->FitPage(page);
+    const std::uint64_t pixels =
+        static_cast<std::uint64_t>(page.width) * static_cast<std::uint64_t>(page.height);
+    if (isTooLong || pixels > options.pixelLimit) {
         state_->error = "page " + std::to_string(info.number) + " would have too many pixels (at most " +
                         std::to_string(static_cast<int>(kLargestSide)) + " a side and " +
                         std::to_string(options.pixelLimit) + " in all); use a lower --dpi";
         return kPageTooLarge;
     }
-    // Of such sides the product is a whole number.
-    const auto pixels = static_cast<std::uint64_t>(width * height);
     if (pixels > options.outputPixelLimit - state_->pixels) {
         state_->error = "the pages to page " + std::to_string(info.number) +
                         " would have too many pixels (at most " + std::to_string(options.outputPixelLimit) +
@@ -92,15 +104,7 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
         return kOutputTooLarge;
     }
     state_->pixels += pixels;
-    RasterPageInfo& page = state_->page;
-    page.width = static_cast<int>(width);
-    page.height = static_cast<int>(height);
-    page.dotsPerInch = options.dotsPerInch;
-    page.pageWidth = info.width;
-    page.pageHeight = info.height;
-    page.number = info.number;
-    page.pageCount = state_->pageCount;
-    page.title = state_->title;
+    state_->budget.Allow(pixels * PaintBudget::kPerPagePixel);
     page.bandRows =
         options.bandRows > 0 ? std::min(options.bandRows, page.height) : ORVRowsOfBand(page.width);
     const bool smooths = options.colourMode != ORVColourMode::kMono;
@@ -143,8 +147,12 @@ int ORVRasterGenerator::EndPage() {
     }
     int status = state_->sink->BeginPage(page);
     if (status == kGeneratorDone)
-        status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), *state_->sink,
-                              state_->error);
+        status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), state_->budget,
+                              *state_->sink, state_->error);
+    if (status == kTooMuchToPaint)
+        state_->error = "the pages to page " + std::to_string(page.number) +
+                        " take too much painting (at most " + std::to_string(state_->options.paintLimit) +
+                        " pixels, besides a hundred for each of the pages'); use a lower --dpi";
     state_->list.Clear();
     const int ended = state_->sink->EndPage();
     return status == kGeneratorDone ? ended : status;

@@ -77,8 +77,14 @@ struct FinishedBand {
 class BandPipeline {
 public:
     /// @param error  out: what was thrown
-    BandPipeline(const DisplayList& list, const RasterPageInfo& info, ORVBandSink& sink, std::string& error)
-        : list_(list), info_(info), sink_(sink), error_(error), queue_(list, info.bandRows) {}
+    BandPipeline(const DisplayList& list, const RasterPageInfo& info, PaintBudget& budget, ORVBandSink& sink,
+                 std::string& error)
+        : list_(list),
+          info_(info),
+          budget_(budget),
+          sink_(sink),
+          error_(error),
+          queue_(list, info.bandRows) {}
 
     int Run(unsigned int threads) {
         most_ = threads + 1;
@@ -123,7 +129,7 @@ private:
                 std::unique_lock lock(mutex_);
                 arrived_.wait(lock,
                               [&] { return failed_ || (!waiting_.empty() && waiting_.front().isDone); });
-                if (failed_) return kDrawingFailed;
+                if (failed_) return budget_.IsSpent() ? kTooMuchToPaint : kDrawingFailed;
                 finished = std::move(waiting_.front());
                 waiting_.pop_front();
                 ++firstWaiting_;
@@ -138,7 +144,7 @@ private:
 
     void Work() {
         try {
-            BandRenderer renderer(list_, pictures_, info_.pixels, info_.bandRows);
+            BandRenderer renderer(list_, pictures_, budget_, info_.pixels, info_.bandRows);
             std::vector<std::uint32_t> pieces;
             std::vector<std::uint8_t> bytes;
             while (true) {
@@ -153,6 +159,7 @@ private:
                 const int firstRow = number * info_.bandRows;
                 const RasterBand band =
                     renderer.Render(firstRow, std::min(info_.bandRows, info_.height - firstRow), pieces);
+                if (budget_.IsSpent()) break;
                 bytes.clear();
                 sink_.EncodeBand(band, bytes);
                 {
@@ -170,6 +177,8 @@ private:
                 }
                 arrived_.notify_one();
             }
+            const std::lock_guard lock(mutex_);
+            failed_ = true;
         } catch (const std::exception&) {
             Fail();
         }
@@ -179,6 +188,7 @@ private:
 
     const DisplayList& list_;
     const RasterPageInfo& info_;
+    PaintBudget& budget_;
     ORVBandSink& sink_;
     std::string& error_;
     PictureStore pictures_;
@@ -196,8 +206,8 @@ private:
 
 int ORVRowsOfBand(int width) { return std::clamp(kPixelsOfBand / width, kFewestRows, kMostRows); }
 
-int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads, ORVBandSink& sink,
-                 std::string& error) {
+int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads,
+                 PaintBudget& budget, ORVBandSink& sink, std::string& error) {
     const std::size_t bytesOfBand =
         static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bandRows) * kBytesOfPixel;
     const std::size_t affordable = std::max<std::size_t>(kBandMemory / bytesOfBand, 1);
@@ -205,7 +215,7 @@ int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned i
     const auto useful = static_cast<unsigned int>(
         std::min({static_cast<std::size_t>(threads), affordable, static_cast<std::size_t>(bands)}));
     try {
-        return BandPipeline(list, info, sink, error).Run(std::max(useful, 1U));
+        return BandPipeline(list, info, budget, sink, error).Run(std::max(useful, 1U));
     } catch (const std::exception&) {
         ORVNameException(error);
         return kDrawingFailed;

@@ -3,33 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <utility>
 
 #include "generators/raster/curve_flattening.h"
 #include "platform/mathematics/constants.h"
 
 namespace {
 
-// Pixels that painting may touch beyond the end of a row.
-constexpr std::size_t kRowPadding = 16;
-// Of a pixel while it is painted. One is of no use but that four pixels are painted at a time.
-constexpr std::size_t kColourBytes = 4;
-
-/// Exact for all that two bytes multiply to.
-unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
-
-void Blend(std::uint8_t& pixel, unsigned int value, unsigned int alpha) {
-    pixel = static_cast<std::uint8_t>(DivideBy255(pixel * (255 - alpha) + value * alpha));
-}
-
-/// Luminance as it is perceived; white stays white, greys stay what they are.
-std::uint8_t GreyOf(unsigned int red, unsigned int green, unsigned int blue) {
-    return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
-}
-
 ORVMathPoint2D PlaceOf(const RasterGeometry& geometry, const RasterPoint& p) {
     return {geometry.originX + static_cast<double>(p.x), geometry.originY + static_cast<double>(p.y)};
 }
+
+// Work in pixels of one colour.
+constexpr std::uint64_t kOperationWork = 200, kGlyphWork = 50, kLineWork = 20;
+// Work is told to the budget when there is so much of it.
+constexpr std::uint64_t kWorkToTell = std::uint64_t{1} << 24U;
 
 // Pens up to this radius (pixels) do not show the corners of a course that is flat itself.
 constexpr double kFinePen = 0.5;
@@ -42,158 +29,11 @@ constexpr std::uint8_t kDitherOrder[8][8] = {
 
 }  // namespace
 
-/// Paints with one colour on red, green and blue.
-class BandRenderer::SolidColourPaint {
-public:
-    /// Paints on one row.
-    struct Brush {
-        std::uint8_t* row;
-        PixelColour colour;
-        unsigned int opacity;
-
-        void Block(int x, const Lanes& alphas) const {
-            ShortLanes share = InBothHalves(alphas);
-            if (opacity != 255) share = DivideBy255(share * static_cast<std::uint16_t>(opacity));
-            Blend(row + static_cast<std::size_t>(x) * kColourBytes, share);
-        }
-        void Span(int begin, int end, unsigned int alpha) const {
-            std::uint8_t* to = row + static_cast<std::size_t>(begin) * kColourBytes;
-            const std::uint8_t* const last = row + static_cast<std::size_t>(end) * kColourBytes;
-            alpha = DivideBy255(alpha * opacity);
-            if (alpha == 255) {
-                const ShortLanes opaque = colour.Opaque();
-                for (; to < last; to += sizeof opaque) StoreLanes(to, opaque);
-            } else {
-                const ShortLanes share = ShortLanes{} + static_cast<std::uint16_t>(alpha);
-                for (; to < last; to += sizeof share) Blend(to, share);
-            }
-        }
-
-    private:
-        void Blend(std::uint8_t* to, const ShortLanes& share) const {
-            StoreLanes(to, BlendPixels(LoadLanes<ShortLanes>(to), colour, share));
-        }
-    };
-
-    SolidColourPaint(BandRenderer& renderer, const ORVPrintColour& colour)
-        : renderer_(renderer), colour_(colour.red, colour.green, colour.blue), opacity_(colour.opacity) {}
-    Brush BeginRow(int row) { return {renderer_.BeginRow(row), colour_, opacity_}; }
-    void EndRow() {}
-
-private:
-    BandRenderer& renderer_;
-    const PixelColour colour_;
-    const unsigned int opacity_;
-};
-
-/// Paints with one grey.
-class BandRenderer::SolidGreyPaint {
-public:
-    /// Paints on one row.
-    struct Brush {
-        std::uint8_t* row;
-        unsigned int grey, opacity;
-
-        void Block(int x, const Lanes& alphas) const {
-            for (int i = 0; i < 4; ++i) Pixel(x + i, alphas[i]);
-        }
-        void Span(int begin, int end, unsigned int alpha) const {
-            if (alpha == 255 && opacity == 255)
-                std::memset(row + begin, static_cast<int>(grey), static_cast<std::size_t>(end - begin));
-            else
-                for (int x = begin; x < end; ++x) Pixel(x, alpha);
-        }
-
-    private:
-        void Pixel(int x, unsigned int alpha) const { Blend(row[x], grey, DivideBy255(alpha * opacity)); }
-    };
-
-    SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
-        : renderer_(renderer),
-          grey_(GreyOf(colour.red, colour.green, colour.blue)),
-          opacity_(colour.opacity) {}
-    Brush BeginRow(int row) { return {renderer_.BeginRow(row), grey_, opacity_}; }
-    void EndRow() {}
-
-private:
-    BandRenderer& renderer_;
-    const std::uint8_t grey_;
-    const unsigned int opacity_;
-};
-
-/// Collects a row's coverage before it is painted: for pictures and for what is cut off.
-class BandRenderer::AlphaPaint {
-public:
-    AlphaPaint(BandRenderer& renderer, const RasterOperation& operation)
-        : renderer_(renderer), operation_(operation), clip_(renderer.list_.GetClips()[operation.clip]) {
-        renderer.alphas_.resize(static_cast<std::size_t>(renderer.width_) + kRowPadding, 0);
-        alphas_ = renderer.alphas_.data();
-    }
-    AlphaPaint& BeginRow(int row) {
-        row_ = row;
-        begin_ = renderer_.width_;
-        end_ = 0;
-        return *this;
-    }
-    void Block(int x, const Lanes& alphas) {
-        for (int i = 0; i < 4; ++i) alphas_[x + i] = static_cast<std::uint8_t>(alphas[i]);
-        begin_ = std::min(begin_, x);
-        end_ = std::max(end_, x + 4);
-    }
-    void Span(int begin, int end, unsigned int alpha) {
-        std::memset(alphas_ + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
-        begin_ = std::min(begin_, begin);
-        end_ = std::max(end_, end);
-    }
-    void EndRow() {
-        const int begin = std::max(begin_, operation_.left);
-        const int end = std::min({end_, operation_.right, renderer_.width_});
-        if (begin < end && (!operation_.clipped || CutOff(begin, end)))
-            renderer_.BlendRow(operation_, row_, begin, end, alphas_);
-        if (begin_ < end_) std::memset(alphas_ + begin_, 0, static_cast<std::size_t>(end_ - begin_));
-    }
-
-private:
-    /// @return false when nothing is left of the row
-    bool CutOff(int begin, int end) {
-        const double rowShare = std::min(clip_.bottom, row_ + 1.0) - std::max(clip_.top, 1.0 * row_);
-        if (!(rowShare > 0.0)) return false;
-        const auto scale = [&](int x, double share) {
-            const double kept = std::clamp(share * std::min(rowShare, 1.0), 0.0, 1.0);
-            const double wanted = operation_.smooths ? kept : (kept >= 0.5 ? 1.0 : 0.0);
-            alphas_[x] = static_cast<std::uint8_t>(alphas_[x] * wanted + 0.5);
-        };
-        const auto share = [&](int x) {
-            return std::min(clip_.right, x + 1.0) - std::max(clip_.left, 1.0 * x);
-        };
-        if (rowShare < 1.0) {
-            for (int x = begin; x < end; ++x) scale(x, share(x));
-        } else {
-            // Only pixels on the borders are cut into: the operation's columns end with the clip's.
-            scale(begin, share(begin));
-            if (end - 1 > begin) scale(end - 1, share(end - 1));
-        }
-        if (clip_.outline) {
-            const std::uint8_t* mask =
-                renderer_.mask_.data() +
-                static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
-            for (int x = begin; x < end; ++x)
-                alphas_[x] =
-                    static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
-        }
-        return true;
-    }
-
-    BandRenderer& renderer_;
-    const RasterOperation& operation_;
-    const RasterClip& clip_;
-    std::uint8_t* alphas_ = nullptr;
-    int row_ = 0, begin_ = 0, end_ = 0;
-};
-
-BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, RasterPixels pixels, int bandRows)
+BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, PaintBudget& budget,
+                           RasterPixels pixels, int bandRows)
     : list_(list),
       pictures_(pictures),
+      budget_(budget),
       pixels_(pixels),
       width_(list.GetWidth()),
       pixelBytes_(pixels == RasterPixels::kRGB ? kColourBytes : 1),
@@ -204,17 +44,6 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Rast
     rows_.resize(stride_ * rows, 255);
     isDrawn_.resize(rows, 0);
     isWhite_.resize(rows, 1);
-}
-
-std::uint8_t* BandRenderer::BeginRow(int row) {
-    const auto index = static_cast<std::size_t>(row - firstRow_);
-    std::uint8_t* pixels = rows_.data() + index * stride_;
-    if (isDrawn_[index] == 0) {
-        if (isWhite_[index] == 0) std::memset(pixels, 255, stride_);
-        isDrawn_[index] = 1;
-        isWhite_[index] = 0;
-    }
-    return pixels;
 }
 
 RasterBand BandRenderer::Render(int firstRow, int rowCount, std::span<const std::uint32_t> pieces) {
@@ -234,8 +63,18 @@ RasterBand BandRenderer::Render(int firstRow, int rowCount, std::span<const std:
         for (; i < pieces.size() && list_.GetPieces()[pieces[i]].operation == index; ++i)
             AddPiece(operation, list_.GetPieces()[pieces[i]]);
         Paint(operation);
+        coverage_.AddWork(kOperationWork);
+        if (coverage_.GetWork() > kWorkToTell && !TellWork()) break;
     }
+    TellWork();
     return Finish(firstRow, rowCount);
+}
+
+bool BandRenderer::TellWork() {
+    const std::uint64_t work = coverage_.GetWork() + maskCoverage_.GetWork();
+    coverage_.ForgetWork();
+    maskCoverage_.ForgetWork();
+    return budget_.Spend(work);
 }
 
 RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
@@ -343,6 +182,7 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
               bottom = coverage_.GetEndRow() - geometry.originY + 1;
     ORVMathPoint2D current = PlaceOf(geometry, *point);
     FixedPoint from = CoverageBuffer::ToFixed(current.x, current.y);
+    std::uint64_t lines = verbCount;
     const auto lineTo = [&](const ORVMathPoint2D& p) {
         const FixedPoint to = CoverageBuffer::ToFixed(p.x, p.y);
         coverage_.AddLine(from, to);
@@ -363,10 +203,12 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
             from = CoverageBuffer::ToFixed(end.x, end.y);
         } else {
             const ORVMathPoint2D start = current;
-            ORVFlattenCubic(start, control1, control2, end, ORVPiecesOfCubic(start, control1, control2, end),
-                            lineTo);
+            const int pieces = ORVPiecesOfCubic(start, control1, control2, end);
+            ORVFlattenCubic(start, control1, control2, end, pieces, lineTo);
+            lines += static_cast<std::uint64_t>(pieces);
         }
     }
+    coverage_.AddWork(lines * kLineWork);
     if (firstVerb + verbCount == contour.verbCount) lineTo(PlaceOf(geometry, contour.points[0]));
 }
 
@@ -414,7 +256,9 @@ void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphP
     const auto placeOf = [&](const RasterPoint& p) {
         return ORVMathPoint2D{x + static_cast<double>(p.x), y + static_cast<double>(p.y)};
     };
+    coverage_.AddWork(kGlyphWork);
     if (operation.fills) {
+        coverage_.AddWork(glyph.points.size() * kLineWork);
         for (const RasterGlyph::Contour& contour : glyph.contours) {
             const RasterPoint* points = glyph.points.data() + contour.first;
             const ORVMathPoint2D last = placeOf(points[contour.count - 1]);
@@ -466,112 +310,4 @@ void BandRenderer::AddPiece(const RasterOperation& operation, const RasterPiece&
         AddContourStroke(operation, contour);
     else
         AddVerbsStroke(operation, contour, piece);
-}
-
-// ---- Paint ------------------------------------------------------------------------------------------------
-
-void BandRenderer::Paint(const RasterOperation& operation) {
-    const RasterClip& clip = list_.GetClips()[operation.clip];
-    if (operation.clipped && clip.outline) MakeMask(operation, *clip.outline);
-    if (operation.picture && !pictures_.Find(*operation.picture, source_)) source_ = {};
-    if (operation.smooths) {
-        if (operation.evenOdd)
-            PaintWith<CoverageRule::kEvenOdd>(operation);
-        else
-            PaintWith<CoverageRule::kNonZero>(operation);
-    } else {
-        if (operation.evenOdd)
-            PaintWith<CoverageRule::kHardEvenOdd>(operation);
-        else
-            PaintWith<CoverageRule::kHardNonZero>(operation);
-    }
-    source_ = {};
-}
-
-template <CoverageRule kRule>
-void BandRenderer::PaintWith(const RasterOperation& operation) {
-    if (operation.picture || operation.clipped) {
-        AlphaPaint paint(*this, operation);
-        coverage_.Sweep<kRule>(paint);
-    } else if (pixelBytes_ == kColourBytes) {
-        SolidColourPaint paint(*this, operation.colour);
-        coverage_.Sweep<kRule>(paint);
-    } else {
-        SolidGreyPaint paint(*this, operation.colour);
-        coverage_.Sweep<kRule>(paint);
-    }
-}
-
-void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeometry& outline) {
-    /// Writes the coverage of a clip's outline.
-    struct MaskPaint {
-        BandRenderer& renderer;
-        std::uint8_t* row = nullptr;
-        MaskPaint& BeginRow(int y) {
-            row = renderer.mask_.data() +
-                  static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
-            return *this;
-        }
-        void EndRow() {}
-        void Block(int x, const Lanes& alphas) {
-            for (int i = 0; i < 4; ++i) row[x + i] = static_cast<std::uint8_t>(alphas[i]);
-        }
-        void Span(int begin, int end, unsigned int alpha) {
-            std::memset(row + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
-        }
-    };
-    mask_.assign(static_cast<std::size_t>(rowCount_) * maskStride_, 0);
-    CoverageBuffer inside;
-    inside.Resize(width_, rowCount_);
-    inside.SetBand(firstRow_, rowCount_);
-    std::swap(coverage_, inside);
-    for (std::uint32_t i = 0; i < outline.contourCount; ++i)
-        AddContourFill(outline, outline.contours[i], 0, outline.contours[i].verbCount, 0);
-    MaskPaint paint{*this};
-    if (operation.smooths)
-        coverage_.Sweep<CoverageRule::kNonZero>(paint);
-    else
-        coverage_.Sweep<CoverageRule::kHardNonZero>(paint);
-    std::swap(coverage_, inside);
-}
-
-void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin, int end,
-                            std::uint8_t* alphas) {
-    std::uint8_t* pixels = BeginRow(row);
-    const unsigned int opacity = operation.colour.opacity;
-    if (!operation.picture) {
-        const ORVPrintColour& colour = operation.colour;
-        const std::uint8_t grey = GreyOf(colour.red, colour.green, colour.blue);
-        for (int x = begin; x < end; ++x) {
-            const unsigned int alpha = opacity == 255 ? alphas[x] : DivideBy255(alphas[x] * opacity);
-            if (alpha == 0) continue;
-            if (pixelBytes_ == 1) {
-                Blend(pixels[x], grey, alpha);
-                continue;
-            }
-            std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * kColourBytes;
-            Blend(pixel[0], colour.red, alpha);
-            Blend(pixel[1], colour.green, alpha);
-            Blend(pixel[2], colour.blue, alpha);
-        }
-        return;
-    }
-    if (!source_.samples) return;
-    colours_.resize(static_cast<std::size_t>(end - begin) * 4);
-    source_.Read(row, begin, end, colours_.data());
-    const std::uint8_t* from = colours_.data();
-    for (int x = begin; x < end; ++x, from += 4) {
-        const unsigned int alpha = opacity == 255 ? alphas[x] : DivideBy255(alphas[x] * opacity);
-        if (alpha == 0) continue;
-        const unsigned int left = 255 - DivideBy255(from[3] * alpha);
-        const auto mix = [&](std::uint8_t& to, unsigned int value) {
-            to = static_cast<std::uint8_t>(std::min(255U, DivideBy255(to * left + value * alpha)));
-        };
-        if (pixelBytes_ == 1) {
-            mix(pixels[x], GreyOf(from[0], from[1], from[2]));
-            continue;
-        }
-        std::uint8_t* pixel = pixels + static_cast<std::size_t>(x) * kColourBytes;
-        for (int i = 0; i < 3; ++i) mix(pixel[i], from[i]);
-    }
 }

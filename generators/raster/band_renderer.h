@@ -7,25 +7,34 @@
 #include "generators/raster/ORVBandSink.h"
 #include "generators/raster/coverage_buffer.h"
 #include "generators/raster/display_list.h"
+#include "generators/raster/paint_budget.h"
 #include "generators/raster/picture_store.h"
 #include "generators/raster/stroke_outline.h"
 
 /// Draws bands of a page. One thread has one of its own.
 class BandRenderer {
 public:
-    /// @param list, pictures  must outlive the renderer
-    BandRenderer(const DisplayList& list, PictureStore& pictures, RasterPixels pixels, int bandRows);
+    /// @param list, pictures, budget  must outlive the renderer
+    BandRenderer(const DisplayList& list, PictureStore& pictures, PaintBudget& budget, RasterPixels pixels,
+                 int bandRows);
 
-    /// Draws the rows [firstRow, firstRow + rowCount).
+    /// Draws the rows [firstRow, firstRow + rowCount); something is missing when the budget is spent.
     /// @param pieces  those that touch the band, in drawing order
     /// @return the band; valid until the next call
     RasterBand Render(int firstRow, int rowCount, std::span<const std::uint32_t> pieces);
 
 private:
+    // Pixels that painting may touch beyond the end of a row.
+    static constexpr std::size_t kRowPadding = 16;
+    // Of a pixel while it is painted. One is of no use but that four pixels are painted at a time.
+    static constexpr std::size_t kColourBytes = 4;
+
     class SolidColourPaint;
     class SolidGreyPaint;
     class AlphaPaint;
 
+    /// @return false when the budget is spent
+    bool TellWork();
     void AddPiece(const RasterOperation& operation, const RasterPiece& piece);
     void AddContourFill(const RasterGeometry& geometry, const RasterContour& contour, std::uint32_t firstVerb,
                         std::uint32_t verbCount, std::uint32_t firstPoint);
@@ -40,8 +49,12 @@ private:
     void Paint(const RasterOperation& operation);
     template <CoverageRule kRule>
     void PaintWith(const RasterOperation& operation);
+    std::uint64_t WorkOfPixel(const RasterOperation& operation) const;
     void MakeMask(const RasterOperation& operation, const RasterGeometry& outline);
     void BlendRow(const RasterOperation& operation, int row, int begin, int end, std::uint8_t* alphas);
+    void BlendColour(const ORVPrintColour& colour, std::uint8_t* pixels, int begin, int end,
+                     const std::uint8_t* alphas) const;
+    void BlendPicture(std::uint8_t* pixels, int begin, int end, const std::uint8_t* alphas) const;
 
     std::uint8_t* BeginRow(int row);
     RasterBand Finish(int firstRow, int rowCount);
@@ -50,6 +63,7 @@ private:
 
     const DisplayList& list_;
     PictureStore& pictures_;
+    PaintBudget& budget_;
     const RasterPixels pixels_;
     const int width_;
     const std::size_t pixelBytes_;
@@ -64,6 +78,8 @@ private:
     std::vector<std::uint8_t> rows_;
     std::vector<std::uint8_t> isDrawn_;  // something was drawn on the row
     std::vector<std::uint8_t> isWhite_;  // the row's memory is white
-    std::vector<std::uint8_t> alphas_, colours_, mask_, bits_;
+    std::vector<std::uint8_t> alphas_, colours_, bits_;
+    std::vector<std::uint8_t> mask_;  // of the present clip, with what makes it; empty until there is one
+    CoverageBuffer maskCoverage_;
     PictureSource source_;
 };

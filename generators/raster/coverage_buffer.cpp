@@ -109,10 +109,12 @@ inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words,
 inline void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right,
                                     int height, int sign, double steepness) {
     const int first = left >> kSubpixelBits, last = right >> kSubpixelBits;
-    const auto add = [cells, sign](int cell, int part, int twiceMiddle) {
+    // What a cell leaves to the next one is not taken from memory, where it would have to be waited for.
+    std::uint32_t carried = 0;
+    const auto add = [&](int cell, int part, int twiceMiddle) {
         const int area = part * twiceMiddle;
-        cells[cell] += Winding(sign * (part * 2 * kOne - area));
-        cells[cell + 1] += Winding(sign * area);
+        cells[cell] += carried + Winding(sign * (part * 2 * kOne - area));
+        carried = Winding(sign * area);
     };
     int done = 0, from = left & kSubpixelMask;
     double across = kOne - from;
@@ -122,6 +124,7 @@ inline void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, 
         done = reached;
     }
     add(last, height - done, from + (right & kSubpixelMask));
+    cells[last + 1] += carried;
     Touch(words, first, last + 1);
 }
 
@@ -136,7 +139,9 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
     const int width = std::abs(to.x - from.x), height = to.y - from.y;
     // Always from the edge's own ends, so that all bands find the same places.
     const double steepness = width == 0 ? 0.0 : static_cast<double>(height) / width;
+    work_ += static_cast<std::uint64_t>(kCellWork * (lastRow - firstRow + 1));
     if (firstRow == lastRow && yEnd - yBegin == height) {
+        work_ += static_cast<std::uint64_t>(kCellWork * (width >> kSubpixelBits));
         const int left = std::min(from.x, to.x);
         if (width <= kOne)
             AddSteep(cells, words, left, left + width, height, sign, steepness);
@@ -152,6 +157,7 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
     };
     const auto addRows = [&](auto add) {
         int x = placeAt(yBegin), y = yBegin;
+        work_ += static_cast<std::uint64_t>(kCellWork * (std::abs(placeAt(yEnd) - x) >> kSubpixelBits));
         for (int row = firstRow; row <= lastRow; ++row, cells += cellStride_, words += wordStride_) {
             const int yNext = std::min(yEnd, (row + 1) << kSubpixelBits);
             const int xNext = placeAt(yNext);

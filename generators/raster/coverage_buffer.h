@@ -38,6 +38,10 @@ public:
     /// Looks at these columns and rows of the band only, [left, right) and [top, bottom); the buffer is
     /// clean. What lies left of the window winds around its rows, as what lies left of the page does.
     void SetWindow(int left, int top, int right, int bottom);
+    /// Notes work, in the time that a pixel of one colour takes. Edges and sweeps note theirs.
+    void AddWork(std::uint64_t pixels) { work_ += pixels; }
+    std::uint64_t GetWork() const { return work_; }
+    void ForgetWork() { work_ = 0; }
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }
     int GetPageWidth() const { return pageWidth_; }
@@ -73,6 +77,9 @@ private:
     static constexpr int kWordShift = 8;       // a word for 256
     static constexpr int kFullArea = 1 << 17;  // of a cell: 256 rows times 2 x 256 columns
 
+    // Work in pixels of one colour.
+    static constexpr int kBlockWork = 16, kCellWork = 40;
+
     static int ToFixed(double value) {
         // The comparison is written so that what is no number becomes one.
         const double pulled = value > -kFarthest ? std::min(value, kFarthest) : -kFarthest;
@@ -105,11 +112,13 @@ private:
         std::uint64_t* words = words_.data() + index * wordStride_;
         const int firstX = left_ >> 8;
         Lanes sum{};  // of the row so far, in all lanes
-        int x = 0;
+        int x = 0, work = 0;
         const auto spanTo = [&](int end) {
             if (sum[0] == 0) return;
-            if (const unsigned int alpha = Alphas<kRule>(sum)[0]; alpha != 0)
+            if (const unsigned int alpha = Alphas<kRule>(sum)[0]; alpha != 0) {
                 brush.Span(firstX + x, firstX + end, alpha);
+                work += end - x;
+            }
         };
         for (int word = 0; word < static_cast<int>(wordStride_); ++word) {
             std::uint64_t bits = words[word];
@@ -124,9 +133,11 @@ private:
                 brush.Block(firstX + begin, Alphas<kRule>(sum));
                 sum = LastOfAll(sum);
                 x = begin + kBlock;
+                work += kBlockWork;
             }
         }
         if (x < width_) spanTo(width_);
+        work_ += static_cast<std::uint64_t>(work);
     }
 
     void SetWindowColumns(int left, int right);
@@ -145,6 +156,7 @@ private:
     int width_ = 0, firstRow_ = 0, endRow_ = 0;
     int left_ = 0, right_ = 0, top_ = 0,
         bottom_ = 0;  // FixedPoint units; the right border counted from the left
+    std::uint64_t work_ = 0;
     int firstTouched_ = 1 << 30, lastTouched_ = -1;
     std::size_t cellStride_ = 0, wordStride_ = 0;
     // Sums may run over where thousands of windings lie on each other: unsigned, that is defined.

@@ -39,6 +39,11 @@ int PixelOf(double value) {
         std::floor(value > -kDeviceLimit * 2 ? std::min(value, kDeviceLimit * 2) : -kDeviceLimit * 2));
 }
 
+bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
+    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
+           a.dy == b.dy;
+}
+
 bool IsGreyColour(const ORVPrintColour& colour) {
     return colour.red == colour.green && colour.green == colour.blue;
 }
@@ -414,8 +419,7 @@ const StrokePen* DisplayList::KeepPen(const ORVPrintStroke& stroke, const ORVMat
     const auto same = [&](const KeptPen& kept) {
         return kept.stroke.width == stroke.width && kept.stroke.cap == stroke.cap &&
                kept.stroke.join == stroke.join && kept.stroke.miterLimit == stroke.miterLimit &&
-               kept.map.m11 == linear.m11 && kept.map.m12 == linear.m12 && kept.map.m21 == linear.m21 &&
-               kept.map.m22 == linear.m22 &&
+               IsSameMap(kept.map, linear) &&
                std::equal(kept.dashes.begin(), kept.dashes.end(), stroke.dashes.begin(), stroke.dashes.end());
     };
     const auto end = pens_.size() > kPensToCompare ? pens_.rbegin() + kPensToCompare : pens_.rend();
@@ -431,8 +435,10 @@ const StrokePen* DisplayList::KeepPen(const ORVPrintStroke& stroke, const ORVMat
 
 const RasterPicture* DisplayList::KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
                                               bool repeats) {
-    if (repeats && !pictures_.empty() && pictures_.back().image.get() == &image && pictures_.back().repeats)
-        return &pictures_.back();  // the map of a pattern comes from its image
+    // Patterns often paint one shape after the other.
+    if (repeats && !pictures_.empty() && pictures_.back().repeats && pictures_.back().image.get() == &image &&
+        IsSameMap(pictures_.back().toDevice, toDevice))
+        return &pictures_.back();
     pictures_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats});
     return &pictures_.back();
 }

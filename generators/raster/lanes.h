@@ -9,6 +9,11 @@ using Lanes [[gnu::vector_size(16)]] = std::uint32_t;
 using SignedLanes [[gnu::vector_size(16)]] = std::int32_t;
 using ShortLanes [[gnu::vector_size(16)]] = std::uint16_t;
 
+using ByteLanes [[gnu::vector_size(16)]] = std::uint8_t;
+using LongLanes [[gnu::vector_size(16)]] = std::uint64_t;
+using DoubleLanes [[gnu::vector_size(16)]] = double;
+using FloatLanes [[gnu::vector_size(16)]] = float;
+
 template <class Vector>
 Vector LoadLanes(const void* from) {
     Vector lanes;
@@ -34,6 +39,39 @@ inline Lanes RunningSum(Lanes lanes) {
 
 inline Lanes LastOfAll(const Lanes& lanes) { return __builtin_shufflevector(lanes, lanes, 3, 3, 3, 3); }
 
+/// The bytes of two pixels, each as a short number.
+inline ShortLanes WidenBytes(std::uint32_t first, std::uint32_t second) {
+    const auto bytes = std::bit_cast<ByteLanes>(Lanes{first, second});
+    return std::bit_cast<ShortLanes>(
+        __builtin_shufflevector(bytes, ByteLanes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
+}
+inline SignedLanes LowHalf(const ShortLanes& lanes) {
+    return std::bit_cast<SignedLanes>(__builtin_shufflevector(lanes, ShortLanes{}, 0, 8, 1, 9, 2, 10, 3, 11));
+}
+inline SignedLanes HighHalf(const ShortLanes& lanes) {
+    return std::bit_cast<SignedLanes>(
+        __builtin_shufflevector(lanes, ShortLanes{}, 4, 12, 5, 13, 6, 14, 7, 15));
+}
+
+/// The lanes of `value` where a comparison is true, else 0.
+template <class Mask>
+DoubleLanes Where(const Mask& mask, const DoubleLanes& value) {
+    return std::bit_cast<DoubleLanes>(std::bit_cast<LongLanes>(mask) & std::bit_cast<LongLanes>(value));
+}
+
+inline FloatLanes ToFloat(const SignedLanes& lanes) { return __builtin_convertvector(lanes, FloatLanes); }
+/// Without the fractions.
+inline SignedLanes ToWhole(const FloatLanes& lanes) { return __builtin_convertvector(lanes, SignedLanes); }
+
+/// The lowest byte of each lane, in their order; the other bytes must be zero.
+inline std::uint32_t PackBytes(const Lanes& lanes) {
+    const auto halves = std::bit_cast<LongLanes>(lanes);
+    const auto two = [](std::uint64_t half) {
+        return static_cast<std::uint32_t>((half | half >> 24) & 0xFFFF);
+    };
+    return two(halves[0]) | two(halves[1]) << 16;
+}
+
 /// Exact, rounded, for all that two bytes multiply to.
 inline ShortLanes DivideBy255(const ShortLanes& value) {
     const ShortLanes rounded = value + 128;
@@ -42,6 +80,13 @@ inline ShortLanes DivideBy255(const ShortLanes& value) {
 
 /// A number for each of four pixels, twice as a short one: for two bytes of a pixel at a time.
 inline ShortLanes InBothHalves(const Lanes& lanes) { return std::bit_cast<ShortLanes>(lanes | lanes << 16); }
+
+/// Four bytes, a lane for each.
+inline Lanes LoadBytes(const std::uint8_t* from) {
+    std::uint32_t bytes = 0;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return std::bit_cast<Lanes>(LowHalf(WidenBytes(bytes, 0)));
+}
 
 static_assert(std::endian::native == std::endian::little,
               "two bytes of a pixel are a number, the first its lower half");
@@ -62,5 +107,13 @@ inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colou
     const ShortLanes left = 255 - alphas;
     const ShortLanes even = DivideBy255((pixels & 0xFF) * left + colour.even * alphas);
     const ShortLanes odd = DivideBy255((pixels >> 8) * left + colour.odd * alphas);
+    return even | odd << 8;
+}
+
+/// Lays four premultiplied pixels, each with an alpha of its own besides, over four others.
+inline ShortLanes LayOver(const ShortLanes& pixels, const ShortLanes& over, const ShortLanes& alphas) {
+    const ShortLanes left = 255 - DivideBy255(InBothHalves(std::bit_cast<Lanes>(over) >> 24) * alphas);
+    const ShortLanes even = DivideBy255((pixels & 0xFF) * left + (over & 0xFF) * alphas);
+    const ShortLanes odd = DivideBy255((pixels >> 8) * left + (over >> 8) * alphas);
     return even | odd << 8;
 }

@@ -16,6 +16,13 @@ constexpr double kOvershoot = 0.05;
 constexpr double kGentleTurn = 1.9;
 // Dashes of a shorter period (pixels) look like a solid line.
 constexpr double kShortestDashPeriod = 0.1;
+// Dashes of a period below this (pixels) are not told apart.
+constexpr double kFineDashPeriod = 1.0;
+// What round caps leave of a gap, at the border of a line, cannot be seen when it is no deeper than this
+// (pixels).
+constexpr double kShallowest = 1.0 / 256.0;
+// Work in pixels of one colour.
+constexpr std::uint64_t kArcPointWork = 50, kPointWork = 100, kSegmentWork = 400;
 // No pen is wider (pixels); coordinates beyond are of no page.
 constexpr double kWidestPen = 2'000'000.0;
 // Lines thinner than this part of the thinnest one were asked for as the thinnest there are.
@@ -38,6 +45,21 @@ void FindAxes(const ORVMathAffine2D& map, double& longer, double& shorter) {
     const double difference = std::hypot(map.m11 - map.m22, map.m21 + map.m12);
     longer = (sum + difference) / 2.0;
     shorter = std::fabs(sum - difference) / 2.0;
+}
+
+/// True when the caps of dashes cover the gaps between them.
+/// @param scale  pixels in a unit of the dashes, at most
+bool CapsCoverGaps(const StrokePen& pen, std::span<const double> dashes, double scale) {
+    double longest = 0.0;
+    for (std::size_t i = 1; i < dashes.size(); i += 2) longest = std::max(longest, dashes[i]);
+    switch (pen.cap) {
+        case ORVPrintStroke::Cap::kButt: return false;
+        case ORVPrintStroke::Cap::kSquare: return longest <= 2.0 * pen.halfWidth;
+        // Two circles that far apart meet that much inside of the border.
+        case ORVPrintStroke::Cap::kRound:
+            return longest * longest * scale <= 8.0 * kShallowest * pen.halfWidth;
+    }
+    return false;
 }
 
 bool HasGaps(std::span<const double> dashes) {
@@ -96,6 +118,9 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
         for (double& end : dashEnds) end *= scale;
         pen.dashPeriod = period * scale;
         pen.dashEnds = dashEnds;
+        pen.isFine = period * dashScale < kFineDashPeriod;
+        pen.hidesGaps =
+            scale == 1.0 && stroke.dashes.size() % 2 == 0 && CapsCoverGaps(pen, stroke.dashes, longer);
     }
     return pen;
 }
@@ -179,7 +204,13 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
 
 void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle,
                             FixedPoint start, FixedPoint end) {
+    if (center.y + pen_->radius < coverage_.GetFirstRow() - 1.0 ||
+        center.y - pen_->radius > coverage_.GetEndRow() + 1.0) {
+        AddEdge(start, end);  // no part of it lies in the band
+        return;
+    }
     const int steps = std::max(1, static_cast<int>(std::ceil(std::fabs(angle) / pen_->roundStep)));
+    coverage_.AddWork(static_cast<std::uint64_t>(steps) * kArcPointWork);
     const double cosine = std::cos(angle / steps), sine = std::sin(angle / steps);
     ORVMathVector2D spoke = from * pen_->halfWidth;
     FixedPoint last = start;
@@ -249,6 +280,7 @@ void StrokeOutliner::AddDot(const ORVMathPoint2D& center, const ORVMathVector2D&
 
 void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std::size_t last) {
     if (first >= last) return;
+    coverage_.AddWork((last - first) * kSegmentWork);
     const std::size_t segmentCount = course.points.size() - 1;
     const std::size_t begin = first > 0 ? first - 1 : 0, end = std::min(last + 1, segmentCount);
     MakeSegments(course, begin, end);
@@ -297,8 +329,11 @@ void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
         return;
     }
     if (pen_->IsDashed()) {
-        AddDashes(course, closed);
-        return;
+        if (!ShowsAsSolid(course)) {
+            AddDashes(course, closed);
+            return;
+        }
+        if (!closed) EndWithLastDash(course);
     }
     const std::size_t count = points.size();
     if (!closed) {
@@ -313,8 +348,52 @@ void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
     AddPart(course, 1, count + 1);
 }
 
-bool StrokeOutliner::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, double& begin,
-                                 double& end) const {
+bool StrokeOutliner::ShowsAsSolid(const StrokeCourse& course) const {
+    if (!pen_->hidesGaps) return false;
+    // A corner in a gap has no join, which shows unless the join is like the caps.
+    const bool joinsAreCaps =
+        pen_->cap == ORVPrintStroke::Cap::kRound && pen_->join == ORVPrintStroke::Join::kRound;
+    return pen_->isFine || joinsAreCaps || course.points.size() == 2;
+}
+
+void StrokeOutliner::EndWithLastDash(StrokeCourse& course) const {
+    const ORVMathPoint2D from = course.points[course.points.size() - 2];
+    ORVMathPoint2D& to = course.points.back();
+    double length = 0.0, last = 0.0;
+    for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
+        const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
+        const ORVMathAffine2D& inverse = pen_->fromDevice;
+        last = std::hypot(inverse.m11 * (b.x - a.x) + inverse.m12 * (b.y - a.y),
+                          inverse.m21 * (b.x - a.x) + inverse.m22 * (b.y - a.y));
+        length += last;
+    }
+    double period = 0.0;
+    std::size_t entry = 0;
+    FindInPattern(length, period, entry);
+    if (entry % 2 == 0) return;
+    const double gap = length - (period * pen_->dashPeriod + pen_->dashEnds[entry - 1]);
+    if (gap > 0.0 && gap < last) to = Mix(from, to, 1.0 - gap / last);
+}
+
+void StrokeOutliner::FindInPattern(double at, double& period, std::size_t& entry) const {
+    const std::span<const double> ends = pen_->dashEnds;
+    period = std::floor(at / pen_->dashPeriod);
+    const double rest = at - period * pen_->dashPeriod;
+    entry = 0;
+    // A first dash without length is one, too.
+    while (at > 0.0 && entry + 1 < ends.size() && ends[entry] <= rest) ++entry;
+}
+
+ORVMathVector2D StrokeOutliner::ReachOfDash(const ORVMathVector2D& direction) const {
+    if (pen_->cap == ORVPrintStroke::Cap::kRound) return {pen_->radius + 1.0, pen_->radius + 1.0};
+    const ORVMathVector2D offset = ToDevice(LeftOf(direction) * pen_->halfWidth);
+    const double isSquare = pen_->cap == ORVPrintStroke::Cap::kSquare ? 1.0 : 0.0;
+    const ORVMathVector2D ahead = ToDevice(direction * (pen_->halfWidth * isSquare));
+    return {std::fabs(offset.x) + std::fabs(ahead.x) + 1.0, std::fabs(offset.y) + std::fabs(ahead.y) + 1.0};
+}
+
+bool StrokeOutliner::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to,
+                                 const ORVMathVector2D& reach, double& begin, double& end) const {
     begin = 0.0;
     end = 1.0;
     const auto cut = [&](double start, double step, double least, double most) {
@@ -324,9 +403,8 @@ bool StrokeOutliner::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2
         end = std::min(end, std::max(a, b));
         return begin <= end;
     };
-    return cut(from.y, to.y - from.y, coverage_.GetFirstRow() - pen_->reach,
-               coverage_.GetEndRow() + pen_->reach) &&
-           cut(from.x, to.x - from.x, -pen_->reach, coverage_.GetPageWidth() + pen_->reach);
+    return cut(from.y, to.y - from.y, coverage_.GetFirstRow() - reach.y, coverage_.GetEndRow() + reach.y) &&
+           cut(from.x, to.x - from.x, -reach.x, coverage_.GetPageWidth() + reach.x);
 }
 
 void StrokeOutliner::AddDash(const ORVMathVector2D& direction) {
@@ -341,6 +419,7 @@ void StrokeOutliner::AddDashes(StrokeCourse& course, bool closed) {
     if (closed) course.Add(ORVMathPoint2D(course.points.front()), false);
     const std::span<const double> ends = pen_->dashEnds;
     const ORVMathAffine2D& inverse = pen_->fromDevice;
+    coverage_.AddWork(course.points.size() * kPointWork);
     dash_.Clear();
     firstDash_.Clear();
 
@@ -367,20 +446,12 @@ void StrokeOutliner::AddDashes(StrokeCourse& course, bool closed) {
         direction = v * (1.0 / length);
         const double segmentEnd = distance + length;
         double visibleBegin = 0.0, visibleEnd = 0.0;
-        const bool isVisible = VisiblePart(a, b, visibleBegin, visibleEnd);
+        const bool isVisible = VisiblePart(a, b, ReachOfDash(direction), visibleBegin, visibleEnd);
         if (isOpen) dash_.Add(a, course.smooth[i] != 0);
 
-        // Position in the pattern: the period and the entry that `at` lies in.
-        const auto locate = [&](double at, double& period, std::size_t& entry) {
-            period = std::floor(at / pen_->dashPeriod);
-            const double rest = at - period * pen_->dashPeriod;
-            entry = 0;
-            // A first dash without length is one, too.
-            while (at > 0.0 && entry + 1 < ends.size() && ends[entry] <= rest) ++entry;
-        };
         double period = 0.0;
         std::size_t entry = 0;
-        locate(distance, period, entry);
+        FindInPattern(distance, period, entry);
         if (isOpen && entry % 2 == 1) finish();  // it ended on the corner
         double at = distance;
         while (true) {

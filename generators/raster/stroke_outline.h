@@ -21,6 +21,8 @@ struct StrokePen {
     double gentleTurn = 1.9;               ///< 1 + the cosine of the turns in curves whose borders just meet
     double roundStep = 1.0;                ///< radians between the points of a round cap or join
     double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
+    bool isFine = false;                   ///< the dashes are finer than pixels
+    bool hidesGaps = false;                ///< caps cover the gaps of dashes, as far as pixels can show
     std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
 
     bool IsDashed() const { return dashPeriod > 0.0; }
@@ -92,7 +94,12 @@ private:
     void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
     void AddDashes(StrokeCourse& course, bool closed);
     void AddDash(const ORVMathVector2D& direction);
-    bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, double& begin, double& end) const;
+    bool ShowsAsSolid(const StrokeCourse& course) const;
+    void EndWithLastDash(StrokeCourse& course) const;
+    bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& reach,
+                     double& begin, double& end) const;
+    ORVMathVector2D ReachOfDash(const ORVMathVector2D& direction) const;
+    void FindInPattern(double at, double& period, std::size_t& entry) const;
 
     void AddEdge(FixedPoint from, FixedPoint to) {
         if (reversed_)

@@ -33,7 +33,7 @@ _orvprint() {
         -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
-            repeats= pages= page-pixels= output-pixels= output-bytes= memory=" ;;
+            repeats= pages= page-pixels= output-pixels= output-bytes= painted-pixels= memory=" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
             ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;

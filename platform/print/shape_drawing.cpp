@@ -3,6 +3,7 @@
 #include <cmath>
 #include <type_traits>
 
+#include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/drawing_budget.h"
 #include "platform/print/ellipse_frame.h"
 #include "platform/print/text_placement.h"

@@ -41,6 +41,7 @@ constexpr std::array<Row, kPrintLimitCount> kRows{{
     {ORVPrintLimit::kOutputPixels, "output-pixels", 1000 * kBillion, 20 * kBillion, kMost,
      "pixels on all pages"},
     {ORVPrintLimit::kOutputBytes, "output-bytes", kMost, 2048 * kMebibyte, kMost, "bytes of output"},
+    {ORVPrintLimit::kPaintedPixels, "painted-pixels", kMost, 200 * kBillion, kMost, "pixels to paint"},
     {ORVPrintLimit::kMemory, "memory", kMost, 900 * kMebibyte, kMost, "bytes of memory"},
 }};
 

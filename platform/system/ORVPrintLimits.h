@@ -60,12 +60,16 @@ enum class ORVPrintLimit : std::uint8_t {
     /// Bytes of one output, and of the temporary data that it grows in. A small image of noise that is stretched
     /// over a large page hardly compresses: 17 kilobytes become 92 megabytes at 300 dots an inch.
     kOutputBytes,
+    /// Pixels that are painted for all pages of one output of pixels, those on top of each other each time;
+    /// what takes longer than a pixel of one colour counts as so many more. A hundred for every pixel of the pages
+    /// besides. A thousand lines as wide as the page, millions of dashes, images over images.
+    kPaintedPixels,
     /// Bytes of memory that the command takes; 32 more for every byte of inputs past 32 MiB, as they are
     /// stored. A million lines, each with markers in colours of its own, are within every other limit and
     /// gigabytes all the same. A host has means of its own: in a library, this limit has no effect.
     kMemory,
 };
-inline constexpr std::size_t kPrintLimitCount = 19;
+inline constexpr std::size_t kPrintLimitCount = 20;
 
 /// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
 /// while documents are read is safe, and which of them see it is open.

@@ -69,6 +69,22 @@ TEST_F(LimitsToolTest, AreListed) {
     }
 }
 
+TEST_F(LimitsToolTest, PaintingForPixelsIsBounded) {
+    const std::string large = "<rect width='100' height='100' fill='red'/>";
+    WriteFile("a.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'>" +
+                           Repeat(large, 300) + "</svg>");
+    for (const std::string format : {"png", "tiff", "pwg"}) {
+        const ToolRun run = Run({"a.svg", "-o", "a." + format, "--limit", "painted-pixels=1000"});
+        EXPECT_EQ(run.exitCode, 9);
+        EXPECT_EQ(
+            run.errors,
+            "orvprint: a.svg: has more than 1000 pixels to paint, which is the limit; if that is meant, "
+            "raise it with --limit painted-pixels=N\n");
+    }
+    EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit", "painted-pixels=1000"}).exitCode, 0);
+    EXPECT_EQ(Run({"a.svg", "-o", "a.png"}).exitCode, 0);
+}
+
 TEST_F(LimitsToolTest, AreSetByName) {
     WriteFile("a.svg", SmallDrawing(kLeaf + kLeaf));
     EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit", "primitives=3"}).exitCode, 0);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -46,6 +47,23 @@ TEST(FitPathToRangeTest, CutsLinesWithoutBendingThem) {
     EXPECT_NEAR(fitted.points[0].x, -100.0, 1e-6);
     EXPECT_NEAR(fitted.points[0].y, fitted.points[0].x, 1e-6);
     EXPECT_NEAR(fitted.points[1].x, 100.0, 1e-6);
+}
+
+TEST(FitPathToRangeTest, LinesThatLeaveAndReturnAreTwo) {
+    ORVPrintPath path, storage;
+    path.MoveTo({0.0, 0.0});
+    path.LineTo({300.0, 0.0});  // out on the right
+    path.LineTo({300.0, 50.0});
+    path.LineTo({0.0, 50.0});  // and in again
+    const ORVPrintPath& fitted = FitPathToRange(path, {}, 100.0, PathUse::kStroke, storage);
+    using Verb = ORVPrintPath::Verb;
+    EXPECT_EQ(fitted.verbs, (std::vector<Verb>{Verb::kMove, Verb::kLine, Verb::kMove, Verb::kLine}));
+    const std::vector<ORVMathPoint2D> expected{{0.0, 0.0}, {100.0, 0.0}, {100.0, 50.0}, {0.0, 50.0}};
+    ASSERT_EQ(fitted.points.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_NEAR(fitted.points[i].x, expected[i].x, 1e-9) << i;
+        EXPECT_NEAR(fitted.points[i].y, expected[i].y, 1e-9) << i;
+    }
 }
 
 TEST(FitPathToRangeTest, DropsLinesThatAreFarOff) {

@@ -1,5 +1,6 @@
 #include "generators/pwg/ORVPwgGenerator.h"
 
+#include <cups/cups.h>
 #include <cups/raster.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +12,7 @@
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
 #include "tests/generators/drawing_calls.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -80,8 +82,8 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
     for (const StoredPage& page : pages) {
         EXPECT_EQ(page.header.HWResolution[0], 180U);
         EXPECT_EQ(page.header.HWResolution[1], 180U);
-        EXPECT_EQ(page.header.cupsWidth, 1489U);  // 210 mm
-        EXPECT_EQ(page.header.cupsHeight, 2105U);
+        EXPECT_EQ(page.header.cupsWidth, 1488U);  // 210 mm, without the fraction
+        EXPECT_EQ(page.header.cupsHeight, 2104U);
         EXPECT_EQ(page.header.PageSize[0], 595U);
         EXPECT_EQ(page.header.PageSize[1], 842U);
         EXPECT_STREQ(page.header.cupsPageSizeName, "iso_a4_210x297mm");
@@ -91,8 +93,42 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
         EXPECT_EQ(page.rows[25][3 * 3 + 1], 200);
         EXPECT_EQ(page.rows[25][3 * 3], 0);
         EXPECT_EQ(page.rows[25][0], 255);
-        EXPECT_EQ(page.rows[2104][1488 * 3], 255);
+        EXPECT_EQ(page.rows[2103][1487 * 3], 255);
     }
+}
+
+struct MediumCase {
+    const char* name;
+    const char* medium;  // as the print system calls it
+};
+class PwgMediumTest : public testing::TestWithParam<MediumCase> {};
+TEST_P(PwgMediumTest, HasThePixelsOfItsOwnPageHeader) {
+    const pwg_media_t* medium = pwgMediaForPWG(GetParam().medium);
+    ASSERT_NE(medium, nullptr);
+    const auto userUnits = [](int hundredths) { return hundredths / 100.0 * kUnitsPerMillimetre; };
+    const auto pages =
+        Read(Draw(ORVColourMode::kColour, userUnits(medium->width), userUnits(medium->length)));
+    ASSERT_EQ(pages.size(), 1U);
+    cups_page_header2_t expected;
+    std::memset(&expected, 0, sizeof expected);
+    ASSERT_EQ(cupsRasterInitPWGHeader(&expected, pwgMediaForPWG(GetParam().medium), "srgb_8", 180, 180,
+                                      nullptr, nullptr),
+              1);
+    EXPECT_EQ(pages[0].header.cupsWidth, expected.cupsWidth);
+    EXPECT_EQ(pages[0].header.cupsHeight, expected.cupsHeight);
+    EXPECT_STREQ(pages[0].header.cupsPageSizeName, expected.cupsPageSizeName);
+}
+INSTANTIATE_TEST_SUITE_P(Pwg, PwgMediumTest,
+                         testing::Values(MediumCase{"A4", "iso_a4_210x297mm"},
+                                         MediumCase{"A6", "iso_a6_105x148mm"},
+                                         MediumCase{"Letter", "na_letter_8.5x11in"}),
+                         kNameOfRow);
+
+TEST(ORVPwgGeneratorTest, TinyPagesHaveAPixel) {
+    const auto pages = Read(Draw(ORVColourMode::kColour, 0.1, 0.1));
+    ASSERT_EQ(pages.size(), 1U);
+    EXPECT_EQ(pages[0].header.cupsWidth, 1U);
+    EXPECT_EQ(pages[0].header.cupsHeight, 1U);
 }
 
 TEST(ORVPwgGeneratorTest, GreyAndBlackAreColourSpacesOfTheirOwn) {
@@ -100,8 +136,8 @@ TEST(ORVPwgGeneratorTest, GreyAndBlackAreColourSpacesOfTheirOwn) {
     ASSERT_EQ(grey.size(), 1U);
     EXPECT_EQ(grey[0].header.cupsColorSpace, CUPS_CSPACE_SW);
     EXPECT_EQ(grey[0].header.cupsBitsPerPixel, 8U);
-    EXPECT_EQ(grey[0].header.cupsWidth, 202U);
-    EXPECT_EQ(grey[0].header.cupsHeight, 154U);
+    EXPECT_EQ(grey[0].header.cupsWidth, 201U);
+    EXPECT_EQ(grey[0].header.cupsHeight, 153U);
     EXPECT_EQ(grey[0].rows[25][3], 117);  // 200 * 150 / 256
     EXPECT_EQ(grey[0].rows[5][3], 0);
 

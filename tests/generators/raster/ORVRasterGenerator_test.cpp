@@ -8,6 +8,7 @@
 
 #include "generators/common/generator_status.h"
 #include "tests/generators/raster/pixel_page.h"
+#include "tests/support/named_rows.h"
 
 namespace {
 
@@ -214,6 +215,41 @@ TEST(ORVRasterGeneratorTest, PatternsRepeatFromThePageOrigin) {
     EXPECT_EQ(page.Colour(2, 1), 0xFFFFFFU);
     EXPECT_EQ(page.Colour(3, 1), 0x00FF00U);
     EXPECT_EQ(page.Colour(4, 1), 0xFF0000U);
+}
+
+TEST(ORVRasterGeneratorTest, PatternsFollowTheMapOfEachShape) {
+    // The same tile, moved by one pixel for the second shape.
+    const std::uint8_t pixels[]{255, 0, 0, 255, 0, 0, 255, 255};
+    const ORVRef<ORVPixelImage> tile(ORVPixelImage::CreateFromPixels(2, 1, pixels));
+    PixelPage page(20.0, 20.0);
+    for (const double shift : {0.0, 1.0}) {
+        ORVPrintFill fill;
+        fill.pattern = tile.get();
+        fill.patternToPage = ORVMathAffine2D::Translation(shift, 0.0);
+        ORVPrintPath path;
+        path.MoveTo({0.0, shift * 10.0});
+        path.LineTo({20.0, shift * 10.0});
+        path.LineTo({20.0, shift * 10.0 + 10.0});
+        path.LineTo({0.0, shift * 10.0 + 10.0});
+        path.Close();
+        EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+    }
+    page.Finish();
+    EXPECT_EQ(page.Colour(4, 5), 0xFF0000U);
+    EXPECT_EQ(page.Colour(5, 5), 0x0000FFU);
+    EXPECT_EQ(page.Colour(4, 15), 0x0000FFU);
+    EXPECT_EQ(page.Colour(5, 15), 0xFF0000U);
+}
+
+TEST(ORVRasterGeneratorTest, ImagesOfOnePixelAreOneColour) {
+    const auto opaque = PlainImage(1, 1, {10, 200, 30});
+    const auto clear = PlainImage(1, 1, {0, 0, 0, 128});
+    PixelPage page(20.0, 20.0);
+    EXPECT_EQ(page.Get().DrawImage({*opaque, {14.0, 14.0, -14.0, 14.0, -4.0, 5.0}}), 1);
+    EXPECT_EQ(page.Get().DrawImage({*clear, {20.0, 0.0, 0.0, 10.0, 0.0, 10.0}}), 1);
+    page.Finish();
+    EXPECT_EQ(page.Colour(10, 5), 0x0AC81EU);
+    EXPECT_EQ(page.Colour(10, 12), 0x05640FU);
 }
 
 TEST(ORVRasterGeneratorTest, PatternsHaveOpacityAndScale) {
@@ -476,6 +512,51 @@ TEST(ORVRasterGeneratorTest, ThePageThatPassesTheLimitOfAllPagesIsRefused) {
     EXPECT_EQ(generator.GetError(), "");
     EXPECT_EQ(generator.BeginPage(PageInfo(1.0, 1.0)), kOutputTooLarge);
     EXPECT_NE(generator.GetError(), "");
+}
+
+struct SideCase {
+    const char* name;
+    double side;  // user units, a pixel each
+    int pixels;
+};
+class RasterSideTest : public testing::TestWithParam<SideCase> {};
+TEST_P(RasterSideTest, IsTheNearestWholeNumber) {
+    PixelPage page(GetParam().side, 50.0);
+    EXPECT_EQ(page.Finish().page.width, GetParam().pixels);
+    PixelPage turned(50.0, GetParam().side);
+    EXPECT_EQ(turned.Finish().page.height, GetParam().pixels);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Raster, RasterSideTest,
+    testing::Values(SideCase{"Whole", 100.0, 100}, SideCase{"AThousandthMore", 100.001, 100},
+                    SideCase{"LessThanHalf", 100.49, 100}, SideCase{"MoreThanHalf", 100.51, 101},
+                    SideCase{"AThousandthLess", 99.999, 100}, SideCase{"NearlyNothing", 0.01, 1}),
+    kNameOfRow);
+
+/// Draws squares as large as the page. @return the status of the page's end
+int PaintOver(unsigned int times, std::uint64_t limit, unsigned int threads = 1, int bandRows = 0) {
+    ORVRasterOptions options;
+    options.paintLimit = limit;
+    options.threads = threads;
+    options.bandRows = bandRows;
+    PixelSink::Pixels pixels;
+    ORVRasterGenerator generator(std::make_unique<PixelSink>(pixels), options);
+    EXPECT_EQ(generator.BeginDocument({"", 1}), 1);
+    EXPECT_EQ(generator.BeginPage(PageInfo(200.0, 200.0)), 1);
+    for (unsigned int i = 0; i < times; ++i) EXPECT_EQ(FillRectangle(generator, 0.0, 0.0, 200.0, 200.0), 1);
+    const int status = generator.EndPage();
+    EXPECT_EQ(generator.GetError().empty(), status == 1);
+    return status;
+}
+
+TEST(ORVRasterGeneratorTest, PaintingEndsAtItsLimit) {
+    // A hundred times the page are always allowed.
+    EXPECT_EQ(PaintOver(20, 0), 1);
+    EXPECT_EQ(PaintOver(1000, 0), kTooMuchToPaint);
+    EXPECT_EQ(PaintOver(1000, 3000 * 200 * 200), 1);
+    for (const int rows : {1, 7, 200})
+        for (const unsigned int threads : {1U, 3U})
+            EXPECT_EQ(PaintOver(1000, 0, threads, rows), kTooMuchToPaint) << rows << ", " << threads;
 }
 
 TEST(ORVRasterGeneratorTest, SinksThatFailEndThePage) {

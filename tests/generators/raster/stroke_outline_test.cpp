@@ -190,6 +190,57 @@ TEST(StrokeTest, MillionsOfDashesAreBounded) {
     EXPECT_GT(InkOf(Line({{-1e12, 20}, {1e12, 20}}), stroke), 50.0);
 }
 
+TEST(StrokeTest, GapsThatCapsCoverAreNotSeen) {
+    const auto straight = Line({{10, 50}, {88, 50}});
+    const auto inkOf = [&](const ORVPrintPath& path, Cap cap, Join join, std::span<const double> dashes) {
+        ORVPrintStroke stroke = Pen(20, cap, join);
+        stroke.dashes = dashes;
+        return InkOf(path, stroke);
+    };
+    const double fine[]{0.3, 0.5}, wide[]{4.0, 4.0}, wider[]{4.0, 12.0}, longGaps[]{3.0, 37.0};
+    EXPECT_NEAR(inkOf(straight, Cap::kRound, Join::kMiter, fine),
+                inkOf(Line({{10, 50}, {87.9, 50}}), Cap::kRound, Join::kMiter, {}), 0.1);
+    EXPECT_NEAR(inkOf(straight, Cap::kSquare, Join::kMiter, wide),
+                inkOf(Line({{10, 50}, {86, 50}}), Cap::kSquare, Join::kMiter, {}), 0.1);
+    // Those that show stay: between round caps, between dashes farther apart than caps reach, and without
+    // caps.
+    EXPECT_LT(inkOf(straight, Cap::kRound, Join::kMiter, wider),
+              inkOf(Line({{10, 50}, {78, 50}}), Cap::kRound, Join::kMiter, {}) - 5.0);
+    EXPECT_NEAR(inkOf(straight, Cap::kSquare, Join::kMiter, longGaps), 2 * 23 * 20, 1.0);
+    EXPECT_NEAR(inkOf(straight, Cap::kButt, Join::kMiter, wide), 10 * 4 * 20, 1.0);
+    // A corner in a gap has no miter.
+    const double toCorner[]{28.0, 4.0};
+    const auto corner = Line({{60, 90}, {60, 60}, {90, 60}});
+    EXPECT_LT(inkOf(corner, Cap::kSquare, Join::kRound, toCorner),
+              inkOf(corner, Cap::kSquare, Join::kMiter, {}));
+}
+
+TEST(StrokeTest, DashesOfWideLinesAreCutWhereTheyShow) {
+    // A line far wider than the page: each dash is a strip across it.
+    const double dashes[]{10.0, 10.0};
+    ORVPrintStroke stroke = Pen(4000);
+    stroke.dashes = dashes;
+    EXPECT_NEAR(InkOf(Line({{50, -5000}, {50, 5000}}), stroke), 50 * 100, 1.0);
+    EXPECT_NEAR(InkOf(Line({{-5000, -5000}, {5000, 5000}}), stroke), 50 * 100, 300.0);
+}
+
+TEST(StrokeTest, SquareCapsReachTheirCorners) {
+    // The corner of a cap lies farther off than half the width: bands that only it touches show it.
+    std::vector<std::uint8_t> expected;
+    for (const int rows : {100, 1}) {
+        ORVRasterOptions options;
+        options.bandRows = rows;
+        PixelPage page(100.0, 100.0, options);
+        ORVPrintStroke stroke = Pen(40, Cap::kSquare, Join::kBevel);
+        EXPECT_EQ(page.Get().DrawShape({Line({{50, 50}, {51, 51}}), {}, nullptr, &stroke}), 1);
+        const auto& pixels = page.Finish();
+        if (expected.empty()) expected = pixels.bytes;
+        EXPECT_GT(page.Ink(50, 23), 100) << rows;  // 28.3 above the end
+        EXPECT_GT(page.Ink(51, 77), 100) << rows;
+        EXPECT_EQ(pixels.bytes, expected) << rows;
+    }
+}
+
 TEST(StrokeTest, ThinLinesStayVisible) {
     for (const double width : {0.4, 0.1, 0.02}) {
         PixelPage page(40.0, 40.0);

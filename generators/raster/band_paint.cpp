@@ -1,0 +1,323 @@
+// How a band's coverage becomes colour.
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "generators/raster/band_renderer.h"
+#include "generators/raster/lanes.h"
+
+namespace {
+
+// Work in pixels of one colour that covers what is below: for those that are blended with it, for those that
+// are cut off or come from an image, for each sample that is read, and for each pixel that samples are made
+// of.
+constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 80, kImagePixelWork = 100;
+
+/// Exact for all that two bytes multiply to.
+unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
+
+void Blend(std::uint8_t& pixel, unsigned int value, unsigned int alpha) {
+    pixel = static_cast<std::uint8_t>(DivideBy255(pixel * (255 - alpha) + value * alpha));
+}
+
+/// Luminance as it is perceived; white stays white, greys stay what they are.
+std::uint8_t GreyOf(unsigned int red, unsigned int green, unsigned int blue) {
+    return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
+}
+
+}  // namespace
+
+/// Paints with one colour on red, green and blue.
+class BandRenderer::SolidColourPaint {
+public:
+    /// Paints on one row.
+    struct Brush {
+        std::uint8_t* row;
+        PixelColour colour;
+        unsigned int opacity;
+
+        void Block(int x, const Lanes& alphas) const {
+            ShortLanes share = InBothHalves(alphas);
+            if (opacity != 255) share = DivideBy255(share * static_cast<std::uint16_t>(opacity));
+            Blend(row + static_cast<std::size_t>(x) * kColourBytes, share);
+        }
+        void Span(int begin, int end, unsigned int alpha) const {
+            std::uint8_t* to = row + static_cast<std::size_t>(begin) * kColourBytes;
+            const std::uint8_t* const last = row + static_cast<std::size_t>(end) * kColourBytes;
+            alpha = DivideBy255(alpha * opacity);
+            if (alpha == 255) {
+                const ShortLanes opaque = colour.Opaque();
+                for (; to < last; to += sizeof opaque) StoreLanes(to, opaque);
+            } else {
+                const ShortLanes share = ShortLanes{} + static_cast<std::uint16_t>(alpha);
+                for (; to < last; to += sizeof share) Blend(to, share);
+            }
+        }
+
+    private:
+        void Blend(std::uint8_t* to, const ShortLanes& share) const {
+            StoreLanes(to, BlendPixels(LoadLanes<ShortLanes>(to), colour, share));
+        }
+    };
+
+    SolidColourPaint(BandRenderer& renderer, const ORVPrintColour& colour)
+        : renderer_(renderer), colour_(colour.red, colour.green, colour.blue), opacity_(colour.opacity) {}
+    Brush BeginRow(int row) { return {renderer_.BeginRow(row), colour_, opacity_}; }
+    void EndRow() {}
+
+private:
+    BandRenderer& renderer_;
+    const PixelColour colour_;
+    const unsigned int opacity_;
+};
+
+/// Paints with one grey.
+class BandRenderer::SolidGreyPaint {
+public:
+    /// Paints on one row.
+    struct Brush {
+        std::uint8_t* row;
+        unsigned int grey, opacity;
+
+        void Block(int x, const Lanes& alphas) const {
+            for (int i = 0; i < 4; ++i) Pixel(x + i, alphas[i]);
+        }
+        void Span(int begin, int end, unsigned int alpha) const {
+            if (alpha == 255 && opacity == 255)
+                std::memset(row + begin, static_cast<int>(grey), static_cast<std::size_t>(end - begin));
+            else
+                for (int x = begin; x < end; ++x) Pixel(x, alpha);
+        }
+
+    private:
+        void Pixel(int x, unsigned int alpha) const { Blend(row[x], grey, DivideBy255(alpha * opacity)); }
+    };
+
+    SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
+        : renderer_(renderer),
+          grey_(GreyOf(colour.red, colour.green, colour.blue)),
+          opacity_(colour.opacity) {}
+    Brush BeginRow(int row) { return {renderer_.BeginRow(row), grey_, opacity_}; }
+    void EndRow() {}
+
+private:
+    BandRenderer& renderer_;
+    const std::uint8_t grey_;
+    const unsigned int opacity_;
+};
+
+/// Collects a row's coverage before it is painted: for pictures and for what is cut off.
+class BandRenderer::AlphaPaint {
+public:
+    AlphaPaint(BandRenderer& renderer, const RasterOperation& operation)
+        : renderer_(renderer), operation_(operation), clip_(renderer.list_.GetClips()[operation.clip]) {
+        renderer.alphas_.resize(static_cast<std::size_t>(renderer.width_) + kRowPadding, 0);
+        alphas_ = renderer.alphas_.data();
+    }
+    AlphaPaint& BeginRow(int row) {
+        row_ = row;
+        begin_ = renderer_.width_;
+        end_ = 0;
+        return *this;
+    }
+    void Block(int x, const Lanes& alphas) {
+        for (int i = 0; i < 4; ++i) alphas_[x + i] = static_cast<std::uint8_t>(alphas[i]);
+        begin_ = std::min(begin_, x);
+        end_ = std::max(end_, x + 4);
+    }
+    void Span(int begin, int end, unsigned int alpha) {
+        std::memset(alphas_ + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
+        begin_ = std::min(begin_, begin);
+        end_ = std::max(end_, end);
+    }
+    void EndRow() {
+        const int begin = std::max(begin_, operation_.left);
+        const int end = std::min({end_, operation_.right, renderer_.width_});
+        if (begin < end && (!operation_.clipped || CutOff(begin, end)))
+            renderer_.BlendRow(operation_, row_, begin, end, alphas_);
+        if (begin_ < end_) std::memset(alphas_ + begin_, 0, static_cast<std::size_t>(end_ - begin_));
+    }
+
+private:
+    /// @return false when nothing is left of the row
+    bool CutOff(int begin, int end) {
+        const double rowShare = std::min(clip_.bottom, row_ + 1.0) - std::max(clip_.top, 1.0 * row_);
+        if (!(rowShare > 0.0)) return false;
+        const auto scale = [&](int x, double share) {
+            const double kept = std::clamp(share * std::min(rowShare, 1.0), 0.0, 1.0);
+            const double wanted = operation_.smooths ? kept : (kept >= 0.5 ? 1.0 : 0.0);
+            alphas_[x] = static_cast<std::uint8_t>(alphas_[x] * wanted + 0.5);
+        };
+        const auto share = [&](int x) {
+            return std::min(clip_.right, x + 1.0) - std::max(clip_.left, 1.0 * x);
+        };
+        if (rowShare < 1.0) {
+            for (int x = begin; x < end; ++x) scale(x, share(x));
+        } else {
+            // Only pixels on the borders are cut into: the operation's columns end with the clip's.
+            scale(begin, share(begin));
+            if (end - 1 > begin) scale(end - 1, share(end - 1));
+        }
+        if (clip_.outline) {
+            const std::uint8_t* mask =
+                renderer_.mask_.data() +
+                static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
+            for (int x = begin; x < end; ++x)
+                alphas_[x] =
+                    static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
+        }
+        return true;
+    }
+
+    BandRenderer& renderer_;
+    const RasterOperation& operation_;
+    const RasterClip& clip_;
+    std::uint8_t* alphas_ = nullptr;
+    int row_ = 0, begin_ = 0, end_ = 0;
+};
+
+std::uint8_t* BandRenderer::BeginRow(int row) {
+    const auto index = static_cast<std::size_t>(row - firstRow_);
+    std::uint8_t* pixels = rows_.data() + index * stride_;
+    if (isDrawn_[index] == 0) {
+        if (isWhite_[index] == 0) std::memset(pixels, 255, stride_);
+        isDrawn_[index] = 1;
+        isWhite_[index] = 0;
+    }
+    return pixels;
+}
+
+void BandRenderer::Paint(const RasterOperation& operation) {
+    const RasterClip& clip = list_.GetClips()[operation.clip];
+    if (operation.clipped && clip.outline) MakeMask(operation, *clip.outline);
+    if (operation.picture && !pictures_.Find(*operation.picture, source_)) source_ = {};
+    const std::uint64_t before = coverage_.GetWork();
+    if (operation.smooths) {
+        if (operation.evenOdd)
+            PaintWith<CoverageRule::kEvenOdd>(operation);
+        else
+            PaintWith<CoverageRule::kNonZero>(operation);
+    } else {
+        if (operation.evenOdd)
+            PaintWith<CoverageRule::kHardEvenOdd>(operation);
+        else
+            PaintWith<CoverageRule::kHardNonZero>(operation);
+    }
+    coverage_.AddWork((coverage_.GetWork() - before) * (WorkOfPixel(operation) - 1));
+    coverage_.AddWork(source_.made * kImagePixelWork);
+    source_ = {};
+}
+
+std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const {
+    if (source_.samples) return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) * kReadWork;
+    if (operation.clipped) return kMixedPixelWork;
+    return operation.colour.opacity == 255 ? 1 : kBlendedPixelWork;
+}
+
+template <CoverageRule kRule>
+void BandRenderer::PaintWith(const RasterOperation& operation) {
+    ORVPrintColour colour = operation.colour;
+    const bool isPlain = !operation.picture || source_.GetColour(colour);
+    if (!isPlain || operation.clipped) {
+        AlphaPaint paint(*this, operation);
+        coverage_.Sweep<kRule>(paint);
+    } else if (pixelBytes_ == kColourBytes) {
+        SolidColourPaint paint(*this, colour);
+        coverage_.Sweep<kRule>(paint);
+    } else {
+        SolidGreyPaint paint(*this, colour);
+        coverage_.Sweep<kRule>(paint);
+    }
+}
+
+void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeometry& outline) {
+    /// Writes the coverage of a clip's outline.
+    struct MaskPaint {
+        BandRenderer& renderer;
+        std::uint8_t* row = nullptr;
+        MaskPaint& BeginRow(int y) {
+            row = renderer.mask_.data() +
+                  static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
+            return *this;
+        }
+        void EndRow() {}
+        void Block(int x, const Lanes& alphas) {
+            for (int i = 0; i < 4; ++i) row[x + i] = static_cast<std::uint8_t>(alphas[i]);
+        }
+        void Span(int begin, int end, unsigned int alpha) {
+            std::memset(row + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
+        }
+    };
+    if (mask_.empty()) {
+        mask_.resize(isDrawn_.size() * maskStride_);
+        maskCoverage_.Resize(width_, static_cast<int>(isDrawn_.size()));
+    }
+    // Only where the operation may paint: there may be very many small ones, each with a clip.
+    maskCoverage_.SetBand(firstRow_, rowCount_);
+    maskCoverage_.SetWindow(operation.left, coverage_.GetFirstRow(), operation.right + 1,
+                            coverage_.GetEndRow());
+    for (int row = coverage_.GetFirstRow(); row < coverage_.GetEndRow(); ++row)
+        std::memset(mask_.data() + static_cast<std::size_t>(row - firstRow_) * maskStride_ +
+                        static_cast<std::size_t>(operation.left),
+                    0, static_cast<std::size_t>(std::min(operation.right, width_) - operation.left));
+    std::swap(coverage_, maskCoverage_);
+    for (std::uint32_t i = 0; i < outline.contourCount; ++i)
+        AddContourFill(outline, outline.contours[i], 0, outline.contours[i].verbCount, 0);
+    MaskPaint paint{*this};
+    if (operation.smooths)
+        coverage_.Sweep<CoverageRule::kNonZero>(paint);
+    else
+        coverage_.Sweep<CoverageRule::kHardNonZero>(paint);
+    std::swap(coverage_, maskCoverage_);
+}
+
+void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin, int end,
+                            std::uint8_t* alphas) {
+    std::uint8_t* pixels = BeginRow(row);
+    const unsigned int opacity = operation.colour.opacity;
+    // What is beyond the end may have been written and is never shown.
+    std::memset(alphas + end, 0, 4);
+    if (opacity != 255)
+        for (int x = begin; x < end; ++x)
+            alphas[x] = static_cast<std::uint8_t>(DivideBy255(alphas[x] * opacity));
+    if (!operation.picture) {
+        BlendColour(operation.colour, pixels, begin, end, alphas);
+    } else if (source_.samples) {
+        colours_.resize((static_cast<std::size_t>(end - begin) + 4) * 4);
+        source_.Read(row, begin, end, colours_.data());
+        BlendPicture(pixels, begin, end, alphas);
+    }
+}
+
+void BandRenderer::BlendColour(const ORVPrintColour& colour, std::uint8_t* pixels, int begin, int end,
+                               const std::uint8_t* alphas) const {
+    if (pixelBytes_ == 1) {
+        const std::uint8_t grey = GreyOf(colour.red, colour.green, colour.blue);
+        for (int x = begin; x < end; ++x) Blend(pixels[x], grey, alphas[x]);
+        return;
+    }
+    const PixelColour ink(colour.red, colour.green, colour.blue);
+    for (int x = begin; x < end; x += 4) {
+        std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
+        StoreLanes(to, BlendPixels(LoadLanes<ShortLanes>(to), ink, InBothHalves(LoadBytes(alphas + x))));
+    }
+}
+
+void BandRenderer::BlendPicture(std::uint8_t* pixels, int begin, int end, const std::uint8_t* alphas) const {
+    const std::uint8_t* from = colours_.data();
+    if (pixelBytes_ == 1) {
+        for (int x = begin; x < end; ++x, from += 4) {
+            const unsigned int left = 255 - DivideBy255(from[3] * static_cast<unsigned int>(alphas[x]));
+            const unsigned int grey = GreyOf(from[0], from[1], from[2]);
+            pixels[x] =
+                static_cast<std::uint8_t>(std::min(255U, DivideBy255(pixels[x] * left + grey * alphas[x])));
+        }
+        return;
+    }
+    for (int x = begin; x < end; x += 4, from += 16) {
+        std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
+        StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), LoadLanes<ShortLanes>(from),
+                               InBothHalves(LoadBytes(alphas + x))));
+    }
+}

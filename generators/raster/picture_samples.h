@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/visualization/images/ORVPixelImage.h"
+
+/// A picture's pixels at about the size at which they are drawn, premultiplied, with what it takes to draw
+/// them.
+class PictureSamples {
+public:
+    /// Makes samples of a picture. Those that are drawn smaller than they are become averages of areas.
+    /// Throws std::bad_alloc when memory is spent.
+    static std::shared_ptr<const PictureSamples> Make(const ORVPixelImage& image, int width, int height);
+
+    ~PictureSamples();
+    PictureSamples(const PictureSamples&) = delete;
+    PictureSamples& operator=(const PictureSamples&) = delete;
+
+    int GetWidth() const { return width_; }
+    int GetHeight() const { return height_; }
+    bool HasAlpha() const { return hasAlpha_; }
+    std::size_t GetBytes() const { return bytes_; }
+    const std::uint8_t* GetPixel(int x, int y) const {
+        return pixels_ + (static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+                          static_cast<std::size_t>(x)) *
+                             4;
+    }
+
+private:
+    PictureSamples() = default;
+
+    int width_ = 0, height_ = 0;
+    bool hasAlpha_ = false;
+    std::size_t bytes_ = 0;
+    const std::uint8_t* pixels_ = nullptr;
+    std::vector<std::uint8_t> own_;
+};
