@@ -33,7 +33,11 @@ const KindCase kKindCases[] = {
     {kPrefixedElement, "<s:rect xmlns:s='http://www.w3.org/2000/svg'/>", "<s:rect xmlns:s='urn:editor'/>"},
     {kMisplacedElement, "<rect><circle/></rect>", "<g><circle/></g>"},
     {kNotOnAPage, "<svg><svg width='1'/><svg width='1'/><rect/></svg>",
-     "<svg><svg width='1'/><svg width='1'><rect/></svg></svg>"},
+     "<svg width='9' height='9'><svg width='1' height='1'/><rect/></svg>"},
+    {kPageSet, "<svg><svg width='1' height='1'/><svg width='1' height='1'/></svg>",
+     "<svg width='9' height='9'><g><svg width='1' height='1'/><svg width='1' height='1'/></g></svg>"},
+    {kForeignNamespace, "<g xmlns='urn:other'><rect/><rect/></g>",
+     "<g xmlns='http://www.w3.org/2000/svg'><rect/></g>"},
     {kGradient, "<defs><linearGradient id='g'/></defs><rect fill='url(#g)'/>",
      "<defs><linearGradient id='g'/></defs><rect fill='red'/>"},
     {kClipPath, "<rect clip-path='url(#c)'/>", "<rect clip-path='none'/>"},
@@ -50,7 +54,7 @@ const KindCase kKindCases[] = {
     {kHrefWithoutPrefix, "<a href='x'/>", "<a xlink:href='x' href='x'/>"},
     {kPrefixedAttribute, "<a xmlns:l='http://www.w3.org/1999/xlink' l:href='x'/>",
      "<a xmlns:l='urn:editor' l:href='x'/>"},
-    {kMissingReference, "<use xlink:href='#d'/>", "<defs><g id='d'/></defs><use xlink:href='#D'/>"},
+    {kMissingReference, "<use xlink:href='#d'/>", "<defs><g id='d'/></defs><use xlink:href='#d'/>"},
     {kUnreachableReference, "<g id='d'/><use xlink:href='#d'/>",
      "<symbol id='d'/><g><use xlink:href='#d'/></g>"},
     {kBadReference, "<use xlink:href='other.svg#d'/>", "<a xlink:href='other.svg#d'/>"},
@@ -77,7 +81,7 @@ const KindCase kKindCases[] = {
     {kBrokenDeclaration, "<rect style='fill red'/>", "<rect style='fill: red; '/>"},
     {kBadColour, "<rect fill='rgba(1,2,3,0.5)'/>", "<rect fill='rgb(1,2,3)' stroke='currentColor'/>"},
     {kBadLength, "<rect width='wide'/>", "<rect width='12px'/>"},
-    {kUnknownUnit, "<rect width='2em'/>", "<rect width='2mm'/>"},
+    {kUnknownUnit, "<rect width='2em'/>", "<rect width='2px'/>"},
     {kBadValue, "<rect fill-rule='odd'/>", "<rect fill-rule='evenodd'/>"},
     {kBadTransform, "<g transform='translate(1-2)'/>", "<g transform='translate(1 -2) scale(2)'/>"},
     {kBadViewBox, "<svg viewBox='0,0,9,9'/>", "<svg viewBox='0 0 9 9'/>"},
@@ -86,9 +90,15 @@ const KindCase kKindCases[] = {
     {kOpacityRange, "<rect fill-opacity='50%'/>", "<rect fill-opacity='0.5'/>"},
     {kViewBoxNotScaled, "<svg width='210mm' height='297mm' viewBox='0 0 210 297'/>",
      "<svg width='210mm' height='297mm' viewBox='0 0 744.09 1052.36'/>"},
+    {kPageWithoutSize, "<svg><rect/></svg>", "<svg viewBox='0 0 9 9'><rect/></svg>"},
+    {kUnitScale, "<rect width='2mm'/>", "<rect width='0mm'/>"},
     {kPercentageOfNothing, "<svg width='100%' height='50'/>", "<svg width='100' height='50'/>"},
     {kPercentageInNestedSvg, "<svg><rect width='50%'/></svg>", "<rect width='50%'/>"},
     {kSquareCorners, "<rect rx='3'/>", "<rect rx='0'/>"},
+    {kShapeSize, "<rect width='-5' height='5'/>", "<rect width='5' height='5'/>"},
+    {kZeroLength, "<line x1='9' x2='9' stroke='red' stroke-linecap='round'/>", "<line x1='9' x2='9' stroke='red'/>"},
+    {kArcShape, "<path d='M10 50A40 20 30 0 1 90 50L50 90z'/>", "<path d='M10 50A40 20 0 0 1 90 50L50 90z'/>"},
+    {kSmoothControl, "<path d='M10 50Q30 10 50 50S80 90 90 50z'/>", "<path d='M10 50Q30 10 50 50T90 50z'/>"},
     {kAlwaysStroked, "<line x2='9'/>", "<line x2='9' stroke='black'/>"},
     {kPolylineNotFilled, "<polyline points='1,1 9,9 1,9' stroke='red'/>",
      "<polyline points='1,1 9,9 1,9' stroke='red' fill='none'/>"},
@@ -101,10 +111,37 @@ const KindCase kKindCases[] = {
     {kFittedUse,
      "<defs><rect id='d' width='3' height='3'/></defs><use xlink:href='#d' width='9' height='9'/>",
      "<symbol id='d' viewBox='0 0 3 3'/><use xlink:href='#d' width='9' height='9'/>"},
+    {kUnfittedSymbol, "<symbol id='d' viewBox='0 0 3 3'/><use xlink:href='#d'/>",
+     "<symbol id='d'/><use xlink:href='#d'/>"},
+    {kNotClipped, "<g><svg width='9' height='9'><rect width='20' height='5'/></svg></g>",
+     "<g><svg width='9' height='9' overflow='visible'><rect width='20' height='5'/></svg></g>"},
     {kPatternWithoutImage, "<pattern id='p'><rect/></pattern><rect fill='url(#p)'/>",
-     "<pattern id='p'><image xlink:href='here.png' width='2' height='2'/></pattern><rect fill='url(#p)'/>"},
+     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' width='2' "
+     "height='2'/></pattern><rect fill='url(#p)'/>"},
+    {kPatternTile,
+     "<pattern id='p' width='2' height='2'><image xlink:href='here.png' width='2' height='2'/></pattern>"
+     "<rect fill='url(#p)'/>",
+     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' width='2' "
+     "height='2'/></pattern><g fill='url(#p)'><rect/></g>"},
     {kMarkerNotTurned, "<marker id='m' orient='auto'/>", "<marker id='m' orient='0'/>"},
-    {kGroupOpacity, "<g opacity='0.5'/>", "<rect opacity='0.5'/>"},
+    {kMarkerSize,
+     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+     "<path d='M1 1L9 9 20 1' stroke-width='3' marker-end='url(#m)'/>",
+     "<marker id='m' markerWidth='9' markerHeight='9' markerUnits='userSpaceOnUse'><rect width='9' height='9'/></marker>"
+     "<path d='M1 1L9 9 20 1' stroke-width='3' marker-end='url(#m)'/>"},
+    {kMarkerPlace,
+     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+     "<polygon points='1,1 9,9 20,1' marker-end='url(#m)'/>",
+     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+     "<polygon points='1,1 9,9 20,1' marker-start='url(#m)'/>"},
+    {kExtraEffect, "<g patternTransform='translate(9 9)'><rect/></g>", "<g transform='translate(9 9)'><rect/></g>"},
+    {kCurrentColour, "<g color='red' fill='currentColor'><rect color='blue'/></g>",
+     "<g color='red' fill='currentColor'><rect/></g>"},
+    {kGroupOpacity, "<g opacity='0.5'><rect/><rect/></g>", "<g opacity='0.5'><rect/></g>"},
+    {kOpacityCombined, "<rect opacity='0.5' fill-opacity='0.5'/>",
+     "<g opacity='0.5'><rect opacity='0.5'/></g><rect fill-opacity='0.5'/>"},
+    {kAttributeWins, "<text font-size='9' style='font-size:20px'>a</text>",
+     "<g font-size='9' style='font-size:20px'><text>a</text></g>"},
     {kFontSizePercentage, "<text font-size='50%'>a</text>", "<text font-size='6'>a</text>"},
     {kFontWeightReversed, "<text style='font-weight:bolder'>a</text>",
      "<text style='font-weight:bold'>a</text>"},
@@ -112,6 +149,7 @@ const KindCase kKindCases[] = {
     {kTextPositions, "<text x='1 2 3'>abc</text>", "<text x='1'>abc</text>"},
     {kTextShiftUp, "<text dy='2'>abc</text>", "<text dy='0'>abc</text>"},
     {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n  two\n</text>"},
+    {kTextBlanks, "<text>one   two</text>", "<text xml:space='preserve'>one   two</text><text>  one two  </text>"},
     {kFontMissing, "<text font-family='No Such Family'>a</text>",
      "<g font-family='No Such Family'><rect/></g>"},
     {kFontFallback, "<text font-family='No Such Family, serif'>a</text>",
@@ -241,6 +279,47 @@ INSTANTIATE_TEST_SUITE_P(
                      "<rect style='mix-blend-mode:normal;line-height:1.5;font-variant-caps:normal'/>", ""},
         DocumentCase{"PropertiesThatSaySomethingAreNot", "<rect style='mix-blend-mode:multiply'/>",
                      "unknown-property"},
+        DocumentCase{"AnInheritedPaintIsTurnedOn", "<g fill='none'><rect fill='inherit'/></g>", "bad-value"},
+        DocumentCase{"AnInheritedPaintThatIsOnStays", "<g fill='red'><rect fill='inherit'/></g>", ""},
+        DocumentCase{"TheStrokeLiesOnTheFill", "<rect stroke='red' opacity='0.5'/>", "group-opacity"},
+        DocumentCase{"OpacitiesOfAFillMultiply", "<g fill-opacity='0.5'><rect fill-opacity='0.5'/></g>",
+                     "opacity-combined"},
+        DocumentCase{"TheLastOpacityOfAStyleWins", "<rect style='opacity:0.4;fill-opacity:0.6'/>",
+                     "opacity-combined"},
+        DocumentCase{"OneOpacityOfAStyleIsPlain", "<rect style='opacity:0.4'/>", ""},
+        DocumentCase{"APictureKeepsItsOpacity", "<image style='opacity:0.4' xlink:href='none.png'/>",
+                     "image-missing, ignored-property"},
+        DocumentCase{"ColorBehindCurrentColorComesTooLate", "<rect style='fill:currentColor;color:red'/>",
+                     "current-colour"},
+        DocumentCase{"ColorBeforeCurrentColorIsTaken", "<rect style='color:red;fill:currentColor'/>", ""},
+        DocumentCase{"AWordIsNoColour", "<rect fill='rgbred'/><rect fill='r ed'/>", "bad-colour x2"},
+        DocumentCase{"NamesOfTransformsHaveTheirLetters", "<rect transform='Rotate(30)'/>", "bad-transform"},
+        DocumentCase{"TransformsTakeTheirNumbers", "<rect transform='translate(1 2 3)'/>", "bad-transform"},
+        DocumentCase{"UnitsInPathsAreNoPathData", "<path d='M1mm 1L9 9 1 9z'/>", "bad-path-data"},
+        DocumentCase{"FlagsOfArcsAreNoughtOrOne", "<path d='M1 1A9 9 0 0 2 9 9L1 9z'/>", "bad-path-data"},
+        DocumentCase{"ACommaAtTheEndOfAPathIsNothing", "<path d='M1,1,9,9,1,9,'/>", ""},
+        DocumentCase{"AUseDoesNotStroke", "<defs><rect id='d'/></defs><use xlink:href='#d' stroke='red'/>",
+                     "repainted-definition"},
+        DocumentCase{"BlackThatIsSaidIsReplaced",
+                     "<defs><rect id='d' fill='black'/></defs><use xlink:href='#d' fill='red'/>",
+                     "repainted-definition"},
+        DocumentCase{"AUseIsNeverHidden", "<defs><rect id='d'/></defs><g display='none'><use xlink:href='#d'/></g>",
+                     "hidden-but-printed"},
+        DocumentCase{"LettersOfIdentifiersCountElsewhere", "<defs><rect id='D'/></defs><use xlink:href='#d'/>",
+                     "bad-reference"},
+        DocumentCase{"OneRadiusIsNotBoth", "<ellipse rx='9'/>", "shape-size"},
+        DocumentCase{"ASubpathWithoutLengthHasNoCaps",
+                     "<path d='M1 1L9 9 M5 5L5 5' fill='none' stroke='red' stroke-linecap='round'/>", "zero-length"},
+        DocumentCase{"BlanksAtTheEndsAreDropped", "<text xml:space='preserve'>  one</text>", "text-blanks"},
+        DocumentCase{"WhatIsTransformedOutOfANestedSvg",
+                     "<g><svg width='9' height='9'><g transform='translate(5 0)'><rect width='9' height='5'/></g>"
+                     "</svg></g>",
+                     "not-clipped"},
+        DocumentCase{"ASymbolIsNotCutOff",
+                     "<symbol id='s' viewBox='0 0 9 9'><rect width='20' height='5'/></symbol>"
+                     "<use xlink:href='#s' width='9' height='9'/>",
+                     "not-clipped"},
+        DocumentCase{"OverflowOfAGroupSaysNothing", "<g overflow='hidden'><rect/></g>", ""},
         DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
         DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>",
                      ""}),
@@ -297,7 +376,17 @@ TEST(DocumentCheckTest, APageThatIsHiddenKeepsItsLines) {
 TEST(DocumentCheckTest, IdentifiersBelongToTheirPage) {
     EXPECT_EQ(
         KindsOf(CheckText("<svg><svg width='1'><g id='a'/></svg><svg width='1'><g id='a'/></svg></svg>")),
-        "");
+        "page-set");
+}
+
+TEST(DocumentCheckTest, StyleSheetsInFrontOfTheRootAreFound) {
+    EXPECT_EQ(KindsOf(CheckText("<?xml-stylesheet href='a.css'?><svg width='9' height='9'/>")), "style-sheet");
+}
+
+TEST(DocumentCheckTest, NumbersOnAPageInMillimetresAreFoundOnce) {
+    EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9'/><path d='M1 1L9 9 1 9z'/></svg>")),
+              "unit-scale");
+    EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9mm'/></svg>")), "");
 }
 
 TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
