@@ -36,6 +36,12 @@ stroke-rect-dash        <rect x="20" y="20" width="120" height="70" fill="none" 
 stroke-circle-dash      <circle cx="100" cy="100" r="60" fill="none" stroke="blue" stroke-width="12" stroke-dasharray="25 15"/>
 stroke-ellipse-dash     <ellipse cx="100" cy="100" rx="80" ry="40" fill="none" stroke="blue" stroke-width="12" stroke-dasharray="25 15"/>
 stroke-polygon-dash     <polygon points="20,20 150,40 60,170" fill="none" stroke="blue" stroke-width="12" stroke-dasharray="25 15"/>
+stroke-path-meets       <path d="M40 40 L150 40 L150 150 L40 150 L40 40" fill="none" stroke="blue" stroke-width="30"/>
+stroke-path-meets-fill  <path d="M40 40 L150 40 L150 150 L40 150 L40 40" fill="red" stroke="blue" stroke-width="30"/>
+stroke-curve-meets      <path d="M40 40 L150 40 C150 90 90 150 40 150 L40 40" fill="none" stroke="blue" stroke-width="30"/>
+stroke-arc-close        <path d="M40 100 A60 60 0 0 1 160 100 z" fill="red" stroke="blue" stroke-width="30"/>
+stroke-arc-close-bare   <path d="M40 100 A60 60 0 0 1 160 100 z" fill="none" stroke="blue" stroke-width="30"/>
+stroke-arc-close-later  <path d="M40 180 V100 A60 60 0 0 1 160 100 z" fill="red" stroke="blue" stroke-width="30"/>
 stroke-polyline-closed  <polyline points="40,40 150,40 150,150 40,150 40,40" fill="none" stroke="blue" stroke-width="30"/>
 stroke-dash-odd         <line x1="20" y1="50" x2="180" y2="50" stroke="blue" stroke-width="12" stroke-dasharray="20 5 10"/>
 stroke-dash-odd-one     <line x1="20" y1="50" x2="180" y2="50" stroke="blue" stroke-width="12" stroke-dasharray="20"/>

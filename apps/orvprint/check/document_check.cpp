@@ -300,10 +300,10 @@ private:
     void VisitDrawn(const ORVXmlNode& node, SvgDrawState& state) {
         const NumberedElement element = Take(node);
         const ElementScope scope(check_, node);
+        check_.inForce.isMoved |= node.Has(AttributeName::kTransform);
         CheckNamespace(element);
         CheckAttributes(check_, element, SvgPlace::kNested, state);
         HandDown(element, state);
-        check_.inForce.isMoved |= node.Has(AttributeName::kTransform);
         if (node.id == ElementName::kUse)
             VisitUse(element, state);
         else if (IsContainer(node.id))

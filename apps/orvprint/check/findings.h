@@ -65,6 +65,7 @@ enum class FindingCode : std::uint8_t {
     kSquareCorners,
     kShapeSize,
     kZeroLength,
+    kJoinedEnds,
     kArcShape,
     kSmoothControl,
     kAlwaysStroked,

@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "apps/orvprint/check/value_checks.h"
+#include "platform/system/number_conversion.h"
+#include "plugin/structure/statuses.h"
 #include "plugin/style/paint.h"
 #include "plugin/style/property_table.h"
 #include "plugin/style/style_attribute.h"
@@ -63,6 +65,9 @@ void MeantStyle::TakeInProperty(std::string_view name, std::string_view value) {
         TakeInOpacity(fillOpacity, value);
     } else if (name == "stroke-opacity") {
         TakeInOpacity(strokeOpacity, value);
+    } else if (name == "stroke-miterlimit") {
+        double limit = 0.0;
+        if (ORVConvertToDouble(value, limit) == kRead && limit >= 1.0) miterLimit = limit;
     } else if (name == "overflow") {
         isClipped = value != "visible" && value != "auto";
     }

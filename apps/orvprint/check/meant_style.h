@@ -35,6 +35,7 @@ struct MeantStyle {
     bool fillIsReference = false;
     bool fillIsCurrent = false, strokeIsCurrent = false;  ///< the paint is "currentColor"
     bool isClipped = true;     ///< by the "overflow" of this very element; not handed down
+    double miterLimit = 4.0;   ///< how far corners reach, in stroke widths
     bool keepsBlanks = false;  ///< xml:space="preserve"
     std::uint32_t said = 0;    ///< what was said since the definition began that the walk is in
 

@@ -97,7 +97,12 @@ public:
                 EndSubpath();
                 current_ = start_ = Point(n[0], n[1]);
                 break;
-            case 'Z': DrawTo(start_); break;
+            case 'Z':
+                shape_.hasLooseArc |= beginsWithArc_ && !(current_ == start_);
+                DrawTo(start_);
+                if (hasLength_) shape_.corners.Add(direction_, first_);
+                isClosed_ = true;
+                break;
             case 'H': DrawTo({base_.x + n[0], current_.y}); break;
             case 'V': DrawTo({current_.x, base_.y + n[0]}); break;
             case 'C': Curve({Point(n[0], n[1]), Point(n[2], n[3])}, Point(n[4], n[5])); break;
@@ -116,7 +121,8 @@ public:
 
     void EndSubpath() {
         shape_.hasDot |= hasSegments_ && !hasLength_;
-        hasSegments_ = hasLength_ = false;
+        shape_.hasJoinedEnds |= hasLength_ && !isClosed_ && current_ == start_;
+        hasSegments_ = hasLength_ = isClosed_ = beginsWithArc_ = false;
     }
 
 private:
@@ -132,15 +138,33 @@ private:
     }
 
     void DrawTo(const ORVMathPoint2D& end) {
+        Turn(end);
         hasSegments_ = true;
         shape_.box.Add(current_);
         TakeIn(end);
         current_ = end;
     }
 
+    // Goes on towards a point, unless the curve that leads there has said how.
+    void Turn(const ORVMathPoint2D& to) {
+        const bool isTold = hasTurned_;
+        hasTurned_ = false;
+        if (isTold || to == current_) return;
+        const ORVMathVector2D out{to.x - current_.x, to.y - current_.y};
+        if (hasLength_)
+            shape_.corners.Add(direction_, out);
+        else
+            first_ = out;
+        direction_ = out;
+    }
+
     void Curve(const Controls& controls, const ORVMathPoint2D& end) {
+        Turn(controls.first);
+        const ORVMathPoint2D last = controls.second == end ? controls.first : controls.second;
         TakeIn(controls.first);
         TakeIn(controls.second);
+        hasTurned_ = true;
+        direction_ = {end.x - last.x, end.y - last.y};
         DrawTo(end);
         control_ = controls.second;
     }
@@ -157,23 +181,44 @@ private:
     }
 
     void Arc(const std::array<double, 7>& n, const ORVMathPoint2D& end) {
+        beginsWithArc_ |= !hasSegments_;
         const EndpointArc arc{current_, n[0], n[1], n[2], n[3], n[4], end};
         shape_.hasOtherArc = shape_.hasOtherArc || IsDrawnElsewhere(arc);
         if (n[0] != 0.0 && n[1] != 0.0 && !(current_ == end)) {
             const ArcWay way = StandardArc(arc);
             constexpr int kSamples = 32;
+            Turn(way.At(1.0 / kSamples));
             for (int i = 1; i < kSamples; ++i) TakeIn(way.At(static_cast<double>(i) / kSamples));
+            const ORVMathPoint2D last = way.At(1.0 - 1.0 / kSamples);
+            hasTurned_ = true;
+            direction_ = {end.x - last.x, end.y - last.y};
         }
         DrawTo(end);
     }
 
     PathShape& shape_;
+    ORVMathVector2D direction_, first_;  // at the end of what is drawn, and at its beginning
+    bool hasTurned_ = false;
     ORVMathPoint2D base_, current_, start_, control_;
     char previous_ = 0;
-    bool hasSegments_ = false, hasLength_ = false;
+    bool hasSegments_ = false, hasLength_ = false, isClosed_ = false, beginsWithArc_ = false;
 };
 
 }  // namespace
+
+void Corners::Add(const ORVMathVector2D& in, const ORVMathVector2D& out) {
+    const double lengths = std::hypot(in.x, in.y) * std::hypot(out.x, out.y);
+    if (!(lengths > 0.0)) return;
+    // Half the angle inside the corner, of which the reach is one by the sine.
+    const double sine = std::sqrt(std::max(0.0, (1.0 + (in.x * out.x + in.y * out.y) / lengths) / 2.0));
+    constexpr double kTurnsBack = 1e-6;  // where edges never meet
+    if (sine < kTurnsBack) return;
+    const double reach = 1.0 / sine;
+    if (reach > kLimit)
+        leastBeyond = std::min(leastBeyond, reach);
+    else
+        mostWithin = std::max(mostWithin, reach);
+}
 
 PathShape ReadPathShape(std::string_view data) {
     PathShape shape;

@@ -59,6 +59,10 @@ void CheckPresentation(CheckContext& check, const NumberedElement& element, cons
 
     if (said.name == "stroke-width" || said.name == "font-size" || said.name == "letter-spacing")
         CheckUnit(check, element, said.attribute, said.value);
+    // What stands around the element is in force still.
+    if (said.name == "opacity" && said.value == "inherit" && check.inForce.meant.ownOpacity < 1.0)
+        check.findings.Note(kOpacityCombined, element, said.attribute, said.GetText(),
+                            "does not take over the opacity of what is around it");
     double opacity = 1.0;
     if (said.name == "opacity" && IsContainer(element.node->id) &&
         ORVConvertToDouble(said.value, opacity) == kRead && opacity < 1.0 && HasSeveralParts(*element.node)) {

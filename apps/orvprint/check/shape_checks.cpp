@@ -68,7 +68,9 @@ ORVMathBox2D CheckRect(CheckContext& check, const NumberedElement& element, cons
 ORVMathBox2D CheckEllipse(CheckContext& check, const NumberedElement& element, const Sizes& sizes) {
     const double rx = sizes.Across(AttributeName::kRx), ry = sizes.Down(AttributeName::kRy);
     const bool hasX = sizes.Has(AttributeName::kRx), hasY = sizes.Has(AttributeName::kRy);
-    if (hasX != hasY && (rx > 0.0 || ry > 0.0))
+    if (rx < 0.0 || ry < 0.0)
+        NoteSize(check, element, "a radius is negative: other programs do not draw it, or take it for none");
+    else if (hasX != hasY && (rx > 0.0 || ry > 0.0))
         NoteSize(check, element, "is drawn with one radius only: other programs take it for both");
     return BoxOf(sizes.Across(AttributeName::kCx) - rx, sizes.Down(AttributeName::kCy) - ry, 2.0 * rx,
                  2.0 * ry);
@@ -81,6 +83,21 @@ void CheckDot(CheckContext& check, const NumberedElement& element, const SvgDraw
                             "has a part without length, whose caps are not drawn");
 }
 
+// The limit of miters is what it is when nothing is said.
+void CheckCorners(CheckContext& check, const NumberedElement& element, const SvgDrawState& state,
+                  const Corners& corners) {
+    const double limit = check.inForce.meant.miterLimit;
+    if (limit == Corners::kLimit || state.stroke.GetStrokeJoin() != kJoinMiter || !corners.DependOn(limit))
+        return;
+    check.findings.Note(kIgnoredProperty, element, "stroke-miterlimit", {},
+                        "has corners that stroke-miterlimit would draw otherwise");
+}
+
+bool MeetsItsStart(const std::vector<double>& numbers) {
+    const std::size_t last = numbers.size() / 2 * 2 - 2;
+    return numbers[0] == numbers[last] && numbers[1] == numbers[last + 1];
+}
+
 ORVMathBox2D CheckPoints(CheckContext& check, const NumberedElement& element, const SvgDrawState& state,
                          bool strokes) {
     SvgDrawState upright = state;
@@ -89,8 +106,19 @@ ORVMathBox2D CheckPoints(CheckContext& check, const NumberedElement& element, co
     ORVMathBox2D box;
     for (std::size_t i = 0; i + 1 < check.numbers.size(); i += 2)
         box.Add({check.numbers[i], check.numbers[i + 1]});
+    Corners corners;
+    const auto edge = [&](std::size_t from, std::size_t to) {
+        return ORVMathVector2D{check.numbers[2 * to] - check.numbers[2 * from],
+                               check.numbers[2 * to + 1] - check.numbers[2 * from + 1]};
+    };
+    const std::size_t points = check.numbers.size() / 2;
+    for (std::size_t i = 1; i + 1 < points; ++i) corners.Add(edge(i - 1, i), edge(i, i + 1));
+    if (strokes) CheckCorners(check, element, state, corners);
     const bool isDot = !box.IsEmpty() && box.xMin == box.xMax && box.yMin == box.yMax;
     if (strokes && isDot && check.numbers.size() >= 4) CheckDot(check, element, state);
+    const std::size_t count = check.numbers.size() / 2;
+    if (strokes && element.node->id == ElementName::kPolyline && count > 3 && MeetsItsStart(check.numbers))
+        check.findings.Note(kJoinedEnds, element, {}, {}, "ends where it begins, and is closed there");
     return box;
 }
 
@@ -139,6 +167,13 @@ ORVMathBox2D CheckGeometry(CheckContext& check, const NumberedElement& element, 
             if (path.hasOtherArc)
                 check.findings.Note(kArcShape, element, "d", element.node->Value(AttributeName::kD),
                                     "has an arc that other programs draw elsewhere");
+            if (strokes && path.hasJoinedEnds)
+                check.findings.Note(kJoinedEnds, element, "d", element.node->Value(AttributeName::kD),
+                                    "has a part that ends where it begins, and is closed there");
+            if (strokes && path.hasLooseArc)
+                check.findings.Note(kJoinedEnds, element, "d", element.node->Value(AttributeName::kD),
+                                    "has an arc at its beginning that the closing line is not joined to");
+            if (strokes) CheckCorners(check, element, state, path.corners);
             if (strokes && path.hasDot) CheckDot(check, element, state);
             return path.box;
         case ElementName::kText: return TextBox(element, sizes, state);

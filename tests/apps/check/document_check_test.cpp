@@ -96,8 +96,13 @@ const KindCase kKindCases[] = {
     {kPercentageInNestedSvg, "<svg><rect width='50%'/></svg>", "<rect width='50%'/>"},
     {kSquareCorners, "<rect rx='3'/>", "<rect rx='0'/>"},
     {kShapeSize, "<rect width='-5' height='5'/>", "<rect width='5' height='5'/>"},
-    {kZeroLength, "<line x1='9' x2='9' stroke='red' stroke-linecap='round'/>", "<line x1='9' x2='9' stroke='red'/>"},
-    {kArcShape, "<path d='M10 50A40 20 30 0 1 90 50L50 90z'/>", "<path d='M10 50A40 20 0 0 1 90 50L50 90z'/>"},
+    {kZeroLength, "<line x1='9' x2='9' stroke='red' stroke-linecap='round'/>",
+     "<line x1='9' x2='9' stroke='red'/>"},
+    {kJoinedEnds, "<polyline points='1,1 9,1 9,9 1,1' fill='none' stroke='red'/>",
+     "<polygon points='1,1 9,1 9,9 1,1' fill='none' stroke='red'/><path d='M1 1H9V9z' fill='none' "
+     "stroke='red'/>"},
+    {kArcShape, "<path d='M10 50A40 20 30 0 1 90 50L50 90z'/>",
+     "<path d='M10 50A40 20 0 0 1 90 50L50 90z'/>"},
     {kSmoothControl, "<path d='M10 50Q30 10 50 50S80 90 90 50z'/>", "<path d='M10 50Q30 10 50 50T90 50z'/>"},
     {kAlwaysStroked, "<line x2='9'/>", "<line x2='9' stroke='black'/>"},
     {kPolylineNotFilled, "<polyline points='1,1 9,9 1,9' stroke='red'/>",
@@ -116,25 +121,29 @@ const KindCase kKindCases[] = {
     {kNotClipped, "<g><svg width='9' height='9'><rect width='20' height='5'/></svg></g>",
      "<g><svg width='9' height='9' overflow='visible'><rect width='20' height='5'/></svg></g>"},
     {kPatternWithoutImage, "<pattern id='p'><rect/></pattern><rect fill='url(#p)'/>",
-     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' width='2' "
+     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' "
+     "width='2' "
      "height='2'/></pattern><rect fill='url(#p)'/>"},
     {kPatternTile,
      "<pattern id='p' width='2' height='2'><image xlink:href='here.png' width='2' height='2'/></pattern>"
      "<rect fill='url(#p)'/>",
-     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' width='2' "
+     "<pattern id='p' patternUnits='userSpaceOnUse' width='2' height='2'><image xlink:href='here.png' "
+     "width='2' "
      "height='2'/></pattern><g fill='url(#p)'><rect/></g>"},
     {kMarkerNotTurned, "<marker id='m' orient='auto'/>", "<marker id='m' orient='0'/>"},
     {kMarkerSize,
      "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
      "<path d='M1 1L9 9 20 1' stroke-width='3' marker-end='url(#m)'/>",
-     "<marker id='m' markerWidth='9' markerHeight='9' markerUnits='userSpaceOnUse'><rect width='9' height='9'/></marker>"
+     "<marker id='m' markerWidth='9' markerHeight='9' markerUnits='userSpaceOnUse'><rect width='9' "
+     "height='9'/></marker>"
      "<path d='M1 1L9 9 20 1' stroke-width='3' marker-end='url(#m)'/>"},
     {kMarkerPlace,
      "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
      "<polygon points='1,1 9,9 20,1' marker-end='url(#m)'/>",
      "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
      "<polygon points='1,1 9,9 20,1' marker-start='url(#m)'/>"},
-    {kExtraEffect, "<g patternTransform='translate(9 9)'><rect/></g>", "<g transform='translate(9 9)'><rect/></g>"},
+    {kExtraEffect, "<g patternTransform='translate(9 9)'><rect/></g>",
+     "<g transform='translate(9 9)'><rect/></g>"},
     {kCurrentColour, "<g color='red' fill='currentColor'><rect color='blue'/></g>",
      "<g color='red' fill='currentColor'><rect/></g>"},
     {kGroupOpacity, "<g opacity='0.5'><rect/><rect/></g>", "<g opacity='0.5'><rect/></g>"},
@@ -149,7 +158,8 @@ const KindCase kKindCases[] = {
     {kTextPositions, "<text x='1 2 3'>abc</text>", "<text x='1'>abc</text>"},
     {kTextShiftUp, "<text dy='2'>abc</text>", "<text dy='0'>abc</text>"},
     {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n  two\n</text>"},
-    {kTextBlanks, "<text>one   two</text>", "<text xml:space='preserve'>one   two</text><text>  one two  </text>"},
+    {kTextBlanks, "<text>one   two</text>",
+     "<text xml:space='preserve'>one   two</text><text>  one two  </text>"},
     {kFontMissing, "<text font-family='No Such Family'>a</text>",
      "<g font-family='No Such Family'><rect/></g>"},
     {kFontFallback, "<text font-family='No Such Family, serif'>a</text>",
@@ -303,18 +313,34 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"BlackThatIsSaidIsReplaced",
                      "<defs><rect id='d' fill='black'/></defs><use xlink:href='#d' fill='red'/>",
                      "repainted-definition"},
-        DocumentCase{"AUseIsNeverHidden", "<defs><rect id='d'/></defs><g display='none'><use xlink:href='#d'/></g>",
+        DocumentCase{"AUseIsNeverHidden",
+                     "<defs><rect id='d'/></defs><g display='none'><use xlink:href='#d'/></g>",
                      "hidden-but-printed"},
-        DocumentCase{"LettersOfIdentifiersCountElsewhere", "<defs><rect id='D'/></defs><use xlink:href='#d'/>",
-                     "bad-reference"},
+        DocumentCase{"LettersOfIdentifiersCountElsewhere",
+                     "<defs><rect id='D'/></defs><use xlink:href='#d'/>", "bad-reference"},
+        DocumentCase{"AClosingLineIsNotJoinedToAnArc", "<path d='M1 9A5 5 0 0 1 11 9z' stroke='red'/>",
+                     "joined-ends"},
+        DocumentCase{"TheLimitOfMitersIsNotRead",
+                     "<path d='M1 8L20 10 1 12' fill='none' stroke='red' stroke-miterlimit='20'/>",
+                     "ignored-property"},
+        DocumentCase{"BluntCornersNeedNoLimit",
+                     "<path d='M1 1L20 1 20 20z' fill='none' stroke='red' stroke-miterlimit='20'/>", ""},
+        DocumentCase{"WritingModesAreOthers",
+                     "<text writing-mode='rl'>a</text><text writing-mode='tb'>a</text><text "
+                     "writing-mode='lr'>a</text>",
+                     "extra-effect x2"},
+        DocumentCase{"AnInheritedOpacityIsNotTakenOver", "<g opacity='0.5'><rect opacity='inherit'/></g>",
+                     "opacity-combined"},
         DocumentCase{"OneRadiusIsNotBoth", "<ellipse rx='9'/>", "shape-size"},
         DocumentCase{"ASubpathWithoutLengthHasNoCaps",
-                     "<path d='M1 1L9 9 M5 5L5 5' fill='none' stroke='red' stroke-linecap='round'/>", "zero-length"},
+                     "<path d='M1 1L9 9 M5 5L5 5' fill='none' stroke='red' stroke-linecap='round'/>",
+                     "zero-length"},
         DocumentCase{"BlanksAtTheEndsAreDropped", "<text xml:space='preserve'>  one</text>", "text-blanks"},
-        DocumentCase{"WhatIsTransformedOutOfANestedSvg",
-                     "<g><svg width='9' height='9'><g transform='translate(5 0)'><rect width='9' height='5'/></g>"
-                     "</svg></g>",
-                     "not-clipped"},
+        DocumentCase{
+            "WhatIsTransformedOutOfANestedSvg",
+            "<g><svg width='9' height='9'><g transform='translate(5 0)'><rect width='9' height='5'/></g>"
+            "</svg></g>",
+            "not-clipped"},
         DocumentCase{"ASymbolIsNotCutOff",
                      "<symbol id='s' viewBox='0 0 9 9'><rect width='20' height='5'/></symbol>"
                      "<use xlink:href='#s' width='9' height='9'/>",
@@ -380,12 +406,14 @@ TEST(DocumentCheckTest, IdentifiersBelongToTheirPage) {
 }
 
 TEST(DocumentCheckTest, StyleSheetsInFrontOfTheRootAreFound) {
-    EXPECT_EQ(KindsOf(CheckText("<?xml-stylesheet href='a.css'?><svg width='9' height='9'/>")), "style-sheet");
+    EXPECT_EQ(KindsOf(CheckText("<?xml-stylesheet href='a.css'?><svg width='9' height='9'/>")),
+              "style-sheet");
 }
 
 TEST(DocumentCheckTest, NumbersOnAPageInMillimetresAreFoundOnce) {
-    EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9'/><path d='M1 1L9 9 1 9z'/></svg>")),
-              "unit-scale");
+    EXPECT_EQ(
+        KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9'/><path d='M1 1L9 9 1 9z'/></svg>")),
+        "unit-scale");
     EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9mm'/></svg>")), "");
 }
 
