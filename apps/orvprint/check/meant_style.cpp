@@ -65,6 +65,10 @@ void MeantStyle::TakeInProperty(std::string_view name, std::string_view value) {
         TakeInOpacity(fillOpacity, value);
     } else if (name == "stroke-opacity") {
         TakeInOpacity(strokeOpacity, value);
+    } else if (name == "stroke-width") {
+        widthHasUnit = HasPhysicalUnit(value);
+    } else if (name == "font-size") {
+        sizeHasUnit = HasPhysicalUnit(value);
     } else if (name == "stroke-miterlimit") {
         double limit = 0.0;
         if (ORVConvertToDouble(value, limit) == kRead && limit >= 1.0) miterLimit = limit;

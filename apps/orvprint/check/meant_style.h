@@ -34,10 +34,11 @@ struct MeantStyle {
     double ownOpacity = 1.0;     ///< of this very element
     bool fillIsReference = false;
     bool fillIsCurrent = false, strokeIsCurrent = false;  ///< the paint is "currentColor"
-    bool isClipped = true;     ///< by the "overflow" of this very element; not handed down
-    double miterLimit = 4.0;   ///< how far corners reach, in stroke widths
-    bool keepsBlanks = false;  ///< xml:space="preserve"
-    std::uint32_t said = 0;    ///< what was said since the definition began that the walk is in
+    bool isClipped = true;    ///< by the "overflow" of this very element; not handed down
+    double miterLimit = 4.0;  ///< how far corners reach, in stroke widths
+    bool widthHasUnit = false, sizeHasUnit = false;  ///< of strokes and of fonts, see HasPhysicalUnit
+    bool keepsBlanks = false;                        ///< xml:space="preserve"
+    std::uint32_t said = 0;  ///< what was said since the definition began that the walk is in
 
     /// Takes in what an element says.
     void TakeIn(const ORVXmlNode& element);

@@ -71,6 +71,17 @@ void CompareOpacity(CheckContext& check, const NumberedElement& element, const c
                                 " opaque, and is " + Percent(meant) + " in SVG");
 }
 
+// Units of what is handed down count where it is used. Of thin lines, nobody sees them.
+void CheckUnitsInForce(CheckContext& check, const NumberedElement& element, const Painting& painting,
+                       const SvgDrawState& state) {
+    constexpr double kThin = 2.0;
+    const MeantStyle& meant = check.inForce.meant;
+    if (painting.strokes && state.stroke.GetStrokeWidth() > kThin)
+        CheckUnit(check, element, "stroke-width", meant.widthHasUnit ? "1pt" : "1");
+    if (element.node->id == ElementName::kText)
+        CheckUnit(check, element, "font-size", meant.sizeHasUnit ? "1pt" : "1");
+}
+
 // Once for each element that says "visible".
 void NotePaintedVisible(CheckContext& check) {
     const NumberedElement& shownBy = check.inForce.visibility.shownBy;
@@ -151,6 +162,7 @@ void CheckPainting(CheckContext& check, const NumberedElement& element, const Sv
     if (painting.fills || painting.strokes) {
         NoteDrawn(check, element, CheckShape(check, element, state, path.shape, painting.strokes));
         if (node.id == ElementName::kPath || HasVertices(node.id)) CheckUnit(check, element, {}, "1");
+        CheckUnitsInForce(check, element, painting, state);
         if (!check.openDefinition) CheckMeantPaint(check, element, {painting.fills, painting.strokes}, state);
     }
 

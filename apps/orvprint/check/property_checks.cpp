@@ -4,7 +4,6 @@
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/reference_checks.h"
 #include "apps/orvprint/check/svg_names.h"
-#include "apps/orvprint/check/unit_checks.h"
 #include "platform/system/number_conversion.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
@@ -57,8 +56,6 @@ void CheckPresentation(CheckContext& check, const NumberedElement& element, cons
     if (const MaybeProblem problem = CheckValue(check, element, said, row, state))
         return check.findings.Note(element, said.attribute, said.GetText(), *problem);
 
-    if (said.name == "stroke-width" || said.name == "font-size" || said.name == "letter-spacing")
-        CheckUnit(check, element, said.attribute, said.value);
     // What stands around the element is in force still.
     if (said.name == "opacity" && said.value == "inherit" && check.inForce.meant.ownOpacity < 1.0)
         check.findings.Note(kOpacityCombined, element, said.attribute, said.GetText(),
