@@ -144,11 +144,35 @@ bool IsInherited(AttributeName name) {
     }
 }
 
+// What editors leave behind when they turn one shape into another.
+bool IsOfOtherShapes(ElementName element, AttributeName name) {
+    switch (name) {
+        case AttributeName::kD:
+        case AttributeName::kPoints:
+        case AttributeName::kCx:
+        case AttributeName::kCy:
+        case AttributeName::kR:
+        case AttributeName::kX1:
+        case AttributeName::kX2:
+        case AttributeName::kY1:
+        case AttributeName::kY2: return true;
+        case AttributeName::kX:
+        case AttributeName::kY:
+        case AttributeName::kWidth:
+        case AttributeName::kHeight:
+            return HasVertices(element) || element == ElementName::kCircle ||
+                   element == ElementName::kEllipse || element == ElementName::kG ||
+                   element == ElementName::kA;
+        default: return false;
+    }
+}
+
 // Whether it does nothing in SVG either, or nothing that shows on paper.
 bool IsHarmless(CheckContext& check, const NumberedElement& element, AttributeName name,
                 const ORVXmlAttribute& attribute, const SvgDrawState& state) {
     const ElementName id = element.node->id;
     if (IsInitialValue(attribute.name, attribute.value)) return true;
+    if (IsOfOtherShapes(id, name)) return true;
     // Where a page lies on a screen.
     if (id == ElementName::kSvg && (name == AttributeName::kX || name == AttributeName::kY)) return true;
     if (id == ElementName::kPattern && IsSizeOfTile(check.resources, *element.node, name, state)) return true;

@@ -25,7 +25,9 @@ MaybeProblem CheckInherited(bool isFill, const SvgDrawState& state) {
 MaybeProblem CheckPaint(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
                         const SvgDrawState& state) {
     if (said.value == "none" || said.value == "currentColor") return std::nullopt;
-    if (said.value == "inherit") return CheckInherited(said.name == "fill", state);
+    // In a definition, it is what refers to that which is inherited from.
+    if (said.value == "inherit")
+        return check.openDefinition ? std::nullopt : CheckInherited(said.name == "fill", state);
     if (said.value.find("url") == said.value.npos) return check.values.CheckColour(said.value);
     return CheckPaintReference(check, element, said.name == "fill", said.value, state);
 }

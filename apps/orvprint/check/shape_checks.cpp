@@ -76,6 +76,9 @@ ORVMathBox2D CheckEllipse(CheckContext& check, const NumberedElement& element, c
                  2.0 * ry);
 }
 
+// Of thin lines, nobody sees the ends.
+bool IsBroad(const SvgDrawState& state) { return state.stroke.GetStrokeWidth() > 2.0; }
+
 // Where all of a line is one point, SVG draws the caps.
 void CheckDot(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     if (state.stroke.GetStrokeCap() != kCapButt && state.stroke.GetStrokeWidth() > 0.0)
@@ -117,7 +120,8 @@ ORVMathBox2D CheckPoints(CheckContext& check, const NumberedElement& element, co
     const bool isDot = !box.IsEmpty() && box.xMin == box.xMax && box.yMin == box.yMax;
     if (strokes && isDot && check.numbers.size() >= 4) CheckDot(check, element, state);
     const std::size_t count = check.numbers.size() / 2;
-    if (strokes && element.node->id == ElementName::kPolyline && count > 3 && MeetsItsStart(check.numbers))
+    if (strokes && IsBroad(state) && element.node->id == ElementName::kPolyline && count > 3 &&
+        MeetsItsStart(check.numbers))
         check.findings.Note(kJoinedEnds, element, {}, {}, "ends where it begins, and is closed there");
     return box;
 }
@@ -167,10 +171,10 @@ ORVMathBox2D CheckGeometry(CheckContext& check, const NumberedElement& element, 
             if (path.hasOtherArc)
                 check.findings.Note(kArcShape, element, "d", element.node->Value(AttributeName::kD),
                                     "has an arc that other programs draw elsewhere");
-            if (strokes && path.hasJoinedEnds)
+            if (strokes && IsBroad(state) && path.hasJoinedEnds)
                 check.findings.Note(kJoinedEnds, element, "d", element.node->Value(AttributeName::kD),
                                     "has a part that ends where it begins, and is closed there");
-            if (strokes && path.hasLooseArc)
+            if (strokes && IsBroad(state) && path.hasLooseArc)
                 check.findings.Note(kJoinedEnds, element, "d", element.node->Value(AttributeName::kD),
                                     "has an arc at its beginning that the closing line is not joined to");
             if (strokes) CheckCorners(check, element, state, path.corners);
