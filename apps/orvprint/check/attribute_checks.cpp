@@ -1,14 +1,18 @@
 #include "apps/orvprint/check/attribute_checks.h"
 
+#include "apps/orvprint/check/clip_checks.h"
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/image_checks.h"
 #include "apps/orvprint/check/property_checks.h"
 #include "apps/orvprint/check/reference_checks.h"
 #include "apps/orvprint/check/svg_names.h"
+#include "apps/orvprint/check/unit_checks.h"
+#include "platform/model/ORVPrtViewBox.h"
 #include "platform/system/number_conversion.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
 #include "plugin/style/property_table.h"
+#include "plugin/values/view_box.h"
 
 namespace {
 
@@ -27,6 +31,12 @@ MaybeProblem CheckTextVersion(std::string_view value) {
     int version = 0;
     if (ORVConvertToInt(value, version) == kRead && version >= 0) return std::nullopt;
     return ValueProblem{kBadValue, "is no version: it changes nothing"};
+}
+
+// What SVG gives no effect to on this element.
+bool HasExtraEffect(ElementName element, AttributeName name) {
+    if (name == AttributeName::kPatternTransform) return true;
+    return name == AttributeName::kViewBox && element == ElementName::kText;
 }
 
 bool IsVertical(AttributeName name) {
@@ -62,12 +72,18 @@ void CheckEffective(CheckContext& check, const NumberedElement& element, Attribu
     const std::string_view value = attribute.value;
     const bool isText = element.node->id == ElementName::kText;
     MaybeProblem problem;
+    bool isLength = false;
+    if (HasExtraEffect(element.node->id, name))
+        check.findings.Note(
+            kExtraEffect, element, attribute.name, value,
+            "has an effect here, and none on " + std::string(element.node->GetName()) + " in SVG");
     switch (name) {
         case AttributeName::kX:
         case AttributeName::kY:
         case AttributeName::kDx:
         case AttributeName::kDy:
             problem = isText ? CheckTextPosition(value) : CheckLength(value);
+            isLength = true;
             if (!problem && name == AttributeName::kDy) CheckShiftUp(check, element, value);
             break;
         case AttributeName::kWidth:
@@ -84,7 +100,10 @@ void CheckEffective(CheckContext& check, const NumberedElement& element, Attribu
         case AttributeName::kRefX:
         case AttributeName::kRefY:
         case AttributeName::kMarkerWidth:
-        case AttributeName::kMarkerHeight: problem = CheckLength(value); break;
+        case AttributeName::kMarkerHeight:
+            problem = CheckLength(value);
+            isLength = true;
+            break;
         case AttributeName::kTransform:
         case AttributeName::kPatternTransform: problem = check.values.CheckTransform(value); break;
         case AttributeName::kViewBox: problem = CheckViewBox(value); break;
@@ -96,12 +115,17 @@ void CheckEffective(CheckContext& check, const NumberedElement& element, Attribu
             if (element.node->id == ElementName::kA) CheckLink(check, element, value);
             return;
         case AttributeName::kMarker:
+            if (value != "none")
+                check.findings.Note(kExtraEffect, element, attribute.name, value,
+                                    "is no attribute in SVG: write marker-start, marker-mid and marker-end");
+            return CheckMarkerReference(check, element, attribute);
         case AttributeName::kMarkerStart:
         case AttributeName::kMarkerMid:
         case AttributeName::kMarkerEnd: return CheckMarkerReference(check, element, attribute);
         default: return CheckPresentationAttribute(check, element, attribute, state);
     }
     if (problem) check.findings.Note(element, attribute.name, value, *problem);
+    if (isLength && !problem) CheckUnit(check, element, attribute.name, value);
     CheckPercentage(check, element, name, attribute, state);
 }
 
@@ -120,11 +144,35 @@ bool IsInherited(AttributeName name) {
     }
 }
 
+// What editors leave behind when they turn one shape into another.
+bool IsOfOtherShapes(ElementName element, AttributeName name) {
+    switch (name) {
+        case AttributeName::kD:
+        case AttributeName::kPoints:
+        case AttributeName::kCx:
+        case AttributeName::kCy:
+        case AttributeName::kR:
+        case AttributeName::kX1:
+        case AttributeName::kX2:
+        case AttributeName::kY1:
+        case AttributeName::kY2: return true;
+        case AttributeName::kX:
+        case AttributeName::kY:
+        case AttributeName::kWidth:
+        case AttributeName::kHeight:
+            return HasVertices(element) || element == ElementName::kCircle ||
+                   element == ElementName::kEllipse || element == ElementName::kG ||
+                   element == ElementName::kA;
+        default: return false;
+    }
+}
+
 // Whether it does nothing in SVG either, or nothing that shows on paper.
 bool IsHarmless(CheckContext& check, const NumberedElement& element, AttributeName name,
                 const ORVXmlAttribute& attribute, const SvgDrawState& state) {
     const ElementName id = element.node->id;
     if (IsInitialValue(attribute.name, attribute.value)) return true;
+    if (IsOfOtherShapes(id, name)) return true;
     // Where a page lies on a screen.
     if (id == ElementName::kSvg && (name == AttributeName::kX || name == AttributeName::kY)) return true;
     if (id == ElementName::kPattern && IsSizeOfTile(check.resources, *element.node, name, state)) return true;
@@ -154,14 +202,28 @@ void CheckWithoutEffect(CheckContext& check, const NumberedElement& element, Att
 // ---- names that the interpreter does not know
 // --------------------------------------------------------------
 
-void CheckUnread(CheckContext& check, const NumberedElement& element, const ORVXmlAttribute& attribute) {
-    if (IsInitialValue(attribute.name, attribute.value)) return;
+// Whether a nested drawing has nothing to centre, or no box to be fitted.
+bool HasShapeOfItsBox(const ORVXmlNode& svg, const SvgDrawState& state) {
+    ORVPrtViewBox box;
+    if (ReadViewBox(svg.Value(AttributeName::kViewBox), box) != kRead) return true;
+    const ORVMathBox2D region = ReadNestedRegion(svg, state).region;
+    const double spareX = region.xMax - region.xMin - box.width,
+                 spareY = region.yMax - region.yMin - box.height;
+    return spareX < 0.01 * box.width && spareY < 0.01 * box.height;
+}
+
+void CheckUnread(CheckContext& check, const NumberedElement& element, const ORVXmlAttribute& attribute,
+                 const SvgDrawState& state) {
+    if (attribute.name != "preserveAspectRatio" && IsInitialValue(attribute.name, attribute.value)) return;
     if (element.node->id == ElementName::kMarker && attribute.name == "orient")
         return check.findings.Note(kMarkerNotTurned, element, attribute.name, attribute.value,
                                    "stands as it is drawn on every vertex");
     if (attribute.name == "preserveAspectRatio") {
-        // A picture tells by itself whether that matters.
-        if (element.node->id == ElementName::kImage) return;
+        // Pictures, patterns, markers and the page tell by themselves whether that matters.
+        const ElementName id = element.node->id;
+        if (element.node == check.page.node || (id != ElementName::kSymbol && id != ElementName::kSvg))
+            return;
+        if (id == ElementName::kSvg && HasShapeOfItsBox(*element.node, state)) return;
         const bool isSlice = attribute.value.find("slice") != std::string_view::npos;
         if (attribute.value.starts_with("xMidYMid") && !isSlice) return;
     }
@@ -179,7 +241,8 @@ void CheckUnknown(CheckContext& check, const NumberedElement& element, const ORV
         check.findings.CountForeign();
 }
 
-void CheckOther(CheckContext& check, const NumberedElement& element, const ORVXmlAttribute& attribute) {
+void CheckOther(CheckContext& check, const NumberedElement& element, const ORVXmlAttribute& attribute,
+                const SvgDrawState& state) {
     if (attribute.name == "href") {
         if (!element.node->Has(AttributeName::kXlinkHref))
             check.findings.Note(kHrefWithoutPrefix, element, attribute.name, attribute.value,
@@ -192,7 +255,7 @@ void CheckOther(CheckContext& check, const NumberedElement& element, const ORVXm
         case AttributeRole::kSilent: return;
         case AttributeRole::kScript:
             return check.findings.Note(kScript, element, attribute.name, attribute.value, "is not run");
-        case AttributeRole::kSvg: return CheckUnread(check, element, attribute);
+        case AttributeRole::kSvg: return CheckUnread(check, element, attribute, state);
         case AttributeRole::kUnknown: return CheckUnknown(check, element, attribute);
     }
 }
@@ -206,7 +269,7 @@ void CheckAttributes(CheckContext& check, const NumberedElement& element, SvgPla
         const ORVXmlAttribute attribute = element.node->GetAttribute(i);
         const auto name = FindAttributeName(attribute.name);
         if (!name)
-            CheckOther(check, element, attribute);
+            CheckOther(check, element, attribute, state);
         else if (*name == AttributeName::kId || attribute.value.empty())
             continue;
         else if (*name == AttributeName::kStyle)

@@ -7,16 +7,31 @@
 #include "apps/orvprint/check/finding_writer.h"
 #include "apps/orvprint/check/font_family.h"
 #include "apps/orvprint/check/identifiers.h"
+#include "apps/orvprint/check/meant_style.h"
 #include "apps/orvprint/check/namespaces.h"
 #include "apps/orvprint/check/resource_checks.h"
 #include "apps/orvprint/check/value_checks.h"
 #include "apps/orvprint/check/visibility.h"
 
+/// A drawing inside the drawing, or a definition: what its content covers, and what others would cut off of
+/// it.
+struct DrawnRegion {
+    ORVMathBox2D region;     ///< in the coordinates of its content
+    bool cuts = false;       ///< other programs show nothing beyond `region`
+    bool isTold = false;     ///< something beyond it is a finding where it is drawn
+    bool isOutside = false;  ///< something was
+    ORVMathBox2D content;    ///< of all that was drawn
+};
+
 /// What elements hand down to those inside them, beside the interpreter's own state.
 struct InForce {
     Visibility visibility;
     FontFamily family;
-    bool isNested = false;  ///< inside a drawing or symbol that is not the page itself
+    MeantStyle meant;
+    ORVMathAffine2D toRegion;  ///< from the element's coordinates to those of the region it is drawn in
+    bool isMoved = false;      ///< those are not the page's
+    bool isForeign = false;    ///< inside an element of another namespace
+    bool isNested = false;     ///< inside a drawing or symbol that is not the page itself
 };
 
 /// What the checks of one document share while it is walked. Refers to the document and to the findings.
@@ -30,8 +45,13 @@ struct CheckContext {
     ValueChecks values;
     ResourceChecks resources;
 
+    NumberedElement page;          ///< that is being looked at
+    bool isPageInUnits = false;    ///< its size has a unit, which numbers on it should have, too
+    bool isUnitScaleTold = false;  ///< of that page
+
     InForce inForce;                            ///< where the walk stands
     MetDefinitions definitions;                 ///< of the page
+    DrawnRegion* region = nullptr;              ///< the innermost; null on the page itself
     DefinitionFacts* openDefinition = nullptr;  ///< the one that is being read; null outside of any
 
     // Elements whose word goes for many others: what comes of it is one finding for all of them.

@@ -6,29 +6,66 @@
 
 namespace {
 
-// Whether something was said of a property, and a reference replaces it by something else.
-template <class Attributes, class... Getters>
-bool AnyReplaced(const Attributes& own, const Attributes& by, Getters... getters) {
-    const Attributes unset;
-    return ((((own.*getters)() != (unset.*getters)()) && ((own.*getters)() != (by.*getters)())) || ...);
+using Stroke = ORVPrtStrokeAttributes;
+using Fill = ORVPrtFillAttributes;
+using Text = ORVPrtTextAttributes;
+
+bool Fills(int drawStyle) { return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke; }
+bool Strokes(int drawStyle) { return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke; }
+
+// Properties that a reference gives something else than it finds, as bits.
+class Differences {
+public:
+    Differences(const DrawnSets& own, const SvgDrawState& by) {
+        if (own.strokes) {
+            Add(own.stroke, by.stroke, SaidOf::kStroke, &Stroke::GetStrokeColourIndex);
+            Add(own.stroke, by.stroke, SaidOf::kStrokeOpacity, &Stroke::GetStrokeColourTransparency);
+            Add(own.stroke, by.stroke, SaidOf::kDashes, &Stroke::GetStrokeType);
+            Add(own.stroke, by.stroke, SaidOf::kStrokeWidth, &Stroke::GetStrokeWidth);
+            Add(own.stroke, by.stroke, SaidOf::kLineCap, &Stroke::GetStrokeCap);
+            Add(own.stroke, by.stroke, SaidOf::kLineJoin, &Stroke::GetStrokeJoin);
+        }
+        if (own.fills) {
+            Add(own.fill, by.fill, SaidOf::kFill, &Fill::GetFillColourIndex);
+            Add(own.fill, by.fill, SaidOf::kFill, &Fill::GetFillStyle);
+            Add(own.fill, by.fill, SaidOf::kFillOpacity, &Fill::GetFillColourTransparency);
+            Add(own.fill, by.fill, SaidOf::kFillRule, &Fill::GetFillRule);
+        }
+        if (own.isText) {
+            Add(own.text, by.text, SaidOf::kFontFamily, &Text::GetFont);
+            Add(own.text, by.text, SaidOf::kFontSize, &Text::GetHeight);
+            Add(own.text, by.text, SaidOf::kFontWeight, &Text::GetWeight);
+            Add(own.text, by.text, SaidOf::kTextAnchor, &Text::GetAnchor);
+            Add(own.text, by.text, SaidOf::kLetterSpacing, &Text::GetExtraSpacing);
+            Add(own.text, by.text, SaidOf::kWritingMode, &Text::GetWritingMode);
+        }
+    }
+
+    std::uint32_t Get() const { return bits_; }
+
+private:
+    template <class Attributes, class Getter>
+    void Add(const Attributes& own, const Attributes& by, SaidOf property, Getter getter) {
+        if ((own.*getter)() != (by.*getter)()) bits_ |= static_cast<std::uint32_t>(property);
+    }
+
+    std::uint32_t bits_ = 0;
+};
+
+bool Says(const DrawnSets& sets, SaidOf property) {
+    return (sets.said & static_cast<std::uint32_t>(property)) != 0;
 }
 
-bool IsReplaced(const DrawnSets& own, const SvgDrawState& by) {
-    using Stroke = ORVPrtStrokeAttributes;
-    using Fill = ORVPrtFillAttributes;
-    using Text = ORVPrtTextAttributes;
-    return AnyReplaced(own.stroke, by.stroke, &Stroke::GetStrokeColourIndex,
-                       &Stroke::GetStrokeColourTransparency, &Stroke::GetStrokeType, &Stroke::GetStrokeWidth,
-                       &Stroke::GetStrokeCap, &Stroke::GetStrokeJoin) ||
-           AnyReplaced(own.fill, by.fill, &Fill::GetFillColourIndex, &Fill::GetFillColourTransparency,
-                       &Fill::GetFillRule, &Fill::GetFillStyle) ||
-           AnyReplaced(own.text, by.text, &Text::GetFont, &Text::GetWeight, &Text::GetHeight,
-                       &Text::GetAnchor, &Text::GetExtraSpacing, &Text::GetWritingMode);
+bool MissesPaint(const DrawnSets& own, const SvgDrawState& by) {
+    if (own.isLine) return false;  // is never filled, and always stroked
+    return (!Says(own, SaidOf::kFill) && own.fills != Fills(by.drawStyle)) ||
+           (!Says(own, SaidOf::kStroke) && own.strokes != Strokes(by.drawStyle));
 }
 
 }  // namespace
 
 void DefinitionFacts::Add(DrawnSets one) {
+    ++leaves;
     if (isManifold || std::find(sets.begin(), sets.end(), one) != sets.end()) return;
     if (sets.size() < kMostSets)
         sets.push_back(std::move(one));
@@ -37,8 +74,29 @@ void DefinitionFacts::Add(DrawnSets one) {
 }
 
 bool DefinitionFacts::IsReplacedBy(const SvgDrawState& state) const {
-    return isManifold || std::any_of(sets.begin(), sets.end(),
-                                     [&](const DrawnSets& one) { return IsReplaced(one, state); });
+    return isManifold || std::any_of(sets.begin(), sets.end(), [&](const DrawnSets& one) {
+               // The colour in force where it is placed was to paint it.
+               const bool isOtherColour =
+                   one.isCurrent && (one.fill.GetFillColourIndex() != state.fillCurrentColour ||
+                                     state.fill.GetFillColourIndex() != state.fillCurrentColour);
+               return isOtherColour || (Differences(one, state).Get() & one.said) != 0;
+           });
+}
+
+bool DefinitionFacts::IsChangedBy(const SvgDrawState& state) const {
+    return isManifold || std::any_of(sets.begin(), sets.end(), [&](const DrawnSets& one) {
+               return Differences(one, state).Get() != 0;
+           });
+}
+
+bool DefinitionFacts::HasOverlaps() const {
+    return leaves != 1 || std::any_of(sets.begin(), sets.end(),
+                                      [](const DrawnSets& one) { return one.fills && one.strokes; });
+}
+
+bool DefinitionFacts::MissesPaintOf(const SvgDrawState& state) const {
+    return std::any_of(sets.begin(), sets.end(),
+                       [&](const DrawnSets& one) { return MissesPaint(one, state); });
 }
 
 const DefinitionFacts* MetDefinitions::Find(const SvgDefinitions::Definition& definition) const {

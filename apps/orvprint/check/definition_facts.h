@@ -1,19 +1,26 @@
 #pragma once
 
+#include <cstddef>
 #include <unordered_map>
 #include <vector>
 
+#include "apps/orvprint/check/meant_style.h"
+#include "platform/mathematics/geometry.h"
 #include "platform/model/ORVPrtFillAttributes.h"
 #include "platform/model/ORVPrtStrokeAttributes.h"
 #include "platform/model/ORVPrtTextAttributes.h"
 #include "platform/xml/vocabulary.h"
 #include "plugin/structure/definitions.h"
 
-/// The attribute sets that something is drawn with; those that it does not use are the default ones.
+/// What something is drawn with.
 struct DrawnSets {
     ORVPrtStrokeAttributes stroke;
     ORVPrtFillAttributes fill;
     ORVPrtTextAttributes text;
+    bool fills = false, strokes = false, isText = false;  ///< which of the sets it is drawn with
+    bool isLine = false;                                  ///< stroked whatever is said
+    bool isCurrent = false;                               ///< painted in "currentColor"
+    std::uint32_t said = 0;                               ///< what the definition says itself, see MeantStyle
     bool operator==(const DrawnSets&) const = default;
 };
 
@@ -24,9 +31,13 @@ struct DefinitionFacts {
     static constexpr std::size_t kMostSets = 8;
 
     ElementName element = ElementName::kUnknown;
-    bool hasPicture = false;  ///< among its own children
-    bool hasViewBox = false;  ///< and is a symbol
-    bool isManifold = false;  ///< drawn with more sets than are kept
+    const ORVXmlNode* node = nullptr;
+    ORVMathBox2D content;         ///< of what it draws, in its own coordinates
+    bool isCutElsewhere = false;  ///< some of that lies beyond its viewBox
+    bool hasPicture = false;      ///< among its own children
+    bool hasViewBox = false;      ///< and is a symbol
+    bool isManifold = false;      ///< drawn with more sets than are kept
+    std::size_t leaves = 0;       ///< shapes, texts and the like that it draws
     std::vector<DrawnSets> sets;
 
     /// Takes in what some of its content is drawn with.
@@ -34,6 +45,12 @@ struct DefinitionFacts {
 
     /// Whether a reference drawn in `state` replaces something that the definition says of itself.
     bool IsReplacedBy(const SvgDrawState& state) const;
+    /// Whether it replaces something that the definition would keep if nothing were handed down to it.
+    bool IsChangedBy(const SvgDrawState& state) const;
+    /// Whether more than one thing is drawn, or its stroke lies on its fill: what overlaps shows through.
+    bool HasOverlaps() const;
+    /// Whether the reference asks for a fill or stroke, or for none, and the definition does not say which.
+    bool MissesPaintOf(const SvgDrawState& state) const;
 };
 
 /// The definitions of a page that the walk has met, by what stands for them among SvgDefinitions.

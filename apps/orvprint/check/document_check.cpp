@@ -2,6 +2,7 @@
 
 #include "apps/orvprint/check/attribute_checks.h"
 #include "apps/orvprint/check/check_context.h"
+#include "apps/orvprint/check/clip_checks.h"
 #include "apps/orvprint/check/document_order.h"
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/image_checks.h"
@@ -14,6 +15,7 @@
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/model/ORVPrtPatternElt.h"
+#include "platform/model/ORVPrtViewBox.h"
 #include "platform/print/ORVPrintModelBoundingBoxComputer.h"
 #include "platform/system/ORVRef.h"
 #include "plugin/interpreter/element_access.h"
@@ -21,9 +23,11 @@
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/definitions.h"
 #include "plugin/structure/root_svg.h"
+#include "plugin/structure/statuses.h"
 #include "plugin/structure/walker.h"
 #include "plugin/style/presentation.h"
 #include "plugin/values/colour.h"
+#include "plugin/values/view_box.h"
 
 namespace {
 
@@ -38,11 +42,27 @@ struct OpenHolder {
 DefinitionFacts FactsOf(const ORVXmlNode& definition) {
     DefinitionFacts facts;
     facts.element = definition.id;
+    facts.node = &definition;
     facts.hasViewBox =
         definition.id == ElementName::kSymbol && !definition.Value(AttributeName::kViewBox).empty();
     for (const ORVXmlNode* child = definition.firstChild; child; child = child->nextSibling)
         facts.hasPicture |= child->id == ElementName::kImage;
     return facts;
+}
+
+// Symbols are cut off at their viewBox.
+DrawnRegion RegionOf(const ORVXmlNode& definition) {
+    DrawnRegion region;
+    MeantStyle own;
+    own.TakeIn(definition);
+    ORVPrtViewBox box;
+    if (definition.id != ElementName::kSymbol || !own.isClipped ||
+        ReadViewBox(definition.Value(AttributeName::kViewBox), box) != kRead)
+        return region;
+    region.region.Add({box.minX, box.minY});
+    region.region.Add({box.minX + box.width, box.minY + box.height});
+    region.cuts = true;
+    return region;
 }
 
 // Stands for the primitive that the interpreter would keep. Of what class that is matters with patterns only.
@@ -56,6 +76,38 @@ ORVRef<ORVPrtGraphicPrimitiveElt> MakeStandIn(const ORVXmlNode& definition) {
     return primitive;
 }
 
+// Whether a page is so many millimetres, or the like, by which its content is not scaled.
+bool HasPhysicalSize(const ORVXmlNode& svg) {
+    return svg.Value(AttributeName::kViewBox).empty() && (HasPhysicalUnit(svg.Value(AttributeName::kWidth)) ||
+                                                          HasPhysicalUnit(svg.Value(AttributeName::kHeight)));
+}
+
+// While a definition is walked through: what is found of it is noted with it, and nothing is handed down to
+// it.
+class DefinitionWalk {
+public:
+    DefinitionWalk(CheckContext& check, DefinitionFacts& facts, DrawnRegion& region)
+        : check_(check), outer_(check.inForce), region_(check.region), definition_(check.openDefinition) {
+        check.openDefinition = &facts;
+        check.region = &region;
+        check.inForce.toRegion = {};
+        check.inForce.meant.BeginDefinition();
+    }
+    ~DefinitionWalk() {
+        check_.inForce = outer_;
+        check_.region = region_;
+        check_.openDefinition = definition_;
+    }
+    DefinitionWalk(const DefinitionWalk&) = delete;
+    DefinitionWalk& operator=(const DefinitionWalk&) = delete;
+
+private:
+    CheckContext& check_;
+    const InForce outer_;
+    DrawnRegion* const region_;
+    DefinitionFacts* const definition_;
+};
+
 // The walk through a document, which goes where the interpreter goes and keeps the state that it would keep.
 // Elements are numbered as they come.
 class DocumentCheck {
@@ -64,6 +116,7 @@ public:
         : document_(document), path_(document.path), check_(document, findings) {}
 
     void Run() {
+        CheckProlog();
         if (document_.fragments.empty())
             CheckDrawing(*document_.root, false);
         else
@@ -76,6 +129,15 @@ private:
     // Passes over an element and all that it holds.
     void Skip(const ORVXmlNode& node) {
         for (DocumentOrder order(node); order.Next();) ++next_;
+    }
+
+    // Style sheets are named in front of the root, too, where the parsed document has nothing.
+    void CheckProlog() {
+        if (!document_.places || document_.places->empty()) return;
+        const std::string_view prolog = document_.text.substr(0, document_.places->front().offset);
+        if (prolog.find("<?xml-stylesheet") != prolog.npos)
+            check_.findings.Note(kStyleSheet, {document_.root, 0}, {}, "<?xml-stylesheet?>",
+                                 "none of its rules is applied");
     }
 
     // ---- drawings and their pages ----------------------------------------------------------------------
@@ -100,16 +162,22 @@ private:
         const ElementScope scope(check_, root);
         if (!isSvg && check_.namespaces.Find(PrefixOf(root.GetName())) == Namespaces::kSvg)
             check_.findings.Note(kPrefixedElement, element, {}, {}, "only names without a prefix are read");
+        bool hasOthers = false;
         for (const ORVXmlNode* child = root.firstChild; child; child = child->nextSibling) {
             if (child->id == ElementName::kSvg) {
                 CheckPage(*child, isEmbedded);
                 continue;
             }
+            hasOthers |= isSvg && HasHandler(child->id);
             if (isSvg && HasHandler(child->id))
                 check_.findings.Note(kNotOnAPage, {child, next_}, {}, {},
                                      "only the svg elements beside it are printed");
             Skip(*child);
         }
+        if (isSvg && !hasOthers)
+            check_.findings.Note(
+                kPageSet, element, {}, {},
+                "holds " + std::to_string(pages) + " svg elements, each of which becomes a page");
     }
 
     void CheckPage(const ORVXmlNode& node, bool isEmbedded) {
@@ -133,11 +201,16 @@ private:
 
         const ElementScope scope(check_, node);
         const LightElementAccess access(&node);
+        check_.page = svg;
+        check_.isPageInUnits = HasPhysicalSize(node);
+        check_.isUnitScaleTold = false;
+        CheckNamespace(svg);
         CheckAttributes(check_, svg, SvgPlace::kPage, state);
         HandDown(svg, state);
         ApplyContainerPresentation(state, access);
         CheckPageSize(check_.findings, svg, state);
         SizePage(state, access);
+        check_.inForce.isMoved = !(state.page->GetOrigin() == ORVMathPoint2D{});
         VisitChildren(node, state, nullptr);
     }
 
@@ -147,6 +220,17 @@ private:
     void HandDown(const NumberedElement& element, const SvgDrawState& inherited) {
         check_.inForce.visibility.TakeIn(element, inherited);
         check_.inForce.family.TakeIn(element);
+        check_.inForce.meant.TakeIn(*element.node);
+    }
+
+    // The interpreter looks at names alone. Documents without any namespaces are left alone.
+    void CheckNamespace(const NumberedElement& element) {
+        const std::string_view space = check_.namespaces.Find({});
+        if (check_.inForce.isForeign || space == Namespaces::kSvg) return;
+        if (space.empty() && !element.node->Find("xmlns")) return;
+        check_.inForce.isForeign = true;
+        check_.findings.Note(kForeignNamespace, element, "xmlns", space,
+                             "is no element of SVG, and is printed all the same");
     }
 
     // `holder` collects the definitions among the children; null where they are drawn.
@@ -198,10 +282,13 @@ private:
     // Findable from behind its end on, as the interpreter has it.
     void VisitDefinition(const ORVXmlNode& node, SvgDrawState& state, const OpenHolder& holder) {
         DefinitionFacts facts = FactsOf(node);
-        DefinitionFacts* const outer = check_.openDefinition;
-        check_.openDefinition = &facts;
-        VisitDrawn(node, state);
-        check_.openDefinition = outer;
+        DrawnRegion region = RegionOf(node);
+        {
+            const DefinitionWalk walk(check_, facts, region);
+            VisitDrawn(node, state);
+        }
+        facts.content = region.content;
+        facts.isCutElsewhere = region.isOutside;
 
         if (node.Value(AttributeName::kId).empty()) return;
         const ORVRef<ORVPrtGraphicPrimitiveElt> standIn = MakeStandIn(node);
@@ -213,6 +300,8 @@ private:
     void VisitDrawn(const ORVXmlNode& node, SvgDrawState& state) {
         const NumberedElement element = Take(node);
         const ElementScope scope(check_, node);
+        check_.inForce.isMoved |= node.Has(AttributeName::kTransform);
+        CheckNamespace(element);
         CheckAttributes(check_, element, SvgPlace::kNested, state);
         HandDown(element, state);
         if (node.id == ElementName::kUse)
@@ -228,7 +317,29 @@ private:
         const SvgDefinitionScope definitions(*state.definitions);
         ApplyContainerPresentation(state, LightElementAccess(&node));
         if (node.id == ElementName::kSvg || node.id == ElementName::kSymbol) check_.inForce.isNested = true;
+        if (node.id == ElementName::kSvg) return VisitNested(node, state);
+        // Of definitions only groups and links have a transform.
+        const std::string_view transform = node.Value(AttributeName::kTransform);
+        if (check_.region && (node.id == ElementName::kG || node.id == ElementName::kA))
+            check_.inForce.toRegion = check_.inForce.toRegion * check_.values.ReadTransform(transform);
         VisitChildren(node, state, nullptr);
+    }
+
+    void VisitNested(const ORVXmlNode& node, SvgDrawState& state) {
+        const NestedRegion nested = ReadNestedRegion(node, state);
+        DrawnRegion inner{
+            .region = nested.region, .cuts = check_.inForce.meant.isClipped, .isTold = true, .content = {}};
+        DrawnRegion* const outer = check_.region;
+        const ORVMathAffine2D map = check_.inForce.toRegion * nested.map;
+        check_.region = &inner;
+        check_.inForce.toRegion = {};
+        check_.inForce.isMoved = true;
+        VisitChildren(node, state, nullptr);
+        check_.region = outer;
+        if (!outer) return;
+        const ORVMathBox2D drawn = MapBox(map, inner.content);
+        outer->content.Add({drawn.xMin, drawn.yMin});
+        outer->content.Add({drawn.xMax, drawn.yMax});
     }
 
     void VisitUse(const NumberedElement& use, SvgDrawState state) {

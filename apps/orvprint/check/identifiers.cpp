@@ -28,8 +28,9 @@ const ORVXmlNode* Identifiers::FindOnPage(std::string_view id) const {
     return found == ofPage_.end() ? nullptr : found->second.node;
 }
 
-bool Identifiers::IsInDocument(std::string_view id) {
-    if (FindOnPage(id)) return true;
+bool Identifiers::IsInDocument(std::string_view id, Letters onPage) {
+    if (const ORVXmlNode* found = FindOnPage(id))
+        if (onPage == Letters::kUpperOrLower || found->Value(AttributeName::kId) == id) return true;
     if (!hasReadDocument_) {
         hasReadDocument_ = true;
         DocumentOrder order(root_);

@@ -20,8 +20,11 @@ public:
     /// there is none.
     const ORVXmlNode* FindOnPage(std::string_view id) const;
 
+    /// How identifiers are compared.
+    enum class Letters { kSame, kUpperOrLower };
     /// Whether the page has it, or any other part of the document in the same letters.
-    bool IsInDocument(std::string_view id);
+    /// @param onPage  whether upper and lower case count on the page, too
+    bool IsInDocument(std::string_view id, Letters onPage = Letters::kUpperOrLower);
 
 private:
     const ORVXmlNode& root_;

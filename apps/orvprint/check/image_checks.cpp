@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "apps/orvprint/check/clip_checks.h"
 #include "plugin/interpreter/element_access.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/structure/statuses.h"
@@ -29,6 +30,25 @@ void CheckShape(CheckContext& check, const NumberedElement& element, std::string
                                 " pixels do not have the shape of its width and height");
 }
 
+// What SVG does not show, or cuts off.
+void CheckDrawn(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
+    const Visibility& visibility = check.inForce.visibility;
+    if (visibility.isRemoved || visibility.isHidden)
+        check.findings.Note(kHiddenButPrinted, element, {}, {}, "pictures are printed, hidden or not");
+    const ORVXmlNode& node = *element.node;
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+    ParseHorizontalLength(state, node.Value(AttributeName::kX), x);
+    ParseVerticalLength(state, node.Value(AttributeName::kY), y);
+    ParseHorizontalLength(state, node.Value(AttributeName::kWidth), width);
+    ParseVerticalLength(state, node.Value(AttributeName::kHeight), height);
+    ORVMathBox2D box;
+    box.Add({x, y});
+    box.Add({x + width, y + height});
+    NoteDrawn(check, element, box);
+    // In a definition, the blending counts pictures as much as shapes.
+    if (check.openDefinition) ++check.openDefinition->leaves;
+}
+
 }  // namespace
 
 void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
@@ -41,6 +61,7 @@ void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDr
     const PictureFacts& facts = check.resources.CheckPicture(state, reference);
     if (facts.problem) return check.findings.Note(element, "xlink:href", reference, *facts.problem);
     if (facts.remark) check.findings.Note(element, "xlink:href", reference, *facts.remark);
+    CheckDrawn(check, element, state);
     CheckShape(check, element, reference, facts, state);
 }
 

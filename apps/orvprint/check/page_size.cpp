@@ -40,6 +40,8 @@ void CheckPageSize(FindingWriter& findings, const NumberedElement& svg, SvgDrawS
 
     const std::string_view viewBox = svg.node->Value(AttributeName::kViewBox);
     if (viewBox.empty()) {
+        if (svg.node->Value(AttributeName::kWidth).empty() && svg.node->Value(AttributeName::kHeight).empty())
+            findings.Note(kPageWithoutSize, svg, {}, {}, "has neither width and height nor a viewBox");
         for (const AttributeName name : {AttributeName::kWidth, AttributeName::kHeight})
             if (IsPercentage(svg.node->Value(name)))
                 findings.Note(kPercentageOfNothing, svg, GetNameText(name), svg.node->Value(name),

@@ -1,7 +1,12 @@
 #include "apps/orvprint/check/painting_checks.h"
 
 #include <cmath>
+#include <cstdio>
 
+#include "apps/orvprint/check/clip_checks.h"
+#include "apps/orvprint/check/element_kinds.h"
+#include "apps/orvprint/check/shape_checks.h"
+#include "apps/orvprint/check/unit_checks.h"
 #include "plugin/structure/SvgDrawState.h"
 #include "plugin/values/point_list.h"
 
@@ -37,13 +42,46 @@ Painting PaintingOf(ElementName name, const PathFacts& path, int drawStyle) {
     return painting;
 }
 
-void AddToDefinition(DefinitionFacts& definition, const Painting& painting, ElementName name,
+void AddToDefinition(CheckContext& check, const Painting& painting, ElementName name,
                      const SvgDrawState& state) {
+    const MeantStyle& meant = check.inForce.meant;
     DrawnSets sets;
+    sets.fills = painting.fills;
+    sets.strokes = painting.strokes;
+    sets.isText = name == ElementName::kText;
+    sets.isLine = painting.IsLine();
+    sets.isCurrent = (meant.fillIsCurrent && painting.fills) || (meant.strokeIsCurrent && painting.strokes);
+    sets.said = meant.said;
     if (painting.strokes) sets.stroke = state.stroke;
     if (painting.fills) sets.fill = state.fill;
-    if (name == ElementName::kText) sets.text = state.text;
-    definition.Add(std::move(sets));
+    if (sets.isText) sets.text = state.text;
+    check.openDefinition->Add(std::move(sets));
+}
+
+std::string Percent(double opacity) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.0f %%", opacity * 100.0);
+    return text;
+}
+
+// What is printed so opaque, and is meant to be otherwise. Rounding makes no difference.
+void CompareOpacity(CheckContext& check, const NumberedElement& element, const char* part, double printed,
+                    double meant) {
+    if (std::abs(printed - meant) > 0.02)
+        check.findings.Note(kOpacityCombined, element, {}, {},
+                            std::string("its ") + part + " is printed " + Percent(printed) +
+                                " opaque, and is " + Percent(meant) + " in SVG");
+}
+
+// Units of what is handed down count where it is used. Of thin lines, nobody sees them.
+void CheckUnitsInForce(CheckContext& check, const NumberedElement& element, const Painting& painting,
+                       const SvgDrawState& state) {
+    constexpr double kThin = 2.0;
+    const MeantStyle& meant = check.inForce.meant;
+    if (painting.strokes && state.stroke.GetStrokeWidth() > kThin)
+        CheckUnit(check, element, "stroke-width", meant.widthHasUnit ? "1pt" : "1");
+    if (element.node->id == ElementName::kText)
+        CheckUnit(check, element, "font-size", meant.sizeHasUnit ? "1pt" : "1");
 }
 
 // Once for each element that says "visible".
@@ -90,6 +128,30 @@ void CheckLine(CheckContext& check, const NumberedElement& element, const Painti
 
 }  // namespace
 
+void CheckMeantPaint(CheckContext& check, const NumberedElement& element, PaintedParts parts,
+                     const SvgDrawState& state) {
+    const MeantStyle& meant = check.inForce.meant;
+    const bool isOtherFill =
+        parts.fills && meant.fillIsCurrent && state.fill.GetFillColourIndex() != state.fillCurrentColour;
+    const bool isOtherStroke = parts.strokes && meant.strokeIsCurrent &&
+                               state.stroke.GetStrokeColourIndex() != state.strokeCurrentColour;
+    if (isOtherFill || isOtherStroke)
+        check.findings.Note(kCurrentColour, element, {}, {},
+                            "is painted in the color that was in force before");
+    if (parts.fills && state.fill.GetFillStyle() == kFillPattern && !meant.fillIsReference)
+        check.findings.Note(kPatternTile, element, {}, {}, "keeps the pattern that was in force before");
+    if (meant.isOpacityTold) return;
+    constexpr double kOpaque = 255.0;
+    if (parts.fills)
+        CompareOpacity(check, element, "fill", state.fill.GetFillColourTransparency() / kOpaque,
+                       meant.opacity * meant.fillOpacity);
+    if (parts.strokes)
+        CompareOpacity(check, element, "stroke", state.stroke.GetStrokeColourTransparency() / kOpaque,
+                       meant.opacity * meant.strokeOpacity);
+    if (parts.fills && parts.strokes && meant.opacity < 1.0 && !meant.isBlendTold)
+        check.findings.Note(kGroupOpacity, element, {}, {}, "its fill shows through its stroke");
+}
+
 void CheckPainting(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     const ORVXmlNode& node = *element.node;
     PathFacts path;
@@ -98,7 +160,13 @@ void CheckPainting(CheckContext& check, const NumberedElement& element, const Sv
             check.findings.Note(element, "d", node.Value(AttributeName::kD), *problem);
 
     const Painting painting = PaintingOf(node.id, path, state.drawStyle);
-    if (check.openDefinition) AddToDefinition(*check.openDefinition, painting, node.id, state);
+    if (check.openDefinition) AddToDefinition(check, painting, node.id, state);
+    if (painting.fills || painting.strokes) {
+        NoteDrawn(check, element, CheckShape(check, element, state, path.shape, painting.strokes));
+        if (node.id == ElementName::kPath || HasVertices(node.id)) CheckUnit(check, element, {}, "1");
+        CheckUnitsInForce(check, element, painting, state);
+        if (!check.openDefinition) CheckMeantPaint(check, element, {painting.fills, painting.strokes}, state);
+    }
 
     const Visibility& visibility = check.inForce.visibility;
     if ((visibility.isRemoved || visibility.isHidden) && (painting.strokes || painting.fills))

@@ -1,5 +1,6 @@
 #include "apps/orvprint/check/property_checks.h"
 
+#include "apps/orvprint/check/document_order.h"
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/reference_checks.h"
 #include "apps/orvprint/check/svg_names.h"
@@ -13,9 +14,20 @@ namespace {
 
 using enum FindingCode;
 
+// The word turns the paint on. @param state  in force around the element
+MaybeProblem CheckInherited(bool isFill, const SvgDrawState& state) {
+    const int part = isFill ? kDrawFill : kDrawStroke;
+    if (state.drawStyle == part || state.drawStyle == kDrawFillAndStroke) return std::nullopt;
+    return ValueProblem{kBadValue, isFill ? "turns the fill on, though none is inherited"
+                                          : "turns the stroke on, though none is inherited"};
+}
+
 MaybeProblem CheckPaint(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
                         const SvgDrawState& state) {
-    if (said.value == "none" || said.value == "currentColor" || said.value == "inherit") return std::nullopt;
+    if (said.value == "none" || said.value == "currentColor") return std::nullopt;
+    // In a definition, it is what refers to that which is inherited from.
+    if (said.value == "inherit")
+        return check.openDefinition ? std::nullopt : CheckInherited(said.name == "fill", state);
     if (said.value.find("url") == said.value.npos) return check.values.CheckColour(said.value);
     return CheckPaintReference(check, element, said.name == "fill", said.value, state);
 }
@@ -27,17 +39,48 @@ MaybeProblem CheckValue(CheckContext& check, const NumberedElement& element, con
     return check.values.CheckProperty(row, said.value, said.IsInStyle());
 }
 
+// Whether a group draws more than one thing, so that they may overlap. Pictures are not blended at all.
+bool HasSeveralParts(const ORVXmlNode& group) {
+    constexpr int kMostLookedAt = 10000;
+    int parts = 0, lookedAt = 0;
+    DocumentOrder order(group);
+    for (const ORVXmlNode* node = order.Next(); node && parts < 2; node = order.Next()) {
+        if (node->id == ElementName::kImage || node->id == ElementName::kUse || ++lookedAt > kMostLookedAt)
+            return true;
+        parts +=
+            node->id != ElementName::kUnknown && !IsContainer(node->id) && !IsDescription(node->id) ? 1 : 0;
+    }
+    return parts > 1;
+}
+
 void CheckPresentation(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
                        const PropertyRow& row, const SvgDrawState& state) {
     if (const MaybeProblem problem = CheckValue(check, element, said, row, state))
         return check.findings.Note(element, said.attribute, said.GetText(), *problem);
 
-    const bool isGroup = IsContainer(element.node->id) || element.node->id == ElementName::kUse;
+    // What stands around the element is in force still.
+    if (said.name == "opacity" && said.value == "inherit" && check.inForce.meant.ownOpacity < 1.0)
+        check.findings.Note(kOpacityCombined, element, said.attribute, said.GetText(),
+                            "does not take over the opacity of what is around it");
     double opacity = 1.0;
-    if (said.name == "opacity" && isGroup && ORVConvertToDouble(said.value, opacity) == kRead &&
-        opacity < 1.0)
+    if (said.name == "opacity" && IsContainer(element.node->id) &&
+        ORVConvertToDouble(said.value, opacity) == kRead && opacity < 1.0 && HasSeveralParts(*element.node)) {
+        check.inForce.meant.isBlendTold = true;
         check.findings.Note(kGroupOpacity, element, said.attribute, said.GetText(),
                             "each part of the group is blended by itself");
+    }
+}
+
+// On a text the attribute has the last word.
+void CheckAgainstAttribute(CheckContext& check, const NumberedElement& element, const SaidProperty& said) {
+    const bool isOfFont = said.name == "font-family" || said.name == "font-size" ||
+                          said.name == "font-weight" || said.name == "text-anchor";
+    if (element.node->id != ElementName::kText || !isOfFont) return;
+    const auto attribute = element.node->Find(said.name);
+    if (attribute && !attribute->empty() && *attribute != said.value)
+        check.findings.Note(kAttributeWins, element, said.attribute, said.GetText(),
+                            "has no effect beside the attribute " + std::string(said.name) + "='" +
+                                Excerpt(*attribute) + "'");
 }
 
 void CheckDeclaration(CheckContext& check, const NumberedElement& element,
@@ -56,8 +99,12 @@ void CheckDeclaration(CheckContext& check, const NumberedElement& element,
     const SaidProperty said{"style", row->name, declaration.value};
     if (!row->apply)
         CheckPropertyWithoutEffect(check, element, said);
-    else if (element.node->id != ElementName::kImage && !declaration.value.empty())
+    else if (element.node->id == ElementName::kImage && row->name == "opacity" && declaration.value != "1")
+        check.findings.Note(kIgnoredProperty, element, said.attribute, said.GetText(), "has no effect");
+    else if (element.node->id != ElementName::kImage && !declaration.value.empty()) {
         CheckPresentation(check, element, said, *row, state);
+        CheckAgainstAttribute(check, element, said);
+    }
 }
 
 bool IsAboutTexts(std::string_view property) {

@@ -1,9 +1,17 @@
 #include "apps/orvprint/check/reference_checks.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include "apps/orvprint/check/clip_checks.h"
+#include "apps/orvprint/check/painting_checks.h"
+#include "platform/model/ORVPrtViewBox.h"
 #include "platform/print/link_addresses.h"
 #include "plugin/geometry/markers.h"
 #include "plugin/structure/SvgDrawState.h"
+#include "plugin/structure/statuses.h"
 #include "plugin/values/length.h"
+#include "plugin/values/view_box.h"
 
 namespace {
 
@@ -11,11 +19,22 @@ using enum FindingCode;
 
 constexpr const char* kNoSuchElement = "the document has no such element";
 
+constexpr const char* kOtherLetters =
+    "is found in other letters, upper or lower: other programs do not find it";
+
+bool IsClose(double a, double b) {
+    return std::abs(a - b) <= 0.01 * std::max(std::abs(a), std::abs(b)) + 1e-9;
+}
+
 // What a "use" refers to. Where there is nothing, that is a finding, and the result null.
 const SvgDefinitions::Definition* FindUsed(CheckContext& check, const NumberedElement& use,
                                            std::string_view reference, const SvgDrawState& state) {
     const std::string_view id = reference.substr(1);
-    if (const SvgDefinitions::Definition* found = state.definitions->Find(id)) return found;
+    if (const SvgDefinitions::Definition* found = state.definitions->Find(id)) {
+        if (!check.identifiers.IsInDocument(id, Identifiers::Letters::kSame))
+            check.findings.Note(kBadReference, use, "xlink:href", reference, kOtherLetters);
+        return found;
+    }
     if (!check.identifiers.FindOnPage(id))
         check.findings.Note(kMissingReference, use, "xlink:href", reference, kNoSuchElement);
     else
@@ -25,14 +44,67 @@ const SvgDefinitions::Definition* FindUsed(CheckContext& check, const NumberedEl
     return nullptr;
 }
 
-// What is given a width and height is scaled to fit, which SVG does with symbols only.
-void CheckFitting(CheckContext& check, const NumberedElement& use, const SvgDrawState& state) {
+// What is given a width and height is scaled to fit, which SVG does with symbols only. Those it always fits.
+void CheckFitting(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
+                  const SvgDrawState& state) {
     double width = 0.0, height = 0.0;
     ParseHorizontalLength(state, use.node->Value(AttributeName::kWidth), width);
     ParseVerticalLength(state, use.node->Value(AttributeName::kHeight), height);
-    if (width > 0.0 && height > 0.0)
+    const bool isFitted = width > 0.0 && height > 0.0;
+    if (isFitted && !facts.hasViewBox)
         check.findings.Note(kFittedUse, use, "width", use.node->Value(AttributeName::kWidth),
                             "what it places is no symbol with a viewBox, and is scaled all the same");
+    if (!isFitted && facts.hasViewBox)
+        check.findings.Note(kUnfittedSymbol, use, "xlink:href", use.node->Value(AttributeName::kXlinkHref),
+                            "has no width and height: other programs fit the symbol to the page");
+    if (facts.isCutElsewhere)
+        check.findings.Note(kNotClipped, use, "xlink:href", use.node->Value(AttributeName::kXlinkHref),
+                            "the symbol reaches beyond its viewBox, and is not cut off there");
+}
+
+// Where a "use" draws, in its own coordinates.
+ORVMathBox2D BoxOfUse(const ORVXmlNode& use, const DefinitionFacts& facts, const SvgDrawState& state) {
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+    ParseHorizontalLength(state, use.Value(AttributeName::kX), x);
+    ParseVerticalLength(state, use.Value(AttributeName::kY), y);
+    ParseHorizontalLength(state, use.Value(AttributeName::kWidth), width);
+    ParseVerticalLength(state, use.Value(AttributeName::kHeight), height);
+    if (!facts.hasViewBox || !(width > 0.0) || !(height > 0.0))
+        return MapBox(ORVMathAffine2D::Translation(x, y), facts.content);
+    ORVMathBox2D box;
+    box.Add({x, y});
+    box.Add({x + width, y + height});
+    return box;
+}
+
+// A side of what a marker draws fills the same side of its region, neither scaled nor cut off.
+bool FillsSide(double from, double to, double start, double size, bool isCut) {
+    const double slack = 0.02 * size + 1e-9;
+    if (isCut && (from < start - slack || to > start + size + slack)) return false;
+    return IsClose(to - from, size);
+}
+
+// Whether a marker that is placed in `state` comes out as large in SVG, and whole.
+bool IsAsLargeAsMeant(const DefinitionFacts& facts, const SvgDrawState& state) {
+    const ORVXmlNode& marker = *facts.node;
+    constexpr double kInitialSize = 3.0;
+    double width = kInitialSize, height = kInitialSize;
+    ParseHorizontalLength(state, marker.Value(AttributeName::kMarkerWidth), width);
+    ParseVerticalLength(state, marker.Value(AttributeName::kMarkerHeight), height);
+    const bool scalesWithLine = marker.Find("markerUnits").value_or("strokeWidth") != "userSpaceOnUse";
+    if (scalesWithLine && !IsClose(state.stroke.GetStrokeWidth(), 1.0)) return false;
+
+    ORVPrtViewBox box{0.0, 0.0, width, height};
+    ReadViewBox(marker.Value(AttributeName::kViewBox), box);
+    if (!IsClose(box.width, width) || !IsClose(box.height, height)) return false;
+    if (facts.content.IsEmpty()) return facts.leaves == 0;
+    MeantStyle own;
+    own.TakeIn(marker);
+    const bool isScaled = marker.Has(AttributeName::kMarkerWidth) && marker.Has(AttributeName::kMarkerHeight);
+    const ORVMathBox2D& drawn = facts.content;
+    if (!isScaled && !own.isClipped) return true;
+    return FillsSide(drawn.xMin, drawn.xMax, box.minX, width, own.isClipped) &&
+           FillsSide(drawn.yMin, drawn.yMax, box.minY, height, own.isClipped);
 }
 
 void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVUnicodeString& id,
@@ -48,9 +120,53 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
         return;
     }
     const DefinitionFacts* facts = check.definitions.Find(*found);
-    if (facts && facts->IsReplacedBy(state))
+    if (!facts) return;
+    const Visibility& visibility = check.inForce.visibility;
+    if (visibility.isRemoved || visibility.isHidden)
+        return check.findings.Note(kHiddenButPrinted, element, "marker", id, "its markers are printed");
+    if (facts->IsChangedBy(state))
         check.findings.Note(kRepaintedDefinition, element, "marker", id,
                             "the marker takes the paint of the line it stands on");
+    if (!check.inForce.meant.isBlendTold && check.inForce.meant.opacity < 1.0)
+        check.findings.Note(kGroupOpacity, element, "marker", id, "the line shows through its marker");
+    if (facts->element == ElementName::kMarker && !IsAsLargeAsMeant(*facts, state))
+        check.findings.Note(kMarkerSize, element, "marker", id,
+                            "the marker is neither scaled with the line nor cut off as in other programs");
+}
+
+// Of a path, the points at which others have no marker, or more than one.
+bool HasOtherVertices(const NumberedElement& element, const SvgMarkerReferences& references) {
+    if (element.node->id == ElementName::kPolygon)
+        return !references.mid.IsEmpty() || !references.end.IsEmpty();
+    if (element.node->id != ElementName::kPath || references.mid.IsEmpty()) return false;
+    const std::string_view data = element.node->Value(AttributeName::kD);
+    const std::size_t close = data.find_first_of("zZ");
+    return close != data.npos && data.find_first_of("LlHhVvCcSsQqTtAaMm", close) != data.npos;
+}
+
+// Whether a pattern tiles its picture in SVG as it does here: one picture that is the tile, from the corner
+// on.
+bool IsTileAsMeant(CheckContext& check, const DefinitionFacts& facts, const SvgDrawState& state) {
+    const ORVXmlNode& pattern = *facts.node;
+    const ORVXmlNode* const image = pattern.firstChild;
+    if (!image || image->id != ElementName::kImage || image->nextSibling) return false;
+    if (pattern.Find("patternUnits").value_or("") != "userSpaceOnUse" ||
+        pattern.Has(AttributeName::kViewBox) || pattern.Has(AttributeName::kPatternTransform) ||
+        pattern.Find("patternContentUnits").value_or("userSpaceOnUse") != "userSpaceOnUse")
+        return false;
+    const PictureFacts& picture =
+        check.resources.CheckPicture(state, image->Value(AttributeName::kXlinkHref));
+    for (const ORVXmlNode* node : {&pattern, image}) {
+        double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+        ParseHorizontalLength(state, node->Value(AttributeName::kX), x);
+        ParseVerticalLength(state, node->Value(AttributeName::kY), y);
+        ParseHorizontalLength(state, node->Value(AttributeName::kWidth), width);
+        ParseVerticalLength(state, node->Value(AttributeName::kHeight), height);
+        if (x != 0.0 || y != 0.0 || !IsClose(width, picture.tileWidth) ||
+            !IsClose(height, picture.tileHeight))
+            return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -76,6 +192,10 @@ void CheckMarkers(CheckContext& check, const NumberedElement& element, const Svg
     const SvgMarkerReferences& references = state.markers.Get();
     for (const ORVUnicodeString* id : {&references.start, &references.mid, &references.end})
         CheckMarker(check, element, *id, state);
+    if (HasOtherVertices(element, references))
+        check.findings.Note(kMarkerPlace, element, "marker",
+                            references.mid.IsEmpty() ? references.end : references.mid,
+                            "the point that closes it has no marker of its own here");
 }
 
 MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& element, bool isFill,
@@ -106,12 +226,51 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
                             "is no definition here: only what comes before, in a group still open, is found"};
     const DefinitionFacts* facts = check.definitions.Find(*found);
     if (!facts) return std::nullopt;
+    if (!check.identifiers.IsInDocument(id, Identifiers::Letters::kSame))
+        return ValueProblem{kBadReference, kOtherLetters};
     if (facts->element != ElementName::kPattern)
         return ValueProblem{kBadReference, "is no pattern: the colour stays as it was"};
     if (!facts->hasPicture && element.node->id != ElementName::kPattern)
         return ValueProblem{kPatternWithoutImage, "the pattern holds no picture of its own"};
+    if (element.node->id != ElementName::kPattern &&
+        (check.inForce.isMoved || !IsTileAsMeant(check, *facts, state)))
+        return ValueProblem{kPatternTile, "other programs place or scale the pattern's picture otherwise"};
     return std::nullopt;
 }
+
+namespace {
+
+// A definition that places others is drawn as they are, with what the use says.
+void NoteUsed(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
+              const SvgDrawState& state) {
+    NoteDrawn(check, use, BoxOfUse(*use.node, facts, state));
+    if (!check.openDefinition) return;
+    for (DrawnSets sets : facts.sets) {
+        sets.said = check.inForce.meant.said;
+        if (sets.strokes) sets.stroke = state.stroke;
+        if (sets.fills) sets.fill = state.fill;
+        if (sets.isText) sets.text = state.text;
+        check.openDefinition->Add(std::move(sets));
+    }
+}
+
+// What is blended as a whole in SVG, and part by part here.
+void CheckBlending(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
+                   const SvgDrawState& state) {
+    if (check.openDefinition) return;
+    MeantStyle& meant = check.inForce.meant;
+    if (meant.opacity < 1.0 && !meant.isBlendTold && facts.HasOverlaps())
+        check.findings.Note(kGroupOpacity, use, {}, {}, "each part of what it places is blended by itself");
+    meant.isBlendTold = true;
+    PaintedParts parts;
+    for (const DrawnSets& one : facts.sets) {
+        parts.fills |= one.fills;
+        parts.strokes |= one.strokes;
+    }
+    CheckMeantPaint(check, use, parts, state);
+}
+
+}  // namespace
 
 void CheckUse(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     const std::string_view reference = element.node->Value(AttributeName::kXlinkHref);
@@ -126,9 +285,17 @@ void CheckUse(CheckContext& check, const NumberedElement& element, const SvgDraw
     const SvgDefinitions::Definition* found = FindUsed(check, element, reference, state);
     const DefinitionFacts* facts = found ? check.definitions.Find(*found) : nullptr;
     if (!facts) return;
-    if (check.openDefinition) check.openDefinition->Add({state.stroke, state.fill, state.text});
-    if (!facts->hasViewBox) CheckFitting(check, element, state);
+    NoteUsed(check, element, *facts, state);
+    CheckFitting(check, element, *facts, state);
+    const Visibility& visibility = check.inForce.visibility;
+    if (visibility.isRemoved || visibility.isHidden)
+        return check.findings.Note(kHiddenButPrinted, element, "xlink:href", reference,
+                                   "what it places is printed, hidden or not");
     if (facts->IsReplacedBy(state))
         check.findings.Note(kRepaintedDefinition, element, "xlink:href", reference,
                             "all of it takes the stroke, fill and font of this use");
+    else if (facts->MissesPaintOf(state))
+        check.findings.Note(kRepaintedDefinition, element, "xlink:href", reference,
+                            "whether it is filled and stroked is not taken from this use");
+    CheckBlending(check, element, *facts, state);
 }

@@ -176,11 +176,28 @@ constexpr InitialValues kInitialValues[] = {
 // Of no consequence on paper or for single lines of text, or only where filters and gradients are, which are
 // reported themselves.
 constexpr std::string_view kSilentProperties[] = {
-    "cursor",         "enable-background",     "flood-color",          "inline-size",
-    "lighting-color", "line-height",           "pointer-events",       "shape-padding",
-    "solid-color",    "solid-opacity",         "stop-color",           "stop-opacity",
-    "text-align",     "text-decoration-color", "text-decoration-line", "text-indent",
-    "user-select",    "text-decoration-style", "white-space",          "will-change",
+    "cursor",
+    "enable-background",
+    "flood-color",
+    "inline-size",
+    "lighting-color",
+    "line-height",
+    "overflow",
+    "pointer-events",
+    "shape-padding",
+    "stroke-miterlimit",
+    "solid-color",
+    "solid-opacity",
+    "stop-color",
+    "stop-opacity",
+    "text-align",
+    "text-decoration-color",
+    "text-decoration-line",
+    "text-indent",
+    "user-select",
+    "text-decoration-style",
+    "white-space",
+    "will-change",
 };
 
 }  // namespace

@@ -22,6 +22,26 @@ bool JoinsWords(std::string_view text) {
     return false;
 }
 
+// Whether SVG shows other blanks than are printed.
+const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const SvgDrawState& state) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n"), last = text.find_last_not_of(" \t\r\n");
+    const std::string_view inner = text.substr(first, last - first + 1);
+    if (meant.keepsBlanks) {
+        const bool isAtStart = state.text.GetAnchor() < kAnchorFirst + 4;
+        if (first > 0 || (!isAtStart && last + 1 < text.size()))
+            return "the blanks at its ends are not printed";
+        if (inner.find_first_of("\t\r\n") != inner.npos) return "its line breaks and tabs are no blanks";
+        return nullptr;
+    }
+    // Between two blanks there may be nothing but what is deleted.
+    bool wasBlank = false;
+    for (const char c : inner) {
+        if (c == ' ' && wasBlank) return "each of its blanks is printed, not one for a run";
+        if (!IsDeleted(c)) wasBlank = c == ' ';
+    }
+    return nullptr;
+}
+
 // Only families that some text is set in are looked for, and each place that names them once.
 void CheckFamily(CheckContext& check) {
     const FontFamily& family = check.inForce.family;
@@ -38,6 +58,8 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
     if (JoinsWords(text))
         check.findings.Note(kJoinedWords, element, {}, text, "put a blank where the line breaks");
+    else if (const char* problem = ComparedBlanks(text, check.inForce.meant, state))
+        check.findings.Note(kTextBlanks, element, {}, text, problem);
     if (const MaybeProblem problem = check.resources.CheckFont(state))
         check.findings.Note(element, {}, text, *problem);
     if (const MaybeProblem problem = check.resources.CheckGlyphs(text, state))

@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "apps/orvprint/check/svg_grammar.h"
 #include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
@@ -86,7 +87,9 @@ MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
     std::string_view number, rest;
     if (!FindRest(token, number, rest))
         return Problem(kBadLength, Quote(token) + " is no number: it drops out, and what follows moves up");
-    if (rest.empty() || (takesUnits && (rest == "px" || IsUnit(rest)))) return std::nullopt;
+    if (rest.empty() && IsSvgNumber(number)) return std::nullopt;
+    if (rest.empty() || (takesUnits && (rest == "px" || IsUnit(rest))))
+        return Problem(kBadLength, Quote(token) + " is no number in SVG: other programs stop here");
     return Problem(kBadLength, Quote(token) + " is read as " + Excerpt(number) +
                                    ": separate numbers by blanks or commas" +
                                    (takesUnits ? "" : "; units are not read here"));
@@ -101,6 +104,19 @@ void ForEachToken(std::string_view text, Visit visit) {
         if (!visit(text.substr(start, end - start))) return;
         start = end;
     }
+}
+
+// A comma in front of all numbers, or two with nothing but blanks between them.
+bool HasStrayComma(std::string_view list) {
+    bool wasNumber = false;
+    for (const char c : list) {
+        if (c == ',' && !wasNumber) return true;
+        if (c == ',')
+            wasNumber = false;
+        else if (kWhiteSpace.find(c) == kWhiteSpace.npos)
+            wasNumber = true;
+    }
+    return false;
 }
 
 MaybeProblem WithCode(MaybeProblem problem, FindingCode code) {
@@ -156,10 +172,23 @@ MaybeProblem CheckLength(std::string_view value) {
     std::string_view number, rest;
     if (!FindRest(value, number, rest))
         return Problem(kBadLength, "a unit stands behind its number, not in front of it");
-    if (rest.empty() || rest == "px" || IsUnit(rest)) return std::nullopt;
+    const std::size_t start = number.find_first_not_of(kWhiteSpace);
+    if (start == number.npos || !IsSvgNumber(number.substr(start)))
+        return Problem(kBadLength, "is no number in SVG: other programs do not take it");
+    if (rest.empty()) return std::nullopt;
+    if (rest == "px" || rest == "PX" || IsUnit(rest)) {
+        // A blank in between makes it no length.
+        if (rest.data() == number.data() + number.size()) return std::nullopt;
+        return Problem(kBadLength, "has a blank in front of its unit: other programs do not take it");
+    }
     if (IsWord(rest))
         return Problem(kUnknownUnit, Quote(rest) + " is no unit: this is read as " + Excerpt(number));
     return Problem(kBadLength, Quote(rest) + " is not read: this counts as " + Excerpt(number));
+}
+
+bool HasPhysicalUnit(std::string_view value) {
+    std::string_view number, rest;
+    return FindRest(value, number, rest) && rest != "%" && IsUnit(rest);
 }
 
 MaybeProblem CheckTextPosition(std::string_view value) {
@@ -204,6 +233,8 @@ MaybeProblem CheckPoints(std::string_view value) {
         ++count;
         return !problem;
     });
+    if (!problem && HasStrayComma(value))
+        problem = Problem(kBadPoints, "has a comma without a number: other programs stop there");
     if (problem) return WithCode(std::move(problem), kBadPoints);
     if (count % 2 != 0) return Problem(kBadPoints, "has an odd number of numbers: the last one is dropped");
     return std::nullopt;
@@ -266,6 +297,11 @@ MaybeProblem CheckPathData(std::string_view value, PathFacts& facts) {
     }
     if (!problem && value.find_first_not_of(" ,;\t\n\r", position) != value.npos)
         problem = Problem(kBadPathData, At(position) + Quote(value.substr(position)) + " is not read");
+    facts.shape = ReadPathShape(value);
+    if (!problem && !facts.shape.isReadable) {
+        const std::size_t end = facts.shape.readable;
+        problem = Problem(kBadPathData, At(end) + "other programs stop at " + Quote(value.substr(end)));
+    }
     return problem;
 }
 
@@ -309,6 +345,7 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
     unsigned int index = 0;
     if (ParseColour(scratch_->plain, value, index) != kRead)
         return Problem(kBadColour, "is no colour here: the colour stays as it was");
+    if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, and is none in SVG");
     if (value.find('(') == value.npos) return std::nullopt;
     // Components that do not fit are cut, not limited.
     const bool isPercentage = value.find('%') != value.npos;
@@ -326,6 +363,13 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
         return !problem;
     });
     return problem;
+}
+
+ORVMathAffine2D ValueChecks::ReadTransform(std::string_view value) {
+    if (value.empty()) return {};
+    scratch_->group->SetTransformAttributes({});
+    ApplyTransformList(scratch_->plain, value, scratch_->group.get());
+    return scratch_->group->GetTransformAttributes().GetAffine();
 }
 
 MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
@@ -368,6 +412,9 @@ MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
     }
     if (operationsOf(value).GetOperations() != expected)
         return Problem(kBadTransform, "is not read whole: write its names as SVG does, nothing between them");
+    if (!IsSvgTransformList(value))
+        return Problem(kBadTransform,
+                       "is read, and is no list of transforms in SVG: other programs leave it out");
     return std::nullopt;
 }
 
@@ -406,6 +453,10 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
                 "in style it resets the spacing, and replaces the width that percentages refer to");
         return CheckLength(value);
     }
+    if (row.name == "writing-mode" && value.starts_with("rl"))
+        return Problem(kExtraEffect, "sets the text from right to left, which it does not in SVG");
+    if (row.name == "writing-mode" && value.starts_with("tb"))
+        return Problem(kExtraEffect, "sets letters upright, which other programs turn");
     if (row.name == "font-size" && value.find('%') != value.npos)
         return Problem(kFontSizePercentage, "multiplies the size by this number, not by a hundredth of it");
     if (row.name == "font-weight" && (value == "bolder" || value == "lighter"))

@@ -7,6 +7,8 @@
 #include <unordered_map>
 
 #include "apps/orvprint/check/findings.h"
+#include "apps/orvprint/check/path_shape.h"
+#include "platform/mathematics/geometry.h"
 
 struct PropertyRow;
 struct SvgDrawState;
@@ -23,6 +25,8 @@ using MaybeProblem = std::optional<ValueProblem>;
 
 /// A length, as for ParseLength.
 MaybeProblem CheckLength(std::string_view value);
+/// Whether a length has a unit whose size is known on paper, which is not that of a screen's pixels.
+bool HasPhysicalUnit(std::string_view value);
 /// A number or length of which a "text" takes the first, where SVG allows a list.
 MaybeProblem CheckTextPosition(std::string_view value);
 /// Four numbers, as for ReadViewBox.
@@ -40,6 +44,7 @@ struct PathFacts {
     bool hasCurves = false;    ///< Beziers or arcs
     bool hasArcs = false;      ///< stroked where nothing fills, unless hidden
     bool hasRuns = false;      ///< lines or Beziers, which are stroked where nothing fills
+    PathShape shape;
 };
 /// As for PathDataInterpreter.
 MaybeProblem CheckPathData(std::string_view value, PathFacts& facts);
@@ -56,6 +61,8 @@ public:
     MaybeProblem CheckColour(std::string_view value);
     /// As for ApplyTransformList.
     MaybeProblem CheckTransform(std::string_view value);
+    /// The map that a list of transforms makes, as the interpreter reads it.
+    ORVMathAffine2D ReadTransform(std::string_view value);
     /// A value of a property that has an effect, other than paints and font families.
     /// @param inStyle  whether it stands in a style attribute; some properties are read differently there
     MaybeProblem CheckProperty(const PropertyRow& row, std::string_view value, bool inStyle);

@@ -9,6 +9,8 @@ namespace {
 DrawnSets StrokedIn(unsigned int colour) {
     DrawnSets sets;
     sets.stroke.SetStrokeColourIndex(colour);
+    sets.strokes = true;
+    sets.said = static_cast<std::uint32_t>(SaidOf::kStroke);
     return sets;
 }
 
@@ -33,6 +35,28 @@ TEST(DefinitionFactsTest, OwnPaintIsReplacedByAnyOther) {
     EXPECT_FALSE(facts.IsReplacedBy(StateOf(StrokedIn(3))));
     EXPECT_TRUE(facts.IsReplacedBy(StateOf(StrokedIn(4))));
     EXPECT_TRUE(facts.IsReplacedBy(SvgDrawState()));
+}
+
+TEST(DefinitionFactsTest, WhatIsNotSaidIsChangedAndNotReplaced) {
+    DefinitionFacts facts;
+    DrawnSets sets = StrokedIn(3);
+    sets.said = 0;
+    facts.Add(sets);
+    EXPECT_FALSE(facts.IsReplacedBy(StateOf(StrokedIn(4))));
+    EXPECT_TRUE(facts.IsChangedBy(StateOf(StrokedIn(4))));
+    EXPECT_FALSE(facts.IsChangedBy(StateOf(StrokedIn(3))));
+}
+
+TEST(DefinitionFactsTest, PaintThatIsNotSaidIsMissedWhereItIsAskedFor) {
+    DefinitionFacts facts;
+    DrawnSets sets;
+    sets.fills = true;
+    facts.Add(sets);
+    SvgDrawState state;
+    state.drawStyle = kDrawFill;
+    EXPECT_FALSE(facts.MissesPaintOf(state));
+    state.drawStyle = kDrawFillAndStroke;
+    EXPECT_TRUE(facts.MissesPaintOf(state));
 }
 
 TEST(DefinitionFactsTest, EqualSetsAreKeptOnceAndTooManyAreReplacedByAnything) {

@@ -45,7 +45,9 @@ TEST_P(ValueCheckTest, TellsWhatIsWrong) {
 INSTANTIATE_TEST_SUITE_P(
     Lengths, ValueCheckTest,
     testing::Values(ValueCase{Reader::kLength, "", ""}, ValueCase{Reader::kLength, " 12 ", ""},
-                    ValueCase{Reader::kLength, "-1.5e1mm", ""}, ValueCase{Reader::kLength, "1 cm", ""},
+                    ValueCase{Reader::kLength, "-1.5e1mm", ""},
+                    ValueCase{Reader::kLength, "1 cm",
+                              "has a blank in front of its unit: other programs do not take it"},
                     ValueCase{Reader::kLength, "1%", ""}, ValueCase{Reader::kLength, "3px", ""},
                     ValueCase{Reader::kLength, "3PT", "'PT' is no unit: this is read as 3"},
                     ValueCase{Reader::kLength, "3mmx", "'mmx' is no unit: this is read as 3"},
@@ -54,7 +56,9 @@ INSTANTIATE_TEST_SUITE_P(
                     ValueCase{Reader::kLength, "pt3", "a unit stands behind its number, not in front of it"},
                     ValueCase{Reader::kPosition, "3 4", "of this list 3 is read, for the whole text"},
                     ValueCase{Reader::kPosition, "3,4", "of this list 3 is read, for the whole text"},
-                    ValueCase{Reader::kPosition, "3 mm", ""}, ValueCase{Reader::kPosition, "3", ""}));
+                    ValueCase{Reader::kPosition, "3 mm",
+                              "has a blank in front of its unit: other programs do not take it"},
+                    ValueCase{Reader::kPosition, "3", ""}));
 
 INSTANTIATE_TEST_SUITE_P(
     Lists, ValueCheckTest,
@@ -64,7 +68,8 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kViewBox, "0,0 10 20", "commas do not separate its numbers: use blanks"},
         ValueCase{Reader::kViewBox, "0 0 10", "a view box is four numbers"},
         ValueCase{Reader::kViewBox, "0 0 10 x", "'x' is no number: it drops out, and what follows moves up"},
-        ValueCase{Reader::kPoints, "1,2 3mm,4%", ""},
+        ValueCase{Reader::kPoints, "1,2 3mm,4%",
+                  "number 3: '3mm' is no number in SVG: other programs stop here"},
         ValueCase{Reader::kPoints, "1-2 3",
                   "number 1: '1-2' is read as 1: separate numbers by blanks or commas"},
         ValueCase{Reader::kPoints, "1 2 3", "has an odd number of numbers: the last one is dropped"},

@@ -1,0 +1,205 @@
+#!/usr/bin/env python3
+"""Holds the check to its word: where a page differs from what other programs show, something must be found.
+
+    tests/smoke/compare_findings.py --tool build/release/bin/orvprint FOLDER|FILE...
+
+Draws each document with the command, with librsvg and, where its package for node is installed (see ./dev bench),
+with resvg, all at the same number of pixels: a unit is 1/90 inch here and 1/96 inch elsewhere, and the difference is
+of no account. A pixel counts when it differs from all other programs while these agree with each other; what differs
+by the edges of shapes only does not. Then it asks the check, and lists
+
+    silent  documents that differ although nothing is found
+    noisy   documents in which something is found although nothing differs
+
+Ends with 1 when there are silent ones. Needs python3-numpy and python3-pil.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import json
+import os
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+import numpy
+from PIL import Image
+
+HERE = Path(__file__).resolve().parent
+RESVG = HERE.parent.parent / "build/bench/node/node_modules/@resvg/resvg-js"
+LONGEST_SIDE = 400  # pixels
+UNITS_PER_INCH = 90
+PATIENCE = 60       # seconds
+REACH = 5           # pixels on a side in which a colour may have moved
+CONTRAST = 40       # of 255: less is a matter of rounding
+# What is told of fonts depends on those that are installed, and is so in every program.
+OF_FONTS = {"font-fallback", "font-missing", "missing-glyph"}
+
+
+def run(*command):
+    try:
+        return subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=PATIENCE, check=False)
+    except subprocess.TimeoutExpired:
+        return None
+
+
+def page_size(tool, document):
+    """Of a document of one page, in units; None for others."""
+    done = run(tool, "info", "--json", document)
+    if not done or done.returncode != 0:
+        return None
+    pages = json.loads(done.stdout)["pages"]
+    if len(pages) != 1 or not 0 < pages[0]["width"] < 1e5 or not 0 < pages[0]["height"] < 1e5:
+        return None
+    return pages[0]["width"], pages[0]["height"]
+
+
+def findings_of(tool, document):
+    done = run(tool, "check", "--json", document)
+    if not done or done.returncode not in (0, 1):
+        return None
+    return json.loads(done.stdout)[0]["counts"]
+
+
+def load(path, size=None):
+    with Image.open(path) as image:
+        image = image.convert("RGBA")
+        page = Image.new("RGBA", image.size, "white")
+        page.alpha_composite(image)
+        page = page.convert("RGB")
+    return page.resize(size, Image.BILINEAR) if size and page.size != size else page
+
+
+def spread(values, pick):
+    """Each pixel becomes the least or the greatest of those around it."""
+    for axis in (0, 1):
+        padding = [(REACH // 2, REACH // 2) if one == axis else (0, 0) for one in range(3)]
+        padded, length = numpy.pad(values, padding, mode="edge"), values.shape[axis]
+        values = numpy.take(padded, range(length), axis)
+        for offset in range(1, REACH):
+            values = pick(values, numpy.take(padded, range(offset, offset + length), axis))
+    return values
+
+
+def distance(page, other):
+    """Pixel by pixel, how far the one is from all that the other shows nearby, whichever way it is more."""
+    def one_way(a, b):
+        return numpy.maximum(a - spread(b, numpy.maximum), spread(b, numpy.minimum) - a).max(axis=2)
+
+    page, other = (numpy.asarray(image, dtype=numpy.int16) for image in (page, other))
+    if numpy.abs(page - other).max() <= CONTRAST:
+        return numpy.zeros(page.shape[:2], dtype=numpy.int16)
+    return numpy.maximum(one_way(page, other), one_way(other, page))
+
+
+def difference(page, others):
+    """Number of pixels in which `page` differs from all others, where these agree with each other."""
+    differs = distance(page, others[0]) > CONTRAST
+    if not differs.any():
+        return 0
+    for other in others[1:]:
+        differs &= distance(page, other) > CONTRAST
+        # Colours that are not quite the same are a difference between the others already.
+        differs &= distance(others[0], other) <= CONTRAST
+    return int(differs.sum())
+
+
+class Comparison:
+    def __init__(self, tool, folder):
+        self.tool, self.folder = tool, Path(folder)
+        self.sizes = {}
+
+    def draw(self, item):
+        """Draws the page and librsvg's. @return the findings and the size, None when there is nothing to compare"""
+        number, document = item
+        size = page_size(self.tool, document)
+        if not size:
+            return None
+        dpi = UNITS_PER_INCH * LONGEST_SIDE / max(size)
+        page = self.folder / f"{number}.orv.png"
+        done = run(self.tool, document, "-o", page, "--dpi", f"{dpi:.6f}")
+        if not done or not page.is_file():
+            return None
+        with Image.open(page) as image:
+            width, height = image.size
+        run("rsvg-convert", "-w", str(width), "-h", str(height), "-b", "white", document, "-o",
+            self.folder / f"{number}.rsvg.png")
+        findings = findings_of(self.tool, document)
+        return None if findings is None else (findings, (width, height), done.returncode)
+
+    def draw_with_resvg(self, documents, drawn):
+        if not RESVG.is_dir():
+            return
+        work = [f"{document}\t{self.folder / f'{number}.resvg.png'}\t{result[1][0]}\n"
+                for (number, document), result in zip(documents, drawn) if result]
+        while work:
+            done = subprocess.run(["node", HERE / "resvg_pages.cjs", RESVG], input="".join(work), text=True,
+                                  check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+            # It goes down with some documents. What is behind those is drawn by the next process.
+            begun = done.stdout.count("\n")
+            work = work[max(begun, 1):]
+
+    def compare(self, number, size):
+        others = [load(path, size) for name in ("rsvg", "resvg")
+                  if (path := self.folder / f"{number}.{name}.png").is_file()]
+        if not others or (RESVG.is_dir() and len(others) < 2):
+            return None
+        return difference(load(self.folder / f"{number}.orv.png"), others)
+
+
+def documents_of(names):
+    for name in names:
+        path = Path(name)
+        yield from sorted(path.rglob("*.svg")) if path.is_dir() else [path]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--tool", required=True)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--least", type=int, default=20, help="pixels that make a difference")
+    parser.add_argument("--keep", metavar="FOLDER", help="keep the pages there, by number")
+    parser.add_argument("--noisy", action="store_true", help="list the noisy ones, too")
+    parser.add_argument("places", nargs="+", metavar="FOLDER|FILE")
+    options = parser.parse_args()
+
+    documents = [(number, document) for number, document in enumerate(documents_of(options.places))]
+    if options.keep:
+        Path(options.keep).mkdir(parents=True, exist_ok=True)
+    with tempfile.TemporaryDirectory() as scratch:
+        comparison = Comparison(options.tool, options.keep or scratch)
+        with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+            drawn = list(pool.map(comparison.draw, documents))
+        comparison.draw_with_resvg(documents, drawn)
+
+        counts, noise = collections.Counter(), collections.Counter()
+        for (number, document), result in zip(documents, drawn):
+            sys.stdout.flush()
+            pixels = comparison.compare(number, result[1]) if result else None
+            if pixels is None:
+                counts["not compared"] += 1
+                continue
+            findings = result[0]
+            told = set(findings) - OF_FONTS
+            differs = pixels >= options.least
+            # An exit code that tells of the failure is a word, too.
+            kind = {(True, True): "told", (True, False): "silent", (False, True): "noisy",
+                    (False, False): "equal"}[differs, bool(told) or result[2] != 0]
+            if kind == "silent" and findings:
+                kind = "of fonts"
+            counts[kind] += 1
+            if kind == "noisy":
+                noise.update(told)
+            if kind == "silent" or (kind == "noisy" and options.noisy):
+                print(f"{kind} {number} {document}: {pixels} pixels; {', '.join(sorted(findings)) or 'nothing found'}")
+        print(f"{len(documents)} documents:", ", ".join(f"{count} {kind}" for kind, count in sorted(counts.items())))
+        if noise:
+            print("found where nothing differs:", ", ".join(f"{code} {count}" for code, count in noise.most_common()))
+    if counts["silent"]:
+        sys.exit(f"{counts['silent']} documents differ, and the check says nothing")
+
+
+if __name__ == "__main__":
+    main()
