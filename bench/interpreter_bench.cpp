@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
+#include "interpreters/svg/interpreter/factories.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/system/ORVRef.h"
-#include "plugin/interpreter/factories.h"
 
 namespace {
 

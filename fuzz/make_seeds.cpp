@@ -18,9 +18,9 @@
 #include <vector>
 
 #include "fuzz/support/documents.h"
+#include "interpreters/svg/geometry/base64.h"
+#include "interpreters/svg/geometry/path_scanner.h"
 #include "platform/xml/ORVLightXml.h"
-#include "plugin/geometry/base64.h"
-#include "plugin/geometry/path_scanner.h"
 #include "tests/platform/visualization/written_images.h"
 
 namespace {

@@ -1,37 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 
-#include "generators/common/ORVColourMode.h"
+#include "generators/common/ORVFormatGenerator.h"
+#include "generators/common/ORVFormatOptions.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
-
-/// What the user may ask of a format.
-struct ORVFormatOptions {
-    double dotsPerInch = 90.0;                           ///< of pictures; a user unit is then a pixel
-    ORVColourMode colourMode = ORVColourMode::kColour;   ///< of pictures' pixels
-    std::uint64_t pixelLimit = 4'000'000'000;            ///< pictures of more pixels are refused
-    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all pictures of a document
-    std::uint64_t paintLimit = std::uint64_t{1} << 56U;  ///< pixels that pictures may take painting for
-    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
-    /// When the document counts as made, in seconds since 1970; formats that state it state nothing without.
-    std::optional<std::int64_t> creationTime;
-};
-
-/// A generator and its words for what went wrong.
-class ORVFormatGenerator {
-public:
-    virtual ~ORVFormatGenerator() = default;
-    virtual ORVPrintGenerator& Get() = 0;
-    /// Empty when nothing went wrong, or when it was the output (which then says it).
-    virtual const std::string& GetError() const = 0;
-};
 
 /// An output format by name. A new format is a class derived from ORVPrintGenerator and one row of the table.
 struct ORVOutputFormat {

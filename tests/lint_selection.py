@@ -15,7 +15,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-FOLDERS = ["apps", "bench", "fuzz", "generators", "platform", "plugin", "interpreters", "tests", "examples"]
+FOLDERS = ["apps", "bench", "fuzz", "generators", "platform", "interpreters", "tests", "examples"]
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 
 

@@ -15,19 +15,19 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/orvprint/batch.h"
-#include "apps/orvprint/check_command.h"
-#include "apps/orvprint/formats_command.h"
-#include "apps/orvprint/help.h"
-#include "apps/orvprint/info_command.h"
-#include "apps/orvprint/inspect_command.h"
-#include "apps/orvprint/limits_command.h"
-#include "apps/orvprint/print_command.h"
-#include "apps/orvprint/report.h"
-#include "apps/orvprint/run_sandbox.h"
-#include "apps/orvprint/sheet_options.h"
-#include "apps/orvprint/signals.h"
-#include "apps/orvprint/sudden_end.h"
+#include "apps/orvprint/commands/batch.h"
+#include "apps/orvprint/commands/check_command.h"
+#include "apps/orvprint/commands/formats_command.h"
+#include "apps/orvprint/commands/help.h"
+#include "apps/orvprint/commands/info_command.h"
+#include "apps/orvprint/commands/inspect_command.h"
+#include "apps/orvprint/commands/limits_command.h"
+#include "apps/orvprint/commands/print_command.h"
+#include "apps/orvprint/commands/run_sandbox.h"
+#include "apps/orvprint/commands/sheet_options.h"
+#include "apps/orvprint/process/report.h"
+#include "apps/orvprint/process/signals.h"
+#include "apps/orvprint/process/sudden_end.h"
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "generators/common/generator_status.h"
 #include "generators/formats.h"
 #include "generators/sheet/ORVSheetGenerator.h"
+#include "interpreters/svg/interpreter/factories.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
@@ -24,7 +25,6 @@
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVXmlNode.h"
-#include "plugin/interpreter/factories.h"
 #include "tests/support/CheckingGenerator.h"
 #include "tests/support/scoped_environment.h"
 

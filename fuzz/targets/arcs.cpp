@@ -6,9 +6,9 @@
 #include <cmath>
 
 #include "fuzz/support/FuzzTarget.h"
+#include "interpreters/svg/geometry/elliptical_arc.h"
+#include "interpreters/svg/values/text_scan.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/geometry/elliptical_arc.h"
-#include "plugin/values/text_scan.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/support/FuzzTarget.h"
-#include "plugin/geometry/base64.h"
+#include "interpreters/svg/geometry/base64.h"
 #include "tests/support/sample_images.h"
 
 namespace {

@@ -3,11 +3,11 @@
 #include <string>
 
 #include "fuzz/support/FuzzTarget.h"
+#include "interpreters/svg/style/paint.h"
+#include "interpreters/svg/values/colour.h"
 #include "platform/model/ORVPrtColourTable.h"
 #include "platform/model/ORVPrtImageElt.h"
-#include "plugin/style/paint.h"
-#include "plugin/values/colour.h"
-#include "tests/plugin/values/naive_values.h"
+#include "tests/interpreters/svg/values/naive_values.h"
 #include "tests/support/page_state.h"
 
 namespace {

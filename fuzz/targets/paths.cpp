@@ -5,10 +5,10 @@
 
 #include "fuzz/support/FuzzBytes.h"
 #include "fuzz/support/FuzzTarget.h"
+#include "interpreters/svg/geometry/path_data.h"
+#include "interpreters/svg/geometry/path_scanner.h"
 #include "platform/model/ORVPrtGroupElt.h"
-#include "plugin/geometry/path_data.h"
-#include "plugin/geometry/path_scanner.h"
-#include "tests/plugin/geometry/naive_path.h"
+#include "tests/interpreters/svg/geometry/naive_path.h"
 #include "tests/support/model_sketch.h"
 #include "tests/support/page_state.h"
 

@@ -5,8 +5,8 @@
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/same_numbers.h"
-#include "plugin/values/point_list.h"
-#include "tests/plugin/values/naive_values.h"
+#include "interpreters/svg/values/point_list.h"
+#include "tests/interpreters/svg/values/naive_values.h"
 #include "tests/support/page_state.h"
 
 namespace {

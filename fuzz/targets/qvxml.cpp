@@ -5,12 +5,12 @@
 #include "fuzz/support/FuzzBytes.h"
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"
+#include "interpreters/svg/interpreter/factories.h"
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
-#include "plugin/interpreter/factories.h"
 #include "tests/support/CheckingGenerator.h"
 
 namespace {

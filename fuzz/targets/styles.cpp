@@ -6,10 +6,10 @@
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/same_numbers.h"
-#include "plugin/style/paint.h"
-#include "plugin/style/property_table.h"
-#include "plugin/style/style_attribute.h"
-#include "tests/plugin/values/naive_values.h"
+#include "interpreters/svg/style/paint.h"
+#include "interpreters/svg/style/property_table.h"
+#include "interpreters/svg/style/style_attribute.h"
+#include "tests/interpreters/svg/values/naive_values.h"
 #include "tests/support/page_state.h"
 
 namespace {

@@ -5,10 +5,10 @@
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/same_numbers.h"
+#include "interpreters/svg/values/transform_list.h"
 #include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtTransformAttributes.h"
-#include "plugin/values/transform_list.h"
-#include "tests/plugin/values/naive_values.h"
+#include "tests/interpreters/svg/values/naive_values.h"
 #include "tests/support/page_state.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/same_numbers.h"
-#include "plugin/values/view_box.h"
-#include "tests/plugin/values/naive_values.h"
+#include "interpreters/svg/values/view_box.h"
+#include "tests/interpreters/svg/values/naive_values.h"
 
 namespace {
 

@@ -3,11 +3,15 @@
 #include <memory>
 #include <string>
 
-#include "generators/formats.h"
+#include "generators/common/ORVFormatGenerator.h"
+#include "generators/common/ORVFormatOptions.h"
+#include "platform/print/ORVPrintGenerator.h"
 
-/// Writes PostScript, of level 3 where the content needs that, or EPS, through cairo: vectors, text in embedded fonts, JPEG pictures as
-/// they are. A user unit is 0.8 point. What the format has not, such as transparency, becomes a picture of
-/// that part of the page. Groups and links have no place in it.
+class ORVOutput;
+
+/// Writes PostScript, of level 3 where the content needs that, or EPS, through cairo: vectors, text in
+/// embedded fonts, JPEG pictures as they are. A user unit is 0.8 point. What the format has not, such as
+/// transparency, becomes a picture of that part of the page. Groups and links have no place in it.
 class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
     /// @param output        receives all pages as one part, or a part a page of EPS; must outlive the

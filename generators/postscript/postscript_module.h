@@ -2,7 +2,10 @@
 
 #include <memory>
 
-#include "generators/formats.h"
+#include "generators/common/ORVFormatGenerator.h"
+#include "generators/common/ORVFormatOptions.h"
+
+class ORVOutput;
 
 // PostScript is written through cairo, which takes time to load. So it lives in a library of its own, loaded
 // when somebody asks for the format.

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <unordered_map>
 
-#include "generators/formats.h"
+#include "generators/common/ORVColourMode.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"

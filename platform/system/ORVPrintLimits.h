@@ -57,11 +57,13 @@ enum class ORVPrintLimit : std::uint8_t {
     /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
     /// hundred thousand of them.
     kOutputPixels,
-    /// Bytes of one output, and of the temporary data that it grows in. A small image of noise that is stretched
+    /// Bytes of one output, and of the temporary data that it grows in. A small image of noise that is
+    /// stretched
     /// over a large page hardly compresses: 17 kilobytes become 92 megabytes at 300 dots an inch.
     kOutputBytes,
     /// Pixels that are painted for all pages of one output of pixels, those on top of each other each time;
-    /// what takes longer than a pixel of one colour counts as so many more. A hundred for every pixel of the pages
+    /// what takes longer than a pixel of one colour counts as so many more. A hundred for every pixel of the
+    /// pages
     /// besides. A thousand lines as wide as the page, millions of dashes, images over images.
     kPaintedPixels,
     /// Bytes of memory that the command takes; 32 more for every byte of inputs past 32 MiB, as they are

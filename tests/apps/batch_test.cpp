@@ -15,8 +15,8 @@
 #include <fstream>
 #include <thread>
 
-#include "apps/orvprint/batch_names.h"
-#include "apps/orvprint/progress.h"
+#include "apps/orvprint/commands/batch_names.h"
+#include "apps/orvprint/commands/progress.h"
 #include "tests/apps/tool_run.h"
 
 namespace fs = std::filesystem;

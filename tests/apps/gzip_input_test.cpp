@@ -1,6 +1,6 @@
 // Packed inputs: what is unpacked, what is refused and with which words, by the routine and by every command.
 
-#include "apps/orvprint/gzip_input.h"
+#include "apps/orvprint/input/gzip_input.h"
 
 #include <zlib.h>
 

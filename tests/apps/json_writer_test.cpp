@@ -1,4 +1,4 @@
-#include "apps/orvprint/json_writer.h"
+#include "apps/orvprint/commands/json_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apps/orvprint/page_selection.h"
+#include "apps/orvprint/commands/page_selection.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apps/orvprint/printable_text.h"
+#include "apps/orvprint/process/printable_text.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "apps/orvprint/sudden_end.h"
+#include "apps/orvprint/process/sudden_end.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -6,8 +6,8 @@
 
 #include "apps/orvprint/check/findings.h"
 #include "generators/sheet/paper_sizes.h"
+#include "interpreters/svg/style/property_table.h"
 #include "platform/xml/vocabulary.h"
-#include "plugin/style/property_table.h"
 
 namespace {
 

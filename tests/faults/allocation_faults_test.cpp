@@ -20,8 +20,8 @@
 #include <utility>
 #include <vector>
 
-#include "apps/orvprint/json_writer.h"
-#include "apps/orvprint/model_dump.h"
+#include "apps/orvprint/commands/json_writer.h"
+#include "apps/orvprint/commands/model_dump.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
 #include "generators/common/ORVOutput.h"

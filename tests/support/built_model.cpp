@@ -1,8 +1,8 @@
 #include "tests/support/built_model.h"
 
+#include "interpreters/svg/interpreter/SvgDocumentSource.h"
+#include "interpreters/svg/interpreter/model_build.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
-#include "plugin/interpreter/SvgDocumentSource.h"
-#include "plugin/interpreter/model_build.h"
 #include "tests/support/scoped_environment.h"
 
 BuiltModel::BuiltModel(std::string_view document, const BuildOptions& options) : model_(new ORVPrtModel) {

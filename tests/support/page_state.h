@@ -1,10 +1,10 @@
 #pragma once
 
+#include "interpreters/svg/definitions/definitions.h"
+#include "interpreters/svg/state/SvgDrawState.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintModelBoundingBoxComputer.h"
 #include "platform/system/ORVRef.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/definitions.h"
 
 /// A drawing state on a page of its own.
 struct PageState : SvgDrawState {

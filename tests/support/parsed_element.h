@@ -5,9 +5,9 @@
 #include <concepts>
 #include <string>
 
+#include "interpreters/svg/state/element_access.h"
 #include "platform/xml/ORVDOMXml.h"
 #include "platform/xml/ORVLightXml.h"
-#include "plugin/interpreter/element_access.h"
 
 /// Both ways to look at an element, for typed tests.
 using ElementAccesses = testing::Types<DomElementAccess, LightElementAccess>;

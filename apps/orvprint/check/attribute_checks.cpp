@@ -7,12 +7,12 @@
 #include "apps/orvprint/check/reference_checks.h"
 #include "apps/orvprint/check/svg_names.h"
 #include "apps/orvprint/check/unit_checks.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/style/property_table.h"
+#include "interpreters/svg/values/view_box.h"
 #include "platform/model/ORVPrtViewBox.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/style/property_table.h"
-#include "plugin/values/view_box.h"
 
 namespace {
 

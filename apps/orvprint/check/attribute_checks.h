@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/orvprint/check/check_context.h"
-#include "plugin/structure/element_attributes.h"
+#include "interpreters/svg/structure/element_attributes.h"
 
 /// Checks all attributes of an element: names that are not known, attributes without effect, values that are
 /// read as something else than is written. Path data are not among them: CheckPainting looks at those.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/values/length.h"
+#include "interpreters/svg/values/view_box.h"
 #include "platform/model/ORVPrtViewBox.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/values/length.h"
-#include "plugin/values/view_box.h"
 
 namespace {
 

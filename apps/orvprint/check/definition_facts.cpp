@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "plugin/structure/SvgDrawState.h"
+#include "interpreters/svg/state/SvgDrawState.h"
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "apps/orvprint/check/meant_style.h"
+#include "interpreters/svg/definitions/definitions.h"
 #include "platform/mathematics/geometry.h"
 #include "platform/model/ORVPrtFillAttributes.h"
 #include "platform/model/ORVPrtStrokeAttributes.h"
 #include "platform/model/ORVPrtTextAttributes.h"
 #include "platform/xml/vocabulary.h"
-#include "plugin/structure/definitions.h"
 
 /// What something is drawn with.
 struct DrawnSets {

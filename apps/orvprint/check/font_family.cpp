@@ -1,6 +1,6 @@
 #include "apps/orvprint/check/font_family.h"
 
-#include "plugin/style/style_attribute.h"
+#include "interpreters/svg/style/style_attribute.h"
 
 void FontFamily::TakeIn(const NumberedElement& element) {
     const ORVXmlNode& node = *element.node;

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "apps/orvprint/check/finding_writer.h"
-#include "plugin/style/text_properties.h"
+#include "interpreters/svg/style/text_properties.h"
 
 /// The list of font families in force where the walk stands. A value, handed down as the drawing state is.
 struct FontFamily {

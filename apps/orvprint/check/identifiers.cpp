@@ -1,8 +1,8 @@
 #include "apps/orvprint/check/identifiers.h"
 
 #include "apps/orvprint/check/document_order.h"
-#include "plugin/structure/definitions.h"
-#include "plugin/structure/walker.h"
+#include "interpreters/svg/definitions/definitions.h"
+#include "interpreters/svg/structure/walker.h"
 
 void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings) {
     // A new table: emptying takes time by the size that an earlier page has blown it up to.

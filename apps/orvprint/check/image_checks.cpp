@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "apps/orvprint/check/clip_checks.h"
-#include "plugin/interpreter/element_access.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/values/length.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/element_access.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/values/length.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "apps/orvprint/check/value_checks.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/style/paint.h"
+#include "interpreters/svg/style/property_table.h"
+#include "interpreters/svg/style/style_attribute.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/style/paint.h"
-#include "plugin/style/property_table.h"
-#include "plugin/style/style_attribute.h"
 
 namespace {
 

@@ -3,11 +3,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/element_access.h"
+#include "interpreters/svg/structure/root_svg.h"
+#include "interpreters/svg/values/length.h"
 #include "platform/model/ORVPrtImageElt.h"
-#include "plugin/interpreter/element_access.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/root_svg.h"
-#include "plugin/values/length.h"
 
 namespace {
 

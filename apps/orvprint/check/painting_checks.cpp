@@ -7,8 +7,8 @@
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/shape_checks.h"
 #include "apps/orvprint/check/unit_checks.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/values/point_list.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/values/point_list.h"
 
 namespace {
 

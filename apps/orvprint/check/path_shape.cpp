@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "apps/orvprint/check/svg_grammar.h"
+#include "interpreters/svg/geometry/elliptical_arc.h"
 #include "platform/mathematics/constants.h"
 #include "platform/mathematics/geometry.h"
-#include "plugin/geometry/elliptical_arc.h"
 
 namespace {
 

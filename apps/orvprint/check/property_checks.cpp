@@ -4,11 +4,11 @@
 #include "apps/orvprint/check/element_kinds.h"
 #include "apps/orvprint/check/reference_checks.h"
 #include "apps/orvprint/check/svg_names.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/style/property_table.h"
+#include "interpreters/svg/style/style_attribute.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/style/property_table.h"
-#include "plugin/style/style_attribute.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 
 #include "apps/orvprint/check/clip_checks.h"
 #include "apps/orvprint/check/painting_checks.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/style/marker_properties.h"
+#include "interpreters/svg/values/length.h"
+#include "interpreters/svg/values/view_box.h"
 #include "platform/model/ORVPrtViewBox.h"
 #include "platform/print/link_addresses.h"
-#include "plugin/geometry/markers.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/structure/statuses.h"
-#include "plugin/values/length.h"
-#include "plugin/values/view_box.h"
 
 namespace {
 

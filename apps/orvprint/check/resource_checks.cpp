@@ -3,6 +3,10 @@
 #include <array>
 #include <cstdio>
 
+#include "interpreters/svg/geometry/images.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/style/text_properties.h"
+#include "interpreters/svg/values/text_scan.h"
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/files.h"
@@ -10,10 +14,6 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/fonts/text_failure.h"
-#include "plugin/geometry/images.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/style/text_properties.h"
-#include "plugin/values/text_scan.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/values/length.h"
+#include "interpreters/svg/values/point_list.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/values/length.h"
-#include "plugin/values/point_list.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "interpreters/svg/state/statuses.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/structure/statuses.h"
 
 namespace {
 

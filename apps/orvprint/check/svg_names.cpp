@@ -4,7 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "plugin/values/text_scan.h"
+#include "interpreters/svg/values/text_scan.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "apps/orvprint/check/text_checks.h"
 
-#include "plugin/structure/SvgDrawState.h"
+#include "interpreters/svg/state/SvgDrawState.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "apps/orvprint/check/unit_checks.h"
 
+#include "interpreters/svg/state/statuses.h"
 #include "platform/system/number_conversion.h"
-#include "plugin/structure/statuses.h"
 
 void CheckUnit(CheckContext& check, const NumberedElement& element, std::string_view attribute,
                std::string_view value) {

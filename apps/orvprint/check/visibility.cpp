@@ -1,8 +1,8 @@
 #include "apps/orvprint/check/visibility.h"
 
-#include "plugin/interpreter/element_access.h"
-#include "plugin/structure/SvgDrawState.h"
-#include "plugin/style/presentation.h"
+#include "interpreters/svg/state/SvgDrawState.h"
+#include "interpreters/svg/state/element_access.h"
+#include "interpreters/svg/style/presentation.h"
 
 void Visibility::TakeIn(const NumberedElement& element, const SvgDrawState& inherited) {
     const LightElementAccess access(element.node);

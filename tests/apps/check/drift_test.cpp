@@ -3,10 +3,10 @@
 #include <string>
 
 #include "apps/orvprint/check/svg_names.h"
+#include "interpreters/svg/structure/element_attributes.h"
+#include "interpreters/svg/structure/walker.h"
+#include "interpreters/svg/style/property_table.h"
 #include "platform/xml/vocabulary.h"
-#include "plugin/structure/element_attributes.h"
-#include "plugin/structure/walker.h"
-#include "plugin/style/property_table.h"
 #include "tests/apps/check/checked.h"
 
 // The interpreter and the check know the same names.

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "plugin/style/property_table.h"
+#include "interpreters/svg/style/property_table.h"
 
 namespace {
 

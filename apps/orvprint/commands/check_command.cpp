@@ -1,0 +1,271 @@
+#include "apps/orvprint/commands/check_command.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "apps/orvprint/check/document_check.h"
+#include "apps/orvprint/commands/json_writer.h"
+#include "apps/orvprint/process/printable_text.h"
+#include "apps/orvprint/process/report.h"
+#include "apps/orvprint/process/time_limit.h"
+#include "platform/xml/ORVLightXml.h"
+
+namespace {
+
+constexpr std::size_t kShownOfAKind = 5;
+
+std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
+
+/// What became of one input.
+struct CheckedInput {
+    int failure = kExitDone;  ///< an exit code; the findings count only when it is kExitDone
+    ORVXmlError error;        ///< for kExitNotWellFormed
+};
+
+int ReportError(const std::string& path, const ORVXmlError& error) {
+    const std::string place = error.line == 0
+                                  ? std::string()
+                                  : ":" + std::to_string(error.line) + ":" + std::to_string(error.column);
+    return Report(error.isMemorySpent ? kExitFailed : kExitNotWellFormed, InputName(path) + place,
+                  error.message.empty() ? "no element found" : error.message);
+}
+
+bool HoldsPages(const ORVXmlNode& node) {
+    if (node.id == ElementName::kSvg) return true;
+    for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
+        if (child->id == ElementName::kSvg) return true;
+    return false;
+}
+
+CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
+                        Findings& findings) {
+    ORVLightXmlParser parser;
+    ORVLightXmlElement root;
+    std::vector<ORVXmlPlace> places;
+    parser.Parse({bytes.data(), bytes.size()}, root, &places);
+    if (!parser.GetError().message.empty() || !root.GetNode())
+        return {ReportError(path, parser.GetError()), parser.GetError()};
+
+    CheckedDocument document{root.GetNode(), bytes, &places, path == "-" ? std::string() : path, {}};
+    if (IsFragmentInput(path, options)) {
+        const auto fragments = SelectFragments(root.GetNode(), path, options);
+        if (fragments.empty()) return {kExitNoPage, {}};
+        document.fragments.insert(fragments.begin(), fragments.end());
+        // That parser's rule: what follows a drawing that was asked for by name belongs to it.
+        if (options.parser == "dom" && !options.fragment.empty())
+            for (const ORVXmlNode* node = fragments[0]->nextSibling; node; node = node->nextSibling)
+                if (HoldsPages(*node)) document.fragments.insert(node);
+    }
+    const AccessScope access(path, options);
+    CheckDocument(document, findings);
+    return {};
+}
+
+CheckedInput CheckOne(const std::string& path, const ReadOptions& options, Findings& findings) {
+    InputBytes bytes;
+    if (const int code = ReadInput(path, bytes); code != kExitDone) return {code, {}};
+    return CheckBytes(path, options, bytes.GetView(), findings);
+}
+
+std::string Plural(std::uint64_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::size_t CountKinds(const Findings& findings) {
+    return static_cast<std::size_t>(
+        std::count_if(GetFindingKinds().begin(), GetFindingKinds().end(),
+                      [&](const FindingKind& kind) { return findings.GetCount(kind.code) > 0; }));
+}
+
+std::string Summary(const Findings& findings) {
+    if (findings.GetTotal() == 0) return "nothing found";
+    return Plural(findings.GetTotal(), "finding") + " of " + Plural(CountKinds(findings), "kind");
+}
+
+void WriteLine(std::FILE* file, const std::string& name, const Finding& finding) {
+    std::string line = name + ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) +
+                       ": " + finding.element;
+    if (!finding.attribute.empty()) line += " " + finding.attribute;
+    if (!finding.value.empty()) line += " \"" + finding.value + "\"";
+    TextLine(file).Put(line).Put(": ").Put(finding.message).End();
+}
+
+/// Kind by kind: what they have in common, how many there are, and the first of them.
+void WriteText(std::FILE* file, const std::string& name, const Findings& findings, std::size_t shownOfAKind) {
+    std::vector<std::vector<const Finding*>> byKind(static_cast<std::size_t>(FindingCode::kCount));
+    for (const Finding& finding : findings.GetKept())
+        byKind[static_cast<std::size_t>(finding.code)].push_back(&finding);
+    for (const FindingKind& kind : GetFindingKinds()) {
+        const std::uint64_t count = findings.GetCount(kind.code);
+        if (count == 0) continue;
+        auto& kept = byKind[static_cast<std::size_t>(kind.code)];
+        // Some of a kind turn up when the walk is past them.
+        std::stable_sort(kept.begin(), kept.end(), [](const Finding* a, const Finding* b) {
+            return a->line != b->line ? a->line < b->line : a->column < b->column;
+        });
+        TextLine(file).End().Put(kind.name).Put(" (" + std::to_string(count) + "): ").Put(kind.title).End();
+        const std::size_t shown = std::min(shownOfAKind, kept.size());
+        for (std::size_t i = 0; i < shown; ++i) WriteLine(file, name, *kept[i]);
+        if (count > shown)
+            TextLine(file)
+                .Put("  and " + std::to_string(count - shown) + " more")
+                .Put(shown < kept.size() ? "; --verbose lists them" : "")
+                .End();
+    }
+}
+
+void WriteResult(const std::string& name, const Findings& findings, bool verbose) {
+    TextLine(stdout).Put(name).Put(": ").Put(Summary(findings)).End();
+    WriteText(stdout, name, findings, verbose ? Findings::kKept : kShownOfAKind);
+    if (verbose && findings.GetForeignCount() > 0)
+        TextLine(stdout)
+            .End()
+            .Put(Plural(findings.GetForeignCount(), "name") + " of other vocabularies left alone")
+            .End();
+}
+
+void WriteError(JsonWriter& json, const CheckedInput& input) {
+    json.Key("error");
+    json.BeginObject();
+    json.Key("exitCode");
+    json.Integer(input.failure);
+    if (!input.error.message.empty()) {
+        json.Key("line");
+        json.Integer(static_cast<long long>(input.error.line));
+        json.Key("column");
+        json.Integer(static_cast<long long>(input.error.column));
+        json.Key("message");
+        json.Text(input.error.message);
+    }
+    json.EndObject();
+}
+
+void WriteFinding(JsonWriter& json, const Finding& finding) {
+    json.LineBreak();
+    json.BeginObject();
+    json.Key("code");
+    json.Text(GetFindingKind(finding.code).name);
+    json.Key("line");
+    json.Integer(finding.line);
+    json.Key("column");
+    json.Integer(finding.column);
+    json.Key("element");
+    json.Text(finding.element);
+    json.Key("attribute");
+    json.Text(finding.attribute);
+    json.Key("value");
+    json.Text(finding.value);
+    json.Key("message");
+    json.Text(finding.message);
+    json.EndObject();
+}
+
+void WriteJson(JsonWriter& json, const std::string& path, const CheckedInput& input,
+               const Findings& findings) {
+    json.BeginObject();
+    json.Key("file");
+    json.Text(path);
+    if (input.failure != kExitDone) {
+        WriteError(json, input);
+    } else {
+        json.Key("total");
+        json.Integer(static_cast<long long>(findings.GetTotal()));
+        json.Key("counts");
+        json.BeginObject();
+        for (const FindingKind& kind : GetFindingKinds()) {
+            if (findings.GetCount(kind.code) == 0) continue;
+            json.Key(kind.name);
+            json.Integer(static_cast<long long>(findings.GetCount(kind.code)));
+        }
+        json.EndObject();
+        json.Key("foreign");
+        json.Integer(static_cast<long long>(findings.GetForeignCount()));
+        json.Key("findings");
+        json.BeginArray();
+        for (const Finding& finding : findings.GetKept()) WriteFinding(json, finding);
+        json.EndArray();
+    }
+    json.EndObject();
+    json.LineBreak();
+}
+
+/// Puts bytes in front of what standard input still has: all of it was read.
+bool PutBack(std::string_view bytes) {
+    if (lseek(STDIN_FILENO, 0, SEEK_SET) == 0) return true;  // a file
+    const int memory = memfd_create("standard input", MFD_CLOEXEC);
+    if (memory < 0) return false;
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = write(memory, bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) break;
+        written += static_cast<std::size_t>(count);
+    }
+    const bool done = written == bytes.size() && lseek(memory, 0, SEEK_SET) == 0 &&
+                      dup2(memory, STDIN_FILENO) == STDIN_FILENO;
+    close(memory);
+    return done;
+}
+
+}  // namespace
+
+int RunCheck(const CheckOptions& options) {
+    int failure = kExitDone;
+    bool found = false;
+    JsonWriter json(stdout);
+    if (options.asJson) json.BeginArray();
+    bool isFirst = true;
+    DrawingTime time;
+    for (const std::string& path : options.inputs) {
+        // What was found so far stands, even if the time of this one ends the process.
+        std::fflush(stdout);
+        time.Begin(InputName(path));
+        Findings findings(options.ignored);
+        const CheckedInput input = CheckOne(path, options.read, findings);
+        if (input.failure != kExitDone && failure == kExitDone) failure = input.failure;
+        found |= findings.GetTotal() > 0;
+        if (options.asJson) {
+            WriteJson(json, path, input, findings);
+        } else if (input.failure == kExitDone) {
+            if (!isFirst) TextLine(stdout).End();
+            WriteResult(InputName(path), findings, options.verbose);
+            isFirst = false;
+        }
+    }
+    if (options.asJson) {
+        json.EndArray();
+        json.LineBreak();
+        json.Flush();
+    }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return Report(kExitUnwritable, "standard output", "cannot be written");
+    if (failure != kExitDone) return failure;
+    return found ? kExitFound : kExitDone;
+}
+
+int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
+                        const std::set<FindingCode>& ignored) {
+    bool found = false;
+    DrawingTime time;
+    for (const std::string& path : inputs) {
+        time.Begin(InputName(path));
+        InputBytes bytes;
+        if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+        Findings findings(ignored);
+        const CheckedInput input = CheckBytes(path, options, bytes.GetView(), findings);
+        if (input.failure != kExitDone) return input.failure;
+        if (findings.GetTotal() > 0) {
+            found = true;
+            Report(kExitFound, InputName(path), Summary(findings) + "; nothing is printed with --strict");
+            WriteText(stderr, InputName(path), findings, kShownOfAKind);
+        }
+        if (path == "-" && !PutBack(bytes.GetView()))
+            return Report(kExitUnreadable, InputName(path), "cannot be read twice, as --strict has to");
+    }
+    return found ? kExitFound : kExitDone;
+}

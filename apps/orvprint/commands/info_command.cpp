@@ -1,0 +1,85 @@
+#include "apps/orvprint/commands/info_command.h"
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "apps/orvprint/commands/json_writer.h"
+#include "apps/orvprint/process/printable_text.h"
+#include "apps/orvprint/process/report.h"
+#include "apps/orvprint/process/time_limit.h"
+
+namespace {
+
+constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
+
+void WriteText(const std::string& name, const std::vector<PageFacts>& pages) {
+    TextLine line(stdout);
+    line.Put(name).Put(": " + std::to_string(pages.size()) + (pages.size() == 1 ? " page" : " pages")).End();
+    unsigned int number = 0;
+    for (const PageFacts& page : pages) {
+        std::array<char, 256> facts{};
+        std::snprintf(facts.data(), facts.size(), "page %u: %g x %g units, ", ++number, page.width,
+                      page.height);
+        line.Put(facts.data());
+        // Written out, the largest numbers have 309 digits.
+        std::array<char, 1024> size{};
+        std::snprintf(size.data(), size.size(), "%.2f x %.2f mm", page.width * kMillimetresPerUserUnit,
+                      page.height * kMillimetresPerUserUnit);
+        line.Put(size.data());
+        if (!page.title.empty()) line.Put(", \"").Put(page.title).Put("\"");
+        line.End();
+    }
+}
+
+void WriteJson(const std::string& name, const std::vector<PageFacts>& pages) {
+    JsonWriter json(stdout);
+    json.BeginObject();
+    json.Key("file");
+    json.Text(name);
+    json.Key("pageCount");
+    json.Integer(static_cast<long long>(pages.size()));
+    json.Key("pages");
+    json.BeginArray();
+    long long number = 0;
+    for (const PageFacts& page : pages) {
+        json.LineBreak();
+        json.BeginObject();
+        json.Key("number");
+        json.Integer(++number);
+        json.Key("title");
+        json.Text(page.title);
+        json.Key("width");
+        json.Number(page.width);
+        json.Key("height");
+        json.Number(page.height);
+        json.Key("widthMm");
+        json.Number(page.width * kMillimetresPerUserUnit);
+        json.Key("heightMm");
+        json.Number(page.height * kMillimetresPerUserUnit);
+        json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+    json.LineBreak();
+}
+
+}  // namespace
+
+int RunInfo(const std::string& input, const ReadOptions& options, bool asJson) {
+    DrawingTime time;
+    time.Begin(DisplayName(input, "standard input"));
+    std::vector<PageFacts> pages;
+    const int code = ForEachDrawing(input, options, [&pages](const Drawing& drawing) {
+        pages.insert(pages.end(), drawing.pages.begin(), drawing.pages.end());
+        return static_cast<int>(kExitDone);
+    });
+    if (code != kExitDone) return code;
+    if (asJson)
+        WriteJson(input, pages);
+    else
+        WriteText(DisplayName(input, "standard input"), pages);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        return Report(kExitUnwritable, "standard output", "cannot be written");
+    return kExitDone;
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/// Lists the limits, with the values that hold without an option. @return an exit code
+int RunLimits();

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "apps/orvprint/check/findings.h"
+#include "apps/orvprint/commands/page_selection.h"
+#include "apps/orvprint/input/drawings.h"
+#include "generators/sheet/ORVSheetGenerator.h"
+
+struct PrintOptions {
+    ReadOptions read;
+    std::vector<std::string> inputs;  ///< "-" for standard input
+    std::string output;               ///< "-" for standard output
+    std::string outputName;           ///< what messages call it; empty: by its path
+    std::string format;               ///< empty: the output's ending tells
+    PageSelection pages;              ///< counted through all inputs
+    bool strict = false;              ///< print only what the check finds nothing in
+    std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
+    double dotsPerInch = 90.0;
+    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
+    bool isInSandbox = false;  ///< already: the process does other jobs, too
+    std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
+};
+
+/// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
+/// well. An output never takes the place of an input.
+/// @return an exit code; a failure was reported
+int RunPrint(const PrintOptions& options);

@@ -1,0 +1,35 @@
+#include "apps/orvprint/commands/run_sandbox.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "apps/orvprint/process/report.h"
+#include "apps/orvprint/sandbox/sandbox.h"
+
+namespace {
+
+#if defined(ORV_SANITIZED)
+constexpr bool kIsPossible = false;  // sanitizers start programs, and write files where they please
+#else
+constexpr bool kIsPossible = true;
+#endif
+
+}  // namespace
+
+bool KeepsTemporaryFiles(std::string_view format) {
+    constexpr std::array<std::string_view, 3> kFormats{"ps", "eps", "tiff"};
+    return std::find(kFormats.begin(), kFormats.end(), format) != kFormats.end();
+}
+
+int EnterSandboxFor(const ReadOptions& options, RunFiles files) {
+    if (!kIsPossible || options.withoutSandbox) return kExitDone;
+    files.allowedFolders = options.allowedFolders;
+    const std::string missing = EnterSandbox(FileRulesFor(files));
+    // In many a container the kernel refuses part of it. That is nothing a print should fail for, nor
+    // anything to say with each: who relies on it asks for it.
+    if (missing.empty() || !options.requiresSandbox) return kExitDone;
+    return Report(kExitFailed, "--require-sandbox",
+                  missing + "; print without this option, or let the system give more");
+}

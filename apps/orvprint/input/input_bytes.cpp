@@ -1,0 +1,59 @@
+#include "apps/orvprint/input/input_bytes.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <memory>
+
+#include "apps/orvprint/input/growing_bytes.h"
+#include "apps/orvprint/process/memory_ahead.h"
+#include "apps/orvprint/process/memory_limit.h"
+#include "platform/system/ORVPrintLimits.h"
+
+bool ReadAll(int descriptor, InputBytes& bytes) {
+    // A file's size is known; one byte more finds its end without growing. Streams grow.
+    struct stat information {};
+    const bool isFile = fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode);
+    constexpr std::size_t kStreamRoom = std::size_t{1} << 16U;
+    const std::size_t room = isFile ? static_cast<std::size_t>(information.st_size) + 1 : kStreamRoom;
+    const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
+    // Of a sparse file, not even the room is taken.
+    if (isFile && room - 1 > most) {
+        errno = EFBIG;
+        return false;
+    }
+    const auto buffer = std::make_shared<GrowingBytes>();
+    // A stream counts as far as it has come, not with the room that it is given.
+    std::size_t counted = 0;
+    const auto count = [&](std::size_t size) {
+        if (size <= counted) return;
+        AllowMemoryFor(size - counted);
+        counted = size;
+    };
+    if (isFile) count(room - 1);
+    buffer->SetRoom(room);
+    if (isFile) MakeMemoryReady(buffer->GetBytes(), room);
+    std::size_t size = 0;
+    for (;;) {
+        if (size == buffer->GetRoom()) {
+            count(size);
+            buffer->SetRoom(std::max(kStreamRoom, 2 * size));
+        }
+        const ssize_t got = read(descriptor, buffer->GetBytes() + size, buffer->GetRoom() - size);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) break;
+        size += static_cast<std::size_t>(got);
+        if (size > most) {
+            errno = EFBIG;
+            return false;
+        }
+    }
+    count(size);
+    buffer->SetSize(size);
+    bytes = InputBytes(buffer, buffer->GetView());
+    return true;
+}

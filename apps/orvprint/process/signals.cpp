@@ -1,0 +1,90 @@
+#include "apps/orvprint/process/signals.h"
+
+#include <pthread.h>
+
+#include <array>
+#include <csignal>
+
+#include "generators/common/ORVTemporaryFile.h"
+
+namespace {
+
+// Those that a file too large or a reader that went away bring are ignored, and so is none of these.
+constexpr std::array kSentSignals{SIGHUP,    SIGINT,  SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2,  SIGALRM,
+                                  SIGVTALRM, SIGPROF, SIGXCPU, SIGPOLL, SIGPWR,  SIGSTKFLT};
+
+// Defects of ours or of a library.
+#if defined(ORV_SANITIZED)
+constexpr std::array<int, 0> kCrashes{};  // sanitizers tell of them
+#else
+constexpr std::array kCrashes{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP};
+#endif
+
+const pthread_t mainThread = pthread_self();
+
+void SetHandler(int signal, void (*handler)(int), unsigned int flags) {
+    struct sigaction action {
+    }, before{};
+    action.sa_handler = handler;
+    action.sa_flags = static_cast<int>(flags);
+    if (sigaction(signal, &action, &before) == 0 && before.sa_handler == SIG_IGN)
+        sigaction(signal, &before, nullptr);
+}
+
+void EndAsItWouldHave(int signal) {
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void EndBySignal(int signal) {
+    // Any thread may get the signal, but only the main one holds signals back while it makes files.
+    if (pthread_equal(pthread_self(), mainThread) == 0) {
+        pthread_kill(mainThread, signal);
+        return;
+    }
+    ORVTemporaryFile::RemoveAll();
+    EndAsItWouldHave(signal);
+}
+
+/// Of the thread that went wrong: no other can be relied on.
+void EndByCrash(int signal) {
+    ORVTemporaryFile::RemoveAll();
+    EndAsItWouldHave(signal);
+}
+
+/// Where a handler runs when the main thread's stack is full.
+void PrepareSpareStack() {
+    static std::array<char, 65536> memory;
+    stack_t stack{};
+    stack.ss_sp = memory.data();
+    stack.ss_size = memory.size();
+    sigaltstack(&stack, nullptr);
+}
+
+}  // namespace
+
+const std::vector<int>& EndingSignals() {
+    static const std::vector<int> signals = [] {
+        std::vector<int> all(kSentSignals.begin(), kSentSignals.end());
+        for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) all.push_back(signal);
+        return all;
+    }();
+    return signals;
+}
+
+void HandleEndingSignals(void (*handler)(int)) {
+    for (const int signal : EndingSignals()) SetHandler(signal, handler, 0);
+}
+
+void EndCleanlyOnSignals() {
+    HandleEndingSignals(EndBySignal);
+    if (kCrashes.empty()) return;
+    PrepareSpareStack();
+    // A crash in the handler ends the process at once.
+    for (const int signal : kCrashes) SetHandler(signal, EndByCrash, SA_ONSTACK | SA_NODEFER | SA_RESETHAND);
+}
+
+void LeaveTerminalSignalsToParent() {
+    HandleEndingSignals(SIG_DFL);
+    for (const int signal : {SIGINT, SIGQUIT, SIGHUP}) std::signal(signal, SIG_IGN);
+}

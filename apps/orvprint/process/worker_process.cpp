@@ -1,0 +1,200 @@
+#include "apps/orvprint/process/worker_process.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "apps/orvprint/process/signals.h"
+
+namespace {
+
+// Descriptors of all workers: a new one inherits and closes them. Were one kept open, the end of another
+// process would not show.
+std::vector<int>& OpenDescriptors() {
+    static std::vector<int> descriptors;
+    return descriptors;
+}
+
+void Note(int descriptor) { OpenDescriptors().push_back(descriptor); }
+
+void CloseNoted(int& descriptor) {
+    if (descriptor < 0) return;
+    std::erase(OpenDescriptors(), descriptor);
+    close(std::exchange(descriptor, -1));
+}
+
+/// Two descriptors that are closed unless somebody takes them.
+class Pipe {
+public:
+    Pipe() = default;
+    ~Pipe() {
+        const int error = errno;
+        for (const int descriptor : ends_)
+            if (descriptor >= 0) close(descriptor);
+        errno = error;
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    /// @return false with errno
+    bool Open() { return pipe2(ends_.data(), O_CLOEXEC) == 0; }
+    int GetReadEnd() const { return ends_[0]; }
+    int GetWriteEnd() const { return ends_[1]; }
+    int TakeReadEnd() { return std::exchange(ends_[0], -1); }
+    int TakeWriteEnd() { return std::exchange(ends_[1], -1); }
+
+private:
+    std::array<int, 2> ends_{-1, -1};
+};
+
+/// Reads all of some bytes from a pipe. (A sandbox allows no sockets.) @return false at its end
+bool ReceiveBytes(int descriptor, void* bytes, std::size_t size) {
+    auto* to = static_cast<char*>(bytes);
+    while (size > 0) {
+        const ssize_t got = read(descriptor, to, size);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        to += got;
+        size -= static_cast<std::size_t>(got);
+    }
+    return true;
+}
+
+bool SendBytes(int descriptor, const void* bytes, std::size_t size) {
+    const auto* from = static_cast<const char*>(bytes);
+    while (size > 0) {
+        const ssize_t sent = write(descriptor, from, size);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent <= 0) return false;
+        from += sent;
+        size -= static_cast<std::size_t>(sent);
+    }
+    return true;
+}
+
+template <class Value>
+bool Receive(int descriptor, Value& value) {
+    return ReceiveBytes(descriptor, &value, sizeof value);
+}
+
+template <class Value>
+bool Send(int descriptor, const Value& value) {
+    return SendBytes(descriptor, &value, sizeof value);
+}
+
+/// What comes first of an answer.
+struct AnswerHead {
+    std::int32_t code = 0;
+    std::uint64_t noteSize = 0;
+};
+
+/// Ends a worker: what the starting process had opened or would do at its end is not the worker's.
+[[noreturn]] void Leave(int code) {
+#if defined(ORV_COVERAGE)
+    // Which lines ran is written by destructors; text that the starting process left in its streams is
+    // dropped.
+    const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (dup2(nothing, STDOUT_FILENO) >= 0) std::exit(code);
+#endif
+    _exit(code);
+}
+
+/// The worker's life.
+[[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
+    for (const int descriptor : OpenDescriptors()) close(descriptor);
+    LeaveTerminalSignalsToParent();
+    // Nobody would take the results of a process whose parent was killed, which may have been before this.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) Leave(1);
+    if (dup2(errors, STDERR_FILENO) < 0) Leave(1);
+    close(errors);
+    for (std::uint32_t job = 0; Receive(jobs, job);) {
+        const WorkerProcess::Answer answer = work(job);
+        const AnswerHead head{answer.code, answer.note.size()};
+        if (!Send(results, head) || !SendBytes(results, answer.note.data(), answer.note.size())) break;
+    }
+    Leave(0);
+}
+
+}  // namespace
+
+bool WorkerProcess::Start(const Work& work) {
+    Kill();
+    Pipe jobs, results, errors;
+    if (!jobs.Open() || !results.Open() || !errors.Open()) return false;
+    jobs_ = jobs.TakeWriteEnd();
+    results_ = results.TakeReadEnd();
+    errors_ = errors.TakeReadEnd();
+    for (const int descriptor : {jobs_, results_, errors_}) Note(descriptor);
+    fcntl(errors_, F_SETFL, O_NONBLOCK);
+
+    const pid_t parent = getpid();
+    pid_ = fork();
+    if (pid_ == 0) Serve(work, parent, jobs.GetReadEnd(), results.GetWriteEnd(), errors.GetWriteEnd());
+    const int error = errno;
+    if (pid_ < 0) Close();
+    errno = error;
+    return pid_ > 0;
+}
+
+bool WorkerProcess::Give(std::uint32_t job) { return jobs_ >= 0 && Send(jobs_, job); }
+
+bool WorkerProcess::TakeResult(Answer& answer) {
+    AnswerHead head;
+    if (!Receive(results_, head)) return false;
+    answer.code = head.code;
+    answer.note.resize(head.noteSize);
+    return ReceiveBytes(results_, answer.note.data(), head.noteSize);
+}
+
+bool WorkerProcess::TakeErrors(std::string& text) {
+    std::array<char, 4096> block;
+    for (;;) {
+        const ssize_t got = read(errors_, block.data(), block.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return true;
+        if (got == 0) return false;
+        text.append(block.data(), static_cast<std::size_t>(got));
+    }
+}
+
+WorkerProcess::End WorkerProcess::Reap() {
+    int status = 0;
+    pid_t ended = waitpid(pid_, &status, 0);
+    while (ended < 0 && errno == EINTR) ended = waitpid(pid_, &status, 0);
+    pid_ = -1;
+    Close();
+    if (ended > 0 && WIFSIGNALED(status)) {
+        const int signal = WTERMSIG(status);
+        std::string words = "was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+        if (signal == SIGKILL) words += ", perhaps because memory was short";
+        return {words, 0};
+    }
+    return {"ended by itself", ended > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : 0};
+}
+
+void WorkerProcess::Kill() {
+    if (pid_ > 0) {
+        kill(pid_, SIGKILL);
+        while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        pid_ = -1;
+    }
+    Close();
+}
+
+void WorkerProcess::Close() {
+    CloseNoted(jobs_);
+    CloseNoted(results_);
+    CloseNoted(errors_);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "interpreters/svg/style/marker_properties.h"
+#include "interpreters/svg/style/paint.h"
+#include "interpreters/svg/style/style_attribute.h"
+#include "interpreters/svg/style/text_properties.h"
+#include "interpreters/svg/style/visibility.h"
+
+/// The presentation steps of an element, in the order that decides precedence: a later step overrides an
+/// earlier one.
+
+/// Containers: groups, links, definitions, references, nested and root drawings.
+template <SvgElementAccess Element>
+void ApplyContainerPresentation(SvgDrawState& state, const Element& element) {
+    ApplyOpacity(state, element);
+    ApplyCurrentColour(state, element);
+    ApplyDisplayVisibility(state, element);
+    ApplyPaint(state, element);
+    ApplyWritingMode(state, element);
+    ApplyTextLayout(state, element);
+    ApplyFont(state, element);
+    ApplyMarkerProperties(state, element);
+    ApplyStyleAttribute(state, element);
+}
+
+enum class Vertices { kWithoutMarkers, kWithMarkers };
+
+/// Basic shapes and paths; those with vertices have markers.
+template <SvgElementAccess Element>
+void ApplyShapePresentation(SvgDrawState& state, const Element& element, Vertices vertices) {
+    ApplyDisplayVisibility(state, element);
+    ApplyOpacity(state, element);
+    ApplyCurrentColour(state, element);
+    ApplyPaint(state, element);
+    if (vertices == Vertices::kWithMarkers) ApplyMarkerProperties(state, element);
+    ApplyStyleAttribute(state, element);
+}
+
+/// Images: no paint and no markers of their own.
+template <SvgElementAccess Element>
+void ApplyImagePresentation(SvgDrawState& state, const Element& element) {
+    ApplyDisplayVisibility(state, element);
+    ApplyOpacity(state, element);
+    ApplyCurrentColour(state, element);
+    ApplyStyleAttribute(state, element);
+}
+
+/// The first steps of texts; ApplyTextLayout and ApplyFont follow and so override the style. This inversion
+/// is kept on purpose.
+template <SvgElementAccess Element>
+void ApplyTextPresentation(SvgDrawState& state, const Element& element) {
+    ApplyDisplayVisibility(state, element);
+    ApplyOpacity(state, element);
+    ApplyCurrentColour(state, element);
+    ApplyPaint(state, element);
+    ApplyWritingMode(state, element);
+    ApplyStyleAttribute(state, element);
+}
