@@ -3,6 +3,7 @@
 #include <string>
 
 #include "generators/common/generator_status.h"
+#include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/modules.h"
 
 namespace {

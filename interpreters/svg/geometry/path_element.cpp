@@ -1,5 +1,6 @@
 #include "interpreters/svg/geometry/path_element.h"
 
+#include "interpreters/svg/geometry/markers.h"
 #include "interpreters/svg/geometry/path_data.h"
 #include "interpreters/svg/state/SvgDrawState.h"
 #include "interpreters/svg/state/element_texts.h"

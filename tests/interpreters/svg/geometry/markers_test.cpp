@@ -14,6 +14,10 @@
 
 namespace {
 
+// "m" is a marker without content: an empty symbol that is only moved. An instance at the vertex (x, y) of
+// the drawing reads g[~100 t(x,y) ~100]{...}.
+constexpr const char* kMarker = "<defs><marker id='m'/><symbol id='n'/></defs>";
+
 class MarkerPlacementTest : public testing::TestWithParam<SketchCase> {};
 
 TEST_P(MarkerPlacementTest, PutsInstancesOnVertices) {

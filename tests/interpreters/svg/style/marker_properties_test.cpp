@@ -57,8 +57,4 @@ TEST(MarkerReferenceTest, EachPlaceHasItsOwn) {
     EXPECT_EQ(state.markers.Get(), (SvgMarkerReferences{"s", "", "e"}));
 }
 
-// "m" is a marker without content: an empty symbol that is only moved. An instance at the vertex (x, y) of
-// the drawing reads g[~100 t(x,y) ~100]{...}.
-constexpr const char* kMarker = "<defs><marker id='m'/><symbol id='n'/></defs>";
-
 }  // namespace
