@@ -29,7 +29,7 @@ PATIENCE = 1200  # seconds for a shard: only there to end what waits for ever
 def tests_of(program, pattern):
     """The names of a program's tests, in its order, without those that are switched off."""
     listing = subprocess.run([program, "--gtest_list_tests", f"--gtest_filter={pattern}"], check=True,
-                             capture_output=True, text=True).stdout
+                             capture_output=True).stdout.decode(errors="replace")
     suite, names = "", []
     for line in listing.splitlines():
         name = line.split("#")[0].strip()

@@ -59,12 +59,12 @@ TEST_F(VectorFormatsTest, WrittenSvgReadsAsTheSameDrawing) {
 }
 
 TEST_F(VectorFormatsTest, PostScriptThatIsNotInstalledIsMissedInOneLine) {
-    // A copy of the command with the platform and the interpreter beside it, but without the module.
+    // A copy of the command with the platform, the interpreter and fonts beside it, but without that module.
     const std::filesystem::path tool = ORV_TOOL_PATH, library = tool.parent_path().parent_path() / "lib";
     std::filesystem::create_directories(Folder() / "bin");
     std::filesystem::create_directories(Folder() / "lib");
     std::filesystem::copy_file(tool, Folder() / "bin/orvprint");
-    for (const char* name : {"liborvplatform.so", "libORVPrtInterpreterSVG.so"})
+    for (const char* name : {"liborvplatform.so", "libORVPrtInterpreterSVG.so", "liborvfonts.so"})
         std::filesystem::copy_file(library / name, Folder() / "lib" / name);
     const ToolRun run = RunProgram({"bin/orvprint", "two.svg", "-o", "p.ps"});
     EXPECT_EQ(run.exitCode, 9);

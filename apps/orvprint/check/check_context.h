@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/check/definition_facts.h"
@@ -49,8 +50,9 @@ struct CheckContext {
     bool isPageInUnits = false;    ///< its size has a unit, which numbers on it should have, too
     bool isUnitScaleTold = false;  ///< of that page
 
-    InForce inForce;                            ///< where the walk stands
-    MetDefinitions definitions;                 ///< of the page
+    InForce inForce;              ///< where the walk stands
+    std::vector<InForce> around;  ///< what it was around each open element; deep walks need it off the stack
+    MetDefinitions definitions;   ///< of the page
     DrawnRegion* region = nullptr;              ///< the innermost; null on the page itself
     DefinitionFacts* openDefinition = nullptr;  ///< the one that is being read; null outside of any
 
@@ -65,17 +67,18 @@ struct CheckContext {
 /// content.
 class ElementScope {
 public:
-    ElementScope(CheckContext& check, const ORVXmlNode& element) : check_(check), outer_(check.inForce) {
+    ElementScope(CheckContext& check, const ORVXmlNode& element) : check_(check) {
+        check_.around.push_back(check_.inForce);
         check_.namespaces.Enter(element);
     }
     ~ElementScope() {
         check_.namespaces.Leave();
-        check_.inForce = outer_;
+        check_.inForce = std::move(check_.around.back());
+        check_.around.pop_back();
     }
     ElementScope(const ElementScope&) = delete;
     ElementScope& operator=(const ElementScope&) = delete;
 
 private:
     CheckContext& check_;
-    const InForce outer_;
 };

@@ -87,14 +87,16 @@ bool HasPhysicalSize(const ORVXmlNode& svg) {
 class DefinitionWalk {
 public:
     DefinitionWalk(CheckContext& check, DefinitionFacts& facts, DrawnRegion& region)
-        : check_(check), outer_(check.inForce), region_(check.region), definition_(check.openDefinition) {
+        : check_(check), region_(check.region), definition_(check.openDefinition) {
+        check.around.push_back(check.inForce);
         check.openDefinition = &facts;
         check.region = &region;
         check.inForce.toRegion = {};
         check.inForce.meant.BeginDefinition();
     }
     ~DefinitionWalk() {
-        check_.inForce = outer_;
+        check_.inForce = std::move(check_.around.back());
+        check_.around.pop_back();
         check_.region = region_;
         check_.openDefinition = definition_;
     }
@@ -103,10 +105,13 @@ public:
 
 private:
     CheckContext& check_;
-    const InForce outer_;
     DrawnRegion* const region_;
     DefinitionFacts* const definition_;
 };
+
+// A routine that is not merged into its caller: the walk is as deep as the document, and what only leaves or
+// definitions need must not stand in the frame of every level.
+#define ORV_OWN_FRAME __attribute__((noinline))
 
 // The walk through a document, which goes where the interpreter goes and keeps the state that it would keep.
 // Elements are numbered as they come.
@@ -254,12 +259,12 @@ private:
             VisitDrawn(node, state);
     }
 
-    void VisitUnprinted(const ORVXmlNode& node, bool isInLeaf) {
+    ORV_OWN_FRAME void VisitUnprinted(const ORVXmlNode& node, bool isInLeaf) {
         CheckUnprinted(check_, {&node, next_}, isInLeaf);
         Skip(node);
     }
 
-    void VisitDefs(const ORVXmlNode& node, SvgDrawState& state) {
+    ORV_OWN_FRAME void VisitDefs(const ORVXmlNode& node, SvgDrawState& state) {
         const SvgInheritedStateGuard guard(state);
         const ORVRef<ORVPrtDefsElt> defs(new ORVPrtDefsElt);
         const OpenHolder holder{*defs, state.definitions->Register(*defs)};
@@ -271,7 +276,7 @@ private:
     }
 
     // As if a "defs" without attributes stood around it.
-    void VisitLooseDefinition(const ORVXmlNode& node, SvgDrawState& state) {
+    ORV_OWN_FRAME void VisitLooseDefinition(const ORVXmlNode& node, SvgDrawState& state) {
         const ORVRef<ORVPrtDefsElt> own(new ORVPrtDefsElt);
         const OpenHolder holder{*own, state.definitions->Register(*own)};
         const SvgInheritedStateGuard guard(state);
@@ -280,7 +285,8 @@ private:
     }
 
     // Findable from behind its end on, as the interpreter has it.
-    void VisitDefinition(const ORVXmlNode& node, SvgDrawState& state, const OpenHolder& holder) {
+    ORV_OWN_FRAME void VisitDefinition(const ORVXmlNode& node, SvgDrawState& state,
+                                       const OpenHolder& holder) {
         DefinitionFacts facts = FactsOf(node);
         DrawnRegion region = RegionOf(node);
         {
@@ -325,7 +331,7 @@ private:
         VisitChildren(node, state, nullptr);
     }
 
-    void VisitNested(const ORVXmlNode& node, SvgDrawState& state) {
+    ORV_OWN_FRAME void VisitNested(const ORVXmlNode& node, SvgDrawState& state) {
         const NestedRegion nested = ReadNestedRegion(node, state);
         DrawnRegion inner{
             .region = nested.region, .cuts = check_.inForce.meant.isClipped, .isTold = true, .content = {}};
@@ -342,13 +348,13 @@ private:
         outer->content.Add({drawn.xMax, drawn.yMax});
     }
 
-    void VisitUse(const NumberedElement& use, SvgDrawState state) {
+    ORV_OWN_FRAME void VisitUse(const NumberedElement& use, SvgDrawState state) {
         ApplyContainerPresentation(state, LightElementAccess(use.node));
         CheckUse(check_, use, state);
         PassLeafChildren(*use.node);
     }
 
-    void VisitLeaf(const NumberedElement& element, SvgDrawState state) {
+    ORV_OWN_FRAME void VisitLeaf(const NumberedElement& element, SvgDrawState state) {
         const ElementName name = element.node->id;
         const LightElementAccess access(element.node);
         if (name == ElementName::kText) {

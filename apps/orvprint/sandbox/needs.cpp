@@ -78,7 +78,12 @@ public:
             return;
         }
         for (const std::string& path : fonts->read) Add(path, FileUse::kRead);
-        for (const std::string& path : fonts->caches) Add(path, FileUse::kMake);
+        // The first that there is, or can be made, is the one that fonts are noted in.
+        bool hasCache = false;
+        for (const std::string& path : fonts->caches) {
+            if (!hasCache) hasCache = MakeFolders(path);
+            Add(path, FileUse::kMake);
+        }
     }
 
     /// As the fonts' catalogue looks for its folder, and makes it.
@@ -91,10 +96,7 @@ public:
         }
         while (folder.ends_with('/')) folder.pop_back();
         if (!folder.starts_with('/') || folder == "/.cache/orvprint") return;
-        if (access(folder.c_str(), F_OK) != 0) {
-            MakeFolder(FolderOf(folder));
-            MakeFolder(folder);
-        }
+        MakeFolders(folder);
         Add(folder, FileUse::kMake);
     }
 
@@ -148,6 +150,15 @@ private:
         const bool isLink = lstat(path.c_str(), &facts) == 0 && S_ISLNK(facts.st_mode) &&
                             realpath(path.c_str(), target.data());
         Add(FolderOf(isLink ? target.data() : path), FileUse::kMake);
+    }
+
+    /// A folder for caches, and the one that it lies in. @return whether it is there and can be written
+    static bool MakeFolders(const std::string& path) {
+        if (access(path.c_str(), F_OK) != 0) {
+            MakeFolder(FolderOf(path));
+            MakeFolder(path);
+        }
+        return access(path.c_str(), W_OK) == 0;
     }
 
     /// Who prints with another's home leaves nothing there.

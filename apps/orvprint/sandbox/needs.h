@@ -15,6 +15,6 @@ struct RunFiles {
 };
 
 /// The files that it will need: its own, fonts, libraries that are loaded late, what tells of the machine,
-/// and caches. The folder for the command's own cache is made, where there is none, as it could not be made
+/// and caches. Missing folders for the caches of the command and of fonts are made, as they could not be made
 /// later.
 std::vector<FileRule> FileRulesFor(const RunFiles& files);

@@ -318,7 +318,7 @@ INSTANTIATE_TEST_SUITE_P(
                      "opacity-combined"},
         DocumentCase{"OneOpacityOfAStyleIsPlain", "<rect style='opacity:0.4'/>", ""},
         DocumentCase{"APictureKeepsItsOpacity", "<image style='opacity:0.4' xlink:href='none.png'/>",
-                     "image-missing, ignored-property"},
+                     "image-refused, ignored-property"},
         DocumentCase{"ColorBehindCurrentColorComesTooLate", "<rect style='fill:currentColor;color:red'/>",
                      "current-colour"},
         DocumentCase{"ColorBeforeCurrentColorIsTaken", "<rect style='color:red;fill:currentColor'/>", ""},
