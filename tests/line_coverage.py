@@ -15,7 +15,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 # Percent of the lines: what is reached, rounded down. Raise them when more is.
-FLOORS = {"interpreters": 95, "platform": 90, "generators": 90, "apps": 85}
+FLOORS = {"interpreters": 98, "platform": 94, "generators": 96, "apps": 94}
 LONGEST_LIST = 20
 
 

@@ -122,6 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
         PageCase{"ScaledUp", 90, 180, {"--scale", "2:1"}, "144 x 288"},
         PageCase{"Margins", 90, 180, {"--margin", "1in,0.5in"}, "144 x 288"},
         PageCase{"FourMargins", 90, 180, {"--margin", "1pt,2pt,3pt,4pt"}, "78 x 148"},
+        PageCase{"SmallestScale", 90, 180, {"--paper", "A4", "--scale", "0.0001"}, "595.3 x 841.9"},
         PageCase{"ScaledWithMargin", 90, 180, {"--scale", "0.5", "--margin", "1in"}, "180 x 216"}),
     kNameOfRow);
 
@@ -303,6 +304,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"Scale", {"--scale", "large"}, "--scale: 'large' is no scale"},
         RefusalCase{"ScaleOfNothing", {"--scale", "0%"}, "--scale: '0%' is no scale"},
         RefusalCase{"ScaleByNothing", {"--scale", "1:0"}, "--scale: '1:0' is no scale"},
+        RefusalCase{"TinyScale", {"--paper", "A4", "--scale", "0.0000999"}, "is no scale"},
         RefusalCase{"HugeScale", {"--scale", "1e300"}, "is no scale"},
         RefusalCase{"InfiniteScale", {"--scale", "inf"}, "is no scale"},
         RefusalCase{"FitWithoutPaper", {"--scale", "fit"}, "add, for example, --paper A4"},

@@ -1,6 +1,6 @@
 #include "generators/postscript/dsc_header.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "generators/common/ORVOutput.h"
 #include "tests/support/named_rows.h"
@@ -21,11 +21,14 @@ INSTANTIATE_TEST_SUITE_P(DscText, DscTextTest,
                                          TextCase{"Latin", "Größe\\", "(Gr\\366\\337e\\\\)"},
                                          TextCase{"Others", "漢 x", "(? x)"},
                                          TextCase{"Controls", "a\nb\x7F", "(a\\012b?)"},
+                                         TextCase{"ClosingBracket", "ü)", "(\\374\\))"},
                                          TextCase{"CutOff", "\xC3", "(?)"}),
                          kNameOfRow);
 
 TEST(DscTextTest, IsCutOffBeforeLinesGetTooLong) {
     EXPECT_LT(DscText(std::string(1000, 'x')).size(), 220U);
+    EXPECT_EQ(DscText(std::string(200, 'x')), std::string(200, 'x'));
+    EXPECT_EQ(DscText(std::string(201, 'x')), "(" + std::string(199, 'x') + ")");
     std::string title;
     for (int i = 0; i < 300; ++i) title += "ü";
     EXPECT_LT(DscText(title).size(), 220U);
@@ -61,6 +64,13 @@ TEST(DscHeaderFilterTest, PutsTheHeadRightHoweverItComes) {
               "%!PS-Adobe-3.0\n%%Title: T\n%%Creator: orvprint\n%%CreationDate: 2001-02-03\n%%Pages: 1\n"
               "%%BoundingBox: 0 0 72 37\n%%HiResBoundingBox: 0 0.8 72 37\n" +
                   rest);
+}
+
+TEST(DscHeaderFilterTest, SheetsAreRoundedUpToWholePoints) {
+    DscHeader header;
+    header.width = 72.0000001;  // whole, but for what computing leaves
+    header.height = 72.01;
+    EXPECT_THAT(Filtered(header, kDocument.size()), testing::HasSubstr("%%BoundingBox: 0 0 72 73\n"));
 }
 
 TEST(DscHeaderFilterTest, HeadWithoutEndIsPassedOn) {

@@ -96,6 +96,45 @@ TEST(ORVInkTest, PicturesInBlackAndWhiteKeepTheirGreysInTheMean) {
     }
 }
 
+/// Black and white after Floyd and Steinberg, written down plainly: of what a pixel gets too dark or too
+/// light, 7 sixteenths go to the next one, and 3, 5 and 1 to those below, from the left to the right.
+std::vector<int> DiffusedPlainly(const std::vector<int>& greys, int width) {
+    const int height = static_cast<int>(greys.size()) / width;
+    std::vector<int> sixteenths(greys.size(), 0), result(greys.size());
+    const auto give = [&](int x, int y, int part) {
+        if (x >= 0 && x < width && y < height) sixteenths[static_cast<std::size_t>(y * width + x)] += part;
+    };
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const auto at = static_cast<std::size_t>(y * width + x);
+            const int wanted = greys[at] + sixteenths[at] / 16;
+            result[at] = wanted >= 128 ? 255 : 0;
+            const int error = wanted - result[at];
+            give(x + 1, y, error * 7);
+            give(x - 1, y + 1, error * 3);
+            give(x, y + 1, error * 5);
+            give(x + 1, y + 1, error);
+        }
+    return result;
+}
+
+TEST(ORVInkTest, ErrorsAreSpreadByTheWeightsOfFloydAndSteinberg) {
+    constexpr int kWidth = 9, kHeight = 7;
+    std::vector<int> greys;
+    std::vector<std::uint8_t> pixels;
+    for (int i = 0; i < kWidth * kHeight; ++i) {
+        greys.push_back(i * 37 % 256);
+        pixels.insert(pixels.end(), 3, static_cast<std::uint8_t>(greys.back()));
+        pixels.push_back(255);
+    }
+    const ORVRef<const ORVPixelImage> image(ORVPixelImage::CreateFromPixels(kWidth, kHeight, pixels));
+    ORVInk ink(ORVColourMode::kMono);
+    const auto dots = ink.ConvertPicture(*image).GetPixels();
+    std::vector<int> shown;
+    for (std::size_t i = 0; i < dots.size(); i += 4) shown.push_back(dots[i]);
+    EXPECT_EQ(shown, DiffusedPlainly(greys, kWidth));
+}
+
 TEST(ORVInkTest, TransparentPixelsStayTransparentAndPatternsAreSharp) {
     ORVInk ink(ORVColourMode::kMono);
     const auto faint = PlainImage(4, 4, {0, 0, 0, 100});

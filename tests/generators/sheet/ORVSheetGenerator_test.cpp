@@ -278,6 +278,23 @@ TEST(ORVSheetGeneratorTest, LabelsAndTrimsTheSheetsOfAPoster) {
     }
 }
 
+TEST(ORVSheetGeneratorTest, ASheetOfSeveralPagesHasNoTrimOrLabelOfItsFirst) {
+    SymbolRecorder target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0);
+    options.layout.pagesPerSheet = 2;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ORVPrintPageInfo info = PageInfo(50, 50);
+    info.title = "Title";
+    info.label = "A1";
+    info.trim.Add({1, 1});
+    info.trim.Add({9, 9});
+    ASSERT_EQ(sheets.BeginPage(info), 1);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_THAT(target.lines, Contains("page 1 Title"));
+}
+
 /// All points of what is drawn outside of clips: marks.
 std::vector<std::string> Marks(const RecordingGenerator& target) {
     std::vector<std::string> marks;
