@@ -14,7 +14,7 @@ class ORVOutput;
 struct ORVOutputFormat {
     std::string_view name;  ///< also the ending of its files
     bool onePageAPart;      ///< a page fills a file of this format
-    /// Null when memory is spent. Nothing is thrown, neither here nor by the generator.
+    /// Null when out of memory. Nothing is thrown, neither here nor by the generator.
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
     std::string_view otherName{};  ///< that means the same; empty for none
     bool makesDots = false;        ///< in black and white, greys become patterns of dots

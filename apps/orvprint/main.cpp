@@ -61,18 +61,16 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->option_text("light|dom [light]");
     command
         .add_option("--fragment", options.fragment,
-                    "Only the N-th svg element of the document, or that of this id")
+                    "Print only the N-th svg element, or the one with this id")
         ->option_text("N|ID");
     command
         .add_option("--allow-dir", options.allowedFolders,
-                    "Pictures may lie in DIR and below, too (repeatable)")
+                    "Also read images from DIR and its subfolders (repeatable)")
         ->option_text("DIR")
         ->check(CLI::ExistingDirectory)
         ->take_all()
         ->allow_extra_args(false);
-    command
-        .add_option("--limit", options.limits,
-                    "Set a limit for hostile input; orvprint limits lists them (repeatable)")
+    command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
         ->take_all()
         ->allow_extra_args(false);
@@ -82,12 +80,11 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
             [&options](std::uint64_t count) {
                 options.limits.push_back("primitives=" + std::to_string(count));
             },
-            "Primitives that a drawing may hold, at most: --limit primitives=N")
+            "Same as --limit primitives=N")
         ->option_text("N")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
     command
-        .add_option("--time-limit", options.timeLimit,
-                    "Give up a drawing that takes longer, in seconds; without it, none is")
+        .add_option("--time-limit", options.timeLimit, "Abort a drawing after N seconds (default: no limit)")
         ->option_text("N")
         ->check(CLI::Range(0.001, 1e9))
         ->check(IsNumber());
@@ -102,7 +99,7 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
 }
 
 CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
-    return command.add_option("--ignore", names, "Leave out findings of this kind (repeatable)")
+    return command.add_option("--ignore", names, "Ignore findings of this kind (repeatable)")
         ->option_text("CODE")
         ->take_all()
         ->allow_extra_args(false);
@@ -113,30 +110,32 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
     for (const std::string& name : names) {
         const FindingKind* kind = FindFindingKind(name);
         if (!kind)
-            return Report(kExitUsage, "--ignore " + name, "is no kind of findings; docs/check.md lists them");
+            return Report(kExitUsage, "--ignore " + name,
+                          "is not a kind of finding; docs/check.md lists them");
         kinds.insert(kind->code);
     }
     return kExitDone;
 }
 
-// The library looks options up by name in a function that lets nothing out: where memory is spent, that ends
+// The library looks options up by name in a function that lets nothing out: when out of memory, that ends
 // the process. So what must know another option is given the option itself.
 /// @return the option --keep-going
 CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
-                     "Input is an XML document with drawings inside, as .qvxml files are");
-    return command.add_flag("--keep-going", options.keepGoing, "Take what stands before an error in the XML");
+                     "Read XML documents that contain drawings, as .qvxml files are");
+    return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
 void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
-    auto* folder = command.add_option("--out-dir", options.folder, "Convert each input to DIR/NAME.FORMAT");
+    auto* folder =
+        command.add_option("--out-dir", options.folder, "Write each input to its own file, DIR/NAME.FORMAT");
     folder->option_text("DIR");
-    command.add_option("-j,--jobs", options.jobs, "Inputs converted at a time, with --out-dir")
+    command.add_option("-j,--jobs", options.jobs, "Number of parallel conversions, with --out-dir")
         ->option_text("N [cores]")
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
-    command.add_flag("--quiet", options.isQuiet, "No progress bar and no summary");
-    keepGoing->description("Go on after an error in the XML; with --out-dir, after an input that failed");
+    command.add_flag("--quiet", options.isQuiet, "Show no progress bar and no summary");
+    keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
 }
 
 /// An option of printing that was given to another command, which would not heed it; empty when there is
@@ -164,18 +163,17 @@ int Run(int argc, char** argv) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
-    app.add_option("-o,--output", print.output, "Where the output goes, - for standard output")
-        ->option_text("FILE");
-    app.add_option("-f,--format", print.format, "Output format; without it, the ending of FILE tells")
+    app.add_option("-o,--output", print.output, "Output file, - for standard output")->option_text("FILE");
+    app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =
         app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
-    app.add_option("--dpi", print.dotsPerInch, "Resolution of pictures, dots an inch")
+    app.add_option("--dpi", print.dotsPerInch, "Resolution of raster output in dots per inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [90]");
-    CLI::Option* strict = app.add_flag("--strict", print.strict,
-                                       "Print nothing when the check finds something; see orvprint check");
+    CLI::Option* strict =
+        app.add_flag("--strict", print.strict, "Print nothing if orvprint check reports a finding");
     std::vector<std::string> ignoredKinds;
     AddIgnoreOption(app, ignoredKinds)->needs(strict);
     SheetArguments sheet;
@@ -188,7 +186,7 @@ int Run(int argc, char** argv) {
     ReadOptions infoOptions;
     std::string infoInput;
     bool infoAsJson = false;
-    CLI::App* info = app.add_subcommand("info", "Tell the pages of a drawing, with sizes and titles");
+    CLI::App* info = app.add_subcommand("info", "List the pages of a drawing with their sizes and titles");
     info->add_option("input", infoInput, "Drawing, - for standard input")->required()->option_text("FILE");
     info->add_flag("--json", infoAsJson, "As JSON");
     AddReadOptions(*info, infoOptions);
@@ -206,19 +204,18 @@ int Run(int argc, char** argv) {
 
     CheckOptions check;
     std::vector<std::string> kindsNotChecked;
-    CLI::App* checking = app.add_subcommand("check", "Tell what of drawings will not print as expected");
+    CLI::App* checking = app.add_subcommand("check", "Report what will not print as expected");
     checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
     checking->add_flag("--json", check.asJson, "As JSON");
-    checking->add_flag("--verbose", check.verbose, "List all findings, not only the first of each kind");
+    checking->add_flag("--verbose", check.verbose, "List every finding, not only the first of each kind");
     AddIgnoreOption(*checking, kindsNotChecked);
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
-                       "Input is an XML document with drawings inside, as .qvxml files are");
+                       "Read XML documents that contain drawings, as .qvxml files are");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
-    const CLI::App* limits =
-        app.add_subcommand("limits", "List the limits that let hostile input end in an answer");
+    const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
     PrepareHelp(app);
 
     try {
@@ -230,7 +227,7 @@ int Run(int argc, char** argv) {
     }
 
     if (const std::string name = OptionBeforeCommand(app); !name.empty())
-        return Report(kExitUsage, name, "stands before the command; what is meant for it goes behind it");
+        return Report(kExitUsage, name, "precedes the command; put options after the command");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
         if (const int code = EnterSandboxFor(infoOptions, {.inputs = {infoInput}}); code != kExitDone)
@@ -255,10 +252,10 @@ int Run(int argc, char** argv) {
     if (limits->parsed()) return RunLimits();
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
     if (print.output.empty() && batch.folder.empty())
-        return Report(kExitUsage, "", "no output; say where it goes with -o FILE or --out-dir DIR");
+        return Report(kExitUsage, "", "no output; give it with -o FILE or --out-dir DIR");
     if (!print.output.empty() && !batch.folder.empty())
         return Report(kExitUsage, "",
-                      "-o and --out-dir exclude each other: one file for all, or one for each");
+                      "-o and --out-dir cannot be combined: one file for all inputs, or one for each");
     std::string error;
     if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
@@ -290,7 +287,7 @@ int main(int argc, char** argv) {
     try {
         return Run(argc, argv);
     } catch (const std::bad_alloc&) {
-        return Report(kExitFailed, "", "memory is spent");
+        return Report(kExitFailed, "", "out of memory");
     } catch (const std::exception& error) {
         return Report(kExitFailed, "", error.what());
     }

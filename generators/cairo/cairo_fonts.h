@@ -9,7 +9,7 @@ class ORVFontFace;
 /// The platform's font faces as cairo takes them.
 class CairoFontCache {
 public:
-    /// Throws where the file cannot be opened, or memory is spent.
+    /// Throws where the file cannot be opened, or out of memory.
     /// @return the face; null when cairo cannot use what the file holds
     cairo_font_face_t* Find(const ORVFontFace& face);
 

@@ -48,7 +48,7 @@ protected:
         try {
             return work();
         } catch (const std::bad_alloc&) {
-            return Fail("memory is spent");  // so short that it needs none
+            return Fail("out of memory");  // so short that it needs none
         }
     }
 

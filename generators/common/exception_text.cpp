@@ -13,7 +13,7 @@ void Name(std::string& error) {
     try {
         throw;
     } catch (const std::bad_alloc&) {
-        error = "memory is spent";
+        error = "out of memory";
     } catch (const std::filesystem::filesystem_error& failure) {
         error = failure.code().message() + ": " + failure.path1().string();
     } catch (const std::system_error& failure) {
@@ -34,6 +34,6 @@ void ORVNameException(std::string& error) noexcept {
     try {
         Name(error);
     } catch (const std::exception&) {
-        error = "memory is spent";  // so short that it needs none
+        error = "out of memory";  // so short that it needs none
     }
 }

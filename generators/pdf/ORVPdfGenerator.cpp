@@ -53,7 +53,7 @@ struct ORVPdfGenerator::State {
     int Check() {
         if (file && file->IsGood()) return kGeneratorDone;
         if (!output.GetError().empty()) return kOutputFailed;
-        error = "memory is spent";  // of the compressor, then
+        error = "out of memory";  // of the compressor, then
         return kDrawingFailed;
     }
 

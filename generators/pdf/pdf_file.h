@@ -43,7 +43,7 @@ public:
     /// Waits for all that was written so far, and writes the end of the file.
     void Finish(unsigned int catalogue, unsigned int info);
 
-    /// False when the output failed, or memory is spent.
+    /// False when the output failed, or out of memory.
     bool IsGood() const { return good_.load(std::memory_order_acquire); }
 
 private:

@@ -83,7 +83,7 @@ struct ORVPostScriptGenerator::State {
         if (!output.GetError().empty()) return kOutputFailed;
         if (error.empty() && context && cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
             error = TextOf(cairo_status(context.get()));
-        if (error.empty()) error = "memory is spent";
+        if (error.empty()) error = "out of memory";
         return result;
     }
     static cairo_status_t Write(void* state, const unsigned char* bytes, unsigned int size) {

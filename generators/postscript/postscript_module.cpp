@@ -44,6 +44,6 @@ std::unique_ptr<ORVFormatGenerator> LoadPostScriptGenerator(ORVOutput& output,
                                                   ", which cannot be used: " + error);
     std::unique_ptr<ORVFormatGenerator> generator(
         reinterpret_cast<PostScriptFactory>(factory)(output, options, encapsulated));
-    if (!generator) return std::make_unique<MissingGenerator>("memory is spent");
+    if (!generator) return std::make_unique<MissingGenerator>("out of memory");
     return generator;
 }

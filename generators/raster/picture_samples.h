@@ -12,7 +12,7 @@
 class PictureSamples {
 public:
     /// Makes samples of a picture. Those that are drawn smaller than they are become averages of areas.
-    /// Throws std::bad_alloc when memory is spent.
+    /// Throws std::bad_alloc when out of memory.
     static std::shared_ptr<const PictureSamples> Make(const ORVPixelImage& image, int width, int height);
 
     ~PictureSamples();

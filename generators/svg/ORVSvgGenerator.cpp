@@ -461,7 +461,7 @@ std::string ORVSvgGenerator::State::FindPattern(const ORVPrintFill& fill,
     AppendSvgTransform(transform, map, kMostPlaces);
     if (!transform.empty()) text += " patternT" + transform.substr(2);
     writer->Put(text + "><image" + size + " xlink:href=\"");
-    if (!PutImageAddress(*writer, *fill.pattern)) error = "memory is spent";
+    if (!PutImageAddress(*writer, *fill.pattern)) error = "out of memory";
     writer->Put("\"/></pattern></defs>\n");
     return id;
 }
@@ -638,7 +638,7 @@ const std::string& ORVSvgGenerator::State::FindImage(const ORVPixelImage& image)
     writer->Put("<defs><image id=\"" + entry->second.id + "\" width=\"" + std::to_string(image.GetWidth()) +
                 "\" height=\"" + std::to_string(image.GetHeight()) + "\" preserveAspectRatio=\"none\"");
     writer->Put(" xlink:href=\"");
-    if (!PutImageAddress(*writer, image)) error = "memory is spent";
+    if (!PutImageAddress(*writer, image)) error = "out of memory";
     writer->Put("\"/></defs>\n");
     return entry->second.id;
 }

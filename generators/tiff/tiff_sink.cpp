@@ -114,7 +114,7 @@ int TiffSink::Open(const RasterPageInfo& page) {
     if (tiff_) return kGeneratorDone;
     return data_.IsPastLimit()
                ? FailWriting()
-               : Fail("the temporary file cannot be begun; is the disk full, or memory spent?");
+               : Fail("the temporary file cannot be begun; is the disk full, or is there too little memory?");
 }
 
 int TiffSink::BeginPage(const RasterPageInfo& page) {
@@ -147,7 +147,7 @@ int TiffSink::BeginPage(const RasterPageInfo& page) {
     }
     if (done && !page.title.empty()) done = set(TIFFTAG_DOCUMENTNAME, std::string(page.title).c_str());
     return done ? kGeneratorDone
-                : Fail("the page cannot be described; memory is spent, or TIFF lacks its compression");
+                : Fail("the page cannot be described; out of memory, or TIFF lacks its compression");
 }
 
 void TiffSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const {

@@ -58,7 +58,7 @@ std::unique_ptr<ORVPrintInterpreter> Create(const std::string& name, ORVPrintInp
         return nullptr;
     }
     std::unique_ptr<ORVPrintInterpreter> interpreter(row->create(factory, input));
-    if (!interpreter) error = "the interpreter " + name + " takes no such input, or memory is spent";
+    if (!interpreter) error = "the interpreter " + name + " does not accept this input, or out of memory";
     return interpreter;
 }
 
@@ -83,7 +83,7 @@ std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std
     try {
         return Create(name, input, error);
     } catch (const std::exception&) {
-        error = "memory is spent";  // so short that it needs none
+        error = "out of memory";  // so short that it needs none
         return nullptr;
     }
 }

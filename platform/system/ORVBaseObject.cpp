@@ -11,7 +11,7 @@ namespace {
 /// Objects that lost their last reference while another one was being destroyed.
 class DestructionQueue {
 public:
-    /// @return false when memory is spent
+    /// @return false when out of memory
     bool Add(const ORVBaseObject* object) {
         if (firstCount_ < first_.size()) {
             first_[firstCount_++] = object;

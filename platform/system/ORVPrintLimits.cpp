@@ -18,8 +18,8 @@ constexpr std::uint64_t kDeepest = 1024;
 constexpr std::array<Row, kPrintLimitCount> kRows{{
     {ORVPrintLimit::kInputBytes, "input-bytes", kMost, 1024 * kMebibyte, kMost, "bytes"},
     {ORVPrintLimit::kUnpackedBytes, "unpacked-bytes", 1024 * kMebibyte, 1024 * kMebibyte, kMost,
-     "bytes when unpacked"},
-    {ORVPrintLimit::kUnpackedGrowth, "unpacked-growth", 250, 250, kMost, "times its size when unpacked"},
+     "bytes when decompressed"},
+    {ORVPrintLimit::kUnpackedGrowth, "unpacked-growth", 250, 250, kMost, "times its size when decompressed"},
     {ORVPrintLimit::kElementDepth, "element-depth", kDeepest, kDeepest, kDeepest,
      "elements within each other"},
     {ORVPrintLimit::kEntityGrowth, "entity-growth", 100, 100, kMillion, "times its size with entities"},

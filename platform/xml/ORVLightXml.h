@@ -57,7 +57,7 @@ public:
 
     /// Becomes a deep copy of `other` (an element and what is below it, without its siblings), which shares
     /// nothing with it; of a null element, a null element.
-    /// @return 1, or 0 when memory is spent (this element is then unchanged)
+    /// @return 1, or 0 when out of memory (this element is then unchanged)
     int Assign(const ORVLightXmlElementItf& other);
 
 private:

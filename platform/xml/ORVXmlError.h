@@ -14,7 +14,7 @@ struct ORVXmlError {
     /// The error of that; needs no memory.
     static ORVXmlError MemorySpent() {
         ORVXmlError error;
-        error.message = "memory is spent";
+        error.message = "out of memory";
         error.isMemorySpent = true;
         return error;
     }

@@ -79,7 +79,7 @@ private:
 };
 
 /// Reads a document into a tree. Nothing is thrown.
-/// @param tree   out: the document, or what was read of it before the error; null only when memory is spent
+/// @param tree   out: the document, or what was read of it before the error; null only when out of memory
 /// @param error  out: what is wrong with the document; its message is empty when it is well formed
 /// @param places  out, if not null: the place of every element, in document order
 /// @return true when the document is well formed

@@ -48,7 +48,7 @@ public:
         XML_StopParser(parser_.get(), XML_FALSE);
     }
 
-    // Ends the reading: memory is spent.
+    // Ends the reading: out of memory.
     void EndForMemory() {
         stopped_ = memorySpent_ = true;
         XML_StopParser(parser_.get(), XML_FALSE);

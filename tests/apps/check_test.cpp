@@ -30,12 +30,12 @@ TEST_F(CheckTest, ListsFindingsByKind) {
     EXPECT_EQ(run.output,
               "bad.svg: 3 findings of 2 kinds\n"
               "\n"
-              "unknown-attribute (1): Attributes of no known name\n"
+              "unknown-attribute (1): Unknown attributes\n"
               "bad.svg:3:19: rect foo \"1\": is not known\n"
               "\n"
-              "unknown-unit (2): Units that do not count: the number is taken as user units\n"
-              "bad.svg:2:7: rect width \"2em\": 'em' is no unit: this is read as 2\n"
-              "bad.svg:3:7: rect width \"3em\": 'em' is no unit: this is read as 3\n");
+              "unknown-unit (2): Unsupported units: the number is taken as user units\n"
+              "bad.svg:2:7: rect width \"2em\": 'em' is not a unit: read as 2\n"
+              "bad.svg:3:7: rect width \"3em\": 'em' is not a unit: read as 3\n");
     EXPECT_EQ(run.errors, "");
 }
 
@@ -69,7 +69,7 @@ TEST_F(CheckTest, WritesJsonForPrograms) {
                                   {"element", "rect"},
                                   {"attribute", "width"},
                                   {"value", "2em"},
-                                  {"message", "'em' is no unit: this is read as 2"}};
+                                  {"message", "'em' is not a unit: read as 2"}};
     EXPECT_EQ(files[0]["findings"][0], expected);
     EXPECT_EQ(files[1]["findings"], nlohmann::json::array());
     EXPECT_EQ(files[2]["error"]["exitCode"], 4);

@@ -432,7 +432,7 @@ TEST_F(WaitingTest, FolderOfABatchThatIsRemovedMeanwhile) {
 TEST_F(WaitingTest, ADrawingThatTakesTooLongIsGivenUp) {
     const auto lineAt = [](const std::string& limit) {
         return "orvprint: waits.svg: takes longer than " + limit +
-               " seconds, which is the limit; if that is meant, raise it with --time-limit N\n";
+               " seconds, the limit; to allow more, use --time-limit N\n";
     };
     for (const std::string arguments :
          {"info waits.svg", "info --json waits.svg", "inspect waits.svg", "check waits.svg",

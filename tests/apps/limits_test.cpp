@@ -295,9 +295,8 @@ TEST_F(LimitsToolTest, Memory) {
     for (const std::string command : {"info ", "inspect ", "check ", "-o a.pdf ", "-o a.png "}) {
         const ToolRun refused = RunBounded(command + "lines.svg" + few);
         EXPECT_EQ(refused.exitCode, 9) << command;
-        EXPECT_THAT(refused.errors,
-                    HasSubstr("memory is spent: more than 20000000 bytes, which is the limit; "
-                              "if that is meant, raise it with --limit memory=N"))
+        EXPECT_THAT(refused.errors, HasSubstr("out of memory: more than 20000000 bytes, which is the limit; "
+                                              "if that is meant, raise it with --limit memory=N"))
             << command;
         EXPECT_FALSE(Exists("a.pdf") || Exists("a.png"));
     }
@@ -406,7 +405,7 @@ TEST_F(LimitsToolTest, MemoryOfManyMarkers) {
                                     Repeat("1 2 ", 3'000'000) + "'/>"));
     const ToolRun run = Run({"a.svg", "-o", "a.pdf"});
     EXPECT_EQ(run.exitCode, 9);
-    EXPECT_THAT(run.errors, HasSubstr("a.svg: memory is spent: more than "));
+    EXPECT_THAT(run.errors, HasSubstr("a.svg: out of memory: more than "));
     rusage used{};
     EXPECT_EQ(getrusage(RUSAGE_CHILDREN, &used), 0);
     EXPECT_LT(used.ru_maxrss, 1'000'000) << "kibibytes";

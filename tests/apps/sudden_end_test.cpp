@@ -37,7 +37,7 @@ TEST(SuddenEndTest, IsThatOfSpentMemoryOnly) {
             EndSuddenlyWithoutMemory();
             LetNothingOut([] { throw std::bad_alloc(); });
         },
-        testing::ExitedWithCode(9), "^orvprint: memory is spent\n$");
+        testing::ExitedWithCode(9), "^orvprint: out of memory\n$");
     EXPECT_EXIT(
         {
             EndSuddenlyWithoutMemory();

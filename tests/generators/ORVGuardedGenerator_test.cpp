@@ -89,8 +89,7 @@ TEST(ORVGuardedGeneratorTest, WhatIsThrownFailsFromThenOn) {
                           call < at ? 100 + call : static_cast<int>(kDrawingFailed))
                     << call << " of " << at;
             EXPECT_EQ(target.GetCalls(), at) << "a generator that threw is left alone";
-            EXPECT_EQ(guard.GetError(),
-                      throwsForMemory ? "memory is spent" : "a thread could not be started");
+            EXPECT_EQ(guard.GetError(), throwsForMemory ? "out of memory" : "a thread could not be started");
         }
 }
 

@@ -32,22 +32,23 @@ TEST_P(ExceptionTextTest, SaysWhatWasThrown) {
 
 INSTANTIATE_TEST_SUITE_P(
     Thrown, ExceptionTextTest,
-    testing::Values(
-        ThrownCase{"Memory", [] { throw std::bad_alloc(); }, "memory is spent"},
-        ThrownCase{"MemoryOfAnArray", [] { throw std::bad_array_new_length(); }, "memory is spent"},
-        ThrownCase{"Thread", [] { throw std::system_error(EAGAIN, std::generic_category(), "thread"); },
-                   "a thread could not be started"},
-        ThrownCase{"OtherOfTheSystem",
-                   [] { throw std::system_error(EPERM, std::generic_category(), "lock"); },
-                   "Operation not permitted"},
-        ThrownCase{"File",
-                   [] {
-                       throw std::filesystem::filesystem_error(
-                           "cannot copy", "a/b.icc", std::make_error_code(std::errc::permission_denied));
-                   },
-                   "Permission denied: a/b.icc"},
-        ThrownCase{"Other", [] { throw std::length_error("too long"); }, "unexpected: too long"},
-        ThrownCase{"NoException", [] { throw 7; }, "something unexpected was thrown"}),
+    testing::Values(ThrownCase{"Memory", [] { throw std::bad_alloc(); }, "out of memory"},
+                    ThrownCase{"MemoryOfAnArray", [] { throw std::bad_array_new_length(); }, "out of memory"},
+                    ThrownCase{"Thread",
+                               [] { throw std::system_error(EAGAIN, std::generic_category(), "thread"); },
+                               "a thread could not be started"},
+                    ThrownCase{"OtherOfTheSystem",
+                               [] { throw std::system_error(EPERM, std::generic_category(), "lock"); },
+                               "Operation not permitted"},
+                    ThrownCase{"File",
+                               [] {
+                                   throw std::filesystem::filesystem_error(
+                                       "cannot copy", "a/b.icc",
+                                       std::make_error_code(std::errc::permission_denied));
+                               },
+                               "Permission denied: a/b.icc"},
+                    ThrownCase{"Other", [] { throw std::length_error("too long"); }, "unexpected: too long"},
+                    ThrownCase{"NoException", [] { throw 7; }, "something unexpected was thrown"}),
     kNameOfRow);
 
 }  // namespace

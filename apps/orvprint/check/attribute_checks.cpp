@@ -30,7 +30,7 @@ void CheckShiftUp(CheckContext& check, const NumberedElement& element, std::stri
 MaybeProblem CheckTextVersion(std::string_view value) {
     int version = 0;
     if (ORVConvertToInt(value, version) == kRead && version >= 0) return std::nullopt;
-    return ValueProblem{kBadValue, "is no version: it changes nothing"};
+    return ValueProblem{kBadValue, "is not a version: no effect"};
 }
 
 // What SVG gives no effect to on this element.
@@ -217,7 +217,7 @@ void CheckUnread(CheckContext& check, const NumberedElement& element, const ORVX
     if (attribute.name != "preserveAspectRatio" && IsInitialValue(attribute.name, attribute.value)) return;
     if (element.node->id == ElementName::kMarker && attribute.name == "orient")
         return check.findings.Note(kMarkerNotTurned, element, attribute.name, attribute.value,
-                                   "stands as it is drawn on every vertex");
+                                   "is placed on every vertex without rotation");
     if (attribute.name == "preserveAspectRatio") {
         // Pictures, patterns, markers and the page tell by themselves whether that matters.
         const ElementName id = element.node->id;

@@ -17,9 +17,9 @@ void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings)
         if (isNew || !HasHandler(element.node->id) || !HasHandler(first.node->id)) continue;
         const bool isSame = first.node->Value(AttributeName::kId) == id;
         findings.Note(FindingCode::kDuplicateId, element, "id", id,
-                      "also the identifier of the element in line " +
+                      "also the identifier of the element on line " +
                           std::to_string(findings.PlaceOf(first.index).line) +
-                          (isSame ? "" : ", since the case of letters does not count"));
+                          (isSame ? "" : ", since identifiers are case-insensitive"));
     }
 }
 

@@ -55,7 +55,7 @@ void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDr
     const std::string_view reference = element.node->Value(AttributeName::kXlinkHref);
     if (reference.empty()) {
         if (!element.node->Find("href"))
-            check.findings.Note(kImageMissing, element, {}, {}, "names no picture: give it xlink:href");
+            check.findings.Note(kImageMissing, element, {}, {}, "has no image: give it xlink:href");
         return;
     }
     const PictureFacts& facts = check.resources.CheckPicture(state, reference);

@@ -130,7 +130,7 @@ void CheckStyle(CheckContext& check, const NumberedElement& element, std::string
         CheckDeclaration(check, element, declaration, state);
     const std::string_view rest = scanner.GetRest();
     if (rest.find_first_not_of("; ") != std::string_view::npos)
-        check.findings.Note(kLostDeclarations, element, "style", rest, "is lost behind the ;");
+        check.findings.Note(kLostDeclarations, element, "style", rest, "is lost after the ;");
 }
 
 void CheckPresentationAttribute(CheckContext& check, const NumberedElement& element,

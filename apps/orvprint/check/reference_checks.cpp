@@ -39,7 +39,7 @@ const SvgDefinitions::Definition* FindUsed(CheckContext& check, const NumberedEl
         check.findings.Note(kMissingReference, use, "xlink:href", reference, kNoSuchElement);
     else
         check.findings.Note(kUnreachableReference, use, "xlink:href", reference,
-                            "is no definition here: only direct children of defs, symbols, markers and "
+                            "is not a definition here: only direct children of defs, symbols, markers and "
                             "patterns that come before, in a group still open, are found");
     return nullptr;
 }
@@ -222,16 +222,17 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
 
     const SvgDefinitions::Definition* found = state.definitions->Find(id);
     if (!found)
-        return ValueProblem{kUnreachableReference,
-                            "is no definition here: only what comes before, in a group still open, is found"};
+        return ValueProblem{
+            kUnreachableReference,
+            "is not a definition here: only earlier ones, in a group that is still open, are found"};
     const DefinitionFacts* facts = check.definitions.Find(*found);
     if (!facts) return std::nullopt;
     if (!check.identifiers.IsInDocument(id, Identifiers::Letters::kSame))
         return ValueProblem{kBadReference, kOtherLetters};
     if (facts->element != ElementName::kPattern)
-        return ValueProblem{kBadReference, "is no pattern: the colour stays as it was"};
+        return ValueProblem{kBadReference, "is not a pattern: the colour does not change"};
     if (!facts->hasPicture && element.node->id != ElementName::kPattern)
-        return ValueProblem{kPatternWithoutImage, "the pattern holds no picture of its own"};
+        return ValueProblem{kPatternWithoutImage, "the pattern has no image of its own"};
     if (element.node->id != ElementName::kPattern &&
         (check.inForce.isMoved || !IsTileAsMeant(check, *facts, state)))
         return ValueProblem{kPatternTile, "other programs place or scale the pattern's picture otherwise"};

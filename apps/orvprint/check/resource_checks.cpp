@@ -55,21 +55,21 @@ ValueProblem ExplainMissingFile(const SvgDrawState& state, std::string_view refe
 
 // Why a reference yielded no pixels.
 ValueProblem ExplainFailure(const SvgDrawState& state, std::string_view reference) {
-    if (reference.empty()) return {kImageMissing, "names no picture"};
-    if (HoldsImageData(reference)) return {kImageBroken, "the data are no sound picture of their format"};
+    if (reference.empty()) return {kImageMissing, "has no image"};
+    if (HoldsImageData(reference)) return {kImageBroken, "the image data are damaged"};
     if (reference.starts_with("data:"))
         return {kImageFormat, "only data:image/png, jpeg, jpg and bmp with ;base64, are read"};
     if (IsRemote(reference)) return {kImageRemote, "nothing is loaded from the network"};
     ORVUnicodeString path;
     if (FindImageFile(state, reference, path))
         return HasReadableFormat(std::string(path.GetView()))
-                   ? ValueProblem{kImageBroken, "the file is damaged, or larger than pictures may be"}
-                   : ValueProblem{kImageFormat, "the file is no PNG, JPEG or BMP"};
+                   ? ValueProblem{kImageBroken, "the file is damaged, or exceeds the limits for images"}
+                   : ValueProblem{kImageFormat, "the file is not a PNG, JPEG or BMP image"};
     if (reference.starts_with("file:"))
         return {kImageMissing, "file: addresses are not read: give the path alone"};
     constexpr std::size_t kLongestName = 4096;
     if (reference.size() > kLongestName || reference.find('\0') != reference.npos)
-        return {kImageMissing, "is no name of a file"};
+        return {kImageMissing, "is not a file name"};
     return ExplainMissingFile(state, reference);
 }
 

@@ -57,7 +57,7 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
     const std::string_view text = element.node->GetText();
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
     if (JoinsWords(text))
-        check.findings.Note(kJoinedWords, element, {}, text, "put a blank where the line breaks");
+        check.findings.Note(kJoinedWords, element, {}, text, "put a space where the line breaks");
     else if (const char* problem = ComparedBlanks(text, check.inForce.meant, state))
         check.findings.Note(kTextBlanks, element, {}, text, problem);
     if (const MaybeProblem problem = check.resources.CheckFont(state))

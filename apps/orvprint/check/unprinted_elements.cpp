@@ -40,6 +40,6 @@ void CheckUnprinted(CheckContext& check, const NumberedElement& element, bool is
             check.findings.Note(*known->code, element, {}, node.GetText(), Explain(*known->code));
     } else {
         check.findings.Note(kUnknownElement, element, {}, {},
-                            isInLeaf ? "is not known" : "is not known, and not printed with all it holds");
+                            isInLeaf ? "is not known" : "is unknown, and is not printed, nor is its content");
     }
 }

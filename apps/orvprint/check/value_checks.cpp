@@ -86,12 +86,13 @@ bool FindRest(std::string_view value, std::string_view& number, std::string_view
 MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
     std::string_view number, rest;
     if (!FindRest(token, number, rest))
-        return Problem(kBadLength, Quote(token) + " is no number: it drops out, and what follows moves up");
+        return Problem(kBadLength,
+                       Quote(token) + " is not a number: skipped, and the following ones move up");
     if (rest.empty() && IsSvgNumber(number)) return std::nullopt;
     if (rest.empty() || (takesUnits && (rest == "px" || IsUnit(rest))))
         return Problem(kBadLength, Quote(token) + " is no number in SVG: other programs stop here");
     return Problem(kBadLength, Quote(token) + " is read as " + Excerpt(number) +
-                                   ": separate numbers by blanks or commas" +
+                                   ": separate numbers by spaces or commas" +
                                    (takesUnits ? "" : "; units are not read here"));
 }
 
@@ -158,7 +159,7 @@ MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& coun
     if (group > 0 && (count == 0 || count % group != 0))
         return Problem(kBadPathData, At(start) + command + " takes numbers by " + std::to_string(group) +
                                          ", there are " + std::to_string(count) +
-                                         (group == 7 ? "; set blanks between the flags of an arc" : ""));
+                                         (group == 7 ? "; put spaces between the flags of an arc" : ""));
     return std::nullopt;
 }
 
@@ -168,10 +169,9 @@ MaybeProblem CheckLength(std::string_view value) {
     double length = 0.0;
     const int status = ParseLength(ProbePage(), value, length);
     if (status == kEmpty) return std::nullopt;
-    if (status != kRead) return Problem(kBadLength, "is no length: it counts as not given");
+    if (status != kRead) return Problem(kBadLength, "is not a length: treated as absent");
     std::string_view number, rest;
-    if (!FindRest(value, number, rest))
-        return Problem(kBadLength, "a unit stands behind its number, not in front of it");
+    if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit follows its number");
     const std::size_t start = number.find_first_not_of(kWhiteSpace);
     if (start == number.npos || !IsSvgNumber(number.substr(start)))
         return Problem(kBadLength, "is no number in SVG: other programs do not take it");
@@ -182,7 +182,7 @@ MaybeProblem CheckLength(std::string_view value) {
         return Problem(kBadLength, "has a blank in front of its unit: other programs do not take it");
     }
     if (IsWord(rest))
-        return Problem(kUnknownUnit, Quote(rest) + " is no unit: this is read as " + Excerpt(number));
+        return Problem(kUnknownUnit, Quote(rest) + " is not a unit: read as " + Excerpt(number));
     return Problem(kBadLength, Quote(rest) + " is not read: this counts as " + Excerpt(number));
 }
 
@@ -219,7 +219,7 @@ MaybeProblem CheckViewBox(std::string_view value) {
     for (std::size_t i = 0; i < got.size(); ++i)
         if (!(got[i] == written[i]))
             return Problem(kBadViewBox, value.find(',') != value.npos
-                                            ? "commas do not separate its numbers: use blanks"
+                                            ? "commas do not separate its numbers: use spaces"
                                             : "its numbers are not read as written");
     return std::nullopt;
 }
@@ -243,7 +243,7 @@ MaybeProblem CheckPoints(std::string_view value) {
 MaybeProblem CheckOpacity(std::string_view value) {
     float factor = 0.0F;
     if (value.empty() || value == "inherit") return std::nullopt;
-    if (!ReadOpacityFactor(value, factor)) return Problem(kBadValue, "is no number: it changes nothing");
+    if (!ReadOpacityFactor(value, factor)) return Problem(kBadValue, "is not a number: no effect");
     std::string_view number, rest;
     if (FindRest(value, number, rest) && !rest.empty())
         return Problem(kOpacityRange, Quote(rest) + " is not read: this counts as " + Excerpt(number));
@@ -344,7 +344,7 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
     if (value.empty()) return std::nullopt;
     unsigned int index = 0;
     if (ParseColour(scratch_->plain, value, index) != kRead)
-        return Problem(kBadColour, "is no colour here: the colour stays as it was");
+        return Problem(kBadColour, "is not a colour here: the colour does not change");
     if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, and is none in SVG");
     if (value.find('(') == value.npos) return std::nullopt;
     // Components that do not fit are cut, not limited.
@@ -393,7 +393,7 @@ MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
         const ORVPrtTransformAttributes transform = operationsOf(item);
         if (transform.IsEmpty())
             return Problem(kBadTransform, name.ends_with(' ')
-                                              ? "no blank may stand between a name and its parenthesis: " +
+                                              ? "no space is allowed between a name and its parenthesis: " +
                                                     Quote(item) + " is not read"
                                               : Quote(item) + " is not read");
         expected.insert(expected.end(), transform.GetOperations().begin(), transform.GetOperations().end());
@@ -478,7 +478,7 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
             if (known_.size() < kMostKept) known_.emplace(std::move(key), changes);
         }
     }
-    if (!changes) return Problem(kBadValue, "is not known here: it changes nothing");
+    if (!changes) return Problem(kBadValue, "is not known here: no effect");
     if (row.name == "font-size") return CheckLength(value);
     return std::nullopt;
 }

@@ -244,7 +244,7 @@ private:
             files.keepsTemporaryFiles = KeepsTemporaryFiles(format_.name);
             return EnterSandboxFor(options_.read, std::move(files));
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, "", "memory is spent");
+            return Report(kExitFailed, "", "out of memory");
         }
     }
 
@@ -254,7 +254,7 @@ private:
             const int code = Print(job, slot);
             return {code, BytesOf(FilesOfDrawings().GetFiles())};
         } catch (const std::bad_alloc&) {
-            return {Report(kExitFailed, options_.inputs[job], "memory is spent"), {}};
+            return {Report(kExitFailed, options_.inputs[job], "out of memory"), {}};
         } catch (const std::exception& error) {
             return {Report(kExitFailed, options_.inputs[job], error.what()), {}};
         }
@@ -496,12 +496,13 @@ private:
 
 int RunBatch(const PrintOptions& options, const BatchOptions& batch) {
     if (options.format.empty())
-        return Report(kExitUnknownFormat, "--out-dir",
-                      "tells no output format; say it with -f, as one of " + OutputFormatNames(", "));
+        return Report(
+            kExitUnknownFormat, "--out-dir",
+            "cannot tell the output format from the name; give it with -f: " + OutputFormatNames(", "));
     const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
     if (!format)
         return Report(kExitUnknownFormat, options.format,
-                      "is no output format; there are " + OutputFormatNames(", "));
+                      "unknown output format; supported are " + OutputFormatNames(", "));
     if (std::find(options.inputs.begin(), options.inputs.end(), "-") != options.inputs.end())
         return Report(kExitUsage, "standard input",
                       "has no name for a file in --out-dir; name it with -o FILE");

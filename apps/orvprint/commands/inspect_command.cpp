@@ -92,7 +92,7 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
             return Report(kExitFailed, DisplayName(input, "standard input"),
                           LimitReached(ORVPrintLimit::kRepeats));
         if (dumper.IsMemorySpent() || (dumper.IsWritten() && inspected != 1))
-            return Report(kExitFailed, DisplayName(input, "standard input"), "memory is spent");
+            return Report(kExitFailed, DisplayName(input, "standard input"), "out of memory");
         if (dumper.HasUnsetText())
             return Report(kExitFailed, DisplayName(input, "standard input"), TextCannotBeSet());
         if (!dumper.IsWritten()) dumper.Write(nullptr);

@@ -35,7 +35,7 @@ bool PageSelection::Parse(const std::string& text, std::string& error) {
             isRead = isRead && ReadPage(item.substr(dash + 1), range.last) && range.first <= range.last;
         }
         if (!isRead) {
-            error = "'" + std::string(item) + "' is no page or range of pages, such as 1,3-5";
+            error = "'" + std::string(item) + "' is not a page or a range of pages, such as 1,3-5";
             ranges_.clear();
             return false;
         }

@@ -39,7 +39,7 @@ const ORVOutputFormat* FindFormat(const PrintOptions& options) {
         const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
         if (!format)
             Report(kExitUnknownFormat, options.format,
-                   "is no output format; there are " + OutputFormatNames(", "));
+                   "unknown output format; supported are " + OutputFormatNames(", "));
         return format;
     }
     const std::size_t nameStart =
@@ -49,7 +49,7 @@ const ORVOutputFormat* FindFormat(const PrintOptions& options) {
     const ORVOutputFormat* format = hasEnding ? ORVFindOutputFormat(options.output.substr(dot + 1)) : nullptr;
     if (!format)
         Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
-               "the name tells no output format; say it with -f, as one of " + OutputFormatNames(", "));
+               "cannot tell the output format from the name; give it with -f: " + OutputFormatNames(", "));
     return format;
 }
 
@@ -235,7 +235,7 @@ private:
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
-        if (!generator_) return Report(kExitFailed, OutputName(), "memory is spent");
+        if (!generator_) return Report(kExitFailed, OutputName(), "out of memory");
         if (options_.sheet) {
             ORVSheetOptions sheet = *options_.sheet;
             sheet.keepsGreys = format_.makesDots;
@@ -260,7 +260,7 @@ private:
             case ORVPrintModelRender::kTooManyPages:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
             case ORVPrintModelRender::kLowMemory:
-                return Report(kExitFailed, name, "printing failed: memory is spent");
+                return Report(kExitFailed, name, "printing failed: out of memory");
             case ORVPrintModelRender::kTextNotSet: return Report(kExitFailed, name, TextCannotBeSet());
             case ORVPrintModelRender::kTooManyRepeats:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
@@ -312,7 +312,7 @@ int RunPrint(const PrintOptions& options) {
         try {
             if (const int code = printing.PrintInput(input); code != kExitDone) return code;
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, DisplayName(input, "standard input"), "memory is spent");
+            return Report(kExitFailed, DisplayName(input, "standard input"), "out of memory");
         }
     }
     return printing.Finish();

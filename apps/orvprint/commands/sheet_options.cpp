@@ -141,9 +141,7 @@ void AddSheetOptions(CLI::App& command, SheetArguments& arguments) {
                     "Paper by name, such as A4, Letter or iso_a3_297x420mm, or by size, such as 210x297mm")
         ->option_text("NAME|WxHmm")
         ->group(kGroup);
-    command
-        .add_option("--orientation", arguments.orientation,
-                    "How the paper lies; auto takes what suits the page")
+    command.add_option("--orientation", arguments.orientation, "Paper orientation; auto follows the page")
         ->option_text("auto|portrait|landscape")
         ->check(CLI::IsMember({"auto", "portrait", "landscape"}, CLI::ignore_case))
         ->group(kGroup);
@@ -182,12 +180,12 @@ void AddSheetOptions(CLI::App& command, SheetArguments& arguments) {
     command.add_flag("--grey,--gray", arguments.isGrey, "Print in greys")->group(kGroup);
     command.add_flag("--mono", arguments.isMono, "Print in black and white: lines and text in black")
         ->group(kGroup);
-    command.add_option("--stroke-scale", arguments.strokeScale, "Make all lines so many times as wide")
+    command.add_option("--stroke-scale", arguments.strokeScale, "Multiply the width of all lines by N")
         ->option_text("FACTOR")
         ->group(kGroup);
     command
         .add_option("--min-stroke", arguments.leastLineWidth,
-                    "Make lines at least so wide on the paper, such as 0.25mm")
+                    "Minimum width of lines on paper, such as 0.25mm")
         ->option_text("LENGTH")
         ->group(kGroup);
 }
@@ -204,21 +202,22 @@ int ReadSheetArguments(const SheetArguments& arguments, std::optional<ORVSheetOp
     if (arguments.orientation && Equals(*arguments.orientation, "landscape"))
         layout.orientation = ORVSheetOrientation::kLandscape;
     if (arguments.scale && !ReadScale(*arguments.scale, layout.scale))
-        return Refuse("--scale",
-                      Quoted(*arguments.scale) +
-                          "is no scale; it is one of 50%, 1:20, 2:1, 0.5, fit, fill, none (numbers "
-                          "from 0.0001 to 10000)");
+        return Refuse("--scale", Quoted(*arguments.scale) +
+                                     "is not a scale; use 50%, 1:20, 2:1, 0.5, fit, fill or none (numbers "
+                                     "from 0.0001 to 10000)");
     if (arguments.margin && !ReadMargins(*arguments.margin, layout.margins.emplace()))
         return Refuse("--margin", Quoted(*arguments.margin) +
                                       "is not one, two or four lengths, such as 10mm or 15mm,10mm; " +
                                       kLengthHelp);
     if (arguments.align && !ReadAlign(*arguments.align, layout))
-        return Refuse("--align", Quoted(*arguments.align) +
-                                     "is no place; it is centre, left, right, top, bottom, or two of them, "
-                                     "such as top-left");
+        return Refuse("--align",
+                      Quoted(*arguments.align) +
+                          "is not an alignment; use centre, left, right, top, bottom, or two of them, "
+                          "such as top-left");
     layout.isPoster = arguments.isPoster;
     if (arguments.overlap && !ORVParsePaperLength(*arguments.overlap, layout.overlap.emplace()))
-        return Refuse("--overlap", Quoted(*arguments.overlap) + "is no length, such as 10mm; " + kLengthHelp);
+        return Refuse("--overlap",
+                      Quoted(*arguments.overlap) + "is not a length, such as 10mm; " + kLengthHelp);
     layout.pagesPerSheet = arguments.pagesPerSheet.value_or(1);
     if (arguments.isGrey) read.colourMode = ORVColourMode::kGrey;
     if (arguments.isMono) read.colourMode = ORVColourMode::kMono;
@@ -227,7 +226,7 @@ int ReadSheetArguments(const SheetArguments& arguments, std::optional<ORVSheetOp
         return Refuse("--stroke-scale", "is a factor greater than 0 and at most 1000");
     if (arguments.leastLineWidth && !ORVParsePaperLength(*arguments.leastLineWidth, read.leastLineWidth))
         return Refuse("--min-stroke",
-                      Quoted(*arguments.leastLineWidth) + "is no length, such as 0.25mm; " + kLengthHelp);
+                      Quoted(*arguments.leastLineWidth) + "is not a length, such as 0.25mm; " + kLengthHelp);
 
     if (const int code = CheckTogether(arguments, layout); code != kExitDone) return code;
     if (const std::string reason = ORVCheckSheetLayout(layout); !reason.empty())

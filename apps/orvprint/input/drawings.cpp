@@ -127,7 +127,7 @@ int ParseDocument(const std::string& path, const ReadOptions& options, bool want
         if (options.keepGoing)
             Report(kExitDone,
                    InputName(path) + ":" + std::to_string(error.line) + ":" + std::to_string(error.column),
-                   error.message + "; going on with what stands before");
+                   error.message + "; continuing with what precedes the error");
         return kExitDone;
     }
     const std::string reason = error.message.empty() ? "no element found" : error.message;
@@ -215,11 +215,11 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     const int inspected = interpreter.Print(nullptr, parameters);
     if (collector.GetRefusal())
         return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
-    if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "memory is spent");
+    if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "out of memory");
     if (collector.HasUnsetText()) return Report(kExitFailed, InputName(path), TextCannotBeSet());
     // There is an element, and nothing that was left out: only memory can have been missing.
     if (built != 1 || inspected != 1)
-        return Report(kExitFailed, InputName(path), "could not be turned into pages; memory is spent");
+        return Report(kExitFailed, InputName(path), "could not be turned into pages; out of memory");
     if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
     return use({interpreter, std::move(collector.GetPages()), isOnly});
@@ -228,7 +228,7 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
 /// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
 ///                 that follow it. Those are pages of a drawing that was asked for by name; where all
 ///                 drawings are, they come in their own turn.
-/// @return null when memory is spent
+/// @return null when out of memory
 ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, const ORVXmlNode* fragment,
                                                   bool isAlone, ORVLightXmlElement& holder) {
     holder = ORVLightXmlElement(document.GetTree(), fragment);
@@ -340,7 +340,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
     for (const ORVXmlNode* fragment : fragments) {
         ORVLightXmlElement holder;
         const auto input = MakeFragmentInput(document, fragment, options.fragment.empty(), holder);
-        if (!input) return Report(kExitFailed, InputName(path), "memory is spent");
+        if (!input) return Report(kExitFailed, InputName(path), "out of memory");
         const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
         if (!interpreter) return kExitNoModule;
         const int code = UseDrawing(path, *interpreter, document, fragments.size() == 1, use);

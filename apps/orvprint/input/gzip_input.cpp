@@ -50,10 +50,10 @@ private:
 
 std::string LimitError(std::size_t size, std::size_t taken, const UnpackLimits& limits) {
     if (size > limits.size)
-        return "is more than " + std::to_string(limits.size) + " bytes when unpacked, which is the limit";
+        return "is more than " + std::to_string(limits.size) + " bytes when decompressed, the limit";
     if (size > limits.freeSize && size / limits.ratio > taken)
         return "unpacks to more than " + std::to_string(limits.ratio) +
-               " times its size, which is the limit; if that is meant, unpack it first";
+               " times its size when decompressed, the limit; to allow it, decompress it first";
     return {};
 }
 

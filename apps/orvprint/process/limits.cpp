@@ -12,7 +12,7 @@ int ApplyLimits(const std::vector<std::string>& settings) {
         const std::size_t sign = setting.find('=');
         const std::string name = setting.substr(0, sign);
         const ORVPrintLimits::Row* row = ORVPrintLimits::Find(name);
-        if (!row) return Report(kExitUsage, "--limit " + name, "is no limit; orvprint limits lists them");
+        if (!row) return Report(kExitUsage, "--limit " + name, "unknown limit; orvprint limits lists them");
         const std::string text = sign == std::string::npos ? std::string() : setting.substr(sign + 1);
         std::uint64_t value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -29,5 +29,5 @@ int ApplyLimits(const std::vector<std::string>& settings) {
 std::string LimitReached(ORVPrintLimit limit) {
     const ORVPrintLimits::Row& row = ORVPrintLimits::RowOf(limit);
     return "has more than " + std::to_string(ORVPrintLimits::Get(limit)) + " " + std::string(row.what) +
-           ", which is the limit; if that is meant, raise it with --limit " + std::string(row.name) + "=N";
+           ", the limit; to allow more, use --limit " + std::string(row.name) + "=N";
 }

@@ -23,13 +23,13 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
     }
     line.Put(reason);
     // Those words come from every library of ours, as texts.
-    if (reason.ends_with("memory is spent"))
+    if (reason.ends_with("out of memory"))
         if (const std::uint64_t limit = GetMemoryLimitReached(); limit != 0) {
             std::array<char, 24> number{};
             const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;
             line.Put(": more than ");
             line.Put({number.data(), static_cast<std::size_t>(end - number.data())});
-            line.Put(" bytes, which is the limit; if that is meant, raise it with --limit memory=N");
+            line.Put(" bytes, the limit; to allow more, use --limit memory=N");
         }
     line.End();
     return code;

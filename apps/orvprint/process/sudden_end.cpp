@@ -25,7 +25,7 @@ bool IsMemorySpent() {
 std::terminate_handler before = nullptr;
 
 void Terminate() {
-    if (IsMemorySpent()) EndSuddenly("orvprint: memory is spent\n");
+    if (IsMemorySpent()) EndSuddenly("orvprint: out of memory\n");
     before();
 }
 

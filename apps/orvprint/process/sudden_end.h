@@ -10,6 +10,6 @@ inline constexpr std::size_t kMostLastWords = 4096;
 /// @param words  a whole line
 [[noreturn]] void EndSuddenly(std::string_view words);
 
-/// Where an exception about spent memory can go nowhere, as in a library that lets none out, the process is
-/// to end like this from now on, instead of by a signal.
+/// Where an exception about an allocation failure can go nowhere, as in a library that lets none out, the
+/// process is to end like this from now on, instead of by a signal.
 void EndSuddenlyWithoutMemory();

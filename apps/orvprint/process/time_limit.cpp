@@ -44,7 +44,7 @@ void PrepareWords(std::string_view name) {
     const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;
     words.Put({number.data(), static_cast<std::size_t>(end - number.data())});
     words.Put(limit == 1.0 ? " second" : " seconds");
-    words.Put(", which is the limit; if that is meant, raise it with --time-limit N");
+    words.Put(", the limit; to allow more, use --time-limit N");
     words.bytes[words.size++] = '\n';
 }
 

@@ -8,7 +8,7 @@ class ORVPrintInterpreter;
 
 extern "C" {
 
-/// Creates an interpreter of SVG documents, owned by the caller. Null only when memory is spent.
+/// Creates an interpreter of SVG documents, owned by the caller. Null only when out of memory.
 ORV_MODULE_EXPORT ORVPrintInterpreter* fctCreateORVPrintSVGInterpreter(ORVPrintInput* input);
 
 /// Creates an interpreter of SVG fragments in QVXML documents, owned by the caller. Null only when memory is

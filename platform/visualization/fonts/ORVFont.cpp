@@ -71,7 +71,7 @@ const ORVFont* ORVFont::sRegisterPlainFont(std::string_view name, const ORVStrin
         ORVFontSystem* const system = ORVGetFontSystem();
         const ORVFont* font = nullptr;
         return system && system->Register(name, faceFile.CastToCharPtr(), font) ? font : nullptr;
-    } catch (const std::exception&) {  // memory is spent
+    } catch (const std::exception&) {  // out of memory
         return nullptr;
     }
 }

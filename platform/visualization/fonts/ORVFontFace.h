@@ -37,7 +37,7 @@ struct ORVFontSubset {
 /// One face of a font file: what glyph numbers of a layout refer to. Faces are made once and live as long as
 /// the process; equal pointers mean equal faces. Open files and tables are loaded when they are needed. Where
 /// the file went away or cannot be used, numbers are about those of usual fonts, there is no glyph and no
-/// table. Where memory is spent, std::bad_alloc is thrown.
+/// table. When out of memory, std::bad_alloc is thrown.
 class ORV_PLATFORM_EXPORT ORVFontFace {
 public:
     /// Width, in em, of the stroke that generators draw around the glyphs of a run marked syntheticBold.

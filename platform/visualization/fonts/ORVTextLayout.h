@@ -55,7 +55,7 @@ struct ORVTextStyle {
 /// or past 1e30 counts as 0, such an expansion, or one not greater than 0, as 1.
 /// Where text cannot be set as it should, because there is no font, or a font or a library cannot be loaded,
 /// the layout is empty, its `isSet` is false, and ORVGetTextFailure() tells why (text_failure.h). Where
-/// memory is spent, std::bad_alloc is thrown. May be called from any thread.
+/// out of memory, std::bad_alloc is thrown. May be called from any thread.
 ORV_PLATFORM_EXPORT ORVTextLayout ORVLayoutText(std::string_view utf8, const ORVTextStyle& style);
 
 /// Extents of a layout, see there.

@@ -76,7 +76,7 @@ public:
     double GetVerticalResolution() const { return verticalResolution_; }
 
     /// All pixels, height x width x 4 bytes; valid as long as the image, or until ReleasePixels. Empty when
-    /// memory is spent.
+    /// out of memory.
     std::span<const std::uint8_t> GetPixels() const;
     /// Gives back the memory of pixels that can be decoded again: those of a JPEG, and large ones that were
     /// read from anywhere. Others stay.
@@ -124,7 +124,7 @@ private:
 /// Readers of images in memory. They look at no more than `size` bytes, accept surplus bytes after the image,
 /// and never throw. The integer has no effect.
 /// @return a new image, or null when the bytes are no sound and complete image of the format, it is larger
-///         than the pixel limit, or memory is spent
+///         than the pixel limit, or out of memory
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryPNGPixelImage(const void* bytes, std::size_t size,
                                                                          int);
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size,

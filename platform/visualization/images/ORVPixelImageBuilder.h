@@ -19,12 +19,12 @@ public:
     /// True when an image of this size may exist: neither side is 0 and the pixel limit holds.
     static bool IsAllowed(std::uint64_t width, std::uint64_t height);
 
-    /// For ORVPixelImage::WasMemorySpent: a new reading begins; it came to nothing because memory is spent.
+    /// For ORVPixelImage::WasMemorySpent: a new reading begins; it failed because memory ran out.
     /// @return null
     static void BeginReading();
     static ORVPixelImage* NoteMemorySpent();
 
-    /// Reserves the pixels. @return false when the size is not allowed or memory is spent
+    /// Reserves the pixels. @return false when the size is not allowed, or when out of memory
     bool SetSize(std::uint64_t width, std::uint64_t height);
     /// First byte of a row; row < height.
     std::uint8_t* GetRow(std::size_t row) const { return pixels_.get() + row * rowBytes_; }
@@ -36,7 +36,7 @@ public:
     void SetRemark(ORVImageRemark remark) { remark_ = remark; }
     void SetProfileSize(std::size_t bytes) { profileSize_ = bytes; }
 
-    /// The image with its pixels, one reference for the caller. Null when memory is spent.
+    /// The image with its pixels, one reference for the caller. Null when out of memory.
     ORVPixelImage* Finish();
     /// An image whose pixels stay compressed; the stored size is allowed. `source.bytes` is of no account.
     /// @param isConverted  its colours are not sRGB
@@ -59,5 +59,5 @@ private:
 
 /// Decodes a JPEG that has been checked when it was read, turned and in the colours of sRGB.
 /// @param isConverted  its own colours are others
-/// @param rgba         as many pixels as are stored, 4 bytes each @return false when memory is spent
+/// @param rgba         as many pixels as are stored, 4 bytes each @return false when out of memory
 bool DecodeJpegPixels(const ORVJpegSource& source, bool isConverted, std::uint8_t* rgba);

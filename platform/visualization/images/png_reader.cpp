@@ -91,7 +91,7 @@ private:
         return true;
     }
 
-    /// @return false when memory is spent
+    /// @return false when out of memory
     bool ConvertColours() {
         try {
             const PngColours colours = ReadPngColours(file_, isGrey_);

@@ -394,7 +394,7 @@ TEST(DocumentCheckTest, TellsWhereAndWhat) {
     EXPECT_EQ(finding.element, "rect");
     EXPECT_EQ(finding.attribute, "y");
     EXPECT_EQ(finding.value, "2em");
-    EXPECT_EQ(finding.message, "'em' is no unit: this is read as 2");
+    EXPECT_EQ(finding.message, "'em' is not a unit: read as 2");
 }
 
 // What is passed over counts as well, or all lines behind it would be wrong.

@@ -49,11 +49,11 @@ INSTANTIATE_TEST_SUITE_P(
                     ValueCase{Reader::kLength, "1 cm",
                               "has a blank in front of its unit: other programs do not take it"},
                     ValueCase{Reader::kLength, "1%", ""}, ValueCase{Reader::kLength, "3px", ""},
-                    ValueCase{Reader::kLength, "3PT", "'PT' is no unit: this is read as 3"},
-                    ValueCase{Reader::kLength, "3mmx", "'mmx' is no unit: this is read as 3"},
+                    ValueCase{Reader::kLength, "3PT", "'PT' is not a unit: read as 3"},
+                    ValueCase{Reader::kLength, "3mmx", "'mmx' is not a unit: read as 3"},
                     ValueCase{Reader::kLength, "3,5", "',5' is not read: this counts as 3"},
-                    ValueCase{Reader::kLength, "auto", "is no length: it counts as not given"},
-                    ValueCase{Reader::kLength, "pt3", "a unit stands behind its number, not in front of it"},
+                    ValueCase{Reader::kLength, "auto", "is not a length: treated as absent"},
+                    ValueCase{Reader::kLength, "pt3", "a unit follows its number"},
                     ValueCase{Reader::kPosition, "3 4", "of this list 3 is read, for the whole text"},
                     ValueCase{Reader::kPosition, "3,4", "of this list 3 is read, for the whole text"},
                     ValueCase{Reader::kPosition, "3 mm",
@@ -65,21 +65,22 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         ValueCase{Reader::kViewBox, "0 0 10 20", ""}, ValueCase{Reader::kViewBox, "  0  0 10 20 ", ""},
         ValueCase{Reader::kViewBox, "0, 0, 10, 20", ""},
-        ValueCase{Reader::kViewBox, "0,0 10 20", "commas do not separate its numbers: use blanks"},
+        ValueCase{Reader::kViewBox, "0,0 10 20", "commas do not separate its numbers: use spaces"},
         ValueCase{Reader::kViewBox, "0 0 10", "a view box is four numbers"},
-        ValueCase{Reader::kViewBox, "0 0 10 x", "'x' is no number: it drops out, and what follows moves up"},
+        ValueCase{Reader::kViewBox, "0 0 10 x",
+                  "'x' is not a number: skipped, and the following ones move up"},
         ValueCase{Reader::kPoints, "1,2 3mm,4%",
                   "number 3: '3mm' is no number in SVG: other programs stop here"},
         ValueCase{Reader::kPoints, "1-2 3",
-                  "number 1: '1-2' is read as 1: separate numbers by blanks or commas"},
+                  "number 1: '1-2' is read as 1: separate numbers by spaces or commas"},
         ValueCase{Reader::kPoints, "1 2 3", "has an odd number of numbers: the last one is dropped"},
         ValueCase{Reader::kOpacity, "1", ""}, ValueCase{Reader::kOpacity, "inherit", ""},
-        ValueCase{Reader::kOpacity, "half", "is no number: it changes nothing"},
+        ValueCase{Reader::kOpacity, "half", "is not a number: no effect"},
         ValueCase{Reader::kOpacity, "1.5", "is not from 0 to 1: what is beyond wraps around"},
         ValueCase{Reader::kOpacity, "50%", "'%' is not read: this counts as 50"},
         ValueCase{Reader::kDashes, "3, 4px 5", ""}, ValueCase{Reader::kDashes, "none", ""},
         ValueCase{Reader::kDashes, "3mm",
-                  "'3mm' is read as 3: separate numbers by blanks or commas; units are not read here"}));
+                  "'3mm' is read as 3: separate numbers by spaces or commas; units are not read here"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Paths, ValueCheckTest,
@@ -88,13 +89,13 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kPath, "M0 0A5 5 0 0 1 9 9", ""}, ValueCase{Reader::kPath, "M1e-3 0", ""},
         ValueCase{Reader::kPath, "L1 2", "does not begin with M: it starts at the page's upper left corner"},
         ValueCase{Reader::kPath, "M0 0L1.5.5 2",
-                  "at character 6: '1.5.5' is read as 1.5: separate numbers by blanks or commas"},
+                  "at character 6: '1.5.5' is read as 1.5: separate numbers by spaces or commas"},
         ValueCase{Reader::kPath, "M0 0L1E-3 2",
-                  "at character 6: '1E' is read as 1: separate numbers by blanks or commas"},
+                  "at character 6: '1E' is read as 1: separate numbers by spaces or commas"},
         ValueCase{Reader::kPath, "M0 0L1 2 3", "at character 5: L takes numbers by 2, there are 3"},
         ValueCase{
             Reader::kPath, "M0 0a5 5 0 019 9",
-            "at character 5: a takes numbers by 7, there are 5; set blanks between the flags of an arc"},
+            "at character 5: a takes numbers by 7, there are 5; put spaces between the flags of an arc"},
         ValueCase{Reader::kPath, "M0 0Z1", "at character 5: numbers behind Z are not read"},
         ValueCase{Reader::kPath, "M0 0L", "at character 5: L takes numbers by 2, there are 0"},
         ValueCase{Reader::kPath, "B1 M0 0", "at character 1: 'B1 ' is not read"},
@@ -105,9 +106,9 @@ INSTANTIATE_TEST_SUITE_P(
     Paints, ValueCheckTest,
     testing::Values(ValueCase{Reader::kColour, "#F0a", ""}, ValueCase{Reader::kColour, "rgb(1, 2,3)", ""},
                     ValueCase{Reader::kColour, "Red", ""}, ValueCase{Reader::kColour, "rgb(10%,0%,100%)", ""},
-                    ValueCase{Reader::kColour, "#12345", "is no colour here: the colour stays as it was"},
+                    ValueCase{Reader::kColour, "#12345", "is not a colour here: the colour does not change"},
                     ValueCase{Reader::kColour, "transparent",
-                              "is no colour here: the colour stays as it was"},
+                              "is not a colour here: the colour does not change"},
                     ValueCase{Reader::kColour, "rgb(1,2,256)", "256 is out of range and wraps around"},
                     ValueCase{Reader::kColour, "rgb(0%,120%,0%)", "120 is out of range and wraps around"},
                     ValueCase{Reader::kColour, "rgb(12.5%,0%,0%)", "of 12.5 the fraction is not read"}));
@@ -120,13 +121,13 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kTransform, "rotate(3 4)", "a rotation with two numbers ignores its centre"},
         ValueCase{Reader::kTransform, "matrix(1 0 0)", "a matrix takes six numbers"},
         ValueCase{Reader::kTransform, "scale (2)",
-                  "no blank may stand between a name and its parenthesis: 'scale (2)' is not read"},
+                  "no space is allowed between a name and its parenthesis: 'scale (2)' is not read"},
         ValueCase{Reader::kTransform, "move(2)", "'move(2)' is not read"},
         ValueCase{Reader::kTransform, "scale(2", "'scale(2' is not read"},
         ValueCase{Reader::kTransform, "scale(2) Scale(3)",
                   "is not read whole: write its names as SVG does, nothing between them"},
         ValueCase{Reader::kTransform, "rotate(3deg)",
-                  "'3deg' is read as 3: separate numbers by blanks or commas; units are not read here"}));
+                  "'3deg' is read as 3: separate numbers by spaces or commas; units are not read here"}));
 
 // Every property that is applied takes some value and no nonsense, so that none is passed over.
 TEST(ValueChecksTest, PropertiesTakeNoNonsense) {

@@ -221,7 +221,7 @@ TEST(PngReaderTest, OtherBytesGiveNull) {
 TEST(PngReaderTest, NoMemoryIsAskedForWhatAFileCannotHold) {
     const ByteList file = WritePng(SmallRgb());
     const PixelLimit limit(std::uint64_t{1} << 62U);
-    // More than there is: who asks for it is told that memory is spent.
+    // More than there is: who asks for it is told that out of memory.
     EXPECT_FALSE(ReadPng(WithSize(file, 20000, 0x7FFFFFFF)));
     EXPECT_FALSE(ORVPixelImage::WasMemorySpent());
 }

@@ -58,7 +58,7 @@ hb_font_funcs_t* VerticalFunctions() {
     return functions;
 }
 
-/// Where HarfBuzz's drawing calls go. A sink may throw when memory is spent, but not through HarfBuzz: the
+/// Where HarfBuzz's drawing calls go. A sink may throw when out of memory, but not through HarfBuzz: the
 /// rest of the glyph is then passed over.
 struct OutlineTarget {
     ORVGlyphOutlineSink& sink;
