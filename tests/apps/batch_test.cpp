@@ -256,10 +256,10 @@ TEST_F(BatchTest, CommandLineThatMakesNoSense) {
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
         EXPECT_FALSE(Exists("out"));
     };
-    expect({"a.svg", "--out-dir", "out"}, 7, "say it with -f, as one of pdf");
-    expect({"a.svg", "--out-dir", "out", "-f", "xyz"}, 7, "xyz: is no output format");
+    expect({"a.svg", "--out-dir", "out"}, 7, "give it with -f: pdf");
+    expect({"a.svg", "--out-dir", "out", "-f", "xyz"}, 7, "xyz: unknown output format");
     expect({"a.svg", "-", "--out-dir", "out", "-f", "pdf"}, 2, "standard input: has no name");
-    expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-o", "x.pdf"}, 2, "exclude each other");
+    expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-o", "x.pdf"}, 2, "cannot be combined");
     expect({"a.svg", "-o", "x.pdf", "-j", "2"}, 2, "--out-dir");
     expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-j", "0"}, 2, "--jobs");
     expect({"--out-dir", "out", "-f", "pdf"}, 2, "no input");

@@ -444,10 +444,9 @@ TEST_F(WaitingTest, ADrawingThatTakesTooLongIsGivenUp) {
         EXPECT_EQ(run.errors, lineAt(limit)) << arguments;
         EXPECT_THAT(FilesIn("out"), IsEmpty()) << arguments;
     }
-    EXPECT_EQ(Shell("exec \"$0\" info waits.svg --time-limit 1").errors,
-              "orvprint: waits.svg: takes longer than 1 second, which is the limit; if that is meant, raise "
-              "it with "
-              "--time-limit N\n");
+    EXPECT_EQ(
+        Shell("exec \"$0\" info waits.svg --time-limit 1").errors,
+        "orvprint: waits.svg: takes longer than 1 second, the limit; to allow more, use --time-limit N\n");
     // What was found before stands.
     EXPECT_THAT(ShellWithTime("exec \"$0\" check a.svg waits.svg").run.output,
                 HasSubstr("a.svg: nothing found"));
@@ -480,16 +479,16 @@ TEST_F(WaitingTest, OutputThatNobodyTakes) {
 TEST_F(WaitingTest, NamesOfAnyLengthMakeOneLine) {
     std::string name = "waits.svg";
     while (name.size() < 4080) name.insert(0, "./");
-    ExpectLine(Run({"info", name, "--time-limit", "0.1"}), "./././", "is the limit");
+    ExpectLine(Run({"info", name, "--time-limit", "0.1"}), "./././", "the limit");
     fs::rename(Folder() / "waits.svg", Folder() / "waits\n.svg");
-    ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits\\n.svg: takes", "is the limit");
+    ExpectLine(Run({"info", "waits\n.svg", "--time-limit", "0.1"}), "waits\\n.svg: takes", "the limit");
 }
 
 TEST_F(WaitingTest, ABatchGoesOnWithoutADrawingThatTakesTooLong) {
     const auto [run, limit] =
         ShellWithTime("exec \"$0\" a.svg waits.svg b.svg --out-dir out -f pdf -j 1 --keep-going");
     EXPECT_EQ(run.exitCode, 11);
-    const std::string reason = "waits.svg: takes longer than " + limit + " seconds, which is the limit";
+    const std::string reason = "waits.svg: takes longer than " + limit + " seconds, the limit";
     EXPECT_THAT(run.errors, StartsWith("orvprint: " + reason));
     EXPECT_THAT(run.errors, HasSubstr("failed: " + reason));
     EXPECT_THAT(run.errors, HasSubstr("2 of 3 converted, 1 failed"));
