@@ -89,13 +89,14 @@ constexpr std::array kRefusedCalls{
     CallRow{"namespace", [] { return ErrorOf(unshare(0)); }, 0},
     CallRow{"process in a namespace",
             [] {
-                return ErrorOf(
-                    syscall(SYS_clone, CLONE_NEWUSER | CLONE_THREAD | CLONE_SIGHAND | CLONE_VM, 0, 0, 0, 0));
+                constexpr unsigned long kFlags = CLONE_NEWUSER | CLONE_THREAD | CLONE_SIGHAND | CLONE_VM;
+                return ErrorOf(syscall(SYS_clone, kFlags, 0UL, 0UL, 0UL, 0UL));
             },
             EINVAL},
     CallRow{"another's memory", [] { return ErrorOf(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr)); }, 0},
     CallRow{"reading memory",
-            [] { return ErrorOf(syscall(SYS_process_vm_readv, getpid(), nullptr, 0, nullptr, 0, 0)); },
+            // There are no flags. (Arguments are words: of an int the kernel sees more than was given.)
+            [] { return ErrorOf(syscall(SYS_process_vm_readv, getpid(), nullptr, 0UL, nullptr, 0UL, 1UL)); },
             EINVAL},
     CallRow{"signal", Kill, 0},
     CallRow{"mode by path", [] { return ErrorOf(chmod("/no/file", 0600)); }, ENOENT},
