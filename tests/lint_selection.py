@@ -79,7 +79,8 @@ def main():
     if options.most and len(chosen) > options.most:
         print(f"lint: {len(chosen) - options.most} of {len(chosen)} sources are left to ./dev lint all", file=sys.stderr)
         chosen = chosen[:options.most]
-    print("\n".join(chosen))
+    for name in chosen:
+        print(name)
 
 
 if __name__ == "__main__":

@@ -274,12 +274,12 @@ void PageWalk::CloseGroups() {
 
 ORVPrintProgress::ORVPrintProgress(const ORVPrtModel& model, std::span<const ORVPrtImageElt* const> pages,
                                    const ORVPrintGenerator& generator, const ORVPrintParameters& parameters,
-                                   std::uint64_t distinctWork, bool takesApart)
+                                   std::uint64_t distinctWork, bool isModelTaken)
     : links(pages),
       symbols(links),
       budget(model, pages, parameters, distinctWork),
       keepsIdentifiers(generator.KeepsIdentifiers()),
-      takesApart(takesApart && AreDistinct(pages)) {}
+      takesApart(isModelTaken && AreDistinct(pages)) {}
 
 bool ORVIsGivenUp(int result) {
     return result == ORVPrintModelRender::kLowMemory || result == ORVPrintModelRender::kTooManyRepeats ||

@@ -13,10 +13,10 @@ class ORVPrintParameters;
 /// What the pages of one drawing share.
 struct ORVPrintProgress {
     /// @param distinctWork  see ORVPrintDrawingBudget
-    /// @param takesApart    the model is not needed again
+    /// @param isModelTaken  the model is not needed again
     ORVPrintProgress(const ORVPrtModel& model, std::span<const ORVPrtImageElt* const> pages,
                      const ORVPrintGenerator& generator, const ORVPrintParameters& parameters,
-                     std::uint64_t distinctWork, bool takesApart);
+                     std::uint64_t distinctWork, bool isModelTaken);
 
     /// Whether it matters what shapes are called. Of most drawings it does not.
     bool NamesShapes() const { return keepsIdentifiers || !links.IsEmpty(); }
