@@ -1,7 +1,6 @@
 #pragma once
 
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 #include "apps/orvprint/check/definition_facts.h"
@@ -73,7 +72,7 @@ public:
     }
     ~ElementScope() {
         check_.namespaces.Leave();
-        check_.inForce = std::move(check_.around.back());
+        check_.inForce = check_.around.back();
         check_.around.pop_back();
     }
     ElementScope(const ElementScope&) = delete;

@@ -95,7 +95,7 @@ public:
         check.inForce.meant.BeginDefinition();
     }
     ~DefinitionWalk() {
-        check_.inForce = std::move(check_.around.back());
+        check_.inForce = check_.around.back();
         check_.around.pop_back();
         check_.region = region_;
         check_.openDefinition = definition_;

@@ -103,7 +103,7 @@ std::string RestrictFiles(std::span<const FileRule> rules) {
     if (ruleset < 0) return Failure();
     for (const FileRule& rule : rules) Allow(ruleset, rule, known);
     const bool done = syscall(SYS_landlock_restrict_self, ruleset, 0) == 0;
-    const std::string failure = done ? std::string() : Failure();
+    std::string failure = done ? std::string() : Failure();
     close(ruleset);
     return failure;
 }

@@ -88,7 +88,8 @@ private:
         if (name.empty()) name = "fonts.conf";
         if (name.front() == '~') name = Variable("HOME") + name.substr(1);
         if (name.front() == '/') return {name};
-        for (const std::string& folder : folders) files.push_back(folder + "/" + name);
+        files.reserve(folders.size());
+        for (std::string& folder : folders) files.push_back(folder.append("/").append(name));
         return files;
     }
 
@@ -178,8 +179,8 @@ private:
              PlacesOf(attributes, value, file, Variable("XDG_DATA_HOME"), "/.local/share"))
             AddFolder(std::move(place));
         if (PrefixOf(attributes) == "xdg")
-            for (const std::string& shared : Split(Variable("XDG_DATA_DIRS")))
-                AddFolder(shared + "/" + value);
+            for (std::string& shared : Split(Variable("XDG_DATA_DIRS")))
+                AddFolder(shared.append("/").append(value));
     }
 
     void UseCache(std::string_view attributes, const std::string& value, const std::string& file) {

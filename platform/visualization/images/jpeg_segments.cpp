@@ -22,7 +22,7 @@ enum Marker : std::uint8_t {
 };
 
 // Names of segments, with the 0 that ends them.
-constexpr std::string_view kExif("Exif\0", 6), kProfile("ICC_PROFILE", 12);
+constexpr std::string_view kExif("Exif\0\0", 6), kProfile("ICC_PROFILE\0", 12);
 
 bool StartsWith(Bytes bytes, std::string_view name) {
     return bytes.size() >= name.size() && std::memcmp(bytes.data(), name.data(), name.size()) == 0;
