@@ -4,7 +4,7 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Stands before a format's generator: what is thrown there, because memory or threads are spent, becomes
+/// Stands before a format's generator: what is thrown there, because memory or threads run out, becomes
 /// kDrawingFailed. A generator that threw is in no state to go on; from then on, every call fails without it.
 class ORVGuardedGenerator final : public ORVPrintGenerator {
 public:

@@ -30,10 +30,10 @@ char* PutPair(char* end, std::uint64_t pair) {
     return end - 2;
 }
 
-/// The three digits of a number below a thousand, and how many noughts stand before and behind the others.
+/// The three digits of a number below a thousand, and how many zeros stand before and behind the others.
 struct Triple {
     std::array<char, 3> digits;
-    std::uint8_t noughts;  // before in the lower half, behind in the upper half
+    std::uint8_t zeros;  // before in the lower half, behind in the upper half
 };
 
 // One entry more than there are numbers: four characters are copied from any of the first digits.
@@ -53,15 +53,15 @@ static_assert(sizeof(Triple) == 4);
 
 /// Writes a number below a thousand, with room for one character more.
 char* WriteTriple(char* out, std::uint64_t number) {
-    const std::size_t before = kTriples[number].noughts & 0xFU;
+    const std::size_t before = kTriples[number].zeros & 0xFU;
     std::memcpy(out, reinterpret_cast<const char*>(&kTriples[number]) + before, 4);
     return out + 3 - before;
 }
 
-/// The same for thousandths behind a point, without noughts at the end.
+/// The same for thousandths behind a point, without zeros at the end.
 char* WriteThousandths(char* out, std::uint64_t number) {
     std::memcpy(out, &kTriples[number], 4);
-    return out + 3 - (kTriples[number].noughts >> 4U);
+    return out + 3 - (kTriples[number].zeros >> 4U);
 }
 
 char* WriteWhole(char* out, std::uint64_t number) {
@@ -104,7 +104,7 @@ char* WriteFixed(char* out, std::int64_t fixed, int places) {
     char* p = end;
     for (; p - out >= 2; fraction /= 100) p = PutPair(p, fraction % 100);
     if (p != out) *out = static_cast<char>('0' + fraction);
-    // Noughts at the end of the fraction go unwritten.
+    // Zeros at the end of the fraction go unwritten.
     for (p = end; p[-1] == '0';) --p;
     return p;
 }

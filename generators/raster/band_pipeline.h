@@ -7,7 +7,7 @@
 /// Draws the bands of a page in several threads and hands them to a sink from the top.
 /// @param info     of the page, with the rows of a band
 /// @param threads  at least 1
-/// @param budget   of all pages; kTooMuchToPaint when it is spent
+/// @param budget   of all pages; kTooMuchToPaint when it is used up
 /// @param error    what went wrong, unless the sink says it
 /// @return 1, or a generator status
 [[nodiscard]] int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads,

@@ -18,7 +18,7 @@ public:
     BandRenderer(const DisplayList& list, PictureStore& pictures, PaintBudget& budget, RasterPixels pixels,
                  int bandRows);
 
-    /// Draws the rows [firstRow, firstRow + rowCount); something is missing when the budget is spent.
+    /// Draws the rows [firstRow, firstRow + rowCount); something is missing when the budget is used up.
     /// @param pieces  those that touch the band, in drawing order
     /// @return the band; valid until the next call
     RasterBand Render(int firstRow, int rowCount, std::span<const std::uint32_t> pieces);
@@ -33,7 +33,7 @@ private:
     class SolidGreyPaint;
     class AlphaPaint;
 
-    /// @return false when the budget is spent
+    /// @return false when the budget is used up
     bool TellWork();
     void AddPiece(const RasterOperation& operation, const RasterPiece& piece);
     void AddContourFill(const RasterGeometry& geometry, const RasterContour& contour, std::uint32_t firstVerb,
