@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -120,7 +121,7 @@ void PdfOperators::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map)
             }
             case ORVPrintPath::Verb::kClose: put(room.data(), "h\n"); break;
         }
-        Flush();
+        if (formBox_.empty()) Flush();  // a form holds whole paths
     }
 }
 
@@ -168,8 +169,47 @@ void PdfOperators::WritePiece() {
 
 void PdfOperators::Flush() {
     if (!file_ || content_.size() < kPieceSize) return;
+    if (!formBox_.empty()) return FlushForm();
     WritePiece();
     content_.reserve(kPieceSize + 4096);
+}
+
+void PdfOperators::ComeInForms(std::string box) {
+    formBox_ = std::move(box);
+    starts_.assign(1, 0);
+}
+
+void PdfOperators::BeginClipped() {
+    if (!formBox_.empty()) starts_.push_back(content_.size());
+}
+
+void PdfOperators::EndClipped() {
+    Restore();
+    if (formBox_.empty()) return;
+    starts_.pop_back();
+    Flush();
+}
+
+void PdfOperators::FlushForm() {
+    const std::size_t start = starts_.back();
+    // More than clips may be open: then it waits for their end.
+    if (content_.size() - start < kPieceSize || saved_.size() + 1 != starts_.size()) return;
+    EndText();
+    if (formResources_ == 0) formResources_ = file_->Reserve();
+    forms_.push_back(file_->Reserve());
+    file_->WriteStream(forms_.back(),
+                       "/Subtype/Form/BBox" + formBox_ + "/Resources " + PdfReference(formResources_),
+                       content_.substr(start), PdfFile::Packing::kContent);
+    content_.resize(start);
+    PutName('X', forms_.back());
+    Put("Do\n");
+    // The form leaves the state as it found it.
+    if (saved_.empty()) {
+        state_ = {};
+        ForgetPaint();
+    } else {
+        state_ = saved_.back();
+    }
 }
 
 void PdfOperators::Save() {
@@ -225,12 +265,27 @@ void PdfOperators::SetFillPattern(unsigned int object) {
     Put("scn\n");
 }
 
-void PdfOperators::SetStrokeColour(const ORVPrintColour& colour) {
+void PdfOperators::SetStroke(const ORVPrintColour& colour) {
     if (const std::uint64_t key = ToKey(colour); state_.stroke != key) {
         state_.stroke = key;
         PutColour(key, "G\n", "RG\n");
     }
-    SetOpacity(state_.fillOpacity, colour.opacity);
+}
+
+void PdfOperators::SetStrokePattern(unsigned int object) {
+    const std::uint64_t key = kPatternColour + object;
+    if (state_.stroke == key) return;
+    state_.stroke = key;
+    Put("/Pattern CS ");
+    PutName('P', object);
+    Put("SCN\n");
+}
+
+void PdfOperators::SetState(unsigned int object) {
+    EndText();
+    resources_.AddState(object);
+    PutName('G', object);
+    Put("gs\n");
 }
 
 void PdfOperators::SetLine(double width, int cap, int join, double miterLimit) {
@@ -261,7 +316,11 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
     const std::span<const double> dashes =
         period > kShortestDashPeriod ? stroke.dashes : std::span<const double>();
     const auto onPage = [scale](double dash) { return std::min(dash * scale, 10.0 * kPdfCoordinateLimit); };
-    if (std::equal(dashes.begin(), dashes.end(), state_.dashes.begin(), state_.dashes.end(),
+    // Dashes come again after two rounds, should their number be odd.
+    const double offset =
+        dashes.empty() || stroke.dashOffset == 0.0 ? 0.0 : std::fmod(stroke.dashOffset * scale, 2.0 * period);
+    if (offset == state_.dashOffset &&
+        std::equal(dashes.begin(), dashes.end(), state_.dashes.begin(), state_.dashes.end(),
                    [&](double dash, double set) { return onPage(dash) == set; }))
         return;
     state_.dashes.clear();
@@ -270,11 +329,13 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
         state_.dashes.push_back(onPage(dash));
         PutNumber(state_.dashes.back());
     }
-    Put("]0 d\n");
+    Put("]");
+    PutNumber(offset);
+    Put("d\n");
+    state_.dashOffset = offset;
 }
 
-void PdfOperators::SetStroke(const ORVPrintStroke& stroke, double scale) {
-    SetStrokeColour(stroke.colour);
+void PdfOperators::SetPen(const ORVPrintStroke& stroke, double scale) {
     double width = std::min(stroke.width * scale, kPdfCoordinateLimit);
     // The format's line of width 0 is the thinnest that the device has.
     if (!(width >= kHairline)) width = 0.0;
@@ -311,5 +372,7 @@ std::vector<unsigned int> PdfOperators::Finish() {
 
 std::string PdfOperators::Take() {
     EndText();
+    if (formResources_ != 0) file_->WriteObject(formResources_, resources_.MakeDictionary());
+    for (const unsigned int form : forms_) resources_.AddObject(form);
     return std::move(content_);
 }

@@ -39,8 +39,16 @@ public:
     void PutFactors(const ORVMathAffine2D& map);
     /// Says what the marked content that begins here stands for (UTF-8); "EMC" ends it.
     void BeginActualText(std::string_view text);
-    /// Hands the content to the file when there is enough of it to be compressed on its own.
+    /// Hands the content to the file when there is enough of it to be compressed on its own. Not called
+    /// within what Save and Restore enclose, but for clips.
     void Flush();
+    /// Has content that no page holds come in pieces, too: as forms that stand for what they replace, since a
+    /// form begins with the graphics state of the place that shows it. Called before all that is put.
+    /// @param box  what the content may cover, as the format writes it
+    void ComeInForms(std::string box);
+    /// Says that the state was saved for a clip, which has been set; EndClipped restores it.
+    void BeginClipped();
+    void EndClipped();
 
     /// Saves the state; Restore brings it back, and the map.
     void Save();
@@ -54,19 +62,26 @@ public:
     /// @param object  of the pattern
     void SetFillPattern(unsigned int object);
     void SetFillOpacity(int opacity) { SetOpacity(opacity, state_.strokeOpacity); }
+    void SetStroke(const ORVPrintColour& colour);
+    void SetStrokePattern(unsigned int object);
+    void SetStrokeOpacity(int opacity) { SetOpacity(state_.fillOpacity, opacity); }
     void SetOpacity(int fill, int stroke);
-    /// @param scale  of lengths
-    void SetStroke(const ORVPrintStroke& stroke, double scale);
+    /// Puts a graphics state into force that is an object. What it sets is not known here: it stands within
+    /// Save and Restore.
+    void SetState(unsigned int object);
+    /// Width, form and dashes of lines. @param scale  of lengths
+    void SetPen(const ORVPrintStroke& stroke, double scale);
     /// A line as it is at the start of a page, but for its width.
     void SetPlainLine();
     void SetFont(const PdfFont& font, double size);
     void SetTextMode(int mode);
 
     PdfResources& GetResources() { return resources_; }
+    int GetPlaces() const { return places_; }
 
     /// Ends the content and writes the rest of it. @return the streams that it came in
     std::vector<unsigned int> Finish();
-    /// Ends the content. @return all of it, where no file receives it
+    /// Ends the content. @return all of it that was not handed to the file, which then shows the rest
     std::string Take();
 
 private:
@@ -80,6 +95,7 @@ private:
         int cap = 0, join = 0;
         double miterLimit = 10.0;
         std::vector<double> dashes;
+        double dashOffset = 0.0;
         int textMode = 0;
         const PdfFont* font = nullptr;
         double fontSize = 0.0;
@@ -87,10 +103,10 @@ private:
 
     void PutNumber(double number);
     void PutColour(std::uint64_t colour, std::string_view gray, std::string_view rgb);
-    void SetStrokeColour(const ORVPrintColour& colour);
     void SetLine(double width, int cap, int join, double miterLimit);
     void SetDashes(const ORVPrintStroke& stroke, double scale);
     void WritePiece();
+    void FlushForm();
 
     PdfFile* const file_;
     const int places_;
@@ -100,4 +116,10 @@ private:
     State state_;
     std::vector<State> saved_;
     bool isTextOpen_ = false;
+
+    // Where content comes in forms.
+    std::string formBox_;              // empty where it does not
+    std::vector<std::size_t> starts_;  // of what may become a form: all, and what stands in each open clip
+    std::vector<unsigned int> forms_;
+    unsigned int formResources_ = 0;
 };

@@ -83,12 +83,12 @@ unsigned int PdfResources::FindPattern(const ORVPrintFill& fill, const ORVMathAf
 
 std::string PdfResources::MakeDictionary() const {
     std::string text = "<<";
-    std::set<unsigned int> patterns;
+    std::set<unsigned int> patterns = otherPatterns_;
     for (const Pattern& pattern : patterns_) patterns.insert(pattern.object);
     AppendNamedObjects(text, "/Font", 'F', fonts_);
     AppendNamedObjects(text, "/XObject", 'X', objects_);
     AppendNamedObjects(text, "/Pattern", 'P', patterns);
-    if (!opacities_.empty()) {
+    if (!opacities_.empty() || !states_.empty()) {
         text += "/ExtGState<<";
         for (const auto& [fill, stroke] : opacities_) {
             text += PdfOpacityName(fill, stroke) + "<</ca ";
@@ -97,6 +97,8 @@ std::string PdfResources::MakeDictionary() const {
             AppendDecimal(text, stroke / 255.0, kPdfPlaces);
             text += ">>";
         }
+        for (const unsigned int state : states_)
+            text += "/G" + std::to_string(state) + " " + PdfReference(state);
         text += ">>";
     }
     return text + ">>";

@@ -21,6 +21,10 @@ public:
     /// An image or a form.
     void AddObject(unsigned int object) { objects_.insert(object); }
     void AddOpacity(int fill, int stroke);
+    /// A graphics state that is an object.
+    void AddState(unsigned int object) { states_.insert(object); }
+    /// A pattern of this document that FindPattern does not know of.
+    void AddPattern(unsigned int object) { otherPatterns_.insert(object); }
     /// Notes that more than grays, or more than opaque paint, is used.
     void NotePaint(bool isColoured, bool isTransparent);
 
@@ -41,7 +45,7 @@ private:
         unsigned int object;
     };
 
-    std::set<unsigned int> fonts_, objects_;
+    std::set<unsigned int> fonts_, objects_, states_, otherPatterns_;
     std::set<std::pair<int, int>> opacities_;  // of fill and stroke
     std::vector<Pattern> patterns_;
     bool isColoured_ = false, isTransparent_ = false;
