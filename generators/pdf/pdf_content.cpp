@@ -15,6 +15,7 @@
 #include "generators/pdf/pdf_glyphs.h"
 #include "generators/pdf/pdf_images.h"
 #include "generators/pdf/pdf_object_pool.h"
+#include "generators/pdf/pdf_reach.h"
 #include "generators/pdf/pdf_syntax.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
@@ -34,63 +35,6 @@ bool IsFarOutside(const ORVMathPoint2D& p) {
 
 double ToRange(double coordinate) {
     return std::clamp(coordinate, -kPdfCoordinateLimit, kPdfCoordinateLimit);
-}
-
-/// What two boxes both cover; empty when that has no area.
-ORVMathBox2D Common(const ORVMathBox2D& a, const ORVMathBox2D& b) {
-    const ORVMathBox2D common{std::max(a.xMin, b.xMin), std::min(a.xMax, b.xMax), std::max(a.yMin, b.yMin),
-                              std::min(a.yMax, b.yMax)};
-    return common.xMin < common.xMax && common.yMin < common.yMax ? common : ORVMathBox2D();
-}
-
-ORVMathBox2D BoxOf(const ORVPrintPath& path, const ORVMathAffine2D& map) {
-    ORVMathBox2D box;
-    for (const ORVMathPoint2D& point : path.points) box.Add(map(point));
-    return box;
-}
-
-ORVMathBox2D Grown(const ORVMathBox2D& box, double margin) {
-    return {box.xMin - margin, box.xMax + margin, box.yMin - margin, box.yMax + margin};
-}
-
-/// How far a line reaches from its middle, on the page; not at its corners.
-double HalfWidth(const ORVPrintStroke* stroke, double scale) {
-    return stroke ? 0.5 * std::min(stroke->width * scale, kPdfCoordinateLimit) : 0.0;
-}
-
-/// How many half widths a line may reach at corners and ends.
-double CornerReach(const ORVPrintStroke& stroke) { return std::clamp(stroke.miterLimit, 2.0, 100.0); }
-
-/// What shapes with gradients can reach.
-ORVMathBox2D PaintedBox(const ORVPrintShape& shape, double scale) {
-    const double reach = shape.stroke ? HalfWidth(shape.stroke, scale) * CornerReach(*shape.stroke) : 0.0;
-    return Grown(BoxOf(shape.path, shape.toPage), reach + 1.0);
-}
-
-/// The box of a line of text before its map.
-ORVMathBox2D LineBox(const ORVTextLayout& layout) {
-    const double advance = layout.advance, half = 0.5 * (layout.ascent + layout.descent);
-    const bool isVertical = !layout.runs.empty() && layout.runs.front().vertical;
-    return isVertical ? ORVMathBox2D{-half, half, -advance, 0.0}
-                      : ORVMathBox2D{0.0, advance, -layout.descent, layout.ascent};
-}
-
-/// How far glyphs may reach beyond the line's box, and lines around them do.
-double GlyphReach(const ORVGlyphRun& run, double scale) {
-    return std::min(2.0 * run.size * scale, kPdfCoordinateLimit);
-}
-
-/// What text with gradients can reach.
-ORVMathBox2D PaintedBox(const ORVPrintText& text) {
-    const double scale = Enlargement(text.toPage);
-    double reach = 1.0;
-    for (const ORVGlyphRun& run : text.layout.runs) reach = std::max(reach, GlyphReach(run, scale));
-    if (text.stroke) reach += HalfWidth(text.stroke, scale) * CornerReach(*text.stroke);
-    const ORVMathBox2D line = LineBox(text.layout);
-    ORVMathBox2D box;
-    for (const double x : {line.xMin, line.xMax})
-        for (const double y : {line.yMin, line.yMax}) box.Add(text.toPage({x, y}));
-    return Grown(box, reach);
 }
 
 std::string_view NameOf(ORVPrintBlendMode blend) {
@@ -152,7 +96,7 @@ PdfContent::PdfContent(PdfContent& shownBy, const ORVMathBox2D& box, bool isOutO
     extent_->BeginClip(visible_);
 }
 
-ORVMathBox2D PdfContent::VisiblePart(const ORVMathBox2D& box) const { return Common(visible_, box); }
+ORVMathBox2D PdfContent::VisiblePart(const ORVMathBox2D& box) const { return PdfCommonBox(visible_, box); }
 
 void PdfContent::BeginClip(const ORVMathBox2D& box) {
     ORVMathBox2D cut{0.0, 0.0, 0.0, 0.0};
@@ -167,7 +111,7 @@ void PdfContent::BeginClip(const ORVMathBox2D& box) {
 }
 
 void PdfContent::BeginClipPath(const ORVPrintClipPath& clip) {
-    ORVMathBox2D box = Common(BoxOf(clip.path, clip.toPage), kEverywhere);
+    ORVMathBox2D box = PdfCommonBox(PdfPathBox(clip.path, clip.toPage), kEverywhere);
     const ORVPrintPath* path = nullptr;
     if (IsDrawable(clip.toPage) && !box.IsEmpty())
         path = &FitPathToRange(clip.path, clip.toPage, kPdfCoordinateLimit, PathUse::kFill, fitted_);
@@ -244,13 +188,13 @@ void PdfContent::DrawShape(const ORVPrintShape& shape) {
     const bool isSimple = !shape.stroke || KeepsAngles(shape.toPage);
     const double scale = Enlargement(shape.toPage);
     if (extent_->IsMeasured()) {
-        const double margin = HalfWidth(shape.stroke, scale);
+        const double margin = PdfHalfWidth(shape.stroke, scale);
         extent_->AddPath(shape.path, shape.toPage, margin);
-        if (shape.stroke) extent_->AddPaintMargin(margin * CornerReach(*shape.stroke));
+        if (shape.stroke) extent_->AddPaintMargin(margin * PdfCornerReach(*shape.stroke));
     }
     ORVMathBox2D box;
     if ((shape.fill && shape.fill->gradient) || (shape.stroke && shape.stroke->gradient)) {
-        box = VisiblePart(PaintedBox(shape, scale));
+        box = VisiblePart(PdfPaintedBox(shape));
         if (box.IsEmpty()) return;
     }
 
@@ -306,8 +250,8 @@ void PdfContent::DrawText(const ORVPrintText& text) {
     if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || visible_.IsEmpty()) return;
     const double scale = Enlargement(text.toPage);
     if (extent_->IsMeasured()) {
-        extent_->AddBox(LineBox(text.layout), text.toPage);
-        for (const ORVGlyphRun& run : text.layout.runs) extent_->AddPaintMargin(GlyphReach(run, scale));
+        extent_->AddBox(PdfLineBox(text.layout), text.toPage);
+        for (const ORVGlyphRun& run : text.layout.runs) extent_->AddPaintMargin(PdfGlyphReach(run, scale));
     }
     if (text.clip) {
         out_.Save();
@@ -339,7 +283,8 @@ void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run
 }
 
 void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
-    constexpr int kFillMode = 0, kStrokeMode = 1, kBothMode = 2;
+    constexpr int kFillMode = 0, kStrokeMode = 1, kBothMode = 2, kUnseenMode = 3;
+    const double scale = Enlargement(text.toPage);
     const bool isDrawnFont =
         document_.fonts.Find(*run.face, document_.file).GetKind() == PdfFont::Kind::kDrawn;
 
@@ -358,24 +303,29 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     const ORVPrintStroke* stroke = text.stroke ? text.stroke : isThickened ? &thickening : nullptr;
     ORVMathBox2D box;
     if ((text.fill && text.fill->gradient) || (stroke && stroke->gradient)) {
-        box = VisiblePart(PaintedBox(text));
+        box = VisiblePart(PdfPaintedBox(text));
         if (box.IsEmpty()) return;
     }
     const PdfPaint fillPaint = text.fill ? MakePaint(*text.fill, box) : PdfPaint();
     const PdfPaint strokePaint = stroke ? MakePaint(*stroke, box) : PdfPaint();
-    const bool isOpaque = strokePaint.colour.opacity == 255 && fillPaint.mask == 0 && strokePaint.mask == 0;
-    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) &&
+    const bool isOpaque = strokePaint.colour.opacity == 255 && fillPaint.mask == 0;
+    // Not all readers know patterns for lines around text.
+    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && strokePaint.pattern == 0 &&
                             (!text.fill || stroke == &thickening || isOpaque);
-    const PdfPaint& masking = text.fill ? fillPaint : strokePaint;
+    // Text whose line alone shows, as an outline, is there to be found.
+    const bool isUnseen = !text.fill && strokePaint.pattern != 0 && !isDrawnFont;
 
-    if (text.fill || byOperator) {
-        BeginMasked(masking);
+    if (text.fill || byOperator || isUnseen) {
+        BeginMasked(fillPaint);
         if (text.fill) SetFill(fillPaint);
-        if (byOperator) SetStroke(strokePaint, *stroke, Enlargement(text.toPage));
+        if (byOperator) SetStroke(strokePaint, *stroke, scale);
         out_.BeginText();
-        out_.SetTextMode(!byOperator ? kFillMode : text.fill ? kBothMode : kStrokeMode);
+        out_.SetTextMode(isUnseen      ? kUnseenMode
+                         : !byOperator ? kFillMode
+                         : text.fill   ? kBothMode
+                                       : kStrokeMode);
         ShowPdfGlyphs(out_, document_.fonts, document_.file, text, run, shown_);
-        EndMasked(masking);
+        EndMasked(fillPaint);
     }
     if (stroke && !byOperator) StrokeOutlines(text, run, *stroke);
     // Both kinds of line at once: the thickening went unseen so far.
@@ -423,8 +373,15 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     out_.Flush();
 }
 
-void PdfContent::DrawGroup(unsigned int group, const PdfLayerPaint& paint) {
+void PdfContent::DrawGroup(unsigned int group, PdfLayerPaint paint) {
     if (group == 0 || visible_.IsEmpty()) return;
+    if (paint.mask != 0 && paint.opacity != 1.0) {
+        // Some readers let an opacity count for the mask, too, that stands beside it.
+        PdfContent inner(*this, visible_, true);
+        inner.DrawGroup(group, {paint.opacity});
+        group = inner.FinishGroup(paint.isIsolated);
+        paint.opacity = 1.0;
+    }
     out_.GetResources().AddObject(group);
     out_.GetResources().NotePaint(true, true);
     out_.Save();

@@ -37,6 +37,7 @@ struct PdfForm {
 struct PdfLayerPaint {
     double opacity = 1.0;
     ORVPrintBlendMode blend = ORVPrintBlendMode::kNormal;
+    bool isIsolated = true;
     unsigned int mask = 0;  ///< group that says what shows, 0 for none
     ORVPrintMask::Kind maskKind = ORVPrintMask::Kind::kLuminance;
 };
@@ -61,7 +62,7 @@ public:
     void DrawImage(const ORVPrintImage& image);
     void DrawForm(const PdfForm& form, const ORVMathAffine2D& map);
     /// @param group  from FinishGroup; 0 when there is nothing to show
-    void DrawGroup(unsigned int group, const PdfLayerPaint& paint);
+    void DrawGroup(unsigned int group, PdfLayerPaint paint);
 
     /// Nothing shows outside of the box, or the outline, until EndClip, which returns false when no clip is
     /// open.
@@ -80,7 +81,7 @@ public:
     /// Ends a form and writes it.
     PdfForm FinishForm();
     /// Ends a group and writes it. @return its object; 0 when there is nothing to show
-    unsigned int FinishGroup(bool isIsolated);
+    unsigned int FinishGroup(bool isIsolated = true);
 
 private:
     /// @param box  what is painted with it reaches no farther; looked at for gradients only

@@ -64,11 +64,12 @@ std::string Stitch(std::span<const Part> parts) {
 }
 
 void AppendValues(std::string& text, const ORVPrintColour& colour, Channel channel) {
-    const std::array<std::uint8_t, 3> parts{colour.red, colour.green, colour.blue};
-    const std::span<const std::uint8_t> values =
-        channel == Channel::kColour ? std::span<const std::uint8_t>(parts) : std::span(&colour.opacity, 1);
+    // Opacities are grays of three parts: not all readers leave grays of one part as they are in a shading.
+    const std::uint8_t gray = colour.opacity;
+    const bool isOpacity = channel == Channel::kOpacity;
     char separator = '[';
-    for (const std::uint8_t value : values) {
+    for (const std::uint8_t value :
+         {isOpacity ? gray : colour.red, isOpacity ? gray : colour.green, isOpacity ? gray : colour.blue}) {
         text += separator;
         AppendDecimal(text, value / 255.0, kPdfPlaces);
         separator = ' ';
@@ -201,8 +202,7 @@ public:
         const unsigned int function =
             gradient_.spread == ORVPrintGradient::Spread::kPad ? FindPadded(channel) : FindRepeated(channel);
         std::string text = layout_.isRadial ? "<</ShadingType 3" : "<</ShadingType 2";
-        text += channel == Channel::kColour ? "/ColorSpace/DeviceRGB" : "/ColorSpace/DeviceGray";
-        text += "/Coords[" + Coordinates(layout_.low) + Coordinates(layout_.high) + "]";
+        text += "/ColorSpace/DeviceRGB/Coords[" + Coordinates(layout_.low) + Coordinates(layout_.high) + "]";
         if (layout_.low != 0.0 || layout_.high != 1.0) {
             text += "/Domain[";
             AppendOffset(text, layout_.low);
@@ -301,7 +301,7 @@ ORVPrintColour Mean(std::span<const Stop> stops) {
 unsigned int WriteOpacities(GradientWriter& writer, const Layout& layout, const ORVMathBox2D& painted,
                             PdfObjectPool& pool) {
     const unsigned int shading = writer.WriteShading(Channel::kOpacity);
-    std::string entries = "/Subtype/Form/Group<</S/Transparency/CS/DeviceGray/I true>>/BBox";
+    std::string entries = "/Subtype/Form/Group<</S/Transparency/CS/DeviceRGB/I true>>/BBox";
     AppendPdfBox(entries,
                  {std::floor(painted.xMin), std::ceil(painted.xMax), std::floor(painted.yMin),
                   std::ceil(painted.yMax)},

@@ -16,7 +16,8 @@ bool PdfParts::BeginSymbol(const ORVPrintSymbol& symbol) {
 
 void PdfParts::BeginLayer(const ORVPrintLayer& layer) {
     PdfContent& below = GetTop();
-    Part& part = parts_.emplace_back(Part{Kind::kLayer, {}, layer, {layer.opacity, layer.blend}});
+    Part& part =
+        parts_.emplace_back(Part{Kind::kLayer, {}, layer, {layer.opacity, layer.blend, layer.isIsolated}});
     part.content.emplace(below, layer.box, false);
 }
 
@@ -25,7 +26,7 @@ bool PdfParts::BeginMask(const ORVPrintMask& mask) {
     Part& layer = parts_.back();
     layer.layer.hasMask = false;  // has it no more than once
     // The layer begins anew behind its mask, where that lets it show.
-    layer.content->FinishGroup(true);
+    layer.content->FinishGroup();
     const ORVMathBox2D visible = GetNextToTop().VisiblePart(layer.layer.box);
     layer.layer.box = {std::max(visible.xMin, mask.box.xMin), std::min(visible.xMax, mask.box.xMax),
                        std::max(visible.yMin, mask.box.yMin), std::min(visible.yMax, mask.box.yMax)};
@@ -61,14 +62,14 @@ void PdfParts::FinishSymbol() {
 }
 
 void PdfParts::FinishLayer() {
-    const unsigned int group = parts_.back().content->FinishGroup(parts_.back().layer.isIsolated);
     const PdfLayerPaint paint = parts_.back().paint;
+    const unsigned int group = parts_.back().content->FinishGroup(paint.isIsolated);
     parts_.pop_back();
     GetTop().DrawGroup(group, paint);
 }
 
 void PdfParts::FinishMask() {
-    const unsigned int group = parts_.back().content->FinishGroup(true);
+    const unsigned int group = parts_.back().content->FinishGroup();
     parts_.pop_back();
     --openMasks_;
     Part& layer = parts_.back();
