@@ -102,7 +102,7 @@ void PdfContent::BeginClip(const ORVMathBox2D& box) {
     ORVMathBox2D cut{0.0, 0.0, 0.0, 0.0};
     if (!box.IsEmpty()) cut = {ToRange(box.xMin), ToRange(box.xMax), ToRange(box.yMin), ToRange(box.yMax)};
     extent_->BeginClip(cut);
-    out_.Save();
+    out_.SaveForClip();
     out_.PutPoint({cut.xMin, cut.yMin});
     out_.PutPoint({cut.xMax - cut.xMin, cut.yMax - cut.yMin});
     out_.Put("re W n\n");
@@ -118,7 +118,7 @@ void PdfContent::BeginClipPath(const ORVPrintClipPath& clip) {
     if (path && path->IsEmpty()) path = nullptr;
     if (!path) box = {};
     extent_->BeginClip(box);
-    out_.Save();
+    out_.SaveForClip();
     if (path)
         out_.PutPath(*path, clip.toPage);
     else
@@ -301,24 +301,23 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     // Which lines the text operators can draw: fonts that are drawings have none, a pen needs a map that
     // keeps angles, and an opacity of its own must show the fill below.
     const ORVPrintStroke* stroke = text.stroke ? text.stroke : isThickened ? &thickening : nullptr;
+    const bool hasGradient = (text.fill && text.fill->gradient) || (stroke && stroke->gradient);
     ORVMathBox2D box;
-    if ((text.fill && text.fill->gradient) || (stroke && stroke->gradient)) {
+    if (hasGradient) {
         box = VisiblePart(PdfPaintedBox(text));
         if (box.IsEmpty()) return;
     }
     const PdfPaint fillPaint = text.fill ? MakePaint(*text.fill, box) : PdfPaint();
-    const PdfPaint strokePaint = stroke ? MakePaint(*stroke, box) : PdfPaint();
-    const bool isOpaque = strokePaint.colour.opacity == 255 && fillPaint.mask == 0;
-    // Not all readers know patterns for lines around text.
-    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && strokePaint.pattern == 0 &&
-                            (!text.fill || stroke == &thickening || isOpaque);
+    // Not all readers know patterns for lines around text, and some put fills of patterns over the lines.
+    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && !hasGradient &&
+                            (!text.fill || stroke == &thickening || stroke->colour.opacity == 255);
     // Text whose line alone shows, as an outline, is there to be found.
-    const bool isUnseen = !text.fill && strokePaint.pattern != 0 && !isDrawnFont;
+    const bool isUnseen = !text.fill && hasGradient && !isDrawnFont;
 
     if (text.fill || byOperator || isUnseen) {
         BeginMasked(fillPaint);
         if (text.fill) SetFill(fillPaint);
-        if (byOperator) SetStroke(strokePaint, *stroke, scale);
+        if (byOperator) SetStroke({stroke->colour}, *stroke, scale);
         out_.BeginText();
         out_.SetTextMode(isUnseen      ? kUnseenMode
                          : !byOperator ? kFillMode

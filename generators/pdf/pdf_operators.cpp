@@ -174,42 +174,45 @@ void PdfOperators::Flush() {
     content_.reserve(kPieceSize + 4096);
 }
 
-void PdfOperators::ComeInForms(std::string box) {
-    formBox_ = std::move(box);
-    starts_.assign(1, 0);
+void PdfOperators::ComeInForms(std::string box) { formBox_ = std::move(box); }
+
+void PdfOperators::SaveForClip() {
+    Save();
+    clipStart_ = content_.size();
 }
 
 void PdfOperators::BeginClipped() {
-    if (!formBox_.empty()) starts_.push_back(content_.size());
+    if (!formBox_.empty()) clips_.push_back("q\n" + content_.substr(clipStart_));
 }
 
 void PdfOperators::EndClipped() {
     Restore();
     if (formBox_.empty()) return;
-    starts_.pop_back();
+    clips_.pop_back();
     Flush();
 }
 
 void PdfOperators::FlushForm() {
-    const std::size_t start = starts_.back();
-    // More than clips may be open: then it waits for their end.
-    if (content_.size() - start < kPieceSize || saved_.size() + 1 != starts_.size()) return;
+    // What repeats the open clips takes no more than half of a form.
+    const std::size_t written = content_.size() - repeated_;
+    if (saved_.size() == clips_.size() && written >= std::max(kPieceSize, repeated_)) WriteForm();
+}
+
+void PdfOperators::WriteForm() {
     EndText();
+    for (std::size_t i = 0; i < clips_.size(); ++i) content_ += "Q\n";
     if (formResources_ == 0) formResources_ = file_->Reserve();
-    forms_.push_back(file_->Reserve());
-    file_->WriteStream(forms_.back(),
+    pieces_.push_back(file_->Reserve());
+    file_->WriteStream(pieces_.back(),
                        "/Subtype/Form/BBox" + formBox_ + "/Resources " + PdfReference(formResources_),
-                       content_.substr(start), PdfFile::Packing::kContent);
-    content_.resize(start);
-    PutName('X', forms_.back());
-    Put("Do\n");
-    // The form leaves the state as it found it.
-    if (saved_.empty()) {
-        state_ = {};
-        ForgetPaint();
-    } else {
-        state_ = saved_.back();
-    }
+                       std::move(content_), PdfFile::Packing::kContent);
+    // The next form begins as the first one did, and with the clips that are open.
+    content_ = std::string();
+    for (const std::string& clip : clips_) content_ += clip;
+    repeated_ = content_.size();
+    state_ = {};
+    ForgetPaint();
+    saved_.assign(clips_.size(), state_);
 }
 
 void PdfOperators::Save() {
@@ -372,7 +375,13 @@ std::vector<unsigned int> PdfOperators::Finish() {
 
 std::string PdfOperators::Take() {
     EndText();
-    if (formResources_ != 0) file_->WriteObject(formResources_, resources_.MakeDictionary());
-    for (const unsigned int form : forms_) resources_.AddObject(form);
+    if (pieces_.empty()) return std::move(content_);
+    WriteForm();
+    file_->WriteObject(formResources_, std::exchange(resources_, {}).MakeDictionary());
+    for (const unsigned int piece : pieces_) {
+        resources_.AddObject(piece);
+        PutName('X', piece);
+        Put("Do\n");
+    }
     return std::move(content_);
 }

@@ -42,11 +42,12 @@ public:
     /// Hands the content to the file when there is enough of it to be compressed on its own. Not called
     /// within what Save and Restore enclose, but for clips.
     void Flush();
-    /// Has content that no page holds come in pieces, too: as forms that stand for what they replace, since a
-    /// form begins with the graphics state of the place that shows it. Called before all that is put.
+    /// Has content that no page holds come in pieces, too: in forms, each of which begins with the graphics
+    /// state that the whole begins with. Called before all that is put.
     /// @param box  what the content may cover, as the format writes it
     void ComeInForms(std::string box);
-    /// Says that the state was saved for a clip, which has been set; EndClipped restores it.
+    /// Saves the state for a clip, which is put then; what it cuts comes between the other two.
+    void SaveForClip();
     void BeginClipped();
     void EndClipped();
 
@@ -107,19 +108,21 @@ private:
     void SetDashes(const ORVPrintStroke& stroke, double scale);
     void WritePiece();
     void FlushForm();
+    void WriteForm();
 
     PdfFile* const file_;
     const int places_;
     std::string content_;
-    std::vector<unsigned int> pieces_;  // streams of the content so far
+    std::vector<unsigned int> pieces_;  // streams of the content so far, or forms
     PdfResources resources_;
     State state_;
     std::vector<State> saved_;
     bool isTextOpen_ = false;
 
     // Where content comes in forms.
-    std::string formBox_;              // empty where it does not
-    std::vector<std::size_t> starts_;  // of what may become a form: all, and what stands in each open clip
-    std::vector<unsigned int> forms_;
+    std::string formBox_;             // empty where it does not
+    std::vector<std::string> clips_;  // operators of those that are open
+    std::size_t clipStart_ = 0;       // where those of the clip begin that is being put
+    std::size_t repeated_ = 0;        // what of the content repeats clips that were open before
     unsigned int formResources_ = 0;
 };
