@@ -105,6 +105,8 @@ constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
     {kTextShiftUp, "text-shift-up", "A positive dy moves text up"},
     {kJoinedWords, "joined-words", "Line breaks and tabs in text are deleted: the words around them join"},
     {kTextBlanks, "text-blanks", "Runs of blanks in texts are kept, those at the ends are not"},
+    {kFontUnspecified, "font-unspecified",
+     "Texts without font-family: each program sets them in a default font of its own"},
     {kFontMissing, "font-missing", "Fonts that are not installed"},
     {kFontFallback, "font-fallback", "Fonts that are not installed: a later one of the list is used"},
     {kMissingGlyph, "missing-glyph", "Characters missing from all installed fonts"},

@@ -255,6 +255,18 @@ void NoteUsed(CheckContext& check, const NumberedElement& use, const DefinitionF
     }
 }
 
+// Text of a definition that names no font is set in that of the place.
+void CheckDefaultFont(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
+                      const SvgDrawState& state) {
+    if (check.openDefinition || check.inForce.family.saidBy.node) return;
+    const auto takesTheFont = [](const DrawnSets& one) {
+        return one.isText && (one.said & static_cast<std::uint32_t>(SaidOf::kFontFamily)) == 0;
+    };
+    if (std::none_of(facts.sets.begin(), facts.sets.end(), takesTheFont)) return;
+    if (const MaybeProblem problem = check.resources.CheckDefaultFont(state))
+        check.findings.Note(use, "xlink:href", use.node->Value(AttributeName::kXlinkHref), *problem);
+}
+
 // What is blended as a whole in SVG, and part by part here.
 void CheckBlending(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
                    const SvgDrawState& state) {
@@ -288,6 +300,7 @@ void CheckUse(CheckContext& check, const NumberedElement& element, const SvgDraw
     if (!facts) return;
     NoteUsed(check, element, *facts, state);
     CheckFitting(check, element, *facts, state);
+    CheckDefaultFont(check, element, *facts, state);
     const Visibility& visibility = check.inForce.visibility;
     if (visibility.isRemoved || visibility.isHidden)
         return check.findings.Note(kHiddenButPrinted, element, "xlink:href", reference,

@@ -183,6 +183,16 @@ MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySo
                                           " where none was found before"};
 }
 
+MaybeProblem ResourceChecks::CheckDefaultFont(const SvgDrawState& state) {
+    if (isTextUnset_ || isDefaultFontTold_) return std::nullopt;
+    isDefaultFontTold_ = true;
+    const ORVFont* const font = state.text.GetFont();
+    return ValueProblem{kFontUnspecified,
+                        "has no font-family: set in " +
+                            FamilyOf(font ? font : ORVFont::sGetFont("arial.ttf")) +
+                            ", in other programs in a default font of theirs; reported once"};
+}
+
 MaybeProblem ResourceChecks::CheckGlyphs(std::string_view text, const SvgDrawState& state) {
     constexpr std::size_t kCharacters = 0x110000;
     if (isTextUnset_) return std::nullopt;

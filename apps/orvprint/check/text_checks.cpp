@@ -1,6 +1,7 @@
 #include "apps/orvprint/check/text_checks.h"
 
 #include "interpreters/svg/state/SvgDrawState.h"
+#include "platform/model/ORVPrtEnumerations.h"
 
 namespace {
 
@@ -42,10 +43,31 @@ const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const
     return nullptr;
 }
 
+// Writing modes that other programs follow in another way, as far as it shows in a text.
+void CheckWritingMode(CheckContext& check, const NumberedElement& element, std::string_view text,
+                      const SvgDrawState& state) {
+    const int mode = state.text.GetWritingMode();
+    if (mode == kTopToBottom)
+        check.findings.Note(kExtraEffect, element, {}, text,
+                            "writing-mode tb sets its letters upright; other programs turn them");
+    const bool isCentred = (state.text.GetAnchor() - kAnchorFirst) / 4 == 1;
+    if (mode == kRightToLeft && !isCentred)
+        check.findings.Note(kExtraEffect, element, {}, text,
+                            "writing-mode rl sets it on the other side of x, which it does not in SVG");
+}
+
 // Only families that some text is set in are looked for, and each place that names them once.
-void CheckFamily(CheckContext& check) {
+void CheckFamily(CheckContext& check, const NumberedElement& element, std::string_view text,
+                 const SvgDrawState& state) {
     const FontFamily& family = check.inForce.family;
-    if (!family.saidBy.node || !check.families.insert(family.saidBy.node).second) return;
+    if (!family.saidBy.node) {
+        // What a definition is set in, its use may say.
+        if (check.openDefinition) return;
+        if (const MaybeProblem problem = check.resources.CheckDefaultFont(state))
+            check.findings.Note(element, {}, text, *problem);
+        return;
+    }
+    if (!check.families.insert(family.saidBy.node).second) return;
     const char* attribute = family.source == PropertySource::kStyle ? "style" : "font-family";
     if (const MaybeProblem problem = check.resources.CheckFamilies(family.families, family.source))
         check.findings.Note(family.saidBy, attribute, family.families, *problem);
@@ -64,5 +86,6 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
         check.findings.Note(element, {}, text, *problem);
     if (const MaybeProblem problem = check.resources.CheckGlyphs(text, state))
         check.findings.Note(element, {}, text, *problem);
-    CheckFamily(check);
+    CheckFamily(check, element, text, state);
+    CheckWritingMode(check, element, text, state);
 }

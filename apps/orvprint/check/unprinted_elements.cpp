@@ -33,6 +33,9 @@ void CheckUnprinted(CheckContext& check, const NumberedElement& element, bool is
     const bool isSvg = space == Namespaces::kSvg;
     if (!prefix.empty() && isSvg) {
         check.findings.Note(kPrefixedElement, element, {}, {}, "only names without a prefix are read");
+    } else if (space == Namespaces::kXinclude && LocalNameOf(node.GetName()) == "include") {
+        check.findings.Note(kUnprintedElement, element, "href", node.Find("href").value_or(""),
+                            "no other document is included; its fallback is not printed either");
     } else if (!prefix.empty() || (!space.empty() && !isSvg)) {
         check.findings.CountForeign();
     } else if (const UnprintedElement* known = FindUnprintedElement(node.GetName())) {

@@ -453,10 +453,6 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
                 "in style it resets the spacing, and replaces the width that percentages refer to");
         return CheckLength(value);
     }
-    if (row.name == "writing-mode" && value.starts_with("rl"))
-        return Problem(kExtraEffect, "sets the text from right to left, which it does not in SVG");
-    if (row.name == "writing-mode" && value.starts_with("tb"))
-        return Problem(kExtraEffect, "sets letters upright, which other programs turn");
     if (row.name == "font-size" && value.find('%') != value.npos)
         return Problem(kFontSizePercentage, "multiplies the size by this number, not by a hundredth of it");
     if (row.name == "font-weight" && (value == "bolder" || value == "lighter"))
