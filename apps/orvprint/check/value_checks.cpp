@@ -148,7 +148,7 @@ MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& coun
     for (count = 0; scanner.NextArgument(argument); ++count) {
         if (problem) continue;
         const bool isPlain = (letter | 0x20) == 'a' && count % 7 >= 2 && count % 7 <= 4;
-        problem = CheckToken(argument, !isPlain);
+        if (!IsPathNumber(argument)) problem = CheckToken(argument, !isPlain);
         if (problem) problem->message = At(scanner.GetPosition() - argument.size()) + problem->message;
     }
     if (problem) return WithCode(std::move(problem), kBadPathData);
@@ -174,7 +174,7 @@ MaybeProblem CheckLength(std::string_view value) {
     if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit follows its number");
     const std::size_t start = number.find_first_not_of(kWhiteSpace);
     if (start == number.npos || !IsSvgNumber(number.substr(start)))
-        return Problem(kBadLength, "is no number in SVG: other programs do not take it");
+        return Problem(kBadLength, "is no number in SVG: other programs may not read it");
     if (rest.empty()) return std::nullopt;
     if (rest == "px" || rest == "PX" || IsUnit(rest)) {
         // A blank in between makes it no length.
@@ -247,6 +247,8 @@ MaybeProblem CheckOpacity(std::string_view value) {
     std::string_view number, rest;
     if (FindRest(value, number, rest) && !rest.empty())
         return Problem(kOpacityRange, Quote(rest) + " is not read: this counts as " + Excerpt(number));
+    if (!IsSvgNumber(number.substr(std::min(number.find_first_not_of(kWhiteSpace), number.size()))))
+        return Problem(kBadValue, "is no number in SVG: other programs may not read it");
     if (factor >= 0.0F && factor <= 1.0F) return std::nullopt;
     return Problem(kOpacityRange, "is not from 0 to 1: what is beyond wraps around");
 }
