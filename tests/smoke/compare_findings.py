@@ -108,6 +108,14 @@ def difference(page, others):
     return int(differs.sum())
 
 
+def draw_with_resvg(document, page, width):
+    """@return the page, or None when it is not drawn"""
+    if RESVG.is_dir():
+        subprocess.run(["node", HERE / "resvg_pages.cjs", RESVG], input=f"{document}\t{page}\t{width}\n", text=True,
+                       check=False, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
+    return page if page.is_file() else None
+
+
 class Comparison:
     def __init__(self, tool, folder):
         self.tool, self.folder = tool, Path(folder)

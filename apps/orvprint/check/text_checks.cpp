@@ -30,14 +30,15 @@ const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const
     if (meant.keepsBlanks) {
         const bool isAtStart = state.text.GetAnchor() < kAnchorFirst + 4;
         if (first > 0 || (!isAtStart && last + 1 < text.size()))
-            return "the blanks at its ends are not printed";
-        if (inner.find_first_of("\t\r\n") != inner.npos) return "its line breaks and tabs are no blanks";
+            return "the spaces at its ends are not printed";
+        if (inner.find_first_of("\t\r\n") != inner.npos)
+            return "its line breaks and tabs do not count as spaces";
         return nullptr;
     }
     // Between two blanks there may be nothing but what is deleted.
     bool wasBlank = false;
     for (const char c : inner) {
-        if (c == ' ' && wasBlank) return "each of its blanks is printed, not one for a run";
+        if (c == ' ' && wasBlank) return "every space of a run is printed, not one for the run";
         if (!IsDeleted(c)) wasBlank = c == ' ';
     }
     return nullptr;
@@ -49,11 +50,11 @@ void CheckWritingMode(CheckContext& check, const NumberedElement& element, std::
     const int mode = state.text.GetWritingMode();
     if (mode == kTopToBottom)
         check.findings.Note(kExtraEffect, element, {}, text,
-                            "writing-mode tb sets its letters upright; other programs turn them");
+                            "writing-mode tb sets letters upright; other programs rotate them");
     const bool isCentred = (state.text.GetAnchor() - kAnchorFirst) / 4 == 1;
     if (mode == kRightToLeft && !isCentred)
         check.findings.Note(kExtraEffect, element, {}, text,
-                            "writing-mode rl sets it on the other side of x, which it does not in SVG");
+                            "writing-mode rl places it on the other side of x, unlike in SVG");
 }
 
 // Only families that some text is set in are looked for, and each place that names them once.
@@ -79,7 +80,7 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
     const std::string_view text = element.node->GetText();
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
     if (JoinsWords(text))
-        check.findings.Note(kJoinedWords, element, {}, text, "put a space where the line breaks");
+        check.findings.Note(kJoinedWords, element, {}, text, "put a space at the line break");
     else if (const char* problem = ComparedBlanks(text, check.inForce.meant, state))
         check.findings.Note(kTextBlanks, element, {}, text, problem);
     if (const MaybeProblem problem = check.resources.CheckFont(state))

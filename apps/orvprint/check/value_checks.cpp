@@ -90,7 +90,7 @@ MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
                        Quote(token) + " is not a number: skipped, and the following ones move up");
     if (rest.empty() && IsSvgNumber(number)) return std::nullopt;
     if (rest.empty() || (takesUnits && (rest == "px" || IsUnit(rest))))
-        return Problem(kBadLength, Quote(token) + " is no number in SVG: other programs stop here");
+        return Problem(kBadLength, Quote(token) + " is not a number in SVG: other programs stop here");
     return Problem(kBadLength, Quote(token) + " is read as " + Excerpt(number) +
                                    ": separate numbers by spaces or commas" +
                                    (takesUnits ? "" : "; units are not read here"));
@@ -155,7 +155,7 @@ MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& coun
     const std::size_t group = ArgumentsOf(letter);
     const std::string command(1, letter);
     if (group == 0 && count > 0)
-        return Problem(kBadPathData, At(start) + "numbers behind " + command + " are not read");
+        return Problem(kBadPathData, At(start) + "numbers after " + command + " are not read");
     if (group > 0 && (count == 0 || count % group != 0))
         return Problem(kBadPathData, At(start) + command + " takes numbers by " + std::to_string(group) +
                                          ", there are " + std::to_string(count) +
@@ -171,15 +171,15 @@ MaybeProblem CheckLength(std::string_view value) {
     if (status == kEmpty) return std::nullopt;
     if (status != kRead) return Problem(kBadLength, "is not a length: treated as absent");
     std::string_view number, rest;
-    if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit follows its number");
+    if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit must follow its number");
     const std::size_t start = number.find_first_not_of(kWhiteSpace);
     if (start == number.npos || !IsSvgNumber(number.substr(start)))
-        return Problem(kBadLength, "is no number in SVG: other programs may not read it");
+        return Problem(kBadLength, "is not a number in SVG: other programs may not read it");
     if (rest.empty()) return std::nullopt;
     if (rest == "px" || rest == "PX" || IsUnit(rest)) {
         // A blank in between makes it no length.
         if (rest.data() == number.data() + number.size()) return std::nullopt;
-        return Problem(kBadLength, "has a blank in front of its unit: other programs do not take it");
+        return Problem(kBadLength, "has a space before its unit: other programs do not read it");
     }
     if (IsWord(rest))
         return Problem(kUnknownUnit, Quote(rest) + " is not a unit: read as " + Excerpt(number));
@@ -248,9 +248,9 @@ MaybeProblem CheckOpacity(std::string_view value) {
     if (FindRest(value, number, rest) && !rest.empty())
         return Problem(kOpacityRange, Quote(rest) + " is not read: this counts as " + Excerpt(number));
     if (!IsSvgNumber(number.substr(std::min(number.find_first_not_of(kWhiteSpace), number.size()))))
-        return Problem(kBadValue, "is no number in SVG: other programs may not read it");
+        return Problem(kBadValue, "is not a number in SVG: other programs may not read it");
     if (factor >= 0.0F && factor <= 1.0F) return std::nullopt;
-    return Problem(kOpacityRange, "is not from 0 to 1: what is beyond wraps around");
+    return Problem(kOpacityRange, "is not from 0 to 1: it wraps around");
 }
 
 MaybeProblem CheckDashArray(std::string_view value) {
@@ -347,7 +347,7 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
     unsigned int index = 0;
     if (ParseColour(scratch_->plain, value, index) != kRead)
         return Problem(kBadColour, "is not a colour here: the colour does not change");
-    if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, and is none in SVG");
+    if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, but is not one in SVG");
     if (value.find('(') == value.npos) return std::nullopt;
     // Components that do not fit are cut, not limited.
     const bool isPercentage = value.find('%') != value.npos;
@@ -413,10 +413,11 @@ MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
         if (name == "matrix" && count != 6) return Problem(kBadTransform, "a matrix takes six numbers");
     }
     if (operationsOf(value).GetOperations() != expected)
-        return Problem(kBadTransform, "is not read whole: write its names as SVG does, nothing between them");
+        return Problem(kBadTransform,
+                       "is not read completely: write its names as in SVG, with nothing between them");
     if (!IsSvgTransformList(value))
         return Problem(kBadTransform,
-                       "is read, and is no list of transforms in SVG: other programs leave it out");
+                       "is read, but is not a list of transforms in SVG: other programs ignore it");
     return std::nullopt;
 }
 
