@@ -17,6 +17,7 @@ import argparse
 import collections
 import os
 import random
+import struct
 import sys
 import tempfile
 from pathlib import Path
@@ -33,6 +34,7 @@ LARGEST_SOURCE = 64 << 10  # bytes
 # Processor time of one run. What the default limits let through takes a minute at most: see docs/reliability.md.
 MOST_SECONDS = 75
 MOST_MEMORY = 1024  # MB; the command holds itself to 900 MiB
+LARGEST_COMPARED = 16 << 20  # pixels of a page that is compared with other renderers
 DONE, FOUND = 0, 1
 ENDS = {"pdf": {DONE} | print_documents.REFUSALS, "png": {DONE} | print_documents.REFUSALS,
         "check": {DONE, FOUND} | print_documents.REFUSALS, "info": {DONE} | print_documents.REFUSALS}
@@ -86,10 +88,16 @@ def fault_of(done, way, folder):
     return ""
 
 
+def is_large(page):
+    with open(page, "rb") as file:
+        width, height = struct.unpack(">16xII", file.read(24))
+    return width * height > LARGEST_COMPARED
+
+
 def is_lost(tool, document, folder):
     """Whether a page is empty that another renderer fills, although nothing is found."""
     page = Path(folder) / "page.png"
-    if not page.is_file() or not compare_pages.is_blank(compare_pages.opened(page)):
+    if not page.is_file() or is_large(page) or not compare_pages.is_blank(compare_pages.opened(page)):
         return False
     code = lambda command: print_documents.measure(["prlimit", "--as=4000000000", "--cpu=20", *command]).code
     if compare_pages.difference(tool, document, folder, code) != 100.0:
@@ -108,9 +116,9 @@ class Figures:
         self.ends = {way: collections.Counter() for way in ENDS}
         self.slowest, self.largest = [], []
 
-    def take(self, way, what, number, done):
+    def take(self, what, way, done):
         self.ends[way][done.code] += 1
-        name = f"{what} {number} ({way}, ends with {done.code})"
+        name = f"{what} ({way}, ends with {done.code})"
         self.slowest = sorted([*self.slowest, (done.seconds, name)], reverse=True)[:self.KEPT]
         self.largest = sorted([*self.largest, (done.megabytes, name)], reverse=True)[:self.KEPT]
 
@@ -119,6 +127,24 @@ class Figures:
             print(f"{way}:", ", ".join(f"{count} ended with {code}" for code, count in sorted(ends.items())))
         print("longest:", "; ".join(f"{seconds:.1f} s {name}" for seconds, name in self.slowest))
         print("largest:", "; ".join(f"{size:.0f} MB {name}" for size, name in self.largest))
+
+
+def faults_of(tool, text, take):
+    """What is wrong with the runs of a document; `take` is called with each."""
+    found, ends = [], {}
+    with tempfile.TemporaryDirectory() as folder:
+        document = Path(folder) / "document.svg"
+        document.write_bytes(text)
+        for way in ENDS:
+            done = print_documents.measure(["timeout", str(print_documents.PATIENCE),
+                                            *command_of(tool, way, document, folder)])
+            take(way, done)
+            ends[way] = done.code
+            if fault := fault_of(done, way, folder):
+                found.append(f"({way}): {fault}")
+        if ends["png"] == DONE and ends["check"] == DONE and is_lost(tool, document, folder):
+            found.append("is printed as an empty page, and the check says nothing")
+    return found
 
 
 def main():
@@ -131,31 +157,20 @@ def main():
     parser.add_argument("folders", nargs="*", metavar="FOLDER")
     options = parser.parse_args()
 
-    sources = sources_of(options.folders)
-    keep, figures, faults = Path(options.keep), Figures(), 0
+    sources, figures, keep = sources_of(options.folders), Figures(), Path(options.keep)
     keep.mkdir(parents=True, exist_ok=True)
-    for number in range(options.first, options.first + options.count):
-        what, text = document_number(number, options.seed, sources)
-        with tempfile.TemporaryDirectory() as folder:
-            document, ends = Path(folder) / "document.svg", {}
-            document.write_bytes(text)
-            found = []
-            for way in ENDS:
-                done = print_documents.measure(["timeout", str(print_documents.PATIENCE),
-                                                *command_of(options.tool, way, document, folder)])
-                ends[way] = done.code
-                figures.take(way, what, number, done)
-                if fault := fault_of(done, way, folder):
-                    found.append(f"({way}): {fault}")
-            if ends["png"] == DONE and ends["check"] == DONE and is_lost(options.tool, document, folder):
-                found.append("is printed as an empty page, and the check says nothing")
-        for fault in found:
-            faults += 1
-            (keep / f"{number}.svg").write_bytes(text)
-            print(f"{keep / f'{number}.svg'} ({what}) {fault}", flush=True)
-        if number % 1000 == 999:
-            print(f"{number + 1} documents", file=sys.stderr, flush=True)
-    figures.show()
+    faults = 0
+    try:
+        for number in range(options.first, options.first + options.count):
+            what, text = document_number(number, options.seed, sources)
+            for fault in faults_of(options.tool, text, lambda *run: figures.take(f"{what} {number}", *run)):
+                faults += 1
+                (keep / f"{number}.svg").write_bytes(text)
+                print(f"{keep / f'{number}.svg'} ({what}) {fault}", flush=True)
+            if number % 1000 == 999:
+                print(f"{number + 1} documents", file=sys.stderr, flush=True)
+    finally:
+        figures.show()
     if faults:
         sys.exit(f"{faults} runs broke a rule")
 
