@@ -18,9 +18,11 @@ public:
     /// @param node  any node of `tree`
     ORVIDOMNode_var(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* node);
 
+    /// Whether the handle holds a node.
     explicit operator bool() const { return node_ != nullptr; }
     /// Valid as long as the document is.
     const ORVXmlNode* GetNode() const { return node_; }
+    /// The document; null for a null handle.
     const ORVRef<const ORVXmlTree>& GetTree() const { return tree_; }
 
     /// Name of the node: an element's tag as written, "#text" or "#comment".

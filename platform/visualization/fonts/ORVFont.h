@@ -7,6 +7,7 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "platform/system/namespace.h"
 
 class ORVFontFace;
 
@@ -67,6 +68,7 @@ public:
     const ORVUnicodeString& GetName() const { return name_; }
     /// From 1. A stand-in gives the index of the font whose face it has, 0 when no font is installed.
     int GetCatalogueIndex() const { return index_; }
+    /// What the font is made of.
     Kind GetKind() const { return kind_; }
 
     /// The face that draws this font at a weight of 24 (light), 25 (normal), 26 (bold) or 27 (heaviest);
@@ -78,6 +80,7 @@ public:
 protected:
     friend class FontCatalogue;
     friend struct CatalogueDelete;
+    /// For the catalogue, which makes all fonts.
     ORVFont(ORVUnicodeString name, int index, Kind kind);
     ~ORVFont() = default;
 
@@ -108,9 +111,14 @@ private:
 /// @return 0, or -1 when `font` is null
 ORV_PLATFORM_EXPORT int ORVFontCheckFontForVersion(const ORVFont*& font, int version);
 
+namespace orvprint {
+
 /// The first font of the catalogue that answers to a family name, exactly; null when none does. One look-up,
 /// however many fonts there are. An outline font answers to its family, its full name and its PostScript
 /// name. For the attribute a plain font answers to its name without ".font"; for style plain fonts, and all
 /// fonts whose catalogue name contains ".font", are passed over.
 ORV_PLATFORM_EXPORT const ORVFont* FindFontForAttribute(std::string_view family);
+/// The same for the style property.
 ORV_PLATFORM_EXPORT const ORVFont* FindFontForStyle(std::string_view family);
+
+}  // namespace orvprint
