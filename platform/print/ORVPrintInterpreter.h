@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/system/ORVRef.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/lists.h"
 
 class ORVPrintGenerator;
 class ORVPrintParameters;
+class ORVPrtModel;
 
 /// Base of the interpreters that plug-ins provide: turns an input into pages and draws them.
 /// An interpreter belongs to one thread at a time. The order of the virtual operations is part of the
@@ -36,6 +38,15 @@ public:
     int Print(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) {
         return Decode(generator, parameters);
     }
+
+    /// The print model of the whole document, built if that was not done yet; nothing is drawn, and the
+    /// selected page does not matter. The model may outlive the interpreter and belongs to its thread.
+    /// Nothing changes it but a last print (ORVPrintParameters::SetIsLast), which takes it apart.
+    /// @param model  receives the model, as far as it could be built: ORVPrtModel::GetBudget() says what was
+    /// left
+    ///               out. Null without a usable input, and for interpreters that draw without a print model
+    /// @return 1 on success; 0 when `model` is null; -1 when the document could not be read
+    int GetModel(ORVRef<const ORVPrtModel>& model);
 
     const ORVString& GetIdentifier() const { return identifier_; }
 

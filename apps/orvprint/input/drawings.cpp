@@ -176,53 +176,41 @@ void LeaveToProcess(std::unique_ptr<ORVPrintInterpreter> interpreter) {
     left->push_back(std::move(interpreter));
 }
 
-/// Takes down what the pages of a model are.
-class PageCollector final : public ORVPrintModelInspector {
-public:
-    void Inspect(const ORVPrtModel& model) override {
-        for (const ORVPrtImageElt* image : *model.GetImages()) {
-            PageFacts facts;
-            image->GetSize(facts.width, facts.height);
-            facts.hasArea = image->HasArea();
-            facts.title = image->GetTitle().GetView();
-            pages_.push_back(std::move(facts));
-        }
-        refusal_ = model.GetBudget().GetRefusal();
-        isMemorySpent_ = model.GetBudget().IsMemorySpent();
-        hasUnsetText_ = model.GetBudget().HasUnsetText();
+std::vector<PageFacts> FactsOfPages(const ORVPrtModel& model) {
+    std::vector<PageFacts> pages;
+    for (const ORVPrtImageElt* image : *model.GetImages()) {
+        PageFacts& facts = pages.emplace_back();
+        image->GetSize(facts.width, facts.height);
+        facts.hasArea = image->HasArea();
+        facts.title = image->GetTitle().GetView();
     }
-    std::vector<PageFacts>& GetPages() { return pages_; }
-    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
-    bool IsMemorySpent() const { return isMemorySpent_; }
-    bool HasUnsetText() const { return hasUnsetText_; }
+    return pages;
+}
 
-private:
-    std::vector<PageFacts> pages_;
-    std::optional<ORVPrintLimit> refusal_;
-    bool isMemorySpent_ = false;
-    bool hasUnsetText_ = false;
-};
+/// Why a model is not that of the whole drawing; empty when it is.
+std::string ReasonAgainst(const ORVPrtPrimitiveBudget& budget) {
+    if (budget.GetRefusal()) return LimitReached(*budget.GetRefusal());
+    if (budget.IsMemorySpent()) return "out of memory";
+    return budget.HasUnsetText() ? TextCannotBeSet() : "";
+}
 
 /// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
 ///                stands
 int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Document& document, bool isOnly,
                const std::function<int(const Drawing&)>& use) {
-    unsigned int count = 0;
-    const int built = interpreter.GetPageCount(count);
-    PageCollector collector;
-    ORVPrintParameters parameters;
-    parameters.SetModelInspector(&collector);
-    const int inspected = interpreter.Print(nullptr, parameters);
-    if (collector.GetRefusal())
-        return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
-    if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "out of memory");
-    if (collector.HasUnsetText()) return Report(kExitFailed, InputName(path), TextCannotBeSet());
+    ORVRef<const ORVPrtModel> model;
+    const int built = interpreter.GetModel(model);
+    if (model)
+        if (const std::string reason = ReasonAgainst(model->GetBudget()); !reason.empty())
+            return Report(kExitFailed, InputName(path), reason);
     // There is an element, and nothing that was left out: only memory can have been missing.
-    if (built != 1 || inspected != 1)
+    if (built != 1)
         return Report(kExitFailed, InputName(path), "could not be turned into pages; out of memory");
-    if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
+    std::vector<PageFacts> pages = FactsOfPages(*model);
+    model = nullptr;  // a last print takes it apart
+    if (pages.empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
-    return use({interpreter, std::move(collector.GetPages()), isOnly});
+    return use({interpreter, std::move(pages), isOnly});
 }
 
 /// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
