@@ -328,14 +328,30 @@ int ORVPageRecording::EndSymbol() {
     return BeginSymbol(symbol) == ORVPrintGenerator::kSymbolKnown ? kGeneratorDone : kDrawingFailed;
 }
 
-int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
-    const Shape kept{AddPath(shape.path), AddMap(shape.toPage), AddFill(shape.fill), AddStroke(shape.stroke),
-                     AddId(shape.id)};
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintShape& shape) {
     ORVMathBox2D box;
     for (const ORVMathPoint2D& p : shape.path.points) box.Add(shape.toPage(p));
     WidenByPen(box, Reach(shape.stroke), shape.toPage);
-    shapes_.push_back(kept);
-    Add(Kind::kShape, Last(shapes_.size()), Extent(box));
+    return box;
+}
+
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintText& text) {
+    ORVMathBox2D box = ORVCallMapper::Map(text.toPage, TextBox(text.layout));
+    WidenByPen(box, Reach(text.stroke), text.toPage);
+    return box;
+}
+
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintImage& image) {
+    ORVMathBox2D square;
+    square.Add({0.0, 0.0});
+    square.Add({1.0, 1.0});
+    return ORVCallMapper::Map(image.toPage, square);
+}
+
+int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
+    shapes_.push_back({AddPath(shape.path), AddMap(shape.toPage), AddFill(shape.fill),
+                       AddStroke(shape.stroke), AddId(shape.id)});
+    Add(Kind::kShape, Last(shapes_.size()), Extent(BoxOf(shape)));
     return kGeneratorDone;
 }
 
@@ -343,20 +359,20 @@ int ORVPageRecording::DrawText(const ORVPrintText& text) {
     texts_.push_back({text.layout, std::string(text.text), AddMap(text.toPage), AddFill(text.fill),
                       AddStroke(text.stroke), AddId(text.id), text.clip != nullptr,
                       text.clip ? *text.clip : ORVPrintPath()});
-    ORVMathBox2D box = ORVCallMapper::Map(text.toPage, TextBox(text.layout));
-    WidenByPen(box, Reach(text.stroke), text.toPage);
-    Add(Kind::kText, Last(texts_.size()), Extent(box));
+    Add(Kind::kText, Last(texts_.size()), Extent(BoxOf(text)));
     return kGeneratorDone;
 }
 
 int ORVPageRecording::DrawImage(const ORVPrintImage& image) {
     Keep(image.image);
     images_.push_back({&image.image, AddMap(image.toPage), AddId(image.id)});
-    ORVMathBox2D square;
-    square.Add({0.0, 0.0});
-    square.Add({1.0, 1.0});
-    Add(Kind::kImage, Last(images_.size()), Extent(ORVCallMapper::Map(image.toPage, square)));
+    Add(Kind::kImage, Last(images_.size()), Extent(BoxOf(image)));
     return kGeneratorDone;
+}
+
+ORVMathBox2D ORVPageRecording::GetLastBox() const {
+    const std::vector<Call>& calls = bodies_.front().calls;
+    return calls.empty() ? ORVMathBox2D() : calls.back().box.Whole();
 }
 
 ORVMathBox2D ORVPageRecording::GetBox() const {

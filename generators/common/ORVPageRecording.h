@@ -72,6 +72,12 @@ public:
                                   const ORVMathAffine2D& map = {});
     /// What the calls so far reach at most, rounded outwards.
     ORVMathBox2D GetBox() const;
+    /// The same of the last call alone, or of the part that it ended.
+    ORVMathBox2D GetLastBox() const;
+    /// How far a call reaches at most.
+    static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
+    static ORVMathBox2D BoxOf(const ORVPrintText& text);
+    static ORVMathBox2D BoxOf(const ORVPrintImage& image);
 
 private:
     enum class Kind : std::uint8_t {  // ends follow their beginnings; what is drawn comes last

@@ -59,6 +59,7 @@ const std::map<std::string, Layers> kMayKnow{
     {"generators/pdf", Below(kDrawing, {"generators/common"})},
     {"generators/svg", Below(kDrawing, {"generators/common"})},
     {"generators/sheet", Below(kDrawing, {"generators/common"})},
+    {"generators/flatten", kPixels},
     {"generators/png", kPixels},
     {"generators/tiff", kPixels},
     {"generators/pwg", kPixels},
