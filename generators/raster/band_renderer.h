@@ -9,6 +9,7 @@
 #include "generators/raster/display_list.h"
 #include "generators/raster/paint_budget.h"
 #include "generators/raster/picture_store.h"
+#include "generators/raster/stroke_dashes.h"
 #include "generators/raster/stroke_outline.h"
 
 /// Draws bands of a page. One thread has one of its own.
@@ -72,6 +73,7 @@ private:
 
     CoverageBuffer coverage_;
     StrokeOutliner outliner_{coverage_};
+    StrokeDasher dasher_{outliner_};
     StrokeCourse course_;
     double penRadius_ = 0.0;  // of the pen that a course is collected for
 
