@@ -370,18 +370,6 @@ int ORVPageRecording::DrawImage(const ORVPrintImage& image) {
     return kGeneratorDone;
 }
 
-ORVMathBox2D ORVPageRecording::GetLastBox() const {
-    const std::vector<Call>& calls = bodies_.front().calls;
-    return calls.empty() ? ORVMathBox2D() : calls.back().box.Whole();
-}
-
-ORVMathBox2D ORVPageRecording::GetBox() const {
-    const Body& body = bodies_.front();
-    Box box = body.box;
-    for (const std::uint32_t part : body.openParts) box.Add(body.calls[part].box);
-    return box.Whole();
-}
-
 void ORVPageRecording::Finish(const ORVMathBox2D& page) {
     // A drawing that broke off leaves parts and symbols open.
     while (openBodies_.size() > 1 && EndSymbol() == kGeneratorDone) {

@@ -70,10 +70,6 @@ public:
     /// can go on.
     [[nodiscard]] int ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
                                   const ORVMathAffine2D& map = {});
-    /// What the calls so far reach at most, rounded outwards.
-    ORVMathBox2D GetBox() const;
-    /// The same of the last call alone, or of the part that it ended.
-    ORVMathBox2D GetLastBox() const;
     /// How far a call reaches at most.
     static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
     static ORVMathBox2D BoxOf(const ORVPrintText& text);

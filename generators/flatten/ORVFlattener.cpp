@@ -18,6 +18,8 @@ namespace {
 constexpr double kUserUnitsPerInch = 90.0;
 // Pixels of an image: what a device shows of more, it shows finer than anyone sees.
 constexpr double kMostPixels = 5e7;
+// Part of a pixel that nobody misses: sums are not exact.
+constexpr double kUnseen = 1e-4;
 // Images of a page, for each of which what lies below is looked for in all of the page.
 constexpr unsigned int kMostImages = 256;
 
@@ -192,7 +194,7 @@ template <class Call>
 int ORVFlattener::DrawCall(const Call& call, bool isTaken, int (ORVPrintGenerator::*draw)(const Call&)) {
     if (isTaken || IsTaking()) {
         const int result = ((*soFar_).*draw)(call);
-        Unite(awaited_, Cut(soFar_->GetLastBox(), Shown()));
+        Unite(awaited_, Cut(ORVPageRecording::BoxOf(call), Shown()));
         return result;
     }
     if (!awaited_.IsEmpty() && Touch(ORVPageRecording::BoxOf(call), awaited_)) {
@@ -248,9 +250,10 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
     const double area = (part.xMax - part.xMin) * (part.yMax - part.yMin);
     const double scale = std::min(options_.dotsPerInch / kUserUnitsPerInch, std::sqrt(most / area));
     // Whole pixels of the page.
-    const double left = std::floor(part.xMin * scale), top = std::floor(part.yMin * scale);
-    const double width = std::max(1.0, std::ceil(part.xMax * scale) - left);
-    const double height = std::max(1.0, std::ceil(part.yMax * scale) - top);
+    const double left = std::floor(part.xMin * scale + kUnseen),
+                 top = std::floor(part.yMin * scale + kUnseen);
+    const double width = std::max(1.0, std::ceil(part.xMax * scale - kUnseen) - left);
+    const double height = std::max(1.0, std::ceil(part.yMax * scale - kUnseen) - top);
     if (!(width * height <= static_cast<double>(options_.pixelLimit))) {
         error_ = "on page " + std::to_string(pageNumber_) +
                  ", a transparent part would have too many pixels (at most " +

@@ -349,7 +349,6 @@ TEST(ORVPageRecordingTest, ShowsWhatThereIsSoFarAndGoesOn) {
     ASSERT_EQ(recording.BeginLayer(layer), 1);
     ASSERT_EQ(FillRectangle(recording, 0, 0, 10, 10), 1);
     ASSERT_EQ(FillRectangle(recording, 30, 0, 10, 10), 1);
-    EXPECT_EQ(recording.GetBox().xMax, std::nextafter(40.0F, 50.0F));
     RecordingGenerator soFar;
     ASSERT_EQ(recording.ReplaySoFar(soFar, BoxOf(0, 0, 20, 20), {2, 0, 0, 2, -5, 0}), 1);
     EXPECT_THAT(soFar.GetLines(),
