@@ -172,6 +172,11 @@ int Run(int argc, char** argv) {
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [90]");
+    app.add_option("--flatten-dpi", print.flattenDotsPerInch,
+                   "Resolution of transparent parts where the format has no transparency (ps, eps)")
+        ->check(CLI::Range(1.0, 10000.0))
+        ->check(IsNumber())
+        ->option_text("N [300]");
     CLI::Option* strict =
         app.add_flag("--strict", print.strict, "Print nothing if orvprint check reports a finding");
     std::vector<std::string> ignoredKinds;

@@ -20,7 +20,7 @@ constexpr std::array kGroups{
     GroupRow{"Input",
              " parser qvxml fragment allow-dir limit max-primitives time-limit keep-going strict ignore "
              "no-sandbox require-sandbox "},
-    GroupRow{"Output", " output format pages dpi "},
+    GroupRow{"Output", " output format pages dpi flatten-dpi "},
     GroupRow{"Several inputs", " out-dir jobs quiet "},
     GroupRow{"Paper", " paper orientation scale margin align tile overlap nup "},
     GroupRow{"Colours and lines", " grey mono stroke-scale min-stroke "},
