@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "interpreters/svg2/text/TextLayout.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "interpreters/svg2/tree/structure.h"
 
@@ -73,6 +74,11 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
         case Tag::kSvg:
             if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
             return OfViewport(element, style, viewport, map, kNoElement, nullptr, depth);
+        case Tag::kText: {
+            TextLayout text(scene_, fonts_);
+            if (!text.LayOut(element, style, viewport)) return {};
+            return MapBox(map, text.GetBox());
+        }
         case Tag::kUse: return OfUse(element, style, viewport, map, depth);
         case Tag::kImage: {
             const Rectangle place{scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),

@@ -4,6 +4,7 @@
 
 #include "interpreters/svg2/drawing/DrawState.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
+#include "interpreters/svg2/text/FontMetrics.h"
 #include "interpreters/svg2/tree/Scene.h"
 
 namespace svg2 {
@@ -12,7 +13,8 @@ namespace svg2 {
 /// markers and clips.
 class Bounds {
 public:
-    Bounds(Scene& scene, DrawingBudget& budget) : scene_(scene), budget_(budget) {}
+    Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
+        : scene_(scene), budget_(budget), fonts_(fonts) {}
 
     /// The box of an element in its own user units, which its transform is not part of.
     /// @param map  from the element's user units to where the box is wanted
@@ -35,6 +37,7 @@ private:
 
     Scene& scene_;
     DrawingBudget& budget_;
+    TextFonts& fonts_;
     std::vector<ElementIndex> uses_;  // that are being followed
 };
 

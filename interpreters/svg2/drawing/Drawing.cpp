@@ -23,13 +23,15 @@ std::unordered_set<ElementIndex> FindLinkTargets(const Document& document) {
 
 }  // namespace
 
-Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images)
+Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
+                 TextFonts& fonts)
     : scene_(scene),
       generator_(generator),
       budget_(budget),
       images_(images),
-      bounds_(scene, budget),
+      bounds_(scene, budget, fonts),
       paints_(scene),
+      fonts_(fonts),
       linkTargets_(FindLinkTargets(scene.GetDocument())),
       keepsIdentifiers_(generator.KeepsIdentifiers()) {}
 

@@ -10,6 +10,7 @@
 #include "interpreters/svg2/drawing/DrawingBudget.h"
 #include "interpreters/svg2/drawing/Images.h"
 #include "interpreters/svg2/paint/Paints.h"
+#include "interpreters/svg2/text/FontMetrics.h"
 #include "interpreters/svg2/tree/Scene.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
@@ -20,7 +21,8 @@ namespace svg2 {
 class Drawing {
 public:
     /// All must outlive the drawing.
-    Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images);
+    Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
+            TextFonts& fonts);
 
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
@@ -100,6 +102,7 @@ private:
     Images& images_;
     Bounds bounds_;
     Paints paints_;
+    TextFonts& fonts_;
     int status_ = 1;
     ORVMathBox2D page_;
     ORVMathAffine2D rootToPage_;

@@ -61,7 +61,7 @@ void Drawing::DrawSvgImage(const ImageContent& content, const Rectangle& place, 
     const Viewport size = FindImageSize(*content.drawing);
     Scene scene(*content.drawing, Medium{size.width, size.height});
     Images images({}, images_.GetDepth() + 1);
-    Drawing inner(scene, generator_, budget_, images);
+    Drawing inner(scene, generator_, budget_, images, fonts_);
     if (!IsInvertible(state.toPage)) return;
     // Its size is the viewport, or, with a view box, that of the place that it fills.
     const Rectangle natural{0.0, 0.0, size.width, size.height};

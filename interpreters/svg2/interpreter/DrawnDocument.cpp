@@ -32,7 +32,8 @@ ORVMathBox2D ContentBox(const Document& document) {
     Scene scene(document, {});
     const ORVPrintParameters parameters;
     DrawingBudget budget(parameters, document.GetCount());
-    return Bounds(scene, budget).Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
+    TextFonts fonts;
+    return Bounds(scene, budget, fonts).Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
 }
 
 void PaintPage(const Style& root, const Page& page, ORVPrintGenerator& generator, int& status) {
@@ -123,7 +124,8 @@ int DrawnDocument::DrawPages(const std::vector<unsigned int>& numbers, ORVPrintG
     Scene scene(*document_, Medium{size_.width, size_.height});
     Images images(path_);
     DrawingBudget budget(parameters, document_->GetCount());
-    Drawing drawing(scene, generator, budget, images);
+    TextFonts fonts;
+    Drawing drawing(scene, generator, budget, images, fonts);
     const std::string id(document_->ValueOf(Document::kRoot, Name::kId));
     unsigned int place = 0;
     for (const unsigned int number : numbers) {
