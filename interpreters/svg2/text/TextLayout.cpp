@@ -23,19 +23,30 @@ std::size_t SizeOfCharacter(std::string_view text, std::size_t offset) {
     return size;
 }
 
-/// Characters that are set on, or join, the one before them.
-bool GoesWithTheOneBefore(std::string_view character) {
-    if (character.size() < 2) return false;
+std::uint32_t CodePointOf(std::string_view character) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
-    std::uint32_t code = 0;
     switch (character.size()) {
-        case 2: code = (byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU); break;
-        case 3: code = (byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU); break;
+        case 1: return byte(0);
+        case 2: return (byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU);
+        case 3: return (byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU);
         default:
-            code = (byte(0) & 0x07U) << 18U | (byte(1) & 0x3FU) << 12U | (byte(2) & 0x3FU) << 6U |
+            return (byte(0) & 0x07U) << 18U | (byte(1) & 0x3FU) << 12U | (byte(2) & 0x3FU) << 6U |
                    (byte(3) & 0x3FU);
-            break;
     }
+}
+
+/// Characters that stand upright in vertical lines: those of East Asia, by their blocks.
+bool IsUpright(std::uint32_t code) {
+    return (code >= 0x1100 && code < 0x1200) || (code >= 0x2E80 && code < 0xA4D0) ||
+           (code >= 0xA960 && code < 0xA980) || (code >= 0xAC00 && code < 0xD800) ||
+           (code >= 0xF900 && code < 0xFB00) || (code >= 0xFE10 && code < 0xFE20) ||
+           (code >= 0xFE30 && code < 0xFE50) || (code >= 0xFF01 && code < 0xFF61) ||
+           (code >= 0xFFE0 && code < 0xFFE7) || (code >= 0x1F000 && code < 0x1FB00) ||
+           (code >= 0x20000 && code < 0x40000);
+}
+
+/// Characters that are set on, or join, the one before them.
+bool GoesWithTheOneBefore(std::uint32_t code) {
     return (code >= 0x300 && code < 0x370) || (code >= 0x1AB0 && code < 0x1B00) ||
            (code >= 0x1DC0 && code < 0x1E00) || (code >= 0x20D0 && code < 0x2100) ||
            (code >= 0xFE00 && code < 0xFE10) || (code >= 0xFE20 && code < 0xFE30) || code == 0x200D;
@@ -114,7 +125,9 @@ void TextLayout::AddText(std::string_view text, std::size_t span) {
         if (isSpace) character = " ";
         endsWithSpace_ = isSpace && collapses;
         Character added{text_.size(), character.size(), span};
-        added.isMark = !characters_.empty() && GoesWithTheOneBefore(character);
+        const std::uint32_t code = CodePointOf(character);
+        added.isUpright = IsUpright(code);
+        added.isMark = !characters_.empty() && GoesWithTheOneBefore(code);
         added.isCollapsed = endsWithSpace_;
         characters_.push_back(added);
         text_ += character;
@@ -295,6 +308,7 @@ double BaselineDrop(const Style& style, const FontMetrics& metrics) {
 // ---- shaping ----
 
 void TextLayout::MakeSegments() {
+    const bool isVertical = spans_[0].style->writingMode != WritingMode::kHorizontal;
     for (std::size_t i = 0; i < characters_.size(); ++i) {
         const Character& character = characters_[i];
         const bool isOnPath = spans_[character.span].path != kNoPath;
@@ -303,14 +317,16 @@ void TextLayout::MakeSegments() {
             const TextSegment& last = segments_.back();
             begins = last.span != character.span || isOnPath || character.hasX || character.hasY ||
                      character.dx != 0.0 || character.dy != 0.0 || character.rotation != 0.0 ||
-                     characters_[last.first].rotation != 0.0;
+                     characters_[last.first].rotation != 0.0 ||
+                     (isVertical && character.isUpright == last.isSideways);
         }
         if (begins) {
             TextSegment& segment = segments_.emplace_back();
             segment.first = i;
             segment.span = character.span;
             segment.font = fonts_.Find(*spans_[character.span].style);
-            segment.isVertical = spans_[0].style->writingMode != WritingMode::kHorizontal && !isOnPath;
+            segment.isVertical = isVertical && !isOnPath;
+            segment.isSideways = segment.isVertical && !character.isUpright;
             const Style& style = *spans_[character.span].style;
             segment.spacing = style.letterSpacing.px;
         }
@@ -324,7 +340,8 @@ double TextLayout::AdvanceOfWordSpaces(TextSegment& segment, double spacing) con
     double added = 0.0;
     for (ORVGlyphRun& run : segment.layout.runs) {
         for (ORVGlyph& glyph : run.glyphs) {
-            (segment.isVertical ? glyph.y : glyph.x) += segment.isVertical ? -added : added;
+            const bool goesDown = segment.isVertical && !segment.isSideways;
+            (goesDown ? glyph.y : glyph.x) += goesDown ? -added : added;
             if (glyph.textLength == 0) continue;
             const std::string_view cluster =
                 std::string_view(segment.text).substr(glyph.textOffset, glyph.textLength);
@@ -343,7 +360,7 @@ bool TextLayout::Shape(TextSegment& segment) {
     set.font = segment.font.choice.font;
     set.weight = segment.font.choice.weight;
     set.height = style.fontSize;
-    set.writingMode = segment.isVertical ? 2 : style.isRightToLeft ? 1 : 0;
+    set.writingMode = segment.isVertical && !segment.isSideways ? 2 : style.isRightToLeft ? 1 : 0;
     set.extraSpacing = segment.spacing;
     set.expansion = segment.expansion;
     segment.layout = ORVLayoutText(segment.text, set);
@@ -464,8 +481,15 @@ void TextLayout::PlaceChunk(const Chunk& chunk, ORVMathPoint2D& pen) {
         const double step = segment.advance + GapAfter(i, chunk.end);
         if (runsLeft) at.x -= step;
         const double drop = isVertical ? 0.0 : BaselineDrop(*span.style, segment.font.metrics) - span.shift;
+        // Letters that lie on their side have the middle of their em on the line.
+        constexpr double kQuarter = 90.0;
+        const double middle = (segment.font.metrics.ascent - segment.font.metrics.descent) / 2.0;
+        const ORVMathAffine2D turned =
+            segment.isSideways
+                ? Rotation(kQuarter) * ORVMathAffine2D::Translation(0.0, middle * span.style->fontSize)
+                : ORVMathAffine2D();
         segment.toUser = ORVMathAffine2D::Translation(at.x, at.y) * Rotation(first.rotation) *
-                         ORVMathAffine2D::Translation(isVertical ? span.shift : 0.0, drop) *
+                         ORVMathAffine2D::Translation(isVertical ? span.shift : 0.0, drop) * turned *
                          GlyphsUp(segment);
         if (isVertical)
             at.y += step;

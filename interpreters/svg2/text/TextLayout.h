@@ -61,6 +61,7 @@ private:
         std::size_t offset, size;  // in the text
         std::size_t span;
         bool hasX = false, hasY = false;
+        bool isUpright = false;    // in vertical text
         bool isMark = false;       // goes with the character before it
         bool isCollapsed = false;  // a space that goes away at the end of the text
         double x = 0.0, y = 0.0, dx = 0.0, dy = 0.0, rotation = 0.0;
