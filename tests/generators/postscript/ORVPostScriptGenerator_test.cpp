@@ -15,8 +15,10 @@
 #include "generators/common/generator_status.h"
 #include "generators/formats.h"
 #include "platform/system/modules.h"
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/generators/limited_output.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/shell_run.h"
@@ -173,6 +175,37 @@ TEST(ORVPostScriptGeneratorTest, TextStaysText) {
     const std::string& text = document.Finish();
     EXPECT_THAT(text, HasSubstr("%%BeginResource: font"));
     EXPECT_THAT(document.Text(), HasSubstr("Office text"));
+}
+
+// Its characters take two and three bytes, so that they cannot be taken for each other.
+TEST(ORVPostScriptGeneratorTest, TextFromRightToLeftKeepsItsCharacters) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("DejaVu Sans");
+    PostScript document;
+    document.BeginPage(400.0, 200.0);
+    EXPECT_EQ(WriteText(document.Get(), "\uFB2A\u05D0", 10.0, 80.0, style), 1) << document.GetError();
+    EXPECT_EQ(WriteText(document.Get(), "after", 10.0, 120.0, style), 1) << document.GetError();
+    document.EndPage();
+    document.Finish();
+    EXPECT_THAT(document.Text(), HasSubstr("after"));
+}
+
+// Interpreters take three components for YCbCr.
+TEST(ORVPostScriptGeneratorTest, OnlyJpegFilesOfUsualColoursAreEmbedded) {
+    constexpr int kGrey = 1, kRgb = 2, kYCbCr = 3;
+    for (const int stored : {kGrey, kRgb, kYCbCr}) {
+        JpegToWrite jpeg{.width = 8, .height = 8, .storedSpace = stored};
+        if (stored == kGrey) jpeg.components = jpeg.inputSpace = kGrey;
+        for (int i = 0; i < 64; ++i)
+            for (int k = 0; k < jpeg.components; ++k) jpeg.samples.push_back(200);
+        const auto image = ReadJpeg(WriteJpeg(jpeg));
+        ASSERT_TRUE(image) << stored;
+        PostScript document;
+        document.BeginPage();
+        EXPECT_EQ(document.Get().DrawImage({*image, {60.0, 0.0, 0.0, 40.0, 10.0, 10.0}}), 1);
+        document.EndPage();
+        EXPECT_EQ(CountOf(document.Finish(), "DCTDecode"), stored == kRgb ? 0U : 1U) << stored;
+    }
 }
 
 TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {

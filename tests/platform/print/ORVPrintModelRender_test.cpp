@@ -528,6 +528,17 @@ TEST(ModelRenderTest, LinksLeadOnlyToGroupsThatAreThere) {
                                     "group #other"));
 }
 
+TEST(ModelRenderTest, PagesAreNoPlacesThatLinksLeadTo) {
+    OnePage page;
+    (*page.GetModel().GetImages())[0]->SetID("page");
+    page.Add(MakeLink("page", ""));
+    page.Add(MakeLink("page", "http://x/"));
+    RecordingGenerator generator;
+    DrawAll(page, generator);
+    EXPECT_THAT(generator.GetText(), testing::Not(HasSubstr("->#page")));
+    EXPECT_THAT(generator.GetText(), HasSubstr("->http://x/"));
+}
+
 /// A rectangle, a line, a text and an image, called "shape" each, one after the other.
 std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> NamedShapes() {
     const auto bitmap = Make<ORVPrtBitmapImageElt>();
