@@ -362,6 +362,26 @@ TEST_F(BatchTest, SignalsEndItWithWholeFilesOnly) {
     }
 }
 
+// As nohup has it, and shells for what runs in the background.
+TEST_F(BatchTest, SignalsThatAreIgnoredStayIgnored) {
+    MakePipe("waits.svg");
+    for (const char* name : {"HUP", "INT", "USR1"}) {
+        const std::string command =
+            std::string("trap '' ") + name + "; exec '" ORV_TOOL_PATH "' waits.svg -o out.pdf";
+        const RunningTool running = StartProgram({"bash", "-c", command});
+        const int pipe = OpenForTool("waits.svg");
+        ASSERT_GE(pipe, 0);
+        EXPECT_EQ(RunProgram({"bash", "-c", std::string("kill -") + name + " " + std::to_string(running.pid)})
+                      .exitCode,
+                  0);
+        Feed(pipe, SmallDrawing(""));
+        const ToolRun run = WaitFor(running);
+        EXPECT_EQ(run.exitCode, 0) << name << run.errors;
+        EXPECT_TRUE(Exists("out.pdf")) << name;
+        fs::remove(Folder() / "out.pdf");
+    }
+}
+
 TEST_F(BatchTest, SignalsLeaveNothingOfASingleOutputEither) {
     MakePipe("waits.svg");
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {

@@ -36,6 +36,8 @@ TEST(PdfDocumentTest, LinksLeadToAddressesAndPlaces) {
         EXPECT_EQ(document.Get().EndGroup(), 1);
     }
     document.EndPage();
+    document.BeginPage();
+    document.EndPage();
     document.Finish();
     const std::string plain = document.Plain();
     EXPECT_THAT(plain, HasSubstr("(http://example.org/a%28b%29%5Cc%27d%22?q=%C3%BC%20x%7F)"));

@@ -65,6 +65,15 @@ public:
         return boxes;
     }
     std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
+    /// The darkest grey of the pages.
+    int Darkest() const {
+        // Three lines, then a byte for each dot.
+        std::string pixels = Interpret("-sDEVICE=pgmraw -r180 -dGraphicsAlphaBits=1 -sOutputFile=-");
+        for (int line = 0; line < 4; ++line) pixels.erase(0, pixels.find('\n') + 1);
+        int darkest = 255;
+        for (const char c : pixels) darkest = std::min<int>(darkest, static_cast<unsigned char>(c));
+        return darkest;
+    }
 
 private:
     /// What the interpreter says of the document.
@@ -232,6 +241,28 @@ TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
     const std::string& text = document.Finish();
     EXPECT_THAT(text, HasSubstr("res=300ppi"));
     EXPECT_THAT(document.Text(), HasSubstr("beside"));
+}
+
+// A glyph and the line that makes it bold lie over each other.
+TEST(ORVPostScriptGeneratorTest, TransparentTextIsEvenWhereItIsThickened) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("Z003");
+    ASSERT_TRUE(style.font);
+    style.height = 40.0;
+    style.weight = 26;
+    const ORVTextLayout layout = ORVLayoutText("bold", style);
+    ASSERT_EQ(layout.runs.size(), 1U);
+    ASSERT_TRUE(layout.runs[0].syntheticBold);
+    ORVPrintFill fill;
+    fill.colour.opacity = 100;
+    PostScript document;
+    document.BeginPage(150.0, 90.0);
+    EXPECT_EQ(
+        document.Get().DrawText({layout, "bold", {1.0, 0.0, 0.0, -1.0, 10.0, 60.0}, &fill, nullptr, nullptr}),
+        1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_NEAR(document.Darkest(), 155, 2);
 }
 
 // For each of them the page would be drawn once more.

@@ -289,7 +289,7 @@ TEST(ImageColoursTest, ABrokenProfileOfJpegIsRemarkedAndLeftAside) {
         {piece(1, 1), piece(1, 1)},
         {piece(1, 2), piece(2, 3)},
         // Together they are one, but they do not agree on how many there are.
-        {ProfilePiece(1, 2, profile.substr(0, 99)), ProfilePiece(2, 3, profile.substr(99))},
+        {ProfilePiece(2, 3, profile.substr(99)), ProfilePiece(1, 2, profile.substr(0, 99))},
         {piece(0, 1)},
         {piece(2, 1)},
         {ProfilePiece(1, 1, "")},
