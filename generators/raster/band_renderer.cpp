@@ -215,7 +215,7 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
 void BandRenderer::AddContourStroke(const RasterOperation& operation, const RasterContour& contour) {
     course_.Clear();
     CollectVerbs(operation.geometry, contour, 0, contour.verbCount, 0);
-    outliner_.AddContour(course_, contour.closed);
+    dasher_.AddContour(course_, contour.closed);
 }
 
 void BandRenderer::AddVerbsStroke(const RasterOperation& operation, const RasterContour& contour,
@@ -249,7 +249,7 @@ void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphP
     const RasterGlyph& glyph = *place.glyph;
     const double x = operation.geometry.originX + static_cast<double>(place.x);
     const double y = operation.geometry.originY + static_cast<double>(place.y);
-    const double reach = operation.pen ? operation.pen->reach : 0.0;
+    const double reach = operation.GetReach();
     if (y + static_cast<double>(glyph.bottom) + reach < coverage_.GetFirstRow() ||
         y + static_cast<double>(glyph.top) - reach > coverage_.GetEndRow())
         return;
@@ -279,7 +279,7 @@ void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphP
         course_.Clear();
         for (std::uint32_t i = contour.first; i < contour.first + contour.count; ++i)
             course_.Add(placeOf(glyph.points[i]), glyph.smooth[i] != 0);
-        outliner_.AddContour(course_, true);
+        dasher_.AddContour(course_, true);
     }
 }
 

@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "generators/raster/display_list.h"
 #include "generators/raster/picture_source.h"
+#include "generators/raster/raster_operation.h"
 
 /// The samples of a page's pictures, made when they are first needed. May be used by several threads.
 class PictureStore {

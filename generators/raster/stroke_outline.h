@@ -1,37 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "generators/raster/coverage_buffer.h"
+#include "generators/raster/plane_vectors.h"
+#include "generators/raster/stroke_pen.h"
 #include "platform/mathematics/geometry.h"
-#include "platform/print/ORVPrintGenerator.h"
-
-/// What a line is drawn with. In pen space the pen is round and dashes are measured; the linear part of the
-/// shape's map takes pen space to the device, and may squeeze or slant the pen.
-struct StrokePen {
-    double halfWidth = 0.5;  ///< pen space
-    ORVPrintStroke::Cap cap = ORVPrintStroke::Cap::kButt;
-    ORVPrintStroke::Join join = ORVPrintStroke::Join::kMiter;
-    double miterLimit = 4.0;
-    ORVMathAffine2D toDevice, fromDevice;  ///< linear
-    double reach = 0.5;                    ///< pixels that the line may extend from its course
-    double radius = 0.5;                   ///< pixels, of the pen where it is widest
-    double gentleTurn = 1.9;               ///< 1 + the cosine of the turns in curves whose borders just meet
-    double roundStep = 1.0;                ///< radians between the points of a round cap or join
-    double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
-    bool isFine = false;                   ///< the dashes are finer than pixels
-    bool hidesGaps = false;                ///< caps cover the gaps of dashes, as far as pixels can show
-    std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
-
-    bool IsDashed() const { return dashPeriod > 0.0; }
-};
-
-/// Makes a pen. Lines thinner than `thinnest` pixels get that width.
-/// @param dashEnds  receives the ends of dashes; must outlive the pen
-StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevice, double thinnest,
-                     std::vector<double>& dashEnds);
 
 /// The course of a line, flattened: device points, none equal to its predecessor.
 struct StrokeCourse {
@@ -47,6 +23,12 @@ struct StrokeCourse {
         points.push_back(point);
         smooth.push_back(isSmooth ? 1 : 0);
     }
+    /// Takes away the last point where it is the first one again.
+    void DropClosingPoint() {
+        if (points.size() < 2 || points.front() != points.back()) return;
+        points.pop_back();
+        smooth.pop_back();
+    }
 };
 
 /// Puts the outlines of lines into a coverage buffer. All outlines wind in the same sense, whichever way a
@@ -58,13 +40,17 @@ public:
     /// @param reversed  lets outlines wind in the opposite sense
     void SetPen(const StrokePen& pen, bool reversed = false);
 
-    /// Strokes a whole contour, dashed if the pen says so. One without length gives a dot with round or
-    /// square caps.
+    const StrokePen& GetPen() const { return *pen_; }
+    const CoverageBuffer& GetCoverage() const { return coverage_; }
+    void AddWork(std::uint64_t pixels) { coverage_.AddWork(pixels); }
+
+    /// Strokes a whole contour as a solid line. One without length gives a dot.
     void AddContour(StrokeCourse& course, bool closed);
+    /// Round and square caps make a dot of a line without length.
+    void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
     /// Strokes a part of a solid line.
-    /// @param first, last  the part's segments [first, last). What comes before and after stands in the
-    /// course
-    ///                     for the joins; where nothing does, the line has a cap.
+    /// @param first, last  the part's segments [first, last). Those before and after stand in the course for
+    ///                     the joins; where there is none, the line has a cap.
     void AddPart(const StrokeCourse& course, std::size_t first, std::size_t last);
 
 private:
@@ -91,15 +77,6 @@ private:
     void AddCap(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
     void AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle, FixedPoint start,
                 FixedPoint end);
-    void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
-    void AddDashes(StrokeCourse& course, bool closed);
-    void AddDash(const ORVMathVector2D& direction);
-    bool ShowsAsSolid(const StrokeCourse& course) const;
-    void EndWithLastDash(StrokeCourse& course) const;
-    bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& reach,
-                     double& begin, double& end) const;
-    ORVMathVector2D ReachOfDash(const ORVMathVector2D& direction) const;
-    void FindInPattern(double at, double& period, std::size_t& entry) const;
 
     void AddEdge(FixedPoint from, FixedPoint to) {
         if (reversed_)
@@ -107,14 +84,10 @@ private:
         else
             coverage_.AddLine(from, to);
     }
-    ORVMathVector2D ToDevice(const ORVMathVector2D& v) const {
-        return {pen_->toDevice.m11 * v.x + pen_->toDevice.m12 * v.y,
-                pen_->toDevice.m21 * v.x + pen_->toDevice.m22 * v.y};
-    }
+    ORVMathVector2D ToDevice(const ORVMathVector2D& v) const { return Turned(pen_->toDevice, v); }
 
     CoverageBuffer& coverage_;
     const StrokePen* pen_ = nullptr;
     bool reversed_ = false;
     std::vector<Segment> segments_;
-    StrokeCourse dash_, firstDash_;
 };
