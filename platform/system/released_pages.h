@@ -4,9 +4,9 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// Gives the system back what nobody is going to read again: the whole pages of memory that lie within. They
-/// stay the caller's, take no room until they are written, and hold nothing that can be counted on. Nothing
-/// happens for less than some pages, which would not be worth the call.
+/// Returns the whole pages within a block that is not read again to the system. The block stays the caller's;
+/// its pages take no memory until they are written, and their content is undefined. Does nothing for a few
+/// pages, which are not worth the call.
 /// @param start  may be null for none
 /// @param size   bytes
-ORV_PLATFORM_EXPORT void ORVForgetBytes(const void* start, std::size_t size);
+ORV_PLATFORM_EXPORT void ORVReleasePages(const void* start, std::size_t size);

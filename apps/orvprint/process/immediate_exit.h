@@ -2,14 +2,14 @@
 
 #include <string_view>
 
-/// Longest words that are said whole, in bytes: those that a pipe takes without waiting for its reader.
-inline constexpr std::size_t kMostLastWords = 4096;
+/// Longest message that is written in one piece, in bytes: what a pipe takes without waiting for its reader.
+inline constexpr std::size_t kLongestExitMessage = 4096;
 
-/// Ends the process with kExitFailed where nothing can go on, after words on standard error, without leaving
-/// half a file. Needs no memory and takes no lock: signal handlers may call it.
-/// @param words  a whole line
-[[noreturn]] void EndSuddenly(std::string_view words);
+/// Exits with kExitFailed after a message on standard error, and removes temporary files. Allocates nothing
+/// and takes no lock: signal handlers may call it.
+/// @param message  a whole line
+[[noreturn]] void ExitImmediately(std::string_view message);
 
-/// Where an exception about an allocation failure can go nowhere, as in a library that lets none out, the
-/// process is to end like this from now on, instead of by a signal.
-void EndSuddenlyWithoutMemory();
+/// From now on, an allocation failure that no handler catches, as in a library that does not let exceptions
+/// out, exits like this instead of by a signal.
+void ExitImmediatelyWhenOutOfMemory();

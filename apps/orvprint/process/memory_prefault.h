@@ -4,21 +4,21 @@
 #include <cstddef>
 #include <thread>
 
-/// Has the system give the pages of memory that is about to be written as a whole, which takes a fifth of the
-/// time that it takes page by page at the first touch of each. Does nothing for little memory.
-void MakeMemoryReady(void* start, std::size_t size);
+/// Has the system allocate the pages of a block that is about to be written, all at once, which takes a fifth
+/// of the time of a page fault for each. Does nothing for small blocks.
+void PrefaultMemory(void* start, std::size_t size);
 
-/// As long as it lives, a thread of its own has the system give the pages that the heap grows by before they
-/// are touched: a large document's tree and model are ten thousands of pages, and the second processor
-/// waits meanwhile. Takes a few megabytes at most that are not used afterwards. Where there is but one
-/// processor, or no thread to be had, it does nothing.
-class MemoryAhead {
+/// During its lifetime, a thread has the system allocate the pages that the heap grows by before they are
+/// used: the tree and model of a large document take tens of thousands of pages, and the second core is idle
+/// meanwhile. At most a few megabytes are allocated that are not used. Does nothing on a single core, or if
+/// no thread can be started.
+class MemoryPrefault {
 public:
     /// @param inputBytes  size of the document; for small ones, the thread would cost more than it saves
-    explicit MemoryAhead(std::size_t inputBytes);
-    ~MemoryAhead();
-    MemoryAhead(const MemoryAhead&) = delete;
-    MemoryAhead& operator=(const MemoryAhead&) = delete;
+    explicit MemoryPrefault(std::size_t inputBytes);
+    ~MemoryPrefault();
+    MemoryPrefault(const MemoryPrefault&) = delete;
+    MemoryPrefault& operator=(const MemoryPrefault&) = delete;
 
 private:
     void Run(char* heapEnd);
