@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "platform/model/walk_prefetch.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"

@@ -393,6 +393,7 @@ TEST_F(PrintTest, FormatsAreListed) {
 TEST_F(PrintTest, ResolutionsThatAreNone) {
     for (const char* value : {"nan", "-nan", "inf", "0", "0.5", "10001", "x", ""}) {
         EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", value}).exitCode, 2) << value;
+        EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--flatten-dpi", value}).exitCode, 2) << value;
         EXPECT_FALSE(Exists("a.png")) << value;
     }
 }
