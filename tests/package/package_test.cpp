@@ -97,10 +97,11 @@ TEST_F(PackageTest, TheCommandRunsWithItsOwnLibrariesAndModules) {
 }
 
 TEST_F(PackageTest, AProjectOfOthersBuildsTheExamples) {
-    const ToolRun configured = Configure(
-        ORV_SOURCE_PATH "/tests/package/consumer",
-        {"-DCMAKE_CXX_COMPILER=" ORV_CONSUMER_COMPILER, std::string("-DCMAKE_CXX_FLAGS=") + kFlags,
-         "-DEXAMPLES=" ORV_SOURCE_PATH "/examples", "-DHEADERS=" + (Prefix() / "include/orvprint").string()});
+    const ToolRun configured =
+        Configure(ORV_SOURCE_PATH "/tests/package/consumer",
+                  {"-DCMAKE_CXX_COMPILER=" ORV_CONSUMER_COMPILER, std::string("-DCMAKE_CXX_FLAGS=") + kFlags,
+                   "-DVERSION=" ORV_VERSION, "-DEXAMPLES=" ORV_SOURCE_PATH "/examples",
+                   "-DHEADERS=" + (Prefix() / "include/orvprint").string()});
     ASSERT_EQ(configured.exitCode, 0) << configured.errors;
     const ToolRun built = RunProgram({"cmake", "--build", "build"});
     ASSERT_EQ(built.exitCode, 0) << built.output;
