@@ -9,7 +9,28 @@
 #include "platform/system/ORVUnicodeString.h"
 #include "platform/system/namespace.h"
 
+class ORVFont;
 class ORVFontFace;
+
+/// A font that a style sheet asks for.
+struct ORVFontQuery {
+    std::string_view families;  ///< list as CSS writes it: names, perhaps quoted, and generic ones
+    int weight = 400;           ///< 1 to 1000
+    bool isItalic = false;
+    double stretch = 100.0;  ///< percent of the normal width
+};
+
+/// The font that comes nearest to a query.
+struct ORVFontChoice {
+    const ORVFont* font = nullptr;  ///< never null; text cannot be set in ORVFont::Unavailable()
+    int weight = 25;                ///< of ORVTextStyle, for the very face: 26 where it is to be thickened
+    bool isToBeSlanted = false;     ///< the family has nothing italic
+    bool isOfFamily = true;         ///< false: none of the families is installed, nor one that stands for it
+};
+
+/// Chooses a font: of the first family that is installed, or that fontconfig has another one for, the face
+/// nearest in slant, width and weight; else of the usual serif fonts. May be called from any thread.
+ORV_PLATFORM_EXPORT ORVFontChoice ORVChooseFont(const ORVFontQuery& query);
 
 /// A font of the catalogue. The catalogue lists the outline fonts installed on the machine, and the plain
 /// fonts that the host registered; it is built at the first question and owns its fonts, which live as long
