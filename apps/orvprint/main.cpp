@@ -56,6 +56,12 @@ CLI::Validator IsNumber() {
 }
 
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
+    command
+        .add_option("--interpreter", options.interpreter,
+                    "Dialect: SVG, or SVG2 for standard SVG (default: ORVPRINT_INTERPRETER, else SVG)")
+        ->envname("ORVPRINT_INTERPRETER")
+        ->transform(CLI::IsMember({"SVG", "SVG2"}, CLI::ignore_case))
+        ->option_text("SVG|SVG2");
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
         ->option_text("light|dom [light]");

@@ -3,11 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include "generators/common/export.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Lets several drawings come out as one document: passes everything on to a generator, but begins and ends
 /// its document once and numbers pages through. Identifiers of different drawings are kept apart.
-class ORVGeneratorSequence final : public ORVPrintGenerator {
+class ORV_GENERATORS_EXPORT ORVGeneratorSequence final : public ORVPrintGenerator {
 public:
     /// The first drawing's title becomes the document's.
     /// @param target     must outlive the sequence

@@ -22,6 +22,7 @@ public:
     /// What went wrong; empty when nothing did, or when it was the output (which then says it).
     const std::string& GetError() const;
 
+    unsigned int GetPowers() const override { return kGradients; }
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& /*group*/) override { return 1; }

@@ -192,6 +192,9 @@ void BandRenderer::Paint(const RasterOperation& operation) {
     const RasterClip& clip = list_.GetClips()[operation.clip];
     if (operation.clipped && clip.outline) MakeMask(operation, *clip.outline);
     if (operation.picture && !pictures_.Find(*operation.picture, source_)) source_ = {};
+    if (operation.gradient)
+        coverage_.AddWork(
+            gradient_.Begin(*operation.gradient, operation.left, std::min(operation.right, width_)));
     const std::uint64_t before = coverage_.GetWork();
     if (operation.smooths) {
         if (operation.evenOdd)
@@ -211,6 +214,7 @@ void BandRenderer::Paint(const RasterOperation& operation) {
 
 std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const {
     if (source_.samples) return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) * kReadWork;
+    if (operation.gradient) return kMixedPixelWork + gradient_.GetPixelWork();
     if (operation.clipped) return kMixedPixelWork;
     return operation.colour.opacity == 255 ? 1 : kBlendedPixelWork;
 }
@@ -218,7 +222,7 @@ std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const 
 template <CoverageRule kRule>
 void BandRenderer::PaintWith(const RasterOperation& operation) {
     ORVPrintColour colour = operation.colour;
-    const bool isPlain = !operation.picture || source_.GetColour(colour);
+    const bool isPlain = !operation.gradient && (!operation.picture || source_.GetColour(colour));
     if (!isPlain || operation.clipped) {
         AlphaPaint paint(*this, operation);
         coverage_.Sweep<kRule>(paint);
@@ -281,12 +285,14 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
     if (opacity != 255)
         for (int x = begin; x < end; ++x)
             alphas[x] = static_cast<std::uint8_t>(DivideBy255(alphas[x] * opacity));
-    if (!operation.picture) {
+    if (operation.gradient) {
+        LayPixels(gradient_.Read(row, begin, end), pixels, begin, end, alphas);
+    } else if (!operation.picture) {
         BlendColour(operation.colour, pixels, begin, end, alphas);
     } else if (source_.samples) {
         colours_.resize((static_cast<std::size_t>(end - begin) + 4) * 4);
         source_.Read(row, begin, end, colours_.data());
-        BlendPicture(pixels, begin, end, alphas);
+        LayPixels(colours_.data(), pixels, begin, end, alphas);
     }
 }
 
@@ -304,8 +310,8 @@ void BandRenderer::BlendColour(const ORVPrintColour& colour, std::uint8_t* pixel
     }
 }
 
-void BandRenderer::BlendPicture(std::uint8_t* pixels, int begin, int end, const std::uint8_t* alphas) const {
-    const std::uint8_t* from = colours_.data();
+void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int begin, int end,
+                             const std::uint8_t* alphas) const {
     if (pixelBytes_ == 1) {
         for (int x = begin; x < end; ++x, from += 4) {
             const unsigned int left = 255 - DivideBy255(from[3] * static_cast<unsigned int>(alphas[x]));

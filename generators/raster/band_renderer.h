@@ -7,6 +7,7 @@
 #include "generators/raster/ORVBandSink.h"
 #include "generators/raster/coverage_buffer.h"
 #include "generators/raster/display_list.h"
+#include "generators/raster/gradient_source.h"
 #include "generators/raster/paint_budget.h"
 #include "generators/raster/picture_store.h"
 #include "generators/raster/stroke_dashes.h"
@@ -55,7 +56,8 @@ private:
     void BlendRow(const RasterOperation& operation, int row, int begin, int end, std::uint8_t* alphas);
     void BlendColour(const ORVPrintColour& colour, std::uint8_t* pixels, int begin, int end,
                      const std::uint8_t* alphas) const;
-    void BlendPicture(std::uint8_t* pixels, int begin, int end, const std::uint8_t* alphas) const;
+    void LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int begin, int end,
+                     const std::uint8_t* alphas) const;
 
     std::uint8_t* BeginRow(int row);
     RasterBand Finish(int firstRow, int rowCount);
@@ -84,4 +86,5 @@ private:
     std::vector<std::uint8_t> mask_;  // of the present clip, with what makes it; empty until there is one
     CoverageBuffer maskCoverage_;
     PictureSource source_;
+    GradientSource gradient_;
 };

@@ -12,8 +12,10 @@ bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
            a.dy == b.dy;
 }
 
-bool IsGreyColour(const ORVPrintColour& colour) {
-    return colour.red == colour.green && colour.green == colour.blue;
+bool IsGreyPaint(const RasterOperation& operation) {
+    if (operation.gradient) return operation.gradient->stops->isGrey;
+    const ORVPrintColour& colour = operation.colour;
+    return !operation.picture && colour.red == colour.green && colour.green == colour.blue;
 }
 
 // The rows that a clip leaves.
@@ -42,6 +44,7 @@ void DisplayList::Clear() {
     pens_.Clear();
     pictures_.clear();
     glyphs_.Clear();
+    gradients_.Clear();
     arena_.Clear();
     isGrey_ = true;
 }
@@ -94,6 +97,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.evenOdd = fill->evenOdd;
         if (fill->pattern)
             operation.picture = KeepPicture(*fill->pattern, ToDevice(fill->patternToPage), true);
+        SetGradient(fill->gradient, operation);
         AddOperation(operation, extent);
     }
     if (stroke && (isNear || outlines_.Make(path, toDevice, PathUse::kStroke, geometry, extent))) {
@@ -101,8 +105,16 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.geometry = geometry;
         operation.fills = false;
         operation.pen = pens_.Find(*stroke, toDevice, thinnest_);
+        SetGradient(stroke->gradient, operation);
         AddOperation(operation, extent);
     }
+}
+
+void DisplayList::SetGradient(const ORVPrintGradient* gradient, RasterOperation& operation) {
+    operation.gradient = gradient ? gradients_.Find(*gradient, ToDevice(gradient->toPage)) : nullptr;
+    if (!operation.gradient) return;
+    operation.picture = nullptr;
+    operation.colour.opacity = 255;  // its colours have their own
 }
 
 void DisplayList::AddImage(const ORVPrintImage& image) {
@@ -169,7 +181,7 @@ bool DisplayList::FitToClip(RasterOperation& operation, const RasterExtent& exte
 
 void DisplayList::AddOperation(RasterOperation operation, const RasterExtent& extent) {
     if (!FitToClip(operation, extent)) return;
-    if (!IsGreyColour(operation.colour) || operation.picture) isGrey_ = false;
+    if (!IsGreyPaint(operation)) isGrey_ = false;
     const std::size_t before = pieces_.GetSize();
     CutterFor(operation).CutOutlines(extent);
     if (pieces_.GetSize() > before) operations_.Append(operation);
@@ -180,6 +192,6 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
     const RasterExtent extent = CutterFor(operation).CutGlyphs(places_);
     if (!FitToClip(operation, extent)) pieces_.Truncate(before);
     if (pieces_.GetSize() == before) return;
-    if (!IsGreyColour(operation.colour) || operation.picture) isGrey_ = false;
+    if (!IsGreyPaint(operation)) isGrey_ = false;
     operations_.Append(operation);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "generators/raster/glyph_store.h"
+#include "generators/raster/gradient_store.h"
 #include "generators/raster/outline_collector.h"
 #include "generators/raster/pen_store.h"
 #include "generators/raster/raster_memory.h"
@@ -45,6 +46,8 @@ private:
     RasterOperation NewOperation(const ORVPrintColour& colour) const;
     void AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, const ORVPrintFill* fill,
                  const ORVPrintStroke* stroke);
+    /// Lets a gradient paint instead of the colour, where it can.
+    void SetGradient(const ORVPrintGradient* gradient, RasterOperation& operation);
     /// Draws an image on the unit square.
     void AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& squareToDevice, std::uint8_t opacity);
     /// Finds out which columns an operation may touch, and whether its clip cuts anything off.
@@ -79,6 +82,7 @@ private:
     std::vector<std::uint32_t> openClips_;
     PenStore pens_;
     GlyphStore glyphs_;
+    GradientStore gradients_{arena_};
     std::deque<RasterPicture> pictures_;
 
     OutlineCollector outlines_{arena_};

@@ -67,6 +67,7 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         operation.colour = text.fill->colour;
         if (text.fill->pattern)
             operation.picture = KeepPicture(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
+        SetGradient(text.fill->gradient, operation);
         if (run.syntheticBold) operation.pen = pens_.Find(BoldStrokeOf(run), toDevice, thinnest_);
         AddGlyphs(operation);
     }
@@ -75,6 +76,7 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         operation.picture = nullptr;
         operation.fills = false;
         operation.pen = pens_.Find(*text.stroke, toDevice, thinnest_);
+        SetGradient(text.stroke->gradient, operation);
         AddGlyphs(operation);
     }
 }
@@ -84,7 +86,10 @@ void DisplayList::AddRunOutlines(const ORVPrintText& text, const ORVGlyphRun& ru
     ORVCollectOutlines(run, path_);
     ORVPrintStroke bold = BoldStrokeOf(run);
     const bool isBold = text.fill && run.syntheticBold;
-    if (isBold) bold.colour = text.fill->colour;
+    if (isBold) {
+        bold.colour = text.fill->colour;
+        bold.gradient = text.fill->gradient;
+    }
     AddPath(path_, toDevice, text.fill, isBold ? &bold : nullptr);
     AddPath(path_, toDevice, nullptr, text.stroke);
 }

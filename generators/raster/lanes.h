@@ -63,6 +63,16 @@ inline FloatLanes ToFloat(const SignedLanes& lanes) { return __builtin_convertve
 /// Without the fractions.
 inline SignedLanes ToWhole(const FloatLanes& lanes) { return __builtin_convertvector(lanes, SignedLanes); }
 
+/// Square roots of numbers that are not below 0.
+inline FloatLanes SquareRoot(const FloatLanes& lanes) {
+#ifdef __SSE__
+    return __builtin_ia32_sqrtps(lanes);
+#else
+    return {__builtin_sqrtf(lanes[0]), __builtin_sqrtf(lanes[1]), __builtin_sqrtf(lanes[2]),
+            __builtin_sqrtf(lanes[3])};
+#endif
+}
+
 /// The lowest byte of each lane, in their order; the other bytes must be zero.
 inline std::uint32_t PackBytes(const Lanes& lanes) {
     const auto halves = std::bit_cast<LongLanes>(lanes);

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "generators/raster/glyph_store.h"
+#include "generators/raster/raster_gradient.h"
 #include "generators/raster/raster_outline.h"
 #include "generators/raster/stroke_pen.h"
 #include "platform/print/ORVPrintGenerator.h"
@@ -35,6 +36,7 @@ struct RasterOperation {
     const RasterGlyphPlace* glyphs = nullptr;  // or of glyphs
     const StrokePen* pen = nullptr;            // draws the outlines; null for none
     const RasterPicture* picture = nullptr;    // paints instead of the colour
+    const RasterGradient* gradient = nullptr;  // does, too
     std::uint32_t clip = 0;
     ORVPrintColour colour;
     bool fills = true;

@@ -25,6 +25,8 @@ void StrokeDasher::AddContour(StrokeCourse& course, bool closed) {
 
 bool StrokeDasher::ShowsAsSolid(const StrokeCourse& course) const {
     if (!GetPen().hidesGaps) return false;
+    // What begins with a gap begins later.
+    if (!StartsInDash() && !GetPen().isFine) return false;
     // A corner in a gap has no join, which shows unless the join is like the caps.
     const bool joinsAreCaps =
         GetPen().cap == ORVPrintStroke::Cap::kRound && GetPen().join == ORVPrintStroke::Join::kRound;
@@ -34,7 +36,7 @@ bool StrokeDasher::ShowsAsSolid(const StrokeCourse& course) const {
 void StrokeDasher::EndWithLastDash(StrokeCourse& course) const {
     const ORVMathPoint2D from = course.points[course.points.size() - 2];
     ORVMathPoint2D& to = course.points.back();
-    double length = 0.0, last = 0.0;
+    double length = GetPen().dashStart, last = 0.0;
     for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
         const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
         const ORVMathVector2D v = Turned(GetPen().fromDevice, {b.x - a.x, b.y - a.y});
@@ -47,6 +49,13 @@ void StrokeDasher::EndWithLastDash(StrokeCourse& course) const {
     if (entry % 2 == 0) return;
     const double gap = length - (period * GetPen().dashPeriod + GetPen().dashEnds[entry - 1]);
     if (gap > 0.0 && gap < last) to = Mix(from, to, 1.0 - gap / last);
+}
+
+bool StrokeDasher::StartsInDash() const {
+    double period = 0.0;
+    std::size_t entry = 0;
+    FindInPattern(GetPen().dashStart, period, entry);
+    return entry % 2 == 0;
 }
 
 void StrokeDasher::FindInPattern(double at, double& period, std::size_t& entry) const {
@@ -98,9 +107,10 @@ void StrokeDasher::AddDashes(StrokeCourse& course, bool closed) {
     dash_.Clear();
     firstDash_.Clear();
 
-    bool isOpen = false;          // a dash has begun and not ended
-    bool collectsFirst = closed;  // the first dash of a closed line may continue its last one
-    double distance = 0.0;        // along the line so far, pen space
+    bool isOpen = false;  // a dash has begun and not ended
+    // The first dash of a closed line may continue its last one.
+    bool collectsFirst = closed && StartsInDash();
+    double distance = GetPen().dashStart;  // along the line so far, pen space
     ORVMathVector2D direction{1.0, 0.0};
     const auto finish = [&] {
         if (collectsFirst) {

@@ -20,6 +20,7 @@ private:
     void AddDash(const ORVMathVector2D& direction);
     /// True when caps cover the gaps of all of the line, so that it need not be cut.
     bool ShowsAsSolid(const StrokeCourse& course) const;
+    bool StartsInDash() const;
     /// Takes away the gap that an open line ends with.
     void EndWithLastDash(StrokeCourse& course) const;
     /// Finds the part of a segment that may show, as shares of its length. @return false when there is none

@@ -65,7 +65,7 @@ struct PageFacts {
     std::string title;
 };
 
-/// A drawing whose model stands.
+/// A drawing whose pages are known.
 struct Drawing {
     ORVPrintInterpreter& interpreter;
     std::vector<PageFacts> pages;
