@@ -98,6 +98,19 @@ inline Lanes LoadBytes(const std::uint8_t* from) {
     return std::bit_cast<Lanes>(LowHalf(WidenBytes(bytes, 0)));
 }
 
+/// Luminance as it is perceived; white stays white, greys stay what they are.
+inline std::uint8_t ORVGreyOf(unsigned int red, unsigned int green, unsigned int blue) {
+    return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
+}
+
+/// Multiplies alphas (0 to 255) by others.
+inline void ORVMultiplyAlphas(std::uint8_t* alphas, const std::uint8_t* others, int count) {
+    for (int i = 0; i < count; ++i) {
+        const unsigned int product = alphas[i] * static_cast<unsigned int>(others[i]) + 128;
+        alphas[i] = static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
+    }
+}
+
 static_assert(std::endian::native == std::endian::little,
               "two bytes of a pixel are a number, the first its lower half");
 
