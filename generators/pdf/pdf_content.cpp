@@ -1,6 +1,7 @@
 #include "generators/pdf/pdf_content.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -13,6 +14,8 @@
 #include "generators/pdf/pdf_fonts.h"
 #include "generators/pdf/pdf_glyphs.h"
 #include "generators/pdf/pdf_images.h"
+#include "generators/pdf/pdf_object_pool.h"
+#include "generators/pdf/pdf_reach.h"
 #include "generators/pdf/pdf_syntax.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
@@ -34,6 +37,31 @@ double ToRange(double coordinate) {
     return std::clamp(coordinate, -kPdfCoordinateLimit, kPdfCoordinateLimit);
 }
 
+std::string_view NameOf(ORVPrintBlendMode blend) {
+    constexpr std::array<std::string_view, 16> kNames{"Normal",    "Multiply",   "Screen",     "Overlay",
+                                                      "Darken",    "Lighten",    "ColorDodge", "ColorBurn",
+                                                      "HardLight", "SoftLight",  "Difference", "Exclusion",
+                                                      "Hue",       "Saturation", "Color",      "Luminosity"};
+    return kNames[static_cast<std::size_t>(blend)];
+}
+
+/// The graphics state under which a group is shown.
+std::string StateOf(const PdfLayerPaint& paint) {
+    std::string opacity, text = "<<";
+    AppendDecimal(opacity, std::clamp(paint.opacity, 0.0, 1.0), kPdfPlaces);
+    text += "/ca " + opacity + "/CA " + opacity;
+    if (paint.blend != ORVPrintBlendMode::kNormal) (text += "/BM/") += NameOf(paint.blend);
+    if (paint.mask != 0) {
+        text += paint.maskKind == ORVPrintMask::Kind::kOpacity ? "/SMask<</S/Alpha"
+                                                               : "/SMask<</S/Luminosity/BC[0 0 0]";
+        text += "/G " + PdfReference(paint.mask) + ">>";
+    }
+    return text + ">>";
+}
+
+constexpr ORVMathBox2D kEverywhere{-kPdfCoordinateLimit, kPdfCoordinateLimit, -kPdfCoordinateLimit,
+                                   kPdfCoordinateLimit};
+
 /// Coordinates are finer than any printer, and no finer than a page's size asks for.
 int PlacesFor(double longestSide) {
     constexpr double kLarge = 400.0, kSmall = 40.0;
@@ -45,49 +73,129 @@ int PlacesFor(double longestSide) {
 PdfContent::PdfContent(PdfDocumentObjects& document, double width, double height)
     : document_(document),
       toDefault_{kPointsPerUserUnit, 0.0, 0.0, -kPointsPerUserUnit, 0.0, height * kPointsPerUserUnit},
+      visible_{0.0, width, 0.0, height},
       out_(&document.file, PlacesFor(std::max(width, height))),
-      extent_({0.0, width, 0.0, height}) {
+      extent_(std::make_shared<PdfExtent>(visible_)) {
     out_.Concatenate(toDefault_);
 }
 
-PdfContent::PdfContent(PdfDocumentObjects& document) : document_(document), out_(nullptr, 4) {
+PdfContent::PdfContent(PdfDocumentObjects& document)
+    : document_(document), visible_(kEverywhere), out_(nullptr, 4), extent_(std::make_shared<PdfExtent>()) {
     out_.ForgetPaint();
 }
+
+PdfContent::PdfContent(PdfContent& shownBy, const ORVMathBox2D& box, bool isOutOfSight)
+    : document_(shownBy.document_),
+      visible_(shownBy.VisiblePart(box)),
+      out_(&document_.file, shownBy.out_.GetPlaces()),
+      extent_(isOutOfSight ? std::make_shared<PdfExtent>(visible_) : shownBy.extent_) {
+    out_.ForgetPaint();
+    std::string written;
+    AppendPdfBox(written, visible_, out_.GetPlaces());
+    out_.ComeInForms(std::move(written));
+    extent_->BeginClip(visible_);
+}
+
+ORVMathBox2D PdfContent::VisiblePart(const ORVMathBox2D& box) const { return PdfCommonBox(visible_, box); }
 
 void PdfContent::BeginClip(const ORVMathBox2D& box) {
     ORVMathBox2D cut{0.0, 0.0, 0.0, 0.0};
     if (!box.IsEmpty()) cut = {ToRange(box.xMin), ToRange(box.xMax), ToRange(box.yMin), ToRange(box.yMax)};
-    extent_.BeginClip(cut);
-    out_.Save();
+    extent_->BeginClip(cut);
+    out_.SaveForClip();
     out_.PutPoint({cut.xMin, cut.yMin});
     out_.PutPoint({cut.xMax - cut.xMin, cut.yMax - cut.yMin});
     out_.Put("re W n\n");
+    out_.BeginClipped();
+    ++openClips_;
+}
+
+void PdfContent::BeginClipPath(const ORVPrintClipPath& clip) {
+    ORVMathBox2D box = PdfCommonBox(PdfPathBox(clip.path, clip.toPage), kEverywhere);
+    const ORVPrintPath* path = nullptr;
+    if (IsDrawable(clip.toPage) && !box.IsEmpty())
+        path = &FitPathToRange(clip.path, clip.toPage, kPdfCoordinateLimit, PathUse::kFill, fitted_);
+    if (path && path->IsEmpty()) path = nullptr;
+    if (!path) box = {};
+    extent_->BeginClip(box);
+    out_.SaveForClip();
+    if (path)
+        out_.PutPath(*path, clip.toPage);
+    else
+        out_.Put("-1 -1 0 0 re\n");  // no area, in which nothing shows
+    out_.Put(clip.evenOdd ? "W* n\n" : "W n\n");
+    out_.BeginClipped();
+    ++openClips_;
 }
 
 bool PdfContent::EndClip() {
-    if (!extent_.EndClip()) return false;
-    out_.Restore();
+    if (openClips_ == 0) return false;
+    --openClips_;
+    extent_->EndClip();
+    out_.EndClipped();
     return true;
 }
 
-void PdfContent::SetFill(const ORVPrintFill& fill) {
+PdfPaint PdfContent::MakeGradientPaint(const ORVPrintGradient& gradient, const ORVMathBox2D& box) {
+    const PdfPaint paint = MakePdfGradientPaint(gradient, box, toDefault_, document_.pool);
+    if (paint.pattern == 0) return paint;
+    out_.GetResources().AddPattern(paint.pattern);
+    out_.GetResources().NotePaint(true, paint.mask != 0);
+    return paint;
+}
+
+PdfPaint PdfContent::MakePaint(const ORVPrintFill& fill, const ORVMathBox2D& box) {
+    if (fill.gradient) return MakeGradientPaint(*fill.gradient, box);
+    PdfPaint paint{fill.colour};
     if (fill.pattern)
-        out_.SetFillPattern(
-            out_.GetResources().FindPattern(fill, toDefault_, document_.images, document_.file));
+        paint.pattern = out_.GetResources().FindPattern(fill, toDefault_, document_.images, document_.file);
+    return paint;
+}
+
+PdfPaint PdfContent::MakePaint(const ORVPrintStroke& stroke, const ORVMathBox2D& box) {
+    return stroke.gradient ? MakeGradientPaint(*stroke.gradient, box) : PdfPaint{stroke.colour};
+}
+
+void PdfContent::SetFill(const PdfPaint& paint) {
+    if (paint.pattern != 0)
+        out_.SetFillPattern(paint.pattern);
     else
-        out_.SetFill(fill.colour);
-    out_.SetFillOpacity(fill.colour.opacity);
+        out_.SetFill(paint.colour);
+    out_.SetFillOpacity(paint.colour.opacity);
+}
+
+void PdfContent::SetStroke(const PdfPaint& paint, const ORVPrintStroke& stroke, double scale) {
+    if (paint.pattern != 0)
+        out_.SetStrokePattern(paint.pattern);
+    else
+        out_.SetStroke(paint.colour);
+    out_.SetStrokeOpacity(paint.colour.opacity);
+    out_.SetPen(stroke, scale);
+}
+
+void PdfContent::BeginMasked(const PdfPaint& paint) {
+    if (paint.mask == 0) return;
+    out_.Save();
+    out_.SetState(paint.mask);
+}
+
+void PdfContent::EndMasked(const PdfPaint& paint) {
+    if (paint.mask != 0) out_.Restore();
 }
 
 void PdfContent::DrawShape(const ORVPrintShape& shape) {
-    if (!IsDrawable(shape.toPage)) return;
+    if (!IsDrawable(shape.toPage) || visible_.IsEmpty()) return;
     const bool isSimple = !shape.stroke || KeepsAngles(shape.toPage);
     const double scale = Enlargement(shape.toPage);
-    if (extent_.IsMeasured()) {
-        const double margin =
-            shape.stroke ? 0.5 * std::min(shape.stroke->width * scale, kPdfCoordinateLimit) : 0.0;
-        extent_.AddPath(shape.path, shape.toPage, margin);
-        if (shape.stroke) extent_.AddPaintMargin(margin * std::clamp(shape.stroke->miterLimit, 2.0, 100.0));
+    if (extent_->IsMeasured()) {
+        const double margin = PdfHalfWidth(shape.stroke, scale);
+        extent_->AddPath(shape.path, shape.toPage, margin);
+        if (shape.stroke) extent_->AddPaintMargin(margin * PdfCornerReach(*shape.stroke));
+    }
+    ORVMathBox2D box;
+    if ((shape.fill && shape.fill->gradient) || (shape.stroke && shape.stroke->gradient)) {
+        box = VisiblePart(PdfPaintedBox(shape));
+        if (box.IsEmpty()) return;
     }
 
     const ORVPrintPath* fillPath =
@@ -95,51 +203,55 @@ void PdfContent::DrawShape(const ORVPrintShape& shape) {
                    : nullptr;
     // One operator paints both, but where they overlap an opacity of the stroke would show the fill's
     // absence.
-    if (fillPath == &shape.path && shape.stroke && isSimple && shape.stroke->colour.opacity == 255) {
-        SetFill(*shape.fill);
-        out_.SetStroke(*shape.stroke, scale);
+    const PdfPaint fill = fillPath ? MakePaint(*shape.fill, box) : PdfPaint();
+    const PdfPaint stroke = shape.stroke ? MakePaint(*shape.stroke, box) : PdfPaint();
+    if (fillPath == &shape.path && shape.stroke && isSimple && stroke.colour.opacity == 255 &&
+        fill.mask == 0 && stroke.mask == 0) {
+        SetFill(fill);
+        SetStroke(stroke, *shape.stroke, scale);
         out_.PutPath(shape.path, shape.toPage);
         out_.Put(shape.fill->evenOdd ? "B*\n" : "B\n");
         return out_.Flush();
     }
     if (fillPath) {
-        SetFill(*shape.fill);
+        BeginMasked(fill);
+        SetFill(fill);
         out_.PutPath(*fillPath, shape.toPage);
         out_.Put(fillPath->IsEmpty() ? "" : shape.fill->evenOdd ? "f*\n" : "f\n");
+        EndMasked(fill);
     }
-    if (shape.stroke && !IsFlat(shape.toPage)) {
-        const ORVPrintPath& path =
-            FitPathToRange(shape.path, shape.toPage, kPdfCoordinateLimit, PathUse::kStroke, fitted_);
-        if (path.IsEmpty()) return;
-        if (isSimple) {
-            out_.SetStroke(*shape.stroke, scale);
-            out_.PutPath(path, shape.toPage);
-            out_.Put("S\n");
-        } else {
-            // The pen goes through the map. The path's own lengths are brought near those on the page, so
-            // that their digits suffice.
-            out_.Save();
-            out_.Concatenate(shape.toPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale));
-            out_.SetStroke(*shape.stroke, scale);
-            out_.PutPath(path, ORVMathAffine2D::Scaling(scale, scale));
-            out_.Put("S\n");
-            out_.Restore();
-        }
-    }
+    if (shape.stroke && !IsFlat(shape.toPage)) StrokeShape(shape, stroke, isSimple, scale);
     out_.Flush();
 }
 
+void PdfContent::StrokeShape(const ORVPrintShape& shape, const PdfPaint& paint, bool isSimple, double scale) {
+    const ORVPrintPath& path =
+        FitPathToRange(shape.path, shape.toPage, kPdfCoordinateLimit, PathUse::kStroke, fitted_);
+    if (path.IsEmpty()) return;
+    BeginMasked(paint);
+    if (isSimple) {
+        SetStroke(paint, *shape.stroke, scale);
+        out_.PutPath(path, shape.toPage);
+        out_.Put("S\n");
+    } else {
+        // The pen goes through the map. The path's own lengths are brought near those on the page, so
+        // that their digits suffice.
+        out_.Save();
+        out_.Concatenate(shape.toPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale));
+        SetStroke(paint, *shape.stroke, scale);
+        out_.PutPath(path, ORVMathAffine2D::Scaling(scale, scale));
+        out_.Put("S\n");
+        out_.Restore();
+    }
+    EndMasked(paint);
+}
+
 void PdfContent::DrawText(const ORVPrintText& text) {
-    if (!IsDrawable(text.toPage) || IsFlat(text.toPage)) return;
-    if (extent_.IsMeasured()) {
-        const double advance = text.layout.advance, half = 0.5 * (text.layout.ascent + text.layout.descent);
-        const bool isVertical = !text.layout.runs.empty() && text.layout.runs.front().vertical;
-        extent_.AddBox(isVertical ? ORVMathBox2D{-half, half, -advance, 0.0}
-                                  : ORVMathBox2D{0.0, advance, -text.layout.descent, text.layout.ascent},
-                       text.toPage);
-        // Glyphs may reach beyond the line's box, and lines around them do.
-        for (const ORVGlyphRun& run : text.layout.runs)
-            extent_.AddPaintMargin(std::min(2.0 * run.size * Enlargement(text.toPage), kPdfCoordinateLimit));
+    if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || visible_.IsEmpty()) return;
+    const double scale = Enlargement(text.toPage);
+    if (extent_->IsMeasured()) {
+        extent_->AddBox(PdfLineBox(text.layout), text.toPage);
+        for (const ORVGlyphRun& run : text.layout.runs) extent_->AddPaintMargin(PdfGlyphReach(run, scale));
     }
     if (text.clip) {
         out_.Save();
@@ -147,7 +259,7 @@ void PdfContent::DrawText(const ORVPrintText& text) {
         out_.Put("W n\n");
     }
     for (const ORVGlyphRun& run : text.layout.runs) {
-        const double size = run.size * Enlargement(text.toPage);
+        const double size = run.size * scale;
         const bool isWithin = std::all_of(run.glyphs.begin(), run.glyphs.end(), [&](const ORVGlyph& glyph) {
             const ORVMathPoint2D p = text.toPage({glyph.x, glyph.y});
             return std::fabs(p.x) < kPdfCoordinateLimit && std::fabs(p.y) < kPdfCoordinateLimit;
@@ -165,13 +277,14 @@ void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run
     if (outlines_.IsEmpty()) return;
     // DrawShape counts boxes by itself; the text has been counted.
     std::vector<ORVMathBox2D> boxes;
-    extent_.SwapBoxes(boxes);
+    extent_->SwapBoxes(boxes);
     DrawShape({outlines_, text.toPage, nullptr, &stroke});
-    extent_.SwapBoxes(boxes);
+    extent_->SwapBoxes(boxes);
 }
 
 void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
-    constexpr int kFillMode = 0, kStrokeMode = 1, kBothMode = 2;
+    constexpr int kFillMode = 0, kStrokeMode = 1, kBothMode = 2, kUnseenMode = 3;
+    const double scale = Enlargement(text.toPage);
     const bool isDrawnFont =
         document_.fonts.Find(*run.face, document_.file).GetKind() == PdfFont::Kind::kDrawn;
 
@@ -180,20 +293,38 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     thickening.width = ORVFontFace::kSyntheticBoldStroke * run.size;
     thickening.join = ORVPrintStroke::Join::kRound;
     const bool isThickened = run.syntheticBold && text.fill && !text.fill->pattern;
-    if (isThickened) thickening.colour = text.fill->colour;
+    if (isThickened) {
+        thickening.colour = text.fill->colour;
+        thickening.gradient = text.fill->gradient;
+    }
 
     // Which lines the text operators can draw: fonts that are drawings have none, a pen needs a map that
     // keeps angles, and an opacity of its own must show the fill below.
     const ORVPrintStroke* stroke = text.stroke ? text.stroke : isThickened ? &thickening : nullptr;
-    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) &&
+    const bool hasGradient = (text.fill && text.fill->gradient) || (stroke && stroke->gradient);
+    ORVMathBox2D box;
+    if (hasGradient) {
+        box = VisiblePart(PdfPaintedBox(text));
+        if (box.IsEmpty()) return;
+    }
+    const PdfPaint fillPaint = text.fill ? MakePaint(*text.fill, box) : PdfPaint();
+    // Not all readers know patterns for lines around text, and some put fills of patterns over the lines.
+    const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && !hasGradient &&
                             (!text.fill || stroke == &thickening || stroke->colour.opacity == 255);
+    // Text whose line alone shows, as an outline, is there to be found.
+    const bool isUnseen = !text.fill && hasGradient && !isDrawnFont;
 
-    if (text.fill) SetFill(*text.fill);
-    if (byOperator) out_.SetStroke(*stroke, Enlargement(text.toPage));
-    if (text.fill || byOperator) {
+    if (text.fill || byOperator || isUnseen) {
+        BeginMasked(fillPaint);
+        if (text.fill) SetFill(fillPaint);
+        if (byOperator) SetStroke({stroke->colour}, *stroke, scale);
         out_.BeginText();
-        out_.SetTextMode(!byOperator ? kFillMode : text.fill ? kBothMode : kStrokeMode);
+        out_.SetTextMode(isUnseen      ? kUnseenMode
+                         : !byOperator ? kFillMode
+                         : text.fill   ? kBothMode
+                                       : kStrokeMode);
         ShowPdfGlyphs(out_, document_.fonts, document_.file, text, run, shown_);
+        EndMasked(fillPaint);
     }
     if (stroke && !byOperator) StrokeOutlines(text, run, *stroke);
     // Both kinds of line at once: the thickening went unseen so far.
@@ -201,11 +332,11 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
 }
 
 void PdfContent::DrawImage(const ORVPrintImage& image) {
-    if (!IsDrawable(image.toPage)) return;
+    if (!IsDrawable(image.toPage) || visible_.IsEmpty()) return;
     const ORVMathPoint2D corners[]{image.toPage({0.0, 0.0}), image.toPage({1.0, 0.0}),
                                    image.toPage({0.0, 1.0}), image.toPage({1.0, 1.0})};
     if (std::any_of(std::begin(corners), std::end(corners), IsFarOutside)) return;
-    extent_.AddBox({0.0, 1.0, 0.0, 1.0}, image.toPage);
+    extent_->AddBox({0.0, 1.0, 0.0, 1.0}, image.toPage);
     const PdfImage& found = document_.images.Find(image.image, true, document_.file);
     out_.GetResources().AddObject(found.object);
     out_.GetResources().NotePaint(!found.isGray, found.hasAlpha);
@@ -221,10 +352,10 @@ void PdfContent::DrawImage(const ORVPrintImage& image) {
 }
 
 void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
-    if (form.object == 0 || !IsDrawable(map) || IsFlat(map)) return;
+    if (form.object == 0 || !IsDrawable(map) || IsFlat(map) || visible_.IsEmpty()) return;
     if (IsFarOutside({map.dx, map.dy})) return;
-    extent_.AddBox(form.box, map);
-    extent_.AddPaintMargin(std::min(form.paintMargin * Enlargement(map), kPdfCoordinateLimit));
+    extent_->AddBox(form.box, map);
+    extent_->AddPaintMargin(std::min(form.paintMargin * Enlargement(map), kPdfCoordinateLimit));
     out_.GetResources().AddObject(form.object);
     out_.GetResources().NotePaint(form.isColoured, form.isTransparent);
     out_.Save();
@@ -236,6 +367,30 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     out_.PutPoint({map.dx, map.dy});
     out_.Put("cm ");
     out_.PutName('X', form.object);
+    out_.Put("Do\n");
+    out_.Restore();
+    out_.Flush();
+}
+
+void PdfContent::DrawGroup(unsigned int group, PdfLayerPaint paint) {
+    if (group == 0 || visible_.IsEmpty()) return;
+    if (paint.mask != 0 && paint.opacity != 1.0) {
+        // Some readers let an opacity count for the mask, too, that stands beside it.
+        PdfContent inner(*this, visible_, true);
+        inner.DrawGroup(group, {paint.opacity});
+        group = inner.FinishGroup(paint.isIsolated);
+        paint.opacity = 1.0;
+    }
+    out_.GetResources().AddObject(group);
+    out_.GetResources().NotePaint(true, true);
+    out_.Save();
+    out_.SetPlainLine();
+    out_.SetTextMode(0);
+    if (paint.opacity == 1.0 && paint.blend == ORVPrintBlendMode::kNormal && paint.mask == 0)
+        out_.SetOpacity(255, 255);
+    else
+        out_.SetState(document_.pool.Find(StateOf(paint)));
+    out_.PutName('X', group);
     out_.Put("Do\n");
     out_.Restore();
     out_.Flush();
@@ -262,13 +417,13 @@ std::string PdfContent::FinishPage() {
 }
 
 PdfForm PdfContent::FinishForm() {
-    const ORVMathBox2D& box = extent_.GetWholeBox();
+    const ORVMathBox2D& box = extent_->GetWholeBox();
     const PdfResources& resources = out_.GetResources();
     std::string content = out_.Take();
-    PdfForm form{0, box, extent_.GetPaintMargin(), resources.IsColoured(), resources.IsTransparent()};
+    PdfForm form{0, box, extent_->GetPaintMargin(), resources.IsColoured(), resources.IsTransparent()};
     if (content.empty() || box.IsEmpty()) return form;
     // Readers cut to this box: lines reach beyond their points at corners.
-    const double margin = extent_.GetPaintMargin() + 1.0;
+    const double margin = extent_->GetPaintMargin() + 1.0;
     std::string entries = "/Subtype/Form/BBox[";
     for (const double side : {std::floor(ToRange(box.xMin - margin)), std::floor(ToRange(box.yMin - margin)),
                               std::ceil(ToRange(box.xMax + margin)), std::ceil(ToRange(box.yMax + margin))}) {
@@ -280,4 +435,20 @@ PdfForm PdfContent::FinishForm() {
     document_.file.WriteStream(form.object, entries + "/Resources" + resources.MakeDictionary(),
                                std::move(content), PdfFile::Packing::kContent);
     return form;
+}
+
+unsigned int PdfContent::FinishGroup(bool isIsolated) {
+    while (EndClip()) {
+    }
+    extent_->EndClip();
+    std::string content = out_.Take();
+    if (content.empty() || visible_.IsEmpty()) return 0;
+    std::string entries = "/Subtype/Form/BBox";
+    AppendPdfBox(entries, visible_, out_.GetPlaces());
+    entries += "/Group<</S/Transparency/CS/DeviceRGB";
+    entries += isIsolated ? "/I true>>" : ">>";
+    const unsigned int object = document_.file.Reserve();
+    document_.file.WriteStream(object, entries + "/Resources" + out_.GetResources().MakeDictionary(),
+                               std::move(content), PdfFile::Packing::kContent);
+    return object;
 }

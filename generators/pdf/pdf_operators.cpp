@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <span>
 #include <utility>
@@ -120,7 +121,7 @@ void PdfOperators::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map)
             }
             case ORVPrintPath::Verb::kClose: put(room.data(), "h\n"); break;
         }
-        Flush();
+        if (formBox_.empty()) Flush();  // a form holds whole paths
     }
 }
 
@@ -168,8 +169,50 @@ void PdfOperators::WritePiece() {
 
 void PdfOperators::Flush() {
     if (!file_ || content_.size() < kPieceSize) return;
+    if (!formBox_.empty()) return FlushForm();
     WritePiece();
     content_.reserve(kPieceSize + 4096);
+}
+
+void PdfOperators::ComeInForms(std::string box) { formBox_ = std::move(box); }
+
+void PdfOperators::SaveForClip() {
+    Save();
+    clipStart_ = content_.size();
+}
+
+void PdfOperators::BeginClipped() {
+    if (!formBox_.empty()) clips_.push_back("q\n" + content_.substr(clipStart_));
+}
+
+void PdfOperators::EndClipped() {
+    Restore();
+    if (formBox_.empty()) return;
+    clips_.pop_back();
+    Flush();
+}
+
+void PdfOperators::FlushForm() {
+    // What repeats the open clips takes no more than half of a form.
+    const std::size_t written = content_.size() - repeated_;
+    if (saved_.size() == clips_.size() && written >= std::max(kPieceSize, repeated_)) WriteForm();
+}
+
+void PdfOperators::WriteForm() {
+    EndText();
+    for (std::size_t i = 0; i < clips_.size(); ++i) content_ += "Q\n";
+    if (formResources_ == 0) formResources_ = file_->Reserve();
+    pieces_.push_back(file_->Reserve());
+    file_->WriteStream(pieces_.back(),
+                       "/Subtype/Form/BBox" + formBox_ + "/Resources " + PdfReference(formResources_),
+                       std::move(content_), PdfFile::Packing::kContent);
+    // The next form begins as the first one did, and with the clips that are open.
+    content_ = std::string();
+    for (const std::string& clip : clips_) content_ += clip;
+    repeated_ = content_.size();
+    state_ = {};
+    ForgetPaint();
+    saved_.assign(clips_.size(), state_);
 }
 
 void PdfOperators::Save() {
@@ -225,12 +268,27 @@ void PdfOperators::SetFillPattern(unsigned int object) {
     Put("scn\n");
 }
 
-void PdfOperators::SetStrokeColour(const ORVPrintColour& colour) {
+void PdfOperators::SetStroke(const ORVPrintColour& colour) {
     if (const std::uint64_t key = ToKey(colour); state_.stroke != key) {
         state_.stroke = key;
         PutColour(key, "G\n", "RG\n");
     }
-    SetOpacity(state_.fillOpacity, colour.opacity);
+}
+
+void PdfOperators::SetStrokePattern(unsigned int object) {
+    const std::uint64_t key = kPatternColour + object;
+    if (state_.stroke == key) return;
+    state_.stroke = key;
+    Put("/Pattern CS ");
+    PutName('P', object);
+    Put("SCN\n");
+}
+
+void PdfOperators::SetState(unsigned int object) {
+    EndText();
+    resources_.AddState(object);
+    PutName('G', object);
+    Put("gs\n");
 }
 
 void PdfOperators::SetLine(double width, int cap, int join, double miterLimit) {
@@ -261,7 +319,11 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
     const std::span<const double> dashes =
         period > kShortestDashPeriod ? stroke.dashes : std::span<const double>();
     const auto onPage = [scale](double dash) { return std::min(dash * scale, 10.0 * kPdfCoordinateLimit); };
-    if (std::equal(dashes.begin(), dashes.end(), state_.dashes.begin(), state_.dashes.end(),
+    // Dashes come again after two rounds, should their number be odd.
+    const double offset =
+        dashes.empty() || stroke.dashOffset == 0.0 ? 0.0 : std::fmod(stroke.dashOffset * scale, 2.0 * period);
+    if (offset == state_.dashOffset &&
+        std::equal(dashes.begin(), dashes.end(), state_.dashes.begin(), state_.dashes.end(),
                    [&](double dash, double set) { return onPage(dash) == set; }))
         return;
     state_.dashes.clear();
@@ -270,11 +332,13 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
         state_.dashes.push_back(onPage(dash));
         PutNumber(state_.dashes.back());
     }
-    Put("]0 d\n");
+    Put("]");
+    PutNumber(offset);
+    Put("d\n");
+    state_.dashOffset = offset;
 }
 
-void PdfOperators::SetStroke(const ORVPrintStroke& stroke, double scale) {
-    SetStrokeColour(stroke.colour);
+void PdfOperators::SetPen(const ORVPrintStroke& stroke, double scale) {
     double width = std::min(stroke.width * scale, kPdfCoordinateLimit);
     // The format's line of width 0 is the thinnest that the device has.
     if (!(width >= kHairline)) width = 0.0;
@@ -311,5 +375,13 @@ std::vector<unsigned int> PdfOperators::Finish() {
 
 std::string PdfOperators::Take() {
     EndText();
+    if (pieces_.empty()) return std::move(content_);
+    WriteForm();
+    file_->WriteObject(formResources_, std::exchange(resources_, {}).MakeDictionary());
+    for (const unsigned int piece : pieces_) {
+        resources_.AddObject(piece);
+        PutName('X', piece);
+        Put("Do\n");
+    }
     return std::move(content_);
 }

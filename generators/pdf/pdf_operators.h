@@ -39,8 +39,17 @@ public:
     void PutFactors(const ORVMathAffine2D& map);
     /// Says what the marked content that begins here stands for (UTF-8); "EMC" ends it.
     void BeginActualText(std::string_view text);
-    /// Hands the content to the file when there is enough of it to be compressed on its own.
+    /// Hands the content to the file when there is enough of it to be compressed on its own. Not called
+    /// within what Save and Restore enclose, but for clips.
     void Flush();
+    /// Has content that no page holds come in pieces, too: in forms, each of which begins with the graphics
+    /// state that the whole begins with. Called before all that is put.
+    /// @param box  what the content may cover, as the format writes it
+    void ComeInForms(std::string box);
+    /// Saves the state for a clip, which is put then; what it cuts comes between the other two.
+    void SaveForClip();
+    void BeginClipped();
+    void EndClipped();
 
     /// Saves the state; Restore brings it back, and the map.
     void Save();
@@ -54,19 +63,26 @@ public:
     /// @param object  of the pattern
     void SetFillPattern(unsigned int object);
     void SetFillOpacity(int opacity) { SetOpacity(opacity, state_.strokeOpacity); }
+    void SetStroke(const ORVPrintColour& colour);
+    void SetStrokePattern(unsigned int object);
+    void SetStrokeOpacity(int opacity) { SetOpacity(state_.fillOpacity, opacity); }
     void SetOpacity(int fill, int stroke);
-    /// @param scale  of lengths
-    void SetStroke(const ORVPrintStroke& stroke, double scale);
+    /// Puts a graphics state into force that is an object. What it sets is not known here: it stands within
+    /// Save and Restore.
+    void SetState(unsigned int object);
+    /// Width, form and dashes of lines. @param scale  of lengths
+    void SetPen(const ORVPrintStroke& stroke, double scale);
     /// A line as it is at the start of a page, but for its width.
     void SetPlainLine();
     void SetFont(const PdfFont& font, double size);
     void SetTextMode(int mode);
 
     PdfResources& GetResources() { return resources_; }
+    int GetPlaces() const { return places_; }
 
     /// Ends the content and writes the rest of it. @return the streams that it came in
     std::vector<unsigned int> Finish();
-    /// Ends the content. @return all of it, where no file receives it
+    /// Ends the content. @return all of it that was not handed to the file, which then shows the rest
     std::string Take();
 
 private:
@@ -80,6 +96,7 @@ private:
         int cap = 0, join = 0;
         double miterLimit = 10.0;
         std::vector<double> dashes;
+        double dashOffset = 0.0;
         int textMode = 0;
         const PdfFont* font = nullptr;
         double fontSize = 0.0;
@@ -87,17 +104,25 @@ private:
 
     void PutNumber(double number);
     void PutColour(std::uint64_t colour, std::string_view gray, std::string_view rgb);
-    void SetStrokeColour(const ORVPrintColour& colour);
     void SetLine(double width, int cap, int join, double miterLimit);
     void SetDashes(const ORVPrintStroke& stroke, double scale);
     void WritePiece();
+    void FlushForm();
+    void WriteForm();
 
     PdfFile* const file_;
     const int places_;
     std::string content_;
-    std::vector<unsigned int> pieces_;  // streams of the content so far
+    std::vector<unsigned int> pieces_;  // streams of the content so far, or forms
     PdfResources resources_;
     State state_;
     std::vector<State> saved_;
     bool isTextOpen_ = false;
+
+    // Where content comes in forms.
+    std::string formBox_;             // empty where it does not
+    std::vector<std::string> clips_;  // operators of those that are open
+    std::size_t clipStart_ = 0;       // where those of the clip begin that is being put
+    std::size_t repeated_ = 0;        // what of the content repeats clips that were open before
+    unsigned int formResources_ = 0;
 };

@@ -1,6 +1,5 @@
 #include "generators/pdf/pdf_resources.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "generators/common/number_text.h"
@@ -10,11 +9,6 @@
 #include "platform/visualization/images/ORVPixelImage.h"
 
 namespace {
-
-bool IsSame(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
-           a.dy == b.dy;
-}
 
 void AppendNamedObjects(std::string& text, std::string_view kind, char prefix,
                         const std::set<unsigned int>& objects) {
@@ -61,10 +55,8 @@ void PdfResources::NotePaint(bool isColoured, bool isTransparent) {
 unsigned int PdfResources::FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& toDefault,
                                        PdfImageTable& images, PdfFile& file) {
     const ORVMathAffine2D& map = fill.patternToPage;
-    const auto found = std::find_if(patterns_.begin(), patterns_.end(), [&](const Pattern& pattern) {
-        return pattern.image == fill.pattern && IsSame(pattern.map, map);
-    });
-    if (found != patterns_.end()) return found->object;
+    const Tile tile{fill.pattern, {map.m11, map.m12, map.m21, map.m22, map.dx, map.dy}};
+    if (const auto found = tiles_.find(tile); found != tiles_.end()) return found->second;
 
     const PdfImage& image = images.Find(*fill.pattern, false, file);
     NotePaint(!image.isGray, image.hasAlpha);
@@ -77,18 +69,18 @@ unsigned int PdfResources::FindPattern(const ORVPrintFill& fill, const ORVMathAf
                           PdfReference(image.object) + ">>>>/Matrix[";
     AppendPdfMap(entries, toDefault * map);
     WriteTile(object, entries, *fill.pattern, image, file);
-    patterns_.push_back({fill.pattern, map, object});
+    tiles_.emplace(tile, object);
     return object;
 }
 
 std::string PdfResources::MakeDictionary() const {
     std::string text = "<<";
-    std::set<unsigned int> patterns;
-    for (const Pattern& pattern : patterns_) patterns.insert(pattern.object);
+    std::set<unsigned int> patterns = patterns_;
+    for (const auto& [tile, object] : tiles_) patterns.insert(object);
     AppendNamedObjects(text, "/Font", 'F', fonts_);
     AppendNamedObjects(text, "/XObject", 'X', objects_);
     AppendNamedObjects(text, "/Pattern", 'P', patterns);
-    if (!opacities_.empty()) {
+    if (!opacities_.empty() || !states_.empty()) {
         text += "/ExtGState<<";
         for (const auto& [fill, stroke] : opacities_) {
             text += PdfOpacityName(fill, stroke) + "<</ca ";
@@ -97,6 +89,8 @@ std::string PdfResources::MakeDictionary() const {
             AppendDecimal(text, stroke / 255.0, kPdfPlaces);
             text += ">>";
         }
+        for (const unsigned int state : states_)
+            text += "/G" + std::to_string(state) + " " + PdfReference(state);
         text += ">>";
     }
     return text + ">>";

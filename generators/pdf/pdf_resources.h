@@ -1,9 +1,10 @@
 #pragma once
 
+#include <array>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/print/ORVPrintGenerator.h"
 
@@ -21,6 +22,10 @@ public:
     /// An image or a form.
     void AddObject(unsigned int object) { objects_.insert(object); }
     void AddOpacity(int fill, int stroke);
+    /// A graphics state that is an object.
+    void AddState(unsigned int object) { states_.insert(object); }
+    /// A pattern that FindPattern has not written.
+    void AddPattern(unsigned int object) { patterns_.insert(object); }
     /// Notes that more than grays, or more than opaque paint, is used.
     void NotePaint(bool isColoured, bool isTransparent);
 
@@ -35,14 +40,11 @@ public:
     std::string MakeDictionary() const;
 
 private:
-    struct Pattern {
-        const ORVPixelImage* image;
-        ORVMathAffine2D map;
-        unsigned int object;
-    };
+    /// An image and the numbers of its map.
+    using Tile = std::pair<const ORVPixelImage*, std::array<double, 6>>;
 
-    std::set<unsigned int> fonts_, objects_;
+    std::set<unsigned int> fonts_, objects_, states_, patterns_;
     std::set<std::pair<int, int>> opacities_;  // of fill and stroke
-    std::vector<Pattern> patterns_;
+    std::map<Tile, unsigned int> tiles_;       // the patterns of images
     bool isColoured_ = false, isTransparent_ = false;
 };

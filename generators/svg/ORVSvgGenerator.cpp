@@ -77,6 +77,26 @@ int ORVSvgGenerator::EndClip() {
     return state_->Do([](SvgPage& page) { return page.EndClip(); });
 }
 
+int ORVSvgGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return state_->DrawOn([&](SvgPage& page) { page.BeginClipPath(clip); });
+}
+
+int ORVSvgGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    return state_->DrawOn([&](SvgPage& page) { page.BeginLayer(layer); });
+}
+
+int ORVSvgGenerator::EndLayer() {
+    return state_->Do([](SvgPage& page) { return page.EndLayer(); });
+}
+
+int ORVSvgGenerator::BeginMask(const ORVPrintMask& mask) {
+    return state_->DrawOn([&](SvgPage& page) { page.BeginMask(mask); });
+}
+
+int ORVSvgGenerator::EndMask() {
+    return state_->Do([](SvgPage& page) { return page.EndMask(); });
+}
+
 int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     return state_->page ? state_->page->BeginSymbol(symbol) : static_cast<int>(kNoSymbols);
 }

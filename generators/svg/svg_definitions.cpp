@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "generators/common/map_measures.h"
 #include "generators/common/path_range.h"
+#include "generators/svg/svg_gradient.h"
 #include "generators/svg/svg_images.h"
 #include "generators/svg/svg_path.h"
 #include "generators/svg/xml_text.h"
@@ -50,6 +52,49 @@ std::string SvgDefinitions::DefineClip(const ORVPrintPath& outline, int places) 
     std::string text = "<clipPath id=\"" + id + "\"><path d=\"";
     AppendSvgPath(text, outline, {}, places);
     writer_.Put(text + "\"/></clipPath>\n");
+    return id;
+}
+
+const std::string* SvgDefinitions::FindText(const std::string& text) const {
+    const auto found = texts_.find(text);
+    return found != texts_.end() ? &found->second : nullptr;
+}
+
+/// Notes a definition by its content, unless that is too much to be kept for the case that it comes again.
+void SvgDefinitions::NoteText(std::string text, const std::string& id) {
+    constexpr std::size_t kLongest = 4096;
+    if (text.size() <= kLongest) texts_.emplace(std::move(text), id);
+}
+
+std::string SvgDefinitions::FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map,
+                                         bool evenOdd, int places) {
+    std::string content = evenOdd ? "<path clip-rule=\"evenodd\" d=\"" : "<path d=\"";
+    AppendSvgPath(content, outline, map, places);
+    content += "\"/>";
+    if (const std::string* known = FindText(content)) return *known;
+    std::string id = NewId(Kind::kClip);
+    writer_.Put("<clipPath id=\"" + id + "\">" + content + "</clipPath>\n");
+    NoteText(std::move(content), id);
+    return id;
+}
+
+std::string SvgDefinitions::FindGradient(const ORVPrintGradient& gradient,
+                                         const ORVMathAffine2D& elementToPage) {
+    ORVMathAffine2D map;
+    if (!IsDrawable(gradient.toPage) || !InvertMap(elementToPage, map)) return {};
+    SvgGradientText text = WriteSvgGradient(gradient, map * gradient.toPage);
+    std::string whole = text.attributes + text.stops;
+    if (const std::string* known = FindText(whole)) return *known;
+    std::string id = NewId(Kind::kGradient);
+    const std::string* stops = FindText(text.stops);
+    std::string written = "<defs><" + std::string(text.element) + " id=\"" + id + "\"" + text.attributes;
+    if (stops)
+        written += " xlink:href=\"#" + *stops + "\"/>";
+    else
+        written += ">" + text.stops + "</" + std::string(text.element) + ">";
+    writer_.Put(written + "</defs>\n");
+    NoteText(std::move(whole), id);
+    if (!stops) NoteText(std::move(text.stops), id);
     return id;
 }
 

@@ -34,6 +34,17 @@ public:
     /// Writes a clip. @param places  digits after the period of its coordinates
     /// @return its identifier
     std::string DefineClip(const ORVPrintPath& outline, int places);
+    /// Writes a clip to the inside of an outline, when none was written that is the same.
+    /// @param places  digits after the period of its coordinates
+    /// @return its identifier
+    std::string FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map, bool evenOdd,
+                             int places);
+    /// The identifier of a gradient, which is written when it is first asked for; its stops are written once.
+    /// @param elementToPage  the transform of the element that is painted
+    /// @return empty when its map cannot be drawn
+    std::string FindGradient(const ORVPrintGradient& gradient, const ORVMathAffine2D& elementToPage);
+    /// The identifier of a mask that will be written.
+    std::string NewMask() { return NewId(Kind::kMask); }
     /// The identifier of an image, which is written when it is first asked for.
     const std::string& FindImage(const ORVPixelImage& image);
     /// The same of a fill's pattern. @return empty when its map cannot be drawn
@@ -63,7 +74,14 @@ public:
     bool IsOutOfMemory() const { return isOutOfMemory_; }
 
 private:
-    enum class Kind : char { kClip = 'c', kImage = 'i', kPattern = 'p', kSymbol = 's' };
+    enum class Kind : char {
+        kClip = 'c',
+        kGradient = 'g',
+        kImage = 'i',
+        kMask = 'm',
+        kPattern = 'p',
+        kSymbol = 's'
+    };
     struct Image {
         ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
         std::string id;
@@ -80,6 +98,8 @@ private:
     };
 
     std::string NewId(Kind kind);
+    const std::string* FindText(const std::string& text) const;
+    void NoteText(std::string text, const std::string& id);
     void NoteDefinition(const void* key, const std::string& id);
     void NoteImage(const ORVPixelImage& image, const std::string& id);
     void PutAddress(const ORVPixelImage& image);
@@ -90,7 +110,8 @@ private:
     std::unordered_map<const void*, Symbol> symbols_;
     std::unordered_map<const ORVPixelImage*, Image> images_;
     std::unordered_map<const ORVPixelImage*, std::vector<Pattern>> patterns_;
-    std::vector<Scoped> scoped_;  // defined within open elements, the innermost last
+    std::unordered_map<std::string, std::string> texts_;  // identifiers of clips, gradients, stops by content
+    std::vector<Scoped> scoped_;                          // defined within open elements, the innermost last
     std::size_t depth_ = 0;
     bool isOutOfMemory_ = false;
 };

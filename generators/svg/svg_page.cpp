@@ -35,6 +35,33 @@ void AppendLink(std::string& attributes, const std::string& address, int show) {
     if (show == kShowReplace) attributes += " xlink:show=\"replace\"";
 }
 
+std::string_view NameOf(ORVPrintBlendMode blend) {
+    switch (blend) {
+        case ORVPrintBlendMode::kNormal: break;
+        case ORVPrintBlendMode::kMultiply: return "multiply";
+        case ORVPrintBlendMode::kScreen: return "screen";
+        case ORVPrintBlendMode::kOverlay: return "overlay";
+        case ORVPrintBlendMode::kDarken: return "darken";
+        case ORVPrintBlendMode::kLighten: return "lighten";
+        case ORVPrintBlendMode::kColourDodge: return "color-dodge";
+        case ORVPrintBlendMode::kColourBurn: return "color-burn";
+        case ORVPrintBlendMode::kHardLight: return "hard-light";
+        case ORVPrintBlendMode::kSoftLight: return "soft-light";
+        case ORVPrintBlendMode::kDifference: return "difference";
+        case ORVPrintBlendMode::kExclusion: return "exclusion";
+        case ORVPrintBlendMode::kHue: return "hue";
+        case ORVPrintBlendMode::kSaturation: return "saturation";
+        case ORVPrintBlendMode::kColour: return "color";
+        case ORVPrintBlendMode::kLuminosity: return "luminosity";
+    }
+    return "normal";
+}
+
+bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
+    return outer.xMin <= inner.xMin && outer.xMax >= inner.xMax && outer.yMin <= inner.yMin &&
+           outer.yMax >= inner.yMax;
+}
+
 }  // namespace
 
 SvgPage::SvgPage(ORVOutput& output, const ORVPrintPageInfo& info, std::string_view documentTitle)
@@ -42,6 +69,8 @@ SvgPage::SvgPage(ORVOutput& output, const ORVPrintPageInfo& info, std::string_vi
     SvgSpace space;
     space.limit = std::max(kLeastLimit, 2.0 * std::max(info.width, info.height));
     spaces_.push_back({space, {}, nullptr, false});
+    whole_.Add({0.0, 0.0});
+    whole_.Add({info.width, info.height});
 
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -84,7 +113,7 @@ void SvgPage::BeginGroup(const ORVPrintGroup& group) {
 }
 
 bool SvgPage::EndGroup() {
-    if (open_.empty() || open_.back() == Open::kClip) return false;
+    if (open_.empty() || open_.back() > Open::kLink) return false;
     if (open_.back() != Open::kNothing) definitions_.LeaveElement();
     switch (open_.back()) {
         case Open::kGroup: writer_.Put("</g>\n"); break;
@@ -98,29 +127,92 @@ bool SvgPage::EndGroup() {
     return true;
 }
 
-void SvgPage::BeginClip(const ORVMathBox2D& box) {
-    const SvgSpace& space = spaces_.back().space;
-    ORVPrintPath path;
-    if (!box.IsEmpty()) {
-        const auto cut = [&](double coordinate) { return std::clamp(coordinate, -space.limit, space.limit); };
-        path.MoveTo({cut(box.xMin), cut(box.yMin)});
-        path.LineTo({cut(box.xMax), cut(box.yMin)});
-        path.LineTo({cut(box.xMax), cut(box.yMax)});
-        path.LineTo({cut(box.xMin), cut(box.yMax)});
-        path.Close();
-    }
-    painter_.OpenClip(path, space);
-    open_.push_back(Open::kClip);
+void SvgPage::Enter(Open what) {
+    open_.push_back(what);
     definitions_.EnterElement();
 }
 
-bool SvgPage::EndClip() {
-    if (open_.empty() || open_.back() != Open::kClip) return false;
+bool SvgPage::Leave(Open what) {
+    if (open_.empty() || open_.back() != what) return false;
     open_.pop_back();
     definitions_.LeaveElement();
-    writer_.Put("</g>\n");
+    writer_.Put(what == Open::kMask ? "</mask>\n" : "</g>\n");
     return true;
 }
+
+ORVPrintPath SvgPage::BoxPath(const ORVMathBox2D& box) const {
+    ORVPrintPath path;
+    if (box.IsEmpty()) return path;
+    const double limit = spaces_.back().space.limit;
+    const auto cut = [&](double coordinate) { return std::clamp(coordinate, -limit, limit); };
+    path.MoveTo({cut(box.xMin), cut(box.yMin)});
+    path.LineTo({cut(box.xMax), cut(box.yMin)});
+    path.LineTo({cut(box.xMax), cut(box.yMax)});
+    path.LineTo({cut(box.xMin), cut(box.yMax)});
+    path.Close();
+    return path;
+}
+
+void SvgPage::BeginClip(const ORVMathBox2D& box) {
+    painter_.OpenClip(BoxPath(box), spaces_.back().space);
+    Enter(Open::kClip);
+}
+
+bool SvgPage::EndClip() { return Leave(Open::kClip); }
+
+void SvgPage::BeginClipPath(const ORVPrintClipPath& clip) {
+    painter_.OpenClip(clip, spaces_.back().space);
+    Enter(Open::kClip);
+}
+
+void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
+    std::string attributes;
+    // Readers isolate what has any of these.
+    const bool isSeparate =
+        layer.isIsolated || layer.hasMask || layer.opacity < 1.0 || layer.blend != ORVPrintBlendMode::kNormal;
+    if (isSeparate && !Holds(layer.box, whole_))
+        attributes += " clip-path=\"url(#" +
+                      definitions_.FindClipPath(BoxPath(layer.box), {}, false, spaces_.back().space.places) +
+                      ")\"";
+    if (layer.hasMask) {
+        mask_ = definitions_.NewMask();
+        attributes += " mask=\"url(#" + mask_ + ")\"";
+    }
+    if (layer.opacity < 1.0) {
+        attributes += " opacity=\"";
+        AppendDecimal(attributes, std::max(layer.opacity, 0.0), 4);
+        attributes += '"';
+    }
+    if (layer.blend != ORVPrintBlendMode::kNormal)
+        attributes += " style=\"mix-blend-mode:" + std::string(NameOf(layer.blend)) + "\"";
+    else if (attributes.empty() && layer.isIsolated)
+        attributes += " style=\"isolation:isolate\"";
+    writer_.Put("<g" + attributes + ">\n");
+    Enter(Open::kLayer);
+}
+
+bool SvgPage::EndLayer() { return Leave(Open::kLayer); }
+
+void SvgPage::BeginMask(const ORVPrintMask& mask) {
+    std::string text = "<mask id=\"" + mask_ + "\" maskUnits=\"userSpaceOnUse\"";
+    const SvgSpace& space = spaces_.back().space;
+    const auto add = [&](std::string_view name, double value) {
+        text.append(" ").append(name).append("=\"");
+        AppendDecimal(text, std::clamp(value, -space.limit, space.limit), space.places);
+        text += '"';
+    };
+    const ORVMathBox2D& box = mask.box;
+    const bool isEmpty = box.IsEmpty();
+    add("x", isEmpty ? 0.0 : box.xMin);
+    add("y", isEmpty ? 0.0 : box.yMin);
+    add("width", isEmpty ? 0.0 : box.xMax - box.xMin);
+    add("height", isEmpty ? 0.0 : box.yMax - box.yMin);
+    if (mask.kind == ORVPrintMask::Kind::kOpacity) text += " mask-type=\"alpha\"";
+    writer_.Put(text + ">\n");
+    Enter(Open::kMask);
+}
+
+bool SvgPage::EndMask() { return Leave(Open::kMask); }
 
 void SvgPage::BeginInline(const ORVMathAffine2D& map) {
     std::string text = "<g";
@@ -194,8 +286,14 @@ void SvgPage::DrawShape(const ORVPrintShape& shape) {
 
 bool SvgPage::Finish() {
     // A drawing that broke off leaves groups open.
-    for (; !open_.empty(); open_.pop_back())
-        if (open_.back() != Open::kNothing) writer_.Put(open_.back() == Open::kLink ? "</a>\n" : "</g>\n");
+    for (; !open_.empty(); open_.pop_back()) {
+        switch (open_.back()) {
+            case Open::kNothing: break;
+            case Open::kLink: writer_.Put("</a>\n"); break;
+            case Open::kMask: writer_.Put("</mask>\n"); break;
+            default: writer_.Put("</g>\n"); break;
+        }
+    }
     writer_.Put("</svg>\n");
     return writer_.Flush();
 }

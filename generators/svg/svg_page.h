@@ -32,6 +32,13 @@ public:
     void BeginClip(const ORVMathBox2D& box);
     /// @return false when the innermost thing that is open is no clip
     bool EndClip();
+    void BeginClipPath(const ORVPrintClipPath& clip);
+    void BeginLayer(const ORVPrintLayer& layer);
+    /// @return false when the innermost thing that is open is no layer
+    bool EndLayer();
+    void BeginMask(const ORVPrintMask& mask);
+    /// @return false when the innermost thing that is open is no mask
+    bool EndMask();
     /// @return what ORVPrintGenerator::BeginSymbol returns
     int BeginSymbol(const ORVPrintSymbol& symbol);
     /// @return false when no symbol is open
@@ -49,7 +56,7 @@ public:
     bool Finish();
 
 private:
-    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip };
+    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip, kLayer, kMask };
     struct OpenSpace {
         SvgSpace space;
         ORVMathAffine2D toOuter;
@@ -57,6 +64,9 @@ private:
         bool isRecorded = false;
     };
 
+    void Enter(Open what);
+    bool Leave(Open what);
+    ORVPrintPath BoxPath(const ORVMathBox2D& box) const;
     void BeginInline(const ORVMathAffine2D& map);
     void LetRecordGo();
 
@@ -65,5 +75,7 @@ private:
     SvgPainter painter_{writer_, definitions_};
     std::vector<Open> open_;
     std::vector<OpenSpace> spaces_;
+    ORVMathBox2D whole_;  // of the page
+    std::string mask_;    // of the layer that has just begun
     bool isInsideLink_ = false;
 };

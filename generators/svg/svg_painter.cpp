@@ -82,6 +82,16 @@ void SvgPainter::AddGeometry(const ORVPrintPath& path, const ORVMathAffine2D& ma
     }
 }
 
+std::string SvgPainter::FindPaint(const ORVPrintFill* fill, const ORVMathAffine2D& elementToPage) {
+    if (fill && fill->gradient) return definitions_.FindGradient(*fill->gradient, elementToPage);
+    return fill && fill->pattern ? definitions_.FindPattern(*fill, elementToPage) : std::string();
+}
+
+std::string SvgPainter::FindPaint(const ORVPrintStroke* stroke, const ORVMathAffine2D& elementToPage) {
+    const ORVPrintGradient* gradient = stroke ? stroke->gradient : nullptr;
+    return gradient ? definitions_.FindGradient(*gradient, elementToPage) : std::string();
+}
+
 void SvgPainter::AddShape(std::string_view id, const ORVPrintPath& path, const ORVMathAffine2D& map,
                           const Paint& paint, const SvgSpace& space) {
     if (path.IsEmpty()) return;
@@ -95,10 +105,11 @@ void SvgPainter::AddShape(std::string_view id, const ORVPrintPath& path, const O
     std::optional<ORVPrintFill> fill;
     if (paint.fill) fill = *paint.fill;
     if (fill && name_ != "path") fill->evenOdd = false;
-    const std::string pattern = fill && fill->pattern ? definitions_.FindPattern(*fill, {}) : std::string();
+    const std::string pattern = FindPaint(paint.fill, paint.transform);
+    const std::string gradient = FindPaint(stroke, paint.transform);
     style_.clear();
     AppendSvgFill(style_, fill ? &*fill : nullptr, pattern, stroke != nullptr);
-    if (stroke) AppendSvgStroke(style_, *stroke, paint.scale);
+    if (stroke) AppendSvgStroke(style_, *stroke, paint.scale, gradient);
     writer_.AddElement(name_, style_, rest_);
 }
 
@@ -157,10 +168,9 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
     AppendXmlText(rest_, piece.text);
     rest_ += "</text>\n";
 
-    const bool hasPattern = text.fill && text.fill->pattern;
-    const std::string pattern =
-        hasPattern ? definitions_.FindPattern(*text.fill, isUpright ? ORVMathAffine2D() : map)
-                   : std::string();
+    const ORVMathAffine2D elementToPage = isUpright ? ORVMathAffine2D() : map;
+    const std::string pattern = FindPaint(text.fill, elementToPage);
+    const std::string gradient = FindPaint(text.stroke, elementToPage);
     style_.clear();
     AppendSvgFont(style_, *run.face, run.size * scale, run.syntheticBold);
     if (spacing != 0.0 && !run.vertical) {
@@ -173,7 +183,7 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
     if (text.fill) paint = *text.fill;
     if (paint) paint->evenOdd = false;
     AppendSvgFill(style_, paint ? &*paint : nullptr, pattern, text.stroke != nullptr);
-    if (text.stroke) AppendSvgStroke(style_, *text.stroke, scale);
+    if (text.stroke) AppendSvgStroke(style_, *text.stroke, scale, gradient);
     writer_.AddElement("text", style_, rest_);
 }
 
@@ -218,4 +228,14 @@ void SvgPainter::PutUse(std::string_view id, std::string_view attributes, const 
 
 void SvgPainter::OpenClip(const ORVPrintPath& outline, const SvgSpace& space) {
     writer_.Put("<g clip-path=\"url(#" + definitions_.DefineClip(outline, space.places) + ")\">\n");
+}
+
+void SvgPainter::OpenClip(const ORVPrintClipPath& clip, const SvgSpace& space) {
+    static const ORVPrintPath kNothing;
+    const bool shows = IsDrawable(clip.toPage);
+    const ORVPrintPath& path =
+        shows ? FitPathToRange(clip.path, clip.toPage, space.limit, PathUse::kFill, fitted_) : kNothing;
+    const std::string id =
+        definitions_.FindClipPath(path, shows ? clip.toPage : ORVMathAffine2D(), clip.evenOdd, space.places);
+    writer_.Put("<g clip-path=\"url(#" + id + ")\">\n");
 }

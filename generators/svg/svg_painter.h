@@ -34,6 +34,7 @@ public:
                 const SvgSpace& space);
     /// Opens a group that shows only what is inside of a path.
     void OpenClip(const ORVPrintPath& outline, const SvgSpace& space);
+    void OpenClip(const ORVPrintClipPath& clip, const SvgSpace& space);
 
 private:
     /// A shape's paint and the transform of its element, which comes on top of the path's own map.
@@ -43,6 +44,9 @@ private:
         double scale;  // of the stroke's lengths
         ORVMathAffine2D transform;
     };
+    /// The identifier of what paints an inside besides a colour; empty for nothing.
+    std::string FindPaint(const ORVPrintFill* fill, const ORVMathAffine2D& elementToPage);
+    std::string FindPaint(const ORVPrintStroke* stroke, const ORVMathAffine2D& elementToPage);
     void AddShape(std::string_view id, const ORVPrintPath& path, const ORVMathAffine2D& map,
                   const Paint& paint, const SvgSpace& space);
     void AddGeometry(const ORVPrintPath& path, const ORVMathAffine2D& map, bool mayBeNamed, int places);

@@ -21,7 +21,7 @@ _orvprint() {
         info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --ignore --version
+        print) options="--output --format --pages --dpi --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
@@ -41,7 +41,7 @@ _orvprint() {
         --scale) _orvprint_words "fit fill none 50% 200%" ;;
         --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
         --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
-        --dpi) _orvprint_words "90 150 300 600 1200" ;;
+        --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
         --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \

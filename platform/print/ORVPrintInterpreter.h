@@ -48,6 +48,7 @@ public:
     /// @return 1 on success; 0 when `model` is null; -1 when the document could not be read
     int GetModel(ORVRef<const ORVPrtModel>& model);
 
+    /// Name of the input format, such as "SVG".
     const ORVString& GetIdentifier() const { return identifier_; }
 
     ORVPrintInterpreter(const ORVPrintInterpreter&) = delete;
@@ -57,6 +58,7 @@ protected:
     /// @param identifier  name of the input format, for example "SVG"
     explicit ORVPrintInterpreter(const ORVString& identifier);
 
+    /// What Print does; results as there. May not throw.
     virtual int Decode(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) = 0;
 
     unsigned int currentPage_ = 0;  ///< 1-based, 0 when none was chosen

@@ -162,8 +162,10 @@ protected:
         const fs::path build = fs::path(ORV_TOOL_PATH).parent_path().parent_path();
         for (const char* folder : {"bin", "lib", "damaged"}) fs::create_directories(Tree() / folder);
         fs::copy_file(ORV_TOOL_PATH, Tree() / "bin/orvprint");
-        for (const char* library :
-             {"liborvplatform.so", "liborvfonts.so", "liborvpostscript.so", "libORVPrtInterpreterSVG.so"})
+        // The platform by the name that programs ask for.
+        for (const fs::path& library :
+             {fs::read_symlink(build / "lib/liborvplatform.so"), fs::path("liborvfonts.so"),
+              fs::path("liborvpostscript.so"), fs::path("libORVPrtInterpreterSVG.so")})
             fs::copy_file(build / "lib" / library, Tree() / "lib" / library);
         WriteFile("text.svg", kSized);
         WriteFile("unsized.svg", kUnsized);

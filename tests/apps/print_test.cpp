@@ -333,6 +333,34 @@ TEST_F(PrintTest, LinksLeadToEveryKindOfElement) {
     }
 }
 
+TEST_F(PrintTest, LinksLeadToPages) {
+    WriteFile(
+        "pages.svg",
+        "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><svg width='180' height='90'><a "
+        "xlink:href='#last'><rect width='9' height='9' fill='blue'/></a></svg><svg id='last' width='180' "
+        "height='90'><rect x='20' y='30' width='9' height='9' fill='red'/></svg></svg>");
+    EXPECT_EQ(Run({"pages.svg", "-o", "pages.pdf"}).exitCode, 0);
+    ExpectSoundPdf("pages.pdf");
+    // To the page's upper left corner, not to what is drawn on it.
+    EXPECT_THAT(RunProgram({"pdfinfo", "-dests", "pages.pdf"}).output,
+                testing::ContainsRegex("2 \\[ *XYZ +0 +72 .*\"last\""));
+    // A page that is not printed is no place to go to.
+    EXPECT_EQ(Run({"pages.svg", "-o", "first.pdf", "--pages", "1"}).exitCode, 0);
+    EXPECT_THAT(RunProgram({"qpdf", "--qdf", "--object-streams=disable", "first.pdf", "-"}).output,
+                testing::Not(HasSubstr("/Dest")));
+    EXPECT_EQ(Run({"pages.svg", "-o", "out.svg"}).exitCode, 0);
+    EXPECT_THAT(ReadFile("out-2.svg"), HasSubstr("<svg xmlns"));
+    EXPECT_THAT(ReadFile("out-2.svg"), testing::Not(HasSubstr("<g")));
+}
+
+TEST_F(PrintTest, DescriptionsOfShapesGoToSvg) {
+    WriteFile(
+        "shape.svg",
+        "<svg width='180' height='90'><rect id='r' width='9' height='9'><desc>Wall</desc></rect></svg>");
+    EXPECT_EQ(Run({"shape.svg", "-o", "out.svg"}).exitCode, 0);
+    EXPECT_THAT(ReadFile("out.svg"), HasSubstr("<g id=\"r\">\n<desc>Wall</desc>"));
+}
+
 TEST_F(PrintTest, FailureLeavesWhatWasThereAndNothingElse) {
     WriteFile("keep.pdf", "old");
     WriteFile("vast.svg", "<svg width='99999' height='99999'/>");
@@ -365,6 +393,7 @@ TEST_F(PrintTest, FormatsAreListed) {
 TEST_F(PrintTest, ResolutionsThatAreNone) {
     for (const char* value : {"nan", "-nan", "inf", "0", "0.5", "10001", "x", ""}) {
         EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", value}).exitCode, 2) << value;
+        EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--flatten-dpi", value}).exitCode, 2) << value;
         EXPECT_FALSE(Exists("a.png")) << value;
     }
 }

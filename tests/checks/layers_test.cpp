@@ -59,6 +59,7 @@ const std::map<std::string, Layers> kMayKnow{
     {"generators/pdf", Below(kDrawing, {"generators/common"})},
     {"generators/svg", Below(kDrawing, {"generators/common"})},
     {"generators/sheet", Below(kDrawing, {"generators/common"})},
+    {"generators/flatten", kPixels},
     {"generators/png", kPixels},
     {"generators/tiff", kPixels},
     {"generators/pwg", kPixels},
@@ -75,8 +76,9 @@ const std::map<std::string, Layers> kMayKnow{
     // command.
     {"apps/orvprint/check", Below(kPlatform, kSvg)},
     {"apps/orvprint/commands",
-     Below(kPlatform, {"generators", "generators/common", "generators/sheet", "apps/orvprint/sandbox",
-                       "apps/orvprint/process", "apps/orvprint/input", "apps/orvprint/check"})},
+     Below(kPlatform,
+           {"generators", "generators/common", "generators/flatten", "generators/sheet",
+            "apps/orvprint/sandbox", "apps/orvprint/process", "apps/orvprint/input", "apps/orvprint/check"})},
     {"apps/orvprint", {"generators/common", "apps/orvprint/process", "apps/orvprint/commands"}},
 };
 

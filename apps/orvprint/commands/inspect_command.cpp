@@ -3,12 +3,15 @@
 #include <cstdio>
 #include <new>
 
+#include "apps/orvprint/commands/call_dump.h"
 #include "apps/orvprint/commands/json_writer.h"
 #include "apps/orvprint/commands/model_dump.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/system/ORVRef.h"
 
@@ -56,7 +59,21 @@ std::string ReasonAgainst(const ORVPrtModel& model) {
     return budget.HasUnsetText() ? TextCannotBeSet() : "";
 }
 
+/// Drawings without a model are shown by what they draw.
+int InspectCalls(ORVPrintInterpreter& interpreter, const std::string& name) {
+    JsonWriter json(stdout);
+    CallDump calls(json);
+    const ORVPrintParameters parameters;
+    const int result = interpreter.Print(&calls, parameters);
+    calls.Finish(result);
+    if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
+    if (result == ORVPrintModelRender::kTextNotSet) return Report(kExitFailed, name, TextCannotBeSet());
+    if (result != 1) return Report(kExitFailed, name, "could not be drawn to its end");
+    return kExitDone;
+}
+
 int Inspect(ORVPrintInterpreter& interpreter, const std::string& name) {
+    if (interpreter.GetIdentifier() == "SVG2") return InspectCalls(interpreter, name);
     Answer answer;
     answer.result = interpreter.GetPageCount(answer.pageCount);
     interpreter.GetModel(answer.model);

@@ -166,6 +166,8 @@ const KindCase kKindCases[] = {
     {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n two\n</text>"},
     {kTextBlanks, "<text>one   two</text>",
      "<text xml:space='preserve'>one   two</text><text>  one two  </text>"},
+    {kFontUnspecified, "<svg width='9' height='9'><text>a</text></svg>",
+     "<svg width='9' height='9'><text font-family='serif'>a</text></svg>"},
     {kFontMissing, "<text font-family='No Such Family'>a</text>",
      "<g font-family='No Such Family'><rect/></g>"},
     {kFontFallback, "<text font-family='No Such Family, serif'>a</text>",
@@ -349,6 +351,16 @@ INSTANTIATE_TEST_SUITE_P(
                      "<text writing-mode='rl'>a</text><text writing-mode='tb'>a</text><text "
                      "writing-mode='lr'>a</text>",
                      "extra-effect x2"},
+        DocumentCase{"WritingModesWithoutTextSayNothing",
+                     "<g writing-mode='tb'><rect/><text/><text writing-mode='lr'>a</text></g>", ""},
+        DocumentCase{"AWritingModeIsFoundWithItsTexts",
+                     "<g style='writing-mode:tb'><text>a</text><text>b</text></g>", "extra-effect x2"},
+        DocumentCase{"CentredTextIsTheSameFromRightToLeft",
+                     "<text writing-mode='rl-tb' text-anchor='middle'>a</text>", ""},
+        DocumentCase{"DocumentsAreNotIncluded",
+                     "<g xmlns:xi='http://www.w3.org/2001/XInclude'><xi:include href='a.svg'><xi:fallback>"
+                     "<rect/></xi:fallback></xi:include></g>",
+                     "unprinted-element"},
         DocumentCase{"AnInheritedOpacityIsNotTakenOver", "<g opacity='0.5'><rect opacity='inherit'/></g>",
                      "opacity-combined"},
         DocumentCase{"TheUnitOfAStrokeThatIsNotDrawnSaysNothing", "<rect stroke-width='9mm'/>", ""},
@@ -447,6 +459,24 @@ TEST(DocumentCheckTest, NumbersOnAPageInMillimetresAreFoundOnce) {
         KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9'/><path d='M1 1L9 9 1 9z'/></svg>")),
         "unit-scale");
     EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9mm'/></svg>")), "");
+}
+
+TEST(DocumentCheckTest, TheDefaultFontIsFoundOnce) {
+    const Findings findings = CheckText("<svg width='9' height='9'><text>a</text><text>b</text></svg>");
+    EXPECT_EQ(KindsOf(findings), "font-unspecified");
+    EXPECT_EQ(findings.GetKept().at(0).message.find("set in none"), std::string::npos);
+    EXPECT_EQ(KindsOf(CheckText("<svg width='9' height='9'><text> </text></svg>")), "");
+}
+
+TEST(DocumentCheckTest, AUseDecidesWhatFontItsTextIsSetIn) {
+    const auto kindsWith = [](const std::string& attributes) {
+        return KindsOf(
+            CheckText("<svg width='9' height='9' xmlns:xlink='http://www.w3.org/1999/xlink'>"
+                      "<symbol id='s'><text>a</text></symbol><use xlink:href='#s' " +
+                      attributes + "/></svg>"));
+    };
+    EXPECT_EQ(kindsWith("font-family='serif'"), "");
+    EXPECT_EQ(kindsWith(""), "font-unspecified");
 }
 
 TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {

@@ -561,6 +561,48 @@ TEST(ModelRenderTest, ShapeThatALinkLeadsToIsAGroupOfItsOwn) {
         }
 }
 
+TEST(ModelRenderTest, PageThatALinkLeadsToIsAGroupWithoutContent) {
+    const auto shape = MakeRectangle(0.0, 0.0, 1.0, 1.0);
+    shape->SetID("page");
+    OnePage page;
+    page.GetPage().SetID("page");
+    page.Add(shape);
+    page.Add(MakeLink("page", ""));
+    RecordingGenerator generator;
+    EXPECT_EQ(DrawAll(page, generator), 1);
+    EXPECT_THAT(PageLines(generator),
+                ElementsAre("group #page target", "end group", StartsWith("fill #000000 M0,50"),
+                            "group ->#page", "end group"));
+}
+
+TEST(ModelRenderTest, PageWithoutLinksToItIsNoGroup) {
+    OnePage page;
+    page.GetPage().SetID("page");
+    page.Add(MakeLink("", "http://x/"));
+    RecordingGenerator generator;
+    EXPECT_EQ(DrawAll(page, generator), 1);
+    EXPECT_THAT(PageLines(generator), ElementsAre("group ->http://x/", "end group"));
+}
+
+TEST(ModelRenderTest, DescriptionOfAShapeIsThatOfAGroupAroundIt) {
+    const auto described = MakeRectangle(0.0, 0.0, 1.0, 1.0), both = MakeRectangle(2.0, 0.0, 3.0, 1.0);
+    described->SetDescription("Wall");
+    both->SetDescription("Door");
+    both->SetID("door");
+    OnePage page;
+    page.Add(described);
+    page.Add(both);
+    RecordingGenerator indifferent, keen;
+    keen.KeepIdentifiers();
+    EXPECT_EQ(DrawAll(page, indifferent), 1);
+    EXPECT_EQ(DrawAll(page, keen), 1);
+    EXPECT_THAT(PageLines(indifferent),
+                ElementsAre(StartsWith("fill #000000 M0,50"), StartsWith("fill #000000 M2,50")));
+    EXPECT_THAT(PageLines(keen),
+                ElementsAre("group \"Wall\"", StartsWith("fill #000000 M0,50"), "end group",
+                            "group #door \"Door\"", StartsWith("fill #000000 M2,50"), "end group"));
+}
+
 TEST(ModelRenderTest, OtherShapesSayTheirIdentifiersWhereTheyAreOfUse) {
     for (const auto& shape : NamedShapes()) {
         OnePage page;
