@@ -270,7 +270,13 @@ void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int
     }
     for (int x = begin; x < end; x += 4, from += 16) {
         std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
-        StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), LoadLanes<ShortLanes>(from),
-                               InBothHalves(LoadBytes(alphas + x))));
+        const auto over = LoadLanes<ShortLanes>(from);
+        // Inside of gradients, images and layers, most pixels are opaque.
+        std::uint32_t four = 0;
+        std::memcpy(&four, alphas + x, sizeof four);
+        if (four == 0xFFFFFFFFU && AreOpaque(over))
+            StoreLanes(to, over);
+        else
+            StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), over, InBothHalves(LoadBytes(alphas + x))));
     }
 }

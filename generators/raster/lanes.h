@@ -133,6 +133,13 @@ inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colou
     return even | odd << 8;
 }
 
+/// True when the last bytes of four pixels are all 255.
+inline bool AreOpaque(const ShortLanes& pixels) {
+    constexpr std::uint64_t kOpacities = 0xFF000000FF000000U;
+    const auto halves = std::bit_cast<LongLanes>(pixels);
+    return (halves[0] & halves[1] & kOpacities) == kOpacities;
+}
+
 /// Lays four premultiplied pixels, each with an alpha of its own besides, over four others.
 inline ShortLanes LayOver(const ShortLanes& pixels, const ShortLanes& over, const ShortLanes& alphas) {
     const ShortLanes left = 255 - DivideBy255(InBothHalves(std::bit_cast<Lanes>(over) >> 24) * alphas);
