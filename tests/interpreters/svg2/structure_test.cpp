@@ -190,8 +190,8 @@ TEST(StructureTest, LinksAndTheirTargetsAreGroups) {
 TEST(StructureTest, ImagesLieAsTheirRatioSays) {
     // Two pixels wide, one pixel high.
     const std::string image =
-        "data:image/png;base64,"
-        "iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAYAAAD0In+KAAAAD0lEQVR4nGP4z8DwHwQBEPgD/U6VwW8AAAAASUVORK5CYII=";
+        "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAIAAAB7QOjdAAAADUlEQVR4nGP4zwAE/wEHAA"
+        "H/4iOeWQAAAABJRU5ErkJggg==";
     const struct {
         const char *attributes, *calls;
     } kRows[] = {
