@@ -387,4 +387,38 @@ TEST(ORVPageRecordingTest, PassesOnFailures) {
     }
 }
 
+// Lines that follow each other share what they have in common.
+TEST(ORVPageRecordingTest, LinesThatDifferInOneThingStayTwo) {
+    const std::array dashes{1.0, 2.0}, otherDashes{1.0, 3.0};
+    ORVPrintStroke base;
+    base.dashes = dashes;
+    const auto with = [&](auto change) {
+        ORVPrintStroke stroke = base;
+        change(stroke);
+        return stroke;
+    };
+    const ORVPrintStroke others[]{
+        with([](ORVPrintStroke& s) { s.colour.blue = 9; }),
+        with([](ORVPrintStroke& s) { s.colour.opacity = 9; }),
+        with([](ORVPrintStroke& s) { s.width = 9.0; }),
+        with([](ORVPrintStroke& s) { s.cap = ORVPrintStroke::Cap::kSquare; }),
+        with([](ORVPrintStroke& s) { s.join = ORVPrintStroke::Join::kBevel; }),
+        with([](ORVPrintStroke& s) { s.miterLimit = 9.0; }),
+        with([&](ORVPrintStroke& s) { s.dashes = otherDashes; }),
+        with([](ORVPrintStroke& s) { s.dashes = {}; }),
+    };
+    const ORVPrintPath path = RectanglePath(0, 0, 9, 9);
+    for (const ORVPrintStroke& other : others) {
+        RecordingGenerator direct;
+        ORVPageRecording recording;
+        for (const ORVPrintStroke* stroke :
+             std::initializer_list<const ORVPrintStroke*>{&base, &other, &base}) {
+            ASSERT_EQ(direct.DrawShape({path, {}, nullptr, stroke}), 1);
+            ASSERT_EQ(recording.DrawShape({path, {}, nullptr, stroke}), 1);
+        }
+        recording.Finish(Box(0, 0, 10, 10));
+        EXPECT_EQ(Replayed(recording, Box(0, 0, 10, 10)), direct.GetLines());
+    }
+}
+
 }  // namespace

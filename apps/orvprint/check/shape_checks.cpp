@@ -120,7 +120,7 @@ ORVMathBox2D CheckPoints(CheckContext& check, const NumberedElement& element, co
     const bool isDot = !box.IsEmpty() && box.xMin == box.xMax && box.yMin == box.yMax;
     if (strokes && isDot && check.numbers.size() >= 4) CheckDot(check, element, state);
     const std::size_t count = check.numbers.size() / 2;
-    if (strokes && IsBroad(state) && element.node->id == ElementName::kPolyline && count > 3 &&
+    if (strokes && IsBroad(state) && element.node->id == ElementName::kPolyline && count > 2 &&
         MeetsItsStart(check.numbers))
         check.findings.Note(kJoinedEnds, element, {}, {}, "ends where it begins, and is closed there");
     return box;

@@ -60,7 +60,7 @@ private:
     [[nodiscard]] bool BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
                                            const DrawState& state);
     [[nodiscard]] bool BeginMasking(ElementIndex element, const Style& style, const DrawState& state);
-    bool FindMask(ElementIndex element, const Style& style, ElementIndex& mask) const;
+    bool FindMask(const Style& style, ElementIndex& mask) const;
     void DrawClipContent(ElementIndex clip, const DrawState& state);
     void BeginRectangle(const Rectangle& rectangle, const ORVMathAffine2D& toPage);
     void BeginOutline(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd);

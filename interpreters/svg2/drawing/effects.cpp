@@ -69,13 +69,13 @@ double Drawing::PaintOpacity(ElementIndex element, const Style& style) const {
 bool Drawing::NeedsLayer(ElementIndex element, const Style& style) const {
     if (style.blend != ORVPrintBlendMode::kNormal || style.isIsolated) return true;
     if (style.opacity >= 1.0) return false;
+    if (ElementIndex mask = kNoElement; FindMask(style, mask)) return true;
     const bool isShape = IsShape(scene_.GetDocument()[element].tag);
     const bool hasOnePaint = style.fill.kind == Paint::Kind::kNone || style.stroke.kind == Paint::Kind::kNone;
     return !(isShape && hasOnePaint && !HasMarkers(element, style));
 }
 
-bool Drawing::FindMask(ElementIndex element, const Style& style, ElementIndex& mask) const {
-    static_cast<void>(element);
+bool Drawing::FindMask(const Style& style, ElementIndex& mask) const {
     std::string_view id, rest;
     if (style.mask.empty() || !TakeReference(style.mask, id, rest)) return false;
     mask = scene_.GetDocument().FindById(id);
@@ -87,7 +87,7 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
     if (state.isWithinClip) return style.clipPath.empty() || BeginClipping(element, style, state);
     if (style.opacity <= 0.0) return false;
     ElementIndex mask = kNoElement;
-    const bool hasMask = FindMask(element, style, mask);
+    const bool hasMask = FindMask(style, mask);
     if (hasMask || NeedsLayer(element, style)) {
         ORVPrintLayer layer;
         layer.opacity = style.opacity;
@@ -147,7 +147,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     // A mask may be masked and clipped itself.
     ElementIndex outerMask = kNoElement;
     bool shows = true;
-    if (FindMask(mask, maskStyle, outerMask)) {
+    if (FindMask(maskStyle, outerMask)) {
         ORVPrintLayer layer;
         layer.hasMask = true;
         layer.box = page_;

@@ -372,6 +372,11 @@ INSTANTIATE_TEST_SUITE_P(
                      "<g stroke-width='9mm'><rect stroke='red' width='9' height='9'/></g>", "unit-scale"},
         DocumentCase{"TheUnitOfAFontSizeCounts", "<g font-size='9mm'><rect/><text>a</text></g>",
                      "unit-scale"},
+        DocumentCase{"ALineThereAndBackIsClosed",
+                     "<polyline points='1,1 9,1 1,1' fill='none' stroke='red' stroke-width='3'/>",
+                     "joined-ends"},
+        DocumentCase{"ALineThatEndsElsewhereIsNot",
+                     "<polyline points='1,1 9,1 5,1' fill='none' stroke='red' stroke-width='3'/>", ""},
         DocumentCase{"EndsOfThinLinesAreNotSeen",
                      "<polyline points='1,1 9,1 9,9 1,1' fill='none' stroke='red'/>", ""},
         DocumentCase{"DefinitionsInheritFromWhatPlacesThem",
@@ -395,6 +400,39 @@ INSTANTIATE_TEST_SUITE_P(
                      "not-clipped"},
         DocumentCase{"OverflowOfAGroupSaysNothing", "<g overflow='hidden'><rect/></g>", ""},
         DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
+        DocumentCase{"TheOtherRadiusIsNotBoth", "<ellipse ry='9'/>", "shape-size"},
+        DocumentCase{"AnEllipseOfNoRadiusIsNothing", "<ellipse rx='0'/><ellipse ry='0'/>", ""},
+        DocumentCase{"BlanksBehindACentredTextAreDropped",
+                     "<text xml:space='preserve' text-anchor='middle'>one </text>", "text-blanks"},
+        DocumentCase{"BlanksBehindATextThatEndsThereAreDropped",
+                     "<text xml:space='preserve' text-anchor='end'>one </text>", "text-blanks"},
+        DocumentCase{"BlanksBehindOtherTextsAreNotSeen", "<text xml:space='preserve'>one </text>", ""},
+        DocumentCase{"APictureThatSaysItsOwnOpacity", "<image style='opacity:1' xlink:href='none.png'/>",
+                     "image-refused"},
+        DocumentCase{"ANestedSvgMayOverflow",
+                     "<g><svg width='9' height='9' overflow='auto'><rect width='20' height='5'/></svg></g>",
+                     ""},
+        DocumentCase{"ANestedSvgMayScroll",
+                     "<g><svg width='9' height='9' overflow='scroll'><rect width='20' height='5'/></svg></g>",
+                     "not-clipped"},
+        DocumentCase{"ALittleBeyondANestedSvgIsSeen",
+                     "<g><svg width='90' height='90'><rect width='92' height='5'/></svg></g>", "not-clipped"},
+        DocumentCase{"NextToNothingBeyondANestedSvgIsNot",
+                     "<g><svg width='90' height='90'><rect width='90.5' height='5'/></svg></g>", ""},
+        DocumentCase{"CornersThatTurnBackHaveNoMiter",
+                     "<path d='M0 0L9 0 0 0' fill='none' stroke='red' stroke-miterlimit='1e30'/>"
+                     "<path d='M0 0L9 0 0 .000001' fill='none' stroke='red' stroke-miterlimit='1e30'/>",
+                     ""},
+        DocumentCase{"AnAddressWithoutASchemeIsRemote",
+                     "<image width='2' height='2' xlink:href='//example.org/a.png'/>", "image-remote"},
+        DocumentCase{"APlainPathIsClosedWhereItsMarkersStand",
+                     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+                     "<path d='M1 1L9 9 20 1z' marker-mid='url(#m)'/>",
+                     ""},
+        DocumentCase{"APathThatGoesOnBehindItsCloseHasOtherMarkers",
+                     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+                     "<path d='M1 1L9 9 20 1z L30 30' marker-mid='url(#m)'/>",
+                     "marker-place"},
         DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>",
                      ""}),
     kNameOfRow);
@@ -439,6 +477,27 @@ TEST(DocumentCheckTest, FragmentsHaveNoHeightToBePartOf) {
         KindsOf(CheckText("<r><svg width='9' height='9'><rect width='50%'/><rect height='50%'/></svg></r>",
                           {}, true)),
         "percentage-of-nothing");
+}
+
+// Of each attribute, whether a percentage of it is one of the height.
+TEST(DocumentCheckTest, FragmentsHaveNoPercentagesOfTheirHeight) {
+    struct Row {
+        const char *element, *attribute;
+        bool isVertical;
+    };
+    for (const Row& row :
+         {Row{"rect", "x", false}, Row{"rect", "y", true}, Row{"rect", "width", false},
+          Row{"rect", "height", true}, Row{"ellipse", "cx", false}, Row{"ellipse", "cy", true},
+          Row{"ellipse", "rx", false}, Row{"ellipse", "ry", true}, Row{"circle", "cx", false},
+          Row{"circle", "cy", true}, Row{"circle", "r", false}, Row{"line", "x1", false},
+          Row{"line", "y1", true}, Row{"line", "x2", false}, Row{"line", "y2", true},
+          Row{"marker", "refX", false}, Row{"marker", "refY", true}, Row{"marker", "markerWidth", false},
+          Row{"marker", "markerHeight", true}}) {
+        const std::string element = std::string("<") + row.element + " " + row.attribute + "='50%'/>";
+        const Findings findings =
+            CheckText("<r><svg width='9' height='9'>" + element + "</svg></r>", {}, true);
+        EXPECT_EQ(findings.GetCount(kPercentageOfNothing), row.isVertical ? 1U : 0U) << element;
+    }
 }
 
 TEST(DocumentCheckTest, APageThatIsHiddenKeepsItsLines) {
@@ -488,6 +547,21 @@ TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
         CheckText(CheckedDrawing("<e:view xmlns:e='urn:e'/><g xmlns:e='urn:e' e:label='x' e:mode='y'/>"));
     EXPECT_EQ(KindsOf(findings), "");
     EXPECT_EQ(findings.GetForeignCount(), 3U);
+}
+
+// Two pixels by two: less than two parts in a hundred is not seen.
+TEST(DocumentCheckTest, PicturesOfAnotherShapeAreStretched) {
+    const ScratchFolder folder;
+    std::ofstream(folder.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);
+    for (const auto& [size, kinds] : {std::pair{"width='2.03' height='2'", ""},
+                                      {"width='2.05' height='2'", "image-stretched"},
+                                      {"width='2' height='2.03'", ""},
+                                      {"width='2' height='2.05'", "image-stretched"}})
+        EXPECT_EQ(
+            KindsOf(CheckText(CheckedDrawing(std::string("<image xlink:href='here.png' ") + size + "/>"),
+                              folder.PathOf("drawing.svg"))),
+            kinds)
+            << size;
 }
 
 TEST(CheckPageSizeTest, TellsBothSizes) {

@@ -133,6 +133,15 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kTransform, "rotate(3deg)",
                   "'3deg' is read as 3: separate numbers by spaces or commas; units are not read here"}));
 
+TEST(ValueChecksTest, ALineHas255DashesAtMost) {
+    for (const auto& [count, message] : {std::pair{255, ""}, {256, "has more than 255 dashes"}}) {
+        std::string list;
+        for (int i = 0; i < count; ++i) list += "1 ";
+        const MaybeProblem problem = CheckDashArray(list);
+        EXPECT_EQ(problem ? problem->message : "", message) << count;
+    }
+}
+
 // Every property that is applied takes some value and no nonsense, so that none is passed over.
 TEST(ValueChecksTest, PropertiesTakeNoNonsense) {
     ValueChecks checks;

@@ -109,6 +109,27 @@ TEST(PdfContentTest, LinesOfNoWidthAreTheThinnestOfTheDevice) {
     EXPECT_EQ(CountOf(plain, "\n0 w\n"), 1U);
     EXPECT_EQ(CountOf(plain, "\n.5 w\n"), 1U);
     EXPECT_EQ(CountOf(plain, "\n.02 w\n"), 1U);
+    EXPECT_EQ(CountOf(plain, " w\n"), 3U) << "those below a hundredth of a unit have one width";
+}
+
+TEST(PdfContentTest, FillAndStrokeAreOneOperatorUnlessTheFillShowsThrough) {
+    for (const std::uint8_t opacity : {std::uint8_t{255}, std::uint8_t{254}, std::uint8_t{100}}) {
+        DrawnPdf document;
+        document.BeginPage();
+        const ORVPrintFill fill;
+        ORVPrintStroke stroke;
+        stroke.width = 5.0;
+        stroke.colour = {255, 0, 0, opacity};
+        const ORVPrintPath path = RectanglePath(10.0, 10.0, 50.0, 50.0);
+        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, &stroke}), 1);
+        document.EndPage();
+        document.Finish();
+        const std::string plain = document.Plain();
+        const std::size_t once = opacity == 255 ? 1 : 0;
+        EXPECT_EQ(CountOf(plain, "\nB\n"), once) << int{opacity};
+        EXPECT_EQ(CountOf(plain, "\nf\n"), 1 - once) << int{opacity};
+        EXPECT_EQ(CountOf(plain, "\nS\n"), 1 - once) << int{opacity};
+    }
 }
 
 TEST(PdfContentTest, DashesBeginWhereTheyAreTold) {

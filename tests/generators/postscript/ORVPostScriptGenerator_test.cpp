@@ -15,8 +15,10 @@
 #include "generators/common/generator_status.h"
 #include "generators/formats.h"
 #include "platform/system/modules.h"
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/generators/limited_output.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/shell_run.h"
@@ -97,6 +99,15 @@ public:
         return pixels;
     }
     std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
+    /// The darkest grey of the pages.
+    int Darkest() const {
+        // Three lines, then a byte for each dot.
+        std::string pixels = Interpret("-sDEVICE=pgmraw -r180 -dGraphicsAlphaBits=1 -sOutputFile=-");
+        for (int line = 0; line < 4; ++line) pixels.erase(0, pixels.find('\n') + 1);
+        int darkest = 255;
+        for (const char c : pixels) darkest = std::min<int>(darkest, static_cast<unsigned char>(c));
+        return darkest;
+    }
 
 private:
     /// What the interpreter says of the document.
@@ -209,6 +220,37 @@ TEST(ORVPostScriptGeneratorTest, TextStaysText) {
     EXPECT_THAT(document.Text(), HasSubstr("Office text"));
 }
 
+// Its characters take two and three bytes, so that they cannot be taken for each other.
+TEST(ORVPostScriptGeneratorTest, TextFromRightToLeftKeepsItsCharacters) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("DejaVu Sans");
+    PostScript document;
+    document.BeginPage(400.0, 200.0);
+    EXPECT_EQ(WriteText(document.Get(), "\uFB2A\u05D0", 10.0, 80.0, style), 1) << document.GetError();
+    EXPECT_EQ(WriteText(document.Get(), "after", 10.0, 120.0, style), 1) << document.GetError();
+    document.EndPage();
+    document.Finish();
+    EXPECT_THAT(document.Text(), HasSubstr("after"));
+}
+
+// Interpreters take three components for YCbCr.
+TEST(ORVPostScriptGeneratorTest, OnlyJpegFilesOfUsualColoursAreEmbedded) {
+    constexpr int kGrey = 1, kRgb = 2, kYCbCr = 3;
+    for (const int stored : {kGrey, kRgb, kYCbCr}) {
+        JpegToWrite jpeg{.width = 8, .height = 8, .storedSpace = stored};
+        if (stored == kGrey) jpeg.components = jpeg.inputSpace = kGrey;
+        for (int i = 0; i < 64; ++i)
+            for (int k = 0; k < jpeg.components; ++k) jpeg.samples.push_back(200);
+        const auto image = ReadJpeg(WriteJpeg(jpeg));
+        ASSERT_TRUE(image) << stored;
+        PostScript document;
+        document.BeginPage();
+        EXPECT_EQ(document.Get().DrawImage({*image, {60.0, 0.0, 0.0, 40.0, 10.0, 10.0}}), 1);
+        document.EndPage();
+        EXPECT_EQ(CountOf(document.Finish(), "DCTDecode"), stored == kRgb ? 0U : 1U) << stored;
+    }
+}
+
 TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
     const std::string file = SampleJpeg(6, 4);
     const ORVRef<ORVPixelImage> image(ReadMemoryJPEGPixelImage(file.data(), file.size(), 0));
@@ -233,6 +275,28 @@ TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
     const std::string& text = document.Finish();
     EXPECT_THAT(text, HasSubstr("res=300ppi"));
     EXPECT_THAT(document.Text(), HasSubstr("beside"));
+}
+
+// A glyph and the line that makes it bold lie over each other.
+TEST(ORVPostScriptGeneratorTest, TransparentTextIsEvenWhereItIsThickened) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("Z003");
+    ASSERT_TRUE(style.font);
+    style.height = 40.0;
+    style.weight = 26;
+    const ORVTextLayout layout = ORVLayoutText("bold", style);
+    ASSERT_EQ(layout.runs.size(), 1U);
+    ASSERT_TRUE(layout.runs[0].syntheticBold);
+    ORVPrintFill fill;
+    fill.colour.opacity = 100;
+    PostScript document;
+    document.BeginPage(150.0, 90.0);
+    EXPECT_EQ(
+        document.Get().DrawText({layout, "bold", {1.0, 0.0, 0.0, -1.0, 10.0, 60.0}, &fill, nullptr, nullptr}),
+        1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_NEAR(document.Darkest(), 155, 2);
 }
 
 // For each of them the page would be drawn once more.

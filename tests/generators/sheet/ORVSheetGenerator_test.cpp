@@ -59,6 +59,7 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
     const auto image = PlainImage(1, 2, {});
     ORVPrintFill fill;
     fill.pattern = image.get();
+    fill.patternToPage = {3, 0, 0, 3, 1, 1};
     const ORVPrintPath path = RectanglePath(0, 0, 1, 1), clip = RectanglePath(1, 1, 2, 2);
     ASSERT_EQ(sheets.DrawShape({path, {1, 0, 0, 1, 5, 5}, &fill, nullptr}), 1);
     const ORVTextLayout layout = ORVLayoutText("x", {});
@@ -76,7 +77,7 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
               "document \"t\" 1\n"
               "page 1 100x100\n"
               "clip 10,30 to 90,70\n"
-              "fill pattern@255[2 0 0 2 10 30] M20,40 L22,40 L22,42 L20,42 Z\n"
+              "fill pattern@255[6 0 0 6 12 32] M20,40 L22,40 L22,42 L20,42 Z\n"
               "text \"x\" [2 0 0 -2 16 38] fill #000000 clip M12,32 L16,32 L16,36 L12,36 Z\n"
               "image 1x2 [16 0 0 18 12 34]\n"
               "clip 10,30 to 30,40\n"
@@ -340,6 +341,19 @@ TEST(ORVSheetGeneratorTest, ASheetOfSeveralPagesEndsOnceWhenItIsFull) {
     for (unsigned int page = 1; page <= 2; ++page) DrawFilledPage(sheets, 40.0, 20.0, page);
     ASSERT_EQ(sheets.EndDocument(), 1);
     EXPECT_EQ(std::count(target.GetLines().begin(), target.GetLines().end(), "end page"), 1);
+}
+
+TEST(ORVSheetGeneratorTest, ASheetWhosePageBrokeOffIsNotEnded) {
+    RecordingGenerator target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0);
+    options.layout.pagesPerSheet = 4;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 2}), 1);
+    DrawFilledPage(sheets, 40.0, 40.0, 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40.0, 40.0, 2)), 1);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_THAT(target.GetLines(), Not(Contains("end page")));
+    EXPECT_EQ(target.GetLines().back(), "end document");
 }
 
 TEST(ORVSheetGeneratorTest, PrintsAPosterSheetBySheet) {

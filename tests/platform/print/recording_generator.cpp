@@ -78,6 +78,7 @@ std::string Stroke(const ORVPrintStroke& stroke) {
     if (stroke.cap == ORVPrintStroke::Cap::kSquare) text += " square-cap";
     if (stroke.join == ORVPrintStroke::Join::kRound) text += " round-join";
     if (stroke.join == ORVPrintStroke::Join::kBevel) text += " bevel-join";
+    if (stroke.miterLimit != ORVPrintStroke().miterLimit) text += " miter" + Number(stroke.miterLimit);
     for (std::size_t i = 0; i < stroke.dashes.size(); ++i)
         text += (i == 0 ? " d" : ",") + Number(stroke.dashes[i]);
     if (stroke.dashOffset != 0.0) text += " o" + Number(stroke.dashOffset);
