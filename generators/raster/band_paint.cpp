@@ -1,6 +1,7 @@
 // How a band's coverage becomes colour.
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -276,7 +277,7 @@ void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int
         std::memcpy(&four, alphas + x, sizeof four);
         if (four == 0xFFFFFFFFU && AreOpaque(over))
             StoreLanes(to, over);
-        else
+        else if (!AreEmpty(std::bit_cast<Lanes>(over)))
             StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), over, InBothHalves(LoadBytes(alphas + x))));
     }
 }

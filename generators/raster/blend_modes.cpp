@@ -150,6 +150,10 @@ template <ORVPrintBlendMode kMode>
 void Mix(const std::uint8_t* source, const std::uint8_t* below, int count, std::uint8_t* mixed) {
     for (int i = 0; i < count; i += 4, source += 16, below += 16, mixed += 16) {
         const auto over = LoadLanes<Lanes>(source), under = LoadLanes<Lanes>(below);
+        if (AreEmpty(over)) {
+            StoreLanes(mixed, over);
+            continue;
+        }
         const Pixels top(over), ground(under);
         const Colours both = MixColours<kMode>(ground.Straight(), top.Straight());
         const FloatLanes alone = 1.0F - ground.opacity, shared = ground.opacity * top.opacity;

@@ -133,6 +133,12 @@ inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colou
     return even | odd << 8;
 }
 
+/// True when four premultiplied pixels show nothing.
+inline bool AreEmpty(const Lanes& pixels) {
+    const auto halves = std::bit_cast<LongLanes>(pixels);
+    return (halves[0] | halves[1]) == 0;
+}
+
 /// True when the last bytes of four pixels are all 255.
 inline bool AreOpaque(const ShortLanes& pixels) {
     constexpr std::uint64_t kOpacities = 0xFF000000FF000000U;
