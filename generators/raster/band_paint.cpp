@@ -10,9 +10,10 @@
 namespace {
 
 // Work in pixels of one colour that covers what is below: for those that are blended with it, for those that
-// are cut off or come from an image, for each sample that is read, and for each pixel that samples are made
-// of.
-constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 80, kImagePixelWork = 100;
+// are cut off or come from an image, for each sample that is read, of an image or of one that repeats, and
+// for each pixel that samples are made of.
+constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 20, kRepeatedReadWork = 80,
+                        kImagePixelWork = 100;
 
 /// Exact for all that two bytes multiply to.
 unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
@@ -210,7 +211,9 @@ void BandRenderer::Paint(const RasterOperation& operation) {
 }
 
 std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const {
-    if (source_.samples) return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) * kReadWork;
+    if (source_.samples)
+        return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) *
+                                     (source_.repeats ? kRepeatedReadWork : kReadWork);
     if (operation.clipped) return kMixedPixelWork;
     return operation.colour.opacity == 255 ? 1 : kBlendedPixelWork;
 }
@@ -315,8 +318,13 @@ void BandRenderer::BlendPicture(std::uint8_t* pixels, int begin, int end, const 
         }
         return;
     }
+    const bool isOpaque = !source_.samples->HasAlpha();
     for (int x = begin; x < end; x += 4, from += 16) {
         std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
+        if (std::uint32_t all = 0; isOpaque && (std::memcpy(&all, alphas + x, sizeof all), all == ~0U)) {
+            std::memcpy(to, from, 16);
+            continue;
+        }
         StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), LoadLanes<ShortLanes>(from),
                                InBothHalves(LoadBytes(alphas + x))));
     }

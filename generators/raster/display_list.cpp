@@ -37,6 +37,7 @@ void DisplayList::Clear() {
     // Fresh vectors: a page's memory is not kept for the next one, which may need it elsewhere.
     operations_ = {};
     pieces_ = {};
+    dashes_ = {};
     clips_ = {};
     openClips_ = {};
     pens_.Clear();
@@ -149,8 +150,9 @@ RasterOperation DisplayList::NewOperation(const ORVPrintColour& colour) const {
 
 PieceCutter DisplayList::CutterFor(const RasterOperation& operation) {
     const RasterClip& clip = clips_[operation.clip];
-    return {operation, static_cast<std::uint32_t>(operations_.GetSize()), FirstRowOf(clip), LastRowOf(clip),
-            pieces_};
+    return {operation,        static_cast<std::uint32_t>(operations_.GetSize()),
+            FirstRowOf(clip), LastRowOf(clip),
+            pieces_,          dashes_};
 }
 
 bool DisplayList::FitToClip(RasterOperation& operation, const RasterExtent& extent) const {

@@ -34,6 +34,7 @@ public:
 
     const RasterSequence<RasterOperation>& GetOperations() const { return operations_; }
     const RasterSequence<RasterPiece>& GetPieces() const { return pieces_; }
+    const RasterSequence<RasterDashes>& GetDashes() const { return dashes_; }
     const std::vector<RasterClip>& GetClips() const { return clips_; }
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
@@ -75,6 +76,7 @@ private:
     RasterArena arena_;
     RasterSequence<RasterOperation> operations_;
     RasterSequence<RasterPiece> pieces_;
+    RasterSequence<RasterDashes> dashes_;
     std::vector<RasterClip> clips_;
     std::vector<std::uint32_t> openClips_;
     PenStore pens_;
