@@ -6,6 +6,7 @@
 
 #include "generators/common/ORVFormatGenerator.h"
 #include "generators/common/ORVFormatOptions.h"
+#include "generators/common/export.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
@@ -21,6 +22,6 @@ struct ORVOutputFormat {
 };
 
 /// All formats.
-std::span<const ORVOutputFormat> ORVOutputFormats();
+ORV_GENERATORS_EXPORT std::span<const ORVOutputFormat> ORVOutputFormats();
 /// The format of that name, case of ASCII letters apart; null when there is none.
-const ORVOutputFormat* ORVFindOutputFormat(std::string_view name);
+ORV_GENERATORS_EXPORT const ORVOutputFormat* ORVFindOutputFormat(std::string_view name);

@@ -25,9 +25,9 @@
 #include "apps/orvprint/commands/print_command.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/sheet_options.h"
+#include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
-#include "apps/orvprint/process/sudden_end.h"
 
 namespace {
 
@@ -56,6 +56,12 @@ CLI::Validator IsNumber() {
 }
 
 void AddReadOptions(CLI::App& command, ReadOptions& options) {
+    command
+        .add_option("--interpreter", options.interpreter,
+                    "Dialect: SVG, or SVG2 for standard SVG (default: ORVPRINT_INTERPRETER, else SVG)")
+        ->envname("ORVPRINT_INTERPRETER")
+        ->transform(CLI::IsMember({"SVG", "SVG2"}, CLI::ignore_case))
+        ->option_text("SVG|SVG2");
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
         ->option_text("light|dom [light]");
@@ -172,6 +178,11 @@ int Run(int argc, char** argv) {
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [90]");
+    app.add_option("--flatten-dpi", print.flattenDotsPerInch,
+                   "Resolution of transparent parts where the format has no transparency (ps, eps)")
+        ->check(CLI::Range(1.0, 10000.0))
+        ->check(IsNumber())
+        ->option_text("N [300]");
     CLI::Option* strict =
         app.add_flag("--strict", print.strict, "Print nothing if orvprint check reports a finding");
     std::vector<std::string> ignoredKinds;
@@ -273,7 +284,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    EndSuddenlyWithoutMemory();
+    ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
     // back in between, make that dear.

@@ -58,6 +58,15 @@ cairo_line_cap_t ToCairo(ORVPrintStroke::Cap cap) {
     return CAIRO_LINE_CAP_BUTT;
 }
 
+cairo_extend_t ToCairo(ORVPrintGradient::Spread spread) {
+    switch (spread) {
+        case ORVPrintGradient::Spread::kReflect: return CAIRO_EXTEND_REFLECT;
+        case ORVPrintGradient::Spread::kRepeat: return CAIRO_EXTEND_REPEAT;
+        case ORVPrintGradient::Spread::kPad: break;
+    }
+    return CAIRO_EXTEND_PAD;
+}
+
 cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
     switch (join) {
         case ORVPrintStroke::Join::kRound: return CAIRO_LINE_JOIN_ROUND;
@@ -135,24 +144,49 @@ void ORVCairoCanvas::AddPath(const ORVPrintPath& path) {
     }
 }
 
-void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
-    const ORVPrintColour& colour = fill.colour;
-    cairo_surface_t* tile = fill.pattern ? images_.Find(*fill.pattern) : nullptr;
+void ORVCairoCanvas::SetColour(const ORVPrintColour& colour) {
+    cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
+                          Channel(colour.opacity));
+}
+
+bool ORVCairoCanvas::SetGradient(const ORVPrintGradient& gradient) {
     ORVMathAffine2D fromPage;
-    if (!tile || !InvertMap(fill.patternToPage * PixelsOf(*tile, *fill.pattern), fromPage)) {
-        cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
-                              Channel(colour.opacity));
-        return;
-    }
-    const CairoPattern pattern(cairo_pattern_create_for_surface(tile));
+    if (!IsDrawable(ToDevice(gradient.toPage)) || !InvertMap(gradient.toPage, fromPage)) return false;
+    const ORVMathPoint2D &start = gradient.start, &end = gradient.end;
+    const CairoPattern pattern(gradient.kind == ORVPrintGradient::Kind::kLinear
+                                   ? cairo_pattern_create_linear(start.x, start.y, end.x, end.y)
+                                   : cairo_pattern_create_radial(start.x, start.y, gradient.startRadius,
+                                                                 end.x, end.y, gradient.endRadius));
+    for (const ORVPrintGradientStop& stop : gradient.stops)
+        cairo_pattern_add_color_stop_rgba(pattern.get(), stop.offset, Channel(stop.colour.red),
+                                          Channel(stop.colour.green), Channel(stop.colour.blue),
+                                          Channel(stop.colour.opacity));
+    cairo_pattern_set_extend(pattern.get(), ToCairo(gradient.spread));
+    SetPagePattern(pattern.get(), fromPage);
+    return true;
+}
+
+void ORVCairoCanvas::SetPagePattern(cairo_pattern_t* pattern, const ORVMathAffine2D& fromPage) {
     const cairo_matrix_t matrix{fromPage.m11, fromPage.m21, fromPage.m12,
                                 fromPage.m22, fromPage.dx,  fromPage.dy};
-    cairo_pattern_set_matrix(pattern.get(), &matrix);
-    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+    cairo_pattern_set_matrix(pattern, &matrix);
     // The source stays where it is now when the matrix changes.
     const cairo_matrix_t page = DeviceMatrix({});
     cairo_set_matrix(cr_, &page);
-    cairo_set_source(cr_, pattern.get());
+    cairo_set_source(cr_, pattern);
+}
+
+void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
+    if (fill.gradient && SetGradient(*fill.gradient)) return;
+    cairo_surface_t* tile = fill.pattern ? images_.Find(*fill.pattern) : nullptr;
+    ORVMathAffine2D fromPage;
+    if (!tile || !InvertMap(fill.patternToPage * PixelsOf(*tile, *fill.pattern), fromPage)) {
+        SetColour(fill.colour);
+        return;
+    }
+    const CairoPattern pattern(cairo_pattern_create_for_surface(tile));
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+    SetPagePattern(pattern.get(), fromPage);
 }
 
 void ORVCairoCanvas::Fill(const ORVPrintFill& fill) {
@@ -167,9 +201,9 @@ void ORVCairoCanvas::Fill(const ORVPrintFill& fill) {
 }
 
 void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage) {
-    const ORVPrintColour& colour = stroke.colour;
-    cairo_set_source_rgba(cr_, Channel(colour.red), Channel(colour.green), Channel(colour.blue),
-                          Channel(colour.opacity));
+    if (!stroke.gradient || !SetGradient(*stroke.gradient)) SetColour(stroke.colour);
+    const cairo_matrix_t matrix = DeviceMatrix(toPage);
+    cairo_set_matrix(cr_, &matrix);
     const double enlargement = Enlargement(ToDevice(toPage));
     cairo_set_line_width(cr_, std::min(stroke.width, kDeviceLimit / enlargement));
     cairo_set_line_cap(cr_, ToCairo(stroke.cap));
@@ -177,7 +211,8 @@ void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine
     cairo_set_miter_limit(cr_, stroke.miterLimit);
     const double period = std::accumulate(stroke.dashes.begin(), stroke.dashes.end(), 0.0);
     const bool isDashed = period * enlargement > kShortestDashPeriod;
-    cairo_set_dash(cr_, stroke.dashes.data(), isDashed ? static_cast<int>(stroke.dashes.size()) : 0, 0.0);
+    cairo_set_dash(cr_, stroke.dashes.data(), isDashed ? static_cast<int>(stroke.dashes.size()) : 0,
+                   stroke.dashOffset);
 }
 
 int ORVCairoCanvas::BeginClip(const ORVMathBox2D& box) {
@@ -187,6 +222,23 @@ int ORVCairoCanvas::BeginClip(const ORVMathBox2D& box) {
     if (!box.IsEmpty())
         cairo_rectangle(cr_, box.xMin * scale_, box.yMin * scale_, (box.xMax - box.xMin) * scale_,
                         (box.yMax - box.yMin) * scale_);
+    cairo_clip(cr_);
+    return Status();
+}
+
+int ORVCairoCanvas::BeginClipPath(const ORVPrintClipPath& clip) {
+    cairo_save(cr_);
+    cairo_new_path(cr_);
+    const ORVMathAffine2D toDevice = ToDevice(clip.toPage);
+    if (IsDrawable(toDevice)) {
+        cairo_matrix_t before;
+        cairo_get_matrix(cr_, &before);
+        const cairo_matrix_t matrix = DeviceMatrix(clip.toPage);
+        cairo_set_matrix(cr_, &matrix);
+        AddPath(FitPathToRange(clip.path, toDevice, kDeviceLimit, PathUse::kFill, fitted_));
+        cairo_set_matrix(cr_, &before);
+    }
+    cairo_set_fill_rule(cr_, clip.evenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
     cairo_clip(cr_);
     return Status();
 }
@@ -211,7 +263,6 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     }
     // A pen or a font without width is an error for cairo, which would end the document.
     if (shape.stroke && !IsFlat(toDevice)) {
-        cairo_set_matrix(cr_, &matrix);
         SetStroke(*shape.stroke, shape.toPage);
         cairo_new_path(cr_);
         const double limit = cairo_get_dash_count(cr_) > 0 ? kDashedLimit : kDeviceLimit;
@@ -254,7 +305,8 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     const cairo_matrix_t matrix = DeviceMatrix(text.toPage);
     if (text.fill) {
         // A glyph and the line that thickens it overlap, which would show through where they are transparent.
-        const bool asOne = (run.syntheticBold || text.fill->pattern) && text.fill->colour.opacity < 255;
+        const bool asOne = !text.fill->gradient && (run.syntheticBold || text.fill->pattern) &&
+                           text.fill->colour.opacity < 255;
         if (asOne) cairo_push_group(cr_);
         ORVPrintFill fill = *text.fill;
         if (asOne) fill.colour.opacity = 255;
@@ -280,7 +332,6 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         }
     }
     if (text.stroke) {
-        cairo_set_matrix(cr_, &matrix);
         SetStroke(*text.stroke, text.toPage);
         AddOutlines(text, run);
         cairo_stroke(cr_);

@@ -20,6 +20,7 @@ public:
     /// Each returns 1, or kDrawingFailed when cairo is in an error state.
     int BeginClip(const ORVMathBox2D& box);
     int EndClip();
+    int BeginClipPath(const ORVPrintClipPath& clip);
     int DrawShape(const ORVPrintShape& shape);
     int DrawText(const ORVPrintText& text);
     int DrawImage(const ORVPrintImage& image);
@@ -33,6 +34,11 @@ private:
     void AddPath(const ORVPrintPath& path);
     /// Sets a paint. Works in page coordinates, so it comes before the shape's matrix.
     void SetFillSource(const ORVPrintFill& fill);
+    void SetColour(const ORVPrintColour& colour);
+    /// @return false when the gradient cannot be drawn; nothing was set then
+    bool SetGradient(const ORVPrintGradient& gradient);
+    void SetPagePattern(cairo_pattern_t* pattern, const ORVMathAffine2D& fromPage);
+    /// Leaves the matrix that is `toPage`'s.
     void SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage);
     /// Fills the current path.
     void Fill(const ORVPrintFill& fill);

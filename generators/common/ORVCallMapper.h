@@ -6,7 +6,8 @@
 #include "platform/print/ORVPrintPath.h"
 
 /// Puts drawing calls under one more map, as when a page is placed on a larger sheet: the call's own maps,
-/// its patterns and clips all follow. Results are valid until the next call, and as long as what was given.
+/// its patterns, gradients and clips all follow. Results are valid until the next call, and as long as what
+/// was given.
 class ORVCallMapper {
 public:
     /// True for maps that take areas to areas; under others nothing shows.
@@ -18,10 +19,17 @@ public:
     static std::optional<ORVPrintImage> Map(const ORVMathAffine2D& outer, const ORVPrintImage& image);
     /// The box around the mapped one, empty when that was.
     static ORVMathBox2D Map(const ORVMathAffine2D& outer, const ORVMathBox2D& box);
+    /// Under a map that leaves no area, nothing shows in the clip.
+    static ORVPrintClipPath Map(const ORVMathAffine2D& outer, const ORVPrintClipPath& clip);
+    static ORVPrintLayer Map(const ORVMathAffine2D& outer, const ORVPrintLayer& layer);
+    static ORVPrintMask Map(const ORVMathAffine2D& outer, const ORVPrintMask& mask);
 
 private:
     const ORVPrintFill* MapFill(const ORVMathAffine2D& outer, const ORVPrintFill* fill);
+    const ORVPrintStroke* MapStroke(const ORVMathAffine2D& outer, const ORVPrintStroke* stroke);
 
     ORVPrintFill fill_;
+    ORVPrintStroke stroke_;
+    ORVPrintGradient fillGradient_, strokeGradient_;
     ORVPrintPath clip_;
 };

@@ -5,7 +5,7 @@
 #include "generators/common/ORVOutput.h"
 
 /// Writes to an open file descriptor, such as standard output, as the bytes come. One part only.
-class ORVDescriptorOutput final : public ORVOutput {
+class ORV_GENERATORS_EXPORT ORVDescriptorOutput final : public ORVOutput {
 public:
     /// @param descriptor  stays open, and the caller's
     explicit ORVDescriptorOutput(int descriptor) : descriptor_(descriptor) {}

@@ -15,7 +15,7 @@ class ORVTemporaryFile;
 
 /// Writes files. A part grows in a hidden file beside its final name and takes that name in Commit, so that
 /// what stood there before stays until the new output is complete. Devices and pipes are written directly.
-class ORVFileOutput final : public ORVOutput {
+class ORV_GENERATORS_EXPORT ORVFileOutput final : public ORVOutput {
 public:
     /// @param path      final name of the only part
     /// @param numbered  true: there may be several parts; "name.png" becomes "name-1.png", "name-2.png" ...
@@ -28,6 +28,7 @@ public:
     /// Refuses to put a part in the place of this file, under whatever name, while it exists. Until Commit it
     /// is not too late. (Fonts are never replaced.)
     void Protect(const std::string& path);
+    /// The same for a file that is known already.
     void Protect(const Identity& file) { protected_.insert(file); }
 
     /// True for a font, as the first bytes of its file tell. Which fonts a drawing takes is known too late,

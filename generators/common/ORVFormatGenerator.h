@@ -2,12 +2,14 @@
 
 #include <string>
 
+#include "generators/common/export.h"
 class ORVPrintGenerator;
 
 /// A generator and its words for what went wrong.
-class ORVFormatGenerator {
+class ORV_GENERATORS_EXPORT ORVFormatGenerator {
 public:
     virtual ~ORVFormatGenerator() = default;
+    /// The generator, for as long as this object lives.
     virtual ORVPrintGenerator& Get() = 0;
     /// Empty when nothing went wrong, or when it was the output (which then says it).
     virtual const std::string& GetError() const = 0;

@@ -3,11 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include "generators/common/export.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Lets several drawings come out as one document: passes everything on to a generator, but begins and ends
 /// its document once and numbers pages through. Identifiers of different drawings are kept apart.
-class ORVGeneratorSequence final : public ORVPrintGenerator {
+class ORV_GENERATORS_EXPORT ORVGeneratorSequence final : public ORVPrintGenerator {
 public:
     /// The first drawing's title becomes the document's.
     /// @param target     must outlive the sequence
@@ -26,6 +27,13 @@ public:
     int EndGroup() override { return target_.EndGroup(); }
     int BeginClip(const ORVMathBox2D& box) override { return target_.BeginClip(box); }
     int EndClip() override { return target_.EndClip(); }
+    unsigned int GetPowers() const override { return target_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override { return target_.BeginClipPath(clip); }
+    int EndClipPath() override { return target_.EndClipPath(); }
+    int BeginLayer(const ORVPrintLayer& layer) override { return target_.BeginLayer(layer); }
+    int EndLayer() override { return target_.EndLayer(); }
+    int BeginMask(const ORVPrintMask& mask) override { return target_.BeginMask(mask); }
+    int EndMask() override { return target_.EndMask(); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override { return target_.BeginSymbol(symbol); }
     int EndSymbol() override { return target_.EndSymbol(); }
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }

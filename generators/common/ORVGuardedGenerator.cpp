@@ -41,6 +41,30 @@ int ORVGuardedGenerator::EndClip() {
     return Pass([](ORVPrintGenerator& to) { return to.EndClip(); });
 }
 
+int ORVGuardedGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginClipPath(clip); });
+}
+
+int ORVGuardedGenerator::EndClipPath() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndClipPath(); });
+}
+
+int ORVGuardedGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginLayer(layer); });
+}
+
+int ORVGuardedGenerator::EndLayer() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndLayer(); });
+}
+
+int ORVGuardedGenerator::BeginMask(const ORVPrintMask& mask) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginMask(mask); });
+}
+
+int ORVGuardedGenerator::EndMask() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndMask(); });
+}
+
 int ORVGuardedGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
 }

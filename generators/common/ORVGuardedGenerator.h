@@ -20,6 +20,13 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override { return target_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }

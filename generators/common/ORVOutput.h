@@ -5,13 +5,14 @@
 #include <new>
 #include <string>
 
+#include "generators/common/export.h"
 #include "platform/system/ORVPrintLimits.h"
 
 /// Where the bytes of a format go. An output consists of parts, one after the other: a single one for formats
 /// that hold a whole document, one a page for others. Nothing shows under its final name before Commit;
 /// what was not committed goes away with the object. All parts together have no more bytes than the limit of
 /// output bytes that was in force when the object was made. Nothing is thrown.
-class ORVOutput {
+class ORV_GENERATORS_EXPORT ORVOutput {
 public:
     ORVOutput() = default;
     ORVOutput(const ORVOutput&) = delete;
@@ -59,12 +60,13 @@ private:
 };
 
 /// An output that stays in memory.
-class ORVMemoryOutput final : public ORVOutput {
+class ORV_GENERATORS_EXPORT ORVMemoryOutput final : public ORVOutput {
 public:
     int BeginPart() override;
     int EndPart() override { return 1; }
     int Commit() override { return 1; }
 
+    /// Parts begun so far.
     std::size_t GetPartCount() const { return count_; }
     /// The bytes of all parts, one after the other.
     const std::string& GetBytes() const { return bytes_; }

@@ -1,7 +1,9 @@
 #include "generators/common/ORVPageRecording.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <optional>
 
 #include "generators/common/generator_status.h"
 
@@ -64,6 +66,37 @@ bool SameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
            a.dy == b.dy;
 }
 
+bool SameStop(const ORVPrintGradientStop& a, const ORVPrintGradientStop& b) {
+    return a.offset == b.offset && SamePaint(a.colour, b.colour);
+}
+
+bool SameGradient(const ORVPrintGradient& a, const ORVPrintGradient& b) {
+    return a.kind == b.kind && a.spread == b.spread && a.start == b.start && a.end == b.end &&
+           a.startRadius == b.startRadius && a.endRadius == b.endRadius && SameMap(a.toPage, b.toPage) &&
+           std::equal(a.stops.begin(), a.stops.end(), b.stops.begin(), b.stops.end(), SameStop);
+}
+
+std::uint64_t ContentHash(std::span<const ORVPrintGradientStop> stops) {
+    std::uint64_t hash = stops.size();
+    for (const ORVPrintGradientStop& stop : stops) {
+        const ORVPrintColour& c = stop.colour;
+        const std::uint64_t colour = std::uint64_t{c.red} << 24U | std::uint64_t{c.green} << 16U |
+                                     std::uint64_t{c.blue} << 8U | c.opacity;
+        hash = (hash ^ std::bit_cast<std::uint64_t>(stop.offset)) * 0x9E3779B97F4A7C15U;
+        hash = (hash ^ (hash >> 29U) ^ colour) * 0xBF58476D1CE4E5B9U;
+    }
+    return hash;
+}
+
+ORVMathBox2D Intersection(const ORVMathBox2D& a, const ORVMathBox2D& b) {
+    ORVMathBox2D both;
+    both.xMin = std::max(a.xMin, b.xMin);
+    both.xMax = std::min(a.xMax, b.xMax);
+    both.yMin = std::max(a.yMin, b.yMin);
+    both.yMax = std::min(a.yMax, b.yMax);
+    return both.IsEmpty() || both.yMin > both.yMax ? ORVMathBox2D() : both;
+}
+
 std::uint32_t Last(std::size_t size) { return static_cast<std::uint32_t>(size - 1); }
 
 }  // namespace
@@ -85,11 +118,96 @@ ORVPageRecording::Box ORVPageRecording::Extent(const ORVMathBox2D& box) {
     return {Below(box.xMin), Above(box.xMax), Below(box.yMin), Above(box.yMax)};
 }
 
+ORVMathBox2D ORVPageRecording::Box::Whole() const {
+    ORVMathBox2D box;
+    if (IsEmpty()) return box;
+    box.Add({static_cast<double>(xMin), static_cast<double>(yMin)});
+    box.Add({static_cast<double>(xMax), static_cast<double>(yMax)});
+    return box;
+}
+
+/// Makes what is open around it know of a box.
+void ORVPageRecording::Spread(Body& body, const Box& box) {
+    if (body.openParts.empty())
+        body.box.Add(box);
+    else
+        body.calls[body.openParts.back()].box.Add(box);
+}
+
 void ORVPageRecording::Add(Kind kind, std::uint32_t index, const Box& box) {
     Body& body = Open();
     body.calls.push_back({kind, false, index, 0, box});
-    body.box.Add(box);
-    if (!body.openGroups.empty()) body.calls[body.openGroups.back()].box.Add(box);
+    Spread(body, box);
+}
+
+int ORVPageRecording::BeginPart(Kind kind, std::uint32_t index) {
+    Body& body = Open();
+    // A part's box comes from what it holds, see EndPart.
+    body.calls.push_back({kind, false, index, 0, {}});
+    body.openParts.push_back(Last(body.calls.size()));
+    return kGeneratorDone;
+}
+
+int ORVPageRecording::EndPart(Kind kind) {
+    Body& body = Open();
+    if (body.openParts.empty()) return kDrawingFailed;
+    Call& part = body.calls[body.openParts.back()];
+    if (EndOf(part.kind) != kind) return kDrawingFailed;
+    part.end = static_cast<std::uint32_t>(body.calls.size());
+    part.box = ShownBox(part);
+    body.openParts.pop_back();
+    const Box box = part.box;
+    Add(kind, 0, box);
+    return kGeneratorDone;
+}
+
+/// What shows of a part that has all its content.
+ORVPageRecording::Box ORVPageRecording::ShownBox(const Call& part) const {
+    switch (part.kind) {
+        case Kind::kBeginClipPath:
+            return Extent(Intersection(part.box.Whole(), ClipBox(clipPaths_[part.index])));
+        case Kind::kBeginLayer: return Extent(Intersection(part.box.Whole(), layers_[part.index].box));
+        case Kind::kBeginMask: return {};
+        default: return part.box;
+    }
+}
+
+ORVMathBox2D ORVPageRecording::ClipBox(const ClipPath& clip) const {
+    ORVMathBox2D box;
+    const std::span points(points_.data() + clip.path.points, clip.path.pointCount);
+    for (const ORVMathPoint2D& p : points) box.Add(maps_[clip.map](p));
+    return box;
+}
+
+ORVPageRecording::Path ORVPageRecording::AddPath(const ORVPrintPath& path) {
+    const Path kept{verbs_.size(), points_.size(), static_cast<std::uint32_t>(path.verbs.size()),
+                    static_cast<std::uint32_t>(path.points.size())};
+    verbs_.insert(verbs_.end(), path.verbs.begin(), path.verbs.end());
+    points_.insert(points_.end(), path.points.begin(), path.points.end());
+    return kept;
+}
+
+std::span<const ORVPrintGradientStop> ORVPageRecording::AddStops(
+    std::span<const ORVPrintGradientStop> stops) {
+    const std::uint64_t hash = ContentHash(stops);
+    const auto [first, last] = knownStops_.equal_range(hash);
+    for (auto known = first; known != last; ++known) {
+        const std::vector<ORVPrintGradientStop>& kept = stops_[known->second];
+        if (std::equal(kept.begin(), kept.end(), stops.begin(), stops.end(), SameStop)) return kept;
+    }
+    stops_.emplace_back(stops.begin(), stops.end());
+    knownStops_.emplace(hash, Last(stops_.size()));
+    return stops_.back();
+}
+
+const ORVPrintGradient* ORVPageRecording::AddGradient(const ORVPrintGradient* gradient) {
+    if (!gradient) return nullptr;
+    if (gradients_.empty() || !SameGradient(gradients_.back(), *gradient)) {
+        ORVPrintGradient kept = *gradient;
+        kept.stops = AddStops(gradient->stops);
+        gradients_.push_back(kept);
+    }
+    return &gradients_.back();
 }
 
 std::uint32_t ORVPageRecording::AddMap(const ORVMathAffine2D& map) {
@@ -101,26 +219,34 @@ std::uint32_t ORVPageRecording::AddMap(const ORVMathAffine2D& map) {
 std::uint32_t ORVPageRecording::AddFill(const ORVPrintFill* fill) {
     if (!fill) return kNone;
     if (fill->pattern) Keep(*fill->pattern);
+    const ORVPrintGradient* gradient = AddGradient(fill->gradient);
     const bool isKnown = !fills_.empty() && SamePaint(fills_.back().colour, fill->colour) &&
                          fills_.back().evenOdd == fill->evenOdd && fills_.back().pattern == fill->pattern &&
+                         fills_.back().gradient == gradient &&
                          SameMap(fills_.back().patternToPage, fill->patternToPage);
-    if (!isKnown) fills_.push_back(*fill);
+    if (!isKnown) {
+        fills_.push_back(*fill);
+        fills_.back().gradient = gradient;
+    }
     return Last(fills_.size());
 }
 
 std::uint32_t ORVPageRecording::AddStroke(const ORVPrintStroke* stroke) {
     if (!stroke) return kNone;
+    const ORVPrintGradient* gradient = AddGradient(stroke->gradient);
     if (!strokes_.empty()) {
         const Stroke& last = strokes_.back();
         const double* dashes = dashes_.data() + last.dashes;
         if (SamePaint(last.stroke.colour, stroke->colour) && last.stroke.width == stroke->width &&
             last.stroke.cap == stroke->cap && last.stroke.join == stroke->join &&
-            last.stroke.miterLimit == stroke->miterLimit &&
+            last.stroke.miterLimit == stroke->miterLimit && last.stroke.gradient == gradient &&
+            last.stroke.dashOffset == stroke->dashOffset &&
             std::equal(dashes, dashes + last.dashCount, stroke->dashes.begin(), stroke->dashes.end()))
             return Last(strokes_.size());
     }
     strokes_.push_back({*stroke, dashes_.size(), static_cast<std::uint32_t>(stroke->dashes.size())});
     strokes_.back().stroke.dashes = {};
+    strokes_.back().stroke.gradient = gradient;
     dashes_.insert(dashes_.end(), stroke->dashes.begin(), stroke->dashes.end());
     return Last(strokes_.size());
 }
@@ -139,23 +265,10 @@ int ORVPageRecording::BeginGroup(const ORVPrintGroup& group) {
     groups_.push_back({std::string(group.id), std::string(group.description),
                        std::string(group.linkElementId), std::string(group.linkURL), group.linkShow,
                        group.isLinkTarget});
-    Body& body = Open();
-    // A group's box comes from what it holds, see EndGroup.
-    body.calls.push_back({Kind::kBeginGroup, false, Last(groups_.size()), 0, {}});
-    body.openGroups.push_back(Last(body.calls.size()));
-    return kGeneratorDone;
+    return BeginPart(Kind::kBeginGroup, Last(groups_.size()));
 }
 
-int ORVPageRecording::EndGroup() {
-    Body& body = Open();
-    if (body.openGroups.empty()) return kDrawingFailed;
-    Call& group = body.calls[body.openGroups.back()];
-    group.end = static_cast<std::uint32_t>(body.calls.size());
-    body.openGroups.pop_back();
-    const Box box = group.box;
-    Add(Kind::kEndGroup, 0, box);
-    return kGeneratorDone;
-}
+int ORVPageRecording::EndGroup() { return EndPart(Kind::kEndGroup); }
 
 int ORVPageRecording::BeginClip(const ORVMathBox2D& box) {
     clips_.push_back(box);
@@ -168,17 +281,33 @@ int ORVPageRecording::EndClip() {
     return kGeneratorDone;
 }
 
+int ORVPageRecording::BeginClipPath(const ORVPrintClipPath& clip) {
+    clipPaths_.push_back({AddPath(clip.path), AddMap(clip.toPage), clip.evenOdd});
+    return BeginPart(Kind::kBeginClipPath, Last(clipPaths_.size()));
+}
+
+int ORVPageRecording::EndClipPath() { return EndPart(Kind::kEndClipPath); }
+
+int ORVPageRecording::BeginLayer(const ORVPrintLayer& layer) {
+    layers_.push_back(layer);
+    return BeginPart(Kind::kBeginLayer, Last(layers_.size()));
+}
+
+int ORVPageRecording::EndLayer() { return EndPart(Kind::kEndLayer); }
+
+int ORVPageRecording::BeginMask(const ORVPrintMask& mask) {
+    masks_.push_back(mask);
+    return BeginPart(Kind::kBeginMask, Last(masks_.size()));
+}
+
+int ORVPageRecording::EndMask() { return EndPart(Kind::kEndMask); }
+
 int ORVPageRecording::BeginSymbol(const ORVPrintSymbol& symbol) {
     const auto known = symbols_.find(symbol.key);
     const std::uint32_t map = AddMap(symbol.toPage);
     if (known != symbols_.end()) {
         placements_.push_back({known->second, map});
-        const Box& box = bodies_[known->second].box;
-        ORVMathBox2D extent;
-        if (!box.IsEmpty()) {
-            extent.Add({static_cast<double>(box.xMin), static_cast<double>(box.yMin)});
-            extent.Add({static_cast<double>(box.xMax), static_cast<double>(box.yMax)});
-        }
+        const ORVMathBox2D extent = bodies_[known->second].box.Whole();
         Add(Kind::kSymbol, Last(placements_.size()), Extent(ORVCallMapper::Map(symbol.toPage, extent)));
         return ORVPrintGenerator::kSymbolKnown;
     }
@@ -199,22 +328,30 @@ int ORVPageRecording::EndSymbol() {
     return BeginSymbol(symbol) == ORVPrintGenerator::kSymbolKnown ? kGeneratorDone : kDrawingFailed;
 }
 
-int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
-    Shape kept{verbs_.size(),
-               points_.size(),
-               static_cast<std::uint32_t>(shape.path.verbs.size()),
-               static_cast<std::uint32_t>(shape.path.points.size()),
-               AddMap(shape.toPage),
-               AddFill(shape.fill),
-               AddStroke(shape.stroke),
-               AddId(shape.id)};
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintShape& shape) {
     ORVMathBox2D box;
     for (const ORVMathPoint2D& p : shape.path.points) box.Add(shape.toPage(p));
     WidenByPen(box, Reach(shape.stroke), shape.toPage);
-    verbs_.insert(verbs_.end(), shape.path.verbs.begin(), shape.path.verbs.end());
-    points_.insert(points_.end(), shape.path.points.begin(), shape.path.points.end());
-    shapes_.push_back(kept);
-    Add(Kind::kShape, Last(shapes_.size()), Extent(box));
+    return box;
+}
+
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintText& text) {
+    ORVMathBox2D box = ORVCallMapper::Map(text.toPage, TextBox(text.layout));
+    WidenByPen(box, Reach(text.stroke), text.toPage);
+    return box;
+}
+
+ORVMathBox2D ORVPageRecording::BoxOf(const ORVPrintImage& image) {
+    ORVMathBox2D square;
+    square.Add({0.0, 0.0});
+    square.Add({1.0, 1.0});
+    return ORVCallMapper::Map(image.toPage, square);
+}
+
+int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
+    shapes_.push_back({AddPath(shape.path), AddMap(shape.toPage), AddFill(shape.fill),
+                       AddStroke(shape.stroke), AddId(shape.id)});
+    Add(Kind::kShape, Last(shapes_.size()), Extent(BoxOf(shape)));
     return kGeneratorDone;
 }
 
@@ -222,39 +359,39 @@ int ORVPageRecording::DrawText(const ORVPrintText& text) {
     texts_.push_back({text.layout, std::string(text.text), AddMap(text.toPage), AddFill(text.fill),
                       AddStroke(text.stroke), AddId(text.id), text.clip != nullptr,
                       text.clip ? *text.clip : ORVPrintPath()});
-    ORVMathBox2D box = ORVCallMapper::Map(text.toPage, TextBox(text.layout));
-    WidenByPen(box, Reach(text.stroke), text.toPage);
-    Add(Kind::kText, Last(texts_.size()), Extent(box));
+    Add(Kind::kText, Last(texts_.size()), Extent(BoxOf(text)));
     return kGeneratorDone;
 }
 
 int ORVPageRecording::DrawImage(const ORVPrintImage& image) {
     Keep(image.image);
     images_.push_back({&image.image, AddMap(image.toPage), AddId(image.id)});
-    ORVMathBox2D square;
-    square.Add({0.0, 0.0});
-    square.Add({1.0, 1.0});
-    Add(Kind::kImage, Last(images_.size()), Extent(ORVCallMapper::Map(image.toPage, square)));
+    Add(Kind::kImage, Last(images_.size()), Extent(BoxOf(image)));
     return kGeneratorDone;
 }
 
 void ORVPageRecording::Finish(const ORVMathBox2D& page) {
-    // A drawing that broke off leaves groups and symbols open.
+    // A drawing that broke off leaves parts and symbols open.
     while (openBodies_.size() > 1 && EndSymbol() == kGeneratorDone) {
     }
-    while (!bodies_.front().openGroups.empty() && EndGroup() == kGeneratorDone) {
-    }
     std::vector<Call>& calls = bodies_.front().calls;
+    const std::vector<std::uint32_t>& openParts = bodies_.front().openParts;
+    while (!openParts.empty() && EndPart(EndOf(calls[openParts.back()].kind)) == kGeneratorDone) {
+    }
     std::vector<std::uint32_t> open;
+    const auto isHidden = [&](std::uint32_t part) {
+        return calls[part].kind != Kind::kBeginMask &&
+               (calls[part].box.IsEmpty() || !calls[part].box.Touches(page));
+    };
     for (std::uint32_t i = 0; i < calls.size(); ++i) {
-        if (calls[i].kind == Kind::kEndGroup) open.pop_back();
-        if (calls[i].kind != Kind::kBeginGroup) continue;
+        if (EndsPart(calls[i].kind)) open.pop_back();
+        if (!BeginsPart(calls[i].kind)) continue;
         open.push_back(i);
-        const bool isHidden = calls[i].box.IsEmpty() || !calls[i].box.Touches(page);
-        if (!groups_[calls[i].index].isLinkTarget || !isHidden) continue;
+        if (calls[i].kind != Kind::kBeginGroup || !groups_[calls[i].index].isLinkTarget) continue;
+        if (std::none_of(open.begin(), open.end(), isHidden)) continue;
         // Whoever follows the link shall arrive somewhere.
-        for (auto group = open.rbegin(); group != open.rend() && !calls[*group].isNeeded; ++group)
-            calls[*group].isNeeded = true;
+        for (auto part = open.rbegin(); part != open.rend() && !calls[*part].isNeeded; ++part)
+            calls[*part].isNeeded = true;
     }
 }
 
@@ -268,53 +405,102 @@ void ORVPageRecording::SelectBand(double yMin, double yMax) {
     band_.clear();
     for (std::uint32_t i = 0; i < calls.size(); ++i) {
         const Call& call = calls[i];
-        const bool isClip = call.kind == Kind::kBeginClip || call.kind == Kind::kEndClip;
-        if (call.kind == Kind::kBeginGroup) {
-            if (!call.isNeeded && !call.box.Touches(band)) {
-                i = call.end;
-                continue;
-            }
-        } else if (!isClip && call.kind != Kind::kEndGroup && !call.box.Touches(band)) {
+        if (!IsFrame(call.kind) && !call.isNeeded && !call.box.Touches(band)) {
+            if (BeginsPart(call.kind)) i = call.end;
             continue;
         }
         band_.push_back(i);
     }
 }
 
-int ORVPageRecording::Replay(ORVPrintGenerator& target, const ORVMathBox2D& box) {
+int ORVPageRecording::Replay(ORVPrintGenerator& target, const ORVMathBox2D& box, const ORVMathAffine2D& map) {
+    return ReplayPlaces(target, &band_, box, map);
+}
+
+int ORVPageRecording::ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
+                                  const ORVMathAffine2D& map) {
+    return ReplayPlaces(target, nullptr, box, map);
+}
+
+int ORVPageRecording::ReplayPlaces(ORVPrintGenerator& target, const std::vector<std::uint32_t>* places,
+                                   const ORVMathBox2D& box, const ORVMathAffine2D& map) {
     std::vector<Call>& calls = bodies_.front().calls;
-    std::uint32_t skippedTo = 0;
-    for (const std::uint32_t place : band_) {
+    const std::size_t count = places ? places->size() : calls.size();
+    std::vector<Kind> open;
+    std::size_t skippedTo = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t place = places ? (*places)[i] : i;
         if (place < skippedTo) continue;
         Call& call = calls[place];
-        int result = kGeneratorDone;
-        switch (call.kind) {
-            case Kind::kBeginGroup:
-                if (!call.isNeeded && !call.box.Touches(box)) {
-                    skippedTo = call.end + 1;
-                    continue;
-                }
-                result = BeginReplayedGroup(target, call);
-                call.isNeeded = false;  // has been shown
-                break;
-            case Kind::kEndGroup: result = target.EndGroup(); break;
-            case Kind::kBeginClip: result = target.BeginClip(clips_[call.index]); break;
-            case Kind::kEndClip: result = target.EndClip(); break;
-            default:
-                if (call.box.Touches(box)) result = ReplayCall(target, call, {});
-                break;
+        const bool isOpen = BeginsPart(call.kind) && call.end == 0;
+        if (!IsFrame(call.kind) && !call.isNeeded && !isOpen && !call.box.Touches(box)) {
+            if (!BeginsPart(call.kind)) continue;
+            if (!places) i = call.end;
+            skippedTo = std::size_t{call.end} + 1;
+            continue;
+        }
+        if (call.kind >= Kind::kSymbol) {
+            if (const int result = ReplayCall(target, call, map); result != kGeneratorDone) return result;
+            continue;
+        }
+        const int result = ReplayFrame(target, call, map);
+        if (result == ORVPrintGenerator::kSkipMask && call.kind == Kind::kBeginMask) {
+            skippedTo = isOpen ? calls.size() : std::size_t{call.end} + 1;
+            continue;
         }
         if (result != kGeneratorDone) return result;
+        if (call.kind == Kind::kBeginClip || BeginsPart(call.kind))
+            open.push_back(EndOf(call.kind));
+        else if (!open.empty())
+            open.pop_back();
+    }
+    for (; !open.empty(); open.pop_back()) {
+        Call end{open.back(), false, 0, 0, {}};
+        if (const int result = ReplayFrame(target, end, map); result != kGeneratorDone) return result;
     }
     return kGeneratorDone;
 }
 
-int ORVPageRecording::BeginReplayedGroup(ORVPrintGenerator& target, const Call& call) {
+/// Begins or ends a clip or a part.
+int ORVPageRecording::ReplayFrame(ORVPrintGenerator& target, Call& call, const ORVMathAffine2D& map) {
+    switch (call.kind) {
+        case Kind::kBeginGroup: return BeginReplayedGroup(target, call);
+        case Kind::kEndGroup: return target.EndGroup();
+        case Kind::kBeginClip: {
+            const ORVMathBox2D& box = clips_[call.index];
+            return target.BeginClip(SameMap(map, {}) ? box : ORVCallMapper::Map(map, box));
+        }
+        case Kind::kEndClip: return target.EndClip();
+        case Kind::kBeginClipPath: {
+            const ClipPath& kept = clipPaths_[call.index];
+            call.isNeeded = false;
+            return target.BeginClipPath(
+                ORVCallMapper::Map(map, {PathOf(kept.path), maps_[kept.map], kept.evenOdd}));
+        }
+        case Kind::kEndClipPath: return target.EndClipPath();
+        case Kind::kBeginLayer:
+            call.isNeeded = false;
+            return target.BeginLayer(ORVCallMapper::Map(map, layers_[call.index]));
+        case Kind::kEndLayer: return target.EndLayer();
+        case Kind::kBeginMask: return target.BeginMask(ORVCallMapper::Map(map, masks_[call.index]));
+        case Kind::kEndMask: return target.EndMask();
+        default: return kDrawingFailed;
+    }
+}
+
+int ORVPageRecording::BeginReplayedGroup(ORVPrintGenerator& target, Call& call) {
     Group& group = groups_[call.index];
     const bool isLinkTarget = group.isLinkTarget;
     group.isLinkTarget = false;
+    call.isNeeded = false;  // has been shown
     return target.BeginGroup(
         {group.id, group.description, group.linkElementId, group.linkURL, group.linkShow, isLinkTarget});
+}
+
+const ORVPrintPath& ORVPageRecording::PathOf(const Path& kept) {
+    path_.verbs.assign(verbs_.data() + kept.verbs, verbs_.data() + kept.verbs + kept.verbCount);
+    path_.points.assign(points_.data() + kept.points, points_.data() + kept.points + kept.pointCount);
+    return path_;
 }
 
 const ORVPrintFill* ORVPageRecording::FillOf(std::uint32_t index) const {
@@ -333,10 +519,8 @@ int ORVPageRecording::ReplayCall(ORVPrintGenerator& target, const Call& call, co
     switch (call.kind) {
         case Kind::kShape: {
             const Shape& kept = shapes_[call.index];
-            path_.verbs.assign(verbs_.data() + kept.verbs, verbs_.data() + kept.verbs + kept.verbCount);
-            path_.points.assign(points_.data() + kept.points, points_.data() + kept.points + kept.pointCount);
-            const auto shape = mapper_.Map(
-                map, {path_, maps_[kept.map], FillOf(kept.fill), StrokeOf(kept.stroke), IdOf(kept.id)});
+            const auto shape = mapper_.Map(map, {PathOf(kept.path), maps_[kept.map], FillOf(kept.fill),
+                                                 StrokeOf(kept.stroke), IdOf(kept.id)});
             return shape ? target.DrawShape(*shape) : kGeneratorDone;
         }
         case Kind::kText: {
@@ -351,21 +535,22 @@ int ORVPageRecording::ReplayCall(ORVPrintGenerator& target, const Call& call, co
             const auto image = ORVCallMapper::Map(map, {*kept.image, maps_[kept.map], IdOf(kept.id)});
             return image ? target.DrawImage(*image) : kGeneratorDone;
         }
-        case Kind::kSymbol: return ReplayBody(target, placements_[call.index]);
+        case Kind::kSymbol: return ReplayBody(target, placements_[call.index], map);
         default: return kGeneratorDone;
     }
 }
 
-int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& placement) {
+int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& placement,
+                                 const ORVMathAffine2D& outer) {
     struct Frame {
-        const Body* body;
+        Body* body;
         std::size_t next;
         ORVMathAffine2D map;  // to the target's present coordinates
         bool isSymbol;        // which the target stores
     };
     std::vector<Frame> open;
     const auto begin = [&](const Placement& placed, const ORVMathAffine2D& map) -> int {
-        const Body& body = bodies_[placed.symbol];
+        Body& body = bodies_[placed.symbol];
         const ORVMathAffine2D toTarget = map * maps_[placed.map];
         if (!ORVCallMapper::IsUsable(toTarget)) return kGeneratorDone;
         switch (const int answer = target.BeginSymbol({body.key, toTarget})) {
@@ -376,7 +561,7 @@ int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& pla
         }
         return kGeneratorDone;
     };
-    int result = begin(placement, {});
+    int result = begin(placement, outer);
     while (result == kGeneratorDone && !open.empty()) {
         Frame& frame = open.back();
         if (frame.next == frame.body->calls.size()) {
@@ -384,9 +569,17 @@ int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& pla
             open.pop_back();
             continue;
         }
-        const Call& call = frame.body->calls[frame.next++];
-        result = call.kind == Kind::kSymbol ? begin(placements_[call.index], frame.map)
-                                            : ReplayCall(target, call, frame.map);
+        Call& call = frame.body->calls[frame.next++];
+        if (call.kind == Kind::kSymbol) {
+            result = begin(placements_[call.index], frame.map);
+        } else if (call.kind > Kind::kSymbol) {
+            result = ReplayCall(target, call, frame.map);
+        } else {
+            result = ReplayFrame(target, call, frame.map);
+            if (result != ORVPrintGenerator::kSkipMask || call.kind != Kind::kBeginMask) continue;
+            frame.next = std::size_t{call.end} + 1;
+            result = kGeneratorDone;
+        }
     }
     return result;
 }

@@ -3,12 +3,14 @@
 #include <cstdint>
 #include <deque>
 #include <limits>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "generators/common/ORVCallMapper.h"
+#include "generators/common/generator_powers.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/system/ORVRef.h"
@@ -23,6 +25,11 @@
 /// for in all of the recording, the parts of a band in the band only.
 class ORVPageRecording final : public ORVPrintGenerator {
 public:
+    ORVPageRecording() = default;
+    // What is kept refers to itself.
+    ORVPageRecording(const ORVPageRecording&) = delete;
+    ORVPageRecording& operator=(const ORVPageRecording&) = delete;
+
     // Of documents and pages nothing is kept.
     int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return 1; }
     int BeginPage(const ORVPrintPageInfo& /*info*/) override { return 1; }
@@ -33,6 +40,13 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override { return kAllPowers; }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return true; }  // those that are given
@@ -49,14 +63,30 @@ public:
     /// ended. The first group of an identifier that links lead to is reported as their target one single
     /// time, also when it shows nothing.
     /// @return 1, or what the target returned when it was not 1
-    [[nodiscard]] int Replay(ORVPrintGenerator& target, const ORVMathBox2D& box);
+    /// @param map  that all calls are put under
+    [[nodiscard]] int Replay(ORVPrintGenerator& target, const ORVMathBox2D& box,
+                             const ORVMathAffine2D& map = {});
+    /// Draws what touches the box of all that was recorded so far. What is open is ended; the recording
+    /// can go on.
+    [[nodiscard]] int ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
+                                  const ORVMathAffine2D& map = {});
+    /// How far a call reaches at most.
+    static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
+    static ORVMathBox2D BoxOf(const ORVPrintText& text);
+    static ORVMathBox2D BoxOf(const ORVPrintImage& image);
 
 private:
-    enum class Kind : std::uint8_t {
+    enum class Kind : std::uint8_t {  // ends follow their beginnings; what is drawn comes last
         kBeginGroup,
         kEndGroup,
         kBeginClip,
         kEndClip,
+        kBeginClipPath,
+        kEndClipPath,
+        kBeginLayer,
+        kEndLayer,
+        kBeginMask,
+        kEndMask,
         kSymbol,
         kShape,
         kText,
@@ -67,14 +97,15 @@ private:
         float xMin = std::numeric_limits<float>::infinity(), xMax = -std::numeric_limits<float>::infinity();
         float yMin = std::numeric_limits<float>::infinity(), yMax = -std::numeric_limits<float>::infinity();
         bool IsEmpty() const { return !(xMin <= xMax); }
+        ORVMathBox2D Whole() const;
         void Add(const Box& other);
         bool Touches(const ORVMathBox2D& box) const;
     };
     struct Call {
         Kind kind;
-        bool isNeeded = false;  // a group with a target that shows nothing
+        bool isNeeded = false;  // a group with a target that shows nothing, or what holds such a group
         std::uint32_t index;    // of what belongs to the kind
-        std::uint32_t end = 0;  // of a group: the place of its end
+        std::uint32_t end = 0;  // of a part: the place of its end
         Box box;
     };
     static constexpr std::uint32_t kNone = ~std::uint32_t{0};
@@ -84,10 +115,18 @@ private:
         int linkShow;
         bool isLinkTarget;
     };
-    struct Shape {
+    struct Path {
         std::size_t verbs, points;  // where they begin
         std::uint32_t verbCount, pointCount;
+    };
+    struct Shape {
+        Path path;
         std::uint32_t map, fill, stroke, id;
+    };
+    struct ClipPath {
+        Path path;
+        std::uint32_t map;
+        bool evenOdd;
     };
     struct Text {
         ORVTextLayout layout;
@@ -112,23 +151,51 @@ private:
     struct Body {
         const void* key = nullptr;
         std::vector<Call> calls;
-        std::vector<std::uint32_t> openGroups;  // places of their beginnings
+        std::vector<std::uint32_t> openParts;  // places of their beginnings
         Box box;
     };
 
+    /// Parts are begun and ended, and are left out as a whole when nothing in them is wanted.
+    static bool BeginsPart(Kind kind) {
+        return kind == Kind::kBeginGroup || kind == Kind::kBeginClipPath || kind == Kind::kBeginLayer ||
+               kind == Kind::kBeginMask;
+    }
+    static bool EndsPart(Kind kind) {
+        return kind == Kind::kEndGroup || kind == Kind::kEndClipPath || kind == Kind::kEndLayer ||
+               kind == Kind::kEndMask;
+    }
+    static Kind EndOf(Kind begin) { return static_cast<Kind>(static_cast<std::uint8_t>(begin) + 1); }
+    /// Beginnings and ends that are replayed wherever what holds them is.
+    static bool IsFrame(Kind kind) {
+        return kind == Kind::kBeginClip || kind == Kind::kEndClip || kind == Kind::kBeginMask ||
+               EndsPart(kind);
+    }
+
     Body& Open() { return bodies_[openBodies_.back()]; }
     void Add(Kind kind, std::uint32_t index, const Box& box);
+    void Spread(Body& body, const Box& box);
+    int BeginPart(Kind kind, std::uint32_t index);
+    int EndPart(Kind kind);
+    Box ShownBox(const Call& part) const;
+    ORVMathBox2D ClipBox(const ClipPath& clip) const;
+    Path AddPath(const ORVPrintPath& path);
+    const ORVPrintGradient* AddGradient(const ORVPrintGradient* gradient);
+    std::span<const ORVPrintGradientStop> AddStops(std::span<const ORVPrintGradientStop> stops);
     static Box Extent(const ORVMathBox2D& box);
     std::uint32_t AddMap(const ORVMathAffine2D& map);
     std::uint32_t AddFill(const ORVPrintFill* fill);
     std::uint32_t AddStroke(const ORVPrintStroke* stroke);
     std::uint32_t AddId(std::string_view id);
     void Keep(const ORVPixelImage& image);
-    void Need(std::uint32_t group);
 
+    /// @param places  of calls of the page that may be wanted; null for all
+    int ReplayPlaces(ORVPrintGenerator& target, const std::vector<std::uint32_t>* places,
+                     const ORVMathBox2D& box, const ORVMathAffine2D& map);
+    int ReplayFrame(ORVPrintGenerator& target, Call& call, const ORVMathAffine2D& map);
+    const ORVPrintPath& PathOf(const Path& kept);
     int ReplayCall(ORVPrintGenerator& target, const Call& call, const ORVMathAffine2D& map);
-    int ReplayBody(ORVPrintGenerator& target, const Placement& placement);
-    int BeginReplayedGroup(ORVPrintGenerator& target, const Call& call);
+    int ReplayBody(ORVPrintGenerator& target, const Placement& placement, const ORVMathAffine2D& outer);
+    int BeginReplayedGroup(ORVPrintGenerator& target, Call& call);
     const ORVPrintFill* FillOf(std::uint32_t index) const;
     const ORVPrintStroke* StrokeOf(std::uint32_t index);
     std::string_view IdOf(std::uint32_t index) const {
@@ -142,6 +209,9 @@ private:
 
     std::vector<Group> groups_;
     std::vector<ORVMathBox2D> clips_;
+    std::vector<ClipPath> clipPaths_;
+    std::vector<ORVPrintLayer> layers_;
+    std::vector<ORVPrintMask> masks_;
     std::vector<Shape> shapes_;
     std::deque<Text> texts_;
     std::vector<Image> images_;
@@ -150,6 +220,9 @@ private:
     std::vector<ORVPrintFill> fills_;
     std::vector<Stroke> strokes_;
     std::vector<double> dashes_;
+    std::deque<ORVPrintGradient> gradients_;
+    std::deque<std::vector<ORVPrintGradientStop>> stops_;
+    std::unordered_multimap<std::uint64_t, std::uint32_t> knownStops_;  // places by their contents
     std::vector<std::string> ids_;
     std::vector<ORVPrintPath::Verb> verbs_;
     std::vector<ORVMathPoint2D> points_;

@@ -1,7 +1,6 @@
 #include "generators/pdf/ORVPdfGenerator.h"
 
 #include <algorithm>
-#include <deque>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -15,6 +14,8 @@
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_fonts.h"
 #include "generators/pdf/pdf_images.h"
+#include "generators/pdf/pdf_object_pool.h"
+#include "generators/pdf/pdf_parts.h"
 #include "generators/pdf/pdf_syntax.h"
 #include "platform/print/link_addresses.h"
 
@@ -62,22 +63,18 @@ struct ORVPdfGenerator::State {
         std::string action;  // of its link, when it is one
         bool HasBox() const { return !target.empty() || !action.empty(); }
     };
-    /// A symbol that is being drawn.
-    struct OpenSymbol {
-        ORVPrintSymbol symbol;
-        PdfContent content;
-    };
-    /// What is being drawn on: the innermost symbol, or the page; null when there is neither.
-    PdfContent* Content() { return !symbols.empty() ? &symbols.back().content : page ? &*page : nullptr; }
     /// Calls `draw` with what is being drawn on.
     template <class Draw>
     int DrawOn(Draw draw) {
-        PdfContent* content = Content();
-        if (!content) return kDrawingFailed;
-        draw(*content);
+        if (!page) return kDrawingFailed;
+        draw(page->GetTop());
         return Check();
     }
-    void EndSymbol();
+    /// Calls `change` with what is open of the page. @param change  returns whether it was due
+    template <class Change>
+    int ChangeParts(Change change) {
+        return page && change(*page) ? Check() : static_cast<int>(kDrawingFailed);
+    }
     void EndBox(const OpenGroup& group);
     void EndPage();
 
@@ -85,15 +82,15 @@ struct ORVPdfGenerator::State {
     std::optional<PdfFile> file;
     PdfFontTable fonts;
     PdfImageTable images;
+    std::optional<PdfObjectPool> pool;
     std::optional<PdfDocumentObjects> objects;
     std::unordered_map<const void*, PdfForm> forms;
     PdfDocumentFacts facts;
     std::string error;
 
-    std::optional<PdfContent> page;  // the open one, and what belongs to it
+    std::optional<PdfParts> page;  // the open one, and what belongs to it
     double height = 0.0, width = 0.0;
     ORVMathBox2D trim;
-    std::deque<OpenSymbol> symbols;
     std::vector<OpenGroup> groups;
     bool insideLink = false;
     std::vector<unsigned int> annotations;
@@ -111,7 +108,8 @@ int ORVPdfGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     if (state.output.BeginPart() != 1) return kOutputFailed;
     state.facts.title = info.title;
     state.file.emplace(state.output);
-    state.objects.emplace(PdfDocumentObjects{*state.file, state.fonts, state.images});
+    state.pool.emplace(*state.file);
+    state.objects.emplace(PdfDocumentObjects{*state.file, state.fonts, state.images, *state.pool});
     state.facts.pageTree = state.file->Reserve();
     return state.Check();
 }
@@ -129,14 +127,18 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     state.height = info.height;
     state.trim = info.trim;
     state.facts.pages.push_back({state.file->Reserve(), std::string(info.title), std::string(info.label)});
-    state.page.emplace(*state.objects, info.width, info.height);
+    state.page.emplace(*state.objects, state.forms, info.width, info.height);
     return state.Check();
 }
 
 int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     State& state = *state_;
-    if (!state.page || !state.symbols.empty()) return kDrawingFailed;
+    if (!state.page || state.page->CountSymbols() > 0) return kDrawingFailed;
     State::OpenGroup open;
+    if (state.page->CountMasks() > 0) {
+        state.groups.push_back(std::move(open));  // what is not seen leads nowhere
+        return kGeneratorDone;
+    }
     if (group.isLinkTarget) open.target = group.id;
     // A place inside a link that leads elsewhere is part of the outer link.
     if (!state.insideLink && !group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL))
@@ -144,13 +146,13 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     else if (!state.insideLink && !group.linkElementId.empty())
         AppendPdfBytes(open.action = "/Dest", group.linkElementId);
     if (!open.action.empty()) state.insideLink = true;
-    if (open.HasBox()) state.page->BeginBox();
+    if (open.HasBox()) state.page->GetPage().BeginBox();
     state.groups.push_back(std::move(open));
     return kGeneratorDone;
 }
 
 void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
-    const ORVMathBox2D box = page->EndBox();
+    const ORVMathBox2D box = page->GetPage().EndBox();
     const auto toPoints = [&](double x, double y) {
         std::string text;
         AppendDecimal(text, x * kPointsPerUserUnit, kPdfPlaces);
@@ -187,34 +189,41 @@ int ORVPdfGenerator::BeginClip(const ORVMathBox2D& box) {
 }
 
 int ORVPdfGenerator::EndClip() {
-    PdfContent* content = state_->Content();
-    return content && content->EndClip() ? state_->Check() : static_cast<int>(kDrawingFailed);
+    return state_->ChangeParts([](PdfParts& parts) { return parts.GetTop().EndClip(); });
+}
+
+int ORVPdfGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return state_->DrawOn([&](PdfContent& content) { content.BeginClipPath(clip); });
+}
+
+int ORVPdfGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    return state_->ChangeParts([&](PdfParts& parts) {
+        parts.BeginLayer(layer);
+        return true;
+    });
+}
+
+int ORVPdfGenerator::EndLayer() {
+    return state_->ChangeParts([](PdfParts& parts) { return parts.EndLayer(); });
+}
+
+int ORVPdfGenerator::BeginMask(const ORVPrintMask& mask) {
+    return state_->ChangeParts([&](PdfParts& parts) { return parts.BeginMask(mask); });
+}
+
+int ORVPdfGenerator::EndMask() {
+    return state_->ChangeParts([](PdfParts& parts) { return parts.EndMask(); });
 }
 
 int ORVPdfGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
-    PdfContent* content = state_->Content();
-    if (!content) return kDrawingFailed;
-    if (const auto known = state_->forms.find(symbol.key); known != state_->forms.end()) {
-        content->DrawForm(known->second, symbol.toPage);
-        const int result = state_->Check();
-        return result == kGeneratorDone ? kSymbolKnown : result;
-    }
-    state_->symbols.push_back({symbol, PdfContent(*state_->objects)});
-    return kDrawSymbol;
-}
-
-void ORVPdfGenerator::State::EndSymbol() {
-    const ORVPrintSymbol symbol = symbols.back().symbol;
-    const PdfForm form = symbols.back().content.FinishForm();
-    symbols.pop_back();
-    forms.emplace(symbol.key, form);
-    Content()->DrawForm(form, symbol.toPage);
+    if (!state_->page) return kDrawingFailed;
+    if (state_->page->BeginSymbol(symbol)) return kDrawSymbol;
+    const int result = state_->Check();
+    return result == kGeneratorDone ? kSymbolKnown : result;
 }
 
 int ORVPdfGenerator::EndSymbol() {
-    if (state_->symbols.empty()) return kDrawingFailed;
-    state_->EndSymbol();
-    return state_->Check();
+    return state_->ChangeParts([](PdfParts& parts) { return parts.EndSymbol(); });
 }
 
 int ORVPdfGenerator::DrawShape(const ORVPrintShape& shape) {
@@ -230,11 +239,11 @@ int ORVPdfGenerator::DrawImage(const ORVPrintImage& image) {
 }
 
 void ORVPdfGenerator::State::EndPage() {
-    // A drawing that broke off leaves symbols and groups open.
-    while (!symbols.empty()) EndSymbol();
+    // A drawing that broke off leaves all kinds of things open.
+    page->EndAll();
     for (; !groups.empty(); groups.pop_back())
         if (groups.back().HasBox()) EndBox(groups.back());
-    const std::string entries = page->FinishPage();
+    const std::string entries = page->GetPage().FinishPage();
     page.reset();
 
     std::string dictionary = "<</Type/Page/Parent " + PdfReference(facts.pageTree);

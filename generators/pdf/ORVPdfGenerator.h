@@ -9,9 +9,9 @@
 
 class ORVOutput;
 
-/// Writes PDF: vectors, text that can be searched, JPEG pictures as they are, links and their targets,
-/// content that repeats once. Pages may have different sizes; a user unit is 0.8 point. The same calls give
-/// the same bytes.
+/// Writes PDF: vectors, gradients, text that can be searched, JPEG pictures as they are, layers and masks,
+/// links and their targets, content that repeats once. Pages may have different sizes; a user unit is 0.8
+/// point. The same calls give the same bytes.
 class ORVPdfGenerator final : public ORVPrintGenerator {
 public:
     /// @param output        receives the document as its only part, from a thread of the generator's own;
@@ -31,6 +31,14 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override {
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+    }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     int DrawShape(const ORVPrintShape& shape) override;

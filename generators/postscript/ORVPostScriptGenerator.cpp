@@ -14,6 +14,7 @@
 #include "generators/cairo/cairo_handles.h"
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
+#include "generators/common/gradient_measures.h"
 #include "generators/postscript/dsc_header.h"
 #include "generators/postscript/postscript_module.h"
 #include "platform/print/ORVPrintPath.h"
@@ -49,8 +50,11 @@ std::string DateText(std::int64_t time) {
 }
 
 bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
-    return (fill && (fill->colour.opacity < 255 || (fill->pattern && fill->pattern->HasAlpha()))) ||
-           (stroke && stroke->colour.opacity < 255);
+    if (fill && fill->gradient && !ORVIsOpaque(*fill->gradient)) return true;
+    if (stroke && stroke->gradient && !ORVIsOpaque(*stroke->gradient)) return true;
+    return (fill && !fill->gradient &&
+            (fill->colour.opacity < 255 || (fill->pattern && fill->pattern->HasAlpha()))) ||
+           (stroke && !stroke->gradient && stroke->colour.opacity < 255);
 }
 
 /// What went wrong, when it was not the output.
@@ -233,6 +237,10 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
 
 int ORVPostScriptGenerator::BeginClip(const ORVMathBox2D& box) {
     return state_->Check(state_->canvas.BeginClip(box));
+}
+
+int ORVPostScriptGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return state_->Check(state_->canvas.BeginClipPath(clip));
 }
 
 int ORVPostScriptGenerator::EndClip() { return state_->Check(state_->canvas.EndClip()); }

@@ -30,6 +30,8 @@ public:
     int EndGroup() override { return 1; }
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override { return kGradients | kClipPaths; }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

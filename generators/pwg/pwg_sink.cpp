@@ -132,10 +132,6 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
     header.PageSize[0] = Points(page.pageWidth);
     header.PageSize[1] = Points(page.pageHeight);
     header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] = page.pageCount;
-    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxLeft] = 0;
-    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxTop] = 0;
-    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxRight] = header.cupsWidth;
-    header.cupsInteger[CUPS_RASTER_PWG_ImageBoxBottom] = header.cupsHeight;
     header.NumCopies = 1;
     failed_ = library.writeHeader(stream_, &header) != 1;
     return failed_ ? Failure() : static_cast<int>(kGeneratorDone);

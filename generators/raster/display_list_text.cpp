@@ -28,23 +28,10 @@ ORVPrintStroke BoldStrokeOf(const ORVGlyphRun& run) {
 
 }  // namespace
 
-std::uint32_t DisplayList::ClipText(const ORVPrintPath& path) {
-    RasterClip clip;
-    RasterExtent extent;
-    RasterGeometry geometry;
-    if (!outlines_.Make(path, ToDevice({}), PathUse::kFill, geometry, extent)) return AddClip(clip);
-    clip = {extent.left, extent.top, extent.right, extent.bottom, nullptr};
-    if (!outlines_.IsBox()) {
-        auto* outline = arena_.Make<RasterGeometry>(1);
-        clip.outline = new (outline) RasterGeometry(geometry);
-    }
-    return AddClip(clip);
-}
-
 void DisplayList::AddText(const ORVPrintText& text) {
     const ORVMathAffine2D toDevice = ToDevice(text.toPage);
     if (!IsDrawable(toDevice)) return;
-    openClips_.push_back(text.clip ? ClipText(*text.clip) : openClips_.back());
+    openClips_.push_back(text.clip ? AddClipPath(*text.clip, ToDevice({}), false, true) : openClips_.back());
     for (const ORVGlyphRun& run : text.layout.runs) AddRun(text, run, toDevice);
     openClips_.pop_back();
 }
@@ -67,6 +54,7 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         operation.colour = text.fill->colour;
         if (text.fill->pattern)
             operation.picture = KeepPicture(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
+        SetGradient(text.fill->gradient, operation);
         if (run.syntheticBold) operation.pen = pens_.Find(BoldStrokeOf(run), toDevice, thinnest_);
         AddGlyphs(operation);
     }
@@ -75,6 +63,7 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         operation.picture = nullptr;
         operation.fills = false;
         operation.pen = pens_.Find(*text.stroke, toDevice, thinnest_);
+        SetGradient(text.stroke->gradient, operation);
         AddGlyphs(operation);
     }
 }
@@ -84,7 +73,10 @@ void DisplayList::AddRunOutlines(const ORVPrintText& text, const ORVGlyphRun& ru
     ORVCollectOutlines(run, path_);
     ORVPrintStroke bold = BoldStrokeOf(run);
     const bool isBold = text.fill && run.syntheticBold;
-    if (isBold) bold.colour = text.fill->colour;
+    if (isBold) {
+        bold.colour = text.fill->colour;
+        bold.gradient = text.fill->gradient;
+    }
     AddPath(path_, toDevice, text.fill, isBold ? &bold : nullptr);
     AddPath(path_, toDevice, nullptr, text.stroke);
 }

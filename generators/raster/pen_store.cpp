@@ -20,7 +20,7 @@ const StrokePen* PenStore::Find(const ORVPrintStroke& stroke, const ORVMathAffin
     const auto same = [&](const KeptPen& kept) {
         return kept.stroke.width == stroke.width && kept.stroke.cap == stroke.cap &&
                kept.stroke.join == stroke.join && kept.stroke.miterLimit == stroke.miterLimit &&
-               IsSameLinearMap(kept.map, linear) &&
+               kept.stroke.dashOffset == stroke.dashOffset && IsSameLinearMap(kept.map, linear) &&
                std::equal(kept.dashes.begin(), kept.dashes.end(), stroke.dashes.begin(), stroke.dashes.end());
     };
     const auto end = pens_.size() > kPensToCompare ? pens_.rbegin() + kPensToCompare : pens_.rend();
@@ -29,6 +29,7 @@ const StrokePen* PenStore::Find(const ORVPrintStroke& stroke, const ORVMathAffin
     kept.stroke = stroke;
     kept.dashes.assign(stroke.dashes.begin(), stroke.dashes.end());
     kept.stroke.dashes = kept.dashes;
+    kept.stroke.gradient = nullptr;
     kept.map = linear;
     kept.pen = ORVMakePen(stroke, linear, thinnest, kept.dashEnds);
     return &kept.pen;

@@ -32,10 +32,19 @@ void CloseCourse(StrokeCourse& course) {
 
 }  // namespace
 
+DashedLineMeasure::DashedLineMeasure(const StrokePen& pen, bool closed)
+    : pen_(pen), closed_(closed), length_(pen.dashStart) {
+    double begin = 0.0;
+    startsInDash_ = ORVFindLastDash(pen, length_, begin, firstEnd_);
+}
+
 DashedPart DashedLineMeasure::Add(const StrokeCourse& course) {
     DashedPart part;
     part.closed = closed_;
-    part.isSolid = pen_.ShowsAsSolid();
+    // What begins with a gap begins later.
+    part.isSolid = pen_.ShowsAsSolid() && (startsInDash_ || pen_.isFine);
+    part.startsLine = !isBegun_;
+    isBegun_ = true;
     part.begin = length_;
     part.before = lastBegin_;
     // The very sums that the part is drawn with.
@@ -52,9 +61,11 @@ void DashedLineMeasure::Finish(DashedPart& first, DashedPart& last) const {
     double begin = 0.0, end = 0.0;
     const bool endsInDash = ORVFindLastDash(pen_, length_, begin, end);
     if (closed_) {
-        first.isSolid = last.isSolid = first.isSolid || pen_.dashEnds.front() > length_;
-        first.before = -lastLength_;
-        if (endsInDash) first.joined = ShareOf(begin - lastBegin_, lastLength_);
+        first.isSolid = last.isSolid = first.isSolid || (startsInDash_ && firstEnd_ > length_);
+        if (endsInDash && startsInDash_) {
+            first.joined = ShareOf(begin - lastBegin_, lastLength_);
+            last.firstEnd = firstEnd_;
+        }
     } else if (!endsInDash && length_ - end < lastLength_) {
         last.keptOfLast = 1.0 - ShareOf(length_ - end, lastLength_);
     }
@@ -71,7 +82,7 @@ void StrokeDasher::AddContour(StrokeCourse& course, bool closed) {
     DashedLineMeasure measure(GetPen(), closed);
     DashedPart part = measure.Add(course);
     // Without a corner, there is no join in a gap that could be missed.
-    if (GetPen().hidesGaps && last == 1 && !closed) part.isSolid = true;
+    if (GetPen().hidesGaps && last == 1 && !closed) part.isSolid = measure.MayHideGaps();
     measure.Finish(part, part);
     if (closed) {
         CloseCourse(course);
@@ -137,14 +148,14 @@ void StrokeDasher::AddDashes(const StrokeCourse& course, std::size_t first, std:
         double dashBegin = cursor.GetBegin(), dashEnd = cursor.GetEnd();
         // A dash that begins where the line ends still is one.
         if (dashBegin > end || (dashBegin == end && !part.endsLine)) return;
-        const bool isJoined = cursor.IsFirst() && part.joined <= 1.0;
-        if (isJoined) dashBegin = std::min(dashBegin, start - lengths_[first - 1] * (1.0 - part.joined));
         // What ends with the segment before was drawn with it.
         if (dashEnd <= start && dashBegin < start) {
             cursor.Advance();
             continue;
         }
-        if (dashEnd > end && part.endsLine && !part.closed) dashEnd = end;
+        if (part.startsLine && dashBegin < start) dashBegin = start;
+        if (part.joined <= 1.0 && dashBegin == start) dashBegin -= lengths_[first - 1] * (1.0 - part.joined);
+        if (dashEnd > end && part.endsLine && part.firstEnd == 0.0) dashEnd = end;
         while (segment.index + 1 < last && distances_[segment.index + 1] <= dashBegin &&
                distances_[segment.index + 1] < dashEnd)
             segment = SegmentAt(course, segment.index + 1);
@@ -171,10 +182,11 @@ ORVMathPoint2D StrokeDasher::PointAt(const StrokeCourse& course, std::size_t seg
     return Mix(a, b, ShareOf(distance - distances_[segment], lengths_[segment]));
 }
 
-ORVMathPoint2D StrokeDasher::FirstDashFrom(const StrokeCourse& course, std::size_t segment) const {
+ORVMathPoint2D StrokeDasher::FirstDashFrom(const StrokeCourse& course, std::size_t segment,
+                                           double end) const {
     const ORVMathPoint2D &a = course.points[segment], &b = course.points[segment + 1];
-    const double end = GetPen().dashEnds.front();
-    return end < lengths_[segment] ? Mix(a, b, ShareOf(end, lengths_[segment])) : b;
+    const double start = GetPen().dashStart, length = lengths_[segment];
+    return end < start + length ? Mix(a, b, ShareOf(end - start, length)) : b;
 }
 
 void StrokeDasher::AddStraightDash(const StrokeCourse& course, const Segment& segment, double begin,
@@ -214,7 +226,8 @@ void StrokeDasher::AddBentDash(const StrokeCourse& course, const Segment& segmen
     } else {
         // The dash goes on behind the part; in a closed line it is the first one then.
         dashLast = dash_.points.size() - 1;
-        dash_.Add(part.endsLine ? FirstDashFrom(course, last) : PointAt(course, last, end), false);
+        dash_.Add(part.endsLine ? FirstDashFrom(course, last, part.firstEnd) : PointAt(course, last, end),
+                  false);
     }
     if (dash_.points.size() > 1)
         outliner_.AddPart(dash_, dashFirst, dashLast);

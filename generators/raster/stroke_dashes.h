@@ -13,7 +13,9 @@ struct DashedPart {
     /// Where a closed line's last dash goes on into its first one: the share of the last segment that comes
     /// before the dash. Of other parts more than 1.
     double joined = 2.0;
-    bool endsLine = false;  ///< nothing comes after the part, unless the line is closed
+    double firstEnd = 0.0;    ///< where a closed line's last part goes on into a dash: where that ends
+    bool startsLine = false;  ///< nothing comes before the part, unless the line is closed
+    bool endsLine = false;    ///< nothing comes after the part, unless the line is closed
     bool closed = false;
     bool isSolid = false;     ///< the line has no gap that shows
     double keptOfLast = 1.0;  ///< of a solid part that ends an open line: what its last segment shows
@@ -22,17 +24,22 @@ struct DashedPart {
 /// Measures a dashed line part by part, so that each can be drawn by itself.
 class DashedLineMeasure {
 public:
-    DashedLineMeasure(const StrokePen& pen, bool closed) : pen_(pen), closed_(closed) {}
+    DashedLineMeasure(const StrokePen& pen, bool closed);
 
     /// @param course  that of the next part, both of its ends included
     DashedPart Add(const StrokeCourse& course);
+    /// False for lines that begin with a gap that would show.
+    bool MayHideGaps() const { return startsInDash_ || pen_.isFine; }
     /// Completes what was said of the first and of the last part.
     void Finish(DashedPart& first, DashedPart& last) const;
 
 private:
     const StrokePen& pen_;
     const bool closed_;
-    double length_ = 0.0;                        // of all so far
+    bool isBegun_ = false;
+    bool startsInDash_ = false;
+    double firstEnd_ = 0.0;                      // of the dash that the line starts in
+    double length_ = 0.0;                        // where what was measured so far ends
     double lastLength_ = 0.0, lastBegin_ = 0.0;  // of the last segment
 };
 
@@ -66,7 +73,7 @@ private:
     void AddBentDash(const StrokeCourse& course, const Segment& segment, double begin, double end,
                      std::size_t first, std::size_t last, const DashedPart& part);
     /// Where the first dash of a closed line, which the segment begins, leaves the segment.
-    ORVMathPoint2D FirstDashFrom(const StrokeCourse& course, std::size_t segment) const;
+    ORVMathPoint2D FirstDashFrom(const StrokeCourse& course, std::size_t segment, double end) const;
     ORVMathPoint2D PointAt(const StrokeCourse& course, std::size_t segment, double distance) const;
     /// Finds the part of a segment that may show, as shares of its length. @return false when there is none
     bool VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& reach,

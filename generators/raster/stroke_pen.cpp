@@ -57,8 +57,9 @@ bool HasGaps(std::span<const double> dashes) {
 
 /// @param dashScale  pixels in a unit of the dashes
 /// @param scale      pixels in a unit of pen space
-void SetDashes(std::span<const double> dashes, double dashScale, double scale, StrokePen& pen,
+void SetDashes(const ORVPrintStroke& stroke, double dashScale, double scale, StrokePen& pen,
                std::vector<double>& dashEnds) {
+    const std::span<const double> dashes = stroke.dashes;
     dashEnds.clear();
     double period = 0.0;
     for (const double length : dashes) dashEnds.push_back(period += std::max(length, 0.0));
@@ -68,6 +69,9 @@ void SetDashes(std::span<const double> dashes, double dashScale, double scale, S
     for (double& end : dashEnds) end *= enlargement;
     pen.dashPeriod = period * enlargement;
     pen.dashEnds = dashEnds;
+    if (stroke.dashOffset > 0.0) pen.dashStart = std::fmod(stroke.dashOffset, period) * enlargement;
+    // Rounding may have made it the whole period.
+    if (!(pen.dashStart < pen.dashPeriod)) pen.dashStart = 0.0;
     pen.isFine = period * dashScale < kFineDashPeriod;
     pen.hidesGaps = enlargement == 1.0 && dashes.size() % 2 == 0 && CapsCoverGaps(pen, dashes, scale);
 }
@@ -113,6 +117,6 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     pen.roundStep = 2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, kRoundness)));
     pen.roundStep = std::clamp(pen.roundStep, 1e-3, ORVPI / 4.0);
 
-    SetDashes(stroke.dashes, dashScale, longer, pen, dashEnds);
+    SetDashes(stroke, dashScale, longer, pen, dashEnds);
     return pen;
 }

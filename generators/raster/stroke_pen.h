@@ -19,6 +19,7 @@ struct StrokePen {
     double gentleTurn = 1.9;               ///< 1 + the cosine of the turns in curves whose borders just meet
     double roundStep = 1.0;                ///< radians between the points of a round cap or join
     double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
+    double dashStart = 0.0;                ///< where in the period a line begins, below its end
     bool isFine = false;                   ///< the dashes are finer than pixels
     bool hidesGaps = false;                ///< caps cover the gaps of dashes, as far as pixels can show
     std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start

@@ -46,23 +46,25 @@ std::uint8_t Grey(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
 /// A grey as it looks on white paper.
 int OnWhite(int grey, int opacity) { return 255 - (255 - grey) * opacity / 255; }
 
-void MakeGrey(std::span<std::uint8_t> rgba) {
+void MakeGrey(std::span<std::uint8_t> rgba, std::uint8_t opacity) {
     for (std::size_t i = 0; i < rgba.size(); i += 4) {
         const std::uint8_t grey = Grey(rgba[i], rgba[i + 1], rgba[i + 2]);
         rgba[i] = rgba[i + 1] = rgba[i + 2] = grey;
+        rgba[i + 3] = static_cast<std::uint8_t>(rgba[i + 3] * opacity / 255);
     }
 }
 
 /// Black and white pixels. What a pixel gets too dark or too light is made up for by its neighbours, with the
 /// weights of Floyd and Steinberg, unless every pixel is to stand for itself.
-void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads) {
+void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads, std::uint8_t opacity) {
     std::vector<int> errors(width + 2, 0), below(width + 2, 0);  // one more on either side, sixteenths
     for (std::size_t start = 0; start < rgba.size(); start += width * 4) {
         std::fill(below.begin(), below.end(), 0);
         for (std::size_t x = 0; x < width; ++x) {
             std::uint8_t* pixel = rgba.data() + start + x * 4;
             const bool isShown = pixel[3] >= kMiddle;
-            const int wanted = OnWhite(Grey(pixel[0], pixel[1], pixel[2]), pixel[3]) + errors[x + 1] / 16;
+            const int shown = pixel[3] * opacity / 255;
+            const int wanted = OnWhite(Grey(pixel[0], pixel[1], pixel[2]), shown) + errors[x + 1] / 16;
             const bool isWhite = wanted >= kMiddle;
             pixel[0] = pixel[1] = pixel[2] = isWhite ? 255 : 0;
             pixel[3] = isShown ? 255 : 0;
@@ -77,19 +79,31 @@ void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads) {
     }
 }
 
+bool IsGrey(const ORVPrintColour& colour) { return colour.red == colour.green && colour.red == colour.blue; }
+
+/// The colour between two of a gradient's.
+ORVPrintColour Mix(const ORVPrintColour& a, const ORVPrintColour& b, double part) {
+    const auto mix = [&](std::uint8_t from, std::uint8_t to) {
+        return static_cast<std::uint8_t>(from + (to - from) * part + 0.5);
+    };
+    return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), mix(a.opacity, b.opacity)};
+}
+
 /// A converted copy; the image itself when it has no other colours. Throws std::bad_alloc.
-ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern) {
+ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern,
+                                          std::uint8_t opacity) {
     auto itself = ORVRef<const ORVPixelImage>::Share(&image);
     const ORVJpegSource* jpeg = image.GetJpegSource();
-    if (mode == ORVColourMode::kGrey && jpeg && jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey)
+    if (mode == ORVColourMode::kGrey && opacity == 255 && jpeg &&
+        jpeg->colourSpace == ORVJpegSource::ColourSpace::kGrey)
         return itself;
     const std::span<const std::uint8_t> pixels = image.GetPixels();
     if (pixels.empty()) throw std::bad_alloc();
     std::vector<std::uint8_t> converted(pixels.begin(), pixels.end());
     if (mode == ORVColourMode::kGrey)
-        MakeGrey(converted);
+        MakeGrey(converted, opacity);
     else
-        MakeMono(converted, static_cast<std::size_t>(image.GetWidth()), !isPattern);
+        MakeMono(converted, static_cast<std::size_t>(image.GetWidth()), !isPattern, opacity);
     if (std::equal(pixels.begin(), pixels.end(), converted.begin(), converted.end())) return itself;
     image.ReleasePixels();
     ORVRef<const ORVPixelImage> made(
@@ -123,16 +137,80 @@ bool ORVInk::ConvertArea(ORVPrintColour& colour) const {
     return true;
 }
 
-const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern) {
+bool ORVInk::MakeSteps(std::vector<ORVPrintGradientStop>& stops) const {
+    // What the mixed colour becomes, from which it is seen where that changes: looked for at so many places
+    // between two stops, and then nearer.
+    constexpr int kPlaces = 32, kHalvings = 12;
+    constexpr ORVPrintColour kNothing{255, 255, 255, 0};
+    const auto become = [&](ORVPrintColour colour) { return ConvertArea(colour) ? colour : kNothing; };
+    const auto differ = [](const ORVPrintColour& a, const ORVPrintColour& b) {
+        return a.red != b.red || a.opacity != b.opacity;
+    };
+    std::vector<ORVPrintGradientStop> steps{{stops.front().offset, become(stops.front().colour)}};
+    bool isShown = steps.front().colour.opacity > 0;
+    for (std::size_t i = 1; i < stops.size(); ++i) {
+        const ORVPrintGradientStop &from = stops[i - 1], &to = stops[i];
+        const auto at = [&](double part) { return become(Mix(from.colour, to.colour, part)); };
+        for (int place = 1; place <= kPlaces; ++place) {
+            double low = static_cast<double>(place - 1) / kPlaces,
+                   high = static_cast<double>(place) / kPlaces;
+            const ORVPrintColour before = steps.back().colour, after = at(high);
+            if (!differ(before, after)) continue;
+            for (int halving = 0; halving < kHalvings; ++halving) {
+                const double middle = (low + high) / 2.0;
+                (differ(at(middle), before) ? high : low) = middle;
+            }
+            const double offset = from.offset + (to.offset - from.offset) * high;
+            steps.push_back({offset, before});
+            steps.push_back({offset, after});
+            isShown = isShown || after.opacity > 0;
+        }
+    }
+    steps.push_back({stops.back().offset, steps.back().colour});
+    stops = std::move(steps);
+    return isShown;
+}
+
+bool ORVInk::ConvertStops(std::vector<ORVPrintGradientStop>& stops, bool isArea) const {
+    if (!isArea && IsMono()) {
+        const bool isWhite = std::all_of(stops.begin(), stops.end(), [](const ORVPrintGradientStop& stop) {
+            return stop.colour.red == 255 && stop.colour.green == 255 && stop.colour.blue == 255;
+        });
+        const std::uint8_t grey = isWhite ? 255 : 0;
+        for (ORVPrintGradientStop& stop : stops) stop.colour = {grey, grey, grey, 255};
+        return true;
+    }
+    if (areaMode_ == ORVColourMode::kMono) return MakeSteps(stops);
+    if (areaMode_ == ORVColourMode::kColour) return true;
+    // A mixture of two colours may be darker or lighter than the mixture of their greys.
+    constexpr int kParts = 8;
+    std::vector<ORVPrintGradientStop> greys;
+    for (std::size_t i = 0; i < stops.size(); ++i) {
+        if (i > 0 && !(IsGrey(stops[i - 1].colour) && IsGrey(stops[i].colour)))
+            for (int part = 1; part < kParts; ++part) {
+                const double at = static_cast<double>(part) / kParts;
+                greys.push_back({std::lerp(stops[i - 1].offset, stops[i].offset, at),
+                                 Mix(stops[i - 1].colour, stops[i].colour, at)});
+            }
+        greys.push_back(stops[i]);
+    }
+    for (ORVPrintGradientStop& stop : greys) ConvertArea(stop.colour);
+    stops = std::move(greys);
+    return true;
+}
+
+const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern, std::uint8_t opacity) {
     if (!ChangesColours()) return image;
     Entries& entries = isPattern ? patterns_ : pictures_;
-    if (const auto found = entries.find(&image); found != entries.end()) return *found->second.converted;
+    if (const auto found = entries.find({&image, opacity}); found != entries.end())
+        return *found->second.converted;
     if (bytes_ > keptBytes_) {
         pictures_.clear();
         patterns_.clear();
         bytes_ = 0;
     }
-    Entry entry{ORVRef<const ORVPixelImage>::Share(&image), MakeConverted(image, areaMode_, isPattern)};
+    Entry entry{ORVRef<const ORVPixelImage>::Share(&image),
+                MakeConverted(image, areaMode_, isPattern, opacity)};
     bytes_ += static_cast<std::size_t>(image.GetWidth()) * static_cast<std::size_t>(image.GetHeight()) * 4;
-    return *entries.emplace(&image, std::move(entry)).first->second.converted;
+    return *entries.emplace(std::pair(&image, opacity), std::move(entry)).first->second.converted;
 }

@@ -1,12 +1,20 @@
 #pragma once
 
 #include <cstddef>
-#include <unordered_map>
+#include <cstdint>
+#include <map>
+#include <utility>
+#include <vector>
 
 #include "generators/common/ORVColourMode.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
+
+/// A part of an opacity.
+inline std::uint8_t ORVDimmed(std::uint8_t opacity, double factor) {
+    return static_cast<std::uint8_t>(opacity * factor + 0.5);
+}
 
 /// Turns colours and images into what a device without colours can show.
 ///
@@ -26,21 +34,31 @@ public:
           keptBytes_(keptBytes) {}
 
     bool ChangesColours() const { return mode_ != ORVColourMode::kColour; }
+    bool IsMono() const { return mode_ == ORVColourMode::kMono; }
     /// For lines and text.
     ORVPrintColour ConvertLine(const ORVPrintColour& colour) const;
     /// For areas. @return false when the area is to be left out
     bool ConvertArea(ORVPrintColour& colour) const;
+    /// For gradients of areas, and of lines and text. The stops become those of a gradient that has only
+    /// colours of the device: of greys, or in black and white with sharp steps; lines and text are then all
+    /// black, or all white when every stop is.
+    /// @return false when the area is to be left out
+    bool ConvertStops(std::vector<ORVPrintGradientStop>& stops, bool isArea) const;
     /// The image to show instead; it lives until the next call.
-    const ORVPixelImage& ConvertPicture(const ORVPixelImage& image) { return Convert(image, false); }
-    const ORVPixelImage& ConvertPattern(const ORVPixelImage& image) { return Convert(image, true); }
+    /// @param opacity  with which it is to be shown
+    const ORVPixelImage& ConvertPicture(const ORVPixelImage& image, std::uint8_t opacity = 255) {
+        return Convert(image, false, opacity);
+    }
+    const ORVPixelImage& ConvertPattern(const ORVPixelImage& image) { return Convert(image, true, 255); }
 
 private:
     struct Entry {
         ORVRef<const ORVPixelImage> source;  // keeps the address from being used again
         ORVRef<const ORVPixelImage> converted;
     };
-    using Entries = std::unordered_map<const ORVPixelImage*, Entry>;
-    const ORVPixelImage& Convert(const ORVPixelImage& image, bool isPattern);
+    using Entries = std::map<std::pair<const ORVPixelImage*, std::uint8_t>, Entry>;
+    const ORVPixelImage& Convert(const ORVPixelImage& image, bool isPattern, std::uint8_t opacity);
+    bool MakeSteps(std::vector<ORVPrintGradientStop>& stops) const;
 
     const ORVColourMode mode_, areaMode_;
     const std::size_t keptBytes_;

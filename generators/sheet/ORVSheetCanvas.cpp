@@ -2,15 +2,36 @@
 
 #include "generators/common/generator_status.h"
 
+ORVPrintColour ORVSheetCanvas::Dim(ORVPrintColour colour) const {
+    if (!opacities_.empty()) colour.opacity = ORVDimmed(colour.opacity, opacities_.back());
+    return colour;
+}
+
+bool ORVSheetCanvas::ConvertGradient(const ORVPrintGradient*& gradient, bool isArea,
+                                     ORVPrintGradient& storage,
+                                     std::vector<ORVPrintGradientStop>& stops) const {
+    stops.assign(gradient->stops.begin(), gradient->stops.end());
+    for (ORVPrintGradientStop& stop : stops) stop.colour = Dim(stop.colour);
+    if (!ink_.ConvertStops(stops, isArea)) return false;
+    storage = *gradient;
+    storage.stops = stops;
+    gradient = &storage;
+    return true;
+}
+
 const ORVPrintFill* ORVSheetCanvas::ConvertFill(const ORVPrintFill* fill, bool isText) {
-    if (!fill || !ink_.ChangesColours()) return fill;
+    if (!fill || !Converts()) return fill;
     fill_ = *fill;
-    if (fill->pattern) {
+    fill_.colour = Dim(fill->colour);
+    if (fill->gradient) {
+        if (!ConvertGradient(fill_.gradient, !isText, fillGradient_, fillStops_)) return nullptr;
+        fill_.colour = fillStops_.front().colour;
+    } else if (fill->pattern) {
         fill_.pattern = &ink_.ConvertPattern(*fill->pattern);
         // Of a pattern's colour only the opacity counts.
-        fill_.colour = ink_.ConvertLine({0, 0, 0, fill->colour.opacity});
+        fill_.colour = ink_.ConvertLine({0, 0, 0, fill_.colour.opacity});
     } else if (isText) {
-        fill_.colour = ink_.ConvertLine(fill->colour);
+        fill_.colour = ink_.ConvertLine(fill_.colour);
     } else if (!ink_.ConvertArea(fill_.colour)) {
         return nullptr;
     }
@@ -18,9 +39,13 @@ const ORVPrintFill* ORVSheetCanvas::ConvertFill(const ORVPrintFill* fill, bool i
 }
 
 const ORVPrintStroke* ORVSheetCanvas::ConvertStroke(const ORVPrintStroke* stroke) {
-    if (!stroke || !ink_.ChangesColours()) return stroke;
+    if (!stroke || !Converts()) return stroke;
     stroke_ = *stroke;
-    stroke_.colour = ink_.ConvertLine(stroke->colour);
+    stroke_.colour = ink_.ConvertLine(Dim(stroke->colour));
+    if (stroke->gradient) {
+        if (!ConvertGradient(stroke_.gradient, false, strokeGradient_, strokeStops_)) return nullptr;
+        stroke_.colour = strokeStops_.front().colour;
+    }
     return &stroke_;
 }
 
@@ -28,7 +53,44 @@ int ORVSheetCanvas::BeginClip(const ORVMathBox2D& box) {
     return target_.BeginClip(ORVCallMapper::Map(Map(), box));
 }
 
+int ORVSheetCanvas::BeginClipPath(const ORVPrintClipPath& clip) {
+    return target_.BeginClipPath(ORVCallMapper::Map(Map(), clip));
+}
+
+int ORVSheetCanvas::BeginLayer(const ORVPrintLayer& layer) {
+    ORVPrintLayer placed = ORVCallMapper::Map(Map(), layer);
+    double inColours = opacities_.empty() ? 1.0 : opacities_.back();
+    // What cannot be seen at all stays so: lines would turn black.
+    if (openMasks_ == 0 && ink_.IsMono() && layer.opacity > 0.0) {
+        inColours *= layer.opacity;
+        placed.opacity = 1.0;
+    }
+    opacities_.push_back(inColours);
+    return target_.BeginLayer(placed);
+}
+
+int ORVSheetCanvas::EndLayer() {
+    if (opacities_.empty()) return kDrawingFailed;
+    opacities_.pop_back();
+    return target_.EndLayer();
+}
+
+int ORVSheetCanvas::BeginMask(const ORVPrintMask& mask) {
+    const int answer = target_.BeginMask(ORVCallMapper::Map(Map(), mask));
+    if (answer == kGeneratorDone) ++openMasks_;
+    return answer;
+}
+
+int ORVSheetCanvas::EndMask() {
+    if (openMasks_ == 0) return kDrawingFailed;
+    --openMasks_;
+    return target_.EndMask();
+}
+
 int ORVSheetCanvas::BeginSymbol(const ORVPrintSymbol& symbol) {
+    // Content that is stored once has the same colours wherever it is shown.
+    const bool isDim = !opacities_.empty() && opacities_.back() < 1.0;
+    if (ink_.ChangesColours() && (openMasks_ > 0 || isDim)) return kNoSymbols;
     const ORVMathAffine2D toPage = Map() * symbol.toPage;
     if (!ORVCallMapper::IsUsable(toPage)) return kSymbolKnown;  // here it shows nothing
     const int answer = target_.BeginSymbol({symbol.key, toPage});
@@ -57,6 +119,9 @@ int ORVSheetCanvas::DrawText(const ORVPrintText& text) {
 }
 
 int ORVSheetCanvas::DrawImage(const ORVPrintImage& image) {
-    const auto placed = ORVCallMapper::Map(Map(), {ink_.ConvertPicture(image.image), image.toPage, image.id});
+    const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
+    const ORVPixelImage& converted =
+        Converts() ? ink_.ConvertPicture(image.image, ORVDimmed(255, opacity)) : image.image;
+    const auto placed = ORVCallMapper::Map(Map(), {converted, image.toPage, image.id});
     return placed ? target_.DrawImage(*placed) : kGeneratorDone;
 }

@@ -1,11 +1,17 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "generators/common/ORVCallMapper.h"
 #include "generators/sheet/ORVInk.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Draws what a page shows in the page's place on a sheet, and in the inks of the device. Pages and documents
 /// are the sheet's: those calls go through as they are.
+///
+/// Masks keep their colours, which nobody sees. In black and white, a layer's opacity goes into the colours
+/// of what it holds, so that areas become black or white or are left out, and lines stay black.
 class ORVSheetCanvas final : public ORVPrintGenerator {
 public:
     ORVSheetCanvas(ORVPrintGenerator& target, const ORVInk& ink) : target_(target), ink_(ink) {}
@@ -19,6 +25,13 @@ public:
     int EndGroup() override { return target_.EndGroup(); }
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override { return target_.EndClip(); }
+    unsigned int GetPowers() const override { return target_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override { return target_.EndClipPath(); }
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
@@ -31,15 +44,24 @@ public:
 private:
     /// Content of a symbol has the symbol's own coordinates.
     const ORVMathAffine2D& Map() const { return openSymbols_ == 0 ? toSheet_ : kAsItIs; }
+    bool Converts() const { return openMasks_ == 0 && ink_.ChangesColours(); }
     const ORVPrintFill* ConvertFill(const ORVPrintFill* fill, bool isText);
     const ORVPrintStroke* ConvertStroke(const ORVPrintStroke* stroke);
+    /// What of a colour's opacity is left in the layers that are open.
+    ORVPrintColour Dim(ORVPrintColour colour) const;
+    /// Replaces a gradient by one in the inks. @return false when it is left out
+    bool ConvertGradient(const ORVPrintGradient*& gradient, bool isArea, ORVPrintGradient& storage,
+                         std::vector<ORVPrintGradientStop>& stops) const;
 
     static constexpr ORVMathAffine2D kAsItIs{};
     ORVPrintGenerator& target_;
     ORVInk ink_;
     ORVMathAffine2D toSheet_;
-    unsigned int openSymbols_ = 0;
+    unsigned int openSymbols_ = 0, openMasks_ = 0;
+    std::vector<double> opacities_;  // of the open layers, those around them included; that are for colours
     ORVCallMapper mapper_;
     ORVPrintFill fill_;
     ORVPrintStroke stroke_;
+    ORVPrintGradient fillGradient_, strokeGradient_;
+    std::vector<ORVPrintGradientStop> fillStops_, strokeStops_;
 };

@@ -57,6 +57,8 @@ int ORVSheetGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
 
 int ORVSheetGenerator::BeginPage(const ORVPrintPageInfo& info) {
     isPageOpen_ = true;
+    pageWidth_ = info.width;
+    pageHeight_ = info.height;
     return Guard(error_, [&] {
         if (options_.layout.pagesPerSheet > 1) return BeginInCell(info);
         if (options_.layout.isPoster) return BeginPoster(info);
@@ -225,6 +227,37 @@ int ORVSheetGenerator::BeginClip(const ORVMathBox2D& box) {
 
 int ORVSheetGenerator::EndClip() {
     return Pass([](ORVPrintGenerator& to) { return to.EndClip(); });
+}
+
+int ORVSheetGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginClipPath(clip); });
+}
+
+int ORVSheetGenerator::EndClipPath() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndClipPath(); });
+}
+
+int ORVSheetGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    ORVPrintLayer widened = layer;
+    // Lines that become wider reach farther than anyone knew who measured the layer.
+    const bool isWider = options_.strokeScale > 1.0 || options_.leastLineWidth > 0.0;
+    if (isWider && !layer.box.IsEmpty()) {
+        widened.box.Add({0.0, 0.0});
+        widened.box.Add({pageWidth_, pageHeight_});
+    }
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginLayer(widened); });
+}
+
+int ORVSheetGenerator::EndLayer() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndLayer(); });
+}
+
+int ORVSheetGenerator::BeginMask(const ORVPrintMask& mask) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginMask(mask); });
+}
+
+int ORVSheetGenerator::EndMask() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndMask(); });
 }
 
 int ORVSheetGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {

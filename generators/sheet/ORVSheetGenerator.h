@@ -39,6 +39,13 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override { return target_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
@@ -76,8 +83,9 @@ private:
     const ORVSheetOptions options_;
     ORVSheetCanvas canvas_;
     std::string error_;
-    unsigned int sheets_ = 0;         // begun so far
-    unsigned int documentPages_ = 0;  // 0 when not known
+    unsigned int sheets_ = 0;                    // begun so far
+    unsigned int documentPages_ = 0;             // 0 when not known
+    double pageWidth_ = 0.0, pageHeight_ = 0.0;  // as it was given
     double pageScale_ = 1.0;
     bool isPageOpen_ = false;
     bool isClipped_ = false;  // the open place

@@ -239,8 +239,7 @@ ORVSheetOfMany ORVLayOutCells(const ORVSheetLayout& layout, double width, double
         for (unsigned int columns = 1; columns <= count; ++columns) {
             const CellGrid grid{columns, (count + columns - 1) / columns};
             const ORVMathBox2D first = Cell(room, grid, 0);
-            // No row may stay empty.
-            if (first.IsEmpty() || (grid.rows > 1 && grid.columns * (grid.rows - 1) >= count)) continue;
+            if (first.IsEmpty()) continue;
             const double scale = FittingScale(first, width, height);
             if (!(scale > bestScale * (1.0 + kRounding))) continue;
             bestScale = scale;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "generators/common/generator_powers.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
@@ -25,6 +26,13 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override { return kAllPowers; }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override { return EndClip(); }
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return true; }

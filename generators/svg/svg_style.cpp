@@ -90,13 +90,25 @@ void AppendSvgFill(std::string& text, const ORVPrintFill* fill, std::string_view
         AppendColour(text, colour);
         text += '"';
     }
-    AppendOpacity(text, " fill-opacity=\"", colour.opacity);
+    // Stops of gradients have opacities of their own.
+    if (pattern.empty() || !fill->gradient) AppendOpacity(text, " fill-opacity=\"", colour.opacity);
     if (fill->evenOdd) text += " fill-rule=\"evenodd\"";
 }
 
-void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double scale) {
+void AppendSvgStopColour(std::string& text, const ORVPrintColour& colour) {
+    text += " stop-color=\"";
+    AppendColour(text, colour);
+    text += '"';
+    AppendOpacity(text, " stop-opacity=\"", colour.opacity);
+}
+
+void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double scale,
+                     std::string_view gradient) {
     text += " stroke=\"";
-    AppendColour(text, stroke.colour);
+    if (gradient.empty())
+        AppendColour(text, stroke.colour);
+    else
+        text.append("url(#").append(gradient).append(")");
     text += '"';
     const double width = std::clamp(stroke.width * scale, kThinnest, kWidest);
     if (width != 1.0) {
@@ -127,8 +139,13 @@ void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double sca
             AppendSignificant(text, std::clamp(dash * scale, 0.0, kWidest), kLengthDigits);
         }
         text += '"';
+        if (stroke.dashOffset != 0.0) {
+            text += " stroke-dashoffset=\"";
+            AppendSignificant(text, std::clamp(stroke.dashOffset * scale, 0.0, kWidest), kLengthDigits);
+            text += '"';
+        }
     }
-    AppendOpacity(text, " stroke-opacity=\"", stroke.colour.opacity);
+    if (gradient.empty()) AppendOpacity(text, " stroke-opacity=\"", stroke.colour.opacity);
 }
 
 void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold) {

@@ -10,6 +10,9 @@
 
 class ORVOutput;
 
+/// Digits after the period that anything is written with at most.
+inline constexpr int kSvgMostPlaces = 9;
+
 /// Appends a transform attribute, nothing for the identity.
 /// @param places  digits after the period of the translation
 void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int places);

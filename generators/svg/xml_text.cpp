@@ -45,3 +45,22 @@ void AppendXmlText(std::string& xml, std::string_view utf8) {
         }
     }
 }
+
+void AppendXmlAttribute(std::string& xml, std::string_view name, std::string_view value) {
+    xml += ' ';
+    xml += name;
+    xml += "=\"";
+    AppendXmlText(xml, value);
+    xml += '"';
+}
+
+void AppendXmlElement(std::string& xml, std::string_view name, std::string_view content) {
+    if (content.empty()) return;
+    xml += '<';
+    xml += name;
+    xml += '>';
+    AppendXmlText(xml, content);
+    xml += "</";
+    xml += name;
+    xml += ">\n";
+}

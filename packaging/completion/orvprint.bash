@@ -11,7 +11,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --parser --fragment --allow-dir --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
@@ -21,7 +21,7 @@ _orvprint() {
         info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --format --pages --dpi --out-dir --jobs --quiet --strict --ignore --version
+        print) options="--output --format --pages --dpi --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
@@ -34,6 +34,7 @@ _orvprint() {
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
             repeats= pages= page-pixels= output-pixels= output-bytes= painted-pixels= memory=" ;;
+        --interpreter) _orvprint_words "SVG SVG2" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
             ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;
@@ -41,7 +42,7 @@ _orvprint() {
         --scale) _orvprint_words "fit fill none 50% 200%" ;;
         --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
         --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
-        --dpi) _orvprint_words "90 150 300 600 1200" ;;
+        --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
         --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \

@@ -5,20 +5,21 @@
 
 /// A point of the plane.
 struct ORVMathPoint2D {
-    double x = 0.0, y = 0.0;
+    double x = 0.0, y = 0.0;  ///< coordinates; each user says in which units
     friend bool operator==(const ORVMathPoint2D&, const ORVMathPoint2D&) = default;
 };
 
 /// A displacement in the plane.
 struct ORVMathVector2D {
-    double x = 0.0, y = 0.0;
+    double x = 0.0, y = 0.0;  ///< coordinates; each user says in which units
     friend bool operator==(const ORVMathVector2D&, const ORVMathVector2D&) = default;
 };
 
 /// A 2 x 2 matrix by rows; the identity when not said otherwise. It acts on column vectors.
 struct ORVMath2x2Matrix {
-    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0;
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0;  ///< row, then column, from 1
     constexpr ORVMath2x2Matrix() = default;
+    /// The matrix of these rows.
     constexpr ORVMath2x2Matrix(double a11, double a12, double a21, double a22)
         : m11(a11), m12(a12), m21(a21), m22(a22) {}
     friend bool operator==(const ORVMath2x2Matrix&, const ORVMath2x2Matrix&) = default;
@@ -26,8 +27,9 @@ struct ORVMath2x2Matrix {
 
 /// An affine map: p goes to (m11 x + m12 y + dx, m21 x + m22 y + dy).
 struct ORVMathAffine2D {
-    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0, dx = 0.0, dy = 0.0;
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0, dx = 0.0, dy = 0.0;  ///< the identity by default
 
+    /// Where a point goes.
     ORVMathPoint2D operator()(const ORVMathPoint2D& p) const {
         return {m11 * p.x + m12 * p.y + dx, m21 * p.x + m22 * p.y + dy};
     }
@@ -37,19 +39,28 @@ struct ORVMathAffine2D {
                 m21 * inner.m11 + m22 * inner.m21,    m21 * inner.m12 + m22 * inner.m22,
                 m11 * inner.dx + m12 * inner.dy + dx, m21 * inner.dx + m22 * inner.dy + dy};
     }
+    /// The factor on areas; negative where the map mirrors.
     double Determinant() const { return m11 * m22 - m12 * m21; }
+    /// Whether all six numbers are finite.
     bool IsFinite() const { return std::isfinite(m11 + m12 + m21 + m22 + dx + dy); }
 
+    /// The map that moves by (x, y).
     static constexpr ORVMathAffine2D Translation(double x, double y) { return {1.0, 0.0, 0.0, 1.0, x, y}; }
+    /// The map that scales along the axes, about the origin.
     static constexpr ORVMathAffine2D Scaling(double x, double y) { return {x, 0.0, 0.0, y, 0.0, 0.0}; }
 };
 
 /// An axis-parallel box that grows around points; it starts empty. Points that are not finite are left out.
 struct ORVMathBox2D {
-    double xMin = std::numeric_limits<double>::infinity(), xMax = -std::numeric_limits<double>::infinity();
-    double yMin = std::numeric_limits<double>::infinity(), yMax = -std::numeric_limits<double>::infinity();
+    double xMin = std::numeric_limits<double>::infinity();   ///< left edge
+    double xMax = -std::numeric_limits<double>::infinity();  ///< right edge
+    double yMin =
+        std::numeric_limits<double>::infinity();  ///< an edge of the other axis, whichever way it points
+    double yMax = -std::numeric_limits<double>::infinity();  ///< the edge opposite
 
+    /// Whether no point was added.
     bool IsEmpty() const { return !(xMin <= xMax); }
+    /// Grows the box around a point.
     void Add(const ORVMathPoint2D& p) {
         if (!std::isfinite(p.x) || !std::isfinite(p.y)) return;
         xMin = p.x < xMin ? p.x : xMin;

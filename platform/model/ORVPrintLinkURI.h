@@ -9,18 +9,22 @@
 /// Target of a link: an element of the document by identifier, or a URL. A value that copies share.
 class ORVPrintLinkURI {
 public:
+    /// Identifier of the element that the link leads to; empty for none.
     void SetElementId(ORVUnicodeString id) { value_.Edit().elementId = std::move(id); }
     const ORVUnicodeString& GetElementId() const { return value_.Get().elementId; }
+    /// URL that the link leads to, UTF-8; empty for none.
     void SetBaseURL(ORVUnicodeString url) { value_.Edit().baseURL = std::move(url); }
     const ORVUnicodeString& GetBaseURL() const { return value_.Get().baseURL; }
+    /// A value of orvprint::ORVPrintLinkShow.
     void SetLinkShow(int show) { value_.Set(&Value::show, show); }
     int GetLinkShow() const { return value_.Get().show; }
+    /// Whether there is neither identifier nor URL.
     bool IsEmpty() const { return GetElementId().IsEmpty() && GetBaseURL().IsEmpty(); }
 
 private:
     struct Value {
         ORVUnicodeString elementId, baseURL;
-        int show = kLinkShowUnset;
+        int show = orvprint::kLinkShowUnset;
         bool operator==(const Value&) const = default;
     };
     ORVSharedValue<Value> value_;

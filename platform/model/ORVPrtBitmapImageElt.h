@@ -13,11 +13,13 @@ public:
 
     ORVPrtBitmapImageElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kBitmapImage) {}
 
+    /// Lower left corner of the box, page units.
     void SetOrigin(const ORVMathPoint2D& origin) { origin_ = origin; }
     const ORVMathPoint2D& GetOrigin() const { return origin_; }
+    /// Size of the box, page units.
     void SetSize(double width, double height) { width_ = width, height_ = height; }
     void GetSize(double& width, double& height) const { width = width_, height = height_; }
-    /// Radians.
+    /// Angle by which the box is turned about its origin, radians.
     void SetOrientation(float orientation) { orientation_ = orientation; }
     float GetOrientation() const { return orientation_; }
     /// Keeps a reference of its own; null removes the image.

@@ -14,7 +14,9 @@ class ORVPrtGraphicPrimitiveElt;
 /// containers have one child, which needs no memory of its own.
 class ORVPrtChildList {
 public:
+    /// What the list holds.
     using value_type = ORVPrtGraphicPrimitiveElt*;
+    /// A place in the list; valid until the list changes.
     using const_iterator = const value_type*;
 
     ORVPrtChildList() = default;
@@ -28,12 +30,19 @@ public:
         if (capacity_ > 1) delete[] place_.many;
     }
 
+    /// Number of children.
     std::size_t size() const { return size_; }
+    /// Whether there are none.
     bool empty() const { return size_ == 0; }
+    /// The first place.
     const_iterator begin() const { return capacity_ > 1 ? place_.many : &place_.one; }
+    /// The place behind the last child.
     const_iterator end() const { return begin() + size_; }
+    /// The child at a place, which must exist.
     value_type operator[](std::size_t index) const { return begin()[index]; }
+    /// The first child, of a list that has one.
     value_type front() const { return *begin(); }
+    /// The last child, of a list that has one.
     value_type back() const { return end()[-1]; }
     /// Throws std::out_of_range.
     value_type at(std::size_t index) const {
@@ -51,16 +60,19 @@ public:
         __builtin_prefetch(child + kCacheLine);
     }
 
+    /// Appends a child; the caller counts the reference. Throws std::bad_alloc.
     void push_back(value_type child) {
         if (size_ == capacity_) Grow();
         Begin()[size_++] = child;
     }
+    /// Takes a child out; the caller counts the reference.
     /// @param place  of one of the children
     void erase(const_iterator place) {
         std::copy(place + 1, end(), Begin() + (place - begin()));
         --size_;
     }
 
+    /// Compares the places, not the children.
     friend bool operator==(const ORVPrtChildList& a, const ORVPrtChildList& b) {
         return std::equal(a.begin(), a.end(), b.begin(), b.end());
     }

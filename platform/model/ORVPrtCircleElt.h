@@ -14,8 +14,10 @@ public:
 
     ORVPrtCircleElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kCircle) {}
 
+    /// Centre, page units.
     void SetCenter(const ORVMathPoint2D& center) { center_ = center; }
     const ORVMathPoint2D& GetCenter() const { return center_; }
+    /// Radius, page units.
     void SetRadius(double radius) { radius_ = radius; }
     double GetRadius() const { return radius_; }
 

@@ -9,8 +9,9 @@
 /// The colours of a page, each once, by index from 0 in the order in which they were added.
 class ORV_PLATFORM_EXPORT ORVPrtColourTable : public ORVBaseObject {
 public:
+    /// A colour in sRGB.
     struct Colour {
-        std::uint8_t red = 0, green = 0, blue = 0;
+        std::uint8_t red = 0, green = 0, blue = 0;  ///< 0 to 255
         bool operator==(const Colour&) const = default;
     };
 
@@ -33,6 +34,7 @@ public:
     /// Has the memory fetched where a colour will be looked for soon. Changes nothing.
     void Prefetch(const Colour& colour) const;
 
+    /// All colours, by their indices.
     const std::vector<Colour>& GetColours() const { return colours_; }
     /// The colour at `index`; black for an index beyond the table.
     Colour GetColour(unsigned int index) const {

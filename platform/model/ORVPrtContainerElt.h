@@ -11,12 +11,14 @@ public:
     void AddChild(ORVPrtGraphicPrimitiveElt* child);
     /// Takes the last place where `child` stands out of the list and releases it.
     void RemoveChild(ORVPrtGraphicPrimitiveElt* child);
+    /// The children in drawing order, the first at the bottom.
     const ORVPrtChildList& GetChildren() const { return children_; }
     const ORVPrtChildList* GetChildList() const override { return &children_; }
 
 protected:
+    /// @param kind  of the derived class
     explicit ORVPrtContainerElt(ORVPrtKind kind) : ORVPrtGraphicPrimitiveElt(kind) {}
-    // A copy starts without children.
+    /// A copy starts without children.
     ORVPrtContainerElt(const ORVPrtContainerElt& other) : ORVPrtGraphicPrimitiveElt(other) {}
     ~ORVPrtContainerElt() override;
     void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child) override { AddChild(&child); }
@@ -24,15 +26,3 @@ protected:
 private:
     ORVPrtChildList children_;
 };
-
-/// Asks the processor for what a walk over `children` that stands at `index` comes to soon: a child some
-/// places on and, where a nearer one is a group, the first of its own, which may be anywhere.
-inline void ORVPrefetchForWalk(const ORVPrtChildList& children, std::size_t index) {
-    constexpr std::size_t kAhead = 4;  // fetched itself by then
-    children.Prefetch(index);
-    if (index + kAhead >= children.size()) return;
-    const ORVPrtGraphicPrimitiveElt& child = *children[index + kAhead];
-    if (child.GetKind() != ORVPrtKind::kGroup) return;
-    const ORVPrtChildList& own = static_cast<const ORVPrtContainerElt&>(child).GetChildren();
-    if (!own.empty()) __builtin_prefetch(own.front());
-}

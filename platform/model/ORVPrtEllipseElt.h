@@ -14,13 +14,16 @@ public:
 
     ORVPrtEllipseElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kEllipse) {}
 
+    /// Centre, page units.
     void SetCenter(const ORVMathPoint2D& center) { center_ = center; }
     const ORVMathPoint2D& GetCenter() const { return center_; }
+    /// Radius along the first axis, page units.
     void SetHorzRadius(double radius) { horzRadius_ = radius; }
     double GetHorzRadius() const { return horzRadius_; }
+    /// Radius along the second axis, page units.
     void SetVertRadius(double radius) { vertRadius_ = radius; }
     double GetVertRadius() const { return vertRadius_; }
-    /// Radians.
+    /// Angle of the first axis, radians, counter-clockwise from the x axis.
     void SetSlope(float slope) { slope_ = slope; }
     float GetSlope() const { return slope_; }
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <cstdint>
+#include "platform/system/namespace.h"
+
+namespace orvprint {
 
 /// How a primitive with an inside is drawn.
 enum ORVPrtDrawStyle : int {
@@ -23,7 +25,9 @@ enum ORVPrtLineAttribute : int {
     kJoinBevel = 15,
 };
 
+/// What an inside is painted with.
 enum ORVPrtFillStyle : int { kFillSolid = 1, kFillPattern = 2 };
+/// Which points of an outline that crosses itself are inside.
 enum ORVPrtFillRule : int { kFillNonZero = 0, kFillEvenOdd = 1 };
 
 /// One enumeration of the model serves text weights and anchors. An anchor is kAnchorFirst + 4 h + v with
@@ -38,6 +42,7 @@ enum ORVPrtTextAttribute : int {
     kAnchorLast = 39,
 };
 
+/// How the characters of a text follow each other.
 enum ORVPrtWritingMode : int { kLeftToRight = 0, kRightToLeft = 1, kTopToBottom = 2 };
 
 /// What a viewer does with the target of a link.
@@ -45,3 +50,5 @@ enum ORVPrintLinkShow : int { kLinkShowUnset = 0, kLinkShowNew = 1, kLinkShowRep
 
 /// Unit code of a page whose coordinates are in 1/90 inch.
 inline constexpr int kUnitNinetiethInch = 1;
+
+}  // namespace orvprint

@@ -10,14 +10,16 @@
 /// How the inside of primitives is drawn. A value: copies share their content until one changes.
 class ORVPrtFillAttributes {
 public:
-    /// kFillSolid or kFillPattern.
+    /// A value of orvprint::ORVPrtFillStyle.
     void SetFillStyle(int style) { value_.Set(&Value::style, static_cast<std::uint8_t>(style)); }
     int GetFillStyle() const { return value_.Get().style; }
+    /// A value of orvprint::ORVPrtFillRule.
     void SetFillRule(int rule) { value_.Set(&Value::rule, static_cast<std::uint8_t>(rule)); }
     int GetFillRule() const { return value_.Get().rule; }
+    /// Index into the colour table of the page.
     void SetFillColourIndex(unsigned int index) { value_.Set(&Value::colour, index); }
     unsigned int GetFillColourIndex() const { return value_.Get().colour; }
-    /// 255 is opaque.
+    /// Opacity, in spite of its name: 255 is opaque, 0 invisible.
     void SetFillColourTransparency(std::uint8_t opacity) { value_.Set(&Value::transparency, opacity); }
     std::uint8_t GetFillColourTransparency() const { return value_.Get().transparency; }
     /// The bitmap that kFillPattern tiles; the set keeps a reference of its own. Two sets agree when they
@@ -34,8 +36,8 @@ private:
         ORVRef<ORVPixelImage> pattern;
         unsigned int colour = 0;
         std::uint8_t transparency = 255;
-        std::uint8_t style = kFillSolid;
-        std::uint8_t rule = kFillNonZero;
+        std::uint8_t style = orvprint::kFillSolid;
+        std::uint8_t rule = orvprint::kFillNonZero;
         bool operator==(const Value& other) const {
             return style == other.style && rule == other.rule && colour == other.colour &&
                    transparency == other.transparency && pattern.get() == other.pattern.get();

@@ -15,6 +15,7 @@ class ORVPrtPrimitiveBudget;
 /// What tells primitives apart, and the budget they were taken from. Most of a model's share one of these.
 struct ORV_PLATFORM_EXPORT ORVPrtIdentity {
     ORVPrtIdentity() = default;
+    /// References the same budget.
     ORVPrtIdentity(const ORVPrtIdentity& other);
     ORVPrtIdentity& operator=(const ORVPrtIdentity&) = delete;
     ~ORVPrtIdentity();
@@ -22,8 +23,8 @@ struct ORV_PLATFORM_EXPORT ORVPrtIdentity {
     /// References the budget; null for none.
     void SetBudget(ORVPrtPrimitiveBudget* newBudget);
 
-    ORVUnicodeString id, description, title;
-    ORVPrtPrimitiveBudget* budget = nullptr;
+    ORVUnicodeString id, description, title;  ///< UTF-8, each perhaps empty
+    ORVPrtPrimitiveBudget* budget = nullptr;  ///< referenced; null for none
 };
 
 /// The model's own classes, for dispatch without comparing names. A class of another module is kOther.
@@ -54,18 +55,22 @@ class ORV_PLATFORM_EXPORT ORVPrtGraphicPrimitiveElt : public ORVBaseObject {
 public:
     static const ORVMetaClass& MetaClass();
 
+    /// The class, as a number.
     ORVPrtKind GetKind() const { return kind_; }
 
     /// Deep copy with one reference; null when memory or the model's budget is spent. Shared children are
     /// copied once for each place they stand in. Does not recurse.
     virtual ORVPrtGraphicPrimitiveElt* Duplicate() const;
 
+    /// Identifier in the document; empty for none.
     void SetID(ORVUnicodeString id) { identity_.Edit().id = std::move(id); }
     const ORVUnicodeString& GetID() const { return identity_.Get().id; }
+    /// Text that describes the primitive; empty for none.
     void SetDescription(ORVUnicodeString description) {
         identity_.Edit().description = std::move(description);
     }
     const ORVUnicodeString& GetDescription() const { return identity_.Get().description; }
+    /// Title, of a page above all; empty for none.
     void SetTitle(ORVUnicodeString title) { identity_.Edit().title = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return identity_.Get().title; }
 
@@ -82,11 +87,13 @@ public:
 
     /// A mark for walks that must visit shared primitives once; means nothing between walks.
     std::uint32_t GetVisitMark() const { return visitMark_; }
+    /// Sets the mark.
     void SetVisitMark(std::uint32_t mark) const { visitMark_ = mark; }
 
 protected:
+    /// @param kind  of the derived class
     explicit ORVPrtGraphicPrimitiveElt(ORVPrtKind kind) : kind_(kind) {}
-    // The identity is copied by Duplicate.
+    /// A copy without the identity, which Duplicate copies.
     ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other)
         : ORVBaseObject(other), kind_(other.kind_) {}
     ~ORVPrtGraphicPrimitiveElt() override = default;

@@ -7,6 +7,7 @@
 /// What a group carries besides its children: the target of a link.
 class ORVPrtGroupAttributes {
 public:
+    /// Where the group leads when it is a link; empty when it is none.
     void SetLinkURI(ORVPrintLinkURI link) { link_ = std::move(link); }
     const ORVPrintLinkURI& GetLinkURI() const { return link_; }
 

@@ -14,6 +14,7 @@ public:
 
     ORVPrtGroupElt() : ORVPrtContainerElt(ORVPrtKind::kGroup) {}
 
+    /// What the group carries besides its children.
     void SetGroupAttributes(ORVPrtGroupAttributes attributes) { attributes_ = std::move(attributes); }
     const ORVPrtGroupAttributes& GetGroupAttributes() const { return attributes_; }
 

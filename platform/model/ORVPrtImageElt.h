@@ -16,8 +16,10 @@ public:
 
     ORVPrtImageElt();
 
+    /// Lower left corner of the page, page units.
     void SetOrigin(const ORVMathPoint2D& origin) { origin_ = origin; }
     const ORVMathPoint2D& GetOrigin() const { return origin_; }
+    /// Width and height of the page, page units.
     void SetSize(double width, double height) { width_ = width, height_ = height; }
     void GetSize(double& width, double& height) const { width = width_, height = height_; }
     /// Whether the page can be printed: width and height are positive, and all of its rectangle is finite.
@@ -33,6 +35,7 @@ public:
     /// Unit code of the page's coordinates: kUnitNinetiethInch.
     void SetUnits(int units) { units_ = units; }
     int GetUnits() const { return units_; }
+    /// Acts on all of the page, about the origin of page units; the identity by default.
     void SetMatrix(const ORVMath2x2Matrix& matrix) { matrix_ = matrix; }
     const ORVMath2x2Matrix& GetMatrix() const { return matrix_; }
     /// Keeps a reference of its own.

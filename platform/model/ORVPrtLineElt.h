@@ -14,8 +14,10 @@ public:
 
     ORVPrtLineElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kLine) {}
 
+    /// Where the line begins, page units.
     void SetStartPoint(const ORVMathPoint2D& start) { start_ = start; }
     const ORVMathPoint2D& GetStartPoint() const { return start_; }
+    /// Where the line ends, page units.
     void SetEndPoint(const ORVMathPoint2D& end) { end_ = end; }
     const ORVMathPoint2D& GetEndPoint() const { return end_; }
 

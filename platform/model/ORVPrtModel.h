@@ -17,6 +17,7 @@ public:
     static constexpr std::uint64_t kDefaultPrimitiveLimit = 50'000'000;
     /// Sets the limit for models created from now on, in this process; see ORVPrintLimits for others.
     static void SetPrimitiveLimit(std::uint64_t limit);
+    /// The limit for models created from now on.
     static std::uint64_t GetPrimitiveLimit();
 
     static const ORVMetaClass& MetaClass();
@@ -42,7 +43,9 @@ public:
             budget_->NoteMemorySpent();
         return primitive;
     }
+    /// What building the model took, and what was left out for want of it.
     const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
+    /// The same, for those who build the model.
     ORVPrtPrimitiveBudget& GetBudget() { return *budget_; }
 
 protected:

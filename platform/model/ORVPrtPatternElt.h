@@ -18,6 +18,7 @@ public:
     /// The tile in the drawing's own coordinates, as given, unchecked.
     void SetBox(const ORVPrtViewBox& box) { box_ = box; }
     const ORVPrtViewBox& GetBox() const { return box_; }
+    /// The part of the pattern's own coordinates that fills the tile.
     void SetViewBox(const ORVPrtViewBox& viewBox) {
         viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
     }

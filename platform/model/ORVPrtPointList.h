@@ -13,6 +13,7 @@ struct ORVPrtPointList {
         points_.resize(count);
         for (std::size_t i = 0; i < count; ++i) points_[i] = {points[2 * i], points[2 * i + 1]};
     }
+    /// Takes the points over.
     void SetPoints(std::vector<ORVMathPoint2D> points) { points_ = std::move(points); }
     /// Empty when never set.
     const std::vector<ORVMathPoint2D>& GetPoints() const { return points_; }

@@ -26,7 +26,7 @@ public:
     /// Takes one primitive that is the duplicate of another.
     /// @param payloadBytes  bytes of points and text in it
     bool TakeDuplicate(std::uint64_t payloadBytes) {
-        const std::uint64_t units = 1 + payloadBytes / kPayloadUnit;
+        const std::uint64_t units = 1 + payloadBytes / orvprint::kPayloadUnit;
         if (duplicateUnits_ + units > duplicateLimit_ + GetGrowth())
             return Refuse(ORVPrintLimit::kDuplicates);
         if (!Take()) return false;
@@ -48,13 +48,15 @@ public:
     bool MayTakePixels() { return pixels_ <= pixelLimit_ || Refuse(ORVPrintLimit::kDocumentPixels); }
     /// Notes a decoded image; what its file pays for does not count.
     void NotePixels(std::uint64_t pixels, std::uint64_t fileBytes) {
-        const std::uint64_t free = fileBytes * kPixelsPerFileByte;
+        const std::uint64_t free = fileBytes * orvprint::kPixelsPerFileByte;
         if (pixels > free) pixels_ += pixels - free;
     }
 
+    /// Primitives taken so far.
     std::uint64_t GetTaken() const { return taken_; }
     /// Those of the primitives taken that are duplicates.
     std::uint64_t GetDuplicates() const { return duplicates_; }
+    /// Whether no primitive is left.
     bool IsSpent() const { return taken_ >= limit_; }
 
     /// Notes that something was left out because of a limit. @return false
@@ -75,15 +77,18 @@ public:
 
     /// Notes that a text could not be set as it should, so that its font or the room that it takes is wrong.
     void NoteUnsetText() { hasUnsetText_ = true; }
+    /// Whether a text could not be set.
     bool HasUnsetText() const { return hasUnsetText_; }
 
+    /// Adds a reference.
     void AddRef() { ++references_; }
+    /// Gives a reference back; the last one destroys the budget.
     void Release() {
         if (--references_ == 0) delete this;
     }
 
 private:
-    std::uint64_t GetGrowth() const { return kGrowthPerPrimitive * (taken_ - duplicates_); }
+    std::uint64_t GetGrowth() const { return orvprint::kGrowthPerPrimitive * (taken_ - duplicates_); }
 
     std::uint64_t limit_, duplicateLimit_, visitLimit_, pixelLimit_;
     std::uint64_t taken_ = 0, duplicates_ = 0, duplicateUnits_ = 0, visits_ = 0, pixels_ = 0;

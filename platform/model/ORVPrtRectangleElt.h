@@ -14,10 +14,13 @@ public:
 
     ORVPrtRectangleElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kRectangle) {}
 
+    /// Two opposite corners, page units.
     void SetPoints(const ORVMathPoint2D& first, const ORVMathPoint2D& second) {
         first_ = first, second_ = second;
     }
+    /// One corner.
     const ORVMathPoint2D& GetFirstPoint() const { return first_; }
+    /// The corner opposite.
     const ORVMathPoint2D& GetSecondPoint() const { return second_; }
 
 private:

@@ -9,9 +9,10 @@
 /// How outlines are drawn. A value: copies share their content until one changes.
 class ORVPrtStrokeAttributes {
 public:
+    /// Index into the colour table of the page.
     void SetStrokeColourIndex(unsigned int index) { value_.Set(&Value::colour, index); }
     unsigned int GetStrokeColourIndex() const { return value_.Get().colour; }
-    /// 255 is opaque.
+    /// Opacity, in spite of its name: 255 is opaque, 0 invisible.
     void SetStrokeColourTransparency(std::uint8_t opacity) { value_.Set(&Value::transparency, opacity); }
     std::uint8_t GetStrokeColourTransparency() const { return value_.Get().transparency; }
     /// kLineSolid or kLineUserDash.
@@ -24,13 +25,16 @@ public:
         value_.Set(&Value::dash, dash);
     }
     const std::vector<float>& GetStrokeDashPattern() const { return value_.Get().dash.Get(); }
-    /// User units.
+    /// Line width, user units.
     void SetStrokeWidth(double width) { value_.Set(&Value::width, width); }
     double GetStrokeWidth() const { return value_.Get().width; }
+    /// Kept as it is given; of no effect on what is drawn.
     void SetStrokeStyle(int style) { value_.Set(&Value::style, static_cast<std::uint8_t>(style)); }
     int GetStrokeStyle() const { return value_.Get().style; }
+    /// orvprint::kCapButt to orvprint::kCapRound.
     void SetStrokeCap(int cap) { value_.Set(&Value::cap, static_cast<std::uint8_t>(cap)); }
     int GetStrokeCap() const { return value_.Get().cap; }
+    /// orvprint::kJoinMiter to orvprint::kJoinBevel.
     void SetStrokeJoin(int join) { value_.Set(&Value::join, static_cast<std::uint8_t>(join)); }
     int GetStrokeJoin() const { return value_.Get().join; }
 
@@ -44,10 +48,10 @@ private:
         Dashes dash;
         unsigned int colour = 0;
         std::uint8_t transparency = 255;
-        std::uint8_t type = kLineSolid;
+        std::uint8_t type = orvprint::kLineSolid;
         std::uint8_t style = 0;
-        std::uint8_t cap = kCapButt;
-        std::uint8_t join = kJoinMiter;
+        std::uint8_t cap = orvprint::kCapButt;
+        std::uint8_t join = orvprint::kJoinMiter;
         bool operator==(const Value&) const = default;
     };
     ORVSharedValue<Value> value_;

@@ -14,6 +14,7 @@ public:
 
     ORVPrtSymbolElt() : ORVPrtContainerElt(ORVPrtKind::kSymbol) {}
 
+    /// The part of the symbol's own coordinates that is shown.
     void SetViewBox(const ORVPrtViewBox& viewBox) {
         viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
     }

@@ -20,7 +20,7 @@ public:
     /// kAnchorFirst to kAnchorLast.
     void SetAnchor(int anchor) { value_.Set(&Value::anchor, anchor); }
     int GetAnchor() const { return value_.Get().anchor; }
-    /// Radians.
+    /// Angle by which characters lean, radians.
     void SetSlant(float slant) { value_.Set(&Value::slant, slant); }
     float GetSlant() const { return value_.Get().slant; }
     /// Direction of the writing line, radians, counter-clockwise with y up.
@@ -32,8 +32,10 @@ public:
     /// Factor on the width of characters.
     void SetExpansion(double expansion) { value_.Set(&Value::expansion, expansion); }
     double GetExpansion() const { return value_.Get().expansion; }
+    /// A value of orvprint::ORVPrtWritingMode.
     void SetWritingMode(int mode) { value_.Set(&Value::writingMode, mode); }
     int GetWritingMode() const { return value_.Get().writingMode; }
+    /// Version of the text rules that the document asks for; see ORVFontCheckFontForVersion.
     void SetTextVersion(int version) { value_.Set(&Value::textVersion, version); }
     int GetTextVersion() const { return value_.Get().textVersion; }
 
@@ -42,14 +44,14 @@ public:
 private:
     struct Value {
         const ORVFont* font = nullptr;
-        int weight = kWeightNormal;
+        int weight = orvprint::kWeightNormal;
         double height = 12.0;
-        int anchor = kAnchorStartBaseline;
+        int anchor = orvprint::kAnchorStartBaseline;
         float slant = 0.0F;
         float direction = 0.0F;
         double extraSpacing = 0.0;
         double expansion = 1.0;
-        int writingMode = kLeftToRight;
+        int writingMode = orvprint::kLeftToRight;
         int textVersion = 0;
         bool operator==(const Value&) const = default;
     };

@@ -21,16 +21,20 @@ public:
     /// A box that clips the text; as given, unchecked, in the drawing's own coordinates: y points down from
     /// the page's mirror height.
     struct ClippingBox {
-        double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+        double x = 0.0, y = 0.0, width = 0.0, height = 0.0;  ///< user units
     };
 
-    /// Where the font is ORVFont::Unavailable(), the budget notes that the text cannot be set.
+    /// How the text is set. Where the font is ORVFont::Unavailable(), the budget notes that the text cannot
+    /// be set.
     void SetTextAttributes(ORVPrtTextAttributes text);
     const ORVPrtTextAttributes& GetTextAttributes() const { return textAttributes_; }
+    /// Where the anchor stands, page units.
     void SetPosition(const ORVMathPoint2D& position) { position_ = position; }
     const ORVMathPoint2D& GetPosition() const { return position_; }
+    /// The text, UTF-8.
     void SetText(ORVUnicodeString text) { text_ = std::move(text); }
     const ORVUnicodeString& GetText() const { return text_; }
+    /// See ClippingBox.
     void SetClippingBox(double x, double y, double width, double height) {
         clippingBox_ = std::make_shared<const ClippingBox>(ClippingBox{x, y, width, height});
     }

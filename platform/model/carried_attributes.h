@@ -6,9 +6,11 @@
 #include "platform/model/ORVPrtStrokeAttributes.h"
 #include "platform/model/ORVPrtTransformAttributes.h"
 
-/// What primitives carry, one base each, so that a walk can treat every class that has a set alike.
+// What primitives carry, one base each, so that a walk can treat every class that has a set alike.
 
+/// Has an outline.
 struct ORVPrtStroked {
+    /// How the outline is drawn.
     void SetStrokeAttributes(ORVPrtStrokeAttributes stroke) { stroke_ = std::move(stroke); }
     const ORVPrtStrokeAttributes& GetStrokeAttributes() const { return stroke_; }
 
@@ -16,19 +18,23 @@ private:
     ORVPrtStrokeAttributes stroke_;
 };
 
-/// Inside and outline; the draw style says which of them is drawn.
+/// Has an inside and an outline; the draw style says which of them is drawn.
 struct ORVPrtFilled : ORVPrtStroked {
+    /// A value of orvprint::ORVPrtDrawStyle.
     void SetDrawStyle(int style) { drawStyle_ = style; }
     int GetDrawStyle() const { return drawStyle_; }
+    /// How the inside is drawn.
     void SetFillAttributes(ORVPrtFillAttributes fill) { fill_ = std::move(fill); }
     const ORVPrtFillAttributes& GetFillAttributes() const { return fill_; }
 
 private:
     ORVPrtFillAttributes fill_;
-    int drawStyle_ = kDrawFill;
+    int drawStyle_ = orvprint::kDrawFill;
 };
 
+/// Has a transform of its own.
 struct ORVPrtTransformed {
+    /// From the primitive's coordinates to those of its container.
     void SetTransformAttributes(ORVPrtTransformAttributes transform) { transform_ = std::move(transform); }
     const ORVPrtTransformAttributes& GetTransformAttributes() const { return transform_; }
 

@@ -17,6 +17,9 @@
 #include "platform/model/ORVPrtRectangleElt.h"
 #include "platform/model/ORVPrtSymbolElt.h"
 #include "platform/model/ORVPrtTextElt.h"
+#include "platform/system/namespace.h"
+
+namespace orvprint {
 
 /// Calls `visit` with the primitive as its own class; nothing happens for a class of another module.
 /// For sources only: it knows every class.
@@ -45,8 +48,11 @@ void VisitPrimitive(ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
     }
 }
 
+/// The same for a primitive that is not to be changed.
 template <class Visitor>
 void VisitPrimitive(const ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
     VisitPrimitive(const_cast<ORVPrtGraphicPrimitiveElt&>(primitive),
                    [&visit](const auto& one) { visit(one); });
 }
+
+}  // namespace orvprint

@@ -1,4 +1,12 @@
 #include "platform/print/ORVPrintGenerator.h"
 
+#include "platform/print/ORVPrintPath.h"
+
 // The class's table stands here, so that generators of other modules share one.
 ORVPrintGenerator::~ORVPrintGenerator() = default;
+
+int ORVPrintGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    ORVMathBox2D box;
+    for (const ORVMathPoint2D& point : clip.path.points) box.Add(clip.toPage(point));
+    return BeginClip(box);
+}

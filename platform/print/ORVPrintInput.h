@@ -31,6 +31,7 @@ public:
     virtual void Reset() = 0;
     /// Positions the stream at `offset` bytes from its start. @return negative on failure
     virtual int Seek(long offset) = 0;
+    /// Closes the stream, which can be opened again.
     virtual void Close() = 0;
 
 protected:

@@ -11,8 +11,10 @@ public:
     static const ORVMetaClass& MetaClass();
     const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
 
+    /// @param path  of the file, which is opened by Open and not before
     explicit ORVPrintInputFileStream(const ORVUnicodeString& path);
 
+    /// The path as it was given.
     const ORVUnicodeString& GetPath() const { return path_; }
 
     int Open(const char* mode) override;

@@ -11,6 +11,7 @@ public:
     static const ORVMetaClass& MetaClass();
     const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
 
+    /// @param bytes  of the document
     explicit ORVPrintInputMemoryStream(std::string bytes);
 
     int Open(const char* mode) override;

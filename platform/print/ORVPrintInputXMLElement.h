@@ -14,11 +14,15 @@ public:
 
     /// @param light  not owned, may be null; must outlive the interpreters made from this input
     explicit ORVPrintInputXMLElement(const ORVLightXmlElementItf* light) : light_(light) {}
+    /// @param dom  may be null; shared
     explicit ORVPrintInputXMLElement(const ORVIDOMElement_var& dom) : dom_(dom) {}
+    /// Both; interpreters prefer the light one.
     ORVPrintInputXMLElement(const ORVLightXmlElementItf* light, const ORVIDOMElement_var& dom)
         : light_(light), dom_(dom) {}
 
+    /// The light element; null for none.
     const ORVLightXmlElementItf* GetXmlElement() const { return light_; }
+    /// The DOM element; null for none.
     const ORVIDOMElement_var& GetXmlElementDOM() const { return dom_; }
 
 private:

@@ -1,10 +1,26 @@
 #include "platform/print/ORVPrintInterpreter.h"
 
+#include <utility>
+
+#include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 
 namespace {
+
 constexpr unsigned int kInterfaceVersion = 1;
-}
+
+/// Keeps a reference to the model that is about to be drawn.
+class ModelKeeper final : public ORVPrintModelInspector {
+public:
+    void Inspect(const ORVPrtModel& model) override { model_ = ORVRef<const ORVPrtModel>::Share(&model); }
+    ORVRef<const ORVPrtModel> Take() { return std::move(model_); }
+
+private:
+    ORVRef<const ORVPrtModel> model_;
+};
+
+}  // namespace
 
 ORVPrintInterpreter::ORVPrintInterpreter(const ORVString& identifier) : identifier_(identifier) {}
 
@@ -36,4 +52,20 @@ int ORVPrintInterpreter::GetInfos(ORVListValORVUnicodeString& infos) {
     infos.clear();
     for (const auto& info : ORVPrintPropertiesManager::GetInfos()) infos.push_back(info.message);
     return 1;
+}
+
+// The operations that modules provide are fixed, so this one is made of them: a drawing of all pages shows
+// its model before it asks for a generator.
+int ORVPrintInterpreter::GetModel(ORVRef<const ORVPrtModel>& model) {
+    model = nullptr;
+    unsigned int count = 0;
+    const int built = GetPageCount(count);
+    ModelKeeper keeper;
+    ORVPrintParameters parameters;
+    parameters.SetModelInspector(&keeper);
+    const unsigned char allPages = std::exchange(allPages_, 1);
+    Decode(nullptr, parameters);
+    allPages_ = allPages;
+    model = keeper.Take();
+    return built == 1 && !model ? 0 : built;
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/system/ORVRef.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/lists.h"
 
 class ORVPrintGenerator;
 class ORVPrintParameters;
+class ORVPrtModel;
 
 /// Base of the interpreters that plug-ins provide: turns an input into pages and draws them.
 /// An interpreter belongs to one thread at a time. The order of the virtual operations is part of the
@@ -37,6 +39,16 @@ public:
         return Decode(generator, parameters);
     }
 
+    /// The print model of the whole document, built if that was not done yet; nothing is drawn, and the
+    /// selected page does not matter. The model may outlive the interpreter and belongs to its thread.
+    /// Nothing changes it but a last print (ORVPrintParameters::SetIsLast), which takes it apart.
+    /// @param model  receives the model, as far as it could be built: ORVPrtModel::GetBudget() says what was
+    /// left
+    ///               out. Null without a usable input, and for interpreters that draw without a print model
+    /// @return 1 on success; 0 when `model` is null; -1 when the document could not be read
+    int GetModel(ORVRef<const ORVPrtModel>& model);
+
+    /// Name of the input format, such as "SVG".
     const ORVString& GetIdentifier() const { return identifier_; }
 
     ORVPrintInterpreter(const ORVPrintInterpreter&) = delete;
@@ -46,6 +58,7 @@ protected:
     /// @param identifier  name of the input format, for example "SVG"
     explicit ORVPrintInterpreter(const ORVString& identifier);
 
+    /// What Print does; results as there. May not throw.
     virtual int Decode(ORVPrintGenerator* generator, const ORVPrintParameters& parameters) = 0;
 
     unsigned int currentPage_ = 0;  ///< 1-based, 0 when none was chosen

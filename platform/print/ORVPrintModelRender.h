@@ -30,6 +30,8 @@ public:
     /// A text cannot be set as it should: ORVGetTextFailure() tells why. The output was closed cleanly.
     static constexpr int kTextNotSet = -8;
 
+    /// All three must outlive this object.
+    /// @param generator  null to have the model inspected only
     ORVPrintModelRender(const ORVPrtModel& model, ORVPrintGenerator* generator,
                         const ORVPrintParameters& parameters);
     /// Takes the model apart: long outlines are given back as soon as they are drawn, unless a page is drawn

@@ -35,6 +35,8 @@ constexpr InterpreterRow kInterpreters[] = {
      "_ZN22ORVPrintSVGInterpreter14SetCurrentPathERK16ORVUnicodeString"},
     {"QVXML", "libORVPrtInterpreterSVG.so", "fctCreateORVPrintQVXMLInterpreter", CreateFromXMLElement,
      "_ZN24ORVPrintQVXMLInterpreter14SetCurrentPathERK16ORVUnicodeString"},
+    {"SVG2", "libORVPrtInterpreterSVG2.so", "fctCreateORVPrintSVG2Interpreter", CreateFromAnyInput,
+     "_ZN23ORVPrintSVG2Interpreter14SetCurrentPathERK16ORVUnicodeString"},
 };
 
 const InterpreterRow* FindRow(const std::string& name) {

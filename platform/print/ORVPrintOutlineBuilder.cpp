@@ -64,7 +64,7 @@ void ORVPrintOutlineBuilder::EndContour() {
     if (!open_) return;
     open_ = false;
     const std::size_t verbs = path_.verbs.size() - firstVerb_;
-    // A point, or a line there and back, is no outline that could be closed.
+    // One edge is no outline that could be closed, unless it bends.
     const bool hasInside = verbs > 2 || (verbs == 2 && path_.verbs.back() == ORVPrintPath::Verb::kCubic);
     if (hasInside && IsNear(path_.points.back(), contourStart_)) path_.Close();
 }

@@ -13,6 +13,7 @@ class ORVPrtModel;
 class ORVPrintModelInspector {
 public:
     virtual ~ORVPrintModelInspector() = default;
+    /// Called in the thread that prints, once for each Print. What is thrown ends the print.
     virtual void Inspect(const ORVPrtModel& model) = 0;
 };
 
@@ -28,6 +29,7 @@ public:
           repeatLimit_(ORVPrintLimits::Get(ORVPrintLimit::kRepeats)),
           pageLimit_(ORVPrintLimits::Get(ORVPrintLimit::kPages)) {}
 
+    /// Primitives that one Draw may visit; shared ones count each time.
     void SetDrawLimit(std::uint64_t limit) { drawLimit_ = limit; }
     std::uint64_t GetDrawLimit() const { return drawLimit_; }
     /// Repeats of shared primitives, of which every distinct one allows some more; see ORVPrintLimit.
@@ -49,6 +51,7 @@ public:
     /// Nothing is going to be asked of the interpreter after this print: it lets go of its document, and of
     /// long outlines as soon as they are drawn, and answers from then on like one without a document.
     void SetIsLast(bool isLast) { isLast_ = isLast; }
+    /// See SetIsLast.
     bool IsLast() const { return isLast_; }
 
     /// Not owned; null for none.

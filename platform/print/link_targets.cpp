@@ -48,7 +48,6 @@ ORVPrintLinkTargets::ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> 
         [](const ORVPrtGraphicPrimitiveElt& /*leaf*/) {});
     if (wanted.empty()) return;
     const auto findTarget = [&](const ORVPrtGraphicPrimitiveElt& primitive) {
-        if (primitive.GetKind() == ORVPrtKind::kImage) return;  // pages are not reported as groups
         const std::string_view id = primitive.GetID();
         if (!id.empty() && wanted.contains(id)) targets_.insert(id);
     };

@@ -9,8 +9,8 @@ class ORVPrtImageElt;
 /// The identifiers within a drawing that its links lead to.
 class ORVPrintLinkTargets {
 public:
-    /// Looks for links on `pages`, and, when there are any, for what they name: groups, shapes, texts,
-    /// images. Views refer to the model.
+    /// Looks for links on `pages`, and, when there are any, for what they name: pages, groups, shapes,
+    /// texts, images. Views refer to the model.
     explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages);
 
     bool IsEmpty() const { return targets_.empty(); }

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "platform/model/walk_prefetch.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"
@@ -83,7 +84,7 @@ public:
 
     int Draw() {
         open_.push_back({page_.GetChildList(), 0, ModelToPage(page_), false, false, false});
-        int result = kDone;
+        int result = ReportTarget();
         while (result == kDone && !open_.empty()) result = Step();
         if (ORVIsGivenUp(result)) CloseGroups();
         return result;
@@ -100,6 +101,8 @@ private:
         bool isShared;  // stands at several places, alone or within something else
     };
 
+    /// Reports the page itself as the target of a link: a group that holds nothing, and so means the page.
+    int ReportTarget();
     int Step();
     /// Begins to walk a group, symbol or region.
     int Enter(const ORVPrtGraphicPrimitiveElt& container);
@@ -112,7 +115,12 @@ private:
     /// @param map  in: from its coordinates to the page; out: to what it is to be drawn in
     /// @return kDrawSymbol, kSymbolKnown or kNoSymbols as the generator answered, or a failure
     int Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map);
-    /// Draws what is no container and has an identifier.
+    /// Whether the generator is told an identifier or a description of what is no container.
+    bool IsNamed(const ORVPrtGraphicPrimitiveElt& primitive) const {
+        if (progress_.NamesShapes() && !primitive.GetID().IsEmpty()) return true;
+        return progress_.keepsIdentifiers && !primitive.GetDescription().IsEmpty();
+    }
+    /// Draws what is no container and has an identifier or a description.
     int DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     /// Draws what is no container, and may stand at several places.
     int DrawLeaf(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
@@ -139,6 +147,16 @@ ORVMathAffine2D PageWalk::MapOf(const ORVPrtGraphicPrimitiveElt& container) cons
     return map;
 }
 
+int PageWalk::ReportTarget() {
+    const std::string_view id = page_.GetID();
+    if (id.empty() || !progress_.links.Arrive(id)) return kDone;
+    ORVPrintGroup group;
+    group.id = id;
+    group.isLinkTarget = true;
+    if (const int result = generator_.BeginGroup(group); result != kDone) return result;
+    return generator_.EndGroup();
+}
+
 int PageWalk::Step() {
     Frame& frame = open_.back();
     if (frame.next == frame.children->size()) return Leave();
@@ -149,7 +167,7 @@ int PageWalk::Step() {
     if (IsWalked(child)) return Enter(child);
     const bool isAlone = frame.children->size() == 1;
     const bool isSpent = progress_.takesApart && child.GetReferenceCount() == 1 && !frame.isShared;
-    const bool isNamed = progress_.NamesShapes() && openSymbols_ == 0 && !child.GetID().IsEmpty();
+    const bool isNamed = openSymbols_ == 0 && IsNamed(child);
     const int result = isNamed ? DrawNamed(child, isAlone) : DrawLeaf(child, isAlone);
     if (isSpent) ForgetPoints(child);
     return result;
@@ -159,10 +177,13 @@ int PageWalk::DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone
     // A line that is called something is nobody else's piece.
     if (const int result = shapes_.Flush(); result != kDone) return result;
     const std::string_view id = primitive.GetID();
-    if (progress_.links.Arrive(id)) {
+    const bool isLinkTarget = !id.empty() && progress_.links.Arrive(id);
+    const bool isDescribed = progress_.keepsIdentifiers && !primitive.GetDescription().IsEmpty();
+    if (isLinkTarget || isDescribed) {
         ORVPrintGroup group;
         group.id = id;
-        group.isLinkTarget = true;
+        if (isDescribed) group.description = primitive.GetDescription();
+        group.isLinkTarget = isLinkTarget;
         if (const int result = generator_.BeginGroup(group); result != kDone) return result;
         open_.push_back({&NoChildren(), 0, open_.back().toPage, true, false, open_.back().isShared});
         return DrawLeaf(primitive, isAlone);

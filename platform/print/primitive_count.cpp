@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/model/ORVPrtContainerElt.h"
+#include "platform/model/walk_prefetch.h"
 #include "platform/system/ORVPrintLimits.h"
 
 std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive) {

@@ -21,9 +21,13 @@ public:
                            const char* library = "ORVPlatform")
         : name_(name), base_(base), provider_(provider), library_(library) {}
 
+    /// Class name.
     constexpr const char* GetName() const { return name_; }
+    /// The base class; null for a root.
     constexpr const ORVMetaClass* GetBase() const { return base_; }
+    /// Provider literal.
     constexpr const char* GetProvider() const { return provider_; }
+    /// Library literal.
     constexpr const char* GetLibrary() const { return library_; }
 
     /// True when this class or one of its bases bears `name`.
@@ -49,6 +53,7 @@ public:
 
     ORVBaseObject& operator=(const ORVBaseObject&) = delete;
 
+    /// The description of the object's own class.
     virtual const ORVMetaClass& GetMetaClass() const = 0;
 
     /// Name of the object's own class.
@@ -56,17 +61,20 @@ public:
     /// 1 when the object's class or one of its bases is called `className`, else 0.
     int IsAKindOf(std::string_view className) const { return GetMetaClass().IsAKindOf(className) ? 1 : 0; }
 
+    /// Adds a reference, which somebody releases.
     void AddRef() const { ++references_; }
     /// Gives one reference back. The destruction of a tree of objects does not recurse: an object whose
     /// last reference goes while another one is being destroyed waits in a queue.
     void Release() const {
         if (--references_ == 0) Destroy(this);
     }
+    /// References at this moment.
     std::uint32_t GetReferenceCount() const { return references_; }
 
 protected:
     ORVBaseObject() = default;
-    ORVBaseObject(const ORVBaseObject& /*other*/) {}  // a copy has a reference of its own
+    /// A copy has a reference of its own.
+    ORVBaseObject(const ORVBaseObject& /*other*/) {}
     virtual ~ORVBaseObject() = default;
 
 private:

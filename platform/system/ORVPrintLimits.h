@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
+#include "platform/system/namespace.h"
 
 /// The limits that let hostile input end in an answer, within bounded time and memory. Each stands here, and
 /// here only, with the attack that it answers.
@@ -71,13 +72,14 @@ enum class ORVPrintLimit : std::uint8_t {
     /// gigabytes all the same. A host has means of its own: in a library, this limit has no effect.
     kMemory,
 };
-inline constexpr std::size_t kPrintLimitCount = 20;
 
 /// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
 /// while documents are read is safe, and which of them see it is open.
 class ORV_PLATFORM_EXPORT ORVPrintLimits {
 public:
+    /// What is known of a limit.
     struct Row {
+        /// Which one it is.
         ORVPrintLimit limit;
         std::string_view name;    ///< for hosts that let users choose, such as "element-depth"
         std::uint64_t standard;   ///< value when the host says nothing
@@ -87,10 +89,12 @@ public:
     };
     /// All limits, in the order of the enumeration.
     static std::span<const Row> Rows();
+    /// The row of a limit.
     static const Row& RowOf(ORVPrintLimit limit);
     /// The limit of that name; null when there is none.
     static const Row* Find(std::string_view name);
 
+    /// The value of a limit at this moment.
     static std::uint64_t Get(ORVPrintLimit limit);
     /// A value beyond the greatest becomes that.
     static void Set(ORVPrintLimit limit, std::uint64_t value);
@@ -102,6 +106,10 @@ public:
     static void UseUnchecked();
 };
 
+namespace orvprint {
+
+/// Number of limits.
+inline constexpr std::size_t kPrintLimitCount = 20;
 /// Things that one primitive of the document adds to the limits of duplicates, visits and repeats, so that
 /// these stop what is out of all proportion and not what is large.
 inline constexpr std::uint64_t kGrowthPerPrimitive = 3;
@@ -110,9 +118,12 @@ inline constexpr std::uint64_t kPayloadUnit = 128;
 /// Pixels of an image for each byte of its file that do not count for a document.
 inline constexpr std::uint64_t kPixelsPerFileByte = 100;
 
+}  // namespace orvprint
+
 /// Holds a limit at another value for as long as it lives.
 class ORVScopedPrintLimit {
 public:
+    /// Sets the limit; the destructor sets it back.
     ORVScopedPrintLimit(ORVPrintLimit limit, std::uint64_t value)
         : limit_(limit), old_(ORVPrintLimits::Get(limit)) {
         ORVPrintLimits::Set(limit, value);

@@ -10,11 +10,14 @@ template <class T>
 class ORVSharedValue {
 public:
     ORVSharedValue() = default;
+    /// Shares the value.
     ORVSharedValue(const ORVSharedValue& other) : payload_(other.payload_) {
         if (payload_) ++payload_->references;
     }
+    /// Takes the value over; `other` owns nothing then.
     ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
     ~ORVSharedValue() { Drop(); }
+    /// Shares the other's value.
     ORVSharedValue& operator=(const ORVSharedValue& other) {
         if (this == &other) return *this;
         Payload* shared = other.payload_;
@@ -23,11 +26,13 @@ public:
         payload_ = shared;
         return *this;
     }
+    /// Takes the other's value over.
     ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {
         std::swap(payload_, other.payload_);
         return *this;
     }
 
+    /// The value; valid until this handle changes.
     const T& Get() const { return payload_ ? payload_->value : Default(); }
 
     /// The value for writing, private to this handle from now on.
@@ -48,6 +53,7 @@ public:
         if (!(Get().*member == value)) Edit().*member = value;
     }
 
+    /// Compares the values.
     bool operator==(const ORVSharedValue& other) const {
         return payload_ == other.payload_ || Get() == other.Get();
     }

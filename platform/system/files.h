@@ -3,42 +3,11 @@
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVFileAccessPolicy.h"
 #include "platform/system/ORVUnicodeString.h"
 
 /// Value of an environment variable, null when it is not set.
 ORV_PLATFORM_EXPORT const char* ORVGetEnv(const char* name);
-
-/// What the host lets documents read. Every file that a document names is asked for; the default allows
-/// nothing. The host sets it before it loads a document.
-class ORV_PLATFORM_EXPORT ORVFileAccessPolicy {
-public:
-    virtual ~ORVFileAccessPolicy() = default;
-    /// True when a document may read the file at `path` (absolute or relative to the working directory),
-    /// whether there is one or not. What is forbidden is not looked at, so that neither the answer nor the
-    /// time it takes tells whether it exists.
-    virtual bool MayRead(const ORVUnicodeString& path) const = 0;
-
-    /// Installs the calling thread's policy; null forbids everything. The caller keeps ownership and
-    /// outlives its use.
-    static void SetCurrent(const ORVFileAccessPolicy* policy);
-    static const ORVFileAccessPolicy* GetCurrent();
-};
-
-/// Allows the folders it is given and everything below them. Symbolic links are followed within them, and
-/// may lead from one to another. A path leads into a folder by the folder's real name, or by the very name
-/// that the host gave.
-class ORV_PLATFORM_EXPORT ORVFolderAccessPolicy final : public ORVFileAccessPolicy {
-public:
-    ORVFolderAccessPolicy();
-    ~ORVFolderAccessPolicy() override;
-    /// @return false when there is no such folder; it is then not added
-    bool AllowFolder(const ORVUnicodeString& folder);
-    bool MayRead(const ORVUnicodeString& path) const override;
-
-private:
-    struct Folders;
-    Folders* folders_;
-};
 
 /// 1 when `path` names an existing regular file, else 0. Answers 0 for what the policy forbids.
 ORV_PLATFORM_EXPORT int ORVFileStat(const ORVUnicodeString& path);

@@ -4,8 +4,9 @@
 
 #include "platform/system/ORVUnicodeString.h"
 
-/// The platform's value lists.
+/// A list of strings.
 using ORVListValORVUnicodeString = std::vector<ORVUnicodeString>;
+/// A list of numbers.
 using ORVListValDouble = std::vector<double>;
 
 /// A list of pointers that owns nothing; who holds references says so where the list lives.

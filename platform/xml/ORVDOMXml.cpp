@@ -64,6 +64,18 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     return kFound;
 }
 
+int ORVParseXml(const ORVLightXmlInputStreamBuffer& stream, ORVIDOMElement_var& element, ORVXmlError* error) {
+    element = ORVIDOMElement_var();
+    ORVRef<const ORVXmlTree> tree;
+    ORVXmlError ownError;
+    const XmlSource source{stream.GetBytes(), stream.StayInPlace(), stream.GetOwner(), stream.GetReading()};
+    const bool isWellFormed = BuildXmlTree(source, XmlEncoding::kDeclared, XmlTreeShape::kAllNodes, tree,
+                                           error ? *error : ownError);
+    const ORVXmlNode* const root = tree ? tree->GetRoot() : nullptr;
+    if (root) element = ORVIDOMElement_var(std::move(tree), root);
+    return isWellFormed && root ? kFound : kNone;
+}
+
 int GetNextNode(const ORVIDOMNode_var& node, ORVIDOMNode_var& next, ORVUnicodeString& name) {
     const ORVXmlNode* const sibling = node.GetNode() ? node.GetNode()->nextSibling : nullptr;
     if (!sibling) {

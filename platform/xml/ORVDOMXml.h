@@ -4,6 +4,7 @@
 
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlError.h"
 #include "platform/xml/ORVXmlNode.h"
 #include "platform/xml/ORVXmlTree.h"
@@ -18,9 +19,11 @@ public:
     /// @param node  any node of `tree`
     ORVIDOMNode_var(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* node);
 
+    /// Whether the handle holds a node.
     explicit operator bool() const { return node_ != nullptr; }
     /// Valid as long as the document is.
     const ORVXmlNode* GetNode() const { return node_; }
+    /// The document; null for a null handle.
     const ORVRef<const ORVXmlTree>& GetTree() const { return tree_; }
 
     /// Name of the node: an element's tag as written, "#text" or "#comment".
@@ -60,6 +63,13 @@ public:
 ORV_PLATFORM_EXPORT int BuildParser(const ORVUnicodeString& text, const char* kind,
                                     ORVIDOMElement_var& element, ORVXmlError* error = nullptr,
                                     ORVXmlReading reading = ORVXmlReading::kAny);
+
+/// Parses bytes, in the encoding that they declare, into elements, texts and comments.
+/// @param element  out: the root element with everything up to the first error; null when the document broke
+///                 off before its root
+/// @return 1, or -1 when the document is not well formed
+ORV_PLATFORM_EXPORT int ORVParseXml(const ORVLightXmlInputStreamBuffer& stream, ORVIDOMElement_var& element,
+                                    ORVXmlError* error = nullptr);
 
 /// Goes on to the next sibling, of any kind.
 /// @param next  out: the sibling; null when there is none. May be `node` itself.

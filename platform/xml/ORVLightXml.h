@@ -84,9 +84,13 @@ public:
                                  ORVXmlReading reading = ORVXmlReading::kAny)
         : owner_(std::move(owner)), bytes_(bytes), staysInPlace_(true), reading_(reading) {}
 
+    /// The bytes to parse.
     std::string_view GetBytes() const { return bytes_; }
+    /// Whether elements may refer to the bytes.
     bool StayInPlace() const { return staysInPlace_; }
+    /// What keeps the bytes; null when the caller does.
     const std::shared_ptr<const void>& GetOwner() const { return owner_; }
+    /// How often values are going to be read.
     ORVXmlReading GetReading() const { return reading_; }
 
 private:

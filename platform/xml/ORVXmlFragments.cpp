@@ -23,8 +23,10 @@ std::vector<const ORVXmlNode*> Collect(const ORVXmlNode* root, bool nestedToo) {
 
 }  // namespace
 
-std::vector<const ORVXmlNode*> FindSvgElements(const ORVXmlNode* root) { return Collect(root, true); }
+std::vector<const ORVXmlNode*> orvprint::FindSvgElements(const ORVXmlNode* root) {
+    return Collect(root, true);
+}
 
-std::vector<const ORVXmlNode*> FindOutermostSvgElements(const ORVXmlNode* root) {
+std::vector<const ORVXmlNode*> orvprint::FindOutermostSvgElements(const ORVXmlNode* root) {
     return Collect(root, false);
 }

@@ -2,7 +2,10 @@
 
 #include <vector>
 
+#include "platform/system/namespace.h"
 #include "platform/xml/ORVXmlNode.h"
+
+namespace orvprint {
 
 /// The `svg` elements at or below `root`, in document order, nested ones included. A null root has none.
 /// The names count as written: an element with a prefix is not among them.
@@ -10,3 +13,5 @@ ORV_PLATFORM_EXPORT std::vector<const ORVXmlNode*> FindSvgElements(const ORVXmlN
 
 /// As FindSvgElements, without those that stand inside another one.
 ORV_PLATFORM_EXPORT std::vector<const ORVXmlNode*> FindOutermostSvgElements(const ORVXmlNode* root);
+
+}  // namespace orvprint

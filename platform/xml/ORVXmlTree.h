@@ -19,7 +19,9 @@ public:
     ORVXmlTree(const ORVXmlTree&) = delete;
     ORVXmlTree& operator=(const ORVXmlTree&) = delete;
 
+    /// Adds a reference.
     void AddRef() const { ++references_; }
+    /// Gives a reference back; the last one destroys the tree.
     void Release() const;
 
     /// First node of the document: the root element, or what the tree keeps of the comments before it.

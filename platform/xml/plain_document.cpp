@@ -10,6 +10,7 @@
 
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "platform/xml/short_names.h"
 
 namespace {
 

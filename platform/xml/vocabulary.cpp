@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+#include "platform/xml/short_names.h"
+
 namespace {
 
 // In the order of the enumerations.
@@ -167,12 +169,12 @@ constexpr NameTable kAttributeTable(kAttributeTexts);
 
 }  // namespace
 
-ElementName FindElementName(std::string_view text) {
+ElementName orvprint::FindElementName(std::string_view text) {
     const std::size_t index = kElementTable.Find(kElementTexts, text);
     return index < kElementTexts.size() ? static_cast<ElementName>(index) : ElementName::kUnknown;
 }
 
-std::optional<AttributeName> FindAttributeName(std::string_view text) {
+std::optional<AttributeName> orvprint::FindAttributeName(std::string_view text) {
     const std::size_t index = kAttributeTable.Find(kAttributeTexts, text);
     if (index >= kAttributeTexts.size()) return std::nullopt;
     return static_cast<AttributeName>(index);
@@ -180,12 +182,12 @@ std::optional<AttributeName> FindAttributeName(std::string_view text) {
 
 std::int8_t FindAttributeName(const ORVShortName& name) { return kShortAttributeTable.Find(name); }
 
-std::string_view GetNameText(ElementName name) {
+std::string_view orvprint::GetNameText(ElementName name) {
     const auto index = static_cast<std::size_t>(name);
     return index < kElementTexts.size() ? kElementTexts[index] : std::string_view();
 }
 
-std::string_view GetNameText(AttributeName name) {
+std::string_view orvprint::GetNameText(AttributeName name) {
     const auto index = static_cast<std::size_t>(name);
     return index < kAttributeTexts.size() ? kAttributeTexts[index] : std::string_view();
 }

@@ -5,6 +5,9 @@
 #include <string_view>
 
 #include "platform/system/ORVBaseObject.h"
+#include "platform/system/namespace.h"
+
+namespace orvprint {
 
 // The element and attribute names that drawings are read by. A document's names are numbered once, when it
 // is parsed; from then on a name is compared as a number, and an element's attributes are a set of bits.
@@ -102,15 +105,9 @@ ORV_PLATFORM_EXPORT ElementName FindElementName(std::string_view text);
 /// Number of an attribute name, nothing when it is not among the known ones. Exact, as for elements.
 ORV_PLATFORM_EXPORT std::optional<AttributeName> FindAttributeName(std::string_view text);
 
-/// A name of at most 15 characters in two words, its first character in the lowest byte, zero behind the
-/// last.
-struct ORVShortName {
-    std::uint64_t first = 0, second = 0;
-    bool operator==(const ORVShortName&) const = default;
-};
-/// Number of an attribute name, -1 when it is not among the known ones or longer than 15 characters.
-std::int8_t FindAttributeName(const ORVShortName& name);
-
 /// The name as documents write it; empty for kUnknown. The text lives as long as the program.
 ORV_PLATFORM_EXPORT std::string_view GetNameText(ElementName name);
+/// The same for an attribute.
 ORV_PLATFORM_EXPORT std::string_view GetNameText(AttributeName name);
+
+}  // namespace orvprint

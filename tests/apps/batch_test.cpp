@@ -18,6 +18,7 @@
 #include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/progress.h"
 #include "tests/apps/tool_run.h"
+#include "tests/support/sample_images.h"
 
 namespace fs = std::filesystem;
 
@@ -204,6 +205,25 @@ TEST_F(BatchTest, StopsAtTheFirstFailureWithItsCode) {
               6);
 }
 
+// What was under way when the first input failed may fail later, and otherwise.
+TEST_F(BatchTest, TheFirstFailureGivesTheCodeWhateverFailsBesides) {
+    MakePipe("late.svg");
+    const RunningTool running =
+        Start({"late.svg", "bad.svg", "a.svg", "--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"});
+    const int pipe = OpenForTool("late.svg");
+    ASSERT_GE(pipe, 0);
+    const auto said = [&] {
+        std::ifstream stream(running.err);
+        return std::string((std::istreambuf_iterator<char>(stream)), {});
+    };
+    for (const auto deadline = Deadline(); said().empty() && Clock::now() < deadline;) Breathe();
+    EXPECT_THAT(said(), HasSubstr("bad.svg:2:"));
+    Feed(pipe, "<nothing/>");
+    const ToolRun run = WaitFor(running);
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_THAT(run.errors, HasSubstr("late.svg: has no page"));
+}
+
 TEST_F(BatchTest, GoesOnWhenAsked) {
     WriteFile("flat.svg", "<svg width='0' height='9'><rect width='0' height='9'/></svg>");
     for (const char* jobs : {"1", "2", "7"}) {
@@ -262,6 +282,7 @@ TEST_F(BatchTest, CommandLineThatMakesNoSense) {
     expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-o", "x.pdf"}, 2, "cannot be combined");
     expect({"a.svg", "-o", "x.pdf", "-j", "2"}, 2, "--out-dir");
     expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-j", "0"}, 2, "--jobs");
+    expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-j", "1025"}, 2, "--jobs");
     expect({"--out-dir", "out", "-f", "pdf"}, 2, "no input");
     expect({"..", "--out-dir", "out", "-f", "pdf"}, 2, ".. names no file");
     expect({"a.svg", "--out-dir", "b.svg", "-f", "pdf"}, 8, "b.svg: ");
@@ -338,6 +359,26 @@ TEST_F(BatchTest, SignalsEndItWithWholeFilesOnly) {
         close(first);
         close(second);
         fs::remove_all(Folder() / "out");
+    }
+}
+
+// As nohup has it, and shells for what runs in the background.
+TEST_F(BatchTest, SignalsThatAreIgnoredStayIgnored) {
+    MakePipe("waits.svg");
+    for (const char* name : {"HUP", "INT", "USR1"}) {
+        const std::string command =
+            std::string("trap '' ") + name + "; exec '" ORV_TOOL_PATH "' waits.svg -o out.pdf";
+        const RunningTool running = StartProgram({"bash", "-c", command});
+        const int pipe = OpenForTool("waits.svg");
+        ASSERT_GE(pipe, 0);
+        EXPECT_EQ(RunProgram({"bash", "-c", std::string("kill -") + name + " " + std::to_string(running.pid)})
+                      .exitCode,
+                  0);
+        Feed(pipe, SmallDrawing(""));
+        const ToolRun run = WaitFor(running);
+        EXPECT_EQ(run.exitCode, 0) << name << run.errors;
+        EXPECT_TRUE(Exists("out.pdf")) << name;
+        fs::remove(Folder() / "out.pdf");
     }
 }
 
@@ -425,6 +466,21 @@ TEST_F(ImagesAreInputsTest, ABatchReplacesNoneInWhateverOrder) {
     WriteFile("own.png", image_);
     EXPECT_EQ(Run({"own.svg", "--out-dir", ".", "-f", "png"}).exitCode, 8);
     EXPECT_EQ(ReadFile("own.png"), image_);
+}
+
+// What an output would replace is told by its first bytes, not by its name.
+TEST_F(ImagesAreInputsTest, ABatchReplacesNoImageOfAnyKind) {
+    const std::string bitmap =
+        std::string("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30) +
+        std::string(24, '\0') + std::string("\0\0\xFF\0", 4);
+    for (const std::string& image : {image_, SampleJpeg(6, 4), bitmap}) {
+        WriteFile("p.png", image);
+        const ToolRun run = Run({"p.svg", "b.svg", "shows.svg", "--out-dir", ".", "-f", "png", "-j", "1",
+                                 "--keep-going", "--quiet"});
+        EXPECT_EQ(run.exitCode, 11);
+        EXPECT_EQ(run.errors, "orvprint: ./p.png: is an input; choose another folder\n");
+        EXPECT_EQ(ReadFile("p.png"), image);
+    }
 }
 
 TEST_F(ImagesAreInputsTest, ABatchReplacesOldImagesThatNobodyShows) {
@@ -604,11 +660,16 @@ TEST(ProgressLineTest, FitsTheTerminal) {
     EXPECT_EQ(ProgressLine(7, 8, 2, "a.svg", 60), "[#####################...] 7/8, 2 failed  a.svg");
     EXPECT_EQ(ProgressLine(8, 8, 0, "", 60), "[########################] 8/8");
     EXPECT_EQ(ProgressLine(1, 8, 0, "a-long-name.svg", 40), "[###.....................] 1/8  a-long-");
+    // The bar goes where it and the counts would fill the line.
+    EXPECT_EQ(ProgressLine(1, 8, 0, "", 31), "[###.....................] 1/8");
+    EXPECT_EQ(ProgressLine(1, 8, 0, "", 30), "1/8");
     EXPECT_EQ(ProgressLine(1, 8, 0, "a.svg", 20), "1/8  a.svg");
     EXPECT_EQ(ProgressLine(1, 8, 0, "\n\x1b[2J.svg", 20), "1/8  \\n\\x1b[2J.svg");
     EXPECT_EQ(ProgressLine(1, 8, 0, "\u00e4\u6f22\u6f22.svg", 11), "1/8  \u00e4\u6f22\u6f22");
-    for (std::size_t columns = 0; columns < 50; ++columns)
-        EXPECT_LE(ProgressLine(1234, 99999, 12, "some-drawing.svg", columns).size(), columns);
+    // A line that is full makes some terminals go on to the next.
+    for (std::size_t columns = 1; columns < 80; ++columns)
+        EXPECT_LT(ProgressLine(1234, 99999, 12, "some-drawing.svg", columns).size(), columns);
+    EXPECT_EQ(ProgressLine(1, 8, 0, "a.svg", 0), "");
 }
 
 TEST(BatchNamesTest, NamesComeWithoutFolderAndEndingOfDrawings) {

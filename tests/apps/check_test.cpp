@@ -106,6 +106,19 @@ TEST_F(CheckTest, GoesOnBehindAnInputThatCannotBeRead) {
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_THAT(run.errors, HasSubstr("missing.svg"));
     EXPECT_THAT(run.output, HasSubstr("bad.svg: 3 findings"));
+    // The first failure gives the code.
+    WriteFile("broken.svg", "<svg>\n<g></svg>");
+    EXPECT_EQ(Run({"check", "missing.svg", "broken.svg"}).exitCode, 3);
+    EXPECT_EQ(Run({"check", "broken.svg", "missing.svg"}).exitCode, 4);
+}
+
+TEST_F(CheckTest, ListsFindingsOfALineInTheirOrder) {
+    for (const std::string attributes :
+         {"x='1em' y='2em' width='3em' height='4em'", "height='1em' width='2em' y='3em' x='4em'"}) {
+        WriteFile("line.svg", SmallDrawing("<rect " + attributes + "/>"));
+        const std::string output = Run({"check", "line.svg"}).output;
+        EXPECT_THAT(output, testing::ContainsRegex("\"1em\"(.|\n)*\"2em\"(.|\n)*\"3em\"(.|\n)*\"4em\""));
+    }
 }
 
 TEST_F(CheckTest, SaysWhereADocumentIsNotWellFormed) {

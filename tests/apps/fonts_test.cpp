@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <utility>
 
 #include "tests/apps/tool_run.h"
 
@@ -121,6 +122,68 @@ TEST_F(FontsTest, NamesStandForTheLookThatIsThere) {
     EXPECT_THAT(sans, Not(HasSubstr("DejaVuSans-Bold")));
 }
 
+// Names that stand for a look are names of files first, in whatever letters.
+TEST_F(FontsTest, TheFileOfThatNameStandsForIt) {
+    Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
+    EXPECT_THAT(FontsOf("sans-serif"), HasSubstr("LiberationSans"));
+    fs::copy_file(std::string(kTrueType) + "dejavu/DejaVuSerif.ttf", Folder() / "fonts/ARIAL.TTF");
+    EXPECT_THAT(FontsOf("sans-serif"), HasSubstr("DejaVuSerif"));
+}
+
+TEST_F(FontsTest, CharactersOfASlantedFontThatItLacksAreSlantedToo) {
+    Install(std::string(kTrueType) + "liberation/LiberationSerif-Regular.ttf");
+    Install(std::string(kTrueType) + "liberation/LiberationSerif-Italic.ttf");
+    for (const char* file : {"DejaVuSans.ttf", "DejaVuSans-Oblique.ttf"})
+        Install(std::string(kTrueType) + "dejavu/" + file);
+    for (const auto& [family, isSlanted] :
+         {std::pair{"Liberation Serif", false}, {"Liberation Serif Italic", true}}) {
+        WriteFile("text.svg", SmallDrawing(std::string("<text fill='black' x='9' y='20' font-family='") +
+                                           family + "'>a\u2603</text>"));
+        ASSERT_EQ(RunHere({"text.svg", "-o", "text.pdf"}).exitCode, 0);
+        const std::string fonts = RunProgram({"pdffonts", "text.pdf"}).output;
+        EXPECT_THAT(fonts, HasSubstr("DejaVuSans")) << family;
+        EXPECT_EQ(fonts.find("DejaVuSans-Oblique") != fonts.npos, isSlanted) << family;
+    }
+}
+
+// Weights as the configuration states them: what is bold enough is not made bolder, and of two that are as
+// near the lighter one is taken.
+TEST_F(FontsTest, BoldIsTheNearestThatIsBoldEnough) {
+    struct Row {
+        const char *sans, *mono;  // weights of two faces of the family
+        const char* font;
+        bool isThickened;
+    };
+    for (const char* file : {"DejaVuSans.ttf", "DejaVuSans-Bold.ttf", "DejaVuSansMono-Bold.ttf"})
+        Install(std::string(kTrueType) + "dejavu/" + file);
+    const auto edit = [](const char* file, const char* weight) {
+        return std::string("<match target='scan'><test name='file' compare='contains'><string>/") + file +
+               "</string></test><edit name='family' mode='assign'><string>DejaVu Sans</string></edit>"
+               "<edit name='weight' mode='assign'><const>" +
+               weight + "</const></edit></match>";
+    };
+    const std::string configuration = ReadFile("fonts.conf");
+    for (const Row& row : {Row{"demibold", "heavy", "DejaVuSans-Bold", false},
+                           Row{"demibold", "extrabold", "DejaVuSans-Bold", false},
+                           Row{"extrabold", "demibold", "DejaVuSansMono-Bold", false},
+                           Row{"medium", "medium", "DejaVuSans", true},
+                           Row{"medium", "heavy", "DejaVuSansMono-Bold", false}}) {
+        std::string edited = configuration;
+        edited.insert(edited.find("</fontconfig>"),
+                      edit("DejaVuSans-Bold", row.sans) + edit("DejaVuSansMono-Bold", row.mono));
+        WriteFile("fonts.conf", edited);
+        fs::remove_all(Folder() / "cache");
+        WriteFile("text.svg", SmallDrawing("<text fill='black' x='9' y='20' font-family='DejaVu Sans' "
+                                           "font-weight='bold'>word</text>"));
+        const ToolRun run = RunHere({"text.svg", "-o", "text.pdf"});
+        ASSERT_EQ(run.exitCode, 0) << run.errors;
+        EXPECT_THAT(RunProgram({"pdffonts", "text.pdf"}).output, HasSubstr(std::string("+") + row.font + " "))
+            << row.sans << " " << row.mono;
+        const std::string page = RunProgram({"qpdf", "--qdf", "text.pdf", "-"}).output;
+        EXPECT_EQ(page.find("2 Tr\n") != page.npos, row.isThickened) << row.sans << " " << row.mono;
+    }
+}
+
 // In another font the text would be another text.
 TEST_F(FontsTest, OneThatCannotBeUsedIsTold) {
     Install(std::string(kTrueType) + "dejavu/DejaVuSans.ttf");
@@ -162,8 +225,10 @@ protected:
         const fs::path build = fs::path(ORV_TOOL_PATH).parent_path().parent_path();
         for (const char* folder : {"bin", "lib", "damaged"}) fs::create_directories(Tree() / folder);
         fs::copy_file(ORV_TOOL_PATH, Tree() / "bin/orvprint");
-        for (const char* library :
-             {"liborvplatform.so", "liborvfonts.so", "liborvpostscript.so", "libORVPrtInterpreterSVG.so"})
+        // The platform by the name that programs ask for.
+        for (const fs::path& library :
+             {fs::read_symlink(build / "lib/liborvplatform.so"), fs::path("liborvfonts.so"),
+              fs::path("liborvpostscript.so"), fs::path("libORVPrtInterpreterSVG.so")})
             fs::copy_file(build / "lib" / library, Tree() / "lib" / library);
         WriteFile("text.svg", kSized);
         WriteFile("unsized.svg", kUnsized);

@@ -141,6 +141,20 @@ TEST(UnpackGzipTest, StopsBombsBeforeTheyHaveGrown) {
     EXPECT_EQ(Unpack(Gzip(std::string(16'000'000, ' '))).result, UnpackResult::kUnpacked);
 }
 
+TEST(UnpackGzipTest, StopsAtTheGrowth) {
+    UnpackLimits limits;
+    limits.freeSize = 0;
+    const std::string packed = Gzip(std::string(200'000, ' '));
+    // A size that is so many times that of the packed form, and no more.
+    limits.ratio = 200'000 / packed.size();
+    const std::size_t size = (packed.size() + 1) * limits.ratio - 1;
+    const std::string exact = Gzip(std::string(size, ' '));
+    ASSERT_EQ(exact.size(), packed.size());
+    EXPECT_EQ(Unpack(exact, limits).result, UnpackResult::kUnpacked);
+    --limits.ratio;
+    EXPECT_EQ(Unpack(exact, limits).result, UnpackResult::kOverLimit);
+}
+
 class PackedInputTest : public ToolTest {
 protected:
     PackedInputTest() {

@@ -369,6 +369,14 @@ TEST_F(MemoryBoundTest, GrowsWithInputsAsTheyAreStored) {
     EXPECT_EQ(BoundOf("cat large.svgz | $t - waits.svg -o x.pdf"), kBase);
 }
 
+// What the user has set is never raised, and what was set for the command's own sake may be.
+TEST_F(MemoryBoundTest, StaysBelowWhatTheUserSet) {
+    EXPECT_EQ(BoundOf("(ulimit -S -d 600000; exec $t small.svg waits.svg -o x.pdf)"), 600'000U * 1024U);
+    EXPECT_EQ(BoundOf("(ulimit -S -d 2000000; exec $t small.svg waits.svg -o x.pdf)"), kBase);
+    WriteFile("large.svg", SmallDrawing(std::string(std::size_t{40} << 20U, ' ')));
+    EXPECT_EQ(BoundOf("(ulimit -S -d 1000000; exec $t large.svg waits.svg -o x.pdf)"), 1'000'000U * 1024U);
+}
+
 TEST_F(MemoryBoundTest, InputsThatAreCheckedFirstCountOnce) {
     WriteFile("large.svg", SmallDrawing(std::string(std::size_t{40} << 20U, ' ')));
     EXPECT_EQ(BoundOf("$t --strict --ignore bad-view-box waits.svg large.svg -o x.pdf", 1), kBase);

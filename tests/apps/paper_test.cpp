@@ -242,6 +242,13 @@ TEST_F(PaperTest, PutsPagesOfSeveralInputsOnOneSheet) {
     EXPECT_GT(sheet.At(140, 283), 245);
     ASSERT_EQ(Run({Example("drawing-set.svg"), "-o", "set.png", "--paper", "A4", "--nup", "2"}).exitCode, 0);
     EXPECT_TRUE(Exists("set.png"));
+    // One sheet of all pages that were chosen is one file.
+    ASSERT_EQ(
+        Run({Example("drawing-set.svg"), "-o", "two.png", "--paper", "A4", "--nup", "2", "--pages", "1,2"})
+            .exitCode,
+        0);
+    EXPECT_TRUE(Exists("two.png"));
+    EXPECT_FALSE(Exists("two-1.png"));
 }
 
 TEST_F(PaperTest, PrintsWithoutColours) {
@@ -269,6 +276,12 @@ TEST_F(PaperTest, WidensLines) {
     EXPECT_THAT(Dark(Render("out.pdf", 1, 72)), ElementsAre(0, 13, 72, 10));
     ASSERT_EQ(Run({"in.svg", "-o", "out.pdf", "--stroke-scale", "25"}).exitCode, 0);
     EXPECT_THAT(Dark(Render("out.pdf", 1, 72)), ElementsAre(0, 26, 144, 20));
+}
+
+TEST_F(PaperTest, LinesMayBecomeAThousandTimesWider) {
+    WriteFile("in.svg", Sized(90, 90, "<rect width='9' height='9'/>"));
+    for (const auto& [factor, code] : {std::pair{"1000", 0}, {"1000.1", 2}, {"1e-9", 0}, {"0", 2}})
+        EXPECT_EQ(Run({"in.svg", "-o", "out.pdf", "--stroke-scale", factor}).exitCode, code) << factor;
 }
 
 TEST_F(PaperTest, WithoutOptionsPagesAreWhatTheyWere) {

@@ -57,14 +57,38 @@ TEST_F(PrintTest, PrintsPdf) {
 TEST_F(PrintTest, StatesWhenTheNewestInputWasChanged) {
     EXPECT_EQ(RunProgram({"touch", "-d", "2001-09-09T01:46:40Z", "two.svg"}).exitCode, 0);
     EXPECT_EQ(RunProgram({"touch", "-d", "1999-01-01T00:00:00Z", "a.svg"}).exitCode, 0);
+    const std::vector<std::string> order{"a.svg", "two.svg"}, otherOrder{"two.svg", "a.svg"};
+    for (const auto& inputs : {order, otherOrder}) {
+        EXPECT_EQ(Run({inputs[0], inputs[1], "-o", "one.pdf"}).exitCode, 0);
+        EXPECT_THAT(RunProgram({"env", "TZ=UTC", "pdfinfo", "-isodates", "one.pdf"}).output,
+                    HasSubstr("CreationDate:    2001-09-09T01:46:40Z"));
+    }
     for (const char* name : {"one.pdf", "again.pdf"})
         EXPECT_EQ(Run({"a.svg", "two.svg", "-o", name}).exitCode, 0);
-    EXPECT_THAT(RunProgram({"env", "TZ=UTC", "pdfinfo", "-isodates", "one.pdf"}).output,
-                HasSubstr("CreationDate:    2001-09-09T01:46:40Z"));
     EXPECT_TRUE(ReadFile("one.pdf") == ReadFile("again.pdf"));
     // Of what is piped in, nothing is known.
     WriteFile("piped.pdf", Run({"-", "-f", "pdf", "-o", "-"}, SmallDrawing("")).output);
     EXPECT_THAT(RunProgram({"pdfinfo", "piped.pdf"}).output, testing::Not(HasSubstr("Date")));
+}
+
+TEST_F(PrintTest, TheEnvironmentMayStateTheTimeInWholeSeconds) {
+    EXPECT_EQ(RunProgram({"touch", "-d", "2001-09-09T01:46:40Z", "a.svg"}).exitCode, 0);
+    const std::string ofFile = "2001-09-09T01:46:40Z";
+    for (const auto& [value, date] :
+         std::vector<std::pair<std::string, std::string>>{{"0", "1970-01-01T00:00:00Z"},
+                                                          {"86400", "1970-01-02T00:00:00Z"},
+                                                          {"", ofFile},
+                                                          {"86400x", ofFile},
+                                                          {"86400.5", ofFile},
+                                                          {" 86400", ofFile},
+                                                          {"99999999999999999999", ofFile}}) {
+        ASSERT_EQ(
+            RunProgram({"env", "SOURCE_DATE_EPOCH=" + value, ORV_TOOL_PATH, "a.svg", "-o", "a.pdf"}).exitCode,
+            0);
+        EXPECT_THAT(RunProgram({"env", "TZ=UTC", "pdfinfo", "-isodates", "a.pdf"}).output,
+                    HasSubstr("CreationDate:    " + date))
+            << value;
+    }
 }
 
 TEST_F(PrintTest, PrintsPngAtTheResolutionAskedFor) {
@@ -118,6 +142,16 @@ TEST_F(PrintTest, FragmentsAreChosenByNumberAndId) {
         EXPECT_EQ(Run({"r.qvxml", "-o", "s.pdf", "--fragment", "s", "--parser", parser}).exitCode, 0);
         EXPECT_THAT(PdfInfo("s.pdf"), HasSubstr("Page    1 size:  36 x 36 pts"));
         EXPECT_THAT(PdfInfo("s.pdf"), HasSubstr("Pages:           1"));
+    }
+}
+
+// Elsewhere, the drawing is the document itself.
+TEST_F(PrintTest, NamesOfDocumentsThatContainDrawingsEndInQvxml) {
+    const std::string document = "<r><g>" + SmallDrawing("") + "</g></r>";
+    for (const auto& [name, code] :
+         {std::pair{"r.qvxml", 0}, {".qvxml", 0}, {"rqvxml", 5}, {"r.qvxml.xml", 5}, {"r.QVXML", 5}}) {
+        WriteFile(name, document);
+        EXPECT_EQ(Run({name, "-o", "r.pdf"}).exitCode, code) << name;
     }
 }
 
@@ -258,6 +292,13 @@ TEST_F(PrintTest, PagesWithoutAreaArePassedOverAndTold) {
     const std::string flat = "<svg width='0' height='9'/>", page = "<svg width='90' height='90'/>";
     WriteFile("set.svg", "<svg>" + page + flat + page + "</svg>");
     WriteFile("flats.svg", "<svg>" + flat + page + flat + flat + "</svg>");
+    const auto flats = [&](std::size_t count) {
+        std::string set = "<svg>" + page;
+        for (std::size_t i = 0; i < count; ++i) set += flat;
+        return set + "</svg>";
+    };
+    WriteFile("six.svg", flats(6));
+    WriteFile("seven.svg", flats(7));
     WriteFile("flat.svg", flat);
     WriteFile("endless.svg", "<svg>" + page + "<svg width='1e999' height='9'/></svg>");
     WriteFile("set.qvxml", "<r>" + page + flat + "</r>");
@@ -266,12 +307,15 @@ TEST_F(PrintTest, PagesWithoutAreaArePassedOverAndTold) {
         std::string complaint;
         const char* pages;
     };
-    for (const Row& row : {Row{{"set.svg"}, "set.svg: page 2 has no area", "2"},
-                           Row{{"flats.svg"}, "flats.svg: pages 1, 3 and 4 have no area", "1"},
-                           Row{{"endless.svg"}, "endless.svg: page 2 has no area", "1"},
-                           Row{{"set.qvxml"}, "set.qvxml: page 2 has no area", "1"},
-                           Row{{"a.svg", "set.svg"}, "set.svg: page 3 has no area", "3"},
-                           Row{{"a.svg", "flat.svg"}, "flat.svg: page 2 has no area", "1"}}) {
+    for (const Row& row :
+         {Row{{"set.svg"}, "set.svg: page 2 has no area", "2"},
+          Row{{"flats.svg"}, "flats.svg: pages 1, 3 and 4 have no area", "1"},
+          Row{{"six.svg"}, "six.svg: pages 2, 3, 4, 5, 6 and 7 have no area", "1"},
+          Row{{"seven.svg"}, "seven.svg: pages 2, 3, 4, 5, 6 and 2 others have no area", "1"},
+          Row{{"endless.svg"}, "endless.svg: page 2 has no area", "1"},
+          Row{{"set.qvxml"}, "set.qvxml: page 2 has no area", "1"},
+          Row{{"a.svg", "set.svg"}, "set.svg: page 3 has no area", "3"},
+          Row{{"a.svg", "flat.svg"}, "flat.svg: page 2 has no area", "1"}}) {
         std::vector<std::string> arguments = row.inputs;
         arguments.insert(arguments.end(), {"-o", "out.pdf"});
         ExpectComplaint(Run(arguments), 9, row.complaint);
@@ -333,6 +377,34 @@ TEST_F(PrintTest, LinksLeadToEveryKindOfElement) {
     }
 }
 
+TEST_F(PrintTest, LinksLeadToPages) {
+    WriteFile(
+        "pages.svg",
+        "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><svg width='180' height='90'><a "
+        "xlink:href='#last'><rect width='9' height='9' fill='blue'/></a></svg><svg id='last' width='180' "
+        "height='90'><rect x='20' y='30' width='9' height='9' fill='red'/></svg></svg>");
+    EXPECT_EQ(Run({"pages.svg", "-o", "pages.pdf"}).exitCode, 0);
+    ExpectSoundPdf("pages.pdf");
+    // To the page's upper left corner, not to what is drawn on it.
+    EXPECT_THAT(RunProgram({"pdfinfo", "-dests", "pages.pdf"}).output,
+                testing::ContainsRegex("2 \\[ *XYZ +0 +72 .*\"last\""));
+    // A page that is not printed is no place to go to.
+    EXPECT_EQ(Run({"pages.svg", "-o", "first.pdf", "--pages", "1"}).exitCode, 0);
+    EXPECT_THAT(RunProgram({"qpdf", "--qdf", "--object-streams=disable", "first.pdf", "-"}).output,
+                testing::Not(HasSubstr("/Dest")));
+    EXPECT_EQ(Run({"pages.svg", "-o", "out.svg"}).exitCode, 0);
+    EXPECT_THAT(ReadFile("out-2.svg"), HasSubstr("<svg xmlns"));
+    EXPECT_THAT(ReadFile("out-2.svg"), testing::Not(HasSubstr("<g")));
+}
+
+TEST_F(PrintTest, DescriptionsOfShapesGoToSvg) {
+    WriteFile(
+        "shape.svg",
+        "<svg width='180' height='90'><rect id='r' width='9' height='9'><desc>Wall</desc></rect></svg>");
+    EXPECT_EQ(Run({"shape.svg", "-o", "out.svg"}).exitCode, 0);
+    EXPECT_THAT(ReadFile("out.svg"), HasSubstr("<g id=\"r\">\n<desc>Wall</desc>"));
+}
+
 TEST_F(PrintTest, FailureLeavesWhatWasThereAndNothingElse) {
     WriteFile("keep.pdf", "old");
     WriteFile("vast.svg", "<svg width='99999' height='99999'/>");
@@ -365,6 +437,7 @@ TEST_F(PrintTest, FormatsAreListed) {
 TEST_F(PrintTest, ResolutionsThatAreNone) {
     for (const char* value : {"nan", "-nan", "inf", "0", "0.5", "10001", "x", ""}) {
         EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--dpi", value}).exitCode, 2) << value;
+        EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--flatten-dpi", value}).exitCode, 2) << value;
         EXPECT_FALSE(Exists("a.png")) << value;
     }
 }

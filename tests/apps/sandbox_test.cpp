@@ -314,7 +314,11 @@ TEST_F(SandboxRunTest, FontsAreFoundWhereverTheyLie) {
     if (!fs::exists(installed))
         installed = "/usr/share/fonts/truetype/liberation/LiberationSans-BoldItalic.ttf";
     ASSERT_TRUE(fs::exists(installed));
-    for (const char* folder : {"fonts", "elsewhere", "data/fonts/deep", "config/fontconfig/conf.d"})
+    // Beside the drawing and the output everything may be read anyway.
+    fs::create_directories(Folder() / "in");
+    fs::rename(Folder() / "page.svg", Folder() / "in/page.svg");
+    fs::rename(Folder() / "images", Folder() / "in/images");
+    for (const char* folder : {"out", "fonts", "elsewhere", "data/fonts/deep", "config/fontconfig/conf.d"})
         fs::create_directories(Folder() / folder);
     const std::string root = Folder();
     const std::string list =
@@ -323,24 +327,28 @@ TEST_F(SandboxRunTest, FontsAreFoundWhereverTheyLie) {
     // The only font is a file of a folder that the configuration names.
     fs::copy_file(installed, Folder() / "fonts/only.ttf");
     WriteFile("own.conf", list + "<dir>" + root + "/fonts</dir>" + cache + "</fontconfig>");
-    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"page.svg", "-o", "x.pdf"}, "x.pdf");
-    ASSERT_EQ(RunIn({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"page.svg", "-o", "y.pdf"}).exitCode, 0);
-    EXPECT_THAT(ReadFile("y.pdf"), HasSubstr("/Length1 ")) << "a font is in it";
+    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
+    ASSERT_EQ(RunIn({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/y.pdf"}).exitCode,
+              0);
+    EXPECT_THAT(ReadFile("out/y.pdf"), HasSubstr("/Length1 ")) << "a font is in it";
+    // The way there begins in a folder of the system's.
+    WriteFile("own.conf", list + "<dir>/usr/.." + root + "/fonts</dir>" + cache + "</fontconfig>");
+    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
     // It is named by a file that the first includes.
     WriteFile("more.conf", list + "<dir>" + root + "/fonts</dir></fontconfig>");
     WriteFile("own.conf", list + "<include>" + root + "/more.conf</include>" + cache + "</fontconfig>");
-    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"page.svg", "-o", "x.pdf"}, "x.pdf");
+    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
     // It is a link in the user's folder to a file elsewhere.
     fs::rename(Folder() / "fonts/only.ttf", Folder() / "elsewhere/only.ttf");
     fs::create_symlink(Folder() / "elsewhere/only.ttf", Folder() / "data/fonts/deep/link.ttf");
     WriteFile("own.conf", list + "<dir prefix='xdg'>fonts</dir>" + cache + "</fontconfig>");
     ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf", "XDG_DATA_HOME=" + root + "/data"},
-                  {"page.svg", "-o", "x.pdf"}, "x.pdf");
+                  {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
     // The folder's name has to be unescaped to be found.
     fs::create_directories(Folder() / "a&b");
     fs::copy_file(installed, Folder() / "a&b/only.ttf");
     WriteFile("own.conf", list + "<dir>" + root + "/a&amp;b</dir>" + cache + "</fontconfig>");
-    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"page.svg", "-o", "x.pdf"}, "x.pdf");
+    ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
 }
 
 TEST_F(SandboxRunTest, TheIndexOfFontsIsKept) {

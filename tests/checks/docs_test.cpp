@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 
@@ -55,6 +56,22 @@ TEST(DocsTest, EveryPaperIsListed) {
             "| `" + std::string(name.common) + "` | `" + std::string(name.standard) + "` |";
         EXPECT_NE(guide.find(row), std::string::npos) << name.common;
     }
+}
+
+// Code that README shows is compiled and run: the link before each block leads to its file.
+TEST(DocsTest, WhatReadmeQuotesStandsInTheExamples) {
+    const std::string readme = ReadSource("README.md"), opening = "```cpp\n";
+    std::set<std::string> quoted;
+    for (std::size_t at = readme.find(opening); at != readme.npos; at = readme.find(opening, at + 1)) {
+        const std::size_t start = at + opening.size(), name = readme.rfind("](examples/", at) + 2;
+        const std::string path = readme.substr(name, readme.find(')', name) - name);
+        const std::string block = readme.substr(start, readme.find("```", start) - start);
+        EXPECT_GT(block.size(), 200U);
+        EXPECT_NE(ReadSource(path).find(block), std::string::npos) << path << " has no such text:\n" << block;
+        quoted.insert(path);
+    }
+    EXPECT_EQ(quoted, (std::set<std::string>{"examples/list_shapes.cpp", "examples/print_file.cpp",
+                                             "examples/read_model.cpp"}));
 }
 
 }  // namespace

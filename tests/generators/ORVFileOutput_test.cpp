@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "generators/common/ORVTemporaryFile.h"
 #include "tests/support/scratch_folder.h"
@@ -74,11 +75,19 @@ TEST_F(FileOutputTest, NumbersParts) {
     EXPECT_EQ(Content("page-2.png"), "two");
 }
 
-TEST_F(FileOutputTest, NumbersNamesWithoutEnding) {
-    ORVFileOutput output(Path("page"), true);
-    WritePart(output, "one");
-    EXPECT_EQ(output.Commit(), 1);
-    EXPECT_EQ(Content("page-1"), "one");
+TEST_F(FileOutputTest, NumbersStandBeforeTheEndingIfThereIsOne) {
+    fs::create_directory(Path("folder.d"));
+    for (const auto& [name, numbered] : {std::pair{"page", "page-1"},
+                                         {".hidden", ".hidden-1"},
+                                         {".hidden.png", ".hidden-1.png"},
+                                         {"a.b.png", "a.b-1.png"},
+                                         {"folder.d/page", "folder.d/page-1"},
+                                         {"folder.d/.png", "folder.d/.png-1"}}) {
+        ORVFileOutput output(Path(name), true);
+        WritePart(output, "one");
+        EXPECT_EQ(output.Commit(), 1) << name;
+        EXPECT_EQ(Content(numbered), "one") << name;
+    }
 }
 
 TEST_F(FileOutputTest, TakesOnePartWhenNotNumbered) {

@@ -41,6 +41,27 @@ TEST(ORVGeneratorSequenceTest, MakesOneDocumentOfSeveralDrawings) {
               "end document\n");
 }
 
+TEST(ORVGeneratorSequenceTest, PassesOnClipsLayersAndMasks) {
+    RecordingGenerator target;
+    target.SetPowers(ORVPrintGenerator::kLayers | ORVPrintGenerator::kMasks);
+    ORVGeneratorSequence sequence(target, 0);
+    EXPECT_EQ(sequence.GetPowers(), target.GetPowers());
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    ORVPrintLayer layer;
+    layer.box = BoxOf(0, 0, 5, 5);
+    EXPECT_EQ(sequence.BeginClipPath({path, {}}), 1);
+    EXPECT_EQ(sequence.BeginLayer(layer), 1);
+    EXPECT_EQ(sequence.BeginMask({{}, BoxOf(1, 1, 2, 2)}), 1);
+    EXPECT_EQ(sequence.EndMask(), 1);
+    EXPECT_EQ(sequence.EndLayer(), 1);
+    EXPECT_EQ(sequence.EndClipPath(), 1);
+    EXPECT_THAT(target.GetLines(),
+                ElementsAre("clip path M0,0 L1,0 L1,1 L0,1 Z", "layer 1 normal 0,0 to 5,5",
+                            "mask luminance 1,1 to 2,2", "end mask", "end layer", "end clip path"));
+    target.SetPowers(0);
+    EXPECT_EQ(sequence.BeginMask({}), ORVPrintGenerator::kSkipMask);
+}
+
 TEST(ORVGeneratorSequenceTest, IdentifiersOfShapesAreKeptApart) {
     RecordingGenerator target;
     ORVGeneratorSequence sequence(target, 0);

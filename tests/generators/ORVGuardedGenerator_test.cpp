@@ -27,6 +27,13 @@ public:
     int EndGroup() override { return Count(); }
     int BeginClip(const ORVMathBox2D& /*box*/) override { return Count(); }
     int EndClip() override { return Count(); }
+    unsigned int GetPowers() const override { return kGradients | kMasks; }
+    int BeginClipPath(const ORVPrintClipPath& /*clip*/) override { return Count(); }
+    int EndClipPath() override { return Count(); }
+    int BeginLayer(const ORVPrintLayer& /*layer*/) override { return Count(); }
+    int EndLayer() override { return Count(); }
+    int BeginMask(const ORVPrintMask& /*mask*/) override { return Count(); }
+    int EndMask() override { return Count(); }
     int BeginSymbol(const ORVPrintSymbol& /*symbol*/) override { return Count(); }
     int EndSymbol() override { return Count(); }
     int DrawShape(const ORVPrintShape& /*shape*/) override { return Count(); }
@@ -47,7 +54,7 @@ private:
     int calls_ = 0;
 };
 
-constexpr int kCalls = 13;
+constexpr int kCalls = 19;
 
 /// Makes every call once. @return what they returned
 std::array<int, kCalls> CallAll(ORVPrintGenerator& generator) {
@@ -60,6 +67,12 @@ std::array<int, kCalls> CallAll(ORVPrintGenerator& generator) {
             generator.EndGroup(),
             generator.BeginClip({}),
             generator.EndClip(),
+            generator.BeginClipPath({path, {}}),
+            generator.EndClipPath(),
+            generator.BeginLayer({}),
+            generator.EndLayer(),
+            generator.BeginMask({}),
+            generator.EndMask(),
             generator.BeginSymbol({}),
             generator.EndSymbol(),
             generator.DrawShape({path, {}}),
@@ -76,6 +89,7 @@ TEST(ORVGuardedGeneratorTest, PassesOnWhatIsReturned) {
     for (int call = 1; call <= kCalls; ++call)
         EXPECT_EQ(results[static_cast<std::size_t>(call) - 1], 100 + call);
     EXPECT_EQ(guard.GetError(), "");
+    EXPECT_EQ(guard.GetPowers(), target.GetPowers());
 }
 
 TEST(ORVGuardedGeneratorTest, WhatIsThrownFailsFromThenOn) {

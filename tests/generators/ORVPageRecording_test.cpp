@@ -13,6 +13,47 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// Gradients, clips, layers and masks in all their kinds.
+template <class Target>
+void DrawCompositions(Target& target) {
+    using Spread = ORVPrintGradient::Spread;
+    const std::array<ORVPrintGradientStop, 2> stops{{{0.0, {255, 0, 0, 255}}, {0.25, {0, 255, 0, 10}}}};
+    ORVPrintGradient linear = Gradient(stops, {10, 0, 0, 5, 1, 2}), radial = linear;
+    linear.spread = Spread::kReflect;
+    radial.kind = ORVPrintGradient::Kind::kRadial;
+    radial.spread = Spread::kRepeat;
+    radial.startRadius = 0.25;
+    radial.endRadius = 3.0;
+    ORVPrintFill fill;
+    fill.gradient = &linear;
+    ORVPrintStroke stroke;
+    stroke.gradient = &radial;
+    const std::array dashes{1.0, 2.5};
+    stroke.dashes = dashes;
+    stroke.dashOffset = 0.5;
+    const ORVPrintPath path = RectanglePath(1, 2, 3, 4);
+    ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, &fill, &stroke}), 1);
+    stroke.dashOffset = 0.75;
+    fill.gradient = nullptr;
+    ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, &fill, &stroke}), 1);
+    radial.spread = Spread::kPad;
+    ASSERT_EQ(target.DrawShape({path, {2, 0, 0, 2, 5, 5}, nullptr, &stroke}), 1);
+    ASSERT_EQ(target.BeginClipPath({path, {10, 0, 0, 10, 0, 0}, true}), 1);
+    ORVPrintLayer layer;
+    layer.opacity = 0.5;
+    layer.blend = ORVPrintBlendMode::kScreen;
+    layer.isIsolated = false;
+    layer.hasMask = true;
+    layer.box = BoxOf(1, 2, 60, 70);
+    ASSERT_EQ(target.BeginLayer(layer), 1);
+    ASSERT_EQ(target.BeginMask({ORVPrintMask::Kind::kOpacity, BoxOf(3, 4, 50, 60)}), 1);
+    ASSERT_EQ(FillRectangle(target, 5, 5, 10, 10), 1);
+    ASSERT_EQ(target.EndMask(), 1);
+    ASSERT_EQ(FillRectangle(target, 12, 32, 10, 10), 1);
+    ASSERT_EQ(target.EndLayer(), 1);
+    ASSERT_EQ(target.EndClipPath(), 1);
+}
+
 /// Every call there is. Temporary objects: the recording keeps what it needs.
 template <class Target>
 void DrawEverything(Target& target) {
@@ -47,13 +88,7 @@ void DrawEverything(Target& target) {
     ASSERT_EQ(target.EndClip(), 1);
     ASSERT_EQ(target.EndGroup(), 1);
     ASSERT_EQ(target.DrawImage({*image, {10, 0, 0, 20, 5, 5}, "image"}), 1);
-}
-
-ORVMathBox2D Box(double xMin, double yMin, double xMax, double yMax) {
-    ORVMathBox2D box;
-    box.Add({xMin, yMin});
-    box.Add({xMax, yMax});
-    return box;
+    DrawCompositions(target);
 }
 
 /// Lines of what a part shows.
@@ -69,21 +104,21 @@ TEST(ORVPageRecordingTest, DrawsAgainWhatWasDrawn) {
     DrawEverything(direct);
     ORVPageRecording recording;
     DrawEverything(recording);
-    recording.Finish(Box(0, 0, 100, 100));
-    EXPECT_EQ(Replayed(recording, Box(0, 0, 100, 100)), direct.GetLines());
-    EXPECT_EQ(Replayed(recording, Box(0, 0, 100, 100)), direct.GetLines());  // as often as wanted
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 100, 100)), direct.GetLines());
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 100, 100)), direct.GetLines());  // as often as wanted
 }
 
 TEST(ORVPageRecordingTest, LeavesOutWhatLiesOutside) {
     ORVPageRecording recording;
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 3; ++x) ASSERT_EQ(FillRectangle(recording, 10 * x, 10 * y, 8, 8), 1);
-    recording.Finish(Box(0, 0, 30, 30));
-    EXPECT_THAT(Replayed(recording, Box(11, 21, 13, 23)),
+    recording.Finish(BoxOf(0, 0, 30, 30));
+    EXPECT_THAT(Replayed(recording, BoxOf(11, 21, 13, 23)),
                 ElementsAre("fill #000000 M10,20 L18,20 L18,28 L10,28 Z"));
-    EXPECT_EQ(Replayed(recording, Box(0, 0, 12, 30)).size(), 6U);
-    EXPECT_EQ(Replayed(recording, Box(8, 0, 9, 5)).size(), 1U);  // touching is enough
-    EXPECT_THAT(Replayed(recording, Box(8.5, 8.5, 9.5, 9.5)), IsEmpty());
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 12, 30)).size(), 6U);
+    EXPECT_EQ(Replayed(recording, BoxOf(8, 0, 9, 5)).size(), 1U);  // touching is enough
+    EXPECT_THAT(Replayed(recording, BoxOf(8.5, 8.5, 9.5, 9.5)), IsEmpty());
 }
 
 TEST(ORVPageRecordingTest, CountsTheReachOfPens) {
@@ -107,9 +142,9 @@ TEST(ORVPageRecordingTest, CountsTheReachOfPens) {
         stroke.cap = row.cap;
         stroke.join = row.join;
         ASSERT_EQ(recording.DrawShape({path, row.toPage, nullptr, &stroke}), 1);
-        recording.Finish(Box(0, 0, 100, 200));
-        EXPECT_EQ(Replayed(recording, Box(20, 0, 30, 100 - row.reach + 0.01)).size(), 1U) << row.reach;
-        EXPECT_THAT(Replayed(recording, Box(20, 0, 30, 100 - row.reach - 0.01)), IsEmpty()) << row.reach;
+        recording.Finish(BoxOf(0, 0, 100, 200));
+        EXPECT_EQ(Replayed(recording, BoxOf(20, 0, 30, 100 - row.reach + 0.01)).size(), 1U) << row.reach;
+        EXPECT_THAT(Replayed(recording, BoxOf(20, 0, 30, 100 - row.reach - 0.01)), IsEmpty()) << row.reach;
     }
 }
 
@@ -129,17 +164,17 @@ TEST(ORVPageRecordingTest, ReportsGroupsAroundWhatShowsAndTheirTargetsOnce) {
     ASSERT_EQ(recording.EndGroup(), 1);
     ASSERT_EQ(recording.BeginGroup(empty), 1);
     ASSERT_EQ(recording.EndGroup(), 1);
-    recording.Finish(Box(0, 0, 50, 20));
-    EXPECT_THAT(Replayed(recording, Box(5, 0, 15, 10)),
+    recording.Finish(BoxOf(0, 0, 50, 20));
+    EXPECT_THAT(Replayed(recording, BoxOf(5, 0, 15, 10)),
                 ElementsAre("group #outer", "fill #000000 M0,0 L10,0 L10,10 L0,10 Z", "end group",
                             "group #empty target", "end group"));
-    EXPECT_THAT(Replayed(recording, Box(25, 0, 30, 10)),
+    EXPECT_THAT(Replayed(recording, BoxOf(25, 0, 30, 10)),
                 ElementsAre("group #outer", "group #inner target", "fill #000000 M20,0 L50,0 L50,10 L20,10 Z",
                             "end group", "end group"));
-    EXPECT_THAT(Replayed(recording, Box(30, 0, 40, 10)),
+    EXPECT_THAT(Replayed(recording, BoxOf(30, 0, 40, 10)),
                 ElementsAre("group #outer", "group #inner", "fill #000000 M20,0 L50,0 L50,10 L20,10 Z",
                             "end group", "end group"));
-    EXPECT_THAT(Replayed(recording, Box(0, 15, 40, 20)), IsEmpty());
+    EXPECT_THAT(Replayed(recording, BoxOf(0, 15, 40, 20)), IsEmpty());
 }
 
 TEST(ORVPageRecordingTest, ReportsATargetThatIsOffThePageOnTheFirstPart) {
@@ -154,10 +189,10 @@ TEST(ORVPageRecordingTest, ReportsATargetThatIsOffThePageOnTheFirstPart) {
     ASSERT_EQ(FillRectangle(recording, 500, 0, 30, 10), 1);
     ASSERT_EQ(recording.EndGroup(), 1);
     ASSERT_EQ(recording.EndGroup(), 1);
-    recording.Finish(Box(0, 0, 50, 20));
-    EXPECT_THAT(Replayed(recording, Box(0, 0, 10, 10)),
+    recording.Finish(BoxOf(0, 0, 50, 20));
+    EXPECT_THAT(Replayed(recording, BoxOf(0, 0, 10, 10)),
                 ElementsAre("group #outer", "group #hidden target", "end group", "end group"));
-    EXPECT_THAT(Replayed(recording, Box(0, 0, 10, 10)), IsEmpty());
+    EXPECT_THAT(Replayed(recording, BoxOf(0, 0, 10, 10)), IsEmpty());
 }
 
 TEST(ORVPageRecordingTest, EndsWhatADrawingLeftOpen) {
@@ -167,9 +202,9 @@ TEST(ORVPageRecordingTest, EndsWhatADrawingLeftOpen) {
     ASSERT_EQ(recording.BeginGroup(group), 1);
     ASSERT_EQ(recording.BeginGroup(group), 1);
     ASSERT_EQ(FillRectangle(recording, 0, 0, 5, 5), 1);
-    recording.Finish(Box(0, 0, 10, 10));
+    recording.Finish(BoxOf(0, 0, 10, 10));
     EXPECT_THAT(
-        Replayed(recording, Box(0, 0, 10, 10)),
+        Replayed(recording, BoxOf(0, 0, 10, 10)),
         ElementsAre("group #a", "group #a", "fill #000000 M0,0 L5,0 L5,5 L0,5 Z", "end group", "end group"));
 }
 
@@ -183,7 +218,7 @@ void DrawSymbols(ORVPageRecording& recording) {
     ASSERT_EQ(recording.BeginSymbol({&inner, {1, 0, 0, 1, 3, 1}}), ORVPrintGenerator::kSymbolKnown);
     ASSERT_EQ(recording.EndSymbol(), 1);
     ASSERT_EQ(recording.BeginSymbol({&outer, {1, 0, 0, 1, 50, 0}}), ORVPrintGenerator::kSymbolKnown);
-    recording.Finish(Box(0, 0, 100, 100));
+    recording.Finish(BoxOf(0, 0, 100, 100));
 }
 
 TEST(ORVPageRecordingTest, KeepsSymbolsOnce) {
@@ -191,12 +226,12 @@ TEST(ORVPageRecordingTest, KeepsSymbolsOnce) {
     DrawSymbols(recording);
     SymbolRecorder target;
     recording.SelectBand(0, 100);
-    ASSERT_EQ(recording.Replay(target, Box(0, 0, 100, 100)), 1);
+    ASSERT_EQ(recording.Replay(target, BoxOf(0, 0, 100, 100)), 1);
     EXPECT_THAT(target.lines,
                 ElementsAre("symbol 1 at 10,0 x 2", "symbol 2 at 1,1 x 1", "shape at 0,0 x 1", "end symbol",
                             "known 2 at 3,1 x 1", "end symbol", "known 1 at 50,0 x 1"));
     target.lines.clear();
-    ASSERT_EQ(recording.Replay(target, Box(49, 0, 100, 100)), 1);
+    ASSERT_EQ(recording.Replay(target, BoxOf(49, 0, 100, 100)), 1);
     EXPECT_THAT(target.lines, ElementsAre("known 1 at 50,0 x 1"));
 }
 
@@ -204,10 +239,126 @@ TEST(ORVPageRecordingTest, DrawsSymbolsOutForTargetsWithout) {
     ORVPageRecording recording;
     DrawSymbols(recording);
     EXPECT_THAT(
-        Replayed(recording, Box(0, 0, 100, 100)),
+        Replayed(recording, BoxOf(0, 0, 100, 100)),
         ElementsAre("fill #000000 M12,2 L14,2 L14,4 L12,4 Z", "fill #000000 M16,2 L18,2 L18,4 L16,4 Z",
                     "fill #000000 M51,1 L52,1 L52,2 L51,2 Z", "fill #000000 M53,1 L54,1 L54,2 L53,2 Z"));
-    EXPECT_THAT(Replayed(recording, Box(30, 0, 40, 100)), IsEmpty());
+    EXPECT_THAT(Replayed(recording, BoxOf(30, 0, 40, 100)), IsEmpty());
+}
+
+/// A clip, in it a layer, in it a masked layer, all with squares of 10.
+void DrawNestedParts(ORVPageRecording& recording) {
+    const ORVPrintPath path = RectanglePath(0, 0, 100, 20);
+    ASSERT_EQ(recording.BeginClipPath({path, {}}), 1);
+    ASSERT_EQ(FillRectangle(recording, 0, 0, 10, 10), 1);
+    ORVPrintLayer layer;
+    layer.opacity = 0.5;
+    layer.box = BoxOf(20, 0, 60, 10);
+    ASSERT_EQ(recording.BeginLayer(layer), 1);
+    ASSERT_EQ(FillRectangle(recording, 20, 0, 10, 10), 1);
+    layer.hasMask = true;
+    layer.box = BoxOf(40, 0, 50, 10);
+    ASSERT_EQ(recording.BeginLayer(layer), 1);
+    ASSERT_EQ(recording.BeginMask({{}, BoxOf(0, 0, 100, 20)}), 1);
+    ASSERT_EQ(FillRectangle(recording, 80, 0, 10, 10), 1);
+    ASSERT_EQ(FillRectangle(recording, 42, 0, 10, 10), 1);
+    ASSERT_EQ(recording.EndMask(), 1);
+    ASSERT_EQ(FillRectangle(recording, 40, 0, 30, 10), 1);
+    ASSERT_EQ(recording.EndLayer(), 1);
+    ASSERT_EQ(recording.EndLayer(), 1);
+    ASSERT_EQ(FillRectangle(recording, 0, 50, 90, 10), 1);
+    ASSERT_EQ(recording.EndClipPath(), 1);
+}
+
+TEST(ORVPageRecordingTest, LeavesOutPartsOfWhichNothingShows) {
+    ORVPageRecording recording;
+    DrawNestedParts(recording);
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    const std::string clip = "clip path M0,0 L100,0 L100,20 L0,20 Z";
+    EXPECT_THAT(Replayed(recording, BoxOf(2, 2, 4, 4)),
+                ElementsAre(clip, "fill #000000 M0,0 L10,0 L10,10 L0,10 Z", "end clip path"));
+    EXPECT_THAT(Replayed(recording, BoxOf(22, 2, 24, 4)),
+                ElementsAre(clip, "layer 0.5 normal 20,0 to 60,10",
+                            "fill #000000 M20,0 L30,0 L30,10 L20,10 Z", "end layer", "end clip path"));
+    // What the mask holds beside the part is left out as well, but the mask is there.
+    EXPECT_THAT(
+        Replayed(recording, BoxOf(44, 2, 46, 4)),
+        ElementsAre(clip, "layer 0.5 normal 20,0 to 60,10", "layer 0.5 normal masked 40,0 to 50,10",
+                    "mask luminance 0,0 to 100,20", "fill #000000 M42,0 L52,0 L52,10 L42,10 Z", "end mask",
+                    "fill #000000 M40,0 L70,0 L70,10 L40,10 Z", "end layer", "end layer", "end clip path"));
+    EXPECT_THAT(Replayed(recording, BoxOf(51.5, 2, 59, 4)), ElementsAre(clip, "end clip path"))
+        << "the layers' boxes cut";
+    EXPECT_THAT(Replayed(recording, BoxOf(82, 2, 84, 4)), ElementsAre(clip, "end clip path"))
+        << "masks are not seen";
+    EXPECT_THAT(Replayed(recording, BoxOf(0, 52, 90, 54)), IsEmpty()) << "the clip cuts";
+}
+
+TEST(ORVPageRecordingTest, LeavesMasksOutForTargetsWithout) {
+    ORVPageRecording recording;
+    DrawNestedParts(recording);
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    RecordingGenerator target;
+    target.SetPowers(0);
+    recording.SelectBand(0, 10);
+    ASSERT_EQ(recording.Replay(target, BoxOf(44, 2, 46, 4)), 1);
+    EXPECT_THAT(target.GetDrawn(), ElementsAre("fill #000000 M40,0 L70,0 L70,10 L40,10 Z"));
+}
+
+TEST(ORVPageRecordingTest, ReportsATargetInALayerThatShowsNothing) {
+    ORVPageRecording recording;
+    ORVPrintLayer layer;
+    layer.box = BoxOf(200, 0, 300, 10);
+    ASSERT_EQ(recording.BeginLayer(layer), 1);
+    ORVPrintGroup group;
+    group.id = "hidden";
+    group.isLinkTarget = true;
+    ASSERT_EQ(recording.BeginGroup(group), 1);
+    ASSERT_EQ(FillRectangle(recording, 0, 0, 250, 10), 1);
+    ASSERT_EQ(recording.EndGroup(), 1);
+    ASSERT_EQ(recording.EndLayer(), 1);
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    EXPECT_THAT(
+        Replayed(recording, BoxOf(50, 50, 60, 60)),
+        ElementsAre("layer 1 normal 200,0 to 300,10", "group #hidden target", "end group", "end layer"));
+    EXPECT_THAT(Replayed(recording, BoxOf(50, 50, 60, 60)), IsEmpty());
+}
+
+TEST(ORVPageRecordingTest, KeepsEqualStopsOnceUnderDifferentMaps) {
+    ORVPageRecording recording;
+    const std::array<ORVPrintGradientStop, 2> stops{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 255, 0, 255}}}};
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    std::vector<const ORVPrintGradientStop*> seen;
+    for (int i = 0; i < 3; ++i) {
+        const std::vector<ORVPrintGradientStop> copy(stops.begin(), stops.end());
+        const ORVPrintGradient gradient = Gradient(copy, {1.0 + i, 0, 0, 1, 0, 0});
+        ORVPrintFill fill;
+        fill.gradient = &gradient;
+        ASSERT_EQ(recording.DrawShape({path, {}, &fill, nullptr}), 1);
+    }
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    EXPECT_THAT(Replayed(recording, BoxOf(0, 0, 1, 1)),
+                ElementsAre("fill linear 0,0 1,0 [1 0 0 1 0 0] 0 #ff0000 1 #00ff00 M0,0 L1,0 L1,1 L0,1 Z",
+                            "fill linear 0,0 1,0 [2 0 0 1 0 0] 0 #ff0000 1 #00ff00 M0,0 L1,0 L1,1 L0,1 Z",
+                            "fill linear 0,0 1,0 [3 0 0 1 0 0] 0 #ff0000 1 #00ff00 M0,0 L1,0 L1,1 L0,1 Z"));
+}
+
+TEST(ORVPageRecordingTest, ShowsWhatThereIsSoFarAndGoesOn) {
+    ORVPageRecording recording;
+    ORVPrintLayer layer;
+    layer.box = BoxOf(0, 0, 60, 10);
+    ASSERT_EQ(recording.BeginClip(BoxOf(0, 0, 50, 50)), 1);
+    ASSERT_EQ(recording.BeginLayer(layer), 1);
+    ASSERT_EQ(FillRectangle(recording, 0, 0, 10, 10), 1);
+    ASSERT_EQ(FillRectangle(recording, 30, 0, 10, 10), 1);
+    RecordingGenerator soFar;
+    ASSERT_EQ(recording.ReplaySoFar(soFar, BoxOf(0, 0, 20, 20), {2, 0, 0, 2, -5, 0}), 1);
+    EXPECT_THAT(soFar.GetLines(),
+                ElementsAre("clip -5,0 to 95,100", "layer 1 normal -5,0 to 115,20",
+                            "fill #000000 M-5,0 L15,0 L15,20 L-5,20 Z", "end layer", "end clip"));
+    ASSERT_EQ(FillRectangle(recording, 11, 0, 2, 10), 1);
+    ASSERT_EQ(recording.EndLayer(), 1);
+    ASSERT_EQ(recording.EndClip(), 1);
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 20, 20)).size(), 6U);
 }
 
 TEST(ORVPageRecordingTest, SurvivesNumbersPastAllBounds) {
@@ -219,20 +370,54 @@ TEST(ORVPageRecordingTest, SurvivesNumbersPastAllBounds) {
     stroke.width = 1e308;
     ASSERT_EQ(recording.DrawShape({path, {1e300, 0, 0, 1, 0, 0}, nullptr, &stroke}), 1);
     ASSERT_EQ(recording.DrawShape({path, {}, nullptr, &stroke}), 1);
-    recording.Finish(Box(0, 0, 10, 10));
-    EXPECT_EQ(Replayed(recording, Box(0, 0, 10, 10)).size(), 1U);
+    recording.Finish(BoxOf(0, 0, 10, 10));
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 10, 10)).size(), 1U);
 }
 
 TEST(ORVPageRecordingTest, PassesOnFailures) {
     ORVPageRecording recording;
     DrawEverything(recording);
-    recording.Finish(Box(0, 0, 100, 100));
+    recording.Finish(BoxOf(0, 0, 100, 100));
     for (std::size_t call = 1; call <= 9; ++call) {
         RecordingGenerator target;
         target.FailAt(call);
         recording.SelectBand(0, 100);
-        EXPECT_EQ(recording.Replay(target, Box(0, 0, 100, 100)), -99) << call;
+        EXPECT_EQ(recording.Replay(target, BoxOf(0, 0, 100, 100)), -99) << call;
         EXPECT_EQ(target.GetLines().size(), call);
+    }
+}
+
+// Lines that follow each other share what they have in common.
+TEST(ORVPageRecordingTest, LinesThatDifferInOneThingStayTwo) {
+    const std::array dashes{1.0, 2.0}, otherDashes{1.0, 3.0};
+    ORVPrintStroke base;
+    base.dashes = dashes;
+    const auto with = [&](auto change) {
+        ORVPrintStroke stroke = base;
+        change(stroke);
+        return stroke;
+    };
+    const ORVPrintStroke others[]{
+        with([](ORVPrintStroke& s) { s.colour.blue = 9; }),
+        with([](ORVPrintStroke& s) { s.colour.opacity = 9; }),
+        with([](ORVPrintStroke& s) { s.width = 9.0; }),
+        with([](ORVPrintStroke& s) { s.cap = ORVPrintStroke::Cap::kSquare; }),
+        with([](ORVPrintStroke& s) { s.join = ORVPrintStroke::Join::kBevel; }),
+        with([](ORVPrintStroke& s) { s.miterLimit = 9.0; }),
+        with([&](ORVPrintStroke& s) { s.dashes = otherDashes; }),
+        with([](ORVPrintStroke& s) { s.dashes = {}; }),
+    };
+    const ORVPrintPath path = RectanglePath(0, 0, 9, 9);
+    for (const ORVPrintStroke& other : others) {
+        RecordingGenerator direct;
+        ORVPageRecording recording;
+        for (const ORVPrintStroke* stroke :
+             std::initializer_list<const ORVPrintStroke*>{&base, &other, &base}) {
+            ASSERT_EQ(direct.DrawShape({path, {}, nullptr, stroke}), 1);
+            ASSERT_EQ(recording.DrawShape({path, {}, nullptr, stroke}), 1);
+        }
+        recording.Finish(Box(0, 0, 10, 10));
+        EXPECT_EQ(Replayed(recording, Box(0, 0, 10, 10)), direct.GetLines());
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,23 @@ inline int FillRectangle(ORVPrintGenerator& generator, double x, double y, doubl
     fill.colour = colour;
     const ORVPrintPath path = RectanglePath(x, y, width, height);
     return generator.DrawShape({path, {}, &fill, nullptr});
+}
+
+inline ORVMathBox2D BoxOf(double xMin, double yMin, double xMax, double yMax) {
+    ORVMathBox2D box;
+    box.Add({xMin, yMin});
+    box.Add({xMax, yMax});
+    return box;
+}
+
+/// From one colour to another, left to right of the unit square.
+inline ORVPrintGradient Gradient(std::span<const ORVPrintGradientStop> stops,
+                                 const ORVMathAffine2D& toPage = {}) {
+    ORVPrintGradient gradient;
+    gradient.end = {1.0, 0.0};
+    gradient.stops = stops;
+    gradient.toPage = toPage;
+    return gradient;
 }
 
 /// Draws a text in black, its pen starting at (x, y).

@@ -507,6 +507,7 @@ text-weight-both        <text x="10" y="60" font-family="Liberation Sans" font-s
 text-family-both        <text x="10" y="60" font-family="Liberation Sans" font-size="20" style="font-family:Liberation Serif">One two</text>
 text-size-both-group    <g font-size="20" font-family="Liberation Sans" style="font-size:40px"><text x="10" y="60">One two</text></g>
 text-no-family          <text x="10" y="60" font-size="30">One two</text>
+text-no-family-use      <symbol id="a"><text y="40" font-size="30">Abc</text></symbol><use xlink:href="#a" x="20" y="20" font-size="30"/>
 text-no-size            <text x="10" y="60" font-family="Liberation Sans">One two</text>
 text-size-pt            <text x="10" y="60" font-family="Liberation Sans" font-size="20pt">One two</text>
 text-size-px            <text x="10" y="60" font-family="Liberation Sans" font-size="20px">One two</text>
@@ -546,6 +547,9 @@ text-view-box           <text x="10" y="60" viewBox="0 0 50 100" font-family="Li
 text-writing-tb         <text x="50" y="20" writing-mode="tb" font-family="Liberation Sans" font-size="20">One two</text>
 text-writing-vertical   <text x="50" y="20" style="writing-mode:vertical-rl" font-family="Liberation Sans" font-size="20">One two</text>
 text-writing-rl         <text x="150" y="50" writing-mode="rl" font-family="Liberation Sans" font-size="20">One two</text>
+text-writing-rl-middle  <text x="100" y="50" writing-mode="rl" text-anchor="middle" font-family="Liberation Sans" font-size="20">One two</text>
+text-writing-no-text    <g writing-mode="tb"><rect width="50" height="50" fill="red"/></g>
+text-writing-tb-group   <g writing-mode="tb" font-family="Liberation Sans"><text x="50" y="20" font-size="20">One two</text></g>
 text-writing-lr         <text x="50" y="50" writing-mode="lr" font-family="Liberation Sans" font-size="20">One two</text>
 text-direction          <text x="150" y="50" direction="rtl" font-family="Liberation Sans" font-size="20">One two</text>
 text-stroke-only        <text x="10" y="60" fill="none" stroke="red" font-family="Liberation Sans" font-size="40">One two</text>
@@ -583,6 +587,11 @@ style-vendor            <rect width="100" height="60" style="-inkscape-font:x;fi
 style-sheet             <style>rect { fill: red }</style><rect width="100" height="60"/>
 style-sheet-class       <style type="text/css"><![CDATA[.a { fill: red }]]></style><rect class="a" width="100" height="60"/>
 style-url-semicolon     <rect width="100" height="60" style="fill:red;cursor:url(data:image/png;base64,AA);stroke:blue"/>
+number-point            <rect width="100." height="60" fill="red"/>
+number-point-opacity    <rect width="100" height="60" fill="red" opacity="0."/>
+number-point-points     <polygon points="20.,20. 150.,20. 20.,150." fill="red"/>
+number-point-path       <path d="M20. 20.L150. 20.L20. 150.z" fill="red"/>
+number-point-transform  <rect transform="translate(50.)" width="100" height="60" fill="red"/>
 names-upper             <Rect width="100" height="60"/>
 names-attribute-upper   <rect Width="100" height="60"/>
 names-keyword-upper     <line x1="50" y1="50" x2="150" y2="50" stroke="blue" stroke-width="30" stroke-linecap="ROUND"/>
@@ -606,6 +615,7 @@ overlong-page           <rect x="-50" y="-50" width="500" height="500" fill="red
 overflow-on-group       <g overflow="hidden"><rect width="100" height="100" fill="red"/></g>
 title-and-desc          <title>T</title><desc>D</desc><g><title>g</title><rect width="100" height="100" fill="red"/></g>
 metadata                <metadata><x xmlns="urn:x">a</x></metadata><rect width="100" height="100" fill="red"/>
+include-fallback        <xi:include xmlns:xi="http://www.w3.org/2001/XInclude" href="none.svg"><xi:fallback><rect width="100" height="100" fill="red"/></xi:fallback></xi:include>
 animation               <rect width="100" height="100" fill="red"><animate attributeName="fill" to="blue" dur="3s"/></rect>
 script                  <script>var a</script><rect width="100" height="100" fill="red" onclick="x()"/>
 duplicate-id            <rect id="a" width="50" height="50"/><rect id="a" x="60" width="50" height="50"/>
@@ -644,15 +654,18 @@ def drawings():
     return rows
 
 
+def document_of(content):
+    if content.startswith(("<svg", "<s:svg", "<?", "<!")):
+        return content
+    return ('<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
+            f'width="200" height="200">{content}</svg>')
+
+
 def main():
     folder = Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in drawings():
-        content = content.replace("$PNG", png(16, 16))
-        if not content.startswith(("<svg", "<s:svg", "<?", "<!")):
-            content = ('<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
-                       f'width="200" height="200">{content}</svg>')
-        (folder / f"{name}.svg").write_text(content)
+        (folder / f"{name}.svg").write_text(document_of(content.replace("$PNG", png(16, 16))))
 
 
 if __name__ == "__main__":

@@ -26,9 +26,13 @@ MOST_MEMORY = 1024  # MB
 # Not read, not well-formed, no page, not printed: see README.md.
 REFUSALS = {3, 4, 5, 9}
 DONE, FOUND = 0, 1
+TIMED_OUT = 124  # as timeout says it
 WAYS = ["pdf", "png", "check"]
 # What the leak checker says when it could not do its work; what it finds reads otherwise.
 LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
+
+
+Done = collections.namedtuple("Done", "code said seconds megabytes")  # of a process and those it started
 
 
 def documents_below(folders):
@@ -42,20 +46,24 @@ def run(command, measures_memory):
     return run_once(command, measures_memory) if LEAK_CHECKER_FAILED in done[1] else done
 
 
-def run_once(command, measures_memory):
+def measure(command):
+    """Runs a command, without input and output."""
     with tempfile.TemporaryFile() as errors:
-        process = subprocess.Popen(["timeout", str(PATIENCE), *command], stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL, stderr=errors)
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=errors)
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
         errors.seek(0)
-        said = errors.read().decode(errors="replace")
-    seconds, memory = usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
-    if process.returncode == 124 or seconds > MOST_SECONDS:
-        return process.returncode, said, f"took {seconds:.1f} s"
-    if measures_memory and memory > MOST_MEMORY:
-        return process.returncode, said, f"took {memory:.0f} MB"
-    return process.returncode, said, ""
+        return Done(process.returncode, errors.read().decode(errors="replace"), usage.ru_utime + usage.ru_stime,
+                    usage.ru_maxrss / 1024)
+
+
+def run_once(command, measures_memory):
+    done = measure(["timeout", str(PATIENCE), *command])
+    if done.code == TIMED_OUT or done.seconds > MOST_SECONDS:
+        return done.code, done.said, f"took {done.seconds:.1f} s"
+    if measures_memory and done.megabytes > MOST_MEMORY:
+        return done.code, done.said, f"took {done.megabytes:.0f} MB"
+    return done.code, done.said, ""
 
 
 def fault_of(tool, way, document, folder, measures_memory):

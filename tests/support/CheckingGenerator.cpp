@@ -47,6 +47,50 @@ int CheckingGenerator::EndClip() {
     return Note(target_ ? target_->EndClip() : 1);
 }
 
+unsigned int CheckingGenerator::GetPowers() const {
+    return target_ ? target_->GetPowers() : kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+}
+
+int CheckingGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    ExpectPage();
+    CheckMap(clip.toPage);
+    CheckPath(clip.path);
+    return Enter(Part::kClipPath, target_ ? target_->BeginClipPath(clip) : 1);
+}
+
+int CheckingGenerator::EndClipPath() {
+    Leave(Part::kClipPath);
+    return Note(target_ ? target_->EndClipPath() : 1);
+}
+
+int CheckingGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    ExpectPage();
+    Expect(layer.opacity >= 0.0 && layer.opacity <= 1.0, "a layer's opacity out of range");
+    CheckBox(layer.box);
+    const int result = Enter(Part::kLayer, target_ ? target_->BeginLayer(layer) : 1);
+    expectsMask_ = result == 1 && layer.hasMask;
+    return result;
+}
+
+int CheckingGenerator::EndLayer() {
+    Leave(Part::kLayer);
+    return Note(target_ ? target_->EndLayer() : 1);
+}
+
+int CheckingGenerator::BeginMask(const ORVPrintMask& mask) {
+    Expect(expectsMask_ && !hasFailed_ && !open_.empty() && open_.back() == Part::kLayer,
+           "a mask without its layer");
+    expectsMask_ = false;
+    CheckBox(mask.box);
+    const int result = target_ ? target_->BeginMask(mask) : 1;
+    return result == kSkipMask ? result : Enter(Part::kMask, result);
+}
+
+int CheckingGenerator::EndMask() {
+    Leave(Part::kMask);
+    return Note(target_ ? target_->EndMask() : 1);
+}
+
 int CheckingGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     ExpectPage();
     CheckMap(symbol.toPage);
@@ -117,6 +161,7 @@ int CheckingGenerator::Enter(Part part, int result) {
 
 void CheckingGenerator::Leave(Part part) {
     Expect(!open_.empty() && open_.back() == part && !hasFailed_, "an end without its beginning");
+    Expect(!expectsMask_, "a layer without its mask");
     if (!open_.empty()) open_.pop_back();
 }
 
@@ -126,6 +171,7 @@ void CheckingGenerator::Expect(bool condition, const char* fault) {
 
 void CheckingGenerator::ExpectPage() {
     Expect(open_.size() >= 2 && !hasFailed_, "a drawing outside of a page, or after a failure");
+    Expect(!expectsMask_, "a layer without its mask");
 }
 
 void CheckingGenerator::CheckMap(const ORVMathAffine2D& map) {
@@ -137,12 +183,37 @@ void CheckingGenerator::CheckPath(const ORVPrintPath& path) {
         Expect(std::isfinite(p.x) && std::isfinite(p.y), "a point that is not finite");
 }
 
+void CheckingGenerator::CheckBox(const ORVMathBox2D& box) {
+    Expect(box.IsEmpty() || std::isfinite(box.xMax - box.xMin + box.yMax - box.yMin),
+           "a box that is not finite");
+}
+
+void CheckingGenerator::CheckGradient(const ORVPrintGradient* gradient) {
+    if (!gradient) return;
+    CheckMap(gradient->toPage);
+    Expect(gradient->toPage.Determinant() != 0.0, "a gradient without area");
+    Expect(gradient->stops.size() >= 2, "a gradient of one colour");
+    double last = 0.0;
+    for (const ORVPrintGradientStop& stop : gradient->stops) {
+        Expect(stop.offset >= last && stop.offset <= 1.0, "stops out of order");
+        last = stop.offset;
+    }
+    const bool isRadial = gradient->kind == ORVPrintGradient::Kind::kRadial;
+    const bool differ =
+        gradient->start != gradient->end || (isRadial && gradient->startRadius != gradient->endRadius);
+    Expect(differ && gradient->startRadius >= 0.0 && gradient->endRadius >= 0.0, "a gradient without course");
+}
+
 void CheckingGenerator::CheckFill(const ORVPrintFill* fill) {
-    if (fill && fill->pattern) CheckMap(fill->patternToPage);
+    if (!fill) return;
+    if (fill->pattern) CheckMap(fill->patternToPage);
+    CheckGradient(fill->gradient);
 }
 
 void CheckingGenerator::CheckStroke(const ORVPrintStroke* stroke) {
     if (!stroke) return;
+    CheckGradient(stroke->gradient);
+    Expect(stroke->dashOffset >= 0.0 && std::isfinite(stroke->dashOffset), "dashes that begin nowhere");
     Expect(stroke->width > 0.0 && std::isfinite(stroke->width),
            "a line width that is not positive and finite");
     Expect(std::isfinite(stroke->miterLimit), "a miter limit that is not finite");

@@ -23,6 +23,13 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    unsigned int GetPowers() const override;
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     int DrawShape(const ORVPrintShape& shape) override;
@@ -32,13 +39,15 @@ public:
     int EndDocument() override;
 
 private:
-    enum class Part { kDocument, kPage, kGroup, kClip, kSymbol };
+    enum class Part { kDocument, kPage, kGroup, kClip, kSymbol, kClipPath, kLayer, kMask };
     int Enter(Part part, int result);
     void Leave(Part part);
     void Expect(bool condition, const char* fault);
     void ExpectPage();
     void CheckMap(const ORVMathAffine2D& map);
     void CheckPath(const ORVPrintPath& path);
+    void CheckBox(const ORVMathBox2D& box);
+    void CheckGradient(const ORVPrintGradient* gradient);
     void CheckFill(const ORVPrintFill* fill);
     void CheckStroke(const ORVPrintStroke* stroke);
     int Note(int result);
@@ -48,5 +57,6 @@ private:
     std::vector<Part> open_;
     std::vector<const void*> symbols_;
     bool hasFailed_ = false;
+    bool expectsMask_ = false;  // of the layer that has just begun
     std::string fault_;
 };

@@ -59,7 +59,7 @@ void NoteDrawn(CheckContext& check, const NumberedElement& element, const ORVMat
     region->isOutside = true;
     if (region->isTold)
         check.findings.Note(FindingCode::kNotClipped, element, {}, {},
-                            "reaches beyond the svg that it stands in, and is not cut off there");
+                            "extends beyond the svg element that contains it, and is not clipped there");
 }
 
 ORVMathBox2D MapBox(const ORVMathAffine2D& map, const ORVMathBox2D& box) {

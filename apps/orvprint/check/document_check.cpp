@@ -176,7 +176,7 @@ private:
             hasOthers |= isSvg && HasHandler(child->id);
             if (isSvg && HasHandler(child->id))
                 check_.findings.Note(kNotOnAPage, {child, next_}, {}, {},
-                                     "only the svg elements beside it are printed");
+                                     "only its sibling svg elements are printed");
             Skip(*child);
         }
         if (isSvg && !hasOthers)
@@ -235,7 +235,7 @@ private:
         if (space.empty() && !element.node->Find("xmlns")) return;
         check_.inForce.isForeign = true;
         check_.findings.Note(kForeignNamespace, element, "xmlns", space,
-                             "is no element of SVG, and is printed all the same");
+                             "is not an SVG element, but is printed");
     }
 
     // `holder` collects the definitions among the children; null where they are drawn.

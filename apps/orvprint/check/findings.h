@@ -97,6 +97,7 @@ enum class FindingCode : std::uint8_t {
     kTextShiftUp,
     kJoinedWords,
     kTextBlanks,
+    kFontUnspecified,
     kFontMissing,
     kFontFallback,
     kMissingGlyph,

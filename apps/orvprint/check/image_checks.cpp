@@ -19,7 +19,8 @@ void CheckShape(CheckContext& check, const NumberedElement& element, std::string
     ReadHorizontalAttribute(state, LightElementAccess(element.node), AttributeName::kWidth, width);
     ParseVerticalLength(state, element.node->Value(AttributeName::kHeight), height);
     if (!(width > 0.0) || !(height > 0.0))
-        return check.findings.Note(kBadLength, element, {}, {}, "has no width and height, and shows nothing");
+        return check.findings.Note(kBadLength, element, {}, {},
+                                   "has no width and height, so it shows nothing");
 
     const auto ratio = element.node->Find("preserveAspectRatio");
     if (ratio && ratio->starts_with("none")) return;
@@ -27,14 +28,14 @@ void CheckShape(CheckContext& check, const NumberedElement& element, std::string
     if (stretch < 0.98 || stretch > 1.02)
         check.findings.Note(kImageStretched, element, "xlink:href", reference,
                             "its " + std::to_string(facts.width) + " x " + std::to_string(facts.height) +
-                                " pixels do not have the shape of its width and height");
+                                " pixels do not have the aspect ratio of its width and height");
 }
 
 // What SVG does not show, or cuts off.
 void CheckDrawn(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     const Visibility& visibility = check.inForce.visibility;
     if (visibility.isRemoved || visibility.isHidden)
-        check.findings.Note(kHiddenButPrinted, element, {}, {}, "pictures are printed, hidden or not");
+        check.findings.Note(kHiddenButPrinted, element, {}, {}, "images are printed even if they are hidden");
     const ORVXmlNode& node = *element.node;
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
     ParseHorizontalLength(state, node.Value(AttributeName::kX), x);

@@ -12,6 +12,7 @@
 class Namespaces {
 public:
     static constexpr std::string_view kSvg = "http://www.w3.org/2000/svg";
+    static constexpr std::string_view kXinclude = "http://www.w3.org/2001/XInclude";
     static constexpr std::string_view kXlink = "http://www.w3.org/1999/xlink";
 
     /// Takes in the declarations of an element, until the matching Leave.

@@ -44,8 +44,9 @@ void CheckPageSize(FindingWriter& findings, const NumberedElement& svg, SvgDrawS
             findings.Note(kPageWithoutSize, svg, {}, {}, "has neither width and height nor a viewBox");
         for (const AttributeName name : {AttributeName::kWidth, AttributeName::kHeight})
             if (IsPercentage(svg.node->Value(name)))
-                findings.Note(kPercentageOfNothing, svg, GetNameText(name), svg.node->Value(name),
-                              "a page has nothing to be a part of: give its size as a length, or a viewBox");
+                findings.Note(
+                    kPercentageOfNothing, svg, GetNameText(name), svg.node->Value(name),
+                    "the percentage of a page refers to nothing: give its size as a length, or a viewBox");
         return;
     }
     // Of a percentage, the size is the viewer's business.

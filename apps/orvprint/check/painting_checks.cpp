@@ -69,8 +69,8 @@ void CompareOpacity(CheckContext& check, const NumberedElement& element, const c
                     double meant) {
     if (std::abs(printed - meant) > 0.02)
         check.findings.Note(kOpacityCombined, element, {}, {},
-                            std::string("its ") + part + " is printed " + Percent(printed) +
-                                " opaque, and is " + Percent(meant) + " in SVG");
+                            std::string("its ") + part + " is printed " + Percent(printed) + " opaque, but " +
+                                Percent(meant) + " in SVG");
 }
 
 // Units of what is handed down count where it is used. Of thin lines, nobody sees them.
@@ -89,7 +89,7 @@ void NotePaintedVisible(CheckContext& check) {
     const NumberedElement& shownBy = check.inForce.visibility.shownBy;
     if (check.shown.insert(shownBy.node).second)
         check.findings.Note(kPaintedVisible, shownBy, "visibility", "visible",
-                            "gives what it shows a fill and a stroke that nothing else gives it");
+                            "adds a fill and a stroke that its content does not have otherwise");
 }
 
 // Whether the points of a polyline do not all lie on one straight line.
@@ -114,16 +114,16 @@ void CheckLine(CheckContext& check, const NumberedElement& element, const Painti
                const SvgDrawState& state) {
     const ORVXmlNode& node = *element.node;
     if (!Strokes(meant) && (painting.isOpenLine || !Fills(meant)))
-        check.findings.Note(kAlwaysStroked, element, {}, {}, "has no stroke, and is stroked all the same");
+        check.findings.Note(kAlwaysStroked, element, {}, {}, "has no stroke, but is stroked");
     if (!Fills(meant)) return;
     if (node.id == ElementName::kPolyline &&
         HasInside(state, node.Value(AttributeName::kPoints), check.numbers))
         check.findings.Note(kPolylineNotFilled, element, {}, {},
-                            "its fill is not printed: say fill='none', or make it a polygon");
+                            "its fill is not printed: use fill='none', or a polygon");
     if (painting.isBarePath && (painting.hasCurves || !Strokes(meant)))
         check.findings.Note(kPathNotFilled, element, "d", node.Value(AttributeName::kD),
-                            Strokes(meant) ? "its fill is not printed: divide its curve"
-                                           : "its fill is not printed, its outline is");
+                            Strokes(meant) ? "its fill is not printed: split its curve in two"
+                                           : "its fill is not printed, but its outline is");
 }
 
 }  // namespace
@@ -136,10 +136,9 @@ void CheckMeantPaint(CheckContext& check, const NumberedElement& element, Painte
     const bool isOtherStroke = parts.strokes && meant.strokeIsCurrent &&
                                state.stroke.GetStrokeColourIndex() != state.strokeCurrentColour;
     if (isOtherFill || isOtherStroke)
-        check.findings.Note(kCurrentColour, element, {}, {},
-                            "is painted in the color that was in force before");
+        check.findings.Note(kCurrentColour, element, {}, {}, "is painted in the color inherited before");
     if (parts.fills && state.fill.GetFillStyle() == kFillPattern && !meant.fillIsReference)
-        check.findings.Note(kPatternTile, element, {}, {}, "keeps the pattern that was in force before");
+        check.findings.Note(kPatternTile, element, {}, {}, "keeps the inherited pattern");
     if (meant.isOpacityTold) return;
     constexpr double kOpaque = 255.0;
     if (parts.fills)
@@ -170,9 +169,9 @@ void CheckPainting(CheckContext& check, const NumberedElement& element, const Sv
 
     const Visibility& visibility = check.inForce.visibility;
     if ((visibility.isRemoved || visibility.isHidden) && (painting.strokes || painting.fills))
-        return check.findings.Note(
-            kHiddenButPrinted, element, {}, {},
-            painting.IsLine() ? "lines are stroked, hidden or not" : "paint of its own turns it on again");
+        return check.findings.Note(kHiddenButPrinted, element, {}, {},
+                                   painting.IsLine() ? "lines are stroked even if they are hidden"
+                                                     : "its own paint makes it visible again");
 
     const int meant = visibility.GetMeantStyle(state.drawStyle);
     if (painting.IsLine())

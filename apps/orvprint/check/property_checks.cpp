@@ -18,8 +18,8 @@ using enum FindingCode;
 MaybeProblem CheckInherited(bool isFill, const SvgDrawState& state) {
     const int part = isFill ? kDrawFill : kDrawStroke;
     if (state.drawStyle == part || state.drawStyle == kDrawFillAndStroke) return std::nullopt;
-    return ValueProblem{kBadValue, isFill ? "turns the fill on, though none is inherited"
-                                          : "turns the stroke on, though none is inherited"};
+    return ValueProblem{kBadValue, isFill ? "turns the fill on, although none is inherited"
+                                          : "turns the stroke on, although none is inherited"};
 }
 
 MaybeProblem CheckPaint(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
@@ -61,13 +61,13 @@ void CheckPresentation(CheckContext& check, const NumberedElement& element, cons
     // What stands around the element is in force still.
     if (said.name == "opacity" && said.value == "inherit" && check.inForce.meant.ownOpacity < 1.0)
         check.findings.Note(kOpacityCombined, element, said.attribute, said.GetText(),
-                            "does not take over the opacity of what is around it");
+                            "does not inherit the opacity of its parent");
     double opacity = 1.0;
     if (said.name == "opacity" && IsContainer(element.node->id) &&
         ORVConvertToDouble(said.value, opacity) == kRead && opacity < 1.0 && HasSeveralParts(*element.node)) {
         check.inForce.meant.isBlendTold = true;
         check.findings.Note(kGroupOpacity, element, said.attribute, said.GetText(),
-                            "each part of the group is blended by itself");
+                            "each part of the group is blended separately");
     }
 }
 
@@ -78,9 +78,19 @@ void CheckAgainstAttribute(CheckContext& check, const NumberedElement& element, 
     if (element.node->id != ElementName::kText || !isOfFont) return;
     const auto attribute = element.node->Find(said.name);
     if (attribute && !attribute->empty() && *attribute != said.value)
-        check.findings.Note(kAttributeWins, element, said.attribute, said.GetText(),
-                            "has no effect beside the attribute " + std::string(said.name) + "='" +
-                                Excerpt(*attribute) + "'");
+        check.findings.Note(
+            kAttributeWins, element, said.attribute, said.GetText(),
+            "is overridden by the attribute " + std::string(said.name) + "='" + Excerpt(*attribute) + "'");
+}
+
+bool IsAboutTexts(std::string_view property) {
+    return property.starts_with("font") || property.starts_with("text-") ||
+           property.find("baseline") != property.npos;
+}
+
+// Itself, or in what it holds or refers to.
+bool MayHaveText(ElementName name) {
+    return IsContainer(name) || name == ElementName::kText || name == ElementName::kUse;
 }
 
 void CheckDeclaration(CheckContext& check, const NumberedElement& element,
@@ -101,20 +111,12 @@ void CheckDeclaration(CheckContext& check, const NumberedElement& element,
         CheckPropertyWithoutEffect(check, element, said);
     else if (element.node->id == ElementName::kImage && row->name == "opacity" && declaration.value != "1")
         check.findings.Note(kIgnoredProperty, element, said.attribute, said.GetText(), "has no effect");
+    else if (IsAboutTexts(row->name) && !MayHaveText(element.node->id))
+        return;
     else if (element.node->id != ElementName::kImage && !declaration.value.empty()) {
         CheckPresentation(check, element, said, *row, state);
         CheckAgainstAttribute(check, element, said);
     }
-}
-
-bool IsAboutTexts(std::string_view property) {
-    return property.starts_with("font") || property.starts_with("text-") ||
-           property.find("baseline") != property.npos;
-}
-
-// Itself, or in what it holds or refers to.
-bool MayHaveText(ElementName name) {
-    return IsContainer(name) || name == ElementName::kText || name == ElementName::kUse;
 }
 
 }  // namespace
@@ -130,7 +132,7 @@ void CheckStyle(CheckContext& check, const NumberedElement& element, std::string
         CheckDeclaration(check, element, declaration, state);
     const std::string_view rest = scanner.GetRest();
     if (rest.find_first_not_of("; ") != std::string_view::npos)
-        check.findings.Note(kLostDeclarations, element, "style", rest, "is lost after the ;");
+        check.findings.Note(kLostDeclarations, element, "style", rest, "is ignored after the ;");
 }
 
 void CheckPresentationAttribute(CheckContext& check, const NumberedElement& element,

@@ -7,6 +7,7 @@
 #include "apps/orvprint/check/painting_checks.h"
 #include "interpreters/svg/state/SvgDrawState.h"
 #include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/structure/walker.h"
 #include "interpreters/svg/style/marker_properties.h"
 #include "interpreters/svg/values/length.h"
 #include "interpreters/svg/values/view_box.h"
@@ -19,8 +20,7 @@ using enum FindingCode;
 
 constexpr const char* kNoSuchElement = "the document has no such element";
 
-constexpr const char* kOtherLetters =
-    "is found in other letters, upper or lower: other programs do not find it";
+constexpr const char* kOtherLetters = "differs in upper and lower case: other programs do not find it";
 
 bool IsClose(double a, double b) {
     return std::abs(a - b) <= 0.01 * std::max(std::abs(a), std::abs(b)) + 1e-9;
@@ -53,13 +53,13 @@ void CheckFitting(CheckContext& check, const NumberedElement& use, const Definit
     const bool isFitted = width > 0.0 && height > 0.0;
     if (isFitted && !facts.hasViewBox)
         check.findings.Note(kFittedUse, use, "width", use.node->Value(AttributeName::kWidth),
-                            "what it places is no symbol with a viewBox, and is scaled all the same");
+                            "its target is not a symbol with a viewBox, but is scaled");
     if (!isFitted && facts.hasViewBox)
         check.findings.Note(kUnfittedSymbol, use, "xlink:href", use.node->Value(AttributeName::kXlinkHref),
                             "has no width and height: other programs fit the symbol to the page");
     if (facts.isCutElsewhere)
         check.findings.Note(kNotClipped, use, "xlink:href", use.node->Value(AttributeName::kXlinkHref),
-                            "the symbol reaches beyond its viewBox, and is not cut off there");
+                            "the symbol extends beyond its viewBox, and is not clipped there");
 }
 
 // Where a "use" draws, in its own coordinates.
@@ -114,9 +114,10 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
     if (!found) {
         // What the attributes name and the document does not have was found there.
         if (check.identifiers.FindOnPage(id))
-            check.findings.Note(kUnreachableReference, element, "marker", id,
-                                "is no definition here: only what stood in defs before, in a group still "
-                                "open, is found");
+            check.findings.Note(
+                kUnreachableReference, element, "marker", id,
+                "is not a definition here: only earlier children of defs, in a group that is still "
+                "open, is found");
         return;
     }
     const DefinitionFacts* facts = check.definitions.Find(*found);
@@ -126,12 +127,12 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
         return check.findings.Note(kHiddenButPrinted, element, "marker", id, "its markers are printed");
     if (facts->IsChangedBy(state))
         check.findings.Note(kRepaintedDefinition, element, "marker", id,
-                            "the marker takes the paint of the line it stands on");
+                            "the marker takes the paint of its line");
     if (!check.inForce.meant.isBlendTold && check.inForce.meant.opacity < 1.0)
         check.findings.Note(kGroupOpacity, element, "marker", id, "the line shows through its marker");
     if (facts->element == ElementName::kMarker && !IsAsLargeAsMeant(*facts, state))
         check.findings.Note(kMarkerSize, element, "marker", id,
-                            "the marker is neither scaled with the line nor cut off as in other programs");
+                            "the marker is not scaled with the line, or not clipped, as in other programs");
 }
 
 // Of a path, the points at which others have no marker, or more than one.
@@ -174,9 +175,14 @@ bool IsTileAsMeant(CheckContext& check, const DefinitionFacts& facts, const SvgD
 void CheckLink(CheckContext& check, const NumberedElement& element, std::string_view value) {
     if (value.starts_with('#') && !check.identifiers.IsInDocument(value.substr(1)))
         check.findings.Note(kMissingReference, element, "xlink:href", value, kNoSuchElement);
+    const ORVXmlNode* target =
+        value.starts_with('#') ? check.identifiers.FindOnPage(value.substr(1)) : nullptr;
+    if (target && !HasHandler(target->id))
+        check.findings.Note(kUnreachableReference, element, "xlink:href", value,
+                            "is not printed: the link is left out");
     if (ORVIsScriptAddress(value))
         check.findings.Note(kScriptLink, element, "xlink:href", value,
-                            "is left out: it would run something where it is opened");
+                            "is left out: it would execute code when it is opened");
 }
 
 void CheckMarkerReference(CheckContext& check, const NumberedElement& element,
@@ -203,7 +209,7 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
     constexpr std::string_view kPrefix = "url(#";
     const std::size_t close = value.find(')');
     if (!value.starts_with(kPrefix) || close == value.npos)
-        return ValueProblem{kBadReference, "only url(#id) is read: the colour stays as it was"};
+        return ValueProblem{kBadReference, "only url(#id) is read: the colour does not change"};
 
     std::string id(value.substr(kPrefix.size()));
     std::erase(id, ')');
@@ -213,12 +219,12 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
         const std::string_view named = value.substr(kPrefix.size(), close - kPrefix.size());
         if (close + 1 < value.size() && check.identifiers.FindOnPage(named))
             return ValueProblem{kBadReference,
-                                "what follows url(#id) makes it unreadable: the colour stays as it was"};
+                                "what follows url(#id) makes it unreadable: the colour does not change"};
         return ValueProblem{kMissingReference, kNoSuchElement};
     }
     if (target->GetName().ends_with("Gradient") || target->GetName() == "meshgradient")
-        return ValueProblem{kGradient, "is a gradient: the colour stays as it was"};
-    if (!isFill) return ValueProblem{kBadReference, "strokes have no patterns: the colour stays as it was"};
+        return ValueProblem{kGradient, "is a gradient: the colour does not change"};
+    if (!isFill) return ValueProblem{kBadReference, "strokes have no patterns: the colour does not change"};
 
     const SvgDefinitions::Definition* found = state.definitions->Find(id);
     if (!found)
@@ -235,7 +241,7 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
         return ValueProblem{kPatternWithoutImage, "the pattern has no image of its own"};
     if (element.node->id != ElementName::kPattern &&
         (check.inForce.isMoved || !IsTileAsMeant(check, *facts, state)))
-        return ValueProblem{kPatternTile, "other programs place or scale the pattern's picture otherwise"};
+        return ValueProblem{kPatternTile, "other programs place or scale the pattern's image differently"};
     return std::nullopt;
 }
 
@@ -255,13 +261,25 @@ void NoteUsed(CheckContext& check, const NumberedElement& use, const DefinitionF
     }
 }
 
+// Text of a definition that names no font is set in that of the place.
+void CheckDefaultFont(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
+                      const SvgDrawState& state) {
+    if (check.openDefinition || check.inForce.family.saidBy.node) return;
+    const auto takesTheFont = [](const DrawnSets& one) {
+        return one.isText && (one.said & static_cast<std::uint32_t>(SaidOf::kFontFamily)) == 0;
+    };
+    if (std::none_of(facts.sets.begin(), facts.sets.end(), takesTheFont)) return;
+    if (const MaybeProblem problem = check.resources.CheckDefaultFont(state))
+        check.findings.Note(use, "xlink:href", use.node->Value(AttributeName::kXlinkHref), *problem);
+}
+
 // What is blended as a whole in SVG, and part by part here.
 void CheckBlending(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
                    const SvgDrawState& state) {
     if (check.openDefinition) return;
     MeantStyle& meant = check.inForce.meant;
     if (meant.opacity < 1.0 && !meant.isBlendTold && facts.HasOverlaps())
-        check.findings.Note(kGroupOpacity, use, {}, {}, "each part of what it places is blended by itself");
+        check.findings.Note(kGroupOpacity, use, {}, {}, "each part of its target is blended separately");
     meant.isBlendTold = true;
     PaintedParts parts;
     for (const DrawnSets& one : facts.sets) {
@@ -277,7 +295,7 @@ void CheckUse(CheckContext& check, const NumberedElement& element, const SvgDraw
     const std::string_view reference = element.node->Value(AttributeName::kXlinkHref);
     if (reference.empty()) {
         if (!element.node->Find("href"))
-            check.findings.Note(kBadReference, element, {}, {}, "names nothing: give it xlink:href");
+            check.findings.Note(kBadReference, element, {}, {}, "has no target: give it xlink:href");
         return;
     }
     if (!reference.starts_with('#'))
@@ -288,15 +306,16 @@ void CheckUse(CheckContext& check, const NumberedElement& element, const SvgDraw
     if (!facts) return;
     NoteUsed(check, element, *facts, state);
     CheckFitting(check, element, *facts, state);
+    CheckDefaultFont(check, element, *facts, state);
     const Visibility& visibility = check.inForce.visibility;
     if (visibility.isRemoved || visibility.isHidden)
         return check.findings.Note(kHiddenButPrinted, element, "xlink:href", reference,
-                                   "what it places is printed, hidden or not");
+                                   "its target is printed even if it is hidden");
     if (facts->IsReplacedBy(state))
         check.findings.Note(kRepaintedDefinition, element, "xlink:href", reference,
                             "all of it takes the stroke, fill and font of this use");
     else if (facts->MissesPaintOf(state))
         check.findings.Note(kRepaintedDefinition, element, "xlink:href", reference,
-                            "whether it is filled and stroked is not taken from this use");
+                            "this use does not decide whether it is filled and stroked");
     CheckBlending(check, element, *facts, state);
 }

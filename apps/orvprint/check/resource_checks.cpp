@@ -47,7 +47,7 @@ ValueProblem ExplainMissingFile(const SvgDrawState& state, std::string_view refe
          {ORVUnicodeString(reference), ORVMakePath(folder, ORVUnicodeString(reference))}) {
         if (!policy || !policy->MayRead(candidate)) continue;
         isAllowed = true;
-        if (ORVFileStat(candidate) == 1) return {kImageMissing, "the file may not be read by this user"};
+        if (ORVFileStat(candidate) == 1) return {kImageMissing, "this user may not read the file"};
     }
     if (isAllowed) return {kImageMissing, "there is no such file"};
     return {kImageRefused, "the drawing may not read files there: see --allow-dir"};
@@ -78,15 +78,15 @@ MaybeProblem Explain(ORVImageRemark remark) {
         case ORVImageRemark::kNone: break;
         case ORVImageRemark::kBrokenProfile:
             return ValueProblem{kImageColours,
-                                "its colour profile is damaged, or none of such pixels; it is left aside"};
+                                "its colour profile is damaged, or does not fit its pixels, and is ignored"};
         case ORVImageRemark::kNotConverted:
             return ValueProblem{
                 kImageColours,
                 "its colours are not sRGB, and liborvcolour.so, which converts them, cannot be loaded"};
         case ORVImageRemark::kOtherColours:
-            return ValueProblem{kImageColours, "its colours are described in a way that is not read"};
+            return ValueProblem{kImageColours, "its colours are described in an unsupported way"};
         case ORVImageRemark::kNotTurned:
-            return ValueProblem{kImageNotTurned, "says that it lies turned: save it upright"};
+            return ValueProblem{kImageNotTurned, "states an orientation other than upright: save it upright"};
     }
     return std::nullopt;
 }
@@ -179,8 +179,18 @@ MaybeProblem ResourceChecks::CheckFamilies(std::string_view families, PropertySo
     }
     if (first.empty()) return std::nullopt;
     return ValueProblem{kFontMissing, WhyNotUsed(first) + ", nor is any other of the list: the font " +
-                                          "stays as it was, " + FamilyOf(ORVFont::sGetFont("arial.ttf")) +
+                                          "does not change: " + FamilyOf(ORVFont::sGetFont("arial.ttf")) +
                                           " where none was found before"};
+}
+
+MaybeProblem ResourceChecks::CheckDefaultFont(const SvgDrawState& state) {
+    if (isTextUnset_ || isDefaultFontTold_) return std::nullopt;
+    isDefaultFontTold_ = true;
+    const ORVFont* const font = state.text.GetFont();
+    return ValueProblem{kFontUnspecified,
+                        "has no font-family: it is set in " +
+                            FamilyOf(font ? font : ORVFont::sGetFont("arial.ttf")) +
+                            ", and in the default font of each other program; reported once"};
 }
 
 MaybeProblem ResourceChecks::CheckGlyphs(std::string_view text, const SvgDrawState& state) {

@@ -36,6 +36,9 @@ public:
     /// A list of font families: whether the first one is found.
     MaybeProblem CheckFamilies(std::string_view families, PropertySource source);
 
+    /// Text that names no family: which font is taken. Only the first such text is a finding.
+    MaybeProblem CheckDefaultFont(const SvgDrawState& state);
+
     /// The first character of a text that no installed font has, and that no text before had.
     MaybeProblem CheckGlyphs(std::string_view text, const SvgDrawState& state);
 
@@ -43,5 +46,5 @@ private:
     std::unordered_map<std::string_view, PictureFacts> pictures_;
     std::vector<bool> knownCharacters_;                    // by code point
     std::set<std::pair<const ORVFont*, int>> knownFonts_;  // with weights
-    bool isTextUnset_ = false;
+    bool isTextUnset_ = false, isDefaultFontTold_ = false;
 };

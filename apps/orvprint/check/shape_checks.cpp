@@ -57,9 +57,9 @@ ORVMathBox2D CheckRect(CheckContext& check, const NumberedElement& element, cons
                        bool strokes) {
     const double width = sizes.Across(AttributeName::kWidth), height = sizes.Down(AttributeName::kHeight);
     if (width < 0.0 || height < 0.0)
-        NoteSize(check, element, "its size is negative: it is drawn, which other programs do not do");
+        NoteSize(check, element, "its size is negative: other programs do not draw it");
     else if (strokes && (width == 0.0) != (height == 0.0))
-        NoteSize(check, element, "has no area: its outline is drawn, which other programs do not do");
+        NoteSize(check, element, "has no area: other programs do not draw its outline");
     else if (strokes && width == 0.0)
         return {};
     return BoxOf(sizes.Across(AttributeName::kX), sizes.Down(AttributeName::kY), width, height);
@@ -69,9 +69,9 @@ ORVMathBox2D CheckEllipse(CheckContext& check, const NumberedElement& element, c
     const double rx = sizes.Across(AttributeName::kRx), ry = sizes.Down(AttributeName::kRy);
     const bool hasX = sizes.Has(AttributeName::kRx), hasY = sizes.Has(AttributeName::kRy);
     if (rx < 0.0 || ry < 0.0)
-        NoteSize(check, element, "a radius is negative: other programs do not draw it, or take it for none");
+        NoteSize(check, element, "a radius is negative: other programs do not draw it, or ignore the radius");
     else if (hasX != hasY && (rx > 0.0 || ry > 0.0))
-        NoteSize(check, element, "is drawn with one radius only: other programs take it for both");
+        NoteSize(check, element, "has one radius only: other programs use it for both");
     return BoxOf(sizes.Across(AttributeName::kCx) - rx, sizes.Down(AttributeName::kCy) - ry, 2.0 * rx,
                  2.0 * ry);
 }
@@ -83,7 +83,7 @@ bool IsBroad(const SvgDrawState& state) { return state.stroke.GetStrokeWidth() >
 void CheckDot(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     if (state.stroke.GetStrokeCap() != kCapButt && state.stroke.GetStrokeWidth() > 0.0)
         check.findings.Note(kZeroLength, element, {}, {},
-                            "has a part without length, whose caps are not drawn");
+                            "has a part of zero length, whose caps are not drawn");
 }
 
 // The limit of miters is what it is when nothing is said.
@@ -93,7 +93,7 @@ void CheckCorners(CheckContext& check, const NumberedElement& element, const Svg
     if (limit == Corners::kLimit || state.stroke.GetStrokeJoin() != kJoinMiter || !corners.DependOn(limit))
         return;
     check.findings.Note(kIgnoredProperty, element, "stroke-miterlimit", {},
-                        "has corners that stroke-miterlimit would draw otherwise");
+                        "has corners that stroke-miterlimit would draw differently");
 }
 
 bool MeetsItsStart(const std::vector<double>& numbers) {
@@ -120,7 +120,7 @@ ORVMathBox2D CheckPoints(CheckContext& check, const NumberedElement& element, co
     const bool isDot = !box.IsEmpty() && box.xMin == box.xMax && box.yMin == box.yMax;
     if (strokes && isDot && check.numbers.size() >= 4) CheckDot(check, element, state);
     const std::size_t count = check.numbers.size() / 2;
-    if (strokes && IsBroad(state) && element.node->id == ElementName::kPolyline && count > 3 &&
+    if (strokes && IsBroad(state) && element.node->id == ElementName::kPolyline && count > 2 &&
         MeetsItsStart(check.numbers))
         check.findings.Note(kJoinedEnds, element, {}, {}, "ends where it begins, and is closed there");
     return box;
@@ -167,10 +167,10 @@ ORVMathBox2D CheckGeometry(CheckContext& check, const NumberedElement& element, 
             if (path.hasOtherSmooth)
                 check.findings.Note(
                     kSmoothControl, element, "d", element.node->Value(AttributeName::kD),
-                    "an S behind Q or T, or a T behind C or S, takes over the control point before it");
+                    "an S after Q or T, or a T after C or S, reflects the control point before it");
             if (path.hasOtherArc)
                 check.findings.Note(kArcShape, element, "d", element.node->Value(AttributeName::kD),
-                                    "has an arc that other programs draw elsewhere");
+                                    "has an arc that other programs draw differently");
             if (strokes && IsBroad(state) && path.hasJoinedEnds)
                 check.findings.Note(kJoinedEnds, element, "d", element.node->Value(AttributeName::kD),
                                     "has a part that ends where it begins, and is closed there");

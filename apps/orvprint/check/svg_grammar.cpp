@@ -160,7 +160,12 @@ bool TakeNumbers(std::string_view& text, PathSegment& segment) {
 
 }  // namespace
 
-bool IsSvgNumber(std::string_view text) { return !text.empty() && NumberLength(text) == text.size(); }
+bool IsPathNumber(std::string_view text) { return !text.empty() && NumberLength(text) == text.size(); }
+
+bool IsSvgNumber(std::string_view text) {
+    const std::size_t point = text.find('.');
+    return IsPathNumber(text) && (point == text.npos || DigitsAt(text, point + 1) > 0);
+}
 
 bool IsSvgColour(std::string_view text) {
     SkipWhiteSpace(text);

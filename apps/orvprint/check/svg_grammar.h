@@ -7,8 +7,11 @@
 // The syntax of values as SVG has it. The interpreter's readers take more than that, and other programs do
 // not: what they leave out here shows on our page only.
 
-/// Whether a text is a number, with an optional sign and exponent and nothing around it.
+/// Whether a text is a number, with an optional sign and exponent and nothing around it; digits follow its
+/// point.
 bool IsSvgNumber(std::string_view text);
+/// The same in path data, which also have numbers such as "1.".
+bool IsPathNumber(std::string_view text);
 
 /// Whether a text is a colour of SVG 1.1: "#rgb", "#rrggbb", "rgb(...)" of three numbers or percentages, or a
 /// word. Whether there is a colour of that name is not looked at.

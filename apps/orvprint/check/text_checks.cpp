@@ -1,6 +1,7 @@
 #include "apps/orvprint/check/text_checks.h"
 
 #include "interpreters/svg/state/SvgDrawState.h"
+#include "platform/model/ORVPrtEnumerations.h"
 
 namespace {
 
@@ -29,23 +30,45 @@ const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const
     if (meant.keepsBlanks) {
         const bool isAtStart = state.text.GetAnchor() < kAnchorFirst + 4;
         if (first > 0 || (!isAtStart && last + 1 < text.size()))
-            return "the blanks at its ends are not printed";
-        if (inner.find_first_of("\t\r\n") != inner.npos) return "its line breaks and tabs are no blanks";
+            return "the spaces at its ends are not printed";
+        if (inner.find_first_of("\t\r\n") != inner.npos)
+            return "its line breaks and tabs do not count as spaces";
         return nullptr;
     }
     // Between two blanks there may be nothing but what is deleted.
     bool wasBlank = false;
     for (const char c : inner) {
-        if (c == ' ' && wasBlank) return "each of its blanks is printed, not one for a run";
+        if (c == ' ' && wasBlank) return "every space of a run is printed, not one for the run";
         if (!IsDeleted(c)) wasBlank = c == ' ';
     }
     return nullptr;
 }
 
+// Writing modes that other programs follow in another way, as far as it shows in a text.
+void CheckWritingMode(CheckContext& check, const NumberedElement& element, std::string_view text,
+                      const SvgDrawState& state) {
+    const int mode = state.text.GetWritingMode();
+    if (mode == kTopToBottom)
+        check.findings.Note(kExtraEffect, element, {}, text,
+                            "writing-mode tb sets letters upright; other programs rotate them");
+    const bool isCentred = (state.text.GetAnchor() - kAnchorFirst) / 4 == 1;
+    if (mode == kRightToLeft && !isCentred)
+        check.findings.Note(kExtraEffect, element, {}, text,
+                            "writing-mode rl places it on the other side of x, unlike in SVG");
+}
+
 // Only families that some text is set in are looked for, and each place that names them once.
-void CheckFamily(CheckContext& check) {
+void CheckFamily(CheckContext& check, const NumberedElement& element, std::string_view text,
+                 const SvgDrawState& state) {
     const FontFamily& family = check.inForce.family;
-    if (!family.saidBy.node || !check.families.insert(family.saidBy.node).second) return;
+    if (!family.saidBy.node) {
+        // What a definition is set in, its use may say.
+        if (check.openDefinition) return;
+        if (const MaybeProblem problem = check.resources.CheckDefaultFont(state))
+            check.findings.Note(element, {}, text, *problem);
+        return;
+    }
+    if (!check.families.insert(family.saidBy.node).second) return;
     const char* attribute = family.source == PropertySource::kStyle ? "style" : "font-family";
     if (const MaybeProblem problem = check.resources.CheckFamilies(family.families, family.source))
         check.findings.Note(family.saidBy, attribute, family.families, *problem);
@@ -57,12 +80,13 @@ void CheckText(CheckContext& check, const NumberedElement& element, const SvgDra
     const std::string_view text = element.node->GetText();
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return;
     if (JoinsWords(text))
-        check.findings.Note(kJoinedWords, element, {}, text, "put a space where the line breaks");
+        check.findings.Note(kJoinedWords, element, {}, text, "put a space at the line break");
     else if (const char* problem = ComparedBlanks(text, check.inForce.meant, state))
         check.findings.Note(kTextBlanks, element, {}, text, problem);
     if (const MaybeProblem problem = check.resources.CheckFont(state))
         check.findings.Note(element, {}, text, *problem);
     if (const MaybeProblem problem = check.resources.CheckGlyphs(text, state))
         check.findings.Note(element, {}, text, *problem);
-    CheckFamily(check);
+    CheckFamily(check, element, text, state);
+    CheckWritingMode(check, element, text, state);
 }

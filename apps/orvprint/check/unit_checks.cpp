@@ -11,13 +11,12 @@ void CheckUnit(CheckContext& check, const NumberedElement& element, std::string_
     if (!check.isPageInUnits) {
         if (HasPhysicalUnit(value))
             check.findings.Note(FindingCode::kUnitScale, element, attribute, value,
-                                "is 6 % smaller than elsewhere beside numbers without a unit");
+                                "is 6 % smaller than in other programs, relative to numbers without a unit");
     } else if (!HasPhysicalUnit(value) && !check.isUnitScaleTold) {
         // Of the page, once: what it holds is larger as a whole.
         check.isUnitScaleTold = true;
-        check.findings.Note(
-            FindingCode::kUnitScale, check.page, {}, {},
-            "its size has a unit and numbers on it have none: what it holds is 7 % larger than "
-            "elsewhere; a viewBox avoids that");
+        check.findings.Note(FindingCode::kUnitScale, check.page, {}, {},
+                            "its size has a unit and numbers on it have none: its content is 7 % larger than "
+                            "in other programs; a viewBox avoids that");
     }
 }

@@ -33,6 +33,9 @@ void CheckUnprinted(CheckContext& check, const NumberedElement& element, bool is
     const bool isSvg = space == Namespaces::kSvg;
     if (!prefix.empty() && isSvg) {
         check.findings.Note(kPrefixedElement, element, {}, {}, "only names without a prefix are read");
+    } else if (space == Namespaces::kXinclude && LocalNameOf(node.GetName()) == "include") {
+        check.findings.Note(kUnprintedElement, element, "href", node.Find("href").value_or(""),
+                            "no document is included, and its fallback is not printed");
     } else if (!prefix.empty() || (!space.empty() && !isSvg)) {
         check.findings.CountForeign();
     } else if (const UnprintedElement* known = FindUnprintedElement(node.GetName())) {
@@ -40,6 +43,6 @@ void CheckUnprinted(CheckContext& check, const NumberedElement& element, bool is
             check.findings.Note(*known->code, element, {}, node.GetText(), Explain(*known->code));
     } else {
         check.findings.Note(kUnknownElement, element, {}, {},
-                            isInLeaf ? "is not known" : "is unknown, and is not printed, nor is its content");
+                            isInLeaf ? "is not known" : "is unknown; it and its content are not printed");
     }
 }

@@ -90,7 +90,7 @@ MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
                        Quote(token) + " is not a number: skipped, and the following ones move up");
     if (rest.empty() && IsSvgNumber(number)) return std::nullopt;
     if (rest.empty() || (takesUnits && (rest == "px" || IsUnit(rest))))
-        return Problem(kBadLength, Quote(token) + " is no number in SVG: other programs stop here");
+        return Problem(kBadLength, Quote(token) + " is not a number in SVG: other programs stop here");
     return Problem(kBadLength, Quote(token) + " is read as " + Excerpt(number) +
                                    ": separate numbers by spaces or commas" +
                                    (takesUnits ? "" : "; units are not read here"));
@@ -148,14 +148,14 @@ MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& coun
     for (count = 0; scanner.NextArgument(argument); ++count) {
         if (problem) continue;
         const bool isPlain = (letter | 0x20) == 'a' && count % 7 >= 2 && count % 7 <= 4;
-        problem = CheckToken(argument, !isPlain);
+        if (!IsPathNumber(argument)) problem = CheckToken(argument, !isPlain);
         if (problem) problem->message = At(scanner.GetPosition() - argument.size()) + problem->message;
     }
     if (problem) return WithCode(std::move(problem), kBadPathData);
     const std::size_t group = ArgumentsOf(letter);
     const std::string command(1, letter);
     if (group == 0 && count > 0)
-        return Problem(kBadPathData, At(start) + "numbers behind " + command + " are not read");
+        return Problem(kBadPathData, At(start) + "numbers after " + command + " are not read");
     if (group > 0 && (count == 0 || count % group != 0))
         return Problem(kBadPathData, At(start) + command + " takes numbers by " + std::to_string(group) +
                                          ", there are " + std::to_string(count) +
@@ -171,15 +171,15 @@ MaybeProblem CheckLength(std::string_view value) {
     if (status == kEmpty) return std::nullopt;
     if (status != kRead) return Problem(kBadLength, "is not a length: treated as absent");
     std::string_view number, rest;
-    if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit follows its number");
+    if (!FindRest(value, number, rest)) return Problem(kBadLength, "a unit must follow its number");
     const std::size_t start = number.find_first_not_of(kWhiteSpace);
     if (start == number.npos || !IsSvgNumber(number.substr(start)))
-        return Problem(kBadLength, "is no number in SVG: other programs do not take it");
+        return Problem(kBadLength, "is not a number in SVG: other programs may not read it");
     if (rest.empty()) return std::nullopt;
     if (rest == "px" || rest == "PX" || IsUnit(rest)) {
         // A blank in between makes it no length.
         if (rest.data() == number.data() + number.size()) return std::nullopt;
-        return Problem(kBadLength, "has a blank in front of its unit: other programs do not take it");
+        return Problem(kBadLength, "has a space before its unit: other programs do not read it");
     }
     if (IsWord(rest))
         return Problem(kUnknownUnit, Quote(rest) + " is not a unit: read as " + Excerpt(number));
@@ -247,8 +247,10 @@ MaybeProblem CheckOpacity(std::string_view value) {
     std::string_view number, rest;
     if (FindRest(value, number, rest) && !rest.empty())
         return Problem(kOpacityRange, Quote(rest) + " is not read: this counts as " + Excerpt(number));
+    if (!IsSvgNumber(number.substr(std::min(number.find_first_not_of(kWhiteSpace), number.size()))))
+        return Problem(kBadValue, "is not a number in SVG: other programs may not read it");
     if (factor >= 0.0F && factor <= 1.0F) return std::nullopt;
-    return Problem(kOpacityRange, "is not from 0 to 1: what is beyond wraps around");
+    return Problem(kOpacityRange, "is not from 0 to 1: it wraps around");
 }
 
 MaybeProblem CheckDashArray(std::string_view value) {
@@ -345,7 +347,7 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
     unsigned int index = 0;
     if (ParseColour(scratch_->plain, value, index) != kRead)
         return Problem(kBadColour, "is not a colour here: the colour does not change");
-    if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, and is none in SVG");
+    if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, but is not one in SVG");
     if (value.find('(') == value.npos) return std::nullopt;
     // Components that do not fit are cut, not limited.
     const bool isPercentage = value.find('%') != value.npos;
@@ -411,10 +413,11 @@ MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
         if (name == "matrix" && count != 6) return Problem(kBadTransform, "a matrix takes six numbers");
     }
     if (operationsOf(value).GetOperations() != expected)
-        return Problem(kBadTransform, "is not read whole: write its names as SVG does, nothing between them");
+        return Problem(kBadTransform,
+                       "is not read completely: write its names as in SVG, with nothing between them");
     if (!IsSvgTransformList(value))
         return Problem(kBadTransform,
-                       "is read, and is no list of transforms in SVG: other programs leave it out");
+                       "is read, but is not a list of transforms in SVG: other programs ignore it");
     return std::nullopt;
 }
 
@@ -453,10 +456,6 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
                 "in style it resets the spacing, and replaces the width that percentages refer to");
         return CheckLength(value);
     }
-    if (row.name == "writing-mode" && value.starts_with("rl"))
-        return Problem(kExtraEffect, "sets the text from right to left, which it does not in SVG");
-    if (row.name == "writing-mode" && value.starts_with("tb"))
-        return Problem(kExtraEffect, "sets letters upright, which other programs turn");
     if (row.name == "font-size" && value.find('%') != value.npos)
         return Problem(kFontSizePercentage, "multiplies the size by this number, not by a hundredth of it");
     if (row.name == "font-weight" && (value == "bolder" || value == "lighter"))

@@ -1,102 +1,103 @@
 #include "apps/orvprint/commands/inspect_command.h"
 
 #include <cstdio>
-#include <optional>
+#include <new>
 
+#include "apps/orvprint/commands/call_dump.h"
 #include "apps/orvprint/commands/json_writer.h"
 #include "apps/orvprint/commands/model_dump.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "platform/model/ORVPrtModel.h"
+#include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
+#include "platform/system/ORVRef.h"
 
 namespace {
 
-class Dumper final : public ORVPrintModelInspector {
-public:
-    explicit Dumper(JsonWriter& json) : json_(json) {}
-    /// What the interpreter answered before its model was looked at.
-    void SetAnswer(int result, unsigned int pageCount) { result_ = result, pageCount_ = pageCount; }
-
-    void Inspect(const ORVPrtModel& model) override {
-        refusal_ = model.GetBudget().GetRefusal();
-        isTooLarge_ = IsTooLargeToDump(model);
-        isMemorySpent_ = model.GetBudget().IsMemorySpent();
-        hasUnsetText_ = model.GetBudget().HasUnsetText();
-        if (!isTooLarge_ && !refusal_ && !isMemorySpent_ && !hasUnsetText_) Write(&model);
-    }
-    /// @param model  null when the interpreter has none
-    void Write(const ORVPrtModel* model) {
-        isWritten_ = true;
-        json_.BeginObject();
-        json_.Key("result");
-        json_.Integer(result_);
-        json_.Key("pageCount");
-        json_.Integer(pageCount_);
-        json_.Key("infos");
-        json_.BeginArray();
-        for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos()) {
-            json_.BeginArray();
-            json_.Integer(info.type);
-            json_.Text(info.message);
-            json_.EndArray();
-        }
-        json_.EndArray();
-        json_.Key("pages");
-        if (model) {
-            DumpPages(*model, json_);
-        } else {
-            json_.BeginArray();
-            json_.EndArray();
-        }
-        json_.EndObject();
-        json_.LineBreak();
-    }
-    bool IsWritten() const { return isWritten_; }
-    bool IsTooLarge() const { return isTooLarge_; }
-    bool IsMemorySpent() const { return isMemorySpent_; }
-    bool HasUnsetText() const { return hasUnsetText_; }
-    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
-
-private:
-    JsonWriter& json_;
-    int result_ = 0;
-    unsigned int pageCount_ = 0;
-    bool isWritten_ = false;
-    bool isTooLarge_ = false;
-    bool isMemorySpent_ = false;
-    bool hasUnsetText_ = false;
-    std::optional<ORVPrintLimit> refusal_;
+/// What the interpreter answered.
+struct Answer {
+    int result = 0;
+    unsigned int pageCount = 0;
+    ORVRef<const ORVPrtModel> model;
 };
+
+void Dump(const Answer& answer, JsonWriter& json) {
+    json.BeginObject();
+    json.Key("result");
+    json.Integer(answer.result);
+    json.Key("pageCount");
+    json.Integer(answer.pageCount);
+    json.Key("infos");
+    json.BeginArray();
+    for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos()) {
+        json.BeginArray();
+        json.Integer(info.type);
+        json.Text(info.message);
+        json.EndArray();
+    }
+    json.EndArray();
+    json.Key("pages");
+    if (answer.model) {
+        DumpPages(*answer.model, json);
+    } else {
+        json.BeginArray();
+        json.EndArray();
+    }
+    json.EndObject();
+    json.LineBreak();
+}
+
+/// Why a model cannot be dumped; empty when it can.
+std::string ReasonAgainst(const ORVPrtModel& model) {
+    const ORVPrtPrimitiveBudget& budget = model.GetBudget();
+    if (budget.GetRefusal()) return LimitReached(*budget.GetRefusal());
+    if (IsTooLargeToDump(model)) return LimitReached(ORVPrintLimit::kRepeats);
+    if (budget.IsMemorySpent()) return "out of memory";
+    return budget.HasUnsetText() ? TextCannotBeSet() : "";
+}
+
+/// Drawings without a model are shown by what they draw.
+int InspectCalls(ORVPrintInterpreter& interpreter, const std::string& name) {
+    JsonWriter json(stdout);
+    CallDump calls(json);
+    const ORVPrintParameters parameters;
+    const int result = interpreter.Print(&calls, parameters);
+    calls.Finish(result);
+    if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
+    if (result == ORVPrintModelRender::kTextNotSet) return Report(kExitFailed, name, TextCannotBeSet());
+    if (result != 1) return Report(kExitFailed, name, "could not be drawn to its end");
+    return kExitDone;
+}
+
+int Inspect(ORVPrintInterpreter& interpreter, const std::string& name) {
+    if (interpreter.GetIdentifier() == "SVG2") return InspectCalls(interpreter, name);
+    Answer answer;
+    answer.result = interpreter.GetPageCount(answer.pageCount);
+    interpreter.GetModel(answer.model);
+    if (answer.result == 1 && !answer.model) return Report(kExitFailed, name, "out of memory");
+    if (answer.model)
+        if (const std::string reason = ReasonAgainst(*answer.model); !reason.empty())
+            return Report(kExitFailed, name, reason);
+    JsonWriter json(stdout);
+    Dump(answer, json);
+    if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
+    return kExitDone;
+}
 
 }  // namespace
 
 int RunInspect(const std::string& input, const ReadOptions& options) {
+    const std::string name = DisplayName(input, "standard input");
     DrawingTime time;
-    time.Begin(DisplayName(input, "standard input"));
-    return OpenForInspection(input, options, [&input](ORVPrintInterpreter& interpreter) {
-        JsonWriter json(stdout);
-        Dumper dumper(json);
-        unsigned int pageCount = 0;
-        const int result = interpreter.GetPageCount(pageCount);
-        dumper.SetAnswer(result, pageCount);
-        // The model stands now, so that the drawing shows it, even one that could not be completed.
-        ORVPrintParameters parameters;
-        parameters.SetModelInspector(&dumper);
-        const int inspected = interpreter.Print(nullptr, parameters);
-        if (dumper.GetRefusal())
-            return Report(kExitFailed, DisplayName(input, "standard input"),
-                          LimitReached(*dumper.GetRefusal()));
-        if (dumper.IsTooLarge())
-            return Report(kExitFailed, DisplayName(input, "standard input"),
-                          LimitReached(ORVPrintLimit::kRepeats));
-        if (dumper.IsMemorySpent() || (dumper.IsWritten() && inspected != 1))
-            return Report(kExitFailed, DisplayName(input, "standard input"), "out of memory");
-        if (dumper.HasUnsetText())
-            return Report(kExitFailed, DisplayName(input, "standard input"), TextCannotBeSet());
-        if (!dumper.IsWritten()) dumper.Write(nullptr);
-        if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
-        return static_cast<int>(kExitDone);
+    time.Begin(name);
+    return OpenForInspection(input, options, [&name](ORVPrintInterpreter& interpreter) {
+        try {
+            return Inspect(interpreter, name);
+        } catch (const std::bad_alloc&) {
+            return Report(kExitFailed, name, "out of memory");
+        }
     });
 }

@@ -26,6 +26,7 @@
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
 #include "generators/common/generator_status.h"
+#include "generators/flatten/ORVFlattener.h"
 #include "generators/formats.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
@@ -236,14 +237,28 @@ private:
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
         if (!generator_) return Report(kExitFailed, OutputName(), "out of memory");
+        // What the first interpreter draws, every format can say.
+        if (options_.read.interpreter != "SVG" && ORVFlattener::IsNeededBefore(generator_->Get()))
+            flattener_ = std::make_unique<ORVFlattener>(generator_->Get(), FlattenOptions(formatOptions));
+        ORVPrintGenerator& format = flattener_ ? *flattener_ : generator_->Get();
         if (options_.sheet) {
             ORVSheetOptions sheet = *options_.sheet;
             sheet.keepsGreys = format_.makesDots;
-            sheet_ = std::make_unique<ORVSheetGenerator>(generator_->Get(), sheet);
+            sheet_ = std::make_unique<ORVSheetGenerator>(format, sheet);
         }
-        sequence_.emplace(sheet_ ? *sheet_ : generator_->Get(),
-                          isWhole ? static_cast<unsigned int>(pageCount) : 0);
+        sequence_.emplace(sheet_ ? *sheet_ : format, isWhole ? static_cast<unsigned int>(pageCount) : 0);
         return kExitDone;
+    }
+
+    ORVFlattenOptions FlattenOptions(const ORVFormatOptions& format) const {
+        ORVFlattenOptions options;
+        options.dotsPerInch = options_.flattenDotsPerInch;
+        options.colourMode = format.colourMode;
+        options.pixelLimit = format.pixelLimit;
+        options.outputPixelLimit = format.outputPixelLimit;
+        options.paintLimit = format.paintLimit;
+        options.threads = format.threads;
+        return options;
     }
 
     int ReportFailure(const std::string& name, int status) {
@@ -270,9 +285,14 @@ private:
                 return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPaintedPixels));
             default: break;
         }
-        const std::string& error =
-            sheet_ && !sheet_->GetError().empty() ? sheet_->GetError() : generator_->GetError();
+        const std::string error = FailureText();
         return Report(kExitFailed, name, "printing failed" + (error.empty() ? "" : ": " + error));
+    }
+
+    std::string FailureText() const {
+        if (sheet_ && !sheet_->GetError().empty()) return sheet_->GetError();
+        if (flattener_ && !flattener_->GetError().empty()) return flattener_->GetError();
+        return generator_->GetError();
     }
 
     const PrintOptions& options_;
@@ -284,7 +304,8 @@ private:
     std::unique_ptr<ORVOutput> output_;
     ORVFileOutput* file_ = nullptr;  // the output, when it is one
     std::unique_ptr<ORVFormatGenerator> generator_;
-    std::unique_ptr<ORVSheetGenerator> sheet_;  // before the generator, when asked for
+    std::unique_ptr<ORVFlattener> flattener_;   // before the generator, when needed
+    std::unique_ptr<ORVSheetGenerator> sheet_;  // before that, when asked for
     std::optional<ORVGeneratorSequence> sequence_;
 };
 

@@ -21,8 +21,9 @@ struct PrintOptions {
     bool strict = false;              ///< print only what the check finds nothing in
     std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     double dotsPerInch = 90.0;
-    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
-    bool isInSandbox = false;  ///< already: the process does other jobs, too
+    double flattenDotsPerInch = 300.0;  ///< of transparent parts, where the format has no transparency
+    unsigned int threads = 0;           ///< that draw a picture; 0 for as many as the machine has processors
+    bool isInSandbox = false;           ///< already: the process does other jobs, too
     std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
 };
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -15,8 +16,8 @@
 #include "apps/orvprint/input/growing_bytes.h"
 #include "apps/orvprint/input/gzip_input.h"
 #include "apps/orvprint/process/limits.h"
-#include "apps/orvprint/process/memory_ahead.h"
 #include "apps/orvprint/process/memory_limit.h"
+#include "apps/orvprint/process/memory_prefault.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "platform/model/ORVPrtImageElt.h"
@@ -84,6 +85,9 @@ std::uint64_t SizeOf(const std::string& path) {
     return stat(path.c_str(), &information) == 0 ? static_cast<std::uint64_t>(information.st_size) : 0;
 }
 
+/// Whether drawings are read as standard SVG.
+bool IsStandard(const ReadOptions& options) { return options.interpreter == "SVG2"; }
+
 /// A parsed document. One of the two is set.
 struct Document {
     ORVLightXmlElement light;
@@ -99,7 +103,10 @@ struct Document {
 int ParseDocument(const std::string& path, const ReadOptions& options, bool wantsBroken, InputBytes bytes,
                   Document& document) {
     ORVXmlError error;
-    if (options.parser == "dom") {
+    if (IsStandard(options)) {
+        // Where text stands between elements matters, and whatever is used again is read again.
+        ORVParseXml({bytes.GetOwner(), bytes.GetView()}, document.dom, &error);
+    } else if (options.parser == "dom") {
         ORVUnicodeString text;
         const std::string_view view = bytes.GetView();
         if (text.BuildFromUTF8(view.data(), view.size()) != 1) {
@@ -176,53 +183,64 @@ void LeaveToProcess(std::unique_ptr<ORVPrintInterpreter> interpreter) {
     left->push_back(std::move(interpreter));
 }
 
-/// Takes down what the pages of a model are.
-class PageCollector final : public ORVPrintModelInspector {
-public:
-    void Inspect(const ORVPrtModel& model) override {
-        for (const ORVPrtImageElt* image : *model.GetImages()) {
-            PageFacts facts;
-            image->GetSize(facts.width, facts.height);
-            facts.hasArea = image->HasArea();
-            facts.title = image->GetTitle().GetView();
-            pages_.push_back(std::move(facts));
-        }
-        refusal_ = model.GetBudget().GetRefusal();
-        isMemorySpent_ = model.GetBudget().IsMemorySpent();
-        hasUnsetText_ = model.GetBudget().HasUnsetText();
+std::vector<PageFacts> FactsOfPages(const ORVPrtModel& model) {
+    std::vector<PageFacts> pages;
+    for (const ORVPrtImageElt* image : *model.GetImages()) {
+        PageFacts& facts = pages.emplace_back();
+        image->GetSize(facts.width, facts.height);
+        facts.hasArea = image->HasArea();
+        facts.title = image->GetTitle().GetView();
     }
-    std::vector<PageFacts>& GetPages() { return pages_; }
-    const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
-    bool IsMemorySpent() const { return isMemorySpent_; }
-    bool HasUnsetText() const { return hasUnsetText_; }
+    return pages;
+}
 
-private:
-    std::vector<PageFacts> pages_;
-    std::optional<ORVPrintLimit> refusal_;
-    bool isMemorySpent_ = false;
-    bool hasUnsetText_ = false;
-};
+/// Why a model is not that of the whole drawing; empty when it is.
+std::string ReasonAgainst(const ORVPrtPrimitiveBudget& budget) {
+    if (budget.GetRefusal()) return LimitReached(*budget.GetRefusal());
+    if (budget.IsMemorySpent()) return "out of memory";
+    return budget.HasUnsetText() ? TextCannotBeSet() : "";
+}
+
+/// Pages of a drawing that has no model.
+int UseWithoutModel(const std::string& path, ORVPrintInterpreter& interpreter, bool isOnly,
+                    const std::function<int(const Drawing&)>& use) {
+    unsigned int count = 0;
+    const int result = interpreter.GetPageCount(count);
+    if (result == -1)
+        return Report(kExitNoPage, InputName(path),
+                      "is no drawing: its root is no svg element of SVG's namespace");
+    if (result != 1) return Report(kExitFailed, InputName(path), "out of memory");
+    std::vector<PageFacts> pages;
+    for (unsigned int page = 1; page <= count; ++page) {
+        float width = 0.0F, height = 0.0F;
+        ORVUnicodeString title;
+        interpreter.SetCurrentPage(page);
+        if (interpreter.GetSize(width, height) != 1 || interpreter.GetTitle(title) != 1)
+            return Report(kExitFailed, InputName(path), "out of memory");
+        const bool hasArea = std::isfinite(width) && std::isfinite(height) && width > 0.0F && height > 0.0F;
+        pages.push_back({width, height, hasArea, std::string(title.GetView())});
+    }
+    interpreter.SetCurrentPage(0);
+    return use({interpreter, std::move(pages), isOnly});
+}
 
 /// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
 ///                stands
 int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Document& document, bool isOnly,
                const std::function<int(const Drawing&)>& use) {
-    unsigned int count = 0;
-    const int built = interpreter.GetPageCount(count);
-    PageCollector collector;
-    ORVPrintParameters parameters;
-    parameters.SetModelInspector(&collector);
-    const int inspected = interpreter.Print(nullptr, parameters);
-    if (collector.GetRefusal())
-        return Report(kExitFailed, InputName(path), LimitReached(*collector.GetRefusal()));
-    if (collector.IsMemorySpent()) return Report(kExitFailed, InputName(path), "out of memory");
-    if (collector.HasUnsetText()) return Report(kExitFailed, InputName(path), TextCannotBeSet());
+    ORVRef<const ORVPrtModel> model;
+    const int built = interpreter.GetModel(model);
+    if (model)
+        if (const std::string reason = ReasonAgainst(model->GetBudget()); !reason.empty())
+            return Report(kExitFailed, InputName(path), reason);
     // There is an element, and nothing that was left out: only memory can have been missing.
-    if (built != 1 || inspected != 1)
+    if (built != 1)
         return Report(kExitFailed, InputName(path), "could not be turned into pages; out of memory");
-    if (collector.GetPages().empty()) return Report(kExitNoPage, InputName(path), "has no page");
+    std::vector<PageFacts> pages = FactsOfPages(*model);
+    model = nullptr;  // a last print takes it apart
+    if (pages.empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
-    return use({interpreter, std::move(collector.GetPages()), isOnly});
+    return use({interpreter, std::move(pages), isOnly});
 }
 
 /// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
@@ -240,6 +258,23 @@ ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, cons
     if (alone.Assign(holder) != 1) return nullptr;
     const ORVIDOMElement_var element(alone.GetTree(), alone.GetNode());
     return ORVRef<ORVPrintInputXMLElement>(new ORVPrintInputXMLElement(element));
+}
+
+int UseStandardDrawings(const std::string& path, const ReadOptions& options, const Document& document,
+                        const std::function<int(const Drawing&)>& use) {
+    std::vector<const ORVXmlNode*> roots{document.GetRoot()};
+    if (IsFragmentInput(path, options)) roots = SelectFragments(document.GetRoot(), path, options);
+    if (roots.empty()) return kExitNoPage;
+    for (const ORVXmlNode* root : roots) {
+        const ORVIDOMElement_var element(document.GetTree(), root);
+        const ORVRef<ORVPrintInputXMLElement> input(new ORVPrintInputXMLElement(element));
+        auto interpreter = CreateInterpreter("SVG2", input.get(), path);
+        if (!interpreter) return kExitNoModule;
+        const int code = UseWithoutModel(path, *interpreter, roots.size() == 1, use);
+        if (options.endsWithInput) LeaveToProcess(std::move(interpreter));
+        if (code != kExitDone) return code;
+    }
+    return kExitDone;
 }
 
 }  // namespace
@@ -317,13 +352,14 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
     InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-    const MemoryAhead memoryAhead(bytes.GetView().size());
+    const MemoryPrefault memoryPrefault(bytes.GetView().size());
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
         code != kExitDone)
         return code;
 
     const AccessScope access(path, options);
+    if (IsStandard(options)) return UseStandardDrawings(path, options, document, use);
     if (!IsFragmentInput(path, options)) {
         const ORVRef<ORVPrintInputXMLElement> input(document.dom
                                                         ? new ORVPrintInputXMLElement(document.dom)
@@ -351,6 +387,9 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
 
 int OpenForInspection(const std::string& path, const ReadOptions& options,
                       const std::function<int(ORVPrintInterpreter&)>& use) {
+    if (IsStandard(options))
+        return ForEachDrawing(path, options,
+                              [&use](const Drawing& drawing) { return use(drawing.interpreter); });
     const AccessScope access(path, options);
     if (options.fragment.empty()) {
         if (const int code = CheckInput(path); code != kExitDone) return code;

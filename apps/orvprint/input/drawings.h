@@ -15,10 +15,11 @@
 
 /// How inputs are read.
 struct ReadOptions {
-    std::string parser = "light";  ///< or "dom"
-    bool qvxml = false;            ///< drawings inside an XML document, whatever the input's name
-    std::string fragment;          ///< number or identifier of one of them; empty for the outermost ones
-    bool keepGoing = false;        ///< print what stands before an error in the XML
+    std::string interpreter = "SVG";  ///< or "SVG2", for standard SVG
+    std::string parser = "light";     ///< or "dom"
+    bool qvxml = false;               ///< drawings inside an XML document, whatever the input's name
+    std::string fragment;             ///< number or identifier of one of them; empty for the outermost ones
+    bool keepGoing = false;           ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
     double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
@@ -64,7 +65,7 @@ struct PageFacts {
     std::string title;
 };
 
-/// A drawing whose model stands.
+/// A drawing whose pages are known.
 struct Drawing {
     ORVPrintInterpreter& interpreter;
     std::vector<PageFacts> pages;

@@ -103,6 +103,13 @@ int ORVOutlineFont::sGetFontOtherGeneralInformation(int index, ORVUnicodeString&
 
 int ORVFontCheckFontForVersion(const ORVFont*& font, int /*version*/) { return font ? 0 : -1; }
 
-const ORVFont* FindFontForAttribute(std::string_view family) { return FindByFamily(family, true); }
+ORVFontChoice ORVChooseFont(const ORVFontQuery& query) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    ORVFontChoice choice;
+    if (!system || !system->Choose(query, choice)) choice.font = ORVFont::Unavailable();
+    return choice;
+}
 
-const ORVFont* FindFontForStyle(std::string_view family) { return FindByFamily(family, false); }
+const ORVFont* orvprint::FindFontForAttribute(std::string_view family) { return FindByFamily(family, true); }
+
+const ORVFont* orvprint::FindFontForStyle(std::string_view family) { return FindByFamily(family, false); }

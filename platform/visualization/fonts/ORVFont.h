@@ -7,8 +7,30 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "platform/system/namespace.h"
 
+class ORVFont;
 class ORVFontFace;
+
+/// A font that a style sheet asks for.
+struct ORVFontQuery {
+    std::string_view families;  ///< list as CSS writes it: names, perhaps quoted, and generic ones
+    int weight = 400;           ///< 1 to 1000
+    bool isItalic = false;      ///< or oblique
+    double stretch = 100.0;     ///< percent of the normal width
+};
+
+/// The font that comes nearest to a query.
+struct ORVFontChoice {
+    const ORVFont* font = nullptr;  ///< never null; text cannot be set in ORVFont::Unavailable()
+    int weight = 25;                ///< of ORVTextStyle, for the very face: 26 where it is to be thickened
+    bool isToBeSlanted = false;     ///< the family has nothing italic
+    bool isOfFamily = true;         ///< false: none of the families is installed, nor one that stands for it
+};
+
+/// Chooses a font: of the first family that is installed, or that fontconfig has another one for, the face
+/// nearest in slant, width and weight; else of the usual serif fonts. May be called from any thread.
+ORV_PLATFORM_EXPORT ORVFontChoice ORVChooseFont(const ORVFontQuery& query);
 
 /// A font of the catalogue. The catalogue lists the outline fonts installed on the machine, and the plain
 /// fonts that the host registered; it is built at the first question and owns its fonts, which live as long
@@ -67,6 +89,7 @@ public:
     const ORVUnicodeString& GetName() const { return name_; }
     /// From 1. A stand-in gives the index of the font whose face it has, 0 when no font is installed.
     int GetCatalogueIndex() const { return index_; }
+    /// What the font is made of.
     Kind GetKind() const { return kind_; }
 
     /// The face that draws this font at a weight of 24 (light), 25 (normal), 26 (bold) or 27 (heaviest);
@@ -78,6 +101,7 @@ public:
 protected:
     friend class FontCatalogue;
     friend struct CatalogueDelete;
+    /// For the catalogue, which makes all fonts.
     ORVFont(ORVUnicodeString name, int index, Kind kind);
     ~ORVFont() = default;
 
@@ -108,9 +132,14 @@ private:
 /// @return 0, or -1 when `font` is null
 ORV_PLATFORM_EXPORT int ORVFontCheckFontForVersion(const ORVFont*& font, int version);
 
+namespace orvprint {
+
 /// The first font of the catalogue that answers to a family name, exactly; null when none does. One look-up,
 /// however many fonts there are. An outline font answers to its family, its full name and its PostScript
 /// name. For the attribute a plain font answers to its name without ".font"; for style plain fonts, and all
 /// fonts whose catalogue name contains ".font", are passed over.
 ORV_PLATFORM_EXPORT const ORVFont* FindFontForAttribute(std::string_view family);
+/// The same for the style property.
 ORV_PLATFORM_EXPORT const ORVFont* FindFontForStyle(std::string_view family);
+
+}  // namespace orvprint

@@ -14,23 +14,28 @@ struct FT_FaceRec_;
 class ORV_PLATFORM_EXPORT ORVGlyphOutlineSink {
 public:
     virtual ~ORVGlyphOutlineSink() = default;
+    /// Begins a contour.
     virtual void MoveTo(double x, double y) = 0;
+    /// A straight segment.
     virtual void LineTo(double x, double y) = 0;
+    /// A quadratic Bézier segment.
     virtual void QuadTo(double controlX, double controlY, double x, double y) = 0;
+    /// A cubic Bézier segment.
     virtual void CubicTo(double control1X, double control1Y, double control2X, double control2Y, double x,
                          double y) = 0;
+    /// Closes the contour.
     virtual void Close() = 0;
 };
 
 /// Bytes of a font, which stay as long as there is a copy of this.
 struct ORVFontBytes {
-    std::shared_ptr<const void> owner;
-    std::string_view bytes;
+    std::shared_ptr<const void> owner;  ///< keeps the bytes
+    std::string_view bytes;             ///< empty for none
 };
 
 /// A font program that holds few of a face's glyphs.
 struct ORVFontSubset {
-    ORVFontBytes program;
+    ORVFontBytes program;               ///< the font file
     std::vector<std::uint32_t> glyphs;  ///< their numbers in it, in the order of those that were asked for
 };
 
@@ -46,19 +51,25 @@ public:
     ORVFontFace(const ORVFontFace&) = delete;
     ORVFontFace& operator=(const ORVFontFace&) = delete;
 
+    /// Path of the font file.
     const std::string& GetFilePath() const { return description_.path; }
     /// Number of the face in its file, from 0.
     unsigned int GetFaceIndex() const { return description_.index; }
+    /// Family name.
     const std::string& GetFamily() const { return description_.family; }
+    /// Style name, such as "Bold Italic".
     const std::string& GetStyle() const { return description_.style; }
+    /// PostScript name; empty when the font has none.
     const std::string& GetPostScriptName() const { return description_.postScriptName; }
     /// Weight as OpenType counts it, 400 regular, 700 bold.
     int GetWeight() const { return description_.weight; }
+    /// Whether the face is italic or oblique.
     bool IsItalic() const { return description_.isItalic; }
     /// Units of the font's own grid in one em, at least 1.
     virtual unsigned int GetUnitsPerEm() const = 0;
     /// Ascender above and descender below the baseline, in em; both normally positive.
     virtual double GetAscent() const = 0;
+    /// See GetAscent.
     virtual double GetDescent() const = 0;
 
     /// Number of the glyph for a code point, 0 when there is none.
@@ -82,13 +93,15 @@ public:
     virtual FT_FaceRec_* GetFreeTypeFace() const = 0;
 
 protected:
+    /// What is known of a face without opening its file.
     struct Description {
-        std::string path;
-        unsigned int index = 0;
-        std::string family, style, postScriptName;
-        int weight = 400;
-        bool isItalic = false;
+        std::string path;                           ///< of the font file
+        unsigned int index = 0;                     ///< of the face in its file
+        std::string family, style, postScriptName;  ///< as the font has them
+        int weight = 400;                           ///< as OpenType counts it
+        bool isItalic = false;                      ///< or oblique
     };
+    /// For the font module, which makes all faces.
     explicit ORVFontFace(Description description);
     virtual ~ORVFontFace();
 

@@ -12,7 +12,8 @@ class ORVFontFace;
 /// A glyph in its place.
 struct ORVGlyph {
     std::uint32_t index = 0;       ///< number in the run's face
-    double x = 0.0, y = 0.0;       ///< where the glyph's own origin lies in text space, user units, y up
+    double x = 0.0;                ///< where the glyph's own origin lies in text space, user units
+    double y = 0.0;                ///< the same, y up
     double advance = 0.0;          ///< step along the writing direction
     std::uint32_t textOffset = 0;  ///< first byte of the cluster in the text
     std::uint32_t textLength = 0;  ///< bytes of the cluster; 0 for all but the cluster's first glyph
@@ -25,17 +26,18 @@ struct ORVGlyphRun {
     double expansion = 1.0;             ///< factor on the glyphs' widths; positions have it already
     bool rightToLeft = false;           ///< the text's own direction; clusters then descend
     bool syntheticBold = false;         ///< the family has no bold: thicken, see ORVFontFace
-    bool vertical = false;
-    std::vector<ORVGlyph> glyphs;
+    bool vertical = false;              ///< glyphs stand one below the other
+    std::vector<ORVGlyph> glyphs;       ///< in their places
 };
 
 /// A line of shaped text. Its pen starts at (0, 0). Horizontal text spans 0 to `advance` from left to right,
 /// whichever direction it is read in; vertical text goes down from 0 to -`advance`, glyphs centred on x = 0.
 struct ORVTextLayout {
-    std::vector<ORVGlyphRun> runs;
-    double advance = 0.0;                ///< along the writing direction, not negative for usual fonts
-    double ascent = 0.0, descent = 0.0;  ///< of the chosen font: up from the baseline, down from it
-    bool isSet = true;                   ///< false: there is no layout, see below
+    std::vector<ORVGlyphRun> runs;  ///< in the order in which they are drawn
+    double advance = 0.0;           ///< along the writing direction, not negative for usual fonts
+    double ascent = 0.0;            ///< of the chosen font: up from the baseline
+    double descent = 0.0;           ///< of the chosen font: down from the baseline
+    bool isSet = true;              ///< false: there is no layout, see below
 };
 
 /// How a line of text is set.
@@ -60,8 +62,8 @@ ORV_PLATFORM_EXPORT ORVTextLayout ORVLayoutText(std::string_view utf8, const ORV
 
 /// Extents of a layout, see there.
 struct ORVTextExtent {
-    double advance = 0.0, ascent = 0.0, descent = 0.0;
-    bool isSet = true;
+    double advance = 0.0, ascent = 0.0, descent = 0.0;  ///< user units
+    bool isSet = true;                                  ///< false: the text cannot be set
 };
 /// The same numbers as ORVLayoutText, without the glyphs.
 ORV_PLATFORM_EXPORT ORVTextExtent ORVMeasureText(std::string_view utf8, const ORVTextStyle& style);

@@ -8,6 +8,8 @@
 
 class ORVFont;
 class ORVFontFace;
+struct ORVFontChoice;
+struct ORVFontQuery;
 struct ORVGlyphColour;
 struct ORVGlyphPicture;
 struct ORVTextExtent;
@@ -49,6 +51,7 @@ public:
     [[nodiscard]] virtual ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph,
                                                            double pixelsPerEm,
                                                            const ORVGlyphColour& colour) = 0;
+    [[nodiscard]] virtual bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) = 0;
 
 protected:
     ~ORVFontSystem() = default;

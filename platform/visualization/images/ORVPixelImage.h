@@ -11,6 +11,7 @@
 
 /// What a JPEG file holds, for generators whose format takes JPEG data as they are.
 struct ORVJpegSource {
+    /// How the components of a pixel are meant.
     enum class ColourSpace : std::uint8_t {
         kGrey,   ///< 1 component
         kYCbCr,  ///< 3 components
@@ -19,12 +20,13 @@ struct ORVJpegSource {
         kYCCK,   ///< 4 components, CMY stored as YCbCr
     };
     std::span<const std::uint8_t> bytes;  ///< from SOI to EOI, without what followed; the image keeps them
-    ColourSpace colourSpace = ColourSpace::kGrey;
-    int componentCount = 1;
+    ColourSpace colourSpace = ColourSpace::kGrey;  ///< of the stored pixels
+    int componentCount = 1;                        ///< of a stored pixel
     bool inverted = false;  ///< CMYK and YCCK: 255 means no ink (files with an Adobe marker)
     /// How the stored pixels lie, as Exif counts it: 1 as they are shown, up to 8.
     int orientation = 1;
-    int storedWidth = 0, storedHeight = 0;  ///< those of the file; the image's own are of what is shown
+    int storedWidth = 0;   ///< that of the file; the image's own is of what is shown
+    int storedHeight = 0;  ///< the same
     /// Whether what lies in the file is shown upright, or the other way round.
     bool SwapsSides() const { return orientation > 4; }
 };
@@ -63,9 +65,12 @@ public:
 
     /// Images of more than `pixels` are not read, wherever in the process; 2^28 when never set.
     static void SetPixelLimit(std::uint64_t pixels);
+    /// The limit of pixels at this moment.
     static std::uint64_t GetPixelLimit();
 
+    /// Pixels in a row.
     int GetWidth() const { return width_; }
+    /// Rows.
     int GetHeight() const { return height_; }
     /// Bytes that the image was read from; 0 for one made of pixels.
     std::size_t GetFileSize() const { return fileSize_; }
@@ -73,6 +78,7 @@ public:
     bool HasAlpha() const { return hasAlpha_; }
     /// Pixels per metre, 0 when the file does not say.
     double GetHorizontalResolution() const { return horizontalResolution_; }
+    /// The same along columns.
     double GetVerticalResolution() const { return verticalResolution_; }
 
     /// All pixels, height x width x 4 bytes; valid as long as the image, or until ReleasePixels. Empty when
@@ -121,13 +127,15 @@ private:
     std::size_t profileSize_ = 0;
 };
 
-/// Readers of images in memory. They look at no more than `size` bytes, accept surplus bytes after the image,
-/// and never throw. The integer has no effect.
+/// Reads a PNG in memory. Looks at no more than `size` bytes, accepts surplus bytes after the image, and
+/// never throws. The integer has no effect.
 /// @return a new image, or null when the bytes are no sound and complete image of the format, it is larger
 ///         than the pixel limit, or out of memory
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryPNGPixelImage(const void* bytes, std::size_t size,
                                                                          int);
+/// The same for a JPEG.
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size,
                                                                           int);
+/// The same for a BMP.
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVPixelImage* ReadMemBMPPixelImage(const void* bytes, std::size_t size,
                                                                       int);

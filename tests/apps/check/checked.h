@@ -45,9 +45,9 @@ inline std::string KindsOf(const Findings& findings) {
     return kinds;
 }
 
-/// A drawing of 200 x 100 user units around `content`.
+/// A drawing of 200 x 100 user units around `content`, whose texts have a font.
 inline std::string CheckedDrawing(const std::string& content) {
     return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='200' "
-           "height='100'>" +
+           "height='100' font-family='sans-serif'>" +
            content + "</svg>";
 }

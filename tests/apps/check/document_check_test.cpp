@@ -166,6 +166,8 @@ const KindCase kKindCases[] = {
     {kJoinedWords, "<text>one\ntwo</text>", "<text>\n  one\n two\n</text>"},
     {kTextBlanks, "<text>one   two</text>",
      "<text xml:space='preserve'>one   two</text><text>  one two  </text>"},
+    {kFontUnspecified, "<svg width='9' height='9'><text>a</text></svg>",
+     "<svg width='9' height='9'><text font-family='serif'>a</text></svg>"},
     {kFontMissing, "<text font-family='No Such Family'>a</text>",
      "<g font-family='No Such Family'><rect/></g>"},
     {kFontFallback, "<text font-family='No Such Family, serif'>a</text>",
@@ -248,6 +250,8 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"ADefinitionIsNotFoundFromInside", "<defs><g id='d'><use xlink:href='#d'/></g></defs>",
                      "unreachable-reference"},
         DocumentCase{"ALinkLeadsAnywhere", "<a xlink:href='#b'/><g id='b'/>", ""},
+        DocumentCase{"ALinkToWhatIsNotPrinted", "<a xlink:href='#b'/><linearGradient id='b'/>",
+                     "unreachable-reference"},
         DocumentCase{"ALinkToNowhere", "<a xlink:href='#b'/>", "missing-reference"},
         DocumentCase{"AMarkerThatIsMissing", "<g marker-end='url(#m)'/>", "missing-reference"},
         DocumentCase{"NoMarkerIsNotMissing", "<g marker-end='none'/>", ""},
@@ -290,7 +294,9 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentCase{"SpansInGroupsAreFoundOnce", "<text><tspan><tspan>a</tspan></tspan></text>",
                      "text-span"},
         DocumentCase{"TextPropertiesSayNothingOnShapes",
-                     "<rect style='font-style:italic' font-size='9' text-anchor='end'/>", ""},
+                     "<rect style='font-style:italic' font-size='9' text-anchor='end'/>"
+                     "<path style='font-size:medium;block-progression:tb'/>",
+                     ""},
         DocumentCase{"ItalicsHaveNoEffect", "<text font-style='italic'>a</text>", "attribute-without-effect"},
         DocumentCase{"TheAttributeOfATextWins",
                      "<text font-family='serif' style='font-family:No Such Family'>a</text>",
@@ -349,6 +355,16 @@ INSTANTIATE_TEST_SUITE_P(
                      "<text writing-mode='rl'>a</text><text writing-mode='tb'>a</text><text "
                      "writing-mode='lr'>a</text>",
                      "extra-effect x2"},
+        DocumentCase{"WritingModesWithoutTextSayNothing",
+                     "<g writing-mode='tb'><rect/><text/><text writing-mode='lr'>a</text></g>", ""},
+        DocumentCase{"AWritingModeIsFoundWithItsTexts",
+                     "<g style='writing-mode:tb'><text>a</text><text>b</text></g>", "extra-effect x2"},
+        DocumentCase{"CentredTextIsTheSameFromRightToLeft",
+                     "<text writing-mode='rl-tb' text-anchor='middle'>a</text>", ""},
+        DocumentCase{"DocumentsAreNotIncluded",
+                     "<g xmlns:xi='http://www.w3.org/2001/XInclude'><xi:include href='a.svg'><xi:fallback>"
+                     "<rect/></xi:fallback></xi:include></g>",
+                     "unprinted-element"},
         DocumentCase{"AnInheritedOpacityIsNotTakenOver", "<g opacity='0.5'><rect opacity='inherit'/></g>",
                      "opacity-combined"},
         DocumentCase{"TheUnitOfAStrokeThatIsNotDrawnSaysNothing", "<rect stroke-width='9mm'/>", ""},
@@ -356,6 +372,11 @@ INSTANTIATE_TEST_SUITE_P(
                      "<g stroke-width='9mm'><rect stroke='red' width='9' height='9'/></g>", "unit-scale"},
         DocumentCase{"TheUnitOfAFontSizeCounts", "<g font-size='9mm'><rect/><text>a</text></g>",
                      "unit-scale"},
+        DocumentCase{"ALineThereAndBackIsClosed",
+                     "<polyline points='1,1 9,1 1,1' fill='none' stroke='red' stroke-width='3'/>",
+                     "joined-ends"},
+        DocumentCase{"ALineThatEndsElsewhereIsNot",
+                     "<polyline points='1,1 9,1 5,1' fill='none' stroke='red' stroke-width='3'/>", ""},
         DocumentCase{"EndsOfThinLinesAreNotSeen",
                      "<polyline points='1,1 9,1 9,9 1,1' fill='none' stroke='red'/>", ""},
         DocumentCase{"DefinitionsInheritFromWhatPlacesThem",
@@ -379,6 +400,39 @@ INSTANTIATE_TEST_SUITE_P(
                      "not-clipped"},
         DocumentCase{"OverflowOfAGroupSaysNothing", "<g overflow='hidden'><rect/></g>", ""},
         DocumentCase{"EmptyAttributesSayNothing", "<rect fill='' width='' transform='' style=''/>", ""},
+        DocumentCase{"TheOtherRadiusIsNotBoth", "<ellipse ry='9'/>", "shape-size"},
+        DocumentCase{"AnEllipseOfNoRadiusIsNothing", "<ellipse rx='0'/><ellipse ry='0'/>", ""},
+        DocumentCase{"BlanksBehindACentredTextAreDropped",
+                     "<text xml:space='preserve' text-anchor='middle'>one </text>", "text-blanks"},
+        DocumentCase{"BlanksBehindATextThatEndsThereAreDropped",
+                     "<text xml:space='preserve' text-anchor='end'>one </text>", "text-blanks"},
+        DocumentCase{"BlanksBehindOtherTextsAreNotSeen", "<text xml:space='preserve'>one </text>", ""},
+        DocumentCase{"APictureThatSaysItsOwnOpacity", "<image style='opacity:1' xlink:href='none.png'/>",
+                     "image-refused"},
+        DocumentCase{"ANestedSvgMayOverflow",
+                     "<g><svg width='9' height='9' overflow='auto'><rect width='20' height='5'/></svg></g>",
+                     ""},
+        DocumentCase{"ANestedSvgMayScroll",
+                     "<g><svg width='9' height='9' overflow='scroll'><rect width='20' height='5'/></svg></g>",
+                     "not-clipped"},
+        DocumentCase{"ALittleBeyondANestedSvgIsSeen",
+                     "<g><svg width='90' height='90'><rect width='92' height='5'/></svg></g>", "not-clipped"},
+        DocumentCase{"NextToNothingBeyondANestedSvgIsNot",
+                     "<g><svg width='90' height='90'><rect width='90.5' height='5'/></svg></g>", ""},
+        DocumentCase{"CornersThatTurnBackHaveNoMiter",
+                     "<path d='M0 0L9 0 0 0' fill='none' stroke='red' stroke-miterlimit='1e30'/>"
+                     "<path d='M0 0L9 0 0 .000001' fill='none' stroke='red' stroke-miterlimit='1e30'/>",
+                     ""},
+        DocumentCase{"AnAddressWithoutASchemeIsRemote",
+                     "<image width='2' height='2' xlink:href='//example.org/a.png'/>", "image-remote"},
+        DocumentCase{"APlainPathIsClosedWhereItsMarkersStand",
+                     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+                     "<path d='M1 1L9 9 20 1z' marker-mid='url(#m)'/>",
+                     ""},
+        DocumentCase{"APathThatGoesOnBehindItsCloseHasOtherMarkers",
+                     "<marker id='m' markerWidth='9' markerHeight='9'><rect width='9' height='9'/></marker>"
+                     "<path d='M1 1L9 9 20 1z L30 30' marker-mid='url(#m)'/>",
+                     "marker-place"},
         DocumentCase{"APolylineOnOneLineHasNoInside", "<polyline points='1,1 2,2 5,5 3,3' stroke='red'/>",
                      ""}),
     kNameOfRow);
@@ -425,6 +479,27 @@ TEST(DocumentCheckTest, FragmentsHaveNoHeightToBePartOf) {
         "percentage-of-nothing");
 }
 
+// Of each attribute, whether a percentage of it is one of the height.
+TEST(DocumentCheckTest, FragmentsHaveNoPercentagesOfTheirHeight) {
+    struct Row {
+        const char *element, *attribute;
+        bool isVertical;
+    };
+    for (const Row& row :
+         {Row{"rect", "x", false}, Row{"rect", "y", true}, Row{"rect", "width", false},
+          Row{"rect", "height", true}, Row{"ellipse", "cx", false}, Row{"ellipse", "cy", true},
+          Row{"ellipse", "rx", false}, Row{"ellipse", "ry", true}, Row{"circle", "cx", false},
+          Row{"circle", "cy", true}, Row{"circle", "r", false}, Row{"line", "x1", false},
+          Row{"line", "y1", true}, Row{"line", "x2", false}, Row{"line", "y2", true},
+          Row{"marker", "refX", false}, Row{"marker", "refY", true}, Row{"marker", "markerWidth", false},
+          Row{"marker", "markerHeight", true}}) {
+        const std::string element = std::string("<") + row.element + " " + row.attribute + "='50%'/>";
+        const Findings findings =
+            CheckText("<r><svg width='9' height='9'>" + element + "</svg></r>", {}, true);
+        EXPECT_EQ(findings.GetCount(kPercentageOfNothing), row.isVertical ? 1U : 0U) << element;
+    }
+}
+
 TEST(DocumentCheckTest, APageThatIsHiddenKeepsItsLines) {
     EXPECT_EQ(
         KindsOf(CheckText("<svg width='9' height='9' display='none'><line x2='9' stroke='red'/></svg>")),
@@ -449,11 +524,44 @@ TEST(DocumentCheckTest, NumbersOnAPageInMillimetresAreFoundOnce) {
     EXPECT_EQ(KindsOf(CheckText("<svg width='9mm' height='9mm'><rect width='9mm'/></svg>")), "");
 }
 
+TEST(DocumentCheckTest, TheDefaultFontIsFoundOnce) {
+    const Findings findings = CheckText("<svg width='9' height='9'><text>a</text><text>b</text></svg>");
+    EXPECT_EQ(KindsOf(findings), "font-unspecified");
+    EXPECT_EQ(findings.GetKept().at(0).message.find("set in none"), std::string::npos);
+    EXPECT_EQ(KindsOf(CheckText("<svg width='9' height='9'><text> </text></svg>")), "");
+}
+
+TEST(DocumentCheckTest, AUseDecidesWhatFontItsTextIsSetIn) {
+    const auto kindsWith = [](const std::string& attributes) {
+        return KindsOf(
+            CheckText("<svg width='9' height='9' xmlns:xlink='http://www.w3.org/1999/xlink'>"
+                      "<symbol id='s'><text>a</text></symbol><use xlink:href='#s' " +
+                      attributes + "/></svg>"));
+    };
+    EXPECT_EQ(kindsWith("font-family='serif'"), "");
+    EXPECT_EQ(kindsWith(""), "font-unspecified");
+}
+
 TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
     const Findings findings =
         CheckText(CheckedDrawing("<e:view xmlns:e='urn:e'/><g xmlns:e='urn:e' e:label='x' e:mode='y'/>"));
     EXPECT_EQ(KindsOf(findings), "");
     EXPECT_EQ(findings.GetForeignCount(), 3U);
+}
+
+// Two pixels by two: less than two parts in a hundred is not seen.
+TEST(DocumentCheckTest, PicturesOfAnotherShapeAreStretched) {
+    const ScratchFolder folder;
+    std::ofstream(folder.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);
+    for (const auto& [size, kinds] : {std::pair{"width='2.03' height='2'", ""},
+                                      {"width='2.05' height='2'", "image-stretched"},
+                                      {"width='2' height='2.03'", ""},
+                                      {"width='2' height='2.05'", "image-stretched"}})
+        EXPECT_EQ(
+            KindsOf(CheckText(CheckedDrawing(std::string("<image xlink:href='here.png' ") + size + "/>"),
+                              folder.PathOf("drawing.svg"))),
+            kinds)
+            << size;
 }
 
 TEST(CheckPageSizeTest, TellsBothSizes) {

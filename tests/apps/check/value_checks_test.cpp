@@ -44,21 +44,22 @@ TEST_P(ValueCheckTest, TellsWhatIsWrong) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lengths, ValueCheckTest,
-    testing::Values(ValueCase{Reader::kLength, "", ""}, ValueCase{Reader::kLength, " 12 ", ""},
-                    ValueCase{Reader::kLength, "-1.5e1mm", ""},
-                    ValueCase{Reader::kLength, "1 cm",
-                              "has a blank in front of its unit: other programs do not take it"},
-                    ValueCase{Reader::kLength, "1%", ""}, ValueCase{Reader::kLength, "3px", ""},
-                    ValueCase{Reader::kLength, "3PT", "'PT' is not a unit: read as 3"},
-                    ValueCase{Reader::kLength, "3mmx", "'mmx' is not a unit: read as 3"},
-                    ValueCase{Reader::kLength, "3,5", "',5' is not read: this counts as 3"},
-                    ValueCase{Reader::kLength, "auto", "is not a length: treated as absent"},
-                    ValueCase{Reader::kLength, "pt3", "a unit follows its number"},
-                    ValueCase{Reader::kPosition, "3 4", "of this list 3 is read, for the whole text"},
-                    ValueCase{Reader::kPosition, "3,4", "of this list 3 is read, for the whole text"},
-                    ValueCase{Reader::kPosition, "3 mm",
-                              "has a blank in front of its unit: other programs do not take it"},
-                    ValueCase{Reader::kPosition, "3", ""}));
+    testing::Values(
+        ValueCase{Reader::kLength, "", ""}, ValueCase{Reader::kLength, " 12 ", ""},
+        ValueCase{Reader::kLength, "-1.5e1mm", ""},
+        ValueCase{Reader::kLength, "1 cm", "has a space before its unit: other programs do not read it"},
+        ValueCase{Reader::kLength, "1%", ""}, ValueCase{Reader::kLength, "3px", ""},
+        ValueCase{Reader::kLength, "3PT", "'PT' is not a unit: read as 3"},
+        ValueCase{Reader::kLength, "3mmx", "'mmx' is not a unit: read as 3"},
+        ValueCase{Reader::kLength, "3,5", "',5' is not read: this counts as 3"},
+        ValueCase{Reader::kLength, " 3.mm", "is not a number in SVG: other programs may not read it"},
+        ValueCase{Reader::kLength, "3.", "is not a number in SVG: other programs may not read it"},
+        ValueCase{Reader::kLength, "auto", "is not a length: treated as absent"},
+        ValueCase{Reader::kLength, "pt3", "a unit must follow its number"},
+        ValueCase{Reader::kPosition, "3 4", "of this list 3 is read, for the whole text"},
+        ValueCase{Reader::kPosition, "3,4", "of this list 3 is read, for the whole text"},
+        ValueCase{Reader::kPosition, "3 mm", "has a space before its unit: other programs do not read it"},
+        ValueCase{Reader::kPosition, "3", ""}));
 
 INSTANTIATE_TEST_SUITE_P(
     Lists, ValueCheckTest,
@@ -70,13 +71,15 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kViewBox, "0 0 10 x",
                   "'x' is not a number: skipped, and the following ones move up"},
         ValueCase{Reader::kPoints, "1,2 3mm,4%",
-                  "number 3: '3mm' is no number in SVG: other programs stop here"},
+                  "number 3: '3mm' is not a number in SVG: other programs stop here"},
+        ValueCase{Reader::kPoints, "1. 2", "number 1: '1.' is not a number in SVG: other programs stop here"},
         ValueCase{Reader::kPoints, "1-2 3",
                   "number 1: '1-2' is read as 1: separate numbers by spaces or commas"},
         ValueCase{Reader::kPoints, "1 2 3", "has an odd number of numbers: the last one is dropped"},
         ValueCase{Reader::kOpacity, "1", ""}, ValueCase{Reader::kOpacity, "inherit", ""},
+        ValueCase{Reader::kOpacity, " 0.", "is not a number in SVG: other programs may not read it"},
         ValueCase{Reader::kOpacity, "half", "is not a number: no effect"},
-        ValueCase{Reader::kOpacity, "1.5", "is not from 0 to 1: what is beyond wraps around"},
+        ValueCase{Reader::kOpacity, "1.5", "is not from 0 to 1: it wraps around"},
         ValueCase{Reader::kOpacity, "50%", "'%' is not read: this counts as 50"},
         ValueCase{Reader::kDashes, "3, 4px 5", ""}, ValueCase{Reader::kDashes, "none", ""},
         ValueCase{Reader::kDashes, "3mm",
@@ -87,6 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         ValueCase{Reader::kPath, "", ""}, ValueCase{Reader::kPath, "M1,2l3-4 5 6h1v2c1 2 3 4 5 6z", ""},
         ValueCase{Reader::kPath, "M0 0A5 5 0 0 1 9 9", ""}, ValueCase{Reader::kPath, "M1e-3 0", ""},
+        ValueCase{Reader::kPath, "M1. 2L.5 3.e1", ""},
         ValueCase{Reader::kPath, "L1 2", "does not begin with M: it starts at the page's upper left corner"},
         ValueCase{Reader::kPath, "M0 0L1.5.5 2",
                   "at character 6: '1.5.5' is read as 1.5: separate numbers by spaces or commas"},
@@ -96,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{
             Reader::kPath, "M0 0a5 5 0 019 9",
             "at character 5: a takes numbers by 7, there are 5; put spaces between the flags of an arc"},
-        ValueCase{Reader::kPath, "M0 0Z1", "at character 5: numbers behind Z are not read"},
+        ValueCase{Reader::kPath, "M0 0Z1", "at character 5: numbers after Z are not read"},
         ValueCase{Reader::kPath, "M0 0L", "at character 5: L takes numbers by 2, there are 0"},
         ValueCase{Reader::kPath, "B1 M0 0", "at character 1: 'B1 ' is not read"},
         ValueCase{Reader::kPath, "M0 0;x", "at character 5: ';x' is not read"},
@@ -125,9 +129,18 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{Reader::kTransform, "move(2)", "'move(2)' is not read"},
         ValueCase{Reader::kTransform, "scale(2", "'scale(2' is not read"},
         ValueCase{Reader::kTransform, "scale(2) Scale(3)",
-                  "is not read whole: write its names as SVG does, nothing between them"},
+                  "is not read completely: write its names as in SVG, with nothing between them"},
         ValueCase{Reader::kTransform, "rotate(3deg)",
                   "'3deg' is read as 3: separate numbers by spaces or commas; units are not read here"}));
+
+TEST(ValueChecksTest, ALineHas255DashesAtMost) {
+    for (const auto& [count, message] : {std::pair{255, ""}, {256, "has more than 255 dashes"}}) {
+        std::string list;
+        for (int i = 0; i < count; ++i) list += "1 ";
+        const MaybeProblem problem = CheckDashArray(list);
+        EXPECT_EQ(problem ? problem->message : "", message) << count;
+    }
+}
 
 // Every property that is applied takes some value and no nonsense, so that none is passed over.
 TEST(ValueChecksTest, PropertiesTakeNoNonsense) {

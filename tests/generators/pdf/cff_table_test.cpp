@@ -43,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TableCase{"RealNumberWithoutEnd", Table({'\x1E', '\x12', '\x34'}), false},
                     TableCase{"NumberCutShort", Table({'\x1C', '\x01'}), false},
                     TableCase{"LongerHeader", Table(kPlain, {'\1', '\0', '\5', '\1', '\7'}), true},
+                    TableCase{"ShortestHeader", Table(kPlain, {'\1', '\0', '\3'}), true},
                     TableCase{"OtherVersion", Table(kPlain, {'\2', '\0', '\4', '\1'}), false},
                     TableCase{"NoRoomForTheHeader", Table(kPlain, {'\1', '\0', '\2', '\1'}), false},
                     TableCase{"CutInTheNames", Table(kPlain).substr(0, 10), false},

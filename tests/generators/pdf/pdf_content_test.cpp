@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "tests/generators/pdf/drawn_pdf.h"
+#include "tests/generators/pdf/drawn_page.h"
 #include "tests/support/text_search.h"
 
 namespace {
@@ -109,6 +109,61 @@ TEST(PdfContentTest, LinesOfNoWidthAreTheThinnestOfTheDevice) {
     EXPECT_EQ(CountOf(plain, "\n0 w\n"), 1U);
     EXPECT_EQ(CountOf(plain, "\n.5 w\n"), 1U);
     EXPECT_EQ(CountOf(plain, "\n.02 w\n"), 1U);
+    EXPECT_EQ(CountOf(plain, " w\n"), 3U) << "those below a hundredth of a unit have one width";
+}
+
+TEST(PdfContentTest, FillAndStrokeAreOneOperatorUnlessTheFillShowsThrough) {
+    for (const std::uint8_t opacity : {std::uint8_t{255}, std::uint8_t{254}, std::uint8_t{100}}) {
+        DrawnPdf document;
+        document.BeginPage();
+        const ORVPrintFill fill;
+        ORVPrintStroke stroke;
+        stroke.width = 5.0;
+        stroke.colour = {255, 0, 0, opacity};
+        const ORVPrintPath path = RectanglePath(10.0, 10.0, 50.0, 50.0);
+        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, &stroke}), 1);
+        document.EndPage();
+        document.Finish();
+        const std::string plain = document.Plain();
+        const std::size_t once = opacity == 255 ? 1 : 0;
+        EXPECT_EQ(CountOf(plain, "\nB\n"), once) << int{opacity};
+        EXPECT_EQ(CountOf(plain, "\nf\n"), 1 - once) << int{opacity};
+        EXPECT_EQ(CountOf(plain, "\nS\n"), 1 - once) << int{opacity};
+    }
+}
+
+TEST(PdfContentTest, DashesBeginWhereTheyAreTold) {
+    const double dashes[]{20.0, 10.0};
+    ORVPrintPath line;
+    line.MoveTo({0.0, 45.0});
+    line.LineTo({90.0, 45.0});
+    ORVPrintStroke stroke;
+    stroke.width = 10.0;
+    stroke.dashes = dashes;
+    struct Row {
+        double offset;
+        const char* written;
+        bool isDashAt5, isDashAt15, isDashAt25;
+    };
+    // An offset is one modulo the dashes' length; it is written once for lines that share it.
+    for (const Row& row :
+         {Row{0.0, "]0 d\n", true, true, false}, Row{10.0, "]10 d\n", true, false, true},
+          Row{20.0, "]20 d\n", false, true, true}, Row{610.0, "]10 d\n", true, false, true}}) {
+        stroke.dashOffset = row.offset;
+        DrawnPdf document;
+        document.BeginPage();
+        for (int i = 0; i < 2; ++i) EXPECT_EQ(document.Get().DrawShape({line, {}, nullptr, &stroke}), 1);
+        stroke.dashOffset += 1.0;
+        EXPECT_EQ(document.Get().DrawShape({line, {1.0, 0.0, 0.0, 1.0, 0.0, 30.0}, nullptr, &stroke}), 1);
+        document.EndPage();
+        document.Finish();
+        EXPECT_EQ(CountOf(document.Plain(), row.written), 1U);
+        EXPECT_EQ(CountOf(document.Plain(), " d\n"), 2U);
+        const PaperColour black, white{255, 255, 255};
+        ExpectColours(document, {{5.0, 45.0, row.isDashAt5 ? black : white},
+                                 {15.0, 45.0, row.isDashAt15 ? black : white},
+                                 {25.0, 45.0, row.isDashAt25 ? black : white}});
+    }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/generators/pdf/drawn_pdf.h"
+#include "tests/support/text_search.h"
 
 namespace {
 
@@ -28,20 +29,48 @@ TEST(PdfDocumentTest, LinksLeadToAddressesAndPlaces) {
     document.BeginPage();
     ORVPrintGroup toPlace, toAddress;
     toPlace.linkElementId = place.id;
-    toAddress.linkURL = "http://example.org/a(b)\\c'd\"?q=ü x";
+    toAddress.linkURL = "http://example.org/a(b)\\c'd\"?q=ü x\x7F";
     for (const ORVPrintGroup& link : {toPlace, toAddress}) {
         EXPECT_EQ(document.Get().BeginGroup(link), 1);
         EXPECT_EQ(FillRectangle(document.Get(), 20.0, 20.0, 9.0, 9.0), 1);
         EXPECT_EQ(document.Get().EndGroup(), 1);
     }
     document.EndPage();
+    document.BeginPage();
+    document.EndPage();
     document.Finish();
     const std::string plain = document.Plain();
-    EXPECT_THAT(plain, HasSubstr("(http://example.org/a%28b%29%5Cc%27d%22?q=%C3%BC%20x)"));
+    EXPECT_THAT(plain, HasSubstr("(http://example.org/a%28b%29%5Cc%27d%22?q=%C3%BC%20x%7F)"));
     // The place is named as its group is, in the link and in the list of places.
     EXPECT_THAT(plain, HasSubstr("/Dest (pl\xC3\xA4"
                                  "ce 'x' \\(1\\))"));
     EXPECT_THAT(plain, testing::ContainsRegex("ce 'x' ..1...\n *\\["));
+    // Its upper left corner, a unit off the page's: points from the lower left one.
+    EXPECT_THAT(plain, testing::ContainsRegex("/XYZ\n *.8\n *71.2\n"));
+    EXPECT_EQ(CountOf(plain, "/Annots"), 1U) << "the links of one page only";
+}
+
+TEST(PdfDocumentTest, APlaceInsideALinkIsPartOfIt) {
+    for (const bool leadsToPlace : {false, true}) {
+        DrawnPdf document;
+        document.BeginPage();
+        ORVPrintGroup outer, inner;
+        outer.linkURL = leadsToPlace ? "" : "http://outer/";
+        outer.linkElementId = leadsToPlace ? "outer" : "";
+        inner.linkElementId = "inner";
+        for (const ORVPrintGroup* group : {&outer, &inner}) EXPECT_EQ(document.Get().BeginGroup(*group), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 20.0, 20.0, 9.0, 9.0), 1);
+        for (int i = 0; i < 2; ++i) EXPECT_EQ(document.Get().EndGroup(), 1);
+        // The next one is a link again.
+        EXPECT_EQ(document.Get().BeginGroup(inner), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 40.0, 20.0, 9.0, 9.0), 1);
+        EXPECT_EQ(document.Get().EndGroup(), 1);
+        document.EndPage();
+        document.Finish();
+        const std::string plain = document.Plain();
+        EXPECT_EQ(CountOf(plain, "/Subtype /Link"), 2U) << leadsToPlace;
+        EXPECT_EQ(CountOf(plain, "/Dest (inner)"), 1U) << leadsToPlace;
+    }
 }
 
 TEST(PdfDocumentTest, EmptyAndNestedLinksDoNotDisturb) {
@@ -146,15 +175,18 @@ TEST(PdfDocumentTest, PageBoxesTellSheetAndTrim) {
     info.trim = {10.0, 90.0, 5.0, 30.0};
     EXPECT_EQ(document.Get().BeginPage(info), 1);
     document.EndPage();
-    info.trim = {200.0, 300.0, 5.0, 30.0};  // beyond the sheet
-    EXPECT_EQ(document.Get().BeginPage(info), 1);
-    document.EndPage();
+    for (const ORVMathBox2D& beyond : {ORVMathBox2D{200.0, 300.0, 5.0, 30.0}, {10.0, 90.0, 60.0, 70.0}}) {
+        info.trim = beyond;
+        EXPECT_EQ(document.Get().BeginPage(info), 1);
+        document.EndPage();
+    }
     document.Finish();
-    const std::string boxes = document.Run("pdfinfo -box -l 2");
+    const std::string boxes = document.Run("pdfinfo -box -l 3");
     EXPECT_THAT(boxes, testing::ContainsRegex("Page    1 MediaBox: +0.00 +0.00 +80.00 +40.00"));
     EXPECT_THAT(boxes, testing::ContainsRegex("Page    1 CropBox: +0.00 +0.00 +80.00 +40.00"));
     EXPECT_THAT(boxes, testing::ContainsRegex("Page    1 TrimBox: +8.00 +16.00 +72.00 +36.00"));
     EXPECT_THAT(boxes, testing::ContainsRegex("Page    2 TrimBox: +0.00 +0.00 +80.00 +40.00"));
+    EXPECT_THAT(boxes, testing::ContainsRegex("Page    3 TrimBox: +0.00 +0.00 +80.00 +40.00"));
 }
 
 }  // namespace

@@ -43,4 +43,27 @@ TEST(PdfFileTest, ObjectsAreFoundBehindPlacesOfAnyLength) {
     }
 }
 
+TEST(PdfFileTest, AStreamInPiecesIsAsLongAsItSays) {
+    for (const std::size_t size : {std::size_t{1'000}, std::size_t{2'500'000}}) {
+        ORVMemoryOutput output;
+        PdfFile file(output);
+        const unsigned int content = file.Reserve();
+        file.BeginStream(content, "/Own 1");
+        for (std::size_t written = 0; written < size; written += 500)
+            file.AppendToStream(std::string(500, static_cast<char>('a' + written % 7)));
+        file.EndStream();
+        file.Finish(content, content);
+        ASSERT_TRUE(file.IsGood());
+        const std::string& bytes = output.GetBytes();
+        const std::size_t entries = bytes.find("/Own 1"), start = bytes.find("stream\n", entries) + 7;
+        const std::size_t length = bytes.find("\nendstream\n", start) - start;
+        const bool isInPieces = size > 1'000'000;
+        // The length of what comes in pieces is known behind it, and stands in an object of its own.
+        const std::string stated = isInPieces ? " 0 obj\n" + std::to_string(length) + "\nendobj\n"
+                                              : "/Length " + std::to_string(length) + ">>";
+        EXPECT_NE(bytes.find(stated), bytes.npos) << size << " " << length;
+        EXPECT_EQ(bytes.substr(entries, start - entries).find(" 0 R/") != bytes.npos, isInPieces);
+    }
+}
+
 }  // namespace

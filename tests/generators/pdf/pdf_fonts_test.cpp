@@ -82,6 +82,22 @@ TEST(PdfFontsTest, EveryCodeOfAFontIsRead) {
     document.Finish();
     const std::string found = document.Text();
     for (const std::string& text : texts) EXPECT_THAT(found, HasSubstr(text));
+    // A block of the map has a hundred lines at most.
+    EXPECT_THAT(document.Plain(), HasSubstr("\n100 beginbfchar\n"));
+    EXPECT_THAT(document.Plain(), testing::Not(HasSubstr("\n101 beginbfchar\n")));
+}
+
+TEST(PdfFontsTest, FontsReachAboveTheLineAndBelowIt) {
+    DrawnPdf document;
+    document.BeginPage();
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("DejaVu Sans");
+    EXPECT_EQ(WriteText(document.Get(), "g", 10.0, 50.0, style), 1);
+    document.EndPage();
+    document.Finish();
+    // As the font's own table has them, in thousandths of an em.
+    EXPECT_THAT(document.Plain(), HasSubstr("/Ascent 928\n"));
+    EXPECT_THAT(document.Plain(), HasSubstr("/Descent -236\n"));
 }
 
 TEST(PdfFontsTest, MixedDirectionsAreFoundAsTheyAreWritten) {

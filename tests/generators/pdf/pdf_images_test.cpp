@@ -176,6 +176,26 @@ INSTANTIATE_TEST_SUITE_P(
                       return std::array{Byte((x + y) % 3 * 90), Byte(40), Byte(13), Byte(255)};
                   },
                   "index 1 2", ""},
+        ImageCase{"FourColours",
+                  [](int x, int y) {
+                      return std::array{Byte((x + y) % 4 * 60), Byte(40), Byte(13), Byte(255)};
+                  },
+                  "index 1 2", ""},
+        ImageCase{"FiveColours",
+                  [](int x, int y) {
+                      return std::array{Byte((x + y) % 5 * 60), Byte(40), Byte(13), Byte(255)};
+                  },
+                  "index 1 4", ""},
+        ImageCase{"SixteenColours",
+                  [](int x, int y) {
+                      return std::array{Byte((x + y) % 16 * 15), Byte(40), Byte(13), Byte(255)};
+                  },
+                  "index 1 4", ""},
+        ImageCase{"SeventeenColours",
+                  [](int x, int y) {
+                      return std::array{Byte((x + y) % 17 * 15), Byte(40), Byte(13), Byte(255)};
+                  },
+                  "index 1 8", ""},
         ImageCase{"TwoHundredColours",
                   [](int x, int y) {
                       return std::array{Byte((x + y * 37) % 200), Byte(92), Byte(13), Byte(255)};

@@ -195,4 +195,27 @@ TEST(PdfSymbolsTest, BlackOfASymbolIsBlackOnAPageThatPaintsRed) {
     EXPECT_EQ(colourAt(65, 5), blackPixel);
 }
 
+TEST(PdfSymbolsTest, TextOfASymbolIsFilledAfterTextThatIsStroked) {
+    DrawnPdf document;
+    document.BeginPage();
+    const ORVTextLayout layout = ORVLayoutText("Tap 7", {});
+    const ORVPrintFill black;
+    const ORVPrintStroke stroke;
+    const ORVMathAffine2D map{1.0, 0.0, 0.0, -1.0, 2.0, 32.0};
+    const int key = 0;
+    EXPECT_EQ(document.Get().BeginSymbol({&key, {}}), ORVPrintGenerator::kDrawSymbol);
+    EXPECT_EQ(document.Get().DrawText({layout, "Tap 7", map, &black, nullptr, nullptr}), 1);
+    EXPECT_EQ(document.Get().EndSymbol(), 1);
+    EXPECT_EQ(document.Get().DrawText({layout, "Tap 7", map, nullptr, &stroke, nullptr}), 1);
+    EXPECT_EQ(document.Get().BeginSymbol({&key, ORVMathAffine2D::Translation(0.0, 30.0)}),
+              ORVPrintGenerator::kSymbolKnown);
+    document.EndPage();
+    document.Finish();
+    const std::string plain = document.Plain();
+    const std::size_t stroked = plain.find("1 Tr\n"), filled = plain.find("0 Tr\n", stroked);
+    ASSERT_NE(stroked, plain.npos);
+    ASSERT_NE(filled, plain.npos);
+    EXPECT_LT(filled, plain.find(" Do\n", stroked));
+}
+
 }  // namespace

@@ -15,8 +15,10 @@
 #include "generators/common/generator_status.h"
 #include "generators/formats.h"
 #include "platform/system/modules.h"
+#include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/generators/limited_output.h"
+#include "tests/platform/visualization/written_images.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/shell_run.h"
@@ -62,7 +64,50 @@ public:
         }
         return boxes;
     }
+    /// Red, green and blue of the first page's pixels, at 90 dots an inch: one is a user unit.
+    struct Pixels {
+        std::size_t width = 0;
+        std::string bytes;
+        std::array<int, 3> At(double x, double y) const {
+            const std::size_t at = (static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)) * 3;
+            const auto channel = [&](std::size_t i) {
+                return at + i < bytes.size() ? static_cast<int>(static_cast<unsigned char>(bytes[at + i]))
+                                             : -1;
+            };
+            return {channel(0), channel(1), channel(2)};
+        }
+    };
+    Pixels Draw() const {
+        const std::string file = folder_.PathOf("page.ppm");
+        EXPECT_EQ(Interpret("-r90 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 -sDEVICE=ppmraw -sOutputFile='" +
+                            file + "'"),
+                  "");
+        std::ifstream in(file, std::ios::binary);
+        Pixels pixels;
+        std::string word;
+        in >> word;
+        // Comments stand between the numbers.
+        std::array<std::size_t, 3> numbers{};
+        for (std::size_t i = 0; i < 3 && in; ++i)
+            while (!(in >> numbers[i]) && !in.eof()) {
+                in.clear();
+                std::getline(in, word);
+            }
+        in.get();
+        pixels.width = numbers[0];
+        pixels.bytes.assign(std::istreambuf_iterator<char>(in), {});
+        return pixels;
+    }
     std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
+    /// The darkest grey of the pages.
+    int Darkest() const {
+        // Three lines, then a byte for each dot.
+        std::string pixels = Interpret("-sDEVICE=pgmraw -r180 -dGraphicsAlphaBits=1 -sOutputFile=-");
+        for (int line = 0; line < 4; ++line) pixels.erase(0, pixels.find('\n') + 1);
+        int darkest = 255;
+        for (const char c : pixels) darkest = std::min<int>(darkest, static_cast<unsigned char>(c));
+        return darkest;
+    }
 
 private:
     /// What the interpreter says of the document.
@@ -175,6 +220,37 @@ TEST(ORVPostScriptGeneratorTest, TextStaysText) {
     EXPECT_THAT(document.Text(), HasSubstr("Office text"));
 }
 
+// Its characters take two and three bytes, so that they cannot be taken for each other.
+TEST(ORVPostScriptGeneratorTest, TextFromRightToLeftKeepsItsCharacters) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("DejaVu Sans");
+    PostScript document;
+    document.BeginPage(400.0, 200.0);
+    EXPECT_EQ(WriteText(document.Get(), "\uFB2A\u05D0", 10.0, 80.0, style), 1) << document.GetError();
+    EXPECT_EQ(WriteText(document.Get(), "after", 10.0, 120.0, style), 1) << document.GetError();
+    document.EndPage();
+    document.Finish();
+    EXPECT_THAT(document.Text(), HasSubstr("after"));
+}
+
+// Interpreters take three components for YCbCr.
+TEST(ORVPostScriptGeneratorTest, OnlyJpegFilesOfUsualColoursAreEmbedded) {
+    constexpr int kGrey = 1, kRgb = 2, kYCbCr = 3;
+    for (const int stored : {kGrey, kRgb, kYCbCr}) {
+        JpegToWrite jpeg{.width = 8, .height = 8, .storedSpace = stored};
+        if (stored == kGrey) jpeg.components = jpeg.inputSpace = kGrey;
+        for (int i = 0; i < 64; ++i)
+            for (int k = 0; k < jpeg.components; ++k) jpeg.samples.push_back(200);
+        const auto image = ReadJpeg(WriteJpeg(jpeg));
+        ASSERT_TRUE(image) << stored;
+        PostScript document;
+        document.BeginPage();
+        EXPECT_EQ(document.Get().DrawImage({*image, {60.0, 0.0, 0.0, 40.0, 10.0, 10.0}}), 1);
+        document.EndPage();
+        EXPECT_EQ(CountOf(document.Finish(), "DCTDecode"), stored == kRgb ? 0U : 1U) << stored;
+    }
+}
+
 TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
     const std::string file = SampleJpeg(6, 4);
     const ORVRef<ORVPixelImage> image(ReadMemoryJPEGPixelImage(file.data(), file.size(), 0));
@@ -199,6 +275,28 @@ TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
     const std::string& text = document.Finish();
     EXPECT_THAT(text, HasSubstr("res=300ppi"));
     EXPECT_THAT(document.Text(), HasSubstr("beside"));
+}
+
+// A glyph and the line that makes it bold lie over each other.
+TEST(ORVPostScriptGeneratorTest, TransparentTextIsEvenWhereItIsThickened) {
+    ORVTextStyle style;
+    style.font = FindFontForAttribute("Z003");
+    ASSERT_TRUE(style.font);
+    style.height = 40.0;
+    style.weight = 26;
+    const ORVTextLayout layout = ORVLayoutText("bold", style);
+    ASSERT_EQ(layout.runs.size(), 1U);
+    ASSERT_TRUE(layout.runs[0].syntheticBold);
+    ORVPrintFill fill;
+    fill.colour.opacity = 100;
+    PostScript document;
+    document.BeginPage(150.0, 90.0);
+    EXPECT_EQ(
+        document.Get().DrawText({layout, "bold", {1.0, 0.0, 0.0, -1.0, 10.0, 60.0}, &fill, nullptr, nullptr}),
+        1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_NEAR(document.Darkest(), 155, 2);
 }
 
 // For each of them the page would be drawn once more.
@@ -233,6 +331,170 @@ TEST(ORVPostScriptGeneratorTest, ClipsToBoxes) {
     document.Finish();
     ASSERT_EQ(document.Boxes().size(), 1U);
     ExpectBox(document.Boxes()[0], {8, 48, 24, 64});
+}
+
+using Stops = std::array<ORVPrintGradientStop, 2>;
+constexpr Stops kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
+using Spread = ORVPrintGradient::Spread;
+
+/// From red at 0.5 to blue, spread over a page of 90 by 90: to the right, or outwards from the middle.
+ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread, const Stops& stops) {
+    ORVPrintGradient gradient = Gradient(stops, {30, 0, 0, 30, 0, 0});
+    gradient.kind = kind;
+    gradient.spread = spread;
+    if (kind == ORVPrintGradient::Kind::kLinear) {
+        gradient.start = {1.0, 0.0};
+        gradient.end = {2.0, 0.0};
+    } else {
+        gradient.start = {1.5, 1.5};
+        gradient.end = {1.5, 1.5};
+        gradient.startRadius = 0.5;
+        gradient.endRadius = 1.0;
+    }
+    return gradient;
+}
+
+void ExpectColour(const std::array<int, 3>& actual, int red, int blue, const std::string& what) {
+    EXPECT_NEAR(actual[0], red, 12) << what;
+    EXPECT_NEAR(actual[1], 0, 3) << what;
+    EXPECT_NEAR(actual[2], blue, 12) << what;
+}
+
+TEST(ORVPostScriptGeneratorTest, GradientsStayVectorsWhateverLiesBelow) {
+    struct Row {
+        ORVPrintGradient::Kind kind;
+        Spread spread;
+        double x;       // on the middle line
+        int red, blue;  // there
+    };
+    using Kind = ORVPrintGradient::Kind;
+    for (const Row& row : {Row{Kind::kLinear, Spread::kPad, 10.0, 255, 0},
+                           {Kind::kLinear, Spread::kPad, 45.0, 127, 128},
+                           {Kind::kLinear, Spread::kPad, 80.0, 0, 255},
+                           {Kind::kLinear, Spread::kReflect, 7.5, 64, 191},
+                           {Kind::kLinear, Spread::kReflect, 82.5, 191, 64},
+                           {Kind::kLinear, Spread::kRepeat, 7.5, 191, 64},
+                           {Kind::kLinear, Spread::kRepeat, 82.5, 64, 191},
+                           {Kind::kRadial, Spread::kPad, 45.0, 255, 0},
+                           {Kind::kRadial, Spread::kPad, 67.5, 127, 128},
+                           {Kind::kRadial, Spread::kPad, 85.0, 0, 255},
+                           {Kind::kRadial, Spread::kReflect, 49.0, 70, 185},
+                           {Kind::kRadial, Spread::kReflect, 78.75, 64, 191},
+                           {Kind::kRadial, Spread::kRepeat, 52.5, 127, 128},
+                           {Kind::kRadial, Spread::kRepeat, 78.75, 191, 64}}) {
+        PostScript document;
+        document.BeginPage();
+        EXPECT_EQ(document.Get().GetPowers(), ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths);
+        EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 90, {0, 255, 0, 255}), 1);
+        const ORVPrintGradient gradient = SpreadGradient(row.kind, row.spread, kRedToBlue);
+        ORVPrintFill fill;
+        fill.gradient = &gradient;
+        const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
+        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+        document.EndPage();
+        const std::string text = document.Finish();
+        EXPECT_EQ(CountOf(text, "Fallback Image"), 0U);
+        EXPECT_EQ(CountOf(text, "/ImageType"), 0U);
+        EXPECT_GE(CountOf(text, "/ShadingType"), 1U);
+        ExpectColour(document.Draw().At(row.x, 45.0), row.red, row.blue, std::to_string(row.x));
+    }
+}
+
+TEST(ORVPostScriptGeneratorTest, LinesAndTextHaveGradients) {
+    PostScript document;
+    document.BeginPage();
+    const ORVPrintGradient gradient =
+        SpreadGradient(ORVPrintGradient::Kind::kLinear, Spread::kPad, kRedToBlue);
+    ORVPrintStroke stroke;
+    stroke.gradient = &gradient;
+    stroke.width = 10.0;
+    ORVPrintPath path;
+    path.MoveTo({0, 1});
+    path.LineTo({9, 1});
+    EXPECT_EQ(document.Get().DrawShape({path, {10, 0, 0, 10, 0, 0}, nullptr, &stroke}), 1);
+    ORVPrintFill fill;
+    fill.gradient = &gradient;
+    ORVTextStyle style;
+    style.height = 90.0;
+    const std::string letters = "\xE2\x80\x94\xE2\x80\x94";  // lines along the middle
+    const ORVTextLayout layout = ORVLayoutText(letters, style);
+    EXPECT_EQ(document.Get().DrawText({layout, letters, {0.5, 0, 0, -0.5, 0, 80}, &fill, nullptr, nullptr}),
+              1);
+    document.EndPage();
+    const std::string text = document.Finish();
+    EXPECT_EQ(CountOf(text, "Fallback Image"), 0U);
+    const PostScript::Pixels pixels = document.Draw();
+    ExpectColour(pixels.At(15, 10), 255, 0, "line");
+    ExpectColour(pixels.At(45, 10), 127, 128, "line");
+    ExpectColour(pixels.At(75, 10), 0, 255, "line");
+    std::array<int, 3> dash{255, 255, 255};
+    for (int y = 30; y < 80; ++y)
+        if (pixels.At(25, y)[1] < dash[1]) dash = pixels.At(25, y);
+    ExpectColour(dash, 255, 0, "text");
+}
+
+TEST(ORVPostScriptGeneratorTest, NothingShowsBesideTheConeOfTwoCircles) {
+    PostScript document;
+    document.BeginPage();
+    ORVPrintGradient gradient = Gradient(kRedToBlue, {1, 0, 0, 1, 0, 0});
+    gradient.kind = ORVPrintGradient::Kind::kRadial;
+    gradient.start = {20, 45};
+    gradient.end = {60, 45};
+    gradient.startRadius = gradient.endRadius = 10.0;
+    ORVPrintFill fill;
+    fill.gradient = &gradient;
+    const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
+    EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+    document.EndPage();
+    document.Finish();
+    const PostScript::Pixels pixels = document.Draw();
+    EXPECT_EQ(pixels.At(45, 10), (std::array<int, 3>{255, 255, 255}));
+    EXPECT_EQ(pixels.At(45, 45)[1], 0);
+}
+
+TEST(ORVPostScriptGeneratorTest, ClipsToOutlines) {
+    for (const bool evenOdd : {false, true}) {
+        PostScript document;
+        document.BeginPage();
+        ORVPrintPath rings = RectanglePath(1, 1, 7, 7), inner = RectanglePath(3, 3, 3, 3);
+        rings.verbs.insert(rings.verbs.end(), inner.verbs.begin(), inner.verbs.end());
+        rings.points.insert(rings.points.end(), inner.points.begin(), inner.points.end());
+        EXPECT_EQ(document.Get().BeginClipPath({rings, {10, 0, 0, 10, 0, 0}, evenOdd}), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 90), 1);
+        EXPECT_EQ(document.Get().BeginClipPath({ORVPrintPath(), {}}), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 90, {255, 0, 0, 255}), 1);
+        EXPECT_EQ(document.Get().EndClipPath(), 1);
+        EXPECT_EQ(document.Get().EndClipPath(), 1);
+        EXPECT_EQ(FillRectangle(document.Get(), 85, 85, 5, 5), 1);
+        document.EndPage();
+        const std::string text = document.Finish();
+        EXPECT_EQ(CountOf(text, "Fallback Image"), 0U);
+        const PostScript::Pixels pixels = document.Draw();
+        EXPECT_EQ(pixels.At(5, 5)[1], 255);
+        EXPECT_EQ(pixels.At(20, 20)[0], 0);
+        EXPECT_EQ(pixels.At(45, 45)[1], evenOdd ? 255 : 0);
+        EXPECT_EQ(pixels.At(87, 87)[1], 0);
+    }
+}
+
+TEST(ORVPostScriptGeneratorTest, DashesBeginWhereTheyAreToldTo) {
+    PostScript document;
+    document.BeginPage();
+    ORVPrintPath path;
+    path.MoveTo({0, 45});
+    path.LineTo({90, 45});
+    const std::array dashes{20.0, 10.0};
+    ORVPrintStroke stroke;
+    stroke.width = 10.0;
+    stroke.dashes = dashes;
+    stroke.dashOffset = 15.0;
+    EXPECT_EQ(document.Get().DrawShape({path, {}, nullptr, &stroke}), 1);
+    document.EndPage();
+    document.Finish();
+    const PostScript::Pixels pixels = document.Draw();
+    EXPECT_EQ(pixels.At(2, 45)[0], 0);
+    EXPECT_EQ(pixels.At(10, 45)[0], 255);
+    EXPECT_EQ(pixels.At(20, 45)[0], 0);
 }
 
 TEST(ORVPostScriptGeneratorTest, WhatIsFarOffOrFlatDoesNotDisturb) {

@@ -90,6 +90,10 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
         EXPECT_EQ(page.header.cupsColorSpace, CUPS_CSPACE_SRGB);
         EXPECT_EQ(page.header.cupsBitsPerPixel, 24U);
         EXPECT_EQ(page.header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount], 2U);
+        // None is stated: it is the page.
+        for (const int side : {CUPS_RASTER_PWG_ImageBoxLeft, CUPS_RASTER_PWG_ImageBoxTop,
+                               CUPS_RASTER_PWG_ImageBoxRight, CUPS_RASTER_PWG_ImageBoxBottom})
+            EXPECT_EQ(page.header.cupsInteger[side], 0U) << side;
         EXPECT_EQ(page.rows[25][3 * 3 + 1], 200);
         EXPECT_EQ(page.rows[25][3 * 3], 0);
         EXPECT_EQ(page.rows[25][0], 255);

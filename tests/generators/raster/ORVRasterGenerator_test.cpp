@@ -99,6 +99,29 @@ TEST(ORVRasterGeneratorTest, CurvesAreRound) {
     EXPECT_NEAR(page.TotalInk(), 3.14159265 * 40.0 * 40.0, 8.0);
 }
 
+// A quarter of a pixel is left at each border, whichever it is and when it is the only one that cuts.
+TEST(ORVRasterGeneratorTest, AClipCutsAtEachOfItsSides) {
+    struct Row {
+        const char* name;
+        ORVMathBox2D clip;
+        int x, y;                // the pixel that is cut into
+        int outsideX, outsideY;  // its neighbour
+    };
+    for (const Row& row : {Row{"left", {6.75, 20.0, 0.0, 20.0}, 6, 10, 5, 10},
+                           Row{"right", {0.0, 13.25, 0.0, 20.0}, 13, 10, 14, 10},
+                           Row{"top", {0.0, 20.0, 6.75, 20.0}, 10, 6, 10, 5},
+                           Row{"bottom", {0.0, 20.0, 0.0, 13.25}, 10, 13, 10, 14}}) {
+        PixelPage page(20.0, 20.0);
+        EXPECT_EQ(page.Get().BeginClip(row.clip), 1);
+        EXPECT_EQ(FillRectangle(page.Get(), 2.0, 2.0, 16.0, 16.0), 1);
+        EXPECT_EQ(page.Get().EndClip(), 1);
+        page.Finish();
+        EXPECT_EQ(page.Ink(10, 10), 255) << row.name;
+        EXPECT_EQ(page.Ink(row.x, row.y), 64) << row.name;
+        EXPECT_EQ(page.Ink(row.outsideX, row.outsideY), 0) << row.name;
+    }
+}
+
 TEST(ORVRasterGeneratorTest, ClipsCutAndNest) {
     PixelPage page(20.0, 20.0);
     EXPECT_EQ(page.Get().BeginClip({2.5, 18.0, 4.0, 16.25}), 1);

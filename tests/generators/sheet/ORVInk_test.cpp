@@ -175,4 +175,70 @@ TEST(ORVInkTest, FormatsThatMakeDotsGetTheGreysOfAreas) {
     EXPECT_LT(pixels[0], 200);
 }
 
+std::vector<ORVPrintGradientStop> Stops(ORVPrintColour from, ORVPrintColour to) {
+    return {{0.0, from}, {1.0, to}};
+}
+
+TEST(ORVInkTest, GradientsInGreysAreAsLightAsTheirMixedColours) {
+    std::vector<ORVPrintGradientStop> stops = Stops({255, 0, 0, 255}, {0, 0, 255, 55});
+    EXPECT_TRUE(ORVInk(ORVColourMode::kGrey).ConvertStops(stops, true));
+    ASSERT_EQ(stops.size(), 9U);
+    for (const ORVPrintGradientStop& stop : stops) {
+        ORVPrintColour mixed{static_cast<std::uint8_t>(std::lround(255 * (1 - stop.offset))), 0,
+                             static_cast<std::uint8_t>(std::lround(255 * stop.offset)), 255};
+        EXPECT_NEAR(stop.colour.red, Area(ORVColourMode::kGrey, mixed).grey, 1);
+        EXPECT_NEAR(stop.colour.opacity, 255 - 200 * stop.offset, 1);
+    }
+    std::vector<ORVPrintGradientStop> greys = Stops({0, 0, 0, 255}, {200, 200, 200, 255});
+    EXPECT_TRUE(ORVInk(ORVColourMode::kGrey).ConvertStops(greys, true));
+    EXPECT_EQ(greys.size(), 2U) << "greys mix to greys";
+}
+
+TEST(ORVInkTest, GradientsOfAreasInBlackAndWhiteHaveSteps) {
+    const ORVInk ink(ORVColourMode::kMono);
+    std::vector<ORVPrintGradientStop> stops = Stops({0, 0, 0, 255}, {255, 255, 255, 255});
+    EXPECT_TRUE(ink.ConvertStops(stops, true));
+    ASSERT_EQ(stops.size(), 4U);
+    EXPECT_EQ(stops[0].colour.red + stops[1].colour.red, 0);
+    EXPECT_EQ(stops[2].colour.red + stops[3].colour.red, 510);
+    EXPECT_NEAR(stops[1].offset, 0.5, 0.01);
+    EXPECT_EQ(stops[1].offset, stops[2].offset);
+    EXPECT_EQ(stops[3].offset, 1.0);
+
+    // Black that fades away is black as long as it is dark on paper, then nothing.
+    stops = Stops({0, 0, 0, 255}, {0, 0, 0, 0});
+    EXPECT_TRUE(ink.ConvertStops(stops, true));
+    ASSERT_EQ(stops.size(), 4U);
+    EXPECT_EQ(stops[1].colour.opacity, 255);
+    EXPECT_EQ(stops[2].colour.opacity, 0);
+    EXPECT_NEAR(stops[2].offset, 0.5, 0.01);
+
+    stops = Stops({255, 255, 0, 200}, {255, 255, 255, 100});
+    EXPECT_FALSE(ink.ConvertStops(stops, true)) << "light all over, not to hide what lies below";
+}
+
+TEST(ORVInkTest, GradientsOfLinesInBlackAndWhiteAreBlackUnlessWhite) {
+    const ORVInk ink(ORVColourMode::kMono);
+    for (const ORVPrintColour& colour :
+         {ORVPrintColour{255, 255, 255, 255}, ORVPrintColour{255, 255, 0, 9}}) {
+        std::vector<ORVPrintGradientStop> stops = Stops(colour, {255, 255, 255, 100});
+        EXPECT_TRUE(ink.ConvertStops(stops, false));
+        for (const ORVPrintGradientStop& stop : stops) {
+            EXPECT_EQ(stop.colour.red, colour.blue == 0 ? 0 : 255);
+            EXPECT_EQ(stop.colour.opacity, 255);
+        }
+    }
+}
+
+TEST(ORVInkTest, PicturesAreAsLightAsTheirOpacityMakesThem) {
+    const auto image = PlainImage(40, 40, {0, 0, 0, 255});
+    ORVInk mono(ORVColourMode::kMono), grey(ORVColourMode::kGrey);
+    const auto pixels = mono.ConvertPicture(*image, 64).GetPixels();
+    const double mean =
+        std::accumulate(pixels.begin(), pixels.end(), 0.0) / static_cast<double>(pixels.size());
+    EXPECT_NEAR((mean * 4.0 - 255.0) / 3.0, 191.0, 6.0);
+    EXPECT_EQ(grey.ConvertPicture(*image, 64).GetPixels()[3], 64);
+    EXPECT_EQ(grey.ConvertPicture(*image).GetPixels()[3], 255);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 
 #include "generators/common/generator_status.h"
 #include "tests/generators/drawing_calls.h"
@@ -58,6 +59,7 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
     const auto image = PlainImage(1, 2, {});
     ORVPrintFill fill;
     fill.pattern = image.get();
+    fill.patternToPage = {3, 0, 0, 3, 1, 1};
     const ORVPrintPath path = RectanglePath(0, 0, 1, 1), clip = RectanglePath(1, 1, 2, 2);
     ASSERT_EQ(sheets.DrawShape({path, {1, 0, 0, 1, 5, 5}, &fill, nullptr}), 1);
     const ORVTextLayout layout = ORVLayoutText("x", {});
@@ -75,7 +77,7 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
               "document \"t\" 1\n"
               "page 1 100x100\n"
               "clip 10,30 to 90,70\n"
-              "fill pattern@255[2 0 0 2 10 30] M20,40 L22,40 L22,42 L20,42 Z\n"
+              "fill pattern@255[6 0 0 6 12 32] M20,40 L22,40 L22,42 L20,42 Z\n"
               "text \"x\" [2 0 0 -2 16 38] fill #000000 clip M12,32 L16,32 L16,36 L12,36 Z\n"
               "image 1x2 [16 0 0 18 12 34]\n"
               "clip 10,30 to 30,40\n"
@@ -83,6 +85,137 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
               "end clip\n"
               "end page\n"
               "end document\n");
+}
+
+/// A shape with gradients, in a clip and a masked layer.
+void DrawComposition(ORVPrintGenerator& generator) {
+    const std::array<ORVPrintGradientStop, 2> stops{{{0.0, {255, 0, 0, 255}}, {1.0, {255, 255, 255, 255}}}};
+    const ORVPrintGradient gradient = Gradient(stops, {10, 0, 0, 10, 1, 1});
+    ORVPrintFill fill;
+    fill.gradient = &gradient;
+    ORVPrintStroke stroke;
+    stroke.gradient = &gradient;
+    stroke.width = 2.0;
+    const ORVPrintPath path = RectanglePath(0, 0, 10, 10);
+    ORVPrintLayer layer;
+    layer.opacity = 0.5;
+    layer.blend = ORVPrintBlendMode::kMultiply;
+    layer.hasMask = true;
+    layer.box = BoxOf(1, 1, 11, 11);
+    ASSERT_EQ(generator.BeginClipPath({path, {1, 0, 0, 1, 1, 1}, true}), 1);
+    ASSERT_EQ(generator.BeginLayer(layer), 1);
+    const int answer = generator.BeginMask({ORVPrintMask::Kind::kLuminance, BoxOf(2, 2, 10, 10)});
+    if (answer == 1) {
+        ASSERT_EQ(FillRectangle(generator, 0, 0, 20, 10, {0, 255, 0, 255}), 1);
+        ASSERT_EQ(generator.EndMask(), 1);
+    }
+    ASSERT_EQ(generator.DrawShape({path, {1, 0, 0, 1, 1, 1}, &fill, &stroke}), 1);
+    ASSERT_EQ(generator.EndLayer(), 1);
+    ASSERT_EQ(generator.EndClipPath(), 1);
+}
+
+TEST(ORVSheetGeneratorTest, PlacesGradientsClipsLayersAndMasks) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.layout.scale = {ORVSheetScale::Kind::kFactor, 2.0};
+    ORVSheetGenerator sheets(target, options);
+    target.SetPowers(ORVPrintGenerator::kMasks);
+    EXPECT_EQ(sheets.GetPowers(), target.GetPowers());
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    DrawComposition(sheets);
+    const std::string gradient = "linear 0,0 1,0 [20 0 0 20 2 2] 0 #ff0000 1 #ffffff";
+    EXPECT_THAT(target.GetLines(),
+                ElementsAre("document \"\" 0", "page 1 80x80", "clip path eo M2,2 L22,2 L22,22 L2,22 Z",
+                            "layer 0.5 multiply masked 2,2 to 22,22", "mask luminance 4,4 to 20,20",
+                            "fill #00ff00 M0,0 L40,0 L40,20 L0,20 Z", "end mask",
+                            "fill " + gradient + " stroke " + gradient + " w2 M2,2 L22,2 L22,22 L2,22 Z",
+                            "end layer", "end clip path"));
+}
+
+TEST(ORVSheetGeneratorTest, SheetsOfAPosterHaveTheirPartsOfLayers) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(110, 60)), 1);
+    ORVPrintLayer layer;
+    layer.opacity = 0.5;
+    layer.box = BoxOf(0, 0, 110, 60);
+    ASSERT_EQ(sheets.BeginLayer(layer), 1);
+    ASSERT_EQ(FillRectangle(sheets, 5, 5, 10, 10), 1);
+    ASSERT_EQ(FillRectangle(sheets, 100, 5, 10, 10), 1);
+    ASSERT_EQ(sheets.EndLayer(), 1);
+    layer.box = BoxOf(70, 0, 80, 60);
+    ASSERT_EQ(sheets.BeginLayer(layer), 1);
+    ASSERT_EQ(FillRectangle(sheets, 0, 20, 110, 10), 1);
+    ASSERT_EQ(sheets.EndLayer(), 1);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    EXPECT_THAT(
+        target.GetLines(),
+        ElementsAre("document \"t\" 0", "page 1 60x60", "clip 0,0 to 60,60", "layer 0.5 normal 0,0 to 110,60",
+                    "fill #000000 M5,5 L15,5 L15,15 L5,15 Z", "end layer", "end clip", "end page",
+                    "page 2 60x60", "clip 0,0 to 60,60", "layer 0.5 normal -50,0 to 60,60",
+                    "fill #000000 M50,5 L60,5 L60,15 L50,15 Z", "end layer", "layer 0.5 normal 20,0 to 30,60",
+                    "fill #000000 M-50,20 L60,20 L60,30 L-50,30 Z", "end layer", "end clip", "end page"));
+}
+
+TEST(ORVSheetGeneratorTest, LayersHaveRoomForWiderLines) {
+    for (const double factor : {1.0, 3.0}) {
+        RecordingGenerator target;
+        ORVSheetOptions options;
+        options.strokeScale = factor;
+        ORVSheetGenerator sheets(target, options);
+        ASSERT_EQ(sheets.BeginDocument({}), 1);
+        ASSERT_EQ(sheets.BeginPage(PageInfo(40, 30)), 1);
+        ORVPrintLayer layer;
+        layer.box = BoxOf(10, 10, 50, 20);
+        ASSERT_EQ(sheets.BeginLayer(layer), 1);
+        EXPECT_EQ(target.GetLines().back(),
+                  factor == 1.0 ? "layer 1 normal 10,10 to 50,20" : "layer 1 normal 0,0 to 50,30");
+    }
+}
+
+TEST(ORVSheetGeneratorTest, ConvertsGradientsButNotMasks) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.colourMode = ORVColourMode::kGrey;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    DrawComposition(sheets);
+    const std::vector<std::string> drawn = target.GetDrawn();
+    ASSERT_EQ(drawn.size(), 2U);
+    EXPECT_THAT(drawn[0], HasSubstr("fill #00ff00 "));
+    EXPECT_THAT(drawn[1], HasSubstr("[10 0 0 10 1 1] 0 #7f7f7f 0.125 #8"));
+    EXPECT_THAT(drawn[1], HasSubstr(" 1 #ffffff stroke linear"));
+}
+
+TEST(ORVSheetGeneratorTest, InBlackAndWhiteLayersAreOpaque) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.colourMode = ORVColourMode::kMono;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40, 40)), 1);
+    ORVPrintLayer layer;
+    layer.opacity = 0.25;
+    layer.box = BoxOf(0, 0, 40, 40);
+    ASSERT_EQ(sheets.BeginLayer(layer), 1);
+    const int key = 0;
+    EXPECT_EQ(sheets.BeginSymbol({&key, {}}), ORVPrintGenerator::kNoSymbols);
+    EXPECT_EQ(WriteText(sheets, "x", 1, 1), 1);
+    EXPECT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);  // light now
+    const auto image = PlainImage(16, 16, {0, 0, 0, 255});
+    EXPECT_EQ(sheets.DrawImage({*image, {}}), 1);
+    ASSERT_EQ(sheets.EndLayer(), 1);
+    EXPECT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);
+    layer.opacity = 0.0;
+    ASSERT_EQ(sheets.BeginLayer(layer), 1);
+    EXPECT_THAT(
+        target.GetLines(),
+        ElementsAre("document \"\" 0", "page 1 40x40", "layer 1 normal 0,0 to 40,40",
+                    "text \"x\" [1 0 0 -1 1 1] fill #000000", "image 16x16 [1 0 0 1 0 0]", "end layer",
+                    "fill #000000 M0,0 L1,0 L1,1 L0,1 Z", "layer 0 normal 0,0 to 40,40"));
 }
 
 TEST(ORVSheetGeneratorTest, PlacesSymbolsAndLeavesTheirContent) {
@@ -208,6 +341,19 @@ TEST(ORVSheetGeneratorTest, ASheetOfSeveralPagesEndsOnceWhenItIsFull) {
     for (unsigned int page = 1; page <= 2; ++page) DrawFilledPage(sheets, 40.0, 20.0, page);
     ASSERT_EQ(sheets.EndDocument(), 1);
     EXPECT_EQ(std::count(target.GetLines().begin(), target.GetLines().end(), "end page"), 1);
+}
+
+TEST(ORVSheetGeneratorTest, ASheetWhosePageBrokeOffIsNotEnded) {
+    RecordingGenerator target;
+    ORVSheetOptions options = OnPaper(100.0, 100.0);
+    options.layout.pagesPerSheet = 4;
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({"t", 2}), 1);
+    DrawFilledPage(sheets, 40.0, 40.0, 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(40.0, 40.0, 2)), 1);
+    ASSERT_EQ(sheets.EndDocument(), 1);
+    EXPECT_THAT(target.GetLines(), Not(Contains("end page")));
+    EXPECT_EQ(target.GetLines().back(), "end document");
 }
 
 TEST(ORVSheetGeneratorTest, PrintsAPosterSheetBySheet) {

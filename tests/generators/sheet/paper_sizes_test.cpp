@@ -34,7 +34,9 @@ INSTANTIATE_TEST_SUITE_P(
                     // Not in the table: the size in the name tells.
                     PaperCase{"custom_roll_914.4x5000mm", 914.4, 5000}, PaperCase{"x_y_z_1x2in", 25.4, 50.8},
                     PaperCase{"210x297mm", 210, 297}, PaperCase{"8.5x11in", 215.9, 279.4},
-                    PaperCase{"21X29.7CM", 210, 297}, PaperCase{"72x144pt", 25.4, 50.8}));
+                    PaperCase{"21X29.7CM", 210, 297}, PaperCase{"72x144pt", 25.4, 50.8},
+                    // The least and the most that paper may measure.
+                    PaperCase{"1x100000mm", 1, 100'000}));
 
 class NoPaperTest : public testing::TestWithParam<const char*> {};
 TEST_P(NoPaperTest, IsRefusedAndWritesNothing) {
@@ -46,7 +48,8 @@ TEST_P(NoPaperTest, IsRefusedAndWritesNothing) {
 INSTANTIATE_TEST_SUITE_P(Paper, NoPaperTest,
                          testing::Values("", "A11", "A", "210x297", "210mm", "210x297px", "0x297mm", "-1x2mm",
                                          "210x297mm ", "x297mm", "infx2mm", "nanx2mm", "1e9x2mm",
-                                         "iso_a4_210", "210x297mmmm", "_", "0.1x5mm", "1e999x1mm"));
+                                         "iso_a4_210", "210x297mmmm", "_", "0.1x5mm", "1e999x1mm",
+                                         "0.9999x5mm", "5x100001mm"));
 
 TEST(PaperSizesTest, EveryNameStandsForItsOwnPaper) {
     std::set<std::string> names;

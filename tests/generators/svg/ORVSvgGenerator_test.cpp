@@ -49,6 +49,25 @@ TEST(ORVSvgGeneratorTest, PagesAreMeasuredInMillimetresAndUserUnits) {
                   ".001\">\n<title>Set</title>\n</svg>\n");
 }
 
+// Each page is a document of its own.
+TEST(ORVSvgGeneratorTest, PagesHaveTheirOwnIdentifiers) {
+    const auto image = PlainImage(1, 1, {1, 2, 3});
+    ORVMemoryOutput output;
+    ORVSvgGenerator generator(output);
+    EXPECT_EQ(generator.BeginDocument({"", 2}), 1);
+    const ORVPrintPath path = RectanglePath(0, 0, 1, 1);
+    const ORVPrintFill fill;
+    for (unsigned int page = 1; page <= 2; ++page) {
+        EXPECT_EQ(generator.BeginPage(PageInfo(9.0, 9.0, page)), 1);
+        EXPECT_EQ(generator.DrawShape({path, {}, &fill, nullptr, "a"}), 1);
+        EXPECT_EQ(generator.DrawImage({*image, {}}), 1);
+        EXPECT_EQ(generator.EndPage(), 1);
+    }
+    EXPECT_EQ(generator.EndDocument(), 1);
+    EXPECT_EQ(CountOf(output.GetBytes(), "<rect id=\"a\""), 2U);
+    EXPECT_EQ(CountOf(output.GetBytes(), "<image id=\"orv-i1\""), 2U);
+}
+
 TEST(ORVSvgGeneratorTest, GroupsKeepIdentifiersTextsAndLinks) {
     DrawnSvg page;
     ORVSvgGenerator& generator = page.Get();

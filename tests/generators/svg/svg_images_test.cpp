@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "tests/generators/svg/drawn_svg.h"
 #include "tests/support/sample_images.h"
@@ -50,6 +51,24 @@ TEST(SvgImagesTest, SmallDefinitionsAreRepeatedWhereAGroupHidesThem) {
     EXPECT_EQ(CountOf(page.Finish(), "<image"), 3U);
 }
 
+TEST(SvgImagesTest, SmallPatternsAreRepeatedWhereAGroupHidesThem) {
+    const auto small = PlainImage(3, 2, {1, 2, 3}), large = PlainImage(100, 100, {1, 2, 3});
+    const ORVPrintPath path = RectanglePath(0.0, 0.0, 5.0, 5.0);
+    DrawnSvg page;
+    ORVPrintGroup group;
+    for (const char* id : {"a", "b"}) {
+        group.id = id;
+        EXPECT_EQ(page.Get().BeginGroup(group), 1);
+        for (const ORVPixelImage* tile : {small.get(), large.get(), small.get(), large.get()}) {
+            ORVPrintFill fill;
+            fill.pattern = tile;
+            EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+        }
+        EXPECT_EQ(page.Get().EndGroup(), 1);
+    }
+    EXPECT_EQ(CountOf(page.Finish(), "<pattern"), 3U);
+}
+
 TEST(SvgImagesTest, PatternsTileTheirImage) {
     const auto tile = PlainImage(2, 2, {9, 9, 9});
     DrawnSvg page;
@@ -65,6 +84,22 @@ TEST(SvgImagesTest, PatternsTileTheirImage) {
                 HasSubstr("<pattern id=\"orv-p1\" patternUnits=\"userSpaceOnUse\" width=\"2\" height=\"2\" "
                           "patternTransform=\"matrix(.5 0 0 .5 0 0)\"><image width=\"2\" height=\"2\" "));
     EXPECT_THAT(text, HasSubstr("<g fill=\"url(#orv-p1)\" fill-opacity=\".2\">"));
+}
+
+TEST(SvgImagesTest, OnlyGreyImagesAreWrittenAsGrey) {
+    constexpr char kGrey = 0, kColour = 2;
+    for (const auto& [colour, type] : {std::pair{ORVPrintColour{9, 9, 9}, kGrey},
+                                       {ORVPrintColour{9, 9, 8}, kColour},
+                                       {ORVPrintColour{9, 8, 9}, kColour},
+                                       {ORVPrintColour{8, 9, 9}, kColour}}) {
+        const auto image = PlainImage(1, 1, colour);
+        DrawnSvg page;
+        EXPECT_EQ(page.Get().DrawImage({*image, {}}), 1);
+        // Signature, length and name of the header, size, bits, kind of pixels, compression.
+        const std::string start =
+            std::string("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\1\0\0\0\1\x08", 25) + type + '\0';
+        EXPECT_THAT(page.Finish(), HasSubstr("data:image/png;base64," + ToBase64(start)));
+    }
 }
 
 }  // namespace

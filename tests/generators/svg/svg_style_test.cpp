@@ -1,7 +1,15 @@
 // Shapes with their paint, as elements.
 
+#include "generators/svg/svg_style.h"
+
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/visualization/fonts/ORVFontFace.h"
 #include "tests/generators/svg/drawn_svg.h"
 #include "tests/support/named_rows.h"
 
@@ -124,5 +132,49 @@ INSTANTIATE_TEST_SUITE_P(
                   },
                   "<path fill=\"none\" stroke=\"#000\" d=\"M-40000 5h80000\"/>\n"}),
     kNameOfRow);
+
+/// A face that has a name and a weight and nothing else.
+class NamedFace final : public ORVFontFace {
+public:
+    explicit NamedFace(int weight) : ORVFontFace(WithWeight(weight)) {}
+    unsigned int GetUnitsPerEm() const override { return 1000; }
+    double GetAscent() const override { return 0.9; }
+    double GetDescent() const override { return 0.2; }
+    std::uint32_t GetGlyph(char32_t) const override { return 0; }
+    double GetAdvance(std::uint32_t) const override { return 0.0; }
+    bool DrawGlyph(std::uint32_t, double, ORVGlyphOutlineSink&) const override { return false; }
+    ORVFontBytes GetTable(std::string_view) const override { return {}; }
+    ORVFontSubset MakeSubset(const std::vector<std::uint32_t>&, std::string_view) const override {
+        return {};
+    }
+    FT_FaceRec_* GetFreeTypeFace() const override { return nullptr; }
+
+private:
+    static Description WithWeight(int weight) {
+        Description description;
+        description.family = "Own";
+        description.weight = weight;
+        return description;
+    }
+};
+
+// SVG counts weights in hundreds, from 100 to 900.
+TEST(SvgFontTest, StatesTheNearestWeight) {
+    struct Row {
+        int weight;
+        bool isBold;
+        const char* stated;
+    };
+    for (const Row& row : {Row{400, false, ""}, Row{350, false, ""}, Row{449, false, ""},
+                           Row{349, false, " font-weight=\"300\""}, Row{450, false, " font-weight=\"500\""},
+                           Row{700, false, " font-weight=\"bold\""}, Row{680, false, " font-weight=\"bold\""},
+                           Row{20, false, " font-weight=\"100\""}, Row{1000, false, " font-weight=\"900\""},
+                           Row{400, true, " font-weight=\"bold\""}}) {
+        std::string text;
+        AppendSvgFont(text, NamedFace(row.weight), 10.0, row.isBold);
+        EXPECT_EQ(text, " font-family=\"Own,sans-serif\" font-size=\"10\"" + std::string(row.stated))
+            << row.weight;
+    }
+}
 
 }  // namespace

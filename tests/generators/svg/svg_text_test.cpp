@@ -99,6 +99,14 @@ INSTANTIATE_TEST_SUITE_P(
                  // It starts at its right end.
                  {"direction=\"rtl\" writing-mode=\"rl\" x=\"42.129\" y=\"30\" "
                   "textLength=\"22.129\">שלום</text>"}},
+        TextCase{"RightToLeftSpaced",
+                 "שלום",
+                 kUpright,
+                 1,
+                 2.5,
+                 1.0,
+                 // The spacing behind the last letter lies beyond it.
+                 {"x=\"49.629\" y=\"30\" textLength=\"32.129\">שלום</text>"}},
         TextCase{"Mixed", "a שלום b", kUpright, 0, 0.0, 1.0, {">a </text>", ">שלום</text>", ">b</text>"}},
         // Letters below each other, each an element.
         TextCase{"Vertical", "AB", kUpright, 2, 0.0, 1.0, {">A</text>\n<text x=\"16", ">B</text>\n"}}),

@@ -49,6 +49,8 @@ struct StoredPage {
     std::uint32_t width = 0, height = 0;
     std::uint16_t bits = 0, samples = 0, photometric = 0, compression = 0, unit = 0;
     float resolution = 0.0F;
+    std::uint32_t kind = 0;
+    std::uint16_t number = 0, count = 0;
     std::vector<std::vector<std::uint8_t>> rows;
 };
 
@@ -67,6 +69,8 @@ std::vector<StoredPage> Read(const std::string& bytes) {
         TIFFGetField(tiff, TIFFTAG_COMPRESSION, &page.compression);
         TIFFGetField(tiff, TIFFTAG_RESOLUTIONUNIT, &page.unit);
         TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &page.resolution);
+        TIFFGetField(tiff, TIFFTAG_SUBFILETYPE, &page.kind);
+        TIFFGetField(tiff, TIFFTAG_PAGENUMBER, &page.number, &page.count);
         for (std::uint32_t y = 0; y < page.height; ++y) {
             auto& row = page.rows.emplace_back(static_cast<std::size_t>(TIFFScanlineSize(tiff)));
             EXPECT_EQ(TIFFReadScanline(tiff, row.data(), y, 0), 1) << y;
@@ -76,13 +80,14 @@ std::vector<StoredPage> Read(const std::string& bytes) {
     return pages;
 }
 
-std::string Draw(ORVColourMode mode, unsigned int pages = 1) {
+/// @param known  the number of pages that is told beforehand
+std::string Draw(ORVColourMode mode, unsigned int pages, unsigned int known) {
     ORVMemoryOutput output;
     ORVRasterOptions options;
     options.colourMode = mode;
     options.bandRows = 7;
     ORVTiffGenerator generator(output, options);
-    EXPECT_EQ(generator.BeginDocument({"Title", pages}), 1);
+    EXPECT_EQ(generator.BeginDocument({"Title", known}), 1);
     for (unsigned int i = 1; i <= pages; ++i) {
         EXPECT_EQ(generator.BeginPage(PageInfo(20.0, 29.0 + i, i)), 1);
         EXPECT_EQ(FillRectangle(generator, 2.0, 20.0, 10.0, 5.0, {200, 0, 0}), 1);
@@ -93,6 +98,8 @@ std::string Draw(ORVColourMode mode, unsigned int pages = 1) {
     EXPECT_EQ(output.GetPartCount(), 1U);
     return output.GetBytes();
 }
+
+std::string Draw(ORVColourMode mode, unsigned int pages = 1) { return Draw(mode, pages, pages); }
 
 TEST(ORVTiffGeneratorTest, ColoursAreReadBack) {
     const auto pages = Read(Draw(ORVColourMode::kColour));
@@ -136,6 +143,20 @@ TEST(ORVTiffGeneratorTest, PagesFollowEachOther) {
     ASSERT_EQ(pages.size(), 3U);
     for (std::uint32_t i = 0; i < 3; ++i) EXPECT_EQ(pages[i].height, 30U + i);
     EXPECT_EQ(Draw(ORVColourMode::kColour, 3), Draw(ORVColourMode::kColour, 3));
+}
+
+// Numbers count from 0; a count of 0 says that nobody knows it.
+TEST(ORVTiffGeneratorTest, PagesOfADocumentAreNumbered) {
+    for (const unsigned int known : {3U, 0U}) {
+        const auto pages = Read(Draw(ORVColourMode::kGrey, 3, known));
+        ASSERT_EQ(pages.size(), 3U);
+        for (std::uint16_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(pages[i].kind, static_cast<std::uint32_t>(FILETYPE_PAGE)) << known;
+            EXPECT_EQ(pages[i].number, i) << known;
+            EXPECT_EQ(pages[i].count, known);
+        }
+    }
+    EXPECT_EQ(Read(Draw(ORVColourMode::kGrey))[0].kind, 0U) << "a picture by itself";
 }
 
 TEST(ORVTiffGeneratorTest, OutputsThatFailAreReported) {

@@ -528,6 +528,17 @@ TEST(ModelRenderTest, LinksLeadOnlyToGroupsThatAreThere) {
                                     "group #other"));
 }
 
+TEST(ModelRenderTest, PagesAreNoPlacesThatLinksLeadTo) {
+    OnePage page;
+    (*page.GetModel().GetImages())[0]->SetID("page");
+    page.Add(MakeLink("page", ""));
+    page.Add(MakeLink("page", "http://x/"));
+    RecordingGenerator generator;
+    DrawAll(page, generator);
+    EXPECT_THAT(generator.GetText(), testing::Not(HasSubstr("->#page")));
+    EXPECT_THAT(generator.GetText(), HasSubstr("->http://x/"));
+}
+
 /// A rectangle, a line, a text and an image, called "shape" each, one after the other.
 std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> NamedShapes() {
     const auto bitmap = Make<ORVPrtBitmapImageElt>();
@@ -559,6 +570,48 @@ TEST(ModelRenderTest, ShapeThatALinkLeadsToIsAGroupOfItsOwn) {
                         ElementsAre("group ->#shape", "end group", "group #shape target",
                                     Not(HasSubstr("#shape")), "end group", StartsWith("fill #000000 M2,50")));
         }
+}
+
+TEST(ModelRenderTest, PageThatALinkLeadsToIsAGroupWithoutContent) {
+    const auto shape = MakeRectangle(0.0, 0.0, 1.0, 1.0);
+    shape->SetID("page");
+    OnePage page;
+    page.GetPage().SetID("page");
+    page.Add(shape);
+    page.Add(MakeLink("page", ""));
+    RecordingGenerator generator;
+    EXPECT_EQ(DrawAll(page, generator), 1);
+    EXPECT_THAT(PageLines(generator),
+                ElementsAre("group #page target", "end group", StartsWith("fill #000000 M0,50"),
+                            "group ->#page", "end group"));
+}
+
+TEST(ModelRenderTest, PageWithoutLinksToItIsNoGroup) {
+    OnePage page;
+    page.GetPage().SetID("page");
+    page.Add(MakeLink("", "http://x/"));
+    RecordingGenerator generator;
+    EXPECT_EQ(DrawAll(page, generator), 1);
+    EXPECT_THAT(PageLines(generator), ElementsAre("group ->http://x/", "end group"));
+}
+
+TEST(ModelRenderTest, DescriptionOfAShapeIsThatOfAGroupAroundIt) {
+    const auto described = MakeRectangle(0.0, 0.0, 1.0, 1.0), both = MakeRectangle(2.0, 0.0, 3.0, 1.0);
+    described->SetDescription("Wall");
+    both->SetDescription("Door");
+    both->SetID("door");
+    OnePage page;
+    page.Add(described);
+    page.Add(both);
+    RecordingGenerator indifferent, keen;
+    keen.KeepIdentifiers();
+    EXPECT_EQ(DrawAll(page, indifferent), 1);
+    EXPECT_EQ(DrawAll(page, keen), 1);
+    EXPECT_THAT(PageLines(indifferent),
+                ElementsAre(StartsWith("fill #000000 M0,50"), StartsWith("fill #000000 M2,50")));
+    EXPECT_THAT(PageLines(keen),
+                ElementsAre("group \"Wall\"", StartsWith("fill #000000 M0,50"), "end group",
+                            "group #door \"Door\"", StartsWith("fill #000000 M2,50"), "end group"));
 }
 
 TEST(ModelRenderTest, OtherShapesSayTheirIdentifiersWhereTheyAreOfUse) {
@@ -858,6 +911,38 @@ TEST_F(ModelTakenApartTest, PageThatIsDrawnTwiceKeepsEverything) {
     parameters.SetPages({1, 1});
     DrawAway(parameters);
     EXPECT_THAT(long_->GetPoints(), testing::SizeIs(1024));
+}
+
+TEST(ModelRenderTest, LinesThatMeetTheirStartAreClosedUnlessTheyAreOneEdge) {
+    struct Row {
+        std::vector<ORVMathPoint2D> points;
+        bool isClosed;
+    };
+    for (const Row& row :
+         {Row{{{5, 5}, {5, 5}}, false}, Row{{{5, 5}, {9, 5}}, false}, Row{{{5, 5}, {9, 5}, {5, 5}}, true},
+          Row{{{5, 5}, {9, 5}, {9, 9}, {5, 5}}, true}, Row{{{5, 5}, {9, 5}, {9, 9}, {5, 6}}, false}}) {
+        OnePage page;
+        page.Add(MakePoints<ORVPrtPolylineElt>(row.points));
+        RecordingGenerator generator;
+        DrawAll(page, generator);
+        ASSERT_EQ(generator.GetDrawn().size(), 1U);
+        EXPECT_EQ(generator.GetDrawn()[0].ends_with(" Z"), row.isClosed) << generator.GetDrawn()[0];
+    }
+}
+
+// Angles are floats: an arc begins beside the point that the line before it ends at, the farther the larger.
+TEST(ModelRenderTest, AnArcGoesOnFromTheLineBeforeItWithoutATinyEdge) {
+    const float pi = 3.14159265F;
+    const auto region = MakeContainer<ORVPrtClosedFigureRegionElt>(
+        {MakeLine(0.0, 10.0, 0.0, 0.0), MakeArc(1000.0, 0.0, 1000.0, 1000.0, pi, pi + 0.1F)});
+    OnePage page;
+    page.Add(MakeContainer<ORVPrtClosedFigureElt>({region}));
+    RecordingGenerator generator;
+    DrawAll(page, generator);
+    ASSERT_EQ(generator.GetDrawn().size(), 1U);
+    const std::string drawn = generator.GetDrawn()[0];
+    EXPECT_EQ(std::count(drawn.begin(), drawn.end(), 'L'), 1) << drawn;
+    EXPECT_EQ(std::count(drawn.begin(), drawn.end(), 'C'), 1) << drawn;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tests/platform/print/recording_generator.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include "platform/print/ORVPrintPath.h"
@@ -49,22 +50,49 @@ std::string Colour(const ORVPrintColour& c) {
     return text;
 }
 
+std::string Gradient(const ORVPrintGradient& gradient) {
+    std::string text = gradient.kind == ORVPrintGradient::Kind::kLinear ? "linear" : "radial";
+    if (gradient.spread == ORVPrintGradient::Spread::kReflect) text += " reflect";
+    if (gradient.spread == ORVPrintGradient::Spread::kRepeat) text += " repeat";
+    text += " " + Point(gradient.start);
+    if (gradient.kind == ORVPrintGradient::Kind::kRadial) text += " r" + Number(gradient.startRadius);
+    text += " " + Point(gradient.end);
+    if (gradient.kind == ORVPrintGradient::Kind::kRadial) text += " r" + Number(gradient.endRadius);
+    text += " " + Map(gradient.toPage);
+    for (const ORVPrintGradientStop& stop : gradient.stops)
+        text += " " + Number(stop.offset) + " " + Colour(stop.colour);
+    return text;
+}
+
 std::string Fill(const ORVPrintFill& fill) {
     std::string text = Colour(fill.colour);
+    if (fill.gradient) text = Gradient(*fill.gradient);
     if (fill.pattern) text = "pattern@" + std::to_string(fill.colour.opacity) + Map(fill.patternToPage);
     return text + (fill.evenOdd ? " eo" : "");
 }
 
 std::string Stroke(const ORVPrintStroke& stroke) {
-    std::string text = Colour(stroke.colour) + " w" + Number(stroke.width);
+    std::string text =
+        (stroke.gradient ? Gradient(*stroke.gradient) : Colour(stroke.colour)) + " w" + Number(stroke.width);
     if (stroke.cap == ORVPrintStroke::Cap::kRound) text += " round-cap";
     if (stroke.cap == ORVPrintStroke::Cap::kSquare) text += " square-cap";
     if (stroke.join == ORVPrintStroke::Join::kRound) text += " round-join";
     if (stroke.join == ORVPrintStroke::Join::kBevel) text += " bevel-join";
+    if (stroke.miterLimit != ORVPrintStroke().miterLimit) text += " miter" + Number(stroke.miterLimit);
     for (std::size_t i = 0; i < stroke.dashes.size(); ++i)
         text += (i == 0 ? " d" : ",") + Number(stroke.dashes[i]);
+    if (stroke.dashOffset != 0.0) text += " o" + Number(stroke.dashOffset);
     return text;
 }
+
+std::string Box(const ORVMathBox2D& box) {
+    return Point({box.xMin, box.yMin}) + " to " + Point({box.xMax, box.yMax});
+}
+
+constexpr std::array kBlendNames{"normal",     "multiply",   "screen",      "overlay",
+                                 "darken",     "lighten",    "color-dodge", "color-burn",
+                                 "hard-light", "soft-light", "difference",  "exclusion",
+                                 "hue",        "saturation", "color",       "luminosity"};
 
 std::string Name(std::string_view id) { return id.empty() ? "" : " #" + std::string(id); }
 
@@ -112,8 +140,24 @@ int RecordingGenerator::BeginGroup(const ORVPrintGroup& group) {
     return Add(line);
 }
 
-int RecordingGenerator::BeginClip(const ORVMathBox2D& box) {
-    return Add("clip " + Point({box.xMin, box.yMin}) + " to " + Point({box.xMax, box.yMax}));
+int RecordingGenerator::BeginClip(const ORVMathBox2D& box) { return Add("clip " + Box(box)); }
+
+int RecordingGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return Add("clip path" + std::string(clip.evenOdd ? " eo" : "") + Outline(clip.path, clip.toPage));
+}
+
+int RecordingGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    std::string line =
+        "layer " + Number(layer.opacity) + " " + kBlendNames[static_cast<std::size_t>(layer.blend)];
+    if (!layer.isIsolated) line += " not isolated";
+    if (layer.hasMask) line += " masked";
+    return Add(line + " " + Box(layer.box));
+}
+
+int RecordingGenerator::BeginMask(const ORVPrintMask& mask) {
+    if ((powers_ & kMasks) == 0) return kSkipMask;
+    const bool isLuminance = mask.kind == ORVPrintMask::Kind::kLuminance;
+    return Add(std::string("mask ") + (isLuminance ? "luminance " : "opacity ") + Box(mask.box));
 }
 
 int RecordingGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {

@@ -12,6 +12,8 @@
 ///     fill #ff0000 M0,0 L10,0 L10,10 Z
 ///     stroke #000000 w1 M0,0 L10,0
 ///     symbol 1 [1 0 0 1 20 30]
+///     fill linear reflect 0,0 1,0 [10 0 0 5 0 0] 0 #ff0000 1 #0000ff@128 M0,0 L10,0 L10,10 Z
+///     layer 0.5 multiply 0,0 to 10,10
 class RecordingGenerator final : public ORVPrintGenerator {
 public:
     const std::vector<std::string>& GetLines() const { return lines_; }
@@ -25,6 +27,8 @@ public:
     void TakeSymbols() { takesSymbols_ = true; }
     /// Wants the identifiers of shapes, which stand at the ends of their lines.
     void KeepIdentifiers() { keepsIdentifiers_ = true; }
+    /// Can do no more than this; all there is when not said.
+    void SetPowers(unsigned int powers) { powers_ = powers; }
     /// How often a symbol was announced, taken or not.
     std::size_t GetAnnouncementCount() const { return announcements_; }
 
@@ -34,6 +38,13 @@ public:
     int EndGroup() override { return Add("end group"); }
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override { return Add("end clip"); }
+    unsigned int GetPowers() const override { return powers_; }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override { return Add("end clip path"); }
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override { return Add("end layer"); }
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override { return Add("end mask"); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override { return Add("end symbol"); }
     bool KeepsIdentifiers() const override { return keepsIdentifiers_; }
@@ -49,6 +60,7 @@ private:
     std::vector<std::string> lines_;
     std::size_t calls_ = 0;
     std::size_t failAt_ = 0;
+    unsigned int powers_ = kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
     bool takesSymbols_ = false, keepsIdentifiers_ = false;
     std::size_t announcements_ = 0;
     std::vector<const void*> symbols_;

@@ -194,6 +194,22 @@ TEST(SymbolTest, PlacesOfOtherSizesGetSymbolsOfTheirOwn) {
                             StartsWith("new symbol 3 [1 0 0 1"), "fill #000000", "end symbol"));
 }
 
+TEST(SymbolTest, ContentOfManySizesIsDrawnOutAfterSixteen) {
+    OnePage page;
+    {
+        const auto star = MakeContainer<ORVPrtGroupElt>({Star()});
+        for (double scale = 0.001; scale < 5000.0; scale *= 2.3)
+            page.Add(Placed(star, Matrix(scale, 0.0, 0.0, scale)));
+    }
+    RecordingGenerator generator;
+    generator.TakeSymbols();
+    EXPECT_EQ(DrawAll(page, generator), 1);
+    std::size_t symbols = 0;
+    for (const std::string& line : generator.GetLines()) symbols += line.starts_with("new symbol") ? 1 : 0;
+    EXPECT_EQ(symbols, 16U);
+    EXPECT_EQ(generator.GetDrawn().size(), 19U);
+}
+
 TEST(SymbolTest, MapsWithoutUseAreNoSymbols) {
     const auto star = MakeContainer<ORVPrtGroupElt>({Star()});
     for (const auto& transform : {Matrix(1e5, 0.0, 0.0, 1e5), Matrix(1e-5, 0.0, 0.0, 1e-5),

@@ -155,6 +155,17 @@ TEST_F(FilesTest, LinksLeadFromOneAllowedFolderToAnother) {
     EXPECT_TRUE(policy_.MayRead(Path("open/other/c.png")));
 }
 
+TEST_F(FilesTest, FortyLinksAreFollowedAsTheSystemDoes) {
+    fs::create_symlink("a.png", root_ / "open" / "1");
+    for (int i = 2; i <= 41; ++i)
+        fs::create_symlink(std::to_string(i - 1), root_ / "open" / std::to_string(i));
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    for (const auto& [name, isFollowed] : {std::pair{"open/1", 1}, {"open/40", 1}, {"open/41", 0}})
+        EXPECT_EQ(ORVFileStat(Path(name)), isFollowed) << name;
+    EXPECT_TRUE(policy_.MayRead(Path("open/40")));
+    EXPECT_FALSE(policy_.MayRead(Path("open/41")));
+}
+
 // A folder may be named through links by the host; what it is named by leads into it, too.
 TEST_F(FilesTest, AFolderIsKnownByTheNameThatItWasGiven) {
     fs::create_directory_symlink(root_ / "open-not", root_ / "alias");

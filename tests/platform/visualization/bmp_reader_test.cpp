@@ -174,6 +174,16 @@ TEST(BmpReaderTest, PixelLimitHolds) {
     EXPECT_FALSE(ReadBmp(file));
 }
 
+// The code of bit fields stands for another compression in headers of this size.
+TEST(BmpReaderTest, CodesOfOs2AreNoBitFields) {
+    for (const std::uint32_t size : {64U, 52U}) {
+        BmpToWrite bmp;
+        bmp.U32(size).U32(1).U32(1).U16(1).U16(32).U32(kBitFields).U32(0).U32(0).U32(0).U32(0).U32(0);
+        bmp.U32(0x00FF0000).U32(0x0000FF00).U32(0x000000FF).Append(ByteList(size - 52, 0));
+        EXPECT_EQ(static_cast<bool>(ReadBmp(bmp.With({0, 0, 255, 0}))), size == 52U) << size;
+    }
+}
+
 TEST(BmpReaderTest, OtherBytesGiveNull) {
     EXPECT_FALSE(ReadBmp({}));
     EXPECT_FALSE(ReadBmp({'B', 'M'}));

@@ -153,6 +153,18 @@ TEST(XmlLimits, DefaultAttributesThatGrowAreBounded) {
     EXPECT_EQ(ParseDom(document).status, -1);
 }
 
+// Each takes memory, even one without a value and with a short name.
+TEST(XmlLimits, DefaultAttributesCountWithWhatTheyTakeThemselves) {
+    std::string type = "<!DOCTYPE t [<!ATTLIST g";
+    for (char c = 'a'; c <= 'z'; ++c) type += std::string(" ") + c + "1 CDATA '' " + c + "2 CDATA ''";
+    type += ">]><t>";
+    for (const auto& [count, status] : {std::pair{1'000, 1}, {10'000, -1}}) {
+        std::string document = type;
+        for (int i = 0; i < count; ++i) document += "<g/>";
+        EXPECT_EQ(ParseLight(document + "</t>").status, status) << count;
+    }
+}
+
 // Of the following sizes, nothing that takes quadratic time would come to an end.
 TEST(XmlLimits, AValueOf50MillionBytesIsRead) {
     constexpr std::size_t kSize = 50000000;

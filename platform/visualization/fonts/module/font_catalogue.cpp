@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
+#include <tuple>
 #include <utility>
 
 #include "platform/visualization/fonts/module/fixed_fonts.h"
@@ -203,6 +204,42 @@ const CatalogueEntry* FontCatalogue::NearestOfFamily(const CatalogueEntry& entry
     for (std::size_t i = first; i < entries_.size() && entries_[i].family == entry.family; ++i)
         consider(entries_[i]);
     return nearest;
+}
+
+const CatalogueEntry& FontCatalogue::NearestFace(const CatalogueEntry& entry, int slant, int width,
+                                                 int weight) const {
+    const std::shared_lock lock(mutex_);
+    // As style sheets have it: what is lighter than regular looks for lighter faces first, what is bolder for
+    // bolder ones.
+    const auto weightDistance = [weight](int other) {
+        constexpr int kWrongSide = 1000, kMostRegular = 500;
+        const int distance = std::abs(other - weight);
+        if (other == weight) return 0;
+        if (weight >= kRegularWeight && weight <= kMostRegular)
+            return other > weight && other <= kMostRegular ? distance
+                   : other < weight                        ? kWrongSide + distance
+                                                           : 2 * kWrongSide + distance;
+        const bool isRightSide = weight < kRegularWeight ? other < weight : other > weight;
+        return isRightSide ? distance : kWrongSide + distance;
+    };
+    const auto isSlanted = [](int other) { return other != FC_SLANT_ROMAN; };
+    const auto rank = [&](const CatalogueEntry& other) {
+        return std::tuple(std::abs(other.width - width), isSlanted(other.slant) == isSlanted(slant) ? 0 : 1,
+                          std::abs(other.slant - slant), weightDistance(other.weight));
+    };
+    const CatalogueEntry* nearest = &entry;
+    auto first = static_cast<std::size_t>(entry.font->GetCatalogueIndex()) - 1;
+    while (first > 0 && entries_[first - 1].family == entry.family) --first;
+    for (std::size_t i = first; i < entries_.size() && entries_[i].family == entry.family; ++i)
+        if (entries_[i].font->GetKind() != ORVFont::kPlain && rank(entries_[i]) < rank(*nearest))
+            nearest = &entries_[i];
+    return *nearest;
+}
+
+const CatalogueEntry* FontCatalogue::EntryOf(FcPattern* pattern) const {
+    const std::shared_lock lock(mutex_);
+    const auto found = byFile_.find(FileKey(pattern));
+    return found == byFile_.end() ? nullptr : found->second;
 }
 
 const ORVFont* FontCatalogue::MakeStandIn(std::string_view name) {

@@ -46,6 +46,10 @@ public:
     int Count() const;
     /// The entry with catalogue index `index`, null when there is none.
     const CatalogueEntry* EntryAt(int index) const;
+    /// The face of an entry's family that comes nearest: in width first, then in slant, then in weight.
+    const CatalogueEntry& NearestFace(const CatalogueEntry& entry, int slant, int width, int weight) const;
+    /// The entry that a pattern of fontconfig stands for, null when it is no outline font.
+    const CatalogueEntry* EntryOf(FcPattern* pattern) const;
     const ORVFont* Register(std::string_view name, const std::string& faceFile);
     const FileFace* FindFace(const ORVFont& font, int weight) const;
     /// The catalogue's face that a pattern of fontconfig stands for, null when it is no outline font.

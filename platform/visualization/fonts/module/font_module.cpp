@@ -4,6 +4,7 @@
 #include "platform/visualization/fonts/font_system.h"
 #include "platform/visualization/fonts/module/file_face.h"
 #include "platform/visualization/fonts/module/font_catalogue.h"
+#include "platform/visualization/fonts/module/font_choice.h"
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
 #include "platform/visualization/fonts/module/glyph_pictures.h"
@@ -50,6 +51,9 @@ public:
         if (!NotingFailure([&] { picture = ::MakeGlyphPicture(file, glyph, pixelsPerEm, colour); }))
             return {};
         return picture;
+    }
+    bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) override {
+        return NotingFailure([&] { choice = ChooseFont(FontCatalogue::Get(), query); });
     }
 };
 

@@ -1,0 +1,63 @@
+# What `cmake --install` puts where, and what others find it by. Two components: "runtime", and "development" with headers,
+# CMake package, pkg-config files and documentation.
+#
+#   orv_install_library(TARGET NAME)   a shared library with its header set, found as orvprint::NAME
+#   orv_install_module(TARGET)         a module that is loaded at run time: beside the libraries, without a version
+#   orv_install_package(FOLDER FILE...)  the package files, and documentation
+
+include(CMakePackageConfigHelpers)
+
+set(orv_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvprint)
+set(orv_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/orvprint)
+# Before 1.0, a library of another minor version is another library.
+set(orv_interface_version ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+
+function(orv_install_library target name)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    # What every target of ours links is our own affair.
+    get_target_property(linked ${target} INTERFACE_LINK_LIBRARIES)
+    list(FILTER linked EXCLUDE REGEX "^orv_")
+    set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "${linked}")
+    set_target_properties(${target} PROPERTIES
+        EXPORT_NAME ${name} VERSION ${PROJECT_VERSION} SOVERSION ${orv_interface_version})
+    install(TARGETS ${target} EXPORT orvprint-${name}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+        FILE_SET HEADERS DESTINATION ${orv_header_folder} COMPONENT development)
+endfunction()
+
+function(orv_install_module target)
+    install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
+endfunction()
+
+function(orv_install_package folder)
+    foreach(name platform generators command)
+        install(EXPORT orvprint-${name} NAMESPACE orvprint::
+            DESTINATION ${orv_package_folder} COMPONENT development)
+    endforeach()
+    configure_package_config_file(${CMAKE_SOURCE_DIR}/packaging/orvprint-config.cmake.in
+        ${CMAKE_BINARY_DIR}/packaging/orvprint-config.cmake INSTALL_DESTINATION ${orv_package_folder})
+    write_basic_package_version_file(${CMAKE_BINARY_DIR}/packaging/orvprint-config-version.cmake
+        COMPATIBILITY SameMinorVersion)
+    install(FILES
+        ${CMAKE_BINARY_DIR}/packaging/orvprint-config.cmake
+        ${CMAKE_BINARY_DIR}/packaging/orvprint-config-version.cmake
+        DESTINATION ${orv_package_folder} COMPONENT development)
+
+    # Found from where the file lies, so that an installation can be moved.
+    file(RELATIVE_PATH prefix_from_package
+        ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+    string(REGEX REPLACE "/$" "" prefix_from_package ${prefix_from_package})
+    file(RELATIVE_PATH libraries_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+    file(RELATIVE_PATH headers_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/orvprint)
+    foreach(name orvprint orvprint-generators)
+        configure_file(${CMAKE_SOURCE_DIR}/packaging/${name}.pc.in
+            ${CMAKE_BINARY_DIR}/packaging/${name}.pc @ONLY)
+        install(FILES ${CMAKE_BINARY_DIR}/packaging/${name}.pc
+            DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+    endforeach()
+
+    install(FILES ${ARGN} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+    install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+        PATTERN man EXCLUDE PATTERN api EXCLUDE)
+    install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+endfunction()

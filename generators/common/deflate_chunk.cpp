@@ -1,0 +1,111 @@
+#include "generators/common/deflate_chunk.h"
+
+#include <isa-l.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/system/ORVThreadValue.h"
+
+namespace {
+
+/// What a thread keeps from piece to piece.
+struct Workspace {
+    std::vector<std::uint8_t> levelMemory = std::vector<std::uint8_t>(ISAL_DEF_LVL1_DEFAULT);
+    std::vector<std::uint8_t> input;
+};
+
+Workspace& GetWorkspace() {
+    static ORVThreadValue<Workspace> workspaces;
+    return workspaces.Get();
+}
+
+// The fast compressor leaves the upper halves of the vector registers in use, which slows down all that the
+// thread computes with doubles afterwards, to half the speed on some processors.
+void FreeUpperHalves() {
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx")) __asm__ volatile("vzeroupper" ::: "memory");
+#endif
+}
+
+// The state of the compressor that is set below is that of this version; generators/CMakeLists.txt refuses
+// others.
+static_assert(ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0));
+
+// At the start of a stream, the compressor notes the second byte where the address of its own state hashes
+// to, and now and then finds a match there: the same bytes would not always become the same stream. It does
+// not when it is told that earlier bytes have been seen, with a table of them that is empty. It then leaves
+// it to the caller, too, to clear that table and to say how large it is.
+void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemory) {
+    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // generously
+    std::fill_n(levelMemory.begin(), kTableEnd, std::uint8_t{0});
+    stream.internal_state.has_hist = IGZIP_HIST;
+    stream.internal_state.hash_mask = IGZIP_LVL1_HASH_SIZE - 1;
+    stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
+}
+
+bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
+    // The library counts in 32 bits; a band is far smaller.
+    if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
+    auto& [levelMemory, input] = GetWorkspace();
+    isal_zstream stream;
+    isal_deflate_init(&stream);
+    stream.level = 1;
+    stream.level_buf = levelMemory.data();
+    stream.level_buf_size = static_cast<std::uint32_t>(levelMemory.size());
+    stream.gzip_flag = isWhole ? IGZIP_ZLIB : IGZIP_DEFLATE;
+    stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
+    stream.end_of_stream = isWhole ? 1 : 0;
+    stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    if (!bytes.empty()) {
+        BeginWithHistory(stream, levelMemory);
+        // The compressor may look at bytes in front of the first one, and must not take any for a match.
+        constexpr std::size_t kFront = IGZIP_HIST_SIZE;
+        input.resize(std::max(input.size(), kFront + bytes.size()));
+        std::fill_n(input.begin(), kFront, static_cast<std::uint8_t>(~bytes.front()));
+        std::copy(bytes.begin(), bytes.end(), input.begin() + kFront);
+        stream.next_in = input.data() + kFront;
+    }
+    stream.avail_in = static_cast<std::uint32_t>(bytes.size());
+    while (true) {
+        const std::size_t start = out.size();
+        // Drawings shrink to little; what does not goes on in another round.
+        const std::size_t room = std::max<std::size_t>(bytes.size() / 16, 4096);
+        out.resize(start + room);
+        stream.next_out = out.data() + start;
+        stream.avail_out = static_cast<std::uint32_t>(room);
+        const int status = isal_deflate(&stream);
+        FreeUpperHalves();
+        if (status != COMP_OK) return false;
+        out.resize(start + room - stream.avail_out);
+        if (stream.avail_out > 0) return true;
+    }
+}
+
+}  // namespace
+
+bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
+    return Deflate(bytes, false, out);
+}
+
+bool ORVDeflateWhole(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
+    return Deflate(bytes, true, out);
+}
+
+std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {
+    return isal_adler32(1, bytes.data(), bytes.size());
+}
+
+std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
+    // The lower half is the sum of all bytes and 1, the upper one the sum of the lower halves after each
+    // byte.
+    constexpr std::uint64_t kModulus = 65521;
+    const std::uint64_t a1 = first & 0xFFFFU, b1 = first >> 16U, a2 = second & 0xFFFFU, b2 = second >> 16U;
+    const std::uint64_t a = (a1 + a2 + kModulus - 1) % kModulus;
+    const std::uint64_t b = (b1 + b2 + (secondLength % kModulus) * (a1 + kModulus - 1)) % kModulus;
+    return static_cast<std::uint32_t>(b << 16U | a);
+}
+
+std::uint32_t ORVCrc32(std::span<const std::uint8_t> bytes) {
+    return crc32_gzip_refl(0, bytes.data(), bytes.size());
+}

@@ -1,0 +1,178 @@
+#include "generators/svg/svg_definitions.h"
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+#include "generators/common/map_measures.h"
+#include "generators/common/path_range.h"
+#include "generators/svg/svg_gradient.h"
+#include "generators/svg/svg_images.h"
+#include "generators/svg/svg_path.h"
+#include "generators/svg/xml_text.h"
+
+namespace {
+
+bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
+    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
+           a.dy == b.dy;
+}
+
+std::string SizeAttributes(const ORVPixelImage& image) {
+    return " width=\"" + std::to_string(image.GetWidth()) + "\" height=\"" +
+           std::to_string(image.GetHeight()) + "\"";
+}
+
+}  // namespace
+
+std::string SvgIdentifier(std::string_view id) {
+    std::string result(id);
+    for (char& c : result)
+        if (static_cast<unsigned char>(c) <= 0x20) c = '_';
+    return result;
+}
+
+std::string SvgDefinitions::NewId(Kind kind) {
+    const char letter = static_cast<char>(kind);
+    std::string id;
+    do {
+        id = std::string("orv-") + letter + std::to_string(++counts_[letter]);
+    } while (!TakeId(id));
+    return id;
+}
+
+void SvgDefinitions::AppendId(std::string& attributes, std::string_view given) {
+    if (given.empty()) return;
+    const std::string id = SvgIdentifier(given);
+    if (TakeId(id)) AppendXmlAttribute(attributes, "id", id);
+}
+
+std::string SvgDefinitions::DefineClip(const ORVPrintPath& outline, int places) {
+    std::string id = NewId(Kind::kClip);
+    std::string text = "<clipPath id=\"" + id + "\"><path d=\"";
+    AppendSvgPath(text, outline, {}, places);
+    writer_.Put(text + "\"/></clipPath>\n");
+    return id;
+}
+
+const std::string* SvgDefinitions::FindText(const std::string& text) const {
+    const auto found = texts_.find(text);
+    return found != texts_.end() ? &found->second : nullptr;
+}
+
+/// Notes a definition by its content, unless that is too much to be kept for the case that it comes again.
+void SvgDefinitions::NoteText(std::string text, const std::string& id) {
+    constexpr std::size_t kLongest = 4096;
+    if (text.size() <= kLongest) texts_.emplace(std::move(text), id);
+}
+
+std::string SvgDefinitions::FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map,
+                                         bool evenOdd, int places) {
+    std::string content = evenOdd ? "<path clip-rule=\"evenodd\" d=\"" : "<path d=\"";
+    AppendSvgPath(content, outline, map, places);
+    content += "\"/>";
+    if (const std::string* known = FindText(content)) return *known;
+    std::string id = NewId(Kind::kClip);
+    writer_.Put("<clipPath id=\"" + id + "\">" + content + "</clipPath>\n");
+    NoteText(std::move(content), id);
+    return id;
+}
+
+std::string SvgDefinitions::FindGradient(const ORVPrintGradient& gradient,
+                                         const ORVMathAffine2D& elementToPage) {
+    ORVMathAffine2D map;
+    if (!IsDrawable(gradient.toPage) || !InvertMap(elementToPage, map)) return {};
+    SvgGradientText text = WriteSvgGradient(gradient, map * gradient.toPage);
+    std::string whole = text.attributes + text.stops;
+    if (const std::string* known = FindText(whole)) return *known;
+    std::string id = NewId(Kind::kGradient);
+    const std::string* stops = FindText(text.stops);
+    std::string written = "<defs><" + std::string(text.element) + " id=\"" + id + "\"" + text.attributes;
+    if (stops)
+        written += " xlink:href=\"#" + *stops + "\"/>";
+    else
+        written += ">" + text.stops + "</" + std::string(text.element) + ">";
+    writer_.Put(written + "</defs>\n");
+    NoteText(std::move(whole), id);
+    if (!stops) NoteText(std::move(text.stops), id);
+    return id;
+}
+
+const std::string& SvgDefinitions::FindImage(const ORVPixelImage& image) {
+    const auto [entry, isNew] = images_.try_emplace(&image);
+    if (!isNew) return entry->second.id;
+    entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId(Kind::kImage)};
+    NoteImage(image, entry->second.id);
+    writer_.Put("<defs><image id=\"" + entry->second.id + "\"" + SizeAttributes(image) +
+                " preserveAspectRatio=\"none\"");
+    PutAddress(image);
+    writer_.Put("/></defs>\n");
+    return entry->second.id;
+}
+
+std::string SvgDefinitions::FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage) {
+    ORVMathAffine2D map;
+    if (!IsDrawable(fill.patternToPage) || !InvertMap(elementToPage, map)) return {};
+    map = map * fill.patternToPage;
+    std::vector<Pattern>& list = patterns_[fill.pattern];
+    for (const Pattern& pattern : list)
+        if (IsSameMap(pattern.map, map)) return pattern.id;
+
+    std::string id = NewId(Kind::kPattern);
+    list.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id});
+    NoteImage(*fill.pattern, id);
+    const std::string size = SizeAttributes(*fill.pattern);
+    std::string text = "<defs><pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"" + size;
+    std::string transform;
+    AppendSvgTransform(transform, map, kSvgMostPlaces);
+    if (!transform.empty()) text += " patternT" + transform.substr(2);
+    writer_.Put(text + "><image" + size);
+    PutAddress(*fill.pattern);
+    writer_.Put("/></pattern></defs>\n");
+    return id;
+}
+
+void SvgDefinitions::PutAddress(const ORVPixelImage& image) {
+    writer_.Put(" xlink:href=\"");
+    if (!PutImageAddress(writer_, image)) isOutOfMemory_ = true;
+    writer_.Put("\"");
+}
+
+const SvgDefinitions::Symbol* SvgDefinitions::FindSymbol(const void* key) const {
+    const auto found = symbols_.find(key);
+    return found != symbols_.end() ? &found->second : nullptr;
+}
+
+const SvgDefinitions::Symbol& SvgDefinitions::DefineSymbol(const void* key, const SvgWriter::Record& record,
+                                                           double scale) {
+    Symbol& symbol = symbols_[key];
+    symbol = {NewId(Kind::kSymbol), record.style, scale};
+    NoteDefinition(key, symbol.id);
+    writer_.Put("<defs><g id=\"" + symbol.id + "\">\n" + record.bare + "</g></defs>\n");
+    return symbol;
+}
+
+void SvgDefinitions::NoteDefinition(const void* key, const std::string& id) {
+    if (depth_ > 0) scoped_.push_back({depth_, key, id});
+}
+
+void SvgDefinitions::NoteImage(const ORVPixelImage& image, const std::string& id) {
+    constexpr std::int64_t kSmall = std::int64_t{64} * 64;  // pixels
+    if (std::int64_t{image.GetWidth()} * image.GetHeight() <= kSmall) NoteDefinition(&image, id);
+}
+
+void SvgDefinitions::LeaveElement() {
+    --depth_;
+    for (; !scoped_.empty() && scoped_.back().depth > depth_; scoped_.pop_back()) {
+        const Scoped& definition = scoped_.back();
+        const auto* image = static_cast<const ORVPixelImage*>(definition.key);
+        if (const auto found = symbols_.find(definition.key);
+            found != symbols_.end() && found->second.id == definition.id)
+            symbols_.erase(found);
+        else if (const auto one = images_.find(image);
+                 one != images_.end() && one->second.id == definition.id)
+            images_.erase(one);
+        else if (const auto list = patterns_.find(image); list != patterns_.end())
+            std::erase_if(list->second, [&](const Pattern& pattern) { return pattern.id == definition.id; });
+    }
+}

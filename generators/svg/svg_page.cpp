@@ -1,0 +1,299 @@
+#include "generators/svg/svg_page.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "generators/common/map_measures.h"
+#include "generators/common/number_text.h"
+#include "generators/svg/xml_text.h"
+#include "platform/print/link_addresses.h"
+
+namespace {
+
+constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
+// What lies farther out than this, and than the page is large, is cut off (user units).
+constexpr double kLeastLimit = 40'000.0;
+constexpr int kFactorDigits = 9;
+
+/// Digits after the period that coordinates need where a unit is `scale` units of the page.
+int PlacesFor(double scale) {
+    return std::clamp(SvgSpace().places + static_cast<int>(std::ceil(std::log10(scale))), 1, kSvgMostPlaces);
+}
+
+/// Where a group leads; empty when nowhere, or when what is there would run.
+std::string AddressOf(const ORVPrintGroup& group) {
+    if (!group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL)) return std::string(group.linkURL);
+    return group.linkElementId.empty() ? std::string() : "#" + SvgIdentifier(group.linkElementId);
+}
+
+void AppendLink(std::string& attributes, const std::string& address, int show) {
+    constexpr int kShowNew = 1, kShowReplace = 2;
+    AppendXmlAttribute(attributes, "xlink:href", address);
+    if (show == kShowNew) attributes += " xlink:show=\"new\" target=\"_blank\"";
+    if (show == kShowReplace) attributes += " xlink:show=\"replace\"";
+}
+
+std::string_view NameOf(ORVPrintBlendMode blend) {
+    switch (blend) {
+        case ORVPrintBlendMode::kNormal: break;
+        case ORVPrintBlendMode::kMultiply: return "multiply";
+        case ORVPrintBlendMode::kScreen: return "screen";
+        case ORVPrintBlendMode::kOverlay: return "overlay";
+        case ORVPrintBlendMode::kDarken: return "darken";
+        case ORVPrintBlendMode::kLighten: return "lighten";
+        case ORVPrintBlendMode::kColourDodge: return "color-dodge";
+        case ORVPrintBlendMode::kColourBurn: return "color-burn";
+        case ORVPrintBlendMode::kHardLight: return "hard-light";
+        case ORVPrintBlendMode::kSoftLight: return "soft-light";
+        case ORVPrintBlendMode::kDifference: return "difference";
+        case ORVPrintBlendMode::kExclusion: return "exclusion";
+        case ORVPrintBlendMode::kHue: return "hue";
+        case ORVPrintBlendMode::kSaturation: return "saturation";
+        case ORVPrintBlendMode::kColour: return "color";
+        case ORVPrintBlendMode::kLuminosity: return "luminosity";
+    }
+    return "normal";
+}
+
+bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
+    return outer.xMin <= inner.xMin && outer.xMax >= inner.xMax && outer.yMin <= inner.yMin &&
+           outer.yMax >= inner.yMax;
+}
+
+}  // namespace
+
+SvgPage::SvgPage(ORVOutput& output, const ORVPrintPageInfo& info, std::string_view documentTitle)
+    : writer_(output) {
+    SvgSpace space;
+    space.limit = std::max(kLeastLimit, 2.0 * std::max(info.width, info.height));
+    spaces_.push_back({space, {}, nullptr, false});
+    whole_.Add({0.0, 0.0});
+    whole_.Add({info.width, info.height});
+
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+        "version=\"1.1\"";
+    definitions_.AppendId(text, info.id);
+    for (const auto& [side, length] : {std::pair{" width=\"", info.width}, {" height=\"", info.height}}) {
+        text += side;
+        AppendSignificant(text, length * kMillimetresPerUserUnit, kFactorDigits);
+        text += "mm\"";
+    }
+    text += " viewBox=\"0 0 ";
+    AppendSignificant(text, info.width, kFactorDigits);
+    text += ' ';
+    AppendSignificant(text, info.height, kFactorDigits);
+    text += "\">\n";
+    AppendXmlElement(text, "title", info.title.empty() ? documentTitle : std::string_view(info.title));
+    AppendXmlElement(text, "desc", info.description);
+    writer_.Put(text);
+}
+
+void SvgPage::BeginGroup(const ORVPrintGroup& group) {
+    std::string attributes;
+    definitions_.AppendId(attributes, spaces_.back().space.IdOf(group.id));
+    // A link inside a link is part of the outer one.
+    const std::string address = isInsideLink_ ? std::string() : AddressOf(group);
+    if (!address.empty()) {
+        AppendLink(attributes, address, group.linkShow);
+        isInsideLink_ = true;
+    }
+    if (attributes.empty() && group.description.empty()) {
+        open_.push_back(Open::kNothing);
+        return;
+    }
+    definitions_.EnterElement();
+    std::string text = (address.empty() ? "<g" : "<a") + attributes + ">\n";
+    AppendXmlElement(text, "desc", group.description);
+    writer_.Put(text);
+    open_.push_back(address.empty() ? Open::kGroup : Open::kLink);
+}
+
+bool SvgPage::EndGroup() {
+    if (open_.empty() || open_.back() > Open::kLink) return false;
+    if (open_.back() != Open::kNothing) definitions_.LeaveElement();
+    switch (open_.back()) {
+        case Open::kGroup: writer_.Put("</g>\n"); break;
+        case Open::kLink:
+            writer_.Put("</a>\n");
+            isInsideLink_ = false;
+            break;
+        default: break;
+    }
+    open_.pop_back();
+    return true;
+}
+
+void SvgPage::Enter(Open what) {
+    open_.push_back(what);
+    definitions_.EnterElement();
+}
+
+bool SvgPage::Leave(Open what) {
+    if (open_.empty() || open_.back() != what) return false;
+    open_.pop_back();
+    definitions_.LeaveElement();
+    writer_.Put(what == Open::kMask ? "</mask>\n" : "</g>\n");
+    return true;
+}
+
+ORVPrintPath SvgPage::BoxPath(const ORVMathBox2D& box) const {
+    ORVPrintPath path;
+    if (box.IsEmpty()) return path;
+    const double limit = spaces_.back().space.limit;
+    const auto cut = [&](double coordinate) { return std::clamp(coordinate, -limit, limit); };
+    path.MoveTo({cut(box.xMin), cut(box.yMin)});
+    path.LineTo({cut(box.xMax), cut(box.yMin)});
+    path.LineTo({cut(box.xMax), cut(box.yMax)});
+    path.LineTo({cut(box.xMin), cut(box.yMax)});
+    path.Close();
+    return path;
+}
+
+void SvgPage::BeginClip(const ORVMathBox2D& box) {
+    painter_.OpenClip(BoxPath(box), spaces_.back().space);
+    Enter(Open::kClip);
+}
+
+bool SvgPage::EndClip() { return Leave(Open::kClip); }
+
+void SvgPage::BeginClipPath(const ORVPrintClipPath& clip) {
+    painter_.OpenClip(clip, spaces_.back().space);
+    Enter(Open::kClip);
+}
+
+void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
+    std::string attributes;
+    // Readers isolate what has any of these.
+    const bool isSeparate =
+        layer.isIsolated || layer.hasMask || layer.opacity < 1.0 || layer.blend != ORVPrintBlendMode::kNormal;
+    if (isSeparate && !Holds(layer.box, whole_))
+        attributes += " clip-path=\"url(#" +
+                      definitions_.FindClipPath(BoxPath(layer.box), {}, false, spaces_.back().space.places) +
+                      ")\"";
+    if (layer.hasMask) {
+        mask_ = definitions_.NewMask();
+        attributes += " mask=\"url(#" + mask_ + ")\"";
+    }
+    if (layer.opacity < 1.0) {
+        attributes += " opacity=\"";
+        AppendDecimal(attributes, std::max(layer.opacity, 0.0), 4);
+        attributes += '"';
+    }
+    if (layer.blend != ORVPrintBlendMode::kNormal)
+        attributes += " style=\"mix-blend-mode:" + std::string(NameOf(layer.blend)) + "\"";
+    else if (attributes.empty() && layer.isIsolated)
+        attributes += " style=\"isolation:isolate\"";
+    writer_.Put("<g" + attributes + ">\n");
+    Enter(Open::kLayer);
+}
+
+bool SvgPage::EndLayer() { return Leave(Open::kLayer); }
+
+void SvgPage::BeginMask(const ORVPrintMask& mask) {
+    std::string text = "<mask id=\"" + mask_ + "\" maskUnits=\"userSpaceOnUse\"";
+    const SvgSpace& space = spaces_.back().space;
+    const auto add = [&](std::string_view name, double value) {
+        text.append(" ").append(name).append("=\"");
+        AppendDecimal(text, std::clamp(value, -space.limit, space.limit), space.places);
+        text += '"';
+    };
+    const ORVMathBox2D& box = mask.box;
+    const bool isEmpty = box.IsEmpty();
+    add("x", isEmpty ? 0.0 : box.xMin);
+    add("y", isEmpty ? 0.0 : box.yMin);
+    add("width", isEmpty ? 0.0 : box.xMax - box.xMin);
+    add("height", isEmpty ? 0.0 : box.yMax - box.yMin);
+    if (mask.kind == ORVPrintMask::Kind::kOpacity) text += " mask-type=\"alpha\"";
+    writer_.Put(text + ">\n");
+    Enter(Open::kMask);
+}
+
+bool SvgPage::EndMask() { return Leave(Open::kMask); }
+
+void SvgPage::BeginInline(const ORVMathAffine2D& map) {
+    std::string text = "<g";
+    AppendSvgTransform(text, map, kSvgMostPlaces);
+    writer_.Put(text + ">\n");
+}
+
+/// What is held back of a symbol has become too much: it is written where it stands.
+void SvgPage::LetRecordGo() {
+    const SvgWriter::Record record = writer_.EndRecording();
+    spaces_.back().isRecorded = false;
+    BeginInline(spaces_.back().toOuter);
+    writer_.Put(record.styled);
+}
+
+int SvgPage::BeginSymbol(const ORVPrintSymbol& symbol) {
+    if (!IsDrawable(symbol.toPage) || IsFlat(symbol.toPage)) return ORVPrintGenerator::kNoSymbols;
+    const SvgSpace& outer = spaces_.back().space;
+    const double enlargement = Enlargement(symbol.toPage);
+    const double scale = outer.scale * enlargement;
+    // The digits of a symbol that was written for a much smaller place do not suffice.
+    constexpr double kLargestGrowth = 8.0;
+    const SvgDefinitions::Symbol* known = definitions_.FindSymbol(symbol.key);
+    const bool isShared = known && !known->id.empty();
+    if (isShared && scale <= kLargestGrowth * known->scale) {
+        painter_.PutUse(known->id, known->style, symbol.toPage, outer);
+        return ORVPrintGenerator::kSymbolKnown;
+    }
+    constexpr double kGreatestLimit = 1e9;
+    const double reach = outer.limit + std::max(std::fabs(symbol.toPage.dx), std::fabs(symbol.toPage.dy));
+    const double reduction = std::fabs(symbol.toPage.Determinant()) / enlargement;
+    const SvgSpace space{PlacesFor(scale), std::min(reach / reduction, kGreatestLimit), scale, true};
+    // Within another symbol, and where it has turned out to have several styles, it is written as it stands.
+    const bool isRecorded = !writer_.IsRecording() && (!known || isShared);
+    if (isRecorded)
+        writer_.BeginRecording();
+    else
+        BeginInline(symbol.toPage);
+    spaces_.push_back({space, symbol.toPage, symbol.key, isRecorded});
+    return ORVPrintGenerator::kDrawSymbol;
+}
+
+bool SvgPage::EndSymbol() {
+    if (spaces_.size() < 2) return false;
+    if (spaces_.back().isRecorded && writer_.IsRecordFull()) LetRecordGo();
+    const OpenSpace inner = spaces_.back();
+    spaces_.pop_back();
+    if (!inner.isRecorded) {
+        definitions_.NoteSymbol(inner.key);
+        writer_.Put("</g>\n");
+        return true;
+    }
+    const SvgWriter::Record record = writer_.EndRecording();
+    if (record.isUniform && !record.bare.empty()) {
+        const SvgDefinitions::Symbol& symbol =
+            definitions_.DefineSymbol(inner.key, record, inner.space.scale);
+        painter_.PutUse(symbol.id, symbol.style, inner.toOuter, spaces_.back().space);
+    } else {
+        definitions_.NoteStyledSymbol(inner.key);
+        BeginInline(inner.toOuter);
+        writer_.Put(record.styled);
+        writer_.Put("</g>\n");
+    }
+    return true;
+}
+
+void SvgPage::DrawShape(const ORVPrintShape& shape) {
+    painter_.DrawShape(shape, spaces_.back().space);
+    if (spaces_.back().isRecorded && writer_.IsRecordFull()) LetRecordGo();
+}
+
+bool SvgPage::Finish() {
+    // A drawing that broke off leaves groups open.
+    for (; !open_.empty(); open_.pop_back()) {
+        switch (open_.back()) {
+            case Open::kNothing: break;
+            case Open::kLink: writer_.Put("</a>\n"); break;
+            case Open::kMask: writer_.Put("</mask>\n"); break;
+            default: writer_.Put("</g>\n"); break;
+        }
+    }
+    writer_.Put("</svg>\n");
+    return writer_.Flush();
+}

@@ -1,0 +1,211 @@
+#include "interpreters/svg2/css/Cascade.h"
+
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+// Elements that selectors may look at: twenty million, which take a second, and for large drawings with many
+// rules two hundred for each element.
+constexpr std::uint64_t kFreeSteps = 20'000'000, kStepsPerElement = 200;
+constexpr int kGreatestVariableDepth = 32;
+constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
+
+using Variables = std::map<std::string_view, std::string_view>;
+
+/// The property of a name as sheets write it.
+std::optional<Name> FindProperty(std::string_view text) {
+    std::optional<Name> name = FindName(text);
+    if (!name) {
+        constexpr std::size_t kLongest = 32;
+        char lower[kLongest];
+        if (text.size() > kLongest) return std::nullopt;
+        for (std::size_t i = 0; i < text.size(); ++i) lower[i] = ToLower(text[i]);
+        name = FindName({lower, text.size()});
+    }
+    if (!name || !IsProperty(*name)) return std::nullopt;
+    return name;
+}
+
+}  // namespace
+
+Cascade::Cascade(const Document& document, const Medium& medium)
+    : document_(document),
+      sheets_(document, medium),
+      matcher_(document),
+      stepLimit_(kFreeSteps + kStepsPerElement * document.GetCount()),
+      medium_(medium) {}
+
+UnitSizes Cascade::SizesOf(const Style& style) const {
+    UnitSizes sizes;
+    sizes.fontSize = style.fontSize;
+    sizes.rootFontSize = rootFontSize_;
+    sizes.xHeight = sizes.zeroWidth = style.fontSize / 2.0;
+    sizes.viewportWidth = medium_.width;
+    sizes.viewportHeight = medium_.height;
+    return sizes;
+}
+
+std::optional<std::string_view> Cascade::FindGeometry(ElementIndex element, Name name,
+                                                      const Style& style) const {
+    if (style.geometry) {
+        for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
+            if (rule->first == name) return rule->second;
+    }
+    return document_.Find(element, name);
+}
+
+void Cascade::AddDeclaration(const Declaration& declaration, Style& style) {
+    if (declaration.name.starts_with("--")) {
+        // Most elements share their parent's variables; those that state some get a list of their own.
+        auto variables =
+            style.variables ? std::make_shared<Variables>(*style.variables) : std::make_shared<Variables>();
+        (*variables)[declaration.name] = declaration.value;
+        style.variables = std::move(variables);
+        return;
+    }
+    if (const std::optional<Name> name = FindProperty(declaration.name))
+        candidates_.push_back({*name, declaration.value, false});
+}
+
+void Cascade::AddStyleAttribute(std::string_view text, bool important, Style& style) {
+    Scanner scanner(text);
+    for (Declaration declaration; TakeDeclaration(scanner, declaration);)
+        if (declaration.isImportant == important) AddDeclaration(declaration, style);
+}
+
+void Cascade::Collect(ElementIndex element, const Style& parent, Style& style) {
+    static_cast<void>(parent);
+    candidates_.clear();
+    document_.ForEachProperty(element, [this](Name name, std::string_view value) {
+        candidates_.push_back({name, value, true});
+    });
+    std::string_view attribute = document_.ValueOf(element, Name::kStyle);
+    if (attribute.find("/*") != std::string_view::npos) {
+        attribute = texts_.emplace_back(WithoutComments(attribute));
+        substituted_ += attribute.size();
+    }
+    if (sheets_.IsEmpty() && attribute.empty()) return;
+
+    matches_.clear();
+    if (IsWithinBudget()) sheets_.FindMatches(matcher_, element, matches_);
+    bool hasImportant = false;
+    for (const StyleSheets::Match& match : matches_) {
+        for (const Declaration& declaration : sheets_.DeclarationsOf(match)) {
+            hasImportant = hasImportant || declaration.isImportant;
+            if (!declaration.isImportant) AddDeclaration(declaration, style);
+        }
+    }
+    AddStyleAttribute(attribute, false, style);
+    if (hasImportant) {
+        for (const StyleSheets::Match& match : matches_)
+            for (const Declaration& declaration : sheets_.DeclarationsOf(match))
+                if (declaration.isImportant) AddDeclaration(declaration, style);
+    }
+    if (attribute.find('!') != std::string_view::npos) AddStyleAttribute(attribute, true, style);
+}
+
+bool Cascade::SubstituteInto(std::string_view text, const Style& style, int depth, std::string& result) {
+    if (depth > kGreatestVariableDepth) return false;
+    for (;;) {
+        const std::size_t start = text.find("var(");
+        result += text.substr(0, start);
+        if (result.size() > kLongestSubstitution) return false;
+        if (start == std::string_view::npos) return true;
+        Scanner scanner(text.substr(start + 3));
+        std::string_view inside;
+        if (!scanner.TakeParentheses(inside)) return false;
+        text = scanner.Rest();
+        const std::size_t comma = inside.find(',');
+        const std::string_view name = Trim(inside.substr(0, comma));
+        const auto found = style.variables ? style.variables->find(name) : Variables::const_iterator();
+        const bool isKnown = style.variables && found != style.variables->end();
+        if (isKnown) {
+            if (!SubstituteInto(found->second, style, depth + 1, result)) return false;
+        } else if (comma == std::string_view::npos ||
+                   !SubstituteInto(inside.substr(comma + 1), style, depth + 1, result)) {
+            return false;
+        }
+    }
+}
+
+bool Cascade::Substitute(std::string_view text, const Style& style, std::string_view& result) {
+    std::string substituted;
+    if (substituted_ > kMostSubstituted || !SubstituteInto(text, style, 0, substituted)) return false;
+    substituted_ += substituted.size();
+    result = texts_.emplace_back(std::move(substituted));
+    return true;
+}
+
+void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, Style& style) {
+    std::string_view value = candidate.value;
+    if (!candidate.isAttribute && value.find("var(") != std::string_view::npos &&
+        !Substitute(value, style, value))
+        return;
+    if (IsGeometry(candidate.name)) {
+        auto rules = style.geometry ? std::make_shared<GeometryRules>(*style.geometry)
+                                    : std::make_shared<GeometryRules>();
+        rules->emplace_back(candidate.name, value);
+        style.geometry = std::move(rules);
+    } else if (candidate.name == Name::kAll) {
+        for (std::size_t i = 0; i <= static_cast<std::size_t>(kLastProperty); ++i) {
+            const auto name = static_cast<Name>(i);
+            if (name != Name::kDirection && name != Name::kUnicodeBidi)
+                SetProperty(name, value, context, style);
+        }
+    } else {
+        SetProperty(candidate.name, value, context, style);
+    }
+}
+
+// Lines under text belong to the element that asks for them, and go on through those within it.
+void Cascade::NoteDecorations(const Style& parent, Style& style) const {
+    if (style.decorationLines == 0) return;
+    auto decorations = parent.decorations ? std::make_shared<std::vector<Decoration>>(*parent.decorations)
+                                          : std::make_shared<std::vector<Decoration>>();
+    Decoration decoration;
+    decoration.lines = style.decorationLines;
+    decoration.fill = style.fill;
+    decoration.stroke = style.stroke;
+    decoration.fillOpacity = style.fillOpacity;
+    decoration.strokeOpacity = style.strokeOpacity;
+    decoration.strokeWidth = style.strokeWidth;
+    decoration.colour = style.colour;
+    decoration.fontSize = style.fontSize;
+    decoration.fontFamily = style.fontFamily;
+    decoration.fontWeight = style.fontWeight;
+    decoration.isItalic = style.isItalic;
+    decorations->push_back(decoration);
+    style.decorations = std::move(decorations);
+}
+
+void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
+    static_cast<InheritedStyle&>(style) = parent.GetInherited();
+    static_cast<OwnStyle&>(style) = OwnStyle{};
+
+    // An attribute of XML, which every value of the property beats.
+    if (const std::string_view space = document_.ValueOf(element, Name::kSpace); !space.empty())
+        style.whiteSpace = space == "preserve" ? WhiteSpace::kPreserve : WhiteSpace::kCollapse;
+
+    Collect(element, parent, style);
+    if (candidates_.empty()) return;
+    PropertyContext context{parent, SizesOf(parent)};
+    const auto applyThose = [&](bool decidingSize) {
+        for (const Candidate& candidate : candidates_) {
+            if (DecidesFontSize(candidate.name) != decidingSize) continue;
+            context.isAttribute = candidate.isAttribute;
+            Apply(candidate, context, style);
+        }
+    };
+    applyThose(true);
+    if (element == Document::kRoot) rootFontSize_ = style.fontSize;
+    context.sizes = SizesOf(style);
+    applyThose(false);
+    NoteDecorations(parent, style);
+}
+
+}  // namespace svg2

@@ -1,0 +1,239 @@
+#include "interpreters/svg2/css/StyleSheets.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "interpreters/svg2/values/length.h"
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+constexpr int kGreatestDepth = 16;  // of @media within each other
+
+/// The text of a block that comes next, without its braces. @return false when none comes next
+bool TakeBlock(Scanner& scanner, std::string_view& inside) {
+    if (!scanner.Take('{')) return false;
+    const std::string_view rest = scanner.Rest();
+    const std::size_t start = scanner.GetPosition();
+    int depth = 1;
+    while (!scanner.AtEnd()) {
+        const char c = scanner.Peek();
+        std::string_view skipped;
+        if ((c == '"' || c == '\'') && scanner.TakeString(skipped)) continue;
+        scanner.Advance(c == '\\' && scanner.Peek(1) != '\0' ? 2 : 1);
+        if (c == '{') ++depth;
+        if (c == '}' && --depth == 0) {
+            inside = rest.substr(0, scanner.GetPosition() - start - 1);
+            return true;
+        }
+    }
+    inside = rest;  // the sheet ends before the block does
+    return true;
+}
+
+/// What stands before the next "{" or ";" outside of strings and parentheses.
+std::string_view TakePrelude(Scanner& scanner) {
+    const std::string_view rest = scanner.Rest();
+    const std::size_t start = scanner.GetPosition();
+    int depth = 0;
+    while (!scanner.AtEnd()) {
+        const char c = scanner.Peek();
+        std::string_view skipped;
+        if ((c == '"' || c == '\'') && scanner.TakeString(skipped)) continue;
+        if (depth == 0 && (c == '{' || c == ';')) break;
+        if (c == '(' || c == '[') ++depth;
+        if ((c == ')' || c == ']') && depth > 0) --depth;
+        scanner.Advance(c == '\\' && scanner.Peek(1) != '\0' ? 2 : 1);
+    }
+    return rest.substr(0, scanner.GetPosition() - start);
+}
+
+/// "(min-width: 600px)" and its kin; what is not known is not so.
+bool MatchesFeature(std::string_view feature, const Medium& medium) {
+    Scanner scanner(feature);
+    scanner.SkipSpace();
+    const std::string_view name = scanner.TakeName();
+    const bool hasValue = scanner.TakeAfterSpace(':');
+    const std::string_view value = Trim(scanner.Rest());
+    if (!hasValue) return EqualsIgnoringCase(name, "width") || EqualsIgnoringCase(name, "height");
+    if (EqualsIgnoringCase(name, "orientation"))
+        return EqualsIgnoringCase(value, medium.height >= medium.width ? "portrait" : "landscape");
+    Length length;
+    if (!ReadLength(value, UnitSizes{}, length)) return false;
+    constexpr std::string_view kLeast = "min-", kMost = "max-";
+    const bool isLeast = name.starts_with(kLeast), isMost = name.starts_with(kMost);
+    const std::string_view side = isLeast || isMost ? name.substr(kLeast.size()) : name;
+    const bool isWidth = EqualsIgnoringCase(side, "width");
+    if (!isWidth && !EqualsIgnoringCase(side, "height")) return false;
+    const double size = isWidth ? medium.width : medium.height;
+    return isLeast ? size >= length.px : isMost ? size <= length.px : size == length.px;
+}
+
+bool MatchesQuery(std::string_view query, const Medium& medium) {
+    Scanner scanner(Trim(query));
+    bool negates = false, holds = true;
+    std::string_view word = scanner.TakeName();
+    if (EqualsIgnoringCase(word, "not") || EqualsIgnoringCase(word, "only")) {
+        negates = EqualsIgnoringCase(word, "not");
+        scanner.SkipSpace();
+        word = scanner.TakeName();
+    }
+    if (!word.empty()) {
+        holds = EqualsIgnoringCase(word, "all") || EqualsIgnoringCase(word, "print");
+        scanner.SkipSpace();
+        if (!scanner.AtEnd() && !EqualsIgnoringCase(scanner.TakeName(), "and")) return false;
+    }
+    for (scanner.SkipSpace(); !scanner.AtEnd(); scanner.SkipSpace()) {
+        std::string_view feature;
+        if (!scanner.TakeParentheses(feature)) return false;
+        holds = holds && MatchesFeature(feature, medium);
+        scanner.SkipSpace();
+        if (!scanner.AtEnd() && !EqualsIgnoringCase(scanner.TakeName(), "and")) return false;
+    }
+    return holds != negates;
+}
+
+std::string_view Unquoted(std::string_view text) {
+    Scanner scanner(text = Trim(text));
+    std::string_view inside;
+    if (EqualsIgnoringCase(text.substr(0, 4), "url(")) {
+        scanner.Advance(3);
+        return scanner.TakeParentheses(inside) ? Unquoted(inside) : text;
+    }
+    return scanner.TakeString(inside) ? inside : text;
+}
+
+}  // namespace
+
+bool MatchesMedia(std::string_view queries, const Medium& medium) {
+    if (Trim(queries).empty()) return true;
+    for (;;) {
+        const std::size_t comma = queries.find(',');
+        if (MatchesQuery(queries.substr(0, comma), medium)) return true;
+        if (comma == std::string_view::npos) return false;
+        queries.remove_prefix(comma + 1);
+    }
+}
+
+StyleSheets::StyleSheets(const Document& document, const Medium& medium) : document_(document) {
+    for (const ElementIndex element : document.FindAll(Tag::kStyle)) {
+        const std::string_view type = Trim(document.ValueOf(element, Name::kType));
+        if (!type.empty() && !EqualsIgnoringCase(type, "text/css")) continue;
+        if (!MatchesMedia(document.ValueOf(element, Name::kMedia), medium)) continue;
+        texts_.push_back(WithoutComments(document[element].node->GetText()));
+        namespaces_.clear();
+        ReadSheet(texts_.back(), medium, 0);
+    }
+}
+
+void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int depth) {
+    if (depth > kGreatestDepth) return;
+    Scanner scanner(text);
+    for (;;) {
+        scanner.SkipSpace();
+        if (scanner.AtEnd()) return;
+        // Marks of HTML comments around a sheet.
+        if (scanner.Rest().starts_with("<!--")) {
+            scanner.Advance(4);
+            continue;
+        }
+        if (scanner.Rest().starts_with("-->")) {
+            scanner.Advance(3);
+            continue;
+        }
+        if (scanner.Take('@')) {
+            ReadAtRule(scanner, medium, depth);
+            continue;
+        }
+        const std::string_view selectors = TakePrelude(scanner);
+        std::string_view block;
+        if (TakeBlock(scanner, block))
+            ReadRule(selectors, block);
+        else
+            scanner.Advance();  // a ";" that ends nothing
+    }
+}
+
+void StyleSheets::ReadAtRule(Scanner& scanner, const Medium& medium, int depth) {
+    const std::string_view name = scanner.TakeName();
+    const std::string_view prelude = TakePrelude(scanner);
+    std::string_view block;
+    const bool hasBlock = TakeBlock(scanner, block);
+    if (!hasBlock) scanner.Take(';');
+    if (EqualsIgnoringCase(name, "media") && hasBlock) {
+        if (MatchesMedia(prelude, medium)) ReadSheet(block, medium, depth + 1);
+    } else if (EqualsIgnoringCase(name, "import")) {
+        importsSheets_ = true;
+    } else if (EqualsIgnoringCase(name, "namespace") && !hasBlock) {
+        Scanner words(Trim(prelude));
+        const std::string_view prefix =
+            words.Rest().starts_with("url(") ? std::string_view() : words.TakeName();
+        namespaces_[prefix] = Unquoted(words.Rest());
+    }
+}
+
+void StyleSheets::ReadRule(std::string_view text, std::string_view block) {
+    std::vector<Selector> selectors;
+    if (!ReadSelectors(text, namespaces_, selectors)) return;
+    const std::size_t begin = declarations_.size();
+    Scanner scanner(block);
+    for (Declaration declaration; TakeDeclaration(scanner, declaration);)
+        declarations_.push_back(declaration);
+    for (Selector& selector : selectors) {
+        rules_.push_back({std::move(selector), {begin, declarations_.size()}});
+        Index(static_cast<std::uint32_t>(rules_.size() - 1));
+    }
+}
+
+void StyleSheets::Index(std::uint32_t rule) {
+    const CompoundSelector& own = rules_[rule].selector.compounds.front();
+    if (!own.ids.empty())
+        byId_[own.ids.front()].push_back(rule);
+    else if (!own.classes.empty())
+        byClass_[own.classes.front()].push_back(rule);
+    else if (!own.type.empty())
+        byType_[own.type].push_back(rule);
+    else
+        others_.push_back(rule);
+}
+
+void StyleSheets::TryRules(SelectorMatcher& matcher, ElementIndex element,
+                           const std::vector<std::uint32_t>& rules, std::vector<Match>& matches) const {
+    for (const std::uint32_t rule : rules)
+        if (matcher.Matches(element, rules_[rule].selector))
+            matches.push_back({rules_[rule].selector.specificity, rule});
+}
+
+void StyleSheets::FindMatches(SelectorMatcher& matcher, ElementIndex element,
+                              std::vector<Match>& matches) const {
+    matches.clear();
+    if (rules_.empty()) return;
+    const auto tryRulesOf = [&](const Rules& rules, std::string_view key) {
+        if (const auto found = rules.find(key); found != rules.end())
+            TryRules(matcher, element, found->second, matches);
+    };
+    const ORVXmlNode& node = *document_[element].node;
+    if (const std::string_view id = node.Value(AttributeName::kId); !id.empty()) tryRulesOf(byId_, id);
+    if (!byClass_.empty()) {
+        ForEachWord(document_.ValueOf(element, Name::kClass), [&](std::string_view word) {
+            tryRulesOf(byClass_, word);
+            return true;
+        });
+    }
+    std::string_view type = node.GetName();
+    if (const std::size_t colon = type.find(':'); colon != std::string_view::npos)
+        type.remove_prefix(colon + 1);
+    tryRulesOf(byType_, type);
+    TryRules(matcher, element, others_, matches);
+    std::sort(matches.begin(), matches.end(), [](const Match& a, const Match& b) {
+        return a.specificity != b.specificity ? a.specificity < b.specificity : a.rule < b.rule;
+    });
+}
+
+std::span<const Declaration> StyleSheets::DeclarationsOf(const Match& match) const {
+    const Block& block = rules_[match.rule].block;
+    return std::span(declarations_).subspan(block.begin, block.end - block.begin);
+}
+
+}  // namespace svg2

@@ -1,0 +1,431 @@
+#include "interpreters/svg2/css/selectors.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+using Kind = SelectorTest::Kind;
+using Combinator = CompoundSelector::Combinator;
+
+constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
+constexpr int kGreatestDepth = 16;  // of :not() and :is() within each other
+
+constexpr std::uint32_t kOfId = 1U << 20U, kOfClass = 1U << 10U, kOfType = 1U;
+
+class SelectorReader {
+public:
+    SelectorReader(std::string_view text, const SelectorNamespaces& namespaces, int depth)
+        : scanner_(text), namespaces_(namespaces), depth_(depth) {}
+
+    bool ReadList(std::vector<Selector>& selectors);
+
+private:
+    bool ReadSelector(Selector& selector);
+    bool ReadCompound(CompoundSelector& compound, std::uint32_t& specificity);
+    bool ReadType(CompoundSelector& compound, std::uint32_t& specificity, bool& isRead);
+    bool ReadAttribute(SelectorTest& test);
+    bool ReadPseudoClass(CompoundSelector& compound, std::uint32_t& specificity);
+    bool ReadFunction(std::string_view name, std::string_view inside, SelectorTest& test,
+                      std::uint32_t& specificity);
+
+    Scanner scanner_;
+    const SelectorNamespaces& namespaces_;
+    int depth_;
+};
+
+bool SelectorReader::ReadList(std::vector<Selector>& selectors) {
+    if (depth_ > kGreatestDepth) return false;
+    do {
+        Selector selector;
+        if (!ReadSelector(selector)) return false;
+        selectors.push_back(std::move(selector));
+    } while (scanner_.TakeAfterSpace(','));
+    return scanner_.AtEnd();
+}
+
+bool SelectorReader::ReadSelector(Selector& selector) {
+    scanner_.SkipSpace();
+    for (;;) {
+        CompoundSelector compound;
+        if (!ReadCompound(compound, selector.specificity)) return false;
+        selector.compounds.push_back(std::move(compound));
+        const bool hasSpace = IsSpace(scanner_.Peek());
+        scanner_.SkipSpace();
+        Combinator& combinator = selector.compounds.back().combinator;
+        if (scanner_.Take('>'))
+            combinator = Combinator::kChild;
+        else if (scanner_.Take('+'))
+            combinator = Combinator::kAdjacent;
+        else if (scanner_.Take('~'))
+            combinator = Combinator::kSibling;
+        else if (!hasSpace || scanner_.AtEnd() || scanner_.Peek() == ',')
+            break;
+        scanner_.SkipSpace();
+    }
+    std::reverse(selector.compounds.begin(), selector.compounds.end());
+    return true;
+}
+
+bool SelectorReader::ReadType(CompoundSelector& compound, std::uint32_t& specificity, bool& isRead) {
+    const auto takeName = [&]() -> std::string_view {
+        if (!scanner_.Take('*')) return scanner_.TakeName();
+        return "*";
+    };
+    std::string_view name = takeName();
+    isRead = !name.empty();
+    if (scanner_.Peek() == '|' && scanner_.Peek(1) != '=') {
+        scanner_.Advance();
+        const std::string_view prefix = name;
+        name = takeName();
+        if (name.empty()) return false;
+        isRead = true;
+        const auto known = namespaces_.find(prefix);
+        if (prefix != "*" && !prefix.empty() && known == namespaces_.end()) return false;
+        compound.matchesNothing =
+            prefix.empty() || (prefix != "*" && known != namespaces_.end() && known->second != kSvgNamespace);
+    } else if (isRead) {
+        const auto byDefault = namespaces_.find({});
+        compound.matchesNothing = byDefault != namespaces_.end() && byDefault->second != kSvgNamespace;
+    }
+    if (!isRead || name == "*") return true;
+    compound.type = name;
+    specificity += kOfType;
+    return true;
+}
+
+bool SelectorReader::ReadCompound(CompoundSelector& compound, std::uint32_t& specificity) {
+    bool isRead = false;
+    if (!ReadType(compound, specificity, isRead)) return false;
+    for (;; isRead = true) {
+        if (scanner_.Take('#') || scanner_.Peek() == '.') {
+            const bool isClass = scanner_.Take('.');
+            const std::string_view name = scanner_.TakeName();
+            if (name.empty()) return false;
+            (isClass ? compound.classes : compound.ids).push_back(name);
+            specificity += isClass ? kOfClass : kOfId;
+        } else if (scanner_.Take('[')) {
+            SelectorTest test;
+            if (!ReadAttribute(test)) return false;
+            compound.tests.push_back(std::move(test));
+            specificity += kOfClass;
+        } else if (scanner_.Take(':')) {
+            if (!ReadPseudoClass(compound, specificity)) return false;
+        } else {
+            return isRead;
+        }
+    }
+}
+
+bool SelectorReader::ReadAttribute(SelectorTest& test) {
+    scanner_.SkipSpace();
+    test.name = scanner_.TakeName();
+    if (scanner_.Peek() == '|' && scanner_.Peek(1) != '=') {
+        scanner_.Advance();
+        test.name = scanner_.TakeName();
+    }
+    if (test.name.empty()) return false;
+    scanner_.SkipSpace();
+    if (scanner_.Take(']')) {
+        test.kind = Kind::kHasAttribute;
+        return true;
+    }
+    constexpr std::pair<char, Kind> kOperators[] = {{'~', Kind::kIncludes},
+                                                    {'|', Kind::kDashMatch},
+                                                    {'^', Kind::kPrefix},
+                                                    {'$', Kind::kSuffix},
+                                                    {'*', Kind::kSubstring}};
+    test.kind = Kind::kEquals;
+    for (const auto& [character, kind] : kOperators) {
+        if (!scanner_.Take(character)) continue;
+        test.kind = kind;
+        break;
+    }
+    if (!scanner_.Take('=')) return false;
+    scanner_.SkipSpace();
+    if (!scanner_.TakeString(test.value)) {
+        test.value = scanner_.TakeName();
+        if (test.value.empty()) return false;
+    }
+    scanner_.SkipSpace();
+    if (ToLower(scanner_.Peek()) == 'i') {
+        test.ignoresCase = true;
+        scanner_.Advance();
+    }
+    return scanner_.TakeAfterSpace(']');
+}
+
+/// "odd", "even", "3", "2n+1", "-n + 3".
+bool ReadPlaces(std::string_view text, SelectorTest& test) {
+    text = Trim(text);
+    if (EqualsIgnoringCase(text, "odd")) {
+        test.step = 2;
+        test.offset = 1;
+        return true;
+    }
+    if (EqualsIgnoringCase(text, "even")) {
+        test.step = 2;
+        return true;
+    }
+    Scanner scanner(text);
+    const auto takeInteger = [&scanner](int& value) {
+        constexpr int kMost = 100'000'000;
+        int sign = 1;
+        if (scanner.Take('-'))
+            sign = -1;
+        else
+            scanner.Take('+');
+        scanner.SkipSpace();
+        int number = 0;
+        bool hasDigit = false;
+        for (; IsDigit(scanner.Peek()); scanner.Advance(), hasDigit = true)
+            number = std::min(number * 10 + (scanner.Peek() - '0'), kMost);
+        value = sign * (hasDigit ? number : 1);
+        return hasDigit;
+    };
+    int number = 0;
+    const bool hasDigits = takeInteger(number);
+    if (ToLower(scanner.Peek()) != 'n') {
+        test.offset = number;
+        return hasDigits && scanner.AtEnd();
+    }
+    scanner.Advance();
+    test.step = number;
+    scanner.SkipSpace();
+    if (scanner.AtEnd()) return true;
+    return (scanner.Peek() == '+' || scanner.Peek() == '-') && takeInteger(test.offset) && scanner.AtEnd();
+}
+
+struct PseudoClass {
+    std::string_view name;
+    Kind kind;
+    int offset;  // of a place, counted from one end
+};
+
+constexpr PseudoClass kPseudoClasses[] = {
+    {"root", Kind::kRoot, 0},
+    {"empty", Kind::kEmpty, 0},
+    {"first-child", Kind::kNthChild, 1},
+    {"last-child", Kind::kNthLastChild, 1},
+    {"first-of-type", Kind::kNthOfType, 1},
+    {"last-of-type", Kind::kNthLastOfType, 1},
+    {"only-of-type", Kind::kOnlyOfType, 0},
+};
+
+constexpr std::pair<std::string_view, Kind> kPlaceFunctions[] = {
+    {"nth-child", Kind::kNthChild},
+    {"nth-last-child", Kind::kNthLastChild},
+    {"nth-of-type", Kind::kNthOfType},
+    {"nth-last-of-type", Kind::kNthLastOfType},
+};
+
+bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside, SelectorTest& test,
+                                  std::uint32_t& specificity) {
+    for (const auto& [function, kind] : kPlaceFunctions) {
+        if (!EqualsIgnoringCase(name, function)) continue;
+        test.kind = kind;
+        specificity += kOfClass;
+        return ReadPlaces(inside, test);
+    }
+    const bool negates = EqualsIgnoringCase(name, "not"), isWhere = EqualsIgnoringCase(name, "where");
+    if (negates || isWhere || EqualsIgnoringCase(name, "is")) {
+        test.kind = negates ? Kind::kNot : Kind::kIs;
+        if (!SelectorReader(inside, namespaces_, depth_ + 1).ReadList(test.alternatives)) return false;
+        std::uint32_t greatest = 0;
+        for (const Selector& selector : test.alternatives)
+            greatest = std::max(greatest, selector.specificity);
+        specificity += isWhere ? 0 : greatest;
+        return true;
+    }
+    specificity += kOfClass;
+    if (!EqualsIgnoringCase(name, "lang")) return true;  // known to others, never true on paper
+    test.kind = Kind::kLang;
+    test.value = Trim(inside);
+    return !test.value.empty();
+}
+
+bool SelectorReader::ReadPseudoClass(CompoundSelector& compound, std::uint32_t& specificity) {
+    const bool isElement = scanner_.Take(':');
+    const std::string_view name = scanner_.TakeName();
+    if (name.empty()) return false;
+    SelectorTest test;
+    std::string_view inside;
+    if (scanner_.Peek() == '(') {
+        if (!scanner_.TakeParentheses(inside) || !ReadFunction(name, inside, test, specificity)) return false;
+    } else {
+        specificity += isElement ? kOfType : kOfClass;
+        for (const PseudoClass& row : kPseudoClasses) {
+            if (isElement || !EqualsIgnoringCase(name, row.name)) continue;
+            test.kind = row.kind;
+            test.offset = row.offset;
+        }
+        if (!isElement && EqualsIgnoringCase(name, "only-child")) {
+            SelectorTest first;
+            first.kind = Kind::kNthChild;
+            first.offset = 1;
+            compound.tests.push_back(std::move(first));
+            test.kind = Kind::kNthLastChild;
+            test.offset = 1;
+        }
+    }
+    compound.tests.push_back(std::move(test));
+    return true;
+}
+
+// ---- matching ----
+
+bool IsAtPlace(const SelectorTest& test, std::uint32_t place) {
+    const long distance = static_cast<long>(place) - test.offset;
+    if (test.step == 0) return distance == 0;
+    return distance % test.step == 0 && distance / test.step >= 0;
+}
+
+bool EqualTexts(std::string_view a, std::string_view b, bool ignoresCase) {
+    if (!ignoresCase) return a == b;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return ToLower(x) == ToLower(y); });
+}
+
+bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test) {
+    const std::optional<std::string_view> found = node.Find(test.name);
+    if (!found) return false;
+    const std::string_view text = *found, wanted = test.value;
+    const auto equals = [&test](std::string_view a, std::string_view b) {
+        return EqualTexts(a, b, test.ignoresCase);
+    };
+    switch (test.kind) {
+        case Kind::kHasAttribute: return true;
+        case Kind::kEquals: return equals(text, wanted);
+        case Kind::kIncludes: {
+            bool includes = false;
+            ForEachWord(text, [&](std::string_view word) { return !(includes = equals(word, wanted)); });
+            return includes;
+        }
+        case Kind::kDashMatch:
+            return equals(text.substr(0, wanted.size()), wanted) &&
+                   (text.size() == wanted.size() || text[wanted.size()] == '-');
+        case Kind::kPrefix: return !wanted.empty() && equals(text.substr(0, wanted.size()), wanted);
+        case Kind::kSuffix:
+            return !wanted.empty() && text.size() >= wanted.size() &&
+                   equals(text.substr(text.size() - wanted.size()), wanted);
+        case Kind::kSubstring: return !wanted.empty() && text.find(wanted) != std::string_view::npos;
+        default: return false;
+    }
+}
+
+bool MatchesLanguage(const Document& document, ElementIndex element, std::string_view wanted) {
+    for (; element != kNoElement; element = document[element].parent) {
+        const std::optional<std::string_view> language = document.Find(element, Name::kLang);
+        if (!language) continue;
+        return EqualTexts(language->substr(0, wanted.size()), wanted, true) &&
+               (language->size() == wanted.size() || (*language)[wanted.size()] == '-');
+    }
+    return false;
+}
+
+bool IsEmpty(const ORVXmlNode& node) {
+    for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
+        if (child->kind != ORVXmlNode::Kind::kComment && (child->IsElement() || !child->GetText().empty()))
+            return false;
+    return true;
+}
+
+std::string_view LocalName(std::string_view name) {
+    const std::size_t colon = name.find(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+}  // namespace
+
+std::uint32_t SelectorMatcher::PlaceOfType(ElementIndex element, bool fromLast) {
+    std::uint32_t place = 1;
+    const std::string_view name = document_[element].node->GetName();
+    const auto next = [&](ElementIndex index) {
+        return fromLast ? document_[index].nextSibling : document_[index].previousSibling;
+    };
+    for (ElementIndex sibling = next(element); sibling != kNoElement; sibling = next(sibling), ++steps_)
+        if (document_[sibling].node->GetName() == name) ++place;
+    return place;
+}
+
+bool SelectorMatcher::MatchesTest(ElementIndex index, const SelectorTest& test) {
+    const Element& element = document_[index];
+    const auto matchesAny = [&] {
+        return std::any_of(test.alternatives.begin(), test.alternatives.end(),
+                           [&](const Selector& selector) { return Matches(index, selector); });
+    };
+    switch (test.kind) {
+        case Kind::kNothing: return false;
+        case Kind::kRoot: return index == Document::kRoot;
+        case Kind::kEmpty: return IsEmpty(*element.node);
+        case Kind::kNthChild: return IsAtPlace(test, element.position);
+        case Kind::kNthLastChild: {
+            const std::uint32_t count =
+                element.parent == kNoElement ? 1 : document_[element.parent].childCount;
+            return IsAtPlace(test, count - element.position + 1);
+        }
+        case Kind::kNthOfType: return IsAtPlace(test, PlaceOfType(index, false));
+        case Kind::kNthLastOfType: return IsAtPlace(test, PlaceOfType(index, true));
+        case Kind::kOnlyOfType: return PlaceOfType(index, false) == 1 && PlaceOfType(index, true) == 1;
+        case Kind::kNot: return !matchesAny();
+        case Kind::kIs: return matchesAny();
+        case Kind::kLang: return MatchesLanguage(document_, index, test.value);
+        default: return MatchesAttribute(*element.node, test);
+    }
+}
+
+bool SelectorMatcher::MatchesCompound(ElementIndex index, const CompoundSelector& compound) {
+    ++steps_;
+    if (compound.matchesNothing) return false;
+    const ORVXmlNode& node = *document_[index].node;
+    if (!compound.type.empty() && LocalName(node.GetName()) != compound.type) return false;
+    for (const std::string_view id : compound.ids)
+        if (node.Value(AttributeName::kId) != id) return false;
+    if (!compound.classes.empty()) {
+        const std::string_view classes = document_.ValueOf(index, Name::kClass);
+        for (const std::string_view wanted : compound.classes) {
+            bool has = false;
+            ForEachWord(classes, [&](std::string_view word) { return !(has = word == wanted); });
+            if (!has) return false;
+        }
+    }
+    return std::all_of(compound.tests.begin(), compound.tests.end(),
+                       [&](const SelectorTest& test) { return MatchesTest(index, test); });
+}
+
+// What failed for want of ancestors fails for every ancestor, too: so each way is gone once.
+SelectorMatcher::Result SelectorMatcher::MatchAround(ElementIndex element, const Selector& selector,
+                                                     std::size_t place) {
+    if (place == selector.compounds.size()) return Result::kMatches;
+    const CompoundSelector& compound = selector.compounds[place];
+    const bool goesUp =
+        compound.combinator == Combinator::kDescendant || compound.combinator == Combinator::kChild;
+    const bool tries =
+        compound.combinator == Combinator::kDescendant || compound.combinator == Combinator::kSibling;
+    const Result exhausted = goesUp ? Result::kFailsForAncestors : Result::kFailsForSiblings;
+    for (;;) {
+        element = goesUp ? document_[element].parent : document_[element].previousSibling;
+        if (element == kNoElement) return exhausted;
+        Result result = Result::kFails;
+        if (MatchesCompound(element, compound)) result = MatchAround(element, selector, place + 1);
+        if (!tries || result == Result::kMatches || result == Result::kFailsForAncestors ||
+            (!goesUp && result == Result::kFailsForSiblings))
+            return result;
+    }
+}
+
+bool SelectorMatcher::Matches(ElementIndex element, const Selector& selector) {
+    return MatchesCompound(element, selector.compounds.front()) &&
+           MatchAround(element, selector, 1) == Result::kMatches;
+}
+
+bool ReadSelectors(std::string_view text, const SelectorNamespaces& namespaces,
+                   std::vector<Selector>& selectors) {
+    return SelectorReader(text, namespaces, 0).ReadList(selectors);
+}
+
+}  // namespace svg2

@@ -1,0 +1,17 @@
+#include "interpreters/svg2/document/parsing.h"
+
+#include <utility>
+
+#include "platform/xml/ORVDOMXml.h"
+#include "platform/xml/ORVLightXml.h"
+
+namespace svg2 {
+
+std::unique_ptr<Document> ParseDocument(std::string bytes) {
+    const auto owner = std::make_shared<const std::string>(std::move(bytes));
+    ORVIDOMElement_var root;
+    if (ORVParseXml({owner, std::string_view(*owner)}, root) != 1) return nullptr;
+    return std::make_unique<Document>(root.GetTree(), *root.GetNode());
+}
+
+}  // namespace svg2

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "interpreters/svg2/document/Document.h"
+
+namespace svg2 {
+
+/// Parses the bytes of a drawing, compressed or not.
+/// @return null when they are no well-formed document
+std::unique_ptr<Document> ParseDocument(std::string bytes);
+
+}  // namespace svg2

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+#include "interpreters/svg2/drawing/DrawState.h"
+#include "interpreters/svg2/drawing/DrawingBudget.h"
+#include "interpreters/svg2/text/FontMetrics.h"
+#include "interpreters/svg2/tree/Scene.h"
+
+namespace svg2 {
+
+/// Computes the boxes that units of clips, masks and paints refer to: those of outlines, without strokes,
+/// markers and clips.
+class Bounds {
+public:
+    Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
+        : scene_(scene), budget_(budget), fonts_(fonts) {}
+
+    /// The box of an element in its own user units, which its transform is not part of.
+    /// @param map  from the element's user units to where the box is wanted
+    ORVMathBox2D Of(ElementIndex element, const Style& style, const Viewport& viewport,
+                    const ORVMathAffine2D& map = {}) {
+        return OfContent(element, style, viewport, map, 0);
+    }
+
+private:
+    ORVMathBox2D OfContent(ElementIndex element, const Style& style, const Viewport& viewport,
+                           const ORVMathAffine2D& map, int depth);
+    ORVMathBox2D OfChildren(ElementIndex element, const Style& style, const Viewport& viewport,
+                            const ORVMathAffine2D& map, int depth);
+    ORVMathBox2D OfUse(ElementIndex element, const Style& style, const Viewport& viewport,
+                       const ORVMathAffine2D& map, int depth);
+    ORVMathBox2D OfViewport(ElementIndex element, const Style& style, const Viewport& viewport,
+                            const ORVMathAffine2D& map, ElementIndex use, const Style* useStyle, int depth);
+    ORVMathBox2D OfChild(ElementIndex child, const Style& parent, const Viewport& viewport,
+                         const ORVMathAffine2D& map, int depth);
+
+    Scene& scene_;
+    DrawingBudget& budget_;
+    TextFonts& fonts_;
+    std::vector<ElementIndex> uses_;  // that are being followed
+};
+
+}  // namespace svg2

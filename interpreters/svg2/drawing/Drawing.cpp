@@ -1,0 +1,206 @@
+#include "interpreters/svg2/drawing/Drawing.h"
+
+#include <algorithm>
+
+#include "interpreters/svg2/drawing/TextDrawing.h"
+#include "interpreters/svg2/tree/shapes.h"
+#include "interpreters/svg2/tree/structure.h"
+#include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintModelRender.h"
+
+namespace svg2 {
+namespace {
+
+/// Elements that links of the document lead to.
+std::unordered_set<ElementIndex> FindLinkTargets(const Document& document) {
+    std::unordered_set<ElementIndex> targets;
+    for (const ElementIndex link : document.FindAll(Tag::kA)) {
+        const ElementIndex target = document.FindByReference(Trim(document.ValueOf(link, Name::kHref)));
+        if (target != kNoElement) targets.insert(target);
+    }
+    return targets;
+}
+
+}  // namespace
+
+Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
+                 TextFonts& fonts)
+    : scene_(scene),
+      generator_(generator),
+      budget_(budget),
+      images_(images),
+      bounds_(scene, budget, fonts),
+      paints_(scene),
+      fonts_(fonts),
+      linkTargets_(FindLinkTargets(scene.GetDocument())),
+      keepsIdentifiers_(generator.KeepsIdentifiers()) {}
+
+// Styles lie beside the stack, which deep documents need for their levels.
+Style& Drawing::StyleAt(int depth) {
+    const auto level = static_cast<std::size_t>(depth);
+    while (styles_.size() <= level) styles_.push_back(std::make_unique<Style>());
+    return *styles_[level];
+}
+
+int Drawing::Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const ORVMathBox2D& page) {
+    page_ = page;
+    rootToPage_ = toPage;
+    status_ = 1;
+    DrawState state;
+    state.toPage = toPage;
+    state.viewport = viewport;
+    DrawElement(Document::kRoot, Cascade::InitialStyle(), state);
+    if (!scene_.GetCascade().IsWithinBudget()) Do(ORVPrintModelRender::kTooManyRepeats);
+    return status_;
+}
+
+void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawState& state) {
+    switch (scene_.GetDocument()[element].tag) {
+        case Tag::kG:
+        case Tag::kA:
+        case Tag::kSvg:
+        case Tag::kSwitch:
+        case Tag::kUse:
+        case Tag::kImage:
+        case Tag::kText: break;
+        default:
+            if (!IsShape(scene_.GetDocument()[element].tag)) return;
+    }
+    if (IsStopped()) return;
+    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
+        Do(ORVPrintModelRender::kTooManyRepeats);
+        return;
+    }
+    Style& style = StyleAt(state.depth);
+    scene_.GetCascade().Compute(element, parent, style);
+    if (!style.isDisplayed || !PassesConditions(scene_.GetDocument(), element)) return;
+    DrawStyled(element, style, state);
+}
+
+void Drawing::DrawStyled(ElementIndex element, const Style& style, const DrawState& outer) {
+    ORVMathAffine2D transform;
+    if (!scene_.TransformOf(element, style, outer.viewport, transform)) return;
+    DrawState state = outer;
+    state.toPage = outer.toPage * transform;
+    ++state.depth;
+    if (!IsInvertible(state.toPage)) return;
+
+    const std::size_t mark = ends_.size();
+    BeginGroups(element);
+    if (BeginEffects(element, style, state)) DrawContent(element, style, state);
+    EndBack(mark);
+}
+
+void Drawing::BeginGroups(ElementIndex element) {
+    const Document& document = scene_.GetDocument();
+    const Tag tag = document[element].tag;
+    const bool isTarget = !linkTargets_.empty() && linkTargets_.erase(element) > 0;
+    if (tag != Tag::kA && !isTarget && !(keepsIdentifiers_ && tag == Tag::kG)) return;
+    ORVPrintGroup group;
+    if (isTarget || keepsIdentifiers_) group.id = document.ValueOf(element, Name::kId);
+    group.isLinkTarget = isTarget;
+    if (tag == Tag::kA) {
+        const std::string_view href = Trim(document.ValueOf(element, Name::kHref));
+        if (!href.starts_with('#'))
+            group.linkURL = href;
+        else if (document.FindByReference(href) != kNoElement)
+            group.linkElementId = href.substr(1);
+    }
+    if (group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
+    if (Do(generator_.BeginGroup(group))) ends_.push_back(End::kGroup);
+}
+
+void Drawing::DrawContent(ElementIndex element, const Style& style, const DrawState& state) {
+    switch (scene_.GetDocument()[element].tag) {
+        case Tag::kG:
+        case Tag::kA: DrawChildren(element, style, state); return;
+        case Tag::kSwitch:
+            if (const ElementIndex child = ChooseOfSwitch(scene_.GetDocument(), element); child != kNoElement)
+                DrawElement(child, style, state);
+            return;
+        case Tag::kSvg: DrawInnerViewport(element, style, state, kNoElement, nullptr); return;
+        case Tag::kUse: DrawUse(element, style, state); return;
+        case Tag::kImage: DrawImage(element, style, state); return;
+        case Tag::kText: TextDrawing(*this).Draw(element, style, state); return;
+        default: DrawShape(element, style, state); return;
+    }
+}
+
+void Drawing::DrawChildren(ElementIndex element, const Style& style, const DrawState& state) {
+    const Document& document = scene_.GetDocument();
+    for (ElementIndex child = document[element].firstChild; child != kNoElement && !IsStopped();
+         child = document[child].nextSibling)
+        DrawElement(child, style, state);
+}
+
+void Drawing::DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state,
+                                ElementIndex use, const Style* useStyle) {
+    DrawState inner = state;
+    if (element == Document::kRoot && use == kNoElement) {
+        // The page is its viewport, and cuts by itself.
+        const auto viewBox = ReadViewBox(scene_.GetDocument().ValueOf(element, Name::kViewBox));
+        if (viewBox && (viewBox->width == 0.0 || viewBox->height == 0.0)) return;
+        if (viewBox) {
+            const AspectRatio ratio =
+                ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
+            const Rectangle page{0.0, 0.0, state.viewport.width, state.viewport.height};
+            inner.toPage = state.toPage * FitViewBox(*viewBox, ratio, page);
+            inner.viewport = {viewBox->width, viewBox->height};
+        }
+        DrawChildren(element, style, inner);
+        return;
+    }
+    const auto viewport = FindInnerViewport(scene_, element, style, state.viewport, use, useStyle);
+    if (!viewport) return;
+    inner.toPage = state.toPage * viewport->toOuter;
+    inner.viewport = viewport->sizes;
+    if (!IsInvertible(inner.toPage)) return;
+    const std::size_t mark = ends_.size();
+    if (style.hidesOverflow) BeginRectangle(viewport->rectangle, state.toPage);
+    DrawChildren(element, style, inner);
+    EndBack(mark);
+}
+
+void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState& state) {
+    const Document& document = scene_.GetDocument();
+    const ElementIndex target = FindUseTarget(document, element);
+    // What leads to itself draws nothing.
+    if (target == kNoElement || std::find(uses_.begin(), uses_.end(), target) != uses_.end()) return;
+    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
+        Do(ORVPrintModelRender::kTooManyRepeats);
+        return;
+    }
+    Style& targetStyle = StyleAt(state.depth);
+    scene_.GetCascade().Compute(target, style, targetStyle);
+    if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;
+
+    ORVMathAffine2D transform;
+    if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;
+    DrawState inner = state;
+    ++inner.depth;
+    inner.toPage =
+        state.toPage *
+        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
+                                     scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
+        transform;
+    if (!IsInvertible(inner.toPage)) return;
+    const bool isOuterUse = !state.context;
+    ContextPaints context;
+    if (isOuterUse && !state.isWithinClip) {
+        context = {&style, {}, state.viewport, state.toPage, nullptr};
+        inner.context = &context;
+    }
+    uses_.push_back(target);
+    const std::size_t mark = ends_.size();
+    if (BeginEffects(target, targetStyle, inner)) {
+        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+        if (makesViewport)
+            DrawInnerViewport(target, targetStyle, inner, element, &style);
+        else
+            DrawContent(target, targetStyle, inner);
+    }
+    EndBack(mark);
+    uses_.pop_back();
+}
+
+}  // namespace svg2

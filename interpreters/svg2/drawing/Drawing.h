@@ -1,0 +1,117 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "interpreters/svg2/drawing/Bounds.h"
+#include "interpreters/svg2/drawing/DrawState.h"
+#include "interpreters/svg2/drawing/DrawingBudget.h"
+#include "interpreters/svg2/drawing/Images.h"
+#include "interpreters/svg2/paint/Paints.h"
+#include "interpreters/svg2/text/FontMetrics.h"
+#include "interpreters/svg2/tree/Scene.h"
+#include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/ORVPrintPath.h"
+
+namespace svg2 {
+
+/// Draws the content of a document's pages onto a generator.
+class Drawing {
+public:
+    /// All must outlive the drawing.
+    Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
+            TextFonts& fonts);
+
+    /// Draws the root element and all in it.
+    /// @param toPage    from px of the root's viewport to page coordinates
+    /// @param viewport  of the root, in px
+    /// @param page      the box of the page, in page coordinates
+    /// @return 1, a failure of ORVPrintModelRender, or what the generator returned
+    [[nodiscard]] int Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const ORVMathBox2D& page);
+
+private:
+    friend class TextDrawing;
+
+    /// What ends a part of the drawing that was begun.
+    enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath };
+
+    // ---- walking (Drawing.cpp) ----
+    void DrawElement(ElementIndex element, const Style& parent, const DrawState& state);
+    /// As DrawElement, for an element whose style is known.
+    void DrawStyled(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawContent(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawChildren(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawUse(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state, ElementIndex use,
+                           const Style* useStyle);
+    void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+                      const DrawState& state);
+    void BeginGroups(ElementIndex element);
+
+    // ---- effects (effects.cpp) ----
+    /// Begins the layer and the clips of an element.
+    /// @return false when nothing of the element shows
+    [[nodiscard]] bool BeginEffects(ElementIndex element, const Style& style, const DrawState& state);
+    bool NeedsLayer(ElementIndex element, const Style& style) const;
+    [[nodiscard]] bool BeginClipping(ElementIndex element, const Style& style, const DrawState& state);
+    [[nodiscard]] bool BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
+                                           const DrawState& state);
+    [[nodiscard]] bool BeginMasking(ElementIndex element, const Style& style, const DrawState& state);
+    bool FindMask(const Style& style, ElementIndex& mask) const;
+    void DrawClipContent(ElementIndex clip, const DrawState& state);
+    void BeginRectangle(const Rectangle& rectangle, const ORVMathAffine2D& toPage);
+    void BeginOutline(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd);
+    /// Ends what was begun since there were `mark` ends.
+    void EndBack(std::size_t mark);
+    /// Share of the opacity that paints take themselves, where that spares a layer.
+    double PaintOpacity(ElementIndex element, const Style& style) const;
+
+    // ---- shapes (shape_drawing.cpp) ----
+    void DrawShape(ElementIndex element, const Style& style, const DrawState& state);
+    void DrawOutline(ElementIndex element, const ORVPrintPath& path, const Style& style,
+                     const DrawState& state, double opacity);
+    void DrawPart(PaintPart part, const ORVPrintPath& path, const Style& style, const DrawState& state,
+                  const MadePaint& fill, const ORVPrintStroke* stroke, bool strokesOnScreen);
+    bool HasMarkers(ElementIndex element, const Style& style) const;
+
+    // ---- markers (markers.cpp) ----
+    void DrawMarkers(ElementIndex element, const ORVPrintPath& path,
+                     const std::vector<std::size_t>& segmentEnds, const Style& style, const DrawState& state);
+    void DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, double degrees, bool isStart,
+                    const Style& style, const DrawState& state, const ContextPaints& context);
+
+    // ---- patterns (patterns.cpp) ----
+    /// Fills an outline with a pattern.
+    void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
+                     const MadePaint& paint, const DrawState& state);
+
+    /// Notes a call's result. @return false from the first failure on
+    bool Do(int result) {
+        if (status_ == 1) status_ = result;
+        return status_ == 1;
+    }
+    bool IsStopped() const { return status_ != 1; }
+    Style& StyleAt(int depth);
+
+    Scene& scene_;
+    ORVPrintGenerator& generator_;
+    DrawingBudget& budget_;
+    Images& images_;
+    Bounds bounds_;
+    Paints paints_;
+    TextFonts& fonts_;
+    int status_ = 1;
+    ORVMathBox2D page_;
+    ORVMathAffine2D rootToPage_;
+    std::vector<End> ends_;
+    std::vector<std::unique_ptr<Style>> styles_;  // by level
+    std::vector<ElementIndex> uses_;              // targets that are being drawn
+    std::vector<ElementIndex> active_;            // clips, masks, markers and patterns that are being drawn
+    std::unordered_set<ElementIndex> linkTargets_;
+    bool keepsIdentifiers_;
+};
+
+}  // namespace svg2

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "interpreters/svg2/document/Document.h"
+#include "platform/system/ORVRef.h"
+#include "platform/system/ORVUnicodeString.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+namespace svg2 {
+
+/// What an "image" element refers to: pixels, a drawing, or nothing that can be read.
+struct ImageContent {
+    ORVRef<const ORVPixelImage> pixels;
+    std::unique_ptr<Document> drawing;
+};
+
+/// The images of a document, each read once. Files are read as the host's access policy allows.
+class Images {
+public:
+    /// @param documentPath  that relative references are resolved against; may be empty
+    /// @param depth         of drawings within drawings
+    explicit Images(ORVUnicodeString documentPath, int depth = 0)
+        : documentPath_(std::move(documentPath)), depth_(depth) {}
+
+    /// @param reference  file name or data URI; must outlive this object
+    const ImageContent& Find(std::string_view reference);
+
+    int GetDepth() const { return depth_; }
+    /// Drawings within drawings; further ones are not read.
+    static constexpr int kGreatestDepth = 8;
+
+private:
+    void Load(std::string_view reference, ImageContent& content) const;
+    void Decode(std::string bytes, ImageContent& content) const;
+
+    ORVUnicodeString documentPath_;
+    int depth_;
+    std::unordered_map<std::string_view, ImageContent> contents_;
+};
+
+/// The bytes of a data URI. @return false when it is none, or is damaged
+bool ReadDataUri(std::string_view uri, std::string& bytes);
+
+}  // namespace svg2

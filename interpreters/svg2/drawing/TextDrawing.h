@@ -1,0 +1,31 @@
+#pragma once
+
+#include "interpreters/svg2/drawing/DrawState.h"
+#include "interpreters/svg2/text/TextLayout.h"
+#include "interpreters/svg2/tree/Scene.h"
+
+namespace svg2 {
+
+class Drawing;
+
+/// Draws "text" elements.
+class TextDrawing {
+public:
+    explicit TextDrawing(Drawing& drawing) : drawing_(drawing) {}
+
+    void Draw(ElementIndex element, const Style& style, const DrawState& state);
+
+private:
+    struct Paints;
+
+    void DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state);
+    void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state,
+                    const ORVMathBox2D& box, double opacity);
+    void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state,
+                   const ORVMathBox2D& box, double opacity, bool above);
+
+    Drawing& drawing_;
+    ORVMathBox2D box_;  // of the whole text
+};
+
+}  // namespace svg2

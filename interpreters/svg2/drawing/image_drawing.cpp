@@ -1,0 +1,73 @@
+#include "interpreters/svg2/drawing/Drawing.h"
+#include "interpreters/svg2/tree/page_size.h"
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+/// Size of an image in px, as it is without being told.
+struct NaturalSize {
+    double width = 0.0, height = 0.0;
+};
+
+}  // namespace
+
+void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawState& state) {
+    if (style.visibility != Visibility::kVisible || state.isWithinClip) return;
+    const std::string_view reference = Trim(scene_.GetDocument().ValueOf(element, Name::kHref));
+    if (reference.empty()) return;
+    const ImageContent& content = images_.Find(reference);
+    NaturalSize natural;
+    if (content.pixels) {
+        natural = {static_cast<double>(content.pixels->GetWidth()),
+                   static_cast<double>(content.pixels->GetHeight())};
+    } else if (content.drawing) {
+        const Viewport size = FindImageSize(*content.drawing);
+        natural = {size.width, size.height};
+    } else {
+        return;
+    }
+    const auto width = scene_.FindLength(element, Name::kWidth, style, state.viewport, Axis::kX);
+    const auto height = scene_.FindLength(element, Name::kHeight, style, state.viewport, Axis::kY);
+    if (!(natural.width > 0.0) || !(natural.height > 0.0)) return;
+    Rectangle place{scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
+                    scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY),
+                    width.value_or(height ? *height * natural.width / natural.height : natural.width),
+                    height.value_or(width ? *width * natural.height / natural.width : natural.height)};
+    if (!(place.width > 0.0) || !(place.height > 0.0)) return;
+    const AspectRatio ratio =
+        ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
+    const std::size_t mark = ends_.size();
+    if (content.drawing) {
+        DrawSvgImage(content, place, ratio, state);
+        EndBack(mark);
+        return;
+    }
+    if (style.hidesOverflow && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
+    const Rectangle pixels{0.0, 0.0, natural.width, natural.height};
+    const double opacity = PaintOpacity(element, style);
+    static_cast<void>(opacity);
+    const ORVMathAffine2D toPage = state.toPage * FitViewBox(pixels, ratio, place) *
+                                   ORVMathAffine2D::Scaling(natural.width, natural.height);
+    ORVPrintImage image{*content.pixels, toPage};
+    if (keepsIdentifiers_) image.id = scene_.GetDocument().ValueOf(element, Name::kId);
+    Do(generator_.DrawImage(image));
+    EndBack(mark);
+}
+
+// A drawing within the drawing: with its own styles, and without ways out.
+void Drawing::DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+                           const DrawState& state) {
+    const Viewport size = FindImageSize(*content.drawing);
+    Scene scene(*content.drawing, Medium{size.width, size.height});
+    Images images({}, images_.GetDepth() + 1);
+    Drawing inner(scene, generator_, budget_, images, fonts_);
+    if (!IsInvertible(state.toPage)) return;
+    // Its size is the viewport, or, with a view box, that of the place that it fills.
+    const Rectangle natural{0.0, 0.0, size.width, size.height};
+    BeginRectangle(place, state.toPage);
+    if (IsStopped()) return;
+    Do(inner.Draw(state.toPage * FitViewBox(natural, ratio, place), size, page_));
+}
+
+}  // namespace svg2

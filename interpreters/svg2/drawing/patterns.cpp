@@ -1,0 +1,170 @@
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "interpreters/svg2/drawing/Drawing.h"
+#include "interpreters/svg2/tree/shapes.h"
+#include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintModelRender.h"
+
+namespace svg2 {
+namespace {
+
+/// A pattern with all that it borrows from others.
+struct PatternDefinition {
+    ElementIndex content = kNoElement;  ///< the element whose children are drawn
+    Units units = Units::kBoundingBox, contentUnits = Units::kUserSpace;
+    std::optional<Rectangle> viewBox;
+    AspectRatio ratio;
+    ORVMathAffine2D transform;
+    bool isSingular = false;
+    /// Elements that state x, y, width and height.
+    ElementIndex places[4] = {kNoElement, kNoElement, kNoElement, kNoElement};
+};
+
+constexpr Name kPlaces[] = {Name::kX, Name::kY, Name::kWidth, Name::kHeight};
+
+PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
+    const Document& document = scene.GetDocument();
+    PatternDefinition definition;
+    std::vector<ElementIndex> chain;
+    bool hasUnits = false, hasContentUnits = false, hasTransform = false, hasRatio = false;
+    for (ElementIndex next = pattern; next != kNoElement && document[next].tag == Tag::kPattern &&
+                                      std::find(chain.begin(), chain.end(), next) == chain.end();
+         next = document.FindByReference(Trim(document.ValueOf(next, Name::kHref)))) {
+        chain.push_back(next);
+        const Style& style = scene.StyleInPlace(next);
+        for (std::size_t i = 0; i < std::size(kPlaces); ++i) {
+            Length length;
+            if (definition.places[i] == kNoElement &&
+                ReadLength(document.ValueOf(next, kPlaces[i]), scene.GetCascade().SizesOf(style), length))
+                definition.places[i] = next;
+        }
+        if (!hasUnits && (hasUnits = document.Find(next, Name::kPatternUnits).has_value()))
+            definition.units = scene.UnitsOf(next, Name::kPatternUnits, Units::kBoundingBox);
+        if (!hasContentUnits &&
+            (hasContentUnits = document.Find(next, Name::kPatternContentUnits).has_value()))
+            definition.contentUnits = scene.UnitsOf(next, Name::kPatternContentUnits, Units::kUserSpace);
+        if (!hasTransform && (document.Find(next, Name::kPatternTransform) || style.geometry)) {
+            hasTransform = true;
+            definition.isSingular =
+                !scene.TransformOf(next, style, {1.0, 1.0}, definition.transform, Name::kPatternTransform);
+        }
+        if (!definition.viewBox) definition.viewBox = ReadViewBox(document.ValueOf(next, Name::kViewBox));
+        if (!hasRatio && (hasRatio = document.Find(next, Name::kPreserveAspectRatio).has_value()))
+            definition.ratio = ReadAspectRatio(document.ValueOf(next, Name::kPreserveAspectRatio));
+        if (definition.content == kNoElement && document[next].firstChild != kNoElement)
+            definition.content = next;
+    }
+    return definition;
+}
+
+/// Which tiles of a pattern a box touches, by their places in both directions.
+struct TileRange {
+    long xFirst, xLast, yFirst, yLast;
+    std::uint64_t Count() const {
+        return static_cast<std::uint64_t>(xLast - xFirst + 1) *
+               static_cast<std::uint64_t>(yLast - yFirst + 1);
+    }
+};
+
+std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& tile) {
+    constexpr double kFarthest = 1e9;
+    const double values[] = {
+        std::floor((box.xMin - tile.x) / tile.width), std::ceil((box.xMax - tile.x) / tile.width) - 1.0,
+        std::floor((box.yMin - tile.y) / tile.height), std::ceil((box.yMax - tile.y) / tile.height) - 1.0};
+    for (const double value : values)
+        if (!(std::fabs(value) < kFarthest)) return std::nullopt;
+    return TileRange{static_cast<long>(values[0]), static_cast<long>(values[1]), static_cast<long>(values[2]),
+                     static_cast<long>(values[3])};
+}
+
+}  // namespace
+
+// Tiles are drawn one by one, within the outline: as sharp as all else at any resolution.
+void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
+                          const MadePaint& paint, const DrawState& state) {
+    if (std::find(active_.begin(), active_.end(), paint.pattern) != active_.end() ||
+        state.depth + 1 >= DrawingBudget::kGreatestDepth)
+        return;
+    const PatternDefinition pattern = ResolvePattern(scene_, paint.pattern);
+    if (pattern.content == kNoElement || pattern.isSingular || paint.opacity <= 0.0) return;
+
+    const bool isOfBox = pattern.units == Units::kBoundingBox;
+    const double boxWidth = paint.box.xMax - paint.box.xMin, boxHeight = paint.box.yMax - paint.box.yMin;
+    if ((isOfBox || pattern.contentUnits == Units::kBoundingBox) && !(boxWidth > 0.0 && boxHeight > 0.0))
+        return;
+    const Viewport unit{1.0, 1.0};
+    const auto placeOf = [&](int i, Axis axis) {
+        if (pattern.places[i] == kNoElement) return 0.0;
+        return scene_.LengthOf(pattern.places[i], kPlaces[i], scene_.StyleInPlace(pattern.places[i]),
+                               isOfBox ? unit : paint.viewport, axis);
+    };
+    Rectangle tile{placeOf(0, Axis::kX), placeOf(1, Axis::kY), placeOf(2, Axis::kX), placeOf(3, Axis::kY)};
+    if (isOfBox)
+        tile = {paint.box.xMin + tile.x * boxWidth, paint.box.yMin + tile.y * boxHeight,
+                tile.width * boxWidth, tile.height * boxHeight};
+    if (!(tile.width > 0.0) || !(tile.height > 0.0)) return;
+
+    const Style contentStyle = scene_.StyleInPlace(pattern.content);
+    DrawState inner = state;
+    ++inner.depth;
+    inner.context = nullptr;
+    ORVMathAffine2D toTile = ORVMathAffine2D::Translation(tile.x, tile.y);
+    inner.viewport = paint.viewport;
+    if (pattern.viewBox) {
+        if (pattern.viewBox->width == 0.0 || pattern.viewBox->height == 0.0) return;
+        toTile = FitViewBox(*pattern.viewBox, pattern.ratio, tile);
+        inner.viewport = {pattern.viewBox->width, pattern.viewBox->height};
+    } else if (pattern.contentUnits == Units::kBoundingBox) {
+        toTile = toTile * ORVMathAffine2D::Scaling(boxWidth, boxHeight);
+        inner.viewport = unit;
+    }
+    // Content in user space counts from the tile's corner, which lies where the tile's x and y say.
+    const ORVMathAffine2D patternToPage = paint.toPage * pattern.transform;
+    if (!IsInvertible(patternToPage) || !IsInvertible(toTile)) return;
+
+    // What of the outline lies on the page, as the pattern counts.
+    ORVMathBox2D shown = BoxOf(path, toPage);
+    shown.xMin = std::max(shown.xMin, page_.xMin);
+    shown.xMax = std::min(shown.xMax, page_.xMax);
+    shown.yMin = std::max(shown.yMin, page_.yMin);
+    shown.yMax = std::min(shown.yMax, page_.yMax);
+    if (shown.IsEmpty() || !(shown.yMin <= shown.yMax)) return;
+    const auto tiles = FindTiles(MapBox(Inverse(patternToPage), shown), tile);
+    constexpr std::uint64_t kMostTiles = 4'000'000;
+    if (!tiles || tiles->Count() > kMostTiles) {
+        Do(ORVPrintModelRender::kTooManyRepeats);
+        return;
+    }
+
+    active_.push_back(paint.pattern);
+    const std::size_t mark = ends_.size();
+    if (paint.opacity < 1.0) {
+        ORVPrintLayer layer;
+        layer.opacity = paint.opacity;
+        layer.box = shown;
+        if (Do(generator_.BeginLayer(layer))) ends_.push_back(End::kLayer);
+    }
+    BeginOutline(path, toPage, isEvenOdd);
+    for (long y = tiles->yFirst; y <= tiles->yLast && !IsStopped(); ++y) {
+        for (long x = tiles->xFirst; x <= tiles->xLast && !IsStopped(); ++x) {
+            if (!budget_.TakeElement()) {
+                Do(ORVPrintModelRender::kTooManyRepeats);
+                break;
+            }
+            const ORVMathAffine2D step =
+                patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * tile.width,
+                                                             static_cast<double>(y) * tile.height);
+            const std::size_t tileMark = ends_.size();
+            if (contentStyle.hidesOverflow) BeginRectangle(tile, step);
+            inner.toPage = step * toTile;
+            DrawChildren(pattern.content, contentStyle, inner);
+            EndBack(tileMark);
+        }
+    }
+    EndBack(mark);
+    active_.pop_back();
+}
+
+}  // namespace svg2

@@ -1,0 +1,13 @@
+#include "interpreters/svg2/interpreter/factories.h"
+
+#include "interpreters/svg2/interpreter/ORVPrintSVG2Interpreter.h"
+
+ORVPrintInterpreter* fctCreateORVPrintSVG2Interpreter(ORVPrintInput* input) {
+    try {
+        return new ORVPrintSVG2Interpreter(input);
+    } catch (...) {  // out of memory, or whatever a host's input throws
+        return nullptr;
+    }
+}
+
+int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG2() { return 1; }

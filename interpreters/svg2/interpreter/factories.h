@@ -1,0 +1,15 @@
+#pragma once
+
+#include "interpreters/svg2/interpreter/export.h"
+
+class ORVPrintInput;
+class ORVPrintInterpreter;
+
+extern "C" {
+
+/// Creates an interpreter of standard SVG documents, owned by the caller. Null only when out of memory.
+ORV_MODULE_EXPORT ORVPrintInterpreter* fctCreateORVPrintSVG2Interpreter(ORVPrintInput* input);
+
+/// Marks the module. @return 1
+ORV_MODULE_EXPORT int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG2();
+}

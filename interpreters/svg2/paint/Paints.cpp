@@ -1,0 +1,143 @@
+#include "interpreters/svg2/paint/Paints.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace svg2 {
+namespace {
+
+double Distance(const ORVMathPoint2D& a, const ORVMathPoint2D& b) { return std::hypot(b.x - a.x, b.y - a.y); }
+
+/// Length of a cubic curve, by lines between points of it that are close enough together.
+double CurveLength(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
+                   const ORVMathPoint2D& p3) {
+    constexpr int kSteps = 64;
+    double length = 0.0;
+    ORVMathPoint2D last = p0;
+    for (int i = 1; i <= kSteps; ++i) {
+        const double t = static_cast<double>(i) / kSteps, s = 1.0 - t;
+        const double a = s * s * s, b = 3.0 * s * s * t, c = 3.0 * s * t * t, d = t * t * t;
+        const ORVMathPoint2D point{a * p0.x + b * p1.x + c * p2.x + d * p3.x,
+                                   a * p0.y + b * p1.y + c * p2.y + d * p3.y};
+        length += Distance(last, point);
+        last = point;
+    }
+    return length;
+}
+
+}  // namespace
+
+double LengthOf(const ORVPrintPath& path) {
+    using Verb = ORVPrintPath::Verb;
+    double length = 0.0;
+    ORVMathPoint2D current, start;
+    std::size_t point = 0;
+    for (const Verb verb : path.verbs) {
+        switch (verb) {
+            case Verb::kMove: current = start = path.points[point++]; break;
+            case Verb::kLine:
+                length += Distance(current, path.points[point]);
+                current = path.points[point++];
+                break;
+            case Verb::kCubic:
+                length +=
+                    CurveLength(current, path.points[point], path.points[point + 1], path.points[point + 2]);
+                current = path.points[point + 2];
+                point += 3;
+                break;
+            case Verb::kClose:
+                length += Distance(current, start);
+                current = start;
+                break;
+        }
+    }
+    return length;
+}
+
+void Paints::MakePlain(Paint::Kind kind, const Colour& colour, double opacity, const PaintPlace& place,
+                       MadePaint& made) {
+    made.kind = MadePaint::Kind::kNothing;
+    if (kind != Paint::Kind::kColour && kind != Paint::Kind::kCurrentColour) return;
+    made.colour = MakeColour(kind == Paint::Kind::kColour ? colour : place.style.colour, opacity);
+    if (made.colour.opacity > 0) made.kind = MadePaint::Kind::kColour;
+}
+
+void Paints::MakeReferenced(const Paint& paint, double opacity, const PaintPlace& place, MadePaint& made) {
+    const Document& document = scene_.GetDocument();
+    const ElementIndex server = document.FindById(paint.reference);
+    made.kind = MadePaint::Kind::kNothing;
+    if (server != kNoElement && Gradients::IsGradient(document[server].tag)) {
+        const ORVMathBox2D box = gradients_.NeedsBox(server) ? place.box() : ORVMathBox2D{};
+        gradients_.Make(server, box, place.viewport, place.toPage, opacity, made.gradient);
+        switch (made.gradient.kind) {
+            case GradientPaint::Kind::kNothing: return;
+            case GradientPaint::Kind::kColour:
+                made.colour = made.gradient.colour;
+                if (made.colour.opacity > 0) made.kind = MadePaint::Kind::kColour;
+                return;
+            case GradientPaint::Kind::kGradient:
+                made.colour = made.gradient.colour;
+                made.kind = MadePaint::Kind::kGradient;
+                return;
+            case GradientPaint::Kind::kUnusable: break;
+        }
+    } else if (server != kNoElement && document[server].tag == Tag::kPattern) {
+        made.kind = MadePaint::Kind::kPattern;
+        made.pattern = server;
+        made.opacity = opacity;
+        made.box = place.box();
+        made.viewport = place.viewport;
+        made.toPage = place.toPage;
+        return;
+    }
+    MakePlain(paint.fallback, paint.colour, opacity, place, made);
+}
+
+void Paints::Make(const Paint& paint, double opacity, const PaintPlace& place, MadePaint& made) {
+    switch (paint.kind) {
+        case Paint::Kind::kReference: MakeReferenced(paint, opacity, place, made); return;
+        case Paint::Kind::kContextFill:
+        case Paint::Kind::kContextStroke: break;
+        default: MakePlain(paint.kind, paint.colour, opacity, place, made); return;
+    }
+    made.kind = MadePaint::Kind::kNothing;
+    const ContextPaints* context = place.context;
+    if (!context) return;
+    const bool isFill = paint.kind == Paint::Kind::kContextFill;
+    const PaintPlace there{*context->style, context->viewport, context->toPage, context->outer,
+                           [context] { return context->box; }};
+    const double own = isFill ? context->style->fillOpacity : context->style->strokeOpacity;
+    Make(isFill ? context->style->fill : context->style->stroke, opacity * own, there, made);
+}
+
+bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashScale, ORVPrintStroke& stroke) {
+    stroke.width = style.strokeWidth.Resolve(viewport.Diagonal());
+    if (!(stroke.width > 0.0) || !std::isfinite(stroke.width)) return false;
+    stroke.cap = style.cap;
+    stroke.join = style.join;
+    stroke.miterLimit = style.miterLimit;
+    stroke.dashes = {};
+    stroke.dashOffset = 0.0;
+    if (!style.dashes || style.dashes->empty()) return true;
+
+    dashes_.clear();
+    double total = 0.0;
+    for (const Length& dash : *style.dashes) {
+        const double length = dash.Resolve(viewport.Diagonal()) * dashScale;
+        if (!(length >= 0.0) || !std::isfinite(length)) return true;  // solid
+        dashes_.push_back(length);
+        total += length;
+    }
+    if (!(total > 0.0)) return true;
+    if (dashes_.size() % 2 != 0) {
+        dashes_.reserve(2 * dashes_.size());
+        dashes_.insert(dashes_.end(), dashes_.begin(), dashes_.end());
+        total *= 2.0;
+    }
+    const double offset = std::fmod(style.dashOffset.Resolve(viewport.Diagonal()) * dashScale, total);
+    stroke.dashes = dashes_;
+    stroke.dashOffset = std::isfinite(offset) ? (offset < 0.0 ? offset + total : offset) : 0.0;
+    return true;
+}
+
+}  // namespace svg2

@@ -1,0 +1,215 @@
+#include "interpreters/svg2/paint/basic_shapes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "interpreters/svg2/tree/shapes.h"
+#include "interpreters/svg2/values/path_data.h"
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+struct ShapeArguments {
+    Scanner scanner;
+    const UnitSizes& sizes;
+    Rectangle box;
+
+    bool TakeLengthOf(double base, double& value) {
+        scanner.SkipSpace();
+        Length length;
+        if (!TakeLength(scanner, sizes, length)) return false;
+        value = length.Resolve(base);
+        return true;
+    }
+    double Diagonal() const { return std::sqrt((box.width * box.width + box.height * box.height) / 2.0); }
+};
+
+bool ReadBox(std::string_view word, ShapeBox& box) {
+    if (word == "fill-box" || word == "content-box" || word == "padding-box")
+        box = ShapeBox::kFill;
+    else if (word == "stroke-box" || word == "border-box" || word == "margin-box")
+        box = ShapeBox::kStroke;
+    else if (word == "view-box")
+        box = ShapeBox::kView;
+    else
+        return false;
+    return true;
+}
+
+/// "at x y" with lengths or keywords; the middle without it.
+bool TakePosition(ShapeArguments& arguments, ORVMathPoint2D& centre) {
+    Scanner& scanner = arguments.scanner;
+    const Rectangle& box = arguments.box;
+    centre = {box.x + box.width / 2.0, box.y + box.height / 2.0};
+    scanner.SkipSpace();
+    if (scanner.AtEnd()) return true;
+    if (scanner.TakeName() != "at") return false;
+    for (int i = 0; i < 2; ++i) {
+        double& part = i == 0 ? centre.x : centre.y;
+        const double origin = i == 0 ? box.x : box.y, size = i == 0 ? box.width : box.height;
+        double value = 0.0;
+        if (arguments.TakeLengthOf(size, value)) {
+            part = origin + value;
+            continue;
+        }
+        const std::string_view word = scanner.TakeName();
+        if (word == "left")
+            centre.x = box.x;
+        else if (word == "right")
+            centre.x = box.x + box.width;
+        else if (word == "top")
+            centre.y = box.y;
+        else if (word == "bottom")
+            centre.y = box.y + box.height;
+        else if (word != "center")
+            return i == 1 && word.empty();
+    }
+    scanner.SkipSpace();
+    return scanner.AtEnd();
+}
+
+bool TakeRadius(ShapeArguments& arguments, double base, double least, double greatest, double& radius) {
+    if (arguments.TakeLengthOf(base, radius)) return radius >= 0.0;
+    const std::size_t start = arguments.scanner.GetPosition();
+    const std::string_view word = arguments.scanner.TakeName();
+    if (word == "closest-side") {
+        radius = least;
+    } else if (word == "farthest-side") {
+        radius = greatest;
+    } else {
+        arguments.scanner.SetPosition(start);
+        radius = least;
+    }
+    return true;
+}
+
+bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
+    // Radii come before the position that those of a side count from: read the position first.
+    const Rectangle& box = arguments.box;
+    ShapeArguments ahead = arguments;
+    const std::size_t at = arguments.scanner.Rest().find("at ");
+    ORVMathPoint2D centre;
+    if (at != std::string_view::npos)
+        ahead.scanner.Advance(at);
+    else
+        ahead.scanner.Advance(arguments.scanner.Rest().size());
+    if (!TakePosition(ahead, centre)) return false;
+    const double left = std::fabs(centre.x - box.x), right = std::fabs(box.x + box.width - centre.x);
+    const double top = std::fabs(centre.y - box.y), bottom = std::fabs(box.y + box.height - centre.y);
+    double rx = 0.0, ry = 0.0;
+    if (isCircle) {
+        if (!TakeRadius(arguments, arguments.Diagonal(), std::min({left, right, top, bottom}),
+                        std::max({left, right, top, bottom}), rx))
+            return false;
+        ry = rx;
+    } else if (!TakeRadius(arguments, box.width, std::min(left, right), std::max(left, right), rx) ||
+               !TakeRadius(arguments, box.height, std::min(top, bottom), std::max(top, bottom), ry)) {
+        return false;
+    }
+    if (rx > 0.0 && ry > 0.0) AddEllipse(path, centre, rx, ry);
+    return true;
+}
+
+bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
+    double sides[4] = {};
+    int count = 0;
+    for (; count < 4; ++count)
+        if (!arguments.TakeLengthOf(count % 2 == 0 ? arguments.box.height : arguments.box.width,
+                                    sides[count]))
+            break;
+    if (count == 0) return false;
+    if (count < 2) sides[1] = sides[0];
+    if (count < 3) sides[2] = sides[0];
+    if (count < 4) sides[3] = sides[1];
+    double rx = 0.0, ry = 0.0;
+    arguments.scanner.SkipSpace();
+    if (arguments.scanner.Rest().starts_with("round")) {
+        arguments.scanner.Advance(5);
+        if (!arguments.TakeLengthOf(arguments.box.width, rx)) return false;
+        ry = rx;
+        if (arguments.scanner.TakeAfterSpace('/') && !arguments.TakeLengthOf(arguments.box.height, ry))
+            return false;
+    }
+    const Rectangle& box = arguments.box;
+    const Rectangle inner{box.x + sides[3], box.y + sides[0], box.width - sides[1] - sides[3],
+                          box.height - sides[0] - sides[2]};
+    if (inner.width > 0.0 && inner.height > 0.0)
+        AddRectangle(path, inner, std::min(rx, inner.width / 2.0), std::min(ry, inner.height / 2.0));
+    return true;
+}
+
+bool TakeRule(Scanner& scanner, bool& isEvenOdd) {
+    scanner.SkipSpace();
+    const std::size_t start = scanner.GetPosition();
+    const std::string_view word = scanner.TakeName();
+    if (word == "evenodd" || word == "nonzero") {
+        isEvenOdd = word == "evenodd";
+        return scanner.TakeAfterSpace(',');
+    }
+    scanner.SetPosition(start);
+    return true;
+}
+
+bool AddPolygonShape(ShapeArguments arguments, ORVPrintPath& path, bool& isEvenOdd) {
+    if (!TakeRule(arguments.scanner, isEvenOdd)) return false;
+    ORVPrintPath polygon;
+    do {
+        ORVMathPoint2D point;
+        if (!arguments.TakeLengthOf(arguments.box.width, point.x) ||
+            !arguments.TakeLengthOf(arguments.box.height, point.y))
+            return false;
+        point = {arguments.box.x + point.x, arguments.box.y + point.y};
+        if (polygon.IsEmpty())
+            polygon.MoveTo(point);
+        else
+            polygon.LineTo(point);
+    } while (arguments.scanner.TakeAfterSpace(','));
+    polygon.Close();
+    path = std::move(polygon);
+    return arguments.scanner.AtEnd();
+}
+
+bool AddPathShape(ShapeArguments arguments, ORVPrintPath& path, bool& isEvenOdd) {
+    if (!TakeRule(arguments.scanner, isEvenOdd)) return false;
+    arguments.scanner.SkipSpace();
+    std::string_view data;
+    if (!arguments.scanner.TakeString(data)) return false;
+    ReadPathData(data, path);
+    const Rectangle& box = arguments.box;
+    for (ORVMathPoint2D& point : path.points) point = {point.x + box.x, point.y + box.y};
+    return true;
+}
+
+}  // namespace
+
+bool AddBasicShape(std::string_view text, const UnitSizes& sizes,
+                   const std::function<ORVMathBox2D(ShapeBox)>& boxOf, ORVPrintPath& path, bool& isEvenOdd) {
+    Scanner scanner(Trim(text));
+    ShapeBox kind = ShapeBox::kStroke;
+    std::string_view function = scanner.TakeName(), inside;
+    bool hasBox = ReadBox(function, kind);
+    if (hasBox) {
+        scanner.SkipSpace();
+        function = scanner.TakeName();
+    }
+    if (!function.empty() && !scanner.TakeParentheses(inside)) return false;
+    scanner.SkipSpace();
+    if (!hasBox && !scanner.AtEnd() && !ReadBox(scanner.TakeName(), kind)) return false;
+
+    const ORVMathBox2D box = boxOf(kind);
+    if (box.IsEmpty()) return true;
+    const Rectangle rectangle{box.xMin, box.yMin, box.xMax - box.xMin, box.yMax - box.yMin};
+    const ShapeArguments arguments{Scanner(inside), sizes, rectangle};
+    if (function.empty()) {
+        AddRectangle(path, rectangle);
+        return true;
+    }
+    if (function == "inset") return AddInset(arguments, path);
+    if (function == "circle" || function == "ellipse") return AddRound(arguments, function == "circle", path);
+    if (function == "polygon") return AddPolygonShape(arguments, path, isEvenOdd);
+    return function == "path" && AddPathShape(arguments, path, isEvenOdd);
+}
+
+}  // namespace svg2

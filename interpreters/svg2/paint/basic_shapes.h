@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "interpreters/svg2/values/length.h"
+#include "platform/mathematics/geometry.h"
+#include "platform/print/ORVPrintPath.h"
+
+namespace svg2 {
+
+/// Boxes that shapes of style sheets refer to.
+enum class ShapeBox : std::uint8_t { kFill, kStroke, kView };
+
+/// Adds the outline of inset(), circle(), ellipse(), polygon() or path(), in the box named beside it, or that
+/// box itself.
+/// @param boxOf  gives boxes in user units
+/// @return false when the text is none of these
+bool AddBasicShape(std::string_view text, const UnitSizes& sizes,
+                   const std::function<ORVMathBox2D(ShapeBox)>& boxOf, ORVPrintPath& path, bool& isEvenOdd);
+
+}  // namespace svg2

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+
+#include "interpreters/svg2/css/Cascade.h"
+#include "interpreters/svg2/document/Document.h"
+#include "interpreters/svg2/values/length.h"
+#include "interpreters/svg2/values/view_box.h"
+
+namespace svg2 {
+
+/// Sizes that percentages refer to, in user units.
+struct Viewport {
+    double width = 0.0, height = 0.0;
+    double Diagonal() const;  ///< what lengths of no direction refer to
+};
+
+/// What a length's percentage refers to.
+enum class Axis : std::uint8_t { kX, kY, kNone };
+
+/// How coordinates of a definition are meant.
+enum class Units : std::uint8_t { kUserSpace, kBoundingBox };
+
+/// A document with its styles, as all who draw it need it.
+class Scene {
+public:
+    Scene(const Document& document, const Medium& medium) : document_(document), cascade_(document, medium) {}
+
+    const Document& GetDocument() const { return document_; }
+    Cascade& GetCascade() { return cascade_; }
+    const Cascade& GetCascade() const { return cascade_; }
+
+    /// The style of an element where it stands, as those have it that are drawn from elsewhere: it inherits
+    /// from its own parents. Kept, so to be asked for definitions, not for content.
+    const Style& StyleInPlace(ElementIndex element);
+
+    /// A length of an element's shape or place; nothing when it is absent, "auto", or cannot be read.
+    std::optional<double> FindLength(ElementIndex element, Name name, const Style& style,
+                                     const Viewport& viewport, Axis axis) const;
+    double LengthOf(ElementIndex element, Name name, const Style& style, const Viewport& viewport, Axis axis,
+                    double byDefault = 0.0) const {
+        return FindLength(element, name, style, viewport, axis).value_or(byDefault);
+    }
+    /// A number; the default when it is absent or cannot be read.
+    double NumberOf(ElementIndex element, Name name, double byDefault) const;
+    /// "userSpaceOnUse" or "objectBoundingBox"; the default when it is anything else.
+    Units UnitsOf(ElementIndex element, Name name, Units byDefault) const;
+
+    /// The transform of an element, about its origin. @return false when it is singular: nothing shows
+    [[nodiscard]] bool TransformOf(ElementIndex element, const Style& style, const Viewport& viewport,
+                                   ORVMathAffine2D& transform, Name attribute = Name::kTransform) const;
+
+    static double BaseOf(const Viewport& viewport, Axis axis);
+
+private:
+    ORVMathPoint2D OriginOf(const Style& style, const Viewport& viewport) const;
+
+    const Document& document_;
+    Cascade cascade_;
+    std::unordered_map<ElementIndex, std::unique_ptr<Style>> stylesInPlace_;
+};
+
+/// True for maps that take areas to areas.
+bool IsInvertible(const ORVMathAffine2D& map);
+/// The inverse of a map that has one.
+ORVMathAffine2D Inverse(const ORVMathAffine2D& map);
+/// The box around a mapped one, empty when that was.
+ORVMathBox2D MapBox(const ORVMathAffine2D& map, const ORVMathBox2D& box);
+/// Grows a box around another one.
+void Unite(ORVMathBox2D& box, const ORVMathBox2D& other);
+
+}  // namespace svg2

@@ -1,0 +1,49 @@
+#include "interpreters/svg2/tree/page_size.h"
+
+#include <optional>
+
+#include "interpreters/svg2/values/scanner.h"
+
+namespace svg2 {
+namespace {
+
+/// A size of the root.
+struct RootSize {
+    std::optional<Length> length;  ///< nothing when it is absent, "auto" or cannot be read
+
+    bool IsAbsolute() const { return length && length->percent == 0.0; }
+    double Share() const { return length ? length->percent / 100.0 : 1.0; }
+};
+
+RootSize ReadSize(const Document& document, Name name) {
+    UnitSizes sizes;
+    sizes.viewportWidth = sizes.viewportHeight = 100.0;
+    Length length;
+    if (!ReadLength(document.ValueOf(Document::kRoot, name), sizes, length)) return {};
+    return {length};
+}
+
+}  // namespace
+
+Viewport FindPageSize(const Document& document, const std::function<ORVMathBox2D()>& contentBox) {
+    const RootSize width = ReadSize(document, Name::kWidth), height = ReadSize(document, Name::kHeight);
+    if (width.IsAbsolute() && height.IsAbsolute()) return {width.length->px, height.length->px};
+    const std::optional<Rectangle> viewBox = ReadViewBox(document.ValueOf(Document::kRoot, Name::kViewBox));
+    if (viewBox && viewBox->width > 0.0 && viewBox->height > 0.0) {
+        const double ratio = viewBox->width / viewBox->height;
+        if (width.IsAbsolute() && !height.length) return {width.length->px, width.length->px / ratio};
+        if (height.IsAbsolute() && !width.length) return {height.length->px * ratio, height.length->px};
+        return {width.IsAbsolute() ? width.length->px : viewBox->width * width.Share(),
+                height.IsAbsolute() ? height.length->px : viewBox->height * height.Share()};
+    }
+    const ORVMathBox2D box = contentBox();
+    const double right = box.IsEmpty() ? 0.0 : box.xMax, bottom = box.IsEmpty() ? 0.0 : box.yMax;
+    return {width.IsAbsolute() ? width.length->px : right, height.IsAbsolute() ? height.length->px : bottom};
+}
+
+Viewport FindImageSize(const Document& document) {
+    constexpr double kWidth = 300.0, kHeight = 150.0;
+    return FindPageSize(document, [] { return ORVMathBox2D{0.0, kWidth, 0.0, kHeight}; });
+}
+
+}  // namespace svg2

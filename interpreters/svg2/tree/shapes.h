@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "interpreters/svg2/tree/Scene.h"
+#include "platform/print/ORVPrintPath.h"
+
+namespace svg2 {
+
+/// True for elements that have an outline of their own: path, rect, circle, ellipse, line, polyline, polygon.
+bool IsShape(Tag tag);
+
+/// Adds the outline of a shape to a path, in user units.
+/// @param segmentEnds  if not null: receives the number of verbs behind each segment, see ReadPathData
+/// @return false when there is nothing to draw
+bool AddOutline(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
+                ORVPrintPath& path, std::vector<std::size_t>* segmentEnds = nullptr);
+
+/// The box around a path, tight around its curves. Points that begin nothing are left out.
+ORVMathBox2D BoxOf(const ORVPrintPath& path, const ORVMathAffine2D& map = {});
+
+/// Adds a rectangle; rounded when both radii are greater than 0.
+void AddRectangle(ORVPrintPath& path, const Rectangle& rectangle, double rx = 0.0, double ry = 0.0);
+void AddEllipse(ORVPrintPath& path, const ORVMathPoint2D& centre, double rx, double ry);
+
+}  // namespace svg2

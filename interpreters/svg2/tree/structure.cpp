@@ -1,0 +1,136 @@
+#include "interpreters/svg2/tree/structure.h"
+
+#include <algorithm>
+#include <string>
+
+#include "interpreters/svg2/values/scanner.h"
+#include "platform/system/files.h"
+
+namespace svg2 {
+namespace {
+
+/// The language of the user, such as "en-US", by the locale.
+const std::string& UserLanguage() {
+    static const std::string kLanguage = [] {
+        for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+            const char* text = ORVGetEnv(variable);
+            if (!text || *text == '\0') continue;
+            std::string language(text);
+            language.resize(std::min(language.find_first_of(".@"), language.size()));
+            if (language == "C" || language == "POSIX") break;
+            for (char& c : language) c = c == '_' ? '-' : ToLower(c);
+            return language;
+        }
+        return std::string("en");
+    }();
+    return kLanguage;
+}
+
+/// True when one is the other, or begins with it and goes on with "-".
+bool IsLanguageOf(std::string_view language, std::string_view lowerUser) {
+    const std::size_t size = std::min(language.size(), lowerUser.size());
+    if (size == 0 || !EqualsIgnoringCase(language.substr(0, size), lowerUser.substr(0, size))) return false;
+    const std::string_view longer = language.size() > lowerUser.size() ? language : lowerUser;
+    return longer.size() == size || longer[size] == '-';
+}
+
+bool PassesLanguage(std::string_view list) {
+    for (;;) {
+        const std::size_t comma = list.find(',');
+        if (IsLanguageOf(Trim(list.substr(0, comma)), UserLanguage())) return true;
+        if (comma == std::string_view::npos) return false;
+        list.remove_prefix(comma + 1);
+    }
+}
+
+}  // namespace
+
+std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex element, const Style& style,
+                                               const Viewport& outer, ElementIndex use,
+                                               const Style* useStyle) {
+    const bool isSymbol = scene.GetDocument()[element].tag == Tag::kSymbol;
+    const auto sizeOf = [&](Name name, Axis axis) {
+        if (use != kNoElement)
+            if (const auto size = scene.FindLength(use, name, *useStyle, outer, axis)) return *size;
+        return scene.LengthOf(element, name, style, outer, axis, Scene::BaseOf(outer, axis));
+    };
+    InnerViewport inner;
+    inner.rectangle.width = sizeOf(Name::kWidth, Axis::kX);
+    inner.rectangle.height = sizeOf(Name::kHeight, Axis::kY);
+    if (!(inner.rectangle.width > 0.0) || !(inner.rectangle.height > 0.0)) return std::nullopt;
+    inner.rectangle.x = scene.LengthOf(element, Name::kX, style, outer, Axis::kX);
+    inner.rectangle.y = scene.LengthOf(element, Name::kY, style, outer, Axis::kY);
+
+    const std::optional<Rectangle> viewBox =
+        ReadViewBox(scene.GetDocument().ValueOf(element, Name::kViewBox));
+    if (viewBox) {
+        if (viewBox->width == 0.0 || viewBox->height == 0.0) return std::nullopt;
+        const AspectRatio ratio =
+            ReadAspectRatio(scene.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
+        inner.toOuter = FitViewBox(*viewBox, ratio, inner.rectangle);
+        inner.sizes = {viewBox->width, viewBox->height};
+    } else {
+        inner.toOuter = ORVMathAffine2D::Translation(inner.rectangle.x, inner.rectangle.y);
+        inner.sizes = {inner.rectangle.width, inner.rectangle.height};
+    }
+    if (isSymbol) {
+        // The symbol's point of reference comes to lie on its position.
+        const double refX = scene.LengthOf(element, Name::kRefX, style, inner.sizes, Axis::kX);
+        const double refY = scene.LengthOf(element, Name::kRefY, style, inner.sizes, Axis::kY);
+        if (refX != 0.0 || refY != 0.0) {
+            const ORVMathPoint2D corner = inner.toOuter({0.0, 0.0}), point = inner.toOuter({refX, refY});
+            const double dx = corner.x - point.x, dy = corner.y - point.y;
+            inner.toOuter = ORVMathAffine2D::Translation(dx, dy) * inner.toOuter;
+            inner.rectangle.x += dx;
+            inner.rectangle.y += dy;
+        }
+    }
+    return inner;
+}
+
+bool PassesConditions(const Document& document, ElementIndex element) {
+    if (const auto extensions = document.Find(element, Name::kRequiredExtensions)) return false;
+    const std::optional<std::string_view> language = document.Find(element, Name::kSystemLanguage);
+    return !language || PassesLanguage(*language);
+}
+
+ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element) {
+    for (ElementIndex child = document[element].firstChild; child != kNoElement;
+         child = document[child].nextSibling) {
+        switch (document[child].tag) {
+            case Tag::kTitle:
+            case Tag::kDesc:
+            case Tag::kMetadata:
+            case Tag::kForeignObject:
+            case Tag::kUnknown: continue;
+            default: break;
+        }
+        if (PassesConditions(document, child)) return child;
+    }
+    return kNoElement;
+}
+
+ElementIndex FindUseTarget(const Document& document, ElementIndex use) {
+    const ElementIndex target = document.FindByReference(Trim(document.ValueOf(use, Name::kHref)));
+    if (target == kNoElement || document.IsWithin(use, target)) return kNoElement;
+    switch (document[target].tag) {
+        case Tag::kSvg:
+        case Tag::kSymbol:
+        case Tag::kG:
+        case Tag::kA:
+        case Tag::kSwitch:
+        case Tag::kUse:
+        case Tag::kImage:
+        case Tag::kText:
+        case Tag::kPath:
+        case Tag::kRect:
+        case Tag::kCircle:
+        case Tag::kEllipse:
+        case Tag::kLine:
+        case Tag::kPolyline:
+        case Tag::kPolygon: return target;
+        default: return kNoElement;
+    }
+}
+
+}  // namespace svg2

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "platform/mathematics/geometry.h"
+
+namespace svg2 {
+
+/// A rectangle by its corner and its sizes, in px or user units.
+struct Rectangle {
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
+
+    ORVMathBox2D Box() const { return {x, x + width, y, y + height}; }
+    friend bool operator==(const Rectangle&, const Rectangle&) = default;
+};
+
+/// Reads "x y width height". Nothing when that is not four numbers, or a size is negative; a size of 0 is
+/// read.
+std::optional<Rectangle> ReadViewBox(std::string_view text);
+
+/// How content of one size lies in a viewport of another.
+struct AspectRatio {
+    bool isKept = true;   ///< false for "none": each axis is scaled by itself
+    double x = 0.5;       ///< 0 left, 0.5 middle, 1 right
+    double y = 0.5;       ///< 0 top, 0.5 middle, 1 bottom
+    bool slices = false;  ///< the viewport is filled; else all of the content is in it
+};
+
+/// Reads "[defer] align [meet|slice]"; what cannot be read gives the default.
+AspectRatio ReadAspectRatio(std::string_view text);
+
+/// From the coordinates of a view box with area to those of its viewport.
+ORVMathAffine2D FitViewBox(const Rectangle& viewBox, const AspectRatio& ratio, const Rectangle& viewport);
+
+}  // namespace svg2

@@ -1,0 +1,141 @@
+#include "platform/visualization/fonts/module/font_choice.h"
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/visualization/fonts/module/font_catalogue.h"
+#include "platform/visualization/fonts/module/font_failure.h"
+#include "platform/visualization/fonts/module/fontconfig_faces.h"
+
+namespace {
+
+constexpr int kLeastBoldWeight = 600;  // as OpenType counts it
+constexpr int kBoldStyleWeight = 26, kOwnStyleWeight = 25;
+constexpr std::size_t kMostFamilies = 64;
+
+std::string_view Trim(std::string_view text) {
+    constexpr std::string_view kSpaces = " \t\r\n\f";
+    const std::size_t first = text.find_first_not_of(kSpaces);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(kSpaces) - first + 1);
+}
+
+/// The names of a list, without their quotes, and with one space for each run of them where there are none.
+std::vector<std::string> SplitFamilies(std::string_view list) {
+    std::vector<std::string> families;
+    while (!list.empty() && families.size() < kMostFamilies) {
+        char quote = '\0';
+        std::size_t end = 0;
+        for (; end < list.size() && (quote != '\0' || list[end] != ','); ++end) {
+            if (quote == '\0' && (list[end] == '"' || list[end] == '\''))
+                quote = list[end];
+            else if (list[end] == quote)
+                quote = '\0';
+        }
+        std::string_view name = Trim(list.substr(0, end));
+        if (name.size() >= 2 && (name.front() == '"' || name.front() == '\'') && name.back() == name.front())
+            name = Trim(name.substr(1, name.size() - 2));
+        if (!name.empty()) families.emplace_back(name);
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return families;
+}
+
+struct PatternDelete {
+    void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+};
+using Pattern = std::unique_ptr<FcPattern, PatternDelete>;
+
+/// What fontconfig has for a family, be it another one of the same metrics or look.
+/// @param isOfFamily  out: whether that is more than its last resort
+const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::string& family, int slant,
+                                   int width, int weight, bool& isOfFamily) {
+    FcConfig* const configuration = FontconfigConfiguration();
+    const Pattern wanted(FcPatternCreate());
+    if (!wanted) throw std::bad_alloc();
+    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+    FcPatternAddInteger(wanted.get(), FC_SLANT, slant);
+    FcPatternAddInteger(wanted.get(), FC_WIDTH, width);
+    FcPatternAddInteger(wanted.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
+    FcPatternAddBool(wanted.get(), FC_OUTLINE, FcTrue);
+    FcConfigSubstitute(configuration, wanted.get(), FcMatchPattern);
+    FcDefaultSubstitute(wanted.get());
+    FcResult result = FcResultNoMatch;
+    const Pattern match(FcFontMatch(configuration, wanted.get(), &result));
+    if (!match) return nullptr;
+    // Families that are as good as the one that was asked for are bound to it like it is itself; those of
+    // the last resort are bound weakly.
+    FcChar8* matched = nullptr;
+    FcPatternGetString(match.get(), FC_FAMILY, 0, &matched);
+    FcValue value;
+    FcValueBinding binding = FcValueBindingWeak;
+    isOfFamily = false;
+    for (int i = 0;
+         matched && FcPatternGetWithBinding(wanted.get(), FC_FAMILY, i, &value, &binding) == FcResultMatch;
+         ++i) {
+        if (value.type != FcTypeString || FcStrCmpIgnoreCase(value.u.s, matched) != 0) continue;
+        isOfFamily = binding != FcValueBindingWeak || i == 0;
+        break;
+    }
+    return catalogue.EntryOf(match.get());
+}
+
+bool IsGeneric(std::string_view family) {
+    constexpr std::string_view kGeneric[] = {"serif",        "sans-serif", "monospace", "cursive",
+                                             "fantasy",      "system-ui",  "ui-serif",  "ui-sans-serif",
+                                             "ui-monospace", "sans",       "mono"};
+    return std::find(std::begin(kGeneric), std::end(kGeneric), family) != std::end(kGeneric);
+}
+
+/// The entry that a query chooses.
+const CatalogueEntry* Choose(const FontCatalogue& catalogue, const ORVFontQuery& query, bool& isOfFamily) {
+    const int slant = query.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
+    const int width = static_cast<int>(std::clamp(query.stretch, 50.0, 200.0));
+    isOfFamily = true;
+    for (const std::string& family : SplitFamilies(query.families)) {
+        if (const ORVFont* font = catalogue.FindByFamily(family, false))
+            return &catalogue.NearestFace(*catalogue.EntryAt(font->GetCatalogueIndex()), slant, width,
+                                          query.weight);
+        bool isFamily = false;
+        const CatalogueEntry* entry = AskForFamily(catalogue, family, slant, width, query.weight, isFamily);
+        if (entry && (isFamily || IsGeneric(family)))
+            return &catalogue.NearestFace(*entry, slant, width, query.weight);
+    }
+    isOfFamily = Trim(query.families).empty();
+    // What drawings that name no font were made with, or has its metrics; else any serif font.
+    bool isSerif = false;
+    const CatalogueEntry* entry =
+        AskForFamily(catalogue, "Times New Roman", slant, width, query.weight, isSerif);
+    if (!entry || !isSerif) entry = AskForFamily(catalogue, "serif", slant, width, query.weight, isSerif);
+    if (!entry) entry = catalogue.EntryAt(1);
+    return entry ? &catalogue.NearestFace(*entry, slant, width, query.weight) : nullptr;
+}
+
+}  // namespace
+
+ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& query) {
+    static std::mutex mutex;
+    static auto* const known = new std::unordered_map<std::string, ORVFontChoice>;
+    std::string key(query.families);
+    key += '\0';
+    key += std::to_string(query.weight) + (query.isItalic ? 'i' : 'n') + std::to_string(query.stretch);
+    const std::lock_guard lock(mutex);
+    if (const auto found = known->find(key); found != known->end()) return found->second;
+
+    ORVFontChoice choice;
+    const CatalogueEntry* entry = Choose(catalogue, query, choice.isOfFamily);
+    if (!entry) throw FontFailure({"no font is installed; install one, such as Debian's fonts-liberation"});
+    choice.font = entry->font;
+    const bool isThin = query.weight >= kLeastBoldWeight && entry->weight < kLeastBoldWeight;
+    choice.weight = isThin ? kBoldStyleWeight : kOwnStyleWeight;
+    choice.isToBeSlanted = query.isItalic && entry->slant == FC_SLANT_ROMAN;
+    // Documents may ask for as many families as they like.
+    constexpr std::size_t kMostKept = 4096;
+    if (known->size() >= kMostKept) known->clear();
+    known->emplace(std::move(key), choice);
+    return choice;
+}

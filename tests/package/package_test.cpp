@@ -1,0 +1,172 @@
+// What `cmake --install` makes of a build, and what a project of others builds with it.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+// Programs that link a library with sanitizers need them, too.
+constexpr const char* kFlags = ORV_CONSUMER_FLAGS;
+
+/// An installation of the build that the test belongs to, in a folder of its own.
+class PackageTest : public ToolTest {
+protected:
+    PackageTest() {
+        const ToolRun run = RunProgram({"cmake", "--install", ORV_BUILD_PATH, "--prefix", Prefix().string()});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+    }
+    fs::path Prefix() const { return Folder() / "installed"; }
+    fs::path Libraries() const { return Prefix() / ORV_LIBRARY_FOLDER; }
+    /// Configures a project with the installation; the folder "build" is made.
+    ToolRun Configure(const std::string& project, std::vector<std::string> options = {}) const {
+        options.insert(options.begin(), {"cmake", "-S", project, "-B", "build", "-G", "Ninja",
+                                         "-DCMAKE_PREFIX_PATH=" + Prefix().string()});
+        return RunProgram(options);
+    }
+};
+
+// Names of what lies in a folder, links included.
+std::set<std::string> NamesIn(const fs::path& folder) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
+    return names;
+}
+
+// The files below a folder, by their paths from there.
+std::set<std::string> FilesBelow(const fs::path& folder) {
+    std::set<std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        if (entry.is_regular_file()) files.insert(fs::relative(entry.path(), folder).string());
+    return files;
+}
+
+TEST_F(PackageTest, LibrariesHaveVersionsAndModulesHaveNone) {
+    const std::string version = ORV_VERSION, interface = version.substr(0, version.rfind('.'));
+    std::set<std::string> expected{"cmake",
+                                   "pkgconfig",
+                                   "libORVPrtInterpreterSVG.so",
+                                   "libORVPrtInterpreterSVG2.so",
+                                   "liborvfonts.so",
+                                   "liborvpostscript.so",
+                                   "liborvcolour.so"};
+    for (const std::string library : {"liborvplatform.so", "liborvgenerators.so"})
+        expected.insert({library, library + "." + interface, library + "." + version});
+    const std::set<std::string> names = NamesIn(Libraries());
+    EXPECT_TRUE(std::includes(names.begin(), names.end(), expected.begin(), expected.end()))
+        << testing::PrintToString(names);
+    for (const std::string& name : names)
+        EXPECT_EQ(name.find(".so.") != name.npos,
+                  name.starts_with("liborvplatform.so.") || name.starts_with("liborvgenerators.so."))
+            << name;
+}
+
+TEST_F(PackageTest, HeadersAreThoseOfTheList) {
+    std::set<std::string> expected;
+    std::istringstream list(ORV_PUBLIC_HEADERS);
+    for (std::string path; list >> path;) expected.insert(fs::relative(path, ORV_SOURCE_PATH).string());
+    EXPECT_GT(expected.size(), 60U);
+    EXPECT_EQ(FilesBelow(Prefix() / "include/orvprint"), expected);
+}
+
+TEST_F(PackageTest, ManualAndDocumentationAreThere) {
+    for (const char* path :
+         {"share/man/man1/orvprint.1", "share/bash-completion/completions/orvprint",
+          "share/doc/orvprint/README.md", "share/doc/orvprint/LICENSE",
+          "share/doc/orvprint/docs/supported-svg.md", "share/doc/orvprint/examples/print_file.cpp"})
+        EXPECT_TRUE(fs::exists(Prefix() / path)) << path;
+}
+
+TEST_F(PackageTest, TheCommandRunsWithItsOwnLibrariesAndModules) {
+    WriteFile("text.svg", SmallDrawing("<text x='9' y='20' fill='red'>A</text>"));
+    const ToolRun run = RunProgram({"env", "LD_DEBUG=files", (Prefix() / "bin/orvprint").string(), "text.svg",
+                                    "-o", "text.ps", "--no-sandbox"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(ReadFile("text.ps"), StartsWith("%!PS"));
+    for (const char* name : {"liborvplatform.so", "liborvfonts.so", "liborvpostscript.so"})
+        EXPECT_THAT(run.errors, HasSubstr(Libraries().filename().string() + "/" + name));
+    EXPECT_THAT(run.errors, Not(HasSubstr(ORV_BUILD_PATH)));
+}
+
+TEST_F(PackageTest, AProjectOfOthersBuildsTheExamples) {
+    const ToolRun configured =
+        Configure(ORV_SOURCE_PATH "/tests/package/consumer",
+                  {"-DCMAKE_CXX_COMPILER=" ORV_CONSUMER_COMPILER, std::string("-DCMAKE_CXX_FLAGS=") + kFlags,
+                   "-DVERSION=" ORV_VERSION, "-DEXAMPLES=" ORV_SOURCE_PATH "/examples",
+                   "-DHEADERS=" + (Prefix() / "include/orvprint").string()});
+    ASSERT_EQ(configured.exitCode, 0) << configured.errors;
+    const ToolRun built = RunProgram({"cmake", "--build", "build"});
+    ASSERT_EQ(built.exitCode, 0) << built.output;
+    EXPECT_THAT(ReadFile("build/made.pdf"), StartsWith("%PDF"));
+
+    WriteFile("a.svg", SmallDrawing("<g><rect x='5' y='5' width='20' height='20' fill='red' stroke='blue'/>"
+                                    "<text x='9' y='20' fill='red'>Hello</text></g>"));
+    EXPECT_EQ(RunProgram({"build/print_file", "a.svg", "b.svg"}).errors, "");
+    EXPECT_EQ(Run({"a.svg", "-o", "c.svg", "--parser", "dom"}).exitCode, 0);
+    EXPECT_EQ(ReadFile("b.svg"), ReadFile("c.svg"));
+    const ToolRun refused = RunProgram({"build/print_file", "a.svg", "b.doc"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.errors, "b.doc: unknown format\n");
+
+    EXPECT_EQ(RunProgram({"build/list_shapes", "a.svg"}).output,
+              "page 1: 90 x 45\n"
+              "shape of 5 verbs, filled, stroked\n"
+              "text \"Hello\"\n");
+    EXPECT_EQ(RunProgram({"build/read_model", "a.svg"}).output,
+              "page of 90 x 45\n"
+              "text \"Hello\"\n"
+              "1 ORVPrtGroupElt\n"
+              "1 ORVPrtImageElt\n"
+              "1 ORVPrtRectangleElt\n"
+              "1 ORVPrtTextElt\n");
+    EXPECT_EQ(RunProgram({"build/read_model", "none.svg"}).exitCode, 1);
+}
+
+TEST_F(PackageTest, WhatIsNotInstalledIsNotFound) {
+    const auto ask = [&](const std::string& wanted) {
+        fs::remove_all(Folder() / "build");
+        WriteFile("CMakeLists.txt",
+                  "cmake_minimum_required(VERSION 3.25)\nproject(ask LANGUAGES NONE)\n"
+                  "find_package(orvprint " +
+                      wanted + ")\nmessage(STATUS \"found ${orvprint_FOUND}\")\n");
+        return Configure(".").output;
+    };
+    EXPECT_THAT(ask(""), HasSubstr("found 1"));
+    EXPECT_THAT(ask(ORV_VERSION " COMPONENTS generators"), HasSubstr("found 1"));
+    EXPECT_THAT(ask("99.0"), HasSubstr("found 0"));
+    EXPECT_THAT(ask("COMPONENTS platform scanners"), HasSubstr("found 0"));
+}
+
+TEST_F(PackageTest, PkgConfigSaysHowToBuild) {
+    const std::string settings = "PKG_CONFIG_PATH=" + (Libraries() / "pkgconfig").string();
+    const auto build = [&](const std::string& example, const std::string& package) {
+        return RunProgram({"sh", "-c",
+                           settings + " && export PKG_CONFIG_PATH && " ORV_CONSUMER_COMPILER " -std=c++20 " +
+                               kFlags + " " ORV_SOURCE_PATH "/examples/" + example + ".cpp -o " + example +
+                               " $(pkg-config --cflags --libs " + package + ") -Wl,-rpath," +
+                               Libraries().string()});
+    };
+    EXPECT_EQ(build("list_shapes", "orvprint").errors, "");
+    EXPECT_EQ(build("print_file", "orvprint-generators").errors, "");
+    WriteFile("a.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
+    EXPECT_EQ(RunProgram({"./list_shapes", "a.svg"}).output, "page 1: 90 x 45\nshape of 5 verbs, filled\n");
+    EXPECT_EQ(RunProgram({"./print_file", "a.svg", "a.pdf"}).errors, "");
+    EXPECT_THAT(ReadFile("a.pdf"), StartsWith("%PDF"));
+    EXPECT_EQ(RunProgram({"sh", "-c", "export " + settings + "; pkg-config --modversion orvprint"}).output,
+              ORV_VERSION "\n");
+}
+
+}  // namespace

@@ -1,0 +1,183 @@
+#!/usr/bin/env python3
+"""Prints documents that mean harm: mutations of drawings, and bombs.
+
+    tests/smoke/mutated_documents.py --tool build/release/bin/orvprint [--count 10000] [FOLDER...]
+
+Mutates the documents of the tests, the examples, the drawings of feature_documents.py and those below FOLDERs (bytes
+changed, chunks cut and repeated, values exchanged, numbers without bounds, entities, encodings, compression, images...);
+every hundredth is a bomb instead. Each is printed to PDF and to PNG, checked and listed, with default limits. Whatever it
+is, the command must end by itself, within bounds of processor time and memory, with a page or with one line that says why
+there is none. A page that is empty although the check finds nothing must be empty in another renderer, too (librsvg, and resvg
+where its package for node is installed).
+
+The same --seed gives the same documents. Ends with 1 and the documents that broke a rule, kept in --keep.
+"""
+
+import argparse
+import collections
+import os
+import random
+import signal
+import struct
+import sys
+import tempfile
+from pathlib import Path
+
+import compare_findings
+import compare_pages
+import feature_documents
+import hostile_documents
+import print_documents
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+BOMB_EVERY = 100
+LARGEST_SOURCE = 64 << 10  # bytes
+# Processor time of one run. What the default limits let through takes a minute at most: see docs/reliability.md.
+MOST_SECONDS = 75
+PATIENCE = 900  # of wall clock, on machines however busy
+MOST_MEMORY = 1024  # MB; the command holds itself to 900 MiB
+LARGEST_COMPARED = 16 << 20  # pixels of a page that is compared with other renderers
+DONE, FOUND = 0, 1
+ENDS = {"pdf": {DONE} | print_documents.REFUSALS, "png": {DONE} | print_documents.REFUSALS,
+        "check": {DONE, FOUND} | print_documents.REFUSALS, "info": {DONE} | print_documents.REFUSALS}
+
+
+def sources_of(folders):
+    paths = [path for folder in [ROOT / "tests/documents/cases", ROOT / "examples", ROOT / "fuzz/regressions/document"]
+             for path in sorted(folder.glob("*")) if path.suffix in (".svg", ".qvxml", "")]
+    paths += print_documents.documents_below(folders)
+    texts = [path.read_bytes() for path in paths if path.is_file() and 0 < path.stat().st_size <= LARGEST_SOURCE]
+    image = feature_documents.png(16, 16)
+    for _, content in feature_documents.drawings():
+        texts.append(feature_documents.document_of(content.replace("$PNG", image)).encode())
+    return texts
+
+
+def document_number(number, seed, sources):
+    """@return what it is, and the document"""
+    generator = random.Random(f"{seed} {number}")
+    if number % BOMB_EVERY == BOMB_EVERY - 1:
+        return hostile_documents.bomb(generator, number // BOMB_EVERY)
+    return "mutation", hostile_documents.changed(generator, sources)
+
+
+def command_of(tool, way, document, folder):
+    if way in ("check", "info"):
+        return [tool, way, str(document)]
+    pages = ["--pages", "1"] if way == "png" else []
+    return [tool, str(document), "-o", str(Path(folder) / f"page.{way}"), *pages]
+
+
+def fault_of(done, way, folder):
+    if done.code < 0 or done.code > 128:
+        return f"ended by a signal ({done.code}): {done.said[-300:]}"
+    if done.code == print_documents.TIMED_OUT or done.seconds > MOST_SECONDS:
+        return f"took {done.seconds:.1f} s"
+    if done.megabytes > MOST_MEMORY:
+        return f"took {done.megabytes:.0f} MB"
+    if done.code not in ENDS[way]:
+        return f"ended with {done.code}: {done.said[:300]}"
+    if done.code in print_documents.REFUSALS and not done.said.startswith("orvprint: ") and way != "check":
+        return f"ended with {done.code} and did not say why: {done.said[:300]}"
+    output = Path(folder) / f"page.{way}"
+    has_page = output.is_file() and output.stat().st_size > 0
+    # The others are printed where one has no area.
+    may_have_page = done.code == DONE or "has no area" in done.said
+    if way in ("pdf", "png") and (has_page and not may_have_page or done.code == DONE and not has_page):
+        return f"ended with {done.code} and {'a' if has_page else 'no'} page"
+    if list(Path(folder).glob(".*")):
+        return "left a temporary file"
+    return ""
+
+
+def is_large(page):
+    with open(page, "rb") as file:
+        width, height = struct.unpack(">16xII", file.read(24))
+    return width * height > LARGEST_COMPARED
+
+
+def is_lost(tool, document, folder):
+    """Whether a page is empty that another renderer fills, although nothing is found."""
+    page = Path(folder) / "page.png"
+    if not page.is_file() or is_large(page) or not compare_pages.is_blank(compare_pages.opened(page)):
+        return False
+    code = lambda command: print_documents.measure(["prlimit", "--as=4000000000", "--cpu=20", *command]).code
+    if compare_pages.difference(tool, document, folder, code) != 100.0:
+        return False
+    # One renderer may err with numbers such as these.
+    other = compare_findings.draw_with_resvg(document, Path(folder) / "resvg.png", 400)
+    return not other or not compare_pages.is_blank(compare_pages.opened(other))
+
+
+class Figures:
+    """The longest runs and the largest, and how the runs ended."""
+
+    KEPT = 8
+
+    def __init__(self):
+        self.ends = {way: collections.Counter() for way in ENDS}
+        self.slowest, self.largest = [], []
+
+    def take(self, what, way, done):
+        self.ends[way][done.code] += 1
+        name = f"{what} ({way}, ends with {done.code})"
+        self.slowest = sorted([*self.slowest, (done.seconds, name)], reverse=True)[:self.KEPT]
+        self.largest = sorted([*self.largest, (done.megabytes, name)], reverse=True)[:self.KEPT]
+
+    def show(self):
+        for way, ends in self.ends.items():
+            print(f"{way}:", ", ".join(f"{count} ended with {code}" for code, count in sorted(ends.items())))
+        print("longest:", "; ".join(f"{seconds:.1f} s {name}" for seconds, name in self.slowest))
+        print("largest:", "; ".join(f"{size:.0f} MB {name}" for size, name in self.largest))
+
+
+def faults_of(tool, text, take):
+    """What is wrong with the runs of a document; `take` is called with each."""
+    found, ends = [], {}
+    with tempfile.TemporaryDirectory() as folder:
+        document = Path(folder) / "document.svg"
+        document.write_bytes(text)
+        for way in ENDS:
+            done = print_documents.measure(["timeout", str(PATIENCE), *command_of(tool, way, document, folder)])
+            take(way, done)
+            ends[way] = done.code
+            if fault := fault_of(done, way, folder):
+                found.append(f"({way}): {fault}")
+        if ends["png"] == DONE and ends["check"] == DONE and is_lost(tool, document, folder):
+            found.append("is printed as an empty page, and the check says nothing")
+    return found
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--tool", required=True)
+    parser.add_argument("--count", type=int, default=10000)
+    parser.add_argument("--first", type=int, default=0, help="number of the first document")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--keep", default=str(ROOT / "build/mutated"), metavar="FOLDER")
+    parser.add_argument("folders", nargs="*", metavar="FOLDER")
+    options = parser.parse_args()
+
+    sources, figures, keep = sources_of(options.folders), Figures(), Path(options.keep)
+    keep.mkdir(parents=True, exist_ok=True)
+    faults = 0
+    for ending in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(ending, lambda number, frame: sys.exit(128 + number))
+    try:
+        for number in range(options.first, options.first + options.count):
+            what, text = document_number(number, options.seed, sources)
+            for fault in faults_of(options.tool, text, lambda *run: figures.take(f"{what} {number}", *run)):
+                faults += 1
+                (keep / f"{number}.svg").write_bytes(text)
+                print(f"{keep / f'{number}.svg'} ({what}) {fault}", flush=True)
+            if number % 1000 == 999:
+                print(f"{number + 1} documents", file=sys.stderr, flush=True)
+    finally:
+        figures.show()
+    if faults:
+        sys.exit(f"{faults} runs broke a rule")
+
+
+if __name__ == "__main__":
+    os.environ.setdefault("LC_ALL", "C.UTF-8")
+    main()
