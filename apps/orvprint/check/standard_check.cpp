@@ -15,6 +15,7 @@
 #include "interpreters/svg2/tree/page_size.h"
 #include "interpreters/svg2/tree/structure.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
 
 namespace {
@@ -282,6 +283,9 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
             CheckPaint(element, style.stroke, "stroke");
             break;
         case Tag::kA:
+            if (ORVIsScriptAddress(document_.ValueOf(element, Name::kHref)))
+                Note(FindingCode::kScriptLink, element, "href", document_.ValueOf(element, Name::kHref),
+                     "is left out: the address executes code");
             if (document_[element].parent != kNoElement &&
                 document_[document_[element].parent].tag == Tag::kText)
                 Note(FindingCode::kAttributeWithoutEffect, element, "href",

@@ -94,6 +94,9 @@ private:
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
+    /// Notes that a definition is being drawn. @return false when too many lie within each other
+    bool Enter(ElementIndex definition);
+    void Leave() { active_.pop_back(); }
     Style& StyleAt(int depth);
 
     Scene& scene_;

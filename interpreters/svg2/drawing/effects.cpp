@@ -97,9 +97,9 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
         if (!Do(generator_.BeginLayer(layer))) return false;
         ends_.push_back(End::kLayer);
         if (hasMask) {
-            active_.push_back(mask);
+            if (!Enter(mask)) return false;
             const bool shows = BeginMasking(element, style, state);
-            active_.pop_back();
+            Leave();
             if (!shows) return false;
         }
     }
@@ -153,9 +153,10 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
         layer.box = page_;
         if (Do(generator_.BeginLayer(layer))) {
             ends_.push_back(End::kLayer);
-            active_.push_back(outerMask);
-            shows = BeginMasking(element, style, state);
-            active_.pop_back();
+            if (Enter(outerMask)) {
+                shows = BeginMasking(element, style, state);
+                Leave();
+            }
         }
     }
     if (shows && !maskStyle.clipPath.empty()) shows = BeginClipping(mask, maskStyle, inner);
@@ -219,7 +220,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
     inner.toPage = inner.toPage * transform;
     if (!IsInvertible(inner.toPage)) return false;
 
-    active_.push_back(clip);
+    if (!Enter(clip)) return false;
     bool shows = true;
     // Its own clip cuts it, in the units of the element.
     if (!clipStyle.clipPath.empty()) shows = BeginClipping(clip, clipStyle, inner);
@@ -285,7 +286,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
             }
         }
     }
-    active_.pop_back();
+    Leave();
     return shows && !IsStopped();
 }
 

@@ -116,6 +116,23 @@ TEST(SVG2BombTest, SelectorsThatSearchLongEnd) {
     EXPECT_NE(SketchContent(content).find("result"), std::string::npos);
 }
 
+TEST(SVG2BombTest, MasksWithinMasksEnd) {
+    std::string content;
+    for (int i = 1; i < 100; ++i)
+        content += "<mask id='m" + std::to_string(i) + "'><rect width='9' height='9' mask='url(#m" +
+                   std::to_string(i + 1) + ")'/></mask>";
+    content += "<mask id='m100'/><rect width='9' height='9' mask='url(#m1)'/>";
+    EXPECT_NE(SketchContent(content).find("result"), std::string::npos);
+}
+
+TEST(SVG2BombTest, BoxesOfDeepDocumentsAreFound) {
+    const std::string calls = SketchContent(
+        "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='1' height='1'/></clipPath>"
+        "<g clip-path='url(#c)'>" +
+        Repeated("<g>", 900) + "<rect width='1' height='1'/>" + Repeated("</g>", 900) + "</g>");
+    EXPECT_EQ(calls, "clip path 0,0 1,1\n  0,0 1,1 fill #000000\n");
+}
+
 TEST(SVG2BombTest, DeepDocumentsAreDrawn) {
     const std::string calls = SketchContent(Repeated("<g fill='red'>", 1000) +
                                             "<rect width='1' height='1'/>" + Repeated("</g>", 1000));
