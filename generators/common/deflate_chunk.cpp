@@ -28,8 +28,9 @@ void FreeUpperHalves() {
 #endif
 }
 
-// The state of the compressor that is set below is that of this version.
-constexpr bool kKnowsState = ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0);
+// The state of the compressor that is set below is that of this version; generators/CMakeLists.txt refuses
+// others.
+static_assert(ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0));
 
 // At the start of a stream, the compressor notes the second byte where the address of its own state hashes
 // to, and now and then finds a match there: the same bytes would not always become the same stream. It does
@@ -56,7 +57,7 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
     stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
     stream.end_of_stream = isWhole ? 1 : 0;
     stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
-    if (kKnowsState && !bytes.empty()) {
+    if (!bytes.empty()) {
         BeginWithHistory(stream, levelMemory);
         // The compressor may look at bytes in front of the first one, and must not take any for a match.
         constexpr std::size_t kFront = IGZIP_HIST_SIZE;

@@ -11,9 +11,10 @@
 namespace {
 
 // Work in pixels of one colour that covers what is below: for those that are blended with it, for those that
-// are cut off or come from an image, for each sample that is read, and for each pixel that samples are made
-// of.
-constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 80, kImagePixelWork = 100;
+// are cut off or come from an image, for each sample that is read, of an image or of one that repeats, and
+// for each pixel that samples are made of.
+constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 20, kRepeatedReadWork = 80,
+                        kImagePixelWork = 100;
 
 /// Exact for all that two bytes multiply to.
 unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
@@ -202,7 +203,9 @@ void BandRenderer::Paint(const RasterOperation& operation) {
 }
 
 std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const {
-    if (source_.samples) return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) * kReadWork;
+    if (source_.samples)
+        return kMixedPixelWork + static_cast<std::uint64_t>(source_.GetReads()) *
+                                     (source_.repeats ? kRepeatedReadWork : kReadWork);
     if (operation.gradient) return kMixedPixelWork + gradient_.GetPixelWork();
     if (operation.clipped) return kMixedPixelWork;
     return operation.colour.opacity == 255 ? 1 : kBlendedPixelWork;

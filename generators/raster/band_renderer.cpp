@@ -10,20 +10,13 @@
 
 namespace {
 
-ORVMathPoint2D PlaceOf(const RasterGeometry& geometry, const RasterPoint& p) {
-    return {geometry.originX + static_cast<double>(p.x), geometry.originY + static_cast<double>(p.y)};
-}
-
 // Work in pixels of one colour.
-constexpr std::uint64_t kOperationWork = 200, kGlyphWork = 50, kLineWork = 20;
+constexpr std::uint64_t kOperationWork = 200, kGlyphWork = 100, kLineWork = 40;
 // Work is told to the budget when there is so much of it.
 constexpr std::uint64_t kWorkToTell = std::uint64_t{1} << 24U;
 
 // What layers may take (bytes) before fewer rows are painted at a time.
 constexpr std::size_t kLayerMemory = std::size_t{8} << 20U;
-
-// Pens up to this radius (pixels) do not show the corners of a course that is flat itself.
-constexpr double kFinePen = 0.5;
 
 /// The order in which the pixels of a square become black as it gets darker, spread evenly.
 constexpr std::uint8_t kDitherOrder[8][8] = {
@@ -190,49 +183,13 @@ void BandRenderer::Dither(int firstRow, int rowCount) {
 
 // ---- Outlines ---------------------------------------------------------------------------------------------
 
-int BandRenderer::PiecesOf(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
-                           const ORVMathPoint2D& p3) const {
-    const int pieces = ORVPiecesOfCubic(p0, p1, p2, p3);
-    if (penRadius_ <= kFinePen) return pieces;
-    // The border of a wide line bends around corners of its course: they must be gentle, too.
-    const auto turn = [](const ORVMathPoint2D& a, const ORVMathPoint2D& b, const ORVMathPoint2D& c) {
-        const double ux = b.x - a.x, uy = b.y - a.y, vx = c.x - b.x, vy = c.y - b.y;
-        return std::fabs(std::atan2(ux * vy - uy * vx, ux * vx + uy * vy));
-    };
-    const double step = 2.0 * std::acos(std::max(0.0, 1.0 - kFlatness / penRadius_));
-    const double needed = (turn(p0, p1, p2) + turn(p1, p2, p3)) * 1.5 / std::max(step, 1e-3);
-    return std::max(pieces, static_cast<int>(std::min(needed, 1000.0)) + 1);
-}
-
-void BandRenderer::CollectVerbs(const RasterGeometry& geometry, const RasterContour& contour,
-                                std::uint32_t firstVerb, std::uint32_t verbCount, std::uint32_t firstPoint) {
-    const RasterPoint* point = contour.points + firstPoint;
-    ORVMathPoint2D current = PlaceOf(geometry, *point++);
-    course_.Add(current, false);
-    for (std::uint32_t i = 0; i < verbCount; ++i) {
-        if (contour.verbs[firstVerb + i] == RasterContour::Verb::kLine) {
-            current = PlaceOf(geometry, *point++);
-            course_.Add(current, false);
-            continue;
-        }
-        const ORVMathPoint2D control1 = PlaceOf(geometry, point[0]), control2 = PlaceOf(geometry, point[1]),
-                             end = PlaceOf(geometry, point[2]);
-        point += 3;
-        const int pieces = PiecesOf(current, control1, control2, end);
-        int done = 0;
-        ORVFlattenCubic(current, control1, control2, end, pieces,
-                        [&](const ORVMathPoint2D& p) { course_.Add(p, ++done < pieces); });
-        current = end;
-    }
-}
-
 void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterContour& contour,
                                   std::uint32_t firstVerb, std::uint32_t verbCount,
                                   std::uint32_t firstPoint) {
     const RasterPoint* point = contour.points + firstPoint;
     const int top = coverage_.GetFirstRow() - geometry.originY - 1,
               bottom = coverage_.GetEndRow() - geometry.originY + 1;
-    ORVMathPoint2D current = PlaceOf(geometry, *point);
+    ORVMathPoint2D current = geometry.PlaceOf(*point);
     FixedPoint from = CoverageBuffer::ToFixed(current.x, current.y);
     std::uint64_t lines = verbCount;
     const auto lineTo = [&](const ORVMathPoint2D& p) {
@@ -243,12 +200,12 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
     };
     for (std::uint32_t i = 0; i < verbCount; ++i) {
         if (contour.verbs[firstVerb + i] == RasterContour::Verb::kLine) {
-            lineTo(PlaceOf(geometry, *++point));
+            lineTo(geometry.PlaceOf(*++point));
             continue;
         }
         const auto [least, most] = std::minmax({point[0].y, point[1].y, point[2].y, point[3].y});
-        const ORVMathPoint2D control1 = PlaceOf(geometry, point[1]), control2 = PlaceOf(geometry, point[2]),
-                             end = PlaceOf(geometry, point[3]);
+        const ORVMathPoint2D control1 = geometry.PlaceOf(point[1]), control2 = geometry.PlaceOf(point[2]),
+                             end = geometry.PlaceOf(point[3]);
         point += 3;
         if (most <= static_cast<float>(top) || least >= static_cast<float>(bottom)) {
             current = end;
@@ -261,40 +218,24 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
         }
     }
     coverage_.AddWork(lines * kLineWork);
-    if (firstVerb + verbCount == contour.verbCount) lineTo(PlaceOf(geometry, contour.points[0]));
+    if (firstVerb + verbCount == contour.verbCount) lineTo(geometry.PlaceOf(contour.points[0]));
 }
 
 void BandRenderer::AddContourStroke(const RasterOperation& operation, const RasterContour& contour) {
     course_.Clear();
-    CollectVerbs(operation.geometry, contour, 0, contour.verbCount, 0);
+    ORVAppendVerbs(operation.geometry, contour, {0, contour.verbCount, 0}, operation.pen->radius, course_);
     dasher_.AddContour(course_, contour.closed);
 }
 
 void BandRenderer::AddVerbsStroke(const RasterOperation& operation, const RasterContour& contour,
-                                  const RasterPiece& piece) {
-    const auto pointsOf = [&](std::uint32_t verb) {
-        return contour.verbs[verb] == RasterContour::Verb::kCubic ? 3U : 1U;
-    };
-    const std::uint32_t end = piece.firstVerb + piece.verbCount;
-    std::uint32_t pointCount = 0, endPoint = piece.firstPoint;
-    for (std::uint32_t i = piece.firstVerb; i < end; ++i) endPoint += pointsOf(i);
-    // The verbs before and after make the joins; a closed contour goes on at its other end.
+                                  const VerbRange& verbs, const DashedPart* dashes) {
+    std::size_t first = 0, last = 0;
     course_.Clear();
-    if (piece.firstVerb > 0) {
-        CollectVerbs(operation.geometry, contour, piece.firstVerb - 1, 1,
-                     piece.firstPoint - pointsOf(piece.firstVerb - 1));
-    } else if (contour.closed) {
-        for (std::uint32_t i = 0; i + 1 < contour.verbCount; ++i) pointCount += pointsOf(i);
-        CollectVerbs(operation.geometry, contour, contour.verbCount - 1, 1, pointCount);
-    }
-    const std::size_t first = course_.points.empty() ? 0 : course_.points.size() - 1;
-    CollectVerbs(operation.geometry, contour, piece.firstVerb, piece.verbCount, piece.firstPoint);
-    const std::size_t last = course_.points.size() - 1;
-    if (end < contour.verbCount)
-        CollectVerbs(operation.geometry, contour, end, 1, endPoint);
-    else if (contour.closed)
-        CollectVerbs(operation.geometry, contour, 0, 1, 0);
-    outliner_.AddPart(course_, first, last);
+    ORVAppendVerbsInContext(operation.geometry, contour, verbs, operation.pen->radius, course_, first, last);
+    if (dashes)
+        dasher_.AddPart(course_, first, last, *dashes);
+    else
+        outliner_.AddPart(course_, first, last);
 }
 
 void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphPlace& place) {
@@ -342,16 +283,18 @@ void BandRenderer::AddPiece(const RasterOperation& operation, const RasterPiece&
         return;
     }
     const RasterGeometry& geometry = operation.geometry;
-    if (operation.pen) {
-        outliner_.SetPen(*operation.pen);
-        penRadius_ = operation.pen->radius;
-    }
+    if (operation.pen) outliner_.SetPen(*operation.pen);
     if (piece.contour == RasterPiece::kAll) {
         for (std::uint32_t i = 0; i < geometry.contourCount; ++i) {
             const RasterContour& contour = geometry.contours[i];
             if (operation.fills) AddContourFill(geometry, contour, 0, contour.verbCount, 0);
             if (operation.pen) AddContourStroke(operation, contour);
         }
+        return;
+    }
+    if (piece.contour == RasterPiece::kDashes) {
+        const RasterDashes& dashes = list_.GetDashes()[piece.firstPoint];
+        AddVerbsStroke(operation, geometry.contours[dashes.contour], dashes.verbs, &dashes.part);
         return;
     }
     const RasterContour& contour = geometry.contours[piece.contour];
@@ -361,5 +304,5 @@ void BandRenderer::AddPiece(const RasterOperation& operation, const RasterPiece&
     if (piece.verbCount == contour.verbCount)
         AddContourStroke(operation, contour);
     else
-        AddVerbsStroke(operation, contour, piece);
+        AddVerbsStroke(operation, contour, {piece.firstVerb, piece.verbCount, piece.firstPoint}, nullptr);
 }

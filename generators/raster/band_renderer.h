@@ -74,13 +74,10 @@ private:
     void AddContourFill(const RasterGeometry& geometry, const RasterContour& contour, std::uint32_t firstVerb,
                         std::uint32_t verbCount, std::uint32_t firstPoint);
     void AddContourStroke(const RasterOperation& operation, const RasterContour& contour);
+    /// @param dashes  what is known of a part of a dashed contour; null for a solid one
     void AddVerbsStroke(const RasterOperation& operation, const RasterContour& contour,
-                        const RasterPiece& piece);
+                        const VerbRange& verbs, const DashedPart* dashes);
     void AddGlyph(const RasterOperation& operation, const RasterGlyphPlace& place);
-    void CollectVerbs(const RasterGeometry& geometry, const RasterContour& contour, std::uint32_t firstVerb,
-                      std::uint32_t verbCount, std::uint32_t firstPoint);
-    int PiecesOf(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
-                 const ORVMathPoint2D& p3) const;
     void Paint(const RasterOperation& operation);
     template <CoverageRule kRule>
     void PaintWith(const RasterOperation& operation);
@@ -139,7 +136,6 @@ private:
     StrokeOutliner outliner_{coverage_};
     StrokeDasher dasher_{outliner_};
     StrokeCourse course_;
-    double penRadius_ = 0.0;  // of the pen that a course is collected for
 
     std::vector<std::uint8_t> rows_;
     std::vector<std::uint8_t> isDrawn_;  // something was drawn on the row

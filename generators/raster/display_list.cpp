@@ -41,6 +41,7 @@ void DisplayList::Clear() {
     // Fresh vectors: a page's memory is not kept for the next one, which may need it elsewhere.
     operations_ = {};
     pieces_ = {};
+    dashes_ = {};
     clips_ = {};
     openClips_ = {};
     clipMasks_ = {};
@@ -148,8 +149,9 @@ RasterOperation DisplayList::NewOperation(const ORVPrintColour& colour) const {
 
 PieceCutter DisplayList::CutterFor(const RasterOperation& operation) {
     const RasterClip& clip = clips_[operation.clip];
-    return {operation, static_cast<std::uint32_t>(operations_.GetSize()), FirstRowOf(clip), LastRowOf(clip),
-            pieces_};
+    return {operation,        static_cast<std::uint32_t>(operations_.GetSize()),
+            FirstRowOf(clip), LastRowOf(clip),
+            pieces_,          dashes_};
 }
 
 bool DisplayList::FitToClip(RasterOperation& operation, const RasterExtent& extent) const {

@@ -41,6 +41,7 @@ public:
 
     const RasterSequence<RasterOperation>& GetOperations() const { return operations_; }
     const RasterSequence<RasterPiece>& GetPieces() const { return pieces_; }
+    const RasterSequence<RasterDashes>& GetDashes() const { return dashes_; }
     const std::vector<RasterClip>& GetClips() const { return clips_; }
     const std::vector<RasterClipMask>& GetClipMasks() const { return clipMasks_; }
     const std::vector<RasterLayer>& GetLayers() const { return layers_; }
@@ -116,6 +117,7 @@ private:
     RasterArena arena_;
     RasterSequence<RasterOperation> operations_;
     RasterSequence<RasterPiece> pieces_;
+    RasterSequence<RasterDashes> dashes_;
     std::vector<RasterClip> clips_;
     std::vector<std::uint32_t> openClips_;
     std::vector<RasterClipMask> clipMasks_;  // the first one stands for none

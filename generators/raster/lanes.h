@@ -4,6 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 /// Numbers that are worked on four or eight at a time, on all processors that can, whatever they call it.
 using Lanes [[gnu::vector_size(16)]] = std::uint32_t;
 using SignedLanes [[gnu::vector_size(16)]] = std::int32_t;
@@ -45,6 +49,12 @@ inline ShortLanes WidenBytes(std::uint32_t first, std::uint32_t second) {
     return std::bit_cast<ShortLanes>(
         __builtin_shufflevector(bytes, ByteLanes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
 }
+/// The bytes of two neighbouring pixels, each as a short number.
+inline ShortLanes WidenTwoPixels(std::uint64_t pixels) {
+    const auto bytes = std::bit_cast<ByteLanes>(LongLanes{pixels});
+    return std::bit_cast<ShortLanes>(
+        __builtin_shufflevector(bytes, ByteLanes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
+}
 inline SignedLanes LowHalf(const ShortLanes& lanes) {
     return std::bit_cast<SignedLanes>(__builtin_shufflevector(lanes, ShortLanes{}, 0, 8, 1, 9, 2, 10, 3, 11));
 }
@@ -80,6 +90,30 @@ inline std::uint32_t PackBytes(const Lanes& lanes) {
         return static_cast<std::uint32_t>((half | half >> 24) & 0xFFFF);
     };
     return two(halves[0]) | two(halves[1]) << 16;
+}
+
+/// The sums of two products each, of signed numbers: a0 * b0 + a1 * b1, and so on.
+inline SignedLanes SumsOfProducts(const ShortLanes& a, const ShortLanes& b) {
+#if defined(__SSE2__)
+    return std::bit_cast<SignedLanes>(_mm_madd_epi16(std::bit_cast<__m128i>(a), std::bit_cast<__m128i>(b)));
+#else
+    const auto x = std::bit_cast<SignedLanes>(a), y = std::bit_cast<SignedLanes>(b);
+    return (x << 16 >> 16) * (y << 16 >> 16) + (x >> 16) * (y >> 16);
+#endif
+}
+
+/// Four pixels from the channels of each, which are 0 to 255.
+inline ByteLanes PackPixels(const SignedLanes& a, const SignedLanes& b, const SignedLanes& c,
+                            const SignedLanes& d) {
+#if defined(__SSE2__)
+    return std::bit_cast<ByteLanes>(
+        _mm_packus_epi16(_mm_packs_epi32(std::bit_cast<__m128i>(a), std::bit_cast<__m128i>(b)),
+                         _mm_packs_epi32(std::bit_cast<__m128i>(c), std::bit_cast<__m128i>(d))));
+#else
+    return std::bit_cast<ByteLanes>(
+        Lanes{PackBytes(std::bit_cast<Lanes>(a)), PackBytes(std::bit_cast<Lanes>(b)),
+              PackBytes(std::bit_cast<Lanes>(c)), PackBytes(std::bit_cast<Lanes>(d))});
+#endif
 }
 
 /// Exact, rounded, for all that two bytes multiply to.

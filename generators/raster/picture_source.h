@@ -14,7 +14,7 @@ struct PictureSource {
     bool repeats = false;
     std::uint64_t made = 0;  ///< pixels of the image that were looked at when the samples were made just now
 
-    /// Writes the premultiplied colours (RGBA) of the pixels [begin, end) of a row.
+    /// Writes the premultiplied colours (RGBA) of the pixels [begin, end) of a row, and for up to three more.
     void Read(int row, int begin, int end, std::uint8_t* rgba) const;
     /// Samples that are read for a pixel.
     int GetReads() const;

@@ -6,6 +6,7 @@
 #include "generators/raster/raster_gradient.h"
 #include "generators/raster/raster_layer.h"
 #include "generators/raster/raster_outline.h"
+#include "generators/raster/stroke_dashes.h"
 #include "generators/raster/stroke_pen.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVRef.h"
@@ -67,10 +68,18 @@ struct RasterOperation {
 
 /// A part of an operation, small enough to be looked at as a whole in every band that it touches.
 struct RasterPiece {
-    static constexpr std::uint32_t kAll = 0xFFFFFFFFU;
+    static constexpr std::uint32_t kAll = 0xFFFFFFFFU, kDashes = 0xFFFFFFFEU;
     std::uint32_t operation = 0;
     int firstRow = 0, lastRow = 0;  // rows that it may touch, on the page
-    std::uint32_t contour = kAll;   // all of the operation's contours, or verbs of one
+    std::uint32_t contour = kAll;   // all of the operation's contours, or verbs of one, or dashes
     std::uint32_t firstVerb = 0, verbCount = 0;
-    std::uint32_t firstPoint = 0;  // where the first verb starts; of glyphs: the first one
+    // Where the first verb starts; of glyphs: the first one; of dashes: the number of a RasterDashes.
+    std::uint32_t firstPoint = 0;
+};
+
+/// A part of a long dashed contour.
+struct RasterDashes {
+    std::uint32_t contour = 0;
+    VerbRange verbs;
+    DashedPart part;
 };

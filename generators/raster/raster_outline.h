@@ -28,6 +28,11 @@ struct RasterGeometry {
     int originX = 0, originY = 0;
     std::uint32_t contourCount = 0;
     const RasterContour* contours = nullptr;
+
+    /// Where a point of its contours lies on the page.
+    ORVMathPoint2D PlaceOf(const RasterPoint& p) const {
+        return {originX + static_cast<double>(p.x), originY + static_cast<double>(p.y)};
+    }
 };
 
 /// What an outline extends over, in device space.

@@ -17,62 +17,100 @@ std::size_t CountVerbs(const RasterGeometry& geometry) {
     return verbs;
 }
 
-std::uint32_t CountPoints(const RasterContour::Verb* verbs, std::uint32_t count) {
-    std::uint32_t points = 0;
-    for (std::uint32_t i = 0; i < count; ++i) points += verbs[i] == RasterContour::Verb::kCubic ? 3U : 1U;
-    return points;
-}
-
 }  // namespace
 
 PieceCutter::PieceCutter(const RasterOperation& operation, std::uint32_t number, int firstRow, int lastRow,
-                         RasterSequence<RasterPiece>& pieces)
+                         RasterSequence<RasterPiece>& pieces, RasterSequence<RasterDashes>& dashes)
     : operation_(operation),
       reach_(operation.GetReach()),
       firstRow_(firstRow),
       lastRow_(lastRow),
-      pieces_(pieces) {
+      pieces_(pieces),
+      dashes_(dashes) {
     piece_.operation = number;
 }
 
-void PieceCutter::Add(double top, double bottom) {
+bool PieceCutter::Add(double top, double bottom) {
     piece_.firstRow = std::max(PixelOf(top - reach_), firstRow_);
     piece_.lastRow = std::min(PixelOf(bottom + reach_), lastRow_);
-    if (piece_.firstRow <= piece_.lastRow) pieces_.Append(piece_);
+    if (piece_.firstRow > piece_.lastRow) return false;
+    pieces_.Append(piece_);
+    return true;
 }
 
 void PieceCutter::CutOutlines(const RasterExtent& extent) {
     const RasterGeometry& geometry = operation_.geometry;
-    // The dashes of a contour depend on all of it.
-    const bool isDashed = operation_.pen && operation_.pen->IsDashed();
-    if (CountVerbs(geometry) <= kVerbsOfPiece || (isDashed && geometry.contourCount == 1)) {
+    if (CountVerbs(geometry) <= kVerbsOfPiece) {
         Add(extent.top, extent.bottom);
         return;
     }
-    for (piece_.contour = 0; piece_.contour < geometry.contourCount; ++piece_.contour)
-        CutContour(geometry.contours[piece_.contour], isDashed ? RasterPiece::kAll : kVerbsOfPiece);
+    const bool isDashed = operation_.pen && operation_.pen->IsDashed();
+    for (std::uint32_t i = 0; i < geometry.contourCount; ++i) {
+        if (isDashed && geometry.contours[i].verbCount > kVerbsOfPiece)
+            CutDashedContour(i);
+        else
+            CutContour(i);
+    }
 }
 
-void PieceCutter::CutContour(const RasterContour& contour, std::uint32_t mostVerbs) {
-    piece_.firstVerb = piece_.firstPoint = 0;
+bool PieceCutter::AddVerbs(const RasterContour& contour, const VerbRange& verbs, std::uint32_t pointCount) {
+    const RasterPoint* point = contour.points + verbs.firstPoint;
+    float top = point->y, bottom = point->y;
+    const auto include = [&](const RasterPoint& p) {
+        top = std::min(top, p.y);
+        bottom = std::max(bottom, p.y);
+    };
+    std::for_each_n(point + 1, pointCount, include);
+    // An inside is closed by a last edge.
+    if (verbs.first + verbs.count == contour.verbCount && operation_.fills) include(*contour.points);
+    const int originY = operation_.geometry.originY;
+    return Add(originY + static_cast<double>(top), originY + static_cast<double>(bottom));
+}
+
+void PieceCutter::CutContour(std::uint32_t number) {
+    const RasterContour& contour = operation_.geometry.contours[number];
+    piece_.contour = number;
+    VerbRange verbs;
     do {
-        piece_.verbCount = std::min(mostVerbs, contour.verbCount - piece_.firstVerb);
-        const std::uint32_t pointCount = CountPoints(contour.verbs + piece_.firstVerb, piece_.verbCount);
-        const RasterPoint* point = contour.points + piece_.firstPoint;
-        float top = point->y, bottom = point->y;
-        const auto include = [&](const RasterPoint& p) {
-            top = std::min(top, p.y);
-            bottom = std::max(bottom, p.y);
-        };
-        std::for_each_n(point + 1, pointCount, include);
-        const bool isLast = piece_.firstVerb + piece_.verbCount == contour.verbCount;
-        // An inside is closed by a last edge.
-        if (isLast && operation_.fills) include(*contour.points);
-        const int originY = operation_.geometry.originY;
-        Add(originY + static_cast<double>(top), originY + static_cast<double>(bottom));
-        piece_.firstVerb += piece_.verbCount;
-        piece_.firstPoint += pointCount;
-    } while (piece_.firstVerb < contour.verbCount);
+        verbs.count = std::min(kVerbsOfPiece, contour.verbCount - verbs.first);
+        const std::uint32_t pointCount = ORVCountPoints(contour, verbs.first, verbs.count);
+        piece_.firstVerb = verbs.first;
+        piece_.verbCount = verbs.count;
+        piece_.firstPoint = verbs.firstPoint;
+        AddVerbs(contour, verbs, pointCount);
+        verbs.first += verbs.count;
+        verbs.firstPoint += pointCount;
+    } while (verbs.first < contour.verbCount);
+}
+
+void PieceCutter::CutDashedContour(std::uint32_t number) {
+    const RasterContour& contour = operation_.geometry.contours[number];
+    DashedLineMeasure measure(*operation_.pen, contour.closed);
+    StrokeCourse course;
+    // Dashes depend on all that comes before them: parts are measured even where they touch no row.
+    RasterDashes unseen;
+    RasterDashes *first = nullptr, *last = nullptr;
+    VerbRange verbs;
+    do {
+        // No part has a single verb: what ends a line may be shortened, and the join before it may not.
+        const std::uint32_t left = contour.verbCount - verbs.first;
+        verbs.count = left <= kVerbsOfPiece + 1 ? left : kVerbsOfPiece;
+        const std::uint32_t pointCount = ORVCountPoints(contour, verbs.first, verbs.count);
+        course.Clear();
+        ORVAppendVerbs(operation_.geometry, contour, verbs, operation_.pen->radius, course);
+        const DashedPart part = measure.Add(course);
+        piece_.contour = RasterPiece::kDashes;
+        piece_.firstPoint = static_cast<std::uint32_t>(dashes_.GetSize());
+        last = &unseen;
+        if (AddVerbs(contour, verbs, pointCount)) {
+            dashes_.Append({number, verbs, part});
+            last = &dashes_[dashes_.GetSize() - 1];
+        }
+        if (verbs.first == 0) first = last;
+        verbs.first += verbs.count;
+        verbs.firstPoint += pointCount;
+    } while (verbs.first < contour.verbCount);
+    measure.Finish(first->part, last->part);
 }
 
 RasterExtent PieceCutter::CutGlyphs(std::span<const RasterGlyphPlace> places) {

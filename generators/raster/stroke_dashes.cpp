@@ -2,81 +2,251 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+
+#include "generators/raster/dash_cursor.h"
 
 namespace {
 
 // Work in pixels of one colour.
-constexpr std::uint64_t kPointWork = 100;
+constexpr std::uint64_t kPointWork = 100, kSkippedWork = 10;
+
+double LengthOf(const StrokePen& pen, const ORVMathPoint2D& a, const ORVMathPoint2D& b) {
+    const ORVMathVector2D v = Turned(pen.fromDevice, {b.x - a.x, b.y - a.y});
+    return std::sqrt(Dot(v, v));
+}
+
+/// A part's share of a length, which may be next to nothing.
+double ShareOf(double part, double length) {
+    return length > 0.0 ? std::clamp(part / length, 0.0, 1.0) : 0.0;
+}
+
+/// Has a closed course, which ends with its first point, go on at its other end: its last segment comes
+/// before it, its first one behind it.
+void CloseCourse(StrokeCourse& course) {
+    std::vector<ORVMathPoint2D>& points = course.points;
+    const ORVMathPoint2D before = points[points.size() - 2];
+    course.Add(ORVMathPoint2D(points[1]), false);
+    points.insert(points.begin(), before);
+    course.smooth.insert(course.smooth.begin(), 0);
+}
 
 }  // namespace
+
+DashedLineMeasure::DashedLineMeasure(const StrokePen& pen, bool closed)
+    : pen_(pen), closed_(closed), length_(pen.dashStart) {
+    double begin = 0.0;
+    startsInDash_ = ORVFindLastDash(pen, length_, begin, firstEnd_);
+}
+
+DashedPart DashedLineMeasure::Add(const StrokeCourse& course) {
+    DashedPart part;
+    part.closed = closed_;
+    // What begins with a gap begins later.
+    part.isSolid = pen_.ShowsAsSolid() && (startsInDash_ || pen_.isFine);
+    part.startsLine = !isBegun_;
+    isBegun_ = true;
+    part.begin = length_;
+    part.before = lastBegin_;
+    // The very sums that the part is drawn with.
+    for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
+        lastLength_ = LengthOf(pen_, course.points[i], course.points[i + 1]);
+        lastBegin_ = length_;
+        length_ += lastLength_;
+    }
+    return part;
+}
+
+void DashedLineMeasure::Finish(DashedPart& first, DashedPart& last) const {
+    last.endsLine = true;
+    double begin = 0.0, end = 0.0;
+    const bool endsInDash = ORVFindLastDash(pen_, length_, begin, end);
+    if (closed_) {
+        first.isSolid = last.isSolid = first.isSolid || (startsInDash_ && firstEnd_ > length_);
+        if (endsInDash && startsInDash_) {
+            first.joined = ShareOf(begin - lastBegin_, lastLength_);
+            last.firstEnd = firstEnd_;
+        }
+    } else if (!endsInDash && length_ - end < lastLength_) {
+        last.keptOfLast = 1.0 - ShareOf(length_ - end, lastLength_);
+    }
+}
 
 void StrokeDasher::AddContour(StrokeCourse& course, bool closed) {
     if (closed) course.DropClosingPoint();
     if (!GetPen().IsDashed() || course.points.size() < 2) {
         outliner_.AddContour(course, closed);
-    } else if (ShowsAsSolid(course)) {
-        if (!closed) EndWithLastDash(course);
-        outliner_.AddContour(course, closed);
+        return;
+    }
+    std::size_t first = 0, last = course.points.size() - 1;
+    if (closed) course.Add(ORVMathPoint2D(course.points[0]), false);
+    DashedLineMeasure measure(GetPen(), closed);
+    DashedPart part = measure.Add(course);
+    // Without a corner, there is no join in a gap that could be missed.
+    if (GetPen().hidesGaps && last == 1 && !closed) part.isSolid = measure.MayHideGaps();
+    measure.Finish(part, part);
+    if (closed) {
+        CloseCourse(course);
+        first = 1;
+        last = course.points.size() - 2;
+    }
+    AddPart(course, first, last, part);
+}
+
+void StrokeDasher::AddPart(StrokeCourse& course, std::size_t first, std::size_t last,
+                           const DashedPart& part) {
+    if (first >= last) return;
+    if (part.isSolid) {
+        if (part.endsLine && !part.closed)
+            course.points[last] = Mix(course.points[last - 1], course.points[last], part.keptOfLast);
+        outliner_.AddPart(course, first, last);
+        return;
+    }
+    Measure(course, first, last, part);
+    AddDashes(course, first, last, part);
+}
+
+void StrokeDasher::Measure(const StrokeCourse& course, std::size_t first, std::size_t last,
+                           const DashedPart& part) {
+    const std::size_t count = course.points.size();
+    outliner_.AddWork(count * kPointWork);
+    distances_.resize(count);
+    lengths_.resize(count);
+    // Of what comes before, only the last segment is of interest, and of what comes after the first.
+    const std::size_t end = std::min(last + 1, count - 1);
+    if (first > 0) {
+        distances_[first - 1] = part.before;
+        lengths_[first - 1] = LengthOf(GetPen(), course.points[first - 1], course.points[first]);
+    }
+    distances_[first] = part.begin;
+    for (std::size_t i = first; i < end; ++i) {
+        lengths_[i] = LengthOf(GetPen(), course.points[i], course.points[i + 1]);
+        distances_[i + 1] = distances_[i] + lengths_[i];
+    }
+}
+
+StrokeDasher::Segment StrokeDasher::SegmentAt(const StrokeCourse& course, std::size_t index) const {
+    Segment segment;
+    segment.index = index;
+    const ORVMathPoint2D &a = course.points[index], &b = course.points[index + 1];
+    const double begin = distances_[index], length = lengths_[index];
+    if (!(length > 0.0)) return segment;
+    segment.direction = Turned(GetPen().fromDevice, {b.x - a.x, b.y - a.y}) * (1.0 / length);
+    double from = 0.0, to = 0.0;
+    if (!VisiblePart(a, b, ReachOfDash(segment.direction), from, to)) return segment;
+    segment.visibleBegin = begin + from * length;
+    segment.visibleEnd = begin + to * length;
+    return segment;
+}
+
+void StrokeDasher::AddDashes(const StrokeCourse& course, std::size_t first, std::size_t last,
+                             const DashedPart& part) {
+    const double start = distances_[first], end = distances_[last];
+    const bool isBent = GetPen().cap == ORVPrintStroke::Cap::kRound;
+    Segment segment = SegmentAt(course, first);
+    DashCursor cursor(GetPen(), start);
+    while (!cursor.IsLost()) {
+        double dashBegin = cursor.GetBegin(), dashEnd = cursor.GetEnd();
+        // A dash that begins where the line ends still is one.
+        if (dashBegin > end || (dashBegin == end && !part.endsLine)) return;
+        // What ends with the segment before was drawn with it.
+        if (dashEnd <= start && dashBegin < start) {
+            cursor.Advance();
+            continue;
+        }
+        if (part.startsLine && dashBegin < start) dashBegin = start;
+        if (part.joined <= 1.0 && dashBegin == start) dashBegin -= lengths_[first - 1] * (1.0 - part.joined);
+        if (dashEnd > end && part.endsLine && part.firstEnd == 0.0) dashEnd = end;
+        while (segment.index + 1 < last && distances_[segment.index + 1] <= dashBegin &&
+               distances_[segment.index + 1] < dashEnd)
+            segment = SegmentAt(course, segment.index + 1);
+        const double segmentEnd = distances_[segment.index + 1];
+        const bool isInside = dashBegin >= distances_[segment.index] && dashEnd <= segmentEnd;
+        if (isInside && (dashEnd < segment.visibleBegin || dashBegin > segment.visibleEnd)) {
+            outliner_.AddWork(kSkippedWork);
+            if (!cursor.JumpTowards(dashBegin < segment.visibleBegin ? segment.visibleBegin : segmentEnd))
+                cursor.Advance();
+            continue;
+        }
+        if (isInside && !isBent && dashBegin < dashEnd)
+            AddStraightDash(course, segment, dashBegin, dashEnd);
+        else
+            AddBentDash(course, segment, dashBegin, dashEnd, first, last, part);
+        cursor.Advance();
+    }
+}
+
+ORVMathPoint2D StrokeDasher::PointAt(const StrokeCourse& course, std::size_t segment, double distance) const {
+    const ORVMathPoint2D &a = course.points[segment], &b = course.points[segment + 1];
+    if (distance <= distances_[segment]) return a;
+    if (distance >= distances_[segment + 1]) return b;
+    return Mix(a, b, ShareOf(distance - distances_[segment], lengths_[segment]));
+}
+
+ORVMathPoint2D StrokeDasher::FirstDashFrom(const StrokeCourse& course, std::size_t segment,
+                                           double end) const {
+    const ORVMathPoint2D &a = course.points[segment], &b = course.points[segment + 1];
+    const double start = GetPen().dashStart, length = lengths_[segment];
+    return end < start + length ? Mix(a, b, ShareOf(end - start, length)) : b;
+}
+
+void StrokeDasher::AddStraightDash(const StrokeCourse& course, const Segment& segment, double begin,
+                                   double end) {
+    const ORVMathPoint2D from = PointAt(course, segment.index, begin),
+                         to = PointAt(course, segment.index, end);
+    if (from == to)
+        outliner_.AddDot(from, segment.direction);
+    else
+        outliner_.AddStraight(from, to, segment.direction);
+}
+
+void StrokeDasher::AddBentDash(const StrokeCourse& course, const Segment& segment, double begin, double end,
+                               std::size_t first, std::size_t last, const DashedPart& part) {
+    dash_.Clear();
+    // What came before the part is there for the join, and so is what comes after it.
+    const bool goesOn = begin < distances_[first];
+    std::size_t dashFirst = 0, index = segment.index;
+    if (goesOn) {
+        const ORVMathPoint2D &a = course.points[first - 1], &b = course.points[first];
+        dash_.Add(part.joined <= 1.0 ? Mix(a, b, part.joined) : PointAt(course, first - 1, begin), false);
+        dash_.Add(b, course.smooth[first] != 0);
+        dashFirst = dash_.points.size() - 1;
+        index = first;
     } else {
-        AddDashes(course, closed);
+        const bool isCorner = begin <= distances_[index];
+        dash_.Add(PointAt(course, index, begin), isCorner && course.smooth[index] != 0);
     }
-}
-
-bool StrokeDasher::ShowsAsSolid(const StrokeCourse& course) const {
-    if (!GetPen().hidesGaps) return false;
-    // What begins with a gap begins later.
-    if (!StartsInDash() && !GetPen().isFine) return false;
-    // A corner in a gap has no join, which shows unless the join is like the caps.
-    const bool joinsAreCaps =
-        GetPen().cap == ORVPrintStroke::Cap::kRound && GetPen().join == ORVPrintStroke::Join::kRound;
-    return GetPen().isFine || joinsAreCaps || course.points.size() == 2;
-}
-
-void StrokeDasher::EndWithLastDash(StrokeCourse& course) const {
-    const ORVMathPoint2D from = course.points[course.points.size() - 2];
-    ORVMathPoint2D& to = course.points.back();
-    double length = GetPen().dashStart, last = 0.0;
-    for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
-        const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
-        const ORVMathVector2D v = Turned(GetPen().fromDevice, {b.x - a.x, b.y - a.y});
-        last = std::hypot(v.x, v.y);
-        length += last;
+    while (index < last && distances_[index + 1] < end) {
+        ++index;
+        dash_.Add(course.points[index], course.smooth[index] != 0);
     }
-    double period = 0.0;
-    std::size_t entry = 0;
-    FindInPattern(length, period, entry);
-    if (entry % 2 == 0) return;
-    const double gap = length - (period * GetPen().dashPeriod + GetPen().dashEnds[entry - 1]);
-    if (gap > 0.0 && gap < last) to = Mix(from, to, 1.0 - gap / last);
-}
-
-bool StrokeDasher::StartsInDash() const {
-    double period = 0.0;
-    std::size_t entry = 0;
-    FindInPattern(GetPen().dashStart, period, entry);
-    return entry % 2 == 0;
-}
-
-void StrokeDasher::FindInPattern(double at, double& period, std::size_t& entry) const {
-    const std::span<const double> ends = GetPen().dashEnds;
-    period = std::floor(at / GetPen().dashPeriod);
-    const double rest = at - period * GetPen().dashPeriod;
-    entry = 0;
-    // A first dash without length is one, too.
-    while (at > 0.0 && entry + 1 < ends.size() && ends[entry] <= rest) ++entry;
+    std::size_t dashLast = 0;
+    if (index < last) {
+        dash_.Add(PointAt(course, index, end), false);
+        dashLast = dash_.points.size() - 1;
+    } else {
+        // The dash goes on behind the part; in a closed line it is the first one then.
+        dashLast = dash_.points.size() - 1;
+        dash_.Add(part.endsLine ? FirstDashFrom(course, last, part.firstEnd) : PointAt(course, last, end),
+                  false);
+    }
+    if (dash_.points.size() > 1)
+        outliner_.AddPart(dash_, dashFirst, dashLast);
+    else if (!goesOn)
+        outliner_.AddDot(dash_.points.front(), segment.direction);
 }
 
 ORVMathVector2D StrokeDasher::ReachOfDash(const ORVMathVector2D& direction) const {
-    if (GetPen().cap == ORVPrintStroke::Cap::kRound) return {GetPen().radius + 1.0, GetPen().radius + 1.0};
-    const ORVMathVector2D offset = Turned(GetPen().toDevice, LeftOf(direction) * GetPen().halfWidth);
-    const double isSquare = GetPen().cap == ORVPrintStroke::Cap::kSquare ? 1.0 : 0.0;
-    const ORVMathVector2D ahead = Turned(GetPen().toDevice, direction * (GetPen().halfWidth * isSquare));
+    const StrokePen& pen = GetPen();
+    if (pen.cap == ORVPrintStroke::Cap::kRound) return {pen.radius + 1.0, pen.radius + 1.0};
+    const ORVMathVector2D offset = Turned(pen.toDevice, LeftOf(direction) * pen.halfWidth);
+    const double isSquare = pen.cap == ORVPrintStroke::Cap::kSquare ? 1.0 : 0.0;
+    const ORVMathVector2D ahead = Turned(pen.toDevice, direction * (pen.halfWidth * isSquare));
     return {std::fabs(offset.x) + std::fabs(ahead.x) + 1.0, std::fabs(offset.y) + std::fabs(ahead.y) + 1.0};
 }
 
 bool StrokeDasher::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D& to,
                                const ORVMathVector2D& reach, double& begin, double& end) const {
+    const CoverageBuffer& coverage = outliner_.GetCoverage();
     begin = 0.0;
     end = 1.0;
     const auto cut = [&](double start, double step, double least, double most) {
@@ -86,113 +256,6 @@ bool StrokeDasher::VisiblePart(const ORVMathPoint2D& from, const ORVMathPoint2D&
         end = std::min(end, std::max(a, b));
         return begin <= end;
     };
-    return cut(from.y, to.y - from.y, outliner_.GetCoverage().GetFirstRow() - reach.y,
-               outliner_.GetCoverage().GetEndRow() + reach.y) &&
-           cut(from.x, to.x - from.x, -reach.x, outliner_.GetCoverage().GetPageWidth() + reach.x);
-}
-
-void StrokeDasher::AddDash(const ORVMathVector2D& direction) {
-    if (dash_.points.size() > 1)
-        outliner_.AddPart(dash_, 0, dash_.points.size() - 1);
-    else if (!dash_.points.empty())
-        outliner_.AddDot(dash_.points.front(), direction);
-    dash_.Clear();
-}
-
-void StrokeDasher::AddDashes(StrokeCourse& course, bool closed) {
-    if (closed) course.Add(ORVMathPoint2D(course.points.front()), false);
-    const std::span<const double> ends = GetPen().dashEnds;
-    const ORVMathAffine2D& inverse = GetPen().fromDevice;
-    outliner_.AddWork(course.points.size() * kPointWork);
-    dash_.Clear();
-    firstDash_.Clear();
-
-    bool isOpen = false;  // a dash has begun and not ended
-    // The first dash of a closed line may continue its last one.
-    bool collectsFirst = closed && StartsInDash();
-    double distance = GetPen().dashStart;  // along the line so far, pen space
-    ORVMathVector2D direction{1.0, 0.0};
-    const auto finish = [&] {
-        if (collectsFirst) {
-            std::swap(firstDash_, dash_);
-            dash_.Clear();
-            collectsFirst = false;
-        } else {
-            AddDash(direction);
-        }
-        isOpen = false;
-    };
-    for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
-        const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
-        const ORVMathVector2D v = Turned(inverse, {b.x - a.x, b.y - a.y});
-        const double length = std::sqrt(Dot(v, v));
-        if (!(length > 0.0)) continue;
-        direction = v * (1.0 / length);
-        const double segmentEnd = distance + length;
-        double visibleBegin = 0.0, visibleEnd = 0.0;
-        const bool isVisible = VisiblePart(a, b, ReachOfDash(direction), visibleBegin, visibleEnd);
-        if (isOpen) dash_.Add(a, course.smooth[i] != 0);
-
-        double period = 0.0;
-        std::size_t entry = 0;
-        FindInPattern(distance, period, entry);
-        if (isOpen && entry % 2 == 1) finish();  // it ended on the corner
-        double at = distance;
-        while (true) {
-            const double entryEnd = period * GetPen().dashPeriod + ends[entry];
-            if (entry % 2 == 0) {
-                // A dash of the pattern.
-                if (!isOpen) {
-                    const double begin = std::max(at, distance);
-                    dash_.Add(Mix(a, b, std::clamp((begin - distance) / length, 0.0, 1.0)),
-                              begin == distance && course.smooth[i] != 0);
-                    isOpen = true;
-                }
-                if (entryEnd > segmentEnd) break;
-                dash_.Add(Mix(a, b, std::clamp((entryEnd - distance) / length, 0.0, 1.0)), false);
-                finish();
-            } else if (entryEnd > segmentEnd) {
-                break;
-            }
-            at = entryEnd;
-            if (++entry == ends.size()) {
-                entry = 0;
-                period += 1.0;
-            }
-            // Dashes that cannot be seen need not be made: on to where the visible part begins, or to the end
-            // of the segment, always from the start of a period.
-            if (entry == 0 && !isOpen) {
-                const double target = isVisible && at < distance + visibleEnd * length
-                                          ? distance + visibleBegin * length
-                                          : segmentEnd;
-                const double jump = std::floor(target / GetPen().dashPeriod) - 1.0;
-                if (jump > period) {
-                    period = jump;
-                    at = period * GetPen().dashPeriod;
-                }
-            }
-            // What is too small to be counted at this distance cannot be walked.
-            if (at + GetPen().dashPeriod == at) break;
-        }
-        distance = segmentEnd;
-    }
-    if (isOpen) {
-        dash_.Add(course.points.back(), false);
-        if (closed && !firstDash_.points.empty() && !collectsFirst) {
-            for (std::size_t i = 0; i < firstDash_.points.size(); ++i)
-                dash_.Add(firstDash_.points[i], firstDash_.smooth[i] != 0);
-            firstDash_.Clear();
-        }
-        if (collectsFirst) {
-            // One dash goes all around.
-            outliner_.AddContour(dash_, true);
-            dash_.Clear();
-            return;
-        }
-        AddDash(direction);
-    }
-    if (!firstDash_.points.empty()) {
-        std::swap(dash_, firstDash_);
-        AddDash(direction);
-    }
+    return cut(from.y, to.y - from.y, coverage.GetFirstRow() - reach.y, coverage.GetEndRow() + reach.y) &&
+           cut(from.x, to.x - from.x, -reach.x, coverage.GetPageWidth() + reach.x);
 }

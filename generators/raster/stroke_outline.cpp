@@ -8,7 +8,7 @@
 namespace {
 
 // Work in pixels of one colour.
-constexpr std::uint64_t kArcPointWork = 50, kSegmentWork = 400;
+constexpr std::uint64_t kArcPointWork = 50, kSegmentWork = 400, kStraightWork = 100;
 
 FixedPoint Fixed(const ORVMathPoint2D& p) { return CoverageBuffer::ToFixed(p.x, p.y); }
 
@@ -164,6 +164,17 @@ void StrokeOutliner::AddDot(const ORVMathPoint2D& center, const ORVMathVector2D&
     if (pen_->cap == ORVPrintStroke::Cap::kButt) return;
     AddCap(center, direction);
     AddCap(center, direction * -1.0);
+}
+
+void StrokeOutliner::AddStraight(const ORVMathPoint2D& from, const ORVMathPoint2D& to,
+                                 const ORVMathVector2D& direction) {
+    coverage_.AddWork(kStraightWork);
+    const ORVMathVector2D offset = ToDevice(LeftOf(direction) * pen_->halfWidth);
+    const bool isSquare = pen_->cap == ORVPrintStroke::Cap::kSquare;
+    const ORVMathVector2D ahead = isSquare ? ToDevice(direction * pen_->halfWidth) : ORVMathVector2D{};
+    const FixedPoint corners[] = {Fixed(from + offset - ahead), Fixed(to + offset + ahead),
+                                  Fixed(to - offset + ahead), Fixed(from - offset - ahead)};
+    for (std::size_t i = 0; i < 4; ++i) AddEdge(corners[i], corners[(i + 1) % 4]);
 }
 
 void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std::size_t last) {

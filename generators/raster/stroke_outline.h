@@ -6,30 +6,9 @@
 
 #include "generators/raster/coverage_buffer.h"
 #include "generators/raster/plane_vectors.h"
+#include "generators/raster/stroke_course.h"
 #include "generators/raster/stroke_pen.h"
 #include "platform/mathematics/geometry.h"
-
-/// The course of a line, flattened: device points, none equal to its predecessor.
-struct StrokeCourse {
-    std::vector<ORVMathPoint2D> points;
-    std::vector<std::uint8_t> smooth;  ///< for each point, whether it is inside a curve
-
-    void Clear() {
-        points.clear();
-        smooth.clear();
-    }
-    void Add(const ORVMathPoint2D& point, bool isSmooth) {
-        if (!points.empty() && points.back() == point) return;
-        points.push_back(point);
-        smooth.push_back(isSmooth ? 1 : 0);
-    }
-    /// Takes away the last point where it is the first one again.
-    void DropClosingPoint() {
-        if (points.size() < 2 || points.front() != points.back()) return;
-        points.pop_back();
-        smooth.pop_back();
-    }
-};
 
 /// Puts the outlines of lines into a coverage buffer. All outlines wind in the same sense, whichever way a
 /// line runs. Edges that cannot touch the buffer's band are left out, wherever they belong.
@@ -48,6 +27,9 @@ public:
     void AddContour(StrokeCourse& course, bool closed);
     /// Round and square caps make a dot of a line without length.
     void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
+    /// Strokes a straight line with its caps, which are not round.
+    /// @param direction  of the line: a unit vector in pen space
+    void AddStraight(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& direction);
     /// Strokes a part of a solid line.
     /// @param first, last  the part's segments [first, last). Those before and after stand in the course for
     ///                     the joins; where there is none, the line has a cap.

@@ -25,6 +25,12 @@ struct StrokePen {
     std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
 
     bool IsDashed() const { return dashPeriod > 0.0; }
+    /// True when the caps of dashes cover the gaps of any line. A corner in a gap has no join, which shows
+    /// unless the join is like the caps.
+    bool ShowsAsSolid() const {
+        return hidesGaps &&
+               (isFine || (cap == ORVPrintStroke::Cap::kRound && join == ORVPrintStroke::Join::kRound));
+    }
 };
 
 /// Makes a pen. Lines thinner than `thinnest` pixels get that width.

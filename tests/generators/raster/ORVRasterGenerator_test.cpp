@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
+#include <vector>
 
 #include "generators/common/generator_status.h"
+#include "generators/common/path_range.h"
 #include "tests/generators/raster/pixel_page.h"
 #include "tests/support/named_rows.h"
 
@@ -210,6 +214,49 @@ TEST(ORVRasterGeneratorTest, LargerImagesAreSmooth) {
     EXPECT_EQ(page.Ink(39, 5), 0);
     for (int x = 1; x < 40; ++x) EXPECT_LE(page.Ink(x, 5), page.Ink(x - 1, 5));
     EXPECT_NEAR(page.Ink(20, 5), 124, 3);
+}
+
+/// The channel of an image's colour at a place: what the four samples around it mix to.
+double MixedSample(const std::vector<std::uint8_t>& rgba, int width, int height, double x, double y,
+                   std::size_t channel) {
+    x = std::clamp(x - 0.5, 0.0, width - 1.0);
+    y = std::clamp(y - 0.5, 0.0, height - 1.0);
+    const int left = static_cast<int>(x), top = static_cast<int>(y);
+    const auto at = [&](int column, int row) {
+        column = std::min(column, width - 1);
+        row = std::min(row, height - 1);
+        return static_cast<double>(rgba[static_cast<std::size_t>(row * width + column) * 4 + channel]);
+    };
+    const double right = x - left, below = y - top;
+    return (at(left, top) * (1.0 - right) + at(left + 1, top) * right) * (1.0 - below) +
+           (at(left, top + 1) * (1.0 - right) + at(left + 1, top + 1) * right) * below;
+}
+
+TEST(ORVRasterGeneratorTest, StretchedImagesMixTheirFourNeighbours) {
+    std::mt19937 random(12);
+    for (const auto& [width, height] : {std::pair{4, 4}, {1, 7}, {7, 1}, {2, 2}, {13, 5}}) {
+        std::vector<std::uint8_t> rgba(static_cast<std::size_t>(width * height) * 4);
+        for (std::size_t i = 0; i < rgba.size(); ++i)
+            rgba[i] = i % 4 == 3 ? 255 : static_cast<std::uint8_t>(random());
+        const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(width, height, rgba));
+        PixelPage page(90.0, 90.0);
+        const ORVMathAffine2D map{100.3, -30.7, 40.2, 110.9, -10.0, -25.0};
+        EXPECT_EQ(page.Get().DrawImage({*image, map}), 1);
+        page.Finish();
+        ORVMathAffine2D inverse;
+        ASSERT_TRUE(InvertMap(map, inverse));
+        for (int y = 0; y < 90; ++y)
+            for (int x = 0; x < 90; ++x) {
+                const ORVMathPoint2D place = inverse({x + 0.5, y + 0.5});
+                const bool isInside = place.x > 0.02 && place.x < 0.98 && place.y > 0.02 && place.y < 0.98;
+                if (!isInside) continue;
+                const double expected =
+                    MixedSample(rgba, width, height, place.x * width, place.y * height, 0);
+                // Places are told apart in 256ths of the way to the next sample.
+                EXPECT_NEAR(page.Colour(x, y) >> 16U, expected, 2.5)
+                    << width << "x" << height << " at " << x << ", " << y;
+            }
+    }
 }
 
 TEST(ORVRasterGeneratorTest, TransparentImagesBlendWithoutFringes) {

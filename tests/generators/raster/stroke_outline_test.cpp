@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <numbers>
+#include <span>
+#include <vector>
 
 #include "tests/generators/raster/pixel_page.h"
 #include "tests/support/named_rows.h"
@@ -295,6 +299,83 @@ TEST(StrokeTest, HugeNumbersDoNoHarm) {
             }
     // An endless line through the page is seen.
     EXPECT_NEAR(InkOf(Line({{-1e12, 50}, {1e12, 50}}), Pen(10)), 1000, 1.0);
+}
+
+/// The same outline with many points on each of its lines, so that it is drawn in pieces.
+ORVPrintPath WithPointsBetween(std::span<const ORVMathPoint2D> corners, bool closed, int pieces) {
+    ORVPrintPath path;
+    path.MoveTo(corners[0]);
+    const std::size_t lines = closed ? corners.size() : corners.size() - 1;
+    for (std::size_t i = 0; i < lines; ++i) {
+        const ORVMathPoint2D &a = corners[i], &b = corners[(i + 1) % corners.size()];
+        for (int k = 1; k <= pieces; ++k)
+            path.LineTo({a.x + (b.x - a.x) * k / pieces, a.y + (b.y - a.y) * k / pieces});
+    }
+    if (closed) path.Close();
+    return path;
+}
+
+struct LongDashCase {
+    const char* name;
+    Cap cap;
+    Join join;
+    std::vector<double> dashes;
+    bool closed;
+};
+class LongDashedLineTest : public testing::TestWithParam<LongDashCase> {};
+TEST_P(LongDashedLineTest, LooksLikeItsCorners) {
+    const LongDashCase& row = GetParam();
+    const ORVMathPoint2D corners[]{{20.3, 15.2}, {170.1, 30.7}, {150.4, 171.9}, {31.6, 140.2}};
+    ORVPrintStroke stroke = Pen(2.5, row.cap, row.join);
+    stroke.dashes = row.dashes;
+    std::vector<std::uint8_t> expected;
+    for (const int pieces : {1, 40}) {
+        PixelPage page(200.0, 200.0);
+        const ORVPrintPath path = WithPointsBetween(corners, row.closed, pieces);
+        EXPECT_EQ(page.Get().DrawShape({path, {}, nullptr, &stroke}), 1);
+        const auto& pixels = page.Finish();
+        EXPECT_GT(page.TotalInk(), 100.0);
+        if (expected.empty()) expected = pixels.bytes;
+        ASSERT_EQ(pixels.bytes.size(), expected.size());
+        int most = 0;
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            most = std::max(most, std::abs(pixels.bytes[i] - expected[i]));
+        EXPECT_LE(most, 6) << pieces;  // points in between are rounded
+    }
+}
+INSTANTIATE_TEST_SUITE_P(
+    Stroke, LongDashedLineTest,
+    testing::Values(LongDashCase{"Butt", Cap::kButt, Join::kMiter, {11, 7}, false},
+                    LongDashCase{"Square", Cap::kSquare, Join::kBevel, {11, 17}, false},
+                    LongDashCase{"Round", Cap::kRound, Join::kRound, {11, 17}, false},
+                    LongDashCase{"Dots", Cap::kRound, Join::kMiter, {0, 13}, false},
+                    LongDashCase{"LongDashes", Cap::kButt, Join::kMiter, {250, 31}, false},
+                    LongDashCase{"HiddenGaps", Cap::kRound, Join::kRound, {5, 0.3}, false},
+                    LongDashCase{"ClosedInAGap", Cap::kButt, Join::kMiter, {11, 7}, true},
+                    // The last dash goes on as the first one, around a corner.
+                    LongDashCase{"ClosedInADash", Cap::kButt, Join::kMiter, {100, 7}, true},
+                    LongDashCase{"ClosedRound", Cap::kRound, Join::kMiter, {60, 13}, true},
+                    LongDashCase{"ClosedInOneDash", Cap::kButt, Join::kMiter, {10000, 1}, true}),
+    kNameOfRow);
+
+TEST(StrokeTest, LongDashedLinesAreNotCutAnewForEachBand) {
+    // A winding line down the page, drawn row by row. What it may take is a hundredth of all points times
+    // all rows.
+    ORVRasterOptions options;
+    options.bandRows = 1;
+    options.paintLimit = 100'000'000;
+    PixelSink::Pixels pixels;
+    ORVRasterGenerator generator(std::make_unique<PixelSink>(pixels), options);
+    ASSERT_EQ(generator.BeginDocument({"", 1}), 1);
+    ASSERT_EQ(generator.BeginPage(PageInfo(20.0, 3000.0)), 1);
+    ORVPrintPath path;
+    path.MoveTo({10.0, 0.0});
+    for (int i = 1; i <= 10'000; ++i) path.LineTo({i % 2 == 0 ? 10.0 : 10.5, i * 0.3});
+    const double dashes[]{3.0, 2.0};
+    ORVPrintStroke stroke = Pen(1);
+    stroke.dashes = dashes;
+    EXPECT_EQ(generator.DrawShape({path, {}, nullptr, &stroke}), 1);
+    EXPECT_EQ(generator.EndPage(), 1) << generator.GetError();
 }
 
 TEST(StrokeTest, LongLinesAreDrawnInPiecesWithoutSeams) {
