@@ -25,9 +25,9 @@
 #include "apps/orvprint/commands/print_command.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/sheet_options.h"
+#include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
-#include "apps/orvprint/process/sudden_end.h"
 
 namespace {
 
@@ -284,7 +284,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    EndSuddenlyWithoutMemory();
+    ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
     // back in between, make that dear.

@@ -8,7 +8,6 @@
 
 #include "generators/common/generator_status.h"
 #include "generators/common/glyph_outlines.h"
-#include "generators/common/gradient_measures.h"
 #include "generators/common/map_measures.h"
 #include "generators/common/path_range.h"
 #include "platform/system/ORVUnicodeString.h"
@@ -164,8 +163,6 @@ bool ORVCairoCanvas::SetGradient(const ORVPrintGradient& gradient) {
                                           Channel(stop.colour.opacity));
     cairo_pattern_set_extend(pattern.get(), ToCairo(gradient.spread));
     SetPagePattern(pattern.get(), fromPage);
-    // What covers all it paints replaces it: cairo itself would not see that circles do.
-    if (ORVIsOpaque(gradient)) cairo_set_operator(cr_, CAIRO_OPERATOR_SOURCE);
     return true;
 }
 
@@ -180,7 +177,6 @@ void ORVCairoCanvas::SetPagePattern(cairo_pattern_t* pattern, const ORVMathAffin
 }
 
 void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
-    cairo_set_operator(cr_, CAIRO_OPERATOR_OVER);
     if (fill.gradient && SetGradient(*fill.gradient)) return;
     cairo_surface_t* tile = fill.pattern ? images_.Find(*fill.pattern) : nullptr;
     ORVMathAffine2D fromPage;
@@ -205,7 +201,6 @@ void ORVCairoCanvas::Fill(const ORVPrintFill& fill) {
 }
 
 void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage) {
-    cairo_set_operator(cr_, CAIRO_OPERATOR_OVER);
     if (!stroke.gradient || !SetGradient(*stroke.gradient)) SetColour(stroke.colour);
     const cairo_matrix_t matrix = DeviceMatrix(toPage);
     cairo_set_matrix(cr_, &matrix);

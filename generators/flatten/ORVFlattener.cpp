@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
@@ -20,8 +24,12 @@ constexpr double kUserUnitsPerInch = 90.0;
 constexpr double kMostPixels = 5e7;
 // Part of a pixel that nobody misses: sums are not exact.
 constexpr double kUnseen = 1e-4;
-// Images of a page, for each of which what lies below is looked for in all of the page.
+// Images of a page, for each of which what lies below is looked for in all of the page. Their pixels are kept
+// in memory until it ends, too.
 constexpr unsigned int kMostImages = 256;
+// Parts that wait for becoming images, and what of the page may be in an image in vain (square user units).
+constexpr std::size_t kMostAwaited = 16;
+constexpr double kSmallArea = 400.0;
 
 ORVMathBox2D Cut(const ORVMathBox2D& a, const ORVMathBox2D& b) {
     ORVMathBox2D both;
@@ -36,10 +44,17 @@ bool Touch(const ORVMathBox2D& a, const ORVMathBox2D& b) {
     return a.xMin <= b.xMax && a.xMax >= b.xMin && a.yMin <= b.yMax && a.yMax >= b.yMin;
 }
 
-void Unite(ORVMathBox2D& box, const ORVMathBox2D& other) {
-    if (other.IsEmpty()) return;
+bool TouchAny(const ORVMathBox2D& box, const std::vector<ORVMathBox2D>& others) {
+    return std::any_of(others.begin(), others.end(),
+                       [&](const ORVMathBox2D& other) { return Touch(box, other); });
+}
+
+double Area(const ORVMathBox2D& box) { return (box.xMax - box.xMin) * (box.yMax - box.yMin); }
+
+ORVMathBox2D Union(ORVMathBox2D box, const ORVMathBox2D& other) {
     box.Add({other.xMin, other.yMin});
     box.Add({other.xMax, other.yMax});
+    return box;
 }
 
 ORVRasterOptions RasterOptions(const ORVFlattenOptions& options) {
@@ -84,11 +99,13 @@ int ORVFlattener::BeginPage(const ORVPrintPageInfo& info) {
         soFar_.emplace();
         parts_.clear();
         groups_.clear();
-        page_ = awaited_ = {};
+        page_ = {};
+        awaited_.clear();
         page_.Add({0.0, 0.0});
         page_.Add({info.width, info.height});
         pageNumber_ = info.number;
         images_ = 0;
+        imagePixels_ = 0.0;
         isJoined_ = false;
         return target_.BeginPage(info);
     });
@@ -194,10 +211,10 @@ template <class Call>
 int ORVFlattener::DrawCall(const Call& call, bool isTaken, int (ORVPrintGenerator::*draw)(const Call&)) {
     if (isTaken || IsTaking()) {
         const int result = ((*soFar_).*draw)(call);
-        Unite(awaited_, Cut(ORVPageRecording::BoxOf(call), Shown()));
+        Await(Cut(ORVPageRecording::BoxOf(call), Shown()));
         return result;
     }
-    if (!awaited_.IsEmpty() && Touch(ORVPageRecording::BoxOf(call), awaited_)) {
+    if (!awaited_.empty() && TouchAny(ORVPageRecording::BoxOf(call), awaited_)) {
         if (const int result = Flush(); result != kGeneratorDone) return result;
         if (isJoined_) return DrawCall(call, true, draw);
     }
@@ -232,23 +249,51 @@ int ORVFlattener::DrawImage(const ORVPrintImage& image) {
     return Guard([&] { return DrawCall(image, false, &ORVPrintGenerator::DrawImage); });
 }
 
-/// Draws what has been taken, unless the rest of the page is one image.
+/// Notes that a part of the page has to be shown by an image: by one of those that are awaited already where
+/// little is in vain then.
+void ORVFlattener::Await(ORVMathBox2D box) {
+    if (box.IsEmpty()) return;
+    for (bool isMerged = true; isMerged;) {
+        isMerged = false;
+        double least = std::numeric_limits<double>::infinity();
+        std::size_t best = 0;
+        for (std::size_t i = 0; i < awaited_.size(); ++i) {
+            const double sum = Area(awaited_[i]) + Area(box);
+            const double waste = Area(Union(awaited_[i], box)) - sum;
+            if (waste >= least) continue;
+            least = waste;
+            best = i;
+            isMerged = waste <= kSmallArea + sum / 2.0;
+        }
+        isMerged = isMerged || awaited_.size() == kMostAwaited;
+        if (!isMerged) break;
+        box = Union(awaited_[best], box);
+        awaited_.erase(awaited_.begin() + static_cast<std::ptrdiff_t>(best));
+    }
+    awaited_.push_back(box);
+}
+
+/// Draws what has been taken, unless the rest of the page comes at its end.
 int ORVFlattener::Flush() {
-    if (awaited_.IsEmpty() || isJoined_) return kGeneratorDone;
-    if (images_ == kMostImages) {
+    if (awaited_.empty() || isJoined_) return kGeneratorDone;
+    if (images_ >= kMostImages || imagePixels_ > kMostPixels) {
         isJoined_ = true;
         return kGeneratorDone;
     }
-    ++images_;
-    const ORVMathBox2D part = awaited_;
-    awaited_ = {};
-    return DrawPart(part);
+    return DrawAwaited();
+}
+
+int ORVFlattener::DrawAwaited() {
+    const std::vector<ORVMathBox2D> parts = std::move(awaited_);
+    awaited_.clear();
+    for (const ORVMathBox2D& part : parts)
+        if (const int result = DrawPart(part); result != kGeneratorDone) return result;
+    return kGeneratorDone;
 }
 
 int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
     const double most = std::min(kMostPixels, static_cast<double>(ORVPixelImage::GetPixelLimit()));
-    const double area = (part.xMax - part.xMin) * (part.yMax - part.yMin);
-    const double scale = std::min(options_.dotsPerInch / kUserUnitsPerInch, std::sqrt(most / area));
+    const double scale = std::min(options_.dotsPerInch / kUserUnitsPerInch, std::sqrt(most / Area(part)));
     // Whole pixels of the page.
     const double left = std::floor(part.xMin * scale + kUnseen),
                  top = std::floor(part.yMin * scale + kUnseen);
@@ -260,6 +305,8 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
                  std::to_string(options_.pixelLimit) + "); use a lower --flatten-dpi";
         return kPageTooLarge;
     }
+    ++images_;
+    imagePixels_ += width * height;
     ORVMathBox2D shown;
     shown.Add({left / scale, top / scale});
     shown.Add({(left + width) / scale, (top + height) / scale});
@@ -289,9 +336,7 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
 
 int ORVFlattener::EndPage() {
     return Guard([&] {
-        isJoined_ = false;
-        images_ = 0;
-        const int result = Flush();
+        const int result = DrawAwaited();
         soFar_.reset();
         return result == kGeneratorDone ? target_.EndPage() : result;
     });

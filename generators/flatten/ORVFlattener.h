@@ -25,9 +25,9 @@ struct ORVFlattenOptions {
 
 /// Stands before a generator that lacks powers and does for it what it lacks: layers, and what lies below
 /// them, become opaque images of just that part of the page, as do shapes and texts with transparent paints.
-/// All else goes through as it came, before and after. What comes one after the other becomes one image, so
-/// that a thousand transparent dots are not a thousand images; and when a page has had as many images as are
-/// sensible, all that follows on it becomes one.
+/// All else goes through as it came, before and after. What comes one after the other and lies side by side
+/// becomes one image, so that a thousand transparent dots are not a thousand images; and when a page has had
+/// as many images as are sensible, all that follows on it becomes one or a few.
 ///
 /// Images are opaque because a format without layers has no other transparency either. Since they show what
 /// lies below, blend modes are what they should be. Groups go through, also those in layers, where they then
@@ -86,7 +86,9 @@ private:
     template <class End>
     int Close(End end);
     int Open(const ORVMathBox2D& box, bool isTaken, bool isPlain = false);
+    void Await(ORVMathBox2D box);
     int Flush();
+    int DrawAwaited();
     int DrawPart(const ORVMathBox2D& part);
 
     ORVPrintGenerator& target_;
@@ -99,8 +101,9 @@ private:
     std::vector<bool> groups_;  // that are open, whether they are links
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
-    ORVMathBox2D awaited_;  // what of the page has been taken and not been drawn yet
-    unsigned int images_ = 0;
+    std::vector<ORVMathBox2D> awaited_;  // what of the page has been taken and not been drawn yet
+    unsigned int images_ = 0;            // of the page, and their pixels
+    double imagePixels_ = 0.0;
     bool isJoined_ = false;  // the rest of the page is one image
 
     FlatPixels pixels_;

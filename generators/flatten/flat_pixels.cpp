@@ -7,16 +7,26 @@
 
 namespace {
 
-void Expand(const std::uint8_t* row, RasterPixels kind, std::uint8_t* rgba, std::size_t width) {
+template <class Colour>
+void Expand(std::uint8_t* rgba, std::size_t width, Colour colour) {
     for (std::size_t x = 0; x < width; ++x, rgba += 4) {
-        switch (kind) {
-            case RasterPixels::kRGB: std::copy_n(row + x * 3, 3, rgba); break;
-            case RasterPixels::kGrey: std::fill_n(rgba, 3, row[x]); break;
-            case RasterPixels::kBlack:
-                std::fill_n(rgba, 3, std::uint8_t((row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0 : 255));
-                break;
-        }
+        rgba[0] = colour(x, 0);
+        rgba[1] = colour(x, 1);
+        rgba[2] = colour(x, 2);
         rgba[3] = 255;
+    }
+}
+
+void Expand(const std::uint8_t* row, RasterPixels kind, std::uint8_t* rgba, std::size_t width) {
+    switch (kind) {
+        case RasterPixels::kRGB:
+            return Expand(rgba, width,
+                          [=](std::size_t x, std::size_t channel) { return row[x * 3 + channel]; });
+        case RasterPixels::kGrey: return Expand(rgba, width, [=](std::size_t x, int) { return row[x]; });
+        case RasterPixels::kBlack:
+            return Expand(rgba, width, [=](std::size_t x, int) -> std::uint8_t {
+                return (row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0 : 255;
+            });
     }
 }
 

@@ -372,12 +372,12 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     out_.Flush();
 }
 
-void PdfContent::DrawGroup(unsigned int group, PdfLayerPaint paint) {
+void PdfContent::DrawGroup(unsigned int group, const ORVMathBox2D& box, PdfLayerPaint paint) {
     if (group == 0 || visible_.IsEmpty()) return;
     if (paint.mask != 0 && paint.opacity != 1.0) {
         // Some readers let an opacity count for the mask, too, that stands beside it.
-        PdfContent inner(*this, visible_, true);
-        inner.DrawGroup(group, {paint.opacity});
+        PdfContent inner(*this, box, true);
+        inner.DrawGroup(group, box, {paint.opacity});
         group = inner.FinishGroup(paint.isIsolated);
         paint.opacity = 1.0;
     }

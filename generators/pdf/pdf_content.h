@@ -62,7 +62,8 @@ public:
     void DrawImage(const ORVPrintImage& image);
     void DrawForm(const PdfForm& form, const ORVMathAffine2D& map);
     /// @param group  from FinishGroup; 0 when there is nothing to show
-    void DrawGroup(unsigned int group, PdfLayerPaint paint);
+    /// @param box    that of the group
+    void DrawGroup(unsigned int group, const ORVMathBox2D& box, PdfLayerPaint paint);
 
     /// Nothing shows outside of the box, or the outline, until EndClip, which returns false when no clip is
     /// open.

@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "generators/common/ORVOutput.h"
-#include "generators/common/deflate_piece.h"
+#include "generators/common/deflate_chunk.h"
 #include "generators/pdf/pdf_syntax.h"
 
 namespace {

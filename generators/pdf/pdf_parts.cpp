@@ -63,9 +63,10 @@ void PdfParts::FinishSymbol() {
 
 void PdfParts::FinishLayer() {
     const PdfLayerPaint paint = parts_.back().paint;
+    const ORVMathBox2D box = parts_.back().layer.box;
     const unsigned int group = parts_.back().content->FinishGroup(paint.isIsolated);
     parts_.pop_back();
-    GetTop().DrawGroup(group, paint);
+    GetTop().DrawGroup(group, box, paint);
 }
 
 void PdfParts::FinishMask() {

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "generators/common/ORVOutput.h"
-#include "generators/common/deflate_piece.h"
+#include "generators/common/deflate_chunk.h"
 #include "generators/common/generator_status.h"
 #include "platform/system/ORVThreadValue.h"
 
@@ -136,7 +136,7 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     // The checksum of the rows goes ahead, with their number of bytes; then the chunk.
     AppendNumber(ORVAdler32(rows), bytes);
     bytes.resize(bytes.size() + 8);
-    if (!ORVDeflatePiece(rows, bytes)) throw std::bad_alloc();
+    if (!ORVDeflateChunk(rows, bytes)) throw std::bad_alloc();
     CloseChunk("IDAT", 4, bytes);
     if (band.isBlank && isUsual) {
         const std::lock_guard lock(blankMutex_);

@@ -123,6 +123,26 @@ int ORVRasterGenerator::EndClip() {
     return kGeneratorDone;
 }
 
+int ORVRasterGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
+    return state_->Try([&] { state_->list.BeginClipPath(clip); });
+}
+
+int ORVRasterGenerator::BeginLayer(const ORVPrintLayer& layer) {
+    return state_->Try([&] { state_->list.BeginLayer(layer); });
+}
+
+int ORVRasterGenerator::EndLayer() {
+    return state_->Try([&] { state_->list.EndLayer(); });
+}
+
+int ORVRasterGenerator::BeginMask(const ORVPrintMask& mask) {
+    return state_->Try([&] { state_->list.BeginMask(mask); });
+}
+
+int ORVRasterGenerator::EndMask() {
+    return state_->Try([&] { state_->list.EndMask(); });
+}
+
 int ORVRasterGenerator::DrawShape(const ORVPrintShape& shape) {
     return state_->Try([&] { state_->list.AddShape(shape); });
 }

@@ -22,13 +22,20 @@ public:
     /// What went wrong; empty when nothing did, or when it was the output (which then says it).
     const std::string& GetError() const;
 
-    unsigned int GetPowers() const override { return kGradients; }
+    unsigned int GetPowers() const override {
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+    }
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
     int BeginGroup(const ORVPrintGroup& /*group*/) override { return 1; }
     int EndGroup() override { return 1; }
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override;
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

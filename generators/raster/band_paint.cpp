@@ -1,6 +1,7 @@
 // How a band's coverage becomes colour.
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -19,11 +20,6 @@ unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 1
 
 void Blend(std::uint8_t& pixel, unsigned int value, unsigned int alpha) {
     pixel = static_cast<std::uint8_t>(DivideBy255(pixel * (255 - alpha) + value * alpha));
-}
-
-/// Luminance as it is perceived; white stays white, greys stay what they are.
-std::uint8_t GreyOf(unsigned int red, unsigned int green, unsigned int blue) {
-    return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
 }
 
 }  // namespace
@@ -96,7 +92,7 @@ public:
 
     SolidGreyPaint(BandRenderer& renderer, const ORVPrintColour& colour)
         : renderer_(renderer),
-          grey_(GreyOf(colour.red, colour.green, colour.blue)),
+          grey_(ORVGreyOf(colour.red, colour.green, colour.blue)),
           opacity_(colour.opacity) {}
     Brush BeginRow(int row) { return {renderer_.BeginRow(row), grey_, opacity_}; }
     void EndRow() {}
@@ -111,8 +107,8 @@ private:
 class BandRenderer::AlphaPaint {
 public:
     AlphaPaint(BandRenderer& renderer, const RasterOperation& operation)
-        : renderer_(renderer), operation_(operation), clip_(renderer.list_.GetClips()[operation.clip]) {
-        renderer.alphas_.resize(static_cast<std::size_t>(renderer.width_) + kRowPadding, 0);
+        : renderer_(renderer), operation_(operation) {
+        renderer.alphas_.resize(renderer.maskStride_, 0);
         alphas_ = renderer.alphas_.data();
     }
     AlphaPaint& BeginRow(int row) {
@@ -132,52 +128,46 @@ public:
         end_ = std::max(end_, end);
     }
     void EndRow() {
-        const int begin = std::max(begin_, operation_.left);
-        const int end = std::min({end_, operation_.right, renderer_.width_});
-        if (begin < end && (!operation_.clipped || CutOff(begin, end)))
+        const int begin = std::max(begin_, renderer_.left_), end = std::min(end_, renderer_.right_);
+        if (begin < end && (!operation_.clipped || renderer_.CutOff(operation_, row_, begin, end, alphas_)))
             renderer_.BlendRow(operation_, row_, begin, end, alphas_);
         if (begin_ < end_) std::memset(alphas_ + begin_, 0, static_cast<std::size_t>(end_ - begin_));
     }
 
 private:
-    /// @return false when nothing is left of the row
-    bool CutOff(int begin, int end) {
-        const double rowShare = std::min(clip_.bottom, row_ + 1.0) - std::max(clip_.top, 1.0 * row_);
-        if (!(rowShare > 0.0)) return false;
-        const auto scale = [&](int x, double share) {
-            const double kept = std::clamp(share * std::min(rowShare, 1.0), 0.0, 1.0);
-            const double wanted = operation_.smooths ? kept : (kept >= 0.5 ? 1.0 : 0.0);
-            alphas_[x] = static_cast<std::uint8_t>(alphas_[x] * wanted + 0.5);
-        };
-        const auto share = [&](int x) {
-            return std::min(clip_.right, x + 1.0) - std::max(clip_.left, 1.0 * x);
-        };
-        if (rowShare < 1.0) {
-            for (int x = begin; x < end; ++x) scale(x, share(x));
-        } else {
-            // Only pixels on the borders are cut into: the operation's columns end with the clip's.
-            scale(begin, share(begin));
-            if (end - 1 > begin) scale(end - 1, share(end - 1));
-        }
-        if (clip_.outline) {
-            const std::uint8_t* mask =
-                renderer_.mask_.data() +
-                static_cast<std::size_t>(row_ - renderer_.firstRow_) * renderer_.maskStride_;
-            for (int x = begin; x < end; ++x)
-                alphas_[x] =
-                    static_cast<std::uint8_t>(DivideBy255(static_cast<unsigned int>(alphas_[x]) * mask[x]));
-        }
-        return true;
-    }
-
     BandRenderer& renderer_;
     const RasterOperation& operation_;
-    const RasterClip& clip_;
     std::uint8_t* alphas_ = nullptr;
     int row_ = 0, begin_ = 0, end_ = 0;
 };
 
-std::uint8_t* BandRenderer::BeginRow(int row) {
+bool BandRenderer::CutOff(const RasterOperation& operation, int row, int begin, int end,
+                          std::uint8_t* alphas) const {
+    const RasterClip& clip = list_.GetClips()[operation.clip];
+    const double rowShare = std::min(clip.bottom, row + 1.0) - std::max(clip.top, 1.0 * row);
+    if (!(rowShare > 0.0)) return false;
+    const auto scale = [&](int x, double share) {
+        const double kept = std::clamp(share * std::min(rowShare, 1.0), 0.0, 1.0);
+        const double wanted = operation.smooths ? kept : (kept >= 0.5 ? 1.0 : 0.0);
+        alphas[x] = static_cast<std::uint8_t>(alphas[x] * wanted + 0.5);
+    };
+    const auto share = [&](int x) { return std::min(clip.right, x + 1.0) - std::max(clip.left, 1.0 * x); };
+    if (rowShare < 1.0) {
+        for (int x = begin; x < end; ++x) scale(x, share(x));
+    } else {
+        // Only pixels on the borders are cut into: the operation's columns end with the clip's.
+        scale(begin, share(begin));
+        if (end - 1 > begin) scale(end - 1, share(end - 1));
+    }
+    if (clip.mask != 0) {
+        const std::vector<std::uint8_t>& mask =
+            planes_[std::min<std::size_t>(list_.GetClipMasks()[clip.mask].depth, planes_.size() - 1)].alphas;
+        ORVMultiplyAlphas(alphas + begin, mask.data() + MaskOffset(row) + begin, end - begin);
+    }
+    return true;
+}
+
+std::uint8_t* BandRenderer::BeginPageRow(int row) {
     const auto index = static_cast<std::size_t>(row - firstRow_);
     std::uint8_t* pixels = rows_.data() + index * stride_;
     if (isDrawn_[index] == 0) {
@@ -189,12 +179,11 @@ std::uint8_t* BandRenderer::BeginRow(int row) {
 }
 
 void BandRenderer::Paint(const RasterOperation& operation) {
-    const RasterClip& clip = list_.GetClips()[operation.clip];
-    if (operation.clipped && clip.outline) MakeMask(operation, *clip.outline);
+    if (operation.clipped)
+        MakeMask(list_.GetClips()[operation.clip].mask,
+                 {left_, coverage_.GetFirstRow(), right_, coverage_.GetEndRow()});
     if (operation.picture && !pictures_.Find(*operation.picture, source_)) source_ = {};
-    if (operation.gradient)
-        coverage_.AddWork(
-            gradient_.Begin(*operation.gradient, operation.left, std::min(operation.right, width_)));
+    if (operation.gradient) coverage_.AddWork(gradient_.Begin(*operation.gradient, left_, right_));
     const std::uint64_t before = coverage_.GetWork();
     if (operation.smooths) {
         if (operation.evenOdd)
@@ -235,47 +224,6 @@ void BandRenderer::PaintWith(const RasterOperation& operation) {
     }
 }
 
-void BandRenderer::MakeMask(const RasterOperation& operation, const RasterGeometry& outline) {
-    /// Writes the coverage of a clip's outline.
-    struct MaskPaint {
-        BandRenderer& renderer;
-        std::uint8_t* row = nullptr;
-        MaskPaint& BeginRow(int y) {
-            row = renderer.mask_.data() +
-                  static_cast<std::size_t>(y - renderer.firstRow_) * renderer.maskStride_;
-            return *this;
-        }
-        void EndRow() {}
-        void Block(int x, const Lanes& alphas) {
-            for (int i = 0; i < 4; ++i) row[x + i] = static_cast<std::uint8_t>(alphas[i]);
-        }
-        void Span(int begin, int end, unsigned int alpha) {
-            std::memset(row + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
-        }
-    };
-    if (mask_.empty()) {
-        mask_.resize(isDrawn_.size() * maskStride_);
-        maskCoverage_.Resize(width_, static_cast<int>(isDrawn_.size()));
-    }
-    // Only where the operation may paint: there may be very many small ones, each with a clip.
-    maskCoverage_.SetBand(firstRow_, rowCount_);
-    maskCoverage_.SetWindow(operation.left, coverage_.GetFirstRow(), operation.right + 1,
-                            coverage_.GetEndRow());
-    for (int row = coverage_.GetFirstRow(); row < coverage_.GetEndRow(); ++row)
-        std::memset(mask_.data() + static_cast<std::size_t>(row - firstRow_) * maskStride_ +
-                        static_cast<std::size_t>(operation.left),
-                    0, static_cast<std::size_t>(std::min(operation.right, width_) - operation.left));
-    std::swap(coverage_, maskCoverage_);
-    for (std::uint32_t i = 0; i < outline.contourCount; ++i)
-        AddContourFill(outline, outline.contours[i], 0, outline.contours[i].verbCount, 0);
-    MaskPaint paint{*this};
-    if (operation.smooths)
-        coverage_.Sweep<CoverageRule::kNonZero>(paint);
-    else
-        coverage_.Sweep<CoverageRule::kHardNonZero>(paint);
-    std::swap(coverage_, maskCoverage_);
-}
-
 void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin, int end,
                             std::uint8_t* alphas) {
     std::uint8_t* pixels = BeginRow(row);
@@ -299,7 +247,7 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
 void BandRenderer::BlendColour(const ORVPrintColour& colour, std::uint8_t* pixels, int begin, int end,
                                const std::uint8_t* alphas) const {
     if (pixelBytes_ == 1) {
-        const std::uint8_t grey = GreyOf(colour.red, colour.green, colour.blue);
+        const std::uint8_t grey = ORVGreyOf(colour.red, colour.green, colour.blue);
         for (int x = begin; x < end; ++x) Blend(pixels[x], grey, alphas[x]);
         return;
     }
@@ -315,7 +263,7 @@ void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int
     if (pixelBytes_ == 1) {
         for (int x = begin; x < end; ++x, from += 4) {
             const unsigned int left = 255 - DivideBy255(from[3] * static_cast<unsigned int>(alphas[x]));
-            const unsigned int grey = GreyOf(from[0], from[1], from[2]);
+            const unsigned int grey = ORVGreyOf(from[0], from[1], from[2]);
             pixels[x] =
                 static_cast<std::uint8_t>(std::min(255U, DivideBy255(pixels[x] * left + grey * alphas[x])));
         }
@@ -323,7 +271,13 @@ void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int
     }
     for (int x = begin; x < end; x += 4, from += 16) {
         std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
-        StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), LoadLanes<ShortLanes>(from),
-                               InBothHalves(LoadBytes(alphas + x))));
+        const auto over = LoadLanes<ShortLanes>(from);
+        // Inside of gradients, images and layers, most pixels are opaque.
+        std::uint32_t four = 0;
+        std::memcpy(&four, alphas + x, sizeof four);
+        if (four == 0xFFFFFFFFU && AreOpaque(over))
+            StoreLanes(to, over);
+        else if (!AreEmpty(std::bit_cast<Lanes>(over)))
+            StoreLanes(to, LayOver(LoadLanes<ShortLanes>(to), over, InBothHalves(LoadBytes(alphas + x))));
     }
 }

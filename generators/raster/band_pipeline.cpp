@@ -208,8 +208,10 @@ int ORVRowsOfBand(int width) { return std::clamp(kPixelsOfBand / width, kFewestR
 
 int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads,
                  PaintBudget& budget, ORVBandSink& sink, std::string& error) {
+    if (list.GetLayerRowBytes() > BandRenderer::kMostLayerRowBytes) return kTooMuchToPaint;
     const std::size_t bytesOfBand =
-        static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bandRows) * kBytesOfPixel;
+        static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bandRows) * kBytesOfPixel +
+        list.GetLayerRowBytes() * static_cast<std::size_t>(BandRenderer::RowsOfStrip(list, info.bandRows));
     const std::size_t affordable = std::max<std::size_t>(kBandMemory / bytesOfBand, 1);
     const int bands = (info.height + info.bandRows - 1) / info.bandRows;
     const auto useful = static_cast<unsigned int>(

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "generators/raster/curve_flattening.h"
+#include "generators/raster/lanes.h"
 #include "platform/mathematics/constants.h"
 
 namespace {
@@ -17,6 +18,9 @@ ORVMathPoint2D PlaceOf(const RasterGeometry& geometry, const RasterPoint& p) {
 constexpr std::uint64_t kOperationWork = 200, kGlyphWork = 50, kLineWork = 20;
 // Work is told to the budget when there is so much of it.
 constexpr std::uint64_t kWorkToTell = std::uint64_t{1} << 24U;
+
+// What layers may take (bytes) before fewer rows are painted at a time.
+constexpr std::size_t kLayerMemory = std::size_t{8} << 20U;
 
 // Pens up to this radius (pixels) do not show the corners of a course that is flat itself.
 constexpr double kFinePen = 0.5;
@@ -36,9 +40,11 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Pain
       budget_(budget),
       pixels_(pixels),
       width_(list.GetWidth()),
-      pixelBytes_(pixels == RasterPixels::kRGB ? kColourBytes : 1),
+      // What is laid over something is mixed in colours.
+      pixelBytes_(pixels == RasterPixels::kRGB || list.HasLayers() ? kColourBytes : 1),
       stride_((static_cast<std::size_t>(width_) + kRowPadding) * pixelBytes_),
-      maskStride_(static_cast<std::size_t>(width_) + kRowPadding) {
+      maskStride_(static_cast<std::size_t>(width_) + kRowPadding),
+      stripRows_(RowsOfStrip(list, bandRows)) {
     const auto rows = static_cast<std::size_t>(bandRows);
     coverage_.Resize(width_, bandRows);
     rows_.resize(stride_ * rows, 255);
@@ -46,28 +52,64 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Pain
     isWhite_.resize(rows, 1);
 }
 
+int BandRenderer::RowsOfStrip(const DisplayList& list, int bandRows) {
+    if (list.GetLayerRowBytes() == 0) return bandRows;
+    const std::size_t rows = kLayerMemory / list.GetLayerRowBytes();
+    return static_cast<int>(std::clamp<std::size_t>(rows, 1, static_cast<std::size_t>(bandRows)));
+}
+
 RasterBand BandRenderer::Render(int firstRow, int rowCount, std::span<const std::uint32_t> pieces) {
     firstRow_ = firstRow;
-    rowCount_ = rowCount;
-    coverage_.SetBand(firstRow, rowCount);
     std::fill(isDrawn_.begin(), isDrawn_.end(), std::uint8_t{0});
-    for (std::size_t i = 0; i < pieces.size();) {
-        const std::uint32_t index = list_.GetPieces()[pieces[i]].operation;
-        const RasterOperation& operation = list_.GetOperations()[index];
-        // Pieces of one operation lie anywhere: only of a single one the rows are known.
-        const RasterPiece& piece = list_.GetPieces()[pieces[i]];
-        const bool isSingle = i + 1 == pieces.size() || list_.GetPieces()[pieces[i + 1]].operation != index;
-        // An edge that rounding has put on the right border is needed, too.
-        coverage_.SetWindow(operation.left, isSingle ? piece.firstRow : firstRow, operation.right + 1,
-                            isSingle ? piece.lastRow + 1 : firstRow + rowCount);
-        for (; i < pieces.size() && list_.GetPieces()[pieces[i]].operation == index; ++i)
-            AddPiece(operation, list_.GetPieces()[pieces[i]]);
-        Paint(operation);
-        coverage_.AddWork(kOperationWork);
-        if (coverage_.GetWork() > kWorkToTell && !TellWork()) break;
-    }
+    const int end = firstRow + rowCount;
+    for (int row = firstRow; row < end; row += stripRows_)
+        if (!PaintRows(row, std::min(row + stripRows_, end), pieces)) break;
     TellWork();
     return Finish(firstRow, rowCount);
+}
+
+bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t> pieces) {
+    stripTop_ = top;
+    stripBottom_ = bottom;
+    coverage_.SetBand(top, bottom - top);
+    for (MaskPlane& plane : planes_) plane.mask = 0;
+    surfaces_.assign(1, {});
+    surfaces_.back().bounds = {0, top, width_, bottom};
+    layerMemoryUsed_ = 0;
+    const RasterSequence<RasterPiece>& all = list_.GetPieces();
+    for (std::size_t i = 0; i < pieces.size();) {
+        const RasterPiece& piece = all[pieces[i]];
+        const std::uint32_t index = piece.operation;
+        const RasterOperation& operation = list_.GetOperations()[index];
+        // Pieces of one operation lie anywhere: only of a single one the rows are known.
+        const bool isSingle = i + 1 == pieces.size() || all[pieces[i + 1]].operation != index;
+        const bool isSeen = operation.step == RasterStep::kPaint &&
+                            operation.layer == surfaces_.back().layer &&
+                            SetWindow(operation, isSingle ? &piece : nullptr);
+        if (isSeen) {
+            for (; i < pieces.size() && all[pieces[i]].operation == index; ++i)
+                AddPiece(operation, all[pieces[i]]);
+            Paint(operation);
+        } else {
+            if (operation.step != RasterStep::kPaint) TakeStep(operation);
+            while (i < pieces.size() && all[pieces[i]].operation == index) ++i;
+        }
+        coverage_.AddWork(kOperationWork);
+        if (coverage_.GetWork() > kWorkToTell && !TellWork()) return false;
+    }
+    return true;
+}
+
+bool BandRenderer::SetWindow(const RasterOperation& operation, const RasterPiece* onlyPiece) {
+    const RasterBounds& bounds = surfaces_.back().bounds;
+    left_ = std::max(operation.left, bounds.left);
+    right_ = std::min(operation.right, bounds.right);
+    const int top = onlyPiece ? std::max(onlyPiece->firstRow, bounds.top) : bounds.top;
+    const int bottom = onlyPiece ? std::min(onlyPiece->lastRow + 1, bounds.bottom) : bounds.bottom;
+    if (left_ >= right_ || top >= bottom) return false;
+    // An edge that rounding has put on the right border is needed, too.
+    coverage_.SetWindow(left_, top, right_ + 1, bottom);
+    return true;
 }
 
 bool BandRenderer::TellWork() {
@@ -90,6 +132,7 @@ RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
             isWhite_[i] = 1;
         }
     }
+    if (pixels_ != RasterPixels::kRGB && pixelBytes_ == kColourBytes && !band.isBlank) MakeGrey(rowCount);
     if (pixels_ == RasterPixels::kBlack) {
         band.rowBytes = band.stride = (static_cast<std::size_t>(width_) + 7) / 8;
         bits_.assign(band.stride * static_cast<std::size_t>(rowCount), 0);
@@ -115,6 +158,15 @@ void BandRenderer::PackColours(int rowCount) {
             std::memcpy(&pixel, from, sizeof pixel);
             std::memcpy(to, &pixel, sizeof pixel);
         }
+    }
+}
+
+void BandRenderer::MakeGrey(int rowCount) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
+        if (isDrawn_[i] == 0) continue;
+        std::uint8_t* to = rows_.data() + i * stride_;
+        const std::uint8_t* from = to;
+        for (int x = 0; x < width_; ++x, from += kColourBytes) *to++ = ORVGreyOf(from[0], from[1], from[2]);
     }
 }
 

@@ -31,7 +31,9 @@ void DisplayList::Begin(int width, int height, double scale, double thinnest, bo
     scale_ = scale;
     thinnest_ = thinnest;
     smooths_ = smooths;
-    clips_.push_back({0.0, 0.0, static_cast<double>(width), static_cast<double>(height), nullptr});
+    clips_.push_back({0.0, 0.0, static_cast<double>(width), static_cast<double>(height), 0, true});
+    clipMasks_.emplace_back();
+    layers_.emplace_back();
     openClips_.push_back(0);
 }
 
@@ -41,6 +43,12 @@ void DisplayList::Clear() {
     pieces_ = {};
     clips_ = {};
     openClips_ = {};
+    clipMasks_ = {};
+    knownClips_ = {};
+    layers_ = {};
+    openLayers_ = {};
+    layer_ = 0;
+    layerRowBytes_ = 0;
     pens_.Clear();
     pictures_.clear();
     glyphs_.Clear();
@@ -51,28 +59,6 @@ void DisplayList::Clear() {
 
 ORVMathAffine2D DisplayList::ToDevice(const ORVMathAffine2D& toPage) const {
     return ORVMathAffine2D::Scaling(scale_, scale_) * toPage;
-}
-
-// ---- Clips ------------------------------------------------------------------------------------------------
-
-std::uint32_t DisplayList::AddClip(RasterClip clip) {
-    const RasterClip& outer = clips_[openClips_.back()];
-    clip.left = std::max(clip.left, outer.left);
-    clip.top = std::max(clip.top, outer.top);
-    clip.right = std::min(clip.right, outer.right);
-    clip.bottom = std::min(clip.bottom, outer.bottom);
-    clips_.push_back(clip);
-    return static_cast<std::uint32_t>(clips_.size() - 1);
-}
-
-void DisplayList::BeginClip(const ORVMathBox2D& box) {
-    // An empty box has its borders the wrong way round, which nothing lies between.
-    openClips_.push_back(
-        AddClip({box.xMin * scale_, box.yMin * scale_, box.xMax * scale_, box.yMax * scale_, nullptr}));
-}
-
-void DisplayList::EndClip() {
-    if (openClips_.size() > 1) openClips_.pop_back();
 }
 
 // ---- Shapes and images ------------------------------------------------------------------------------------
@@ -156,6 +142,7 @@ RasterOperation DisplayList::NewOperation(const ORVPrintColour& colour) const {
     operation.colour = colour;
     operation.clip = openClips_.back();
     operation.smooths = smooths_;
+    operation.layer = layer_;
     return operation;
 }
 
@@ -171,8 +158,8 @@ bool DisplayList::FitToClip(RasterOperation& operation, const RasterExtent& exte
     const RasterExtent touched{extent.left - reach, extent.top - reach, extent.right + reach,
                                extent.bottom + reach};
     operation.clipped =
-        operation.clip != 0 && (clip.outline || touched.left < clip.left || touched.right > clip.right ||
-                                touched.top < clip.top || touched.bottom > clip.bottom);
+        clip.mask != 0 || (!clip.isWindow && (touched.left < clip.left || touched.right > clip.right ||
+                                              touched.top < clip.top || touched.bottom > clip.bottom));
     operation.left = std::max({PixelOf(touched.left), PixelOf(clip.left), 0});
     operation.right = std::min(PixelOf(touched.right) + 1, PixelOf(std::ceil(clip.right)));
     return operation.left < operation.right && PixelOf(touched.top) <= LastRowOf(clip) &&
@@ -184,7 +171,9 @@ void DisplayList::AddOperation(RasterOperation operation, const RasterExtent& ex
     if (!IsGreyPaint(operation)) isGrey_ = false;
     const std::size_t before = pieces_.GetSize();
     CutterFor(operation).CutOutlines(extent);
-    if (pieces_.GetSize() > before) operations_.Append(operation);
+    if (pieces_.GetSize() == before) return;
+    operations_.Append(operation);
+    if (!openLayers_.empty()) NoteContent(operation, before);
 }
 
 void DisplayList::AddGlyphs(RasterOperation operation) {
@@ -194,4 +183,5 @@ void DisplayList::AddGlyphs(RasterOperation operation) {
     if (pieces_.GetSize() == before) return;
     if (!IsGreyPaint(operation)) isGrey_ = false;
     operations_.Append(operation);
+    if (!openLayers_.empty()) NoteContent(operation, before);
 }

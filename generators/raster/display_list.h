@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -28,7 +29,12 @@ public:
     void Clear();
 
     void BeginClip(const ORVMathBox2D& box);
+    void BeginClipPath(const ORVPrintClipPath& clip);
     void EndClip();
+    void BeginLayer(const ORVPrintLayer& layer);
+    void EndLayer();
+    void BeginMask(const ORVPrintMask& mask);
+    void EndMask();
     void AddShape(const ORVPrintShape& shape);
     void AddText(const ORVPrintText& text);
     void AddImage(const ORVPrintImage& image);
@@ -36,6 +42,11 @@ public:
     const RasterSequence<RasterOperation>& GetOperations() const { return operations_; }
     const RasterSequence<RasterPiece>& GetPieces() const { return pieces_; }
     const std::vector<RasterClip>& GetClips() const { return clips_; }
+    const std::vector<RasterClipMask>& GetClipMasks() const { return clipMasks_; }
+    const std::vector<RasterLayer>& GetLayers() const { return layers_; }
+    bool HasLayers() const { return layers_.size() > 1; }
+    /// What all layers that are begun at the same time take for a row (bytes), at most.
+    std::size_t GetLayerRowBytes() const { return layerRowBytes_; }
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
     /// True while nothing but black, white and greys was drawn.
@@ -59,8 +70,36 @@ private:
     void AddGlyphs(RasterOperation operation);
     PieceCutter CutterFor(const RasterOperation& operation);
 
+    // Clips and layers, in display_list_layers.cpp.
+    struct KnownClip {
+        ORVPrintPath path;
+        ORVMathAffine2D toPage;
+        bool evenOdd = false;
+        std::uint32_t outer = 0, clip = 0;
+    };
+    /// A layer or mask that was begun and has not ended.
+    struct OpenedLayer {
+        std::uint32_t number = 0;
+        std::uint32_t clip = 0;                          // cuts all of it off
+        std::size_t firstOperation = 0, firstPiece = 0;  // its beginning
+        std::size_t maskBegin = 0, maskEnd = 0;          // pieces
+        std::size_t openClips = 0;                       // that its end leaves, and its window
+        std::size_t innerRowBytes = 0;                   // of what lies in it
+        RasterBounds content;                            // what was painted so far
+        bool blends = false;                             // something in it sees what lies below
+    };
+    RasterClip ClipOn(const ORVMathBox2D& box) const;
+    /// Adds a clip within another one.
+    std::uint32_t AddClip(std::uint32_t outerNumber, RasterClip clip);
+    /// @param keepsFractions  whether the box around an outline cuts off, too, as it does with texts
+    std::uint32_t AddClipPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, bool evenOdd,
+                              bool keepsFractions);
+    void AddStep(RasterOperation operation, const RasterBounds& rows);
+    void OpenLayer(RasterLayer layer, std::uint32_t clip, RasterStep step);
+    OpenedLayer CloseLayer();
+    void NoteContent(const RasterOperation& operation, std::size_t firstPiece);
+
     // Text, in display_list_text.cpp.
-    std::uint32_t ClipText(const ORVPrintPath& path);
     void AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice);
     void AddRunOutlines(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice);
     /// Collects the glyphs of a run that have outlines. @return false when some have none
@@ -69,7 +108,6 @@ private:
 
     const RasterPicture* KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
                                      bool repeats);
-    std::uint32_t AddClip(RasterClip clip);
 
     int width_ = 0, height_ = 0;
     double scale_ = 1.0, thinnest_ = 0.0;
@@ -80,6 +118,13 @@ private:
     RasterSequence<RasterPiece> pieces_;
     std::vector<RasterClip> clips_;
     std::vector<std::uint32_t> openClips_;
+    std::vector<RasterClipMask> clipMasks_;  // the first one stands for none
+    std::array<KnownClip, 4> knownClips_;
+    std::size_t nextKnownClip_ = 0;
+    std::vector<RasterLayer> layers_;  // the first one stands for the page
+    std::vector<OpenedLayer> openLayers_;
+    std::uint32_t layer_ = 0;  // that is painted on
+    std::size_t layerRowBytes_ = 0;
     PenStore pens_;
     GlyphStore glyphs_;
     GradientStore gradients_{arena_};

@@ -28,23 +28,10 @@ ORVPrintStroke BoldStrokeOf(const ORVGlyphRun& run) {
 
 }  // namespace
 
-std::uint32_t DisplayList::ClipText(const ORVPrintPath& path) {
-    RasterClip clip;
-    RasterExtent extent;
-    RasterGeometry geometry;
-    if (!outlines_.Make(path, ToDevice({}), PathUse::kFill, geometry, extent)) return AddClip(clip);
-    clip = {extent.left, extent.top, extent.right, extent.bottom, nullptr};
-    if (!outlines_.IsBox()) {
-        auto* outline = arena_.Make<RasterGeometry>(1);
-        clip.outline = new (outline) RasterGeometry(geometry);
-    }
-    return AddClip(clip);
-}
-
 void DisplayList::AddText(const ORVPrintText& text) {
     const ORVMathAffine2D toDevice = ToDevice(text.toPage);
     if (!IsDrawable(toDevice)) return;
-    openClips_.push_back(text.clip ? ClipText(*text.clip) : openClips_.back());
+    openClips_.push_back(text.clip ? AddClipPath(*text.clip, ToDevice({}), false, true) : openClips_.back());
     for (const ORVGlyphRun& run : text.layout.runs) AddRun(text, run, toDevice);
     openClips_.pop_back();
 }

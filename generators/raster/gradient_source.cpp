@@ -126,14 +126,15 @@ struct ConcentricPlaces {
 /// on counts, unless its radius is below 0.
 struct TwoCirclePlaces {
     CirclePoints points;
-    float distance, startRadius, growth, curvature;
+    float distance, startRadius, growth, curvature, perCurvature;
 
     TwoCirclePlaces(const RasterGradient& gradient, double y)
         : points(gradient, y),
           distance(gradient.distance),
           startRadius(gradient.startRadius),
           growth(gradient.growth),
-          curvature(gradient.curvature) {}
+          curvature(gradient.curvature),
+          perCurvature(curvature == 0.0F ? 0.0F : 1.0F / curvature) {}
     FloatLanes At(const FloatLanes& column, SignedLanes& isNowhere) const {
         const FloatLanes x = points.originX + column * points.perColumnX;
         const FloatLanes y = points.originY + column * points.perColumnY;
@@ -148,7 +149,7 @@ struct TwoCirclePlaces {
         const FloatLanes root = SquareRoot(KeepWhere(square > 0.0F, square));
         // Of two numbers with one sign, so that nothing cancels out.
         const FloatLanes q = b + ChooseFloat(b < 0.0F, -root, root);
-        const FloatLanes one = q / curvature, other = Over(c, q);
+        const FloatLanes one = q * perCurvature, other = Over(c, q);
         const FloatLanes farther = ChooseFloat(one > other, one, other);
         const FloatLanes nearer = ChooseFloat(one > other, other, one);
         const FloatLanes place = ChooseFloat(HasRadius(farther), farther, nearer);

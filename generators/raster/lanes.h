@@ -98,6 +98,19 @@ inline Lanes LoadBytes(const std::uint8_t* from) {
     return std::bit_cast<Lanes>(LowHalf(WidenBytes(bytes, 0)));
 }
 
+/// Luminance as it is perceived; white stays white, greys stay what they are.
+inline std::uint8_t ORVGreyOf(unsigned int red, unsigned int green, unsigned int blue) {
+    return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
+}
+
+/// Multiplies alphas (0 to 255) by others.
+inline void ORVMultiplyAlphas(std::uint8_t* alphas, const std::uint8_t* others, int count) {
+    for (int i = 0; i < count; ++i) {
+        const unsigned int product = alphas[i] * static_cast<unsigned int>(others[i]) + 128;
+        alphas[i] = static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
+    }
+}
+
 static_assert(std::endian::native == std::endian::little,
               "two bytes of a pixel are a number, the first its lower half");
 
@@ -118,6 +131,19 @@ inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colou
     const ShortLanes even = DivideBy255((pixels & 0xFF) * left + colour.even * alphas);
     const ShortLanes odd = DivideBy255((pixels >> 8) * left + colour.odd * alphas);
     return even | odd << 8;
+}
+
+/// True when four premultiplied pixels show nothing.
+inline bool AreEmpty(const Lanes& pixels) {
+    const auto halves = std::bit_cast<LongLanes>(pixels);
+    return (halves[0] | halves[1]) == 0;
+}
+
+/// True when the last bytes of four pixels are all 255.
+inline bool AreOpaque(const ShortLanes& pixels) {
+    constexpr std::uint64_t kOpacities = 0xFF000000FF000000U;
+    const auto halves = std::bit_cast<LongLanes>(pixels);
+    return (halves[0] & halves[1] & kOpacities) == kOpacities;
 }
 
 /// Lays four premultiplied pixels, each with an alpha of its own besides, over four others.

@@ -4,6 +4,7 @@
 
 #include "generators/raster/glyph_store.h"
 #include "generators/raster/raster_gradient.h"
+#include "generators/raster/raster_layer.h"
 #include "generators/raster/raster_outline.h"
 #include "generators/raster/stroke_pen.h"
 #include "platform/print/ORVPrintGenerator.h"
@@ -24,11 +25,24 @@ struct RasterPicture {
     bool repeats = false;      // else the image's border goes on without end
 };
 
-/// What cuts a drawing off: a box in device space, fractions of pixels included, or an outline.
+/// What cuts a drawing off: a box in device space, fractions of pixels included, and perhaps outlines.
 struct RasterClip {
     double left = 0.0, top = 0.0, right = 0.0, bottom = 0.0;
-    const RasterGeometry* outline = nullptr;
+    std::uint32_t mask = 0;  ///< number of the innermost outline; 0 for none
+    bool isWindow = false;   ///< whole pixels, beyond which there is no memory either
 };
+
+/// An outline that cuts a drawing off, together with those around it.
+struct RasterClipMask {
+    RasterGeometry outline;
+    bool evenOdd = false;
+    std::uint32_t outer = 0;  ///< number of the outline around it; 0 for none
+    std::uint32_t depth = 0;  ///< how many lie around it
+    RasterBounds bounds;      ///< beyond which it leaves nothing
+};
+
+/// What an operation does: all but painting is about layers.
+enum class RasterStep : std::uint8_t { kPaint, kBeginLayer, kBeginMask, kEndMask, kEndLayer };
 
 /// One paint on one area: all its outlines together, drawn once.
 struct RasterOperation {
@@ -39,11 +53,13 @@ struct RasterOperation {
     const RasterGradient* gradient = nullptr;  // does, too
     std::uint32_t clip = 0;
     ORVPrintColour colour;
-    bool fills = true;
-    bool evenOdd = false;
-    bool smooths = true;      // false: no levels of coverage
-    bool clipped = false;     // something of it may lie outside of the clip
-    int left = 0, right = 0;  // pixel columns that may be touched, [left, right)
+    RasterStep step = RasterStep::kPaint;
+    bool fills : 1 = true;
+    bool evenOdd : 1 = false;
+    bool smooths : 1 = true;   // false: no levels of coverage
+    bool clipped : 1 = false;  // something of it may lie outside of the clip
+    std::uint32_t layer = 0;   // number of the one that it paints on, or that the step is about
+    int left = 0, right = 0;   // pixel columns that may be touched, [left, right)
 
     /// Pixels that it may extend from its outlines.
     double GetReach() const { return pen ? pen->reach : 0.0; }

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "generators/common/ORVOutput.h"
-#include "generators/common/deflate_piece.h"
+#include "generators/common/deflate_chunk.h"
 #include "generators/common/generator_status.h"
 #include "platform/system/ORVLoadedLibrary.h"
 

@@ -11,7 +11,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --parser --fragment --allow-dir --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
@@ -34,6 +34,7 @@ _orvprint() {
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
             repeats= pages= page-pixels= output-pixels= output-bytes= painted-pixels= memory=" ;;
+        --interpreter) _orvprint_words "SVG SVG2" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
             ANSI-C ANSI-D ANSI-E Arch-C Arch-D Arch-E" ;;

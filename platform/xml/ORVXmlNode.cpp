@@ -2,12 +2,12 @@
 
 #include <bit>
 
-#include "platform/system/forgotten_bytes.h"
+#include "platform/system/released_pages.h"
 
 void ORVXmlTexts::Forget(ORVXmlTextPlace place) const {
     if (reading != ORVXmlReading::kOnce || place.length == ORVXmlTextPlace::kShared) return;
     const std::string_view text = Get(place);
-    ORVForgetBytes(text.data(), text.size());
+    ORVReleasePages(text.data(), text.size());
 }
 
 std::string_view ORVXmlNode::GetName() const {

@@ -65,8 +65,8 @@ TEST_F(VectorFormatsTest, PostScriptThatIsNotInstalledIsMissedInOneLine) {
     std::filesystem::create_directories(Folder() / "lib");
     std::filesystem::copy_file(tool, Folder() / "bin/orvprint");
     const std::filesystem::path platform = std::filesystem::read_symlink(library / "liborvplatform.so");
-    for (const std::string& name : {platform.string(), std::string("libORVPrtInterpreterSVG.so"),
-                                    std::string("liborvfonts.so")})
+    for (const std::string& name :
+         {platform.string(), std::string("libORVPrtInterpreterSVG.so"), std::string("liborvfonts.so")})
         std::filesystem::copy_file(library / name, Folder() / "lib" / name);
     const ToolRun run = RunProgram({"bin/orvprint", "two.svg", "-o", "p.ps"});
     EXPECT_EQ(run.exitCode, 9);

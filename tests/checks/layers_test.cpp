@@ -26,6 +26,9 @@ const Layers kDrawing{"platform/system", "platform/mathematics", "platform/visua
 const Layers kSvg{"interpreters/svg/state",      "interpreters/svg/values",   "interpreters/svg/definitions",
                   "interpreters/svg/style",      "interpreters/svg/geometry", "interpreters/svg/structure",
                   "interpreters/svg/interpreter"};
+const Layers kSvg2{"interpreters/svg2/values",  "interpreters/svg2/document",   "interpreters/svg2/css",
+                   "interpreters/svg2/tree",    "interpreters/svg2/paint",      "interpreters/svg2/text",
+                   "interpreters/svg2/drawing", "interpreters/svg2/interpreter"};
 const Layers kPixels = Below(kDrawing, {"generators/common", "generators/raster"});
 
 // Who may know whom, besides itself. A folder without a row of its own belongs to the one it lies in.
@@ -53,6 +56,23 @@ const std::map<std::string, Layers> kMayKnow{
      Below(kPlatform, {"interpreters/svg/state", "interpreters/svg/values", "interpreters/svg/definitions",
                        "interpreters/svg/style", "interpreters/svg/geometry", "interpreters/svg/structure"})},
 
+    {"interpreters/svg2/values", kPlatform},
+    {"interpreters/svg2/document", Below(kPlatform, {"interpreters/svg2/values"})},
+    {"interpreters/svg2/css", Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document"})},
+    {"interpreters/svg2/tree",
+     Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css"})},
+    {"interpreters/svg2/paint", Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document",
+                                                  "interpreters/svg2/css", "interpreters/svg2/tree"})},
+    {"interpreters/svg2/text", Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document",
+                                                 "interpreters/svg2/css", "interpreters/svg2/tree"})},
+    {"interpreters/svg2/drawing",
+     Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css",
+                       "interpreters/svg2/tree", "interpreters/svg2/paint", "interpreters/svg2/text"})},
+    {"interpreters/svg2/interpreter",
+     Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css",
+                       "interpreters/svg2/tree", "interpreters/svg2/paint", "interpreters/svg2/text",
+                       "interpreters/svg2/drawing"})},
+
     {"generators/common", kDrawing},
     {"generators/raster", Below(kDrawing, {"generators/common"})},
     {"generators/cairo", Below(kDrawing, {"generators/common"})},
@@ -74,7 +94,7 @@ const std::map<std::string, Layers> kMayKnow{
     // The one folder outside the module that knows the interpreter: the check of documents asks its tables
     // and readers, so that what it says cannot drift from what is printed. It knows nothing else of the
     // command.
-    {"apps/orvprint/check", Below(kPlatform, kSvg)},
+    {"apps/orvprint/check", Below(kPlatform, Below(kSvg, kSvg2))},
     {"apps/orvprint/commands",
      Below(kPlatform,
            {"generators", "generators/common", "generators/flatten", "generators/sheet",

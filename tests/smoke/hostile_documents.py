@@ -63,7 +63,8 @@ def some_image(random):
 
 
 def reference(image):
-    return b"data:image/png;base64," + base64.b64encode(image)
+    kind = b"bmp" if image.startswith(b"BM") else b"jpeg" if image.startswith(b"\xff\xd8") else b"png"
+    return b"data:image/" + kind + b";base64," + base64.b64encode(image)
 
 
 # ---- changes -------------------------------------------------------------------------------------------------------

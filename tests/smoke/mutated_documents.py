@@ -17,6 +17,7 @@ import argparse
 import collections
 import os
 import random
+import signal
 import struct
 import sys
 import tempfile
@@ -33,6 +34,7 @@ BOMB_EVERY = 100
 LARGEST_SOURCE = 64 << 10  # bytes
 # Processor time of one run. What the default limits let through takes a minute at most: see docs/reliability.md.
 MOST_SECONDS = 75
+PATIENCE = 900  # of wall clock, on machines however busy
 MOST_MEMORY = 1024  # MB; the command holds itself to 900 MiB
 LARGEST_COMPARED = 16 << 20  # pixels of a page that is compared with other renderers
 DONE, FOUND = 0, 1
@@ -136,8 +138,7 @@ def faults_of(tool, text, take):
         document = Path(folder) / "document.svg"
         document.write_bytes(text)
         for way in ENDS:
-            done = print_documents.measure(["timeout", str(print_documents.PATIENCE),
-                                            *command_of(tool, way, document, folder)])
+            done = print_documents.measure(["timeout", str(PATIENCE), *command_of(tool, way, document, folder)])
             take(way, done)
             ends[way] = done.code
             if fault := fault_of(done, way, folder):
@@ -160,6 +161,8 @@ def main():
     sources, figures, keep = sources_of(options.folders), Figures(), Path(options.keep)
     keep.mkdir(parents=True, exist_ok=True)
     faults = 0
+    for ending in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(ending, lambda number, frame: sys.exit(128 + number))
     try:
         for number in range(options.first, options.first + options.count):
             what, text = document_number(number, options.seed, sources)

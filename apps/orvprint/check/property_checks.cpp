@@ -83,6 +83,16 @@ void CheckAgainstAttribute(CheckContext& check, const NumberedElement& element, 
             "is overridden by the attribute " + std::string(said.name) + "='" + Excerpt(*attribute) + "'");
 }
 
+bool IsAboutTexts(std::string_view property) {
+    return property.starts_with("font") || property.starts_with("text-") ||
+           property.find("baseline") != property.npos;
+}
+
+// Itself, or in what it holds or refers to.
+bool MayHaveText(ElementName name) {
+    return IsContainer(name) || name == ElementName::kText || name == ElementName::kUse;
+}
+
 void CheckDeclaration(CheckContext& check, const NumberedElement& element,
                       const StyleDeclaration& declaration, const SvgDrawState& state) {
     if (declaration.name.empty()) {
@@ -101,20 +111,12 @@ void CheckDeclaration(CheckContext& check, const NumberedElement& element,
         CheckPropertyWithoutEffect(check, element, said);
     else if (element.node->id == ElementName::kImage && row->name == "opacity" && declaration.value != "1")
         check.findings.Note(kIgnoredProperty, element, said.attribute, said.GetText(), "has no effect");
+    else if (IsAboutTexts(row->name) && !MayHaveText(element.node->id))
+        return;
     else if (element.node->id != ElementName::kImage && !declaration.value.empty()) {
         CheckPresentation(check, element, said, *row, state);
         CheckAgainstAttribute(check, element, said);
     }
-}
-
-bool IsAboutTexts(std::string_view property) {
-    return property.starts_with("font") || property.starts_with("text-") ||
-           property.find("baseline") != property.npos;
-}
-
-// Itself, or in what it holds or refers to.
-bool MayHaveText(ElementName name) {
-    return IsContainer(name) || name == ElementName::kText || name == ElementName::kUse;
 }
 
 }  // namespace

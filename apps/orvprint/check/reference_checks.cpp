@@ -7,6 +7,7 @@
 #include "apps/orvprint/check/painting_checks.h"
 #include "interpreters/svg/state/SvgDrawState.h"
 #include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/structure/walker.h"
 #include "interpreters/svg/style/marker_properties.h"
 #include "interpreters/svg/values/length.h"
 #include "interpreters/svg/values/view_box.h"
@@ -174,6 +175,11 @@ bool IsTileAsMeant(CheckContext& check, const DefinitionFacts& facts, const SvgD
 void CheckLink(CheckContext& check, const NumberedElement& element, std::string_view value) {
     if (value.starts_with('#') && !check.identifiers.IsInDocument(value.substr(1)))
         check.findings.Note(kMissingReference, element, "xlink:href", value, kNoSuchElement);
+    const ORVXmlNode* target =
+        value.starts_with('#') ? check.identifiers.FindOnPage(value.substr(1)) : nullptr;
+    if (target && !HasHandler(target->id))
+        check.findings.Note(kUnreachableReference, element, "xlink:href", value,
+                            "is not printed: the link is left out");
     if (ORVIsScriptAddress(value))
         check.findings.Note(kScriptLink, element, "xlink:href", value,
                             "is left out: it would execute code when it is opened");

@@ -169,6 +169,7 @@ constexpr InitialValues kInitialValues[] = {
     {"isolation", " auto "},
     {"mix-blend-mode", " normal "},
     {"text-orientation", " mixed "},
+    {"block-progression", " tb "},
     {"text-overflow", " clip "},
     {"text-transform", " none "},
 };

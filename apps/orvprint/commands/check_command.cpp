@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "apps/orvprint/check/document_check.h"
+#include "apps/orvprint/check/standard_check.h"
 #include "apps/orvprint/commands/json_writer.h"
 #include "apps/orvprint/process/printable_text.h"
 #include "apps/orvprint/process/report.h"
@@ -62,7 +63,10 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std
                 if (HoldsPages(*node)) document.fragments.insert(node);
     }
     const AccessScope access(path, options);
-    CheckDocument(document, findings);
+    if (options.interpreter == "SVG2")
+        CheckStandardDocument(document, root.GetTree(), findings);
+    else
+        CheckDocument(document, findings);
     return {};
 }
 

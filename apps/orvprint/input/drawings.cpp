@@ -16,8 +16,8 @@
 #include "apps/orvprint/input/growing_bytes.h"
 #include "apps/orvprint/input/gzip_input.h"
 #include "apps/orvprint/process/limits.h"
-#include "apps/orvprint/process/memory_ahead.h"
 #include "apps/orvprint/process/memory_limit.h"
+#include "apps/orvprint/process/memory_prefault.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "platform/model/ORVPrtImageElt.h"
@@ -352,7 +352,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
     InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-    const MemoryAhead memoryAhead(bytes.GetView().size());
+    const MemoryPrefault memoryPrefault(bytes.GetView().size());
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
         code != kExitDone)

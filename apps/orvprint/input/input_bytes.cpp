@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "apps/orvprint/input/growing_bytes.h"
-#include "apps/orvprint/process/memory_ahead.h"
 #include "apps/orvprint/process/memory_limit.h"
+#include "apps/orvprint/process/memory_prefault.h"
 #include "platform/system/ORVPrintLimits.h"
 
 bool ReadAll(int descriptor, InputBytes& bytes) {
@@ -35,7 +35,7 @@ bool ReadAll(int descriptor, InputBytes& bytes) {
     };
     if (isFile) count(room - 1);
     buffer->SetRoom(room);
-    if (isFile) MakeMemoryReady(buffer->GetBytes(), room);
+    if (isFile) PrefaultMemory(buffer->GetBytes(), room);
     std::size_t size = 0;
     for (;;) {
         if (size == buffer->GetRoom()) {

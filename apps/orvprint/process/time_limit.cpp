@@ -10,8 +10,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/printable_text.h"
-#include "apps/orvprint/process/sudden_end.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ double limit = 0.0;  // seconds; 0 for none
 /// What is said when the time is up. It stands ready, as a signal handler can neither format nor ask for
 /// memory; it does not change while the timer runs.
 struct {
-    std::array<char, kMostLastWords> bytes{};
+    std::array<char, kLongestExitMessage> bytes{};
     std::size_t size = 0;
 
     /// @param room  bytes that stay free behind the text, which is cut where it is too long
@@ -56,7 +56,7 @@ void TimeIsUp(int signal) {
         pthread_kill(drawingThread, signal);
         return;
     }
-    EndSuddenly({words.bytes.data(), words.size});
+    ExitImmediately({words.bytes.data(), words.size});
 }
 
 void SetTimer(double seconds) {

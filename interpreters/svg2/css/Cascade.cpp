@@ -9,9 +9,9 @@
 namespace svg2 {
 namespace {
 
-// Elements that selectors may look at: a hundred million, which take some seconds, and for large drawings
-// with many rules a thousand for each element.
-constexpr std::uint64_t kFreeSteps = 100'000'000, kStepsPerElement = 1000;
+// Elements that selectors may look at: twenty million, which take a second, and for large drawings with many
+// rules two hundred for each element.
+constexpr std::uint64_t kFreeSteps = 20'000'000, kStepsPerElement = 200;
 constexpr int kGreatestVariableDepth = 32;
 constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
 
@@ -91,7 +91,8 @@ void Cascade::Collect(ElementIndex element, const Style& parent, Style& style) {
     }
     if (sheets_.IsEmpty() && attribute.empty()) return;
 
-    sheets_.FindMatches(matcher_, element, matches_);
+    matches_.clear();
+    if (IsWithinBudget()) sheets_.FindMatches(matcher_, element, matches_);
     bool hasImportant = false;
     for (const StyleSheets::Match& match : matches_) {
         for (const Declaration& declaration : sheets_.DeclarationsOf(match)) {

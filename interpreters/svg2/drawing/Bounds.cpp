@@ -1,6 +1,7 @@
 #include "interpreters/svg2/drawing/Bounds.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "interpreters/svg2/text/TextLayout.h"
 #include "interpreters/svg2/tree/shapes.h"
@@ -10,7 +11,9 @@ namespace svg2 {
 
 ORVMathBox2D Bounds::OfChild(ElementIndex child, const Style& parent, const Viewport& viewport,
                              const ORVMathAffine2D& map, int depth) {
-    Style style;
+    // Not on the stack, which deep documents need for their levels.
+    const auto own = std::make_unique<Style>();
+    Style& style = *own;
     scene_.GetCascade().Compute(child, parent, style);
     ORVMathAffine2D transform;
     if (!style.isDisplayed || !PassesConditions(scene_.GetDocument(), child) ||

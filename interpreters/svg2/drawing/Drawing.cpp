@@ -42,6 +42,12 @@ Style& Drawing::StyleAt(int depth) {
     return *styles_[level];
 }
 
+bool Drawing::Enter(ElementIndex definition) {
+    if (active_.size() >= DrawingBudget::kGreatestNesting) return Do(ORVPrintModelRender::kTooManyRepeats);
+    active_.push_back(definition);
+    return true;
+}
+
 int Drawing::Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const ORVMathBox2D& page) {
     page_ = page;
     rootToPage_ = toPage;

@@ -60,7 +60,7 @@ private:
     [[nodiscard]] bool BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
                                            const DrawState& state);
     [[nodiscard]] bool BeginMasking(ElementIndex element, const Style& style, const DrawState& state);
-    bool FindMask(ElementIndex element, const Style& style, ElementIndex& mask) const;
+    bool FindMask(const Style& style, ElementIndex& mask) const;
     void DrawClipContent(ElementIndex clip, const DrawState& state);
     void BeginRectangle(const Rectangle& rectangle, const ORVMathAffine2D& toPage);
     void BeginOutline(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd);
@@ -94,6 +94,9 @@ private:
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
+    /// Notes that a definition is being drawn. @return false when too many lie within each other
+    bool Enter(ElementIndex definition);
+    void Leave() { active_.pop_back(); }
     Style& StyleAt(int depth);
 
     Scene& scene_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/print/ORVPrintParameters.h"
@@ -20,6 +21,8 @@ public:
     bool TakeElement() { return Take(drawnLeft_) && Take(visitsLeft_); }
     /// Levels of the stack that one drawing may take.
     static constexpr int kGreatestDepth = 1500;
+    /// Clips, masks, markers and patterns within each other.
+    static constexpr std::size_t kGreatestNesting = 64;
 
 private:
     static bool Take(std::uint64_t& left) {

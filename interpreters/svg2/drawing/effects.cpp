@@ -69,13 +69,13 @@ double Drawing::PaintOpacity(ElementIndex element, const Style& style) const {
 bool Drawing::NeedsLayer(ElementIndex element, const Style& style) const {
     if (style.blend != ORVPrintBlendMode::kNormal || style.isIsolated) return true;
     if (style.opacity >= 1.0) return false;
+    if (ElementIndex mask = kNoElement; FindMask(style, mask)) return true;
     const bool isShape = IsShape(scene_.GetDocument()[element].tag);
     const bool hasOnePaint = style.fill.kind == Paint::Kind::kNone || style.stroke.kind == Paint::Kind::kNone;
     return !(isShape && hasOnePaint && !HasMarkers(element, style));
 }
 
-bool Drawing::FindMask(ElementIndex element, const Style& style, ElementIndex& mask) const {
-    static_cast<void>(element);
+bool Drawing::FindMask(const Style& style, ElementIndex& mask) const {
     std::string_view id, rest;
     if (style.mask.empty() || !TakeReference(style.mask, id, rest)) return false;
     mask = scene_.GetDocument().FindById(id);
@@ -87,7 +87,7 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
     if (state.isWithinClip) return style.clipPath.empty() || BeginClipping(element, style, state);
     if (style.opacity <= 0.0) return false;
     ElementIndex mask = kNoElement;
-    const bool hasMask = FindMask(element, style, mask);
+    const bool hasMask = FindMask(style, mask);
     if (hasMask || NeedsLayer(element, style)) {
         ORVPrintLayer layer;
         layer.opacity = style.opacity;
@@ -97,9 +97,9 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
         if (!Do(generator_.BeginLayer(layer))) return false;
         ends_.push_back(End::kLayer);
         if (hasMask) {
-            active_.push_back(mask);
+            if (!Enter(mask)) return false;
             const bool shows = BeginMasking(element, style, state);
-            active_.pop_back();
+            Leave();
             if (!shows) return false;
         }
     }
@@ -147,15 +147,16 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     // A mask may be masked and clipped itself.
     ElementIndex outerMask = kNoElement;
     bool shows = true;
-    if (FindMask(mask, maskStyle, outerMask)) {
+    if (FindMask(maskStyle, outerMask)) {
         ORVPrintLayer layer;
         layer.hasMask = true;
         layer.box = page_;
         if (Do(generator_.BeginLayer(layer))) {
             ends_.push_back(End::kLayer);
-            active_.push_back(outerMask);
-            shows = BeginMasking(element, style, state);
-            active_.pop_back();
+            if (Enter(outerMask)) {
+                shows = BeginMasking(element, style, state);
+                Leave();
+            }
         }
     }
     if (shows && !maskStyle.clipPath.empty()) shows = BeginClipping(mask, maskStyle, inner);
@@ -219,7 +220,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
     inner.toPage = inner.toPage * transform;
     if (!IsInvertible(inner.toPage)) return false;
 
-    active_.push_back(clip);
+    if (!Enter(clip)) return false;
     bool shows = true;
     // Its own clip cuts it, in the units of the element.
     if (!clipStyle.clipPath.empty()) shows = BeginClipping(clip, clipStyle, inner);
@@ -285,7 +286,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
             }
         }
     }
-    active_.pop_back();
+    Leave();
     return shows && !IsStopped();
 }
 

@@ -232,12 +232,12 @@ void Drawing::DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, doubl
     inner.toPage = viewportToPage * toViewport;
     if (!IsInvertible(inner.toPage)) return;
 
-    active_.push_back(marker);
+    if (!Enter(marker)) return;
     const std::size_t mark = ends_.size();
     if (markerStyle.hidesOverflow) BeginRectangle(rectangle, viewportToPage);
     if (BeginEffects(marker, markerStyle, inner)) DrawChildren(marker, markerStyle, inner);
     EndBack(mark);
-    active_.pop_back();
+    Leave();
 }
 
 }  // namespace svg2

@@ -138,7 +138,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         return;
     }
 
-    active_.push_back(paint.pattern);
+    if (!Enter(paint.pattern)) return;
     const std::size_t mark = ends_.size();
     if (paint.opacity < 1.0) {
         ORVPrintLayer layer;
@@ -164,7 +164,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         }
     }
     EndBack(mark);
-    active_.pop_back();
+    Leave();
 }
 
 }  // namespace svg2

@@ -544,7 +544,8 @@ void TextLayout::PlaceOnPath(const Chunk& chunk, const Path& path, ORVMathPoint2
 ORVMathBox2D TextLayout::BoxOf(const TextSegment& segment) const {
     const double size = spans_[segment.span].style->fontSize;
     const FontMetrics& metrics = segment.font.metrics;
-    if (segment.isVertical) return MapBox(segment.toUser, {-size / 2.0, size / 2.0, -segment.advance, 0.0});
+    if (segment.isVertical && !segment.isSideways)
+        return MapBox(segment.toUser, {-size / 2.0, size / 2.0, -segment.advance, 0.0});
     return MapBox(segment.toUser, {0.0, segment.advance, -metrics.descent * size, metrics.ascent * size});
 }
 

@@ -318,7 +318,7 @@ bool ReadRgb(std::string_view text, Colour& colour) {
     if (!ReadComponents(text, parts, opacity)) return false;
     std::array<std::uint8_t, 3> bytes{};
     for (std::size_t i = 0; i < parts.size(); ++i)
-        bytes[i] = ToByte(parts[i].isPercentage ? parts[i].value * 2.55 : parts[i].value);
+        bytes[i] = ToByte(parts[i].isPercentage ? parts[i].value * 255.0 / 100.0 : parts[i].value);
     colour = {bytes[0], bytes[1], bytes[2], opacity};
     return true;
 }

@@ -111,9 +111,15 @@ bool TakeArgument(Scanner& scanner, ArgumentKind kind, const Bases& bases, bool 
             if (!scanner.TakeNumber(value)) return false;
             if (scanner.Take('%')) value /= 100.0;
             return true;
-        case ArgumentKind::kAngle: return TakeAngle(scanner, value);
+        case ArgumentKind::kAngle:
         case ArgumentKind::kLength: break;
     }
+    // Only zero does without a unit.
+    double number = 0.0;
+    Scanner plain = scanner;
+    const bool hasUnit = !plain.TakeNumber(number) || plain.Peek() == '%' || IsNameCharacter(plain.Peek());
+    if (!hasUnit && number != 0.0) return false;
+    if (kind == ArgumentKind::kAngle) return TakeAngle(scanner, value);
     Length length;
     if (!TakeLength(scanner, bases.sizes, length)) return false;
     value = length.Resolve(isVertical ? bases.height : bases.width);

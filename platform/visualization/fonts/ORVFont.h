@@ -16,8 +16,8 @@ class ORVFontFace;
 struct ORVFontQuery {
     std::string_view families;  ///< list as CSS writes it: names, perhaps quoted, and generic ones
     int weight = 400;           ///< 1 to 1000
-    bool isItalic = false;
-    double stretch = 100.0;  ///< percent of the normal width
+    bool isItalic = false;      ///< or oblique
+    double stretch = 100.0;     ///< percent of the normal width
 };
 
 /// The font that comes nearest to a query.

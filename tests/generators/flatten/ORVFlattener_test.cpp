@@ -53,17 +53,19 @@ public:
     int EndPage() override { return 1; }
     int EndDocument() override { return 1; }
 
-    /// The last image's colour at a place of the page; -1 where it has none.
+    /// The colour that the images leave at a place of the page; -1 where there is none.
     std::array<int, 3> At(double x, double y) const {
-        const Image& image = images.back();
-        const double column = (x - image.toPage.dx) / image.toPage.m11 * image.width;
-        const double row = (y - image.toPage.dy) / image.toPage.m22 * image.height;
-        if (!(column >= 0.0 && column < image.width && row >= 0.0 && row < image.height)) return {-1, -1, -1};
-        const auto at = (static_cast<std::size_t>(row) * static_cast<std::size_t>(image.width) +
-                         static_cast<std::size_t>(column)) *
-                        4;
-        EXPECT_EQ(image.pixels[at + 3], 255);
-        return {image.pixels[at], image.pixels[at + 1], image.pixels[at + 2]};
+        for (auto image = images.rbegin(); image != images.rend(); ++image) {
+            const double column = (x - image->toPage.dx) / image->toPage.m11 * image->width;
+            const double row = (y - image->toPage.dy) / image->toPage.m22 * image->height;
+            if (!(column >= 0.0 && column < image->width && row >= 0.0 && row < image->height)) continue;
+            const auto at = (static_cast<std::size_t>(row) * static_cast<std::size_t>(image->width) +
+                             static_cast<std::size_t>(column)) *
+                            4;
+            EXPECT_EQ(image->pixels[at + 3], 255);
+            return {image->pixels[at], image->pixels[at + 1], image->pixels[at + 2]};
+        }
+        return {-1, -1, -1};
     }
 
 private:
@@ -342,15 +344,47 @@ TEST_F(ORVFlattenerTest, APageOfVeryManyImagesEndsInOne) {
     Fill(70, 80, 5, 5, kRed);
     ASSERT_EQ(flat_.EndClip(), 1);
     EndPage();
-    EXPECT_EQ(page_.images.size(), 257U);
-    const std::vector<std::string> tail(page_.lines.end() - 2, page_.lines.end());
-    EXPECT_THAT(tail, ElementsAre("end clip", "image"));
+    EXPECT_EQ(page_.images.size(), 256U + 2U) << "the dots and the square";
+    const std::vector<std::string> tail(page_.lines.end() - 3, page_.lines.end());
+    EXPECT_THAT(tail, ElementsAre("end clip", "image", "image"));
     ExpectColour(page_.At(72, 82), 255, 0, 0);
     ExpectColour(page_.At(30.5, 20.5), 0, 0, 255);
 
     ASSERT_EQ(flat_.BeginPage(PageInfo(100, 100, 2)), 1);
     Fill(0, 0, 5, 5, kBlue);
     EXPECT_EQ(page_.lines.back(), "fill") << "the next page begins anew";
+}
+
+TEST_F(ORVFlattenerTest, PartsFarApartAreImagesOfTheirOwn) {
+    ORVFlattener flat(page_, Options());
+    ASSERT_EQ(flat.BeginDocument({}), 1);
+    ASSERT_EQ(flat.BeginPage(PageInfo(2000, 2000)), 1);
+    for (int i = 0; i < 8; ++i) ASSERT_EQ(FillRectangle(flat, 10 + 5 * i, 10, 10, 10, kHalfRed), 1);
+    for (int i = 0; i < 8; ++i) ASSERT_EQ(FillRectangle(flat, 1900, 1800, 50, 50, kHalfRed), 1);
+    ASSERT_EQ(flat.EndPage(), 1);
+    ASSERT_EQ(page_.images.size(), 2U);
+    EXPECT_EQ(page_.images[0].width, 45);
+    EXPECT_EQ(page_.images[1].width, 50);
+    // Very many of them share.
+    page_.images.clear();
+    ASSERT_EQ(flat.BeginPage(PageInfo(2000, 2000, 2)), 1);
+    for (int i = 0; i < 400; ++i)
+        ASSERT_EQ(FillRectangle(flat, 100 * (i % 20), 100 * (i / 20), 50, 50, kHalfRed), 1);
+    ASSERT_EQ(flat.EndPage(), 1);
+    EXPECT_LE(page_.images.size(), 16U);
+}
+
+TEST_F(ORVFlattenerTest, APageOfVeryManyPixelsEndsInOneImage) {
+    ORVFlattener flat(page_, Options(1440.0));
+    ASSERT_EQ(flat.BeginDocument({}), 1);
+    ASSERT_EQ(flat.BeginPage(PageInfo(400, 400)), 1);  // 41 million
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(FillRectangle(flat, 0, 0, 400, i < 2 ? 250 : 5, {255, 0, 0, 1}), 1);
+        ASSERT_EQ(FillRectangle(flat, i, 0, 1, 1, kBlue), 1);
+    }
+    ASSERT_EQ(flat.EndPage(), 1);
+    EXPECT_EQ(page_.images.size(), 3U);
+    ExpectColour(page_.At(9.5, 0.5), 0, 0, 255);
 }
 
 TEST_F(ORVFlattenerTest, WhatIsNotSeenTakesNoImage) {

@@ -274,6 +274,7 @@ TEST(PdfLayersTest, MasksGoWithOpacityAndBlending) {
         EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 90.0, 45.0, {0, 255, 0}), 1);
         ORVPrintLayer layer = LayerOf(0.5, ORVPrintBlendMode::kMultiply);
         layer.hasMask = true;
+        layer.box = {10.0, 80.0, 10.0, 80.0};
         DrawLayer(page, layer, [&] {
             DrawMask(page, MaskKind::kLuminance, [&] {
                 EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 45.0, 90.0, {255, 255, 255}), 1);
@@ -286,6 +287,7 @@ TEST(PdfLayersTest, MasksGoWithOpacityAndBlending) {
                              {70.0, 70.0, {255, 191, 191}},
                              {20.0, 20.0, {0, 127, 0}},
                              {70.0, 20.0, {0, 191, 0}}});
+    EXPECT_EQ(CountOf(document.Plain(), "/BBox [\n    10\n    10\n    80\n    80\n  ]"), 3U);
 }
 
 TEST(PdfLayersTest, MasksOfMasksMultiply) {
@@ -337,6 +339,7 @@ TEST(PdfLayersTest, LargeLayersComeInPiecesThatLookTheSame) {
     DrawnPdf document;
     DrawPage(document, [](ORVPrintGenerator& page) {
         DrawLayer(page, LayerOf(0.5), [&] {
+            EXPECT_EQ(FillRectangle(page, 50.0, 82.0, 10.0, 8.0, {255, 0, 0}), 1);
             EXPECT_EQ(page.BeginClip({0.0, 80.0, 0.0, 80.0}), 1);
             EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 90.0, 90.0, {0, 0, 255}), 1);
             for (int i = 0; i < kCount; ++i) {
@@ -351,7 +354,7 @@ TEST(PdfLayersTest, LargeLayersComeInPiecesThatLookTheSame) {
         });
     });
     const std::string plain = document.Plain();
-    EXPECT_EQ(CountOf(plain, " re\n"), kCount + 3U);
+    EXPECT_EQ(CountOf(plain, " re\n"), kCount + 4U);
     EXPECT_GT(CountOf(plain, "/Subtype /Form"), 4U);
     EXPECT_EQ(CountOf(plain, "/S /Transparency"), 2U);  // of the layer and of the page
     EXPECT_EQ(CountOf(document.Text(), "Piece"), 1U);   // all at one place
@@ -359,6 +362,7 @@ TEST(PdfLayersTest, LargeLayersComeInPiecesThatLookTheSame) {
                              {70.0, 20.0, kHalfRed},
                              {70.0, 60.0, {127, 127, 255}},
                              {85.0, 60.0, kWhite},
+                             {55.0, 86.0, kHalfRed},
                              {70.0, 86.0, kHalfRed}});
 }
 

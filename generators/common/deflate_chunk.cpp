@@ -1,4 +1,4 @@
-#include "generators/common/deflate_piece.h"
+#include "generators/common/deflate_chunk.h"
 
 #include <isa-l.h>
 
@@ -83,7 +83,7 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
 
 }  // namespace
 
-bool ORVDeflatePiece(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
+bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
     return Deflate(bytes, false, out);
 }
 

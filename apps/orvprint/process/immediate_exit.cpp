@@ -1,4 +1,4 @@
-#include "apps/orvprint/process/sudden_end.h"
+#include "apps/orvprint/process/immediate_exit.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -11,13 +11,13 @@
 
 namespace {
 
-/// True when what ends the process is a refused request for memory. Rethrowing needs none.
-bool IsMemorySpent() {
+/// True when a failed allocation terminates the process. Rethrowing allocates nothing.
+bool IsOutOfMemory() {
     try {
         if (std::current_exception()) std::rethrow_exception(std::current_exception());
     } catch (const std::bad_alloc&) {
         return true;
-    } catch (...) {  // the handler from before tells of it
+    } catch (...) {  // the previous handler reports it
     }
     return false;
 }
@@ -25,22 +25,22 @@ bool IsMemorySpent() {
 std::terminate_handler before = nullptr;
 
 void Terminate() {
-    if (IsMemorySpent()) EndSuddenly("orvprint: out of memory\n");
+    if (IsOutOfMemory()) ExitImmediately("orvprint: out of memory\n");
     before();
 }
 
 }  // namespace
 
-void EndSuddenly(std::string_view words) {
+void ExitImmediately(std::string_view message) {
     ORVTemporaryFile::RemoveAll();
-    // A reader of standard error that takes nothing more must not keep the process.
+    // A reader of standard error that has stopped reading must not block the exit.
     constexpr int kPatience = 1000;  // milliseconds
     pollfd errors{STDERR_FILENO, POLLOUT, 0};
     if (poll(&errors, 1, kPatience) > 0) {
-        const ssize_t ignored = write(STDERR_FILENO, words.data(), words.size());
+        const ssize_t ignored = write(STDERR_FILENO, message.data(), message.size());
         static_cast<void>(ignored);
     }
     _exit(kExitFailed);
 }
 
-void EndSuddenlyWithoutMemory() { before = std::set_terminate(Terminate); }
+void ExitImmediatelyWhenOutOfMemory() { before = std::set_terminate(Terminate); }

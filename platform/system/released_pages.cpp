@@ -1,4 +1,4 @@
-#include "platform/system/forgotten_bytes.h"
+#include "platform/system/released_pages.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kLeastBytes = std::size_t{16} << 10U;
 }
 
-void ORVForgetBytes(const void* start, std::size_t size) {
+void ORVReleasePages(const void* start, std::size_t size) {
     if (size < kLeastBytes) return;
     static const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     const auto begin = reinterpret_cast<std::uintptr_t>(start);

@@ -1,4 +1,4 @@
-#include "apps/orvprint/process/sudden_end.h"
+#include "apps/orvprint/process/immediate_exit.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,29 +18,29 @@ namespace {
 /// As of a library that promises to throw nothing, and does not keep it.
 void LetNothingOut(const std::function<void()>& work) noexcept { work(); }
 
-TEST(SuddenEndTest, LeavesNoTemporaryFile) {
+TEST(ImmediateExitTest, LeavesNoTemporaryFile) {
     const ScratchFolder folder;
     EXPECT_EXIT(
         {
             ORVTemporaryFile file;
             if (file.Create(folder.Path() / "x.pdf") < 0) _exit(1);
             if (std::filesystem::is_empty(folder.Path())) _exit(2);
-            EndSuddenly("orvprint: that is it\n");
+            ExitImmediately("orvprint: that is it\n");
         },
         testing::ExitedWithCode(9), "^orvprint: that is it\n$");
     EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 
-TEST(SuddenEndTest, IsThatOfSpentMemoryOnly) {
+TEST(ImmediateExitTest, IsThatOfFailedAllocationsOnly) {
     EXPECT_EXIT(
         {
-            EndSuddenlyWithoutMemory();
+            ExitImmediatelyWhenOutOfMemory();
             LetNothingOut([] { throw std::bad_alloc(); });
         },
         testing::ExitedWithCode(9), "^orvprint: out of memory\n$");
     EXPECT_EXIT(
         {
-            EndSuddenlyWithoutMemory();
+            ExitImmediatelyWhenOutOfMemory();
             LetNothingOut([] { throw std::logic_error("a defect"); });
         },
         testing::KilledBySignal(SIGABRT), "a defect");

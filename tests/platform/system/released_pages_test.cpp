@@ -1,4 +1,4 @@
-#include "platform/system/forgotten_bytes.h"
+#include "platform/system/released_pages.h"
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -9,14 +9,14 @@
 namespace {
 
 /// Some pages of the process's own, filled with a letter.
-class ForgottenBytesTest : public testing::Test {
+class ReleasedPagesTest : public testing::Test {
 protected:
-    ForgottenBytesTest()
+    ReleasedPagesTest()
         : bytes_(static_cast<char*>(
               mmap(nullptr, kPages * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
         std::fill_n(bytes_, kPages * page_, 'x');
     }
-    ~ForgottenBytesTest() override { munmap(bytes_, kPages * page_); }
+    ~ReleasedPagesTest() override { munmap(bytes_, kPages * page_); }
 
     std::size_t CountKept() const {
         return static_cast<std::size_t>(std::count(bytes_, bytes_ + kPages * page_, 'x'));
@@ -27,8 +27,8 @@ protected:
     char* const bytes_;
 };
 
-TEST_F(ForgottenBytesTest, AreThoseOfWholePages) {
-    ORVForgetBytes(bytes_ + 5, 12 * page_);  // of thirteen pages, the first and the last in part
+TEST_F(ReleasedPagesTest, AreThoseOfWholePages) {
+    ORVReleasePages(bytes_ + 5, 12 * page_);  // of thirteen pages, the first and the last in part
     EXPECT_EQ(CountKept(), 5 * page_);
     EXPECT_EQ(bytes_[page_ - 1], 'x');
     EXPECT_EQ(bytes_[page_], '\0');
@@ -36,21 +36,21 @@ TEST_F(ForgottenBytesTest, AreThoseOfWholePages) {
     EXPECT_EQ(bytes_[12 * page_], 'x');
 }
 
-TEST_F(ForgottenBytesTest, AreAllWhenTheyAreWholePages) {
-    ORVForgetBytes(bytes_, kPages * page_);
+TEST_F(ReleasedPagesTest, AreAllWhenTheyAreWholePages) {
+    ORVReleasePages(bytes_, kPages * page_);
     EXPECT_EQ(CountKept(), 0U);
 }
 
-TEST_F(ForgottenBytesTest, CanBeWrittenAgain) {
-    ORVForgetBytes(bytes_, kPages * page_);
+TEST_F(ReleasedPagesTest, CanBeWrittenAgain) {
+    ORVReleasePages(bytes_, kPages * page_);
     std::fill_n(bytes_, kPages * page_, 'x');
     EXPECT_EQ(CountKept(), kPages * page_);
 }
 
-TEST_F(ForgottenBytesTest, AreNoneWhenThereAreFew) {
-    ORVForgetBytes(bytes_, (std::size_t{16} << 10U) - 1);
-    ORVForgetBytes(bytes_, 0);
-    ORVForgetBytes(nullptr, 0);
+TEST_F(ReleasedPagesTest, AreNoneWhenThereAreFew) {
+    ORVReleasePages(bytes_, (std::size_t{16} << 10U) - 1);
+    ORVReleasePages(bytes_, 0);
+    ORVReleasePages(nullptr, 0);
     EXPECT_EQ(CountKept(), kPages * page_);
 }
 

@@ -23,8 +23,8 @@
 
 namespace {
 
-constexpr int kFirstLives = 20;  // fill the caches that libraries keep
-// What the heap may grow by in all the other lives, a quarter of a kilobyte each: what threads leave in the
+constexpr int kFirstCycles = 20;  // fill the caches that libraries keep
+// What the heap may grow by in all later cycles, a quarter of a kilobyte each: what threads leave in the
 // allocator's lists counts as in use. An interpreter that is lost takes more, a model a hundred times that.
 constexpr std::size_t kGrowth = 256 * 1024;
 
@@ -41,7 +41,7 @@ bool IsLoaded() {
     return true;
 }
 
-/// What one life is for.
+/// What the module is loaded for.
 using Use = std::function<std::string(ORVPrintInterpreter&)>;
 
 std::string PrintAs(ORVPrintInterpreter& interpreter, const char* format) {
@@ -69,11 +69,11 @@ const std::array<Use, 5> kUses{
     [](ORVPrintInterpreter& interpreter) { return PrintAs(interpreter, "svg"); },
     [](ORVPrintInterpreter& interpreter) { return PrintAs(interpreter, "png"); },
     AskForPages,
-    [](ORVPrintInterpreter&) { return std::string("nothing was asked"); },
+    [](ORVPrintInterpreter&) { return std::string("no request"); },
 };
 
 /// Loads the module, uses an interpreter of it and unloads it. @return what the use gave
-std::string LiveOnce(const std::string& document, const Use& use) {
+std::string LoadAndUse(const std::string& document, const Use& use) {
     void* module = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
     if (!module) {
         ADD_FAILURE() << dlerror();
@@ -93,31 +93,31 @@ std::string LiveOnce(const std::string& document, const Use& use) {
     return result;
 }
 
-/// A thousand, or what the environment says: under some tools a life takes a second.
-int Lives() {
-    const char* number = std::getenv("ORV_LIVES");
+/// A thousand, or what the environment says: under some tools a cycle takes a second.
+int CycleCount() {
+    const char* number = std::getenv("ORV_LOAD_CYCLES");
     return number ? std::max(std::atoi(number), 1) : 1'000;
 }
 
-TEST(ModuleLifeTest, IsLoadedUsedAndUnloadedAThousandTimes) {
+TEST(ModuleLoadingTest, IsLoadedUsedAndUnloadedAThousandTimes) {
     const std::string document = ReadExample("floor-plan.svg");
     ASSERT_FALSE(document.empty());
     ASSERT_FALSE(IsLoaded());
 
     std::array<std::string, kUses.size()> first;
     std::size_t before = 0;
-    const int lives = Lives();
-    for (int life = 0; life < lives; ++life) {
-        const std::size_t use = static_cast<std::size_t>(life) % kUses.size();
-        const std::string result = LiveOnce(document, kUses[use]);
-        ASSERT_FALSE(IsLoaded()) << "after life " << life;
+    const int cycles = CycleCount();
+    for (int cycle = 0; cycle < cycles; ++cycle) {
+        const std::size_t use = static_cast<std::size_t>(cycle) % kUses.size();
+        const std::string result = LoadAndUse(document, kUses[use]);
+        ASSERT_FALSE(IsLoaded()) << "after cycle " << cycle;
         ASSERT_FALSE(result.empty());
         if (first[use].empty()) first[use] = result;
-        ASSERT_TRUE(result == first[use]) << "use " << use << " in life " << life;
-        if (life == kFirstLives) before = mallinfo2().uordblks;
+        ASSERT_TRUE(result == first[use]) << "use " << use << " in cycle " << cycle;
+        if (cycle == kFirstCycles) before = mallinfo2().uordblks;
     }
     // Sanitizers have a heap of their own, where this counts nothing; they look for leaks themselves.
-    EXPECT_TRUE(lives <= kFirstLives || mallinfo2().uordblks < before + kGrowth)
+    EXPECT_TRUE(cycles <= kFirstCycles || mallinfo2().uordblks < before + kGrowth)
         << mallinfo2().uordblks - before;
 }
 

@@ -1,4 +1,4 @@
-#include "apps/orvprint/process/memory_ahead.h"
+#include "apps/orvprint/process/memory_prefault.h"
 
 #include <malloc.h>
 #include <sys/mman.h>
@@ -34,13 +34,13 @@ bool GivePages(char* from, char* to) {
 
 }  // namespace
 
-void MakeMemoryReady(void* start, std::size_t size) {
+void PrefaultMemory(void* start, std::size_t size) {
     if (size < kLeastBytes) return;
     auto* const bytes = static_cast<char*>(start);
     GivePages(bytes, bytes + size);
 }
 
-MemoryAhead::MemoryAhead(std::size_t inputBytes) {
+MemoryPrefault::MemoryPrefault(std::size_t inputBytes) {
     if (inputBytes < kLeastBytes || std::thread::hardware_concurrency() < 2) return;
     mallopt(M_TOP_PAD, kHeapStep);
     try {
@@ -50,12 +50,12 @@ MemoryAhead::MemoryAhead(std::size_t inputBytes) {
     }
 }
 
-MemoryAhead::~MemoryAhead() {
+MemoryPrefault::~MemoryPrefault() {
     isAtEnd_.store(true, std::memory_order_relaxed);
     if (thread_.joinable()) thread_.join();
 }
 
-void MemoryAhead::Run(char* heapEnd) {
+void MemoryPrefault::Run(char* heapEnd) {
     auto pause = kShortestPause;
     while (!isAtEnd_.load(std::memory_order_relaxed)) {
         auto* const end = static_cast<char*>(sbrk(0));

@@ -7,7 +7,7 @@
 /// Appends a piece of a deflate stream that ends on a byte and stands for itself, so that pieces made by
 /// several threads can be put one after the other.
 /// @return false when it failed
-[[nodiscard]] bool ORVDeflatePiece(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out);
+[[nodiscard]] bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out);
 
 /// Appends a whole zlib stream.
 /// @return false when it failed

@@ -1,4 +1,4 @@
-#include "generators/common/deflate_piece.h"
+#include "generators/common/deflate_chunk.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -27,13 +27,13 @@ std::vector<std::uint8_t> Inflate(const std::vector<std::uint8_t>& stream, std::
     return out;
 }
 
-TEST(DeflatePieceTest, PiecesMakeOneStream) {
+TEST(DeflateChunkTest, PiecesMakeOneStream) {
     std::vector<std::uint8_t> stream(std::begin(kZlibHeader), std::end(kZlibHeader)), all;
     std::uint32_t adler = 1;
     for (const auto& piece :
          {RandomBytes(70'000, 3), RandomBytes(1, 2), RandomBytes(1023, 256),
           std::vector<std::uint8_t>(300'000, 255), RandomBytes(200'000, 256), std::vector<std::uint8_t>()}) {
-        ASSERT_TRUE(ORVDeflatePiece(piece, stream));
+        ASSERT_TRUE(ORVDeflateChunk(piece, stream));
         adler = ORVCombineAdler32(adler, ORVAdler32(piece), piece.size());
         all.insert(all.end(), piece.begin(), piece.end());
     }
@@ -42,7 +42,7 @@ TEST(DeflatePieceTest, PiecesMakeOneStream) {
     EXPECT_EQ(Inflate(stream, all.size()), all);  // checks the checksum, too
 }
 
-TEST(DeflatePieceTest, WholeStreamsStandForThemselves) {
+TEST(DeflateChunkTest, WholeStreamsStandForThemselves) {
     for (const std::size_t size : {0U, 1U, 1023U, 1024U, 5000U, 1'000'000U}) {
         const std::vector<std::uint8_t> bytes = RandomBytes(size, 7);
         std::vector<std::uint8_t> stream;
@@ -52,7 +52,7 @@ TEST(DeflatePieceTest, WholeStreamsStandForThemselves) {
 }
 
 // Numbers, as pages are full of them.
-TEST(DeflatePieceTest, PacksAboutAsWellAsZlib) {
+TEST(DeflateChunkTest, PacksAboutAsWellAsZlib) {
     std::mt19937 random(1);
     std::string text;
     while (text.size() < 300'000) text += std::to_string(random() % 100'000) + (random() % 2 ? " l\n" : " ");
@@ -89,7 +89,7 @@ void RunElsewhere(std::mt19937_64& random, const std::function<void()>& work) {
 
 // Left to itself, the fast compressor finds other matches now and then, as its own memory lies. What differs
 // is whether the first bytes are found again, so many inputs begin differently.
-TEST(DeflatePieceTest, BytesDoNotDependOnWhereMemoryLies) {
+TEST(DeflateChunkTest, BytesDoNotDependOnWhereMemoryLies) {
     constexpr int kInputs = 200, kPlaces = 600;
     std::mt19937_64 random(1);
     std::vector<std::vector<std::uint8_t>> inputs;
@@ -114,7 +114,7 @@ TEST(DeflatePieceTest, BytesDoNotDependOnWhereMemoryLies) {
     EXPECT_EQ(others, 0);
 }
 
-TEST(DeflatePieceTest, ChecksumsAreTheUsualOnes) {
+TEST(DeflateChunkTest, ChecksumsAreTheUsualOnes) {
     const std::vector<std::uint8_t> bytes = RandomBytes(100'003, 256);
     EXPECT_EQ(ORVAdler32(bytes), adler32(1, bytes.data(), static_cast<uInt>(bytes.size())));
     EXPECT_EQ(ORVCrc32(bytes), crc32(0, bytes.data(), static_cast<uInt>(bytes.size())));

@@ -1,0 +1,123 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kStandard =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='48'><style>rect{fill:red}</style>"
+    "<rect width='48' height='48'/></svg>";
+
+class StandardTest : public ToolTest {
+protected:
+    /// What check finds, without the summary.
+    std::string Check(const std::string& content) const {
+        const ToolRun run = Run({"check", "--interpreter", "svg2", "-"},
+                                "<svg xmlns='http://www.w3.org/2000/svg' "
+                                "xmlns:xlink='http://www.w3.org/1999/xlink' width='96' height='48'>" +
+                                    content + "</svg>");
+        return run.output;
+    }
+};
+
+TEST_F(StandardTest, TheOptionChoosesTheInterpreter) {
+    WriteFile("a.svg", kStandard);
+    const std::vector<std::vector<std::string>> choices{{"--interpreter", "svg2"}, {"--interpreter", "SVG2"}};
+    for (const auto& choice : choices) {
+        std::vector<std::string> arguments{"info", "a.svg"};
+        arguments.insert(arguments.end(), choice.begin(), choice.end());
+        EXPECT_THAT(Run(arguments).output, HasSubstr("90 x 45"));
+    }
+    EXPECT_THAT(Run({"info", "a.svg"}).output, HasSubstr("96 x 48"));
+    EXPECT_EQ(Run({"info", "a.svg", "--interpreter", "svg3"}).exitCode, 2);
+}
+
+TEST_F(StandardTest, EveryFormatTakesIt) {
+    WriteFile("a.svg", kStandard);
+    for (const char* format : {"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"}) {
+        const std::string output = std::string("a-out.") + format;
+        const ToolRun run = Run({"a.svg", "-o", output, "-f", format, "--interpreter", "svg2"});
+        EXPECT_EQ(run.exitCode, 0) << format << ": " << run.errors;
+        EXPECT_EQ(run.errors, "") << format;
+    }
+}
+
+TEST_F(StandardTest, InspectWritesWhatIsDrawn) {
+    const ToolRun run = Run({"inspect", "--json", "-", "--interpreter", "svg2"}, kStandard);
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    const json dump = json::parse(run.output);
+    EXPECT_EQ(dump["result"], 1);
+    EXPECT_EQ(dump["pages"][0]["size"], json::parse("[90, 45]"));
+    EXPECT_EQ(dump["pages"][0]["content"][0]["fill"]["colour"], "#ff0000ff");
+}
+
+TEST_F(StandardTest, ErrorsNameTheirPlace) {
+    const ToolRun broken = Run({"-", "-o", "x.pdf", "--interpreter", "svg2"}, "<svg><g></svg>");
+    EXPECT_EQ(broken.exitCode, 4);
+    EXPECT_THAT(broken.errors, HasSubstr(":1:"));
+    EXPECT_EQ(Run({"-", "-o", "x.pdf", "--interpreter", "svg2"}, "<html/>").exitCode, 5);
+}
+
+TEST_F(StandardTest, DrawingsInsideDocumentsPrint) {
+    const ToolRun run = Run({"info", "--qvxml", "-", "--interpreter", "svg2"},
+                            "<r><svg xmlns='http://www.w3.org/2000/svg' width='96' height='96'/>"
+                            "<svg xmlns='http://www.w3.org/2000/svg' width='192' height='96'/></r>");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("180 x 90"));
+}
+
+TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
+    const struct {
+        const char *content, *kind;
+    } kRows[] = {
+        {"<filter id='f'/><rect width='1' height='1' filter='url(#f)'/>", "filter (1)"},
+        {"<rect width='1' height='1' style='filter:blur(2px)'/>", "filter (1)"},
+        {"<foreignObject/>", "foreign-object (1)"},
+        {"<script/>", "script (1)"},
+        {"<rect><animate/></rect>", "animation (1)"},
+        {"<font/>", "svg-font (1)"},
+        {"<unheard/>", "unknown-element (1)"},
+        {"<use href='#none'/>", "missing-reference (1)"},
+        {"<use href='other.svg#x'/>", "unreachable-reference (1)"},
+        {"<g id='g'><use href='#g'/></g>", "bad-reference (1)"},
+        {"<rect fill='url(#none)'/>", "missing-reference (1)"},
+        {"<rect clip-path='url(#none)'/>", "missing-reference (1)"},
+        {"<rect mask='url(#none)'/>", "missing-reference (1)"},
+        {"<image href='https://example.org/a.png'/>", "image-remote (1)"},
+        {"<image href='none.png'/>", "image-missing (1)"},
+        {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
+        {"<style>@import 'a.css';</style>", "style-sheet (1)"},
+        {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
+        {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
+        {"<text>a</text>", "font-unspecified (1)"},
+        {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
+    };
+    for (const auto& row : kRows) EXPECT_THAT(Check(row.content), HasSubstr(row.kind)) << row.content;
+}
+
+TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
+    for (const char* content : {
+             "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
+             "<style>rect{fill:red}</style><rect/>",
+             "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",
+             "<switch><foreignObject/><rect/></switch>",
+             "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
+         })
+        EXPECT_THAT(Check(content), HasSubstr("nothing found")) << content;
+}
+
+TEST_F(StandardTest, LinksThatExecuteCodeAreLeftOut) {
+    const ToolRun run = Run({"-", "-o", "-", "-f", "pdf", "--interpreter", "svg2"},
+                            "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>"
+                            "<a href='java\tscript:x()'><rect width='1' height='1'/></a></svg>");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, Not(HasSubstr("script:")));
+}
+
+}  // namespace

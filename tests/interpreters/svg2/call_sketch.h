@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+/// What a drawing of standard SVG draws, one line a call, in px: what begins is indented by what it begins
+/// in. Shapes and texts show their paints and the box of their points.
+std::string SketchCalls(const std::string& document);
+
+/// The same for the content of an "svg" element of 100 by 100 px that declares SVG's and XLink's namespaces.
+std::string SketchContent(const std::string& content);

@@ -1,0 +1,179 @@
+#include <gtest/gtest.h>
+
+#include "tests/interpreters/svg2/call_sketch.h"
+
+namespace {
+
+/// The line that a square of 10 px with that fill gives.
+std::string Filled(const std::string& colour) { return "0,0 10,10 fill " + colour + "\n"; }
+
+struct Row {
+    const char *name, *content, *colour;
+};
+
+class CascadeTest : public testing::Test {
+protected:
+    template <std::size_t kCount>
+    static void Check(const Row (&rows)[kCount]) {
+        for (const Row& row : rows) EXPECT_EQ(SketchContent(row.content), Filled(row.colour)) << row.name;
+    }
+};
+
+TEST_F(CascadeTest, GoesFromAttributesOverSheetsToTheStyleAttribute) {
+    Check({
+        {"initial", "<rect width='10' height='10'/>", "#000000"},
+        {"attribute", "<rect width='10' height='10' fill='red'/>", "#ff0000"},
+        {"sheet over attribute", "<style>rect{fill:blue}</style><rect width='10' height='10' fill='red'/>",
+         "#0000ff"},
+        {"style over sheet", "<style>rect{fill:blue}</style><rect width='10' height='10' style='fill:lime'/>",
+         "#00ff00"},
+        {"important sheet over style",
+         "<style>rect{fill:blue!important}</style><rect width='10' height='10' style='fill:lime'/>",
+         "#0000ff"},
+        {"important style over all",
+         "<style>rect{fill:blue!important}</style><rect width='10' height='10' style='fill:lime ! "
+         "important'/>",
+         "#00ff00"},
+        {"later rule", "<style>rect{fill:blue}rect{fill:red}</style><rect width='10' height='10'/>",
+         "#ff0000"},
+        {"specificity",
+         "<style>#a{fill:red}.b{fill:blue}rect{fill:lime}</style><rect id='a' class='b' "
+         "width='10' height='10'/>",
+         "#ff0000"},
+        {"sheet after use", "<rect width='10' height='10'/><style>rect{fill:red}</style>", "#ff0000"},
+        {"unreadable value falls back",
+         "<style>rect{fill:blue;fill:nonsense}</style><rect width='10' height='10' fill='red'/>", "#0000ff"},
+        {"inherited", "<g fill='red'><rect width='10' height='10'/></g>", "#ff0000"},
+        {"inherit", "<g fill='red'><rect width='10' height='10' fill='inherit'/></g>", "#ff0000"},
+        {"initial word", "<g fill='red'><rect width='10' height='10' fill='initial'/></g>", "#000000"},
+        {"current colour",
+         "<g color='red' fill='currentColor'><rect width='10' height='10' color='blue'/></g>", "#0000ff"},
+        {"comments",
+         "<style>/* a */rect/* b */{/* c */fill:/* d */red}</style><rect width='10' height='10'/>",
+         "#ff0000"},
+        {"comment in style", "<rect width='10' height='10' style='/* x */fill:red/**/'/>", "#ff0000"},
+        {"CDATA", "<style><![CDATA[rect{fill:red}]]></style><rect width='10' height='10'/>", "#ff0000"},
+        {"HTML comment", "<style>&lt;!-- rect{fill:red} --&gt;</style><rect width='10' height='10'/>",
+         "#ff0000"},
+        {"property in upper case", "<style>rect{FILL:Red}</style><rect width='10' height='10'/>", "#ff0000"},
+        {"variables",
+         "<style>:root{--a:red;--b:var(--a)}rect{fill:var(--b)}</style><rect width='10' "
+         "height='10'/>",
+         "#ff0000"},
+        {"fallback of a variable", "<rect width='10' height='10' style='fill:var(--x, lime)'/>", "#00ff00"},
+        {"variables in a circle",
+         "<style>rect{--a:var(--b);--b:var(--a);fill:var(--a)}</style><rect "
+         "width='10' height='10'/>",
+         "#000000"},
+        {"all", "<g fill='red'><rect width='10' height='10' fill='blue' style='all:unset'/></g>", "#ff0000"},
+    });
+}
+
+TEST_F(CascadeTest, SelectorsSelect) {
+    const char* const kDocument =
+        "<g class='x y' id='g'><rect id='first' width='10' height='10' data-a='one two' lang='de-AT'/></g>";
+    const struct {
+        const char* selector;
+        bool selects;
+    } kRows[] = {
+        {"rect", true},
+        {"*", true},
+        {"circle", false},
+        {"#first", true},
+        {"g#g > rect", true},
+        {"svg > rect", false},
+        {"svg rect", true},
+        {".x rect", true},
+        {".x.y rect", true},
+        {".x.z rect", false},
+        {"[data-a]", true},
+        {"[data-a='one two']", true},
+        {"[data-a~=two]", true},
+        {"[data-a~=tw]", false},
+        {"[data-a^=one]", true},
+        {"[data-a$=two]", true},
+        {"[data-a*='e t']", true},
+        {"[data-a=ONE]", false},
+        {"[data-a='ONE TWO' i]", true},
+        {"[lang|=de]", true},
+        {":lang(de)", true},
+        {":lang(d)", false},
+        {"rect:first-child", true},
+        {"rect:last-child", true},
+        {"rect:only-child", true},
+        {"rect:nth-child(2n+1)", true},
+        {"rect:nth-child(even)", false},
+        {"rect:nth-last-child(1)", true},
+        {"rect:nth-of-type(1)", true},
+        {"rect:only-of-type", true},
+        {"rect:empty", true},
+        {"g:empty rect", false},
+        {":root rect", true},
+        {"rect:not(.x)", true},
+        {"rect:not(#first)", false},
+        {":is(circle, rect)", true},
+        {":where(g) > rect", true},
+        {"rect:hover", false},
+        {"rect::before", false},
+        {"circle, rect", true},
+        {"rect, ]", false},
+        {"g + rect", false},
+    };
+    for (const auto& row : kRows) {
+        const std::string text = SketchContent("<style>" + std::string("@x y; ") + [&] {
+            std::string escaped;
+            for (const char* c = row.selector; *c; ++c) escaped += *c == '>' ? "&gt;" : std::string(1, *c);
+            return escaped;
+        }() + "{fill:red}</style>" + kDocument);
+        EXPECT_EQ(text, Filled(row.selects ? "#ff0000" : "#000000")) << row.selector;
+    }
+}
+
+TEST_F(CascadeTest, SiblingsAreTold) {
+    EXPECT_EQ(SketchContent("<style>circle + rect{fill:red} circle ~ rect{stroke:blue}</style>"
+                            "<rect width='1' height='1'/><circle r='2'/><rect width='3' height='3'/>"
+                            "<rect width='4' height='4'/>"),
+              "0,0 1,1 fill #000000\n"
+              "-2,-2 2,2 fill #000000\n"
+              "0,0 3,3 fill #ff0000 stroke #0000ff 1\n"
+              "0,0 4,4 fill #000000 stroke #0000ff 1\n");
+}
+
+TEST_F(CascadeTest, MediaAreThoseOfPaper) {
+    Check({
+        {"print", "<style>@media print{rect{fill:red}}</style><rect width='10' height='10'/>", "#ff0000"},
+        {"screen", "<style>@media screen{rect{fill:red}}</style><rect width='10' height='10'/>", "#000000"},
+        {"not screen", "<style>@media not screen{rect{fill:red}}</style><rect width='10' height='10'/>",
+         "#ff0000"},
+        {"list", "<style>@media screen, print{rect{fill:red}}</style><rect width='10' height='10'/>",
+         "#ff0000"},
+        {"wide enough",
+         "<style>@media (min-width:100px) and (max-width: 2in){rect{fill:red}}</style><rect width='10' "
+         "height='10'/>",
+         "#ff0000"},
+        {"too narrow",
+         "<style>@media (min-width:101px){rect{fill:red}}</style><rect width='10' height='10'/>", "#000000"},
+        {"dark",
+         "<style>@media (prefers-color-scheme:dark){rect{fill:red}}</style><rect width='10' "
+         "height='10'/>",
+         "#000000"},
+        {"media attribute", "<style media='screen'>rect{fill:red}</style><rect width='10' height='10'/>",
+         "#000000"},
+        {"other type", "<style type='text/x'>rect{fill:red}</style><rect width='10' height='10'/>",
+         "#000000"},
+        {"import", "<style>@import 'a.css'; rect{fill:red}</style><rect width='10' height='10'/>", "#ff0000"},
+        {"unknown rule",
+         "<style>@font-face{a:b} @page{c{d:e}} rect{fill:red}</style><rect width='10' "
+         "height='10'/>",
+         "#ff0000"},
+    });
+}
+
+TEST_F(CascadeTest, CopiesMatchWhereTheOriginalStandsAndInheritFromTheUse) {
+    EXPECT_EQ(SketchContent("<style>defs rect{stroke:lime} g > use rect{fill:blue}</style>"
+                            "<defs><rect id='r' width='5' height='5'/></defs>"
+                            "<g><use xlink:href='#r' fill='red'/></g>"),
+              "0,0 5,5 fill #ff0000 stroke #00ff00 1\n");
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include "tests/interpreters/svg2/call_sketch.h"
+
+namespace {
+
+struct Row {
+    const char *name, *content, *calls;
+};
+
+template <std::size_t kCount>
+void Check(const Row (&rows)[kCount]) {
+    for (const Row& row : rows) EXPECT_EQ(SketchContent(row.content), row.calls) << row.name;
+}
+
+TEST(StrokeTest, HasItsWidthAndDashes) {
+    Check({
+        {"width", "<rect width='9' height='9' fill='none' stroke='red' stroke-width='2'/>",
+         "0,0 9,9 stroke #ff0000 2\n"},
+        {"percentage", "<rect width='9' height='9' fill='none' stroke='red' stroke-width='5%'/>",
+         "0,0 9,9 stroke #ff0000 5\n"},
+        {"zero", "<rect width='9' height='9' fill='none' stroke='red' stroke-width='0'/>", ""},
+        {"negative is as absent",
+         "<g stroke-width='3'><rect width='9' height='9' fill='none' stroke='red' "
+         "stroke-width='-2'/></g>",
+         "0,0 9,9 stroke #ff0000 3\n"},
+        {"dashes",
+         "<path d='M0 0h9' fill='none' stroke='red' stroke-dasharray='1 2,3' stroke-dashoffset='-1'/>",
+         "0,0 9,0 stroke #ff0000 1 -1 -2 -3 -1 -2 -3 from 11\n"},
+        {"negative dash is solid", "<path d='M0 0h9' fill='none' stroke='red' stroke-dasharray='1 -2'/>",
+         "0,0 9,0 stroke #ff0000 1\n"},
+        {"zero dashes are solid", "<path d='M0 0h9' fill='none' stroke='red' stroke-dasharray='0 0'/>",
+         "0,0 9,0 stroke #ff0000 1\n"},
+        {"path length", "<path d='M0 0h10' pathLength='5' fill='none' stroke='red' stroke-dasharray='1'/>",
+         "0,0 10,0 stroke #ff0000 1 -2 -2\n"},
+        {"non-scaling",
+         "<g transform='scale(10)'><path d='M0 0h1' fill='none' stroke='red' "
+         "vector-effect='non-scaling-stroke'/></g>",
+         "0,0 10,0 stroke #ff0000 1\n"},
+        {"stroke first", "<rect width='9' height='9' stroke='red' paint-order='stroke'/>",
+         "0,0 9,9 stroke #ff0000 1\n0,0 9,9 fill #000000\n"},
+        {"opacities multiply",
+         "<rect width='9' height='9' fill='rgba(255,0,0,.5)' fill-opacity='50%' "
+         "opacity='.5'/>",
+         "0,0 9,9 fill #ff0000/32\n"},
+    });
+}
+
+TEST(GradientTest, IsResolvedOnTheShape) {
+    Check({
+        {"box units",
+         "<linearGradient id='g'><stop stop-color='red'/><stop offset='1' "
+         "stop-color='blue'/></linearGradient><rect x='10' width='20' height='10' fill='url(#g)'/>",
+         "10,0 30,10 fill linear(10,0 to 30,0, #ff0000 0, #0000ff 1)\n"},
+        {"user space",
+         "<linearGradient id='g' gradientUnits='userSpaceOnUse' x1='5' x2='50%' y2='2' "
+         "spreadMethod='reflect'><stop/><stop offset='50%' stop-opacity='.5'/></linearGradient>"
+         "<rect width='20' height='10' fill='url(#g)'/>",
+         "0,0 20,10 fill linear(5,0 to 50,2 reflect, #000000 0, #000000/128 0.5)\n"},
+        {"transform",
+         "<linearGradient id='g' gradientUnits='userSpaceOnUse' x2='10' "
+         "gradientTransform='translate(5)'><stop/><stop offset='1'/></linearGradient>"
+         "<rect width='20' height='10' fill='url(#g)' transform='scale(2)'/>",
+         "0,0 40,20 fill linear(10,0 to 30,0, #000000 0, #000000 1)\n"},
+        {"radial",
+         "<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='50' cy='40' r='30' fx='45' "
+         "fr='2'><stop stop-color='red'/><stop offset='1'/></radialGradient>"
+         "<rect width='9' height='9' fill='url(#g)'/>",
+         "0,0 9,9 fill radial(45,40 to 50,40 r 2 to 30, #ff0000 0, #000000 1)\n"},
+        {"template",
+         "<linearGradient id='a' x2='50%' spreadMethod='repeat'><stop stop-color='red'/><stop "
+         "offset='1'/></linearGradient><linearGradient id='b' href='#a' x1='10%'/>"
+         "<rect width='10' height='10' fill='url(#b)'/>",
+         "0,0 10,10 fill linear(1,0 to 5,0 repeat, #ff0000 0, #000000 1)\n"},
+        {"templates in a circle",
+         "<linearGradient id='a' href='#b'><stop stop-color='red'/></linearGradient>"
+         "<linearGradient id='b' href='#a'/><rect width='9' height='9' "
+         "fill='url(#b)'/>",
+         "0,0 9,9 fill #ff0000\n"},
+        {"offsets ascend",
+         "<linearGradient id='g'><stop offset='.5' stop-color='red'/><stop "
+         "offset='.2'/><stop offset='3' stop-color='blue'/></linearGradient>"
+         "<rect width='9' height='9' fill='url(#g)'/>",
+         "0,0 9,9 fill linear(0,0 to 9,0, #ff0000 0.5, #000000 0.5, #0000ff 1)\n"},
+        {"one stop",
+         "<linearGradient id='g'><stop stop-color='red'/></linearGradient>"
+         "<rect width='9' height='9' fill='url(#g)'/>",
+         "0,0 9,9 fill #ff0000\n"},
+        {"no stop", "<linearGradient id='g'/><rect width='9' height='9' fill='url(#g) red'/>", ""},
+        {"no length",
+         "<linearGradient id='g' x2='0'><stop stop-color='red'/><stop "
+         "stop-color='blue'/></linearGradient><rect width='9' height='9' fill='url(#g)'/>",
+         "0,0 9,9 fill #0000ff\n"},
+        {"singular",
+         "<linearGradient id='g' gradientTransform='scale(0)'><stop/><stop "
+         "offset='1'/></linearGradient><rect width='9' height='9' fill='url(#g) red'/>",
+         ""},
+        {"box without area",
+         "<linearGradient id='g'><stop/><stop offset='1'/></linearGradient>"
+         "<path d='M0 0h9' stroke='url(#g) red'/>",
+         "0,0 9,0 fill #000000 stroke #ff0000 1\n"},
+        {"lost", "<rect width='9' height='9' fill='url(#none) blue'/>", "0,0 9,9 fill #0000ff\n"},
+        {"lost without fallback", "<rect width='9' height='9' fill='url(#none)'/>", ""},
+        {"quoted",
+         "<linearGradient id='g'><stop stop-color='red'/></linearGradient>"
+         "<rect width='9' height='9' fill=\"url( '#g' )\"/>",
+         "0,0 9,9 fill #ff0000\n"},
+        {"fill opacity",
+         "<linearGradient id='g'><stop stop-color='red'/><stop offset='1'/></linearGradient>"
+         "<rect width='9' height='9' fill='url(#g)' fill-opacity='.5'/>",
+         "0,0 9,9 fill linear(0,0 to 9,0, #ff0000/128 0, #000000/128 1)\n"},
+        {"current colour of the stop",
+         "<linearGradient id='g' color='lime'><stop "
+         "stop-color='currentColor'/></linearGradient>"
+         "<rect width='9' height='9' color='red' fill='url(#g)'/>",
+         "0,0 9,9 fill #00ff00\n"},
+    });
+}
+
+TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
+    Check({
+        {"user space",
+         "<pattern id='p' width='5' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
+         "height='1'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n"
+         "  clip 0,0 5,10\n    0,0 1,1 fill #000000\n"
+         "  clip 5,0 10,10\n    5,0 6,1 fill #000000\n"},
+        {"box units",
+         "<pattern id='p' width='1' height='.5' patternContentUnits='objectBoundingBox'><rect "
+         "width='.5' height='.5' fill='red'/></pattern><rect x='10' width='20' height='20' "
+         "fill='url(#p)'/>",
+         "clip path 10,0 30,20\n"
+         "  clip 10,0 30,10\n    10,0 20,10 fill #ff0000\n"
+         "  clip 10,10 30,20\n    10,10 20,20 fill #ff0000\n"},
+        {"view box",
+         "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse' viewBox='0 0 5 5'>"
+         "<rect width='5' height='5'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  clip 0,0 10,10\n    0,0 10,10 fill #000000\n"},
+        {"no area",
+         "<pattern id='p' width='0' height='5' patternUnits='userSpaceOnUse'><rect width='1' "
+         "height='1'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         ""},
+        {"in itself",
+         "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
+         "height='1' fill='url(#p)'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  clip 0,0 10,10\n"},
+        {"opacity",
+         "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
+         "height='1'/></pattern><rect width='10' height='10' fill='url(#p)' fill-opacity='.5'/>",
+         "layer 0.5\n  clip path 0,0 10,10\n    clip 0,0 10,10\n      0,0 1,1 fill #000000\n"},
+    });
+}
+
+TEST(MarkerTest, StandsAtVerticesAndTurns) {
+    const std::string marker =
+        "<marker id='m' markerWidth='2' markerHeight='2' overflow='visible' orient='auto'><rect width='2' "
+        "height='1'/></marker>";
+    const std::string line = "0,0 10,10 stroke #000000 1\n";
+    const auto drawn = [&](const std::string& attributes) {
+        return SketchContent(marker + "<path d='M0 0H10V10' fill='none' stroke='black' " + attributes + "/>");
+    };
+    EXPECT_EQ(drawn("marker-start='url(#m)'"), line + "0,0 2,1 fill #000000\n");
+    EXPECT_EQ(drawn("marker-end='url(#m)'"), line + "9,10 10,12 fill #000000\n");
+    EXPECT_EQ(drawn("marker-mid='url(#m)'"), line + "9.29,0 11.41,2.12 fill #000000\n");
+    EXPECT_EQ(drawn("style='marker:url(#m)'"), line +
+                                                   "0,0 2,1 fill #000000\n"
+                                                   "9.29,0 11.41,2.12 fill #000000\n"
+                                                   "9,10 10,12 fill #000000\n");
+    EXPECT_EQ(drawn("stroke-width='2' marker-start='url(#m)'"),
+              "0,0 10,10 stroke #000000 2\n0,0 4,2 fill #000000\n");
+    EXPECT_EQ(drawn("marker-start='url(#none)'"), line);
+}
+
+TEST(MarkerTest, IsCutToItsViewportAndTakesPaintsOfTheContext) {
+    EXPECT_EQ(SketchContent("<marker id='m' markerWidth='4' markerHeight='4' viewBox='0 0 2 2' refX='1' "
+                            "refY='1' orient='0' markerUnits='userSpaceOnUse'><rect width='9' height='2' "
+                            "fill='context-stroke' stroke='context-fill'/></marker>"
+                            "<path d='M50 50h10' fill='lime' stroke='red' marker-start='url(#m)'/>"),
+              "50,50 60,50 fill #00ff00 stroke #ff0000 1\n"
+              "clip 48,48 52,52\n  48,48 66,52 fill #ff0000 stroke #00ff00 2\n");
+}
+
+TEST(MarkerTest, MarksClosedOutlinesAtTheirStartTwice) {
+    const std::string calls = SketchContent(
+        "<marker id='m' orient='auto' overflow='visible' markerUnits='userSpaceOnUse'><rect width='1' "
+        "height='1'/></marker><path d='M0 0H10V10z' fill='none' marker-start='url(#m)' "
+        "marker-end='url(#m)'/>");
+    const std::size_t half = calls.size() / 2;
+    EXPECT_EQ(calls.substr(0, half), calls.substr(half));
+}
+
+}  // namespace
