@@ -416,8 +416,8 @@ TEST(ORVPageRecordingTest, LinesThatDifferInOneThingStayTwo) {
             ASSERT_EQ(direct.DrawShape({path, {}, nullptr, stroke}), 1);
             ASSERT_EQ(recording.DrawShape({path, {}, nullptr, stroke}), 1);
         }
-        recording.Finish(Box(0, 0, 10, 10));
-        EXPECT_EQ(Replayed(recording, Box(0, 0, 10, 10)), direct.GetLines());
+        recording.Finish(BoxOf(0, 0, 10, 10));
+        EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 10, 10)), direct.GetLines());
     }
 }
 
