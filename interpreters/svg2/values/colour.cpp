@@ -359,12 +359,10 @@ bool TakeColour(Scanner& scanner, Colour& colour) {
     std::string_view arguments;
     if (scanner.Peek() == '(') {
         if (scanner.TakeParentheses(arguments) && ReadColourFunction(name, arguments, colour)) return true;
-    } else if (FindNamed(kNamedColours, name, colour)) {
-        return true;
     } else if (EqualsIgnoringCase(name, "transparent")) {
         colour = {0, 0, 0, 0.0F};
         return true;
-    } else if (FindNamed(kSystemColours, name, colour)) {
+    } else if (FindNamed(kNamedColours, name, colour) || FindNamed(kSystemColours, name, colour)) {
         return true;
     }
     scanner.SetPosition(start);
