@@ -32,7 +32,7 @@ std::string SvgIdentifier(std::string_view id) {
     return result;
 }
 
-std::string SvgDefinitions::NewId(Kind kind) {
+std::string SvgSharedDefinitions::NewId(Kind kind) {
     const char letter = static_cast<char>(kind);
     std::string id;
     do {
@@ -41,13 +41,13 @@ std::string SvgDefinitions::NewId(Kind kind) {
     return id;
 }
 
-void SvgDefinitions::AppendId(std::string& attributes, std::string_view given) {
+void SvgSharedDefinitions::AppendId(std::string& attributes, std::string_view given) {
     if (given.empty()) return;
     const std::string id = SvgIdentifier(given);
     if (TakeId(id)) AppendXmlAttribute(attributes, "id", id);
 }
 
-std::string SvgDefinitions::DefineClip(const ORVPrintPath& outline, int places) {
+std::string SvgSharedDefinitions::DefineClip(const ORVPrintPath& outline, int places) {
     std::string id = NewId(Kind::kClip);
     std::string text = "<clipPath id=\"" + id + "\"><path d=\"";
     AppendSvgPath(text, outline, {}, places);
@@ -55,19 +55,19 @@ std::string SvgDefinitions::DefineClip(const ORVPrintPath& outline, int places) 
     return id;
 }
 
-const std::string* SvgDefinitions::FindText(const std::string& text) const {
+const std::string* SvgSharedDefinitions::FindText(const std::string& text) const {
     const auto found = texts_.find(text);
     return found != texts_.end() ? &found->second : nullptr;
 }
 
 /// Notes a definition by its content, unless that is too much to be kept for the case that it comes again.
-void SvgDefinitions::NoteText(std::string text, const std::string& id) {
+void SvgSharedDefinitions::NoteText(std::string text, const std::string& id) {
     constexpr std::size_t kLongest = 4096;
     if (text.size() <= kLongest) texts_.emplace(std::move(text), id);
 }
 
-std::string SvgDefinitions::FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map,
-                                         bool evenOdd, int places) {
+std::string SvgSharedDefinitions::FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map,
+                                               bool evenOdd, int places) {
     std::string content = evenOdd ? "<path clip-rule=\"evenodd\" d=\"" : "<path d=\"";
     AppendSvgPath(content, outline, map, places);
     content += "\"/>";
@@ -78,8 +78,8 @@ std::string SvgDefinitions::FindClipPath(const ORVPrintPath& outline, const ORVM
     return id;
 }
 
-std::string SvgDefinitions::FindGradient(const ORVPrintGradient& gradient,
-                                         const ORVMathAffine2D& elementToPage) {
+std::string SvgSharedDefinitions::FindGradient(const ORVPrintGradient& gradient,
+                                               const ORVMathAffine2D& elementToPage) {
     ORVMathAffine2D map;
     if (!IsDrawable(gradient.toPage) || !InvertMap(elementToPage, map)) return {};
     SvgGradientText text = WriteSvgGradient(gradient, map * gradient.toPage);
@@ -98,7 +98,7 @@ std::string SvgDefinitions::FindGradient(const ORVPrintGradient& gradient,
     return id;
 }
 
-const std::string& SvgDefinitions::FindImage(const ORVPixelImage& image) {
+const std::string& SvgSharedDefinitions::FindImage(const ORVPixelImage& image) {
     const auto [entry, isNew] = images_.try_emplace(&image);
     if (!isNew) return entry->second.id;
     entry->second = {ORVRef<const ORVPixelImage>::Share(&image), NewId(Kind::kImage)};
@@ -110,7 +110,8 @@ const std::string& SvgDefinitions::FindImage(const ORVPixelImage& image) {
     return entry->second.id;
 }
 
-std::string SvgDefinitions::FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage) {
+std::string SvgSharedDefinitions::FindPattern(const ORVPrintFill& fill,
+                                              const ORVMathAffine2D& elementToPage) {
     ORVMathAffine2D map;
     if (!IsDrawable(fill.patternToPage) || !InvertMap(elementToPage, map)) return {};
     map = map * fill.patternToPage;
@@ -132,19 +133,20 @@ std::string SvgDefinitions::FindPattern(const ORVPrintFill& fill, const ORVMathA
     return id;
 }
 
-void SvgDefinitions::PutAddress(const ORVPixelImage& image) {
+void SvgSharedDefinitions::PutAddress(const ORVPixelImage& image) {
     writer_.Put(" xlink:href=\"");
     if (!PutImageAddress(writer_, image)) isOutOfMemory_ = true;
     writer_.Put("\"");
 }
 
-const SvgDefinitions::Symbol* SvgDefinitions::FindSymbol(const void* key) const {
+const SvgSharedDefinitions::Symbol* SvgSharedDefinitions::FindSymbol(const void* key) const {
     const auto found = symbols_.find(key);
     return found != symbols_.end() ? &found->second : nullptr;
 }
 
-const SvgDefinitions::Symbol& SvgDefinitions::DefineSymbol(const void* key, const SvgWriter::Record& record,
-                                                           double scale) {
+const SvgSharedDefinitions::Symbol& SvgSharedDefinitions::DefineSymbol(const void* key,
+                                                                       const SvgWriter::Record& record,
+                                                                       double scale) {
     Symbol& symbol = symbols_[key];
     symbol = {NewId(Kind::kSymbol), record.style, scale};
     NoteDefinition(key, symbol.id);
@@ -152,16 +154,16 @@ const SvgDefinitions::Symbol& SvgDefinitions::DefineSymbol(const void* key, cons
     return symbol;
 }
 
-void SvgDefinitions::NoteDefinition(const void* key, const std::string& id) {
+void SvgSharedDefinitions::NoteDefinition(const void* key, const std::string& id) {
     if (depth_ > 0) scoped_.push_back({depth_, key, id});
 }
 
-void SvgDefinitions::NoteImage(const ORVPixelImage& image, const std::string& id) {
+void SvgSharedDefinitions::NoteImage(const ORVPixelImage& image, const std::string& id) {
     constexpr std::int64_t kSmall = std::int64_t{64} * 64;  // pixels
     if (std::int64_t{image.GetWidth()} * image.GetHeight() <= kSmall) NoteDefinition(&image, id);
 }
 
-void SvgDefinitions::LeaveElement() {
+void SvgSharedDefinitions::LeaveElement() {
     --depth_;
     for (; !scoped_.empty() && scoped_.back().depth > depth_; scoped_.pop_back()) {
         const Scoped& definition = scoped_.back();

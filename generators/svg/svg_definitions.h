@@ -21,9 +21,9 @@ std::string SvgIdentifier(std::string_view id);
 ///
 /// Some readers, orvprint among them, know what is defined in a group only until it ends. Afterwards small
 /// images and symbols are defined again; large images stay single.
-class SvgDefinitions {
+class SvgSharedDefinitions {
 public:
-    explicit SvgDefinitions(SvgWriter& writer) : writer_(writer) {}
+    explicit SvgSharedDefinitions(SvgWriter& writer) : writer_(writer) {}
 
     /// Appends an id attribute; nothing for an empty identifier. What is drawn twice bears its identifier
     /// once.

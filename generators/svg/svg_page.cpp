@@ -235,7 +235,7 @@ int SvgPage::BeginSymbol(const ORVPrintSymbol& symbol) {
     const double scale = outer.scale * enlargement;
     // The digits of a symbol that was written for a much smaller place do not suffice.
     constexpr double kLargestGrowth = 8.0;
-    const SvgDefinitions::Symbol* known = definitions_.FindSymbol(symbol.key);
+    const SvgSharedDefinitions::Symbol* known = definitions_.FindSymbol(symbol.key);
     const bool isShared = known && !known->id.empty();
     if (isShared && scale <= kLargestGrowth * known->scale) {
         painter_.PutUse(known->id, known->style, symbol.toPage, outer);
@@ -267,7 +267,7 @@ bool SvgPage::EndSymbol() {
     }
     const SvgWriter::Record record = writer_.EndRecording();
     if (record.isUniform && !record.bare.empty()) {
-        const SvgDefinitions::Symbol& symbol =
+        const SvgSharedDefinitions::Symbol& symbol =
             definitions_.DefineSymbol(inner.key, record, inner.space.scale);
         painter_.PutUse(symbol.id, symbol.style, inner.toOuter, spaces_.back().space);
     } else {

@@ -71,7 +71,7 @@ private:
     void LetRecordGo();
 
     SvgWriter writer_;
-    SvgDefinitions definitions_{writer_};
+    SvgSharedDefinitions definitions_{writer_};
     SvgPainter painter_{writer_, definitions_};
     std::vector<Open> open_;
     std::vector<OpenSpace> spaces_;

@@ -7,7 +7,7 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
 
-class SvgDefinitions;
+class SvgSharedDefinitions;
 class SvgWriter;
 struct SvgTextPiece;
 
@@ -24,7 +24,8 @@ struct SvgSpace {
 /// Writes shapes, texts and images as elements.
 class SvgPainter {
 public:
-    SvgPainter(SvgWriter& writer, SvgDefinitions& definitions) : writer_(writer), definitions_(definitions) {}
+    SvgPainter(SvgWriter& writer, SvgSharedDefinitions& definitions)
+        : writer_(writer), definitions_(definitions) {}
 
     void DrawShape(const ORVPrintShape& shape, const SvgSpace& space);
     void DrawText(const ORVPrintText& text, const SvgSpace& space);
@@ -54,7 +55,7 @@ private:
                       double spacing, const SvgSpace& space);
 
     SvgWriter& writer_;
-    SvgDefinitions& definitions_;
+    SvgSharedDefinitions& definitions_;
     ORVPrintPath fitted_, fittedStroke_;  // room for paths
     std::string name_, style_, rest_;     // of the element at hand
 };

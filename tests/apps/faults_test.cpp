@@ -47,7 +47,8 @@ class FaultsTest : public ToolTest {
 protected:
     FaultsTest() {
         WriteFile("a.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
-        WriteFile("b.svg", SmallDrawing("<text x='9' y='20' fill='black'>text</text>"));
+        WriteFile("b.svg",
+                  SmallDrawing("<text x='9' y='20' fill='black' font-family='Liberation Sans'>text</text>"));
         WriteFile("large.svg", LargeDrawing());
         fs::create_directories(Folder() / "out");
     }

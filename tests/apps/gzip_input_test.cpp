@@ -158,7 +158,8 @@ TEST(UnpackGzipTest, StopsAtTheGrowth) {
 class PackedInputTest : public ToolTest {
 protected:
     PackedInputTest() {
-        const std::string drawing = SmallDrawing("<text y='20' fill='black'>packed</text>");
+        const std::string drawing =
+            SmallDrawing("<text y='20' fill='black' font-family='Liberation Sans'>packed</text>");
         WriteFile("plain.svg", drawing);
         WriteFile("a.svgz", Gzip(drawing));
         WriteFile("named-plain.svg", Gzip(drawing));  // the content counts, not the name

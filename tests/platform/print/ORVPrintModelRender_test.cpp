@@ -528,14 +528,14 @@ TEST(ModelRenderTest, LinksLeadOnlyToGroupsThatAreThere) {
                                     "group #other"));
 }
 
-TEST(ModelRenderTest, PagesAreNoPlacesThatLinksLeadTo) {
+TEST(ModelRenderTest, LinksLeadToPagesWhereNoAddressIsGiven) {
     OnePage page;
     (*page.GetModel().GetImages())[0]->SetID("page");
     page.Add(MakeLink("page", ""));
     page.Add(MakeLink("page", "http://x/"));
     RecordingGenerator generator;
     DrawAll(page, generator);
-    EXPECT_THAT(generator.GetText(), testing::Not(HasSubstr("->#page")));
+    EXPECT_THAT(generator.GetText(), HasSubstr("group #page target\nend group\ngroup ->#page\n"));
     EXPECT_THAT(generator.GetText(), HasSubstr("->http://x/"));
 }
 
