@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Times whole processes: orvprint and whichever other converters are installed, in turn, on the same documents.
 
     bench/compare.py [--tool build/release/bin/orvprint] [--runs 5] [--corpora build/bench/corpora] [SECTION...]

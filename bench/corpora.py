@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Writes the documents that whole-process comparisons run on. The same arguments give the same bytes.
 
     bench/corpora.py FOLDER [NAME...]      all, or those named

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Building a model from documents of growing size: times an element should stay the same from row to row.
 
 #include <benchmark/benchmark.h>

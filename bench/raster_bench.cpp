@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Painting of pages: gradients, layers, masks and clips, without the encoding of a format.
 
 #include <benchmark/benchmark.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Draws FILE.svg to FILE.png with resvg, inside this process: bench/compare.py runs it as a program of its own.
 //
 //     node bench/resvg.cjs MODULE FILE.svg FILE.png ZOOM

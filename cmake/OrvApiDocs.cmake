@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # The reference of the public headers: `./dev docs` makes it. A test makes it, too, and reads which names are public.
 #
 #   orv_document(TARGET...)   the targets whose header sets are documented

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # Counting which lines run, with Clang: every program and library of ours is built with counters, and adds what ran to
 # a file of its own when it ends (tests/support/line_counts.cpp). `./dev coverage` reads these.
 #

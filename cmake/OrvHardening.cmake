@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # Hardening: an interface target that every target of ours links, so that a defect in reading hostile input is more likely
 # to end the process than to hand it over. packaging/check-hardening holds what was built to it.
 #

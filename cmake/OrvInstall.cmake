@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # What `cmake --install` puts where, and what others find it by. Two components: "runtime", and "development" with headers,
 # CMake package, pkg-config files and documentation.
 #

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # Headers that are read once for all sources: most of what a small source costs is the standard library, and of a test
 # GoogleTest. Off by default, so that a source that forgets an include does not compile; the presets for tests turn it on.
 #

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # Sanitizers: an interface target that every target of ours links, empty unless ORV_SANITIZE names some.
 #
 #   -DORV_SANITIZE="address;undefined"   as in the preset "asan"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # All targets of ours that are compiled, in some folders and below.
 function(orv_targets_below result)
     set(found)

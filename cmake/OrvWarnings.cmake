@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # The warnings of all our own code: an interface target that every target of ours links.
 #
 # Library headers come in as SYSTEM includes, so only our own lines are judged.

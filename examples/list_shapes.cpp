@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Lists what the pages of a drawing show: list_shapes DRAWING. A generator of one's own, which writes lines
 // of text.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Prints a drawing to a file: print_file DRAWING OUTPUT. The extension of OUTPUT names the format.
 
 #include <iostream>

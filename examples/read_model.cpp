@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Says what the print model of a drawing holds: read_model DRAWING. Nothing is drawn.
 
 #include <iostream>

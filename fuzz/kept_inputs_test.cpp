@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Runs every fuzz target over its seeds and over all inputs that were found to break it.
 
 #include <gtest/gtest.h>

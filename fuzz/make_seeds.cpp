@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Makes seeds for the fuzzers: attribute values and small drawings out of larger ones, and small images.
 //
 //     orv_make_seeds FOLDER TARGETS DRAWING...

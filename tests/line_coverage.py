@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Tells which share of the lines the tests ran, and holds each part of the tree to a floor.
 
     tests/line_coverage.py [--html] BUILD-FOLDER

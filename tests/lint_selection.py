@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Names the sources that lint must look at after a change, one a line.
 
     tests/lint_selection.py [--product] [--most N]

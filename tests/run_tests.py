@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Runs test programs in shards, several processes at a time, and counts their tests.
 
     tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] PROGRAM...

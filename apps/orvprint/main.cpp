@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // orvprint: prints SVG drawings, tells their pages, shows their print model.
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What libFuzzer calls, for a program with one target.
 
 #include <cstddef>

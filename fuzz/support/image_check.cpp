@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/image_check.h"
 
 #include <cstddef>

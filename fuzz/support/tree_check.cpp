@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/tree_check.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Arcs: nine numbers in the order of path data, the start point first. Numbers of a usual size must give an
 // arc that begins and ends where it should.
 

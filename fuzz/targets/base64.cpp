@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Base64: the decoder against a plain transcription.
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The check of documents: ends, in bounds, on whatever the parser takes.
 
 #include <vector>

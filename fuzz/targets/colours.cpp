@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Colours: the reader against its plain transcription, and the paints that take them.
 
 #include <string>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A whole document to the model, with either parser, as a drawing or as a fragment, and the model onto a
 // generator that looks at everything. Where every element states a fill the two parsers must give the same
 // model: so they must for the document written again with fills.

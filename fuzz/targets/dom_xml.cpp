@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The DOM parser, held to the elements of the light one.
 
 #include "fuzz/support/FuzzTarget.h"

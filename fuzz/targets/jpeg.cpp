@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The reader of JPEG files.
 
 #include "fuzz/support/FuzzTarget.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Lengths: each reader against its plain transcription.
 
 #include <string>

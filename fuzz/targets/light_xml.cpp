@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The light parser: what it made of a document, whole or not, and a copy of that.
 
 #include "fuzz/support/FuzzTarget.h"

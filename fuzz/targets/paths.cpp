@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Path data: the scanner and the interpreter against their plain transcription.
 
 #include <string>

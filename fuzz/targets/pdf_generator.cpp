@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A document to PDF.
 
 #include "fuzz/support/FuzzTarget.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The reader of plain documents, held to the conforming parser: what it takes is well formed and gives the
 // same events.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The reader of PNG files: as they are, and with the checksums that their chunks should have, without which
 // nothing that was changed would be looked at.
 

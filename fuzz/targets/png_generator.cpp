@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A document to PNG, which must be readable.
 
 #include "fuzz/support/FuzzTarget.h"

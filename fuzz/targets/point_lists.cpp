@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Point lists: the reader against its plain transcription.
 
 #include <string>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A document to PostScript and to EPS.
 
 #include "fuzz/support/FuzzTarget.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Drawings inside an XML document: each fragment through its interpreter, with either parser's tree.
 
 #include <memory>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Style declarations: how they are split and how dashes are read, against plain transcriptions; and what they
 // do to a state, against the properties applied one by one.
 

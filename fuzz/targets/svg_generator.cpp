@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A document to SVG, which must be well formed; and that drawing back to a model.
 
 #include "fuzz/support/FuzzTarget.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // View boxes: the reader against its plain transcription.
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What generators return besides 1. The text of a failure is GetError() of the generator or its output.

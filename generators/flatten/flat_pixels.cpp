@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/flatten/flat_pixels.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/pdf/pdf_file.h"
 
 #include <libdeflate.h>

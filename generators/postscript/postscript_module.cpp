@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/postscript/postscript_module.h"
 
 #include <string>

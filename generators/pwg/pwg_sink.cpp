@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/pwg/pwg_sink.h"
 
 #include <cups/cups.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // How layers and masks of a band are painted apart and laid over what is below them.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // How much the outlines of clips let through in a band.
 
 #include <algorithm>

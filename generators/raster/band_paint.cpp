@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // How a band's coverage becomes colour.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/raster/blend_modes.h"
 
 #include <bit>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // How clips of outlines and layers get into a display list.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // How text gets into a display list.
 
 #include <algorithm>

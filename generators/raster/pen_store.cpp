@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/raster/pen_store.h"
 
 #include <algorithm>

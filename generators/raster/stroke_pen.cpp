@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/raster/stroke_pen.h"
 
 #include <algorithm>

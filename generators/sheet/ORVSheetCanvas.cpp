@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/sheet/ORVSheetCanvas.h"
 
 #include "generators/common/generator_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/svg/xml_text.h"
 
 #include "platform/system/ORVUnicodeString.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/tiff/tiff_sink.h"
 
 #include <tiffio.h>

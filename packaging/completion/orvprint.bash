@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: Apache-2.0
+
 # Completion of the command orvprint in bash.
 
 _orvprint() {

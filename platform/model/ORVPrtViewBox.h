@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// The four numbers of a box, in the drawing's own coordinates (y down), as given, unchecked.

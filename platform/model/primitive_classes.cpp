@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Registration and copying of the model's classes: the same lines for each of them.
 
 #include <new>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Names of the public headers that do not begin with ORV, but for those that modules and hosts have always

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/xml/plain_document.h"
 
 #include <array>

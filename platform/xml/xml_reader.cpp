@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/xml/xml_reader.h"
 
 // The header shows the bounds on entity expansion to those only who say that the library has entities.

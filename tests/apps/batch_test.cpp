@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Many inputs, each to a file of its own: names, failures, workers that die, signals, what a terminal shows.
 
 #include <fcntl.h>

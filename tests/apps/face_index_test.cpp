@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The index of faces that the command keeps from one run to the next, and what it loads when it starts.
 
 #include "platform/visualization/fonts/face_index.h"

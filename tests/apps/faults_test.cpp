@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the command does when the system fails it: inputs that cannot be read to their end, outputs that
 // cannot be written to theirs, no memory, signals. It says so in a line, with an exit code, and leaves whole
 // files or none.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What becomes of texts where few fonts are installed, or none, or one that cannot be read.
 
 #include <gmock/gmock.h>

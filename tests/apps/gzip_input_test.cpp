@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Packed inputs: what is unpacked, what is refused and with which words, by the routine and by every command.
 
 #include "apps/orvprint/input/gzip_input.h"

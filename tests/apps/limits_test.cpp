@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the command does with input that was made to break it.
 
 #include <sys/resource.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Pages as other programs show them, set beside our own pictures: whatever the format, a drawing looks the
 // same.
 

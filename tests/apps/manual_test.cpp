@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The manual and the shell's completion tell of all that the command knows, and of nothing else.
 
 #include <regex.h>

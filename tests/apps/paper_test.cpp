@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Sheets of paper, from the command line to the page.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Printing, and what the command says when it cannot.
 
 #include <gmock/gmock.h>

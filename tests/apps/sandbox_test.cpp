@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the sandbox refuses, and that everything that prints without it prints the same within it.
 
 #include "apps/orvprint/sandbox/sandbox.h"

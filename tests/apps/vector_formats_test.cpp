@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // SVG, PostScript and EPS as the command writes them.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the public headers promise: they stand on their own, their names keep out of the way, and all is
 // documented.
 

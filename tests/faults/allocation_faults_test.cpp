@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Every request for memory is refused once, and once with all that follow. Whatever that hits, nothing is
 // thrown at the host, nothing is lost, no file is half written, and the statuses tell.
 

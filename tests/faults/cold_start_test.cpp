@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is made on first use (catalogues, fonts, libraries, tables) is made by a process of its own for each
 // refusal: nothing may break, and nothing may stay broken.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// As long as it lives, no thread can be started in this program, as when there are too many already.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Loaded before a program's libraries: makes the system fail it at a place that the environment names.
 //
 //   ORV_FAIL_NEW_AT=N    from the first line of main on, operator new refuses the N-th request, and with

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/common/exception_text.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Each limit of the interpreter and the renderer: what is at it, and what is one past it.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Numbers that no drawing means: they end in a page or in a clear refusal, and no generator gets one that is
 // not finite.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What `cmake --install` makes of a build, and what a project of others builds with it.
 
 #include <gmock/gmock.h>

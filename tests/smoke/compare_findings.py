@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Holds the check to its word: where a page differs from what other programs show, something must be found.
 
     tests/smoke/compare_findings.py --tool build/release/bin/orvprint FOLDER|FILE...

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """How far a page is from what another renderer shows, for documents of which the check says nothing.
 
 What is printed wrong without a word, up to a page that is blank, shows as a difference. Edges are smoothed otherwise and

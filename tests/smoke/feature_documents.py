@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Writes small drawings, one for each feature of static SVG and each oddity of its syntax, for compare_findings.py.
 
     tests/smoke/feature_documents.py FOLDER

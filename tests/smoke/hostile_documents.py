@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Makes documents that mean harm, for mutated_documents.py: changes of others, and bombs. The same seed and number give
 the same document."""
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Prints documents that mean harm: mutations of drawings, and bombs.
 
     tests/smoke/mutated_documents.py --tool build/release/bin/orvprint [--count 10000] [FOLDER...]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Prints every drawing below some folders: other people's documents, of which nobody says what must come out.
 
     tests/smoke/print_documents.py --tool build/asan/bin/orvprint [--every] [--sample N] [--jobs 2] FOLDER...

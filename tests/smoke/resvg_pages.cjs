@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Draws many drawings with resvg, inside one process: compare_findings.py starts it.
 //
 //     node resvg_pages.cjs MODULE < list, a line for each drawing: source, target and width in pixels between tabs

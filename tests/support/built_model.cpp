@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/support/built_model.h"
 
 #include "interpreters/svg/interpreter/SvgDocumentSource.h"

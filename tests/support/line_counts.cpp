@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Adds what ran in this program or library to its file in the folder that ORV_COUNTS_FOLDER names, when it
 // ends.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/support/page_state.h"
 
 #include "platform/model/ORVPrtImageElt.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/support/sketch_case.h"
 
 #include "tests/support/built_model.h"

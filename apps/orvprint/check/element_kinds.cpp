@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/element_kinds.h"
 
 bool IsContainer(ElementName name) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/font_family.h"
 
 #include "interpreters/svg/style/style_attribute.h"

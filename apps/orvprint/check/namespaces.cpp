@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/namespaces.h"
 
 void Namespaces::Enter(const ORVXmlNode& element) {

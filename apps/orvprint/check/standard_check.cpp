@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/standard_check.h"
 
 #include <algorithm>
@@ -199,10 +200,7 @@ void StandardCheck::CheckPaint(ElementIndex element, const svg2::Paint& paint, s
     if (paint.kind != svg2::Paint::Kind::kReference) return;
     const ElementIndex target = paint.reference.empty() ? kNoElement : document_.FindById(paint.reference);
     const Tag tag = target == kNoElement ? Tag::kUnknown : document_[target].tag;
-    if (tag == Tag::kPattern && property == "stroke")
-        Note(FindingCode::kIgnoredProperty, element, property, paint.reference,
-             "a pattern on an outline is drawn as plain grey");
-    else if (tag != Tag::kLinearGradient && tag != Tag::kRadialGradient && tag != Tag::kPattern)
+    if (tag != Tag::kLinearGradient && tag != Tag::kRadialGradient && tag != Tag::kPattern)
         Note(FindingCode::kMissingReference, element, property, paint.reference,
              "refers to no gradient or pattern of the document");
 }

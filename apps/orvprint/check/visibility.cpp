@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/visibility.h"
 
 #include "interpreters/svg/state/SvgDrawState.h"

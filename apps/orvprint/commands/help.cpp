@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/help.h"
 
 #include <CLI/CLI.hpp>
@@ -18,7 +19,8 @@ struct GroupRow {
 // In the order of the help. An option that stands in no row comes last, under "Options".
 constexpr std::array kGroups{
     GroupRow{"Input",
-             " interpreter parser qvxml fragment allow-dir limit max-primitives time-limit keep-going strict ignore "
+             " interpreter parser qvxml fragment allow-dir limit max-primitives time-limit keep-going strict "
+             "ignore "
              "no-sandbox require-sandbox "},
     GroupRow{"Output", " output format pages dpi flatten-dpi "},
     GroupRow{"Several inputs", " out-dir jobs quiet "},

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/print_command.h"
 
 #include <sys/stat.h>

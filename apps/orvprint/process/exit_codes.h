@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// What the command tells its caller. Documented in README.md and docs/man/orvprint.1; scripts rely on the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Libraries that keep data in temporary files (cairo does, with pages of PostScript) ask the C library for
 // them, which looks for no TMPDIR and knows no limit. In this command they get ORVTemporaryData instead.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/sandbox/call_filter.h"
 
 #include <linux/seccomp.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Makes the filter of system calls: a program for the kernel, written as a source of the command.
 
 #include <sched.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/sandbox/sandbox.h"
 
 #include <sys/prctl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/geometry/path_element.h"
 
 #include "interpreters/svg/geometry/markers.h"

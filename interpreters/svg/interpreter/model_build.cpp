@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/interpreter/model_build.h"
 
 #include <new>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 /// Results of element handlers. Anything but kDone ends the chain of handlers for that child.

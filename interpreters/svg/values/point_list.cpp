@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/values/point_list.h"
 
 #include "interpreters/svg/state/SvgDrawState.h"

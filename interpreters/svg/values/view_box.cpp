@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/values/view_box.h"
 
 #include "interpreters/svg/state/statuses.h"

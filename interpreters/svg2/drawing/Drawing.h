@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <memory>
@@ -74,7 +75,11 @@ private:
     void DrawOutline(ElementIndex element, const ORVPrintPath& path, const Style& style,
                      const DrawState& state, double opacity);
     void DrawPart(PaintPart part, const ORVPrintPath& path, const Style& style, const DrawState& state,
-                  const MadePaint& fill, const ORVPrintStroke* stroke, bool strokesOnScreen);
+                  const MadePaint& fill, const ORVPrintStroke* stroke, const MadePaint* pattern);
+    void DrawStroke(const ORVPrintPath& path, const Style& style, const DrawState& state,
+                    const ORVPrintStroke& stroke);
+    void DrawPatternedStroke(const ORVPrintPath& path, const Style& style, const DrawState& state,
+                             ORVPrintStroke stroke, const MadePaint& pattern);
     bool HasMarkers(ElementIndex element, const Style& style) const;
 
     // ---- markers (markers.cpp) ----

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <cmath>
 
 #include "interpreters/svg2/drawing/Drawing.h"
@@ -52,7 +53,7 @@ ORVPrintFill FillOf(const MadePaint& paint, bool isEvenOdd) {
 }  // namespace
 
 void Drawing::DrawPart(PaintPart part, const ORVPrintPath& path, const Style& style, const DrawState& state,
-                       const MadePaint& fill, const ORVPrintStroke* stroke, bool strokesOnScreen) {
+                       const MadePaint& fill, const ORVPrintStroke* stroke, const MadePaint* pattern) {
     using Kind = MadePaint::Kind;
     if (part == PaintPart::kFill) {
         if (fill.kind == Kind::kPattern) {
@@ -64,15 +65,46 @@ void Drawing::DrawPart(PaintPart part, const ORVPrintPath& path, const Style& st
         return;
     }
     if (!stroke) return;
-    if (!strokesOnScreen) {
-        Do(generator_.DrawShape({path, state.toPage, nullptr, stroke}));
+    if (pattern)
+        DrawPatternedStroke(path, style, state, *stroke, *pattern);
+    else
+        DrawStroke(path, style, state, *stroke);
+}
+
+void Drawing::DrawStroke(const ORVPrintPath& path, const Style& style, const DrawState& state,
+                         const ORVPrintStroke& stroke) {
+    if (!style.hasNonScalingStroke) {
+        Do(generator_.DrawShape({path, state.toPage, nullptr, &stroke}));
         return;
     }
     // The pen is as wide as in the root's viewport, whatever lies between.
     const ORVMathAffine2D toRoot = Inverse(rootToPage_) * state.toPage;
     ORVPrintPath mapped = path;
     for (ORVMathPoint2D& point : mapped.points) point = toRoot(point);
-    Do(generator_.DrawShape({mapped, rootToPage_, nullptr, stroke}));
+    Do(generator_.DrawShape({mapped, rootToPage_, nullptr, &stroke}));
+}
+
+// The pattern shows where the pen draws.
+void Drawing::DrawPatternedStroke(const ORVPrintPath& path, const Style& style, const DrawState& state,
+                                  ORVPrintStroke stroke, const MadePaint& pattern) {
+    ORVPrintLayer layer;
+    layer.hasMask = true;
+    layer.box = page_;
+    if (!Do(generator_.BeginLayer(layer))) return;
+    ORVPrintMask mask;
+    mask.kind = ORVPrintMask::Kind::kOpacity;
+    mask.box = page_;
+    stroke.colour = {};
+    if (generator_.BeginMask(mask) != ORVPrintGenerator::kSkipMask) {
+        DrawStroke(path, style, state, stroke);
+        Do(generator_.EndMask());
+    }
+    ORVPrintPath area;
+    const ORVMathAffine2D toUser = Inverse(state.toPage);
+    const ORVMathBox2D shown = MapBox(toUser, page_);
+    AddRectangle(area, {shown.xMin, shown.yMin, shown.xMax - shown.xMin, shown.yMax - shown.yMin});
+    DrawPattern(area, state.toPage, false, pattern, state);
+    Do(generator_.EndLayer());
 }
 
 void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const Style& style,
@@ -94,19 +126,16 @@ void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const 
                     paints_.MakePen(style, state.viewport, dashScale, stroke);
         stroke.colour = strokePaint.colour;
         stroke.gradient = strokePaint.GetGradient();
-        if (strokePaint.kind == MadePaint::Kind::kPattern) {
-            // The pattern's place is taken by the colour that it is in the mean, as outlines cannot be
-            // clips; see check.
-            stroke.colour = {128, 128, 128,
-                             static_cast<std::uint8_t>(std::lround(255.0 * strokePaint.opacity))};
-        }
     }
     const bool fillIsFirst = [&] {
         for (const PaintPart part : style.paintOrder)
             if (part != PaintPart::kMarkers) return part == PaintPart::kFill;
         return true;
     }();
-    const bool isPlain = fill.kind != MadePaint::Kind::kPattern && !style.hasNonScalingStroke && fillIsFirst;
+    const MadePaint* const patternedStroke =
+        hasStroke && strokePaint.kind == MadePaint::Kind::kPattern ? &strokePaint : nullptr;
+    const bool isPlain = fill.kind != MadePaint::Kind::kPattern && !patternedStroke &&
+                         !style.hasNonScalingStroke && fillIsFirst;
     if (isPlain) {
         const bool hasFill = fill.kind != MadePaint::Kind::kNothing;
         if (!hasFill && !hasStroke) return;
@@ -118,8 +147,7 @@ void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const 
     }
     for (const PaintPart part : style.paintOrder)
         if (part != PaintPart::kMarkers)
-            DrawPart(part, path, style, state, fill, hasStroke ? &stroke : nullptr,
-                     style.hasNonScalingStroke);
+            DrawPart(part, path, style, state, fill, hasStroke ? &stroke : nullptr, patternedStroke);
 }
 
 }  // namespace svg2

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/values/scanner.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The module liborvcolour.so: colours by Little CMS.
 
 #include <lcms2.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/face_index_file.h"
 
 #include <fcntl.h>

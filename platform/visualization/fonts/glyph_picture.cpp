@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/glyph_picture.h"
 
 #include "platform/visualization/fonts/font_system.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/images/png_colours.h"
 
 #include <zlib.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/check/identifiers.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is written is checked by other programs: see DrawnPdf.
 
 #include "generators/pdf/ORVPdfGenerator.h"

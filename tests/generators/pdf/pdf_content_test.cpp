@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Operators on a page, as they stand in the file.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What a document says besides its pages: links and places, outline, metadata, boxes.
 
 #include <gmock/gmock.h>

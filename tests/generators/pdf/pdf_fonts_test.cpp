@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Texts: that they can be searched, and how they share fonts and text objects.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Gradients as other programs draw them, and what they share in the file.
 
 #include "generators/pdf/pdf_gradients.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Pictures: what becomes of their pixels, and that each is held once.
 
 #include <gmock/gmock.h>

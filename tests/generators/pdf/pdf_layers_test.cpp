@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Layers, masks and outline clips as other programs draw them, and how they stand in the file.
 
 #include <gmock/gmock.h>

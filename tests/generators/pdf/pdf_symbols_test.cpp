@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Content that is held once and shown in many places.
 
 #include <gmock/gmock.h>

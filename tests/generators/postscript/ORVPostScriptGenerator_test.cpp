@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The generator as it is used: out of its module. What it writes is run by a PostScript interpreter.
 
 #include <gmock/gmock.h>

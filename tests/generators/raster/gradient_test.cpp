@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Gradients, against a slow calculation of the same colours.
 
 #include <gtest/gtest.h>

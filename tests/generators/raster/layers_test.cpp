@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Clips, layers, blend modes and masks, against a slow page that follows their definitions.
 
 #include <gtest/gtest.h>

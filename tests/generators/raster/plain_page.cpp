@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/generators/raster/plain_page.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/sheet/sheet_layout.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Gradients, clips, layers and masks: as they are written, and as another program draws them.
 
 #include <gmock/gmock.h>

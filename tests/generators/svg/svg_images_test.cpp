@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Pictures and pattern fills: that each is held once, and inside the page.
 
 #include <gmock/gmock.h>

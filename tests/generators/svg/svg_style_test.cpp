@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Shapes with their paint, as elements.
 
 #include "generators/svg/svg_style.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Content that is written once and placed by references.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Lines of text, as elements.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "generators/tiff/ORVTiffGenerator.h"
 
 #include <gtest/gtest.h>

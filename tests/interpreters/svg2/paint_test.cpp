@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
 #include "tests/interpreters/svg2/call_sketch.h"
@@ -144,6 +145,11 @@ TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
          "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
          "height='1' fill='url(#p)'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
          "clip path 0,0 10,10\n  clip 0,0 10,10\n"},
+        {"stroke",
+         "<pattern id='p' width='100' height='100' patternUnits='userSpaceOnUse'><rect width='1' "
+         "height='1'/></pattern><path d='M0 5h9' fill='none' stroke='url(#p)' stroke-width='3'/>",
+         "layer 1\n  mask by opacity 0,0 100,100\n    0,5 9,5 stroke #000000 3\n  clip path 0,0 100,100\n"
+         "    clip 0,0 100,100\n      0,0 1,1 fill #000000\n"},
         {"opacity",
          "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
          "height='1'/></pattern><rect width='10' height='10' fill='url(#p)' fill-opacity='.5'/>",

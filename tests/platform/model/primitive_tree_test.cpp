@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Trees of primitives: references, copies, depth, budget.
 
 #include <gtest/gtest.h>

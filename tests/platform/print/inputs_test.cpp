@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Streams as interpreters read them: the end shows after a read that failed.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/platform/print/recording_generator.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Content that stands at several places: which of it is announced, and how it is then drawn.
 
 #include "platform/print/symbol_table.h"

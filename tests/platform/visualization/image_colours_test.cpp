@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Colours and orientation as files describe them.
 
 #include <gtest/gtest.h>

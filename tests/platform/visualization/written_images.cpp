@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/platform/visualization/written_images.h"
 
 #include <cstdio>

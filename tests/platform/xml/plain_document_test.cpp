@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The reader of plain documents may refuse whatever it likes, and then costs time only. What it takes has to
 // be well formed, and to give the events that the conforming parser gives.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/module/face_subset.h"
 
 #include <hb-subset.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/module/file_face.h"
 
 #include <hb-ft.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/module/font_catalogue.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the module exports: the font system of the process.
 
 #include "platform/visualization/fonts/ORVFont.h"

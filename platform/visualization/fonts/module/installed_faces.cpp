@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/module/installed_faces.h"
 
 #include <sys/auxv.h>

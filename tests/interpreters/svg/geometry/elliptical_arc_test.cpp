@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/geometry/elliptical_arc.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Holds the path readers to their plain transcription.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/interpreter/SvgDocumentSource.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Both interpreters as a host sees them: made by the factories, asked, and drawn.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The order of the presentation steps, as it shows in whole elements.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg/style/text_element.h"
 
 #include <gmock/gmock.h>

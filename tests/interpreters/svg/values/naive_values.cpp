@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/interpreters/svg/values/naive_values.h"
 
 #include <cmath>

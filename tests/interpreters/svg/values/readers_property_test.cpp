@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Holds every value reader to its plain transcription on texts that are nearly right.
 
 #include <gtest/gtest.h>
