@@ -58,6 +58,39 @@ TEST_F(StandardTest, InspectWritesWhatIsDrawn) {
     EXPECT_EQ(dump["pages"][0]["content"][0]["fill"]["colour"], "#ff0000ff");
 }
 
+TEST_F(StandardTest, InspectWritesEveryKindOfCall) {
+    const ToolRun run =
+        Run({"inspect", "-", "--interpreter", "svg2"},
+            "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='96'><title>T</title>"
+            "<radialGradient id='g' fr='.1'><stop/><stop offset='1' stop-color='red'/></radialGradient>"
+            "<mask id='m'><rect width='9' height='9'/></mask><clipPath id='c'><circle r='5'/></clipPath>"
+            "<a href='https://example.org/'><g mask='url(#m)' style='mix-blend-mode:hue' opacity='.5'>"
+            "<rect clip-path='url(#c)' width='9' height='9' fill='url(#g)' stroke='blue' stroke-width='2' "
+            "stroke-dasharray='1 2' stroke-dashoffset='1' fill-rule='evenodd'/></g></a>"
+            "<svg width='5' height='5'><text font-family='DejaVu Sans' stroke='red'>a</text></svg>"
+            "<image width='9' href='data:image/bmp;base64,"
+            "Qk06AAAAAAAAADYAAAAoAAAAAQAAAAEAAAABABgAAAAAAAQAAAAAAAAAAAAAAAAAAAAAAAAAAAD/AA=='/></svg>");
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    const json page = json::parse(run.output)["pages"][0];
+    EXPECT_EQ(page["title"], "T");
+    const json& content = page["content"];
+    ASSERT_EQ(content.size(), 3U) << content;
+    EXPECT_EQ(content[0]["link"], "https://example.org/");
+    const json& layer = content[0]["content"][0];
+    EXPECT_EQ(layer["opacity"], 0.5);
+    EXPECT_EQ(layer["blend"], "hue");
+    EXPECT_EQ(layer["content"][0]["of"], "luminance");
+    const json& shape = layer["content"][1]["content"][0];
+    EXPECT_EQ(layer["content"][1]["kind"], "clip");
+    EXPECT_EQ(shape["fill"]["gradient"]["kind"], "radial");
+    EXPECT_EQ(shape["fill"]["gradient"]["stops"][1]["colour"], "#ff0000ff");
+    EXPECT_EQ(shape["fill"]["evenOdd"], true);
+    EXPECT_EQ(shape["stroke"]["dashes"], json::parse("[1, 2]"));
+    EXPECT_EQ(shape["stroke"]["dashOffset"], 1);
+    EXPECT_EQ(content[1]["content"][0]["text"], "a");
+    EXPECT_EQ(content[2]["pixels"], json::parse("[1, 1]"));
+}
+
 TEST_F(StandardTest, ErrorsNameTheirPlace) {
     const ToolRun broken = Run({"-", "-o", "x.pdf", "--interpreter", "svg2"}, "<svg><g></svg>");
     EXPECT_EQ(broken.exitCode, 4);

@@ -83,6 +83,42 @@ TEST(ClipTest, IsAnOutlineWhereItsShapesDoNotOverlap) {
     });
 }
 
+// The corner of a clip in box units shows the box of what it cuts.
+TEST(ClipTest, BoxUnitsAreOfAllThatAnElementDraws) {
+    const struct {
+        const char *content, *box;
+    } kRows[] = {
+        {"<g clip-path='url(#c)'><rect x='1' y='2' width='3' height='4'/><circle cx='9' cy='9' r='1'/></g>",
+         "1,2 10,10"},
+        {"<g clip-path='url(#c)'><g transform='translate(5) scale(2)'><path d='M0 0C0 4 4 4 4 0'/></g></g>",
+         "5,0 13,6"},
+        {"<g clip-path='url(#c)'><rect width='9' height='9' display='none'/><rect width='2' height='2' "
+         "visibility='hidden'/></g>",
+         "0,0 2,2"},
+        {"<use clip-path='url(#c)' href='#r' x='5'/>", "5,0 9,4"},
+        {"<use clip-path='url(#c)' href='#s' width='20' height='10'/>", "5,0 15,10"},
+        {"<svg clip-path='url(#c)' x='3' width='10' height='10' viewBox='0 0 1 1'><rect width='1' "
+         "height='1'/></svg>",
+         "3,0 13,10"},
+        {"<switch clip-path='url(#c)'><rect systemLanguage='xx' width='9' height='9'/><rect width='2' "
+         "height='3'/></switch>",
+         "0,0 2,3"},
+        {"<g clip-path='url(#c)'><image x='1' y='2' width='3' height='4'/></g>", "1,2 4,6"},
+        {"<text clip-path='url(#c)' x='10' y='50' font-family='DejaVu Sans Mono' font-size='10'>abc</text>",
+         "10,40.72 28.06,52.36"},
+        {"<g clip-path='url(#c)'><g id='loop'><use href='#loop'/><rect width='1' height='1'/></g></g>",
+         "0,0 1,1"},
+    };
+    for (const auto& row : kRows) {
+        const std::string calls = SketchContent(
+            "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='1' height='1'/></clipPath>"
+            "<defs><rect id='r' width='4' height='4'/><symbol id='s' viewBox='0 0 1 1'><rect width='1' "
+            "height='1'/></symbol></defs>" +
+            std::string(row.content));
+        EXPECT_EQ(calls.substr(0, calls.find('\n')), std::string("clip path ") + row.box) << row.content;
+    }
+}
+
 TEST(ClipTest, TakesShapesOfStyleSheets) {
     Check({
         {"inset", "<rect width='10' height='20' style='clip-path:inset(1px 2px)'/>",
