@@ -443,6 +443,7 @@ bool ReadFont(Text text, const Context& context, Style& style) {
     read.fontStretch = initial.fontStretch;
     read.hasSmallCaps = initial.hasSmallCaps;
     Scanner scanner(text);
+    bool lineHeightFollows = false;
     for (;;) {
         scanner.SkipSpace();
         const Text rest = scanner.Rest();
@@ -467,12 +468,14 @@ bool ReadFont(Text text, const Context& context, Style& style) {
             read.fontStretch = stretch;
         } else if (ReadFontSize(size, context, fontSize)) {
             read.fontSize = fontSize;
+            lineHeightFollows =
+                word.ends_with('/') || (size.size() == word.size() && scanner.TakeAfterSpace('/'));
             break;
         } else {
             return false;
         }
     }
-    if (scanner.TakeAfterSpace('/')) {
+    if (lineHeightFollows) {
         scanner.SkipSpace();
         while (!scanner.AtEnd() && !IsSpace(scanner.Peek())) scanner.Advance();
     }
