@@ -10,7 +10,7 @@ template <class Interpreter, class Input>
 ORVPrintInterpreter* Create(Input* input) {
     try {
         return new Interpreter(input);
-    } catch (...) {  // memory that is spent, or whatever a host's input throws
+    } catch (...) {  // out of memory, or whatever a host's input throws
         return nullptr;
     }
 }
