@@ -124,6 +124,11 @@ Layout LayOut(const ORVPrintGradient& gradient) {
         return layout;
     }
     const double size = std::max(gradient.startRadius, gradient.endRadius);
+    if (!(size > 0.0)) {
+        // Without extent: the map has no inverse, which the caller looks for.
+        layout.toContent = {0.0, 0.0, 0.0, 0.0, origin.x, origin.y};
+        return layout;
+    }
     const double cosine = distance > 0.0 ? dx / distance : 1.0, sine = distance > 0.0 ? dy / distance : 0.0;
     layout.isRadial = true;
     layout.toContent = gradient.toPage * ORVMathAffine2D{size * cosine, -size * sine, size * sine,
@@ -178,8 +183,10 @@ void RepeatCircles(Layout& layout, const Corners& corners) {
     const bool isNested = std::fabs(growth) >= d;
     const double reach = isNested ? corners.farthest - r : corners.farthest + r;
     const auto places = [&](double speed) {
-        const double place = reach > 0.0 ? reach / std::fabs(speed) : 0.0;
-        return std::isfinite(place) ? std::min(std::ceil(place), kMostPeriods) : kMostPeriods;
+        if (!(reach > 0.0)) return 0.0;
+        // Circles that touch do not leave each other behind at all.
+        const double most = kMostPeriods * std::fabs(speed);
+        return most > reach ? std::min(std::ceil(reach / std::fabs(speed)), kMostPeriods) : kMostPeriods;
     };
     if (isNested) {
         const double outwards = RoundUp(places(std::fabs(growth) - d));
