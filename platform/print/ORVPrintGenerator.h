@@ -53,7 +53,7 @@ struct ORVPrintFill {
     ORVPrintColour colour;  ///< with a pattern, only its opacity counts; with a gradient, its first colour
     bool evenOdd = false;   ///< whether a point is inside by the even-odd rule, else by the nonzero rule
     const ORVPixelImage* pattern = nullptr;  ///< repeats in both directions; null for none
-    ORVMathAffine2D patternToPage;           ///< from pattern pixels (y down) to page coordinates
+    ORVMathAffine2D patternToPage = {};      ///< from pattern pixels (y down) to page coordinates
     /// Null for none. Its stops have their final opacities. Generators that cannot draw it draw `colour`.
     const ORVPrintGradient* gradient = nullptr;
 };

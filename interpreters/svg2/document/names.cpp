@@ -298,13 +298,13 @@ private:
 }  // namespace
 
 Tag FindTag(std::string_view localName) {
-    static const NameTable<257> kTable(std::span(kTags).first(static_cast<std::size_t>(Tag::kPage)));
+    static const NameTable<257> kTable{std::span(kTags).first(static_cast<std::size_t>(Tag::kPage))};
     const auto found = kTable.Find(localName);
     return found ? static_cast<Tag>(*found) : Tag::kUnknown;
 }
 
 std::optional<Name> FindName(std::string_view localName) {
-    static const NameTable<1031> kTable(std::span(kNames).first(static_cast<std::size_t>(Name::kXlinkHref)));
+    static const NameTable<1031> kTable{std::span(kNames).first(static_cast<std::size_t>(Name::kXlinkHref))};
     const auto found = kTable.Find(localName);
     if (!found) return std::nullopt;
     return static_cast<Name>(*found);
