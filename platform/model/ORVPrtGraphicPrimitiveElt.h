@@ -59,7 +59,7 @@ public:
     /// The class, as a number.
     ORVPrtKind GetKind() const { return kind_; }
 
-    /// Deep copy with one reference; null when memory or the model's budget is spent. Shared children are
+    /// Deep copy with one reference; null when out of memory or over the model's budget. Shared children are
     /// copied once for each place they stand in. Does not recurse.
     virtual ORVPrtGraphicPrimitiveElt* Duplicate() const;
 

@@ -33,7 +33,7 @@ public:
     /// The pages in order; never null, empty for a model without pages.
     const ORVListPtr<ORVPrtImageElt>* GetImages() const { return &images_; }
 
-    /// A new primitive with one reference; null when memory or the budget is spent.
+    /// A new primitive with one reference; null when out of memory or over the budget.
     template <class Primitive>
     Primitive* Create() {
         if (!budget_->Take()) return nullptr;

@@ -17,7 +17,7 @@ public:
           visitLimit_(ORVPrintLimits::Get(ORVPrintLimit::kVisits)),
           pixelLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDocumentPixels)) {}
 
-    /// Takes one primitive; false when the budget is spent.
+    /// Takes one primitive; false when the budget is used up.
     bool Take() {
         if (taken_ >= limit_) return Refuse(ORVPrintLimit::kPrimitives);
         if (memoryRefusals_ >= kMostMemoryRefusals) return false;

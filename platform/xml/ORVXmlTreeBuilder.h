@@ -43,7 +43,7 @@ public:
     void Comment(std::string_view data) override;
 
     /// Closes what is still open, so that a document that breaks off leaves what was read of it, and hands
-    /// the tree over. The builder is spent.
+    /// the tree over. The builder cannot be used again.
     ORVRef<const ORVXmlTree> Finish();
 
     /// Adds a copy of an element and of the elements below it.

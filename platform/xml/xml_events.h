@@ -9,7 +9,7 @@
 #include "platform/xml/ORVXmlNode.h"
 #include "platform/xml/ORVXmlPlace.h"
 
-/// Tells where the reader stands. Nobody pays for it who does not ask: the reader counts lines when it is
+/// Tells where the reader stands. Costs nothing unless asked: the reader counts lines when it is
 /// asked, from the place of the question before.
 class XmlLocator {
 public:

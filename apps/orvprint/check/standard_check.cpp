@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -114,7 +115,7 @@ private:
     const std::unordered_map<const ORVXmlNode*, std::size_t>& numbers_;
     svg2::Cascade cascade_;
     svg2::Images images_;
-    std::vector<std::string_view> families_;  // that were looked for
+    std::unordered_set<std::string_view> families_;  // that were looked for
 };
 
 void StandardCheck::Run() {
@@ -248,8 +249,7 @@ bool StandardCheck::HasText(ElementIndex element) const {
 void StandardCheck::CheckFont(ElementIndex element, const Style& style) {
     const Tag tag = document_[element].tag;
     if ((tag != Tag::kText && tag != Tag::kTspan && tag != Tag::kTextPath) || !HasText(element)) return;
-    if (std::find(families_.begin(), families_.end(), style.fontFamily) != families_.end()) return;
-    families_.push_back(style.fontFamily);
+    if (!families_.insert(style.fontFamily).second) return;
     const ORVFontChoice choice =
         ORVChooseFont({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch});
     if (choice.font == ORVFont::Unavailable())

@@ -28,7 +28,7 @@ public:
     /// @param pairs   receives their numbers
     /// @param most    as many as there is room for
     /// @param count   receives how many were taken
-    /// @return kMore when the room is spent, kOther before an argument of another kind, kNone when the
+    /// @return kMore when the room is full, kOther before an argument of another kind, kNone when the
     ///         command that was reached has no more arguments
     Behind NextPlainPairs(char letter, ORVMathPoint2D* pairs, std::size_t most, std::size_t& count);
     /// The next argument of the current command. The view is valid until the next call.

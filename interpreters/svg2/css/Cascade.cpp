@@ -79,8 +79,7 @@ void Cascade::AddStyleAttribute(std::string_view text, bool important, Style& st
         if (declaration.isImportant == important) AddDeclaration(declaration, style);
 }
 
-void Cascade::Collect(ElementIndex element, const Style& parent, Style& style) {
-    static_cast<void>(parent);
+void Cascade::Collect(ElementIndex element, Style& style) {
     candidates_.clear();
     document_.ForEachProperty(element, [this](Name name, std::string_view value) {
         candidates_.push_back({name, value, true});
@@ -192,7 +191,7 @@ void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
     if (const std::string_view space = document_.ValueOf(element, Name::kSpace); !space.empty())
         style.whiteSpace = space == "preserve" ? WhiteSpace::kPreserve : WhiteSpace::kCollapse;
 
-    Collect(element, parent, style);
+    Collect(element, style);
     if (candidates_.empty()) return;
     PropertyContext context{parent, SizesOf(parent)};
     const auto applyThose = [&](bool decidingSize) {

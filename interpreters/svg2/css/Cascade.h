@@ -50,7 +50,7 @@ private:
     };
     static constexpr std::size_t kMostSubstituted = std::size_t{64} << 20U;  // bytes
 
-    void Collect(ElementIndex element, const Style& parent, Style& style);
+    void Collect(ElementIndex element, Style& style);
     void AddDeclaration(const Declaration& declaration, Style& style);
     void AddStyleAttribute(std::string_view text, bool important, Style& style);
     void Apply(const Candidate& candidate, const PropertyContext& context, Style& style);

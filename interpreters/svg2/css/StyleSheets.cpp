@@ -12,42 +12,13 @@ namespace {
 
 constexpr int kGreatestDepth = 16;  // of @media within each other
 
-/// The text of a block that comes next, without its braces. @return false when none comes next
+/// The text of a block that comes next, without its braces; of one that does not end, the rest of the sheet.
+/// @return false when none comes next
 bool TakeBlock(Scanner& scanner, std::string_view& inside) {
     if (!scanner.Take('{')) return false;
-    const std::string_view rest = scanner.Rest();
-    const std::size_t start = scanner.GetPosition();
-    int depth = 1;
-    while (!scanner.AtEnd()) {
-        const char c = scanner.Peek();
-        std::string_view skipped;
-        if ((c == '"' || c == '\'') && scanner.TakeString(skipped)) continue;
-        scanner.Advance(c == '\\' && scanner.Peek(1) != '\0' ? 2 : 1);
-        if (c == '{') ++depth;
-        if (c == '}' && --depth == 0) {
-            inside = rest.substr(0, scanner.GetPosition() - start - 1);
-            return true;
-        }
-    }
-    inside = rest;  // the sheet ends before the block does
+    inside = scanner.TakeUntil("}");
+    scanner.Take('}');
     return true;
-}
-
-/// What stands before the next "{" or ";" outside of strings and parentheses.
-std::string_view TakePrelude(Scanner& scanner) {
-    const std::string_view rest = scanner.Rest();
-    const std::size_t start = scanner.GetPosition();
-    int depth = 0;
-    while (!scanner.AtEnd()) {
-        const char c = scanner.Peek();
-        std::string_view skipped;
-        if ((c == '"' || c == '\'') && scanner.TakeString(skipped)) continue;
-        if (depth == 0 && (c == '{' || c == ';')) break;
-        if (c == '(' || c == '[') ++depth;
-        if ((c == ')' || c == ']') && depth > 0) --depth;
-        scanner.Advance(c == '\\' && scanner.Peek(1) != '\0' ? 2 : 1);
-    }
-    return rest.substr(0, scanner.GetPosition() - start);
 }
 
 /// "(min-width: 600px)" and its kin; what is not known is not so.
@@ -147,7 +118,7 @@ void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int dep
             ReadAtRule(scanner, medium, depth);
             continue;
         }
-        const std::string_view selectors = TakePrelude(scanner);
+        const std::string_view selectors = scanner.TakeUntil("{;");
         std::string_view block;
         if (TakeBlock(scanner, block))
             ReadRule(selectors, block);
@@ -158,7 +129,7 @@ void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int dep
 
 void StyleSheets::ReadAtRule(Scanner& scanner, const Medium& medium, int depth) {
     const std::string_view name = scanner.TakeName();
-    const std::string_view prelude = TakePrelude(scanner);
+    const std::string_view prelude = scanner.TakeUntil("{;");
     std::string_view block;
     const bool hasBlock = TakeBlock(scanner, block);
     if (!hasBlock) scanner.Take(';');

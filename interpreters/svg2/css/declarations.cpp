@@ -4,21 +4,9 @@
 namespace svg2 {
 namespace {
 
-/// Skips to the next ";" outside of strings, parentheses and blocks, and behind it.
+/// What stands before the next ";", which is skipped.
 std::string_view TakeValue(Scanner& scanner) {
-    const std::string_view rest = scanner.Rest();
-    const std::size_t start = scanner.GetPosition();
-    int depth = 0;
-    while (!scanner.AtEnd()) {
-        const char c = scanner.Peek();
-        std::string_view skipped;
-        if (c == ';' && depth == 0) break;
-        if ((c == '"' || c == '\'') && scanner.TakeString(skipped)) continue;
-        if (c == '(' || c == '{' || c == '[') ++depth;
-        if ((c == ')' || c == '}' || c == ']') && depth > 0) --depth;
-        scanner.Advance(c == '\\' && scanner.Peek(1) != '\0' ? 2 : 1);
-    }
-    const std::string_view value = rest.substr(0, scanner.GetPosition() - start);
+    const std::string_view value = scanner.TakeUntil(";");
     scanner.Take(';');
     return value;
 }

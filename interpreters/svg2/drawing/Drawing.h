@@ -83,8 +83,8 @@ private:
     bool HasMarkers(ElementIndex element, const Style& style) const;
 
     // ---- markers (markers.cpp) ----
-    void DrawMarkers(ElementIndex element, const ORVPrintPath& path,
-                     const std::vector<std::size_t>& segmentEnds, const Style& style, const DrawState& state);
+    void DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_t>& segmentEnds,
+                     const Style& style, const DrawState& state);
     void DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, double degrees, bool isStart,
                     const Style& style, const DrawState& state, const ContextPaints& context);
 

@@ -17,8 +17,6 @@ public:
     void Draw(ElementIndex element, const Style& style, const DrawState& state);
 
 private:
-    struct Paints;
-
     void DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state);
     void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state,
                     const ORVMathBox2D& box, double opacity);

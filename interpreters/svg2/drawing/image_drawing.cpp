@@ -46,8 +46,6 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
     }
     if (style.hidesOverflow && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
     const Rectangle pixels{0.0, 0.0, natural.width, natural.height};
-    const double opacity = PaintOpacity(element, style);
-    static_cast<void>(opacity);
     const ORVMathAffine2D toPage = state.toPage * FitViewBox(pixels, ratio, place) *
                                    ORVMathAffine2D::Scaling(natural.width, natural.height);
     ORVPrintImage image{*content.pixels, toPage};

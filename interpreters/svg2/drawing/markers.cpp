@@ -147,9 +147,8 @@ double DegreesAt(const std::vector<Vertex>& vertices, std::size_t index) {
 
 }  // namespace
 
-void Drawing::DrawMarkers(ElementIndex element, const ORVPrintPath& path,
-                          const std::vector<std::size_t>& segmentEnds, const Style& style,
-                          const DrawState& state) {
+void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_t>& segmentEnds,
+                          const Style& style, const DrawState& state) {
     const Document& document = scene_.GetDocument();
     const auto markerOf = [&](std::string_view id) {
         const ElementIndex marker = id.empty() ? kNoElement : document.FindById(id);
@@ -160,7 +159,6 @@ void Drawing::DrawMarkers(ElementIndex element, const ORVPrintPath& path,
     const ElementIndex start = markerOf(style.markerStart), mid = markerOf(style.markerMid),
                        end = markerOf(style.markerEnd);
     if (start == kNoElement && mid == kNoElement && end == kNoElement) return;
-    static_cast<void>(element);
 
     const std::vector<Vertex> vertices = VertexCollector(path, segmentEnds).Collect();
     const ContextPaints context{&style, BoxOf(path), state.viewport, state.toPage, state.context};

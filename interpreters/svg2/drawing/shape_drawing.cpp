@@ -30,12 +30,12 @@ void Drawing::DrawShape(ElementIndex element, const Style& style, const DrawStat
     }
     if (style.paintOrder[2] == PaintPart::kMarkers) {
         DrawOutline(element, path, style, state, opacity);
-        DrawMarkers(element, path, segmentEnds, style, state);
+        DrawMarkers(path, segmentEnds, style, state);
         return;
     }
     for (const PaintPart part : style.paintOrder) {
         if (part == PaintPart::kMarkers) {
-            DrawMarkers(element, path, segmentEnds, style, state);
+            DrawMarkers(path, segmentEnds, style, state);
             continue;
         }
         Style only = style;

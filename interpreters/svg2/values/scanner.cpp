@@ -74,6 +74,21 @@ bool Scanner::TakeParentheses(std::string_view& inside) {
     return false;
 }
 
+std::string_view Scanner::TakeUntil(std::string_view ends) {
+    const std::size_t start = position_;
+    int depth = 0;
+    while (!AtEnd()) {
+        const char c = Peek();
+        std::string_view skipped;
+        if (depth == 0 && ends.find(c) != std::string_view::npos) break;
+        if ((c == '"' || c == '\'') && TakeString(skipped)) continue;
+        if (c == '(' || c == '{' || c == '[') ++depth;
+        if ((c == ')' || c == '}' || c == ']') && depth > 0) --depth;
+        Advance(c == '\\' && Peek(1) != '\0' ? 2 : 1);
+    }
+    return text_.substr(start, position_ - start);
+}
+
 bool Scanner::TakeString(std::string_view& inside) {
     const char quote = Peek();
     if (quote != '"' && quote != '\'') return false;

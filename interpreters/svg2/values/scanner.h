@@ -59,6 +59,9 @@ public:
     /// What stands between an opening parenthesis that comes next and the one that closes it, strings and
     /// inner parentheses respected. @return false when none comes next, or it is not closed
     bool TakeParentheses(std::string_view& inside);
+    /// All up to the first of `ends` that stands outside of strings, escapes, parentheses and blocks, or to
+    /// the end.
+    std::string_view TakeUntil(std::string_view ends);
     /// A text in quotes, without them; escapes stay. @return false when none comes next
     bool TakeString(std::string_view& inside);
 

@@ -26,7 +26,7 @@ struct ORVFontRecord {
 
 /// What needs the font libraries: catalogue, shaping, pictures of glyphs. It stands in a module of its own,
 /// which is loaded with the first text, since most drawings of figures have none. All may be called from any
-/// thread. What returns false noted why (text_failure.h), and wrote nothing. Memory that is spent comes as
+/// thread. What returns false noted why (text_failure.h), and wrote nothing. Out of memory comes as
 /// std::bad_alloc.
 class ORVFontSystem {
 public:
