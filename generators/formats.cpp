@@ -22,7 +22,7 @@ public:
     template <class... Arguments>
     explicit FormatGenerator(Arguments&&... arguments) : generator_(std::forward<Arguments>(arguments)...) {}
     ORVPrintGenerator& Get() override { return generator_; }
-    const std::string& GetError() const override { return generator_.GetError(); }
+    const ORVFailure& GetFailure() const override { return generator_.GetFailure(); }
 
 private:
     Generator generator_;
@@ -66,8 +66,8 @@ public:
     explicit GuardedFormat(std::unique_ptr<ORVFormatGenerator> format)
         : format_(std::move(format)), guard_(format_->Get()) {}
     ORVPrintGenerator& Get() override { return guard_; }
-    const std::string& GetError() const override {
-        return guard_.GetError().empty() ? format_->GetError() : guard_.GetError();
+    const ORVFailure& GetFailure() const override {
+        return guard_.GetFailure() ? guard_.GetFailure() : format_->GetFailure();
     }
 
 private:

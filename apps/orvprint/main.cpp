@@ -300,7 +300,7 @@ int main(int argc, char** argv) {
     try {
         return Run(argc, argv);
     } catch (const std::bad_alloc&) {
-        return Report(kExitFailed, "", "out of memory");
+        return ReportOutOfMemory("");
     } catch (const std::exception& error) {
         return Report(kExitFailed, "", error.what());
     }

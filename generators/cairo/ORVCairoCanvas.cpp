@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -151,8 +152,8 @@ void ORVCairoCanvas::SetColour(const ORVPrintColour& colour) {
 }
 
 bool ORVCairoCanvas::SetGradient(const ORVPrintGradient& gradient) {
-    ORVMathAffine2D fromPage;
-    if (!IsDrawable(ToDevice(gradient.toPage)) || !InvertMap(gradient.toPage, fromPage)) return false;
+    const std::optional<ORVMathAffine2D> fromPage = gradient.toPage.Inverse();
+    if (!IsDrawable(ToDevice(gradient.toPage)) || !fromPage) return false;
     const ORVMathPoint2D &start = gradient.start, &end = gradient.end;
     const CairoPattern pattern(gradient.kind == ORVPrintGradient::Kind::kLinear
                                    ? cairo_pattern_create_linear(start.x, start.y, end.x, end.y)
@@ -163,7 +164,7 @@ bool ORVCairoCanvas::SetGradient(const ORVPrintGradient& gradient) {
                                           Channel(stop.colour.green), Channel(stop.colour.blue),
                                           Channel(stop.colour.opacity));
     cairo_pattern_set_extend(pattern.get(), ToCairo(gradient.spread));
-    SetPagePattern(pattern.get(), fromPage);
+    SetPagePattern(pattern.get(), *fromPage);
     return true;
 }
 
@@ -180,14 +181,15 @@ void ORVCairoCanvas::SetPagePattern(cairo_pattern_t* pattern, const ORVMathAffin
 void ORVCairoCanvas::SetFillSource(const ORVPrintFill& fill) {
     if (fill.gradient && SetGradient(*fill.gradient)) return;
     cairo_surface_t* tile = fill.pattern ? images_.Find(*fill.pattern) : nullptr;
-    ORVMathAffine2D fromPage;
-    if (!tile || !InvertMap(fill.patternToPage * PixelsOf(*tile, *fill.pattern), fromPage)) {
+    std::optional<ORVMathAffine2D> fromPage;
+    if (tile) fromPage = (fill.patternToPage * PixelsOf(*tile, *fill.pattern)).Inverse();
+    if (!fromPage) {
         SetColour(fill.colour);
         return;
     }
     const CairoPattern pattern(cairo_pattern_create_for_surface(tile));
     cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
-    SetPagePattern(pattern.get(), fromPage);
+    SetPagePattern(pattern.get(), *fromPage);
 }
 
 void ORVCairoCanvas::Fill(const ORVPrintFill& fill) {
@@ -205,7 +207,7 @@ void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine
     if (!stroke.gradient || !SetGradient(*stroke.gradient)) SetColour(stroke.colour);
     const cairo_matrix_t matrix = DeviceMatrix(toPage);
     cairo_set_matrix(cr_, &matrix);
-    const double enlargement = Enlargement(ToDevice(toPage));
+    const double enlargement = ToDevice(toPage).Enlargement();
     cairo_set_line_width(cr_, std::min(stroke.width, kDeviceLimit / enlargement));
     cairo_set_line_cap(cr_, ToCairo(stroke.cap));
     cairo_set_line_join(cr_, ToCairo(stroke.join));
@@ -314,7 +316,7 @@ void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         SetFillSource(fill);
         cairo_set_matrix(cr_, &matrix);
         const bool fitsFont =
-            run.size * Enlargement(ToDevice(text.toPage)) * std::max(run.expansion, 1.0) < kLargestGlyph;
+            run.size * ToDevice(text.toPage).Enlargement() * std::max(run.expansion, 1.0) < kLargestGlyph;
         const bool isText = fitsFont && ShowGlyphs(text, run);
         if (!isText && AddOutlines(text, run)) {
             cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_WINDING);
@@ -358,7 +360,7 @@ int ORVCairoCanvas::DrawText(const ORVPrintText& text) {
             const ORVMathPoint2D p = toDevice({glyph.x, glyph.y});
             return std::fabs(p.x) < kDeviceLimit && std::fabs(p.y) < kDeviceLimit;
         });
-        if (isWithin && run.size * Enlargement(toDevice) > kSmallestGlyph) DrawRun(text, run);
+        if (isWithin && run.size * toDevice.Enlargement() > kSmallestGlyph) DrawRun(text, run);
     }
     return Status();
 }

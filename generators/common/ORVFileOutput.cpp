@@ -151,7 +151,7 @@ int ORVFileOutput::BeginPart() {
 int ORVFileOutput::Append(const void* bytes, std::size_t size) {
     return Try([&] {
         if (!writer_) return Fail("no part is open");
-        return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetError());
+        return writer_->Write(bytes, size) == 1 ? 1 : Fail(writer_->GetFailure());
     });
 }
 
@@ -159,7 +159,7 @@ int ORVFileOutput::EndPart() {
     return Try([&] {
         if (!writer_) return Fail("no part is open");
         const bool written = writer_->EndPart() == 1;
-        if (!written) Fail(writer_->GetError());
+        if (!written) Fail(writer_->GetFailure());
         writer_.reset();
         // Some file systems tell only now that the disk is full.
         if (close(std::exchange(descriptor_, -1)) != 0) return Fail(SystemError());

@@ -13,7 +13,7 @@ int ORVGuardedGenerator::Pass(Call call) {
         return call(target_);
     } catch (const std::exception&) {
         threw_ = true;
-        ORVNameException(error_);
+        ORVNameException(failure_);
         return kDrawingFailed;
     }
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <string>
-
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
 
 /// Stands before a format's generator: what is thrown there, because memory or threads run out, becomes
 /// kDrawingFailed. A generator that threw is in no state to go on; from then on, every call fails without it.
@@ -12,8 +11,8 @@ public:
     /// @param target  must outlive this object
     explicit ORVGuardedGenerator(ORVPrintGenerator& target) : target_(target) {}
 
-    /// What went wrong; empty when nothing was thrown.
-    const std::string& GetError() const { return error_; }
+    /// What went wrong; nothing when nothing was thrown.
+    const ORVFailure& GetFailure() const { return failure_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -43,5 +42,5 @@ private:
 
     ORVPrintGenerator& target_;
     bool threw_ = false;
-    std::string error_;
+    ORVFailure failure_;
 };

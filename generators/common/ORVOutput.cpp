@@ -3,14 +3,18 @@
 
 ORVOutput::~ORVOutput() = default;
 
-int ORVOutput::Fail(const std::string& error) {
-    if (error_.empty()) error_ = error;
+int ORVOutput::Fail(const ORVFailure& failure) {
+    if (!failure_) failure_ = failure;
     return 0;
 }
 
 int ORVOutput::EndPastLimit() {
     isPastLimit_ = true;
-    return Try([this] { return Fail("has more bytes than the limit of output bytes allows"); });
+    return Try([this] {
+        ORVFailure failure = ORVFailure::OfLimit(ORVPrintLimit::kOutputBytes);
+        failure.text = "has more bytes than the limit of output bytes allows";
+        return Fail(failure);
+    });
 }
 
 int ORVOutput::Write(const void* bytes, std::size_t size) {

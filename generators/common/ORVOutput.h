@@ -7,6 +7,7 @@
 #include <string>
 
 #include "generators/common/export.h"
+#include "platform/system/ORVFailure.h"
 #include "platform/system/ORVPrintLimits.h"
 
 /// Where the bytes of a format go. An output consists of parts, one after the other: a single one for formats
@@ -29,8 +30,10 @@ public:
     /// Puts all parts in place. @return 1, or 0 with an error
     [[nodiscard]] virtual int Commit() = 0;
 
-    /// What went wrong first; empty when nothing did.
-    const std::string& GetError() const { return error_; }
+    /// What went wrong first; nothing when nothing did.
+    const ORVFailure& GetFailure() const { return failure_; }
+    /// The same in words; empty when nothing did.
+    const std::string& GetError() const { return failure_.text; }
 
     /// True when there were more bytes than the limit allows; the error says so, too.
     bool IsPastLimit() const { return isPastLimit_; }
@@ -41,8 +44,10 @@ protected:
     /// Takes what Write was given. @return 1, or 0 with an error
     [[nodiscard]] virtual int Append(const void* bytes, std::size_t size) = 0;
 
-    /// Notes an error unless there is one already. @return 0
-    int Fail(const std::string& error);
+    /// Notes a failure unless there is one already. @return 0
+    int Fail(const ORVFailure& failure);
+    /// The same of one that keeps the output from being written, in words.
+    int Fail(const std::string& error) { return Fail(ORVFailure::Of(ORVFailureReason::kUnwritable, error)); }
 
     /// Does what may need memory. @return what it returns, or 0 with an error
     template <class Work>
@@ -50,12 +55,12 @@ protected:
         try {
             return work();
         } catch (const std::bad_alloc&) {
-            return Fail("out of memory");  // so short that it needs none
+            return Fail(ORVFailure::OutOfMemory());
         }
     }
 
 private:
-    std::string error_;
+    ORVFailure failure_;
     std::uint64_t bytesLeft_ = ORVPrintLimits::Get(ORVPrintLimit::kOutputBytes);
     bool isPastLimit_ = false;
 };

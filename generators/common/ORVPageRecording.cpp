@@ -62,18 +62,13 @@ bool SamePaint(const ORVPrintColour& a, const ORVPrintColour& b) {
     return a.red == b.red && a.green == b.green && a.blue == b.blue && a.opacity == b.opacity;
 }
 
-bool SameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
-           a.dy == b.dy;
-}
-
 bool SameStop(const ORVPrintGradientStop& a, const ORVPrintGradientStop& b) {
     return a.offset == b.offset && SamePaint(a.colour, b.colour);
 }
 
 bool SameGradient(const ORVPrintGradient& a, const ORVPrintGradient& b) {
     return a.kind == b.kind && a.spread == b.spread && a.start == b.start && a.end == b.end &&
-           a.startRadius == b.startRadius && a.endRadius == b.endRadius && SameMap(a.toPage, b.toPage) &&
+           a.startRadius == b.startRadius && a.endRadius == b.endRadius && a.toPage == b.toPage &&
            std::equal(a.stops.begin(), a.stops.end(), b.stops.begin(), b.stops.end(), SameStop);
 }
 
@@ -213,7 +208,7 @@ const ORVPrintGradient* ORVPageRecording::AddGradient(const ORVPrintGradient* gr
 
 std::uint32_t ORVPageRecording::AddMap(const ORVMathAffine2D& map) {
     // Shapes that follow each other mostly have one map, and one paint.
-    if (maps_.empty() || !SameMap(maps_.back(), map)) maps_.push_back(map);
+    if (maps_.empty() || maps_.back() != map) maps_.push_back(map);
     return Last(maps_.size());
 }
 
@@ -224,7 +219,7 @@ std::uint32_t ORVPageRecording::AddFill(const ORVPrintFill* fill) {
     const bool isKnown = !fills_.empty() && SamePaint(fills_.back().colour, fill->colour) &&
                          fills_.back().evenOdd == fill->evenOdd && fills_.back().pattern == fill->pattern &&
                          fills_.back().gradient == gradient &&
-                         SameMap(fills_.back().patternToPage, fill->patternToPage);
+                         fills_.back().patternToPage == fill->patternToPage;
     if (!isKnown) {
         fills_.push_back(*fill);
         fills_.back().gradient = gradient;
@@ -469,7 +464,7 @@ int ORVPageRecording::ReplayFrame(ORVPrintGenerator& target, Call& call, const O
         case Kind::kEndGroup: return target.EndGroup();
         case Kind::kBeginClip: {
             const ORVMathBox2D& box = clips_[call.index];
-            return target.BeginClip(SameMap(map, {}) ? box : ORVCallMapper::Map(map, box));
+            return target.BeginClip(map == ORVMathAffine2D() ? box : ORVCallMapper::Map(map, box));
         }
         case Kind::kEndClip: return target.EndClip();
         case Kind::kBeginClipPath: {

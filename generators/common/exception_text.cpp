@@ -10,11 +10,13 @@
 namespace {
 
 /// Tells what is being handled, more particular kinds first.
-void Name(std::string& error) {
+void Name(ORVFailure& failed) {
+    failed.reason = ORVFailureReason::kNotDrawn;
+    std::string& error = failed.text;
     try {
         throw;
     } catch (const std::bad_alloc&) {
-        error = "out of memory";
+        failed = ORVFailure::OutOfMemory();
     } catch (const std::filesystem::filesystem_error& failure) {
         error = failure.code().message() + ": " + failure.path1().string();
     } catch (const std::system_error& failure) {
@@ -31,10 +33,10 @@ void Name(std::string& error) {
 
 }  // namespace
 
-void ORVNameException(std::string& error) noexcept {
+void ORVNameException(ORVFailure& failure) noexcept {
     try {
-        Name(error);
+        Name(failure);
     } catch (const std::exception&) {
-        error = "out of memory";  // so short that it needs none
+        failure = ORVFailure::OutOfMemory();
     }
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <string>
+#include "platform/system/ORVFailure.h"
 
-/// Puts into words what was thrown. To be called where an exception is being handled; throws nothing: where
-/// there is no memory for the words, it says just that.
-/// @param error  replaced
-void ORVNameException(std::string& error) noexcept;
+/// Says what was thrown. To be called where an exception is being handled; throws nothing: where there is no
+/// memory for the words, it says just that.
+/// @param failure  replaced; kOutOfMemory or kNotDrawn
+void ORVNameException(ORVFailure& failure) noexcept;

@@ -8,11 +8,6 @@
 
 // What generators ask of a map before they draw with it.
 
-/// Factor by which a map enlarges, at most.
-inline double Enlargement(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
-
 /// False for maps that are not finite, and for those that enlarge or reduce areas so much that nothing shows.
 inline bool IsDrawable(const ORVMathAffine2D& map) {
     constexpr double kAreaLimit = 1e60;
@@ -24,7 +19,7 @@ inline bool IsDrawable(const ORVMathAffine2D& map) {
 /// files take them for maps without an inverse.
 inline bool IsFlat(const ORVMathAffine2D& map) {
     constexpr double kFlattest = 1e-8;  // ratio of the axes
-    const double scale = Enlargement(map);
+    const double scale = map.Enlargement();
     return !(std::fabs(map.Determinant()) > kFlattest * scale * scale);
 }
 

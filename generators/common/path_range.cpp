@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -119,20 +120,6 @@ private:
 
 }  // namespace
 
-bool InvertMap(const ORVMathAffine2D& map, ORVMathAffine2D& inverse) {
-    const double determinant = map.Determinant();
-    if (determinant == 0.0 || !std::isfinite(determinant)) return false;
-    inverse = {map.m22 / determinant,
-               -map.m12 / determinant,
-               -map.m21 / determinant,
-               map.m11 / determinant,
-               0.0,
-               0.0};
-    inverse.dx = -(inverse.m11 * map.dx + inverse.m12 * map.dy);
-    inverse.dy = -(inverse.m21 * map.dx + inverse.m22 * map.dy);
-    return inverse.IsFinite();
-}
-
 const ORVPrintPath& FitPathToRange(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, double limit,
                                    PathUse use, ORVPrintPath& storage) {
     const bool fits = std::all_of(path.points.begin(), path.points.end(), [&](const ORVMathPoint2D& p) {
@@ -142,10 +129,10 @@ const ORVPrintPath& FitPathToRange(const ORVPrintPath& path, const ORVMathAffine
     if (fits) return path;
 
     storage.Clear();
-    ORVMathAffine2D fromDevice;
-    if (!InvertMap(toDevice, fromDevice)) return storage;
+    const std::optional<ORVMathAffine2D> fromDevice = toDevice.Inverse();
+    if (!fromDevice) return storage;
 
-    Fitting fitting(limit, use, fromDevice, storage);
+    Fitting fitting(limit, use, *fromDevice, storage);
     Points contour;
     auto point = path.points.begin();
     const auto next = [&] { return Tame(toDevice(*point++)); };

@@ -13,6 +13,3 @@ enum class PathUse { kFill, kStroke };
 /// @return `path` itself when all of it lies within the limit, else `storage`
 const ORVPrintPath& FitPathToRange(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, double limit,
                                    PathUse use, ORVPrintPath& storage);
-
-/// The inverse of a map. @return false when it has none
-bool InvertMap(const ORVMathAffine2D& map, ORVMathAffine2D& inverse);

@@ -84,7 +84,7 @@ int ORVFlattener::Guard(Action action) {
     try {
         return action();
     } catch (const std::exception&) {
-        ORVNameException(error_);
+        ORVNameException(failure_);
         return kDrawingFailed;
     }
 }
@@ -301,9 +301,10 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
     const double width = std::max(1.0, std::ceil(part.xMax * scale - kUnseen) - left);
     const double height = std::max(1.0, std::ceil(part.yMax * scale - kUnseen) - top);
     if (!(width * height <= static_cast<double>(options_.pixelLimit))) {
-        error_ = "on page " + std::to_string(pageNumber_) +
-                 ", a transparent part would have too many pixels (at most " +
-                 std::to_string(options_.pixelLimit) + "); use a lower --flatten-dpi";
+        failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn,
+                                  "on page " + std::to_string(pageNumber_) +
+                                      ", a transparent part would have too many pixels (at most " +
+                                      std::to_string(options_.pixelLimit) + "); use a lower --flatten-dpi");
         return kPageTooLarge;
     }
     ++images_;
@@ -324,7 +325,7 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
         result = soFar_->ReplaySoFar(raster_, shown, {scale, 0.0, 0.0, scale, -left, -top});
     if (result == kGeneratorDone) result = raster_.EndPage();
     if (result != kGeneratorDone) {
-        error_ = raster_.GetError();
+        failure_ = raster_.GetFailure();
         return result;
     }
     const ORVRef<ORVPixelImage> image(

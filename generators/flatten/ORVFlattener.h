@@ -12,6 +12,7 @@
 #include "generators/flatten/flat_pixels.h"
 #include "generators/raster/ORVRasterGenerator.h"
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
 
 /// How parts of pages become images.
 struct ORVFlattenOptions {
@@ -44,7 +45,8 @@ public:
     ORVFlattener(ORVPrintGenerator& target, const ORVFlattenOptions& options);
 
     /// What went wrong here; empty when nothing did, or when it was the target.
-    const std::string& GetError() const { return error_; }
+    const ORVFailure& GetFailure() const { return failure_; }
+    const std::string& GetError() const { return failure_.text; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override { return target_.BeginDocument(info); }
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -95,7 +97,7 @@ private:
     ORVPrintGenerator& target_;
     const ORVFlattenOptions options_;
     const unsigned int powers_;
-    std::string error_;
+    ORVFailure failure_;
 
     std::optional<ORVPageRecording> soFar_;  // all of the page, for the images
     std::vector<Part> parts_;

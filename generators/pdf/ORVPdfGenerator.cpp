@@ -55,7 +55,7 @@ struct ORVPdfGenerator::State {
     int Check() {
         if (file && file->IsGood()) return kGeneratorDone;
         if (!output.GetError().empty()) return kOutputFailed;
-        error = "out of memory";  // of the compressor, then
+        failure = ORVFailure::OutOfMemory();  // of the compressor, then
         return kDrawingFailed;
     }
 
@@ -87,7 +87,7 @@ struct ORVPdfGenerator::State {
     std::optional<PdfDocumentObjects> objects;
     std::unordered_map<const void*, PdfForm> forms;
     PdfDocumentFacts facts;
-    std::string error;
+    ORVFailure failure;
 
     std::optional<PdfParts> page;  // the open one, and what belongs to it
     double height = 0.0, width = 0.0;
@@ -102,7 +102,7 @@ ORVPdfGenerator::ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> 
 
 ORVPdfGenerator::~ORVPdfGenerator() = default;
 
-const std::string& ORVPdfGenerator::GetError() const { return state_->error; }
+const ORVFailure& ORVPdfGenerator::GetFailure() const { return state_->failure; }
 
 int ORVPdfGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     State& state = *state_;
@@ -120,8 +120,10 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     if (!state.objects || state.page) return kDrawingFailed;
     if (!(info.width * kPointsPerUserUnit <= kLargestSide) ||
         !(info.height * kPointsPerUserUnit <= kLargestSide)) {
-        state.error = "page " + std::to_string(info.number) +
-                      " is larger than PDF allows (5080 mm); fit it to a sheet with --paper";
+        state.failure =
+            ORVFailure::Of(ORVFailureReason::kNotDrawn,
+                           "page " + std::to_string(info.number) +
+                               " is larger than PDF allows (5080 mm); fit it to a sheet with --paper");
         return kPageTooLarge;
     }
     state.width = info.width;

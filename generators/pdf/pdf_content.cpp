@@ -187,7 +187,7 @@ void PdfContent::EndMasked(const PdfPaint& paint) {
 void PdfContent::DrawShape(const ORVPrintShape& shape) {
     if (!IsDrawable(shape.toPage) || visible_.IsEmpty()) return;
     const bool isSimple = !shape.stroke || KeepsAngles(shape.toPage);
-    const double scale = Enlargement(shape.toPage);
+    const double scale = shape.toPage.Enlargement();
     if (extent_->IsMeasured()) {
         const double margin = PdfHalfWidth(shape.stroke, scale);
         extent_->AddPath(shape.path, shape.toPage, margin);
@@ -249,7 +249,7 @@ void PdfContent::StrokeShape(const ORVPrintShape& shape, const PdfPaint& paint, 
 
 void PdfContent::DrawText(const ORVPrintText& text) {
     if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || visible_.IsEmpty()) return;
-    const double scale = Enlargement(text.toPage);
+    const double scale = text.toPage.Enlargement();
     if (extent_->IsMeasured()) {
         extent_->AddBox(PdfLineBox(text.layout), text.toPage);
         for (const ORVGlyphRun& run : text.layout.runs) extent_->AddPaintMargin(PdfGlyphReach(run, scale));
@@ -285,7 +285,7 @@ void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run
 
 void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     constexpr int kFillMode = 0, kStrokeMode = 1, kBothMode = 2, kUnseenMode = 3;
-    const double scale = Enlargement(text.toPage);
+    const double scale = text.toPage.Enlargement();
     const bool isDrawnFont =
         document_.fonts.Find(*run.face, document_.file).GetKind() == PdfFont::Kind::kDrawn;
 
@@ -356,7 +356,7 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     if (form.object == 0 || !IsDrawable(map) || IsFlat(map) || visible_.IsEmpty()) return;
     if (IsFarOutside({map.dx, map.dy})) return;
     extent_->AddBox(form.box, map);
-    extent_->AddPaintMargin(std::min(form.paintMargin * Enlargement(map), kPdfCoordinateLimit));
+    extent_->AddPaintMargin(std::min(form.paintMargin * map.Enlargement(), kPdfCoordinateLimit));
     out_.GetResources().AddObject(form.object);
     out_.GetResources().NotePaint(form.isColoured, form.isTransparent);
     out_.Save();

@@ -12,19 +12,12 @@ ORVMathBox2D Intersection(const ORVMathBox2D& a, const ORVMathBox2D& b) {
     return common.xMin <= common.xMax && common.yMin <= common.yMax ? common : ORVMathBox2D();
 }
 
-void Unite(ORVMathBox2D& box, const ORVMathBox2D& other) {
-    box.xMin = std::min(box.xMin, other.xMin);
-    box.xMax = std::max(box.xMax, other.xMax);
-    box.yMin = std::min(box.yMin, other.yMin);
-    box.yMax = std::max(box.yMax, other.yMax);
-}
-
 }  // namespace
 
 void PdfExtent::Add(ORVMathBox2D box) {
     if (!clips_.empty()) box = Intersection(box, clips_.back());
     if (box.IsEmpty()) return;
-    Unite(isForm_ ? wholeBox_ : boxes_.back(), box);
+    (isForm_ ? wholeBox_ : boxes_.back()).Unite(box);
 }
 
 void PdfExtent::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& map, double margin) {
@@ -35,13 +28,7 @@ void PdfExtent::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& map, do
 }
 
 void PdfExtent::AddBox(const ORVMathBox2D& box, const ORVMathAffine2D& map) {
-    if (!IsMeasured() || box.IsEmpty()) return;
-    ORVMathBox2D mapped;
-    for (const ORVMathPoint2D& corner :
-         {ORVMathPoint2D{box.xMin, box.yMin}, ORVMathPoint2D{box.xMax, box.yMin},
-          ORVMathPoint2D{box.xMin, box.yMax}, ORVMathPoint2D{box.xMax, box.yMax}})
-        mapped.Add(map(corner));
-    Add(mapped);
+    if (IsMeasured()) Add(box.MappedBy(map));
 }
 
 void PdfExtent::AddPaintMargin(double margin) { paintMargin_ = std::max(paintMargin_, margin); }
@@ -59,6 +46,6 @@ bool PdfExtent::EndClip() {
 ORVMathBox2D PdfExtent::EndBox() {
     const ORVMathBox2D whole = boxes_.back();
     boxes_.pop_back();
-    if (!boxes_.empty()) Unite(boxes_.back(), whole);
+    if (!boxes_.empty()) boxes_.back().Unite(whole);
     return Intersection(whole, area_);
 }

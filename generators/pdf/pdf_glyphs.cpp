@@ -65,7 +65,7 @@ public:
           run_(run),
           // Sizes stand in the matrix as well as in the font's size; the latter keeps the size on the page
           // readable.
-          size_(run.size * Enlargement(text.toPage)),
+          size_(run.size * text.toPage.Enlargement()),
           em_(run.size * run.expansion),
           latest_(&fonts.Find(*run.face, file)),
           shown_(shown) {

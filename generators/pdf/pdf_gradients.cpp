@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -338,10 +339,10 @@ PdfPaint MakePdfGradientPaint(const ORVPrintGradient& gradient, const ORVMathBox
     const std::span<const Stop> stops = gradient.stops;
     if (stops.empty()) return {{0, 0, 0, 0}};
     Layout layout = LayOut(gradient);
-    ORVMathAffine2D toLayout;
-    if (!InvertMap(layout.toContent, toLayout)) return {stops.back().colour};
+    const std::optional<ORVMathAffine2D> toLayout = layout.toContent.Inverse();
+    if (!toLayout) return {stops.back().colour};
     if (gradient.spread != ORVPrintGradient::Spread::kPad) {
-        const Corners corners = FindCorners(painted, toLayout);
+        const Corners corners = FindCorners(painted, *toLayout);
         if (layout.isRadial)
             RepeatCircles(layout, corners);
         else

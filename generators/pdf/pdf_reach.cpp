@@ -53,11 +53,11 @@ double PdfGlyphReach(const ORVGlyphRun& run, double scale) {
 
 ORVMathBox2D PdfPaintedBox(const ORVPrintShape& shape) {
     return Grown(PdfPathBox(shape.path, shape.toPage),
-                 LineReach(shape.stroke, Enlargement(shape.toPage)) + kMargin);
+                 LineReach(shape.stroke, shape.toPage.Enlargement()) + kMargin);
 }
 
 ORVMathBox2D PdfPaintedBox(const ORVPrintText& text) {
-    const double scale = Enlargement(text.toPage);
+    const double scale = text.toPage.Enlargement();
     double reach = 0.0;
     for (const ORVGlyphRun& run : text.layout.runs) reach = std::max(reach, PdfGlyphReach(run, scale));
     const ORVMathBox2D line = PdfLineBox(text.layout);

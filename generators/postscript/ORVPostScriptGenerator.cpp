@@ -67,6 +67,11 @@ std::string TextOf(cairo_status_t status) {
     return cairo_status_to_string(status);
 }
 
+ORVFailure FailureOf(cairo_status_t status) {
+    if (status == CAIRO_STATUS_NO_MEMORY) return ORVFailure::OutOfMemory();
+    return ORVFailure::Of(ORVFailureReason::kNotDrawn, TextOf(status));
+}
+
 }  // namespace
 
 struct ORVPostScriptGenerator::State {
@@ -80,15 +85,15 @@ struct ORVPostScriptGenerator::State {
             case ORVTemporaryData::Loss::kPastLimit: output.EndPastLimit(); return kOutputFailed;
             case ORVTemporaryData::Loss::kNotWritten: break;
         }
-        error = TextOf(CAIRO_STATUS_WRITE_ERROR);
+        failure = FailureOf(CAIRO_STATUS_WRITE_ERROR);
         return kDrawingFailed;
     }
     int Check(int result) {
         if (result == kGeneratorDone) return result;
         if (!output.GetError().empty()) return kOutputFailed;
-        if (error.empty() && context && cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
-            error = TextOf(cairo_status(context.get()));
-        if (error.empty()) error = "out of memory";
+        if (!failure && context && cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
+            failure = FailureOf(cairo_status(context.get()));
+        if (!failure) failure = ORVFailure::OutOfMemory();
         return result;
     }
     static cairo_status_t Write(void* state, const unsigned char* bytes, unsigned int size) {
@@ -117,7 +122,7 @@ struct ORVPostScriptGenerator::State {
     ORVMathBox2D transparentBox;                 // around them, points
     ORVMathBox2D joinedBox;                      // what is one picture already, points
     std::string documentTitle;
-    std::string error;
+    ORVFailure failure;
 };
 
 /// Notes a part of the page, in page coordinates, that is transparent. Of many, cairo is made to see one, by
@@ -168,7 +173,7 @@ int ORVPostScriptGenerator::State::Close() {
     context.reset();
     cairo_surface_finish(surface.get());
     if (result == kGeneratorDone && cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
-        if (error.empty()) error = TextOf(cairo_surface_status(surface.get()));
+        if (!failure) failure = FailureOf(cairo_surface_status(surface.get()));
         result = kDrawingFailed;
     }
     surface.reset();
@@ -185,7 +190,7 @@ ORVPostScriptGenerator::ORVPostScriptGenerator(ORVOutput& output, const ORVForma
 
 ORVPostScriptGenerator::~ORVPostScriptGenerator() = default;
 
-const std::string& ORVPostScriptGenerator::GetError() const { return state_->error; }
+const ORVFailure& ORVPostScriptGenerator::GetFailure() const { return state_->failure; }
 
 int ORVPostScriptGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     state_->documentTitle = info.title;
@@ -199,8 +204,10 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
     State& state = *state_;
     const double width = info.width * kPointsPerUserUnit, height = info.height * kPointsPerUserUnit;
     if (!(width <= kLargestSide) || !(height <= kLargestSide)) {
-        state.error = "page " + std::to_string(info.number) +
-                      " is larger than PostScript output may be (5080 mm); fit it to a sheet with --paper";
+        state.failure = ORVFailure::Of(
+            ORVFailureReason::kNotDrawn,
+            "page " + std::to_string(info.number) +
+                " is larger than PostScript output may be (5080 mm); fit it to a sheet with --paper");
         return kPageTooLarge;
     }
     // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page

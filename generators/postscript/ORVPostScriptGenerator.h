@@ -23,7 +23,7 @@ public:
     ~ORVPostScriptGenerator() override;
 
     ORVPrintGenerator& Get() override { return *this; }
-    const std::string& GetError() const override;
+    const ORVFailure& GetFailure() const override;
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;

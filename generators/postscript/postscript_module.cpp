@@ -12,9 +12,9 @@ namespace {
 /// Stands in for a generator that cannot be had.
 class MissingGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
-    explicit MissingGenerator(std::string error) : error_(std::move(error)) {}
+    explicit MissingGenerator(ORVFailure failure) : failure_(std::move(failure)) {}
     ORVPrintGenerator& Get() override { return *this; }
-    const std::string& GetError() const override { return error_; }
+    const ORVFailure& GetFailure() const override { return failure_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return kDrawingFailed; }
     int BeginPage(const ORVPrintPageInfo& /*info*/) override { return kDrawingFailed; }
@@ -29,7 +29,7 @@ public:
     int EndDocument() override { return kDrawingFailed; }
 
 private:
-    const std::string error_;
+    const ORVFailure failure_;
 };
 
 }  // namespace
@@ -41,10 +41,11 @@ std::unique_ptr<ORVFormatGenerator> LoadPostScriptGenerator(ORVOutput& output,
     void* module = ORVLoadModule(kPostScriptModule, error);
     void* factory = module ? ORVFindInModule(module, kPostScriptFactory, error) : nullptr;
     if (!factory)
-        return std::make_unique<MissingGenerator>(std::string("PostScript needs ") + kPostScriptModule +
-                                                  ", which cannot be used: " + error);
+        return std::make_unique<MissingGenerator>(ORVFailure::Of(
+            ORVFailureReason::kNotDrawn,
+            std::string("PostScript needs ") + kPostScriptModule + ", which cannot be used: " + error));
     std::unique_ptr<ORVFormatGenerator> generator(
         reinterpret_cast<PostScriptFactory>(factory)(output, options, encapsulated));
-    if (!generator) return std::make_unique<MissingGenerator>("out of memory");
+    if (!generator) return std::make_unique<MissingGenerator>(ORVFailure::OutOfMemory());
     return generator;
 }

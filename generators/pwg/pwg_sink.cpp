@@ -94,7 +94,7 @@ int PwgSink::Failure() const { return output_.GetError().empty() ? kDrawingFaile
 int PwgSink::Open() {
     const CupsLibrary& library = CupsLibrary::Get();
     if (!library.library.IsUsable()) {
-        error_ = library.library.GetError();
+        NoteNotDrawn(library.library.GetError());
         return kDrawingFailed;
     }
     if (output_.BeginPart() != 1) return kOutputFailed;
@@ -121,7 +121,7 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
     const CupsLibrary& library = CupsLibrary::Get();
     cups_page_header2_t header;
     if (!MakeHeader(library, page, header)) {
-        error_ = "the page has no size that this format can state";
+        NoteNotDrawn("the page has no size that this format can state");
         failed_ = true;
         return kDrawingFailed;
     }
@@ -152,7 +152,7 @@ int PwgSink::WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_
 }
 
 int PwgSink::EndDocument() {
-    if (!stream_) return error_.empty() ? kGeneratorDone : kDrawingFailed;
+    if (!stream_) return failure_ ? kDrawingFailed : kGeneratorDone;
     CupsLibrary::Get().close(stream_);
     stream_ = nullptr;
     return output_.EndPart() == 1 && !failed_ ? kGeneratorDone : Failure();

@@ -5,7 +5,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "platform/system/ORVFailure.h"
 
 /// What a page's pixels are: bytes of red, green and blue, or one of grey; or black and white, eight pixels a
 /// byte, the leftmost in the highest bit, 1 being black.
@@ -49,9 +52,13 @@ public:
     [[nodiscard]] virtual int EndPage() = 0;
     [[nodiscard]] virtual int EndDocument() = 0;
 
-    /// What went wrong; empty when nothing did, or when it was the output.
-    const std::string& GetError() const { return error_; }
+    /// What went wrong; nothing when nothing did, or when it was the output.
+    const ORVFailure& GetFailure() const { return failure_; }
 
 protected:
-    std::string error_;
+    /// Notes that the library behind the format cannot draw, in words.
+    void NoteNotDrawn(std::string text) {
+        failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, std::move(text));
+    }
+    ORVFailure failure_;
 };

@@ -43,16 +43,19 @@ struct ORVRasterGenerator::State {
             note();
             return kGeneratorDone;
         } catch (const std::exception&) {
-            ORVNameException(error);
+            ORVNameException(failure);
             return kDrawingFailed;
         }
     }
+
+    void Note(std::string text) { failure = ORVFailure::Of(ORVFailureReason::kNotDrawn, std::move(text)); }
 
     const std::unique_ptr<ORVBandSink> sink;
     const ORVRasterOptions options;
     DisplayList list;
     RasterPageInfo page;
-    std::string title, error;
+    std::string title;
+    ORVFailure failure;
     unsigned int pageCount = 0;
     std::uint64_t pixels = 0;  // of all pages so far, within the limit
     PaintBudget budget;        // of all pages
@@ -63,8 +66,8 @@ ORVRasterGenerator::ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const 
 
 ORVRasterGenerator::~ORVRasterGenerator() = default;
 
-const std::string& ORVRasterGenerator::GetError() const {
-    return state_->error.empty() ? state_->sink->GetError() : state_->error;
+const ORVFailure& ORVRasterGenerator::GetFailure() const {
+    return state_->failure ? state_->failure : state_->sink->GetFailure();
 }
 
 int ORVRasterGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
@@ -93,15 +96,15 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
     const std::uint64_t pixels =
         static_cast<std::uint64_t>(page.width) * static_cast<std::uint64_t>(page.height);
     if (isTooLong || pixels > options.pixelLimit) {
-        state_->error = "page " + std::to_string(info.number) + " would have too many pixels (at most " +
-                        std::to_string(static_cast<int>(kLargestSide)) + " a side and " +
-                        std::to_string(options.pixelLimit) + " in all); use a lower --dpi";
+        state_->Note("page " + std::to_string(info.number) + " would have too many pixels (at most " +
+                     std::to_string(static_cast<int>(kLargestSide)) + " a side and " +
+                     std::to_string(options.pixelLimit) + " in all); use a lower --dpi");
         return kPageTooLarge;
     }
     if (pixels > options.outputPixelLimit - state_->pixels) {
-        state_->error = "the pages to page " + std::to_string(info.number) +
-                        " would have too many pixels (at most " + std::to_string(options.outputPixelLimit) +
-                        " in all); use a lower --dpi";
+        state_->Note("the pages to page " + std::to_string(info.number) +
+                     " would have too many pixels (at most " + std::to_string(options.outputPixelLimit) +
+                     " in all); use a lower --dpi");
         return kOutputTooLarge;
     }
     state_->pixels += pixels;
@@ -169,11 +172,11 @@ int ORVRasterGenerator::EndPage() {
     int status = state_->sink->BeginPage(page);
     if (status == kGeneratorDone)
         status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), state_->budget,
-                              *state_->sink, state_->error);
+                              *state_->sink, state_->failure);
     if (status == kTooMuchToPaint)
-        state_->error = "the pages to page " + std::to_string(page.number) +
-                        " take too much painting (at most " + std::to_string(state_->options.paintLimit) +
-                        " pixels, besides a hundred for each of the pages'); use a lower --dpi";
+        state_->Note("the pages to page " + std::to_string(page.number) +
+                     " take too much painting (at most " + std::to_string(state_->options.paintLimit) +
+                     " pixels, besides a hundred for each of the pages'); use a lower --dpi");
     state_->list.Clear();
     const int ended = state_->sink->EndPage();
     return status == kGeneratorDone ? ended : status;

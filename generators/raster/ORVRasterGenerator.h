@@ -7,6 +7,7 @@
 #include "generators/raster/ORVBandSink.h"
 #include "generators/raster/raster_options.h"
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
 
 /// Draws pages as pixels on white paper, band by band: what all formats of pixels have in common. While a
 /// page is drawn its content is noted; when it ends, bands of rows are drawn and handed to the format's
@@ -21,7 +22,8 @@ public:
     ~ORVRasterGenerator() override;
 
     /// What went wrong; empty when nothing did, or when it was the output (which then says it).
-    const std::string& GetError() const;
+    const ORVFailure& GetFailure() const;
+    const std::string& GetError() const { return GetFailure().text; }
 
     unsigned int GetPowers() const override {
         return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;

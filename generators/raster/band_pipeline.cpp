@@ -77,14 +77,14 @@ struct FinishedBand {
 /// Draws, encodes and hands over. Threads take the next band each; how many wait for the sink is bounded.
 class BandPipeline {
 public:
-    /// @param error  out: what was thrown
+    /// @param failure  out: what was thrown
     BandPipeline(const DisplayList& list, const RasterPageInfo& info, PaintBudget& budget, ORVBandSink& sink,
-                 std::string& error)
+                 ORVFailure& failure)
         : list_(list),
           info_(info),
           budget_(budget),
           sink_(sink),
-          error_(error),
+          failure_(failure),
           queue_(list, info.bandRows) {}
 
     int Run(unsigned int threads) {
@@ -116,7 +116,7 @@ private:
     /// Notes what is being handled. What failed first counts.
     int Fail() {
         const std::lock_guard lock(mutex_);
-        if (error_.empty()) ORVNameException(error_);
+        if (!failure_) ORVNameException(failure_);
         failed_ = true;
         return kDrawingFailed;
     }
@@ -191,7 +191,7 @@ private:
     const RasterPageInfo& info_;
     PaintBudget& budget_;
     ORVBandSink& sink_;
-    std::string& error_;
+    ORVFailure& failure_;
     PictureStore pictures_;
     std::mutex mutex_;
     std::condition_variable arrived_, taken_;
@@ -208,7 +208,7 @@ private:
 int ORVRowsOfBand(int width) { return std::clamp(kPixelsOfBand / width, kFewestRows, kMostRows); }
 
 int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads,
-                 PaintBudget& budget, ORVBandSink& sink, std::string& error) {
+                 PaintBudget& budget, ORVBandSink& sink, ORVFailure& failure) {
     if (list.GetLayerRowBytes() > BandRenderer::kMostLayerRowBytes) return kTooMuchToPaint;
     const std::size_t bytesOfBand =
         static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bandRows) * kBytesOfPixel +
@@ -218,9 +218,9 @@ int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned i
     const auto useful = static_cast<unsigned int>(
         std::min({static_cast<std::size_t>(threads), affordable, static_cast<std::size_t>(bands)}));
     try {
-        return BandPipeline(list, info, budget, sink, error).Run(std::max(useful, 1U));
+        return BandPipeline(list, info, budget, sink, failure).Run(std::max(useful, 1U));
     } catch (const std::exception&) {
-        ORVNameException(error);
+        ORVNameException(failure);
         return kDrawingFailed;
     }
 }

@@ -9,10 +9,10 @@
 /// @param info     of the page, with the rows of a band
 /// @param threads  at least 1
 /// @param budget   of all pages; kTooMuchToPaint when it is used up
-/// @param error    what went wrong, unless the sink says it
+/// @param failure  what went wrong, unless the sink says it
 /// @return 1, or a generator status
 [[nodiscard]] int ORVDrawBands(const DisplayList& list, const RasterPageInfo& info, unsigned int threads,
-                               PaintBudget& budget, ORVBandSink& sink, std::string& error);
+                               PaintBudget& budget, ORVBandSink& sink, ORVFailure& failure);
 
 /// Rows of a band on pages of this width. Depends on nothing else, so that neither does the output.
 int ORVRowsOfBand(int width);

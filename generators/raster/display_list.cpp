@@ -8,11 +8,6 @@
 
 namespace {
 
-bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
-           a.dy == b.dy;
-}
-
 bool IsGreyPaint(const RasterOperation& operation) {
     if (operation.gradient) return operation.gradient->stops->isGrey;
     const ORVPrintColour& colour = operation.colour;
@@ -131,7 +126,7 @@ const RasterPicture* DisplayList::KeepPicture(const ORVPixelImage& image, const 
                                               bool repeats) {
     // Patterns often paint one shape after the other.
     if (repeats && !pictures_.empty() && pictures_.back().repeats && pictures_.back().image.get() == &image &&
-        IsSameMap(pictures_.back().toDevice, toDevice))
+        pictures_.back().toDevice == toDevice)
         return &pictures_.back();
     pictures_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats});
     return &pictures_.back();

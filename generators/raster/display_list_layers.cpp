@@ -10,11 +10,6 @@
 
 namespace {
 
-bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
-           a.dy == b.dy;
-}
-
 /// The pixels that a clip leaves something of.
 RasterBounds PixelsOf(const RasterClip& clip) {
     return {PixelOf(std::max(clip.left, 0.0)), PixelOf(std::max(clip.top, 0.0)),
@@ -78,7 +73,7 @@ void DisplayList::BeginClipPath(const ORVPrintClipPath& clip) {
     const std::uint32_t outer = openClips_.back();
     for (const KnownClip& known : knownClips_)
         if (known.clip != 0 && known.outer == outer && known.evenOdd == clip.evenOdd &&
-            IsSameMap(known.toPage, clip.toPage) && known.path.verbs == clip.path.verbs &&
+            known.toPage == clip.toPage && known.path.verbs == clip.path.verbs &&
             known.path.points == clip.path.points) {
             openClips_.push_back(known.clip);
             return;

@@ -39,7 +39,7 @@ void DisplayList::AddText(const ORVPrintText& text) {
 }
 
 void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice) {
-    const double pixels = run.size * Enlargement(toDevice) * std::max(run.expansion, 1.0);
+    const double pixels = run.size * toDevice.Enlargement() * std::max(run.expansion, 1.0);
     if (!(pixels > kSmallestGlyph) || run.glyphs.empty()) return;
     if (pixels > kLargestGlyph) {
         AddRunOutlines(text, run, toDevice);
@@ -110,7 +110,7 @@ bool DisplayList::CollectPlaces(const ORVGlyphRun& run, const ORVMathAffine2D& t
 
 void DisplayList::AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,
                                    const ORVPrintFill& fill) {
-    const double pixelsPerEm = run.size * Enlargement(toDevice);
+    const double pixelsPerEm = run.size * toDevice.Enlargement();
     const double across = run.size * run.expansion;
     for (const ORVGlyph& glyph : run.glyphs) {
         const ORVGlyphPicture picture = ORVMakeGlyphPicture(

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <memory>
 #include <new>
+#include <optional>
 
 #include "generators/common/path_range.h"
 #include "generators/raster/plane_vectors.h"
@@ -98,8 +99,9 @@ bool SetRadial(const ORVPrintGradient& from, const ORVMathAffine2D& fromDevice, 
 }  // namespace
 
 const RasterGradient* GradientStore::Find(const ORVPrintGradient& gradient, const ORVMathAffine2D& toDevice) {
-    ORVMathAffine2D fromDevice;
-    if (gradient.stops.empty() || !InvertMap(toDevice, fromDevice)) return nullptr;
+    const std::optional<ORVMathAffine2D> inverse = toDevice.Inverse();
+    if (gradient.stops.empty() || !inverse) return nullptr;
+    const ORVMathAffine2D& fromDevice = *inverse;
     RasterGradient made;
     made.spread = gradient.spread;
     const bool isMade = gradient.kind == ORVPrintGradient::Kind::kLinear

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "generators/common/path_range.h"
 
@@ -24,8 +25,9 @@ int ReducedSize(int size, double pixelsPerDevicePixel) {
 
 bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
     const ORVPixelImage& image = *picture.image;
-    ORVMathAffine2D toImage;
-    if (!InvertMap(picture.toDevice, toImage)) return false;
+    const std::optional<ORVMathAffine2D> inverse = picture.toDevice.Inverse();
+    if (!inverse) return false;
+    const ORVMathAffine2D& toImage = *inverse;
     const int width = ReducedSize(image.GetWidth(), std::hypot(toImage.m11, toImage.m12));
     const int height = ReducedSize(image.GetHeight(), std::hypot(toImage.m21, toImage.m22));
     source.repeats = picture.repeats;

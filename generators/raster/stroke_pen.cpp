@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "generators/common/path_range.h"
 #include "generators/raster/coverage_buffer.h"
@@ -99,7 +100,9 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
         const double wanted = longer * halfWidth < least * kNoWidth ? std::max(least, 0.5) : least;
         halfWidth = wanted / longer;
     }
-    if (shorter * halfWidth < least * 1e-3 || !InvertMap(pen.toDevice, pen.fromDevice)) {
+    const std::optional<ORVMathAffine2D> fromDevice = pen.toDevice.Inverse();
+    if (fromDevice) pen.fromDevice = *fromDevice;
+    if (shorter * halfWidth < least * 1e-3 || !fromDevice) {
         // The map has flattened the pen.
         halfWidth = std::max(longer * halfWidth, least);
         pen.toDevice = pen.fromDevice = {};

@@ -13,11 +13,11 @@ namespace {
 
 /// Runs what may need memory.
 template <class Action>
-int Guard(std::string& error, Action action) {
+int Guard(ORVFailure& failure, Action action) {
     try {
         return action();
     } catch (const std::exception&) {
-        ORVNameException(error);
+        ORVNameException(failure);
         return kDrawingFailed;
     }
 }
@@ -39,7 +39,7 @@ ORVSheetGenerator::ORVSheetGenerator(ORVPrintGenerator& target, const ORVSheetOp
       canvas_(target, ORVInk(options.colourMode, kKeptBytes, options.keepsGreys)) {}
 
 int ORVSheetGenerator::Refuse(const std::string& error) {
-    error_ = error;
+    failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, error);
     return kPageTooLarge;
 }
 
@@ -60,7 +60,7 @@ int ORVSheetGenerator::BeginPage(const ORVPrintPageInfo& info) {
     isPageOpen_ = true;
     pageWidth_ = info.width;
     pageHeight_ = info.height;
-    return Guard(error_, [&] {
+    return Guard(failure_, [&] {
         if (options_.layout.pagesPerSheet > 1) return BeginInCell(info);
         if (options_.layout.isPoster) return BeginPoster(info);
         return BeginOnSheet(info);
@@ -174,7 +174,7 @@ int ORVSheetGenerator::EndSheet() {
 
 int ORVSheetGenerator::EndPage() {
     if (recording_) {
-        const int result = Guard(error_, [&] { return DrawPosterSheets(); });
+        const int result = Guard(failure_, [&] { return DrawPosterSheets(); });
         recording_.reset();
         isPageOpen_ = result != kGeneratorDone;
         return result;
@@ -199,7 +199,7 @@ int ORVSheetGenerator::EndDocument() {
 template <class Call>
 int ORVSheetGenerator::Pass(Call call) {
     ORVPrintGenerator& content = recording_ ? static_cast<ORVPrintGenerator&>(*recording_) : canvas_;
-    return Guard(error_, [&] { return call(content); });
+    return Guard(failure_, [&] { return call(content); });
 }
 
 const ORVPrintStroke* ORVSheetGenerator::Widen(const ORVPrintStroke* stroke, const ORVMathAffine2D& toPage) {

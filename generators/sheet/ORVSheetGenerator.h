@@ -9,6 +9,7 @@
 #include "generators/sheet/ORVSheetCanvas.h"
 #include "generators/sheet/sheet_layout.h"
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
 
 /// How pages come onto sheets, and in what colours and lines.
 struct ORVSheetOptions {
@@ -32,7 +33,8 @@ public:
     ORVSheetGenerator(ORVPrintGenerator& target, const ORVSheetOptions& options);
 
     /// What went wrong here; empty when nothing did, or when it was the target.
-    const std::string& GetError() const { return error_; }
+    const ORVFailure& GetFailure() const { return failure_; }
+    const std::string& GetError() const { return failure_.text; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -83,7 +85,7 @@ private:
     ORVPrintGenerator& target_;
     const ORVSheetOptions options_;
     ORVSheetCanvas canvas_;
-    std::string error_;
+    ORVFailure failure_;
     unsigned int sheets_ = 0;                    // begun so far
     unsigned int documentPages_ = 0;             // 0 when not known
     double pageWidth_ = 0.0, pageHeight_ = 0.0;  // as it was given

@@ -29,13 +29,13 @@ struct ORVSvgGenerator::State {
     int DrawOn(Draw draw) {
         if (!page) return kDrawingFailed;
         draw(*page);
-        if (page->IsOutOfMemory()) error = "out of memory";
+        if (page->IsOutOfMemory()) failure = ORVFailure::OutOfMemory();
         return Check();
     }
 
     ORVOutput& output;
     std::string documentTitle;
-    std::string error;
+    ORVFailure failure;
     std::optional<SvgPage> page;  // the open one
 };
 
@@ -43,7 +43,7 @@ ORVSvgGenerator::ORVSvgGenerator(ORVOutput& output) : state_(std::make_unique<St
 
 ORVSvgGenerator::~ORVSvgGenerator() = default;
 
-const std::string& ORVSvgGenerator::GetError() const { return state_->error; }
+const ORVFailure& ORVSvgGenerator::GetFailure() const { return state_->failure; }
 
 int ORVSvgGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
     state_->documentTitle = info.title;
@@ -53,8 +53,10 @@ int ORVSvgGenerator::BeginDocument(const ORVPrintDocumentInfo& info) {
 int ORVSvgGenerator::BeginPage(const ORVPrintPageInfo& info) {
     if (state_->page) return kDrawingFailed;
     if (!(info.width <= kLargestSide) || !(info.height <= kLargestSide)) {
-        state_->error = "page " + std::to_string(info.number) +
-                        " is larger than SVG output may be (282 m); fit it to a sheet with --paper";
+        state_->failure =
+            ORVFailure::Of(ORVFailureReason::kNotDrawn,
+                           "page " + std::to_string(info.number) +
+                               " is larger than SVG output may be (282 m); fit it to a sheet with --paper");
         return kPageTooLarge;
     }
     if (state_->output.BeginPart() != 1) return kOutputFailed;
@@ -116,7 +118,7 @@ int ORVSvgGenerator::DrawText(const ORVPrintText& text) {
 
 int ORVSvgGenerator::DrawImage(const ORVPrintImage& image) {
     const int result = state_->DrawOn([&](SvgPage& page) { page.DrawImage(image); });
-    return state_->error.empty() ? result : static_cast<int>(kDrawingFailed);
+    return state_->failure ? static_cast<int>(kDrawingFailed) : result;
 }
 
 int ORVSvgGenerator::EndPage() {

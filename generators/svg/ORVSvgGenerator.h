@@ -6,6 +6,7 @@
 
 #include "generators/common/generator_powers.h"
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
 
 class ORVOutput;
 
@@ -19,7 +20,8 @@ public:
     ~ORVSvgGenerator() override;
 
     /// What went wrong; empty when nothing did, or when it was the output (which then says it).
-    const std::string& GetError() const;
+    const ORVFailure& GetFailure() const;
+    const std::string& GetError() const { return GetFailure().text; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;

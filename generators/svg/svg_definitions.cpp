@@ -3,21 +3,16 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "generators/common/map_measures.h"
-#include "generators/common/path_range.h"
 #include "generators/svg/svg_gradient.h"
 #include "generators/svg/svg_images.h"
 #include "generators/svg/svg_path.h"
 #include "generators/svg/xml_text.h"
 
 namespace {
-
-bool IsSameMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22 && a.dx == b.dx &&
-           a.dy == b.dy;
-}
 
 std::string SizeAttributes(const ORVPixelImage& image) {
     return " width=\"" + std::to_string(image.GetWidth()) + "\" height=\"" +
@@ -81,9 +76,9 @@ std::string SvgSharedDefinitions::FindClipPath(const ORVPrintPath& outline, cons
 
 std::string SvgSharedDefinitions::FindGradient(const ORVPrintGradient& gradient,
                                                const ORVMathAffine2D& elementToPage) {
-    ORVMathAffine2D map;
-    if (!IsDrawable(gradient.toPage) || !InvertMap(elementToPage, map)) return {};
-    SvgGradientText text = WriteSvgGradient(gradient, map * gradient.toPage);
+    const std::optional<ORVMathAffine2D> fromPage = elementToPage.Inverse();
+    if (!IsDrawable(gradient.toPage) || !fromPage) return {};
+    SvgGradientText text = WriteSvgGradient(gradient, *fromPage * gradient.toPage);
     std::string whole = text.attributes + text.stops;
     if (const std::string* known = FindText(whole)) return *known;
     std::string id = NewId(Kind::kGradient);
@@ -113,12 +108,12 @@ const std::string& SvgSharedDefinitions::FindImage(const ORVPixelImage& image) {
 
 std::string SvgSharedDefinitions::FindPattern(const ORVPrintFill& fill,
                                               const ORVMathAffine2D& elementToPage) {
-    ORVMathAffine2D map;
-    if (!IsDrawable(fill.patternToPage) || !InvertMap(elementToPage, map)) return {};
-    map = map * fill.patternToPage;
+    const std::optional<ORVMathAffine2D> fromPage = elementToPage.Inverse();
+    if (!IsDrawable(fill.patternToPage) || !fromPage) return {};
+    const ORVMathAffine2D map = *fromPage * fill.patternToPage;
     std::vector<Pattern>& list = patterns_[fill.pattern];
     for (const Pattern& pattern : list)
-        if (IsSameMap(pattern.map, map)) return pattern.id;
+        if (pattern.map == map) return pattern.id;
 
     std::string id = NewId(Kind::kPattern);
     list.push_back({ORVRef<const ORVPixelImage>::Share(fill.pattern), map, id});

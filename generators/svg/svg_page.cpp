@@ -232,7 +232,7 @@ void SvgPage::LetRecordGo() {
 int SvgPage::BeginSymbol(const ORVPrintSymbol& symbol) {
     if (!IsDrawable(symbol.toPage) || IsFlat(symbol.toPage)) return ORVPrintGenerator::kNoSymbols;
     const SvgSpace& outer = spaces_.back().space;
-    const double enlargement = Enlargement(symbol.toPage);
+    const double enlargement = symbol.toPage.Enlargement();
     const double scale = outer.scale * enlargement;
     // The digits of a symbol that was written for a much smaller place do not suffice.
     constexpr double kLargestGrowth = 8.0;

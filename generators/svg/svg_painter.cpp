@@ -116,7 +116,7 @@ void SvgPainter::AddShape(std::string_view id, const ORVPrintPath& path, const O
 
 void SvgPainter::DrawShape(const ORVPrintShape& shape, const SvgSpace& space) {
     if (!IsDrawable(shape.toPage)) return;
-    const double limit = space.limit, scale = Enlargement(shape.toPage);
+    const double limit = space.limit, scale = shape.toPage.Enlargement();
     const ORVPrintStroke* stroke = IsFlat(shape.toPage) ? nullptr : shape.stroke;
     const ORVPrintPath* fillPath =
         shape.fill ? &FitPathToRange(shape.path, shape.toPage, limit, PathUse::kFill, fitted_) : nullptr;
@@ -140,7 +140,7 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
                               double spacing, const SvgSpace& space) {
     const ORVGlyphRun& run = *piece.run;
     const int places = space.places;
-    const double scale = Enlargement(text.toPage);
+    const double scale = text.toPage.Enlargement();
     const ORVMathPoint2D start = text.toPage({piece.x, piece.y});
     const double size = run.size * scale * space.scale;
     if (!IsWithin(start, space.limit) || !(size > kSmallestGlyph) || !(size < kLargestGlyph) ||

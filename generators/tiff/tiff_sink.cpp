@@ -82,7 +82,7 @@ void TiffSink::Close() {
 }
 
 int TiffSink::Fail(const char* error) {
-    if (error_.empty()) error_ = error;
+    if (!failure_) NoteNotDrawn(error);
     return kDrawingFailed;
 }
 
@@ -180,7 +180,7 @@ int TiffSink::EndPage() {
 
 int TiffSink::EndDocument() {
     Close();
-    if (!data_.IsOpen() || !error_.empty()) return error_.empty() ? kGeneratorDone : kDrawingFailed;
+    if (!data_.IsOpen() || failure_) return failure_ ? kDrawingFailed : kGeneratorDone;
     if (output_.BeginPart() != 1) return kOutputFailed;
     std::vector<char> bytes(std::size_t{1} << 18U);
     std::ptrdiff_t count = data_.Seek(0, SEEK_SET) == 0 ? 0 : -1;

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 /// A point of the plane.
 struct ORVMathPoint2D {
@@ -49,6 +50,23 @@ struct ORVMathAffine2D {
     static constexpr ORVMathAffine2D Translation(double x, double y) { return {1.0, 0.0, 0.0, 1.0, x, y}; }
     /// The map that scales along the axes, about the origin.
     static constexpr ORVMathAffine2D Scaling(double x, double y) { return {x, 0.0, 0.0, y, 0.0, 0.0}; }
+
+    /// The greater of the factors by which lengths along either axis grow.
+    double Enlargement() const {
+        const double x = std::hypot(m11, m21), y = std::hypot(m12, m22);
+        return x < y ? y : x;
+    }
+    /// The map that undoes this one; nothing when there is none, or when its numbers are not finite.
+    std::optional<ORVMathAffine2D> Inverse() const {
+        const double area = Determinant();
+        if (area == 0.0 || !std::isfinite(area)) return std::nullopt;
+        ORVMathAffine2D inverse{m22 / area, -m12 / area, -m21 / area, m11 / area, 0.0, 0.0};
+        inverse.dx = -(inverse.m11 * dx + inverse.m12 * dy);
+        inverse.dy = -(inverse.m21 * dx + inverse.m22 * dy);
+        if (!inverse.IsFinite()) return std::nullopt;
+        return inverse;
+    }
+    friend bool operator==(const ORVMathAffine2D&, const ORVMathAffine2D&) = default;
 };
 
 /// An axis-parallel box that grows around points; it starts empty. Points that are not finite are left out.
@@ -68,5 +86,22 @@ struct ORVMathBox2D {
         xMax = p.x > xMax ? p.x : xMax;
         yMin = p.y < yMin ? p.y : yMin;
         yMax = p.y > yMax ? p.y : yMax;
+    }
+    /// Grows the box around another, which may be empty.
+    void Unite(const ORVMathBox2D& other) {
+        xMin = other.xMin < xMin ? other.xMin : xMin;
+        xMax = other.xMax > xMax ? other.xMax : xMax;
+        yMin = other.yMin < yMin ? other.yMin : yMin;
+        yMax = other.yMax > yMax ? other.yMax : yMax;
+    }
+    /// The box around where its corners go; empty when it is.
+    ORVMathBox2D MappedBy(const ORVMathAffine2D& map) const {
+        ORVMathBox2D mapped;
+        if (IsEmpty()) return mapped;
+        mapped.Add(map({xMin, yMin}));
+        mapped.Add(map({xMax, yMin}));
+        mapped.Add(map({xMin, yMax}));
+        mapped.Add(map({xMax, yMax}));
+        return mapped;
     }
 };

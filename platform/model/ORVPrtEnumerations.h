@@ -14,6 +14,15 @@ enum ORVPrtDrawStyle : int {
     kDrawUndecided = 4,  ///< drawn as kDrawFillAndStroke
 };
 
+/// Whether a draw style fills the inside.
+constexpr bool ORVFills(int drawStyle) {
+    return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
+}
+/// Whether a draw style strokes the outline.
+constexpr bool ORVStrokes(int drawStyle) {
+    return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
+}
+
 /// One enumeration of the model serves line types, caps and joins.
 enum ORVPrtLineAttribute : int {
     kLineSolid = 0,

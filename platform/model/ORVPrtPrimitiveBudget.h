@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "platform/system/ORVFailure.h"
 #include "platform/system/ORVPrintLimits.h"
 
 /// Counts what building a model takes, so that hostile input ends in an answer. Shared by the model and its
@@ -80,6 +81,13 @@ public:
     void NoteUnsetText() { hasUnsetText_ = true; }
     /// Whether a text could not be set.
     bool HasUnsetText() const { return hasUnsetText_; }
+
+    /// Why the model is not that of the whole document; nothing when it is.
+    ORVFailure GetFailure() const {
+        if (refusal_) return ORVFailure::OfLimit(*refusal_);
+        if (IsMemorySpent()) return ORVFailure::OutOfMemory();
+        return hasUnsetText_ ? ORVFailure::Of(ORVFailureReason::kTextNotSet) : ORVFailure();
+    }
 
     /// Adds a reference.
     void AddRef() { ++references_; }

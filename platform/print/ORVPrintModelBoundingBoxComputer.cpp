@@ -69,12 +69,7 @@ public:
         isSet_ = extent.isSet;
         if (!isSet_) return;
         const ORVTextPlacement placement = ORVPlaceText(text, extent);
-        const ORVMathBox2D& box = placement.box;
-        const ORVMathAffine2D toModel = map_ * placement.toModel;
-        for (const ORVMathPoint2D& corner :
-             {ORVMathPoint2D{box.xMin, box.yMin}, ORVMathPoint2D{box.xMax, box.yMin},
-              ORVMathPoint2D{box.xMin, box.yMax}, ORVMathPoint2D{box.xMax, box.yMax}})
-            box_.Add(toModel(corner));
+        box_.Unite(placement.box.MappedBy(map_ * placement.toModel));
     }
     void operator()(const ORVPrtBitmapImageElt& bitmap) {
         double width = 0.0, height = 0.0;

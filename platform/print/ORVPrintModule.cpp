@@ -2,6 +2,7 @@
 #include "platform/print/ORVPrintModule.h"
 
 #include <exception>
+#include <utility>
 
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintInterpreter.h"
@@ -47,7 +48,9 @@ const InterpreterRow* FindRow(const std::string& name) {
 }
 
 std::unique_ptr<ORVPrintInterpreter> Create(const std::string& name, ORVPrintInput* input,
-                                            std::string& error) {
+                                            ORVFailure& failure) {
+    failure.reason = ORVFailureReason::kNoModule;
+    std::string& error = failure.text;
     const InterpreterRow* row = FindRow(name);
     if (!row) {
         error = "no interpreter is called " + name;
@@ -61,7 +64,9 @@ std::unique_ptr<ORVPrintInterpreter> Create(const std::string& name, ORVPrintInp
         return nullptr;
     }
     std::unique_ptr<ORVPrintInterpreter> interpreter(row->create(factory, input));
-    if (!interpreter) error = "the interpreter " + name + " does not accept this input, or out of memory";
+    if (!interpreter)
+        failure = ORVFailure::Of(ORVFailureReason::kOutOfMemory,
+                                 "the interpreter " + name + " does not accept this input, or out of memory");
     return interpreter;
 }
 
@@ -82,11 +87,22 @@ int TellPath(const std::string& name, ORVPrintInterpreter& interpreter, const OR
 std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
                                                                        ORVPrintInput* input,
                                                                        std::string& error) {
-    error.clear();
+    ORVFailure failure;
+    std::unique_ptr<ORVPrintInterpreter> interpreter = CreateInterpreter(name, input, failure);
+    error = std::move(failure.text);
+    return interpreter;
+}
+
+std::unique_ptr<ORVPrintInterpreter> ORVPrintModule::CreateInterpreter(const std::string& name,
+                                                                       ORVPrintInput* input,
+                                                                       ORVFailure& failure) {
     try {
-        return Create(name, input, error);
+        failure = ORVFailure();
+        auto interpreter = Create(name, input, failure);
+        if (interpreter) failure = ORVFailure();
+        return interpreter;
     } catch (const std::exception&) {
-        error = "out of memory";  // so short that it needs none
+        failure = ORVFailure::OutOfMemory();
         return nullptr;
     }
 }

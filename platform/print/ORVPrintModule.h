@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/system/ORVBaseObject.h"
+#include "platform/system/ORVFailure.h"
 #include "platform/system/ORVUnicodeString.h"
 
 class ORVPrintInput;
@@ -22,6 +23,11 @@ public:
     ///         must outlive it
     static std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const std::string& name,
                                                                   ORVPrintInput* input, std::string& error);
+
+    /// The same with the reason: kNoModule, or kOutOfMemory, which is also what an input of the wrong kind
+    /// looks like.
+    static std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const std::string& name,
+                                                                  ORVPrintInput* input, ORVFailure& failure);
 
     /// Tells an interpreter made under `name` where its document lies, so that it resolves relative
     /// references; needed for inputs that know no path. To be called before the interpreter is asked.

@@ -58,10 +58,6 @@ double OutlineLength(const ORVTextLayout& layout) {
 
 }  // namespace
 
-double ORVGreatestScale(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
-
 ORVPrintDrawingBudget::ORVPrintDrawingBudget(const ORVPrtModel& model,
                                              std::span<const ORVPrtImageElt* const> pages,
                                              const ORVPrintParameters& parameters, std::uint64_t distinctWork)
@@ -84,7 +80,7 @@ int ORVPrintDrawingBudget::TakePath(const ORVPrtImageElt& page, const ORVPrintPa
     ORVMathBox2D box;
     for (const ORVMathPoint2D& point : path.points) box.Add(toPage(point));
     if (!stroke) return TakeArea(page, box, 0.0, 0.0);
-    const double scale = ORVGreatestScale(toPage);
+    const double scale = toPage.Enlargement();
     const double length = (box.xMax - box.xMin + box.yMax - box.yMin) *
                           std::max(1.0, static_cast<double>(path.points.size()) / 4.0);
     return TakeArea(page, box, stroke->width * scale / 2.0, DashSurcharge(*stroke, length / scale));

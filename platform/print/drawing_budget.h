@@ -14,9 +14,6 @@ struct ORVPrintPath;
 struct ORVPrintStroke;
 struct ORVTextLayout;
 
-/// Factor by which a map enlarges, at most.
-double ORVGreatestScale(const ORVMathAffine2D& map);
-
 /// What one drawing may still cost: work, for which every distinct primitive allows some more, and painted
 /// area, which is what generators of pixels pay for. It stops what is out of proportion to its document. What
 /// is refused answers with a failure of ORVPrintModelRender, all else with 1.

@@ -13,26 +13,10 @@ namespace {
 
 constexpr int kDone = 1;
 
-bool Fills(int drawStyle) {
-    return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
-}
-
-bool Strokes(int drawStyle) {
-    return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
-}
-
 /// A map that takes areas to areas; everything else draws nothing.
 bool IsUsable(const ORVMathAffine2D& map) {
     const double determinant = map.Determinant();
     return map.IsFinite() && determinant != 0.0 && std::isfinite(determinant);
-}
-
-/// Around a box of a text or image, on the page.
-ORVMathBox2D MappedBox(const ORVMathBox2D& box, const ORVMathAffine2D& map) {
-    ORVMathBox2D mapped;
-    for (const double x : {box.xMin, box.xMax})
-        for (const double y : {box.yMin, box.yMax}) mapped.Add(map({x, y}));
-    return mapped;
 }
 
 /// Where an open primitive starts; nothing when it has no points.
@@ -67,12 +51,13 @@ int ORVPrintShapeDrawing::Flush() {
 
 template <class Primitive>
 const ORVPrintFill* ORVPrintShapeDrawing::FillOf(const Primitive& primitive) {
-    return Fills(primitive.GetDrawStyle()) ? paints_.MakeFill(primitive.GetFillAttributes()) : nullptr;
+    return ORVFills(primitive.GetDrawStyle()) ? paints_.MakeFill(primitive.GetFillAttributes()) : nullptr;
 }
 
 template <class Primitive>
 const ORVPrintStroke* ORVPrintShapeDrawing::StrokeOf(const Primitive& primitive) {
-    return Strokes(primitive.GetDrawStyle()) ? paints_.MakeStroke(primitive.GetStrokeAttributes()) : nullptr;
+    return ORVStrokes(primitive.GetDrawStyle()) ? paints_.MakeStroke(primitive.GetStrokeAttributes())
+                                                : nullptr;
 }
 
 int ORVPrintShapeDrawing::DrawPath(const ORVMathAffine2D& toPage, const ORVPrintFill* fill,
@@ -97,7 +82,7 @@ int ORVPrintShapeDrawing::AddOpen(const Primitive& primitive, bool isCurve) {
         if (const int result = Flush(); result != kDone) return result;
         path_.Clear();
         outline_.SetMap({});
-        outline_.SetScale(ORVGreatestScale(toPage));
+        outline_.SetScale(toPage.Enlargement());
         pending_ = PendingLine{primitive.GetStrokeAttributes(), toPage, isCurve};
     }
     outline_.Add(primitive);
@@ -122,7 +107,7 @@ int ORVPrintShapeDrawing::DrawOutline(const Primitive& primitive) {
     if (!IsUsable(toPage)) return kDone;
     path_.Clear();
     outline_.SetMap({});
-    outline_.SetScale(ORVGreatestScale(toPage));
+    outline_.SetScale(toPage.Enlargement());
     outline_.Add(primitive);
     outline_.EndContour();
     return DrawPath(toPage, fill, stroke);
@@ -132,7 +117,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtClosedFigureElt& figure) {
     if (const int result = Flush(); result != kDone) return result;
     const ORVMathAffine2D toPage = MapOf(figure);
     path_.Clear();
-    outline_.SetScale(ORVGreatestScale(toPage));
+    outline_.SetScale(toPage.Enlargement());
     for (const ORVPrtGraphicPrimitiveElt* child : figure.GetChildren()) {
         if (const int result = budget_.TakePrimitive(*child); result != kDone) return result;
         if (child->GetKind() != ORVPrtKind::kRegion) continue;
@@ -174,7 +159,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtTextElt& text) {
     const ORVTextPlacement placement = ORVPlaceText(text, {layout.advance, layout.ascent, layout.descent});
     const ORVMathAffine2D toPage = map * placement.toModel;
     if (layout.runs.empty() || !IsUsable(toPage)) return kDone;
-    if (const int result = budget_.TakeText(page_, MappedBox(placement.box, toPage), layout, stroke);
+    if (const int result = budget_.TakeText(page_, placement.box.MappedBy(toPage), layout, stroke);
         result != kDone)
         return result;
     const bool clipped = MakeClip(text, map);
@@ -221,6 +206,6 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtBitmapImageElt& bitmap) {
     const ORVMathAffine2D toPage = MapOf(bitmap) * toModel;
     if (!IsUsable(toPage)) return kDone;
     const ORVMathBox2D square{0.0, 1.0, 0.0, 1.0};
-    if (const int result = budget_.TakeBox(page_, MappedBox(square, toPage)); result != kDone) return result;
+    if (const int result = budget_.TakeBox(page_, square.MappedBy(toPage)); result != kDone) return result;
     return generator_.DrawImage({*image, toPage, id_});
 }

@@ -32,16 +32,8 @@ ORVMathAffine2D LinearPart(ORVMathAffine2D map) {
     return map;
 }
 
-bool IsSame(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {
-    return a.m11 == b.m11 && a.m12 == b.m12 && a.m21 == b.m21 && a.m22 == b.m22;
-}
-
-double Scale(const ORVMathAffine2D& map) {
-    return std::max(std::hypot(map.m11, map.m21), std::hypot(map.m12, map.m22));
-}
-
 bool IsModerate(const ORVMathAffine2D& map) {
-    const double scale = Scale(map);
+    const double scale = map.Enlargement();
     return map.IsFinite() && std::fabs(map.dx) < kFarthest && std::fabs(map.dy) < kFarthest &&
            scale < kLargestScale && scale > 1.0 / kLargestScale &&
            std::fabs(map.Determinant()) > kFlattest * scale * scale;
@@ -49,20 +41,13 @@ bool IsModerate(const ORVMathAffine2D& map) {
 
 /// The linear map that takes what `from` gives to what `to` gives. `from` is moderate.
 ORVMathAffine2D Between(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
-    const double determinant = from.Determinant();
-    const ORVMathAffine2D inverse{from.m22 / determinant,
-                                  -from.m12 / determinant,
-                                  -from.m21 / determinant,
-                                  from.m11 / determinant,
-                                  0.0,
-                                  0.0};
-    return LinearPart(to) * inverse;
+    return LinearPart(to) * LinearPart(from).Inverse().value_or(ORVMathAffine2D());
 }
 
 /// True when a symbol that is stored as `from` gives may stand for what is drawn as `to` gives.
 bool IsNear(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
-    const auto fits = [](const ORVMathAffine2D& ratio) { return Scale(ratio) <= kLargestRatio; };
-    return IsSame(from, to) || (fits(Between(from, to)) && fits(Between(to, from)));
+    const auto fits = [](const ORVMathAffine2D& ratio) { return ratio.Enlargement() <= kLargestRatio; };
+    return LinearPart(from) == LinearPart(to) || (fits(Between(from, to)) && fits(Between(to, from)));
 }
 
 /// A key that no other symbol of this process gets: documents outlive the drawings that go into them.
@@ -161,7 +146,7 @@ bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const
     }
     place.key = variant->key;
     place.toSymbol = variant->toSymbol;
-    place.toPage = IsSame(variant->toSymbol, map) ? ORVMathAffine2D() : Between(variant->toSymbol, map);
+    place.toPage = variant->toSymbol == LinearPart(map) ? ORVMathAffine2D() : Between(variant->toSymbol, map);
     place.toPage.dx = map.dx;
     place.toPage.dy = map.dy;
     return true;

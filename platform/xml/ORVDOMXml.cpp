@@ -57,7 +57,7 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
         const XmlSource source{*copy, true, copy, reading};
         if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, reported)) return kNone;
     } catch (const std::bad_alloc&) {
-        reported = ORVXmlError::MemorySpent();
+        reported = ORVXmlError::OutOfMemory();
         return kNone;
     }
     const ORVXmlNode* const root = tree->GetRoot();

@@ -226,7 +226,7 @@ bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape sh
         tree = builder.Finish();
         return wellFormed;
     } catch (const std::bad_alloc&) {
-        error = ORVXmlError::MemorySpent();
+        error = ORVXmlError::OutOfMemory();
         return false;
     }
 }

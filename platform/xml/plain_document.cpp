@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "platform/system/ORVPrintLimits.h"
-#include "platform/system/ORVUnicodeString.h"
 #include "platform/xml/short_names.h"
+#include "platform/xml/xml_characters.h"
 
 namespace {
 
@@ -20,96 +20,6 @@ constexpr std::size_t kMostUnknownAttributes = 16;
 // From this length on, a value is looked through by the system's vector routines.
 constexpr std::size_t kLongValue = 48;
 
-enum CharacterClass : std::uint8_t {
-    kNameStart = 1,
-    kNameFurther = 2,
-    kSpace = 4,
-    kEndsText = 8,    // "<", "&", "]" and carriage returns
-    kEndsValue = 16,  // quotes, "<", "&" and white space that becomes a space
-    kInPublicId = 32
-};
-
-constexpr std::array<std::uint8_t, 256> MakeClasses() {
-    std::array<std::uint8_t, 256> classes{};
-    const auto add = [&classes](std::string_view characters, int bits) {
-        for (const char c : characters) {
-            auto& one = classes[static_cast<unsigned char>(c)];
-            one = static_cast<std::uint8_t>(one | bits);
-        }
-    };
-    add("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", kNameStart | kNameFurther | kInPublicId);
-    add("_:", kNameStart | kNameFurther);
-    add("0123456789-.", kNameFurther | kInPublicId);
-    add(" \t\r\n", kSpace);
-    add("<&]\r", kEndsText);
-    add("\"'<&\t\r\n", kEndsValue);
-    add(" \r\n'()+,/:=?;!*#@$_%", kInPublicId);
-    return classes;
-}
-
-constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
-
-bool Is(char c, int bits) { return (kClasses[static_cast<unsigned char>(c)] & bits) != 0; }
-
-// Eight bytes at a time, the first one lowest. The marks are the highest bits of bytes; the lowest of them is
-// where it should be, those above it may be wrong.
-constexpr bool kReadsWords = std::endian::native == std::endian::little;
-constexpr std::uint64_t kEveryByte = 0x0101010101010101U, kHighBits = kEveryByte * 0x80;
-
-std::uint64_t LoadWord(const char* bytes) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-std::uint64_t ZeroBytes(std::uint64_t word) { return (word - kEveryByte) & ~word & kHighBits; }
-std::uint64_t ControlBytes(std::uint64_t word) { return (word - kEveryByte * 0x20) & ~word & kHighBits; }
-
-/// True when the bytes are UTF-8 of characters that documents may hold.
-bool AreCharacters(std::string_view bytes) {
-    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) >= 0x20 || Is(c, kSpace); };
-    std::uint64_t seen = 0;
-    std::size_t i = 0;
-    for (; i + 8 <= bytes.size(); i += 8) {
-        const std::uint64_t word = LoadWord(bytes.data() + i);
-        seen |= word;
-        if (ControlBytes(word) == 0) continue;
-        for (std::size_t k = i; k < i + 8; ++k)
-            if (!isPlain(bytes[k])) return false;
-    }
-    for (; i < bytes.size(); ++i) {
-        seen |= static_cast<unsigned char>(bytes[i]);
-        if (!isPlain(bytes[i])) return false;
-    }
-    if ((seen & kHighBits) == 0) return true;
-    if (!ORVIsWellFormedUTF8(bytes)) return false;
-    // U+FFFE and U+FFFF are UTF-8, but no characters.
-    return bytes.find("\xEF\xBF\xBE") == bytes.npos && bytes.find("\xEF\xBF\xBF") == bytes.npos;
-}
-
-void AppendUtf8(std::string& text, std::uint32_t character) {
-    const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        put(character);
-    } else if (character < 0x800) {
-        put(0xC0U | character >> 6U);
-        put(0x80U | (character & 0x3FU));
-    } else if (character < 0x10000) {
-        put(0xE0U | character >> 12U);
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    } else {
-        put(0xF0U | character >> 18U);
-        put(0x80U | (character >> 12U & 0x3FU));
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    }
-}
-
-bool IsCharacter(std::uint32_t c) {
-    if (c < 0x20) return c == '\t' || c == '\n' || c == '\r';
-    return c < 0xD800 || (c > 0xDFFF && c != 0xFFFE && c != 0xFFFF && c <= 0x10FFFF);
-}
-
 /// One pass over a document. Each reader of a part returns false when the document is not plain.
 class PlainReading {
 public:
@@ -117,7 +27,7 @@ public:
         : p_(bytes.data()), end_(bytes.data() + bytes.size()), sink_(sink) {}
 
     bool Run() {
-        if (LooksAt("<?xml") && end_ - p_ > 5 && Is(p_[5], kSpace) && !ReadDeclaration()) return false;
+        if (LooksAt("<?xml") && end_ - p_ > 5 && IsXml(p_[5], kXmlSpace) && !ReadDeclaration()) return false;
         bool hasType = false;
         while (SkipSpace(), LooksAt("<!") || LooksAt("<?")) {
             if (LooksAt("<!DOCTYPE")) {
@@ -147,7 +57,7 @@ private:
         return true;
     }
     void SkipSpace() {
-        while (p_ != end_ && Is(*p_, kSpace)) ++p_;
+        while (p_ != end_ && IsXml(*p_, kXmlSpace)) ++p_;
     }
     bool TakeSpace() {
         const char* const start = p_;
@@ -156,8 +66,8 @@ private:
     }
     bool TakeName(std::string_view& name) {
         const char* const start = p_;
-        if (p_ == end_ || !Is(*p_, kNameStart)) return false;
-        while (p_ != end_ && Is(*p_, kNameFurther)) ++p_;
+        if (p_ == end_ || !IsXml(*p_, kXmlNameStart)) return false;
+        while (p_ != end_ && IsXml(*p_, kXmlNameFurther)) ++p_;
         // Names may hold other characters than those of ASCII; which, the parser knows.
         if (p_ != end_ && static_cast<unsigned char>(*p_) >= 0x80) return false;
         name = {start, static_cast<std::size_t>(p_ - start)};
@@ -180,16 +90,16 @@ private:
     /// The name of an attribute that is known, with an "=" right behind it, which is skipped.
     /// @return the name's number, -1 when another name stands there, or one that is written otherwise
     std::int8_t TakeKnownName(std::string_view& name) {
-        if (!kReadsWords || end_ - p_ < 16) return -1;
-        ORVShortName word{LoadWord(p_), 0};
-        std::uint64_t equals = ZeroBytes(word.first ^ kEveryByte * '=');
+        if (!kReadsXmlWords || end_ - p_ < 16) return -1;
+        ORVShortName word{LoadXmlWord(p_), 0};
+        std::uint64_t equals = ZeroXmlBytes(word.first ^ kXmlEveryByte * '=');
         std::size_t length = 0;
         if (equals != 0) {
             length = static_cast<std::size_t>(std::countr_zero(equals)) / 8;
             word.first &= (std::uint64_t{1} << 8 * length) - 1;
         } else {
-            word.second = LoadWord(p_ + 8);
-            equals = ZeroBytes(word.second ^ kEveryByte * '=');
+            word.second = LoadXmlWord(p_ + 8);
+            equals = ZeroXmlBytes(word.second ^ kXmlEveryByte * '=');
             if (equals == 0) return -1;
             const auto rest = static_cast<unsigned>(std::countr_zero(equals)) / 8;
             word.second &= (std::uint64_t{1} << 8 * rest) - 1;
@@ -262,7 +172,7 @@ bool PlainReading::ReadDocumentType() {
         if (isPublic) {
             if (!TakeSpace() || !TakeQuoted(literal)) return false;
             for (const char c : literal)
-                if (!Is(c, kInPublicId)) return false;
+                if (!IsXml(c, kXmlInPublicId)) return false;
         }
         if (isPublic || Take("SYSTEM")) {
             if (!TakeSpace() || !TakeQuoted(literal)) return false;
@@ -351,18 +261,19 @@ bool PlainReading::ReadValue(std::string_view& value) {
     const char* const start = p_;
     // Most values are short and hold nothing special.
     const char* const look = end_ - p_ > static_cast<std::ptrdiff_t>(kLongValue) ? p_ + kLongValue : end_;
-    if constexpr (kReadsWords) {
-        for (const std::uint64_t quotes = kEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8;
+    if constexpr (kReadsXmlWords) {
+        for (const std::uint64_t quotes = kXmlEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8;
              p_ += 8) {
-            const std::uint64_t word = LoadWord(p_);
-            const std::uint64_t special = ZeroBytes(word ^ quotes) | ZeroBytes(word ^ kEveryByte * '<') |
-                                          ZeroBytes(word ^ kEveryByte * '&') | ControlBytes(word);
+            const std::uint64_t word = LoadXmlWord(p_);
+            const std::uint64_t special = ZeroXmlBytes(word ^ quotes) |
+                                          ZeroXmlBytes(word ^ kXmlEveryByte * '<') |
+                                          ZeroXmlBytes(word ^ kXmlEveryByte * '&') | ControlXmlBytes(word);
             if (special == 0) continue;
             p_ += std::countr_zero(special) / 8;
             break;
         }
     }
-    while (p_ != look && (!Is(*p_, kEndsValue) || (*p_ != quote && (*p_ == '"' || *p_ == '\'')))) ++p_;
+    while (p_ != look && (!IsXml(*p_, kXmlEndsValue) || (*p_ != quote && (*p_ == '"' || *p_ == '\'')))) ++p_;
     if (p_ == end_) return false;
     if (*p_ != quote) {
         const auto* const last =
@@ -423,7 +334,7 @@ bool PlainReading::ReadReference(std::string& text) {
         number = number * (isHexadecimal ? 16 : 10) + digit;
         if (number > 0x10FFFF) return false;
     }
-    if (p_ == start || !TakeOne(';') || !IsCharacter(number)) return false;
+    if (p_ == start || !TakeOne(';') || !IsXmlCharacter(number)) return false;
     AppendUtf8(text, number);
     return true;
 }
@@ -453,7 +364,7 @@ bool PlainReading::ReadText() {
         if (p_ != start) sink_.Text({start, static_cast<std::size_t>(p_ - start)});
     };
     while (true) {
-        while (p_ != end_ && !Is(*p_, kEndsText)) ++p_;
+        while (p_ != end_ && !IsXml(*p_, kXmlEndsText)) ++p_;
         if (p_ == end_) return false;
         switch (*p_) {
             case '<': flush(); return true;
@@ -515,5 +426,5 @@ std::string_view PlainReading::WithPlainBreaks(std::string_view text) {
 
 bool ReadPlainDocument(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink) {
     if (encoding == XmlEncoding::kDeclared && bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    return AreCharacters(bytes) && PlainReading(bytes, sink).Run();
+    return AreXmlCharacters(bytes) && PlainReading(bytes, sink).Run();
 }

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -256,7 +257,7 @@ TEST_F(CheckTest, StrictReadsStandardInputTwice) {
 // The time must grow with the document, the memory not with the findings.
 TEST_F(CheckTest, AnswersHostileDocuments) {
     std::string many;
-    for (int i = 0; i < 200000; ++i) many += "<blink/>";
+    many += Repeat("<blink/>", 200000);
     WriteFile("many.svg", SmallDrawing(many));
     const ToolRun run = Run({"check", "--json", "many.svg"});
     EXPECT_EQ(run.exitCode, 1);

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +16,7 @@
 #include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/sample_profiles.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -192,7 +191,7 @@ TEST_P(LooksTest, ExamplesLookLikeOurOwnPictures) {
                                              << own.ShareApartFrom(other, Bounds::kLevelsApart);
 
         // So close that what is lost shows.
-        const std::string text = (std::ostringstream() << std::ifstream(drawing).rdbuf()).str();
+        const std::string text = ReadAll(drawing);
         for (const auto& [what, lossy] :
              {std::pair("text", WithoutText(text)), std::pair("lines", WithoutLines(text))}) {
             WriteFile("lossy.svg", lossy);

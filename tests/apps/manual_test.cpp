@@ -8,13 +8,12 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -53,15 +52,9 @@ Names MatchesIn(const std::string& text, const char* pattern) {
     return names;
 }
 
-std::string ReadSource(const char* path) {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
 class ManualTest : public ToolTest {
 protected:
-    ManualTest() : manual_(ReadSource(kManual)) {}
+    ManualTest() : manual_(ReadAll(kManual)) {}
 
     std::string HelpOf(const std::string& command) const {
         return Run(command.empty() ? std::vector<std::string>{"--help"}
@@ -156,7 +149,7 @@ TEST_F(ManualTest, EveryFormatHasAPage) {
         pages.insert(entry.path().stem());
     EXPECT_EQ(pages.erase("README"), 1U);
     EXPECT_EQ(pages, FormatsOfTool());
-    const std::string list = ReadSource(ORV_SOURCE_PATH "/docs/formats/README.md");
+    const std::string list = ReadAll(ORV_SOURCE_PATH "/docs/formats/README.md");
     for (const std::string& page : pages) EXPECT_THAT(list, HasSubstr("| [" + page + "](" + page + ".md) |"));
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/apps/tool_run.h"
+#include "tests/support/test_texts.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -9,17 +10,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string ReadWhole(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 /// In the child: makes a file the descriptor's target.
 void Redirect(const fs::path& path, int flags, int descriptor) {
@@ -81,8 +75,8 @@ ToolRun ToolTest::WaitFor(const RunningTool& running) {
         if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
         if (WIFSIGNALED(status)) run.signal = WTERMSIG(status);
     }
-    run.output = ReadWhole(running.out);
-    run.errors = ReadWhole(running.err);
+    run.output = ReadAll(running.out);
+    run.errors = ReadAll(running.err);
     for (const fs::path& path : {running.in, running.out, running.err}) fs::remove(path);
     return run;
 }
@@ -92,7 +86,7 @@ void ToolTest::WriteFile(const std::string& name, const std::string& content) co
     std::ofstream(Folder() / name, std::ios::binary) << content;
 }
 
-std::string ToolTest::ReadFile(const std::string& name) const { return ReadWhole(Folder() / name); }
+std::string ToolTest::ReadFile(const std::string& name) const { return ReadAll(Folder() / name); }
 
 std::vector<std::string> ToolTest::Files() const {
     std::vector<std::string> names;

@@ -1,24 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "apps/orvprint/check/findings.h"
 #include "generators/sheet/paper_sizes.h"
 #include "interpreters/svg/style/property_table.h"
 #include "platform/xml/vocabulary.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
-std::string ReadSource(const std::string& path) {
-    std::ifstream stream(std::string(ORV_SOURCE_PATH) + "/" + path);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
+std::string ReadSource(const std::string& path) { return ReadAll(std::string(ORV_SOURCE_PATH) + "/" + path); }
 
 bool Lists(const std::string& text, std::string_view name) {
     return text.find("`" + std::string(name) + "`") != std::string::npos;

@@ -3,25 +3,17 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/support/built_model.h"
 #include "tests/support/model_json.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadAll(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 bool IsDocument(const fs::path& file) { return file.extension() == ".svg" || file.extension() == ".qvxml"; }
 

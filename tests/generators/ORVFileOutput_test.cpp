@@ -6,11 +6,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <utility>
 
 #include "generators/common/ORVTemporaryFile.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -20,11 +20,7 @@ namespace fs = std::filesystem;
 class FileOutputTest : public testing::Test {
 protected:
     std::string Path(const char* name) const { return folder_.PathOf(name); }
-    std::string Content(const char* name) const {
-        std::ostringstream text;
-        text << std::ifstream(folder_.Path() / name).rdbuf();
-        return text.str();
-    }
+    std::string Content(const char* name) const { return ReadAll(folder_.Path() / name); }
     std::size_t CountFiles() const {
         return static_cast<std::size_t>(
             std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));

@@ -89,7 +89,7 @@ TEST(ORVGuardedGeneratorTest, PassesOnWhatIsReturned) {
     const std::array<int, kCalls> results = CallAll(guard);
     for (int call = 1; call <= kCalls; ++call)
         EXPECT_EQ(results[static_cast<std::size_t>(call) - 1], 100 + call);
-    EXPECT_EQ(guard.GetError(), "");
+    EXPECT_FALSE(guard.GetFailure());
     EXPECT_EQ(guard.GetPowers(), target.GetPowers());
 }
 
@@ -104,7 +104,10 @@ TEST(ORVGuardedGeneratorTest, WhatIsThrownFailsFromThenOn) {
                           call < at ? 100 + call : static_cast<int>(kDrawingFailed))
                     << call << " of " << at;
             EXPECT_EQ(target.GetCalls(), at) << "a generator that threw is left alone";
-            EXPECT_EQ(guard.GetError(), throwsForMemory ? "out of memory" : "a thread could not be started");
+            EXPECT_EQ(guard.GetFailure().text,
+                      throwsForMemory ? "out of memory" : "a thread could not be started");
+            EXPECT_EQ(guard.GetFailure().reason,
+                      throwsForMemory ? ORVFailureReason::kOutOfMemory : ORVFailureReason::kNotDrawn);
         }
 }
 

@@ -101,15 +101,4 @@ TEST(FitPathToRangeTest, EnormousNumbersStayNumbers) {
     }
 }
 
-TEST(InvertMapTest, GivesTheWayBack) {
-    ORVMathAffine2D inverse;
-    const ORVMathAffine2D map{2.0, 1.0, 0.5, 3.0, 7.0, -4.0};
-    ASSERT_TRUE(InvertMap(map, inverse));
-    const ORVMathPoint2D p = inverse(map({11.0, 13.0}));
-    EXPECT_NEAR(p.x, 11.0, 1e-12);
-    EXPECT_NEAR(p.y, 13.0, 1e-12);
-    EXPECT_FALSE(InvertMap({1.0, 1.0, 1.0, 1.0, 0.0, 0.0}, inverse));
-    EXPECT_FALSE(InvertMap({std::nan(""), 0.0, 0.0, 1.0, 0.0, 0.0}, inverse));
-}
-
 }  // namespace

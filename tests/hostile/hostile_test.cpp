@@ -11,6 +11,7 @@
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "tests/platform/print/recording_generator.h"
 #include "tests/support/built_model.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -35,28 +36,11 @@ private:
     std::uint64_t old_;
 };
 
-std::string Repeat(const std::string& text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) result += text;
-    return result;
-}
-
 int Draw(const BuiltModel& built, std::uint64_t limit = ORVPrintParameters::kDefaultDrawLimit) {
     RecordingGenerator generator;
     ORVPrintParameters parameters;
     parameters.SetDrawLimit(limit);
     return ORVPrintModelRender(built.GetModel(), &generator, parameters).Draw();
-}
-
-// Levels of groups, each referring to the one before it twice; `attributes` of the references decide
-// whether definitions are shared or duplicated.
-std::string Fan(int levels, const std::string& attributes) {
-    std::string text = "<defs><g id='d0'><rect width='1' height='1' fill='red'/></g></defs>";
-    for (int i = 1; i < levels; ++i) {
-        const std::string use = "<use xlink:href='#d" + std::to_string(i - 1) + "' " + attributes + "/>";
-        text += "<defs><g id='d" + std::to_string(i) + "'>" + use + use + "</g></defs>";
-    }
-    return Drawing(text + "<use xlink:href='#d" + std::to_string(levels - 1) + "' " + attributes + "/>");
 }
 
 // Definitions that each refer to the one before them; `attributes` are those of the reference that draws the
@@ -104,21 +88,21 @@ TEST_P(HostileTest, EntitiesDoNotGrowWithoutBounds) {
 
 TEST_P(HostileTest, AFanOfDuplicatesEndsAtTheLimitOfPrimitives) {
     const ScopedPrimitiveLimit limit(20'000);
-    const BuiltModel built = Build(Fan(60, "fill='blue'"));
+    const BuiltModel built = Build(Drawing(Fan(60, 2, "fill='blue'")));
     EXPECT_EQ(built.GetResult(), 1);
     EXPECT_EQ(built.GetModel().GetBudget().GetTaken(), 20'000U);
     EXPECT_EQ(Draw(built), 1);
 }
 
 TEST_P(HostileTest, AFanOfSharedDefinitionsIsBuiltButNotDrawn) {
-    const BuiltModel built = Build(Fan(60, ""));
+    const BuiltModel built = Build(Drawing(Fan(60, 2)));
     EXPECT_EQ(built.GetResult(), 1);
     EXPECT_LT(built.GetModel().GetBudget().GetTaken(), 400U);
     EXPECT_EQ(Draw(built), ORVPrintModelRender::kTooManyPrimitives);
 }
 
 TEST_P(HostileTest, BoxesOfAFanAreReportedAsAbsentPastTheLimitOfVisits) {
-    const BuiltModel built = Build(Fan(60, ""));
+    const BuiltModel built = Build(Drawing(Fan(60, 2)));
     double xMin = 7.0, xMax = 7.0, yMin = 7.0, yMax = 7.0;
     EXPECT_EQ(ORVPrintModelBoundingBoxComputer(1'000'000).Compute(built.GetPage(), xMin, xMax, yMin, yMax),
               0);
@@ -198,7 +182,7 @@ TEST_P(HostileTest, LongPathsAreRead) {
 
 TEST_P(HostileTest, LongAttributesAreRead) {
     std::string points;
-    for (int i = 0; i < 500'000; ++i) points += "1 2,";
+    points += Repeat("1 2,", 500'000);
     const BuiltModel built = Build(Drawing("<polygon fill='red' points='" + points + "3 4'/>"));
     const auto& page = built.GetPage();
     ASSERT_EQ(page.GetChildren().size(), 1U);
@@ -212,7 +196,7 @@ TEST_P(HostileTest, ManyDefinitionsOfOneNameAreFoundAtOnce) {
     std::string text;
     for (int i = 0; i < 20'000; ++i)
         text += "<defs><rect id='same' width='" + std::to_string(i + 1) + "'/></defs>";
-    for (int i = 0; i < 20'000; ++i) text += "<use xlink:href='#SAME'/>";
+    text += Repeat("<use xlink:href='#SAME'/>", 20'000);
     const BuiltModel built = Build(Drawing(text));
     const ORVPrtChildList& uses = built.GetPage().GetChildren();
     ASSERT_EQ(uses.size(), 20'000U);

@@ -24,14 +24,9 @@
 #include "tests/support/built_model.h"
 #include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
+#include "tests/support/test_texts.h"
 
 namespace {
-
-std::string Repeat(const std::string& text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) result += text;
-    return result;
-}
 
 std::string Picture(const std::string& attributes) {
     return "<image " + attributes + " xlink:href='data:image/png;base64," + ToBase64(SamplePng(3, 2)) + "'/>";

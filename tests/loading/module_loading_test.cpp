@@ -8,10 +8,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include "generators/common/ORVOutput.h"
@@ -21,6 +19,7 @@
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -29,11 +28,7 @@ constexpr int kFirstCycles = 20;  // fill the caches that libraries keep
 // allocator's lists counts as in use. An interpreter that is lost takes more, a model a hundred times that.
 constexpr std::size_t kGrowth = 256 * 1024;
 
-std::string ReadExample(const std::string& name) {
-    std::ostringstream text;
-    text << std::ifstream(std::string(ORV_EXAMPLES_PATH "/") + name, std::ios::binary).rdbuf();
-    return text.str();
-}
+std::string ReadExample(const std::string& name) { return ReadAll(ORV_EXAMPLES_PATH "/" + name); }
 
 bool IsLoaded() {
     void* module = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);

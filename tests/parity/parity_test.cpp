@@ -3,15 +3,14 @@
 #include <rapidcheck/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "platform/model/ORVPrtRectangleElt.h"
 #include "tests/support/built_model.h"
 #include "tests/support/model_json.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -24,12 +23,8 @@ TEST(ParityTest, TheExamplesHaveOneModel) {
     std::size_t compared = 0;
     for (const auto& entry : std::filesystem::directory_iterator(ORV_EXAMPLES_PATH)) {
         if (entry.path().extension() == ".cpp") continue;
-        std::ifstream stream(entry.path());
-        std::ostringstream document;
-        document << stream.rdbuf();
-        EXPECT_EQ(
-            DifferencesOf(ModelOf(document.str(), Backend::kDom), ModelOf(document.str(), Backend::kLight)),
-            "")
+        const std::string document = ReadAll(entry.path());
+        EXPECT_EQ(DifferencesOf(ModelOf(document, Backend::kDom), ModelOf(document, Backend::kLight)), "")
             << entry.path();
         ++compared;
     }

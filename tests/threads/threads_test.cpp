@@ -6,9 +6,7 @@
 #include <atomic>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -29,6 +27,7 @@
 #include "tests/support/model_sketch.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -47,10 +46,8 @@ std::vector<Document> ReadDocuments() {
     std::vector<Document> documents;
     for (const char* folder : {ORV_DOCUMENTS_PATH, ORV_EXAMPLES_PATH})
         for (const auto& entry : fs::directory_iterator(folder)) {
-            if (entry.path().extension() != ".svg") continue;
-            std::ostringstream text;
-            text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-            documents.push_back({entry.path().string(), text.str()});
+            if (entry.path().extension() == ".svg")
+                documents.push_back({entry.path().string(), ReadAll(entry.path())});
         }
     std::sort(documents.begin(), documents.end(),
               [](const Document& a, const Document& b) { return a.path < b.path; });

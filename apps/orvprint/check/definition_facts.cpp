@@ -11,9 +11,6 @@ using Stroke = ORVPrtStrokeAttributes;
 using Fill = ORVPrtFillAttributes;
 using Text = ORVPrtTextAttributes;
 
-bool Fills(int drawStyle) { return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke; }
-bool Strokes(int drawStyle) { return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke; }
-
 // Properties that a reference gives something else than it finds, as bits.
 class Differences {
 public:
@@ -59,8 +56,8 @@ bool Says(const DrawnSets& sets, SaidOf property) {
 
 bool MissesPaint(const DrawnSets& own, const SvgDrawState& by) {
     if (own.isLine) return false;  // is never filled, and always stroked
-    return (!Says(own, SaidOf::kFill) && own.fills != Fills(by.drawStyle)) ||
-           (!Says(own, SaidOf::kStroke) && own.strokes != Strokes(by.drawStyle));
+    return (!Says(own, SaidOf::kFill) && own.fills != ORVFills(by.drawStyle)) ||
+           (!Says(own, SaidOf::kStroke) && own.strokes != ORVStrokes(by.drawStyle));
 }
 
 }  // namespace

@@ -15,9 +15,6 @@ namespace {
 
 using enum FindingCode;
 
-bool Fills(int drawStyle) { return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke; }
-bool Strokes(int drawStyle) { return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke; }
-
 // What the interpreter makes of a shape's paint.
 struct Painting {
     bool isOpenLine = false;  // a line or polyline, which are stroked whatever is said
@@ -35,11 +32,11 @@ Painting PaintingOf(ElementName name, const PathFacts& path, int drawStyle) {
     // A path of two points has lost its inside by the time it is painted. Without one, its lines and
     // Beziers stand for themselves; so do its arcs, but these know when they are hidden.
     const bool hasNoInside = path.vertices <= 2;
-    painting.isBarePath = (path.hasRuns && (hasNoInside || !Fills(drawStyle))) ||
+    painting.isBarePath = (path.hasRuns && (hasNoInside || !ORVFills(drawStyle))) ||
                           (path.hasArcs && hasNoInside && drawStyle != kDrawNothing);
     painting.hasCurves = path.hasCurves;
-    painting.fills = !painting.IsLine() && Fills(drawStyle);
-    painting.strokes = painting.IsLine() || Strokes(drawStyle);
+    painting.fills = !painting.IsLine() && ORVFills(drawStyle);
+    painting.strokes = painting.IsLine() || ORVStrokes(drawStyle);
     return painting;
 }
 
@@ -114,17 +111,17 @@ bool HasInside(const SvgDrawState& state, std::string_view points, std::vector<d
 void CheckLine(CheckContext& check, const NumberedElement& element, const Painting& painting, int meant,
                const SvgDrawState& state) {
     const ORVXmlNode& node = *element.node;
-    if (!Strokes(meant) && (painting.isOpenLine || !Fills(meant)))
+    if (!ORVStrokes(meant) && (painting.isOpenLine || !ORVFills(meant)))
         check.findings.Note(kAlwaysStroked, element, {}, {}, "has no stroke, but is stroked");
-    if (!Fills(meant)) return;
+    if (!ORVFills(meant)) return;
     if (node.id == ElementName::kPolyline &&
         HasInside(state, node.Value(AttributeName::kPoints), check.numbers))
         check.findings.Note(kPolylineNotFilled, element, {}, {},
                             "its fill is not printed: use fill='none', or a polygon");
-    if (painting.isBarePath && (painting.hasCurves || !Strokes(meant)))
+    if (painting.isBarePath && (painting.hasCurves || !ORVStrokes(meant)))
         check.findings.Note(kPathNotFilled, element, "d", node.Value(AttributeName::kD),
-                            Strokes(meant) ? "its fill is not printed: split its curve in two"
-                                           : "its fill is not printed, but its outline is");
+                            ORVStrokes(meant) ? "its fill is not printed: split its curve in two"
+                                              : "its fill is not printed, but its outline is");
 }
 
 }  // namespace
@@ -177,6 +174,6 @@ void CheckPainting(CheckContext& check, const NumberedElement& element, const Sv
     const int meant = visibility.GetMeantStyle(state.drawStyle);
     if (painting.IsLine())
         CheckLine(check, element, painting, meant, state);
-    else if ((painting.strokes && !Strokes(meant)) || (painting.fills && !Fills(meant)))
+    else if ((painting.strokes && !ORVStrokes(meant)) || (painting.fills && !ORVFills(meant)))
         NotePaintedVisible(check);
 }

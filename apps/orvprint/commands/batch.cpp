@@ -12,7 +12,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <filesystem>
@@ -31,12 +30,13 @@
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/progress.h"
 #include "apps/orvprint/commands/run_sandbox.h"
+#include "apps/orvprint/commands/staging_folder.h"
 #include "apps/orvprint/input/drawings.h"
 #include "apps/orvprint/input/file_set.h"
+#include "apps/orvprint/process/end_signals.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/printable_text.h"
 #include "apps/orvprint/process/report.h"
-#include "apps/orvprint/process/signals.h"
 #include "apps/orvprint/process/worker_process.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/formats.h"
@@ -75,89 +75,6 @@ void AddFiles(std::string_view bytes, FileSet& files) {
         files.Add(FileSet::Identity(both[0], both[1]));
     }
 }
-
-/// A hidden folder within the outputs' one, on the same disk, where outputs grow. Whatever is left in it,
-/// also by workers that were killed, goes away with it.
-class StagingFolder {
-public:
-    ~StagingFolder() { Remove(); }
-    StagingFolder() = default;
-    StagingFolder(const StagingFolder&) = delete;
-    StagingFolder& operator=(const StagingFolder&) = delete;
-
-    /// @return an exit code; a failure was reported
-    int Make(const std::string& folder) {
-        std::error_code error;
-        fs::create_directories(folder, error);
-        if (error) return Report(kExitUnwritable, folder, error.message());
-        std::string path = folder + "/.orvprint-XXXXXX";
-        if (!mkdtemp(path.data())) return Report(kExitUnwritable, folder, std::strerror(errno));
-        path_ = path;
-        return kExitDone;
-    }
-    void Remove() {
-        try {
-            std::error_code ignored;
-            if (!path_.empty()) fs::remove_all(path_, ignored);
-        } catch (const std::bad_alloc&) {  // it stays
-        }
-        path_.clear();
-    }
-    /// A part of the folder for one worker, empty. @return an error, empty when there is none
-    std::string Clear(std::size_t slot) const {
-        std::error_code error;
-        fs::remove_all(PathOf(slot), error);
-        if (!error) fs::create_directory(PathOf(slot), error);
-        return error ? error.message() : std::string();
-    }
-    const std::string& GetPath() const { return path_; }
-    fs::path PathOf(std::size_t slot) const { return fs::path(path_) / std::to_string(slot); }
-    /// Keeps what is in a worker's part. @return an error, empty when there is none
-    std::string Keep(std::size_t slot, std::uint32_t job) const {
-        std::error_code error;
-        fs::rename(PathOf(slot), PathOfKept(job), error);
-        return error ? error.message() : std::string();
-    }
-    fs::path PathOfKept(std::uint32_t job) const { return fs::path(path_) / ("kept-" + std::to_string(job)); }
-
-private:
-    std::string path_;
-};
-
-/// Signals that end the process, as something to poll for.
-class EndSignals {
-public:
-    EndSignals() {
-        if (pipe2(pipe_.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
-        writeEnd_ = pipe_[1];
-        HandleEndingSignals(Note);
-    }
-    EndSignals(const EndSignals&) = delete;
-    EndSignals& operator=(const EndSignals&) = delete;
-
-    int GetDescriptor() const { return pipe_[0]; }
-    /// A worker that was not yet its own may have passed a signal on: it is none of this process.
-    void Drain() const {
-        std::array<char, 16> ignored;
-        while (read(pipe_[0], ignored.data(), ignored.size()) > 0) {
-        }
-    }
-    /// The signal that came, 0 when none did.
-    static int GetCaught() { return caught_; }
-
-private:
-    static void Note(int signal) {
-        const int error = errno;
-        caught_ = signal;
-        const ssize_t ignored = write(writeEnd_, "", 1);
-        static_cast<void>(ignored);
-        errno = error;
-    }
-
-    static inline volatile std::sig_atomic_t caught_ = 0;
-    static inline volatile std::sig_atomic_t writeEnd_ = -1;
-    std::array<int, 2> pipe_{-1, -1};
-};
 
 /// How a job ended that may have left files.
 struct Outcome {
@@ -245,7 +162,7 @@ private:
             files.keepsTemporaryFiles = KeepsTemporaryFiles(format_.name);
             return EnterSandboxFor(options_.read, std::move(files));
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, "", "out of memory");
+            return ReportOutOfMemory("");
         }
     }
 
@@ -255,7 +172,7 @@ private:
             const int code = Print(job, slot);
             return {code, BytesOf(FilesOfDrawings().GetFiles())};
         } catch (const std::bad_alloc&) {
-            return {Report(kExitFailed, options_.inputs[job], "out of memory"), {}};
+            return {ReportOutOfMemory(options_.inputs[job]), {}};
         } catch (const std::exception& error) {
             return {Report(kExitFailed, options_.inputs[job], error.what()), {}};
         }

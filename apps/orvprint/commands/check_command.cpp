@@ -33,7 +33,8 @@ int ReportError(const std::string& path, const ORVXmlError& error) {
     const std::string place = error.line == 0
                                   ? std::string()
                                   : ":" + std::to_string(error.line) + ":" + std::to_string(error.column);
-    return Report(error.isMemorySpent ? kExitFailed : kExitNotWellFormed, InputName(path) + place,
+    if (error.isOutOfMemory) return ReportOutOfMemory(InputName(path));
+    return Report(kExitNotWellFormed, InputName(path) + place,
                   error.message.empty() ? "no element found" : error.message);
 }
 

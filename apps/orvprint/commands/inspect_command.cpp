@@ -51,13 +51,11 @@ void Dump(const Answer& answer, JsonWriter& json) {
     json.LineBreak();
 }
 
-/// Why a model cannot be dumped; empty when it can.
-std::string ReasonAgainst(const ORVPrtModel& model) {
-    const ORVPrtPrimitiveBudget& budget = model.GetBudget();
-    if (budget.GetRefusal()) return LimitReached(*budget.GetRefusal());
-    if (IsTooLargeToDump(model)) return LimitReached(ORVPrintLimit::kRepeats);
-    if (budget.IsMemorySpent()) return "out of memory";
-    return budget.HasUnsetText() ? TextCannotBeSet() : "";
+/// Why a model cannot be dumped; nothing when it can.
+ORVFailure FailureOf(const ORVPrtModel& model) {
+    const ORVFailure built = model.GetBudget().GetFailure();
+    if (!built.limit && IsTooLargeToDump(model)) return ORVFailure::OfLimit(ORVPrintLimit::kRepeats);
+    return built;
 }
 
 /// Drawings without a model are shown by what they draw.
@@ -68,7 +66,8 @@ int InspectCalls(ORVPrintInterpreter& interpreter, const std::string& name) {
     const int result = interpreter.Print(&calls, parameters);
     calls.Finish(result);
     if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
-    if (result == ORVPrintModelRender::kTextNotSet) return Report(kExitFailed, name, TextCannotBeSet());
+    if (result == ORVPrintModelRender::kTextNotSet)
+        return Report(name, ORVFailure::Of(ORVFailureReason::kTextNotSet));
     if (result != 1) return Report(kExitFailed, name, "could not be drawn to its end");
     return kExitDone;
 }
@@ -78,10 +77,9 @@ int Inspect(ORVPrintInterpreter& interpreter, const std::string& name) {
     Answer answer;
     answer.result = interpreter.GetPageCount(answer.pageCount);
     interpreter.GetModel(answer.model);
-    if (answer.result == 1 && !answer.model) return Report(kExitFailed, name, "out of memory");
+    if (answer.result == 1 && !answer.model) return ReportOutOfMemory(name);
     if (answer.model)
-        if (const std::string reason = ReasonAgainst(*answer.model); !reason.empty())
-            return Report(kExitFailed, name, reason);
+        if (const ORVFailure failure = FailureOf(*answer.model)) return Report(name, failure);
     JsonWriter json(stdout);
     Dump(answer, json);
     if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");
@@ -98,7 +96,7 @@ int RunInspect(const std::string& input, const ReadOptions& options) {
         try {
             return Inspect(interpreter, name);
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, name, "out of memory");
+            return ReportOutOfMemory(name);
         }
     });
 }

@@ -96,7 +96,7 @@ public:
         if (options_.output == "-") return kExitDone;
         const auto trial = CreateFileOutput(format_.onePageAPart && options_.inputs.size() > 1);
         return trial->Prepare() == 1 ? static_cast<int>(kExitDone)
-                                     : Report(kExitUnwritable, OutputName(), trial->GetError());
+                                     : Report(OutputName(), trial->GetFailure());
     }
 
     int PrintInput(const std::string& input) {
@@ -164,7 +164,7 @@ private:
         const bool isPoster = options_.sheet && options_.sheet->layout.isPoster;
         if (!isPoster || !(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
-            return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
+            return Report(name, ORVFailure::OfLimit(ORVPrintLimit::kPages));
         if (!sequence_)
             if (const int code = Open(isWhole, pages.size(), sheets); code != kExitDone) return code;
 
@@ -237,7 +237,7 @@ private:
         formatOptions.threads = options_.threads;
         if (options_.sheet) formatOptions.colourMode = options_.sheet->colourMode;
         generator_ = format_.create(*output_, formatOptions);
-        if (!generator_) return Report(kExitFailed, OutputName(), "out of memory");
+        if (!generator_) return ReportOutOfMemory(OutputName());
         // What the first interpreter draws, every format can say.
         if (options_.read.interpreter != "SVG" && ORVFlattener::IsNeededBefore(generator_->Get()))
             flattener_ = std::make_unique<ORVFlattener>(generator_->Get(), FlattenOptions(formatOptions));
@@ -262,38 +262,27 @@ private:
         return options;
     }
 
-    int ReportFailure(const std::string& name, int status) {
-        if (output_->IsPastLimit())
-            return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputBytes));
-        if (!output_->GetError().empty() || status == kOutputFailed)
-            return Report(kExitUnwritable, OutputName(),
-                          output_->GetError().empty() ? "cannot be written" : output_->GetError());
-        switch (status) {
-            case ORVPrintModelRender::kPageWithoutArea:
-                return Report(kExitFailed, name, "a page has no area that could be printed");
-            case ORVPrintModelRender::kTooManyPrimitives:
-                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kDrawn));
-            case ORVPrintModelRender::kTooManyPages:
-                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPages));
-            case ORVPrintModelRender::kLowMemory:
-                return Report(kExitFailed, name, "printing failed: out of memory");
-            case ORVPrintModelRender::kTextNotSet: return Report(kExitFailed, name, TextCannotBeSet());
-            case ORVPrintModelRender::kTooManyRepeats:
-                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kRepeats));
-            case kOutputTooLarge:
-                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kOutputPixels));
-            case kTooMuchToPaint:
-                return Report(kExitFailed, name, LimitReached(ORVPrintLimit::kPaintedPixels));
-            default: break;
-        }
-        const std::string error = FailureText();
-        return Report(kExitFailed, name, "printing failed" + (error.empty() ? "" : ": " + error));
+    int ReportFailure(const std::string& name, int status) const {
+        const ORVFailure failure = FailureOf(status);
+        return Report(failure.reason == ORVFailureReason::kUnwritable ? OutputName() : name, failure);
     }
 
-    std::string FailureText() const {
-        if (sheet_ && !sheet_->GetError().empty()) return sheet_->GetError();
-        if (flattener_ && !flattener_->GetError().empty()) return flattener_->GetError();
-        return generator_->GetError();
+    /// Why printing ended with a status: whoever failed first knows best.
+    ORVFailure FailureOf(int status) const {
+        if (output_->IsPastLimit()) return ORVFailure::OfLimit(ORVPrintLimit::kOutputBytes);
+        if (output_->GetFailure()) return output_->GetFailure();
+        ORVFailure failure = ORVFailureOfStatus(status);
+        if (failure.reason == ORVFailureReason::kNotDrawn) failure = FailureOfGenerator();
+        if (failure.reason == ORVFailureReason::kNotDrawn || failure.reason == ORVFailureReason::kOutOfMemory)
+            failure.text = "printing failed" + (failure.text.empty() ? "" : ": " + failure.text);
+        return failure;
+    }
+
+    ORVFailure FailureOfGenerator() const {
+        if (sheet_ && sheet_->GetFailure()) return sheet_->GetFailure();
+        if (flattener_ && flattener_->GetFailure()) return flattener_->GetFailure();
+        if (generator_->GetFailure()) return generator_->GetFailure();
+        return ORVFailure::Of(ORVFailureReason::kNotDrawn);
     }
 
     const PrintOptions& options_;
@@ -334,7 +323,7 @@ int RunPrint(const PrintOptions& options) {
         try {
             if (const int code = printing.PrintInput(input); code != kExitDone) return code;
         } catch (const std::bad_alloc&) {
-            return Report(kExitFailed, DisplayName(input, "standard input"), "out of memory");
+            return ReportOutOfMemory(DisplayName(input, "standard input"));
         }
     }
     return printing.Finish();

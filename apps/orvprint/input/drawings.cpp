@@ -61,7 +61,7 @@ int ReadBytes(const std::string& path, InputBytes& bytes) {
     const int error = errno;
     if (descriptor != STDIN_FILENO) close(descriptor);
     if (!read && error == EFBIG)
-        return Report(kExitFailed, InputName(path), LimitReached(ORVPrintLimit::kInputBytes));
+        return Report(InputName(path), ORVFailure::OfLimit(ORVPrintLimit::kInputBytes));
     if (!read) return Report(kExitUnreadable, InputName(path), std::strerror(error));
     return Unpack(path, bytes);
 }
@@ -128,7 +128,7 @@ int ParseDocument(const std::string& path, const ReadOptions& options, bool want
         parser.Parse({bytes.GetOwner(), bytes.GetView(), ORVXmlReading::kOnce}, document.light);
         error = parser.GetError();
     }
-    if (error.isMemorySpent) return Report(kExitFailed, InputName(path), error.message);
+    if (error.isOutOfMemory) return ReportOutOfMemory(InputName(path));
     const bool hasContent = document.GetRoot() != nullptr;
     if (error.message.empty() && hasContent) return kExitDone;
     if (wantsBroken && hasContent) {
@@ -168,12 +168,14 @@ int ReportNoFragment(const std::string& path, const std::string& fragment) {
 /// @return null after a report
 std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const char* name, ORVPrintInput* input,
                                                        const std::string& path) {
-    std::string error;
-    auto interpreter = ORVPrintModule::CreateInterpreter(name, input, error);
-    if (!interpreter)
-        Report(kExitNoModule, "", std::string("the interpreter for ") + name + " cannot be loaded: " + error);
-    else if (path != "-")
+    ORVFailure failure;
+    auto interpreter = ORVPrintModule::CreateInterpreter(name, input, failure);
+    if (!interpreter) {
+        failure.text = std::string("the interpreter for ") + name + " cannot be loaded: " + failure.text;
+        Report("", failure);
+    } else if (path != "-") {
         ORVPrintModule::SetCurrentPath(name, *interpreter, path);
+    }
     return interpreter;
 }
 
@@ -195,13 +197,6 @@ std::vector<PageFacts> FactsOfPages(const ORVPrtModel& model) {
     return pages;
 }
 
-/// Why a model is not that of the whole drawing; empty when it is.
-std::string ReasonAgainst(const ORVPrtPrimitiveBudget& budget) {
-    if (budget.GetRefusal()) return LimitReached(*budget.GetRefusal());
-    if (budget.IsMemorySpent()) return "out of memory";
-    return budget.HasUnsetText() ? TextCannotBeSet() : "";
-}
-
 /// Pages of a drawing that has no model.
 int UseWithoutModel(const std::string& path, ORVPrintInterpreter& interpreter, bool isOnly,
                     const std::function<int(const Drawing&)>& use) {
@@ -210,14 +205,14 @@ int UseWithoutModel(const std::string& path, ORVPrintInterpreter& interpreter, b
     if (result == -1)
         return Report(kExitNoPage, InputName(path),
                       "is no drawing: its root is no svg element of SVG's namespace");
-    if (result != 1) return Report(kExitFailed, InputName(path), "out of memory");
+    if (result != 1) return ReportOutOfMemory(InputName(path));
     std::vector<PageFacts> pages;
     for (unsigned int page = 1; page <= count; ++page) {
         float width = 0.0F, height = 0.0F;
         ORVUnicodeString title;
         interpreter.SetCurrentPage(page);
         if (interpreter.GetSize(width, height) != 1 || interpreter.GetTitle(title) != 1)
-            return Report(kExitFailed, InputName(path), "out of memory");
+            return ReportOutOfMemory(InputName(path));
         const bool hasArea = std::isfinite(width) && std::isfinite(height) && width > 0.0F && height > 0.0F;
         pages.push_back({width, height, hasArea, std::string(title.GetView())});
     }
@@ -232,11 +227,12 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
     ORVRef<const ORVPrtModel> model;
     const int built = interpreter.GetModel(model);
     if (model)
-        if (const std::string reason = ReasonAgainst(model->GetBudget()); !reason.empty())
-            return Report(kExitFailed, InputName(path), reason);
+        if (const ORVFailure failure = model->GetBudget().GetFailure())
+            return Report(InputName(path), failure);
     // There is an element, and nothing that was left out: only memory can have been missing.
     if (built != 1)
-        return Report(kExitFailed, InputName(path), "could not be turned into pages; out of memory");
+        return Report(InputName(path), ORVFailure::Of(ORVFailureReason::kOutOfMemory,
+                                                      "could not be turned into pages; out of memory"));
     std::vector<PageFacts> pages = FactsOfPages(*model);
     model = nullptr;  // a last print takes it apart
     if (pages.empty()) return Report(kExitNoPage, InputName(path), "has no page");
@@ -377,7 +373,7 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
     for (const ORVXmlNode* fragment : fragments) {
         ORVLightXmlElement holder;
         const auto input = MakeFragmentInput(document, fragment, options.fragment.empty(), holder);
-        if (!input) return Report(kExitFailed, InputName(path), "out of memory");
+        if (!input) return ReportOutOfMemory(InputName(path));
         const auto interpreter = CreateInterpreter("QVXML", input.get(), path);
         if (!interpreter) return kExitNoModule;
         const int code = UseDrawing(path, *interpreter, document, fragments.size() == 1, use);

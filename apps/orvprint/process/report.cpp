@@ -7,9 +7,32 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/printable_text.h"
 #include "platform/visualization/fonts/text_failure.h"
+
+namespace {
+
+void Begin(TextLine& line, const std::string& subject) {
+    line.Put("orvprint: ");
+    if (subject.empty()) return;
+    line.Put(subject);
+    line.Put(": ");
+}
+
+/// What to do where the limit of memory may be what refused it. Needs no memory.
+void PutMemoryLimit(TextLine& line) {
+    const std::uint64_t limit = GetMemoryLimitReached();
+    if (limit == 0) return;
+    std::array<char, 24> number{};
+    const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;
+    line.Put(": more than ");
+    line.Put({number.data(), static_cast<std::size_t>(end - number.data())});
+    line.Put(" bytes, the limit; to allow more, use --limit memory=N");
+}
+
+}  // namespace
 
 std::string DisplayName(const std::string& path, std::string_view standardStream) {
     return path == "-" ? std::string(standardStream) : path;
@@ -17,23 +40,43 @@ std::string DisplayName(const std::string& path, std::string_view standardStream
 
 int Report(ExitCode code, const std::string& subject, const std::string& reason) {
     TextLine line(stderr);
-    line.Put("orvprint: ");
-    if (!subject.empty()) {
-        line.Put(subject);
-        line.Put(": ");
-    }
+    Begin(line, subject);
     line.Put(reason);
-    // Those words come from every library of ours, as texts.
-    if (reason.ends_with("out of memory"))
-        if (const std::uint64_t limit = GetMemoryLimitReached(); limit != 0) {
-            std::array<char, 24> number{};
-            const char* const end = std::to_chars(number.data(), number.data() + number.size(), limit).ptr;
-            line.Put(": more than ");
-            line.Put({number.data(), static_cast<std::size_t>(end - number.data())});
-            line.Put(" bytes, the limit; to allow more, use --limit memory=N");
-        }
     line.End();
     return code;
 }
 
-std::string TextCannotBeSet() { return "text cannot be set: " + std::string(ORVGetTextFailure()); }
+ExitCode ExitCodeOf(ORVFailureReason reason) {
+    switch (reason) {
+        case ORVFailureReason::kNone: return kExitDone;
+        case ORVFailureReason::kUnreadable: return kExitUnreadable;
+        case ORVFailureReason::kNotWellFormed: return kExitNotWellFormed;
+        case ORVFailureReason::kNoPage: return kExitNoPage;
+        case ORVFailureReason::kNoModule: return kExitNoModule;
+        case ORVFailureReason::kUnwritable: return kExitUnwritable;
+        case ORVFailureReason::kOutOfMemory:
+        case ORVFailureReason::kLimit:
+        case ORVFailureReason::kPageWithoutArea:
+        case ORVFailureReason::kTextNotSet:
+        case ORVFailureReason::kNotDrawn: break;
+    }
+    return kExitFailed;
+}
+
+int Report(const std::string& subject, const ORVFailure& failure) {
+    TextLine line(stderr);
+    Begin(line, subject);
+    if (failure.limit) {
+        line.Put(LimitReached(*failure.limit));
+    } else if (failure.reason == ORVFailureReason::kTextNotSet) {
+        line.Put("text cannot be set: ");
+        line.Put(ORVGetTextFailure());
+    } else {
+        line.Put(failure.text);
+    }
+    if (failure.reason == ORVFailureReason::kOutOfMemory) PutMemoryLimit(line);
+    line.End();
+    return ExitCodeOf(failure.reason);
+}
+
+int ReportOutOfMemory(const std::string& subject) { return Report(subject, ORVFailure::OutOfMemory()); }

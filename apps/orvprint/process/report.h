@@ -5,12 +5,16 @@
 #include <string_view>
 
 #include "apps/orvprint/process/exit_codes.h"
+#include "platform/system/ORVFailure.h"
 
 /// Name of an input or output in messages: "-" is a standard stream.
 std::string DisplayName(const std::string& path, std::string_view standardStream);
 
-/// Writes "orvprint: SUBJECT: REASON" to standard error. @return `code`
+/// Writes "orvprint: SUBJECT: REASON" to standard error, for what only the command knows. @return `code`
 int Report(ExitCode code, const std::string& subject, const std::string& reason);
 
-/// Why text cannot be set, as a reason for Report: what is missing, and what to do.
-std::string TextCannotBeSet();
+/// The exit code of a failure.
+ExitCode ExitCodeOf(ORVFailureReason reason);
+/// Writes a failure to standard error, and what can be done about it. @return its exit code
+int Report(const std::string& subject, const ORVFailure& failure);
+int ReportOutOfMemory(const std::string& subject);

@@ -27,10 +27,6 @@ constexpr std::size_t kDegenerateVertices = 2;
 constexpr std::size_t kCharactersOfNumber = 3;
 constexpr std::size_t kMostReserved = 256;
 
-bool Fills(int drawStyle) {
-    return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
-}
-
 char UpperCase(char letter) { return letter >= 'a' ? static_cast<char>(letter - 'a' + 'A') : letter; }
 
 }  // namespace
@@ -50,7 +46,7 @@ int PathDataInterpreter::Interpret(std::string_view data) {
     char letter = 0;
     if (!scanner.NextCommand(letter)) return kDone;
 
-    if (Fills(state_.drawStyle)) {
+    if (ORVFills(state_.drawStyle)) {
         figure_ = ORVRef<ORVPrtClosedFigureElt>(state_.model->Create<ORVPrtClosedFigureElt>());
         if (figure_) {
             figure_->SetDrawStyle(state_.drawStyle);

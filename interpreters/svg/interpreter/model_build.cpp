@@ -93,7 +93,7 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
             ORVLightXmlInputStreamBuffer::Lifetime::kElements, ORVXmlReading::kOnce);
         ORVLightXmlParser parser;
         parser.Parse(stream, parsed);  // what was read before an error is drawn
-        if (parser.GetError().isMemorySpent) return WithoutMemory(model);
+        if (parser.GetError().isOutOfMemory) return WithoutMemory(model);
         root = &parsed;
     }
     if (root->GetNode())
@@ -109,7 +109,7 @@ int BuildWithDOMParser(const SvgDocumentSource& source, const SvgPageSource& pag
             return kUnusable;
         ORVXmlError error;
         const int parsed = BuildParser(text, "SVG", root, &error, ORVXmlReading::kOnce);
-        if (error.isMemorySpent) return WithoutMemory(model);
+        if (error.isOutOfMemory) return WithoutMemory(model);
         if (parsed < 0 || !root) return kUnusable;
     }
     ModelBuild<DomElementAccess> build(pageSource, model);

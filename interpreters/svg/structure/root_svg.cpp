@@ -9,7 +9,7 @@
 #include "interpreters/svg/state/SvgDrawState.h"
 #include "interpreters/svg/state/element_texts.h"
 #include "interpreters/svg/state/statuses.h"
-#include "interpreters/svg/structure/references.h"
+#include "interpreters/svg/structure/child_loop.h"
 #include "interpreters/svg/structure/walker.h"
 #include "interpreters/svg/style/paint.h"
 #include "interpreters/svg/style/presentation.h"
@@ -46,15 +46,13 @@ void ApplyPageViewBox(SvgDrawState& state, const ORVPrtViewBox& box) {
 template <SvgElementAccess Element>
 int WalkPage(SvgDrawState& state, const Element& element) {
     int result = 0;
-    for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
-        PrefetchPaint(state, child.NextSibling());
-        PrefetchReference(state, child);
+    ForEachChild(state, element, [&](const Element& child) {
         if (child.Name() == ElementName::kTitle) {
             if (!child.Text().empty()) state.page->SetTitle(ORVUnicodeString(child.Text()));
         } else if (!ReadDescription(child, *state.page)) {
             result = HandleChild(state, child, state.page);
         }
-    }
+    });
     return result;
 }
 

@@ -12,10 +12,10 @@
 #include "interpreters/svg/state/SvgDrawState.h"
 #include "interpreters/svg/state/element_texts.h"
 #include "interpreters/svg/state/statuses.h"
+#include "interpreters/svg/structure/child_loop.h"
 #include "interpreters/svg/structure/definition_elements.h"
 #include "interpreters/svg/structure/groups.h"
 #include "interpreters/svg/structure/references.h"
-#include "interpreters/svg/style/paint.h"
 #include "interpreters/svg/style/text_element.h"
 #include "platform/model/ORVPrtBitmapImageElt.h"
 #include "platform/model/ORVPrtCircleElt.h"
@@ -105,13 +105,11 @@ void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrim
     const bool defines = AsDefinitionHolder(container) != nullptr;
     // A holder is registered just before its children are walked.
     const std::size_t holderPlace = state.definitions->GetHolderCount() - 1;
-    for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
-        PrefetchPaint(state, child.NextSibling());
-        PrefetchReference(state, child);
-        if (ReadDescription(child, container)) continue;
+    ForEachChild(state, element, [&](const Element& child) {
+        if (ReadDescription(child, container)) return;
         HandleChild(state, child, &container);
         if (defines) state.definitions->IndexNewChildren(holderPlace);
-    }
+    });
 }
 
 template int HandleChild(SvgDrawState&, const DomElementAccess&, ORVPrtGraphicPrimitiveElt*);

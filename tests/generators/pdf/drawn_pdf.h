@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -15,6 +14,7 @@
 #include "tests/support/sample_images.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/shell_run.h"
+#include "tests/support/test_texts.h"
 
 /// A document that a test draws, and other programs' view of it: qpdf and the tools of poppler.
 class DrawnPdf {
@@ -54,8 +54,7 @@ public:
     ORVRef<ORVPixelImage> ExtractImage(int number = 0) const {
         const std::string root = folder_.PathOf("image");
         EXPECT_EQ(ShellRun("pdfimages -png " + Quoted() + " '" + root + "'").status, 0);
-        std::ifstream file(root + "-00" + std::to_string(number) + ".png", std::ios::binary);
-        const std::string png((std::istreambuf_iterator<char>(file)), {});
+        const std::string png = ReadAll(root + "-00" + std::to_string(number) + ".png");
         return ORVRef<ORVPixelImage>(ReadMemoryPNGPixelImage(png.data(), png.size(), 0));
     }
 

@@ -5,6 +5,7 @@
 
 #include "generators/common/ORVOutput.h"
 #include "tests/support/named_rows.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ TEST(DscTextTest, IsCutOffBeforeLinesGetTooLong) {
     EXPECT_EQ(DscText(std::string(200, 'x')), std::string(200, 'x'));
     EXPECT_EQ(DscText(std::string(201, 'x')), "(" + std::string(199, 'x') + ")");
     std::string title;
-    for (int i = 0; i < 300; ++i) title += "ü";
+    title += Repeat("ü", 300);
     EXPECT_LT(DscText(title).size(), 220U);
 }
 

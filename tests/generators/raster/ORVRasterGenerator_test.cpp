@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <random>
 #include <utility>
 #include <vector>
@@ -244,11 +245,11 @@ TEST(ORVRasterGeneratorTest, StretchedImagesMixTheirFourNeighbours) {
         const ORVMathAffine2D map{100.3, -30.7, 40.2, 110.9, -10.0, -25.0};
         EXPECT_EQ(page.Get().DrawImage({*image, map}), 1);
         page.Finish();
-        ORVMathAffine2D inverse;
-        ASSERT_TRUE(InvertMap(map, inverse));
+        const std::optional<ORVMathAffine2D> inverse = map.Inverse();
+        ASSERT_TRUE(inverse);
         for (int y = 0; y < 90; ++y)
             for (int x = 0; x < 90; ++x) {
-                const ORVMathPoint2D place = inverse({x + 0.5, y + 0.5});
+                const ORVMathPoint2D place = (*inverse)({x + 0.5, y + 0.5});
                 const bool isInside = place.x > 0.02 && place.x < 0.98 && place.y > 0.02 && place.y < 0.98;
                 if (!isInside) continue;
                 const double expected =

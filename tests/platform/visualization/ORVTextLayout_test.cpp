@@ -15,6 +15,7 @@
 
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -204,7 +205,7 @@ TEST(TextLayoutTest, ExtraSpacingKeepsMarksAtTheirLetter) {
 /// A letter with so many accents, and a letter behind it.
 std::string Accented(std::size_t marks) {
     std::string text = "e";
-    for (std::size_t i = 0; i < marks; ++i) text += "\u0301";
+    text += Repeat("\u0301", marks);
     return text + "x";
 }
 

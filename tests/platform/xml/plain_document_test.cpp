@@ -8,15 +8,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/platform/xml/event_text.h"
 #include "tests/support/named_rows.h"
 #include "tests/support/random_texts.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -33,13 +32,6 @@ TEST_P(TakenTest, GivesTheEventsOfTheConformingParser) {
     const auto conforming = ConformingEvents(GetParam().document);
     ASSERT_TRUE(conforming);
     EXPECT_EQ(*plain, *conforming);
-}
-
-std::string Nested(int depth) {
-    std::string text;
-    for (int i = 0; i < depth; ++i) text += "<g>";
-    for (int i = 0; i < depth; ++i) text += "</g>";
-    return text;
 }
 
 std::string Attributes(int count) {
@@ -211,9 +203,7 @@ TEST(PlainDocumentTest, DamagedDrawings) {
     std::size_t taken = 0;
     for (const auto& entry : std::filesystem::directory_iterator(ORV_EXAMPLES_PATH)) {
         if (entry.path().extension() != ".svg") continue;
-        std::ostringstream content;
-        content << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-        const std::string whole = content.str();
+        const std::string whole = ReadAll(entry.path());
         EXPECT_TRUE(PlainEvents(whole)) << entry.path();
         EXPECT_EQ(Compare(whole), "");
         for (int i = 0; i < 60; ++i) {

@@ -15,6 +15,7 @@
 #include "tests/support/parsed_element.h"
 #include "tests/support/sample_images.h"
 #include "tests/support/sketch_case.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -179,20 +180,16 @@ TEST(DashArrayTest, ReadsNumbersAndDropsTheRest) {
 }
 
 TEST(DashArrayTest, CountsInAByte) {
-    for (const auto& [count, kept] : {std::pair{255, 255U}, {256, 0U}, {257, 1U}, {515, 3U}}) {
+    for (const auto& [count, kept] : {std::pair{255U, 255U}, {256U, 0U}, {257U, 1U}, {515U, 3U}}) {
         PageState state(10.0, 10.0);
-        std::string text;
-        for (int i = 0; i < count; ++i) text += "7 ";
-        ApplyDashArray(state, text);
+        ApplyDashArray(state, Repeat("7 ", count));
         EXPECT_EQ(state.stroke.GetStrokeDashPattern().size(), kept) << count;
     }
 }
 
 TEST(DashArrayTest, KeepsTheFirstOfTooMany) {
     PageState state(10.0, 10.0);
-    std::string text = "3 ";
-    for (int i = 0; i < 256; ++i) text += "7 ";
-    ApplyDashArray(state, text);
+    ApplyDashArray(state, "3 " + Repeat("7 ", 256));
     EXPECT_EQ(state.stroke.GetStrokeDashPattern(), (std::vector<float>{3.0F}));
 }
 

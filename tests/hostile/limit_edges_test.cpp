@@ -15,16 +15,11 @@
 #include "tests/platform/print/recording_generator.h"
 #include "tests/support/CheckingGenerator.h"
 #include "tests/support/built_model.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
 using Refusal = std::optional<ORVPrintLimit>;
-
-std::string Repeat(const std::string& text, std::size_t count) {
-    std::string result;
-    for (std::size_t i = 0; i < count; ++i) result += text;
-    return result;
-}
 
 Refusal RefusalOf(const BuiltModel& built) { return built.GetModel().GetBudget().GetRefusal(); }
 

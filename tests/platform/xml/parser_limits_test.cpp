@@ -4,15 +4,9 @@
 #include <string>
 
 #include "tests/platform/xml/tree_text.h"
+#include "tests/support/test_texts.h"
 
 namespace {
-
-std::string Nested(std::size_t depth) {
-    std::string document;
-    for (std::size_t i = 0; i < depth; ++i) document += "<g>";
-    for (std::size_t i = 0; i < depth; ++i) document += "</g>";
-    return document;
-}
 
 std::size_t DepthOf(const ORVXmlNode* node) {
     std::size_t depth = 0;
@@ -49,7 +43,7 @@ TEST(XmlLimits, The1025thNestedStartTagIsAnError) {
 
 TEST(XmlLimits, AnEmptyElementBeyondTheDepthIsAnErrorAndLeavesNothing) {
     std::string document;
-    for (int i = 0; i < 1024; ++i) document += "<g>";
+    document += Repeat("<g>", 1024);
     document += "t<h/>u";
     const LightResult light = ParseLight(document);
     EXPECT_EQ(light.status, -1);
@@ -61,7 +55,7 @@ TEST(XmlLimits, AnEmptyElementBeyondTheDepthIsAnErrorAndLeavesNothing) {
 
 TEST(XmlLimits, ManySiblingsAreNoDepth) {
     std::string document = "<svg>";
-    for (int i = 0; i < 3000; ++i) document += "<g><g/></g>";
+    document += Repeat("<g><g/></g>", 3000);
     document += "</svg>";
     EXPECT_EQ(ParseLight(document).status, 1);
 }
@@ -83,7 +77,7 @@ TEST(XmlLimits, EntitiesThatGrowExponentiallyAreAnError) {
 
 TEST(XmlLimits, EntitiesThatGrowQuadraticallyAreBounded) {
     std::string document = "<!DOCTYPE t [<!ENTITY e '" + std::string(100000, 'x') + "'>]><t>";
-    for (int i = 0; i < 20000; ++i) document += "&e;";
+    document += Repeat("&e;", 20000);
     document += "</t>";
     const LightResult light = ParseLight(document);
     EXPECT_EQ(light.status, -1);
@@ -130,7 +124,7 @@ TEST(XmlLimits, LongChainsOfParameterEntitiesGiveAnAnswer) {
 
 TEST(XmlLimits, ALongDefaultValueIsStoredOnce) {
     std::string document = "<!DOCTYPE t [<!ATTLIST g a CDATA '" + std::string(10000, 'x') + "'>]><t>";
-    for (int i = 0; i < 800; ++i) document += "<g/>";
+    document += Repeat("<g/>", 800);
     document += "</t>";
     for (const bool isDom : {false, true}) {
         const ORVRef<const ORVXmlTree> tree =
@@ -145,7 +139,7 @@ TEST(XmlLimits, DefaultAttributesThatGrowAreBounded) {
     std::string document = "<!DOCTYPE t [<!ATTLIST g";
     for (int i = 0; i < 3000; ++i) document += " a" + std::to_string(i) + " CDATA ''";
     document += ">]><t>";
-    for (int i = 0; i < 30000; ++i) document += "<g/>";
+    document += Repeat("<g/>", 30000);
     document += "</t>";
     const LightResult light = ParseLight(document);
     EXPECT_EQ(light.status, -1);
@@ -180,7 +174,7 @@ TEST(XmlLimits, AValueOf50MillionBytesIsRead) {
 
 TEST(XmlLimits, TextInAMillionPiecesIsJoined) {
     std::string document = "<t>";
-    for (int i = 0; i < 1000000; ++i) document += "a\n";
+    document += Repeat("a\n", 1000000);
     document += "</t>";
     EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 2000000U);
     EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 2000000U);
@@ -188,7 +182,7 @@ TEST(XmlLimits, TextInAMillionPiecesIsJoined) {
 
 TEST(XmlLimits, TextBetweenChildrenIsJoined) {
     std::string document = "<t>";
-    for (int i = 0; i < 200000; ++i) document += "ab<g/>";
+    document += Repeat("ab<g/>", 200000);
     document += "</t>";
     EXPECT_EQ(ParseLight(document).root.GetNode()->GetText().size(), 400000U);
     EXPECT_EQ(ParseDom(document).root.GetNode()->GetText().size(), 400000U);
@@ -196,7 +190,7 @@ TEST(XmlLimits, TextBetweenChildrenIsJoined) {
 
 TEST(XmlLimits, AMillionElementsTakeLittleMemory) {
     std::string document = "<svg>";
-    for (int i = 0; i < 1000000; ++i) document += "<rect x='1' y='2' fill='red'/>";
+    document += Repeat("<rect x='1' y='2' fill='red'/>", 1000000);
     document += "</svg>";
     const LightResult light = ParseLight(document);
     ASSERT_EQ(light.status, 1);

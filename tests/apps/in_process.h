@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <functional>
+
+/// The error number of a call that returned a negative result, else 0.
+inline int ErrorOf(long result) { return result < 0 ? errno : 0; }
+
+/// The result of an action, at most 255, in a process of its own.
+inline int InProcess(const std::function<int()>& action) {
+    const pid_t process = fork();
+    if (process == 0) _exit(action());
+    int status = 0;
+    waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
+}

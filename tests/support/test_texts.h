@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+// Texts that tests of many folders are made of.
+
+/// A text so many times over.
+inline std::string Repeat(std::string_view text, std::size_t count) {
+    std::string result;
+    result.reserve(text.size() * count);
+    for (std::size_t i = 0; i < count; ++i) result += text;
+    return result;
+}
+
+/// So many groups within each other.
+inline std::string Nested(std::size_t depth) { return Repeat("<g>", depth) + Repeat("</g>", depth); }
+
+/// What Fan repeats, level by level.
+struct FanParts {
+    std::string leaf = "<rect width='1' height='1' fill='red'/>";
+    std::string element = "g";  ///< that each level is
+};
+
+/// Levels of definitions, each of which refers to the one before `breadth` times, and a reference to the
+/// last: little text that stands for breadth to the power of levels - 1 shapes.
+/// @param attributes  of all references; they decide whether definitions are shared or duplicated
+inline std::string Fan(int levels, std::size_t breadth, const std::string& attributes = {},
+                       const FanParts& parts = {}) {
+    const auto use = [&](int level) {
+        return "<use xlink:href='#d" + std::to_string(level) + "' " + attributes + "/>";
+    };
+    const auto define = [&](int level, const std::string& content) {
+        return "<defs><" + parts.element + " id='d" + std::to_string(level) + "'>" + content + "</" +
+               parts.element + "></defs>";
+    };
+    std::string text = define(0, parts.leaf);
+    for (int i = 1; i < levels; ++i) text += define(i, Repeat(use(i - 1), breadth));
+    return text + use(levels - 1);
+}
+
+/// All bytes of a file; none when it cannot be read.
+inline std::string ReadAll(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
