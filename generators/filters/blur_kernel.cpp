@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
 #include "generators/common/lanes.h"
 
@@ -107,17 +106,18 @@ BlurKernel::BlurKernel(double sigma) {
     }
     kind = Kind::kBoxes;
     // A box of width w has a variance of (w^2 - 1) / 12. Of the odd widths around the one that three equal
-    // boxes would need, those whose sum of variances is nearest.
+    // boxes would need, and their neighbours, those whose sum of variances is nearest.
     const double variance = 12.0 * sigma * sigma + 3.0;
     const int lower = (static_cast<int>(std::sqrt(variance / 3.0)) - 1) / 2 * 2 + 1, upper = lower + 2;
     double nearest = INFINITY;
-    for (const auto& [two, one] : {std::pair{lower, lower}, {lower, upper}, {upper, lower}, {upper, upper}}) {
-        const double miss = std::abs(2.0 * two * two + 1.0 * one * one - variance);
-        if (miss >= nearest) continue;
-        nearest = miss;
-        box = two;
-        third = one;
-    }
+    for (const int two : {lower, upper})
+        for (const int one : {two - 2, two, two + 2}) {
+            const double miss = std::abs(2.0 * two * two + 1.0 * one * one - variance);
+            if (miss >= nearest) continue;
+            nearest = miss;
+            box = two;
+            third = one;
+        }
     reach = (2 * box + third - 3) / 2;
 }
 
