@@ -92,16 +92,15 @@ TEST_P(SmallBlurTest, IsGaussian) {
     ExpectSlowBlur(BlurFilterPixels(input.Copy(), {sigmaX, sigmaY}, box), input, Gaussian(sigmaX),
                    Gaussian(sigmaY), box, kTenthOfLevel * 2);
 }
-INSTANTIATE_TEST_SUITE_P(Filter, SmallBlurTest,
-                         testing::Values(BlurCase{"Tenth", 0.1, 0.1, kInput},
-                                         BlurCase{"Half", 0.5, 0.5, kInput},
-                                         BlurCase{"OneAndAHalf", 1.5, 1.0, kInput},
-                                         BlurCase{"OnlyAcross", 1.9, 0.0, kInput},
-                                         BlurCase{"OnlyDown", 0.0, 1.9, kInput},
-                                         BlurCase{"LargerBox", 1.0, 1.3, {-15, -6, 50, 41}},
-                                         BlurCase{"SmallerBox", 1.0, 1.3, {3, 10, 5, 3}},
-                                         BlurCase{"Beside", 1.5, 1.5, {28, 4, 3, 9}}),
-                         kNameOfRow);
+INSTANTIATE_TEST_SUITE_P(
+    Filter, SmallBlurTest,
+    testing::Values(BlurCase{"Tenth", 0.1, 0.1, kInput}, BlurCase{"Half", 0.5, 0.5, kInput},
+                    BlurCase{"OneAndAHalf", 1.5, 1.0, kInput}, BlurCase{"AlmostThree", 2.5, 2.99, kInput},
+                    BlurCase{"OnlyAcross", 1.9, 0.0, kInput}, BlurCase{"OnlyDown", 0.0, 1.9, kInput},
+                    BlurCase{"LargerBox", 1.0, 1.3, {-15, -6, 50, 41}},
+                    BlurCase{"SmallerBox", 1.0, 1.3, {3, 10, 5, 3}},
+                    BlurCase{"Beside", 1.5, 1.5, {28, 4, 3, 9}}),
+    kNameOfRow);
 
 class BoxBlurTest : public testing::TestWithParam<BlurCase> {};
 TEST_P(BoxBlurTest, IsThreeMeans) {
@@ -112,10 +111,10 @@ TEST_P(BoxBlurTest, IsThreeMeans) {
                    weights(sigmaY), box, 2.0);
 }
 INSTANTIATE_TEST_SUITE_P(Filter, BoxBlurTest,
-                         testing::Values(BlurCase{"Two", 2.0, 2.0, kInput},
-                                         BlurCase{"Three", 3.0, 2.4, kInput},
+                         testing::Values(BlurCase{"Three", 3.0, 3.0, kInput},
+                                         BlurCase{"Five", 5.0, 5.4, kInput},
                                          BlurCase{"LargerThanTheInput", 12.0, 17.0, {-40, -50, 100, 130}},
-                                         BlurCase{"Largest", 19.5, 19.5, kInput},
+                                         BlurCase{"Largest", 20.0, 20.0, kInput},
                                          BlurCase{"OnlyAcross", 4.0, 0.0, {-15, -6, 50, 41}},
                                          BlurCase{"OnlyDown", 0.0, 4.0, {-15, -6, 50, 41}},
                                          BlurCase{"Beside", 5.0, 5.0, {31, 27, 7, 9}},
@@ -123,11 +122,11 @@ INSTANTIATE_TEST_SUITE_P(Filter, BoxBlurTest,
                          kNameOfRow);
 
 TEST(BoxBlurTest, HasTheVarianceOfTheGaussian) {
-    for (double sigma = 2.0; sigma <= BlurKernel::kLargestBoxSigma; sigma += 0.01) {
+    for (double sigma = 3.0; sigma <= BlurKernel::kLargestBoxSigma; sigma += 0.01) {
         const BlurKernel kernel(sigma);
         const double variance =
             (2.0 * (kernel.box * kernel.box - 1) + kernel.third * kernel.third - 1) / 12.0;
-        EXPECT_NEAR(std::sqrt(variance) / sigma, 1.0, sigma < 4.0 ? 0.08 : 0.04) << sigma;
+        EXPECT_NEAR(std::sqrt(variance) / sigma, 1.0, sigma < 8.0 ? 0.055 : 0.02) << sigma;
         // Sums of full pixels fit.
         EXPECT_LT(65535.0 * kernel.box * kernel.box * kernel.third, 4294967296.0) << sigma;
         EXPECT_EQ(kernel.box % 2 + kernel.third % 2, 2) << sigma;
@@ -153,18 +152,18 @@ TEST_P(LargeBlurTest, IsNearlyGaussian) {
     const auto [name, sigmaX, sigmaY, box] = GetParam();
     // Three boxes are no more than a few levels of 8 bits away.
     ExpectSlowBlur(BlurFilterPixels(input.Copy(), {sigmaX, sigmaY}, box), input, Gaussian(sigmaX),
-                   Gaussian(sigmaY), box, 4.5 * 257.0);
+                   Gaussian(sigmaY), box, 5.5 * 257.0);
 }
 INSTANTIATE_TEST_SUITE_P(Filter, LargeBlurTest,
-                         testing::Values(BlurCase{"InPlace", 20.0, 20.0, {-5, 4, 90, 70}},
+                         testing::Values(BlurCase{"InPlace", 24.0, 21.0, {-5, 4, 90, 70}},
                                          BlurCase{"Cells", 41.0, 23.0, {-30, -40, 121, 133}},
                                          BlurCase{"CellsAcrossOnly", 45.0, 3.0, {-21, -3, 117, 81}},
                                          BlurCase{"CellsDownOnly", 0.0, 45.0, {-21, -3, 117, 81}},
-                                         BlurCase{"BarelyCells", 19.6, 19.6, {-40, -40, 160, 160}}),
+                                         BlurCase{"BarelyCells", 20.1, 20.1, {-40, -40, 160, 160}}),
                          kNameOfRow);
 
 TEST(FilterBlurTest, KeepsWhatIsFullFull) {
-    for (const double sigma : {0.5, 1.9, 2.0, 7.3, 19.5, 25.0, 90.0}) {
+    for (const double sigma : {0.5, 1.9, 4.0, 7.3, 19.5, 25.0, 90.0}) {
         FilterPixels input({0, 0, 900, 20});
         for (int y = 0; y < 20; ++y) std::fill_n(input.Row(y), 900 * 4, std::uint16_t{65535});
         const FilterPixels blurred = BlurFilterPixels(std::move(input), {sigma, 0.0}, {0, 0, 900, 20});
@@ -197,7 +196,7 @@ TEST(FilterBlurTest, OfOpacityAloneIsThatOfAllChannels) {
 }
 
 TEST(FilterBlurTest, ReachesNoFartherThanItSays) {
-    for (const double sigma : {0.4, 1.9, 2.0, 5.0, 19.5, 19.6, 50.0, 200.0}) {
+    for (const double sigma : {0.4, 1.9, 4.0, 5.0, 19.5, 19.6, 50.0, 200.0}) {
         FilterPixels dot({0, 0, 1, 1});
         std::fill_n(dot.At(0, 0), 4, std::uint16_t{65535});
         const int reach = FilterBlurReach(sigma);
