@@ -113,7 +113,7 @@ TEST_P(BoxBlurTest, IsThreeMeans) {
 INSTANTIATE_TEST_SUITE_P(Filter, BoxBlurTest,
                          testing::Values(BlurCase{"Three", 3.0, 3.0, kInput},
                                          BlurCase{"Five", 5.0, 5.4, kInput},
-                                         BlurCase{"LargerThanTheInput", 12.0, 17.0, {-40, -50, 100, 130}},
+                                         BlurCase{"LargerThanTheInput", 12.0, 17.0, {-40, -20, 60, 70}},
                                          BlurCase{"Largest", 20.0, 20.0, kInput},
                                          BlurCase{"OnlyAcross", 4.0, 0.0, {-15, -6, 50, 41}},
                                          BlurCase{"OnlyDown", 0.0, 4.0, {-15, -6, 50, 41}},
@@ -157,10 +157,10 @@ TEST_P(LargeBlurTest, IsNearlyGaussian) {
 }
 INSTANTIATE_TEST_SUITE_P(Filter, LargeBlurTest,
                          testing::Values(BlurCase{"InPlace", 24.0, 21.0, {-5, 4, 90, 70}},
-                                         BlurCase{"Cells", 41.0, 23.0, {-30, -40, 121, 133}},
+                                         BlurCase{"Cells", 41.0, 23.0, {-30, -10, 80, 60}},
                                          BlurCase{"CellsAcrossOnly", 45.0, 3.0, {-21, -3, 117, 81}},
                                          BlurCase{"CellsDownOnly", 0.0, 45.0, {-21, -3, 117, 81}},
-                                         BlurCase{"BarelyCells", 20.1, 20.1, {-40, -40, 160, 160}}),
+                                         BlurCase{"BarelyCells", 20.1, 20.1, {-25, 4, 60, 70}}),
                          kNameOfRow);
 
 TEST(FilterBlurTest, KeepsWhatIsFullFull) {
