@@ -9,6 +9,7 @@
 
 #include "interpreters/svg2/css/selectors.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/ORVPrintLimits.h"
 
 namespace svg2 {
@@ -151,11 +152,11 @@ bool ReadPaintOrder(Text text, std::array<PaintPart, 3>& order) {
 bool ReadFontSize(Text text, const Context& context, double& size) {
     constexpr Keyword<int> kSizes[] = {{"xx-small", -3}, {"x-small", -2}, {"small", -1},   {"medium", 0},
                                        {"large", 1},     {"x-large", 2},  {"xx-large", 3}, {"xxx-large", 4}};
-    constexpr double kMedium = 12.0, kFactor = 1.2;
+    constexpr double kFactor = 1.2;
     const double parentSize = context.parent.fontSize;
     int step = 0;
     if (ReadKeyword(kSizes, text, step)) {
-        size = kMedium * std::pow(kFactor, step);
+        size = ORVPrintPreferences::Get().fontSize * std::pow(kFactor, step);
     } else if (Is(text, "larger")) {
         size = parentSize * kFactor;
     } else if (Is(text, "smaller")) {
@@ -622,12 +623,16 @@ const PropertyRow* RowOf(Name name) {
 /// Sets a property by one of the words that each of them takes. @return false when it is none of these
 bool SetByGeneralKeyword(const PropertyRow& row, Text value, const Context& context, Style& style) {
     static const Style kInitial;
+    const auto copyInitial = [&] {
+        row.copy(kInitial, style);
+        if (DecidesFontSize(row.name)) style.fontSize = ORVPrintPreferences::Get().fontSize;
+    };
     if (Is(value, "inherit"))
         row.copy(context.parent, style);
     else if (Is(value, "initial"))
-        row.copy(kInitial, style);
+        copyInitial();
     else if (Is(value, "unset") || Is(value, "revert") || Is(value, "revert-layer"))
-        row.copy(row.isInherited ? context.parent : kInitial, style);
+        row.isInherited ? row.copy(context.parent, style) : copyInitial();
     else
         return false;
     return true;
