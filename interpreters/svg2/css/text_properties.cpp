@@ -5,6 +5,7 @@
 
 #include "interpreters/svg2/css/font_variants.h"
 #include "interpreters/svg2/css/property_rows.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -15,11 +16,11 @@ using Context = PropertyContext;
 bool ReadFontSize(Text text, const Context& context, double& size) {
     constexpr Keyword<int> kSizes[] = {{"xx-small", -3}, {"x-small", -2}, {"small", -1},   {"medium", 0},
                                        {"large", 1},     {"x-large", 2},  {"xx-large", 3}, {"xxx-large", 4}};
-    constexpr double kMedium = 12.0, kFactor = 1.2;
+    constexpr double kFactor = 1.2;
     const double parentSize = context.parent.fontSize;
     int step = 0;
     if (ReadKeyword(kSizes, text, step)) {
-        size = kMedium * std::pow(kFactor, step);
+        size = ORVPrintPreferences::Get().fontSize * std::pow(kFactor, step);
     } else if (Is(text, "larger")) {
         size = parentSize * kFactor;
     } else if (Is(text, "smaller")) {

@@ -25,6 +25,11 @@ public:
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
 
+    /// Has an element reported as though a link led to it. @param element  may be kNoElement
+    void Report(ElementIndex element) {
+        if (element != kNoElement) linkTargets_.insert(element);
+    }
+
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
     /// @param viewport  of the root, in px
