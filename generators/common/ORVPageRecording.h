@@ -75,6 +75,8 @@ public:
     /// can go on.
     [[nodiscard]] int ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
                                   const ORVMathAffine2D& map = {});
+    /// What of the coordinates all that was recorded so far reaches; parts that are open count as they are.
+    ORVMathBox2D GetBox() const { return bodies_.front().box.Whole(); }
     /// How far a call reaches at most.
     static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
     static ORVMathBox2D BoxOf(const ORVPrintText& text);

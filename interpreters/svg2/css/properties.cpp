@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "interpreters/svg2/css/selectors.h"
+#include "interpreters/svg2/values/filter_list.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/system/ORVPrintLimits.h"
 
@@ -409,9 +410,15 @@ bool ReadRaw(Text text, Text& raw) {
     return true;
 }
 
-/// A reference, a list of functions, or none of them.
-bool ReadFilterText(Text text, Text& raw) {
+/// A reference, or none.
+bool ReadReferenceText(Text text, Text& raw) {
     return (Is(text, "none") || text.find('(') != Text::npos) && ReadRaw(text, raw);
+}
+
+/// A list of references and functions, or none of them.
+bool ReadFilterText(Text text, const Context& context, Text& raw) {
+    std::vector<FilterFunction> list;
+    return ReadFilterList(text, context.sizes, list) && ReadRaw(text, raw);
 }
 
 bool ReadClipText(Text text, Text& raw) {
@@ -524,7 +531,7 @@ const PropertyRow kRows[] = {
     {Name::kFill, true, ORV_READ(ReadPaint(t, s.fill)), Copy<&Style::fill>},
     {Name::kFillOpacity, true, ORV_READ(ReadOpacity(t, s.fillOpacity)), Copy<&Style::fillOpacity>},
     {Name::kFillRule, true, ORV_READ(ReadEvenOdd(t, s.fillIsEvenOdd)), Copy<&Style::fillIsEvenOdd>},
-    {Name::kFilter, false, ORV_READ(ReadFilterText(t, s.filter)), Copy<&Style::filter>},
+    {Name::kFilter, false, ORV_READ(ReadFilterText(t, c, s.filter)), Copy<&Style::filter>},
     {Name::kFloodColor, false, ORV_READ(ReadColourValue(t, s.floodColour)), Copy<&Style::floodColour>},
     {Name::kFloodOpacity, false, ORV_READ(ReadOpacity(t, s.floodOpacity)), Copy<&Style::floodOpacity>},
     {Name::kFont, true, ORV_READ(!c.isAttribute && ReadFont(t, c, s)),
@@ -562,7 +569,7 @@ const PropertyRow kRows[] = {
          to.markerMid = from.markerMid;
          to.markerEnd = from.markerEnd;
      }},
-    {Name::kMask, false, ORV_READ(ReadFilterText(t, s.mask)), Copy<&Style::mask>},
+    {Name::kMask, false, ORV_READ(ReadReferenceText(t, s.mask)), Copy<&Style::mask>},
     {Name::kMaskType, false,
      ORV_READ((Is(t, "alpha") || Is(t, "luminance")) && (s.isOpacityMask = Is(t, "alpha"), true)),
      Copy<&Style::isOpacityMask>},
