@@ -9,7 +9,7 @@ struct FilterBlur {
     double sigmaX = 0.0, sigmaY = 0.0;
 };
 
-inline constexpr double kLargestFilterSigma = 5000.0;
+inline constexpr double kLargestFilterSigma = 4900.0;
 
 /// How far a blur carries a pixel, at most: by so much an input should be larger than what is asked for.
 int FilterBlurReach(double sigma);

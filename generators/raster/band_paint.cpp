@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "generators/raster/band_renderer.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "generators/raster/curve_flattening.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 #include "platform/mathematics/constants.h"
 
 namespace {

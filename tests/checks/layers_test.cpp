@@ -79,6 +79,9 @@ const std::map<std::string, Layers> kMayKnow{
                        "interpreters/svg2/filters", "interpreters/svg2/drawing"})},
 
     {"generators/common", kDrawing},
+    // Pixels only: what they are of, and where they go, is the raster's business.
+    {"generators/filters",
+     {"platform/system", "platform/mathematics", "platform/print", "generators/common"}},
     {"generators/raster", Below(kDrawing, {"generators/common"})},
     {"generators/cairo", Below(kDrawing, {"generators/common"})},
     {"generators/pdf", Below(kDrawing, {"generators/common"})},
