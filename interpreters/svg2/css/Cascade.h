@@ -63,7 +63,7 @@ private:
     SelectorMatcher matcher_;
     const std::uint64_t stepLimit_;
     Medium medium_;
-    double rootFontSize_ = 12.0;
+    double rootFontSize_ = InitialStyle().fontSize;
     std::size_t substituted_ = 0;
     std::deque<std::string> texts_;  // that values of variables and stripped comments stand in
     std::vector<StyleSheets::Match> matches_;
