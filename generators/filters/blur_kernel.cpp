@@ -6,14 +6,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
 #include "generators/common/lanes.h"
 
 namespace {
 
 constexpr int kLanes = 8;
-constexpr double kSmallestBoxSigma = 2.0;
+// Below, the nearest odd widths of boxes may be off by more than can be tolerated.
+constexpr double kSmallestBoxSigma = 3.0;
 // What is less changes no pixel by a level of 8 bits.
 constexpr double kSmallestSigma = 0.03;
 constexpr int kWeightSum = 32768;
@@ -106,18 +106,21 @@ BlurKernel::BlurKernel(double sigma) {
         return;
     }
     kind = Kind::kBoxes;
-    // A box of width w has a variance of (w^2 - 1) / 12. Of the odd widths around the one that three equal
-    // boxes would need, those whose sum of variances is nearest.
-    const double variance = 12.0 * sigma * sigma + 3.0;
-    const int lower = (static_cast<int>(std::sqrt(variance / 3.0)) - 1) / 2 * 2 + 1, upper = lower + 2;
+    // A box of width w has a variance of (w^2 - 1) / 12. Three equal ones would be as wide as `middle`; of
+    // odd widths around it, those whose variances add up best, and of such the ones that differ least.
+    const double sum = 12.0 * sigma * sigma + 3.0;
+    const int middle = (static_cast<int>(std::sqrt(sum / 3.0)) - 1) / 2 * 2 + 1;
     double nearest = INFINITY;
-    for (const auto& [two, one] : {std::pair{lower, lower}, {lower, upper}, {upper, lower}, {upper, upper}}) {
-        const double miss = std::abs(2.0 * two * two + 1.0 * one * one - variance);
-        if (miss >= nearest) continue;
-        nearest = miss;
-        box = two;
-        third = one;
-    }
+    for (int two = std::max(1, middle - 4); two <= middle + 6; two += 2)
+        for (int one = std::max(1, two - std::min(8, two / 2)) | 1; one <= two + std::min(8, two / 2);
+             one += 2) {
+            const double miss =
+                std::abs(2.0 * two * two + 1.0 * one * one - sum) + 0.15 * (one - two) * (one - two);
+            if (miss >= nearest) continue;
+            nearest = miss;
+            box = two;
+            third = one;
+        }
     reach = (2 * box + third - 3) / 2;
 }
 

@@ -12,7 +12,7 @@ struct BlurKernel {
     explicit BlurKernel(double sigma);
 
     /// Sums of three boxes over full pixels fit 32 bits up to this standard deviation.
-    static constexpr double kLargestBoxSigma = 19.5;
+    static constexpr double kLargestBoxSigma = 20.0;
 
     Kind kind = Kind::kNone;
     int reach = 0;  ///< pixels to either side that count

@@ -16,7 +16,7 @@ public:
     void Finish(int result);
 
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters | kContentLayers;
     }
     bool KeepsIdentifiers() const override { return true; }
     int BeginDocument(const ORVPrintDocumentInfo& info) override;

@@ -26,7 +26,7 @@ public:
     void Compute(ElementIndex element, const Style& parent, Style& style);
 
     /// Style that the root inherits from.
-    static Style InitialStyle() { return {}; }
+    static Style InitialStyle();
 
     /// What lengths of an element refer to.
     UnitSizes SizesOf(const Style& style) const;
@@ -63,7 +63,7 @@ private:
     SelectorMatcher matcher_;
     const std::uint64_t stepLimit_;
     Medium medium_;
-    double rootFontSize_ = 12.0;
+    double rootFontSize_ = InitialStyle().fontSize;
     std::size_t substituted_ = 0;
     std::deque<std::string> texts_;  // that values of variables and stripped comments stand in
     std::vector<StyleSheets::Match> matches_;

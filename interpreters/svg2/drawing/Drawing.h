@@ -26,6 +26,14 @@ public:
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
 
+    /// Has an element reported as though a link led to it. @param element  may be kNoElement
+    void Report(ElementIndex element) {
+        if (element != kNoElement) linkTargets_.insert(element);
+    }
+
+    /// Has layers of the document's editor reported, hidden ones where the generator can hide them.
+    void ReportContentLayers();
+
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
     /// @param viewport  of the root, in px
@@ -51,7 +59,8 @@ private:
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
     void DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
-    void BeginGroups(ElementIndex element);
+    void BeginGroups(ElementIndex element, const Style& style);
+    bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----
     /// Begins the layer and the clips of an element.
@@ -130,6 +139,7 @@ private:
     std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_;
+    bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 
 }  // namespace svg2
