@@ -95,8 +95,12 @@ public:
         const FilterPixels& map = See(1);
         return DisplaceFilterPixels(Find(0), map, InPixels(displacement, Grid()), box_);
     }
+    // The numbers of the light's colour count as they are, as renderers agree.
     FilterPixels operator()(const ORVFilterLighting& lighting) {
-        return LightFilterPixels(Find(0), InPixels(lighting, Grid(), AreaOf(0)), colours_, box_);
+        FilterPixels lit =
+            LightFilterPixels(Find(0), InPixels(lighting, Grid(), AreaOf(0)), FilterColours::kSrgb, box_);
+        lit.SetColours(colours_);
+        return lit;
     }
     int GetStatus() const { return status_; }
 

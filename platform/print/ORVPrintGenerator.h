@@ -255,7 +255,7 @@ public:
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
 
     /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
-    /// may be none. Filters nest, and cross nothing else. They do not occur in symbols.
+    /// may be none. Filters nest, and cross nothing else.
     [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
     /// Ends the innermost filter.
     [[nodiscard]] virtual int EndFilter() { return 1; }
