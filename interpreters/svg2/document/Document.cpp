@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include "platform/system/ORVPrintLimits.h"
+
 namespace svg2 {
 namespace {
 
@@ -38,6 +40,20 @@ std::array<std::optional<AttributeName>, static_cast<std::size_t>(Name::kCount)>
             known[static_cast<std::size_t>(*name)] = attribute;
     }
     return known;
+}
+
+/// What an element brings to read each time it is drawn. A reference is followed, not read.
+std::uint16_t PayloadOf(const ORVXmlNode& node) {
+    std::size_t bytes = node.GetText().size();
+    const std::uint32_t knownCount = ORVCountBits(node.known);
+    for (std::uint32_t i = 0; i < knownCount; ++i) bytes += node.texts->Get(node.attributeTexts[i]).size();
+    for (std::uint32_t i = knownCount; i < node.attributeCount; ++i) {
+        const ORVXmlAttribute attribute = node.GetAttribute(i);
+        bytes += attribute.name.size() + (attribute.name.ends_with("href") ? 0 : attribute.value.size());
+    }
+    bytes -= node.Value(AttributeName::kXlinkHref).size();
+    constexpr std::size_t kMost = std::numeric_limits<std::uint16_t>::max();
+    return static_cast<std::uint16_t>(std::min<std::size_t>(bytes / kPayloadUnit, kMost));
 }
 
 }  // namespace
@@ -108,6 +124,8 @@ void Document::Builder::Open(const ORVXmlNode& node, Tag tag, std::size_t bindin
     Element element;
     element.node = &node;
     element.tag = tag;
+    element.payload = PayloadOf(node);
+    document_.payload_ += element.payload;
     if (!levels_.empty()) {
         Level& parent = levels_.back();
         element.parent = parent.element;

@@ -2,6 +2,7 @@
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/page_size.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintModelRender.h"
 
 namespace svg2 {
 namespace {
@@ -17,9 +18,14 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
     if (style.visibility != Visibility::kVisible || state.isWithinClip) return;
     const std::string_view reference = Trim(scene_.GetDocument().ValueOf(element, Name::kHref));
     if (reference.empty()) return;
-    const ImageContent& content = images_.Find(reference);
+    ImageContent& content = images_.Find(reference);
     NaturalSize natural;
     if (content.pixels) {
+        if (!content.isCounted && !budget_.TakePixels(*content.pixels)) {
+            Do(ORVPrintModelRender::kTooManyPixels);
+            return;
+        }
+        content.isCounted = true;
         natural = {static_cast<double>(content.pixels->GetWidth()),
                    static_cast<double>(content.pixels->GetHeight())};
     } else if (content.drawing) {
@@ -55,13 +61,17 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
 }
 
 // A drawing within the drawing: with its own styles, and without ways out.
-void Drawing::DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                            const DrawState& state) {
     const Viewport size = FindImageSize(*content.drawing);
-    Scene scene(*content.drawing, Medium{size.width, size.height});
-    Images images({}, images_.GetDepth() + 1);
-    Drawing inner(scene, generator_, budget_, images, fonts_);
     if (!IsInvertible(state.toPage)) return;
+    if (!content.scene) {
+        budget_.AllowFor(*content.drawing);
+        content.scene = std::make_unique<Scene>(*content.drawing, Medium{size.width, size.height},
+                                                scene_.GetCascade().GetWork());
+        content.images = std::make_unique<Images>(ORVUnicodeString(), images_.GetDepth() + 1);
+    }
+    Drawing inner(*content.scene, generator_, budget_, *content.images, fonts_);
     // Its size is the viewport, or, with a view box, that of the place that it fills.
     const Rectangle natural{0.0, 0.0, size.width, size.height};
     BeginRectangle(place, state.toPage);
