@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "interpreters/svg2/document/names.h"
@@ -75,7 +76,7 @@ private:
     std::vector<Element> elements_;
     std::uint64_t payload_ = 0;
     std::unordered_map<std::string_view, ElementIndex> ids_;
-    std::vector<std::string_view> xlinkPrefixes_, editorPrefixes_;
+    std::unordered_set<std::string_view> xlinkPrefixes_, editorPrefixes_;
 };
 
 template <class Use>

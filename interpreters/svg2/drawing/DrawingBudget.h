@@ -35,7 +35,8 @@ public:
     /// Counts an image that is shown for the first time; what its file pays for is free.
     /// @return false when there have been too many pixels
     bool TakePixels(const ORVPixelImage& image) {
-        const auto pixels = static_cast<std::uint64_t>(image.GetWidth()) * image.GetHeight();
+        const auto width = static_cast<std::uint64_t>(image.GetWidth());
+        const std::uint64_t pixels = width * static_cast<std::uint64_t>(image.GetHeight());
         const std::uint64_t free = image.GetFileSize() * kPixelsPerFileByte;
         return pixels <= free || Take(pixelsLeft_, pixels - free);
     }
