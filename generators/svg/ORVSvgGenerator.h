@@ -29,7 +29,7 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
-    unsigned int GetPowers() const override { return kAllPowers; }
+    unsigned int GetPowers() const override { return kAllPowers | kContentLayers; }
     int BeginClipPath(const ORVPrintClipPath& clip) override;
     int EndClipPath() override { return EndClip(); }
     int BeginLayer(const ORVPrintLayer& layer) override;

@@ -23,6 +23,18 @@ int PlacesFor(double scale) {
     return std::clamp(SvgSpace().places + static_cast<int>(std::ceil(std::log10(scale))), 1, kSvgMostPlaces);
 }
 
+/// A layer as editors of SVG write it.
+void AppendLayer(std::string& attributes, const ORVPrintContentLayer& layer) {
+    attributes +=
+        " xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" inkscape:groupmode=\"layer\"";
+    AppendXmlAttribute(attributes, "inkscape:label", layer.label);
+    if (layer.isLocked)
+        attributes +=
+            " xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\" "
+            "sodipodi:insensitive=\"true\"";
+    if (!layer.isShown) attributes += " style=\"display:none\"";
+}
+
 /// Where a group leads; empty when nowhere, or when what is there would run.
 std::string AddressOf(const ORVPrintGroup& group) {
     if (!group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL)) return std::string(group.linkURL);
@@ -102,6 +114,7 @@ void SvgPage::BeginGroup(const ORVPrintGroup& group) {
         AppendLink(attributes, address, group.linkShow);
         isInsideLink_ = true;
     }
+    if (group.layer) AppendLayer(attributes, *group.layer);
     if (attributes.empty() && group.description.empty()) {
         open_.push_back(Open::kNothing);
         return;

@@ -9,6 +9,7 @@
 #include "platform/system/ORVBaseObject.h"
 
 class ORVPixelImage;
+struct ORVPrintFilter;
 struct ORVPrintPath;
 struct ORVTextLayout;
 
@@ -121,6 +122,13 @@ struct ORVPrintPageInfo {
     std::string_view label;
 };
 
+/// A layer of the drawing as its editor has them, which viewers can show and hide.
+struct ORVPrintContentLayer {
+    std::string_view label;  ///< UTF-8, not empty
+    bool isShown = true;     ///< to begin with
+    bool isLocked = false;   ///< whether viewers leave it as it is
+};
+
 /// A part of the page that belongs together, a single shape that links lead to among them: its texts and the
 /// target of its link, all perhaps empty.
 struct ORVPrintGroup {
@@ -131,6 +139,8 @@ struct ORVPrintGroup {
     std::string_view linkURL;   ///< where the link leads outside of the drawing; empty for nowhere
     int linkShow = 0;           ///< ORVPrintLinkShow
     bool isLinkTarget = false;  ///< a link leads to this id; true for the first place that bears it
+    /// Null when the group is no layer. Layers nest. They do not occur in masks, clips and symbols.
+    const ORVPrintContentLayer* layer = nullptr;
 };
 
 /// A region that content is cut to: the inside of an outline.
@@ -214,13 +224,16 @@ public:
 
     /// What a generator can say by itself, as flags. What it cannot, others do for it (see flatten/), or the
     /// content is drawn more plainly: gradients as their first colour, content of layers as if there were no
-    /// layer, clips by the box around their outline.
+    /// layer, clips by the box around their outline, and content of filters as it is.
     enum Power : unsigned int {
         kGradients = 1,  ///< in fills and strokes, of texts, too
         kClipPaths = 2,
         kLayers = 4,      ///< with opacity
         kBlendModes = 8,  ///< of layers
         kMasks = 16,      ///< of layers
+        kFilters = 32,
+        /// Groups that are layers of the drawing can be hidden. Others get no hidden ones.
+        kContentLayers = 1U << 16U,
     };
     /// The flags of what this generator can say; the same as long as the document is open.
     virtual unsigned int GetPowers() const { return 0; }
@@ -240,6 +253,19 @@ public:
     /// Ends the mask; the content of its layer follows.
     [[nodiscard]] virtual int EndMask() { return 1; }
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
+
+    /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
+    /// may be none. Filters nest, and cross nothing else. They do not occur in symbols.
+    [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
+    /// Ends the innermost filter.
+    [[nodiscard]] virtual int EndFilter() { return 1; }
+    /// What comes until EndFilterInput is the next input of the filter that has just begun. Links and
+    /// identifiers do not occur in it.
+    /// @return kSkipInput when the generator has no filters: neither content nor EndFilterInput follow
+    [[nodiscard]] virtual int BeginFilterInput() { return kSkipInput; }
+    /// Ends the input.
+    [[nodiscard]] virtual int EndFilterInput() { return 1; }
+    static constexpr int kSkipInput = 2;  ///< of BeginFilterInput: there are no filters
 
     /// Announces content that may have been drawn before. Generators that store such content once return
     /// kDrawSymbol when it is new: it follows in the symbol's coordinates, ended by EndSymbol; or

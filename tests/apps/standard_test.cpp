@@ -27,6 +27,22 @@ protected:
     }
 };
 
+TEST_F(StandardTest, TheExamplesPrintWithNothingLost) {
+    unsigned int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(Example("standard"))) {
+        const std::string path = entry.path();
+        const ToolRun check = Run({"check", "--interpreter", "svg2", path});
+        EXPECT_EQ(check.exitCode, 0) << check.output;
+        EXPECT_EQ(Run({path, "--interpreter", "svg2", "-o", "o.pdf"}).exitCode, 0) << path;
+        EXPECT_THAT(RunProgram({"pdfimages", "-list", "o.pdf"}).output, Not(HasSubstr("image "))) << path;
+        EXPECT_THAT(ReadFile("o.pdf"), testing::StartsWith("%PDF"));
+        const std::string picture = entry.path().stem().string() + ".png";
+        EXPECT_TRUE(std::filesystem::exists(ORV_SOURCE_PATH "/docs/gallery/" + picture)) << picture;
+        ++count;
+    }
+    EXPECT_GE(count, 3U);
+}
+
 TEST_F(StandardTest, TheOptionChoosesTheInterpreter) {
     WriteFile("a.svg", kStandard);
     const std::vector<std::vector<std::string>> choices{{"--interpreter", "svg2"}, {"--interpreter", "SVG2"}};

@@ -193,6 +193,11 @@ int CallDump::BeginGroup(const ORVPrintGroup& group) {
     WriteText("description", group.description);
     WriteText("link", group.linkURL);
     WriteText("linkElement", group.linkElementId);
+    if (group.layer) {
+        WriteText("layer", group.layer->label);
+        if (!group.layer->isShown) WriteText("state", "hidden");
+        if (group.layer->isLocked) WriteText("lock", "locked");
+    }
     return OpenContent();
 }
 

@@ -15,7 +15,7 @@ public:
     void Finish(int result);
 
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kContentLayers;
     }
     bool KeepsIdentifiers() const override { return true; }
     int BeginDocument(const ORVPrintDocumentInfo& info) override;

@@ -29,7 +29,7 @@ public:
     void Compute(ElementIndex element, const Style& parent, Style& style);
 
     /// Style that the root inherits from.
-    static Style InitialStyle() { return {}; }
+    static Style InitialStyle();
 
     /// What lengths of an element refer to.
     UnitSizes SizesOf(const Style& style) const;
@@ -65,7 +65,7 @@ private:
     StyleSheets sheets_;
     SelectorMatcher matcher_;
     Medium medium_;
-    double rootFontSize_ = 12.0;
+    double rootFontSize_ = InitialStyle().fontSize;
     std::deque<std::string> texts_;  // that values of variables and stripped comments stand in
     std::vector<StyleSheets::Match> matches_;
     std::vector<Candidate> candidates_;

@@ -54,6 +54,8 @@ public:
     std::string_view ValueOf(ElementIndex element, Name name) const {
         return Find(element, name).value_or(std::string_view());
     }
+    /// Whether the document declares the namespace of an editor, so that it may have pages and layers.
+    bool HasEditorNames() const { return !editorPrefixes_.empty(); }
     /// Calls `use(Name, value)` for each property that the element's attributes state, in no certain order.
     template <class Use>
     void ForEachProperty(ElementIndex element, Use use) const;

@@ -50,6 +50,12 @@ public:
     int DrawImage(const ORVPrintImage& image) override {
         return EndKept() ? generator_.DrawImage(image) : status_;
     }
+    int BeginFilter(const ORVPrintFilter& filter) override {
+        return EndKept() ? generator_.BeginFilter(filter) : status_;
+    }
+    int EndFilter() override { return EndKept() ? generator_.EndFilter() : status_; }
+    int BeginFilterInput() override { return EndKept() ? generator_.BeginFilterInput() : status_; }
+    int EndFilterInput() override { return EndKept() ? generator_.EndFilterInput() : status_; }
     int EndPage() override { return EndKept() ? generator_.EndPage() : status_; }
     int EndDocument() override { return generator_.EndDocument(); }
 

@@ -88,7 +88,8 @@ void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawS
     if (!MayDescend(state.depth) || !TakeElement(element)) return;
     Style& style = StyleAt(state.depth);
     scene_.GetCascade().Compute(element, parent, style);
-    if (!style.isDisplayed || !PassesConditions(scene_.GetDocument(), element)) return;
+    if (!style.isDisplayed && !(reportsHiddenLayers_ && IsContentLayer(element))) return;
+    if (!PassesConditions(scene_.GetDocument(), element)) return;
     DrawStyled(element, style, state);
 }
 
@@ -101,17 +102,39 @@ void Drawing::DrawStyled(ElementIndex element, const Style& style, const DrawSta
     if (!IsInvertible(state.toPage)) return;
 
     const std::size_t mark = ends_.size();
-    BeginGroups(element);
+    BeginGroups(element, style);
     if (BeginEffects(element, style, state)) DrawContent(element, style, state);
     EndBack(mark);
 }
 
-void Drawing::BeginGroups(ElementIndex element) {
+void Drawing::ReportContentLayers() {
+    reportsLayers_ = scene_.GetDocument().HasEditorNames();
+    reportsHiddenLayers_ =
+        reportsLayers_ && (generator_.GetPowers() & ORVPrintGenerator::kContentLayers) != 0;
+}
+
+// What is used again stands in several layers, and is none itself.
+bool Drawing::IsContentLayer(ElementIndex element) const {
+    const Document& document = scene_.GetDocument();
+    return reportsLayers_ && document[element].tag == Tag::kG && uses_.empty() && active_.empty() &&
+           document.ValueOf(element, Name::kGroupmode) == "layer" &&
+           !document.ValueOf(element, Name::kLabel).empty();
+}
+
+void Drawing::BeginGroups(ElementIndex element, const Style& style) {
     const Document& document = scene_.GetDocument();
     const Tag tag = document[element].tag;
     const bool isTarget = !linkTargets_.empty() && linkTargets_.erase(element) > 0;
-    if (tag != Tag::kA && !isTarget && !(keepsIdentifiers_ && tag == Tag::kG)) return;
+    const bool isLayer = IsContentLayer(element);
+    if (tag != Tag::kA && !isTarget && !isLayer && !(keepsIdentifiers_ && tag == Tag::kG)) return;
     ORVPrintGroup group;
+    ORVPrintContentLayer layer;
+    if (isLayer) {
+        layer.label = document.ValueOf(element, Name::kLabel);
+        layer.isShown = style.isDisplayed;
+        layer.isLocked = document.ValueOf(element, Name::kInsensitive) == "true";
+        group.layer = &layer;
+    }
     if (isTarget || keepsIdentifiers_) group.id = document.ValueOf(element, Name::kId);
     group.isLinkTarget = isTarget;
     if (tag == Tag::kA) {
@@ -121,7 +144,7 @@ void Drawing::BeginGroups(ElementIndex element) {
         else if (document.FindByReference(href) != kNoElement)
             group.linkElementId = href.substr(1);
     }
-    if (group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
+    if (!isLayer && group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
     if (Do(generator_.BeginGroup(group))) ends_.push_back(End::kGroup);
 }
 
