@@ -33,7 +33,8 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       bounds_(scene, budget, fonts),
       paints_(scene),
       fonts_(fonts),
-      linkTargets_(FindLinkTargets(scene.GetDocument())),
+      linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
+                                          : std::unordered_set<ElementIndex>()),
       keepsIdentifiers_(generator.KeepsIdentifiers()) {}
 
 // Styles lie beside the stack, which deep documents need for their levels.
@@ -41,6 +42,16 @@ Style& Drawing::StyleAt(int depth) {
     const auto level = static_cast<std::size_t>(depth);
     while (styles_.size() <= level) styles_.push_back(std::make_unique<Style>());
     return *styles_[level];
+}
+
+bool Drawing::TakeElement(ElementIndex element) {
+    const bool isWithin =
+        budget_.TakeElement(scene_.GetDocument()[element].payload) && scene_.GetCascade().IsWithinBudget();
+    return isWithin || Do(ORVPrintModelRender::kTooManyRepeats);
+}
+
+bool Drawing::MayDescend(int depth) {
+    return depth < DrawingBudget::kGreatestDepth || Do(ORVPrintModelRender::kTooManyRepeats);
 }
 
 bool Drawing::Enter(ElementIndex definition) {
@@ -74,10 +85,7 @@ void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawS
             if (!IsShape(scene_.GetDocument()[element].tag)) return;
     }
     if (IsStopped()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(element)) return;
     Style& style = StyleAt(state.depth);
     scene_.GetCascade().Compute(element, parent, style);
     if (!style.isDisplayed && !(reportsHiddenLayers_ && IsContentLayer(element))) return;
@@ -196,10 +204,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     const ElementIndex target = FindUseTarget(document, element);
     // What leads to itself draws nothing.
     if (target == kNoElement || std::find(uses_.begin(), uses_.end(), target) != uses_.end()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
     if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;

@@ -57,7 +57,7 @@ private:
     void DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state, ElementIndex use,
                            const Style* useStyle);
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
-    void DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+    void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
     void BeginGroups(ElementIndex element, const Style& style);
     bool IsContentLayer(ElementIndex element) const;
@@ -85,8 +85,8 @@ private:
     [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& state);
     void EndFiltering();
     void DrawFilterImage(const FilterImage& image, const DrawState& state);
-    void PlaceImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
-                    bool cuts, std::string_view id, const DrawState& state);
+    void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
+                    std::string_view id, const DrawState& state);
 
     // ---- shapes (shape_drawing.cpp) ----
     void DrawShape(ElementIndex element, const Style& style, const DrawState& state);
@@ -117,6 +117,12 @@ private:
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
+    /// True for content that may be drawn elsewhere, too.
+    bool IsRepeated() const { return !uses_.empty() || !active_.empty(); }
+    /// Counts an element that is to be drawn. @return false when there have been too many, which is noted
+    [[nodiscard]] bool TakeElement(ElementIndex element);
+    /// @return false when levels lie too deep within each other, which is noted
+    [[nodiscard]] bool MayDescend(int depth);
     /// Notes that a definition is being drawn. @return false when too many lie within each other
     bool Enter(ElementIndex definition);
     void Leave() { active_.pop_back(); }

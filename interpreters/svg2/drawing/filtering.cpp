@@ -69,7 +69,7 @@ void Drawing::DrawFilterImage(const FilterImage& image, const DrawState& outer) 
     ++state.depth;
     state.context = nullptr;
     if (!reference.starts_with('#')) {
-        const ImageContent& content = images_.Find(reference);
+        ImageContent& content = images_.Find(reference);
         const Rectangle& place = image.subregion;
         if ((content.pixels || content.drawing) && place.width > 0.0 && place.height > 0.0)
             PlaceImage(content, place,
