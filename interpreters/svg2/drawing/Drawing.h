@@ -24,6 +24,9 @@ public:
     /// All must outlive the drawing.
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
+    ~Drawing();
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
 
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
