@@ -35,7 +35,11 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       fonts_(fonts),
       linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
                                           : std::unordered_set<ElementIndex>()),
-      keepsIdentifiers_(generator.KeepsIdentifiers()) {}
+      keepsIdentifiers_(generator.KeepsIdentifiers()) {
+    scene.SetBoxes(&bounds_);
+}
+
+Drawing::~Drawing() { scene_.SetBoxes(nullptr); }
 
 // Styles lie beside the stack, which deep documents need for their levels.
 Style& Drawing::StyleAt(int depth) {
@@ -207,17 +211,13 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
-    if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;
+    if (!IsShownByUse(document, target, targetStyle)) return;
 
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;
     DrawState inner = state;
     ++inner.depth;
-    inner.toPage =
-        state.toPage *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
-        transform;
+    inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
     const bool isOuterUse = !state.context;
     ContextPaints context;
