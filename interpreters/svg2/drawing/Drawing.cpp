@@ -191,12 +191,10 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
                                      scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
         transform;
     if (!IsInvertible(inner.toPage)) return;
-    const bool isOuterUse = !state.context;
-    ContextPaints context;
-    if (isOuterUse && !state.isWithinClip) {
-        context = {&style, {}, state.viewport, state.toPage, nullptr};
-        inner.context = &context;
-    }
+    const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
+    const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,
+                                state.context};
+    if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
     if (BeginEffects(target, targetStyle, inner)) {

@@ -51,6 +51,7 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
         drawing_.paints_.MakeStroke(place, opacity, strokePaint);
         hasStroke = (strokePaint.kind == Kind::kColour || strokePaint.kind == Kind::kGradient) &&
                     drawing_.paints_.MakePen(style, state.viewport, 1.0, stroke);
+        stroke.isCrisp = false;  // shapes only have crisp edges
         stroke.colour = strokePaint.colour;
         stroke.gradient = strokePaint.GetGradient();
     }

@@ -131,7 +131,9 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
         units == Units::kBoundingBox ? state.toPage * OfBox(box) : state.toPage;
 
     ORVPrintMask drawn;
-    drawn.kind = maskStyle.isOpacityMask ? ORVPrintMask::Kind::kOpacity : ORVPrintMask::Kind::kLuminance;
+    drawn.kind = maskStyle.isOpacityMask        ? ORVPrintMask::Kind::kOpacity
+                 : maskStyle.interpolatesLinear ? ORVPrintMask::Kind::kLinearLuminance
+                                                : ORVPrintMask::Kind::kLuminance;
     drawn.box = MapBox(regionToPage, region.Box());
     const int result = generator_.BeginMask(drawn);
     if (result == ORVPrintGenerator::kSkipMask) return true;

@@ -106,7 +106,7 @@ void Paints::Make(const Paint& paint, double opacity, const PaintPlace& place, M
     if (!context) return;
     const bool isFill = paint.kind == Paint::Kind::kContextFill;
     const PaintPlace there{*context->style, context->viewport, context->toPage, context->outer,
-                           [context] { return context->box; }};
+                           [context] { return context->box(); }};
     const double own = isFill ? context->style->fillOpacity : context->style->strokeOpacity;
     Make(isFill ? context->style->fill : context->style->stroke, opacity * own, there, made);
 }
@@ -117,6 +117,7 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     stroke.cap = style.cap;
     stroke.join = style.join;
     stroke.miterLimit = style.miterLimit;
+    stroke.isCrisp = style.hasCrispEdges;
     stroke.dashes = {};
     stroke.dashOffset = 0.0;
     if (!style.dashes || style.dashes->empty()) return true;
