@@ -5,7 +5,10 @@
 #include <CLI/CLI.hpp>
 
 #include <malloc.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
@@ -27,6 +30,7 @@
 #include "apps/orvprint/commands/print_command.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/sheet_options.h"
+#include "apps/orvprint/commands/size_options.h"
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
@@ -64,6 +68,22 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->envname("ORVPRINT_INTERPRETER")
         ->transform(CLI::IsMember({"SVG", "SVG2"}, CLI::ignore_case))
         ->option_text("SVG|SVG2");
+    command
+        .add_option("--language", options.languages,
+                    "Languages for systemLanguage, such as de,en (default: the locale's); svg2 only")
+        ->option_text("LIST")
+        ->check([](const std::string& text) {
+            const bool isRead = text.find_first_not_of(", ") != std::string::npos &&
+                                std::all_of(text.begin(), text.end(), [](char c) {
+                                    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' ||
+                                           c == ',' || c == ' ';
+                                });
+            return isRead ? std::string() : "'" + text + "' is not a list of languages, such as de,en-GB";
+        });
+    command.add_option("--font-size", options.fontSize, "Size in px of text that states no size; svg2 only")
+        ->option_text("PX [12]")
+        ->check(CLI::Range(0.1, 10000.0))
+        ->check(IsNumber());
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
         ->option_text("light|dom [light]");
@@ -142,7 +162,7 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
         ->option_text("N [cores]")
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
-    command.add_flag("--quiet", options.isQuiet, "Show no progress bar and no summary");
+    command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
 }
 
@@ -191,6 +211,8 @@ int Run(int argc, char** argv) {
     AddIgnoreOption(app, ignoredKinds)->needs(strict);
     SheetArguments sheet;
     AddSheetOptions(app, sheet);
+    SizeArguments size;
+    AddSizeOptions(app, size, print);
     AddReadOptions(app, print.read);
     CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
@@ -274,9 +296,11 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
+    if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
+        print.tellsLoss = !batch.isQuiet && print.output != "-" && isatty(STDERR_FILENO) == 1;
         return RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;

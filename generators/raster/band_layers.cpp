@@ -9,7 +9,7 @@
 
 #include "generators/raster/band_renderer.h"
 #include "generators/raster/blend_modes.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 

@@ -13,7 +13,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--interpreter --parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
@@ -23,7 +23,7 @@ _orvprint() {
         info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --format --pages --dpi --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
+        print) options="--output --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
@@ -47,7 +47,9 @@ _orvprint() {
         --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
-        --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
+        --zoom) _orvprint_words "0.5 2 3 4" ;;
+        --background) _orvprint_words "white black transparent" ;;
+        --width | --height | --export-id | --language | --font-size | --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
             --ignore | -j | --jobs) ;;
         *)
             case $current in

@@ -9,6 +9,7 @@
 #include "platform/system/ORVBaseObject.h"
 
 class ORVPixelImage;
+struct ORVPrintFilter;
 struct ORVPrintPath;
 struct ORVTextLayout;
 
@@ -218,13 +219,14 @@ public:
 
     /// What a generator can say by itself, as flags. What it cannot, others do for it (see flatten/), or the
     /// content is drawn more plainly: gradients as their first colour, content of layers as if there were no
-    /// layer, clips by the box around their outline.
+    /// layer, clips by the box around their outline, and content of filters as it is.
     enum Power : unsigned int {
         kGradients = 1,  ///< in fills and strokes, of texts, too
         kClipPaths = 2,
         kLayers = 4,      ///< with opacity
         kBlendModes = 8,  ///< of layers
         kMasks = 16,      ///< of layers
+        kFilters = 32,
     };
     /// The flags of what this generator can say; the same as long as the document is open.
     virtual unsigned int GetPowers() const { return 0; }
@@ -244,6 +246,19 @@ public:
     /// Ends the mask; the content of its layer follows.
     [[nodiscard]] virtual int EndMask() { return 1; }
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
+
+    /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
+    /// may be none. Filters nest, and cross nothing else. They do not occur in symbols.
+    [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
+    /// Ends the innermost filter.
+    [[nodiscard]] virtual int EndFilter() { return 1; }
+    /// What comes until EndFilterInput is the next input of the filter that has just begun. Links and
+    /// identifiers do not occur in it.
+    /// @return kSkipInput when the generator has no filters: neither content nor EndFilterInput follow
+    [[nodiscard]] virtual int BeginFilterInput() { return kSkipInput; }
+    /// Ends the input.
+    [[nodiscard]] virtual int EndFilterInput() { return 1; }
+    static constexpr int kSkipInput = 2;  ///< of BeginFilterInput: there are no filters
 
     /// Announces content that may have been drawn before. Generators that store such content once return
     /// kDrawSymbol when it is new: it follows in the symbol's coordinates, ended by EndSymbol; or

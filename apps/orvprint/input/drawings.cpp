@@ -27,6 +27,7 @@
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintModule.h"
+#include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/files.h"
 #include "platform/xml/ORVLightXml.h"
@@ -234,10 +235,11 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
         return Report(InputName(path), ORVFailure::Of(ORVFailureReason::kOutOfMemory,
                                                       "could not be turned into pages; out of memory"));
     std::vector<PageFacts> pages = FactsOfPages(*model);
+    const std::uint32_t unread = document.GetTree() ? document.GetTree()->GetUnreadElements() : 0;
     model = nullptr;  // a last print takes it apart
     if (pages.empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
-    return use({interpreter, std::move(pages), isOnly});
+    return use({interpreter, std::move(pages), isOnly, unread});
 }
 
 /// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
@@ -272,6 +274,18 @@ int UseStandardDrawings(const std::string& path, const ReadOptions& options, con
         if (code != kExitDone) return code;
     }
     return kExitDone;
+}
+
+/// The words between commas, in lower case.
+std::vector<std::string> SplitLanguages(std::string_view list) {
+    std::vector<std::string> languages;
+    std::string language;
+    for (const char c : list) {
+        if (c == ',' && !language.empty()) languages.push_back(std::exchange(language, {}));
+        if (c != ',' && c != ' ') language += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    if (!language.empty()) languages.push_back(language);
+    return languages;
 }
 
 }  // namespace
@@ -322,6 +336,7 @@ int ApplyReadOptions(const ReadOptions& options) {
     else
         setenv(kWithoutDOM, "1", 1);
     SetTimeLimit(options.timeLimit);
+    ORVPrintPreferences::Set({SplitLanguages(options.languages), options.fontSize});
     return ApplyLimits(options.limits);
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -40,6 +41,12 @@ Cascade::Cascade(const Document& document, const Medium& medium)
       matcher_(document),
       stepLimit_(kFreeSteps + kStepsPerElement * document.GetCount()),
       medium_(medium) {}
+
+Style Cascade::InitialStyle() {
+    Style style;
+    style.fontSize = ORVPrintPreferences::Get().fontSize;
+    return style;
+}
 
 UnitSizes Cascade::SizesOf(const Style& style) const {
     UnitSizes sizes;

@@ -26,7 +26,7 @@ public:
     void Compute(ElementIndex element, const Style& parent, Style& style);
 
     /// Style that the root inherits from.
-    static Style InitialStyle() { return {}; }
+    static Style InitialStyle();
 
     /// What lengths of an element refer to.
     UnitSizes SizesOf(const Style& style) const;

@@ -10,6 +10,7 @@
 #include "interpreters/svg2/drawing/DrawState.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
 #include "interpreters/svg2/drawing/Images.h"
+#include "interpreters/svg2/filters/FilterReader.h"
 #include "interpreters/svg2/paint/Paints.h"
 #include "interpreters/svg2/text/FontMetrics.h"
 #include "interpreters/svg2/tree/Scene.h"
@@ -25,6 +26,11 @@ public:
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
 
+    /// Has an element reported as though a link led to it. @param element  may be kNoElement
+    void Report(ElementIndex element) {
+        if (element != kNoElement) linkTargets_.insert(element);
+    }
+
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
     /// @param viewport  of the root, in px
@@ -36,7 +42,7 @@ private:
     friend class TextDrawing;
 
     /// What ends a part of the drawing that was begun.
-    enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath };
+    enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath, kFilter };
 
     // ---- walking (Drawing.cpp) ----
     void DrawElement(ElementIndex element, const Style& parent, const DrawState& state);
@@ -69,6 +75,14 @@ private:
     void EndBack(std::size_t mark);
     /// Share of the opacity that paints take themselves, where that spares a layer.
     double PaintOpacity(ElementIndex element, const Style& style) const;
+
+    // ---- filters (filtering.cpp) ----
+    /// Begins the filter of an element. @return false when nothing of the element shows
+    [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& state);
+    void EndFiltering();
+    void DrawFilterImage(const FilterImage& image, const DrawState& state);
+    void PlaceImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+                    bool cuts, std::string_view id, const DrawState& state);
 
     // ---- shapes (shape_drawing.cpp) ----
     void DrawShape(ElementIndex element, const Style& style, const DrawState& state);
@@ -118,6 +132,7 @@ private:
     std::vector<std::unique_ptr<Style>> styles_;  // by level
     std::vector<ElementIndex> uses_;              // targets that are being drawn
     std::vector<ElementIndex> active_;            // clips, masks, markers and patterns that are being drawn
+    std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_;
 };

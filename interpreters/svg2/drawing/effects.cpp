@@ -44,6 +44,7 @@ void Drawing::EndBack(std::size_t mark) {
             case End::kLayer: Do(generator_.EndLayer()); break;
             case End::kClip: Do(generator_.EndClip()); break;
             case End::kClipPath: Do(generator_.EndClipPath()); break;
+            case End::kFilter: EndFiltering(); break;
         }
     }
 }
@@ -70,7 +71,7 @@ double Drawing::PaintOpacity(ElementIndex element, const Style& style) const {
 bool Drawing::NeedsLayer(ElementIndex element, const Style& style) const {
     if (style.blend != ORVPrintBlendMode::kNormal || style.isIsolated) return true;
     if (style.opacity >= 1.0) return false;
-    if (ElementIndex mask = kNoElement; FindMask(style, mask)) return true;
+    if (ElementIndex mask = kNoElement; !style.filter.empty() || FindMask(style, mask)) return true;
     const bool isShape = IsShape(scene_.GetDocument()[element].tag);
     const bool hasOnePaint = style.fill.kind == Paint::Kind::kNone || style.stroke.kind == Paint::Kind::kNone;
     return !(isShape && hasOnePaint && !HasMarkers(element, style));
@@ -104,7 +105,8 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
             if (!shows) return false;
         }
     }
-    return style.clipPath.empty() || BeginClipping(element, style, state);
+    if (!style.clipPath.empty() && !BeginClipping(element, style, state)) return false;
+    return style.filter.empty() || BeginFiltering(element, style, state);
 }
 
 /// Draws the mask of the layer that has just begun.

@@ -38,19 +38,25 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
     if (!(place.width > 0.0) || !(place.height > 0.0)) return;
     const AspectRatio ratio =
         ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
+    PlaceImage(content, place, ratio, style.hidesOverflow,
+               keepsIdentifiers_ ? scene_.GetDocument().ValueOf(element, Name::kId) : std::string_view(), state);
+}
+
+/// Draws an image that can be read.
+/// @param cuts  whether what lies outside of the place is cut off
+void Drawing::PlaceImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+                         bool cuts, std::string_view id, const DrawState& state) {
     const std::size_t mark = ends_.size();
     if (content.drawing) {
         DrawSvgImage(content, place, ratio, state);
         EndBack(mark);
         return;
     }
-    if (style.hidesOverflow && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
-    const Rectangle pixels{0.0, 0.0, natural.width, natural.height};
-    const ORVMathAffine2D toPage = state.toPage * FitViewBox(pixels, ratio, place) *
-                                   ORVMathAffine2D::Scaling(natural.width, natural.height);
-    ORVPrintImage image{*content.pixels, toPage};
-    if (keepsIdentifiers_) image.id = scene_.GetDocument().ValueOf(element, Name::kId);
-    Do(generator_.DrawImage(image));
+    if (cuts && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
+    const double width = content.pixels->GetWidth(), height = content.pixels->GetHeight();
+    const ORVMathAffine2D toPage = state.toPage * FitViewBox({0.0, 0.0, width, height}, ratio, place) *
+                                   ORVMathAffine2D::Scaling(width, height);
+    Do(generator_.DrawImage({*content.pixels, toPage, id}));
     EndBack(mark);
 }
 

@@ -127,6 +127,8 @@ int DrawnDocument::DrawPages(const std::vector<unsigned int>& numbers, ORVPrintG
     DrawingBudget budget(parameters, document_->GetCount());
     TextFonts fonts;
     Drawing drawing(scene, generator, budget, images, fonts);
+    if (!parameters.GetReportedElement().IsEmpty())
+        drawing.Report(document_->FindById(parameters.GetReportedElement().GetView()));
     const std::string id(document_->ValueOf(Document::kRoot, Name::kId));
     unsigned int place = 0;
     for (const unsigned int number : numbers) {
