@@ -185,11 +185,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;
     DrawState inner = state;
     ++inner.depth;
-    inner.toPage =
-        state.toPage *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
-        transform;
+    inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
     const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
     const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,

@@ -143,10 +143,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     DrawState inner = state;
     inner.context = nullptr;
     ++inner.depth;
-    if (contentUnits == Units::kBoundingBox) {
-        inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = unit;
-    }
+    if (contentUnits == Units::kBoundingBox) inner.toPage = state.toPage * OfBox(box);
     const std::size_t mark = ends_.size();
     if (!IsAxisParallel(regionToPage)) BeginRectangle(region, regionToPage);
     // A mask may be masked and clipped itself.
@@ -218,7 +215,6 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
         const ORVMathBox2D box = bounds_.Of(element, style, state.viewport);
         if (!HasArea(box)) return false;
         inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = {1.0, 1.0};
     }
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(clip, clipStyle, inner.viewport, transform)) return false;
