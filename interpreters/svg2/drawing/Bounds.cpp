@@ -49,12 +49,10 @@ ORVMathBox2D Bounds::OfUse(ElementIndex element, const Style& style, const Viewp
     Style targetStyle;
     scene_.GetCascade().Compute(target, style, targetStyle);
     ORVMathAffine2D transform;
-    if (!targetStyle.isDisplayed || !scene_.TransformOf(target, targetStyle, viewport, transform)) return {};
-    const ORVMathAffine2D place =
-        map *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, viewport, Axis::kY)) *
-        transform;
+    if (!IsShownByUse(document, target, targetStyle) ||
+        !scene_.TransformOf(target, targetStyle, viewport, transform))
+        return {};
+    const ORVMathAffine2D place = map * transform;
     uses_.push_back(target);
     const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
     const ORVMathBox2D box =
@@ -95,7 +93,7 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
             if (!IsShape(tag)) return {};
             ORVPrintPath path;
             AddOutline(scene_, element, style, viewport, path);
-            return BoxOf(path, map);
+            return svg2::BoxOf(path, map);
         }
     }
 }

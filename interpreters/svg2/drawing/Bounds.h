@@ -12,7 +12,7 @@ namespace svg2 {
 
 /// Computes the boxes that units of clips, masks and paints refer to: those of outlines, without strokes,
 /// markers and clips.
-class Bounds {
+class Bounds final : public ElementBoxes {
 public:
     Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
         : scene_(scene), budget_(budget), fonts_(fonts) {}
@@ -22,6 +22,10 @@ public:
     ORVMathBox2D Of(ElementIndex element, const Style& style, const Viewport& viewport,
                     const ORVMathAffine2D& map = {}) {
         return OfContent(element, style, viewport, map, 0);
+    }
+
+    ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
+        return Of(element, style, viewport);
     }
 
 private:

@@ -34,7 +34,11 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       paints_(scene),
       fonts_(fonts),
       linkTargets_(FindLinkTargets(scene.GetDocument())),
-      keepsIdentifiers_(generator.KeepsIdentifiers()) {}
+      keepsIdentifiers_(generator.KeepsIdentifiers()) {
+    scene.SetBoxes(&bounds_);
+}
+
+Drawing::~Drawing() { scene_.SetBoxes(nullptr); }
 
 // Styles lie beside the stack, which deep documents need for their levels.
 Style& Drawing::StyleAt(int depth) {
@@ -179,7 +183,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     }
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
-    if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;
+    if (!IsShownByUse(document, target, targetStyle)) return;
 
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;

@@ -28,6 +28,9 @@ public:
     /// All must outlive the drawing.
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
+    ~Drawing();
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
 
     /// Has an element reported as though a link led to it. @param element  may be kNoElement
     void Report(ElementIndex element) {

@@ -34,7 +34,9 @@ ORVMathBox2D ContentBox(const Document& document) {
     const ORVPrintParameters parameters;
     DrawingBudget budget(parameters, document.GetCount());
     TextFonts fonts;
-    return Bounds(scene, budget, fonts).Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
+    Bounds bounds(scene, budget, fonts);
+    scene.SetBoxes(&bounds);
+    return bounds.Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
 }
 
 void PaintPage(const Style& root, const Page& page, ORVPrintGenerator& generator, int& status) {

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "apps/orvprint/input/gzip_input.h"
+#include "platform/system/gzip.h"
 
 #include <zlib.h>
 
 #include <algorithm>
 #include <new>
+
+#include "platform/system/ORVPrintLimits.h"
 
 namespace {
 
@@ -59,6 +61,13 @@ std::string LimitError(std::size_t size, std::size_t taken, const UnpackLimits& 
 }
 
 }  // namespace
+
+UnpackLimits UnpackLimits::InForce() {
+    UnpackLimits limits;
+    limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
+    limits.ratio = std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kUnpackedGrowth), 1);
+    return limits;
+}
 
 bool IsGzip(std::string_view bytes) { return bytes.starts_with(kMagic); }
 
