@@ -197,8 +197,11 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
-    if (BeginEffects(target, targetStyle, inner)) {
-        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    if (makesViewport) bounds_.NoteUse(target, element, &style);
+    const bool shows = BeginEffects(target, targetStyle, inner);
+    if (makesViewport) bounds_.NoteUse(kNoElement, kNoElement, nullptr);
+    if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);
         else
