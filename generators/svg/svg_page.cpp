@@ -209,6 +209,7 @@ void SvgPage::BeginMask(const ORVPrintMask& mask) {
     add("width", isEmpty ? 0.0 : box.xMax - box.xMin);
     add("height", isEmpty ? 0.0 : box.yMax - box.yMin);
     if (mask.kind == ORVPrintMask::Kind::kOpacity) text += " mask-type=\"alpha\"";
+    if (mask.kind == ORVPrintMask::Kind::kLinearLuminance) text += " color-interpolation=\"linearRGB\"";
     writer_.Put(text + ">\n");
     Enter(Open::kMask);
 }

@@ -125,6 +125,7 @@ void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double sca
     switch (stroke.join) {
         case ORVPrintStroke::Join::kRound: text += " stroke-linejoin=\"round\""; break;
         case ORVPrintStroke::Join::kBevel: text += " stroke-linejoin=\"bevel\""; break;
+        case ORVPrintStroke::Join::kMiterClip: text += " stroke-linejoin=\"miter-clip\""; [[fallthrough]];
         case ORVPrintStroke::Join::kMiter:
             if (stroke.miterLimit == 4.0) break;
             text += " stroke-miterlimit=\"";

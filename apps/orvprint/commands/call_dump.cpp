@@ -19,7 +19,7 @@ constexpr std::array<const char*, 16> kBlendNames{"normal",     "multiply",   "s
                                                   "hue",        "saturation", "color",       "luminosity"};
 constexpr std::array<const char*, 3> kSpreads{"pad", "reflect", "repeat"};
 constexpr std::array<const char*, 3> kCaps{"butt", "round", "square"};
-constexpr std::array<const char*, 3> kJoins{"miter", "round", "bevel"};
+constexpr std::array<const char*, 4> kJoins{"miter", "round", "bevel", "miter-clip"};
 
 template <std::size_t kCount, class Value>
 const char* TextOf(const std::array<const char*, kCount>& texts, Value value) {
@@ -227,7 +227,8 @@ int CallDump::BeginLayer(const ORVPrintLayer& layer) {
 int CallDump::BeginMask(const ORVPrintMask& mask) {
     Open("mask");
     json_.Key("of");
-    json_.Text(mask.kind == ORVPrintMask::Kind::kLuminance ? "luminance" : "opacity");
+    constexpr std::array<const char*, 3> kKinds{"luminance", "opacity", "linear-luminance"};
+    json_.Text(TextOf(kKinds, mask.kind));
     WriteBox("box", mask.box);
     return OpenContent();
 }

@@ -77,7 +77,12 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
         }
         case Tag::kSvg:
             if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
-            return OfViewport(element, style, viewport, map, kNoElement, nullptr, depth);
+            [[fallthrough]];
+        case Tag::kSymbol: {
+            const bool isDrawn = element == drawnTarget_;
+            return OfViewport(element, style, viewport, map, isDrawn ? drawnUse_ : kNoElement,
+                              isDrawn ? drawnStyle_ : nullptr, depth);
+        }
         case Tag::kText: {
             TextLayout text(scene_, fonts_);
             if (!text.LayOut(element, style, viewport)) return {};

@@ -24,6 +24,14 @@ public:
         return OfContent(element, style, viewport, map, 0);
     }
 
+    /// Notes which `use` an element is drawn for: the size of a symbol or of an inner `svg` is that of it.
+    /// The style must live as long as that may be asked for.
+    void NoteUse(ElementIndex target, ElementIndex use, const Style* style) {
+        drawnTarget_ = target;
+        drawnUse_ = use;
+        drawnStyle_ = style;
+    }
+
     ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
         return Of(element, style, viewport);
     }
@@ -44,6 +52,8 @@ private:
     DrawingBudget& budget_;
     TextFonts& fonts_;
     std::vector<ElementIndex> uses_;  // that are being followed
+    ElementIndex drawnTarget_ = kNoElement, drawnUse_ = kNoElement;
+    const Style* drawnStyle_ = nullptr;
 };
 
 }  // namespace svg2

@@ -219,16 +219,17 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     ++inner.depth;
     inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
-    const bool isOuterUse = !state.context;
-    ContextPaints context;
-    if (isOuterUse && !state.isWithinClip) {
-        context = {&style, {}, state.viewport, state.toPage, nullptr};
-        inner.context = &context;
-    }
+    const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
+    const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,
+                                state.context};
+    if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
-    if (BeginEffects(target, targetStyle, inner)) {
-        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    if (makesViewport) bounds_.NoteUse(target, element, &style);
+    const bool shows = BeginEffects(target, targetStyle, inner);
+    if (makesViewport) bounds_.NoteUse(kNoElement, kNoElement, nullptr);
+    if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);
         else
