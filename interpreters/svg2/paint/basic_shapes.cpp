@@ -165,7 +165,7 @@ bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
         arguments.scanner.Advance(5);
         ShapeArguments again = arguments;
         if (!TakeFour(arguments, {box.width, box.width}, rx)) return false;
-        if (arguments.scanner.TakeAfterSpace('/')) again = arguments;
+        if (arguments.scanner.TakeAfterSpace('/')) again.scanner = arguments.scanner;
         if (!TakeFour(again, {box.height, box.height}, ry)) return false;
         arguments.scanner = again.scanner;
         for (std::size_t i = 0; i < 4; ++i)

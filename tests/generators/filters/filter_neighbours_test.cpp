@@ -127,7 +127,8 @@ struct MorphologyCase {
 class FilterMorphologyTest : public testing::TestWithParam<MorphologyCase> {};
 TEST_P(FilterMorphologyTest, IsTheSlowSearch) {
     const FilterPixels input = RandomFilterPixels(kInput, 2);
-    const auto [isDilation, radiusX, radiusY] = GetParam().morphology;
+    const bool isDilation = GetParam().morphology.isDilation;
+    const int radiusX = GetParam().morphology.radiusX, radiusY = GetParam().morphology.radiusY;
     const int reachX = std::clamp(radiusX, 0, 60), reachY = std::clamp(radiusY, 0, 60);
     for (const FilterBox& box : kBoxes)
         ExpectPixels(MorphFilterPixels(input, GetParam().morphology, box), box, 0.0, [&](int x, int y) {
