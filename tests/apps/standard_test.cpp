@@ -185,6 +185,7 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
+        {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},

@@ -46,7 +46,12 @@ struct UnreadProperty {
 };
 
 const UnreadProperty kUnreadProperties[] = {
-    {"stroke-linejoin", {"miter", "round", "bevel", "inherit", "initial", "unset"}, "is drawn as miter"},
+    {"stroke-linejoin",
+     {"miter", "round", "bevel", "miter-clip", "inherit", "initial", "unset"},
+     "is drawn as miter"},
+    {"stroke-linejoin",
+     {"miter", "round", "bevel", "arcs", "inherit", "initial", "unset"},
+     "is drawn as miter in PDF, PostScript and EPS"},
     {"font-variant", {"normal", "none", "inherit", "initial"}, "is ignored: letters are the font's own"},
     {"font-variant-caps", {"normal", "inherit", "initial"}, "is ignored: letters are the font's own"},
     {"font-feature-settings", {"normal", "inherit", "initial"}, "is ignored"},
@@ -55,7 +60,7 @@ const UnreadProperty kUnreadProperties[] = {
     {"unicode-bidi",
      {"normal", "isolate", "plaintext", "inherit", "initial"},
      "is ignored: the text's own characters decide its direction"},
-    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "is ignored: colours are mixed as sRGB"},
+    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "counts for masks only: colours are mixed as sRGB"},
     {"inline-size",
      {"auto", "0", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
@@ -65,9 +70,6 @@ const UnreadProperty kUnreadProperties[] = {
     {"image-rendering",
      {"auto", "smooth", "optimizeQuality", "inherit", "initial"},
      "is ignored: images are drawn smoothly"},
-    {"shape-rendering",
-     {"auto", "geometricPrecision", "inherit", "initial"},
-     "is ignored: edges are smooth in images"},
 };
 
 class StandardCheck {

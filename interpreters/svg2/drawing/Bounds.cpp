@@ -79,9 +79,8 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
             if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
             [[fallthrough]];
         case Tag::kSymbol: {
-            const bool isDrawn = element == drawnTarget_;
-            return OfViewport(element, style, viewport, map, isDrawn ? drawnUse_ : kNoElement,
-                              isDrawn ? drawnStyle_ : nullptr, depth);
+            const DrawnUse drawn = element == drawn_.target ? drawn_ : DrawnUse{};
+            return OfViewport(element, style, viewport, map, drawn.use, drawn.style, depth);
         }
         case Tag::kText: {
             TextLayout text(scene_, fonts_);

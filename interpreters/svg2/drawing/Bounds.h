@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "interpreters/svg2/drawing/DrawState.h"
@@ -24,13 +25,13 @@ public:
         return OfContent(element, style, viewport, map, 0);
     }
 
-    /// Notes which `use` an element is drawn for: the size of a symbol or of an inner `svg` is that of it.
-    /// The style must live as long as that may be asked for.
-    void NoteUse(ElementIndex target, ElementIndex use, const Style* style) {
-        drawnTarget_ = target;
-        drawnUse_ = use;
-        drawnStyle_ = style;
-    }
+    /// What an element is drawn for: the size of a symbol or of an inner `svg` is that of its `use`.
+    struct DrawnUse {
+        ElementIndex target = kNoElement, use = kNoElement;
+        const Style* style = nullptr;  ///< of the use
+    };
+    /// Notes that; the style must live until something else is noted. @return what was noted before
+    DrawnUse NoteUse(const DrawnUse& drawn) { return std::exchange(drawn_, drawn); }
 
     ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
         return Of(element, style, viewport);
@@ -52,8 +53,7 @@ private:
     DrawingBudget& budget_;
     TextFonts& fonts_;
     std::vector<ElementIndex> uses_;  // that are being followed
-    ElementIndex drawnTarget_ = kNoElement, drawnUse_ = kNoElement;
-    const Style* drawnStyle_ = nullptr;
+    DrawnUse drawn_;
 };
 
 }  // namespace svg2

@@ -226,9 +226,9 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
     const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
-    if (makesViewport) bounds_.NoteUse(target, element, &style);
+    const Bounds::DrawnUse before = bounds_.NoteUse({target, element, &style});
     const bool shows = BeginEffects(target, targetStyle, inner);
-    if (makesViewport) bounds_.NoteUse(kNoElement, kNoElement, nullptr);
+    bounds_.NoteUse(before);
     if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);

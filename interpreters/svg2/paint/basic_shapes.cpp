@@ -163,11 +163,11 @@ bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
     if (arguments.scanner.Rest().starts_with("round")) {
         isRound = true;
         arguments.scanner.Advance(5);
-        ShapeArguments again = arguments;
+        const std::size_t start = arguments.scanner.GetPosition();
         if (!TakeFour(arguments, {box.width, box.width}, rx)) return false;
-        if (arguments.scanner.TakeAfterSpace('/')) again.scanner = arguments.scanner;
-        if (!TakeFour(again, {box.height, box.height}, ry)) return false;
-        arguments.scanner = again.scanner;
+        // Without radii of their own, heights of corners are read from the same ones.
+        if (!arguments.scanner.TakeAfterSpace('/')) arguments.scanner.SetPosition(start);
+        if (!TakeFour(arguments, {box.height, box.height}, ry)) return false;
         for (std::size_t i = 0; i < 4; ++i)
             if (rx[i] < 0.0 || ry[i] < 0.0) return false;
     }

@@ -87,8 +87,8 @@ public:
     }
     int EndLayer() override { return Close(); }
     int BeginMask(const ORVPrintMask& mask) override {
-        Add(std::string(mask.kind == ORVPrintMask::Kind::kLuminance ? "mask by light " : "mask by opacity ") +
-            Box(mask.box));
+        constexpr const char* kKinds[] = {"mask by light ", "mask by opacity ", "mask by linear light "};
+        Add(kKinds[static_cast<std::size_t>(mask.kind)] + Box(mask.box));
         return Open();
     }
     int EndMask() override { return Close(); }
