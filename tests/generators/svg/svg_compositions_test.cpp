@@ -182,7 +182,7 @@ TEST(SvgCompositionsTest, WhatEndsMustHaveBegun) {
 
 TEST(SvgCompositionsTest, LayersMasksAndBlendModesLookAsTheyShould) {
     DrawnSvg page;
-    EXPECT_EQ(page.Get().GetPowers(), kAllPowers);
+    EXPECT_EQ(page.Get().GetPowers(), kAllPowers | ORVPrintGenerator::kContentLayers);
     EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 90, 90, {255, 255, 255, 255}), 1);
     EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 45, 90, {255, 255, 0, 255}), 1);
     ORVPrintLayer layer;
