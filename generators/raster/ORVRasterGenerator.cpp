@@ -169,6 +169,7 @@ int ORVRasterGenerator::EndPage() {
                                                                                       : RasterPixels::kRGB;
             break;
     }
+    if (state_->options.isClear) page.pixels = RasterPixels::kClear;
     int status = state_->sink->BeginPage(page);
     if (status == kGeneratorDone)
         status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), state_->budget,

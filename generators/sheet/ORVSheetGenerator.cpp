@@ -275,6 +275,22 @@ int ORVSheetGenerator::EndMask() {
     return Pass([](ORVPrintGenerator& to) { return to.EndMask(); });
 }
 
+int ORVSheetGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
+}
+
+int ORVSheetGenerator::EndFilter() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilter(); });
+}
+
+int ORVSheetGenerator::BeginFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.BeginFilterInput(); });
+}
+
+int ORVSheetGenerator::EndFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilterInput(); });
+}
+
 int ORVSheetGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     // How wide a line must be depends on the place where the symbol is shown.
     if (options_.leastLineWidth > 0.0) return kNoSymbols;

@@ -29,6 +29,7 @@
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
 #include "generators/common/generator_status.h"
+#include "generators/flatten/ORVFilterImages.h"
 #include "generators/flatten/ORVFlattener.h"
 #include "generators/formats.h"
 #include "platform/print/ORVPrintModelRender.h"
@@ -299,7 +300,11 @@ private:
         // What the first interpreter draws, every format can say.
         if (options_.read.interpreter != "SVG" && ORVFlattener::IsNeededBefore(generator_->Get()))
             flattener_ = std::make_unique<ORVFlattener>(generator_->Get(), FlattenOptions(formatOptions));
-        ORVPrintGenerator& format = flattener_ ? *flattener_ : generator_->Get();
+        if (options_.read.interpreter != "SVG") {
+            ORVPrintGenerator& target = flattener_ ? *flattener_ : generator_->Get();
+            filters_ = std::make_unique<ORVFilterImages>(target, FilterOptions(formatOptions));
+        }
+        ORVPrintGenerator& format = filters_ ? *filters_ : generator_->Get();
         if (options_.sheet) {
             ORVSheetOptions sheet = *options_.sheet;
             sheet.keepsGreys = format_.makesDots;
@@ -313,6 +318,17 @@ private:
         ORVFlattenOptions options;
         options.dotsPerInch = options_.flattenDotsPerInch;
         options.colourMode = format.colourMode;
+        options.pixelLimit = format.pixelLimit;
+        options.outputPixelLimit = format.outputPixelLimit;
+        options.paintLimit = format.paintLimit;
+        options.threads = format.threads;
+        return options;
+    }
+
+    /// Formats of pixels get images of their own pixels.
+    ORVFilterOptions FilterOptions(const ORVFormatOptions& format) const {
+        ORVFilterOptions options;
+        options.dotsPerInch = format_.hasPixels ? format.dotsPerInch : options_.flattenDotsPerInch;
         options.pixelLimit = format.pixelLimit;
         options.outputPixelLimit = format.outputPixelLimit;
         options.paintLimit = format.paintLimit;
@@ -338,6 +354,7 @@ private:
 
     ORVFailure FailureOfGenerator() const {
         if (sheet_ && sheet_->GetFailure()) return sheet_->GetFailure();
+        if (filters_ && filters_->GetFailure()) return filters_->GetFailure();
         if (flattener_ && flattener_->GetFailure()) return flattener_->GetFailure();
         if (generator_->GetFailure()) return generator_->GetFailure();
         return ORVFailure::Of(ORVFailureReason::kNotDrawn);
@@ -353,6 +370,7 @@ private:
     ORVFileOutput* file_ = nullptr;  // the output, when it is one
     std::unique_ptr<ORVFormatGenerator> generator_;
     std::unique_ptr<ORVFlattener> flattener_;   // before the generator, when needed
+    std::unique_ptr<ORVFilterImages> filters_;  // before these, unless nothing has filters
     std::unique_ptr<ORVSheetGenerator> sheet_;  // before that, when asked for
     std::optional<ORVGeneratorSequence> sequence_;
     std::optional<ORVElementPage> element_;  // before that, of the present drawing

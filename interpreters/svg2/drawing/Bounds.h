@@ -12,7 +12,7 @@ namespace svg2 {
 
 /// Computes the boxes that units of clips, masks and paints refer to: those of outlines, without strokes,
 /// markers and clips.
-class Bounds {
+class Bounds final : public ElementBoxes {
 public:
     Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
         : scene_(scene), budget_(budget), fonts_(fonts) {}
@@ -22,6 +22,18 @@ public:
     ORVMathBox2D Of(ElementIndex element, const Style& style, const Viewport& viewport,
                     const ORVMathAffine2D& map = {}) {
         return OfContent(element, style, viewport, map, 0);
+    }
+
+    /// Notes which `use` an element is drawn for: the size of a symbol or of an inner `svg` is that of it.
+    /// The style must live as long as that may be asked for.
+    void NoteUse(ElementIndex target, ElementIndex use, const Style* style) {
+        drawnTarget_ = target;
+        drawnUse_ = use;
+        drawnStyle_ = style;
+    }
+
+    ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
+        return Of(element, style, viewport);
     }
 
 private:
@@ -40,6 +52,8 @@ private:
     DrawingBudget& budget_;
     TextFonts& fonts_;
     std::vector<ElementIndex> uses_;  // that are being followed
+    ElementIndex drawnTarget_ = kNoElement, drawnUse_ = kNoElement;
+    const Style* drawnStyle_ = nullptr;
 };
 
 }  // namespace svg2

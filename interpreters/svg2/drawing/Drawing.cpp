@@ -33,14 +33,29 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       bounds_(scene, budget, fonts),
       paints_(scene),
       fonts_(fonts),
-      linkTargets_(FindLinkTargets(scene.GetDocument())),
-      keepsIdentifiers_(generator.KeepsIdentifiers()) {}
+      linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
+                                          : std::unordered_set<ElementIndex>()),
+      keepsIdentifiers_(generator.KeepsIdentifiers()) {
+    scene.SetBoxes(&bounds_);
+}
+
+Drawing::~Drawing() { scene_.SetBoxes(nullptr); }
 
 // Styles lie beside the stack, which deep documents need for their levels.
 Style& Drawing::StyleAt(int depth) {
     const auto level = static_cast<std::size_t>(depth);
     while (styles_.size() <= level) styles_.push_back(std::make_unique<Style>());
     return *styles_[level];
+}
+
+bool Drawing::TakeElement(ElementIndex element) {
+    const bool isWithin =
+        budget_.TakeElement(scene_.GetDocument()[element].payload) && scene_.GetCascade().IsWithinBudget();
+    return isWithin || Do(ORVPrintModelRender::kTooManyRepeats);
+}
+
+bool Drawing::MayDescend(int depth) {
+    return depth < DrawingBudget::kGreatestDepth || Do(ORVPrintModelRender::kTooManyRepeats);
 }
 
 bool Drawing::Enter(ElementIndex definition) {
@@ -74,10 +89,7 @@ void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawS
             if (!IsShape(scene_.GetDocument()[element].tag)) return;
     }
     if (IsStopped()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(element)) return;
     Style& style = StyleAt(state.depth);
     scene_.GetCascade().Compute(element, parent, style);
     if (!style.isDisplayed && !(reportsHiddenLayers_ && IsContentLayer(element))) return;
@@ -196,34 +208,28 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     const ElementIndex target = FindUseTarget(document, element);
     // What leads to itself draws nothing.
     if (target == kNoElement || std::find(uses_.begin(), uses_.end(), target) != uses_.end()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
-    if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;
+    if (!IsShownByUse(document, target, targetStyle)) return;
 
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;
     DrawState inner = state;
     ++inner.depth;
-    inner.toPage =
-        state.toPage *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
-        transform;
+    inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
-    const bool isOuterUse = !state.context;
-    ContextPaints context;
-    if (isOuterUse && !state.isWithinClip) {
-        context = {&style, {}, state.viewport, state.toPage, nullptr};
-        inner.context = &context;
-    }
+    const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
+    const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,
+                                state.context};
+    if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
-    if (BeginEffects(target, targetStyle, inner)) {
-        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    if (makesViewport) bounds_.NoteUse(target, element, &style);
+    const bool shows = BeginEffects(target, targetStyle, inner);
+    if (makesViewport) bounds_.NoteUse(kNoElement, kNoElement, nullptr);
+    if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);
         else
