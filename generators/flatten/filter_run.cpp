@@ -43,7 +43,8 @@ public:
         return OffsetFilterPixels(Find(0), shift.columns, shift.rows, box_);
     }
     FilterPixels operator()(const ORVFilterTile&) {
-        return TileFilterPixels(Find(0), AreaOf(0).CutTo(Find(0).GetBox()), box_);
+        // All of the subregion repeats, with what of it is transparent.
+        return TileFilterPixels(Find(0), AreaOf(0), box_);
     }
     FilterPixels operator()(const ORVFilterInput& input) {
         FilterPixels pixels(box_);

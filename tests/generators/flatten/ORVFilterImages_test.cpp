@@ -217,6 +217,17 @@ TEST_F(ORVFilterImagesTest, InputsAreDrawnOnTheSamePixels) {
     EXPECT_THAT(page_.At(15, 15), ElementsAre(0, 0, 0, 0));
 }
 
+TEST_F(ORVFilterImagesTest, TilesRepeatTheirSubregionWithItsTransparentParts) {
+    Begin();
+    const ORVMathBox2D tile{0, 20, 0, 10};
+    BeginFilter({Step(ORVFilterPass{}, {ORVPrintFilterStep::kSource}, tile), Step(ORVFilterTile{}, {0})});
+    Fill(0, 0, 5, 5);
+    EndFilter();
+    EXPECT_THAT(page_.At(22, 32), ElementsAre(255, 0, 0, 255));
+    EXPECT_THAT(page_.At(27, 32), ElementsAre(0, 0, 0, 0));
+    EXPECT_THAT(page_.At(22, 37), ElementsAre(0, 0, 0, 0));
+}
+
 TEST_F(ORVFilterImagesTest, FiltersNest) {
     Begin();
     BeginFilter({Step(ORVFilterOffset{10, 0})});
