@@ -127,7 +127,11 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='none.png'/>", "image-missing (1)"},
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
+        {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
+        {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
+        {"<g style='text-decoration-style:wavy'/>", "ignored-property (1)"},
+        {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
@@ -140,6 +144,9 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
              "<style>rect{fill:red}</style><rect/>",
              "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",
+             "<text font-family='DejaVu Sans' font-variant='small-caps' unicode-bidi='embed' "
+             "style='font-feature-settings:\"liga\" 0;font-variant-caps:unicase'>a</text>",
+             "<text id='t' font-family='DejaVu Sans'>a<tref href='#t'/></text>",
              "<switch><foreignObject/><rect/></switch>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
          })
