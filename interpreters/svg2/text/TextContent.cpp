@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "interpreters/svg2/text/features.h"
 #include "interpreters/svg2/text/orientation.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "interpreters/svg2/tree/structure.h"
@@ -212,14 +213,23 @@ bool TextContent::FindParts() {
     return true;
 }
 
+/// Whether a character lies on its side because its font has no form for vertical lines.
+bool TextContent::IsTurned(std::size_t character) const {
+    constexpr std::uint32_t kVertical = FeatureTag("vert");
+    const ORVFontFace* const face = SpanOf(character).font.choice.face;
+    return NeedsVerticalForm(codePoints_[character]) && face && !ORVHasFontFeature(*face, kVertical);
+}
+
 void TextContent::FindUpright() {
     for (std::size_t i = 0; i < characters_.size(); ++i) {
         TextCharacter& character = characters_[i];
         const TextOrientation orientation = spans_[character.span].style->textOrientation;
         if (orientation != TextOrientation::kMixed)
             character.isUpright = orientation == TextOrientation::kUpright;
+        else if (character.isPart)
+            character.isUpright = characters_[i - 1].isUpright;
         else
-            character.isUpright = character.isPart ? characters_[i - 1].isUpright : IsUpright(codePoints_[i]);
+            character.isUpright = IsUpright(codePoints_[i]) && !IsTurned(i);
     }
 }
 

@@ -102,6 +102,7 @@ private:
     void DropSpaceAtEnd();
     [[nodiscard]] bool FindParts();
     void FindUpright();
+    bool IsTurned(std::size_t character) const;
     void ApplyLists();
     void ApplyList(const TextSpan& span, Name name, Axis axis);
     void ApplyRotation(const TextSpan& span);

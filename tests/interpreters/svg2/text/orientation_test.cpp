@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
 #include "interpreters/svg2/text/capitals.h"
 
 namespace {
@@ -12,6 +14,13 @@ TEST(OrientationTest, EastAsianCharactersStandUpright) {
         if (c != 0) EXPECT_TRUE(svg2::IsUpright(c)) << std::hex << static_cast<unsigned>(c);
     for (const char32_t c : U"a1 \u00E9\u0411\u05D0\u0628\u2014\uFF0D\uFF71")
         EXPECT_FALSE(svg2::IsUpright(c)) << std::hex << static_cast<unsigned>(c);
+}
+
+TEST(OrientationTest, BracketsAndDashesNeedFormsOfTheirOwn) {
+    for (const char32_t c : std::u32string_view(U"\u300C\u300D\u301C\u30FC\uFF08\uFF5E"))
+        EXPECT_TRUE(svg2::NeedsVerticalForm(c) && svg2::IsUpright(c)) << std::hex << static_cast<unsigned>(c);
+    for (const char32_t c : std::u32string_view(U"\u3001\u3042\u4E00\uFF21a"))
+        EXPECT_FALSE(svg2::NeedsVerticalForm(c)) << std::hex << static_cast<unsigned>(c);
 }
 
 TEST(CapitalsTest, SmallLettersHaveCapitals) {
