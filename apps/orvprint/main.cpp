@@ -245,7 +245,7 @@ int Run(int argc, char** argv) {
         ->check(IsNumber())
         ->option_text("N [90]");
     app.add_option("--flatten-dpi", print.flattenDotsPerInch,
-                   "Resolution of transparent parts where the format has no transparency (ps, eps)")
+                   "Resolution of filters, and of transparent parts in ps and eps")
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [300]");

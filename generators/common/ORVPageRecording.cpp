@@ -20,6 +20,8 @@ double Reach(const ORVPrintStroke* stroke) {
     double reach = 0.5;
     if (stroke->cap == ORVPrintStroke::Cap::kSquare) reach = std::max(reach, std::sqrt(0.5));
     if (stroke->join == ORVPrintStroke::Join::kMiter) reach = std::max(reach, 0.5 * stroke->miterLimit);
+    if (stroke->join == ORVPrintStroke::Join::kMiterClip)
+        reach = std::max(reach, std::sqrt(0.5) * stroke->miterLimit);
     return reach * stroke->width;
 }
 
@@ -222,7 +224,7 @@ std::uint32_t ORVPageRecording::AddFill(const ORVPrintFill* fill) {
     const ORVPrintGradient* gradient = AddGradient(fill->gradient);
     const bool isKnown = !fills_.empty() && SamePaint(fills_.back().colour, fill->colour) &&
                          fills_.back().evenOdd == fill->evenOdd && fills_.back().pattern == fill->pattern &&
-                         fills_.back().gradient == gradient &&
+                         fills_.back().gradient == gradient && fills_.back().isCrisp == fill->isCrisp &&
                          fills_.back().patternToPage == fill->patternToPage;
     if (!isKnown) {
         fills_.push_back(*fill);
@@ -240,7 +242,7 @@ std::uint32_t ORVPageRecording::AddStroke(const ORVPrintStroke* stroke) {
         if (SamePaint(last.stroke.colour, stroke->colour) && last.stroke.width == stroke->width &&
             last.stroke.cap == stroke->cap && last.stroke.join == stroke->join &&
             last.stroke.miterLimit == stroke->miterLimit && last.stroke.gradient == gradient &&
-            last.stroke.dashOffset == stroke->dashOffset &&
+            last.stroke.dashOffset == stroke->dashOffset && last.stroke.isCrisp == stroke->isCrisp &&
             std::equal(dashes, dashes + last.dashCount, stroke->dashes.begin(), stroke->dashes.end()))
             return Last(strokes_.size());
     }

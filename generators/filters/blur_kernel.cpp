@@ -36,6 +36,11 @@ std::vector<std::int16_t> WeightsOf(double sigma, int reach) {
     return weights;
 }
 
+ShortLanes PairOf(std::int16_t first, std::int16_t second) {
+    const ShortLanes lanes{static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(second)};
+    return __builtin_shufflevector(lanes, lanes, 0, 1, 0, 1, 0, 1, 0, 1);
+}
+
 /// A sum of three boxes as short numbers.
 class BoxMean {
 public:
@@ -103,6 +108,8 @@ BlurKernel::BlurKernel(double sigma) {
         kind = Kind::kWeights;
         reach = std::max(1, static_cast<int>(std::ceil(3.5 * sigma)));
         weights = WeightsOf(sigma, reach);
+        for (std::size_t i = 0; i < weights.size(); i += 2)
+            pairs.push_back(PairOf(weights[i], weights[i + 1]));
         return;
     }
     kind = Kind::kBoxes;
@@ -134,10 +141,7 @@ void WeighRows(const BlurKernel& kernel, const std::uint16_t* const* rows, int c
             const std::uint16_t* other = rows[tap + 1 < taps - 1 ? tap + 1 : tap];
             const ShortLanes a = LoadLanes<ShortLanes>(rows[tap] + i) ^ 0x8000;
             const ShortLanes b = LoadLanes<ShortLanes>(other + i) ^ 0x8000;
-            const auto pair = std::bit_cast<ShortLanes>(
-                Lanes{} +
-                (static_cast<std::uint16_t>(kernel.weights[tap]) |
-                 static_cast<std::uint32_t>(static_cast<std::uint16_t>(kernel.weights[tap + 1])) << 16));
+            const ShortLanes& pair = kernel.pairs[tap / 2];
             low += SumsOfProducts(__builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11), pair);
             high += SumsOfProducts(__builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15), pair);
         }

@@ -57,14 +57,16 @@ struct ORVPrintFill {
     ORVMathAffine2D patternToPage = {};      ///< from pattern pixels (y down) to page coordinates
     /// Null for none. Its stops have their final opacities. Generators that cannot draw it draw `colour`.
     const ORVPrintGradient* gradient = nullptr;
+    bool isCrisp = false;  ///< in pixels, its edges have no levels between nothing and all
 };
 
 /// How an outline is painted. Lengths are measured before the shape's map to the page.
 struct ORVPrintStroke {
     /// Ends of lines and dashes.
     enum class Cap : std::uint8_t { kButt, kRound, kSquare };
-    /// Corners of lines.
-    enum class Join : std::uint8_t { kMiter, kRound, kBevel };
+    /// Corners of lines. Beyond the miter limit, kMiter is as kBevel, and kMiterClip is cut off there;
+    /// generators that cannot do so draw kMiterClip as kMiter.
+    enum class Join : std::uint8_t { kMiter, kRound, kBevel, kMiterClip };
     ORVPrintColour colour;                       ///< of the line
     double width = 1.0;                          ///< greater than 0
     Cap cap = Cap::kButt;                        ///< of open lines and dashes
@@ -73,6 +75,7 @@ struct ORVPrintStroke {
     std::span<const double> dashes;              ///< lengths of dashes and gaps, none for a solid line
     double dashOffset = 0.0;                     ///< where in the dashes a line begins, not negative
     const ORVPrintGradient* gradient = nullptr;  ///< as in ORVPrintFill
+    bool isCrisp = false;                        ///< as in ORVPrintFill
 };
 
 /// An outline with its paints; a null paint is not drawn. The fill comes before the stroke.
@@ -186,6 +189,7 @@ struct ORVPrintMask {
     enum class Kind : std::uint8_t {
         kLuminance,  ///< 0.2125 red, 0.7154 green, 0.0721 blue of sRGB values, times opacity; none is black
         kOpacity,
+        kLinearLuminance,  ///< the same of light as it adds up: sRGB values are made linear before
     };
     Kind kind = Kind::kLuminance;  ///< what of the content counts
     ORVMathBox2D box;              ///< outside of it, in page coordinates, nothing of the layer shows
@@ -255,7 +259,7 @@ public:
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
 
     /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
-    /// may be none. Filters nest, and cross nothing else. They do not occur in symbols.
+    /// may be none. Filters nest, and cross nothing else.
     [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
     /// Ends the innermost filter.
     [[nodiscard]] virtual int EndFilter() { return 1; }

@@ -20,7 +20,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 using Colour = std::array<int, 3>;
-constexpr Colour kWhite{255, 255, 255}, kRed{255, 0, 0}, kGreen{0, 255, 0}, kBlue{0, 0, 255};
+constexpr Colour kWhite{255, 255, 255}, kRed{255, 0, 0}, kGreen{0, 255, 0};
 
 /// Left: a layer that is shown; middle: one that is hidden; right: one within another, and locked.
 constexpr const char* kLayers =

@@ -15,8 +15,6 @@
 #include <optional>
 
 #include "apps/orvprint/input/foreign_input.h"
-#include "apps/orvprint/input/growing_bytes.h"
-#include "apps/orvprint/input/gzip_input.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/memory_prefault.h"
@@ -31,6 +29,8 @@
 #include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/files.h"
+#include "platform/system/growing_bytes.h"
+#include "platform/system/gzip.h"
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
 
@@ -44,10 +44,7 @@ int Unpack(const std::string& path, InputBytes& bytes) {
     // To the limit of memory, it counts as it is stored: what it claims to hold costs its author nothing.
     const auto content = std::make_shared<GrowingBytes>();
     std::string error;
-    UnpackLimits limits;
-    limits.size = ORVPrintLimits::Get(ORVPrintLimit::kUnpackedBytes);
-    limits.ratio = std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kUnpackedGrowth), 1);
-    switch (UnpackGzip(bytes.GetView(), limits, *content, error)) {
+    switch (UnpackGzip(bytes.GetView(), UnpackLimits::InForce(), *content, error)) {
         case UnpackResult::kUnpacked: bytes = InputBytes(content, content->GetView()); return kExitDone;
         case UnpackResult::kOverLimit: return Report(kExitFailed, InputName(path), error);
         case UnpackResult::kDamaged: break;

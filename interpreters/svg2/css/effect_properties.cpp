@@ -97,8 +97,9 @@ const PropertyRow kRows[] = {
     {Name::kOpacity, false, ORV_READ(ReadOpacity(t, s.opacity)), Copy<&Style::opacity>},
     {Name::kOverflow, false, ORV_READ(ReadOverflow(t, s)),
      [](const Style& from, Style& to) {
-         to.hidesOverflow = from.hidesOverflow;
-         to.overflowIsStated = from.overflowIsStated;
+         // Initially visible; that viewports clip by themselves is no value to be taken.
+         to.hidesOverflow = from.overflowIsStated && from.hidesOverflow;
+         to.overflowIsStated = true;
      }},
     {Name::kTransformBox, false, ORV_READ(!t.empty() && (s.transformBox = t, true)),
      Copy<&Style::transformBox>},

@@ -35,7 +35,11 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       fonts_(fonts),
       linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
                                           : std::unordered_set<ElementIndex>()),
-      keepsIdentifiers_(generator.KeepsIdentifiers()) {}
+      keepsIdentifiers_(generator.KeepsIdentifiers()) {
+    scene.SetBoxes(&bounds_);
+}
+
+Drawing::~Drawing() { scene_.SetBoxes(nullptr); }
 
 // Styles lie beside the stack, which deep documents need for their levels.
 Style& Drawing::StyleAt(int depth) {
@@ -207,28 +211,25 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
-    if (!targetStyle.isDisplayed || !PassesConditions(document, target)) return;
+    if (!IsShownByUse(document, target, targetStyle)) return;
 
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(target, targetStyle, state.viewport, transform)) return;
     DrawState inner = state;
     ++inner.depth;
-    inner.toPage =
-        state.toPage *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY)) *
-        transform;
+    inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
-    const bool isOuterUse = !state.context;
-    ContextPaints context;
-    if (isOuterUse && !state.isWithinClip) {
-        context = {&style, {}, state.viewport, state.toPage, nullptr};
-        inner.context = &context;
-    }
+    const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
+    const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,
+                                state.context};
+    if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
-    if (BeginEffects(target, targetStyle, inner)) {
-        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const Bounds::DrawnUse before = bounds_.NoteUse({target, element, &style});
+    const bool shows = BeginEffects(target, targetStyle, inner);
+    bounds_.NoteUse(before);
+    if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);
         else

@@ -10,6 +10,7 @@
 #include "interpreters/svg2/drawing/DrawState.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
 #include "interpreters/svg2/drawing/Images.h"
+#include "interpreters/svg2/drawing/pattern_tiles.h"
 #include "interpreters/svg2/filters/FilterReader.h"
 #include "interpreters/svg2/paint/Paints.h"
 #include "interpreters/svg2/text/FontMetrics.h"
@@ -19,12 +20,17 @@
 
 namespace svg2 {
 
+struct FusedShape;
+
 /// Draws the content of a document's pages onto a generator.
 class Drawing {
 public:
     /// All must outlive the drawing.
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
+    ~Drawing();
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
 
     /// Has an element reported as though a link led to it. @param element  may be kNoElement
     void Report(ElementIndex element) {
@@ -110,6 +116,12 @@ private:
     /// Fills an outline with a pattern.
     void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                      const MadePaint& paint, const DrawState& state);
+    // ---- tiles of plain shapes (fused_tiles.cpp) ----
+    /// Draws all tiles of a pattern at once. @return false when it cannot, and nothing is drawn
+    bool DrawFusedTiles(ElementIndex content, const Style& style, const PatternTiles& tiles);
+    bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
+                      const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
+    void DrawFused(const FusedShape& shape, const PatternTiles& tiles);
 
     /// Notes a call's result. @return false from the first failure on
     bool Do(int result) {

@@ -12,6 +12,8 @@
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/files.h"
+#include "platform/system/gzip.h"
+#include "platform/visualization/images/module_images.h"
 
 namespace svg2 {
 namespace {
@@ -83,6 +85,16 @@ bool ReadFile(const ORVUnicodeString& path, std::string& bytes) {
     return isWhole;
 }
 
+/// Replaces packed bytes by what they hold. @return false when they are damaged or hold too much
+bool Unpack(std::string& bytes) {
+    if (!IsGzip(bytes)) return true;
+    GrowingBytes unpacked;
+    std::string error;
+    if (UnpackGzip(bytes, UnpackLimits::InForce(), unpacked, error) != UnpackResult::kUnpacked) return false;
+    bytes = unpacked.GetView();
+    return true;
+}
+
 }  // namespace
 
 bool ReadDataUri(std::string_view uri, std::string& bytes) {
@@ -144,7 +156,8 @@ void Images::Decode(std::string bytes, ImageContent& content) const {
             return;
         }
     }
-    if (depth_ >= kGreatestDepth) return;
+    content.pixels = ORVRef<const ORVPixelImage>(ReadMemoryModuleImage(bytes.data(), bytes.size()));
+    if (content.pixels || depth_ >= kGreatestDepth || !Unpack(bytes)) return;
     auto drawing = ParseDocument(std::move(bytes));
     if (drawing && drawing->IsSvg()) content.drawing = std::move(drawing);
 }

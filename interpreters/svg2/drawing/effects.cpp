@@ -135,7 +135,9 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
         units == Units::kBoundingBox ? state.toPage * OfBox(box) : state.toPage;
 
     ORVPrintMask drawn;
-    drawn.kind = maskStyle.isOpacityMask ? ORVPrintMask::Kind::kOpacity : ORVPrintMask::Kind::kLuminance;
+    drawn.kind = maskStyle.isOpacityMask        ? ORVPrintMask::Kind::kOpacity
+                 : maskStyle.interpolatesLinear ? ORVPrintMask::Kind::kLinearLuminance
+                                                : ORVPrintMask::Kind::kLuminance;
     drawn.box = MapBox(regionToPage, region.Box());
     const int result = generator_.BeginMask(drawn);
     if (result == ORVPrintGenerator::kSkipMask) return true;
@@ -143,10 +145,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     DrawState inner = state;
     inner.context = nullptr;
     ++inner.depth;
-    if (contentUnits == Units::kBoundingBox) {
-        inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = unit;
-    }
+    if (contentUnits == Units::kBoundingBox) inner.toPage = state.toPage * OfBox(box);
     const std::size_t mark = ends_.size();
     if (!IsAxisParallel(regionToPage)) BeginRectangle(region, regionToPage);
     // A mask may be masked and clipped itself.
@@ -218,7 +217,6 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
         const ORVMathBox2D box = bounds_.Of(element, style, state.viewport);
         if (!HasArea(box)) return false;
         inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = {1.0, 1.0};
     }
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(clip, clipStyle, inner.viewport, transform)) return false;

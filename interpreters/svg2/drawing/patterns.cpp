@@ -57,15 +57,7 @@ PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
     return definition;
 }
 
-/// Which tiles of a pattern a box touches, by their places in both directions.
-struct TileRange {
-    long xFirst, xLast, yFirst, yLast;
-    std::uint64_t Count() const {
-        return static_cast<std::uint64_t>(xLast - xFirst + 1) *
-               static_cast<std::uint64_t>(yLast - yFirst + 1);
-    }
-};
-
+/// Which tiles of a pattern a box touches.
 std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& tile) {
     constexpr double kFarthest = 1e9;
     const double values[] = {
@@ -90,8 +82,8 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
 
     const bool isOfBox = pattern.units == Units::kBoundingBox;
     const double boxWidth = paint.box.xMax - paint.box.xMin, boxHeight = paint.box.yMax - paint.box.yMin;
-    if ((isOfBox || pattern.contentUnits == Units::kBoundingBox) && !(boxWidth > 0.0 && boxHeight > 0.0))
-        return;
+    const bool needsBox = isOfBox || (pattern.contentUnits == Units::kBoundingBox && !pattern.viewBox);
+    if (needsBox && !(boxWidth > 0.0 && boxHeight > 0.0)) return;
     const Viewport unit{1.0, 1.0};
     const auto placeOf = [&](int i, Axis axis) {
         if (pattern.places[i] == kNoElement) return 0.0;
@@ -116,7 +108,6 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         inner.viewport = {pattern.viewBox->width, pattern.viewBox->height};
     } else if (pattern.contentUnits == Units::kBoundingBox) {
         toTile = toTile * ORVMathAffine2D::Scaling(boxWidth, boxHeight);
-        inner.viewport = unit;
     }
     // Content in user space counts from the tile's corner, which lies where the tile's x and y say.
     const ORVMathAffine2D patternToPage = paint.toPage * pattern.transform;
@@ -145,6 +136,12 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         if (Do(generator_.BeginLayer(layer))) ends_.push_back(End::kLayer);
     }
     BeginOutline(path, toPage, isEvenOdd);
+    const PatternTiles all{tile, *tiles, toTile, patternToPage, inner.viewport};
+    if (DrawFusedTiles(pattern.content, contentStyle, all)) {
+        EndBack(mark);
+        Leave();
+        return;
+    }
     for (long y = tiles->yFirst; y <= tiles->yLast && !IsStopped(); ++y) {
         for (long x = tiles->xFirst; x <= tiles->xLast && !IsStopped(); ++x) {
             if (!TakeElement(pattern.content)) break;

@@ -36,7 +36,9 @@ ORVMathBox2D ContentBox(const Document& document) {
     DrawingBudget budget(parameters);
     budget.AllowFor(document);
     TextFonts fonts;
-    return Bounds(scene, budget, fonts).Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
+    Bounds bounds(scene, budget, fonts);
+    scene.SetBoxes(&bounds);
+    return bounds.Of(Document::kRoot, scene.StyleInPlace(Document::kRoot), {});
 }
 
 void PaintPage(const Style& root, const Page& page, ORVPrintGenerator& generator, int& status) {

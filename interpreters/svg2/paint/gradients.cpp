@@ -50,6 +50,7 @@ double Offset(std::string_view text) {
     double offset = 0.0;
     if (!scanner.TakeNumber(offset)) return 0.0;
     if (scanner.Take('%')) offset /= 100.0;
+    if (!scanner.AtEnd()) return 0.0;
     return std::clamp(offset, 0.0, 1.0);
 }
 
@@ -75,6 +76,12 @@ void PlaceRadial(const Coordinates& at, ORVPrintGradient& gradient) {
     gradient.end = {at.At(kCx, Axis::kX), at.At(kCy, Axis::kY)};
     gradient.startRadius = std::max(at.At(kFr, Axis::kNone), 0.0);
     gradient.endRadius = at.At(kR, Axis::kNone);
+    if (gradient.start == gradient.end && gradient.startRadius == gradient.endRadius) {
+        // Nothing lies between the circles: the first colour inside, the last one outside.
+        constexpr double kNearly = 1.0 - 1e-6;
+        gradient.startRadius *= kNearly;
+        gradient.spread = Spread::kPad;
+    }
 }
 
 /// A gradient that has no extent shows its last colour only.

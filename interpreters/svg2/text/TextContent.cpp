@@ -66,6 +66,15 @@ std::string_view TextContent::GetBytes(std::size_t first, std::size_t end) const
     return std::string_view(text_).substr(start, stop - start);
 }
 
+bool TextContent::IsPlain() const {
+    const TextSpan& span = spans_[0];
+    const Style& style = *span.style;
+    return spans_.size() == 1 && places_.size() <= 1 && rotations_.empty() && !IsVertical() &&
+           !(style.fontVariants & kSmallCaps) && style.letterSpacing == Length() &&
+           style.wordSpacing == Length() && style.unicodeBidi.empty() &&
+           scene_.GetDocument().ValueOf(span.element, Name::kTextLength).empty();
+}
+
 // ---- spans and their characters ----
 
 void TextContent::AddSpan(ElementIndex element, const Style& style, std::size_t parent) {
@@ -131,6 +140,11 @@ void TextContent::CollectChild(ElementIndex child, std::size_t parent) {
 void TextContent::AddText(std::string_view text, std::size_t span) {
     const bool collapses = spans_[span].style->whiteSpace == WhiteSpace::kCollapse;
     const bool isHidden = spans_[span].isHidden;
+    if (characters_.empty()) {
+        characters_.reserve(text.size());
+        codePoints_.reserve(text.size());
+        text_.reserve(text.size());
+    }
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t size = SizeOfCharacter(text, i);
         std::string_view bytes = text.substr(i, size);

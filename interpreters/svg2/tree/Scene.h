@@ -29,6 +29,14 @@ enum class Axis : std::uint8_t { kX, kY, kNone };
 /// How coordinates of a definition are meant.
 enum class Units : std::uint8_t { kUserSpace, kBoundingBox };
 
+/// Knows the boxes of elements, which some transforms turn about.
+class ElementBoxes {
+public:
+    virtual ~ElementBoxes() = default;
+    /// The box of an element's outlines in its own user units, empty when it has none.
+    virtual ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) = 0;
+};
+
 /// A document with its styles, as all who draw it need it.
 class Scene {
 public:
@@ -62,16 +70,25 @@ public:
     /// "userSpaceOnUse" or "objectBoundingBox"; the default when it is anything else.
     Units UnitsOf(ElementIndex element, Name name, Units byDefault) const;
 
-    /// The transform of an element, about its origin. @return false when it is singular: nothing shows
+    /// Where boxes of elements come from. Without them, transforms refer to the viewport alone.
+    /// @param boxes  must outlive the scene's use, or be null
+    void SetBoxes(ElementBoxes* boxes) { boxes_ = boxes; }
+
+    /// The transform of an element, about its origin; of "use" also to its place. @return false when it is
+    /// singular: nothing shows
     [[nodiscard]] bool TransformOf(ElementIndex element, const Style& style, const Viewport& viewport,
                                    ORVMathAffine2D& transform, Name attribute = Name::kTransform) const;
 
     static double BaseOf(const Viewport& viewport, Axis axis);
 
 private:
-    ORVMathPoint2D OriginOf(const Style& style, const Viewport& viewport) const;
+    Rectangle ReferenceBox(ElementIndex element, const Style& style, const Viewport& viewport) const;
+    ORVMathPoint2D OriginOf(const Style& style, const Rectangle& box) const;
+    bool ReadTransform(ElementIndex element, const Style& style, const Viewport& viewport,
+                       ORVMathAffine2D& transform, Name attribute) const;
 
     const Document& document_;
+    ElementBoxes* boxes_ = nullptr;
     Cascade cascade_;
     std::unordered_map<ElementIndex, std::unique_ptr<Style>> stylesInPlace_;
 };

@@ -120,6 +120,10 @@ ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element) {
     return kNoElement;
 }
 
+bool IsShownByUse(const Document& document, ElementIndex target, const Style& style) {
+    return (style.isDisplayed || document[target].tag == Tag::kSymbol) && PassesConditions(document, target);
+}
+
 ElementIndex FindUseTarget(const Document& document, ElementIndex use) {
     const ElementIndex target = document.FindByReference(Trim(document.ValueOf(use, Name::kHref)));
     if (target == kNoElement || document.IsWithin(use, target)) return kNoElement;

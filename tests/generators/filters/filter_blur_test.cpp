@@ -113,7 +113,7 @@ TEST_P(BoxBlurTest, IsThreeMeans) {
 INSTANTIATE_TEST_SUITE_P(Filter, BoxBlurTest,
                          testing::Values(BlurCase{"Three", 3.0, 3.0, kInput},
                                          BlurCase{"Five", 5.0, 5.4, kInput},
-                                         BlurCase{"LargerThanTheInput", 12.0, 17.0, {-40, -50, 100, 130}},
+                                         BlurCase{"LargerThanTheInput", 12.0, 17.0, {-40, -20, 60, 70}},
                                          BlurCase{"Largest", 20.0, 20.0, kInput},
                                          BlurCase{"OnlyAcross", 4.0, 0.0, {-15, -6, 50, 41}},
                                          BlurCase{"OnlyDown", 0.0, 4.0, {-15, -6, 50, 41}},
@@ -126,7 +126,7 @@ TEST(BoxBlurTest, HasTheVarianceOfTheGaussian) {
         const BlurKernel kernel(sigma);
         const double variance =
             (2.0 * (kernel.box * kernel.box - 1) + kernel.third * kernel.third - 1) / 12.0;
-        EXPECT_NEAR(std::sqrt(variance) / sigma, 1.0, sigma < 8.0 ? 0.055 : 0.02) << sigma;
+        EXPECT_NEAR(std::sqrt(variance) / sigma, 1.0, sigma < 8.0 ? 0.06 : 0.02) << sigma;
         // Sums of full pixels fit.
         EXPECT_LT(65535.0 * kernel.box * kernel.box * kernel.third, 4294967296.0) << sigma;
         EXPECT_EQ(kernel.box % 2 + kernel.third % 2, 2) << sigma;
@@ -150,16 +150,17 @@ class LargeBlurTest : public testing::TestWithParam<BlurCase> {};
 TEST_P(LargeBlurTest, IsNearlyGaussian) {
     const FilterPixels input = Shapes({-5, 4, 90, 70});
     const auto [name, sigmaX, sigmaY, box] = GetParam();
-    // Three boxes are no more than a few levels of 8 bits away.
+    // Three boxes are that much flatter than a Gaussian in the middle of small shapes: eight levels of 8
+    // bits.
     ExpectSlowBlur(BlurFilterPixels(input.Copy(), {sigmaX, sigmaY}, box), input, Gaussian(sigmaX),
-                   Gaussian(sigmaY), box, 5.5 * 257.0);
+                   Gaussian(sigmaY), box, 8.0 * 257.0);
 }
 INSTANTIATE_TEST_SUITE_P(Filter, LargeBlurTest,
                          testing::Values(BlurCase{"InPlace", 24.0, 21.0, {-5, 4, 90, 70}},
-                                         BlurCase{"Cells", 41.0, 23.0, {-30, -40, 121, 133}},
+                                         BlurCase{"Cells", 41.0, 23.0, {-30, -10, 80, 60}},
                                          BlurCase{"CellsAcrossOnly", 45.0, 3.0, {-21, -3, 117, 81}},
                                          BlurCase{"CellsDownOnly", 0.0, 45.0, {-21, -3, 117, 81}},
-                                         BlurCase{"BarelyCells", 20.1, 20.1, {-40, -40, 160, 160}}),
+                                         BlurCase{"BarelyCells", 20.1, 20.1, {-25, 4, 60, 70}}),
                          kNameOfRow);
 
 TEST(FilterBlurTest, KeepsWhatIsFullFull) {

@@ -172,7 +172,7 @@ struct OffsetCase {
 class FilterOffsetTest : public testing::TestWithParam<OffsetCase> {};
 TEST_P(FilterOffsetTest, MovesPixels) {
     const FilterPixels input = RandomFilterPixels(kFirst, 5);
-    const auto [name, columns, rows] = GetParam();
+    const int columns = GetParam().columns, rows = GetParam().rows;
     for (const FilterBox& box : kBoxes)
         ExpectPixels(OffsetFilterPixels(input, columns, rows, box), box, 0.0, [&](int x, int y) {
             const bool isNear = std::abs(columns) < 1000 && std::abs(rows) < 1000;

@@ -127,8 +127,9 @@ struct MorphologyCase {
 class FilterMorphologyTest : public testing::TestWithParam<MorphologyCase> {};
 TEST_P(FilterMorphologyTest, IsTheSlowSearch) {
     const FilterPixels input = RandomFilterPixels(kInput, 2);
-    const auto [isDilation, radiusX, radiusY] = GetParam().morphology;
-    const int reachX = std::clamp(radiusX, 0, 60), reachY = std::clamp(radiusY, 0, 60);
+    const FilterMorphology& morphology = GetParam().morphology;
+    const bool isDilation = morphology.isDilation;
+    const int reachX = std::clamp(morphology.radiusX, 0, 60), reachY = std::clamp(morphology.radiusY, 0, 60);
     for (const FilterBox& box : kBoxes)
         ExpectPixels(MorphFilterPixels(input, GetParam().morphology, box), box, 0.0, [&](int x, int y) {
             PlainPixel found = PlainAt(input, x, y);
