@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "generators/common/filter_reach.h"
 #include "generators/common/generator_status.h"
 #include "generators/common/visible_box.h"
 
@@ -137,6 +138,45 @@ int ORVElementPage::EndMask() {
     --openMasks_;
     ORVPrintGenerator* const to = Receiver();
     return to ? to->EndMask() : static_cast<int>(kGeneratorDone);
+}
+
+int ORVElementPage::BeginFilter(const ORVPrintFilter& filter) {
+    ORVPrintGenerator* const to = Receiver();
+    if (!to) return kGeneratorDone;
+    if (place_ == Place::kElement) {
+        filters_.push_back({filter, {filter.steps.begin(), filter.steps.end()}, shown_});
+        filters_.back().filter.steps = filters_.back().steps;
+        shown_ = {};
+    }
+    return to->BeginFilter(filter);
+}
+
+// What is filtered may reach farther than the content, or less far.
+int ORVElementPage::EndFilter() {
+    ORVPrintGenerator* const to = Receiver();
+    if (!to) return kGeneratorDone;
+    if (place_ == Place::kElement && !filters_.empty()) {
+        const ORVMathBox2D reach = ORVReachOfFilter(filters_.back().filter, shown_);
+        shown_ = filters_.back().shownAround;
+        filters_.pop_back();
+        Show(reach);
+    }
+    return to->EndFilter();
+}
+
+int ORVElementPage::BeginFilterInput() {
+    ORVPrintGenerator* const to = Receiver();
+    if (!to) return kSkipInput;
+    const int result = to->BeginFilterInput();
+    if (result == kGeneratorDone) ++openMasks_;
+    return result;
+}
+
+int ORVElementPage::EndFilterInput() {
+    if (openMasks_ == 0) return kDrawingFailed;
+    --openMasks_;
+    ORVPrintGenerator* const to = Receiver();
+    return to ? to->EndFilterInput() : static_cast<int>(kGeneratorDone);
 }
 
 void ORVElementPage::Show(const ORVMathBox2D& box) {

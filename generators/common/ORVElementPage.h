@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "generators/common/ORVPageRecording.h"
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Lets one element of a drawing through, as a page of the size of all that the element shows: the first
@@ -37,6 +39,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
     int DrawShape(const ORVPrintShape& shape) override { return Draw(shape, &ORVPrintGenerator::DrawShape); }
     int DrawText(const ORVPrintText& text) override { return Draw(text, &ORVPrintGenerator::DrawText); }
@@ -51,6 +57,13 @@ private:
     struct Page {
         unsigned int number = 0;
         std::string id, title, description;
+    };
+
+    /// A filter of the element, and what the content around it shows so far.
+    struct Filter {
+        ORVPrintFilter filter;
+        std::vector<ORVPrintFilterStep> steps;
+        ORVMathBox2D shownAround;
     };
 
     template <class Call>
@@ -73,5 +86,6 @@ private:
     Page page_;
     std::optional<ORVPageRecording> recording_;
     std::vector<ORVMathBox2D> regions_;  // that open clips and layers leave, each within those around it
+    std::deque<Filter> filters_;         // that are open
     ORVMathBox2D shown_;
 };

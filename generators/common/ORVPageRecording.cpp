@@ -266,7 +266,9 @@ void ORVPageRecording::Keep(const ORVPixelImage& image) {
 int ORVPageRecording::BeginGroup(const ORVPrintGroup& group) {
     groups_.push_back({std::string(group.id), std::string(group.description),
                        std::string(group.linkElementId), std::string(group.linkURL), group.linkShow,
-                       group.isLinkTarget});
+                       group.isLinkTarget, group.layer != nullptr,
+                       std::string(group.layer ? group.layer->label : std::string_view()),
+                       group.layer && group.layer->isShown, group.layer && group.layer->isLocked});
     return BeginPart(Kind::kBeginGroup, Last(groups_.size()));
 }
 
@@ -516,8 +518,9 @@ int ORVPageRecording::BeginReplayedGroup(ORVPrintGenerator& target, Call& call) 
     const bool isLinkTarget = group.isLinkTarget;
     group.isLinkTarget = false;
     call.isNeeded = false;  // has been shown
-    return target.BeginGroup(
-        {group.id, group.description, group.linkElementId, group.linkURL, group.linkShow, isLinkTarget});
+    const ORVPrintContentLayer layer{group.layerLabel, group.isLayerShown, group.isLayerLocked};
+    return target.BeginGroup({group.id, group.description, group.linkElementId, group.linkURL, group.linkShow,
+                              isLinkTarget, group.isLayer ? &layer : nullptr});
 }
 
 const ORVPrintPath& ORVPageRecording::PathOf(const Path& kept) {

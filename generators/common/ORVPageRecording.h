@@ -124,7 +124,9 @@ private:
     struct Group {
         std::string id, description, linkElementId, linkURL;
         int linkShow;
-        bool isLinkTarget;
+        bool isLinkTarget, isLayer;
+        std::string layerLabel;
+        bool isLayerShown, isLayerLocked;
     };
     struct Path {
         std::size_t verbs, points;  // where they begin

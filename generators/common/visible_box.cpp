@@ -85,14 +85,17 @@ private:
         const ORVMathPoint2D& at = vertex.place;
         // Within a curve, the outline goes round.
         if (!vertex.isCorner || stroke_.join == ORVPrintStroke::Join::kRound) return AddCircle(at);
-        if (stroke_.join != ORVPrintStroke::Join::kMiter) return;
+        if (stroke_.join == ORVPrintStroke::Join::kBevel) return;
         const ORVMathVector2D in = Direction(before, at), out = Direction(at, after);
         // The tip lies across the bend, at the half width over the sine of half the angle.
         const ORVMathVector2D across{in.x - out.x, in.y - out.y};
         const double bend = std::hypot(across.x, across.y);
         const double sine = std::sqrt(std::max(0.0, (1.0 + in.x * out.x + in.y * out.y) / 2.0));
-        if (bend == 0.0 || !(sine * stroke_.miterLimit >= 1.0)) return;
-        const double reach = half_ / sine / bend;
+        if (bend == 0.0) return;
+        const bool isWithinLimit = sine * stroke_.miterLimit >= 1.0;
+        if (!isWithinLimit && stroke_.join == ORVPrintStroke::Join::kMiter) return;
+        // A tip that is cut off ends where the limit lies, or before.
+        const double reach = half_ / bend * (isWithinLimit ? 1.0 / sine : std::max(1.0, stroke_.miterLimit));
         Add(at, across.x * reach, across.y * reach);
     }
 

@@ -6,14 +6,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
 #include "generators/common/lanes.h"
 
 namespace {
 
 constexpr int kLanes = 8;
-constexpr double kSmallestBoxSigma = 2.0;
+// Below, the nearest odd widths of boxes may be off by more than can be tolerated.
+constexpr double kSmallestBoxSigma = 3.0;
 // What is less changes no pixel by a level of 8 bits.
 constexpr double kSmallestSigma = 0.03;
 constexpr int kWeightSum = 32768;
@@ -34,6 +34,11 @@ std::vector<std::int16_t> WeightsOf(double sigma, int reach) {
     middle = static_cast<std::int16_t>(std::min(middle + left, kWeightSum - 1));
     weights.push_back(0);
     return weights;
+}
+
+ShortLanes PairOf(std::int16_t first, std::int16_t second) {
+    const ShortLanes lanes{static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(second)};
+    return __builtin_shufflevector(lanes, lanes, 0, 1, 0, 1, 0, 1, 0, 1);
 }
 
 /// A sum of three boxes as short numbers.
@@ -103,21 +108,26 @@ BlurKernel::BlurKernel(double sigma) {
         kind = Kind::kWeights;
         reach = std::max(1, static_cast<int>(std::ceil(3.5 * sigma)));
         weights = WeightsOf(sigma, reach);
+        for (std::size_t i = 0; i < weights.size(); i += 2)
+            pairs.push_back(PairOf(weights[i], weights[i + 1]));
         return;
     }
     kind = Kind::kBoxes;
-    // A box of width w has a variance of (w^2 - 1) / 12. Of the odd widths around the one that three equal
-    // boxes would need, those whose sum of variances is nearest.
-    const double variance = 12.0 * sigma * sigma + 3.0;
-    const int lower = (static_cast<int>(std::sqrt(variance / 3.0)) - 1) / 2 * 2 + 1, upper = lower + 2;
+    // A box of width w has a variance of (w^2 - 1) / 12. Three equal ones would be as wide as `middle`; of
+    // odd widths around it, those whose variances add up best, and of such the ones that differ least.
+    const double sum = 12.0 * sigma * sigma + 3.0;
+    const int middle = (static_cast<int>(std::sqrt(sum / 3.0)) - 1) / 2 * 2 + 1;
     double nearest = INFINITY;
-    for (const auto& [two, one] : {std::pair{lower, lower}, {lower, upper}, {upper, lower}, {upper, upper}}) {
-        const double miss = std::abs(2.0 * two * two + 1.0 * one * one - variance);
-        if (miss >= nearest) continue;
-        nearest = miss;
-        box = two;
-        third = one;
-    }
+    for (int two = std::max(1, middle - 4); two <= middle + 6; two += 2)
+        for (int one = std::max(1, two - std::min(8, two / 2)) | 1; one <= two + std::min(8, two / 2);
+             one += 2) {
+            const double miss =
+                std::abs(2.0 * two * two + 1.0 * one * one - sum) + 0.15 * (one - two) * (one - two);
+            if (miss >= nearest) continue;
+            nearest = miss;
+            box = two;
+            third = one;
+        }
     reach = (2 * box + third - 3) / 2;
 }
 
@@ -131,10 +141,7 @@ void WeighRows(const BlurKernel& kernel, const std::uint16_t* const* rows, int c
             const std::uint16_t* other = rows[tap + 1 < taps - 1 ? tap + 1 : tap];
             const ShortLanes a = LoadLanes<ShortLanes>(rows[tap] + i) ^ 0x8000;
             const ShortLanes b = LoadLanes<ShortLanes>(other + i) ^ 0x8000;
-            const auto pair = std::bit_cast<ShortLanes>(
-                Lanes{} +
-                (static_cast<std::uint16_t>(kernel.weights[tap]) |
-                 static_cast<std::uint32_t>(static_cast<std::uint16_t>(kernel.weights[tap + 1])) << 16));
+            const ShortLanes& pair = kernel.pairs[tap / 2];
             low += SumsOfProducts(__builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11), pair);
             high += SumsOfProducts(__builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15), pair);
         }

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "generators/common/lanes.h"
+
 /// What a blur does along one axis.
 struct BlurKernel {
     enum class Kind : std::uint8_t { kNone, kWeights, kBoxes };
@@ -12,13 +14,14 @@ struct BlurKernel {
     explicit BlurKernel(double sigma);
 
     /// Sums of three boxes over full pixels fit 32 bits up to this standard deviation.
-    static constexpr double kLargestBoxSigma = 19.5;
+    static constexpr double kLargestBoxSigma = 20.0;
 
     Kind kind = Kind::kNone;
     int reach = 0;  ///< pixels to either side that count
     /// kWeights: of 2 * reach + 1 pixels and a further one without weight, in parts of 32768.
     std::vector<std::int16_t> weights;
-    int box = 1, third = 1;  ///< kBoxes: the width of two boxes and that of the third, both odd
+    std::vector<ShortLanes> pairs;  ///< the same, two in all lanes of each
+    int box = 1, third = 1;         ///< kBoxes: the width of two boxes and that of the third, both odd
     /// Rows (or pixels) back to the oldest that is needed.
     int Delay() const { return kind == Kind::kBoxes ? 2 * box + third : 2 * reach; }
 };

@@ -30,7 +30,9 @@ public:
           kernel_(kernel),
           columns_(columns),
           isAlphaOnly_(input.IsAlphaOnly()),
-          window_(columns.GrownBy(kernel.reach, 0).CutTo(input.GetBox())),
+          window_(input.GetBox().CutTo(
+              FilterBox{columns.left, input.GetBox().top, columns.width, input.GetBox().height}.GrownBy(
+                  kernel.reach, 0))),
           source_(Numbers(columns.width + 2 * kernel.reach + kernel.Delay())),
           blurred_(Numbers(columns.width)),
           rows_(kernel.weights.size()) {}

@@ -14,7 +14,7 @@ inline constexpr double kLargestFilterSigma = 4900.0;
 /// How far a blur carries a pixel, at most: by so much an input should be larger than what is asked for.
 int FilterBlurReach(double sigma);
 
-/// Gaussian blur: exact weights below a standard deviation of 2, above it three running means. What lies
+/// Gaussian blur: exact weights below a standard deviation of 3, above it three running means. What lies
 /// outside the input is transparent. Give an input that is not needed again by std::move: if its box is
 /// `box`, it is blurred in place.
 /// @param box  of the result

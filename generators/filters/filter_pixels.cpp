@@ -14,6 +14,8 @@ namespace {
 
 /// Coordinates stay so small that sums of a few of them are integers still.
 constexpr int kFarthest = 1 << 29;
+// More than any memory holds.
+constexpr double kMostPixels = 1e10;
 
 bool IsPossible(const FilterBox& box) {
     const auto isNear = [](std::int64_t value) { return value >= -kFarthest && value <= kFarthest; };
@@ -168,6 +170,7 @@ FilterBox FilterBox::GrownBy(int columns, int rows) const {
 
 FilterPixels::FilterPixels(const FilterBox& box, FilterColours colours) : colours_(colours) {
     if (!IsPossible(box)) return;
+    if (box.Area() > kMostPixels) throw std::bad_alloc();
     // Zeroed memory straight from the system costs nothing until it is touched.
     const auto count = static_cast<std::size_t>(box.width) * static_cast<std::size_t>(box.height);
     pixels_.reset(static_cast<std::uint16_t*>(std::calloc(count, PixelSize(1))));

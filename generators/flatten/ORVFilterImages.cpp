@@ -151,6 +151,7 @@ int ORVFilterImages::BeginPage(const ORVPrintPageInfo& info) {
     page_ = {0.0, info.width, 0.0, info.height};
     pageNumber_ = info.number;
     shown_.clear();
+    symbolScales_.clear();
     taken_.reset();
     if (ownBudget_) {
         const double scale = options_.dotsPerInch / kUserUnitsPerInch;
@@ -207,11 +208,19 @@ int ORVFilterImages::EndMask() {
 }
 
 int ORVFilterImages::BeginSymbol(const ORVPrintSymbol& symbol) {
-    return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
+    const int answer = Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
+    return answer != kDrawSymbol || taken_ ? answer : Guard([&] {
+        // Its places to come may show all of it.
+        constexpr double kFar = 1e7;
+        symbolScales_.push_back(SymbolScale() * symbol.toPage.Enlargement());
+        shown_.push_back({-kFar, kFar, -kFar, kFar});
+        return answer;
+    });
 }
 
 int ORVFilterImages::EndSymbol() {
-    return Pass([](ORVPrintGenerator& to) { return to.EndSymbol(); });
+    if (!taken_ && !symbolScales_.empty()) symbolScales_.pop_back();
+    return EndPart([](ORVPrintGenerator& to) { return to.EndSymbol(); });
 }
 
 int ORVFilterImages::DrawShape(const ORVPrintShape& shape) {
@@ -289,7 +298,7 @@ int ORVFilterImages::Refuse(const std::string& text) {
 /// Plans a filter at the device's resolution, or at what memory allows. @return false when it cannot be
 bool ORVFilterImages::FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content,
                               FilterPlan& plan) const {
-    const double full = options_.dotsPerInch / kUserUnitsPerInch;
+    const double full = options_.dotsPerInch / kUserUnitsPerInch * SymbolScale();
     const ORVMathBox2D& shown = Shown();
     const double seen =
         shown.IsEmpty() ? 0.0 : (shown.xMax - shown.xMin) * (shown.yMax - shown.yMin) * full * full;

@@ -82,6 +82,7 @@ private:
     template <class Call>
     int EndPart(Call call);
     const ORVMathBox2D& Shown() const { return shown_.empty() ? page_ : shown_.back(); }
+    double SymbolScale() const { return symbolScales_.empty() ? 1.0 : symbolScales_.back(); }
     /// Where content goes that is noted.
     ORVPrintGenerator& Record();
     int DrawTaken();
@@ -99,6 +100,7 @@ private:
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
     std::vector<ORVMathBox2D> shown_;  // of what is begun: what of the page can be seen
+    std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
     std::unique_ptr<Taken> taken_;     // null while none is
 
     // What content is drawn by, made when it is first needed. The inner stage is for filters in filters.

@@ -8,6 +8,8 @@ namespace {
 
 // Farther than this nothing moves: it has left every image.
 constexpr double kFarthest = 1 << 28;
+// Part of a pixel that nobody misses: products are not exact.
+constexpr double kUnseen = 1e-4;
 
 int Round(double pixels) {
     return std::isfinite(pixels) ? static_cast<int>(std::lround(std::clamp(pixels, -kFarthest, kFarthest)))
@@ -30,8 +32,10 @@ FilterShadow InPixels(const ORVFilterShadow& shadow, const FilterGrid& grid) {
 }
 
 FilterMorphology InPixels(const ORVFilterMorphology& morphology, const FilterGrid& grid) {
-    return {morphology.dilates, Round(morphology.xRadius * grid.xScale),
-            Round(morphology.yRadius * grid.yScale)};
+    // What is asked for at all is at least a pixel.
+    const auto reach = [](double radius) { return Round(std::ceil(radius - kUnseen)); };
+    return {morphology.dilates, reach(morphology.xRadius * grid.xScale),
+            reach(morphology.yRadius * grid.yScale)};
 }
 
 FilterDisplacement InPixels(const ORVFilterDisplacement& displacement, const FilterGrid& grid) {

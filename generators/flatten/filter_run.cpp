@@ -43,7 +43,8 @@ public:
         return OffsetFilterPixels(Find(0), shift.columns, shift.rows, box_);
     }
     FilterPixels operator()(const ORVFilterTile&) {
-        return TileFilterPixels(Find(0), AreaOf(0).CutTo(Find(0).GetBox()), box_);
+        // All of the subregion repeats, with what of it is transparent.
+        return TileFilterPixels(Find(0), AreaOf(0), box_);
     }
     FilterPixels operator()(const ORVFilterInput& input) {
         FilterPixels pixels(box_);
@@ -95,8 +96,12 @@ public:
         const FilterPixels& map = See(1);
         return DisplaceFilterPixels(Find(0), map, InPixels(displacement, Grid()), box_);
     }
+    // The numbers of the light's colour count as they are, as renderers agree.
     FilterPixels operator()(const ORVFilterLighting& lighting) {
-        return LightFilterPixels(Find(0), InPixels(lighting, Grid(), AreaOf(0)), colours_, box_);
+        FilterPixels lit =
+            LightFilterPixels(Find(0), InPixels(lighting, Grid(), AreaOf(0)), FilterColours::kSrgb, box_);
+        lit.SetColours(colours_);
+        return lit;
     }
     int GetStatus() const { return status_; }
 

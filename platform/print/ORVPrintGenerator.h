@@ -125,6 +125,13 @@ struct ORVPrintPageInfo {
     std::string_view label;
 };
 
+/// A layer of the drawing as its editor has them, which viewers can show and hide.
+struct ORVPrintContentLayer {
+    std::string_view label;  ///< UTF-8, not empty
+    bool isShown = true;     ///< to begin with
+    bool isLocked = false;   ///< whether viewers leave it as it is
+};
+
 /// A part of the page that belongs together, a single shape that links lead to among them: its texts and the
 /// target of its link, all perhaps empty.
 struct ORVPrintGroup {
@@ -135,6 +142,8 @@ struct ORVPrintGroup {
     std::string_view linkURL;   ///< where the link leads outside of the drawing; empty for nowhere
     int linkShow = 0;           ///< ORVPrintLinkShow
     bool isLinkTarget = false;  ///< a link leads to this id; true for the first place that bears it
+    /// Null when the group is no layer. Layers nest. They do not occur in masks, clips and symbols.
+    const ORVPrintContentLayer* layer = nullptr;
 };
 
 /// A region that content is cut to: the inside of an outline.
@@ -227,6 +236,8 @@ public:
         kBlendModes = 8,  ///< of layers
         kMasks = 16,      ///< of layers
         kFilters = 32,
+        /// Groups that are layers of the drawing can be hidden. Others get no hidden ones.
+        kContentLayers = 1U << 16U,
     };
     /// The flags of what this generator can say; the same as long as the document is open.
     virtual unsigned int GetPowers() const { return 0; }
@@ -248,7 +259,7 @@ public:
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
 
     /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
-    /// may be none. Filters nest, and cross nothing else. They do not occur in symbols.
+    /// may be none. Filters nest, and cross nothing else.
     [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
     /// Ends the innermost filter.
     [[nodiscard]] virtual int EndFilter() { return 1; }

@@ -9,11 +9,11 @@ namespace {
 
 constexpr std::array<std::string_view, 20> kNames{
     // what standard SVG draws
-    "style", "linearGradient", "radialGradient", "tspan", "clipPath", "mask", "textPath", "switch",
+    "style", "linearGradient", "radialGradient", "tspan", "clipPath", "mask", "textPath", "switch", "filter",
     // what it does not, or not always
-    "filter", "foreignObject", "tref", "flowRoot", "script", "animate", "animateTransform", "animateMotion",
-    "set", "font", "meshgradient", "video"};
-static_assert(kStandardElements == (1U << 8U) - 1U && kNames[7] == "switch");
+    "foreignObject", "tref", "flowRoot", "script", "animate", "animateTransform", "animateMotion", "set",
+    "font", "meshgradient", "video"};
+static_assert(kStandardElements == (1U << 9U) - 1U && kNames[8] == "filter");
 
 /// Parts of the ones above, and what is said about a drawing.
 constexpr std::array<std::string_view, 12> kSilent{"stop",      "metadata",   "view",     "mpath",

@@ -13,7 +13,7 @@ namespace orvprint {
 // which they matter.
 
 /// Elements whose names stand for what standard SVG draws and the vocabulary lacks, as a set of bits.
-inline constexpr std::uint32_t kStandardElements = (1U << 8U) - 1U;
+inline constexpr std::uint32_t kStandardElements = (1U << 9U) - 1U;
 /// Elements of other names.
 inline constexpr std::uint32_t kOtherElements = 1U << 31U;
 

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
@@ -37,6 +38,8 @@
 #include "platform/xml/unread_elements.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 /// The format asked for, or that of the output's ending. @return null after a report
 const ORVOutputFormat* FindFormat(const PrintOptions& options) {
@@ -123,6 +126,10 @@ public:
     /// Finds out whether the output can be written at all. @return an exit code
     int Check() {
         if (options_.output == "-") return kExitDone;
+        const fs::path folder = fs::path(options_.output).parent_path();
+        std::error_code error;
+        if (!folder.empty() && fs::status(folder, error).type() == fs::file_type::not_found)
+            return Report(kExitUnwritable, OutputName(), "there is no folder " + folder.string());
         const auto trial = CreateFileOutput(format_.onePageAPart && options_.inputs.size() > 1);
         return trial->Prepare() == 1 ? static_cast<int>(kExitDone)
                                      : Report(OutputName(), trial->GetFailure());
@@ -158,6 +165,7 @@ private:
         auto output = std::make_unique<ORVFileOutput>(options_.output, isNumbered);
         for (const std::string& input : options_.inputs) output->Protect(input == "-" ? "/dev/stdin" : input);
         ProtectFilesOfDrawings(*output);
+        if (options_.keepsFiles) output->KeepFiles();
         return output;
     }
 

@@ -17,6 +17,7 @@ struct PrintOptions {
     std::vector<std::string> inputs;  ///< "-" for standard input
     std::string output;               ///< "-" for standard output
     std::string outputName;           ///< what messages call it; empty: by its path
+    bool keepsFiles = false;          ///< never write over a file that exists
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
     bool tellsLoss = false;           ///< say on standard error what of a drawing was not read

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <optional>
 
+#include "apps/orvprint/input/foreign_input.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/memory_prefault.h"
@@ -345,12 +346,17 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
 int ReadInput(const std::string& path, InputBytes& bytes) {
     if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
     if (bytes.GetView().empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    if (const std::string_view kind = DescribeForeignInput(bytes.GetView()); !kind.empty())
+        return Report(kExitNotWellFormed, InputName(path),
+                      "is " + std::string(kind) + ", not an SVG drawing");
     return kExitDone;
 }
 
 int CheckInput(const std::string& path) {
     if (path == "-") return kExitDone;
     struct stat information {};
+    if (path.find("://") != std::string::npos && stat(path.c_str(), &information) != 0)
+        return Report(kExitUnreadable, path, "is an address, not a file; download the drawing first");
     if (stat(path.c_str(), &information) != 0 || access(path.c_str(), R_OK) != 0)
         return Report(kExitUnreadable, path, std::strerror(errno));
     if (S_ISDIR(information.st_mode)) return Report(kExitUnreadable, path, "is a folder");
@@ -361,6 +367,10 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
     InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    if (!IsFragmentInput(path, options) && IsHtml(bytes.GetView()))
+        return Report(kExitNoPage, InputName(path),
+                      "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with "
+                      "--qvxml");
     const MemoryPrefault memoryPrefault(bytes.GetView().size());
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);

@@ -64,8 +64,10 @@ ORVMathBox2D Bounds::OfUse(ElementIndex element, const Style& style, const Viewp
 
 ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const Viewport& viewport,
                                const ORVMathAffine2D& map, int depth) {
-    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement()) return {};
     const Document& document = scene_.GetDocument();
+    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement(document[element].payload) ||
+        !scene_.GetCascade().IsWithinBudget())
+        return {};
     switch (const Tag tag = document[element].tag) {
         case Tag::kG:
         case Tag::kA: return OfChildren(element, style, viewport, map, depth);

@@ -37,6 +37,9 @@ public:
         if (element != kNoElement) linkTargets_.insert(element);
     }
 
+    /// Has layers of the document's editor reported, hidden ones where the generator can hide them.
+    void ReportContentLayers();
+
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
     /// @param viewport  of the root, in px
@@ -60,9 +63,10 @@ private:
     void DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state, ElementIndex use,
                            const Style* useStyle);
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
-    void DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+    void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
-    void BeginGroups(ElementIndex element);
+    void BeginGroups(ElementIndex element, const Style& style);
+    bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----
     /// Begins the layer and the clips of an element.
@@ -87,7 +91,7 @@ private:
     [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& state);
     void EndFiltering();
     void DrawFilterImage(const FilterImage& image, const DrawState& state);
-    void PlaceImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
+    void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
                     std::string_view id, const DrawState& state);
 
     // ---- shapes (shape_drawing.cpp) ----
@@ -125,6 +129,12 @@ private:
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
+    /// True for content that may be drawn elsewhere, too.
+    bool IsRepeated() const { return !uses_.empty() || !active_.empty(); }
+    /// Counts an element that is to be drawn. @return false when there have been too many, which is noted
+    [[nodiscard]] bool TakeElement(ElementIndex element);
+    /// @return false when levels lie too deep within each other, which is noted
+    [[nodiscard]] bool MayDescend(int depth);
     /// Notes that a definition is being drawn. @return false when too many lie within each other
     bool Enter(ElementIndex definition);
     void Leave() { active_.pop_back(); }
@@ -147,6 +157,7 @@ private:
     std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_;
+    bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 
 }  // namespace svg2

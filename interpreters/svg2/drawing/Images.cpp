@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "interpreters/svg2/document/parsing.h"
+#include "interpreters/svg2/tree/Scene.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVString.h"
@@ -110,10 +111,17 @@ bool ReadDataUri(std::string_view uri, std::string& bytes) {
     return true;
 }
 
-const ImageContent& Images::Find(std::string_view reference) {
+ImageContent::ImageContent() = default;
+ImageContent::~ImageContent() = default;
+
+ImageContent& Images::Find(std::string_view reference) {
+    auto& [length, known] = byPlace_[reference.data()];
+    if (known && length == reference.size()) return *known;
     const auto [entry, isNew] = contents_.try_emplace(reference);
     if (isNew) Load(reference, entry->second);
-    return entry->second;
+    length = reference.size();
+    known = &entry->second;
+    return *known;
 }
 
 void Images::Load(std::string_view reference, ImageContent& content) const {

@@ -99,6 +99,8 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
         if (!Do(generator_.BeginLayer(layer))) return false;
         ends_.push_back(End::kLayer);
         if (hasMask) {
+            const std::uint64_t payload = IsRepeated() ? DrawingBudget::kMaskPayload : 0;
+            if (!budget_.TakeElement(payload)) return Do(ORVPrintModelRender::kTooManyRepeats);
             if (!Enter(mask)) return false;
             const bool shows = BeginMasking(element, style, state);
             Leave();
@@ -112,7 +114,7 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
 /// Draws the mask of the layer that has just begun.
 bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawState& state) {
     const ElementIndex mask = active_.back();
-    const Style maskStyle = scene_.StyleInPlace(mask);
+    const Style& maskStyle = scene_.StyleInPlace(mask);
     const Units units = scene_.UnitsOf(mask, Name::kMaskUnits, Units::kBoundingBox);
     const Units contentUnits = scene_.UnitsOf(mask, Name::kMaskContentUnits, Units::kUserSpace);
     ORVMathBox2D box;
@@ -205,7 +207,7 @@ struct ClipOutline {
 bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
                                   const DrawState& state) {
     const Document& document = scene_.GetDocument();
-    const Style clipStyle = scene_.StyleInPlace(clip);
+    const Style& clipStyle = scene_.StyleInPlace(clip);
     DrawState inner = state;
     inner.isWithinClip = true;
     inner.context = nullptr;
@@ -231,9 +233,11 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
     bool isSimple = true;
     for (ElementIndex child = document[clip].firstChild; shows && child != kNoElement;
          child = document[child].nextSibling) {
-        ElementIndex shape = child;
-        if (!budget_.TakeElement()) {
-            shows = Do(ORVPrintModelRender::kTooManyRepeats);
+        // Who does not make an outline is looked at when it is drawn.
+        if (!isSimple) break;
+        const ElementIndex shape = child;
+        if (!TakeElement(child)) {
+            shows = false;
             break;
         }
         if (!IsShape(document[shape].tag) && document[shape].tag != Tag::kUse &&
@@ -293,7 +297,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
 
 void Drawing::DrawClipContent(ElementIndex clip, const DrawState& state) {
     const Document& document = scene_.GetDocument();
-    const Style clipStyle = scene_.StyleInPlace(clip);
+    const Style& clipStyle = scene_.StyleInPlace(clip);
     for (ElementIndex child = document[clip].firstChild; child != kNoElement && !IsStopped();
          child = document[child].nextSibling) {
         const Tag tag = document[child].tag;

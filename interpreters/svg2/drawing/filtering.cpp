@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
+#include <cstddef>
+#include <variant>
 
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/page_size.h"
@@ -19,6 +21,21 @@ ORVMathBox2D AroundPage(const ORVMathBox2D& page) {
     return {page.xMin - width, page.xMax + width, page.yMin - height, page.yMax + height};
 }
 
+/// What reading a filter costs, in elements: long lists count, too.
+std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
+    constexpr std::size_t kElementsOfNumber = 4;
+    std::size_t numbers = 0;
+    for (const ORVPrintFilterStep& step : steps) {
+        numbers += step.inputs.size();
+        if (const auto* convolution = std::get_if<ORVFilterConvolution>(&step.operation))
+            numbers += convolution->kernel.size();
+        if (const auto* transfer = std::get_if<ORVFilterTransfer>(&step.operation))
+            for (const ORVFilterTransfer::Function& function : transfer->functions)
+                numbers += function.values.size();
+    }
+    return steps.size() + numbers * kElementsOfNumber;
+}
+
 }  // namespace
 
 bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const DrawState& state) {
@@ -29,7 +46,7 @@ bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const Dra
         case FilterEffect::kHides: return false;
         case FilterEffect::kFilters: break;
     }
-    for (std::size_t i = 0; i < description.steps.size(); ++i)
+    for (std::size_t weight = WeightOf(description.steps); weight > 0; --weight)
         if (!budget_.TakeElement()) return Do(ORVPrintModelRender::kTooManyRepeats);
     if (pages_.size() >= DrawingBudget::kGreatestNesting || state.depth + 1 >= DrawingBudget::kGreatestDepth)
         return Do(ORVPrintModelRender::kTooManyRepeats);
@@ -69,7 +86,7 @@ void Drawing::DrawFilterImage(const FilterImage& image, const DrawState& outer) 
     ++state.depth;
     state.context = nullptr;
     if (!reference.starts_with('#')) {
-        const ImageContent& content = images_.Find(reference);
+        ImageContent& content = images_.Find(reference);
         const Rectangle& place = image.subregion;
         if ((content.pixels || content.drawing) && place.width > 0.0 && place.height > 0.0)
             PlaceImage(content, place,

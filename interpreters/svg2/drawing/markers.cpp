@@ -179,6 +179,7 @@ void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_
     const ContextPaints context{&copy, [&path] { return BoxOf(path); }, state.viewport, state.toPage,
                                 state.context};
     if (vertices.empty()) return;
+    if (!IsRepeated()) budget_.AllowForPlaces(vertices.size());
     const auto draw = [&](ElementIndex marker, std::size_t index, bool isStart) {
         if (marker != kNoElement && !IsStopped())
             DrawMarker(marker, vertices[index].point, DegreesAt(vertices, index), isStart, copy, state,
@@ -191,12 +192,9 @@ void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_
 
 void Drawing::DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, double degrees, bool isStart,
                          const Style& style, const DrawState& state, const ContextPaints& context) {
-    if (state.depth + 1 >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth + 1) || !TakeElement(marker)) return;
     const Document& document = scene_.GetDocument();
-    const Style markerStyle = scene_.StyleInPlace(marker);
+    const Style& markerStyle = scene_.StyleInPlace(marker);
     const bool isInUserSpace = Trim(document.ValueOf(marker, Name::kMarkerUnits)) == "userSpaceOnUse";
     const double scale = isInUserSpace ? 1.0 : style.strokeWidth.Resolve(state.viewport.Diagonal());
     const Viewport& outer = state.viewport;

@@ -28,12 +28,9 @@ constexpr Name kPlaces[] = {Name::kX, Name::kY, Name::kWidth, Name::kHeight};
 PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
     const Document& document = scene.GetDocument();
     PatternDefinition definition;
-    std::vector<ElementIndex> chain;
     bool hasUnits = false, hasContentUnits = false, hasTransform = false, hasRatio = false;
-    for (ElementIndex next = pattern; next != kNoElement && document[next].tag == Tag::kPattern &&
-                                      std::find(chain.begin(), chain.end(), next) == chain.end();
-         next = document.FindByReference(Trim(document.ValueOf(next, Name::kHref)))) {
-        chain.push_back(next);
+    for (const ElementIndex next :
+         scene.TemplateChain(pattern, [](Tag tag) { return tag == Tag::kPattern; })) {
         const Style& style = scene.StyleInPlace(next);
         for (std::size_t i = 0; i < std::size(kPlaces); ++i) {
             Length length;
@@ -99,7 +96,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
                 tile.width * boxWidth, tile.height * boxHeight};
     if (!(tile.width > 0.0) || !(tile.height > 0.0)) return;
 
-    const Style contentStyle = scene_.StyleInPlace(pattern.content);
+    const Style& contentStyle = scene_.StyleInPlace(pattern.content);
     DrawState inner = state;
     ++inner.depth;
     inner.context = nullptr;
@@ -147,10 +144,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     }
     for (long y = tiles->yFirst; y <= tiles->yLast && !IsStopped(); ++y) {
         for (long x = tiles->xFirst; x <= tiles->xLast && !IsStopped(); ++x) {
-            if (!budget_.TakeElement()) {
-                Do(ORVPrintModelRender::kTooManyRepeats);
-                break;
-            }
+            if (!TakeElement(pattern.content)) break;
             const ORVMathAffine2D step =
                 patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * tile.width,
                                                              static_cast<double>(y) * tile.height);

@@ -13,6 +13,11 @@ namespace {
 using Kind = ORVPrintGradient::Kind;
 using Spread = ORVPrintGradient::Spread;
 
+constexpr std::uint64_t kStepsPerStop = 50;  // whose style is found out
+// Of gradients with more stops than anyone needs, for each shape that shows them.
+constexpr std::uint64_t kStepsPerCopiedStop = 40;
+constexpr std::size_t kFreeStops = 256;
+
 // Places of the coordinates in a definition.
 enum LinearPlace { kX1, kY1, kX2, kY2 };
 enum RadialPlace { kCx, kCy, kR, kFx, kFy, kFr };
@@ -27,18 +32,6 @@ constexpr PlaceRow kLinearPlaces[] = {
 constexpr PlaceRow kRadialPlaces[] = {{Name::kCx, {0.0, 50.0}}, {Name::kCy, {0.0, 50.0}},
                                       {Name::kR, {0.0, 50.0}},  {Name::kFx, {0.0, 50.0}},
                                       {Name::kFy, {0.0, 50.0}}, {Name::kFr, {0.0, 0.0}}};
-
-/// Gradients from the one that is asked for to the last that it borrows from. A gradient that comes again
-/// ends the chain.
-std::vector<ElementIndex> TemplateChain(const Document& document, ElementIndex gradient) {
-    std::vector<ElementIndex> chain;
-    while (gradient != kNoElement && Gradients::IsGradient(document[gradient].tag) &&
-           std::find(chain.begin(), chain.end(), gradient) == chain.end()) {
-        chain.push_back(gradient);
-        gradient = document.FindByReference(Trim(document.ValueOf(gradient, Name::kHref)));
-    }
-    return chain;
-}
 
 bool ReadSpread(std::string_view text, Spread& spread) {
     if (text == "pad")
@@ -122,6 +115,7 @@ void Gradients::ReadStops(ElementIndex gradient, std::vector<ORVPrintGradientSto
     for (ElementIndex child = document[gradient].firstChild; child != kNoElement;
          child = document[child].nextSibling) {
         if (document[child].tag != Tag::kStop) continue;
+        scene_.GetCascade().GetWork()->Take(kStepsPerStop);
         Style style;
         scene_.GetCascade().Compute(child, parent, style);
         least = std::max(least, Offset(document.ValueOf(child, Name::kOffset)));
@@ -131,7 +125,7 @@ void Gradients::ReadStops(ElementIndex gradient, std::vector<ORVPrintGradientSto
 
 void Gradients::Resolve(ElementIndex gradient, GradientDefinition& definition) {
     const Document& document = scene_.GetDocument();
-    const std::vector<ElementIndex> chain = TemplateChain(document, gradient);
+    const std::vector<ElementIndex> chain = scene_.TemplateChain(gradient, IsGradient);
     const bool isLinear = document[gradient].tag == Tag::kLinearGradient;
     definition.kind = isLinear ? Kind::kLinear : Kind::kRadial;
     const std::span<const PlaceRow> rows =
@@ -179,6 +173,9 @@ void Gradients::Make(ElementIndex element, const ORVMathBox2D& box, const Viewpo
     const GradientDefinition& definition = Find(element);
     paint.kind = GradientPaint::Kind::kNothing;
     if (definition.stops.empty()) return;
+    // The stops are copied for each shape, and every generator looks through them.
+    if (definition.stops.size() > kFreeStops)
+        scene_.GetCascade().GetWork()->Take(kStepsPerCopiedStop * definition.stops.size());
 
     ORVMathAffine2D toUser;
     if (definition.units == Units::kBoundingBox) {

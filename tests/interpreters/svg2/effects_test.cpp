@@ -197,4 +197,19 @@ TEST(MaskTest, IsDrawnBeforeTheContent) {
     });
 }
 
+TEST(SVG2ClipTest, AClipThatBeginsAgainStaysOpen) {
+    const std::string clip = "<clipPath id='c'><circle cx='5' cy='5' r='5'/></clipPath>";
+    const std::string other = "<clipPath id='d'><circle cx='5' cy='5' r='4'/></clipPath>";
+    EXPECT_EQ(SketchContent(clip + other +
+                            "<g clip-path='url(#c)'><path d='M0 0h1v1z'/></g>"
+                            "<path d='M0 0h2v2z' clip-path='url(#c)'/>"
+                            "<path d='M0 0h3v3z' clip-path='url(#d)'/>"
+                            "<path d='M0 0h4v4z'/>"
+                            "<path d='M0 0h5v5z' clip-path='url(#d)' transform='translate(1)'/>"),
+              "clip path 0,0 10,10\n  0,0 1,1 fill #000000\n  0,0 2,2 fill #000000\n"
+              "clip path 1,1 9,9\n  0,0 3,3 fill #000000\n"
+              "0,0 4,4 fill #000000\n"
+              "clip path 2,1 10,9\n  1,0 6,5 fill #000000\n");
+}
+
 }  // namespace

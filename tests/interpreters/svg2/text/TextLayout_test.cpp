@@ -63,6 +63,58 @@ TEST(TextTest, SpansFollowEachOther) {
          "href='#p'>ab</textPath></text>",
          "\"a\" 10,50"},
         {"a lost path", "<text x='1'>a<textPath href='#none'>b</textPath>c</text>", "\"ac\" 1,0"},
+        {"characters that are not displayed use up values",
+         "<text x='1 20 40 60'>a<tspan display='none'>bc</tspan>d</text>", "\"a\" 1,0; \"d\" 60,0"},
+        {"white space after what is not displayed", "<text>a <tspan display='none'>b </tspan>c</text>",
+         "\"a c\" 0,0"},
+        {"white space before a chunk does not count in its anchor",
+         "<text x='50' text-anchor='end'>ab <tspan x='90'>c</tspan></text>",
+         "\"ab \" 37.96,0; \"c\" 83.98,0"},
+        {"moves count where a text is anchored", "<text x='50' dx='0 6' text-anchor='end'>ab</text>",
+         "\"a\" 31.96,0; \"b\" 43.98,0"},
+        {"a mark stays on its letter", "<text x='1 20 40'>a&#x301;b</text>", "\"a\u0301\" 1,0; \"b\" 40,0"},
+        {"moves within a cluster add up", "<text dx='1 2 4'>a&#x301;b</text>",
+         "\"a\u0301\" 3,0; \"b\" 13.02,0"},
+        {"a character beyond the first plane takes one value",
+         "<text x='1 20' font-family='DejaVu Sans'>&#x1D504;b</text>", "\"\U0001D504\" 1,0; \"b\" 20,0"},
+        {"no spacing by shares of the size", "<text letter-spacing='50%'>ab</text>", "\"ab\" 0,0"},
+        {"word spacing in shares of the space",
+         "<text word-spacing='100%'>a <tspan fill='red'>b</tspan></text>", "\"a \" 0,0; \"b\" 18.06,0"},
+        {"inner lengths come first, and stay together",
+         "<text textLength='50'>a<tspan textLength='20' fill='red'>bc</tspan>d</text>",
+         "\"a\" 0,0; \"bc\" 15,0; \"d\" 43.98,0"},
+        {"a length of nothing", "<text textLength='0'>ab</text>", "\"ab\" 0,0"},
+        {"a negative length", "<text textLength='-5'>ab</text>", "\"ab\" 0,0"},
+        {"text of another element",
+         "<defs><text id='r'> far <tspan>away</tspan></text></defs><text>go <tref href='#r' "
+         "fill='red'/></text>",
+         "\"go \" 0,0; \"far away\" 18.06,0"},
+        {"no text of nothing", "<text>a<tref href='#none'>b</tref>c</text>", "\"ac\" 0,0"},
+        {"a path within a span is none",
+         "<path id='p' d='M10 50h80' fill='none'/><text>a<tspan><textPath "
+         "href='#p'>b</textPath></tspan></text>",
+         "\"a\" 0,0"},
+        {"once around a closed path",
+         "<path id='p' d='M0 10h20v20h-20z' fill='none'/><text><textPath href='#p' "
+         "startOffset='70'>abc</textPath></text>",
+         "\"a\" 0,20; \"b\" 0,13.98; \"c\" 2.04,10"},
+        {"a path to the left of its direction",
+         "<text><textPath path='M90 50h-80' side='right'>a</textPath></text>", "\"a\" 10,50"},
+        {"along and across a path",
+         "<path id='p' d='M10 50h80' fill='none'/><text x='5' y='7'><textPath href='#p'>a<tspan dx='2' "
+         "dy='3'>b</tspan></textPath></text>",
+         "\"a\" 15,50; \"b\" 23.02,53"},
+        {"after a path", "<text><textPath path='M10 50h80'>a</textPath>b</text>",
+         "\"a\" 10,50; \"b\" 16.02,50"},
+        {"right to left spans",
+         "<text x='50' direction='rtl'>&#x5d0;<tspan fill='red'>&#x5d1;</tspan></text>",
+         "\"\u05D1\" 37.53,0; \"\u05D0\" 43.32,0"},
+        {"right to left, at the end", "<text x='50' direction='rtl' text-anchor='end'>ab</text>",
+         "\"ab\" 50,0"},
+        {"overridden direction",
+         "<text>a<tspan direction='rtl' unicode-bidi='bidi-override'>b<tspan "
+         "fill='red'>c</tspan></tspan>d</text>",
+         "\"a\" 0,0; \"c\" 6.02,0; \"b\" 12.04,0; \"d\" 18.06,0"},
         {"right to left", "<text x='50' direction='rtl'>ab</text>", "\"ab\" 37.96,0"},
     };
     for (const auto& row : kRows) EXPECT_EQ(Texts(row.content), row.texts) << row.name;
@@ -82,6 +134,21 @@ TEST(TextTest, LinesHaveThePaintOfWhoAsksForThem) {
         "<g fill='red' text-decoration='underline'><text y='50' font-family='DejaVu Sans' "
         "font-size='20' fill='blue'>ab</text></g>");
     EXPECT_EQ(calls.find(" fill #ff0000\n\"ab\" 0,50 fill #0000ff\n"), calls.find(" fill")) << calls;
+}
+
+// Across the middle of the em boxes, 0.346 em above the baseline.
+TEST(TextTest, VerticalLinesGoDown) {
+    const struct {
+        const char *name, *content, *texts;
+    } kRows[] = {
+        {"letters on their side", "<text x='50' y='10' writing-mode='tb'>ab</text>", "\"ab\" 46.54,10"},
+        {"the middle of them", "<text x='50' y='20' writing-mode='tb' text-anchor='middle'>ab</text>",
+         "\"ab\" 46.54,13.98"},
+        {"moves", "<text x='50' writing-mode='tb'>a<tspan dx='5' dy='7'>b</tspan></text>",
+         "\"a\" 46.54,0; \"b\" 51.54,13.02"},
+        {"on a span", "<text>a<tspan writing-mode='tb'>b</tspan></text>", "\"a\" 0,0; \"b\" 6.02,0"},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(Texts(row.content), row.texts) << row.name;
 }
 
 TEST(TextTest, IsCutToLettersByClips) {
