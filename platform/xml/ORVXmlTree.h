@@ -29,6 +29,9 @@ public:
     const ORVXmlNode* GetFirstNode() const { return firstNode_; }
     /// The root element; null when the document broke off before it.
     const ORVXmlNode* GetRoot() const { return root_; }
+    /// Names of elements within drawings that are not among those of the vocabulary, as the bits of
+    /// unread_elements.h. Drawings that lie deeper than three levels in another document are not looked into.
+    std::uint32_t GetUnreadElements() const { return unreadElements_; }
     /// Bytes taken for nodes, attributes and texts.
     std::size_t GetMemoryInUse() const { return memoryInUse_; }
 
@@ -66,5 +69,6 @@ private:
     ORVXmlTexts texts_;
     const ORVXmlNode* firstNode_ = nullptr;
     const ORVXmlNode* root_ = nullptr;
+    std::uint32_t unreadElements_ = 0;
     mutable std::uint32_t references_ = 1;
 };

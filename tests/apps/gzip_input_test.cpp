@@ -2,7 +2,7 @@
 
 // Packed inputs: what is unpacked, what is refused and with which words, by the routine and by every command.
 
-#include "apps/orvprint/input/gzip_input.h"
+#include "platform/system/gzip.h"
 
 #include <zlib.h>
 

@@ -9,10 +9,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "apps/orvprint/input/growing_bytes.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/memory_prefault.h"
 #include "platform/system/ORVPrintLimits.h"
+#include "platform/system/growing_bytes.h"
 
 bool ReadAll(int descriptor, InputBytes& bytes) {
     // A file's size is known; one byte more finds its end without growing. Streams grow.

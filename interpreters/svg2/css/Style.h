@@ -3,9 +3,9 @@
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "interpreters/svg2/document/names.h"
@@ -115,6 +115,12 @@ struct Decoration {
     bool isItalic = false;
 };
 
+/// Variables that an element states, before those of the elements around it.
+struct VariableScope {
+    std::shared_ptr<const VariableScope> outer;  ///< null for none
+    std::unordered_map<std::string_view, std::string_view> own;
+};
+
 /// Values of the properties that elements inherit. Lengths are in px.
 struct InheritedStyle {
     Colour colour;
@@ -154,10 +160,11 @@ struct InheritedStyle {
     Baseline dominantBaseline = Baseline::kAuto;
     WhiteSpace whiteSpace = WhiteSpace::kCollapse;
     std::shared_ptr<const std::vector<Decoration>> decorations;  ///< null for none
-    std::shared_ptr<const std::map<std::string_view, std::string_view>> variables;
+    std::shared_ptr<const VariableScope> variables;              ///< null for none
 };
 
-/// Properties of shape and place that style sheets state: name and text. They win over the attributes.
+/// Properties of shape and place that style sheets state, each once: name and text. They win over the
+/// attributes.
 using GeometryRules = std::vector<std::pair<Name, std::string_view>>;
 
 /// Values of the properties that each element has for itself.
@@ -178,8 +185,8 @@ struct OwnStyle {
     Baseline alignmentBaseline = Baseline::kAuto;
     std::string_view unicodeBidi;
     bool hasNonScalingStroke = false;
-    bool isOpacityMask = false;                     ///< mask-type
-    std::shared_ptr<const GeometryRules> geometry;  ///< null for none
+    bool isOpacityMask = false;               ///< mask-type
+    std::shared_ptr<GeometryRules> geometry;  ///< null for none; of this element alone
 };
 
 /// What an element looks like.

@@ -262,6 +262,7 @@ constexpr std::string_view kNames[] = {"clip-path",
                                        "target",
                                        "groupmode",
                                        "label",
+                                       "insensitive",
                                        "href"};
 static_assert(std::size(kTags) == static_cast<std::size_t>(Tag::kNamedView) + 1);
 static_assert(std::size(kNames) == static_cast<std::size_t>(Name::kCount));

@@ -270,6 +270,7 @@ enum class Name : std::uint8_t {
     kTarget,
     kGroupmode,
     kLabel,
+    kInsensitive,
     kXlinkHref,
     kCount
 };

@@ -49,12 +49,10 @@ ORVMathBox2D Bounds::OfUse(ElementIndex element, const Style& style, const Viewp
     Style targetStyle;
     scene_.GetCascade().Compute(target, style, targetStyle);
     ORVMathAffine2D transform;
-    if (!targetStyle.isDisplayed || !scene_.TransformOf(target, targetStyle, viewport, transform)) return {};
-    const ORVMathAffine2D place =
-        map *
-        ORVMathAffine2D::Translation(scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),
-                                     scene_.LengthOf(element, Name::kY, style, viewport, Axis::kY)) *
-        transform;
+    if (!IsShownByUse(document, target, targetStyle) ||
+        !scene_.TransformOf(target, targetStyle, viewport, transform))
+        return {};
+    const ORVMathAffine2D place = map * transform;
     uses_.push_back(target);
     const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
     const ORVMathBox2D box =
@@ -66,8 +64,10 @@ ORVMathBox2D Bounds::OfUse(ElementIndex element, const Style& style, const Viewp
 
 ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const Viewport& viewport,
                                const ORVMathAffine2D& map, int depth) {
-    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement()) return {};
     const Document& document = scene_.GetDocument();
+    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement(document[element].payload) ||
+        !scene_.GetCascade().IsWithinBudget())
+        return {};
     switch (const Tag tag = document[element].tag) {
         case Tag::kG:
         case Tag::kA: return OfChildren(element, style, viewport, map, depth);
@@ -77,7 +77,11 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
         }
         case Tag::kSvg:
             if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
-            return OfViewport(element, style, viewport, map, kNoElement, nullptr, depth);
+            [[fallthrough]];
+        case Tag::kSymbol: {
+            const DrawnUse drawn = element == drawn_.target ? drawn_ : DrawnUse{};
+            return OfViewport(element, style, viewport, map, drawn.use, drawn.style, depth);
+        }
         case Tag::kText: {
             TextLayout text(scene_, fonts_);
             if (!text.LayOut(element, style, viewport)) return {};
@@ -95,7 +99,7 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
             if (!IsShape(tag)) return {};
             ORVPrintPath path;
             AddOutline(scene_, element, style, viewport, path);
-            return BoxOf(path, map);
+            return svg2::BoxOf(path, map);
         }
     }
 }

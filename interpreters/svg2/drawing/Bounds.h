@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "interpreters/svg2/drawing/DrawState.h"
@@ -12,7 +13,7 @@ namespace svg2 {
 
 /// Computes the boxes that units of clips, masks and paints refer to: those of outlines, without strokes,
 /// markers and clips.
-class Bounds {
+class Bounds final : public ElementBoxes {
 public:
     Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
         : scene_(scene), budget_(budget), fonts_(fonts) {}
@@ -22,6 +23,18 @@ public:
     ORVMathBox2D Of(ElementIndex element, const Style& style, const Viewport& viewport,
                     const ORVMathAffine2D& map = {}) {
         return OfContent(element, style, viewport, map, 0);
+    }
+
+    /// What an element is drawn for: the size of a symbol or of an inner `svg` is that of its `use`.
+    struct DrawnUse {
+        ElementIndex target = kNoElement, use = kNoElement;
+        const Style* style = nullptr;  ///< of the use
+    };
+    /// Notes that; the style must live until something else is noted. @return what was noted before
+    DrawnUse NoteUse(const DrawnUse& drawn) { return std::exchange(drawn_, drawn); }
+
+    ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
+        return Of(element, style, viewport);
     }
 
 private:
@@ -40,6 +53,7 @@ private:
     DrawingBudget& budget_;
     TextFonts& fonts_;
     std::vector<ElementIndex> uses_;  // that are being followed
+    DrawnUse drawn_;
 };
 
 }  // namespace svg2

@@ -7,10 +7,13 @@
 #include <utility>
 
 #include "interpreters/svg2/document/parsing.h"
+#include "interpreters/svg2/tree/Scene.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVString.h"
 #include "platform/system/files.h"
+#include "platform/system/gzip.h"
+#include "platform/visualization/images/module_images.h"
 
 namespace svg2 {
 namespace {
@@ -82,6 +85,16 @@ bool ReadFile(const ORVUnicodeString& path, std::string& bytes) {
     return isWhole;
 }
 
+/// Replaces packed bytes by what they hold. @return false when they are damaged or hold too much
+bool Unpack(std::string& bytes) {
+    if (!IsGzip(bytes)) return true;
+    GrowingBytes unpacked;
+    std::string error;
+    if (UnpackGzip(bytes, UnpackLimits::InForce(), unpacked, error) != UnpackResult::kUnpacked) return false;
+    bytes = unpacked.GetView();
+    return true;
+}
+
 }  // namespace
 
 bool ReadDataUri(std::string_view uri, std::string& bytes) {
@@ -98,10 +111,17 @@ bool ReadDataUri(std::string_view uri, std::string& bytes) {
     return true;
 }
 
-const ImageContent& Images::Find(std::string_view reference) {
+ImageContent::ImageContent() = default;
+ImageContent::~ImageContent() = default;
+
+ImageContent& Images::Find(std::string_view reference) {
+    auto& [length, known] = byPlace_[reference.data()];
+    if (known && length == reference.size()) return *known;
     const auto [entry, isNew] = contents_.try_emplace(reference);
     if (isNew) Load(reference, entry->second);
-    return entry->second;
+    length = reference.size();
+    known = &entry->second;
+    return *known;
 }
 
 void Images::Load(std::string_view reference, ImageContent& content) const {
@@ -136,7 +156,8 @@ void Images::Decode(std::string bytes, ImageContent& content) const {
             return;
         }
     }
-    if (depth_ >= kGreatestDepth) return;
+    content.pixels = ORVRef<const ORVPixelImage>(ReadMemoryModuleImage(bytes.data(), bytes.size()));
+    if (content.pixels || depth_ >= kGreatestDepth || !Unpack(bytes)) return;
     auto drawing = ParseDocument(std::move(bytes));
     if (drawing && drawing->IsSvg()) content.drawing = std::move(drawing);
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "interpreters/svg2/document/Document.h"
 #include "platform/system/ORVRef.h"
@@ -13,10 +14,20 @@
 
 namespace svg2 {
 
+class Images;
+class Scene;
+
 /// What an "image" element refers to: pixels, a drawing, or nothing that can be read.
 struct ImageContent {
+    ImageContent();
+    ~ImageContent();
+
     ORVRef<const ORVPixelImage> pixels;
+    bool isCounted = false;  ///< by the drawing's budget
     std::unique_ptr<Document> drawing;
+    // Of the drawing, made when it is drawn first:
+    std::unique_ptr<Scene> scene;
+    std::unique_ptr<Images> images;
 };
 
 /// The images of a document, each read once. Files are read as the host's access policy allows.
@@ -28,7 +39,7 @@ public:
         : documentPath_(std::move(documentPath)), depth_(depth) {}
 
     /// @param reference  file name or data URI; must outlive this object
-    const ImageContent& Find(std::string_view reference);
+    ImageContent& Find(std::string_view reference);
 
     int GetDepth() const { return depth_; }
     /// Drawings within drawings; further ones are not read.
@@ -41,6 +52,8 @@ private:
     ORVUnicodeString documentPath_;
     int depth_;
     std::unordered_map<std::string_view, ImageContent> contents_;
+    /// The same by where the reference begins: data is long, and the same element is drawn often.
+    std::unordered_map<const char*, std::pair<std::size_t, ImageContent*>> byPlace_;
 };
 
 /// The bytes of a data URI. @return false when it is none, or is damaged

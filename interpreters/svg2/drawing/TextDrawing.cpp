@@ -68,6 +68,7 @@ void TextDrawing::MakePaints(const Style& style, const DrawState& state, double 
     drawing_.paints_.MakeStroke(place, opacity, paints.stroke);
     paints.hasStroke = (isPlain(paints.stroke) || paints.stroke.kind == Kind::kPattern) &&
                        drawing_.paints_.MakePen(style, state.viewport, 1.0, paints.pen);
+    paints.pen.isCrisp = false;  // which shapes only are
     paints.pen.colour = paints.stroke.colour;
     paints.pen.gradient = paints.stroke.GetGradient();
 }

@@ -61,7 +61,8 @@ Units Scene::UnitsOf(ElementIndex element, Name name, Units byDefault) const {
     return byDefault;
 }
 
-ORVMathPoint2D Scene::OriginOf(const Style& style, const Viewport& viewport) const {
+ORVMathPoint2D Scene::OriginOf(const Style& style, const Rectangle& box) const {
+    if (style.transformOrigin.empty()) return {box.x, box.y};
     Scanner scanner(style.transformOrigin);
     const UnitSizes sizes = cascade_.SizesOf(style);
     struct Word {
@@ -85,28 +86,57 @@ ORVMathPoint2D Scene::OriginOf(const Style& style, const Viewport& viewport) con
             if (EqualsIgnoringCase(word, row.text))
                 parts[row.axis == 2 ? place : row.axis] = {0.0, row.percent};
     }
-    return {parts[0].Resolve(viewport.width), parts[1].Resolve(viewport.height)};
+    return {box.x + parts[0].Resolve(box.width), box.y + parts[1].Resolve(box.height)};
+}
+
+// The box that origins and percentages of a transform refer to.
+Rectangle Scene::ReferenceBox(ElementIndex element, const Style& style, const Viewport& viewport) const {
+    const std::string_view name = style.transformBox;
+    const bool isStrokeBox = EqualsIgnoringCase(name, "stroke-box") || EqualsIgnoringCase(name, "border-box");
+    const bool isFillBox = EqualsIgnoringCase(name, "fill-box") || EqualsIgnoringCase(name, "content-box");
+    if (!boxes_ || (!isStrokeBox && !isFillBox)) return {0.0, 0.0, viewport.width, viewport.height};
+    const ORVMathBox2D box = boxes_->BoxOf(element, style, viewport);
+    if (box.IsEmpty()) return {};
+    const bool grows = isStrokeBox && style.stroke.kind != Paint::Kind::kNone;
+    const double reach = grows ? style.strokeWidth.Resolve(viewport.Diagonal()) / 2.0 : 0.0;
+    return {box.xMin - reach, box.yMin - reach, box.xMax - box.xMin + 2.0 * reach,
+            box.yMax - box.yMin + 2.0 * reach};
+}
+
+// Without the box, which costs, where nothing refers to it.
+bool Scene::ReadTransform(ElementIndex element, const Style& style, const Viewport& viewport,
+                          ORVMathAffine2D& transform, Name attribute) const {
+    const auto box = [&] { return ReferenceBox(element, style, viewport); };
+    bool isRead = false;
+    if (style.geometry) {
+        for (const auto& [name, text] : *style.geometry) {
+            if (name != Name::kTransform) continue;
+            const Rectangle reference = text.find('%') == std::string_view::npos ? Rectangle{} : box();
+            isRead = ReadTransformProperty(text, cascade_.SizesOf(style), reference.width, reference.height,
+                                           transform);
+        }
+    }
+    if (!isRead) {
+        const std::optional<std::string_view> text = document_.Find(element, attribute);
+        if (!text || !ReadTransformAttribute(*text, transform)) return false;
+    }
+    if (!style.transformOrigin.empty() || !style.transformBox.empty()) {
+        const ORVMathPoint2D origin = OriginOf(style, box());
+        transform = ORVMathAffine2D::Translation(origin.x, origin.y) * transform *
+                    ORVMathAffine2D::Translation(-origin.x, -origin.y);
+    }
+    return true;
 }
 
 bool Scene::TransformOf(ElementIndex element, const Style& style, const Viewport& viewport,
                         ORVMathAffine2D& transform, Name attribute) const {
     transform = {};
-    bool isRead = false;
-    if (style.geometry) {
-        for (const auto& [name, text] : *style.geometry)
-            if (name == Name::kTransform)
-                isRead = ReadTransformProperty(text, cascade_.SizesOf(style), viewport.width, viewport.height,
-                                               transform);
-    }
-    if (!isRead) {
-        const std::optional<std::string_view> text = document_.Find(element, attribute);
-        if (!text) return true;
-        if (!ReadTransformAttribute(*text, transform)) transform = {};
-    }
-    if (!style.transformOrigin.empty()) {
-        const ORVMathPoint2D origin = OriginOf(style, viewport);
-        transform = ORVMathAffine2D::Translation(origin.x, origin.y) * transform *
-                    ORVMathAffine2D::Translation(-origin.x, -origin.y);
+    if (!ReadTransform(element, style, viewport, transform, attribute)) transform = {};
+    if (document_[element].tag == Tag::kUse) {
+        // Clips and masks of it lie where it does.
+        transform =
+            transform * ORVMathAffine2D::Translation(LengthOf(element, Name::kX, style, viewport, Axis::kX),
+                                                     LengthOf(element, Name::kY, style, viewport, Axis::kY));
     }
     return IsInvertible(transform);
 }

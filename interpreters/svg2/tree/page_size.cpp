@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -19,6 +20,8 @@ struct RootSize {
 RootSize ReadSize(const Document& document, Name name) {
     UnitSizes sizes;
     sizes.viewportWidth = sizes.viewportHeight = 100.0;
+    sizes.fontSize = sizes.rootFontSize = ORVPrintPreferences::Get().fontSize;
+    sizes.xHeight = sizes.zeroWidth = sizes.fontSize / 2.0;
     Length length;
     if (!ReadLength(document.ValueOf(Document::kRoot, name), sizes, length)) return {};
     return {length};

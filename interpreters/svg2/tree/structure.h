@@ -31,4 +31,7 @@ ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element);
 /// What a "use" shows; kNoElement when that is nothing.
 ElementIndex FindUseTarget(const Document& document, ElementIndex use);
 
+/// Whether a target shows where it is used. Symbols do, whatever their own "display" says.
+bool IsShownByUse(const Document& document, ElementIndex target, const Style& style);
+
 }  // namespace svg2

@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "interpreters/svg2/css/font_variants.h"
+#include "interpreters/svg2/css/property_rows.h"
+#include "platform/print/ORVPrintPreferences.h"
+
+namespace svg2 {
+namespace {
+
+using Text = std::string_view;
+using Context = PropertyContext;
+
+bool ReadFontSize(Text text, const Context& context, double& size) {
+    constexpr Keyword<int> kSizes[] = {{"xx-small", -3}, {"x-small", -2}, {"small", -1},   {"medium", 0},
+                                       {"large", 1},     {"x-large", 2},  {"xx-large", 3}, {"xxx-large", 4}};
+    constexpr double kFactor = 1.2;
+    const double parentSize = context.parent.fontSize;
+    int step = 0;
+    if (ReadKeyword(kSizes, text, step)) {
+        size = ORVPrintPreferences::Get().fontSize * std::pow(kFactor, step);
+    } else if (Is(text, "larger")) {
+        size = parentSize * kFactor;
+    } else if (Is(text, "smaller")) {
+        size = parentSize / kFactor;
+    } else {
+        UnitSizes sizes = context.sizes;
+        sizes.fontSize = parentSize;
+        sizes.xHeight = sizes.zeroWidth = parentSize / 2.0;
+        Length length;
+        if (!ReadLength(text, sizes, length)) return false;
+        size = length.Resolve(parentSize);
+    }
+    return true;
+}
+
+bool ReadFontWeight(Text text, const Context& context, int& weight) {
+    constexpr int kRegular = 400, kBold = 700, kLight = 100, kHeavy = 900, kMost = 1000;
+    const int parent = context.parent.fontWeight;
+    double number = 0.0;
+    if (Is(text, "normal")) {
+        weight = kRegular;
+    } else if (Is(text, "bold")) {
+        weight = kBold;
+    } else if (Is(text, "bolder")) {
+        weight = parent < 350 ? kRegular : parent < 550 ? kBold : std::max(parent, kHeavy);
+    } else if (Is(text, "lighter")) {
+        weight = parent < 550 ? std::min(parent, kLight) : parent < 750 ? kRegular : kBold;
+    } else if (ReadNumber(text, number) && number >= 1.0 && number <= kMost) {
+        weight = static_cast<int>(std::lround(number));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool ReadFontStyle(Text text, bool& isItalic) {
+    if (Is(text, "normal"))
+        isItalic = false;
+    else if (Is(text, "italic") || Is(text.substr(0, 7), "oblique"))
+        isItalic = true;
+    else
+        return false;
+    return true;
+}
+
+bool ReadFontStretch(Text text, double& percent) {
+    constexpr Keyword<double> kStretches[] = {
+        {"normal", 100.0},         {"condensed", 75.0}, {"semi-condensed", 87.5}, {"extra-condensed", 62.5},
+        {"ultra-condensed", 50.0}, {"expanded", 125.0}, {"semi-expanded", 112.5}, {"extra-expanded", 150.0},
+        {"ultra-expanded", 200.0}, {"narrower", 75.0},  {"wider", 125.0}};
+    if (ReadKeyword(kStretches, text, percent)) return true;
+    Scanner scanner(text);
+    double number = 0.0;
+    if (!scanner.TakeNumber(number) || !scanner.Take('%') || !scanner.AtEnd() || number <= 0.0) return false;
+    percent = number;
+    return true;
+}
+
+template <std::uint32_t kGroup>
+void CopyVariants(const Style& from, Style& to) {
+    to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
+}
+
+/// A list as it is written, "normal" being the same as none.
+bool ReadSettings(Text text, Text& settings) {
+    if (!Is(text, "normal") && !text.starts_with('"') && !text.starts_with('\'')) return false;
+    settings = Is(text, "normal") ? Text() : text;
+    return true;
+}
+
+bool ReadTextOrientation(Text text, TextOrientation& orientation) {
+    constexpr Keyword<TextOrientation> kValues[] = {{"mixed", TextOrientation::kMixed},
+                                                    {"upright", TextOrientation::kUpright},
+                                                    {"sideways", TextOrientation::kSideways},
+                                                    {"sideways-right", TextOrientation::kSideways}};
+    return ReadKeyword(kValues, text, orientation);
+}
+
+/// "glyph-orientation-vertical": an angle, of which two have a name today.
+bool ReadGlyphOrientation(Text text, TextOrientation& orientation) {
+    constexpr Keyword<TextOrientation> kValues[] = {{"auto", TextOrientation::kMixed},
+                                                    {"0", TextOrientation::kUpright},
+                                                    {"0deg", TextOrientation::kUpright},
+                                                    {"90", TextOrientation::kSideways},
+                                                    {"90deg", TextOrientation::kSideways}};
+    return ReadKeyword(kValues, text, orientation);
+}
+
+/// "normal" or a length.
+bool ReadSpacing(Text text, const Context& context, Length& spacing) {
+    if (Is(text, "normal")) {
+        spacing = {};
+        return true;
+    }
+    return ReadLength(text, context.sizes, spacing);
+}
+
+bool ReadDecoration(Text text, std::uint8_t& lines) {
+    constexpr Keyword<std::uint8_t> kLines[] = {
+        {"none", 0}, {"underline", kUnderline}, {"overline", kOverline}, {"line-through", kLineThrough}};
+    std::uint8_t read = 0;
+    bool hasLine = false;
+    // Colours and kinds of line may stand beside the lines; those of text are drawn plainly.
+    ForEachWord(text, [&](Text word) {
+        std::uint8_t line = 0;
+        if (ReadKeyword(kLines, word, line)) {
+            hasLine = true;
+            read |= line;
+        }
+        return true;
+    });
+    if (hasLine) lines = read;
+    return hasLine;
+}
+
+constexpr Keyword<Baseline> kBaselines[] = {
+    {"auto", Baseline::kAuto},
+    {"baseline", Baseline::kAuto},
+    {"alphabetic", Baseline::kAlphabetic},
+    {"hanging", Baseline::kHanging},
+    {"mathematical", Baseline::kMathematical},
+    {"middle", Baseline::kMiddle},
+    {"central", Baseline::kCentral},
+    {"center", Baseline::kCentral},
+    {"text-before-edge", Baseline::kTextBeforeEdge},
+    {"before-edge", Baseline::kTextBeforeEdge},
+    {"text-top", Baseline::kTextBeforeEdge},
+    {"top", Baseline::kTextBeforeEdge},
+    {"text-after-edge", Baseline::kTextAfterEdge},
+    {"after-edge", Baseline::kTextAfterEdge},
+    {"text-bottom", Baseline::kTextAfterEdge},
+    {"bottom", Baseline::kTextAfterEdge},
+    {"ideographic", Baseline::kIdeographic},
+    {"use-script", Baseline::kAuto},
+    {"reset-size", Baseline::kAuto},
+    {"no-change", Baseline::kNoChange},
+};
+
+bool ReadWritingMode(Text text, WritingMode& mode) {
+    constexpr Keyword<WritingMode> kModes[] = {{"lr-tb", WritingMode::kHorizontal},
+                                               {"rl-tb", WritingMode::kHorizontal},
+                                               {"lr", WritingMode::kHorizontal},
+                                               {"rl", WritingMode::kHorizontal},
+                                               {"horizontal-tb", WritingMode::kHorizontal},
+                                               {"tb-rl", WritingMode::kVerticalRightToLeft},
+                                               {"tb", WritingMode::kVerticalRightToLeft},
+                                               {"vertical-rl", WritingMode::kVerticalRightToLeft},
+                                               {"vertical-lr", WritingMode::kVerticalLeftToRight},
+                                               {"tb-lr", WritingMode::kVerticalLeftToRight}};
+    return ReadKeyword(kModes, text, mode);
+}
+
+bool ReadAnchor(Text text, TextAnchor& anchor) {
+    constexpr Keyword<TextAnchor> kValues[] = {
+        {"start", TextAnchor::kStart}, {"middle", TextAnchor::kMiddle}, {"end", TextAnchor::kEnd}};
+    return ReadKeyword(kValues, text, anchor);
+}
+
+bool ReadDirection(Text text, bool& isRightToLeft) {
+    constexpr Keyword<bool> kValues[] = {{"ltr", false}, {"rtl", true}};
+    return ReadKeyword(kValues, text, isRightToLeft);
+}
+
+bool ReadWhiteSpace(Text text, WhiteSpace& whiteSpace) {
+    constexpr Keyword<WhiteSpace> kValues[] = {
+        {"normal", WhiteSpace::kCollapse},   {"nowrap", WhiteSpace::kCollapse},
+        {"pre-line", WhiteSpace::kCollapse}, {"pre", WhiteSpace::kPreserve},
+        {"pre-wrap", WhiteSpace::kPreserve}, {"break-spaces", WhiteSpace::kPreserve}};
+    return ReadKeyword(kValues, text, whiteSpace);
+}
+
+bool ReadKerning(Text text, const Context& context, bool& hasKerning) {
+    constexpr Keyword<bool> kValues[] = {{"auto", true}, {"normal", true}, {"none", false}};
+    Length length;
+    if (ReadKeyword(kValues, text, hasKerning)) return true;
+    if (!ReadLength(text, context.sizes, length)) return false;
+    hasKerning = length.px != 0.0;
+    return true;
+}
+
+/// "[style] [variant] [weight] [stretch] size[/line height] family".
+bool ReadFont(Text text, const Context& context, Style& style) {
+    Style read = style;
+    const Style initial;
+    read.isItalic = initial.isItalic;
+    read.fontWeight = initial.fontWeight;
+    read.fontStretch = initial.fontStretch;
+    read.fontVariants = initial.fontVariants;
+    read.fontFeatureSettings = initial.fontFeatureSettings;
+    read.fontVariationSettings = initial.fontVariationSettings;
+    read.hasKerning = initial.hasKerning;
+    Scanner scanner(text);
+    bool lineHeightFollows = false;
+    for (;;) {
+        scanner.SkipSpace();
+        const Text rest = scanner.Rest();
+        const Text word = rest.substr(0, rest.find_first_of(" \t\r\n\f"));
+        if (word.empty()) return false;
+        const Text size = word.substr(0, word.find('/'));
+        bool isItalic = false;
+        int weight = 0;
+        double stretch = 0.0, fontSize = 0.0;
+        scanner.Advance(word.size());
+        if (Is(word, "normal")) continue;
+        if (ReadFontStyle(word, isItalic)) {
+            read.isItalic = isItalic;
+        } else if (Is(word, "small-caps")) {
+            read.fontVariants = kSmallCaps;
+        } else if (word.find_first_of("%emptxcmqrh.") == Text::npos &&
+                   ReadFontWeight(word, context, weight)) {
+            read.fontWeight = weight;
+        } else if (Is(word, "bold") || Is(word, "bolder") || Is(word, "lighter")) {
+            ReadFontWeight(word, context, read.fontWeight);
+        } else if (!word.empty() && !IsDigit(word.front()) && ReadFontStretch(word, stretch)) {
+            read.fontStretch = stretch;
+        } else if (ReadFontSize(size, context, fontSize)) {
+            read.fontSize = fontSize;
+            lineHeightFollows =
+                word.ends_with('/') || (size.size() == word.size() && scanner.TakeAfterSpace('/'));
+            break;
+        } else {
+            return false;
+        }
+    }
+    if (lineHeightFollows) {
+        scanner.SkipSpace();
+        while (!scanner.AtEnd() && !IsSpace(scanner.Peek())) scanner.Advance();
+    }
+    read.fontFamily = Trim(scanner.Rest());
+    if (read.fontFamily.empty()) return false;
+    style = read;
+    return true;
+}
+
+const PropertyRow kRows[] = {
+    {Name::kAlignmentBaseline, false, ORV_READ(ReadKeyword(kBaselines, t, s.alignmentBaseline)),
+     Copy<&Style::alignmentBaseline>},
+    {Name::kBaselineShift, false, ORV_READ(!t.empty() && (s.baselineShift = t, true)),
+     Copy<&Style::baselineShift>},
+    {Name::kDirection, true, ORV_READ(ReadDirection(t, s.isRightToLeft)), Copy<&Style::isRightToLeft>},
+    {Name::kDominantBaseline, true, ORV_READ(ReadKeyword(kBaselines, t, s.dominantBaseline)),
+     Copy<&Style::dominantBaseline>},
+    {Name::kFont, true, ORV_READ(!c.isAttribute && ReadFont(t, c, s)),
+     [](const Style& from, Style& to) {
+         to.fontFamily = from.fontFamily;
+         to.fontSize = from.fontSize;
+         to.fontWeight = from.fontWeight;
+         to.isItalic = from.isItalic;
+         to.fontStretch = from.fontStretch;
+         to.fontVariants = from.fontVariants;
+         to.fontFeatureSettings = from.fontFeatureSettings;
+         to.fontVariationSettings = from.fontVariationSettings;
+         to.hasKerning = from.hasKerning;
+     }},
+    {Name::kFontFamily, true, ORV_READ(!t.empty() && (s.fontFamily = t, true)), Copy<&Style::fontFamily>},
+    {Name::kFontKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
+    {Name::kFontSize, true, ORV_READ(ReadFontSize(t, c, s.fontSize)), Copy<&Style::fontSize>},
+    {Name::kFontStretch, true, ORV_READ(ReadFontStretch(t, s.fontStretch)), Copy<&Style::fontStretch>},
+    {Name::kFontStyle, true, ORV_READ(ReadFontStyle(t, s.isItalic)), Copy<&Style::isItalic>},
+    {Name::kFontFeatureSettings, true, ORV_READ(ReadSettings(t, s.fontFeatureSettings)),
+     Copy<&Style::fontFeatureSettings>},
+    {Name::kFontVariationSettings, true, ORV_READ(ReadSettings(t, s.fontVariationSettings)),
+     Copy<&Style::fontVariationSettings>},
+    {Name::kFontOpticalSizing, true,
+     ORV_READ((Is(t, "auto") || Is(t, "none")) && (s.hasOpticalSizes = Is(t, "auto"), true)),
+     Copy<&Style::hasOpticalSizes>},
+    {Name::kFontVariant, true, ORV_READ(ReadFontVariants(t, kFontVariants, s.fontVariants)),
+     CopyVariants<kFontVariants>},
+    {Name::kFontVariantAlternates, true, ORV_READ(ReadFontVariants(t, kHistoricalForms, s.fontVariants)),
+     CopyVariants<kHistoricalForms>},
+    {Name::kFontVariantCaps, true, ORV_READ(ReadFontVariants(t, kCapsVariants, s.fontVariants)),
+     CopyVariants<kCapsVariants>},
+    {Name::kFontVariantEastAsian, true, ORV_READ(ReadFontVariants(t, kEastAsianVariants, s.fontVariants)),
+     CopyVariants<kEastAsianVariants>},
+    {Name::kFontVariantLigatures, true, ORV_READ(ReadFontVariants(t, kLigatureVariants, s.fontVariants)),
+     CopyVariants<kLigatureVariants>},
+    {Name::kFontVariantNumeric, true, ORV_READ(ReadFontVariants(t, kNumericVariants, s.fontVariants)),
+     CopyVariants<kNumericVariants>},
+    {Name::kFontVariantPosition, true, ORV_READ(ReadFontVariants(t, kPositionVariants, s.fontVariants)),
+     CopyVariants<kPositionVariants>},
+    {Name::kFontWeight, true, ORV_READ(ReadFontWeight(t, c, s.fontWeight)), Copy<&Style::fontWeight>},
+    {Name::kGlyphOrientationVertical, true, ORV_READ(ReadGlyphOrientation(t, s.textOrientation)),
+     Copy<&Style::textOrientation>},
+    {Name::kKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
+    {Name::kLetterSpacing, true, ORV_READ(ReadSpacing(t, c, s.letterSpacing)), Copy<&Style::letterSpacing>},
+    {Name::kTextAnchor, true, ORV_READ(ReadAnchor(t, s.textAnchor)), Copy<&Style::textAnchor>},
+    {Name::kTextDecoration, false, ORV_READ(ReadDecoration(t, s.decorationLines)),
+     Copy<&Style::decorationLines>},
+    {Name::kTextDecorationLine, false, ORV_READ(ReadDecoration(t, s.decorationLines)),
+     Copy<&Style::decorationLines>},
+    {Name::kTextOrientation, true, ORV_READ(ReadTextOrientation(t, s.textOrientation)),
+     Copy<&Style::textOrientation>},
+    {Name::kUnicodeBidi, false, ORV_READ(!t.empty() && (s.unicodeBidi = t, true)), Copy<&Style::unicodeBidi>},
+    {Name::kWhiteSpace, true, ORV_READ(ReadWhiteSpace(t, s.whiteSpace)), Copy<&Style::whiteSpace>},
+    {Name::kWordSpacing, true, ORV_READ(ReadSpacing(t, c, s.wordSpacing)), Copy<&Style::wordSpacing>},
+    {Name::kWritingMode, true, ORV_READ(ReadWritingMode(t, s.writingMode)), Copy<&Style::writingMode>},
+};
+
+}  // namespace
+
+std::span<const PropertyRow> TextProperties() { return kRows; }
+
+}  // namespace svg2
