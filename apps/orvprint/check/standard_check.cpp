@@ -61,7 +61,9 @@ const UnreadProperty kUnreadProperties[] = {
     {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
     {"font-variation-settings", {"normal", "inherit", "initial"}, "is ignored"},
     {"font-size-adjust", {"none", "inherit", "initial"}, "is ignored"},
-    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "counts for masks only: colours are mixed as sRGB"},
+    {"color-interpolation",
+     {"sRGB", "auto", "inherit", "initial"},
+     "counts for masks only: colours are mixed as sRGB"},
     {"inline-size",
      {"auto", "0", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
@@ -175,10 +177,9 @@ void StandardCheck::CheckUnread(ElementIndex element) {
 
 void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, std::string_view value) {
     for (const UnreadProperty& row : kUnreadProperties) {
-        if (row.name != name) continue;
-        for (const std::string_view harmless : row.harmless)
-            if (value == harmless) return;
-        Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
+        if (row.name == name &&
+            std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
+            Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
 }
 
