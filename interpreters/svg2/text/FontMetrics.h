@@ -41,7 +41,7 @@ public:
 
     /// Counts text that is set although it stands elsewhere. @return false when that is out of proportion
     bool TakeRepeatedText(std::size_t bytes) {
-        constexpr std::size_t kMost = std::size_t{1} << 24U;
+        constexpr std::size_t kMost = std::size_t{1} << 22U;
         repeatedText_ += bytes;
         return repeatedText_ <= kMost;
     }
