@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -220,7 +222,9 @@ TEST_F(ORVFilterImagesTest, InputsAreDrawnOnTheSamePixels) {
 TEST_F(ORVFilterImagesTest, FiltersNest) {
     Begin();
     BeginFilter({Step(ORVFilterOffset{10, 0})});
-    ASSERT_EQ(stage_->BeginGroup({"a"}), 1);
+    ORVPrintGroup group;
+    group.id = "a";
+    ASSERT_EQ(stage_->BeginGroup(group), 1);
     BeginFilter({Step(ORVFilterOffset{0, 20})});
     Fill(10, 10, 10, 10);
     EndFilter();
