@@ -29,6 +29,8 @@ public:
     const ORVXmlNode* GetFirstNode() const { return firstNode_; }
     /// The root element; null when the document broke off before it.
     const ORVXmlNode* GetRoot() const { return root_; }
+    /// The document's bytes, if the tree keeps them; else none.
+    std::string_view GetSource() const { return stable_; }
     /// Bytes taken for nodes, attributes and texts.
     std::size_t GetMemoryInUse() const { return memoryInUse_; }
 

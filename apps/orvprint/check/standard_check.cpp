@@ -62,9 +62,6 @@ const UnreadProperty kUnreadProperties[] = {
     {"shape-inside",
      {"auto", "none", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
-    {"image-rendering",
-     {"auto", "smooth", "optimizeQuality", "inherit", "initial"},
-     "is ignored: images are drawn smoothly"},
     {"shape-rendering",
      {"auto", "geometricPrecision", "inherit", "initial"},
      "is ignored: edges are smooth in images"},
@@ -297,6 +294,19 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     CheckFont(element, style);
 }
 
+/// The sheets that are named in front of the root, where the parsed document has nothing.
+std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, Findings& findings) {
+    if (!checked.fragments.empty()) return {};
+    std::vector<std::string> lost;
+    std::vector<svg2::OuterSheet> sheets =
+        svg2::ReadOuterSheets(checked.text, ORVUnicodeString(checked.path), &lost);
+    for (const std::string& reference : lost)
+        FindingWriter(checked, findings)
+            .Note(FindingCode::kStyleSheet, {checked.root, 0}, "", reference,
+                  "the sheet cannot be read: none of its rules is applied");
+    return sheets;
+}
+
 }  // namespace
 
 void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const ORVXmlTree>& tree,
@@ -309,7 +319,8 @@ void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const OR
     std::vector<const ORVXmlNode*> roots(checked.fragments.begin(), checked.fragments.end());
     if (roots.empty()) roots.push_back(checked.root);
     for (const ORVXmlNode* root : roots) {
-        const Document document(tree, *root);
+        Document document(tree, *root);
+        if (document.IsSvg()) document.SetOuterSheets(FindOuterSheets(checked, findings));
         if (document.IsSvg())
             StandardCheck(checked, document, findings, numbers).Run();
         else

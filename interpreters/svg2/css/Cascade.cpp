@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/css/Cascade.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <utility>
 
 #include "interpreters/svg2/values/scanner.h"
+#include "interpreters/svg2/values/transform.h"
 
 namespace svg2 {
 namespace {
@@ -32,6 +35,38 @@ std::optional<Name> FindProperty(std::string_view text) {
     return name;
 }
 
+/// Whether a text is a value that a sheet may give to a property of shape or place.
+bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes) {
+    value = Trim(value);
+    const auto isAny = [value](std::initializer_list<std::string_view> words) {
+        return std::any_of(words.begin(), words.end(),
+                           [value](std::string_view word) { return EqualsIgnoringCase(value, word); });
+    };
+    if (isAny({"initial", "unset", "revert"})) return true;
+    ORVMathAffine2D transform;
+    Length length;
+    switch (name) {
+        case Name::kD: return isAny({"none"}) || EqualsIgnoringCase(value.substr(0, 5), "path(");
+        case Name::kTransform: return ReadTransformProperty(value, sizes, 1.0, 1.0, transform);
+        case Name::kX:
+        case Name::kY:
+        case Name::kCx:
+        case Name::kCy: return ReadLength(value, sizes, length);
+        case Name::kR: break;
+        default:
+            if (isAny({"auto"})) return true;
+    }
+    return ReadLength(value, sizes, length) && length.px >= 0.0 && length.percent >= 0.0;
+}
+
+/// A property's value on a parent, as a sheet gave it.
+std::optional<std::string_view> FindRule(const Style& style, Name name) {
+    if (!style.geometry) return std::nullopt;
+    for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
+        if (rule->first == name) return rule->second;
+    return std::nullopt;
+}
+
 }  // namespace
 
 Cascade::Cascade(const Document& document, const Medium& medium)
@@ -53,11 +88,8 @@ UnitSizes Cascade::SizesOf(const Style& style) const {
 
 std::optional<std::string_view> Cascade::FindGeometry(ElementIndex element, Name name,
                                                       const Style& style) const {
-    if (style.geometry) {
-        for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
-            if (rule->first == name) return rule->second;
-    }
-    return document_.Find(element, name);
+    const std::optional<std::string_view> rule = FindRule(style, name);
+    return rule ? rule : document_.Find(element, name);
 }
 
 void Cascade::AddDeclaration(const Declaration& declaration, Style& style) {
@@ -143,10 +175,15 @@ bool Cascade::Substitute(std::string_view text, const Style& style, std::string_
 
 void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, Style& style) {
     std::string_view value = candidate.value;
-    if (!candidate.isAttribute && value.find("var(") != std::string_view::npos &&
-        !Substitute(value, style, value))
-        return;
+    // Attributes are short and many: they have variables as a whole.
+    const bool hasVariables =
+        candidate.isAttribute ? value.starts_with("var(") : value.find("var(") != std::string_view::npos;
+    // What comes of variables is known too late for another declaration to hold instead.
+    if (hasVariables && !Substitute(value, style, value)) value = "unset";
     if (IsGeometry(candidate.name)) {
+        if (EqualsIgnoringCase(Trim(value), "inherit"))
+            value = FindRule(context.parent, candidate.name).value_or("initial");
+        if (!IsGeometryValue(candidate.name, value, context.sizes)) return;
         auto rules = style.geometry ? std::make_shared<GeometryRules>(*style.geometry)
                                     : std::make_shared<GeometryRules>();
         rules->emplace_back(candidate.name, value);
@@ -157,8 +194,8 @@ void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, 
             if (name != Name::kDirection && name != Name::kUnicodeBidi)
                 SetProperty(name, value, context, style);
         }
-    } else {
-        SetProperty(candidate.name, value, context, style);
+    } else if (!SetProperty(candidate.name, value, context, style) && hasVariables) {
+        SetProperty(candidate.name, "unset", context, style);
     }
 }
 
