@@ -36,6 +36,7 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       linkTargets_(FindLinkTargets(scene.GetDocument())),
       keepsIdentifiers_(generator.KeepsIdentifiers()) {
     scene.SetBoxes(&bounds_);
+    bounds_.SetImages(&images_);
 }
 
 Drawing::~Drawing() { scene_.SetBoxes(nullptr); }

@@ -7,6 +7,8 @@
 #include <unordered_map>
 
 #include "interpreters/svg2/document/Document.h"
+#include "interpreters/svg2/tree/Scene.h"
+#include "interpreters/svg2/values/view_box.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
 #include "platform/visualization/images/ORVPixelImage.h"
@@ -17,6 +19,13 @@ namespace svg2 {
 struct ImageContent {
     ORVRef<const ORVPixelImage> pixels;
     std::unique_ptr<Document> drawing;
+};
+
+/// An image on its element.
+struct PlacedImage {
+    const ImageContent* content = nullptr;
+    Viewport natural;  ///< its own size, in px
+    Rectangle place;   ///< that it has to fit into, in the element's user units
 };
 
 /// The images of a document, each read once. Files are read as the host's access policy allows.
@@ -30,6 +39,10 @@ public:
     /// @param reference  file name or data URI; must outlive this object
     const ImageContent& Find(std::string_view reference);
 
+    /// Finds what an "image" element shows, and where. @return false when that is nothing
+    bool Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
+               PlacedImage& placed);
+
     int GetDepth() const { return depth_; }
     /// Drawings within drawings; further ones are not read.
     static constexpr int kGreatestDepth = 8;
@@ -42,8 +55,5 @@ private:
     int depth_;
     std::unordered_map<std::string_view, ImageContent> contents_;
 };
-
-/// The bytes of a data URI. @return false when it is none, or is damaged
-bool ReadDataUri(std::string_view uri, std::string& bytes);
 
 }  // namespace svg2

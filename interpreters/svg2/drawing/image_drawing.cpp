@@ -4,38 +4,36 @@
 #include "interpreters/svg2/values/scanner.h"
 
 namespace svg2 {
-namespace {
 
-/// Size of an image in px, as it is without being told.
-struct NaturalSize {
-    double width = 0.0, height = 0.0;
-};
-
-}  // namespace
+bool Images::Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
+                   PlacedImage& placed) {
+    const std::string_view reference = Trim(scene.GetDocument().ValueOf(element, Name::kHref));
+    if (reference.empty()) return false;
+    const ImageContent& content = Find(reference);
+    Viewport& natural = placed.natural;
+    if (content.pixels)
+        natural = {static_cast<double>(content.pixels->GetWidth()),
+                   static_cast<double>(content.pixels->GetHeight())};
+    else if (content.drawing)
+        natural = FindImageSize(*content.drawing);
+    if (!(natural.width > 0.0) || !(natural.height > 0.0)) return false;
+    const auto width = scene.FindLength(element, Name::kWidth, style, viewport, Axis::kX);
+    const auto height = scene.FindLength(element, Name::kHeight, style, viewport, Axis::kY);
+    placed.content = &content;
+    placed.place = {scene.LengthOf(element, Name::kX, style, viewport, Axis::kX),
+                    scene.LengthOf(element, Name::kY, style, viewport, Axis::kY),
+                    width.value_or(height ? *height * natural.width / natural.height : natural.width),
+                    height.value_or(width ? *width * natural.height / natural.width : natural.height)};
+    return placed.place.width > 0.0 && placed.place.height > 0.0;
+}
 
 void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawState& state) {
     if (style.visibility != Visibility::kVisible || state.isWithinClip) return;
-    const std::string_view reference = Trim(scene_.GetDocument().ValueOf(element, Name::kHref));
-    if (reference.empty()) return;
-    const ImageContent& content = images_.Find(reference);
-    NaturalSize natural;
-    if (content.pixels) {
-        natural = {static_cast<double>(content.pixels->GetWidth()),
-                   static_cast<double>(content.pixels->GetHeight())};
-    } else if (content.drawing) {
-        const Viewport size = FindImageSize(*content.drawing);
-        natural = {size.width, size.height};
-    } else {
-        return;
-    }
-    const auto width = scene_.FindLength(element, Name::kWidth, style, state.viewport, Axis::kX);
-    const auto height = scene_.FindLength(element, Name::kHeight, style, state.viewport, Axis::kY);
-    if (!(natural.width > 0.0) || !(natural.height > 0.0)) return;
-    Rectangle place{scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                    scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY),
-                    width.value_or(height ? *height * natural.width / natural.height : natural.width),
-                    height.value_or(width ? *width * natural.height / natural.width : natural.height)};
-    if (!(place.width > 0.0) || !(place.height > 0.0)) return;
+    PlacedImage placed;
+    if (!images_.Place(scene_, element, style, state.viewport, placed)) return;
+    const ImageContent& content = *placed.content;
+    const Rectangle& place = placed.place;
+    const Viewport& natural = placed.natural;
     const AspectRatio ratio =
         ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
     const std::size_t mark = ends_.size();
@@ -49,6 +47,7 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
     const ORVMathAffine2D toPage = state.toPage * FitViewBox(pixels, ratio, place) *
                                    ORVMathAffine2D::Scaling(natural.width, natural.height);
     ORVPrintImage image{*content.pixels, toPage};
+    image.isSmooth = style.imageRendering == ImageRendering::kSmooth;
     if (keepsIdentifiers_) image.id = scene_.GetDocument().ValueOf(element, Name::kId);
     Do(generator_.DrawImage(image));
     EndBack(mark);
