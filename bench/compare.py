@@ -4,9 +4,12 @@
 
     bench/compare.py [--tool build/release/bin/orvprint] [--runs 5] [--corpora build/bench/corpora] [SECTION...]
 
-Sections: pdf, png150, png600, small, typical, growth (all without any). Times on a busy machine mean little, so what
-is printed are ratios within one run: the programs take turns, a ratio is taken turn by turn, and the median counts.
-A program whose page shows nothing is not timed.
+Sections: pdf, png150, png600, small, typical, growth, standard (all without any). Times on a busy machine mean little,
+so what is printed are ratios within one run: the programs take turns, a ratio is taken turn by turn, and the median
+counts. A program whose page shows nothing is not timed.
+
+The section standard is about the interpreter of standard SVG: against the default one, and against the others on what
+only standard SVG has. There the least of all turns counts, and an empty process of node is taken off resvg's.
 
 The renderer resvg runs inside a process of node (bench/resvg.cjs), where its package is installed: what is told of
 its time and memory is that of the whole process, of which an empty one is measured, too.
@@ -197,6 +200,57 @@ def typical(options):
             )
 
 
+def take_turns(commands, options):
+    """Runs commands in turn. @return for each name, its least CPU seconds and least MB"""
+    runs = {name: [] for name in commands}
+    for _ in range(options.runs):
+        for name, command in commands.items():
+            run = Run(command)
+            if run.code != 0:
+                sys.exit(f"{' '.join(command)}: {run.errors.strip()[:200]}")
+            runs[name].append(run)
+    return {name: (min(run.cpu for run in own), min(run.memory for run in own)) for name, own in runs.items()}
+
+
+def standard(options):
+    """The interpreter of standard SVG."""
+    with tempfile.TemporaryDirectory() as folder:
+        print("\nStandard SVG and the default interpreter: least CPU seconds, MB, and ratios\n")
+        print("| document | SVG | SVG2 | CPU ratio | memory ratio |")
+        print("|---|---|---|---|---|")
+        documents = [("100,000 shapes", "shapes-100k"), ("100,000 uses", "uses-100k"), ("20,000 texts", "texts-20k")]
+        for title, name in documents:
+            source = corpus(options.corpora, name)
+            for target, dpi in (("pdf", []), ("png", ["--dpi", "150"])):
+                command = lambda which: [options.tool, "--quiet", "--interpreter", which, source, "-o", f"{folder}/{which}.{target}", *dpi]
+                found = take_turns({which: command(which) for which in ("svg", "svg2")}, options)
+                (first, first_memory), (second, second_memory) = found["svg"], found["svg2"]
+                print(
+                    f"| {title}, {target.upper()} | {first:.3f} s, {first_memory:.0f} MB | {second:.3f} s, {second_memory:.0f} MB | "
+                    f"{second / first:.2f} | {second_memory / first_memory:.2f} |"
+                )
+        print("\nStandard SVG and other programs, PNG at 150 dpi: least CPU seconds and MB\n")
+        print("| document | orvprint | rsvg-convert | resvg in node, less an empty process |")
+        print("|---|---|---|---|")
+        zoom = str(150 / 96)
+        for title, name in [("1,000 gradients", "gradients-1k"), ("1,000 masked groups", "masks-1k"), ("1,000 clipped groups", "clips-1k")]:
+            source = corpus(options.corpora, name)
+            commands = {"orvprint": [options.tool, "--quiet", "--interpreter", "svg2", source, "-o", f"{folder}/a.png", "--dpi", "150"]}
+            if shutil.which("rsvg-convert"):
+                commands["rsvg"] = ["rsvg-convert", "--unlimited", "-z", zoom, "-o", f"{folder}/b.png", source]
+            if shutil.which("node") and RESVG.is_dir():
+                commands["resvg"] = ["node", str(HERE / "resvg.cjs"), str(RESVG), source, f"{folder}/c.png", zoom]
+                commands["node"] = ["node", "-e", f"require({str(RESVG)!r})"]
+            found = take_turns(commands, options)
+            if "node" in found:
+                found["resvg"] = (found["resvg"][0] - found["node"][0], found["resvg"][1] - found["node"][1])
+            cell = lambda program: "" if program not in found else (
+                f"{found[program][0]:.3f} s, {found[program][1]:.0f} MB"
+                + ("" if program == "orvprint" else f" (orvprint takes {found['orvprint'][0] / max(found[program][0], 1e-3):.2f} times its CPU)")
+            )
+            print(f"| {title} | {cell('orvprint')} | {cell('rsvg')} | {cell('resvg')} |")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--tool", default=str(HERE.parent / "build/release/bin/orvprint"))
@@ -205,7 +259,7 @@ def main():
     parser.add_argument("--drawings", type=int, default=500, help="how many of the typical drawings")
     parser.add_argument("sections", nargs="*", metavar="SECTION")
     options = parser.parse_args()
-    known = ["small", "pdf", "png150", "png600", "typical", "growth"]
+    known = ["small", "pdf", "png150", "png600", "typical", "growth", "standard"]
     wanted = options.sections or known
     if unknown := set(wanted) - set(known):
         parser.error(f"no such section: {', '.join(sorted(unknown))}")
@@ -234,6 +288,8 @@ def main():
         typical(options)
     if "growth" in wanted:
         growth(options)
+    if "standard" in wanted:
+        standard(options)
 
 
 if __name__ == "__main__":

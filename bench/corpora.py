@@ -130,6 +130,52 @@ def uses(count, definitions):
     return write
 
 
+def filled_by_gradients(count):
+    """Shapes of a gradient each, half of them linear, in shares of their boxes as drawing programs write them."""
+
+    def write(file):
+        draw = random.Random(7)
+        colour = lambda: f"#{draw.randrange(1 << 24):06x}"
+        file.write(head() + "<defs>\n")
+        for number in range(count):
+            stops = f'<stop offset="0" stop-color="{colour()}"/><stop offset="1" stop-color="{colour()}" stop-opacity="0.7"/>'
+            kind = ("linearGradient", ' x2="1" y2="1"') if number % 2 else ("radialGradient", ' fx="0.3"')
+            file.write(f'<{kind[0]} id="g{number}"{kind[1]}>{stops}</{kind[0]}>\n')
+        file.write("</defs>\n")
+        for number in range(count):
+            file.write(
+                f'<rect x="{draw.uniform(0, 900):.1f}" y="{draw.uniform(0, 900):.1f}" width="{draw.uniform(20, 100):.1f}" '
+                f'height="{draw.uniform(20, 100):.1f}" rx="5" fill="url(#g{number})"/>\n'
+            )
+        file.write("</svg>\n")
+
+    return write
+
+
+def cut_groups(count, element, attribute):
+    """Groups of two shapes, each cut by one of a hundred masks or clips that are circles in shares of the box."""
+
+    def write(file):
+        draw = random.Random(8)
+        file.write(head() + "<defs>\n")
+        units = f"{element}ContentUnits" if element == "mask" else f"{element}Units"
+        for number in range(100):
+            file.write(
+                f'<{element} id="c{number}" {units}="objectBoundingBox">'
+                f'<circle cx="0.5" cy="0.5" r="{draw.uniform(0.3, 0.6):.3f}" fill="#fff" fill-opacity="0.8"/></{element}>\n'
+            )
+        file.write("</defs>\n")
+        for number in range(count):
+            x, y = draw.uniform(0, 900), draw.uniform(0, 900)
+            file.write(
+                f'<g {attribute}="url(#c{number % 100})"><rect x="{x:.1f}" y="{y:.1f}" width="80" height="60" fill="#8ac"/>'
+                f'<path d="M{x:.1f} {y:.1f}l80 60" stroke="#235" stroke-width="4"/></g>\n'
+            )
+        file.write("</svg>\n")
+
+    return write
+
+
 def colours(count):
     def write(file):
         file.write(head())
@@ -219,6 +265,9 @@ CORPORA = {
     "colours-10k": colours(10_000),
     "colours-100k": colours(100_000),
     "colours-1m": colours(1_000_000),
+    "gradients-1k": filled_by_gradients(1_000),
+    "masks-1k": cut_groups(1_000, "mask", "mask"),
+    "clips-1k": cut_groups(1_000, "clipPath", "clip-path"),
     "identifiers-1k": identifiers(1_000),
     "identifiers-10k": identifiers(10_000),
     "identifiers-100k": identifiers(100_000),

@@ -114,6 +114,7 @@ void AddValues(const ORVXmlNode& element, Seeds& seeds) {
         const ORVXmlAttribute attribute = element.GetAttribute(i);
         if (const auto found = kTargetsOfAttributes.find(attribute.name); found != kTargetsOfAttributes.end())
             seeds.Add(found->second, attribute.value);
+        if (attribute.name == "style") seeds.Add("standard_styles", attribute.value);
         if (attribute.name == "d") AddPath(attribute.value, seeds);
         if (attribute.name == "xlink:href") AddPicture(attribute.value, seeds);
     }
@@ -122,6 +123,7 @@ void AddValues(const ORVXmlNode& element, Seeds& seeds) {
 void AddDrawing(const std::string& document, Seeds& seeds) {
     for (const char* target : {"light_xml", "dom_xml", "plain_xml", "check"}) seeds.Add(target, document);
     for (const char* choices : {"00", "01", "10"}) seeds.Add("document", choices + document);
+    for (const char* choices : {"0", "1"}) seeds.Add("standard_document", choices + document);
     for (const char* choices : {"0", "1"}) {
         seeds.Add("qvxml", choices + document);
         seeds.Add("qvxml", choices + ("<report>" + document + "</report>"));
@@ -217,6 +219,27 @@ void AddModuleImages(Seeds& seeds) {
     }
 }
 
+// Of what is standard SVG's alone.
+void AddStandard(Seeds& seeds) {
+    for (const char* styles :
+         {"fill:var(--b, red)!important;stroke:context-fill\n",
+          "\n.f>rect:not(.g):nth-child(2n+1){fill:hsl(9,9%,9%)}",
+          "\n@media print{#e *{clip-path:url(#b)}} g ~ use,[lang|='en']{mask:url(#c)}",
+          "marker-mid:url(#d);mix-blend-mode:multiply\n:root{--a:var(--b)} *{opacity:.5;transform:scale(2)}"})
+        seeds.Add("standard_styles", styles);
+    for (const char* paints :
+         {"url(#a)\nurl(#b) red\n2%\n1,2 3\n50%\nrgb(1 2 "
+          "3/.5)\n1\n.3\n.1\nuserSpaceOnUse\nrotate(9)\nreflect\n"
+          "5\n0 0 9 9\nM0 0a9 9 0 0 1 5 5z",
+          "url(#c)\nnone\n\n\n.2\n#1234\n\n0\n2\n\nmatrix(1 2 3 4 5 6)\nrepeat\n.1\n\nM0 0Q1 2 3 4T5 6"})
+        seeds.Add("standard_paints", paints);
+    for (const char* texts :
+         {"1 2 3\n4 5\n9\n50\ntext-anchor:middle\nM0 0h90\n5%\nHello world",
+          "\n\n\n\nwriting-mode:tb;letter-spacing:2px;direction:rtl\nM0 0c9 9 9 9 20 0\n\n  a  b\n c",
+          "50%\n\n\n\nfont:italic bold 9px/2 serif;text-decoration:underline\n\n\nfi"})
+        seeds.Add("standard_texts", texts);
+}
+
 std::string ContentOf(const char* path) {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
@@ -233,6 +256,7 @@ int main(int argc, char** argv) {
     for (int i = 3; i < argc; ++i) AddDrawings(ContentOf(argv[i]), seeds);
     AddImages(seeds);
     AddModuleImages(seeds);
+    AddStandard(seeds);
     seeds.Write(argv[1]);
     return 0;
 }

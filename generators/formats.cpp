@@ -89,9 +89,9 @@ constexpr std::array kFormats{
     ORVOutputFormat{"ps", false, Guarded<CreatePostScript>},
     ORVOutputFormat{"eps", true, Guarded<CreateEps>},
     ORVOutputFormat{"svg", true, Guarded<CreateSvg>},
-    ORVOutputFormat{"png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true},
-    ORVOutputFormat{"tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true},
-    ORVOutputFormat{"pwg", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster", true},
+    ORVOutputFormat{"png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true, true},
+    ORVOutputFormat{"tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true, true},
+    ORVOutputFormat{"pwg", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster", true, true},
 };
 
 }  // namespace

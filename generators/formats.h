@@ -20,6 +20,7 @@ struct ORVOutputFormat {
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
     std::string_view otherName{};  ///< that means the same; empty for none
     bool makesDots = false;        ///< in black and white, greys become patterns of dots
+    bool hasPixels = false;        ///< pages are pixels
 };
 
 /// All formats.

@@ -5,7 +5,10 @@
 #include <CLI/CLI.hpp>
 
 #include <malloc.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
@@ -18,6 +21,7 @@
 #include <vector>
 
 #include "apps/orvprint/commands/batch.h"
+#include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/check_command.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/help.h"
@@ -27,6 +31,8 @@
 #include "apps/orvprint/commands/print_command.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/sheet_options.h"
+#include "apps/orvprint/commands/size_options.h"
+#include "apps/orvprint/commands/suggestions.h"
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
@@ -64,6 +70,22 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->envname("ORVPRINT_INTERPRETER")
         ->transform(CLI::IsMember({"SVG", "SVG2"}, CLI::ignore_case))
         ->option_text("SVG|SVG2");
+    command
+        .add_option("--language", options.languages,
+                    "Languages for systemLanguage, such as de,en (default: the locale's); svg2 only")
+        ->option_text("LIST")
+        ->check([](const std::string& text) {
+            const bool isRead = text.find_first_not_of(", ") != std::string::npos &&
+                                std::all_of(text.begin(), text.end(), [](char c) {
+                                    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' ||
+                                           c == ',' || c == ' ';
+                                });
+            return isRead ? std::string() : "'" + text + "' is not a list of languages, such as de,en-GB";
+        });
+    command.add_option("--font-size", options.fontSize, "Size in px of text that states no size; svg2 only")
+        ->option_text("PX [12]")
+        ->check(CLI::Range(0.1, 10000.0))
+        ->check(IsNumber());
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
         ->option_text("light|dom [light]");
@@ -142,8 +164,46 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
         ->option_text("N [cores]")
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
-    command.add_flag("--quiet", options.isQuiet, "Show no progress bar and no summary");
+    command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
+}
+
+/// Names of commands.
+std::vector<std::string> CommandNames(const CLI::App& app) {
+    std::vector<std::string> names{"print"};
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(command->get_name());
+    return names;
+}
+
+/// The command that a word was meant to be which is no file; empty when there is none, or it may well be a
+/// file's name.
+std::string MeantCommand(const CLI::App& app, const std::string& word) {
+    if (word.find_first_of("./") != std::string::npos || access(word.c_str(), F_OK) == 0) return {};
+    // As other programs call it.
+    for (const char* other : {"convert", "export", "render", "to", "to-pdf", "help"})
+        if (word == other) return word == "help" ? "--help" : "print";
+    return FindNearest(word, CommandNames(app));
+}
+
+/// What misspelt options were meant to be, for the end of a message.
+std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
+    const CLI::App* command = &app;
+    for (const CLI::App* other : app.get_subcommands([](const CLI::App*) { return true; }))
+        if (argc > 1 && other->get_name() == argv[1]) command = other;
+    std::vector<std::string> known;
+    for (const CLI::Option* option : command->get_options())
+        for (const std::string& name : option->get_lnames()) known.push_back("--" + name);
+    for (int i = 1; i < argc; ++i) {
+        std::string word(argv[i]);
+        if (word == "--") break;
+        if (!word.starts_with("--")) continue;
+        word.resize(std::min(word.find('='), word.size()));
+        if (std::find(known.begin(), known.end(), word) != known.end()) continue;
+        if (const std::string nearest = FindNearest(word, known); !nearest.empty())
+            return "; did you mean " + nearest + "?";
+    }
+    return {};
 }
 
 /// An option of printing that was given to another command, which would not heed it; empty when there is
@@ -171,7 +231,11 @@ int Run(int argc, char** argv) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
-    app.add_option("-o,--output", print.output, "Output file, - for standard output")->option_text("FILE");
+    app.add_option("-o,--output", print.output,
+                   "Output file, - for standard output (default for one drawing: its name, in this folder)")
+        ->option_text("FILE");
+    bool mayReplace = false;
+    app.add_flag("--force", mayReplace, "Without -o: replace a file that exists");
     app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =
@@ -181,7 +245,7 @@ int Run(int argc, char** argv) {
         ->check(IsNumber())
         ->option_text("N [90]");
     app.add_option("--flatten-dpi", print.flattenDotsPerInch,
-                   "Resolution of transparent parts where the format has no transparency (ps, eps)")
+                   "Resolution of filters, and of transparent parts in ps and eps")
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [300]");
@@ -191,16 +255,20 @@ int Run(int argc, char** argv) {
     AddIgnoreOption(app, ignoredKinds)->needs(strict);
     SheetArguments sheet;
     AddSheetOptions(app, sheet);
+    SizeArguments size;
+    AddSizeOptions(app, size, print);
     AddReadOptions(app, print.read);
     CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
     AddBatchOptions(app, keepGoing, batch);
 
     ReadOptions infoOptions;
-    std::string infoInput;
+    std::vector<std::string> infoInputs;
     bool infoAsJson = false;
     CLI::App* info = app.add_subcommand("info", "List the pages of a drawing with their sizes and titles");
-    info->add_option("input", infoInput, "Drawing, - for standard input")->required()->option_text("FILE");
+    info->add_option("inputs", infoInputs, "Drawings, - for standard input")
+        ->required()
+        ->option_text("FILE...");
     info->add_flag("--json", infoAsJson, "As JSON");
     AddReadOptions(*info, infoOptions);
     AddFragmentOptions(*info, infoOptions);
@@ -236,17 +304,18 @@ int Run(int argc, char** argv) {
     } catch (const CLI::Success& wish) {
         return app.exit(wish);  // --help, --version
     } catch (const CLI::ParseError& error) {
-        return Report(kExitUsage, "", std::string(error.what()) + " (see orvprint --help)");
+        const std::string hint = HintOnOptions(app, argc, argv);
+        return Report(kExitUsage, "", std::string(error.what()) + hint + " (see orvprint --help)");
     }
 
     if (const std::string name = OptionBeforeCommand(app); !name.empty())
         return Report(kExitUsage, name, "precedes the command; put options after the command");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
-        if (const int code = EnterSandboxFor(infoOptions, {.inputs = {infoInput}}); code != kExitDone)
+        if (const int code = EnterSandboxFor(infoOptions, {.inputs = infoInputs}); code != kExitDone)
             return code;
-        infoOptions.endsWithInput = true;
-        return RunInfo(infoInput, infoOptions, infoAsJson);
+        infoOptions.endsWithInput = infoInputs.size() == 1;
+        return RunInfo(infoInputs, infoOptions, infoAsJson);
     }
     if (inspect->parsed()) {
         if (const int code = ApplyReadOptions(inspectOptions); code != kExitDone) return code;
@@ -264,8 +333,15 @@ int Run(int argc, char** argv) {
     if (formats->parsed()) return RunFormats();
     if (limits->parsed()) return RunLimits();
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
-    if (print.output.empty() && batch.folder.empty())
-        return Report(kExitUsage, "", "no output; give it with -o FILE or --out-dir DIR");
+    if (const std::string command = MeantCommand(app, print.inputs.front()); !command.empty())
+        return Report(kExitUsage, print.inputs.front(),
+                      "is neither a file nor a command; did you mean orvprint " + command + "?");
+    if (print.output.empty() && batch.folder.empty()) {
+        if (print.inputs.size() > 1 || print.inputs.front() == "-")
+            return Report(kExitUsage, "", "no output; give it with -o FILE or --out-dir DIR");
+        print.output = BaseName(print.inputs.front()) + "." + (print.format.empty() ? "pdf" : print.format);
+        print.keepsFiles = !mayReplace;
+    }
     if (!print.output.empty() && !batch.folder.empty())
         return Report(kExitUsage, "",
                       "-o and --out-dir cannot be combined: one file for all inputs, or one for each");
@@ -274,9 +350,11 @@ int Run(int argc, char** argv) {
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
+    if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
+        print.tellsLoss = !batch.isQuiet && print.output != "-" && isatty(STDERR_FILENO) == 1;
         return RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;

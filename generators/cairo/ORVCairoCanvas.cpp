@@ -73,7 +73,8 @@ cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
     switch (join) {
         case ORVPrintStroke::Join::kRound: return CAIRO_LINE_JOIN_ROUND;
         case ORVPrintStroke::Join::kBevel: return CAIRO_LINE_JOIN_BEVEL;
-        case ORVPrintStroke::Join::kMiter: break;
+        case ORVPrintStroke::Join::kMiter:
+        case ORVPrintStroke::Join::kMiterClip: break;
     }
     return CAIRO_LINE_JOIN_MITER;
 }

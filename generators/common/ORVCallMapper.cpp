@@ -100,3 +100,9 @@ ORVPrintMask ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVPrintMask
     mapped.box = Map(outer, mask.box);
     return mapped;
 }
+
+ORVPrintFilter ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVPrintFilter& filter) {
+    ORVPrintFilter mapped = filter;
+    mapped.toPage = outer * filter.toPage;
+    return mapped;
+}

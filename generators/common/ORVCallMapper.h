@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
 
@@ -24,6 +25,7 @@ public:
     static ORVPrintClipPath Map(const ORVMathAffine2D& outer, const ORVPrintClipPath& clip);
     static ORVPrintLayer Map(const ORVMathAffine2D& outer, const ORVPrintLayer& layer);
     static ORVPrintMask Map(const ORVMathAffine2D& outer, const ORVPrintMask& mask);
+    static ORVPrintFilter Map(const ORVMathAffine2D& outer, const ORVPrintFilter& filter);
 
 private:
     const ORVPrintFill* MapFill(const ORVMathAffine2D& outer, const ORVPrintFill* fill);

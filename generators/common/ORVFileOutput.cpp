@@ -89,6 +89,8 @@ int ORVFileOutput::CheckTarget(const std::string& path) {
     if (protected_.contains({information.st_dev, information.st_ino}))
         return Fail("is an input; choose another name");
     if (S_ISDIR(information.st_mode)) return Fail("is a folder");
+    if (keepsFiles_ && S_ISREG(information.st_mode))
+        return Fail("exists; replace it with --force, or name another file with -o");
     if (S_ISREG(information.st_mode) && IsFont(path)) return Fail("is a font; choose another name");
     if (access(path.c_str(), W_OK) != 0) return Fail(SystemError());
     return 1;

@@ -32,6 +32,9 @@ public:
     /// The same for a file that is known already.
     void Protect(const Identity& file) { protected_.insert(file); }
 
+    /// Refuses to replace any file.
+    void KeepFiles() { keepsFiles_ = true; }
+
     /// True for a font, as the first bytes of its file tell. Which fonts a drawing takes is known too late,
     /// and none is ever meant to become an output.
     static bool IsFont(const std::string& path);
@@ -55,6 +58,7 @@ private:
 
     const std::string path_;
     const bool numbered_;
+    bool keepsFiles_ = false;
     std::set<Identity> protected_;
     std::vector<Part> parts_;
     int descriptor_ = -1;

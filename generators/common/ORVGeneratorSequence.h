@@ -35,6 +35,10 @@ public:
     int EndLayer() override { return target_.EndLayer(); }
     int BeginMask(const ORVPrintMask& mask) override { return target_.BeginMask(mask); }
     int EndMask() override { return target_.EndMask(); }
+    int BeginFilter(const ORVPrintFilter& filter) override { return target_.BeginFilter(filter); }
+    int EndFilter() override { return target_.EndFilter(); }
+    int BeginFilterInput() override { return target_.BeginFilterInput(); }
+    int EndFilterInput() override { return target_.EndFilterInput(); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override { return target_.BeginSymbol(symbol); }
     int EndSymbol() override { return target_.EndSymbol(); }
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }

@@ -66,6 +66,22 @@ int ORVGuardedGenerator::EndMask() {
     return Pass([](ORVPrintGenerator& to) { return to.EndMask(); });
 }
 
+int ORVGuardedGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
+}
+
+int ORVGuardedGenerator::EndFilter() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilter(); });
+}
+
+int ORVGuardedGenerator::BeginFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.BeginFilterInput(); });
+}
+
+int ORVGuardedGenerator::EndFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilterInput(); });
+}
+
 int ORVGuardedGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
 }

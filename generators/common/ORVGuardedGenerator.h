@@ -27,6 +27,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 
+#include "generators/common/filter_reach.h"
 #include "generators/common/generator_status.h"
 
 namespace {
@@ -19,6 +20,8 @@ double Reach(const ORVPrintStroke* stroke) {
     double reach = 0.5;
     if (stroke->cap == ORVPrintStroke::Cap::kSquare) reach = std::max(reach, std::sqrt(0.5));
     if (stroke->join == ORVPrintStroke::Join::kMiter) reach = std::max(reach, 0.5 * stroke->miterLimit);
+    if (stroke->join == ORVPrintStroke::Join::kMiterClip)
+        reach = std::max(reach, std::sqrt(0.5) * stroke->miterLimit);
     return reach * stroke->width;
 }
 
@@ -163,7 +166,10 @@ ORVPageRecording::Box ORVPageRecording::ShownBox(const Call& part) const {
         case Kind::kBeginClipPath:
             return Extent(Intersection(part.box.Whole(), ClipBox(clipPaths_[part.index])));
         case Kind::kBeginLayer: return Extent(Intersection(part.box.Whole(), layers_[part.index].box));
-        case Kind::kBeginMask: return {};
+        case Kind::kBeginMask:
+        case Kind::kBeginFilterInput: return {};
+        case Kind::kBeginFilter:
+            return Extent(ORVReachOfFilter(filters_[part.index].filter, part.box.Whole()));
         default: return part.box;
     }
 }
@@ -218,7 +224,7 @@ std::uint32_t ORVPageRecording::AddFill(const ORVPrintFill* fill) {
     const ORVPrintGradient* gradient = AddGradient(fill->gradient);
     const bool isKnown = !fills_.empty() && SamePaint(fills_.back().colour, fill->colour) &&
                          fills_.back().evenOdd == fill->evenOdd && fills_.back().pattern == fill->pattern &&
-                         fills_.back().gradient == gradient &&
+                         fills_.back().gradient == gradient && fills_.back().isCrisp == fill->isCrisp &&
                          fills_.back().patternToPage == fill->patternToPage;
     if (!isKnown) {
         fills_.push_back(*fill);
@@ -236,7 +242,7 @@ std::uint32_t ORVPageRecording::AddStroke(const ORVPrintStroke* stroke) {
         if (SamePaint(last.stroke.colour, stroke->colour) && last.stroke.width == stroke->width &&
             last.stroke.cap == stroke->cap && last.stroke.join == stroke->join &&
             last.stroke.miterLimit == stroke->miterLimit && last.stroke.gradient == gradient &&
-            last.stroke.dashOffset == stroke->dashOffset &&
+            last.stroke.dashOffset == stroke->dashOffset && last.stroke.isCrisp == stroke->isCrisp &&
             std::equal(dashes, dashes + last.dashCount, stroke->dashes.begin(), stroke->dashes.end()))
             return Last(strokes_.size());
     }
@@ -260,7 +266,9 @@ void ORVPageRecording::Keep(const ORVPixelImage& image) {
 int ORVPageRecording::BeginGroup(const ORVPrintGroup& group) {
     groups_.push_back({std::string(group.id), std::string(group.description),
                        std::string(group.linkElementId), std::string(group.linkURL), group.linkShow,
-                       group.isLinkTarget});
+                       group.isLinkTarget, group.layer != nullptr,
+                       std::string(group.layer ? group.layer->label : std::string_view()),
+                       group.layer && group.layer->isShown, group.layer && group.layer->isLocked});
     return BeginPart(Kind::kBeginGroup, Last(groups_.size()));
 }
 
@@ -297,6 +305,18 @@ int ORVPageRecording::BeginMask(const ORVPrintMask& mask) {
 }
 
 int ORVPageRecording::EndMask() { return EndPart(Kind::kEndMask); }
+
+int ORVPageRecording::BeginFilter(const ORVPrintFilter& filter) {
+    filters_.push_back({filter, {filter.steps.begin(), filter.steps.end()}});
+    filters_.back().filter.steps = filters_.back().steps;
+    return BeginPart(Kind::kBeginFilter, Last(filters_.size()));
+}
+
+int ORVPageRecording::EndFilter() { return EndPart(Kind::kEndFilter); }
+
+int ORVPageRecording::BeginFilterInput() { return BeginPart(Kind::kBeginFilterInput, 0); }
+
+int ORVPageRecording::EndFilterInput() { return EndPart(Kind::kEndFilterInput); }
 
 int ORVPageRecording::BeginSymbol(const ORVPrintSymbol& symbol) {
     const auto known = symbols_.find(symbol.key);
@@ -376,7 +396,7 @@ void ORVPageRecording::Finish(const ORVMathBox2D& page) {
     }
     std::vector<std::uint32_t> open;
     const auto isHidden = [&](std::uint32_t part) {
-        return calls[part].kind != Kind::kBeginMask &&
+        return calls[part].kind != Kind::kBeginMask && calls[part].kind != Kind::kBeginFilterInput &&
                (calls[part].box.IsEmpty() || !calls[part].box.Touches(page));
     };
     for (std::uint32_t i = 0; i < calls.size(); ++i) {
@@ -399,12 +419,14 @@ void ORVPageRecording::SelectBand(double yMin, double yMax) {
     band.yMax = yMax;
     const std::vector<Call>& calls = bodies_.front().calls;
     band_.clear();
+    std::uint32_t wholeTo = 0;  // what a filter makes of its content may lie elsewhere
     for (std::uint32_t i = 0; i < calls.size(); ++i) {
         const Call& call = calls[i];
-        if (!IsFrame(call.kind) && !call.isNeeded && !call.box.Touches(band)) {
+        if (i >= wholeTo && !IsFrame(call.kind) && !call.isNeeded && !call.box.Touches(band)) {
             if (BeginsPart(call.kind)) i = call.end;
             continue;
         }
+        if (i >= wholeTo && call.kind == Kind::kBeginFilter) wholeTo = call.end;
         band_.push_back(i);
     }
 }
@@ -423,13 +445,13 @@ int ORVPageRecording::ReplayPlaces(ORVPrintGenerator& target, const std::vector<
     std::vector<Call>& calls = bodies_.front().calls;
     const std::size_t count = places ? places->size() : calls.size();
     std::vector<Kind> open;
-    std::size_t skippedTo = 0;
+    std::size_t skippedTo = 0, wholeTo = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t place = places ? (*places)[i] : i;
         if (place < skippedTo) continue;
         Call& call = calls[place];
         const bool isOpen = BeginsPart(call.kind) && call.end == 0;
-        if (!IsFrame(call.kind) && !call.isNeeded && !isOpen && !call.box.Touches(box)) {
+        if (place >= wholeTo && !IsFrame(call.kind) && !call.isNeeded && !isOpen && !call.box.Touches(box)) {
             if (!BeginsPart(call.kind)) continue;
             if (!places) i = call.end;
             skippedTo = std::size_t{call.end} + 1;
@@ -439,8 +461,9 @@ int ORVPageRecording::ReplayPlaces(ORVPrintGenerator& target, const std::vector<
             if (const int result = ReplayCall(target, call, map); result != kGeneratorDone) return result;
             continue;
         }
+        if (place >= wholeTo && call.kind == Kind::kBeginFilter) wholeTo = isOpen ? calls.size() : call.end;
         const int result = ReplayFrame(target, call, map);
-        if (result == ORVPrintGenerator::kSkipMask && call.kind == Kind::kBeginMask) {
+        if (IsSkipped(call.kind, result)) {
             skippedTo = isOpen ? calls.size() : std::size_t{call.end} + 1;
             continue;
         }
@@ -480,6 +503,12 @@ int ORVPageRecording::ReplayFrame(ORVPrintGenerator& target, Call& call, const O
         case Kind::kEndLayer: return target.EndLayer();
         case Kind::kBeginMask: return target.BeginMask(ORVCallMapper::Map(map, masks_[call.index]));
         case Kind::kEndMask: return target.EndMask();
+        case Kind::kBeginFilter:
+            call.isNeeded = false;
+            return target.BeginFilter(ORVCallMapper::Map(map, filters_[call.index].filter));
+        case Kind::kEndFilter: return target.EndFilter();
+        case Kind::kBeginFilterInput: return target.BeginFilterInput();
+        case Kind::kEndFilterInput: return target.EndFilterInput();
         default: return kDrawingFailed;
     }
 }
@@ -489,8 +518,9 @@ int ORVPageRecording::BeginReplayedGroup(ORVPrintGenerator& target, Call& call) 
     const bool isLinkTarget = group.isLinkTarget;
     group.isLinkTarget = false;
     call.isNeeded = false;  // has been shown
-    return target.BeginGroup(
-        {group.id, group.description, group.linkElementId, group.linkURL, group.linkShow, isLinkTarget});
+    const ORVPrintContentLayer layer{group.layerLabel, group.isLayerShown, group.isLayerLocked};
+    return target.BeginGroup({group.id, group.description, group.linkElementId, group.linkURL, group.linkShow,
+                              isLinkTarget, group.isLayer ? &layer : nullptr});
 }
 
 const ORVPrintPath& ORVPageRecording::PathOf(const Path& kept) {
@@ -573,7 +603,7 @@ int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& pla
             result = ReplayCall(target, call, frame.map);
         } else {
             result = ReplayFrame(target, call, frame.map);
-            if (result != ORVPrintGenerator::kSkipMask || call.kind != Kind::kBeginMask) continue;
+            if (!IsSkipped(call.kind, result)) continue;
             frame.next = std::size_t{call.end} + 1;
             result = kGeneratorDone;
         }

@@ -48,6 +48,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return true; }  // those that are given
@@ -71,6 +75,8 @@ public:
     /// can go on.
     [[nodiscard]] int ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
                                   const ORVMathAffine2D& map = {});
+    /// What of the coordinates all that was recorded so far reaches; parts that are open count as they are.
+    ORVMathBox2D GetBox() const { return bodies_.front().box.Whole(); }
     /// How far a call reaches at most.
     static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
     static ORVMathBox2D BoxOf(const ORVPrintText& text);
@@ -88,6 +94,10 @@ private:
         kEndLayer,
         kBeginMask,
         kEndMask,
+        kBeginFilter,
+        kEndFilter,
+        kBeginFilterInput,
+        kEndFilterInput,
         kSymbol,
         kShape,
         kText,
@@ -114,11 +124,17 @@ private:
     struct Group {
         std::string id, description, linkElementId, linkURL;
         int linkShow;
-        bool isLinkTarget;
+        bool isLinkTarget, isLayer;
+        std::string layerLabel;
+        bool isLayerShown, isLayerLocked;
     };
     struct Path {
         std::size_t verbs, points;  // where they begin
         std::uint32_t verbCount, pointCount;
+    };
+    struct Filter {
+        ORVPrintFilter filter;
+        std::vector<ORVPrintFilterStep> steps;
     };
     struct Shape {
         Path path;
@@ -160,17 +176,22 @@ private:
     /// Parts are begun and ended, and are left out as a whole when nothing in them is wanted.
     static bool BeginsPart(Kind kind) {
         return kind == Kind::kBeginGroup || kind == Kind::kBeginClipPath || kind == Kind::kBeginLayer ||
-               kind == Kind::kBeginMask;
+               kind == Kind::kBeginMask || kind == Kind::kBeginFilter || kind == Kind::kBeginFilterInput;
     }
     static bool EndsPart(Kind kind) {
         return kind == Kind::kEndGroup || kind == Kind::kEndClipPath || kind == Kind::kEndLayer ||
-               kind == Kind::kEndMask;
+               kind == Kind::kEndMask || kind == Kind::kEndFilter || kind == Kind::kEndFilterInput;
+    }
+    /// Whether a target answered that it has no use for masks, or for inputs of filters.
+    static bool IsSkipped(Kind kind, int answer) {
+        return (kind == Kind::kBeginMask && answer == kSkipMask) ||
+               (kind == Kind::kBeginFilterInput && answer == kSkipInput);
     }
     static Kind EndOf(Kind begin) { return static_cast<Kind>(static_cast<std::uint8_t>(begin) + 1); }
     /// Beginnings and ends that are replayed wherever what holds them is.
     static bool IsFrame(Kind kind) {
         return kind == Kind::kBeginClip || kind == Kind::kEndClip || kind == Kind::kBeginMask ||
-               EndsPart(kind);
+               kind == Kind::kBeginFilterInput || EndsPart(kind);
     }
 
     Body& Open() { return bodies_[openBodies_.back()]; }
@@ -214,6 +235,7 @@ private:
     std::vector<ClipPath> clipPaths_;
     std::vector<ORVPrintLayer> layers_;
     std::vector<ORVPrintMask> masks_;
+    std::deque<Filter> filters_;
     std::vector<Shape> shapes_;
     std::deque<Text> texts_;
     std::vector<Image> images_;

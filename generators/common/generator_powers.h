@@ -6,4 +6,4 @@
 /// What a generator says that can do all there is.
 inline constexpr unsigned int kAllPowers = ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths |
                                            ORVPrintGenerator::kLayers | ORVPrintGenerator::kBlendModes |
-                                           ORVPrintGenerator::kMasks;
+                                           ORVPrintGenerator::kMasks | ORVPrintGenerator::kFilters;

@@ -14,6 +14,7 @@ ORVFailure ORVFailureOfStatus(int status) {
         case Render::kTextNotSet: return ORVFailure::Of(ORVFailureReason::kTextNotSet);
         case Render::kTooManyPrimitives: return ORVFailure::OfLimit(ORVPrintLimit::kDrawn);
         case Render::kTooManyPages: return ORVFailure::OfLimit(ORVPrintLimit::kPages);
+        case Render::kTooManyPixels: return ORVFailure::OfLimit(ORVPrintLimit::kDocumentPixels);
         case Render::kTooManyRepeats: return ORVFailure::OfLimit(ORVPrintLimit::kRepeats);
         case kOutputTooLarge: return ORVFailure::OfLimit(ORVPrintLimit::kOutputPixels);
         case kTooMuchToPaint: return ORVFailure::OfLimit(ORVPrintLimit::kPaintedPixels);

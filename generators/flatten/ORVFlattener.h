@@ -36,9 +36,11 @@ struct ORVFlattenOptions {
 /// hold nothing; what lies in links stays in them.
 class ORVFlattener final : public ORVPrintGenerator {
 public:
+    /// What it can do for a generator. Filters have become images before; see ORVFilterImages.
+    static constexpr unsigned int kFlattened = kAllPowers & ~static_cast<unsigned int>(kFilters);
     /// Whether a generator lacks anything. The flattener costs it a record of each page.
     static bool IsNeededBefore(const ORVPrintGenerator& target) {
-        return (target.GetPowers() & kAllPowers) != kAllPowers;
+        return (target.GetPowers() & kFlattened) != kFlattened;
     }
 
     /// @param target  must outlive this object
@@ -54,7 +56,7 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
-    unsigned int GetPowers() const override { return kAllPowers; }
+    unsigned int GetPowers() const override { return kFlattened; }
     int BeginClipPath(const ORVPrintClipPath& clip) override;
     int EndClipPath() override;
     int BeginLayer(const ORVPrintLayer& layer) override;

@@ -28,6 +28,7 @@ void Expand(const std::uint8_t* row, RasterPixels kind, std::uint8_t* rgba, std:
             return Expand(rgba, width, [=](std::size_t x, int) -> std::uint8_t {
                 return (row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0 : 255;
             });
+        case RasterPixels::kClear: return;  // for those who take no paper
     }
 }
 

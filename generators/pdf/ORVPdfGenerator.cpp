@@ -11,6 +11,7 @@
 #include "generators/common/generator_status.h"
 #include "generators/common/number_text.h"
 #include "generators/pdf/pdf_content.h"
+#include "generators/pdf/pdf_content_layers.h"
 #include "generators/pdf/pdf_document.h"
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_fonts.h"
@@ -62,6 +63,7 @@ struct ORVPdfGenerator::State {
     struct OpenGroup {
         std::string target;  // its name, when links lead here
         std::string action;  // of its link, when it is one
+        bool isLayer = false;
         bool HasBox() const { return !target.empty() || !action.empty(); }
     };
     /// Calls `draw` with what is being drawn on.
@@ -77,6 +79,7 @@ struct ORVPdfGenerator::State {
         return page && change(*page) ? Check() : static_cast<int>(kDrawingFailed);
     }
     void EndBox(const OpenGroup& group);
+    void EndLayer();
     void EndPage();
 
     ORVOutput& output;
@@ -86,6 +89,7 @@ struct ORVPdfGenerator::State {
     std::optional<PdfObjectPool> pool;
     std::optional<PdfDocumentObjects> objects;
     std::unordered_map<const void*, PdfForm> forms;
+    PdfContentLayers layers;
     PdfDocumentFacts facts;
     ORVFailure failure;
 
@@ -129,6 +133,7 @@ int ORVPdfGenerator::BeginPage(const ORVPrintPageInfo& info) {
     state.width = info.width;
     state.height = info.height;
     state.trim = info.trim;
+    state.layers.BeginPage();
     state.facts.pages.push_back({state.file->Reserve(), std::string(info.title), std::string(info.label)});
     state.page.emplace(*state.objects, state.forms, info.width, info.height);
     return state.Check();
@@ -149,6 +154,10 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     else if (!state.insideLink && !group.linkElementId.empty())
         AppendPdfBytes(open.action = "/Dest", group.linkElementId);
     if (!open.action.empty()) state.insideLink = true;
+    if (group.layer) {
+        open.isLayer = true;
+        state.page->GetTop().BeginLayer(state.layers.Begin(*group.layer, *state.file));
+    }
     if (open.HasBox()) state.page->GetPage().BeginBox();
     state.groups.push_back(std::move(open));
     return kGeneratorDone;
@@ -179,10 +188,16 @@ void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
                                   group.action + ">>");
 }
 
+void ORVPdfGenerator::State::EndLayer() {
+    page->GetTop().EndLayer();
+    layers.End();
+}
+
 int ORVPdfGenerator::EndGroup() {
     State& state = *state_;
     if (!state.page || state.groups.empty()) return kDrawingFailed;
     if (state.groups.back().HasBox()) state.EndBox(state.groups.back());
+    if (state.groups.back().isLayer) state.EndLayer();
     state.groups.pop_back();
     return kGeneratorDone;
 }
@@ -244,8 +259,10 @@ int ORVPdfGenerator::DrawImage(const ORVPrintImage& image) {
 void ORVPdfGenerator::State::EndPage() {
     // A drawing that broke off leaves all kinds of things open.
     page->EndAll();
-    for (; !groups.empty(); groups.pop_back())
+    for (; !groups.empty(); groups.pop_back()) {
         if (groups.back().HasBox()) EndBox(groups.back());
+        if (groups.back().isLayer) EndLayer();
+    }
     const std::string entries = page->GetPage().FinishPage();
     page.reset();
 
@@ -291,6 +308,7 @@ int ORVPdfGenerator::EndDocument() {
     if (!state.file) return kDrawingFailed;
     if (state.page) state.EndPage();
     state.fonts.WriteAll(*state.file);
+    state.facts.layers = state.layers.MakeProperties();
     FinishPdfDocument(*state.file, state.facts);
     const int result = state.Check();
     const bool closed = state.output.EndPart() == 1;

@@ -35,7 +35,7 @@ public:
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kContentLayers;
     }
     int BeginClipPath(const ORVPrintClipPath& clip) override;
     int BeginLayer(const ORVPrintLayer& layer) override;

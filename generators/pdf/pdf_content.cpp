@@ -55,6 +55,9 @@ std::string StateOf(const PdfLayerPaint& paint) {
     if (paint.mask != 0) {
         text += paint.maskKind == ORVPrintMask::Kind::kOpacity ? "/SMask<</S/Alpha"
                                                                : "/SMask<</S/Luminosity/BC[0 0 0]";
+        // The curve of sRGB, nearly; exact enough for greys.
+        if (paint.maskKind == ORVPrintMask::Kind::kLinearLuminance)
+            text += "/TR<</FunctionType 2/Domain[0 1]/N 2.2>>";
         text += "/G " + PdfReference(paint.mask) + ">>";
     }
     return text + ">>";

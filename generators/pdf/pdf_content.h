@@ -74,6 +74,10 @@ public:
     /// The part of a box that can show here.
     ORVMathBox2D VisiblePart(const ORVMathBox2D& box) const;
 
+    /// What comes until EndLayer belongs to a layer of the drawing. @param object  its group
+    void BeginLayer(unsigned int object) { out_.BeginLayer(object); }
+    void EndLayer() { out_.EndLayer(); }
+
     /// Boxes of groups, cut to clips: all that is drawn counts between the two calls, which nest.
     void BeginBox() { extent_->BeginBox(); }
     ORVMathBox2D EndBox() { return extent_->EndBox(); }

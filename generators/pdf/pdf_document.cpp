@@ -162,6 +162,7 @@ void FinishPdfDocument(PdfFile& file, const PdfDocumentFacts& facts) {
     catalogue += WriteOutline(file, facts.pages);
     catalogue += LabelEntry(facts.pages);
     catalogue += WriteTargets(file, facts.targets);
+    catalogue += facts.layers;
     catalogue += WriteXmp(file, title, created);
     if (!title.empty()) catalogue += "/ViewerPreferences<</DisplayDocTitle true>>";
     const unsigned int object = file.Reserve();

@@ -22,6 +22,7 @@ struct PdfDocumentFacts {
     std::optional<std::int64_t> creationTime;  ///< seconds since 1970
     unsigned int pageTree = 0;                 ///< object, to be written with the rest
     std::vector<PdfPageEntry> pages;
+    std::string layers;                          ///< the catalogue's entry for layers; empty without
     std::map<std::string, std::string> targets;  ///< places by name, in the order that the format asks for
 };
 

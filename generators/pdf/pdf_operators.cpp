@@ -177,6 +177,22 @@ void PdfOperators::Flush() {
 
 void PdfOperators::ComeInForms(std::string box) { formBox_ = std::move(box); }
 
+void PdfOperators::BeginLayer(unsigned int object) {
+    EndText();
+    resources_.AddLayer(object);
+    Put("/OC ");
+    PutName('L', object);
+    Put("BDC\n");
+    ++openLayers_;
+}
+
+void PdfOperators::EndLayer() {
+    EndText();
+    Put("EMC\n");
+    --openLayers_;
+    Flush();
+}
+
 void PdfOperators::SaveForClip() {
     Save();
     clipStart_ = content_.size();
@@ -196,6 +212,7 @@ void PdfOperators::EndClipped() {
 void PdfOperators::FlushForm() {
     // What repeats the open clips takes no more than half of a form.
     const std::size_t written = content_.size() - repeated_;
+    if (openLayers_ > 0) return;  // a form holds whole layers
     if (saved_.size() == clips_.size() && written >= std::max(kPieceSize, repeated_)) WriteForm();
 }
 

@@ -40,6 +40,9 @@ public:
     void PutFactors(const ORVMathAffine2D& map);
     /// Says what the marked content that begins here stands for (UTF-8); "EMC" ends it.
     void BeginActualText(std::string_view text);
+    /// What comes until EndLayer belongs to a layer. @param object  its group
+    void BeginLayer(unsigned int object);
+    void EndLayer();
     /// Hands the content to the file when there is enough of it to be compressed on its own. Not called
     /// within what Save and Restore enclose, but for clips.
     void Flush();
@@ -119,6 +122,7 @@ private:
     State state_;
     std::vector<State> saved_;
     bool isTextOpen_ = false;
+    unsigned int openLayers_ = 0;
 
     // Where content comes in forms.
     std::string formBox_;             // empty where it does not

@@ -81,6 +81,7 @@ std::string PdfResources::MakeDictionary() const {
     AppendNamedObjects(text, "/Font", 'F', fonts_);
     AppendNamedObjects(text, "/XObject", 'X', objects_);
     AppendNamedObjects(text, "/Pattern", 'P', patterns);
+    AppendNamedObjects(text, "/Properties", 'L', layers_);
     if (!opacities_.empty() || !states_.empty()) {
         text += "/ExtGState<<";
         for (const auto& [fill, stroke] : opacities_) {

@@ -25,6 +25,8 @@ public:
     void AddOpacity(int fill, int stroke);
     /// A graphics state that is an object.
     void AddState(unsigned int object) { states_.insert(object); }
+    /// The group of a layer.
+    void AddLayer(unsigned int object) { layers_.insert(object); }
     /// A pattern that FindPattern has not written.
     void AddPattern(unsigned int object) { patterns_.insert(object); }
     /// Notes that more than grays, or more than opaque paint, is used.
@@ -44,7 +46,7 @@ private:
     /// An image and the numbers of its map.
     using Tile = std::pair<const ORVPixelImage*, std::array<double, 6>>;
 
-    std::set<unsigned int> fonts_, objects_, states_, patterns_;
+    std::set<unsigned int> fonts_, objects_, states_, patterns_, layers_;
     std::set<std::pair<int, int>> opacities_;  // of fill and stroke
     std::map<Tile, unsigned int> tiles_;       // the patterns of images
     bool isColoured_ = false, isTransparent_ = false;

@@ -56,6 +56,7 @@ const char* TypeOf(RasterPixels pixels) {
     switch (pixels) {
         case RasterPixels::kGrey: return "sgray_8";
         case RasterPixels::kBlack: return "black_1";
+        case RasterPixels::kClear: break;  // does not come here
         case RasterPixels::kRGB: break;
     }
     return "srgb_8";

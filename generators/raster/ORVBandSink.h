@@ -12,7 +12,9 @@
 
 /// What a page's pixels are: bytes of red, green and blue, or one of grey; or black and white, eight pixels a
 /// byte, the leftmost in the highest bit, 1 being black.
-enum class RasterPixels : std::uint8_t { kRGB, kGrey, kBlack };
+/// kClear are four bytes of red, green, blue and opacity on paper that is transparent; colours are multiplied
+/// by the opacity.
+enum class RasterPixels : std::uint8_t { kRGB, kGrey, kBlack, kClear };
 
 struct RasterPageInfo {
     int width = 0, height = 0;  ///< pixels
@@ -30,7 +32,7 @@ struct RasterBand {
     const std::uint8_t* pixels = nullptr;
     std::size_t rowBytes = 0;  ///< that hold pixels
     std::size_t stride = 0;    ///< from row to row
-    bool isBlank = false;      ///< white all over
+    bool isBlank = false;      ///< white all over, or transparent
 };
 
 /// Where the bands of a page go: an encoder.

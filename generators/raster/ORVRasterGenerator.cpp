@@ -98,13 +98,13 @@ int ORVRasterGenerator::BeginPage(const ORVPrintPageInfo& info) {
     if (isTooLong || pixels > options.pixelLimit) {
         state_->Note("page " + std::to_string(info.number) + " would have too many pixels (at most " +
                      std::to_string(static_cast<int>(kLargestSide)) + " a side and " +
-                     std::to_string(options.pixelLimit) + " in all); use a lower --dpi");
+                     std::to_string(options.pixelLimit) + " in all); use a lower --dpi or a smaller size");
         return kPageTooLarge;
     }
     if (pixels > options.outputPixelLimit - state_->pixels) {
         state_->Note("the pages to page " + std::to_string(info.number) +
                      " would have too many pixels (at most " + std::to_string(options.outputPixelLimit) +
-                     " in all); use a lower --dpi");
+                     " in all); use a lower --dpi or a smaller size");
         return kOutputTooLarge;
     }
     state_->pixels += pixels;
@@ -169,14 +169,16 @@ int ORVRasterGenerator::EndPage() {
                                                                                       : RasterPixels::kRGB;
             break;
     }
+    if (state_->options.isClear) page.pixels = RasterPixels::kClear;
     int status = state_->sink->BeginPage(page);
     if (status == kGeneratorDone)
         status = ORVDrawBands(state_->list, page, ThreadCount(state_->options.threads), state_->budget,
                               *state_->sink, state_->failure);
     if (status == kTooMuchToPaint)
-        state_->Note("the pages to page " + std::to_string(page.number) +
-                     " take too much painting (at most " + std::to_string(state_->options.paintLimit) +
-                     " pixels, besides a hundred for each of the pages'); use a lower --dpi");
+        state_->Note(
+            "the pages to page " + std::to_string(page.number) + " take too much painting (at most " +
+            std::to_string(state_->options.paintLimit) +
+            " pixels, besides a hundred for each of the pages'); use a lower --dpi or a smaller size");
     state_->list.Clear();
     const int ended = state_->sink->EndPage();
     return status == kGeneratorDone ? ended : status;

@@ -3,17 +3,48 @@
 // How layers and masks of a band are painted apart and laid over what is below them.
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstring>
 
 #include "generators/raster/band_renderer.h"
 #include "generators/raster/blend_modes.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 
 // Work in pixels of one colour: for a layer's pixels to be cleared and laid over, with their mask, with
 // colours that are mixed with those below, and for each layer below that these have to be gathered from.
 constexpr std::uint64_t kLayerPixelWork = 8, kMaskedPixelWork = 4, kMixedColourWork = 60, kGatheredWork = 5;
+
+/// Linear light of the 256 values of sRGB, in parts of 65,535.
+constexpr std::uint32_t kFullLight = 65535;
+std::array<std::uint32_t, 256> MakeLightTable() {
+    std::array<std::uint32_t, 256> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const double value = static_cast<double>(i) / 255.0;
+        const double light = value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        table[i] = static_cast<std::uint32_t>(std::lround(light * kFullLight));
+    }
+    return table;
+}
+
+/// As MeasureMask, for the light that colours have before sRGB bends them.
+void MeasureLinearMask(const std::uint8_t* from, int count, std::uint8_t* to) {
+    static const std::array<std::uint32_t, 256> kLight = MakeLightTable();
+    for (int i = 0; i < count; ++i, from += 4, ++to) {
+        const std::uint32_t opacity = from[3];
+        if (opacity == 0) {
+            *to = 0;
+            continue;
+        }
+        const auto lightOf = [&](std::size_t part) {
+            return kLight[std::min(255U, (from[part] * 255U + opacity / 2) / opacity)];
+        };
+        const std::uint32_t light = (lightOf(0) * 2125 + lightOf(1) * 7154 + lightOf(2) * 721) / 10000;
+        *to = static_cast<std::uint8_t>((light * opacity + kFullLight / 2) / kFullLight);
+    }
+}
 
 /// What a pixel of a mask lets through.
 template <ORVPrintMask::Kind kKind>
@@ -29,6 +60,17 @@ void MeasureMask(const std::uint8_t* from, int count, std::uint8_t* to) {
         const std::uint32_t bytes = PackBytes(shown);
         std::memcpy(to, &bytes, static_cast<std::size_t>(std::min(count - i, 4)));
     }
+}
+
+using MaskMeasurer = void (*)(const std::uint8_t* from, int count, std::uint8_t* to);
+
+MaskMeasurer MeasurerOf(ORVPrintMask::Kind kind) {
+    switch (kind) {
+        case ORVPrintMask::Kind::kLuminance: return MeasureMask<ORVPrintMask::Kind::kLuminance>;
+        case ORVPrintMask::Kind::kOpacity: return MeasureMask<ORVPrintMask::Kind::kOpacity>;
+        case ORVPrintMask::Kind::kLinearLuminance: break;
+    }
+    return MeasureLinearMask;
 }
 
 }  // namespace
@@ -115,9 +157,7 @@ void BandRenderer::EndMask(std::uint32_t number) {
     const Surface& layer = surfaces_.back();
     const RasterBounds& bounds = mask.bounds;
     const int width = bounds.right - bounds.left;
-    const auto measure = list_.GetLayers()[number].maskKind == ORVPrintMask::Kind::kLuminance
-                             ? MeasureMask<ORVPrintMask::Kind::kLuminance>
-                             : MeasureMask<ORVPrintMask::Kind::kOpacity>;
+    const auto measure = MeasurerOf(list_.GetLayers()[number].maskKind);
     for (int row = bounds.top; row < bounds.bottom; ++row) {
         const std::uint8_t* from = FindRow(mask, row);
         if (!from) continue;

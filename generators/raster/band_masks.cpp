@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "generators/raster/band_renderer.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 BandRenderer::MaskPlane& BandRenderer::PlaneOf(std::uint32_t mask) {
     // Of many outlines within each other, the innermost ones share a plane.

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "generators/raster/band_renderer.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 
@@ -174,7 +174,7 @@ std::uint8_t* BandRenderer::BeginPageRow(int row) {
     const auto index = static_cast<std::size_t>(row - firstRow_);
     std::uint8_t* pixels = rows_.data() + index * stride_;
     if (isDrawn_[index] == 0) {
-        if (isWhite_[index] == 0) std::memset(pixels, 255, stride_);
+        if (isWhite_[index] == 0) std::memset(pixels, paper_, stride_);
         isDrawn_[index] = 1;
         isWhite_[index] = 0;
     }

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "generators/raster/curve_flattening.h"
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 #include "platform/mathematics/constants.h"
 
 namespace {
@@ -33,15 +33,18 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Pain
       pictures_(pictures),
       budget_(budget),
       pixels_(pixels),
+      paper_(pixels == RasterPixels::kClear ? 0 : 255),
       width_(list.GetWidth()),
       // What is laid over something is mixed in colours.
-      pixelBytes_(pixels == RasterPixels::kRGB || list.HasLayers() ? kColourBytes : 1),
+      pixelBytes_(pixels == RasterPixels::kRGB || pixels == RasterPixels::kClear || list.HasLayers()
+                      ? kColourBytes
+                      : 1),
       stride_((static_cast<std::size_t>(width_) + kRowPadding) * pixelBytes_),
       maskStride_(static_cast<std::size_t>(width_) + kRowPadding),
       stripRows_(RowsOfStrip(list, bandRows)) {
     const auto rows = static_cast<std::size_t>(bandRows);
     coverage_.Resize(width_, bandRows);
-    rows_.resize(stride_ * rows, 255);
+    rows_.resize(stride_ * rows, static_cast<std::uint8_t>(paper_));
     isDrawn_.resize(rows, 0);
     isWhite_.resize(rows, 1);
 }
@@ -122,11 +125,12 @@ RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
         if (isDrawn_[i] != 0) {
             band.isBlank = false;
         } else if (isWhite_[i] == 0) {
-            std::memset(rows_.data() + i * stride_, 255, stride_);
+            std::memset(rows_.data() + i * stride_, paper_, stride_);
             isWhite_[i] = 1;
         }
     }
-    if (pixels_ != RasterPixels::kRGB && pixelBytes_ == kColourBytes && !band.isBlank) MakeGrey(rowCount);
+    const bool isColour = pixels_ == RasterPixels::kRGB || pixels_ == RasterPixels::kClear;
+    if (!isColour && pixelBytes_ == kColourBytes && !band.isBlank) MakeGrey(rowCount);
     if (pixels_ == RasterPixels::kBlack) {
         band.rowBytes = band.stride = (static_cast<std::size_t>(width_) + 7) / 8;
         bits_.assign(band.stride * static_cast<std::size_t>(rowCount), 0);
@@ -134,7 +138,8 @@ RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
         band.pixels = bits_.data();
     } else {
         if (pixels_ == RasterPixels::kRGB && !band.isBlank) PackColours(rowCount);
-        band.rowBytes = static_cast<std::size_t>(width_) * (pixels_ == RasterPixels::kRGB ? 3 : 1);
+        const std::size_t bytes = pixels_ == RasterPixels::kClear ? kColourBytes : 3;
+        band.rowBytes = static_cast<std::size_t>(width_) * (isColour ? bytes : 1);
         band.stride = stride_;
         band.pixels = rows_.data();
     }

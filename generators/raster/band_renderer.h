@@ -126,6 +126,7 @@ private:
     PictureStore& pictures_;
     PaintBudget& budget_;
     const RasterPixels pixels_;
+    const int paper_;  // all bytes of a pixel that nothing is painted on
     const int width_;
     const std::size_t pixelBytes_;
     const std::size_t stride_, maskStride_;
@@ -140,7 +141,7 @@ private:
 
     std::vector<std::uint8_t> rows_;
     std::vector<std::uint8_t> isDrawn_;  // something was drawn on the row
-    std::vector<std::uint8_t> isWhite_;  // the row's memory is white
+    std::vector<std::uint8_t> isWhite_;  // the row's memory is paper
     std::vector<std::uint8_t> alphas_, colours_, bits_;
     // Of clips; empty until there is one. A mask is drawn apart, and multiplied by the ones around it.
     std::array<MaskPlane, 4> planes_;

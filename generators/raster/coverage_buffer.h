@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 /// A point of the page in 1/256 of a pixel.
 struct FixedPoint {

@@ -78,6 +78,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         RasterOperation operation = NewOperation(fill->colour);
         operation.geometry = geometry;
         operation.evenOdd = fill->evenOdd;
+        operation.smooths = operation.smooths && !fill->isCrisp;
         if (fill->pattern)
             operation.picture = KeepPicture(*fill->pattern, ToDevice(fill->patternToPage), true);
         SetGradient(fill->gradient, operation);
@@ -87,7 +88,9 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         RasterOperation operation = NewOperation(stroke->colour);
         operation.geometry = geometry;
         operation.fills = false;
-        operation.pen = pens_.Find(*stroke, toDevice, thinnest_);
+        operation.smooths = operation.smooths && !stroke->isCrisp;
+        // Crisp lines thinner than a pixel would have holes.
+        operation.pen = pens_.Find(*stroke, toDevice, stroke->isCrisp ? std::max(thinnest_, 1.0) : thinnest_);
         SetGradient(stroke->gradient, operation);
         AddOperation(operation, extent);
     }

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "generators/raster/lanes.h"
+#include "generators/common/lanes.h"
 
 namespace {
 

@@ -15,4 +15,5 @@ struct ORVRasterOptions {
     std::uint64_t paintLimit = std::uint64_t{1} << 56U;
     unsigned int threads = 0;  ///< that draw; 0 for as many as the machine has processors
     int bandRows = 0;          ///< rows drawn at a time; 0 for what suits the page
+    bool isClear = false;      ///< pages are transparent, RasterPixels::kClear, and in colour
 };

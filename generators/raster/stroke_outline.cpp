@@ -13,6 +13,10 @@ constexpr std::uint64_t kArcPointWork = 50, kSegmentWork = 400, kStraightWork = 
 
 FixedPoint Fixed(const ORVMathPoint2D& p) { return CoverageBuffer::ToFixed(p.x, p.y); }
 
+bool HasMiters(ORVPrintStroke::Join join) {
+    return join == ORVPrintStroke::Join::kMiter || join == ORVPrintStroke::Join::kMiterClip;
+}
+
 }  // namespace
 
 void StrokeOutliner::SetPen(const StrokePen& pen, bool reversed) {
@@ -71,7 +75,7 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
         innerCrosses =
             pen_->halfWidth * std::fabs(corner.turn) * share * 2.0 <= std::min(before.length, after.length);
         outerCrosses = isSmooth ? openness > pen_->gentleTurn
-                                : pen_->join == ORVPrintStroke::Join::kMiter &&
+                                : HasMiters(pen_->join) &&
                                       2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9);
     }
     if (leftIsInner ? innerCrosses : outerCrosses) {
@@ -88,7 +92,26 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
     }
     if (!innerCrosses) (leftIsInner ? corner.pivotLeft : corner.pivotRight) = true;
     if (!outerCrosses) corner.round = isSmooth || pen_->join == ORVPrintStroke::Join::kRound;
+    if (!outerCrosses && !isSmooth && pen_->join == ORVPrintStroke::Join::kMiterClip &&
+        openness > kTurnedBack)
+        CutMiter(before, after, corner);
     return corner;
+}
+
+// The miter ends on a line across its axis, as far from the corner as the limit says.
+void StrokeOutliner::CutMiter(const Segment& before, const Segment& after, Corner& corner) const {
+    const double side = corner.turn > 0.0 ? -1.0 : 1.0;  // the outer one
+    const double cosine = std::sqrt(std::max(0.0, (1.0 + Dot(before.direction, after.direction)) / 2.0));
+    const double sine = std::sqrt(std::max(0.0, 1.0 - cosine * cosine));
+    const double beyond = pen_->halfWidth * (pen_->miterLimit - cosine) / sine;
+    const auto edgeAt = [&](const ORVMathVector2D& normal, const ORVMathVector2D& direction, double along) {
+        const double across = side * pen_->halfWidth;
+        return Fixed(corner.center + ToDevice({normal.x * across + direction.x * along,
+                                               normal.y * across + direction.y * along}));
+    };
+    corner.cutBefore = edgeAt(corner.from, before.direction, beyond);
+    corner.cutAfter = edgeAt(corner.to, after.direction, -beyond);
+    corner.isCut = true;
 }
 
 void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle,
@@ -112,6 +135,16 @@ void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D&
     AddEdge(last, end);
 }
 
+void StrokeOutliner::AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out) {
+    if (!corner.isCut) return AddEdge(in, out);
+    const bool runsBack = corner.turn > 0.0;  // as the right border does
+    const FixedPoint first = runsBack ? corner.cutAfter : corner.cutBefore;
+    const FixedPoint second = runsBack ? corner.cutBefore : corner.cutAfter;
+    AddEdge(in, first);
+    AddEdge(first, second);
+    AddEdge(second, out);
+}
+
 void StrokeOutliner::AddCorner(const Corner& corner) {
     // The left border runs along with the line, the right one back.
     if (corner.turn > 0.0) {
@@ -124,7 +157,7 @@ void StrokeOutliner::AddCorner(const Corner& corner) {
             AddArc(corner.center, corner.to * -1.0, -std::atan2(corner.turn, Dot(corner.from, corner.to)),
                    corner.rightOut, corner.rightIn);
         else
-            AddEdge(corner.rightOut, corner.rightIn);
+            AddOuterEdges(corner, corner.rightOut, corner.rightIn);
     } else {
         if (corner.pivotRight) {
             const FixedPoint center = Fixed(corner.center);
@@ -137,7 +170,7 @@ void StrokeOutliner::AddCorner(const Corner& corner) {
             const double angle = corner.turn < 0.0 || cosine > 0.0 ? std::atan2(corner.turn, cosine) : -ORVPI;
             AddArc(corner.center, corner.from, angle, corner.leftIn, corner.leftOut);
         } else {
-            AddEdge(corner.leftIn, corner.leftOut);
+            AddOuterEdges(corner, corner.leftIn, corner.leftOut);
         }
     }
 }

@@ -50,13 +50,17 @@ private:
         ORVMathPoint2D center;
         ORVMathVector2D from, to;  // left normals in pen space
         bool pivotLeft = false, pivotRight = false, round = false;
-        double turn = 0.0;  // sine of the angle, pen space
+        bool isCut = false;              // a miter that is cut off, on the outer side
+        FixedPoint cutBefore, cutAfter;  // where
+        double turn = 0.0;               // sine of the angle, pen space
     };
 
     void MakeSegments(const StrokeCourse& course, std::size_t first, std::size_t last);
     Corner MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after,
                       bool isSmooth) const;
+    void CutMiter(const Segment& before, const Segment& after, Corner& corner) const;
     void AddCorner(const Corner& corner);
+    void AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out);
     void AddCap(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
     void AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle, FixedPoint start,
                 FixedPoint end);

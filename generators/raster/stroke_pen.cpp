@@ -111,7 +111,11 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     }
     pen.halfWidth = halfWidth;
     const double radius = halfWidth * longer;
-    double extent = pen.join == ORVPrintStroke::Join::kMiter ? pen.miterLimit : 1.0;
+    const bool hasMiters =
+        pen.join == ORVPrintStroke::Join::kMiter || pen.join == ORVPrintStroke::Join::kMiterClip;
+    // A miter that is cut off is wider there than it is high.
+    double extent = hasMiters ? pen.miterLimit : 1.0;
+    if (pen.join == ORVPrintStroke::Join::kMiterClip) extent = std::hypot(extent, extent);
     if (pen.cap == ORVPrintStroke::Cap::kSquare) extent = std::max(extent, 1.5);
     pen.reach = std::min(radius * extent + 1.0, CoverageBuffer::kFarthest);
     pen.radius = radius;

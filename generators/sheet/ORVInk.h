@@ -36,6 +36,8 @@ public:
 
     bool ChangesColours() const { return mode_ != ORVColourMode::kColour; }
     bool IsMono() const { return mode_ == ORVColourMode::kMono; }
+    /// Whether areas and pictures keep no greys.
+    bool AreAreasMono() const { return areaMode_ == ORVColourMode::kMono; }
     /// For lines and text.
     ORVPrintColour ConvertLine(const ORVPrintColour& colour) const;
     /// For areas. @return false when the area is to be left out

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "generators/sheet/ORVSheetCanvas.h"
 
+#include <utility>
+
 #include "generators/common/generator_status.h"
 
 ORVPrintColour ORVSheetCanvas::Dim(ORVPrintColour colour) const {
@@ -87,6 +89,51 @@ int ORVSheetCanvas::EndMask() {
     --openMasks_;
     return target_.EndMask();
 }
+
+void ORVSheetCanvas::AddInkSteps(std::vector<ORVPrintFilterStep>& steps) const {
+    const auto add = [&](ORVFilterOperation operation) {
+        ORVPrintFilterStep step;
+        step.operation = std::move(operation);
+        step.inputs = {static_cast<int>(steps.size()) - 1};
+        step.isLinear = false;
+        step.subregion = steps.back().subregion;
+        steps.push_back(std::move(step));
+    };
+    constexpr double kRed = 77.0 / 256.0, kGreen = 150.0 / 256.0, kBlue = 29.0 / 256.0;  // of a grey
+    const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
+    add(ORVFilterColours{{kRed, kGreen, kBlue, 0, 0, kRed, kGreen, kBlue, 0, 0,
+                          kRed, kGreen, kBlue, 0, 0, 0,    0,      0,     opacity, 0}});
+    if (!ink_.AreAreasMono()) return;
+    ORVFilterTransfer::Function sharp;
+    sharp.kind = ORVFilterTransfer::Function::Kind::kDiscrete;
+    sharp.values = {0.0, 1.0};
+    add(ORVFilterTransfer{{sharp, sharp, sharp, sharp}});
+}
+
+int ORVSheetCanvas::BeginFilter(const ORVPrintFilter& filter) {
+    ORVPrintFilter placed = ORVCallMapper::Map(Map(), filter);
+    const bool converts = Converts() && (GetPowers() & kFilters) != 0;
+    std::vector<ORVPrintFilterStep> steps;
+    if (converts) {
+        steps.assign(filter.steps.begin(), filter.steps.end());
+        AddInkSteps(steps);
+        placed.steps = steps;
+        ++openMasks_;
+    }
+    filtersConvert_.push_back(converts);
+    return target_.BeginFilter(placed);
+}
+
+int ORVSheetCanvas::EndFilter() {
+    if (filtersConvert_.empty()) return kDrawingFailed;
+    if (filtersConvert_.back()) --openMasks_;
+    filtersConvert_.pop_back();
+    return target_.EndFilter();
+}
+
+int ORVSheetCanvas::BeginFilterInput() { return target_.BeginFilterInput(); }
+
+int ORVSheetCanvas::EndFilterInput() { return target_.EndFilterInput(); }
 
 int ORVSheetCanvas::BeginSymbol(const ORVPrintSymbol& symbol) {
     // Content that is stored once has the same colours wherever it is shown.

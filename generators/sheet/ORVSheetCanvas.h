@@ -11,7 +11,8 @@
 /// Draws what a page shows in the page's place on a sheet, and in the inks of the device. Pages and documents
 /// are the sheet's: those calls go through as they are.
 ///
-/// Masks keep their colours, which nobody sees. In black and white, a layer's opacity goes into the colours
+/// Masks keep their colours, which nobody sees. So does content of filters, whose results are converted by
+/// further steps. In black and white, a layer's opacity goes into the colours
 /// of what it holds, so that areas become black or white or are left out, and lines stay black.
 class ORVSheetCanvas final : public ORVPrintGenerator {
 public:
@@ -33,6 +34,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
@@ -46,6 +51,8 @@ private:
     /// Content of a symbol has the symbol's own coordinates.
     const ORVMathAffine2D& Map() const { return openSymbols_ == 0 ? toSheet_ : kAsItIs; }
     bool Converts() const { return openMasks_ == 0 && ink_.ChangesColours(); }
+    /// Adds what converts the result of a filter to the inks.
+    void AddInkSteps(std::vector<ORVPrintFilterStep>& steps) const;
     const ORVPrintFill* ConvertFill(const ORVPrintFill* fill, bool isText);
     const ORVPrintStroke* ConvertStroke(const ORVPrintStroke* stroke);
     /// What of a colour's opacity is left in the layers that are open.
@@ -59,6 +66,7 @@ private:
     ORVInk ink_;
     ORVMathAffine2D toSheet_;
     unsigned int openSymbols_ = 0, openMasks_ = 0;
+    std::vector<bool> filtersConvert_;  // of the open filters: whether they convert their results
     std::vector<double> opacities_;  // of the open layers, those around them included; that are for colours
     ORVCallMapper mapper_;
     ORVPrintFill fill_;

@@ -8,6 +8,7 @@
 #include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/sheet/poster_marks.h"
+#include "platform/print/ORVPrintPath.h"
 
 namespace {
 
@@ -78,7 +79,20 @@ int ORVSheetGenerator::OpenPlace(const ORVPlacedPage& page) {
     pageScale_ = page.scale;
     canvas_.SetMap(page.ToSheet());
     isClipped_ = page.isCut;
-    return isClipped_ ? target_.BeginClip(page.place) : kGeneratorDone;
+    const int result = isClipped_ ? target_.BeginClip(page.place) : kGeneratorDone;
+    return result == kGeneratorDone ? PaintBackground() : result;
+}
+
+int ORVSheetGenerator::PaintBackground() {
+    if (options_.background.opacity == 0) return kGeneratorDone;
+    ORVPrintPath page;
+    page.MoveTo({0.0, 0.0});
+    page.LineTo({pageWidth_, 0.0});
+    page.LineTo({pageWidth_, pageHeight_});
+    page.LineTo({0.0, pageHeight_});
+    page.Close();
+    const ORVPrintFill fill{.colour = options_.background};
+    return canvas_.DrawShape({page, {}, &fill, nullptr});
 }
 
 int ORVSheetGenerator::ClosePlace() { return isClipped_ ? target_.EndClip() : kGeneratorDone; }
@@ -259,6 +273,22 @@ int ORVSheetGenerator::BeginMask(const ORVPrintMask& mask) {
 
 int ORVSheetGenerator::EndMask() {
     return Pass([](ORVPrintGenerator& to) { return to.EndMask(); });
+}
+
+int ORVSheetGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
+}
+
+int ORVSheetGenerator::EndFilter() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilter(); });
+}
+
+int ORVSheetGenerator::BeginFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.BeginFilterInput(); });
+}
+
+int ORVSheetGenerator::EndFilterInput() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndFilterInput(); });
 }
 
 int ORVSheetGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {

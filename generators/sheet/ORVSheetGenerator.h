@@ -18,6 +18,7 @@ struct ORVSheetOptions {
     bool keepsGreys = false;      ///< with kMono: the format makes dots of the greys of areas and pictures
     double strokeScale = 1.0;     ///< factor on the widths of all lines
     double leastLineWidth = 0.0;  ///< user units on the sheet; thinner lines become as wide
+    ORVPrintColour background{0, 0, 0, 0};  ///< that a page lies on; transparent for none
 };
 
 /// Stands before any generator and lays pages of drawings onto its pages, the sheets: on paper of a certain
@@ -49,6 +50,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
@@ -73,6 +78,7 @@ private:
     int EndSheet();
     int OpenSheet(ORVPrintPageInfo info, double width, double height);
     int OpenPlace(const ORVPlacedPage& page);
+    int PaintBackground();
     int ClosePlace();
     int Refuse(const std::string& error);
     int RefuseSize(unsigned int page);

@@ -52,9 +52,22 @@ double Scale(const ORVSheetScale& scale, const ORVMathBox2D& place, double width
         case ORVSheetScale::Kind::kAutomatic: return fitting < 1.0 - kRounding ? fitting : 1.0;
         case ORVSheetScale::Kind::kFit: return fitting;
         case ORVSheetScale::Kind::kFill: return std::max(Width(place) / width, Height(place) / height);
+        case ORVSheetScale::Kind::kWithin:
         case ORVSheetScale::Kind::kFactor: break;
     }
     return scale.factor;
+}
+
+/// The scale where no paper says how large a page may be.
+double OwnScale(const ORVSheetScale& scale, double width, double height) {
+    switch (scale.kind) {
+        case ORVSheetScale::Kind::kFactor: return scale.factor;
+        case ORVSheetScale::Kind::kWithin: return std::min(scale.width / width, scale.height / height);
+        case ORVSheetScale::Kind::kAutomatic:
+        case ORVSheetScale::Kind::kFit:
+        case ORVSheetScale::Kind::kFill: break;
+    }
+    return 1.0;
 }
 
 /// Lays a page into its place and makes the place as small as the page.
@@ -141,7 +154,7 @@ std::optional<ORVSheetOfOne> ORVLayOutPage(const ORVSheetLayout& layout, double 
     const ORVSheetMargins margins = layout.Margins();
     ORVSheetOfOne sheet;
     if (!layout.paper) {
-        const double scale = layout.scale.kind == ORVSheetScale::Kind::kFactor ? layout.scale.factor : 1.0;
+        const double scale = OwnScale(layout.scale, width, height);
         const double shownWidth = width * scale, shownHeight = height * scale;
         if (!IsSize(shownWidth) || !IsSize(shownHeight)) return std::nullopt;
         sheet.width = shownWidth + margins.left + margins.right;

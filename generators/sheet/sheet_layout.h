@@ -19,11 +19,14 @@ struct ORVSheetScale {
         kAutomatic,  ///< natural size, reduced where the place is too small; fits when a sheet takes many
                      ///< pages
         kFactor,
-        kFit,   ///< as large as the place allows
-        kFill,  ///< as small as covers the place; what is too much is cut off
+        kFit,     ///< as large as the place allows
+        kFill,    ///< as small as covers the place; what is too much is cut off
+        kWithin,  ///< without a paper: as large as a box allows, whose size is known
     };
     Kind kind = Kind::kAutomatic;
     double factor = 1.0;  ///< of kFactor: 1 for the natural size
+    /// Of kWithin, in user units: of the box. Infinite for a side that does not matter; not both.
+    double width = 0.0, height = 0.0;
 };
 
 /// User units, not negative.

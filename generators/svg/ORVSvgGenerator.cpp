@@ -100,6 +100,14 @@ int ORVSvgGenerator::EndMask() {
     return state_->Do([](SvgPage& page) { return page.EndMask(); });
 }
 
+int ORVSvgGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    return state_->DrawOn([&](SvgPage& page) { page.BeginFilter(filter); });
+}
+
+int ORVSvgGenerator::EndFilter() {
+    return state_->Do([](SvgPage& page) { return page.EndFilter(); });
+}
+
 int ORVSvgGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
     return state_->page ? state_->page->BeginSymbol(symbol) : static_cast<int>(kNoSymbols);
 }

@@ -29,13 +29,15 @@ public:
     int EndGroup() override;
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
-    unsigned int GetPowers() const override { return kAllPowers; }
+    unsigned int GetPowers() const override { return kAllPowers | kContentLayers; }
     int BeginClipPath(const ORVPrintClipPath& clip) override;
     int EndClipPath() override { return EndClip(); }
     int BeginLayer(const ORVPrintLayer& layer) override;
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return true; }

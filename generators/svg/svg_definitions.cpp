@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "generators/common/map_measures.h"
+#include "generators/svg/svg_filter.h"
 #include "generators/svg/svg_gradient.h"
 #include "generators/svg/svg_images.h"
 #include "generators/svg/svg_path.h"
@@ -91,6 +92,15 @@ std::string SvgSharedDefinitions::FindGradient(const ORVPrintGradient& gradient,
     writer_.Put(written + "</defs>\n");
     NoteText(std::move(whole), id);
     if (!stops) NoteText(std::move(text.stops), id);
+    return id;
+}
+
+std::string SvgSharedDefinitions::FindFilter(const ORVPrintFilter& filter, const ORVMathBox2D& everywhere) {
+    std::string text = WriteSvgFilter(filter, everywhere);
+    if (const std::string* known = FindText(text)) return *known;
+    std::string id = NewId(Kind::kFilter);
+    writer_.Put("<defs><filter id=\"" + id + "\"" + text + "</defs>\n");
+    NoteText(std::move(text), id);
     return id;
 }
 

@@ -10,6 +10,7 @@
 
 #include "generators/svg/svg_writer.h"
 #include "platform/mathematics/geometry.h"
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
@@ -44,6 +45,9 @@ public:
     /// @param elementToPage  the transform of the element that is painted
     /// @return empty when its map cannot be drawn
     std::string FindGradient(const ORVPrintGradient& gradient, const ORVMathAffine2D& elementToPage);
+    /// The identifier of a filter, which is written when it is first asked for.
+    /// @param everywhere  what stands for an infinite region, in the filter's user units
+    std::string FindFilter(const ORVPrintFilter& filter, const ORVMathBox2D& everywhere);
     /// The identifier of a mask that will be written.
     std::string NewMask() { return NewId(Kind::kMask); }
     /// The identifier of an image, which is written when it is first asked for.
@@ -77,6 +81,7 @@ public:
 private:
     enum class Kind : char {
         kClip = 'c',
+        kFilter = 'f',
         kGradient = 'g',
         kImage = 'i',
         kMask = 'm',

@@ -8,6 +8,7 @@
 
 #include "generators/common/map_measures.h"
 #include "generators/common/number_text.h"
+#include "generators/svg/svg_style.h"
 #include "generators/svg/xml_text.h"
 #include "platform/print/link_addresses.h"
 
@@ -23,6 +24,18 @@ int PlacesFor(double scale) {
     return std::clamp(SvgSpace().places + static_cast<int>(std::ceil(std::log10(scale))), 1, kSvgMostPlaces);
 }
 
+/// A layer as editors of SVG write it.
+void AppendLayer(std::string& attributes, const ORVPrintContentLayer& layer) {
+    attributes +=
+        " xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" inkscape:groupmode=\"layer\"";
+    AppendXmlAttribute(attributes, "inkscape:label", layer.label);
+    if (layer.isLocked)
+        attributes +=
+            " xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\" "
+            "sodipodi:insensitive=\"true\"";
+    if (!layer.isShown) attributes += " style=\"display:none\"";
+}
+
 /// Where a group leads; empty when nowhere, or when what is there would run.
 std::string AddressOf(const ORVPrintGroup& group) {
     if (!group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL)) return std::string(group.linkURL);
@@ -34,28 +47,6 @@ void AppendLink(std::string& attributes, const std::string& address, int show) {
     AppendXmlAttribute(attributes, "xlink:href", address);
     if (show == kShowNew) attributes += " xlink:show=\"new\" target=\"_blank\"";
     if (show == kShowReplace) attributes += " xlink:show=\"replace\"";
-}
-
-std::string_view NameOf(ORVPrintBlendMode blend) {
-    switch (blend) {
-        case ORVPrintBlendMode::kNormal: break;
-        case ORVPrintBlendMode::kMultiply: return "multiply";
-        case ORVPrintBlendMode::kScreen: return "screen";
-        case ORVPrintBlendMode::kOverlay: return "overlay";
-        case ORVPrintBlendMode::kDarken: return "darken";
-        case ORVPrintBlendMode::kLighten: return "lighten";
-        case ORVPrintBlendMode::kColourDodge: return "color-dodge";
-        case ORVPrintBlendMode::kColourBurn: return "color-burn";
-        case ORVPrintBlendMode::kHardLight: return "hard-light";
-        case ORVPrintBlendMode::kSoftLight: return "soft-light";
-        case ORVPrintBlendMode::kDifference: return "difference";
-        case ORVPrintBlendMode::kExclusion: return "exclusion";
-        case ORVPrintBlendMode::kHue: return "hue";
-        case ORVPrintBlendMode::kSaturation: return "saturation";
-        case ORVPrintBlendMode::kColour: return "color";
-        case ORVPrintBlendMode::kLuminosity: return "luminosity";
-    }
-    return "normal";
 }
 
 bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
@@ -102,6 +93,7 @@ void SvgPage::BeginGroup(const ORVPrintGroup& group) {
         AppendLink(attributes, address, group.linkShow);
         isInsideLink_ = true;
     }
+    if (group.layer) AppendLayer(attributes, *group.layer);
     if (attributes.empty() && group.description.empty()) {
         open_.push_back(Open::kNothing);
         return;
@@ -133,11 +125,19 @@ void SvgPage::Enter(Open what) {
     definitions_.EnterElement();
 }
 
+std::string_view SvgPage::EndOf(Open what) {
+    switch (what) {
+        case Open::kMask: return "</mask>\n";
+        case Open::kFilter: return "</g></g>\n";
+        default: return "</g>\n";
+    }
+}
+
 bool SvgPage::Leave(Open what) {
     if (open_.empty() || open_.back() != what) return false;
     open_.pop_back();
     definitions_.LeaveElement();
-    writer_.Put(what == Open::kMask ? "</mask>\n" : "</g>\n");
+    writer_.Put(EndOf(what));
     return true;
 }
 
@@ -185,7 +185,7 @@ void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
         attributes += '"';
     }
     if (layer.blend != ORVPrintBlendMode::kNormal)
-        attributes += " style=\"mix-blend-mode:" + std::string(NameOf(layer.blend)) + "\"";
+        attributes += " style=\"mix-blend-mode:" + std::string(NameOfSvgBlendMode(layer.blend)) + "\"";
     else if (attributes.empty() && layer.isIsolated)
         attributes += " style=\"isolation:isolate\"";
     writer_.Put("<g" + attributes + ">\n");
@@ -209,11 +209,35 @@ void SvgPage::BeginMask(const ORVPrintMask& mask) {
     add("width", isEmpty ? 0.0 : box.xMax - box.xMin);
     add("height", isEmpty ? 0.0 : box.yMax - box.yMin);
     if (mask.kind == ORVPrintMask::Kind::kOpacity) text += " mask-type=\"alpha\"";
+    if (mask.kind == ORVPrintMask::Kind::kLinearLuminance) text += " color-interpolation=\"linearRGB\"";
     writer_.Put(text + ">\n");
     Enter(Open::kMask);
 }
 
 bool SvgPage::EndMask() { return Leave(Open::kMask); }
+
+void SvgPage::BeginFilter(const ORVPrintFilter& filter) {
+    // Filters see the user space that they are written for; what they hold is in that of the page again.
+    const auto fromPage = filter.toPage.Inverse();
+    std::string text = "<g";
+    if (fromPage && IsDrawable(filter.toPage)) {
+        constexpr double kBeyond = 1.0;  // times the page, on every side
+        const double width = whole_.xMax - whole_.xMin, height = whole_.yMax - whole_.yMin;
+        ORVMathBox2D everywhere = whole_;
+        everywhere.Add({whole_.xMin - kBeyond * width, whole_.yMin - kBeyond * height});
+        everywhere.Add({whole_.xMax + kBeyond * width, whole_.yMax + kBeyond * height});
+        const std::string id = definitions_.FindFilter(filter, everywhere.MappedBy(*fromPage));
+        AppendSvgTransform(text, filter.toPage, kSvgMostPlaces);
+        text += " filter=\"url(#" + id + ")\"><g";
+        AppendSvgTransform(text, *fromPage, kSvgMostPlaces);
+    } else {
+        text += "><g";
+    }
+    writer_.Put(text + ">\n");
+    Enter(Open::kFilter);
+}
+
+bool SvgPage::EndFilter() { return Leave(Open::kFilter); }
 
 void SvgPage::BeginInline(const ORVMathAffine2D& map) {
     std::string text = "<g";
@@ -291,8 +315,7 @@ bool SvgPage::Finish() {
         switch (open_.back()) {
             case Open::kNothing: break;
             case Open::kLink: writer_.Put("</a>\n"); break;
-            case Open::kMask: writer_.Put("</mask>\n"); break;
-            default: writer_.Put("</g>\n"); break;
+            default: writer_.Put(EndOf(open_.back())); break;
         }
     }
     writer_.Put("</svg>\n");

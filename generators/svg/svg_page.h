@@ -10,6 +10,7 @@
 #include "generators/svg/svg_painter.h"
 #include "generators/svg/svg_writer.h"
 #include "platform/mathematics/geometry.h"
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 class ORVOutput;
@@ -40,6 +41,10 @@ public:
     void BeginMask(const ORVPrintMask& mask);
     /// @return false when the innermost thing that is open is no mask
     bool EndMask();
+    /// @param filter  has no inputs
+    void BeginFilter(const ORVPrintFilter& filter);
+    /// @return false when the innermost thing that is open is no filter
+    bool EndFilter();
     /// @return what ORVPrintGenerator::BeginSymbol returns
     int BeginSymbol(const ORVPrintSymbol& symbol);
     /// @return false when no symbol is open
@@ -57,7 +62,7 @@ public:
     bool Finish();
 
 private:
-    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip, kLayer, kMask };
+    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip, kLayer, kMask, kFilter };
     struct OpenSpace {
         SvgSpace space;
         ORVMathAffine2D toOuter;
@@ -67,6 +72,7 @@ private:
 
     void Enter(Open what);
     bool Leave(Open what);
+    static std::string_view EndOf(Open what);
     ORVPrintPath BoxPath(const ORVMathBox2D& box) const;
     void BeginInline(const ORVMathAffine2D& map);
     void LetRecordGo();

@@ -111,6 +111,7 @@ void SvgPainter::AddShape(std::string_view id, const ORVPrintPath& path, const O
     style_.clear();
     AppendSvgFill(style_, fill ? &*fill : nullptr, pattern, stroke != nullptr);
     if (stroke) AppendSvgStroke(style_, *stroke, paint.scale, gradient);
+    if ((fill && fill->isCrisp) || (stroke && stroke->isCrisp)) style_ += " shape-rendering=\"crispEdges\"";
     writer_.AddElement(name_, style_, rest_);
 }
 

@@ -125,6 +125,7 @@ void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double sca
     switch (stroke.join) {
         case ORVPrintStroke::Join::kRound: text += " stroke-linejoin=\"round\""; break;
         case ORVPrintStroke::Join::kBevel: text += " stroke-linejoin=\"bevel\""; break;
+        case ORVPrintStroke::Join::kMiterClip: text += " stroke-linejoin=\"miter-clip\""; [[fallthrough]];
         case ORVPrintStroke::Join::kMiter:
             if (stroke.miterLimit == 4.0) break;
             text += " stroke-miterlimit=\"";
@@ -168,4 +169,26 @@ void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool
         text += " font-weight=\"bold\"";
     else if (weight != 400)
         text += " font-weight=\"" + std::to_string(weight) + "\"";
+}
+
+std::string_view NameOfSvgBlendMode(ORVPrintBlendMode blend) {
+    switch (blend) {
+        case ORVPrintBlendMode::kNormal: break;
+        case ORVPrintBlendMode::kMultiply: return "multiply";
+        case ORVPrintBlendMode::kScreen: return "screen";
+        case ORVPrintBlendMode::kOverlay: return "overlay";
+        case ORVPrintBlendMode::kDarken: return "darken";
+        case ORVPrintBlendMode::kLighten: return "lighten";
+        case ORVPrintBlendMode::kColourDodge: return "color-dodge";
+        case ORVPrintBlendMode::kColourBurn: return "color-burn";
+        case ORVPrintBlendMode::kHardLight: return "hard-light";
+        case ORVPrintBlendMode::kSoftLight: return "soft-light";
+        case ORVPrintBlendMode::kDifference: return "difference";
+        case ORVPrintBlendMode::kExclusion: return "exclusion";
+        case ORVPrintBlendMode::kHue: return "hue";
+        case ORVPrintBlendMode::kSaturation: return "saturation";
+        case ORVPrintBlendMode::kColour: return "color";
+        case ORVPrintBlendMode::kLuminosity: return "luminosity";
+    }
+    return "normal";
 }

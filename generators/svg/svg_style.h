@@ -29,3 +29,6 @@ void AppendSvgStopColour(std::string& text, const ORVPrintColour& colour);
 /// The font of a text: family, size (user units an em), weight and slant.
 /// @param bold  whatever the weight of the face
 void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold);
+
+/// A blend mode's name.
+std::string_view NameOfSvgBlendMode(ORVPrintBlendMode blend);

@@ -13,7 +13,7 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--interpreter --parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
     local elements="--qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
@@ -23,7 +23,7 @@ _orvprint() {
         info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --format --pages --dpi --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
+        print) options="--output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
@@ -36,6 +36,22 @@ _orvprint() {
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
             repeats= pages= page-pixels= output-pixels= output-bytes= painted-pixels= memory=" ;;
+        --ignore) _orvprint_words "unknown-element prefixed-element misplaced-element not-on-a-page page-set foreign-namespace \
+            gradient clip-path mask filter style-sheet script animation text-span switch foreign-object \
+            svg-font unprinted-element href-without-prefix prefixed-attribute missing-reference \
+            unreachable-reference bad-reference duplicate-id script-link image-missing image-refused \
+            image-remote image-format image-broken image-colours image-not-turned image-stretched \
+            unknown-attribute attribute-without-effect ignored-property unknown-property \
+            attribute-only-property lost-declarations broken-declaration bad-colour bad-length \
+            unknown-unit bad-value bad-transform bad-view-box bad-points bad-path-data opacity-range \
+            view-box-not-scaled page-without-size unit-scale percentage-of-nothing \
+            percentage-in-nested-svg square-corners shape-size zero-length joined-ends arc-shape \
+            smooth-control always-stroked polyline-not-filled path-not-filled hidden-but-printed \
+            painted-visible repainted-definition fitted-use unfitted-symbol not-clipped \
+            pattern-without-image pattern-tile marker-not-turned marker-size marker-place extra-effect \
+            current-colour group-opacity opacity-combined attribute-wins font-size-percentage \
+            font-weight-reversed letter-spacing-in-style text-positions text-shift-up joined-words \
+            text-blanks font-unspecified font-missing font-fallback missing-glyph text-cannot-be-set" ;;
         --interpreter) _orvprint_words "SVG SVG2" ;;
         --parser) _orvprint_words "light dom" ;;
         --paper) _orvprint_words "A0 A1 A2 A3 A4 A5 A6 B4 B5 SRA3 Letter Legal Tabloid Executive \
@@ -47,8 +63,10 @@ _orvprint() {
         --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
         -o | --output) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
-        --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
-            --ignore | -j | --jobs) ;;
+        --zoom) _orvprint_words "0.5 2 3 4" ;;
+        --background) _orvprint_words "white black transparent" ;;
+        --width | --height | --export-id | --language | --font-size | --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
+            -j | --jobs) ;;
         *)
             case $current in
                 -*) _orvprint_words "$options" ;;

@@ -9,6 +9,7 @@
 #include "platform/system/ORVBaseObject.h"
 
 class ORVPixelImage;
+struct ORVPrintFilter;
 struct ORVPrintPath;
 struct ORVTextLayout;
 
@@ -56,14 +57,16 @@ struct ORVPrintFill {
     ORVMathAffine2D patternToPage = {};      ///< from pattern pixels (y down) to page coordinates
     /// Null for none. Its stops have their final opacities. Generators that cannot draw it draw `colour`.
     const ORVPrintGradient* gradient = nullptr;
+    bool isCrisp = false;  ///< in pixels, its edges have no levels between nothing and all
 };
 
 /// How an outline is painted. Lengths are measured before the shape's map to the page.
 struct ORVPrintStroke {
     /// Ends of lines and dashes.
     enum class Cap : std::uint8_t { kButt, kRound, kSquare };
-    /// Corners of lines.
-    enum class Join : std::uint8_t { kMiter, kRound, kBevel };
+    /// Corners of lines. Beyond the miter limit, kMiter is as kBevel, and kMiterClip is cut off there;
+    /// generators that cannot do so draw kMiterClip as kMiter.
+    enum class Join : std::uint8_t { kMiter, kRound, kBevel, kMiterClip };
     ORVPrintColour colour;                       ///< of the line
     double width = 1.0;                          ///< greater than 0
     Cap cap = Cap::kButt;                        ///< of open lines and dashes
@@ -72,6 +75,7 @@ struct ORVPrintStroke {
     std::span<const double> dashes;              ///< lengths of dashes and gaps, none for a solid line
     double dashOffset = 0.0;                     ///< where in the dashes a line begins, not negative
     const ORVPrintGradient* gradient = nullptr;  ///< as in ORVPrintFill
+    bool isCrisp = false;                        ///< as in ORVPrintFill
 };
 
 /// An outline with its paints; a null paint is not drawn. The fill comes before the stroke.
@@ -122,6 +126,13 @@ struct ORVPrintPageInfo {
     std::string_view label;
 };
 
+/// A layer of the drawing as its editor has them, which viewers can show and hide.
+struct ORVPrintContentLayer {
+    std::string_view label;  ///< UTF-8, not empty
+    bool isShown = true;     ///< to begin with
+    bool isLocked = false;   ///< whether viewers leave it as it is
+};
+
 /// A part of the page that belongs together, a single shape that links lead to among them: its texts and the
 /// target of its link, all perhaps empty.
 struct ORVPrintGroup {
@@ -132,6 +143,8 @@ struct ORVPrintGroup {
     std::string_view linkURL;   ///< where the link leads outside of the drawing; empty for nowhere
     int linkShow = 0;           ///< ORVPrintLinkShow
     bool isLinkTarget = false;  ///< a link leads to this id; true for the first place that bears it
+    /// Null when the group is no layer. Layers nest. They do not occur in masks, clips and symbols.
+    const ORVPrintContentLayer* layer = nullptr;
 };
 
 /// A region that content is cut to: the inside of an outline.
@@ -177,6 +190,7 @@ struct ORVPrintMask {
     enum class Kind : std::uint8_t {
         kLuminance,  ///< 0.2125 red, 0.7154 green, 0.0721 blue of sRGB values, times opacity; none is black
         kOpacity,
+        kLinearLuminance,  ///< the same of light as it adds up: sRGB values are made linear before
     };
     Kind kind = Kind::kLuminance;  ///< what of the content counts
     ORVMathBox2D box;              ///< outside of it, in page coordinates, nothing of the layer shows
@@ -215,13 +229,16 @@ public:
 
     /// What a generator can say by itself, as flags. What it cannot, others do for it (see flatten/), or the
     /// content is drawn more plainly: gradients as their first colour, content of layers as if there were no
-    /// layer, clips by the box around their outline.
+    /// layer, clips by the box around their outline, and content of filters as it is.
     enum Power : unsigned int {
         kGradients = 1,  ///< in fills and strokes, of texts, too
         kClipPaths = 2,
         kLayers = 4,      ///< with opacity
         kBlendModes = 8,  ///< of layers
         kMasks = 16,      ///< of layers
+        kFilters = 32,
+        /// Groups that are layers of the drawing can be hidden. Others get no hidden ones.
+        kContentLayers = 1U << 16U,
     };
     /// The flags of what this generator can say; the same as long as the document is open.
     virtual unsigned int GetPowers() const { return 0; }
@@ -241,6 +258,19 @@ public:
     /// Ends the mask; the content of its layer follows.
     [[nodiscard]] virtual int EndMask() { return 1; }
     static constexpr int kSkipMask = 2;  ///< of BeginMask: there are no masks
+
+    /// What comes until EndFilter is filtered as one. First come the filter's inputs, then the content, which
+    /// may be none. Filters nest, and cross nothing else.
+    [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
+    /// Ends the innermost filter.
+    [[nodiscard]] virtual int EndFilter() { return 1; }
+    /// What comes until EndFilterInput is the next input of the filter that has just begun. Links and
+    /// identifiers do not occur in it.
+    /// @return kSkipInput when the generator has no filters: neither content nor EndFilterInput follow
+    [[nodiscard]] virtual int BeginFilterInput() { return kSkipInput; }
+    /// Ends the input.
+    [[nodiscard]] virtual int EndFilterInput() { return 1; }
+    static constexpr int kSkipInput = 2;  ///< of BeginFilterInput: there are no filters
 
     /// Announces content that may have been drawn before. Generators that store such content once return
     /// kDrawSymbol when it is new: it follows in the symbol's coordinates, ended by EndSymbol; or

@@ -30,6 +30,8 @@ public:
     static constexpr int kThrown = -7;
     /// A text cannot be set as it should: ORVGetTextFailure() tells why. The output was closed cleanly.
     static constexpr int kTextNotSet = -8;
+    /// More pixels in the images of the document than ORVPrintLimit::kDocumentPixels allows.
+    static constexpr int kTooManyPixels = -9;
 
     /// All three must outlive this object.
     /// @param generator  null to have the model inspected only

@@ -49,6 +49,12 @@ public:
     void SetTitle(ORVUnicodeString title) { title_ = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return title_; }
 
+    /// Identifier of an element that generators are to hear of: the first place that shows it is reported as
+    /// a group of that identifier, as though a link led to it. Empty for none.
+    void SetReportedElement(ORVUnicodeString id) { reportedElement_ = std::move(id); }
+    /// See SetReportedElement.
+    const ORVUnicodeString& GetReportedElement() const { return reportedElement_; }
+
     /// Nothing is going to be asked of the interpreter after this print: it lets go of its document, and of
     /// long outlines as soon as they are drawn, and answers from then on like one without a document.
     void SetIsLast(bool isLast) { isLast_ = isLast; }
@@ -62,7 +68,7 @@ public:
 private:
     std::uint64_t drawLimit_, repeatLimit_, pageLimit_;
     std::vector<unsigned int> pages_;
-    ORVUnicodeString title_;
+    ORVUnicodeString title_, reportedElement_;
     bool isLast_ = false;
     ORVPrintModelInspector* inspector_ = nullptr;
 };

@@ -39,8 +39,10 @@ std::string_view LinkedId(const ORVPrtGraphicPrimitiveElt& container) {
 
 }  // namespace
 
-ORVPrintLinkTargets::ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages) {
+ORVPrintLinkTargets::ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages,
+                                         std::string_view reported) {
     std::unordered_set<std::string_view> wanted;
+    if (!reported.empty()) wanted.insert(reported);
     ForEachContainer(
         pages,
         [&](const ORVPrtGraphicPrimitiveElt& container) {

@@ -12,7 +12,9 @@ class ORVPrintLinkTargets {
 public:
     /// Looks for links on `pages`, and, when there are any, for what they name: pages, groups, shapes,
     /// texts, images. Views refer to the model.
-    explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages);
+    /// @param reported  an identifier that counts as one that a link names; empty for none. Must outlive this
+    explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages,
+                                 std::string_view reported = {});
 
     bool IsEmpty() const { return targets_.empty(); }
     /// True when something on the pages has that identifier and a link leads to it.

@@ -297,7 +297,7 @@ void PageWalk::CloseGroups() {
 ORVPrintProgress::ORVPrintProgress(const ORVPrtModel& model, std::span<const ORVPrtImageElt* const> pages,
                                    const ORVPrintGenerator& generator, const ORVPrintParameters& parameters,
                                    std::uint64_t distinctWork, bool isModelTaken)
-    : links(pages),
+    : links(pages, parameters.GetReportedElement().GetView()),
       symbols(links),
       budget(model, pages, parameters, distinctWork),
       keepsIdentifiers(generator.KeepsIdentifiers()),

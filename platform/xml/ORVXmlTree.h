@@ -31,6 +31,9 @@ public:
     const ORVXmlNode* GetRoot() const { return root_; }
     /// The document's bytes, if the tree keeps them; else none.
     std::string_view GetSource() const { return stable_; }
+    /// Names of elements within drawings that are not among those of the vocabulary, as the bits of
+    /// unread_elements.h. Drawings that lie deeper than three levels in another document are not looked into.
+    std::uint32_t GetUnreadElements() const { return unreadElements_; }
     /// Bytes taken for nodes, attributes and texts.
     std::size_t GetMemoryInUse() const { return memoryInUse_; }
 
@@ -68,5 +71,6 @@ private:
     ORVXmlTexts texts_;
     const ORVXmlNode* firstNode_ = nullptr;
     const ORVXmlNode* root_ = nullptr;
+    std::uint32_t unreadElements_ = 0;
     mutable std::uint32_t references_ = 1;
 };

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/xml/ORVXmlTreeBuilder.h"
 
+#include <algorithm>
 #include <bit>
 #include <new>
 #include <type_traits>
 #include <utility>
 
 #include "platform/xml/plain_document.h"
+#include "platform/xml/unread_elements.h"
 
 namespace {
 
@@ -54,13 +56,23 @@ ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
     return *node;
 }
 
+bool ORVXmlTreeBuilder::IsInDrawing() const {
+    constexpr std::size_t kLevels = 3;
+    for (std::size_t level = 1; level <= std::min(kLevels, depth_); ++level)
+        if (levels_[level].node->id == ElementName::kSvg) return true;
+    return false;
+}
+
 void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     FlushText();
     if (places_ && tag.locator) places_->push_back(tag.locator->Locate());
     ORVXmlNode& node = AppendNode();
     if (depth_ == 0 && !tree_->root_) tree_->root_ = &node;
     node.id = FindElementName(tag.name);
-    if (node.id == ElementName::kUnknown) node.namePlace = tree_->KeepPlace(tag.name);
+    if (node.id == ElementName::kUnknown) {
+        node.namePlace = tree_->KeepPlace(tag.name);
+        if (IsInDrawing()) tree_->unreadElements_ |= orvprint::BitOfUnreadElement(tag.name);
+    }
 
     if (!tag.attributes.empty()) {
         std::uint64_t known = 0;

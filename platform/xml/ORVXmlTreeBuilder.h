@@ -62,6 +62,8 @@ private:
         ORVXmlTextPlace name, value;
     };
 
+    /// Whether an element that begins now lies in an "svg" element.
+    bool IsInDrawing() const;
     ORVXmlNode& AppendNode();
     /// Texts of an attribute that live as long as the tree.
     /// @param isWritten  false when the document type supplied it

@@ -19,25 +19,30 @@ protected:
     }
 };
 
+/// Of drawings whose size is in px.
+const std::string kNote =
+    "note: its size is in px, which are 1/90 inch here and 1/96 inch in browsers and editors: it prints 6.7 "
+    "% "
+    "larger than they show it; --interpreter svg2 counts as they do\n";
+
 TEST_F(CheckTest, SaysNothingFound) {
     const ToolRun run = Run({"check", "good.svg"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.output, "good.svg: nothing found\n");
+    EXPECT_EQ(run.output, "good.svg: nothing found\n" + kNote);
     EXPECT_EQ(run.errors, "");
 }
 
 TEST_F(CheckTest, ListsFindingsByKind) {
     const ToolRun run = Run({"check", "bad.svg"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.output,
-              "bad.svg: 3 findings of 2 kinds\n"
-              "\n"
-              "unknown-attribute (1): Unknown attributes\n"
-              "bad.svg:3:19: rect foo \"1\": is not known\n"
-              "\n"
-              "unknown-unit (2): Unsupported units: the number is taken as user units\n"
-              "bad.svg:2:7: rect width \"2em\": 'em' is not a unit: read as 2\n"
-              "bad.svg:3:7: rect width \"3em\": 'em' is not a unit: read as 3\n");
+    EXPECT_EQ(run.output, "bad.svg: 3 findings of 2 kinds\n" + kNote +
+                              "\n"
+                              "unknown-attribute (1): Unknown attributes\n"
+                              "bad.svg:3:19: rect foo \"1\": is not known\n"
+                              "\n"
+                              "unknown-unit (2): Unsupported units: the number is taken as user units\n"
+                              "bad.svg:2:7: rect width \"2em\": 'em' is not a unit: read as 2\n"
+                              "bad.svg:3:7: rect width \"3em\": 'em' is not a unit: read as 3\n");
     EXPECT_EQ(run.errors, "");
 }
 

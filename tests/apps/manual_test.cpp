@@ -186,6 +186,14 @@ TEST_F(ManualTest, CompletionOffersCommandsFormatsAndValues) {
     EXPECT_THAT(Completions({"orvprint", "--pages", ""}), IsEmpty());
 }
 
+TEST_F(ManualTest, CompletionOffersEveryKindOfFindingToIgnore) {
+    const Names kinds = MatchesIn(ReadAll(ORV_SOURCE_PATH "/apps/orvprint/check/findings.cpp"),
+                                  "[{]k[A-Za-z]+, +\"([a-z-]+)\",");
+    const auto offered = Completions({"orvprint", "check", "--ignore", ""});
+    EXPECT_THAT(kinds, Contains("bad-colour"));
+    EXPECT_EQ(Names(offered.begin(), offered.end()), kinds);
+}
+
 TEST_F(ManualTest, CompletionOffersDrawingsFoldersAndFilesWhereTheyBelong) {
     for (const char* name : {"a.svg", "a b.SVG", "c.svgz", "d.qvxml", "e.svg.gz", "x.txt", "folder/y.svg"})
         WriteFile(name, "");

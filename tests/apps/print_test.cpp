@@ -211,7 +211,7 @@ TEST_F(PrintTest, FontsOfCubicOutlinesAreEmbeddedAsTheyAre) {
 
 TEST_F(PrintTest, CommandLineThatCannotBeUnderstood) {
     ExpectComplaint(Run({}), 2, "");
-    ExpectComplaint(Run({"a.svg"}), 2, "no output");
+    ExpectComplaint(Run({"a.svg", "b.svg"}), 2, "no output");
     ExpectComplaint(Run({"-o", "a.pdf"}), 2, "no input");
     ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--nonsense"}), 2, "");
     ExpectComplaint(Run({"a.svg", "-o", "a.pdf", "--parser", "sax"}), 2, "");

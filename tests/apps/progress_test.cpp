@@ -105,8 +105,51 @@ TEST_F(TerminalTest, ShowsHowFarItIsAndWipesThatInTheEnd) {
     Feed(OpenForTool("waits.svg"), SmallDrawing(""));
     EXPECT_EQ(Wait(), 11);
     EXPECT_THAT(Visible(), testing::MatchesRegex("orvprint: bad.svg:2:[^\n]*\n"
-                                                 "orvprint: failed: bad.svg:2:[^\n]*\n"
                                                  "orvprint: 3 of 4 converted, 1 failed, [0-9.]+ s\n"));
+}
+
+TEST_F(TerminalTest, TellsWhatADrawingLosesInTheFirstDialect) {
+    const struct {
+        const char *content, *hint;
+    } rows[] = {
+        {"<style/><linearGradient/><text><tspan/></text>",
+         "c.svg: contains style, linearGradient, tspan, not printed; list with: orvprint check; print with "
+         "--interpreter svg2"},
+        {"<mask/><style/><clipPath/><tspan/>", "contains style, tspan, clipPath and more, not printed"},
+        {"<style/><foreignObject/>", "--interpreter svg2 prints part of it"},
+        {"<foreignObject/>", "contains foreignObject, not printed; list with: orvprint check"},
+        {"<g><blurb/></g>", "contains unknown elements, not printed"},
+        {"<metadata/><x:y xmlns:x='z'/><rect/><title/><desc/>", ""},
+    };
+    for (const auto& row : rows) {
+        WriteFile("c.svg", SmallDrawing(row.content));
+        shown_.clear();
+        StartOnTerminal({"c.svg", "-o", "c.pdf"});
+        EXPECT_EQ(Wait(), 0);
+        std::string shown;  // a terminal of 60 columns breaks no lines by itself
+        for (const char c : shown_)
+            if (c != '\r' && c != '\n') shown += c;
+        if (*row.hint == '\0')
+            EXPECT_EQ(shown, "");
+        else
+            EXPECT_THAT(shown, HasSubstr(row.hint));
+    }
+}
+
+TEST_F(TerminalTest, TellsNothingOfLossToWhomItDoesNotConcern) {
+    WriteFile("c.svg", SmallDrawing("<style/>"));
+    const std::vector<std::vector<std::string>> silent{
+        {"c.svg", "-o", "c.pdf", "--quiet"},
+        {"c.svg", "-o", "c.pdf", "--interpreter", "svg2"},
+        {"a.svg", "-o", "c.pdf"},
+    };
+    for (const auto& arguments : silent) {
+        shown_.clear();
+        StartOnTerminal(arguments);
+        EXPECT_EQ(Wait(), 0);
+        EXPECT_EQ(shown_, "");
+    }
+    EXPECT_EQ(Run({"c.svg", "-o", "c.pdf"}).errors, "") << "standard error is no terminal";
 }
 
 TEST_F(TerminalTest, IsWipedWhenInterruptedFromTheKeyboard) {

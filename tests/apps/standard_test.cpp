@@ -27,6 +27,22 @@ protected:
     }
 };
 
+TEST_F(StandardTest, TheExamplesPrintWithNothingLost) {
+    unsigned int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(Example("standard"))) {
+        const std::string path = entry.path();
+        const ToolRun check = Run({"check", "--interpreter", "svg2", path});
+        EXPECT_EQ(check.exitCode, 0) << check.output;
+        EXPECT_EQ(Run({path, "--interpreter", "svg2", "-o", "o.pdf"}).exitCode, 0) << path;
+        EXPECT_THAT(RunProgram({"pdfimages", "-list", "o.pdf"}).output, Not(HasSubstr("image "))) << path;
+        EXPECT_THAT(ReadFile("o.pdf"), testing::StartsWith("%PDF"));
+        const std::string picture = entry.path().stem().string() + ".png";
+        EXPECT_TRUE(std::filesystem::exists(ORV_SOURCE_PATH "/docs/gallery/" + picture)) << picture;
+        ++count;
+    }
+    EXPECT_GE(count, 3U);
+}
+
 TEST_F(StandardTest, TheOptionChoosesTheInterpreter) {
     WriteFile("a.svg", kStandard);
     const std::vector<std::vector<std::string>> choices{{"--interpreter", "svg2"}, {"--interpreter", "SVG2"}};
@@ -47,6 +63,41 @@ TEST_F(StandardTest, EveryFormatTakesIt) {
         EXPECT_EQ(run.exitCode, 0) << format << ": " << run.errors;
         EXPECT_EQ(run.errors, "") << format;
     }
+}
+
+TEST_F(StandardTest, EveryFormatDrawsFilters) {
+    WriteFile("f.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='48'><filter id='f'>"
+              "<feFlood flood-color='lime'/></filter><rect width='48' height='48' fill='red' "
+              "filter='url(#f)'/></svg>");
+    const auto print = [&](const char* name) {
+        const ToolRun run = Run({"f.svg", "-o", name, "--interpreter", "svg2", "--dpi", "96"});
+        EXPECT_EQ(run.exitCode, 0) << name << ": " << run.errors;
+        EXPECT_EQ(run.errors, "") << name;
+        return ReadFile(name);
+    };
+    EXPECT_THAT(print("f.pdf"), HasSubstr("/Image"));
+    EXPECT_THAT(print("f.svg.svg"), HasSubstr("<feFlood"));
+    for (const char* name : {"f.ps", "f.eps", "f.png", "f.tiff", "f.pwg"}) {
+        const std::string filtered = print(name);
+        EXPECT_GT(filtered.size(), 100U) << name;
+    }
+    // The pixels are those of the colour that the filter makes, and nothing of the content is left.
+    const ToolRun run = Run({"f.svg", "-o", "-", "-f", "pwg", "--interpreter", "svg2", "--dpi", "96"});
+    EXPECT_THAT(run.output, HasSubstr(std::string("\x00\xff\x00", 3)));
+    EXPECT_THAT(run.output, Not(HasSubstr(std::string("\xff\x00\x00\xff\x00\x00", 6))));
+}
+
+TEST_F(StandardTest, InspectWritesFilters) {
+    const ToolRun run = Run({"inspect", "--json", "-", "--interpreter", "svg2"},
+                            "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='48'>"
+                            "<rect width='48' height='48' filter='blur(2px)'/></svg>");
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    const json filter = json::parse(run.output)["pages"][0]["content"][0];
+    EXPECT_EQ(filter["kind"], "filter");
+    EXPECT_EQ(filter["steps"][0]["operation"], "blur");
+    EXPECT_EQ(filter["steps"][0]["inputs"], json::parse("[\"source\"]"));
+    EXPECT_EQ(filter["content"][0]["kind"], "shape");
 }
 
 TEST_F(StandardTest, InspectWritesWhatIsDrawn) {
@@ -110,8 +161,14 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
     const struct {
         const char *content, *kind;
     } kRows[] = {
-        {"<filter id='f'/><rect width='1' height='1' filter='url(#f)'/>", "filter (1)"},
-        {"<rect width='1' height='1' style='filter:blur(2px)'/>", "filter (1)"},
+        {"<rect width='1' height='1' filter='url(#none)'/>", "missing-reference (1)"},
+        {"<rect width='1' height='1' filter='blur(1) url(#none) url(a.svg#f)'/>", "missing-reference (1)"},
+        {"<rect width='1' height='1' filter='blur(1) url(a.svg#f)'/>", "unreachable-reference (1)"},
+        {"<text font-family='DejaVu Sans'><tspan filter='blur(1)'>a</tspan></text>", "ignored-property (1)"},
+        {"<filter id='f'><feOffset in='BackgroundImage'/></filter>", "attribute-without-effect (1)"},
+        {"<filter id='f'><feImage href='#none'/></filter>", "missing-reference (1)"},
+        {"<filter id='f'><feImage href='none.png'/></filter>", "image-missing (1)"},
+        {"<filter id='f'><feUnheard/></filter>", "unknown-element (1)"},
         {"<foreignObject/>", "foreign-object (1)"},
         {"<script/>", "script (1)"},
         {"<rect><animate/></rect>", "animation (1)"},
@@ -128,6 +185,7 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
+        {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
@@ -142,6 +200,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",
              "<switch><foreignObject/><rect/></switch>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
+             "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })
         EXPECT_THAT(Check(content), HasSubstr("nothing found")) << content;
 }

@@ -29,7 +29,7 @@ const Layers kSvg{"interpreters/svg/state",      "interpreters/svg/values",   "i
                   "interpreters/svg/interpreter"};
 const Layers kSvg2{"interpreters/svg2/values",  "interpreters/svg2/document",   "interpreters/svg2/css",
                    "interpreters/svg2/tree",    "interpreters/svg2/paint",      "interpreters/svg2/text",
-                   "interpreters/svg2/drawing", "interpreters/svg2/interpreter"};
+                   "interpreters/svg2/filters", "interpreters/svg2/drawing",    "interpreters/svg2/interpreter"};
 const Layers kPixels = Below(kDrawing, {"generators/common", "generators/raster"});
 
 // Who may know whom, besides itself. A folder without a row of its own belongs to the one it lies in.
@@ -66,21 +66,28 @@ const std::map<std::string, Layers> kMayKnow{
                                                   "interpreters/svg2/css", "interpreters/svg2/tree"})},
     {"interpreters/svg2/text", Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document",
                                                  "interpreters/svg2/css", "interpreters/svg2/tree"})},
+    {"interpreters/svg2/filters",
+     Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css",
+                       "interpreters/svg2/tree", "interpreters/svg2/paint"})},
     {"interpreters/svg2/drawing",
      Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css",
-                       "interpreters/svg2/tree", "interpreters/svg2/paint", "interpreters/svg2/text"})},
+                       "interpreters/svg2/tree", "interpreters/svg2/paint", "interpreters/svg2/text",
+                       "interpreters/svg2/filters"})},
     {"interpreters/svg2/interpreter",
      Below(kPlatform, {"interpreters/svg2/values", "interpreters/svg2/document", "interpreters/svg2/css",
                        "interpreters/svg2/tree", "interpreters/svg2/paint", "interpreters/svg2/text",
-                       "interpreters/svg2/drawing"})},
+                       "interpreters/svg2/filters", "interpreters/svg2/drawing"})},
 
     {"generators/common", kDrawing},
+    // Pixels only: what they are of, and where they go, is the raster's business.
+    {"generators/filters",
+     {"platform/system", "platform/mathematics", "platform/print", "generators/common"}},
     {"generators/raster", Below(kDrawing, {"generators/common"})},
     {"generators/cairo", Below(kDrawing, {"generators/common"})},
     {"generators/pdf", Below(kDrawing, {"generators/common"})},
     {"generators/svg", Below(kDrawing, {"generators/common"})},
     {"generators/sheet", Below(kDrawing, {"generators/common"})},
-    {"generators/flatten", kPixels},
+    {"generators/flatten", Below(kPixels, {"generators/filters"})},
     {"generators/png", kPixels},
     {"generators/tiff", kPixels},
     {"generators/pwg", kPixels},

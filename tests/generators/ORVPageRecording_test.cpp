@@ -55,6 +55,36 @@ void DrawCompositions(Target& target) {
     ASSERT_EQ(target.EndClipPath(), 1);
 }
 
+TEST(ORVPageRecordingTest, FiltersAreReplayedWholeWhereTheirResultsAre) {
+    ORVPageRecording recording;
+    {
+        const std::vector<ORVPrintFilterStep> steps{
+            {ORVFilterOffset{50.0, 0.0}, {ORVPrintFilterStep::kSource}, false, BoxOf(0, 0, 100, 100)}};
+        ASSERT_EQ(recording.BeginFilter({steps, BoxOf(0, 0, 100, 100), {}, 1}), 1);
+        ASSERT_EQ(recording.BeginFilterInput(), 1);
+        ASSERT_EQ(FillRectangle(recording, 0, 0, 1, 1), 1);
+        ASSERT_EQ(recording.EndFilterInput(), 1);
+        ASSERT_EQ(FillRectangle(recording, 10, 10, 5, 5), 1);
+        ASSERT_EQ(recording.EndFilter(), 1);
+    }
+    recording.Finish(BoxOf(0, 0, 100, 100));
+    const auto replay = [&](const ORVMathBox2D& box, unsigned int powers) {
+        RecordingGenerator target;
+        target.SetPowers(powers);
+        recording.SelectBand(box.yMin, box.yMax);
+        EXPECT_EQ(recording.Replay(target, box), 1);
+        return target.GetLines();
+    };
+    EXPECT_THAT(replay(BoxOf(55, 5, 70, 20), kAllPowers),
+                ElementsAre("filter 3 [1 0 0 1 0 0]", "input", "fill #000000 M0,0 L1,0 L1,1 L0,1 Z",
+                            "end input", "fill #000000 M10,10 L15,10 L15,15 L10,15 Z", "end filter"));
+    EXPECT_THAT(replay(BoxOf(55, 5, 70, 20), 0),
+                ElementsAre("filter 3 [1 0 0 1 0 0]", "fill #000000 M10,10 L15,10 L15,15 L10,15 Z",
+                            "end filter"));
+    EXPECT_THAT(replay(BoxOf(5, 5, 20, 20), kAllPowers), IsEmpty());
+    EXPECT_THAT(replay(BoxOf(55, 50, 70, 60), kAllPowers), IsEmpty());
+}
+
 /// Every call there is. Temporary objects: the recording keeps what it needs.
 template <class Target>
 void DrawEverything(Target& target) {

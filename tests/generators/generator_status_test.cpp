@@ -42,7 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusCase{"Primitives", Render::kTooManyPrimitives, kLimit, ORVPrintLimit::kDrawn},
                     StatusCase{"Pages", Render::kTooManyPages, kLimit, ORVPrintLimit::kPages},
                     StatusCase{"Repeats", Render::kTooManyRepeats, kLimit, ORVPrintLimit::kRepeats},
-                    StatusCase{"Pixels", kOutputTooLarge, kLimit, ORVPrintLimit::kOutputPixels},
+                    StatusCase{"ImagePixels", Render::kTooManyPixels, kLimit, ORVPrintLimit::kDocumentPixels},
+                    StatusCase{"OutputPixels", kOutputTooLarge, kLimit, ORVPrintLimit::kOutputPixels},
                     StatusCase{"Painting", kTooMuchToPaint, kLimit, ORVPrintLimit::kPaintedPixels}),
     kNameOfRow);
 

@@ -324,6 +324,31 @@ BOMBS = {
     "gzip in gzip": lambda random: gzip.compress(gzip.compress(bytes(1 << 26), mtime=0), mtime=0),
     "comments": lambda random: b"<!--" + b"-" * 9 + b"<!-- -->" * 200000 + HEAD.encode() + b"/>",
     "colours": lambda random: drawing("".join(f"<rect fill='#{i:06x}' width='400' height='400'/>" for i in range(20000))),
+    # Of standard SVG.
+    "gradients of gradients": lambda random: drawing("".join(
+        f"<linearGradient id='g{i}' xlink:href='#g{(i + 1) % 30000}'/>" for i in range(30000)) + "".join(
+            f"<rect width='9' height='9' fill='url(#g{i})'/>" for i in range(30000))),
+    "stops": lambda random: drawing("<linearGradient id='g'>" + "<stop/>" * 100000 + "</linearGradient>" +
+                                    "<rect width='9' height='9' fill='url(#g)'/>" * 1000),
+    "tiles": lambda random: drawing(
+        f"<pattern id='p' width='{random.choice(['2', '.01'])}' height='2' patternUnits='userSpaceOnUse'><circle r='1'/></pattern>" +
+        "<rect width='400' height='400' fill='url(#p)'/>" * 100),
+    "masks of masks": lambda random: drawing("".join(
+        f"<mask id='m{i}'>" + f"<rect width='400' height='400' mask='url(#m{i + 1})'/>" * 5 + "</mask>" for i in range(9)) +
+        "<rect width='400' height='400' mask='url(#m0)'/>"),
+    "clips of clips": lambda random: drawing("".join(
+        f"<clipPath id='c{i}'>" + f"<rect width='400' height='400' clip-path='url(#c{i + 1})'/>" * 10 + "</clipPath>"
+        for i in range(9)) + "<rect width='400' height='400' clip-path='url(#c0)'/>"),
+    "selectors": lambda random: drawing("<style>" + "".join(
+        random.choice(["rect:not(.q{}){{fill:red}}", "rect ~ .q{} ~ rect{{fill:red}}", "g g * .q{}{{fill:red}}"]).format(i)
+        for i in range(2000)) + "</style><g><g>" + "<rect width='1' height='1'/>" * 20000 + "</g></g>"),
+    "variables": lambda random: drawing("<g style='--a0:red;" + "".join(
+        f"--a{i}:" + f"var(--a{i - 1}) " * 10 + ";" for i in range(1, 30)) + "'>" +
+        "<rect width='9' height='9' style='fill:var(--a29)'/>" * 10000 + "</g>"),
+    "drawings in drawings": lambda random: drawing("<image id='i' width='9' height='9' xlink:href='data:image/svg+xml;base64," +
+        base64.b64encode(drawing("<rect width='9' height='9'/>" * 1000)).decode() + "'/>" + "<use xlink:href='#i'/>" * 5000),
+    "layers": lambda random: drawing("<g style='opacity:.9;mix-blend-mode:multiply'><rect width='400' height='400'/>" * 300 +
+                                     "</g>" * 300),
     "opacity": lambda random: drawing("<g opacity='0.5'>" * 900 + "<rect width='400' height='400'/>" * 3000 + "</g>" * 900),
 }
 

@@ -6,8 +6,8 @@
 
 Mutates the documents of the tests, the examples, the drawings of feature_documents.py and those below FOLDERs (bytes
 changed, chunks cut and repeated, values exchanged, numbers without bounds, entities, encodings, compression, images...);
-every hundredth is a bomb instead. Each is printed to PDF and to PNG, checked and listed, with default limits. Whatever it
-is, the command must end by itself, within bounds of processor time and memory, with a page or with one line that says why
+every hundredth is a bomb instead. Each is printed to PDF and to PNG, checked and listed, with default limits; every
+fourth, and every bomb, also as standard SVG. Whatever it is, the command must end by itself, within bounds of processor time and memory, with a page or with one line that says why
 there is none. A page that is empty although the check finds nothing must be empty in another renderer, too (librsvg, and resvg
 where its package for node is installed).
 
@@ -39,8 +39,11 @@ PATIENCE = 900  # of wall clock, on machines however busy
 MOST_MEMORY = 1024  # MB; the command holds itself to 900 MiB
 LARGEST_COMPARED = 16 << 20  # pixels of a page that is compared with other renderers
 DONE, FOUND = 0, 1
+STANDARD_EVERY = 4  # documents
 ENDS = {"pdf": {DONE} | print_documents.REFUSALS, "png": {DONE} | print_documents.REFUSALS,
         "check": {DONE, FOUND} | print_documents.REFUSALS, "info": {DONE} | print_documents.REFUSALS}
+STANDARD = "standard "  # before the way of a run as standard SVG
+ENDS |= {STANDARD + way: ENDS[way] for way in ("pdf", "png", "check")}
 
 
 def sources_of(folders):
@@ -63,10 +66,21 @@ def document_number(number, seed, sources):
 
 
 def command_of(tool, way, document, folder):
+    standard = ["--interpreter", "svg2"] if way.startswith(STANDARD) else []
+    way = way.removeprefix(STANDARD)
     if way in ("check", "info"):
-        return [tool, way, str(document)]
+        return [tool, way, *standard, str(document)]
     pages = ["--pages", "1"] if way == "png" else []
-    return [tool, str(document), "-o", str(Path(folder) / f"page.{way}"), *pages]
+    return [tool, *standard, str(document), "-o", str(output_of(folder, way)), *pages]
+
+
+def output_of(folder, way):
+    return Path(folder) / f"page.{way.removeprefix(STANDARD)}"
+
+
+def ways_of(number):
+    is_standard = number % STANDARD_EVERY == 0 or number % BOMB_EVERY == BOMB_EVERY - 1
+    return [way for way in ENDS if is_standard or not way.startswith(STANDARD)]
 
 
 def fault_of(done, way, folder):
@@ -78,13 +92,14 @@ def fault_of(done, way, folder):
         return f"took {done.megabytes:.0f} MB"
     if done.code not in ENDS[way]:
         return f"ended with {done.code}: {done.said[:300]}"
-    if done.code in print_documents.REFUSALS and not done.said.startswith("orvprint: ") and way != "check":
+    is_check = way.removeprefix(STANDARD) == "check"
+    if done.code in print_documents.REFUSALS and not done.said.startswith("orvprint: ") and not is_check:
         return f"ended with {done.code} and did not say why: {done.said[:300]}"
-    output = Path(folder) / f"page.{way}"
+    output = output_of(folder, way)
     has_page = output.is_file() and output.stat().st_size > 0
     # The others are printed where one has no area.
     may_have_page = done.code == DONE or "has no area" in done.said
-    if way in ("pdf", "png") and (has_page and not may_have_page or done.code == DONE and not has_page):
+    if way.endswith(("pdf", "png")) and (has_page and not may_have_page or done.code == DONE and not has_page):
         return f"ended with {done.code} and {'a' if has_page else 'no'} page"
     if list(Path(folder).glob(".*")):
         return "left a temporary file"
@@ -132,20 +147,25 @@ class Figures:
         print("largest:", "; ".join(f"{size:.0f} MB {name}" for size, name in self.largest))
 
 
-def faults_of(tool, text, take):
+def faults_of(tool, text, ways, take):
     """What is wrong with the runs of a document; `take` is called with each."""
     found, ends = [], {}
     with tempfile.TemporaryDirectory() as folder:
         document = Path(folder) / "document.svg"
         document.write_bytes(text)
-        for way in ENDS:
-            done = print_documents.measure(["timeout", str(PATIENCE), *command_of(tool, way, document, folder)])
-            take(way, done)
-            ends[way] = done.code
-            if fault := fault_of(done, way, folder):
-                found.append(f"({way}): {fault}")
+        def take_all(some_ways):
+            for way in some_ways:
+                output_of(folder, way).unlink(missing_ok=True)
+                done = print_documents.measure(["timeout", str(PATIENCE), *command_of(tool, way, document, folder)])
+                take(way, done)
+                ends[way] = done.code
+                if fault := fault_of(done, way, folder):
+                    found.append(f"({way}): {fault}")
+
+        take_all([way for way in ways if not way.startswith(STANDARD)])
         if ends["png"] == DONE and ends["check"] == DONE and is_lost(tool, document, folder):
             found.append("is printed as an empty page, and the check says nothing")
+        take_all([way for way in ways if way.startswith(STANDARD)])
     return found
 
 
@@ -167,7 +187,7 @@ def main():
     try:
         for number in range(options.first, options.first + options.count):
             what, text = document_number(number, options.seed, sources)
-            for fault in faults_of(options.tool, text, lambda *run: figures.take(f"{what} {number}", *run)):
+            for fault in faults_of(options.tool, text, ways_of(number), lambda *run: figures.take(f"{what} {number}", *run)):
                 faults += 1
                 (keep / f"{number}.svg").write_bytes(text)
                 print(f"{keep / f'{number}.svg'} ({what}) {fault}", flush=True)

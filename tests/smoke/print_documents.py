@@ -6,7 +6,7 @@
 
 Whatever a document is, the command must end with a page or with one line that says why there is none, within ten
 seconds of processor time and a gigabyte. Documents are printed to PDF, printed to PNG and checked in turns; with
---every, each is all three. Those that are checked, and of which nothing is found, must look as another renderer shows
+--every, each is all three. A part of them is also printed as standard SVG. Those that are checked, and of which nothing is found, must look as another renderer shows
 them (compare_pages.py). Ends with 1 and the documents that broke a rule, if there are any.
 """
 
@@ -29,6 +29,8 @@ REFUSALS = {3, 4, 5, 9}
 DONE, FOUND = 0, 1
 TIMED_OUT = 124  # as timeout says it
 WAYS = ["pdf", "png", "check"]
+STANDARD_WAYS = ["standard pdf", "standard png"]
+STANDARD_EVERY = 5  # documents
 # What the leak checker says when it could not do its work; what it finds reads otherwise.
 LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
 
@@ -69,6 +71,8 @@ def run_once(command, measures_memory):
 
 def fault_of(tool, way, document, folder, measures_memory):
     """The exit code and what is wrong with it; nothing where all is well."""
+    standard = ["--interpreter", "svg2", "--quiet"] if way in STANDARD_WAYS else []
+    way = way.split()[-1]
     output = Path(folder) / f"page.{way}"
     if way == "check":
         code, said, fault = run([tool, "check", str(document)], measures_memory)
@@ -76,7 +80,7 @@ def fault_of(tool, way, document, folder, measures_memory):
     else:
         # Of a drawing of several pages, PNG has a file for each; the first is enough here.
         pages = ["--pages", "1"] if way == "png" else []
-        code, said, fault = run([tool, str(document), "-o", str(output), *pages], measures_memory)
+        code, said, fault = run([tool, str(document), "-o", str(output), *pages, *standard], measures_memory)
         expected = {DONE} | REFUSALS
     if fault:
         return code, fault
@@ -110,6 +114,9 @@ def main():
         documents = [documents[i * len(documents) // options.sample] for i in range(options.sample)]
     work = [(document, way) for i, document in enumerate(documents)
             for way in (WAYS if options.every else [WAYS[i % len(WAYS)]])]
+    work += [(document, way) for i, document in enumerate(documents)
+             for way in (STANDARD_WAYS if options.every else [STANDARD_WAYS[i // STANDARD_EVERY % len(STANDARD_WAYS)]])
+             if i % STANDARD_EVERY == 0]
     # Sanitizers keep memory of their own.
     measures_memory = b"__asan_init" not in Path(options.tool).read_bytes()
 

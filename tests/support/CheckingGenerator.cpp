@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
@@ -49,7 +51,7 @@ int CheckingGenerator::EndClip() {
 }
 
 unsigned int CheckingGenerator::GetPowers() const {
-    return target_ ? target_->GetPowers() : kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+    return target_ ? target_->GetPowers() : kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
 }
 
 int CheckingGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
@@ -90,6 +92,45 @@ int CheckingGenerator::BeginMask(const ORVPrintMask& mask) {
 int CheckingGenerator::EndMask() {
     Leave(Part::kMask);
     return Note(target_ ? target_->EndMask() : 1);
+}
+
+int CheckingGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    ExpectPage();
+    CheckMap(filter.toPage);
+    Expect(filter.toPage.Determinant() != 0.0, "a filter without area");
+    Expect(!filter.steps.empty(), "a filter without steps");
+    for (std::size_t i = 0; i < filter.steps.size(); ++i)
+        for (const int input : filter.steps[i].inputs)
+            Expect(input >= ORVPrintFilterStep::kSourceAlpha && input < static_cast<int>(i),
+                   "a step that takes a later one");
+    const int result = Enter(Part::kFilter, target_ ? target_->BeginFilter(filter) : 1);
+    inputsExpected_ = filter.inputCount;
+    return result;
+}
+
+int CheckingGenerator::EndFilter() {
+    Leave(Part::kFilter);
+    return Note(target_ ? target_->EndFilter() : 1);
+}
+
+int CheckingGenerator::BeginFilterInput() {
+    Expect(inputsExpected_ > 0 && !hasFailed_ && open_.back() == Part::kFilter, "an input without its filter");
+    if (inputsExpected_ > 0) --inputsExpected_;
+    pendingInputs_.push_back(std::exchange(inputsExpected_, 0));
+    const int result = target_ ? target_->BeginFilterInput() : 1;
+    if (result != kSkipInput) return Enter(Part::kFilterInput, result);
+    inputsExpected_ = pendingInputs_.back();
+    pendingInputs_.pop_back();
+    return result;
+}
+
+int CheckingGenerator::EndFilterInput() {
+    Leave(Part::kFilterInput);
+    if (!pendingInputs_.empty()) {
+        inputsExpected_ = pendingInputs_.back();
+        pendingInputs_.pop_back();
+    }
+    return Note(target_ ? target_->EndFilterInput() : 1);
 }
 
 int CheckingGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
@@ -163,6 +204,7 @@ int CheckingGenerator::Enter(Part part, int result) {
 void CheckingGenerator::Leave(Part part) {
     Expect(!open_.empty() && open_.back() == part && !hasFailed_, "an end without its beginning");
     Expect(!expectsMask_, "a layer without its mask");
+    Expect(inputsExpected_ == 0, "a filter without its inputs");
     if (!open_.empty()) open_.pop_back();
 }
 
@@ -173,6 +215,7 @@ void CheckingGenerator::Expect(bool condition, const char* fault) {
 void CheckingGenerator::ExpectPage() {
     Expect(open_.size() >= 2 && !hasFailed_, "a drawing outside of a page, or after a failure");
     Expect(!expectsMask_, "a layer without its mask");
+    Expect(inputsExpected_ == 0, "a filter without its inputs");
 }
 
 void CheckingGenerator::CheckMap(const ORVMathAffine2D& map) {

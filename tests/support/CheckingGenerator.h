@@ -31,6 +31,10 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override;
+    int BeginFilterInput() override;
+    int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
     int DrawShape(const ORVPrintShape& shape) override;
@@ -40,7 +44,18 @@ public:
     int EndDocument() override;
 
 private:
-    enum class Part { kDocument, kPage, kGroup, kClip, kSymbol, kClipPath, kLayer, kMask };
+    enum class Part {
+        kDocument,
+        kPage,
+        kGroup,
+        kClip,
+        kSymbol,
+        kClipPath,
+        kLayer,
+        kMask,
+        kFilter,
+        kFilterInput,
+    };
     int Enter(Part part, int result);
     void Leave(Part part);
     void Expect(bool condition, const char* fault);
@@ -58,6 +73,8 @@ private:
     std::vector<Part> open_;
     std::vector<const void*> symbols_;
     bool hasFailed_ = false;
+    std::vector<unsigned int> pendingInputs_;  // of filters around open inputs
+    unsigned int inputsExpected_ = 0;  // of the filter that has just begun
     bool expectsMask_ = false;  // of the layer that has just begun
     std::string fault_;
 };

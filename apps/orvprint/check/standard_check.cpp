@@ -46,7 +46,12 @@ struct UnreadProperty {
 };
 
 const UnreadProperty kUnreadProperties[] = {
-    {"stroke-linejoin", {"miter", "round", "bevel", "inherit", "initial", "unset"}, "is drawn as miter"},
+    {"stroke-linejoin",
+     {"miter", "round", "bevel", "miter-clip", "inherit", "initial", "unset"},
+     "is drawn as miter"},
+    {"stroke-linejoin",
+     {"miter", "round", "bevel", "arcs", "inherit", "initial", "unset"},
+     "is drawn as miter in PDF, PostScript and EPS"},
     {"font-variant", {"normal", "none", "inherit", "initial"}, "is ignored: letters are the font's own"},
     {"font-variant-caps", {"normal", "inherit", "initial"}, "is ignored: letters are the font's own"},
     {"font-feature-settings", {"normal", "inherit", "initial"}, "is ignored"},
@@ -55,17 +60,13 @@ const UnreadProperty kUnreadProperties[] = {
     {"unicode-bidi",
      {"normal", "isolate", "plaintext", "inherit", "initial"},
      "is ignored: the text's own characters decide its direction"},
-    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "is ignored: colours are mixed as sRGB"},
+    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "counts for masks only: colours are mixed as sRGB"},
     {"inline-size",
      {"auto", "0", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
     {"shape-inside",
      {"auto", "none", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
-    {"shape-rendering",
-     {"auto", "geometricPrecision", "inherit", "initial"},
-     "is ignored: edges are smooth in images"},
-    {"filter", {"none", "inherit", "initial"}, "is not drawn: the content appears without the filter"},
 };
 
 class StandardCheck {
@@ -102,6 +103,9 @@ private:
     void CheckPaint(ElementIndex element, const svg2::Paint& paint, std::string_view property);
     void CheckReference(ElementIndex element, std::string_view property, std::string_view value,
                         std::initializer_list<Tag> tags);
+    void CheckFilter(ElementIndex element, const Style& style);
+    void CheckPrimitive(ElementIndex element);
+    void CheckFilterImage(ElementIndex element);
     void CheckHref(ElementIndex element);
     void CheckImage(ElementIndex element);
     void CheckFont(ElementIndex element, const Style& style);
@@ -168,8 +172,7 @@ void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, s
         if (row.name != name) continue;
         for (const std::string_view harmless : row.harmless)
             if (value == harmless) return;
-        Note(name == "filter" ? FindingCode::kFilter : FindingCode::kIgnoredProperty, element, name, value,
-             row.message);
+        Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
 }
 
@@ -192,6 +195,40 @@ void StandardCheck::CheckReference(ElementIndex element, std::string_view proper
              "refers to another document, which is not read");
     else if (target == kNoElement || std::find(tags.begin(), tags.end(), document_[target].tag) == tags.end())
         Note(FindingCode::kMissingReference, element, property, value, "refers to nothing of that kind");
+}
+
+void StandardCheck::CheckFilter(ElementIndex element, const Style& style) {
+    if (style.filter.empty()) return;
+    if (document_[element].tag == Tag::kTspan || document_[element].tag == Tag::kTextPath) {
+        Note(FindingCode::kIgnoredProperty, element, "filter", style.filter,
+             "is ignored: only a whole text is filtered");
+        return;
+    }
+    for (std::string_view rest = style.filter; !rest.empty();) {
+        const std::size_t start = rest.find("url(");
+        if (start == std::string_view::npos) return;
+        const std::string_view entry = rest.substr(start);
+        std::string_view id;
+        if (!svg2::TakeReference(entry, id, rest)) return;
+        CheckReference(element, "filter", entry.substr(0, entry.size() - rest.size()), {Tag::kFilter});
+    }
+}
+
+/// What a filter takes that is not there.
+void StandardCheck::CheckPrimitive(ElementIndex element) {
+    for (const Name name : {Name::kIn, Name::kIn2}) {
+        const std::string_view input = svg2::Trim(document_.ValueOf(element, name));
+        if (IsOneOf(input, {"BackgroundImage", "BackgroundAlpha", "FillPaint", "StrokePaint"}))
+            Note(FindingCode::kAttributeWithoutEffect, element, svg2::TextOf(name), input,
+                 "is no input here: the filtered element is taken instead");
+    }
+}
+
+void StandardCheck::CheckFilterImage(ElementIndex element) {
+    const std::string_view reference = svg2::Trim(document_.ValueOf(element, Name::kHref));
+    if (!reference.starts_with('#')) return CheckImage(element);
+    if (document_.FindByReference(reference) == kNoElement)
+        Note(FindingCode::kMissingReference, element, "href", reference, "refers to nothing of the document");
 }
 
 void StandardCheck::CheckPaint(ElementIndex element, const svg2::Paint& paint, std::string_view property) {
@@ -265,6 +302,7 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     if (!style.isDisplayed) return;
     switch (document_[element].tag) {
         case Tag::kImage: CheckImage(element); break;
+        case Tag::kFeImage: CheckFilterImage(element); break;
         case Tag::kPath:
         case Tag::kRect:
         case Tag::kCircle:
@@ -290,6 +328,8 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     }
     CheckReference(element, "clip-path", style.clipPath, {Tag::kClipPath});
     CheckReference(element, "mask", style.mask, {Tag::kMask});
+    CheckFilter(element, style);
+    CheckPrimitive(element);
     CheckHref(element);
     CheckFont(element, style);
 }

@@ -45,7 +45,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kFailuresListed = 100;
 constexpr std::size_t kLongestMessage = std::size_t{1} << 16U;  // of a worker, before its line ends
 
 /// True for a file that the interpreter could take for an image, as its first bytes tell.
@@ -142,7 +141,6 @@ private:
     struct Failure {
         std::uint32_t job;
         int code;
-        std::string message;
     };
 
     /// Before anything is done: would an output take an input's place?
@@ -361,12 +359,11 @@ private:
 
     /// @param isNew  not reported yet
     void Fail(std::uint32_t job, int code, const std::string& message, bool isNew) {
-        if (isNew) {
+        if (isNew || message.empty()) {
             progress_.Erase();
-            Report(kExitDone, "", message);
+            Report(kExitDone, "", message.empty() ? options_.inputs[job] + ": failed" : message);
         }
-        const std::string words = message.empty() ? options_.inputs[job] + ": failed" : message;
-        failures_.push_back({job, code, failures_.size() < kFailuresListed ? words : std::string()});
+        failures_.push_back({job, code});
         UpdateProgress();
     }
 
@@ -376,11 +373,6 @@ private:
 
     void Summarize() const {
         if (batch_.isQuiet) return;
-        const std::size_t listed = std::min(failures_.size(), kFailuresListed);
-        for (std::size_t i = 0; i < listed; ++i) Report(kExitDone, "failed", failures_[i].message);
-        if (listed < failures_.size())
-            Report(kExitDone, "failed", "and " + std::to_string(failures_.size() - listed) + " more");
-
         const std::size_t missing = options_.inputs.size() - converted_ - failures_.size();
         std::array<char, 32> seconds{};
         std::snprintf(seconds.data(), seconds.size(), ", %.1f s",

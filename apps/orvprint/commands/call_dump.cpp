@@ -2,8 +2,10 @@
 #include "apps/orvprint/commands/call_dump.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <string>
+#include <variant>
 
 #include "platform/print/ORVPrintPath.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
@@ -17,7 +19,7 @@ constexpr std::array<const char*, 16> kBlendNames{"normal",     "multiply",   "s
                                                   "hue",        "saturation", "color",       "luminosity"};
 constexpr std::array<const char*, 3> kSpreads{"pad", "reflect", "repeat"};
 constexpr std::array<const char*, 3> kCaps{"butt", "round", "square"};
-constexpr std::array<const char*, 3> kJoins{"miter", "round", "bevel"};
+constexpr std::array<const char*, 4> kJoins{"miter", "round", "bevel", "miter-clip"};
 
 template <std::size_t kCount, class Value>
 const char* TextOf(const std::array<const char*, kCount>& texts, Value value) {
@@ -193,6 +195,11 @@ int CallDump::BeginGroup(const ORVPrintGroup& group) {
     WriteText("description", group.description);
     WriteText("link", group.linkURL);
     WriteText("linkElement", group.linkElementId);
+    if (group.layer) {
+        WriteText("layer", group.layer->label);
+        if (!group.layer->isShown) WriteText("state", "hidden");
+        if (group.layer->isLocked) WriteText("lock", "locked");
+    }
     return OpenContent();
 }
 
@@ -220,8 +227,56 @@ int CallDump::BeginLayer(const ORVPrintLayer& layer) {
 int CallDump::BeginMask(const ORVPrintMask& mask) {
     Open("mask");
     json_.Key("of");
-    json_.Text(mask.kind == ORVPrintMask::Kind::kLuminance ? "luminance" : "opacity");
+    constexpr std::array<const char*, 3> kKinds{"luminance", "opacity", "linear-luminance"};
+    json_.Text(TextOf(kKinds, mask.kind));
     WriteBox("box", mask.box);
+    return OpenContent();
+}
+
+void CallDump::WriteStep(const ORVPrintFilterStep& step) {
+    // In the order of the operations.
+    constexpr std::array<const char*, std::variant_size_v<ORVFilterOperation>> kNames{
+        "nothing",   "pass",       "blur",   "offset",      "flood",      "merge",
+        "shadow",    "blend",      "composite", "colour-matrix", "transfer", "convolution",
+        "morphology", "tile",      "turbulence", "displacement", "lighting", "input"};
+    json_.BeginObject();
+    json_.Key("operation");
+    json_.Text(kNames[step.operation.index()]);
+    json_.Key("inputs");
+    json_.BeginArray();
+    for (const int input : step.inputs) {
+        if (input == ORVPrintFilterStep::kSource)
+            json_.Text("source");
+        else if (input == ORVPrintFilterStep::kSourceAlpha)
+            json_.Text("source-alpha");
+        else
+            json_.Integer(input);
+    }
+    json_.EndArray();
+    json_.Key("linear");
+    json_.Flag(step.isLinear);
+    WriteExtent("subregion", step.subregion);
+    json_.EndObject();
+}
+
+/// A box, unless it is everywhere.
+void CallDump::WriteExtent(const char* key, const ORVMathBox2D& box) {
+    if (std::isfinite(box.xMax - box.xMin + box.yMax - box.yMin)) WriteBox(key, box);
+}
+
+int CallDump::BeginFilter(const ORVPrintFilter& filter) {
+    Open("filter");
+    WriteMap(filter.toPage);
+    WriteExtent("region", filter.region);
+    json_.Key("steps");
+    json_.BeginArray();
+    for (const ORVPrintFilterStep& step : filter.steps) WriteStep(step);
+    json_.EndArray();
+    return OpenContent();
+}
+
+int CallDump::BeginFilterInput() {
+    Open("input");
     return OpenContent();
 }
 

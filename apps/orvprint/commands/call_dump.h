@@ -2,6 +2,7 @@
 #pragma once
 
 #include "apps/orvprint/commands/json_writer.h"
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// Writes what a drawing draws as JSON: pages with their content, groups, layers and clips nested as they
@@ -15,7 +16,7 @@ public:
     void Finish(int result);
 
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters | kContentLayers;
     }
     bool KeepsIdentifiers() const override { return true; }
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
@@ -30,6 +31,10 @@ public:
     int EndLayer() override { return Close(); }
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override { return Close(); }
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override { return Close(); }
+    int BeginFilterInput() override;
+    int EndFilterInput() override { return Close(); }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;
@@ -45,6 +50,8 @@ private:
     void WriteText(const char* key, std::string_view text);
     void WriteNumber(const char* key, double number);
     void WriteBox(const char* key, const ORVMathBox2D& box);
+    void WriteExtent(const char* key, const ORVMathBox2D& box);
+    void WriteStep(const ORVPrintFilterStep& step);
     void WriteMap(const ORVMathAffine2D& map);
     void WritePath(const ORVPrintPath& path);
     void WriteColour(const char* key, const ORVPrintColour& colour);

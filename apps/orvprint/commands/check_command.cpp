@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <map>
 
 #include "apps/orvprint/check/document_check.h"
 #include "apps/orvprint/check/standard_check.h"
@@ -27,6 +29,7 @@ std::string InputName(const std::string& path) { return DisplayName(path, "stand
 struct CheckedInput {
     int failure = kExitDone;  ///< an exit code; the findings count only when it is kExitDone
     ORVXmlError error;        ///< for kExitNotWellFormed
+    bool hasPxSize = false;   ///< a size in px, where a px is not that of other programs
 };
 
 int ReportError(const std::string& path, const ORVXmlError& error) {
@@ -45,6 +48,12 @@ bool HoldsPages(const ORVXmlNode& node) {
     return false;
 }
 
+/// Whether a length counts in px.
+bool IsInPx(std::string_view length) {
+    if (length.ends_with("px")) return true;
+    return !length.empty() && ((length.back() >= '0' && length.back() <= '9') || length.back() == '.');
+}
+
 CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
                         Findings& findings) {
     ORVLightXmlParser parser;
@@ -52,12 +61,12 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std
     std::vector<ORVXmlPlace> places;
     parser.Parse({bytes.data(), bytes.size()}, root, &places);
     if (!parser.GetError().message.empty() || !root.GetNode())
-        return {ReportError(path, parser.GetError()), parser.GetError()};
+        return {ReportError(path, parser.GetError()), parser.GetError(), false};
 
     CheckedDocument document{root.GetNode(), bytes, &places, path == "-" ? std::string() : path, {}};
     if (IsFragmentInput(path, options)) {
         const auto fragments = SelectFragments(root.GetNode(), path, options);
-        if (fragments.empty()) return {kExitNoPage, {}};
+        if (fragments.empty()) return {kExitNoPage, {}, false};
         document.fragments.insert(fragments.begin(), fragments.end());
         // That parser's rule: what follows a drawing that was asked for by name belongs to it.
         if (options.parser == "dom" && !options.fragment.empty())
@@ -69,12 +78,18 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std
         CheckStandardDocument(document, root.GetTree(), findings);
     else
         CheckDocument(document, findings);
-    return {};
+    CheckedInput checked;
+    const ORVXmlNode& page = *root.GetNode();
+    checked.hasPxSize =
+        options.interpreter != "SVG2" && page.id == ElementName::kSvg &&
+        (IsInPx(page.Value(AttributeName::kWidth)) || IsInPx(page.Value(AttributeName::kHeight)) ||
+         (!page.Has(AttributeName::kWidth) && page.Has(AttributeName::kViewBox)));
+    return checked;
 }
 
 CheckedInput CheckOne(const std::string& path, const ReadOptions& options, Findings& findings) {
     InputBytes bytes;
-    if (const int code = ReadInput(path, bytes); code != kExitDone) return {code, {}};
+    if (const int code = ReadInput(path, bytes); code != kExitDone) return {code, {}, false};
     return CheckBytes(path, options, bytes.GetView(), findings);
 }
 
@@ -93,12 +108,35 @@ std::string Summary(const Findings& findings) {
     return Plural(findings.GetTotal(), "finding") + " of " + Plural(CountKinds(findings), "kind");
 }
 
-void WriteLine(std::FILE* file, const std::string& name, const Finding& finding) {
+void WriteLine(std::FILE* file, const std::string& name, const Finding& finding, std::size_t times) {
     std::string line = name + ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) +
                        ": " + finding.element;
     if (!finding.attribute.empty()) line += " " + finding.attribute;
     if (!finding.value.empty()) line += " \"" + finding.value + "\"";
-    TextLine(file).Put(line).Put(": ").Put(finding.message).End();
+    TextLine text(file);
+    text.Put(line).Put(": ").Put(finding.message);
+    if (times > 1) text.Put(" (" + std::to_string(times) + " times)");
+    text.End();
+}
+
+/// Findings that say the same of the same value, at several places.
+struct Repeated {
+    const Finding* first;
+    std::size_t times = 1;
+};
+
+std::vector<Repeated> Fold(const std::vector<const Finding*>& findings) {
+    std::vector<Repeated> folded;
+    std::map<std::array<std::string_view, 3>, std::size_t> places;
+    for (const Finding* finding : findings) {
+        const auto [place, isNew] =
+            places.try_emplace({finding->attribute, finding->value, finding->message}, folded.size());
+        if (isNew)
+            folded.push_back({finding});
+        else
+            ++folded[place->second].times;
+    }
+    return folded;
 }
 
 /// Kind by kind: what they have in common, how many there are, and the first of them.
@@ -115,8 +153,18 @@ void WriteText(std::FILE* file, const std::string& name, const Findings& finding
             return a->line != b->line ? a->line < b->line : a->column < b->column;
         });
         TextLine(file).End().Put(kind.name).Put(" (" + std::to_string(count) + "): ").Put(kind.title).End();
-        const std::size_t shown = std::min(shownOfAKind, kept.size());
-        for (std::size_t i = 0; i < shown; ++i) WriteLine(file, name, *kept[i]);
+        std::size_t shown = 0;
+        if (shownOfAKind == Findings::kKept) {
+            for (const Finding* finding : kept) WriteLine(file, name, *finding, 1);
+            shown = kept.size();
+        } else {
+            std::vector<Repeated> folded = Fold(kept);
+            folded.resize(std::min(shownOfAKind, folded.size()));
+            for (const Repeated& finding : folded) {
+                WriteLine(file, name, *finding.first, finding.times);
+                shown += finding.times;
+            }
+        }
         if (count > shown)
             TextLine(file)
                 .Put("  and " + std::to_string(count - shown) + " more")
@@ -125,8 +173,14 @@ void WriteText(std::FILE* file, const std::string& name, const Findings& finding
     }
 }
 
-void WriteResult(const std::string& name, const Findings& findings, bool verbose) {
+void WriteResult(const std::string& name, const Findings& findings, bool verbose, bool hasPxSize) {
     TextLine(stdout).Put(name).Put(": ").Put(Summary(findings)).End();
+    if (hasPxSize)
+        TextLine(stdout)
+            .Put(
+                "note: its size is in px, which are 1/90 inch here and 1/96 inch in browsers and editors: it "
+                "prints 6.7 % larger than they show it; --interpreter svg2 counts as they do")
+            .End();
     WriteText(stdout, name, findings, verbose ? Findings::kKept : kShownOfAKind);
     if (verbose && findings.GetForeignCount() > 0)
         TextLine(stdout)
@@ -239,7 +293,7 @@ int RunCheck(const CheckOptions& options) {
             WriteJson(json, path, input, findings);
         } else if (input.failure == kExitDone) {
             if (!isFirst) TextLine(stdout).End();
-            WriteResult(InputName(path), findings, options.verbose);
+            WriteResult(InputName(path), findings, options.verbose, input.hasPxSize);
             isFirst = false;
         }
     }

@@ -19,10 +19,11 @@ struct GroupRow {
 // In the order of the help. An option that stands in no row comes last, under "Options".
 constexpr std::array kGroups{
     GroupRow{"Input",
-             " interpreter parser qvxml fragment allow-dir limit max-primitives time-limit keep-going strict "
+             " interpreter language font-size parser qvxml fragment allow-dir limit max-primitives "
+             "time-limit keep-going strict "
              "ignore "
              "no-sandbox require-sandbox "},
-    GroupRow{"Output", " output format pages dpi flatten-dpi "},
+    GroupRow{"Output", " output force format pages dpi width height zoom background export-id flatten-dpi "},
     GroupRow{"Several inputs", " out-dir jobs quiet "},
     GroupRow{"Paper", " paper orientation scale margin align tile overlap nup "},
     GroupRow{"Colours and lines", " grey mono stroke-scale min-stroke "},
@@ -41,7 +42,7 @@ class HelpFormatter final : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App* app, std::string name) const override {
         if (app->get_parent()) return CLI::Formatter::make_usage(app, name);
-        return "Usage: " + name + " [print] [OPTIONS] FILE... -o OUTPUT\n       " + name +
+        return "Usage: " + name + " [print] [OPTIONS] FILE... [-o OUTPUT]\n       " + name +
                " [print] [OPTIONS] FILE... --out-dir DIR -f FORMAT\n       " + name +
                " COMMAND [OPTIONS] [FILE]\n";
     }

@@ -33,8 +33,7 @@ void WriteText(const std::string& name, const std::vector<PageFacts>& pages) {
     }
 }
 
-void WriteJson(const std::string& name, const std::vector<PageFacts>& pages) {
-    JsonWriter json(stdout);
+void WriteJson(JsonWriter& json, const std::string& name, const std::vector<PageFacts>& pages) {
     json.BeginObject();
     json.Key("file");
     json.Text(name);
@@ -65,22 +64,39 @@ void WriteJson(const std::string& name, const std::vector<PageFacts>& pages) {
     json.LineBreak();
 }
 
-}  // namespace
-
-int RunInfo(const std::string& input, const ReadOptions& options, bool asJson) {
-    DrawingTime time;
-    time.Begin(DisplayName(input, "standard input"));
-    std::vector<PageFacts> pages;
-    const int code = ForEachDrawing(input, options, [&pages](const Drawing& drawing) {
+int ReadPages(const std::string& input, const ReadOptions& options, std::vector<PageFacts>& pages) {
+    return ForEachDrawing(input, options, [&pages](const Drawing& drawing) {
         pages.insert(pages.end(), drawing.pages.begin(), drawing.pages.end());
         return static_cast<int>(kExitDone);
     });
-    if (code != kExitDone) return code;
-    if (asJson)
-        WriteJson(input, pages);
-    else
-        WriteText(DisplayName(input, "standard input"), pages);
+}
+
+}  // namespace
+
+int RunInfo(const std::vector<std::string>& inputs, const ReadOptions& options, bool asJson) {
+    DrawingTime time;
+    JsonWriter json(stdout);
+    const bool isList = asJson && inputs.size() > 1;
+    if (isList) json.BeginArray();
+    int failure = kExitDone;
+    for (const std::string& input : inputs) {
+        std::fflush(stdout);  // what was told stands, even if the time of this one ends the process
+        time.Begin(DisplayName(input, "standard input"));
+        std::vector<PageFacts> pages;
+        const int code = ReadPages(input, options, pages);
+        if (code != kExitDone && failure == kExitDone) failure = code;
+        if (code != kExitDone) continue;
+        if (asJson)
+            WriteJson(json, input, pages);
+        else
+            WriteText(DisplayName(input, "standard input"), pages);
+    }
+    if (isList) {
+        json.EndArray();
+        json.LineBreak();
+    }
+    if (asJson) json.Flush();
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         return Report(kExitUnwritable, "standard output", "cannot be written");
-    return kExitDone;
+    return failure;
 }

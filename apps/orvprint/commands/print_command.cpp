@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
@@ -24,16 +25,21 @@
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "generators/common/ORVDescriptorOutput.h"
+#include "generators/common/ORVElementPage.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/common/ORVGeneratorSequence.h"
 #include "generators/common/generator_status.h"
+#include "generators/flatten/ORVFilterImages.h"
 #include "generators/flatten/ORVFlattener.h"
 #include "generators/formats.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintPropertiesManager.h"
 #include "platform/system/files.h"
+#include "platform/xml/unread_elements.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 /// The format asked for, or that of the output's ending. @return null after a report
 const ORVOutputFormat* FindFormat(const PrintOptions& options) {
@@ -85,6 +91,32 @@ std::string PageNumbers(const std::vector<unsigned int>& pages) {
     return text + " have";
 }
 
+/// Names of elements, the first ones of them.
+std::string NamesOf(std::uint32_t elements) {
+    constexpr unsigned int kMostNamed = 3;
+    std::string names;
+    unsigned int count = 0;
+    for (unsigned int place = 0; !orvprint::NameOfUnreadElement(place).empty(); ++place) {
+        if ((elements >> place & 1U) == 0) continue;
+        if (count++ < kMostNamed)
+            names.append(names.empty() ? "" : ", ").append(orvprint::NameOfUnreadElement(place));
+    }
+    if (count == 0) return "unknown elements";
+    return names + (count > kMostNamed || (elements & orvprint::kOtherElements) != 0 ? " and more" : "");
+}
+
+/// Says what of a drawing the first interpreter did not read, and who does. Most drawings have nothing of the
+/// kind, which the parser knows.
+void TellLoss(const std::string& name, std::uint32_t elements) {
+    if (elements == 0) return;
+    const bool isStandard = (elements & ~orvprint::kStandardElements) == 0;
+    const bool isPartly = !isStandard && (elements & orvprint::kStandardElements) != 0;
+    Report(kExitDone, name,
+           "contains " + NamesOf(elements) + ", not printed; list with: orvprint check" +
+               (isStandard ? "; print with --interpreter svg2"
+                           : (isPartly ? "; --interpreter svg2 prints part of it" : "")));
+}
+
 /// One run of the command: the output, and what went into it so far.
 class Printing {
 public:
@@ -94,6 +126,10 @@ public:
     /// Finds out whether the output can be written at all. @return an exit code
     int Check() {
         if (options_.output == "-") return kExitDone;
+        const fs::path folder = fs::path(options_.output).parent_path();
+        std::error_code error;
+        if (!folder.empty() && fs::status(folder, error).type() == fs::file_type::not_found)
+            return Report(kExitUnwritable, OutputName(), "there is no folder " + folder.string());
         const auto trial = CreateFileOutput(format_.onePageAPart && options_.inputs.size() > 1);
         return trial->Prepare() == 1 ? static_cast<int>(kExitDone)
                                      : Report(OutputName(), trial->GetFailure());
@@ -129,6 +165,7 @@ private:
         auto output = std::make_unique<ORVFileOutput>(options_.output, isNumbered);
         for (const std::string& input : options_.inputs) output->Protect(input == "-" ? "/dev/stdin" : input);
         ProtectFilesOfDrawings(*output);
+        if (options_.keepsFiles) output->KeepFiles();
         return output;
     }
 
@@ -166,17 +203,38 @@ private:
         if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
             return Report(name, ORVFailure::OfLimit(ORVPrintLimit::kPages));
         if (!sequence_)
-            if (const int code = Open(isWhole, pages.size(), sheets); code != kExitDone) return code;
+            if (const int code = Open(isWhole, options_.elementId.empty() ? pages.size() : 1, sheets);
+                code != kExitDone)
+                return code;
 
         ORVPrintParameters parameters;
         parameters.SetPages(pages);
         parameters.SetIsLast(true);
         drawing.interpreter.SetAllPages(1);
-        const int status = drawing.interpreter.Print(&*sequence_, parameters);
+        const int status = PrintPages(drawing.interpreter, parameters);
         for (const ORVPrintPropertiesManager::Info& info : ORVPrintPropertiesManager::GetInfos())
             Report(kExitDone, name, std::string(info.message.GetView()));
         ORVPrintPropertiesManager::ClearInfos();
-        return status == kGeneratorDone ? static_cast<int>(kExitDone) : ReportFailure(name, status);
+        if (status != kGeneratorDone) return ReportFailure(name, status);
+        if (options_.tellsLoss && options_.read.interpreter == "SVG") TellLoss(name, drawing.unreadElements);
+        return element_ ? CheckElement(name) : static_cast<int>(kExitDone);
+    }
+
+    int PrintPages(ORVPrintInterpreter& interpreter, ORVPrintParameters& parameters) {
+        if (options_.elementId.empty()) return interpreter.Print(&*sequence_, parameters);
+        element_.emplace(*sequence_, options_.elementId);
+        parameters.SetReportedElement(ORVUnicodeString(options_.elementId));
+        return interpreter.Print(&*element_, parameters);
+    }
+
+    /// Finds out whether the one element came. @return an exit code; a failure was reported
+    int CheckElement(const std::string& name) const {
+        if (element_->HasPage()) return kExitDone;
+        return Report(kExitPageOutOfRange, name,
+                      element_->IsFound()
+                          ? "the element '" + options_.elementId + "' shows nothing"
+                          : "no element with the id '" + options_.elementId +
+                                "' is drawn; --export-id takes an element that the drawing shows");
     }
 
     /// Takes the pages without area out, which is reported. One that was asked for by its number is a
@@ -202,6 +260,7 @@ private:
 
     /// Sheets that pages of a drawing take.
     double CountSheets(const Drawing& drawing, const std::vector<unsigned int>& pages) const {
+        if (!options_.elementId.empty()) return 1.0;
         if (!options_.sheet) return static_cast<double>(pages.size());
         std::vector<ORVPaperSize> sizes;
         sizes.reserve(pages.size());
@@ -241,7 +300,11 @@ private:
         // What the first interpreter draws, every format can say.
         if (options_.read.interpreter != "SVG" && ORVFlattener::IsNeededBefore(generator_->Get()))
             flattener_ = std::make_unique<ORVFlattener>(generator_->Get(), FlattenOptions(formatOptions));
-        ORVPrintGenerator& format = flattener_ ? *flattener_ : generator_->Get();
+        if (options_.read.interpreter != "SVG") {
+            ORVPrintGenerator& target = flattener_ ? *flattener_ : generator_->Get();
+            filters_ = std::make_unique<ORVFilterImages>(target, FilterOptions(formatOptions));
+        }
+        ORVPrintGenerator& format = filters_ ? *filters_ : generator_->Get();
         if (options_.sheet) {
             ORVSheetOptions sheet = *options_.sheet;
             sheet.keepsGreys = format_.makesDots;
@@ -255,6 +318,17 @@ private:
         ORVFlattenOptions options;
         options.dotsPerInch = options_.flattenDotsPerInch;
         options.colourMode = format.colourMode;
+        options.pixelLimit = format.pixelLimit;
+        options.outputPixelLimit = format.outputPixelLimit;
+        options.paintLimit = format.paintLimit;
+        options.threads = format.threads;
+        return options;
+    }
+
+    /// Formats of pixels get images of their own pixels.
+    ORVFilterOptions FilterOptions(const ORVFormatOptions& format) const {
+        ORVFilterOptions options;
+        options.dotsPerInch = format_.hasPixels ? format.dotsPerInch : options_.flattenDotsPerInch;
         options.pixelLimit = format.pixelLimit;
         options.outputPixelLimit = format.outputPixelLimit;
         options.paintLimit = format.paintLimit;
@@ -280,6 +354,7 @@ private:
 
     ORVFailure FailureOfGenerator() const {
         if (sheet_ && sheet_->GetFailure()) return sheet_->GetFailure();
+        if (filters_ && filters_->GetFailure()) return filters_->GetFailure();
         if (flattener_ && flattener_->GetFailure()) return flattener_->GetFailure();
         if (generator_->GetFailure()) return generator_->GetFailure();
         return ORVFailure::Of(ORVFailureReason::kNotDrawn);
@@ -295,8 +370,10 @@ private:
     ORVFileOutput* file_ = nullptr;  // the output, when it is one
     std::unique_ptr<ORVFormatGenerator> generator_;
     std::unique_ptr<ORVFlattener> flattener_;   // before the generator, when needed
+    std::unique_ptr<ORVFilterImages> filters_;  // before these, unless nothing has filters
     std::unique_ptr<ORVSheetGenerator> sheet_;  // before that, when asked for
     std::optional<ORVGeneratorSequence> sequence_;
+    std::optional<ORVElementPage> element_;  // before that, of the present drawing
 };
 
 }  // namespace

@@ -17,8 +17,10 @@ struct PrintOptions {
     std::vector<std::string> inputs;  ///< "-" for standard input
     std::string output;               ///< "-" for standard output
     std::string outputName;           ///< what messages call it; empty: by its path
+    bool keepsFiles = false;          ///< never write over a file that exists
     std::string format;               ///< empty: the output's ending tells
     PageSelection pages;              ///< counted through all inputs
+    bool tellsLoss = false;           ///< say on standard error what of a drawing was not read
     bool strict = false;              ///< print only what the check finds nothing in
     std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     double dotsPerInch = 90.0;
@@ -26,6 +28,7 @@ struct PrintOptions {
     unsigned int threads = 0;           ///< that draw a picture; 0 for as many as the machine has processors
     bool isInSandbox = false;           ///< already: the process does other jobs, too
     std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
+    std::string elementId;                 ///< of the one element to print; empty for all of the drawing
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went

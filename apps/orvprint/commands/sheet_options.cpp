@@ -56,6 +56,13 @@ bool ReadFactor(std::string_view text, double& factor) {
     return factor >= kSmallestScale && factor <= kLargestScale;
 }
 
+/// A number without a sign or unit is a factor. Whoever writes a large one means percent.
+bool IsProbablyPercent(const std::string& text) {
+    constexpr double kGreatestPlainFactor = 20.0;
+    double factor = 0.0;
+    return ReadNumber(text, factor) && factor > kGreatestPlainFactor;
+}
+
 bool ReadScale(const std::string& text, ORVSheetScale& scale) {
     scale.kind = ORVSheetScale::Kind::kFactor;
     scale.factor = 1.0;
@@ -123,13 +130,14 @@ int CheckTogether(const SheetArguments& arguments, const ORVSheetLayout& layout)
         if (layout.pagesPerSheet > 1) return Refuse("--nup", kNeedsPaper);
     }
     if (arguments.isPoster && layout.pagesPerSheet > 1)
-        return Refuse("--tile", "and --nup exclude each other");
+        return Report(kExitUsage, "", "--tile and --nup exclude each other");
     if (arguments.isPoster && isBound)
         return Refuse("--scale", *arguments.scale +
                                      " makes one sheet of a page; with --tile give a number, such as 200%");
     if (arguments.overlap && !arguments.isPoster)
         return Refuse("--overlap", "is for posters; add --tile or leave it out");
-    if (arguments.isGrey && arguments.isMono) return Refuse("--grey", "and --mono exclude each other");
+    if (arguments.isGrey && arguments.isMono)
+        return Report(kExitUsage, "", "--grey and --mono exclude each other");
     return kExitDone;
 }
 
@@ -202,6 +210,10 @@ int ReadSheetArguments(const SheetArguments& arguments, std::optional<ORVSheetOp
         layout.orientation = ORVSheetOrientation::kPortrait;
     if (arguments.orientation && Equals(*arguments.orientation, "landscape"))
         layout.orientation = ORVSheetOrientation::kLandscape;
+    if (arguments.scale && IsProbablyPercent(*arguments.scale))
+        return Refuse("--scale", Quoted(*arguments.scale) + "is a factor, not a percentage; write " +
+                                     *arguments.scale + "% for percent or " + *arguments.scale +
+                                     ":1 to enlarge so many times");
     if (arguments.scale && !ReadScale(*arguments.scale, layout.scale))
         return Refuse("--scale", Quoted(*arguments.scale) +
                                      "is not a scale; use 50%, 1:20, 2:1, 0.5, fit, fill or none (numbers "

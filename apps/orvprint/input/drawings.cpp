@@ -14,6 +14,7 @@
 #include <cstring>
 #include <optional>
 
+#include "apps/orvprint/input/foreign_input.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/memory_prefault.h"
@@ -25,6 +26,7 @@
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/print/ORVPrintInputXMLElement.h"
 #include "platform/print/ORVPrintModule.h"
+#include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/files.h"
 #include "platform/system/growing_bytes.h"
@@ -231,10 +233,11 @@ int UseDrawing(const std::string& path, ORVPrintInterpreter& interpreter, Docume
         return Report(InputName(path), ORVFailure::Of(ORVFailureReason::kOutOfMemory,
                                                       "could not be turned into pages; out of memory"));
     std::vector<PageFacts> pages = FactsOfPages(*model);
+    const std::uint32_t unread = document.GetTree() ? document.GetTree()->GetUnreadElements() : 0;
     model = nullptr;  // a last print takes it apart
     if (pages.empty()) return Report(kExitNoPage, InputName(path), "has no page");
     if (isOnly) document = Document();
-    return use({interpreter, std::move(pages), isOnly});
+    return use({interpreter, std::move(pages), isOnly, unread});
 }
 
 /// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
@@ -269,6 +272,18 @@ int UseStandardDrawings(const std::string& path, const ReadOptions& options, con
         if (code != kExitDone) return code;
     }
     return kExitDone;
+}
+
+/// The words between commas, in lower case.
+std::vector<std::string> SplitLanguages(std::string_view list) {
+    std::vector<std::string> languages;
+    std::string language;
+    for (const char c : list) {
+        if (c == ',' && !language.empty()) languages.push_back(std::exchange(language, {}));
+        if (c != ',' && c != ' ') language += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    if (!language.empty()) languages.push_back(language);
+    return languages;
 }
 
 }  // namespace
@@ -319,6 +334,7 @@ int ApplyReadOptions(const ReadOptions& options) {
     else
         setenv(kWithoutDOM, "1", 1);
     SetTimeLimit(options.timeLimit);
+    ORVPrintPreferences::Set({SplitLanguages(options.languages), options.fontSize});
     return ApplyLimits(options.limits);
 }
 
@@ -330,12 +346,17 @@ bool IsFragmentInput(const std::string& path, const ReadOptions& options) {
 int ReadInput(const std::string& path, InputBytes& bytes) {
     if (const int code = ReadBytes(path, bytes); code != kExitDone) return code;
     if (bytes.GetView().empty()) return Report(kExitUnreadable, InputName(path), "is empty");
+    if (const std::string_view kind = DescribeForeignInput(bytes.GetView()); !kind.empty())
+        return Report(kExitNotWellFormed, InputName(path),
+                      "is " + std::string(kind) + ", not an SVG drawing");
     return kExitDone;
 }
 
 int CheckInput(const std::string& path) {
     if (path == "-") return kExitDone;
     struct stat information {};
+    if (path.find("://") != std::string::npos && stat(path.c_str(), &information) != 0)
+        return Report(kExitUnreadable, path, "is an address, not a file; download the drawing first");
     if (stat(path.c_str(), &information) != 0 || access(path.c_str(), R_OK) != 0)
         return Report(kExitUnreadable, path, std::strerror(errno));
     if (S_ISDIR(information.st_mode)) return Report(kExitUnreadable, path, "is a folder");
@@ -346,6 +367,10 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing&)>& use) {
     InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    if (!IsFragmentInput(path, options) && IsHtml(bytes.GetView()))
+        return Report(kExitNoPage, InputName(path),
+                      "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with "
+                      "--qvxml");
     const MemoryPrefault memoryPrefault(bytes.GetView().size());
     Document document;
     if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);

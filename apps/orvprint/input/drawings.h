@@ -25,6 +25,8 @@ struct ReadOptions {
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
     double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
     bool withoutSandbox = false;      ///< keep what the command does not need
+    std::string languages;            ///< that the user reads, as "en,de"; empty for the locale's
+    double fontSize = 12.0;           ///< px, of text that states no size; for standard SVG only
     bool requiresSandbox = false;     ///< fail where the system refuses part of the sandbox
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
@@ -71,6 +73,8 @@ struct Drawing {
     ORVPrintInterpreter& interpreter;
     std::vector<PageFacts> pages;
     bool isOnly;  ///< the only drawing of its input
+    /// Elements of its document that the interpreter SVG does not read; see ORVXmlTree.
+    std::uint32_t unreadElements = 0;
 };
 
 /// Applies the options to this process: the parser that interpreters choose, limits, that of time too.

@@ -3,23 +3,19 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <map>
 #include <memory>
 #include <utility>
 
 #include "interpreters/svg2/values/scanner.h"
 #include "interpreters/svg2/values/transform.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
 
-// Elements that selectors may look at: twenty million, which take a second, and for large drawings with many
-// rules two hundred for each element.
-constexpr std::uint64_t kFreeSteps = 20'000'000, kStepsPerElement = 200;
+constexpr std::uint64_t kStepsPerDeclaration = 4;
 constexpr int kGreatestVariableDepth = 32;
 constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
-
-using Variables = std::map<std::string_view, std::string_view>;
 
 /// The property of a name as sheets write it.
 std::optional<Name> FindProperty(std::string_view text) {
@@ -69,12 +65,18 @@ std::optional<std::string_view> FindRule(const Style& style, Name name) {
 
 }  // namespace
 
-Cascade::Cascade(const Document& document, const Medium& medium)
+Cascade::Cascade(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work)
     : document_(document),
+      work_(work ? std::move(work) : std::make_shared<StyleWork>(document.GetCount())),
       sheets_(document, medium),
-      matcher_(document),
-      stepLimit_(kFreeSteps + kStepsPerElement * document.GetCount()),
+      matcher_(document, *work_),
       medium_(medium) {}
+
+Style Cascade::InitialStyle() {
+    Style style;
+    style.fontSize = ORVPrintPreferences::Get().fontSize;
+    return style;
+}
 
 UnitSizes Cascade::SizesOf(const Style& style) const {
     UnitSizes sizes;
@@ -92,13 +94,19 @@ std::optional<std::string_view> Cascade::FindGeometry(ElementIndex element, Name
     return rule ? rule : document_.Find(element, name);
 }
 
+// Most elements share their parent's variables; those that state some get a scope of their own.
+void Cascade::AddVariable(const Declaration& declaration, Style& style) {
+    if (!ownVariables_) {
+        ownVariables_ = std::make_shared<VariableScope>();
+        ownVariables_->outer = std::exchange(style.variables, ownVariables_);
+    }
+    ownVariables_->own[declaration.name] = declaration.value;
+}
+
 void Cascade::AddDeclaration(const Declaration& declaration, Style& style) {
+    work_->Take(kStepsPerDeclaration);
     if (declaration.name.starts_with("--")) {
-        // Most elements share their parent's variables; those that state some get a list of their own.
-        auto variables =
-            style.variables ? std::make_shared<Variables>(*style.variables) : std::make_shared<Variables>();
-        (*variables)[declaration.name] = declaration.value;
-        style.variables = std::move(variables);
+        AddVariable(declaration, style);
         return;
     }
     if (const std::optional<Name> name = FindProperty(declaration.name))
@@ -113,13 +121,15 @@ void Cascade::AddStyleAttribute(std::string_view text, bool important, Style& st
 
 void Cascade::Collect(ElementIndex element, Style& style) {
     candidates_.clear();
+    ownVariables_.reset();
     document_.ForEachProperty(element, [this](Name name, std::string_view value) {
         candidates_.push_back({name, value, true});
     });
     std::string_view attribute = document_.ValueOf(element, Name::kStyle);
     if (attribute.find("/*") != std::string_view::npos) {
+        work_->TakeText(attribute.size());
         attribute = texts_.emplace_back(WithoutComments(attribute));
-        substituted_ += attribute.size();
+        work_->TakeKept(attribute.size());
     }
     if (sheets_.IsEmpty() && attribute.empty()) return;
 
@@ -141,8 +151,22 @@ void Cascade::Collect(ElementIndex element, Style& style) {
     if (attribute.find('!') != std::string_view::npos) AddStyleAttribute(attribute, true, style);
 }
 
+namespace {
+
+/// The value of a variable; null when no element around states it.
+const std::string_view* FindVariable(const Style& style, std::string_view name, StyleWork& work) {
+    for (const VariableScope* scope = style.variables.get(); scope; scope = scope->outer.get()) {
+        work.Take();
+        if (const auto found = scope->own.find(name); found != scope->own.end()) return &found->second;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 bool Cascade::SubstituteInto(std::string_view text, const Style& style, int depth, std::string& result) {
-    if (depth > kGreatestVariableDepth) return false;
+    work_->TakeText(text.size());
+    if (depth > kGreatestVariableDepth || work_->IsSpent()) return false;
     for (;;) {
         const std::size_t start = text.find("var(");
         result += text.substr(0, start);
@@ -154,10 +178,8 @@ bool Cascade::SubstituteInto(std::string_view text, const Style& style, int dept
         text = scanner.Rest();
         const std::size_t comma = inside.find(',');
         const std::string_view name = Trim(inside.substr(0, comma));
-        const auto found = style.variables ? style.variables->find(name) : Variables::const_iterator();
-        const bool isKnown = style.variables && found != style.variables->end();
-        if (isKnown) {
-            if (!SubstituteInto(found->second, style, depth + 1, result)) return false;
+        if (const std::string_view* known = FindVariable(style, name, *work_)) {
+            if (!SubstituteInto(*known, style, depth + 1, result)) return false;
         } else if (comma == std::string_view::npos ||
                    !SubstituteInto(inside.substr(comma + 1), style, depth + 1, result)) {
             return false;
@@ -167,8 +189,8 @@ bool Cascade::SubstituteInto(std::string_view text, const Style& style, int dept
 
 bool Cascade::Substitute(std::string_view text, const Style& style, std::string_view& result) {
     std::string substituted;
-    if (substituted_ > kMostSubstituted || !SubstituteInto(text, style, 0, substituted)) return false;
-    substituted_ += substituted.size();
+    if (!SubstituteInto(text, style, 0, substituted)) return false;
+    work_->TakeKept(substituted.size());
     result = texts_.emplace_back(std::move(substituted));
     return true;
 }
@@ -184,10 +206,13 @@ void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, 
         if (EqualsIgnoringCase(Trim(value), "inherit"))
             value = FindRule(context.parent, candidate.name).value_or("initial");
         if (!IsGeometryValue(candidate.name, value, context.sizes)) return;
-        auto rules = style.geometry ? std::make_shared<GeometryRules>(*style.geometry)
-                                    : std::make_shared<GeometryRules>();
-        rules->emplace_back(candidate.name, value);
-        style.geometry = std::move(rules);
+        if (!style.geometry) style.geometry = std::make_shared<GeometryRules>();
+        const auto isOfName = [&](const auto& rule) { return rule.first == candidate.name; };
+        const auto stated = std::find_if(style.geometry->begin(), style.geometry->end(), isOfName);
+        if (stated == style.geometry->end())
+            style.geometry->emplace_back(candidate.name, value);
+        else
+            stated->second = value;
     } else if (candidate.name == Name::kAll) {
         for (std::size_t i = 0; i <= static_cast<std::size_t>(kLastProperty); ++i) {
             const auto name = static_cast<Name>(i);

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "interpreters/svg2/css/Style.h"
 #include "interpreters/svg2/css/StyleSheets.h"
+#include "interpreters/svg2/css/StyleWork.h"
 #include "interpreters/svg2/css/properties.h"
 #include "interpreters/svg2/document/Document.h"
 
@@ -19,14 +21,15 @@ namespace svg2 {
 class Cascade {
 public:
     /// @param document  must outlive the cascade and all styles that come of it
-    Cascade(const Document& document, const Medium& medium);
+    /// @param work      that the cascade shares with others; null for its own
+    Cascade(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr);
 
     /// @param parent  of the element it inherits from; that around a reused element is the one that uses it
     /// @param style   out: of the element
     void Compute(ElementIndex element, const Style& parent, Style& style);
 
     /// Style that the root inherits from.
-    static Style InitialStyle() { return {}; }
+    static Style InitialStyle();
 
     /// What lengths of an element refer to.
     UnitSizes SizesOf(const Style& style) const;
@@ -35,10 +38,9 @@ public:
     /// states it.
     std::optional<std::string_view> FindGeometry(ElementIndex element, Name name, const Style& style) const;
 
-    /// False once sheets have cost more than is in proportion; styles are no longer to be relied on.
-    bool IsWithinBudget() const {
-        return matcher_.GetSteps() <= stepLimit_ && substituted_ <= kMostSubstituted;
-    }
+    /// False once styles have cost more than is in proportion; they are no longer to be relied on.
+    bool IsWithinBudget() const { return !work_->IsSpent(); }
+    const std::shared_ptr<StyleWork>& GetWork() const { return work_; }
     const StyleSheets& GetSheets() const { return sheets_; }
 
 private:
@@ -48,10 +50,10 @@ private:
         std::string_view value;
         bool isAttribute;
     };
-    static constexpr std::size_t kMostSubstituted = std::size_t{64} << 20U;  // bytes
 
     void Collect(ElementIndex element, Style& style);
     void AddDeclaration(const Declaration& declaration, Style& style);
+    void AddVariable(const Declaration& declaration, Style& style);
     void AddStyleAttribute(std::string_view text, bool important, Style& style);
     void Apply(const Candidate& candidate, const PropertyContext& context, Style& style);
     bool Substitute(std::string_view text, const Style& style, std::string_view& result);
@@ -59,15 +61,15 @@ private:
     void NoteDecorations(const Style& parent, Style& style) const;
 
     const Document& document_;
+    std::shared_ptr<StyleWork> work_;
     StyleSheets sheets_;
     SelectorMatcher matcher_;
-    const std::uint64_t stepLimit_;
     Medium medium_;
-    double rootFontSize_ = 12.0;
-    std::size_t substituted_ = 0;
+    double rootFontSize_ = InitialStyle().fontSize;
     std::deque<std::string> texts_;  // that values of variables and stripped comments stand in
     std::vector<StyleSheets::Match> matches_;
     std::vector<Candidate> candidates_;
+    std::shared_ptr<VariableScope> ownVariables_;  // of the element whose style is being computed
 };
 
 }  // namespace svg2

@@ -3,9 +3,9 @@
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "interpreters/svg2/document/names.h"
@@ -60,6 +60,45 @@ enum class Baseline : std::uint8_t {
 };
 enum class ImageRendering : std::uint8_t { kSmooth, kNearest };
 enum class PaintPart : std::uint8_t { kFill, kStroke, kMarkers };
+/// How characters that do not belong in vertical lines stand there.
+enum class TextOrientation : std::uint8_t {
+    kMixed,  ///< those that belong there upright, others on their side
+    kUpright,
+    kSideways,
+};
+/// Forms of letters that fonts may have, as flags.
+enum FontVariant : std::uint32_t {
+    kNoCommonLigatures = 1U << 0U,
+    kDiscretionaryLigatures = 1U << 1U,
+    kHistoricalLigatures = 1U << 2U,
+    kNoContextual = 1U << 3U,
+    kSmallCaps = 1U << 4U,
+    kAllSmallCaps = 1U << 5U,
+    kPetiteCaps = 1U << 6U,
+    kAllPetiteCaps = 1U << 7U,
+    kUnicase = 1U << 8U,
+    kTitlingCaps = 1U << 9U,
+    kLiningNumbers = 1U << 10U,
+    kOldstyleNumbers = 1U << 11U,
+    kProportionalNumbers = 1U << 12U,
+    kTabularNumbers = 1U << 13U,
+    kDiagonalFractions = 1U << 14U,
+    kStackedFractions = 1U << 15U,
+    kOrdinals = 1U << 16U,
+    kSlashedZero = 1U << 17U,
+    kSubscript = 1U << 18U,
+    kSuperscript = 1U << 19U,
+    kJis78 = 1U << 20U,
+    kJis83 = 1U << 21U,
+    kJis90 = 1U << 22U,
+    kJis04 = 1U << 23U,
+    kSimplified = 1U << 24U,
+    kTraditional = 1U << 25U,
+    kFullWidth = 1U << 26U,
+    kProportionalWidth = 1U << 27U,
+    kRuby = 1U << 28U,
+    kHistoricalForms = 1U << 29U,
+};
 /// Lines that decorate text, as flags.
 enum DecorationLine : std::uint8_t { kUnderline = 1, kOverline = 2, kLineThrough = 4 };
 
@@ -74,6 +113,12 @@ struct Decoration {
     std::string_view fontFamily;
     int fontWeight = 400;
     bool isItalic = false;
+};
+
+/// Variables that an element states, before those of the elements around it.
+struct VariableScope {
+    std::shared_ptr<const VariableScope> outer;  ///< null for none
+    std::unordered_map<std::string_view, std::string_view> own;
 };
 
 /// Values of the properties that elements inherit. Lengths are in px.
@@ -101,9 +146,13 @@ struct InheritedStyle {
     double fontSize = 12.0;
     int fontWeight = 400;
     bool isItalic = false;
-    double fontStretch = 100.0;  ///< percent
-    bool hasSmallCaps = false;
+    double fontStretch = 100.0;              ///< percent
+    std::uint32_t fontVariants = 0;          ///< FontVariant
+    std::string_view fontFeatureSettings;    ///< as written, empty for none
+    std::string_view fontVariationSettings;  ///< likewise
+    bool hasOpticalSizes = true;
     bool hasKerning = true;
+    TextOrientation textOrientation = TextOrientation::kMixed;
     Length letterSpacing, wordSpacing;
     TextAnchor textAnchor = TextAnchor::kStart;
     bool isRightToLeft = false;
@@ -111,10 +160,11 @@ struct InheritedStyle {
     Baseline dominantBaseline = Baseline::kAuto;
     WhiteSpace whiteSpace = WhiteSpace::kCollapse;
     std::shared_ptr<const std::vector<Decoration>> decorations;  ///< null for none
-    std::shared_ptr<const std::map<std::string_view, std::string_view>> variables;
+    std::shared_ptr<const VariableScope> variables;              ///< null for none
 };
 
-/// Properties of shape and place that style sheets state: name and text. They win over the attributes.
+/// Properties of shape and place that style sheets state, each once: name and text. They win over the
+/// attributes.
 using GeometryRules = std::vector<std::pair<Name, std::string_view>>;
 
 /// Values of the properties that each element has for itself.
@@ -135,8 +185,8 @@ struct OwnStyle {
     Baseline alignmentBaseline = Baseline::kAuto;
     std::string_view unicodeBidi;
     bool hasNonScalingStroke = false;
-    bool isOpacityMask = false;                     ///< mask-type
-    std::shared_ptr<const GeometryRules> geometry;  ///< null for none
+    bool isOpacityMask = false;               ///< mask-type
+    std::shared_ptr<GeometryRules> geometry;  ///< null for none; of this element alone
 };
 
 /// What an element looks like.

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <vector>
+
 #include "interpreters/svg2/css/property_rows.h"
+#include "interpreters/svg2/values/filter_list.h"
 
 namespace svg2 {
 namespace {
@@ -41,9 +44,15 @@ bool ReadRaw(Text text, Text& raw) {
     return true;
 }
 
-/// A reference, a list of functions, or none of them.
-bool ReadFilterText(Text text, Text& raw) {
+/// A reference, or none.
+bool ReadReferenceText(Text text, Text& raw) {
     return (Is(text, "none") || text.find('(') != Text::npos) && ReadRaw(text, raw);
+}
+
+/// A list of references and functions, or none of them.
+bool ReadFilterText(Text text, const PropertyContext& context, Text& raw) {
+    std::vector<FilterFunction> list;
+    return ReadFilterList(text, context.sizes, list) && ReadRaw(text, raw);
 }
 
 bool ReadClipText(Text text, Text& raw) {
@@ -72,7 +81,7 @@ const PropertyRow kRows[] = {
     {Name::kColorInterpolationFilters, true, ORV_READ(ReadInterpolation(t, s.filtersInterpolateLinear, true)),
      Copy<&Style::filtersInterpolateLinear>},
     {Name::kDisplay, false, ORV_READ(ReadDisplay(t, s.isDisplayed)), Copy<&Style::isDisplayed>},
-    {Name::kFilter, false, ORV_READ(ReadFilterText(t, s.filter)), Copy<&Style::filter>},
+    {Name::kFilter, false, ORV_READ(ReadFilterText(t, c, s.filter)), Copy<&Style::filter>},
     {Name::kFloodColor, false, ORV_READ(ReadColourValue(t, s.floodColour)), Copy<&Style::floodColour>},
     {Name::kFloodOpacity, false, ORV_READ(ReadOpacity(t, s.floodOpacity)), Copy<&Style::floodOpacity>},
     {Name::kIsolation, false,
@@ -80,7 +89,7 @@ const PropertyRow kRows[] = {
      Copy<&Style::isIsolated>},
     {Name::kLightingColor, false, ORV_READ(ReadColourValue(t, s.lightingColour)),
      Copy<&Style::lightingColour>},
-    {Name::kMask, false, ORV_READ(ReadFilterText(t, s.mask)), Copy<&Style::mask>},
+    {Name::kMask, false, ORV_READ(ReadReferenceText(t, s.mask)), Copy<&Style::mask>},
     {Name::kMaskType, false,
      ORV_READ((Is(t, "alpha") || Is(t, "luminance")) && (s.isOpacityMask = Is(t, "alpha"), true)),
      Copy<&Style::isOpacityMask>},

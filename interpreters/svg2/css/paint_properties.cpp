@@ -124,7 +124,7 @@ bool ReadCap(Text text, ORVPrintStroke::Cap& cap) {
 bool ReadJoin(Text text, ORVPrintStroke::Join& join) {
     using Join = ORVPrintStroke::Join;
     constexpr Keyword<Join> kJoins[] = {{"miter", Join::kMiter},
-                                        {"miter-clip", Join::kMiter},
+                                        {"miter-clip", Join::kMiterClip},
                                         {"arcs", Join::kMiter},
                                         {"round", Join::kRound},
                                         {"bevel", Join::kBevel}};

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "interpreters/svg2/css/property_rows.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -28,12 +29,16 @@ const PropertyRow* RowOf(Name name) {
 /// Sets a property by one of the words that each of them takes. @return false when it is none of these
 bool SetByGeneralKeyword(const PropertyRow& row, Text value, const Context& context, Style& style) {
     static const Style kInitial;
+    const auto copyInitial = [&] {
+        row.copy(kInitial, style);
+        if (DecidesFontSize(row.name)) style.fontSize = ORVPrintPreferences::Get().fontSize;
+    };
     if (Is(value, "inherit"))
         row.copy(context.parent, style);
     else if (Is(value, "initial"))
-        row.copy(kInitial, style);
+        copyInitial();
     else if (Is(value, "unset") || Is(value, "revert") || Is(value, "revert-layer"))
-        row.copy(row.isInherited ? context.parent : kInitial, style);
+        row.isInherited ? row.copy(context.parent, style) : copyInitial();
     else
         return false;
     return true;

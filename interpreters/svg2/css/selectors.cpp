@@ -291,10 +291,14 @@ bool EqualTexts(std::string_view a, std::string_view b, bool ignoresCase) {
                       [](char x, char y) { return ToLower(x) == ToLower(y); });
 }
 
-bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test) {
+bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test, StyleWork& work) {
+    constexpr unsigned int kAttributesPerStep = 8;
+    work.Take(node.attributeCount / kAttributesPerStep);
     const std::optional<std::string_view> found = node.Find(test.name);
     if (!found) return false;
     const std::string_view text = *found, wanted = test.value;
+    if (test.kind == Kind::kIncludes) work.TakeText(text.size());
+    if (test.kind == Kind::kSubstring) work.Take(text.size() / 4);  // each place may begin like the wanted
     const auto equals = [&test](std::string_view a, std::string_view b) {
         return EqualTexts(a, b, test.ignoresCase);
     };
@@ -356,14 +360,31 @@ std::string_view LocalName(std::string_view name) {
 
 }  // namespace
 
+// Siblings are mostly asked for in their order, so that each is counted from the one that came before.
 std::uint32_t SelectorMatcher::PlaceOfType(ElementIndex element, bool fromLast) {
-    std::uint32_t place = 1;
     const std::string_view name = document_[element].node->GetName();
-    const auto next = [&](ElementIndex index) {
-        return fromLast ? document_[index].nextSibling : document_[index].previousSibling;
-    };
-    for (ElementIndex sibling = next(element); sibling != kNoElement; sibling = next(sibling), ++steps_)
-        if (document_[sibling].node->GetName() == name) ++place;
+    const auto isOfType = [&](ElementIndex index) { return document_[index].node->GetName() == name; };
+    KnownPlace& known = (fromLast ? fromLast_ : fromFirst_)[document_[element].parent];
+    std::uint32_t before = 0;
+    ElementIndex sibling = element;
+    for (; sibling != kNoElement && sibling != known.element; sibling = document_[sibling].previousSibling) {
+        work_.Take();
+        if (isOfType(sibling)) ++before;
+    }
+    std::uint32_t place = before;
+    if (sibling != kNoElement && isOfType(sibling)) {
+        place = fromLast ? known.place - before : known.place + before;
+    } else if (sibling != kNoElement || fromLast) {
+        place = 1;
+        const auto next = [&](ElementIndex index) {
+            return fromLast ? document_[index].nextSibling : document_[index].previousSibling;
+        };
+        for (sibling = next(element); sibling != kNoElement; sibling = next(sibling)) {
+            work_.Take();
+            if (isOfType(sibling)) ++place;
+        }
+    }
+    known = {element, place};
     return place;
 }
 
@@ -389,12 +410,12 @@ bool SelectorMatcher::MatchesTest(ElementIndex index, const SelectorTest& test) 
         case Kind::kNot: return !matchesAny();
         case Kind::kIs: return matchesAny();
         case Kind::kLang: return MatchesLanguage(document_, index, test.value);
-        default: return MatchesAttribute(*element.node, test);
+        default: return MatchesAttribute(*element.node, test, work_);
     }
 }
 
 bool SelectorMatcher::MatchesCompound(ElementIndex index, const CompoundSelector& compound) {
-    ++steps_;
+    work_.Take();
     if (compound.matchesNothing) return false;
     const ORVXmlNode& node = *document_[index].node;
     if (!compound.type.empty() && LocalName(node.GetName()) != compound.type) return false;
@@ -402,6 +423,7 @@ bool SelectorMatcher::MatchesCompound(ElementIndex index, const CompoundSelector
         if (node.Value(AttributeName::kId) != id) return false;
     if (!compound.classes.empty()) {
         const std::string_view classes = document_.ValueOf(index, Name::kClass);
+        work_.TakeText(compound.classes.size() * classes.size());
         for (const std::string_view wanted : compound.classes) {
             bool has = false;
             ForEachWord(classes, [&](std::string_view word) { return !(has = word == wanted); });
@@ -434,7 +456,7 @@ SelectorMatcher::Result SelectorMatcher::MatchAround(ElementIndex element, const
 }
 
 bool SelectorMatcher::Matches(ElementIndex element, const Selector& selector) {
-    return MatchesCompound(element, selector.compounds.front()) &&
+    return !work_.IsSpent() && MatchesCompound(element, selector.compounds.front()) &&
            MatchAround(element, selector, 1) == Result::kMatches;
 }
 

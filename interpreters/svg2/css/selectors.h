@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "interpreters/svg2/css/StyleWork.h"
 #include "interpreters/svg2/document/Document.h"
 
 namespace svg2 {
@@ -71,11 +72,11 @@ bool ReadSelectors(std::string_view text, const SelectorNamespaces& namespaces,
 class SelectorMatcher {
 public:
     /// @param document  must outlive this object
-    explicit SelectorMatcher(const Document& document) : document_(document) {}
+    /// @param work      takes a step for each element that is looked at; must outlive this object
+    SelectorMatcher(const Document& document, StyleWork& work) : document_(document), work_(work) {}
 
+    /// False without a look once the work is spent.
     bool Matches(ElementIndex element, const Selector& selector);
-    /// Elements that were looked at, those around the elements in question included.
-    std::uint64_t GetSteps() const { return steps_; }
 
 private:
     /// A failure may say that no element further up, or further to the left, can do better.
@@ -87,8 +88,15 @@ private:
     Result MatchAround(ElementIndex element, const Selector& selector, std::size_t place);
     std::uint32_t PlaceOfType(ElementIndex element, bool fromLast);
 
+    /// An element whose place among those of its type has been found.
+    struct KnownPlace {
+        ElementIndex element = kNoElement;
+        std::uint32_t place = 0;
+    };
+
     const Document& document_;
-    std::uint64_t steps_ = 0;
+    StyleWork& work_;
+    std::unordered_map<ElementIndex, KnownPlace> fromFirst_, fromLast_;  // the latest, by parent
 };
 
 /// Calls `use` for each word of a value that consists of words, until it returns false.

@@ -3,7 +3,9 @@
 #include <cmath>
 #include <cstdint>
 
+#include "interpreters/svg2/css/font_variants.h"
 #include "interpreters/svg2/css/property_rows.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -14,11 +16,11 @@ using Context = PropertyContext;
 bool ReadFontSize(Text text, const Context& context, double& size) {
     constexpr Keyword<int> kSizes[] = {{"xx-small", -3}, {"x-small", -2}, {"small", -1},   {"medium", 0},
                                        {"large", 1},     {"x-large", 2},  {"xx-large", 3}, {"xxx-large", 4}};
-    constexpr double kMedium = 12.0, kFactor = 1.2;
+    constexpr double kFactor = 1.2;
     const double parentSize = context.parent.fontSize;
     int step = 0;
     if (ReadKeyword(kSizes, text, step)) {
-        size = kMedium * std::pow(kFactor, step);
+        size = ORVPrintPreferences::Get().fontSize * std::pow(kFactor, step);
     } else if (Is(text, "larger")) {
         size = parentSize * kFactor;
     } else if (Is(text, "smaller")) {
@@ -77,14 +79,34 @@ bool ReadFontStretch(Text text, double& percent) {
     return true;
 }
 
-bool ReadSmallCaps(Text text, bool& hasSmallCaps) {
-    if (text.empty()) return false;
-    hasSmallCaps = false;
-    ForEachWord(text, [&](Text word) {
-        hasSmallCaps = Is(word, "small-caps") || Is(word, "all-small-caps");
-        return !hasSmallCaps;
-    });
+template <std::uint32_t kGroup>
+void CopyVariants(const Style& from, Style& to) {
+    to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
+}
+
+/// A list as it is written, "normal" being the same as none.
+bool ReadSettings(Text text, Text& settings) {
+    if (!Is(text, "normal") && !text.starts_with('"') && !text.starts_with('\'')) return false;
+    settings = Is(text, "normal") ? Text() : text;
     return true;
+}
+
+bool ReadTextOrientation(Text text, TextOrientation& orientation) {
+    constexpr Keyword<TextOrientation> kValues[] = {{"mixed", TextOrientation::kMixed},
+                                                    {"upright", TextOrientation::kUpright},
+                                                    {"sideways", TextOrientation::kSideways},
+                                                    {"sideways-right", TextOrientation::kSideways}};
+    return ReadKeyword(kValues, text, orientation);
+}
+
+/// "glyph-orientation-vertical": an angle, of which two have a name today.
+bool ReadGlyphOrientation(Text text, TextOrientation& orientation) {
+    constexpr Keyword<TextOrientation> kValues[] = {{"auto", TextOrientation::kMixed},
+                                                    {"0", TextOrientation::kUpright},
+                                                    {"0deg", TextOrientation::kUpright},
+                                                    {"90", TextOrientation::kSideways},
+                                                    {"90deg", TextOrientation::kSideways}};
+    return ReadKeyword(kValues, text, orientation);
 }
 
 /// "normal" or a length.
@@ -186,7 +208,10 @@ bool ReadFont(Text text, const Context& context, Style& style) {
     read.isItalic = initial.isItalic;
     read.fontWeight = initial.fontWeight;
     read.fontStretch = initial.fontStretch;
-    read.hasSmallCaps = initial.hasSmallCaps;
+    read.fontVariants = initial.fontVariants;
+    read.fontFeatureSettings = initial.fontFeatureSettings;
+    read.fontVariationSettings = initial.fontVariationSettings;
+    read.hasKerning = initial.hasKerning;
     Scanner scanner(text);
     bool lineHeightFollows = false;
     for (;;) {
@@ -203,7 +228,7 @@ bool ReadFont(Text text, const Context& context, Style& style) {
         if (ReadFontStyle(word, isItalic)) {
             read.isItalic = isItalic;
         } else if (Is(word, "small-caps")) {
-            read.hasSmallCaps = true;
+            read.fontVariants = kSmallCaps;
         } else if (word.find_first_of("%emptxcmqrh.") == Text::npos &&
                    ReadFontWeight(word, context, weight)) {
             read.fontWeight = weight;
@@ -245,16 +270,40 @@ const PropertyRow kRows[] = {
          to.fontWeight = from.fontWeight;
          to.isItalic = from.isItalic;
          to.fontStretch = from.fontStretch;
-         to.hasSmallCaps = from.hasSmallCaps;
+         to.fontVariants = from.fontVariants;
+         to.fontFeatureSettings = from.fontFeatureSettings;
+         to.fontVariationSettings = from.fontVariationSettings;
+         to.hasKerning = from.hasKerning;
      }},
     {Name::kFontFamily, true, ORV_READ(!t.empty() && (s.fontFamily = t, true)), Copy<&Style::fontFamily>},
     {Name::kFontKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
     {Name::kFontSize, true, ORV_READ(ReadFontSize(t, c, s.fontSize)), Copy<&Style::fontSize>},
     {Name::kFontStretch, true, ORV_READ(ReadFontStretch(t, s.fontStretch)), Copy<&Style::fontStretch>},
     {Name::kFontStyle, true, ORV_READ(ReadFontStyle(t, s.isItalic)), Copy<&Style::isItalic>},
-    {Name::kFontVariant, true, ORV_READ(ReadSmallCaps(t, s.hasSmallCaps)), Copy<&Style::hasSmallCaps>},
-    {Name::kFontVariantCaps, true, ORV_READ(ReadSmallCaps(t, s.hasSmallCaps)), Copy<&Style::hasSmallCaps>},
+    {Name::kFontFeatureSettings, true, ORV_READ(ReadSettings(t, s.fontFeatureSettings)),
+     Copy<&Style::fontFeatureSettings>},
+    {Name::kFontVariationSettings, true, ORV_READ(ReadSettings(t, s.fontVariationSettings)),
+     Copy<&Style::fontVariationSettings>},
+    {Name::kFontOpticalSizing, true,
+     ORV_READ((Is(t, "auto") || Is(t, "none")) && (s.hasOpticalSizes = Is(t, "auto"), true)),
+     Copy<&Style::hasOpticalSizes>},
+    {Name::kFontVariant, true, ORV_READ(ReadFontVariants(t, kFontVariants, s.fontVariants)),
+     CopyVariants<kFontVariants>},
+    {Name::kFontVariantAlternates, true, ORV_READ(ReadFontVariants(t, kHistoricalForms, s.fontVariants)),
+     CopyVariants<kHistoricalForms>},
+    {Name::kFontVariantCaps, true, ORV_READ(ReadFontVariants(t, kCapsVariants, s.fontVariants)),
+     CopyVariants<kCapsVariants>},
+    {Name::kFontVariantEastAsian, true, ORV_READ(ReadFontVariants(t, kEastAsianVariants, s.fontVariants)),
+     CopyVariants<kEastAsianVariants>},
+    {Name::kFontVariantLigatures, true, ORV_READ(ReadFontVariants(t, kLigatureVariants, s.fontVariants)),
+     CopyVariants<kLigatureVariants>},
+    {Name::kFontVariantNumeric, true, ORV_READ(ReadFontVariants(t, kNumericVariants, s.fontVariants)),
+     CopyVariants<kNumericVariants>},
+    {Name::kFontVariantPosition, true, ORV_READ(ReadFontVariants(t, kPositionVariants, s.fontVariants)),
+     CopyVariants<kPositionVariants>},
     {Name::kFontWeight, true, ORV_READ(ReadFontWeight(t, c, s.fontWeight)), Copy<&Style::fontWeight>},
+    {Name::kGlyphOrientationVertical, true, ORV_READ(ReadGlyphOrientation(t, s.textOrientation)),
+     Copy<&Style::textOrientation>},
     {Name::kKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
     {Name::kLetterSpacing, true, ORV_READ(ReadSpacing(t, c, s.letterSpacing)), Copy<&Style::letterSpacing>},
     {Name::kTextAnchor, true, ORV_READ(ReadAnchor(t, s.textAnchor)), Copy<&Style::textAnchor>},
@@ -262,6 +311,8 @@ const PropertyRow kRows[] = {
      Copy<&Style::decorationLines>},
     {Name::kTextDecorationLine, false, ORV_READ(ReadDecoration(t, s.decorationLines)),
      Copy<&Style::decorationLines>},
+    {Name::kTextOrientation, true, ORV_READ(ReadTextOrientation(t, s.textOrientation)),
+     Copy<&Style::textOrientation>},
     {Name::kUnicodeBidi, false, ORV_READ(!t.empty() && (s.unicodeBidi = t, true)), Copy<&Style::unicodeBidi>},
     {Name::kWhiteSpace, true, ORV_READ(ReadWhiteSpace(t, s.whiteSpace)), Copy<&Style::whiteSpace>},
     {Name::kWordSpacing, true, ORV_READ(ReadSpacing(t, c, s.wordSpacing)), Copy<&Style::wordSpacing>},

@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include "platform/system/ORVPrintLimits.h"
+
 namespace svg2 {
 namespace {
 
@@ -40,6 +42,20 @@ std::array<std::optional<AttributeName>, static_cast<std::size_t>(Name::kCount)>
     return known;
 }
 
+/// What an element brings to read each time it is drawn. A reference is followed, not read.
+std::uint16_t PayloadOf(const ORVXmlNode& node) {
+    std::size_t bytes = node.GetText().size();
+    const std::uint32_t knownCount = ORVCountBits(node.known);
+    for (std::uint32_t i = 0; i < knownCount; ++i) bytes += node.texts->Get(node.attributeTexts[i]).size();
+    for (std::uint32_t i = knownCount; i < node.attributeCount; ++i) {
+        const ORVXmlAttribute attribute = node.GetAttribute(i);
+        bytes += attribute.name.size() + (attribute.name.ends_with("href") ? 0 : attribute.value.size());
+    }
+    bytes -= node.Value(AttributeName::kXlinkHref).size();
+    constexpr std::size_t kMost = std::numeric_limits<std::uint16_t>::max();
+    return static_cast<std::uint16_t>(std::min<std::size_t>(bytes / kPayloadUnit, kMost));
+}
+
 }  // namespace
 
 /// Walks the tree once, with the namespaces that are declared on the way.
@@ -50,15 +66,12 @@ public:
     void Build(const ORVXmlNode& root);
 
 private:
-    struct Binding {
-        std::string_view prefix, uri;
-    };
     /// An element whose children are being read.
     struct Level {
         const ORVXmlNode* nextChild;
         ElementIndex element;
         ElementIndex lastChild = kNoElement;
-        std::size_t bindings;  // that were in force around it
+        std::size_t bindings;  // that were declared around it
     };
 
     void Declare(const ORVXmlNode& node);
@@ -67,7 +80,10 @@ private:
     void Open(const ORVXmlNode& node, Tag tag, std::size_t bindings);
 
     Document& document_;
-    std::vector<Binding> bindings_;
+    void EndBindings(std::size_t count);
+
+    std::unordered_map<std::string_view, std::vector<std::string_view>> uris_;  // by prefix, from outside
+    std::vector<std::string_view> bindings_;                                    // prefixes, as declared
     std::vector<Level> levels_;
     bool takesNamesWithoutNamespace_ = false;
 };
@@ -78,16 +94,21 @@ void Document::Builder::Declare(const ORVXmlNode& node) {
         const QualifiedName name = Split(attribute.name);
         if (name.prefix != "xmlns" && attribute.name != "xmlns") continue;
         const std::string_view prefix = name.prefix == "xmlns" ? name.local : std::string_view();
-        bindings_.push_back({prefix, attribute.value});
-        if (attribute.value == kXlinkNamespace) document_.xlinkPrefixes_.push_back(prefix);
-        if (IsEditorNamespace(attribute.value)) document_.editorPrefixes_.push_back(prefix);
+        bindings_.push_back(prefix);
+        uris_[prefix].push_back(attribute.value);
+        if (attribute.value == kXlinkNamespace) document_.xlinkPrefixes_.insert(prefix);
+        if (IsEditorNamespace(attribute.value)) document_.editorPrefixes_.insert(prefix);
     }
 }
 
+/// Takes back what was declared since there were so many bindings.
+void Document::Builder::EndBindings(std::size_t count) {
+    for (; bindings_.size() > count; bindings_.pop_back()) uris_.find(bindings_.back())->second.pop_back();
+}
+
 std::string_view Document::Builder::NamespaceOf(std::string_view prefix) const {
-    for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding)
-        if (binding->prefix == prefix) return binding->uri;
-    return {};
+    const auto found = uris_.find(prefix);
+    return found == uris_.end() || found->second.empty() ? std::string_view() : found->second.back();
 }
 
 // Nothing for elements of other namespaces.
@@ -108,6 +129,8 @@ void Document::Builder::Open(const ORVXmlNode& node, Tag tag, std::size_t bindin
     Element element;
     element.node = &node;
     element.tag = tag;
+    element.payload = PayloadOf(node);
+    document_.payload_ += element.payload;
     if (!levels_.empty()) {
         Level& parent = levels_.back();
         element.parent = parent.element;
@@ -133,7 +156,7 @@ void Document::Builder::Build(const ORVXmlNode& root) {
         Level& level = levels_.back();
         const ORVXmlNode* node = level.nextChild;
         if (!node) {
-            bindings_.resize(level.bindings);
+            EndBindings(level.bindings);
             levels_.pop_back();
             continue;
         }
@@ -144,14 +167,14 @@ void Document::Builder::Build(const ORVXmlNode& root) {
         if (const std::optional<Tag> childTag = TagOf(*node))
             Open(*node, *childTag, bindings);
         else
-            bindings_.resize(bindings);
+            EndBindings(bindings);
     }
 }
 
 Document::Document(ORVRef<const ORVXmlTree> tree, const ORVXmlNode& root) : tree_(std::move(tree)) {
     Builder(*this).Build(root);
     // Drawings that declare nothing mean the usual prefix.
-    if (xlinkPrefixes_.empty()) xlinkPrefixes_.emplace_back("xlink");
+    if (xlinkPrefixes_.empty()) xlinkPrefixes_.emplace("xlink");
 }
 
 const std::optional<Name>* Document::NamesOfKnown() {
@@ -174,9 +197,6 @@ std::optional<std::string_view> Document::Find(ElementIndex element, Name name) 
     const std::uint32_t knownCount = ORVCountBits(node.known);
     if (node.attributeCount == knownCount && name != Name::kHref) return std::nullopt;
     const std::string_view text = TextOf(name);
-    const auto isOneOf = [](const std::vector<std::string_view>& prefixes, std::string_view prefix) {
-        return std::find(prefixes.begin(), prefixes.end(), prefix) != prefixes.end();
-    };
     std::optional<std::string_view> prefixed;
     for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
         const ORVXmlAttribute attribute = node.GetAttribute(i);
@@ -184,10 +204,10 @@ std::optional<std::string_view> Document::Find(ElementIndex element, Name name) 
         if (!attribute.name.ends_with(text)) continue;
         const QualifiedName parts = Split(attribute.name);
         if (parts.local != text) continue;
-        const bool counts = name == Name::kHref ? isOneOf(xlinkPrefixes_, parts.prefix)
+        const bool counts = name == Name::kHref ? xlinkPrefixes_.contains(parts.prefix)
                             : name == Name::kSpace || name == Name::kLang
                                 ? parts.prefix == "xml"
-                                : isOneOf(editorPrefixes_, parts.prefix);
+                                : editorPrefixes_.contains(parts.prefix);
         if (counts) prefixed = attribute.value;
     }
     return prefixed;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct Element {
     std::uint32_t position = 1;    ///< among the children of its parent, from 1
     std::uint32_t childCount = 0;  ///< elements that are its children
     Tag tag = Tag::kUnknown;
+    std::uint16_t payload =
+        0;  ///< length of its attributes and text, references apart, in kPayloadUnit bytes
 };
 
 /// The elements of a drawing, over the tree that the XML parser made, which it keeps. Nothing changes once
@@ -43,6 +46,8 @@ public:
     bool IsSvg() const { return !elements_.empty(); }
     static constexpr ElementIndex kRoot = 0;
     std::size_t GetCount() const { return elements_.size(); }
+    /// The sum of the elements' payloads.
+    std::uint64_t GetPayload() const { return payload_; }
     const Element& operator[](ElementIndex index) const { return elements_[index]; }
 
     /// Value of an attribute; nothing when it is absent. Of "href", the plain one wins over that of XLink.
@@ -51,6 +56,8 @@ public:
     std::string_view ValueOf(ElementIndex element, Name name) const {
         return Find(element, name).value_or(std::string_view());
     }
+    /// Whether the document declares the namespace of an editor, so that it may have pages and layers.
+    bool HasEditorNames() const { return !editorPrefixes_.empty(); }
     /// Calls `use(Name, value)` for each property that the element's attributes state, in no certain order.
     template <class Use>
     void ForEachProperty(ElementIndex element, Use use) const;
@@ -75,8 +82,9 @@ private:
 
     ORVRef<const ORVXmlTree> tree_;
     std::vector<Element> elements_;
+    std::uint64_t payload_ = 0;
     std::unordered_map<std::string_view, ElementIndex> ids_;
-    std::vector<std::string_view> xlinkPrefixes_, editorPrefixes_;
+    std::unordered_set<std::string_view> xlinkPrefixes_, editorPrefixes_;
     std::vector<OuterSheet> outerSheets_;
 };
 

@@ -164,6 +164,11 @@ enum class Name : std::uint8_t {
     kTextTransform,
     kFontVariantCaps,
     kFontVariantLigatures,
+    kFontVariantNumeric,
+    kFontVariantPosition,
+    kFontVariantEastAsian,
+    kFontVariantAlternates,
+    kFontOpticalSizing,
     kBackgroundColor,
     kInlineSize,
     kShapeInside,
@@ -265,6 +270,7 @@ enum class Name : std::uint8_t {
     kTarget,
     kGroupmode,
     kLabel,
+    kInsensitive,
     kXlinkHref,
     kCount
 };

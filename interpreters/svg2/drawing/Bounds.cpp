@@ -77,8 +77,10 @@ ORVMathBox2D Bounds::OfImage(ElementIndex element, const Style& style, const Vie
 
 ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const Viewport& viewport,
                                const ORVMathAffine2D& map, int depth) {
-    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement()) return {};
     const Document& document = scene_.GetDocument();
+    if (depth > DrawingBudget::kGreatestDepth || !budget_.TakeElement(document[element].payload) ||
+        !scene_.GetCascade().IsWithinBudget())
+        return {};
     switch (const Tag tag = document[element].tag) {
         case Tag::kG:
         case Tag::kA: return OfChildren(element, style, viewport, map, depth);
@@ -88,7 +90,11 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
         }
         case Tag::kSvg:
             if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
-            return OfViewport(element, style, viewport, map, kNoElement, nullptr, depth);
+            [[fallthrough]];
+        case Tag::kSymbol: {
+            const DrawnUse drawn = element == drawn_.target ? drawn_ : DrawnUse{};
+            return OfViewport(element, style, viewport, map, drawn.use, drawn.style, depth);
+        }
         case Tag::kText: {
             TextLayout text(scene_, fonts_);
             if (!text.LayOut(element, style, viewport)) return {};

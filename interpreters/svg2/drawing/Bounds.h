@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "interpreters/svg2/drawing/DrawState.h"
@@ -27,6 +28,13 @@ public:
 
     /// Where the sizes of images come from that do not state theirs; without, these have no box.
     void SetImages(Images* images) { images_ = images; }
+    /// What an element is drawn for: the size of a symbol or of an inner `svg` is that of its `use`.
+    struct DrawnUse {
+        ElementIndex target = kNoElement, use = kNoElement;
+        const Style* style = nullptr;  ///< of the use
+    };
+    /// Notes that; the style must live until something else is noted. @return what was noted before
+    DrawnUse NoteUse(const DrawnUse& drawn) { return std::exchange(drawn_, drawn); }
 
     ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
         return Of(element, style, viewport);
@@ -51,6 +59,7 @@ private:
     TextFonts& fonts_;
     Images* images_ = nullptr;
     std::vector<ElementIndex> uses_;  // that are being followed
+    DrawnUse drawn_;
 };
 
 }  // namespace svg2

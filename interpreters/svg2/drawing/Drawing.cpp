@@ -33,7 +33,8 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       bounds_(scene, budget, fonts),
       paints_(scene),
       fonts_(fonts),
-      linkTargets_(FindLinkTargets(scene.GetDocument())),
+      linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
+                                          : std::unordered_set<ElementIndex>()),
       keepsIdentifiers_(generator.KeepsIdentifiers()) {
     scene.SetBoxes(&bounds_);
     bounds_.SetImages(&images_);
@@ -46,6 +47,16 @@ Style& Drawing::StyleAt(int depth) {
     const auto level = static_cast<std::size_t>(depth);
     while (styles_.size() <= level) styles_.push_back(std::make_unique<Style>());
     return *styles_[level];
+}
+
+bool Drawing::TakeElement(ElementIndex element) {
+    const bool isWithin =
+        budget_.TakeElement(scene_.GetDocument()[element].payload) && scene_.GetCascade().IsWithinBudget();
+    return isWithin || Do(ORVPrintModelRender::kTooManyRepeats);
+}
+
+bool Drawing::MayDescend(int depth) {
+    return depth < DrawingBudget::kGreatestDepth || Do(ORVPrintModelRender::kTooManyRepeats);
 }
 
 bool Drawing::Enter(ElementIndex definition) {
@@ -79,13 +90,11 @@ void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawS
             if (!IsShape(scene_.GetDocument()[element].tag)) return;
     }
     if (IsStopped()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(element)) return;
     Style& style = StyleAt(state.depth);
     scene_.GetCascade().Compute(element, parent, style);
-    if (!style.isDisplayed || !PassesConditions(scene_.GetDocument(), element)) return;
+    if (!style.isDisplayed && !(reportsHiddenLayers_ && IsContentLayer(element))) return;
+    if (!PassesConditions(scene_.GetDocument(), element)) return;
     DrawStyled(element, style, state);
 }
 
@@ -98,17 +107,39 @@ void Drawing::DrawStyled(ElementIndex element, const Style& style, const DrawSta
     if (!IsInvertible(state.toPage)) return;
 
     const std::size_t mark = ends_.size();
-    BeginGroups(element);
+    BeginGroups(element, style);
     if (BeginEffects(element, style, state)) DrawContent(element, style, state);
     EndBack(mark);
 }
 
-void Drawing::BeginGroups(ElementIndex element) {
+void Drawing::ReportContentLayers() {
+    reportsLayers_ = scene_.GetDocument().HasEditorNames();
+    reportsHiddenLayers_ =
+        reportsLayers_ && (generator_.GetPowers() & ORVPrintGenerator::kContentLayers) != 0;
+}
+
+// What is used again stands in several layers, and is none itself.
+bool Drawing::IsContentLayer(ElementIndex element) const {
+    const Document& document = scene_.GetDocument();
+    return reportsLayers_ && document[element].tag == Tag::kG && uses_.empty() && active_.empty() &&
+           document.ValueOf(element, Name::kGroupmode) == "layer" &&
+           !document.ValueOf(element, Name::kLabel).empty();
+}
+
+void Drawing::BeginGroups(ElementIndex element, const Style& style) {
     const Document& document = scene_.GetDocument();
     const Tag tag = document[element].tag;
     const bool isTarget = !linkTargets_.empty() && linkTargets_.erase(element) > 0;
-    if (tag != Tag::kA && !isTarget && !(keepsIdentifiers_ && tag == Tag::kG)) return;
+    const bool isLayer = IsContentLayer(element);
+    if (tag != Tag::kA && !isTarget && !isLayer && !(keepsIdentifiers_ && tag == Tag::kG)) return;
     ORVPrintGroup group;
+    ORVPrintContentLayer layer;
+    if (isLayer) {
+        layer.label = document.ValueOf(element, Name::kLabel);
+        layer.isShown = style.isDisplayed;
+        layer.isLocked = document.ValueOf(element, Name::kInsensitive) == "true";
+        group.layer = &layer;
+    }
     if (isTarget || keepsIdentifiers_) group.id = document.ValueOf(element, Name::kId);
     group.isLinkTarget = isTarget;
     if (tag == Tag::kA) {
@@ -118,7 +149,7 @@ void Drawing::BeginGroups(ElementIndex element) {
         else if (document.FindByReference(href) != kNoElement)
             group.linkElementId = href.substr(1);
     }
-    if (group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
+    if (!isLayer && group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
     if (Do(generator_.BeginGroup(group))) ends_.push_back(End::kGroup);
 }
 
@@ -178,10 +209,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     const ElementIndex target = FindUseTarget(document, element);
     // What leads to itself draws nothing.
     if (target == kNoElement || std::find(uses_.begin(), uses_.end(), target) != uses_.end()) return;
-    if (state.depth >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);
     scene_.GetCascade().Compute(target, style, targetStyle);
     if (!IsShownByUse(document, target, targetStyle)) return;
@@ -192,16 +220,17 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
     ++inner.depth;
     inner.toPage = state.toPage * transform;
     if (!IsInvertible(inner.toPage)) return;
-    const bool isOuterUse = !state.context;
-    ContextPaints context;
-    if (isOuterUse && !state.isWithinClip) {
-        context = {&style, {}, state.viewport, state.toPage, nullptr};
-        inner.context = &context;
-    }
+    const auto measure = [&] { return bounds_.Of(element, style, state.viewport); };
+    const ContextPaints context{&style, [&measure] { return measure(); }, state.viewport, state.toPage,
+                                state.context};
+    if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
     const std::size_t mark = ends_.size();
-    if (BeginEffects(target, targetStyle, inner)) {
-        const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
+    const Bounds::DrawnUse before = bounds_.NoteUse({target, element, &style});
+    const bool shows = BeginEffects(target, targetStyle, inner);
+    bounds_.NoteUse(before);
+    if (shows) {
         if (makesViewport)
             DrawInnerViewport(target, targetStyle, inner, element, &style);
         else

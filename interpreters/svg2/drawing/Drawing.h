@@ -10,6 +10,8 @@
 #include "interpreters/svg2/drawing/DrawState.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
 #include "interpreters/svg2/drawing/Images.h"
+#include "interpreters/svg2/drawing/pattern_tiles.h"
+#include "interpreters/svg2/filters/FilterReader.h"
 #include "interpreters/svg2/paint/Paints.h"
 #include "interpreters/svg2/text/FontMetrics.h"
 #include "interpreters/svg2/tree/Scene.h"
@@ -17,6 +19,8 @@
 #include "platform/print/ORVPrintPath.h"
 
 namespace svg2 {
+
+struct FusedShape;
 
 /// Draws the content of a document's pages onto a generator.
 class Drawing {
@@ -27,6 +31,14 @@ public:
     ~Drawing();
     Drawing(const Drawing&) = delete;
     Drawing& operator=(const Drawing&) = delete;
+
+    /// Has an element reported as though a link led to it. @param element  may be kNoElement
+    void Report(ElementIndex element) {
+        if (element != kNoElement) linkTargets_.insert(element);
+    }
+
+    /// Has layers of the document's editor reported, hidden ones where the generator can hide them.
+    void ReportContentLayers();
 
     /// Draws the root element and all in it.
     /// @param toPage    from px of the root's viewport to page coordinates
@@ -39,7 +51,7 @@ private:
     friend class TextDrawing;
 
     /// What ends a part of the drawing that was begun.
-    enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath };
+    enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath, kFilter };
 
     // ---- walking (Drawing.cpp) ----
     void DrawElement(ElementIndex element, const Style& parent, const DrawState& state);
@@ -51,9 +63,10 @@ private:
     void DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state, ElementIndex use,
                            const Style* useStyle);
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
-    void DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+    void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
-    void BeginGroups(ElementIndex element);
+    void BeginGroups(ElementIndex element, const Style& style);
+    bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----
     /// Begins the layer and the clips of an element.
@@ -72,6 +85,14 @@ private:
     void EndBack(std::size_t mark);
     /// Share of the opacity that paints take themselves, where that spares a layer.
     double PaintOpacity(ElementIndex element, const Style& style) const;
+
+    // ---- filters (filtering.cpp) ----
+    /// Begins the filter of an element. @return false when nothing of the element shows
+    [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& state);
+    void EndFiltering();
+    void DrawFilterImage(const FilterImage& image, const DrawState& state);
+    void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
+                    ImageRendering rendering, std::string_view id, const DrawState& state);
 
     // ---- shapes (shape_drawing.cpp) ----
     void DrawShape(ElementIndex element, const Style& style, const DrawState& state);
@@ -95,6 +116,12 @@ private:
     /// Fills an outline with a pattern.
     void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                      const MadePaint& paint, const DrawState& state);
+    // ---- tiles of plain shapes (fused_tiles.cpp) ----
+    /// Draws all tiles of a pattern at once. @return false when it cannot, and nothing is drawn
+    bool DrawFusedTiles(ElementIndex content, const Style& style, const PatternTiles& tiles);
+    bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
+                      const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
+    void DrawFused(const FusedShape& shape, const PatternTiles& tiles);
 
     /// Notes a call's result. @return false from the first failure on
     bool Do(int result) {
@@ -102,6 +129,12 @@ private:
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
+    /// True for content that may be drawn elsewhere, too.
+    bool IsRepeated() const { return !uses_.empty() || !active_.empty(); }
+    /// Counts an element that is to be drawn. @return false when there have been too many, which is noted
+    [[nodiscard]] bool TakeElement(ElementIndex element);
+    /// @return false when levels lie too deep within each other, which is noted
+    [[nodiscard]] bool MayDescend(int depth);
     /// Notes that a definition is being drawn. @return false when too many lie within each other
     bool Enter(ElementIndex definition);
     void Leave() { active_.pop_back(); }
@@ -121,8 +154,10 @@ private:
     std::vector<std::unique_ptr<Style>> styles_;  // by level
     std::vector<ElementIndex> uses_;              // targets that are being drawn
     std::vector<ElementIndex> active_;            // clips, masks, markers and patterns that are being drawn
+    std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_;
+    bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 
 }  // namespace svg2

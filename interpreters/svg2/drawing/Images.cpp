@@ -5,6 +5,7 @@
 
 #include "interpreters/svg2/document/outer_files.h"
 #include "interpreters/svg2/document/parsing.h"
+#include "interpreters/svg2/tree/Scene.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/system/gzip.h"
 #include "platform/visualization/images/module_images.h"
@@ -24,10 +25,17 @@ bool Unpack(std::string& bytes) {
 
 }  // namespace
 
-const ImageContent& Images::Find(std::string_view reference) {
+ImageContent::ImageContent() = default;
+ImageContent::~ImageContent() = default;
+
+ImageContent& Images::Find(std::string_view reference) {
+    auto& [length, known] = byPlace_[reference.data()];
+    if (known && length == reference.size()) return *known;
     const auto [entry, isNew] = contents_.try_emplace(reference);
     if (isNew) Load(reference, entry->second);
-    return entry->second;
+    length = reference.size();
+    known = &entry->second;
+    return *known;
 }
 
 void Images::Load(std::string_view reference, ImageContent& content) const {

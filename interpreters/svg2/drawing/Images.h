@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "interpreters/svg2/document/Document.h"
 #include "interpreters/svg2/tree/Scene.h"
@@ -15,15 +16,25 @@
 
 namespace svg2 {
 
+class Images;
+class Scene;
+
 /// What an "image" element refers to: pixels, a drawing, or nothing that can be read.
 struct ImageContent {
+    ImageContent();
+    ~ImageContent();
+
     ORVRef<const ORVPixelImage> pixels;
+    bool isCounted = false;  ///< by the drawing's budget
     std::unique_ptr<Document> drawing;
+    // Of the drawing, made when it is drawn first:
+    std::unique_ptr<Scene> scene;
+    std::unique_ptr<Images> images;
 };
 
 /// An image on its element.
 struct PlacedImage {
-    const ImageContent* content = nullptr;
+    ImageContent* content = nullptr;
     Viewport natural;  ///< its own size, in px
     Rectangle place;   ///< that it has to fit into, in the element's user units
 };
@@ -37,7 +48,7 @@ public:
         : documentPath_(std::move(documentPath)), depth_(depth) {}
 
     /// @param reference  file name or data URI; must outlive this object
-    const ImageContent& Find(std::string_view reference);
+    ImageContent& Find(std::string_view reference);
 
     /// Finds what an "image" element shows, and where. @return false when that is nothing
     bool Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
@@ -54,6 +65,8 @@ private:
     ORVUnicodeString documentPath_;
     int depth_;
     std::unordered_map<std::string_view, ImageContent> contents_;
+    /// The same by where the reference begins: data is long, and the same element is drawn often.
+    std::unordered_map<const char*, std::pair<std::size_t, ImageContent*>> byPlace_;
 };
 
 }  // namespace svg2

@@ -34,90 +34,145 @@ void TextDrawing::DrawSegment(const TextLayout& layout, const TextSegment& segme
             {segment.layout, segment.text, state.toPage * segment.toUser, &fill, nullptr}));
         return;
     }
-    DrawLines(segment, style, state, box_, span.opacity, false);
-    DrawGlyphs(segment, style, state, box_, span.opacity);
-    DrawLines(segment, style, state, box_, span.opacity, true);
+    DrawLines(segment, style, state, span.opacity, false);
+    DrawGlyphs(segment, style, state, span.opacity);
+    DrawLines(segment, style, state, span.opacity, true);
+}
+
+/// The paints of text in a style.
+struct TextDrawing::Paints {
+    MadePaint fill, stroke;
+    ORVPrintFill inside;
+    ORVPrintStroke pen;
+    bool hasFill = false, hasStroke = false, strokesFirst = false;
+};
+
+void TextDrawing::MakePaints(const Style& style, const DrawState& state, double opacity, Paints& paints) {
+    using Kind = MadePaint::Kind;
+    const auto isPlain = [](const MadePaint& paint) {
+        return paint.kind == Kind::kColour || paint.kind == Kind::kGradient;
+    };
+    const PaintPlace place{style, state.viewport, state.toPage, state.context, [this] { return box_; }};
+    drawing_.paints_.MakeFill(place, opacity, paints.fill);
+    paints.hasFill = isPlain(paints.fill);
+    paints.inside.colour = paints.fill.colour;
+    paints.inside.gradient = paints.fill.GetGradient();
+    paints.strokesFirst =
+        style.paintOrder[0] == PaintPart::kStroke ||
+        (style.paintOrder[0] == PaintPart::kMarkers && style.paintOrder[1] == PaintPart::kStroke);
+    if (style.stroke.kind == Paint::Kind::kNone) return;
+    drawing_.paints_.MakeStroke(place, opacity, paints.stroke);
+    paints.hasStroke = (isPlain(paints.stroke) || paints.stroke.kind == Kind::kPattern) &&
+                       drawing_.paints_.MakePen(style, state.viewport, 1.0, paints.pen);
+    paints.pen.isCrisp = false;  // which shapes only are
+    paints.pen.colour = paints.stroke.colour;
+    paints.pen.gradient = paints.stroke.GetGradient();
+}
+
+/// Draws a part of a text, or a line of its decoration, with all its paints.
+/// @param draw  draws with a fill, with a stroke, or with both
+template <class Draw>
+void TextDrawing::Paint(const Paints& paints, const DrawState& state, Draw draw) {
+    using Kind = MadePaint::Kind;
+    const ORVPrintFill* const fill = paints.hasFill ? &paints.inside : nullptr;
+    const bool hasTiles = paints.fill.kind == Kind::kPattern;
+    const bool strokesWithTiles = paints.hasStroke && paints.stroke.kind == Kind::kPattern;
+    if (!hasTiles && !strokesWithTiles && !(paints.strokesFirst && paints.hasStroke)) {
+        draw(fill, paints.hasStroke ? &paints.pen : nullptr);
+        return;
+    }
+    const auto drawInside = [&] {
+        const ORVPrintFill black{};
+        if (hasTiles)
+            PaintTiles(paints.fill, state, 0.0, [&] { draw(&black, nullptr); });
+        else
+            draw(fill, nullptr);
+    };
+    const auto drawOutline = [&] {
+        ORVPrintStroke black = paints.pen;
+        black.colour = {};
+        black.gradient = nullptr;
+        if (strokesWithTiles)
+            PaintTiles(paints.stroke, state, paints.pen.width, [&] { draw(nullptr, &black); });
+        else if (paints.hasStroke)
+            draw(nullptr, &paints.pen);
+    };
+    if (paints.strokesFirst) drawOutline();
+    drawInside();
+    if (!paints.strokesFirst) drawOutline();
+}
+
+/// Shows a pattern where something is drawn.
+template <class Draw>
+void TextDrawing::PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Draw draw) {
+    ORVPrintGenerator& generator = drawing_.generator_;
+    ORVPrintLayer layer;
+    layer.hasMask = true;
+    layer.box = drawing_.page_;
+    if (!drawing_.Do(generator.BeginLayer(layer))) return;
+    ORVPrintMask mask;
+    mask.kind = ORVPrintMask::Kind::kOpacity;
+    mask.box = drawing_.page_;
+    if (generator.BeginMask(mask) != ORVPrintGenerator::kSkipMask) {
+        draw();
+        drawing_.Do(generator.EndMask());
+    }
+    // Letters may reach beyond their em boxes.
+    const double reach = margin + (box_.yMax - box_.yMin);
+    ORVPrintPath area;
+    AddRectangle(area, {box_.xMin - reach, box_.yMin - reach, box_.xMax - box_.xMin + 2.0 * reach,
+                        box_.yMax - box_.yMin + 2.0 * reach});
+    drawing_.DrawPattern(area, state.toPage, false, paint, state);
+    drawing_.Do(generator.EndLayer());
 }
 
 void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state,
-                             const ORVMathBox2D& box, double opacity) {
-    using Kind = MadePaint::Kind;
-    const PaintPlace place{style, state.viewport, state.toPage, state.context, [&box] { return box; }};
-    MadePaint fillPaint, strokePaint;
-    drawing_.paints_.MakeFill(place, opacity, fillPaint);
-    ORVPrintStroke stroke;
-    bool hasStroke = false;
-    if (style.stroke.kind != Paint::Kind::kNone) {
-        drawing_.paints_.MakeStroke(place, opacity, strokePaint);
-        hasStroke = (strokePaint.kind == Kind::kColour || strokePaint.kind == Kind::kGradient) &&
-                    drawing_.paints_.MakePen(style, state.viewport, 1.0, stroke);
-        stroke.colour = strokePaint.colour;
-        stroke.gradient = strokePaint.GetGradient();
-    }
+                             double opacity) {
+    Paints paints;
+    MakePaints(style, state, opacity, paints);
     const ORVMathAffine2D toPage = state.toPage * segment.toUser;
-    ORVPrintGenerator& generator = drawing_.generator_;
-    const auto drawText = [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
+    Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
         if (!fill && !pen) return;
-        drawing_.Do(generator.DrawText({segment.layout, segment.text, toPage, fill, pen}));
-    };
-    const ORVPrintFill fill{.colour = fillPaint.colour, .gradient = fillPaint.GetGradient()};
-    const bool hasFill = fillPaint.kind == Kind::kColour || fillPaint.kind == Kind::kGradient;
-    if (fillPaint.kind == Kind::kPattern) {
-        // The pattern shows where the letters are.
-        ORVPrintLayer layer;
-        layer.hasMask = true;
-        layer.box = drawing_.page_;
-        if (!drawing_.Do(generator.BeginLayer(layer))) return;
-        ORVPrintMask mask;
-        mask.kind = ORVPrintMask::Kind::kOpacity;
-        mask.box = drawing_.page_;
-        const ORVPrintFill black{};
-        if (generator.BeginMask(mask) != ORVPrintGenerator::kSkipMask) {
-            drawText(&black, nullptr);
-            drawing_.Do(generator.EndMask());
-        }
-        ORVPrintPath area;
-        AddRectangle(area, {box.xMin, box.yMin, box.xMax - box.xMin, box.yMax - box.yMin});
-        drawing_.DrawPattern(area, state.toPage, false, fillPaint, state);
-        drawing_.Do(generator.EndLayer());
-    }
-    const bool strokesFirst =
-        style.paintOrder[0] == PaintPart::kStroke ||
-        (style.paintOrder[0] == PaintPart::kMarkers && style.paintOrder[1] == PaintPart::kStroke);
-    if (strokesFirst && hasStroke) {
-        drawText(nullptr, &stroke);
-        drawText(hasFill ? &fill : nullptr, nullptr);
-        return;
-    }
-    drawText(hasFill ? &fill : nullptr, hasStroke ? &stroke : nullptr);
+        drawing_.Do(drawing_.generator_.DrawText({segment.layout, segment.text, toPage, fill, pen}));
+    });
 }
 
+namespace {
+
+/// A style with the paints and the font of who asks for a line.
+Style StyleOf(const Decoration& decoration, const Style& style) {
+    Style painted = style;
+    painted.fill = decoration.fill;
+    painted.fillOpacity = decoration.fillOpacity;
+    painted.stroke = decoration.stroke;
+    painted.strokeOpacity = decoration.strokeOpacity;
+    painted.strokeWidth = decoration.strokeWidth;
+    painted.colour = decoration.colour;
+    painted.fontFamily = decoration.fontFamily;
+    painted.fontWeight = decoration.fontWeight;
+    painted.isItalic = decoration.isItalic;
+    return painted;
+}
+
+}  // namespace
+
 void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, const DrawState& state,
-                            const ORVMathBox2D& box, double opacity, bool above) {
-    if (!style.decorations || segment.isVertical) return;
+                            double opacity, bool above) {
+    if (!style.decorations) return;
     for (const Decoration& decoration : *style.decorations) {
-        Style painted = style;
-        painted.fill = decoration.fill;
-        painted.fillOpacity = decoration.fillOpacity;
-        painted.stroke = decoration.stroke;
-        painted.strokeOpacity = decoration.strokeOpacity;
-        painted.strokeWidth = decoration.strokeWidth;
-        painted.colour = decoration.colour;
-        painted.fontFamily = decoration.fontFamily;
-        painted.fontWeight = decoration.fontWeight;
-        painted.isItalic = decoration.isItalic;
+        const Style painted = StyleOf(decoration, style);
         const FontMetrics metrics = drawing_.fonts_.Find(painted).metrics;
-        const double size = decoration.fontSize;
+        Paints paints;
+        MakePaints(painted, state, opacity, paints);
         const auto drawLine = [&](double middle, double thickness) {
             ORVPrintPath path;
-            AddRectangle(path, {0.0, (middle - thickness / 2.0) * size, segment.advance, thickness * size});
-            const PaintPlace place{painted, state.viewport, state.toPage, state.context,
-                                   [&box] { return box; }};
-            MadePaint paint;
-            drawing_.paints_.MakeFill(place, opacity, paint);
-            if (paint.kind != MadePaint::Kind::kColour && paint.kind != MadePaint::Kind::kGradient) return;
-            const ORVPrintFill fill{.colour = paint.colour, .gradient = paint.GetGradient()};
-            drawing_.Do(drawing_.generator_.DrawShape({path, state.toPage * segment.toUser, &fill, nullptr}));
+            AddRectangle(path, {0.0, (middle - thickness / 2.0) * decoration.fontSize, segment.advance,
+                                thickness * decoration.fontSize});
+            Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
+                if (fill || pen)
+                    drawing_.Do(
+                        drawing_.generator_.DrawShape({path, state.toPage * segment.line, fill, pen}));
+            });
         };
         if (!above && (decoration.lines & kUnderline))
             drawLine(metrics.underline, metrics.underlineThickness);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "interpreters/svg2/drawing/DrawState.h"
+#include "interpreters/svg2/paint/Paints.h"
 #include "interpreters/svg2/text/TextLayout.h"
 #include "interpreters/svg2/tree/Scene.h"
 
@@ -18,10 +19,15 @@ public:
 
 private:
     void DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state);
-    void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state,
-                    const ORVMathBox2D& box, double opacity);
-    void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state,
-                   const ORVMathBox2D& box, double opacity, bool above);
+    struct Paints;
+    void MakePaints(const Style& style, const DrawState& state, double opacity, Paints& paints);
+    template <class Draw>
+    void Paint(const Paints& paints, const DrawState& state, Draw draw);
+    template <class Draw>
+    void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Draw draw);
+    void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state, double opacity);
+    void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state, double opacity,
+                   bool above);
 
     Drawing& drawing_;
     ORVMathBox2D box_;  // of the whole text

@@ -44,6 +44,7 @@ void Drawing::EndBack(std::size_t mark) {
             case End::kLayer: Do(generator_.EndLayer()); break;
             case End::kClip: Do(generator_.EndClip()); break;
             case End::kClipPath: Do(generator_.EndClipPath()); break;
+            case End::kFilter: EndFiltering(); break;
         }
     }
 }
@@ -70,7 +71,7 @@ double Drawing::PaintOpacity(ElementIndex element, const Style& style) const {
 bool Drawing::NeedsLayer(ElementIndex element, const Style& style) const {
     if (style.blend != ORVPrintBlendMode::kNormal || style.isIsolated) return true;
     if (style.opacity >= 1.0) return false;
-    if (ElementIndex mask = kNoElement; FindMask(style, mask)) return true;
+    if (ElementIndex mask = kNoElement; !style.filter.empty() || FindMask(style, mask)) return true;
     const bool isShape = IsShape(scene_.GetDocument()[element].tag);
     const bool hasOnePaint = style.fill.kind == Paint::Kind::kNone || style.stroke.kind == Paint::Kind::kNone;
     return !(isShape && hasOnePaint && !HasMarkers(element, style));
@@ -98,19 +99,22 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
         if (!Do(generator_.BeginLayer(layer))) return false;
         ends_.push_back(End::kLayer);
         if (hasMask) {
+            const std::uint64_t payload = IsRepeated() ? DrawingBudget::kMaskPayload : 0;
+            if (!budget_.TakeElement(payload)) return Do(ORVPrintModelRender::kTooManyRepeats);
             if (!Enter(mask)) return false;
             const bool shows = BeginMasking(element, style, state);
             Leave();
             if (!shows) return false;
         }
     }
-    return style.clipPath.empty() || BeginClipping(element, style, state);
+    if (!style.clipPath.empty() && !BeginClipping(element, style, state)) return false;
+    return style.filter.empty() || BeginFiltering(element, style, state);
 }
 
 /// Draws the mask of the layer that has just begun.
 bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawState& state) {
     const ElementIndex mask = active_.back();
-    const Style maskStyle = scene_.StyleInPlace(mask);
+    const Style& maskStyle = scene_.StyleInPlace(mask);
     const Units units = scene_.UnitsOf(mask, Name::kMaskUnits, Units::kBoundingBox);
     const Units contentUnits = scene_.UnitsOf(mask, Name::kMaskContentUnits, Units::kUserSpace);
     ORVMathBox2D box;
@@ -131,7 +135,9 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
         units == Units::kBoundingBox ? state.toPage * OfBox(box) : state.toPage;
 
     ORVPrintMask drawn;
-    drawn.kind = maskStyle.isOpacityMask ? ORVPrintMask::Kind::kOpacity : ORVPrintMask::Kind::kLuminance;
+    drawn.kind = maskStyle.isOpacityMask        ? ORVPrintMask::Kind::kOpacity
+                 : maskStyle.interpolatesLinear ? ORVPrintMask::Kind::kLinearLuminance
+                                                : ORVPrintMask::Kind::kLuminance;
     drawn.box = MapBox(regionToPage, region.Box());
     const int result = generator_.BeginMask(drawn);
     if (result == ORVPrintGenerator::kSkipMask) return true;
@@ -139,10 +145,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     DrawState inner = state;
     inner.context = nullptr;
     ++inner.depth;
-    if (contentUnits == Units::kBoundingBox) {
-        inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = unit;
-    }
+    if (contentUnits == Units::kBoundingBox) inner.toPage = state.toPage * OfBox(box);
     const std::size_t mark = ends_.size();
     if (!IsAxisParallel(regionToPage)) BeginRectangle(region, regionToPage);
     // A mask may be masked and clipped itself.
@@ -204,7 +207,7 @@ struct ClipOutline {
 bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
                                   const DrawState& state) {
     const Document& document = scene_.GetDocument();
-    const Style clipStyle = scene_.StyleInPlace(clip);
+    const Style& clipStyle = scene_.StyleInPlace(clip);
     DrawState inner = state;
     inner.isWithinClip = true;
     inner.context = nullptr;
@@ -214,7 +217,6 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
         const ORVMathBox2D box = bounds_.Of(element, style, state.viewport);
         if (!HasArea(box)) return false;
         inner.toPage = state.toPage * OfBox(box);
-        inner.viewport = {1.0, 1.0};
     }
     ORVMathAffine2D transform;
     if (!scene_.TransformOf(clip, clipStyle, inner.viewport, transform)) return false;
@@ -231,9 +233,11 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
     bool isSimple = true;
     for (ElementIndex child = document[clip].firstChild; shows && child != kNoElement;
          child = document[child].nextSibling) {
-        ElementIndex shape = child;
-        if (!budget_.TakeElement()) {
-            shows = Do(ORVPrintModelRender::kTooManyRepeats);
+        // Who does not make an outline is looked at when it is drawn.
+        if (!isSimple) break;
+        const ElementIndex shape = child;
+        if (!TakeElement(child)) {
+            shows = false;
             break;
         }
         if (!IsShape(document[shape].tag) && document[shape].tag != Tag::kUse &&
@@ -293,7 +297,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
 
 void Drawing::DrawClipContent(ElementIndex clip, const DrawState& state) {
     const Document& document = scene_.GetDocument();
-    const Style clipStyle = scene_.StyleInPlace(clip);
+    const Style& clipStyle = scene_.StyleInPlace(clip);
     for (ElementIndex child = document[clip].firstChild; child != kNoElement && !IsStopped();
          child = document[child].nextSibling) {
         const Tag tag = document[child].tag;

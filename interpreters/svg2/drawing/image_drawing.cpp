@@ -2,6 +2,7 @@
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/page_size.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintModelRender.h"
 
 namespace svg2 {
 
@@ -9,7 +10,7 @@ bool Images::Place(const Scene& scene, ElementIndex element, const Style& style,
                    PlacedImage& placed) {
     const std::string_view reference = Trim(scene.GetDocument().ValueOf(element, Name::kHref));
     if (reference.empty()) return false;
-    const ImageContent& content = Find(reference);
+    ImageContent& content = Find(reference);
     Viewport& natural = placed.natural;
     if (content.pixels)
         natural = {static_cast<double>(content.pixels->GetWidth()),
@@ -31,36 +32,50 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
     if (style.visibility != Visibility::kVisible || state.isWithinClip) return;
     PlacedImage placed;
     if (!images_.Place(scene_, element, style, state.viewport, placed)) return;
-    const ImageContent& content = *placed.content;
+    ImageContent& content = *placed.content;
     const Rectangle& place = placed.place;
-    const Viewport& natural = placed.natural;
     const AspectRatio ratio =
         ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
+    PlaceImage(content, place, ratio, style.hidesOverflow, style.imageRendering,
+               keepsIdentifiers_ ? scene_.GetDocument().ValueOf(element, Name::kId) : std::string_view(),
+               state);
+}
+
+/// Draws an image that can be read.
+/// @param cuts  whether what lies outside of the place is cut off
+void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
+                         ImageRendering rendering, std::string_view id, const DrawState& state) {
     const std::size_t mark = ends_.size();
     if (content.drawing) {
         DrawSvgImage(content, place, ratio, state);
         EndBack(mark);
         return;
     }
-    if (style.hidesOverflow && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
-    const Rectangle pixels{0.0, 0.0, natural.width, natural.height};
-    const ORVMathAffine2D toPage = state.toPage * FitViewBox(pixels, ratio, place) *
-                                   ORVMathAffine2D::Scaling(natural.width, natural.height);
-    ORVPrintImage image{*content.pixels, toPage};
-    image.isSmooth = style.imageRendering == ImageRendering::kSmooth;
-    if (keepsIdentifiers_) image.id = scene_.GetDocument().ValueOf(element, Name::kId);
-    Do(generator_.DrawImage(image));
+    if (!content.isCounted && !budget_.TakePixels(*content.pixels)) {
+        Do(ORVPrintModelRender::kTooManyPixels);
+        return;
+    }
+    content.isCounted = true;
+    if (cuts && ratio.slices && ratio.isKept) BeginRectangle(place, state.toPage);
+    const double width = content.pixels->GetWidth(), height = content.pixels->GetHeight();
+    const ORVMathAffine2D toPage = state.toPage * FitViewBox({0.0, 0.0, width, height}, ratio, place) *
+                                   ORVMathAffine2D::Scaling(width, height);
+    Do(generator_.DrawImage({*content.pixels, toPage, id, rendering == ImageRendering::kSmooth}));
     EndBack(mark);
 }
 
 // A drawing within the drawing: with its own styles, and without ways out.
-void Drawing::DrawSvgImage(const ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
+void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                            const DrawState& state) {
     const Viewport size = FindImageSize(*content.drawing);
-    Scene scene(*content.drawing, Medium{size.width, size.height});
-    Images images({}, images_.GetDepth() + 1);
-    Drawing inner(scene, generator_, budget_, images, fonts_);
     if (!IsInvertible(state.toPage)) return;
+    if (!content.scene) {
+        budget_.AllowFor(*content.drawing);
+        content.scene = std::make_unique<Scene>(*content.drawing, Medium{size.width, size.height},
+                                                scene_.GetCascade().GetWork());
+        content.images = std::make_unique<Images>(ORVUnicodeString(), images_.GetDepth() + 1);
+    }
+    Drawing inner(*content.scene, generator_, budget_, *content.images, fonts_);
     // Its size is the viewport, or, with a view box, that of the place that it fills.
     const Rectangle natural{0.0, 0.0, size.width, size.height};
     BeginRectangle(place, state.toPage);

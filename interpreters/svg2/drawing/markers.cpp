@@ -126,12 +126,26 @@ std::vector<Vertex> VertexCollector::Collect() {
 /// without length take the direction of those behind them, else of those before.
 double DegreesAt(const std::vector<Vertex>& vertices, std::size_t index) {
     Direction in = vertices[index].in, out = vertices[index].out;
-    if (!in && !out) {
-        for (std::size_t i = index + 1; i < vertices.size() && !out && !vertices[i].beginsSubpath; ++i)
-            out = vertices[i].out;
-        for (std::size_t i = index; i-- > 0 && !out && !in && !vertices[i + 1].beginsSubpath;)
-            in = vertices[i].in;
-    }
+    const auto behind = [&](std::size_t from) {
+        Direction found;
+        for (std::size_t i = from; i < vertices.size() && !found; ++i) {
+            if (i > index && vertices[i].beginsSubpath) break;
+            found = vertices[i].out;
+        }
+        return found;
+    };
+    const auto before = [&](std::size_t from) {
+        Direction found = vertices[from].in;
+        for (std::size_t i = from; i > 0 && !found && !vertices[i].beginsSubpath; --i)
+            found = vertices[i - 1].in;
+        return found;
+    };
+    const bool isFirst = vertices[index].beginsSubpath;
+    const bool isLast = index + 1 == vertices.size() || vertices[index + 1].beginsSubpath;
+    if (!isFirst && !in) in = behind(index);
+    if (!isLast && !out) out = behind(index + 1);
+    if (!isFirst && !in) in = before(index);
+    if (!isLast && !out) out = before(index);
     constexpr double kDegrees = 180.0 / std::numbers::pi;
     if (!in && !out) return 0.0;
     if (!in || !out) {
@@ -161,9 +175,11 @@ void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_
     if (start == kNoElement && mid == kNoElement && end == kNoElement) return;
 
     const std::vector<Vertex> vertices = VertexCollector(path, segmentEnds).Collect();
-    const ContextPaints context{&style, BoxOf(path), state.viewport, state.toPage, state.context};
     const Style copy = style;  // levels of styles are used again for the markers' content
+    const ContextPaints context{&copy, [&path] { return BoxOf(path); }, state.viewport, state.toPage,
+                                state.context};
     if (vertices.empty()) return;
+    if (!IsRepeated()) budget_.AllowForPlaces(vertices.size());
     const auto draw = [&](ElementIndex marker, std::size_t index, bool isStart) {
         if (marker != kNoElement && !IsStopped())
             DrawMarker(marker, vertices[index].point, DegreesAt(vertices, index), isStart, copy, state,
@@ -176,12 +192,9 @@ void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_
 
 void Drawing::DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, double degrees, bool isStart,
                          const Style& style, const DrawState& state, const ContextPaints& context) {
-    if (state.depth + 1 >= DrawingBudget::kGreatestDepth || !budget_.TakeElement()) {
-        Do(ORVPrintModelRender::kTooManyRepeats);
-        return;
-    }
+    if (!MayDescend(state.depth + 1) || !TakeElement(marker)) return;
     const Document& document = scene_.GetDocument();
-    const Style markerStyle = scene_.StyleInPlace(marker);
+    const Style& markerStyle = scene_.StyleInPlace(marker);
     const bool isInUserSpace = Trim(document.ValueOf(marker, Name::kMarkerUnits)) == "userSpaceOnUse";
     const double scale = isInUserSpace ? 1.0 : style.strokeWidth.Resolve(state.viewport.Diagonal());
     const Viewport& outer = state.viewport;

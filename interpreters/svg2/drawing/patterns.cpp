@@ -28,12 +28,9 @@ constexpr Name kPlaces[] = {Name::kX, Name::kY, Name::kWidth, Name::kHeight};
 PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
     const Document& document = scene.GetDocument();
     PatternDefinition definition;
-    std::vector<ElementIndex> chain;
     bool hasUnits = false, hasContentUnits = false, hasTransform = false, hasRatio = false;
-    for (ElementIndex next = pattern; next != kNoElement && document[next].tag == Tag::kPattern &&
-                                      std::find(chain.begin(), chain.end(), next) == chain.end();
-         next = document.FindByReference(Trim(document.ValueOf(next, Name::kHref)))) {
-        chain.push_back(next);
+    for (const ElementIndex next :
+         scene.TemplateChain(pattern, [](Tag tag) { return tag == Tag::kPattern; })) {
         const Style& style = scene.StyleInPlace(next);
         for (std::size_t i = 0; i < std::size(kPlaces); ++i) {
             Length length;
@@ -60,15 +57,7 @@ PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
     return definition;
 }
 
-/// Which tiles of a pattern a box touches, by their places in both directions.
-struct TileRange {
-    long xFirst, xLast, yFirst, yLast;
-    std::uint64_t Count() const {
-        return static_cast<std::uint64_t>(xLast - xFirst + 1) *
-               static_cast<std::uint64_t>(yLast - yFirst + 1);
-    }
-};
-
+/// Which tiles of a pattern a box touches.
 std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& tile) {
     constexpr double kFarthest = 1e9;
     const double values[] = {
@@ -93,8 +82,8 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
 
     const bool isOfBox = pattern.units == Units::kBoundingBox;
     const double boxWidth = paint.box.xMax - paint.box.xMin, boxHeight = paint.box.yMax - paint.box.yMin;
-    if ((isOfBox || pattern.contentUnits == Units::kBoundingBox) && !(boxWidth > 0.0 && boxHeight > 0.0))
-        return;
+    const bool needsBox = isOfBox || (pattern.contentUnits == Units::kBoundingBox && !pattern.viewBox);
+    if (needsBox && !(boxWidth > 0.0 && boxHeight > 0.0)) return;
     const Viewport unit{1.0, 1.0};
     const auto placeOf = [&](int i, Axis axis) {
         if (pattern.places[i] == kNoElement) return 0.0;
@@ -107,7 +96,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
                 tile.width * boxWidth, tile.height * boxHeight};
     if (!(tile.width > 0.0) || !(tile.height > 0.0)) return;
 
-    const Style contentStyle = scene_.StyleInPlace(pattern.content);
+    const Style& contentStyle = scene_.StyleInPlace(pattern.content);
     DrawState inner = state;
     ++inner.depth;
     inner.context = nullptr;
@@ -119,7 +108,6 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         inner.viewport = {pattern.viewBox->width, pattern.viewBox->height};
     } else if (pattern.contentUnits == Units::kBoundingBox) {
         toTile = toTile * ORVMathAffine2D::Scaling(boxWidth, boxHeight);
-        inner.viewport = unit;
     }
     // Content in user space counts from the tile's corner, which lies where the tile's x and y say.
     const ORVMathAffine2D patternToPage = paint.toPage * pattern.transform;
@@ -148,12 +136,15 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         if (Do(generator_.BeginLayer(layer))) ends_.push_back(End::kLayer);
     }
     BeginOutline(path, toPage, isEvenOdd);
+    const PatternTiles all{tile, *tiles, toTile, patternToPage, inner.viewport};
+    if (DrawFusedTiles(pattern.content, contentStyle, all)) {
+        EndBack(mark);
+        Leave();
+        return;
+    }
     for (long y = tiles->yFirst; y <= tiles->yLast && !IsStopped(); ++y) {
         for (long x = tiles->xFirst; x <= tiles->xLast && !IsStopped(); ++x) {
-            if (!budget_.TakeElement()) {
-                Do(ORVPrintModelRender::kTooManyRepeats);
-                break;
-            }
+            if (!TakeElement(pattern.content)) break;
             const ORVMathAffine2D step =
                 patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * tile.width,
                                                              static_cast<double>(y) * tile.height);

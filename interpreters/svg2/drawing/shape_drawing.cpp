@@ -19,7 +19,7 @@ void Drawing::DrawShape(ElementIndex element, const Style& style, const DrawStat
     if (!AddOutline(scene_, element, style, state.viewport, path, hasMarkers ? &segmentEnds : nullptr))
         return;
     if (state.isWithinClip) {
-        const ORVPrintFill fill{.colour = {}, .evenOdd = style.clipIsEvenOdd};
+        const ORVPrintFill fill{.colour = {}, .evenOdd = style.clipIsEvenOdd, .isCrisp = style.hasCrispEdges};
         Do(generator_.DrawShape({path, state.toPage, &fill, nullptr}));
         return;
     }
@@ -46,8 +46,11 @@ void Drawing::DrawShape(ElementIndex element, const Style& style, const DrawStat
 
 namespace {
 
-ORVPrintFill FillOf(const MadePaint& paint, bool isEvenOdd) {
-    return {.colour = paint.colour, .evenOdd = isEvenOdd, .gradient = paint.GetGradient()};
+ORVPrintFill FillOf(const MadePaint& paint, const Style& style) {
+    return {.colour = paint.colour,
+            .evenOdd = style.fillIsEvenOdd,
+            .gradient = paint.GetGradient(),
+            .isCrisp = style.hasCrispEdges};
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ void Drawing::DrawPart(PaintPart part, const ORVPrintPath& path, const Style& st
         if (fill.kind == Kind::kPattern) {
             DrawPattern(path, state.toPage, style.fillIsEvenOdd, fill, state);
         } else if (fill.kind != Kind::kNothing) {
-            const ORVPrintFill made = FillOf(fill, style.fillIsEvenOdd);
+            const ORVPrintFill made = FillOf(fill, style);
             Do(generator_.DrawShape({path, state.toPage, &made, nullptr}));
         }
         return;
@@ -139,7 +142,7 @@ void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const 
     if (isPlain) {
         const bool hasFill = fill.kind != MadePaint::Kind::kNothing;
         if (!hasFill && !hasStroke) return;
-        const ORVPrintFill made = FillOf(fill, style.fillIsEvenOdd);
+        const ORVPrintFill made = FillOf(fill, style);
         ORVPrintShape shape{path, state.toPage, hasFill ? &made : nullptr, hasStroke ? &stroke : nullptr};
         if (keepsIdentifiers_) shape.id = scene_.GetDocument().ValueOf(element, Name::kId);
         Do(generator_.DrawShape(shape));

@@ -7,6 +7,7 @@
 
 #include "interpreters/svg2/document/parsing.h"
 #include "interpreters/svg2/drawing/Bounds.h"
+#include "interpreters/svg2/drawing/ClipKeeper.h"
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
 #include "interpreters/svg2/tree/page_size.h"
@@ -32,7 +33,8 @@ std::string_view TitleOf(const Document& document, ElementIndex element) {
 ORVMathBox2D ContentBox(const Document& document) {
     Scene scene(document, {});
     const ORVPrintParameters parameters;
-    DrawingBudget budget(parameters, document.GetCount());
+    DrawingBudget budget(parameters);
+    budget.AllowFor(document);
     TextFonts fonts;
     Bounds bounds(scene, budget, fonts);
     scene.SetBoxes(&bounds);
@@ -128,13 +130,18 @@ int DrawnDocument::Draw(const std::vector<unsigned int>& numbers, ORVPrintGenera
     return status == kDone ? ended : status;
 }
 
-int DrawnDocument::DrawPages(const std::vector<unsigned int>& numbers, ORVPrintGenerator& generator,
+int DrawnDocument::DrawPages(const std::vector<unsigned int>& numbers, ORVPrintGenerator& target,
                              const ORVPrintParameters& parameters) {
+    ClipKeeper generator(target);
     Scene scene(*document_, Medium{size_.width, size_.height});
     Images images(path_);
-    DrawingBudget budget(parameters, document_->GetCount());
+    DrawingBudget budget(parameters);
+    budget.AllowFor(*document_);
     TextFonts fonts;
     Drawing drawing(scene, generator, budget, images, fonts);
+    drawing.ReportContentLayers();
+    if (!parameters.GetReportedElement().IsEmpty())
+        drawing.Report(document_->FindById(parameters.GetReportedElement().GetView()));
     const std::string id(document_->ValueOf(Document::kRoot, Name::kId));
     unsigned int place = 0;
     for (const unsigned int number : numbers) {

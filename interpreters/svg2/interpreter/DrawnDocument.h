@@ -51,7 +51,7 @@ public:
              const ORVPrintParameters& parameters);
 
 private:
-    int DrawPages(const std::vector<unsigned int>& numbers, ORVPrintGenerator& generator,
+    int DrawPages(const std::vector<unsigned int>& numbers, ORVPrintGenerator& target,
                   const ORVPrintParameters& parameters);
     void FindPages();
 

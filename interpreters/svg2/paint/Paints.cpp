@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "interpreters/svg2/values/scanner.h"
+#include "interpreters/svg2/values/view_box.h"
+
 namespace svg2 {
 namespace {
 
@@ -24,6 +27,25 @@ double CurveLength(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORV
         last = point;
     }
     return length;
+}
+
+/// Whether a pattern counts in shares of the box that it paints.
+bool NeedsBox(const Scene& scene, ElementIndex pattern) {
+    const Document& document = scene.GetDocument();
+    bool hasUnits = false, hasContentUnits = false, hasViewBox = false, needsContentBox = false;
+    constexpr int kLongestChain = 64;
+    for (int i = 0; i < kLongestChain && pattern != kNoElement && document[pattern].tag == Tag::kPattern;
+         ++i, pattern = document.FindByReference(Trim(document.ValueOf(pattern, Name::kHref)))) {
+        if (!hasUnits && (hasUnits = document.Find(pattern, Name::kPatternUnits).has_value()) &&
+            scene.UnitsOf(pattern, Name::kPatternUnits, Units::kBoundingBox) == Units::kBoundingBox)
+            return true;
+        if (!hasContentUnits &&
+            (hasContentUnits = document.Find(pattern, Name::kPatternContentUnits).has_value()))
+            needsContentBox =
+                scene.UnitsOf(pattern, Name::kPatternContentUnits, Units::kUserSpace) == Units::kBoundingBox;
+        hasViewBox = hasViewBox || ReadViewBox(document.ValueOf(pattern, Name::kViewBox)).has_value();
+    }
+    return !hasUnits || (needsContentBox && !hasViewBox);
 }
 
 }  // namespace
@@ -83,13 +105,16 @@ void Paints::MakeReferenced(const Paint& paint, double opacity, const PaintPlace
             case GradientPaint::Kind::kUnusable: break;
         }
     } else if (server != kNoElement && document[server].tag == Tag::kPattern) {
-        made.kind = MadePaint::Kind::kPattern;
-        made.pattern = server;
-        made.opacity = opacity;
         made.box = place.box();
-        made.viewport = place.viewport;
-        made.toPage = place.toPage;
-        return;
+        const bool hasArea = made.box.xMax > made.box.xMin && made.box.yMax > made.box.yMin;
+        if (hasArea || !NeedsBox(scene_, server)) {
+            made.kind = MadePaint::Kind::kPattern;
+            made.pattern = server;
+            made.opacity = opacity;
+            made.viewport = place.viewport;
+            made.toPage = place.toPage;
+            return;
+        }
     }
     MakePlain(paint.fallback, paint.colour, opacity, place, made);
 }
@@ -106,7 +131,7 @@ void Paints::Make(const Paint& paint, double opacity, const PaintPlace& place, M
     if (!context) return;
     const bool isFill = paint.kind == Paint::Kind::kContextFill;
     const PaintPlace there{*context->style, context->viewport, context->toPage, context->outer,
-                           [context] { return context->box; }};
+                           [context] { return context->box(); }};
     const double own = isFill ? context->style->fillOpacity : context->style->strokeOpacity;
     Make(isFill ? context->style->fill : context->style->stroke, opacity * own, there, made);
 }
@@ -117,6 +142,7 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     stroke.cap = style.cap;
     stroke.join = style.join;
     stroke.miterLimit = style.miterLimit;
+    stroke.isCrisp = style.hasCrispEdges;
     stroke.dashes = {};
     stroke.dashOffset = 0.0;
     if (!style.dashes || style.dashes->empty()) return true;

@@ -14,7 +14,7 @@ namespace svg2 {
 /// Paints that "context-fill" and "context-stroke" mean: those of the element around, where that stands.
 struct ContextPaints {
     const Style* style = nullptr;
-    ORVMathBox2D box;
+    std::function<ORVMathBox2D()> box;  ///< in its user units; asked for when it is needed only
     Viewport viewport;
     ORVMathAffine2D toPage;
     const ContextPaints* outer = nullptr;  ///< of the context element itself; null for none

@@ -2,6 +2,7 @@
 #include "interpreters/svg2/paint/basic_shapes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -73,17 +74,9 @@ bool TakePosition(ShapeArguments& arguments, ORVMathPoint2D& centre) {
 
 bool TakeRadius(ShapeArguments& arguments, double base, double least, double greatest, double& radius) {
     if (arguments.TakeLengthOf(base, radius)) return radius >= 0.0;
-    const std::size_t start = arguments.scanner.GetPosition();
     const std::string_view word = arguments.scanner.TakeName();
-    if (word == "closest-side") {
-        radius = least;
-    } else if (word == "farthest-side") {
-        radius = greatest;
-    } else {
-        arguments.scanner.SetPosition(start);
-        radius = least;
-    }
-    return true;
+    radius = word == "farthest-side" ? greatest : least;
+    return word == "farthest-side" || word == "closest-side";
 }
 
 bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
@@ -100,7 +93,13 @@ bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     const double left = std::fabs(centre.x - box.x), right = std::fabs(box.x + box.width - centre.x);
     const double top = std::fabs(centre.y - box.y), bottom = std::fabs(box.y + box.height - centre.y);
     double rx = 0.0, ry = 0.0;
-    if (isCircle) {
+    arguments.scanner.SkipSpace();
+    if (arguments.scanner.AtEnd() || arguments.scanner.Rest().starts_with("at ")) {
+        // The closest sides.
+        rx = std::min(left, right);
+        ry = std::min(top, bottom);
+        if (isCircle) rx = ry = std::min(rx, ry);
+    } else if (isCircle) {
         if (!TakeRadius(arguments, arguments.Diagonal(), std::min({left, right, top, bottom}),
                         std::max({left, right, top, bottom}), rx))
             return false;
@@ -113,31 +112,74 @@ bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     return true;
 }
 
-bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
-    double sides[4] = {};
-    int count = 0;
-    for (; count < 4; ++count)
-        if (!arguments.TakeLengthOf(count % 2 == 0 ? arguments.box.height : arguments.box.width,
-                                    sides[count]))
-            break;
+/// Up to four values as margins have them: top, right, bottom and left, or corners from the upper left one.
+/// @param bases  that percentages of the even and the odd ones count from
+bool TakeFour(ShapeArguments& arguments, const std::array<double, 2>& bases, std::array<double, 4>& values) {
+    std::size_t count = 0;
+    for (; count < values.size(); ++count)
+        if (!arguments.TakeLengthOf(bases[count % 2], values[count])) break;
     if (count == 0) return false;
-    if (count < 2) sides[1] = sides[0];
-    if (count < 3) sides[2] = sides[0];
-    if (count < 4) sides[3] = sides[1];
-    double rx = 0.0, ry = 0.0;
-    arguments.scanner.SkipSpace();
-    if (arguments.scanner.Rest().starts_with("round")) {
-        arguments.scanner.Advance(5);
-        if (!arguments.TakeLengthOf(arguments.box.width, rx)) return false;
-        ry = rx;
-        if (arguments.scanner.TakeAfterSpace('/') && !arguments.TakeLengthOf(arguments.box.height, ry))
-            return false;
+    if (count < 2) values[1] = values[0];
+    if (count < 3) values[2] = values[0];
+    if (count < 4) values[3] = values[1];
+    return true;
+}
+
+/// A rectangle with an ellipse at each corner, from the upper left one clockwise.
+void AddRounded(ORVPrintPath& path, const Rectangle& r, std::array<double, 4> rx, std::array<double, 4> ry) {
+    // Ellipses that do not fit side by side shrink, all alike.
+    double share = 1.0;
+    const auto fit = [&](double size, double sum) {
+        if (sum > size) share = std::min(share, size / sum);
+    };
+    fit(r.width, rx[0] + rx[1]);
+    fit(r.width, rx[3] + rx[2]);
+    fit(r.height, ry[0] + ry[3]);
+    fit(r.height, ry[1] + ry[2]);
+    for (std::size_t i = 0; i < 4; ++i) {
+        rx[i] = ry[i] > 0.0 ? rx[i] * share : 0.0;
+        ry[i] = rx[i] > 0.0 ? ry[i] * share : 0.0;
     }
+    constexpr double kReach = 1.0 - 0.5522847498307936;  // of control points, from the corner
+    const double left = r.x, top = r.y, right = r.x + r.width, bottom = r.y + r.height;
+    path.MoveTo({left + rx[0], top});
+    path.LineTo({right - rx[1], top});
+    path.CubicTo({right - rx[1] * kReach, top}, {right, top + ry[1] * kReach}, {right, top + ry[1]});
+    path.LineTo({right, bottom - ry[2]});
+    path.CubicTo({right, bottom - ry[2] * kReach}, {right - rx[2] * kReach, bottom}, {right - rx[2], bottom});
+    path.LineTo({left + rx[3], bottom});
+    path.CubicTo({left + rx[3] * kReach, bottom}, {left, bottom - ry[3] * kReach}, {left, bottom - ry[3]});
+    path.LineTo({left, top + ry[0]});
+    path.CubicTo({left, top + ry[0] * kReach}, {left + rx[0] * kReach, top}, {left + rx[0], top});
+    path.Close();
+}
+
+bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
     const Rectangle& box = arguments.box;
+    std::array<double, 4> sides{}, rx{}, ry{};
+    if (!TakeFour(arguments, {box.height, box.width}, sides)) return false;
+    arguments.scanner.SkipSpace();
+    bool isRound = false;
+    if (arguments.scanner.Rest().starts_with("round")) {
+        isRound = true;
+        arguments.scanner.Advance(5);
+        const std::size_t start = arguments.scanner.GetPosition();
+        if (!TakeFour(arguments, {box.width, box.width}, rx)) return false;
+        // Without radii of their own, heights of corners are read from the same ones.
+        if (!arguments.scanner.TakeAfterSpace('/')) arguments.scanner.SetPosition(start);
+        if (!TakeFour(arguments, {box.height, box.height}, ry)) return false;
+        for (std::size_t i = 0; i < 4; ++i)
+            if (rx[i] < 0.0 || ry[i] < 0.0) return false;
+    }
+    arguments.scanner.SkipSpace();
+    if (!arguments.scanner.AtEnd()) return false;
     const Rectangle inner{box.x + sides[3], box.y + sides[0], box.width - sides[1] - sides[3],
                           box.height - sides[0] - sides[2]};
-    if (inner.width > 0.0 && inner.height > 0.0)
-        AddRectangle(path, inner, std::min(rx, inner.width / 2.0), std::min(ry, inner.height / 2.0));
+    if (!(inner.width > 0.0) || !(inner.height > 0.0)) return true;
+    if (isRound)
+        AddRounded(path, inner, rx, ry);
+    else
+        AddRectangle(path, inner);
     return true;
 }
 

@@ -13,6 +13,9 @@ namespace {
 using Kind = ORVPrintGradient::Kind;
 using Spread = ORVPrintGradient::Spread;
 
+constexpr std::uint64_t kStepsPerStop = 50;  // whose style is found out
+constexpr std::uint64_t kStepsPerCopiedStop = 4;
+
 // Places of the coordinates in a definition.
 enum LinearPlace { kX1, kY1, kX2, kY2 };
 enum RadialPlace { kCx, kCy, kR, kFx, kFy, kFr };
@@ -27,18 +30,6 @@ constexpr PlaceRow kLinearPlaces[] = {
 constexpr PlaceRow kRadialPlaces[] = {{Name::kCx, {0.0, 50.0}}, {Name::kCy, {0.0, 50.0}},
                                       {Name::kR, {0.0, 50.0}},  {Name::kFx, {0.0, 50.0}},
                                       {Name::kFy, {0.0, 50.0}}, {Name::kFr, {0.0, 0.0}}};
-
-/// Gradients from the one that is asked for to the last that it borrows from. A gradient that comes again
-/// ends the chain.
-std::vector<ElementIndex> TemplateChain(const Document& document, ElementIndex gradient) {
-    std::vector<ElementIndex> chain;
-    while (gradient != kNoElement && Gradients::IsGradient(document[gradient].tag) &&
-           std::find(chain.begin(), chain.end(), gradient) == chain.end()) {
-        chain.push_back(gradient);
-        gradient = document.FindByReference(Trim(document.ValueOf(gradient, Name::kHref)));
-    }
-    return chain;
-}
 
 bool ReadSpread(std::string_view text, Spread& spread) {
     if (text == "pad")
@@ -57,6 +48,7 @@ double Offset(std::string_view text) {
     double offset = 0.0;
     if (!scanner.TakeNumber(offset)) return 0.0;
     if (scanner.Take('%')) offset /= 100.0;
+    if (!scanner.AtEnd()) return 0.0;
     return std::clamp(offset, 0.0, 1.0);
 }
 
@@ -82,6 +74,12 @@ void PlaceRadial(const Coordinates& at, ORVPrintGradient& gradient) {
     gradient.end = {at.At(kCx, Axis::kX), at.At(kCy, Axis::kY)};
     gradient.startRadius = std::max(at.At(kFr, Axis::kNone), 0.0);
     gradient.endRadius = at.At(kR, Axis::kNone);
+    if (gradient.start == gradient.end && gradient.startRadius == gradient.endRadius) {
+        // Nothing lies between the circles: the first colour inside, the last one outside.
+        constexpr double kNearly = 1.0 - 1e-6;
+        gradient.startRadius *= kNearly;
+        gradient.spread = Spread::kPad;
+    }
 }
 
 /// A gradient that has no extent shows its last colour only.
@@ -115,6 +113,7 @@ void Gradients::ReadStops(ElementIndex gradient, std::vector<ORVPrintGradientSto
     for (ElementIndex child = document[gradient].firstChild; child != kNoElement;
          child = document[child].nextSibling) {
         if (document[child].tag != Tag::kStop) continue;
+        scene_.GetCascade().GetWork()->Take(kStepsPerStop);
         Style style;
         scene_.GetCascade().Compute(child, parent, style);
         least = std::max(least, Offset(document.ValueOf(child, Name::kOffset)));
@@ -124,7 +123,7 @@ void Gradients::ReadStops(ElementIndex gradient, std::vector<ORVPrintGradientSto
 
 void Gradients::Resolve(ElementIndex gradient, GradientDefinition& definition) {
     const Document& document = scene_.GetDocument();
-    const std::vector<ElementIndex> chain = TemplateChain(document, gradient);
+    const std::vector<ElementIndex> chain = scene_.TemplateChain(gradient, IsGradient);
     const bool isLinear = document[gradient].tag == Tag::kLinearGradient;
     definition.kind = isLinear ? Kind::kLinear : Kind::kRadial;
     const std::span<const PlaceRow> rows =
@@ -172,6 +171,8 @@ void Gradients::Make(ElementIndex element, const ORVMathBox2D& box, const Viewpo
     const GradientDefinition& definition = Find(element);
     paint.kind = GradientPaint::Kind::kNothing;
     if (definition.stops.empty()) return;
+    // The stops are copied for each shape, and every generator looks through them.
+    scene_.GetCascade().GetWork()->Take(kStepsPerCopiedStop * definition.stops.size());
 
     ORVMathAffine2D toUser;
     if (definition.units == Units::kBoundingBox) {

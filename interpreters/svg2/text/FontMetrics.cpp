@@ -47,7 +47,7 @@ TextFont TextFonts::Find(const ORVFontQuery& query) {
     if (isLast) return lastFont_;
     TextFont font;
     font.choice = ORVChooseFont(query);
-    const ORVFontFace* face = font.choice.font->GetFace(font.choice.weight);
+    const ORVFontFace* face = font.choice.face;
     if (face) {
         const auto [entry, isNew] = metrics_.try_emplace(face);
         if (isNew) entry->second = ReadMetrics(*face);

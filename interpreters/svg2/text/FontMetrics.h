@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <unordered_map>
 
@@ -35,11 +36,19 @@ public:
     }
     TextFont Find(const ORVFontQuery& query);
 
+    /// Counts text that is set although it stands elsewhere. @return false when that is out of proportion
+    bool TakeRepeatedText(std::size_t bytes) {
+        constexpr std::size_t kMost = std::size_t{1} << 24U;
+        repeatedText_ += bytes;
+        return repeatedText_ <= kMost;
+    }
+
 private:
     std::unordered_map<const ORVFontFace*, FontMetrics> metrics_;
     ORVFontQuery last_;
     TextFont lastFont_;
     bool hasLast_ = false;
+    std::size_t repeatedText_ = 0;
 };
 
 }  // namespace svg2

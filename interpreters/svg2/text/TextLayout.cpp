@@ -3,291 +3,32 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <cstddef>
 
-#include "interpreters/svg2/tree/shapes.h"
-#include "interpreters/svg2/tree/structure.h"
-#include "interpreters/svg2/values/path_data.h"
-#include "interpreters/svg2/values/scanner.h"
+#include "interpreters/svg2/text/baselines.h"
 #include "interpreters/svg2/values/transform.h"
 
 namespace svg2 {
 namespace {
 
-constexpr int kGreatestDepth = 256;  // of spans within each other
+constexpr double kQuarter = 90.0;
+constexpr double kSlant = 0.2126;  // tangent of the 12 degrees that upright letters lean by
 
-/// Bytes of the character that begins at `offset`.
-std::size_t SizeOfCharacter(std::string_view text, std::size_t offset) {
-    std::size_t size = 1;
-    while (offset + size < text.size() && (static_cast<unsigned char>(text[offset + size]) & 0xC0U) == 0x80U)
-        ++size;
-    return size;
+/// From y up to y down, leaning where the font has nothing that does.
+ORVMathAffine2D GlyphsUp(const TextSpan& span) {
+    return {1.0, span.font.choice.isToBeSlanted ? kSlant : 0.0, 0.0, -1.0, 0.0, 0.0};
 }
 
-std::uint32_t CodePointOf(std::string_view character) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
-    switch (character.size()) {
-        case 1: return byte(0);
-        case 2: return (byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU);
-        case 3: return (byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU);
-        default:
-            return (byte(0) & 0x07U) << 18U | (byte(1) & 0x3FU) << 12U | (byte(2) & 0x3FU) << 6U |
-                   (byte(3) & 0x3FU);
-    }
-}
+ORVMathAffine2D LineUp() { return {1.0, 0.0, 0.0, -1.0, 0.0, 0.0}; }
 
-/// Characters that stand upright in vertical lines: those of East Asia, by their blocks.
-bool IsUpright(std::uint32_t code) {
-    return (code >= 0x1100 && code < 0x1200) || (code >= 0x2E80 && code < 0xA4D0) ||
-           (code >= 0xA960 && code < 0xA980) || (code >= 0xAC00 && code < 0xD800) ||
-           (code >= 0xF900 && code < 0xFB00) || (code >= 0xFE10 && code < 0xFE20) ||
-           (code >= 0xFE30 && code < 0xFE50) || (code >= 0xFF01 && code < 0xFF61) ||
-           (code >= 0xFFE0 && code < 0xFFE7) || (code >= 0x1F000 && code < 0x1FB00) ||
-           (code >= 0x20000 && code < 0x40000);
+/// How far above the baseline the middle of the em box lies.
+double MiddleOf(const TextSpan& span) {
+    const FontMetrics& metrics = span.font.metrics;
+    return (metrics.ascent - metrics.descent) / 2.0 * span.style->fontSize;
 }
-
-/// Characters that are set on, or join, the one before them.
-bool GoesWithTheOneBefore(std::uint32_t code) {
-    return (code >= 0x300 && code < 0x370) || (code >= 0x1AB0 && code < 0x1B00) ||
-           (code >= 0x1DC0 && code < 0x1E00) || (code >= 0x20D0 && code < 0x2100) ||
-           (code >= 0xFE00 && code < 0xFE10) || (code >= 0xFE20 && code < 0xFE30) || code == 0x200D;
-}
-
-bool IsSpaceToWiden(std::string_view character) { return character == " " || character == "\u00A0"; }
 
 }  // namespace
 
-bool TextLayout::LayOut(ElementIndex element, const Style& style, const Viewport& viewport) {
-    viewport_ = viewport;
-    Collect(element, style, 0, 0);
-    if (!characters_.empty() && characters_.back().isCollapsed) {
-        // White space at the end of the text goes, too.
-        characters_.pop_back();
-        for (TextSpan& span : spans_) span.end = std::min(span.end, characters_.size());
-    }
-    if (characters_.empty()) return true;
-    ApplyLists();
-    MakeSegments();
-    for (TextSegment& segment : segments_)
-        if (!Shape(segment)) return false;
-    if (!FitLengths()) return false;
-    PlaceChunks();
-    return true;
-}
-
-void TextLayout::Collect(ElementIndex element, const Style& style, std::size_t parent, int depth) {
-    const Document& document = scene_.GetDocument();
-    const std::size_t number = spans_.size();
-    {
-        TextSpan span;
-        span.element = element;
-        span.style = &style;
-        span.parent = parent;
-        span.first = characters_.size();
-        if (number > 0) {
-            span.opacity = spans_[parent].opacity * style.opacity;
-            span.path = spans_[parent].path;
-            span.shift = spans_[parent].shift;
-        }
-        if (document[element].tag == Tag::kTextPath) AddPath(span);
-        span.shift += ShiftOf(span);
-        spans_.push_back(span);
-    }
-    const bool isLost = spans_[number].path != kNoPath && !paths_[spans_[number].path].isUsable;
-    ElementIndex child = document[element].firstChild;
-    for (const ORVXmlNode* node = document[element].node->firstChild; node && !isLost;
-         node = node->nextSibling) {
-        if (node->kind == ORVXmlNode::Kind::kText) AddText(node->GetText(), number);
-        if (!node->IsElement()) continue;
-        if (child == kNoElement || document[child].node != node) continue;  // of another namespace
-        const ElementIndex inner = child;
-        child = document[child].nextSibling;
-        const Tag tag = document[inner].tag;
-        if (tag != Tag::kTspan && tag != Tag::kTextPath && tag != Tag::kA && tag != Tag::kTref) continue;
-        Style& innerStyle = *styles_.emplace_back(std::make_unique<Style>());
-        scene_.GetCascade().Compute(inner, style, innerStyle);
-        if (!innerStyle.isDisplayed || depth >= kGreatestDepth || !PassesConditions(document, inner))
-            continue;
-        Collect(inner, innerStyle, number, depth + 1);
-    }
-    // A light element has no nodes for its text, which comes first.
-    if (!document[element].node->firstChild) AddText(document[element].node->GetText(), number);
-    spans_[number].end = characters_.size();
-}
-
-void TextLayout::AddText(std::string_view text, std::size_t span) {
-    const bool collapses = spans_[span].style->whiteSpace == WhiteSpace::kCollapse;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t size = SizeOfCharacter(text, i);
-        std::string_view character = text.substr(i, size);
-        i += size;
-        const bool isSpace = character.size() == 1 && IsSpace(character.front());
-        if (isSpace && collapses && endsWithSpace_) continue;
-        if (isSpace) character = " ";
-        endsWithSpace_ = isSpace && collapses;
-        Character added{text_.size(), character.size(), span};
-        const std::uint32_t code = CodePointOf(character);
-        added.isUpright = IsUpright(code);
-        added.isMark = !characters_.empty() && GoesWithTheOneBefore(code);
-        added.isCollapsed = endsWithSpace_;
-        characters_.push_back(added);
-        text_ += character;
-    }
-}
-
-void TextLayout::AddPath(TextSpan& span) {
-    using Verb = ORVPrintPath::Verb;
-    const Document& document = scene_.GetDocument();
-    span.path = paths_.size();
-    Path& path = paths_.emplace_back();
-    ORVPrintPath outline;
-    ORVMathAffine2D transform;
-    const ElementIndex target = document.FindByReference(Trim(document.ValueOf(span.element, Name::kHref)));
-    if (const std::string_view data = document.ValueOf(span.element, Name::kPath); !data.empty()) {
-        ReadPathData(data, outline);
-    } else if (target != kNoElement && IsShape(document[target].tag)) {
-        const Style& style = scene_.StyleInPlace(target);
-        AddOutline(scene_, target, style, viewport_, outline);
-        if (!scene_.TransformOf(target, style, viewport_, transform)) return;
-    }
-    double length = 0.0;
-    ORVMathPoint2D start;
-    const auto addPoint = [&](const ORVMathPoint2D& point, bool jumps) {
-        if (!path.points.empty() && !jumps)
-            length += std::hypot(point.x - path.points.back().x, point.y - path.points.back().y);
-        path.points.push_back(point);
-        path.lengths.push_back(length);
-        path.jumps.push_back(jumps);
-    };
-    std::size_t next = 0;
-    for (const Verb verb : outline.verbs) {
-        switch (verb) {
-            case Verb::kMove:
-                start = transform(outline.points[next++]);
-                addPoint(start, true);
-                break;
-            case Verb::kLine: addPoint(transform(outline.points[next++]), false); break;
-            case Verb::kCubic: {
-                constexpr int kSteps = 64;
-                const ORVMathPoint2D p0 = path.points.back(), p1 = transform(outline.points[next]);
-                const ORVMathPoint2D p2 = transform(outline.points[next + 1]);
-                const ORVMathPoint2D p3 = transform(outline.points[next + 2]);
-                next += 3;
-                for (int i = 1; i <= kSteps; ++i) {
-                    const double t = static_cast<double>(i) / kSteps, s = 1.0 - t;
-                    const double a = s * s * s, b = 3.0 * s * s * t, c = 3.0 * s * t * t, d = t * t * t;
-                    addPoint({a * p0.x + b * p1.x + c * p2.x + d * p3.x,
-                              a * p0.y + b * p1.y + c * p2.y + d * p3.y},
-                             false);
-                }
-                break;
-            }
-            case Verb::kClose: addPoint(start, false); break;
-        }
-    }
-    if (!(length > 0.0)) return;
-    path.isUsable = true;
-    if (document.ValueOf(span.element, Name::kSide) == "right") {
-        std::reverse(path.points.begin(), path.points.end());
-        for (double& at : path.lengths) at = length - at;
-        std::reverse(path.lengths.begin(), path.lengths.end());
-        // What no line leads to, no line leads away from.
-        std::vector<bool> jumps(path.jumps.size(), false);
-        for (std::size_t i = 1; i < jumps.size(); ++i) jumps[i] = path.jumps[jumps.size() - i];
-        path.jumps = std::move(jumps);
-    }
-    Length offset;
-    if (ReadLength(document.ValueOf(span.element, Name::kStartOffset),
-                   scene_.GetCascade().SizesOf(*span.style), offset)) {
-        double scale = 1.0;
-        if (target != kNoElement) {
-            const double stated = scene_.NumberOf(target, Name::kPathLength, 0.0);
-            if (stated > 0.0) scale = length / stated;
-        }
-        path.offset = offset.px * scale + offset.percent * length / 100.0;
-    }
-}
-
-// ---- positions that the document states ----
-
-void TextLayout::ApplyList(const TextSpan& span, Name name, Axis axis) {
-    const std::string_view list = scene_.GetDocument().ValueOf(span.element, name);
-    if (list.empty()) return;
-    Scanner scanner(list);
-    const UnitSizes sizes = scene_.GetCascade().SizesOf(*span.style);
-    scanner.SkipSpace();
-    for (std::size_t i = span.first; i < span.end && !scanner.AtEnd(); ++i) {
-        Length length;
-        if (!TakeLength(scanner, sizes, length)) return;
-        scanner.SkipCommaSpace();
-        const double value = length.Resolve(Scene::BaseOf(viewport_, axis));
-        Character& character = characters_[i];
-        switch (name) {
-            case Name::kX:
-                character.x = value;
-                character.hasX = true;
-                break;
-            case Name::kY:
-                character.y = value;
-                character.hasY = true;
-                break;
-            case Name::kDx: character.dx = value; break;
-            default: character.dy = value; break;
-        }
-    }
-}
-
-void TextLayout::ApplyRotation(const TextSpan& span) {
-    const std::string_view list = scene_.GetDocument().ValueOf(span.element, Name::kRotate);
-    if (list.empty()) return;
-    Scanner scanner(list);
-    double degrees = 0.0;
-    scanner.SkipSpace();
-    for (std::size_t i = span.first; i < span.end; ++i) {
-        // The last value holds for all that follow.
-        if (!scanner.AtEnd() && scanner.TakeNumber(degrees)) scanner.SkipCommaSpace();
-        characters_[i].rotation = degrees;
-    }
-}
-
-// Spans come from the outside in, so that the inner ones win.
-void TextLayout::ApplyLists() {
-    for (const TextSpan& span : spans_) {
-        if (scene_.GetDocument()[span.element].tag == Tag::kTextPath) continue;
-        ApplyList(span, Name::kX, Axis::kX);
-        ApplyList(span, Name::kY, Axis::kY);
-        ApplyList(span, Name::kDx, Axis::kX);
-        ApplyList(span, Name::kDy, Axis::kY);
-        ApplyRotation(span);
-    }
-    // What stands within a cluster cannot be placed by itself; its moves go with the cluster.
-    for (std::size_t i = 1; i < characters_.size(); ++i) {
-        Character& mark = characters_[i];
-        if (mark.isMark) mark.hasX = mark.hasY = false;
-    }
-}
-
-double TextLayout::ShiftOf(const TextSpan& span) {
-    const Style& style = *span.style;
-    const bool isText = scene_.GetDocument()[span.element].tag == Tag::kText;
-    double shift = 0.0;
-    const FontMetrics metrics = fonts_.Find(style).metrics;
-    if (!isText && !style.baselineShift.empty()) {
-        const std::string_view text = style.baselineShift;
-        Length length;
-        if (EqualsIgnoringCase(text, "sub"))
-            shift -= metrics.subscript * style.fontSize;
-        else if (EqualsIgnoringCase(text, "super"))
-            shift += metrics.superscript * style.fontSize;
-        else if (ReadLength(text, scene_.GetCascade().SizesOf(style), length))
-            shift += length.Resolve(style.fontSize);
-    }
-    return shift;
-}
-
-namespace {
-
-/// How far below the line the alphabetic baseline lies when another one lies on the line.
 double BaselineDrop(const Style& style, const FontMetrics& metrics) {
     const bool isAligned = style.alignmentBaseline != Baseline::kAuto;
     double em = 0.0;
@@ -304,250 +45,261 @@ double BaselineDrop(const Style& style, const FontMetrics& metrics) {
     return em * style.fontSize;
 }
 
-}  // namespace
-
-// ---- shaping ----
-
-void TextLayout::MakeSegments() {
-    const bool isVertical = spans_[0].style->writingMode != WritingMode::kHorizontal;
-    for (std::size_t i = 0; i < characters_.size(); ++i) {
-        const Character& character = characters_[i];
-        const bool isOnPath = spans_[character.span].path != kNoPath;
-        bool begins = segments_.empty();
-        if (!begins && !character.isMark) {
-            const TextSegment& last = segments_.back();
-            begins = last.span != character.span || isOnPath || character.hasX || character.hasY ||
-                     character.dx != 0.0 || character.dy != 0.0 || character.rotation != 0.0 ||
-                     characters_[last.first].rotation != 0.0 ||
-                     (isVertical && character.isUpright == last.isSideways);
-        }
-        if (begins) {
-            TextSegment& segment = segments_.emplace_back();
-            segment.first = i;
-            segment.span = character.span;
-            segment.font = fonts_.Find(*spans_[character.span].style);
-            segment.isVertical = isVertical && !isOnPath;
-            segment.isSideways = segment.isVertical && !character.isUpright;
-            const Style& style = *spans_[character.span].style;
-            segment.spacing = style.letterSpacing.px;
-        }
-        segments_.back().end = i + 1;
-        segments_.back().text.append(text_, character.offset, character.size);
-    }
-}
-
-/// Sets what follows the spaces of a line apart. @return what that adds to the line's length
-double TextLayout::AdvanceOfWordSpaces(TextSegment& segment, double spacing) const {
-    double added = 0.0;
-    for (ORVGlyphRun& run : segment.layout.runs) {
-        for (ORVGlyph& glyph : run.glyphs) {
-            const bool goesDown = segment.isVertical && !segment.isSideways;
-            (goesDown ? glyph.y : glyph.x) += goesDown ? -added : added;
-            if (glyph.textLength == 0) continue;
-            const std::string_view cluster =
-                std::string_view(segment.text).substr(glyph.textOffset, glyph.textLength);
-            if (IsSpaceToWiden(cluster)) added += spacing;
-        }
-    }
-    return added;
-}
-
-bool TextLayout::Shape(TextSegment& segment) {
-    const Style& style = *spans_[segment.span].style;
-    segment.layout = {};
-    segment.advance = 0.0;
-    if (!(style.fontSize > 0.0)) return true;
-    ORVTextStyle set;
-    set.font = segment.font.choice.font;
-    set.weight = segment.font.choice.weight;
-    set.height = style.fontSize;
-    set.writingMode = segment.isVertical && !segment.isSideways ? 2 : style.isRightToLeft ? 1 : 0;
-    set.extraSpacing = segment.spacing;
-    set.expansion = segment.expansion;
-    segment.layout = ORVLayoutText(segment.text, set);
-    if (!segment.layout.isSet) return false;
-    segment.advance = segment.layout.advance;
-    const Length& wordSpacing = style.wordSpacing;
-    if (wordSpacing.px != 0.0 || wordSpacing.percent != 0.0) {
-        const double space =
-            wordSpacing.percent != 0.0 ? ORVMeasureText(" ", set).advance * wordSpacing.percent / 100.0 : 0.0;
-        segment.advance += AdvanceOfWordSpaces(segment, (wordSpacing.px + space) * segment.expansion);
-    }
-    return true;
-}
-
-double TextLayout::GapAfter(std::size_t segment, std::size_t end) const {
-    return segment + 1 < end ? segments_[segment].spacing * segments_[segment].expansion : 0.0;
-}
-
-// Inner lengths come first, and are part of what the outer ones find.
-bool TextLayout::FitLengths() {
-    for (std::size_t s = spans_.size(); s-- > 0;) {
-        const TextSpan& span = spans_[s];
-        Length stated;
-        const Document& document = scene_.GetDocument();
-        if (!ReadLength(document.ValueOf(span.element, Name::kTextLength),
-                        scene_.GetCascade().SizesOf(*span.style), stated))
-            continue;
-        const double wanted = stated.Resolve(viewport_.width);
-        if (!(wanted >= 0.0) || span.first >= span.end) continue;
-        double natural = 0.0;
-        std::size_t clusters = 0, firstSegment = segments_.size(), endSegment = 0;
-        for (std::size_t i = 0; i < segments_.size(); ++i) {
-            if (segments_[i].first < span.first || segments_[i].end > span.end) continue;
-            firstSegment = std::min(firstSegment, i);
-            endSegment = i + 1;
-        }
-        for (std::size_t i = firstSegment; i < endSegment; ++i)
-            natural += segments_[i].advance + GapAfter(i, endSegment);
-        for (std::size_t i = span.first; i < span.end; ++i)
-            if (!characters_[i].isMark) ++clusters;
-        if (!(natural > 0.0)) continue;
-        const bool stretches = document.ValueOf(span.element, Name::kLengthAdjust) == "spacingAndGlyphs";
-        if (!stretches && clusters < 2) continue;
-        for (std::size_t i = firstSegment; i < endSegment; ++i) {
-            if (stretches)
-                segments_[i].expansion *= std::max(wanted / natural, 1e-6);
-            else
-                segments_[i].spacing += (wanted - natural) / static_cast<double>(clusters - 1);
-            if (!Shape(segments_[i])) return false;
-        }
-    }
+bool TextLayout::LayOut(ElementIndex element, const Style& style, const Viewport& viewport) {
+    if (!content_.Collect(element, style, viewport)) return false;
+    if (content_.IsEmpty()) return true;
+    if (!runs_.Shape()) return false;
+    FitLengths();
+    PlaceChunks();
     return true;
 }
 
 // ---- places ----
 
-bool TextLayout::StartsChunk(std::size_t segment) const {
-    if (segment == 0) return true;
-    const Character& first = characters_[segments_[segment].first];
-    const std::size_t path = spans_[segments_[segment].span].path;
-    return first.hasX || first.hasY || path != spans_[segments_[segment - 1].span].path;
-}
-
 void TextLayout::PlaceChunks() {
     ORVMathPoint2D pen;
-    for (std::size_t first = 0; first < segments_.size();) {
-        std::size_t end = first + 1;
-        while (end < segments_.size() && !StartsChunk(end)) ++end;
-        const Character& start = characters_[segments_[first].first];
+    for (const TextChunk& chunk : runs_.GetChunks()) {
+        const TextPlace start = content_.PlaceOf(chunk.start);
         if (start.hasX) pen.x = start.x;
         if (start.hasY) pen.y = start.y;
-        const std::size_t path = spans_[segments_[first].span].path;
-        if (path == kNoPath)
-            PlaceChunk({first, end}, pen);
+        FindMoves(chunk);
+        const std::size_t path = content_.SpanOf(chunk.start).path;
+        if (path == TextSpan::kNoPath)
+            PlaceChunk(chunk, pen);
         else
-            PlaceOnPath({first, end}, paths_[path], pen);
-        first = end;
+            PlaceOnRail(chunk, content_.GetRail(path), pen);
+        EndSegment();
     }
 }
 
-namespace {
+/// Sums up how far each character of a chunk is moved, with those before it in the order of reading.
+void TextLayout::FindMoves(const TextChunk& chunk) {
+    moves_.clear();
+    if (!content_.HasMoves()) return;
+    ORVMathPoint2D sum;
+    moves_.reserve(chunk.stop - chunk.start);
+    for (std::size_t i = chunk.start; i < chunk.stop; ++i) {
+        const TextPlace place = content_.PlaceOf(i);
+        // What is not displayed moves nothing.
+        if (!content_.GetCharacters()[i].isHidden) {
+            sum.x += place.dx;
+            sum.y += place.dy;
+        }
+        moves_.push_back(sum);
+    }
+}
+
+ORVMathPoint2D TextLayout::MoveOf(const TextChunk& chunk, const TextCluster& cluster) const {
+    return moves_.empty() ? ORVMathPoint2D() : moves_[cluster.end - 1 - chunk.start];
+}
 
 /// Part of a chunk's length that lies before its point.
-double AnchorShare(const Style& style) {
+double TextLayout::AnchorShare(const TextChunk& chunk) const {
+    const Style& style = *content_.SpanOf(chunk.start).style;
     const double share = style.textAnchor == TextAnchor::kStart    ? 0.0
                          : style.textAnchor == TextAnchor::kMiddle ? 0.5
                                                                    : 1.0;
-    return style.isRightToLeft ? 1.0 - share : share;
+    return chunk.isRightToLeft ? 1.0 - share : share;
 }
 
-constexpr double kSlant = 0.2126;  // tangent of the 12 degrees that upright letters lean by
-
-ORVMathAffine2D GlyphsUp(const TextSegment& segment) {
-    // From y up to y down, leaning where the font has nothing that does.
-    return {1.0, segment.font.choice.isToBeSlanted ? kSlant : 0.0, 0.0, -1.0, 0.0, 0.0};
+/// Length of the white space that a chunk ends with, which does not count where it is anchored.
+double TextLayout::SpaceAtEnd(const TextChunk& chunk) const {
+    const std::vector<TextCharacter>& characters = content_.GetCharacters();
+    std::size_t last = chunk.stop - 1;
+    while (last > chunk.start && characters[last].isHidden) --last;
+    if (!characters[last].isCollapsed || chunk.first == chunk.end) return 0.0;
+    const TextCluster& space = runs_.GetClusters()[chunk.isRightToLeft ? chunk.first : chunk.end - 1];
+    return space.first == last ? space.Length() + space.after : 0.0;
 }
 
-}  // namespace
-
-void TextLayout::PlaceChunk(const Chunk& chunk, ORVMathPoint2D& pen) {
-    const bool isVertical = segments_[chunk.first].isVertical;
-    const Style& firstStyle = *spans_[segments_[chunk.first].span].style;
-    double length = 0.0;
-    for (std::size_t i = chunk.first; i < chunk.end; ++i) {
-        const Character& first = characters_[segments_[i].first];
-        length += segments_[i].advance + GapAfter(i, chunk.end) + (isVertical ? first.dy : first.dx);
-    }
-    const bool runsLeft = !isVertical && firstStyle.isRightToLeft;
-    const double before = AnchorShare(firstStyle) * length;
-    ORVMathPoint2D at = pen;
-    (isVertical ? at.y : at.x) += runsLeft ? length - before : -before;
-    for (std::size_t i = chunk.first; i < chunk.end; ++i) {
-        TextSegment& segment = segments_[i];
-        const TextSpan& span = spans_[segment.span];
-        const Character& first = characters_[segment.first];
-        at.x += runsLeft ? -first.dx : first.dx;
-        at.y += first.dy;
-        const double step = segment.advance + GapAfter(i, chunk.end);
-        if (runsLeft) at.x -= step;
-        const double drop = isVertical ? 0.0 : BaselineDrop(*span.style, segment.font.metrics) - span.shift;
-        // Letters that lie on their side have the middle of their em on the line.
-        constexpr double kQuarter = 90.0;
-        const double middle = (segment.font.metrics.ascent - segment.font.metrics.descent) / 2.0;
-        const ORVMathAffine2D turned =
-            segment.isSideways
-                ? Rotation(kQuarter) * ORVMathAffine2D::Translation(0.0, middle * span.style->fontSize)
-                : ORVMathAffine2D();
-        segment.toUser = ORVMathAffine2D::Translation(at.x, at.y) * Rotation(first.rotation) *
-                         ORVMathAffine2D::Translation(isVertical ? span.shift : 0.0, drop) * turned *
-                         GlyphsUp(segment);
-        if (isVertical)
-            at.y += step;
-        else if (!runsLeft)
-            at.x += step;
-    }
-    pen = at;
-}
-
-void TextLayout::PlaceOnPath(const Chunk& chunk, const Path& path, ORVMathPoint2D& pen) {
-    const Style& firstStyle = *spans_[segments_[chunk.first].span].style;
+double TextLayout::LengthOf(const TextChunk& chunk) const {
     double length = 0.0;
     for (std::size_t i = chunk.first; i < chunk.end; ++i)
-        length += segments_[i].advance + GapAfter(i, chunk.end) + characters_[segments_[i].first].dx;
-    const Character& start = characters_[segments_[chunk.first].first];
-    double at = path.offset - AnchorShare(firstStyle) * length + (start.hasX ? start.x : 0.0);
-    double across = 0.0;
-    const double whole = path.lengths.empty() ? 0.0 : path.lengths.back();
+        length += runs_.GetClusters()[i].Length() + runs_.GetClusters()[i].after;
+    // Moves stretch what is read to the right; what is read to the left they only move.
+    if (!moves_.empty() && !chunk.isRightToLeft)
+        length += content_.IsVertical() ? moves_.back().y : moves_.back().x;
+    return length;
+}
+
+void TextLayout::PlaceChunk(const TextChunk& chunk, ORVMathPoint2D& pen) {
+    const bool isVertical = content_.IsVertical();
+    const double space = SpaceAtEnd(chunk), length = LengthOf(chunk);
+    const double before =
+        AnchorShare(chunk) * (length - space) + (chunk.isRightToLeft && !isVertical ? space : 0.0);
+    double along = -before;
     for (std::size_t i = chunk.first; i < chunk.end; ++i) {
-        TextSegment& segment = segments_[i];
-        const TextSpan& span = spans_[segment.span];
-        const Character& first = characters_[segment.first];
-        at += first.dx;
-        across += first.dy;
-        const double middle = at + segment.advance / 2.0;
-        segment.isShown = middle >= 0.0 && middle <= whole && path.points.size() > 1;
-        if (segment.isShown) {
-            auto next = static_cast<std::size_t>(
-                std::lower_bound(path.lengths.begin() + 1, path.lengths.end(), middle) -
-                path.lengths.begin());
-            next = std::min(next, path.points.size() - 1);
-            while (next + 1 < path.points.size() &&
-                   (path.jumps[next] || path.lengths[next] <= path.lengths[next - 1]))
-                ++next;
-            const ORVMathPoint2D &from = path.points[next - 1], &to = path.points[next];
-            const double piece = path.lengths[next] - path.lengths[next - 1];
-            const double share = piece > 0.0 ? (middle - path.lengths[next - 1]) / piece : 0.0;
-            const ORVMathPoint2D point{from.x + (to.x - from.x) * share, from.y + (to.y - from.y) * share};
-            const double degrees = std::atan2(to.y - from.y, to.x - from.x) * 180.0 / std::numbers::pi;
-            const double drop = BaselineDrop(*span.style, segment.font.metrics) - span.shift + across;
-            segment.toUser = ORVMathAffine2D::Translation(point.x, point.y) * Rotation(degrees) *
-                             ORVMathAffine2D::Translation(-segment.advance / 2.0, drop) *
-                             Rotation(first.rotation) * GlyphsUp(segment);
-            pen = ORVMathAffine2D(segment.toUser)({segment.advance, 0.0});
+        const TextCluster& cluster = runs_.GetClusters()[i];
+        const ORVMathPoint2D move = MoveOf(chunk, cluster);
+        Spot spot;
+        spot.at = {pen.x + move.x, pen.y + move.y};
+        (isVertical ? spot.at.y : spot.at.x) += along;
+        spot.rotation = content_.RotationOf(cluster.first);
+        PutCluster(cluster, spot);
+        along += cluster.Length() + cluster.after;
+    }
+    const double end = chunk.isRightToLeft && !isVertical ? -before : along;
+    const ORVMathPoint2D move = moves_.empty() ? ORVMathPoint2D() : moves_.back();
+    pen = {pen.x + move.x, pen.y + move.y};
+    (isVertical ? pen.y : pen.x) += end;
+}
+
+void TextLayout::PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMathPoint2D& pen) {
+    const TextPlace start = content_.PlaceOf(chunk.start);
+    const double whole = rail.path.GetLength(), share = AnchorShare(chunk);
+    const double begin = rail.offset + (start.hasX ? start.x : 0.0);
+    // Around a closed path goes one turn.
+    const double first = rail.path.IsClosed() ? begin - share * whole : 0.0;
+    double along = begin - share * (LengthOf(chunk) - SpaceAtEnd(chunk));
+    for (std::size_t i = chunk.first; i < chunk.end; ++i) {
+        const TextCluster& cluster = runs_.GetClusters()[i];
+        const ORVMathPoint2D move = MoveOf(chunk, cluster);
+        const double middle = along + move.x + cluster.Length() / 2.0;
+        along += cluster.Length() + cluster.after;
+        if (!(middle >= first && middle <= first + whole)) continue;
+        const double turn = std::floor(middle / whole) * whole;
+        const TextPath::Place place = rail.path.At(rail.path.IsClosed() ? middle - turn : middle);
+        PutOnRail(cluster, place, move.y, content_.RotationOf(cluster.first));
+        pen = segments_.back().line({cluster.Length(), 0.0});
+    }
+}
+
+// ---- segments ----
+
+double TextLayout::DropOf(const TextSpan& span) const {
+    return BaselineDrop(*span.style, span.font.metrics) - span.shift;
+}
+
+bool TextLayout::ContinuesSegment(const TextCluster& cluster, const Spot& spot) const {
+    constexpr double kTolerance = 1e-9;
+    return isOpen_ && spot.rotation == 0.0 && lastSpot_.rotation == 0.0 && cluster.scale == lastScale_ &&
+           content_.GetCharacters()[cluster.first].span == segments_.back().span &&
+           cluster.isUpright == segments_.back().isUpright &&
+           std::abs(spot.at.x - lastEnd_.x) + std::abs(spot.at.y - lastEnd_.y) <=
+               kTolerance * (1.0 + std::abs(spot.at.x) + std::abs(spot.at.y));
+}
+
+void TextLayout::BeginSegment(const TextCluster& cluster) {
+    EndSegment();
+    TextSegment& segment = segments_.emplace_back();
+    segment.span = content_.GetCharacters()[cluster.first].span;
+    segment.isUpright = cluster.isUpright;
+    isOpen_ = true;
+    firstCharacter_ = cluster.first;
+    endCharacter_ = cluster.end;
+}
+
+void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
+    const bool isVertical = content_.IsVertical();
+    if (!ContinuesSegment(cluster, spot)) {
+        BeginSegment(cluster);
+        TextSegment& segment = segments_.back();
+        const TextSpan& span = content_.GetSpans()[segment.span];
+        const ORVMathAffine2D there =
+            ORVMathAffine2D::Translation(spot.at.x, spot.at.y) * Rotation(spot.rotation);
+        if (isVertical) {
+            // Lines have the middle of letters' em boxes on them.
+            const ORVMathAffine2D shifted = there * ORVMathAffine2D::Translation(span.shift, 0.0);
+            segment.line =
+                shifted * Rotation(kQuarter) * ORVMathAffine2D::Translation(0.0, MiddleOf(span)) * LineUp();
+            segment.toUser = segment.isUpright
+                                 ? shifted * ORVMathAffine2D::Scaling(1.0, cluster.scale) * GlyphsUp(span)
+                                 : segment.line * LineUp() * GlyphsUp(span);
+        } else {
+            const ORVMathAffine2D dropped = there * ORVMathAffine2D::Translation(0.0, DropOf(span));
+            segment.line = dropped * LineUp();
+            segment.toUser = dropped * GlyphsUp(span);
         }
-        at += segment.advance + GapAfter(i, chunk.end);
+    }
+    TextSegment& segment = segments_.back();
+    AddGlyphs(cluster, segment.advance);
+    segment.advance += cluster.Length();
+    lastSpot_ = spot;
+    lastScale_ = cluster.scale;
+    lastEnd_ = spot.at;
+    (isVertical ? lastEnd_.y : lastEnd_.x) += cluster.Length();
+    // What is set apart goes on in the same line.
+    (isVertical ? lastEnd_.y : lastEnd_.x) += cluster.after;
+    segment.advance += cluster.after;
+}
+
+void TextLayout::PutOnRail(const TextCluster& cluster, const TextPath::Place& place, double across,
+                           double rotation) {
+    BeginSegment(cluster);
+    TextSegment& segment = segments_.back();
+    const TextSpan& span = content_.GetSpans()[segment.span];
+    const ORVMathAffine2D there =
+        ORVMathAffine2D::Translation(place.point.x, place.point.y) * Rotation(place.degrees) *
+        ORVMathAffine2D::Translation(-cluster.Length() / 2.0, DropOf(span) + across) * Rotation(rotation);
+    segment.line = there * LineUp();
+    segment.toUser = there * GlyphsUp(span);
+    AddGlyphs(cluster, 0.0);
+    segment.advance = cluster.Length();
+}
+
+void TextLayout::AddGlyphs(const TextCluster& cluster, double pen) {
+    TextSegment& segment = segments_.back();
+    const ORVShapedRun& from = runs_.RunOf(cluster);
+    std::vector<ORVGlyphRun>& runs = segment.layout.runs;
+    firstCharacter_ = std::min(firstCharacter_, cluster.first);
+    endCharacter_ = std::max(endCharacter_, cluster.end);
+    const double size = runs_.SizeOf(from);
+    if (!(size > 0.0)) return;
+    if (runs.empty() || lastRun_ != cluster.run) {
+        ORVGlyphRun& run = runs.emplace_back();
+        run.face = from.face;
+        run.size = size;
+        run.expansion = segment.isUpright ? 1.0 : cluster.scale;
+        run.rightToLeft = from.isRightToLeft;
+        run.syntheticBold = from.isToBeThickened;
+        run.vertical = segment.isUpright;
+        lastRun_ = cluster.run;
+    }
+    ORVGlyphRun& run = runs.back();
+    // The segment is stretched as a whole where glyphs stand one below the other.
+    if (segment.isUpright) pen /= cluster.scale;
+    for (std::size_t i = cluster.firstGlyph; i < cluster.endGlyph; ++i) {
+        const ORVShapedGlyph& shaped = runs_.GetGlyph(i);
+        ORVGlyph& glyph = run.glyphs.emplace_back();
+        glyph.index = shaped.index;
+        glyph.x = (segment.isUpright ? 0.0 : pen) + shaped.x * run.expansion;
+        glyph.y = (segment.isUpright ? -pen : 0.0) + shaped.y;
+        glyph.advance = shaped.advance * run.expansion;
+        // The character, until the segment's text is known.
+        glyph.textOffset = cluster.first;
+        glyph.textLength = i == cluster.firstGlyph ? cluster.end : 0;
+        pen += glyph.advance;
+    }
+}
+
+void TextLayout::EndSegment() {
+    if (!isOpen_) return;
+    isOpen_ = false;
+    TextSegment& segment = segments_.back();
+    const TextSpan& span = content_.GetSpans()[segment.span];
+    segment.text = content_.GetBytes(firstCharacter_, endCharacter_);
+    segment.layout.advance = segment.advance;
+    segment.layout.ascent = span.font.metrics.ascent * span.style->fontSize;
+    segment.layout.descent = span.font.metrics.descent * span.style->fontSize;
+    const auto offsetOf = [&](std::size_t character) {
+        return static_cast<std::uint32_t>(content_.GetBytes(firstCharacter_, character).size());
+    };
+    for (ORVGlyphRun& run : segment.layout.runs) {
+        for (ORVGlyph& glyph : run.glyphs) {
+            const std::uint32_t first = offsetOf(glyph.textOffset);
+            if (glyph.textLength > 0) glyph.textLength = offsetOf(glyph.textLength) - first;
+            glyph.textOffset = first;
+        }
     }
 }
 
 // ---- boxes ----
 
 ORVMathBox2D TextLayout::BoxOf(const TextSegment& segment) const {
-    const double size = spans_[segment.span].style->fontSize;
-    const FontMetrics& metrics = segment.font.metrics;
-    if (segment.isVertical && !segment.isSideways)
-        return MapBox(segment.toUser, {-size / 2.0, size / 2.0, -segment.advance, 0.0});
-    return MapBox(segment.toUser, {0.0, segment.advance, -metrics.descent * size, metrics.ascent * size});
+    const TextSpan& span = content_.GetSpans()[segment.span];
+    const double size = span.style->fontSize;
+    const FontMetrics& metrics = span.font.metrics;
+    return MapBox(segment.line, {0.0, segment.advance, -metrics.descent * size, metrics.ascent * size});
 }
 
 ORVMathBox2D TextLayout::GetBox() const {

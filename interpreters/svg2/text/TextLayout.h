@@ -1,113 +1,83 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "interpreters/svg2/text/FontMetrics.h"
-#include "interpreters/svg2/tree/Scene.h"
-#include "platform/print/ORVPrintPath.h"
+#include "interpreters/svg2/text/TextContent.h"
+#include "interpreters/svg2/text/TextRuns.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
 namespace svg2 {
 
-/// An element of a text: "text" itself, "tspan", "textPath", "a".
-struct TextSpan {
-    ElementIndex element = kNoElement;
-    const Style* style = nullptr;
-    std::size_t parent = 0;                           ///< span around it; its own number for the text itself
-    std::size_t first = 0, end = 0;                   ///< characters in it
-    double opacity = 1.0;                             ///< of it and those around it, but for the text's own
-    double shift = 0.0;                               ///< of its baseline, up, in user units
-    std::size_t path = static_cast<std::size_t>(-1);  ///< that its text runs along
-};
-
-/// Glyphs that are placed together.
+/// Glyphs of one span on one line.
 struct TextSegment {
-    std::size_t first = 0, end = 0;  ///< characters
     std::size_t span = 0;
     std::string text;
     ORVTextLayout layout;
-    TextFont font;
-    double advance = 0.0;    ///< along the line, spacing behind it not included
-    double spacing = 0.0;    ///< letter spacing of the span and of text lengths
-    double expansion = 1.0;  ///< of widths
-    bool isVertical = false;
-    bool isSideways = false;  ///< in vertical text: lines of letters that are turned by a quarter
-    bool isShown = true;      ///< false beyond the ends of a path
-    ORVMathAffine2D toUser;   ///< from the layout's space, y up
+    double advance = 0.0;    ///< along the line
+    bool isUpright = false;  ///< glyphs stand one below the other
+    bool isShown = true;     ///< false beyond the ends of a path
+    ORVMathAffine2D toUser;  ///< from the layout's space, y up
+    ORVMathAffine2D line;    ///< from x along the line, y up, 0 on the alphabetic baseline
 };
 
 /// A text with its glyphs in their places.
 class TextLayout {
 public:
     /// @param fonts  must outlive the layout
-    TextLayout(Scene& scene, TextFonts& fonts) : scene_(scene), fonts_(fonts) {}
+    TextLayout(Scene& scene, TextFonts& fonts) : content_(scene, fonts), runs_(content_) {}
 
     /// Lays a "text" element out.
     /// @return false when a text cannot be set as it should: ORVGetTextFailure() tells why
     [[nodiscard]] bool LayOut(ElementIndex element, const Style& style, const Viewport& viewport);
 
     const std::vector<TextSegment>& GetSegments() const { return segments_; }
-    const TextSpan& SpanOf(const TextSegment& segment) const { return spans_[segment.span]; }
+    const TextSpan& SpanOf(const TextSegment& segment) const { return content_.GetSpans()[segment.span]; }
     /// The em boxes of all glyphs, in user units.
     ORVMathBox2D GetBox() const;
     ORVMathBox2D BoxOf(const TextSegment& segment) const;
 
 private:
-    /// A character that is left once white space has been collapsed.
-    struct Character {
-        std::size_t offset, size;  // in the text
-        std::size_t span;
-        bool hasX = false, hasY = false;
-        bool isUpright = false;    // in vertical text
-        bool isMark = false;       // goes with the character before it
-        bool isCollapsed = false;  // a space that goes away at the end of the text
-        double x = 0.0, y = 0.0, dx = 0.0, dy = 0.0, rotation = 0.0;
+    /// Where a cluster goes.
+    struct Spot {
+        ORVMathPoint2D at;      // of its pen
+        double rotation = 0.0;  // degrees
     };
-    /// An outline that text runs along, as lines.
-    struct Path {
-        std::vector<ORVMathPoint2D> points;
-        std::vector<double> lengths;  // up to each point
-        std::vector<bool> jumps;      // no line leads to the point
-        double offset = 0.0;          // where the text starts
-        bool isUsable = false;
-    };
-    /// Segments that are anchored together.
-    struct Chunk {
-        std::size_t first, end;  // segments
-    };
-    static constexpr std::size_t kNoPath = static_cast<std::size_t>(-1);
 
-    void Collect(ElementIndex element, const Style& style, std::size_t parent, int depth);
-    void AddText(std::string_view text, std::size_t span);
-    void AddPath(TextSpan& span);
-    void ApplyLists();
-    void ApplyList(const TextSpan& span, Name name, Axis axis);
-    void ApplyRotation(const TextSpan& span);
-    double ShiftOf(const TextSpan& span);
-    void MakeSegments();
-    [[nodiscard]] bool Shape(TextSegment& segment);
-    [[nodiscard]] bool FitLengths();
+    void FitLengths();
+    void FitLength(const TextSpan& span, std::uint32_t number);
+    bool ReadTextLength(const TextSpan& span, double& length) const;
+    double NaturalLength(const std::vector<std::uint32_t>& clusters) const;
+    void SpreadOut(const std::vector<std::uint32_t>& clusters, double difference);
+    std::vector<std::uint32_t> ClustersOf(const TextSpan& span) const;
     void PlaceChunks();
-    void PlaceChunk(const Chunk& chunk, ORVMathPoint2D& pen);
-    void PlaceOnPath(const Chunk& chunk, const Path& path, ORVMathPoint2D& pen);
-    double GapAfter(std::size_t segment, std::size_t end) const;
-    bool StartsChunk(std::size_t segment) const;
-    double AdvanceOfWordSpaces(TextSegment& segment, double spacing) const;
+    void FindMoves(const TextChunk& chunk);
+    ORVMathPoint2D MoveOf(const TextChunk& chunk, const TextCluster& cluster) const;
+    double AnchorShare(const TextChunk& chunk) const;
+    double SpaceAtEnd(const TextChunk& chunk) const;
+    double LengthOf(const TextChunk& chunk) const;
+    void PlaceChunk(const TextChunk& chunk, ORVMathPoint2D& pen);
+    void PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMathPoint2D& pen);
+    bool ContinuesSegment(const TextCluster& cluster, const Spot& spot) const;
+    void BeginSegment(const TextCluster& cluster);
+    void PutCluster(const TextCluster& cluster, const Spot& spot);
+    void PutOnRail(const TextCluster& cluster, const TextPath::Place& place, double across, double rotation);
+    void AddGlyphs(const TextCluster& cluster, double pen);
+    void EndSegment();
+    double DropOf(const TextSpan& span) const;
 
-    Scene& scene_;
-    TextFonts& fonts_;
-    Viewport viewport_;
-    std::string text_;
-    std::vector<Character> characters_;
-    std::vector<TextSpan> spans_;
-    std::vector<std::unique_ptr<Style>> styles_;
-    std::vector<Path> paths_;
+    TextContent content_;
+    TextRuns runs_;
     std::vector<TextSegment> segments_;
-    bool endsWithSpace_ = true;
+    std::vector<std::uint32_t> clusterOf_;  // characters; only where lengths are stated
+    std::vector<ORVMathPoint2D> moves_;     // of a chunk's characters, summed up; empty when there are none
+    // Of the segment that is being filled.
+    bool isOpen_ = false;
+    Spot lastSpot_;
+    ORVMathPoint2D lastEnd_;
+    double lastScale_ = 1.0;
+    std::uint32_t lastRun_ = 0, firstCharacter_ = 0, endCharacter_ = 0;
 };
 
 }  // namespace svg2

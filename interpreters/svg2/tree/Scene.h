@@ -5,10 +5,14 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "interpreters/svg2/css/Cascade.h"
 #include "interpreters/svg2/document/Document.h"
 #include "interpreters/svg2/values/length.h"
+#include "interpreters/svg2/values/scanner.h"
 #include "interpreters/svg2/values/view_box.h"
 
 namespace svg2 {
@@ -36,7 +40,9 @@ public:
 /// A document with its styles, as all who draw it need it.
 class Scene {
 public:
-    Scene(const Document& document, const Medium& medium) : document_(document), cascade_(document, medium) {}
+    /// @param work  that the scene shares with others; null for its own
+    Scene(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr)
+        : document_(document), cascade_(document, medium, std::move(work)) {}
 
     const Document& GetDocument() const { return document_; }
     Cascade& GetCascade() { return cascade_; }
@@ -45,6 +51,12 @@ public:
     /// The style of an element where it stands, as those have it that are drawn from elsewhere: it inherits
     /// from its own parents. Kept, so to be asked for definitions, not for content.
     const Style& StyleInPlace(ElementIndex element);
+
+    /// Definitions of one kind from the one that is asked for to the last that it borrows from by "href". One
+    /// that comes again ends the chain.
+    /// @param isOfKind  whether a tag is of the kind
+    template <class Test>
+    std::vector<ElementIndex> TemplateChain(ElementIndex definition, Test isOfKind) const;
 
     /// A length of an element's shape or place; nothing when it is absent, "auto", or cannot be read.
     std::optional<double> FindLength(ElementIndex element, Name name, const Style& style,
@@ -80,6 +92,21 @@ private:
     Cascade cascade_;
     std::unordered_map<ElementIndex, std::unique_ptr<Style>> stylesInPlace_;
 };
+
+template <class Test>
+std::vector<ElementIndex> Scene::TemplateChain(ElementIndex definition, Test isOfKind) const {
+    constexpr std::uint64_t kStepsPerLink = 100;
+    StyleWork& work = *cascade_.GetWork();
+    std::vector<ElementIndex> chain;
+    std::unordered_set<ElementIndex> met;
+    while (definition != kNoElement && isOfKind(document_[definition].tag) && !work.IsSpent() &&
+           met.insert(definition).second) {
+        work.Take(kStepsPerLink);
+        chain.push_back(definition);
+        definition = document_.FindByReference(Trim(document_.ValueOf(definition, Name::kHref)));
+    }
+    return chain;
+}
 
 /// True for maps that take areas to areas.
 bool IsInvertible(const ORVMathAffine2D& map);

@@ -6,6 +6,7 @@
 
 #include "interpreters/svg2/css/Cascade.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
 namespace {
@@ -34,6 +35,8 @@ std::string SizeText(const Document& document, Name name) {
 RootSize ReadSize(const Document& document, Name name) {
     UnitSizes sizes;
     sizes.viewportWidth = sizes.viewportHeight = 100.0;
+    sizes.fontSize = sizes.rootFontSize = ORVPrintPreferences::Get().fontSize;
+    sizes.xHeight = sizes.zeroWidth = sizes.fontSize / 2.0;
     Length length;
     if (!ReadLength(SizeText(document, name), sizes, length)) return {};
     return {length};

@@ -4,28 +4,35 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "interpreters/svg2/values/scanner.h"
+#include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/files.h"
 
 namespace svg2 {
 namespace {
 
-/// The language of the user, such as "en-US", by the locale.
-const std::string& UserLanguage() {
-    static const std::string kLanguage = [] {
-        for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-            const char* text = ORVGetEnv(variable);
-            if (!text || *text == '\0') continue;
-            std::string language(text);
-            language.resize(std::min(language.find_first_of(".@"), language.size()));
-            if (language == "C" || language == "POSIX") break;
-            for (char& c : language) c = c == '_' ? '-' : ToLower(c);
-            return language;
-        }
-        return std::string("en");
-    }();
-    return kLanguage;
+/// The language of the locale, such as "en-US", in lower case.
+std::string LanguageOfLocale() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* text = ORVGetEnv(variable);
+        if (!text || *text == '\0') continue;
+        std::string language(text);
+        language.resize(std::min(language.find_first_of(".@"), language.size()));
+        if (language == "C" || language == "POSIX") break;
+        for (char& c : language) c = c == '_' ? '-' : ToLower(c);
+        return language;
+    }
+    return "en";
+}
+
+/// Those of the user, as the host or else the locale says.
+const std::vector<std::string>& UserLanguages() {
+    const std::vector<std::string>& stated = ORVPrintPreferences::Get().languages;
+    if (!stated.empty()) return stated;
+    static const std::vector<std::string> kOfLocale{LanguageOfLocale()};
+    return kOfLocale;
 }
 
 /// True when one is the other, or begins with it and goes on with "-".
@@ -39,7 +46,9 @@ bool IsLanguageOf(std::string_view language, std::string_view lowerUser) {
 bool PassesLanguage(std::string_view list) {
     for (;;) {
         const std::size_t comma = list.find(',');
-        if (IsLanguageOf(Trim(list.substr(0, comma)), UserLanguage())) return true;
+        const std::string_view language = Trim(list.substr(0, comma));
+        for (const std::string& read : UserLanguages())
+            if (IsLanguageOf(language, read)) return true;
         if (comma == std::string_view::npos) return false;
         list.remove_prefix(comma + 1);
     }

@@ -26,7 +26,8 @@ struct ORVFontChoice {
     const ORVFont* font = nullptr;  ///< never null; text cannot be set in ORVFont::Unavailable()
     int weight = 25;                ///< of ORVTextStyle, for the very face: 26 where it is to be thickened
     bool isToBeSlanted = false;     ///< the family has nothing italic
-    bool isOfFamily = true;         ///< false: none of the families is installed, nor one that stands for it
+    const ORVFontFace* face = nullptr;  ///< the font's at that weight; null where text cannot be set
+    bool isOfFamily = true;  ///< false: none of the families is installed, nor one that stands for it
 };
 
 /// Chooses a font: of the first family that is installed, or that fontconfig has another one for, the face

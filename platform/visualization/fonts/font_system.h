@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/system/ORVBaseObject.h"
 
@@ -13,6 +15,9 @@ struct ORVFontChoice;
 struct ORVFontQuery;
 struct ORVGlyphColour;
 struct ORVGlyphPicture;
+struct ORVShapedText;
+struct ORVShapingParagraph;
+struct ORVShapingPart;
 struct ORVTextExtent;
 struct ORVTextLayout;
 struct ORVTextStyle;
@@ -53,6 +58,11 @@ public:
                                                            double pixelsPerEm,
                                                            const ORVGlyphColour& colour) = 0;
     [[nodiscard]] virtual bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) = 0;
+    [[nodiscard]] virtual bool Shape(std::u32string_view text, std::span<const ORVShapingPart> parts,
+                                     std::span<const ORVShapingParagraph> paragraphs,
+                                     ORVShapedText& shaped) = 0;
+    [[nodiscard]] virtual bool FindClusterParts(std::u32string_view text, std::vector<bool>& isPart) = 0;
+    [[nodiscard]] virtual bool HasFeature(const ORVFontFace& face, std::uint32_t tag) = 0;
 
 protected:
     ~ORVFontSystem() = default;

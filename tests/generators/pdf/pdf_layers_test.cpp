@@ -531,7 +531,7 @@ TEST(PdfGeneratorPowersTest, AllIsSaidNatively) {
     EXPECT_EQ(ORVPdfGenerator(output).GetPowers(),
               static_cast<unsigned int>(ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths |
                                         ORVPrintGenerator::kLayers | ORVPrintGenerator::kBlendModes |
-                                        ORVPrintGenerator::kMasks));
+                                        ORVPrintGenerator::kMasks | ORVPrintGenerator::kContentLayers));
 }
 
 }  // namespace

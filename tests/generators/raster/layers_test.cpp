@@ -416,17 +416,20 @@ TEST_P(RasterMaskTest, ShowsByItsColour) {
     EXPECT_NEAR(page.Ink(15, 5), GetParam().shown * 255.0, 0.6);
     EXPECT_EQ(page.Ink(25, 5), 0);  // outside of the mask's box
 }
-INSTANTIATE_TEST_SUITE_P(Raster, RasterMaskTest,
-                         testing::Values(MaskCase{"White", MaskKind::kLuminance, {255, 255, 255}, 1.0},
-                                         MaskCase{"Black", MaskKind::kLuminance, {0, 0, 0}, 0.0},
-                                         MaskCase{"Red", MaskKind::kLuminance, {255, 0, 0}, 0.2125},
-                                         MaskCase{"Green", MaskKind::kLuminance, {0, 255, 0}, 0.7154},
-                                         MaskCase{"Blue", MaskKind::kLuminance, {0, 0, 255}, 0.0721},
-                                         MaskCase{
-                                             "HalfWhite", MaskKind::kLuminance, {255, 255, 255, 51}, 0.2},
-                                         MaskCase{"OpaqueBlack", MaskKind::kOpacity, {0, 0, 0}, 1.0},
-                                         MaskCase{"FaintBlack", MaskKind::kOpacity, {0, 0, 0, 51}, 0.2}),
-                         kNameOfRow);
+INSTANTIATE_TEST_SUITE_P(
+    Raster, RasterMaskTest,
+    testing::Values(MaskCase{"White", MaskKind::kLuminance, {255, 255, 255}, 1.0},
+                    MaskCase{"Black", MaskKind::kLuminance, {0, 0, 0}, 0.0},
+                    MaskCase{"Red", MaskKind::kLuminance, {255, 0, 0}, 0.2125},
+                    MaskCase{"Green", MaskKind::kLuminance, {0, 255, 0}, 0.7154},
+                    MaskCase{"Blue", MaskKind::kLuminance, {0, 0, 255}, 0.0721},
+                    MaskCase{"HalfWhite", MaskKind::kLuminance, {255, 255, 255, 51}, 0.2},
+                    MaskCase{"LinearGrey", MaskKind::kLinearLuminance, {128, 128, 128}, 0.2159},
+                    MaskCase{"LinearRed", MaskKind::kLinearLuminance, {255, 0, 0}, 0.2125},
+                    MaskCase{"FaintLinearGrey", MaskKind::kLinearLuminance, {188, 188, 188, 51}, 0.1},
+                    MaskCase{"OpaqueBlack", MaskKind::kOpacity, {0, 0, 0}, 1.0},
+                    MaskCase{"FaintBlack", MaskKind::kOpacity, {0, 0, 0, 51}, 0.2}),
+    kNameOfRow);
 
 TEST(RasterMasksTest, WithoutContentHideAll) {
     for (const MaskKind kind : {MaskKind::kLuminance, MaskKind::kOpacity}) {

@@ -118,6 +118,45 @@ TEST(StrokeTest, MitersEndAtTheirLimit) {
     EXPECT_NEAR(with - without, bevel * height / 2.0, 0.3);
 }
 
+TEST(StrokeTest, CutMitersEndOnALineAtTheirLimit) {
+    const double angle = 30.0 * kPi / 180.0, half = 3.0;
+    const auto path = Line({{80, 50}, {30, 50}, {30 + 50 * std::cos(angle), 50 - 50 * std::sin(angle)}});
+    ORVPrintStroke stroke = Pen(2.0 * half);
+    const double whole = InkOf(path, stroke);
+    stroke.join = Join::kMiterClip;
+    stroke.miterLimit = 4.0;
+    EXPECT_NEAR(InkOf(path, stroke), whole, 0.01);  // within the limit
+    // Of the tip, which is a triangle, so much lies beyond the limit.
+    stroke.miterLimit = 2.0;
+    const double beyond = half / std::sin(angle / 2.0) - 2.0 * half;
+    EXPECT_NEAR(whole - InkOf(path, stroke), beyond * beyond * std::tan(angle / 2.0), 0.3);
+    // The same under a map that turns the line's sense.
+    EXPECT_NEAR(InkOf(path, stroke, {-1.0, 0.0, 0.0, 1.0, 100.0, 0.0}), InkOf(path, stroke), 0.2);
+}
+
+TEST(StrokeTest, CrispEdgesHaveNoLevels) {
+    for (const bool isCrisp : {false, true}) {
+        ORVPrintStroke stroke = Pen(6);
+        stroke.isCrisp = isCrisp;
+        ORVPrintFill fill;
+        fill.isCrisp = isCrisp;
+        PixelPage page(100.0, 100.0);
+        EXPECT_EQ(page.Get().DrawShape({Line({{10, 20}, {80, 33}}), {}, nullptr, &stroke}), 1);
+        EXPECT_EQ(page.Get().DrawShape({Circle(50, 70, 20), {}, &fill, nullptr}), 1);
+        page.Finish();
+        int levels = 0;
+        for (int y = 0; y < 100; ++y)
+            for (int x = 0; x < 100; ++x) levels += page.Ink(x, y) != 0 && page.Ink(x, y) != 255;
+        EXPECT_EQ(levels == 0, isCrisp);
+    }
+}
+
+TEST(StrokeTest, CrispLinesAreAtLeastAPixelWide) {
+    ORVPrintStroke stroke = Pen(0.1);
+    stroke.isCrisp = true;
+    EXPECT_GE(InkOf(Line({{10, 20}, {80, 33}}), stroke), 69.0);
+}
+
 TEST(StrokeTest, MapsSqueezeThePen) {
     // Twice as wide as high: lines along x are 2 pixels, lines along y 8 pixels wide.
     const ORVMathAffine2D map{4.0, 0.0, 0.0, 1.0, 0.0, 0.0};

@@ -134,6 +134,65 @@ TEST(ORVSheetGeneratorTest, PlacesGradientsClipsLayersAndMasks) {
                             "end layer", "end clip path"));
 }
 
+/// A red square, moved by a filter.
+void DrawFiltered(ORVPrintGenerator& generator) {
+    const std::vector<ORVPrintFilterStep> steps{
+        {ORVFilterOffset{40.0, 0.0}, {ORVPrintFilterStep::kSource}, false, BoxOf(0, 0, 100, 100)}};
+    ASSERT_EQ(generator.BeginFilter({steps, BoxOf(0, 0, 100, 100), {}, 0}), 1);
+    ASSERT_EQ(FillRectangle(generator, 5, 5, 10, 10, {255, 0, 0, 255}), 1);
+    ASSERT_EQ(generator.EndFilter(), 1);
+}
+
+TEST(ORVSheetGeneratorTest, PlacesFilters) {
+    RecordingGenerator target;
+    ORVSheetOptions options;
+    options.layout.scale = {ORVSheetScale::Kind::kFactor, 2.0};
+    ORVSheetGenerator sheets(target, options);
+    ASSERT_EQ(sheets.BeginDocument({}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(100, 100)), 1);
+    DrawFiltered(sheets);
+    const std::vector<std::string> lines(target.GetLines().begin() + 2, target.GetLines().end());
+    EXPECT_THAT(lines, ElementsAre("filter 3 [2 0 0 2 0 0]", "fill #ff0000 M10,10 L30,10 L30,30 L10,30 Z",
+                                   "end filter"));
+}
+
+TEST(ORVSheetGeneratorTest, FiltersConvertTheirResultsToTheInks) {
+    // Content keeps its colours; the steps behind are a matrix, and steps of black and white.
+    for (const auto& [mode, last] : {std::pair{ORVColourMode::kGrey, "filter 3 9 [1 0 0 1 0 0]"},
+                                     {ORVColourMode::kMono, "filter 3 9 10 [1 0 0 1 0 0]"}}) {
+        RecordingGenerator target;
+        ORVSheetOptions options;
+        options.colourMode = mode;
+        ORVSheetGenerator sheets(target, options);
+        ASSERT_EQ(sheets.BeginDocument({}), 1);
+        ASSERT_EQ(sheets.BeginPage(PageInfo(100, 100)), 1);
+        DrawFiltered(sheets);
+        const std::vector<std::string> lines(target.GetLines().begin() + 2, target.GetLines().end());
+        EXPECT_THAT(lines, ElementsAre(last, "fill #ff0000 M5,5 L15,5 L15,15 L5,15 Z", "end filter"));
+    }
+}
+
+TEST(ORVSheetGeneratorTest, SheetsOfAPosterHaveWhatFiltersMoveThere) {
+    RecordingGenerator target;
+    ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));
+    ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
+    ASSERT_EQ(sheets.BeginPage(PageInfo(100, 50)), 1);
+    DrawFiltered(sheets);
+    ASSERT_EQ(sheets.EndPage(), 1);
+    // The content lies on the first sheet, and is shown on those that the filter moves it to.
+    std::size_t filters = 0;
+    bool isOnLast = false;
+    for (const std::string& line : target.GetLines()) {
+        if (line.starts_with("page")) isOnLast = false;
+        if (!line.starts_with("filter")) continue;
+        ++filters;
+        isOnLast = true;
+    }
+    EXPECT_GE(filters, 1U);
+    EXPECT_EQ(target.GetDrawn().size() >= filters, true);
+    EXPECT_TRUE(isOnLast);
+}
+
 TEST(ORVSheetGeneratorTest, SheetsOfAPosterHaveTheirPartsOfLayers) {
     RecordingGenerator target;
     ORVSheetGenerator sheets(target, Poster(60.0, 60.0, 0.0, 10.0));

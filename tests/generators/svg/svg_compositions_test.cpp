@@ -182,7 +182,7 @@ TEST(SvgCompositionsTest, WhatEndsMustHaveBegun) {
 
 TEST(SvgCompositionsTest, LayersMasksAndBlendModesLookAsTheyShould) {
     DrawnSvg page;
-    EXPECT_EQ(page.Get().GetPowers(), kAllPowers);
+    EXPECT_EQ(page.Get().GetPowers(), kAllPowers | ORVPrintGenerator::kContentLayers);
     EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 90, 90, {255, 255, 255, 255}), 1);
     EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 45, 90, {255, 255, 0, 255}), 1);
     ORVPrintLayer layer;
@@ -231,6 +231,29 @@ TEST(SvgCompositionsTest, LayersMasksAndBlendModesLookAsTheyShould) {
     picture.Expect(70, 80, 255, 127, 127);
     picture.Expect(85, 80, 255, 255, 255);
     picture.Expect(40, 80, 255, 255, 0);
+}
+
+TEST(SvgFilterTest, AnotherProgramDrawsThemAlike) {
+    DrawnSvg page(90, 90);
+    const int kSource = ORVPrintFilterStep::kSource;
+    const ORVMathBox2D whole{0, 45, 0, 45};
+    const std::vector<ORVPrintFilterStep> steps{
+        {ORVFilterFlood{{0, 0, 255, 255}}, {}, true, {5, 15, 5, 15}},
+        {ORVFilterOffset{10.0, 0.0}, {kSource}, true, whole},
+        {ORVFilterMerge{}, {0, 1}, true, whole},
+    };
+    // The filter's units are two of the page; its content is in those of the page.
+    ASSERT_EQ(page.Get().BeginFilter({steps, whole, {2, 0, 0, 2, 0, 0}, 0}), 1);
+    ASSERT_EQ(FillRectangle(page.Get(), 40, 40, 20, 20, {255, 0, 0, 255}), 1);
+    ASSERT_EQ(page.Get().EndFilter(), 1);
+    ASSERT_EQ(page.Get().BeginFilter({steps, whole, {2, 0, 0, 2, 0, 0}, 0}), 1);
+    ASSERT_EQ(page.Get().EndFilter(), 1);
+    const std::string text = page.Finish();
+    EXPECT_EQ(CountOf(text, "<filter "), 1U) << text;
+    const Picture picture(text);
+    picture.Expect(20, 20, 0, 0, 255);
+    picture.Expect(70, 50, 255, 0, 0);
+    picture.Expect(45, 50, 255, 255, 255);
 }
 
 }  // namespace

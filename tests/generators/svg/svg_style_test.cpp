@@ -84,6 +84,16 @@ INSTANTIATE_TEST_SUITE_P(
                   "<path fill=\"none\" stroke=\"#f00\" stroke-width=\".25\" stroke-linecap=\"round\" "
                   "stroke-linejoin=\"bevel\" stroke-dasharray=\"3,1.5\" stroke-opacity=\".2\" d=\"M1 "
                   "1h4v5\"/>\n"},
+        ShapeCase{"CutMiterWithCrispEdges",
+                  [](ORVPrintGenerator& g) {
+                      ORVPrintStroke stroke;
+                      stroke.join = ORVPrintStroke::Join::kMiterClip;
+                      stroke.miterLimit = 2.0;
+                      stroke.isCrisp = true;
+                      return Draw(g, Corner(), nullptr, &stroke);
+                  },
+                  "<path fill=\"none\" stroke=\"#000\" stroke-linejoin=\"miter-clip\" "
+                  "stroke-miterlimit=\"2\" shape-rendering=\"crispEdges\" d=\"M1 1h4v5\"/>\n"},
         ShapeCase{"MiterLimit",
                   [](ORVPrintGenerator& g) {
                       ORVPrintStroke stroke;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "generators/svg/svg_filter.h"
 #include "interpreters/svg2/interpreter/ORVPrintSVG2Interpreter.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
@@ -54,7 +55,7 @@ public:
     const std::string& GetText() const { return text_; }
 
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
     }
     int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return 1; }
     int BeginPage(const ORVPrintPageInfo& info) override {
@@ -86,11 +87,21 @@ public:
     }
     int EndLayer() override { return Close(); }
     int BeginMask(const ORVPrintMask& mask) override {
-        Add(std::string(mask.kind == ORVPrintMask::Kind::kLuminance ? "mask by light " : "mask by opacity ") +
-            Box(mask.box));
+        constexpr const char* kKinds[] = {"mask by light ", "mask by opacity ", "mask by linear light "};
+        Add(kKinds[static_cast<std::size_t>(mask.kind)] + Box(mask.box));
         return Open();
     }
     int EndMask() override { return Close(); }
+    int BeginFilter(const ORVPrintFilter& filter) override {
+        Add("filter" + WriteSvgFilter(filter, {-1e3, 1e3, -1e3, 1e3}));
+        return Open();
+    }
+    int EndFilter() override { return Close(); }
+    int BeginFilterInput() override {
+        Add("input");
+        return Open();
+    }
+    int EndFilterInput() override { return Close(); }
     int DrawShape(const ORVPrintShape& shape) override {
         Add(BoxOf(shape.path, shape.toPage) + Paints(shape.fill, shape.stroke, shape.toPage));
         return 1;

@@ -125,6 +125,12 @@ TEST(ClipTest, TakesShapesOfStyleSheets) {
          "clip path 2,1 8,19\n  0,0 10,20 fill #000000\n"},
         {"circle", "<rect width='10' height='10' style='clip-path:circle(2px at 5px 5px)'/>",
          "clip path 3,3 7,7\n  0,0 10,10 fill #000000\n"},
+        {"inset with a corner", "<rect width='10' height='10' style='clip-path:inset(0 round 4px 0 0)'/>",
+         "clip path 0,0 10,10\n  0,0 10,10 fill #000000\n"},
+        {"inset with a negative corner",
+         "<rect width='10' height='10' style='clip-path:inset(0 round -4px)'/>", "0,0 10,10 fill #000000\n"},
+        {"ellipse of one radius", "<rect width='10' height='20' style='clip-path:ellipse(2px)'/>",
+         "0,0 10,20 fill #000000\n"},
         {"closest side", "<rect width='10' height='20' style='clip-path:circle()'/>",
          "clip path 0,5 10,15\n  0,0 10,20 fill #000000\n"},
         {"ellipse", "<rect width='10' height='20' style='clip-path:ellipse(50% 25%)'/>",
@@ -142,8 +148,27 @@ TEST(ClipTest, TakesShapesOfStyleSheets) {
     });
 }
 
+TEST(ClipTest, CountsPercentagesOfTheViewport) {
+    // As outside of the clip: a box in units of the shape's box lies far beyond it then.
+    EXPECT_EQ(SketchContent("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect x='50%' width='1' "
+                            "height='1'/></clipPath><rect width='10' height='10' clip-path='url(#c)'/>"),
+              "clip path 500,0 510,10\n  0,0 10,10 fill #000000\n");
+}
+
+TEST(ClipTest, OfASymbolHasItsBox) {
+    EXPECT_EQ(
+        SketchContent("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='1' height='1'/>"
+                      "</clipPath><symbol id='s' clip-path='url(#c)' viewBox='0 0 2 2' overflow='visible'>"
+                      "<rect width='2' height='1'/></symbol><use href='#s' width='20' height='20'/>"),
+        "clip path 0,0 20,10\n  0,0 20,10 fill #000000\n");
+}
+
 TEST(MaskTest, IsDrawnBeforeTheContent) {
     Check({
+        {"linear light",
+         "<mask id='m' color-interpolation='linearRGB'><rect width='9' height='9' fill='white'/></mask><rect "
+         "width='10' height='10' mask='url(#m)'/>",
+         "layer 1\n  mask by linear light -1,-1 11,11\n    0,0 9,9 fill #ffffff\n  0,0 10,10 fill #000000\n"},
         {"light",
          "<mask id='m'><rect width='9' height='9' fill='white'/></mask><rect width='10' height='10' "
          "mask='url(#m)'/>",
@@ -170,6 +195,21 @@ TEST(MaskTest, IsDrawnBeforeTheContent) {
          "<rect width='10' height='10' mask='url(#m)'/>",
          "layer 1\n  mask by light -1,-1 11,11\n    0,0 2,2 fill #000000\n  0,0 10,10 fill #000000\n"},
     });
+}
+
+TEST(SVG2ClipTest, AClipThatBeginsAgainStaysOpen) {
+    const std::string clip = "<clipPath id='c'><circle cx='5' cy='5' r='5'/></clipPath>";
+    const std::string other = "<clipPath id='d'><circle cx='5' cy='5' r='4'/></clipPath>";
+    EXPECT_EQ(SketchContent(clip + other +
+                            "<g clip-path='url(#c)'><path d='M0 0h1v1z'/></g>"
+                            "<path d='M0 0h2v2z' clip-path='url(#c)'/>"
+                            "<path d='M0 0h3v3z' clip-path='url(#d)'/>"
+                            "<path d='M0 0h4v4z'/>"
+                            "<path d='M0 0h5v5z' clip-path='url(#d)' transform='translate(1)'/>"),
+              "clip path 0,0 10,10\n  0,0 1,1 fill #000000\n  0,0 2,2 fill #000000\n"
+              "clip path 1,1 9,9\n  0,0 3,3 fill #000000\n"
+              "0,0 4,4 fill #000000\n"
+              "clip path 2,1 10,9\n  1,0 6,5 fill #000000\n");
 }
 
 }  // namespace

@@ -123,16 +123,26 @@ TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
         {"user space",
          "<pattern id='p' width='5' height='10' patternUnits='userSpaceOnUse'><rect width='1' "
          "height='1'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  0,0 6,1 fill #000000\n"},
+        {"content that is drawn tile by tile",
+         "<pattern id='p' width='5' height='10' patternUnits='userSpaceOnUse'><g opacity='.5'><rect "
+         "width='1' height='1'/></g></pattern><rect width='10' height='10' fill='url(#p)'/>",
          "clip path 0,0 10,10\n"
-         "  clip 0,0 5,10\n    0,0 1,1 fill #000000\n"
-         "  clip 5,0 10,10\n    5,0 6,1 fill #000000\n"},
+         "  clip 0,0 5,10\n    layer 0.5\n      0,0 1,1 fill #000000\n"
+         "  clip 5,0 10,10\n    layer 0.5\n      5,0 6,1 fill #000000\n"},
+        {"content that reaches out of its tile",
+         "<pattern id='p' width='5' height='5' patternUnits='userSpaceOnUse'><circle cx='5' r='3'/>"
+         "<path d='M0 0h5' stroke='red'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  2,0 10,8 fill #000000\n  0,0 10,5.5 fill #ff0000\n"},
         {"box units",
          "<pattern id='p' width='1' height='.5' patternContentUnits='objectBoundingBox'><rect "
          "width='.5' height='.5' fill='red'/></pattern><rect x='10' width='20' height='20' "
          "fill='url(#p)'/>",
-         "clip path 10,0 30,20\n"
-         "  clip 10,0 30,10\n    10,0 20,10 fill #ff0000\n"
-         "  clip 10,10 30,20\n    10,10 20,20 fill #ff0000\n"},
+         "clip path 10,0 30,20\n  10,0 20,20 fill #ff0000\n"},
+        {"fallback for a box without height",
+         "<pattern id='p' width='.5' height='.5'><rect width='1' height='1'/></pattern>"
+         "<path d='M0 5h9' stroke='url(#p) red'/>",
+         "0,5 9,5 fill #000000 stroke #ff0000 1\n"},
         {"view box",
          "<pattern id='p' width='10' height='10' patternUnits='userSpaceOnUse' viewBox='0 0 5 5'>"
          "<rect width='5' height='5'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
@@ -184,6 +194,42 @@ TEST(MarkerTest, IsCutToItsViewportAndTakesPaintsOfTheContext) {
                             "<path d='M50 50h10' fill='lime' stroke='red' marker-start='url(#m)'/>"),
               "50,50 60,50 fill #00ff00 stroke #ff0000 1\n"
               "clip 48,48 52,52\n  48,48 66,52 fill #ff0000 stroke #00ff00 2\n");
+}
+
+TEST(ContextPaintTest, IsThatOfTheNearestUse) {
+    Check({
+        {"gradient of the whole use",
+         "<linearGradient id='g'><stop stop-color='red'/><stop offset='1' "
+         "stop-color='blue'/></linearGradient>"
+         "<defs><g id='s'><rect width='5' height='9' fill='context-fill'/><rect x='15' width='5' height='9' "
+         "fill='context-fill'/></g></defs><use href='#s' x='10' fill='url(#g)'/>",
+         "10,0 15,9 fill linear(10,0 to 30,0, #ff0000 0, #0000ff 1)\n"
+         "25,0 30,9 fill linear(10,0 to 30,0, #ff0000 0, #0000ff 1)\n"},
+        {"nested",
+         "<defs><rect id='r' width='5' height='5' fill='context-fill'/><use id='u' href='#r' fill='lime'/>"
+         "</defs><use href='#u' fill='red'/>",
+         "0,0 5,5 fill #00ff00\n"},
+        {"passed on",
+         "<defs><rect id='r' width='5' height='5' fill='context-fill'/><use id='u' href='#r' "
+         "fill='context-stroke'/></defs><use href='#u' fill='red' stroke='lime'/>",
+         "0,0 5,5 fill #00ff00 stroke #00ff00 1\n"},
+    });
+}
+
+TEST(GradientTest, OfEqualCirclesHasTheLastColourOutside) {
+    EXPECT_EQ(
+        SketchContent("<radialGradient id='g' fr='.5' spreadMethod='repeat'><stop stop-color='red'/><stop "
+                      "offset='1' stop-color='blue'/></radialGradient><rect width='10' height='10' "
+                      "fill='url(#g)'/>"),
+        "0,0 10,10 fill radial(5,5 to 5,5 r 0.5 to 0.5, #ff0000 0, #0000ff 1)\n");
+}
+
+TEST(MarkerTest, SegmentsWithoutLengthTakeTheNextDirection) {
+    // At the corner, where a segment without length follows, the marker stands half-way between both others.
+    EXPECT_EQ(SketchContent("<marker id='m' markerUnits='userSpaceOnUse' orient='auto' overflow='visible'>"
+                            "<path d='M0 0h10v1'/></marker>"
+                            "<path d='M0 0H50h0V50' fill='none' marker-mid='url(#m)'/>"),
+              "50,0 57.07,7.78 fill #000000\n49,0 50,10 fill #000000\n");
 }
 
 TEST(MarkerTest, MarksClosedOutlinesAtTheirStartTwice) {

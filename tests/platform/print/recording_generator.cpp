@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
@@ -159,6 +160,16 @@ int RecordingGenerator::BeginMask(const ORVPrintMask& mask) {
     if ((powers_ & kMasks) == 0) return kSkipMask;
     const bool isLuminance = mask.kind == ORVPrintMask::Kind::kLuminance;
     return Add(std::string("mask ") + (isLuminance ? "luminance " : "opacity ") + Box(mask.box));
+}
+
+int RecordingGenerator::BeginFilter(const ORVPrintFilter& filter) {
+    std::string line = "filter";
+    for (const ORVPrintFilterStep& step : filter.steps) line += " " + std::to_string(step.operation.index());
+    return Add(line + " " + Map(filter.toPage));
+}
+
+int RecordingGenerator::BeginFilterInput() {
+    return (powers_ & kFilters) == 0 ? static_cast<int>(kSkipInput) : Add("input");
 }
 
 int RecordingGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {

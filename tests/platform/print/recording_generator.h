@@ -46,6 +46,10 @@ public:
     int EndLayer() override { return Add("end layer"); }
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override { return Add("end mask"); }
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override { return Add("end filter"); }
+    int BeginFilterInput() override;
+    int EndFilterInput() override { return Add("end input"); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override { return Add("end symbol"); }
     bool KeepsIdentifiers() const override { return keepsIdentifiers_; }
@@ -61,7 +65,7 @@ private:
     std::vector<std::string> lines_;
     std::size_t calls_ = 0;
     std::size_t failAt_ = 0;
-    unsigned int powers_ = kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
+    unsigned int powers_ = kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
     bool takesSymbols_ = false, keepsIdentifiers_ = false;
     std::size_t announcements_ = 0;
     std::vector<const void*> symbols_;

@@ -133,6 +133,7 @@ ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& que
     choice.font = entry->font;
     const bool isThin = query.weight >= kLeastBoldWeight && entry->weight < kLeastBoldWeight;
     choice.weight = isThin ? kBoldStyleWeight : kOwnStyleWeight;
+    choice.face = choice.font->GetFace(choice.weight);
     choice.isToBeSlanted = query.isItalic && entry->slant == FC_SLANT_ROMAN;
     // Documents may ask for as many families as they like.
     constexpr std::size_t kMostKept = 4096;

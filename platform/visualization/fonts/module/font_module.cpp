@@ -10,6 +10,7 @@
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
 #include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/span_shaper.h"
 #include "platform/visualization/fonts/module/text_shaper.h"
 
 namespace {
@@ -56,6 +57,17 @@ public:
     }
     bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) override {
         return NotingFailure([&] { choice = ChooseFont(FontCatalogue::Get(), query); });
+    }
+    bool Shape(std::u32string_view text, std::span<const ORVShapingPart> parts,
+               std::span<const ORVShapingParagraph> paragraphs, ORVShapedText& shaped) override {
+        return NotingFailure([&] { ShapeText(text, parts, paragraphs, shaped); });
+    }
+    bool FindClusterParts(std::u32string_view text, std::vector<bool>& isPart) override {
+        return NotingFailure([&] { ::FindClusterParts(text, isPart); });
+    }
+    bool HasFeature(const ORVFontFace& face, std::uint32_t tag) override {
+        bool has = false;
+        return NotingFailure([&] { has = HasFontFeature(face, tag); }) && has;
     }
 };
 

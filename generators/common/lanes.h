@@ -84,6 +84,25 @@ inline FloatLanes SquareRoot(const FloatLanes& lanes) {
 #endif
 }
 
+/// Numbers from 0 to 65535 as short ones.
+inline ShortLanes PackShorts(const SignedLanes& low, const SignedLanes& high) {
+#if defined(__SSE2__)
+    // The instruction takes them for signed numbers.
+    const SignedLanes a = low - 32768, b = high - 32768;
+    return std::bit_cast<ShortLanes>(_mm_packs_epi32(std::bit_cast<__m128i>(a), std::bit_cast<__m128i>(b))) ^
+           0x8000;
+#else
+    return __builtin_shufflevector(std::bit_cast<ShortLanes>(low), std::bit_cast<ShortLanes>(high), 0, 2, 4,
+                                   6, 8, 10, 12, 14);
+#endif
+}
+/// Four short numbers, a lane for each.
+inline SignedLanes LoadShorts(const std::uint16_t* from) {
+    std::uint64_t shorts = 0;
+    std::memcpy(&shorts, from, sizeof shorts);
+    return LowHalf(std::bit_cast<ShortLanes>(LongLanes{shorts}));
+}
+
 /// The lowest byte of each lane, in their order; the other bytes must be zero.
 inline std::uint32_t PackBytes(const Lanes& lanes) {
     const auto halves = std::bit_cast<LongLanes>(lanes);

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/orvprint/commands/print_command.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+/// The words of the command line about sizes in pixels; what was not said is empty.
+struct SizeArguments {
+    std::optional<double> width, height, zoom;
+    std::optional<std::string> background;
+    std::vector<const CLI::Option*> sizes, otherSizes;  ///< the three, and what says the same in other words
+};
+
+/// Adds the options to a command. Those of paper must have been added.
+void AddSizeOptions(CLI::App& command, SizeArguments& arguments, PrintOptions& options);
+
+/// Makes options of the words. A pixel is a px of the drawings where the format has no pixels.
+/// @param options  what was read of paper and resolution; sizes and the background are added
+/// @return an exit code; a failure was reported
+int ReadSizeArguments(const SizeArguments& arguments, PrintOptions& options);

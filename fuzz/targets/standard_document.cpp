@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// A whole document of standard SVG onto a generator that looks at everything.
+
+#include <string>
+
+#include "fuzz/support/FuzzBytes.h"
+#include "fuzz/support/FuzzTarget.h"
+#include "fuzz/support/standard_documents.h"
+
+namespace {
+
+const FuzzTarget kTarget("standard_document", [](std::string_view bytes) {
+    FuzzBytes choices(bytes);
+    const bool takesSymbols = choices.Flag();
+    DrawStandard(std::string(choices.GetRest()), takesSymbols);
+});
+
+}  // namespace

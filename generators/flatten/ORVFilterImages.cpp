@@ -1,0 +1,395 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "generators/flatten/ORVFilterImages.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <exception>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "generators/common/exception_text.h"
+#include "generators/common/filter_reach.h"
+#include "generators/common/generator_status.h"
+#include "generators/flatten/filter_run.h"
+#include "platform/system/ORVRef.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+namespace {
+
+constexpr double kUserUnitsPerInch = 90.0;
+// Pixels of a filter that are in memory at the same time (8 bytes each): so many, or this multiple of what can
+// be seen of the page, but no more than that.
+constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
+// Pixels that the filters of a page may touch: so many, and this multiple of the page's pixels.
+constexpr double kUsualWork = 1.5e9, kWorkOfPagePixel = 1000.0;
+// Filters within each other.
+constexpr unsigned int kGreatestDepth = 64;
+
+ORVRasterOptions RasterOptions(const ORVFilterOptions& options) {
+    ORVRasterOptions raster;
+    raster.dotsPerInch = kUserUnitsPerInch;  // pages are measured in pixels
+    raster.pixelLimit = options.pixelLimit;
+    raster.outputPixelLimit = options.outputPixelLimit;
+    raster.paintLimit = options.paintLimit;
+    raster.threads = options.threads;
+    raster.isClear = true;
+    return raster;
+}
+
+/// Divides colours by their opacity, for images.
+std::vector<std::uint8_t> StraightBytes(const FilterPixels& pixels, bool& isBlank) {
+    const FilterBox& box = pixels.GetBox();
+    const auto width = static_cast<std::size_t>(box.width);
+    std::vector<std::uint8_t> bytes(width * static_cast<std::size_t>(box.height) * 4);
+    std::uint8_t* to = bytes.data();
+    unsigned int seen = 0;
+    constexpr unsigned int kWidened = kFilterFull / 255;
+    for (int y = box.top; y < box.Bottom(); ++y) {
+        const std::uint16_t* from = pixels.Row(y);
+        for (std::size_t x = 0; x < width; ++x, from += kFilterChannels, to += 4) {
+            const unsigned int opacity = from[3];
+            const unsigned int byte = (opacity + kWidened / 2) / kWidened;
+            if (byte == 0) continue;
+            seen |= byte;
+            to[3] = static_cast<std::uint8_t>(byte);
+            for (int i = 0; i < 3; ++i)
+                to[i] = static_cast<std::uint8_t>(
+                    opacity == kFilterFull
+                        ? (from[i] + kWidened / 2) / kWidened
+                        : std::min((from[i] * 255U + opacity / 2) / opacity, 255U));
+        }
+    }
+    isBlank = seen == 0;
+    return bytes;
+}
+
+/// Around a path, on the page.
+ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
+    ORVMathBox2D box;
+    for (const ORVMathPoint2D& point : clip.path.points) box.Add(clip.toPage(point));
+    return box;
+}
+
+}  // namespace
+
+struct ORVFilterImages::Taken {
+    explicit Taken(const ORVPrintFilter& given)
+        : filter(given), steps(given.steps.begin(), given.steps.end()) {
+        filter.steps = steps;
+    }
+
+    ORVPrintFilter filter;
+    std::vector<ORVPrintFilterStep> steps;
+    ORVPageRecording content;
+    std::deque<ORVPageRecording> inputs;
+    bool isInInput = false;
+    bool hasFilters = false;     // within it
+    unsigned int innerOpen = 0;  // filters within it that are open
+};
+
+struct ORVFilterImages::Budget {
+    double limit = 0.0, spent = 0.0;
+    unsigned int depth = 0;
+};
+
+ORVFilterImages::ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options)
+    : target_(target),
+      options_(options),
+      ownBudget_(std::make_unique<Budget>()),
+      budget_(ownBudget_.get()) {}
+
+ORVFilterImages::ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options, Budget* budget)
+    : target_(target), options_(options), budget_(budget) {}
+
+ORVFilterImages::~ORVFilterImages() = default;
+
+template <class Action>
+int ORVFilterImages::Guard(Action action) {
+    try {
+        return action();
+    } catch (const std::exception&) {
+        ORVNameException(failure_);
+        return kDrawingFailed;
+    }
+}
+
+ORVPrintGenerator& ORVFilterImages::Record() {
+    return taken_->isInInput ? taken_->inputs.back() : taken_->content;
+}
+
+/// Hands a call to where it belongs.
+template <class Call>
+int ORVFilterImages::Pass(Call call) {
+    if (!taken_) return call(target_);
+    return Guard([&] { return call(Record()); });
+}
+
+/// The same for the beginning of a part of which only a box can be seen.
+template <class Call>
+int ORVFilterImages::BeginPart(const ORVMathBox2D& box, Call call) {
+    if (taken_) return Pass(call);
+    return Guard([&] {
+        shown_.push_back(ORVCutBox(Shown(), box));
+        return call(target_);
+    });
+}
+
+template <class Call>
+int ORVFilterImages::EndPart(Call call) {
+    if (!taken_ && !shown_.empty()) shown_.pop_back();
+    return Pass(call);
+}
+
+int ORVFilterImages::BeginDocument(const ORVPrintDocumentInfo& info) {
+    if (ownBudget_) *ownBudget_ = {};
+    return target_.BeginDocument(info);
+}
+
+int ORVFilterImages::BeginPage(const ORVPrintPageInfo& info) {
+    page_ = {0.0, info.width, 0.0, info.height};
+    pageNumber_ = info.number;
+    shown_.clear();
+    symbolScales_.clear();
+    taken_.reset();
+    if (ownBudget_) {
+        const double scale = options_.dotsPerInch / kUserUnitsPerInch;
+        const double allowed = kUsualWork + kWorkOfPagePixel * info.width * info.height * scale * scale;
+        ownBudget_->limit =
+            std::min(ownBudget_->spent + allowed, static_cast<double>(options_.paintLimit));
+    }
+    return target_.BeginPage(info);
+}
+
+int ORVFilterImages::BeginGroup(const ORVPrintGroup& group) {
+    return taken_ && taken_->isInInput ? Pass([&](ORVPrintGenerator& to) { return to.BeginGroup(group); })
+                                       : target_.BeginGroup(group);
+}
+
+int ORVFilterImages::EndGroup() {
+    return taken_ && taken_->isInInput ? Pass([](ORVPrintGenerator& to) { return to.EndGroup(); })
+                                       : target_.EndGroup();
+}
+
+int ORVFilterImages::BeginClip(const ORVMathBox2D& box) {
+    return BeginPart(box, [&](ORVPrintGenerator& to) { return to.BeginClip(box); });
+}
+
+int ORVFilterImages::EndClip() {
+    return EndPart([](ORVPrintGenerator& to) { return to.EndClip(); });
+}
+
+int ORVFilterImages::BeginClipPath(const ORVPrintClipPath& clip) {
+    return BeginPart(taken_ ? ORVMathBox2D() : BoxOf(clip),
+                     [&](ORVPrintGenerator& to) { return to.BeginClipPath(clip); });
+}
+
+int ORVFilterImages::EndClipPath() {
+    return EndPart([](ORVPrintGenerator& to) { return to.EndClipPath(); });
+}
+
+int ORVFilterImages::BeginLayer(const ORVPrintLayer& layer) {
+    return BeginPart(layer.box, [&](ORVPrintGenerator& to) { return to.BeginLayer(layer); });
+}
+
+int ORVFilterImages::EndLayer() {
+    return EndPart([](ORVPrintGenerator& to) { return to.EndLayer(); });
+}
+
+int ORVFilterImages::BeginMask(const ORVPrintMask& mask) {
+    const int answer = BeginPart(mask.box, [&](ORVPrintGenerator& to) { return to.BeginMask(mask); });
+    if (answer == kSkipMask && !taken_ && !shown_.empty()) shown_.pop_back();
+    return answer;
+}
+
+int ORVFilterImages::EndMask() {
+    return EndPart([](ORVPrintGenerator& to) { return to.EndMask(); });
+}
+
+int ORVFilterImages::BeginSymbol(const ORVPrintSymbol& symbol) {
+    const int answer = Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
+    return answer != kDrawSymbol || taken_ ? answer : Guard([&] {
+        // Its places to come may show all of it.
+        constexpr double kFar = 1e7;
+        symbolScales_.push_back(SymbolScale() * symbol.toPage.Enlargement());
+        shown_.push_back({-kFar, kFar, -kFar, kFar});
+        return answer;
+    });
+}
+
+int ORVFilterImages::EndSymbol() {
+    if (!taken_ && !symbolScales_.empty()) symbolScales_.pop_back();
+    return EndPart([](ORVPrintGenerator& to) { return to.EndSymbol(); });
+}
+
+int ORVFilterImages::DrawShape(const ORVPrintShape& shape) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawShape(shape); });
+}
+
+int ORVFilterImages::DrawText(const ORVPrintText& text) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawText(text); });
+}
+
+int ORVFilterImages::DrawImage(const ORVPrintImage& image) {
+    return Pass([&](ORVPrintGenerator& to) { return to.DrawImage(image); });
+}
+
+int ORVFilterImages::EndPage() { return target_.EndPage(); }
+
+int ORVFilterImages::EndDocument() {
+    taken_.reset();
+    return target_.EndDocument();
+}
+
+// ---- Filters ----------------------------------------------------------------------------------------------
+
+int ORVFilterImages::BeginFilter(const ORVPrintFilter& filter) {
+    if (taken_) {
+        ++taken_->innerOpen;
+        taken_->hasFilters = true;
+        return Pass([&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
+    }
+    // What lies outside of what can be seen may come into it.
+    if ((target_.GetPowers() & kFilters) != 0 && filter.inputCount == 0)
+        return BeginPart(page_, [&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
+    return Guard([&] {
+        if (budget_->depth >= kGreatestDepth) return Refuse("has filters too deep within each other");
+        taken_ = std::make_unique<Taken>(filter);
+        return static_cast<int>(kGeneratorDone);
+    });
+}
+
+int ORVFilterImages::BeginFilterInput() {
+    if (!taken_) return target_.BeginFilterInput();
+    if (taken_->innerOpen > 0) return Pass([](ORVPrintGenerator& to) { return to.BeginFilterInput(); });
+    return Guard([&] {
+        taken_->inputs.emplace_back();
+        taken_->isInInput = true;
+        return static_cast<int>(kGeneratorDone);
+    });
+}
+
+int ORVFilterImages::EndFilterInput() {
+    if (!taken_) return target_.EndFilterInput();
+    if (taken_->innerOpen > 0) return Pass([](ORVPrintGenerator& to) { return to.EndFilterInput(); });
+    taken_->isInInput = false;
+    return kGeneratorDone;
+}
+
+int ORVFilterImages::EndFilter() {
+    if (!taken_) return EndPart([](ORVPrintGenerator& to) { return to.EndFilter(); });
+    if (taken_->innerOpen > 0) {
+        --taken_->innerOpen;
+        return Pass([](ORVPrintGenerator& to) { return to.EndFilter(); });
+    }
+    ++budget_->depth;
+    const int result = Guard([&] { return DrawTaken(); });
+    --budget_->depth;
+    taken_.reset();
+    return result;
+}
+
+int ORVFilterImages::Refuse(const std::string& text) {
+    failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, "page " + std::to_string(pageNumber_) + " " + text);
+    return kTooMuchToPaint;
+}
+
+/// Plans a filter at the device's resolution, or at what memory allows. @return false when it cannot be
+bool ORVFilterImages::FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content,
+                              FilterPlan& plan) const {
+    const double full = options_.dotsPerInch / kUserUnitsPerInch * SymbolScale();
+    const ORVMathBox2D& shown = Shown();
+    const double seen =
+        shown.IsEmpty() ? 0.0 : (shown.xMax - shown.xMin) * (shown.yMax - shown.yMin) * full * full;
+    const double most = std::clamp(kPixelsOfShown * seen, kUsualPixels, kMostPixels);
+    double scale = full;
+    constexpr int kMostTries = 8;
+    for (int i = 0; i < kMostTries; ++i) {
+        const FilterGrid grid = FilterGrid::Make(filter.toPage, scale);
+        plan = FilterPlan::Make(filter, grid, shown, content);
+        if (plan.pixels <= most) return true;
+        scale *= std::sqrt(most / plan.pixels) * 0.99;
+    }
+    return false;
+}
+
+int ORVFilterImages::DrawTaken() {
+    Taken& taken = *taken_;
+    const ORVPrintFilter& filter = taken.filter;
+    if (!filter.toPage.Inverse() || filter.steps.empty() || Shown().IsEmpty()) return kGeneratorDone;
+    const ORVMathBox2D whole = taken.content.GetBox();
+    FilterPlan plan;
+    if (!FitPlan(filter, whole, plan)) return Refuse("has a filter that takes too much memory");
+    if (plan.results.empty() || plan.results.back().IsEmpty()) return kGeneratorDone;
+    budget_->spent += plan.work;
+    if (!(budget_->spent <= budget_->limit))
+        return Refuse("has filters that take too much work; use a lower resolution or simpler filters");
+    FilterPixels source(plan.source);
+    if (!plan.source.IsEmpty()) {
+        const int drawn = DrawPixels(taken.content, taken.hasFilters, plan.grid, source);
+        if (drawn != kGeneratorDone) return drawn;
+    }
+    FilterRun run(filter, plan, std::move(source), [&](unsigned int number, FilterPixels& pixels) {
+        if (number >= taken.inputs.size()) return static_cast<int>(kGeneratorDone);
+        return DrawPixels(taken.inputs[number], true, plan.grid, pixels);
+    });
+    FilterPixels result;
+    const int computed = run.Compute(result);
+    return computed == kGeneratorDone ? Hand(result, plan.grid) : computed;
+}
+
+/// Draws what was noted on transparent pixels.
+int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid,
+                                FilterPixels& pixels) {
+    const FilterBox& box = pixels.GetBox();
+    const auto fromPage = grid.toPage.Inverse();
+    if (box.IsEmpty() || !fromPage) return kGeneratorDone;
+    ORVMathBox2D corners;
+    corners.Add({static_cast<double>(box.left), static_cast<double>(box.top)});
+    corners.Add({static_cast<double>(box.Right()), static_cast<double>(box.Bottom())});
+    if (!raster_) {
+        auto sink = std::make_unique<ClearPixelSink>();
+        sink_ = sink.get();
+        raster_ = std::make_unique<ORVRasterGenerator>(std::move(sink), RasterOptions(options_));
+        if (const int begun = raster_->BeginDocument({}); begun != kGeneratorDone) return begun;
+    }
+    if (hasFilters && !inner_) {
+        ORVFilterOptions inPixels = options_;
+        inPixels.dotsPerInch = kUserUnitsPerInch;
+        inner_.reset(new ORVFilterImages(*raster_, inPixels, budget_));
+    }
+    ORVPrintGenerator& to = hasFilters ? static_cast<ORVPrintGenerator&>(*inner_) : *raster_;
+    sink_->SetTarget(&pixels);
+    ORVPrintPageInfo info;
+    info.number = pageNumber_;
+    info.width = box.width;
+    info.height = box.height;
+    int result = to.BeginPage(info);
+    if (result == kGeneratorDone)
+        result = recording.ReplaySoFar(to, corners.MappedBy(grid.toPage),
+                                       ORVMathAffine2D::Translation(-box.left, -box.top) * *fromPage);
+    if (result == kGeneratorDone) result = to.EndPage();
+    sink_->SetTarget(nullptr);
+    if (result != kGeneratorDone)
+        failure_ = inner_ && inner_->GetFailure() ? inner_->GetFailure() : raster_->GetFailure();
+    return result;
+}
+
+/// Hands the result to the target as an image.
+int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
+    const FilterBox& box = pixels.GetBox();
+    if (box.IsEmpty()) return kGeneratorDone;
+    if (!(box.Area() <= static_cast<double>(std::min(options_.pixelLimit, ORVPixelImage::GetPixelLimit()))))
+        return Refuse("has a filter whose image would have too many pixels; use a lower resolution");
+    bool isBlank = false;
+    const std::vector<std::uint8_t> bytes = StraightBytes(pixels, isBlank);
+    if (isBlank) return kGeneratorDone;
+    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(box.width, box.height, bytes));
+    if (!image) throw std::bad_alloc();
+    const ORVMathAffine2D toPage =
+        grid.toPage * ORVMathAffine2D{static_cast<double>(box.width),  0.0, 0.0,
+                                      static_cast<double>(box.height), static_cast<double>(box.left),
+                                      static_cast<double>(box.top)};
+    return target_.DrawImage({*image, toPage});
+}

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/ORVPrintPath.h"
+
+namespace svg2 {
+
+/// Hands calls on to a generator, and keeps a clip open that ends only to begin again: plots clip each of
+/// their thousands of lines by the same outline.
+class ClipKeeper final : public ORVPrintGenerator {
+public:
+    /// @param generator  must outlive this object
+    explicit ClipKeeper(ORVPrintGenerator& generator) : generator_(generator) {}
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override { return generator_.BeginDocument(info); }
+    int BeginPage(const ORVPrintPageInfo& info) override { return generator_.BeginPage(info); }
+    int BeginGroup(const ORVPrintGroup& group) override {
+        return EndKept() ? generator_.BeginGroup(group) : status_;
+    }
+    int EndGroup() override { return EndKept() ? generator_.EndGroup() : status_; }
+    int BeginClip(const ORVMathBox2D& box) override {
+        return EndKept() ? generator_.BeginClip(box) : status_;
+    }
+    int EndClip() override { return EndKept() ? generator_.EndClip() : status_; }
+    unsigned int GetPowers() const override { return generator_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override;
+    int BeginLayer(const ORVPrintLayer& layer) override {
+        return EndKept() ? generator_.BeginLayer(layer) : status_;
+    }
+    int EndLayer() override { return EndKept() ? generator_.EndLayer() : status_; }
+    int BeginMask(const ORVPrintMask& mask) override {
+        return EndKept() ? generator_.BeginMask(mask) : status_;
+    }
+    int EndMask() override { return EndKept() ? generator_.EndMask() : status_; }
+    int BeginSymbol(const ORVPrintSymbol& symbol) override {
+        return EndKept() ? generator_.BeginSymbol(symbol) : status_;
+    }
+    int EndSymbol() override { return EndKept() ? generator_.EndSymbol() : status_; }
+    bool KeepsIdentifiers() const override { return generator_.KeepsIdentifiers(); }
+    int DrawShape(const ORVPrintShape& shape) override {
+        return EndKept() ? generator_.DrawShape(shape) : status_;
+    }
+    int DrawText(const ORVPrintText& text) override {
+        return EndKept() ? generator_.DrawText(text) : status_;
+    }
+    int DrawImage(const ORVPrintImage& image) override {
+        return EndKept() ? generator_.DrawImage(image) : status_;
+    }
+    int BeginFilter(const ORVPrintFilter& filter) override {
+        return EndKept() ? generator_.BeginFilter(filter) : status_;
+    }
+    int EndFilter() override { return EndKept() ? generator_.EndFilter() : status_; }
+    int BeginFilterInput() override { return EndKept() ? generator_.BeginFilterInput() : status_; }
+    int EndFilterInput() override { return EndKept() ? generator_.EndFilterInput() : status_; }
+    int EndPage() override { return EndKept() ? generator_.EndPage() : status_; }
+    int EndDocument() override { return generator_.EndDocument(); }
+
+private:
+    /// A clip that the generator has open.
+    struct OpenClip {
+        ORVPrintPath path;
+        ORVMathAffine2D toPage;
+        bool isEvenOdd = false;
+    };
+
+    /// Ends the clip that was kept open. @return false when that fails; the status says how
+    bool EndKept() { return !isKept_ || EndInnermost(); }
+    bool EndInnermost();
+    bool IsInnermost(const ORVPrintClipPath& clip) const;
+
+    ORVPrintGenerator& generator_;
+    std::vector<OpenClip> open_;  // the first `depth_` are; the others keep their memory
+    std::size_t depth_ = 0;
+    bool isKept_ = false;  // the innermost has been ended by who began it
+    int status_ = 1;
+};
+
+}  // namespace svg2

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// Patterns of plain shapes: each shape is drawn once for all tiles. Tiles that are drawn one by one show
+// their borders, since edges that meet within a pixel do not add up; within one outline they do.
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "interpreters/svg2/drawing/Drawing.h"
+#include "interpreters/svg2/drawing/stroke_pieces.h"
+#include "interpreters/svg2/tree/shapes.h"
+#include "interpreters/svg2/tree/structure.h"
+#include "platform/print/ORVPrintModelRender.h"
+
+namespace svg2 {
+
+/// A shape of a pattern that is drawn for all tiles at once.
+struct FusedShape {
+    ElementIndex element;
+    Style style;
+    ORVPrintPath path;
+    ORVMathAffine2D toPattern;  // for the first tile
+    double opacity = 1.0;
+};
+
+namespace {
+
+bool IsPlain(const Paint& paint) {
+    return paint.kind == Paint::Kind::kNone || paint.kind == Paint::Kind::kColour ||
+           paint.kind == Paint::Kind::kCurrentColour;
+}
+
+bool HasEffects(const Style& style) {
+    return !style.clipPath.empty() || !style.mask.empty() || !style.filter.empty() || style.isIsolated ||
+           style.blend != ORVPrintBlendMode::kNormal;
+}
+
+bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
+    // Rounding does not make content reach out of its tile.
+    const double margin = 1e-6 * std::max(outer.xMax - outer.xMin, outer.yMax - outer.yMin);
+    return inner.xMin >= outer.xMin - margin && inner.xMax <= outer.xMax + margin &&
+           inner.yMin >= outer.yMin - margin && inner.yMax <= outer.yMax + margin;
+}
+
+/// The box of a path with what a pen adds to it.
+ORVMathBox2D BoxWithPen(const ORVPrintPath& path, const ORVMathAffine2D& map, const ORVPrintStroke& pen) {
+    ORVMathBox2D box = BoxOf(path, map);
+    if (box.IsEmpty()) return box;
+    double reach = pen.width / 2.0;
+    if (pen.join == ORVPrintStroke::Join::kMiter || pen.join == ORVPrintStroke::Join::kMiterClip) {
+        const bool hasCorners = path.verbs.size() > 2;
+        if (hasCorners) reach *= pen.miterLimit;
+    }
+    if (pen.cap == ORVPrintStroke::Cap::kSquare) reach = std::max(reach, pen.width * 0.75);
+    const double x = reach * std::hypot(map.m11, map.m12), y = reach * std::hypot(map.m21, map.m22);
+    return {box.xMin - x, box.xMax + x, box.yMin - y, box.yMax + y};
+}
+
+/// A path at the places of all tiles. The steps lead from one tile to the next, in the path's coordinates.
+ORVPrintPath Repeat(const ORVPrintPath& one, const TileRange& range, const ORVMathVector2D& right,
+                    const ORVMathVector2D& down) {
+    ORVPrintPath all;
+    const auto count = static_cast<std::size_t>(range.Count());
+    all.verbs.reserve(count * one.verbs.size());
+    all.points.reserve(count * one.points.size());
+    for (long y = range.yFirst; y <= range.yLast; ++y) {
+        for (long x = range.xFirst; x <= range.xLast; ++x) {
+            const double column = static_cast<double>(x), row = static_cast<double>(y);
+            const double dx = column * right.x + row * down.x, dy = column * right.y + row * down.y;
+            all.verbs.insert(all.verbs.end(), one.verbs.begin(), one.verbs.end());
+            for (const ORVMathPoint2D& point : one.points) all.points.push_back({point.x + dx, point.y + dy});
+        }
+    }
+    return all;
+}
+
+/// Areas in the units of a shape, cut to the tile, as a path in the pattern's units.
+ORVPrintPath PathOf(std::vector<Corners>&& areas, const ORVMathAffine2D& toPattern,
+                    const ORVMathBox2D& tile) {
+    ORVPrintPath path;
+    for (Corners& area : areas) {
+        for (ORVMathPoint2D& point : area) point = toPattern(point);
+        const Corners cut = CutToBox(std::move(area), tile);
+        if (cut.size() < 3) continue;
+        path.MoveTo(cut.front());
+        for (std::size_t i = 1; i < cut.size(); ++i) path.LineTo(cut[i]);
+        path.Close();
+    }
+    return path;
+}
+
+/// Draws one shape in all tiles.
+class TileFuser {
+public:
+    TileFuser(const PatternTiles& tiles, const FusedShape& shape)
+        : tiles_(tiles), shape_(shape), tile_(tiles.first.Box()) {}
+
+    /// The fill, and where it is drawn.
+    ORVPrintPath Inside(ORVMathAffine2D& toPage) const {
+        if (Holds(tile_, BoxOf(shape_.path, shape_.toPattern))) return RepeatWhole(toPage);
+        std::vector<Corners> areas;
+        for (Contour& contour : ContoursOf(shape_.path)) areas.push_back(std::move(contour.points));
+        return RepeatCut(std::move(areas), toPage);
+    }
+    /// Whether the line stays within the tile, so that it can be drawn as a line.
+    bool HoldsLine(const ORVPrintStroke& pen) const {
+        return Holds(tile_, BoxWithPen(shape_.path, shape_.toPattern, pen));
+    }
+    ORVPrintPath RepeatWhole(ORVMathAffine2D& toPage) const {
+        toPage = tiles_.patternToPage * shape_.toPattern;
+        const ORVMathAffine2D back = Inverse(shape_.toPattern);
+        return Repeat(shape_.path, tiles_.range,
+                      {back.m11 * tiles_.first.width, back.m21 * tiles_.first.width},
+                      {back.m12 * tiles_.first.height, back.m22 * tiles_.first.height});
+    }
+    /// The area of a line that reaches out of the tile.
+    ORVPrintPath Line(const ORVPrintStroke& pen, ORVMathAffine2D& toPage) const {
+        std::vector<Corners> areas;
+        for (const Contour& contour : ContoursOf(shape_.path)) {
+            const bool isDrawn = contour.points.size() > 1 || contour.isClosed;
+            if (isDrawn) AddStrokePieces(contour, pen, areas);
+        }
+        return RepeatCut(std::move(areas), toPage);
+    }
+
+private:
+    ORVPrintPath RepeatCut(std::vector<Corners>&& areas, ORVMathAffine2D& toPage) const {
+        toPage = tiles_.patternToPage;
+        return Repeat(PathOf(std::move(areas), shape_.toPattern, tile_), tiles_.range,
+                      {tiles_.first.width, 0.0}, {0.0, tiles_.first.height});
+    }
+
+    const PatternTiles& tiles_;
+    const FusedShape& shape_;
+    const ORVMathBox2D tile_;
+};
+
+}  // namespace
+
+// Shapes are looked at before anything is drawn: some cannot be fused.
+bool Drawing::CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
+                           const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes) {
+    constexpr int kDeepest = 8;
+    constexpr std::size_t kMostShapes = 256;
+    const Document& document = scene_.GetDocument();
+    for (ElementIndex child = document[parent].firstChild; child != kNoElement;
+         child = document[child].nextSibling) {
+        const Tag tag = document[child].tag;
+        if (tag == Tag::kA || tag == Tag::kSvg || tag == Tag::kSwitch || tag == Tag::kUse ||
+            tag == Tag::kImage || tag == Tag::kText)
+            return false;
+        if (tag != Tag::kG && !IsShape(tag)) continue;
+        FusedShape shape{child, {}, {}, {}, 1.0};
+        scene_.GetCascade().Compute(child, style, shape.style);
+        const Style& own = shape.style;
+        if (!own.isDisplayed || !PassesConditions(document, child)) continue;
+        if (HasEffects(own) || shapes.size() >= kMostShapes || !budget_.TakeElement()) return false;
+        ORVMathAffine2D transform;
+        if (!scene_.TransformOf(child, own, tiles.viewport, transform)) continue;
+        shape.toPattern = toPattern * transform;
+        if (tag == Tag::kG) {
+            if (own.opacity < 1.0 || depth >= kDeepest ||
+                !CollectFused(child, own, tiles, shape.toPattern, depth + 1, shapes))
+                return false;
+            continue;
+        }
+        if (own.visibility != Visibility::kVisible) continue;
+        if (!AddOutline(scene_, child, own, tiles.viewport, shape.path)) continue;
+        if (!IsPlain(own.fill) || !IsPlain(own.stroke) || HasMarkers(child, own) || NeedsLayer(child, own) ||
+            own.hasNonScalingStroke || own.paintOrder[0] != PaintPart::kFill ||
+            !IsInvertible(shape.toPattern))
+            return false;
+        const TileFuser fuser(tiles, shape);
+        ORVPrintStroke pen;
+        const bool hasPen =
+            own.stroke.kind != Paint::Kind::kNone && paints_.MakePen(own, tiles.viewport, 1.0, pen);
+        const bool isCut = hasPen && !fuser.HoldsLine(pen);
+        if (isCut && (!pen.dashes.empty() || pen.join == ORVPrintStroke::Join::kMiterClip)) return false;
+        shape.opacity = PaintOpacity(child, own);
+        shapes.push_back(std::move(shape));
+    }
+    return true;
+}
+
+bool Drawing::DrawFusedTiles(ElementIndex content, const Style& style, const PatternTiles& tiles) {
+    if (!style.hidesOverflow || tiles.range.Count() < 2) return false;
+    std::vector<FusedShape> shapes;
+    if (!CollectFused(content, style, tiles, tiles.toTile, 0, shapes)) return false;
+    constexpr std::size_t kMostPoints = 2'000'000;
+    constexpr std::size_t kCurvePoints = 24;
+    for (const FusedShape& shape : shapes)
+        if (tiles.range.Count() * shape.path.verbs.size() * kCurvePoints > kMostPoints) return false;
+    for (const FusedShape& shape : shapes) {
+        if (IsStopped()) break;
+        DrawFused(shape, tiles);
+    }
+    return true;
+}
+
+void Drawing::DrawFused(const FusedShape& shape, const PatternTiles& tiles) {
+    const ORVMathAffine2D nowhere;
+    const PaintPlace place{shape.style, tiles.viewport, nowhere, nullptr, [] { return ORVMathBox2D(); }};
+    const TileFuser fuser(tiles, shape);
+    MadePaint paint;
+    ORVMathAffine2D toPage;
+    paints_.MakeFill(place, shape.opacity, paint);
+    if (paint.kind == MadePaint::Kind::kColour) {
+        const ORVPrintFill fill{.colour = paint.colour,
+                                .evenOdd = shape.style.fillIsEvenOdd,
+                                .isCrisp = shape.style.hasCrispEdges};
+        const ORVPrintPath path = fuser.Inside(toPage);
+        if (!path.IsEmpty()) Do(generator_.DrawShape({path, toPage, &fill, nullptr}));
+    }
+    if (shape.style.stroke.kind == Paint::Kind::kNone) return;
+    double dashScale = 1.0;
+    const double stated = shape.style.dashes ? scene_.NumberOf(shape.element, Name::kPathLength, 0.0) : 0.0;
+    if (stated > 0.0) dashScale = LengthOf(shape.path) / stated;
+    ORVPrintStroke pen;
+    MadePaint line;
+    paints_.MakeStroke(place, shape.opacity, line);
+    if (line.kind != MadePaint::Kind::kColour ||
+        !paints_.MakePen(shape.style, tiles.viewport, dashScale, pen))
+        return;
+    pen.colour = line.colour;
+    if (fuser.HoldsLine(pen)) {
+        const ORVPrintPath path = fuser.RepeatWhole(toPage);
+        Do(generator_.DrawShape({path, toPage, nullptr, &pen}));
+        return;
+    }
+    const ORVPrintFill fill{.colour = line.colour, .isCrisp = pen.isCrisp};
+    const ORVPrintPath path = fuser.Line(pen, toPage);
+    if (!path.IsEmpty()) Do(generator_.DrawShape({path, toPage, &fill, nullptr}));
+}
+
+}  // namespace svg2

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace svg2 {
+
+/// Whether a character stands upright in vertical lines (Unicode's UAX 50); others lie on their side.
+bool IsUpright(char32_t c);
+
+}  // namespace svg2
