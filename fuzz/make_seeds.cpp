@@ -231,6 +231,7 @@ void AddStandard(Seeds& seeds) {
          {"url(#a)\nurl(#b) red\n2%\n1,2 3\n50%\nrgb(1 2 "
           "3/.5)\n1\n.3\n.1\nuserSpaceOnUse\nrotate(9)\nreflect\n"
           "5\n0 0 9 9\nM0 0a9 9 0 0 1 5 5z",
+          "context-fill\nlinear-gradient(red)\ncalc(1px + 2%)\n0 0\n-1\ninherit\n1e9\n-5\n\n\nscale(0)\n\n0",
           "url(#c)\nnone\n\n\n.2\n#1234\n\n0\n2\n\nmatrix(1 2 3 4 5 6)\nrepeat\n.1\n\nM0 0Q1 2 3 4T5 6"})
         seeds.Add("standard_paints", paints);
     for (const char* texts :

@@ -23,7 +23,11 @@ constexpr double kUserUnitsPerInch = 90.0;
 // be seen of the page, but no more than that.
 constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
 // Pixels that the filters of a page may touch: so many, and this multiple of the page's pixels.
-constexpr double kUsualWork = 1.5e9, kWorkOfPagePixel = 1000.0;
+constexpr double kUsualWork = 3e8, kWorkOfPagePixel = 200.0;
+// Of a filter, however small.
+constexpr double kFilterWork = 20'000.0;
+// Pixels of the images of a page, which are kept until it ends: so many, or this multiple of the page's.
+constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
 // Filters within each other.
 constexpr unsigned int kGreatestDepth = 64;
 
@@ -153,6 +157,7 @@ int ORVFilterImages::BeginPage(const ORVPrintPageInfo& info) {
     shown_.clear();
     symbolScales_.clear();
     taken_.reset();
+    imagePixels_ = 0.0;
     if (ownBudget_) {
         const double scale = options_.dotsPerInch / kUserUnitsPerInch;
         const double allowed = kUsualWork + kWorkOfPagePixel * info.width * info.height * scale * scale;
@@ -292,7 +297,7 @@ int ORVFilterImages::EndFilter() {
 
 int ORVFilterImages::Refuse(const std::string& text) {
     failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, "page " + std::to_string(pageNumber_) + " " + text);
-    return kTooMuchToPaint;
+    return kDrawingFailed;
 }
 
 /// Plans a filter at the device's resolution, or at what memory allows. @return false when it cannot be
@@ -322,17 +327,15 @@ int ORVFilterImages::DrawTaken() {
     FilterPlan plan;
     if (!FitPlan(filter, whole, plan)) return Refuse("has a filter that takes too much memory");
     if (plan.results.empty() || plan.results.back().IsEmpty()) return kGeneratorDone;
-    budget_->spent += plan.work;
+    budget_->spent += plan.work + kFilterWork;
     if (!(budget_->spent <= budget_->limit))
         return Refuse("has filters that take too much work; use a lower resolution or simpler filters");
-    FilterPixels source(plan.source);
-    if (!plan.source.IsEmpty()) {
-        const int drawn = DrawPixels(taken.content, taken.hasFilters, plan.grid, source);
-        if (drawn != kGeneratorDone) return drawn;
-    }
-    FilterRun run(filter, plan, std::move(source), [&](unsigned int number, FilterPixels& pixels) {
+    FilterPixels source;
+    const int drawn = DrawPixels(taken.content, taken.hasFilters, plan.grid, plan.source, source);
+    if (drawn != kGeneratorDone) return drawn;
+    FilterRun run(filter, plan, std::move(source), [&](unsigned int number, const FilterBox& box, FilterPixels& pixels) {
         if (number >= taken.inputs.size()) return static_cast<int>(kGeneratorDone);
-        return DrawPixels(taken.inputs[number], true, plan.grid, pixels);
+        return DrawPixels(taken.inputs[number], true, plan.grid, box, pixels);
     });
     FilterPixels result;
     const int computed = run.Compute(result);
@@ -341,8 +344,7 @@ int ORVFilterImages::DrawTaken() {
 
 /// Draws what was noted on transparent pixels.
 int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid,
-                                FilterPixels& pixels) {
-    const FilterBox& box = pixels.GetBox();
+                                const FilterBox& box, FilterPixels& pixels) {
     const auto fromPage = grid.toPage.Inverse();
     if (box.IsEmpty() || !fromPage) return kGeneratorDone;
     ORVMathBox2D corners;
@@ -360,7 +362,6 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
         inner_.reset(new ORVFilterImages(*raster_, inPixels, budget_));
     }
     ORVPrintGenerator& to = hasFilters ? static_cast<ORVPrintGenerator&>(*inner_) : *raster_;
-    sink_->SetTarget(&pixels);
     ORVPrintPageInfo info;
     info.number = pageNumber_;
     info.width = box.width;
@@ -369,8 +370,10 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
     if (result == kGeneratorDone)
         result = recording.ReplaySoFar(to, corners.MappedBy(grid.toPage),
                                        ORVMathAffine2D::Translation(-box.left, -box.top) * *fromPage);
+    // Filters within it have been drawn by now: only from here on there is memory for its own pixels.
+    sink_->SetBox(box);
     if (result == kGeneratorDone) result = to.EndPage();
-    sink_->SetTarget(nullptr);
+    pixels = sink_->Take();
     if (result != kGeneratorDone)
         failure_ = inner_ && inner_->GetFailure() ? inner_->GetFailure() : raster_->GetFailure();
     return result;
@@ -382,6 +385,11 @@ int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
     if (box.IsEmpty()) return kGeneratorDone;
     if (!(box.Area() <= static_cast<double>(std::min(options_.pixelLimit, ORVPixelImage::GetPixelLimit()))))
         return Refuse("has a filter whose image would have too many pixels; use a lower resolution");
+    const double scale = options_.dotsPerInch / kUserUnitsPerInch;
+    const double pagePixels = page_.xMax * page_.yMax * scale * scale;
+    imagePixels_ += box.Area();
+    if (imagePixels_ > std::max(kUsualImagePixels, kImagesOfPage * pagePixels))
+        return Refuse("has filters that take too much memory; use a lower resolution or fewer filters");
     bool isBlank = false;
     const std::vector<std::uint8_t> bytes = StraightBytes(pixels, isBlank);
     if (isBlank) return kGeneratorDone;

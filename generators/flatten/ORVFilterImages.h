@@ -87,7 +87,8 @@ private:
     ORVPrintGenerator& Record();
     int DrawTaken();
     bool FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content, FilterPlan& plan) const;
-    int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid, FilterPixels& pixels);
+    int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid,
+                   const FilterBox& box, FilterPixels& pixels);
     int Hand(const FilterPixels& pixels, const FilterGrid& grid);
     int Refuse(const std::string& text);
 
@@ -99,6 +100,7 @@ private:
 
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
+    double imagePixels_ = 0.0;  // of the page so far
     std::vector<ORVMathBox2D> shown_;  // of what is begun: what of the page can be seen
     std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
     std::unique_ptr<Taken> taken_;     // null while none is

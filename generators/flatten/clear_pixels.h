@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "generators/filters/filter_pixels.h"
@@ -10,8 +11,10 @@
 /// Keeps the pixels of a page on transparent paper for filters.
 class ClearPixelSink final : public ORVBandSink {
 public:
-    /// Where the next page goes: its first pixel is the first one of the box, which has the page's size.
-    void SetTarget(FilterPixels* pixels) { pixels_ = pixels; }
+    /// Says where the next page lies, which has the box's size.
+    void SetBox(const FilterBox& box) { box_ = box; }
+    /// The pixels of the last page.
+    FilterPixels Take() { return std::move(pixels_); }
 
     int BeginPage(const RasterPageInfo& page) override;
     void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const override;
@@ -20,5 +23,7 @@ public:
     int EndDocument() override { return 1; }
 
 private:
-    FilterPixels* pixels_ = nullptr;
+    FilterBox box_;
+    // Bands of a page have rows of their own in it.
+    mutable FilterPixels pixels_;
 };

@@ -47,8 +47,8 @@ public:
         return TileFilterPixels(Find(0), AreaOf(0), box_);
     }
     FilterPixels operator()(const ORVFilterInput& input) {
-        FilterPixels pixels(box_);
-        status_ = run_.drawInput_(input.number, pixels);
+        FilterPixels pixels;
+        status_ = run_.drawInput_(input.number, box_, pixels);
         return pixels;
     }
     FilterPixels operator()(const ORVFilterBlur& blur) {

@@ -12,8 +12,8 @@
 /// Computes a filter step by step. What no further step takes is released.
 class FilterRun {
 public:
-    /// Draws an input of the filter on the pixels that are given. @return 1, or a generator status
-    using DrawInput = std::function<int(unsigned int number, FilterPixels& pixels)>;
+    /// Draws an input of the filter on the pixels of a box. @return 1, or a generator status
+    using DrawInput = std::function<int(unsigned int number, const FilterBox& box, FilterPixels& pixels)>;
 
     /// @param filter, plan  must outlive this object
     FilterRun(const ORVPrintFilter& filter, const FilterPlan& plan, FilterPixels source, DrawInput drawInput)

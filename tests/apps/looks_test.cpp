@@ -5,13 +5,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/system/ORVRef.h"
-#include "platform/visualization/images/ORVPixelImage.h"
+#include "tests/apps/looks.h"
 #include "tests/apps/tool_run.h"
 #include "tests/support/named_rows.h"
 #include "tests/support/sample_images.h"
@@ -21,61 +19,6 @@
 namespace {
 
 constexpr int kDotsPerInch = 96;
-
-/// A picture's colours, averaged over the cells of a grid: fine enough to see what is missing or misplaced,
-/// coarse enough to forgive another program its way of smoothing edges.
-class Looks {
-public:
-    static constexpr int kColumns = 100;
-
-    /// @param rows  0: as many as make square cells
-    Looks(const std::string& path, int rows) : rows_(rows) {
-        const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromFile(path, 0, 0));
-        if (!image) return;
-        const int width = image->GetWidth(), height = image->GetHeight();
-        if (rows_ == 0) rows_ = std::max(1, kColumns * height / width);
-        cells_.resize(static_cast<std::size_t>(kColumns) * static_cast<std::size_t>(rows_));
-        std::vector<double> counts(cells_.size());
-        const auto pixels = image->GetPixels();
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) {
-                const auto* pixel = &pixels[4 * static_cast<std::size_t>(y * width + x)];
-                const double opacity = pixel[3] / 255.0;
-                const auto cell = static_cast<std::size_t>(y * rows_ / height) * kColumns +
-                                  static_cast<std::size_t>(x * kColumns / width);
-                for (std::size_t i = 0; i < 3; ++i) cells_[cell][i] += 255.0 + opacity * (pixel[i] - 255.0);
-                counts[cell] += 1.0;
-            }
-        for (std::size_t i = 0; i < cells_.size(); ++i)
-            for (double& level : cells_[i]) level /= counts[i];
-    }
-
-    bool IsThere() const { return !cells_.empty(); }
-    int GetRows() const { return rows_; }
-
-    /// Mean difference in levels of 255.
-    double DifferenceFrom(const Looks& other) const {
-        double sum = 0.0;
-        for (std::size_t i = 0; i < cells_.size(); ++i)
-            for (std::size_t k = 0; k < 3; ++k) sum += std::fabs(cells_[i][k] - other.cells_[i][k]);
-        return sum / (3.0 * static_cast<double>(cells_.size()));
-    }
-    /// Share of cells that differ by more than `levels` in some colour.
-    double ShareApartFrom(const Looks& other, double levels) const {
-        std::size_t apart = 0;
-        for (std::size_t i = 0; i < cells_.size(); ++i) {
-            bool isApart = false;
-            for (std::size_t k = 0; k < 3; ++k)
-                isApart = isApart || std::fabs(cells_[i][k] - other.cells_[i][k]) > levels;
-            apart += isApart ? 1 : 0;
-        }
-        return static_cast<double>(apart) / static_cast<double>(cells_.size());
-    }
-
-private:
-    int rows_;
-    std::vector<std::array<double, 3>> cells_;
-};
 
 /// How another program makes a picture "page.png" of a page.
 struct Viewer {

@@ -320,7 +320,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"ScaleOfNothing", {"--scale", "0%"}, "--scale: '0%' is not a scale"},
         RefusalCase{"ScaleByNothing", {"--scale", "1:0"}, "--scale: '1:0' is not a scale"},
         RefusalCase{"TinyScale", {"--paper", "A4", "--scale", "0.0000999"}, "is not a scale"},
-        RefusalCase{"HugeScale", {"--scale", "1e300"}, "is not a scale"},
+        RefusalCase{"HugeScale", {"--scale", "1e300%"}, "is not a scale"},
         RefusalCase{"InfiniteScale", {"--scale", "inf"}, "is not a scale"},
         RefusalCase{"FitWithoutPaper", {"--scale", "fit"}, "add, for example, --paper A4"},
         RefusalCase{"Margin", {"--margin", "10"}, "a length has a unit"},

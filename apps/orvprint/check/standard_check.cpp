@@ -52,15 +52,18 @@ const UnreadProperty kUnreadProperties[] = {
     {"stroke-linejoin",
      {"miter", "round", "bevel", "arcs", "inherit", "initial", "unset"},
      "is drawn as miter in PDF, PostScript and EPS"},
-    {"font-variant", {"normal", "none", "inherit", "initial"}, "is ignored: letters are the font's own"},
-    {"font-variant-caps", {"normal", "inherit", "initial"}, "is ignored: letters are the font's own"},
-    {"font-feature-settings", {"normal", "inherit", "initial"}, "is ignored"},
+    {"font-variant-alternates",
+     {"normal", "historical-forms", "inherit", "initial"},
+     "is ignored: other forms of letters are chosen by font-feature-settings"},
+    {"text-decoration-color",
+     {"currentcolor", "currentColor", "inherit", "initial"},
+     "is ignored: lines have the colour of their text"},
+    {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
     {"font-variation-settings", {"normal", "inherit", "initial"}, "is ignored"},
     {"font-size-adjust", {"none", "inherit", "initial"}, "is ignored"},
-    {"unicode-bidi",
-     {"normal", "isolate", "plaintext", "inherit", "initial"},
-     "is ignored: the text's own characters decide its direction"},
-    {"color-interpolation", {"sRGB", "auto", "inherit", "initial"}, "counts for masks only: colours are mixed as sRGB"},
+    {"color-interpolation",
+     {"sRGB", "auto", "inherit", "initial"},
+     "counts for masks only: colours are mixed as sRGB"},
     {"inline-size",
      {"auto", "0", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
@@ -96,6 +99,7 @@ private:
               const std::string& message) {
         writer_.Note(code, At(element), attribute, value, message);
     }
+    void CheckSheet(ElementIndex sheet);
     void CheckElement(ElementIndex element, const Style& style);
     void CheckUnread(ElementIndex element);
     void CheckProperty(ElementIndex element, std::string_view name, std::string_view value);
@@ -130,11 +134,16 @@ void StandardCheck::Run() {
         CheckElement(element, *style);
         around.emplace_back(element, std::move(style));
     }
-    if (cascade_.GetSheets().ImportsSheets())
-        for (const ElementIndex sheet : document_.FindAll(Tag::kStyle))
-            if (document_[sheet].node->GetText().find("@import") != std::string_view::npos)
-                Note(FindingCode::kStyleSheet, sheet, "", "",
-                     "other sheets are not loaded: @import is ignored");
+    for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
+}
+
+void StandardCheck::CheckSheet(ElementIndex sheet) {
+    const std::string_view text = document_[sheet].node->GetText();
+    if (cascade_.GetSheets().ImportsSheets() && text.find("@import") != std::string_view::npos)
+        Note(FindingCode::kStyleSheet, sheet, "", "", "other sheets are not loaded: @import is ignored");
+    if (text.find("@font-face") != std::string_view::npos)
+        Note(FindingCode::kStyleSheet, sheet, "", "",
+             "fonts of sheets are not loaded: @font-face is ignored");
 }
 
 void StandardCheck::CheckUnread(ElementIndex element) {
@@ -149,10 +158,6 @@ void StandardCheck::CheckUnread(ElementIndex element) {
         case Tag::kFlowRoot:
             Note(FindingCode::kUnprintedElement, element, "", "",
                  "is not drawn: text that flows into shapes");
-            return;
-        case Tag::kTref:
-            Note(FindingCode::kUnprintedElement, element, "", "",
-                 "is not drawn: the text of another element");
             return;
         case Tag::kUnknown: break;
         default: return;
@@ -169,10 +174,9 @@ void StandardCheck::CheckUnread(ElementIndex element) {
 
 void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, std::string_view value) {
     for (const UnreadProperty& row : kUnreadProperties) {
-        if (row.name != name) continue;
-        for (const std::string_view harmless : row.harmless)
-            if (value == harmless) return;
-        Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
+        if (row.name == name &&
+            std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
+            Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
 }
 

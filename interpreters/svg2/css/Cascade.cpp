@@ -13,7 +13,7 @@
 namespace svg2 {
 namespace {
 
-constexpr std::uint64_t kStepsPerDeclaration = 4;
+constexpr std::uint64_t kStepsPerDeclaration = 8;
 constexpr int kGreatestVariableDepth = 32;
 constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
 

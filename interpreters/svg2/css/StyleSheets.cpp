@@ -129,7 +129,7 @@ void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int dep
         if (TakeBlock(scanner, block))
             ReadRule(selectors, block);
         else
-            scanner.Advance();  // a ";" that ends nothing
+            scanner.Take(';');  // that ends nothing; what does not end is the last thing of the sheet
     }
 }
 

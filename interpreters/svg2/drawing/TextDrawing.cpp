@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/drawing/TextDrawing.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "platform/print/ORVPrintModelRender.h"
+#include "platform/visualization/fonts/glyph_picture.h"
 
 namespace svg2 {
 
@@ -130,11 +134,77 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
                              double opacity) {
     Paints paints;
     MakePaints(style, state, opacity, paints);
+    const bool isColoured =
+        std::any_of(segment.layout.runs.begin(), segment.layout.runs.end(),
+                    [this](const ORVGlyphRun& run) { return drawing_.fonts_.HasColours(*run.face); });
+    if (isColoured) {
+        DrawColoured(segment, paints, state);
+        return;
+    }
     const ORVMathAffine2D toPage = state.toPage * segment.toUser;
     Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
         if (!fill && !pen) return;
         drawing_.Do(drawing_.generator_.DrawText({segment.layout, segment.text, toPage, fill, pen}));
     });
+}
+
+/// Draws text of which glyphs may have several colours, or be images, one by one.
+void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state) {
+    const ORVMathAffine2D toPage = state.toPage * segment.toUser;
+    ORVTextLayout part = segment.layout;
+    for (const ORVGlyphRun& run : segment.layout.runs) {
+        part.runs.assign(1, run);
+        const auto draw = [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
+            if (fill || pen)
+                drawing_.Do(drawing_.generator_.DrawText({part, segment.text, toPage, fill, pen}));
+        };
+        if (!drawing_.fonts_.HasColours(*run.face)) {
+            Paint(paints, state, draw);
+            continue;
+        }
+        for (const ORVGlyph& glyph : run.glyphs) {
+            if (DrawImageOf(run, glyph, paints, toPage)) continue;
+            part.runs.front().glyphs.assign(1, glyph);
+            const std::vector<ORVGlyphLayer> layers = ORVFindGlyphLayers(*run.face, glyph.index);
+            if (layers.empty()) Paint(paints, state, draw);
+            for (const ORVGlyphLayer& layer : layers) {
+                ORVGlyph& drawn = part.runs.front().glyphs.front();
+                drawn.index = layer.glyph;
+                const double opacity = paints.inside.colour.opacity * layer.opacity / 255.0;
+                const ORVPrintFill own{.colour = {layer.colour.red, layer.colour.green, layer.colour.blue,
+                                                  static_cast<std::uint8_t>(opacity + 0.5)}};
+                if (!layer.isTextColour)
+                    draw(&own, nullptr);
+                else
+                    Paint(paints, state, draw);
+                drawn.textLength = 0;  // the lowest layer says what it is
+            }
+        }
+    }
+}
+
+/// @return false when the font has no image of the glyph
+bool TextDrawing::DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
+                              const ORVMathAffine2D& toPage) {
+    const ORVPrintColour colour = paints.inside.colour;
+    const ORVGlyphPicture picture = ORVMakeGlyphPicture(
+        *run.face, glyph.index, run.size * toPage.Enlargement(), {colour.red, colour.green, colour.blue});
+    if (!picture.image) return false;
+    const double across = run.size * run.expansion;
+    const ORVMathAffine2D box{picture.width * across,
+                              0.0,
+                              0.0,
+                              -picture.height * run.size,
+                              glyph.x + picture.left * across,
+                              glyph.y + picture.top * run.size};
+    const bool isFaint = colour.opacity < 255;
+    ORVPrintLayer layer;
+    layer.opacity = colour.opacity / 255.0;
+    layer.box = drawing_.page_;
+    if (isFaint && !drawing_.Do(drawing_.generator_.BeginLayer(layer))) return true;
+    drawing_.Do(drawing_.generator_.DrawImage({*picture.image, toPage * box}));
+    if (isFaint) drawing_.Do(drawing_.generator_.EndLayer());
+    return true;
 }
 
 namespace {

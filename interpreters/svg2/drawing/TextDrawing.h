@@ -26,6 +26,9 @@ private:
     template <class Draw>
     void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Draw draw);
     void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state, double opacity);
+    void DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state);
+    bool DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
+                     const ORVMathAffine2D& toPage);
     void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state, double opacity,
                    bool above);
 

@@ -21,7 +21,7 @@ ORVMathBox2D AroundPage(const ORVMathBox2D& page) {
 
 /// What reading a filter costs, in elements: long lists count, too.
 std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
-    constexpr std::size_t kElementsOfNumber = 4;
+    constexpr std::size_t kNumbersOfElement = 4;
     std::size_t numbers = 0;
     for (const ORVPrintFilterStep& step : steps) {
         numbers += step.inputs.size();
@@ -31,7 +31,7 @@ std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
             for (const ORVFilterTransfer::Function& function : transfer->functions)
                 numbers += function.values.size();
     }
-    return steps.size() + numbers * kElementsOfNumber;
+    return steps.size() + numbers / kNumbersOfElement;
 }
 
 }  // namespace

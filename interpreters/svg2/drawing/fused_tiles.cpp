@@ -187,13 +187,20 @@ bool Drawing::DrawFusedTiles(ElementIndex content, const Style& style, const Pat
     if (!style.hidesOverflow || tiles.range.Count() < 2) return false;
     std::vector<FusedShape> shapes;
     if (!CollectFused(content, style, tiles, tiles.toTile, 0, shapes)) return false;
-    constexpr std::size_t kMostPoints = 2'000'000;
-    constexpr std::size_t kCurvePoints = 24;
-    for (const FusedShape& shape : shapes)
-        if (tiles.range.Count() * shape.path.verbs.size() * kCurvePoints > kMostPoints) return false;
     for (const FusedShape& shape : shapes) {
-        if (IsStopped()) break;
-        DrawFused(shape, tiles);
+        // So many rows at a time that memory stays small.
+        constexpr long kMostPoints = 1'000'000, kPointsOfCurve = 24;
+        const long columns = tiles.range.xLast - tiles.range.xFirst + 1;
+        const auto points = kPointsOfCurve * static_cast<long>(shape.path.verbs.size());
+        const long rows = std::max(kMostPoints / (columns * points), 1L);
+        PatternTiles part = tiles;
+        for (long y = tiles.range.yFirst; y <= tiles.range.yLast && !IsStopped(); y += rows) {
+            part.range.yFirst = y;
+            part.range.yLast = std::min(y + rows - 1, tiles.range.yLast);
+            for (std::uint64_t i = part.range.Count(); i > 0 && !IsStopped(); --i)
+                if (!budget_.TakeElement()) Do(ORVPrintModelRender::kTooManyRepeats);
+            if (!IsStopped()) DrawFused(shape, part);
+        }
     }
     return true;
 }

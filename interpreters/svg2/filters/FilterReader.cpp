@@ -113,9 +113,11 @@ void FilterReader::AddFunction(const FilterFunction& function, const Style& styl
 
 FilterReader::Definition FilterReader::Define(ElementIndex filter) const {
     Definition definition;
+    constexpr std::size_t kLongestChain = 256;
     std::vector<ElementIndex> chain;
     bool hasUnits = false, hasPrimitiveUnits = false;
-    for (ElementIndex next = filter; next != kNoElement && document_[next].tag == Tag::kFilter &&
+    for (ElementIndex next = filter; next != kNoElement && chain.size() < kLongestChain &&
+                                     document_[next].tag == Tag::kFilter &&
                                      std::find(chain.begin(), chain.end(), next) == chain.end();
          next = document_.FindByReference(Trim(document_.ValueOf(next, Name::kHref)))) {
         chain.push_back(next);

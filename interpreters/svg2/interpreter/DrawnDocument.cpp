@@ -74,6 +74,7 @@ bool DrawnDocument::Parse() {
 }
 
 void DrawnDocument::FindPages() {
+    title_ = TitleOf(*document_, Document::kRoot);
     size_ = FindPageSize(*document_, [this] { return ContentBox(*document_); });
     const Rectangle whole{0.0, 0.0, size_.width, size_.height};
     ORVMathAffine2D toPx;
@@ -98,7 +99,7 @@ void DrawnDocument::FindPages() {
 }
 
 std::string_view DrawnDocument::GetTitle(const Page& page) const {
-    return page.label.empty() ? TitleOf(*document_, Document::kRoot) : page.label;
+    return page.label.empty() ? title_ : page.label;
 }
 
 int DrawnDocument::Draw(const std::vector<unsigned int>& numbers, ORVPrintGenerator* generator,

@@ -63,6 +63,7 @@ private:
     std::unique_ptr<Document> document_;
     Viewport size_;  // of the root, in px
     std::vector<Page> pages_;
+    std::string_view title_;  // of the document
 };
 
 }  // namespace svg2

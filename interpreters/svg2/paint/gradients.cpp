@@ -14,7 +14,9 @@ using Kind = ORVPrintGradient::Kind;
 using Spread = ORVPrintGradient::Spread;
 
 constexpr std::uint64_t kStepsPerStop = 50;  // whose style is found out
-constexpr std::uint64_t kStepsPerCopiedStop = 4;
+// Of gradients with more stops than anyone needs, for each shape that shows them.
+constexpr std::uint64_t kStepsPerCopiedStop = 40;
+constexpr std::size_t kFreeStops = 256;
 
 // Places of the coordinates in a definition.
 enum LinearPlace { kX1, kY1, kX2, kY2 };
@@ -172,7 +174,8 @@ void Gradients::Make(ElementIndex element, const ORVMathBox2D& box, const Viewpo
     paint.kind = GradientPaint::Kind::kNothing;
     if (definition.stops.empty()) return;
     // The stops are copied for each shape, and every generator looks through them.
-    scene_.GetCascade().GetWork()->Take(kStepsPerCopiedStop * definition.stops.size());
+    if (definition.stops.size() > kFreeStops)
+        scene_.GetCascade().GetWork()->Take(kStepsPerCopiedStop * definition.stops.size());
 
     ORVMathAffine2D toUser;
     if (definition.units == Units::kBoundingBox) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "platform/visualization/fonts/ORVFontFace.h"
+#include "platform/visualization/fonts/glyph_picture.h"
 
 namespace svg2 {
 namespace {
@@ -57,6 +58,14 @@ TextFont TextFonts::Find(const ORVFontQuery& query) {
     lastFont_ = font;
     hasLast_ = true;
     return font;
+}
+
+bool TextFonts::HasColours(const ORVFontFace& face) {
+    if (&face == lastPlain_) return false;
+    const auto [entry, isNew] = hasColours_.try_emplace(&face);
+    if (isNew) entry->second = ORVHasColours(face);
+    if (!entry->second) lastPlain_ = &face;
+    return entry->second;
 }
 
 }  // namespace svg2

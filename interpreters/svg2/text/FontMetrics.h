@@ -36,15 +36,20 @@ public:
     }
     TextFont Find(const ORVFontQuery& query);
 
+    /// Whether glyphs of a face may have colours of their own.
+    bool HasColours(const ORVFontFace& face);
+
     /// Counts text that is set although it stands elsewhere. @return false when that is out of proportion
     bool TakeRepeatedText(std::size_t bytes) {
-        constexpr std::size_t kMost = std::size_t{1} << 24U;
+        constexpr std::size_t kMost = std::size_t{1} << 22U;
         repeatedText_ += bytes;
         return repeatedText_ <= kMost;
     }
 
 private:
     std::unordered_map<const ORVFontFace*, FontMetrics> metrics_;
+    std::unordered_map<const ORVFontFace*, bool> hasColours_;
+    const ORVFontFace* lastPlain_ = nullptr;
     ORVFontQuery last_;
     TextFont lastFont_;
     bool hasLast_ = false;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "interpreters/svg2/text/features.h"
 #include "interpreters/svg2/text/orientation.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "interpreters/svg2/tree/structure.h"
@@ -64,6 +65,15 @@ std::string_view TextContent::GetBytes(std::size_t first, std::size_t end) const
     const std::size_t start = characters_[first].offset;
     const std::size_t stop = end < characters_.size() ? characters_[end].offset : text_.size();
     return std::string_view(text_).substr(start, stop - start);
+}
+
+bool TextContent::IsPlain() const {
+    const TextSpan& span = spans_[0];
+    const Style& style = *span.style;
+    return spans_.size() == 1 && places_.size() <= 1 && rotations_.empty() && !IsVertical() &&
+           !(style.fontVariants & kSmallCaps) && style.letterSpacing == Length() &&
+           style.wordSpacing == Length() && style.unicodeBidi.empty() &&
+           scene_.GetDocument().ValueOf(span.element, Name::kTextLength).empty();
 }
 
 // ---- spans and their characters ----
@@ -131,6 +141,11 @@ void TextContent::CollectChild(ElementIndex child, std::size_t parent) {
 void TextContent::AddText(std::string_view text, std::size_t span) {
     const bool collapses = spans_[span].style->whiteSpace == WhiteSpace::kCollapse;
     const bool isHidden = spans_[span].isHidden;
+    if (characters_.empty()) {
+        characters_.reserve(text.size());
+        codePoints_.reserve(text.size());
+        text_.reserve(text.size());
+    }
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t size = SizeOfCharacter(text, i);
         std::string_view bytes = text.substr(i, size);
@@ -198,14 +213,23 @@ bool TextContent::FindParts() {
     return true;
 }
 
+/// Whether a character lies on its side because its font has no form for vertical lines.
+bool TextContent::IsTurned(std::size_t character) const {
+    constexpr std::uint32_t kVertical = FeatureTag("vert");
+    const ORVFontFace* const face = SpanOf(character).font.choice.face;
+    return NeedsVerticalForm(codePoints_[character]) && face && !ORVHasFontFeature(*face, kVertical);
+}
+
 void TextContent::FindUpright() {
     for (std::size_t i = 0; i < characters_.size(); ++i) {
         TextCharacter& character = characters_[i];
         const TextOrientation orientation = spans_[character.span].style->textOrientation;
         if (orientation != TextOrientation::kMixed)
             character.isUpright = orientation == TextOrientation::kUpright;
+        else if (character.isPart)
+            character.isUpright = characters_[i - 1].isUpright;
         else
-            character.isUpright = character.isPart ? characters_[i - 1].isUpright : IsUpright(codePoints_[i]);
+            character.isUpright = IsUpright(codePoints_[i]) && !IsTurned(i);
     }
 }
 

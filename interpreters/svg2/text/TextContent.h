@@ -83,6 +83,8 @@ public:
     bool HasRotations() const { return !rotations_.empty(); }
     /// Whether any character is moved from where it would come by itself.
     bool HasMoves() const { return hasMoves_; }
+    /// Whether it is one span in one place, in which characters follow each other as the font has them.
+    bool IsPlain() const;
     bool IsVertical() const { return spans_[0].style->writingMode != WritingMode::kHorizontal; }
 
     Scene& GetScene() const { return scene_; }
@@ -100,6 +102,7 @@ private:
     void DropSpaceAtEnd();
     [[nodiscard]] bool FindParts();
     void FindUpright();
+    bool IsTurned(std::size_t character) const;
     void ApplyLists();
     void ApplyList(const TextSpan& span, Name name, Axis axis);
     void ApplyRotation(const TextSpan& span);

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 
-#include "interpreters/svg2/text/baselines.h"
 #include "interpreters/svg2/values/transform.h"
 
 namespace svg2 {
@@ -27,8 +26,7 @@ double MiddleOf(const TextSpan& span) {
     return (metrics.ascent - metrics.descent) / 2.0 * span.style->fontSize;
 }
 
-}  // namespace
-
+/// How far below the line the alphabetic baseline of a style lies, where another one lies on the line.
 double BaselineDrop(const Style& style, const FontMetrics& metrics) {
     const bool isAligned = style.alignmentBaseline != Baseline::kAuto;
     double em = 0.0;
@@ -45,9 +43,12 @@ double BaselineDrop(const Style& style, const FontMetrics& metrics) {
     return em * style.fontSize;
 }
 
+}  // namespace
+
 bool TextLayout::LayOut(ElementIndex element, const Style& style, const Viewport& viewport) {
     if (!content_.Collect(element, style, viewport)) return false;
     if (content_.IsEmpty()) return true;
+    if (content_.IsPlain()) return LayOutPlain();
     if (!runs_.Shape()) return false;
     FitLengths();
     PlaceChunks();
@@ -189,6 +190,13 @@ void TextLayout::BeginSegment(const TextCluster& cluster) {
     endCharacter_ = cluster.end;
 }
 
+void TextLayout::PlaceAcross(TextSegment& segment, const ORVMathAffine2D& there) const {
+    const TextSpan& span = content_.GetSpans()[segment.span];
+    const ORVMathAffine2D dropped = there * ORVMathAffine2D::Translation(0.0, DropOf(span));
+    segment.line = dropped * LineUp();
+    segment.toUser = dropped * GlyphsUp(span);
+}
+
 void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
     const bool isVertical = content_.IsVertical();
     if (!ContinuesSegment(cluster, spot)) {
@@ -206,9 +214,7 @@ void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
                                  ? shifted * ORVMathAffine2D::Scaling(1.0, cluster.scale) * GlyphsUp(span)
                                  : segment.line * LineUp() * GlyphsUp(span);
         } else {
-            const ORVMathAffine2D dropped = there * ORVMathAffine2D::Translation(0.0, DropOf(span));
-            segment.line = dropped * LineUp();
-            segment.toUser = dropped * GlyphsUp(span);
+            PlaceAcross(segment, there);
         }
     }
     TextSegment& segment = segments_.back();

@@ -45,6 +45,10 @@ private:
         double rotation = 0.0;  // degrees
     };
 
+    [[nodiscard]] bool LayOutPlain();
+    void AddPlain(const ORVShapedText& shaped, std::size_t first, std::size_t end);
+    void PlacePlain(double advance);
+    void PlaceAcross(TextSegment& segment, const ORVMathAffine2D& there) const;
     void FitLengths();
     void FitLength(const TextSpan& span, std::uint32_t number);
     bool ReadTextLength(const TextSpan& span, double& length) const;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "interpreters/svg2/text/capitals.h"
 #include "interpreters/svg2/text/features.h"
@@ -51,6 +52,16 @@ bool TextRuns::Shape() {
     MakeClusters();
     SetApart();
     return true;
+}
+
+bool TextRuns::ShapePlain(std::u32string_view text, ORVShapedText& shaped) {
+    const TextSpan& span = content_.GetSpans()[0];
+    spanFonts_.resize(1);
+    const ORVShapingFont*& font = spanFonts_[0].fonts[kAcross];
+    if (!font) font = MakeFont(span, kAcross);
+    const ORVShapingPart part{text.size(), font};
+    const ORVShapingParagraph paragraph{text.size(), span.style->isRightToLeft};
+    return ORVShapeText(text, {&part, 1}, {&paragraph, 1}, shaped);
 }
 
 // ---- what is shaped ----
@@ -171,9 +182,8 @@ bool TextRuns::SynthesizesSmallCaps(const TextSpan& span) const {
 /// across spans of one font.
 const ORVShapingFont* TextRuns::MakeFont(const TextSpan& span, FontKind kind) {
     constexpr int kThick = 26;  // of ORVTextStyle
-    std::vector<ORVFontFeature> features;
-    AddFeatures(*span.style, features);
-    ORVShapingFont font;
+    OwnFont font;
+    AddFeatures(*span.style, font.own);
     font.face = span.font.choice.face;
     font.size = std::max(span.style->fontSize, 0.0) * (kind == kSmallCapital ? kSmallCapitalSize : 1.0);
     font.isVertical = kind == kUpright;
@@ -181,12 +191,13 @@ const ORVShapingFont* TextRuns::MakeFont(const TextSpan& span, FontKind kind) {
     const auto isSame = [&](const ORVShapingFont* other) {
         return other && other->face == font.face && other->size == font.size &&
                other->isVertical == font.isVertical && other->isToBeThickened == font.isToBeThickened &&
-               std::equal(features.begin(), features.end(), other->features.begin(), other->features.end());
+               std::equal(font.own.begin(), font.own.end(), other->features.begin(), other->features.end());
     };
     if (!parts_.empty() && isSame(parts_.back().font)) return parts_.back().font;
     if (const ORVShapingFont* around = spanFonts_[span.parent].fonts[kind]; isSame(around)) return around;
-    if (!features.empty()) font.features = features_.emplace_back(std::move(features));
-    return &fonts_.emplace_back(font);
+    OwnFont& made = *fonts_.emplace_back(std::make_unique<OwnFont>(std::move(font)));
+    made.features = made.own;
+    return &made;
 }
 
 // ---- clusters ----

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,6 +40,9 @@ public:
     /// @return false when the text cannot be set as it should: ORVGetTextFailure() tells why
     [[nodiscard]] bool Shape();
 
+    /// Shapes a part of a plain text, see TextContent::IsPlain.
+    [[nodiscard]] bool ShapePlain(std::u32string_view text, ORVShapedText& shaped);
+
     const std::vector<TextChunk>& GetChunks() const { return chunks_; }
     std::vector<TextCluster>& GetClusters() { return clusters_; }
     const std::vector<TextCluster>& GetClusters() const { return clusters_; }
@@ -76,8 +79,10 @@ private:
     std::vector<ORVShapingPart> parts_;
     std::vector<ORVShapingParagraph> paragraphs_;
     std::vector<SpanFonts> spanFonts_;
-    std::deque<ORVShapingFont> fonts_;
-    std::deque<std::vector<ORVFontFeature>> features_;
+    struct OwnFont : ORVShapingFont {
+        std::vector<ORVFontFeature> own;  // features
+    };
+    std::vector<std::unique_ptr<OwnFont>> fonts_;
     /// An embedding of text that runs in a certain direction.
     struct Embedding {
         std::size_t span;

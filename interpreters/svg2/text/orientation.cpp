@@ -2,6 +2,7 @@
 #include "interpreters/svg2/text/orientation.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace svg2 {
@@ -32,13 +33,25 @@ constexpr Range kUpright[] = {
     {0x1F000, 0x1F7FF}, {0x1F900, 0x1FAFF}, {0x20000, 0x3FFFD}, {0xF0000, 0x10FFFD},
 };
 
+// Brackets, dashes and the like, which run along the line.
+constexpr Range kTurned[] = {
+    {0x3008, 0x3011}, {0x3014, 0x301F}, {0x3030, 0x3030}, {0x30A0, 0x30A0}, {0x30FC, 0x30FC},
+    {0xFE59, 0xFE5E}, {0xFF08, 0xFF09}, {0xFF1A, 0xFF1B}, {0xFF3B, 0xFF3B}, {0xFF3D, 0xFF3D},
+    {0xFF3F, 0xFF3F}, {0xFF5B, 0xFF60}, {0xFFE3, 0xFFE3},
+};
+
+template <std::size_t kCount>
+bool Holds(const Range (&ranges)[kCount], char32_t c) {
+    const auto* const range =
+        std::lower_bound(std::begin(ranges), std::end(ranges), c,
+                         [](const Range& row, char32_t code) { return row.last < code; });
+    return range != std::end(ranges) && c >= range->first;
+}
+
 }  // namespace
 
-bool IsUpright(char32_t c) {
-    const auto* const range =
-        std::lower_bound(std::begin(kUpright), std::end(kUpright), c,
-                         [](const Range& row, char32_t code) { return row.last < code; });
-    return range != std::end(kUpright) && c >= range->first;
-}
+bool IsUpright(char32_t c) { return Holds(kUpright, c); }
+
+bool NeedsVerticalForm(char32_t c) { return Holds(kTurned, c); }
 
 }  // namespace svg2

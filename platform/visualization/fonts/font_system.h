@@ -14,6 +14,7 @@ class ORVFontFace;
 struct ORVFontChoice;
 struct ORVFontQuery;
 struct ORVGlyphColour;
+struct ORVGlyphLayer;
 struct ORVGlyphPicture;
 struct ORVShapedText;
 struct ORVShapingParagraph;
@@ -62,6 +63,9 @@ public:
                                      std::span<const ORVShapingParagraph> paragraphs,
                                      ORVShapedText& shaped) = 0;
     [[nodiscard]] virtual bool FindClusterParts(std::u32string_view text, std::vector<bool>& isPart) = 0;
+    [[nodiscard]] virtual bool HasColours(const ORVFontFace& face) = 0;
+    [[nodiscard]] virtual std::vector<ORVGlyphLayer> FindGlyphLayers(const ORVFontFace& face,
+                                                                     std::uint32_t glyph) = 0;
     [[nodiscard]] virtual bool HasFeature(const ORVFontFace& face, std::uint32_t tag) = 0;
 
 protected:

@@ -8,3 +8,13 @@ ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph
     ORVFontSystem* const system = ORVGetFontSystem();
     return system ? system->MakeGlyphPicture(face, glyph, pixelsPerEm, colour) : ORVGlyphPicture();
 }
+
+bool ORVHasColours(const ORVFontFace& face) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    return system && system->HasColours(face);
+}
+
+std::vector<ORVGlyphLayer> ORVFindGlyphLayers(const ORVFontFace& face, std::uint32_t glyph) {
+    ORVFontSystem* const system = ORVGetFontSystem();
+    return system ? system->FindGlyphLayers(face, glyph) : std::vector<ORVGlyphLayer>();
+}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVRef.h"
@@ -26,3 +27,17 @@ struct ORVGlyphColour {
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face,
                                                                       std::uint32_t glyph, double pixelsPerEm,
                                                                       const ORVGlyphColour& colour);
+
+/// A part of a glyph of several colours: the outline of another glyph.
+struct ORVGlyphLayer {
+    std::uint32_t glyph = 0;
+    bool isTextColour = true;  ///< painted like text of one colour
+    ORVGlyphColour colour;     ///< otherwise
+    std::uint8_t opacity = 255;
+};
+
+/// Whether a face has glyphs of several colours, or glyphs that are images.
+[[nodiscard]] ORV_PLATFORM_EXPORT bool ORVHasColours(const ORVFontFace& face);
+/// The layers of a glyph, the lowest first; none for glyphs of one colour.
+[[nodiscard]] ORV_PLATFORM_EXPORT std::vector<ORVGlyphLayer> ORVFindGlyphLayers(const ORVFontFace& face,
+                                                                                std::uint32_t glyph);

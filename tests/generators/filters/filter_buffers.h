@@ -7,11 +7,20 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <ostream>
 #include <random>
 
 #include "generators/filters/filter_pixels.h"
 
 // Buffers with random content, and pixels as plain numbers for slow versions of what filters do.
+
+// How tests name their rows.
+inline void PrintTo(const FilterBox& box, std::ostream* out) {
+    *out << box.left << ',' << box.top << ' ' << box.width << 'x' << box.height;
+}
+inline void PrintTo(FilterColours colours, std::ostream* out) {
+    *out << (colours == FilterColours::kLinear ? "linear" : "sRGB");
+}
 
 /// Red, green, blue and opacity from 0 to 1, premultiplied unless said otherwise.
 using PlainPixel = std::array<double, 4>;

@@ -285,7 +285,7 @@ TEST_F(ORVFilterImagesTest, TooMuchWorkIsRefused) {
     giant.targetX = giant.targetY = 450;
     BeginFilter({Step(giant, {ORVPrintFilterStep::kSource}, {0, 100, 0, 100})}, {}, {0, 100, 0, 100});
     Fill(0, 0, 100, 100);
-    EXPECT_EQ(stage_->EndFilter(), kTooMuchToPaint);
+    EXPECT_EQ(stage_->EndFilter(), kDrawingFailed);
     EXPECT_THAT(stage_->GetFailure().text, HasSubstr("too much work"));
 }
 

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "platform/print/ORVPrintFilter.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVString.h"
 #include "platform/visualization/images/ORVPixelImage.h"

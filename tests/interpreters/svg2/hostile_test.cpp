@@ -142,6 +142,8 @@ std::vector<HostileCase> Sheets() {
         {"PlacesAmongManySiblings", End::kPage,
          styled("rect:nth-of-type(3n+1){fill:red}rect:nth-last-of-type(2n){stroke:red}",
                 Repeat(kShape, 10'000))},
+        {"RulesThatDoNotEnd", End::kPage, styled(Repeat("rect{", 10'000), kShape)},
+        {"SelectorsWithoutARule", End::kPage, styled("rect{fill:red}rect", kShape)},
         {"ListsWithinLists", End::kPage,
          styled(Repeat(":is(", 10'000) + "rect" + Repeat(")", 10'000), kShape)},
     };

@@ -114,6 +114,7 @@ TEST(SVG2BombTest, SelectorsThatSearchLongEnd) {
     std::string rules;
     for (int i = 0; i < 300; ++i) rules += "a ~ *:nth-last-of-type(9999){fill:red}";
     const std::string content = "<style>" + rules + "</style>" + Repeated("<path/>", 20'000);
+    const ORVScopedPrintLimit repeats(ORVPrintLimit::kRepeats, 10'000);
     EXPECT_NE(SketchContent(content).find("result"), std::string::npos);
 }
 

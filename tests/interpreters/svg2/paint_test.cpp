@@ -132,7 +132,7 @@ TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
          "  clip 5,0 10,10\n    layer 0.5\n      5,0 6,1 fill #000000\n"},
         {"content that reaches out of its tile",
          "<pattern id='p' width='5' height='5' patternUnits='userSpaceOnUse'><circle cx='5' r='3'/>"
-         "<path d='M0 0h5' stroke='red'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
+         "<path d='M0 0h5' fill='none' stroke='red'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
          "clip path 0,0 10,10\n  2,0 10,8 fill #000000\n  0,0 10,5.5 fill #ff0000\n"},
         {"box units",
          "<pattern id='p' width='1' height='.5' patternContentUnits='objectBoundingBox'><rect "

@@ -40,7 +40,7 @@ std::string Written(const Style& s) {
     for (const PaintPart part : s.paintOrder) out << int(part);
     out << s.hasCrispEdges << int(s.imageRendering) << s.interpolatesLinear << s.filtersInterpolateLinear
         << ' ' << s.fontFamily << ' ' << s.fontSize << ' ' << s.fontWeight << s.isItalic << ' '
-        << s.fontStretch << ' ' << (s.fontVariants & svg2::kSmallCaps ? 1 : 0) << s.hasKerning << ' ';
+        << s.fontStretch << ' ' << s.fontVariants << s.hasKerning << ' ';
     Put(out, s.letterSpacing);
     Put(out, s.wordSpacing);
     out << int(s.textAnchor) << s.isRightToLeft << int(s.writingMode) << ' ' << int(s.dominantBaseline) << ' '

@@ -120,7 +120,9 @@ void Shaper::Take(std::u32string_view text) {
     std::transform(text.begin(), text.end(), text_.characters.begin(), WithoutControls);
 }
 
-void Shaper::Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs) {
+void Shaper::Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs,
+                   bool takesColours) {
+    takesColours_ = takesColours;
     if (!buffer_) buffer_ = hb_buffer_create();
     if (!hb_buffer_allocation_successful(buffer_)) throw std::bad_alloc();
     FindLevels(parts, paragraphs);
@@ -190,7 +192,11 @@ void Shaper::FindScripts() {
 
 const FileFace& Shaper::FaceFor(const FileFace& base, char32_t c) {
     if (base.GetGlyph(c) || (IsSpaceVariant(c) && base.GetGlyph(' '))) return base;
-    const FileFace* other = fallback_.Find(base, c);
+    constexpr char32_t kFirstEmoji = 0x1F000;
+    const FileFace* other = nullptr;
+    if (takesColours_ && c >= kFirstEmoji) other = fallback_.FindColoured(c);
+    if (!other) other = fallback_.Find(base, c);
+    if (!other && takesColours_) other = fallback_.FindColoured(c);
     return other ? *other : base;
 }
 

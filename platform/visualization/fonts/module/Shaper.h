@@ -67,7 +67,9 @@ public:
     void Take(std::u32string_view text);
     std::size_t CountCharacters() const { return text_.characters.size(); }
     /// Shapes the text that was taken. Parts and paragraphs cover it.
-    void Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs);
+    /// @param takesColours  whether characters that no chosen font has may be images of several colours
+    void Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs,
+               bool takesColours = false);
     /// Puts the items of each paragraph into the order in which they are seen.
     void OrderVisually();
     /// Drops what an unusually long text has left behind.
@@ -109,6 +111,7 @@ private:
     std::vector<ShapedItem> items_;
     std::vector<ShapedGlyph> glyphs_;
     std::size_t clusterCount_ = 0;
+    bool takesColours_ = false;
     hb_buffer_t* buffer_ = nullptr;  // made for the first text
     FallbackFonts fallback_;
 };

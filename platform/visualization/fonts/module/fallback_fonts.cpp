@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "platform/visualization/fonts/module/font_catalogue.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
@@ -61,4 +62,39 @@ std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const File
             candidates.push_back({characters, face});
     }
     return candidates;
+}
+
+const FileFace* FallbackFonts::FindColoured(char32_t codePoint) {
+    if (!isListed_) ListColoured();
+    const auto found = std::find_if(coloured_.begin(), coloured_.end(), [&](const Candidate& candidate) {
+        return FcCharSetHasChar(candidate.characters, codePoint) && candidate.face->GetHarfBuzzFont() &&
+               candidate.face->GetGlyph(codePoint);
+    });
+    return found == coloured_.end() ? nullptr : found->face;
+}
+
+void FallbackFonts::ListColoured() {
+    FcConfig* const configuration = FontconfigConfiguration();
+    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
+        const FcFontSet* const fonts = FcConfigGetFonts(configuration, set);
+        for (int i = 0; fonts && i < fonts->nfont; ++i) {
+            FcPattern* const pattern = fonts->fonts[i];
+            FcBool hasColours = FcFalse, hasOutlines = FcTrue;
+            FcCharSet* characters = nullptr;
+            FcPatternGetBool(pattern, FC_COLOR, 0, &hasColours);
+            FcPatternGetBool(pattern, FC_OUTLINE, 0, &hasOutlines);
+            if (!hasColours || hasOutlines ||
+                FcPatternGetCharSet(pattern, FC_CHARSET, 0, &characters) != FcResultMatch)
+                continue;
+            FileFace::Description description;
+            description.path = TextOf(pattern, FC_FILE);
+            description.index = static_cast<unsigned int>(NumberOf(pattern, FC_INDEX, 0));
+            description.family = TextOf(pattern, FC_FAMILY);
+            description.style = TextOf(pattern, FC_STYLE);
+            description.postScriptName = TextOf(pattern, FC_POSTSCRIPT_NAME);
+            ownFaces_.push_back(std::make_unique<const FileFace>(std::move(description)));
+            coloured_.push_back({characters, ownFaces_.back().get()});
+        }
+    }
+    isListed_ = true;
 }

@@ -65,6 +65,16 @@ public:
     bool FindClusterParts(std::u32string_view text, std::vector<bool>& isPart) override {
         return NotingFailure([&] { ::FindClusterParts(text, isPart); });
     }
+    bool HasColours(const ORVFontFace& face) override {
+        bool has = false;
+        return NotingFailure([&] { has = ::HasColours(static_cast<const FileFace&>(face)); }) && has;
+    }
+    std::vector<ORVGlyphLayer> FindGlyphLayers(const ORVFontFace& face, std::uint32_t glyph) override {
+        std::vector<ORVGlyphLayer> layers;
+        const auto& file = static_cast<const FileFace&>(face);
+        if (!NotingFailure([&] { layers = ::FindGlyphLayers(file, glyph); })) return {};
+        return layers;
+    }
     bool HasFeature(const ORVFontFace& face, std::uint32_t tag) override {
         bool has = false;
         return NotingFailure([&] { has = HasFontFeature(face, tag); }) && has;

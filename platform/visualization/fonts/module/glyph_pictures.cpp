@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/visualization/fonts/module/glyph_pictures.h"
 
+#include <hb-ot.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -86,4 +88,38 @@ ORVGlyphPicture MakeGlyphPicture(const FileFace& face, std::uint32_t glyph, doub
     picture.width = bitmap.width / size;
     picture.height = bitmap.rows / size;
     return picture;
+}
+
+bool HasColours(const FileFace& face) {
+    hb_font_t* const font = face.GetHarfBuzzFont();
+    if (!font) return false;
+    hb_face_t* const source = hb_font_get_face(font);
+    return hb_ot_color_has_layers(source) != 0 || hb_ot_color_has_png(source) != 0;
+}
+
+std::vector<ORVGlyphLayer> FindGlyphLayers(const FileFace& face, std::uint32_t glyph) {
+    constexpr unsigned int kTextColour = 0xFFFF;
+    std::vector<ORVGlyphLayer> layers;
+    hb_font_t* const font = face.GetHarfBuzzFont();
+    if (!font) return layers;
+    hb_face_t* const source = hb_font_get_face(font);
+    const unsigned int count = hb_ot_color_glyph_get_layers(source, glyph, 0, nullptr, nullptr);
+    for (unsigned int i = 0; i < count; ++i) {
+        hb_ot_color_layer_t layer = {};
+        unsigned int one = 1;
+        hb_ot_color_glyph_get_layers(source, glyph, i, &one, &layer);
+        if (one != 1) break;
+        ORVGlyphLayer& added = layers.emplace_back();
+        added.glyph = layer.glyph;
+        hb_color_t colour = 0;
+        if (layer.color_index == kTextColour) continue;
+        hb_ot_color_palette_get_colors(source, 0, layer.color_index, &one, &colour);
+        if (one != 1) continue;
+        added.isTextColour = false;
+        const auto byte = [](unsigned int value) { return static_cast<std::uint8_t>(value); };
+        added.colour = {byte(hb_color_get_red(colour)), byte(hb_color_get_green(colour)),
+                        byte(hb_color_get_blue(colour))};
+        added.opacity = byte(hb_color_get_alpha(colour));
+    }
+    return layers;
 }

@@ -8,3 +8,7 @@ class FileFace;
 /// See ORVMakeGlyphPicture.
 ORVGlyphPicture MakeGlyphPicture(const FileFace& face, std::uint32_t glyph, double pixelsPerEm,
                                  const ORVGlyphColour& colour);
+/// See ORVHasColours.
+bool HasColours(const FileFace& face);
+/// See ORVFindGlyphLayers.
+std::vector<ORVGlyphLayer> FindGlyphLayers(const FileFace& face, std::uint32_t glyph);

@@ -126,7 +126,7 @@ void ShapeText(std::u32string_view text, std::span<const ORVShapingPart> parts,
     const std::lock_guard lock(Shaper::GetLock());
     Shaper& shaper = Shaper::Get();
     shaper.Take(text);
-    shaper.Shape(converted, apart);
+    shaper.Shape(converted, apart, true);
     shaper.OrderVisually();
     shaped.glyphs.reserve(shaper.GetGlyphs().size());
     for (const ShapedItem& item : shaper.GetItems())
@@ -144,15 +144,17 @@ bool HasFontFeature(const ORVFontFace& face, std::uint32_t tag) {
     static std::mutex mutex;
     static auto* const known = new std::map<std::pair<const ORVFontFace*, std::uint32_t>, bool>;
     const std::lock_guard lock(mutex);
-    const auto [entry, isNew] = known->try_emplace({&face, tag}, false);
-    if (!isNew) return entry->second;
+    const std::pair question(&face, tag);
+    if (const auto answer = known->find(question); answer != known->end()) return answer->second;
     hb_face_t* const source = hb_font_get_face(UsableFace(&face).GetHarfBuzzFont());
     constexpr unsigned int kAtOnce = 64;
     hb_tag_t tags[kAtOnce];
-    for (unsigned int start = 0, count = kAtOnce; count == kAtOnce && !entry->second; start += count) {
+    bool has = false;
+    for (unsigned int start = 0, count = kAtOnce; count == kAtOnce && !has; start += count) {
         count = kAtOnce;
         hb_ot_layout_table_get_feature_tags(source, HB_OT_TAG_GSUB, start, &count, tags);
-        entry->second = std::find(tags, tags + count, tag) != tags + count;
+        has = std::find(tags, tags + count, tag) != tags + count;
     }
-    return entry->second;
+    known->emplace(question, has);
+    return has;
 }
