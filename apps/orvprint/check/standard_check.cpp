@@ -339,7 +339,8 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
 }
 
 /// The sheets that are named in front of the root, where the parsed document has nothing.
-std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, Findings& findings) {
+std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, bool keepsSource,
+                                              Findings& findings) {
     if (!checked.fragments.empty()) return {};
     std::vector<std::string> lost;
     std::vector<svg2::OuterSheet> sheets =
@@ -348,7 +349,13 @@ std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, Fi
         FindingWriter(checked, findings)
             .Note(FindingCode::kStyleSheet, {checked.root, 0}, "", reference,
                   "the sheet cannot be read: none of its rules is applied");
-    return sheets;
+    if (keepsSource || sheets.empty()) return sheets;
+    FindingWriter(checked, findings)
+        .Note(
+            FindingCode::kStyleSheet, {checked.root, 0}, "", "<?xml-stylesheet?>",
+            "the sheet is not read in a document with entities or of such an encoding: none of its rules is "
+            "applied");
+    return {};
 }
 
 }  // namespace
@@ -364,7 +371,8 @@ void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const OR
     if (roots.empty()) roots.push_back(checked.root);
     for (const ORVXmlNode* root : roots) {
         Document document(tree, *root);
-        if (document.IsSvg()) document.SetOuterSheets(FindOuterSheets(checked, findings));
+        if (document.IsSvg())
+            document.SetOuterSheets(FindOuterSheets(checked, !tree->GetSource().empty(), findings));
         if (document.IsSvg())
             StandardCheck(checked, document, findings, numbers).Run();
         else

@@ -52,7 +52,11 @@ bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes) 
         default:
             if (isAny({"auto"})) return true;
     }
-    return ReadLength(value, sizes, length) && length.px >= 0.0 && length.percent >= 0.0;
+    if (!ReadLength(value, sizes, length)) return false;
+    // What mixes the two may come out either way.
+    const bool isNegative =
+        (length.px < 0.0 && length.percent <= 0.0) || (length.percent < 0.0 && length.px <= 0.0);
+    return !isNegative;
 }
 
 /// A property's value on a parent, as a sheet gave it.

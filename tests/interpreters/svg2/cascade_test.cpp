@@ -38,6 +38,8 @@ TEST_F(CascadeTest, GoesFromAttributesOverSheetsToTheStyleAttribute) {
          "#00ff00"},
         {"size that cannot be read", "<rect width='10' height='10' style='width:nonsense'/>", "#000000"},
         {"size below zero", "<rect width='10' height='10' style='width:-3px'/>", "#000000"},
+        {"size that mixes a share with less than nothing",
+         "<rect height='10' style='width:calc(20% - 10px)'/>", "#000000"},
         {"size of the parent", "<g style='width:10px'><rect height='10' style='width:inherit'/></g>",
          "#000000"},
         {"list of languages",

@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "platform/system/ORVFileAccessPolicy.h"
 #include "tests/support/scratch_folder.h"
 
 namespace {
@@ -46,8 +47,13 @@ TEST(SheetLinksTest, StandInFrontOfTheRoot) {
 TEST(SheetLinksTest, FilesLieBesideTheDocument) {
     const ScratchFolder folder;
     std::ofstream(folder.PathOf("a.css")) << "rect{}";
+    EXPECT_EQ(Found("<?xml-stylesheet href='a.css'?>", folder.PathOf("a.svg")), "lost a.css\n");
+    ORVFolderAccessPolicy policy;
+    policy.AllowFolder(ORVUnicodeString(folder.Path().string()));
+    ORVFileAccessPolicy::SetCurrent(&policy);
     EXPECT_EQ(Found("<?xml-stylesheet href='a.css'?>", folder.PathOf("a.svg")), "[]rect{}\n");
     EXPECT_EQ(Found("<?xml-stylesheet href='b.css'?>", folder.PathOf("a.svg")), "lost b.css\n");
+    ORVFileAccessPolicy::SetCurrent(nullptr);
 }
 
 }  // namespace
