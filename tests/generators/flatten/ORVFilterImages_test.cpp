@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
