@@ -202,6 +202,23 @@ void AddImages(Seeds& seeds) {
     }
 }
 
+// GIF, plain and interlaced, then WebP: lossless, lossy and moving.
+void AddModuleImages(Seeds& seeds) {
+    constexpr std::string_view kFiles[] = {
+        "R0lGODlhBAACAPAAAACAAP//ACH5BAAAAAAALAAAAAAEAAIAAAIDDI5RADs=",
+        "R0lGODlhEAAQAPAAAACAAP//ACH5BAAAAAAALAAAAAAQABAAQAIVjG+gy+0PowQIzYuzqwfypIXiSI4FADs=",
+        "UklGRi4AAABXRUJQVlA4TCIAAAAvA0AAABcgEEhSn3wNAUGR/6MJCIr8H23+g38KXC0xov8R",
+        "UklGRlgAAABXRUJQVlA4IEwAAABQAgCdASoQAAgAAMASJagCdLoB+AADdFaxXtAA/v+ifv/uLX/DJt//cxr/8wJW/8qH"
+        "9p69p6/mD/+F0f/G4Jn+L/+K3/Fb/+JxAAAA",
+        "UklGRoQAAABXRUJQVlA4WAoAAAACAAAADwAADwAAQU5JTQYAAAD/////AABBTk1GKAAAAAAAAAAAAA8AAA8AAGQAAABW"
+        "UDhMDwAAAC8PwAMAB1DAiP4HIqL/AQBBTk1GKAAAAAAAAAAAAA8AAA8AAGQAAABWUDhMDwAAAC8PwAMABxDR//4HIqL/"
+        "AQA="};
+    for (const std::string_view file : kFiles) {
+        std::string bytes;
+        if (DecodeBase64(file, bytes)) seeds.Add("module_images", bytes);
+    }
+}
+
 // Of what is standard SVG's alone.
 void AddStandard(Seeds& seeds) {
     for (const char* styles :
@@ -239,6 +256,7 @@ int main(int argc, char** argv) {
     Seeds seeds(argv[2]);
     for (int i = 3; i < argc; ++i) AddDrawings(ContentOf(argv[i]), seeds);
     AddImages(seeds);
+    AddModuleImages(seeds);
     AddStandard(seeds);
     seeds.Write(argv[1]);
     return 0;

@@ -386,6 +386,7 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
     cairo_set_source_surface(cr_, surface, 0.0, 0.0);
     // There are no pixels beside it to fade into, and a JPEG can stay what it is.
     cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_NONE);
+    if (!image.isSmooth) cairo_pattern_set_filter(cairo_get_source(cr_), CAIRO_FILTER_NEAREST);
     cairo_new_path(cr_);
     cairo_rectangle(cr_, 0.0, 0.0, width, height);
     cairo_fill(cr_);

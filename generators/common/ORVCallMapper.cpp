@@ -68,7 +68,7 @@ std::optional<ORVPrintText> ORVCallMapper::Map(const ORVMathAffine2D& outer, con
 std::optional<ORVPrintImage> ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVPrintImage& image) {
     const ORVMathAffine2D toPage = outer * image.toPage;
     if (!IsUsable(toPage)) return std::nullopt;
-    return ORVPrintImage{image.image, toPage, image.id};
+    return ORVPrintImage{image.image, toPage, image.id, image.isSmooth};
 }
 
 ORVMathBox2D ORVCallMapper::Map(const ORVMathAffine2D& outer, const ORVMathBox2D& box) {

@@ -381,7 +381,7 @@ int ORVPageRecording::DrawText(const ORVPrintText& text) {
 
 int ORVPageRecording::DrawImage(const ORVPrintImage& image) {
     Keep(image.image);
-    images_.push_back({&image.image, AddMap(image.toPage), AddId(image.id)});
+    images_.push_back({&image.image, AddMap(image.toPage), AddId(image.id), image.isSmooth});
     Add(Kind::kImage, Last(images_.size()), Extent(BoxOf(image)));
     return kGeneratorDone;
 }
@@ -558,7 +558,8 @@ int ORVPageRecording::ReplayCall(ORVPrintGenerator& target, const Call& call, co
         }
         case Kind::kImage: {
             const Image& kept = images_[call.index];
-            const auto image = ORVCallMapper::Map(map, {*kept.image, maps_[kept.map], IdOf(kept.id)});
+            const auto image =
+                ORVCallMapper::Map(map, {*kept.image, maps_[kept.map], IdOf(kept.id), kept.isSmooth});
             return image ? target.DrawImage(*image) : kGeneratorDone;
         }
         case Kind::kSymbol: return ReplayBody(target, placements_[call.index], map);

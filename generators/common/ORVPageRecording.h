@@ -155,6 +155,7 @@ private:
     struct Image {
         const ORVPixelImage* image;
         std::uint32_t map, id;
+        bool isSmooth;
     };
     struct Placement {
         std::uint32_t symbol, map;

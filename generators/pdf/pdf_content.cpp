@@ -341,7 +341,7 @@ void PdfContent::DrawImage(const ORVPrintImage& image) {
                                    image.toPage({0.0, 1.0}), image.toPage({1.0, 1.0})};
     if (std::any_of(std::begin(corners), std::end(corners), IsFarOutside)) return;
     extent_->AddBox({0.0, 1.0, 0.0, 1.0}, image.toPage);
-    const PdfImage& found = document_.images.Find(image.image, true, document_.file);
+    const PdfImage& found = document_.images.Find(image.image, image.isSmooth, document_.file);
     out_.GetResources().AddObject(found.object);
     out_.GetResources().NotePaint(!found.isGray, found.hasAlpha);
     out_.SetFillOpacity(255);

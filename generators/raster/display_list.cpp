@@ -104,11 +104,11 @@ void DisplayList::SetGradient(const ORVPrintGradient* gradient, RasterOperation&
 }
 
 void DisplayList::AddImage(const ORVPrintImage& image) {
-    AddPixels(image.image, ToDevice(image.toPage), 255);
+    AddPixels(image.image, ToDevice(image.toPage), 255, image.isSmooth);
 }
 
 void DisplayList::AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& squareToDevice,
-                            std::uint8_t opacity) {
+                            std::uint8_t opacity, bool isSmooth) {
     if (!IsDrawable(squareToDevice)) return;
     path_.Clear();
     path_.MoveTo({0.0, 0.0});
@@ -121,17 +121,17 @@ void DisplayList::AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& s
     if (!outlines_.Make(path_, squareToDevice, PathUse::kFill, operation.geometry, extent)) return;
     operation.picture = KeepPicture(
         image, squareToDevice * ORVMathAffine2D::Scaling(1.0 / image.GetWidth(), 1.0 / image.GetHeight()),
-        false);
+        false, isSmooth);
     AddOperation(operation, extent);
 }
 
 const RasterPicture* DisplayList::KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
-                                              bool repeats) {
+                                              bool repeats, bool isSmooth) {
     // Patterns often paint one shape after the other.
     if (repeats && !pictures_.empty() && pictures_.back().repeats && pictures_.back().image.get() == &image &&
         pictures_.back().toDevice == toDevice)
         return &pictures_.back();
-    pictures_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats});
+    pictures_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats, isSmooth});
     return &pictures_.back();
 }
 

@@ -62,7 +62,8 @@ private:
     /// Lets a gradient paint instead of the colour, where it can.
     void SetGradient(const ORVPrintGradient* gradient, RasterOperation& operation);
     /// Draws an image on the unit square.
-    void AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& squareToDevice, std::uint8_t opacity);
+    void AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& squareToDevice, std::uint8_t opacity,
+                   bool isSmooth = true);
     /// Finds out which columns an operation may touch, and whether its clip cuts anything off.
     /// @return false when nothing of it is left
     bool FitToClip(RasterOperation& operation, const RasterExtent& extent) const;
@@ -109,7 +110,7 @@ private:
     void AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, const ORVPrintFill& fill);
 
     const RasterPicture* KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
-                                     bool repeats);
+                                     bool repeats, bool isSmooth = true);
 
     int width_ = 0, height_ = 0;
     double scale_ = 1.0, thinnest_ = 0.0;

@@ -260,9 +260,22 @@ auto ReaderFor(int across, int down) {
 
 }  // namespace
 
+// Not in a hurry: pictures of large pixels are few.
+void PictureSource::ReadNearest(int row, int begin, int end, std::uint8_t* rgba) const {
+    const double mostX = samples->GetWidth() - 1, mostY = samples->GetHeight() - 1;
+    for (int x = begin; x < end; ++x, rgba += 4) {
+        const ORVMathPoint2D at = toSamples({x + 0.5, row + 0.5});
+        std::memcpy(rgba,
+                    samples->GetPixel(static_cast<int>(std::fmin(std::fmax(at.x, 0.0), mostX)),
+                                      static_cast<int>(std::fmin(std::fmax(at.y, 0.0), mostY))),
+                    4);
+    }
+}
+
 int PictureSource::GetReads() const {
-    return IsSingle() ? 1
-                      : ReadsAlong(toSamples.m11, toSamples.m21) * ReadsAlong(toSamples.m12, toSamples.m22);
+    return IsSingle() || !isSmooth
+               ? 1
+               : ReadsAlong(toSamples.m11, toSamples.m21) * ReadsAlong(toSamples.m12, toSamples.m22);
 }
 
 bool PictureSource::GetColour(ORVPrintColour& colour) const {
@@ -277,6 +290,10 @@ bool PictureSource::GetColour(ORVPrintColour& colour) const {
 void PictureSource::Read(int row, int begin, int end, std::uint8_t* rgba) const {
     if (IsSingle()) {
         for (int x = begin; x < end; ++x, rgba += 4) std::memcpy(rgba, samples->GetPixel(0, 0), 4);
+        return;
+    }
+    if (!isSmooth) {
+        ReadNearest(row, begin, end, rgba);
         return;
     }
     const int across = ReadsAlong(toSamples.m11, toSamples.m21);

@@ -13,6 +13,7 @@ struct PictureSource {
     std::shared_ptr<const PictureSamples> samples;
     ORVMathAffine2D toSamples;  // from the device
     bool repeats = false;
+    bool isSmooth = true;
     std::uint64_t made = 0;  ///< pixels of the image that were looked at when the samples were made just now
 
     /// Writes the premultiplied colours (RGBA) of the pixels [begin, end) of a row, and for up to three more.
@@ -23,5 +24,6 @@ struct PictureSource {
     bool GetColour(ORVPrintColour& colour) const;
 
 private:
+    void ReadNearest(int row, int begin, int end, std::uint8_t* rgba) const;
     bool IsSingle() const { return samples->GetWidth() == 1 && samples->GetHeight() == 1; }
 };

@@ -28,9 +28,13 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
     const std::optional<ORVMathAffine2D> inverse = picture.toDevice.Inverse();
     if (!inverse) return false;
     const ORVMathAffine2D& toImage = *inverse;
-    const int width = ReducedSize(image.GetWidth(), std::hypot(toImage.m11, toImage.m12));
-    const int height = ReducedSize(image.GetHeight(), std::hypot(toImage.m21, toImage.m22));
+    const auto sizeFor = [&picture](int size, double pixelsPerDevicePixel) {
+        return picture.isSmooth ? ReducedSize(size, pixelsPerDevicePixel) : size;
+    };
+    const int width = sizeFor(image.GetWidth(), std::hypot(toImage.m11, toImage.m12));
+    const int height = sizeFor(image.GetHeight(), std::hypot(toImage.m21, toImage.m22));
     source.repeats = picture.repeats;
+    source.isSmooth = picture.isSmooth;
     source.made = 0;
     source.toSamples = ORVMathAffine2D::Scaling(static_cast<double>(width) / image.GetWidth(),
                                                 static_cast<double>(height) / image.GetHeight()) *

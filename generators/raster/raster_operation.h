@@ -25,6 +25,7 @@ struct RasterPicture {
     ORVRef<const ORVPixelImage> image;
     ORVMathAffine2D toDevice;  // from the image's pixels
     bool repeats = false;      // else the image's border goes on without end
+    bool isSmooth = true;      // else each pixel is an area of one colour
 };
 
 /// What cuts a drawing off: a box in device space, fractions of pixels included, and perhaps outlines.

@@ -170,6 +170,6 @@ int ORVSheetCanvas::DrawImage(const ORVPrintImage& image) {
     const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
     const ORVPixelImage& converted =
         Converts() ? ink_.ConvertPicture(image.image, ORVDimmed(255, opacity)) : image.image;
-    const auto placed = ORVCallMapper::Map(Map(), {converted, image.toPage, image.id});
+    const auto placed = ORVCallMapper::Map(Map(), {converted, image.toPage, image.id, image.isSmooth});
     return placed ? target_.DrawImage(*placed) : kGeneratorDone;
 }

@@ -212,6 +212,7 @@ void SvgPainter::DrawImage(const ORVPrintImage& image, const SvgSpace& space) {
     const std::string id = definitions_.FindImage(image.image);
     std::string attributes;
     definitions_.AppendId(attributes, space.IdOf(image.id));
+    if (!image.isSmooth) attributes += " image-rendering=\"optimizeSpeed\"";
     const ORVMathAffine2D toPixels =
         ORVMathAffine2D::Scaling(1.0 / image.image.GetWidth(), 1.0 / image.image.GetHeight());
     PutUse(id, attributes, image.toPage * toPixels, space);

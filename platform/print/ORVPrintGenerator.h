@@ -104,6 +104,7 @@ struct ORVPrintImage {
     const ORVPixelImage& image;  ///< its pixels come when they are asked for
     ORVMathAffine2D toPage;      ///< from the unit square to page coordinates
     std::string_view id = {};    ///< see ORVPrintGenerator::KeepsIdentifiers
+    bool isSmooth = true;        ///< whether what lies between pixels is blended, else each is an area
 };
 
 /// What is known of a document before its first page.

@@ -29,6 +29,8 @@ public:
     const ORVXmlNode* GetFirstNode() const { return firstNode_; }
     /// The root element; null when the document broke off before it.
     const ORVXmlNode* GetRoot() const { return root_; }
+    /// The document's bytes, if the tree keeps them; else none.
+    std::string_view GetSource() const { return stable_; }
     /// Names of elements within drawings that are not among those of the vocabulary, as the bits of
     /// unread_elements.h. Drawings that lie deeper than three levels in another document are not looked into.
     std::uint32_t GetUnreadElements() const { return unreadElements_; }

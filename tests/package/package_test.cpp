@@ -64,7 +64,8 @@ TEST_F(PackageTest, LibrariesHaveVersionsAndModulesHaveNone) {
                                    "libORVPrtInterpreterSVG2.so",
                                    "liborvfonts.so",
                                    "liborvpostscript.so",
-                                   "liborvcolour.so"};
+                                   "liborvcolour.so",
+                                   "liborvimages.so"};
     for (const std::string library : {"liborvplatform.so", "liborvgenerators.so"})
         expected.insert({library, library + "." + interface, library + "." + version});
     const std::set<std::string> names = NamesIn(Libraries());

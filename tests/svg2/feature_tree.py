@@ -4,7 +4,7 @@
 
     feature_tree.py --tool ORVPRINT draw [--again] [PATH...]   draws references: missing ones, or all again
     feature_tree.py --tool ORVPRINT sheet FILE.png [PATH...]   pages of all programs side by side, to be looked at
-    feature_tree.py --tool ORVPRINT agree                      writes agreement.txt
+    feature_tree.py --tool ORVPRINT agree [PATH...]            writes agreement.txt
 
 PATH is a folder or a document below the tree; nothing stands for all. Each --also NAME=COMMAND adds a program beside
 rsvg-convert: COMMAND is run with pairs of document and PNG file as its arguments.
@@ -105,17 +105,27 @@ def draw(arguments, paths):
             draw_page(arguments.tool, path, reference(path))
 
 
+def read_table():
+    """The rows of agreement.txt whose documents are still there."""
+    with open(os.path.join(TREE, "agreement.txt"), encoding="utf-8") as table:
+        rows = [line.split(" ", 1) for line in table.read().splitlines() if line and not line.startswith("#")]
+    return {path: names for path, names in rows if os.path.exists(source(path))}
+
+
 def agree(arguments, paths):
     with tempfile.TemporaryDirectory() as folder:
         draw_others(arguments.programs, paths, folder)
-        rows = []
+        rows = read_table()
         for i, path in enumerate(paths):
             expected = read_page(reference(path))
+            if expected is None:
+                print(f"{path}: no reference", file=sys.stderr)
+                continue
             names = [name for name, _ in arguments.programs
                      if agrees(read_page(f"{folder}/{i}.{name}.png", expected.size), expected)]
-            rows.append(f"{path} {' '.join(names) or 'none'}")
+            rows[path] = ' '.join(names) or 'none'
     with open(os.path.join(TREE, "agreement.txt"), "w", encoding="utf-8") as table:
-        table.write(HEAD + "\n".join(rows) + "\n")
+        table.write(HEAD + "".join(f"{path} {names}\n" for path, names in sorted(rows.items())))
 
 
 def sheet(arguments, paths):
@@ -153,7 +163,7 @@ def main():
     one.add_argument("file")
     one.add_argument("paths", nargs="*")
     one = commands.add_parser("agree")
-    one.set_defaults(paths=[])
+    one.add_argument("paths", nargs="*")
     arguments = parser.parse_args()
     arguments.programs = [("librsvg", "")] + [tuple(text.split("=", 1)) for text in arguments.also]
     {"draw": draw, "sheet": sheet, "agree": agree}[arguments.command](arguments, documents(arguments.paths))

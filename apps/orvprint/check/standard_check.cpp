@@ -70,9 +70,6 @@ const UnreadProperty kUnreadProperties[] = {
     {"shape-inside",
      {"auto", "none", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
-    {"image-rendering",
-     {"auto", "smooth", "optimizeQuality", "inherit", "initial"},
-     "is ignored: images are drawn smoothly"},
 };
 
 class StandardCheck {
@@ -341,6 +338,26 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     CheckFont(element, style);
 }
 
+/// The sheets that are named in front of the root, where the parsed document has nothing.
+std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, bool keepsSource,
+                                              Findings& findings) {
+    if (!checked.fragments.empty()) return {};
+    std::vector<std::string> lost;
+    std::vector<svg2::OuterSheet> sheets =
+        svg2::ReadOuterSheets(checked.text, ORVUnicodeString(checked.path), &lost);
+    for (const std::string& reference : lost)
+        FindingWriter(checked, findings)
+            .Note(FindingCode::kStyleSheet, {checked.root, 0}, "", reference,
+                  "the sheet cannot be read: none of its rules is applied");
+    if (keepsSource || sheets.empty()) return sheets;
+    FindingWriter(checked, findings)
+        .Note(
+            FindingCode::kStyleSheet, {checked.root, 0}, "", "<?xml-stylesheet?>",
+            "the sheet is not read in a document with entities or of such an encoding: none of its rules is "
+            "applied");
+    return {};
+}
+
 }  // namespace
 
 void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const ORVXmlTree>& tree,
@@ -353,7 +370,9 @@ void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const OR
     std::vector<const ORVXmlNode*> roots(checked.fragments.begin(), checked.fragments.end());
     if (roots.empty()) roots.push_back(checked.root);
     for (const ORVXmlNode* root : roots) {
-        const Document document(tree, *root);
+        Document document(tree, *root);
+        if (document.IsSvg())
+            document.SetOuterSheets(FindOuterSheets(checked, !tree->GetSource().empty(), findings));
         if (document.IsSvg())
             StandardCheck(checked, document, findings, numbers).Run();
         else

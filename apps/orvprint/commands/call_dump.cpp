@@ -311,6 +311,10 @@ int CallDump::DrawImage(const ORVPrintImage& image) {
     json_.Integer(image.image.GetWidth());
     json_.Integer(image.image.GetHeight());
     json_.EndArray();
+    if (!image.isSmooth) {
+        json_.Key("smooth");
+        json_.Flag(false);
+    }
     WriteMap(image.toPage);
     json_.EndObject();
     return 1;

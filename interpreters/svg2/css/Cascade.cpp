@@ -2,10 +2,12 @@
 #include "interpreters/svg2/css/Cascade.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 #include <utility>
 
 #include "interpreters/svg2/values/scanner.h"
+#include "interpreters/svg2/values/transform.h"
 #include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
@@ -27,6 +29,42 @@ std::optional<Name> FindProperty(std::string_view text) {
     }
     if (!name || !IsProperty(*name)) return std::nullopt;
     return name;
+}
+
+/// Whether a text is a value that a sheet may give to a property of shape or place.
+bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes) {
+    value = Trim(value);
+    const auto isAny = [value](std::initializer_list<std::string_view> words) {
+        return std::any_of(words.begin(), words.end(),
+                           [value](std::string_view word) { return EqualsIgnoringCase(value, word); });
+    };
+    if (isAny({"initial", "unset", "revert"})) return true;
+    ORVMathAffine2D transform;
+    Length length;
+    switch (name) {
+        case Name::kD: return isAny({"none"}) || EqualsIgnoringCase(value.substr(0, 5), "path(");
+        case Name::kTransform: return ReadTransformProperty(value, sizes, 1.0, 1.0, transform);
+        case Name::kX:
+        case Name::kY:
+        case Name::kCx:
+        case Name::kCy: return ReadLength(value, sizes, length);
+        case Name::kR: break;
+        default:
+            if (isAny({"auto"})) return true;
+    }
+    if (!ReadLength(value, sizes, length)) return false;
+    // What mixes the two may come out either way.
+    const bool isNegative =
+        (length.px < 0.0 && length.percent <= 0.0) || (length.percent < 0.0 && length.px <= 0.0);
+    return !isNegative;
+}
+
+/// A property's value on a parent, as a sheet gave it.
+std::optional<std::string_view> FindRule(const Style& style, Name name) {
+    if (!style.geometry) return std::nullopt;
+    for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
+        if (rule->first == name) return rule->second;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -56,11 +94,8 @@ UnitSizes Cascade::SizesOf(const Style& style) const {
 
 std::optional<std::string_view> Cascade::FindGeometry(ElementIndex element, Name name,
                                                       const Style& style) const {
-    if (style.geometry) {
-        for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
-            if (rule->first == name) return rule->second;
-    }
-    return document_.Find(element, name);
+    const std::optional<std::string_view> rule = FindRule(style, name);
+    return rule ? rule : document_.Find(element, name);
 }
 
 // Most elements share their parent's variables; those that state some get a scope of their own.
@@ -166,10 +201,15 @@ bool Cascade::Substitute(std::string_view text, const Style& style, std::string_
 
 void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, Style& style) {
     std::string_view value = candidate.value;
-    if (!candidate.isAttribute && value.find("var(") != std::string_view::npos &&
-        !Substitute(value, style, value))
-        return;
+    // Attributes are short and many: they have variables as a whole.
+    const bool hasVariables =
+        candidate.isAttribute ? value.starts_with("var(") : value.find("var(") != std::string_view::npos;
+    // What comes of variables is known too late for another declaration to hold instead.
+    if (hasVariables && !Substitute(value, style, value)) value = "unset";
     if (IsGeometry(candidate.name)) {
+        if (EqualsIgnoringCase(Trim(value), "inherit"))
+            value = FindRule(context.parent, candidate.name).value_or("initial");
+        if (!IsGeometryValue(candidate.name, value, context.sizes)) return;
         if (!style.geometry) style.geometry = std::make_shared<GeometryRules>();
         const auto isOfName = [&](const auto& rule) { return rule.first == candidate.name; };
         const auto stated = std::find_if(style.geometry->begin(), style.geometry->end(), isOfName);
@@ -183,8 +223,8 @@ void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, 
             if (name != Name::kDirection && name != Name::kUnicodeBidi)
                 SetProperty(name, value, context, style);
         }
-    } else {
-        SetProperty(candidate.name, value, context, style);
+    } else if (!SetProperty(candidate.name, value, context, style) && hasVariables) {
+        SetProperty(candidate.name, "unset", context, style);
     }
 }
 

@@ -89,6 +89,12 @@ bool MatchesMedia(std::string_view queries, const Medium& medium) {
 }
 
 StyleSheets::StyleSheets(const Document& document, const Medium& medium) : document_(document) {
+    for (const OuterSheet& sheet : document.GetOuterSheets()) {
+        if (!MatchesMedia(sheet.media, medium)) continue;
+        texts_.push_back(WithoutComments(sheet.text));
+        namespaces_.clear();
+        ReadSheet(texts_.back(), medium, 0);
+    }
     for (const ElementIndex element : document.FindAll(Tag::kStyle)) {
         const std::string_view type = Trim(document.ValueOf(element, Name::kType));
         if (!type.empty() && !EqualsIgnoringCase(type, "text/css")) continue;

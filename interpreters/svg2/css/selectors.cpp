@@ -322,12 +322,26 @@ bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test, StyleWor
     }
 }
 
+/// True when a language is one of a list, or a region's kind of one.
+bool IsInLanguages(std::string_view language, std::string_view list) {
+    for (;;) {
+        const std::size_t comma = list.find(',');
+        std::string_view wanted = Trim(list.substr(0, comma));
+        Scanner quoted(wanted);
+        if (std::string_view inside; quoted.TakeString(inside)) wanted = inside;
+        if (!wanted.empty() && EqualTexts(language.substr(0, wanted.size()), wanted, true) &&
+            (language.size() == wanted.size() || language[wanted.size()] == '-'))
+            return true;
+        if (comma == std::string_view::npos) return false;
+        list.remove_prefix(comma + 1);
+    }
+}
+
 bool MatchesLanguage(const Document& document, ElementIndex element, std::string_view wanted) {
     for (; element != kNoElement; element = document[element].parent) {
         const std::optional<std::string_view> language = document.Find(element, Name::kLang);
         if (!language) continue;
-        return EqualTexts(language->substr(0, wanted.size()), wanted, true) &&
-               (language->size() == wanted.size() || (*language)[wanted.size()] == '-');
+        return IsInLanguages(*language, wanted);
     }
     return false;
 }

@@ -7,9 +7,11 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "interpreters/svg2/document/names.h"
+#include "interpreters/svg2/document/sheet_links.h"
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVXmlNode.h"
 #include "platform/xml/ORVXmlTree.h"
@@ -67,6 +69,10 @@ public:
     /// True when `ancestor` is the element or holds it.
     bool IsWithin(ElementIndex element, ElementIndex ancestor) const;
 
+    /// Gives it style sheets that stand outside of it; they come before its own.
+    void SetOuterSheets(std::vector<OuterSheet> sheets) { outerSheets_ = std::move(sheets); }
+    const std::vector<OuterSheet>& GetOuterSheets() const { return outerSheets_; }
+
     /// Elements of a tag, in document order.
     std::vector<ElementIndex> FindAll(Tag tag) const;
 
@@ -79,6 +85,7 @@ private:
     std::uint64_t payload_ = 0;
     std::unordered_map<std::string_view, ElementIndex> ids_;
     std::unordered_set<std::string_view> xlinkPrefixes_, editorPrefixes_;
+    std::vector<OuterSheet> outerSheets_;
 };
 
 template <class Use>

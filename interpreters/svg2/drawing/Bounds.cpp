@@ -62,6 +62,19 @@ ORVMathBox2D Bounds::OfUse(ElementIndex element, const Style& style, const Viewp
     return box;
 }
 
+ORVMathBox2D Bounds::OfImage(ElementIndex element, const Style& style, const Viewport& viewport,
+                             const ORVMathAffine2D& map) {
+    PlacedImage placed;
+    if (images_ && images_->Place(scene_, element, style, viewport, placed))
+        return MapBox(map, placed.place.Box());
+    // One that is not there takes the place that is kept for it.
+    const Rectangle place{scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),
+                          scene_.LengthOf(element, Name::kY, style, viewport, Axis::kY),
+                          scene_.LengthOf(element, Name::kWidth, style, viewport, Axis::kX),
+                          scene_.LengthOf(element, Name::kHeight, style, viewport, Axis::kY)};
+    return place.width > 0.0 && place.height > 0.0 ? MapBox(map, place.Box()) : ORVMathBox2D{};
+}
+
 ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const Viewport& viewport,
                                const ORVMathAffine2D& map, int depth) {
     const Document& document = scene_.GetDocument();
@@ -88,13 +101,7 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
             return MapBox(map, text.GetBox());
         }
         case Tag::kUse: return OfUse(element, style, viewport, map, depth);
-        case Tag::kImage: {
-            const Rectangle place{scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),
-                                  scene_.LengthOf(element, Name::kY, style, viewport, Axis::kY),
-                                  scene_.LengthOf(element, Name::kWidth, style, viewport, Axis::kX),
-                                  scene_.LengthOf(element, Name::kHeight, style, viewport, Axis::kY)};
-            return place.width > 0.0 && place.height > 0.0 ? MapBox(map, place.Box()) : ORVMathBox2D{};
-        }
+        case Tag::kImage: return OfImage(element, style, viewport, map);
         default: {
             if (!IsShape(tag)) return {};
             ORVPrintPath path;

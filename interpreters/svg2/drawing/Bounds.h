@@ -6,6 +6,7 @@
 
 #include "interpreters/svg2/drawing/DrawState.h"
 #include "interpreters/svg2/drawing/DrawingBudget.h"
+#include "interpreters/svg2/drawing/Images.h"
 #include "interpreters/svg2/text/FontMetrics.h"
 #include "interpreters/svg2/tree/Scene.h"
 
@@ -25,6 +26,8 @@ public:
         return OfContent(element, style, viewport, map, 0);
     }
 
+    /// Where the sizes of images come from that do not state theirs; without, these have no box.
+    void SetImages(Images* images) { images_ = images; }
     /// What an element is drawn for: the size of a symbol or of an inner `svg` is that of its `use`.
     struct DrawnUse {
         ElementIndex target = kNoElement, use = kNoElement;
@@ -42,6 +45,8 @@ private:
                            const ORVMathAffine2D& map, int depth);
     ORVMathBox2D OfChildren(ElementIndex element, const Style& style, const Viewport& viewport,
                             const ORVMathAffine2D& map, int depth);
+    ORVMathBox2D OfImage(ElementIndex element, const Style& style, const Viewport& viewport,
+                         const ORVMathAffine2D& map);
     ORVMathBox2D OfUse(ElementIndex element, const Style& style, const Viewport& viewport,
                        const ORVMathAffine2D& map, int depth);
     ORVMathBox2D OfViewport(ElementIndex element, const Style& style, const Viewport& viewport,
@@ -52,6 +57,7 @@ private:
     Scene& scene_;
     DrawingBudget& budget_;
     TextFonts& fonts_;
+    Images* images_ = nullptr;
     std::vector<ElementIndex> uses_;  // that are being followed
     DrawnUse drawn_;
 };

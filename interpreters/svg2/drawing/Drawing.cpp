@@ -37,6 +37,7 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
                                           : std::unordered_set<ElementIndex>()),
       keepsIdentifiers_(generator.KeepsIdentifiers()) {
     scene.SetBoxes(&bounds_);
+    bounds_.SetImages(&images_);
 }
 
 Drawing::~Drawing() { scene_.SetBoxes(nullptr); }

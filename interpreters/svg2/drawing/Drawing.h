@@ -92,7 +92,7 @@ private:
     void EndFiltering();
     void DrawFilterImage(const FilterImage& image, const DrawState& state);
     void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
-                    std::string_view id, const DrawState& state);
+                    ImageRendering rendering, std::string_view id, const DrawState& state);
 
     // ---- shapes (shape_drawing.cpp) ----
     void DrawShape(ElementIndex element, const Style& style, const DrawState& state);

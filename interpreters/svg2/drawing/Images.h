@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "interpreters/svg2/document/Document.h"
+#include "interpreters/svg2/tree/Scene.h"
+#include "interpreters/svg2/values/view_box.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
 #include "platform/visualization/images/ORVPixelImage.h"
@@ -30,6 +32,13 @@ struct ImageContent {
     std::unique_ptr<Images> images;
 };
 
+/// An image on its element.
+struct PlacedImage {
+    ImageContent* content = nullptr;
+    Viewport natural;  ///< its own size, in px
+    Rectangle place;   ///< that it has to fit into, in the element's user units
+};
+
 /// The images of a document, each read once. Files are read as the host's access policy allows.
 class Images {
 public:
@@ -40,6 +49,10 @@ public:
 
     /// @param reference  file name or data URI; must outlive this object
     ImageContent& Find(std::string_view reference);
+
+    /// Finds what an "image" element shows, and where. @return false when that is nothing
+    bool Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
+               PlacedImage& placed);
 
     int GetDepth() const { return depth_; }
     /// Drawings within drawings; further ones are not read.
@@ -55,8 +68,5 @@ private:
     /// The same by where the reference begins: data is long, and the same element is drawn often.
     std::unordered_map<const char*, std::pair<std::size_t, ImageContent*>> byPlace_;
 };
-
-/// The bytes of a data URI. @return false when it is none, or is damaged
-bool ReadDataUri(std::string_view uri, std::string& bytes);
 
 }  // namespace svg2

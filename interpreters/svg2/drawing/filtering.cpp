@@ -11,9 +11,7 @@
 namespace svg2 {
 namespace {
 
-bool IsFinite(const ORVMathBox2D& box) {
-    return std::isfinite(box.xMin + box.xMax + box.yMin + box.yMax);
-}
+bool IsFinite(const ORVMathBox2D& box) { return std::isfinite(box.xMin + box.xMax + box.yMin + box.yMax); }
 
 /// What of the page content of a filter may be seen on, which a filter moves.
 ORVMathBox2D AroundPage(const ORVMathBox2D& page) {
@@ -90,8 +88,8 @@ void Drawing::DrawFilterImage(const FilterImage& image, const DrawState& outer) 
         const Rectangle& place = image.subregion;
         if ((content.pixels || content.drawing) && place.width > 0.0 && place.height > 0.0)
             PlaceImage(content, place,
-                       ReadAspectRatio(document.ValueOf(image.element, Name::kPreserveAspectRatio)), true, {},
-                       state);
+                       ReadAspectRatio(document.ValueOf(image.element, Name::kPreserveAspectRatio)), true,
+                       scene_.StyleInPlace(image.element).imageRendering, {}, state);
         return;
     }
     const ElementIndex target = document.FindByReference(reference);

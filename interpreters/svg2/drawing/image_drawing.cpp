@@ -5,41 +5,38 @@
 #include "platform/print/ORVPrintModelRender.h"
 
 namespace svg2 {
-namespace {
 
-/// Size of an image in px, as it is without being told.
-struct NaturalSize {
-    double width = 0.0, height = 0.0;
-};
-
-}  // namespace
+bool Images::Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
+                   PlacedImage& placed) {
+    const std::string_view reference = Trim(scene.GetDocument().ValueOf(element, Name::kHref));
+    if (reference.empty()) return false;
+    ImageContent& content = Find(reference);
+    Viewport& natural = placed.natural;
+    if (content.pixels)
+        natural = {static_cast<double>(content.pixels->GetWidth()),
+                   static_cast<double>(content.pixels->GetHeight())};
+    else if (content.drawing)
+        natural = FindImageSize(*content.drawing);
+    if (!(natural.width > 0.0) || !(natural.height > 0.0)) return false;
+    const auto width = scene.FindLength(element, Name::kWidth, style, viewport, Axis::kX);
+    const auto height = scene.FindLength(element, Name::kHeight, style, viewport, Axis::kY);
+    placed.content = &content;
+    placed.place = {scene.LengthOf(element, Name::kX, style, viewport, Axis::kX),
+                    scene.LengthOf(element, Name::kY, style, viewport, Axis::kY),
+                    width.value_or(height ? *height * natural.width / natural.height : natural.width),
+                    height.value_or(width ? *width * natural.height / natural.width : natural.height)};
+    return placed.place.width > 0.0 && placed.place.height > 0.0;
+}
 
 void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawState& state) {
     if (style.visibility != Visibility::kVisible || state.isWithinClip) return;
-    const std::string_view reference = Trim(scene_.GetDocument().ValueOf(element, Name::kHref));
-    if (reference.empty()) return;
-    ImageContent& content = images_.Find(reference);
-    NaturalSize natural;
-    if (content.pixels) {
-        natural = {static_cast<double>(content.pixels->GetWidth()),
-                   static_cast<double>(content.pixels->GetHeight())};
-    } else if (content.drawing) {
-        const Viewport size = FindImageSize(*content.drawing);
-        natural = {size.width, size.height};
-    } else {
-        return;
-    }
-    const auto width = scene_.FindLength(element, Name::kWidth, style, state.viewport, Axis::kX);
-    const auto height = scene_.FindLength(element, Name::kHeight, style, state.viewport, Axis::kY);
-    if (!(natural.width > 0.0) || !(natural.height > 0.0)) return;
-    Rectangle place{scene_.LengthOf(element, Name::kX, style, state.viewport, Axis::kX),
-                    scene_.LengthOf(element, Name::kY, style, state.viewport, Axis::kY),
-                    width.value_or(height ? *height * natural.width / natural.height : natural.width),
-                    height.value_or(width ? *width * natural.height / natural.width : natural.height)};
-    if (!(place.width > 0.0) || !(place.height > 0.0)) return;
+    PlacedImage placed;
+    if (!images_.Place(scene_, element, style, state.viewport, placed)) return;
+    ImageContent& content = *placed.content;
+    const Rectangle& place = placed.place;
     const AspectRatio ratio =
         ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
-    PlaceImage(content, place, ratio, style.hidesOverflow,
+    PlaceImage(content, place, ratio, style.hidesOverflow, style.imageRendering,
                keepsIdentifiers_ ? scene_.GetDocument().ValueOf(element, Name::kId) : std::string_view(),
                state);
 }
@@ -47,7 +44,7 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
 /// Draws an image that can be read.
 /// @param cuts  whether what lies outside of the place is cut off
 void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
-                         std::string_view id, const DrawState& state) {
+                         ImageRendering rendering, std::string_view id, const DrawState& state) {
     const std::size_t mark = ends_.size();
     if (content.drawing) {
         DrawSvgImage(content, place, ratio, state);
@@ -63,7 +60,7 @@ void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const As
     const double width = content.pixels->GetWidth(), height = content.pixels->GetHeight();
     const ORVMathAffine2D toPage = state.toPage * FitViewBox({0.0, 0.0, width, height}, ratio, place) *
                                    ORVMathAffine2D::Scaling(width, height);
-    Do(generator_.DrawImage({*content.pixels, toPage, id}));
+    Do(generator_.DrawImage({*content.pixels, toPage, id, rendering == ImageRendering::kSmooth}));
     EndBack(mark);
 }
 

@@ -60,11 +60,17 @@ DrawnDocument::DrawnDocument(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* ro
 bool DrawnDocument::Parse() {
     if (isParsed_) return document_ != nullptr;
     isParsed_ = true;
+    // Sheets in front of a larger document's root are not those of drawings in it.
+    const bool isWhole = root_ && tree_->GetRoot() == root_;
+    const std::string_view source = isWhole ? tree_->GetSource() : std::string_view(bytes_);
+    std::vector<OuterSheet> sheets = ReadOuterSheets(source, path_, nullptr);
     document_ = root_ ? std::make_unique<Document>(std::exchange(tree_, nullptr), *root_)
                       : ParseDocument(std::exchange(bytes_, {}));
     if (document_ && !document_->IsSvg()) document_.reset();
-    if (document_) FindPages();
-    return document_ != nullptr;
+    if (!document_) return false;
+    document_->SetOuterSheets(std::move(sheets));
+    FindPages();
+    return true;
 }
 
 void DrawnDocument::FindPages() {

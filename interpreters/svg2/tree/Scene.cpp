@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/tree/Scene.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -8,6 +9,17 @@
 #include "interpreters/svg2/values/transform.h"
 
 namespace svg2 {
+namespace {
+
+/// Where a "use" puts its content, within its transform.
+ORVMathAffine2D PlaceOf(const Scene& scene, ElementIndex element, const Style& style,
+                        const Viewport& viewport) {
+    if (scene.GetDocument()[element].tag != Tag::kUse) return {};
+    return ORVMathAffine2D::Translation(scene.LengthOf(element, Name::kX, style, viewport, Axis::kX),
+                                        scene.LengthOf(element, Name::kY, style, viewport, Axis::kY));
+}
+
+}  // namespace
 
 double Viewport::Diagonal() const { return std::sqrt((width * width + height * height) / 2.0); }
 
@@ -82,9 +94,11 @@ ORVMathPoint2D Scene::OriginOf(const Style& style, const Rectangle& box) const {
             continue;
         }
         const std::string_view word = scanner.TakeName();
-        for (const Word& row : kWords)
-            if (EqualsIgnoringCase(word, row.text))
-                parts[row.axis == 2 ? place : row.axis] = {0.0, row.percent};
+        const Word* const row = std::find_if(std::begin(kWords), std::end(kWords), [word](const Word& known) {
+            return EqualsIgnoringCase(word, known.text);
+        });
+        if (row == std::end(kWords)) return {box.x, box.y};
+        parts[row->axis == 2 ? place : row->axis] = {0.0, row->percent};
     }
     return {box.x + parts[0].Resolve(box.width), box.y + parts[1].Resolve(box.height)};
 }
@@ -95,8 +109,9 @@ Rectangle Scene::ReferenceBox(ElementIndex element, const Style& style, const Vi
     const bool isStrokeBox = EqualsIgnoringCase(name, "stroke-box") || EqualsIgnoringCase(name, "border-box");
     const bool isFillBox = EqualsIgnoringCase(name, "fill-box") || EqualsIgnoringCase(name, "content-box");
     if (!boxes_ || (!isStrokeBox && !isFillBox)) return {0.0, 0.0, viewport.width, viewport.height};
-    const ORVMathBox2D box = boxes_->BoxOf(element, style, viewport);
-    if (box.IsEmpty()) return {};
+    const ORVMathBox2D own = boxes_->BoxOf(element, style, viewport);
+    if (own.IsEmpty()) return {};
+    const ORVMathBox2D box = MapBox(PlaceOf(*this, element, style, viewport), own);
     const bool grows = isStrokeBox && style.stroke.kind != Paint::Kind::kNone;
     const double reach = grows ? style.strokeWidth.Resolve(viewport.Diagonal()) / 2.0 : 0.0;
     return {box.xMin - reach, box.yMin - reach, box.xMax - box.xMin + 2.0 * reach,
@@ -132,12 +147,8 @@ bool Scene::TransformOf(ElementIndex element, const Style& style, const Viewport
                         ORVMathAffine2D& transform, Name attribute) const {
     transform = {};
     if (!ReadTransform(element, style, viewport, transform, attribute)) transform = {};
-    if (document_[element].tag == Tag::kUse) {
-        // Clips and masks of it lie where it does.
-        transform =
-            transform * ORVMathAffine2D::Translation(LengthOf(element, Name::kX, style, viewport, Axis::kX),
-                                                     LengthOf(element, Name::kY, style, viewport, Axis::kY));
-    }
+    // Clips and masks of a "use" lie where it does.
+    if (document_[element].tag == Tag::kUse) transform = transform * PlaceOf(*this, element, style, viewport);
     return IsInvertible(transform);
 }
 

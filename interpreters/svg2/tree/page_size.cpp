@@ -2,7 +2,9 @@
 #include "interpreters/svg2/tree/page_size.h"
 
 #include <optional>
+#include <string>
 
+#include "interpreters/svg2/css/Cascade.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/print/ORVPrintPreferences.h"
 
@@ -17,13 +19,26 @@ struct RootSize {
     double Share() const { return length ? length->percent / 100.0 : 1.0; }
 };
 
+/// What the root's style, or else its attribute, says.
+std::string SizeText(const Document& document, Name name) {
+    const bool isStyled = document.Find(Document::kRoot, Name::kStyle) ||
+                          !document.FindAll(Tag::kStyle).empty() || !document.GetOuterSheets().empty();
+    if (!isStyled) return std::string(document.ValueOf(Document::kRoot, name));
+    // Media that depend on the size are asked before there is one.
+    Cascade cascade(document, {});
+    const Style initial = Cascade::InitialStyle();
+    Style style;
+    cascade.Compute(Document::kRoot, initial, style);
+    return std::string(cascade.FindGeometry(Document::kRoot, name, style).value_or(std::string_view()));
+}
+
 RootSize ReadSize(const Document& document, Name name) {
     UnitSizes sizes;
     sizes.viewportWidth = sizes.viewportHeight = 100.0;
     sizes.fontSize = sizes.rootFontSize = ORVPrintPreferences::Get().fontSize;
     sizes.xHeight = sizes.zeroWidth = sizes.fontSize / 2.0;
     Length length;
-    if (!ReadLength(document.ValueOf(Document::kRoot, name), sizes, length)) return {};
+    if (!ReadLength(SizeText(document, name), sizes, length)) return {};
     return {length};
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "interpreters/svg2/values/scanner.h"
@@ -53,6 +54,20 @@ bool PassesLanguage(std::string_view list) {
     }
 }
 
+/// A coordinate of a point of reference: a length, or a word for a share of the content.
+std::optional<double> FindReferencePoint(const Scene& scene, ElementIndex element, Name name,
+                                         const Style& style, const Viewport& sizes,
+                                         const Rectangle& content) {
+    const bool isX = name == Name::kRefX;
+    const std::string_view text = Trim(scene.GetDocument().ValueOf(element, name));
+    constexpr std::pair<std::string_view, double> kWords[] = {
+        {"left", 0.0}, {"top", 0.0}, {"center", 0.5}, {"right", 1.0}, {"bottom", 1.0}};
+    for (const auto& [word, share] : kWords)
+        if (EqualsIgnoringCase(text, word))
+            return isX ? content.x + share * content.width : content.y + share * content.height;
+    return scene.FindLength(element, name, style, sizes, isX ? Axis::kX : Axis::kY);
+}
+
 }  // namespace
 
 std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex element, const Style& style,
@@ -84,16 +99,18 @@ std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex 
         inner.sizes = {inner.rectangle.width, inner.rectangle.height};
     }
     if (isSymbol) {
-        // The symbol's point of reference comes to lie on its position.
-        const double refX = scene.LengthOf(element, Name::kRefX, style, inner.sizes, Axis::kX);
-        const double refY = scene.LengthOf(element, Name::kRefY, style, inner.sizes, Axis::kY);
-        if (refX != 0.0 || refY != 0.0) {
-            const ORVMathPoint2D corner = inner.toOuter({0.0, 0.0}), point = inner.toOuter({refX, refY});
-            const double dx = corner.x - point.x, dy = corner.y - point.y;
-            inner.toOuter = ORVMathAffine2D::Translation(dx, dy) * inner.toOuter;
-            inner.rectangle.x += dx;
-            inner.rectangle.y += dy;
-        }
+        // The symbol's point of reference comes to lie on its position, in each direction that it is stated
+        // for.
+        const Rectangle content =
+            viewBox.value_or(Rectangle{0.0, 0.0, inner.sizes.width, inner.sizes.height});
+        const auto refX = FindReferencePoint(scene, element, Name::kRefX, style, inner.sizes, content);
+        const auto refY = FindReferencePoint(scene, element, Name::kRefY, style, inner.sizes, content);
+        const ORVMathPoint2D point = inner.toOuter({refX.value_or(0.0), refY.value_or(0.0)});
+        const double dx = refX ? inner.rectangle.x - point.x : 0.0,
+                     dy = refY ? inner.rectangle.y - point.y : 0.0;
+        inner.toOuter = ORVMathAffine2D::Translation(dx, dy) * inner.toOuter;
+        inner.rectangle.x += dx;
+        inner.rectangle.y += dy;
     }
     return inner;
 }

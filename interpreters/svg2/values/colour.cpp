@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 
+#include "interpreters/svg2/values/colour_spaces.h"
 #include "interpreters/svg2/values/scanner.h"
 
 namespace svg2 {
@@ -340,12 +341,57 @@ bool ReadHsl(std::string_view text, Colour& colour) {
     return true;
 }
 
+/// A component's number, of which a percentage of 100 is `whole`; a hue has degrees.
+double NumberOf(const Component& component, double whole) {
+    return component.isPercentage ? component.value * whole / 100.0
+                                  : component.value * component.degreesPerUnit;
+}
+
+/// A function of CSS Colour 4 whose colours need not be those of sRGB.
+bool ReadWideColour(std::string_view name, std::string_view text, Colour& colour) {
+    struct Function {
+        std::string_view name;
+        Components wholes;  // what 100 % of each component stands for
+        Components (*toRgb)(const Components& components);
+    };
+    constexpr Function kFunctions[] = {
+        {"hwb",
+         {1.0, 100.0, 100.0},
+         [](const Components& c) {
+             return HwbToRgb({c[0], c[1] / 100.0, c[2] / 100.0});
+         }},
+        {"lab", {100.0, 125.0, 125.0}, [](const Components& c) { return LabToRgb(c); }},
+        {"lch", {100.0, 150.0, 1.0}, [](const Components& c) { return LabToRgb(FromPolar(c)); }},
+        {"oklab", {1.0, 0.4, 0.4}, [](const Components& c) { return OklabToRgb(c); }},
+        {"oklch", {1.0, 0.4, 1.0}, [](const Components& c) { return OklabToRgb(FromPolar(c)); }},
+    };
+    const bool isOfSpace = EqualsIgnoringCase(name, "color");
+    const Function* function =
+        std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                     [name](const Function& row) { return EqualsIgnoringCase(name, row.name); });
+    if (!isOfSpace && function == std::end(kFunctions)) return false;
+    Scanner scanner(text);
+    scanner.SkipSpace();
+    const std::string_view space = isOfSpace ? scanner.TakeName() : std::string_view();
+    std::array<Component, 3> parts;
+    float opacity = 1.0F;
+    if (!ReadComponents(scanner.Rest(), parts, opacity)) return false;
+    Components components{};
+    for (std::size_t i = 0; i < components.size(); ++i)
+        components[i] = NumberOf(parts[i], isOfSpace ? 1.0 : function->wholes[i]);
+    if (isOfSpace && !ToRgb(space, components)) return false;
+    if (!isOfSpace) components = function->toRgb(components);
+    colour = {ToByte(components[0] * 255.0), ToByte(components[1] * 255.0), ToByte(components[2] * 255.0),
+              opacity};
+    return true;
+}
+
 bool ReadColourFunction(std::string_view name, std::string_view arguments, Colour& colour) {
     if (EqualsIgnoringCase(name, "rgb") || EqualsIgnoringCase(name, "rgba"))
         return ReadRgb(arguments, colour);
     if (EqualsIgnoringCase(name, "hsl") || EqualsIgnoringCase(name, "hsla"))
         return ReadHsl(arguments, colour);
-    if (!EqualsIgnoringCase(name, "light-dark")) return false;
+    if (!EqualsIgnoringCase(name, "light-dark")) return ReadWideColour(name, arguments, colour);
     Scanner scanner(arguments);
     scanner.SkipSpace();
     return TakeColour(scanner, colour);

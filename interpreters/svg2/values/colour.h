@@ -15,7 +15,8 @@ struct Colour {
 
 class Scanner;
 
-/// Reads a colour: a name, "#rgb" and its kin, rgb(), rgba(), hsl() or hsla() in any of their notations, a
+/// Reads a colour: a name, "#rgb" and its kin, rgb(), rgba(), hsl() or hsla() in any of their notations,
+/// hwb(), lab(), lch(), oklab(), oklch() and color(), whose colours are cut to those of sRGB, a
 /// system colour (black, but for backgrounds, which are white), light-dark() (the light one).
 /// "currentColor" is none.
 /// @return false when none comes next; the scanner then stands where it stood

@@ -25,6 +25,9 @@ TEST(PageSizeTest, ComesFromSizesThenViewBoxThenContent) {
         {"width='200'", "<circle r='5' cx='20' cy='10'/>", "page 200x15"},
         {"width='100%' height='100%'", "<g transform='scale(2)'><rect width='30' height='40'/></g>",
          "page 60x80"},
+        {"width='10' height='10' style='width:30px'", "", "page 30x10"},
+        {"width='10' height='10'", "<style>svg{height:2in}</style>", "page 10x192"},
+        {"width='10' height='10' style='width:wide'", "", "page 10x10"},
         {"width='0' height='10'", "", "result -2"},
         {"width='-5' height='10'", "", "result -2"},
         {"", "", "result -2"},
@@ -83,6 +86,14 @@ TEST(StructureTest, ShapesHaveTheirOutlines) {
          "3,0 4,1 fill #000000\n"},
         {"<rect width='2' height='2' transform='rotate(180)' style='transform-origin:1px 1px'/>",
          "0,0 2,2 fill #000000\n"},
+        {"<rect x='10' y='10' width='4' height='2' transform='rotate(90)' "
+         "style='transform-box:fill-box;transform-origin:center'/>",
+         "11,9 13,13 fill #000000\n"},
+        {"<rect x='10' y='10' width='4' height='2' style='transform-box:fill-box;transform:translate(50%)'/>",
+         "12,10 16,12 fill #000000\n"},
+        {"<rect x='10' y='10' width='4' height='4' stroke='red' stroke-width='2' transform='scale(2)' "
+         "style='transform-box:stroke-box'/>",
+         "11,11 19,19 fill #000000 stroke #ff0000 4\n"},
         {"<rect width='5' height='5' display='none'/>", ""},
         {"<g display='none'><rect width='5' height='5' display='inline'/></g>", ""},
         {"<g visibility='hidden'><rect width='5' height='5'/><rect width='6' height='6' "
@@ -98,6 +109,10 @@ TEST(StructureTest, InnerViewportsFitAndCut) {
     EXPECT_EQ(SketchContent("<svg x='10' y='20' width='40' height='20' viewBox='0 0 10 10'>"
                             "<rect width='10' height='10'/></svg>"),
               "clip 10,20 50,40\n  20,20 40,40 fill #000000\n");
+    // Inherited is the initial value, not that of a root, which cuts by itself.
+    EXPECT_EQ(
+        SketchContent("<svg width='4' height='4' overflow='inherit'><rect width='5' height='5'/></svg>"),
+        "0,0 5,5 fill #000000\n");
     EXPECT_EQ(SketchContent("<svg width='40' height='20' overflow='visible'>"
                             "<rect width='100%' height='100%'/></svg>"),
               "0,0 40,20 fill #000000\n");
@@ -132,10 +147,27 @@ TEST(StructureTest, UsesShowWhatTheyReferTo) {
          "<symbol id='s' width='10' height='10' refX='5' refY='5' overflow='visible'>"
          "<rect width='10' height='10'/></symbol><use href='#s' x='50' y='50'/>",
          "45,45 55,55 fill #000000\n"},
+        {"symbol with a word for its reference point",
+         "<symbol id='s' viewBox='10 10 20 20' refX='center' refY='top' overflow='visible'>"
+         "<rect x='10' y='10' width='20' height='20'/></symbol><use href='#s' x='50' y='50' width='20' "
+         "height='20'/>",
+         "40,50 60,70 fill #000000\n"},
+        {"transform about its own box",
+         "<defs><rect id='r' width='4' height='2'/></defs><use href='#r' x='10' y='10' "
+         "style='transform-box:fill-box;transform-origin:center;transform:rotate(90deg)'/>",
+         "11,9 13,13 fill #000000\n"},
         {"transform of the target",
          "<defs><rect id='r' width='1' height='1' transform='scale(2)'/></defs>"
          "<use href='#r' x='5' transform='translate(1)'/>",
          "6,0 8,2 fill #000000\n"},
+        {"symbol that is not displayed",
+         "<symbol id='s' display='none' overflow='visible'><rect width='1' height='1'/></symbol>"
+         "<use href='#s'/>",
+         "0,0 1,1 fill #000000\n"},
+        {"clip at its place",
+         "<defs><rect id='r' width='10' height='10'/></defs><clipPath id='c'><rect width='5' height='5'/>"
+         "</clipPath><use href='#r' x='20' clip-path='url(#c)'/>",
+         "clip path 20,0 25,5\n  20,0 30,10 fill #000000\n"},
         {"itself", "<use id='u' href='#u'/><rect width='1' height='1'/>", "0,0 1,1 fill #000000\n"},
         {"an ancestor", "<g id='g'><rect width='1' height='1'/><use href='#g'/></g>",
          "0,0 1,1 fill #000000\n"},

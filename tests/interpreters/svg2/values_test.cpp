@@ -58,6 +58,27 @@ TEST(ColourValueTest, IsReadInEveryNotation) {
     for (const auto& row : kRows) EXPECT_EQ(Written(row.text), row.colour) << row.text;
 }
 
+TEST(ColourValueTest, OfAnotherSpaceIsCutToSRgb) {
+    const struct {
+        const char *text, *colour;
+    } kRows[] = {
+        {"hwb(144 0% 33%)", "00ab44 1"},
+        {"hwb(0 60% 60% / 50%)", "808080 0.5"},
+        {"lab(54.29 80.8 69.89)", "ff0000 1"},
+        {"lab(100% 0 0)", "ffffff 1"},
+        {"lch(54.29 106.84 40.86)", "ff0000 1"},
+        {"oklab(0.628 0.2249 0.1258)", "ff0000 1"},
+        {"oklch(62.8% 0.2577 29.23deg)", "ff0000 1"},
+        {"color(srgb 1 50% 0)", "ff8000 1"},
+        {"color(srgb-linear 0.5 0 0)", "bc0000 1"},
+        {"color(display-p3 0 1 0 / 50%)", "00ff00 0.5"},
+        {"color(xyz 0.4124 0.2126 0.0193)", "ff0000 1"},
+        {"color(foo 1 0 0)", "none"},
+        {"lab(1 2)", "none"},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(Written(row.text), row.colour) << row.text;
+}
+
 TEST(LengthValueTest, IsReadInEveryUnit) {
     UnitSizes sizes;
     sizes.fontSize = 20.0;
