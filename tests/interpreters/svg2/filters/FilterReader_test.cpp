@@ -39,7 +39,8 @@ TEST(FilterReaderTest, ReadsPrimitivesWithTheirDefaults) {
     Check({
         {"blur", "<feGaussianBlur stdDeviation='2 0'/>",
          "<feGaussianBlur in=\"SourceGraphic\" stdDeviation=\"2 0\"/>"},
-        {"blur of nothing", "<feGaussianBlur/>", "<feGaussianBlur in=\"SourceGraphic\" stdDeviation=\"0 0\"/>"},
+        {"blur of nothing", "<feGaussianBlur/>",
+         "<feGaussianBlur in=\"SourceGraphic\" stdDeviation=\"0 0\"/>"},
         {"negative blur", "<feGaussianBlur stdDeviation='3 -2'/>",
          "<feGaussianBlur in=\"SourceGraphic\" stdDeviation=\"0 0\"/>"},
         {"three numbers", "<feGaussianBlur stdDeviation='3 2 1'/>",
@@ -47,7 +48,7 @@ TEST(FilterReaderTest, ReadsPrimitivesWithTheirDefaults) {
         {"offset", "<feOffset dx='3'/>", "<feOffset in=\"SourceGraphic\" dx=\"3\" dy=\"0\"/>"},
         {"flood", "<feFlood/>", "<feFlood flood-color=\"#000000\"/>"},
         {"flood's colour", "<feFlood style='color:red;flood-color:currentColor' flood-opacity='.5'/>",
-         "<feFlood flood-color=\"#ff0000\" flood-opacity=\"0.501960784\"/>"},
+         "<feFlood flood-color=\"#ff0000\" flood-opacity=\".501960784\"/>"},
         {"merge", "<feMerge><feMergeNode/><feMergeNode in='SourceAlpha'/></feMerge>",
          "<feMerge><feMergeNode in=\"SourceGraphic\"/><feMergeNode in=\"SourceAlpha\"/></feMerge>"},
         {"empty merge", "<feMerge/>", kFlood.c_str()},
@@ -60,15 +61,15 @@ TEST(FilterReaderTest, ReadsPrimitivesWithTheirDefaults) {
          "<feBlend in=\"SourceGraphic\" in2=\"SourceGraphic\" mode=\"normal\"/>"},
         {"composite", "<feComposite operator='arithmetic' k2='.5'/>",
          "<feComposite in=\"SourceGraphic\" in2=\"SourceGraphic\" operator=\"arithmetic\" k1=\"0\" "
-         "k2=\"0.5\" k3=\"0\" k4=\"0\"/>"},
+         "k2=\".5\" k3=\"0\" k4=\"0\"/>"},
         {"matrix of wrong length", "<feColorMatrix values='1 2 3'/>",
          "<feColorMatrix in=\"SourceGraphic\" values=\"1 0 0 0 0 0 1 0 0 0 0 0 1 0 0 0 0 0 1 0\"/>"},
         {"light", "<feColorMatrix type='luminanceToAlpha' values='7'/>",
-         "<feColorMatrix in=\"SourceGraphic\" values=\"0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0.2125 0.7154 0.0721 "
+         "<feColorMatrix in=\"SourceGraphic\" values=\"0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 .2125 .7154 .0721 "
          "0 0\"/>"},
         {"no saturation", "<feColorMatrix type='saturate' values='0'/>",
-         "<feColorMatrix in=\"SourceGraphic\" values=\"0.213 0.715 0.072 0 0 0.213 0.715 0.072 0 0 0.213 "
-         "0.715 0.072 0 0 0 0 0 1 0\"/>"},
+         "<feColorMatrix in=\"SourceGraphic\" values=\".213 .715 .072 0 0 .213 .715 .072 0 0 .213 "
+         ".715 .072 0 0 0 0 0 1 0\"/>"},
         {"the last function counts",
          "<feComponentTransfer><feFuncR type='gamma' exponent='2'/><feFuncR type='linear' slope='3'/>"
          "</feComponentTransfer>",
@@ -91,7 +92,7 @@ TEST(FilterReaderTest, ReadsPrimitivesWithTheirDefaults) {
         {"negative radius", "<feMorphology radius='-1 2'/>", "<feOffset in=\"SourceGraphic\"/>"},
         {"tile", "<feTile/>", "<feTile in=\"SourceGraphic\"/>"},
         {"turbulence", "<feTurbulence baseFrequency='.5' seed='-1.7' numOctaves='2'/>",
-         "<feTurbulence baseFrequency=\"0.5 0.5\" numOctaves=\"2\" seed=\"-1\"/>"},
+         "<feTurbulence baseFrequency=\".5 .5\" numOctaves=\"2\" seed=\"-1\"/>"},
         {"negative frequency", "<feTurbulence baseFrequency='-1'/>", kFlood.c_str()},
         {"displacement", "<feDisplacementMap in2='SourceAlpha' scale='4' xChannelSelector='R'/>",
          "<feDisplacementMap in=\"SourceGraphic\" in2=\"SourceAlpha\" scale=\"4\" xChannelSelector=\"R\" "
@@ -103,7 +104,8 @@ TEST(FilterReaderTest, ReadsPrimitivesWithTheirDefaults) {
         {"exponent out of range",
          "<feSpecularLighting specularExponent='129'><fePointLight/></feSpecularLighting>", kFlood.c_str()},
         {"spot",
-         "<feSpecularLighting lighting-color='red'><feSpotLight limitingConeAngle='-9'/></feSpecularLighting>",
+         "<feSpecularLighting lighting-color='red'><feSpotLight "
+         "limitingConeAngle='-9'/></feSpecularLighting>",
          "<feSpecularLighting in=\"SourceGraphic\" surfaceScale=\"1\" specularConstant=\"1\" "
          "specularExponent=\"1\" lighting-color=\"#ff0000\"><feSpotLight x=\"0\" y=\"0\" z=\"0\" "
          "pointsAtX=\"0\" pointsAtY=\"0\" pointsAtZ=\"0\" specularExponent=\"1\" limitingConeAngle=\"9\"/>"
@@ -147,7 +149,7 @@ TEST(FilterReaderTest, SubregionsAreTheRegionSideBySide) {
     });
     EXPECT_EQ(StepsOf("<feFlood x='.1' width='.2' y='1%'/><feOffset dx='.5' dy='.5'/>",
                       "primitiveUnits='objectBoundingBox'"),
-              "<feFlood flood-color=\"#000000\" x=\"2\" y=\"0.4\" width=\"4\" height=\"9.6\"/>"
+              "<feFlood flood-color=\"#000000\" x=\"2\" y=\".4\" width=\"4\" height=\"9.6\"/>"
               "<feOffset in=\"r0\" dx=\"10\" dy=\"20\"/>");
 }
 
@@ -156,15 +158,19 @@ TEST(FilterReaderTest, RegionsAndWholeFilters) {
         const char *name, *content, *calls;
     };
     const Whole kRows[] = {
-        {"region of the box", "<filter id='f'><feTile/></filter><rect width='10' height='20' filter='url(#f)'/>",
+        {"region of the box",
+         "<filter id='f'><feTile/></filter><rect width='10' height='20' filter='url(#f)'/>",
          "filter filterUnits=\"userSpaceOnUse\" x=\"-1\" y=\"-2\" width=\"12\" height=\"24\"><feTile "
          "in=\"SourceGraphic\" x=\"-1\" y=\"-2\" width=\"12\" height=\"24\" result=\"r0\"/></filter>\n"
          "  0,0 10,20 fill #000000\n"},
         {"lost", "<rect width='1' height='1' filter='url(#none)'/>", "0,0 1,1 fill #000000\n"},
-        {"of another kind", "<g id='f'/><rect width='1' height='1' filter='url(#f)'/>", "0,0 1,1 fill #000000\n"},
+        {"of another kind", "<g id='f'/><rect width='1' height='1' filter='url(#f)'/>",
+         "0,0 1,1 fill #000000\n"},
         {"without primitives", "<filter id='f'/><rect width='1' height='1' filter='url(#f)'/>", ""},
-        {"without area", "<filter id='f' width='0'><feTile/></filter><rect width='1' height='1' "
-         "filter='url(#f)'/>", ""},
+        {"without area",
+         "<filter id='f' width='0'><feTile/></filter><rect width='1' height='1' "
+         "filter='url(#f)'/>",
+         ""},
         {"box without area", "<filter id='f'><feTile/></filter><g filter='url(#f)'/>", ""},
         {"none", "<rect width='1' height='1' filter='none'/>", "0,0 1,1 fill #000000\n"},
         {"unreadable", "<rect width='1' height='1' filter='blur(1%)'/>", "0,0 1,1 fill #000000\n"},
@@ -199,13 +205,10 @@ TEST(FilterReaderTest, ImagesAreInputs) {
     const std::string filter =
         "<filter id='f' filterUnits='userSpaceOnUse' x='0' y='0' width='50' height='50'>";
     const std::string rect = "<rect width='1' height='1' filter='url(#f)'/>";
-    EXPECT_EQ(ContentOf("<rect id='e' width='5' height='5' fill='red' transform='translate(1)'/>" + filter +
-                        "<feImage href='#e' x='10'/></filter>" + rect)
-                  .substr(0, 2),
-              "  ");
-    EXPECT_EQ(ContentOf("<defs><rect id='e' width='5' height='5' fill='red' transform='translate(1)'/></defs>" +
-                        filter + "<feImage href='#e' x='10'/></filter>" + rect),
-              "  input\n    11,0 16,5 fill #ff0000\n  0,0 1,1 fill #000000\n");
+    EXPECT_EQ(
+        ContentOf("<defs><rect id='e' width='5' height='5' fill='red' transform='translate(1)'/></defs>" +
+                  filter + "<feImage href='#e' x='10'/></filter>" + rect),
+        "  input\n    11,0 16,5 fill #ff0000\n  0,0 1,1 fill #000000\n");
     EXPECT_EQ(ContentOf(filter + "<feImage href='#none'/></filter>" + rect),
               "  input\n  0,0 1,1 fill #000000\n");
     // What leads to the filter again is drawn without it.
