@@ -75,8 +75,8 @@ void TextDrawing::MakePaints(const Style& style, const DrawState& state, double 
 
 /// Draws a part of a text, or a line of its decoration, with all its paints.
 /// @param draw  draws with a fill, with a stroke, or with both
-template <class Draw>
-void TextDrawing::Paint(const Paints& paints, const DrawState& state, Draw draw) {
+template <class Action>
+void TextDrawing::Paint(const Paints& paints, const DrawState& state, Action draw) {
     using Kind = MadePaint::Kind;
     const ORVPrintFill* const fill = paints.hasFill ? &paints.inside : nullptr;
     const bool hasTiles = paints.fill.kind == Kind::kPattern;
@@ -107,8 +107,8 @@ void TextDrawing::Paint(const Paints& paints, const DrawState& state, Draw draw)
 }
 
 /// Shows a pattern where something is drawn.
-template <class Draw>
-void TextDrawing::PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Draw draw) {
+template <class Action>
+void TextDrawing::PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Action draw) {
     ORVPrintGenerator& generator = drawing_.generator_;
     ORVPrintLayer layer;
     layer.hasMask = true;

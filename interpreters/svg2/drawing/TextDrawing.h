@@ -21,10 +21,10 @@ private:
     void DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state);
     struct Paints;
     void MakePaints(const Style& style, const DrawState& state, double opacity, Paints& paints);
-    template <class Draw>
-    void Paint(const Paints& paints, const DrawState& state, Draw draw);
-    template <class Draw>
-    void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Draw draw);
+    template <class Action>
+    void Paint(const Paints& paints, const DrawState& state, Action draw);
+    template <class Action>
+    void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Action draw);
     void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state, double opacity);
     void DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state);
     bool DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
