@@ -19,8 +19,8 @@
 namespace {
 
 constexpr double kUserUnitsPerInch = 90.0;
-// Pixels of a filter that are in memory at the same time (8 bytes each): so many, or this multiple of what can
-// be seen of the page, but no more than that.
+// Pixels of a filter that are in memory at the same time (8 bytes each): so many, or this multiple of what
+// can be seen of the page, but no more than that.
 constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
 // Pixels that the filters of a page may touch: so many, and this multiple of the page's pixels.
 constexpr double kUsualWork = 3e8, kWorkOfPagePixel = 200.0;
@@ -60,9 +60,8 @@ std::vector<std::uint8_t> StraightBytes(const FilterPixels& pixels, bool& isBlan
             to[3] = static_cast<std::uint8_t>(byte);
             for (int i = 0; i < 3; ++i)
                 to[i] = static_cast<std::uint8_t>(
-                    opacity == kFilterFull
-                        ? (from[i] + kWidened / 2) / kWidened
-                        : std::min((from[i] * 255U + opacity / 2) / opacity, 255U));
+                    opacity == kFilterFull ? (from[i] + kWidened / 2) / kWidened
+                                           : std::min((from[i] * 255U + opacity / 2) / opacity, 255U));
         }
     }
     isBlank = seen == 0;
@@ -99,10 +98,7 @@ struct ORVFilterImages::Budget {
 };
 
 ORVFilterImages::ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options)
-    : target_(target),
-      options_(options),
-      ownBudget_(std::make_unique<Budget>()),
-      budget_(ownBudget_.get()) {}
+    : target_(target), options_(options), ownBudget_(std::make_unique<Budget>()), budget_(ownBudget_.get()) {}
 
 ORVFilterImages::ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options, Budget* budget)
     : target_(target), options_(options), budget_(budget) {}
@@ -161,8 +157,7 @@ int ORVFilterImages::BeginPage(const ORVPrintPageInfo& info) {
     if (ownBudget_) {
         const double scale = options_.dotsPerInch / kUserUnitsPerInch;
         const double allowed = kUsualWork + kWorkOfPagePixel * info.width * info.height * scale * scale;
-        ownBudget_->limit =
-            std::min(ownBudget_->spent + allowed, static_cast<double>(options_.paintLimit));
+        ownBudget_->limit = std::min(ownBudget_->spent + allowed, static_cast<double>(options_.paintLimit));
     }
     return target_.BeginPage(info);
 }
@@ -296,7 +291,8 @@ int ORVFilterImages::EndFilter() {
 }
 
 int ORVFilterImages::Refuse(const std::string& text) {
-    failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, "page " + std::to_string(pageNumber_) + " " + text);
+    failure_ =
+        ORVFailure::Of(ORVFailureReason::kNotDrawn, "page " + std::to_string(pageNumber_) + " " + text);
     return kDrawingFailed;
 }
 
@@ -333,10 +329,11 @@ int ORVFilterImages::DrawTaken() {
     FilterPixels source;
     const int drawn = DrawPixels(taken.content, taken.hasFilters, plan.grid, plan.source, source);
     if (drawn != kGeneratorDone) return drawn;
-    FilterRun run(filter, plan, std::move(source), [&](unsigned int number, const FilterBox& box, FilterPixels& pixels) {
-        if (number >= taken.inputs.size()) return static_cast<int>(kGeneratorDone);
-        return DrawPixels(taken.inputs[number], true, plan.grid, box, pixels);
-    });
+    FilterRun run(filter, plan, std::move(source),
+                  [&](unsigned int number, const FilterBox& box, FilterPixels& pixels) {
+                      if (number >= taken.inputs.size()) return static_cast<int>(kGeneratorDone);
+                      return DrawPixels(taken.inputs[number], true, plan.grid, box, pixels);
+                  });
     FilterPixels result;
     const int computed = run.Compute(result);
     return computed == kGeneratorDone ? Hand(result, plan.grid) : computed;
@@ -395,9 +392,11 @@ int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
     if (isBlank) return kGeneratorDone;
     const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(box.width, box.height, bytes));
     if (!image) throw std::bad_alloc();
-    const ORVMathAffine2D toPage =
-        grid.toPage * ORVMathAffine2D{static_cast<double>(box.width),  0.0, 0.0,
-                                      static_cast<double>(box.height), static_cast<double>(box.left),
-                                      static_cast<double>(box.top)};
+    const ORVMathAffine2D toPage = grid.toPage * ORVMathAffine2D{static_cast<double>(box.width),
+                                                                 0.0,
+                                                                 0.0,
+                                                                 static_cast<double>(box.height),
+                                                                 static_cast<double>(box.left),
+                                                                 static_cast<double>(box.top)};
     return target_.DrawImage({*image, toPage});
 }

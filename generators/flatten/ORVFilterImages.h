@@ -25,9 +25,9 @@ struct ORVFilterOptions {
     unsigned int threads = 0;  ///< that draw an image; 0 for as many as the machine has processors
 };
 
-/// Stands before a generator and does filters for it. Content of a filter is noted; when the filter ends, what
-/// can be seen of it is drawn on transparent pixels, which are filtered and handed on as one image. All else
-/// goes through as it came.
+/// Stands before a generator and does filters for it. Content of a filter is noted; when the filter ends,
+/// what can be seen of it is drawn on transparent pixels, which are filtered and handed on as one image. All
+/// else goes through as it came.
 ///
 /// A generator that has filters itself gets those that have no inputs. Groups in filters go through and then
 /// hold nothing.
@@ -87,8 +87,8 @@ private:
     ORVPrintGenerator& Record();
     int DrawTaken();
     bool FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content, FilterPlan& plan) const;
-    int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid,
-                   const FilterBox& box, FilterPixels& pixels);
+    int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid, const FilterBox& box,
+                   FilterPixels& pixels);
     int Hand(const FilterPixels& pixels, const FilterGrid& grid);
     int Refuse(const std::string& text);
 
@@ -100,10 +100,10 @@ private:
 
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
-    double imagePixels_ = 0.0;  // of the page so far
-    std::vector<ORVMathBox2D> shown_;  // of what is begun: what of the page can be seen
+    double imagePixels_ = 0.0;          // of the page so far
+    std::vector<ORVMathBox2D> shown_;   // of what is begun: what of the page can be seen
     std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
-    std::unique_ptr<Taken> taken_;     // null while none is
+    std::unique_ptr<Taken> taken_;      // null while none is
 
     // What content is drawn by, made when it is first needed. The inner stage is for filters in filters.
     ClearPixelSink* sink_ = nullptr;

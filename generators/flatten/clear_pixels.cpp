@@ -12,7 +12,8 @@ int ClearPixelSink::BeginPage(const RasterPageInfo& page) {
     return kGeneratorDone;
 }
 
-// Bands have rows of their own, so that threads do not meet. Blank ones stay as they are, which is transparent.
+// Bands have rows of their own, so that threads do not meet. Blank ones stay as they are, which is
+// transparent.
 void ClearPixelSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& /*bytes*/) const {
     if (band.isBlank) return;
     constexpr std::uint16_t kWidened = kFilterFull / 255;

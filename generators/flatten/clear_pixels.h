@@ -18,7 +18,9 @@ public:
 
     int BeginPage(const RasterPageInfo& page) override;
     void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const override;
-    int WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_t>& /*bytes*/) override { return 1; }
+    int WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_t>& /*bytes*/) override {
+        return 1;
+    }
     int EndPage() override { return 1; }
     int EndDocument() override { return 1; }
 

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "generators/common/lanes.h"
 #include "generators/raster/band_renderer.h"
 #include "generators/raster/blend_modes.h"
-#include "generators/common/lanes.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <utility>
 
-#include "generators/raster/band_renderer.h"
 #include "generators/common/lanes.h"
+#include "generators/raster/band_renderer.h"
 
 BandRenderer::MaskPlane& BandRenderer::PlaneOf(std::uint32_t mask) {
     // Of many outlines within each other, the innermost ones share a plane.

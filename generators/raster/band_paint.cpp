@@ -7,8 +7,8 @@
 #include <cstring>
 #include <utility>
 
-#include "generators/raster/band_renderer.h"
 #include "generators/common/lanes.h"
+#include "generators/raster/band_renderer.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstring>
 
-#include "generators/raster/curve_flattening.h"
 #include "generators/common/lanes.h"
+#include "generators/raster/curve_flattening.h"
 #include "platform/mathematics/constants.h"
 
 namespace {

@@ -101,7 +101,7 @@ void ORVSheetCanvas::AddInkSteps(std::vector<ORVPrintFilterStep>& steps) const {
     };
     constexpr double kRed = 77.0 / 256.0, kGreen = 150.0 / 256.0, kBlue = 29.0 / 256.0;  // of a grey
     const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
-    add(ORVFilterColours{{kRed, kGreen, kBlue, 0, 0, kRed, kGreen, kBlue, 0, 0,
+    add(ORVFilterColours{{kRed, kGreen, kBlue, 0, 0, kRed, kGreen, kBlue, 0,       0,
                           kRed, kGreen, kBlue, 0, 0, 0,    0,      0,     opacity, 0}});
     if (!ink_.AreAreasMono()) return;
     ORVFilterTransfer::Function sharp;

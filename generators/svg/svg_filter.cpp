@@ -41,9 +41,7 @@ void PutBox(std::string& text, const ORVMathBox2D& box) {
     Put(text, "height", box.yMax - box.yMin);
 }
 
-bool IsFinite(const ORVMathBox2D& box) {
-    return std::isfinite(box.xMin + box.xMax + box.yMin + box.yMax);
-}
+bool IsFinite(const ORVMathBox2D& box) { return std::isfinite(box.xMin + box.xMax + box.yMin + box.yMax); }
 
 std::string_view NameOf(ORVFilterChannel channel) {
     constexpr std::string_view kNames[]{"R", "G", "B", "A"};

@@ -35,7 +35,8 @@ const std::vector<RealDrawing> kDrawings{
      "a|b|c}\"]; y }"
      "x:p -> y [arrowhead=diamond]; y -> z [penwidth=3]; z [shape=doublecircle]; }"},
     {"GraphvizGradient", kDot,
-     "graph { node [fontname=\"DejaVu Sans\", style=filled, width=3, height=2]; a [fillcolor=\"red:yellow\", gradientangle=45];"
+     "graph { node [fontname=\"DejaVu Sans\", style=filled, width=3, height=2]; a [fillcolor=\"red:yellow\", "
+     "gradientangle=45];"
      "b [style=radial, fillcolor=\"white:blue\"]; a -- b; }"},
     {"GnuplotCurves", kGnuplot,
      "set terminal svg size 480,320 font 'DejaVu Sans,12' background 'white'; set grid; set title 'Curves';"

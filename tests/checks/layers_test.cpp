@@ -27,9 +27,10 @@ const Layers kDrawing{"platform/system", "platform/mathematics", "platform/visua
 const Layers kSvg{"interpreters/svg/state",      "interpreters/svg/values",   "interpreters/svg/definitions",
                   "interpreters/svg/style",      "interpreters/svg/geometry", "interpreters/svg/structure",
                   "interpreters/svg/interpreter"};
-const Layers kSvg2{"interpreters/svg2/values",  "interpreters/svg2/document",   "interpreters/svg2/css",
-                   "interpreters/svg2/tree",    "interpreters/svg2/paint",      "interpreters/svg2/text",
-                   "interpreters/svg2/filters", "interpreters/svg2/drawing",    "interpreters/svg2/interpreter"};
+const Layers kSvg2{
+    "interpreters/svg2/values",  "interpreters/svg2/document", "interpreters/svg2/css",
+    "interpreters/svg2/tree",    "interpreters/svg2/paint",    "interpreters/svg2/text",
+    "interpreters/svg2/filters", "interpreters/svg2/drawing",  "interpreters/svg2/interpreter"};
 const Layers kPixels = Below(kDrawing, {"generators/common", "generators/raster"});
 
 // Who may know whom, besides itself. A folder without a row of its own belongs to the one it lies in.

@@ -78,9 +78,9 @@ TEST(ORVPageRecordingTest, FiltersAreReplayedWholeWhereTheirResultsAre) {
     EXPECT_THAT(replay(BoxOf(55, 5, 70, 20), kAllPowers),
                 ElementsAre("filter 3 [1 0 0 1 0 0]", "input", "fill #000000 M0,0 L1,0 L1,1 L0,1 Z",
                             "end input", "fill #000000 M10,10 L15,10 L15,15 L10,15 Z", "end filter"));
-    EXPECT_THAT(replay(BoxOf(55, 5, 70, 20), 0),
-                ElementsAre("filter 3 [1 0 0 1 0 0]", "fill #000000 M10,10 L15,10 L15,15 L10,15 Z",
-                            "end filter"));
+    EXPECT_THAT(
+        replay(BoxOf(55, 5, 70, 20), 0),
+        ElementsAre("filter 3 [1 0 0 1 0 0]", "fill #000000 M10,10 L15,10 L15,15 L10,15 Z", "end filter"));
     EXPECT_THAT(replay(BoxOf(5, 5, 20, 20), kAllPowers), IsEmpty());
     EXPECT_THAT(replay(BoxOf(55, 50, 70, 60), kAllPowers), IsEmpty());
 }

@@ -51,7 +51,8 @@ int CheckingGenerator::EndClip() {
 }
 
 unsigned int CheckingGenerator::GetPowers() const {
-    return target_ ? target_->GetPowers() : kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
+    return target_ ? target_->GetPowers()
+                   : kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
 }
 
 int CheckingGenerator::BeginClipPath(const ORVPrintClipPath& clip) {
@@ -114,7 +115,8 @@ int CheckingGenerator::EndFilter() {
 }
 
 int CheckingGenerator::BeginFilterInput() {
-    Expect(inputsExpected_ > 0 && !hasFailed_ && open_.back() == Part::kFilter, "an input without its filter");
+    Expect(inputsExpected_ > 0 && !hasFailed_ && open_.back() == Part::kFilter,
+           "an input without its filter");
     if (inputsExpected_ > 0) --inputsExpected_;
     pendingInputs_.push_back(std::exchange(inputsExpected_, 0));
     const int result = target_ ? target_->BeginFilterInput() : 1;

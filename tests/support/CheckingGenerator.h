@@ -74,7 +74,7 @@ private:
     std::vector<const void*> symbols_;
     bool hasFailed_ = false;
     std::vector<unsigned int> pendingInputs_;  // of filters around open inputs
-    unsigned int inputsExpected_ = 0;  // of the filter that has just begun
-    bool expectsMask_ = false;  // of the layer that has just begun
+    unsigned int inputsExpected_ = 0;          // of the filter that has just begun
+    bool expectsMask_ = false;                 // of the layer that has just begun
     std::string fault_;
 };

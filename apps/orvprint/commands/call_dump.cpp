@@ -236,9 +236,9 @@ int CallDump::BeginMask(const ORVPrintMask& mask) {
 void CallDump::WriteStep(const ORVPrintFilterStep& step) {
     // In the order of the operations.
     constexpr std::array<const char*, std::variant_size_v<ORVFilterOperation>> kNames{
-        "nothing",   "pass",       "blur",   "offset",      "flood",      "merge",
-        "shadow",    "blend",      "composite", "colour-matrix", "transfer", "convolution",
-        "morphology", "tile",      "turbulence", "displacement", "lighting", "input"};
+        "nothing",    "pass",  "blur",       "offset",        "flood",    "merge",
+        "shadow",     "blend", "composite",  "colour-matrix", "transfer", "convolution",
+        "morphology", "tile",  "turbulence", "displacement",  "lighting", "input"};
     json_.BeginObject();
     json_.Key("operation");
     json_.Text(kNames[step.operation.index()]);

@@ -116,9 +116,9 @@ FilterReader::Definition FilterReader::Define(ElementIndex filter) const {
     constexpr std::size_t kLongestChain = 256;
     std::vector<ElementIndex> chain;
     bool hasUnits = false, hasPrimitiveUnits = false;
-    for (ElementIndex next = filter; next != kNoElement && chain.size() < kLongestChain &&
-                                     document_[next].tag == Tag::kFilter &&
-                                     std::find(chain.begin(), chain.end(), next) == chain.end();
+    for (ElementIndex next = filter;
+         next != kNoElement && chain.size() < kLongestChain && document_[next].tag == Tag::kFilter &&
+         std::find(chain.begin(), chain.end(), next) == chain.end();
          next = document_.FindByReference(Trim(document_.ValueOf(next, Name::kHref)))) {
         chain.push_back(next);
         for (std::size_t i = 0; i < std::size(kPlaces); ++i)
@@ -126,7 +126,8 @@ FilterReader::Definition FilterReader::Define(ElementIndex filter) const {
                 definition.places[i] = next;
         if (!hasUnits && (hasUnits = document_.Find(next, Name::kFilterUnits).has_value()))
             definition.units = scene_.UnitsOf(next, Name::kFilterUnits, Units::kBoundingBox);
-        if (!hasPrimitiveUnits && (hasPrimitiveUnits = document_.Find(next, Name::kPrimitiveUnits).has_value()))
+        if (!hasPrimitiveUnits &&
+            (hasPrimitiveUnits = document_.Find(next, Name::kPrimitiveUnits).has_value()))
             definition.primitiveUnits = scene_.UnitsOf(next, Name::kPrimitiveUnits, Units::kUserSpace);
         if (definition.content == kNoElement && HasPrimitives(document_, next)) definition.content = next;
     }

@@ -18,23 +18,23 @@ namespace svg2 {
 /// An "feImage" element, whose content has to be drawn.
 struct FilterImage {
     ElementIndex element = kNoElement;
-    Rectangle subregion;                       ///< in the user units of the filtered element
-    bool hasX = false, hasY = false;           ///< whether the subregion's corner is stated
+    Rectangle subregion;              ///< in the user units of the filtered element
+    bool hasX = false, hasY = false;  ///< whether the subregion's corner is stated
 };
 
 /// What the "filter" property of an element says.
 struct FilterDescription {
     std::vector<ORVPrintFilterStep> steps;
-    ORVMathBox2D region;                  ///< what of the content counts, in user units; may be infinite
-    std::vector<FilterImage> images;      ///< in the order of the steps' inputs
-    std::vector<ElementIndex> filters;    ///< elements that it refers to
+    ORVMathBox2D region;                ///< what of the content counts, in user units; may be infinite
+    std::vector<FilterImage> images;    ///< in the order of the steps' inputs
+    std::vector<ElementIndex> filters;  ///< elements that it refers to
 };
 
 /// What becomes of an element that has a "filter" property.
 enum class FilterEffect : std::uint8_t {
-    kNone,      ///< is drawn as though it had none
-    kHides,     ///< is not drawn
-    kFilters,   ///< is filtered
+    kNone,     ///< is drawn as though it had none
+    kHides,    ///< is not drawn
+    kFilters,  ///< is filtered
 };
 
 /// Reads filters: lists of functions and references, "filter" elements with their templates and primitives.
@@ -52,7 +52,7 @@ public:
 private:
     /// A "filter" element with what it borrows from others.
     struct Definition {
-        ElementIndex content = kNoElement;   ///< whose children are the primitives
+        ElementIndex content = kNoElement;  ///< whose children are the primitives
         Units units = Units::kBoundingBox, primitiveUnits = Units::kUserSpace;
         ElementIndex places[4] = {kNoElement, kNoElement, kNoElement, kNoElement};
     };

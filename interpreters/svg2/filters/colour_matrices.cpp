@@ -51,10 +51,9 @@ ColourMatrix HueRotateMatrix(double degrees) {
     const double radians = degrees * std::numbers::pi / 180.0;
     const double c = std::cos(radians), s = std::sin(radians);
     const auto& [r, g, b] = kLight;
-    return OfColours(
-        {{r + c * (1 - r) - s * r, g - c * g - s * g, b - c * b + s * (1 - b)},
-         {r - c * r + s * 0.143, g + c * (1 - g) + s * 0.140, b - c * b - s * 0.283},
-         {r - c * r - s * (1 - r), g - c * g + s * g, b + c * (1 - b) + s * b}});
+    return OfColours({{r + c * (1 - r) - s * r, g - c * g - s * g, b - c * b + s * (1 - b)},
+                      {r - c * r + s * 0.143, g + c * (1 - g) + s * 0.140, b - c * b - s * 0.283},
+                      {r - c * r - s * (1 - r), g - c * g + s * g, b + c * (1 - b) + s * b}});
 }
 
 ColourMatrix LuminanceToAlphaMatrix() {
@@ -84,8 +83,7 @@ ColourMatrix OpacityMatrix(double amount) {
 }
 
 ColourMatrix SepiaMatrix(double amount) {
-    constexpr double kSepia[3][3] = {
-        {0.393, 0.769, 0.189}, {0.349, 0.686, 0.168}, {0.272, 0.534, 0.131}};
+    constexpr double kSepia[3][3] = {{0.393, 0.769, 0.189}, {0.349, 0.686, 0.168}, {0.272, 0.534, 0.131}};
     return Mixed(kSame, kSepia, amount);
 }
 

@@ -65,8 +65,12 @@ constexpr Word<ORVPrintBlendMode> kBlendModes[] = {
 
 using Operator = ORVFilterComposite::Operator;
 constexpr Word<Operator> kOperators[] = {
-    {"over", Operator::kOver}, {"in", Operator::kIn},           {"out", Operator::kOut},
-    {"atop", Operator::kAtop}, {"xor", Operator::kXor},         {"lighter", Operator::kLighter},
+    {"over", Operator::kOver},
+    {"in", Operator::kIn},
+    {"out", Operator::kOut},
+    {"atop", Operator::kAtop},
+    {"xor", Operator::kXor},
+    {"lighter", Operator::kLighter},
     {"arithmetic", Operator::kArithmetic},
 };
 
@@ -294,7 +298,8 @@ ORVFilterOperation FilterReader::MakeConvolution(ElementIndex element) const {
         {"duplicate", Edges::kDuplicate}, {"wrap", Edges::kWrap}, {"none", Edges::kNone}};
     constexpr double kLargestOrder = 1000.0;
     double columns = 3.0, rows = 3.0;
-    if (const auto order = document_.Find(element, Name::kOrder); order && ReadPair(*order, columns, rows) == 0)
+    if (const auto order = document_.Find(element, Name::kOrder);
+        order && ReadPair(*order, columns, rows) == 0)
         return ORVFilterNothing{};
     const auto isOrder = [&](double order) {
         return order >= 1.0 && order <= kLargestOrder && order == std::floor(order);
@@ -369,7 +374,8 @@ ORVFilterOperation FilterReader::MakeLighting(ElementIndex element) {
     ORVFilterLighting made;
     made.isSpecular = document_[element].tag == Tag::kFeSpecularLighting;
     made.surfaceScale = NumberOf(element, Name::kSurfaceScale, 1.0);
-    made.constant = NumberOf(element, made.isSpecular ? Name::kSpecularConstant : Name::kDiffuseConstant, 1.0);
+    made.constant =
+        NumberOf(element, made.isSpecular ? Name::kSpecularConstant : Name::kDiffuseConstant, 1.0);
     if (made.constant < 0.0) made.constant = 1.0;
     made.exponent = NumberOf(element, Name::kSpecularExponent, 1.0);
     constexpr double kLeastExponent = 1.0, kGreatestExponent = 128.0;

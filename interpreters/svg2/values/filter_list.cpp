@@ -93,9 +93,9 @@ bool TakeArgument(Scanner& scanner, Argument argument, const UnitSizes& sizes, F
 
 bool ReadFunction(std::string_view name, std::string_view inside, const UnitSizes& sizes,
                   FilterFunction& function) {
-    const auto* const row = std::find_if(
-        std::begin(kFunctions), std::end(kFunctions),
-        [&](const FunctionRow& candidate) { return EqualsIgnoringCase(name, candidate.name); });
+    const auto* const row =
+        std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                     [&](const FunctionRow& candidate) { return EqualsIgnoringCase(name, candidate.name); });
     if (row == std::end(kFunctions)) return false;
     function.kind = row->kind;
     function.amount = row->byDefault;

@@ -27,11 +27,11 @@ struct FilterFunction {
         kSepia,
     };
     Kind kind = Kind::kReference;
-    std::string_view reference;      ///< identifier; empty when it leads out of the document
-    double amount = 1.0;             ///< 1 for 100 %; of kHueRotate, degrees
-    double deviation = 0.0;          ///< of kBlur and kDropShadow, px, not negative
-    double dx = 0.0, dy = 0.0;       ///< of kDropShadow, px
-    std::optional<Colour> colour;    ///< of kDropShadow; nothing for the current one
+    std::string_view reference;    ///< identifier; empty when it leads out of the document
+    double amount = 1.0;           ///< 1 for 100 %; of kHueRotate, degrees
+    double deviation = 0.0;        ///< of kBlur and kDropShadow, px, not negative
+    double dx = 0.0, dy = 0.0;     ///< of kDropShadow, px
+    std::optional<Colour> colour;  ///< of kDropShadow; nothing for the current one
 };
 
 /// Reads the value of the "filter" property; "none" is an empty list.

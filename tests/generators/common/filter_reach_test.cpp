@@ -13,8 +13,7 @@ constexpr ORVMathBox2D kContent{10, 20, 10, 20}, kRegion{0, 100, 0, 100};
 constexpr int kSource = ORVPrintFilterStep::kSource;
 
 ORVMathBox2D Reach(const ORVFilterOperation& operation, std::size_t inputs, const ORVMathBox2D& region) {
-    const std::vector<ORVPrintFilterStep> steps{
-        {operation, std::vector<int>(inputs, kSource), true, region}};
+    const std::vector<ORVPrintFilterStep> steps{{operation, std::vector<int>(inputs, kSource), true, region}};
     return ORVReachOfFilter({steps, region, {}, 0}, kContent);
 }
 

@@ -63,9 +63,10 @@ public:
         const auto fromPage = image.toPage.Inverse();
         const ORVMathPoint2D p = (*fromPage)({x, y});
         if (!(p.x >= 0.0 && p.x < 1.0 && p.y >= 0.0 && p.y < 1.0)) return {};
-        const auto at = (static_cast<std::size_t>(p.y * image.height) * static_cast<std::size_t>(image.width) +
-                         static_cast<std::size_t>(p.x * image.width)) *
-                        4;
+        const auto at =
+            (static_cast<std::size_t>(p.y * image.height) * static_cast<std::size_t>(image.width) +
+             static_cast<std::size_t>(p.x * image.width)) *
+            4;
         return {image.pixels[at], image.pixels[at + 1], image.pixels[at + 2], image.pixels[at + 3]};
     }
 
@@ -114,8 +115,8 @@ TEST_F(ORVFilterImagesTest, OtherContentGoesThroughAsItIs) {
     staged.SetPowers(0);
     ORVFilterImages stage(staged, Options());
     EXPECT_EQ(stage.GetPowers(), ORVPrintGenerator::kFilters);
-    for (ORVPrintGenerator* to : {static_cast<ORVPrintGenerator*>(&plain),
-                                  static_cast<ORVPrintGenerator*>(&stage)}) {
+    for (ORVPrintGenerator* to :
+         {static_cast<ORVPrintGenerator*>(&plain), static_cast<ORVPrintGenerator*>(&stage)}) {
         ASSERT_EQ(to->BeginDocument({}), 1);
         ASSERT_EQ(to->BeginPage(PageInfo(10, 10)), 1);
         ASSERT_EQ(to->BeginClip({0, 5, 0, 5}), 1);
