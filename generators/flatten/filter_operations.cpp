@@ -73,6 +73,14 @@ FilterConvolution InPixels(const ORVFilterConvolution& convolution, const Filter
     return made;
 }
 
+/// Pixels of the device in one of 1/96 inch.
+static double PixelsInPx(const FilterGrid& grid) {
+    constexpr double kPageUnitsInPx = 90.0 / 96.0;
+    const ORVMathAffine2D& map = grid.toPage;
+    const double squares = map.m11 * map.m11 + map.m12 * map.m12 + map.m21 * map.m21 + map.m22 * map.m22;
+    return squares > 0.0 ? kPageUnitsInPx / std::sqrt(squares / 2.0) : 1.0;
+}
+
 FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& grid, const FilterBox& area) {
     FilterLighting made;
     const ORVMathPoint2D place = grid.fromUser({lighting.x, lighting.y});
@@ -93,7 +101,9 @@ FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& gri
     light.hasCone = std::isfinite(lighting.coneAngle);
     light.coneAngle = light.hasCone ? lighting.coneAngle : 0.0;
     made.colour = ColourOf(lighting.colour);
-    made.surfaceScale = lighting.surfaceScale;
+    // Slopes go from pixel to pixel and are flatter on finer devices. The surface is the one that a screen
+    // shows.
+    made.surfaceScale = lighting.surfaceScale * PixelsInPx(grid);
     made.constant = lighting.constant;
     made.isSpecular = lighting.isSpecular;
     made.exponent = lighting.exponent;

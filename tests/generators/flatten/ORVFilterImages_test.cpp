@@ -220,6 +220,27 @@ TEST_F(ORVFilterImagesTest, InputsAreDrawnOnTheSamePixels) {
     EXPECT_THAT(page_.At(15, 15), ElementsAre(0, 0, 0, 0));
 }
 
+// Slopes go from pixel to pixel, of which a finer device has more.
+TEST_F(ORVFilterImagesTest, LitSurfacesLookAlikeAtAnyResolution) {
+    ORVFilterLighting lighting;
+    lighting.surfaceScale = 8.0;
+    lighting.colour = {255, 255, 255, 255};
+    lighting.elevation = 45.0;
+    std::vector<int> levels;
+    for (const double dotsPerInch : {96.0, 288.0}) {
+        page_ = {};
+        Begin(dotsPerInch);
+        BeginFilter({Step(ORVFilterBlur{6.0, 6.0}), Step(lighting, {0})});
+        Fill(30, 0, 100, 100);
+        EndFilter();
+        const std::vector<int> slope = page_.At(30, 50), flat = page_.At(80, 50);
+        ASSERT_EQ(slope.size(), 4U);
+        EXPECT_LT(slope[0] + 20, flat[0]);
+        levels.push_back(slope[0]);
+    }
+    EXPECT_NEAR(levels[0], levels[1], 5);
+}
+
 TEST_F(ORVFilterImagesTest, TilesRepeatTheirSubregionWithItsTransparentParts) {
     Begin();
     const ORVMathBox2D tile{0, 20, 0, 10};
