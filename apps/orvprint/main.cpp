@@ -231,8 +231,9 @@ int Run(int argc, char** argv) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
-    app.add_option("-o,--output", print.output,
-                   "Output file, - for standard output (default for one drawing: its name, in this folder)")
+    app.add_option(
+           "-o,--output", print.output,
+           "Output file, - for standard output (default for one drawing: NAME.pdf in the current folder)")
         ->option_text("FILE");
     bool mayReplace = false;
     app.add_flag("--force", mayReplace, "Without -o: replace a file that exists");

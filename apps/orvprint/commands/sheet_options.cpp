@@ -162,10 +162,9 @@ void AddSheetOptions(CLI::App& command, SheetArguments& arguments) {
         ->option_text("SCALE")
         ->group(kGroup);
     command
-        .add_option(
-            "--margin", arguments.margin,
-            "White edge, such as 10mm: one length, two (top and bottom, sides) or four (clockwise from "
-            "the top)")
+        .add_option("--margin", arguments.margin,
+                    "Margin, such as 10mm: one length, two (top and bottom, sides) or four (clockwise from "
+                    "the top)")
         ->option_text("LENGTH[,LENGTH...]")
         ->group(kGroup);
     command
@@ -189,7 +188,7 @@ void AddSheetOptions(CLI::App& command, SheetArguments& arguments) {
     command.add_flag("--grey,--gray", arguments.isGrey, "Print in greys")->group(kGroup);
     command.add_flag("--mono", arguments.isMono, "Print in black and white: lines and text in black")
         ->group(kGroup);
-    command.add_option("--stroke-scale", arguments.strokeScale, "Multiply the width of all lines by N")
+    command.add_option("--stroke-scale", arguments.strokeScale, "Multiply the width of all lines")
         ->option_text("FACTOR")
         ->group(kGroup);
     command
