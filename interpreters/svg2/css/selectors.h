@@ -75,7 +75,7 @@ public:
     /// @param work      takes a step for each element that is looked at; must outlive this object
     SelectorMatcher(const Document& document, StyleWork& work) : document_(document), work_(work) {}
 
-    /// False without a look once the work is spent.
+    /// False without a look once the budget is used up.
     bool Matches(ElementIndex element, const Selector& selector);
 
 private:
