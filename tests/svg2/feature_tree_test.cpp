@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "generators/common/ORVOutput.h"
+#include "generators/flatten/ORVFilterImages.h"
 #include "generators/png/ORVPngGenerator.h"
 #include "interpreters/svg2/interpreter/factories.h"
 #include "platform/print/ORVPrintInputFileStream.h"
@@ -65,7 +66,10 @@ Image DrawPage(const fs::path& file) {
     options.dotsPerInch = width / kUnitsPerInch > kWidest ? 48.0 : 96.0;
     ORVMemoryOutput output;
     ORVPngGenerator generator(output, options);
-    if (interpreter->Print(&generator, ORVPrintParameters()) != 1) return {};
+    ORVFilterOptions filters;
+    filters.dotsPerInch = options.dotsPerInch;
+    ORVFilterImages stage(generator, filters);
+    if (interpreter->Print(&stage, ORVPrintParameters()) != 1) return {};
     return ReadPng(output.GetBytes());
 }
 
