@@ -161,7 +161,7 @@ template <bool kEqual>
 void BoxColumns::Sum(const std::uint16_t* const (*taps)[kTaps], std::uint16_t* const* out) {
     const BoxMean mean(kernel_);
     std::uint32_t* sums = sums_.data();
-    for (int i = 0; i < count_; i += kLanes, sums += 3 * kLanes) {
+    for (int i = 0; i < count_; i += kLanes, sums += std::ptrdiff_t{3} * kLanes) {
         RunningSums low{LoadLanes<Lanes>(sums), LoadLanes<Lanes>(sums + 4), LoadLanes<Lanes>(sums + 8)};
         RunningSums high{LoadLanes<Lanes>(sums + 12), LoadLanes<Lanes>(sums + 16),
                          LoadLanes<Lanes>(sums + 20)};

@@ -58,7 +58,7 @@ public:
 private:
     void SetDirection(int place, int channel, RandomNumbers& numbers) {
         const auto part = [&] {
-            return static_cast<double>(numbers.Next() % (2 * kPlaces) - kPlaces) / kPlaces;
+            return static_cast<double>(numbers.Next() % (2L * kPlaces) - kPlaces) / kPlaces;
         };
         const double x = part(), y = part(), length = std::hypot(x, y);
         const auto i = static_cast<std::size_t>(place);
