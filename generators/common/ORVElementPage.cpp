@@ -9,15 +9,6 @@
 
 namespace {
 
-ORVMathBox2D Cut(const ORVMathBox2D& a, const ORVMathBox2D& b) {
-    ORVMathBox2D both;
-    both.xMin = std::max(a.xMin, b.xMin);
-    both.xMax = std::min(a.xMax, b.xMax);
-    both.yMin = std::max(a.yMin, b.yMin);
-    both.yMax = std::min(a.yMax, b.yMax);
-    return both.xMin <= both.xMax && both.yMin <= both.yMax ? both : ORVMathBox2D();
-}
-
 ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
     const ORVPrintFill inside;
     return ORVVisibleBox(ORVPrintShape{clip.path, clip.toPage, &inside, nullptr});
@@ -79,7 +70,8 @@ int ORVElementPage::EndGroup() {
 }
 
 void ORVElementPage::BeginRegion(const ORVMathBox2D& box) {
-    if (place_ == Place::kElement) regions_.push_back(regions_.empty() ? box : Cut(regions_.back(), box));
+    if (place_ == Place::kElement)
+        regions_.push_back(regions_.empty() ? box : regions_.back().Intersection(box));
 }
 
 void ORVElementPage::EndRegion() {
@@ -127,7 +119,8 @@ int ORVElementPage::BeginMask(const ORVPrintMask& mask) {
     ORVPrintGenerator* const to = Receiver();
     if (!to) return kSkipMask;
     // The mask's layer ends where its mask does.
-    if (place_ == Place::kElement && !regions_.empty()) regions_.back() = Cut(regions_.back(), mask.box);
+    if (place_ == Place::kElement && !regions_.empty())
+        regions_.back() = regions_.back().Intersection(mask.box);
     const int result = to->BeginMask(mask);
     if (result == kGeneratorDone) ++openMasks_;
     return result;
@@ -180,7 +173,8 @@ int ORVElementPage::EndFilterInput() {
 }
 
 void ORVElementPage::Show(const ORVMathBox2D& box) {
-    if (openMasks_ == 0 && !box.IsEmpty()) shown_.Unite(regions_.empty() ? box : Cut(regions_.back(), box));
+    if (openMasks_ == 0 && !box.IsEmpty())
+        shown_.Unite(regions_.empty() ? box : box.Intersection(regions_.back()));
 }
 
 template <class Call>

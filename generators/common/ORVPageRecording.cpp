@@ -86,15 +86,6 @@ std::uint64_t ContentHash(std::span<const ORVPrintGradientStop> stops) {
     return hash;
 }
 
-ORVMathBox2D Intersection(const ORVMathBox2D& a, const ORVMathBox2D& b) {
-    ORVMathBox2D both;
-    both.xMin = std::max(a.xMin, b.xMin);
-    both.xMax = std::min(a.xMax, b.xMax);
-    both.yMin = std::max(a.yMin, b.yMin);
-    both.yMax = std::min(a.yMax, b.yMax);
-    return both.IsEmpty() || both.yMin > both.yMax ? ORVMathBox2D() : both;
-}
-
 std::uint32_t Last(std::size_t size) { return static_cast<std::uint32_t>(size - 1); }
 
 }  // namespace
@@ -163,8 +154,8 @@ int ORVPageRecording::EndPart(Kind kind) {
 ORVPageRecording::Box ORVPageRecording::ShownBox(const Call& part) const {
     switch (part.kind) {
         case Kind::kBeginClipPath:
-            return Extent(Intersection(part.box.Whole(), ClipBox(clipPaths_[part.index])));
-        case Kind::kBeginLayer: return Extent(Intersection(part.box.Whole(), layers_[part.index].box));
+            return Extent(part.box.Whole().Intersection(ClipBox(clipPaths_[part.index])));
+        case Kind::kBeginLayer: return Extent(part.box.Whole().Intersection(layers_[part.index].box));
         case Kind::kBeginMask:
         case Kind::kBeginFilterInput: return {};
         case Kind::kBeginFilter:

@@ -77,7 +77,7 @@ public:
     ORVMathBox2D operator()(const ORVFilterComposite& composite) const {
         using Operator = ORVFilterComposite::Operator;
         switch (composite.kind) {
-            case Operator::kIn: return ORVCutBox(Input(0), Input(1));
+            case Operator::kIn: return Input(0).Overlap(Input(1));
             case Operator::kOut: return Input(0);
             case Operator::kAtop: return Input(1);
             case Operator::kArithmetic:
@@ -118,22 +118,13 @@ private:
 
 }  // namespace
 
-ORVMathBox2D ORVCutBox(const ORVMathBox2D& a, const ORVMathBox2D& b) {
-    ORVMathBox2D both;
-    both.xMin = std::max(a.xMin, b.xMin);
-    both.xMax = std::min(a.xMax, b.xMax);
-    both.yMin = std::max(a.yMin, b.yMin);
-    both.yMax = std::min(a.yMax, b.yMax);
-    return both.xMin < both.xMax && both.yMin < both.yMax ? both : ORVMathBox2D();
-}
-
 std::vector<ORVMathBox2D> ORVExtentsOfFilter(const ORVPrintFilter& filter, const ORVMathBox2D& content) {
-    const ORVMathBox2D source = ORVCutBox(content, filter.region);
+    const ORVMathBox2D source = content.Overlap(filter.region);
     std::vector<ORVMathBox2D> extents;
     extents.reserve(filter.steps.size());
     for (const ORVPrintFilterStep& step : filter.steps)
         extents.push_back(
-            ORVCutBox(std::visit(ExtentOf(step, extents, source), step.operation), step.subregion));
+            std::visit(ExtentOf(step, extents, source), step.operation).Overlap(step.subregion));
     return extents;
 }
 

@@ -12,6 +12,3 @@ std::vector<ORVMathBox2D> ORVExtentsOfFilter(const ORVPrintFilter& filter, const
 /// What of the page a filter shows anything on, at most.
 /// @param content  what of the page its content would show anything on
 ORVMathBox2D ORVReachOfFilter(const ORVPrintFilter& filter, const ORVMathBox2D& content);
-
-/// What boxes have in common; empty for nothing. Boxes may be infinite.
-ORVMathBox2D ORVCutBox(const ORVMathBox2D& a, const ORVMathBox2D& b);

@@ -94,6 +94,17 @@ struct ORVMathBox2D {
         yMin = other.yMin < yMin ? other.yMin : yMin;
         yMax = other.yMax > yMax ? other.yMax : yMax;
     }
+    /// What both boxes cover, perhaps an edge or a corner; empty when they do not touch.
+    ORVMathBox2D Intersection(const ORVMathBox2D& other) const {
+        const ORVMathBox2D both{other.xMin > xMin ? other.xMin : xMin, other.xMax < xMax ? other.xMax : xMax,
+                                other.yMin > yMin ? other.yMin : yMin, other.yMax < yMax ? other.yMax : yMax};
+        return both.xMin <= both.xMax && both.yMin <= both.yMax ? both : ORVMathBox2D();
+    }
+    /// The same, but empty when they have no area in common.
+    ORVMathBox2D Overlap(const ORVMathBox2D& other) const {
+        const ORVMathBox2D both = Intersection(other);
+        return both.xMin < both.xMax && both.yMin < both.yMax ? both : ORVMathBox2D();
+    }
     /// The box around where its corners go; empty when it is.
     ORVMathBox2D MappedBy(const ORVMathAffine2D& map) const {
         ORVMathBox2D mapped;

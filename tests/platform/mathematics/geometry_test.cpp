@@ -65,6 +65,31 @@ TEST(BoxTest, TheUnionReachesAroundBoth) {
     ExpectBox(none, -1.0, 2.0, 0.0, 3.0);
 }
 
+TEST(BoxTest, CutsToWhatIsCommon) {
+    constexpr ORVMathBox2D kBox{0.0, 10.0, 0.0, 20.0};
+    struct Row {
+        const char* name;
+        ORVMathBox2D other, intersection, overlap;
+    };
+    for (const Row& row : {
+             Row{"corner", {5, 15, -5, 5}, {5, 10, 0, 5}, {5, 10, 0, 5}},
+             Row{"within", {1, 2, 3, 4}, {1, 2, 3, 4}, {1, 2, 3, 4}},
+             Row{"edges that touch", {10, 15, 0, 20}, {10, 10, 0, 20}, {}},
+             Row{"a line within", {5, 5, 0, 20}, {5, 5, 0, 20}, {}},
+             Row{"apart across", {11, 15, 0, 20}, {}, {}},
+             Row{"apart down", {0, 10, 21, 25}, {}, {}},
+             Row{"nothing", {}, {}, {}},
+         }) {
+        SCOPED_TRACE(row.name);
+        const auto same = [](const ORVMathBox2D& a, const ORVMathBox2D& b) {
+            return a.xMin == b.xMin && a.xMax == b.xMax && a.yMin == b.yMin && a.yMax == b.yMax;
+        };
+        EXPECT_TRUE(same(kBox.Intersection(row.other), row.intersection));
+        EXPECT_TRUE(same(row.other.Intersection(kBox), row.intersection));
+        EXPECT_TRUE(same(kBox.Overlap(row.other), row.overlap));
+    }
+}
+
 TEST(BoxTest, AMappedBoxReachesAroundItsFourCorners) {
     constexpr ORVMathBox2D kBox{1.0, 2.0, 10.0, 20.0};
     ExpectBox(kBox.MappedBy({0.0, -1.0, 1.0, 0.0, 0.0, 0.0}), -20.0, -10.0, 1.0, 2.0);
