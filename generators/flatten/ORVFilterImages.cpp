@@ -18,14 +18,15 @@
 
 namespace {
 
-constexpr double kUserUnitsPerInch = 90.0;
+constexpr double kUserUnitsPerInch = 90.0, kPxPerInch = 96.0;
 // Pixels of a filter that are in memory at the same time (8 bytes each): so many, or this multiple of what
 // can be seen of the page, but no more than that.
 constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
 // Pixels that the filters of a page may touch: so many, and this multiple of the page's pixels.
-constexpr double kUsualWork = 3e8, kWorkOfPagePixel = 200.0;
-// Of a filter, however small.
-constexpr double kFilterWork = 20'000.0;
+constexpr double kUsualWork = 1e9, kWorkOfPagePixel = 400.0;
+// Of a filter, however small, and of each pixel that is drawn for it or handed on: to be painted, converted,
+// sampled.
+constexpr double kFilterWork = 50'000.0, kWorkOfPixel = 40.0;
 // Pixels of the images of a page, which are kept until it ends: so many, or this multiple of the page's.
 constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
 // Filters within each other.
@@ -131,7 +132,7 @@ template <class Call>
 int ORVFilterImages::BeginPart(const ORVMathBox2D& box, Call call) {
     if (taken_) return Pass(call);
     return Guard([&] {
-        shown_.push_back(ORVCutBox(Shown(), box));
+        shown_.push_back(Shown().Overlap(box));
         return call(target_);
     });
 }
@@ -307,7 +308,8 @@ bool ORVFilterImages::FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& 
     double scale = full;
     constexpr int kMostTries = 8;
     for (int i = 0; i < kMostTries; ++i) {
-        const FilterGrid grid = FilterGrid::Make(filter.toPage, scale);
+        FilterGrid grid = FilterGrid::Make(filter.toPage, scale);
+        grid.pixelsInPx = scale / SymbolScale() * unitsPerInch_ / kPxPerInch;
         plan = FilterPlan::Make(filter, grid, shown, content);
         if (plan.pixels <= most) return true;
         scale *= std::sqrt(most / plan.pixels) * 0.99;
@@ -323,7 +325,8 @@ int ORVFilterImages::DrawTaken() {
     FilterPlan plan;
     if (!FitPlan(filter, whole, plan)) return Refuse("has a filter that takes too much memory");
     if (plan.results.empty() || plan.results.back().IsEmpty()) return kGeneratorDone;
-    budget_->spent += plan.work + kFilterWork;
+    budget_->spent +=
+        plan.work + kFilterWork + kWorkOfPixel * (plan.source.Area() + plan.results.back().Area());
     if (!(budget_->spent <= budget_->limit))
         return Refuse("has filters that take too much work; use a lower resolution or simpler filters");
     FilterPixels source;
@@ -358,6 +361,7 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
         inPixels.dotsPerInch = kUserUnitsPerInch;
         inner_.reset(new ORVFilterImages(*raster_, inPixels, budget_));
     }
+    if (hasFilters) inner_->unitsPerInch_ = grid.pixelsInPx * kPxPerInch;
     ORVPrintGenerator& to = hasFilters ? static_cast<ORVPrintGenerator&>(*inner_) : *raster_;
     ORVPrintPageInfo info;
     info.number = pageNumber_;

@@ -101,6 +101,7 @@ private:
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
     double imagePixels_ = 0.0;          // of the page so far
+    double unitsPerInch_ = 90.0;        // of the page, whose units are pixels within another filter
     std::vector<ORVMathBox2D> shown_;   // of what is begun: what of the page can be seen
     std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
     std::unique_ptr<Taken> taken_;      // null while none is

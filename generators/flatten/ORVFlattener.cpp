@@ -32,15 +32,6 @@ constexpr unsigned int kMostImages = 256;
 constexpr std::size_t kMostAwaited = 16;
 constexpr double kSmallArea = 400.0;
 
-ORVMathBox2D Cut(const ORVMathBox2D& a, const ORVMathBox2D& b) {
-    ORVMathBox2D both;
-    both.xMin = std::max(a.xMin, b.xMin);
-    both.xMax = std::min(a.xMax, b.xMax);
-    both.yMin = std::max(a.yMin, b.yMin);
-    both.yMax = std::min(a.yMax, b.yMax);
-    return both.xMin < both.xMax && both.yMin < both.yMax ? both : ORVMathBox2D();
-}
-
 bool Touch(const ORVMathBox2D& a, const ORVMathBox2D& b) {
     return a.xMin <= b.xMax && a.xMax >= b.xMin && a.yMin <= b.yMax && a.yMax >= b.yMin;
 }
@@ -135,7 +126,7 @@ int ORVFlattener::EndGroup() {
 /// @return 1, or what went wrong
 int ORVFlattener::Open(const ORVMathBox2D& box, bool isTaken, bool isPlain) {
     const int result = IsTaking() || isTaken ? static_cast<int>(kGeneratorDone) : Flush();
-    parts_.push_back({Cut(Shown(), box), isTaken || IsTaking(), isPlain});
+    parts_.push_back({Shown().Overlap(box), isTaken || IsTaking(), isPlain});
     return result;
 }
 
@@ -212,7 +203,7 @@ template <class Call>
 int ORVFlattener::DrawCall(const Call& call, bool isTaken, int (ORVPrintGenerator::*draw)(const Call&)) {
     if (isTaken || IsTaking()) {
         const int result = ((*soFar_).*draw)(call);
-        Await(Cut(ORVPageRecording::BoxOf(call), Shown()));
+        Await(ORVPageRecording::BoxOf(call).Overlap(Shown()));
         return result;
     }
     if (!awaited_.empty() && TouchAny(ORVPageRecording::BoxOf(call), awaited_)) {

@@ -9,6 +9,7 @@ struct FilterGrid {
     double xScale = 1.0, yScale = 1.0;  ///< pixels in a user unit, along either axis
     ORVMathAffine2D fromUser;           ///< to pixels; a scaling and a translation
     ORVMathAffine2D toPage;             ///< from pixels
+    double pixelsInPx = 1.0;            ///< pixels along a length of 1/96 inch
 
     /// The grid of the device where the user space is not turned; else one as fine as the device's.
     /// @param scale  pixels of the device in a unit of the page, whose first pixel begins at 0, 0

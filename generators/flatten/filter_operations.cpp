@@ -73,14 +73,6 @@ FilterConvolution InPixels(const ORVFilterConvolution& convolution, const Filter
     return made;
 }
 
-/// Pixels of the device in one of 1/96 inch.
-static double PixelsInPx(const FilterGrid& grid) {
-    constexpr double kPageUnitsInPx = 90.0 / 96.0;
-    const ORVMathAffine2D& map = grid.toPage;
-    const double squares = map.m11 * map.m11 + map.m12 * map.m12 + map.m21 * map.m21 + map.m22 * map.m22;
-    return squares > 0.0 ? kPageUnitsInPx / std::sqrt(squares / 2.0) : 1.0;
-}
-
 FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& grid, const FilterBox& area) {
     FilterLighting made;
     const ORVMathPoint2D place = grid.fromUser({lighting.x, lighting.y});
@@ -103,7 +95,7 @@ FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& gri
     made.colour = ColourOf(lighting.colour);
     // Slopes go from pixel to pixel and are flatter on finer devices. The surface is the one that a screen
     // shows.
-    made.surfaceScale = lighting.surfaceScale * PixelsInPx(grid);
+    made.surfaceScale = lighting.surfaceScale * grid.pixelsInPx;
     made.constant = lighting.constant;
     made.isSpecular = lighting.isSpecular;
     made.exponent = lighting.exponent;

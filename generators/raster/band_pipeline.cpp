@@ -92,7 +92,10 @@ public:
         std::vector<std::thread> workers;
         int status = kGeneratorDone;
         try {
-            for (unsigned int i = 0; i < threads; ++i) workers.emplace_back([this] { Work(); });
+            if (queue_.GetBandCount() == 1)
+                Work();  // a thread of its own would only be waited for
+            else
+                for (unsigned int i = 0; i < threads; ++i) workers.emplace_back([this] { Work(); });
         } catch (const std::exception&) {
             // Fewer threads will do, unless there is none.
             if (workers.empty()) status = Fail();

@@ -226,19 +226,38 @@ TEST_F(ORVFilterImagesTest, LitSurfacesLookAlikeAtAnyResolution) {
     lighting.surfaceScale = 8.0;
     lighting.colour = {255, 255, 255, 255};
     lighting.elevation = 45.0;
-    std::vector<int> levels;
-    for (const double dotsPerInch : {96.0, 288.0}) {
-        page_ = {};
-        Begin(dotsPerInch);
-        BeginFilter({Step(ORVFilterBlur{6.0, 6.0}), Step(lighting, {0})});
-        Fill(30, 0, 100, 100);
-        EndFilter();
-        const std::vector<int> slope = page_.At(30, 50), flat = page_.At(80, 50);
-        ASSERT_EQ(slope.size(), 4U);
-        EXPECT_LT(slope[0] + 20, flat[0]);
-        levels.push_back(slope[0]);
+    const ORVMathBox2D page{0, 100, 0, 100};
+    for (const bool isWithinAnother : {false, true}) {
+        SCOPED_TRACE(isWithinAnother);
+        std::vector<int> levels;
+        for (const double dotsPerInch : {96.0, 288.0}) {
+            page_ = {};
+            Begin(dotsPerInch);
+            if (isWithinAnother) BeginFilter({Step(ORVFilterPass{})});
+            BeginFilter({Step(ORVFilterBlur{6.0, 6.0}), Step(lighting, {0}, page)}, {}, page);
+            Fill(30, 0, 100, 100);
+            EndFilter();
+            if (isWithinAnother) EndFilter();
+            const std::vector<int> slope = page_.At(30, 50), flat = page_.At(80, 50);
+            ASSERT_EQ(slope.size(), 4U);
+            EXPECT_LT(slope[0] + 20, flat[0]);
+            levels.push_back(slope[0]);
+        }
+        EXPECT_NEAR(levels[0], levels[1], 5);
     }
-    EXPECT_NEAR(levels[0], levels[1], 5);
+}
+
+// What a filter draws and hands on costs more than one that only passes it.
+TEST_F(ORVFilterImagesTest, PagesWithinPagesOfFiltersAreRefused) {
+    constexpr int kLevels = 30;
+    stage_ = std::make_unique<ORVFilterImages>(page_, Options());
+    ASSERT_EQ(stage_->BeginDocument({}), 1);
+    ASSERT_EQ(stage_->BeginPage(PageInfo(2000, 2000)), 1);
+    for (int i = 0; i < kLevels; ++i) BeginFilter({Step(ORVFilterPass{})});
+    Fill(0, 0, 2000, 2000);
+    for (int i = 1; i < kLevels; ++i) EndFilter();
+    EXPECT_NE(stage_->EndFilter(), 1);
+    EXPECT_THAT(stage_->GetFailure().text, HasSubstr("too much work"));
 }
 
 TEST_F(ORVFilterImagesTest, TilesRepeatTheirSubregionWithItsTransparentParts) {
