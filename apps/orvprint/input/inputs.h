@@ -1,32 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/input/input_bytes.h"
+#include "library/input/drawings.h"
 #include "library/input/file_set.h"
-#include "platform/print/ORVPrintInterpreter.h"
-#include "platform/print/ORVPrintParameters.h"
 #include "platform/system/files.h"
-#include "platform/xml/ORVXmlNode.h"
 
-/// How inputs are read.
-struct ReadOptions {
-    std::string interpreter = "SVG";  ///< or "SVG2", for standard SVG
-    std::string parser = "light";     ///< or "dom"
-    bool qvxml = false;               ///< drawings inside an XML document, whatever the input's name
-    std::string fragment;             ///< number or identifier of one of them; empty for the outermost ones
-    bool keepGoing = false;           ///< print what stands before an error in the XML
-    std::vector<std::string> allowedFolders;
+/// How the command reads inputs.
+struct ReadOptions : DrawingOptions {
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
     double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
     bool withoutSandbox = false;      ///< keep what the command does not need
-    std::string languages;            ///< that the user reads, as "en,de"; empty for the locale's
-    double fontSize = 12.0;           ///< px, of text that states no size; for standard SVG only
     bool requiresSandbox = false;     ///< fail where the system refuses part of the sandbox
     bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
 };
@@ -61,35 +48,15 @@ private:
     MeasuringAccessPolicy policy_;
 };
 
-/// What is known of a drawing's page.
-struct PageFacts {
-    double width = 0.0, height = 0.0;  ///< user units of 1/90 inch
-    bool hasArea = false;              ///< else it cannot be printed
-    std::string title;
-};
-
-/// A drawing whose pages are known.
-struct Drawing {
-    ORVPrintInterpreter& interpreter;
-    std::vector<PageFacts> pages;
-    bool isOnly;  ///< the only drawing of its input
-    /// Elements of its document that the interpreter SVG does not read; see ORVXmlTree.
-    std::uint32_t unreadElements = 0;
-};
+/// An input of the command line: a path, or "-" for standard input.
+InputOrigin OriginOf(const std::string& path);
 
 /// Applies the options to this process: the parser that interpreters choose, limits, that of time too.
 /// @return an exit code; a failure was reported
 int ApplyReadOptions(const ReadOptions& options);
 
-/// Whether an input is read as an XML document with drawings inside.
-bool IsFragmentInput(const std::string& path, const ReadOptions& options);
-
 /// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
 int CheckInput(const std::string& path);
-
-/// The drawings inside an XML document that the options ask for; that there are none was reported.
-std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const std::string& path,
-                                               const ReadOptions& options);
 
 /// Reads all of an input and unpacks it when it is gzip data, whatever its name. An empty one is a failure.
 /// @param path  of a file, or "-" for standard input
