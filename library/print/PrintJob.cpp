@@ -55,7 +55,7 @@ int PrintJob::Print(const std::string& name, const Drawing& drawing) {
         host_.Report(kResultDone, name, std::string(info.message.GetView()));
     ORVPrintPropertiesManager::ClearInfos();
     if (status != kGeneratorDone) return ReportFailure(name, status);
-    if (facts_.drawn) facts_.drawn(name, drawing);
+    if (facts_.drawn) facts_.drawn(name, drawing, pages.size());
     return element_ ? CheckElement(name) : static_cast<int>(kResultDone);
 }
 

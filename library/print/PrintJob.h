@@ -39,7 +39,7 @@ struct JobFacts {
     bool keepsDrawings = false;                ///< they are printed again; else a print takes its model apart
     std::optional<std::int64_t> creationTime;  ///< of the output, seconds since 1970
     /// Hears of a drawing whose pages have been drawn; may be empty.
-    std::function<void(const std::string& name, const Drawing& drawing)> drawn;
+    std::function<void(const std::string& name, const Drawing& drawing, std::size_t pages)> drawn;
 };
 
 /// Where the output of a job goes.

@@ -131,10 +131,11 @@ JobFacts FactsOf(const PrintOptions& options) {
     facts.isOneInput = options.inputs.size() == 1;
     facts.isStandard = IsStandard(options.read);
     facts.creationTime = CreationTime(options.inputs);
-    if (options.tellsLoss && !facts.isStandard)
-        facts.drawn = [](const std::string& name, const Drawing& drawing) {
-            TellLoss(name, drawing.unreadElements);
-        };
+    const bool tellsLoss = options.tellsLoss && !facts.isStandard;
+    facts.drawn = [&options, tellsLoss](const std::string& name, const Drawing& drawing, std::size_t pages) {
+        if (options.facts) options.facts->pages += static_cast<unsigned int>(pages);
+        if (tellsLoss) TellLoss(name, drawing.unreadElements);
+    };
     return facts;
 }
 

@@ -11,6 +11,11 @@
 #include "library/check/findings.h"
 #include "library/print/PrintJob.h"
 
+/// What came of printing.
+struct PrintFacts {
+    unsigned int pages = 0;  ///< of the drawings
+};
+
 struct PrintOptions : PageOptions {
     ReadOptions read;
     std::vector<std::string> inputs;  ///< "-" for standard input
@@ -22,6 +27,7 @@ struct PrintOptions : PageOptions {
     bool strict = false;              ///< print only what the check finds nothing in
     std::set<FindingCode> ignored;    ///< kinds of findings that strictness leaves out
     bool isInSandbox = false;         ///< already: the process does other jobs, too
+    PrintFacts* facts = nullptr;      ///< written when there
 };
 
 /// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
