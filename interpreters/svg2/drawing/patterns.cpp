@@ -143,14 +143,15 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
 
 void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternTiles& all,
                         const ORVMathBox2D& shown, DrawState& inner) {
+    // Whoever draws a file with patterns has to draw all of their tiles.
     constexpr std::uint64_t kMostTiles = 4'000'000;
-    std::vector<FusedShape> shapes;
-    const bool isPlain = style.hidesOverflow && CollectFused(content, style, all, all.toTile, 0, shapes);
-    if (isPlain && DrawOneTileForAll(content, style, all, shown, inner)) return;
     if (all.range.Count() > kMostTiles) {
         Do(ORVPrintModelRender::kTooManyRepeats);
         return;
     }
+    std::vector<FusedShape> shapes;
+    const bool isPlain = style.hidesOverflow && CollectFused(content, style, all, all.toTile, 0, shapes);
+    if (isPlain && DrawOneTileForAll(content, style, all, shown, inner)) return;
     if (isPlain && all.range.Count() > 1) {
         DrawFusedTiles(shapes, all);
         return;
