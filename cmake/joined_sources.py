@@ -21,10 +21,13 @@ DEFINITION = re.compile(
     r"|(?!using |return |friend |typedef |namespace |extern |template|static_assert)"
     r"[A-Za-z_][\w:<>,*& \[\]]*?[ *&](\w+) ?[({=;\[])",
     re.MULTILINE)
+# Several constants of one definition.
+CONSTANT = re.compile(r"\b(k[A-Z]\w*)(?:\[\w*\])? ?[={]")
 
 
 def names_of(text):
-    return {name for match in DEFINITION.finditer(text) for name in match.groups() if name}
+    names = {name for match in DEFINITION.finditer(text) for name in match.groups() if name}
+    return names.union(CONSTANT.findall(text))
 
 
 def main():
