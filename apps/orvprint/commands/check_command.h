@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/check/findings.h"
 #include "apps/orvprint/input/drawings.h"
+#include "library/check/findings.h"
 
 struct CheckOptions {
     ReadOptions read;
