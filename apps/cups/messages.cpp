@@ -62,6 +62,10 @@ std::string WithSubject(std::string_view reason) {
 
 /// "use --limit pages=N": the option is the command's, whose line nobody here types.
 void TranslateAdvice(std::string& text) {
+    if (text.ends_with("out of memory")) {
+        text += "; to allow more, the administrator can set ORVPRINT_CUPS_MEMORY_LIMIT";
+        return;
+    }
     struct Advice {
         std::string_view option, variable;
     };

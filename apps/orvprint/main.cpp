@@ -93,13 +93,17 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         .add_option("--fragment", options.fragment,
                     "Print only the N-th svg element, or the one with this id")
         ->option_text("N|ID");
-    command
-        .add_option("--allow-dir", options.allowedFolders,
-                    "Also read images from DIR and its subfolders (repeatable)")
-        ->option_text("DIR")
-        ->check(CLI::ExistingDirectory)
-        ->take_all()
-        ->allow_extra_args(false);
+    CLI::Option* allowed = command
+                               .add_option("--allow-dir", options.allowedFolders,
+                                           "Also read images from DIR and its subfolders (repeatable)")
+                               ->option_text("DIR")
+                               ->check(CLI::ExistingDirectory)
+                               ->take_all()
+                               ->allow_extra_args(false);
+    CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
+                                            "Read no files that drawings name, wherever they are");
+    noFiles->excludes(allowed)->option_text(" ");  // the library's would say what it excludes
+    allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
         ->take_all()
@@ -153,6 +157,8 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
 CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Read XML documents that contain drawings, as .qvxml files are");
+    command.add_flag("--detect-qvxml", options.detectsQvxml,
+                     "The same, for inputs whose root is no svg element");
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 

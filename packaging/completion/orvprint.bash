@@ -13,9 +13,9 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --no-file-images --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
-    local elements="--qvxml --keep-going"
+    local elements="--qvxml --detect-qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options

@@ -107,6 +107,8 @@ const std::map<std::string, Layers> kMayKnow{
     {"library/input", kPlatform},
     {"library/print", kPlatform},
 
+    // The filter runs the command: it would have to know how to read drawings otherwise.
+    {"apps/cups", {}},
     {"apps/orvprint/sandbox", {"platform/system"}},
     {"apps/orvprint/process",
      {"platform/system", "platform/visualization", "generators/common", "library/text"}},

@@ -305,13 +305,14 @@ FileSet& FilesOfDrawings() {
 }
 
 AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    if (options.withoutFileImages) return;
     if (path != "-") {
         ORVUnicodeString folder, name;
         ORVSplitPath(path, folder, name);
         policy_.AllowFolder(folder.IsEmpty() ? ORVUnicodeString(".") : folder);
     }
     for (const std::string& folder : options.allowedFolders) policy_.AllowFolder(folder);
-    ORVFileAccessPolicy::SetCurrent(&policy_);
 }
 
 AccessScope::~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }
@@ -363,20 +364,16 @@ int CheckInput(const std::string& path) {
     return kExitDone;
 }
 
-int ForEachDrawing(const std::string& path, const ReadOptions& options,
-                   const std::function<int(const Drawing&)>& use) {
-    InputBytes bytes;
-    if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
-    if (!IsFragmentInput(path, options) && IsHtml(bytes.GetView()))
-        return Report(kExitNoPage, InputName(path),
-                      "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with "
-                      "--qvxml");
-    const MemoryPrefault memoryPrefault(bytes.GetView().size());
-    Document document;
-    if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
-        code != kExitDone)
-        return code;
+namespace {
 
+/// Whether it is a document around drawings. A root in a namespace of another prefix is a drawing, too.
+bool HasDrawingsInside(const ORVXmlNode* root) {
+    return root->id != ElementName::kSvg && !FindOutermostSvgElements(root).empty();
+}
+
+/// Hands over the drawings of a document that was read.
+int UseDocument(const std::string& path, const ReadOptions& options, Document& document,
+                const std::function<int(const Drawing&)>& use) {
     const AccessScope access(path, options);
     if (IsStandard(options)) return UseStandardDrawings(path, options, document, use);
     if (!IsFragmentInput(path, options)) {
@@ -402,6 +399,28 @@ int ForEachDrawing(const std::string& path, const ReadOptions& options,
         if (code != kExitDone) return code;
     }
     return kExitDone;
+}
+
+}  // namespace
+
+int ForEachDrawing(const std::string& path, const ReadOptions& options,
+                   const std::function<int(const Drawing&)>& use) {
+    InputBytes bytes;
+    if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
+    if (!IsFragmentInput(path, options) && IsHtml(bytes.GetView()))
+        return Report(kExitNoPage, InputName(path),
+                      "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with "
+                      "--qvxml");
+    const MemoryPrefault memoryPrefault(bytes.GetView().size());
+    Document document;
+    if (const int code = ParseDocument(path, options, options.keepGoing, std::move(bytes), document);
+        code != kExitDone)
+        return code;
+    if (!options.detectsQvxml || !HasDrawingsInside(document.GetRoot()))
+        return UseDocument(path, options, document, use);
+    ReadOptions asQvxml = options;
+    asQvxml.qvxml = true;
+    return UseDocument(path, asQvxml, document, use);
 }
 
 int OpenForInspection(const std::string& path, const ReadOptions& options,
