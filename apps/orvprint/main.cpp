@@ -18,11 +18,13 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/commands/batch.h"
 #include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/check_command.h"
+#include "apps/orvprint/commands/direct_command.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/help.h"
 #include "apps/orvprint/commands/info_command.h"
@@ -237,16 +239,19 @@ int Run(int argc, char** argv) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
+    std::vector<std::string> outputs;  // options of the job, when there is a printer
     app.add_option(
-           "-o,--output", print.output,
+           "-o,--output", outputs,
            "Output file, - for standard output (default for one drawing: NAME.pdf in the current folder)")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->take_all()
+        ->allow_extra_args(false);
     bool mayReplace = false;
     app.add_flag("--force", mayReplace, "Without -o: replace a file that exists");
     app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =
-        app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
+        app.add_option("-P,--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of raster output in dots per inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
@@ -268,6 +273,8 @@ int Run(int argc, char** argv) {
     CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
     AddBatchOptions(app, keepGoing, batch);
+    DirectArguments direct;
+    AddDirectOptions(app, direct);
 
     ReadOptions infoOptions;
     std::vector<std::string> infoInputs;
@@ -303,6 +310,7 @@ int Run(int argc, char** argv) {
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Read XML documents that contain drawings, as .qvxml files are");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
+    const CLI::App* printers = app.add_subcommand("printers", "List the printers");
     const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
     PrepareHelp(app);
 
@@ -339,11 +347,22 @@ int Run(int argc, char** argv) {
     }
     if (formats->parsed()) return RunFormats();
     if (limits->parsed()) return RunLimits();
+    if (printers->parsed()) return RunPrinters();
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
     if (const std::string command = MeantCommand(app, print.inputs.front()); !command.empty())
         return Report(kExitUsage, print.inputs.front(),
                       "is neither a file nor a command; did you mean orvprint " + command + "?");
-    if (print.output.empty() && batch.folder.empty()) {
+    const bool isDirect = !direct.printer.empty();
+    if (isDirect && (!batch.folder.empty() || !print.format.empty()))
+        return Report(kExitUsage, "--printer", "cannot be combined with --out-dir or --format");
+    if (isDirect) {
+        direct.options = outputs;
+    } else if (outputs.size() > 1) {
+        return Report(kExitUsage, "--output", "takes one file; -o NAME=VALUE needs a printer, given with -d");
+    } else if (!outputs.empty()) {
+        print.output = outputs.front();
+    }
+    if (print.output.empty() && batch.folder.empty() && !isDirect) {
         if (print.inputs.size() > 1 || print.inputs.front() == "-")
             return Report(kExitUsage, "", "no output; give it with -o FILE or --out-dir DIR");
         print.output = BaseName(print.inputs.front()) + "." + (print.format.empty() ? "pdf" : print.format);
@@ -356,13 +375,16 @@ int Run(int argc, char** argv) {
     if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
+    DirectPrinting printing(direct);
+    if (isDirect)
+        if (const int code = printing.Prepare(sheet, print); code != kExitDone) return code;
     if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
-        print.tellsLoss = !batch.isQuiet && print.output != "-" && isatty(STDERR_FILENO) == 1;
-        return RunPrint(print);
+        print.tellsLoss = !batch.isQuiet && (print.output != "-" || isDirect) && isatty(STDERR_FILENO) == 1;
+        return isDirect ? printing.Run(std::move(print)) : RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;
     return RunBatch(print, batch);
