@@ -20,15 +20,15 @@ _orvprint() {
         --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options
     case ${COMP_WORDS[1]} in
-        info | inspect | check | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
+        info | inspect | check | formats | limits | printers) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
-            $reading $elements $sheets -o -f -j -h" ;;
+        print) options="--printer --copies --title --wait --output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
+            $reading $elements $sheets -o -f -j -d -n -t -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
-        formats | limits) options="--help -h" ;;
+        formats | limits | printers) options="--help -h" ;;
     esac
 
     case $previous in
@@ -71,8 +71,8 @@ _orvprint() {
             case $current in
                 -*) _orvprint_words "$options" ;;
                 *)
-                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check formats limits"; fi
-                    if [ "$command" != formats ] && [ "$command" != limits ]; then _orvprint_files drawings; fi
+                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check formats limits printers"; fi
+                    if [ "$command" != formats ] && [ "$command" != limits ] && [ "$command" != printers ]; then _orvprint_files drawings; fi
                     ;;
             esac
             ;;

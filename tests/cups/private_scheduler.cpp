@@ -199,7 +199,7 @@ bool PrivateScheduler::Answers() const {
 }
 
 bool PrivateScheduler::AddPrinter() const {
-    return ShellRun("/usr/sbin/lpadmin -h " + GetAddress() + " -p paper -E -v file://" +
+    return ShellRun("/usr/sbin/lpadmin -h " + GetAddress() + " -p paper -L 'First floor' -E -v file://" +
                     GetOutput().string() + " -P " + PathOf("paper.ppd"))
                .status == 0;
 }
@@ -216,6 +216,7 @@ JobFacts PrivateScheduler::GetJob(int job) const {
     if (!answer) return facts;
     facts.state = NumberOf(answer.get(), "job-state");
     facts.sheets = NumberOf(answer.get(), "job-media-sheets-completed");
+    facts.name = TextOf(answer.get(), "job-name");
     facts.reasons = TextOf(answer.get(), "job-state-reasons");
     facts.message = TextOf(answer.get(), "job-printer-state-message");
     return facts;

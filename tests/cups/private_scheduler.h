@@ -12,8 +12,9 @@
 
 /// What a scheduler knows of a job.
 struct JobFacts {
-    int state = 0;         ///< as IPP numbers them
-    int sheets = 0;        ///< that were counted
+    int state = 0;   ///< as IPP numbers them
+    int sheets = 0;  ///< that were counted
+    std::string name;
     std::string reasons;   ///< of the state, with spaces between
     std::string message;   ///< of the printer, when the job was printed
     bool IsEnded() const;  ///< aborted, cancelled or completed, or stopped by a filter that failed

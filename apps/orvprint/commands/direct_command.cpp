@@ -182,7 +182,7 @@ int RunPrinters() {
         std::string formats;
         for (const std::string& format : printer.formats) formats += (formats.empty() ? "" : " ") + format;
         line.Put(printer.name).Put(": " + printer.state);
-        line.Put(formats.empty() ? ", formats unknown" : ", takes " + formats);
+        if (!formats.empty()) line.Put(", takes " + formats);
         if (!printer.location.empty()) line.Put(", ").Put(printer.location);
         if (printer.isDefault) line.Put(", the default");
         line.End();

@@ -53,7 +53,7 @@ std::string NameOf(const cups_dest_t& printer) {
 std::string StateOf(const cups_dest_t& printer) {
     const std::string state = OptionOf(printer, "printer-state");
     if (OptionOf(printer, "printer-is-accepting-jobs") == "false") return "refuses jobs";
-    return state == "3" ? "idle" : state == "4" ? "printing" : state == "5" ? "stopped" : "unknown";
+    return state == "3" ? "idle" : state == "4" ? "printing" : state == "5" ? "stopped" : "in the network";
 }
 
 bool HasText(ipp_attribute_t* attribute, std::string_view text) {
@@ -200,6 +200,8 @@ private:
                            StateOf(printer),
                            {},
                            printer.is_default != 0};
+        // One that is only known from the network would have to be reached first, which may take minutes.
+        if (OptionOf(printer, "printer-state").empty()) return facts;
         const std::unique_ptr<cups_dinfo_t, Freer> info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, &printer));
         if (!info) return facts;
         ipp_attribute_t* const types =
@@ -209,12 +211,27 @@ private:
         return facts;
     }
 
+    /// Paper by one of its names. Printers state their sizes in points, too, and so are off by a little.
+    bool FindMedium(const std::string& name, cups_size_t& size) {
+        constexpr int kMostApart = 100;  // hundredths of a millimetre
+        const pwg_media_t* wanted = pwgMediaForPWG(name.c_str());
+        if (!wanted) wanted = pwgMediaForLegacy(name.c_str());
+        if (!wanted) wanted = pwgMediaForPPD(name.c_str());
+        const int count = cupsGetDestMediaCount(own_, printer_.get(), facts_.get(), 0);
+        for (int i = 0; i < count; ++i) {
+            if (cupsGetDestMediaByIndex(own_, printer_.get(), facts_.get(), i, 0, &size) == 0) continue;
+            const bool isNearly = wanted && std::abs(size.width - wanted->width) <= kMostApart &&
+                                  std::abs(size.length - wanted->length) <= kMostApart;
+            if (name == size.media || isNearly) return true;
+        }
+        return false;
+    }
+
     bool AskMedium(const std::string& name, PrinterMedium& medium, std::string& error) {
         cups_size_t size{};
-        const bool isFound = name.empty()
-                                 ? cupsGetDestMediaDefault(own_, printer_.get(), facts_.get(), 0, &size) != 0
-                                 : cupsGetDestMediaByName(own_, printer_.get(), facts_.get(), name.c_str(),
-                                                          CUPS_MEDIA_FLAGS_EXACT, &size) != 0;
+        const bool isFound =
+            name.empty() ? cupsGetDestMediaDefault(own_, printer_.get(), facts_.get(), 0, &size) != 0
+                         : FindMedium(name, size);
         if (!isFound || size.width <= 0 || size.length <= 0) {
             error = name.empty() ? "does not say what paper it has; name it with -o media=NAME"
                                  : "has no paper '" + name + "'";
