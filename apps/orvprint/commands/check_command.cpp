@@ -11,6 +11,7 @@
 #include <cstring>
 #include <map>
 
+#include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "library/check/document_check.h"
@@ -328,4 +329,12 @@ int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOption
             return Report(kExitUnreadable, InputName(path), "cannot be read twice, as --strict has to");
     }
     return found ? kExitFound : kExitDone;
+}
+
+std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
+                            const std::set<FindingCode>& ignored) {
+    BoundMemory();  // the input is read again, and counts again
+    Findings findings(ignored);
+    CheckOne(path, options, findings);
+    return findings.GetTotal();
 }

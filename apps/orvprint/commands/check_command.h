@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,3 +28,8 @@ int RunCheck(const CheckOptions& options);
 /// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored);
+
+/// How many findings an input has, without a word about them.
+/// @param ignored  kinds that do not count
+std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
+                            const std::set<FindingCode>& ignored);
