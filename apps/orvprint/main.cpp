@@ -38,6 +38,7 @@
 #include "apps/orvprint/commands/sheet_options.h"
 #include "apps/orvprint/commands/size_options.h"
 #include "apps/orvprint/commands/suggestions.h"
+#include "apps/orvprint/process/CommandHost.h"
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
@@ -328,7 +329,7 @@ int Run(int argc, char** argv) {
         app.add_flag("--strict", print.strict, "Print nothing if orvprint check reports a finding");
     std::vector<std::string> ignoredKinds;
     AddIgnoreOption(app, ignoredKinds)->needs(strict);
-    SheetArguments sheet;
+    SheetWords sheet;
     AddSheetOptions(app, sheet);
     SizeArguments size;
     AddSizeOptions(app, size, print);
@@ -458,7 +459,7 @@ int Run(int argc, char** argv) {
     DirectPrinting printing(direct);
     if (isDirect)
         if (const int code = printing.Prepare(sheet, print); code != kExitDone) return code;
-    if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
+    if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {

@@ -10,6 +10,8 @@
 class JsonWriter {
 public:
     explicit JsonWriter(std::FILE* file) : file_(file) {}
+    /// @param text  gets what is written, behind what it holds; must outlive this object
+    explicit JsonWriter(std::string& text) : text_(&text) {}
     ~JsonWriter() { Flush(); }
     JsonWriter(const JsonWriter&) = delete;
     JsonWriter& operator=(const JsonWriter&) = delete;
@@ -38,7 +40,8 @@ private:
     void Close(char bracket);
     void Put(std::string_view text);
 
-    std::FILE* file_;
+    std::FILE* file_ = nullptr;  // one of the two is set
+    std::string* text_ = nullptr;
     std::string buffer_;
     bool needsComma_ = false;
     bool failed_ = false;

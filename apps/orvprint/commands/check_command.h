@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 #include "library/check/findings.h"
 
 struct CheckOptions {

@@ -85,7 +85,7 @@ void AddDirectOptions(CLI::App& command, DirectArguments& arguments) {
         ->group(kGroup);
 }
 
-int DirectPrinting::Prepare(SheetArguments& sheet, PrintOptions& print) {
+int DirectPrinting::Prepare(SheetWords& sheet, PrintOptions& print) {
     std::string error, medium = sheet.paper.value_or("");
     for (const std::string& text : arguments_.options) {
         job_.options.push_back(OptionOf(text));

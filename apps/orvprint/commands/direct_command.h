@@ -34,7 +34,7 @@ public:
 
     /// Asks the printer, and completes the words about paper that were not said.
     /// @return an exit code; a failure was reported
-    int Prepare(SheetArguments& sheet, PrintOptions& print);
+    int Prepare(SheetWords& sheet, PrintOptions& print);
     /// Prints, sends, and waits if that is wanted. @return an exit code
     int Run(PrintOptions print);
 

@@ -229,9 +229,9 @@ private:
 
     bool AskMedium(const std::string& name, PrinterMedium& medium, std::string& error) {
         cups_size_t size{};
-        const bool isFound =
-            name.empty() ? cupsGetDestMediaDefault(own_, printer_.get(), facts_.get(), 0, &size) != 0
-                         : FindMedium(name, size);
+        const bool isFound = name.empty()
+                                 ? cupsGetDestMediaDefault(own_, printer_.get(), facts_.get(), 0, &size) != 0
+                                 : FindMedium(name, size);
         if (!isFound || size.width <= 0 || size.length <= 0) {
             error = name.empty() ? "does not say what paper it has; name it with -o media=NAME"
                                  : "has no paper '" + name + "'";
