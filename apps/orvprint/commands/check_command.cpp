@@ -54,8 +54,9 @@ bool IsInPx(std::string_view length) {
     return !length.empty() && ((length.back() >= '0' && length.back() <= '9') || length.back() == '.');
 }
 
+/// @param use  gets the document with its findings, unless it cannot be read; may be empty
 CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
-                        Findings& findings) {
+                        Findings& findings, const CheckedUse& use = {}) {
     ORVLightXmlParser parser;
     ORVLightXmlElement root;
     std::vector<ORVXmlPlace> places;
@@ -79,6 +80,7 @@ CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std
     else
         CheckDocument(document, findings);
     CheckedInput checked;
+    if (use) checked.failure = use(document, root.GetTree(), findings);
     const ORVXmlNode& page = *root.GetNode();
     checked.hasPxSize =
         options.interpreter != "SVG2" && page.id == ElementName::kSvg &&
@@ -328,4 +330,13 @@ int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOption
             return Report(kExitUnreadable, InputName(path), "cannot be read twice, as --strict has to");
     }
     return found ? kExitFound : kExitDone;
+}
+
+int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use) {
+    InputBytes bytes;
+    if (const int code = ReadInput(input, bytes); code != kExitDone) return code;
+    if (input == "-" && !PutBack(bytes.GetView()))
+        return Report(kExitUnreadable, InputName(input), "cannot be read twice, as inspect --html has to");
+    Findings findings;
+    return CheckBytes(input, options, bytes.GetView(), findings, use).failure;
 }

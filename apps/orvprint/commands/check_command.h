@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "apps/orvprint/check/checked_document.h"
 #include "apps/orvprint/check/findings.h"
 #include "apps/orvprint/input/drawings.h"
+#include "platform/system/ORVRef.h"
+#include "platform/xml/ORVXmlTree.h"
 
 struct CheckOptions {
     ReadOptions read;
@@ -27,3 +31,12 @@ int RunCheck(const CheckOptions& options);
 /// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored);
+
+/// A document with what the check says about it; both live only during the call.
+using CheckedUse = std::function<int(const CheckedDocument& document, const ORVRef<const ORVXmlTree>& tree,
+                                     const Findings& findings)>;
+
+/// Checks an input that is then read again: what comes from standard input is put back there.
+/// @param use  returns an exit code
+/// @return an exit code; a failure was reported
+int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use);

@@ -51,13 +51,6 @@ void Dump(const Answer& answer, JsonWriter& json) {
     json.LineBreak();
 }
 
-/// Why a model cannot be dumped; nothing when it can.
-ORVFailure FailureOf(const ORVPrtModel& model) {
-    const ORVFailure built = model.GetBudget().GetFailure();
-    if (!built.limit && IsTooLargeToDump(model)) return ORVFailure::OfLimit(ORVPrintLimit::kRepeats);
-    return built;
-}
-
 /// Drawings without a model are shown by what they draw.
 int InspectCalls(ORVPrintInterpreter& interpreter, const std::string& name) {
     JsonWriter json(stdout);
@@ -79,7 +72,7 @@ int Inspect(ORVPrintInterpreter& interpreter, const std::string& name) {
     interpreter.GetModel(answer.model);
     if (answer.result == 1 && !answer.model) return ReportOutOfMemory(name);
     if (answer.model)
-        if (const ORVFailure failure = FailureOf(*answer.model)) return Report(name, failure);
+        if (const ORVFailure failure = WhyNotDumped(*answer.model)) return Report(name, failure);
     JsonWriter json(stdout);
     Dump(answer, json);
     if (!json.Flush()) return Report(kExitUnwritable, "standard output", "cannot be written");

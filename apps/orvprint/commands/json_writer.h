@@ -9,7 +9,8 @@
 /// come by themselves between members and elements.
 class JsonWriter {
 public:
-    explicit JsonWriter(std::FILE* file) : file_(file) {}
+    /// @param isInMarkup  the text will stand within HTML: what begins markup is escaped
+    explicit JsonWriter(std::FILE* file, bool isInMarkup = false) : file_(file), isInMarkup_(isInMarkup) {}
     ~JsonWriter() { Flush(); }
     JsonWriter(const JsonWriter&) = delete;
     JsonWriter& operator=(const JsonWriter&) = delete;
@@ -39,6 +40,7 @@ private:
     void Put(std::string_view text);
 
     std::FILE* file_;
+    const bool isInMarkup_;
     std::string buffer_;
     bool needsComma_ = false;
     bool failed_ = false;
