@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "apps/orvprint/check/document_check.h"
 #include "fuzz/support/FuzzTarget.h"
+#include "library/check/document_check.h"
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
 

@@ -187,8 +187,8 @@ TEST_F(ManualTest, CompletionOffersCommandsFormatsAndValues) {
 }
 
 TEST_F(ManualTest, CompletionOffersEveryKindOfFindingToIgnore) {
-    const Names kinds = MatchesIn(ReadAll(ORV_SOURCE_PATH "/apps/orvprint/check/findings.cpp"),
-                                  "[{]k[A-Za-z]+, +\"([a-z-]+)\",");
+    const Names kinds =
+        MatchesIn(ReadAll(ORV_SOURCE_PATH "/library/check/findings.cpp"), "[{]k[A-Za-z]+, +\"([a-z-]+)\",");
     const auto offered = Completions({"orvprint", "check", "--ignore", ""});
     EXPECT_THAT(kinds, Contains("bad-colour"));
     EXPECT_EQ(Names(offered.begin(), offered.end()), kinds);

@@ -4,9 +4,9 @@
 #include <set>
 #include <string>
 
-#include "apps/orvprint/check/findings.h"
 #include "generators/sheet/paper_sizes.h"
 #include "interpreters/svg/style/property_table.h"
+#include "library/check/findings.h"
 #include "platform/xml/vocabulary.h"
 #include "tests/support/test_texts.h"
 

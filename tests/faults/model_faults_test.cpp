@@ -10,8 +10,8 @@
 #include <string>
 #include <utility>
 
-#include "apps/orvprint/commands/json_writer.h"
-#include "apps/orvprint/commands/model_dump.h"
+#include "library/dump/json_writer.h"
+#include "library/dump/model_dump.h"
 #include "platform/model/ORVPrtGroupElt.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"

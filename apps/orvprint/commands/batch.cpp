@@ -32,14 +32,14 @@
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/staging_folder.h"
 #include "apps/orvprint/input/drawings.h"
-#include "apps/orvprint/input/file_set.h"
 #include "apps/orvprint/process/end_signals.h"
 #include "apps/orvprint/process/memory_limit.h"
-#include "apps/orvprint/process/printable_text.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/worker_process.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/formats.h"
+#include "library/input/file_set.h"
+#include "library/text/printable_text.h"
 
 namespace fs = std::filesystem;
 

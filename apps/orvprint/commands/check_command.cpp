@@ -11,12 +11,12 @@
 #include <cstring>
 #include <map>
 
-#include "apps/orvprint/check/document_check.h"
-#include "apps/orvprint/check/standard_check.h"
-#include "apps/orvprint/commands/json_writer.h"
-#include "apps/orvprint/process/printable_text.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
+#include "library/check/document_check.h"
+#include "library/check/standard_check.h"
+#include "library/dump/json_writer.h"
+#include "library/text/printable_text.h"
 #include "platform/xml/ORVLightXml.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/check/checked_document.h"
-#include "apps/orvprint/check/findings.h"
 #include "apps/orvprint/input/drawings.h"
+#include "library/check/checked_document.h"
+#include "library/check/findings.h"
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVXmlTree.h"
 

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <string>
 
-#include "apps/orvprint/commands/json_writer.h"
-#include "apps/orvprint/process/printable_text.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
+#include "library/dump/json_writer.h"
+#include "library/text/printable_text.h"
 
 namespace {
 

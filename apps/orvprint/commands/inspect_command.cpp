@@ -4,12 +4,12 @@
 #include <cstdio>
 #include <new>
 
-#include "apps/orvprint/commands/call_dump.h"
-#include "apps/orvprint/commands/json_writer.h"
-#include "apps/orvprint/commands/model_dump.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
+#include "library/dump/call_dump.h"
+#include "library/dump/json_writer.h"
+#include "library/dump/model_dump.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/print/ORVPrintParameters.h"

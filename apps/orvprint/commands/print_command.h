@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/check/findings.h"
-#include "apps/orvprint/commands/page_selection.h"
 #include "apps/orvprint/input/drawings.h"
 #include "generators/sheet/ORVSheetGenerator.h"
+#include "library/check/findings.h"
+#include "library/print/page_selection.h"
 
 struct PrintOptions {
     ReadOptions read;

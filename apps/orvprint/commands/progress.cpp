@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "apps/orvprint/process/printable_text.h"
+#include "library/text/printable_text.h"
 
 namespace {
 

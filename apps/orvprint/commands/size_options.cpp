@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <limits>
 
-#include "apps/orvprint/check/css_colour.h"
 #include "apps/orvprint/process/report.h"
+#include "library/check/css_colour.h"
 
 namespace {
 

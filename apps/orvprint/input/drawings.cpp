@@ -14,12 +14,12 @@
 #include <cstring>
 #include <optional>
 
-#include "apps/orvprint/input/foreign_input.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/memory_prefault.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
+#include "library/input/foreign_input.h"
 #include "platform/model/ORVPrtImageElt.h"
 #include "platform/model/ORVPrtModel.h"
 #include "platform/print/ORVPrintInputFileStream.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/input/file_set.h"
 #include "apps/orvprint/input/input_bytes.h"
+#include "library/input/file_set.h"
 #include "platform/print/ORVPrintInterpreter.h"
 #include "platform/print/ORVPrintParameters.h"
 #include "platform/system/files.h"

@@ -9,7 +9,7 @@
 
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
-#include "apps/orvprint/process/printable_text.h"
+#include "library/text/printable_text.h"
 #include "platform/visualization/fonts/text_failure.h"
 
 namespace {

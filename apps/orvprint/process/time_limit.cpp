@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "apps/orvprint/process/immediate_exit.h"
-#include "apps/orvprint/process/printable_text.h"
+#include "library/text/printable_text.h"
 
 namespace {
 
