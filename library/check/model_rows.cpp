@@ -47,20 +47,52 @@ bool IsLookedInto(const ORVXmlNode& element) {
     return element.id == ElementName::kG || element.id == ElementName::kA || element.id == ElementName::kSvg;
 }
 
+/// Elements behind whose primitive the groups of their markers stand.
+bool MayHaveMarkers(const ORVXmlNode& element) {
+    return element.id == ElementName::kLine || element.id == ElementName::kPolyline ||
+           element.id == ElementName::kPolygon;
+}
+
+/// The children that become primitives.
+Elements MadeChildren(const ORVXmlNode& container) {
+    Elements made;
+    for (const ORVXmlNode* child = container.firstChild; child; child = child->nextSibling)
+        if (child->IsElement() && FindMade(child->id)) made.push_back(child);
+    return made;
+}
+
+/// How many from a place on become groups.
+std::size_t CountGroups(const Elements& elements, std::size_t from) {
+    std::size_t end = from;
+    while (end < elements.size() && FindMade(elements[end]->id)->kind == ORVPrtKind::kGroup) ++end;
+    return end - from;
+}
+
+std::size_t CountGroups(const ORVPrtChildList& primitives, std::size_t from) {
+    std::size_t end = from;
+    while (end < primitives.size() && primitives[end]->GetKind() == ORVPrtKind::kGroup) ++end;
+    return end - from;
+}
+
 /// The elements that a container's primitives were made of, one by one; none when they do not match.
 Elements Match(const ORVXmlNode* container, const ORVPrtChildList& primitives) {
-    Elements made;
-    if (!container) return made;
-    std::size_t place = 0;
-    for (const ORVXmlNode* child = container->firstChild; child; child = child->nextSibling) {
-        const MadePrimitive* row = child->IsElement() ? FindMade(child->id) : nullptr;
-        if (!row) continue;
-        if (place == primitives.size() || primitives[place]->GetKind() != row->kind) return {};
-        made.push_back(child);
-        ++place;
+    Elements matched;
+    if (!container) return matched;
+    const Elements made = MadeChildren(*container);
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        const std::size_t place = matched.size();
+        if (place == primitives.size() || primitives[place]->GetKind() != FindMade(made[i]->id)->kind)
+            return {};
+        matched.push_back(made[i]);
+        if (!MayHaveMarkers(*made[i])) continue;
+        // Of the groups that follow, the last are those of the elements that follow.
+        const std::size_t groups = CountGroups(primitives, place + 1);
+        const std::size_t ofOthers = CountGroups(made, i + 1);
+        if (groups < ofOthers) return {};
+        matched.insert(matched.end(), groups - ofOthers, made[i]);
     }
-    if (place != primitives.size()) made.clear();
-    return made;
+    if (matched.size() != primitives.size()) matched.clear();
+    return matched;
 }
 
 /// The elements that become pages: the root, or of a set of drawings each of them.

@@ -26,7 +26,7 @@ _orvprint() {
         print) options="--output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --jobs --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -h" ;;
         info) options="--json $reading $elements -h" ;;
-        inspect) options="--json $reading -h" ;;
+        inspect) options="--json --html $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
         formats | limits) options="--help -h" ;;
     esac
@@ -61,7 +61,7 @@ _orvprint() {
         --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
         --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
         --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
-        -o | --output) _orvprint_files '*' ;;
+        -o | --output | --html) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
         --zoom) _orvprint_words "0.5 2 3 4" ;;
         --background) _orvprint_words "white black transparent" ;;

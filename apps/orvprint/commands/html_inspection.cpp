@@ -11,10 +11,11 @@
 #include <new>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "apps/orvprint/commands/check_command.h"
-#include "apps/orvprint/commands/inspector/inspector_page.h"
+#include "apps/orvprint/commands/inspector_page.h"
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
@@ -252,15 +253,21 @@ void DataWriter::PutNumbers(std::string_view key, std::span<const std::uint32_t>
     json_.EndArray();
 }
 
-/// For each element its line, its column, and how many elements it holds.
+/// For each element its line, its column, how many elements it holds, and which of the names it has.
 void DataWriter::PutPlaces() {
     json_.Key("places");
     json_.BeginArray();
+    std::unordered_map<std::string_view, std::size_t> numbersOfNames;
+    std::vector<std::string_view> names;
+    std::vector<std::size_t> named;  // for each element the number of its name
     std::vector<std::uint32_t> held;
     std::vector<std::pair<const ORVXmlNode*, std::size_t>> open;  // an element's next child, and its number
     const auto enter = [&](const ORVXmlNode& element) {
         open.emplace_back(element.firstChild, held.size());
         held.push_back(0);
+        const auto [name, isNew] = numbersOfNames.try_emplace(element.GetName(), names.size());
+        if (isNew) names.push_back(name->first);
+        named.push_back(name->second);
     };
     enter(*document_.root);
     while (!open.empty()) {
@@ -280,7 +287,12 @@ void DataWriter::PutPlaces() {
         json_.Integer(static_cast<long long>(place.line));
         json_.Integer(static_cast<long long>(place.column));
         json_.Integer(held[i]);
+        json_.Integer(static_cast<long long>(named[i]));
     }
+    json_.EndArray();
+    json_.Key("names");
+    json_.BeginArray();
+    for (const std::string_view name : names) json_.Text(name);
     json_.EndArray();
 }
 

@@ -237,6 +237,8 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
                                 state.context};
     if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
+    const ElementIndex around = drawn_;
+    NoteDrawn(target);
     const std::size_t mark = ends_.size();
     const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
     const Bounds::DrawnUse before = bounds_.NoteUse({target, element, &style});
@@ -249,6 +251,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
             DrawContent(target, targetStyle, inner);
     }
     EndBack(mark);
+    NoteDrawn(around);
     uses_.pop_back();
 }
 

@@ -64,15 +64,27 @@
 
   // ---- Findings, joined with the rows of their elements.
 
-  const places = data.places;  // of each element: line, column, elements within
+  const places = data.places;  // of each element: line, column, elements within, name
   const rowsOfElement = new Map();
   rows.forEach((row, number) => {
     if (row.element === 0) return;
     if (!rowsOfElement.has(row.element)) rowsOfElement.set(row.element, []);
     rowsOfElement.get(row.element).push(number);
   });
-  const elementAt = new Map();
-  for (let i = 0; i < places.length; i += 3) elementAt.set(places[i] + ":" + places[i + 1], i / 3 + 1);
+  const PLACE = 4;
+  const lineOf = (element) => places[(element - 1) * PLACE];
+  const columnOf = (element) => places[(element - 1) * PLACE + 1];
+  const heldBy = (element) => places[(element - 1) * PLACE + 2];
+  const tagOf = (element) => element === 0 ? "" : data.names[places[(element - 1) * PLACE + 3]];
+  /// The last element that begins before a place: findings lie within start tags. 0 when there is none.
+  const elementAt = (line, column) => {
+    let low = 0, high = places.length / PLACE;
+    while (low < high) {
+      const middle = (low + high + 1) >> 1;
+      if (lineOf(middle) < line || (lineOf(middle) === line && columnOf(middle) <= column)) low = middle; else high = middle - 1;
+    }
+    return low;
+  };
   const sortedElements = [...rowsOfElement.keys()].sort((a, b) => a - b);
   const firstFrom = (element) => {
     let low = 0, high = sortedElements.length;
@@ -83,12 +95,12 @@
     return sortedElements[low];
   };
   const rowOfFinding = (finding) => {
-    const element = elementAt.get(finding.line + ":" + finding.column);
-    if (element === undefined) return -1;
+    const element = finding.line > 0 ? elementAt(finding.line, finding.column) : 0;
+    if (element === 0) return -1;
     if (rowsOfElement.has(element)) return rowsOfElement.get(element)[0];
     // A container may have no row of its own: the first of what it holds stands for it.
     const inner = firstFrom(element);
-    return inner !== undefined && inner <= element + places[element * 3 - 1] ? rowsOfElement.get(inner)[0] : -1;
+    return inner !== undefined && inner <= element + heldBy(element) ? rowsOfElement.get(inner)[0] : -1;
   };
   const findingsOfRow = new Map();
   const isMarkedInside = new Set();  // rows that hold rows with findings
@@ -164,6 +176,8 @@
     if (hasChildren(number)) line.setAttribute("aria-expanded", isOpen[number] === 1);
     makeSwatches(line, number);
     line.append(make("span", "kind", nameOf(number)));
+    const tag = tagOf(row.element);
+    if (tag && row.parent >= 0 && tag.toLowerCase() !== nameOf(number).toLowerCase()) line.append(make("span", "tag", tag));
     if (row.value.id) line.append(make("span", "id", "#" + row.value.id));
     const text = textOf(row.value);
     if (text) line.append(make("span", "text", text.slice(0, 120)));
@@ -240,7 +254,7 @@
     parsed.setAttribute("width", "100%");
     parsed.setAttribute("height", "100%");
     const style = make("style");
-    style.textContent = ":host{display:block;width:100%;height:100%} svg{display:block} .outline *{pointer-events:none}";
+    style.textContent = ":host{display:block;width:100%;height:100%} svg{display:block} .outline *{pointer-events:none} @media print{.outline{display:none}}";
     for (const element of parsed.querySelectorAll("[id^=r]")) {
       const match = /^r(\d+)(?:-(\d+))?$/.exec(element.id);
       if (!match) continue;
@@ -399,8 +413,8 @@
     let from = number;
     while (from >= 0 && rows[from].element === 0) from = rows[from].parent;
     if (from >= 0) {
-      const at = (rows[from].element - 1) * 3;
-      addAttribute(table, "source", `line ${places[at]}, column ${places[at + 1]}` + (from === number ? "" : " (around it)"));
+      const {element} = rows[from];
+      addAttribute(table, "source", `${tagOf(element)}, line ${lineOf(element)}, column ${columnOf(element)}` + (from === number ? "" : " (around it)"));
     }
     for (const [name, value] of Object.entries(rows[number].value)) {
       if (name === "children" || name === "content") {
@@ -467,7 +481,8 @@
     hover(line ? Number(line.dataset.row) : -1);
   });
   tree.addEventListener("pointerleave", () => hover(-1));
-  tree.addEventListener("focus", () => { if (chosen < 0 && visible.length > 0) choose(visible[0]); });
+  // A press of the pointer chooses by its click, for which the rows must stay as they are.
+  tree.addEventListener("focus", () => { if (chosen < 0 && visible.length > 0 && tree.matches(":focus-visible")) choose(visible[0]); });
 
   let typed = "", typedAt = 0;
   const typeAhead = (key) => {
