@@ -647,7 +647,13 @@
   else if (data.total > data.findings.length) $("findings").append(make("p", "hint", `and ${data.total - data.findings.length} more`));
   const opensAll = rows.length <= OPEN_AT_FIRST;
   rows.forEach((row, number) => { if (opensAll || row.depth === 0) isOpen[number] = hasChildren(number) ? 1 : 0; });
-  if (pages.length > 0) showPage(0); else paper.hidden = true;
+  if (pages.length > 0) {
+    showPage(0);
+  } else {
+    paper.hidden = true;
+    $("nothing").hidden = false;
+    $("nothing").textContent = "This document is no drawing; orvprint inspect --fragment N shows the N-th drawing within it.";
+  }
   updateVisible();
   showAttributes(-1);
 
