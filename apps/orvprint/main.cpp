@@ -23,6 +23,8 @@
 #include "apps/orvprint/commands/batch.h"
 #include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/check_command.h"
+#include "apps/orvprint/commands/content_hash.h"
+#include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/help.h"
 #include "apps/orvprint/commands/html_inspection.h"
@@ -30,6 +32,7 @@
 #include "apps/orvprint/commands/inspect_command.h"
 #include "apps/orvprint/commands/limits_command.h"
 #include "apps/orvprint/commands/print_command.h"
+#include "apps/orvprint/commands/report_command.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/sheet_options.h"
 #include "apps/orvprint/commands/size_options.h"
@@ -166,7 +169,67 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
         ->check(CLI::Range(1U, 1024U))
         ->needs(folder);
     command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
+    command
+        .add_flag("--keep-folders", options.keepsFolders,
+                  "Write DIR/FOLDER/NAME.FORMAT, in the input's own folder below DIR")
+        ->needs(folder)
+        ->option_text(" ");
+    command
+        .add_option_function<std::string>(
+            "--shard",
+            [&options](const std::string& text) {
+                if (!options.shard.Parse(text))
+                    throw CLI::ValidationError("--shard", "'" + text + "' is no part such as 2/8");
+            },
+            "Convert only the I-th of N parts of the inputs, chosen by their names")
+        ->option_text("I/N")
+        ->needs(folder);
+    command
+        .add_option("--report", options.report, "Append a line of JSON for each drawing; see orvprint report")
+        ->option_text("FILE")
+        ->needs(folder);
+    command
+        .add_option("--resume", options.resume,
+                    "Leave alone what FILE, a report, has as done and what is unchanged")
+        ->option_text("FILE")
+        ->needs(folder);
+    command
+        .add_option("--retry", options.retries,
+                    "Attempt a drawing up to N times more when a file, time or memory failed it")
+        ->option_text("N [0]")
+        ->check(CLI::Range(0U, 100U))
+        ->needs(folder);
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
+}
+
+/// Inputs beside those of the command line.
+struct DrawingLists {
+    std::vector<std::string> paths;
+    bool endsWithZero = false;  ///< names are separated by zero bytes, not by line breaks
+};
+
+void AddListOptions(CLI::App& command, DrawingLists& lists) {
+    CLI::Option* from = command.add_option("--files-from", lists.paths,
+                                           "Also convert the drawings that LIST names, one a line; - for "
+                                           "standard input");
+    from->option_text("LIST")->take_all()->allow_extra_args(false);
+    command.add_flag("-0,--null", lists.endsWithZero, "Names in LIST are separated by zero bytes")
+        ->needs(from)
+        ->option_text(" ");
+}
+
+/// A hash of the options that decide about the outputs of a batch, and of the version.
+std::string HashOfOptions(const CLI::App& app) {
+    const std::set<std::string> others{"inputs",         "--files-from", "--null",  "--out-dir",
+                                       "--keep-folders", "--jobs",       "--quiet", "--shard",
+                                       "--report",       "--resume",     "--retry", "--keep-going"};
+    std::string text = "orvprint " ORVPRINT_VERSION;
+    for (const CLI::Option* option : app.get_options()) {
+        if (option->count() == 0 || others.contains(option->get_name())) continue;
+        text.append(1, '\0').append(option->get_name());
+        for (const std::string& value : option->results()) text.append(1, '\0').append(value);
+    }
+    return HashOfText(text);
 }
 
 /// Names of commands.
@@ -263,6 +326,8 @@ int Run(int argc, char** argv) {
     CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
     AddBatchOptions(app, keepGoing, batch);
+    DrawingLists lists;
+    AddListOptions(app, lists);
 
     ReadOptions infoOptions;
     std::vector<std::string> infoInputs;
@@ -304,6 +369,16 @@ int Run(int argc, char** argv) {
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Read XML documents that contain drawings, as .qvxml files are");
+    ReportOptions report;
+    CLI::App* reporting = app.add_subcommand("report", "Sum up reports of batches");
+    reporting->add_option("files", report.files, "Reports that --report wrote, of all parts and attempts")
+        ->required()
+        ->option_text("FILE...");
+    reporting->add_option("--merged", report.merged, "Write the merged report, a line for each drawing")
+        ->option_text("FILE");
+    reporting->add_option("--html", report.html, "Write a page with the summary and the drawings that failed")
+        ->option_text("FILE");
+    reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
     const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
     PrepareHelp(app);
@@ -342,8 +417,13 @@ int Run(int argc, char** argv) {
             return code;
         return RunCheck(check);
     }
+    if (reporting->parsed()) return RunReport(report);
     if (formats->parsed()) return RunFormats();
     if (limits->parsed()) return RunLimits();
+    for (const std::string& list : lists.paths)
+        if (const int code = ReadDrawingList(list, lists.endsWithZero ? '\0' : '\n', print.inputs);
+            code != kExitDone)
+            return code;
     if (print.inputs.empty()) return Report(kExitUsage, "", "no input; name a drawing (see orvprint --help)");
     if (const std::string command = MeantCommand(app, print.inputs.front()); !command.empty())
         return Report(kExitUsage, print.inputs.front(),
@@ -370,6 +450,7 @@ int Run(int argc, char** argv) {
         return RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;
+    batch.optionsHash = HashOfOptions(app);
     return RunBatch(print, batch);
 }
 

@@ -30,11 +30,11 @@ TEST(BatchNamesTest, NamesComeWithoutFolderAndEndingOfDrawings) {
 
 TEST(BatchNamesTest, PlansOneOutputForEachInput) {
     std::string error;
-    EXPECT_THAT(PlanOutputs({"a.svg", "x/b.svgz"}, "out/", "pdf", error),
+    EXPECT_THAT(PlanOutputs({"a.svg", "x/b.svgz"}, "out/", "pdf", false, error),
                 ElementsAre("out/a.pdf", "out/b.pdf"));
     EXPECT_THAT(error, IsEmpty());
-    EXPECT_THAT(PlanOutputs({"a.svg"}, "/", "pdf", error), ElementsAre("/a.pdf"));
-    EXPECT_THAT(PlanOutputs({"a.svg", "x/"}, "out", "pdf", error), IsEmpty());
+    EXPECT_THAT(PlanOutputs({"a.svg"}, "/", "pdf", false, error), ElementsAre("/a.pdf"));
+    EXPECT_THAT(PlanOutputs({"a.svg", "x/"}, "out", "pdf", false, error), IsEmpty());
     EXPECT_EQ(error, "x/ names no file");
 }
 

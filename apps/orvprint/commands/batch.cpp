@@ -27,6 +27,9 @@
 #include <vector>
 
 #include "apps/orvprint/commands/batch_names.h"
+#include "apps/orvprint/commands/batch_report.h"
+#include "apps/orvprint/commands/batch_worker.h"
+#include "apps/orvprint/commands/content_hash.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/progress.h"
 #include "apps/orvprint/commands/run_sandbox.h"
@@ -58,29 +61,17 @@ bool LooksLikeImage(const std::string& path) {
     return view == "\x89P" || view == "\xFF\xD8" || view == "BM";
 }
 
-/// Files as bytes, and back.
-std::string BytesOf(const std::set<FileSet::Identity>& files) {
-    std::string bytes;
-    for (const auto& [device, number] : files) {
-        const std::array<std::uint64_t, 2> both{device, number};
-        bytes.append(reinterpret_cast<const char*>(both.data()), sizeof both);
-    }
-    return bytes;
-}
-void AddFiles(std::string_view bytes, FileSet& files) {
-    std::array<std::uint64_t, 2> both{};
-    for (; bytes.size() >= sizeof both; bytes.remove_prefix(sizeof both)) {
-        std::memcpy(both.data(), bytes.data(), sizeof both);
-        files.Add(FileSet::Identity(both[0], both[1]));
-    }
-}
-
 /// How a job ended that may have left files.
 struct Outcome {
     std::uint32_t job;
     int code;
     std::string message;
+    BatchRecord record;
 };
+
+/// Failures that another attempt may not meet: files on a network that did not answer, a full disk, a process
+/// that the system ended. Time and memory of a busy machine belong to them, too.
+bool MayPass(int code) { return code == kExitUnreadable || code == kExitUnwritable || code == kExitFailed; }
 
 /// What a worker said, libraries within it too.
 void PutLines(std::string_view lines) {
@@ -96,8 +87,9 @@ void PutLines(std::string_view lines) {
 struct Slot {
     WorkerProcess process;
     std::optional<std::uint32_t> job;
-    std::string errors;       // of its standard error, a line not yet ended
-    std::string lastMessage;  // of the present job
+    std::string errors;                           // of its standard error, a line not yet ended
+    std::string lastMessage;                      // of the present job
+    std::chrono::steady_clock::time_point start;  // of it
 };
 
 class Batch {
@@ -108,31 +100,37 @@ public:
           batch_(batch),
           format_(format),
           outputs_(std::move(outputs)),
-          progress_(options.inputs.size(), !batch.isQuiet) {}
+          progress_(options.inputs.size(), !batch.isQuiet),
+          jobs_{options, format, outputs_, staging_, batch.optionsHash, !batch.report.empty(), {}} {}
 
     int Run() {
         for (const std::string& input : options_.inputs) inputFiles_.Add(input);
         if (const int code = CheckOutputs(); code != kExitDone) return code;
+        if (const int code = OpenReports(); code != kExitDone) return code;
         if (const int code = staging_.Make(batch_.folder); code != kExitDone) return code;
 
         const std::size_t wanted = batch_.jobs > 0 ? batch_.jobs : std::thread::hardware_concurrency();
-        slots_ = std::vector<Slot>(std::clamp<std::size_t>(wanted, 1, options_.inputs.size()));
+        slots_ = std::vector<Slot>(std::max<std::size_t>(std::min(wanted, options_.inputs.size()), 1));
         while (EndSignals::GetCaught() == 0) {
             GiveJobs();
-            if (std::none_of(slots_.begin(), slots_.end(),
-                             [](const Slot& slot) { return slot.job.has_value(); }))
+            if (std::any_of(slots_.begin(), slots_.end(),
+                            [](const Slot& slot) { return slot.job.has_value(); }))
+                WaitAndTake();
+            else if (!HasJobs())
                 break;
-            WaitAndTake();
         }
         for (Slot& slot : slots_) slot.process.Kill();
         if (EndSignals::GetCaught() == 0) PutKeptInPlace();
         staging_.Remove();
         progress_.Erase();
         Summarize();
+        const int reported = report_.Close();
         if (const int signal = EndSignals::GetCaught(); signal != 0) {
             std::signal(signal, SIG_DFL);
             std::raise(signal);
         }
+        if (reported != kExitDone || reportFailure_ != kExitDone)
+            return reported != kExitDone ? reported : reportFailure_;
         if (failures_.empty()) return kExitDone;
         return batch_.keepGoing ? static_cast<int>(kExitSomeFailed) : failures_.front().code;
     }
@@ -151,64 +149,69 @@ private:
         return kExitDone;
     }
 
-    // ---- in the worker ----
-
-    /// Outputs grow where this process puts them in their places; the worker has no rights there.
-    int EnterWorkersSandbox() const {
-        try {
-            RunFiles files{.inputs = options_.inputs, .outputFolder = staging_.GetPath()};
-            files.keepsTemporaryFiles = KeepsTemporaryFiles(format_.name);
-            return EnterSandboxFor(options_.read, std::move(files));
-        } catch (const std::bad_alloc&) {
-            return ReportOutOfMemory("");
+    /// Reads what an earlier run has done, and begins this one's report.
+    int OpenReports() {
+        std::vector<BatchRecord> records;
+        std::size_t unreadable = 0;
+        // A first run may be given the same options as those that follow.
+        const bool isFirst = batch_.resume == batch_.report && !fs::exists(batch_.resume);
+        if (!batch_.resume.empty() && !isFirst)
+            if (const int code = ReadReport(batch_.resume, records, unreadable); code != kExitDone)
+                return code;
+        for (BatchRecord& record : records) {
+            if (CanStay(record))
+                jobs_.done.insert_or_assign(record.name, std::move(record));
+            else
+                jobs_.done.erase(record.name);
         }
+        if (inputFiles_.Contains(batch_.report))
+            return Report(kExitUnwritable, batch_.report, "is an input; choose another name for --report");
+        return batch_.report.empty() ? static_cast<int>(kExitDone) : report_.Open(batch_.report);
     }
 
-    WorkerProcess::Answer DoJob(std::uint32_t job, std::size_t slot) const {
-        FilesOfDrawings().Clear();
-        try {
-            const int code = Print(job, slot);
-            return {code, BytesOf(FilesOfDrawings().GetFiles())};
-        } catch (const std::bad_alloc&) {
-            return {ReportOutOfMemory(options_.inputs[job]), {}};
-        } catch (const std::exception& error) {
-            return {Report(kExitFailed, options_.inputs[job], error.what()), {}};
-        }
-    }
-
-    int Print(std::uint32_t job, std::size_t slot) const {
-        BoundMemory();
-        const std::string& input = options_.inputs[job];
-        PrintOptions options = options_;
-        options.inputs = {input};
-        options.output = staging_.PathOf(slot) / fs::path(outputs_[job]).filename();
-        options.outputName = outputs_[job];
-        // The workers share the processors.
-        const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
-        options.threads = static_cast<unsigned int>(std::max<std::size_t>(processors / slots_.size(), 1));
-        options.isInSandbox = true;
-        options.read.keepGoing = false;  // a broken document is a failure among others
-        return RunPrint(options);
+    /// Whether a drawing that an earlier run has done needs no other attempt, unless it has changed. Of other
+    /// files that it read, nothing is known.
+    bool CanStay(const BatchRecord& record) const {
+        if (!record.IsGood() || record.input.empty() || record.options != batch_.optionsHash ||
+            record.otherFiles > 0 || record.outputs.empty())
+            return false;
+        return std::all_of(record.outputs.begin(), record.outputs.end(),
+                           [](const BatchRecord::Output& output) {
+                               std::error_code error;
+                               return fs::file_size(output.file, error) == output.bytes && !error;
+                           });
     }
 
     // ---- in the process that was started ----
 
     bool HasJobs() const {
-        return nextJob_ < options_.inputs.size() && (batch_.keepGoing || failures_.empty());
+        return (!again_.empty() || nextJob_ < options_.inputs.size()) &&
+               (batch_.keepGoing || failures_.empty());
+    }
+
+    std::uint32_t NextJob() {
+        if (again_.empty()) return nextJob_++;
+        const std::uint32_t job = again_.back();
+        again_.pop_back();
+        return job;
     }
 
     void GiveJobs() {
         for (std::size_t i = 0; i < slots_.size() && HasJobs(); ++i) {
             Slot& slot = slots_[i];
             if (slot.job) continue;
-            const std::uint32_t job = nextJob_++;
+            const std::uint32_t job = NextJob();
             slot.lastMessage.clear();
+            slot.start = std::chrono::steady_clock::now();
             if (std::string error = staging_.Clear(i); !error.empty()) {
-                Fail(job, kExitUnwritable, batch_.folder + ": " + error, true);
+                Fail({job, kExitUnwritable, batch_.folder + ": " + error, RecordOfLost(job, slot.start)},
+                     true);
                 continue;
             }
             if (!HandOver(slot, i, job)) {
-                Fail(job, kExitFailed, options_.inputs[job] + ": no process for it: " + std::strerror(errno),
+                const std::string reason = std::strerror(errno);
+                Fail({job, kExitFailed, options_.inputs[job] + ": no process for it: " + reason,
+                      RecordOfLost(job, slot.start)},
                      true);
                 continue;
             }
@@ -224,14 +227,9 @@ private:
             if (slot.process.Give(job)) return true;
             slot.process.Kill();  // it ended while it had nothing to do
         }
-        const auto work = [this, index,
-                           isInSandbox = false](std::uint32_t number) mutable -> WorkerProcess::Answer {
-            if (!isInSandbox)
-                if (const int code = EnterWorkersSandbox(); code != kExitDone) return {code, {}};
-            isInSandbox = true;
-            return DoJob(number, index);
-        };
-        return slot.process.Start(work) && slot.process.Give(job);
+        const auto worker = std::make_shared<BatchWorker>(jobs_, index, slots_.size());
+        return slot.process.Start([worker](std::uint32_t number) { return worker->Do(number); }) &&
+               slot.process.Give(job);
     }
 
     void WaitAndTake() {
@@ -260,37 +258,73 @@ private:
         const bool hasResult = slot.process.TakeResult(answer);
         TakeMessages(slot, true);  // all of them: they were written before the result
         slot.job.reset();
-        AddFiles(answer.note, inputFiles_);
+        BatchAnswer facts;
         if (!hasResult) {
             const WorkerProcess::End end = slot.process.Reap();
+            const BatchRecord record = RecordOfLost(job, slot.start);
             // One that ended itself with this code has said why.
             if (end.exitCode == kExitFailed && !slot.lastMessage.empty())
-                Fail(job, kExitFailed, slot.lastMessage, false);
+                Fail({job, kExitFailed, slot.lastMessage, record}, false);
             else
-                Fail(job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, true);
+                Fail({job, kExitFailed, options_.inputs[job] + ": its worker process " + end.words, record},
+                     true);
             return;
         }
+        if (!ReadNote(answer.note, facts)) facts.record = RecordOfLost(job, slot.start);
+        for (const FileSet::Identity& file : facts.files) inputFiles_.Add(file);
         // Printing that failed leaves no file, unless pages were passed over: then there are the others.
-        Outcome outcome{job, answer.code, slot.lastMessage};
+        Outcome outcome{job, answer.code, slot.lastMessage, std::move(facts.record)};
         if (answer.code != kExitDone && answer.code != kExitFailed) {
-            Fail(job, answer.code, slot.lastMessage, false);
+            Fail(std::move(outcome), false);
         } else if (MayReplaceAnImage(job, index)) {
             if (const std::string error = staging_.Keep(index, job); !error.empty())
-                return Fail(job, kExitUnwritable, batch_.folder + ": " + error, true);
+                return FailToPlace(std::move(outcome), batch_.folder + ": " + error);
             kept_.push_back(std::move(outcome));
             UpdateProgress();
         } else {
-            Finish(outcome, staging_.PathOf(index));
+            Finish(std::move(outcome), staging_.PathOf(index));
         }
     }
 
+    /// What is known of a drawing whose worker told nothing.
+    BatchRecord RecordOfLost(std::uint32_t job, std::chrono::steady_clock::time_point start) const {
+        BatchRecord record;
+        record.name = options_.inputs[job];
+        record.options = batch_.optionsHash;
+        if (!report_.IsOpen()) return record;
+        record.input = HashFile(record.name).hash;
+        record.milliseconds =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+        return record;
+    }
+
     /// Puts the files of a job where they belong.
-    void Finish(const Outcome& outcome, const fs::path& folder) {
-        if (const std::string error = PutInPlace(outcome.job, folder); !error.empty())
-            return Fail(outcome.job, kExitUnwritable, error, true);
-        if (outcome.code != kExitDone) return Fail(outcome.job, outcome.code, outcome.message, false);
+    void Finish(Outcome outcome, const fs::path& folder) {
+        if (std::string error = PutInPlace(outcome.job, folder); !error.empty())
+            return FailToPlace(std::move(outcome), std::move(error));
+        if (outcome.code != kExitDone) return Fail(std::move(outcome), false);
+        if (outcome.record.status == BatchRecord::Status::kUnchanged) ++unchanged_;
         ++converted_;
+        AddToReport(outcome);
         UpdateProgress();
+    }
+
+    void FailToPlace(Outcome outcome, std::string error) {
+        outcome.code = kExitUnwritable;
+        outcome.message = std::move(error);
+        outcome.record.outputs.clear();
+        Fail(std::move(outcome), true);
+    }
+
+    void AddToReport(Outcome& outcome) {
+        if (!report_.IsOpen()) return;
+        outcome.record.code = outcome.code;
+        if (outcome.code != kExitDone) outcome.record.status = BatchRecord::Status::kFailed;
+        const auto attempts = attempts_.find(outcome.job);
+        outcome.record.attempts = attempts == attempts_.end() ? 1 : attempts->second + 1;
+        outcome.record.message = outcome.message;
+        const int code = report_.Add(outcome.record);
+        if (code != kExitDone && reportFailure_ == kExitDone) reportFailure_ = code;
     }
 
     /// True when a file of a job has the name of an image, which another drawing may show that has not been
@@ -303,8 +337,10 @@ private:
     }
 
     void PutKeptInPlace() {
-        for (const Outcome& outcome : std::exchange(kept_, {}))
-            Finish(outcome, staging_.PathOfKept(outcome.job));
+        for (Outcome& outcome : std::exchange(kept_, {})) {
+            const fs::path folder = staging_.PathOfKept(outcome.job);
+            Finish(std::move(outcome), folder);
+        }
     }
 
     fs::path PlaceOf(std::uint32_t job, const fs::path& staged) const {
@@ -350,6 +386,8 @@ private:
             chmod(from.c_str(), present.st_mode & 07777U);
         }
         for (const auto& [from, to] : moves) {
+            if (batch_.keepsFolders) fs::create_directories(to.parent_path(), error);
+            if (error) return to.parent_path().string() + ": " + error.message();
             fs::rename(from, to, error);
             if (error) return to.string() + ": " + error.message();
             if (format_.onePageAPart) owners_.emplace(to, job);
@@ -357,13 +395,21 @@ private:
         return {};
     }
 
+    /// Counts a failure, unless the drawing gets another attempt.
     /// @param isNew  not reported yet
-    void Fail(std::uint32_t job, int code, const std::string& message, bool isNew) {
-        if (isNew || message.empty()) {
+    void Fail(Outcome outcome, bool isNew) {
+        if (isNew || outcome.message.empty()) {
             progress_.Erase();
-            Report(kExitDone, "", message.empty() ? options_.inputs[job] + ": failed" : message);
+            if (outcome.message.empty()) outcome.message = options_.inputs[outcome.job] + ": failed";
+            Report(kExitDone, "", outcome.message);
         }
-        failures_.push_back({job, code});
+        if (MayPass(outcome.code) && batch_.retries > 0 && attempts_[outcome.job] < batch_.retries) {
+            ++attempts_[outcome.job];
+            again_.push_back(outcome.job);
+            return;
+        }
+        failures_.push_back({outcome.job, outcome.code});
+        AddToReport(outcome);
         UpdateProgress();
     }
 
@@ -379,6 +425,7 @@ private:
                       std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count());
         std::string line = std::to_string(converted_) + " of " + std::to_string(options_.inputs.size()) +
                            " converted, " + std::to_string(failures_.size()) + " failed";
+        if (unchanged_ > 0) line += ", " + std::to_string(unchanged_) + " unchanged";
         if (missing > 0) line += ", " + std::to_string(missing) + " not done";
         if (EndSignals::GetCaught() != 0) line = "interrupted: " + line;
         Report(kExitDone, "", line + seconds.data());
@@ -393,14 +440,27 @@ private:
     ProgressBar progress_;
     FileSet inputFiles_;  // also what drawings read
     StagingFolder staging_;
+    BatchJobs jobs_;
+    BatchReport report_;
+    int reportFailure_ = kExitDone;  // the first line that could not be written
     std::vector<Slot> slots_;
     std::uint32_t nextJob_ = 0;
-    std::string current_;  // name of the input begun last
-    std::size_t converted_ = 0;
+    std::string current_;                                       // name of the input begun last
+    std::vector<std::uint32_t> again_;                          // drawings that get another attempt
+    std::unordered_map<std::uint32_t, unsigned int> attempts_;  // that failed, of such drawings
+    std::size_t converted_ = 0, unchanged_ = 0;
     std::vector<Outcome> kept_;  // their files wait for the end
     std::vector<Failure> failures_;
     std::unordered_map<std::string, std::uint32_t> owners_;  // of numbered files
 };
+
+int RunPart(const PrintOptions& options, const BatchOptions& batch, const ORVOutputFormat& format,
+            std::vector<std::string> outputs) {
+    if (!batch.keepGoing)
+        for (const std::string& input : options.inputs)
+            if (const int code = CheckInput(input); code != kExitDone) return code;
+    return Batch(options, batch, format, std::move(outputs)).Run();
+}
 
 }  // namespace
 
@@ -416,11 +476,19 @@ int RunBatch(const PrintOptions& options, const BatchOptions& batch) {
     if (std::find(options.inputs.begin(), options.inputs.end(), "-") != options.inputs.end())
         return Report(kExitUsage, "standard input",
                       "has no name for a file in --out-dir; name it with -o FILE");
+    // Names are planned for all, so that those of one part do not depend on which part it is.
     std::string error;
-    std::vector<std::string> outputs = PlanOutputs(options.inputs, batch.folder, format->name, error);
+    std::vector<std::string> outputs =
+        PlanOutputs(options.inputs, batch.folder, format->name, batch.keepsFolders, error);
     if (!error.empty()) return Report(kExitUsage, "--out-dir", error);
-    if (!batch.keepGoing)
-        for (const std::string& input : options.inputs)
-            if (const int code = CheckInput(input); code != kExitDone) return code;
-    return Batch(options, batch, *format, std::move(outputs)).Run();
+    if (batch.shard.count == 1) return RunPart(options, batch, *format, std::move(outputs));
+    PrintOptions part = options;
+    part.inputs.clear();
+    std::vector<std::string> outputsOfPart;
+    for (std::size_t i = 0; i < options.inputs.size(); ++i) {
+        if (!batch.shard.Takes(options.inputs[i])) continue;
+        part.inputs.push_back(options.inputs[i]);
+        outputsOfPart.push_back(std::move(outputs[i]));
+    }
+    return RunPart(part, batch, *format, std::move(outputsOfPart));
 }

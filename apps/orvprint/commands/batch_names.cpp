@@ -18,6 +18,17 @@ bool EndsWith(std::string_view name, std::string_view ending) {
     });
 }
 
+/// Appends the folders of a path, as below some other folder. @return false when it leads upward
+bool AppendFolders(std::string_view path, std::string& to) {
+    for (std::size_t slash = 0; (slash = path.find('/')) != std::string_view::npos;
+         path.remove_prefix(slash + 1)) {
+        const std::string_view folder = path.substr(0, slash);
+        if (folder == "..") return false;
+        if (!folder.empty() && folder != ".") to.append(folder).append("/");
+    }
+    return true;
+}
+
 }  // namespace
 
 std::string BaseName(std::string_view input) {
@@ -33,7 +44,7 @@ std::string BaseName(std::string_view input) {
 }
 
 std::vector<std::string> PlanOutputs(const std::vector<std::string>& inputs, const std::string& folder,
-                                     std::string_view ending, std::string& error) {
+                                     std::string_view ending, bool keepsFolders, std::string& error) {
     std::vector<std::string> outputs;
     std::unordered_map<std::string, const std::string*> owners;
     for (const std::string& input : inputs) {
@@ -44,6 +55,11 @@ std::vector<std::string> PlanOutputs(const std::vector<std::string>& inputs, con
         }
         std::string output = folder;
         if (!folder.ends_with('/')) output += '/';
+        if (keepsFolders && !AppendFolders(input, output)) {
+            error.assign(input).append(
+                " leads out of its folder with ..; name it without, or leave out --keep-folders");
+            return {};
+        }
         output.append(name).append(".").append(ending);
         const auto [owner, isNew] = owners.emplace(output, &input);
         if (!isNew) {

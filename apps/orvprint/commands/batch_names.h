@@ -11,7 +11,8 @@
 std::string BaseName(std::string_view input);
 
 /// The outputs of a batch, one for each input: FOLDER/NAME.ENDING.
+/// @param keepsFolders  FOLDER/FOLDERS/NAME.ENDING instead, with the input's own folders
 /// @param error  receives why there is no such list (two inputs of one name, an input without one), when the
 ///               list returned is empty
 std::vector<std::string> PlanOutputs(const std::vector<std::string>& inputs, const std::string& folder,
-                                     std::string_view ending, std::string& error);
+                                     std::string_view ending, bool keepsFolders, std::string& error);

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <map>
 
+#include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
 #include "library/check/document_check.h"
@@ -339,4 +340,12 @@ int CheckBeforeInspection(const std::string& input, const ReadOptions& options, 
         return Report(kExitUnreadable, InputName(input), "cannot be read twice, as inspect --html has to");
     Findings findings;
     return CheckBytes(input, options, bytes.GetView(), findings, use).failure;
+}
+
+std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
+                            const std::set<FindingCode>& ignored) {
+    BoundMemory();  // the input is read again, and counts again
+    Findings findings(ignored);
+    CheckOne(path, options, findings);
+    return findings.GetTotal();
 }

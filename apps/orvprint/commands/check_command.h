@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -40,3 +41,8 @@ using CheckedUse = std::function<int(const CheckedDocument& document, const ORVR
 /// @param use  returns an exit code
 /// @return an exit code; a failure was reported
 int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use);
+
+/// How many findings an input has, without a word about them.
+/// @param ignored  kinds that do not count
+std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
+                            const std::set<FindingCode>& ignored);

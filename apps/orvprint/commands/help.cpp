@@ -24,7 +24,7 @@ constexpr std::array kGroups{
              "ignore "
              "no-sandbox require-sandbox "},
     GroupRow{"Output", " output force format pages dpi width height zoom background export-id flatten-dpi "},
-    GroupRow{"Several inputs", " out-dir jobs quiet "},
+    GroupRow{"Several inputs", " out-dir files-from null keep-folders jobs shard report resume retry quiet "},
     GroupRow{"Paper", " paper orientation scale margin align tile overlap nup "},
     GroupRow{"Colours and lines", " grey mono stroke-scale min-stroke "},
 };

@@ -216,6 +216,7 @@ private:
             Report(kExitDone, name, std::string(info.message.GetView()));
         ORVPrintPropertiesManager::ClearInfos();
         if (status != kGeneratorDone) return ReportFailure(name, status);
+        if (options_.facts) options_.facts->pages += static_cast<unsigned int>(pages.size());
         if (options_.tellsLoss && options_.read.interpreter == "SVG") TellLoss(name, drawing.unreadElements);
         return element_ ? CheckElement(name) : static_cast<int>(kExitDone);
     }

@@ -12,6 +12,11 @@
 #include "library/check/findings.h"
 #include "library/print/page_selection.h"
 
+/// What came of printing.
+struct PrintFacts {
+    unsigned int pages = 0;  ///< of the drawings
+};
+
 struct PrintOptions {
     ReadOptions read;
     std::vector<std::string> inputs;  ///< "-" for standard input
@@ -28,6 +33,7 @@ struct PrintOptions {
     unsigned int threads = 0;           ///< that draw a picture; 0 for as many as the machine has processors
     bool isInSandbox = false;           ///< already: the process does other jobs, too
     std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
+    PrintFacts* facts = nullptr;           ///< written when there
     std::string elementId;                 ///< of the one element to print; empty for all of the drawing
 };
 
