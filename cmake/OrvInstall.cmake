@@ -12,8 +12,8 @@ include(CMakePackageConfigHelpers)
 
 set(orv_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvprint)
 set(orv_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/orvprint)
-# What programs were built with goes on working as long as this number stands: packaging/check-abi holds the libraries
-# to it.
+# What programs were built with goes on working as long as this number stands: the symbol files in debian/ and
+# packaging/check-abi hold the libraries to it.
 set(orv_interface_version 0)
 
 set(ORV_MODULE_FOLDER "" CACHE STRING "Folder of modules within that of the libraries; empty for the same one")
