@@ -40,6 +40,8 @@ public:
     int BeginFilterInput() override { return target_.BeginFilterInput(); }
     int EndFilterInput() override { return target_.EndFilterInput(); }
     int BeginSymbol(const ORVPrintSymbol& symbol) override { return target_.BeginSymbol(symbol); }
+    int BeginTiles(const ORVPrintTiles& tiles) override { return target_.BeginTiles(tiles); }
+    int EndTiles() override { return target_.EndTiles(); }
     int EndSymbol() override { return target_.EndSymbol(); }
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
     int DrawShape(const ORVPrintShape& shape) override;

@@ -90,6 +90,14 @@ int ORVGuardedGenerator::EndSymbol() {
     return Pass([](ORVPrintGenerator& to) { return to.EndSymbol(); });
 }
 
+int ORVGuardedGenerator::BeginTiles(const ORVPrintTiles& tiles) {
+    return Pass([&](ORVPrintGenerator& to) { return to.BeginTiles(tiles); });
+}
+
+int ORVGuardedGenerator::EndTiles() {
+    return Pass([](ORVPrintGenerator& to) { return to.EndTiles(); });
+}
+
 int ORVGuardedGenerator::DrawShape(const ORVPrintShape& shape) {
     return Pass([&](ORVPrintGenerator& to) { return to.DrawShape(shape); });
 }

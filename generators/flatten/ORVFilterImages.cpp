@@ -224,6 +224,21 @@ int ORVFilterImages::EndSymbol() {
     return EndPart([](ORVPrintGenerator& to) { return to.EndSymbol(); });
 }
 
+int ORVFilterImages::BeginTiles(const ORVPrintTiles& tiles) {
+    if (taken_) return kNoTiles;
+    const int answer = Pass([&](ORVPrintGenerator& to) { return to.BeginTiles(tiles); });
+    return answer != kDrawTile ? answer : Guard([&] {
+        symbolScales_.push_back(SymbolScale() * tiles.toPage.Enlargement());
+        shown_.push_back(tiles.tile);
+        return answer;
+    });
+}
+
+int ORVFilterImages::EndTiles() {
+    if (!symbolScales_.empty()) symbolScales_.pop_back();
+    return EndPart([](ORVPrintGenerator& to) { return to.EndTiles(); });
+}
+
 int ORVFilterImages::DrawShape(const ORVPrintShape& shape) {
     return Pass([&](ORVPrintGenerator& to) { return to.DrawShape(shape); });
 }

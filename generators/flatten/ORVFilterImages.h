@@ -58,6 +58,8 @@ public:
     int BeginFilterInput() override;
     int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
+    int BeginTiles(const ORVPrintTiles& tiles) override;
+    int EndTiles() override;
     int EndSymbol() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
     int DrawShape(const ORVPrintShape& shape) override;

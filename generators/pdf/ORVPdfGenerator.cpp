@@ -143,7 +143,7 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     State& state = *state_;
     if (!state.page || state.page->CountSymbols() > 0) return kDrawingFailed;
     State::OpenGroup open;
-    if (state.page->CountMasks() > 0) {
+    if (state.page->CountMasksAndTiles() > 0) {
         state.groups.push_back(std::move(open));  // what is not seen leads nowhere
         return kGeneratorDone;
     }
@@ -242,6 +242,17 @@ int ORVPdfGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
 
 int ORVPdfGenerator::EndSymbol() {
     return state_->ChangeParts([](PdfParts& parts) { return parts.EndSymbol(); });
+}
+
+int ORVPdfGenerator::BeginTiles(const ORVPrintTiles& tiles) {
+    return state_->ChangeParts([&](PdfParts& parts) {
+        parts.BeginTiles(tiles);
+        return true;
+    });
+}
+
+int ORVPdfGenerator::EndTiles() {
+    return state_->ChangeParts([](PdfParts& parts) { return parts.EndTiles(); });
 }
 
 int ORVPdfGenerator::DrawShape(const ORVPrintShape& shape) {

@@ -44,6 +44,8 @@ public:
     int EndMask() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
+    int BeginTiles(const ORVPrintTiles& tiles) override;
+    int EndTiles() override;
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

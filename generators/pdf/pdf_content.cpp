@@ -66,6 +66,9 @@ std::string StateOf(const PdfLayerPaint& paint) {
 constexpr ORVMathBox2D kEverywhere{-kPdfCoordinateLimit, kPdfCoordinateLimit, -kPdfCoordinateLimit,
                                    kPdfCoordinateLimit};
 
+// Small errors add up over many tiles.
+constexpr int kStepPlaces = 8;
+
 /// Coordinates are finer than any printer, and no finer than a page's size asks for.
 int PlacesFor(double longestSide) {
     constexpr double kLarge = 400.0, kSmall = 40.0;
@@ -439,6 +442,42 @@ PdfForm PdfContent::FinishForm() {
     document_.file.WriteStream(form.object, entries + "/Resources" + resources.MakeDictionary(),
                                std::move(content), PdfFile::Packing::kContent);
     return form;
+}
+
+PdfForm PdfContent::FinishTile(const ORVPrintTiles& tiles, const PdfContent& shownBy) {
+    while (EndClip()) {
+    }
+    const PdfResources& resources = out_.GetResources();
+    std::string content = out_.Take();
+    PdfForm cell{0, tiles.tile, 0.0, resources.IsColoured(), resources.IsTransparent()};
+    if (content.empty()) return cell;
+    std::string entries = "/Type/Pattern/PatternType 1/PaintType 1/TilingType 1/BBox";
+    AppendPdfBox(entries, tiles.tile, out_.GetPlaces());
+    entries += "/XStep ";
+    AppendDecimal(entries, tiles.xStep, kStepPlaces);
+    entries += "/YStep ";
+    AppendDecimal(entries, tiles.yStep, kStepPlaces);
+    entries += "/Matrix[";
+    AppendPdfMap(entries, shownBy.toDefault_ * tiles.toPage);
+    cell.object = document_.file.Reserve();
+    document_.file.WriteStream(cell.object, entries + "]/Resources" + resources.MakeDictionary(),
+                               std::move(content), PdfFile::Packing::kContent);
+    return cell;
+}
+
+void PdfContent::DrawTiles(const PdfForm& cell, const ORVMathBox2D& box) {
+    const ORVMathBox2D shown = VisiblePart(box);
+    if (cell.object == 0 || shown.IsEmpty()) return;
+    if (extent_->IsMeasured()) extent_->AddBox(shown, ORVMathAffine2D());
+    out_.GetResources().AddPattern(cell.object);
+    out_.GetResources().NotePaint(cell.isColoured, cell.isTransparent);
+    PdfPaint paint;
+    paint.pattern = cell.object;
+    SetFill(paint);
+    out_.PutPoint({shown.xMin, shown.yMin});
+    out_.PutPoint({shown.xMax - shown.xMin, shown.yMax - shown.yMin});
+    out_.Put("re f\n");
+    out_.Flush();
 }
 
 unsigned int PdfContent::FinishGroup(bool isIsolated) {

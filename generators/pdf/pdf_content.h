@@ -62,6 +62,8 @@ public:
     void DrawText(const ORVPrintText& text);
     void DrawImage(const ORVPrintImage& image);
     void DrawForm(const PdfForm& form, const ORVMathAffine2D& map);
+    /// Covers a box with tiles. @param cell  from FinishTile of content that this shows
+    void DrawTiles(const PdfForm& cell, const ORVMathBox2D& box);
     /// @param group  from FinishGroup; 0 when there is nothing to show
     /// @param box    that of the group
     void DrawGroup(unsigned int group, const ORVMathBox2D& box, PdfLayerPaint paint);
@@ -86,6 +88,8 @@ public:
     std::string FinishPage();
     /// Ends a form and writes it.
     PdfForm FinishForm();
+    /// Ends a form that is the cell of a pattern, and writes it. @param shownBy  the content that uses it
+    PdfForm FinishTile(const ORVPrintTiles& tiles, const PdfContent& shownBy);
     /// Ends a group and writes it. @return its object; 0 when there is nothing to show
     unsigned int FinishGroup(bool isIsolated = true);
 

@@ -15,10 +15,16 @@ bool PdfParts::BeginSymbol(const ORVPrintSymbol& symbol) {
     return true;
 }
 
+void PdfParts::BeginTiles(const ORVPrintTiles& tiles) {
+    Part& part = parts_.emplace_back(Part{Kind::kTiles, {}, tiles});
+    part.content.emplace(document_);
+    ++openTiles_;
+}
+
 void PdfParts::BeginLayer(const ORVPrintLayer& layer) {
     PdfContent& below = GetTop();
-    Part& part =
-        parts_.emplace_back(Part{Kind::kLayer, {}, layer, {layer.opacity, layer.blend, layer.isIsolated}});
+    Part& part = parts_.emplace_back(
+        Part{Kind::kLayer, {}, {}, layer, {layer.opacity, layer.blend, layer.isIsolated}});
     part.content.emplace(below, layer.box, false);
 }
 
@@ -43,6 +49,7 @@ bool PdfParts::End(Kind kind) {
     if (parts_.empty() || parts_.back().kind != kind) return false;
     switch (kind) {
         case Kind::kSymbol: FinishSymbol(); break;
+        case Kind::kTiles: FinishTiles(); break;
         case Kind::kLayer: FinishLayer(); break;
         case Kind::kMask: FinishMask(); break;
     }
@@ -60,6 +67,14 @@ void PdfParts::FinishSymbol() {
     --openSymbols_;
     forms_.emplace(symbol.key, form);
     GetTop().DrawForm(form, symbol.toPage);
+}
+
+void PdfParts::FinishTiles() {
+    const ORVPrintTiles tiles = parts_.back().tiles;
+    const PdfForm cell = parts_.back().content->FinishTile(tiles, GetNextToTop());
+    parts_.pop_back();
+    --openTiles_;
+    GetTop().DrawTiles(cell, tiles.shown);
 }
 
 void PdfParts::FinishLayer() {

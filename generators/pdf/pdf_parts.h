@@ -22,26 +22,30 @@ public:
     PdfContent& GetTop() { return parts_.empty() ? page_ : *parts_.back().content; }
     /// The number of open parts of these kinds.
     unsigned int CountSymbols() const { return openSymbols_; }
-    unsigned int CountMasks() const { return openMasks_; }
+    /// Masks and tiles, in which nothing leads anywhere.
+    unsigned int CountMasksAndTiles() const { return openMasks_ + openTiles_; }
 
     /// @return false when the document has the symbol, which was then shown
     bool BeginSymbol(const ORVPrintSymbol& symbol);
+    void BeginTiles(const ORVPrintTiles& tiles);
     void BeginLayer(const ORVPrintLayer& layer);
     /// Begins the mask of the layer that has just begun. @return false when there is no such layer
     bool BeginMask(const ORVPrintMask& mask);
 
     // Each returns false when what is to end is not what began last.
     bool EndSymbol() { return End(Kind::kSymbol); }
+    bool EndTiles() { return End(Kind::kTiles); }
     bool EndLayer() { return End(Kind::kLayer); }
     bool EndMask() { return End(Kind::kMask); }
     /// Ends all that is still open.
     void EndAll();
 
 private:
-    enum class Kind { kSymbol, kLayer, kMask };
+    enum class Kind { kSymbol, kTiles, kLayer, kMask };
     struct Part {
         Kind kind;
         ORVPrintSymbol symbol = {};
+        ORVPrintTiles tiles = {};
         ORVPrintLayer layer = {};  ///< its box cut to that of its mask, once that has begun
         PdfLayerPaint paint = {};
         std::optional<PdfContent> content = {};
@@ -49,6 +53,7 @@ private:
 
     bool End(Kind kind);
     void FinishSymbol();
+    void FinishTiles();
     void FinishLayer();
     void FinishMask();
     /// What shows the innermost part.
@@ -58,5 +63,5 @@ private:
     std::unordered_map<const void*, PdfForm>& forms_;
     PdfContent page_;
     std::deque<Part> parts_;
-    unsigned int openSymbols_ = 0, openMasks_ = 0;
+    unsigned int openSymbols_ = 0, openTiles_ = 0, openMasks_ = 0;
 };

@@ -116,6 +116,14 @@ int ORVSvgGenerator::EndSymbol() {
     return state_->Do([](SvgPage& page) { return page.EndSymbol(); });
 }
 
+int ORVSvgGenerator::BeginTiles(const ORVPrintTiles& tiles) {
+    return state_->page ? state_->page->BeginTiles(tiles) : static_cast<int>(kNoTiles);
+}
+
+int ORVSvgGenerator::EndTiles() {
+    return state_->Do([](SvgPage& page) { return page.EndTiles(); });
+}
+
 int ORVSvgGenerator::DrawShape(const ORVPrintShape& shape) {
     return state_->DrawOn([&](SvgPage& page) { page.DrawShape(shape); });
 }

@@ -40,6 +40,8 @@ public:
     int EndFilter() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
+    int BeginTiles(const ORVPrintTiles& tiles) override;
+    int EndTiles() override;
     bool KeepsIdentifiers() const override { return true; }
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;

@@ -49,6 +49,7 @@ public:
     /// @param everywhere  what stands for an infinite region, in the filter's user units
     std::string FindFilter(const ORVPrintFilter& filter, const ORVMathBox2D& everywhere);
     /// The identifier of a mask that will be written.
+    std::string NewPattern() { return NewId(Kind::kPattern); }
     std::string NewMask() { return NewId(Kind::kMask); }
     /// The identifier of an image, which is written when it is first asked for.
     const std::string& FindImage(const ORVPixelImage& image);

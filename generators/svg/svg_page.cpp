@@ -128,6 +128,7 @@ void SvgPage::Enter(Open what) {
 std::string_view SvgPage::EndOf(Open what) {
     switch (what) {
         case Open::kMask: return "</mask>\n";
+        case Open::kTiles: return "</pattern>\n";
         case Open::kFilter: return "</g></g>\n";
         default: return "</g>\n";
     }
@@ -194,20 +195,26 @@ void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
 
 bool SvgPage::EndLayer() { return Leave(Open::kLayer); }
 
-void SvgPage::BeginMask(const ORVPrintMask& mask) {
-    std::string text = "<mask id=\"" + mask_ + "\" maskUnits=\"userSpaceOnUse\"";
-    const SvgSpace& space = spaces_.back().space;
+/// Place and size of a box; nothing at the origin for an empty one.
+std::string SvgPage::BoxAttributes(const ORVMathBox2D& box, int places) const {
+    const double limit = spaces_.back().space.limit;
+    std::string text;
     const auto add = [&](std::string_view name, double value) {
         text.append(" ").append(name).append("=\"");
-        AppendDecimal(text, std::clamp(value, -space.limit, space.limit), space.places);
+        AppendDecimal(text, std::clamp(value, -limit, limit), places);
         text += '"';
     };
-    const ORVMathBox2D& box = mask.box;
     const bool isEmpty = box.IsEmpty();
     add("x", isEmpty ? 0.0 : box.xMin);
     add("y", isEmpty ? 0.0 : box.yMin);
     add("width", isEmpty ? 0.0 : box.xMax - box.xMin);
     add("height", isEmpty ? 0.0 : box.yMax - box.yMin);
+    return text;
+}
+
+void SvgPage::BeginMask(const ORVPrintMask& mask) {
+    std::string text = "<mask id=\"" + mask_ + "\" maskUnits=\"userSpaceOnUse\"" +
+                       BoxAttributes(mask.box, spaces_.back().space.places);
     if (mask.kind == ORVPrintMask::Kind::kOpacity) text += " mask-type=\"alpha\"";
     if (mask.kind == ORVPrintMask::Kind::kLinearLuminance) text += " color-interpolation=\"linearRGB\"";
     writer_.Put(text + ">\n");
@@ -238,6 +245,31 @@ void SvgPage::BeginFilter(const ORVPrintFilter& filter) {
 }
 
 bool SvgPage::EndFilter() { return Leave(Open::kFilter); }
+
+int SvgPage::BeginTiles(const ORVPrintTiles& tiles) {
+    const double width = tiles.tile.xMax - tiles.tile.xMin, height = tiles.tile.yMax - tiles.tile.yMin;
+    // What is repeated is the tile: there are no gaps, and no overlaps.
+    const bool isSaid = IsDrawable(tiles.toPage) && !IsFlat(tiles.toPage) && tiles.xStep == width &&
+                        tiles.yStep == height && width > 0.0 && height > 0.0;
+    if (!isSaid || writer_.IsRecording()) return ORVPrintGenerator::kNoTiles;
+    const std::string id = definitions_.NewPattern();
+    std::string text = "<pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"";
+    // Small errors add up over many tiles.
+    text += BoxAttributes(tiles.tile, kSvgMostPlaces);
+    AppendSvgTransform(text, tiles.toPage, kSvgMostPlaces, "patternTransform");
+    writer_.Put(text + ">\n");
+    covers_.push_back("<rect" + BoxAttributes(tiles.shown, spaces_.back().space.places) + " fill=\"url(#" +
+                      id + ")\"/>\n");
+    Enter(Open::kTiles);
+    return ORVPrintGenerator::kDrawTile;
+}
+
+bool SvgPage::EndTiles() {
+    if (!Leave(Open::kTiles)) return false;
+    writer_.Put(covers_.back());
+    covers_.pop_back();
+    return true;
+}
 
 void SvgPage::BeginInline(const ORVMathAffine2D& map) {
     std::string text = "<g";

@@ -45,6 +45,10 @@ public:
     void BeginFilter(const ORVPrintFilter& filter);
     /// @return false when the innermost thing that is open is no filter
     bool EndFilter();
+    /// @return what ORVPrintGenerator::BeginTiles returns
+    int BeginTiles(const ORVPrintTiles& tiles);
+    /// @return false when the innermost thing that is open is no tile
+    bool EndTiles();
     /// @return what ORVPrintGenerator::BeginSymbol returns
     int BeginSymbol(const ORVPrintSymbol& symbol);
     /// @return false when no symbol is open
@@ -62,7 +66,7 @@ public:
     bool Finish();
 
 private:
-    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip, kLayer, kMask, kFilter };
+    enum class Open : std::uint8_t { kNothing, kGroup, kLink, kClip, kLayer, kMask, kFilter, kTiles };
     struct OpenSpace {
         SvgSpace space;
         ORVMathAffine2D toOuter;
@@ -70,6 +74,7 @@ private:
         bool isRecorded = false;
     };
 
+    std::string BoxAttributes(const ORVMathBox2D& box, int places) const;
     void Enter(Open what);
     bool Leave(Open what);
     static std::string_view EndOf(Open what);
@@ -82,7 +87,8 @@ private:
     SvgPainter painter_{writer_, definitions_};
     std::vector<Open> open_;
     std::vector<OpenSpace> spaces_;
-    ORVMathBox2D whole_;  // of the page
-    std::string mask_;    // of the layer that has just begun
+    std::vector<std::string> covers_;  // of tiles that are open: what is covered with them
+    ORVMathBox2D whole_;               // of the page
+    std::string mask_;                 // of the layer that has just begun
     bool isInsideLink_ = false;
 };

@@ -16,7 +16,8 @@ constexpr char kBase64Digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrst
 
 }  // namespace
 
-void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int places) {
+void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int places,
+                        std::string_view attribute) {
     const double greatest =
         std::max({std::fabs(map.m11), std::fabs(map.m12), std::fabs(map.m21), std::fabs(map.m22)});
     // What rounding has left of a zero, or of a one.
@@ -25,7 +26,7 @@ void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int place
     const std::int64_t dx = ToFixed(map.dx, places), dy = ToFixed(map.dy, places);
     const bool isTranslation = isOne(map.m11) && isOne(map.m22) && isZero(map.m12) && isZero(map.m21);
     if (isTranslation && dx == 0 && dy == 0) return;
-    text += isTranslation ? " transform=\"translate(" : " transform=\"matrix(";
+    text.append(" ").append(attribute).append(isTranslation ? "=\"translate(" : "=\"matrix(");
     if (!isTranslation)
         for (const double factor : {map.m11, map.m21, map.m12, map.m22}) {
             AppendSignificant(text, isZero(factor) ? 0.0 : factor, kFactorDigits);

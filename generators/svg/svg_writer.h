@@ -16,7 +16,8 @@ inline constexpr int kSvgMostPlaces = 9;
 
 /// Appends a transform attribute, nothing for the identity.
 /// @param places  digits after the period of the translation
-void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int places);
+void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int places,
+                        std::string_view attribute = "transform");
 
 /// The text of an SVG file on its way to an output. Neighbouring elements of the same style are gathered in a
 /// group that has it, so that it is written once. Write errors are the output's to report; here, they end the

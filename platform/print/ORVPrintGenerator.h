@@ -209,6 +209,15 @@ struct ORVPrintSymbol {
     ORVMathAffine2D toPage;     ///< from the symbol's own coordinates
 };
 
+/// The same content again and again, side by side.
+struct ORVPrintTiles {
+    ORVMathBox2D tile;       ///< what of the content shows, in the tiles' own coordinates
+    double xStep = 1.0;      ///< from one tile to the next, greater than 0
+    double yStep = 1.0;      ///< as `xStep`
+    ORVMathAffine2D toPage;  ///< from the tiles' coordinates, which are about as large as the page's
+    ORVMathBox2D shown;      ///< what of the page is covered
+};
+
 /// Where a drawing goes: a file format or a device. The renderer resolves the model and calls this; a
 /// generator knows nothing of models. Page coordinates are user units of 1/90 inch, the origin in the
 /// page's upper left corner, y pointing down.
@@ -290,6 +299,16 @@ public:
     static constexpr int kDrawSymbol = 1;   ///< of BeginSymbol: the content follows, to be kept
     static constexpr int kSymbolKnown = 2;  ///< of BeginSymbol: the content is kept, and placed
     static constexpr int kNoSymbols = 3;    ///< of BeginSymbol: the content follows as any other
+
+    /// Announces content that covers a part of the page again and again. Generators that can say so return
+    /// kDrawTile: the content of one tile follows in the tiles' coordinates, ended by EndTiles. Others return
+    /// kNoTiles: the tiles follow one by one, in page coordinates, as though nothing had been announced.
+    /// Tiles nest, and hold no groups that lead somewhere.
+    [[nodiscard]] virtual int BeginTiles(const ORVPrintTiles& /*tiles*/) { return kNoTiles; }
+    /// Ends the content that BeginTiles asked for.
+    [[nodiscard]] virtual int EndTiles() { return 1; }
+    static constexpr int kDrawTile = 1;  ///< of BeginTiles: the content of one tile follows
+    static constexpr int kNoTiles = 2;   ///< of BeginTiles: each tile follows as any other content
 
     /// Whether the identifiers of single shapes, texts and images are of use here. They come with these calls
     /// then, unless the shape is a group's content because a link leads to it, or lies within a symbol; for

@@ -37,6 +37,8 @@ public:
     int EndMask() override { return Count(); }
     int BeginSymbol(const ORVPrintSymbol& /*symbol*/) override { return Count(); }
     int EndSymbol() override { return Count(); }
+    int BeginTiles(const ORVPrintTiles& /*tiles*/) override { return Count(); }
+    int EndTiles() override { return Count(); }
     int DrawShape(const ORVPrintShape& /*shape*/) override { return Count(); }
     int DrawText(const ORVPrintText& /*text*/) override { return Count(); }
     int DrawImage(const ORVPrintImage& /*image*/) override { return Count(); }
@@ -55,7 +57,7 @@ private:
     int calls_ = 0;
 };
 
-constexpr int kCalls = 19;
+constexpr int kCalls = 21;
 
 /// Makes every call once. @return what they returned
 std::array<int, kCalls> CallAll(ORVPrintGenerator& generator) {
@@ -76,6 +78,8 @@ std::array<int, kCalls> CallAll(ORVPrintGenerator& generator) {
             generator.EndMask(),
             generator.BeginSymbol({}),
             generator.EndSymbol(),
+            generator.BeginTiles({}),
+            generator.EndTiles(),
             generator.DrawShape({path, {}}),
             generator.DrawText({layout, {}, {}}),
             generator.DrawImage({*image, {}}),

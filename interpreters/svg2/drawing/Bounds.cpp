@@ -85,7 +85,7 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
         case Tag::kG:
         case Tag::kA: return OfChildren(element, style, viewport, map, depth);
         case Tag::kSwitch: {
-            const ElementIndex child = ChooseOfSwitch(document, element);
+            const ElementIndex child = ChooseOfSwitch(scene_, element);
             return child == kNoElement ? ORVMathBox2D{} : OfChild(child, style, viewport, map, depth);
         }
         case Tag::kSvg:

@@ -39,6 +39,10 @@ public:
     int BeginSymbol(const ORVPrintSymbol& symbol) override {
         return EndKept() ? generator_.BeginSymbol(symbol) : status_;
     }
+    int BeginTiles(const ORVPrintTiles& tiles) override {
+        return EndKept() ? generator_.BeginTiles(tiles) : status_;
+    }
+    int EndTiles() override { return EndKept() ? generator_.EndTiles() : status_; }
     int EndSymbol() override { return EndKept() ? generator_.EndSymbol() : status_; }
     bool KeepsIdentifiers() const override { return generator_.KeepsIdentifiers(); }
     bool FollowsOrigins() const override { return generator_.FollowsOrigins(); }

@@ -170,7 +170,7 @@ void Drawing::DrawContent(ElementIndex element, const Style& style, const DrawSt
         case Tag::kG:
         case Tag::kA: DrawChildren(element, style, state); return;
         case Tag::kSwitch:
-            if (const ElementIndex child = ChooseOfSwitch(scene_.GetDocument(), element); child != kNoElement)
+            if (const ElementIndex child = ChooseOfSwitch(scene_, element); child != kNoElement)
                 DrawElement(child, style, state);
             return;
         case Tag::kSvg: DrawInnerViewport(element, style, state, kNoElement, nullptr); return;

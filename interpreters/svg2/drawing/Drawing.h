@@ -118,9 +118,16 @@ private:
     /// Fills an outline with a pattern.
     void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                      const MadePaint& paint, const DrawState& state);
+    /// @param shown  what of the page they cover
+    void DrawTiles(ElementIndex content, const Style& style, const PatternTiles& all,
+                   const ORVMathBox2D& shown, DrawState& inner);
+    /// Leaves repeating to the generator. @return false when it cannot, and nothing is drawn
+    bool DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
+                           const ORVMathBox2D& shown, DrawState& inner);
     // ---- tiles of plain shapes (fused_tiles.cpp) ----
-    /// Draws all tiles of a pattern at once. @return false when it cannot, and nothing is drawn
-    bool DrawFusedTiles(ElementIndex content, const Style& style, const PatternTiles& tiles);
+    /// Draws shapes in all tiles of a pattern at once.
+    void DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles);
+    /// @return false when not all content is of plain shapes
     bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
                       const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
     void DrawFused(const FusedShape& shape, const PatternTiles& tiles);

@@ -15,15 +15,6 @@
 
 namespace svg2 {
 
-/// A shape of a pattern that is drawn for all tiles at once.
-struct FusedShape {
-    ElementIndex element;
-    Style style;
-    ORVPrintPath path;
-    ORVMathAffine2D toPattern;  // for the first tile
-    double opacity = 1.0;
-};
-
 namespace {
 
 bool IsPlain(const Paint& paint) {
@@ -183,10 +174,7 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
     return true;
 }
 
-bool Drawing::DrawFusedTiles(ElementIndex content, const Style& style, const PatternTiles& tiles) {
-    if (!style.hidesOverflow || tiles.range.Count() < 2) return false;
-    std::vector<FusedShape> shapes;
-    if (!CollectFused(content, style, tiles, tiles.toTile, 0, shapes)) return false;
+void Drawing::DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles) {
     for (const FusedShape& shape : shapes) {
         // So many rows at a time that memory stays small.
         constexpr long kMostPoints = 1'000'000, kPointsOfCurve = 24;
@@ -202,7 +190,6 @@ bool Drawing::DrawFusedTiles(ElementIndex content, const Style& style, const Pat
             if (!IsStopped()) DrawFused(shape, part);
         }
     }
-    return true;
 }
 
 void Drawing::DrawFused(const FusedShape& shape, const PatternTiles& tiles) {

@@ -5,6 +5,7 @@
 
 #include "interpreters/svg2/tree/Scene.h"
 #include "interpreters/svg2/values/view_box.h"
+#include "platform/print/ORVPrintPath.h"
 
 namespace svg2 {
 
@@ -24,6 +25,15 @@ struct PatternTiles {
     ORVMathAffine2D toTile;         ///< from the content's units to the pattern's
     ORVMathAffine2D patternToPage;  ///< from the pattern's units
     Viewport viewport;              ///< that the content's percentages refer to
+};
+
+/// A shape of a pattern that is drawn for all tiles at once.
+struct FusedShape {
+    ElementIndex element;
+    Style style;
+    ORVPrintPath path;
+    ORVMathAffine2D toPattern;  // for the first tile
+    double opacity = 1.0;
 };
 
 }  // namespace svg2

@@ -121,8 +121,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     shown.yMax = std::min(shown.yMax, page_.yMax);
     if (shown.IsEmpty() || !(shown.yMin <= shown.yMax)) return;
     const auto tiles = FindTiles(MapBox(Inverse(patternToPage), shown), tile);
-    constexpr std::uint64_t kMostTiles = 4'000'000;
-    if (!tiles || tiles->Count() > kMostTiles) {
+    if (!tiles) {
         Do(ORVPrintModelRender::kTooManyRepeats);
         return;
     }
@@ -137,26 +136,68 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     }
     BeginOutline(path, toPage, isEvenOdd);
     const PatternTiles all{tile, *tiles, toTile, patternToPage, inner.viewport};
-    if (DrawFusedTiles(pattern.content, contentStyle, all)) {
-        EndBack(mark);
-        Leave();
+    DrawTiles(pattern.content, contentStyle, all, shown, inner);
+    EndBack(mark);
+    Leave();
+}
+
+void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternTiles& all,
+                        const ORVMathBox2D& shown, DrawState& inner) {
+    // Whoever draws a file with patterns has to draw all of their tiles.
+    constexpr std::uint64_t kMostTiles = 4'000'000;
+    if (all.range.Count() > kMostTiles) {
+        Do(ORVPrintModelRender::kTooManyRepeats);
         return;
     }
-    for (long y = tiles->yFirst; y <= tiles->yLast && !IsStopped(); ++y) {
-        for (long x = tiles->xFirst; x <= tiles->xLast && !IsStopped(); ++x) {
-            if (!TakeElement(pattern.content)) break;
+    std::vector<FusedShape> shapes;
+    const bool isPlain = style.hidesOverflow && CollectFused(content, style, all, all.toTile, 0, shapes);
+    if (isPlain && DrawOneTileForAll(content, style, all, shown, inner)) return;
+    if (isPlain && all.range.Count() > 1) {
+        DrawFusedTiles(shapes, all);
+        return;
+    }
+    for (long y = all.range.yFirst; y <= all.range.yLast && !IsStopped(); ++y) {
+        for (long x = all.range.xFirst; x <= all.range.xLast && !IsStopped(); ++x) {
+            if (!TakeElement(content)) break;
             const ORVMathAffine2D step =
-                patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * tile.width,
-                                                             static_cast<double>(y) * tile.height);
+                all.patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * all.first.width,
+                                                                 static_cast<double>(y) * all.first.height);
             const std::size_t tileMark = ends_.size();
-            if (contentStyle.hidesOverflow) BeginRectangle(tile, step);
-            inner.toPage = step * toTile;
-            DrawChildren(pattern.content, contentStyle, inner);
+            if (style.hidesOverflow) BeginRectangle(all.first, step);
+            inner.toPage = step * all.toTile;
+            DrawChildren(content, style, inner);
             EndBack(tileMark);
         }
     }
-    EndBack(mark);
-    Leave();
+}
+
+// A few tiles are drawn one by one, as sharp as all else: viewers may show the cells of patterns as images of
+// whole pixels. Of many, a file would become large. Only plain content: not all viewers place gradients and
+// patterns within cells where they belong.
+bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
+                                const ORVMathBox2D& shown, DrawState& inner) {
+    constexpr std::uint64_t kFewTiles = 1000;
+    const double scale = all.patternToPage.Enlargement();
+    if (all.range.Count() <= kFewTiles || !(scale > 0.0)) return false;
+    // Coordinates of the page's size: formats round them.
+    const auto toTiles = ORVMathAffine2D::Scaling(scale, scale);
+    ORVPrintTiles tiles;
+    tiles.tile = MapBox(toTiles, all.first.Box());
+    tiles.xStep = all.first.width * scale;
+    tiles.yStep = all.first.height * scale;
+    tiles.toPage = all.patternToPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale);
+    tiles.shown = shown;
+    const int answer = generator_.BeginTiles(tiles);
+    if (answer == ORVPrintGenerator::kNoTiles) return false;
+    if (!Do(answer)) return true;
+    pages_.push_back(page_);
+    page_ = tiles.tile;
+    inner.toPage = toTiles * all.toTile;
+    if (TakeElement(content)) DrawChildren(content, style, inner);
+    page_ = pages_.back();
+    pages_.pop_back();
+    Do(generator_.EndTiles());
+    return true;
 }
 
 }  // namespace svg2

@@ -81,6 +81,15 @@ public:
 
     static double BaseOf(const Viewport& viewport, Axis axis);
 
+    /// The child that a "switch" shows. It is looked for once, however often the element is drawn.
+    /// @param find  looks for it; gives kNoElement when there is none
+    template <class Find>
+    ElementIndex ChildOfSwitch(ElementIndex element, Find find) {
+        const auto [place, isNew] = childrenOfSwitches_.try_emplace(element, kNoElement);
+        if (isNew) place->second = find();
+        return place->second;
+    }
+
 private:
     Rectangle ReferenceBox(ElementIndex element, const Style& style, const Viewport& viewport) const;
     ORVMathPoint2D OriginOf(const Style& style, const Rectangle& box) const;
@@ -91,6 +100,7 @@ private:
     ElementBoxes* boxes_ = nullptr;
     Cascade cascade_;
     std::unordered_map<ElementIndex, std::unique_ptr<Style>> stylesInPlace_;
+    std::unordered_map<ElementIndex, ElementIndex> childrenOfSwitches_;
 };
 
 template <class Test>

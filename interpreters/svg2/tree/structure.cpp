@@ -121,7 +121,9 @@ bool PassesConditions(const Document& document, ElementIndex element) {
     return !language || PassesLanguage(*language);
 }
 
-ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element) {
+namespace {
+
+ElementIndex FindOfSwitch(const Document& document, ElementIndex element) {
     for (ElementIndex child = document[element].firstChild; child != kNoElement;
          child = document[child].nextSibling) {
         switch (document[child].tag) {
@@ -135,6 +137,12 @@ ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element) {
         if (PassesConditions(document, child)) return child;
     }
     return kNoElement;
+}
+
+}  // namespace
+
+ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element) {
+    return scene.ChildOfSwitch(element, [&] { return FindOfSwitch(scene.GetDocument(), element); });
 }
 
 bool IsShownByUse(const Document& document, ElementIndex target, const Style& style) {

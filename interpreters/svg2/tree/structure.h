@@ -26,7 +26,7 @@ std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex 
 bool PassesConditions(const Document& document, ElementIndex element);
 
 /// The child that a "switch" shows; kNoElement for none.
-ElementIndex ChooseOfSwitch(const Document& document, ElementIndex element);
+ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element);
 
 /// What a "use" shows; kNoElement when that is nothing.
 ElementIndex FindUseTarget(const Document& document, ElementIndex use);

@@ -33,6 +33,7 @@ public:
     };
     std::vector<Image> images;
     std::vector<std::string> lines;
+    bool takesTiles = false;
     unsigned int powers = kGradients | kClipPaths | kLayers | kBlendModes | kMasks;
 
     int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return 1; }
@@ -45,6 +46,10 @@ public:
     int BeginClipPath(const ORVPrintClipPath& /*clip*/) override { return Add("clip path"); }
     int BeginFilter(const ORVPrintFilter& /*filter*/) override { return Add("filter"); }
     int EndFilter() override { return Add("end filter"); }
+    int BeginTiles(const ORVPrintTiles& /*tiles*/) override {
+        return takesTiles ? Add("tiles") : static_cast<int>(kNoTiles);
+    }
+    int EndTiles() override { return Add("end tiles"); }
     int DrawShape(const ORVPrintShape& /*shape*/) override { return Add("shape"); }
     int DrawText(const ORVPrintText& /*text*/) override { return Add("text"); }
     int DrawImage(const ORVPrintImage& image) override {
@@ -318,6 +323,26 @@ TEST_F(ORVFilterImagesTest, FormatsWithFiltersGetThoseWithoutInputs) {
     ASSERT_EQ(stage_->EndFilterInput(), 1);
     EndFilter();
     EXPECT_THAT(page_.lines, ElementsAre("image"));
+}
+
+TEST_F(ORVFilterImagesTest, TilesAreForFormatsThatRepeatThemButNotWithinFilters) {
+    ORVPrintTiles tiles;
+    tiles.tile = {0, 10, 0, 10};
+    tiles.shown = {0, 100, 0, 100};
+    tiles.toPage = ORVMathAffine2D::Scaling(2.0, 2.0);
+    Begin();
+    EXPECT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
+    page_.takesTiles = true;
+    ASSERT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kDrawTile);
+    // Its pixels are those of the page.
+    BeginFilter({Step(ORVFilterOffset{0, 0}, {ORVPrintFilterStep::kSource}, {0, 10, 0, 10})}, {},
+                {0, 10, 0, 10});
+    EXPECT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
+    Fill(0, 0, 10, 10);
+    EndFilter();
+    ASSERT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("tiles", "image", "end tiles"));
+    EXPECT_EQ(page_.images.at(0).width, 20);
 }
 
 TEST_F(ORVFilterImagesTest, TooMuchWorkIsRefused) {

@@ -257,4 +257,33 @@ TEST(SvgFilterTest, AnotherProgramDrawsThemAlike) {
     picture.Expect(45, 50, 255, 255, 255);
 }
 
+TEST(SvgTilesTest, TilesAreAPattern) {
+    DrawnSvg page;
+    ORVPrintTiles tiles;
+    tiles.tile = {1.0, 21.0, 0.0, 30.0};
+    tiles.xStep = 20.0;
+    tiles.yStep = 30.0;
+    tiles.toPage = ORVMathAffine2D::Scaling(0.5, 0.5);
+    tiles.shown = {0.0, 60.0, 0.0, 90.0};
+    ASSERT_EQ(page.Get().BeginTiles(tiles), ORVPrintGenerator::kDrawTile);
+    EXPECT_EQ(FillRectangle(page.Get(), 1.0, 0.0, 10.0, 30.0, {255, 0, 0}), 1);
+    EXPECT_EQ(page.Get().EndTiles(), 1);
+    EXPECT_NE(page.Get().EndTiles(), 1);
+    // There are no gaps between the tiles of a pattern.
+    tiles.xStep = 25.0;
+    EXPECT_EQ(page.Get().BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
+    const std::string text = page.Finish();
+    EXPECT_THAT(
+        text, HasSubstr("<pattern id=\"orv-p1\" patternUnits=\"userSpaceOnUse\" x=\"1\" y=\"0\" width=\"20\" "
+                        "height=\"30\" patternTransform=\"matrix(.5 0 0 .5 0 0)\">"));
+    EXPECT_THAT(
+        text,
+        HasSubstr("</pattern>\n<rect x=\"0\" y=\"0\" width=\"60\" height=\"90\" fill=\"url(#orv-p1)\"/>"));
+    const Picture picture(text);
+    picture.Expect(3, 50, 255, 0, 0);
+    picture.Expect(8, 50, 255, 255, 255);
+    picture.Expect(53, 80, 255, 0, 0);
+    picture.Expect(65, 80, 255, 255, 255);
+}
+
 }  // namespace

@@ -52,6 +52,7 @@ std::string Gradient(const ORVPrintGradient& gradient) {
 
 class CallSketch final : public ORVPrintGenerator {
 public:
+    explicit CallSketch(bool takesTiles) : takesTiles_(takesTiles) {}
     const std::string& GetText() const { return text_; }
 
     unsigned int GetPowers() const override {
@@ -102,6 +103,14 @@ public:
         return Open();
     }
     int EndFilterInput() override { return Close(); }
+    int BeginTiles(const ORVPrintTiles& tiles) override {
+        if (!takesTiles_) return kNoTiles;
+        Add("tiles " + Box(tiles.tile) + " every " + Number(tiles.xStep * kPx) + "," +
+            Number(tiles.yStep * kPx) + " from " + Point(tiles.toPage({0.0, 0.0})) + " on " +
+            Box(tiles.shown));
+        return Open();
+    }
+    int EndTiles() override { return Close(); }
     int DrawShape(const ORVPrintShape& shape) override {
         Add(BoxOf(shape.path, shape.toPage) + Paints(shape.fill, shape.stroke, shape.toPage));
         return 1;
@@ -151,26 +160,28 @@ private:
         return 1;
     }
 
+    const bool takesTiles_;
     std::string text_;
     std::size_t depth_ = 0;
 };
 
 }  // namespace
 
-std::string SketchCalls(const std::string& document) {
+std::string SketchCalls(const std::string& document, bool takesTiles) {
     const ORVRef<ORVPrintInput> input(new ORVPrintInputMemoryStream(document));
     ORVPrintSVG2Interpreter interpreter(input.get());
-    CallSketch sketch;
+    CallSketch sketch(takesTiles);
     const ORVPrintParameters parameters;
     const int result = interpreter.Print(&sketch, parameters);
     return result == 1 ? sketch.GetText() : sketch.GetText() + "result " + std::to_string(result) + "\n";
 }
 
-std::string SketchContent(const std::string& content) {
+std::string SketchContent(const std::string& content, bool takesTiles) {
     const std::string text = SketchCalls(
         "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
         "width='100' height='100'>" +
-        content + "</svg>");
+            content + "</svg>",
+        takesTiles);
     const std::string page = "page 100x100\n";
     if (!text.starts_with(page)) return text;
     // Without the page, and its indentation.

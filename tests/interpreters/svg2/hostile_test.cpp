@@ -99,6 +99,9 @@ std::vector<HostileCase> References() {
         {"ALongPathUsedOften", End::kError,
          WithReferences("<path id='a' d='M0 0" + Repeat("h1v1", 20'000) + "'/>" +
                         Repeat("<use href='^a'/>", 3000))},
+        {"ASwitchOfManyLanguagesUsedOften", End::kPage,
+         WithReferences("<switch id='a'>" + Repeat("<g systemLanguage='xx'/>", 20'000) + "</switch>" +
+                        Repeat("<use href='^a'/>", 20'000))},
         {"ALongTransformUsedOften", End::kError,
          WithReferences("<path id='a' d='M0 0h1' transform='" + Repeat("scale(1)", 10'000) + "'/>" +
                         Repeat("<use href='^a'/>", 3000))},

@@ -118,6 +118,37 @@ TEST(GradientTest, IsResolvedOnTheShape) {
     });
 }
 
+// A file of a hundred thousand dots would be large.
+TEST(PatternTest, ManyPlainTilesAreLeftToGeneratorsThatRepeatThem) {
+    const std::string rect = "<rect x='10' y='10' width='80' height='80' fill='url(#p)'/>";
+    const auto pattern = [&](const std::string& attributes, const std::string& content) {
+        return "<pattern id='p' patternUnits='userSpaceOnUse' " + attributes + ">" + content + "</pattern>" +
+               rect;
+    };
+    const std::string dot = "<rect width='1' height='1'/>";
+    EXPECT_EQ(SketchContent(pattern("width='2' height='2'", dot), true),
+              "clip path 10,10 90,90\n  tiles 0,0 2,2 every 2,2 from 0,0 on 10,10 90,90\n"
+              "    0,0 1,1 fill #000000\n");
+    // Lengths are those of the page, which formats round.
+    EXPECT_EQ(SketchContent(pattern("x='.01' width='.02' height='.02' patternTransform='scale(100)'",
+                                    "<rect width='.01' height='.01'/>"),
+                            true),
+              "clip path 10,10 90,90\n  tiles 1,0 3,2 every 2,2 from 0,0 on 10,10 90,90\n"
+              "    1,0 2,1 fill #000000\n");
+    // A few are as sharp as all else, and others are not placed right by all viewers.
+    for (const std::string& other :
+         {pattern("width='8' height='8'", dot),
+          pattern("width='2' height='2'", "<g opacity='.5'>" + dot + "</g>"),
+          pattern("width='2' height='2'", "<rect width='1' height='1' fill='url(#g)'/>") +
+              "<linearGradient id='g'><stop/><stop offset='1' stop-color='red'/></linearGradient>",
+          pattern("width='2' height='2' overflow='visible'", dot)})
+        EXPECT_EQ(SketchContent(other, true), SketchContent(other)) << other;
+    const std::string unlimited =
+        pattern("width='.0001' height='.0001'", "<rect width='.0001' height='.00005'/>");
+    for (const bool takesTiles : {true, false})
+        EXPECT_NE(SketchContent(unlimited, takesTiles).find("result"), std::string::npos);
+}
+
 TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
     Check({
         {"user space",
