@@ -4,6 +4,7 @@
 # CMake package, pkg-config files and documentation.
 #
 #   orv_install_library(TARGET NAME)   a shared library with its header set, found as orvprint::NAME
+#   orv_install_c_library(TARGET NAME)  the same with a C interface, whose version is a number of its own
 #   orv_install_module(TARGET)         a module that is loaded at run time: beside the libraries, without a version, or in
 #                                      the folder ORV_MODULE_FOLDER there
 #   orv_install_package(FOLDER FILE...)  the package files, and documentation
@@ -24,8 +25,18 @@ function(orv_install_library target name)
     get_target_property(linked ${target} INTERFACE_LINK_LIBRARIES)
     list(FILTER linked EXCLUDE REGEX "^orv_")
     set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "${linked}")
+    orv_install_versioned(${target} ${name} ${PROJECT_VERSION} ${orv_interface_version})
+endfunction()
+
+function(orv_install_c_library target name)
+    # It shows nothing of what it is made of.
+    set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "")
+    orv_install_versioned(${target} ${name} 0.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH} 0)
+endfunction()
+
+function(orv_install_versioned target name version interface_version)
     set_target_properties(${target} PROPERTIES
-        EXPORT_NAME ${name} VERSION ${PROJECT_VERSION} SOVERSION ${orv_interface_version})
+        EXPORT_NAME ${name} VERSION ${version} SOVERSION ${interface_version})
     install(TARGETS ${target} EXPORT orvprint-${name}
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
         FILE_SET HEADERS DESTINATION ${orv_header_folder} COMPONENT development)
@@ -37,7 +48,7 @@ function(orv_install_module target)
 endfunction()
 
 function(orv_install_package folder)
-    foreach(name platform generators command)
+    foreach(name platform generators library command)
         install(EXPORT orvprint-${name} NAMESPACE orvprint::
             DESTINATION ${orv_package_folder} COMPONENT development)
     endforeach()
@@ -56,7 +67,7 @@ function(orv_install_package folder)
     string(REGEX REPLACE "/$" "" prefix_from_package ${prefix_from_package})
     file(RELATIVE_PATH libraries_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
     file(RELATIVE_PATH headers_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/orvprint)
-    foreach(name orvprint orvprint-generators)
+    foreach(name orvprint orvprint-generators orvprint-library)
         configure_file(${CMAKE_SOURCE_DIR}/packaging/${name}.pc.in
             ${CMAKE_BINARY_DIR}/packaging/${name}.pc @ONLY)
         install(FILES ${CMAKE_BINARY_DIR}/packaging/${name}.pc

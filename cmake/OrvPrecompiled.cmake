@@ -4,6 +4,7 @@
 # GoogleTest. Off by default, so that a source that forgets an include does not compile; the presets for tests turn it on.
 #
 #   orv_precompile(KIND FOLDER...)   the targets of these folders share the headers of KIND, "product" or "tests"
+#   orv_reuse_headers(KIND TARGET...)  so do these targets, which must be compiled with the same options
 
 option(ORV_PRECOMPILED_HEADERS "Compile the headers of libraries once (Clang)" OFF)
 
@@ -38,7 +39,11 @@ function(orv_precompile kind)
     endforeach()
 
     list(REMOVE_ITEM targets orv_lone_headers orv_fault_shim)
-    foreach(target ${targets})
+    orv_reuse_headers(${kind} ${targets})
+endfunction()
+
+function(orv_reuse_headers kind)
+    foreach(target ${ARGN})
         get_target_property(type ${target} TYPE)
         set(form library)
         if(type STREQUAL "EXECUTABLE")

@@ -7,7 +7,8 @@
 option(ORV_WARNINGS_AS_ERRORS "Stop the build at the first compiler warning" OFF)
 
 add_library(orv_warnings INTERFACE)
-target_compile_options(orv_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+target_compile_options(orv_warnings INTERFACE -Wall -Wextra -Wpedantic
+    $<$<NOT:$<BOOL:${ORV_JOINED_SOURCES}>>:-Wshadow> -Wconversion
     $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>)
 
 if(ORV_WARNINGS_AS_ERRORS)

@@ -3,10 +3,12 @@
 """Names the sources that lint must look at after a change, one a line.
 
     tests/lint_selection.py [--product] [--most N]
+    tests/lint_selection.py --headers
 
 Those that differ from where the branch left main, or from the commit before where there is no branch; and for each
 header that differs, sources that include it. With --most, changed sources come first, then one source for each header,
-then the others; what is left out is counted on standard error. Without a history, all sources.
+then the others; what is left out is counted on standard error. Without a history, all sources. With --headers, the
+headers that differ.
 """
 
 import argparse
@@ -16,7 +18,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-FOLDERS = ["apps", "bench", "fuzz", "generators", "platform", "interpreters", "tests", "examples"]
+FOLDERS = ["apps", "bench", "fuzz", "generators", "library", "platform", "interpreters", "tests", "examples"]
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 
 
@@ -38,6 +40,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--most", type=int)
     parser.add_argument("--product", action="store_true", help="neither tests, fuzzers nor benchmarks")
+    parser.add_argument("--headers", action="store_true", help="only headers that differ")
     options = parser.parse_args()
 
     files = {str(path.relative_to(ROOT)): path for folder in FOLDERS for kind in ("*.cpp", "*.h")
@@ -49,7 +52,11 @@ def main():
         differing += git("ls-files", "-o", "--exclude-standard").splitlines()
         changed = [name for name in sources if name in differing]
     else:
-        differing, changed = [], sources
+        differing, changed = list(files), sources
+    changed_headers = sorted(name for name in files if name.endswith(".h") and name in differing)
+    if options.headers:
+        print(*changed_headers, sep="\n", end="\n" if changed_headers else "")
+        return
 
     includers = {}
     for name, path in files.items():
@@ -69,7 +76,7 @@ def main():
         return []
 
     first, others = [], []
-    for header in sorted(name for name in files if name.endswith(".h") and name in differing):
+    for header in changed_headers:
         found = sources_of(header)
         if found and not any(name in changed or name in first for name in found):
             first.append(found[0])

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Runs test programs in shards, several processes at a time, and counts their tests.
 
-    tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] PROGRAM...
+    tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] [--sample NAME=8] [--slowest 30] PROGRAM...
 
 A process for each test, as ctest has it, would start programs thousands of times. Ends with a line "N passed, N failed"
 and with 1 where a test failed, did not run or where there was none. A test fails when it says so, when the process ends
@@ -19,6 +19,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zlib
 from pathlib import Path
 
 # What the leak checker says when it could not stop the process's threads; what it finds reads otherwise.
@@ -42,12 +43,17 @@ def tests_of(program, pattern):
     return [name for name in names if not re.search(r"(^|[./])DISABLED_", name)]
 
 
+def sample_of(tests, one_in):
+    """The same ones each time, whatever other tests there are."""
+    return [name for name in tests if zlib.crc32(name.encode()) % one_in == 0]
+
+
 class Shard:
     """A part of a program's tests and what became of them."""
 
     def __init__(self, program, pattern, index, count, tests):
         self.program, self.pattern, self.index, self.count, self.tests = program, pattern, index, count, tests
-        self.seconds = 0.0
+        self.seconds, self.times = 0.0, []
         self.failed, self.skipped, self.log = [], [], ""
         self.failed_at_its_end = self.was_run_again = False
 
@@ -85,6 +91,8 @@ class Shard:
         ended = {kind: re.findall(rf"\[{kind}\] ([^\s,]+)(?:, where .*)? \(\d+ ms\)$", self.log, re.MULTILINE)
                  for kind in ("       OK ", "  FAILED  ", "  SKIPPED ")}
         self.skipped = ended["  SKIPPED "]
+        self.times = [(int(time), name) for name, time in
+                      re.findall(r"\[[A-Z ]+\] ([^\s,]+)(?:, where .*)? \((\d+) ms\)$", self.log, re.MULTILINE)]
         done = {name for names in ended.values() for name in names}
         self.failed = ended["  FAILED  "] + [name for name in begun if name not in done]
         self.failed += [name for name in self.tests if name not in done and name not in self.failed]
@@ -99,12 +107,16 @@ class Shard:
         return text if len(text) < 60_000 else text[:30_000] + "\n...\n" + text[-30_000:]
 
 
-def shards_of(programs, pattern, jobs):
+def shards_of(programs, pattern, jobs, samples):
     shards = []
     for program in programs:
         tests = tests_of(program, pattern)
+        one_in = samples.get(Path(program).name)
+        if one_in:
+            tests = sample_of(tests, one_in)
         count = min(len(tests), jobs * SHARDS_A_JOB)
-        shards += [Shard(program, pattern, i, count, tests[i::count]) for i in range(count)]
+        wanted = ":".join(tests) if one_in else pattern
+        shards += [Shard(program, wanted, i, count, tests[i::count]) for i in range(count)]
     return shards
 
 
@@ -114,6 +126,8 @@ def main():
     parser.add_argument("--filter", default="*", help="which tests, as GoogleTest takes it")
     parser.add_argument("--counts", metavar="FOLDER", help="where programs built to do so count which lines ran")
     parser.add_argument("--counting", action="append", default=[], metavar="NAME", help="the programs that count")
+    parser.add_argument("--sample", action="append", default=[], metavar="NAME=N", help="of program NAME, one test in N")
+    parser.add_argument("--slowest", type=int, default=0, metavar="N", help="list the N tests that took longest")
     parser.add_argument("programs", nargs="+", metavar="PROGRAM")
     options = parser.parse_args()
 
@@ -124,13 +138,15 @@ def main():
             environment["ORV_COUNTS_FOLDER"] = options.counts
         return shard.run(environment)
 
-    shards = shards_of(options.programs, options.filter, options.jobs)
-    failed, skipped = [], []
+    samples = {name: int(one_in) for name, one_in in (sample.split("=") for sample in options.sample)}
+    shards = shards_of(options.programs, options.filter, options.jobs, samples)
+    failed, skipped, times = [], [], []
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for running in concurrent.futures.as_completed([pool.submit(run, shard) for shard in shards]):
             shard = running.result()
             failed += shard.failed
             skipped += shard.skipped
+            times += shard.times
             again = ", run again: the leak checker itself had failed" if shard.was_run_again else ""
             print(f"{shard.name()}: {len(shard.tests)} tests, {len(shard.failed)} failed, {shard.seconds:.1f} s{again}",
                   flush=True)
@@ -138,6 +154,8 @@ def main():
                 print(shard.said(), flush=True)
 
     total = sum(len(shard.tests) for shard in shards)
+    for time_taken, name in sorted(times, reverse=True)[:options.slowest]:
+        print(f"{time_taken:7} ms  {name}")
     for name in sorted(skipped):
         print(f"skipped: {name}")
     for name in sorted(failed):

@@ -37,6 +37,7 @@
 #include "apps/orvprint/commands/sheet_options.h"
 #include "apps/orvprint/commands/size_options.h"
 #include "apps/orvprint/commands/suggestions.h"
+#include "apps/orvprint/process/CommandHost.h"
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
@@ -318,7 +319,7 @@ int Run(int argc, char** argv) {
         app.add_flag("--strict", print.strict, "Print nothing if orvprint check reports a finding");
     std::vector<std::string> ignoredKinds;
     AddIgnoreOption(app, ignoredKinds)->needs(strict);
-    SheetArguments sheet;
+    SheetWords sheet;
     AddSheetOptions(app, sheet);
     SizeArguments size;
     AddSizeOptions(app, size, print);
@@ -441,7 +442,7 @@ int Run(int argc, char** argv) {
     if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
-    if (const int code = ReadSheetArguments(sheet, print.sheet); code != kExitDone) return code;
+    if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {

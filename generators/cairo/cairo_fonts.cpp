@@ -30,16 +30,27 @@ void TellWhyNot(const ORVFontFace& face) {
     if (!room) throw std::bad_alloc();
 }
 
-/// Opens the face's file anew: cairo sets sizes on the faces it draws with, and the platform's own have
-/// theirs.
-CairoFontFace Open(const ORVFontFace& face) {
+/// cairo takes all looks of a font that varies for one when it opens the file itself. Nobody sets sizes on
+/// the platform's face of such a look but to draw pictures of glyphs, which cairo does not.
+CairoFontFace OpenVaried(const ORVFontFace& face) {
+    FT_Face own = face.GetFreeTypeFace();
+    return CairoFontFace(own ? cairo_ft_font_face_create_for_ft_face(own, FT_LOAD_NO_HINTING) : nullptr);
+}
+
+/// Opens the file anew: cairo sets sizes on the faces it draws with, and the platform's own have theirs.
+CairoFontFace OpenFile(const ORVFontFace& face) {
     FcPattern* pattern = FcPatternCreate();
     if (!pattern) return nullptr;
     FcPatternAddString(pattern, FC_FILE, reinterpret_cast<const FcChar8*>(face.GetFilePath().c_str()));
     FcPatternAddInteger(pattern, FC_INDEX, static_cast<int>(face.GetFaceIndex()));
     CairoFontFace result(cairo_ft_font_face_create_for_pattern(pattern));
     FcPatternDestroy(pattern);
-    if (cairo_font_face_status(result.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    return result;
+}
+
+CairoFontFace Open(const ORVFontFace& face) {
+    CairoFontFace result = face.GetVariations().empty() ? OpenFile(face) : OpenVaried(face);
+    if (!result || cairo_font_face_status(result.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
 
     // Whether the file can be read shows only when a size is asked for. An error then would end the page.
     cairo_matrix_t identity;

@@ -16,21 +16,33 @@ namespace {
 
 bool HasTable(const ORVFontFace& face, std::string_view name) { return !face.GetTable(name).bytes.empty(); }
 
-/// Faces whose file can be embedded: quadratic outlines that do not vary.
+int ReadSigned16(std::string_view table, std::size_t at) {
+    if (at + 2 > table.size()) return 0;
+    const auto high = static_cast<unsigned char>(table[at]), low = static_cast<unsigned char>(table[at + 1]);
+    return static_cast<std::int16_t>(high << 8 | low);
+}
+
+/// Whether what would be embedded of a face that varies does so no more.
+bool StandsStill(const ORVFontFace& face) {
+    constexpr std::size_t kHeader = 12, kRecord = 16;
+    const ORVFontSubset subset = face.MakeSubset({0}, "");
+    const std::string_view program = subset.program.bytes;
+    if (program.size() < kHeader) return false;
+    const auto tables = static_cast<std::size_t>(ReadSigned16(program, 4));
+    for (std::size_t i = 0; i < tables && kHeader + (i + 1) * kRecord <= program.size(); ++i)
+        if (program.substr(kHeader + i * kRecord).starts_with("fvar")) return false;
+    return true;
+}
+
+/// Faces whose file can be embedded: quadratic outlines.
 bool IsPlainTrueType(const ORVFontFace& face) {
-    return HasTable(face, "glyf") && HasTable(face, "loca") && !HasTable(face, "fvar");
+    return HasTable(face, "glyf") && HasTable(face, "loca") && (!HasTable(face, "fvar") || StandsStill(face));
 }
 
 /// Faces whose cubic outlines can be embedded: those that do not vary, and number their glyphs plainly.
 bool IsPlainCff(const ORVFontFace& face) {
     const ORVFontBytes table = face.GetTable("CFF ");
     return !table.bytes.empty() && !HasTable(face, "fvar") && IsPlainCffTable(table.bytes);
-}
-
-int ReadSigned16(std::string_view table, std::size_t at) {
-    if (at + 2 > table.size()) return 0;
-    const auto high = static_cast<unsigned char>(table[at]), low = static_cast<unsigned char>(table[at + 1]);
-    return static_cast<std::int16_t>(high << 8 | low);
 }
 
 std::string Hex(unsigned int value, int digits) {

@@ -59,7 +59,6 @@ const UnreadProperty kUnreadProperties[] = {
      {"currentcolor", "currentColor", "inherit", "initial"},
      "is ignored: lines have the colour of their text"},
     {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
-    {"font-variation-settings", {"normal", "inherit", "initial"}, "is ignored"},
     {"font-size-adjust", {"none", "inherit", "initial"}, "is ignored"},
     {"color-interpolation",
      {"sRGB", "auto", "inherit", "initial"},
@@ -289,7 +288,8 @@ void StandardCheck::CheckFont(ElementIndex element, const Style& style) {
     if ((tag != Tag::kText && tag != Tag::kTspan && tag != Tag::kTextPath) || !HasText(element)) return;
     if (!families_.insert(style.fontFamily).second) return;
     const ORVFontChoice choice =
-        ORVChooseFont({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch});
+        ORVChooseFont({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch, style.fontSize,
+                       style.fontVariationSettings});
     if (choice.font == ORVFont::Unavailable())
         Note(FindingCode::kTextCannotBeSet, element, "", "", "cannot be set: no font can be used");
     else if (style.fontFamily.empty())

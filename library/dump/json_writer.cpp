@@ -32,6 +32,11 @@ void JsonWriter::Put(std::string_view text) {
 }
 
 bool JsonWriter::Flush() {
+    if (text_) {
+        text_->append(buffer_);
+        buffer_.clear();
+        return true;
+    }
     if (!buffer_.empty() && std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size())
         failed_ = true;
     buffer_.clear();

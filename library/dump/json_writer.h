@@ -11,6 +11,8 @@ class JsonWriter {
 public:
     /// @param isInMarkup  the text will stand within HTML: what begins markup is escaped
     explicit JsonWriter(std::FILE* file, bool isInMarkup = false) : file_(file), isInMarkup_(isInMarkup) {}
+    /// @param text  gets what is written, behind what it holds; must outlive this object
+    explicit JsonWriter(std::string& text) : text_(&text) {}
     ~JsonWriter() { Flush(); }
     JsonWriter(const JsonWriter&) = delete;
     JsonWriter& operator=(const JsonWriter&) = delete;
@@ -39,8 +41,9 @@ private:
     void Close(char bracket);
     void Put(std::string_view text);
 
-    std::FILE* file_;
-    const bool isInMarkup_;
+    std::FILE* file_ = nullptr;  // one of the two is set
+    std::string* text_ = nullptr;
+    const bool isInMarkup_ = false;
     std::string buffer_;
     bool needsComma_ = false;
     bool failed_ = false;

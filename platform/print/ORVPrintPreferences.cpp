@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/print/ORVThreadPreferences.h"
+
 namespace {
 
 ORVPrintPreferences& OfProcess() {
@@ -10,8 +12,16 @@ ORVPrintPreferences& OfProcess() {
     return preferences;
 }
 
+// A plain pointer: a variable of a thread that has a destructor needs memory.
+constinit thread_local const ORVPrintPreferences* ofThread = nullptr;
+
 }  // namespace
 
-const ORVPrintPreferences& ORVPrintPreferences::Get() { return OfProcess(); }
+const ORVPrintPreferences& ORVPrintPreferences::Get() { return ofThread ? *ofThread : OfProcess(); }
 
 void ORVPrintPreferences::Set(ORVPrintPreferences preferences) { OfProcess() = std::move(preferences); }
+
+ORVThreadPreferences::ORVThreadPreferences(const ORVPrintPreferences& preferences)
+    : before_(std::exchange(ofThread, &preferences)) {}
+
+ORVThreadPreferences::~ORVThreadPreferences() { ofThread = before_; }

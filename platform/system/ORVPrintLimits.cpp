@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <utility>
+
+#include "platform/system/ORVThreadLimits.h"
 
 namespace {
 
@@ -56,6 +59,9 @@ static_assert(IsOrdered());
 // Zero stands for the standard value, so that no order of initialisation matters.
 std::array<std::atomic<std::uint64_t>, kPrintLimitCount> changed;
 
+// A plain pointer: a variable of a thread that has a destructor needs memory.
+constinit thread_local const ORVPrintLimitValues* ofThread = nullptr;
+
 }  // namespace
 
 std::span<const Row> ORVPrintLimits::Rows() { return kRows; }
@@ -69,6 +75,7 @@ const Row* ORVPrintLimits::Find(std::string_view name) {
 }
 
 std::uint64_t ORVPrintLimits::Get(ORVPrintLimit limit) {
+    if (ofThread) return ofThread->Get(limit);
     const auto index = static_cast<std::size_t>(limit);
     const std::uint64_t value = changed[index].load(std::memory_order_relaxed);
     return value == 0 ? kRows[index].standard : value - 1;
@@ -86,3 +93,16 @@ void ORVPrintLimits::UseStandard() {
 void ORVPrintLimits::UseUnchecked() {
     for (const Row& row : kRows) Set(row.limit, row.unchecked);
 }
+
+ORVPrintLimitValues::ORVPrintLimitValues() {
+    for (const Row& row : kRows) Set(row.limit, row.unchecked);
+}
+
+void ORVPrintLimitValues::Set(ORVPrintLimit limit, std::uint64_t value) {
+    values_[static_cast<std::size_t>(limit)] = std::min(value, ORVPrintLimits::RowOf(limit).greatest);
+}
+
+ORVThreadLimits::ORVThreadLimits(const ORVPrintLimitValues* values)
+    : before_(std::exchange(ofThread, values)) {}
+
+ORVThreadLimits::~ORVThreadLimits() { ofThread = before_; }

@@ -31,7 +31,8 @@ const Layers kSvg2{
     "interpreters/svg2/values",  "interpreters/svg2/document", "interpreters/svg2/css",
     "interpreters/svg2/tree",    "interpreters/svg2/paint",    "interpreters/svg2/text",
     "interpreters/svg2/filters", "interpreters/svg2/drawing",  "interpreters/svg2/interpreter"};
-const Layers kLibrary{"library/check", "library/text", "library/dump", "library/input", "library/print"};
+const Layers kLibrary{"library/check", "library/text",   "library/dump",
+                      "library/input", "library/report", "library/print"};
 const Layers kPixels = Below(kDrawing, {"generators/common", "generators/raster"});
 
 // Who may know whom, besides itself. A folder without a row of its own belongs to the one it lies in.
@@ -105,11 +106,15 @@ const std::map<std::string, Layers> kMayKnow{
     {"library/text", {"platform/system"}},
     {"library/dump", Below(kPlatform, {"library/text"})},
     {"library/input", kPlatform},
-    {"library/print", kPlatform},
+    {"library/report", Below(kPlatform, {"library/check", "library/dump", "library/input"})},
+    {"library/print",
+     Below(kDrawing, {"platform/xml", "generators", "generators/common", "generators/flatten",
+                      "generators/sheet", "library/check", "library/input"})},
+    {"library/api", Below(kPlatform, Below(kLibrary, {"generators", "generators/common"}))},
 
     {"apps/orvprint/sandbox", {"platform/system"}},
     {"apps/orvprint/process",
-     {"platform/system", "platform/visualization", "generators/common", "library/text"}},
+     {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/commands",
      Below(kPlatform,

@@ -7,12 +7,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -68,17 +70,19 @@ TEST_F(PackageTest, LibrariesHaveVersionsAndModulesHaveNone) {
                                    "liborvimages.so"};
     for (const std::string library : {"liborvplatform.so", "liborvgenerators.so"})
         expected.insert({library, library + "." + interface, library + "." + version});
+    expected.insert({"liborvprint.so", "liborvprint.so.0", "liborvprint.so." + version});
     const std::set<std::string> names = NamesIn(Libraries());
     EXPECT_TRUE(std::includes(names.begin(), names.end(), expected.begin(), expected.end()))
         << testing::PrintToString(names);
     for (const std::string& name : names)
-        EXPECT_EQ(name.find(".so.") != name.npos,
-                  name.starts_with("liborvplatform.so.") || name.starts_with("liborvgenerators.so."))
+        EXPECT_EQ(name.find(".so.") != name.npos, name.starts_with("liborvplatform.so.") ||
+                                                      name.starts_with("liborvgenerators.so.") ||
+                                                      name.starts_with("liborvprint.so."))
             << name;
 }
 
 TEST_F(PackageTest, HeadersAreThoseOfTheList) {
-    std::set<std::string> expected;
+    std::set<std::string> expected{"orvprint.h", "orvprint.hpp"};
     std::istringstream list(ORV_PUBLIC_HEADERS);
     for (std::string path; list >> path;) expected.insert(fs::relative(path, ORV_SOURCE_PATH).string());
     EXPECT_GT(expected.size(), 60U);
@@ -107,7 +111,8 @@ TEST_F(PackageTest, TheCommandRunsWithItsOwnLibrariesAndModules) {
 TEST_F(PackageTest, AProjectOfOthersBuildsTheExamples) {
     const ToolRun configured =
         Configure(ORV_SOURCE_PATH "/tests/package/consumer",
-                  {"-DCMAKE_CXX_COMPILER=" ORV_CONSUMER_COMPILER, std::string("-DCMAKE_CXX_FLAGS=") + kFlags,
+                  {"-DCMAKE_CXX_COMPILER=" ORV_CONSUMER_COMPILER, "-DCMAKE_C_COMPILER=" ORV_C_COMPILER,
+                   std::string("-DCMAKE_CXX_FLAGS=") + kFlags, std::string("-DCMAKE_C_FLAGS=") + kFlags,
                    "-DVERSION=" ORV_VERSION, "-DEXAMPLES=" ORV_SOURCE_PATH "/examples",
                    "-DHEADERS=" + (Prefix() / "include/orvprint").string()});
     ASSERT_EQ(configured.exitCode, 0) << configured.errors;
@@ -136,6 +141,20 @@ TEST_F(PackageTest, AProjectOfOthersBuildsTheExamples) {
               "1 ORVPrtRectangleElt\n"
               "1 ORVPrtTextElt\n");
     EXPECT_EQ(RunProgram({"build/read_model", "none.svg"}).exitCode, 1);
+
+    const ToolRun byC = RunProgram({"build/print_c", "a.svg", "d.pdf", "paper", "A4"});
+    EXPECT_EQ(byC.errors, "");
+    EXPECT_EQ(byC.output, "page 1: 72.0 x 36.0 pt \"\"\n");
+    EXPECT_EQ(Run({"a.svg", "-o", "e.pdf", "--paper", "A4"}).exitCode, 0);
+    EXPECT_EQ(ReadFile("d.pdf"), ReadFile("e.pdf"));
+    const ToolRun badOption = RunProgram({"build/print_c", "a.svg", "d.pdf", "paper", "A99"});
+    EXPECT_EQ(badOption.exitCode, 2);
+    EXPECT_THAT(badOption.errors, StartsWith("--paper: 'A99' is neither"));
+    const ToolRun byCpp = RunProgram({"build/print_cpp", "a.svg", "png"});
+    EXPECT_THAT(byCpp.output, StartsWith("\x89PNG"));
+    EXPECT_THAT(byCpp.errors, StartsWith("page 1 of 1\n{\"file\":\"input\""));
+    const ToolRun unread = RunProgram({"build/print_cpp", "none.svg", "png"});
+    EXPECT_EQ(unread.exitCode, 3);
 }
 
 TEST_F(PackageTest, WhatIsNotInstalledIsNotFound) {
@@ -149,6 +168,7 @@ TEST_F(PackageTest, WhatIsNotInstalledIsNotFound) {
     };
     EXPECT_THAT(ask(""), HasSubstr("found 1"));
     EXPECT_THAT(ask(ORV_VERSION " COMPONENTS generators"), HasSubstr("found 1"));
+    EXPECT_THAT(ask("COMPONENTS library"), HasSubstr("found 1"));
     EXPECT_THAT(ask("99.0"), HasSubstr("found 0"));
     EXPECT_THAT(ask("COMPONENTS platform scanners"), HasSubstr("found 0"));
 }
@@ -170,6 +190,69 @@ TEST_F(PackageTest, PkgConfigSaysHowToBuild) {
     EXPECT_THAT(ReadFile("a.pdf"), StartsWith("%PDF"));
     EXPECT_EQ(RunProgram({"sh", "-c", "export " + settings + "; pkg-config --modversion orvprint"}).output,
               ORV_VERSION "\n");
+}
+
+// The functions that the header declares.
+std::set<std::string> DeclaredFunctions() {
+    const std::string header = ReadAll(ORV_SOURCE_PATH "/library/api/orvprint.h");
+    const std::regex declaration(R"(ORVPRINT_API [^;(]*?\b(orvprint_[a-z_]+)\()");
+    std::set<std::string> names;
+    for (std::sregex_iterator match(header.begin(), header.end(), declaration), end; match != end; ++match)
+        names.insert((*match)[1]);
+    return names;
+}
+
+TEST_F(PackageTest, TheLibraryShowsItsInterfaceAndNothingElse) {
+    const std::string library = (Libraries() / "liborvprint.so").string();
+    std::istringstream symbols(RunProgram({"nm", "-D", "--defined-only", "-f", "posix", library}).output);
+    std::set<std::string> shown;
+    for (std::string line; std::getline(symbols, line);) {
+        const std::string name = line.substr(0, line.find(' '));
+        if (name == "ORVPRINT_0") continue;  // the node of the versions
+        EXPECT_THAT(name, testing::EndsWith("@@ORVPRINT_0"));
+        shown.insert(name.substr(0, name.find('@')));
+    }
+    EXPECT_EQ(shown, DeclaredFunctions());
+    EXPECT_EQ(shown.size(), 23U);
+    EXPECT_THAT(RunProgram({"readelf", "-d", library}).output, HasSubstr("soname: [liborvprint.so.0]"));
+}
+
+// The programs of other languages do as the one in C does.
+class ScriptTest : public PackageTest {
+protected:
+    ScriptTest() {
+        WriteFile("a.svg", SmallDrawing("<title>One</title><rect width='9' height='9' fill='red'/>"));
+    }
+    ToolRun RunScript(const std::vector<std::string>& program, const std::string& output,
+                      const std::string& option) const {
+        std::vector<std::string> command{"env", "PYTHONDONTWRITEBYTECODE=1",
+                                         "ORVPRINT_LIBRARY=" + (Libraries() / "liborvprint.so.0").string()};
+        command.insert(command.end(), program.begin(), program.end());
+        command.insert(command.end(), {"a.svg", output, option});
+        return RunProgram(command);
+    }
+    void ExpectThatItPrints(const std::vector<std::string>& program) const {
+        const ToolRun run = RunScript(program, "b.pdf", "paper=A4");
+        EXPECT_EQ(run.errors, "");
+        EXPECT_EQ(run.output, "page 1: 72.0 x 36.0 pt \"One\"\n0 findings\n");
+        EXPECT_EQ(Run({"a.svg", "-o", "c.pdf", "--paper", "A4"}).exitCode, 0);
+        EXPECT_EQ(ReadFile("b.pdf"), ReadFile("c.pdf"));
+        const ToolRun refused = RunScript(program, "b.pdf", "dpi=x");
+        EXPECT_EQ(refused.exitCode, 2);
+        EXPECT_EQ(refused.errors, "--dpi: 'x' is not a number from 1 to 10000\n");
+    }
+};
+
+TEST_F(ScriptTest, PythonPrints) {
+    if (*kFlags != '\0') GTEST_SKIP() << "sanitizers want to be loaded first";
+    ExpectThatItPrints({"python3", ORV_SOURCE_PATH "/examples/api/python/print.py"});
+}
+
+TEST_F(ScriptTest, NodePrints) {
+    if (*kFlags != '\0') GTEST_SKIP() << "sanitizers want to be loaded first";
+    if (RunProgram({"sh", "-c", "node -e 'require(\"koffi\")'"}).exitCode != 0)
+        GTEST_SKIP() << "node is not installed, or finds no package koffi (npm install koffi, NODE_PATH)";
+    ExpectThatItPrints({"node", ORV_SOURCE_PATH "/examples/api/node/print.js"});
 }
 
 }  // namespace

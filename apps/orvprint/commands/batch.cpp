@@ -34,7 +34,7 @@
 #include "apps/orvprint/commands/progress.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/staging_folder.h"
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 #include "apps/orvprint/process/end_signals.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/report.h"

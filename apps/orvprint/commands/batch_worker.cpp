@@ -17,7 +17,7 @@
 #include "apps/orvprint/commands/check_command.h"
 #include "apps/orvprint/commands/content_hash.h"
 #include "apps/orvprint/commands/run_sandbox.h"
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/report.h"
 

@@ -14,11 +14,9 @@
 #include "apps/orvprint/process/memory_limit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/time_limit.h"
-#include "library/check/document_check.h"
-#include "library/check/standard_check.h"
 #include "library/dump/json_writer.h"
+#include "library/report/check_report.h"
 #include "library/text/printable_text.h"
-#include "platform/xml/ORVLightXml.h"
 
 namespace {
 
@@ -26,74 +24,11 @@ constexpr std::size_t kShownOfAKind = 5;
 
 std::string InputName(const std::string& path) { return DisplayName(path, "standard input"); }
 
-/// What became of one input.
-struct CheckedInput {
-    int failure = kExitDone;  ///< an exit code; the findings count only when it is kExitDone
-    ORVXmlError error;        ///< for kExitNotWellFormed
-    bool hasPxSize = false;   ///< a size in px, where a px is not that of other programs
-};
-
-int ReportError(const std::string& path, const ORVXmlError& error) {
-    const std::string place = error.line == 0
-                                  ? std::string()
-                                  : ":" + std::to_string(error.line) + ":" + std::to_string(error.column);
-    if (error.isOutOfMemory) return ReportOutOfMemory(InputName(path));
-    return Report(kExitNotWellFormed, InputName(path) + place,
-                  error.message.empty() ? "no element found" : error.message);
-}
-
-bool HoldsPages(const ORVXmlNode& node) {
-    if (node.id == ElementName::kSvg) return true;
-    for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
-        if (child->id == ElementName::kSvg) return true;
-    return false;
-}
-
-/// Whether a length counts in px.
-bool IsInPx(std::string_view length) {
-    if (length.ends_with("px")) return true;
-    return !length.empty() && ((length.back() >= '0' && length.back() <= '9') || length.back() == '.');
-}
-
-/// @param use  gets the document with its findings, unless it cannot be read; may be empty
-CheckedInput CheckBytes(const std::string& path, const ReadOptions& options, std::string_view bytes,
-                        Findings& findings, const CheckedUse& use = {}) {
-    ORVLightXmlParser parser;
-    ORVLightXmlElement root;
-    std::vector<ORVXmlPlace> places;
-    parser.Parse({bytes.data(), bytes.size()}, root, &places);
-    if (!parser.GetError().message.empty() || !root.GetNode())
-        return {ReportError(path, parser.GetError()), parser.GetError(), false};
-
-    CheckedDocument document{root.GetNode(), bytes, &places, path == "-" ? std::string() : path, {}};
-    if (IsFragmentInput(path, options)) {
-        const auto fragments = SelectFragments(root.GetNode(), path, options);
-        if (fragments.empty()) return {kExitNoPage, {}, false};
-        document.fragments.insert(fragments.begin(), fragments.end());
-        // That parser's rule: what follows a drawing that was asked for by name belongs to it.
-        if (options.parser == "dom" && !options.fragment.empty())
-            for (const ORVXmlNode* node = fragments[0]->nextSibling; node; node = node->nextSibling)
-                if (HoldsPages(*node)) document.fragments.insert(node);
-    }
-    const AccessScope access(path, options);
-    if (options.interpreter == "SVG2")
-        CheckStandardDocument(document, root.GetTree(), findings);
-    else
-        CheckDocument(document, findings);
-    CheckedInput checked;
-    if (use) checked.failure = use(document, root.GetTree(), findings);
-    const ORVXmlNode& page = *root.GetNode();
-    checked.hasPxSize =
-        options.interpreter != "SVG2" && page.id == ElementName::kSvg &&
-        (IsInPx(page.Value(AttributeName::kWidth)) || IsInPx(page.Value(AttributeName::kHeight)) ||
-         (!page.Has(AttributeName::kWidth) && page.Has(AttributeName::kViewBox)));
-    return checked;
-}
-
 CheckedInput CheckOne(const std::string& path, const ReadOptions& options, Findings& findings) {
     InputBytes bytes;
     if (const int code = ReadInput(path, bytes); code != kExitDone) return {code, {}, false};
-    return CheckBytes(path, options, bytes.GetView(), findings);
+    const AccessScope access(path, options);
+    return CheckBytes(OriginOf(path), options, bytes.GetView(), findings);
 }
 
 std::string Plural(std::uint64_t count, const std::string& noun) {
@@ -192,71 +127,6 @@ void WriteResult(const std::string& name, const Findings& findings, bool verbose
             .End();
 }
 
-void WriteError(JsonWriter& json, const CheckedInput& input) {
-    json.Key("error");
-    json.BeginObject();
-    json.Key("exitCode");
-    json.Integer(input.failure);
-    if (!input.error.message.empty()) {
-        json.Key("line");
-        json.Integer(static_cast<long long>(input.error.line));
-        json.Key("column");
-        json.Integer(static_cast<long long>(input.error.column));
-        json.Key("message");
-        json.Text(input.error.message);
-    }
-    json.EndObject();
-}
-
-void WriteFinding(JsonWriter& json, const Finding& finding) {
-    json.LineBreak();
-    json.BeginObject();
-    json.Key("code");
-    json.Text(GetFindingKind(finding.code).name);
-    json.Key("line");
-    json.Integer(finding.line);
-    json.Key("column");
-    json.Integer(finding.column);
-    json.Key("element");
-    json.Text(finding.element);
-    json.Key("attribute");
-    json.Text(finding.attribute);
-    json.Key("value");
-    json.Text(finding.value);
-    json.Key("message");
-    json.Text(finding.message);
-    json.EndObject();
-}
-
-void WriteJson(JsonWriter& json, const std::string& path, const CheckedInput& input,
-               const Findings& findings) {
-    json.BeginObject();
-    json.Key("file");
-    json.Text(path);
-    if (input.failure != kExitDone) {
-        WriteError(json, input);
-    } else {
-        json.Key("total");
-        json.Integer(static_cast<long long>(findings.GetTotal()));
-        json.Key("counts");
-        json.BeginObject();
-        for (const FindingKind& kind : GetFindingKinds()) {
-            if (findings.GetCount(kind.code) == 0) continue;
-            json.Key(kind.name);
-            json.Integer(static_cast<long long>(findings.GetCount(kind.code)));
-        }
-        json.EndObject();
-        json.Key("foreign");
-        json.Integer(static_cast<long long>(findings.GetForeignCount()));
-        json.Key("findings");
-        json.BeginArray();
-        for (const Finding& finding : findings.GetKept()) WriteFinding(json, finding);
-        json.EndArray();
-    }
-    json.EndObject();
-    json.LineBreak();
-}
-
 /// Puts bytes in front of what standard input still has: all of it was read.
 bool PutBack(std::string_view bytes) {
     if (lseek(STDIN_FILENO, 0, SEEK_SET) == 0) return true;  // a file
@@ -293,7 +163,7 @@ int RunCheck(const CheckOptions& options) {
         if (input.failure != kExitDone && failure == kExitDone) failure = input.failure;
         found |= findings.GetTotal() > 0;
         if (options.asJson) {
-            WriteJson(json, path, input, findings);
+            WriteCheckJson(json, path, input, findings);
         } else if (input.failure == kExitDone) {
             if (!isFirst) TextLine(stdout).End();
             WriteResult(InputName(path), findings, options.verbose, input.hasPxSize);
@@ -320,7 +190,8 @@ int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOption
         InputBytes bytes;
         if (const int code = ReadInput(path, bytes); code != kExitDone) return code;
         Findings findings(ignored);
-        const CheckedInput input = CheckBytes(path, options, bytes.GetView(), findings);
+        const AccessScope access(path, options);
+        const CheckedInput input = CheckBytes(OriginOf(path), options, bytes.GetView(), findings);
         if (input.failure != kExitDone) return input.failure;
         if (findings.GetTotal() > 0) {
             found = true;
@@ -339,7 +210,8 @@ int CheckBeforeInspection(const std::string& input, const ReadOptions& options, 
     if (input == "-" && !PutBack(bytes.GetView()))
         return Report(kExitUnreadable, InputName(input), "cannot be read twice, as inspect --html has to");
     Findings findings;
-    return CheckBytes(input, options, bytes.GetView(), findings, use).failure;
+    const AccessScope access(input, options);
+    return CheckBytes(OriginOf(input), options, bytes.GetView(), findings, use).failure;
 }
 
 std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,

@@ -2,16 +2,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/input/drawings.h"
-#include "library/check/checked_document.h"
+#include "apps/orvprint/input/inputs.h"
 #include "library/check/findings.h"
-#include "platform/system/ORVRef.h"
-#include "platform/xml/ORVXmlTree.h"
+#include "library/report/check_report.h"
 
 struct CheckOptions {
     ReadOptions read;
@@ -32,10 +29,6 @@ int RunCheck(const CheckOptions& options);
 /// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored);
-
-/// A document with what the check says about it; both live only during the call.
-using CheckedUse = std::function<int(const CheckedDocument& document, const ORVRef<const ORVXmlTree>& tree,
-                                     const Findings& findings)>;
 
 /// Checks an input that is then read again: what comes from standard input is put back there.
 /// @param use  returns an exit code

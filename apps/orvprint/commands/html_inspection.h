@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 
 /// Writes a page for a browser that shows a drawing beside the primitives it consists of, or the calls that
 /// draw it, and what the check says about it. The page holds everything it needs.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 
 /// Tells the pages of inputs on standard output: sizes and titles, as text or as JSON: an object for one
 /// input, a list of them for several. What cannot be read is reported, and the others are told of all the

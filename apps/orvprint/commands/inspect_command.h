@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 
 /// Writes the print model that the interpreter makes of an input, as JSON, to standard output. A document
 /// that cannot be read as a drawing has a dump, too: it says so.

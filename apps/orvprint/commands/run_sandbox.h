@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "apps/orvprint/input/drawings.h"
+#include "apps/orvprint/input/inputs.h"
 #include "apps/orvprint/sandbox/needs.h"
 
 /// Whether the command has to put parts of an output of this format into files of its own on the way.

@@ -1,22 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "apps/orvprint/commands/print_command.h"
+#include "library/print/size_words.h"
 
 namespace CLI {
 class App;
 class Option;
 }  // namespace CLI
 
-/// The words of the command line about sizes in pixels; what was not said is empty.
-struct SizeArguments {
-    std::optional<double> width, height, zoom;
-    std::optional<std::string> background;
-    std::vector<const CLI::Option*> sizes, otherSizes;  ///< the three, and what says the same in other words
+/// The words of the command line about sizes in pixels.
+struct SizeArguments : SizeWords {
+    std::vector<const CLI::Option*> otherSizes;  ///< what says the same in other words
 };
 
 /// Adds the options to a command. Those of paper must have been added.

@@ -9,6 +9,7 @@
 
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
+#include "library/input/results.h"
 #include "library/text/printable_text.h"
 #include "platform/visualization/fonts/text_failure.h"
 
@@ -46,22 +47,7 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
     return code;
 }
 
-ExitCode ExitCodeOf(ORVFailureReason reason) {
-    switch (reason) {
-        case ORVFailureReason::kNone: return kExitDone;
-        case ORVFailureReason::kUnreadable: return kExitUnreadable;
-        case ORVFailureReason::kNotWellFormed: return kExitNotWellFormed;
-        case ORVFailureReason::kNoPage: return kExitNoPage;
-        case ORVFailureReason::kNoModule: return kExitNoModule;
-        case ORVFailureReason::kUnwritable: return kExitUnwritable;
-        case ORVFailureReason::kOutOfMemory:
-        case ORVFailureReason::kLimit:
-        case ORVFailureReason::kPageWithoutArea:
-        case ORVFailureReason::kTextNotSet:
-        case ORVFailureReason::kNotDrawn: break;
-    }
-    return kExitFailed;
-}
+ExitCode ExitCodeOf(ORVFailureReason reason) { return static_cast<ExitCode>(ResultOf(reason)); }
 
 int Report(const std::string& subject, const ORVFailure& failure) {
     TextLine line(stderr);

@@ -89,7 +89,11 @@ ORVMathBox2D Bounds::OfContent(ElementIndex element, const Style& style, const V
             return child == kNoElement ? ORVMathBox2D{} : OfChild(child, style, viewport, map, depth);
         }
         case Tag::kSvg:
-            if (element == Document::kRoot) return OfChildren(element, style, viewport, map, depth);
+            if (element == Document::kRoot) {
+                const auto root = FindRootViewport(document, viewport);
+                if (!root) return OfChildren(element, style, viewport, map, depth);
+                return OfChildren(element, style, root->sizes, map * root->toOuter, depth);
+            }
             [[fallthrough]];
         case Tag::kSymbol: {
             const DrawnUse drawn = element == drawn_.target ? drawn_ : DrawnUse{};

@@ -193,15 +193,10 @@ void Drawing::DrawInnerViewport(ElementIndex element, const Style& style, const 
     DrawState inner = state;
     if (element == Document::kRoot && use == kNoElement) {
         // The page is its viewport, and cuts by itself.
-        const auto viewBox = ReadViewBox(scene_.GetDocument().ValueOf(element, Name::kViewBox));
-        if (viewBox && (viewBox->width == 0.0 || viewBox->height == 0.0)) return;
-        if (viewBox) {
-            const AspectRatio ratio =
-                ReadAspectRatio(scene_.GetDocument().ValueOf(element, Name::kPreserveAspectRatio));
-            const Rectangle page{0.0, 0.0, state.viewport.width, state.viewport.height};
-            inner.toPage = state.toPage * FitViewBox(*viewBox, ratio, page);
-            inner.viewport = {viewBox->width, viewBox->height};
-        }
+        const auto root = FindRootViewport(scene_.GetDocument(), state.viewport);
+        if (!root) return;
+        inner.toPage = state.toPage * root->toOuter;
+        inner.viewport = root->sizes;
         DrawChildren(element, style, inner);
         return;
     }

@@ -5,6 +5,7 @@
 
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/page_size.h"
+#include "interpreters/svg2/tree/structure.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/print/ORVPrintModelRender.h"
 
@@ -36,8 +37,12 @@ std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
 
 }  // namespace
 
-bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const DrawState& state) {
-    FilterReader reader(scene_, active_, [&] { return bounds_.Of(element, style, state.viewport); });
+bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const DrawState& outer) {
+    DrawState state = outer;
+    ORVMathAffine2D toInner;
+    if (element == Document::kRoot && !EnterRoot(state, toInner)) return false;
+    FilterReader reader(scene_, active_,
+                        [&] { return MapBox(toInner, bounds_.Of(element, style, outer.viewport)); });
     FilterDescription description;
     switch (reader.Read(style, state.viewport, description)) {
         case FilterEffect::kNone: return true;
@@ -67,6 +72,17 @@ bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const Dra
     }
     for (; entered > 0; --entered) Leave();
     return !IsStopped();
+}
+
+/// The filter of the root counts in the units of its content. @return false when it has none
+bool Drawing::EnterRoot(DrawState& state, ORVMathAffine2D& toInner) const {
+    const auto root = FindRootViewport(scene_.GetDocument(), state.viewport);
+    const auto inverse = root ? root->toOuter.Inverse() : std::nullopt;
+    if (!inverse) return false;
+    toInner = *inverse;
+    state.toPage = state.toPage * root->toOuter;
+    state.viewport = root->sizes;
+    return true;
 }
 
 void Drawing::EndFiltering() {

@@ -44,7 +44,10 @@ FontMetrics ReadMetrics(const ORVFontFace& face) {
 TextFont TextFonts::Find(const ORVFontQuery& query) {
     const bool isLast = hasLast_ && query.families.data() == last_.families.data() &&
                         query.families.size() == last_.families.size() && query.weight == last_.weight &&
-                        query.isItalic == last_.isItalic && query.stretch == last_.stretch;
+                        query.isItalic == last_.isItalic && query.stretch == last_.stretch &&
+                        (query.size == last_.size || !lastFont_.choice.dependsOnSize) &&
+                        query.variations.data() == last_.variations.data() &&
+                        query.variations.size() == last_.variations.size();
     if (isLast) return lastFont_;
     TextFont font;
     font.choice = ORVChooseFont(query);

@@ -32,7 +32,8 @@ class TextFonts {
 public:
     /// The font of a style; its choice's font is ORVFont::Unavailable() where there is none.
     TextFont Find(const InheritedStyle& style) {
-        return Find({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch});
+        return Find({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch, style.fontSize,
+                     style.fontVariationSettings});
     }
     TextFont Find(const ORVFontQuery& query);
 

@@ -153,12 +153,12 @@ void TextContent::AddText(std::string_view text, std::size_t span) {
         const bool isSpace = size == 1 && IsSpace(bytes.front());
         if (isSpace && collapses && endsWithSpace_) continue;
         if (isSpace) bytes = " ";
-        endsWithSpace_ = isSpace && collapses;
+        endsWithSpace_ = isSpace;
         const char32_t code = CodePointOf(bytes);
         TextCharacter added;
         added.span = static_cast<std::uint32_t>(span);
         added.offset = static_cast<std::uint32_t>(text_.size());
-        added.isCollapsed = endsWithSpace_;
+        added.isCollapsed = isSpace && collapses;
         added.isHidden = isHidden;
         characters_.push_back(added);
         codePoints_.push_back(code);

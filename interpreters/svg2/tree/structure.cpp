@@ -115,6 +115,19 @@ std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex 
     return inner;
 }
 
+std::optional<InnerViewport> FindRootViewport(const Document& document, const Viewport& page) {
+    InnerViewport inner;
+    inner.rectangle = {0.0, 0.0, page.width, page.height};
+    inner.sizes = page;
+    const auto viewBox = ReadViewBox(document.ValueOf(Document::kRoot, Name::kViewBox));
+    if (!viewBox) return inner;
+    if (viewBox->width == 0.0 || viewBox->height == 0.0) return std::nullopt;
+    const AspectRatio ratio = ReadAspectRatio(document.ValueOf(Document::kRoot, Name::kPreserveAspectRatio));
+    inner.toOuter = FitViewBox(*viewBox, ratio, inner.rectangle);
+    inner.sizes = {viewBox->width, viewBox->height};
+    return inner;
+}
+
 bool PassesConditions(const Document& document, ElementIndex element) {
     if (const auto extensions = document.Find(element, Name::kRequiredExtensions)) return false;
     const std::optional<std::string_view> language = document.Find(element, Name::kSystemLanguage);

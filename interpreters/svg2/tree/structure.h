@@ -22,6 +22,9 @@ std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex 
                                                const Viewport& outer, ElementIndex use,
                                                const Style* useStyle);
 
+/// The viewport that the "viewBox" of the root makes of its page. @return nothing when that has no area
+std::optional<InnerViewport> FindRootViewport(const Document& document, const Viewport& page);
+
 /// Whether the conditions of an element hold: language and extensions. Features count as there.
 bool PassesConditions(const Document& document, ElementIndex element);
 

@@ -19,6 +19,10 @@ struct ORVFontQuery {
     int weight = 400;           ///< 1 to 1000
     bool isItalic = false;      ///< or oblique
     double stretch = 100.0;     ///< percent of the normal width
+    double size = 0.0;          ///< of an em in px, for fonts that vary with it; 0 for none
+    /// Of fonts that vary: names of axes in quotes, each with a number, as "font-variation-settings" of CSS
+    /// lists them. They go before what the other members ask for.
+    std::string_view variations;
 };
 
 /// The font that comes nearest to a query.
@@ -27,6 +31,7 @@ struct ORVFontChoice {
     int weight = 25;                ///< of ORVTextStyle, for the very face: 26 where it is to be thickened
     bool isToBeSlanted = false;     ///< the family has nothing italic
     const ORVFontFace* face = nullptr;  ///< the font's at that weight; null where text cannot be set
+    bool dependsOnSize = false;         ///< another size may give another face
     bool isOfFamily = true;  ///< false: none of the families is installed, nor one that stands for it
 };
 

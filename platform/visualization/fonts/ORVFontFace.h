@@ -66,6 +66,9 @@ public:
     int GetWeight() const { return description_.weight; }
     /// Whether the face is italic or oblique.
     bool IsItalic() const { return description_.isItalic; }
+    /// How the face differs from what its file shows by default, where a font varies, as in
+    /// "wght=650,slnt=-10": a value for each axis; else empty.
+    const std::string& GetVariations() const { return description_.variations; }
     /// Units of the font's own grid in one em, at least 1.
     virtual unsigned int GetUnitsPerEm() const = 0;
     /// Ascender above and descender below the baseline, in em; both normally positive.
@@ -84,7 +87,8 @@ public:
     /// A table of a TrueType or OpenType file by its name of four letters; empty when there is none.
     virtual ORVFontBytes GetTable(std::string_view name) const = 0;
     /// What a document embeds that says itself where each glyph stands: the program of a TrueType or OpenType
-    /// face with these glyphs, or, where no such subset can be made, with all.
+    /// face with these glyphs, or, where no such subset can be made, with all. A subset of a font that varies
+    /// does so no more.
     /// @param table  the table that is the program; empty for the whole file
     virtual ORVFontSubset MakeSubset(const std::vector<std::uint32_t>& glyphs,
                                      std::string_view table) const = 0;
@@ -101,10 +105,12 @@ protected:
         std::string family, style, postScriptName;  ///< as the font has them
         int weight = 400;                           ///< as OpenType counts it
         bool isItalic = false;                      ///< or oblique
+        std::string variations = {};                ///< see GetVariations
     };
     /// For the font module, which makes all faces.
     explicit ORVFontFace(Description description);
     virtual ~ORVFontFace();
+    const Description& GetDescription() const { return description_; }
 
 private:
     Description description_;

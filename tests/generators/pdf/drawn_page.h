@@ -74,3 +74,12 @@ inline void ExpectColours(const DrawnPdf& document, const std::vector<PaperPoint
         }
     }
 }
+
+/// Draws a page by a routine that gets the generator.
+template <class Draw>
+void DrawPage(DrawnPdf& document, Draw draw) {
+    document.BeginPage();
+    draw(document.Get());
+    document.EndPage();
+    document.Finish();
+}

@@ -3,7 +3,10 @@
 
 #include <hb-subset.h>
 
+#include <cstddef>
 #include <utility>
+
+#include "platform/visualization/fonts/module/face_axes.h"
 
 namespace {
 
@@ -27,6 +30,17 @@ HbSubsetInput MakeInput(const std::vector<std::uint32_t>& glyphs) {
     return input;
 }
 
+/// What is embedded varies no more.
+void PinAxes(hb_subset_input_t* input, hb_face_t* face, const std::vector<double>& values) {
+    const std::vector<hb_ot_var_axis_info_t> axes = AxesOf(face);
+    for (std::size_t i = 0; i < axes.size(); ++i) {
+        if (i < values.size())
+            hb_subset_input_pin_axis_location(input, face, axes[i].tag, static_cast<float>(values[i]));
+        else
+            hb_subset_input_pin_axis_to_default(input, face, axes[i].tag);
+    }
+}
+
 HbBlob ProgramOf(hb_face_t* face, std::string_view table) {
     return HbBlob(table.empty() ? hb_face_reference_blob(face) : hb_face_reference_table(face, TagOf(table)));
 }
@@ -39,9 +53,11 @@ ORVFontBytes BytesOf(HbBlob blob) {
     return {std::shared_ptr<const void>(std::move(blob)), {bytes, size}};
 }
 
-ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<std::uint32_t>& glyphs, std::string_view table) {
+ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<double>& axes,
+                       const std::vector<std::uint32_t>& glyphs, std::string_view table) {
     ORVFontSubset whole{BytesOf(ProgramOf(face, table)), glyphs};
     const HbSubsetInput input = MakeInput(glyphs);
+    if (input) PinAxes(input.get(), face, axes);
     const HbSubsetPlan plan(input ? hb_subset_plan_create_or_fail(face, input.get()) : nullptr);
     const HbFace reduced(plan ? hb_subset_plan_execute_or_fail(plan.get()) : nullptr);
     if (!reduced) return whole;

@@ -11,4 +11,6 @@
 ORVFontBytes BytesOf(HbBlob blob);
 
 /// See ORVFontFace::MakeSubset.
-ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<std::uint32_t>& glyphs, std::string_view table);
+/// @param axes  of a font that varies: a value for each axis, or none for the default
+ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<double>& axes,
+                       const std::vector<std::uint32_t>& glyphs, std::string_view table);

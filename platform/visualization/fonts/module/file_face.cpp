@@ -3,10 +3,13 @@
 
 #include <hb-ft.h>
 
+#include FT_MULTIPLE_MASTERS_H
+
 #include <algorithm>
 #include <cmath>
 #include <new>
 
+#include "platform/visualization/fonts/module/face_axes.h"
 #include "platform/visualization/fonts/module/face_subset.h"
 #include "platform/visualization/fonts/module/font_failure.h"
 
@@ -126,6 +129,13 @@ hb_draw_funcs_t* OutlineFunctions() {
     return functions;
 }
 
+void SetAxes(FT_Face face, const std::vector<double>& values) {
+    constexpr double kOne = 65536.0;
+    std::vector<FT_Fixed> fixed;
+    for (const double value : values) fixed.push_back(std::lround(value * kOne));
+    FT_Set_Var_Design_Coordinates(face, static_cast<FT_UInt>(fixed.size()), fixed.data());
+}
+
 /// What a question about a face that cannot be opened is answered with.
 template <class Answer, class Question>
 Answer OrElse(Answer otherwise, Question ask) {
@@ -143,6 +153,7 @@ FileFace::~FileFace() {
 }
 
 const FontFile& FileFace::File() const {
+    if (base_) return base_->File();
     std::call_once(fileLoaded_, [this] { file_ = std::make_unique<FontFile>(GetFilePath()); });
     return *file_;
 }
@@ -156,11 +167,18 @@ FT_Face FileFace::OpenFreeType() const {
         FT_New_Memory_Face(TheFreeType(), reinterpret_cast<const FT_Byte*>(bytes.data()),
                            static_cast<FT_Long>(bytes.size()), static_cast<FT_Long>(GetFaceIndex()), &face);
     if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
-    return error == 0 ? face : nullptr;
+    if (error != 0) return nullptr;
+    if (!axes_.empty()) SetAxes(face, axes_);
+    return face;
 }
 
 /// The face of a TrueType or OpenType file, null for other formats. The file stays as long as the face.
 HbFont FileFace::LoadOpenType() const {
+    if (base_) {
+        HbFont font(hb_font_create(hb_font_get_face(base_->GetHarfBuzzFont())));
+        ApplyAxes(font.get(), axes_);
+        return font;
+    }
     const std::string_view bytes = File().GetBytes();
     const HbBlob blob(hb_blob_create(bytes.data(), static_cast<unsigned int>(bytes.size()),
                                      HB_MEMORY_MODE_READONLY, nullptr, nullptr));
@@ -290,5 +308,5 @@ ORVFontSubset FileFace::MakeSubset(const std::vector<std::uint32_t>& glyphs, std
     hb_font_t* const font = FindFont();
     if (!font) return {{}, glyphs};
     MakeSureOfMemory();
-    return SubsetOf(hb_font_get_face(font), glyphs, table);
+    return SubsetOf(hb_font_get_face(font), axes_, glyphs, table);
 }

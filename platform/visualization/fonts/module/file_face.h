@@ -30,7 +30,12 @@ using HbFont = std::unique_ptr<hb_font_t, HbDestroy<hb_font_destroy>>;
 class FileFace final : public ORVFontFace {
 public:
     using ORVFontFace::Description;
+    using ORVFontFace::GetDescription;
     explicit FileFace(Description description) : ORVFontFace(std::move(description)) {}
+    /// Another look of a face that varies, which lives as long.
+    /// @param axes  a value for each axis of the font, in its order
+    FileFace(const FileFace& base, Description description, std::vector<double> axes)
+        : ORVFontFace(std::move(description)), base_(&base), axes_(std::move(axes)) {}
     ~FileFace() override;
 
     unsigned int GetUnitsPerEm() const override;
@@ -61,6 +66,8 @@ private:
     HbFont LoadOther() const;
     void LoadFont() const;
 
+    const FileFace* const base_ = nullptr;  // that has the file, if not this
+    const std::vector<double> axes_;
     mutable std::once_flag fileLoaded_, fontLoaded_, freeTypeLoaded_;
     mutable std::unique_ptr<const FontFile> file_;
     mutable HbFont font_;

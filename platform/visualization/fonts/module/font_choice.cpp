@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/visualization/fonts/module/face_axes.h"
 #include "platform/visualization/fonts/module/font_catalogue.h"
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
@@ -116,6 +117,29 @@ const CatalogueEntry* Choose(const FontCatalogue& catalogue, const ORVFontQuery&
     return entry ? &catalogue.NearestFace(*entry, slant, width, query.weight) : nullptr;
 }
 
+ORVFontChoice MakeChoice(const FontCatalogue& catalogue, const ORVFontQuery& query) {
+    ORVFontChoice choice;
+    const CatalogueEntry* entry = Choose(catalogue, query, choice.isOfFamily);
+    if (!entry) throw FontFailure({"no font is installed; install one, such as Debian's fonts-liberation"});
+    choice.font = entry->font;
+    choice.weight = kOwnStyleWeight;
+    choice.isToBeSlanted = query.isItalic && entry->slant == FC_SLANT_ROMAN;
+    const auto* const own = static_cast<const FileFace*>(choice.font->GetFace(kOwnStyleWeight));
+    choice.face = own;
+    if (own) {
+        const VariedFace varied = VaryFace(*own, query);
+        choice.face = varied.face;
+        choice.dependsOnSize = varied.dependsOnSize;
+        choice.isToBeSlanted = choice.isToBeSlanted && !varied.isSlanted;
+    }
+    const int weight = choice.face == own ? entry->weight : choice.face->GetWeight();
+    if (query.weight >= kLeastBoldWeight && weight < kLeastBoldWeight) {
+        choice.weight = kBoldStyleWeight;
+        if (choice.face == own) choice.face = choice.font->GetFace(kBoldStyleWeight);
+    }
+    return choice;
+}
+
 }  // namespace
 
 ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& query) {
@@ -124,20 +148,18 @@ ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& que
     std::string key(query.families);
     key += '\0';
     key += std::to_string(query.weight) + (query.isItalic ? 'i' : 'n') + std::to_string(query.stretch);
+    key += query.variations;
     const std::lock_guard lock(mutex);
-    if (const auto found = known->find(key); found != known->end()) return found->second;
-
-    ORVFontChoice choice;
-    const CatalogueEntry* entry = Choose(catalogue, query, choice.isOfFamily);
-    if (!entry) throw FontFailure({"no font is installed; install one, such as Debian's fonts-liberation"});
-    choice.font = entry->font;
-    const bool isThin = query.weight >= kLeastBoldWeight && entry->weight < kLeastBoldWeight;
-    choice.weight = isThin ? kBoldStyleWeight : kOwnStyleWeight;
-    choice.face = choice.font->GetFace(choice.weight);
-    choice.isToBeSlanted = query.isItalic && entry->slant == FC_SLANT_ROMAN;
+    const auto sizedKey = [&] { return key + '\0' + std::to_string(query.size); };
+    if (const auto found = known->find(key); found != known->end()) {
+        if (!found->second.dependsOnSize) return found->second;
+        if (const auto sized = known->find(sizedKey()); sized != known->end()) return sized->second;
+    }
+    const ORVFontChoice choice = MakeChoice(catalogue, query);
     // Documents may ask for as many families as they like.
     constexpr std::size_t kMostKept = 4096;
     if (known->size() >= kMostKept) known->clear();
-    known->emplace(std::move(key), choice);
+    known->emplace(key, choice);
+    if (choice.dependsOnSize) known->emplace(sizedKey(), choice);
     return choice;
 }
