@@ -5,15 +5,19 @@
 #
 #   orv_install_library(TARGET NAME)   a shared library with its header set, found as orvprint::NAME
 #   orv_install_c_library(TARGET NAME)  the same with a C interface, whose version is a number of its own
-#   orv_install_module(TARGET)         a module that is loaded at run time: beside the libraries, without a version
+#   orv_install_module(TARGET)         a module that is loaded at run time: beside the libraries, without a version, or in
+#                                      the folder ORV_MODULE_FOLDER there
 #   orv_install_package(FOLDER FILE...)  the package files, and documentation
 
 include(CMakePackageConfigHelpers)
 
 set(orv_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvprint)
 set(orv_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/orvprint)
-# Before 1.0, a library of another minor version is another library.
-set(orv_interface_version ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+# What programs were built with goes on working as long as this number stands: the symbol files in debian/ and
+# packaging/check-abi hold the libraries to it.
+set(orv_interface_version 0)
+
+set(ORV_MODULE_FOLDER "" CACHE STRING "Folder of modules within that of the libraries; empty for the same one")
 
 function(orv_install_library target name)
     target_compile_features(${target} PUBLIC cxx_std_20)
@@ -39,7 +43,8 @@ function(orv_install_versioned target name version interface_version)
 endfunction()
 
 function(orv_install_module target)
-    install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
+    install(TARGETS ${target}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${ORV_MODULE_FOLDER} COMPONENT runtime)
 endfunction()
 
 function(orv_install_package folder)

@@ -29,6 +29,7 @@
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/help.h"
+#include "apps/orvprint/commands/html_inspection.h"
 #include "apps/orvprint/commands/info_command.h"
 #include "apps/orvprint/commands/inspect_command.h"
 #include "apps/orvprint/commands/limits_command.h"
@@ -356,11 +357,18 @@ int Run(int argc, char** argv) {
     ReadOptions inspectOptions;
     std::string inspectInput;
     bool inspectAsJson = false;
-    CLI::App* inspect = app.add_subcommand("inspect", "Write the print model of a drawing as JSON");
+    CLI::App* inspect =
+        app.add_subcommand("inspect", "Write what a drawing consists of, as JSON or as a page");
     inspect->add_option("input", inspectInput, "Drawing, - for standard input")
         ->required()
         ->option_text("FILE");
-    inspect->add_flag("--json", inspectAsJson, "As JSON (the only form)");
+    CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "As JSON (the default)");
+    std::string inspectPage;
+    inspect
+        ->add_option("--html", inspectPage,
+                     "As a page for browsers: the drawing beside its primitives; - for standard output")
+        ->excludes(asJson)
+        ->option_text("FILE");
     AddReadOptions(*inspect, inspectOptions);
 
     CheckOptions check;
@@ -410,8 +418,11 @@ int Run(int argc, char** argv) {
     }
     if (inspect->parsed()) {
         if (const int code = ApplyReadOptions(inspectOptions); code != kExitDone) return code;
-        if (const int code = EnterSandboxFor(inspectOptions, {.inputs = {inspectInput}}); code != kExitDone)
+        if (const int code =
+                EnterSandboxFor(inspectOptions, {.inputs = {inspectInput}, .output = inspectPage});
+            code != kExitDone)
             return code;
+        if (!inspectPage.empty()) return RunHtmlInspection(inspectInput, inspectOptions, inspectPage);
         return RunInspect(inspectInput, inspectOptions);
     }
     if (checking->parsed()) {

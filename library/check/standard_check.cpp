@@ -381,3 +381,21 @@ void CheckStandardDocument(const CheckedDocument& checked, const ORVRef<const OR
                       "is no svg element of SVG's namespace");
     }
 }
+
+std::vector<std::uint32_t> CountStandardElements(const ORVRef<const ORVXmlTree>& tree, const ORVXmlNode& root,
+                                                 const ORVXmlNode& top) {
+    const Document document(tree, root);
+    std::vector<std::uint32_t> numbers;
+    numbers.reserve(document.GetCount());
+    DocumentOrder order(top);
+    std::uint32_t number = 0;
+    while (const ORVXmlNode* node = order.Next()) {
+        if (!node->IsElement()) continue;
+        ++number;
+        // Both go through the document in its order, and the interpreter passes some elements over.
+        if (numbers.size() < document.GetCount() &&
+            document[static_cast<ElementIndex>(numbers.size())].node == node)
+            numbers.push_back(number);
+    }
+    return numbers;
+}

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+#include <vector>
 #include "library/check/checked_document.h"
 #include "library/check/findings.h"
 #include "platform/system/ORVRef.h"
@@ -12,3 +14,9 @@
 /// @param tree  of the document's root
 void CheckStandardDocument(const CheckedDocument& document, const ORVRef<const ORVXmlTree>& tree,
                            Findings& findings);
+
+/// The elements that the interpreter of standard SVG sees below a root, in its order: for each its number
+/// among all elements, counted from 1 in document order.
+/// @param top  the document's first element, from which elements are counted
+std::vector<std::uint32_t> CountStandardElements(const ORVRef<const ORVXmlTree>& tree, const ORVXmlNode& root,
+                                                 const ORVXmlNode& top);

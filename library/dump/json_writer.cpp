@@ -104,6 +104,8 @@ void JsonWriter::Text(std::string_view utf8) {
         if (c == '"' || c == '\\') {
             const char escaped[] = {'\\', c};
             replace(i, 1, {escaped, 2});
+        } else if (isInMarkup_ && (c == '<' || c == '>' || c == '&')) {
+            replace(i, 1, Escape(static_cast<char32_t>(c)));
         } else if (static_cast<unsigned char>(c - 0x20) >= 0x5F) {  // not of ASCII's characters
             char32_t character = 0;
             if (!FirstCharacter(utf8.substr(i), character, length))

@@ -9,7 +9,8 @@
 /// come by themselves between members and elements.
 class JsonWriter {
 public:
-    explicit JsonWriter(std::FILE* file) : file_(file) {}
+    /// @param isInMarkup  the text will stand within HTML: what begins markup is escaped
+    explicit JsonWriter(std::FILE* file, bool isInMarkup = false) : file_(file), isInMarkup_(isInMarkup) {}
     /// @param text  gets what is written, behind what it holds; must outlive this object
     explicit JsonWriter(std::string& text) : text_(&text) {}
     ~JsonWriter() { Flush(); }
@@ -42,6 +43,7 @@ private:
 
     std::FILE* file_ = nullptr;  // one of the two is set
     std::string* text_ = nullptr;
+    const bool isInMarkup_ = false;
     std::string buffer_;
     bool needsComma_ = false;
     bool failed_ = false;

@@ -287,6 +287,12 @@ bool IsTooLargeToDump(const ORVPrtModel& model) {
     return false;
 }
 
+ORVFailure WhyNotDumped(const ORVPrtModel& model) {
+    const ORVFailure built = model.GetBudget().GetFailure();
+    if (!built.limit && IsTooLargeToDump(model)) return ORVFailure::OfLimit(ORVPrintLimit::kRepeats);
+    return built;
+}
+
 void DumpPages(const ORVPrtModel& model, JsonWriter& json) {
     std::vector<Frame> open;
     // Writes a primitive up to its children, which the walk below then takes up; closes one without any.

@@ -70,7 +70,7 @@ bool IsInPx(std::string_view length) {
 }  // namespace
 
 CheckedInput CheckBytes(const InputOrigin& origin, const DrawingOptions& options, std::string_view bytes,
-                        Findings& findings) {
+                        Findings& findings, const CheckedUse& use) {
     ORVLightXmlParser parser;
     ORVLightXmlElement root;
     std::vector<ORVXmlPlace> places;
@@ -93,6 +93,7 @@ CheckedInput CheckBytes(const InputOrigin& origin, const DrawingOptions& options
     else
         CheckDocument(document, findings);
     CheckedInput checked;
+    if (use) checked.failure = use(document, root.GetTree(), findings);
     const ORVXmlNode& page = *root.GetNode();
     checked.hasPxSize =
         options.interpreter != "SVG2" && page.id == ElementName::kSvg &&

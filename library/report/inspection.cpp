@@ -44,13 +44,6 @@ void Dump(const Answer& answer, JsonWriter& json) {
     json.LineBreak();
 }
 
-/// Why a model cannot be dumped; nothing when it can.
-ORVFailure FailureOf(const ORVPrtModel& model) {
-    const ORVFailure built = model.GetBudget().GetFailure();
-    if (!built.limit && IsTooLargeToDump(model)) return ORVFailure::OfLimit(ORVPrintLimit::kRepeats);
-    return built;
-}
-
 /// Drawings without a model are shown by what they draw.
 int InspectCalls(ORVPrintInterpreter& interpreter, const InspectionNames& names, JsonWriter& json) {
     CallDump calls(json);
@@ -73,7 +66,7 @@ int WriteInspection(ORVPrintInterpreter& interpreter, const InspectionNames& nam
     interpreter.GetModel(answer.model);
     if (answer.result == 1 && !answer.model) return names.host.ReportOutOfMemory(names.input);
     if (answer.model)
-        if (const ORVFailure failure = FailureOf(*answer.model))
+        if (const ORVFailure failure = WhyNotDumped(*answer.model))
             return names.host.Report(names.input, failure);
     Dump(answer, json);
     if (!json.Flush()) return names.host.Report(kResultUnwritable, names.output, "cannot be written");

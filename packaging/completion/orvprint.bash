@@ -26,7 +26,7 @@ _orvprint() {
         print) options="--printer --copies --title --wait --output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --files-from --null --keep-folders --jobs --shard --report --resume --retry --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -d -n -t -h" ;;
         info) options="--json $reading $elements -h" ;;
-        inspect) options="--json $reading -h" ;;
+        inspect) options="--json --html $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
         report) options="--json --merged --html --help -h" ;;
         formats | limits | printers) options="--help -h" ;;

@@ -107,6 +107,13 @@ struct ORVPrintImage {
     bool isSmooth = true;        ///< whether what lies between pixels is blended, else each is an area
 };
 
+/// What of a drawing calls show: primitives of a page in the order in which the renderer comes to them, or
+/// elements of the drawing in document order; counted from 1.
+struct ORVPrintOrigin {
+    std::uint32_t first = 0;  ///< 0 when it is not known
+    std::uint32_t last = 0;   ///< beyond `first` for a line that several primitives draw together
+};
+
 /// What is known of a document before its first page.
 struct ORVPrintDocumentInfo {
     std::string_view title;      ///< UTF-8, may be empty
@@ -317,4 +324,9 @@ public:
     [[nodiscard]] virtual int EndPage() = 0;
     /// Comes last, also when another call has failed. What is written is complete when this returns 1.
     [[nodiscard]] virtual int EndDocument() = 0;
+
+    /// Whether it is of use here what of the drawing is shown by which call; for others nobody counts.
+    virtual bool FollowsOrigins() const { return false; }
+    /// What the shapes, texts and images that come from now on show.
+    virtual void NoteOrigin(const ORVPrintOrigin& /*origin*/) {}
 };

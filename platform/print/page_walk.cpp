@@ -134,6 +134,7 @@ private:
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
     ORVPrintProgress& progress_;
+    std::uint32_t primitives_ = 0;  // that were come to
     ORVPrintShapeDrawing shapes_;
     std::vector<Frame> open_;
     unsigned int openSymbols_ = 0;
@@ -165,6 +166,7 @@ int PageWalk::Step() {
     ORVPrefetchForWalk(*frame.children, frame.next);
     ORVPrtGraphicPrimitiveElt& child = *(*frame.children)[frame.next++];
     if (const int result = progress_.budget.TakePrimitive(child); result != kDone) return result;
+    shapes_.SetOrigin(++primitives_);
     if (IsWalked(child)) return Enter(child);
     const bool isAlone = frame.children->size() == 1;
     const bool isSpent = progress_.takesApart && child.GetReferenceCount() == 1 && !frame.isShared;

@@ -45,6 +45,7 @@ int ORVPrintShapeDrawing::Flush() {
     outline_.EndContour();
     const ORVPrintStroke* stroke = paints_.MakeStroke(pending_->stroke);
     const ORVMathAffine2D toPage = pending_->toPage;
+    if (followsOrigins_) generator_.NoteOrigin(pending_->origin);
     pending_.reset();
     return DrawPath(toPage, nullptr, stroke);
 }
@@ -83,9 +84,10 @@ int ORVPrintShapeDrawing::AddOpen(const Primitive& primitive, bool isCurve) {
         path_.Clear();
         outline_.SetMap({});
         outline_.SetScale(toPage.Enlargement());
-        pending_ = PendingLine{primitive.GetStrokeAttributes(), toPage, isCurve};
+        pending_ = PendingLine{primitive.GetStrokeAttributes(), toPage, isCurve, {origin_, origin_}};
     }
     outline_.Add(primitive);
+    pending_->origin.last = origin_;
     pending_->endsWithCurve = isCurve;
     // A piece that moved the line elsewhere is not to be continued by what has a transform of its own.
     return primitive.GetTransformAttributes().IsEmpty() ? kDone : Flush();
@@ -110,6 +112,7 @@ int ORVPrintShapeDrawing::DrawOutline(const Primitive& primitive) {
     outline_.SetScale(toPage.Enlargement());
     outline_.Add(primitive);
     outline_.EndContour();
+    NoteOrigin();
     return DrawPath(toPage, fill, stroke);
 }
 
@@ -127,6 +130,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtClosedFigureElt& figure) {
     if (!IsUsable(toPage)) return kDone;
     const ORVPrintFill* fill = FillOf(figure);
     const ORVPrintStroke* stroke = StrokeOf(figure);
+    NoteOrigin();
     return DrawPath(toPage, fill, stroke);
 }
 
@@ -163,6 +167,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtTextElt& text) {
         result != kDone)
         return result;
     const bool clipped = MakeClip(text, map);
+    NoteOrigin();
     return generator_.DrawText(
         {layout, text.GetText(), toPage, fill, stroke, clipped ? &clip_ : nullptr, id_});
 }
@@ -207,5 +212,6 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtBitmapImageElt& bitmap) {
     if (!IsUsable(toPage)) return kDone;
     const ORVMathBox2D square{0.0, 1.0, 0.0, 1.0};
     if (const int result = budget_.TakeBox(page_, square.MappedBy(toPage)); result != kDone) return result;
+    NoteOrigin();
     return generator_.DrawImage({*image, toPage, id_});
 }

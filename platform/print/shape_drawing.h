@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/model/visit_primitive.h"
+#include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintOutlineBuilder.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/print/paints.h"
@@ -22,7 +23,11 @@ public:
     /// All three must outlive this object.
     ORVPrintShapeDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page,
                          ORVPrintDrawingBudget& budget)
-        : generator_(generator), page_(page), budget_(budget), paints_(page.GetColourTable()) {}
+        : generator_(generator),
+          page_(page),
+          budget_(budget),
+          paints_(page.GetColourTable()),
+          followsOrigins_(generator.FollowsOrigins()) {}
 
     /// Draws a primitive and, when it is a closed figure, what it consists of. Other containers draw nothing.
     /// @param outer  from the coordinates around the primitive to those of the page or symbol
@@ -32,6 +37,8 @@ public:
 
     /// What is drawn from now on is called so; empty for nothing. A view that must outlive its use.
     void SetId(std::string_view id) { id_ = id; }
+    /// The number of the primitive that is drawn next, for generators that follow origins.
+    void SetOrigin(std::uint32_t number) { origin_ = number; }
 
 private:
     /// Open primitives that follow each other, to be stroked as one line.
@@ -39,6 +46,7 @@ private:
         ORVPrtStrokeAttributes stroke;
         ORVMathAffine2D toPage;
         bool endsWithCurve;
+        ORVPrintOrigin origin;
     };
 
     // One overload a class: draws it with the outer map and its own.
@@ -64,6 +72,9 @@ private:
     int DrawOutline(const Primitive& primitive);
     int AddRegion(const ORVPrtClosedFigureRegionElt& region);
     int DrawPath(const ORVMathAffine2D& toPage, const ORVPrintFill* fill, const ORVPrintStroke* stroke);
+    void NoteOrigin() {
+        if (followsOrigins_) generator_.NoteOrigin({origin_, origin_});
+    }
     /// Puts the text's clipping box into the clip. @return false when it has none
     bool MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map);
 
@@ -83,6 +94,8 @@ private:
     ORVPrintDrawingBudget& budget_;
     ORVPrintPaints paints_;
     ORVMathAffine2D outer_;
+    const bool followsOrigins_;
+    std::uint32_t origin_ = 0;
     std::string_view id_;
     std::optional<PendingLine> pending_;
     ORVPrintPath path_;

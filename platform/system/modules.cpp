@@ -3,7 +3,18 @@
 
 #include <dlfcn.h>
 
+#include <array>
+#include <string_view>
+
 namespace {
+
+// Where modules are looked for, from the folder of the platform's own library: where they are installed, and
+// beside it, as in a build tree.
+#if defined(ORV_MODULE_FOLDER)
+constexpr std::array<std::string_view, 2> kFolders{ORV_MODULE_FOLDER "/", ""};
+#else
+constexpr std::array<std::string_view, 1> kFolders{""};
+#endif
 
 /// Folder of the platform's own library with a trailing separator, empty when it is not known.
 std::string PlatformFolder() {
@@ -17,10 +28,14 @@ std::string PlatformFolder() {
 }  // namespace
 
 void* ORVLoadModule(const char* library, std::string& error) {
+    error.clear();
     const std::string folder = PlatformFolder();
-    if (!folder.empty()) {
-        if (void* module = dlopen((folder + library).c_str(), RTLD_NOW | RTLD_LOCAL)) return module;
-        error = dlerror();
+    for (const std::string_view inner : kFolders) {
+        if (folder.empty()) break;
+        std::string path = folder;
+        path.append(inner).append(library);
+        if (void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) return module;
+        if (error.empty()) error = dlerror();
     }
     if (void* module = dlopen(library, RTLD_NOW | RTLD_LOCAL)) return module;
     const char* reason = dlerror();

@@ -204,6 +204,16 @@ int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOption
     return found ? kExitFound : kExitDone;
 }
 
+int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use) {
+    InputBytes bytes;
+    if (const int code = ReadInput(input, bytes); code != kExitDone) return code;
+    if (input == "-" && !PutBack(bytes.GetView()))
+        return Report(kExitUnreadable, InputName(input), "cannot be read twice, as inspect --html has to");
+    Findings findings;
+    const AccessScope access(input, options);
+    return CheckBytes(OriginOf(input), options, bytes.GetView(), findings, use).failure;
+}
+
 std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
                             const std::set<FindingCode>& ignored) {
     BoundMemory();  // the input is read again, and counts again

@@ -8,6 +8,7 @@
 
 #include "apps/orvprint/input/inputs.h"
 #include "library/check/findings.h"
+#include "library/report/check_report.h"
 
 struct CheckOptions {
     ReadOptions read;
@@ -28,6 +29,11 @@ int RunCheck(const CheckOptions& options);
 /// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored);
+
+/// Checks an input that is then read again: what comes from standard input is put back there.
+/// @param use  returns an exit code
+/// @return an exit code; a failure was reported
+int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use);
 
 /// How many findings an input has, without a word about them.
 /// @param ignored  kinds that do not count

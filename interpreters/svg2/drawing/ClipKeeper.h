@@ -45,6 +45,8 @@ public:
     int EndTiles() override { return EndKept() ? generator_.EndTiles() : status_; }
     int EndSymbol() override { return EndKept() ? generator_.EndSymbol() : status_; }
     bool KeepsIdentifiers() const override { return generator_.KeepsIdentifiers(); }
+    bool FollowsOrigins() const override { return generator_.FollowsOrigins(); }
+    void NoteOrigin(const ORVPrintOrigin& origin) override { generator_.NoteOrigin(origin); }
     int DrawShape(const ORVPrintShape& shape) override {
         return EndKept() ? generator_.DrawShape(shape) : status_;
     }

@@ -35,7 +35,9 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       fonts_(fonts),
       linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
                                           : std::unordered_set<ElementIndex>()),
-      keepsIdentifiers_(generator.KeepsIdentifiers()) {
+      keepsIdentifiers_(generator.KeepsIdentifiers()),
+      // Elements of the drawings in images are counted by nobody.
+      followsOrigins_(generator.FollowsOrigins() && images.GetDepth() == 0) {
     scene.SetBoxes(&bounds_);
     bounds_.SetImages(&images_);
 }
@@ -106,10 +108,20 @@ void Drawing::DrawStyled(ElementIndex element, const Style& style, const DrawSta
     ++state.depth;
     if (!IsInvertible(state.toPage)) return;
 
+    const ElementIndex around = drawn_;
+    NoteDrawn(element);
     const std::size_t mark = ends_.size();
     BeginGroups(element, style);
     if (BeginEffects(element, style, state)) DrawContent(element, style, state);
     EndBack(mark);
+    NoteDrawn(around);
+}
+
+void Drawing::NoteDrawn(ElementIndex element) {
+    if (!followsOrigins_) return;
+    drawn_ = element;
+    const std::uint32_t number = element == kNoElement ? 0 : element + 1;
+    generator_.NoteOrigin({number, number});
 }
 
 void Drawing::ReportContentLayers() {
@@ -220,6 +232,8 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
                                 state.context};
     if (!state.isWithinClip) inner.context = &context;
     uses_.push_back(target);
+    const ElementIndex around = drawn_;
+    NoteDrawn(target);
     const std::size_t mark = ends_.size();
     const bool makesViewport = document[target].tag == Tag::kSvg || document[target].tag == Tag::kSymbol;
     const Bounds::DrawnUse before = bounds_.NoteUse({target, element, &style});
@@ -232,6 +246,7 @@ void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState&
             DrawContent(target, targetStyle, inner);
     }
     EndBack(mark);
+    NoteDrawn(around);
     uses_.pop_back();
 }
 

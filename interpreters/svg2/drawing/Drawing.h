@@ -65,6 +65,8 @@ private:
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
     void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
+    /// Tells generators that follow origins which element the calls to come show.
+    void NoteDrawn(ElementIndex element);
     void BeginGroups(ElementIndex element, const Style& style);
     bool IsContentLayer(ElementIndex element) const;
 
@@ -164,7 +166,8 @@ private:
     std::vector<ElementIndex> active_;            // clips, masks, markers and patterns that are being drawn
     std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
     std::unordered_set<ElementIndex> linkTargets_;
-    bool keepsIdentifiers_;
+    bool keepsIdentifiers_, followsOrigins_;
+    ElementIndex drawn_ = kNoElement;  // what calls show; for generators that follow origins
     bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 

@@ -11,10 +11,10 @@
 namespace {
 
 /// A text as it is written.
-std::string Written(const std::string& text) {
+std::string Written(const std::string& text, bool isInMarkup = false) {
     std::FILE* file = std::tmpfile();
     if (!file) return "no file";
-    JsonWriter json(file);
+    JsonWriter json(file, isInMarkup);
     json.Text(text);
     EXPECT_TRUE(json.Flush());
     std::string bytes(static_cast<std::size_t>(std::ftell(file)), '\0');
@@ -50,5 +50,10 @@ INSTANTIATE_TEST_SUITE_P(Texts, JsonTextTest,
                                                   "\"a\xEF\xBF\xBD"
                                                   "b\xEF\xBF\xBD\""}),
                          kNameOfRow);
+
+TEST(JsonWriterTest, NothingOfATextIsMarkupWhereItStandsInMarkup) {
+    EXPECT_EQ(Written("</script><!--&amp;", true), "\"\\u003c/script\\u003e\\u003c!--\\u0026amp;\"");
+    EXPECT_EQ(Written("</script>"), "\"</script>\"");
+}
 
 }  // namespace
