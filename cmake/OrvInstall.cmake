@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 
-# What `cmake --install` puts where, and what others find it by. Two components: "runtime", and "development" with headers,
-# CMake package, pkg-config files and documentation.
+# What `cmake --install` puts where, and what others find it by. Three components: "runtime"; "development" with headers,
+# CMake package, pkg-config files and documentation; and "cups", the filter for the print system.
 #
 #   orv_install_library(TARGET NAME)   a shared library with its header set, found as orvprint::NAME
 #   orv_install_c_library(TARGET NAME)  the same with a C interface, whose version is a number of its own

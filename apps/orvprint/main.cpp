@@ -18,12 +18,14 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "apps/orvprint/commands/batch.h"
 #include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/check_command.h"
 #include "apps/orvprint/commands/content_hash.h"
+#include "apps/orvprint/commands/direct_command.h"
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/formats_command.h"
 #include "apps/orvprint/commands/help.h"
@@ -98,13 +100,17 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         .add_option("--fragment", options.fragment,
                     "Print only the N-th svg element, or the one with this id")
         ->option_text("N|ID");
-    command
-        .add_option("--allow-dir", options.allowedFolders,
-                    "Also read images from DIR and its subfolders (repeatable)")
-        ->option_text("DIR")
-        ->check(CLI::ExistingDirectory)
-        ->take_all()
-        ->allow_extra_args(false);
+    CLI::Option* allowed = command
+                               .add_option("--allow-dir", options.allowedFolders,
+                                           "Also read images from DIR and its subfolders (repeatable)")
+                               ->option_text("DIR")
+                               ->check(CLI::ExistingDirectory)
+                               ->take_all()
+                               ->allow_extra_args(false);
+    CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
+                                            "Read no files that drawings name, wherever they are");
+    noFiles->excludes(allowed)->option_text(" ");  // the library's would say what it excludes
+    allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
         ->take_all()
@@ -158,6 +164,8 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
 CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Read XML documents that contain drawings, as .qvxml files are");
+    command.add_flag("--detect-qvxml", options.detectsQvxml,
+                     "The same, for inputs whose root is no svg element");
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
@@ -296,16 +304,19 @@ int Run(int argc, char** argv) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
+    std::vector<std::string> outputs;  // options of the job, when there is a printer
     app.add_option(
-           "-o,--output", print.output,
+           "-o,--output", outputs,
            "Output file, - for standard output (default for one drawing: NAME.pdf in the current folder)")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->take_all()
+        ->allow_extra_args(false);
     bool mayReplace = false;
     app.add_flag("--force", mayReplace, "Without -o: replace a file that exists");
     app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =
-        app.add_option("--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
+        app.add_option("-P,--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of raster output in dots per inch")
         ->check(CLI::Range(1.0, 10000.0))
         ->check(IsNumber())
@@ -327,6 +338,8 @@ int Run(int argc, char** argv) {
     CLI::Option* keepGoing = AddFragmentOptions(app, print.read);
     BatchOptions batch;
     AddBatchOptions(app, keepGoing, batch);
+    DirectArguments direct;
+    AddDirectOptions(app, direct);
     DrawingLists lists;
     AddListOptions(app, lists);
 
@@ -381,6 +394,7 @@ int Run(int argc, char** argv) {
         ->option_text("FILE");
     reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
+    const CLI::App* printers = app.add_subcommand("printers", "List the printers");
     const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
     PrepareHelp(app);
 
@@ -421,6 +435,7 @@ int Run(int argc, char** argv) {
     if (reporting->parsed()) return RunReport(report);
     if (formats->parsed()) return RunFormats();
     if (limits->parsed()) return RunLimits();
+    if (printers->parsed()) return RunPrinters();
     for (const std::string& list : lists.paths)
         if (const int code = ReadDrawingList(list, lists.endsWithZero ? '\0' : '\n', print.inputs);
             code != kExitDone)
@@ -429,7 +444,17 @@ int Run(int argc, char** argv) {
     if (const std::string command = MeantCommand(app, print.inputs.front()); !command.empty())
         return Report(kExitUsage, print.inputs.front(),
                       "is neither a file nor a command; did you mean orvprint " + command + "?");
-    if (print.output.empty() && batch.folder.empty()) {
+    const bool isDirect = !direct.printer.empty();
+    if (isDirect && (!batch.folder.empty() || !print.format.empty()))
+        return Report(kExitUsage, "--printer", "cannot be combined with --out-dir or --format");
+    if (isDirect) {
+        direct.options = outputs;
+    } else if (outputs.size() > 1) {
+        return Report(kExitUsage, "--output", "takes one file; -o NAME=VALUE needs a printer, given with -d");
+    } else if (!outputs.empty()) {
+        print.output = outputs.front();
+    }
+    if (print.output.empty() && batch.folder.empty() && !isDirect) {
         if (print.inputs.size() > 1 || print.inputs.front() == "-")
             return Report(kExitUsage, "", "no output; give it with -o FILE or --out-dir DIR");
         print.output = BaseName(print.inputs.front()) + "." + (print.format.empty() ? "pdf" : print.format);
@@ -442,13 +467,16 @@ int Run(int argc, char** argv) {
     if (pagesOption->count() > 0 && !print.pages.Parse(pages, error))
         return Report(kExitUsage, "--pages", error);
     if (const int code = ParseKinds(ignoredKinds, print.ignored); code != kExitDone) return code;
+    DirectPrinting printing(direct);
+    if (isDirect)
+        if (const int code = printing.Prepare(sheet, print); code != kExitDone) return code;
     if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
-        print.tellsLoss = !batch.isQuiet && print.output != "-" && isatty(STDERR_FILENO) == 1;
-        return RunPrint(print);
+        print.tellsLoss = !batch.isQuiet && (print.output != "-" || isDirect) && isatty(STDERR_FILENO) == 1;
+        return isDirect ? printing.Run(std::move(print)) : RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;
     batch.optionsHash = HashOfOptions(app);

@@ -250,19 +250,18 @@ bool IsFragmentInput(const std::string& path, const DrawingOptions& options) {
            path.ends_with(".qvxml.gz");
 }
 
-int UseDrawings(const InputOrigin& origin, const DrawingOptions& options, InputBytes bytes,
-                const std::function<int(const Drawing&)>& use) {
-    const bool isFragmentInput = IsFragmentInput(origin.path, options);
-    if (!isFragmentInput && IsHtml(bytes.GetView()))
-        return origin.host.Report(
-            kResultNoPage, origin.name,
-            "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with --qvxml");
-    const auto document = std::make_shared<Document>();
-    if (const int code = ParseDocument(origin, options, options.keepGoing, std::move(bytes), *document);
-        code != kResultDone)
-        return code;
+namespace {
+
+/// Whether it is a document around drawings. A root in a namespace of another prefix is a drawing, too.
+bool HasDrawingsInside(const ORVXmlNode* root) {
+    return root->id != ElementName::kSvg && !FindOutermostSvgElements(root).empty();
+}
+
+/// Hands over the drawings of a document that was read.
+int UseDocument(const InputOrigin& origin, const DrawingOptions& options,
+                const std::shared_ptr<Document>& document, const std::function<int(const Drawing&)>& use) {
     if (IsStandard(options)) return UseStandardDrawings(origin, options, document, use);
-    if (!isFragmentInput) {
+    if (!IsFragmentInput(origin.path, options)) {
         const auto opened = std::make_shared<OpenedDrawing>();
         opened->document = document;
         opened->input =
@@ -285,6 +284,25 @@ int UseDrawings(const InputOrigin& origin, const DrawingOptions& options, InputB
         if (code != kResultDone) return code;
     }
     return kResultDone;
+}
+
+}  // namespace
+
+int UseDrawings(const InputOrigin& origin, const DrawingOptions& options, InputBytes bytes,
+                const std::function<int(const Drawing&)>& use) {
+    if (!IsFragmentInput(origin.path, options) && IsHtml(bytes.GetView()))
+        return origin.host.Report(
+            kResultNoPage, origin.name,
+            "is an HTML page, not an SVG drawing; drawings within well-formed XHTML print with --qvxml");
+    const auto document = std::make_shared<Document>();
+    if (const int code = ParseDocument(origin, options, options.keepGoing, std::move(bytes), *document);
+        code != kResultDone)
+        return code;
+    if (!options.detectsQvxml || !HasDrawingsInside(document->GetRoot()))
+        return UseDocument(origin, options, document, use);
+    DrawingOptions asQvxml = options;
+    asQvxml.qvxml = true;
+    return UseDocument(origin, asQvxml, document, use);
 }
 
 int UseFragment(const InputOrigin& origin, const DrawingOptions& options, InputBytes bytes,

@@ -19,6 +19,7 @@ struct DrawingOptions {
     std::string interpreter = "SVG";  ///< or "SVG2", for standard SVG
     std::string parser = "light";     ///< or "dom"
     bool qvxml = false;               ///< drawings inside an XML document, whatever the input's name
+    bool detectsQvxml = false;        ///< the same where there is an element around the drawings
     std::string fragment;             ///< number or identifier of one of them; empty for the outermost ones
     bool keepGoing = false;           ///< print what stands before an error in the XML
     std::vector<std::string> allowedFolders;

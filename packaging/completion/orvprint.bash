@@ -13,23 +13,23 @@ _orvprint() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --limit --max-primitives --time-limit
+    local reading="--interpreter --language --font-size --parser --fragment --allow-dir --no-file-images --limit --max-primitives --time-limit
         --no-sandbox --require-sandbox --help"
-    local elements="--qvxml --keep-going"
+    local elements="--qvxml --detect-qvxml --keep-going"
     local sheets="--paper --orientation --scale --margin --align --tile --overlap --nup
         --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options
     case ${COMP_WORDS[1]} in
-        info | inspect | check | report | formats | limits) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
+        info | inspect | check | report | formats | limits | printers) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --files-from --null --keep-folders --jobs --shard --report --resume --retry --quiet --strict --ignore --version
-            $reading $elements $sheets -o -f -j -h" ;;
+        print) options="--printer --copies --title --wait --output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --files-from --null --keep-folders --jobs --shard --report --resume --retry --quiet --strict --ignore --version
+            $reading $elements $sheets -o -f -j -d -n -t -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json --html $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
         report) options="--json --merged --html --help -h" ;;
-        formats | limits) options="--help -h" ;;
+        formats | limits | printers) options="--help -h" ;;
     esac
 
     case $previous in
@@ -72,10 +72,10 @@ _orvprint() {
             case $current in
                 -*) _orvprint_words "$options" ;;
                 *)
-                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check report formats limits"; fi
+                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check report formats limits printers"; fi
                     case $command in
                         report) _orvprint_files '*' ;;
-                        formats | limits) ;;
+                        formats | limits | printers) ;;
                         *) _orvprint_files drawings ;;
                     esac
                     ;;

@@ -16,7 +16,7 @@ struct ORV_PLATFORM_EXPORT ORVPrintPreferences {
     std::vector<std::string> languages;
     double fontSize = kDefaultFontSize;  ///< greater than 0
 
-    /// Those of the process; the same object always.
+    /// Those of the process, or of an ORVThreadPreferences of the calling thread.
     static const ORVPrintPreferences& Get();
     /// Replaces them.
     static void Set(ORVPrintPreferences preferences);

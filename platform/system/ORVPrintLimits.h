@@ -74,8 +74,9 @@ enum class ORVPrintLimit : std::uint8_t {
     kMemory,
 };
 
-/// Values of the limits, for the whole process. A host sets them before it creates interpreters; setting one
-/// while documents are read is safe, and which of them see it is open.
+/// Values of the limits, for the whole process; ORVThreadLimits has others for a thread. A host sets them
+/// before it creates interpreters; setting one while documents are read is safe, and which of them see it is
+/// open.
 class ORV_PLATFORM_EXPORT ORVPrintLimits {
 public:
     /// What is known of a limit.

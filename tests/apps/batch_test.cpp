@@ -137,7 +137,7 @@ TEST_F(BatchTest, StopsAtTheFirstFailureWithItsCode) {
 }
 
 // What was under way when the first input failed may fail later, and otherwise.
-TEST_F(BatchTest, TheFirstFailureGivesTheCodeWhateverFailsBesides) {
+TEST_F(BatchTest, TheFirstInputThatFailedGivesTheCodeWhicheverFailedBefore) {
     MakePipe("late.svg");
     const RunningTool running =
         Start({"late.svg", "bad.svg", "a.svg", "--out-dir", "out", "-f", "pdf", "-j", "2", "--quiet"});
@@ -151,7 +151,7 @@ TEST_F(BatchTest, TheFirstFailureGivesTheCodeWhateverFailsBesides) {
     EXPECT_THAT(said(), HasSubstr("bad.svg:2:"));
     Feed(pipe, "<nothing/>");
     const ToolRun run = WaitFor(running);
-    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.exitCode, 5);
     EXPECT_THAT(run.errors, HasSubstr("late.svg: has no page"));
 }
 

@@ -112,14 +112,17 @@ const std::map<std::string, Layers> kMayKnow{
                       "generators/sheet", "library/check", "library/input"})},
     {"library/api", Below(kPlatform, Below(kLibrary, {"generators", "generators/common"}))},
 
+    // The filter runs the command: it would have to know how to read drawings otherwise.
+    {"apps/cups", {}},
     {"apps/orvprint/sandbox", {"platform/system"}},
     {"apps/orvprint/process",
      {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
+    {"apps/orvprint/printing", {}},
     {"apps/orvprint/commands",
-     Below(kPlatform,
-           Below(kLibrary, {"generators", "generators/common", "generators/flatten", "generators/sheet",
-                            "apps/orvprint/sandbox", "apps/orvprint/process", "apps/orvprint/input"}))},
+     Below(kPlatform, Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common",
+                                       "generators/flatten", "generators/sheet", "apps/orvprint/sandbox",
+                                       "apps/orvprint/process", "apps/orvprint/input"}))},
     {"apps/orvprint", {"generators/common", "apps/orvprint/process", "apps/orvprint/commands"}},
 };
 

@@ -132,7 +132,7 @@ public:
         if (reported != kExitDone || reportFailure_ != kExitDone)
             return reported != kExitDone ? reported : reportFailure_;
         if (failures_.empty()) return kExitDone;
-        return batch_.keepGoing ? static_cast<int>(kExitSomeFailed) : failures_.front().code;
+        return batch_.keepGoing ? static_cast<int>(kExitSomeFailed) : CodeOfFirstFailure();
     }
 
 private:
@@ -140,6 +140,13 @@ private:
         std::uint32_t job;
         int code;
     };
+
+    /// By the order of the inputs: which one fails first by the clock is chance.
+    int CodeOfFirstFailure() const {
+        return std::min_element(failures_.begin(), failures_.end(),
+                                [](const Failure& a, const Failure& b) { return a.job < b.job; })
+            ->code;
+    }
 
     /// Before anything is done: would an output take an input's place?
     int CheckOutputs() const {

@@ -82,13 +82,14 @@ FileSet& FilesOfDrawings() {
 }
 
 AccessScope::AccessScope(const std::string& path, const ReadOptions& options) {
+    ORVFileAccessPolicy::SetCurrent(&policy_);
+    if (options.withoutFileImages) return;
     if (path != "-") {
         ORVUnicodeString folder, name;
         ORVSplitPath(path, folder, name);
         policy_.AllowFolder(folder.IsEmpty() ? ORVUnicodeString(".") : folder);
     }
     for (const std::string& folder : options.allowedFolders) policy_.AllowFolder(folder);
-    ORVFileAccessPolicy::SetCurrent(&policy_);
 }
 
 AccessScope::~AccessScope() { ORVFileAccessPolicy::SetCurrent(nullptr); }

@@ -11,6 +11,7 @@
 
 /// How the command reads inputs.
 struct ReadOptions : DrawingOptions {
+    bool withoutFileImages = false;   ///< documents may name no files at all
     std::vector<std::string> limits;  ///< as "NAME=VALUE" each
     double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
     bool withoutSandbox = false;      ///< keep what the command does not need
