@@ -23,8 +23,8 @@
 
 #include "apps/orvprint/commands/batch.h"
 #include "apps/orvprint/commands/batch_names.h"
+#include "apps/orvprint/commands/batch_options.h"
 #include "apps/orvprint/commands/check_command.h"
-#include "apps/orvprint/commands/content_hash.h"
 #include "apps/orvprint/commands/direct_command.h"
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/formats_command.h"
@@ -167,78 +167,6 @@ CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--detect-qvxml", options.detectsQvxml,
                      "The same, for inputs whose root is no svg element");
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
-}
-
-void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
-    auto* folder =
-        command.add_option("--out-dir", options.folder, "Write each input to its own file, DIR/NAME.FORMAT");
-    folder->option_text("DIR");
-    command.add_option("-j,--jobs", options.jobs, "Number of parallel conversions, with --out-dir")
-        ->option_text("N [cores]")
-        ->check(CLI::Range(1U, 1024U))
-        ->needs(folder);
-    command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
-    command
-        .add_flag("--keep-folders", options.keepsFolders,
-                  "Write DIR/FOLDER/NAME.FORMAT, in the input's own folder below DIR")
-        ->needs(folder)
-        ->option_text(" ");
-    command
-        .add_option_function<std::string>(
-            "--shard",
-            [&options](const std::string& text) {
-                if (!options.shard.Parse(text))
-                    throw CLI::ValidationError("--shard", "'" + text + "' is no part such as 2/8");
-            },
-            "Convert only the I-th of N parts of the inputs, chosen by their names")
-        ->option_text("I/N")
-        ->needs(folder);
-    command
-        .add_option("--report", options.report, "Append a line of JSON for each drawing; see orvprint report")
-        ->option_text("FILE")
-        ->needs(folder);
-    command
-        .add_option("--resume", options.resume,
-                    "Leave alone what FILE, a report, has as done and what is unchanged")
-        ->option_text("FILE")
-        ->needs(folder);
-    command
-        .add_option("--retry", options.retries,
-                    "Attempt a drawing up to N times more when a file, time or memory failed it")
-        ->option_text("N [0]")
-        ->check(CLI::Range(0U, 100U))
-        ->needs(folder);
-    keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
-}
-
-/// Inputs beside those of the command line.
-struct DrawingLists {
-    std::vector<std::string> paths;
-    bool endsWithZero = false;  ///< names are separated by zero bytes, not by line breaks
-};
-
-void AddListOptions(CLI::App& command, DrawingLists& lists) {
-    CLI::Option* from = command.add_option("--files-from", lists.paths,
-                                           "Also convert the drawings that LIST names, one a line; - for "
-                                           "standard input");
-    from->option_text("LIST")->take_all()->allow_extra_args(false);
-    command.add_flag("-0,--null", lists.endsWithZero, "Names in LIST are separated by zero bytes")
-        ->needs(from)
-        ->option_text(" ");
-}
-
-/// A hash of the options that decide about the outputs of a batch, and of the version.
-std::string HashOfOptions(const CLI::App& app) {
-    const std::set<std::string> others{"inputs",         "--files-from", "--null",  "--out-dir",
-                                       "--keep-folders", "--jobs",       "--quiet", "--shard",
-                                       "--report",       "--resume",     "--retry", "--keep-going"};
-    std::string text = "orvprint " ORVPRINT_VERSION;
-    for (const CLI::Option* option : app.get_options()) {
-        if (option->count() == 0 || others.contains(option->get_name())) continue;
-        text.append(1, '\0').append(option->get_name());
-        for (const std::string& value : option->results()) text.append(1, '\0').append(value);
-    }
-    return HashOfText(text);
 }
 
 /// Names of commands.

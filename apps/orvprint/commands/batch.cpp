@@ -31,6 +31,7 @@
 #include "apps/orvprint/commands/batch_worker.h"
 #include "apps/orvprint/commands/content_hash.h"
 #include "apps/orvprint/commands/formats_command.h"
+#include "apps/orvprint/commands/image_signature.h"
 #include "apps/orvprint/commands/progress.h"
 #include "apps/orvprint/commands/run_sandbox.h"
 #include "apps/orvprint/commands/staging_folder.h"
@@ -49,17 +50,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kLongestMessage = std::size_t{1} << 16U;  // of a worker, before its line ends
-
-/// True for a file that the interpreter could take for an image, as its first bytes tell.
-bool LooksLikeImage(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) return false;
-    std::array<char, 2> start{};
-    const ssize_t size = read(descriptor, start.data(), start.size());
-    close(descriptor);
-    const std::string_view view(start.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    return view == "\x89P" || view == "\xFF\xD8" || view == "BM";
-}
 
 /// How a job ended that may have left files.
 struct Outcome {

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+/// True for a file that an interpreter could take for an image, as its first bytes tell.
+bool LooksLikeImage(const std::string& path);
