@@ -35,11 +35,10 @@
 extern "C" {
 #endif
 
-/* What the library exports. */
 #if defined(ORV_LIBRARY_BUILD) && defined(__GNUC__)
-#define ORVPRINT_API __attribute__((visibility("default")))
+#define ORVPRINT_API __attribute__((visibility("default"))) /**< what the library exports */
 #else
-#define ORVPRINT_API
+#define ORVPRINT_API /**< what the library exports */
 #endif
 
 /** Version of this interface. It grows by one when functions are added; what is there stays as it is. */

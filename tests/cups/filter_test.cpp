@@ -213,7 +213,7 @@ TEST_F(FilterTest, LimitsComeFromTheEnvironment) {
                               std::string(30U << 20U, 'x') + "</title></svg>";
     WriteFile(file, large);
     ExpectFailure(Filter("", file, {"ORVPRINT_CUPS_MEMORY_LIMIT=20M"}),
-                  "out of memory; to allow more, the administrator can set ORVPRINT_CUPS_MEMORY_LIMIT");
+                  "to allow more, the administrator can set ORVPRINT_CUPS_MEMORY_LIMIT");
     WriteFile(file, kStyled);
 #endif
     for (const char* bad : {"ORVPRINT_CUPS_TIME_LIMIT=soon", "ORVPRINT_CUPS_TIME_LIMIT=0",

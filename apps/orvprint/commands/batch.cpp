@@ -267,6 +267,8 @@ private:
                      true);
             return;
         }
+        // One that reached a limit may keep memory that the next drawing would lack.
+        if (answer.code == kExitFailed) slot.process.Kill();
         if (!ReadNote(answer.note, facts)) facts.record = RecordOfLost(job, slot.start);
         for (const FileSet::Identity& file : facts.files) inputFiles_.Add(file);
         // Printing that failed leaves no file, unless pages were passed over: then there are the others.

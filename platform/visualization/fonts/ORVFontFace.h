@@ -110,6 +110,7 @@ protected:
     /// For the font module, which makes all faces.
     explicit ORVFontFace(Description description);
     virtual ~ORVFontFace();
+    /// What the font module made it of.
     const Description& GetDescription() const { return description_; }
 
 private:
