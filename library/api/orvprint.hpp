@@ -3,8 +3,9 @@
 #define ORVPRINT_HPP
 
 /// @file
-/// The C interface of liborvprint for C++17: a document that frees itself, failures as exceptions. Header only, so that
-/// the library need not come of the same compiler. What functions do, and the keys of options, stands in orvprint.h.
+/// The C interface of liborvprint for C++17: a document that frees itself, failures as exceptions. Header
+/// only, so that the library need not come of the same compiler. What functions do, and the keys of options,
+/// stands in orvprint.h.
 
 #include <orvprint.h>
 
@@ -43,8 +44,8 @@ struct PageSize {
     double height = 0.0;  ///< of the page
 };
 
-/// A document. It may be moved, and belongs to one thread at a time. Failures of its functions are thrown as Error; what
-/// a callback throws comes out of the function that called it.
+/// A document. It may be moved, and belongs to one thread at a time. Failures of its functions are thrown as
+/// Error; what a callback throws comes out of the function that called it.
 class Document {
 public:
     /// A document without content.
@@ -52,28 +53,34 @@ public:
 
     /// Opens a file.
     void OpenFile(const std::string& path, const Options& options = {}) {
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_open_file(handle, path.c_str(), pairs);
-        }, options);
+        Do([&](orvprint_document* handle,
+               const char* const* pairs) { return orvprint_open_file(handle, path.c_str(), pairs); },
+           options);
     }
     /// Opens a copy of bytes.
     void OpenBytes(std::string_view bytes, const Options& options = {}) {
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_open_bytes(handle, bytes.data(), bytes.size(), pairs);
-        }, options);
+        Do(
+            [&](orvprint_document* handle, const char* const* pairs) {
+                return orvprint_open_bytes(handle, bytes.data(), bytes.size(), pairs);
+            },
+            options);
     }
     /// Opens what a stream gives, to its end.
     void OpenStream(std::istream& stream, const Options& options = {}) {
         state_->stream = &stream;
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_open_reader(handle, &State::Read, state_.get(), pairs);
-        }, options);
+        Do(
+            [&](orvprint_document* handle, const char* const* pairs) {
+                return orvprint_open_reader(handle, &State::Read, state_.get(), pairs);
+            },
+            options);
     }
 
     /// Number of pages.
     unsigned int GetPageCount() const {
         unsigned int count = 0;
-        Do([&](orvprint_document* handle, const char* const*) { return orvprint_page_count(handle, &count); });
+        Do([&](orvprint_document* handle, const char* const*) {
+            return orvprint_page_count(handle, &count);
+        });
         return count;
     }
     /// Size of a page, from 1.
@@ -87,35 +94,40 @@ public:
     /// Title of a page, from 1; empty for none.
     std::string GetPageTitle(unsigned int page) const {
         const char* title = "";
-        Do([&](orvprint_document* handle, const char* const*) { return orvprint_page_title(handle, page, &title); });
+        Do([&](orvprint_document* handle, const char* const*) {
+            return orvprint_page_title(handle, page, &title);
+        });
         return title;
     }
 
     /// Renders to a file.
     void RenderFile(const std::string& path, const Options& options = {}) {
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_render_file(handle, path.c_str(), pairs);
-        }, options);
+        Do([&](orvprint_document* handle,
+               const char* const* pairs) { return orvprint_render_file(handle, path.c_str(), pairs); },
+           options);
     }
     /// Renders to an open file.
     void RenderDescriptor(int descriptor, const Options& options) {
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_render_descriptor(handle, descriptor, pairs);
-        }, options);
+        Do([&](orvprint_document* handle,
+               const char* const* pairs) { return orvprint_render_descriptor(handle, descriptor, pairs); },
+           options);
     }
     /// Renders, and returns the bytes of the output.
     std::string Render(const Options& options) {
         state_->bytes.clear();
-        Do([&](orvprint_document* handle, const char* const* pairs) {
-            return orvprint_render_writer(handle, &State::Write, state_.get(), pairs);
-        }, options);
+        Do(
+            [&](orvprint_document* handle, const char* const* pairs) {
+                return orvprint_render_writer(handle, &State::Write, state_.get(), pairs);
+            },
+            options);
         return std::move(state_->bytes);
     }
 
     /// Findings as JSON.
     std::string Check(const Options& options = {}) const {
         char* json = nullptr;
-        Do([&](orvprint_document* handle, const char* const* pairs) { return orvprint_check(handle, pairs, &json); },
+        Do([&](orvprint_document* handle,
+               const char* const* pairs) { return orvprint_check(handle, pairs, &json); },
            options);
         return TakeText(json);
     }
@@ -134,7 +146,8 @@ public:
     /// Has a function told of pages rendered, and of how many there are. An empty one stands for none.
     void SetProgress(std::function<void(unsigned int, unsigned int)> progress) {
         state_->progress = std::move(progress);
-        orvprint_set_progress(state_->handle.get(), state_->progress ? &State::Progress : nullptr, state_.get());
+        orvprint_set_progress(state_->handle.get(), state_->progress ? &State::Progress : nullptr,
+                              state_.get());
     }
     /// Has a function told of notes. An empty one stands for none.
     void SetNote(std::function<void(const std::string&)> note) {
