@@ -20,15 +20,15 @@
  * without "--"; values are written as there; a switch is "true" or "false". An unknown key, a key that the
  * function does not take, and a bad value are ORVPRINT_ERROR_USAGE, and the error's text names the key.
  *
- * - of orvprint_open_...: interpreter (svg, svg2), parser, qvxml, fragment, keep-going, language, font-size,
- *   limit (NAME=N, repeatable; `orvprint limits` lists them; "memory" has no effect), allow-dir (a folder
- * with images that the drawing may use, repeatable), no-file-images (read no file at all)
- * - of orvprint_render_...: format, pages, dpi, flatten-dpi, paper, orientation, scale, margin, align, tile,
- * overlap, nup, grey, mono, stroke-scale, min-stroke, width, height, zoom, background, export-id, threads
- * (that draw a page of pixels; 0, the default, for as many as there are processors)
- * - of orvprint_check(): ignore (a kind of finding, repeatable)
+ * - Opening takes interpreter (svg, svg2), parser, qvxml, fragment, keep-going, language, font-size, limit
+ *   (NAME=N, repeatable; `orvprint limits` lists them; "memory" has no effect), allow-dir (a folder with
+ *   images that the drawing may use, repeatable), no-file-images (read no file at all).
+ * - Rendering takes format, pages, dpi, flatten-dpi, paper, orientation, scale, margin, align, tile, overlap,
+ *   nup, grey, mono, stroke-scale, min-stroke, width, height, zoom, background, export-id, threads (that draw
+ *   a page of pixels; 0, the default, for as many as there are processors).
+ * - Checking takes ignore (a kind of finding, repeatable).
  *
- * Texts are UTF-8 and end with a null character. Memory that refuses to be had is a failure like any other.
+ * Texts are UTF-8 and end with a null character. Running out of memory is a failure like any other.
  */
 
 #include <stddef.h>
