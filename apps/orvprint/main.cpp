@@ -79,7 +79,7 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         ->option_text("SVG|SVG2");
     command
         .add_option("--language", options.languages,
-                    "Languages for systemLanguage, such as de,en (default: the locale's); svg2 only")
+                    "Languages for systemLanguage, such as de,en (default: from the locale); svg2 only")
         ->option_text("LIST")
         ->check([](const std::string& text) {
             const bool isRead = text.find_first_not_of(", ") != std::string::npos &&
@@ -89,7 +89,7 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
                                 });
             return isRead ? std::string() : "'" + text + "' is not a list of languages, such as de,en-GB";
         });
-    command.add_option("--font-size", options.fontSize, "Size in px of text that states no size; svg2 only")
+    command.add_option("--font-size", options.fontSize, "Font size in px of text without one; svg2 only")
         ->option_text("PX [12]")
         ->check(CLI::Range(0.1, 10000.0))
         ->check(IsNumber());
@@ -108,7 +108,7 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
                                ->take_all()
                                ->allow_extra_args(false);
     CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
-                                            "Read no files that drawings name, wherever they are");
+                                            "Read no files named by drawings, such as images");
     noFiles->excludes(allowed)->option_text(" ");  // the library's would say what it excludes
     allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
@@ -165,7 +165,7 @@ CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Read XML documents that contain drawings, as .qvxml files are");
     command.add_flag("--detect-qvxml", options.detectsQvxml,
-                     "The same, for inputs whose root is no svg element");
+                     "As --qvxml, for inputs whose root is not an svg element");
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
@@ -240,7 +240,7 @@ int Run(int argc, char** argv) {
         ->take_all()
         ->allow_extra_args(false);
     bool mayReplace = false;
-    app.add_flag("--force", mayReplace, "Without -o: replace a file that exists");
+    app.add_flag("--force", mayReplace, "Without -o: overwrite an existing file");
     app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =

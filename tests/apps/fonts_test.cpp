@@ -177,7 +177,7 @@ TEST_F(FontsTest, BoldIsTheNearestThatIsBoldEnough) {
         fs::remove_all(Folder() / "cache");
         WriteFile("text.svg", SmallDrawing("<text fill='black' x='9' y='20' font-family='DejaVu Sans' "
                                            "font-weight='bold'>word</text>"));
-        const ToolRun run = RunHere({"text.svg", "-o", "text.pdf"});
+        const ToolRun run = RunHere({"text.svg", "-o", "text.pdf", "--no-sandbox"});
         ASSERT_EQ(run.exitCode, 0) << run.errors;
         EXPECT_THAT(RunProgram({"pdffonts", "text.pdf"}).output, HasSubstr(std::string("+") + row.font + " "))
             << row.sans << " " << row.mono;

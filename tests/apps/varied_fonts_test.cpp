@@ -58,7 +58,7 @@ protected:
                       style + "\">A</text></svg>");
         const ToolRun run = RunProgram({"env", "FONTCONFIG_FILE=" + (Folder() / "fonts.conf").string(),
                                         "ORVPRINT_CACHE_DIR=", ORV_TOOL_PATH, "text.svg", "-o", output,
-                                        "--interpreter", "svg2", "--dpi", "96", "--force"});
+                                        "--interpreter", "svg2", "--dpi", "96", "--force", "--no-sandbox"});
         EXPECT_EQ(run.exitCode, 0) << style << run.errors;
     }
 

@@ -109,7 +109,7 @@ public:
             else if (!HasJobs())
                 break;
         }
-        for (Slot& slot : slots_) slot.process.Kill();
+        for (Slot& slot : slots_) slot.job ? slot.process.Kill() : slot.process.Finish();
         if (EndSignals::GetCaught() == 0) PutKeptInPlace();
         staging_.Remove();
         progress_.Erase();

@@ -18,7 +18,7 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
     command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
     command
         .add_flag("--keep-folders", options.keepsFolders,
-                  "Write DIR/FOLDER/NAME.FORMAT, in the input's own folder below DIR")
+                  "Write DIR/FOLDER/NAME.FORMAT, keeping the input's folders")
         ->needs(folder)
         ->option_text(" ");
     command
@@ -37,12 +37,12 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
         ->needs(folder);
     command
         .add_option("--resume", options.resume,
-                    "Leave alone what FILE, a report, has as done and what is unchanged")
+                    "Skip drawings that FILE, a report, lists as done, unless they have changed")
         ->option_text("FILE")
         ->needs(folder);
     command
         .add_option("--retry", options.retries,
-                    "Attempt a drawing up to N times more when a file, time or memory failed it")
+                    "Retry a drawing up to N times if a file, time or memory made it fail")
         ->option_text("N [0]")
         ->check(CLI::Range(0U, 100U))
         ->needs(folder);
@@ -50,9 +50,9 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
 }
 
 void AddListOptions(CLI::App& command, DrawingLists& lists) {
-    CLI::Option* from = command.add_option("--files-from", lists.paths,
-                                           "Also convert the drawings that LIST names, one a line; - for "
-                                           "standard input");
+    CLI::Option* from =
+        command.add_option("--files-from", lists.paths,
+                           "Also convert the drawings named in LIST, one per line; - for standard input");
     from->option_text("LIST")->take_all()->allow_extra_args(false);
     command.add_flag("-0,--null", lists.endsWithZero, "Names in LIST are separated by zero bytes")
         ->needs(from)

@@ -82,7 +82,8 @@ void AddDirectOptions(CLI::App& command, DirectArguments& arguments) {
         ->group(kGroup);
     command.add_flag("--wait", arguments.waits, "Wait until the job has been printed")
         ->needs(printer)
-        ->group(kGroup);
+        ->group(kGroup)
+        ->option_text(" ");
 }
 
 int DirectPrinting::Prepare(SheetWords& sheet, PrintOptions& print) {

@@ -18,11 +18,13 @@ struct GroupRow {
 
 // In the order of the help. An option that stands in no row comes last, under "Options".
 constexpr std::array kGroups{
-    GroupRow{"Input",
-             " interpreter language font-size parser qvxml fragment allow-dir limit max-primitives "
-             "time-limit keep-going strict "
-             "ignore "
-             "no-sandbox require-sandbox "},
+    GroupRow{
+        "Input",
+        " interpreter language font-size parser qvxml detect-qvxml fragment allow-dir no-file-images limit "
+        "max-primitives "
+        "time-limit keep-going strict "
+        "ignore "
+        "no-sandbox require-sandbox "},
     GroupRow{"Output", " output force format pages dpi width height zoom background export-id flatten-dpi "},
     GroupRow{"Several inputs", " out-dir files-from null keep-folders jobs shard report resume retry quiet "},
     GroupRow{"Paper", " paper orientation scale margin align tile overlap nup "},

@@ -30,22 +30,22 @@ void AddSheetOptions(CLI::App& command, SheetWords& arguments) {
     command
         .add_option(
             "--align", arguments.align,
-            "Where the page lies on the paper: centre, left, right, top, bottom, or two of them, such "
+            "Position of the page on the paper: centre, left, right, top, bottom, or two of them, such "
             "as top-left")
         ->option_text("PLACE [centre]")
         ->group(kGroup);
     command
         .add_flag("--tile", arguments.isPoster,
-                  "Print pages that are larger than the paper over several sheets, with marks for cutting")
+                  "Print pages larger than the paper on several sheets, with cutting marks")
         ->group(kGroup);
-    command.add_option("--overlap", arguments.overlap, "What neighbouring sheets of --tile share")
+    command.add_option("--overlap", arguments.overlap, "Overlap of neighbouring sheets, with --tile")
         ->option_text("LENGTH [10mm]")
         ->group(kGroup);
-    command.add_option("--nup", arguments.pagesPerSheet, "Print so many pages on each sheet, by rows")
+    command.add_option("--nup", arguments.pagesPerSheet, "Print N pages on each sheet, in rows")
         ->option_text("N")
         ->check(CLI::Range(1U, kMostPagesPerSheet))
         ->group(kGroup);
-    command.add_flag("--grey,--gray", arguments.isGrey, "Print in greys")->group(kGroup);
+    command.add_flag("--grey,--gray", arguments.isGrey, "Print in greyscale")->group(kGroup);
     command.add_flag("--mono", arguments.isMono, "Print in black and white: lines and text in black")
         ->group(kGroup);
     command.add_option("--stroke-scale", arguments.strokeScale, "Multiply the width of all lines")

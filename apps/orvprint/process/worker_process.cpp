@@ -184,6 +184,11 @@ WorkerProcess::End WorkerProcess::Reap() {
     return {"ended by itself", ended > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : 0};
 }
 
+void WorkerProcess::Finish() {
+    CloseNoted(jobs_);
+    if (pid_ > 0) Reap();
+}
+
 void WorkerProcess::Kill() {
     if (pid_ > 0) {
         kill(pid_, SIGKILL);

@@ -48,6 +48,8 @@ public:
     };
     /// Takes leave of a worker that ended by itself.
     End Reap();
+    /// Lets a worker without a job end by itself, and waits until it has.
+    void Finish();
     /// Ends the worker at once.
     void Kill();
 
