@@ -297,11 +297,14 @@ private:
         return cupsDoRequest(own_, request, own_ ? resource_.data() : "/");
     }
 
+    static std::string Joined(std::string state, const std::string& reason) {
+        return state.append(", ").append(reason);
+    }
     static std::string ReasonOf(ipp_t* job, const std::string& state) {
         for (const char* name : {"job-printer-state-message", "job-state-message"})
-            if (const std::string text = TextOf(job, name); !text.empty()) return state + ", " + text;
+            if (const std::string text = TextOf(job, name); !text.empty()) return Joined(state, text);
         const std::string reason = TextOf(job, "job-state-reasons");
-        return reason.empty() || reason == "none" ? state : state + ", " + reason;
+        return reason.empty() || reason == "none" ? state : Joined(state, reason);
     }
 
     http_t* own_ = nullptr;  // of a printer with an address; null for the print system's
