@@ -120,9 +120,10 @@ const std::map<std::string, Layers> kMayKnow{
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/printing", {}},
     {"apps/orvprint/commands",
-     Below(kPlatform, Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common",
-                                       "generators/flatten", "generators/sheet", "apps/orvprint/sandbox",
-                                       "apps/orvprint/process", "apps/orvprint/input"}))},
+     Below(kPlatform,
+           Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",
+                            "generators/sheet", "generators/svg", "apps/orvprint/sandbox",
+                            "apps/orvprint/process", "apps/orvprint/input"}))},
     {"apps/orvprint", {"generators/common", "apps/orvprint/process", "apps/orvprint/commands"}},
 };
 

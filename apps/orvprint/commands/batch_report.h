@@ -3,10 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// What became of one drawing of a batch: a line of its report.

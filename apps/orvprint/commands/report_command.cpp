@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/report_command.h"
 
-#include <array>
 #include <cstdio>
 #include <string_view>
 
@@ -55,12 +54,6 @@ int WriteFiles(const ReportOptions& options, const MergedReport& report, const R
 
 void Line(const std::string& text) { TextLine(stdout).Put(text).End(); }
 
-std::string Decimal(double number, int places) {
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%.*f", places, number);
-    return text.data();
-}
-
 void WriteText(const MergedReport& report, const ReportSummary& summary) {
     constexpr double kMegabyte = 1e6;
     Line(std::to_string(report.records.size()) + " drawings: " + std::to_string(summary.done) + " done, " +
@@ -70,18 +63,18 @@ void WriteText(const MergedReport& report, const ReportSummary& summary) {
         codes += " " + std::to_string(code) + " (" + std::to_string(count) + ")";
     Line(codes);
     Line(std::to_string(summary.pages) + " pages, " +
-         Decimal(static_cast<double>(summary.bytes) / kMegabyte, 1) + " MB of output, " +
+         FigureOf(static_cast<double>(summary.bytes) / kMegabyte, 1) + " MB of output, " +
          std::to_string(summary.findings) + " findings in " + std::to_string(summary.withFindings) +
          " drawings");
-    Line(Decimal(summary.milliseconds / 1000.0, 1) + " s in all; a drawing: median " +
-         Decimal(summary.median, 1) + " ms, 99 % within " + Decimal(summary.slowestOfHundred, 1) +
-         " ms; at most " + Decimal(static_cast<double>(summary.memory) / kMegabyte, 0) + " MB");
+    Line(FigureOf(summary.milliseconds / 1000.0, 1) + " s in all; a drawing: median " +
+         FigureOf(summary.median, 1) + " ms, 99 % within " + FigureOf(summary.slowestOfHundred, 1) +
+         " ms; at most " + FigureOf(static_cast<double>(summary.memory) / kMegabyte, 0) + " MB");
     if (report.repeats > 0) Line(std::to_string(report.repeats) + " records of repeated attempts merged");
     if (report.unreadable > 0) Line(std::to_string(report.unreadable) + " lines are no records");
     for (const std::string& name : report.conflicts) Line("different outputs from the same content: " + name);
     if (!summary.slowest.empty()) Line("slowest:");
     for (const BatchRecord* record : summary.slowest)
-        Line("  " + Decimal(record->milliseconds, 1) + " ms  " + record->name);
+        Line("  " + FigureOf(record->milliseconds, 1) + " ms  " + record->name);
     if (!summary.failures.empty()) Line("failed:");
     for (std::size_t i = 0; i < summary.failures.size() && i < kMostListed; ++i)
         Line("  " + summary.failures[i]->name + ": exit code " + std::to_string(summary.failures[i]->code) +

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "generators/svg/xml_text.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -36,17 +38,10 @@ ul.failures img { background: #fff; display: block; height: 9em; margin-bottom: 
 <body>
 )";
 
+/// As content or between double quotes.
 std::string Escaped(std::string_view text) {
     std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-            case '&': escaped += "&amp;"; break;
-            case '<': escaped += "&lt;"; break;
-            case '>': escaped += "&gt;"; break;
-            case '"': escaped += "&quot;"; break;
-            default: escaped += c;
-        }
-    }
+    AppendXmlText(escaped, text);
     return escaped;
 }
 
@@ -71,12 +66,6 @@ std::string AddressOf(const std::string& file, const fs::path& folder) {
     return address;
 }
 
-std::string Decimal(double number, int places) {
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%.*f", places, number);
-    return text.data();
-}
-
 void AddRow(std::string& page, std::string_view name, const std::string& value) {
     page.append("<tr><th>")
         .append(name)
@@ -93,11 +82,11 @@ void AddFigures(std::string& page, const ReportSummary& summary) {
     AddRow(page, "Failed", std::to_string(summary.failed));
     AddRow(page, "Drawings with findings", std::to_string(summary.withFindings));
     AddRow(page, "Pages", std::to_string(summary.pages));
-    AddRow(page, "Output, MB", Decimal(static_cast<double>(summary.bytes) / kMegabyte, 1));
-    AddRow(page, "Time of all, s", Decimal(summary.milliseconds / 1000.0, 1));
-    AddRow(page, "Median, ms", Decimal(summary.median, 1));
-    AddRow(page, "99 % within, ms", Decimal(summary.slowestOfHundred, 1));
-    AddRow(page, "Largest memory, MB", Decimal(static_cast<double>(summary.memory) / kMegabyte, 0));
+    AddRow(page, "Output, MB", FigureOf(static_cast<double>(summary.bytes) / kMegabyte, 1));
+    AddRow(page, "Time of all, s", FigureOf(summary.milliseconds / 1000.0, 1));
+    AddRow(page, "Median, ms", FigureOf(summary.median, 1));
+    AddRow(page, "99 % within, ms", FigureOf(summary.slowestOfHundred, 1));
+    AddRow(page, "Largest memory, MB", FigureOf(static_cast<double>(summary.memory) / kMegabyte, 0));
     page += "</table>\n";
 }
 
@@ -130,6 +119,6 @@ std::string MakeReportPage(const ReportSummary& summary, const std::vector<std::
     if (!conflicts.empty()) page += "</ul>\n";
     page += "<h2>Slowest</h2>\n<table>\n";
     for (const BatchRecord* record : summary.slowest)
-        AddRow(page, Escaped(record->name), Decimal(record->milliseconds, 1) + " ms");
+        AddRow(page, Escaped(record->name), FigureOf(record->milliseconds, 1) + " ms");
     return page + "</table>\n</body>\n</html>\n";
 }

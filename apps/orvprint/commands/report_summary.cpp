@@ -2,6 +2,8 @@
 #include "apps/orvprint/commands/report_summary.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <unordered_map>
 #include <utility>
 
@@ -86,4 +88,10 @@ ReportSummary Summarize(const std::vector<BatchRecord>& records) {
                       });
     summary.slowest.resize(most);
     return summary;
+}
+
+std::string FigureOf(double number, int places) {
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%.*f", places, number);
+    return text.data();
 }

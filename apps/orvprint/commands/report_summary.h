@@ -26,3 +26,6 @@ struct ReportSummary {
     std::vector<const BatchRecord*> slowest, failures;                ///< slowest first; in their order
 };
 ReportSummary Summarize(const std::vector<BatchRecord>& records);
+
+/// A figure as people read it, with so many digits after the period.
+std::string FigureOf(double number, int places);

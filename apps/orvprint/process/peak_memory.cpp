@@ -21,7 +21,7 @@ void PeakMemory::Open() {
 void PeakMemory::Begin() const {
     // "5" sets the high-water mark to the present size. Where it may not be set, it is that of all jobs so
     // far.
-    if (reset_ >= 0 && pwrite(reset_, "5", 1, 0) != 1) return;
+    [[maybe_unused]] const bool isSet = reset_ >= 0 && pwrite(reset_, "5", 1, 0) == 1;
 }
 
 std::uint64_t PeakMemory::Get() const {

@@ -67,7 +67,7 @@ TEST(PdfTilesTest, TilesFollowTheirMapAndStayInClips) {
                   {{25, 5, kRed}, {15, 15, kWhite}, {5, 15, kBlue}, {45, 25, kRed}, {55, 25, kWhite}});
 }
 
-TEST(PdfTilesTest, TilesInLayersAndSymbolsLieWhereTheyAreShown) {
+TEST(PdfTilesTest, TilesInLayersLieWhereTheyAreShown) {
     DrawnPdf document;
     document.BeginPage();
     ORVPrintLayer layer;
@@ -81,6 +81,21 @@ TEST(PdfTilesTest, TilesInLayersAndSymbolsLieWhereTheyAreShown) {
     document.EndPage();
     document.Finish();
     ExpectColours(document, {{5, 5, kHalfRed}, {25, 5, kHalfRed}, {15, 5, kWhite}, {45, 5, kWhite}});
+}
+
+TEST(PdfTilesTest, TilesMoveWithTheSymbolThatHoldsThem) {
+    DrawnPdf document;
+    document.BeginPage();
+    const int key = 0;
+    ORVPrintTiles tiles = Tiles();
+    tiles.shown = {0.0, 40.0, 0.0, 30.0};
+    ASSERT_EQ(document.Get().BeginSymbol({&key, {1.0, 0.0, 0.0, 1.0, 10.0, 0.0}}),
+              ORVPrintGenerator::kDrawSymbol);
+    DrawTile(document.Get(), tiles);
+    EXPECT_EQ(document.Get().EndSymbol(), 1);
+    document.EndPage();
+    document.Finish();
+    ExpectColours(document, {{5, 5, kWhite}, {15, 5, kRed}, {25, 5, kWhite}, {35, 5, kRed}, {25, 25, kBlue}});
 }
 
 TEST(PdfTilesTest, TilesWithoutContentShowNothing) {
