@@ -249,8 +249,9 @@ bool SvgPage::EndFilter() { return Leave(Open::kFilter); }
 int SvgPage::BeginTiles(const ORVPrintTiles& tiles) {
     const double width = tiles.tile.xMax - tiles.tile.xMin, height = tiles.tile.yMax - tiles.tile.yMin;
     // What is repeated is the tile: there are no gaps, and no overlaps.
-    const bool isSaid = IsDrawable(tiles.toPage) && !IsFlat(tiles.toPage) && tiles.xStep == width &&
-                        tiles.yStep == height && width > 0.0 && height > 0.0;
+    const auto isNear = [](double a, double b) { return std::fabs(a - b) <= 1e-9 * b; };
+    const bool isSaid = IsDrawable(tiles.toPage) && !IsFlat(tiles.toPage) && isNear(tiles.xStep, width) &&
+                        isNear(tiles.yStep, height) && width > 0.0 && height > 0.0;
     if (!isSaid || writer_.IsRecording()) return ORVPrintGenerator::kNoTiles;
     const std::string id = definitions_.NewPattern();
     std::string text = "<pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"";

@@ -142,7 +142,7 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
             tag == Tag::kImage || tag == Tag::kText)
             return false;
         if (tag != Tag::kG && !IsShape(tag)) continue;
-        FusedShape shape{child, {}, {}, {}, 1.0};
+        FusedShape shape{child, {}, {}, {}, 1.0, {}};
         scene_.GetCascade().Compute(child, style, shape.style);
         const Style& own = shape.style;
         if (!own.isDisplayed || !PassesConditions(document, child)) continue;
@@ -169,6 +169,9 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
         const bool isCut = hasPen && !fuser.HoldsLine(pen);
         if (isCut && (!pen.dashes.empty() || pen.join == ORVPrintStroke::Join::kMiterClip)) return false;
         shape.opacity = PaintOpacity(child, own);
+        const ORVMathBox2D reach =
+            hasPen ? BoxWithPen(shape.path, shape.toPattern, pen) : BoxOf(shape.path, shape.toPattern);
+        shape.box = reach.Intersection(tiles.first.Box());
         shapes.push_back(std::move(shape));
     }
     return true;

@@ -34,6 +34,7 @@ struct FusedShape {
     ORVPrintPath path;
     ORVMathAffine2D toPattern;  // for the first tile
     double opacity = 1.0;
+    ORVMathBox2D box;  // what the first tile shows of it, in the pattern's units
 };
 
 }  // namespace svg2

@@ -69,6 +69,16 @@ std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& til
                      static_cast<long>(values[3])};
 }
 
+/// Whether content goes on from one tile to the next, so that gaps between tiles would show.
+bool HasSeams(const std::vector<FusedShape>& shapes, const ORVMathBox2D& tile) {
+    ORVMathBox2D box;
+    for (const FusedShape& shape : shapes) box.Unite(shape.box);
+    constexpr double kGap = 0.01;  // of a tile's side
+    const double x = kGap * (tile.xMax - tile.xMin), y = kGap * (tile.yMax - tile.yMin);
+    return (box.xMin <= tile.xMin + x && box.xMax >= tile.xMax - x) ||
+           (box.yMin <= tile.yMin + y && box.yMax >= tile.yMax - y);
+}
+
 }  // namespace
 
 // Tiles are drawn one by one, within the outline: as sharp as all else at any resolution.
@@ -150,12 +160,11 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
         return;
     }
     std::vector<FusedShape> shapes;
-    const bool isPlain = style.hidesOverflow && CollectFused(content, style, all, all.toTile, 0, shapes);
-    if (isPlain && DrawOneTileForAll(content, style, all, shown, inner)) return;
-    if (isPlain && all.range.Count() > 1) {
-        DrawFusedTiles(shapes, all);
+    const bool isPlain = all.range.Count() > 1 && style.hidesOverflow &&
+                         CollectFused(content, style, all, all.toTile, 0, shapes);
+    if (isPlain && !HasSeams(shapes, all.first.Box()) && DrawOneTileForAll(content, style, all, shown, inner))
         return;
-    }
+    if (isPlain) return DrawFusedTiles(shapes, all);
     for (long y = all.range.yFirst; y <= all.range.yLast && !IsStopped(); ++y) {
         for (long x = all.range.xFirst; x <= all.range.xLast && !IsStopped(); ++x) {
             if (!TakeElement(content)) break;
@@ -172,8 +181,8 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
 }
 
 // A few tiles are drawn one by one, as sharp as all else: viewers may show the cells of patterns as images of
-// whole pixels. Of many, a file would become large. Only plain content: not all viewers place gradients and
-// patterns within cells where they belong.
+// whole pixels, with gaps between them. Of many, a file would become large. Only plain content: not all
+// viewers place gradients and patterns within cells where they belong.
 bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
                                 const ORVMathBox2D& shown, DrawState& inner) {
     constexpr std::uint64_t kFewTiles = 1000;

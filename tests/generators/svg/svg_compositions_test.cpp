@@ -269,8 +269,13 @@ TEST(SvgTilesTest, TilesAreAPattern) {
     EXPECT_EQ(FillRectangle(page.Get(), 1.0, 0.0, 10.0, 30.0, {255, 0, 0}), 1);
     EXPECT_EQ(page.Get().EndTiles(), 1);
     EXPECT_NE(page.Get().EndTiles(), 1);
-    // There are no gaps between the tiles of a pattern.
-    tiles.xStep = 25.0;
+    // Rounding makes no gaps, but there are none between the tiles of a pattern.
+    tiles.tile = {0.1, 0.3, 0.0, 30.0};
+    tiles.xStep = 0.2;
+    ASSERT_NE(tiles.tile.xMax - tiles.tile.xMin, tiles.xStep);
+    ASSERT_EQ(page.Get().BeginTiles(tiles), ORVPrintGenerator::kDrawTile);
+    EXPECT_EQ(page.Get().EndTiles(), 1);
+    tiles.xStep = 0.25;
     EXPECT_EQ(page.Get().BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
     const std::string text = page.Finish();
     EXPECT_THAT(

@@ -141,7 +141,11 @@ TEST(PatternTest, ManyPlainTilesAreLeftToGeneratorsThatRepeatThem) {
           pattern("width='2' height='2'", "<g opacity='.5'>" + dot + "</g>"),
           pattern("width='2' height='2'", "<rect width='1' height='1' fill='url(#g)'/>") +
               "<linearGradient id='g'><stop/><stop offset='1' stop-color='red'/></linearGradient>",
-          pattern("width='2' height='2' overflow='visible'", dot)})
+          pattern("width='2' height='2' overflow='visible'", dot),
+          // Viewers show gaps between the cells of patterns.
+          pattern("width='2' height='2'", "<rect width='2' height='1'/>"),
+          pattern("width='2' height='2'", "<path d='M1 0v2' stroke='red' stroke-width='.5'/>"),
+          pattern("width='2' height='2'", dot + "<rect x='1' y='1' width='1' height='1'/>")})
         EXPECT_EQ(SketchContent(other, true), SketchContent(other)) << other;
     const std::string unlimited =
         pattern("width='.0001' height='.0001'", "<rect width='.0001' height='.00005'/>");
