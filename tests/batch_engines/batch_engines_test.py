@@ -1,0 +1,268 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Batches by Slurm and by GNU parallel, with nodes that are killed, hang, or lose only their daemon.
+
+    batch_engines_test.py [--tool build/release/bin/orvprint] [--drawings 10000] [--parts 8] [-v] [SlurmTest...]
+
+The recipes of packaging/batch run with daemons of the test's own. Whatever happens to a node, all outputs must be those
+of an undisturbed run, byte for byte, and the merged report must have each drawing once. Ends with "N passed, N failed".
+"""
+
+import argparse
+import itertools
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+from batch import RECIPES, Batch, Stopwatch
+from machine import Machine, descendants, signal_all, wait_for
+from private_slurm import PrivateSlurm
+from private_ssh import PrivateSsh
+
+ROOT = Path(__file__).resolve().parents[2]
+LISTENING = "0A"
+LOOPBACK = {"0100007F", "00000000000000000000000001000000", "0000000000000000FFFF00000100007F"}
+
+settings = None
+batch = None
+numbers = itertools.count(1)
+
+
+def listening_elsewhere(pids):
+    """Addresses other than the loopback's where one of the processes takes connections."""
+    own = set()
+    for pid in pids:
+        try:
+            own |= {os.readlink(entry) for entry in Path(f"/proc/{pid}/fd").iterdir()}
+        except OSError:
+            pass  # it has just ended
+    addresses = set()
+    for table in ["/proc/net/tcp", "/proc/net/tcp6"]:
+        for line in Path(table).read_text().splitlines()[1:]:
+            fields = line.split()
+            address = fields[1].split(":")[0]
+            if fields[3] == LISTENING and f"socket:[{fields[9]}]" in own and address not in LOOPBACK:
+                addresses.add(fields[1])
+    return addresses
+
+
+def mentioning(folder):
+    """Processes that have to do with a folder: by their arguments, environment, or place."""
+    found = set()
+    for process in Path("/proc").glob("[0-9]*"):
+        try:
+            texts = (process / "cmdline").read_bytes() + (process / "environ").read_bytes()
+            texts += os.readlink(process / "cwd").encode()
+        except OSError:
+            continue
+        if str(folder).encode() in texts and int(process.name) != os.getpid():
+            found.add(int(process.name))
+    return found
+
+
+class EngineTest(unittest.TestCase):
+    def setUp(self):
+        self.name = self.id().split(".", 1)[1]
+        # Short: the path of a socket has room for 107 bytes.
+        self.folder = batch.folder / f"{type(self).__name__}-{next(numbers)}"
+        self.out = batch.folder / (self.folder.name + "-out")
+        self.watch = Stopwatch()
+
+    def tearDown(self):
+        left = mentioning(self.folder) | mentioning(self.out)
+        self.assertEqual(left, set(), "processes are left")
+        attempts = len(batch.reports(self.out))
+        print(f"{self.name:60} {self.watch.read()}, {attempts} attempts at {batch.parts} parts", flush=True)
+        batch.remove(self.out)
+
+    def check_nothing_listens_elsewhere(self):
+        self.assertEqual(listening_elsewhere(descendants(os.getpid())), set())
+
+
+class SlurmTest(EngineTest):
+    def submit(self, slurm):
+        arguments = batch.arguments(self.out)
+        # Tasks say where drawings are by the folder that the job was submitted in.
+        return slurm.submit([f"--array=1-{batch.parts}", f"--chdir={batch.folder}",
+                             f"--output={slurm.folder}/log/job-%a.log", RECIPES / "orvprint.slurm", *arguments],
+                            {**batch.environment, "BATCH": str(RECIPES)})
+
+    def wait_and_check(self, slurm, job):
+        self.assertEqual(set(slurm.wait_until_done(job)), {"COMPLETED"})
+        batch.check(self, self.out)
+
+    def test_undisturbed(self):
+        with PrivateSlurm(self.folder) as slurm:
+            job = self.submit(slurm)
+            wait_for(lambda: all(batch.attempts_on(node) for node in slurm.nodes()), "a part on each node")
+            self.check_nothing_listens_elsewhere()
+            self.wait_and_check(slurm, job)
+        self.assertEqual(len(batch.reports(self.out)), batch.parts)
+
+    def test_a_node_is_killed_and_set_down(self):
+        with PrivateSlurm(self.folder) as slurm:
+            job = self.submit(slurm)
+            lost = slurm.nodes()[1]
+            attempt = batch.catch_in_the_middle(lost)
+            lost.kill()
+            slurm.set_down(lost)
+            self.wait_and_check(slurm, job)
+        self.assertTrue(attempt.next_report().exists())
+
+    def test_a_node_is_killed_and_nobody_says_so(self):
+        with PrivateSlurm(self.folder) as slurm:
+            job = self.submit(slurm)
+            lost = slurm.nodes()[1]
+            attempt = batch.catch_in_the_middle(lost)
+            lost.kill()
+            self.wait_and_check(slurm, job)
+        self.assertTrue(attempt.next_report().exists())
+
+    def test_a_daemon_is_killed_and_its_part_runs_beside_itself(self):
+        with PrivateSlurm(self.folder) as slurm:
+            job = self.submit(slurm)
+            kept, lost = slurm.nodes()
+            attempt = batch.catch_in_the_middle(lost)
+            os.kill(slurm.daemon_of(lost), signal.SIGKILL)
+            slurm.set_down(lost)
+            batch.wait_for_another(attempt, [kept])
+            # Only now does the first one go on: both convert the same drawings.
+            before = attempt.lines()
+            lost.go_on()
+            wait_for(lambda: not batch.attempts_on(lost), "the end of the first attempt", 600)
+            self.assertGreater(attempt.lines(), before)
+            self.wait_and_check(slurm, job)
+
+    def test_a_step_is_killed_and_its_part_ends_with_it(self):
+        with PrivateSlurm(self.folder) as slurm:
+            job = self.submit(slurm)
+            node = slurm.nodes()[1]
+            attempt = batch.catch_in_the_middle(node)
+            steps = [pid for pid in node.processes() if Path(f"/proc/{pid}/comm").read_text().startswith("slurmstepd")]
+            signal_all(steps, signal.SIGKILL)
+            node.go_on()
+            wait_for(lambda: attempt.process not in node.processes(), "the end of the part")
+            self.wait_and_check(slurm, job)
+
+
+class ParallelTest(EngineTest):
+    def start(self, ssh):
+        """The recipe, on a machine of its own; its exit code appears in a file."""
+        command = ["sh", "-c", 'code=0; "$@" || code=$?; echo $code >"$0.new"; mv "$0.new" "$0"', ssh.folder / "code",
+                   RECIPES / "parallel.sh", ssh.folder / "hosts", *batch.arguments(self.out)]
+        environment = {**os.environ, **batch.environment, **ssh.environment()}
+        command[:0] = ["env", "-C", batch.folder]
+        ssh.machines["client"] = Machine("client", command, ssh.folder / "client.log", environment)
+
+    def wait_and_check(self, ssh):
+        wait_for((ssh.folder / "code").exists, "parallel", 1800)
+        self.assertEqual((ssh.folder / "code").read_text(), "0\n", (ssh.folder / "client.log").read_text()[-2000:])
+        batch.check(self, self.out)
+
+    def test_undisturbed(self):
+        with PrivateSsh(self.folder) as ssh:
+            self.start(ssh)
+            wait_for(lambda: all(batch.attempts_on(node) for node in ssh.nodes()), "a part on each machine")
+            self.check_nothing_listens_elsewhere()
+            self.wait_and_check(ssh)
+        self.assertEqual(len(batch.reports(self.out)), batch.parts)
+
+    def test_a_machine_is_killed(self):
+        with PrivateSsh(self.folder) as ssh:
+            self.start(ssh)
+            lost = ssh.nodes()[1]
+            attempt = batch.catch_in_the_middle(lost)
+            lost.kill()
+            self.wait_and_check(ssh)
+        self.assertTrue(attempt.next_report().exists())
+
+    def test_a_machine_hangs_and_goes_on_while_another_does_its_part(self):
+        with PrivateSsh(self.folder) as ssh:
+            self.start(ssh)
+            kept, lost = ssh.nodes()
+            attempt = batch.catch_in_the_middle(lost)
+            batch.wait_for_another(attempt, [kept])
+            lost.go_on()
+            self.wait_and_check(ssh)
+
+    def test_all_machines_are_killed_and_the_same_command_does_the_rest(self):
+        with PrivateSsh(self.folder) as ssh:
+            self.start(ssh)
+            lost = ssh.nodes()
+            batch.catch_in_the_middle(lost[1])
+            for machine in [*lost, ssh.machines["client"]]:
+                machine.kill()
+        unfinished = batch.finish(self.out)
+        self.assertEqual(unfinished.returncode, 1)
+        self.assertIn("not done: ", unfinished.stderr)
+        shutil.rmtree(self.folder)
+        with PrivateSsh(self.folder) as ssh:
+            self.start(ssh)
+            self.wait_and_check(ssh)
+
+
+class CleanUpTest(unittest.TestCase):
+    def test_of_a_test_that_was_killed_no_process_is_left(self):
+        folder = batch.folder / "killed"
+        folder.mkdir(mode=0o711)
+        holder = subprocess.Popen([sys.executable, __file__, "--hold", folder], stdout=subprocess.PIPE, text=True)
+        self.assertEqual(holder.stdout.readline(), "held\n")
+        processes = mentioning(folder)
+        self.assertTrue(wait_for(lambda: any("sleep" in Path(f"/proc/{pid}/comm").read_text()
+                                             for pid in mentioning(folder)), "the job"))
+        holder.kill()
+        holder.communicate()
+        self.assertGreater(len(processes), 6)
+        wait_for(lambda: not mentioning(folder), "the end of all processes", 60)
+
+
+def hold(folder):
+    """Starts all daemons and a job that would get away from most who look for it, and waits to be killed."""
+    with PrivateSlurm(folder / "slurm") as slurm, PrivateSsh(folder / "ssh"):
+        slurm.submit([f"--chdir={folder}", "--output=/dev/null", "--wrap", "setsid --fork sleep 3600; sleep 3600"], {})
+        print("held", flush=True)
+        signal.pause()
+
+
+def parse():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--tool", type=Path, default=ROOT / "build/release/bin/orvprint")
+    parser.add_argument("--drawings", type=int, default=10000)
+    parser.add_argument("--parts", type=int, default=8)
+    parser.add_argument("--hold", type=Path, help=argparse.SUPPRESS)
+    parser.add_argument("-v", "--verbose", action="store_true")
+    parser.add_argument("tests", nargs="*", help="such as SlurmTest or ParallelTest.test_undisturbed")
+    return parser.parse_args()
+
+
+def selected_tests():
+    loader, module = unittest.defaultTestLoader, sys.modules[__name__]
+    return loader.loadTestsFromNames(settings.tests, module) if settings.tests else loader.loadTestsFromModule(module)
+
+
+def main():
+    global settings, batch
+    settings = parse()
+    if settings.hold:
+        hold(settings.hold)
+    # Ends as an error would: what was started is ended, what was written is removed.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended by a signal"))
+    with tempfile.TemporaryDirectory(prefix="orv-batch-") as folder:
+        os.chmod(folder, 0o711)  # munged does not take a folder that others cannot pass
+        batch = Batch(folder, settings.tool.resolve(), settings.drawings, settings.parts)
+        broken = sum(record["status"] == "failed" for record in batch.expected_records.values())
+        print(f"{'orvprint -j 2 without an engine':60} {batch.cost}, {broken} of {settings.drawings} drawings are broken",
+              flush=True)
+        result = unittest.TextTestRunner(verbosity=2 if settings.verbose else 1).run(selected_tests())
+    failed = len(result.failures) + len(result.errors)
+    print(f"{result.testsRun - failed} passed, {failed} failed")
+    sys.exit(0 if result.testsRun > 0 and failed == 0 else 1)
+
+
+if __name__ == "__main__":
+    main()
