@@ -5,7 +5,8 @@
 #
 #     shard.sh I/N LIST OUT [OPTION...]
 #
-#   LIST     names of drawings, one a line, the same file for every part
+#   LIST     names of drawings, one a line, the same file for every part; or, for more drawings than a process should keep
+#            in mind, a list of its own for each part: lists/% is lists/1 in part 1
 #   OUT      the folder of the outputs
 #   OPTION   of orvprint, such as -f pdf --keep-folders
 #
@@ -27,6 +28,11 @@ reports=${REPORTS:-$out.reports}
 name=$reports/${part%/*}-of-${part#*/}
 mkdir -p "$out" "$reports"
 
+case $list in
+    *%*) set -- --files-from "${list%%\%*}${part%/*}${list#*%}" "$@" ;;
+    *) set -- --files-from "$list" --shard "$part" "$@" ;;
+esac
+
 # The attempt that makes the file owns it: two that start at once must not share a report.
 attempt=1
 until (set -o noclobber; : >"$name.$attempt.jsonl") 2>/dev/null; do
@@ -39,7 +45,7 @@ rm -f "$name.done"
 # have killed alone: otherwise it would go on where nobody waits for it.
 code=0
 cat "$name".*.jsonl | setpriv --pdeathsig TERM -- "${ORVPRINT:-orvprint}" \
-    --files-from "$list" --shard "$part" --out-dir "$out" -j "${JOBS:-1}" --keep-going --retry 2 --quiet \
+    --out-dir "$out" -j "${JOBS:-1}" --keep-going --retry 2 --quiet \
     --resume /dev/stdin --report "$name.$attempt.jsonl" "$@" || code=$?
 
 # 11: some drawings failed. The report says why; another attempt would find the same.

@@ -62,10 +62,10 @@ class Attempt:
     def __init__(self, node, process):
         self.node, self.process = node, process
         words = [word.decode() for word in command_line(process)]
-        self.part = self.report = None
-        if "--shard" in words and "--report" in words:
-            self.part = words[words.index("--shard") + 1]
+        self.report = None  # it has ended
+        if "--report" in words:
             self.report = Path(words[words.index("--report") + 1])
+            self.part = self.report.name.split(".")[0]
 
     def lines(self):
         return self.report.read_bytes().count(b"\n") if self.report and self.report.exists() else 0
@@ -77,7 +77,7 @@ class Attempt:
 
     def marker(self):
         """The file that says that the part is done."""
-        return self.report.with_name(self.report.name.split(".")[0] + ".done")
+        return self.report.with_name(self.part + ".done")
 
 
 class Batch:
@@ -99,13 +99,20 @@ class Batch:
         self.expected_files = files_below(self.expected_out)
         self.expected_records = {record["name"]: record for record in records_of(report)}
 
-    def arguments(self, out):
+    def arguments(self, out, names="list"):
         """Of each recipe, from the number of parts on."""
-        return [self.parts, "list", out, *OPTIONS]
+        return [self.parts, names, out, *OPTIONS]
+
+    def make_lists(self):
+        """A list for each part. Returns what the recipes call them all by."""
+        folder = self.folder / "lists"
+        folder.mkdir()
+        for part in range(self.parts):
+            (folder / str(part + 1)).write_text("\n".join(self.names[part::self.parts]) + "\n")
+        return "lists/%"
 
     def attempts_on(self, node):
-        found = [Attempt(node, pid) for pid in node.find("--shard", "--report")]
-        # The script's shell is there before the command, and has none of its words; setpriv has.
+        found = [Attempt(node, pid) for pid in node.find("--report")]
         return [attempt for attempt in found if attempt.report]
 
     def catch_in_the_middle(self, node):

@@ -9,6 +9,7 @@ of an undisturbed run, byte for byte, and the merged report must have each drawi
 """
 
 import argparse
+import concurrent.futures
 import itertools
 import os
 import shutil
@@ -19,7 +20,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from batch import RECIPES, Batch, Stopwatch
+from batch import RECIPES, Batch, Stopwatch, records_of
 from machine import Machine, descendants, signal_all, wait_for
 from private_slurm import PrivateSlurm
 from private_ssh import PrivateSsh
@@ -76,12 +77,63 @@ class EngineTest(unittest.TestCase):
     def tearDown(self):
         left = mentioning(self.folder) | mentioning(self.out)
         self.assertEqual(left, set(), "processes are left")
+        shutil.rmtree(self.folder, ignore_errors=True)
         attempts = len(batch.reports(self.out))
         print(f"{self.name:60} {self.watch.read()}, {attempts} attempts at {batch.parts} parts", flush=True)
         batch.remove(self.out)
 
     def check_nothing_listens_elsewhere(self):
         self.assertEqual(listening_elsewhere(descendants(os.getpid())), set())
+
+
+class ShardTest(EngineTest):
+    """One part's script, without an engine."""
+
+    def convert(self, *words, tool=None, part="1/2", names="short-list", patience=120):
+        environment = {**os.environ, **batch.environment, **({"ORVPRINT": str(tool)} if tool else {})}
+        return subprocess.run([RECIPES / "shard.sh", part, names, self.out, "-f", "pdf", "--keep-folders", *words],
+                              cwd=batch.folder, env=environment, capture_output=True, text=True, timeout=patience).returncode
+
+    def setUp(self):
+        super().setUp()
+        (batch.folder / "short-list").write_text("\n".join(batch.names[:100]) + "\n")
+
+    def marker(self):
+        return Path(f"{self.out}.reports/1-of-2.done")
+
+    def test_a_part_that_cannot_begin_is_not_done(self):
+        self.assertEqual(self.convert(tool="/no/such/command"), 127)
+        self.assertFalse(self.marker().exists())
+
+    def test_a_part_with_unknown_options_is_not_done(self):
+        self.assertEqual(self.convert(), 0)
+        self.assertTrue(self.marker().exists())
+        self.assertEqual(self.convert("--no-such-option"), 2)
+        self.assertFalse(self.marker().exists())
+
+    def test_another_attempt_leaves_alone_what_is_done(self):
+        self.assertEqual(self.convert(), 0)
+        outputs = sorted(self.out.rglob("*.pdf"))
+        outputs[0].unlink()
+        self.assertEqual(self.convert(), 0)
+        statuses = [record["status"] for record in records_of(f"{self.out}.reports/1-of-2.2.jsonl")]
+        self.assertEqual(sorted(statuses), ["done"] + ["unchanged"] * (len(outputs) - 1))
+        self.assertEqual(sorted(self.out.rglob("*.pdf")), outputs)
+
+    def test_attempts_that_start_at_once_have_reports_of_their_own(self):
+        with concurrent.futures.ThreadPoolExecutor(6) as pool:
+            self.assertEqual(list(pool.map(lambda _: self.convert(), range(6))), [0] * 6)
+        reports = batch.reports(self.out)
+        self.assertEqual(len(reports), 6)
+        names = {frozenset(record["name"] for record in records_of(report)) for report in reports}
+        self.assertEqual(len(names), 1)
+
+    def test_a_part_may_have_a_list_of_its_own(self):
+        (batch.folder / "short").mkdir()
+        (batch.folder / "short/2.txt").write_text(batch.names[5] + "\n")
+        self.assertEqual(self.convert(part="2/2", names="short/%.txt"), 0)
+        records = records_of(f"{self.out}.reports/2-of-2.1.jsonl")
+        self.assertEqual([record["name"] for record in records], [batch.names[5]])
 
 
 class SlurmTest(EngineTest):
@@ -151,10 +203,10 @@ class SlurmTest(EngineTest):
 
 
 class ParallelTest(EngineTest):
-    def start(self, ssh):
+    def start(self, ssh, names="list"):
         """The recipe, on a machine of its own; its exit code appears in a file."""
         command = ["sh", "-c", 'code=0; "$@" || code=$?; echo $code >"$0.new"; mv "$0.new" "$0"', ssh.folder / "code",
-                   RECIPES / "parallel.sh", ssh.folder / "hosts", *batch.arguments(self.out)]
+                   RECIPES / "parallel.sh", ssh.folder / "hosts", *batch.arguments(self.out, names)]
         environment = {**os.environ, **batch.environment, **ssh.environment()}
         command[:0] = ["env", "-C", batch.folder]
         ssh.machines["client"] = Machine("client", command, ssh.folder / "client.log", environment)
@@ -191,8 +243,9 @@ class ParallelTest(EngineTest):
             self.wait_and_check(ssh)
 
     def test_all_machines_are_killed_and_the_same_command_does_the_rest(self):
+        names = batch.make_lists()
         with PrivateSsh(self.folder) as ssh:
-            self.start(ssh)
+            self.start(ssh, names)
             lost = ssh.nodes()
             batch.catch_in_the_middle(lost[1])
             for machine in [*lost, ssh.machines["client"]]:
@@ -202,7 +255,7 @@ class ParallelTest(EngineTest):
         self.assertIn("not done: ", unfinished.stderr)
         shutil.rmtree(self.folder)
         with PrivateSsh(self.folder) as ssh:
-            self.start(ssh)
+            self.start(ssh, names)
             self.wait_and_check(ssh)
 
 
