@@ -13,6 +13,7 @@ What counts is processor time, of which a busy machine takes not much more: "a s
 """
 
 import argparse
+import base64
 import resource
 import shutil
 import subprocess
@@ -79,10 +80,10 @@ def print_by_browser(program, names, target):
         for name in names:
             browser.session = None
             browser.open(str(name))
-            browser.order("Page.printToPDF", printBackground=True)
-            (target / f"{name.name}.pdf").touch()
-            page, browser.session = browser.session, None
-            browser.order("Target.detachFromTarget", sessionId=page)
+            page = browser.order("Page.printToPDF", printBackground=True)["data"]
+            (target / f"{name.name}.pdf").write_bytes(base64.b64decode(page))
+            session, browser.session = browser.session, None
+            browser.order("Target.detachFromTarget", sessionId=session)
         browser.order("Browser.close")
         browser.process.wait()
 
