@@ -98,6 +98,7 @@ class Batch:
         self.cost = self.watch.read()
         self.expected_files = files_below(self.expected_out)
         self.expected_records = {record["name"]: record for record in records_of(report)}
+        self.broken = sum(record["status"] == "failed" for record in self.expected_records.values())
 
     def arguments(self, out, names="list"):
         """Of each recipe, from the number of parts on."""
@@ -148,7 +149,7 @@ class Batch:
     def check(self, test, out):
         """That `out` has what the undisturbed run made, and that the merged report has each drawing once."""
         finished = self.finish(out)
-        test.assertEqual(finished.returncode, 11, finished.stderr)  # some are broken
+        test.assertEqual(finished.returncode, 11 if self.broken > 0 else 0, finished.stderr)
         for report in self.reports(out):
             records_of(report)
 

@@ -314,8 +314,7 @@ def main():
     with tempfile.TemporaryDirectory(prefix="orv-batch-") as folder:
         os.chmod(folder, 0o711)  # munged does not take a folder that others cannot pass
         batch = Batch(folder, settings.tool.resolve(), settings.drawings, settings.parts)
-        broken = sum(record["status"] == "failed" for record in batch.expected_records.values())
-        print(f"{'orvprint -j 2 without an engine':60} {batch.cost}, {broken} of {settings.drawings} drawings are broken",
+        print(f"{'orvprint -j 2 without an engine':60} {batch.cost}, {batch.broken} of {settings.drawings} drawings are broken",
               flush=True)
         result = unittest.TextTestRunner(verbosity=2 if settings.verbose else 1).run(selected_tests())
     failed = len(result.failures) + len(result.errors)

@@ -70,7 +70,9 @@ class PrivateSlurm:
     def __init__(self, folder):
         self.folder = Path(folder)
         self.machines = {}
-        self.environment = {**os.environ, "SLURM_CONF": f"{folder}/etc/slurm.conf"}
+        # Daemons stand where not every user's path leads.
+        self.environment = {**os.environ, "SLURM_CONF": f"{folder}/etc/slurm.conf",
+                            "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
 
     def __enter__(self):
         try:
@@ -102,15 +104,13 @@ class PrivateSlurm:
 
     def start_munge(self):
         key, run = self.folder / "etc/munge.key", self.folder / "run"
-        subprocess.run(["mungekey", "--create", f"--keyfile={key}"], check=True)
+        subprocess.run(["mungekey", "--create", f"--keyfile={key}"], check=True, env=self.environment)
         self.add("munge", "munged", "-F", f"--key-file={key}", f"--socket={run}/munge.sock",
                  f"--pid-file={run}/munged.pid", f"--seed-file={self.folder}/state/munged.seed")
         wait_for((run / "munge.sock").exists, "munged", needs=self.machines["munge"])
 
     def add(self, name, program, *arguments):
-        # Daemons stand where not every user's path leads.
-        environment = {**self.environment, "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
-        self.machines[name] = Machine(name, [program, *arguments], self.folder / f"log/{name}.out", environment)
+        self.machines[name] = Machine(name, [program, *arguments], self.folder / f"log/{name}.out", self.environment)
 
     def output(self, *command):
         return subprocess.run(command, env=self.environment, capture_output=True, text=True, timeout=60).stdout
