@@ -73,7 +73,7 @@ def prctl(*arguments):
         raise OSError(ctypes.get_errno(), "prctl")
 
 
-def wait_for(condition, what, seconds=120, needs=None):
+def wait_for(condition, what, seconds=120, needs=None, pause=0.02):
     """Waits until `condition` gives something true, which is returned.
 
     `needs` is a machine that must run something meanwhile: without it, waiting is in vain.
@@ -84,7 +84,7 @@ def wait_for(condition, what, seconds=120, needs=None):
             raise RuntimeError(f"{what}: {needs.name} has ended:\n" + needs.log.read_text()[-2000:])
         if time.monotonic() > end:
             raise TimeoutError(f"{what}: not within {seconds} s")
-        time.sleep(0.02)
+        time.sleep(pause)
     return result
 
 

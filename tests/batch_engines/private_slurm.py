@@ -131,7 +131,7 @@ class PrivateSlurm:
         return result.stdout.strip()
 
     def states(self, job):
-        """How many tasks are in which state; those that wait count as one for squeue, unless told otherwise."""
+        """That of each task. Those that wait would count as one, but for -r."""
         return self.output("squeue", "-h", "-r", "-t", "all", "-j", job, "-o", "%T").split()
 
     def wait_until_done(self, job):
@@ -139,7 +139,7 @@ class PrivateSlurm:
         def ended():
             states = self.states(job)
             return states if states and not UNFINISHED & set(states) else None
-        return wait_for(ended, f"job {job}", 1800)
+        return wait_for(ended, f"job {job}", 1800, pause=0.5)
 
     def set_down(self, node):
         self.output("scontrol", "update", f"nodename={node.name}", "state=DOWN", "reason=lost")
