@@ -4,9 +4,18 @@
 
     bench/compare.py [--tool build/release/bin/orvprint] [--runs 5] [--corpora build/bench/corpora] [SECTION...]
 
-Sections: pdf, png150, png600, small, typical, growth, standard (all without any). Times on a busy machine mean little,
-so what is printed are ratios within one run: the programs take turns, a ratio is taken turn by turn, and the median
-counts. A program whose page shows nothing is not timed.
+Sections: pdf, png150, png600, small, cold, typical, growth, standard (all without any). Times on a busy machine mean
+little, so what is printed are ratios within one run: the programs take turns, each turn in another order (--seed), a
+ratio is taken turn by turn, and the median counts.
+
+A program whose page shows nothing, or another drawing than the reference renderer's (rsvg-convert, else mutool), is not
+timed. Then the comparison ends with 1, for it does not compare what it says.
+
+The section cold is about starting on a machine that has not run the program for a while: before each run, what the
+program, its libraries and the document have in the page cache is given up, as far as the kernel does that, and the
+cache folder is a new one. What other processes have mapped (the C library) stays.
+
+Memory below what Python itself takes (some 16 MB) cannot be seen.
 
 The section standard is about the interpreter of standard SVG: against the default one, and against the others on what
 only standard SVG has. There the least of all turns counts, and an empty process of node is taken off resvg's.
@@ -18,6 +27,8 @@ its time and memory is that of the whole process, of which an empty one is measu
 import argparse
 import math
 import os
+import random
+import re
 import shutil
 import statistics
 import subprocess
@@ -35,9 +46,9 @@ PAGE = 1000  # user units of the generated pages' sides
 class Run:
     """One run of a program: wall clock and processor time in seconds, peak memory in MB."""
 
-    def __init__(self, command):
+    def __init__(self, command, environment=None):
         start = time.perf_counter()
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, env=environment)
         self.errors = process.stderr.read().decode(errors="replace")
         _, status, usage = os.wait4(process.pid, 0)
         self.wall = time.perf_counter() - start
@@ -88,21 +99,91 @@ def programs(tool):
     return found
 
 
-def shows_something(path):
-    """Whether a page has marks on it: its picture is not all of one colour."""
-    with tempfile.TemporaryDirectory() as folder:
-        picture = path
-        if path.endswith(".pdf"):
-            picture = f"{folder}/page"
-            subprocess.run(["pdftoppm", "-r", "20", "-singlefile", "-png", path, picture], check=False, capture_output=True)
-            picture += ".png"
-        told = subprocess.run(
-            ["identify", "-format", "%[fx:standard_deviation]", picture], check=False, capture_output=True, text=True
-        ).stdout
+def in_turns(names, runs, options):
+    """All names, once a turn, each turn in an order of its own: none profits from what ran before it."""
+    order = random.Random(options.seed)
+    for _ in range(runs):
+        turn = list(names)
+        order.shuffle(turn)
+        yield from turn
+
+
+# Pages are compared at this size (pixels): fine enough to see what is missing, and too coarse for edges and fonts to count.
+COMPARED = 200
+# Mean difference of all channels, of 1, that is another drawing. Pages of the same drawing differ by less than 0.03 here:
+# other fonts are the most of it.
+LARGEST_DIFFERENCE = 0.06
+
+
+def as_image(path, folder):
+    """A file as an image that others can be compared with. @return its path, or None"""
+    source = path
+    if path.endswith(".pdf"):
+        source = f"{folder}/page.png"
+        page = ["pdftoppm", "-r", "40", "-singlefile", "-png", path, f"{folder}/page"]
+        subprocess.run(page, check=False, capture_output=True)
+    image = f"{folder}/{abs(hash(path))}.ppm"
+    size = f"{COMPARED}x{COMPARED}!"
+    made = subprocess.run(
+        ["convert", source, "-background", "white", "-alpha", "remove", "-filter", "box", "-resize", size, image],
+        check=False,
+        capture_output=True,
+    )
+    return image if made.returncode == 0 else None
+
+
+def shows_something(image):
+    """Whether a page has marks on it: it is not all of one colour."""
+    told = subprocess.run(
+        ["identify", "-format", "%[fx:standard_deviation]", image], check=False, capture_output=True, text=True
+    ).stdout
     try:
         return float(told) > 1e-4
     except ValueError:
         return False
+
+
+def difference(image, reference):
+    """The mean difference of two images, from 0 to 1; infinite where it cannot be told."""
+    told = subprocess.run(["compare", "-metric", "MAE", image, reference, "null:"], check=False, capture_output=True, text=True)
+    found = re.search(r"\(([0-9.e+-]+)\)", told.stderr)
+    return float(found.group(1)) if found else math.inf
+
+
+class Failures:
+    """What was compared and should not have been."""
+
+    count = 0
+
+
+def same_drawings(files, source, folder):
+    """Says of each program whether its page is the drawing. @param files  by name of program"""
+    reference = as_image(reference_page(source, folder), folder)
+    found = {}
+    for name, path in files.items():
+        image = as_image(path, folder) if os.path.exists(path) else None
+        if not image or not shows_something(image):
+            print(f"  {name}: drew nothing")
+        elif reference and (far := difference(image, reference)) > LARGEST_DIFFERENCE:
+            print(f"  {name}: drew something else (mean difference from the reference {far:.3f})")
+        else:
+            found[name] = difference(image, reference) if reference else math.nan
+            continue
+        Failures.count += 1
+    return found
+
+
+def reference_page(source, folder):
+    """The document as a renderer of another project draws it."""
+    page = f"{folder}/reference.png"
+    commands = [
+        ["rsvg-convert", "--unlimited", "--background-color", "white", "-o", page, source],
+        ["mutool", "draw", "-o", page, source],
+    ]
+    for command in commands:
+        if shutil.which(command[0]) and subprocess.run(command, check=False, capture_output=True).returncode == 0:
+            break
+    return page
 
 
 def corpus(folder, name):
@@ -117,36 +198,87 @@ def median(values):
 def compare(title, source, ending, dpi, options):
     """Runs all programs on a document and prints a table of what they took."""
     with tempfile.TemporaryDirectory() as folder:
-        rows, runs = [], {}
+        commands, targets = {}, {}
+        print(f"\n{title}\n")
         for name, command, kinds in programs(options.tool):
             if ending not in kinds:
                 continue
-            target = f"{folder}/{len(rows)}.{ending}"
+            target = f"{folder}/{len(targets)}.{ending}"
             trial = Run(command(source, target, dpi))
-            if trial.code != 0 or not os.path.exists(target) or not shows_something(target):
-                print(f"  {name}: drew nothing ({trial.errors.strip()[:80] or 'no message'})")
+            if trial.code != 0:
+                print(f"  {name}: failed ({trial.errors.strip()[:80] or 'no message'})")
+                Failures.count += 1
                 continue
-            rows.append((name, command(source, target, dpi), os.path.getsize(target)))
-            runs[name] = []
-        for _ in range(options.runs):
-            for name, command, _ in rows:
-                runs[name].append(Run(command))
-        print(f"\n{title}\n")
-        print("| program | wall s | CPU s | memory MB | file KB | wall, times orvprint | CPU | memory |")
-        print("|---|---|---|---|---|---|---|---|")
+            commands[name], targets[name] = command(source, target, dpi), target
+        differences = same_drawings(targets, source, folder)
+        sizes = {name: os.path.getsize(targets[name]) for name in differences}
+        runs = {name: [] for name in differences}
+        for name in in_turns(runs, options.runs, options):
+            runs[name].append(Run(commands[name]))
+        print("| program | wall s | CPU s | memory MB | file KB | wall, times orvprint | CPU | memory | file | difference |")
+        print("|---|---|---|---|---|---|---|---|---|---|")
         ours = runs.get("orvprint", [])
-        for name, _, size in rows:
-            own = runs[name]
+        for name, own in runs.items():
             ratios = [
                 median([getattr(a, what) / max(getattr(b, what), 1e-4) for a, b in zip(own, ours)])
                 for what in ("wall", "cpu", "memory")
             ]
+            ratios.append(sizes[name] / sizes["orvprint"] if ours else math.nan)
             figures = [median([getattr(run, what) for run in own]) for what in ("wall", "cpu", "memory")]
             print(
-                f"| {name} | {figures[0]:.3f} | {figures[1]:.3f} | {figures[2]:.0f} | {size / 1024:.0f} | "
+                f"| {name} | {figures[0]:.3f} | {figures[1]:.3f} | {figures[2]:.0f} | {sizes[name] / 1024:.0f} | "
                 + " | ".join(f"{ratio:.2f}" for ratio in ratios)
-                + " |"
+                + f" | {differences[name]:.3f} |"
             )
+
+
+def files_of(command):
+    """What a command has the kernel read: the program, the libraries that it names and those beside it, its arguments."""
+    program = shutil.which(command[0]) or command[0]
+    told = subprocess.run(["ldd", program], check=False, capture_output=True, text=True).stdout
+    files = {os.path.realpath(program)} | {os.path.realpath(path) for path in re.findall(r"(/\S+) \(0x", told)}
+    beside = Path(os.path.realpath(program)).parent.parent / "lib"
+    files |= {str(path) for path in beside.glob("lib*orv*.so*")} | {str(path) for path in beside.glob("libORV*.so")}
+    return files | {argument for argument in command[1:] if os.path.isfile(argument)}
+
+
+def forget(files):
+    """Gives up what the page cache holds of files."""
+    for path in files:
+        try:
+            descriptor = os.open(path, os.O_RDONLY)
+        except OSError:
+            continue
+        os.posix_fadvise(descriptor, 0, 0, os.POSIX_FADV_DONTNEED)
+        os.close(descriptor)
+
+
+def cold(options):
+    """The first run after a while, beside the next one."""
+    source = corpus(options.corpora, "small")
+    for ending, dpi in (("pdf", None), ("png", 150)):
+        with tempfile.TemporaryDirectory() as folder:
+            commands = {
+                name: command(source, f"{folder}/out.{ending}", dpi)
+                for name, command, kinds in programs(options.tool)
+                if ending in kinds
+            }
+            files = {name: files_of(command) for name, command in commands.items()}
+            first, second = {name: [] for name in commands}, {name: [] for name in commands}
+            for number, name in enumerate(in_turns(commands, options.runs, options)):
+                environment = dict(os.environ, XDG_CACHE_HOME=f"{folder}/cache-{number}")
+                os.mkdir(environment["XDG_CACHE_HOME"])
+                os.sync()  # only what is on disk is given up
+                forget(files[name])
+                first[name].append(Run(commands[name], environment))
+                second[name].append(Run(commands[name], environment))
+            print(f"\nA drawing of 1 KB to {ending.upper()}: page cache given up, no index of fonts; and once more\n")
+            print("| program | first: wall s | CPU s | second: wall s | CPU s | first wall, times orvprint |")
+            print("|---|---|---|---|---|---|")
+            for name in commands:
+                figures = [median([getattr(run, what) for run in runs[name]]) for runs in (first, second) for what in ("wall", "cpu")]
+                ratio = median([a.wall / b.wall for a, b in zip(first[name], first["orvprint"])])
+                print(f"| {name} | " + " | ".join(f"{figure:.4f}" for figure in figures) + f" | {ratio:.2f} |")
 
 
 def growth(options):
@@ -189,8 +321,9 @@ def typical(options):
     with tempfile.TemporaryDirectory() as target:
         totals = {}
         kinds = [(name, command) for name, command, formats in programs(options.tool) if "pdf" in formats]
+        order = random.Random(options.seed)
         for drawing in drawings:
-            for name, command in kinds:
+            for name, command in order.sample(kinds, len(kinds)):
                 totals.setdefault(name, []).append(Run(command(drawing, f"{target}/out.pdf", None)))
         ours = sum(run.wall for run in totals["orvprint"])
         for name, runs in totals.items():
@@ -203,12 +336,11 @@ def typical(options):
 def take_turns(commands, options):
     """Runs commands in turn. @return for each name, its least CPU seconds and least MB"""
     runs = {name: [] for name in commands}
-    for _ in range(options.runs):
-        for name, command in commands.items():
-            run = Run(command)
-            if run.code != 0:
-                sys.exit(f"{' '.join(command)}: {run.errors.strip()[:200]}")
-            runs[name].append(run)
+    for name in in_turns(commands, options.runs, options):
+        run = Run(commands[name])
+        if run.code != 0:
+            sys.exit(f"{' '.join(commands[name])}: {run.errors.strip()[:200]}")
+        runs[name].append(run)
     return {name: (min(run.cpu for run in own), min(run.memory for run in own)) for name, own in runs.items()}
 
 
@@ -257,9 +389,10 @@ def main():
     parser.add_argument("--corpora", default=str(HERE.parent / "build/bench/corpora"))
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--drawings", type=int, default=500, help="how many of the typical drawings")
+    parser.add_argument("--seed", type=int, default=1, help="of the order of programs within a turn")
     parser.add_argument("sections", nargs="*", metavar="SECTION")
     options = parser.parse_args()
-    known = ["small", "pdf", "png150", "png600", "typical", "growth", "standard"]
+    known = ["small", "cold", "pdf", "png150", "png600", "typical", "growth", "standard"]
     wanted = options.sections or known
     if unknown := set(wanted) - set(known):
         parser.error(f"no such section: {', '.join(sorted(unknown))}")
@@ -276,6 +409,9 @@ def main():
     large = [("100,000 shapes", "shapes-100k"), ("2,000 paths of 2,000 points", "paths-2000"), ("20,000 texts", "texts-20k")]
     if "small" in wanted:
         compare("A drawing of 1 KB to PDF", corpus(options.corpora, "small"), "pdf", None, options)
+        compare("A drawing of 1 KB to PNG at 150 dpi", corpus(options.corpora, "small"), "png", 150, options)
+    if "cold" in wanted:
+        cold(options)
     if "pdf" in wanted:
         extra = [("200 nested groups", "groups-200"), ("100,000 uses of 10,000 definitions", "uses-100k")]
         for title, name in large + extra:
@@ -290,6 +426,8 @@ def main():
         growth(options)
     if "standard" in wanted:
         standard(options)
+    if Failures.count:
+        sys.exit(f"{Failures.count} pages were not what they should be; see above")
 
 
 if __name__ == "__main__":

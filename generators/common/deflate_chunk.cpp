@@ -45,10 +45,21 @@ void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemo
     stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
 }
 
-bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
+/// A copy with room in front, until the next call.
+std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
+    std::vector<std::uint8_t>& input = GetWorkspace().input;
+    input.resize(std::max(input.size(), kDeflateFront + bytes.size()));
+    std::copy(bytes.begin(), bytes.end(), input.data() + kDeflateFront);
+    return std::span(input).subspan(kDeflateFront, bytes.size());
+}
+
+static_assert(kDeflateFront == IGZIP_HIST_SIZE);
+
+/// @param bytes  kDeflateFront bytes lie in front of them, unless there are none
+bool Deflate(std::span<std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
     // The library counts in 32 bits; a band is far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
-    auto& [levelMemory, input] = GetWorkspace();
+    std::vector<std::uint8_t>& levelMemory = GetWorkspace().levelMemory;
     isal_zstream stream;
     isal_deflate_init(&stream);
     stream.level = 1;
@@ -57,15 +68,11 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
     stream.gzip_flag = isWhole ? IGZIP_ZLIB : IGZIP_DEFLATE;
     stream.flush = isWhole ? NO_FLUSH : FULL_FLUSH;
     stream.end_of_stream = isWhole ? 1 : 0;
-    stream.next_in = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    stream.next_in = bytes.data();
     if (!bytes.empty()) {
         BeginWithHistory(stream, levelMemory);
         // The compressor may look at bytes in front of the first one, and must not take any for a match.
-        constexpr std::size_t kFront = IGZIP_HIST_SIZE;
-        input.resize(std::max(input.size(), kFront + bytes.size()));
-        std::fill_n(input.begin(), kFront, static_cast<std::uint8_t>(~bytes.front()));
-        std::copy(bytes.begin(), bytes.end(), input.begin() + kFront);
-        stream.next_in = input.data() + kFront;
+        std::fill_n(bytes.data() - kDeflateFront, kDeflateFront, static_cast<std::uint8_t>(~bytes.front()));
     }
     stream.avail_in = static_cast<std::uint32_t>(bytes.size());
     while (true) {
@@ -85,12 +92,16 @@ bool Deflate(std::span<const std::uint8_t> bytes, bool isWhole, std::vector<std:
 
 }  // namespace
 
+bool ORVDeflateChunkInPlace(std::span<std::uint8_t> frontAndBytes, std::vector<std::uint8_t>& out) {
+    return Deflate(frontAndBytes.subspan(kDeflateFront), false, out);
+}
+
 bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
-    return Deflate(bytes, false, out);
+    return Deflate(WithFront(bytes), false, out);
 }
 
 bool ORVDeflateWhole(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
-    return Deflate(bytes, true, out);
+    return Deflate(WithFront(bytes), true, out);
 }
 
 std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {

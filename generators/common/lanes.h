@@ -74,6 +74,19 @@ inline FloatLanes ToFloat(const SignedLanes& lanes) { return __builtin_convertve
 /// Without the fractions.
 inline SignedLanes ToWhole(const FloatLanes& lanes) { return __builtin_convertvector(lanes, SignedLanes); }
 
+/// The numbers, none below the least nor above the most; what is no number becomes the least.
+inline DoubleLanes Clamped(const DoubleLanes& lanes, double least, double most) {
+#if defined(__SSE2__)
+    // Of a comparison with what is no number, the second operand is left.
+    const auto notBelow = _mm_max_pd(std::bit_cast<__m128d>(lanes), _mm_set1_pd(least));
+    return std::bit_cast<DoubleLanes>(_mm_min_pd(notBelow, _mm_set1_pd(most)));
+#else
+    DoubleLanes result = lanes;
+    for (int i = 0; i < 2; ++i) result[i] = lanes[i] > least ? (lanes[i] < most ? lanes[i] : most) : least;
+    return result;
+#endif
+}
+
 /// Square roots of numbers that are not below 0.
 inline FloatLanes SquareRoot(const FloatLanes& lanes) {
 #ifdef __SSE__
@@ -139,7 +152,12 @@ inline ByteLanes PackPixels(const SignedLanes& a, const SignedLanes& b, const Si
 /// Exact, rounded, for all that two bytes multiply to.
 inline ShortLanes DivideBy255(const ShortLanes& value) {
     const ShortLanes rounded = value + 128;
+#if defined(__SSE2__)
+    // 257 / 65536 is what the shifts below add up to.
+    return std::bit_cast<ShortLanes>(_mm_mulhi_epu16(std::bit_cast<__m128i>(rounded), _mm_set1_epi16(257)));
+#else
     return (rounded + (rounded >> 8)) >> 8;
+#endif
 }
 
 /// A number for each of four pixels, twice as a short one: for two bytes of a pixel at a time.

@@ -121,8 +121,9 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
         }
     }
     static ORVThreadValue<std::vector<std::uint8_t>> rowsOfThreads;
-    std::vector<std::uint8_t>& rows = rowsOfThreads.Get();
-    rows.resize((band.rowBytes + 1) * static_cast<std::size_t>(band.rowCount));
+    std::vector<std::uint8_t>& memory = rowsOfThreads.Get();
+    memory.resize(kDeflateFront + (band.rowBytes + 1) * static_cast<std::size_t>(band.rowCount));
+    const std::span rows = std::span(memory).subspan(kDeflateFront);
     std::uint8_t* to = rows.data();
     for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes) {
         // Rows are not filtered: drawings are even areas, which compress as they are.
@@ -137,7 +138,7 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     // The checksum of the rows goes ahead, with their number of bytes; then the chunk.
     AppendNumber(ORVAdler32(rows), bytes);
     bytes.resize(bytes.size() + 8);
-    if (!ORVDeflateChunk(rows, bytes)) throw std::bad_alloc();
+    if (!ORVDeflateChunkInPlace(memory, bytes)) throw std::bad_alloc();
     CloseChunk("IDAT", 4, bytes);
     if (band.isBlank && isUsual) {
         const std::lock_guard lock(blankMutex_);

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "generators/common/lanes.h"
+#include "generators/common/vector_power.h"
 #include "generators/raster/curve_flattening.h"
 #include "platform/mathematics/constants.h"
 
@@ -24,6 +25,30 @@ constexpr std::uint8_t kDitherOrder[8][8] = {
     {0, 32, 8, 40, 2, 34, 10, 42},    {48, 16, 56, 24, 50, 18, 58, 26}, {12, 44, 4, 36, 14, 46, 6, 38},
     {60, 28, 52, 20, 62, 30, 54, 22}, {3, 35, 11, 43, 1, 33, 9, 41},    {51, 19, 59, 27, 49, 17, 57, 25},
     {15, 47, 7, 39, 13, 45, 5, 37},   {63, 31, 55, 23, 61, 29, 53, 21}};
+
+// Drops every fourth byte of a row, in place.
+void PackRow(std::uint8_t* row, int width) {
+    const std::uint8_t* from = row;
+    // The fourth byte is overwritten by the next pixel, which was read before.
+    for (int x = 0; x < width; ++x, from += 4, row += 3) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, from, sizeof pixel);
+        std::memcpy(row, &pixel, sizeof pixel);
+    }
+}
+#if ORV_HAS_WIDE_VECTORS
+ORV_FOR_SSE41 void PackRowByFours(std::uint8_t* row, int width) {
+    const std::uint8_t* from = row;
+    // What is written beyond twelve bytes was read, too.
+    for (int x = 0; x < width; x += 4, from += 16, row += 12) {
+        const auto pixels = LoadLanes<ByteLanes>(from);
+        StoreLanes(row, __builtin_shufflevector(pixels, pixels, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7,
+                                                11, 15));
+    }
+}
+#else
+void PackRowByFours(std::uint8_t* row, int width) { PackRow(row, width); }
+#endif
 
 }  // namespace
 
@@ -76,6 +101,7 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
     const RasterSequence<RasterPiece>& all = list_.GetPieces();
     for (std::size_t i = 0; i < pieces.size();) {
         const RasterPiece& piece = all[pieces[i]];
+        FetchAhead(pieces, i);
         const std::uint32_t index = piece.operation;
         const RasterOperation& operation = list_.GetOperations()[index];
         // Pieces of one operation lie anywhere: only of a single one the rows are known.
@@ -84,8 +110,10 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
                             operation.layer == surfaces_.back().layer &&
                             SetWindow(operation, isSingle ? &piece : nullptr);
         if (isSeen) {
+            if (isSingle) FetchPixels();
             for (; i < pieces.size() && all[pieces[i]].operation == index; ++i)
                 AddPiece(operation, all[pieces[i]]);
+            coverage_.TakeEdges();
             Paint(operation);
         } else {
             if (operation.step != RasterStep::kPaint) TakeStep(operation);
@@ -95,6 +123,39 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
         if (coverage_.GetWork() > kWorkToTell && !TellWork()) return false;
     }
     return true;
+}
+
+// A page has more operations than the processor's caches hold, and a band takes some here and some there:
+// what they consist of is asked for while others are painted.
+void BandRenderer::FetchAhead(std::span<const std::uint32_t> pieces, std::size_t i) const {
+    constexpr std::size_t kPieceAhead = 12, kOperationAhead = 8, kOutlineAhead = 4, kLine = 64;
+    if (i + kPieceAhead >= pieces.size()) return;
+    const RasterSequence<RasterPiece>& all = list_.GetPieces();
+    const auto operationOf = [&](std::size_t at) -> const RasterOperation& {
+        return list_.GetOperations()[all[pieces[at]].operation];
+    };
+    __builtin_prefetch(&all[pieces[i + kPieceAhead]]);
+    const auto* operation = reinterpret_cast<const char*>(&operationOf(i + kOperationAhead));
+    __builtin_prefetch(operation);
+    __builtin_prefetch(operation + kLine);
+    // Points and verbs lie in front of their contours.
+    const auto contours = reinterpret_cast<std::uintptr_t>(operationOf(i + kOutlineAhead).geometry.contours);
+    for (std::size_t line = 0; line < 3; ++line)
+        __builtin_prefetch(reinterpret_cast<const char*>(contours - line * kLine));
+}
+
+// Of a small shape, each row lies on another line of the caches.
+void BandRenderer::FetchPixels() const {
+    constexpr int kFewColumns = 64, kFewRows = 64;
+    const int top = coverage_.GetFirstRow(), bottom = coverage_.GetEndRow();
+    if (right_ - left_ > kFewColumns || bottom - top > kFewRows || surfaces_.size() > 1) return;
+    const std::uint8_t* row = rows_.data() + static_cast<std::size_t>(top - firstRow_) * stride_;
+    const auto left = static_cast<std::size_t>(left_) * pixelBytes_,
+               right = static_cast<std::size_t>(right_) * pixelBytes_;
+    for (int y = top; y < bottom; ++y, row += stride_) {
+        __builtin_prefetch(row + left, 1);
+        __builtin_prefetch(row + right, 1);
+    }
 }
 
 bool BandRenderer::SetWindow(const RasterOperation& operation, const RasterPiece* onlyPiece) {
@@ -147,16 +208,11 @@ RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
 }
 
 void BandRenderer::PackColours(int rowCount) {
+    const bool hasShuffles = UsedVectorPower() >= VectorPower::kSse41;
     for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
         if (isDrawn_[i] == 0) continue;
-        std::uint8_t* to = rows_.data() + i * stride_;
-        const std::uint8_t* from = to;
-        // The fourth byte is overwritten by the next pixel, which was read before.
-        for (int x = 0; x < width_; ++x, from += kColourBytes, to += 3) {
-            std::uint32_t pixel = 0;
-            std::memcpy(&pixel, from, sizeof pixel);
-            std::memcpy(to, &pixel, sizeof pixel);
-        }
+        std::uint8_t* row = rows_.data() + i * stride_;
+        hasShuffles ? PackRowByFours(row, width_) : PackRow(row, width_);
     }
 }
 
@@ -195,36 +251,34 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
     const RasterPoint* point = contour.points + firstPoint;
     const int top = coverage_.GetFirstRow() - geometry.originY - 1,
               bottom = coverage_.GetEndRow() - geometry.originY + 1;
-    ORVMathPoint2D current = geometry.PlaceOf(*point);
-    FixedPoint from = CoverageBuffer::ToFixed(current.x, current.y);
+    FixedPoint from = CoverageBuffer::ToFixed(geometry.LanesOf(*point));
     std::uint64_t lines = verbCount;
-    const auto lineTo = [&](const ORVMathPoint2D& p) {
-        const FixedPoint to = CoverageBuffer::ToFixed(p.x, p.y);
+    const auto lineTo = [&](const DoubleLanes& p) {
+        const FixedPoint to = CoverageBuffer::ToFixed(p);
         coverage_.AddLine(from, to);
         from = to;
-        current = p;
     };
     for (std::uint32_t i = 0; i < verbCount; ++i) {
         if (contour.verbs[firstVerb + i] == RasterContour::Verb::kLine) {
-            lineTo(geometry.PlaceOf(*++point));
+            lineTo(geometry.LanesOf(*++point));
             continue;
         }
         const auto [least, most] = std::minmax({point[0].y, point[1].y, point[2].y, point[3].y});
-        const ORVMathPoint2D control1 = geometry.PlaceOf(point[1]), control2 = geometry.PlaceOf(point[2]),
-                             end = geometry.PlaceOf(point[3]);
+        const ORVMathPoint2D start = geometry.PlaceOf(point[0]), control1 = geometry.PlaceOf(point[1]),
+                             control2 = geometry.PlaceOf(point[2]), end = geometry.PlaceOf(point[3]);
         point += 3;
         if (most <= static_cast<float>(top) || least >= static_cast<float>(bottom)) {
-            current = end;
             from = CoverageBuffer::ToFixed(end.x, end.y);
         } else {
-            const ORVMathPoint2D start = current;
             const int pieces = ORVPiecesOfCubic(start, control1, control2, end);
-            ORVFlattenCubic(start, control1, control2, end, pieces, lineTo);
+            ORVFlattenCubic(start, control1, control2, end, pieces, [&](const ORVMathPoint2D& p) {
+                lineTo(DoubleLanes{p.x, p.y});
+            });
             lines += static_cast<std::uint64_t>(pieces);
         }
     }
     coverage_.AddWork(lines * kLineWork);
-    if (firstVerb + verbCount == contour.verbCount) lineTo(geometry.PlaceOf(contour.points[0]));
+    if (firstVerb + verbCount == contour.verbCount) lineTo(geometry.LanesOf(contour.points[0]));
 }
 
 void BandRenderer::AddContourStroke(const RasterOperation& operation, const RasterContour& contour) {

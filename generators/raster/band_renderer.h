@@ -67,6 +67,8 @@ private:
 
     /// @return false when the budget is used up
     bool PaintRows(int top, int bottom, std::span<const std::uint32_t> pieces);
+    void FetchAhead(std::span<const std::uint32_t> pieces, std::size_t i) const;
+    void FetchPixels() const;
     /// Where an operation may paint on the present surface. @return false when that is nowhere
     bool SetWindow(const RasterOperation& operation, const RasterPiece* onlyPiece);
     /// @return false when the budget is used up

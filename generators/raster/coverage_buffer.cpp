@@ -56,6 +56,28 @@ void CoverageBuffer::ForgetTouched() {
     lastTouched_ = -1;
 }
 
+void CoverageBuffer::TakeEdges() {
+    if (edgeCount_ == 0) return;
+    if (power_ == VectorPower::kAvx2)
+        AddEdgesWithAvx2();
+    else
+        AddEdges();
+    edgeCount_ = 0;
+}
+
+void CoverageBuffer::AddEdges() {
+    for (std::size_t i = 0; i < edgeCount_; ++i) AddEdge(edges_[i].from, edges_[i].to);
+}
+
+void CoverageBuffer::AddEdge(FixedPoint from, FixedPoint to) {
+    from.x -= left_;
+    to.x -= left_;
+    if (from.y < to.y)
+        AddDownward(from, to, 1);
+    else
+        AddDownward(to, from, -1);
+}
+
 void CoverageBuffer::AddDownward(FixedPoint from, FixedPoint to, int sign) {
     if (to.y <= top_ || from.y >= bottom_) return;
     const int left = std::min(from.x, to.x), right = std::max(from.x, to.x);
@@ -73,21 +95,6 @@ void CoverageBuffer::AddDownward(FixedPoint from, FixedPoint to, int sign) {
     }
 }
 
-inline void CoverageBuffer::Touch(std::uint64_t* words, int firstCell, int lastCell) {
-    const int firstWord = firstCell >> kWordShift, lastWord = lastCell >> kWordShift;
-    const auto firstBit = static_cast<unsigned int>(firstCell >> kBlockShift) & 63U;
-    const auto lastBit = static_cast<unsigned int>(lastCell >> kBlockShift) & 63U;
-    const std::uint64_t fromFirst = ~std::uint64_t{0} << firstBit;
-    const std::uint64_t toLast = ~std::uint64_t{0} >> (63U - lastBit);
-    if (firstWord == lastWord) {
-        words[firstWord] |= fromFirst & toLast;
-    } else {
-        words[firstWord] |= fromFirst;
-        for (int word = firstWord + 1; word < lastWord; ++word) words[word] = ~std::uint64_t{0};
-        words[lastWord] |= toLast;
-    }
-}
-
 // A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
 
 inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words, int left, int right,
@@ -102,13 +109,14 @@ inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words,
     cells[first] += Winding(sign * (inFirst * 2 * kOne - firstArea));
     cells[first + 1] += Winding(sign * (firstArea + inSecond * 2 * kOne - secondArea));
     cells[first + 2] += Winding(sign * secondArea);
-    const int firstBlock = first >> kBlockShift, lastBlock = (first + 2) >> kBlockShift;
+    const int firstBlock = first >> kBlockShift,
+              lastBlock = (first + (right > border ? 2 : 1)) >> kBlockShift;
     words[firstBlock >> 6] |= std::uint64_t{1} << (static_cast<unsigned int>(firstBlock) & 63U);
     words[lastBlock >> 6] |= std::uint64_t{1} << (static_cast<unsigned int>(lastBlock) & 63U);
 }
 
-inline void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right,
-                                    int height, int sign, double steepness) {
+void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height,
+                             int sign, double steepness) {
     const int first = left >> kSubpixelBits, last = right >> kSubpixelBits;
     // What a cell leaves to the next one is not taken from memory, where it would have to be waited for.
     std::uint32_t carried = 0;

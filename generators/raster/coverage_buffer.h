@@ -8,10 +8,16 @@
 #include <vector>
 
 #include "generators/common/lanes.h"
+#include "generators/common/vector_power.h"
 
 /// A point of the page in 1/256 of a pixel.
 struct FixedPoint {
     int x = 0, y = 0;
+};
+
+/// A straight edge of an outline.
+struct CoverageEdge {
+    FixedPoint from, to;
 };
 
 /// How the gathered windings become coverage. The hard rules know no levels between nothing and all.
@@ -30,7 +36,17 @@ public:
     /// Farther coordinates (pixels, either way) are pulled in to this.
     static constexpr double kFarthest = 4'000'000.0;
 
-    static FixedPoint ToFixed(double x, double y) { return {ToFixed(x), ToFixed(y)}; }
+    static FixedPoint ToFixed(double x, double y) { return ToFixed(DoubleLanes{x, y}); }
+    /// @param point  x and y
+    static FixedPoint ToFixed(const DoubleLanes& point) {
+        // So large a number has no room for fractions: its last bits are the whole number next to the value.
+        constexpr double kNoFractions = 6755399441055744.0;  // 3 times 2 to the 51st
+        const auto lanes = std::bit_cast<Lanes>(Clamped(point, -kFarthest, kFarthest) * kOne + kNoFractions);
+        return {static_cast<int>(lanes[0]), static_cast<int>(lanes[2])};
+    }
+
+    /// @param power  must not be more than the processor has
+    explicit CoverageBuffer(VectorPower power = UsedVectorPower()) : power_(power) {}
 
     /// Prepares for bands of up to `rows` rows of pages `width` pixels wide.
     void Resize(int width, int rows);
@@ -48,14 +64,13 @@ public:
     int GetPageWidth() const { return pageWidth_; }
 
     void AddLine(FixedPoint from, FixedPoint to) {
-        if (from.y == to.y) return;
-        from.x -= left_;
-        to.x -= left_;
-        if (from.y < to.y)
-            AddDownward(from, to, 1);
-        else
-            AddDownward(to, from, -1);
+        if (edgeCount_ == kMostEdges) TakeEdges();
+        // Level edges leave no trace, and whether an edge is level cannot be foretold.
+        edges_[edgeCount_] = {from, to};
+        edgeCount_ += from.y != to.y ? 1 : 0;
     }
+    /// Gathers the windings of the edges that wait. Sweep does it, too; their work is noted only then.
+    void TakeEdges();
 
     /// Hands the coverage of all rows that have any to `paint`, top down, and clears the buffer.
     /// Paint has BeginRow(row) and EndRow(). BeginRow gives a brush, which has Block(x, alphas), for four
@@ -64,11 +79,15 @@ public:
     /// kept in registers.
     template <CoverageRule kRule, class Paint>
     void Sweep(Paint& paint) {
-        for (int row = firstTouched_; row <= lastTouched_; ++row) {
-            auto&& brush = paint.BeginRow(row);
-            SweepRow<kRule>(row, brush);
-            paint.EndRow();
-        }
+        TakeEdges();
+#if ORV_HAS_WIDE_VECTORS
+        if (power_ == VectorPower::kAvx2)
+            SweepWithAvx2<kRule>(paint);
+        else if (power_ == VectorPower::kSse41)
+            SweepWithSse41<kRule>(paint);
+        else
+#endif
+            SweepRows<kRule>(paint);
         ForgetTouched();
     }
 
@@ -80,14 +99,6 @@ private:
 
     // Work in pixels of one colour.
     static constexpr int kBlockWork = 16, kCellWork = 40;
-
-    static int ToFixed(double value) {
-        // The comparison is written so that what is no number becomes one.
-        const double pulled = value > -kFarthest ? std::min(value, kFarthest) : -kFarthest;
-        // So large a number has no room for fractions: its last bits are the whole number next to the value.
-        constexpr double kNoFractions = 6755399441055744.0;  // 3 times 2 to the 51st
-        return static_cast<int>(std::bit_cast<std::int64_t>(pulled * kOne + kNoFractions));
-    }
 
     template <CoverageRule kRule>
     static Lanes Alphas(const Lanes& sums) {
@@ -106,8 +117,28 @@ private:
         return (areas * 255 + kFull / 2) >> 17;
     }
 
+    // One source for all: each is compiled with other instructions, and what they call is inlined into them.
+    template <CoverageRule kRule, class Paint>
+    [[gnu::always_inline]] void SweepRows(Paint& paint) {
+        for (int row = firstTouched_; row <= lastTouched_; ++row) {
+            auto&& brush = paint.BeginRow(row);
+            SweepRow<kRule>(row, brush);
+            paint.EndRow();
+        }
+    }
+#if ORV_HAS_WIDE_VECTORS
+    template <CoverageRule kRule, class Paint>
+    ORV_FOR_AVX2 void SweepWithAvx2(Paint& paint) {
+        SweepRows<kRule>(paint);
+    }
+    template <CoverageRule kRule, class Paint>
+    ORV_FOR_SSE41 void SweepWithSse41(Paint& paint) {
+        SweepRows<kRule>(paint);
+    }
+#endif
+
     template <CoverageRule kRule, class Brush>
-    void SweepRow(int row, Brush& brush) {
+    [[gnu::always_inline]] void SweepRow(int row, Brush& brush) {
         const auto index = static_cast<std::size_t>(row - firstRow_);
         std::uint32_t* cells = cells_.data() + index * cellStride_;
         std::uint64_t* words = words_.data() + index * wordStride_;
@@ -141,7 +172,15 @@ private:
         work_ += static_cast<std::uint64_t>(work);
     }
 
+    // Edges wait until there are some: one after the other they are gathered with all constants at hand.
+    static constexpr std::size_t kMostEdges = 128;
+
+    class WideEdges;
+
     void SetWindowColumns(int left, int right);
+    void AddEdges();
+    void AddEdgesWithAvx2();
+    void AddEdge(FixedPoint from, FixedPoint to);
     void AddDownward(FixedPoint from, FixedPoint to, int sign);
     void AddInside(FixedPoint from, FixedPoint to, int sign);
     /// Adds a piece of an edge that is in one row. Its ends are at most a pixel apart in x.
@@ -149,9 +188,23 @@ private:
                          int sign, double steepness);
     static void AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height, int sign,
                         double steepness);
-    static void Touch(std::uint64_t* words, int firstCell, int lastCell);
+    static void Touch(std::uint64_t* words, int firstCell, int lastCell) {
+        const int firstWord = firstCell >> kWordShift, lastWord = lastCell >> kWordShift;
+        const auto firstBit = static_cast<unsigned int>(firstCell >> kBlockShift) & 63U;
+        const auto lastBit = static_cast<unsigned int>(lastCell >> kBlockShift) & 63U;
+        const std::uint64_t fromFirst = ~std::uint64_t{0} << firstBit;
+        const std::uint64_t toLast = ~std::uint64_t{0} >> (63U - lastBit);
+        if (firstWord == lastWord) {
+            words[firstWord] |= fromFirst & toLast;
+        } else {
+            words[firstWord] |= fromFirst;
+            for (int word = firstWord + 1; word < lastWord; ++word) words[word] = ~std::uint64_t{0};
+            words[lastWord] |= toLast;
+        }
+    }
     void ForgetTouched();
 
+    VectorPower power_;
     int pageWidth_ = 0, bandFirstRow_ = 0, bandEndRow_ = 0;
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;
@@ -163,4 +216,6 @@ private:
     // Sums may run over where thousands of windings lie on each other: unsigned, that is defined.
     std::vector<std::uint32_t> cells_;
     std::vector<std::uint64_t> words_;
+    std::size_t edgeCount_ = 0;
+    std::vector<CoverageEdge> edges_ = std::vector<CoverageEdge>(kMostEdges + 3);
 };

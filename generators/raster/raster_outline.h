@@ -34,6 +34,11 @@ struct RasterGeometry {
     ORVMathPoint2D PlaceOf(const RasterPoint& p) const {
         return {originX + static_cast<double>(p.x), originY + static_cast<double>(p.y)};
     }
+    /// The same, as x and y.
+    DoubleLanes LanesOf(const RasterPoint& p) const {
+        return DoubleLanes{static_cast<double>(p.x), static_cast<double>(p.y)} +
+               DoubleLanes{static_cast<double>(originX), static_cast<double>(originY)};
+    }
 };
 
 /// What an outline extends over, in device space.

@@ -2,6 +2,7 @@
 #include "generators/raster/stroke_outline.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "platform/mathematics/constants.h"
@@ -12,6 +13,12 @@ namespace {
 constexpr std::uint64_t kArcPointWork = 50, kSegmentWork = 400, kStraightWork = 100;
 
 FixedPoint Fixed(const ORVMathPoint2D& p) { return CoverageBuffer::ToFixed(p.x, p.y); }
+
+FixedPoint Choose(bool first, FixedPoint a, FixedPoint b) {
+    // Numbers of both coordinates: two choices would be branches.
+    return std::bit_cast<FixedPoint>(first ? std::bit_cast<std::uint64_t>(a)
+                                           : std::bit_cast<std::uint64_t>(b));
+}
 
 bool HasMiters(ORVPrintStroke::Join join) {
     return join == ORVPrintStroke::Join::kMiter || join == ORVPrintStroke::Join::kMiterClip;
@@ -50,9 +57,8 @@ void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first,
     }
 }
 
-StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& before,
-                                                  const Segment& after, bool isSmooth) const {
-    Corner corner;
+void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after,
+                                bool isSmooth, Corner& corner) const {
     corner.center = center;
     corner.from = LeftOf(before.direction);
     corner.to = LeftOf(after.direction);
@@ -63,39 +69,37 @@ StrokeOutliner::Corner StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, 
 
     // Where the two borders cross, if they do: on the left, and as far on the right.
     constexpr double kTurnedBack = 1e-9;
-    FixedPoint crossingLeft, crossingRight;
-    bool innerCrosses = false, outerCrosses = false;
-    if (openness > kTurnedBack) {
-        const double share = 1.0 / openness;
-        const ORVMathVector2D crossing =
-            ORVMathVector2D{before.offset.x + after.offset.x, before.offset.y + after.offset.y} * share;
-        crossingLeft = Fixed(center + crossing);
-        crossingRight = Fixed(center - crossing);
-        // On the inner side the borders cross, unless a segment is too short for that at both of its ends.
-        innerCrosses =
-            pen_->halfWidth * std::fabs(corner.turn) * share * 2.0 <= std::min(before.length, after.length);
-        outerCrosses = isSmooth ? openness > pen_->gentleTurn
-                                : HasMiters(pen_->join) &&
-                                      2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9);
-    }
-    if (leftIsInner ? innerCrosses : outerCrosses) {
-        corner.leftIn = corner.leftOut = crossingLeft;
-    } else {
-        corner.leftIn = Fixed(center + before.offset);
-        corner.leftOut = Fixed(center + after.offset);
-    }
-    if (leftIsInner ? outerCrosses : innerCrosses) {
-        corner.rightIn = corner.rightOut = crossingRight;
-    } else {
-        corner.rightIn = Fixed(center - before.offset);
-        corner.rightOut = Fixed(center - after.offset);
-    }
-    if (!innerCrosses) (leftIsInner ? corner.pivotLeft : corner.pivotRight) = true;
-    if (!outerCrosses) corner.round = isSmooth || pen_->join == ORVPrintStroke::Join::kRound;
-    if (!outerCrosses && !isSmooth && pen_->join == ORVPrintStroke::Join::kMiterClip &&
-        openness > kTurnedBack)
+    const bool turnsOn = openness > kTurnedBack;  // else straight back
+    const double share = 1.0 / openness;
+    const DoubleLanes middle = LoadLanes<DoubleLanes>(&center);
+    const DoubleLanes in = LoadLanes<DoubleLanes>(&before.offset),
+                      out = LoadLanes<DoubleLanes>(&after.offset);
+    const DoubleLanes crossing = (in + out) * share;
+    // On the inner side the borders cross, unless a segment is too short for that at both of its ends.
+    const bool innerCrosses = turnsOn & (pen_->halfWidth * std::fabs(corner.turn) * share * 2.0 <=
+                                         std::min(before.length, after.length));
+    const bool outerCrosses =
+        turnsOn & (isSmooth ? openness > pen_->gentleTurn
+                            : HasMiters(pen_->join) &
+                                  (2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9)));
+
+    // All places are computed, and then taken or not: which ones it will be cannot be foretold.
+    const bool leftCrosses = leftIsInner ? innerCrosses : outerCrosses;
+    const bool rightCrosses = leftIsInner ? outerCrosses : innerCrosses;
+    const FixedPoint pivot = CoverageBuffer::ToFixed(middle);
+    const FixedPoint leftCrossing = CoverageBuffer::ToFixed(middle + crossing);
+    const FixedPoint rightCrossing = CoverageBuffer::ToFixed(middle - crossing);
+    corner.leftIn = Choose(leftCrosses, leftCrossing, CoverageBuffer::ToFixed(middle + in));
+    corner.leftOut = Choose(leftCrosses, leftCrossing, CoverageBuffer::ToFixed(middle + out));
+    corner.rightIn = Choose(rightCrosses, rightCrossing, CoverageBuffer::ToFixed(middle - in));
+    corner.rightOut = Choose(rightCrosses, rightCrossing, CoverageBuffer::ToFixed(middle - out));
+    // Where the inner borders do not cross, they go by the line's own corner.
+    corner.leftPivot = Choose(leftIsInner & !innerCrosses, pivot, corner.leftIn);
+    corner.rightPivot = Choose(!leftIsInner & !innerCrosses, pivot, corner.rightIn);
+    corner.round = !outerCrosses && (isSmooth || pen_->join == ORVPrintStroke::Join::kRound);
+    corner.isCut = false;
+    if (!outerCrosses && !isSmooth && pen_->join == ORVPrintStroke::Join::kMiterClip && turnsOn)
         CutMiter(before, after, corner);
-    return corner;
 }
 
 // The miter ends on a line across its axis, as far from the corner as the limit says.
@@ -135,8 +139,8 @@ void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D&
     AddEdge(last, end);
 }
 
+// Of a miter that is cut off.
 void StrokeOutliner::AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out) {
-    if (!corner.isCut) return AddEdge(in, out);
     const bool runsBack = corner.turn > 0.0;  // as the right border does
     const FixedPoint first = runsBack ? corner.cutAfter : corner.cutBefore;
     const FixedPoint second = runsBack ? corner.cutBefore : corner.cutAfter;
@@ -146,32 +150,34 @@ void StrokeOutliner::AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoi
 }
 
 void StrokeOutliner::AddCorner(const Corner& corner) {
-    // The left border runs along with the line, the right one back.
+    // The left border runs along with the line, the right one back. Most of these edges have no length, which
+    // costs less than to ask.
+    if (!corner.round && !corner.isCut) {
+        AddEdge(corner.leftIn, corner.leftPivot);
+        AddEdge(corner.leftPivot, corner.leftOut);
+        AddEdge(corner.rightOut, corner.rightPivot);
+        AddEdge(corner.rightPivot, corner.rightIn);
+        return;
+    }
     if (corner.turn > 0.0) {
-        if (corner.pivotLeft) {
-            const FixedPoint center = Fixed(corner.center);
-            AddEdge(corner.leftIn, center);
-            AddEdge(center, corner.leftOut);
-        }
+        AddEdge(corner.leftIn, corner.leftPivot);
+        AddEdge(corner.leftPivot, corner.leftOut);
         if (corner.round)
             AddArc(corner.center, corner.to * -1.0, -std::atan2(corner.turn, Dot(corner.from, corner.to)),
                    corner.rightOut, corner.rightIn);
         else
             AddOuterEdges(corner, corner.rightOut, corner.rightIn);
+        return;
+    }
+    AddEdge(corner.rightOut, corner.rightPivot);
+    AddEdge(corner.rightPivot, corner.rightIn);
+    if (corner.round) {
+        // A turn straight back goes round on the left.
+        const double cosine = Dot(corner.from, corner.to);
+        const double angle = corner.turn < 0.0 || cosine > 0.0 ? std::atan2(corner.turn, cosine) : -ORVPI;
+        AddArc(corner.center, corner.from, angle, corner.leftIn, corner.leftOut);
     } else {
-        if (corner.pivotRight) {
-            const FixedPoint center = Fixed(corner.center);
-            AddEdge(corner.rightOut, center);
-            AddEdge(center, corner.rightIn);
-        }
-        if (corner.round) {
-            // A turn straight back goes round on the left.
-            const double cosine = Dot(corner.from, corner.to);
-            const double angle = corner.turn < 0.0 || cosine > 0.0 ? std::atan2(corner.turn, cosine) : -ORVPI;
-            AddArc(corner.center, corner.from, angle, corner.leftIn, corner.leftOut);
-        } else {
-            AddOuterEdges(corner, corner.leftIn, corner.leftOut);
-        }
+        AddOuterEdges(corner, corner.leftIn, corner.leftOut);
     }
 }
 
@@ -222,8 +228,8 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
     Corner corner;
     if (first > 0) {
         if (segmentAt(first).visible || segmentAt(first - 1).visible) {
-            corner = MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first),
-                                course.smooth[first] != 0);
+            MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first),
+                       course.smooth[first] != 0, corner);
             AddCorner(corner);
         }
     } else if (const Segment& segment = segmentAt(0); segment.visible) {
@@ -236,7 +242,7 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
         const FixedPoint leftStart = corner.leftOut, rightStart = corner.rightOut;
         if (i + 1 < end) {
             if (!segment.visible && !segmentAt(i + 1).visible) continue;
-            corner = MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.smooth[i + 1] != 0);
+            MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.smooth[i + 1] != 0, corner);
             // The last corner belongs to the part that comes next.
             if (i + 1 < last) AddCorner(corner);
         } else if (segment.visible) {

@@ -47,17 +47,18 @@ private:
     /// Where the borders of two segments meet at a point of the line.
     struct Corner {
         FixedPoint leftIn, leftOut, rightIn, rightOut;
+        FixedPoint leftPivot, rightPivot;  // that a border goes by
         ORVMathPoint2D center;
         ORVMathVector2D from, to;  // left normals in pen space
-        bool pivotLeft = false, pivotRight = false, round = false;
+        bool round = false;
         bool isCut = false;              // a miter that is cut off, on the outer side
         FixedPoint cutBefore, cutAfter;  // where
         double turn = 0.0;               // sine of the angle, pen space
     };
 
     void MakeSegments(const StrokeCourse& course, std::size_t first, std::size_t last);
-    Corner MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after,
-                      bool isSmooth) const;
+    void MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after, bool isSmooth,
+                    Corner& corner) const;
     void CutMiter(const Segment& before, const Segment& after, Corner& corner) const;
     void AddCorner(const Corner& corner);
     void AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out);

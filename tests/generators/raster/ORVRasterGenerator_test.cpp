@@ -13,6 +13,7 @@
 
 #include "generators/common/generator_status.h"
 #include "generators/common/path_range.h"
+#include "generators/common/vector_power.h"
 #include "tests/generators/raster/pixel_page.h"
 #include "tests/support/named_rows.h"
 
@@ -205,6 +206,52 @@ TEST(ORVRasterGeneratorTest, BandsAndThreadsDoNotShow) {
                 EXPECT_EQ(bytes, expected) << rows << " rows, " << threads << " threads";
             }
     }
+}
+
+TEST(ORVRasterGeneratorTest, VectorInstructionsDoNotShow) {
+    const auto draw = [](ORVRasterOptions options) {
+        PixelPage page(300.0, 200.0, options);
+        std::mt19937 random(7);
+        const auto upTo = [&](double most) {
+            return std::uniform_real_distribution<double>(0.0, most)(random);
+        };
+        const auto byte = [&] { return static_cast<std::uint8_t>(upTo(255.0)); };
+        const auto point = [&](double x, double y) { return ORVMathPoint2D{x + upTo(60.0), y + upTo(60.0)}; };
+        for (int i = 0; i < 300; ++i) {
+            const double x = upTo(300.0) - 30.0, y = upTo(200.0) - 30.0;
+            ORVPrintPath path;
+            path.MoveTo(point(x, y));
+            path.CubicTo(point(x, y), point(x, y), point(x, y));
+            path.LineTo(point(x, y));
+            if (i % 2 == 0) path.Close();
+            ORVPrintFill fill;
+            fill.colour = {byte(), byte(), byte(), i % 3 == 0 ? byte() : std::uint8_t{255}};
+            fill.evenOdd = i % 5 == 0;
+            ORVPrintStroke stroke;
+            stroke.width = upTo(i % 7 == 0 ? 8.0 : 1.5);
+            stroke.join = static_cast<ORVPrintStroke::Join>(i % 4);
+            stroke.cap = static_cast<ORVPrintStroke::Cap>(i % 3);
+            stroke.colour = {byte(), byte(), byte(), i % 4 == 0 ? byte() : std::uint8_t{255}};
+            const bool isClipped = i % 6 == 0;
+            if (isClipped) EXPECT_EQ(page.Get().BeginClip(BoxOf(x + 3.3, y + 2.2, x + 40.7, y + 41.1)), 1);
+            EXPECT_EQ(page.Get().DrawShape({path, {}, i % 9 == 0 ? nullptr : &fill, &stroke}), 1);
+            if (isClipped) EXPECT_EQ(page.Get().EndClip(), 1);
+        }
+        return page.Finish().bytes;
+    };
+    for (const ORVColourMode mode : {ORVColourMode::kColour, ORVColourMode::kGrey, ORVColourMode::kMono}) {
+        ORVRasterOptions options;
+        options.colourMode = mode;
+        options.dotsPerInch = 150.0;
+        UsedVectorPower() = VectorPower::kPlain;
+        const std::vector<std::uint8_t> plain = draw(options);
+        for (const VectorPower power : {VectorPower::kSse41, VectorPower::kAvx2}) {
+            UsedVectorPower() = std::min(power, DetectVectorPower());
+            EXPECT_TRUE(draw(options) == plain)
+                << "mode " << static_cast<int>(mode) << ", power " << static_cast<int>(power);
+        }
+    }
+    UsedVectorPower() = DetectVectorPower();
 }
 
 TEST(ORVRasterGeneratorTest, BlankBandsAreSaidToBe) {

@@ -5,9 +5,12 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <random>
+#include <utility>
+#include <vector>
 
 #include "tests/support/named_rows.h"
 
@@ -238,5 +241,119 @@ TEST(CoverageBufferTest, NumbersBeyondAllRangeDoNoHarm) {
     buffer.Sweep<CoverageRule::kNonZero>(alphas);
     EXPECT_EQ(alphas.At(6, 0), 0U);
 }
+
+// ---- All kinds of vector instructions -------------------------------------------------------------------
+
+/// The kinds that this processor has.
+std::vector<VectorPower> KnownPowers() {
+    std::vector<VectorPower> powers{VectorPower::kPlain};
+    for (const VectorPower power : {VectorPower::kSse41, VectorPower::kAvx2})
+        if (power <= DetectVectorPower()) powers.push_back(power);
+    return powers;
+}
+
+/// The alphas of a window's rows.
+struct PlainRows {
+    int stride = 0;
+    std::vector<std::uint8_t> alphas;
+    std::uint8_t* row = nullptr;
+    PlainRows& BeginRow(int y) {
+        row = alphas.data() + static_cast<std::ptrdiff_t>(y) * stride;
+        return *this;
+    }
+    void EndRow() {}
+    void Block(int x, const Lanes& lanes) {
+        for (int i = 0; i < 4; ++i) row[x + i] = static_cast<std::uint8_t>(lanes[i]);
+    }
+    void Span(int begin, int end, unsigned int alpha) {
+        std::memset(row + begin, static_cast<int>(alpha), static_cast<std::size_t>(end - begin));
+    }
+};
+
+struct Gathered {
+    std::vector<std::uint8_t> alphas;
+    std::uint64_t work = 0;
+    friend bool operator==(const Gathered&, const Gathered&) = default;
+};
+
+struct Window {
+    int left, top, right, bottom;
+};
+
+template <CoverageRule kRule>
+Gathered Gather(VectorPower power, const std::vector<CoverageEdge>& edges, int width, int firstRow, int rows,
+                const Window& window) {
+    CoverageBuffer buffer(power);
+    buffer.Resize(width, rows);
+    buffer.SetBand(firstRow, rows);
+    Gathered gathered;
+    // Twice: the first time must have left nothing.
+    for (int i = 0; i < 2; ++i) {
+        buffer.SetWindow(window.left, window.top, window.right, window.bottom);
+        for (const CoverageEdge& edge : edges) buffer.AddLine(edge.from, edge.to);
+        PlainRows alphas{width + 8, {}};
+        alphas.alphas.resize(static_cast<std::size_t>(width + 8) * static_cast<std::size_t>(firstRow + rows));
+        buffer.Sweep<kRule>(alphas);
+        gathered.alphas = alphas.alphas;
+    }
+    gathered.work = buffer.GetWork();
+    return gathered;
+}
+
+/// How far apart the ends of edges lie, in 1/256 pixel.
+struct EdgeKind {
+    const char* name;
+    int acrossMost, downMost;
+};
+
+class VectorPowerTest : public testing::TestWithParam<EdgeKind> {};
+TEST_P(VectorPowerTest, DoesNotShowInCoverageNorWork) {
+    constexpr int kWidth = 300, kRows = 300, kFirstRow = 20;
+    std::mt19937 random(20);
+    const auto between = [&](int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random);
+    };
+    for (int round = 0; round < 12; ++round) {
+        std::vector<CoverageEdge> edges;
+        const int centerX = between(-20, kWidth + 20) * 256, centerY = between(0, 340) * 256;
+        FixedPoint at{centerX, centerY};
+        const int count = between(1, 200);
+        for (int i = 0; i < count; ++i) {
+            FixedPoint to{at.x + between(-GetParam().acrossMost, GetParam().acrossMost),
+                          at.y + between(-GetParam().downMost, GetParam().downMost)};
+            // Borders of pixels are where cases meet.
+            if (between(0, 3) == 0) to.x &= ~255;
+            if (between(0, 3) == 0) to.y &= ~255;
+            if (between(0, 7) == 0) to.x = at.x;
+            if (std::abs(to.x) > 500 * 256 || std::abs(to.y) > 500 * 256) to = {centerX, centerY};
+            edges.push_back({at, to});
+            at = to;
+        }
+        edges.push_back({at, {centerX, centerY}});
+        const Window all{0, kFirstRow, kWidth, kFirstRow + kRows};
+        const Window some{between(0, 100), between(20, 150), between(110, 300), between(160, 320)};
+        for (const Window& window : {all, some}) {
+            const Gathered plain =
+                Gather<CoverageRule::kNonZero>(VectorPower::kPlain, edges, kWidth, kFirstRow, kRows, window);
+            const Gathered plainEvenOdd =
+                Gather<CoverageRule::kEvenOdd>(VectorPower::kPlain, edges, kWidth, kFirstRow, kRows, window);
+            for (const VectorPower power : KnownPowers()) {
+                ASSERT_TRUE(plain ==
+                            Gather<CoverageRule::kNonZero>(power, edges, kWidth, kFirstRow, kRows, window))
+                    << "round " << round << ", power " << static_cast<int>(power);
+                ASSERT_TRUE(plainEvenOdd ==
+                            Gather<CoverageRule::kEvenOdd>(power, edges, kWidth, kFirstRow, kRows, window))
+                    << "round " << round << ", power " << static_cast<int>(power);
+            }
+        }
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Edges, VectorPowerTest,
+                         testing::Values(EdgeKind{"WithinPixels", 200, 200},
+                                         EdgeKind{"OfAFewPixels", 900, 900}, EdgeKind{"Flat", 5000, 300},
+                                         EdgeKind{"NearlyLevel", 100000, 20}, EdgeKind{"Steep", 300, 5000},
+                                         EdgeKind{"NearlyUpright", 3, 150000},
+                                         EdgeKind{"AcrossThePage", 200000, 200000}),
+                         kNameOfRow);
 
 }  // namespace
