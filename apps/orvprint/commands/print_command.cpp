@@ -110,7 +110,7 @@ JobFacts FactsOf(const PrintOptions& options) {
     facts.inputNames = InputNames(options);
     facts.isOneInput = options.inputs.size() == 1;
     facts.isStandard = IsStandard(options.read);
-    facts.creationTime = options.creationTime ? options.creationTime : CreationTime(options.inputs);
+    facts.creationTime = options.asksForDate ? CreationTime(options.inputs) : options.creationTime;
     const bool tellsLoss = options.tellsLoss && !facts.isStandard;
     facts.drawn = [&options, tellsLoss](const std::string& name, const Drawing& drawing, std::size_t pages) {
         if (options.facts) options.facts->pages += static_cast<unsigned int>(pages);

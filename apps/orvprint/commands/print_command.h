@@ -28,7 +28,8 @@ struct PrintOptions : PageOptions {
     std::set<FindingCode> ignored;             ///< kinds of findings that strictness leaves out
     bool isInSandbox = false;                  ///< already: the process does other jobs, too
     PrintFacts* facts = nullptr;               ///< written when there
-    std::optional<std::int64_t> creationTime;  ///< of the output; nothing: as the inputs say
+    bool asksForDate = true;                   ///< the inputs say when the output was made
+    std::optional<std::int64_t> creationTime;  ///< of the output, where they are not asked
 };
 
 /// The format asked for, or that of the output's ending. @return null after a report

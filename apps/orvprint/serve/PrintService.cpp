@@ -59,7 +59,7 @@ int PrintService::Run(const std::vector<int>& sockets, const std::string& places
     http.patience = settings_.patience;
     std::string error;
     if (!front_.Start(sockets, http, *this, error)) return Report(kExitFailed, places, error);
-    log_.Write("info", "started", "listening on " + places);
+    places_ = places;
     const int code = Loop();
     log_.Write(code == kExitDone ? "info" : "error", "ended", failure_);
     return code;
@@ -254,7 +254,7 @@ void PrintService::Pump(Slot& slot) {
     if (slot.link.GetDescriptor() < 0 && slot.link.GetState() != WorkerLink::State::kNone)
         forks_.Kill(slot.link.GetId());
     if (isStarting && slot.link.GetState() == WorkerLink::State::kIdle) {
-        hasServed_ = true;
+        if (!std::exchange(hasServed_, true)) log_.Write("info", "started", "listening on " + places_);
         failedStarts_ = 0;
     }
 }

@@ -100,6 +100,7 @@ private:
     std::deque<std::unique_ptr<Job>> queue_;
     std::uint64_t lastWorker_ = 0;
     std::size_t heldBytes_ = 0;
+    std::string places_;
     unsigned int failedStarts_ = 0;  // one after the other
     bool hasServed_ = false;         // a worker has become ready
     bool isStopping_ = false, isLost_ = false;

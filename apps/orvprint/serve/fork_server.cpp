@@ -86,11 +86,20 @@ public:
             std::array<pollfd, 2> ready{pollfd{control_, POLLIN, 0}, pollfd{ends_, POLLIN, 0}};
             if (poll(ready.data(), ready.size(), -1) < 0 && errno != EINTR) return;
             if (ready[1].revents != 0) Reap();
-            if (ready[0].revents != 0 && !Obey()) return;
+            if (ready[0].revents != 0 && !Obey()) break;
         }
+        EndChildren();
     }
 
 private:
+    /// Children without work end by themselves; nobody waits for what others do.
+    void EndChildren() {
+        constexpr int kPatience = 200;  // milliseconds
+        pollfd ended{ends_, POLLIN, 0};
+        while (!children_.empty() && poll(&ended, 1, kPatience) > 0) Reap();
+        for (const auto& [pid, id] : children_) kill(pid, SIGKILL);
+    }
+
     bool Tell(const ForkServer::End& end) const {
         return send(control_, &end, sizeof end, MSG_NOSIGNAL) == static_cast<ssize_t>(sizeof end);
     }
@@ -175,7 +184,6 @@ void LeaveEndToParent() {
 ForkServer::~ForkServer() {
     if (control_ >= 0) close(control_);
     if (pid_ <= 0) return;
-    kill(pid_, SIGKILL);
     while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) {
     }
 }

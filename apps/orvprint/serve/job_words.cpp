@@ -46,7 +46,10 @@ int ReadName(const std::string& value, Reading& reading) {
 
 int ReadCreated(const std::string& value, Reading& reading) {
     std::int64_t seconds = 0;
-    if (!ReadNumber(value, seconds)) return Refuse("created", value, "is no number of seconds since 1970");
+    reading.job.print.asksForDate = false;
+    if (value == "none") return kExitDone;
+    if (!ReadNumber(value, seconds))
+        return Refuse("created", value, "is neither a number of seconds since 1970 nor none");
     reading.job.print.creationTime = seconds;
     return kExitDone;
 }

@@ -32,10 +32,19 @@ std::unique_ptr<HttpFront> LoadFront() {
     return front;
 }
 
+/// Options of reading that say nothing to a service, or something else.
+void FitReadOptions(CLI::App& command) {
+    for (const char* name : {"--allow-dir", "--no-file-images", "--fragment"})
+        if (CLI::Option* const option = command.get_option_no_throw(name)) command.remove_option(option);
+    if (CLI::Option* const limit = command.get_option_no_throw("--time-limit"))
+        limit->description("Abort a drawing after N seconds")->option_text("N [60]");
+}
+
 }  // namespace
 
 void AddServeOptions(CLI::App& command, ServeSettings& settings) {
     settings.read.timeLimit = kUsualTimeLimit;
+    FitReadOptions(command);
     command.add_option("--socket", settings.socket, "Listen on a Unix socket of this name (mode 0660)")
         ->option_text("PATH");
     command.add_option("--listen", settings.address, "Listen on an address of this machine")

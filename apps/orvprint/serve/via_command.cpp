@@ -75,6 +75,20 @@ bool WaitAsAsked(const HttpAnswer& answer, std::chrono::seconds& left) {
     return true;
 }
 
+/// A header's text with %XX made characters again.
+std::string Decoded(std::string_view text) {
+    std::string decoded;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned int byte = 0;
+        const char* const digits = text.data() + i + 1;
+        const bool isCode = text[i] == '%' && i + 2 < text.size() &&
+                            std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
+        decoded += isCode ? static_cast<char>(byte) : text[i];
+        if (isCode) i += 2;
+    }
+    return decoded;
+}
+
 int WriteOutput(const PrintOptions& options, std::string_view bytes) {
     const bool isStream = options.output == "-";
     const std::string name = DisplayName(options.output, "standard output");
@@ -109,7 +123,8 @@ int MakeQuery(const CLI::App& app, const PrintOptions& options, HttpWords& words
     words.emplace_back("findings", "false");
     if (options.inputs.size() != 1) return Report(kExitUsage, "--via", "takes one drawing at a time");
     words.emplace_back("name", DisplayName(options.inputs.front(), "standard input"));
-    if (const auto time = CreationTime(options.inputs)) words.emplace_back("created", std::to_string(*time));
+    const auto time = CreationTime(options.inputs);
+    words.emplace_back("created", time ? std::to_string(*time) : "none");
     return kExitDone;
 }
 
@@ -133,6 +148,6 @@ int PrintVia(const std::string& place, const PrintOptions& options, HttpWords wo
     if (answer.status != kOk) return TellFailure(place, answer);
     if (options.tellsLoss)
         for (const auto& [name, value] : answer.headers)
-            if (name == "Orvprint-Note") Report(kExitDone, "", value);
+            if (name == "Orvprint-Note") Report(kExitDone, "", Decoded(value));
     return WriteOutput(options, answer.body);
 }
