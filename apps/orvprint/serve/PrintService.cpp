@@ -245,6 +245,7 @@ void PrintService::Give(Slot& slot, std::unique_ptr<Job> job) {
     slot.deadline = job->begun + Seconds(settings_.read.timeLimit) + kGrace;
     slot.job = std::move(job);
     slot.link.Give(slot.job->head, slot.job->words, slot.job->request.body);
+    if (slot.link.GetDescriptor() < 0) forks_.Kill(slot.link.GetId());
 }
 
 void PrintService::Pump(Slot& slot) {
@@ -296,7 +297,9 @@ void PrintService::TakeEnds() {
 
 void PrintService::TakeEnd(Slot& slot, int status) {
     // Its last answer may still be on the way.
+    const std::uint64_t id = slot.link.GetId();
     Pump(slot);
+    if (slot.link.GetId() != id) return;  // with the answer came another worker
     slot.link.PumpErrors();
     if (slot.job) {
         FailJob(slot, status);

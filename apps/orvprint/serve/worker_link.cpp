@@ -70,7 +70,8 @@ void WorkerLink::Give(const JobHead& head, const std::string& words, const std::
     text_.clear();
     state_ = State::kBusy;
     ++jobCount_;
-    Pump();
+    // The answer of a quick worker is for Pump, whose caller waits for it.
+    if (!Write()) CloseSocket();
 }
 
 short WorkerLink::GetEvents() const {
