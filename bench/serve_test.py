@@ -2,9 +2,11 @@
 # SPDX-License-Identifier: Apache-2.0
 """Puts loads on a resident service and holds it to what docs/serve.md promises.
 
-    bench/serve_test.py [--tool build/release/bin/orvprint] [--load build/release/bin/serve_load] [--jobs 20000] [SECTION...]
+    bench/serve_test.py [--tool build/release/bin/orvprint] [--load build/release/bin/serve_load] [--requests 8000]
+                        [--jobs 20000] [SECTION...]
 
-Sections: throughput, latency, hostile, killed, slow, memory (all without any). --jobs is the number of jobs of memory.
+Sections: throughput, latency, hostile, killed, slow, memory (all without any). --jobs is the number of jobs of memory,
+--requests that of each other load.
 What counts for throughput is processor time, which depends less on what else the machine does: drawings for each second
 of the service's own. Ends with 1 when a promise is not kept. Each section starts a service of its own, on a Unix socket
 in a folder that goes away.
@@ -109,8 +111,8 @@ class Service:
 
 class Bench:
     def __init__(self, options):
-        self.tool, self.load_tool, self.jobs = options.tool, options.load, options.jobs
-        self.rate = None  # requests a second, of 8 clients
+        self.tool, self.load_tool = options.tool, options.load
+        self.jobs, self.requests = options.jobs, options.requests
 
     def load(self, service, clients, requests, rate=0, drawings=(FLOOR_PLAN,), hostile=(), query=QUERY):
         command = [self.load_tool, service.socket, str(clients), str(requests), str(rate), query, *map(str, drawings)]
@@ -140,21 +142,19 @@ class Bench:
                 with Service(self.tool) as service:
                     self.load(service, 8, 400, query=query)
                     before = service.cpu()
-                    result = self.load(service, clients, 8000, query=query)
+                    result = self.load(service, clients, self.requests, query=query)
                     used = (service.cpu() - before) / result["requests"]
                 print(f"  {query}, {clients} clients: {result['rate']:.0f} a second; {1e3 * used:.2f} ms of processor "
                       f"time, {1 / used:.0f} a second and core; median {result['p50']:.2f} ms, p99 {result['p99']:.2f}")
                 expect(result["statuses"] == {"200": result["requests"]} and result["wrong"] == 0, "all answered, none wrong")
                 expect(alone / used >= 2.5, f"{alone / used:.1f} times a process each (2.5)")
                 expect(1 / used >= 500, f"{1 / used:.0f} a second and core (500)")
-                if clients == 8 and query == QUERY:
-                    self.rate = result["rate"]
 
     def latency(self):
         with Service(self.tool) as service:
             self.load(service, 8, 400)
-            full = self.load(service, 8, 4000)["rate"]
-            result = self.load(service, 64, 8000, rate=0.7 * full)
+            full = self.load(service, 8, self.requests // 2)["rate"]
+            result = self.load(service, 64, self.requests, rate=0.7 * full)
         print(f"  at {0.7 * full:.0f} of {full:.0f} a second: median {result['p50']:.2f} ms, p99 {result['p99']:.2f}, "
               f"longest {result['max']:.2f}")
         expect(result["p99"] <= 5 * result["p50"], f"p99 is {result['p99'] / result['p50']:.1f} times the median (5)")
@@ -164,7 +164,7 @@ class Bench:
         with tempfile.TemporaryDirectory() as folder:
             bad += make_hostile(Path(folder))
             with Service(self.tool, "--time-limit", "5") as service:
-                result = self.load(service, 8, 6000, drawings=DRAWINGS, hostile=bad)
+                result = self.load(service, 8, self.requests, drawings=DRAWINGS, hostile=bad)
         print(f"  {len(bad)} hostile drawings, answered {result['hostile']}; good ones {result['statuses']}, "
               f"median {result['p50']:.2f} ms, p99 {result['p99']:.2f}")
         expect(set(result["statuses"]) == {"200"}, "good drawings are all printed")
@@ -185,18 +185,18 @@ class Bench:
 
             thread = threading.Thread(target=kill)
             thread.start()
-            result = self.load(service, 8, 8000, drawings=DRAWINGS)
+            result = self.load(service, 8, self.requests, drawings=DRAWINGS)
             stop.set()
             thread.join()
             retries = service.metrics()["orvprint_job_retries_total"]
         print(f"  {kills[0]} workers killed, {retries:.0f} jobs tried again: {result['statuses']}")
-        expect(result["unanswered"] == 0 and sum(result["statuses"].values()) == 8000, "every job has an answer")
+        expect(result["unanswered"] == 0 and sum(result["statuses"].values()) == self.requests, "every job has an answer")
         expect(result["wrong"] == 0, "none is wrong")
 
     def slow(self):
         with Service(self.tool) as service:
             self.load(service, 8, 400)
-            before = self.load(service, 8, 4000)
+            before = self.load(service, 8, self.requests // 2)
             held = []
             body = FLOOR_PLAN.read_bytes()
             head = b"POST /print?format=pdf HTTP/1.1\r\nHost: x\r\nContent-Length: %d\r\n\r\n" % len(body)
@@ -206,12 +206,12 @@ class Bench:
                 # Half a head, half a drawing, or an answer that is not taken.
                 client.sendall((head[:20], head + body[:1000], head + body)[i % 3])
                 held.append(client)
-            result = self.load(service, 8, 4000)
+            result = self.load(service, 8, self.requests // 2)
             for client in held:
                 client.close()
         print(f"  without slow clients: {before['rate']:.0f} a second, p99 {before['p99']:.2f} ms; with 200: "
               f"{result['rate']:.0f}, {result['p99']:.2f}")
-        expect(result["statuses"] == {"200": 4000} and result["wrong"] == 0, "the others are all answered")
+        expect(result["statuses"] == {"200": self.requests // 2} and result["wrong"] == 0, "the others are all answered")
 
     def memory(self):
         parts = 10
@@ -259,6 +259,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--tool", default=str(ROOT / "build/release/bin/orvprint"))
     parser.add_argument("--load", default=str(ROOT / "build/release/bin/serve_load"))
+    parser.add_argument("--requests", type=int, default=8000)
     parser.add_argument("--jobs", type=int, default=20000)
     parser.add_argument("sections", nargs="*")
     options = parser.parse_args()

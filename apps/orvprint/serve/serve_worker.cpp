@@ -61,6 +61,8 @@ int PrintFirst(const ServeSettings& settings, const char* interpreter) {
     const HttpWords words{{"interpreter", interpreter}};
     if (const int code = ReadJobWords(words, settings, job); code != kExitDone) return code;
     job.print.threads = 1;
+    // However slow the machine is at the moment: this one is not of anybody's making.
+    SetTimeLimit(0.0);
     return RunPrint(job.print);
 }
 

@@ -185,7 +185,7 @@ TEST_F(ServeTest, EndsJobsThatTakeTooLongOrTooMuch) {
 }
 
 TEST_F(ServeTest, EndsAWorkerThatDoesNotEndByItself) {
-    Serve({"-j", "1", "--time-limit", "0.3"});
+    Serve({"-j", "1", "--time-limit", "3"});
     StopWorkers();
     const Answer answer = Post("/print", kSmall);
     EXPECT_EQ(answer.status, 504);
