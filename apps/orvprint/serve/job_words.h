@@ -11,7 +11,7 @@
 struct ServeJob {
     PrintOptions print;  ///< from standard input to standard output
     std::string name;    ///< what messages call the drawing
-    bool countsFindings = true;
+    bool countsFindings = false;
 };
 
 /// Makes a job of the words of a query. Limits can be lowered, and nothing be asked for that is the service's

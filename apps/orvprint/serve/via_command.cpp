@@ -120,7 +120,6 @@ int MakeQuery(const CLI::App& app, const PrintOptions& options, HttpWords& words
     const ORVOutputFormat* const format = FindFormatFor(options);
     if (!format) return kExitUnknownFormat;
     words.emplace_back("format", format->name);
-    words.emplace_back("findings", "false");
     if (options.inputs.size() != 1) return Report(kExitUsage, "--via", "takes one drawing at a time");
     words.emplace_back("name", DisplayName(options.inputs.front(), "standard input"));
     const auto time = CreationTime(options.inputs);

@@ -107,16 +107,16 @@ TEST_F(ServeTest, AnswersFailuresWithStatusCodeAndMessage) {
 
 TEST_F(ServeTest, TellsWhatWasLost) {
     Serve({"-j", "1"});
-    const Answer clean = Post("/print", kSmall);
+    const Answer clean = Post("/print?findings", kSmall);
     EXPECT_EQ(clean.Header("orvprint-findings"), "0");
     EXPECT_EQ(clean.headers.count("orvprint-note"), 0U);
     const std::string drawing =
         SmallDrawing("<linearGradient id='g'/><rect width='9' height='9' fill='url(#g)'/>");
-    const Answer lossy = Post("/print?name=a.svg", drawing);
+    const Answer lossy = Post("/print?name=a.svg&findings=true", drawing);
     EXPECT_EQ(lossy.status, 200);
     EXPECT_NE(lossy.Header("orvprint-findings"), "0");
     EXPECT_THAT(lossy.Header("orvprint-note"), StartsWith("a.svg: contains linearGradient, not printed"));
-    EXPECT_EQ(Post("/print?findings=false", drawing).headers.count("orvprint-findings"), 0U);
+    EXPECT_EQ(Post("/print", drawing).headers.count("orvprint-findings"), 0U);
     // All of it, as the command's check has it.
     const Answer check = Post("/check", drawing);
     EXPECT_EQ(check.status, 200);
@@ -132,8 +132,8 @@ TEST_F(ServeTest, ReadsNoFilesOfDrawings) {
     };
     Serve({"-j", "1"});
     const std::string dot = (Folder() / "dot.png").string();
-    const std::string with = Post("/print?findings=false", drawing(dot)).body;
-    EXPECT_EQ(with, Post("/print?findings=false", drawing("/nowhere.png")).body);
+    const std::string with = Post("/print", drawing(dot)).body;
+    EXPECT_EQ(with, Post("/print", drawing("/nowhere.png")).body);
     EXPECT_THAT(Post("/check", drawing(dot)).body, HasSubstr("image-refused"));
 #if !defined(ORV_SANITIZED)  // sanitizers need what the sandbox gives up
     for (const pid_t worker : Workers()) {
