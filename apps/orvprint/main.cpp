@@ -43,6 +43,8 @@
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
+#include "apps/orvprint/serve/serve_command.h"
+#include "apps/orvprint/serve/via_command.h"
 
 namespace {
 
@@ -270,6 +272,9 @@ int Run(int argc, char** argv) {
     AddDirectOptions(app, direct);
     DrawingLists lists;
     AddListOptions(app, lists);
+    std::string service;
+    app.add_option("--via", service, "Have a running orvprint serve print, at this socket or HOST:PORT")
+        ->option_text("SOCKET");
 
     ReadOptions infoOptions;
     std::vector<std::string> infoInputs;
@@ -321,6 +326,10 @@ int Run(int argc, char** argv) {
     reporting->add_option("--html", report.html, "Write a page with the summary and the drawings that failed")
         ->option_text("FILE");
     reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
+    ServeSettings serve;
+    CLI::App* serving = app.add_subcommand("serve", "Print what is sent over HTTP, until a signal ends it");
+    AddReadOptions(*serving, serve.read);
+    AddServeOptions(*serving, serve);
     const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
     const CLI::App* printers = app.add_subcommand("printers", "List the printers");
     const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
@@ -361,6 +370,10 @@ int Run(int argc, char** argv) {
         return RunCheck(check);
     }
     if (reporting->parsed()) return RunReport(report);
+    if (serving->parsed()) {
+        if (const int code = ApplyReadOptions(serve.read); code != kExitDone) return code;
+        return RunServe(std::move(serve));
+    }
     if (formats->parsed()) return RunFormats();
     if (limits->parsed()) return RunLimits();
     if (printers->parsed()) return RunPrinters();
@@ -398,12 +411,17 @@ int Run(int argc, char** argv) {
     DirectPrinting printing(direct);
     if (isDirect)
         if (const int code = printing.Prepare(sheet, print); code != kExitDone) return code;
+    print.tellsLoss = !batch.isQuiet && (print.output != "-" || isDirect) && isatty(STDERR_FILENO) == 1;
+    if (!service.empty()) {
+        HttpWords words;
+        if (const int code = MakeQuery(app, print, words); code != kExitDone) return code;
+        return PrintVia(service, print, std::move(words));
+    }
     if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;
     if (const int code = ApplyReadOptions(print.read); code != kExitDone) return code;
     if (batch.folder.empty()) {
         print.read.endsWithInput = print.inputs.size() == 1;
-        print.tellsLoss = !batch.isQuiet && (print.output != "-" || isDirect) && isatty(STDERR_FILENO) == 1;
         return isDirect ? printing.Run(std::move(print)) : RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;

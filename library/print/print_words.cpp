@@ -258,6 +258,12 @@ std::string FindOtherSize(const PageWords& words) {
 
 }  // namespace
 
+std::optional<WordUse> UseOfWord(std::string_view key) {
+    const auto* const row =
+        std::find_if(kRows.begin(), kRows.end(), [&](const Row& known) { return known.key == key; });
+    return row == kRows.end() ? std::nullopt : std::optional(row->use);
+}
+
 int SetWord(WordUse use, std::string_view key, const std::string& value, PrintHost& host, PrintWords& words) {
     const auto* const row =
         std::find_if(kRows.begin(), kRows.end(), [&](const Row& known) { return known.key == key; });

@@ -15,6 +15,9 @@
 /// What options are for. A key that is for something else is refused, as it would have no effect.
 enum class WordUse { kReading, kPrinting, kChecking };
 
+/// What an option is for; nothing when there is none of that key.
+std::optional<WordUse> UseOfWord(std::string_view key);
+
 /// How documents are read, in words.
 struct ReadWords {
     DrawingOptions drawing;

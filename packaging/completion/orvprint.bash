@@ -20,15 +20,18 @@ _orvprint() {
         --grey --gray --mono --stroke-scale --min-stroke"
     local command=print options
     case ${COMP_WORDS[1]} in
-        info | inspect | check | report | formats | limits | printers) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
+        info | inspect | check | report | serve | formats | limits | printers) if ((COMP_CWORD > 1)); then command=${COMP_WORDS[1]}; fi ;;
     esac
     case $command in
-        print) options="--printer --copies --title --wait --output --force --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --files-from --null --keep-folders --jobs --shard --report --resume --retry --quiet --strict --ignore --version
+        print) options="--printer --copies --title --wait --output --force --via --format --pages --dpi --width --height --zoom --background --export-id --flatten-dpi --out-dir --files-from --null --keep-folders --jobs --shard --report --resume --retry --quiet --strict --ignore --version
             $reading $elements $sheets -o -f -j -d -n -t -h" ;;
         info) options="--json $reading $elements -h" ;;
         inspect) options="--json --html $reading -h" ;;
         check) options="--json --verbose --ignore --qvxml $reading -h" ;;
         report) options="--json --merged --html --help -h" ;;
+        serve) options="--socket --listen --allow-remote --workers -j --queue --max-request --max-connections --patience --jobs-per-worker
+            --quiet --interpreter --language --font-size --parser --limit --max-primitives --time-limit --no-sandbox
+            --require-sandbox --help -h" ;;
         formats | limits | printers) options="--help -h" ;;
     esac
 
@@ -62,20 +65,21 @@ _orvprint() {
         --align) _orvprint_words "centre left right top bottom top-left top-right bottom-left bottom-right" ;;
         --nup) _orvprint_words "2 4 6 8 9 12 16" ;;
         --dpi | --flatten-dpi) _orvprint_words "90 150 300 600 1200" ;;
-        -o | --output | --files-from | --report | --resume | --merged | --html) _orvprint_files '*' ;;
+        -o | --output | --files-from | --report | --resume | --merged | --html | --socket | --via) _orvprint_files '*' ;;
         --out-dir | --allow-dir) _orvprint_files '' ;;
         --zoom) _orvprint_words "0.5 2 3 4" ;;
         --background) _orvprint_words "white black transparent" ;;
         --width | --height | --export-id | --language | --font-size | --pages | --fragment | --max-primitives | --time-limit | --margin | --overlap | --stroke-scale | --min-stroke | \
-            -j | --jobs | --shard | --retry) ;;
+            -j | --jobs | --shard | --retry | --listen | --workers | --queue | --max-request | --max-connections | --patience | \
+            --jobs-per-worker) ;;
         *)
             case $current in
                 -*) _orvprint_words "$options" ;;
                 *)
-                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check report formats limits printers"; fi
+                    if ((COMP_CWORD == 1)); then _orvprint_words "print info inspect check report serve formats limits printers"; fi
                     case $command in
                         report) _orvprint_files '*' ;;
-                        formats | limits | printers) ;;
+                        serve | formats | limits | printers) ;;
                         *) _orvprint_files drawings ;;
                     esac
                     ;;

@@ -124,7 +124,11 @@ const std::map<std::string, Layers> kMayKnow{
            Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",
                             "generators/sheet", "generators/svg", "apps/orvprint/sandbox",
                             "apps/orvprint/process", "apps/orvprint/input"}))},
-    {"apps/orvprint", {"generators/common", "apps/orvprint/process", "apps/orvprint/commands"}},
+    {"apps/orvprint/serve", Below(kPlatform, Below(kLibrary, {"generators", "generators/common",
+                                                             "apps/orvprint/process", "apps/orvprint/input",
+                                                             "apps/orvprint/commands"}))},
+    {"apps/orvprint",
+     {"generators/common", "apps/orvprint/process", "apps/orvprint/commands", "apps/orvprint/serve"}},
 };
 
 // The layer of a path such as "platform/xml/ORVXmlNode.h"; empty when it belongs to none.

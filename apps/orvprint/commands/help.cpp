@@ -25,7 +25,8 @@ constexpr std::array kGroups{
         "time-limit keep-going strict "
         "ignore "
         "no-sandbox require-sandbox "},
-    GroupRow{"Output", " output force format pages dpi width height zoom background export-id flatten-dpi "},
+    GroupRow{"Output",
+             " output force via format pages dpi width height zoom background export-id flatten-dpi "},
     GroupRow{"Several inputs", " out-dir files-from null keep-folders jobs shard report resume retry quiet "},
     GroupRow{"Paper", " paper orientation scale margin align tile overlap nup "},
     GroupRow{"Colours and lines", " grey mono stroke-scale min-stroke "},

@@ -32,26 +32,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The format asked for, or that of the output's ending. @return null after a report
-const ORVOutputFormat* FindFormat(const PrintOptions& options) {
-    if (!options.format.empty()) {
-        const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
-        if (!format)
-            Report(kExitUnknownFormat, options.format,
-                   "unknown output format; supported are " + OutputFormatNames(", "));
-        return format;
-    }
-    const std::size_t nameStart =
-        options.output.rfind('/') == std::string::npos ? 0 : options.output.rfind('/') + 1;
-    const std::size_t dot = options.output.rfind('.');
-    const bool hasEnding = dot != std::string::npos && dot > nameStart;
-    const ORVOutputFormat* format = hasEnding ? ORVFindOutputFormat(options.output.substr(dot + 1)) : nullptr;
-    if (!format)
-        Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
-               "cannot tell the output format from the name; give it with -f: " + OutputFormatNames(", "));
-    return format;
-}
-
 /// Names of elements, the first ones of them.
 std::string NamesOf(std::uint32_t elements) {
     constexpr unsigned int kMostNamed = 3;
@@ -130,7 +110,7 @@ JobFacts FactsOf(const PrintOptions& options) {
     facts.inputNames = InputNames(options);
     facts.isOneInput = options.inputs.size() == 1;
     facts.isStandard = IsStandard(options.read);
-    facts.creationTime = CreationTime(options.inputs);
+    facts.creationTime = options.asksForDate ? CreationTime(options.inputs) : options.creationTime;
     const bool tellsLoss = options.tellsLoss && !facts.isStandard;
     facts.drawn = [&options, tellsLoss](const std::string& name, const Drawing& drawing, std::size_t pages) {
         if (options.facts) options.facts->pages += static_cast<unsigned int>(pages);
@@ -180,8 +160,27 @@ private:
 
 }  // namespace
 
+const ORVOutputFormat* FindFormatFor(const PrintOptions& options) {
+    if (!options.format.empty()) {
+        const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
+        if (!format)
+            Report(kExitUnknownFormat, options.format,
+                   "unknown output format; supported are " + OutputFormatNames(", "));
+        return format;
+    }
+    const std::size_t nameStart =
+        options.output.rfind('/') == std::string::npos ? 0 : options.output.rfind('/') + 1;
+    const std::size_t dot = options.output.rfind('.');
+    const bool hasEnding = dot != std::string::npos && dot > nameStart;
+    const ORVOutputFormat* format = hasEnding ? ORVFindOutputFormat(options.output.substr(dot + 1)) : nullptr;
+    if (!format)
+        Report(kExitUnknownFormat, DisplayName(options.output, "standard output"),
+               "cannot tell the output format from the name; give it with -f: " + OutputFormatNames(", "));
+    return format;
+}
+
 int RunPrint(const PrintOptions& options) {
-    const ORVOutputFormat* format = FindFormat(options);
+    const ORVOutputFormat* format = FindFormatFor(options);
     if (!format) return kExitUnknownFormat;
     for (const std::string& input : options.inputs)
         if (const int code = CheckInput(input); code != kExitDone) return code;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "apps/orvprint/process/limits.h"
 #include "apps/orvprint/process/memory_limit.h"
@@ -14,6 +15,9 @@
 #include "platform/visualization/fonts/text_failure.h"
 
 namespace {
+
+std::string standardInputName;
+ORVFailureReason reportedReason = ORVFailureReason::kNone;
 
 void Begin(TextLine& line, const std::string& subject) {
     line.Put("orvprint: ");
@@ -36,8 +40,14 @@ void PutMemoryLimit(TextLine& line) {
 }  // namespace
 
 std::string DisplayName(const std::string& path, std::string_view standardStream) {
-    return path == "-" ? std::string(standardStream) : path;
+    if (path != "-") return path;
+    const bool isNamed = !standardInputName.empty() && standardStream == "standard input";
+    return isNamed ? standardInputName : std::string(standardStream);
 }
+
+void NameStandardInput(const std::string& name) { standardInputName = name; }
+
+ORVFailureReason TakeReportedReason() { return std::exchange(reportedReason, ORVFailureReason::kNone); }
 
 int Report(ExitCode code, const std::string& subject, const std::string& reason) {
     TextLine line(stderr);
@@ -50,6 +60,7 @@ int Report(ExitCode code, const std::string& subject, const std::string& reason)
 ExitCode ExitCodeOf(ORVFailureReason reason) { return static_cast<ExitCode>(ResultOf(reason)); }
 
 int Report(const std::string& subject, const ORVFailure& failure) {
+    reportedReason = failure.reason;
     TextLine line(stderr);
     Begin(line, subject);
     if (failure.limit) {

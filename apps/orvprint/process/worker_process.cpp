@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "apps/orvprint/process/signals.h"
+#include "apps/orvprint/process/transfer.h"
 
 namespace {
 
@@ -60,49 +61,32 @@ private:
     std::array<int, 2> ends_{-1, -1};
 };
 
-/// Reads all of some bytes from a pipe. (A sandbox allows no sockets.) @return false at its end
-bool ReceiveBytes(int descriptor, void* bytes, std::size_t size) {
-    auto* to = static_cast<char*>(bytes);
-    while (size > 0) {
-        const ssize_t got = read(descriptor, to, size);
-        if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) return false;
-        to += got;
-        size -= static_cast<std::size_t>(got);
-    }
-    return true;
-}
-
-bool SendBytes(int descriptor, const void* bytes, std::size_t size) {
-    const auto* from = static_cast<const char*>(bytes);
-    while (size > 0) {
-        const ssize_t sent = write(descriptor, from, size);
-        if (sent < 0 && errno == EINTR) continue;
-        if (sent <= 0) return false;
-        from += sent;
-        size -= static_cast<std::size_t>(sent);
-    }
-    return true;
-}
-
-template <class Value>
-bool Receive(int descriptor, Value& value) {
-    return ReceiveBytes(descriptor, &value, sizeof value);
-}
-
-template <class Value>
-bool Send(int descriptor, const Value& value) {
-    return SendBytes(descriptor, &value, sizeof value);
-}
-
 /// What comes first of an answer.
 struct AnswerHead {
     std::int32_t code = 0;
     std::uint64_t noteSize = 0;
 };
 
-/// Ends a worker: what the starting process had opened or would do at its end is not the worker's.
-[[noreturn]] void Leave(int code) {
+/// The worker's life.
+[[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
+    for (const int descriptor : OpenDescriptors()) close(descriptor);
+    LeaveTerminalSignalsToParent();
+    // Nobody would take the results of a process whose parent was killed, which may have been before this.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) LeaveProcess(1);
+    if (dup2(errors, STDERR_FILENO) < 0) LeaveProcess(1);
+    close(errors);
+    for (std::uint32_t job = 0; Receive(jobs, job);) {
+        const WorkerProcess::Answer answer = work(job);
+        const AnswerHead head{answer.code, answer.note.size()};
+        if (!Send(results, head) || !SendBytes(results, answer.note.data(), answer.note.size())) break;
+    }
+    LeaveProcess(0);
+}
+
+}  // namespace
+
+void LeaveProcess(int code) {
 #if defined(ORV_COVERAGE)
     // Which lines ran is written by destructors; text that the starting process left in its streams is
     // dropped.
@@ -112,25 +96,6 @@ struct AnswerHead {
     _exit(code);
 #endif
 }
-
-/// The worker's life.
-[[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
-    for (const int descriptor : OpenDescriptors()) close(descriptor);
-    LeaveTerminalSignalsToParent();
-    // Nobody would take the results of a process whose parent was killed, which may have been before this.
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent) Leave(1);
-    if (dup2(errors, STDERR_FILENO) < 0) Leave(1);
-    close(errors);
-    for (std::uint32_t job = 0; Receive(jobs, job);) {
-        const WorkerProcess::Answer answer = work(job);
-        const AnswerHead head{answer.code, answer.note.size()};
-        if (!Send(results, head) || !SendBytes(results, answer.note.data(), answer.note.size())) break;
-    }
-    Leave(0);
-}
-
-}  // namespace
 
 bool WorkerProcess::Start(const Work& work) {
     Kill();
@@ -178,13 +143,16 @@ WorkerProcess::End WorkerProcess::Reap() {
     while (ended < 0 && errno == EINTR) ended = waitpid(pid_, &status, 0);
     pid_ = -1;
     Close();
-    if (ended > 0 && WIFSIGNALED(status)) {
-        const int signal = WTERMSIG(status);
-        std::string words = "was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
-        if (signal == SIGKILL) words += ", perhaps because memory was short";
-        return {words, 0};
-    }
-    return {"ended by itself", ended > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : 0};
+    if (ended <= 0) return {"ended by itself", 0};
+    return EndOf(status);
+}
+
+WorkerProcess::End WorkerProcess::EndOf(int status) {
+    if (!WIFSIGNALED(status)) return {"ended by itself", WIFEXITED(status) ? WEXITSTATUS(status) : 0};
+    const int signal = WTERMSIG(status);
+    std::string words = "was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+    if (signal == SIGKILL) words += ", perhaps because memory was short";
+    return {words, 0};
 }
 
 void WorkerProcess::Finish() {

@@ -7,6 +7,9 @@
 #include <functional>
 #include <string>
 
+/// Ends a forked process: what the starting process had opened or would do at its end is not its own.
+[[noreturn]] void LeaveProcess(int code);
+
 /// A process of its own for numbered jobs. It lives as long as there is work, so that what the first job sets
 /// up (the interpreter, fonts) serves all others, and what a job breaks stays within it. Its standard error
 /// goes through a pipe to the process that made it.
@@ -46,6 +49,8 @@ public:
         std::string words;  ///< how it ended
         int exitCode = 0;   ///< 0 also when it was a signal
     };
+    /// What the status of a process that ended, as waitpid has it, says.
+    static End EndOf(int status);
     /// Takes leave of a worker that ended by itself.
     End Reap();
     /// Lets a worker without a job end by itself, and waits until it has.

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "apps/orvprint/serve/serve_command.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+#include "apps/orvprint/process/report.h"
+#include "apps/orvprint/serve/PrintService.h"
+#include "apps/orvprint/serve/fork_server.h"
+#include "apps/orvprint/serve/listening_sockets.h"
+#include "apps/orvprint/serve/serve_worker.h"
+#include "platform/system/modules.h"
+
+namespace {
+
+constexpr double kUsualTimeLimit = 60.0;  // seconds
+
+/// @return null after a report
+std::unique_ptr<HttpFront> LoadFront() {
+    std::string error;
+    void* const module = ORVLoadModule(kServeModule, error);
+    void* const factory = module ? ORVFindInModule(module, kServeFactory, error) : nullptr;
+    std::unique_ptr<HttpFront> front(factory ? reinterpret_cast<HttpFrontFactory>(factory)() : nullptr);
+    if (!front)
+        Report(kExitFailed, "",
+               std::string("the service needs ") + kServeModule + ", which cannot be used: " + error);
+    return front;
+}
+
+/// Options of reading that say nothing to a service, or something else.
+void FitReadOptions(CLI::App& command) {
+    for (const char* name : {"--allow-dir", "--no-file-images", "--fragment"})
+        if (CLI::Option* const option = command.get_option_no_throw(name)) command.remove_option(option);
+    if (CLI::Option* const limit = command.get_option_no_throw("--time-limit"))
+        limit->description("Abort a drawing after N seconds")->option_text("N [60]");
+}
+
+}  // namespace
+
+void AddServeOptions(CLI::App& command, ServeSettings& settings) {
+    settings.read.timeLimit = kUsualTimeLimit;
+    FitReadOptions(command);
+    command.add_option("--socket", settings.socket, "Listen on a Unix socket of this name (mode 0660)")
+        ->option_text("PATH");
+    command.add_option("--listen", settings.address, "Listen on an address of this machine")
+        ->option_text("HOST:PORT");
+    command.add_flag("--allow-remote", settings.allowsRemote,
+                     "With --listen: other machines may reach the address");
+    command.add_option("-j,--workers", settings.workers, "Workers, each a process (default: processors)")
+        ->option_text("N")
+        ->check(CLI::Range(1U, 256U));
+    command.add_option("--queue", settings.queue, "Jobs that may wait; more are answered 429")
+        ->option_text("N [256]")
+        ->check(CLI::Range(1U, 100'000U));
+    command.add_option("--max-request", settings.mostRequestBytes, "Bytes of a drawing as it is sent")
+        ->option_text("N [67108864]")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 32U));
+    command.add_option("--max-connections", settings.mostConnections, "Connections at a time")
+        ->option_text("N [1000]")
+        ->check(CLI::Range(1U, 60'000U));
+    command.add_option("--patience", settings.patience, "Seconds for a request to come, or a client to read")
+        ->option_text("N [30]")
+        ->check(CLI::Range(1U, 3600U));
+    command.add_option("--jobs-per-worker", settings.jobsPerWorker, "Replace a worker after N jobs")
+        ->option_text("N [1000]")
+        ->check(CLI::Range(1U, 1'000'000U));
+    command.add_flag("--quiet", settings.isQuiet, "Log no line for each job");
+}
+
+int RunServe(ServeSettings settings) {
+    if (settings.workers == 0) settings.workers = std::max(1U, std::thread::hardware_concurrency());
+    if (settings.allowsRemote && settings.address.empty())
+        return Report(kExitUsage, "--allow-remote", "needs --listen HOST:PORT");
+    ListeningSockets sockets;
+    if (const int code = sockets.Open(settings); code != kExitDone) return code;
+    // Before anything is known of clients, and before there could be threads.
+    ForkServer forks;
+    const auto work = [&settings](int socket) { return ServeWorker(settings, socket).Live(); };
+    if (!forks.Start([&] { return WarmUp(settings); }, work))
+        return Report(kExitFailed, "", std::string("workers: ") + std::strerror(errno));
+    if (const int code = forks.WaitUntilReady(); code != 0) return code;
+    const std::unique_ptr<HttpFront> front = LoadFront();
+    if (!front) return kExitFailed;
+    return PrintService(settings, forks, *front).Run(sockets.GetDescriptors(), sockets.GetPlaces());
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "apps/orvprint/serve/serve_settings.h"
+
+namespace CLI {
+class App;
+}
+
+/// Adds the service's own options to its command, and puts values that suit a service in the place of usual
+/// ones.
+void AddServeOptions(CLI::App& command, ServeSettings& settings);
+
+/// Serves until a signal ends it. @return an exit code; a failure was reported
+int RunServe(ServeSettings settings);
