@@ -92,6 +92,7 @@ private:
     /// Begins the filter of an element. @return false when nothing of the element shows
     [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& outer);
     [[nodiscard]] bool EnterRoot(DrawState& state, ORVMathAffine2D& toInner) const;
+    bool IsDrawn(ElementIndex element, const Style& style, const Viewport& viewport) const;
     void EndFiltering();
     void DrawFilterImage(const FilterImage& image, const DrawState& state);
     void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,

@@ -48,11 +48,12 @@ private:
     [[nodiscard]] bool LayOutPlain();
     void AddPlain(const ORVShapedText& shaped, std::size_t first, std::size_t end);
     void PlacePlain(double advance);
-    void PlaceAcross(TextSegment& segment, const ORVMathAffine2D& there) const;
+    void PlaceAcross(TextSegment& segment, const Spot& spot) const;
     void FitLengths();
     void FitLength(const TextSpan& span, std::uint32_t number);
     bool ReadTextLength(const TextSpan& span, double& length) const;
     double NaturalLength(const std::vector<std::uint32_t>& clusters) const;
+    bool IsInsideChunk(std::uint32_t cluster) const;
     void SpreadOut(const std::vector<std::uint32_t>& clusters, double difference);
     std::vector<std::uint32_t> ClustersOf(const TextSpan& span) const;
     void PlaceChunks();
