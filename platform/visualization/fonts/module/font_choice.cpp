@@ -28,6 +28,18 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kSpaces) - first + 1);
 }
 
+std::string WithSingleSpaces(std::string_view text) {
+    std::string single;
+    for (const char c : text) {
+        const bool isSpace = c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f';
+        if (!isSpace)
+            single += c;
+        else if (single.empty() || single.back() != ' ')
+            single += ' ';
+    }
+    return single;
+}
+
 /// The names of a list, without their quotes, and with one space for each run of them where there are none.
 std::vector<std::string> SplitFamilies(std::string_view list) {
     std::vector<std::string> families;
@@ -42,8 +54,10 @@ std::vector<std::string> SplitFamilies(std::string_view list) {
         }
         std::string_view name = Trim(list.substr(0, end));
         if (name.size() >= 2 && (name.front() == '"' || name.front() == '\'') && name.back() == name.front())
-            name = Trim(name.substr(1, name.size() - 2));
-        if (!name.empty()) families.emplace_back(name);
+            families.emplace_back(Trim(name.substr(1, name.size() - 2)));
+        else
+            families.push_back(WithSingleSpaces(name));
+        if (families.back().empty()) families.pop_back();
         list.remove_prefix(std::min(end + 1, list.size()));
     }
     return families;
