@@ -68,6 +68,9 @@ private:
     /// Tells generators that follow origins which element the calls to come show.
     void NoteDrawn(ElementIndex element);
     void BeginGroups(ElementIndex element, const Style& style);
+    void SetLink(ElementIndex element, ORVPrintGroup& group) const;
+    /// Begins the group of an "a" element in a text, if it leads anywhere.
+    void BeginLink(ElementIndex element);
     bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----

@@ -33,7 +33,8 @@ public:
     [[nodiscard]] bool LayOut(ElementIndex element, const Style& style, const Viewport& viewport);
 
     const std::vector<TextSegment>& GetSegments() const { return segments_; }
-    const TextSpan& SpanOf(const TextSegment& segment) const { return content_.GetSpans()[segment.span]; }
+    const TextSpan& GetSpan(std::size_t number) const { return content_.GetSpans()[number]; }
+    const TextSpan& SpanOf(const TextSegment& segment) const { return GetSpan(segment.span); }
     /// The em boxes of all glyphs, in user units.
     ORVMathBox2D GetBox() const;
     ORVMathBox2D BoxOf(const TextSegment& segment) const;
