@@ -237,11 +237,17 @@ void TextLayout::PutOnRail(const TextCluster& cluster, const TextPath::Place& pl
     BeginSegment(cluster);
     TextSegment& segment = segments_.back();
     const TextSpan& span = content_.GetSpans()[segment.span];
+    // Vertical text has the middle of letters' em boxes on its path, as on a line.
+    const bool isVertical = content_.IsVertical();
     const ORVMathAffine2D there =
         ORVMathAffine2D::Translation(place.point.x, place.point.y) * Rotation(place.degrees) *
-        ORVMathAffine2D::Translation(-cluster.Length() / 2.0, DropOf(span) + across) * Rotation(rotation);
-    segment.line = there * LineUp();
-    segment.toUser = there * GlyphsUp(span);
+        ORVMathAffine2D::Translation(-cluster.Length() / 2.0,
+                                     across + (isVertical ? -span.shift : DropOf(span))) *
+        Rotation(rotation);
+    segment.line = there * ORVMathAffine2D::Translation(0.0, isVertical ? MiddleOf(span) : 0.0) * LineUp();
+    segment.toUser = segment.isUpright ? there * Rotation(-kQuarter) *
+                                             ORVMathAffine2D::Scaling(1.0, cluster.scale) * GlyphsUp(span)
+                                       : segment.line * LineUp() * GlyphsUp(span);
     AddGlyphs(cluster, 0.0);
     segment.advance = cluster.Length();
 }
