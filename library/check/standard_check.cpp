@@ -323,10 +323,6 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
             if (ORVIsScriptAddress(document_.ValueOf(element, Name::kHref)))
                 Note(FindingCode::kScriptLink, element, "href", document_.ValueOf(element, Name::kHref),
                      "is left out: the address executes code");
-            if (document_[element].parent != kNoElement &&
-                document_[document_[element].parent].tag == Tag::kText)
-                Note(FindingCode::kAttributeWithoutEffect, element, "href",
-                     document_.ValueOf(element, Name::kHref), "links within text lead nowhere");
             break;
         default: break;
     }

@@ -205,6 +205,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<text font-family='DejaVu Sans' font-variant='small-caps' unicode-bidi='embed' "
              "style='font-feature-settings:\"liga\" 0;font-variant-caps:unicase'>a</text>",
              "<text id='t' font-family='DejaVu Sans'>a<tref href='#t'/></text>",
+             "<text font-family='DejaVu Sans'>a<a href='https://example.org/'>b</a></text>",
              "<switch><foreignObject/><rect/></switch>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",

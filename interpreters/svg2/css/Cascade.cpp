@@ -228,6 +228,17 @@ void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, 
     }
 }
 
+namespace {
+
+void SetFont(Decoration& decoration, const Style& style) {
+    decoration.fontSize = style.fontSize;
+    decoration.fontFamily = style.fontFamily;
+    decoration.fontWeight = style.fontWeight;
+    decoration.isItalic = style.isItalic;
+}
+
+}  // namespace
+
 // Lines under text belong to the element that asks for them, and go on through those within it.
 void Cascade::NoteDecorations(const Style& parent, Style& style) const {
     if (style.decorationLines == 0) return;
@@ -241,11 +252,15 @@ void Cascade::NoteDecorations(const Style& parent, Style& style) const {
     decoration.strokeOpacity = style.strokeOpacity;
     decoration.strokeWidth = style.strokeWidth;
     decoration.colour = style.colour;
-    decoration.fontSize = style.fontSize;
-    decoration.fontFamily = style.fontFamily;
-    decoration.fontWeight = style.fontWeight;
-    decoration.isItalic = style.isItalic;
+    SetFont(decoration, style);
     decorations->push_back(decoration);
+    style.decorations = std::move(decorations);
+}
+
+/// Lines that groups around a text ask for are placed by the font of the text.
+void Cascade::SetDecorationFonts(const std::vector<Decoration>& outer, Style& style) const {
+    auto decorations = std::make_shared<std::vector<Decoration>>(*style.decorations);
+    for (std::size_t i = 0; i < outer.size(); ++i) SetFont((*decorations)[i], style);
     style.decorations = std::move(decorations);
 }
 
@@ -258,7 +273,12 @@ void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
         style.whiteSpace = space == "preserve" ? WhiteSpace::kPreserve : WhiteSpace::kCollapse;
 
     Collect(element, style);
-    if (candidates_.empty()) return;
+    if (!candidates_.empty()) ApplyCandidates(element, parent, style);
+    if (parent.decorations && document_[element].tag == Tag::kText)
+        SetDecorationFonts(*parent.decorations, style);
+}
+
+void Cascade::ApplyCandidates(ElementIndex element, const Style& parent, Style& style) {
     PropertyContext context{parent, SizesOf(parent)};
     const auto applyThose = [&](bool decidingSize) {
         for (const Candidate& candidate : candidates_) {

@@ -58,7 +58,9 @@ private:
     void Apply(const Candidate& candidate, const PropertyContext& context, Style& style);
     bool Substitute(std::string_view text, const Style& style, std::string_view& result);
     bool SubstituteInto(std::string_view text, const Style& style, int depth, std::string& result);
+    void ApplyCandidates(ElementIndex element, const Style& parent, Style& style);
     void NoteDecorations(const Style& parent, Style& style) const;
+    void SetDecorationFonts(const std::vector<Decoration>& outer, Style& style) const;
 
     const Document& document_;
     std::shared_ptr<StyleWork> work_;

@@ -154,14 +154,24 @@ void Drawing::BeginGroups(ElementIndex element, const Style& style) {
     }
     if (isTarget || keepsIdentifiers_) group.id = document.ValueOf(element, Name::kId);
     group.isLinkTarget = isTarget;
-    if (tag == Tag::kA) {
-        const std::string_view href = Trim(document.ValueOf(element, Name::kHref));
-        if (!href.starts_with('#'))
-            group.linkURL = href;
-        else if (document.FindByReference(href) != kNoElement)
-            group.linkElementId = href.substr(1);
-    }
+    if (tag == Tag::kA) SetLink(element, group);
     if (!isLayer && group.id.empty() && group.linkURL.empty() && group.linkElementId.empty()) return;
+    if (Do(generator_.BeginGroup(group))) ends_.push_back(End::kGroup);
+}
+
+void Drawing::SetLink(ElementIndex element, ORVPrintGroup& group) const {
+    const Document& document = scene_.GetDocument();
+    const std::string_view href = Trim(document.ValueOf(element, Name::kHref));
+    if (!href.starts_with('#'))
+        group.linkURL = href;
+    else if (document.FindByReference(href) != kNoElement)
+        group.linkElementId = href.substr(1);
+}
+
+void Drawing::BeginLink(ElementIndex element) {
+    ORVPrintGroup group;
+    SetLink(element, group);
+    if (group.linkURL.empty() && group.linkElementId.empty()) return;
     if (Do(generator_.BeginGroup(group))) ends_.push_back(End::kGroup);
 }
 

@@ -68,6 +68,9 @@ private:
     /// Tells generators that follow origins which element the calls to come show.
     void NoteDrawn(ElementIndex element);
     void BeginGroups(ElementIndex element, const Style& style);
+    void SetLink(ElementIndex element, ORVPrintGroup& group) const;
+    /// Begins the group of an "a" element in a text, if it leads anywhere.
+    void BeginLink(ElementIndex element);
     bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----
@@ -92,6 +95,7 @@ private:
     /// Begins the filter of an element. @return false when nothing of the element shows
     [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& outer);
     [[nodiscard]] bool EnterRoot(DrawState& state, ORVMathAffine2D& toInner) const;
+    bool IsDrawn(ElementIndex element, const Style& style, const Viewport& viewport) const;
     void EndFiltering();
     void DrawFilterImage(const FilterImage& image, const DrawState& state);
     void PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,

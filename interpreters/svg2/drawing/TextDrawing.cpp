@@ -18,14 +18,31 @@ void TextDrawing::Draw(ElementIndex element, const Style& style, const DrawState
         return;
     }
     box_ = layout.GetBox();
+    const std::size_t mark = drawing_.ends_.size();
+    ElementIndex link = kNoElement;
     for (const TextSegment& segment : layout.GetSegments()) {
-        if (drawing_.IsStopped()) return;
+        if (drawing_.IsStopped()) break;
         if (!drawing_.budget_.TakeElement()) {
             drawing_.Do(ORVPrintModelRender::kTooManyRepeats);
-            return;
+            break;
+        }
+        const ElementIndex around = state.isWithinClip ? kNoElement : LinkAround(layout, segment);
+        if (around != link) {
+            drawing_.EndBack(mark);
+            if (around != kNoElement) drawing_.BeginLink(around);
+            link = around;
         }
         DrawSegment(layout, segment, state);
     }
+    drawing_.EndBack(mark);
+}
+
+/// The innermost "a" of a text that a part of it stands in.
+ElementIndex TextDrawing::LinkAround(const TextLayout& layout, const TextSegment& segment) const {
+    const Document& document = drawing_.scene_.GetDocument();
+    for (std::size_t i = segment.span; i != 0; i = layout.GetSpan(i).parent)
+        if (document[layout.GetSpan(i).element].tag == Tag::kA) return layout.GetSpan(i).element;
+    return kNoElement;
 }
 
 void TextDrawing::DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state) {

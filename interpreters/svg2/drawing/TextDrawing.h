@@ -19,6 +19,7 @@ public:
 
 private:
     void DrawSegment(const TextLayout& layout, const TextSegment& segment, const DrawState& state);
+    ElementIndex LinkAround(const TextLayout& layout, const TextSegment& segment) const;
     struct Paints;
     void MakePaints(const Style& style, const DrawState& state, double opacity, Paints& paints);
     template <class Action>

@@ -5,6 +5,7 @@
 
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/tree/page_size.h"
+#include "interpreters/svg2/tree/shapes.h"
 #include "interpreters/svg2/tree/structure.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/print/ORVPrintModelRender.h"
@@ -37,6 +38,12 @@ std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
 
 }  // namespace
 
+/// False for shapes without an outline, which show nothing that could be filtered.
+bool Drawing::IsDrawn(ElementIndex element, const Style& style, const Viewport& viewport) const {
+    ORVPrintPath path;
+    return !IsShape(scene_.GetDocument()[element].tag) || AddOutline(scene_, element, style, viewport, path);
+}
+
 bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const DrawState& outer) {
     DrawState state = outer;
     ORVMathAffine2D toInner;
@@ -49,6 +56,7 @@ bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const Dra
         case FilterEffect::kHides: return false;
         case FilterEffect::kFilters: break;
     }
+    if (!IsDrawn(element, style, state.viewport)) return false;
     for (std::size_t weight = WeightOf(description.steps); weight > 0; --weight)
         if (!budget_.TakeElement()) return Do(ORVPrintModelRender::kTooManyRepeats);
     if (pages_.size() >= DrawingBudget::kGreatestNesting || state.depth + 1 >= DrawingBudget::kGreatestDepth)

@@ -160,8 +160,7 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
         return;
     }
     std::vector<FusedShape> shapes;
-    const bool isPlain = all.range.Count() > 1 && style.hidesOverflow &&
-                         CollectFused(content, style, all, all.toTile, 0, shapes);
+    const bool isPlain = all.range.Count() > 1 && CollectFused(content, style, all, all.toTile, 0, shapes);
     if (isPlain && !HasSeams(shapes, all.first.Box()) && DrawOneTileForAll(content, style, all, shown, inner))
         return;
     if (isPlain) return DrawFusedTiles(shapes, all);
@@ -172,7 +171,7 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
                 all.patternToPage * ORVMathAffine2D::Translation(static_cast<double>(x) * all.first.width,
                                                                  static_cast<double>(y) * all.first.height);
             const std::size_t tileMark = ends_.size();
-            if (style.hidesOverflow) BeginRectangle(all.first, step);
+            BeginRectangle(all.first, step);
             inner.toPage = step * all.toTile;
             DrawChildren(content, style, inner);
             EndBack(tileMark);

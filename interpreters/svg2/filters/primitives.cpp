@@ -220,8 +220,7 @@ ORVFilterBlur FilterReader::MakeBlur(ElementIndex element, double byDefault) {
     const auto text = document_.Find(element, Name::kStdDeviation);
     double x = byDefault, y = byDefault;
     if (text && ReadPair(*text, x, y) == 0) x = y = byDefault;
-    if (x < 0.0 || y < 0.0) return {};
-    return {AcrossOf(x), DownOf(y)};
+    return {AcrossOf(std::max(x, 0.0)), DownOf(std::max(y, 0.0))};
 }
 
 ORVFilterOffset FilterReader::MakeOffset(ElementIndex element, double byDefault) {
@@ -298,9 +297,7 @@ ORVFilterOperation FilterReader::MakeConvolution(ElementIndex element) const {
         {"duplicate", Edges::kDuplicate}, {"wrap", Edges::kWrap}, {"none", Edges::kNone}};
     constexpr double kLargestOrder = 1000.0;
     double columns = 3.0, rows = 3.0;
-    if (const auto order = document_.Find(element, Name::kOrder);
-        order && ReadPair(*order, columns, rows) == 0)
-        return ORVFilterNothing{};
+    if (const auto order = document_.Find(element, Name::kOrder); order) ReadPair(*order, columns, rows);
     const auto isOrder = [&](double order) {
         return order >= 1.0 && order <= kLargestOrder && order == std::floor(order);
     };
@@ -403,6 +400,7 @@ ORVFilterOperation FilterReader::MakeLighting(ElementIndex element) {
     made.pointsAtY = aim.y;
     made.pointsAtZ = EitherOf(number(Name::kPointsAtZ));
     made.spotExponent = number(Name::kSpecularExponent, 1.0);
+    if (made.spotExponent < 0.0) made.spotExponent = 1.0;
     made.coneAngle = std::fabs(number(Name::kLimitingConeAngle, std::numeric_limits<double>::infinity()));
     return made;
 }

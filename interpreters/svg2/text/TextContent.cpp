@@ -310,18 +310,32 @@ void TextContent::ApplyList(const TextSpan& span, Name name, Axis axis) {
     }
 }
 
+namespace {
+
+/// @return false for a list with anything but numbers in it
+bool ReadRotations(std::string_view list, std::vector<double>& degrees) {
+    Scanner scanner(list);
+    scanner.SkipSpace();
+    while (!scanner.AtEnd()) {
+        if (!scanner.TakeNumber(degrees.emplace_back())) return false;
+        const std::size_t end = scanner.GetPosition();
+        scanner.SkipCommaSpace();
+        const bool isApart = scanner.GetPosition() > end || scanner.Peek() == '-' || scanner.Peek() == '+';
+        if (!scanner.AtEnd() && !isApart) return false;
+    }
+    return !degrees.empty();
+}
+
+}  // namespace
+
 void TextContent::ApplyRotation(const TextSpan& span) {
     const std::string_view list = scene_.GetDocument().ValueOf(span.element, Name::kRotate);
-    if (list.empty()) return;
-    Scanner scanner(list);
-    double degrees = 0.0;
-    scanner.SkipSpace();
+    std::vector<double> degrees;
+    if (list.empty() || !ReadRotations(list, degrees)) return;
     if (rotations_.size() < span.end) rotations_.resize(span.end);
-    for (std::size_t i = span.first; i < span.end; ++i) {
-        // The last value holds for all that follow.
-        if (!scanner.AtEnd() && scanner.TakeNumber(degrees)) scanner.SkipCommaSpace();
-        rotations_[i] = degrees;
-    }
+    // The last value holds for all that follow.
+    for (std::size_t i = span.first; i < span.end; ++i)
+        rotations_[i] = degrees[std::min(i - span.first, degrees.size() - 1)];
 }
 
 // Spans come from the outside in, so that the inner ones win.

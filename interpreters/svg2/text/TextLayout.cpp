@@ -117,9 +117,11 @@ double TextLayout::LengthOf(const TextChunk& chunk) const {
     double length = 0.0;
     for (std::size_t i = chunk.first; i < chunk.end; ++i)
         length += runs_.GetClusters()[i].Length() + runs_.GetClusters()[i].after;
-    // Moves stretch what is read to the right; what is read to the left they only move.
+    // Moves stretch what is read to the right; what is read to the left they only move. The first one moves
+    // the chunk as a whole.
     if (!moves_.empty() && !chunk.isRightToLeft)
-        length += content_.IsVertical() ? moves_.back().y : moves_.back().x;
+        length +=
+            content_.IsVertical() ? moves_.back().y - moves_.front().y : moves_.back().x - moves_.front().x;
     return length;
 }
 
@@ -190,9 +192,11 @@ void TextLayout::BeginSegment(const TextCluster& cluster) {
     endCharacter_ = cluster.end;
 }
 
-void TextLayout::PlaceAcross(TextSegment& segment, const ORVMathAffine2D& there) const {
+// A glyph is shifted across the line, whichever way it is turned.
+void TextLayout::PlaceAcross(TextSegment& segment, const Spot& spot) const {
     const TextSpan& span = content_.GetSpans()[segment.span];
-    const ORVMathAffine2D dropped = there * ORVMathAffine2D::Translation(0.0, DropOf(span));
+    const ORVMathAffine2D dropped =
+        ORVMathAffine2D::Translation(spot.at.x, spot.at.y + DropOf(span)) * Rotation(spot.rotation);
     segment.line = dropped * LineUp();
     segment.toUser = dropped * GlyphsUp(span);
 }
@@ -203,18 +207,17 @@ void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
         BeginSegment(cluster);
         TextSegment& segment = segments_.back();
         const TextSpan& span = content_.GetSpans()[segment.span];
-        const ORVMathAffine2D there =
-            ORVMathAffine2D::Translation(spot.at.x, spot.at.y) * Rotation(spot.rotation);
         if (isVertical) {
             // Lines have the middle of letters' em boxes on them.
-            const ORVMathAffine2D shifted = there * ORVMathAffine2D::Translation(span.shift, 0.0);
+            const ORVMathAffine2D shifted =
+                ORVMathAffine2D::Translation(spot.at.x + span.shift, spot.at.y) * Rotation(spot.rotation);
             segment.line =
                 shifted * Rotation(kQuarter) * ORVMathAffine2D::Translation(0.0, MiddleOf(span)) * LineUp();
             segment.toUser = segment.isUpright
                                  ? shifted * ORVMathAffine2D::Scaling(1.0, cluster.scale) * GlyphsUp(span)
                                  : segment.line * LineUp() * GlyphsUp(span);
         } else {
-            PlaceAcross(segment, there);
+            PlaceAcross(segment, spot);
         }
     }
     TextSegment& segment = segments_.back();
@@ -234,11 +237,17 @@ void TextLayout::PutOnRail(const TextCluster& cluster, const TextPath::Place& pl
     BeginSegment(cluster);
     TextSegment& segment = segments_.back();
     const TextSpan& span = content_.GetSpans()[segment.span];
+    // Vertical text has the middle of letters' em boxes on its path, as on a line.
+    const bool isVertical = content_.IsVertical();
     const ORVMathAffine2D there =
         ORVMathAffine2D::Translation(place.point.x, place.point.y) * Rotation(place.degrees) *
-        ORVMathAffine2D::Translation(-cluster.Length() / 2.0, DropOf(span) + across) * Rotation(rotation);
-    segment.line = there * LineUp();
-    segment.toUser = there * GlyphsUp(span);
+        ORVMathAffine2D::Translation(-cluster.Length() / 2.0,
+                                     across + (isVertical ? -span.shift : DropOf(span))) *
+        Rotation(rotation);
+    segment.line = there * ORVMathAffine2D::Translation(0.0, isVertical ? MiddleOf(span) : 0.0) * LineUp();
+    segment.toUser = segment.isUpright ? there * Rotation(-kQuarter) *
+                                             ORVMathAffine2D::Scaling(1.0, cluster.scale) * GlyphsUp(span)
+                                       : segment.line * LineUp() * GlyphsUp(span);
     AddGlyphs(cluster, 0.0);
     segment.advance = cluster.Length();
 }

@@ -33,7 +33,8 @@ public:
     [[nodiscard]] bool LayOut(ElementIndex element, const Style& style, const Viewport& viewport);
 
     const std::vector<TextSegment>& GetSegments() const { return segments_; }
-    const TextSpan& SpanOf(const TextSegment& segment) const { return content_.GetSpans()[segment.span]; }
+    const TextSpan& GetSpan(std::size_t number) const { return content_.GetSpans()[number]; }
+    const TextSpan& SpanOf(const TextSegment& segment) const { return GetSpan(segment.span); }
     /// The em boxes of all glyphs, in user units.
     ORVMathBox2D GetBox() const;
     ORVMathBox2D BoxOf(const TextSegment& segment) const;
@@ -48,11 +49,12 @@ private:
     [[nodiscard]] bool LayOutPlain();
     void AddPlain(const ORVShapedText& shaped, std::size_t first, std::size_t end);
     void PlacePlain(double advance);
-    void PlaceAcross(TextSegment& segment, const ORVMathAffine2D& there) const;
+    void PlaceAcross(TextSegment& segment, const Spot& spot) const;
     void FitLengths();
     void FitLength(const TextSpan& span, std::uint32_t number);
     bool ReadTextLength(const TextSpan& span, double& length) const;
     double NaturalLength(const std::vector<std::uint32_t>& clusters) const;
+    bool IsInsideChunk(std::uint32_t cluster) const;
     void SpreadOut(const std::vector<std::uint32_t>& clusters, double difference);
     std::vector<std::uint32_t> ClustersOf(const TextSpan& span) const;
     void PlaceChunks();

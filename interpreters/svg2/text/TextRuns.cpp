@@ -159,7 +159,7 @@ const ORVShapingFont* TextRuns::FontFor(std::size_t character, char32_t& code) {
     const TextCharacter& one = content_.GetCharacters()[character];
     const TextSpan& span = content_.GetSpans()[one.span];
     FontKind kind = kAcross;
-    if (one.isUpright && span.path == TextSpan::kNoPath) kind = kUpright;
+    if (one.isUpright) kind = kUpright;
     if ((span.style->fontVariants & kSmallCaps) != 0 && kind == kAcross) {
         const char32_t capital = CapitalOf(code);
         if (capital != code && SynthesizesSmallCaps(span)) {

@@ -97,11 +97,10 @@ void TextLayout::PlacePlain(double advance) {
     const TextSpan& span = content_.GetSpans()[0];
     TextChunk chunk;
     chunk.isRightToLeft = span.style->isRightToLeft;
-    const double length = advance + (chunk.isRightToLeft ? 0.0 : place.dx);
-    double x = place.x + place.dx - AnchorShare(chunk) * length;
+    double x = place.x + place.dx - AnchorShare(chunk) * advance;
     const double y = place.y + place.dy;
     for (TextSegment& segment : segments_) {
-        PlaceAcross(segment, ORVMathAffine2D::Translation(x, y));
+        PlaceAcross(segment, {.at = {x, y}});
         x += segment.advance;
     }
 }

@@ -62,6 +62,14 @@ double TextLayout::NaturalLength(const std::vector<std::uint32_t>& clusters) con
     return length;
 }
 
+/// Whether a cluster of a left-to-right chunk has another one behind it.
+bool TextLayout::IsInsideChunk(std::uint32_t cluster) const {
+    for (const TextChunk& chunk : runs_.GetChunks())
+        if (cluster >= chunk.first && cluster < chunk.end)
+            return !chunk.isRightToLeft && cluster + 1 < chunk.end;
+    return false;
+}
+
 /// Puts a difference between clusters; those that an inner length holds together stay together.
 void TextLayout::SpreadOut(const std::vector<std::uint32_t>& numbers, double difference) {
     std::vector<TextCluster>& clusters = runs_.GetClusters();
@@ -75,6 +83,9 @@ void TextLayout::SpreadOut(const std::vector<std::uint32_t>& numbers, double dif
     if (gaps == 0) return;
     for (std::size_t i = 0; i < numbers.size(); ++i)
         if (endsUnit(i)) clusters[numbers[i]].after += difference / static_cast<double>(gaps);
+    // What follows is as far away as what is inside.
+    if (IsInsideChunk(numbers.back()))
+        clusters[numbers.back()].after += difference / static_cast<double>(gaps);
 }
 
 void TextLayout::FitLength(const TextSpan& span, std::uint32_t number) {

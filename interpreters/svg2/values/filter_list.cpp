@@ -68,12 +68,20 @@ bool TakeShadow(Scanner& scanner, const UnitSizes& sizes, FilterFunction& functi
     const bool colourIsFirst = TakeShadowColour(scanner, function.colour);
     scanner.SkipSpace();
     if (!TakePixels(scanner, sizes, function.dx)) return false;
-    scanner.SkipCommaSpace();
+    scanner.SkipSpace();
     if (!TakePixels(scanner, sizes, function.dy)) return false;
-    scanner.SkipCommaSpace();
-    if (TakePixels(scanner, sizes, function.deviation)) scanner.SkipCommaSpace();
+    scanner.SkipSpace();
+    if (TakePixels(scanner, sizes, function.deviation)) scanner.SkipSpace();
     if (!colourIsFirst && !scanner.AtEnd() && !TakeShadowColour(scanner, function.colour)) return false;
     return function.deviation >= 0.0;
+}
+
+/// An angle with a unit, which only 0 does without.
+bool TakeTurn(Scanner& scanner, double& degrees) {
+    Scanner number = scanner;
+    double value = 0.0;
+    const bool hasUnit = number.TakeNumber(value) && !number.TakeName().empty();
+    return TakeAngle(scanner, degrees) && (hasUnit || value == 0.0);
 }
 
 bool TakeArgument(Scanner& scanner, Argument argument, const UnitSizes& sizes, FilterFunction& function) {
@@ -85,7 +93,7 @@ bool TakeArgument(Scanner& scanner, Argument argument, const UnitSizes& sizes, F
             if (!TakeAmount(scanner, function.amount)) return false;
             function.amount = std::min(function.amount, 1.0);
             return true;
-        case Argument::kAngle: return TakeAngle(scanner, function.amount);
+        case Argument::kAngle: return TakeTurn(scanner, function.amount);
         case Argument::kShadow: return TakeShadow(scanner, sizes, function);
     }
     return false;

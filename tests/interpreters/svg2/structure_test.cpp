@@ -220,6 +220,24 @@ TEST(StructureTest, LinksAndTheirTargetsAreGroups) {
               "group #goal\n  0,0 3,3 fill #000000\n");
 }
 
+TEST(StructureTest, LinksInTextAreGroupsOfTheirGlyphs) {
+    const auto groupsOf = [](const std::string& content) {
+        const std::string calls = SketchContent("<text y='10'>" + content + "</text>");
+        std::string order;
+        for (std::size_t i = 0; i < calls.size(); i = calls.find('\n', i) + 1)
+            order += calls.compare(i, 6, "group ") == 0
+                         ? "[" + calls.substr(i + 6, calls.find('\n', i) - i - 6) + "]"
+                     : calls[i] == ' ' ? "linked "
+                                       : "plain ";
+        return order;
+    };
+    EXPECT_EQ(groupsOf("a<a href='https://example.org/'>b<tspan fill='red'>c</tspan></a>d"),
+              "plain [->https://example.org/]linked linked plain ");
+    EXPECT_EQ(groupsOf("<a href='x'>b</a><a href='y'>c<a href='z'>d</a>e</a>"),
+              "[->x]linked [->y]linked [->z]linked [->y]linked ");
+    EXPECT_EQ(groupsOf("a<a href='#nowhere'>b</a><a>c</a>"), "plain plain plain ");
+}
+
 TEST(StructureTest, ImagesLieAsTheirRatioSays) {
     // Two pixels wide, one pixel high.
     const std::string image =

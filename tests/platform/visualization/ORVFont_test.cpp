@@ -228,4 +228,34 @@ TEST_F(CatalogueTest, ManyThreadsMayAsk) {
     for (const ORVFont* font : found) EXPECT_EQ(font, FindFontForStyle("Liberation Mono"));
 }
 
+TEST_F(CatalogueTest, FamiliesAreChosenByNameByMetricsOrByLook) {
+    const struct {
+        const char *families, *file;
+        bool isOfFamily;
+    } kRows[] = {
+        {"Liberation Mono", "LiberationMono-Regular.ttf", true},
+        {"liberation MONO", "LiberationMono-Regular.ttf", true},
+        {" Liberation\n  Mono ", "LiberationMono-Regular.ttf", true},
+        {"'Liberation  Mono', Liberation Sans", "LiberationSans-Regular.ttf", true},
+        {"Nowhere, 'Liberation Sans'", "LiberationSans-Regular.ttf", true},
+        {"Arial", "LiberationSans-Regular.ttf", true},
+        {"Nowhere, Courier New", "LiberationMono-Regular.ttf", true},
+        {"Nowhere", "LiberationSerif-Regular.ttf", false},
+        {"Nowhere Else", "LiberationSerif-Regular.ttf", false},
+        {"", "LiberationSerif-Regular.ttf", true},
+    };
+    for (const auto& row : kRows) {
+        const ORVFontChoice choice = ORVChooseFont({.families = row.families});
+        EXPECT_EQ(choice.font->GetName().GetView(), row.file) << row.families;
+        EXPECT_EQ(choice.isOfFamily, row.isOfFamily) << row.families;
+    }
+    const ORVFontChoice bold = ORVChooseFont({.families = "Nowhere", .weight = 700});
+    EXPECT_EQ(bold.font->GetName().GetView(), "LiberationSerif-Bold.ttf");
+    EXPECT_EQ(ORVChooseFont({.families = "Nowhere Again"}).font->GetName().GetView(),
+              "LiberationSerif-Regular.ttf");
+    const ORVFontChoice generic = ORVChooseFont({.families = "Nowhere, monospace"});
+    EXPECT_TRUE(generic.isOfFamily);
+    EXPECT_EQ(generic.font, ORVChooseFont({.families = "monospace"}).font);
+}
+
 }  // namespace

@@ -2,10 +2,12 @@
 #include "platform/visualization/fonts/module/font_choice.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/visualization/fonts/module/face_axes.h"
@@ -26,6 +28,18 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kSpaces) - first + 1);
 }
 
+std::string WithSingleSpaces(std::string_view text) {
+    std::string single;
+    for (const char c : text) {
+        const bool isSpace = c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f';
+        if (!isSpace)
+            single += c;
+        else if (single.empty() || single.back() != ' ')
+            single += ' ';
+    }
+    return single;
+}
+
 /// The names of a list, without their quotes, and with one space for each run of them where there are none.
 std::vector<std::string> SplitFamilies(std::string_view list) {
     std::vector<std::string> families;
@@ -40,8 +54,10 @@ std::vector<std::string> SplitFamilies(std::string_view list) {
         }
         std::string_view name = Trim(list.substr(0, end));
         if (name.size() >= 2 && (name.front() == '"' || name.front() == '\'') && name.back() == name.front())
-            name = Trim(name.substr(1, name.size() - 2));
-        if (!name.empty()) families.emplace_back(name);
+            families.emplace_back(Trim(name.substr(1, name.size() - 2)));
+        else
+            families.push_back(WithSingleSpaces(name));
+        if (families.back().empty()) families.pop_back();
         list.remove_prefix(std::min(end + 1, list.size()));
     }
     return families;
@@ -52,8 +68,66 @@ struct PatternDelete {
 };
 using Pattern = std::unique_ptr<FcPattern, PatternDelete>;
 
-/// What fontconfig has for a family, be it another one of the same metrics or look.
+std::string LowerCase(const FcChar8* name) {
+    const std::unique_ptr<FcChar8, decltype(&std::free)> lower(FcStrDowncase(name), &std::free);
+    if (!lower) throw std::bad_alloc();
+    return reinterpret_cast<const char*>(lower.get());
+}
+
+/// Whether a font has this name of a family, in any language.
+bool IsInstalled(const FcChar8* family) {
+    static const auto* const installed = [] {
+        auto* const names = new std::unordered_set<std::string>;
+        for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
+            const FcFontSet* const fonts = FcConfigGetFonts(FontconfigConfiguration(), set);
+            for (int i = 0; fonts && i < fonts->nfont; ++i) {
+                FcChar8* name = nullptr;
+                for (int n = 0; FcPatternGetString(fonts->fonts[i], FC_FAMILY, n, &name) == FcResultMatch;
+                     ++n)
+                    names->insert(LowerCase(name));
+            }
+        }
+        return names;
+    }();
+    return installed->contains(LowerCase(family));
+}
+
+/// Whether a font of a pattern's family is installed, or of one that is as good.
+bool MayBeOfFamily(FcPattern* substituted) {
+    FcValue value;
+    FcValueBinding binding = FcValueBindingWeak;
+    for (int i = 0; FcPatternGetWithBinding(substituted, FC_FAMILY, i, &value, &binding) == FcResultMatch;
+         ++i)
+        if (value.type == FcTypeString && (binding != FcValueBindingWeak || i == 0) && IsInstalled(value.u.s))
+            return true;
+    return false;
+}
+
+/// Families that are as good as the one that was asked for are bound to it like it is itself; those of the
+/// last resort are bound weakly.
+bool IsOfFamily(FcPattern* substituted, FcPattern* match) {
+    FcChar8* matched = nullptr;
+    if (FcPatternGetString(match, FC_FAMILY, 0, &matched) != FcResultMatch) return false;
+    FcValue value;
+    FcValueBinding binding = FcValueBindingWeak;
+    for (int i = 0; FcPatternGetWithBinding(substituted, FC_FAMILY, i, &value, &binding) == FcResultMatch;
+         ++i)
+        if (value.type == FcTypeString && FcStrCmpIgnoreCase(value.u.s, matched) == 0)
+            return binding != FcValueBindingWeak || i == 0;
+    return false;
+}
+
+bool IsGeneric(std::string_view family) {
+    constexpr std::string_view kGeneric[] = {"serif",        "sans-serif", "monospace", "cursive",
+                                             "fantasy",      "system-ui",  "ui-serif",  "ui-sans-serif",
+                                             "ui-monospace", "sans",       "mono"};
+    return std::find(std::begin(kGeneric), std::end(kGeneric), family) != std::end(kGeneric);
+}
+
+/// What fontconfig has for a family, be it another one of the same metrics or look. A match looks at all
+/// fonts, so none is asked for where only the last resort could come of it.
 /// @param isOfFamily  out: whether that is more than its last resort
+/// @return null also where it would be the last resort of a name that stands for no look
 const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::string& family, int slant,
                                    int width, int weight, bool& isOfFamily) {
     FcConfig* const configuration = FontconfigConfiguration();
@@ -65,32 +139,35 @@ const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::st
     FcPatternAddInteger(wanted.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
     FcPatternAddBool(wanted.get(), FC_OUTLINE, FcTrue);
     FcConfigSubstitute(configuration, wanted.get(), FcMatchPattern);
+    isOfFamily = false;
+    if (!IsGeneric(family) && !MayBeOfFamily(wanted.get())) return nullptr;
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultNoMatch;
     const Pattern match(FcFontMatch(configuration, wanted.get(), &result));
     if (!match) return nullptr;
-    // Families that are as good as the one that was asked for are bound to it like it is itself; those of
-    // the last resort are bound weakly.
-    FcChar8* matched = nullptr;
-    FcPatternGetString(match.get(), FC_FAMILY, 0, &matched);
-    FcValue value;
-    FcValueBinding binding = FcValueBindingWeak;
-    isOfFamily = false;
-    for (int i = 0;
-         matched && FcPatternGetWithBinding(wanted.get(), FC_FAMILY, i, &value, &binding) == FcResultMatch;
-         ++i) {
-        if (value.type != FcTypeString || FcStrCmpIgnoreCase(value.u.s, matched) != 0) continue;
-        isOfFamily = binding != FcValueBindingWeak || i == 0;
-        break;
-    }
+    isOfFamily = IsOfFamily(wanted.get(), match.get());
     return catalogue.EntryOf(match.get());
 }
 
-bool IsGeneric(std::string_view family) {
-    constexpr std::string_view kGeneric[] = {"serif",        "sans-serif", "monospace", "cursive",
-                                             "fantasy",      "system-ui",  "ui-serif",  "ui-sans-serif",
-                                             "ui-monospace", "sans",       "mono"};
-    return std::find(std::begin(kGeneric), std::end(kGeneric), family) != std::end(kGeneric);
+/// What drawings that name no font were made with, or has its metrics; else any serif font.
+const CatalogueEntry* LastResort(const FontCatalogue& catalogue, int slant, int width, int weight) {
+    bool isSerif = false;
+    const CatalogueEntry* entry = AskForFamily(catalogue, "Times New Roman", slant, width, weight, isSerif);
+    if (!entry || !isSerif) entry = AskForFamily(catalogue, "serif", slant, width, weight, isSerif);
+    return entry ? entry : catalogue.EntryAt(1);
+}
+
+/// The same for each text in a missing family, so what was asked for last is kept.
+const CatalogueEntry* FindLastResort(const FontCatalogue& catalogue, int slant, int width, int weight) {
+    struct Kept {
+        const FontCatalogue* catalogue = nullptr;
+        int slant = 0, width = 0, weight = 0;
+        const CatalogueEntry* entry = nullptr;
+    };
+    static Kept kept;
+    if (kept.catalogue != &catalogue || kept.slant != slant || kept.width != width || kept.weight != weight)
+        kept = {&catalogue, slant, width, weight, LastResort(catalogue, slant, width, weight)};
+    return kept.entry;
 }
 
 /// The entry that a query chooses.
@@ -108,12 +185,7 @@ const CatalogueEntry* Choose(const FontCatalogue& catalogue, const ORVFontQuery&
             return &catalogue.NearestFace(*entry, slant, width, query.weight);
     }
     isOfFamily = Trim(query.families).empty();
-    // What drawings that name no font were made with, or has its metrics; else any serif font.
-    bool isSerif = false;
-    const CatalogueEntry* entry =
-        AskForFamily(catalogue, "Times New Roman", slant, width, query.weight, isSerif);
-    if (!entry || !isSerif) entry = AskForFamily(catalogue, "serif", slant, width, query.weight, isSerif);
-    if (!entry) entry = catalogue.EntryAt(1);
+    const CatalogueEntry* const entry = FindLastResort(catalogue, slant, width, query.weight);
     return entry ? &catalogue.NearestFace(*entry, slant, width, query.weight) : nullptr;
 }
 
