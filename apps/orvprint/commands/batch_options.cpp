@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/batch_options.h"
 
-#include <CLI/CLI.hpp>
-
 #include <set>
 
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/commands/content_hash.h"
 
-void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
+void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptions& options) {
     auto* folder =
         command.add_option("--out-dir", options.folder, "Write each input to its own file, DIR/NAME.FORMAT");
     folder->option_text("DIR");
@@ -49,7 +48,7 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
 }
 
-void AddListOptions(CLI::App& command, DrawingLists& lists) {
+void AddListOptions(CommandOptions& command, DrawingLists& lists) {
     CLI::Option* from =
         command.add_option("--files-from", lists.paths,
                            "Also convert the drawings named in LIST, one per line; - for standard input");

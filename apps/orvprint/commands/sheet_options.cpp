@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/sheet_options.h"
 
-#include <CLI/CLI.hpp>
+#include "apps/orvprint/commands/command_options.h"
 
-void AddSheetOptions(CLI::App& command, SheetWords& arguments) {
+void AddSheetOptions(CommandOptions& command, SheetWords& arguments) {
     constexpr const char* kGroup = "Paper";
     command
         .add_option("--paper", arguments.paper,
