@@ -50,7 +50,6 @@ names_of(called "${CALLERS}" "-u" "Uw")
 set(place 0)
 set(libraries "")
 set(flags "")
-set(first_addresses "")
 set(functions "")
 foreach(library IN LISTS LIBRARIES)
     names_of(defined "${library}" "-D;--defined-only" "TWi")
@@ -73,11 +72,7 @@ foreach(library IN LISTS LIBRARIES)
     string(APPEND libraries "    {\"${CMAKE_MATCH_1}\",\n")
     foreach(name IN LISTS used)
         string(APPEND libraries "     \"${name}\\0\"\n")
-        string(APPEND first_addresses "    .quad .Llate${place}\n")
-        string(APPEND functions
-            "    .globl ${name}\n    .hidden ${name}\n    .type ${name}, @function\n    .balign 16\n${name}:\n"
-            "    endbr64\n    jmp *orvLateTable+8*${place}(%rip)\n    .size ${name}, . - ${name}\n"
-            ".Llate${place}:\n    endbr64\n    pushq $${place}\n    jmp orvLateCommon\n")
+        string(APPEND functions "    orvLate ${name}, ${place}\n")
         math(EXPR place "${place} + 1")
     endforeach()
     list(LENGTH used count)
@@ -107,8 +102,6 @@ asm(R\"(
     .hidden orvLateTable
     .type orvLateTable, @object
 orvLateTable:
-${first_addresses}    .size orvLateTable, . - orvLateTable
-    .balign 4096
     .text
     .balign 16
     .type orvLateCommon, @function
@@ -153,6 +146,30 @@ orvLateCommon:
     addq $8, %rsp
     jmp *%r11
     .size orvLateCommon, . - orvLateCommon
-${functions})\");
+
+    .macro orvLate name, place
+    .globl \\name
+    .hidden \\name
+    .type \\name, @function
+    .balign 16
+\\name:
+    endbr64
+    jmp *orvLateTable+8*\\place(%rip)
+    .size \\name, . - \\name
+.Llate\\place:
+    endbr64
+    pushq $\\place
+    jmp orvLateCommon
+    .pushsection .data.rel.ro.orv_late, \"aw\", @progbits
+    .quad .Llate\\place
+    .popsection
+    .endm
+
+${functions}
+    .section .data.rel.ro.orv_late, \"aw\", @progbits
+    .size orvLateTable, . - orvLateTable
+    .balign 4096
+    .text
+)\");
 ")
 file(RENAME "${OUTPUT}.new" "${OUTPUT}")

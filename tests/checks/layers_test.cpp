@@ -119,12 +119,17 @@ const std::map<std::string, Layers> kMayKnow{
      {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/printing", {}},
+    // What modules export, whose code the command has linked in.
+    {"apps/orvprint/linked",
+     {"platform/system", "platform/visualization", "generators/postscript", "interpreters/svg/interpreter",
+      "interpreters/svg2/interpreter", "apps/orvprint/process", "apps/orvprint/printing"}},
     {"apps/orvprint/commands",
      Below(kPlatform,
            Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",
                             "generators/sheet", "generators/svg", "apps/orvprint/sandbox",
                             "apps/orvprint/process", "apps/orvprint/input"}))},
-    {"apps/orvprint", {"generators/common", "apps/orvprint/process", "apps/orvprint/commands"}},
+    {"apps/orvprint",
+     {"generators/common", "apps/orvprint/process", "apps/orvprint/commands", "apps/orvprint/linked"}},
 };
 
 // The layer of a path such as "platform/xml/ORVXmlNode.h"; empty when it belongs to none.

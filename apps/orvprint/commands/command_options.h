@@ -34,6 +34,13 @@ private:
     std::vector<std::string_view> words_;  // without values that follow a sign of equality
 };
 
+/// The library's check of a range, made when a value is checked: its description takes longer to make than an
+/// option, and few are read.
+template <class Number>
+CLI::Validator IsInRange(Number least, Number most) {
+    return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
+}
+
 /// Takes options as the library does, but adds only those that are given. Those who add the others configure
 /// an option that nobody asks.
 class CommandOptions {
