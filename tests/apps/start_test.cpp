@@ -59,7 +59,7 @@ TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
 #ifndef ORV_IS_SANITIZED
 // Each is a search for a name in all libraries: a thousand instructions.
 TEST_F(StartTest, FewAddressesAreLookedUp) {
-    EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 700);
+    EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 500);
 }
 
 TEST_F(StartTest, ASmallDrawingTakesFewInstructions) {
@@ -68,8 +68,10 @@ TEST_F(StartTest, ASmallDrawingTakesFewInstructions) {
 #else
     constexpr long kMost = 4'000'000;  // counters of lines included
 #endif
+    // Valgrind reads what compilers tell debuggers, and not all that is newer than itself.
+    ASSERT_EQ(RunProgram({"strip", "-o", "orvprint", ORV_TOOL_PATH}).exitCode, 0);
     const ToolRun run = RunProgram({"valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
-                                    ORV_TOOL_PATH, "figure.svg", "-o", "figure.pdf"});
+                                    "./orvprint", "figure.svg", "-o", "figure.pdf"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_LT(NumberBehind(run.errors, "refs:"), kMost);
 }
