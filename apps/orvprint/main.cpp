@@ -94,7 +94,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
         });
     command.add_option("--font-size", options.fontSize, "Font size in px of text without one; svg2 only")
         ->option_text("PX [12]")
-        ->check(IsInRange(0.1, 10000.0))
+        ->check(command.IsInRange(0.1, 10000.0))
         ->check(IsNumber());
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
@@ -127,11 +127,11 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
             },
             "Same as --limit primitives=N")
         ->option_text("N")
-        ->check(IsInRange(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
+        ->check(command.IsInRange(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
     command
         .add_option("--time-limit", options.timeLimit, "Abort a drawing after N seconds (default: no limit)")
         ->option_text("N")
-        ->check(IsInRange(0.001, 1e9))
+        ->check(command.IsInRange(0.001, 1e9))
         ->check(IsNumber());
     CLI::Option* without =
         command.add_flag("--no-sandbox", options.withoutSandbox, "Keep rights that printing does not need");
@@ -245,12 +245,12 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     const CLI::Option* pagesOption =
         app.add_option("-P,--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of raster output in dots per inch")
-        ->check(IsInRange(1.0, 10000.0))
+        ->check(app.IsInRange(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [90]");
     app.add_option("--flatten-dpi", print.flattenDotsPerInch,
                    "Resolution of filters, and of transparent parts in ps and eps")
-        ->check(IsInRange(1.0, 10000.0))
+        ->check(app.IsInRange(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [300]");
     CLI::Option* strict =

@@ -119,10 +119,10 @@ const std::map<std::string, Layers> kMayKnow{
      {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/printing", {}},
-    // What modules export, whose code the command has linked in.
+    // Modules that the command has linked in, by the names that they export.
     {"apps/orvprint/linked",
-     {"platform/system", "platform/visualization", "generators/postscript", "interpreters/svg/interpreter",
-      "interpreters/svg2/interpreter", "apps/orvprint/process", "apps/orvprint/printing"}},
+     {"platform/system", "platform/visualization", "generators/common", "generators/postscript",
+      "apps/orvprint/process", "apps/orvprint/printing"}},
     {"apps/orvprint/commands",
      Below(kPlatform,
            Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",

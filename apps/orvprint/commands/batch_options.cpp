@@ -12,7 +12,7 @@ void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptio
     folder->option_text("DIR");
     command.add_option("-j,--jobs", options.jobs, "Number of parallel conversions, with --out-dir")
         ->option_text("N [cores]")
-        ->check(IsInRange(1U, 1024U))
+        ->check(command.IsInRange(1U, 1024U))
         ->needs(folder);
     command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
     command
@@ -43,7 +43,7 @@ void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptio
         .add_option("--retry", options.retries,
                     "Retry a drawing up to N times if a file, time or memory made it fail")
         ->option_text("N [0]")
-        ->check(IsInRange(0U, 100U))
+        ->check(command.IsInRange(0U, 100U))
         ->needs(folder);
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
 }

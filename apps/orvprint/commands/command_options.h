@@ -34,13 +34,6 @@ private:
     std::vector<std::string_view> words_;  // without values that follow a sign of equality
 };
 
-/// The library's check of a range, made when a value is checked: its description takes longer to make than an
-/// option, and few are read.
-template <class Number>
-CLI::Validator IsInRange(Number least, Number most) {
-    return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
-}
-
 /// Takes options as the library does, but adds only those that are given. Those who add the others configure
 /// an option that nobody asks.
 class CommandOptions {
@@ -64,6 +57,14 @@ public:
     }
     const CLI::Option* get_option_no_throw(const std::string& name) const {
         return app_ ? std::as_const(*app_).get_option_no_throw(name) : nullptr;
+    }
+
+    /// The library's check of a range. Its description, which messages quote, takes longer to make than an
+    /// option; words that give a message are read again with all.
+    template <class Number>
+    CLI::Validator IsInRange(Number least, Number most) const {
+        if (words_.AreAll()) return CLI::Range(least, most);
+        return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
     }
 
     /// A command with options of its own. When it is not given, it takes none.

@@ -72,7 +72,7 @@ void AddDirectOptions(CommandOptions& command, DirectArguments& arguments) {
     printer->option_text("NAME|URI")->group(kGroup);
     command.add_option("-n,--copies", arguments.copies, "Number of copies")
         ->option_text("N [1]")
-        ->check(IsInRange(1U, 9999U))
+        ->check(command.IsInRange(1U, 9999U))
         ->needs(printer)
         ->group(kGroup);
     command.add_option("-t,--title", arguments.title, "Title of the job")

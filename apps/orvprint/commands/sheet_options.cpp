@@ -43,7 +43,7 @@ void AddSheetOptions(CommandOptions& command, SheetWords& arguments) {
         ->group(kGroup);
     command.add_option("--nup", arguments.pagesPerSheet, "Print N pages on each sheet, in rows")
         ->option_text("N")
-        ->check(IsInRange(1U, kMostPagesPerSheet))
+        ->check(command.IsInRange(1U, kMostPagesPerSheet))
         ->group(kGroup);
     command.add_flag("--grey,--gray", arguments.isGrey, "Print in greyscale")->group(kGroup);
     command.add_flag("--mono", arguments.isMono, "Print in black and white: lines and text in black")

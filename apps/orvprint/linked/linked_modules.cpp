@@ -8,18 +8,28 @@
 #include "apps/orvprint/linked/late_libraries.h"
 #include "apps/orvprint/printing/PrinterConnection.h"
 #include "generators/postscript/postscript_module.h"
-#include "interpreters/svg/interpreter/ORVPrintQVXMLInterpreter.h"
-#include "interpreters/svg/interpreter/ORVPrintSVGInterpreter.h"
-#include "interpreters/svg/interpreter/factories.h"
-#include "interpreters/svg2/interpreter/ORVPrintSVG2Interpreter.h"
-#include "interpreters/svg2/interpreter/factories.h"
 #include "platform/system/modules.h"
 #include "platform/visualization/colours/colour_conversion.h"
 #include "platform/visualization/fonts/font_system.h"
 #include "platform/visualization/images/module_images.h"
 
-// What modules export by name only.
+class ORVPrintInput;
+class ORVPrintInputXMLElement;
+class ORVPrintInterpreter;
+class ORVUnicodeString;
+
+// The names that modules export, as the framework asks for them.
+#define ORV_SVG_PATH "_ZN22ORVPrintSVGInterpreter14SetCurrentPathERK16ORVUnicodeString"
+#define ORV_QVXML_PATH "_ZN24ORVPrintQVXMLInterpreter14SetCurrentPathERK16ORVUnicodeString"
+#define ORV_SVG2_PATH "_ZN23ORVPrintSVG2Interpreter14SetCurrentPathERK16ORVUnicodeString"
+
 extern "C" {
+ORVPrintInterpreter* fctCreateORVPrintSVGInterpreter(ORVPrintInput* input);
+ORVPrintInterpreter* fctCreateORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input);
+ORVPrintInterpreter* fctCreateORVPrintSVG2Interpreter(ORVPrintInput* input);
+int SetSvgPath(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path) asm(ORV_SVG_PATH);
+int SetQvxmlPath(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path) asm(ORV_QVXML_PATH);
+int SetSvg2Path(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path) asm(ORV_SVG2_PATH);
 std::remove_pointer_t<ORVFontSystemFactory> orvGetFontSystem;
 std::remove_pointer_t<ColourFactory> orvCreateColourConversion;
 std::remove_pointer_t<ModuleImageReader> orvReadImage;
@@ -32,12 +42,6 @@ namespace {
 template <class Function>
 void* AddressOf(Function* function) {
     return reinterpret_cast<void*>(function);
-}
-
-/// The operation of an interpreter's class that the framework calls by its exported name.
-template <class Interpreter>
-int SetCurrentPath(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path) {
-    return static_cast<Interpreter*>(interpreter)->SetCurrentPath(path);
 }
 
 bool LoadFontLibraries(std::string& error) {
@@ -64,14 +68,11 @@ void UseLinkedModules() {
     static const std::array svg{
         ORVLinkedName{"fctCreateORVPrintSVGInterpreter", AddressOf(fctCreateORVPrintSVGInterpreter)},
         ORVLinkedName{"fctCreateORVPrintQVXMLInterpreter", AddressOf(fctCreateORVPrintQVXMLInterpreter)},
-        ORVLinkedName{"_ZN22ORVPrintSVGInterpreter14SetCurrentPathERK16ORVUnicodeString",
-                      AddressOf(SetCurrentPath<ORVPrintSVGInterpreter>)},
-        ORVLinkedName{"_ZN24ORVPrintQVXMLInterpreter14SetCurrentPathERK16ORVUnicodeString",
-                      AddressOf(SetCurrentPath<ORVPrintQVXMLInterpreter>)}};
+        ORVLinkedName{ORV_SVG_PATH, AddressOf(SetSvgPath)},
+        ORVLinkedName{ORV_QVXML_PATH, AddressOf(SetQvxmlPath)}};
     static const std::array svg2{
         ORVLinkedName{"fctCreateORVPrintSVG2Interpreter", AddressOf(fctCreateORVPrintSVG2Interpreter)},
-        ORVLinkedName{"_ZN23ORVPrintSVG2Interpreter14SetCurrentPathERK16ORVUnicodeString",
-                      AddressOf(SetCurrentPath<ORVPrintSVG2Interpreter>)}};
+        ORVLinkedName{ORV_SVG2_PATH, AddressOf(SetSvg2Path)}};
     static const std::array fonts{ORVLinkedName{kFontSystemFactory, AddressOf(orvGetFontSystem)}};
     static const std::array postScript{
         ORVLinkedName{kPostScriptFactory, AddressOf(orvCreatePostScriptGenerator)}};
