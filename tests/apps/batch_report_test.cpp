@@ -24,6 +24,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::Pair;
 using testing::UnorderedElementsAre;
 
 class BatchReportTest : public BatchTest {
@@ -195,17 +196,51 @@ TEST_F(BatchReportTest, WhatIsDoneAndUnchangedIsLeftAlone) {
     EXPECT_EQ(ByName("r").at("a.svg")["status"], "unchanged");
 }
 
-TEST_F(BatchReportTest, WhatReadOtherFilesIsConvertedAgain) {
-    WriteFile("dot.svg", SmallDrawing("<rect width='9' height='9'/>"));
-    ASSERT_EQ(Run({"dot.svg", "-o", "dot.png"}).exitCode, 0);
+TEST_F(BatchReportTest, OtherFilesThatADrawingReadCountAsItsContent) {
+    const auto image = [this](const std::string& colour) {
+        WriteFile("dot.svg", SmallDrawing("<rect width='9' height='9' fill='" + colour + "'/>"));
+        ASSERT_EQ(Run({"dot.svg", "-o", "dot.png"}).exitCode, 0);
+    };
+    image("red");
     WriteFile("shows.svg",
               "<svg width='99' height='99' xmlns:xlink='http://www.w3.org/1999/xlink'>"
-              "<image width='50' height='50' xlink:href='dot.png'/></svg>");
-    ASSERT_EQ(Convert({"shows.svg", "a.svg", "--report", "r"}).exitCode, 0);
-    EXPECT_EQ(ByName("r").at("shows.svg")["otherFiles"], 1);
-    EXPECT_EQ(ByName("r").at("a.svg")["otherFiles"], 0);
-    EXPECT_THAT(Convert({"shows.svg", "a.svg", "--report", "r", "--resume", "r"}).errors,
-                HasSubstr("2 of 2 converted, 0 failed, 1 unchanged"));
+              "<image width='50' height='50' xlink:href='dot.png'/><image width='5' height='5' "
+              "xlink:href='dot.png'/>"
+              "<image width='50' height='50' xlink:href='missing.png'/>"
+              "<image width='50' height='50' xlink:href='data:image/png;base64,AAAA'/></svg>");
+    const std::vector<std::string> again{"shows.svg", "a.svg", "--report", "r", "--resume", "r"};
+    ASSERT_EQ(Convert(again).exitCode, 0);
+    // By two names: from the drawing's folder, and as it stands there.
+    std::map<std::string, std::string> files;
+    const json record = ByName("r").at("shows.svg");
+    for (const json& file : record["otherFiles"])
+        files[fs::path(file["name"].get<std::string>()).filename()] = file["hash"];
+    EXPECT_THAT(files, UnorderedElementsAre(Pair("dot.png", HashOf("dot.png")), Pair("missing.png", "")));
+    EXPECT_THAT(ByName("r").at("a.svg")["otherFiles"], IsEmpty());
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 2 unchanged"));
+
+    image("blue");
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 1 unchanged"));
+    EXPECT_EQ(ByName("r").at("shows.svg")["status"], "done");
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 2 unchanged"));
+
+    fs::copy_file(Folder() / "dot.png", Folder() / "missing.png");
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 1 unchanged"));
+    fs::remove(Folder() / "dot.png");
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 1 unchanged"));
+    EXPECT_THAT(Convert(again).errors, HasSubstr("2 of 2 converted, 0 failed, 2 unchanged"));
+}
+
+TEST_F(BatchReportTest, NamesOfOtherFilesThatAReportCannotHoldCountAsChanged) {
+    WriteFile("shows.svg",
+              "<svg width='99' height='99' xmlns:xlink='http://www.w3.org/1999/xlink'>"
+              "<image width='50' height='50' xlink:href='%FF.png'/></svg>");
+    const std::vector<std::string> again{"shows.svg", "--interpreter", "svg2", "--report",
+                                         "r",         "--resume",      "r"};
+    ASSERT_EQ(Convert(again).exitCode, 0);
+    ASSERT_EQ(ByName("r").at("shows.svg")["otherFiles"].size(), 1U);
+    EXPECT_THAT(Convert(again).errors, HasSubstr("1 of 1 converted, 0 failed, "));
+    EXPECT_EQ(ByName("r").at("shows.svg")["status"], "done");
 }
 
 TEST_F(BatchReportTest, FailuresThatMayPassAreAttemptedAgain) {
@@ -320,11 +355,18 @@ TEST_F(BatchReportTest, DifferentOutputsFromTheSameContentAreNamed) {
     const auto outputs = [](const std::string& hash) {
         return R"("code":0,"options":"o","outputs":[{"file":"a","bytes":1,"hash":")" + hash + "\"}]";
     };
-    WriteFile("r", Line("a", "1", "done", outputs("x")) + Line("b", "1", "done", outputs("x")));
-    WriteFile("s", Line("a", "1", "done", outputs("y")) + Line("b", "1", "done", outputs("x")));
+    const auto shows = [&](const std::string& image, const std::string& output) {
+        return Line("c", "1", "done",
+                    R"("otherFiles":[{"name":"i","hash":")" + image + "\"}]," + outputs(output));
+    };
+    WriteFile("r",
+              Line("a", "1", "done", outputs("x")) + Line("b", "1", "done", outputs("x")) + shows("1", "x"));
+    WriteFile("s",
+              Line("a", "1", "done", outputs("y")) + Line("b", "1", "done", outputs("x")) + shows("2", "y"));
     const ToolRun run = Run({"report", "r", "s"});
     EXPECT_THAT(run.output, HasSubstr("different outputs from the same content: a\n"));
     EXPECT_THAT(run.output, Not(HasSubstr("content: b")));
+    EXPECT_THAT(run.output, Not(HasSubstr("content: c")));  // an image that it shows has changed
 }
 
 TEST_F(BatchReportTest, WhatIsNoReportIsRefusedOrPassedOver) {

@@ -166,11 +166,11 @@ private:
         return batch_.report.empty() ? static_cast<int>(kExitDone) : report_.Open(batch_.report);
     }
 
-    /// Whether a drawing that an earlier run has done needs no other attempt, unless it has changed. Of other
-    /// files that it read, nothing is known.
+    /// Whether a drawing that an earlier run has done needs no other attempt, unless it, or a file that it
+    /// read, has changed.
     bool CanStay(const BatchRecord& record) const {
         if (!record.IsGood() || record.input.empty() || record.options != batch_.optionsHash ||
-            record.otherFiles > 0 || record.outputs.empty())
+            record.outputs.empty())
             return false;
         return std::all_of(record.outputs.begin(), record.outputs.end(),
                            [](const BatchRecord::Output& output) {

@@ -48,7 +48,15 @@ void WriteRecord(JsonWriter& json, const BatchRecord& record) {
     json.Key("milliseconds");
     json.Number(record.milliseconds);
     number("memory", record.memory);
-    number("otherFiles", record.otherFiles);
+    json.Key("otherFiles");
+    json.BeginArray();
+    for (const BatchRecord::OtherFile& file : record.otherFiles) {
+        json.BeginObject();
+        text("name", file.name);
+        text("hash", file.hash);
+        json.EndObject();
+    }
+    json.EndArray();
     json.Key("outputs");
     json.BeginArray();
     for (const BatchRecord::Output& output : record.outputs) {
@@ -80,13 +88,12 @@ double DecimalOf(const rapidjson::Value& object, const char* key) {
     return found != object.MemberEnd() && found->value.IsNumber() ? found->value.GetDouble() : 0.0;
 }
 
-void ReadOutputs(const rapidjson::Value& object, std::vector<BatchRecord::Output>& outputs) {
-    outputs.clear();
-    const auto found = object.FindMember("outputs");
+template <class Use>
+void ForEachObject(const rapidjson::Value& object, const char* key, const Use& use) {
+    const auto found = object.FindMember(key);
     if (found == object.MemberEnd() || !found->value.IsArray()) return;
-    for (const rapidjson::Value& output : found->value.GetArray())
-        if (output.IsObject())
-            outputs.push_back({TextOf(output, "file"), NumberOf(output, "bytes"), TextOf(output, "hash")});
+    for (const rapidjson::Value& element : found->value.GetArray())
+        if (element.IsObject()) use(element);
 }
 
 bool WriteAll(int file, std::string_view bytes) {
@@ -153,8 +160,12 @@ bool ReadRecord(std::string_view line, BatchRecord& record) {
     record.findings = NumberOf(object, "findings");
     record.milliseconds = DecimalOf(object, "milliseconds");
     record.memory = NumberOf(object, "memory");
-    record.otherFiles = NumberOf(object, "otherFiles");
-    ReadOutputs(object, record.outputs);
+    ForEachObject(object, "otherFiles", [&](const rapidjson::Value& file) {
+        record.otherFiles.push_back({TextOf(file, "name"), TextOf(file, "hash")});
+    });
+    ForEachObject(object, "outputs", [&](const rapidjson::Value& output) {
+        record.outputs.push_back({TextOf(output, "file"), NumberOf(output, "bytes"), TextOf(output, "hash")});
+    });
     record.message = TextOf(object, "message");
     return true;
 }

@@ -19,6 +19,11 @@ struct BatchRecord {
         std::uint64_t bytes = 0;
         std::string hash;
     };
+    /// Another file that the drawing asked for, such as an image.
+    struct OtherFile {
+        std::string name;
+        std::string hash;  ///< of its content before it was read; empty when it could not be read
+    };
 
     std::string name;     ///< as the command was given it
     std::string input;    ///< hash of the file's content; empty when it could not be read
@@ -27,10 +32,10 @@ struct BatchRecord {
     int code = 0;  ///< as the command would have ended with this drawing alone
     unsigned int attempts = 1;
     unsigned int pages = 0;
-    std::uint64_t findings = 0;    ///< of the check
-    double milliseconds = 0.0;     ///< wall clock
-    std::uint64_t memory = 0;      ///< largest resident size of the process that drew it, bytes; 0: unknown
-    std::uint64_t otherFiles = 0;  ///< that the drawing read
+    std::uint64_t findings = 0;  ///< of the check
+    double milliseconds = 0.0;   ///< wall clock
+    std::uint64_t memory = 0;    ///< largest resident size of the process that drew it, bytes; 0: unknown
+    std::vector<OtherFile> otherFiles;  ///< by name
     std::vector<Output> outputs;
     std::string message;  ///< the last one about it
 

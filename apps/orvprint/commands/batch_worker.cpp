@@ -10,6 +10,7 @@
 #include <exception>
 #include <filesystem>
 #include <new>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -26,6 +27,12 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::uint64_t kKeptMemory = std::uint64_t{32} << 20U;  // bytes that a worker keeps between drawings
+
+/// A file that was not there must not be there now. Names that are not UTF-8 are lost in a report.
+bool IsAsBefore(const BatchRecord::OtherFile& file) {
+    constexpr std::string_view kLost = "\xEF\xBF\xBD";
+    return file.name.find(kLost) == std::string::npos && HashFile(file.name).hash == file.hash;
+}
 
 }  // namespace
 
@@ -75,10 +82,23 @@ WorkerProcess::Answer BatchWorker::Do(std::uint32_t job) {
 /// Outputs grow where another process puts them in their places; the worker has no rights there.
 int BatchWorker::EnterSandbox() {
     if (std::exchange(isInSandbox_, true)) return kExitDone;
-    if (jobs_.isReported) memory_.Open();
+    if (jobs_.isReported) {
+        memory_.Open();
+        WatchFilesOfDrawings([this](const std::string& name) { NoteOtherFile(name); });
+    }
     RunFiles files{.inputs = jobs_.options.inputs, .outputFolder = jobs_.staging.GetPath()};
     files.keepsTemporaryFiles = KeepsTemporaryFiles(jobs_.format.name);
     return EnterSandboxFor(jobs_.options.read, std::move(files));
+}
+
+/// Before the drawing reads it: should a file change meanwhile, its hash does not fit any more, and the
+/// drawing is converted again.
+void BatchWorker::NoteOtherFile(const std::string& name) {
+    const auto [place, isNew] = otherFiles_.try_emplace(name);
+    if (!isNew) return;
+    place->second = HashFile(name).hash;
+    // Content that stands in the drawing is asked for as though it were a name.
+    if (place->second.empty() && name.find("data:") != std::string::npos) otherFiles_.erase(place);
 }
 
 int BatchWorker::Draw(std::uint32_t job, BatchRecord& record) {
@@ -89,6 +109,7 @@ int BatchWorker::Draw(std::uint32_t job, BatchRecord& record) {
     // What large drawings left with the allocator is none of this one's.
     if (memory_.Get() > kKeptMemory) malloc_trim(0);
     memory_.Begin();
+    otherFiles_.clear();
     const auto start = std::chrono::steady_clock::now();
     record.code = Print(job, facts);
     record.milliseconds =
@@ -96,7 +117,7 @@ int BatchWorker::Draw(std::uint32_t job, BatchRecord& record) {
     record.memory = memory_.Get();
     record.status = record.code == kExitDone ? BatchRecord::Status::kDone : BatchRecord::Status::kFailed;
     record.pages = facts.pages;
-    record.otherFiles = FilesOfDrawings().GetFiles().size();
+    for (auto& [name, hash] : otherFiles_) record.otherFiles.push_back({name, std::move(hash)});
     // A pipe cannot be read once more.
     if (facts.pages > 0 && !record.input.empty())
         record.findings = CountFindings(input, jobs_.options.read, jobs_.options.ignored);
@@ -119,12 +140,14 @@ int BatchWorker::Print(std::uint32_t job, PrintFacts& facts) const {
     return RunPrint(options);
 }
 
-/// Whether an earlier run has drawn the same content; `record` is then that run's. Also finds out what the
-/// content is.
+/// Whether an earlier run has drawn the same content, and read other files of the same content; `record` is
+/// then that run's. Also finds out what the drawing's content is.
 bool BatchWorker::IsUnchanged(const std::string& input, BatchRecord& record) const {
     record.input = HashFile(input).hash;
     const auto known = jobs_.done.find(input);
-    if (known == jobs_.done.end() || known->second.input != record.input) return false;
+    if (known == jobs_.done.end() || known->second.input != record.input ||
+        !std::all_of(known->second.otherFiles.begin(), known->second.otherFiles.end(), IsAsBefore))
+        return false;
     record = known->second;
     record.status = BatchRecord::Status::kUnchanged;
     return true;

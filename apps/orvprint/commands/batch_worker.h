@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -51,6 +52,7 @@ public:
 
 private:
     int EnterSandbox();
+    void NoteOtherFile(const std::string& name);
     int Draw(std::uint32_t job, BatchRecord& record);
     int Print(std::uint32_t job, PrintFacts& facts) const;
     bool IsUnchanged(const std::string& input, BatchRecord& record) const;
@@ -60,4 +62,5 @@ private:
     const std::size_t slot_, slotCount_;
     bool isInSandbox_ = false;
     PeakMemory memory_;
+    std::map<std::string, std::string> otherFiles_;  // that the drawing asked for: hashes by name
 };

@@ -15,6 +15,10 @@ bool IsBetter(const BatchRecord& other, const BatchRecord& kept) { return other.
 
 bool DiffersInOutputs(const BatchRecord& a, const BatchRecord& b) {
     if (!a.IsGood() || !b.IsGood() || a.options != b.options) return false;
+    const bool readTheSame = std::equal(
+        a.otherFiles.begin(), a.otherFiles.end(), b.otherFiles.begin(), b.otherFiles.end(),
+        [](const BatchRecord::OtherFile& x, const BatchRecord::OtherFile& y) { return x.hash == y.hash; });
+    if (!readTheSame) return false;
     return !std::equal(a.outputs.begin(), a.outputs.end(), b.outputs.begin(), b.outputs.end(),
                        [](const BatchRecord::Output& x, const BatchRecord::Output& y) {
                            return x.hash == y.hash && x.bytes == y.bytes;

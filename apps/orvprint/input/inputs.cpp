@@ -63,11 +63,17 @@ void LeaveToProcess(const std::shared_ptr<const void>& keeper) {
     left->push_back(keeper);
 }
 
+std::function<void(const std::string&)>& Watcher() {
+    static auto* const watcher = new std::function<void(const std::string&)>;
+    return *watcher;
+}
+
 }  // namespace
 
 bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
     if (!folders_.MayRead(path)) return false;
     const std::string name(path.GetView());
+    if (const auto& watcher = Watcher()) watcher(name);
     if (!seen_.Add(name)) return true;
     FilesOfDrawings().Add(name);
     // No image that can be read is larger than that.
@@ -75,6 +81,8 @@ bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
     if (const std::uint64_t size = SizeOf(name); size <= kLargest) AllowMemoryFor(size);
     return true;
 }
+
+void WatchFilesOfDrawings(std::function<void(const std::string&)> watcher) { Watcher() = std::move(watcher); }
 
 FileSet& FilesOfDrawings() {
     static auto* const files = new FileSet;

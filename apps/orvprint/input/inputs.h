@@ -23,6 +23,10 @@ struct ReadOptions : DrawingOptions {
 /// they are inputs, too, and no outputs.
 FileSet& FilesOfDrawings();
 
+/// Told the name of each file that a drawing of this process asks for and may read, also of one that is not
+/// there, before it is read; more than once, if the drawing asks again. Null for nobody, as at first.
+void WatchFilesOfDrawings(std::function<void(const std::string& name)> watcher);
+
 /// Allows folders and what lies below them. Files that are asked for count as input to the limit of memory,
 /// once each, and are noted.
 class MeasuringAccessPolicy final : public ORVFileAccessPolicy {

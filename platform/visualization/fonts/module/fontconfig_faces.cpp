@@ -6,8 +6,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
+#include <set>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -43,13 +46,14 @@ bool IsUsable(FcPattern* pattern) {
            !TextOf(pattern, FC_FAMILY).empty();
 }
 
-bool AnswersTo(FcPattern* pattern, std::string_view name) {
+/// Takes each name by which a font may be asked for: family, full and PostScript name.
+template <class Use>
+void ForEachName(FcPattern* pattern, const Use& use) {
     for (const char* object : {FC_FAMILY, FC_FULLNAME, FC_POSTSCRIPT_NAME}) {
         FcChar8* text = nullptr;
         for (int i = 0; FcPatternGetString(pattern, object, i, &text) == FcResultMatch; ++i)
-            if (reinterpret_cast<const char*>(text) == name) return true;
+            use(reinterpret_cast<const char*>(text));
     }
-    return false;
 }
 
 ORVFont::Kind KindOf(FcPattern* pattern) {
@@ -92,6 +96,26 @@ void AppendAll(FcStrList* list, std::vector<std::string>& texts) {
 std::string Variable(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
+}
+
+// Configurations often turn such fonts away: only the caches of the folders list them all.
+std::set<std::string, std::less<>> NamesOfBitmapFonts() {
+    FcConfig* const configuration = FontconfigConfiguration();
+    std::set<std::string, std::less<>> names;
+    std::vector<std::string> folders;
+    AppendAll(FcConfigGetFontDirs(configuration), folders);
+    const auto unload = [](FcCache* cache) { FcDirCacheUnload(cache); };
+    const auto destroy = [](FcFontSet* fonts) { FcFontSetDestroy(fonts); };
+    for (const std::string& folder : folders) {
+        const std::unique_ptr<FcCache, decltype(unload)> cache(
+            FcDirCacheRead(reinterpret_cast<const FcChar8*>(folder.c_str()), FcFalse, configuration));
+        const std::unique_ptr<FcFontSet, decltype(destroy)> fonts(cache ? FcCacheCopySet(cache.get())
+                                                                        : nullptr);
+        for (int i = 0; fonts && i < fonts->nfont; ++i)
+            if (!IsTrue(fonts->fonts[i], FC_OUTLINE))
+                ForEachName(fonts->fonts[i], [&names](const char* text) { names.emplace(text); });
+    }
+    return names;
 }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
@@ -183,23 +207,10 @@ std::vector<InstalledFace> AskInstalledFaces() {
     return all;
 }
 
-// Configurations often turn such fonts away: only the caches of the folders list them all.
 bool HasBitmapFont(std::string_view name) {
-    FcConfig* const configuration = FontconfigConfiguration();
-    std::vector<std::string> folders;
-    AppendAll(FcConfigGetFontDirs(configuration), folders);
-    return std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
-        FcCache* const cache =
-            FcDirCacheRead(reinterpret_cast<const FcChar8*>(folder.c_str()), FcFalse, configuration);
-        if (!cache) return false;
-        FcFontSet* const fonts = FcCacheCopySet(cache);
-        bool has = false;
-        for (int i = 0; fonts && i < fonts->nfont && !has; ++i)
-            has = !IsTrue(fonts->fonts[i], FC_OUTLINE) && AnswersTo(fonts->fonts[i], name);
-        if (fonts) FcFontSetDestroy(fonts);
-        FcDirCacheUnload(cache);
-        return has;
-    });
+    // Reading the caches of all folders takes longer than most drawings, and a process may check many.
+    static const auto* const names = new const std::set<std::string, std::less<>>(NamesOfBitmapFonts());
+    return names->contains(name);
 }
 
 std::optional<std::vector<std::string>> PathsThatDecide() {

@@ -17,7 +17,8 @@ FcConfig* FontconfigConfiguration();
 /// All faces that fontconfig knows, in the catalogue's order, each once.
 std::vector<InstalledFace> AskInstalledFaces();
 
-/// Whether a font without outlines has this family, full or PostScript name.
+/// Whether a font without outlines has this family, full or PostScript name, among those that were there when
+/// this was first asked.
 bool HasBitmapFont(std::string_view name);
 
 /// The files and folders that decide what AskInstalledFaces() answers, those that are missing included.
