@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -25,6 +26,7 @@
 #include "apps/orvprint/commands/batch_names.h"
 #include "apps/orvprint/commands/batch_options.h"
 #include "apps/orvprint/commands/check_command.h"
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/commands/direct_command.h"
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/formats_command.h"
@@ -39,6 +41,7 @@
 #include "apps/orvprint/commands/sheet_options.h"
 #include "apps/orvprint/commands/size_options.h"
 #include "apps/orvprint/commands/suggestions.h"
+#include "apps/orvprint/linked/linked_modules.h"
 #include "apps/orvprint/process/CommandHost.h"
 #include "apps/orvprint/process/immediate_exit.h"
 #include "apps/orvprint/process/report.h"
@@ -72,7 +75,7 @@ CLI::Validator IsNumber() {
             ""};
 }
 
-void AddReadOptions(CLI::App& command, ReadOptions& options) {
+void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     command
         .add_option("--interpreter", options.interpreter,
                     "Dialect: SVG, or SVG2 for standard SVG (default: ORVPRINT_INTERPRETER, else SVG)")
@@ -93,7 +96,7 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
         });
     command.add_option("--font-size", options.fontSize, "Font size in px of text without one; svg2 only")
         ->option_text("PX [12]")
-        ->check(CLI::Range(0.1, 10000.0))
+        ->check(command.IsInRange(0.1, 10000.0))
         ->check(IsNumber());
     command.add_option("--parser", options.parser, "XML parser: light or dom")
         ->check(CLI::IsMember({"light", "dom"}))
@@ -111,7 +114,8 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
                                ->allow_extra_args(false);
     CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
                                             "Read no files named by drawings, such as images");
-    noFiles->excludes(allowed)->option_text(" ");  // the library's would say what it excludes
+    if (noFiles != allowed) noFiles->excludes(allowed);
+    noFiles->option_text(" ");  // the library's would say what it excludes
     allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
@@ -125,23 +129,22 @@ void AddReadOptions(CLI::App& command, ReadOptions& options) {
             },
             "Same as --limit primitives=N")
         ->option_text("N")
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
+        ->check(command.IsInRange(std::uint64_t{1}, std::uint64_t{1'000'000'000'000}));
     command
         .add_option("--time-limit", options.timeLimit, "Abort a drawing after N seconds (default: no limit)")
         ->option_text("N")
-        ->check(CLI::Range(0.001, 1e9))
+        ->check(command.IsInRange(0.001, 1e9))
         ->check(IsNumber());
     CLI::Option* without =
         command.add_flag("--no-sandbox", options.withoutSandbox, "Keep rights that printing does not need");
-    command
-        .add_flag("--require-sandbox", options.requiresSandbox,
-                  "Fail where the system refuses part of the sandbox")
-        ->excludes(without)
-        ->option_text(" ");  // the library's would say what it excludes, in the help's first column
+    CLI::Option* required = command.add_flag("--require-sandbox", options.requiresSandbox,
+                                             "Fail where the system refuses part of the sandbox");
+    if (required != without) required->excludes(without);
+    required->option_text(" ");  // the library's would say what it excludes, in the help's first column
     without->option_text(" ");
 }
 
-CLI::Option* AddIgnoreOption(CLI::App& command, std::vector<std::string>& names) {
+CLI::Option* AddIgnoreOption(CommandOptions& command, std::vector<std::string>& names) {
     return command.add_option("--ignore", names, "Ignore findings of this kind (repeatable)")
         ->option_text("CODE")
         ->take_all()
@@ -163,7 +166,7 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
 // The library looks options up by name in a function that lets nothing out: when out of memory, that ends
 // the process. So what must know another option is given the option itself.
 /// @return the option --keep-going
-CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
+CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Read XML documents that contain drawings, as .qvxml files are");
     command.add_flag("--detect-qvxml", options.detectsQvxml,
@@ -171,22 +174,16 @@ CLI::Option* AddFragmentOptions(CLI::App& command, ReadOptions& options) {
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
-/// Names of commands.
-std::vector<std::string> CommandNames(const CLI::App& app) {
-    std::vector<std::string> names{"print"};
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
-        names.push_back(command->get_name());
-    return names;
-}
-
 /// The command that a word was meant to be which is no file; empty when there is none, or it may well be a
 /// file's name.
-std::string MeantCommand(const CLI::App& app, const std::string& word) {
+std::string MeantCommand(const CommandOptions& options, const std::string& word) {
     if (word.find_first_of("./") != std::string::npos || access(word.c_str(), F_OK) == 0) return {};
     // As other programs call it.
     for (const char* other : {"convert", "export", "render", "to", "to-pdf", "help"})
         if (word == other) return word == "help" ? "--help" : "print";
-    return FindNearest(word, CommandNames(app));
+    std::vector<std::string> names{"print"};
+    names.insert(names.end(), options.CommandNames().begin(), options.CommandNames().end());
+    return FindNearest(word, names);
 }
 
 /// What misspelt options were meant to be, for the end of a message.
@@ -218,18 +215,20 @@ std::string OptionBeforeCommand(const CLI::App& app) {
     return {};
 }
 
-int Run(int argc, char** argv) {
-    // The command's first purpose has a name, too, like the others; it may be left out.
-    if (argc > 1 && std::string_view(argv[1]) == "print") {
-        argv[1] = argv[0];
-        --argc;
-        ++argv;
+/// Runs what the words say.
+/// @param given  options and commands that are read; when they are not all, words that cannot be read with
+///               these give std::nullopt, and nothing was done
+std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
+    CLI::App parser(kDescription, "orvprint");
+    parser.require_subcommand(0, 1);
+    parser.positionals_at_end(false);
+    if (given.AreAll()) {
+        parser.footer(kExitCodes);
+        parser.set_version_flag("--version", "orvprint " ORVPRINT_VERSION);
+    } else {
+        parser.set_help_flag();
     }
-    CLI::App app(kDescription, "orvprint");
-    app.footer(kExitCodes);
-    app.set_version_flag("--version", "orvprint " ORVPRINT_VERSION);
-    app.require_subcommand(0, 1);
-    app.positionals_at_end(false);
+    CommandOptions app(&parser, given);
 
     PrintOptions print;
     std::string pages;
@@ -248,12 +247,12 @@ int Run(int argc, char** argv) {
     const CLI::Option* pagesOption =
         app.add_option("-P,--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");
     app.add_option("--dpi", print.dotsPerInch, "Resolution of raster output in dots per inch")
-        ->check(CLI::Range(1.0, 10000.0))
+        ->check(app.IsInRange(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [90]");
     app.add_option("--flatten-dpi", print.flattenDotsPerInch,
                    "Resolution of filters, and of transparent parts in ps and eps")
-        ->check(CLI::Range(1.0, 10000.0))
+        ->check(app.IsInRange(1.0, 10000.0))
         ->check(IsNumber())
         ->option_text("N [300]");
     CLI::Option* strict =
@@ -279,7 +278,8 @@ int Run(int argc, char** argv) {
     ReadOptions infoOptions;
     std::vector<std::string> infoInputs;
     bool infoAsJson = false;
-    CLI::App* info = app.add_subcommand("info", "List the pages of a drawing with their sizes and titles");
+    CommandOptions* info =
+        app.add_subcommand("info", "List the pages of a drawing with their sizes and titles");
     info->add_option("inputs", infoInputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
@@ -290,23 +290,23 @@ int Run(int argc, char** argv) {
     ReadOptions inspectOptions;
     std::string inspectInput;
     bool inspectAsJson = false;
-    CLI::App* inspect =
+    CommandOptions* inspect =
         app.add_subcommand("inspect", "Write what a drawing consists of, as JSON or as a page");
     inspect->add_option("input", inspectInput, "Drawing, - for standard input")
         ->required()
         ->option_text("FILE");
     CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "As JSON (the default)");
     std::string inspectPage;
-    inspect
-        ->add_option("--html", inspectPage,
-                     "As a page for browsers: the drawing beside its primitives; - for standard output")
-        ->excludes(asJson)
-        ->option_text("FILE");
+    CLI::Option* asPage = inspect->add_option(
+        "--html", inspectPage,
+        "As a page for browsers: the drawing beside its primitives; - for standard output");
+    asPage->option_text("FILE");
+    if (asPage != asJson) asPage->excludes(asJson);
     AddReadOptions(*inspect, inspectOptions);
 
     CheckOptions check;
     std::vector<std::string> kindsNotChecked;
-    CLI::App* checking = app.add_subcommand("check", "Report what will not print as expected");
+    CommandOptions* checking = app.add_subcommand("check", "Report what will not print as expected");
     checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
@@ -317,7 +317,7 @@ int Run(int argc, char** argv) {
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Read XML documents that contain drawings, as .qvxml files are");
     ReportOptions report;
-    CLI::App* reporting = app.add_subcommand("report", "Sum up reports of batches");
+    CommandOptions* reporting = app.add_subcommand("report", "Sum up reports of batches");
     reporting->add_option("files", report.files, "Reports that --report wrote, of all parts and attempts")
         ->required()
         ->option_text("FILE...");
@@ -327,24 +327,26 @@ int Run(int argc, char** argv) {
         ->option_text("FILE");
     reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
     ServeSettings serve;
-    CLI::App* serving = app.add_subcommand("serve", "Print what is sent over HTTP, until a signal ends it");
+    CommandOptions* serving =
+        app.add_subcommand("serve", "Print what is sent over HTTP, until a signal ends it");
     AddReadOptions(*serving, serve.read);
     AddServeOptions(*serving, serve);
-    const CLI::App* formats = app.add_subcommand("formats", "List the output formats");
-    const CLI::App* printers = app.add_subcommand("printers", "List the printers");
-    const CLI::App* limits = app.add_subcommand("limits", "List the resource limits for untrusted input");
-    PrepareHelp(app);
+    const CommandOptions* formats = app.add_subcommand("formats", "List the output formats");
+    const CommandOptions* printers = app.add_subcommand("printers", "List the printers");
+    const CommandOptions* limits =
+        app.add_subcommand("limits", "List the resource limits for untrusted input");
+    if (given.AreAll()) PrepareHelp(parser);
 
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& wish) {
-        return app.exit(wish);  // --help, --version
-    } catch (const CLI::ParseError& error) {
-        const std::string hint = HintOnOptions(app, argc, argv);
+        parser.parse(argc, argv);
+    } catch (const CLI::Error& error) {
+        if (!given.AreAll()) return std::nullopt;
+        if (error.get_exit_code() == 0) return parser.exit(error);  // --help, --version
+        const std::string hint = HintOnOptions(parser, argc, argv);
         return Report(kExitUsage, "", std::string(error.what()) + hint + " (see orvprint --help)");
     }
 
-    if (const std::string name = OptionBeforeCommand(app); !name.empty())
+    if (const std::string name = OptionBeforeCommand(parser); !name.empty())
         return Report(kExitUsage, name, "precedes the command; put options after the command");
     if (info->parsed()) {
         if (const int code = ApplyReadOptions(infoOptions); code != kExitDone) return code;
@@ -414,7 +416,7 @@ int Run(int argc, char** argv) {
     print.tellsLoss = !batch.isQuiet && (print.output != "-" || isDirect) && isatty(STDERR_FILENO) == 1;
     if (!service.empty()) {
         HttpWords words;
-        if (const int code = MakeQuery(app, print, words); code != kExitDone) return code;
+        if (const int code = MakeQuery(parser, print, words); code != kExitDone) return code;
         return PrintVia(service, print, std::move(words));
     }
     if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
@@ -425,8 +427,19 @@ int Run(int argc, char** argv) {
         return isDirect ? printing.Run(std::move(print)) : RunPrint(print);
     }
     batch.keepGoing = print.read.keepGoing;
-    batch.optionsHash = HashOfOptions(app);
+    batch.optionsHash = HashOfOptions(parser);
     return RunBatch(print, batch);
+}
+
+int Run(int argc, char** argv) {
+    // The command's first purpose has a name, too, like the others; it may be left out.
+    if (argc > 1 && std::string_view(argv[1]) == "print") {
+        argv[1] = argv[0];
+        --argc;
+        ++argv;
+    }
+    if (const std::optional<int> code = RunGiven(argc, argv, GivenWords(argc, argv))) return *code;
+    return *RunGiven(argc, argv, GivenWords::All());
 }
 
 }  // namespace
@@ -434,6 +447,7 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
     ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
+    UseLinkedModules();
     // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
     // back in between, make that dear.
     mallopt(M_MXFAST, 0);

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
-#include <ctime>
 
 #include "generators/pdf/pdf_file.h"
 #include "generators/pdf/pdf_syntax.h"
@@ -19,18 +19,27 @@ constexpr std::string_view kProgram = "orvprint";
 struct Moment {
     std::string pdf, xmp;
 
-    explicit Moment(const std::optional<std::int64_t>& seconds) {
-        if (!seconds) return;
-        const auto time = static_cast<std::time_t>(*seconds);
-        std::tm utc{};
-        if (!gmtime_r(&time, &utc) || utc.tm_year < -1900 || utc.tm_year > 9999 - 1900) return;
-        std::array<char, 64> text;
-        text[std::strftime(text.data(), text.size() - 1, "%m%d%H%M%SZ", &utc)] = '\0';
-        std::array<char, 16> year;
-        std::snprintf(year.data(), year.size(), "%04d", utc.tm_year + 1900);
-        pdf = std::string("D:") + year.data() + text.data();
-        text[std::strftime(text.data(), text.size() - 1, "-%m-%dT%H:%M:%SZ", &utc)] = '\0';
-        xmp = std::string(year.data()) + text.data();
+    // Not by the C library, which reads the local time zone first of all.
+    explicit Moment(const std::optional<std::int64_t>& since1970) {
+        using namespace std::chrono;
+        constexpr sys_seconds kFirst = sys_days(year(0) / January / 1);
+        constexpr sys_seconds kEnd = sys_days(year(10000) / January / 1);
+        if (!since1970 || *since1970 < kFirst.time_since_epoch().count() ||
+            *since1970 >= kEnd.time_since_epoch().count())
+            return;
+        const sys_seconds moment{seconds(*since1970)};
+        const year_month_day date(floor<days>(moment));
+        const hh_mm_ss time(moment - floor<days>(moment));
+        const auto write = [&](const char* format) {
+            std::array<char, 64> text;
+            std::snprintf(text.data(), text.size(), format, static_cast<int>(date.year()),
+                          static_cast<unsigned int>(date.month()), static_cast<unsigned int>(date.day()),
+                          static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                          static_cast<int>(time.seconds().count()));
+            return std::string(text.data());
+        };
+        pdf = write("D:%04d%02u%02u%02d%02d%02dZ");
+        xmp = write("%04d-%02u-%02uT%02d:%02d:%02dZ");
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -25,10 +26,37 @@ std::string PlatformFolder() {
     return path.substr(0, path.rfind('/') + 1);
 }
 
+std::span<const ORVLinkedModule> linkedModules;
+
+const ORVLinkedModule* FindLinked(std::string_view library) {
+    const auto found = std::find_if(linkedModules.begin(), linkedModules.end(),
+                                    [&](const ORVLinkedModule& module) { return module.library == library; });
+    return found == linkedModules.end() ? nullptr : &*found;
+}
+
+/// The linked module that a handle stands for; null when it is one of dlopen's.
+const ORVLinkedModule* LinkedOf(const void* handle) {
+    const auto found = std::find_if(linkedModules.begin(), linkedModules.end(),
+                                    [&](const ORVLinkedModule& module) { return &module == handle; });
+    return found == linkedModules.end() ? nullptr : &*found;
+}
+
+void* FindInLinked(const ORVLinkedModule& module, std::string_view name) {
+    const auto found = std::find_if(module.names.begin(), module.names.end(),
+                                    [&](const ORVLinkedName& one) { return one.name == name; });
+    return found == module.names.end() ? nullptr : found->address;
+}
+
 }  // namespace
+
+void ORVUseLinkedModules(std::span<const ORVLinkedModule> modules) { linkedModules = modules; }
 
 void* ORVLoadModule(const char* library, std::string& error) {
     error.clear();
+    if (const ORVLinkedModule* linked = FindLinked(library)) {
+        if (linked->prepare && !linked->prepare(error)) return nullptr;
+        return const_cast<ORVLinkedModule*>(linked);
+    }
     const std::string folder = PlatformFolder();
     for (const std::string_view inner : kFolders) {
         if (folder.empty()) break;
@@ -44,7 +72,8 @@ void* ORVLoadModule(const char* library, std::string& error) {
 }
 
 void* ORVFindInModule(void* module, const char* name, std::string& error) {
-    void* found = dlsym(module, name);
+    const ORVLinkedModule* const linked = LinkedOf(module);
+    void* found = linked ? FindInLinked(*linked, name) : dlsym(module, name);
     if (!found) error = std::string("no ") + name + " in the module";
     return found;
 }

@@ -14,6 +14,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -220,18 +221,12 @@ TEST_F(FontsTest, OneOfPixelsIsInstalledButNotUsed) {
 
 // ---- libraries ----
 
-/// The command in a tree of its own, as it is installed.
+/// The command by itself, without the libraries and modules of other programs beside it.
 class FontLibrariesTest : public FontsTest {
 protected:
     FontLibrariesTest() {
-        const fs::path build = fs::path(ORV_TOOL_PATH).parent_path().parent_path();
-        for (const char* folder : {"bin", "lib", "damaged"}) fs::create_directories(Tree() / folder);
+        for (const char* folder : {"bin", "damaged"}) fs::create_directories(Tree() / folder);
         fs::copy_file(ORV_TOOL_PATH, Tree() / "bin/orvprint");
-        // The platform by the name that programs ask for.
-        for (const fs::path& library :
-             {fs::read_symlink(build / "lib/liborvplatform.so"), fs::path("liborvfonts.so"),
-              fs::path("liborvpostscript.so"), fs::path("libORVPrtInterpreterSVG.so")})
-            fs::copy_file(build / "lib" / library, Tree() / "lib" / library);
         WriteFile("text.svg", kSized);
         WriteFile("unsized.svg", kUnsized);
         WriteFile("figure.svg", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
@@ -267,11 +262,6 @@ TEST_F(FontLibrariesTest, AreAllThatTextNeeds) {
     EXPECT_THAT(RunProgram({"pdftotext", "out.pdf", "-"}).output, HasSubstr("word"));
 }
 
-TEST_F(FontLibrariesTest, TheModuleMissingIsTold) {
-    fs::remove(Tree() / "lib/liborvfonts.so");
-    ExpectMissed("liborvfonts.so");
-}
-
 TEST_F(FontLibrariesTest, DamagedOnesAreTold) {
     for (const char* library : {"libfontconfig.so.1", "libfreetype.so.6", "libfribidi.so.0",
                                 "libharfbuzz.so.0", "libharfbuzz-subset.so.0"}) {
@@ -279,11 +269,24 @@ TEST_F(FontLibrariesTest, DamagedOnesAreTold) {
         ExpectMissed(library);
         fs::remove(Tree() / "damaged" / library);
     }
-    for (const std::string& bytes :
-         {std::string(), std::string("no library"), ReadFile("tree/lib/liborvpostscript.so")}) {
-        WriteFile("tree/lib/liborvfonts.so", bytes);
-        ExpectMissed("liborvfonts.so");
-    }
+}
+
+TEST_F(FontLibrariesTest, ThoseWithoutAFunctionAreTold) {
+    // A library that can be loaded, and is another one.
+    fs::copy_file(fs::canonical(ORV_OTHER_LIBRARY), Tree() / "damaged/libfribidi.so.0");
+    ExpectMissed("libfribidi.so.0: no function fribidi_");
+}
+
+TEST_F(FontLibrariesTest, ThoseThatOtherDocumentsNeedEndTheCommandInOneLine) {
+    WriteFile("tree/damaged/libexpat.so.1", "no library");
+    WriteFile("entity.svg",
+              "<!DOCTYPE svg [<!ENTITY e '9'>]>" + SmallDrawing("<rect width='&e;' height='9' fill='red'/>"));
+    const ToolRun run = RunInTree({"entity.svg", "-o", "out.pdf"});
+    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_THAT(run.errors, AllOf(StartsWith("orvprint: "), HasSubstr("libexpat.so.1")));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1);
+    EXPECT_FALSE(Exists("out.pdf"));
+    EXPECT_EQ(RunInTree({"figure.svg", "-o", "out.pdf"}).exitCode, 0);
 }
 
 // ---- files that may be open ----

@@ -119,16 +119,21 @@ const std::map<std::string, Layers> kMayKnow{
      {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/printing", {}},
+    // Modules that the command has linked in, by the names that they export.
+    {"apps/orvprint/linked",
+     {"platform/system", "platform/visualization", "generators/common", "generators/postscript",
+      "apps/orvprint/process", "apps/orvprint/printing"}},
     {"apps/orvprint/commands",
      Below(kPlatform,
            Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",
                             "generators/sheet", "generators/svg", "apps/orvprint/sandbox",
                             "apps/orvprint/process", "apps/orvprint/input"}))},
-    {"apps/orvprint/serve", Below(kPlatform, Below(kLibrary, {"generators", "generators/common",
-                                                             "apps/orvprint/process", "apps/orvprint/input",
-                                                             "apps/orvprint/commands"}))},
+    {"apps/orvprint/serve",
+     Below(kPlatform, Below(kLibrary, {"generators", "generators/common", "apps/orvprint/process",
+                                       "apps/orvprint/input", "apps/orvprint/commands"}))},
     {"apps/orvprint",
-     {"generators/common", "apps/orvprint/process", "apps/orvprint/commands", "apps/orvprint/serve"}},
+     {"generators/common", "apps/orvprint/process", "apps/orvprint/commands", "apps/orvprint/serve",
+      "apps/orvprint/linked"}},
 };
 
 // The layer of a path such as "platform/xml/ORVXmlNode.h"; empty when it belongs to none.

@@ -19,6 +19,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -97,14 +98,14 @@ TEST_F(PackageTest, ManualAndDocumentationAreThere) {
         EXPECT_TRUE(fs::exists(Prefix() / path)) << path;
 }
 
-TEST_F(PackageTest, TheCommandRunsWithItsOwnLibrariesAndModules) {
+TEST_F(PackageTest, TheCommandRunsWithoutLibrariesAndModulesOfOurs) {
     WriteFile("text.svg", SmallDrawing("<text x='9' y='20' fill='red'>A</text>"));
     const ToolRun run = RunProgram({"env", "LD_DEBUG=files", (Prefix() / "bin/orvprint").string(), "text.svg",
                                     "-o", "text.ps", "--no-sandbox"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(ReadFile("text.ps"), StartsWith("%!PS"));
-    for (const char* name : {"liborvplatform.so", "liborvfonts.so", "liborvpostscript.so"})
-        EXPECT_THAT(run.errors, HasSubstr(Libraries().filename().string() + "/" + name));
+    EXPECT_THAT(run.errors, HasSubstr("libcairo.so"));
+    EXPECT_THAT(run.errors, Not(AnyOf(HasSubstr("liborv"), HasSubstr("libORV"))));
     EXPECT_THAT(run.errors, Not(HasSubstr(ORV_BUILD_PATH)));
 }
 

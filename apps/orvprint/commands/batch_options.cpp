@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/batch_options.h"
 
-#include <CLI/CLI.hpp>
-
 #include <set>
 
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/commands/content_hash.h"
 
-void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options) {
+void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptions& options) {
     auto* folder =
         command.add_option("--out-dir", options.folder, "Write each input to its own file, DIR/NAME.FORMAT");
     folder->option_text("DIR");
     command.add_option("-j,--jobs", options.jobs, "Number of parallel conversions, with --out-dir")
         ->option_text("N [cores]")
-        ->check(CLI::Range(1U, 1024U))
+        ->check(command.IsInRange(1U, 1024U))
         ->needs(folder);
     command.add_flag("--quiet", options.isQuiet, "Show no progress bar, no summary and no hints");
     command
@@ -44,12 +43,12 @@ void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& op
         .add_option("--retry", options.retries,
                     "Retry a drawing up to N times if a file, time or memory made it fail")
         ->option_text("N [0]")
-        ->check(CLI::Range(0U, 100U))
+        ->check(command.IsInRange(0U, 100U))
         ->needs(folder);
     keepGoing->description("Print what precedes an XML error; with --out-dir, continue after a failed input");
 }
 
-void AddListOptions(CLI::App& command, DrawingLists& lists) {
+void AddListOptions(CommandOptions& command, DrawingLists& lists) {
     CLI::Option* from =
         command.add_option("--files-from", lists.paths,
                            "Also convert the drawings named in LIST, one per line; - for standard input");

@@ -10,6 +10,7 @@ namespace CLI {
 class App;
 class Option;
 }  // namespace CLI
+class CommandOptions;
 
 /// Inputs beside those of the command line.
 struct DrawingLists {
@@ -19,8 +20,8 @@ struct DrawingLists {
 
 /// Adds the options of batches to the command.
 /// @param keepGoing  which means something else with them
-void AddBatchOptions(CLI::App& command, CLI::Option* keepGoing, BatchOptions& options);
-void AddListOptions(CLI::App& command, DrawingLists& lists);
+void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptions& options);
+void AddListOptions(CommandOptions& command, DrawingLists& lists);
 
 /// A hash of the options that decide about the outputs of a batch, and of the version.
 std::string HashOfOptions(const CLI::App& app);

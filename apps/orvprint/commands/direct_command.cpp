@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/direct_command.h"
 
-#include <CLI/CLI.hpp>
-
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -17,6 +15,7 @@
 #include <new>
 #include <utility>
 
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/process/report.h"
 #include "library/text/printable_text.h"
 #include "platform/system/ORVTemporaryData.h"
@@ -65,7 +64,7 @@ int OpenHidden() {
 
 }  // namespace
 
-void AddDirectOptions(CLI::App& command, DirectArguments& arguments) {
+void AddDirectOptions(CommandOptions& command, DirectArguments& arguments) {
     constexpr const char* kGroup = "Printer";
     auto* printer =
         command.add_option("-d,--printer", arguments.printer,
@@ -73,7 +72,7 @@ void AddDirectOptions(CLI::App& command, DirectArguments& arguments) {
     printer->option_text("NAME|URI")->group(kGroup);
     command.add_option("-n,--copies", arguments.copies, "Number of copies")
         ->option_text("N [1]")
-        ->check(CLI::Range(1U, 9999U))
+        ->check(command.IsInRange(1U, 9999U))
         ->needs(printer)
         ->group(kGroup);
     command.add_option("-t,--title", arguments.title, "Title of the job")

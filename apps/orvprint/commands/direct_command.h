@@ -9,9 +9,7 @@
 #include "apps/orvprint/commands/sheet_options.h"
 #include "apps/orvprint/printing/PrinterConnection.h"
 
-namespace CLI {
-class App;
-}
+class CommandOptions;
 
 /// The words of the command line about a printer.
 struct DirectArguments {
@@ -23,7 +21,7 @@ struct DirectArguments {
 };
 
 /// Adds the options of printers to a command, as a group of their own.
-void AddDirectOptions(CLI::App& command, DirectArguments& arguments);
+void AddDirectOptions(CommandOptions& command, DirectArguments& arguments);
 
 /// Printing on a printer. The printer is asked first, for its paper decides on the sheets; then drawings are
 /// printed by a process of their own, in the sandbox, into a file without a name; what came of it is sent

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/sheet_options.h"
 
-#include <CLI/CLI.hpp>
+#include "apps/orvprint/commands/command_options.h"
 
-void AddSheetOptions(CLI::App& command, SheetWords& arguments) {
+void AddSheetOptions(CommandOptions& command, SheetWords& arguments) {
     constexpr const char* kGroup = "Paper";
     command
         .add_option("--paper", arguments.paper,
@@ -43,7 +43,7 @@ void AddSheetOptions(CLI::App& command, SheetWords& arguments) {
         ->group(kGroup);
     command.add_option("--nup", arguments.pagesPerSheet, "Print N pages on each sheet, in rows")
         ->option_text("N")
-        ->check(CLI::Range(1U, kMostPagesPerSheet))
+        ->check(command.IsInRange(1U, kMostPagesPerSheet))
         ->group(kGroup);
     command.add_flag("--grey,--gray", arguments.isGrey, "Print in greyscale")->group(kGroup);
     command.add_flag("--mono", arguments.isMono, "Print in black and white: lines and text in black")

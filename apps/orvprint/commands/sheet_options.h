@@ -3,9 +3,7 @@
 
 #include "library/print/sheet_words.h"
 
-namespace CLI {
-class App;
-}
+class CommandOptions;
 
 /// Adds the options of paper to a command, as a group of their own.
-void AddSheetOptions(CLI::App& command, SheetWords& arguments);
+void AddSheetOptions(CommandOptions& command, SheetWords& arguments);

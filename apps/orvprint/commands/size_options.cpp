@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/commands/size_options.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cstdlib>
 
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/process/CommandHost.h"
 
 namespace {
@@ -31,7 +30,7 @@ const CLI::Option* FindGiven(const std::vector<const CLI::Option*>& options) {
 
 }  // namespace
 
-void AddSizeOptions(CLI::App& command, SizeArguments& arguments, PrintOptions& options) {
+void AddSizeOptions(CommandOptions& command, SizeArguments& arguments, PrintOptions& options) {
     constexpr const char* kSide = "number of pixels from 1 to 1000000";
     CLI::Option* width = command.add_option("--width", arguments.width,
                                             "Width of the page in pixels (px of the drawing where the format "

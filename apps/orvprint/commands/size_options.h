@@ -7,9 +7,9 @@
 #include "library/print/size_words.h"
 
 namespace CLI {
-class App;
 class Option;
-}  // namespace CLI
+}
+class CommandOptions;
 
 /// The words of the command line about sizes in pixels.
 struct SizeArguments : SizeWords {
@@ -17,7 +17,7 @@ struct SizeArguments : SizeWords {
 };
 
 /// Adds the options to a command. Those of paper must have been added.
-void AddSizeOptions(CLI::App& command, SizeArguments& arguments, PrintOptions& options);
+void AddSizeOptions(CommandOptions& command, SizeArguments& arguments, PrintOptions& options);
 
 /// Makes options of the words. A pixel is a px of the drawings where the format has no pixels.
 /// @param options  what was read of paper and resolution; sizes and the background are added

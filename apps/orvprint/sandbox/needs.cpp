@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/sandbox/needs.h"
 
-#include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +13,6 @@
 #include <string_view>
 
 #include "apps/orvprint/sandbox/font_paths.h"
-#include "platform/system/ORVUnicodeString.h"
 
 namespace {
 
@@ -65,10 +63,6 @@ public:
         for (const std::string_view path : kSystemFolders) Add(std::string(path), FileUse::kRead);
         for (const char* path : kSystemFiles) Add(path, FileUse::kRead);
         for (const char* name : kFolderVariables) AddList(Variable(name));
-        // The modules lie beside the library.
-        Dl_info library{};
-        if (dladdr(reinterpret_cast<const void*>(&ORVIsWellFormedUTF8), &library) != 0 && library.dli_fname)
-            Add(FolderOf(library.dli_fname), FileUse::kRead);
     }
 
     void AddFonts() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// HTTP by way of libmicrohttpd. This is a module of its own: only the service loads its library.
+// HTTP by way of libmicrohttpd. Only the service loads that library.
 
 #include <microhttpd.h>
 #include <poll.h>

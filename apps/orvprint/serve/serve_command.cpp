@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/orvprint/serve/serve_command.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 #include <thread>
 
+#include "apps/orvprint/commands/command_options.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/serve/PrintService.h"
 #include "apps/orvprint/serve/fork_server.h"
@@ -33,16 +32,15 @@ std::unique_ptr<HttpFront> LoadFront() {
 }
 
 /// Options of reading that say nothing to a service, or something else.
-void FitReadOptions(CLI::App& command) {
-    for (const char* name : {"--allow-dir", "--no-file-images", "--fragment"})
-        if (CLI::Option* const option = command.get_option_no_throw(name)) command.remove_option(option);
+void FitReadOptions(CommandOptions& command) {
+    for (const char* name : {"--allow-dir", "--no-file-images", "--fragment"}) command.remove_option(name);
     if (CLI::Option* const limit = command.get_option_no_throw("--time-limit"))
         limit->description("Abort a drawing after N seconds")->option_text("N [60]");
 }
 
 }  // namespace
 
-void AddServeOptions(CLI::App& command, ServeSettings& settings) {
+void AddServeOptions(CommandOptions& command, ServeSettings& settings) {
     settings.read.timeLimit = kUsualTimeLimit;
     FitReadOptions(command);
     command.add_option("--socket", settings.socket, "Listen on a Unix socket of this name (mode 0660)")
@@ -53,22 +51,22 @@ void AddServeOptions(CLI::App& command, ServeSettings& settings) {
                      "With --listen: other machines may reach the address");
     command.add_option("-j,--workers", settings.workers, "Workers, each a process (default: processors)")
         ->option_text("N")
-        ->check(CLI::Range(1U, 256U));
+        ->check(command.IsInRange(1U, 256U));
     command.add_option("--queue", settings.queue, "Jobs that may wait; more are answered 429")
         ->option_text("N [256]")
-        ->check(CLI::Range(1U, 100'000U));
+        ->check(command.IsInRange(1U, 100'000U));
     command.add_option("--max-request", settings.mostRequestBytes, "Bytes of a drawing as it is sent")
         ->option_text("N [67108864]")
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 32U));
+        ->check(command.IsInRange(std::uint64_t{1}, std::uint64_t{1} << 32U));
     command.add_option("--max-connections", settings.mostConnections, "Connections at a time")
         ->option_text("N [1000]")
-        ->check(CLI::Range(1U, 60'000U));
+        ->check(command.IsInRange(1U, 60'000U));
     command.add_option("--patience", settings.patience, "Seconds for a request to come, or a client to read")
         ->option_text("N [30]")
-        ->check(CLI::Range(1U, 3600U));
+        ->check(command.IsInRange(1U, 3600U));
     command.add_option("--jobs-per-worker", settings.jobsPerWorker, "Replace a worker after N jobs")
         ->option_text("N [1000]")
-        ->check(CLI::Range(1U, 1'000'000U));
+        ->check(command.IsInRange(1U, 1'000'000U));
     command.add_flag("--quiet", settings.isQuiet, "Log no line for each job");
 }
 

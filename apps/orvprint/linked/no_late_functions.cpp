@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// For processors that cmake/OrvLateFunctions.cmake makes no functions for: no library is loaded late.
+
+#include "apps/orvprint/linked/late_functions.h"
+
+const LateLibrary kLateLibraries[] = {{"", "", 0}};
+const std::size_t kLateLibraryCount = 0;
+bool orvIsLateLoaded[] = {false};
+void* orvLateTable[] = {nullptr};
+const std::size_t kLateTableSize = 0;

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// What the command does before and beside its work. All that is counted here is the same on a busy machine.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "tests/apps/tool_run.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class StartTest : public ToolTest {
+protected:
+    StartTest() {
+        WriteFile("figure.svg", SmallDrawing("<rect width='9' height='9' fill='red' stroke='blue'/>"
+                                             "<path d='M1 1L20 30' stroke='black'/>"));
+    }
+    /// What the dynamic linker tells of a run.
+    std::string Told(const std::string& topic, const std::string& output) const {
+        const ToolRun run = RunProgram(
+            {"env", "-u", "LD_PRELOAD", "LD_DEBUG=" + topic, ORV_TOOL_PATH, "figure.svg", "-o", output});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        return run.errors;
+    }
+    /// The number behind words of a text; none is an error.
+    static long NumberBehind(const std::string& text, const std::string& words) {
+        std::smatch match;
+        const bool isThere = std::regex_search(text, match, std::regex(words + "\\s*([0-9,]+)"));
+        EXPECT_TRUE(isThere) << words << " in " << text;
+        if (!isThere) return 0;
+        std::string digits = match[1];
+        std::erase(digits, ',');
+        return std::stol(digits);
+    }
+};
+
+TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
+    const std::string told = Told("files", "figure.pdf");
+    std::set<std::string> loaded;
+    const std::regex line("calling init: \\S*/([^/\\s]+)");
+    for (auto at = std::sregex_iterator(told.begin(), told.end(), line); at != std::sregex_iterator(); ++at)
+        loaded.insert((*at)[1]);
+#ifdef ORV_IS_SANITIZED
+    for (const char* library : {"libstdc++.so.6", "libgcc_s.so.1"}) loaded.erase(library);
+#endif
+    EXPECT_EQ(loaded,
+              (std::set<std::string>{"ld-linux-x86-64.so.2", "libc.so.6", "libm.so.6", "libdeflate.so.0"}));
+    EXPECT_THAT(Told("files", "again.svg"), Not(HasSubstr("libdeflate")));
+}
+
+#ifndef ORV_IS_SANITIZED
+// Each is a search for a name in all libraries: a thousand instructions.
+TEST_F(StartTest, FewAddressesAreLookedUp) {
+    EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 500);
+}
+
+TEST_F(StartTest, ASmallDrawingTakesFewInstructions) {
+#ifdef ORV_IS_OPTIMISED
+    constexpr long kMost = 1'800'000;
+#else
+    constexpr long kMost = 4'000'000;  // counters of lines included
+#endif
+    // Valgrind reads what compilers tell debuggers, and not all that is newer than itself.
+    ASSERT_EQ(RunProgram({"strip", "-o", "orvprint", ORV_TOOL_PATH}).exitCode, 0);
+    const ToolRun run = RunProgram({"valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
+                                    "./orvprint", "figure.svg", "-o", "figure.pdf"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_LT(NumberBehind(run.errors, "refs:"), kMost);
+}
+#endif
+
+}  // namespace
