@@ -92,6 +92,7 @@ constexpr std::array kFormats{
     ORVOutputFormat{"png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true, true},
     ORVOutputFormat{"tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true, true},
     ORVOutputFormat{"pwg", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster", true, true},
+    ORVOutputFormat{"urf", false, Guarded<CreateRaster<ORVUrfGenerator>>, "", true, true},
 };
 
 }  // namespace

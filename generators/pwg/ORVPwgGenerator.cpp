@@ -4,4 +4,7 @@
 #include "generators/pwg/pwg_sink.h"
 
 ORVPwgGenerator::ORVPwgGenerator(ORVOutput& output, const ORVRasterOptions& options)
-    : ORVRasterGenerator(std::make_unique<PwgSink>(output), options) {}
+    : ORVRasterGenerator(std::make_unique<PwgSink>(output, PrintRaster::kPWG), options) {}
+
+ORVUrfGenerator::ORVUrfGenerator(ORVOutput& output, const ORVRasterOptions& options)
+    : ORVRasterGenerator(std::make_unique<PwgSink>(output, PrintRaster::kApple), options) {}

@@ -12,3 +12,11 @@ public:
     /// @param output  receives one part; must outlive the generator
     ORVPwgGenerator(ORVOutput& output, const ORVRasterOptions& options);
 };
+
+/// Writes a document as a stream of Apple Raster ("URF"), which the printers of AirPrint take: sRGB, or grey
+/// of 8 bits.
+class ORVUrfGenerator final : public ORVRasterGenerator {
+public:
+    /// @param output  receives one part; must outlive the generator
+    ORVUrfGenerator(ORVOutput& output, const ORVRasterOptions& options);
+};

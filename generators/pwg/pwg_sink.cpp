@@ -52,10 +52,10 @@ ssize_t Write(void* context, unsigned char* bytes, size_t size) {
     }
 }
 
-const char* TypeOf(RasterPixels pixels) {
+const char* TypeOf(RasterPixels pixels, PrintRaster raster) {
     switch (pixels) {
         case RasterPixels::kGrey: return "sgray_8";
-        case RasterPixels::kBlack: return "black_1";
+        case RasterPixels::kBlack: return raster == PrintRaster::kApple ? "sgray_8" : "black_1";
         case RasterPixels::kClear: break;  // does not come here
         case RasterPixels::kRGB: break;
     }
@@ -71,13 +71,19 @@ int WholeDotsPerInch(const RasterPageInfo& page) { return static_cast<int>(std::
 /// Makes the header for the paper that has the page's size. A size that is that of some paper gets its name,
 /// any other one a name of its own.
 /// @return false when the library has no paper for it
-bool MakeHeader(const CupsLibrary& library, const RasterPageInfo& page, cups_page_header2_t& header) {
+bool MakeHeader(const CupsLibrary& library, const RasterPageInfo& page, PrintRaster raster,
+                cups_page_header2_t& header) {
     std::memset(&header, 0, sizeof header);
     pwg_media_t* media =
         library.mediaForSize(HundredthsOfMillimetre(page.pageWidth), HundredthsOfMillimetre(page.pageHeight));
     const int dotsPerInch = WholeDotsPerInch(page);
-    return media && library.initHeader(&header, media, TypeOf(page.pixels), dotsPerInch, dotsPerInch, nullptr,
-                                       nullptr) == 1;
+    return media && library.initHeader(&header, media, TypeOf(page.pixels, raster), dotsPerInch, dotsPerInch,
+                                       nullptr, nullptr) == 1;
+}
+
+/// Grey pixels for those of one bit, of which the highest of a byte is the first, and 1 is black.
+void WidenToGrey(const std::uint8_t* bits, std::uint8_t* grey, int width) {
+    for (int x = 0; x < width; ++x) grey[x] = bits[x / 8] & (0x80U >> (x % 8)) ? 0 : 0xFF;
 }
 
 unsigned int Points(double userUnits) {
@@ -99,7 +105,8 @@ int PwgSink::Open() {
         return kDrawingFailed;
     }
     if (output_.BeginPart() != 1) return kOutputFailed;
-    stream_ = library.open(Write, &output_, CUPS_RASTER_WRITE_PWG);
+    stream_ = library.open(Write, &output_,
+                           raster_ == PrintRaster::kApple ? CUPS_RASTER_WRITE_APPLE : CUPS_RASTER_WRITE_PWG);
     return stream_ ? kGeneratorDone : Failure();
 }
 
@@ -110,7 +117,7 @@ void PwgSink::FitPage(RasterPageInfo& page) const {
     const double side = std::max(page.pageWidth, page.pageHeight);
     cups_page_header2_t header;
     if (!library.library.IsUsable() || HundredthsOfMillimetre(side) > longest ||
-        !MakeHeader(library, page, header))
+        !MakeHeader(library, page, raster_, header))
         return;
     page.width = std::max(static_cast<int>(header.cupsWidth), 1);
     page.height = std::max(static_cast<int>(header.cupsHeight), 1);
@@ -121,7 +128,7 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
         if (const int status = Open(); status != kGeneratorDone) return status;
     const CupsLibrary& library = CupsLibrary::Get();
     cups_page_header2_t header;
-    if (!MakeHeader(library, page, header)) {
+    if (!MakeHeader(library, page, raster_, header)) {
         NoteNotDrawn("the page has no size that this format can state");
         failed_ = true;
         return kDrawingFailed;
@@ -135,11 +142,19 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
     header.PageSize[1] = Points(page.pageHeight);
     header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] = page.pageCount;
     header.NumCopies = 1;
+    greyWidth_ = raster_ == PrintRaster::kApple && page.pixels == RasterPixels::kBlack ? page.width : 0;
     failed_ = library.writeHeader(stream_, &header) != 1;
     return failed_ ? Failure() : static_cast<int>(kGeneratorDone);
 }
 
 void PwgSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const {
+    if (greyWidth_ > 0) {
+        bytes.resize(static_cast<std::size_t>(greyWidth_) * static_cast<std::size_t>(band.rowCount));
+        for (std::size_t y = 0; y < static_cast<std::size_t>(band.rowCount); ++y)
+            WidenToGrey(band.pixels + y * band.stride,
+                        bytes.data() + y * static_cast<std::size_t>(greyWidth_), greyWidth_);
+        return;
+    }
     bytes.resize(band.rowBytes * static_cast<std::size_t>(band.rowCount));
     for (std::size_t y = 0; y < static_cast<std::size_t>(band.rowCount); ++y)
         std::memcpy(bytes.data() + y * band.rowBytes, band.pixels + y * band.stride, band.rowBytes);

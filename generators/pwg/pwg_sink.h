@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "generators/raster/ORVBandSink.h"
 
 class ORVOutput;
@@ -14,11 +17,15 @@ struct _cups_raster_s;
 #pragma clang diagnostic pop
 #endif
 
-/// Writes pages as PWG Raster through the print system's library.
+/// The two streams of pixels that driverless printers take. They hold the same pages; Apple Raster has no
+/// pixels of one bit, so that black and white comes as grey.
+enum class PrintRaster : std::uint8_t { kPWG, kApple };
+
+/// Writes pages as PWG Raster or Apple Raster through the print system's library.
 class PwgSink final : public ORVBandSink {
 public:
     /// @param output  must outlive the sink
-    explicit PwgSink(ORVOutput& output) : output_(output) {}
+    PwgSink(ORVOutput& output, PrintRaster raster) : output_(output), raster_(raster) {}
     ~PwgSink() override;
 
     /// A page has the pixels that the library gives to paper of its size.
@@ -34,6 +41,8 @@ private:
     int Failure() const;
 
     ORVOutput& output_;
+    PrintRaster raster_;
     _cups_raster_s* stream_ = nullptr;
     bool failed_ = false;
+    int greyWidth_ = 0;  // pixels in a row that come as bits and go as grey; 0 when they go as they come
 };

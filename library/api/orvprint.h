@@ -5,7 +5,7 @@
 /**
  * @file
  * The C interface of liborvprint: reads SVG drawings and renders their pages as PDF, PostScript, EPS, SVG,
- * PNG, TIFF or PWG Raster.
+ * PNG, TIFF, PWG Raster or Apple Raster.
  *
  * All that belongs to a document hangs on its handle: errors, limits, what it may read. There is no state of
  * the process. Different documents may be used in different threads at the same time, each by one thread at a

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdio>
+#include <new>
 
 #include "interpreters/svg/geometry/images.h"
 #include "interpreters/svg/state/SvgDrawState.h"
@@ -142,7 +143,7 @@ const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std:
     PictureFacts& facts = found->second;
     if (!isNew) return facts;
     const ORVRef<ORVPrtBitmapImageElt> bitmap(new ORVPrtBitmapImageElt);
-    LoadPixelImage(state, reference, *bitmap);
+    if (!LoadPixelImage(state, reference, *bitmap)) throw std::bad_alloc();
     if (const ORVPixelImage* image = bitmap->GetPixelImage()) {
         facts.remark = Explain(image->GetRemark());
         facts.width = image->GetWidth();

@@ -479,6 +479,9 @@ MaybeProblem ValueChecks::CheckProperty(const PropertyRow& row, std::string_view
         }
     }
     if (!changes) return Problem(kBadValue, "is not known here: no effect");
-    if (row.name == "font-size") return CheckLength(value);
-    return std::nullopt;
+    if (row.name != "font-size") return std::nullopt;
+    double size = 0.0;
+    if (ParseLength(ProbePage(), value, size) == kRead && size < 0.0)
+        return Problem(kShapeSize, "is negative: the text is not drawn; other programs ignore the size");
+    return CheckLength(value);
 }

@@ -27,16 +27,16 @@ std::string Escape(char32_t character) {
 }  // namespace
 
 void JsonWriter::Put(std::string_view text) {
+    if (text_) {
+        text_->append(text);
+        return;
+    }
     buffer_ += text;
     if (buffer_.size() >= kBufferSize) Flush();
 }
 
 bool JsonWriter::Flush() {
-    if (text_) {
-        text_->append(buffer_);
-        buffer_.clear();
-        return true;
-    }
+    if (text_) return true;
     if (!buffer_.empty() && std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size())
         failed_ = true;
     buffer_.clear();

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// Writes JSON piece by piece, through a small buffer. The caller keeps the grammar, but for commas: they
-/// come by themselves between members and elements.
+/// Writes JSON piece by piece, to a file through a small buffer. The caller keeps the grammar, but for
+/// commas: they come by themselves between members and elements.
 class JsonWriter {
 public:
     /// @param isInMarkup  the text will stand within HTML: what begins markup is escaped

@@ -33,7 +33,7 @@ _orvprint() {
     esac
 
     case $previous in
-        -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg" ;;
+        -f | --format) _orvprint_words "pdf ps eps svg png tiff pwg urf" ;;
         --limit) _orvprint_words "input-bytes= unpacked-bytes= unpacked-growth= element-depth= entity-growth= \
             primitives= duplicates= visits= path-points= dashes= image-pixels= document-pixels= drawn= \
             repeats= pages= page-pixels= output-pixels= output-bytes= painted-pixels= memory=" ;;

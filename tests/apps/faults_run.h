@@ -20,7 +20,7 @@
 
 // What tests of a failing system run the command with.
 
-inline constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+inline constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 
 /// A drawing whose output has more than a hundred kilobytes in every format, so that no pipe takes it whole.
 inline std::string LargeDrawing() {

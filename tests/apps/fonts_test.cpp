@@ -63,7 +63,7 @@ void ExpectNoText(const ToolRun& run, const std::string& part, const std::string
     EXPECT_EQ(run.output, "") << trial;
 }
 
-constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 constexpr const char* kSized =
     "<svg width='90' height='45'><text fill='black' x='9' y='20'>word</text></svg>";
 // The page is the box of its content.

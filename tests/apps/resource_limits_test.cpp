@@ -38,7 +38,7 @@ TEST_F(ResourceLimitsTest, PaintingForPixelsIsBounded) {
     const std::string large = "<rect width='100' height='100' fill='red'/>";
     WriteFile("a.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'>" +
                            Repeat(large, 300) + "</svg>");
-    for (const std::string format : {"png", "tiff", "pwg"}) {
+    for (const std::string format : {"png", "tiff", "pwg", "urf"}) {
         const ToolRun run = Run({"a.svg", "-o", "a." + format, "--limit", "painted-pixels=1000"});
         EXPECT_EQ(run.exitCode, 9);
         EXPECT_EQ(run.errors,
@@ -133,7 +133,7 @@ TEST_F(ResourceLimitsTest, PixelsOfAPage) {
     EXPECT_FALSE(Exists("b.png"));
 }
 
-constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"};
+constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 
 /// A drawing that needs more than `kSmallOutput` bytes in every format.
 std::string LongDrawing() {

@@ -90,7 +90,7 @@ protected:
 };
 
 TEST_F(SandboxRunTest, EveryFormatPrintsTheSame) {
-    for (const char* format : {"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"}) {
+    for (const char* format : {"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"}) {
         const std::string output = std::string("x.") + format;
         ExpectTheSame({}, {"page.svg", "-o", output}, output);
         ExpectTheSame({}, {"page.svg", "-f", format, "-o", "-"}, "");
@@ -214,7 +214,7 @@ TEST_F(SandboxRunTest, TemporaryFilesLieWhereTheVariableSays) {
 TEST_F(SandboxRunTest, BatchesPrintTheSame) {
     fs::create_directories(Folder() / "more");
     WriteFile("more/b.svg", SmallDrawing("<rect width='9' height='9'/><text x='9' y='20'>b</text>"));
-    for (const char* format : {"pdf", "ps", "svg", "png", "tiff", "pwg"}) {
+    for (const char* format : {"pdf", "ps", "svg", "png", "tiff", "pwg", "urf"}) {
         for (const char* option : {"--no-sandbox", RequiredOption()}) {
             const ToolRun run = RunIn({}, {"page.svg", "more/b.svg", "--out-dir", std::string("out") + option,
                                            "-f", format, option, "-j", "2"});

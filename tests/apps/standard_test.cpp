@@ -57,7 +57,7 @@ TEST_F(StandardTest, TheOptionChoosesTheInterpreter) {
 
 TEST_F(StandardTest, EveryFormatTakesIt) {
     WriteFile("a.svg", kStandard);
-    for (const char* format : {"pdf", "ps", "eps", "svg", "png", "tiff", "pwg"}) {
+    for (const char* format : {"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"}) {
         const std::string output = std::string("a-out.") + format;
         const ToolRun run = Run({"a.svg", "-o", output, "-f", format, "--interpreter", "svg2"});
         EXPECT_EQ(run.exitCode, 0) << format << ": " << run.errors;

@@ -84,7 +84,7 @@ std::unique_ptr<PrivateScheduler> DirectTest::scheduler;
 TEST_F(DirectTest, PrintersAreListed) {
     const ToolRun run = RunHere({"printers"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("paper: idle, takes pdf pwg, First floor\n"));
+    EXPECT_THAT(run.output, HasSubstr("paper: idle, takes pdf pwg urf, First floor\n"));
     const ToolRun nobody = RunProgram({"env", "CUPS_SERVER=/nonexistent", ORV_TOOL_PATH, "printers"});
     EXPECT_EQ(nobody.exitCode, 9);
     EXPECT_THAT(nobody.errors, StartsWith("orvprint: the print system does not answer"));
@@ -111,6 +111,15 @@ TEST_F(DirectTest, AQueueGetsSheetsOfItsPaper) {
     EXPECT_EQ(PagesOfOutput(), "1");
     NumberOf(RunHere({"-", "-d", "paper", "--wait"}, Rectangles("red")));
     EXPECT_LT(LooksOf(scheduler->GetOutput()).DifferenceFrom(LooksOf("wanted.pdf")), 0.5);
+}
+
+TEST_F(DirectTest, PaperOfAnySizeWithinThePrintersBounds) {
+    NumberOf(RunHere({"a.svg", "-d", "paper", "--paper", "150x200mm", "--wait"}));
+    EXPECT_THAT(RunProgram({"pdfinfo", scheduler->GetOutput()}).output,
+                testing::ContainsRegex("Page size: +425[.0-9]* x 566[.0-9]*"));
+    const ToolRun larger = RunHere({"a.svg", "-d", "paper", "--paper", "1500x2000mm"});
+    EXPECT_EQ(larger.exitCode, 8);
+    EXPECT_THAT(larger.errors, HasSubstr("has no paper '1500x2000mm'"));
 }
 
 TEST_F(DirectTest, TitlesAndOptionsGoWithTheJob) {
@@ -242,6 +251,21 @@ TEST_F(PrinterTest, OneThatTakesPixelsGetsItsPaperAtItsResolution) {
     EXPECT_EQ(NumberAt(job, 4 + 388), 8U);
 }
 
+TEST_F(PrinterTest, OneThatTakesOnlyAppleRasterGetsThat) {
+    WriteFile("a.svg", Rectangles("red"));
+    const ToolRun run = Run({"a.svg", "-d", StartPrinter("image/urf"), "--wait"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.errors, HasSubstr(": completed"));
+    const std::string job = ReadAll(PathOfJob());
+    ASSERT_THAT(job, StartsWith("UNIRAST"));
+    EXPECT_EQ(NumberAt(job, 8), 1U);  // page
+    // The header of a page: bits, colours, sides, quality, two numbers, pixels and their resolution.
+    EXPECT_EQ(job[12], 24);
+    EXPECT_EQ(NumberAt(job, 32), 600U);
+    EXPECT_EQ(NumberAt(job, 24), 600U * 17 / 2);
+    EXPECT_EQ(NumberAt(job, 28), 600U * 11);
+}
+
 TEST_F(PrinterTest, OneThatTakesPdfGetsPdf) {
     WriteFile("a.svg", Rectangles("red"));
     const std::string address = StartPrinter("application/pdf,image/pwg-raster");
@@ -255,7 +279,7 @@ TEST_F(PrinterTest, OneThatTakesNeitherIsRefused) {
     WriteFile("a.svg", Rectangles("red"));
     const ToolRun run = Run({"a.svg", "-d", StartPrinter("image/jpeg")});
     EXPECT_EQ(run.exitCode, 8);
-    EXPECT_THAT(run.errors, HasSubstr("takes neither PDF nor PWG Raster"));
+    EXPECT_THAT(run.errors, HasSubstr("takes neither PDF nor PWG Raster nor Apple Raster"));
 }
 
 }  // namespace

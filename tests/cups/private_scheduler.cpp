@@ -58,6 +58,17 @@ constexpr const char* kPrinter = R"ppd(*PPD-Adobe: "4.3"
 *ImageableArea A4/A4: "0 0 595 842"
 *DefaultPaperDimension: A4
 *PaperDimension A4/A4: "595 842"
+*VariablePaperSize: True
+*LeadingEdge Short: ""
+*MaxMediaWidth: "842"
+*MaxMediaHeight: "1191"
+*HWMargins: 0 0 0 0
+*CustomPageSize True: "pop pop pop <</PageSize[5 -2 roll]>>setpagedevice"
+*ParamCustomPageSize Width: 1 points 72 842
+*ParamCustomPageSize Height: 2 points 72 1191
+*ParamCustomPageSize WidthOffset: 3 points 0 0
+*ParamCustomPageSize HeightOffset: 4 points 0 0
+*ParamCustomPageSize Orientation: 5 int 0 0
 )ppd";
 
 bool WaitUntil(const std::function<bool()>& isSo) {

@@ -68,6 +68,7 @@ constexpr std::array kPrintRows{
     PrintRow{"png", "png"},
     PrintRow{"tiff", "tiff"},
     PrintRow{"pwg", "pwg"},
+    PrintRow{"urf", "urf"},
     PrintRow{"pdfPoster", "pdf", 1, true},
     PrintRow{"svgPoster", "svg", 1, true},
     PrintRow{"pngSeveralUp", "png", 1, false, 2},

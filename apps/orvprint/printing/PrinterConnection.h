@@ -22,7 +22,7 @@ struct PrinterMedium {
 
 /// What a printer is to be sent.
 struct PrinterNeeds {
-    std::string format;  ///< of our formats: "pdf", else "pwg"
+    std::string format;  ///< of our formats: "pdf", else "pwg", else "urf"
     PrinterMedium medium;
     double dotsPerInch = 0.0;             ///< of formats of pixels
     bool isGrey = false, isMono = false;  ///< it takes no pixels in colour, or in black only

@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -26,8 +27,9 @@ struct Format {
     const char* name;
     const char* type;
 };
-// The better ones first. Printers scale neither the one nor the other if they are told not to.
-constexpr std::array<Format, 2> kFormats{Format{"pdf", "application/pdf"}, Format{"pwg", "image/pwg-raster"}};
+// The better ones first. Printers scale none of them if they are told not to.
+constexpr std::array<Format, 3> kFormats{Format{"pdf", "application/pdf"}, Format{"pwg", "image/pwg-raster"},
+                                         Format{"urf", "image/urf"}};
 
 struct Freer {
     void operator()(cups_dest_t* printer) const { cupsFreeDests(1, printer); }
@@ -89,6 +91,24 @@ double ChooseResolution(ipp_attribute_t* supported, ipp_attribute_t* usual) {
     return best > 0 ? best : wanted;
 }
 
+/// The resolution of Apple Raster nearest to 600, of those that a printer lists as "RS300-600".
+double ChooseUrfResolution(ipp_attribute_t* supported) {
+    constexpr long kWanted = 600;
+    long best = 0;
+    for (int i = 0; supported && i < ippGetCount(supported); ++i) {
+        const char* at = ippGetString(supported, i, nullptr);
+        if (!at || std::strncmp(at, "RS", 2) != 0) continue;
+        for (++at; *at == 'S' || *at == '-';) {
+            char* end = nullptr;
+            const long value = std::strtol(at + 1, &end, 10);
+            if (value > 0 && (best == 0 || std::abs(value - kWanted) < std::abs(best - kWanted)))
+                best = value;
+            at = end;
+        }
+    }
+    return static_cast<double>(best > 0 ? best : kWanted);
+}
+
 class CupsConnection final : public PrinterConnection {
 public:
     ~CupsConnection() override {
@@ -142,11 +162,14 @@ public:
             return HasText(Supported("document-format"), candidate.type);
         });
         if (format == kFormats.end()) {
-            error = "takes neither PDF nor PWG Raster";
+            error = "takes neither PDF nor PWG Raster nor Apple Raster";
             return false;
         }
         needs.format = format->name;
-        return AskMedium(medium, needs.medium, error) && AskPixels(needs);
+        if (!AskMedium(medium, needs.medium, error)) return false;
+        if (needs.format == "pwg") AskPixels(needs);
+        if (needs.format == "urf") AskUrfPixels(needs);
+        return true;
     }
 
     bool Send(const PrinterJob& job, const PrinterNeeds& needs, int document, int& number,
@@ -211,20 +234,39 @@ private:
         return facts;
     }
 
-    /// Paper by one of its names. Printers state their sizes in points, too, and so are off by a little.
-    bool FindMedium(const std::string& name, cups_size_t& size) {
+    static bool IsNearly(const cups_size_t& size, const pwg_media_t& wanted) {
         constexpr int kMostApart = 100;  // hundredths of a millimetre
+        return std::abs(size.width - wanted.width) <= kMostApart &&
+               std::abs(size.length - wanted.length) <= kMostApart;
+    }
+
+    /// Printers with bounds for sizes of their users' own have the margins of their usual paper for them.
+    bool FitsCustomSizes(const pwg_media_t& wanted, cups_size_t& size) {
+        std::array<char, 128> name{};
+        if (pwgFormatSizeName(name.data(), name.size(), "custom", nullptr, wanted.width, wanted.length,
+                              "mm") == 0 ||
+            cupsCheckDestSupported(own_, printer_.get(), facts_.get(), CUPS_MEDIA, name.data()) == 0)
+            return false;
+        size = {};
+        cupsGetDestMediaDefault(own_, printer_.get(), facts_.get(), 0, &size);
+        std::snprintf(size.media, sizeof size.media, "%s", name.data());
+        size.width = wanted.width;
+        size.length = wanted.length;
+        return true;
+    }
+
+    /// Paper by one of its names, or of a size that the printer takes though it has no name for it. Printers
+    /// state their sizes in points, too, and so are off by a little.
+    bool FindMedium(const std::string& name, cups_size_t& size) {
         const pwg_media_t* wanted = pwgMediaForPWG(name.c_str());
         if (!wanted) wanted = pwgMediaForLegacy(name.c_str());
         if (!wanted) wanted = pwgMediaForPPD(name.c_str());
         const int count = cupsGetDestMediaCount(own_, printer_.get(), facts_.get(), 0);
         for (int i = 0; i < count; ++i) {
             if (cupsGetDestMediaByIndex(own_, printer_.get(), facts_.get(), i, 0, &size) == 0) continue;
-            const bool isNearly = wanted && std::abs(size.width - wanted->width) <= kMostApart &&
-                                  std::abs(size.length - wanted->length) <= kMostApart;
-            if (name == size.media || isNearly) return true;
+            if (name == size.media || (wanted && IsNearly(size, *wanted))) return true;
         }
-        return false;
+        return wanted && FitsCustomSizes(*wanted, size);
     }
 
     bool AskMedium(const std::string& name, PrinterMedium& medium, std::string& error) {
@@ -248,15 +290,19 @@ private:
         return true;
     }
 
-    bool AskPixels(PrinterNeeds& needs) {
-        if (needs.format == "pdf") return true;
+    void AskPixels(PrinterNeeds& needs) {
         needs.dotsPerInch =
             ChooseResolution(Supported("pwg-raster-document-resolution"),
                              cupsFindDestDefault(own_, printer_.get(), facts_.get(), "printer-resolution"));
         ipp_attribute_t* const types = Supported("pwg-raster-document-type");
         needs.isGrey = !HasText(types, "srgb_8") && HasText(types, "sgray_8");
         needs.isMono = !HasText(types, "srgb_8") && !needs.isGrey && HasText(types, "black_1");
-        return true;
+    }
+
+    void AskUrfPixels(PrinterNeeds& needs) {
+        ipp_attribute_t* const supported = Supported("urf-supported");
+        needs.dotsPerInch = ChooseUrfResolution(supported);
+        needs.isGrey = !HasText(supported, "SRGB24") && HasText(supported, "W8");
     }
 
     bool SendDocument(const PrinterJob& job, const PrinterNeeds& needs, int document, int count,

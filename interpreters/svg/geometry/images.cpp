@@ -70,22 +70,24 @@ bool HoldsImageData(std::string_view reference) {
                        [&](const DataFormat& format) { return reference.starts_with(format.prefix); });
 }
 
-void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap) {
+bool LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap) {
     ORVPrtPrimitiveBudget* const budget = bitmap.GetBudget();
-    if (budget && !budget->MayTakePixels()) return;
+    if (budget && !budget->MayTakePixels()) return true;
     ORVUnicodeString path;
     const ORVRef<ORVPixelImage> image =
         FindImageFile(state, reference, path) ? LoadFile(path) : LoadData(reference);
     if (!image) {
-        if (budget && ORVPixelImage::WasMemorySpent()) budget->NoteMemorySpent();
-        return;
+        const bool isMemorySpent = ORVPixelImage::WasMemorySpent();
+        if (budget && isMemorySpent) budget->NoteMemorySpent();
+        return !isMemorySpent;
     }
     bitmap.SetPixelImage(image.get());
-    if (!budget) return;
+    if (!budget) return true;
     // A colour profile is as much work as pixels are, and packed as well.
     const std::uint64_t pixels =
         static_cast<std::uint64_t>(image->GetWidth()) * static_cast<std::uint64_t>(image->GetHeight());
     budget->NotePixels(pixels + image->GetProfileSize(), image->GetFileSize());
+    return true;
 }
 
 ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,

@@ -21,7 +21,8 @@ int HandleImage(SvgDrawState state, const Element& element, ORVPrtBitmapImageElt
 
 /// Loads the pixels that a reference names: a file as it stands or beside the document, as far as the host
 /// lets documents read it, or base64 data of a PNG, JPEG or BMP. Nothing is set when there are none.
-void LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap);
+/// @return false when memory ran out, which says nothing of the image
+bool LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap);
 
 /// The file that a reference names, as it stands or beside the document, as far as the host lets documents
 /// read it. @return false when there is none

@@ -31,7 +31,9 @@ bool ReadFontSize(Text text, const Context& context, double& size) {
         sizes.xHeight = sizes.zeroWidth = parentSize / 2.0;
         Length length;
         if (!ReadLength(text, sizes, length)) return false;
-        size = length.Resolve(parentSize);
+        const double resolved = length.Resolve(parentSize);
+        if (resolved < 0.0) return false;
+        size = resolved;
     }
     return true;
 }

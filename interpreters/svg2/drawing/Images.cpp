@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/drawing/Images.h"
 
+#include <new>
 #include <utility>
 
 #include "interpreters/svg2/document/outer_files.h"
@@ -32,7 +33,14 @@ ImageContent& Images::Find(std::string_view reference) {
     auto& [length, known] = byPlace_[reference.data()];
     if (known && length == reference.size()) return *known;
     const auto [entry, isNew] = contents_.try_emplace(reference);
-    if (isNew) Load(reference, entry->second);
+    if (isNew) {
+        try {
+            Load(reference, entry->second);
+        } catch (...) {
+            contents_.erase(entry);  // what was not read says nothing of the image
+            throw;
+        }
+    }
     length = reference.size();
     known = &entry->second;
     return *known;
@@ -55,8 +63,10 @@ void Images::Decode(std::string bytes, ImageContent& content) const {
             content.pixels = ORVRef<const ORVPixelImage>(image);
             return;
         }
+        if (ORVPixelImage::WasMemorySpent()) throw std::bad_alloc();
     }
     content.pixels = ORVRef<const ORVPixelImage>(ReadMemoryModuleImage(bytes.data(), bytes.size()));
+    if (!content.pixels && ORVPixelImage::WasMemorySpent()) throw std::bad_alloc();
     if (content.pixels || depth_ >= kGreatestDepth || !Unpack(bytes)) return;
     auto drawing = ParseDocument(std::move(bytes));
     if (drawing && drawing->IsSvg()) content.drawing = std::move(drawing);

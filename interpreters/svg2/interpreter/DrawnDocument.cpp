@@ -68,8 +68,13 @@ bool DrawnDocument::Parse() {
                       : ParseDocument(std::exchange(bytes_, {}));
     if (document_ && !document_->IsSvg()) document_.reset();
     if (!document_) return false;
-    document_->SetOuterSheets(std::move(sheets));
-    FindPages();
+    try {
+        document_->SetOuterSheets(std::move(sheets));
+        FindPages();
+    } catch (...) {
+        document_.reset();  // what has only some of its pages is no document
+        throw;
+    }
     return true;
 }
 

@@ -136,7 +136,7 @@ void ORVPixelImage::ReleasePixels() const {
     if (!file_.empty()) pixels_.reset();
 }
 
-bool ORVPixelImage::WasMemorySpent() { return memorySpent; }
+bool ORVPixelImage::WasMemorySpent() { return std::exchange(memorySpent, false); }
 
 void ORVPixelImageBuilder::BeginReading() { memorySpent = false; }
 

@@ -52,13 +52,14 @@ std::vector<StoredPage> Read(const std::string& bytes) {
     return pages;
 }
 
+template <class Generator = ORVPwgGenerator>
 std::string Draw(ORVColourMode mode, double width, double height, unsigned int pages = 1) {
     ORVMemoryOutput output;
     ORVRasterOptions options;
     options.colourMode = mode;
     options.dotsPerInch = 180.0;
     options.bandRows = 13;
-    ORVPwgGenerator generator(output, options);
+    Generator generator(output, options);
     EXPECT_EQ(generator.BeginDocument({"", pages}), 1);
     for (unsigned int i = 1; i <= pages; ++i) {
         EXPECT_EQ(generator.BeginPage(PageInfo(width, height, i)), 1);
@@ -153,6 +154,45 @@ TEST(ORVPwgGeneratorTest, GreyAndBlackAreColourSpacesOfTheirOwn) {
     EXPECT_EQ(black[0].rows[5][0], 0x3F);
     EXPECT_EQ(black[0].rows[5][1], 0xC0);
     EXPECT_EQ(black[0].rows[50][0], 0);
+}
+
+TEST(ORVUrfGeneratorTest, PagesAreReadBack) {
+    const std::string bytes = Draw<ORVUrfGenerator>(ORVColourMode::kColour, 210.0 * kUnitsPerMillimetre,
+                                                    297.0 * kUnitsPerMillimetre, 2);
+    EXPECT_EQ(bytes.substr(0, 12), std::string("UNIRAST\0\0\0\0\2", 12));
+    const auto pages = Read(bytes);
+    ASSERT_EQ(pages.size(), 2U);
+    const auto asPwg =
+        Read(Draw(ORVColourMode::kColour, 210.0 * kUnitsPerMillimetre, 297.0 * kUnitsPerMillimetre, 2));
+    for (const StoredPage& page : pages) {
+        EXPECT_EQ(page.header.HWResolution[0], 180U);
+        EXPECT_EQ(page.header.cupsWidth, 1488U);
+        EXPECT_EQ(page.header.cupsHeight, 2104U);
+        EXPECT_EQ(page.header.cupsColorSpace, CUPS_CSPACE_SRGB);
+        EXPECT_EQ(page.header.cupsBitsPerPixel, 24U);
+        EXPECT_EQ(page.rows, asPwg.front().rows);
+    }
+}
+
+TEST(ORVUrfGeneratorTest, GreyAndBlackAreGrey) {
+    const auto grey = Read(Draw<ORVUrfGenerator>(ORVColourMode::kGrey, 101.0, 77.0));
+    ASSERT_EQ(grey.size(), 1U);
+    EXPECT_EQ(grey[0].header.cupsColorSpace, CUPS_CSPACE_SW);
+    EXPECT_EQ(grey[0].header.cupsBitsPerPixel, 8U);
+    EXPECT_EQ(grey[0].rows[25][3], 117);  // 200 * 150 / 256
+    EXPECT_EQ(grey[0].rows[5][3], 0);
+
+    const auto bits = Read(Draw(ORVColourMode::kMono, 101.0, 77.0));
+    const auto black = Read(Draw<ORVUrfGenerator>(ORVColourMode::kMono, 101.0, 77.0));
+    ASSERT_EQ(black.size(), 1U);
+    ASSERT_EQ(bits.size(), 1U);
+    EXPECT_EQ(black[0].header.cupsBitsPerPixel, 8U);
+    ASSERT_EQ(black[0].header.cupsWidth, 201U);
+    ASSERT_EQ(black[0].rows.size(), 153U);
+    for (std::size_t y = 0; y < 153; ++y)
+        for (std::size_t x = 0; x < 201; ++x)
+            ASSERT_EQ(black[0].rows[y][x], bits[0].rows[y][x / 8] >> (7 - x % 8) & 1 ? 0 : 255)
+                << x << " " << y;
 }
 
 TEST(ORVPwgGeneratorTest, OutputsThatFailAreReported) {

@@ -183,6 +183,7 @@ TEST(PropertyTest, FontSetsWhatItNamesAndResetsTheRest) {
         {"large serif", true, 14.4, 400, false, "serif"},
         {"12px", false, 0, 0, false, ""},
         {"bold Arial", false, 0, 0, false, ""},
+        {"-12px Arial", false, 0, 0, false, ""},
         {"", false, 0, 0, false, ""},
     };
     for (const auto& font : kFonts) {

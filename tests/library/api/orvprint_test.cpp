@@ -92,7 +92,7 @@ TEST_F(LibraryTest, SaysItsVersions) {
 TEST_F(LibraryTest, NamesItsFormats) {
     std::vector<std::string> names;
     for (unsigned int i = 0; orvprint_format_name(i); ++i) names.emplace_back(orvprint_format_name(i));
-    EXPECT_THAT(names, testing::UnorderedElementsAre("pdf", "ps", "eps", "svg", "png", "tiff", "pwg"));
+    EXPECT_THAT(names, testing::UnorderedElementsAre("pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"));
 }
 
 TEST_F(LibraryTest, LeavesBytesThatAreBorrowedAsTheyAre) {

@@ -179,6 +179,8 @@ INSTANTIATE_TEST_SUITE_P(
                      ""},
         DocumentCase{"WhatIsLeftOfAnotherShapeSaysNothing",
                      "<ellipse d='M1 1' rx='2' ry='2' x='5'/><path d='M1 1' cx='5'/>", ""},
+        DocumentCase{"NoTextIsOfANegativeSize",
+                     "<text font-family='Liberation Sans' font-size='-9' x='1' y='9'>a</text>", "shape-size"},
         DocumentCase{"OneRadiusIsNotBoth", "<ellipse rx='9'/>", "shape-size"},
         DocumentCase{"ASubpathWithoutLengthHasNoCaps",
                      "<path d='M1 1L9 9 M5 5L5 5' fill='none' stroke='red' stroke-linecap='round'/>",
