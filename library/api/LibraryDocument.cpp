@@ -263,7 +263,10 @@ int LibraryDocument::ReadDrawings() {
     const auto cancelled = [this] { return Report(kResultCancelled, Origin().name, "was cancelled"); };
     if (const int code = CheckKind(Origin(), bytes_); code != kResultDone) return code;
     if (IsCancelled()) return cancelled();
-    return UseDrawings(Origin(), words_.drawing, bytes_, [&](const Drawing& drawing) {
+    // A check reads the bytes again, and they may be the host's own.
+    DrawingOptions options = words_.drawing;
+    options.keepsBytes = true;
+    return UseDrawings(Origin(), options, bytes_, [&](const Drawing& drawing) {
         if (IsCancelled()) return cancelled();
         pages_.insert(pages_.end(), drawing.pages.begin(), drawing.pages.end());
         drawings_.push_back(drawing);

@@ -56,7 +56,8 @@ int ParseDocument(const InputOrigin& origin, const DrawingOptions& options, bool
         }
     } else {
         ORVLightXmlParser parser;
-        parser.Parse({bytes.GetOwner(), bytes.GetView(), ORVXmlReading::kOnce}, document.light);
+        const auto reading = options.keepsBytes ? ORVXmlReading::kOnceInKeptSource : ORVXmlReading::kOnce;
+        parser.Parse({bytes.GetOwner(), bytes.GetView(), reading}, document.light);
         error = parser.GetError();
     }
     if (error.isOutOfMemory) return origin.host.ReportOutOfMemory(origin.name);

@@ -22,6 +22,7 @@ struct DrawingOptions {
     bool detectsQvxml = false;        ///< the same where there is an element around the drawings
     std::string fragment;             ///< number or identifier of one of them; empty for the outermost ones
     bool keepGoing = false;           ///< print what stands before an error in the XML
+    bool keepsBytes = false;          ///< the bytes are read again later; else they are lost on the way
     std::vector<std::string> allowedFolders;
     std::string languages;   ///< that the user reads, as "en,de"; empty for the locale's
     double fontSize = 12.0;  ///< px, of text that states no size; for standard SVG only

@@ -6,7 +6,8 @@
 #include "platform/system/released_pages.h"
 
 void ORVXmlTexts::Forget(ORVXmlTextPlace place) const {
-    if (reading != ORVXmlReading::kOnce || place.length == ORVXmlTextPlace::kShared) return;
+    if (reading == ORVXmlReading::kAny || place.length == ORVXmlTextPlace::kShared) return;
+    if (place.IsInDocument() && reading == ORVXmlReading::kOnceInKeptSource) return;
     const std::string_view text = Get(place);
     ORVReleasePages(text.data(), text.size());
 }

@@ -39,14 +39,18 @@ struct ORVXmlTextPlace {
 /// How often the values of a document's attributes are read.
 enum class ORVXmlReading : std::uint8_t {
     kAny,
-    kOnce  ///< they are forgotten, one by one, by the reader; the bytes of the document go with them
+    kOnceInKeptSource,  ///< nodes and values are given up as they are read; the document's own bytes stay
+    kOnce               ///< the bytes of the document go with them
 };
+
+class ORVXmlNodeStore;
 
 /// The texts of a tree, as its nodes refer to them. Half the size of views, which large documents feel.
 struct ORVXmlTexts {
     const char* document = nullptr;               ///< the document's bytes; null when they do not stay
     std::vector<std::string_view> others;         ///< what lies elsewhere
     ORVXmlReading reading = ORVXmlReading::kAny;  ///< how often the texts are going to be read
+    ORVXmlNodeStore* readOnce = nullptr;          ///< of nodes that are read once; else null
 
     /// The text at a place.
     std::string_view Get(ORVXmlTextPlace place) const {
@@ -58,7 +62,8 @@ struct ORVXmlTexts {
 };
 
 /// A node of a document. Nodes and all they point to belong to an ORVXmlTree, never change and live as long
-/// as the tree does; only values that are forgotten are lost.
+/// as the tree does; but where the document is read once, values that are forgotten are lost, and nodes that
+/// an ORVXmlChildWalk has left behind.
 struct ORVXmlNode {
     /// What a node is.
     enum class Kind : std::uint8_t { kElement, kText, kComment };

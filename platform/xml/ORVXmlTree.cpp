@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "platform/xml/ORVXmlNodeStore.h"
+
 namespace {
 
 constexpr std::size_t kFirstChunk = std::size_t{4} << 10U;
@@ -24,9 +26,11 @@ std::size_t RecentSlot(std::string_view text) {
 
 }  // namespace
 
-ORVXmlTree::ORVXmlTree() : nextChunk_(kFirstChunk) {}
+ORVXmlTree::ORVXmlTree() : nodes_(std::make_unique<ORVXmlNodeStore>()), nextChunk_(kFirstChunk) {}
 
 ORVXmlTree::~ORVXmlTree() = default;
+
+std::size_t ORVXmlTree::GetMemoryInUse() const { return memoryInUse_ + nodes_->GetMemoryInUse(); }
 
 void ORVXmlTree::Release() const {
     if (--references_ == 0) delete this;
@@ -76,7 +80,8 @@ ORVXmlTextPlace ORVXmlTree::KeepPlace(std::string_view text) {
     if (text.empty()) return {};
     if (IsStable(text)) {
         const auto start = static_cast<std::size_t>(text.data() - stable_.data());
-        if (start + text.size() < ORVXmlTextPlace::kShared)
+        keptTo_ = start + text.size();
+        if (keptTo_ < ORVXmlTextPlace::kShared)
             return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(text.size())};
     }
     const std::string_view kept = Keep(text);

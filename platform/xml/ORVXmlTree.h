@@ -34,15 +34,15 @@ public:
     /// Names of elements within drawings that are not among those of the vocabulary, as the bits of
     /// unread_elements.h. Drawings that lie deeper than three levels in another document are not looked into.
     std::uint32_t GetUnreadElements() const { return unreadElements_; }
-    /// Bytes taken for nodes, attributes and texts.
-    std::size_t GetMemoryInUse() const { return memoryInUse_; }
+    /// Bytes taken for nodes, attributes and texts at this moment.
+    std::size_t GetMemoryInUse() const;
 
 private:
     friend class ORVXmlTreeBuilder;
 
     ~ORVXmlTree();
 
-    /// Storage that lives as long as the tree; throws std::bad_alloc.
+    /// Storage for all but nodes that lives as long as the tree; throws std::bad_alloc.
     void* Allocate(std::size_t size, std::size_t alignment);
     /// True for what lies in the document's own bytes, which outlive the tree.
     bool IsStable(std::string_view text) const {
@@ -57,6 +57,8 @@ private:
 
     std::string_view stable_;                  // the document's bytes, if they outlive the tree
     std::shared_ptr<const void> sourceOwner_;  // what keeps them
+    std::unique_ptr<ORVXmlNodeStore> nodes_;
+    std::size_t keptTo_ = 0;  // where the last text ends that was kept in the document's own bytes
     std::vector<std::unique_ptr<char[]>> chunks_;
     char* free_ = nullptr;  // the unused part of the current chunk
     std::size_t left_ = 0;

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/xml/ORVXmlNodeStore.h"
 #include "platform/xml/plain_document.h"
 #include "platform/xml/unread_elements.h"
 
@@ -32,18 +33,30 @@ ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading,
                                      std::vector<ORVXmlPlace>* places)
     : shape_(shape), places_(places), tree_(new ORVXmlTree), levels_(1) {
     tree_->texts_.reading = reading;
+    if (reading != ORVXmlReading::kAny) tree_->texts_.readOnce = tree_->nodes_.get();
 }
 
 ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source)
     : ORVXmlTreeBuilder(shape, source.reading) {
     tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
     tree_->texts_.document = tree_->stable_.data();
+    if (source.reading == ORVXmlReading::kOnce) tree_->nodes_->SetSource(tree_->stable_.data());
     tree_->sourceOwner_ = source.owner;
     if (source.owner) tree_->memoryInUse_ += source.bytes.size();
 }
 
-ORVXmlNode& ORVXmlTreeBuilder::AppendNode() {
-    auto* const node = new (tree_->Allocate(sizeof(ORVXmlNode), alignof(ORVXmlNode))) ORVXmlNode;
+ORVXmlNode& ORVXmlTreeBuilder::AppendNode(std::size_t places) {
+    static_assert(sizeof(ORVXmlNode) % alignof(ORVXmlNode) == 0 &&
+                  sizeof(ORVXmlTextPlace) % alignof(ORVXmlNode) == 0);
+    const std::size_t size = sizeof(ORVXmlNode) + places * sizeof(ORVXmlTextPlace);
+    const bool isTogether = size <= ORVXmlNodeStore::kLargest;
+    auto* const bytes =
+        static_cast<char*>(tree_->nodes_->Allocate(isTogether ? size : sizeof(ORVXmlNode), tree_->keptTo_));
+    auto* const node = new (bytes) ORVXmlNode;
+    if (places > 0)
+        node->attributeTexts = reinterpret_cast<ORVXmlTextPlace*>(
+            isTogether ? bytes + sizeof(ORVXmlNode)
+                       : tree_->Allocate(places * sizeof(ORVXmlTextPlace), alignof(ORVXmlTextPlace)));
     node->texts = &tree_->texts_;
     Level& level = levels_[depth_];
     if (level.lastChild)
@@ -66,7 +79,13 @@ bool ORVXmlTreeBuilder::IsInDrawing() const {
 void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     FlushText();
     if (places_ && tag.locator) places_->push_back(tag.locator->Locate());
-    ORVXmlNode& node = AppendNode();
+    std::uint64_t known = 0;
+    for (const std::int8_t number : tag.numbers)
+        if (number >= 0) known |= std::uint64_t{1} << static_cast<unsigned>(number);
+    const std::size_t count = tag.attributes.size();
+    const std::size_t knownCount = ORVCountBits(known);
+
+    ORVXmlNode& node = AppendNode(knownCount + 2 * (count - knownCount));
     if (depth_ == 0 && !tree_->root_) tree_->root_ = &node;
     node.id = FindElementName(tag.name);
     if (node.id == ElementName::kUnknown) {
@@ -75,18 +94,10 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
     }
 
     if (!tag.attributes.empty()) {
-        std::uint64_t known = 0;
-        for (const std::int8_t number : tag.numbers)
-            if (number >= 0) known |= std::uint64_t{1} << static_cast<unsigned>(number);
         node.known = known;
-
-        const std::size_t count = tag.attributes.size();
-        const std::size_t knownCount = ORVCountBits(known);
-        const std::size_t texts = knownCount + 2 * (count - knownCount);
+        node.attributeCount = static_cast<std::uint32_t>(count);
         // Every one of them is set below.
-        auto* const kept = static_cast<ORVXmlTextPlace*>(
-            tree_->Allocate(texts * sizeof(ORVXmlTextPlace), alignof(ORVXmlTextPlace)));
-
+        auto* const kept = const_cast<ORVXmlTextPlace*>(node.attributeTexts);
         ORVXmlTextPlace* nextUnknown = kept + knownCount;
         for (std::size_t i = 0; i < count; ++i) {
             const std::int8_t number = tag.numbers[i];
@@ -99,8 +110,6 @@ void ORVXmlTreeBuilder::StartElement(const XmlStartTag& tag) {
                 new (nextUnknown++) ORVXmlTextPlace(own.value);
             }
         }
-        node.attributeTexts = kept;
-        node.attributeCount = static_cast<std::uint32_t>(count);
     }
 
     ++depth_;

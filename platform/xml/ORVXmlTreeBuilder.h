@@ -64,7 +64,8 @@ private:
 
     /// Whether an element that begins now lies in an "svg" element.
     bool IsInDrawing() const;
-    ORVXmlNode& AppendNode();
+    /// @param places  of texts that its attributes have
+    ORVXmlNode& AppendNode(std::size_t places = 0);
     /// Texts of an attribute that live as long as the tree.
     /// @param isWritten  false when the document type supplied it
     KeptAttribute Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten);

@@ -5,22 +5,36 @@
 
 #include "platform/system/ORVUnicodeString.h"
 
+namespace {
+
+/// What a stretch of bytes holds, as sums that the compiler makes of many bytes at once.
+struct ByteSums {
+    std::uint8_t all = 0;      // every bit of every byte
+    std::uint8_t refused = 0;  // 1 for a control character that documents may not hold
+
+    void Add(char c) {
+        const auto byte = static_cast<std::uint8_t>(c);
+        all |= byte;
+        refused |=
+            static_cast<std::uint8_t>((byte < 0x20) & (byte != '\t') & (byte != '\n') & (byte != '\r'));
+    }
+};
+
+}  // namespace
+
 bool AreXmlCharacters(std::string_view bytes) {
-    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) >= 0x20 || IsXml(c, kXmlSpace); };
-    std::uint64_t seen = 0;
+    constexpr std::size_t kStretch = 256;
+    ByteSums sums;
     std::size_t i = 0;
-    for (; i + 8 <= bytes.size(); i += 8) {
-        const std::uint64_t word = LoadXmlWord(bytes.data() + i);
-        seen |= word;
-        if (ControlXmlBytes(word) == 0) continue;
-        for (std::size_t k = i; k < i + 8; ++k)
-            if (!isPlain(bytes[k])) return false;
+    for (; i + kStretch <= bytes.size(); i += kStretch) {
+        ByteSums own;  // of its own, so that it stays in registers
+        for (std::size_t k = 0; k < kStretch; ++k) own.Add(bytes[i + k]);
+        if (own.refused != 0) return false;
+        sums.all |= own.all;
     }
-    for (; i < bytes.size(); ++i) {
-        seen |= static_cast<unsigned char>(bytes[i]);
-        if (!isPlain(bytes[i])) return false;
-    }
-    if ((seen & kXmlHighBits) == 0) return true;
+    for (; i < bytes.size(); ++i) sums.Add(bytes[i]);
+    if (sums.refused != 0) return false;
+    if (sums.all < 0x80) return true;
     if (!ORVIsWellFormedUTF8(bytes)) return false;
     // U+FFFE and U+FFFF are UTF-8, but no characters.
     return bytes.find("\xEF\xBF\xBE") == bytes.npos && bytes.find("\xEF\xBF\xBF") == bytes.npos;

@@ -170,8 +170,9 @@ void PathDataInterpreter::CubicTo(bool relative, PathScanner& scanner) {
     ReadPairs(scanner, relative, 3);
     const std::size_t curves = numbers_.size() / 6;
     if (curves > 0) {
-        std::vector<ORVMathPoint2D> points{current_};
+        std::vector<ORVMathPoint2D> points;
         points.reserve(1 + 3 * curves);
+        points.push_back(current_);
         for (std::size_t i = 0; i < 3 * curves; ++i) points.push_back(Pair(i));
         for (std::size_t i = 1; i <= curves; ++i) AddVertex(points[3 * i]);
         current_ = points.back();
@@ -186,8 +187,9 @@ void PathDataInterpreter::SmoothCubicTo(bool relative, PathScanner& scanner) {
     ReadPairs(scanner, relative, 2);
     const std::size_t curves = numbers_.size() / 4;
     if (curves > 0) {
-        std::vector<ORVMathPoint2D> points{current_};
+        std::vector<ORVMathPoint2D> points;
         points.reserve(1 + 3 * curves);
+        points.push_back(current_);
         for (std::size_t i = 0; i < curves; ++i) {
             points.push_back(ReflectedControl());
             lastControl_ = Pair(2 * i);
@@ -206,8 +208,9 @@ void PathDataInterpreter::QuadraticTo(bool relative, PathScanner& scanner) {
     ReadPairs(scanner, relative, 2);
     const std::size_t curves = numbers_.size() / 4;
     if (curves > 0) {
-        std::vector<ORVMathPoint2D> points{current_};
+        std::vector<ORVMathPoint2D> points;
         points.reserve(1 + 2 * curves);
+        points.push_back(current_);
         for (std::size_t i = 0; i < curves; ++i) {
             lastControl_ = Pair(2 * i);
             current_ = Pair(2 * i + 1);
@@ -225,8 +228,9 @@ void PathDataInterpreter::SmoothQuadraticTo(bool relative, PathScanner& scanner)
     ReadPairs(scanner, relative, 1);
     const std::size_t curves = numbers_.size() / 2;
     if (curves > 0) {
-        std::vector<ORVMathPoint2D> points{current_};
+        std::vector<ORVMathPoint2D> points;
         points.reserve(1 + 2 * curves);
+        points.push_back(current_);
         for (std::size_t i = 0; i < curves; ++i) {
             lastControl_ = ReflectedControl();
             current_ = Pair(i);

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/xml/ORVXmlNode.h"
+#include "platform/xml/ORVXmlNodeStore.h"
 #include "platform/xml/vocabulary.h"
 
 /// What asking for an attribute gives. The text is valid as long as the document is.
@@ -30,6 +31,7 @@ concept SvgElementAccess = std::copyable<T> && requires(const T element, Attribu
     { element.FirstChild() } -> std::same_as<T>;
     { element.NextSibling() } -> std::same_as<T>;
     { element.IsNull() } -> std::same_as<bool>;
+    { element.Node() } -> std::same_as<const ORVXmlNode&>;
 };
 
 /// An element of the DOM back-end: an absent attribute is a failure.
@@ -37,6 +39,7 @@ class DomElementAccess {
 public:
     explicit DomElementAccess(const ORVXmlNode* node) : node_(node) {}
     bool IsNull() const { return node_ == nullptr; }
+    const ORVXmlNode& Node() const { return *node_; }
     ElementName Name() const { return node_->id; }
     AttributeValue Attribute(AttributeName name) const {
         if (!node_->Has(name)) return {};
@@ -56,6 +59,7 @@ class LightElementAccess {
 public:
     explicit LightElementAccess(const ORVXmlNode* node) : node_(node) {}
     bool IsNull() const { return node_ == nullptr; }
+    const ORVXmlNode& Node() const { return *node_; }
     ElementName Name() const { return node_->id; }
     AttributeValue Attribute(AttributeName name) const {
         if (!node_->Has(name)) return {1, {}};

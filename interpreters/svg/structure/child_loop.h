@@ -7,10 +7,13 @@
 #include "interpreters/svg/style/paint.h"
 
 /// Calls `visit` for every child of an element, in document order. In large documents, where each colour and
-/// each definition would be waited for, those of the next children are fetched meanwhile.
+/// each definition would be waited for, those of the next children are fetched meanwhile. Where the document
+/// is read once, children are gone when the next one is visited.
 template <SvgElementAccess Element, class Visit>
 void ForEachChild(const SvgDrawState& state, const Element& element, Visit visit) {
+    ORVXmlChildWalk walk(element.Node());
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
+        walk.Reach(child.Node());
         PrefetchPaint(state, child.NextSibling());
         PrefetchReference(state, child);
         visit(child);

@@ -61,7 +61,7 @@ public:
                                                          std::span<const std::uint8_t> rgba);
 
     /// True when the last image that this thread tried to make or to read came to nothing because memory was
-    /// spent, and not because of what it is.
+    /// spent, and not because of what it is. To be asked once after a failure: asking forgets it.
     static bool WasMemorySpent();
 
     /// Images of more than `pixels` are not read, wherever in the process; 2^28 when never set.

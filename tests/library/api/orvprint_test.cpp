@@ -95,6 +95,21 @@ TEST_F(LibraryTest, NamesItsFormats) {
     EXPECT_THAT(names, testing::UnorderedElementsAre("pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"));
 }
 
+TEST_F(LibraryTest, LeavesBytesThatAreBorrowedAsTheyAre) {
+    std::string path = "<path id='long' stroke='red' d='M0 0";
+    for (int i = 0; i < 20'000; ++i) path += " L" + std::to_string(i % 97) + " " + std::to_string(i % 89);
+    path += "'/>";
+    for (int i = 0; i < 10'000; ++i) path += kRectangle;
+    const std::string text = DrawingOf(path), copy = text;
+    ASSERT_EQ(orvprint_open_borrowed(Get(), text.data(), text.size(), nullptr), ORVPRINT_OK) << Error();
+    EXPECT_TRUE(text == copy);
+    char* json = nullptr;
+    EXPECT_EQ(orvprint_check(Get(), nullptr, &json), ORVPRINT_OK) << Error();
+    orvprint_free_text(json);
+    EXPECT_THAT(Render({"format", "pdf"}), StartsWith("%PDF"));
+    EXPECT_TRUE(text == copy);
+}
+
 TEST_F(LibraryTest, KnowsPagesWithSizesAndTitles) {
     ASSERT_EQ(Open(kTwoPages), ORVPRINT_OK) << Error();
     unsigned int count = 0;

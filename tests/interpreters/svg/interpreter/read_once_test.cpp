@@ -104,6 +104,45 @@ TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     }
 }
 
+// Whatever is looked at behind the children of an element, or ahead of it, must still be there.
+TEST_P(ReadOnceTest, NodesAreGivenBackWhileTheModelIsBuilt) {
+    const auto shapes = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i) {
+            const std::string x = std::to_string(i % 97);
+            text += "<desc>before</desc><rect x='" + x + "' width='3' height='4' fill='#0000" +
+                    std::to_string(10 + i % 80) + "'><title>shape " + x + "</title></rect><text x='" + x +
+                    "'>text</text><unknown><g><path d='M0 0h9'/></g></unknown><path d='M" + x +
+                    " 1h9v8z'/>\n";
+        }
+        return text;
+    };
+    std::string passedOver = "<unknown>";
+    for (int i = 0; i < 30'000; ++i) passedOver += "<b x='1'/>";
+    passedOver += "</unknown>";
+    const std::string page = passedOver + "<title>A page</title><defs><g id='a'>" + shapes(500) +
+                             "</g><marker id='m' markerWidth='2' refX='1'>" + shapes(300) +
+                             "</marker><pattern id='p' width='5' height='5'>" + shapes(300) +
+                             "</pattern></defs><g id='outer' fill='red'>" + shapes(300) +
+                             "<a xlink:href='#x'>" + shapes(600) + "<svg x='3' viewBox='0 0 9 9'>" +
+                             shapes(300) + "</svg></a>" + shapes(300) +
+                             "</g><use xlink:href='#a'/><line x1='1' marker-end='url(#m)'/><rect width='9' "
+                             "height='9' fill='url(#p)'/>";
+    for (const std::string& document :
+         {Drawing(page), "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><g/>" + Drawing(page) + "<rect/>" +
+                             Drawing(shapes(500) + page) + "</svg>"}) {
+        Parse(document, ORVXmlReading::kAny);
+        const std::string sketch = Build();
+        Parse(document, ORVXmlReading::kOnce);
+        const auto memoryInUse = [this] {
+            return (GetParam() == Backend::kDom ? dom_.GetTree() : light_.GetTree())->GetMemoryInUse();
+        };
+        const std::size_t before = memoryInUse();
+        EXPECT_EQ(Build(), sketch);
+        EXPECT_LT(memoryInUse(), before / 2);
+    }
+}
+
 TEST_P(ReadOnceTest, WhatTheDocumentTypeSuppliesIsThereForEveryElement) {
     const std::string image = "data:image/png;base64," + std::string(40'000, 'A');
     const auto repeated = [](const std::string& path, const std::string& list, const std::string& picture) {
