@@ -155,3 +155,23 @@ def main():
 
 if __name__ == "__main__":
     main()
+
+
+class Machines:
+    """Machines that `with` starts, all or none, and that are gone after it."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.machines = {}
+
+    def __enter__(self):
+        try:
+            self.start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for machine in self.machines.values():
+            machine.kill()

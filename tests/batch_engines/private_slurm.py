@@ -7,7 +7,7 @@ import socket
 import subprocess
 from pathlib import Path
 
-from machine import Machine, command_line, wait_for
+from machine import Machine, Machines, command_line, wait_for
 
 # Time-outs are as short as Slurm lets them be. Nodes are addressed by the loopback, and daemons listen nowhere else.
 CONFIGURATION = """
@@ -64,27 +64,14 @@ def free_ports(count):
     return ports
 
 
-class PrivateSlurm:
+class PrivateSlurm(Machines):
     """Started by `with`, and gone after it."""
 
     def __init__(self, folder):
-        self.folder = Path(folder)
-        self.machines = {}
+        super().__init__(folder)
         # Daemons stand where not every user's path leads.
         self.environment = {**os.environ, "SLURM_CONF": f"{folder}/etc/slurm.conf",
                             "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
-
-    def __enter__(self):
-        try:
-            self.start()
-        except BaseException:
-            self.__exit__()
-            raise
-        return self
-
-    def __exit__(self, *_):
-        for machine in self.machines.values():
-            machine.kill()
 
     def start(self):
         for name in ["etc", "run", "log", "state", "spool/n1", "spool/n2"]:

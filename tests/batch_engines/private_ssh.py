@@ -7,7 +7,7 @@ import socket
 import subprocess
 from pathlib import Path
 
-from machine import Machine, wait_for
+from machine import Machine, Machines, wait_for
 from private_slurm import free_ports
 
 SERVER = """
@@ -46,24 +46,8 @@ Host *
 """
 
 
-class PrivateSsh:
+class PrivateSsh(Machines):
     """Started by `with`, and gone after it."""
-
-    def __init__(self, folder):
-        self.folder = Path(folder)
-        self.machines = {}
-
-    def __enter__(self):
-        try:
-            self.start()
-        except BaseException:
-            self.__exit__()
-            raise
-        return self
-
-    def __exit__(self, *_):
-        for machine in self.machines.values():
-            machine.kill()
 
     def start(self):
         self.folder.mkdir(parents=True)
