@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <vector>
 
 #include "interpreters/svg/definitions/definitions.h"
@@ -316,6 +317,9 @@ struct ValueChecks::Scratch {
     SvgDrawState plain, other;  // two states that differ in all that properties set
 
     Scratch() {
+        // Later, that there is none for lack of memory would look like a colour that is none.
+        EnsureColourTable(*page);
+        if (!page->GetColourTable()) throw std::bad_alloc();
         for (SvgDrawState* state : {&plain, &other}) {
             state->model = model.get();
             state->page = page.get();

@@ -61,10 +61,15 @@ int InspectCalls(ORVPrintInterpreter& interpreter, const InspectionNames& names,
 
 int WriteInspection(ORVPrintInterpreter& interpreter, const InspectionNames& names, JsonWriter& json) {
     if (interpreter.GetIdentifier() == "SVG2") return InspectCalls(interpreter, names, json);
+    constexpr unsigned int kUntouched = ~0U;
     Answer answer;
+    answer.pageCount = kUntouched;
     answer.result = interpreter.GetPageCount(answer.pageCount);
     interpreter.GetModel(answer.model);
-    if (answer.result == 1 && !answer.model) return names.host.ReportOutOfMemory(names.input);
+    // Asked again, the interpreter may have had the memory that it lacked at first.
+    const bool isCounted = answer.pageCount != kUntouched;
+    if (answer.model ? !isCounted : answer.result == 1) return names.host.ReportOutOfMemory(names.input);
+    if (!isCounted) answer.pageCount = 0;
     if (answer.model)
         if (const ORVFailure failure = WhyNotDumped(*answer.model))
             return names.host.Report(names.input, failure);

@@ -122,7 +122,7 @@ const std::map<std::string, Layers> kMayKnow{
     // Modules that the command has linked in, by the names that they export.
     {"apps/orvprint/linked",
      {"platform/system", "platform/visualization", "generators/common", "generators/postscript",
-      "apps/orvprint/process", "apps/orvprint/printing"}},
+      "apps/orvprint/process", "apps/orvprint/printing", "apps/orvprint/serve"}},
     {"apps/orvprint/commands",
      Below(kPlatform,
            Below(kLibrary, {"apps/orvprint/printing", "generators", "generators/common", "generators/flatten",

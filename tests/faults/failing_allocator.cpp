@@ -60,6 +60,8 @@ void FailingAllocator::Begin(std::uint64_t request, Refuses refuses) {
 
 void FailingAllocator::End() { firstRefused = std::numeric_limits<std::uint64_t>::max(); }
 
+bool FailingAllocator::MayTake() { return IsGranted(); }
+
 std::uint64_t FailingAllocator::GetRequests() { return requests; }
 std::uint64_t FailingAllocator::GetRefused() { return refused; }
 std::int64_t FailingAllocator::GetLiveBlocks() { return liveBlocks; }

@@ -17,6 +17,9 @@ public:
     /// No request is refused any more.
     static void End();
 
+    /// Counts a request of whoever allocates in another way. @return false when it is to be refused
+    static bool MayTake();
+
     /// Requests since Begin, and those of them that were refused.
     static std::uint64_t GetRequests();
     static std::uint64_t GetRefused();

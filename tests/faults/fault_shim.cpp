@@ -2,14 +2,16 @@
 
 // Loaded before a program's libraries: makes the system fail it at a place that the environment names.
 //
-//   ORV_FAIL_NEW_AT=N    from the first line of main on, operator new refuses the N-th request, and with
-//                        ORV_FAIL_NEW_ALL=1 all that follow
+//   ORV_FAIL_NEW_AT=N    from the first line of main on, the program's N-th request for memory is refused,
+//   and with
+//                        ORV_FAIL_NEW_ALL=1 all that follow; those of libraries of C are not counted
 //   ORV_WATCH_PATH=END   tells on standard error of every path with this ending that is looked up
 //   ORV_FAIL_READ_AT=N   reading files whose names end with ORV_FAIL_READ_OF fails after N bytes, as of a
 //   broken disk ORV_END_READ_AT=N    ... ends after N bytes, as though the file had become shorter
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,11 +35,33 @@ std::uint64_t NumberOf(const char* variable) {
 using Main = int (*)(int, char**, char**);
 Main programMain = nullptr;
 
+// Where the program's own code lies. It has an operator new of its own, and nobody can take the place of
+// that.
+std::uintptr_t programBegin = 0, programEnd = 0;
+
+/// The program is the first that the loader tells of.
+int NoteProgram(dl_phdr_info* object, std::size_t /*size*/, void* /*data*/) {
+    for (int i = 0; i < object->dlpi_phnum; ++i) {
+        const auto& part = object->dlpi_phdr[i];
+        if (part.p_type != PT_LOAD || (part.p_flags & PF_X) == 0) continue;
+        programBegin = object->dlpi_addr + part.p_vaddr;
+        programEnd = programBegin + part.p_memsz;
+    }
+    return 1;
+}
+
+bool IsRefused(const void* caller) {
+    const auto address = reinterpret_cast<std::uintptr_t>(caller);
+    return address >= programBegin && address < programEnd && !FailingAllocator::MayTake();
+}
+
 /// What libraries and the program set up before is none of the program's doing.
 int FailingMain(int argc, char** argv, char** environment) {
-    if (const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT"); request != 0)
+    if (const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT"); request != 0) {
+        dl_iterate_phdr(NoteProgram, nullptr);
         FailingAllocator::Begin(request, std::getenv("ORV_FAIL_NEW_ALL") ? FailingAllocator::Refuses::kAllFrom
                                                                          : FailingAllocator::Refuses::kOne);
+    }
     return programMain(argc, argv, environment);
 }
 
@@ -58,6 +82,22 @@ bool IsMeant(int descriptor) {
 #ifdef __clang__
 #pragma clang diagnostic ignored "-Wreserved-identifier"
 #endif
+extern "C" void* __libc_malloc(std::size_t size);
+extern "C" void* __libc_memalign(std::size_t alignment, std::size_t size);
+
+extern "C" __attribute__((visibility("default"))) void* malloc(std::size_t size) noexcept {
+    if (!IsRefused(__builtin_return_address(0))) return __libc_malloc(size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
+extern "C" __attribute__((visibility("default"))) void* aligned_alloc(std::size_t alignment,
+                                                                      std::size_t size) noexcept {
+    if (!IsRefused(__builtin_return_address(0))) return __libc_memalign(alignment, size);
+    errno = ENOMEM;
+    return nullptr;
+}
+
 extern "C" __attribute__((visibility("default"))) int __libc_start_main(Main main, int argc, char** argv,
                                                                         void (*init)(), void (*fini)(),
                                                                         void (*unload)(), void* stackEnd) {

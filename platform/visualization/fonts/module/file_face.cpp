@@ -154,7 +154,7 @@ FileFace::~FileFace() {
 
 const FontFile& FileFace::File() const {
     if (base_) return base_->File();
-    std::call_once(fileLoaded_, [this] { file_ = std::make_unique<FontFile>(GetFilePath()); });
+    fileLoaded_.Do([this] { file_ = std::make_unique<FontFile>(GetFilePath()); });
     return *file_;
 }
 
@@ -230,7 +230,7 @@ void FileFace::LoadFont() const {
 }
 
 hb_font_t* FileFace::GetHarfBuzzFont() const {
-    std::call_once(fontLoaded_, [this] { LoadFont(); });
+    fontLoaded_.Do([this] { LoadFont(); });
     return font_.get();
 }
 
@@ -239,7 +239,7 @@ hb_font_t* FileFace::FindFont() const {
 }
 
 FT_Face FileFace::LoadFreeType() const {
-    std::call_once(freeTypeLoaded_, [this] { freeType_ = OpenFreeType(); });
+    freeTypeLoaded_.Do([this] { freeType_ = OpenFreeType(); });
     return freeType_;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -25,6 +26,25 @@ struct HbDestroy {
 using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<hb_blob_destroy>>;
 using HbFace = std::unique_ptr<hb_face_t, HbDestroy<hb_face_destroy>>;
 using HbFont = std::unique_ptr<hb_font_t, HbDestroy<hb_font_destroy>>;
+
+/// Something that is done once, by the first thread that wants it done. What throws has done nothing, and is
+/// tried again. No exception passes through the C library, as it would with std::call_once: that takes an
+/// unwinder of the C library's own, which is not there when memory is short.
+class OnceDone {
+public:
+    template <class Function>
+    void Do(const Function& function) {
+        if (isDone_.load(std::memory_order_acquire)) return;
+        const std::lock_guard lock(mutex_);
+        if (isDone_.load(std::memory_order_relaxed)) return;
+        function();
+        isDone_.store(true, std::memory_order_release);
+    }
+
+private:
+    std::atomic<bool> isDone_ = false;
+    std::mutex mutex_;
+};
 
 /// A face of a file, with the libraries' objects once somebody asked for them.
 class FileFace final : public ORVFontFace {
@@ -68,7 +88,7 @@ private:
 
     const FileFace* const base_ = nullptr;  // that has the file, if not this
     const std::vector<double> axes_;
-    mutable std::once_flag fileLoaded_, fontLoaded_, freeTypeLoaded_;
+    mutable OnceDone fileLoaded_, fontLoaded_, freeTypeLoaded_;
     mutable std::unique_ptr<const FontFile> file_;
     mutable HbFont font_;
     mutable FT_Face freeType_ = nullptr;
