@@ -417,7 +417,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     if (!service.empty()) {
         HttpWords words;
         if (const int code = MakeQuery(parser, print, words); code != kExitDone) return code;
-        return PrintVia(service, print, std::move(words));
+        return PrintVia(service, print, words);
     }
     if (const int code = ReadSheetWords(sheet, Host(), print.sheet); code != kExitDone) return code;
     if (const int code = ReadSizeArguments(size, print); code != kExitDone) return code;

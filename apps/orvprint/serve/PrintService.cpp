@@ -68,29 +68,27 @@ int PrintService::Run(const std::vector<int>& sockets, const std::string& places
 // ---- requests ----
 
 bool PrintService::MayCome(const HttpRequest& head, HttpAnswer& refusal) {
-    if (!IsJob(head) && !IsState(head)) {
-        refusal = Refuse(kNotFound, head.path + ": there are /print, /check, /health and /metrics");
-    } else if (head.method != (IsJob(head) ? "POST" : "GET")) {
-        const char* const allowed = IsJob(head) ? "POST" : "GET";
-        refusal = Refuse(kBadMethod, head.path + " takes " + allowed);
+    const auto refuse = [&refusal](HttpAnswer answer) {
+        refusal = std::move(answer);
+        return false;
+    };
+    if (!IsJob(head) && !IsState(head))
+        return refuse(Refuse(kNotFound, head.path + ": there are /print, /check, /health and /metrics"));
+    const char* const allowed = IsJob(head) ? "POST" : "GET";
+    if (head.method != allowed) {
+        refuse(Refuse(kBadMethod, head.path + " takes " + allowed));
         refusal.headers.emplace_back("Allow", allowed);
-    } else if (IsState(head)) {
-        return true;
-    } else if (isStopping_) {
-        refusal = RefuseForNow(kUnavailable, "the service is stopping");
-    } else if (!IsDrawingType(head.contentType)) {
-        refusal = Refuse(kBadType, "Content-Type '" + head.contentType +
-                                       "' is not that of a drawing, such as "
-                                       "image/svg+xml; send it as the body");
-    } else if (!head.contentCoding.empty() && head.contentCoding != "gzip" &&
-               head.contentCoding != "identity") {
-        refusal = Refuse(kBadType, "Content-Encoding '" + head.contentCoding + "' is not gzip");
-    } else if (head.length > settings_.mostRequestBytes) {
-        refusal = RefuseSize();
-    } else {
-        return true;
+        return false;
     }
-    return false;
+    if (IsState(head)) return true;
+    if (isStopping_) return refuse(RefuseForNow(kUnavailable, "the service is stopping"));
+    if (!IsDrawingType(head.contentType))
+        return refuse(
+            Refuse(kBadType, "Content-Type '" + head.contentType +
+                                 "' is not that of a drawing, such as image/svg+xml; send it as the body"));
+    if (!head.contentCoding.empty() && head.contentCoding != "gzip" && head.contentCoding != "identity")
+        return refuse(Refuse(kBadType, "Content-Encoding '" + head.contentCoding + "' is not gzip"));
+    return head.length <= settings_.mostRequestBytes || refuse(RefuseSize());
 }
 
 bool PrintService::MayGrow(std::size_t more, std::size_t total, HttpAnswer& refusal) {

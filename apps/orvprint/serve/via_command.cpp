@@ -127,7 +127,7 @@ int MakeQuery(const CLI::App& app, const PrintOptions& options, HttpWords& words
     return kExitDone;
 }
 
-int PrintVia(const std::string& place, const PrintOptions& options, HttpWords words) {
+int PrintVia(const std::string& place, const PrintOptions& options, const HttpWords& words) {
     const std::string& input = options.inputs.front();
     if (const int code = CheckInput(input); code != kExitDone) return code;
     InputBytes bytes;

@@ -17,4 +17,4 @@ int MakeQuery(const CLI::App& app, const PrintOptions& options, HttpWords& words
 /// Has a service print, and puts what comes back into the output.
 /// @param place  path of its socket, or HOST:PORT
 /// @return the exit code that printing here would have had; a failure was reported
-int PrintVia(const std::string& place, const PrintOptions& options, HttpWords words);
+int PrintVia(const std::string& place, const PrintOptions& options, const HttpWords& words);
