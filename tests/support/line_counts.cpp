@@ -9,6 +9,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -52,7 +53,15 @@ void Open() {
     syscall(SYS_close, low);
 }
 
-/// Opened at once: later the process may be forbidden to.
+/// A file that is shared with the process that forked could not be held against it.
+void Reopen() {
+    if (file < 0) return;
+    syscall(SYS_close, file);
+    file = -1;
+    Open();
+}
+
+/// Opened at once, and at once in what is forked: later the process may be forbidden to.
 __attribute__((constructor)) void OpenCounts() {
     // Tests are linked with this, and have nothing to count themselves.
     if (__llvm_profile_begin_counters() == __llvm_profile_end_counters()) return;
@@ -62,7 +71,9 @@ __attribute__((constructor)) void OpenCounts() {
     const char* slash = std::strrchr(image.dli_fname, '/');
     const int length =
         std::snprintf(path.data(), path.size(), "%s/%s.profraw", folder, slash ? slash + 1 : image.dli_fname);
-    if (length > 0 && length < static_cast<int>(path.size())) Open();
+    if (length <= 0 || length >= static_cast<int>(path.size())) return;
+    Open();
+    pthread_atfork(nullptr, nullptr, Reopen);
 }
 
 /// Waits until no other process writes.

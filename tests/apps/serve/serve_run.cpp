@@ -156,7 +156,11 @@ bool Client::WaitForEnd() {
 }
 
 ServeTest::~ServeTest() {
-    if (isRunning_) Stop(SIGKILL);
+    if (!isRunning_) return;
+    for (const pid_t worker : Workers()) kill(worker, SIGCONT);
+    kill(running_.pid, SIGTERM);
+    EXPECT_TRUE(WaitUntil([this] { return !IsAlive(running_.pid); })) << "the service does not end";
+    Stop(SIGKILL);
 }
 
 void ServeTest::Serve(std::vector<std::string> arguments) {
