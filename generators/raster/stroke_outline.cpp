@@ -70,7 +70,7 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
     // Where the two borders cross, if they do: on the left, and as far on the right.
     constexpr double kTurnedBack = 1e-9;
     const bool turnsOn = openness > kTurnedBack;  // else straight back
-    const double share = 1.0 / openness;
+    const double share = 1.0 / (turnsOn ? openness : 1.0);
     const DoubleLanes middle = LoadLanes<DoubleLanes>(&center);
     const DoubleLanes in = LoadLanes<DoubleLanes>(&before.offset),
                       out = LoadLanes<DoubleLanes>(&after.offset);
