@@ -62,7 +62,7 @@ private:
 };
 
 /// What comes first of an answer.
-struct AnswerHead {
+struct NoteHead {
     std::int32_t code = 0;
     std::uint64_t noteSize = 0;
 };
@@ -78,7 +78,7 @@ struct AnswerHead {
     close(errors);
     for (std::uint32_t job = 0; Receive(jobs, job);) {
         const WorkerProcess::Answer answer = work(job);
-        const AnswerHead head{answer.code, answer.note.size()};
+        const NoteHead head{answer.code, answer.note.size()};
         if (!Send(results, head) || !SendBytes(results, answer.note.data(), answer.note.size())) break;
     }
     LeaveProcess(0);
@@ -119,7 +119,7 @@ bool WorkerProcess::Start(const Work& work) {
 bool WorkerProcess::Give(std::uint32_t job) { return jobs_ >= 0 && Send(jobs_, job); }
 
 bool WorkerProcess::TakeResult(Answer& answer) {
-    AnswerHead head;
+    NoteHead head;
     if (!Receive(results_, head)) return false;
     answer.code = head.code;
     answer.note.resize(head.noteSize);
