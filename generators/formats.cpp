@@ -85,14 +85,15 @@ std::unique_ptr<ORVFormatGenerator> Guarded(ORVOutput& output, const ORVFormatOp
 }
 
 constexpr std::array kFormats{
-    ORVOutputFormat{"pdf", false, Guarded<CreatePdf>},
-    ORVOutputFormat{"ps", false, Guarded<CreatePostScript>},
-    ORVOutputFormat{"eps", true, Guarded<CreateEps>},
-    ORVOutputFormat{"svg", true, Guarded<CreateSvg>},
-    ORVOutputFormat{"png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true, true},
-    ORVOutputFormat{"tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true, true},
-    ORVOutputFormat{"pwg", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster", true, true},
-    ORVOutputFormat{"urf", false, Guarded<CreateRaster<ORVUrfGenerator>>, "", true, true},
+    ORVOutputFormat{"pdf", "application/pdf", false, Guarded<CreatePdf>},
+    ORVOutputFormat{"ps", "application/postscript", false, Guarded<CreatePostScript>},
+    ORVOutputFormat{"eps", "application/postscript", true, Guarded<CreateEps>},
+    ORVOutputFormat{"svg", "image/svg+xml", true, Guarded<CreateSvg>},
+    ORVOutputFormat{"png", "image/png", true, Guarded<CreateRaster<ORVPngGenerator>>, "", true, true},
+    ORVOutputFormat{"tiff", "image/tiff", false, Guarded<CreateRaster<ORVTiffGenerator>>, "tif", true, true},
+    ORVOutputFormat{"pwg", "image/pwg-raster", false, Guarded<CreateRaster<ORVPwgGenerator>>, "pwgraster",
+                    true, true},
+    ORVOutputFormat{"urf", "image/urf", false, Guarded<CreateRaster<ORVUrfGenerator>>, "", true, true},
 };
 
 }  // namespace

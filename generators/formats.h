@@ -14,8 +14,9 @@ class ORVOutput;
 
 /// An output format by name. A new format is a class derived from ORVPrintGenerator and one row of the table.
 struct ORVOutputFormat {
-    std::string_view name;  ///< also the ending of its files
-    bool onePageAPart;      ///< a page fills a file of this format
+    std::string_view name;       ///< also the ending of its files
+    std::string_view mediaType;  ///< as registered, or as printers call it
+    bool onePageAPart;           ///< a page fills a file of this format
     /// Null when out of memory. Nothing is thrown, neither here nor by the generator.
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
     std::string_view otherName{};  ///< that means the same; empty for none

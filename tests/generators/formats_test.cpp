@@ -34,6 +34,7 @@ TEST(FormatsTest, EveryFormatMakesADocumentOfOneEmptyPage) {
         EXPECT_EQ(generator->Get().EndPage(), 1);
         EXPECT_EQ(generator->Get().EndDocument(), 1);
         EXPECT_EQ(output.GetPartCount(), 1U) << format.name;
+        EXPECT_NE(format.mediaType.find('/'), std::string_view::npos) << format.name;
         EXPECT_FALSE(output.GetBytes().empty()) << format.name;
     }
 }

@@ -40,7 +40,7 @@ std::string ValueOf(const HttpWords& words, std::string_view name) {
 bool IsJob(const HttpRequest& request) { return request.path == "/print" || request.path == "/check"; }
 bool IsState(const HttpRequest& request) { return request.path == "/health" || request.path == "/metrics"; }
 
-std::string Join(const std::vector<std::string>& lines) {
+std::string FirstOf(const std::vector<std::string>& lines) {
     return lines.empty() ? std::string() : lines.front();
 }
 
@@ -265,7 +265,7 @@ void PrintService::TakeAnswer(Slot& slot) {
     slot.deadline = Clock::time_point::max();
     const JobFault fault = head.isOutOfMemory != 0 ? JobFault::kOutOfMemory : JobFault::kNone;
     const int status = StatusOf(head.code, fault);
-    const std::string message = Join(lines);
+    const std::string message = FirstOf(lines);
     Finish(*job,
            status == kOk ? MakeDocument(head, slot.link.TakeBody(), lines)
                          : MakeFailure(status, head.code, lines),

@@ -13,6 +13,8 @@
 #include <charconv>
 #include <cstring>
 
+#include "apps/orvprint/serve/percent_codes.h"
+
 namespace {
 
 constexpr std::size_t kMostHead = std::size_t{64} << 10U;
@@ -150,21 +152,11 @@ bool ReadAnswer(std::string_view bytes, HttpAnswer& answer) {
 }
 
 std::string Encoded(std::string_view text) {
-    constexpr std::string_view kPlain = "-._~/";
-    std::string encoded;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                             kPlain.find(c) != std::string_view::npos;
-        if (isPlain) {
-            encoded += c;
-            continue;
-        }
-        encoded += '%';
-        encoded += "0123456789ABCDEF"[byte >> 4U];
-        encoded += "0123456789ABCDEF"[byte & 15U];
-    }
-    return encoded;
+    return EncodePercent(text, [](char c) {
+        constexpr std::string_view kPlain = "-._~/";
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               kPlain.find(c) != std::string_view::npos;
+    });
 }
 
 }  // namespace

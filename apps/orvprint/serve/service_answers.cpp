@@ -6,22 +6,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "apps/orvprint/serve/percent_codes.h"
+#include "generators/formats.h"
 #include "library/dump/json_writer.h"
 
 namespace {
-
-struct TypeRow {
-    std::string_view format, type;
-};
-constexpr std::array kTypes{TypeRow{"pdf", "application/pdf"},
-                            TypeRow{"ps", "application/postscript"},
-                            TypeRow{"eps", "application/postscript"},
-                            TypeRow{"svg", "image/svg+xml"},
-                            TypeRow{"png", "image/png"},
-                            TypeRow{"tiff", "image/tiff"},
-                            TypeRow{"tif", "image/tiff"},
-                            TypeRow{"pwg", "image/pwg-raster"},
-                            TypeRow{"json", "application/json"}};
 
 // What other programs call drawings, or bytes of any kind: curl says the last one unless told otherwise.
 constexpr std::array<std::string_view, 9> kDrawingTypes{"",
@@ -36,26 +25,15 @@ constexpr std::array<std::string_view, 9> kDrawingTypes{"",
 
 constexpr std::size_t kMostNotes = 10, kMostNoteBytes = 500;
 
-/// A text as a header takes it: what is not printable ASCII, and "%", as %XX.
+/// A text as a header takes it: printable ASCII.
 std::string HeaderText(std::string_view text) {
-    std::string header;
-    for (const char c : text.substr(0, kMostNoteBytes)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte >= ' ' && byte < 0x7F && c != '%') {
-            header += c;
-            continue;
-        }
-        header += '%';
-        header += "0123456789ABCDEF"[byte >> 4U];
-        header += "0123456789ABCDEF"[byte & 15U];
-    }
-    return header;
+    return EncodePercent(text.substr(0, kMostNoteBytes), [](char c) { return c >= ' ' && c < 0x7F; });
 }
 
-std::string TypeOf(std::string_view format) {
-    for (const TypeRow& row : kTypes)
-        if (row.format == format) return std::string(row.type);
-    return "application/octet-stream";
+/// @param name  of an output format, or "json"
+std::string TypeOf(std::string_view name) {
+    const ORVOutputFormat* const format = ORVFindOutputFormat(name);
+    return format ? std::string(format->mediaType) : "application/json";
 }
 
 }  // namespace

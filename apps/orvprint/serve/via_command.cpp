@@ -21,6 +21,7 @@
 #include "apps/orvprint/process/CommandHost.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/serve/http_client.h"
+#include "apps/orvprint/serve/percent_codes.h"
 #include "generators/common/ORVDescriptorOutput.h"
 #include "generators/common/ORVFileOutput.h"
 #include "generators/formats.h"
@@ -73,20 +74,6 @@ bool WaitAsAsked(const HttpAnswer& answer, std::chrono::seconds& left) {
     left -= asked;
     std::this_thread::sleep_for(asked);
     return true;
-}
-
-/// A header's text with %XX made characters again.
-std::string Decoded(std::string_view text) {
-    std::string decoded;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned int byte = 0;
-        const char* const digits = text.data() + i + 1;
-        const bool isCode = text[i] == '%' && i + 2 < text.size() &&
-                            std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
-        decoded += isCode ? static_cast<char>(byte) : text[i];
-        if (isCode) i += 2;
-    }
-    return decoded;
 }
 
 int WriteOutput(const PrintOptions& options, std::string_view bytes) {
@@ -147,6 +134,6 @@ int PrintVia(const std::string& place, const PrintOptions& options, const HttpWo
     if (answer.status != kOk) return TellFailure(place, answer);
     if (options.tellsLoss)
         for (const auto& [name, value] : answer.headers)
-            if (name == "Orvprint-Note") Report(kExitDone, "", Decoded(value));
+            if (name == "Orvprint-Note") Report(kExitDone, "", DecodePercent(value));
     return WriteOutput(options, answer.body);
 }

@@ -64,10 +64,10 @@ double TextLayout::NaturalLength(const std::vector<std::uint32_t>& clusters) con
 
 /// Whether a cluster of a left-to-right chunk has another one behind it.
 bool TextLayout::IsInsideChunk(std::uint32_t cluster) const {
-    for (const TextChunk& chunk : runs_.GetChunks())
-        if (cluster >= chunk.first && cluster < chunk.end)
-            return !chunk.isRightToLeft && cluster + 1 < chunk.end;
-    return false;
+    const std::vector<TextChunk>& chunks = runs_.GetChunks();
+    const auto chunk = std::partition_point(chunks.begin(), chunks.end(),
+                                            [cluster](const TextChunk& one) { return one.end <= cluster; });
+    return chunk != chunks.end() && !chunk->isRightToLeft && cluster + 1 < chunk->end;
 }
 
 /// Puts a difference between clusters; those that an inner length holds together stay together.

@@ -43,6 +43,7 @@ TEST_F(ServeTest, GivesTheBytesThatTheCommandGives) {
          {"-f", "pwgraster", "--dpi", "40", "--mono"},
          "format=pwgraster&dpi=40&mono",
          "image/pwg-raster"},
+        {"bracket.svg", {"-f", "urf", "--dpi", "40"}, "format=urf&dpi=40", "image/urf"},
         {"drawing-set.svg",
          {"-f", "tiff", "--pages", "2", "--dpi", "30"},
          "format=tiff&pages=2&dpi=30",

@@ -6,6 +6,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <string>
+
 #include "apps/orvprint/process/transfer.h"
 
 namespace {
@@ -30,55 +32,53 @@ bool WaitUntilIdle(WorkerLink& link) {
     return true;
 }
 
-TEST(WorkerLinkTest, AnAnswerThatIsThereAtOnceIsNotLost) {
-    ForkServer forks;
-    // It answers before it is asked, in one piece with its first byte.
-    ASSERT_TRUE(forks.Start([] { return 0; },
-                            [](int socket) {
-                                AnswerHead head;
-                                head.code = 7;
-                                head.bodyBytes = 2;
-                                std::string bytes(1, kWorkerReady);
-                                bytes.append(reinterpret_cast<const char*>(&head), sizeof head).append("ab");
-                                SendBytes(socket, bytes.data(), bytes.size());
-                                char byte = 0;
-                                while (Receive(socket, byte)) {
-                                }
-                                return 0;
-                            }));
-    ASSERT_EQ(forks.WaitUntilReady(), 0);
-    WorkerLink link;
-    ASSERT_TRUE(link.Start(forks, 1));
-    ASSERT_TRUE(WaitUntilIdle(link));
-    const std::string body = "<svg/>";
-    link.Give({JobKind::kPrint, 0, body.size()}, "", body);
-    ASSERT_TRUE(WaitForAnswer(link));
-    EXPECT_EQ(link.GetAnswer().code, 7);
-    EXPECT_EQ(link.TakeBody(), "ab");
-    EXPECT_EQ(link.GetState(), WorkerLink::State::kIdle);
+class WorkerLinkTest : public testing::Test {
+protected:
+    /// Starts a worker that says these bytes, whatever it is told, and gives it a job when it is ready.
+    void GiveJob(const std::string& said) {
+        const auto work = [said](int socket) {
+            SendBytes(socket, said.data(), said.size());
+            char byte = 0;
+            while (Receive(socket, byte)) {
+            }
+            return 0;
+        };
+        ASSERT_TRUE(forks_.Start([] { return 0; }, work));
+        ASSERT_EQ(forks_.WaitUntilReady(), 0);
+        ASSERT_TRUE(link_.Start(forks_, 1));
+        ASSERT_TRUE(WaitUntilIdle(link_));
+        link_.Give({JobKind::kPrint, 0, body_.size()}, "", body_);
+    }
+    static std::string Said(const AnswerHead& head, const std::string& body) {
+        return std::string(1, kWorkerReady)
+            .append(reinterpret_cast<const char*>(&head), sizeof head)
+            .append(body);
+    }
+
+    ForkServer forks_;
+    WorkerLink link_;
+
+private:
+    const std::string body_ = "<svg/>";
+};
+
+TEST_F(WorkerLinkTest, AnAnswerThatIsThereAtOnceIsNotLost) {
+    AnswerHead head;
+    head.code = 7;
+    head.bodyBytes = 2;
+    GiveJob(Said(head, "ab"));
+    ASSERT_TRUE(WaitForAnswer(link_));
+    EXPECT_EQ(link_.GetAnswer().code, 7);
+    EXPECT_EQ(link_.TakeBody(), "ab");
+    EXPECT_EQ(link_.GetState(), WorkerLink::State::kIdle);
 }
 
-TEST(WorkerLinkTest, AWorkerThatPromisesTooMuchIsNotListenedTo) {
-    ForkServer forks;
-    ASSERT_TRUE(forks.Start([] { return 0; },
-                            [](int socket) {
-                                AnswerHead head;
-                                head.bodyBytes = ~std::uint64_t{0};
-                                Send(socket, kWorkerReady);
-                                Send(socket, head);
-                                char byte = 0;
-                                while (Receive(socket, byte)) {
-                                }
-                                return 0;
-                            }));
-    ASSERT_EQ(forks.WaitUntilReady(), 0);
-    WorkerLink link;
-    ASSERT_TRUE(link.Start(forks, 1));
-    ASSERT_TRUE(WaitUntilIdle(link));
-    const std::string body;
-    link.Give({}, "", body);
-    EXPECT_FALSE(WaitForAnswer(link));
-    EXPECT_LT(link.GetDescriptor(), 0);
+TEST_F(WorkerLinkTest, AWorkerThatPromisesTooMuchIsNotListenedTo) {
+    AnswerHead head;
+    head.bodyBytes = ~std::uint64_t{0};
+    GiveJob(Said(head, ""));
+    EXPECT_FALSE(WaitForAnswer(link_));
+    EXPECT_LT(link_.GetDescriptor(), 0);
 }
 
 }  // namespace
