@@ -48,7 +48,7 @@ TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
     const std::regex line("calling init: \\S*/([^/\\s]+)");
     for (auto at = std::sregex_iterator(told.begin(), told.end(), line); at != std::sregex_iterator(); ++at)
         loaded.insert((*at)[1]);
-#ifdef ORV_IS_SANITIZED
+#ifdef ORV_SANITIZED
     for (const char* library : {"libstdc++.so.6", "libgcc_s.so.1"}) loaded.erase(library);
 #endif
     EXPECT_EQ(loaded,
@@ -56,7 +56,7 @@ TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
     EXPECT_THAT(Told("files", "again.svg"), Not(HasSubstr("libdeflate")));
 }
 
-#ifndef ORV_IS_SANITIZED
+#ifndef ORV_SANITIZED
 // Each is a search for a name in all libraries: a thousand instructions.
 TEST_F(StartTest, FewAddressesAreLookedUp) {
     EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 500);
