@@ -277,6 +277,9 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
 }
 
 bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run) {
+    // Nobody vouches for fonts that drawings bring: what takes fonts to pieces gets to see their outlines
+    // only.
+    if (run.face->IsOfDocument()) return false;
     cairo_font_face_t* face = fonts_.Find(*run.face);
     if (!face) return false;
     cairo_set_font_face(cr_, face);

@@ -185,6 +185,13 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
         {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
+        {"<style>@font-face{font-family:a;src:url(data:font/ttf;base64,AAEAAAAB)}</style>",
+         "holds no font that can be used"},
+        {"<style>@font-face{font-family:a;src:url(a.ttf),local('DejaVu Sans')}</style>",
+         "its next source is taken"},
+        {"<style>@font-face{font-family:a;src:local('DejaVu Sans');size-adjust:90%}</style>",
+         "ignored-property (1)"},
+        {"<text font-family='DejaVu Sans' font-size-adjust='from-font'>a</text>", "ignored-property (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
         {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
@@ -207,6 +214,9 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<text id='t' font-family='DejaVu Sans'>a<tref href='#t'/></text>",
              "<text font-family='DejaVu Sans'>a<a href='https://example.org/'>b</a></text>",
              "<switch><foreignObject/><rect/></switch>",
+             "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
+             "<text font-family='a'>a</text>",
+             "<text font-family='DejaVu Sans' font-size-adjust='0.5'>a</text>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })

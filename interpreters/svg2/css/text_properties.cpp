@@ -58,32 +58,29 @@ bool ReadFontWeight(Text text, const Context& context, int& weight) {
     return true;
 }
 
-bool ReadFontStyle(Text text, bool& isItalic) {
-    if (Is(text, "normal"))
-        isItalic = false;
-    else if (Is(text, "italic") || Is(text.substr(0, 7), "oblique"))
-        isItalic = true;
-    else
-        return false;
-    return true;
-}
-
-bool ReadFontStretch(Text text, double& percent) {
-    constexpr Keyword<double> kStretches[] = {
-        {"normal", 100.0},         {"condensed", 75.0}, {"semi-condensed", 87.5}, {"extra-condensed", 62.5},
-        {"ultra-condensed", 50.0}, {"expanded", 125.0}, {"semi-expanded", 112.5}, {"extra-expanded", 150.0},
-        {"ultra-expanded", 200.0}, {"narrower", 75.0},  {"wider", 125.0}};
-    if (ReadKeyword(kStretches, text, percent)) return true;
-    Scanner scanner(text);
-    double number = 0.0;
-    if (!scanner.TakeNumber(number) || !scanner.Take('%') || !scanner.AtEnd() || number <= 0.0) return false;
-    percent = number;
-    return true;
-}
-
 template <std::uint32_t kGroup>
 void CopyVariants(const Style& from, Style& to) {
     to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
+}
+
+/// "none", or a number after the measure that it is of.
+bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
+    using Measure = FontSizeAdjustment::Measure;
+    constexpr Keyword<Measure> kMeasures[] = {{"ex-height", Measure::kExHeight},
+                                              {"cap-height", Measure::kCapHeight},
+                                              {"ch-width", Measure::kZeroWidth},
+                                              {"ic-width", Measure::kIdeographWidth}};
+    FontSizeAdjustment read;
+    if (Is(text, "none")) {
+        adjustment = read;
+        return true;
+    }
+    Scanner scanner(text);
+    if (const Text word = scanner.TakeName(); ReadKeyword(kMeasures, word, read.measure))
+        text = Trim(scanner.Rest());
+    if (!ReadNumber(text, read.value) || read.value < 0.0) return false;
+    adjustment = read;
+    return true;
 }
 
 /// A list as it is written, "normal" being the same as none.
@@ -210,6 +207,7 @@ bool ReadFont(Text text, const Context& context, Style& style) {
     read.isItalic = initial.isItalic;
     read.fontWeight = initial.fontWeight;
     read.fontStretch = initial.fontStretch;
+    read.fontSizeAdjustment = initial.fontSizeAdjustment;
     read.fontVariants = initial.fontVariants;
     read.fontFeatureSettings = initial.fontFeatureSettings;
     read.fontVariationSettings = initial.fontVariationSettings;
@@ -272,6 +270,7 @@ const PropertyRow kRows[] = {
          to.fontWeight = from.fontWeight;
          to.isItalic = from.isItalic;
          to.fontStretch = from.fontStretch;
+         to.fontSizeAdjustment = from.fontSizeAdjustment;
          to.fontVariants = from.fontVariants;
          to.fontFeatureSettings = from.fontFeatureSettings;
          to.fontVariationSettings = from.fontVariationSettings;
@@ -280,6 +279,8 @@ const PropertyRow kRows[] = {
     {Name::kFontFamily, true, ORV_READ(!t.empty() && (s.fontFamily = t, true)), Copy<&Style::fontFamily>},
     {Name::kFontKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
     {Name::kFontSize, true, ORV_READ(ReadFontSize(t, c, s.fontSize)), Copy<&Style::fontSize>},
+    {Name::kFontSizeAdjust, true, ORV_READ(ReadFontSizeAdjustment(t, s.fontSizeAdjustment)),
+     Copy<&Style::fontSizeAdjustment>},
     {Name::kFontStretch, true, ORV_READ(ReadFontStretch(t, s.fontStretch)), Copy<&Style::fontStretch>},
     {Name::kFontStyle, true, ORV_READ(ReadFontStyle(t, s.isItalic)), Copy<&Style::isItalic>},
     {Name::kFontFeatureSettings, true, ORV_READ(ReadSettings(t, s.fontFeatureSettings)),
@@ -322,6 +323,29 @@ const PropertyRow kRows[] = {
 };
 
 }  // namespace
+
+bool ReadFontStyle(Text text, bool& isItalic) {
+    if (Is(text, "normal"))
+        isItalic = false;
+    else if (Is(text, "italic") || Is(text.substr(0, 7), "oblique"))
+        isItalic = true;
+    else
+        return false;
+    return true;
+}
+
+bool ReadFontStretch(Text text, double& percent) {
+    constexpr Keyword<double> kStretches[] = {
+        {"normal", 100.0},         {"condensed", 75.0}, {"semi-condensed", 87.5}, {"extra-condensed", 62.5},
+        {"ultra-condensed", 50.0}, {"expanded", 125.0}, {"semi-expanded", 112.5}, {"extra-expanded", 150.0},
+        {"ultra-expanded", 200.0}, {"narrower", 75.0},  {"wider", 125.0}};
+    if (ReadKeyword(kStretches, text, percent)) return true;
+    Scanner scanner(text);
+    double number = 0.0;
+    if (!scanner.TakeNumber(number) || !scanner.Take('%') || !scanner.AtEnd() || number <= 0.0) return false;
+    percent = number;
+    return true;
+}
 
 std::span<const PropertyRow> TextProperties() { return kRows; }
 

@@ -248,13 +248,14 @@ void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, cons
     if (!style.decorations) return;
     for (const Decoration& decoration : *style.decorations) {
         const Style painted = StyleOf(decoration, style);
-        const FontMetrics metrics = drawing_.fonts_.Find(painted).metrics;
+        const TextFont font = drawing_.fonts_.Find(painted, drawing_.scene_.GetFonts());
+        const FontMetrics& metrics = font.metrics;
+        const double size = decoration.fontSize * font.enlargement;
         Paints paints;
         MakePaints(painted, state, opacity, paints);
         const auto drawLine = [&](double middle, double thickness) {
             ORVPrintPath path;
-            AddRectangle(path, {0.0, (middle - thickness / 2.0) * decoration.fontSize, segment.advance,
-                                thickness * decoration.fontSize});
+            AddRectangle(path, {0.0, (middle - thickness / 2.0) * size, segment.advance, thickness * size});
             Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
                 if (fill || pen)
                     drawing_.Do(
