@@ -4,6 +4,7 @@
 
     tiny_fonts.py header FILE.h     the fonts as base64 texts, for tests
     tiny_fonts.py documents FOLDER  drawings that bring them
+    tiny_fonts.py varied FILE.ttf   the font that varies: heavy letters are 2 em wide
 """
 import base64
 import io
@@ -150,5 +151,10 @@ def documents(folder):
                       f'  <text x="5" y="32" font-family="{family}" font-size="32" {more}>{text}</text>\n</svg>\n'.replace(" >", ">"))
 
 
+def varied(path):
+    with open(path, "wb") as out:
+        out.write(FONTS["kVaried"])
+
+
 if __name__ == "__main__":
-    {"header": header, "documents": documents}[sys.argv[1]](sys.argv[2])
+    {"header": header, "documents": documents, "varied": varied}[sys.argv[1]](sys.argv[2])
