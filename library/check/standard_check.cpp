@@ -21,6 +21,7 @@
 #include "library/check/finding_writer.h"
 #include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
 
 namespace {
 
@@ -328,8 +329,13 @@ void StandardCheck::CheckFont(ElementIndex element, const Style& style) {
     if (!families_.insert(style.fontFamily).second) return;
     const ORVFontQuery query{style.fontFamily,  style.fontWeight, style.isItalic,
                              style.fontStretch, style.fontSize,   style.fontVariationSettings};
-    if (fonts_.Choose(query)) return;
-    const ORVFontChoice choice = ORVChooseFont(query);
+    const svg2::OrderedFont* const brought = fonts_.Choose(query);
+    const ORVFontChoice choice = brought ? brought->choice : ORVChooseFont(query);
+    const auto hasTable = [&](std::string_view name) { return !choice.face->GetTable(name).bytes.empty(); };
+    if (choice.face && hasTable("SVG ") && !hasTable("COLR") && !hasTable("CBDT") && !hasTable("sbix"))
+        Note(FindingCode::kIgnoredProperty, element, "font-family", style.fontFamily,
+             "has glyphs in colours that are SVG drawings: they are drawn in one colour");
+    if (brought) return;
     if (choice.font == ORVFont::Unavailable())
         Note(FindingCode::kTextCannotBeSet, element, "", "", "cannot be set: no font can be used");
     else if (style.fontFamily.empty())

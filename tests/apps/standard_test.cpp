@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/tiny_fonts.h"
 
 namespace {
 
@@ -202,6 +203,16 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
     };
     for (const auto& row : kRows) EXPECT_THAT(Check(row.content), HasSubstr(row.kind)) << row.content;
+}
+
+TEST_F(StandardTest, CheckFindsGlyphsThatAreSvgDrawings) {
+    const auto check = [&](const char* font) {
+        return Check(std::string("<style>@font-face{font-family:t;src:url(data:;base64,") + font +
+                     ")}</style><text font-family='t'>A</text>");
+    };
+    EXPECT_THAT(check(tiny_fonts::kSvgGlyphs), HasSubstr("has glyphs in colours that are SVG drawings"));
+    EXPECT_THAT(check(tiny_fonts::kPainted), HasSubstr("nothing found"));
+    EXPECT_THAT(check(tiny_fonts::kWoff2), HasSubstr("nothing found"));
 }
 
 TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {

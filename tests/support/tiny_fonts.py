@@ -4,6 +4,7 @@
 
     tiny_fonts.py header FILE.h     the fonts as base64 texts, for tests
     tiny_fonts.py documents FOLDER  drawings that bring them
+    tiny_fonts.py colours FOLDER    drawings that bring one whose letters are painted in colours
     tiny_fonts.py varied FILE.ttf   the font that varies: heavy letters are 2 em wide
 """
 import base64
@@ -14,6 +15,8 @@ import sys
 from fontTools.fontBuilder import FontBuilder
 from fontTools.pens.t2CharStringPen import T2CharStringPen
 from fontTools.pens.ttGlyphPen import TTGlyphPen
+from fontTools.ttLib import TTFont
+from fontTools.ttLib.tables.DefaultTable import DefaultTable
 from fontTools.ttLib.tables.TupleVariation import TupleVariation
 
 SHAPES = {
@@ -32,17 +35,17 @@ def draw(pen, contours):
         pen.closePath()
 
 
-def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wider=None):
+def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wider=None, parts=None, tables=None):
     """A font whose letters have the given shapes, by default their own. @return its bytes"""
-    shapes = shapes or {}
-    order = [".notdef", "space"] + list(letters)
+    shapes = {**(shapes or {}), **(parts or {})}
+    order = [".notdef", "space"] + list(letters) + list(parts or {})
     builder = FontBuilder(1000, isTTF=not cubic)
     builder.setupGlyphOrder(order)
     builder.setupCharacterMap({32: "space", **{ord(letter): letter for letter in letters}})
     glyphs = {}
     for name in order:
         pen = T2CharStringPen(STEP, None) if cubic else TTGlyphPen(None)
-        if name in SHAPES:
+        if shapes.get(name, name) in SHAPES:
             draw(pen, SHAPES[shapes.get(name, name)])
         glyphs[name] = pen.getCharString() if cubic else pen.glyph()
     if cubic:
@@ -65,6 +68,9 @@ def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wid
             variations[name] = [TupleVariation({"wght": (0, 1, 1)}, change + [(0, 0), (wider, 0), (0, 0), (0, 0)])]
         builder.setupGvar(variations)
     font = builder.font
+    for tag, data in (tables or {}).items():
+        font[tag] = DefaultTable(tag)
+        font[tag].data = data
     font["head"].created = font["head"].modified = 0
     font.recalcTimestamp = False
     font.flavor = flavor
@@ -82,6 +88,7 @@ FONTS = {
     "kOnlyA": make("A"),
     "kSquareForB": make("B", {"B": "A"}),
     "kVaried": make(wider=1200),
+    "kSvgGlyphs": make(tables={"SVG ": b"\0\0\0\0\0\x0a\0\0\0\0\0\0"}),
 }
 
 
@@ -93,7 +100,7 @@ def header(path):
     with open(path, "w", encoding="ascii") as out:
         out.write("// SPDX-License-Identifier: Apache-2.0\n// Written by tiny_fonts.py, which tells what they look like.\n"
                   "#pragma once\n\nnamespace tiny_fonts {\n\n")
-        for name, data in FONTS.items():
+        for name, data in {**FONTS, "kPainted": painted()}.items():
             text = base64.b64encode(data).decode()
             out.write(f"inline constexpr char {name}[] =\n")
             lines = [text[i:i + 96] for i in range(0, len(text), 96)]
@@ -151,10 +158,78 @@ def documents(folder):
                       f'  <text x="5" y="32" font-family="{family}" font-size="32" {more}>{text}</text>\n</svg>\n'.replace(" >", ">"))
 
 
+def painted():
+    """A font whose A to K are painted: gradients, transforms and composites. @return its bytes"""
+    from fontTools.colorLib.builder import buildCOLR, buildCPAL
+    from fontTools.ttLib.tables.otTables import PaintFormat as Format
+
+    font = TTFont(io.BytesIO(make("ABCDEFGHIJKLM", {letter: "A" for letter in "ABCDEFGHIJKLM"},
+                                  parts={"square": "A", "triangle": "B"})))
+
+    def solid(index, alpha=1.0):
+        return {"Format": Format.PaintSolid, "PaletteIndex": index, "Alpha": alpha}
+
+    def within(glyph, paint):
+        return {"Format": Format.PaintGlyph, "Glyph": glyph, "Paint": paint}
+
+    def line(*stops, extend="pad"):
+        return {"ColorStop": [{"StopOffset": at, "PaletteIndex": index, "Alpha": 1.0} for at, index in stops],
+                "Extend": extend}
+
+    def linear(colours, x0=100, y0=0, x1=800, y1=0, x2=100, y2=700):
+        return {"Format": Format.PaintLinearGradient, "ColorLine": colours, "x0": x0, "y0": y0, "x1": x1, "y1": y1,
+                "x2": x2, "y2": y2}
+
+    def composite(mode):
+        return {"Format": Format.PaintComposite, "CompositeMode": mode,
+                "SourcePaint": within("square", solid(0)), "BackdropPaint": within("triangle", solid(1))}
+
+    square = within("square", solid(1))
+    glyphs = {
+        "A": within("triangle", solid(0)),
+        "B": within("square", linear(line((0, 0), (1, 1)))),
+        "C": within("square", {"Format": Format.PaintRadialGradient, "ColorLine": line((0, 1), (1, 0)),
+                               "x0": 450, "y0": 350, "r0": 0, "x1": 450, "y1": 350, "r1": 350}),
+        "D": within("square", {"Format": Format.PaintSweepGradient, "ColorLine": line((0, 0), (0.5, 1), (1, 2)),
+                               "centerX": 450, "centerY": 350, "startAngle": 0, "endAngle": 360}),
+        "E": {"Format": Format.PaintColrLayers, "Layers": [square, within("triangle", solid(0xFFFF))]},
+        "F": {"Format": Format.PaintRotateAroundCenter, "angle": 45, "centerX": 450, "centerY": 350,
+              "Paint": {"Format": Format.PaintScaleAroundCenter, "scaleX": 0.5, "scaleY": 0.25, "centerX": 450,
+                        "centerY": 350, "Paint": square}},
+        "G": {"Format": Format.PaintTranslate, "dx": 0, "dy": 100,
+              "Paint": {"Format": Format.PaintColrGlyph, "Glyph": "A"}},
+        "H": composite("src_in"),
+        "I": composite("src_out"),
+        "J": composite("multiply"),
+        "K": within("square", linear(line((0.25, 0), (0.5, 1), extend="reflect"))),
+        "L": within("square", {"Format": Format.PaintTransform, "Transform": (1, 0, 0.5, 1, 0, 0),
+                               "Paint": within("triangle", solid(2))}),
+        "M": {"Format": Format.PaintSkew, "xSkewAngle": -20, "ySkewAngle": 0, "Paint": square},
+    }
+    font["COLR"] = buildCOLR(glyphs, version=1, glyphMap=font.getReverseGlyphMap())
+    font["CPAL"] = buildCPAL([[(0.9, 0.1, 0.1, 1.0), (0.1, 0.6, 0.2, 1.0), (0.1, 0.2, 0.9, 1.0)]])
+    data = io.BytesIO()
+    font.save(data)
+    return data.getvalue()
+
+
 def varied(path):
     with open(path, "wb") as out:
         out.write(FONTS["kVaried"])
 
 
+def colours(folder):
+    facts = {"solid": "A", "linear-gradient": "B", "radial-gradient": "C", "sweep-gradient": "D", "layers": "E",
+             "rotate-and-scale": "F", "glyph-of-colours": "G", "source-in": "H", "source-out": "I", "multiply": "J",
+             "reflect": "K", "outline-in-outline": "L", "skew": "M"}
+    source = address(painted())
+    for name, letter in facts.items():
+        with open(os.path.join(folder, name + ".svg"), "w", encoding="ascii") as out:
+            out.write('<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 40 40" width="40" height="40">\n'
+                      f"  <title>Painted glyphs: {name.replace('-', ' ')}</title>\n"
+                      f"  <style>{face(source='url(' + source + ')')}</style>\n"
+                      f'  <text x="2" y="34" font-family="t" font-size="40" fill="gold">{letter}</text>\n</svg>\n')
+
+
 if __name__ == "__main__":
-    {"header": header, "documents": documents, "varied": varied}[sys.argv[1]](sys.argv[2])
+    {"colours": colours, "header": header, "documents": documents, "varied": varied}[sys.argv[1]](sys.argv[2])

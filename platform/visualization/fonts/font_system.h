@@ -12,6 +12,7 @@
 
 class ORVFont;
 class ORVFontFace;
+class ORVGlyphPaintSink;
 struct ORVDocumentFont;
 struct ORVFontChoice;
 struct ORVFontQuery;
@@ -69,6 +70,9 @@ public:
     [[nodiscard]] virtual bool HasColours(const ORVFontFace& face) = 0;
     [[nodiscard]] virtual std::vector<ORVGlyphLayer> FindGlyphLayers(const ORVFontFace& face,
                                                                      std::uint32_t glyph) = 0;
+    /// See ORVPaintGlyph; without a sink, only the answer counts.
+    [[nodiscard]] virtual bool PaintGlyph(const ORVFontFace& face, std::uint32_t glyph,
+                                          ORVGlyphPaintSink* sink) = 0;
     /// See ORVOpenDocumentFont and ORVVaryDocumentFont.
     [[nodiscard]] virtual std::shared_ptr<const ORVFontFace> Open(ORVDocumentFont font) = 0;
     [[nodiscard]] virtual ORVVariedDocumentFace Vary(const ORVFontFace& face, const ORVFontQuery& query) = 0;

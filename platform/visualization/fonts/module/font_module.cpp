@@ -16,6 +16,7 @@
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
 #include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/painted_glyphs.h"
 #include "platform/visualization/fonts/module/span_shaper.h"
 #include "platform/visualization/fonts/module/text_shaper.h"
 
@@ -80,6 +81,11 @@ public:
         const auto& file = static_cast<const FileFace&>(face);
         if (!NotingFailure([&] { layers = ::FindGlyphLayers(file, glyph); })) return {};
         return layers;
+    }
+    bool PaintGlyph(const ORVFontFace& face, std::uint32_t glyph, ORVGlyphPaintSink* sink) override {
+        bool isPainted = false;
+        const auto& file = static_cast<const FileFace&>(face);
+        return NotingFailure([&] { isPainted = ::PaintGlyph(file, glyph, sink); }) && isPainted;
     }
     std::shared_ptr<const ORVFontFace> Open(ORVDocumentFont font) override {
         std::shared_ptr<const ORVFontFace> face;
