@@ -103,6 +103,22 @@ public:
     void PutSymbol(const HuffmanCodes<kCount>& codes, std::size_t symbol) {
         Put(codes.codes[symbol], codes.lengths[symbol]);
     }
+    /// The same bits, at least one and up to 30, so many times.
+    void PutTimes(std::uint64_t bits, unsigned int count, std::size_t times) {
+        constexpr unsigned int kMostBits = 48;
+        for (; times > 1 && count * 2 <= kMostBits; times /= 2) {
+            if (times % 2 != 0) {
+                Put(bits, count);
+                Store();
+            }
+            bits |= bits << count;
+            count *= 2;
+        }
+        for (; times > 0; --times) {
+            Put(bits, count);
+            Store();
+        }
+    }
     void Store() {
         // The stream's bytes are in the order of this machine's (see lanes.h).
         std::memcpy(to_, &bits_, sizeof bits_);
@@ -167,7 +183,14 @@ std::size_t DeflateBlock::CountBits(const Codes& codes) const {
 void DeflateBlock::WriteTokens(const Codes& codes, BitWriter& writer) const {
     for (std::size_t i = 0; i < tokenCount_; ++i) {
         const std::uint32_t token = tokens_[i];
-        if ((token & kMatchFlag) != 0) {
+        if ((token & kMatchFlag) != 0 && (token & kRepeatFlag) != 0) {
+            constexpr std::size_t kLongest = kFirstLength + 28;
+            const std::size_t distanceCode = token & 3U;
+            writer.PutTimes(codes.symbols.codes[kLongest] | std::uint64_t{codes.distances.codes[distanceCode]}
+                                                                << codes.symbols.lengths[kLongest],
+                            codes.symbols.lengths[kLongest] + codes.distances.lengths[distanceCode],
+                            token >> 15U & kMostRepeats);
+        } else if ((token & kMatchFlag) != 0) {
             const std::size_t length = (token >> 15U & 0xFFU) + kShortestMatch;
             const std::size_t distance = (token & (kWindow - 1)) + 1;
             const std::size_t code = kLengths.codes[length];

@@ -62,6 +62,17 @@ public:
         ++distanceCounts_[DistanceCode(distance)];
     }
 
+    /// A number of matches of the greatest length, one after the other.
+    /// @param count     1 to kMostRepeats
+    /// @param distance  1 to 4
+    void AddLongestMatches(std::size_t count, std::size_t distance) {
+        tokens_[tokenCount_++] =
+            static_cast<std::uint32_t>(kMatchFlag | kRepeatFlag | count << 15U | (distance - 1));
+        symbolCounts_[kFirstLength + kLengths.codes[kLongestMatch]] += static_cast<std::uint32_t>(count);
+        distanceCounts_[DistanceCode(distance)] += static_cast<std::uint32_t>(count);
+    }
+    static constexpr std::size_t kMostRepeats = (std::size_t{1} << 15U) - 1;
+
     /// What a literal is likely to take, from what was noted when UpdateCosts was called last.
     unsigned int CostOfLiteral(std::uint8_t byte) const { return symbolCosts_[byte]; }
     unsigned int CostOfMatch(std::size_t length, std::size_t distance) const {
@@ -76,7 +87,7 @@ public:
 
 private:
     static constexpr std::size_t kSymbols = 286, kDistances = 30, kEndOfBlock = 256, kFirstLength = 257;
-    static constexpr std::uint32_t kMatchFlag = 1U << 31U, kLiteralFlag = 1U << 30U;
+    static constexpr std::uint32_t kMatchFlag = 1U << 31U, kRepeatFlag = 1U << 30U, kLiteralFlag = 1U << 30U;
 
     static constexpr DeflateLengths kLengths{};
 

@@ -7,9 +7,14 @@ namespace {
 
 constexpr std::size_t kMostSymbols = 288, kMostLengths = 16;
 
+/// What occurs, in an order that one comparison tells.
 struct Leaf {
-    std::uint32_t count;
-    std::uint16_t symbol;
+    std::uint64_t countAndSymbol = 0;
+
+    Leaf() = default;
+    Leaf(std::uint32_t count, std::size_t symbol) : countAndSymbol(std::uint64_t{count} << 16U | symbol) {}
+    std::uint32_t GetCount() const { return static_cast<std::uint32_t>(countAndSymbol >> 16U); }
+    std::size_t GetSymbol() const { return countAndSymbol & 0xFFFFU; }
 };
 
 using LengthCounts = std::array<unsigned int, kMostLengths>;
@@ -23,8 +28,9 @@ LengthCounts CountLengths(std::span<const Leaf> leaves, unsigned int most) {
     std::size_t leaf = 0, pair = 0;
     for (std::size_t made = 0; made < pairCount; ++made) {
         for (int i = 0; i < 2; ++i) {
-            const bool isLeaf = leaf < leaves.size() && (pair == made || leaves[leaf].count <= sums[pair]);
-            sums[made] += isLeaf ? leaves[leaf].count : sums[pair];
+            const bool isLeaf =
+                leaf < leaves.size() && (pair == made || leaves[leaf].GetCount() <= sums[pair]);
+            sums[made] += isLeaf ? leaves[leaf].GetCount() : sums[pair];
             (isLeaf ? leafParents[leaf++] : pairParents[pair++]) = static_cast<std::uint16_t>(made);
         }
     }
@@ -57,22 +63,21 @@ void ORVMakeCodeLengths(std::span<const std::uint32_t> counts, unsigned int most
     std::size_t count = 0;
     for (std::size_t i = 0; i < counts.size(); ++i) {
         lengths[i] = 0;
-        if (counts[i] > 0) all[count++] = {counts[i], static_cast<std::uint16_t>(i)};
+        if (counts[i] > 0) all[count++] = {counts[i], i};
     }
     const std::span<Leaf> leaves = std::span(all).first(count);
     if (count < 2) {
-        for (const Leaf& leaf : leaves) lengths[leaf.symbol] = 1;
+        for (const Leaf& leaf : leaves) lengths[leaf.GetSymbol()] = 1;
         return;
     }
-    std::sort(leaves.begin(), leaves.end(), [](const Leaf& a, const Leaf& b) {
-        return a.count != b.count ? a.count < b.count : a.symbol < b.symbol;
-    });
+    std::sort(leaves.begin(), leaves.end(),
+              [](const Leaf& a, const Leaf& b) { return a.countAndSymbol < b.countAndSymbol; });
     LengthCounts lengthCounts = CountLengths(leaves, most);
     FitLengths(most, lengthCounts);
     std::size_t next = 0;
     for (unsigned int length = most; length > 0; --length)
         for (unsigned int i = 0; i < lengthCounts[length]; ++i)
-            lengths[leaves[next++].symbol] = static_cast<std::uint8_t>(length);
+            lengths[leaves[next++].GetSymbol()] = static_cast<std::uint8_t>(length);
 }
 
 void ORVMakeCodes(std::span<const std::uint8_t> lengths, std::span<std::uint16_t> codes) {

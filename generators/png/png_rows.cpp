@@ -9,13 +9,13 @@
 
 namespace {
 
-constexpr std::uint32_t kNowhere = 0xFFFFFFFFU;
 // Longer matches are taken without a look for others.
-constexpr std::size_t kGoodRun = 48, kGoodMatch = 64;
+constexpr std::size_t kGoodRun = 24, kGoodMatch = 24;
 // Of a match, so many bytes can be found again by their own places.
-constexpr std::size_t kNotedOfMatch = 24;
-// The costs are computed again after so many tokens, and whenever there are twice as many.
-constexpr std::size_t kFirstUpdate = 1024;
+constexpr std::size_t kNotedOfMatch = 12;
+// The costs are computed again after so many tokens, and whenever there are twice as many. A pixel or a match
+// is three tokens at most.
+constexpr std::size_t kFirstUpdate = 1024, kTokensOfBlock = DeflateBlock::kMostTokens - 8;
 // What a match of greys must save: literals become the cheaper, the fewer of them become matches.
 constexpr int kLeastGainOfGrey = 2 * DeflateBlock::kBit;
 
@@ -47,6 +47,7 @@ std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t
 /// The first three bytes: of colours, a pixel.
 bool HaveEqualPixels(std::uint32_t a, std::uint32_t b) { return ((a ^ b) & 0xFFFFFFU) == 0; }
 
+constexpr std::size_t kHashedBytes = 6;
 template <unsigned int kBits>
 std::size_t HashOfSixBytes(const std::uint8_t* at) {
     return static_cast<std::size_t>((Load<std::uint64_t>(at) << 16U) * 0x9E3779B97F4A7C15U >> (64 - kBits));
@@ -59,24 +60,27 @@ std::size_t HashOfPixel(std::uint32_t pixel) {
 
 }  // namespace
 
-void PngRows::EndFullBlock() {
-    if (block_.GetTokenCount() < DeflateBlock::kMostTokens) return;
+void PngRows::UpdateCosts() {
     block_.UpdateCosts();
-    block_.Write(*out_);
-    nextUpdate_ = kFirstUpdate;
+    if (block_.GetTokenCount() < kTokensOfBlock) {
+        nextUpdate_ = std::min(nextUpdate_ * 2, kTokensOfBlock);
+    } else {
+        block_.Write(*out_);
+        nextUpdate_ = kFirstUpdate;
+    }
 }
 
-void PngRows::AddMatch(std::size_t length, std::size_t distance) {
+void PngRows::AddRun(std::size_t length, std::size_t distance) {
     constexpr std::size_t kMost = DeflateBlock::kLongestMatch, kLeast = DeflateBlock::kShortestMatch;
-    while (length > 0) {
+    std::size_t count = length / kMost, rest = length % kMost;
+    if (count > 0 && rest > 0 && rest < kLeast) {
         // What is left must be long enough for a match, too.
-        const std::size_t part = length <= kMost            ? length
-                                 : length - kMost >= kLeast ? kMost
-                                                            : length - kLeast;
-        block_.AddMatch(part, distance);
-        EndFullBlock();
-        length -= part;
+        --count;
+        block_.AddMatch(kMost + rest - kLeast, distance);
+        rest = kLeast;
     }
+    if (count > 0) block_.AddLongestMatches(count, distance);
+    if (rest > 0) block_.AddMatch(rest, distance);
 }
 
 template <std::size_t kPixel>
@@ -85,17 +89,14 @@ void PngRows::TakePixel(std::size_t at) {
         block_.AddThreeLiterals(Load<std::uint32_t>(bytes_ + at));
     else
         block_.AddLiteral(bytes_[at]);
-    EndFullBlock();
 }
 
-/// The costs of the first few literals tell enough.
+/// The first three literals stand for all.
 int PngRows::GainOf(std::size_t at, std::size_t length, std::size_t distance) const {
-    constexpr std::size_t kFew = 12;
-    constexpr unsigned int kCostOfOthers = 3 * DeflateBlock::kBit;
-    const std::size_t few = std::min(length, kFew);
-    auto literals = static_cast<unsigned int>(length - few) * kCostOfOthers;
-    for (std::size_t i = 0; i < few; ++i) literals += block_.CostOfLiteral(bytes_[at + i]);
-    return static_cast<int>(literals) - static_cast<int>(block_.CostOfMatch(length, distance));
+    const unsigned int three = block_.CostOfLiteral(bytes_[at]) + block_.CostOfLiteral(bytes_[at + 1]) +
+                               block_.CostOfLiteral(bytes_[at + 2]);
+    return static_cast<int>(three * static_cast<unsigned int>(length) / 3) -
+           static_cast<int>(block_.CostOfMatch(length, distance));
 }
 
 bool PngRows::HasRowAbove(std::size_t at) const {
@@ -123,29 +124,30 @@ void PngRows::Consider(std::size_t at, std::size_t from, std::size_t end, Match&
     if (gain > best.gain) best = {length, at - from, gain};
 }
 
-/// @param run  of pixels that repeat the one to the left, which may be empty
+/// @param best  in: the run of pixels that repeat the one to the left, which may be empty; out: what gains
+/// most
 template <std::size_t kPixel>
-PngRows::Match PngRows::FindMatch(std::size_t at, std::size_t end, const Match& run) {
-    Match best = run;
-    const auto isNear = [at](std::uint32_t place) {
-        return place < at && at - place <= DeflateBlock::kWindow;
-    };
+void PngRows::FindMatch(std::size_t at, std::size_t end, Match& best) {
     const auto pixel = Load<std::uint32_t>(bytes_ + at);
     if (HasRowAbove(at) && HaveEqualPixels(pixel, Load<std::uint32_t>(bytes_ + at - rowBytes_)))
         Consider<kPixel>(at, at - rowBytes_, end, best);
-    if (best.length >= kGoodMatch) return best;
+    // The last pixels are followed by bytes that do not count.
+    if (best.length >= kGoodMatch || at + kHashedBytes > size_) return;
+    // Two conditions, one branch: each of them is as likely as not.
+    const auto isMatch = [&](std::size_t place, std::uint32_t mask) {
+        const bool isNear = at - place - 1 < DeflateBlock::kWindow;
+        const bool isEqual = ((pixel ^ Load<std::uint32_t>(bytes_ + place)) & mask) == 0;
+        return (static_cast<unsigned int>(isNear) & static_cast<unsigned int>(isEqual)) != 0;
+    };
+    constexpr std::uint32_t kPixelMask = 0xFFFFFFU, kFourBytes = 0xFFFFFFFFU;
     std::uint32_t& place = places_[HashOfSixBytes<kHashBits>(bytes_ + at)];
-    if (isNear(place) && (kPixel == 3 ? HaveEqualPixels(pixel, Load<std::uint32_t>(bytes_ + place))
-                                      : pixel == Load<std::uint32_t>(bytes_ + place)))
-        Consider<kPixel>(at, place, end, best);
+    if (isMatch(place, kPixel == 3 ? kPixelMask : kFourBytes)) Consider<kPixel>(at, place, end, best);
     place = static_cast<std::uint32_t>(at);
     // A single pixel is worth a match when its three bytes are rare. A grey is not.
-    if (kPixel == 1 || best.length > kPixel) return best;
+    if (kPixel == 1 || best.length > kPixel) return;
     std::uint32_t& pixelPlace = pixelPlaces_[HashOfPixel<kHashBits>(pixel)];
-    if (isNear(pixelPlace) && HaveEqualPixels(pixel, Load<std::uint32_t>(bytes_ + pixelPlace)))
-        Consider<kPixel>(at, pixelPlace, end, best);
+    if (isMatch(pixelPlace, kPixelMask)) Consider<kPixel>(at, pixelPlace, end, best);
     pixelPlace = static_cast<std::uint32_t>(at);
-    return best;
 }
 
 template <std::size_t kPixel>
@@ -169,24 +171,21 @@ std::size_t PngRows::TakeRowStart(std::size_t at, std::size_t end) {
         if (length > kPixel && GainOf(at, 1 + kPixel, rowBytes_) + kCostOfRun +
                                        static_cast<int>(block_.CostOfMatch(1 + kPixel, rowBytes_)) >
                                    static_cast<int>(block_.CostOfMatch(length, rowBytes_))) {
-            AddMatch(length, rowBytes_);
+            block_.AddMatch(length, rowBytes_);
             return length;
         }
     }
     block_.AddLiteral(bytes_[at]);
-    EndFullBlock();
     return 1;
 }
 
 template <std::size_t kPixel>
 void PngRows::TakeRow(std::size_t at, std::size_t end) {
+    if (block_.GetTokenCount() >= nextUpdate_) UpdateCosts();
     firstPixel_ = at + 1;
     at += TakeRowStart<kPixel>(at, end);
     while (at < end) {
-        if (block_.GetTokenCount() >= nextUpdate_) {
-            block_.UpdateCosts();
-            nextUpdate_ = std::max(block_.GetTokenCount() * 2, kFirstUpdate);
-        }
+        if (block_.GetTokenCount() >= nextUpdate_) UpdateCosts();
         if (end - at < DeflateBlock::kShortestMatch) {
             TakePixel<1>(at++);
             continue;
@@ -197,20 +196,20 @@ void PngRows::TakeRow(std::size_t at, std::size_t end) {
             HaveEqualPixels(Load<std::uint32_t>(bytes_ + at), Load<std::uint32_t>(bytes_ + at - kPixel))) {
             const std::size_t run = LengthOfMatch<kPixel>(at, at - kPixel, end - at);
             if (run >= kGoodRun) {
-                AddMatch(run, kPixel);
+                AddRun(run, kPixel);
                 at += run;
                 continue;
             }
             if (run > 0)
                 if (const int gain = GainOf(at, run, kPixel); gain > 0) best = {run, kPixel, gain};
         }
-        best = FindMatch<kPixel>(at, end, best);
+        FindMatch<kPixel>(at, end, best);
         if (best.length == 0) {
             TakePixel<kPixel>(at);
             at += kPixel;
             continue;
         }
-        AddMatch(best.length, best.distance);
+        block_.AddMatch(best.length, best.distance);
         NotePlaces<kPixel>(at + kPixel, at + std::min(best.length, kNotedOfMatch));
         at += best.length;
     }
@@ -219,10 +218,12 @@ void PngRows::TakeRow(std::size_t at, std::size_t end) {
 void PngRows::Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
                        std::vector<std::uint8_t>& out) {
     bytes_ = rows.data();
+    size_ = rows.size();
     rowBytes_ = rowBytes;
     out_ = &out;
-    places_.fill(kNowhere);
-    pixelPlaces_.fill(kNowhere);
+    // The first byte is a place like any other.
+    places_.fill(0);
+    pixelPlaces_.fill(0);
     block_.Begin();
     nextUpdate_ = kFirstUpdate;
     for (std::size_t at = 0; at < rows.size(); at += rowBytes)

@@ -40,7 +40,7 @@ private:
     template <std::size_t kPixel>
     void TakePixel(std::size_t at);
     template <std::size_t kPixel>
-    Match FindMatch(std::size_t at, std::size_t end, const Match& run);
+    void FindMatch(std::size_t at, std::size_t end, Match& best);
     template <std::size_t kPixel>
     void Consider(std::size_t at, std::size_t from, std::size_t end, Match& best) const;
     template <std::size_t kPixel>
@@ -49,11 +49,11 @@ private:
     void NotePlaces(std::size_t at, std::size_t end);
     int GainOf(std::size_t at, std::size_t length, std::size_t distance) const;
     bool HasRowAbove(std::size_t at) const;
-    void AddMatch(std::size_t length, std::size_t distance);
-    void EndFullBlock();
+    void AddRun(std::size_t length, std::size_t distance);
+    void UpdateCosts();
 
     const std::uint8_t* bytes_ = nullptr;
-    std::size_t rowBytes_ = 0;
+    std::size_t size_ = 0, rowBytes_ = 0;
     std::size_t firstPixel_ = 0;  // of the row
     DeflateBlock block_;
     std::size_t nextUpdate_ = 0;
