@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 
 #include "interpreters/svg2/css/font_variants.h"
 #include "interpreters/svg2/css/property_rows.h"
@@ -117,22 +118,34 @@ bool ReadSpacing(Text text, const Context& context, Length& spacing) {
     return ReadLength(text, context.sizes, spacing);
 }
 
+/// Colours, kinds of line and thicknesses may stand beside the lines; those of text are drawn plainly.
+bool IsBesideLines(Text word) {
+    constexpr Text kWords[] = {"blink", "solid", "double", "dotted", "dashed", "wavy", "auto", "from-font"};
+    ColourValue colour;
+    return word.find_first_of("0123456789+-.") == 0 || word.find_first_of("()") != Text::npos ||
+           std::any_of(std::begin(kWords), std::end(kWords), [&](Text known) { return Is(word, known); }) ||
+           ReadColourValue(word, colour);
+}
+
 bool ReadDecoration(Text text, std::uint8_t& lines) {
     constexpr Keyword<std::uint8_t> kLines[] = {
         {"none", 0}, {"underline", kUnderline}, {"overline", kOverline}, {"line-through", kLineThrough}};
     std::uint8_t read = 0;
-    bool hasLine = false;
-    // Colours and kinds of line may stand beside the lines; those of text are drawn plainly.
+    bool hasLine = false, hasNone = false, isReadable = true;
     ForEachWord(text, [&](Text word) {
         std::uint8_t line = 0;
         if (ReadKeyword(kLines, word, line)) {
             hasLine = true;
+            hasNone = hasNone || line == 0;
             read |= line;
+        } else {
+            isReadable = isReadable && IsBesideLines(word);
         }
         return true;
     });
-    if (hasLine) lines = read;
-    return hasLine;
+    if (!hasLine || !isReadable || (hasNone && read != 0)) return false;
+    lines = read;
+    return true;
 }
 
 constexpr Keyword<Baseline> kBaselines[] = {
