@@ -78,4 +78,7 @@ function(orv_install_package folder)
     install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
         PATTERN man EXCLUDE PATTERN api EXCLUDE)
     install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+    # What engines start; the documentation leads there.
+    install(DIRECTORY packaging/batch DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT development
+        USE_SOURCE_PERMISSIONS)
 endfunction()

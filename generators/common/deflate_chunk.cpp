@@ -2,6 +2,7 @@
 #include "generators/common/deflate_chunk.h"
 
 #include <isa-l.h>
+#include <libdeflate.h>
 
 #include <algorithm>
 #include <limits>
@@ -45,6 +46,9 @@ void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemo
     stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
 }
 
+// What the compressor may look at in front of the first byte.
+constexpr std::size_t kDeflateFront = IGZIP_HIST_SIZE;
+
 /// A copy with room in front, until the next call.
 std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
     std::vector<std::uint8_t>& input = GetWorkspace().input;
@@ -52,8 +56,6 @@ std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
     std::copy(bytes.begin(), bytes.end(), input.data() + kDeflateFront);
     return std::span(input).subspan(kDeflateFront, bytes.size());
 }
-
-static_assert(kDeflateFront == IGZIP_HIST_SIZE);
 
 /// @param bytes  kDeflateFront bytes lie in front of them, unless there are none
 bool Deflate(std::span<std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
@@ -92,10 +94,6 @@ bool Deflate(std::span<std::uint8_t> bytes, bool isWhole, std::vector<std::uint8
 
 }  // namespace
 
-bool ORVDeflateChunkInPlace(std::span<std::uint8_t> frontAndBytes, std::vector<std::uint8_t>& out) {
-    return Deflate(frontAndBytes.subspan(kDeflateFront), false, out);
-}
-
 bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out) {
     return Deflate(WithFront(bytes), false, out);
 }
@@ -105,7 +103,7 @@ bool ORVDeflateWhole(std::span<const std::uint8_t> bytes, std::vector<std::uint8
 }
 
 std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {
-    return isal_adler32(1, bytes.data(), bytes.size());
+    return libdeflate_adler32(1, bytes.data(), bytes.size());
 }
 
 std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
@@ -119,5 +117,5 @@ std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::
 }
 
 std::uint32_t ORVCrc32(std::span<const std::uint8_t> bytes) {
-    return crc32_gzip_refl(0, bytes.data(), bytes.size());
+    return libdeflate_crc32(0, bytes.data(), bytes.size());
 }

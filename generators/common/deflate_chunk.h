@@ -10,14 +10,6 @@
 /// @return false when it failed
 [[nodiscard]] bool ORVDeflateChunk(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out);
 
-/// What ORVDeflateChunkInPlace takes in front of the bytes.
-inline constexpr std::size_t kDeflateFront = std::size_t{32} << 10U;
-/// The same for bytes that lie where the compressor can have them, which saves a copy.
-/// @param frontAndBytes  kDeflateFront bytes of any content, which are lost, and at least one byte to
-/// compress
-[[nodiscard]] bool ORVDeflateChunkInPlace(std::span<std::uint8_t> frontAndBytes,
-                                          std::vector<std::uint8_t>& out);
-
 /// Appends a whole zlib stream.
 /// @return false when it failed
 [[nodiscard]] bool ORVDeflateWhole(std::span<const std::uint8_t> bytes, std::vector<std::uint8_t>& out);

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <deque>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <span>
 #include <system_error>
@@ -20,12 +21,14 @@
 
 namespace {
 
-constexpr int kThoroughLevel = 6, kPieceLevel = 5;
-// A page of a hundred thousand shapes becomes 14 per cent smaller when it is compressed well, and takes seven
-// times as long, which only small documents do not feel. Content that shrinks to less than a part in so many
-// compresses faster, and a fast compressor would miss much of that.
-constexpr std::uint64_t kThoroughContentBytes = std::uint64_t{1} << 18U;
-constexpr std::uint64_t kThoroughRatio = 4;
+constexpr int kQuickLevel = 1, kThoroughLevel = 6, kPieceLevel = 5;
+// Most content and fonts become 2 to 7 per cent smaller at the thorough level, which takes four times as
+// long: a quarter of what a typical drawing takes in all. What shrinks to less than this share is full of
+// repeats, such as lines of text, of which the quick level misses a quarter.
+constexpr double kRepetitiveShare = 0.3;
+// After so much content that is not repetitive, the rest is compressed faster still: a page of a hundred
+// thousand shapes becomes a tenth larger and takes half as long.
+constexpr std::uint64_t kCarefulContentBytes = std::uint64_t{1} << 18U;
 // Below this, a thread would cost more than it saves.
 constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;
 // What may wait for the thread, so that memory stays bounded.
@@ -67,7 +70,6 @@ public:
         Put("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n");
     }
     ~Writer() {
-        libdeflate_free_compressor(compressor_);
         if (hasStream_) deflateEnd(&stream_);
     }
     Writer(const Writer&) = delete;
@@ -114,6 +116,11 @@ public:
     }
 
 private:
+    struct FreeCompressor {
+        void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+    };
+    using Compressor = std::unique_ptr<libdeflate_compressor, FreeCompressor>;
+
     void BeginObject(unsigned int number, const std::string& start) {
         if (offsets_.size() < number) offsets_.resize(number, 0);
         offsets_[number - 1] = position_;
@@ -144,18 +151,28 @@ private:
         const std::string_view packed = Compress(bytes);
         contentBytes_ += bytes.size();
         packedContentBytes_ += packed.size();
-        if (contentBytes_ >= kThoroughContentBytes && packedContentBytes_ * kThoroughRatio > contentBytes_)
+        if (contentBytes_ >= kCarefulContentBytes && !IsRepetitive(contentBytes_, packedContentBytes_))
             isContentFast_.store(true, std::memory_order_release);
         return packed;
     }
 
     std::string_view Compress(std::string_view bytes) {
-        if (!compressor_) compressor_ = libdeflate_alloc_compressor(kThoroughLevel);
-        if (!compressor_) return Fail();
-        const std::size_t bound = libdeflate_zlib_compress_bound(compressor_, bytes.size());
+        const std::string_view packed = Compress(bytes, quick_, kQuickLevel);
+        return IsRepetitive(bytes.size(), packed.size()) ? Compress(bytes, thorough_, kThoroughLevel)
+                                                         : packed;
+    }
+
+    static bool IsRepetitive(std::uint64_t bytes, std::uint64_t packedBytes) {
+        return static_cast<double>(packedBytes) < kRepetitiveShare * static_cast<double>(bytes);
+    }
+
+    std::string_view Compress(std::string_view bytes, Compressor& compressor, int level) {
+        if (!compressor) compressor.reset(libdeflate_alloc_compressor(level));
+        if (!compressor) return Fail();
+        const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
         if (packed_.size() < bound) packed_.resize(bound);
-        return {packed_.data(),
-                libdeflate_zlib_compress(compressor_, bytes.data(), bytes.size(), packed_.data(), bound)};
+        return {packed_.data(), libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
+                                                         packed_.data(), bound)};
     }
 
     std::string_view CompressFast(std::string_view bytes) {
@@ -204,8 +221,8 @@ private:
     std::uint64_t position_ = 0, streamStart_ = 0;
     std::uint32_t crc_ = 0, adler_ = 1;
     std::vector<std::uint64_t> offsets_;
-    libdeflate_compressor* compressor_ = nullptr;
-    std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // of what was compressed well
+    Compressor quick_, thorough_;
+    std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // of what was not compressed fast
     std::atomic<bool> isContentFast_{false};
     std::string packed_;
     std::vector<std::uint8_t> packedFast_;

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <new>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/deflate_chunk.h"
 #include "generators/common/generator_status.h"
+#include "generators/png/png_rows.h"
 #include "platform/system/ORVThreadValue.h"
 
 namespace {
@@ -33,6 +33,12 @@ void CloseChunk(std::string_view type, std::size_t start, std::vector<std::uint8
     std::memcpy(bytes.data() + start + 4, type.data(), 4);
     AppendNumber(ORVCrc32(std::span(bytes).subspan(start + 4)), bytes);
 }
+
+/// What a thread keeps from band to band.
+struct Workspace {
+    std::vector<std::uint8_t> rows;
+    PngRows compressor;
+};
 
 /// A title as the format's text takes it, which is Latin-1. @return false when it cannot be said so
 bool ToLatin1(std::string_view utf8, std::vector<std::uint8_t>& out) {
@@ -120,10 +126,12 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
             return;
         }
     }
-    static ORVThreadValue<std::vector<std::uint8_t>> rowsOfThreads;
-    std::vector<std::uint8_t>& memory = rowsOfThreads.Get();
-    memory.resize(kDeflateFront + (band.rowBytes + 1) * static_cast<std::size_t>(band.rowCount));
-    const std::span rows = std::span(memory).subspan(kDeflateFront);
+    static ORVThreadValue<Workspace> workspaces;
+    Workspace& workspace = workspaces.Get();
+    const std::size_t rowBytes = band.rowBytes + 1;
+    const std::size_t size = rowBytes * static_cast<std::size_t>(band.rowCount);
+    workspace.rows.resize(size + PngRows::kTail);
+    const std::span rows = std::span(workspace.rows).first(size);
     std::uint8_t* to = rows.data();
     for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes) {
         // Rows are not filtered: drawings are even areas, which compress as they are.
@@ -133,12 +141,12 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     if (pixels_ == RasterPixels::kBlack) {
         // This format counts light: black is 0.
         for (std::size_t i = 0; i < rows.size(); ++i)
-            if (i % (band.rowBytes + 1) != 0) rows[i] = static_cast<std::uint8_t>(~rows[i]);
+            if (i % rowBytes != 0) rows[i] = static_cast<std::uint8_t>(~rows[i]);
     }
     // The checksum of the rows goes ahead, with their number of bytes; then the chunk.
     AppendNumber(ORVAdler32(rows), bytes);
     bytes.resize(bytes.size() + 8);
-    if (!ORVDeflateChunkInPlace(memory, bytes)) throw std::bad_alloc();
+    workspace.compressor.Compress(rows, rowBytes, pixels_ == RasterPixels::kRGB ? 3 : 1, bytes);
     CloseChunk("IDAT", 4, bytes);
     if (band.isBlank && isUsual) {
         const std::lock_guard lock(blankMutex_);

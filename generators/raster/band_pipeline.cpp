@@ -148,7 +148,9 @@ private:
 
     void Work() {
         try {
-            BandRenderer renderer(list_, pictures_, budget_, info_.pixels, info_.bandRows);
+            // A page of one band may be lower than a band.
+            BandRenderer renderer(list_, pictures_, budget_, info_.pixels,
+                                  std::min(info_.bandRows, info_.height));
             std::vector<std::uint32_t> pieces;
             std::vector<std::uint8_t> bytes;
             while (true) {

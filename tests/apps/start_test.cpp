@@ -54,6 +54,7 @@ TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
     EXPECT_EQ(loaded,
               (std::set<std::string>{"ld-linux-x86-64.so.2", "libc.so.6", "libm.so.6", "libdeflate.so.0"}));
     EXPECT_THAT(Told("files", "again.svg"), Not(HasSubstr("libdeflate")));
+    EXPECT_THAT(Told("files", "figure.png"), Not(HasSubstr("libisal")));
 }
 
 #ifndef ORV_SANITIZED

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <regex>
 #include <set>
 #include <string>
 
@@ -67,6 +69,26 @@ TEST(DocsTest, WhatReadmeQuotesStandsInTheExamples) {
     }
     EXPECT_EQ(quoted, (std::set<std::string>{"examples/list_shapes.cpp", "examples/print_file.cpp",
                                              "examples/read_model.cpp"}));
+}
+
+// What runs `./dev NAME` is the function dev_NAME of the script.
+TEST(DocsTest, EveryCommandForDevelopersExists) {
+    const std::string script = ReadSource("dev");
+    const std::regex command(R"(\./dev ([a-z]+(?:-[a-z]+)*))");
+    std::set<std::string> names;
+    for (const char* path :
+         {"dev", "README.md", "ARCHITECTURE.md", "CONTRIBUTING.md", "docs/batch.md", "docs/gallery.md",
+          "docs/performance.md", "docs/reliability.md", "docs/serve.md"}) {
+        const std::string text = ReadSource(path);
+        for (std::sregex_iterator match(text.begin(), text.end(), command), end; match != end; ++match)
+            names.insert((*match)[1]);
+    }
+    EXPECT_GT(names.size(), 20U);
+    for (const std::string& name : names) {
+        std::string routine = "\ndev_" + name + "() {";
+        std::replace(routine.begin(), routine.end(), '-', '_');
+        EXPECT_NE(script.find(routine), std::string::npos) << "./dev " << name;
+    }
 }
 
 }  // namespace

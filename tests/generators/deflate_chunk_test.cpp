@@ -28,19 +28,6 @@ std::vector<std::uint8_t> Inflate(const std::vector<std::uint8_t>& stream, std::
     return out;
 }
 
-TEST(DeflateChunkTest, BytesWithRoomInFrontBecomeTheSame) {
-    for (const auto& bytes :
-         {RandomBytes(1, 2), RandomBytes(70'000, 3), std::vector<std::uint8_t>(300'000, 7)}) {
-        std::vector<std::uint8_t> expected, found;
-        ASSERT_TRUE(ORVDeflateChunk(bytes, expected));
-        // Whatever is in front.
-        std::vector<std::uint8_t> all(kDeflateFront, bytes.front());
-        all.insert(all.end(), bytes.begin(), bytes.end());
-        ASSERT_TRUE(ORVDeflateChunkInPlace(all, found));
-        EXPECT_EQ(found, expected);
-    }
-}
-
 TEST(DeflateChunkTest, PiecesMakeOneStream) {
     std::vector<std::uint8_t> stream(std::begin(kZlibHeader), std::end(kZlibHeader)), all;
     std::uint32_t adler = 1;

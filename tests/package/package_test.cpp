@@ -94,7 +94,8 @@ TEST_F(PackageTest, ManualAndDocumentationAreThere) {
     for (const char* path :
          {"share/man/man1/orvprint.1", "share/bash-completion/completions/orvprint",
           "share/doc/orvprint/README.md", "share/doc/orvprint/LICENSE",
-          "share/doc/orvprint/docs/supported-svg.md", "share/doc/orvprint/examples/print_file.cpp"})
+          "share/doc/orvprint/docs/supported-svg.md", "share/doc/orvprint/examples/print_file.cpp",
+          "share/doc/orvprint/packaging/batch/shard.sh"})
         EXPECT_TRUE(fs::exists(Prefix() / path)) << path;
 }
 

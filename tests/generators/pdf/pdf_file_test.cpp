@@ -2,8 +2,10 @@
 #include "generators/pdf/pdf_file.h"
 
 #include <gtest/gtest.h>
+#include <libdeflate.h>
 
 #include <fstream>
+#include <random>
 #include <string>
 
 #include "generators/common/ORVOutput.h"
@@ -65,6 +67,40 @@ TEST(PdfFileTest, AStreamInPiecesIsAsLongAsItSays) {
         EXPECT_NE(bytes.find(stated), bytes.npos) << size << " " << length;
         EXPECT_EQ(bytes.substr(entries, start - entries).find(" 0 R/") != bytes.npos, isInPieces);
     }
+}
+
+std::string CompressedAlone(const std::string& bytes, int level) {
+    libdeflate_compressor* compressor = libdeflate_alloc_compressor(level);
+    std::string packed(libdeflate_zlib_compress_bound(compressor, bytes.size()), '\0');
+    packed.resize(
+        libdeflate_zlib_compress(compressor, bytes.data(), bytes.size(), packed.data(), packed.size()));
+    libdeflate_free_compressor(compressor);
+    return packed;
+}
+
+TEST(PdfFileTest, WhatRepeatsItselfIsCompressedThoroughlyAndTheRestQuickly) {
+    std::string lines, numbers;
+    std::minstd_rand random(7);
+    for (unsigned i = 0; i < 2'000; ++i) {
+        lines += "1 0 0 1 " + std::to_string(i) + " 40 Tm [<0102030405>] TJ\n";
+        numbers += std::to_string(random() % 1'000'000) + " l\n";
+    }
+    const struct {
+        const char* name;
+        const std::string& bytes;
+        int level;
+    } cases[] = {{"lines of text", lines, 6}, {"corners", numbers, 1}};
+    for (const PdfFile::Packing packing : {PdfFile::Packing::kContent, PdfFile::Packing::kDeflate})
+        for (const auto& [name, bytes, level] : cases) {
+            ASSERT_NE(CompressedAlone(bytes, 1), CompressedAlone(bytes, 6)) << name;
+            ORVMemoryOutput output;
+            PdfFile file(output);
+            const unsigned int content = file.Reserve();
+            file.WriteStream(content, "", std::string(bytes), packing);
+            file.Finish(content, content);
+            ASSERT_TRUE(file.IsGood());
+            EXPECT_NE(output.GetBytes().find(CompressedAlone(bytes, level)), std::string::npos) << name;
+        }
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/generators/pdf/drawn_page.h"
+#include "tests/generators/pdf/gradients.h"
 #include "tests/support/text_search.h"
 
 namespace {
@@ -19,11 +20,10 @@ using testing::HasSubstr;
 using testing::Not;
 using Kind = ORVPrintGradient::Kind;
 using Spread = ORVPrintGradient::Spread;
-using Stops = std::vector<ORVPrintGradientStop>;
 
 constexpr ORVPrintColour kRed{255, 0, 0}, kBlue{0, 0, 255}, kGreen{0, 255, 0}, kYellow{255, 255, 0};
 constexpr PaperColour kWhite{255, 255, 255}, kPurple{128, 0, 128};
-const Stops kRedToBlue{{0.0, kRed}, {1.0, kBlue}};
+const GradientStops kRedToBlue{{0.0, kRed}, {1.0, kBlue}};
 
 int Fill(ORVPrintGenerator& generator, const ORVPrintGradient& gradient, const ORVPrintPath& path,
          const ORVMathAffine2D& map = {}) {
@@ -31,25 +31,6 @@ int Fill(ORVPrintGenerator& generator, const ORVPrintGradient& gradient, const O
     fill.colour = kGreen;
     fill.gradient = &gradient;
     return generator.DrawShape({path, map, &fill, nullptr});
-}
-
-ORVPrintGradient Linear(const Stops& stops, const ORVMathPoint2D& start, const ORVMathPoint2D& end,
-                        Spread spread = Spread::kPad) {
-    ORVPrintGradient gradient;
-    gradient.spread = spread;
-    gradient.start = start;
-    gradient.end = end;
-    gradient.stops = stops;
-    return gradient;
-}
-
-ORVPrintGradient Radial(const Stops& stops, const ORVMathPoint2D& start, double startRadius,
-                        const ORVMathPoint2D& end, double endRadius, Spread spread = Spread::kPad) {
-    ORVPrintGradient gradient = Linear(stops, start, end, spread);
-    gradient.kind = Kind::kRadial;
-    gradient.startRadius = startRadius;
-    gradient.endRadius = endRadius;
-    return gradient;
 }
 
 /// Draws a page of 90 by 90 that a gradient fills.
@@ -62,7 +43,7 @@ void DrawFilledPage(DrawnPdf& document, const ORVPrintGradient& gradient) {
 
 struct Look {
     const char* name;
-    Stops stops;
+    GradientStops stops;
     Kind kind;
     Spread spread;
     ORVMathPoint2D start, end;
@@ -76,7 +57,7 @@ class PdfGradientLookTest : public testing::TestWithParam<Look> {};
 
 TEST_P(PdfGradientLookTest, OtherProgramsDrawIt) {
     const Look& look = GetParam();
-    ORVPrintGradient gradient = Linear(look.stops, look.start, look.end, look.spread);
+    ORVPrintGradient gradient = LinearGradient(look.stops, look.start, look.end, look.spread);
     gradient.kind = look.kind;
     gradient.startRadius = look.startRadius;
     gradient.endRadius = look.endRadius;
@@ -85,9 +66,9 @@ TEST_P(PdfGradientLookTest, OtherProgramsDrawIt) {
     ExpectColours(document, look.points, 14);
 }
 
-const Stops kHard{{0.0, kRed}, {0.5, kRed}, {0.5, kBlue}, {1.0, kBlue}};
-const Stops kBetween{{0.25, kRed}, {0.75, kBlue}};
-const Stops kOtherEnds{{0.0, kYellow}, {0.0, kRed}, {1.0, kBlue}, {1.0, kGreen}};
+const GradientStops kHard{{0.0, kRed}, {0.5, kRed}, {0.5, kBlue}, {1.0, kBlue}};
+const GradientStops kBetween{{0.25, kRed}, {0.75, kBlue}};
+const GradientStops kOtherEnds{{0.0, kYellow}, {0.0, kRed}, {1.0, kBlue}, {1.0, kGreen}};
 
 INSTANTIATE_TEST_SUITE_P(
     All, PdfGradientLookTest,
@@ -278,17 +259,17 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST(PdfGradientsTest, MapsStretchAndSkew) {
-    ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {1.0, 0.0});
+    ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {1.0, 0.0});
     gradient.toPage = {60.0, 30.0, 0.0, 60.0, 0.0, 0.0};  // lines of one colour lean
     DrawnPdf document;
     DrawFilledPage(document, gradient);
     ExpectColours(document, {{30.0, 1.0, kPurple}, {60.0, 60.0, kPurple}, {45.0, 60.0, {191, 0, 64}}});
 }
 
-// Stops of two opacities let what lies below through, each by itself; so does a stroke.
+// GradientStops of two opacities let what lies below through, each by itself; so does a stroke.
 TEST(PdfGradientsTest, OpacitiesOfStopsAreMixedByThemselves) {
-    const Stops fading{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 0}}};
-    const ORVPrintGradient gradient = Linear(fading, {0.0, 0.0}, {80.0, 0.0});
+    const GradientStops fading{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 0}}};
+    const ORVPrintGradient gradient = LinearGradient(fading, {0.0, 0.0}, {80.0, 0.0});
     DrawnPdf document;
     document.BeginPage();
     EXPECT_EQ(FillRectangle(document.Get(), 0.0, 0.0, 90.0, 20.0), 1);
@@ -312,18 +293,18 @@ TEST(PdfGradientsTest, OpacitiesOfStopsAreMixedByThemselves) {
 }
 
 TEST(PdfGradientsTest, EqualOpacitiesNeedNoMask) {
-    const Stops even{{0.0, {255, 0, 0, 102}}, {1.0, {0, 0, 255, 102}}};
+    const GradientStops even{{0.0, {255, 0, 0, 102}}, {1.0, {0, 0, 255, 102}}};
     DrawnPdf document;
-    DrawFilledPage(document, Linear(even, {0.0, 0.0}, {90.0, 0.0}));
+    DrawFilledPage(document, LinearGradient(even, {0.0, 0.0}, {90.0, 0.0}));
     EXPECT_THAT(document.Plain(), Not(HasSubstr("/SMask")));
     EXPECT_THAT(document.Plain(), HasSubstr("/ca .4"));
     ExpectColours(document, {{45.0, 45.0, {204, 153, 204}}});
 }
 
 TEST(PdfGradientsTest, FillAndLineOfOneShapeHaveGradientsOfTheirOwn) {
-    const Stops greens{{0.0, kGreen}, {1.0, kYellow}};
-    const ORVPrintGradient across = Linear(kRedToBlue, {0.0, 0.0}, {90.0, 0.0}),
-                           down = Linear(greens, {0.0, 0.0}, {0.0, 90.0});
+    const GradientStops greens{{0.0, kGreen}, {1.0, kYellow}};
+    const ORVPrintGradient across = LinearGradient(kRedToBlue, {0.0, 0.0}, {90.0, 0.0}),
+                           down = LinearGradient(greens, {0.0, 0.0}, {0.0, 90.0});
     ORVPrintFill fill;
     fill.gradient = &across;
     ORVPrintStroke stroke;
@@ -347,64 +328,11 @@ TEST(PdfGradientsTest, FillAndLineOfOneShapeHaveGradientsOfTheirOwn) {
     EXPECT_EQ(CountOf(document.Plain(), "\nB\n"), 1U);
 }
 
-/// Draws a large letter.
-void DrawLetter(DrawnPdf& document, const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
-    ORVTextStyle style;
-    style.height = 90.0;
-    const ORVTextLayout layout = ORVLayoutText("H", style);
-    document.BeginPage();
-    EXPECT_EQ(document.Get().DrawText({layout, "H", {1.0, 0.0, 0.0, -1.0, 0.0, 85.0}, fill, stroke, nullptr}),
-              1);
-    document.EndPage();
-    document.Finish();
-    EXPECT_THAT(document.Text(), HasSubstr("H"));
-}
-
-// The letter's left stem is some 8 to 16 units from the left, its right one 49 to 57; its bar at 48.
-TEST(PdfGradientsTest, TextIsFilledAndStaysText) {
-    ORVPrintFill fill;
-    const Stops fading{{0.0, {255, 0, 0, 255}}, {1.0, {255, 0, 0, 55}}};
-    for (const Stops* stops : {&kRedToBlue, &fading}) {
-        const ORVPrintGradient gradient = Linear(*stops, {12.0, 0.0}, {53.0, 0.0});
-        fill.gradient = &gradient;
-        DrawnPdf document;
-        DrawLetter(document, &fill, nullptr);
-        const PaperColour right = stops == &kRedToBlue ? PaperColour{0, 0, 255} : PaperColour{255, 200, 200};
-        ExpectColours(document, {{12.0, 60.0, {255, 0, 0}}, {53.0, 60.0, right}, {32.0, 70.0, kWhite}}, 14);
-    }
-}
-
-TEST(PdfGradientsTest, LinesAroundTextHaveGradientsAndTheTextIsFound) {
-    const ORVPrintGradient gradient = Linear(kRedToBlue, {12.0, 0.0}, {53.0, 0.0});
-    ORVPrintStroke stroke;
-    stroke.width = 12.0;
-    stroke.gradient = &gradient;
-    ORVPrintFill fill;
-    fill.colour = kGreen;
-    for (const bool isFilled : {false, true}) {
-        DrawnPdf document;
-        DrawLetter(document, isFilled ? &fill : nullptr, &stroke);
-        ExpectColours(document, {{12.0, 60.0, {255, 0, 0}}, {53.0, 60.0, {0, 0, 255}}}, 24);
-    }
-}
-
-TEST(PdfGradientsTest, SolidLinesSurroundTextOfAGradient) {
-    const ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {60.0, 0.0});
-    ORVPrintFill fill;
-    fill.gradient = &gradient;
-    ORVPrintStroke stroke;
-    stroke.colour = kGreen;
-    stroke.width = 4.0;
-    DrawnPdf document;
-    DrawLetter(document, &fill, &stroke);
-    ExpectColours(document, {{11.0, 60.0, {206, 0, 49}}, {7.0, 60.0, {0, 255, 0}}}, 14);
-}
-
 TEST(PdfGradientsTest, EqualStopsAreOneFunctionAndOneShading) {
     DrawnPdf document;
     document.BeginPage();
     for (int i = 0; i < 1000; ++i) {
-        const ORVPrintGradient gradient = Linear(kRedToBlue, {i * 0.01, 5.0}, {50.0, 70.0});
+        const ORVPrintGradient gradient = LinearGradient(kRedToBlue, {i * 0.01, 5.0}, {50.0, 70.0});
         EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(i * 0.05, 0.0, 30.0, 30.0)), 1);
         EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(i * 0.05, 40.0, 30.0, 30.0)), 1);
     }
@@ -422,7 +350,7 @@ TEST(PdfGradientsTest, RepetitionsAreAsManyAsShow) {
     for (const Spread spread : {Spread::kRepeat, Spread::kReflect}) {
         DrawnPdf document;
         document.BeginPage();
-        const ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {5.0, 0.0}, spread);
+        const ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {5.0, 0.0}, spread);
         for (int width = 1; width <= 80; ++width)
             EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(0.5, 0.0, width, 5.0)), 1);
         EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(-1e6, 0.0, 2e6, 5.0)), 1);
@@ -434,10 +362,10 @@ TEST(PdfGradientsTest, RepetitionsAreAsManyAsShow) {
 }
 
 TEST(PdfGradientsTest, RepetitionsTooFineToBeSeenAreTheirMean) {
-    const Stops stops{{0.0, {255, 0, 0, 255}}, {0.5, {0, 0, 255, 255}}, {1.0, {0, 0, 255, 51}}};
+    const GradientStops stops{{0.0, {255, 0, 0, 255}}, {0.5, {0, 0, 255, 255}}, {1.0, {0, 0, 255, 51}}};
     for (const ORVPrintGradient& gradient :
-         {Linear(stops, {0.0, 0.0}, {0.001, 0.0}, Spread::kRepeat),
-          Radial(stops, {45.0, 45.0}, 0.0, {45.0, 45.0}, 0.001, Spread::kReflect)}) {
+         {LinearGradient(stops, {0.0, 0.0}, {0.001, 0.0}, Spread::kRepeat),
+          RadialGradient(stops, {45.0, 45.0}, 0.0, {45.0, 45.0}, 0.001, Spread::kReflect)}) {
         DrawnPdf document;
         DrawFilledPage(document, gradient);
         EXPECT_THAT(document.Plain(), Not(HasSubstr("/Pattern ")));
@@ -447,7 +375,8 @@ TEST(PdfGradientsTest, RepetitionsTooFineToBeSeenAreTheirMean) {
 
 TEST(PdfGradientsTest, CirclesThatTouchAreBounded) {
     DrawnPdf document;
-    DrawFilledPage(document, Radial(kRedToBlue, {15.0, 45.0}, 0.0, {45.0, 45.0}, 30.0, Spread::kRepeat));
+    DrawFilledPage(document,
+                   RadialGradient(kRedToBlue, {15.0, 45.0}, 0.0, {45.0, 45.0}, 30.0, Spread::kRepeat));
     EXPECT_LT(document.Bytes().size(), 60'000U);
     ExpectColours(document, {{45.0, 45.0, kPurple}}, 255);  // it can be drawn
 }
@@ -455,7 +384,7 @@ TEST(PdfGradientsTest, CirclesThatTouchAreBounded) {
 TEST(PdfGradientsTest, WhatLiesOutsideOfThePageAddsNothing) {
     DrawnPdf document;
     document.BeginPage();
-    const ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {50.0, 0.0});
+    const ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {50.0, 0.0});
     EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(200.0, 0.0, 30.0, 30.0)), 1);
     EXPECT_EQ(Fill(document.Get(), gradient, {}), 1);
     document.EndPage();
@@ -464,10 +393,10 @@ TEST(PdfGradientsTest, WhatLiesOutsideOfThePageAddsNothing) {
 }
 
 TEST(PdfGradientsTest, GradientsWithoutExtentAreTheirLastColour) {
-    ORVPrintGradient flat = Linear(kRedToBlue, {0.0, 0.0}, {1.0, 0.0});
+    ORVPrintGradient flat = LinearGradient(kRedToBlue, {0.0, 0.0}, {1.0, 0.0});
     flat.toPage = {1.0, 1.0, 1.0, 1.0, 0.0, 0.0};
-    for (const ORVPrintGradient& gradient : {flat, Linear(kRedToBlue, {5.0, 5.0}, {5.0, 5.0}),
-                                             Radial(kRedToBlue, {5.0, 5.0}, 0.0, {5.0, 5.0}, 0.0)}) {
+    for (const ORVPrintGradient& gradient : {flat, LinearGradient(kRedToBlue, {5.0, 5.0}, {5.0, 5.0}),
+                                             RadialGradient(kRedToBlue, {5.0, 5.0}, 0.0, {5.0, 5.0}, 0.0)}) {
         DrawnPdf document;
         DrawFilledPage(document, gradient);
         ExpectColours(document, {{45.0, 45.0, {0, 0, 255}}});
@@ -476,9 +405,9 @@ TEST(PdfGradientsTest, GradientsWithoutExtentAreTheirLastColour) {
 
 // Patterns count from where their content begins, not from the map in force.
 TEST(PdfGradientsTest, GradientsMoveWithTheSymbolThatHoldsThem) {
-    const Stops fading{{0.0, kRed}, {1.0, {0, 0, 255, 0}}};
-    for (const Stops* stops : {&kRedToBlue, &fading}) {
-        const ORVPrintGradient gradient = Linear(*stops, {0.0, 0.0}, {40.0, 0.0});
+    const GradientStops fading{{0.0, kRed}, {1.0, {0, 0, 255, 0}}};
+    for (const GradientStops* stops : {&kRedToBlue, &fading}) {
+        const ORVPrintGradient gradient = LinearGradient(*stops, {0.0, 0.0}, {40.0, 0.0});
         DrawnPdf document;
         document.BeginPage();
         const int key = 0;

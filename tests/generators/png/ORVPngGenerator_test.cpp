@@ -5,12 +5,14 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <random>
 #include <utility>
 #include <vector>
 
 #include "generators/common/ORVOutput.h"
 #include "generators/common/generator_status.h"
 #include "tests/generators/drawing_calls.h"
+#include "tests/generators/raster/pixel_page.h"
 
 namespace {
 
@@ -173,6 +175,61 @@ TEST(ORVPngGeneratorTest, EqualPagesGiveEqualBytes) {
     const std::string one = draw(1);
     EXPECT_EQ(draw(1), one);
     EXPECT_EQ(draw(4), one);
+}
+
+/// The same random drawing on any page.
+void DrawSomething(ORVPrintGenerator& to, unsigned int seed, double width, double height, bool inColour) {
+    std::mt19937 random(seed);
+    const auto upTo = [&](double most) { return most * (random() % 1000) / 1000.0; };
+    for (unsigned int i = 0, count = random() % 60; i < count; ++i) {
+        const auto level = [&] { return static_cast<std::uint8_t>(random()); };
+        const std::uint8_t red = level(), green = inColour ? level() : red, blue = inColour ? level() : red;
+        EXPECT_EQ(FillRectangle(to, upTo(width), upTo(height), 0.3 + upTo(30.0), 0.3 + upTo(60.0),
+                                {red, green, blue, level()}),
+                  1);
+    }
+    EXPECT_EQ(WriteText(to, "M8 \xC3\x97 1.25", upTo(width), upTo(height)), 1);
+}
+
+/// Pixels of any kind as those of a picture that was read.
+std::vector<std::uint8_t> AsColours(const PixelSink::Pixels& drawn) {
+    std::vector<std::uint8_t> rgb;
+    for (int y = 0; y < drawn.page.height; ++y) {
+        const std::uint8_t* row = drawn.bytes.data() + static_cast<std::size_t>(y) * drawn.rowBytes;
+        for (int x = 0; x < drawn.page.width; ++x) {
+            if (drawn.page.pixels == RasterPixels::kRGB)
+                rgb.insert(rgb.end(), row + 3 * x, row + 3 * x + 3);
+            else if (drawn.page.pixels == RasterPixels::kGrey)
+                rgb.insert(rgb.end(), 3, row[x]);
+            else
+                rgb.insert(rgb.end(), 3, (row[x / 8] & (0x80U >> (x % 8))) != 0 ? 0 : 255);
+        }
+    }
+    return rgb;
+}
+
+TEST(ORVPngGeneratorTest, PicturesHaveThePixelsThatWereDrawnInAnyNumberOfThreads) {
+    for (unsigned int seed = 0; seed < 30; ++seed) {
+        const double width = 1.0 + seed * 37 % 400, height = 1.0 + seed * 53 % 300;
+        const bool inColour = seed % 2 == 0;
+        ORVRasterOptions options;
+        options.bandRows = static_cast<int>(seed % 5 * 13);
+        if (seed % 3 == 1) options.colourMode = ORVColourMode::kMono;
+        if (seed % 3 == 2) options.colourMode = ORVColourMode::kGrey;
+        PixelPage expected(width, height, options);
+        DrawSomething(expected.Get(), seed, width, height, inColour);
+        const std::vector<std::uint8_t> colours = AsColours(expected.Finish());
+        std::string one;
+        for (const unsigned int threads : {1U, 2U, 5U}) {
+            options.threads = threads;
+            PngPage page(width, height, options);
+            DrawSomething(page.Get(), seed, width, height, inColour);
+            const std::string bytes = page.Finish();
+            if (threads == 1) one = bytes;
+            EXPECT_EQ(bytes, one) << seed;
+            EXPECT_TRUE(Picture(bytes).rgb == colours) << seed;
+        }
+    }
 }
 
 TEST(ORVPngGeneratorTest, EveryPageIsAPart) {

@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "generators/png/png_rows.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "generators/common/lanes.h"
+
+namespace {
+
+// Longer matches are taken without a look for others.
+constexpr std::size_t kGoodRun = 24, kGoodMatch = 24;
+// Of a match, so many bytes can be found again by their own places.
+constexpr std::size_t kNotedOfMatch = 12;
+// The costs are computed again after so many tokens, and whenever there are twice as many. A pixel or a match
+// is three tokens at most.
+constexpr std::size_t kFirstUpdate = 1024, kTokensOfBlock = DeflateBlock::kMostTokens - 8;
+// What a match of greys must save: literals become the cheaper, the fewer of them become matches.
+constexpr int kLeastGainOfGrey = 2 * DeflateBlock::kBit;
+
+template <class Number>
+Number Load(const std::uint8_t* from) {
+    Number number = 0;
+    std::memcpy(&number, from, sizeof number);
+    return number;
+}
+
+bool AreEqual(const std::uint8_t* a, const std::uint8_t* b) {
+    const LongLanes difference = (LoadLanes<LongLanes>(a) ^ LoadLanes<LongLanes>(b)) |
+                                 (LoadLanes<LongLanes>(a + 16) ^ LoadLanes<LongLanes>(b + 16));
+    return (difference[0] | difference[1]) == 0;
+}
+
+/// How many bytes are equal, at most `most`. May read 7 bytes more.
+std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t most) {
+    constexpr std::size_t kStep = 8, kLongStep = 32;
+    for (std::size_t i = 0; i < most; i += kStep) {
+        const std::uint64_t difference = Load<std::uint64_t>(a + i) ^ Load<std::uint64_t>(b + i);
+        if (difference != 0)
+            return std::min(most, i + static_cast<std::size_t>(std::countr_zero(difference)) / 8);
+        while (i + kStep + kLongStep <= most && AreEqual(a + i + kStep, b + i + kStep)) i += kLongStep;
+    }
+    return most;
+}
+
+/// The first three bytes: of colours, a pixel.
+bool HaveEqualPixels(std::uint32_t a, std::uint32_t b) { return ((a ^ b) & 0xFFFFFFU) == 0; }
+
+constexpr std::size_t kHashedBytes = 6;
+template <unsigned int kBits>
+std::size_t HashOfSixBytes(const std::uint8_t* at) {
+    return static_cast<std::size_t>((Load<std::uint64_t>(at) << 16U) * 0x9E3779B97F4A7C15U >> (64 - kBits));
+}
+
+template <unsigned int kBits>
+std::size_t HashOfPixel(std::uint32_t pixel) {
+    return (pixel << 8U) * 0x9E3779B1U >> (32 - kBits);
+}
+
+}  // namespace
+
+void PngRows::UpdateCosts() {
+    block_.UpdateCosts();
+    if (block_.GetTokenCount() < kTokensOfBlock) {
+        nextUpdate_ = std::min(nextUpdate_ * 2, kTokensOfBlock);
+    } else {
+        block_.Write(*out_);
+        nextUpdate_ = kFirstUpdate;
+    }
+}
+
+void PngRows::AddRun(std::size_t length, std::size_t distance) {
+    constexpr std::size_t kMost = DeflateBlock::kLongestMatch, kLeast = DeflateBlock::kShortestMatch;
+    std::size_t count = length / kMost, rest = length % kMost;
+    if (count > 0 && rest > 0 && rest < kLeast) {
+        // What is left must be long enough for a match, too.
+        --count;
+        block_.AddMatch(kMost + rest - kLeast, distance);
+        rest = kLeast;
+    }
+    if (count > 0) block_.AddLongestMatches(count, distance);
+    if (rest > 0) block_.AddMatch(rest, distance);
+}
+
+template <std::size_t kPixel>
+void PngRows::TakePixel(std::size_t at) {
+    if constexpr (kPixel == 3)
+        block_.AddThreeLiterals(Load<std::uint32_t>(bytes_ + at));
+    else
+        block_.AddLiteral(bytes_[at]);
+}
+
+/// The first three literals stand for all.
+int PngRows::GainOf(std::size_t at, std::size_t length, std::size_t distance) const {
+    const unsigned int three = block_.CostOfLiteral(bytes_[at]) + block_.CostOfLiteral(bytes_[at + 1]) +
+                               block_.CostOfLiteral(bytes_[at + 2]);
+    return static_cast<int>(three * static_cast<unsigned int>(length) / 3) -
+           static_cast<int>(block_.CostOfMatch(length, distance));
+}
+
+bool PngRows::HasRowAbove(std::size_t at) const {
+    return at >= rowBytes_ && rowBytes_ <= DeflateBlock::kWindow;
+}
+
+/// The length of a match that ends between two pixels, if not at the longest; 0 when it is too short.
+template <std::size_t kPixel>
+std::size_t PngRows::LengthOfMatch(std::size_t at, std::size_t from, std::size_t most) const {
+    const std::size_t equal = CountEqual(bytes_ + at, bytes_ + from, most);
+    const std::size_t end = at + equal;
+    // The longest has a cheap code; what follows it is a run most often, which ends between two pixels again.
+    const std::size_t cut =
+        equal == DeflateBlock::kLongestMatch || end < firstPixel_ ? 0 : (end - firstPixel_) % kPixel;
+    const std::size_t length = equal - std::min(equal, cut);
+    return length < DeflateBlock::kShortestMatch ? 0 : length;
+}
+
+template <std::size_t kPixel>
+void PngRows::Consider(std::size_t at, std::size_t from, std::size_t end, Match& best) const {
+    const std::size_t length =
+        LengthOfMatch<kPixel>(at, from, std::min(end - at, DeflateBlock::kLongestMatch));
+    if (length == 0) return;
+    const int gain = GainOf(at, length, at - from);
+    if (gain > best.gain) best = {length, at - from, gain};
+}
+
+/// @param best  in: the run of pixels that repeat the one to the left, which may be empty; out: what gains
+/// most
+template <std::size_t kPixel>
+void PngRows::FindMatch(std::size_t at, std::size_t end, Match& best) {
+    const auto pixel = Load<std::uint32_t>(bytes_ + at);
+    if (HasRowAbove(at) && HaveEqualPixels(pixel, Load<std::uint32_t>(bytes_ + at - rowBytes_)))
+        Consider<kPixel>(at, at - rowBytes_, end, best);
+    // The last pixels are followed by bytes that do not count.
+    if (best.length >= kGoodMatch || at + kHashedBytes > size_) return;
+    // Two conditions, one branch: each of them is as likely as not.
+    const auto isMatch = [&](std::size_t place, std::uint32_t mask) {
+        const bool isNear = at - place - 1 < DeflateBlock::kWindow;
+        const bool isEqual = ((pixel ^ Load<std::uint32_t>(bytes_ + place)) & mask) == 0;
+        return (static_cast<unsigned int>(isNear) & static_cast<unsigned int>(isEqual)) != 0;
+    };
+    constexpr std::uint32_t kPixelMask = 0xFFFFFFU, kFourBytes = 0xFFFFFFFFU;
+    std::uint32_t& place = places_[HashOfSixBytes<kHashBits>(bytes_ + at)];
+    if (isMatch(place, kPixel == 3 ? kPixelMask : kFourBytes)) Consider<kPixel>(at, place, end, best);
+    place = static_cast<std::uint32_t>(at);
+    // A single pixel is worth a match when its three bytes are rare. A grey is not.
+    if (kPixel == 1 || best.length > kPixel) return;
+    std::uint32_t& pixelPlace = pixelPlaces_[HashOfPixel<kHashBits>(pixel)];
+    if (isMatch(pixelPlace, kPixelMask)) Consider<kPixel>(at, pixelPlace, end, best);
+    pixelPlace = static_cast<std::uint32_t>(at);
+}
+
+template <std::size_t kPixel>
+void PngRows::NotePlaces(std::size_t at, std::size_t end) {
+    for (; at < end; at += kPixel) {
+        places_[HashOfSixBytes<kHashBits>(bytes_ + at)] = static_cast<std::uint32_t>(at);
+        if constexpr (kPixel == 3)
+            pixelPlaces_[HashOfPixel<kHashBits>(Load<std::uint32_t>(bytes_ + at))] =
+                static_cast<std::uint32_t>(at);
+    }
+}
+
+/// The filter, alone or with what follows as it does in the row above. @return how many bytes that is
+template <std::size_t kPixel>
+std::size_t PngRows::TakeRowStart(std::size_t at, std::size_t end) {
+    if (HasRowAbove(at)) {
+        const std::size_t length =
+            LengthOfMatch<kPixel>(at, at - rowBytes_, std::min(end - at, DeflateBlock::kLongestMatch));
+        // Otherwise, the filter and the first pixel are literals, and the rest is a run.
+        constexpr int kCostOfRun = 2 * DeflateBlock::kBit;
+        if (length > kPixel && GainOf(at, 1 + kPixel, rowBytes_) + kCostOfRun +
+                                       static_cast<int>(block_.CostOfMatch(1 + kPixel, rowBytes_)) >
+                                   static_cast<int>(block_.CostOfMatch(length, rowBytes_))) {
+            block_.AddMatch(length, rowBytes_);
+            return length;
+        }
+    }
+    block_.AddLiteral(bytes_[at]);
+    return 1;
+}
+
+template <std::size_t kPixel>
+void PngRows::TakeRow(std::size_t at, std::size_t end) {
+    if (block_.GetTokenCount() >= nextUpdate_) UpdateCosts();
+    firstPixel_ = at + 1;
+    at += TakeRowStart<kPixel>(at, end);
+    while (at < end) {
+        if (block_.GetTokenCount() >= nextUpdate_) UpdateCosts();
+        if (end - at < DeflateBlock::kShortestMatch) {
+            TakePixel<1>(at++);
+            continue;
+        }
+        Match best;
+        if constexpr (kPixel == 1) best.gain = kLeastGainOfGrey;
+        if (at >= firstPixel_ + kPixel &&
+            HaveEqualPixels(Load<std::uint32_t>(bytes_ + at), Load<std::uint32_t>(bytes_ + at - kPixel))) {
+            const std::size_t run = LengthOfMatch<kPixel>(at, at - kPixel, end - at);
+            if (run >= kGoodRun) {
+                AddRun(run, kPixel);
+                at += run;
+                continue;
+            }
+            if (run > 0)
+                if (const int gain = GainOf(at, run, kPixel); gain > 0) best = {run, kPixel, gain};
+        }
+        FindMatch<kPixel>(at, end, best);
+        if (best.length == 0) {
+            TakePixel<kPixel>(at);
+            at += kPixel;
+            continue;
+        }
+        block_.AddMatch(best.length, best.distance);
+        NotePlaces<kPixel>(at + kPixel, at + std::min(best.length, kNotedOfMatch));
+        at += best.length;
+    }
+}
+
+void PngRows::Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
+                       std::vector<std::uint8_t>& out) {
+    bytes_ = rows.data();
+    size_ = rows.size();
+    rowBytes_ = rowBytes;
+    out_ = &out;
+    // The first byte is a place like any other.
+    places_.fill(0);
+    pixelPlaces_.fill(0);
+    block_.Begin();
+    nextUpdate_ = kFirstUpdate;
+    for (std::size_t at = 0; at < rows.size(); at += rowBytes)
+        pixelBytes == 3 ? TakeRow<3>(at, at + rowBytes) : TakeRow<1>(at, at + rowBytes);
+    if (block_.GetTokenCount() > 0) block_.Write(out);
+    block_.Align(out);
+}

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "generators/png/deflate_block.h"
+
+/// Compresses rows of pixels as a piece of a deflate stream. It looks for what drawings consist of: pixels
+/// that repeat the one to the left, rows that repeat the one above, and pixels that occurred not long ago.
+/// The same rows always become the same bytes. An object keeps its memory and serves one thread.
+class PngRows {
+public:
+    /// Bytes behind the last row that may be read, and do not count.
+    static constexpr std::size_t kTail = 16;
+
+    /// Appends a piece that ends on a byte and refers to nothing before it.
+    /// @param rows        rows of rowBytes bytes, each of its filter and its pixels; kTail bytes of memory
+    /// follow
+    /// @param pixelBytes  3, or 1 for all other pixels
+    void Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
+                  std::vector<std::uint8_t>& out);
+
+private:
+    static constexpr unsigned int kHashBits = 12;
+    using Places = std::array<std::uint32_t, std::size_t{1} << kHashBits>;
+
+    struct Match {
+        std::size_t length = 0, distance = 0;
+        int gain = 0;  // against literals, in eighths of a bit
+    };
+
+    template <std::size_t kPixel>
+    void TakeRow(std::size_t at, std::size_t end);
+    template <std::size_t kPixel>
+    std::size_t TakeRowStart(std::size_t at, std::size_t end);
+    template <std::size_t kPixel>
+    void TakePixel(std::size_t at);
+    template <std::size_t kPixel>
+    void FindMatch(std::size_t at, std::size_t end, Match& best);
+    template <std::size_t kPixel>
+    void Consider(std::size_t at, std::size_t from, std::size_t end, Match& best) const;
+    template <std::size_t kPixel>
+    std::size_t LengthOfMatch(std::size_t at, std::size_t from, std::size_t most) const;
+    template <std::size_t kPixel>
+    void NotePlaces(std::size_t at, std::size_t end);
+    int GainOf(std::size_t at, std::size_t length, std::size_t distance) const;
+    bool HasRowAbove(std::size_t at) const;
+    void AddRun(std::size_t length, std::size_t distance);
+    void UpdateCosts();
+
+    const std::uint8_t* bytes_ = nullptr;
+    std::size_t size_ = 0, rowBytes_ = 0;
+    std::size_t firstPixel_ = 0;  // of the row
+    DeflateBlock block_;
+    std::size_t nextUpdate_ = 0;
+    std::vector<std::uint8_t>* out_ = nullptr;
+    // Where some bytes and a pixel of a hash were seen last.
+    Places places_{}, pixelPlaces_{};
+};
