@@ -24,6 +24,7 @@
 #include "interpreters/svg/geometry/path_scanner.h"
 #include "platform/xml/ORVLightXml.h"
 #include "tests/platform/visualization/written_images.h"
+#include "tests/support/tiny_fonts.h"
 
 namespace {
 
@@ -241,6 +242,18 @@ void AddStandard(Seeds& seeds) {
         seeds.Add("standard_texts", texts);
 }
 
+/// Drawings that bring a font.
+void AddFonts(Seeds& seeds) {
+    for (const char* font : {tiny_fonts::kTrueType, tiny_fonts::kOpenType, tiny_fonts::kWoff,
+                             tiny_fonts::kWoff2, tiny_fonts::kVaried, tiny_fonts::kPainted})
+        for (const char* choices : {"0", "1"})
+            seeds.Add("standard_document",
+                      std::string(choices) +
+                          "<svg xmlns='http://www.w3.org/2000/svg'><style>@font-face{"
+                          "font-family:t;font-weight:1 999;src:url(data:;base64," +
+                          font + ")}</style><text y='9' font-family='t' font-size='9'>ABCDE</text></svg>");
+}
+
 std::string ContentOf(const char* path) {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
@@ -258,6 +271,7 @@ int main(int argc, char** argv) {
     AddImages(seeds);
     AddModuleImages(seeds);
     AddStandard(seeds);
+    AddFonts(seeds);
     seeds.Write(argv[1]);
     return 0;
 }

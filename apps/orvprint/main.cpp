@@ -4,7 +4,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -44,6 +43,7 @@
 #include "apps/orvprint/linked/linked_modules.h"
 #include "apps/orvprint/process/CommandHost.h"
 #include "apps/orvprint/process/immediate_exit.h"
+#include "apps/orvprint/process/model_memory.h"
 #include "apps/orvprint/process/report.h"
 #include "apps/orvprint/process/signals.h"
 #include "apps/orvprint/serve/serve_command.h"
@@ -445,14 +445,10 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    SetUpMemoryForModels();
     ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
     UseLinkedModules();
-    // A model is many small pieces that go at once. The allocator's lists for small pieces, and giving memory
-    // back in between, make that dear.
-    mallopt(M_MXFAST, 0);
-    mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    mallopt(M_MMAP_THRESHOLD, 32 << 20);
     // A reader that goes away, or a file that may not become larger, is a failed output, not the end of the
     // process.
     std::signal(SIGPIPE, SIG_IGN);

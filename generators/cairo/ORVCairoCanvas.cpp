@@ -276,13 +276,32 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     return Status();
 }
 
+/// cairo takes glyphs to reach no farther from their origins than the font's widest step, or its height, and
+/// cuts them off there. It asks the font for these, which answers for its default look.
+bool ORVCairoCanvas::ReachesTooFar(const ORVGlyphRun& run) {
+    if (run.face->GetVariations().empty()) return false;
+    cairo_font_extents_t font;
+    cairo_font_extents(cr_, &font);
+    const double reach = std::max({font.max_x_advance, font.height, font.ascent});
+    outlines_.Clear();
+    ORVGlyphOutlineCollector collector(outlines_, run.expansion);
+    for (const ORVGlyph& glyph : run.glyphs) run.face->DrawGlyph(glyph.index, run.size, collector);
+    return std::any_of(outlines_.points.begin(), outlines_.points.end(), [&](const ORVMathPoint2D& p) {
+        return std::fabs(p.x) > reach || std::fabs(p.y) > reach;
+    });
+}
+
 bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run) {
+    // Nobody vouches for fonts that drawings bring: what takes fonts to pieces gets to see their outlines
+    // only.
+    if (run.face->IsOfDocument()) return false;
     cairo_font_face_t* face = fonts_.Find(*run.face);
     if (!face) return false;
     cairo_set_font_face(cr_, face);
     // Text space has its y axis pointing up; cairo's glyphs expect one that points down.
     const cairo_matrix_t fontMatrix{run.size * run.expansion, 0.0, 0.0, -run.size, 0.0, 0.0};
     cairo_set_font_matrix(cr_, &fontMatrix);
+    if (ReachesTooFar(run)) return false;
     std::vector<cairo_glyph_t> glyphs;
     glyphs.reserve(run.glyphs.size());
     for (const ORVGlyph& glyph : run.glyphs) glyphs.push_back({glyph.index, glyph.x, glyph.y});

@@ -362,6 +362,7 @@ int ORVPageRecording::DrawShape(const ORVPrintShape& shape) {
 }
 
 int ORVPageRecording::DrawText(const ORVPrintText& text) {
+    for (const ORVGlyphRun& run : text.layout.runs) keptFaces_.Keep(*run.face);
     texts_.push_back({text.layout, std::string(text.text), AddMap(text.toPage), AddFill(text.fill),
                       AddStroke(text.stroke), AddId(text.id), text.clip != nullptr,
                       text.clip ? *text.clip : ORVPrintPath()});

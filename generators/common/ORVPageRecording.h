@@ -15,6 +15,7 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
 #include "platform/system/ORVRef.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -238,6 +239,7 @@ private:
     std::deque<Filter> filters_;
     std::vector<Shape> shapes_;
     std::deque<Text> texts_;
+    ORVKeptFaces keptFaces_;  // of texts
     std::vector<Image> images_;
     std::vector<Placement> placements_;
     std::vector<ORVMathAffine2D> maps_;

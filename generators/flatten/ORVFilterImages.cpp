@@ -13,6 +13,7 @@
 #include "generators/common/filter_reach.h"
 #include "generators/common/generator_status.h"
 #include "generators/flatten/filter_run.h"
+#include "platform/print/unseen_text.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -75,6 +76,33 @@ ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
     for (const ORVMathPoint2D& point : clip.path.points) box.Add(clip.toPage(point));
     return box;
 }
+
+}  // namespace
+
+namespace {
+
+/// Hands texts on as unseen ones, and nothing else.
+class UnseenTexts final : public ORVPrintGenerator {
+public:
+    explicit UnseenTexts(ORVPrintGenerator& target) : target_(target) {}
+
+    int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return kGeneratorDone; }
+    int BeginPage(const ORVPrintPageInfo& /*info*/) override { return kGeneratorDone; }
+    int BeginGroup(const ORVPrintGroup& /*group*/) override { return kGeneratorDone; }
+    int EndGroup() override { return kGeneratorDone; }
+    int BeginClip(const ORVMathBox2D& /*box*/) override { return kGeneratorDone; }
+    int EndClip() override { return kGeneratorDone; }
+    int DrawShape(const ORVPrintShape& /*shape*/) override { return kGeneratorDone; }
+    int DrawText(const ORVPrintText& text) override {
+        return target_.DrawText({text.layout, text.text, text.toPage});
+    }
+    int DrawImage(const ORVPrintImage& /*image*/) override { return kGeneratorDone; }
+    int EndPage() override { return kGeneratorDone; }
+    int EndDocument() override { return kGeneratorDone; }
+
+private:
+    ORVPrintGenerator& target_;
+};
 
 }  // namespace
 
@@ -353,8 +381,16 @@ int ORVFilterImages::DrawTaken() {
                       return DrawPixels(taken.inputs[number], true, plan.grid, box, pixels);
                   });
     FilterPixels result;
-    const int computed = run.Compute(result);
-    return computed == kGeneratorDone ? Hand(result, plan.grid) : computed;
+    int status = run.Compute(result);
+    if (status == kGeneratorDone) status = Hand(result, plan.grid);
+    return status == kGeneratorDone ? HandTexts() : status;
+}
+
+/// Text of the image stays in its place, where it can be found and copied.
+int ORVFilterImages::HandTexts() {
+    if ((target_.GetPowers() & kUnseenText) == 0) return kGeneratorDone;
+    UnseenTexts texts(target_);
+    return taken_->content.ReplaySoFar(texts, Shown(), {});
 }
 
 /// Draws what was noted on transparent pixels.

@@ -92,6 +92,7 @@ private:
     int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid, const FilterBox& box,
                    FilterPixels& pixels);
     int Hand(const FilterPixels& pixels, const FilterGrid& grid);
+    int HandTexts();
     int Refuse(const std::string& text);
 
     ORVPrintGenerator& target_;

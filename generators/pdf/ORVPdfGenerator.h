@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/print/ORVPrintGenerator.h"
+#include "platform/print/unseen_text.h"
 #include "platform/system/ORVFailure.h"
 
 class ORVOutput;
@@ -35,7 +36,7 @@ public:
     int BeginClip(const ORVMathBox2D& box) override;
     int EndClip() override;
     unsigned int GetPowers() const override {
-        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kContentLayers;
+        return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kContentLayers | kUnseenText;
     }
     int BeginClipPath(const ORVPrintClipPath& clip) override;
     int BeginLayer(const ORVPrintLayer& layer) override;

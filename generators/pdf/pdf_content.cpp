@@ -319,7 +319,7 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && !hasGradient &&
                             (!text.fill || stroke == &thickening || stroke->colour.opacity == 255);
     // Text whose line alone shows, as an outline, is there to be found.
-    const bool isUnseen = !text.fill && hasGradient && !isDrawnFont;
+    const bool isUnseen = !text.fill && (hasGradient || !text.stroke) && !isDrawnFont;
 
     if (text.fill || byOperator || isUnseen) {
         BeginMasked(fillPaint);

@@ -85,6 +85,9 @@ void AppendPath(std::string& content, const ORVPrintPath& path) {
 
 }  // namespace
 
+PdfFont::PdfFont(const ORVFontFace& face, Kind kind, unsigned int object)
+    : keptFace_(face.Share()), face_(face), kind_(kind), object_(object) {}
+
 unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
     // Nearly always a glyph stands for the same text.
     if (glyph < firstCodes_.size() && firstCodes_[glyph] != 0 &&

@@ -21,8 +21,7 @@ public:
         kCff,       ///< the face's own cubic outlines, codes of two bytes
         kDrawn,     ///< outlines written as drawings, codes of one byte: for faces of other formats
     };
-    PdfFont(const ORVFontFace& face, Kind kind, unsigned int object)
-        : face_(face), kind_(kind), object_(object) {}
+    PdfFont(const ORVFontFace& face, Kind kind, unsigned int object);
 
     /// Code of a glyph that stands for `text` (UTF-8, may be empty). Codes start at 1.
     /// @return 0 when the font is full
@@ -51,6 +50,7 @@ private:
     void WriteProgram(PdfFile& file) const;
     void WriteDrawn(PdfFile& file) const;
 
+    const std::shared_ptr<const void> keptFace_;  // where the drawing brings it
     const ORVFontFace& face_;
     const Kind kind_;
     const unsigned int object_;

@@ -87,6 +87,7 @@ std::size_t GlyphStore::MapHash::operator()(const Map& map) const {
 
 const RasterGlyph* GlyphStore::Find(const Map& map, std::uint32_t index) {
     const auto [entry, isNewMap] = maps_.try_emplace(map, static_cast<std::uint32_t>(maps_.size()));
+    if (isNewMap) keptFaces_.Keep(*map.face);
     const std::uint64_t key = std::uint64_t{entry->second} << 32U | index;
     const auto [found, isNew] = index_.try_emplace(key, nullptr);
     if (!isNew) return found->second;
@@ -102,4 +103,5 @@ void GlyphStore::Clear() {
     glyphs_.clear();
     maps_.clear();
     index_.clear();
+    keptFaces_.Clear();
 }

@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "generators/raster/raster_outline.h"
-
-class ORVFontFace;
+#include "platform/visualization/fonts/ORVFontFace.h"
 
 /// The outline of a glyph as it is drawn: straight pieces, from the glyph's own origin.
 struct RasterGlyph {
@@ -46,5 +45,6 @@ private:
 
     std::deque<RasterGlyph> glyphs_;
     std::unordered_map<Map, std::uint32_t, MapHash> maps_;
+    ORVKeptFaces keptFaces_;
     std::unordered_map<std::uint64_t, const RasterGlyph*> index_;  // by number of map and glyph
 };

@@ -104,6 +104,20 @@ std::string SvgSharedDefinitions::FindFilter(const ORVPrintFilter& filter, const
     return id;
 }
 
+std::string SvgSharedDefinitions::FindFont(const ORVFontFace& face) {
+    const std::string_view bytes = face.GetDocumentBytes();
+    if (bytes.empty()) return {};
+    const auto [entry, isNew] = fonts_.try_emplace(bytes.data());
+    if (!isNew) return entry->second;
+    keptFaces_.Keep(face);
+    entry->second = "orv-font" + std::to_string(fonts_.size());
+    writer_.Put("<style>@font-face{font-family:" + entry->second + ";src:url(data:font/ttf;base64,");
+    writer_.PutBase64({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    writer_.PutEndOfBase64();
+    writer_.Put(")}</style>\n");
+    return entry->second;
+}
+
 const std::string& SvgSharedDefinitions::FindImage(const ORVPixelImage& image) {
     const auto [entry, isNew] = images_.try_emplace(&image);
     if (!isNew) return entry->second.id;

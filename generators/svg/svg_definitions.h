@@ -13,6 +13,7 @@
 #include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVRef.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
 /// An identifier as SVG takes it: any characters but blanks.
@@ -51,6 +52,9 @@ public:
     /// The identifier of a mask that will be written.
     std::string NewPattern() { return NewId(Kind::kPattern); }
     std::string NewMask() { return NewId(Kind::kMask); }
+    /// The family that stands for a font that the drawing brings, which is written when it is first asked
+    /// for; empty for installed ones.
+    std::string FindFont(const ORVFontFace& face);
     /// The identifier of an image, which is written when it is first asked for.
     const std::string& FindImage(const ORVPixelImage& image);
     /// The same of a fill's pattern. @return empty when its map cannot be drawn
@@ -117,6 +121,8 @@ private:
     std::unordered_map<const void*, Symbol> symbols_;
     std::unordered_map<const ORVPixelImage*, Image> images_;
     std::unordered_map<const ORVPixelImage*, std::vector<Pattern>> patterns_;
+    std::unordered_map<const char*, std::string> fonts_;  // families by the fonts' bytes
+    ORVKeptFaces keptFaces_;
     std::unordered_map<std::string, std::string> texts_;  // identifiers of clips, gradients, stops by content
     std::vector<Scoped> scoped_;                          // defined within open elements, the innermost last
     std::size_t depth_ = 0;

@@ -173,8 +173,9 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
     const ORVMathAffine2D elementToPage = isUpright ? ORVMathAffine2D() : map;
     const std::string pattern = FindPaint(text.fill, elementToPage);
     const std::string gradient = FindPaint(text.stroke, elementToPage);
+    const std::string brought = run.face->IsOfDocument() ? definitions_.FindFont(*run.face) : std::string();
     style_.clear();
-    AppendSvgFont(style_, *run.face, run.size * scale, run.syntheticBold);
+    AppendSvgFont(style_, *run.face, brought, run.size * scale, run.syntheticBold);
     if (spacing != 0.0 && !run.vertical) {
         style_ += " letter-spacing=\"";
         AppendDecimal(style_, spacing * unit, places);

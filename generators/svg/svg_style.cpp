@@ -150,7 +150,41 @@ void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double sca
     if (gradient.empty()) AppendOpacity(text, " stroke-opacity=\"", stroke.colour.opacity);
 }
 
-void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold) {
+namespace {
+
+/// "wght=650,wdth=75" as a style has it.
+void AppendVariations(std::string& text, std::string_view variations) {
+    text += " style=\"font-variation-settings:'";
+    for (const char c : variations) {
+        if (c == '=')
+            text += "' ";
+        else if (c == ',')
+            text += ",'";
+        else
+            text += c;
+    }
+    text += '"';
+}
+
+/// A font that the drawing brings is all that its family is: nothing is to be chosen or imitated but what the
+/// page shows.
+void AppendBroughtFont(std::string& text, const ORVFontFace& face, std::string_view family, double size,
+                       bool bold) {
+    text.append(" font-family=\"").append(family).append("\" font-size=\"");
+    AppendSignificant(text, size, kLengthDigits);
+    text += '"';
+    if (bold) text += " font-weight=\"bold\"";
+    if (!face.GetVariations().empty()) AppendVariations(text, face.GetVariations());
+}
+
+}  // namespace
+
+void AppendSvgFont(std::string& text, const ORVFontFace& face, std::string_view brought, double size,
+                   bool bold) {
+    if (!brought.empty()) {
+        AppendBroughtFont(text, face, brought, size, bold);
+        return;
+    }
     text += " font-family=\"";
     if (face.IsItalic() && !face.GetPostScriptName().empty()) {
         // Readers that look for a face by its own name find it; to the others the next name tells the family.

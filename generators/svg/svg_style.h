@@ -28,7 +28,9 @@ void AppendSvgStopColour(std::string& text, const ORVPrintColour& colour);
 
 /// The font of a text: family, size (user units an em), weight and slant.
 /// @param bold  whatever the weight of the face
-void AppendSvgFont(std::string& text, const ORVFontFace& face, double size, bool bold);
+/// @param brought  the family of a font that the drawing brings; empty for installed ones
+void AppendSvgFont(std::string& text, const ORVFontFace& face, std::string_view brought, double size,
+                   bool bold);
 
 /// A blend mode's name.
 std::string_view NameOfSvgBlendMode(ORVPrintBlendMode blend);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "interpreters/svg2/css/Cascade.h"
 #include "interpreters/svg2/document/Document.h"
 #include "interpreters/svg2/drawing/Images.h"
+#include "interpreters/svg2/tree/DocumentFonts.h"
 #include "interpreters/svg2/tree/page_size.h"
 #include "interpreters/svg2/tree/structure.h"
 #include "interpreters/svg2/values/scanner.h"
@@ -19,6 +21,7 @@
 #include "library/check/finding_writer.h"
 #include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
 
 namespace {
 
@@ -59,7 +62,6 @@ const UnreadProperty kUnreadProperties[] = {
      {"currentcolor", "currentColor", "inherit", "initial"},
      "is ignored: lines have the colour of their text"},
     {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
-    {"font-size-adjust", {"none", "inherit", "initial"}, "is ignored"},
     {"color-interpolation",
      {"sRGB", "auto", "inherit", "initial"},
      "counts for masks only: colours are mixed as sRGB"},
@@ -79,7 +81,8 @@ public:
           writer_(checked, findings),
           numbers_(numbers),
           cascade_(document, Medium(document)),
-          images_(ORVUnicodeString(checked.path)) {}
+          images_(ORVUnicodeString(checked.path)),
+          fonts_(cascade_.GetSheets().GetFontFaces()) {}
 
     void Run();
 
@@ -99,6 +102,8 @@ private:
         writer_.Note(code, At(element), attribute, value, message);
     }
     void CheckSheet(ElementIndex sheet);
+    ElementIndex SheetOf(const svg2::FontFaceRule& rule) const;
+    void CheckFontFaces();
     void CheckElement(ElementIndex element, const Style& style);
     void CheckUnread(ElementIndex element);
     void CheckProperty(ElementIndex element, std::string_view name, std::string_view value);
@@ -119,6 +124,7 @@ private:
     const std::unordered_map<const ORVXmlNode*, std::size_t>& numbers_;
     svg2::Cascade cascade_;
     svg2::Images images_;
+    svg2::DocumentFonts fonts_;
     std::unordered_set<std::string_view> families_;  // that were looked for
 };
 
@@ -134,15 +140,45 @@ void StandardCheck::Run() {
         around.emplace_back(element, std::move(style));
     }
     for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
+    CheckFontFaces();
 }
 
 void StandardCheck::CheckSheet(ElementIndex sheet) {
     const std::string_view text = document_[sheet].node->GetText();
     if (cascade_.GetSheets().ImportsSheets() && text.find("@import") != std::string_view::npos)
         Note(FindingCode::kStyleSheet, sheet, "", "", "other sheets are not loaded: @import is ignored");
-    if (text.find("@font-face") != std::string_view::npos)
-        Note(FindingCode::kStyleSheet, sheet, "", "",
-             "fonts of sheets are not loaded: @font-face is ignored");
+}
+
+/// The sheet that a rule stands in; the root for sheets outside of the document.
+ElementIndex StandardCheck::SheetOf(const svg2::FontFaceRule& rule) const {
+    for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) {
+        const std::string_view text = document_[sheet].node->GetText();
+        if (text.find("@font-face") != std::string_view::npos &&
+            text.find(rule.writtenFamily) != std::string_view::npos)
+            return sheet;
+    }
+    return Document::kRoot;
+}
+
+void StandardCheck::CheckFontFaces() {
+    using Kind = svg2::FontSource::Kind;
+    const std::span<const svg2::FontFaceRule> rules = cascade_.GetSheets().GetFontFaces();
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        const svg2::FontFaceRule& rule = rules[i];
+        const bool isFound = fonts_.Open(i) != nullptr;
+        const bool hasOther = std::any_of(rule.sources.begin(), rule.sources.end(),
+                                          [](const auto& source) { return source.kind == Kind::kOther; });
+        if (hasOther && (!isFound || rule.sources.front().kind == Kind::kOther))
+            Note(FindingCode::kStyleSheet, SheetOf(rule), "@font-face", rule.writtenFamily,
+                 isFound ? "is not loaded from its address: its next source is taken"
+                         : "is not loaded: fonts of sheets are read from data URIs only");
+        else if (!isFound)
+            Note(FindingCode::kStyleSheet, SheetOf(rule), "@font-face", rule.writtenFamily,
+                 "holds no font that can be used: TrueType, OpenType, WOFF and WOFF2 are read");
+        if (!rule.ignored.empty())
+            Note(FindingCode::kIgnoredProperty, SheetOf(rule), rule.ignored, rule.writtenFamily,
+                 "is ignored: the font is used as it is");
+    }
 }
 
 void StandardCheck::CheckUnread(ElementIndex element) {
@@ -177,6 +213,10 @@ void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, s
             std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
             Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
+    if (name == "font-size-adjust" &&
+        (value.find("from-font") != std::string_view::npos || value.starts_with("ic-height")))
+        Note(FindingCode::kIgnoredProperty, element, name, value,
+             "is ignored: the size is adjusted to numbers, of heights and widths of letters");
 }
 
 void StandardCheck::CheckProperties(ElementIndex element) {
@@ -287,9 +327,15 @@ void StandardCheck::CheckFont(ElementIndex element, const Style& style) {
     const Tag tag = document_[element].tag;
     if ((tag != Tag::kText && tag != Tag::kTspan && tag != Tag::kTextPath) || !HasText(element)) return;
     if (!families_.insert(style.fontFamily).second) return;
-    const ORVFontChoice choice =
-        ORVChooseFont({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch, style.fontSize,
-                       style.fontVariationSettings});
+    const ORVFontQuery query{style.fontFamily,  style.fontWeight, style.isItalic,
+                             style.fontStretch, style.fontSize,   style.fontVariationSettings};
+    const svg2::OrderedFont* const brought = fonts_.Choose(query);
+    const ORVFontChoice choice = brought ? brought->choice : ORVChooseFont(query);
+    const auto hasTable = [&](std::string_view name) { return !choice.face->GetTable(name).bytes.empty(); };
+    if (choice.face && hasTable("SVG ") && !hasTable("COLR") && !hasTable("CBDT") && !hasTable("sbix"))
+        Note(FindingCode::kIgnoredProperty, element, "font-family", style.fontFamily,
+             "has glyphs in colours that are SVG drawings: they are drawn in one colour");
+    if (brought) return;
     if (choice.font == ORVFont::Unavailable())
         Note(FindingCode::kTextCannotBeSet, element, "", "", "cannot be set: no font can be used");
     else if (style.fontFamily.empty())

@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <initializer_list>
 #include <limits>
+#include <memory>
 #include <new>
 #include <stdexcept>
+
+#include "platform/system/ORVSmallObjects.h"
 
 class ORVPrtGraphicPrimitiveElt;
 
@@ -27,9 +30,7 @@ public:
     }
     ORVPrtChildList(const ORVPrtChildList&) = delete;
     ORVPrtChildList& operator=(const ORVPrtChildList&) = delete;
-    ~ORVPrtChildList() {
-        if (capacity_ > 1) delete[] place_.many;
-    }
+    ~ORVPrtChildList() { Drop(); }
 
     /// Number of children.
     std::size_t size() const { return size_; }
@@ -80,11 +81,15 @@ public:
 
 private:
     value_type* Begin() { return capacity_ > 1 ? place_.many : &place_.one; }
+    void Drop() {
+        if (capacity_ > 1) ORVSmallObjects::Give(place_.many, sizeof(value_type) * capacity_);
+    }
     void Grow() {
         if (capacity_ > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
-        auto* const larger = new value_type[std::size_t{2} * capacity_];
-        std::copy(begin(), end(), larger);
-        if (capacity_ > 1) delete[] place_.many;
+        auto* const larger =
+            static_cast<value_type*>(ORVSmallObjects::Take(2 * sizeof(value_type) * capacity_));
+        std::uninitialized_copy(begin(), end(), larger);
+        Drop();
         place_.many = larger;
         capacity_ *= 2;
     }

@@ -7,6 +7,7 @@
 
 /// A circle. A radius of 0 or less draws nothing.
 class ORV_PLATFORM_EXPORT ORVPrtCircleElt final : public ORVPrtGraphicPrimitiveElt,
+                                                  public ORVPrtDrawStyled,
                                                   public ORVPrtFilled,
                                                   public ORVPrtTransformed {
 public:

@@ -6,6 +6,7 @@
 
 /// A filled outline; its children are regions, one contour each.
 class ORV_PLATFORM_EXPORT ORVPrtClosedFigureElt final : public ORVPrtContainerElt,
+                                                        public ORVPrtDrawStyled,
                                                         public ORVPrtFilled,
                                                         public ORVPrtTransformed {
 public:

@@ -7,6 +7,7 @@
 
 /// An ellipse; its first axis is turned by the slope. Radii of 0 or less draw nothing.
 class ORV_PLATFORM_EXPORT ORVPrtEllipseElt final : public ORVPrtGraphicPrimitiveElt,
+                                                   public ORVPrtDrawStyled,
                                                    public ORVPrtFilled,
                                                    public ORVPrtTransformed {
 public:

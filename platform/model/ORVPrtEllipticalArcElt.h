@@ -8,6 +8,7 @@
 /// An arc of an ellipse, swept linearly from the start to the end angle (downwards when the start is the
 /// larger). Angles are radians, measured from the ellipse's own first axis, which the slope turns.
 class ORV_PLATFORM_EXPORT ORVPrtEllipticalArcElt final : public ORVPrtGraphicPrimitiveElt,
+                                                         public ORVPrtDrawStyled,
                                                          public ORVPrtFilled,
                                                          public ORVPrtTransformed {
 public:

@@ -3,12 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include "platform/model/ORVPrtChildList.h"
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVSharedValue.h"
+#include "platform/system/ORVSmallObjects.h"
 #include "platform/system/ORVUnicodeString.h"
 
 class ORVPrtPrimitiveBudget;
@@ -55,6 +57,19 @@ enum class ORVPrtKind : std::uint8_t {
 class ORV_PLATFORM_EXPORT ORVPrtGraphicPrimitiveElt : public ORVBaseObject {
 public:
     static const ORVMetaClass& MetaClass();
+
+    /// Primitives are ORVSmallObjects.
+    static void* operator new(std::size_t size) { return ORVSmallObjects::Take(size); }
+    /// The same; null when there is no memory.
+    static void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+        return ORVSmallObjects::TryTake(size);
+    }
+    /// Gives the memory back.
+    static void operator delete(void* object, std::size_t size) { ORVSmallObjects::Give(object, size); }
+    /// The same for an object whose constructor threw.
+    static void operator delete(void* object, const std::nothrow_t& /*tag*/) noexcept {
+        ORVSmallObjects::Give(object);
+    }
 
     /// The class, as a number.
     ORVPrtKind GetKind() const { return kind_; }

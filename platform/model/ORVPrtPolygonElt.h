@@ -7,6 +7,7 @@
 
 /// A closed outline of straight segments.
 class ORV_PLATFORM_EXPORT ORVPrtPolygonElt final : public ORVPrtGraphicPrimitiveElt,
+                                                   public ORVPrtDrawStyled,
                                                    public ORVPrtFilled,
                                                    public ORVPrtTransformed,
                                                    public ORVPrtPointList {

@@ -7,6 +7,7 @@
 
 /// A rectangle given by two opposite corners.
 class ORV_PLATFORM_EXPORT ORVPrtRectangleElt final : public ORVPrtGraphicPrimitiveElt,
+                                                     public ORVPrtDrawStyled,
                                                      public ORVPrtFilled,
                                                      public ORVPrtTransformed {
 public:

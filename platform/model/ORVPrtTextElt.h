@@ -11,6 +11,7 @@
 
 /// A line of text. The anchor of its text attributes says which point of the text stands at the position.
 class ORV_PLATFORM_EXPORT ORVPrtTextElt final : public ORVPrtGraphicPrimitiveElt,
+                                                public ORVPrtDrawStyled,
                                                 public ORVPrtFilled,
                                                 public ORVPrtTransformed {
 public:

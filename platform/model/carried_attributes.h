@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/model/ORVPrtFillAttributes.h"
@@ -19,18 +20,25 @@ private:
     ORVPrtStrokeAttributes stroke_;
 };
 
-/// Has an inside and an outline; the draw style says which of them is drawn.
-struct ORVPrtFilled : ORVPrtStroked {
+/// Says which of inside and outline is drawn. A base of what is ORVPrtFilled; the first one behind the
+/// primitive, whose last word has room for it.
+struct ORVPrtDrawStyled {
     /// A value of orvprint::ORVPrtDrawStyle.
-    void SetDrawStyle(int style) { drawStyle_ = style; }
+    void SetDrawStyle(int style) { drawStyle_ = static_cast<std::uint8_t>(style); }
     int GetDrawStyle() const { return drawStyle_; }
+
+private:
+    std::uint8_t drawStyle_ = orvprint::kDrawFill;
+};
+
+/// Has an inside and an outline; ORVPrtDrawStyled says which of them is drawn.
+struct ORVPrtFilled : ORVPrtStroked {
     /// How the inside is drawn.
     void SetFillAttributes(ORVPrtFillAttributes fill) { fill_ = std::move(fill); }
     const ORVPrtFillAttributes& GetFillAttributes() const { return fill_; }
 
 private:
     ORVPrtFillAttributes fill_;
-    int drawStyle_ = orvprint::kDrawFill;
 };
 
 /// Has a transform of its own.

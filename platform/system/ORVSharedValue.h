@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
+
+#include "platform/system/ORVSmallObjects.h"
 
 /// A value that copies share until one of them changes it. Copying costs a reference count; comparing is
 /// an identity test first. A default-constructed handle owns nothing and reads as T{}. Counts are not
@@ -61,9 +64,13 @@ public:
 
 private:
     struct Payload {
-        T value{};
+        [[no_unique_address]] T value{};  // so that the count stands in what is left of its last word
         std::uint32_t references = 1;
+
+        static void* operator new(std::size_t size) { return ORVSmallObjects::Take(size); }
+        static void operator delete(void* payload, std::size_t size) { ORVSmallObjects::Give(payload, size); }
     };
+    static_assert(alignof(T) <= ORVSmallObjects::kAlignment);
 
     static const T& Default() {
         static const T value{};

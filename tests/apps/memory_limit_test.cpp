@@ -47,6 +47,13 @@ TEST_F(MemoryLimitTest, Memory) {
     EXPECT_EQ(RunBounded("info - < large.svg" + few).exitCode, 0);
 }
 
+// Five objects and their points for each of these, without what the allocator would keep for each object.
+TEST_F(MemoryLimitTest, ModelsTakeNoMoreThanTheirObjects) {
+    WriteFile("a.svg", SmallDrawing(Repeat("<path fill='red' d='M0 0c1 1 2 2 3 3z'/>", 200'000)));
+    const ToolRun run = RunBounded("a.svg -o a.pdf --limit memory=144000000");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+}
+
 /// What the system holds the command to while it waits for its next input, a pipe.
 class MemoryBoundTest : public BoundedToolTest {
 protected:

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/tiny_fonts.h"
 
 namespace {
 
@@ -185,6 +186,13 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
         {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
+        {"<style>@font-face{font-family:a;src:url(data:font/ttf;base64,AAEAAAAB)}</style>",
+         "holds no font that can be used"},
+        {"<style>@font-face{font-family:a;src:url(a.ttf),local('DejaVu Sans')}</style>",
+         "its next source is taken"},
+        {"<style>@font-face{font-family:a;src:local('DejaVu Sans');size-adjust:90%}</style>",
+         "ignored-property (1)"},
+        {"<text font-family='DejaVu Sans' font-size-adjust='from-font'>a</text>", "ignored-property (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
         {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
@@ -197,6 +205,16 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
     for (const auto& row : kRows) EXPECT_THAT(Check(row.content), HasSubstr(row.kind)) << row.content;
 }
 
+TEST_F(StandardTest, CheckFindsGlyphsThatAreSvgDrawings) {
+    const auto check = [&](const char* font) {
+        return Check(std::string("<style>@font-face{font-family:t;src:url(data:;base64,") + font +
+                     ")}</style><text font-family='t'>A</text>");
+    };
+    EXPECT_THAT(check(tiny_fonts::kSvgGlyphs), HasSubstr("has glyphs in colours that are SVG drawings"));
+    EXPECT_THAT(check(tiny_fonts::kPainted), HasSubstr("nothing found"));
+    EXPECT_THAT(check(tiny_fonts::kWoff2), HasSubstr("nothing found"));
+}
+
 TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
     for (const char* content : {
              "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
@@ -207,6 +225,9 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<text id='t' font-family='DejaVu Sans'>a<tref href='#t'/></text>",
              "<text font-family='DejaVu Sans'>a<a href='https://example.org/'>b</a></text>",
              "<switch><foreignObject/><rect/></switch>",
+             "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
+             "<text font-family='a'>a</text>",
+             "<text font-family='DejaVu Sans' font-size-adjust='0.5'>a</text>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })

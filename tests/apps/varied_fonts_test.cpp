@@ -120,6 +120,22 @@ TEST_F(VariedFontsTest, FollowThePropertiesInPostScript) {
     }
 }
 
+// A triangle that is 2 em wide at this weight, more than twice as wide as the font says letters are.
+TEST_F(VariedFontsTest, GlyphsBeyondTheirEmAreWholeInPostScript) {
+    WriteFile("text.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' width='300' height='100' viewBox='0 0 150 50'><text "
+              "y='40' font-family='Orv Tiny' font-size='40' font-weight='900'>B</text></svg>");
+    const ToolRun run = RunProgram({"env", "FONTCONFIG_FILE=" + (Folder() / "fonts.conf").string(),
+                                    "ORVPRINT_CACHE_DIR=", ORV_TOOL_PATH, "text.svg", "-o", "text.ps",
+                                    "--interpreter", "svg2", "--no-sandbox"});
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    ASSERT_EQ(RunProgram({"gs", "-q", "-dNOPAUSE", "-dBATCH", "-sDEVICE=png16m", "-r96",
+                          "-sOutputFile=page.png", "text.ps"})
+                  .exitCode,
+              0);
+    ExpectInk("page.png", {152, 56}, "2 em less the room before it");
+}
+
 TEST_F(VariedFontsTest, TwoLooksStandBesideEachOther) {
     WriteFile("two.svg",
               "<svg xmlns='http://www.w3.org/2000/svg' width='300' height='100' viewBox='0 0 24 8'>"

@@ -98,6 +98,13 @@ extern "C" __attribute__((visibility("default"))) void* aligned_alloc(std::size_
     return nullptr;
 }
 
+extern "C" __attribute__((visibility("default"))) int posix_memalign(void** memory, std::size_t alignment,
+                                                                     std::size_t size) noexcept {
+    if (IsRefused(__builtin_return_address(0))) return ENOMEM;
+    *memory = __libc_memalign(alignment, size);
+    return *memory ? 0 : ENOMEM;
+}
+
 extern "C" __attribute__((visibility("default"))) int __libc_start_main(Main main, int argc, char** argv,
                                                                         void (*init)(), void (*fini)(),
                                                                         void (*unload)(), void* stackEnd) {

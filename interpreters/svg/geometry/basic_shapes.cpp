@@ -21,7 +21,8 @@
 
 namespace {
 
-void PushPaint(const SvgDrawState& state, ORVPrtFilled& primitive) {
+template <class Primitive>
+void PushPaint(const SvgDrawState& state, Primitive& primitive) {
     primitive.SetDrawStyle(state.drawStyle);
     primitive.SetStrokeAttributes(state.stroke);
     primitive.SetFillAttributes(state.fill);

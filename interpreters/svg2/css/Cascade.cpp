@@ -280,9 +280,13 @@ void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
 
 void Cascade::ApplyCandidates(ElementIndex element, const Style& parent, Style& style) {
     PropertyContext context{parent, SizesOf(parent)};
+    // The shorthand resets what was stated before it, so that it takes its turn among the others, too.
+    bool hasShorthand = false;
     const auto applyThose = [&](bool decidingSize) {
         for (const Candidate& candidate : candidates_) {
-            if (DecidesFontSize(candidate.name) != decidingSize) continue;
+            const bool decides = DecidesFontSize(candidate.name);
+            hasShorthand = hasShorthand || candidate.name == Name::kFont;
+            if (decides != decidingSize && !(decides && hasShorthand)) continue;
             context.isAttribute = candidate.isAttribute;
             Apply(candidate, context, style);
         }

@@ -99,6 +99,14 @@ enum FontVariant : std::uint32_t {
     kRuby = 1U << 28U,
     kHistoricalForms = 1U << 29U,
 };
+/// Which measure of a font, in em, its size is to be adjusted by, and to what.
+struct FontSizeAdjustment {
+    enum class Measure : std::uint8_t { kExHeight, kCapHeight, kZeroWidth, kIdeographWidth };
+    Measure measure = Measure::kExHeight;
+    double value = kNone;  ///< of the size that is stated
+    static constexpr double kNone = -1.0;
+    friend bool operator==(const FontSizeAdjustment&, const FontSizeAdjustment&) = default;
+};
 /// Lines that decorate text, as flags.
 enum DecorationLine : std::uint8_t { kUnderline = 1, kOverline = 2, kLineThrough = 4 };
 
@@ -146,7 +154,8 @@ struct InheritedStyle {
     double fontSize = 12.0;
     int fontWeight = 400;
     bool isItalic = false;
-    double fontStretch = 100.0;              ///< percent
+    double fontStretch = 100.0;  ///< percent
+    FontSizeAdjustment fontSizeAdjustment;
     std::uint32_t fontVariants = 0;          ///< FontVariant
     std::string_view fontFeatureSettings;    ///< as written, empty for none
     std::string_view fontVariationSettings;  ///< likewise

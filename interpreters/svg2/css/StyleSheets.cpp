@@ -141,6 +141,9 @@ void StyleSheets::ReadAtRule(Scanner& scanner, const Medium& medium, int depth) 
     if (!hasBlock) scanner.Take(';');
     if (EqualsIgnoringCase(name, "media") && hasBlock) {
         if (MatchesMedia(prelude, medium)) ReadSheet(block, medium, depth + 1);
+    } else if (EqualsIgnoringCase(name, "font-face") && hasBlock) {
+        FontFaceRule rule;
+        if (ReadFontFace(block, rule)) fontFaces_.push_back(std::move(rule));
     } else if (EqualsIgnoringCase(name, "import")) {
         importsSheets_ = true;
     } else if (EqualsIgnoringCase(name, "namespace") && !hasBlock) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "interpreters/svg2/css/declarations.h"
+#include "interpreters/svg2/css/font_faces.h"
 #include "interpreters/svg2/css/selectors.h"
 #include "interpreters/svg2/document/Document.h"
 
@@ -38,6 +39,9 @@ public:
     bool IsEmpty() const { return rules_.empty(); }
     /// True when a sheet asks for another one, which is not loaded.
     bool ImportsSheets() const { return importsSheets_; }
+
+    /// Fonts that the sheets bring, in their order.
+    std::span<const FontFaceRule> GetFontFaces() const { return fontFaces_; }
 
     /// Finds the rules for an element, those that win last.
     void FindMatches(SelectorMatcher& matcher, ElementIndex element, std::vector<Match>& matches) const;
@@ -69,6 +73,7 @@ private:
     // By what the element itself has to have; the first of identifier, class and type.
     Rules byId_, byClass_, byType_;
     std::vector<std::uint32_t> others_;
+    std::vector<FontFaceRule> fontFaces_;
     bool importsSheets_ = false;
 };
 

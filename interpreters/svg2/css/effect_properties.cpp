@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "interpreters/svg2/css/property_rows.h"
@@ -44,8 +46,28 @@ bool ReadRaw(Text text, Text& raw) {
     return true;
 }
 
-/// A reference, or none.
-bool ReadReferenceText(Text text, Text& raw) {
+/// What may stand beside the image of a mask: where it lies, and how it counts. None of it matters here.
+bool IsMaskWord(Text word) {
+    constexpr Text kWords[] = {
+        "repeat",     "repeat-x",    "repeat-y",    "no-repeat", "space",        "round",    "left",
+        "right",      "top",         "bottom",      "center",    "auto",         "cover",    "contain",
+        "border-box", "padding-box", "content-box", "fill-box",  "stroke-box",   "view-box", "no-clip",
+        "add",        "subtract",    "intersect",   "exclude",   "match-source", "alpha",    "luminance"};
+    const bool isNumber = word.find_first_of("0123456789/+-.") == 0;
+    return isNumber || std::any_of(std::begin(kWords), std::end(kWords),
+                                   [&](Text known) { return EqualsIgnoringCase(word, known); });
+}
+
+/// A list of masks, of which the first counts, or none.
+bool ReadMaskText(Text text, Text& raw) {
+    Text id, rest;
+    if (TakeReference(text, id, rest)) {
+        for (rest = Trim(rest); !rest.empty() && rest.front() != ',';) {
+            const Text word = rest.substr(0, rest.find_first_of(" \t\r\n,"));
+            if (!IsMaskWord(word)) return false;
+            rest = Trim(rest.substr(word.size()));
+        }
+    }
     return (Is(text, "none") || text.find('(') != Text::npos) && ReadRaw(text, raw);
 }
 
@@ -55,7 +77,10 @@ bool ReadFilterText(Text text, const PropertyContext& context, Text& raw) {
     return ReadFilterList(text, context.sizes, list) && ReadRaw(text, raw);
 }
 
+/// A reference, a basic shape or a box, or none.
 bool ReadClipText(Text text, Text& raw) {
+    Text id, rest;
+    if (TakeReference(text, id, rest)) return Trim(rest).empty() && ReadRaw(text, raw);
     const bool isBox = text.ends_with("-box");
     return (isBox || Is(text, "none") || text.find('(') != Text::npos) && ReadRaw(text, raw);
 }
@@ -89,7 +114,7 @@ const PropertyRow kRows[] = {
      Copy<&Style::isIsolated>},
     {Name::kLightingColor, false, ORV_READ(ReadColourValue(t, s.lightingColour)),
      Copy<&Style::lightingColour>},
-    {Name::kMask, false, ORV_READ(ReadReferenceText(t, s.mask)), Copy<&Style::mask>},
+    {Name::kMask, false, ORV_READ(ReadMaskText(t, s.mask)), Copy<&Style::mask>},
     {Name::kMaskType, false,
      ORV_READ((Is(t, "alpha") || Is(t, "luminance")) && (s.isOpacityMask = Is(t, "alpha"), true)),
      Copy<&Style::isOpacityMask>},

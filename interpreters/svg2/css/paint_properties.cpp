@@ -72,7 +72,10 @@ bool ReadMarker(Text text, Text& id) {
         id = {};
         return true;
     }
-    return TakeReference(text, id, rest) && Trim(rest).empty();
+    Text read;
+    if (!TakeReference(text, read, rest) || !Trim(rest).empty()) return false;
+    id = read;
+    return true;
 }
 
 bool ReadPaintOrder(Text text, std::array<PaintPart, 3>& order) {

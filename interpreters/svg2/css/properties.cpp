@@ -106,7 +106,7 @@ bool TakeReference(Text text, Text& id, Text& rest) {
     Scanner scanner(text);
     scanner.Advance(3);
     Text inside;
-    if (!scanner.TakeParentheses(inside)) return false;
+    if (!scanner.TakeParenthesesOrRest(inside)) return false;
     inside = Trim(inside);
     Scanner quoted(inside);
     Text unquoted;

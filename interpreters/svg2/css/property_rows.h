@@ -60,6 +60,11 @@ bool ReadEvenOdd(std::string_view text, bool& isEvenOdd);
 /// Where colours are mixed: sRGB or linear. @param byDefault  what "auto" stands for
 bool ReadInterpolation(std::string_view text, bool& isLinear, bool byDefault);
 
+/// "normal", "italic" or "oblique", with or without an angle.
+bool ReadFontStyle(std::string_view text, bool& isItalic);
+/// A word or a percentage.
+bool ReadFontStretch(std::string_view text, double& percent);
+
 // The reader of a row, of a text t, a context c and a style s.
 #define ORV_READ(expression) \
     [](std::string_view t, [[maybe_unused]] const PropertyContext& c, Style& s) -> bool { return expression; }

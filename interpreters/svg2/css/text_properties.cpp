@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 
 #include "interpreters/svg2/css/font_variants.h"
 #include "interpreters/svg2/css/property_rows.h"
@@ -58,32 +59,29 @@ bool ReadFontWeight(Text text, const Context& context, int& weight) {
     return true;
 }
 
-bool ReadFontStyle(Text text, bool& isItalic) {
-    if (Is(text, "normal"))
-        isItalic = false;
-    else if (Is(text, "italic") || Is(text.substr(0, 7), "oblique"))
-        isItalic = true;
-    else
-        return false;
-    return true;
-}
-
-bool ReadFontStretch(Text text, double& percent) {
-    constexpr Keyword<double> kStretches[] = {
-        {"normal", 100.0},         {"condensed", 75.0}, {"semi-condensed", 87.5}, {"extra-condensed", 62.5},
-        {"ultra-condensed", 50.0}, {"expanded", 125.0}, {"semi-expanded", 112.5}, {"extra-expanded", 150.0},
-        {"ultra-expanded", 200.0}, {"narrower", 75.0},  {"wider", 125.0}};
-    if (ReadKeyword(kStretches, text, percent)) return true;
-    Scanner scanner(text);
-    double number = 0.0;
-    if (!scanner.TakeNumber(number) || !scanner.Take('%') || !scanner.AtEnd() || number <= 0.0) return false;
-    percent = number;
-    return true;
-}
-
 template <std::uint32_t kGroup>
 void CopyVariants(const Style& from, Style& to) {
     to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
+}
+
+/// "none", or a number after the measure that it is of.
+bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
+    using Measure = FontSizeAdjustment::Measure;
+    constexpr Keyword<Measure> kMeasures[] = {{"ex-height", Measure::kExHeight},
+                                              {"cap-height", Measure::kCapHeight},
+                                              {"ch-width", Measure::kZeroWidth},
+                                              {"ic-width", Measure::kIdeographWidth}};
+    FontSizeAdjustment read;
+    if (Is(text, "none")) {
+        adjustment = read;
+        return true;
+    }
+    Scanner scanner(text);
+    if (const Text word = scanner.TakeName(); ReadKeyword(kMeasures, word, read.measure))
+        text = Trim(scanner.Rest());
+    if (!ReadNumber(text, read.value) || read.value < 0.0) return false;
+    adjustment = read;
+    return true;
 }
 
 /// A list as it is written, "normal" being the same as none.
@@ -120,22 +118,34 @@ bool ReadSpacing(Text text, const Context& context, Length& spacing) {
     return ReadLength(text, context.sizes, spacing);
 }
 
+/// Colours, kinds of line and thicknesses may stand beside the lines; those of text are drawn plainly.
+bool IsBesideLines(Text word) {
+    constexpr Text kWords[] = {"blink", "solid", "double", "dotted", "dashed", "wavy", "auto", "from-font"};
+    ColourValue colour;
+    return word.find_first_of("0123456789+-.") == 0 || word.find_first_of("()") != Text::npos ||
+           std::any_of(std::begin(kWords), std::end(kWords), [&](Text known) { return Is(word, known); }) ||
+           ReadColourValue(word, colour);
+}
+
 bool ReadDecoration(Text text, std::uint8_t& lines) {
     constexpr Keyword<std::uint8_t> kLines[] = {
         {"none", 0}, {"underline", kUnderline}, {"overline", kOverline}, {"line-through", kLineThrough}};
     std::uint8_t read = 0;
-    bool hasLine = false;
-    // Colours and kinds of line may stand beside the lines; those of text are drawn plainly.
+    bool hasLine = false, hasNone = false, isReadable = true;
     ForEachWord(text, [&](Text word) {
         std::uint8_t line = 0;
         if (ReadKeyword(kLines, word, line)) {
             hasLine = true;
+            hasNone = hasNone || line == 0;
             read |= line;
+        } else {
+            isReadable = isReadable && IsBesideLines(word);
         }
         return true;
     });
-    if (hasLine) lines = read;
-    return hasLine;
+    if (!hasLine || !isReadable || (hasNone && read != 0)) return false;
+    lines = read;
+    return true;
 }
 
 constexpr Keyword<Baseline> kBaselines[] = {
@@ -210,6 +220,7 @@ bool ReadFont(Text text, const Context& context, Style& style) {
     read.isItalic = initial.isItalic;
     read.fontWeight = initial.fontWeight;
     read.fontStretch = initial.fontStretch;
+    read.fontSizeAdjustment = initial.fontSizeAdjustment;
     read.fontVariants = initial.fontVariants;
     read.fontFeatureSettings = initial.fontFeatureSettings;
     read.fontVariationSettings = initial.fontVariationSettings;
@@ -272,6 +283,7 @@ const PropertyRow kRows[] = {
          to.fontWeight = from.fontWeight;
          to.isItalic = from.isItalic;
          to.fontStretch = from.fontStretch;
+         to.fontSizeAdjustment = from.fontSizeAdjustment;
          to.fontVariants = from.fontVariants;
          to.fontFeatureSettings = from.fontFeatureSettings;
          to.fontVariationSettings = from.fontVariationSettings;
@@ -280,6 +292,8 @@ const PropertyRow kRows[] = {
     {Name::kFontFamily, true, ORV_READ(!t.empty() && (s.fontFamily = t, true)), Copy<&Style::fontFamily>},
     {Name::kFontKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
     {Name::kFontSize, true, ORV_READ(ReadFontSize(t, c, s.fontSize)), Copy<&Style::fontSize>},
+    {Name::kFontSizeAdjust, true, ORV_READ(ReadFontSizeAdjustment(t, s.fontSizeAdjustment)),
+     Copy<&Style::fontSizeAdjustment>},
     {Name::kFontStretch, true, ORV_READ(ReadFontStretch(t, s.fontStretch)), Copy<&Style::fontStretch>},
     {Name::kFontStyle, true, ORV_READ(ReadFontStyle(t, s.isItalic)), Copy<&Style::isItalic>},
     {Name::kFontFeatureSettings, true, ORV_READ(ReadSettings(t, s.fontFeatureSettings)),
@@ -322,6 +336,29 @@ const PropertyRow kRows[] = {
 };
 
 }  // namespace
+
+bool ReadFontStyle(Text text, bool& isItalic) {
+    if (Is(text, "normal"))
+        isItalic = false;
+    else if (Is(text, "italic") || Is(text.substr(0, 7), "oblique"))
+        isItalic = true;
+    else
+        return false;
+    return true;
+}
+
+bool ReadFontStretch(Text text, double& percent) {
+    constexpr Keyword<double> kStretches[] = {
+        {"normal", 100.0},         {"condensed", 75.0}, {"semi-condensed", 87.5}, {"extra-condensed", 62.5},
+        {"ultra-condensed", 50.0}, {"expanded", 125.0}, {"semi-expanded", 112.5}, {"extra-expanded", 150.0},
+        {"ultra-expanded", 200.0}, {"narrower", 75.0},  {"wider", 125.0}};
+    if (ReadKeyword(kStretches, text, percent)) return true;
+    Scanner scanner(text);
+    double number = 0.0;
+    if (!scanner.TakeNumber(number) || !scanner.Take('%') || !scanner.AtEnd() || number <= 0.0) return false;
+    percent = number;
+    return true;
+}
 
 std::span<const PropertyRow> TextProperties() { return kRows; }
 

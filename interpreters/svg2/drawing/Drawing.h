@@ -78,7 +78,9 @@ private:
     /// @return false when nothing of the element shows
     [[nodiscard]] bool BeginEffects(ElementIndex element, const Style& style, const DrawState& state);
     bool NeedsLayer(ElementIndex element, const Style& style) const;
-    [[nodiscard]] bool BeginClipping(ElementIndex element, const Style& style, const DrawState& state);
+    /// @param clipPath  value of the property, of the element or of what clips it
+    [[nodiscard]] bool BeginClipping(std::string_view clipPath, ElementIndex element, const Style& style,
+                                     const DrawState& state);
     [[nodiscard]] bool BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
                                            const DrawState& state);
     [[nodiscard]] bool BeginMasking(ElementIndex element, const Style& style, const DrawState& state);

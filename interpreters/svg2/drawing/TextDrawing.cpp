@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "interpreters/svg2/drawing/Drawing.h"
+#include "interpreters/svg2/drawing/GlyphPainter.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "platform/print/ORVPrintModelRender.h"
+#include "platform/print/unseen_text.h"
 #include "platform/visualization/fonts/glyph_picture.h"
 
 namespace svg2 {
@@ -171,8 +173,8 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
     ORVTextLayout part = segment.layout;
     for (const ORVGlyphRun& run : segment.layout.runs) {
         part.runs.assign(1, run);
-        const auto draw = [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
-            if (fill || pen)
+        const auto draw = [&](const ORVPrintFill* fill, const ORVPrintStroke* pen, bool isUnseen = false) {
+            if (fill || pen || isUnseen)
                 drawing_.Do(drawing_.generator_.DrawText({part, segment.text, toPage, fill, pen}));
         };
         if (!drawing_.fonts_.HasColours(*run.face)) {
@@ -180,8 +182,13 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
             continue;
         }
         for (const ORVGlyph& glyph : run.glyphs) {
-            if (DrawImageOf(run, glyph, paints, toPage)) continue;
             part.runs.front().glyphs.assign(1, glyph);
+            if (PaintGlyph(run, glyph, paints, toPage)) {
+                // What is painted is to be found as text, too, where formats can say so.
+                if ((drawing_.generator_.GetPowers() & kUnseenText) != 0) draw(nullptr, nullptr, true);
+                continue;
+            }
+            if (DrawImageOf(run, glyph, paints, toPage)) continue;
             const std::vector<ORVGlyphLayer> layers = ORVFindGlyphLayers(*run.face, glyph.index);
             if (layers.empty()) Paint(paints, state, draw);
             for (const ORVGlyphLayer& layer : layers) {
@@ -198,6 +205,25 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
             }
         }
     }
+}
+
+/// @return false when the font does not paint the glyph
+bool TextDrawing::PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
+                             const ORVMathAffine2D& toPage) {
+    const ORVMathAffine2D fromEm =
+        toPage * ORVMathAffine2D{run.size * run.expansion, 0.0, 0.0, run.size, glyph.x, glyph.y};
+    ORVPrintGenerator& generator = drawing_.generator_;
+    const ORVPrintColour colour = paints.inside.colour;
+    GlyphPainter painter(generator, drawing_.budget_, *run.face, fromEm, colour, drawing_.page_);
+    ORVPrintLayer layer;
+    layer.opacity = colour.opacity / 255.0;
+    layer.box = drawing_.page_;
+    const bool isFaint = colour.opacity < 255 && ORVIsPaintedGlyph(*run.face, glyph.index);
+    if (isFaint && !drawing_.Do(generator.BeginLayer(layer))) return true;
+    const bool isPainted = ORVPaintGlyph(*run.face, glyph.index, painter);
+    drawing_.Do(painter.GetStatus());
+    if (isFaint) drawing_.Do(generator.EndLayer());
+    return isPainted;
 }
 
 /// @return false when the font has no image of the glyph
@@ -248,13 +274,14 @@ void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, cons
     if (!style.decorations) return;
     for (const Decoration& decoration : *style.decorations) {
         const Style painted = StyleOf(decoration, style);
-        const FontMetrics metrics = drawing_.fonts_.Find(painted).metrics;
+        const TextFont font = drawing_.fonts_.Find(painted, drawing_.scene_.GetFonts());
+        const FontMetrics& metrics = font.metrics;
+        const double size = decoration.fontSize * font.enlargement;
         Paints paints;
         MakePaints(painted, state, opacity, paints);
         const auto drawLine = [&](double middle, double thickness) {
             ORVPrintPath path;
-            AddRectangle(path, {0.0, (middle - thickness / 2.0) * decoration.fontSize, segment.advance,
-                                thickness * decoration.fontSize});
+            AddRectangle(path, {0.0, (middle - thickness / 2.0) * size, segment.advance, thickness * size});
             Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
                 if (fill || pen)
                     drawing_.Do(

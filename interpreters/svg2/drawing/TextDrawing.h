@@ -28,6 +28,8 @@ private:
     void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Action draw);
     void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state, double opacity);
     void DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state);
+    bool PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
+                    const ORVMathAffine2D& toPage);
     bool DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                      const ORVMathAffine2D& toPage);
     void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state, double opacity,

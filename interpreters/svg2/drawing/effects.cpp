@@ -86,7 +86,8 @@ bool Drawing::FindMask(const Style& style, ElementIndex& mask) const {
 
 bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawState& state) {
     // Of clips, only the areas of shapes count.
-    if (state.isWithinClip) return style.clipPath.empty() || BeginClipping(element, style, state);
+    if (state.isWithinClip)
+        return style.clipPath.empty() || BeginClipping(style.clipPath, element, style, state);
     if (style.opacity <= 0.0) return false;
     ElementIndex mask = kNoElement;
     const bool hasMask = FindMask(style, mask);
@@ -107,7 +108,7 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
             if (!shows) return false;
         }
     }
-    if (!style.clipPath.empty() && !BeginClipping(element, style, state)) return false;
+    if (!style.clipPath.empty() && !BeginClipping(style.clipPath, element, style, state)) return false;
     return style.filter.empty() || BeginFiltering(element, style, state);
 }
 
@@ -163,15 +164,17 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
             }
         }
     }
-    if (shows && !maskStyle.clipPath.empty()) shows = BeginClipping(mask, maskStyle, inner);
+    if (shows && !maskStyle.clipPath.empty())
+        shows = BeginClipping(maskStyle.clipPath, mask, maskStyle, inner);
     if (shows) DrawChildren(mask, maskStyle, inner);
     EndBack(mark);
     return Do(generator_.EndMask());
 }
 
-bool Drawing::BeginClipping(ElementIndex element, const Style& style, const DrawState& state) {
+bool Drawing::BeginClipping(std::string_view clipPath, ElementIndex element, const Style& style,
+                            const DrawState& state) {
     std::string_view id, rest;
-    if (TakeReference(style.clipPath, id, rest)) {
+    if (TakeReference(clipPath, id, rest)) {
         const ElementIndex clip = scene_.GetDocument().FindById(id);
         const bool isUsable = clip != kNoElement && scene_.GetDocument()[clip].tag == Tag::kClipPath &&
                               !Contains(active_, clip);
@@ -188,7 +191,7 @@ bool Drawing::BeginClipping(ElementIndex element, const Style& style, const Draw
         }
         return fill;
     };
-    if (!AddBasicShape(style.clipPath, scene_.GetCascade().SizesOf(style), box, path, isEvenOdd)) return true;
+    if (!AddBasicShape(clipPath, scene_.GetCascade().SizesOf(style), box, path, isEvenOdd)) return true;
     BeginOutline(path, state.toPage, isEvenOdd);
     return true;
 }
@@ -225,8 +228,12 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
 
     if (!Enter(clip)) return false;
     bool shows = true;
-    // Its own clip cuts it, in the units of the element.
-    if (!clipStyle.clipPath.empty()) shows = BeginClipping(clip, clipStyle, inner);
+    // Its own clip cuts the element, in whose units and box it lies, whatever those of the shapes are.
+    if (!clipStyle.clipPath.empty()) {
+        DrawState outer = inner;
+        outer.toPage = state.toPage;
+        shows = BeginClipping(clipStyle.clipPath, element, style, outer);
+    }
 
     // Shapes that do not overlap are one outline; all others are drawn as a mask.
     std::vector<ClipOutline> outlines;

@@ -85,6 +85,8 @@ private:
     Rectangle FindSubregion(ElementIndex element);
     int FindInput(ElementIndex element, Name name);
     int SourceAlpha();
+    /// @return the input, transparent where it is not known, for steps that ask for its edges
+    int InWholeRegion(int input);
     ORVPrintColour FloodColour(ElementIndex element) const;
     double NumberOf(ElementIndex element, Name name, double byDefault) const {
         return scene_.NumberOf(element, name, byDefault);

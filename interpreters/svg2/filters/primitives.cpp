@@ -158,6 +158,16 @@ int FilterReader::FindInput(ElementIndex element, Name name) {
     return isFirst_ ? source_ : previous_;
 }
 
+// Kernels end where the region does: a result with a smaller subregion has transparent pixels around it.
+int FilterReader::InWholeRegion(int input) {
+    if (input < 0) return input;
+    const ORVMathBox2D& known = made_->steps[static_cast<std::size_t>(input)].subregion;
+    const ORVMathBox2D whole = region_.Box();
+    const bool isWhole = known.xMin <= whole.xMin && known.xMax >= whole.xMax && known.yMin <= whole.yMin &&
+                         known.yMax >= whole.yMax;
+    return isWhole ? input : AddStep(ORVFilterPass{}, {input}, false, whole);
+}
+
 void FilterReader::AddPrimitive(ElementIndex element) {
     const Tag tag = document_[element].tag;
     std::vector<int> inputs;
@@ -166,6 +176,9 @@ void FilterReader::AddPrimitive(ElementIndex element) {
     const Rectangle subregion = FindSubregion(element);
     ORVFilterOperation operation = MakeOperation(element, subregion, inputs);
     if (std::holds_alternative<ORVFilterNothing>(operation)) inputs.clear();
+    if (std::holds_alternative<ORVFilterConvolution>(operation) ||
+        std::holds_alternative<ORVFilterLighting>(operation))
+        inputs.front() = InWholeRegion(inputs.front());
     ORVMathBox2D box;
     if (subregion.width > 0.0 && subregion.height > 0.0) {
         const ORVMathBox2D whole = region_.Box();

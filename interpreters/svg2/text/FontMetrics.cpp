@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreters/svg2/text/FontMetrics.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
+#include "interpreters/svg2/tree/DocumentFonts.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/glyph_picture.h"
 
@@ -28,6 +30,8 @@ FontMetrics ReadMetrics(const ORVFontFace& face) {
         metrics.underline = NumberAt(post.bytes, 8) / em - metrics.underlineThickness / 2.0;
     }
     if (const double height = NumberAt(os2.bytes, 86); height > 0.0) metrics.xHeight = height / em;
+    metrics.statedXHeight = std::max(NumberAt(os2.bytes, 86), 0.0) / em;
+    metrics.statedCapHeight = std::max(NumberAt(os2.bytes, 88), 0.0) / em;
     if (const double thickness = NumberAt(os2.bytes, 26); thickness > 0.0) {
         metrics.strikeoutThickness = thickness / em;
         metrics.strikeout = NumberAt(os2.bytes, 28) / em - metrics.strikeoutThickness / 2.0;
@@ -41,8 +45,8 @@ FontMetrics ReadMetrics(const ORVFontFace& face) {
 
 }  // namespace
 
-TextFont TextFonts::Find(const ORVFontQuery& query) {
-    const bool isLast = hasLast_ && query.families.data() == last_.families.data() &&
+TextFont TextFonts::Find(const ORVFontQuery& query, DocumentFonts* own) {
+    const bool isLast = hasLast_ && own == lastOwn_ && query.families.data() == last_.families.data() &&
                         query.families.size() == last_.families.size() && query.weight == last_.weight &&
                         query.isItalic == last_.isItalic && query.stretch == last_.stretch &&
                         (query.size == last_.size || !lastFont_.choice.dependsOnSize) &&
@@ -50,7 +54,9 @@ TextFont TextFonts::Find(const ORVFontQuery& query) {
                         query.variations.size() == last_.variations.size();
     if (isLast) return lastFont_;
     TextFont font;
-    font.choice = ORVChooseFont(query);
+    const OrderedFont* const brought = own ? own->Choose(query) : nullptr;
+    font.choice = brought ? brought->choice : ORVChooseFont(query);
+    if (brought) font.order = brought->order;
     const ORVFontFace* face = font.choice.face;
     if (face) {
         const auto [entry, isNew] = metrics_.try_emplace(face);
@@ -58,9 +64,65 @@ TextFont TextFonts::Find(const ORVFontQuery& query) {
         font.metrics = entry->second;
     }
     last_ = query;
+    lastOwn_ = own;
     lastFont_ = font;
     hasLast_ = true;
     return font;
+}
+
+namespace {
+
+/// The step of a character, in em.
+double WidthOf(const ORVFontFace* face, char32_t c, double byDefault) {
+    const std::uint32_t glyph = face ? face->GetGlyph(c) : 0;
+    return glyph == 0 ? byDefault : face->GetAdvance(glyph);
+}
+
+/// Finds out how high an outline reaches.
+class HighestPoint final : public ORVGlyphOutlineSink {
+public:
+    double GetHeight() const { return height_; }
+    void MoveTo(double /*x*/, double y) override { height_ = std::max(height_, y); }
+    void LineTo(double /*x*/, double y) override { height_ = std::max(height_, y); }
+    void QuadTo(double /*controlX*/, double /*controlY*/, double x, double y) override { LineTo(x, y); }
+    void CubicTo(double /*control1X*/, double /*control1Y*/, double /*control2X*/, double /*control2Y*/,
+                 double x, double y) override {
+        LineTo(x, y);
+    }
+    void Close() override {}
+
+private:
+    double height_ = 0.0;
+};
+
+/// What the font states, else how high a letter stands, in em.
+double HeightOf(const ORVFontFace* face, double stated, char32_t letter, double byDefault) {
+    if (stated > 0.0 || !face) return stated > 0.0 ? stated : byDefault;
+    const std::uint32_t glyph = face->GetGlyph(letter);
+    HighestPoint highest;
+    if (glyph == 0 || !face->DrawGlyph(glyph, 1.0, highest) || highest.GetHeight() <= 0.0) return byDefault;
+    return highest.GetHeight();
+}
+
+}  // namespace
+
+void TextFonts::Adjust(const FontSizeAdjustment& adjustment, TextFont& font) {
+    using Measure = FontSizeAdjustment::Measure;
+    constexpr char32_t kIdeograph = U'\u6C34';
+    const ORVFontFace* const face = font.choice.face;
+    const FontMetrics& metrics = font.metrics;
+    double measure = 0.0;
+    switch (adjustment.measure) {
+        case Measure::kExHeight: measure = HeightOf(face, metrics.statedXHeight, U'x', 0.5); break;
+        case Measure::kCapHeight:
+            measure = HeightOf(face, metrics.statedCapHeight, U'H', metrics.ascent);
+            break;
+        case Measure::kZeroWidth: measure = WidthOf(face, U'0', 0.5); break;
+        case Measure::kIdeographWidth: measure = WidthOf(face, kIdeograph, 1.0); break;
+    }
+    // What a font says is not to be trusted with sizes beyond those that it may mean.
+    constexpr double kLeast = 0.01;
+    font.enlargement = adjustment.value / std::max(measure, kLeast);
 }
 
 bool TextFonts::HasColours(const ORVFontFace& face) {

@@ -93,7 +93,7 @@ void TextContent::AddSpan(ElementIndex element, const Style& style, std::size_t 
         span.depth = around.depth + 1;
         span.isHidden = span.isHidden || around.isHidden;
     }
-    span.font = fonts_.Find(style);
+    span.font = fonts_.Find(style, scene_.GetFonts());
     span.shift += ShiftOf(span);
     if (scene_.GetDocument()[element].tag == Tag::kTextPath) AddRail(span);
     spans_.push_back(span);
@@ -238,8 +238,8 @@ double TextContent::ShiftOf(const TextSpan& span) const {
     const std::string_view text = style.baselineShift;
     if (text.empty() || scene_.GetDocument()[span.element].tag == Tag::kText) return 0.0;
     Length length;
-    if (EqualsIgnoringCase(text, "sub")) return -span.font.metrics.subscript * style.fontSize;
-    if (EqualsIgnoringCase(text, "super")) return span.font.metrics.superscript * style.fontSize;
+    if (EqualsIgnoringCase(text, "sub")) return -span.font.metrics.subscript * span.FontSize();
+    if (EqualsIgnoringCase(text, "super")) return span.font.metrics.superscript * span.FontSize();
     if (!ReadLength(text, scene_.GetCascade().SizesOf(style), length)) return 0.0;
     return length.Resolve(style.fontSize);
 }

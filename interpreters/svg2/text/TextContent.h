@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -28,6 +29,9 @@ struct TextSpan {
     int depth = 0;                   ///< spans around it
     bool isHidden = false;           ///< not displayed: its characters only use up values of lists
     TextFont font;
+
+    /// Of its glyphs, in user units; not negative.
+    double FontSize() const { return std::max(style->fontSize, 0.0) * font.enlargement; }
 };
 
 /// A character that is left once white space has been collapsed.

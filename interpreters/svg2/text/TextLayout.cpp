@@ -23,11 +23,12 @@ ORVMathAffine2D LineUp() { return {1.0, 0.0, 0.0, -1.0, 0.0, 0.0}; }
 /// How far above the baseline the middle of the em box lies.
 double MiddleOf(const TextSpan& span) {
     const FontMetrics& metrics = span.font.metrics;
-    return (metrics.ascent - metrics.descent) / 2.0 * span.style->fontSize;
+    return (metrics.ascent - metrics.descent) / 2.0 * span.FontSize();
 }
 
 /// How far below the line the alphabetic baseline of a style lies, where another one lies on the line.
-double BaselineDrop(const Style& style, const FontMetrics& metrics) {
+double BaselineDrop(const Style& style, const TextFont& font) {
+    const FontMetrics& metrics = font.metrics;
     const bool isAligned = style.alignmentBaseline != Baseline::kAuto;
     double em = 0.0;
     switch (isAligned ? style.alignmentBaseline : style.dominantBaseline) {
@@ -40,7 +41,7 @@ double BaselineDrop(const Style& style, const FontMetrics& metrics) {
         case Baseline::kTextAfterEdge: em = -metrics.descent; break;
         default: break;
     }
-    return em * style.fontSize;
+    return em * style.fontSize * font.enlargement;
 }
 
 }  // namespace
@@ -170,7 +171,7 @@ void TextLayout::PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMa
 // ---- segments ----
 
 double TextLayout::DropOf(const TextSpan& span) const {
-    return BaselineDrop(*span.style, span.font.metrics) - span.shift;
+    return BaselineDrop(*span.style, span.font) - span.shift;
 }
 
 bool TextLayout::ContinuesSegment(const TextCluster& cluster, const Spot& spot) const {
@@ -294,8 +295,8 @@ void TextLayout::EndSegment() {
     const TextSpan& span = content_.GetSpans()[segment.span];
     segment.text = content_.GetBytes(firstCharacter_, endCharacter_);
     segment.layout.advance = segment.advance;
-    segment.layout.ascent = span.font.metrics.ascent * span.style->fontSize;
-    segment.layout.descent = span.font.metrics.descent * span.style->fontSize;
+    segment.layout.ascent = span.font.metrics.ascent * span.FontSize();
+    segment.layout.descent = span.font.metrics.descent * span.FontSize();
     const auto offsetOf = [&](std::size_t character) {
         return static_cast<std::uint32_t>(content_.GetBytes(firstCharacter_, character).size());
     };
@@ -312,7 +313,7 @@ void TextLayout::EndSegment() {
 
 ORVMathBox2D TextLayout::BoxOf(const TextSegment& segment) const {
     const TextSpan& span = content_.GetSpans()[segment.span];
-    const double size = span.style->fontSize;
+    const double size = span.FontSize();
     const FontMetrics& metrics = span.font.metrics;
     return MapBox(segment.line, {0.0, segment.advance, -metrics.descent * size, metrics.ascent * size});
 }

@@ -185,12 +185,14 @@ const ORVShapingFont* TextRuns::MakeFont(const TextSpan& span, FontKind kind) {
     OwnFont font;
     AddFeatures(*span.style, font.own);
     font.face = span.font.choice.face;
-    font.size = std::max(span.style->fontSize, 0.0) * (kind == kSmallCapital ? kSmallCapitalSize : 1.0);
+    font.size = span.FontSize() * (kind == kSmallCapital ? kSmallCapitalSize : 1.0);
     font.isVertical = kind == kUpright;
+    font.order = span.font.order;
     font.isToBeThickened = span.font.choice.weight == kThick;
     const auto isSame = [&](const ORVShapingFont* other) {
-        return other && other->face == font.face && other->size == font.size &&
-               other->isVertical == font.isVertical && other->isToBeThickened == font.isToBeThickened &&
+        return other && other->face == font.face && other->order.data() == font.order.data() &&
+               other->size == font.size && other->isVertical == font.isVertical &&
+               other->isToBeThickened == font.isToBeThickened &&
                std::equal(font.own.begin(), font.own.end(), other->features.begin(), other->features.end());
     };
     if (!parts_.empty() && isSame(parts_.back().font)) return parts_.back().font;

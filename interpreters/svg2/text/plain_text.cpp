@@ -55,7 +55,7 @@ void TextLayout::AddPlain(const ORVShapedText& shaped, std::size_t first, std::s
         return first + i < end ? characters[first + i].offset - start
                                : static_cast<std::uint32_t>(segment.text.size());
     };
-    const double size = std::max(span.style->fontSize, 0.0);
+    const double size = span.FontSize();
     for (const ORVShapedRun& from : shaped.runs) {
         if (!(size > 0.0)) break;
         ORVGlyphRun& run = segment.layout.runs.emplace_back();
@@ -88,8 +88,8 @@ void TextLayout::AddPlain(const ORVShapedText& shaped, std::size_t first, std::s
         }
     }
     segment.layout.advance = segment.advance;
-    segment.layout.ascent = span.font.metrics.ascent * span.style->fontSize;
-    segment.layout.descent = span.font.metrics.descent * span.style->fontSize;
+    segment.layout.ascent = span.font.metrics.ascent * span.FontSize();
+    segment.layout.descent = span.font.metrics.descent * span.FontSize();
 }
 
 void TextLayout::PlacePlain(double advance) {

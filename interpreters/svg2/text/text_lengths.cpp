@@ -98,6 +98,8 @@ void TextLayout::FitLength(const TextSpan& span, std::uint32_t number) {
     const std::string_view adjust =
         content_.GetScene().GetDocument().ValueOf(span.element, Name::kLengthAdjust);
     if (adjust == "spacingAndGlyphs") {
+        // Glyphs without any width would be lost: renderers draw them as they are.
+        if (!(wanted > 0.0)) return;
         const double scale = std::max(wanted / natural, kLeastScale);
         for (const std::uint32_t i : numbers) {
             clusters[i].scale *= scale;

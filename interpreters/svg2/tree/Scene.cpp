@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "interpreters/svg2/tree/DocumentFonts.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "interpreters/svg2/values/transform.h"
 
@@ -22,6 +23,15 @@ ORVMathAffine2D PlaceOf(const Scene& scene, ElementIndex element, const Style& s
 }  // namespace
 
 double Viewport::Diagonal() const { return std::sqrt((width * width + height * height) / 2.0); }
+
+Scene::Scene(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work)
+    : document_(document),
+      cascade_(document, medium, std::move(work)),
+      fonts_(cascade_.GetSheets().GetFontFaces().empty()
+                 ? nullptr
+                 : std::make_unique<DocumentFonts>(cascade_.GetSheets().GetFontFaces())) {}
+
+Scene::~Scene() = default;
 
 double Scene::BaseOf(const Viewport& viewport, Axis axis) {
     switch (axis) {

@@ -17,6 +17,8 @@
 
 namespace svg2 {
 
+class DocumentFonts;
+
 /// Sizes that percentages refer to, in user units.
 struct Viewport {
     double width = 0.0, height = 0.0;
@@ -41,12 +43,15 @@ public:
 class Scene {
 public:
     /// @param work  that the scene shares with others; null for its own
-    Scene(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr)
-        : document_(document), cascade_(document, medium, std::move(work)) {}
+    Scene(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr);
+    ~Scene();
 
     const Document& GetDocument() const { return document_; }
     Cascade& GetCascade() { return cascade_; }
     const Cascade& GetCascade() const { return cascade_; }
+
+    /// The fonts that the document brings; null for none.
+    DocumentFonts* GetFonts() const { return fonts_.get(); }
 
     /// The style of an element where it stands, as those have it that are drawn from elsewhere: it inherits
     /// from its own parents. Kept, so to be asked for definitions, not for content.
@@ -99,6 +104,7 @@ private:
     const Document& document_;
     ElementBoxes* boxes_ = nullptr;
     Cascade cascade_;
+    const std::unique_ptr<DocumentFonts> fonts_;
     std::unordered_map<ElementIndex, std::unique_ptr<Style>> stylesInPlace_;
     std::unordered_map<ElementIndex, ElementIndex> childrenOfSwitches_;
 };

@@ -405,7 +405,8 @@ bool TakeColour(Scanner& scanner, Colour& colour) {
     const std::string_view name = scanner.TakeName();
     std::string_view arguments;
     if (scanner.Peek() == '(') {
-        if (scanner.TakeParentheses(arguments) && ReadColourFunction(name, arguments, colour)) return true;
+        if (scanner.TakeParenthesesOrRest(arguments) && ReadColourFunction(name, arguments, colour))
+            return true;
     } else if (EqualsIgnoringCase(name, "transparent")) {
         colour = {0, 0, 0, 0.0F};
         return true;

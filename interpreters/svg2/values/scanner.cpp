@@ -74,6 +74,14 @@ bool Scanner::TakeParentheses(std::string_view& inside) {
     return false;
 }
 
+bool Scanner::TakeParenthesesOrRest(std::string_view& inside) {
+    if (TakeParentheses(inside)) return true;
+    if (!Take('(')) return false;
+    inside = Rest();
+    position_ = text_.size();
+    return true;
+}
+
 std::string_view Scanner::TakeUntil(std::string_view ends) {
     const std::size_t start = position_;
     int depth = 0;

@@ -59,6 +59,8 @@ public:
     /// What stands between an opening parenthesis that comes next and the one that closes it, strings and
     /// inner parentheses respected. @return false when none comes next, or it is not closed
     bool TakeParentheses(std::string_view& inside);
+    /// The same, but the end of the text closes what is open, as that of a value does.
+    bool TakeParenthesesOrRest(std::string_view& inside);
     /// All up to the first of `ends` that stands outside of strings, escapes, parentheses and blocks, or to
     /// the end.
     std::string_view TakeUntil(std::string_view ends);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/system/ORVBaseObject.h"
@@ -44,7 +45,9 @@ struct ORVFontSubset {
 /// the process; equal pointers mean equal faces. Open files and tables are loaded when they are needed. Where
 /// the file went away or cannot be used, numbers are about those of usual fonts, there is no glyph and no
 /// table. When out of memory, std::bad_alloc is thrown.
-class ORV_PLATFORM_EXPORT ORVFontFace {
+///
+/// Faces of fonts that a document brings are the exception: they live as long as somebody shares them.
+class ORV_PLATFORM_EXPORT ORVFontFace : public std::enable_shared_from_this<ORVFontFace> {
 public:
     /// Width, in em, of the stroke that generators draw around the glyphs of a run marked syntheticBold.
     static constexpr double kSyntheticBoldStroke = 0.03;
@@ -52,7 +55,14 @@ public:
     ORVFontFace(const ORVFontFace&) = delete;
     ORVFontFace& operator=(const ORVFontFace&) = delete;
 
-    /// Path of the font file.
+    /// Keeps a face that a document brings; null for others, which live as long as the process.
+    std::shared_ptr<const ORVFontFace> Share() const { return weak_from_this().lock(); }
+    /// Whether a document brings the face. Only such faces may be gone once nobody shares them.
+    bool IsOfDocument() const { return !weak_from_this().expired(); }
+    /// The font file of a face that a document brings, unpacked; empty for others. As long as the face.
+    virtual std::string_view GetDocumentBytes() const { return {}; }
+
+    /// Path of the font file; empty where a document brings it.
     const std::string& GetFilePath() const { return description_.path; }
     /// Number of the face in its file, from 0.
     unsigned int GetFaceIndex() const { return description_.index; }
@@ -115,4 +125,18 @@ protected:
 
 private:
     Description description_;
+};
+
+/// Keeps the faces that documents bring, for those who remember faces.
+class ORVKeptFaces {
+public:
+    /// Keeps a face, if it needs that.
+    void Keep(const ORVFontFace& face) {
+        if (face.IsOfDocument()) faces_.insert(face.Share());
+    }
+    /// Lets all go.
+    void Clear() { faces_.clear(); }
+
+private:
+    std::unordered_set<std::shared_ptr<const ORVFontFace>> faces_;
 };

@@ -24,6 +24,9 @@ struct ORVShapingFont {
     bool isVertical = false;            ///< glyphs stand one below the other
     bool isToBeThickened = false;       ///< where the face is not bold
     std::span<const ORVFontFeature> features;
+    /// Where a document brings fonts: all faces, this one among them, in the order in which characters are
+    /// looked for in them. The last one stands for those that none has. Otherwise none.
+    std::span<const ORVFontFace* const> order = {};
 };
 
 /// A part of a text that has one font. Letters join and are kerned within a part.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@
 
 class ORVFont;
 class ORVFontFace;
+class ORVGlyphPaintSink;
+struct ORVDocumentFont;
 struct ORVFontChoice;
 struct ORVFontQuery;
 struct ORVGlyphColour;
@@ -22,6 +25,7 @@ struct ORVShapingPart;
 struct ORVTextExtent;
 struct ORVTextLayout;
 struct ORVTextStyle;
+struct ORVVariedDocumentFace;
 
 /// A font of the catalogue with its names. Belongs to the catalogue.
 struct ORVFontRecord {
@@ -66,6 +70,12 @@ public:
     [[nodiscard]] virtual bool HasColours(const ORVFontFace& face) = 0;
     [[nodiscard]] virtual std::vector<ORVGlyphLayer> FindGlyphLayers(const ORVFontFace& face,
                                                                      std::uint32_t glyph) = 0;
+    /// See ORVPaintGlyph; without a sink, only the answer counts.
+    [[nodiscard]] virtual bool PaintGlyph(const ORVFontFace& face, std::uint32_t glyph,
+                                          ORVGlyphPaintSink* sink) = 0;
+    /// See ORVOpenDocumentFont and ORVVaryDocumentFont.
+    [[nodiscard]] virtual std::shared_ptr<const ORVFontFace> Open(ORVDocumentFont font) = 0;
+    [[nodiscard]] virtual ORVVariedDocumentFace Vary(const ORVFontFace& face, const ORVFontQuery& query) = 0;
     [[nodiscard]] virtual bool HasFeature(const ORVFontFace& face, std::uint32_t tag) = 0;
 
 protected:

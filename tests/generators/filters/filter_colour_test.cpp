@@ -145,7 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TransferCase{"LinearBelow0", Linear(-5.0, 0.1), 0.4, 0.0},
                     TransferCase{"Gamma", Gamma(2.0, 3.0, 0.1), 0.5, 0.35},
                     TransferCase{"GammaOf0", Gamma(1.0, 0.0, 0.0), 0.0, 1.0},
-                    TransferCase{"GammaWithoutEnd", Gamma(1.0, -1.0, 0.0), 0.0, 0.0},
+                    TransferCase{"GammaWithoutEnd", Gamma(1.0, -1.0, 0.0), 0.0, 1.0},
                     TransferCase{"NoNumbers", Linear(kNoNumber, 0.0), 0.5, 0.0},
                     TransferCase{"NoNumbersInATable", Values(kTable, {kNoNumber, INFINITY}), 0.5, 0.0}),
     kNameOfRow);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "generators/common/generator_status.h"
+#include "platform/print/unseen_text.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/platform/print/recording_generator.h"
 
@@ -51,7 +52,9 @@ public:
     }
     int EndTiles() override { return Add("end tiles"); }
     int DrawShape(const ORVPrintShape& /*shape*/) override { return Add("shape"); }
-    int DrawText(const ORVPrintText& /*text*/) override { return Add("text"); }
+    int DrawText(const ORVPrintText& text) override {
+        return Add(text.fill || text.stroke ? "text" : "unseen " + std::string(text.text));
+    }
     int DrawImage(const ORVPrintImage& image) override {
         const auto pixels = image.image.GetPixels();
         images.push_back(
@@ -147,6 +150,32 @@ TEST_F(ORVFilterImagesTest, ContentBecomesOneImageOfTheDevicesPixels) {
     EXPECT_EQ(map.dx * 2.0, std::floor(map.dx * 2.0));
     EXPECT_EQ(map.m11 * 2.0, page_.images.front().width);
     EXPECT_EQ(map.m12, 0.0);
+}
+
+TEST_F(ORVFilterImagesTest, TextInFiltersStaysToBeFoundWhereTheFormatCanSaySo) {
+    const auto draw = [&] {
+        Begin();
+        BeginFilter({Step(ORVFilterOffset{1, 0})});
+        ASSERT_EQ(WriteText(*stage_, "seen", 10.0, 50.0), 1);
+        BeginFilter({Step(ORVFilterOffset{1, 0})});
+        ASSERT_EQ(WriteText(*stage_, "within", 10.0, 80.0), 1);
+        EndFilter();
+        ORVPrintLayer layer;
+        layer.hasMask = true;
+        layer.box = {0, 100, 0, 100};
+        ASSERT_EQ(stage_->BeginLayer(layer), 1);
+        ASSERT_EQ(stage_->BeginMask({ORVPrintMask::Kind::kOpacity, layer.box}), 1);
+        ASSERT_EQ(WriteText(*stage_, "mask", 10.0, 20.0), 1);
+        ASSERT_EQ(stage_->EndMask(), 1);
+        ASSERT_EQ(stage_->EndLayer(), 1);
+        EndFilter();
+    };
+    draw();
+    EXPECT_THAT(page_.lines, ElementsAre("image")) << "others get no text";
+    page_.lines.clear();
+    page_.powers |= kUnseenText;
+    draw();
+    EXPECT_THAT(page_.lines, ElementsAre("image", "unseen seen", "unseen within"));
 }
 
 TEST_F(ORVFilterImagesTest, ImagesAreCutToWhatShows) {

@@ -28,6 +28,19 @@ TEST(PdfFontsTest, TextCanBeSearched) {
     for (const char* expected : {"Office fi", "Größe 漢", "שלום"}) EXPECT_THAT(text, HasSubstr(expected));
 }
 
+TEST(PdfFontsTest, TextWithoutPaintsIsFoundAndNotSeen) {
+    DrawnPdf document;
+    document.BeginPage();
+    const ORVTextLayout layout = ORVLayoutText("unseen", {});
+    EXPECT_EQ(document.Get().DrawText({layout, "unseen", {1.0, 0.0, 0.0, -1.0, 10.0, 50.0}}), 1);
+    document.EndPage();
+    document.Finish();
+    EXPECT_THAT(document.Text(), HasSubstr("unseen"));
+    const std::string pixels = document.Pixels();
+    constexpr std::size_t kHead = 15;
+    EXPECT_EQ(pixels.find_first_not_of('\xFF', kHead), std::string::npos);
+}
+
 TEST(PdfFontsTest, TextThatIsNoTextDoesNotDisturb) {
     DrawnPdf document;
     document.BeginPage(400.0, 200.0);

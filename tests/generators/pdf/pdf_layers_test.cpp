@@ -10,6 +10,7 @@
 
 #include "generators/common/generator_status.h"
 #include "generators/pdf/pdf_parts.h"
+#include "platform/print/unseen_text.h"
 #include "tests/generators/limited_output.h"
 #include "tests/generators/pdf/drawn_page.h"
 #include "tests/support/named_rows.h"
@@ -450,7 +451,8 @@ TEST(PdfGeneratorPowersTest, AllIsSaidNatively) {
     EXPECT_EQ(ORVPdfGenerator(output).GetPowers(),
               static_cast<unsigned int>(ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths |
                                         ORVPrintGenerator::kLayers | ORVPrintGenerator::kBlendModes |
-                                        ORVPrintGenerator::kMasks | ORVPrintGenerator::kContentLayers));
+                                        ORVPrintGenerator::kMasks | ORVPrintGenerator::kContentLayers |
+                                        kUnseenText));
 }
 
 }  // namespace

@@ -183,7 +183,7 @@ TEST(SvgFontTest, StatesTheNearestWeight) {
                            Row{20, false, " font-weight=\"100\""}, Row{1000, false, " font-weight=\"900\""},
                            Row{400, true, " font-weight=\"bold\""}}) {
         std::string text;
-        AppendSvgFont(text, NamedFace(row.weight), 10.0, row.isBold);
+        AppendSvgFont(text, NamedFace(row.weight), "", 10.0, row.isBold);
         EXPECT_EQ(text, " font-family=\"Own,sans-serif\" font-size=\"10\"" + std::string(row.stated))
             << row.weight;
     }

@@ -194,6 +194,15 @@ TEST(PrimitiveClassesTest, ContainersAreThoseThatHaveChildren) {
         "ORVPrtSymbolElt ");
 }
 
+// Of drawings with millions of shapes, memory is what these take.
+TEST(PrimitiveClassesTest, HoldNoBytesBetweenTheirMembers) {
+    constexpr std::size_t kWord = 8, kPrimitive = 4 * kWord, kPoint = 2 * kWord, kSets = 3 * kWord;
+    EXPECT_EQ(sizeof(ORVPrtRectangleElt), kPrimitive + kSets + 2 * kPoint);
+    EXPECT_EQ(sizeof(ORVPrtCircleElt), kPrimitive + kSets + kPoint + kWord);
+    EXPECT_EQ(sizeof(ORVPrtPolygonElt), kPrimitive + kSets + 3 * kWord);
+    EXPECT_EQ(sizeof(ORVPrtLineElt), kPrimitive + 2 * kWord + 2 * kPoint);
+}
+
 TEST(PrimitiveTreeTest, DuplicatesOfEveryClassKeepClassNamesAndSets) {
     ORVPrtStrokeAttributes stroke;
     stroke.SetStrokeWidth(7.0);

@@ -51,6 +51,10 @@ bool IsSpaceVariant(char32_t c) {
     return c == 0xA0 || (c >= 0x2000 && c <= 0x200A) || c == 0x202F || c == 0x205F;
 }
 
+bool HasCharacter(const FileFace& face, char32_t c) {
+    return face.GetGlyph(c) != 0 || (IsSpaceVariant(c) && face.GetGlyph(' ') != 0);
+}
+
 bool IsMark(char32_t c) {
     if (c < 0x300) return false;
     switch (hb_unicode_general_category(hb_unicode_funcs_get_default(), c)) {
@@ -190,8 +194,16 @@ void Shaper::FindScripts() {
     }
 }
 
-const FileFace& Shaper::FaceFor(const FileFace& base, char32_t c) {
-    if (base.GetGlyph(c) || (IsSpaceVariant(c) && base.GetGlyph(' '))) return base;
+const FileFace& Shaper::FaceFor(const ShapingFont& font, char32_t c) {
+    if (font.order.empty()) return InstalledFaceFor(*font.face, c);
+    for (const FileFace* face : font.order)
+        if (HasCharacter(*face, c)) return *face;
+    const FileFace& last = *font.order.back();
+    return last.IsOfDocument() ? *font.face : InstalledFaceFor(last, c);
+}
+
+const FileFace& Shaper::InstalledFaceFor(const FileFace& base, char32_t c) {
+    if (HasCharacter(base, c)) return base;
     constexpr char32_t kFirstEmoji = 0x1F000;
     const FileFace* other = nullptr;
     if (takesColours_ && c >= kFirstEmoji) other = fallback_.FindColoured(c);
@@ -211,9 +223,9 @@ void Shaper::FindFaces(std::span<const ShapingPart> parts) {
     for (std::size_t i = 0; i < text_.characters.size(); ++i) {
         const char32_t c = text_.characters[i];
         while (part->end <= i) ++part;
-        const FileFace& base = *part->font->face;
+        const ShapingFont& font = *part->font;
         if (IsInvisible(c)) {
-            text_.faces[i] = i > 0 ? text_.faces[i - 1] : &base;
+            text_.faces[i] = i > 0 ? text_.faces[i - 1] : font.face;
             text_.marksBefore[i] = marks++;
             continue;
         }
@@ -222,16 +234,16 @@ void Shaper::FindFaces(std::span<const ShapingPart> parts) {
         if (!isMark) marks = 0;
         if (i == 0 || !isMark) {
             clusterStart = i;
-            text_.faces[i] = &FaceFor(base, c);
+            text_.faces[i] = &FaceFor(font, c);
             continue;
         }
         text_.faces[i] = text_.faces[i - 1];
-        if (!text_.faces[i]->GetGlyph(c)) TakeMarksFace(clusterStart, i, base);
+        if (!text_.faces[i]->GetGlyph(c)) TakeMarksFace(clusterStart, i, font);
     }
 }
 
-void Shaper::TakeMarksFace(std::size_t clusterStart, std::size_t mark, const FileFace& base) {
-    const FileFace& other = FaceFor(base, text_.characters[mark]);
+void Shaper::TakeMarksFace(std::size_t clusterStart, std::size_t mark, const ShapingFont& font) {
+    const FileFace& other = FaceFor(font, text_.characters[mark]);
     // Clusters are short; of a run of hundreds of marks the first decide.
     constexpr std::size_t kLongestCluster = 16;
     const std::size_t length = mark - clusterStart;

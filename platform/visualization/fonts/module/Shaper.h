@@ -19,6 +19,7 @@ struct ShapingFont {
     const FileFace* face = nullptr;
     bool isVertical = false;  ///< glyphs stand one below the other
     std::span<const hb_feature_t> features;
+    std::span<const FileFace* const> order = {};  ///< see ORVShapingFont
 };
 
 /// Text up to a place, set in one font. Letters join and are kerned within a part only.
@@ -88,9 +89,10 @@ private:
     void FindLevels(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs);
     void FindLevels(std::size_t first, std::size_t end, bool isRightToLeft);
     void FindScripts();
-    const FileFace& FaceFor(const FileFace& base, char32_t c);
+    const FileFace& FaceFor(const ShapingFont& font, char32_t c);
+    const FileFace& InstalledFaceFor(const FileFace& base, char32_t c);
     void FindFaces(std::span<const ShapingPart> parts);
-    void TakeMarksFace(std::size_t clusterStart, std::size_t mark, const FileFace& base);
+    void TakeMarksFace(std::size_t clusterStart, std::size_t mark, const ShapingFont& font);
     bool IsLongRun(std::size_t i) const;
     void MakeItems(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs);
     void ShapeItem(ShapedItem& item);

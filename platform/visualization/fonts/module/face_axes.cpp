@@ -144,24 +144,32 @@ void ApplyAxes(hb_font_t* font, const std::vector<double>& values) {
     hb_font_set_variations(font, variations.data(), static_cast<unsigned int>(variations.size()));
 }
 
-VariedFace VaryFace(const FileFace& face, const ORVFontQuery& query) {
-    VariedFace varied{&face};
+AxisValues FindAxisValues(const FileFace& face, const ORVFontQuery& query,
+                          FileFace::Description& description) {
+    AxisValues found;
     hb_font_t* const font = face.GetHarfBuzzFont();
-    if (!font) return varied;
+    if (!font) return found;
     const std::vector<hb_ot_var_axis_info_t> axes = AxesOf(hb_font_get_face(font));
-    if (axes.empty()) return varied;
-    const std::vector<double> values = ValuesFor(axes, query);
-    varied.dependsOnSize = HasAxis(axes, kOpticalSize);
-    varied.isSlanted = ValueOf(kItalic, axes, values, 0.0) > 0.0 || ValueOf(kSlant, axes, values, 0.0) < 0.0;
-    const bool isDefault =
+    if (axes.empty()) return found;
+    std::vector<double>& values = found.values = ValuesFor(axes, query);
+    found.dependsOnSize = HasAxis(axes, kOpticalSize);
+    found.isSlanted = ValueOf(kItalic, axes, values, 0.0) > 0.0 || ValueOf(kSlant, axes, values, 0.0) < 0.0;
+    found.isDefault =
         std::equal(values.begin(), values.end(), axes.begin(),
                    [](double value, const auto& axis) { return value == double(axis.default_value); });
-    if (isDefault) return varied;
-    static auto* const faces = new VariedFaces;
-    FileFace::Description description = face.GetDescription();
+    if (found.isDefault) return found;
     description.weight = static_cast<int>(std::lround(ValueOf(kWeight, axes, values, description.weight)));
-    description.isItalic = description.isItalic || varied.isSlanted;
+    description.isItalic = description.isItalic || found.isSlanted;
     description.variations = TextOf(axes, values);
-    varied.face = &faces->Find(face, std::move(description), values);
+    return found;
+}
+
+VariedFace VaryFace(const FileFace& face, const ORVFontQuery& query) {
+    FileFace::Description description = face.GetDescription();
+    const AxisValues axes = FindAxisValues(face, query, description);
+    VariedFace varied{&face, axes.isSlanted, axes.dependsOnSize};
+    if (axes.isDefault) return varied;
+    static auto* const faces = new VariedFaces;
+    varied.face = &faces->Find(face, std::move(description), axes.values);
     return varied;
 }

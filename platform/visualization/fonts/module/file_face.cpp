@@ -2,6 +2,7 @@
 #include "platform/visualization/fonts/module/file_face.h"
 
 #include <hb-ft.h>
+#include <hb-ot.h>
 
 #include FT_MULTIPLE_MASTERS_H
 
@@ -148,28 +149,42 @@ Answer OrElse(Answer otherwise, Question ask) {
 
 }  // namespace
 
+void FreeTypeFaceClose::operator()(FT_FaceRec_* face) const { CloseFreeTypeFace(face); }
+
+FreeTypeFace OpenFreeTypeFace(std::string_view bytes, unsigned int index) {
+    const std::lock_guard lock(freeTypeMutex);
+    FT_Face face = nullptr;
+    const FT_Error error =
+        FT_New_Memory_Face(TheFreeType(), reinterpret_cast<const FT_Byte*>(bytes.data()),
+                           static_cast<FT_Long>(bytes.size()), static_cast<FT_Long>(index), &face);
+    if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
+    return FreeTypeFace(error == 0 ? face : nullptr);
+}
+
+FileFace::FileFace(Description description, std::string bytes,
+                   std::vector<std::pair<char32_t, char32_t>> ranges)
+    : ORVFontFace(std::move(description)),
+      ranges_(std::move(ranges)),
+      file_(std::make_unique<FontFile>(FontFile::Bytes{std::move(bytes)})) {}
+
 FileFace::~FileFace() {
     if (freeType_) CloseFreeTypeFace(freeType_);
 }
 
 const FontFile& FileFace::File() const {
     if (base_) return base_->File();
-    fileLoaded_.Do([this] { file_ = std::make_unique<FontFile>(GetFilePath()); });
+    fileLoaded_.Do([this] {
+        if (!file_) file_ = std::make_unique<FontFile>(GetFilePath());
+    });
     return *file_;
 }
 
 FT_Face FileFace::OpenFreeType() const {
     const std::string_view bytes = File().GetBytes();
     MakeSureOfMemory();
-    const std::lock_guard lock(freeTypeMutex);
-    FT_Face face = nullptr;
-    const FT_Error error =
-        FT_New_Memory_Face(TheFreeType(), reinterpret_cast<const FT_Byte*>(bytes.data()),
-                           static_cast<FT_Long>(bytes.size()), static_cast<FT_Long>(GetFaceIndex()), &face);
-    if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
-    if (error != 0) return nullptr;
-    if (!axes_.empty()) SetAxes(face, axes_);
-    return face;
+    FreeTypeFace face = OpenFreeTypeFace(bytes, GetFaceIndex());
+    if (face && !axes_.empty()) SetAxes(face.get(), axes_);
+    return face.release();
 }
 
 /// The face of a TrueType or OpenType file, null for other formats. The file stays as long as the face.
@@ -209,7 +224,7 @@ void FileFace::LoadFont() const {
     File();
     MakeSureOfMemory();
     HbFont font = LoadOpenType();
-    if (!font) font = LoadOther();
+    if (!font && !GetFilePath().empty()) font = LoadOther();  // documents bring no other formats
     if (!font) return;
     hb_font_make_immutable(font.get());
     int horizontalScale = 0, verticalScale = 0;
@@ -270,7 +285,37 @@ double FileFace::GetDescent() const {
     return descent_;
 }
 
+std::string_view FileFace::GetDocumentBytes() const {
+    return IsOfDocument() ? File().GetBytes() : std::string_view();
+}
+
+bool FileFace::HasFeature(hb_tag_t tag) const {
+    // A drawing asks for few features of few faces.
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    for (const auto& [known, has] : features_)
+        if (known == tag) return has;
+    hb_face_t* const source = hb_font_get_face(GetHarfBuzzFont());
+    constexpr unsigned int kAtOnce = 64;
+    hb_tag_t tags[kAtOnce];
+    bool has = false;
+    for (unsigned int start = 0, count = kAtOnce; count == kAtOnce && !has; start += count) {
+        count = kAtOnce;
+        hb_ot_layout_table_get_feature_tags(source, HB_OT_TAG_GSUB, start, &count, tags);
+        has = std::find(tags, tags + count, tag) != tags + count;
+    }
+    features_.emplace_back(tag, has);
+    return has;
+}
+
+bool FileFace::IsFor(char32_t codePoint) const {
+    return ranges_.empty() || std::any_of(ranges_.begin(), ranges_.end(), [&](const auto& range) {
+               return range.first <= codePoint && codePoint <= range.second;
+           });
+}
+
 std::uint32_t FileFace::GetGlyph(char32_t codePoint) const {
+    if (!IsFor(codePoint)) return 0;
     hb_codepoint_t glyph = 0;
     hb_font_t* const font = FindFont();
     return font && hb_font_get_nominal_glyph(font, codePoint, &glyph) ? glyph : 0;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,14 @@ struct HbDestroy {
 using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<hb_blob_destroy>>;
 using HbFace = std::unique_ptr<hb_face_t, HbDestroy<hb_face_destroy>>;
 using HbFont = std::unique_ptr<hb_font_t, HbDestroy<hb_font_destroy>>;
+
+/// Closes a face of FreeType, which takes one thread at a time.
+struct FreeTypeFaceClose {
+    void operator()(FT_FaceRec_* face) const;
+};
+using FreeTypeFace = std::unique_ptr<FT_FaceRec_, FreeTypeFaceClose>;
+/// Opens a face of bytes that stay as long as it. @return null where there is none that can be used
+FreeTypeFace OpenFreeTypeFace(std::string_view bytes, unsigned int index);
 
 /// Something that is done once, by the first thread that wants it done. What throws has done nothing, and is
 /// tried again. No exception passes through the C library, as it would with std::call_once: that takes an
@@ -55,7 +64,14 @@ public:
     /// Another look of a face that varies, which lives as long.
     /// @param axes  a value for each axis of the font, in its order
     FileFace(const FileFace& base, Description description, std::vector<double> axes)
-        : ORVFontFace(std::move(description)), base_(&base), axes_(std::move(axes)) {}
+        : ORVFontFace(std::move(description)),
+          base_(&base),
+          keptBase_(base.Share()),
+          ranges_(base.ranges_),
+          axes_(std::move(axes)) {}
+    /// A face of a font that a document brings.
+    /// @param ranges  see ORVDocumentFont
+    FileFace(Description description, std::string bytes, std::vector<std::pair<char32_t, char32_t>> ranges);
     ~FileFace() override;
 
     unsigned int GetUnitsPerEm() const override;
@@ -67,6 +83,9 @@ public:
     ORVFontBytes GetTable(std::string_view name) const override;
     ORVFontSubset MakeSubset(const std::vector<std::uint32_t>& glyphs, std::string_view table) const override;
     FT_FaceRec_* GetFreeTypeFace() const override;
+    std::string_view GetDocumentBytes() const override;
+    /// Whether a face has a feature for some script; answers are kept.
+    bool HasFeature(hb_tag_t tag) const;
 
     /// HarfBuzz's object, which says itself how many of its units make an em (hb_font_get_scale). Throws
     /// FontFailure where the file cannot be opened. @return null when it holds no font that can be used
@@ -81,12 +100,15 @@ public:
 private:
     hb_font_t* FindFont() const;
     const FontFile& File() const;
+    bool IsFor(char32_t codePoint) const;
     FT_Face OpenFreeType() const;
     HbFont LoadOpenType() const;
     HbFont LoadOther() const;
     void LoadFont() const;
 
-    const FileFace* const base_ = nullptr;  // that has the file, if not this
+    const FileFace* const base_ = nullptr;               // that has the file, if not this
+    const std::shared_ptr<const ORVFontFace> keptBase_;  // where a document brings it
+    const std::vector<std::pair<char32_t, char32_t>> ranges_;
     const std::vector<double> axes_;
     mutable OnceDone fileLoaded_, fontLoaded_, freeTypeLoaded_;
     mutable std::unique_ptr<const FontFile> file_;
@@ -95,4 +117,5 @@ private:
     mutable double unitsPerEm_ = 1000.0;  // of the HarfBuzz font's scale
     mutable double ascent_ = 0.8, descent_ = 0.2;
     mutable std::vector<std::pair<hb_script_t, hb_direction_t>> prepared_;
+    mutable std::vector<std::pair<hb_tag_t, bool>> features_;  // that were asked for
 };

@@ -2,14 +2,21 @@
 
 // What the module exports: the font system of the process.
 
+#include <memory>
+#include <utility>
+
+#include "platform/visualization/fonts/ORVDocumentFont.h"
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/font_system.h"
+#include "platform/visualization/fonts/module/document_font.h"
+#include "platform/visualization/fonts/module/face_axes.h"
 #include "platform/visualization/fonts/module/file_face.h"
 #include "platform/visualization/fonts/module/font_catalogue.h"
 #include "platform/visualization/fonts/module/font_choice.h"
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
 #include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/painted_glyphs.h"
 #include "platform/visualization/fonts/module/span_shaper.h"
 #include "platform/visualization/fonts/module/text_shaper.h"
 
@@ -74,6 +81,30 @@ public:
         const auto& file = static_cast<const FileFace&>(face);
         if (!NotingFailure([&] { layers = ::FindGlyphLayers(file, glyph); })) return {};
         return layers;
+    }
+    bool PaintGlyph(const ORVFontFace& face, std::uint32_t glyph, ORVGlyphPaintSink* sink) override {
+        bool isPainted = false;
+        const auto& file = static_cast<const FileFace&>(face);
+        return NotingFailure([&] { isPainted = ::PaintGlyph(file, glyph, sink); }) && isPainted;
+    }
+    std::shared_ptr<const ORVFontFace> Open(ORVDocumentFont font) override {
+        std::shared_ptr<const ORVFontFace> face;
+        if (!NotingFailure([&] { face = OpenDocumentFont(std::move(font)); })) return nullptr;
+        return face;
+    }
+    ORVVariedDocumentFace Vary(const ORVFontFace& face, const ORVFontQuery& query) override {
+        ORVVariedDocumentFace varied;
+        const bool isVaried = NotingFailure([&] {
+            const auto& file = static_cast<const FileFace&>(face);
+            FileFace::Description description = file.GetDescription();
+            AxisValues axes = FindAxisValues(file, query, description);
+            varied.isSlanted = axes.isSlanted;
+            varied.dependsOnSize = axes.dependsOnSize;
+            if (!axes.isDefault)
+                varied.face =
+                    std::make_shared<const FileFace>(file, std::move(description), std::move(axes.values));
+        });
+        return isVaried ? varied : ORVVariedDocumentFace();
     }
     bool HasFeature(const ORVFontFace& face, std::uint32_t tag) override {
         bool has = false;

@@ -94,7 +94,8 @@ bool HasColours(const FileFace& face) {
     hb_font_t* const font = face.GetHarfBuzzFont();
     if (!font) return false;
     hb_face_t* const source = hb_font_get_face(font);
-    return hb_ot_color_has_layers(source) != 0 || hb_ot_color_has_png(source) != 0;
+    return hb_ot_color_has_layers(source) != 0 || hb_ot_color_has_png(source) != 0 ||
+           !face.GetTable("COLR").bytes.empty();
 }
 
 std::vector<ORVGlyphLayer> FindGlyphLayers(const FileFace& face, std::uint32_t glyph) {

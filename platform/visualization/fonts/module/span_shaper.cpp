@@ -5,9 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
 #include <mutex>
-#include <utility>
 
 #include "platform/visualization/fonts/module/Shaper.h"
 #include "platform/visualization/fonts/module/file_face.h"
@@ -40,16 +38,18 @@ class Fonts {
 public:
     /// The parts in the shaper's form, one each.
     std::vector<ShapingPart> Convert(std::span<const ORVShapingPart> parts) {
-        std::size_t featureCount = 0, fontCount = 0;
+        std::size_t featureCount = 0, fontCount = 0, faceCount = 0;
         const ORVShapingFont* last = nullptr;
         for (const ORVShapingPart& part : parts) {
             if (part.font == last) continue;
             last = part.font;
             featureCount += last->features.size();
+            faceCount += last->order.size();
             ++fontCount;
         }
         features_.reserve(featureCount);  // views of it are handed out
         fonts_.reserve(fontCount);
+        faces_.reserve(faceCount);
         std::vector<ShapingPart> converted;
         converted.reserve(parts.size());
         last = nullptr;
@@ -66,6 +66,8 @@ private:
         ShapingFont& added = fonts_.emplace_back();
         added.face = &UsableFace(font.face);
         added.isVertical = font.isVertical;
+        for (const ORVFontFace* face : font.order) faces_.push_back(&UsableFace(face));
+        added.order = {faces_.data() + faces_.size() - font.order.size(), font.order.size()};
         const std::size_t first = features_.size();
         for (const ORVFontFeature& feature : font.features)
             features_.push_back({feature.tag, feature.value, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END});
@@ -73,6 +75,7 @@ private:
     }
 
     std::vector<hb_feature_t> features_;
+    std::vector<const FileFace*> faces_;
     std::vector<ShapingFont> fonts_;
 };
 
@@ -139,22 +142,4 @@ void FindClusterParts(std::u32string_view text, std::vector<bool>& isPart) {
     for (std::size_t i = 1; i < text.size(); ++i) isPart[i] = IsPartOfCluster(text[i - 1], text[i]);
 }
 
-bool HasFontFeature(const ORVFontFace& face, std::uint32_t tag) {
-    // A drawing asks for few features of few faces.
-    static std::mutex mutex;
-    static auto* const known = new std::map<std::pair<const ORVFontFace*, std::uint32_t>, bool>;
-    const std::lock_guard lock(mutex);
-    const std::pair question(&face, tag);
-    if (const auto answer = known->find(question); answer != known->end()) return answer->second;
-    hb_face_t* const source = hb_font_get_face(UsableFace(&face).GetHarfBuzzFont());
-    constexpr unsigned int kAtOnce = 64;
-    hb_tag_t tags[kAtOnce];
-    bool has = false;
-    for (unsigned int start = 0, count = kAtOnce; count == kAtOnce && !has; start += count) {
-        count = kAtOnce;
-        hb_ot_layout_table_get_feature_tags(source, HB_OT_TAG_GSUB, start, &count, tags);
-        has = std::find(tags, tags + count, tag) != tags + count;
-    }
-    known->emplace(question, has);
-    return has;
-}
+bool HasFontFeature(const ORVFontFace& face, std::uint32_t tag) { return UsableFace(&face).HasFeature(tag); }

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/visualization/fonts/glyph_paint.h"
+#include "platform/visualization/fonts/module/file_face.h"
+
+/// See ORVPaintGlyph; without a sink, only the answer counts. Throws FontFailure or std::bad_alloc.
+bool PaintGlyph(const FileFace& face, std::uint32_t glyph, ORVGlyphPaintSink* sink);
