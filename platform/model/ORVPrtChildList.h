@@ -80,14 +80,15 @@ public:
     }
 
 private:
+    static constexpr std::size_t SizeOf(std::size_t count) { return count * sizeof(void*); }
+
     value_type* Begin() { return capacity_ > 1 ? place_.many : &place_.one; }
     void Drop() {
-        if (capacity_ > 1) ORVSmallObjects::Give(place_.many, sizeof(value_type) * capacity_);
+        if (capacity_ > 1) ORVSmallObjects::Give(place_.many, SizeOf(capacity_));
     }
     void Grow() {
         if (capacity_ > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
-        auto* const larger =
-            static_cast<value_type*>(ORVSmallObjects::Take(2 * sizeof(value_type) * capacity_));
+        auto* const larger = static_cast<value_type*>(ORVSmallObjects::Take(2 * SizeOf(capacity_)));
         std::uninitialized_copy(begin(), end(), larger);
         Drop();
         place_.many = larger;
