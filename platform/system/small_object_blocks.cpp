@@ -91,7 +91,8 @@ Block* NewBlock(std::size_t size, std::uint32_t holders) {
 }
 
 void* TakeAlone(std::size_t size) {
-    if (size > SIZE_MAX - kHead) return nullptr;
+    // Allocators refuse as much, and checking ones end the process over it.
+    if (size >= PTRDIFF_MAX - kHead) return nullptr;
     Block* const block = NewBlock(kHead + size, 1);
     return block ? BytesOf(block) + kHead : nullptr;
 }

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <thread>
 #include <vector>
 
@@ -91,13 +90,17 @@ TEST(SmallObjectBlocks, RefuseWhatIsTooLarge) {
     EXPECT_EQ(blocks::Take(SIZE_MAX / 2), nullptr);
 }
 
-#ifndef ORV_SANITIZED
 std::size_t BytesInUse() { return mallinfo2().uordblks + mallinfo2().hblkhd; }
 
 /// What the allocator has for threads and the lists of a test.
 constexpr std::size_t kSome = std::size_t{100} << 10U;
 
-class BlocksInUse : public testing::TestWithParam<std::size_t> {};
+class BlocksInUse : public testing::TestWithParam<std::size_t> {
+protected:
+    void SetUp() override {
+        if (BytesInUse() == 0) GTEST_SKIP() << "the allocator does not count its bytes";
+    }
+};
 
 TEST_P(BlocksInUse, AreAsManyAsNeeded) {
     const std::size_t count = (std::size_t{8} << 20U) / GetParam();
@@ -132,7 +135,6 @@ TEST_P(BlocksInUse, GoWithoutBeingToldSizes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, BlocksInUse, testing::Values(24, 88, 512, 100'000));
-#endif
 
 // Two threads give back what lies in the same blocks, while a third one fills the last of them.
 TEST(SmallObjectBlocks, BelongToNoThread) {
@@ -154,7 +156,6 @@ TEST(SmallObjects, CannotComeFromBlocksOnceThereIsOne) {
     EXPECT_FALSE(ORVSmallObjects::UseBlocks());
     ORVSmallObjects::Give(ORVSmallObjects::Take(40), 40);
     ORVSmallObjects::Give(ORVSmallObjects::TryTake(40));
-    EXPECT_THROW(ORVSmallObjects::Take(SIZE_MAX / 2), std::bad_alloc);
 }
 
 }  // namespace
