@@ -113,7 +113,7 @@ ORVGlyphPaintColour PaintWalk::ColourAt(std::size_t at) const {
     colour.isTextColour = false;
     colour.red = hb_color_get_red(value);
     colour.green = hb_color_get_green(value);
-    colour.blue = hb_color_get_blue(value);
+    colour.blue = static_cast<std::uint8_t>(hb_color_get_blue(value));
     colour.opacity *= hb_color_get_alpha(value) / 255.0;
     return colour;
 }
