@@ -44,8 +44,8 @@ private:
     /// Fills the current path.
     void Fill(const ORVPrintFill& fill);
     void DrawRun(const ORVPrintText& text, const ORVGlyphRun& run);
-    /// Draws glyphs by their font. @return false when cairo cannot use the font
     bool ReachesTooFar(const ORVGlyphRun& run);
+    /// Draws glyphs by their font. @return false when cairo cannot use the font
     bool ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run);
     /// Makes the run's outlines the current path. @return false when its glyphs have none
     bool AddOutlines(const ORVPrintText& text, const ORVGlyphRun& run);

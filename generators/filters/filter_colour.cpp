@@ -14,7 +14,7 @@ namespace {
 
 constexpr auto kFullChannel = static_cast<float>(kFilterFull);
 
-double AtLeast0(double amount) { return amount > 0.0 ? std::min(amount, 1e9) : 0.0; }
+double AtLeast0(double amount) { return amount > 0.0 ? std::min(amount, kGreatestUsable) : 0.0; }
 double From0To1(double amount) { return std::min(AtLeast0(amount), 1.0); }
 
 /// The same for red, green and blue.

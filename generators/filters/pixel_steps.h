@@ -26,8 +26,12 @@ inline std::uint16_t ChannelOf(double value) {
     if (!(value > 0.0)) return 0;
     return static_cast<std::uint16_t>(value < 1.0 ? value * kFilterFull + 0.5 : kFilterFull);
 }
+/// Products of such numbers do not overflow.
+inline constexpr double kGreatestUsable = 1e9;
 /// A number that can be computed with: 0 when it is not finite, and never so large that a product overflows.
-inline double UsableNumber(double value) { return std::isfinite(value) ? std::clamp(value, -1e9, 1e9) : 0.0; }
+inline double UsableNumber(double value) {
+    return std::isfinite(value) ? std::clamp(value, -kGreatestUsable, kGreatestUsable) : 0.0;
+}
 
 /// A product of two channels.
 inline unsigned int Product(unsigned int a, unsigned int b) {

@@ -13,7 +13,6 @@
 #include "generators/common/filter_reach.h"
 #include "generators/common/generator_status.h"
 #include "generators/flatten/filter_run.h"
-#include "platform/print/unseen_text.h"
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
@@ -76,10 +75,6 @@ ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
     for (const ORVMathPoint2D& point : clip.path.points) box.Add(clip.toPage(point));
     return box;
 }
-
-}  // namespace
-
-namespace {
 
 /// Hands texts on as unseen ones, and nothing else.
 class UnseenTexts final : public ORVPrintGenerator {
@@ -388,7 +383,7 @@ int ORVFilterImages::DrawTaken() {
 
 /// Text of the image stays in its place, where it can be found and copied.
 int ORVFilterImages::HandTexts() {
-    if ((target_.GetPowers() & kUnseenText) == 0) return kGeneratorDone;
+    if ((target_.GetPowers() & ORVPrintGenerator::kUnseenText) == 0) return kGeneratorDone;
     UnseenTexts texts(target_);
     return taken_->content.ReplaySoFar(texts, Shown(), {});
 }

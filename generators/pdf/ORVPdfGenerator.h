@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/print/ORVPrintGenerator.h"
-#include "platform/print/unseen_text.h"
 #include "platform/system/ORVFailure.h"
 
 class ORVOutput;

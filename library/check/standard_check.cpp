@@ -102,7 +102,6 @@ private:
         writer_.Note(code, At(element), attribute, value, message);
     }
     void CheckSheet(ElementIndex sheet);
-    ElementIndex SheetOf(const svg2::FontFaceRule& rule) const;
     void CheckFontFaces();
     void CheckElement(ElementIndex element, const Style& style);
     void CheckUnread(ElementIndex element);
@@ -149,17 +148,6 @@ void StandardCheck::CheckSheet(ElementIndex sheet) {
         Note(FindingCode::kStyleSheet, sheet, "", "", "other sheets are not loaded: @import is ignored");
 }
 
-/// The sheet that a rule stands in; the root for sheets outside of the document.
-ElementIndex StandardCheck::SheetOf(const svg2::FontFaceRule& rule) const {
-    for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) {
-        const std::string_view text = document_[sheet].node->GetText();
-        if (text.find("@font-face") != std::string_view::npos &&
-            text.find(rule.writtenFamily) != std::string_view::npos)
-            return sheet;
-    }
-    return Document::kRoot;
-}
-
 void StandardCheck::CheckFontFaces() {
     using Kind = svg2::FontSource::Kind;
     const std::span<const svg2::FontFaceRule> rules = cascade_.GetSheets().GetFontFaces();
@@ -169,14 +157,14 @@ void StandardCheck::CheckFontFaces() {
         const bool hasOther = std::any_of(rule.sources.begin(), rule.sources.end(),
                                           [](const auto& source) { return source.kind == Kind::kOther; });
         if (hasOther && (!isFound || rule.sources.front().kind == Kind::kOther))
-            Note(FindingCode::kStyleSheet, SheetOf(rule), "@font-face", rule.writtenFamily,
+            Note(FindingCode::kStyleSheet, rule.sheet, "@font-face", rule.writtenFamily,
                  isFound ? "is not loaded from its address: its next source is taken"
                          : "is not loaded: fonts of sheets are read from data URIs only");
         else if (!isFound)
-            Note(FindingCode::kStyleSheet, SheetOf(rule), "@font-face", rule.writtenFamily,
+            Note(FindingCode::kStyleSheet, rule.sheet, "@font-face", rule.writtenFamily,
                  "holds no font that can be used: TrueType, OpenType, WOFF and WOFF2 are read");
         if (!rule.ignored.empty())
-            Note(FindingCode::kIgnoredProperty, SheetOf(rule), rule.ignored, rule.writtenFamily,
+            Note(FindingCode::kIgnoredProperty, rule.sheet, rule.ignored, rule.writtenFamily,
                  "is ignored: the font is used as it is");
     }
 }

@@ -255,6 +255,9 @@ public:
         kFilters = 32,
         /// Groups that are layers of the drawing can be hidden. Others get no hidden ones.
         kContentLayers = 1U << 16U,
+        /// Texts with neither fill nor stroke are not seen, and are there to be found and copied. Others get
+        /// none.
+        kUnseenText = 1U << 17U,
     };
     /// The flags of what this generator can say; the same as long as the document is open.
     virtual unsigned int GetPowers() const { return 0; }

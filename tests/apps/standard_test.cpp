@@ -205,6 +205,12 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
     for (const auto& row : kRows) EXPECT_THAT(Check(row.content), HasSubstr(row.kind)) << row.content;
 }
 
+TEST_F(StandardTest, CheckNamesTheSheetOfAFont) {
+    EXPECT_THAT(Check("<style>@font-face{font-family:a;src:local('DejaVu Sans')}</style>\n"
+                      "<style>@font-face{font-family:a;src:url(a.ttf)}</style>"),
+                HasSubstr(":2:"));
+}
+
 TEST_F(StandardTest, CheckFindsGlyphsThatAreSvgDrawings) {
     const auto check = [&](const char* font) {
         return Check(std::string("<style>@font-face{font-family:t;src:url(data:;base64,") + font +

@@ -100,6 +100,7 @@ StyleSheets::StyleSheets(const Document& document, const Medium& medium) : docum
         if (!type.empty() && !EqualsIgnoringCase(type, "text/css")) continue;
         if (!MatchesMedia(document.ValueOf(element, Name::kMedia), medium)) continue;
         texts_.push_back(WithoutComments(document[element].node->GetText()));
+        sheet_ = element;
         namespaces_.clear();
         ReadSheet(texts_.back(), medium, 0);
     }
@@ -143,6 +144,7 @@ void StyleSheets::ReadAtRule(Scanner& scanner, const Medium& medium, int depth) 
         if (MatchesMedia(prelude, medium)) ReadSheet(block, medium, depth + 1);
     } else if (EqualsIgnoringCase(name, "font-face") && hasBlock) {
         FontFaceRule rule;
+        rule.sheet = sheet_;
         if (ReadFontFace(block, rule)) fontFaces_.push_back(std::move(rule));
     } else if (EqualsIgnoringCase(name, "import")) {
         importsSheets_ = true;

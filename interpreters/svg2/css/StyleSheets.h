@@ -74,6 +74,7 @@ private:
     Rules byId_, byClass_, byType_;
     std::vector<std::uint32_t> others_;
     std::vector<FontFaceRule> fontFaces_;
+    ElementIndex sheet_ = Document::kRoot;  // that is read
     bool importsSheets_ = false;
 };
 

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "interpreters/svg2/document/Document.h"
+
 namespace svg2 {
 
 /// Where the font of a rule may come from.
@@ -28,7 +30,8 @@ struct FontFaceRule {
     std::pair<double, double> weights{400.0, 400.0}, stretches{100.0, 100.0};  ///< least and greatest
     bool isItalic = false;
     std::vector<std::pair<char32_t, char32_t>> ranges;  ///< of code points; none for all
-    std::string_view ignored;  ///< the last descriptor that is not read; empty for none
+    ElementIndex sheet = Document::kRoot;  ///< the element that the rule stands in; the root for outer sheets
+    std::string_view ignored;              ///< the last descriptor that is not read; empty for none
 };
 
 /// Reads the declarations of a rule. What cannot be read of them is as absent.

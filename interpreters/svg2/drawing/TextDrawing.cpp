@@ -8,7 +8,6 @@
 #include "interpreters/svg2/drawing/GlyphPainter.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "platform/print/ORVPrintModelRender.h"
-#include "platform/print/unseen_text.h"
 #include "platform/visualization/fonts/glyph_picture.h"
 
 namespace svg2 {
@@ -185,7 +184,8 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
             part.runs.front().glyphs.assign(1, glyph);
             if (PaintGlyph(run, glyph, paints, toPage)) {
                 // What is painted is to be found as text, too, where formats can say so.
-                if ((drawing_.generator_.GetPowers() & kUnseenText) != 0) draw(nullptr, nullptr, true);
+                if ((drawing_.generator_.GetPowers() & ORVPrintGenerator::kUnseenText) != 0)
+                    draw(nullptr, nullptr, true);
                 continue;
             }
             if (DrawImageOf(run, glyph, paints, toPage)) continue;

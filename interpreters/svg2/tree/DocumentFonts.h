@@ -58,7 +58,6 @@ private:
         bool isItalic = false, isBold = false, dependsOnSize = false;
     };
 
-    bool HasRule(std::string_view family) const { return byFamily_.contains(std::string(family)); }
     std::unique_ptr<OrderedFont> Make(const ORVFontQuery& query);
     void AddFamily(const std::vector<std::size_t>& family, const ORVFontQuery& query, OrderedFont& made);
     Look LookOf(Font& font, const ORVFontQuery& query);

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "generators/common/generator_status.h"
-#include "platform/print/unseen_text.h"
 #include "tests/generators/drawing_calls.h"
 #include "tests/platform/print/recording_generator.h"
 
@@ -173,7 +172,7 @@ TEST_F(ORVFilterImagesTest, TextInFiltersStaysToBeFoundWhereTheFormatCanSaySo) {
     draw();
     EXPECT_THAT(page_.lines, ElementsAre("image")) << "others get no text";
     page_.lines.clear();
-    page_.powers |= kUnseenText;
+    page_.powers |= ORVPrintGenerator::kUnseenText;
     draw();
     EXPECT_THAT(page_.lines, ElementsAre("image", "unseen seen", "unseen within"));
 }

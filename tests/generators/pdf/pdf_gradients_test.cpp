@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/generators/gradients.h"
 #include "tests/generators/pdf/drawn_page.h"
-#include "tests/generators/pdf/gradients.h"
 #include "tests/support/text_search.h"
 
 namespace {

@@ -10,7 +10,6 @@
 
 #include "generators/common/generator_status.h"
 #include "generators/pdf/pdf_parts.h"
-#include "platform/print/unseen_text.h"
 #include "tests/generators/limited_output.h"
 #include "tests/generators/pdf/drawn_page.h"
 #include "tests/support/named_rows.h"
@@ -452,7 +451,7 @@ TEST(PdfGeneratorPowersTest, AllIsSaidNatively) {
               static_cast<unsigned int>(ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths |
                                         ORVPrintGenerator::kLayers | ORVPrintGenerator::kBlendModes |
                                         ORVPrintGenerator::kMasks | ORVPrintGenerator::kContentLayers |
-                                        kUnseenText));
+                                        ORVPrintGenerator::kUnseenText));
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "generators/pdf/pdf_gradients.h"
+#include "tests/generators/gradients.h"
 #include "tests/generators/pdf/drawn_page.h"
-#include "tests/generators/pdf/gradients.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include <optional>
 #include <random>
 
+#include "tests/generators/gradients.h"
 #include "tests/generators/raster/pixel_page.h"
 #include "tests/generators/raster/plain_paint.h"
 #include "tests/support/named_rows.h"
@@ -131,16 +132,6 @@ INSTANTIATE_TEST_SUITE_P(Raster, RasterGradientTest,
                                          GradientCase{"RadialRepeat", Kind::kRadial, Spread::kRepeat}),
                          kNameOfRow);
 
-ORVPrintGradient Linear(std::span<const ORVPrintGradientStop> stops, const ORVMathPoint2D& start,
-                        const ORVMathPoint2D& end, Spread spread = Spread::kPad) {
-    ORVPrintGradient gradient;
-    gradient.spread = spread;
-    gradient.start = start;
-    gradient.end = end;
-    gradient.stops = stops;
-    return gradient;
-}
-
 constexpr std::array kRedToBlue{ORVPrintGradientStop{0.0, {255, 0, 0}},
                                 ORVPrintGradientStop{1.0, {0, 0, 255}}};
 
@@ -148,8 +139,8 @@ TEST(RasterGradientsTest, AlongAxesEveryRowOrColumnIsAlike) {
     for (const Spread spread : {Spread::kPad, Spread::kReflect, Spread::kRepeat})
         for (const bool isDown : {false, true}) {
             const ORVPrintGradient gradient =
-                Linear(kRedToBlue, {7.0, 3.0}, isDown ? ORVMathPoint2D{7.0, 31.0} : ORVMathPoint2D{40.0, 3.0},
-                       spread);
+                LinearGradient(kRedToBlue, {7.0, 3.0},
+                               isDown ? ORVMathPoint2D{7.0, 31.0} : ORVMathPoint2D{40.0, 3.0}, spread);
             PixelPage page(kWidth, kHeight);
             Cover(page.Get(), gradient);
             page.Finish();
@@ -165,7 +156,7 @@ TEST(RasterGradientsTest, SuddenChangesAreSharp) {
                                ORVPrintGradientStop{0.5, {0, 0, 255}},
                                ORVPrintGradientStop{1.0, {0, 0, 255}}};
     PixelPage page(40.0, 4.0);
-    Cover(page.Get(), Linear(stops, {10.0, 0.0}, {30.0, 0.0}));
+    Cover(page.Get(), LinearGradient(stops, {10.0, 0.0}, {30.0, 0.0}));
     page.Finish();
     for (int x = 0; x < 40; ++x) EXPECT_EQ(page.Colour(x, 1), x < 20 ? 0xFF0000U : 0x0000FFU) << x;
 }
@@ -175,7 +166,7 @@ TEST(RasterGradientsTest, WhatLiesBeyondTheEndsHasTheOuterColours) {
                                ORVPrintGradientStop{1.0, {0, 255, 0}},
                                ORVPrintGradientStop{1.0, {0, 0, 255}}};
     PixelPage page(40.0, 4.0);
-    Cover(page.Get(), Linear(stops, {10.0, 0.0}, {30.0, 0.0}));
+    Cover(page.Get(), LinearGradient(stops, {10.0, 0.0}, {30.0, 0.0}));
     page.Finish();
     for (int x = 0; x < 40; ++x)
         EXPECT_EQ(page.Colour(x, 1), x < 10 ? 0xFF0000U : x < 30 ? 0x00FF00U : 0x0000FFU) << x;
@@ -186,14 +177,14 @@ TEST(RasterGradientsTest, OpacityIsMixedBesideColours) {
     constexpr std::array stops{ORVPrintGradientStop{0.0, {255, 0, 0}},
                                ORVPrintGradientStop{1.0, {255, 0, 0, 0}}};
     PixelPage page(100.0, 4.0);
-    Cover(page.Get(), Linear(stops, {0.0, 0.0}, {100.0, 0.0}));
+    Cover(page.Get(), LinearGradient(stops, {0.0, 0.0}, {100.0, 0.0}));
     page.Finish();
     EXPECT_NEAR(page.Colour(50, 1) & 255U, 128.0, 2.0);
     EXPECT_EQ(page.Colour(50, 1) >> 16U, 255U);
 }
 
 TEST(RasterGradientsTest, StrokesAndTextsHaveThem) {
-    const ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {100.0, 0.0});
+    const ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {100.0, 0.0});
     ORVPrintFill fill;
     fill.gradient = &gradient;
     ORVPrintStroke stroke;
@@ -250,7 +241,7 @@ TEST(RasterGradientsTest, GreyOnesLeavePagesGrey) {
         EXPECT_EQ(generator.BeginPage(PageInfo(10.0, 10.0)), 1);
         const std::array stops{ORVPrintGradientStop{0.0, {10, 10, 10}},
                                ORVPrintGradientStop{1.0, {200, 200, blue}}};
-        Cover(generator, Linear(stops, {0.0, 0.0}, {10.0, 0.0}));
+        Cover(generator, LinearGradient(stops, {0.0, 0.0}, {10.0, 0.0}));
         EXPECT_EQ(generator.EndPage(), 1);
         return pixels;
     };
@@ -262,7 +253,7 @@ TEST(RasterGradientsTest, InGreyTheyAreAsLightAsTheirColours) {
     ORVRasterOptions options;
     options.colourMode = ORVColourMode::kGrey;
     PixelPage page(100.0, 4.0, options);
-    Cover(page.Get(), Linear(kRedToBlue, {0.0, 0.0}, {100.0, 0.0}));
+    Cover(page.Get(), LinearGradient(kRedToBlue, {0.0, 0.0}, {100.0, 0.0}));
     const PixelSink::Pixels& pixels = page.Finish();
     for (std::size_t x = 0; x < 100; ++x) {
         const double share = (static_cast<double>(x) + 0.5) / 100.0;
@@ -271,7 +262,7 @@ TEST(RasterGradientsTest, InGreyTheyAreAsLightAsTheirColours) {
 }
 
 TEST(RasterGradientsTest, WhatCannotBeInvertedIsTheFirstColour) {
-    ORVPrintGradient gradient = Linear(kRedToBlue, {0.0, 0.0}, {10.0, 0.0});
+    ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {10.0, 0.0});
     gradient.toPage = {1.0, 2.0, 2.0, 4.0, 0.0, 0.0};
     ORVPrintFill fill;
     fill.gradient = &gradient;

@@ -3,14 +3,15 @@
 
 // Gradients for tests, in the coordinates of what they fill.
 
+#include <span>
 #include <vector>
 
 #include "platform/print/ORVPrintGenerator.h"
 
 using GradientStops = std::vector<ORVPrintGradientStop>;
 
-inline ORVPrintGradient LinearGradient(const GradientStops& stops, const ORVMathPoint2D& start,
-                                       const ORVMathPoint2D& end,
+inline ORVPrintGradient LinearGradient(std::span<const ORVPrintGradientStop> stops,
+                                       const ORVMathPoint2D& start, const ORVMathPoint2D& end,
                                        ORVPrintGradient::Spread spread = ORVPrintGradient::Spread::kPad) {
     ORVPrintGradient gradient;
     gradient.spread = spread;
@@ -20,8 +21,9 @@ inline ORVPrintGradient LinearGradient(const GradientStops& stops, const ORVMath
     return gradient;
 }
 
-inline ORVPrintGradient RadialGradient(const GradientStops& stops, const ORVMathPoint2D& start,
-                                       double startRadius, const ORVMathPoint2D& end, double endRadius,
+inline ORVPrintGradient RadialGradient(std::span<const ORVPrintGradientStop> stops,
+                                       const ORVMathPoint2D& start, double startRadius,
+                                       const ORVMathPoint2D& end, double endRadius,
                                        ORVPrintGradient::Spread spread = ORVPrintGradient::Spread::kPad) {
     ORVPrintGradient gradient = LinearGradient(stops, start, end, spread);
     gradient.kind = ORVPrintGradient::Kind::kRadial;
