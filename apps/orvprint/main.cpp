@@ -273,7 +273,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     DrawingLists lists;
     AddListOptions(app, lists);
     std::string service;
-    app.add_option("--via", service, "Have a running orvprint serve print, at this socket or HOST:PORT")
+    app.add_option("--via", service, "Print through a running orvprint serve, at this socket or HOST:PORT")
         ->option_text("SOCKET");
 
     ReadOptions infoOptions;
@@ -284,7 +284,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     info->add_option("inputs", infoInputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
-    info->add_flag("--json", infoAsJson, "As JSON");
+    info->add_flag("--json", infoAsJson, "Write JSON");
     AddReadOptions(*info, infoOptions);
     AddFragmentOptions(*info, infoOptions);
 
@@ -292,15 +292,14 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     std::string inspectInput;
     bool inspectAsJson = false;
     CommandOptions* inspect =
-        app.add_subcommand("inspect", "Write what a drawing consists of, as JSON or as a page");
+        app.add_subcommand("inspect", "Show the print model of a drawing, as JSON or HTML");
     inspect->add_option("input", inspectInput, "Drawing, - for standard input")
         ->required()
         ->option_text("FILE");
-    CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "As JSON (the default)");
+    CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "Write JSON (the default)");
     std::string inspectPage;
     CLI::Option* asPage = inspect->add_option(
-        "--html", inspectPage,
-        "As a page for browsers: the drawing beside its primitives; - for standard output");
+        "--html", inspectPage, "Write a web page: the drawing beside its primitives; - for standard output");
     asPage->option_text("FILE");
     if (asPage != asJson) asPage->excludes(asJson);
     AddReadOptions(*inspect, inspectOptions);
@@ -311,15 +310,15 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
-    checking->add_flag("--json", check.asJson, "As JSON");
+    checking->add_flag("--json", check.asJson, "Write JSON");
     checking->add_flag("--verbose", check.verbose, "List every finding, not only the first of each kind");
     AddIgnoreOption(*checking, kindsNotChecked);
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Read XML documents that contain drawings, as .qvxml files are");
     ReportOptions report;
-    CommandOptions* reporting = app.add_subcommand("report", "Sum up reports of batches");
-    reporting->add_option("files", report.files, "Reports that --report wrote, of all parts and attempts")
+    CommandOptions* reporting = app.add_subcommand("report", "Summarise reports of batches");
+    reporting->add_option("files", report.files, "Reports written by --report, of all parts and attempts")
         ->required()
         ->option_text("FILE...");
     reporting->add_option("--merged", report.merged, "Write the merged report, a line for each drawing")
@@ -329,7 +328,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
     ServeSettings serve;
     CommandOptions* serving =
-        app.add_subcommand("serve", "Print what is sent over HTTP, until a signal ends it");
+        app.add_subcommand("serve", "Print drawings sent over HTTP, until a signal ends it");
     AddReadOptions(*serving, serve.read);
     AddServeOptions(*serving, serve);
     const CommandOptions* formats = app.add_subcommand("formats", "List the output formats");
