@@ -7,7 +7,7 @@ namespace {
 
 bool IsFinite(const ORVMathPoint2D& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
-/// Replaces a gradient by what it is under the map, null when nothing of it would show.
+/// Maps a gradient into `storage` and points `gradient` at it, or sets it to null if nothing would show.
 void MapGradient(const ORVMathAffine2D& outer, const ORVPrintGradient*& gradient, ORVPrintGradient& storage) {
     storage = *gradient;
     storage.toPage = outer * gradient->toPage;

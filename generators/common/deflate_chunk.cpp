@@ -22,8 +22,8 @@ Workspace& GetWorkspace() {
     return workspaces.Get();
 }
 
-// The fast compressor leaves the upper halves of the vector registers in use, which slows down all that the
-// thread computes with doubles afterwards, to half the speed on some processors.
+// The compressor leaves the upper halves of the vector registers in use. That can halve the speed of all
+// floating-point code that the thread runs afterwards.
 void FreeUpperHalves() {
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx")) __asm__ volatile("vzeroupper" ::: "memory");
