@@ -17,7 +17,7 @@ struct ORVFormatOptions {
     std::uint64_t pixelLimit = 4'000'000'000;
     /// Maximum number of pixels of all pages of a document.
     std::uint64_t outputPixelLimit = 1'000'000'000'000;
-    /// Maximum number of pixels painted, counting a pixel once each time it is painted.
+    /// Limit of painting for all pages, in pixels filled with one colour, on top of a hundred per page pixel.
     std::uint64_t paintLimit = std::uint64_t{1} << 56U;
     /// Threads that render a page; 0 for one per processor.
     unsigned int threads = 0;
