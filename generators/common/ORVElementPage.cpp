@@ -144,7 +144,7 @@ int ORVElementPage::BeginFilter(const ORVPrintFilter& filter) {
     return to->BeginFilter(filter);
 }
 
-// What is filtered may reach farther than the content, or less far.
+// The visible area of a filter's result may be larger or smaller than that of its content.
 int ORVElementPage::EndFilter() {
     ORVPrintGenerator* const to = Receiver();
     if (!to) return kGeneratorDone;

@@ -81,7 +81,7 @@ private:
     bool isFound_ = false, hasPage_ = false, isBegun_ = false;
     Place place_ = Place::kOutside;
     unsigned int openGroups_ = 0;  // nesting depth inside the element, counting its own group
-    unsigned int openMasks_ = 0;
+    unsigned int openMasks_ = 0;   // and open filter inputs
     std::string title_;
     Page page_;
     std::optional<ORVPageRecording> recording_;

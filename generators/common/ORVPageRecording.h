@@ -169,7 +169,7 @@ private:
         std::size_t dashes;
         std::uint32_t dashCount;
     };
-    /// Calls that belong together: those of the page, or those of a symbol.
+    /// The calls of the page or of a symbol.
     struct Body {
         const void* key = nullptr;
         std::vector<Call> calls;

@@ -30,14 +30,14 @@ void FreeUpperHalves() {
 #endif
 }
 
-// The state of the compressor that is set below is that of this version; generators/CMakeLists.txt refuses
-// others.
+// The code below sets internal state of the compressor as this version expects it; generators/CMakeLists.txt
+// refuses other versions.
 static_assert(ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0));
 
-// At the start of a stream, the compressor notes the second byte where the address of its own state hashes
-// to, and now and then finds a match there: the same bytes would not always become the same stream. It does
-// not when it is told that earlier bytes have been seen, with a table of them that is empty. It then leaves
-// it to the caller, too, to clear that table and to say how large it is.
+// At the start of a stream, the compressor enters the second byte into its hash table under a hash of its own
+// state's address, and occasionally finds a match there: equal input would not always give equal output. It
+// does not do so if told that there is history, with an empty hash table. The caller must then also clear
+// that table and set its size.
 void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemory) {
     constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // generously
     std::fill_n(levelMemory.begin(), kTableEnd, std::uint8_t{0});
@@ -46,10 +46,10 @@ void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemo
     stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
 }
 
-// What the compressor may look at in front of the first byte.
+// How far before the first byte the compressor may read.
 constexpr std::size_t kDeflateFront = IGZIP_HIST_SIZE;
 
-/// A copy with room in front, until the next call.
+/// A copy with kDeflateFront bytes of room in front, valid until the thread's next call.
 std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
     std::vector<std::uint8_t>& input = GetWorkspace().input;
     input.resize(std::max(input.size(), kDeflateFront + bytes.size()));

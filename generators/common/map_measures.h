@@ -23,7 +23,7 @@ inline bool IsFlat(const ORVMathAffine2D& map) {
     return !(std::fabs(map.Determinant()) > kFlattest * scale * scale);
 }
 
-/// True for maps under which a pen stays round.
+/// True for similarity transformations, under which a round pen stays round.
 inline bool KeepsAngles(const ORVMathAffine2D& map) {
     const double x = map.m11 * map.m11 + map.m21 * map.m21, y = map.m12 * map.m12 + map.m22 * map.m22;
     const double mixed = map.m11 * map.m12 + map.m21 * map.m22;

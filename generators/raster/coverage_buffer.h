@@ -52,8 +52,8 @@ public:
     void Resize(int width, int rows);
     /// Begins a band with a window on all of it. The buffer must have been swept.
     void SetBand(int firstRow, int rowCount);
-    /// Looks at these columns and rows of the band only, [left, right) and [top, bottom); the buffer is
-    /// clean. What lies left of the window winds around its rows, as what lies left of the page does.
+    /// Restricts the window to the columns [left, right) and rows [top, bottom) of the band. The buffer must
+    /// be new or swept. Edges left of the window still count for the winding of its rows.
     void SetWindow(int left, int top, int right, int bottom);
     /// Adds work, measured in pixels filled with one colour. Edges and sweeps add their own.
     void AddWork(std::uint64_t pixels) { work_ += pixels; }
