@@ -89,7 +89,7 @@ private:
     int EndPart(Call call);
     const ORVMathBox2D& Shown() const { return shown_.empty() ? page_ : shown_.back(); }
     double SymbolScale() const { return symbolScales_.empty() ? 1.0 : symbolScales_.back(); }
-    /// Where content goes that is noted.
+    /// Receiver of content that is being recorded.
     ORVPrintGenerator& Record();
     int DrawTaken();
     bool FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content, FilterPlan& plan) const;
@@ -107,13 +107,13 @@ private:
 
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
-    double imagePixels_ = 0.0;          // of the page so far
-    double unitsPerInch_ = 90.0;        // of the page, whose units are pixels within another filter
-    std::vector<ORVMathBox2D> shown_;   // of what is begun: what of the page can be seen
-    std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
-    std::unique_ptr<Taken> taken_;      // null while none is
+    double imagePixels_ = 0.0;          // of the current page so far
+    double unitsPerInch_ = 90.0;        // of the current page; inside another filter, page units are pixels
+    std::vector<ORVMathBox2D> shown_;   // visible area of each open part
+    std::vector<double> symbolScales_;  // for each open symbol: page units per symbol unit
+    std::unique_ptr<Taken> taken_;      // null outside of filters
 
-    // What content is drawn by, made when it is first needed. The inner stage is for filters in filters.
+    // Renderer of filter content, created on first use. The inner stage handles nested filters.
     ClearPixelSink* sink_ = nullptr;
     std::unique_ptr<ORVRasterGenerator> raster_;
     std::unique_ptr<ORVFilterImages> inner_;

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-/// User units in a length on paper.
+/// User units per inch.
 inline constexpr double kPaperInch = 90.0;
 inline constexpr double kPaperMillimetre = kPaperInch / 25.4;
 
