@@ -59,7 +59,7 @@ std::optional<ORVPrintText> ORVCallMapper::Map(const ORVMathAffine2D& outer, con
         clip = &clip_;
         for (ORVMathPoint2D& p : clip_.points) {
             p = outer(p);
-            if (!IsFinite(p)) clip = nullptr;  // so far out that it cuts nothing off
+            if (!IsFinite(p)) clip = nullptr;  // too far away to cut anything off
         }
     }
     return ORVPrintText{text.layout, text.text, toPage, fill, stroke, clip, text.id};

@@ -118,7 +118,7 @@ int ORVElementPage::EndLayer() {
 int ORVElementPage::BeginMask(const ORVPrintMask& mask) {
     ORVPrintGenerator* const to = Receiver();
     if (!to) return kSkipMask;
-    // The mask's layer ends where its mask does.
+    // The layer of a mask is limited to the box of the mask.
     if (place_ == Place::kElement && !regions_.empty())
         regions_.back() = regions_.back().Intersection(mask.box);
     const int result = to->BeginMask(mask);

@@ -21,7 +21,7 @@ struct _cups_raster_s;
 /// black and white is sent as grey.
 enum class PrintRaster : std::uint8_t { kPWG, kApple };
 
-/// Writes pages as PWG Raster or Apple Raster with the CUPS library.
+/// Writes pages as PWG Raster or Apple Raster with the print system's library.
 class PwgSink final : public ORVBandSink {
 public:
     /// @param output  must outlive the sink
