@@ -16,7 +16,7 @@ double LengthOf(const StrokePen& pen, const ORVMathPoint2D& a, const ORVMathPoin
     return std::sqrt(Dot(v, v));
 }
 
-/// The fraction that a part is of a length close to zero or more.
+/// The fraction part / length, clamped to 0..1; 0 for a length of zero.
 double ShareOf(double part, double length) {
     return length > 0.0 ? std::clamp(part / length, 0.0, 1.0) : 0.0;
 }
