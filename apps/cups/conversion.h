@@ -6,8 +6,8 @@
 
 #include "apps/cups/settings.h"
 
-/// Bytes in a file without a name, in the folder that the print system gives filters. They go away with the
-/// process, however it ends.
+/// Data in an unnamed file, in the print system's folder for filters. It disappears with the process, however
+/// that ends.
 class HeldPages {
 public:
     HeldPages() = default;
@@ -15,32 +15,31 @@ public:
     HeldPages(const HeldPages&) = delete;
     HeldPages& operator=(const HeldPages&) = delete;
 
-    /// Makes the file. @return false with errno
+    /// Creates the file. @return false with errno set
     bool Open();
     int GetDescriptor() const { return descriptor_; }
-    /// Writes all of it to another descriptor. @return false with errno
+    /// Copies all data to another descriptor. @return false with errno set
     bool CopyTo(int descriptor) const;
 
 private:
     int descriptor_ = -1;
 };
 
-/// How a run of the command ended, and what it said.
+/// Exit status of the command, and its messages.
 struct Conversion {
     int exitCode = 0;
     int signal = 0;                  ///< that ended it; 0 for none
-    std::vector<std::string> lines;  ///< of its standard error, up to a limit
+    std::vector<std::string> lines;  ///< lines of standard error, up to a limit
 };
 
-/// Signals that end the filter end the command, too, from here on until EndBySignalCaught.
+/// From now on until EndBySignalCaught, signals that end the filter also end the command.
 void CatchEndingSignals();
-/// Ends the process by the signal that was caught in the meantime, as it would have; returns if there was
-/// none.
+/// Ends the process by the signal caught meanwhile, with its default action; returns if there was none.
 void EndBySignalCaught();
 
-/// Has the command print a drawing as PDF. It reads the drawing's bytes, which have no name, reads no file
-/// that the drawing names, and has its own sandbox.
-/// @param drawing  descriptor of the bytes
-/// @param pages    descriptor that takes the PDF
-/// @return false with errno when the command could not be started
+/// Runs the command to print a drawing as PDF. The drawing has no name; the command reads no files it refers
+/// to, and has its own sandbox.
+/// @param drawing  descriptor to read the drawing from
+/// @param pages    descriptor to write the PDF to
+/// @return false with errno set if the command could not be started
 bool Convert(const FilterSettings& settings, int drawing, int pages, Conversion& conversion);

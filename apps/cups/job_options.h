@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// The value of one option in the text of a job's options, as filters get it: "name=value name='two words'
-/// name" with backslashes before characters that stand for themselves. The last one of a name counts; what
-/// stands within the value of another option does not. An option without value, or with braces around several
-/// values, is taken as it stands.
+/// Value of one option in the options of a job, as filters get them: "name=value name='two words' name", with
+/// backslash escapes. The last occurrence counts; text inside other values is ignored. Options without a
+/// value, and values in braces, are returned verbatim.
 std::optional<std::string> FindJobOption(std::string_view options, std::string_view name);

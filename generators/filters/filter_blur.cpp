@@ -284,7 +284,7 @@ void MixRows(const std::uint16_t* above, const std::uint16_t* below, int part, i
         out[i] = static_cast<std::uint16_t>((above[i] * upper + below[i] * lower + whole / 2) >> (shift + 1));
 }
 
-/// Pixels on the lines between the cells of a row, whose first is the one before the first pixel.
+/// Interpolates pixels between the cells of a row; the first cell is the one before the first pixel.
 void DrawBetweenCells(const std::uint16_t* cells, const Cells& axis, const FilterBox& box,
                       std::uint16_t* out) {
     const int shift = axis.shift + 1;

@@ -22,7 +22,7 @@ int ReadSigned16(std::string_view table, std::size_t at) {
     return static_cast<std::int16_t>(high << 8 | low);
 }
 
-/// True if embedding a variable face in its current instance keeps its look.
+/// True if the font program that would be embedded for a variable face is static: it has no "fvar" table.
 bool StandsStill(const ORVFontFace& face) {
     constexpr std::size_t kHeader = 12, kRecord = 16;
     const ORVFontSubset subset = face.MakeSubset({0}, "");

@@ -6,22 +6,23 @@
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/print_command.h"
 
-/// What concerns a batch: many inputs, each converted to a file of its own.
+/// Options of a batch: many inputs, each converted to a separate file.
 struct BatchOptions {
-    std::string folder;         ///< where the outputs go; made when missing
-    unsigned int jobs = 0;      ///< worker processes; 0 for one a core
-    bool keepGoing = false;     ///< go on with the other inputs after a failure
-    bool isQuiet = false;       ///< no progress, no summary
-    BatchShard shard;           ///< only this part of the inputs is converted
-    bool keepsFolders = false;  ///< outputs lie in folders as the inputs do
-    unsigned int retries = 0;   ///< more attempts at a drawing that fails for a reason that may pass
-    std::string report;         ///< file that gets a line for each drawing; empty for none
-    std::string resume;         ///< report of an earlier run: what it has done is left alone; empty for none
-    std::string optionsHash;    ///< of the options that decide about the outputs
+    std::string folder;         ///< output folder; created if missing
+    unsigned int jobs = 0;      ///< worker processes; 0 for one per core
+    bool keepGoing = false;     ///< continue with the other inputs after a failure
+    bool isQuiet = false;       ///< no progress and no summary
+    BatchShard shard;           ///< the part of the inputs to convert
+    bool keepsFolders = false;  ///< outputs are in subfolders like the inputs
+    unsigned int retries = 0;   ///< further attempts for a drawing after a failure that may be temporary
+    std::string report;         ///< file to append a line per drawing to; empty for none
+    /// Report of an earlier run, whose completed drawings are skipped; empty for none.
+    std::string resume;
+    std::string optionsHash;  ///< of the options that affect the outputs
 };
 
-/// Prints each input into a file of its own, in several processes. An output appears under its name when it
-/// is whole; none ever takes an input's place. Messages, progress and a summary go to standard error.
-/// @param options  inputs and format must be given; the output's name is not used
-/// @return an exit code; failures were reported. Does not return when a signal asked the process to end
+/// Converts each input to a separate file, in several processes. An output appears under its name when it is
+/// complete, and never replaces an input. Messages, progress and a summary go to standard error.
+/// @param options  inputs and format must be set; the output's name is not used
+/// @return an exit code; failures were reported. Does not return after a signal that ends the process
 int RunBatch(const PrintOptions& options, const BatchOptions& batch);

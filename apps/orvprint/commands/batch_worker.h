@@ -18,36 +18,36 @@
 #include "generators/formats.h"
 #include "library/input/file_set.h"
 
-/// What the jobs of a batch have in common; all of it outlives the workers.
+/// Data shared by the jobs of a batch; must outlive the workers.
 struct BatchJobs {
     const PrintOptions& options;  ///< with all inputs
     const ORVOutputFormat& format;
-    const std::vector<std::string>& outputs;  ///< one for each input
+    const std::vector<std::string>& outputs;  ///< one per input
     const StagingFolder& staging;
     std::string optionsHash;  ///< see BatchRecord
-    bool isReported = false;  ///< facts of each drawing are wanted
-    /// Drawings that an earlier run has done and whose outputs are there, by name.
+    bool isReported = false;  ///< a report is written
+    /// Drawings completed by an earlier run whose outputs exist, by name.
     std::unordered_map<std::string, BatchRecord> done;
 };
 
-/// What a worker's answer holds besides the exit code.
+/// A worker's answer, besides the exit code.
 struct BatchAnswer {
     std::set<FileSet::Identity> files;  ///< that the drawing read
     BatchRecord record;
 };
 std::string NoteOf(const BatchAnswer& answer);
-/// @return false when the note is no such thing
+/// @return false if the note is invalid
 bool ReadNote(std::string_view note, BatchAnswer& answer);
 
-/// The side of a batch that draws, in a process of its own with few rights.
+/// The drawing side of a batch, in a sandboxed worker process.
 class BatchWorker {
 public:
-    /// @param slot       the part of the staging folder that is this worker's
-    /// @param slotCount  workers that share the processors
+    /// @param slot       index of this worker's staging subfolder
+    /// @param slotCount  number of workers that share the processors
     BatchWorker(const BatchJobs& jobs, std::size_t slot, std::size_t slotCount)
         : jobs_(jobs), slot_(slot), slotCount_(slotCount) {}
 
-    /// Draws an input. To be called in the worker's process, which gives up its rights with the first job.
+    /// Draws an input. Runs in the worker process, which enters the sandbox with the first job.
     WorkerProcess::Answer Do(std::uint32_t job);
 
 private:
@@ -62,5 +62,5 @@ private:
     const std::size_t slot_, slotCount_;
     bool isInSandbox_ = false;
     PeakMemory memory_;
-    std::map<std::string, std::string> otherFiles_;  // that the drawing asked for: hashes by name
+    std::map<std::string, std::string> otherFiles_;  // requested by the drawing: hashes by name
 };

@@ -9,20 +9,20 @@
 #include <utility>
 #include <vector>
 
-/// The words of a command line, for who asks whether an option or a command may be among them. The library
-/// that reads command lines compares each new option with all that it has, which for the sixty of this
-/// command takes longer than printing a small drawing. So only those are added that were given; when the
-/// words cannot be read with these alone, they are read again with all.
+/// The arguments of a command line, to test which options and commands may be among them. The command-line
+/// library compares each new option with all others, which for the sixty of this command takes longer than
+/// printing a small drawing. Therefore only those in use are added; if the arguments cannot be parsed with
+/// these, they are parsed again with all.
 class GivenWords {
 public:
-    /// The words of this command line.
+    /// The arguments of this command line.
     GivenWords(int argc, const char* const* argv);
-    /// Words that hold everything.
+    /// Arguments that contain every option.
     static GivenWords All() { return {}; }
 
     bool AreAll() const { return areAll_; }
-    /// Whether one of an option's names may be among the words.
-    /// @param names  as the library takes them, such as "-o,--output"; a name without dashes is always there
+    /// True if one of an option's names may be among the arguments.
+    /// @param names  in the library's syntax, such as "-o,--output"; a name without dashes is always included
     bool MayHold(std::string_view names) const;
     bool HoldCommand(std::string_view name) const;
 
@@ -31,14 +31,14 @@ private:
     bool HoldOption(std::string_view name) const;
 
     bool areAll_ = true;
-    std::vector<std::string_view> words_;  // without values that follow a sign of equality
+    std::vector<std::string_view> words_;  // without values after an equals sign
 };
 
-/// Takes options as the library does, but adds only those that are given. Those who add the others configure
-/// an option that nobody asks.
+/// Has the interface of the library for adding options, but adds only those in use. For the others, callers
+/// configure a dummy option.
 class CommandOptions {
 public:
-    /// @param app  null for a command that is not given: it takes no options
+    /// @param app  null for a command that is not in use: no options are added
     CommandOptions(CLI::App* app, const GivenWords& words) : app_(app), words_(words) {}
     CommandOptions(const CommandOptions&) = delete;
     CommandOptions& operator=(const CommandOptions&) = delete;
@@ -61,29 +61,29 @@ public:
     CLI::Option* get_option_no_throw(const std::string& name) {
         return app_ ? app_->get_option_no_throw(name) : nullptr;
     }
-    /// Takes an option away that was added for other commands as well.
+    /// Removes an option that was added for other commands as well.
     void remove_option(const std::string& name) {
         if (CLI::Option* const option = get_option_no_throw(name)) app_->remove_option(option);
     }
 
-    /// The library's check of a range. Its description, which messages quote, takes longer to make than an
-    /// option; words that give a message are read again with all.
+    /// The library's range check without its description, which takes longer to create than an option.
+    /// Arguments that cause an error message are parsed again with all options.
     template <class Number>
     CLI::Validator IsInRange(Number least, Number most) const {
         if (words_.AreAll()) return CLI::Range(least, most);
         return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
     }
 
-    /// A command with options of its own. When it is not given, it takes none.
+    /// Adds a subcommand. It gets no options if it is not in use.
     CommandOptions* add_subcommand(const char* name, const char* description);
-    /// Names of all commands, given or not.
+    /// Names of all commands, in use or not.
     const std::vector<std::string>& CommandNames() const { return commandNames_; }
-    /// Whether the command was called.
+    /// True if the command was called.
     bool parsed() const { return app_ && app_->parsed(); }
 
 private:
     bool Takes(std::string_view names) const { return app_ && words_.MayHold(names); }
-    /// An option whose settings have no effect.
+    /// A dummy option whose settings have no effect.
     static CLI::Option* Unused();
 
     CLI::App* app_;

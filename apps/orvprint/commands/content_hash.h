@@ -5,16 +5,16 @@
 #include <string>
 #include <string_view>
 
-/// XXH3 of 128 bits, as 32 hexadecimal digits: what `xxhsum -H128` prints. Tells whether content changed; no
-/// protection against somebody who wants two contents to look alike.
+/// 128-bit XXH3 as 32 hexadecimal digits, as printed by `xxhsum -H128`. Detects changes of content; it is not
+/// secure against deliberate collisions.
 std::string HashOfText(std::string_view text);
 
-/// What a file holds.
+/// Hash and size of a file.
 struct FileContent {
-    std::string hash;         ///< empty when it could not be read, or is no regular file
-    std::uint64_t bytes = 0;  ///< its size
+    std::string hash;         ///< empty if the file could not be read or is not a regular file
+    std::uint64_t bytes = 0;  ///< size
 };
 FileContent HashFile(const std::string& path);
 
-/// A number that depends on nothing but the text, on any machine.
+/// A number that depends only on the text, and is the same on all machines.
 std::uint64_t StableNumber(std::string_view text);

@@ -11,29 +11,29 @@
 
 class CommandOptions;
 
-/// The words of the command line about a printer.
+/// Command-line arguments for a printer.
 struct DirectArguments {
-    std::string printer;  ///< its name or address; empty to print into files
+    std::string printer;  ///< name or address; empty to print to files
     unsigned int copies = 1;
     std::string title;
-    std::vector<std::string> options;  ///< NAME=VALUE or NAME each, as lp takes them
+    std::vector<std::string> options;  ///< NAME=VALUE or NAME each, as for lp
     bool waits = false;
 };
 
-/// Adds the options of printers to a command, as a group of their own.
+/// Adds the printer options to a command, as a group.
 void AddDirectOptions(CommandOptions& command, DirectArguments& arguments);
 
-/// Printing on a printer. The printer is asked first, for its paper decides on the sheets; then drawings are
-/// printed by a process of their own, in the sandbox, into a file without a name; what came of it is sent
-/// from here, where no drawing is read.
+/// Prints on a printer. The printer is queried first, because its paper determines the sheets; then a
+/// sandboxed process prints the drawings to an unnamed file, which this process, in which no drawing is read,
+/// sends to the printer.
 class DirectPrinting {
 public:
     explicit DirectPrinting(const DirectArguments& arguments) : arguments_(arguments) {}
 
-    /// Asks the printer, and completes the words about paper that were not said.
+    /// Queries the printer and completes the paper options that were not given.
     /// @return an exit code; a failure was reported
     int Prepare(SheetWords& sheet, PrintOptions& print);
-    /// Prints, sends, and waits if that is wanted. @return an exit code
+    /// Prints, sends and, if requested, waits. @return an exit code
     int Run(PrintOptions print);
 
 private:

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-/// The names of all output formats, such as "pdf, png".
+/// Names of all output formats, such as "pdf, png".
 std::string OutputFormatNames(std::string_view separator);
 
-/// Lists the output formats on standard output, one a line.
+/// Lists the output formats on standard output, one per line.
 /// @return an exit code; a failure was reported
 int RunFormats();

@@ -5,6 +5,6 @@ namespace CLI {
 class App;
 }
 
-/// Gives the command and its subcommands, all of whose options are there, the form of their help: options in
-/// groups, a usage that tells what is needed.
+/// Sets the help format of the command and its subcommands, after all options were added: options in groups,
+/// and a usage line with the required arguments.
 void PrepareHelp(CLI::App& app);

@@ -3,5 +3,5 @@
 
 #include <string>
 
-/// True for a file that an interpreter could take for an image, as its first bytes tell.
+/// True if the first bytes of a file look like an image that an interpreter reads.
 bool LooksLikeImage(const std::string& path);

@@ -3,5 +3,5 @@
 
 #include <string_view>
 
-/// The page that shows a drawing with its rows, but for its data: a JSON text stands between the two.
+/// HTML before and after the JSON data, of a page that shows a drawing with its elements.
 extern const std::string_view kInspectorHead, kInspectorTail;

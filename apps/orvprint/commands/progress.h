@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <string>
 
-/// One line at the bottom of a terminal that tells how far a batch is. It is redrawn at most ten times a
-/// second, and gone in the end. Where standard error is no terminal, nothing is ever drawn.
+/// A progress line for batches at the bottom of a terminal. It is redrawn at most ten times per second and
+/// erased at the end. Nothing is drawn if standard error is not a terminal.
 class ProgressBar {
 public:
     /// @param isWanted  false: never draws
@@ -15,14 +15,14 @@ public:
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// Notes how far things are; draws now or, when that was done just before, a little later.
-    /// @param name  UTF-8; of what is being worked on
+    /// Updates the progress. Draws now or, if that was done very recently, a little later.
+    /// @param name  current drawing, in UTF-8
     void Update(std::size_t done, std::size_t failed, const std::string& name);
-    /// Takes the line away, for other output; it comes back with the next drawing.
+    /// Erases the line, for other output; the next drawing restores it.
     void Erase();
-    /// Draws what was held back, once its time has come.
+    /// Draws a postponed update when it is due.
     void DrawIfDue();
-    /// Milliseconds until then; -1 when nothing is held back. As poll() takes it.
+    /// Milliseconds until then, as for poll(); -1 if nothing is postponed.
     int GetWait() const;
 
 private:
@@ -37,7 +37,8 @@ private:
     Clock::time_point nextDrawing_ = Clock::time_point::min();
 };
 
-/// The line's text.
-/// @param columns  of the terminal; the text is at least one shorter, so that the cursor stays in its line
+/// The text of the line.
+/// @param columns  width of the terminal; the text is at least one column shorter, to keep the cursor on its
+/// line
 std::string ProgressLine(std::size_t done, std::size_t total, std::size_t failed, const std::string& name,
                          std::size_t columns);

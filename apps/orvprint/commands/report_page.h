@@ -6,9 +6,9 @@
 
 #include "apps/orvprint/commands/report_summary.h"
 
-/// The page of a report: figures, and the drawings that failed, each with its reason and as the browser shows
-/// it. Needs nothing from elsewhere but the drawings.
-/// @param conflicts  drawings that gave different outputs
-/// @param path       of the page: drawings are named from there
+/// The HTML page of a report: statistics, and the failed drawings with their reasons and as the browser shows
+/// them. It loads nothing but the drawings.
+/// @param conflicts  drawings with differing outputs
+/// @param path       of the page; links to drawings are relative to it
 std::string MakeReportPage(const ReportSummary& summary, const std::vector<std::string>& conflicts,
                            const std::string& path);

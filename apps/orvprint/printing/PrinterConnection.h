@@ -9,34 +9,34 @@
 /// A printer in a list.
 struct PrinterFacts {
     std::string name, location, state;
-    std::vector<std::string> formats;  ///< of ours that it takes; empty when it did not say
+    std::vector<std::string> formats;  ///< our formats that it accepts; empty if unknown
     bool isDefault = false;
 };
 
-/// A sheet of paper as a printer has it. Lengths are in millimetres.
+/// A paper size of a printer. Lengths are in millimetres.
 struct PrinterMedium {
-    std::string name;  ///< as the print system calls it
+    std::string name;  ///< name in the print system
     double width = 0.0, height = 0.0;
-    double top = 0.0, right = 0.0, bottom = 0.0, left = 0.0;  ///< what it cannot print on
+    double top = 0.0, right = 0.0, bottom = 0.0, left = 0.0;  ///< unprintable margins
 };
 
-/// What a printer is to be sent.
+/// What to send to a printer.
 struct PrinterNeeds {
-    std::string format;  ///< of our formats: "pdf", else "pwg", else "urf"
+    std::string format;  ///< preferred format: "pdf", otherwise "pwg", otherwise "urf"
     PrinterMedium medium;
-    double dotsPerInch = 0.0;             ///< of formats of pixels
-    bool isGrey = false, isMono = false;  ///< it takes no pixels in colour, or in black only
+    double dotsPerInch = 0.0;             ///< for raster formats
+    bool isGrey = false, isMono = false;  ///< accepts no colour pixels, or only black ones
 };
 
-/// A job as its owner wants it.
+/// A print job.
 struct PrinterJob {
     std::string title;
     unsigned int copies = 1;
-    std::vector<std::pair<std::string, std::string>> options;  ///< of the print system, as lp takes them
+    std::vector<std::pair<std::string, std::string>> options;  ///< options of the print system, as for lp
 };
 
-/// The way to printers. It belongs to one thread. What is false fails with one line of `error`; what may
-/// throw is std::bad_alloc only.
+/// A connection to the print system, for use by one thread. Functions returning false set one line of
+/// `error`; the only exception is std::bad_alloc.
 class PrinterConnection {
 public:
     PrinterConnection() = default;
@@ -44,27 +44,27 @@ public:
     PrinterConnection& operator=(const PrinterConnection&) = delete;
     virtual ~PrinterConnection() = default;
 
-    /// All printers that the print system knows.
+    /// Lists all printers known to the print system.
     virtual bool List(std::vector<PrinterFacts>& printers, std::string& error) = 0;
 
-    /// Finds a printer by its name, or by its address ("ipp://host/...").
+    /// Finds a printer by name or by address ("ipp://host/...").
     virtual bool Open(const std::string& printer, std::string& error) = 0;
-    /// Asks what the printer is to be sent.
-    /// @param medium  a name of paper; empty for the one that the printer would take by itself
+    /// Asks what to send to the printer.
+    /// @param medium  a paper name; empty for the printer's default
     virtual bool Ask(const std::string& medium, PrinterNeeds& needs, std::string& error) = 0;
-    /// Makes a job of a file's bytes.
-    /// @param document  descriptor, read from its beginning
-    /// @param number    the job's
+    /// Prints a file.
+    /// @param document  descriptor, read from the beginning
+    /// @param number    receives the job number
     virtual bool Send(const PrinterJob& job, const PrinterNeeds& needs, int document, int& number,
                       std::string& error) = 0;
     /// Waits until the job has ended.
-    /// @param tell  called with each new state, as "printing, 2 sheets"
-    /// @return false with its reason when it was not printed
+    /// @param tell  called with each new state, such as "printing, 2 sheets"
+    /// @return false with the reason if it was not printed
     virtual bool Wait(int number, const std::function<void(const std::string& state)>& tell,
                       std::string& error) = 0;
 };
 
-/// The module that knows the print system's library, and what it exports: a function without arguments that
+/// The module that uses the print system's library, and its exported function: it takes no arguments and
 /// returns a new connection, or null when out of memory.
 inline constexpr const char* kPrintingModule = "liborvprinting.so";
 inline constexpr const char* kPrintingFactory = "ORVCreatePrinterConnection";

@@ -3,18 +3,18 @@
 
 #include <array>
 
-/// Signals that end the process, as something to poll for. There is one object of this kind at a time.
+/// Makes signals that end the process available to poll(). There may be one object at a time.
 class EndSignals {
 public:
     EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
 
-    /// Can be read when a signal has come.
+    /// Readable after a signal was received.
     int GetDescriptor() const { return pipe_[0]; }
-    /// A worker that was not yet its own may have passed a signal on: it is none of this process.
+    /// Discards wake-ups, such as those from a new worker that still shared the pipe.
     void Drain() const;
-    /// The signal that came, 0 when none did.
+    /// The signal received, 0 if none.
     static int GetCaught();
 
 private:

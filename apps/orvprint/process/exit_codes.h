@@ -3,11 +3,10 @@
 
 #include "library/input/results.h"
 
-/// What the command tells its caller. Documented in README.md and docs/man/orvprint.1; scripts rely on the
-/// numbers.
+/// Exit codes of the command. Documented in README.md and docs/man/orvprint.1; scripts rely on the numbers.
 enum ExitCode : int {
     kExitDone = kResultDone,
-    kExitFound = 1,  ///< the check found something
+    kExitFound = 1,  ///< the check has findings
     kExitUsage = kResultUsage,
     kExitUnreadable = kResultUnreadable,
     kExitNotWellFormed = kResultNotWellFormed,
@@ -15,7 +14,7 @@ enum ExitCode : int {
     kExitPageOutOfRange = kResultPageOutOfRange,
     kExitUnknownFormat = kResultUnknownFormat,
     kExitUnwritable = kResultUnwritable,
-    kExitFailed = kResultFailed,  ///< printing failed, or a limit was reached
+    kExitFailed = kResultFailed,  ///< printing failed or a limit was reached
     kExitNoModule = kResultNoModule,
-    kExitSomeFailed = 11,  ///< a batch went on after failures
+    kExitSomeFailed = 11,  ///< a batch continued after failures
 };

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <thread>
 
-/// Has the system allocate the pages of a block that is about to be written, all at once, which takes a fifth
-/// of the time of a page fault for each. Does nothing for small blocks.
+/// Makes the system map all pages of a block that is about to be written, which takes a fifth of the time of
+/// individual page faults. Does nothing for small blocks.
 void PrefaultMemory(void* start, std::size_t size);
 
 /// During its lifetime, a thread has the system allocate the pages that the heap grows by before they are

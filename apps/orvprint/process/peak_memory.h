@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/// The largest resident size of this process over a stretch of time, as Linux counts it.
+/// Peak resident size of this process during an interval, as measured by Linux.
 class PeakMemory {
 public:
     PeakMemory() = default;
@@ -11,11 +11,11 @@ public:
     PeakMemory(const PeakMemory&) = delete;
     PeakMemory& operator=(const PeakMemory&) = delete;
 
-    /// Opens what is asked later on, when the process may open nothing any more.
+    /// Opens the required files, before the sandbox denies that.
     void Open();
     /// The stretch begins.
     void Begin() const;
-    /// Bytes since it began; 0 where the system does not tell.
+    /// Peak in bytes since Begin; 0 if the system does not provide it.
     std::uint64_t Get() const;
 
 private:

@@ -7,21 +7,21 @@
 #include "apps/orvprint/process/exit_codes.h"
 #include "platform/system/ORVFailure.h"
 
-/// Name of an input or output in messages: "-" is a standard stream.
+/// Name of an input or output in messages; "-" is a standard stream.
 std::string DisplayName(const std::string& path, std::string_view standardStream);
 
-/// What messages call standard input from now on, where it brings files of somebody else.
+/// Sets the name of standard input in messages, for input provided by someone else.
 /// @param name  empty for "standard input"
 void NameStandardInput(const std::string& name);
 
-/// Writes "orvprint: SUBJECT: REASON" to standard error, for what only the command knows. @return `code`
+/// Writes "orvprint: SUBJECT: REASON" to standard error, for errors of the command itself. @return `code`
 int Report(ExitCode code, const std::string& subject, const std::string& reason);
 
-/// The exit code of a failure.
+/// The exit code for a failure.
 ExitCode ExitCodeOf(ORVFailureReason reason);
-/// Writes a failure to standard error, and what can be done about it. @return its exit code
+/// Writes a failure to standard error, with advice if there is any. @return its exit code
 int Report(const std::string& subject, const ORVFailure& failure);
 int ReportOutOfMemory(const std::string& subject);
 
-/// Why the last failure was reported that had a reason besides its words; forgotten by asking.
+/// Reason of the last reported failure that had one, and resets it.
 ORVFailureReason TakeReportedReason();

@@ -3,17 +3,17 @@
 
 #include <vector>
 
-/// All signals that somebody may send, or a limit of the system, and that end a process that does nothing
-/// about them; SIGKILL, which nobody can do anything about, is not among them.
+/// All signals sent by users, processes or system limits whose default action ends the process, except
+/// SIGKILL.
 const std::vector<int>& EndingSignals();
 
-/// From now on signals that end the process do so as they would have, but leave no half file. What the
-/// process was told to ignore, as nohup does, stays ignored.
+/// Makes signals that end the process remove its unfinished files first. Signals ignored at the start, as
+/// with nohup, stay ignored.
 void EndCleanlyOnSignals();
 
-/// Has a handler take all those signals, but for those that are ignored.
+/// Installs a handler for all those signals, except ignored ones.
 void HandleEndingSignals(void (*handler)(int signal));
 
-/// In a worker: what is sent to all processes of a terminal is left to the one that was started; others end
-/// it.
+/// For workers: ignores signals that a terminal sends to all processes, which the parent handles. Other
+/// signals end the worker.
 void LeaveTerminalSignalsToParent();

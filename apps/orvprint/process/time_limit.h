@@ -3,13 +3,13 @@
 
 #include <string>
 
-/// Lets no drawing of this process, or of those that it forks, take longer. Past it, the process ends with
-/// kExitFailed, whatever its threads do or wait for: one line on standard error names the drawing, and no
-/// half file stays.
-/// @param seconds  0 for as long as it takes
+/// Sets the time limit per drawing, for this process and those it forks. When it expires, the process ends
+/// with kExitFailed, whatever its threads do: a line on standard error names the drawing, and no partial file
+/// is left.
+/// @param seconds  0 for no limit
 void SetTimeLimit(double seconds);
 
-/// The time of the drawing at work, of which there is one at a time. It ends with the object.
+/// Times the current drawing. There may be one object at a time; its destructor stops the timer.
 class DrawingTime {
 public:
     DrawingTime() = default;
@@ -17,10 +17,10 @@ public:
     DrawingTime(const DrawingTime&) = delete;
     DrawingTime& operator=(const DrawingTime&) = delete;
 
-    /// A drawing begins, and the one before it has ended.
-    /// @param name  what messages call it
+    /// Starts the time of a drawing, and stops that of the previous one.
+    /// @param name  name of the drawing in messages
     void Begin(const std::string& name);
-    /// What follows may take as long as it takes.
+    /// Stops the timer: the following work is not limited.
     void End();
 
 private:

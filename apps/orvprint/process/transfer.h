@@ -3,12 +3,12 @@
 
 #include <cstddef>
 
-/// Bytes between processes, through descriptors that wait. Nothing but read and write is called: a sandbox
-/// allows no more of sockets.
+/// Transfers bytes between processes through blocking descriptors. Uses only read and write, because the
+/// sandbox denies other socket calls.
 
-/// Reads all of some bytes. @return false at the end, or with errno
+/// Reads exactly `size` bytes. @return false at the end of data, or on an error with errno set
 bool ReceiveBytes(int descriptor, void* bytes, std::size_t size);
-/// Writes all of some bytes. @return false with errno
+/// Writes exactly `size` bytes. @return false with errno set on failure
 bool SendBytes(int descriptor, const void* bytes, std::size_t size);
 
 template <class Value>

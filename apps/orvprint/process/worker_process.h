@@ -7,20 +7,19 @@
 #include <functional>
 #include <string>
 
-/// Ends a forked process: what the starting process had opened or would do at its end is not its own.
+/// Ends a forked process without cleaning up what belongs to its parent.
 [[noreturn]] void LeaveProcess(int code);
 
-/// A process of its own for numbered jobs. It lives as long as there is work, so that what the first job sets
-/// up (the interpreter, fonts) serves all others, and what a job breaks stays within it. Its standard error
-/// goes through a pipe to the process that made it.
+/// A worker process for numbered jobs. It lives as long as there is work, so that the set-up of the first job
+/// (interpreter, fonts) is reused, and crashes are contained. Its standard error is a pipe to the parent.
 class WorkerProcess {
 public:
-    /// What became of a job.
+    /// The result of a job.
     struct Answer {
         int code = 0;      ///< an exit code
-        std::string note;  ///< bytes for the process that gave the job
+        std::string note;  ///< data for the parent process
     };
-    /// Done in the worker; throws nothing.
+    /// Runs in the worker; must not throw.
     using Work = std::function<Answer(std::uint32_t job)>;
 
     WorkerProcess() = default;
@@ -28,41 +27,41 @@ public:
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-    /// Starts the process. Descriptors that it inherits and must not keep are those of other workers: they
-    /// are closed. It ends when this object goes away, or the thread that calls this, however they end.
-    /// @return false with errno
+    /// Starts the process. It closes inherited descriptors of other workers. It ends when this object is
+    /// destroyed or the calling thread ends, in whatever way.
+    /// @return false with errno set on failure
     bool Start(const Work& work);
     bool IsRunning() const { return pid_ > 0; }
 
-    /// Hands over a job. @return false when the worker is gone
+    /// Sends a job. @return false if the worker has ended
     bool Give(std::uint32_t job);
-    /// Takes the answer of the job. To be called when the descriptor is readable.
-    /// @return false when the worker ended instead
+    /// Receives the answer of the job. Must be called when the result descriptor is readable.
+    /// @return false if the worker has ended instead
     bool TakeResult(Answer& answer);
-    /// Takes what the worker wrote to standard error so far. @return false when there is no more to come
+    /// Reads what the worker has written to standard error so far. @return false at the end
     bool TakeErrors(std::string& text);
 
     int GetResultDescriptor() const { return results_; }
     int GetErrorDescriptor() const { return errors_; }
 
     struct End {
-        std::string words;  ///< how it ended
-        int exitCode = 0;   ///< 0 also when it was a signal
+        std::string words;  ///< description
+        int exitCode = 0;   ///< 0 also after a signal
     };
-    /// What the status of a process that ended, as waitpid has it, says.
+    /// Interprets a process status as returned by waitpid.
     static End EndOf(int status);
-    /// Takes leave of a worker that ended by itself.
+    /// Reaps a worker that has ended by itself.
     End Reap();
-    /// Lets a worker without a job end by itself, and waits until it has.
+    /// Lets an idle worker end, and waits for it.
     void Finish();
-    /// Ends the worker at once.
+    /// Kills the worker.
     void Kill();
 
 private:
     void Close();
 
     pid_t pid_ = -1;
-    int jobs_ = -1;     // go in
-    int results_ = -1;  // come out
+    int jobs_ = -1;     // write end
+    int results_ = -1;  // read end
     int errors_ = -1;
 };

@@ -4,20 +4,20 @@
 #include <span>
 #include <string>
 
-/// What may be done with a file, or with all files in a folder and below.
+/// Permitted use of a file, or of all files in a folder and its subfolders.
 enum class FileUse {
     kRead,     ///< read files, list folders
-    kRewrite,  ///< write to a device, pipe or file that is there
-    kMake,     ///< make, read, replace and remove files
+    kRewrite,  ///< write to an existing device, pipe or file
+    kMake,     ///< create, read, replace and remove files
 };
 
 struct FileRule {
-    std::string path;  ///< symbolic links are followed; what is not there needs no rule
+    std::string path;  ///< symbolic links are followed; a path that does not exist is ignored
     FileUse use = FileUse::kRead;
 };
 
-/// Has the kernel refuse all files but those of the rules, for this thread and those that it will start;
-/// files that are open stay open. Programs cannot be run, and where the kernel knows how, no signals be sent,
-/// no connections made and no devices be given orders either.
-/// @return why it does not, empty when it does
+/// Makes the kernel deny access to all files except by the rules, for this thread and the ones it starts
+/// later; open files stay open. Running programs is denied and, where the kernel supports it, so are sending
+/// signals, connecting, and device ioctls.
+/// @return an error, empty on success
 std::string RestrictFiles(std::span<const FileRule> rules);

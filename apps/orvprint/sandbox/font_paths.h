@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
-/// What fontconfig reads and writes, by its configuration.
+/// The paths that fontconfig reads and writes, from its configuration.
 struct FontPaths {
-    std::vector<std::string> read;  ///< configuration files, folders of fonts, and what links in them lead to
-    std::vector<std::string> caches;  ///< folders where it keeps what it found
+    /// Configuration files, font folders, and targets of links in them.
+    std::vector<std::string> read;
+    /// Cache folders of fontconfig.
+    std::vector<std::string> caches;
 };
 
-/// Follows the configuration from file to file without loading fontconfig, which would take as long as many a
-/// print. Paths too many may be named, such as those in comments.
-/// @param isKnown  true for paths that need not be named
-/// @return nothing where the configuration says more than that: then fonts may lie anywhere
+/// Follows the configuration files without loading fontconfig, which would take as long as many a print. The
+/// result may contain superfluous paths, such as those in comments.
+/// @param isKnown  true for paths that may be omitted
+/// @return nothing if the configuration cannot be understood; fonts may then be anywhere
 std::optional<FontPaths> FindFontPaths(bool (*isKnown)(const std::string& path));

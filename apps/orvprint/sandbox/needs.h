@@ -6,16 +6,15 @@
 
 #include "apps/orvprint/sandbox/file_rules.h"
 
-/// What a run of the command is about.
+/// The files that a run of the command works on.
 struct RunFiles {
     std::vector<std::string> inputs{};          ///< drawings; "-" for standard input
-    std::vector<std::string> allowedFolders{};  ///< of images
-    std::string output{};                       ///< a file, "-" for standard output; empty without
-    std::string outputFolder{};                 ///< where files are made, instead of `output`
-    bool keepsTemporaryFiles = false;           ///< the output's format cannot be written from front to end
+    std::vector<std::string> allowedFolders{};  ///< folders that images may be read from
+    std::string output{};              ///< a file, or "-" for standard output; empty if there is none
+    std::string outputFolder{};        ///< folder for output files, instead of `output`
+    bool keepsTemporaryFiles = false;  ///< the output's format cannot be written sequentially
 };
 
-/// The files that it will need: its own, fonts, libraries that are loaded late, what tells of the machine,
-/// and caches. Missing folders for the caches of the command and of fonts are made, as they could not be made
-/// later.
+/// Rules for the files that a run needs: its own files, fonts, libraries loaded later, system information and
+/// caches. Missing cache folders of the command and of fonts are created now, because they cannot be later.
 std::vector<FileRule> FileRulesFor(const RunFiles& files);
