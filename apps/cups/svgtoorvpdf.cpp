@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// svgtoorvpdf: SVG to PDF, as a filter of the print system. Paper, ranges of pages, copies and pages on a
-// sheet are left to the filter that takes the PDF: it does them for all documents alike, and would do them
-// once more.
+// svgtoorvpdf: SVG to PDF, as a filter of the print system. Paper, page ranges, copies and pages per sheet
+// are left to the next filter, which handles them for all documents and would apply them again.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,11 +19,11 @@
 
 namespace {
 
-// Exit codes of the command, of which the print system knows none.
+// Exit codes of the command that its headers do not share with this filter.
 constexpr int kNoModule = 10, kNotStarted = 127;
 constexpr int kDone = 0, kFailed = 1;
 
-// What an administrator finds among the reasons of the printer's state while orvprint is not all there.
+// Printer state reason shown to administrators while the installation of orvprint is incomplete.
 constexpr const char* kIncomplete = "org.orvprint.incomplete-installation-error";
 
 int Fail(const std::string& reason) {
@@ -37,7 +36,7 @@ int FailForInstallation(const std::string& reason) {
     return Fail("orvprint is not installed completely: " + reason);
 }
 
-/// Why the drawing was not printed: the last thing that the command said. What it said before are hints.
+/// Reports why the drawing was not printed: the last message of the command. Earlier ones are hints.
 int ReportFailure(const Conversion& conversion) {
     std::string reason, text;
     for (const std::string& line : conversion.lines) {
@@ -70,8 +69,8 @@ int Run(int count, char** arguments) {
     std::string error;
     if (!ReadFilterSettings(arguments[5], settings, error)) return Fail(error);
 
-    // A file is opened and its name forgotten: a drawing with a place of its own could name files beside it,
-    // which are other people's jobs.
+    // The file is passed without its name: a drawing with a location could refer to files next to it, which
+    // are other users' jobs.
     const int drawing = count == 7 ? open(arguments[6], O_RDONLY | O_CLOEXEC) : STDIN_FILENO;
     if (drawing < 0) return Fail(std::string("The drawing cannot be read: ") + std::strerror(errno));
     HeldPages pages;

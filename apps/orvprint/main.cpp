@@ -66,7 +66,7 @@ constexpr const char* kExitCodes =
     "9 printing failed or limit reached, 10 interpreter module missing, 11 some inputs of a batch failed.\n"
     "More in the manual: man orvprint.\n";
 
-/// "nan" is in every range of the library's.
+/// Rejects "nan", which the library's range check accepts.
 CLI::Validator IsNumber() {
     return {[](const std::string& text) {
                 return std::isnan(std::strtod(text.c_str(), nullptr)) ? "Value " + text + " is no number"
@@ -115,7 +115,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
                                             "Read no files named by drawings, such as images");
     if (noFiles != allowed) noFiles->excludes(allowed);
-    noFiles->option_text(" ");  // the library's would say what it excludes
+    noFiles->option_text(" ");  // the library's default would list the excluded options
     allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
@@ -140,7 +140,8 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* required = command.add_flag("--require-sandbox", options.requiresSandbox,
                                              "Fail where the system refuses part of the sandbox");
     if (required != without) required->excludes(without);
-    required->option_text(" ");  // the library's would say what it excludes, in the help's first column
+    // the library's default would list the excluded options in the first column of the help
+    required->option_text(" ");
     without->option_text(" ");
 }
 
@@ -151,7 +152,7 @@ CLI::Option* AddIgnoreOption(CommandOptions& command, std::vector<std::string>& 
         ->allow_extra_args(false);
 }
 
-/// The kinds of findings that --ignore names. @return an exit code; a failure was reported
+/// Parses the kinds of findings for --ignore. @return an exit code; a failure was reported
 int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kinds) {
     for (const std::string& name : names) {
         const FindingKind* kind = FindFindingKind(name);
@@ -163,9 +164,9 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
     return kExitDone;
 }
 
-// The library looks options up by name in a function that lets nothing out: when out of memory, that ends
-// the process. So what must know another option is given the option itself.
-/// @return the option --keep-going
+// The library looks options up by name in a noexcept function, in which lack of memory would end the process.
+// Options that depend on others are therefore given pointers to them.
+// @return the option --keep-going
 CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
                      "Read XML documents that contain drawings, as .qvxml files are");
@@ -174,11 +175,11 @@ CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
-/// The command that a word was meant to be which is no file; empty when there is none, or it may well be a
-/// file's name.
+/// The command probably meant by a word that is not a file; empty if there is none or the word may be a file
+/// name.
 std::string MeantCommand(const CommandOptions& options, const std::string& word) {
     if (word.find_first_of("./") != std::string::npos || access(word.c_str(), F_OK) == 0) return {};
-    // As other programs call it.
+    // Names that other programs use.
     for (const char* other : {"convert", "export", "render", "to", "to-pdf", "help"})
         if (word == other) return word == "help" ? "--help" : "print";
     std::vector<std::string> names{"print"};
@@ -186,7 +187,7 @@ std::string MeantCommand(const CommandOptions& options, const std::string& word)
     return FindNearest(word, names);
 }
 
-/// What misspelt options were meant to be, for the end of a message.
+/// Suggestions for misspelt options, to append to a message.
 std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
     const CLI::App* command = &app;
     for (const CLI::App* other : app.get_subcommands([](const CLI::App*) { return true; }))
@@ -206,8 +207,7 @@ std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
     return {};
 }
 
-/// An option of printing that was given to another command, which would not heed it; empty when there is
-/// none.
+/// A printing option given to another command, which would ignore it; empty if there is none.
 std::string OptionBeforeCommand(const CLI::App& app) {
     if (app.get_subcommands().empty()) return {};
     for (const CLI::Option* option : app.get_options())
@@ -215,9 +215,9 @@ std::string OptionBeforeCommand(const CLI::App& app) {
     return {};
 }
 
-/// Runs what the words say.
-/// @param given  options and commands that are read; when they are not all, words that cannot be read with
-///               these give std::nullopt, and nothing was done
+/// Runs the command line.
+/// @param given  options and commands to parse; if they are not all, and arguments cannot be parsed with
+/// these, the result is std::nullopt and nothing was done
 std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     CLI::App parser(kDescription, "orvprint");
     parser.require_subcommand(0, 1);
@@ -233,7 +233,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
-    std::vector<std::string> outputs;  // options of the job, when there is a printer
+    std::vector<std::string> outputs;  // job options for a printer
     app.add_option(
            "-o,--output", outputs,
            "Output file, - for standard output (default for one drawing: NAME.pdf in the current folder)")
@@ -432,7 +432,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
 }
 
 int Run(int argc, char** argv) {
-    // The command's first purpose has a name, too, like the others; it may be left out.
+    // The default command also has a name, which may be omitted.
     if (argc > 1 && std::string_view(argv[1]) == "print") {
         argv[1] = argv[0];
         --argc;
@@ -449,8 +449,7 @@ int main(int argc, char** argv) {
     ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
     UseLinkedModules();
-    // A reader that goes away, or a file that may not become larger, is a failed output, not the end of the
-    // process.
+    // A closed pipe, or a file size limit, is an output error and must not end the process.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     try {

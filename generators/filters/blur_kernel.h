@@ -37,7 +37,6 @@ void WeighRows(const BlurKernel& kernel, const std::uint16_t* const* rows, int c
 /// @param row    pixels from `reach` before the first result to `reach` after the last, preceded by Delay()
 /// transparent pixels
 /// @param count  number of pixels in `out`
-/// @param count  of pixels in `out`
 void SumBoxesAlong(const BlurKernel& kernel, const std::uint16_t* row, int count, std::uint16_t* out);
 
 /// Applies three boxes down many columns at once. Rows come in batches.

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-// The library's code becomes part of this file: the command needs nothing more to be loaded.
+// The library is compiled into this file, so that the command has one less library to load.
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
@@ -40,7 +40,7 @@ std::uint64_t StableNumber(std::string_view text) { return XXH3_64bits(text.data
 FileContent HashFile(const std::string& path) {
     constexpr std::size_t kBlock = std::size_t{1} << 18U;
     FileContent content;
-    // What comes out of a pipe comes once, and is for whoever draws it.
+    // Data in a pipe can be read only once and must be left for drawing.
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) return content;
     if (struct stat facts{}; fstat(file, &facts) != 0 || !S_ISREG(facts.st_mode)) {

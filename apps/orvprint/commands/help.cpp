@@ -13,10 +13,10 @@ namespace {
 
 struct GroupRow {
     std::string_view group;
-    std::string_view options;  // long names, a blank around each
+    std::string_view options;  // long names, each surrounded by spaces
 };
 
-// In the order of the help. An option that stands in no row comes last, under "Options".
+// In the order of the help. Options not listed here come last, under "Options".
 constexpr std::array kGroups{
     GroupRow{
         "Input",

@@ -38,7 +38,7 @@
 
 namespace {
 
-/// A stream of the C library into an output.
+/// A C library stream that writes to an output.
 class OutputStream {
 public:
     explicit OutputStream(ORVOutput& output)
@@ -62,7 +62,7 @@ private:
     std::FILE* file_;
 };
 
-/// An output that keeps what each of its parts held.
+/// An output that stores its parts separately.
 class PartsOutput final : public ORVOutput {
 public:
     int BeginPart() override {
@@ -86,7 +86,7 @@ private:
     std::vector<std::string> parts_;
 };
 
-/// The generator of SVG with what stands before it.
+/// The SVG generator with the filters in front of it.
 class PageDrawing {
 public:
     PageDrawing()
@@ -96,7 +96,8 @@ public:
     ORVPrintGenerator& Get() { return filters_; }
     const std::vector<std::string>& GetPages() const { return output_.GetParts(); }
 
-    /// @param result  of the drawing. @return an exit code; a failure was reported
+    /// @param result  of the drawing
+    /// @return an exit code; a failure was reported
     int CodeOf(int result, const std::string& name) const {
         if (result == 1) return kExitDone;
         for (const ORVFailure* failure :
@@ -142,7 +143,7 @@ private:
         json_.Key(key);
         json_.Text(text);
     }
-    /// The element that a drawing begins with.
+    /// The root element of a drawing.
     const ORVXmlNode& RootOf(const ReadOptions& options);
 
     JsonWriter& json_;
@@ -157,7 +158,7 @@ void DataWriter::Begin(const ReadOptions& options) {
     json_.BeginObject();
     PutText("file", name_);
     PutText("interpreter", options.interpreter);
-    // In the order of the document, as they are read.
+    // In document order, as they are read.
     DocumentOrder order(*document_.root);
     while (const ORVXmlNode* node = order.Next())
         if (document_.fragments.contains(node)) roots_.push_back(node);
@@ -232,7 +233,7 @@ int DataWriter::PutCalls(ORVPrintInterpreter& interpreter) {
     return kExitDone;
 }
 
-/// @param numbers  which page each of them is, from 1
+/// @param numbers  page number of each, from 1
 void DataWriter::PutPages(const std::vector<std::string>& pages, const std::vector<unsigned int>& numbers) {
     json_.Key("drawn");
     json_.BeginArray();
@@ -253,15 +254,15 @@ void DataWriter::PutNumbers(std::string_view key, std::span<const std::uint32_t>
     json_.EndArray();
 }
 
-/// For each element its line, its column, how many elements it holds, and which of the names it has.
+/// For each element: line, column, number of elements inside it, and index of its name.
 void DataWriter::PutPlaces() {
     json_.Key("places");
     json_.BeginArray();
     std::unordered_map<std::string_view, std::size_t> numbersOfNames;
     std::vector<std::string_view> names;
-    std::vector<std::size_t> named;  // for each element the number of its name
+    std::vector<std::size_t> named;  // index of the name, for each element
     std::vector<std::uint32_t> held;
-    std::vector<std::pair<const ORVXmlNode*, std::size_t>> open;  // an element's next child, and its number
+    std::vector<std::pair<const ORVXmlNode*, std::size_t>> open;  // an element's next child, and its index
     const auto enter = [&](const ORVXmlNode& element) {
         open.emplace_back(element.firstChild, held.size());
         held.push_back(0);
@@ -332,7 +333,7 @@ std::unique_ptr<ORVOutput> OpenOutput(const std::string& output, const std::stri
     return file;
 }
 
-/// The input, its document and its findings, which live while the drawing is read again.
+/// The input, its document and its findings, kept while the drawing is read again.
 class HtmlInspection {
 public:
     HtmlInspection(const std::string& input, const ReadOptions& options, ORVOutput& output)

@@ -32,7 +32,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Names of elements, the first ones of them.
+/// Names of elements; only the first few.
 std::string NamesOf(std::uint32_t elements) {
     constexpr unsigned int kMostNamed = 3;
     std::string names;
@@ -46,8 +46,8 @@ std::string NamesOf(std::uint32_t elements) {
     return names + (count > kMostNamed || (elements & orvprint::kOtherElements) != 0 ? " and more" : "");
 }
 
-/// Says what of a drawing the first interpreter did not read, and who does. Most drawings have nothing of the
-/// kind, which the parser knows.
+/// Reports what the SVG interpreter did not read from a drawing, and which one does. Most drawings have
+/// nothing of the kind, which the parser knows.
 void TellLoss(const std::string& name, std::uint32_t elements) {
     if (elements == 0) return;
     const bool isStandard = (elements & ~orvprint::kStandardElements) == 0;
@@ -58,7 +58,7 @@ void TellLoss(const std::string& name, std::uint32_t elements) {
                            : (isPartly ? "; --interpreter svg2 prints part of it" : "")));
 }
 
-/// Where the command prints to: a file, or standard output.
+/// Output of the command: a file, or standard output.
 class CommandTarget final : public PrintTarget {
 public:
     CommandTarget(const PrintOptions& options, DrawingTime& time) : options_(options), time_(time) {}
@@ -76,9 +76,9 @@ public:
         return CreateFile(isNumbered);
     }
     void BeforeCommit(ORVOutput& output) override {
-        // What later drawings read may stand under the output's name.
+        // Later drawings may refer to a file with the name of the output.
         if (!IsStream()) ProtectFilesOfDrawings(static_cast<ORVFileOutput&>(output));
-        // From here on there are no parts of an output, but all or none.
+        // From here on the output is completed as a whole; the time limit must not interrupt that.
         time_.End();
     }
     /// @param isNumbered  there may be several parts
@@ -99,7 +99,7 @@ private:
     DrawingTime& time_;
 };
 
-/// What messages call all inputs.
+/// Name of all inputs in messages.
 std::string InputNames(const PrintOptions& options) {
     const std::string first = DisplayName(options.inputs.front(), "standard input");
     return options.inputs.size() == 1 ? first : first + " and others";
@@ -119,7 +119,7 @@ JobFacts FactsOf(const PrintOptions& options) {
     return facts;
 }
 
-/// One run of the command.
+/// A run of the command.
 class Printing {
 public:
     Printing(const PrintOptions& options, const ORVOutputFormat& format)
@@ -128,7 +128,7 @@ public:
           target_(options, time_),
           job_(options, format, FactsOf(options), target_, Host(), nullptr) {}
 
-    /// Finds out whether the output can be written at all. @return an exit code
+    /// Checks whether the output can be written at all. @return an exit code
     int Check() const {
         if (target_.IsStream()) return kExitDone;
         const fs::path folder = fs::path(options_.output).parent_path();
@@ -147,13 +147,13 @@ public:
                               [&](const Drawing& drawing) { return job_.Print(name, drawing); });
     }
 
-    /// After all inputs. @return an exit code
+    /// Must be called after all inputs. @return an exit code
     int Finish() { return job_.Finish(); }
 
 private:
     const PrintOptions& options_;
     const ORVOutputFormat& format_;
-    DrawingTime time_;  // of the present input, and of the output's end
+    DrawingTime time_;  // of the current input, and of completing the output
     CommandTarget target_;
     PrintJob job_;
 };
@@ -193,7 +193,7 @@ int RunPrint(const PrintOptions& options) {
         if (const int code = CheckBeforePrinting(options.inputs, options.read, options.ignored);
             code != kExitDone)
             return code;
-        BoundMemory();  // the inputs are read again, and count again
+        BoundMemory();  // resets the limit: the inputs are read, and count, again
     }
     Printing printing(options, *format);
     if (const int code = printing.Check(); code != kExitDone) return code;

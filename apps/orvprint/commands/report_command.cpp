@@ -30,7 +30,7 @@ int ReadAll(const std::vector<std::string>& files, MergedReport& report) {
     return kExitDone;
 }
 
-/// A file appears whole or not at all, and never in a report's place.
+/// Writes a file completely or not at all, and never over one of the reports.
 int WriteFile(const std::string& path, const std::vector<std::string>& reports,
               const std::vector<std::string>& chunks) {
     ORVFileOutput output(path, false);

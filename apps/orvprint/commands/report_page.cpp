@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostShown = 1000;  // failures
 
-// Scripts are refused whatever stands in names and messages.
+// The policy blocks scripts in names and messages.
 constexpr std::string_view kHead = R"(<!DOCTYPE html>
 <html lang="en">
 <head>
@@ -38,14 +38,14 @@ ul.failures img { background: #fff; display: block; height: 9em; margin-bottom: 
 <body>
 )";
 
-/// As content or between double quotes.
+/// For element content and attribute values in double quotes.
 std::string Escaped(std::string_view text) {
     std::string escaped;
     AppendXmlText(escaped, text);
     return escaped;
 }
 
-/// A path as a relative address, which names no scheme of its own.
+/// A path as a relative URL, which cannot be taken for one with a scheme.
 std::string AddressOf(const std::string& file, const fs::path& folder) {
     std::error_code error;
     const fs::path from = fs::proximate(file, folder.empty() ? fs::path(".") : folder, error);

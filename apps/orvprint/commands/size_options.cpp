@@ -9,7 +9,7 @@
 
 namespace {
 
-/// "nan" is in every range of the library's.
+/// Also rejects "nan", which the library's range check accepts.
 CLI::Validator IsWithin(double least, double most, const char* what) {
     return {[=](const std::string& text) {
                 char* end = nullptr;
@@ -21,7 +21,7 @@ CLI::Validator IsWithin(double least, double most, const char* what) {
             ""};
 }
 
-/// The options of a list that were given.
+/// The first option in a list that was given.
 const CLI::Option* FindGiven(const std::vector<const CLI::Option*>& options) {
     const auto given = std::find_if(options.begin(), options.end(),
                                     [](const CLI::Option* option) { return option->count() > 0; });

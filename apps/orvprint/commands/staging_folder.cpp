@@ -25,7 +25,7 @@ void StagingFolder::Remove() {
     try {
         std::error_code ignored;
         if (!path_.empty()) fs::remove_all(path_, ignored);
-    } catch (const std::bad_alloc&) {  // it stays
+    } catch (const std::bad_alloc&) {  // the folder stays
     }
     path_.clear();
 }

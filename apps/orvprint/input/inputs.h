@@ -23,8 +23,9 @@ struct ReadOptions : DrawingOptions {
 /// inputs and must not become outputs.
 FileSet& FilesOfDrawings();
 
-/// Told the name of each file that a drawing of this process asks for and may read, also of one that is not
-/// there, before it is read; more than once, if the drawing asks again. Null for nobody, as at first.
+/// Sets a function that is called with the name of each permitted file a drawing of this process requests,
+/// before it is read, even if it does not exist; repeatedly if it is requested repeatedly. Null (the default)
+/// for none.
 void WatchFilesOfDrawings(std::function<void(const std::string& name)> watcher);
 
 /// Permits folders and their subfolders. Requested files are recorded, and count once each as input for the

@@ -12,26 +12,26 @@
 namespace {
 
 #if defined(ORV_SANITIZED)
-constexpr bool kIsBounded = false;  // sanitizers need memory as they please
+constexpr bool kIsBounded = false;  // sanitizers need unlimited memory
 #else
 constexpr bool kIsBounded = true;
 #endif
 
-// Inputs so large in all have nothing on top, and each further byte this.
+// Total input size that is covered by the basic limit; each further byte adds to it.
 constexpr std::uint64_t kFreeInputBytes = std::uint64_t{32} << 20U;
 constexpr std::uint64_t kBytesPerInputByte = 32;
-constexpr std::uint64_t kMostInputBytes = std::uint64_t{1} << 50U;  // so that no sum overflows
-// A thread's stack counts whole, though next to nothing of it is used: they are not to be as large as usual.
+constexpr std::uint64_t kMostInputBytes = std::uint64_t{1} << 50U;  // prevents overflow of sums
+// A thread's stack counts in full although hardly any of it is used, so stacks are smaller than the default.
 constexpr std::size_t kStackBytes = std::size_t{2} << 20U;
 
 std::uint64_t inputBytesSoFar = 0;
-std::uint64_t bound = 0;  // what is set, bytes; 0 for none
+std::uint64_t bound = 0;  // current limit in bytes; 0 for none
 
 void Apply() {
     const std::uint64_t limit = ORVPrintLimits::Get(ORVPrintLimit::kMemory);
     rlimit now{};
     if (!kIsBounded || getrlimit(RLIMIT_DATA, &now) != 0) return;
-    // What the user or the system set is never raised.
+    // A limit set by the user or the system is never raised.
     static const rlim_t most = now.rlim_cur;
     const std::uint64_t large = inputBytesSoFar > kFreeInputBytes ? inputBytesSoFar - kFreeInputBytes : 0;
     bound = limit + kBytesPerInputByte * std::min(large, kMostInputBytes);
@@ -60,7 +60,7 @@ void AllowMemoryFor(std::uint64_t inputBytes) {
 std::uint64_t GetMemoryLimitReached() {
     rusage used{};
     if (bound == 0 || getrusage(RUSAGE_SELF, &used) != 0) return 0;
-    // Growing lists ask for twice what they have, and have it while they move.
+    // A growing vector holds its old and its doubled new memory at once.
     constexpr std::uint64_t kShare = 3;
     return static_cast<std::uint64_t>(used.ru_maxrss) * 1024 >= bound / kShare ? bound : 0;
 }

@@ -11,6 +11,6 @@
 void BoundMemory();
 /// Raises the limit for an input, or for a file it refers to, by its stored size in bytes.
 void AllowMemoryFor(std::uint64_t inputBytes);
-/// The limit in bytes when the process came so near to it that a refused request may well be its doing, else
-/// 0. Needs no memory.
+/// The limit in bytes if memory use is so close to it that a failed allocation was probably caused by it,
+/// otherwise 0. Allocates nothing.
 std::uint64_t GetMemoryLimitReached();

@@ -6,9 +6,9 @@
 #include "platform/system/ORVSmallObjects.h"
 
 void SetUpMemoryForModels() {
-    // Without what the allocator keeps for each object, a model takes a fifth less.
+    // Without the allocator's overhead per object, a model takes a fifth less memory.
     ORVSmallObjects::UseBlocks();
-    // The allocator's lists for small pieces, and giving memory back in between, make the rest dear.
+    // The allocator's lists for small blocks, and trimming in between, would slow down the rest.
     mallopt(M_MXFAST, 0);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 32 << 20);

@@ -26,7 +26,7 @@ void Begin(TextLine& line, const std::string& subject) {
     line.Put(": ");
 }
 
-/// What to do where the limit of memory may be what refused it. Needs no memory.
+/// Appends advice if the memory limit may have been the cause. Allocates nothing.
 void PutMemoryLimit(TextLine& line) {
     const std::uint64_t limit = GetMemoryLimitReached();
     if (limit == 0) return;

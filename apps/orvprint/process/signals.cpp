@@ -10,13 +10,13 @@
 
 namespace {
 
-// Those that a file too large or a reader that went away bring are ignored, and so is none of these.
+// Without the signals for a file too large and for a closed pipe, which are ignored.
 constexpr std::array kSentSignals{SIGHUP,    SIGINT,  SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2,  SIGALRM,
                                   SIGVTALRM, SIGPROF, SIGXCPU, SIGPOLL, SIGPWR,  SIGSTKFLT};
 
-// Defects of ours or of a library.
+// Crashes: bugs of the command or of a library.
 #if defined(ORV_SANITIZED)
-constexpr std::array<int, 0> kCrashes{};  // sanitizers tell of them
+constexpr std::array<int, 0> kCrashes{};  // sanitizers report them
 #else
 constexpr std::array kCrashes{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP};
 #endif
@@ -38,7 +38,7 @@ void EndAsItWouldHave(int signal) {
 }
 
 void EndBySignal(int signal) {
-    // Any thread may get the signal, but only the main one holds signals back while it makes files.
+    // Any thread may get the signal, but only the main thread blocks signals while it creates files.
     if (pthread_equal(pthread_self(), mainThread) == 0) {
         pthread_kill(mainThread, signal);
         return;
@@ -47,13 +47,13 @@ void EndBySignal(int signal) {
     EndAsItWouldHave(signal);
 }
 
-/// Of the thread that went wrong: no other can be relied on.
+/// Runs in the thread that crashed: no other is reliable.
 void EndByCrash(int signal) {
     ORVTemporaryFile::RemoveAll();
     EndAsItWouldHave(signal);
 }
 
-/// Where a handler runs when the main thread's stack is full.
+/// Provides a stack for the handler after an overflow of the main thread's stack.
 void PrepareSpareStack() {
     static std::array<char, 65536> memory;
     stack_t stack{};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Libraries that keep data in temporary files (cairo does, with pages of PostScript) ask the C library for
-// them, which looks for no TMPDIR and knows no limit. In this command they get ORVTemporaryData instead.
+// Libraries that use temporary files (such as cairo, for pages of PostScript) call tmpfile of the C library,
+// which ignores TMPDIR and has no size limit. In this command they get ORVTemporaryData instead.
 
 #include <sys/types.h>
 
@@ -18,8 +18,8 @@ ORVTemporaryData& DataOf(void* cookie) { return *static_cast<ORVTemporaryData*>(
 
 ssize_t Read(void* cookie, char* bytes, size_t size) { return DataOf(cookie).Read(bytes, size); }
 
-// cairo frees memory twice when such a write fails in the middle of an image. So it is told of none: what is
-// lost is noted, and the generator asks.
+// cairo frees memory twice if such a write fails inside an image. Failures are therefore hidden from it and
+// recorded; the generator checks for them.
 ssize_t Write(void* cookie, const char* bytes, size_t size) {
     ORVTemporaryData& data = DataOf(cookie);
     if (data.Write(bytes, size) < size)
@@ -42,13 +42,13 @@ int Close(void* cookie) {
 
 }  // namespace
 
-/// Takes the place of the C library's function for all libraries of the process.
+/// Replaces the C library's function for all libraries in the process.
 extern "C" __attribute__((visibility("default"))) std::FILE* tmpfile() {
     ORVTemporaryData::NoteLoss(ORVTemporaryData::Loss::kNone);
     std::unique_ptr<ORVTemporaryData> data(new (std::nothrow) ORVTemporaryData);
     if (!data) errno = ENOMEM;
     if (!data || !data->Open()) return nullptr;
     std::FILE* file = fopencookie(data.get(), "w+", {Read, Write, Seek, Close});
-    if (file) static_cast<void>(data.release());  // now the file's
+    if (file) static_cast<void>(data.release());  // owned by the file now
     return file;
 }

@@ -22,8 +22,8 @@
 
 namespace {
 
-// Descriptors of all workers: a new one inherits and closes them. Were one kept open, the end of another
-// process would not show.
+// Descriptors of all workers, which a new worker inherits and closes. If one stayed open, the end of another
+// worker would go unnoticed.
 std::vector<int>& OpenDescriptors() {
     static std::vector<int> descriptors;
     return descriptors;
@@ -37,7 +37,7 @@ void CloseNoted(int& descriptor) {
     close(std::exchange(descriptor, -1));
 }
 
-/// Two descriptors that are closed unless somebody takes them.
+/// Two descriptors, closed by the destructor unless taken.
 class Pipe {
 public:
     Pipe() = default;
@@ -50,7 +50,7 @@ public:
     Pipe(const Pipe&) = delete;
     Pipe& operator=(const Pipe&) = delete;
 
-    /// @return false with errno
+    /// @return false with errno set on failure
     bool Open() { return pipe2(ends_.data(), O_CLOEXEC) == 0; }
     int GetReadEnd() const { return ends_[0]; }
     int GetWriteEnd() const { return ends_[1]; }
@@ -61,17 +61,17 @@ private:
     std::array<int, 2> ends_{-1, -1};
 };
 
-/// What comes first of an answer.
+/// Header of an answer.
 struct NoteHead {
     std::int32_t code = 0;
     std::uint64_t noteSize = 0;
 };
 
-/// The worker's life.
+/// Main loop of the worker.
 [[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
     for (const int descriptor : OpenDescriptors()) close(descriptor);
     LeaveTerminalSignalsToParent();
-    // Nobody would take the results of a process whose parent was killed, which may have been before this.
+    // A worker must end with its parent, which may already have been killed before this call.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) LeaveProcess(1);
     if (dup2(errors, STDERR_FILENO) < 0) LeaveProcess(1);
@@ -88,8 +88,7 @@ struct NoteHead {
 
 void LeaveProcess(int code) {
 #if defined(ORV_COVERAGE)
-    // Which lines ran is written by destructors; text that the starting process left in its streams is
-    // dropped.
+    // Coverage data is written by destructors; text that the parent left in its streams is discarded.
     __fpurge(stdout);
     std::exit(code);
 #else

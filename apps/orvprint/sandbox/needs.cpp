@@ -16,7 +16,7 @@
 
 namespace {
 
-// Whatever the system's packages hold: fonts, libraries that libraries load, conversions of characters.
+// System folders: fonts, libraries loaded later, character set conversions.
 constexpr std::array<std::string_view, 10> kSystemFolders{
     "/usr",       "/lib",       "/lib32",     "/lib64",      "/opt",
     "/nix/store", "/gnu/store", "/etc/fonts", "/etc/gnutls", "/etc/crypto-policies"};
@@ -33,7 +33,7 @@ constexpr std::array kSystemFiles{"/etc/ld.so.cache",
                                   "/dev/urandom",
                                   "/dev/random"};
 
-// Variables whose folders libraries look into.
+// Environment variables with folders that libraries use.
 constexpr std::array kFolderVariables{"LD_LIBRARY_PATH", "GCONV_PATH", "LOCPATH", "FONTCONFIG_PATH"};
 
 std::string Variable(const char* name) {
@@ -68,12 +68,12 @@ public:
     void AddFonts() {
         const std::optional<FontPaths> fonts = FindFontPaths(IsInSystemFolder);
         if (!fonts) {
-            // A page without its fonts would be worse than files that can be read.
+            // Read access to all files is better than pages without their fonts.
             Add("/", FileUse::kRead);
             return;
         }
         for (const std::string& path : fonts->read) Add(path, FileUse::kRead);
-        // The first that there is, or can be made, is the one that fonts are noted in.
+        // Fontconfig writes to the first folder that exists or can be created.
         bool hasCache = false;
         for (const std::string& path : fonts->caches) {
             if (!hasCache) hasCache = MakeFolders(path);
@@ -81,7 +81,7 @@ public:
         }
     }
 
-    /// As the fonts' catalogue looks for its folder, and makes it.
+    /// Finds and creates the folder for the command's font catalogue.
     void AddCache() {
         std::string folder = Variable("ORVPRINT_CACHE_DIR");
         if (!std::getenv("ORVPRINT_CACHE_DIR")) {
@@ -98,7 +98,7 @@ public:
     void AddInput(const std::string& path) {
         if (path == "-") return;
         const std::string folder = FolderOf(path);
-        if (inputFolders_.insert(folder).second) Add(folder, FileUse::kRead);  // for images, too
+        if (inputFolders_.insert(folder).second) Add(folder, FileUse::kRead);  // for images as well
         struct stat facts {};
         if (lstat(path.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode)) Add(path, FileUse::kRead);
     }
@@ -111,7 +111,7 @@ public:
             return;
         }
         AddFolderOfOutput(path);
-        // A file for each page, each of which may be a link that is there already.
+        // One file per page, each of which may be an existing link.
         const std::size_t name = path.rfind('/') == path.npos ? 0 : path.rfind('/') + 1;
         std::size_t dot = path.rfind('.');
         if (dot == path.npos || dot <= name) dot = path.size();
@@ -138,7 +138,7 @@ private:
         }
     }
 
-    /// A new file stands beside its name until it is whole, or beside what the name leads to.
+    /// A new file is first written next to its final path, or next to the target if that is a link.
     void AddFolderOfOutput(const std::string& path) {
         struct stat facts {};
         std::array<char, PATH_MAX> target;
@@ -147,7 +147,7 @@ private:
         Add(FolderOf(isLink ? target.data() : path), FileUse::kMake);
     }
 
-    /// A folder for caches, and the one that it lies in. @return whether it is there and can be written
+    /// Creates a cache folder and its parent. @return true if it exists and is writable
     static bool MakeFolders(const std::string& path) {
         if (access(path.c_str(), F_OK) != 0) {
             MakeFolder(FolderOf(path));
@@ -156,7 +156,7 @@ private:
         return access(path.c_str(), W_OK) == 0;
     }
 
-    /// Who prints with another's home leaves nothing there.
+    /// Does not create folders in the home of another user.
     static void MakeFolder(const std::string& path) {
         struct stat facts {};
         if (stat(FolderOf(path).c_str(), &facts) == 0 && facts.st_uid == geteuid())
