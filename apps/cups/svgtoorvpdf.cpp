@@ -19,7 +19,7 @@
 
 namespace {
 
-// Exit codes of the command that its headers do not share with this filter.
+// Exit codes of the command; the print system does not know them.
 constexpr int kNoModule = 10, kNotStarted = 127;
 constexpr int kDone = 0, kFailed = 1;
 
@@ -98,7 +98,7 @@ int Run(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    // A filter behind this one that ends early is a failed output, not the end of the process.
+    // If a later filter ends early, that is an output error and must not end the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return Run(count, arguments);

@@ -217,7 +217,7 @@ std::string OptionBeforeCommand(const CLI::App& app) {
 
 /// Runs the command line.
 /// @param given  options and commands to parse; if they are not all, and arguments cannot be parsed with
-/// these, the result is std::nullopt and nothing was done
+///               these, the result is std::nullopt and nothing was done
 std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     CLI::App parser(kDescription, "orvprint");
     parser.require_subcommand(0, 1);

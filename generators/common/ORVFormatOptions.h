@@ -6,8 +6,7 @@
 
 #include "generators/common/ORVColourMode.h"
 
-/// User options of an output format. The raster options also apply to images that vector formats need for
-/// effects they cannot express.
+/// User options of an output format. Formats ignore those that do not apply to them.
 struct ORVFormatOptions {
     /// Dots per inch of raster output. At 90, one user unit is one pixel.
     double dotsPerInch = 90.0;

@@ -35,7 +35,7 @@ void WeighRows(const BlurKernel& kernel, const std::uint16_t* const* rows, int c
 
 /// Applies three boxes along a row of pixels of four shorts each.
 /// @param row    pixels from `reach` before the first result to `reach` after the last, preceded by Delay()
-/// transparent pixels
+///               transparent pixels
 /// @param count  number of pixels in `out`
 void SumBoxesAlong(const BlurKernel& kernel, const std::uint16_t* row, int count, std::uint16_t* out);
 

@@ -21,7 +21,7 @@ FilterPixels MergeFilterPixels(std::span<const FilterPixels* const> inputs, cons
 
 enum class FilterOperator : std::uint8_t { kOver, kIn, kOut, kAtop, kXor, kLighter, kArithmetic };
 /// @param k  for kArithmetic: k[0] a b + k[1] a + k[2] b + k[3] for each premultiplied channel, clamped to
-/// 0..1 and colours to the opacity; NaN counts as 0
+///           0..1 and colours to the opacity; NaN counts as 0
 struct FilterComposition {
     FilterOperator kind = FilterOperator::kOver;
     double k[4] = {};
@@ -36,7 +36,7 @@ FilterPixels BlendFilterPixels(const FilterPixels& input, const FilterPixels& be
 FilterPixels TileFilterPixels(const FilterPixels& input, const FilterBox& tile, const FilterBox& box);
 /// Resamples an image under an affine transformation.
 /// @param toImage   from pixels of the result to those of `image`, with pixel centres at half-integers. If it
-/// is not finite the result is transparent.
+///                  is not finite the result is transparent.
 /// @param isSmooth  bilinear, otherwise nearest neighbour
 FilterPixels PlaceFilterPixels(const FilterPixels& image, const ORVMathAffine2D& toImage, bool isSmooth,
                                const FilterBox& box);

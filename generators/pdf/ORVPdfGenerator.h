@@ -17,7 +17,8 @@ class ORVOutput;
 class ORVPdfGenerator final : public ORVPrintGenerator {
 public:
     /// @param output        receives the document as its only part, from a thread of the generator; must
-    /// outlive the generator, and must not be used by others between BeginDocument and the end of EndDocument
+    ///                      outlive the generator, and must not be used by others between BeginDocument and
+    ///                      the end of EndDocument
     /// @param creationTime  creation time stated in the document, in seconds since 1970, if any
     explicit ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> creationTime = std::nullopt);
     ~ORVPdfGenerator() override;

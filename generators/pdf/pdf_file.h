@@ -16,7 +16,7 @@ class ORVOutput;
 class PdfFile {
 public:
     /// @param output  written to until Finish has returned; nothing else may use it until then, unless IsGood
-    /// has become false
+    ///                has become false
     explicit PdfFile(ORVOutput& output);
     ~PdfFile();
     PdfFile(const PdfFile&) = delete;

@@ -16,7 +16,7 @@ class ORVOutput;
 class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
     /// @param output        receives all pages as one part or, for EPS, one part per page; must outlive the
-    /// generator
+    ///                      generator
     /// @param options       images of transparent parts have at least 300 dots per inch
     /// @param encapsulated  writes EPS
     ORVPostScriptGenerator(ORVOutput& output, const ORVFormatOptions& options, bool encapsulated);

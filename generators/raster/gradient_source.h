@@ -15,7 +15,7 @@ public:
     /// @return the work done, in pixels filled with one colour
     std::uint64_t Begin(const RasterGradient& gradient, int left, int right);
     /// @return premultiplied RGBA colours of the pixels [begin, end) of a row, with room for three more;
-    /// valid until the next call
+    ///         valid until the next call
     const std::uint8_t* Read(int row, int begin, int end);
     /// Work per pixel read, in pixels filled with one colour.
     std::uint64_t GetPixelWork() const;

@@ -19,7 +19,7 @@ public:
 
     /// @param toDevice  from the gradient's coordinates
     /// @return the gradient, valid until the arena is cleared; null if the matrix cannot be inverted or the
-    /// gradient paints nothing
+    ///         gradient paints nothing
     const RasterGradient* Find(const ORVPrintGradient& gradient, const ORVMathAffine2D& toDevice);
     void Clear();
 

@@ -33,7 +33,7 @@ public:
     void AddStraight(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& direction);
     /// Strokes a part of a solid line.
     /// @param first, last  the part's segments [first, last). Adjacent segments in `course` determine the
-    /// joins; at an end without one, the line has a cap.
+    ///                     joins; at an end without one, the line has a cap.
     void AddPart(const StrokeCourse& course, std::size_t first, std::size_t last);
 
 private:

@@ -26,7 +26,7 @@ inline std::uint8_t ORVDimmed(std::uint8_t opacity, double factor) {
 class ORVInk {
 public:
     /// @param keptBytes   cache limit for converted images, at 4 bytes per pixel; beyond it images are
-    /// converted again
+    ///                    converted again
     /// @param keepsGreys  in black and white, areas and images stay grey
     explicit ORVInk(ORVColourMode mode, std::size_t keptBytes = std::size_t{64} << 20U,
                     bool keepsGreys = false)

@@ -12,6 +12,6 @@ std::string BaseName(std::string_view input);
 /// The outputs of a batch, one per input: FOLDER/NAME.EXTENSION.
 /// @param keepsFolders  FOLDER/SUBFOLDERS/NAME.EXTENSION instead, with the input's folders
 /// @param error  receives the reason (two inputs with the same name, or one without a name) if the result is
-/// empty
+///               empty
 std::vector<std::string> PlanOutputs(const std::vector<std::string>& inputs, const std::string& folder,
                                      std::string_view ending, bool keepsFolders, std::string& error);

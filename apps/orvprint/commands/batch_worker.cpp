@@ -92,8 +92,8 @@ int BatchWorker::EnterSandbox() {
     return EnterSandboxFor(jobs_.options.read, std::move(files));
 }
 
-/// Before the drawing reads it: should a file change meanwhile, its hash does not fit any more, and the
-/// drawing is converted again.
+/// Hashes a file before the drawing reads it. If the file changes in between, the hash no longer matches and
+/// the drawing will be converted again.
 void BatchWorker::NoteOtherFile(const std::string& name) {
     const auto [place, isNew] = otherFiles_.try_emplace(name);
     if (!isNew) return;

@@ -39,6 +39,6 @@ private:
 
 /// The text of the line.
 /// @param columns  width of the terminal; the text is at least one column shorter, to keep the cursor on its
-/// line
+///                 line
 std::string ProgressLine(std::size_t done, std::size_t total, std::size_t failed, const std::string& name,
                          std::size_t columns);

@@ -13,5 +13,5 @@ struct ReportOptions {
 /// Merges reports and writes a summary to standard output. Of several records for a drawing with the same
 /// content, a successful one is preferred to a failure, and a later one to an earlier one.
 /// @return kExitSomeFailed if drawings failed, kExitDone if none did, else the code of a failure that was
-/// reported
+///         reported
 int RunReport(const ReportOptions& options);

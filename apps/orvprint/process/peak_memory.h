@@ -13,7 +13,7 @@ public:
 
     /// Opens the required files, before the sandbox denies that.
     void Open();
-    /// The stretch begins.
+    /// Begins an interval.
     void Begin() const;
     /// Peak in bytes since Begin; 0 if the system does not provide it.
     std::uint64_t Get() const;

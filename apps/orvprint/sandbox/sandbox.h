@@ -10,5 +10,5 @@
 /// other processes, other users' rights, and parts of the kernel. Must be called while the process has one
 /// thread.
 /// @return the restrictions that the system refuses, such as "the rules for files: Function not implemented";
-/// empty if all are in force. The others apply in any case.
+///         empty if all are in force. The others apply in any case.
 std::string EnterSandbox(const std::vector<FileRule>& rules);
