@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// orvprint: prints SVG drawings, tells their pages, shows their print model.
+// orvprint: prints SVG drawings, lists their pages, and dumps their print model.
 
 #include <CLI/CLI.hpp>
 

@@ -56,7 +56,7 @@ public:
     int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
-    bool KeepsIdentifiers() const override { return true; }  // those that are given
+    bool KeepsIdentifiers() const override { return true; }  // records all identifiers
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;

@@ -39,7 +39,7 @@ static_assert(ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0));
 // does not do so if told that there is history, with an empty hash table. The caller must then also clear
 // that table and set its size.
 void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemory) {
-    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // generously
+    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // with a margin
     std::fill_n(levelMemory.begin(), kTableEnd, std::uint8_t{0});
     stream.internal_state.has_hist = IGZIP_HIST;
     stream.internal_state.hash_mask = IGZIP_LVL1_HASH_SIZE - 1;

@@ -15,7 +15,7 @@ namespace {
 constexpr int kPlaces = 256;
 // Offset of the pattern from the origin.
 constexpr double kOrigin = 4096.0;
-// Octaves past these change no channel: each counts half as much as the one before.
+// Octaves beyond this are invisible: each has half the amplitude of the previous one.
 constexpr int kVisibleOctaves = 16;
 // Limit up to which coordinates keep a usable fraction.
 constexpr double kFarthest = 1e12;

@@ -51,7 +51,7 @@ inline FloatLanes Opacity(const FloatLanes& pixel) {
     return __builtin_shufflevector(pixel, pixel, 3, 3, 3, 3);
 }
 
-/// Lays a pixel over another.
+/// Composites a pixel over another.
 inline void LayPixelOver(const std::uint16_t* over, std::uint16_t* pixel) {
     constexpr float kPart = 1.0F / static_cast<float>(kFilterFull);
     if (over[3] == 0) return;
@@ -64,14 +64,14 @@ inline void LayPixelOver(const std::uint16_t* over, std::uint16_t* pixel) {
     StorePixel(blending::Least(sum, blending::All(static_cast<float>(kFilterFull))), pixel);
 }
 
-/// Rows of a buffer as wide as a box, whatever of it the buffer holds.
+/// The rows of a box in a buffer, padded with transparent pixels where the buffer does not cover the box.
 class FilterRows {
 public:
     FilterRows(const FilterPixels& pixels, const FilterBox& box)
         : pixels_(pixels), box_(box), shown_(box.CutTo(pixels.GetBox())) {
         if (shown_ != box) row_.resize(static_cast<std::size_t>(PixelShorts(std::max(0, box.width))));
     }
-    /// Row `y` of the box, until the next is asked for.
+    /// Row `y` of the box; valid until the next call.
     const std::uint16_t* operator()(int y) {
         if (row_.empty()) return pixels_.At(box_.left, y);
         if (shown_.IsEmpty()) return row_.data();

@@ -112,7 +112,7 @@ private:
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
     std::vector<ORVMathBox2D> awaited_;  // areas that were taken but not drawn yet
-    unsigned int images_ = 0;            // of the page, and their pixels
+    unsigned int images_ = 0;            // number of images of the page; below, their pixels
     double imagePixels_ = 0.0;
     bool isJoined_ = false;  // the rest of the page is one image
 

@@ -24,7 +24,7 @@
 namespace {
 
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
-// The format's own limit for page sides is 14,400 units of one point.
+// PDF limits page sides to 14,400 units of one point.
 constexpr double kLargestSide = 14'400.0;
 
 /// Percent-encodes a URL for a literal string. Existing escapes are kept.

@@ -88,7 +88,7 @@ private:
     /// Multiplies the alphas of a row by the coverage of the clip path. @return false if nothing is left
     bool CutOff(const RasterOperation& operation, int row, int begin, int end, std::uint8_t* alphas) const;
 
-    // Outlines of clips, in band_masks.cpp.
+    // Clip paths, in band_masks.cpp.
     void MakeMask(std::uint32_t mask, RasterBounds bounds);
     void MakePlane(std::uint32_t number, const RasterBounds& bounds);
     MaskPlane& PlaneOf(std::uint32_t mask);

@@ -23,7 +23,7 @@ struct CoverageEdge {
 /// How winding numbers become coverage. The hard rules yield only 0 or full coverage.
 enum class CoverageRule : std::uint8_t { kNonZero, kEvenOdd, kHardNonZero, kHardEvenOdd };
 
-/// Exact area coverage of polygons on a band of pixel rows.
+/// Computes the exact area coverage of polygons on a band of pixel rows.
 ///
 /// Edges may be added in any order. Each adds its change of winding to the cells of the pixels it crosses, so
 /// that a prefix sum along the row yields the coverage. One bit per four pixels marks touched cells; between
@@ -209,7 +209,7 @@ private:
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;
     int left_ = 0, right_ = 0, top_ = 0,
-        bottom_ = 0;  // FixedPoint units; the right border counted from the left
+        bottom_ = 0;  // in FixedPoint units; the right border is relative to the left one
     std::uint64_t work_ = 0;
     int firstTouched_ = 1 << 30, lastTouched_ = -1;
     std::size_t cellStride_ = 0, wordStride_ = 0;

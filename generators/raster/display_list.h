@@ -85,14 +85,14 @@ private:
         std::uint32_t number = 0;
         std::uint32_t clip = 0;                          // clips the whole layer
         std::size_t firstOperation = 0, firstPiece = 0;  // where it begins
-        std::size_t maskBegin = 0, maskEnd = 0;          // pieces
+        std::size_t maskBegin = 0, maskEnd = 0;          // indices of its mask's pieces
         std::size_t openClips = 0;                       // clips open around it, counting its window
         std::size_t innerRowBytes = 0;                   // bytes of a row of the layers inside
         RasterBounds content;                            // bounds of what was painted so far
         bool blends = false;                             // something in it uses the backdrop
     };
     RasterClip ClipOn(const ORVMathBox2D& box) const;
-    /// Adds a clip within another one.
+    /// Adds a clip inside another one.
     std::uint32_t AddClip(std::uint32_t outerNumber, RasterClip clip);
     /// @param keepsFractions  whether the bounding box also clips, including fractions of pixels, as for text
     std::uint32_t AddClipPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, bool evenOdd,

@@ -21,7 +21,8 @@ public:
     std::uint64_t GetPixelWork() const;
 
 private:
-    /// The colour before the first place, those of the places, the one behind the last, and nothing.
+    /// Colours of a gradient: one before the first stop, those of the table, one after the last stop, and
+    /// transparent.
     struct Table {
         const RasterGradientStops* stops = nullptr;
         std::vector<std::uint32_t> colours;

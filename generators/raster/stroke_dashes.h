@@ -59,10 +59,10 @@ public:
     void AddPart(StrokeCourse& course, std::size_t first, std::size_t last, const DashedPart& part);
 
 private:
-    /// The segment that dashes are being made on.
+    /// The current segment.
     struct Segment {
         std::size_t index = 0;
-        ORVMathVector2D direction;                      // pen space, unit
+        ORVMathVector2D direction;                      // unit vector in pen space
         double visibleBegin = -1.0, visibleEnd = -1.0;  // distances
     };
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-/// Longest message that is written in one piece, in bytes: what a pipe takes without waiting for its reader.
+/// Maximum length of a message in bytes: a pipe accepts this much at once, without waiting for its reader.
 inline constexpr std::size_t kLongestExitMessage = 4096;
 
 /// Exits with kExitFailed after a message on standard error, and removes temporary files. Allocates nothing
@@ -11,6 +11,6 @@ inline constexpr std::size_t kLongestExitMessage = 4096;
 /// @param message  a whole line
 [[noreturn]] void ExitImmediately(std::string_view message);
 
-/// From now on, an allocation failure that no handler catches, as in a library that does not let exceptions
-/// out, exits like this instead of by a signal.
+/// From now on, an allocation failure that no handler catches (for instance one inside a noexcept library
+/// function) exits like this instead of by a signal.
 void ExitImmediatelyWhenOutOfMemory();

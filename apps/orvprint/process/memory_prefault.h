@@ -9,10 +9,9 @@
 /// individual page faults. Does nothing for small blocks.
 void PrefaultMemory(void* start, std::size_t size);
 
-/// During its lifetime, a thread has the system allocate the pages that the heap grows by before they are
-/// used: the tree and model of a large document take tens of thousands of pages, and the second core is idle
-/// meanwhile. At most a few megabytes are allocated that are not used. Does nothing on a single core, or if
-/// no thread can be started.
+/// While it lives, a thread makes the system map the pages that the heap grows by before they are used: the
+/// tree and model of a large document take tens of thousands of pages, while the second core is idle. At most
+/// a few megabytes are mapped in vain. Does nothing on a single core, or if no thread can be started.
 class MemoryPrefault {
 public:
     /// @param inputBytes  size of the document; for small ones, the thread would cost more than it saves
