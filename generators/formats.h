@@ -17,7 +17,7 @@ class ORVOutput;
 struct ORVOutputFormat {
     std::string_view name;       ///< name of the format and extension of its files, without the period
     std::string_view mediaType;  ///< registered media type, or the one that printers use
-    bool onePageAPart;           ///< each page is a file (part) by itself
+    bool onePageAPart;           ///< each page is written to a separate part (file)
     /// Creates a generator that writes to `output`, which must outlive it. Returns null on failure, such as
     /// lack of memory. Neither this function nor the generator throws.
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
