@@ -42,9 +42,9 @@ MaybeProblem CheckDashArray(std::string_view value);
 /// Result of parsing path data.
 struct PathFacts {
     std::size_t vertices = 0;  ///< as counted by the interpreter
-    bool hasCurves = false;    ///< has Béziers or arcs
+    bool hasCurves = false;    ///< has Bezier curves or arcs
     bool hasArcs = false;      ///< has arcs, which are stroked if there is no fill, unless hidden
-    bool hasRuns = false;      ///< has lines or Béziers, which are stroked if there is no fill
+    bool hasRuns = false;      ///< has lines or Bezier curves, which are stroked if there is no fill
     PathShape shape;
 };
 /// As for PathDataInterpreter.

@@ -20,7 +20,8 @@ public:
 /// Passes everything on to a generator, and ends the print when whoever watches wants it.
 class WatchedGenerator final : public ORVPrintGenerator {
 public:
-    static constexpr int kCancelled = -30;  ///< returned once the print is to end
+    static constexpr int kCancelled =
+        -30;  ///< Passes all calls to a generator, and fails with kCancelled once the watch cancels.
 
     /// Both must outlive this object.
     WatchedGenerator(ORVPrintGenerator& target, PrintWatch& watch) : target_(target), watch_(watch) {}
