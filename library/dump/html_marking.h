@@ -58,7 +58,8 @@ private:
     template <class... Given>
     int Begin(int (ORVPrintGenerator::*call)(Given...), Given... given);
     int End(int (ORVPrintGenerator::*call)());
-    /// Result of a Begin call whose content has no rows, such as a mask; calls `end` to balance it if needed.
+    /// Handles the result of beginning a mask or filter input: counts it as open or, if the target skips it,
+    /// ends it in the dump, which then has it without content.
     int BeganUnseen(int answer, int (ORVPrintGenerator::*end)());
     template <class Call>
     int Draw(const Call& call, int (ORVPrintGenerator::*draw)(const Call&));

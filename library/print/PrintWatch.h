@@ -20,8 +20,7 @@ public:
 /// Passes all calls to a generator, and fails with kCancelled once the watch cancels.
 class WatchedGenerator final : public ORVPrintGenerator {
 public:
-    static constexpr int kCancelled =
-        -30;  ///< Passes all calls to a generator, and fails with kCancelled once the watch cancels.
+    static constexpr int kCancelled = -30;  ///< returned once the print is cancelled
 
     /// Both must outlive this object.
     WatchedGenerator(ORVPrintGenerator& target, PrintWatch& watch) : target_(target), watch_(watch) {}
