@@ -76,7 +76,7 @@ void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const 
         content.images = std::make_unique<Images>(ORVUnicodeString(), images_.GetDepth() + 1);
     }
     Drawing inner(*content.scene, generator_, budget_, *content.images, fonts_);
-    // Its viewport is its own size or, if it has a viewBox, that of the area it fills.
+    // The drawing is fitted into its area with its own size as the view box.
     const Rectangle natural{0.0, 0.0, size.width, size.height};
     BeginRectangle(place, state.toPage);
     if (IsStopped()) return;

@@ -109,7 +109,7 @@ std::vector<Vertex> VertexCollector::Collect() {
     std::size_t verb = 0;
     for (const std::size_t end : segmentEnds_) {
         if (end <= verb) continue;
-        // A subpath that starts where the previous one was closed has an implicit move.
+        // A subpath that starts where the previous one was closed begins with an inserted move.
         const bool startsAnew = path_.verbs[verb] == ORVPrintPath::Verb::kMove && end > verb + 1;
         if (startsAnew) {
             AddVerb(path_.verbs[verb]);

@@ -231,7 +231,7 @@ ORVPrintColour FilterReader::FloodColour(ElementIndex element) const {
     return MakeColour(Resolve(style.floodColour, style), style.floodOpacity);
 }
 
-/// Invalid deviations are replaced by the default.
+/// An invalid deviation is replaced by the default; a negative one counts as 0.
 ORVFilterBlur FilterReader::MakeBlur(ElementIndex element, double byDefault) {
     const auto text = document_.Find(element, Name::kStdDeviation);
     double x = byDefault, y = byDefault;
@@ -345,7 +345,7 @@ ORVFilterOperation FilterReader::MakeMorphology(ElementIndex element) {
     if (!isRead || x < 0.0 || y < 0.0 || (x == 0.0 && y == 0.0)) return ORVFilterPass{};
     ORVFilterMorphology made;
     made.dilates = Trim(document_.ValueOf(element, Name::kOperator)) == "dilate";
-    // A zero radius on one axis only does not disable that axis.
+    // If only one radius is 0, it counts as 1.
     made.xRadius = x == 0.0 ? 1.0 : AcrossOf(x);
     made.yRadius = y == 0.0 ? 1.0 : DownOf(y);
     return made;

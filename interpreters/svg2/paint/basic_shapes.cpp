@@ -80,7 +80,7 @@ bool TakeRadius(ShapeArguments& arguments, double base, double least, double gre
 }
 
 bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
-    // Radii such as "closest-side" depend on the position that follows them, so the position is read first.
+    // Radii may depend on the position that follows them, so the position is read first.
     const Rectangle& box = arguments.box;
     ShapeArguments ahead = arguments;
     const std::size_t at = arguments.scanner.Rest().find("at ");
