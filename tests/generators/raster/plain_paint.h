@@ -49,7 +49,8 @@ inline std::optional<double> PlainPlaceAt(const ORVPrintGradient& gradient, cons
     const double dx = gradient.end.x - gradient.start.x, dy = gradient.end.y - gradient.start.y;
     if (gradient.kind == ORVPrintGradient::Kind::kLinear) return (px * dx + py * dy) / (dx * dx + dy * dy);
     const double r = gradient.startRadius, growth = gradient.endRadius - r;
-    // Circles (p - t d)^2 = (r + t growth)^2, of which the last with a radius counts.
+    // Solves (p - t d)^2 = (r + t growth)^2 for the circles through the point; the greatest t with a radius
+    // counts.
     const double a = dx * dx + dy * dy - growth * growth;
     const double b = px * dx + py * dy + r * growth, c = px * px + py * py - r * r;
     std::optional<double> best;
