@@ -47,8 +47,8 @@ struct CheckContext {
     ResourceChecks resources;
 
     NumberedElement page;  ///< the page being checked
-    bool isPageInUnits =
-        false;  ///< the page size has a physical unit, so lengths on the page need one as well
+    /// The page size has a physical unit, so lengths on the page need one as well.
+    bool isPageInUnits = false;
     bool isUnitScaleTold = false;  ///< kUnitScale was already reported for this page
 
     InForce inForce;  ///< at the current element

@@ -39,8 +39,8 @@ struct MeantStyle {
     double miterLimit = 4.0;                         ///< maximum miter length, in stroke widths
     bool widthHasUnit = false, sizeHasUnit = false;  ///< of stroke-width and font-size; see HasPhysicalUnit
     bool keepsBlanks = false;                        ///< xml:space="preserve"
-    std::uint32_t said =
-        0;  ///< SaidOf bits of the properties specified since the start of the enclosing definition
+    /// SaidOf bits of the properties specified since the start of the enclosing definition.
+    std::uint32_t said = 0;
 
     /// Applies what an element specifies.
     void TakeIn(const ORVXmlNode& element);

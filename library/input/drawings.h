@@ -22,8 +22,8 @@ struct DrawingOptions {
     bool detectsQvxml = false;  ///< the same, if another element encloses the drawings
     std::string fragment;    ///< number or identifier of one embedded drawing; empty for all outermost ones
     bool keepGoing = false;  ///< print the content before an XML error
-    bool keepsBytes =
-        false;  ///< keep the bytes intact for reading them again; otherwise parsing consumes them
+    /// Keep the bytes intact for reading them again; otherwise parsing consumes them.
+    bool keepsBytes = false;
     std::vector<std::string> allowedFolders;
     std::string languages;   ///< the user's languages, such as "en,de"; empty to use the locale's
     double fontSize = 12.0;  ///< in px, of text without a font-size; standard SVG only

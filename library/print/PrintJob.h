@@ -25,8 +25,8 @@
 struct PageOptions {
     PageSelection pages;  ///< numbered through all inputs
     double dotsPerInch = 90.0;
-    double flattenDotsPerInch =
-        300.0;  ///< resolution of parts that are rasterised because the format has no transparency
+    /// Resolution of parts that are rasterised because the format has no transparency.
+    double flattenDotsPerInch = 300.0;
     unsigned int threads = 0;  ///< number of threads that rasterise a page; 0 for one per processor
     std::optional<ORVSheetOptions> sheet;  ///< empty to print pages in their own size
     std::string elementId;  ///< identifier of the single element to print; empty for the whole drawing
@@ -37,8 +37,8 @@ struct JobFacts {
     std::string inputNames;   ///< name of all inputs together in messages
     bool isOneInput = true;   ///< there is exactly one input
     bool isStandard = false;  ///< drawings are standard SVG
-    bool keepsDrawings =
-        false;  ///< drawings are printed again later; otherwise printing consumes their models
+    /// Drawings are printed again later; otherwise printing consumes their models.
+    bool keepsDrawings = false;
     std::optional<std::int64_t> creationTime;  ///< of the output, in seconds since 1970
     /// Called for each drawing whose pages have been printed; may be empty.
     std::function<void(const std::string& name, const Drawing& drawing, std::size_t pages)> drawn;

@@ -90,8 +90,8 @@ int HandleRect(SvgDrawState state, const Element& element, ORVPrtRectangleElt* r
     const ORVMathPoint2D corner = ReadPoint(state, element, AttributeName::kX, AttributeName::kY);
     const double width = ReadHorizontal(state, element, AttributeName::kWidth);
     const double height = ReadVertical(state, element, AttributeName::kHeight);
-    const double oppositeY =
-        state.yFlip == 1 ? corner.y - height : corner.y + height;  // y points up if flipped
+    // Y points up if flipped.
+    const double oppositeY = state.yFlip == 1 ? corner.y - height : corner.y + height;
     rectangle->SetPoints(corner, {corner.x + width, oppositeY});
     return kDone;
 }

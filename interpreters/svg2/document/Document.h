@@ -31,8 +31,8 @@ struct Element {
     std::uint32_t position = 1;    ///< among its siblings, from 1
     std::uint32_t childCount = 0;  ///< number of child elements
     Tag tag = Tag::kUnknown;
-    std::uint16_t payload =
-        0;  ///< length of its attributes and text, excluding references, in units of kPayloadUnit bytes
+    /// Length of its attributes and text, excluding references, in units of kPayloadUnit bytes.
+    std::uint16_t payload = 0;
 };
 
 /// The SVG elements of a drawing, built over an XML tree whose lifetime it shares. Immutable after

@@ -12,8 +12,8 @@ struct DrawState {
     Viewport viewport;       ///< the reference of percentages
     const ContextPaints* context = nullptr;
     int depth = 0;  ///< levels of recursion
-    bool isWithinClip =
-        false;  ///< inside a clip path: shapes contribute their areas only, without paint or markers
+    /// Inside a clip path: shapes contribute their areas only, without paint or markers.
+    bool isWithinClip = false;
 };
 
 }  // namespace svg2

@@ -141,8 +141,8 @@ void AddRounded(ORVPrintPath& path, const Rectangle& r, std::array<double, 4> rx
         rx[i] = ry[i] > 0.0 ? rx[i] * share : 0.0;
         ry[i] = rx[i] > 0.0 ? ry[i] * share : 0.0;
     }
-    constexpr double kReach =
-        1.0 - 0.5522847498307936;  // from the corner to the control point, as a fraction of the radius
+    // From the corner to the control point, as a fraction of the radius.
+    constexpr double kReach = 1.0 - 0.5522847498307936;
     const double left = r.x, top = r.y, right = r.x + r.width, bottom = r.y + r.height;
     path.MoveTo({left + rx[0], top});
     path.LineTo({right - rx[1], top});
