@@ -52,8 +52,8 @@ struct CheckContext {
     bool isUnitScaleTold = false;  ///< kUnitScale was already reported for this page
 
     InForce inForce;  ///< at the current element
-    std::vector<InForce>
-        around;  ///< saved values, one per open element; kept off the call stack for deep documents
+    /// Saved values, one per open element; kept off the call stack for deep documents.
+    std::vector<InForce> around;
     MetDefinitions definitions;                 ///< those met so far on the current page
     DrawnRegion* region = nullptr;              ///< innermost region; null on the page itself
     DefinitionFacts* openDefinition = nullptr;  ///< the definition being walked; null outside definitions

@@ -280,8 +280,8 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
 
 void PathDataInterpreter::DrawArc(const double (&values)[5], const ORVMathPoint2D& end) {
     EndpointArc arc{current_, values[0], values[1], values[2], values[3], values[4], end};
-    if (state_.yFlip == 1)
-        arc.sweepFlag = arc.sweepFlag != 0.0 ? 0.0 : 1.0;  // mirroring reverses the direction
+    // Mirroring reverses the direction.
+    if (state_.yFlip == 1) arc.sweepFlag = arc.sweepFlag != 0.0 ? 0.0 : 1.0;
     CenterArc center;
     switch (ConvertArc(arc, center)) {
         case ArcShape::kStraight:

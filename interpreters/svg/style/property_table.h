@@ -17,8 +17,8 @@ struct StyleStep {
 /// A property of style attributes.
 struct PropertyRow {
     std::string_view name;
-    void (*apply)(StyleStep& step,
-                  std::string_view value);  ///< null if the property is recognised but has no effect
+    /// Null if the property is recognised but has no effect.
+    void (*apply)(StyleStep& step, std::string_view value);
 };
 
 /// All known properties.

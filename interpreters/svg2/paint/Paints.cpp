@@ -151,8 +151,8 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     double total = 0.0;
     for (const Length& dash : *style.dashes) {
         const double length = dash.Resolve(viewport.Diagonal()) * dashScale;
-        if (!(length >= 0.0) || !std::isfinite(length))
-            return true;  // an invalid dash array gives a solid line
+        // An invalid dash array gives a solid line.
+        if (!(length >= 0.0) || !std::isfinite(length)) return true;
         dashes_.push_back(length);
         total += length;
     }

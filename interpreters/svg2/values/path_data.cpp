@@ -121,8 +121,8 @@ bool PathReader::ReadCurve(char lower) {
 }
 
 bool PathReader::ReadQuadratic(char lower) {
-    constexpr double kShare =
-        2.0 / 3.0;  // of the distance to the control point, when converted to a cubic curve
+    // Fraction of the distance to the control point, when converted to a cubic curve.
+    constexpr double kShare = 2.0 / 3.0;
     ORVMathPoint2D control = Mirrored(Last::kQuadratic), to;
     if (lower == 'q' && !TakePoint(control)) return false;
     if (!TakePoint(to)) return false;

@@ -55,8 +55,8 @@ std::string Written(const Style& s) {
 }
 
 struct Row {
-    const char *name, *value,
-        *other;  // `other` is not a valid value of the property; null if every text is valid
+    // `other` is not a valid value of the property; null if every text is valid.
+    const char *name, *value, *other;
     bool isInherited;
 };
 
