@@ -233,7 +233,7 @@ struct ORVPrintTiles {
 ///
 /// Every call returns 1 on success; any other value ends the drawing. Once BeginDocument has succeeded,
 /// EndDocument is always called, so that the output is closed cleanly. Views and references passed to a call
-/// are valid only during the call. A generator is used by one thread at a time.
+/// are valid only during the call.
 class ORV_PLATFORM_EXPORT ORVPrintGenerator {
 public:
     virtual ~ORVPrintGenerator();
@@ -327,11 +327,11 @@ public:
     /// the draw calls, except inside symbols and for a shape that is wrapped in a group because a link leads
     /// to it. Otherwise they are not looked up.
     virtual bool KeepsIdentifiers() const { return false; }
-    /// Paints an outline over what the page shows.
+    /// Paints an outline.
     [[nodiscard]] virtual int DrawShape(const ORVPrintShape& shape) = 0;
-    /// Paints a line of text over what the page shows.
+    /// Paints a line of text.
     [[nodiscard]] virtual int DrawText(const ORVPrintText& text) = 0;
-    /// Paints an image over what the page shows.
+    /// Paints an image.
     [[nodiscard]] virtual int DrawImage(const ORVPrintImage& image) = 0;
     /// Ends the page. Its groups, clips and symbols have been ended.
     [[nodiscard]] virtual int EndPage() = 0;
