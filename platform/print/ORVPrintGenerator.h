@@ -92,7 +92,7 @@ struct ORVPrintShape {
 
 /// One line of shaped text.
 struct ORVPrintText {
-    const ORVTextLayout& layout;             ///< the glyphs in their places
+    const ORVTextLayout& layout;             ///< positioned glyphs
     std::string_view text;                   ///< the text that the layout's clusters index, UTF-8
     ORVMathAffine2D toPage;                  ///< from layout space (y up, origin at the start of the pen) to
                                              ///< page coordinates
@@ -247,8 +247,8 @@ public:
     [[nodiscard]] virtual int BeginGroup(const ORVPrintGroup& group) = 0;
     /// Ends the innermost group.
     [[nodiscard]] virtual int EndGroup() = 0;
-    /// Clips content to a box in page coordinates until EndClip. Clips may be nested and do not overlap the
-    /// ends of groups.
+    /// Clips content to a box in page coordinates until EndClip. Clips may be nested and are ended in
+    /// the group that they were begun in.
     [[nodiscard]] virtual int BeginClip(const ORVMathBox2D& box) = 0;
     /// Ends the innermost clip.
     [[nodiscard]] virtual int EndClip() = 0;
@@ -263,7 +263,7 @@ public:
         kBlendModes = 8,  ///< of layers
         kMasks = 16,      ///< of layers
         kFilters = 32,
-        /// Groups that are layers of the drawing can be hidden. Others get no hidden ones.
+        /// Can hide groups that are layers of the drawing. Other generators do not receive hidden layers.
         kContentLayers = 1U << 16U,
         /// Accepts text with neither fill nor stroke, which is invisible but can be searched and copied.
         /// Other generators do not receive it.
@@ -275,8 +275,8 @@ public:
     [[nodiscard]] virtual int BeginClipPath(const ORVPrintClipPath& clip);
     /// Ends the innermost clip path.
     [[nodiscard]] virtual int EndClipPath() { return EndClip(); }
-    /// Begins a layer. Layers may be nested. They do not overlap the ends of groups, clips or symbols, but
-    /// may contain them.
+    /// Begins a layer. Layers may be nested and may contain groups, clips and symbols; they are ended inside
+    /// the group, clip or symbol that they were begun in.
     [[nodiscard]] virtual int BeginLayer(const ORVPrintLayer& /*layer*/) { return 1; }
     /// Ends the innermost layer and composites it.
     [[nodiscard]] virtual int EndLayer() { return 1; }
@@ -289,7 +289,8 @@ public:
     static constexpr int kSkipMask = 2;  ///< result of BeginMask: masks are not supported
 
     /// Begins filtered content. The inputs of the filter come first, then the content, which may be empty.
-    /// Filters may be nested and do not overlap the ends of anything else.
+    /// Filters are properly nested with each
+    /// other and with everything else.
     [[nodiscard]] virtual int BeginFilter(const ORVPrintFilter& /*filter*/) { return 1; }
     /// Ends the innermost filter.
     [[nodiscard]] virtual int EndFilter() { return 1; }
