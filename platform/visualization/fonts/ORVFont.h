@@ -47,9 +47,8 @@ ORV_PLATFORM_EXPORT ORVFontChoice ORVChooseFont(const ORVFontQuery& query);
 ///
 /// Order: families by name (bytewise); within a family the upright regular face first, then by slant, width,
 /// weight, format, style and file. Registered fonts come last. Names are unique: the file name
-/// ("Example.ttf"), with "#1", "#2" ... for further faces of a collection and "
-/// 2", "
-/// 3" ... for files of the same name.
+/// ("Example.ttf"), with "#1", "#2" ... for further faces of a collection and "~2", "~3" ... for files of the
+/// same name.
 class ORV_PLATFORM_EXPORT ORVFont {
 public:
     /// Kind of font.
@@ -145,7 +144,7 @@ ORV_PLATFORM_EXPORT int ORVFontCheckFontForVersion(const ORVFont*& font, int ver
 
 namespace orvprint {
 
-/// The first font of the catalogue with exactly that family name, in constant time; null when there is none.
+/// The first font of the catalogue with exactly that family name, found with one look-up; null when there is none.
 /// An outline font matches by its family, full or PostScript name. For the attribute, a plain font matches by
 /// its name without ".font"; for the style property, plain fonts and all fonts whose catalogue name contains
 /// ".font" are skipped.
