@@ -28,9 +28,9 @@ public:
         return width_ > 0.0 && height_ > 0.0 && std::isfinite(width_) && std::isfinite(height_) &&
                std::isfinite(origin_.x) && std::isfinite(origin_.y);
     }
-    /// Height about which the drawing's y axis, which points down, is mirrored: y in the drawing is at mirror
-    /// height - y in page units. Used to position what is stored in the drawing's coordinates, such as
-    /// clipping boxes of texts. 0 if never set.
+    /// Height by which the drawing's y axis, which points down, is mirrored: y in the drawing corresponds to
+    /// the page coordinate mirror height - y. Used to position what is stored in the drawing's coordinates,
+    /// such as clipping boxes of texts. 0 if never set.
     void SetMirrorHeight(double height) { mirrorHeight_ = height; }
     double GetMirrorHeight() const { return mirrorHeight_; }
     /// Unit code of the coordinates: kUnitNinetiethInch.
