@@ -17,8 +17,9 @@ public:
     static constexpr std::size_t kAlignment = alignof(double);
 
     /// Turns on allocation from blocks for the whole process. Must be called while there is only one thread.
-    /// @return false when nothing was changed: an object has already been allocated, or the program runs with
-    /// an address sanitizer, which tracks only objects from operator new
+    /// @return true when blocks are in use; false when an object has been allocated before, or when the
+    /// program
+    ///         runs with an address sanitizer, which tracks only objects from operator new
     static bool UseBlocks();
 
     /// Allocates `size` bytes. Throws std::bad_alloc.

@@ -70,8 +70,7 @@ private:
 
     const char* source_ = nullptr;
     std::size_t depth_ = 0;                                       // number of elements held
-    std::size_t current_ = 0;                                     // index of the block that the reader has
-                                                                  // reached
+    std::size_t current_ = 0;                                     // the block that the reader has reached
     const char *currentBegin_ = nullptr, *currentEnd_ = nullptr;  // bounds of the current block
     std::vector<std::size_t> leftBehind_;  // earlier blocks in which an element was held
     std::size_t releasedFrom_ = 0,
