@@ -81,7 +81,7 @@ def main():
         if found and not any(name in changed or name in first for name in found):
             first.append(found[0])
         others += found
-    # Programs of the interface are compiled against an installation, by the tests.
+    # Programs that use the public interface are compiled against an installation by the tests, not in the build folder.
     chosen = [name for name in dict.fromkeys([*changed, *first, *others]) if not name.startswith("examples/api/")]
     if options.product:
         chosen = [name for name in chosen if name.split("/")[0] not in ("tests", "fuzz", "bench")]

@@ -40,9 +40,8 @@ std::string_view AdviceFor(std::string_view error) {
     return "; install it, or install orvprint and its libraries anew";
 }
 
-/// Loads the module. A failure is retried, since it may be temporary, but only after twice as many calls as
-/// before the last attempt: each attempt takes time in the system, and a drawing may contain a hundred
-/// thousand texts.
+/// Loads the module. A failure is retried, since it may be temporary, but only each time the number of calls
+/// has doubled: an attempt takes time in the system, and a drawing may contain a hundred thousand texts.
 class Loader {
 public:
     ORVFontSystem* Get() {

@@ -63,7 +63,7 @@ hb_font_funcs_t* VerticalFunctions() {
 }
 
 /// Context of HarfBuzz's drawing callbacks. A sink may throw when out of memory, but not through HarfBuzz:
-/// the exception is kept and the rest of the glyph is skipped.
+/// the exception is noted and the rest of the glyph is skipped.
 struct OutlineTarget {
     ORVGlyphOutlineSink& sink;
     double scale;

@@ -36,7 +36,7 @@ std::vector<InstalledFace> FindInstalledFaces(bool mayUseIndex) {
     // The index is not written if anything changed during the query, or might have within the clock
     // resolution.
     constexpr std::int64_t kSettled = 2;  // seconds
-    // Nor is it that there are no faces: memory may have been too short to find any.
+    // An empty list is not stored either: memory may have been too short to find any faces.
     if (!index.faces.empty() && IsOlderThan(index.watched, asked - kSettled))
         WriteFaceIndexFile(folder, EncodeFaceIndex(index));
     return std::move(index.faces);
