@@ -76,7 +76,7 @@ struct ORVMathBox2D {
     double xMin = std::numeric_limits<double>::infinity();   ///< left edge
     double xMax = -std::numeric_limits<double>::infinity();  ///< right edge
     double yMin = std::numeric_limits<double>::infinity();   ///< lower or upper edge, depending on the
-                                                            ///< direction of the y axis
+                                                             ///< direction of the y axis
     double yMax = -std::numeric_limits<double>::infinity();  ///< the edge opposite `yMin`
 
     /// Whether the box contains no point.

@@ -58,8 +58,7 @@ public:
         constexpr std::size_t kAhead = 8;
         if (index + kAhead >= size_) return;
         const char* const child = reinterpret_cast<const char*>(begin()[index + kAhead]);
-        constexpr std::size_t kCacheLine = 64;  // a primitive's fields and its list of children span two
-                                                // cache lines
+        constexpr std::size_t kCacheLine = 64;  // a primitive with its children spans two lines
         __builtin_prefetch(child);
         __builtin_prefetch(child + kCacheLine);
     }

@@ -124,8 +124,7 @@ private:
     ORVPrtGraphicPrimitiveElt* CopyNode() const;
     ORVPrtGraphicPrimitiveElt* CopyTree() const;
 
-    mutable std::uint32_t visitMark_ = 0;  // first, to share a word with the 32-bit reference count of the
-                                           // base class
+    mutable std::uint32_t visitMark_ = 0;  // first, to share a word with the reference count
     ORVSharedValue<ORVPrtIdentity> identity_;
     ORVPrtKind kind_;
 };

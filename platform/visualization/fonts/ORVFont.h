@@ -144,9 +144,10 @@ ORV_PLATFORM_EXPORT int ORVFontCheckFontForVersion(const ORVFont*& font, int ver
 
 namespace orvprint {
 
-/// The first font of the catalogue with exactly that family name, found with one look-up; null when there is none.
-/// An outline font matches by its family, full or PostScript name. For the attribute, a plain font matches by
-/// its name without ".font"; for the style property, plain fonts and all fonts whose catalogue name contains
+/// The first font of the catalogue with exactly that family name, found with one look-up; null when there is
+/// none. An outline font matches by its family, full or PostScript name. For the attribute, a plain font
+/// matches by its name without ".font"; for the style property, plain fonts and all fonts whose catalogue
+/// name contains
 /// ".font" are skipped.
 ORV_PLATFORM_EXPORT const ORVFont* FindFontForAttribute(std::string_view family);
 /// Like FindFontForAttribute, for the style property.

@@ -6,9 +6,9 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// Folder of the user's face index: ORVPRINT_CACHE_DIR, or "orvprint" in XDG_CACHE_HOME or
-/// /.cache. It need not exist. Empty when no index is used: ORVPRINT_CACHE_DIR is empty, the variables give
-/// no absolute path, or FONTCONFIG_SYSROOT sets another root for fontconfig.
+/// Folder of the user's face index: ORVPRINT_CACHE_DIR, or "orvprint" in XDG_CACHE_HOME or ~/.cache. It need
+/// not exist. Empty when no index is used: ORVPRINT_CACHE_DIR is empty, the variables give no absolute path,
+/// or FONTCONFIG_SYSROOT sets another root for fontconfig.
 ORV_PLATFORM_EXPORT std::string FaceIndexFolder();
 
 /// Reads the index file. It must be a regular file; file and folder must belong to the user and must not be
