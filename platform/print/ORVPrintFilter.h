@@ -74,8 +74,7 @@ struct ORVFilterTransfer {
     struct Function {
         /// Type of the function.
         enum class Kind : std::uint8_t { kIdentity, kTable, kDiscrete, kLinear, kGamma };
-        Kind kind = Kind::kIdentity;                           ///< determines which of the following fields
-                                                               ///< apply
+        Kind kind = Kind::kIdentity;                           ///< determines which fields below apply
         std::vector<double> values;                            ///< for kTable and kDiscrete, at least one
         double slope = 1.0, intercept = 0.0;                   ///< for kLinear
         double amplitude = 1.0, exponent = 1.0, offset = 0.0;  ///< for kGamma
@@ -88,8 +87,7 @@ struct ORVFilterConvolution {
     /// What the input is extended with: its edge pixels, copies of itself, or transparency.
     enum class Edges : std::uint8_t { kDuplicate, kWrap, kNone };
     int columns = 3, rows = 3;        ///< size of the kernel, each at least 1
-    std::vector<double> kernel;       ///< row-major, as in the document; it is rotated by 180 degrees before
-                                      ///< use
+    std::vector<double> kernel;       ///< row-major, as in the document; rotated by 180 degrees to use
     double divisor = 1.0;             ///< the sum is divided by this; not 0
     double bias = 0.0;                ///< added to the result
     int targetX = 1, targetY = 1;     ///< position in the kernel that corresponds to the output pixel
@@ -131,8 +129,7 @@ struct ORVFilterLighting {
     double constant = 1.0;                                       ///< diffuse or specular constant
     double exponent = 1.0;                                       ///< specular exponent
     ORVPrintColour colour;                                       ///< colour of the light, in sRGB
-    Light light = Light::kDistant;                               ///< determines which of the following fields
-                                                                 ///< apply
+    Light light = Light::kDistant;                               ///< determines which fields below apply
     double azimuth = 0.0, elevation = 0.0;                       ///< for kDistant, degrees
     double x = 0.0, y = 0.0, z = 0.0;                            ///< position for kPoint and kSpot, user
                                                                  ///< units
@@ -156,12 +153,10 @@ using ORVFilterOperation =
 /// One step of a filter.
 struct ORVPrintFilterStep {
     static constexpr int kSource = -1;       ///< value of `inputs`: the filtered content
-    static constexpr int kSourceAlpha = -2;  ///< value of `inputs`: the opacity of the filtered content, in
-                                             ///< black
+    static constexpr int kSourceAlpha = -2;  ///< value of `inputs`: its opacity, in black
 
     ORVFilterOperation operation;  ///< what the step computes
-    std::vector<int> inputs;       ///< indices of earlier steps, or the constants above; as many as the
-                                   ///< operation takes
+    std::vector<int> inputs;       ///< earlier steps or the constants above; as many as the operation takes
     bool isLinear = true;          ///< computed in linearRGB; otherwise in sRGB
     ORVMathBox2D subregion;  ///< user units; the result is transparent outside. May be infinite or empty
 };
@@ -169,8 +164,7 @@ struct ORVPrintFilterStep {
 /// A filter, applied to content. The result of the last step replaces the content.
 struct ORVPrintFilter {
     std::span<const ORVPrintFilterStep> steps;  ///< at least one
-    ORVMathBox2D region;          ///< the part of the content that is filtered, in user units; may be
-                                  ///< infinite
+    ORVMathBox2D region;          ///< the part of the content that is filtered, user units; may be infinite
     ORVMathAffine2D toPage;       ///< from user units to page coordinates; invertible
     unsigned int inputCount = 0;  ///< number of inputs that follow BeginFilter
 };

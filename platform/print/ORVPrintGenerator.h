@@ -37,7 +37,7 @@ struct ORVPrintGradient {
 
     Kind kind = Kind::kLinear;     ///< determines the meaning of `start` and `end`
     Spread spread = Spread::kPad;  ///< what is painted outside offsets 0 to 1
-    ORVMathPoint2D start;          ///< position of offset 0: an end of the line, or the centre of the first
+    ORVMathPoint2D start;          ///< position of offset 0: an end of the line, or centre of the first
                                    ///< circle
     ORVMathPoint2D end;            ///< position of offset 1; for kLinear, different from `start`
     /// Radius of the first circle. Radii are not negative and not both 0, and the circles are not equal. If
@@ -52,8 +52,7 @@ struct ORVPrintGradient {
 
 /// The paint of an area: a colour, a gradient, or a repeated bitmap.
 struct ORVPrintFill {
-    ORVPrintColour colour;  ///< with a pattern, only its opacity applies; with a gradient, the colour of its
-                            ///< first stop
+    ORVPrintColour colour;  ///< with a pattern, only its opacity applies; with a gradient, its first colour
     bool evenOdd = false;   ///< even-odd rule; otherwise the nonzero rule
     const ORVPixelImage* pattern = nullptr;  ///< bitmap repeated in both directions; null for none
     ORVMathAffine2D patternToPage = {};      ///< from pattern pixels (y down) to page coordinates
@@ -75,8 +74,7 @@ struct ORVPrintStroke {
     Join join = Join::kMiter;                    ///< corners between segments
     double miterLimit = 4.0;                     ///< ratio of miter length to line width, as in SVG
     std::span<const double> dashes;              ///< lengths of dashes and gaps; empty for a solid line
-    double dashOffset = 0.0;                     ///< offset into the dash pattern at the start of a line; not
-                                                 ///< negative
+    double dashOffset = 0.0;                     ///< start in the dash pattern; not negative
     const ORVPrintGradient* gradient = nullptr;  ///< as in ORVPrintFill
     bool isCrisp = false;                        ///< as in ORVPrintFill
 };
@@ -94,8 +92,7 @@ struct ORVPrintShape {
 struct ORVPrintText {
     const ORVTextLayout& layout;             ///< positioned glyphs
     std::string_view text;                   ///< the text that the layout's clusters index, UTF-8
-    ORVMathAffine2D toPage;                  ///< from layout space (y up, origin at the start of the pen) to
-                                             ///< page coordinates
+    ORVMathAffine2D toPage;                  ///< from layout space (y up, origin at pen start) to page
     const ORVPrintFill* fill = nullptr;      ///< null for no fill
     const ORVPrintStroke* stroke = nullptr;  ///< null for no stroke
     const ORVPrintPath* clip = nullptr;      ///< clip path in page coordinates; null for none
@@ -108,8 +105,7 @@ struct ORVPrintImage {
     const ORVPixelImage& image;  ///< decoded on demand
     ORVMathAffine2D toPage;      ///< from the unit square to page coordinates
     std::string_view id = {};    ///< see ORVPrintGenerator::KeepsIdentifiers
-    bool isSmooth = true;        ///< interpolate between pixels; otherwise each pixel is a rectangle of one
-                                 ///< colour
+    bool isSmooth = true;        ///< interpolate between pixels; otherwise pixels are rectangles
 };
 
 /// Which source objects the following calls draw: primitives of the page in drawing order, or elements of the
@@ -202,8 +198,7 @@ struct ORVPrintLayer {
 struct ORVPrintMask {
     /// Which property of the content is the mask value.
     enum class Kind : std::uint8_t {
-        kLuminance,  ///< 0.2125 red + 0.7154 green + 0.0721 blue of sRGB values, times opacity; unpainted
-                     ///< areas count as black
+        kLuminance,  ///< 0.2125 red + 0.7154 green + 0.0721 blue of sRGB, times opacity; black if unpainted
         kOpacity,
         kLinearLuminance,  ///< like kLuminance, with the sRGB values converted to linear light first
     };
@@ -222,8 +217,7 @@ struct ORVPrintTiles {
     ORVMathBox2D tile;       ///< area of one tile, in tile coordinates; content is clipped to it
     double xStep = 1.0;      ///< distance between tiles in x, greater than 0
     double yStep = 1.0;      ///< distance between tiles in y, greater than 0
-    ORVMathAffine2D toPage;  ///< from tile coordinates, whose scale is about that of the page, to page
-                             ///< coordinates
+    ORVMathAffine2D toPage;  ///< from tile coordinates (of about the page's scale) to page coordinates
     ORVMathBox2D shown;      ///< area of the page that is tiled
 };
 
@@ -311,8 +305,7 @@ public:
     /// Ends the content of a symbol for which BeginSymbol returned kDrawSymbol.
     [[nodiscard]] virtual int EndSymbol() { return 1; }
     static constexpr int kDrawSymbol = 1;   ///< result of BeginSymbol: draw the content, which will be stored
-    static constexpr int kSymbolKnown = 2;  ///< result of BeginSymbol: the content is stored already and has
-                                            ///< been placed
+    static constexpr int kSymbolKnown = 2;  ///< result of BeginSymbol: already stored, and now placed
     static constexpr int kNoSymbols = 3;    ///< result of BeginSymbol: draw the content like any other
 
     /// Announces repeated content. A generator that supports tiling returns kDrawTile: the content of one

@@ -59,6 +59,5 @@ private:
     Content Survey(const ORVPrtGraphicPrimitiveElt& root);
 
     const ORVPrintLinkTargets& links_;
-    std::unordered_map<const ORVPrtGraphicPrimitiveElt*, Entry> entries_;  // primitives with several
-                                                                           // references
+    std::unordered_map<const ORVPrtGraphicPrimitiveElt*, Entry> entries_;  // those with several references
 };

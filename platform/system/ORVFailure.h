@@ -27,9 +27,8 @@ enum class ORVFailureReason : std::uint8_t {
 /// A failure, as it is passed from where it occurs to where it is reported.
 struct ORVFailure {
     ORVFailureReason reason = ORVFailureReason::kNone;  ///< kNone when nothing failed
-    std::string text;                    ///< a message of one line; may be empty when the reason is
-                                         ///< sufficient
-    std::optional<ORVPrintLimit> limit;  ///< the limit that was reached; only with kLimit
+    std::string text;                                   ///< one line; may be empty if the reason says enough
+    std::optional<ORVPrintLimit> limit;                 ///< the limit that was reached; only with kLimit
 
     /// True when this is a failure, false for kNone.
     explicit operator bool() const { return reason != ORVFailureReason::kNone; }

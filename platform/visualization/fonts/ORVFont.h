@@ -28,8 +28,7 @@ struct ORVFontQuery {
 /// Result of a font query.
 struct ORVFontChoice {
     const ORVFont* font = nullptr;      ///< never null; Unavailable() when text cannot be set
-    int weight = 25;                    ///< as in ORVTextStyle, to get exactly `face`: 26 where it must be
-                                        ///< emboldened
+    int weight = 25;                    ///< of ORVTextStyle, selects `face`; 26 if it must be emboldened
     bool isToBeSlanted = false;         ///< the family has no italic face: slant synthetically
     const ORVFontFace* face = nullptr;  ///< the font's face at that weight; null when text cannot be set
     bool dependsOnSize = false;         ///< another font size may give another face

@@ -26,8 +26,7 @@ struct ORVGlyphRun {
     double size = 0.0;                  ///< font size: user units per em
     double expansion = 1.0;             ///< horizontal scale of the glyphs; already included in positions
     bool rightToLeft = false;           ///< direction of the text; if true, clusters are in descending order
-    bool syntheticBold = false;         ///< the family has no bold face: embolden, see
-                                        ///< ORVFontFace::kSyntheticBoldStroke
+    bool syntheticBold = false;         ///< embolden (kSyntheticBoldStroke): the family has no bold face
     bool vertical = false;              ///< vertical text
     std::vector<ORVGlyph> glyphs;       ///< positioned glyphs
 };
@@ -36,8 +35,7 @@ struct ORVGlyphRun {
 /// direction; vertical text extends down from 0 to -`advance`, with glyphs centred on x = 0.
 struct ORVTextLayout {
     std::vector<ORVGlyphRun> runs;  ///< in drawing order
-    double advance = 0.0;           ///< total advance along the writing direction; not negative for usual
-                                    ///< fonts
+    double advance = 0.0;           ///< total along the writing direction; usually not negative
     double ascent = 0.0;            ///< of the chosen font, above the baseline
     double descent = 0.0;           ///< of the chosen font, below the baseline
     bool isSet = true;              ///< false when the text could not be set; see ORVLayoutText

@@ -30,8 +30,7 @@ struct ORVGlyphPaint {
     Spread spread = Spread::kPad;
     ORVGlyphPaintColour colour;  ///< for kColour
     std::vector<Stop> stops;     ///< for gradients; at least one, in ascending order of offset
-    ORVMathPoint2D start, end;   ///< ends of the line or centres of the circles; for kSweep, `start` is the
-                                 ///< centre
+    ORVMathPoint2D start, end;   ///< ends of the line, or centres of the circles; kSweep has only `start`
     double startRadius = 0.0;    ///< for kRadial
     double endRadius = 0.0;      ///< for kRadial
     double startAngle = 0.0;     ///< for kSweep, degrees, counter-clockwise from the x axis

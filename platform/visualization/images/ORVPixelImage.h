@@ -120,8 +120,7 @@ private:
     bool hasAlpha_ = false;
     double horizontalResolution_ = 0.0, verticalResolution_ = 0.0;
     mutable Pixels pixels_;
-    std::vector<std::uint8_t> file_;  // the file, from which pixels can be decoded again; empty when pixels
-                                      // are kept
+    std::vector<std::uint8_t> file_;  // encoded file to decode pixels from again; empty when they are kept
     Decoder decoder_ = nullptr;       // for files other than JPEG
     ORVJpegSource jpeg_;
     bool isConverted_ = false;  // a JPEG whose colours were converted to sRGB

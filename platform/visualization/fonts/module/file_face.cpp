@@ -212,8 +212,7 @@ HbFont FileFace::LoadOther() const {
         const HbFont overFreeType(hb_ft_font_create_referenced(face));
         hb_ft_font_set_load_flags(overFreeType.get(), FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
         hb_font_make_immutable(overFreeType.get());
-        font.reset(hb_font_create_sub_font(overFreeType.get()));  // delegates everything not set below to its
-                                                                  // parent
+        font.reset(hb_font_create_sub_font(overFreeType.get()));  // inherits all but the following
         hb_font_set_funcs(font.get(), VerticalFunctions(), nullptr, nullptr);
     }
     CloseFreeTypeFace(face);
