@@ -1,13 +1,13 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 
-# Ends a batch of which no part runs any more:
+# Completes a batch after all its parts have stopped:
 #
 #     finish.sh N OUT
 #
-# Writes OUT.jsonl and OUT.html from the reports of all parts and attempts, sums up, and removes what attempts that were
-# killed have left in OUT. Ends with 1 and names the parts that are not done, in the form of sbatch's --array, else as
-# `orvprint report` does: 0, or 11 if drawings failed.
+# Merges the reports of all parts and attempts into OUT.jsonl and OUT.html, prints a summary, and removes files that
+# killed attempts have left in OUT. Exits with 1 and prints the unfinished parts, in the syntax of sbatch's --array; if
+# all are finished, exits like `orvprint report`: 0, or 11 if drawings failed.
 
 set -eu
 

@@ -1,16 +1,17 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 
-# A batch by GNU parallel over ssh, a job for each part:
+# Runs a batch with GNU parallel over ssh, one job per part:
 #
 #     parallel.sh HOSTS 64 LIST OUT [OPTION...]
 #
-# HOSTS has a login a line, such as "4/print1" for four parts at a time on print1. The arguments from LIST on and the
-# environment are those of shard.sh, which stands beside this file. All of it is on storage that the machines share, under
-# the same names. finish.sh then tells what is left to do; the same command does it.
+# HOSTS contains one login per line, such as "4/print1" for four parts at a time on print1. The arguments from LIST on
+# and the environment are those of shard.sh, which must be in the same folder. All files must be on storage that the
+# machines share under the same paths. finish.sh then tells which parts remain; running the same command again does
+# them.
 #
-# PARALLEL_SSH may give options to ssh. It needs keys without questions (BatchMode), and should notice machines that do not
-# answer: ConnectTimeout, ServerAliveInterval.
+# PARALLEL_SSH may contain ssh options. ssh must not ask questions (BatchMode) and should detect machines that do not
+# respond: ConnectTimeout, ServerAliveInterval.
 
 set -eu
 
@@ -21,8 +22,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 reports=${REPORTS:-$out.reports}
 mkdir -p "$reports"
 
-# --resume-failed, not --resume, which takes a part that failed for done. Each try of --retries is on another machine as
-# long as there is one. No --return: outputs are on shared storage, and copying each part back takes seconds.
+# --resume-failed, because --resume treats failed parts as done. --retries uses another machine for each attempt if
+# possible. No --return: outputs are on shared storage, and copying the results of a part takes seconds.
 # shellcheck disable=SC2046  # numbers
 exec parallel --sshloginfile "$hosts" --workdir "$PWD" --retries 3 --joblog "$reports/joblog" --resume-failed \
     --env ORVPRINT --env JOBS --env REPORTS --env SOURCE_DATE_EPOCH \

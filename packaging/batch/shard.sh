@@ -1,23 +1,23 @@
 #!/bin/sh
 # SPDX-License-Identifier: Apache-2.0
 
-# Converts part I of N of a batch, on whichever machine it is started:
+# Converts part I of N of a batch on the machine where it is started:
 #
 #     shard.sh I/N LIST OUT [OPTION...]
 #
-#   LIST     names of drawings, one a line, the same file for every part; or, for more drawings than a process should keep
-#            in mind, a list of its own for each part: lists/% is lists/1 in part 1
-#   OUT      the folder of the outputs
-#   OPTION   of orvprint, such as -f pdf --keep-folders
+#   LIST     file with the names of the drawings, one per line, the same for every part; or, if there are too many for the
+#            memory of a process, a separate file for each part: lists/% means lists/1 in part 1
+#   OUT      folder for the outputs
+#   OPTION   option of orvprint, such as -f pdf --keep-folders
 #
-# In the environment:
+# Environment variables:
 #
-#   ORVPRINT   the command (default: orvprint)
-#   JOBS       its processes (default: 1)
-#   REPORTS    folder of the reports (default: OUT.reports)
+#   ORVPRINT   command to run (default: orvprint)
+#   JOBS       number of processes (default: 1)
+#   REPORTS    folder for the reports (default: OUT.reports)
 #
-# The drawings, LIST, OUT and REPORTS are on storage that all machines share. A part may be run again at any time, also
-# beside itself: each attempt has a report of its own, and an output gets its name when it is complete.
+# The drawings, LIST, OUT and REPORTS must be on storage shared by all machines. A part may be run again at any time,
+# even concurrently: each attempt writes its own report, and an output is renamed to its final name when it is complete.
 
 set -eu
 
@@ -33,7 +33,7 @@ case $list in
     *) set -- --files-from "$list" --shard "$part" "$@" ;;
 esac
 
-# The attempt that makes the file owns it: two that start at once must not share a report.
+# The attempt that creates the file owns it: two concurrent attempts must not share a report.
 attempt=1
 until (set -o noclobber; : >"$name.$attempt.jsonl") 2>/dev/null; do
     attempt=$((attempt + 1))
@@ -41,14 +41,14 @@ until (set -o noclobber; : >"$name.$attempt.jsonl") 2>/dev/null; do
 done
 rm -f "$name.done"
 
-# What earlier attempts have done is not done again. The command ends with this script (--pdeathsig), which an engine may
-# have killed alone: otherwise it would go on where nobody waits for it.
+# Drawings that earlier attempts have converted are skipped. With --pdeathsig, the command ends together with this
+# script, which an engine may kill alone; otherwise it would continue unattended.
 code=0
 cat "$name".*.jsonl | setpriv --pdeathsig TERM -- "${ORVPRINT:-orvprint}" \
     --out-dir "$out" -j "${JOBS:-1}" --keep-going --retry 2 --quiet \
     --resume /dev/stdin --report "$name.$attempt.jsonl" "$@" || code=$?
 
-# 11: some drawings failed. The report says why; another attempt would find the same.
+# 11: some drawings failed. The reasons are in the report, and another attempt would fail, too.
 case $code in
     0 | 11) : >"$name.done" ;;
     *) exit $code ;;

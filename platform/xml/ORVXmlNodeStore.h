@@ -38,7 +38,7 @@ public:
     /// reading: blocks up to and including its block are never freed.
     /// @return the index of the block
     std::size_t Hold(const ORVXmlNode& element);
-    /// Ends a Hold; the last one ends the reading.
+    /// Ends a Hold. The last one ends the reading.
     void LetGo(std::size_t block);
     /// Declares that the reader has reached a node and will not access earlier nodes, except those held.
     void Reach(const ORVXmlNode& node) {
