@@ -74,11 +74,9 @@ struct ORVMathAffine2D {
 /// are ignored.
 struct ORVMathBox2D {
     double xMin = std::numeric_limits<double>::infinity();   ///< left edge
-    double xMax = -std::numeric_limits<double>::infinity();  ///< lower or upper edge; the y axis may point
-                                                             ///< either way
-    double yMin = std::numeric_limits<double>::infinity();   ///< lower or upper edge, depending on the
-                                                             ///< direction of the y axis
-    double yMax = -std::numeric_limits<double>::infinity();  ///< the edge opposite `yMin`
+    double xMax = -std::numeric_limits<double>::infinity();  ///< right edge
+    double yMin = std::numeric_limits<double>::infinity();   ///< edge with the smaller y
+    double yMax = -std::numeric_limits<double>::infinity();  ///< edge with the larger y
 
     /// Whether the box contains no point.
     bool IsEmpty() const { return !(xMin <= xMax); }

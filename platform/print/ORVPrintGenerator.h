@@ -37,8 +37,7 @@ struct ORVPrintGradient {
 
     Kind kind = Kind::kLinear;     ///< determines the meaning of `start` and `end`
     Spread spread = Spread::kPad;  ///< what is painted outside offsets 0 to 1
-    ORVMathPoint2D start;          ///< position of offset 0: an end of the line, or centre of the first
-                                   ///< circle
+    ORVMathPoint2D start;          ///< position of offset 0: an end of the line, or the first centre
     ORVMathPoint2D end;            ///< position of offset 1; for kLinear, different from `start`
     /// Radius of the first circle. Radii are not negative and not both 0, and the circles are not equal. If
     /// neither circle contains the other, nothing is painted outside the cone formed by them.
