@@ -79,11 +79,20 @@ bool TakeRadius(ShapeArguments& arguments, double base, double least, double gre
     return word == "farthest-side" || word == "closest-side";
 }
 
+/// Where the word "at" is, which begins a position; npos if it is missing.
+std::size_t FindAt(std::string_view text) {
+    for (std::size_t at = text.find("at"); at != std::string_view::npos; at = text.find("at", at + 1)) {
+        const bool endsWord = at + 2 == text.size() || IsSpace(text[at + 2]);
+        if (endsWord && (at == 0 || IsSpace(text[at - 1]) || text[at - 1] == ')')) return at;
+    }
+    return std::string_view::npos;
+}
+
 bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     // Radii may depend on the position that follows them, so the position is read first.
     const Rectangle& box = arguments.box;
     ShapeArguments ahead = arguments;
-    const std::size_t at = arguments.scanner.Rest().find("at ");
+    const std::size_t at = FindAt(arguments.scanner.Rest());
     ORVMathPoint2D centre;
     if (at != std::string_view::npos)
         ahead.scanner.Advance(at);
@@ -94,7 +103,7 @@ bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     const double top = std::fabs(centre.y - box.y), bottom = std::fabs(box.y + box.height - centre.y);
     double rx = 0.0, ry = 0.0;
     arguments.scanner.SkipSpace();
-    if (arguments.scanner.AtEnd() || arguments.scanner.Rest().starts_with("at ")) {
+    if (arguments.scanner.AtEnd() || FindAt(arguments.scanner.Rest()) == 0) {
         // closest-side, the default.
         rx = std::min(left, right);
         ry = std::min(top, bottom);
