@@ -32,7 +32,14 @@ struct RasterBand {
     const std::uint8_t* pixels = nullptr;
     std::size_t rowBytes = 0;  ///< that hold pixels
     std::size_t stride = 0;    ///< from row to row
-    bool isBlank = false;      ///< white all over, or transparent
+    /// Bytes of 0 in front of each row, which nothing else separates from the row before. 0 when rows have
+    /// none.
+    std::size_t rowFront = 0;
+    const std::uint8_t* isDrawn = nullptr;  ///< of each row: 0 for one of paper alone
+    bool isBlank = false;                   ///< white all over, or transparent
+
+    /// Bytes that may be read behind the last row where rows have a front. They do not count.
+    static constexpr std::size_t kTail = 16;
 };
 
 /// Where the bands of a page go: an encoder.
