@@ -14,8 +14,9 @@
 
 namespace {
 
-// Longer matches are taken without a look for others.
-constexpr std::size_t kGoodRun = 24, kGoodMatch = 24;
+// Longer matches are taken without a look for others. A run is shorter than what repeats the row above, where
+// several shapes stand side by side: it must be as long as any match.
+constexpr std::size_t kGoodRun = DeflateBlock::kLongestMatch, kGoodMatch = 24;
 // Of a match, so many bytes can be found again by their own places.
 constexpr std::size_t kNotedOfMatch = 12;
 // The costs are computed again after so many tokens, and whenever there are twice as many. A pixel or a match

@@ -236,6 +236,14 @@ TEST(PngRowsTest, BlankRowsTakeNextToNothing) {
     }
 }
 
+TEST(PngRowsTest, RowsOfShortRunsRepeatTheRowAbove) {
+    // Bars of ten pixels: four matches a row, and no runs between them.
+    std::mt19937 random(10);
+    Rows rows(300, 200, 3);
+    for (std::size_t x = 0; x < 300; x += 10) rows.Fill(x, 0, 10, 200, random() & 0xFFFFFFU);
+    EXPECT_LT(rows.Compressed().size(), rows.rowCount * 7);
+}
+
 TEST(PngRowsTest, DrawingsAreSmallerThanTheUsualCompressorMakesThem) {
     std::mt19937 random(6);
     for (const std::size_t pixelBytes : {1U, 3U}) {
