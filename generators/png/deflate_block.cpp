@@ -181,30 +181,44 @@ std::size_t DeflateBlock::CountBits(const Codes& codes) const {
 }
 
 void DeflateBlock::WriteTokens(const Codes& codes, BitWriter& writer) const {
+    // What is written for a literal, and in the upper half how many bits; likewise for a length, whose code
+    // and further bits take twenty bits at most.
+    std::array<std::uint32_t, kFirstLength> literals{};
+    std::array<std::uint32_t, kLongestMatch + 1> lengths{};
+    for (std::size_t i = 0; i < literals.size(); ++i)
+        literals[i] = std::uint32_t{codes.symbols.lengths[i]} << 16U | codes.symbols.codes[i];
+    for (std::size_t length = kShortestMatch; length <= kLongestMatch; ++length) {
+        const std::size_t code = kLengths.codes[length], symbol = kFirstLength + code;
+        const auto extra = static_cast<std::uint32_t>(length - kLengths.bases[code]);
+        const std::uint32_t bits = codes.symbols.lengths[symbol];
+        lengths[length] =
+            (bits + kLengths.extraBits[code]) << 20U | extra << bits | codes.symbols.codes[symbol];
+    }
+    const auto putLiteral = [&](std::uint32_t byte) {
+        const std::uint32_t entry = literals[byte & 0xFFU];
+        writer.Put(entry & 0xFFFFU, entry >> 16U);
+    };
     for (std::size_t i = 0; i < tokenCount_; ++i) {
         const std::uint32_t token = tokens_[i];
         if ((token & kMatchFlag) != 0 && (token & kRepeatFlag) != 0) {
-            constexpr std::size_t kLongest = kFirstLength + 28;
             const std::size_t distanceCode = token & 3U;
-            writer.PutTimes(codes.symbols.codes[kLongest] | std::uint64_t{codes.distances.codes[distanceCode]}
-                                                                << codes.symbols.lengths[kLongest],
-                            codes.symbols.lengths[kLongest] + codes.distances.lengths[distanceCode],
-                            token >> 15U & kMostRepeats);
+            const std::uint32_t longest = lengths[kLongestMatch];
+            const unsigned int bits = longest >> 20U;
+            writer.PutTimes((longest & 0xFFFFFU) | std::uint64_t{codes.distances.codes[distanceCode]} << bits,
+                            bits + codes.distances.lengths[distanceCode], token >> 15U & kMostRepeats);
         } else if ((token & kMatchFlag) != 0) {
-            const std::size_t length = (token >> 15U & 0xFFU) + kShortestMatch;
+            const std::uint32_t entry = lengths[(token >> 15U & 0xFFU) + kShortestMatch];
             const std::size_t distance = (token & (kWindow - 1)) + 1;
-            const std::size_t code = kLengths.codes[length];
             const unsigned int distanceCode = DistanceCode(distance);
-            writer.PutSymbol(codes.symbols, kFirstLength + code);
-            writer.Put(length - kLengths.bases[code], kLengths.extraBits[code]);
+            writer.Put(entry & 0xFFFFFU, entry >> 20U);
             writer.PutSymbol(codes.distances, distanceCode);
             writer.Put(distance - BaseOfDistance(distanceCode), ExtraBitsOfDistance(distanceCode));
         } else if ((token & kLiteralFlag) != 0) {
-            writer.PutSymbol(codes.symbols, token & 0xFFU);
+            putLiteral(token);
         } else {
-            writer.PutSymbol(codes.symbols, token & 0xFFU);
-            writer.PutSymbol(codes.symbols, token >> 8U & 0xFFU);
-            writer.PutSymbol(codes.symbols, token >> 16U);
+            putLiteral(token);
+            putLiteral(token >> 8U);
+            putLiteral(token >> 16U);
         }
         writer.Store();
     }

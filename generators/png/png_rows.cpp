@@ -6,11 +6,17 @@
 #include <cstring>
 
 #include "generators/common/lanes.h"
+#include "generators/common/vector_power.h"
+
+#if ORV_HAS_WIDE_VECTORS
+#include <immintrin.h>
+#endif
 
 namespace {
 
-// Longer matches are taken without a look for others.
-constexpr std::size_t kGoodRun = 24, kGoodMatch = 24;
+// Longer matches are taken without a look for others. A run is shorter than what repeats the row above, where
+// several shapes stand side by side: it must be as long as any match.
+constexpr std::size_t kGoodRun = DeflateBlock::kLongestMatch, kGoodMatch = 24;
 // Of a match, so many bytes can be found again by their own places.
 constexpr std::size_t kNotedOfMatch = 12;
 // The costs are computed again after so many tokens, and whenever there are twice as many. A pixel or a match
@@ -26,6 +32,23 @@ Number Load(const std::uint8_t* from) {
     return number;
 }
 
+#if ORV_HAS_WIDE_VECTORS
+/// How many bytes are equal, in steps of 64, beginning with those at `i`.
+ORV_FOR_AVX2 std::size_t SkipEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t i,
+                                   std::size_t most) {
+    constexpr std::size_t kVector = sizeof(__m256i);
+    const auto* left = reinterpret_cast<const __m256i*>(a + i);
+    const auto* right = reinterpret_cast<const __m256i*>(b + i);
+    for (; i + 2 * kVector <= most; i += 2 * kVector, left += 2, right += 2) {
+        const __m256i difference =
+            _mm256_or_si256(_mm256_xor_si256(_mm256_loadu_si256(left), _mm256_loadu_si256(right)),
+                            _mm256_xor_si256(_mm256_loadu_si256(left + 1), _mm256_loadu_si256(right + 1)));
+        if (_mm256_testz_si256(difference, difference) == 0) break;
+    }
+    return i;
+}
+#endif
+
 bool AreEqual(const std::uint8_t* a, const std::uint8_t* b) {
     const LongLanes difference = (LoadLanes<LongLanes>(a) ^ LoadLanes<LongLanes>(b)) |
                                  (LoadLanes<LongLanes>(a + 16) ^ LoadLanes<LongLanes>(b + 16));
@@ -33,13 +56,20 @@ bool AreEqual(const std::uint8_t* a, const std::uint8_t* b) {
 }
 
 /// How many bytes are equal, at most `most`. May read 7 bytes more.
-std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t most) {
+std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t most,
+                       [[maybe_unused]] bool hasWide) {
     constexpr std::size_t kStep = 8, kLongStep = 32;
     for (std::size_t i = 0; i < most; i += kStep) {
         const std::uint64_t difference = Load<std::uint64_t>(a + i) ^ Load<std::uint64_t>(b + i);
         if (difference != 0)
             return std::min(most, i + static_cast<std::size_t>(std::countr_zero(difference)) / 8);
-        while (i + kStep + kLongStep <= most && AreEqual(a + i + kStep, b + i + kStep)) i += kLongStep;
+        while (i + kStep + kLongStep <= most && AreEqual(a + i + kStep, b + i + kStep)) {
+            i += kLongStep;
+#if ORV_HAS_WIDE_VECTORS
+            // What has been equal for so long goes on for long.
+            if (hasWide && i >= 2 * kLongStep) i = SkipEqual(a, b, i + kStep, most) - kStep;
+#endif
+        }
     }
     return most;
 }
@@ -106,7 +136,7 @@ bool PngRows::HasRowAbove(std::size_t at) const {
 /// The length of a match that ends between two pixels, if not at the longest; 0 when it is too short.
 template <std::size_t kPixel>
 std::size_t PngRows::LengthOfMatch(std::size_t at, std::size_t from, std::size_t most) const {
-    const std::size_t equal = CountEqual(bytes_ + at, bytes_ + from, most);
+    const std::size_t equal = CountEqual(bytes_ + at, bytes_ + from, most, hasWide_);
     const std::size_t end = at + equal;
     // The longest has a cheap code; what follows it is a run most often, which ends between two pixels again.
     const std::size_t cut =
@@ -180,7 +210,7 @@ std::size_t PngRows::TakeRowStart(std::size_t at, std::size_t end) {
 }
 
 template <std::size_t kPixel>
-void PngRows::TakeRow(std::size_t at, std::size_t end) {
+void PngRows::TakeRow(std::size_t at, std::size_t end, bool isEven) {
     if (block_.GetTokenCount() >= nextUpdate_) UpdateCosts();
     firstPixel_ = at + 1;
     at += TakeRowStart<kPixel>(at, end);
@@ -194,7 +224,8 @@ void PngRows::TakeRow(std::size_t at, std::size_t end) {
         if constexpr (kPixel == 1) best.gain = kLeastGainOfGrey;
         if (at >= firstPixel_ + kPixel &&
             HaveEqualPixels(Load<std::uint32_t>(bytes_ + at), Load<std::uint32_t>(bytes_ + at - kPixel))) {
-            const std::size_t run = LengthOfMatch<kPixel>(at, at - kPixel, end - at);
+            // A run ends between two pixels, so that nothing is to be cut off from one to the row's end.
+            const std::size_t run = isEven ? end - at : LengthOfMatch<kPixel>(at, at - kPixel, end - at);
             if (run >= kGoodRun) {
                 AddRun(run, kPixel);
                 at += run;
@@ -216,18 +247,21 @@ void PngRows::TakeRow(std::size_t at, std::size_t end) {
 }
 
 void PngRows::Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
-                       std::vector<std::uint8_t>& out) {
+                       std::span<const std::uint8_t> isDrawn, std::vector<std::uint8_t>& out) {
     bytes_ = rows.data();
     size_ = rows.size();
     rowBytes_ = rowBytes;
     out_ = &out;
+    hasWide_ = UsedVectorPower() >= VectorPower::kAvx2;
     // The first byte is a place like any other.
     places_.fill(0);
     pixelPlaces_.fill(0);
     block_.Begin();
     nextUpdate_ = kFirstUpdate;
-    for (std::size_t at = 0; at < rows.size(); at += rowBytes)
-        pixelBytes == 3 ? TakeRow<3>(at, at + rowBytes) : TakeRow<1>(at, at + rowBytes);
+    for (std::size_t at = 0, row = 0; at < rows.size(); at += rowBytes, ++row) {
+        const bool isEven = !isDrawn.empty() && isDrawn[row] == 0;
+        pixelBytes == 3 ? TakeRow<3>(at, at + rowBytes, isEven) : TakeRow<1>(at, at + rowBytes, isEven);
+    }
     if (block_.GetTokenCount() > 0) block_.Write(out);
     block_.Align(out);
 }

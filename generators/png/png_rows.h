@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "generators/png/deflate_block.h"
+#include "generators/raster/ORVBandSink.h"
 
 /// Compresses rows of pixels as a piece of a deflate stream. It looks for what drawings consist of: pixels
 /// that repeat the one to the left, rows that repeat the one above, and pixels that occurred not long ago.
@@ -15,14 +16,16 @@
 class PngRows {
 public:
     /// Bytes behind the last row that may be read, and do not count.
-    static constexpr std::size_t kTail = 16;
+    static constexpr std::size_t kTail = RasterBand::kTail;
 
     /// Appends a piece that ends on a byte and refers to nothing before it.
     /// @param rows        rows of rowBytes bytes, each of its filter and its pixels; kTail bytes of memory
     /// follow
     /// @param pixelBytes  3, or 1 for all other pixels
+    /// @param isDrawn     of each row: 0 when all its pixels are known to be equal; none when nothing is
+    /// known. It saves time and changes nothing
     void Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
-                  std::vector<std::uint8_t>& out);
+                  std::span<const std::uint8_t> isDrawn, std::vector<std::uint8_t>& out);
 
 private:
     static constexpr unsigned int kHashBits = 12;
@@ -34,7 +37,7 @@ private:
     };
 
     template <std::size_t kPixel>
-    void TakeRow(std::size_t at, std::size_t end);
+    void TakeRow(std::size_t at, std::size_t end, bool isEven);
     template <std::size_t kPixel>
     std::size_t TakeRowStart(std::size_t at, std::size_t end);
     template <std::size_t kPixel>
@@ -54,6 +57,7 @@ private:
 
     const std::uint8_t* bytes_ = nullptr;
     std::size_t size_ = 0, rowBytes_ = 0;
+    bool hasWide_ = false;        // vectors of 32 bytes
     std::size_t firstPixel_ = 0;  // of the row
     DeflateBlock block_;
     std::size_t nextUpdate_ = 0;

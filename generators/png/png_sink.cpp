@@ -40,6 +40,44 @@ struct Workspace {
     PngRows compressor;
 };
 
+/// Rows as the format has them, until the next call.
+/// @param isInverse  of black and white: this format counts light, so that black is 0
+std::span<const std::uint8_t> CopyRows(const RasterBand& band, bool isInverse,
+                                       std::vector<std::uint8_t>& memory) {
+    const std::size_t rowBytes = band.rowBytes + 1;
+    const std::size_t size = rowBytes * static_cast<std::size_t>(band.rowCount);
+    memory.resize(size + RasterBand::kTail);
+    std::uint8_t* to = memory.data();
+    const std::uint8_t* from = band.pixels;
+    for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes, from += band.stride) {
+        *to++ = 0;
+        if (isInverse)
+            std::transform(from, from + band.rowBytes, to,
+                           [](std::uint8_t byte) { return static_cast<std::uint8_t>(~byte); });
+        else
+            std::memcpy(to, from, band.rowBytes);
+    }
+    return std::span(memory).first(size);
+}
+
+/// The Adler-32 of rows. That of one row of paper is that of them all.
+std::uint32_t ChecksumOf(std::span<const std::uint8_t> rows, std::size_t rowBytes,
+                         std::span<const std::uint8_t> isDrawn) {
+    std::uint32_t sum = 1, paper = 0;
+    for (std::size_t row = 0, end = 0; row < isDrawn.size(); row = end) {
+        end = row + 1;
+        if (isDrawn[row] == 0) {
+            if (paper == 0) paper = ORVAdler32(rows.subspan(row * rowBytes, rowBytes));
+            sum = ORVCombineAdler32(sum, paper, rowBytes);
+            continue;
+        }
+        while (end < isDrawn.size() && isDrawn[end] != 0) ++end;
+        const std::size_t size = (end - row) * rowBytes;
+        sum = ORVCombineAdler32(sum, ORVAdler32(rows.subspan(row * rowBytes, size)), size);
+    }
+    return sum;
+}
+
 /// A title as the format's text takes it, which is Latin-1. @return false when it cannot be said so
 bool ToLatin1(std::string_view utf8, std::vector<std::uint8_t>& out) {
     for (std::size_t i = 0; i < utf8.size(); ++i) {
@@ -129,24 +167,16 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     static ORVThreadValue<Workspace> workspaces;
     Workspace& workspace = workspaces.Get();
     const std::size_t rowBytes = band.rowBytes + 1;
-    const std::size_t size = rowBytes * static_cast<std::size_t>(band.rowCount);
-    workspace.rows.resize(size + PngRows::kTail);
-    const std::span rows = std::span(workspace.rows).first(size);
-    std::uint8_t* to = rows.data();
-    for (int y = 0; y < band.rowCount; ++y, to += band.rowBytes) {
-        // Rows are not filtered: drawings are even areas, which compress as they are.
-        *to++ = 0;
-        std::memcpy(to, band.pixels + static_cast<std::size_t>(y) * band.stride, band.rowBytes);
-    }
-    if (pixels_ == RasterPixels::kBlack) {
-        // This format counts light: black is 0.
-        for (std::size_t i = 0; i < rows.size(); ++i)
-            if (i % rowBytes != 0) rows[i] = static_cast<std::uint8_t>(~rows[i]);
-    }
+    // Rows are not filtered, so that each begins with a 0: drawings are even areas, which compress as they
+    // are.
+    const std::span rows =
+        band.rowFront == 1 ? std::span(band.pixels - 1, rowBytes * static_cast<std::size_t>(band.rowCount))
+                           : CopyRows(band, pixels_ == RasterPixels::kBlack, workspace.rows);
+    const std::span isDrawn(band.isDrawn, static_cast<std::size_t>(band.rowCount));
     // The checksum of the rows goes ahead, with their number of bytes; then the chunk.
-    AppendNumber(ORVAdler32(rows), bytes);
+    AppendNumber(ChecksumOf(rows, rowBytes, isDrawn), bytes);
     bytes.resize(bytes.size() + 8);
-    workspace.compressor.Compress(rows, rowBytes, pixels_ == RasterPixels::kRGB ? 3 : 1, bytes);
+    workspace.compressor.Compress(rows, rowBytes, pixels_ == RasterPixels::kRGB ? 3 : 1, isDrawn, bytes);
     CloseChunk("IDAT", 4, bytes);
     if (band.isBlank && isUsual) {
         const std::lock_guard lock(blankMutex_);

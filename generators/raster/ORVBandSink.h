@@ -32,7 +32,14 @@ struct RasterBand {
     const std::uint8_t* pixels = nullptr;
     std::size_t rowBytes = 0;  ///< bytes of pixels in a row
     std::size_t stride = 0;    ///< bytes from one row to the next
-    bool isBlank = false;      ///< entirely white, or entirely transparent
+    /// Bytes of 0 in front of each row, which nothing else separates from the row before. 0 when rows have
+    /// none.
+    std::size_t rowFront = 0;
+    const std::uint8_t* isDrawn = nullptr;  ///< of each row: 0 for one of paper alone
+    bool isBlank = false;                   ///< entirely white, or entirely transparent
+
+    /// Bytes that may be read behind the last row where rows have a front. They do not count.
+    static constexpr std::size_t kTail = 16;
 };
 
 /// Receives the bands of a page: an encoder of a raster format.

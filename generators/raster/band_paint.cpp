@@ -172,7 +172,7 @@ bool BandRenderer::CutOff(const RasterOperation& operation, int row, int begin, 
 
 std::uint8_t* BandRenderer::BeginPageRow(int row) {
     const auto index = static_cast<std::size_t>(row - firstRow_);
-    std::uint8_t* pixels = rows_.data() + index * stride_;
+    std::uint8_t* pixels = rows_.get() + index * stride_;
     if (isDrawn_[index] == 0) {
         if (isWhite_[index] == 0) std::memset(pixels, paper_, stride_);
         isDrawn_[index] = 1;

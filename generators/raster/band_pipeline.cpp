@@ -171,7 +171,7 @@ private:
                     const std::lock_guard lock(mutex_);
                     FinishedBand& finished = waiting_[static_cast<std::size_t>(number - firstWaiting_)];
                     finished.band = band;
-                    finished.band.pixels = nullptr;
+                    finished.band.pixels = finished.band.isDrawn = nullptr;
                     finished.bytes = std::move(bytes);
                     finished.isDone = true;
                     bytes = {};

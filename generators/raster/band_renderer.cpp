@@ -26,28 +26,23 @@ constexpr std::uint8_t kDitherOrder[8][8] = {
     {60, 28, 52, 20, 62, 30, 54, 22}, {3, 35, 11, 43, 1, 33, 9, 41},    {51, 19, 59, 27, 49, 17, 57, 25},
     {15, 47, 7, 39, 13, 45, 5, 37},   {63, 31, 55, 23, 61, 29, 53, 21}};
 
-// Removes every fourth byte of a row, in place.
-void PackRow(std::uint8_t* row, int width) {
-    const std::uint8_t* from = row;
-    // The fourth byte is overwritten by the next pixel, which has already been read.
-    for (int x = 0; x < width; ++x, from += 4, row += 3) {
-        std::uint32_t pixel = 0;
-        std::memcpy(&pixel, from, sizeof pixel);
-        std::memcpy(row, &pixel, sizeof pixel);
-    }
+// Copies a row without every fourth byte.
+void PackRow(const std::uint8_t* from, int width, std::uint8_t* to) {
+    for (int x = 0; x < width; ++x, from += 4, to += 3) std::memcpy(to, from, 3);
 }
 #if ORV_HAS_WIDE_VECTORS
-ORV_FOR_SSE41 void PackRowByFours(std::uint8_t* row, int width) {
-    const std::uint8_t* from = row;
-    // Bytes written past the first twelve have already been read.
-    for (int x = 0; x < width; x += 4, from += 16, row += 12) {
+ORV_FOR_SSE41 void PackRowByFours(const std::uint8_t* from, int width, std::uint8_t* to) {
+    int x = 0;
+    // Sixteen bytes are written for twelve: not beyond the row, where the next one may stand already.
+    for (; x + 6 <= width; x += 4, from += 16, to += 12) {
         const auto pixels = LoadLanes<ByteLanes>(from);
-        StoreLanes(row, __builtin_shufflevector(pixels, pixels, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7,
-                                                11, 15));
+        StoreLanes(to, __builtin_shufflevector(pixels, pixels, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7,
+                                               11, 15));
     }
+    PackRow(from, width - x, to);
 }
 #else
-void PackRowByFours(std::uint8_t* row, int width) { PackRow(row, width); }
+void PackRowByFours(const std::uint8_t* from, int width, std::uint8_t* to) { PackRow(from, width, to); }
 #endif
 
 }  // namespace
@@ -69,9 +64,14 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Pain
       stripRows_(RowsOfStrip(list, bandRows)) {
     const auto rows = static_cast<std::size_t>(bandRows);
     coverage_.Resize(width_, bandRows);
-    rows_.resize(stride_ * rows, static_cast<std::uint8_t>(paper_));
+    rows_ = std::make_unique_for_overwrite<std::uint8_t[]>(stride_ * rows);
     isDrawn_.resize(rows, 0);
-    isWhite_.resize(rows, 1);
+    isWhite_.resize(rows, 0);
+    if (pixels == RasterPixels::kRGB) {
+        packed_ = std::make_unique_for_overwrite<std::uint8_t[]>(
+            (static_cast<std::size_t>(width_) * 3 + 1) * rows + RasterBand::kTail);
+        isPackedWhite_.resize(rows, 0);
+    }
 }
 
 int BandRenderer::RowsOfStrip(const DisplayList& list, int bandRows) {
@@ -149,7 +149,7 @@ void BandRenderer::FetchPixels() const {
     constexpr int kFewColumns = 64, kFewRows = 64;
     const int top = coverage_.GetFirstRow(), bottom = coverage_.GetEndRow();
     if (right_ - left_ > kFewColumns || bottom - top > kFewRows || surfaces_.size() > 1) return;
-    const std::uint8_t* row = rows_.data() + static_cast<std::size_t>(top - firstRow_) * stride_;
+    const std::uint8_t* row = rows_.get() + static_cast<std::size_t>(top - firstRow_) * stride_;
     const auto left = static_cast<std::size_t>(left_) * pixelBytes_,
                right = static_cast<std::size_t>(right_) * pixelBytes_;
     for (int y = top; y < bottom; ++y, row += stride_) {
@@ -177,49 +177,70 @@ bool BandRenderer::TellWork() {
     return budget_.Spend(work);
 }
 
+void BandRenderer::ClearUndrawnRows(int rowCount) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
+        if (isDrawn_[i] != 0 || isWhite_[i] != 0) continue;
+        std::memset(rows_.get() + i * stride_, paper_, stride_);
+        isWhite_[i] = 1;
+    }
+}
+
 RasterBand BandRenderer::Finish(int firstRow, int rowCount) {
     RasterBand band;
     band.firstRow = firstRow;
     band.rowCount = rowCount;
-    band.isBlank = true;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
-        if (isDrawn_[i] != 0) {
-            band.isBlank = false;
-        } else if (isWhite_[i] == 0) {
-            std::memset(rows_.data() + i * stride_, paper_, stride_);
-            isWhite_[i] = 1;
-        }
+    band.isDrawn = isDrawn_.data();
+    band.isBlank = std::find(isDrawn_.begin(), isDrawn_.end(), std::uint8_t{1}) == isDrawn_.end();
+    if (pixels_ == RasterPixels::kRGB) {
+        PackColours(band);
+        return band;
     }
-    const bool isColour = pixels_ == RasterPixels::kRGB || pixels_ == RasterPixels::kClear;
-    if (!isColour && pixelBytes_ == kColourBytes && !band.isBlank) MakeGrey(rowCount);
+    ClearUndrawnRows(rowCount);
+    if (pixels_ == RasterPixels::kClear) {
+        band.rowBytes = static_cast<std::size_t>(width_) * kColourBytes;
+        band.stride = stride_;
+        band.pixels = rows_.get();
+        return band;
+    }
+    if (pixelBytes_ == kColourBytes && !band.isBlank) MakeGrey(rowCount);
     if (pixels_ == RasterPixels::kBlack) {
         band.rowBytes = band.stride = (static_cast<std::size_t>(width_) + 7) / 8;
         bits_.assign(band.stride * static_cast<std::size_t>(rowCount), 0);
         if (!band.isBlank) Dither(firstRow, rowCount);
         band.pixels = bits_.data();
     } else {
-        if (pixels_ == RasterPixels::kRGB && !band.isBlank) PackColours(rowCount);
-        const std::size_t bytes = pixels_ == RasterPixels::kClear ? kColourBytes : 3;
-        band.rowBytes = static_cast<std::size_t>(width_) * (isColour ? bytes : 1);
+        band.rowBytes = static_cast<std::size_t>(width_);
         band.stride = stride_;
-        band.pixels = rows_.data();
+        band.pixels = rows_.get();
     }
     return band;
 }
 
-void BandRenderer::PackColours(int rowCount) {
+void BandRenderer::PackColours(RasterBand& band) {
+    constexpr std::size_t kFront = 1;
+    band.rowFront = kFront;
+    band.rowBytes = static_cast<std::size_t>(width_) * 3;
+    band.stride = band.rowBytes + kFront;
+    band.pixels = packed_.get() + kFront;
     const bool hasShuffles = UsedVectorPower() >= VectorPower::kSse41;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
-        if (isDrawn_[i] == 0) continue;
-        std::uint8_t* row = rows_.data() + i * stride_;
-        hasShuffles ? PackRowByFours(row, width_) : PackRow(row, width_);
+    std::uint8_t* to = packed_.get();
+    for (std::size_t i = 0; i < static_cast<std::size_t>(band.rowCount); ++i, to += band.stride) {
+        const bool isPaper = isDrawn_[i] == 0;
+        if (isPaper && isPackedWhite_[i] != 0) continue;
+        isPackedWhite_[i] = isPaper ? 1 : 0;
+        *to = 0;
+        const std::uint8_t* from = rows_.get() + i * stride_;
+        if (isPaper)
+            std::memset(to + kFront, paper_, band.rowBytes);
+        else
+            hasShuffles ? PackRowByFours(from, width_, to + kFront) : PackRow(from, width_, to + kFront);
     }
 }
 
 void BandRenderer::MakeGrey(int rowCount) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(rowCount); ++i) {
         if (isDrawn_[i] == 0) continue;
-        std::uint8_t* to = rows_.data() + i * stride_;
+        std::uint8_t* to = rows_.get() + i * stride_;
         const std::uint8_t* from = to;
         for (int x = 0; x < width_; ++x, from += kColourBytes) *to++ = ORVGreyOf(from[0], from[1], from[2]);
     }
@@ -228,7 +249,7 @@ void BandRenderer::MakeGrey(int rowCount) {
 void BandRenderer::Dither(int firstRow, int rowCount) {
     std::uint8_t* to = bits_.data();
     for (int i = 0; i < rowCount; ++i) {
-        const std::uint8_t* from = rows_.data() + static_cast<std::size_t>(i) * stride_;
+        const std::uint8_t* from = rows_.get() + static_cast<std::size_t>(i) * stride_;
         const std::uint8_t* order = kDitherOrder[(firstRow + i) & 7];
         // White is never below a threshold; black always is.
         std::uint8_t thresholds[8];

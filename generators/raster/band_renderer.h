@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -120,7 +121,8 @@ private:
     }
     std::uint8_t* BeginPageRow(int row);
     RasterBand Finish(int firstRow, int rowCount);
-    void PackColours(int rowCount);
+    void ClearUndrawnRows(int rowCount);
+    void PackColours(RasterBand& band);
     void MakeGrey(int rowCount);
     void Dither(int firstRow, int rowCount);
 
@@ -141,9 +143,13 @@ private:
     StrokeDasher dasher_{outliner_};
     StrokeCourse course_;
 
-    std::vector<std::uint8_t> rows_;
+    // Memory of rows is not touched before they are.
+    std::unique_ptr<std::uint8_t[]> rows_;
     std::vector<std::uint8_t> isDrawn_;  // whether something was drawn on the row
     std::vector<std::uint8_t> isWhite_;  // whether the row's memory is all paper
+    // Of pages in colour: rows of three bytes a pixel, as encoders take them, and which of them are paper.
+    std::unique_ptr<std::uint8_t[]> packed_;
+    std::vector<std::uint8_t> isPackedWhite_;
     std::vector<std::uint8_t> alphas_, colours_, bits_;
     // For clip paths; empty until there is one. Each mask is rendered separately and multiplied by those
     // around it.

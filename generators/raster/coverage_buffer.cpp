@@ -22,8 +22,8 @@ int Between(int from, int to, int otherFrom, int otherTo, int at) {
 void CoverageBuffer::Resize(int width, int rows) {
     pageWidth_ = width;
     SetWindowColumns(0, width);
-    cells_.assign(cellStride_ * static_cast<std::size_t>(rows), 0);
-    words_.assign(wordStride_ * static_cast<std::size_t>(rows), 0);
+    cells_.Assign(cellStride_ * static_cast<std::size_t>(rows));
+    words_.Assign(wordStride_ * static_cast<std::size_t>(rows));
     ForgetTouched();
 }
 
@@ -143,8 +143,8 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
     firstTouched_ = std::min(firstTouched_, firstRow);
     lastTouched_ = std::max(lastTouched_, lastRow);
     const auto index = static_cast<std::size_t>(firstRow - firstRow_);
-    std::uint32_t* cells = cells_.data() + index * cellStride_;
-    std::uint64_t* words = words_.data() + index * wordStride_;
+    std::uint32_t* cells = cells_.GetData() + index * cellStride_;
+    std::uint64_t* words = words_.GetData() + index * wordStride_;
     const int width = std::abs(to.x - from.x), height = to.y - from.y;
     // Always computed from the end points of the whole edge, so that all bands get the same positions.
     const double steepness = width == 0 ? 0.0 : static_cast<double>(height) / width;

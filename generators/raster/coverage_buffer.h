@@ -5,10 +5,10 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "generators/common/lanes.h"
 #include "generators/common/vector_power.h"
+#include "generators/raster/raster_memory.h"
 
 /// A point of the page in units of 1/256 pixel.
 struct FixedPoint {
@@ -140,8 +140,8 @@ private:
     template <CoverageRule kRule, class Brush>
     [[gnu::always_inline]] void SweepRow(int row, Brush& brush) {
         const auto index = static_cast<std::size_t>(row - firstRow_);
-        std::uint32_t* cells = cells_.data() + index * cellStride_;
-        std::uint64_t* words = words_.data() + index * wordStride_;
+        std::uint32_t* cells = cells_.GetData() + index * cellStride_;
+        std::uint64_t* words = words_.GetData() + index * wordStride_;
         const int firstX = left_ >> 8;
         Lanes sum{};  // running sum of the row, in all lanes
         int x = 0, work = 0;
@@ -214,8 +214,8 @@ private:
     int firstTouched_ = 1 << 30, lastTouched_ = -1;
     std::size_t cellStride_ = 0, wordStride_ = 0;
     // Sums may overflow where thousands of windings overlap: this is well defined for unsigned integers.
-    std::vector<std::uint32_t> cells_;
-    std::vector<std::uint64_t> words_;
+    RasterZeros<std::uint32_t> cells_;
+    RasterZeros<std::uint64_t> words_;
     std::size_t edgeCount_ = 0;
     std::vector<CoverageEdge> edges_ = std::vector<CoverageEdge>(kMostEdges + 3);
 };

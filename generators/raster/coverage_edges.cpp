@@ -49,8 +49,8 @@ class CoverageBuffer::WideEdges {
 public:
     explicit WideEdges(CoverageBuffer& buffer)
         : buffer_(buffer),
-          cells_(buffer.cells_.data()),
-          words_(buffer.words_.data()),
+          cells_(buffer.cells_.GetData()),
+          words_(buffer.words_.GetData()),
           cellStride_(static_cast<int>(buffer.cellStride_)),
           wordStride_(static_cast<int>(buffer.wordStride_)) {}
 

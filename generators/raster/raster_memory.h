@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <type_traits>
 #include <vector>
 
@@ -23,6 +26,25 @@ private:
     std::vector<std::unique_ptr<std::byte[]>> blocks_;
     std::size_t left_ = 0;
     std::byte* next_ = nullptr;
+};
+
+/// Numbers that are 0 at first. The system gives their memory when they are touched, if it has it as zeros.
+template <class T>
+class RasterZeros {
+public:
+    /// Forgets all there was. Throws std::bad_alloc.
+    void Assign(std::size_t count) {
+        static_assert(std::is_trivial_v<T>);
+        memory_.reset(static_cast<T*>(std::calloc(std::max<std::size_t>(count, 1), sizeof(T))));
+        if (!memory_) throw std::bad_alloc();
+    }
+    T* GetData() { return memory_.get(); }
+
+private:
+    struct Release {
+        void operator()(T* memory) const { std::free(memory); }
+    };
+    std::unique_ptr<T[], Release> memory_;
 };
 
 /// A sequence that grows in blocks. Elements never move, so nothing is copied and little memory is wasted.

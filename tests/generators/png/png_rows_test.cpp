@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "generators/common/vector_power.h"
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -36,9 +38,9 @@ struct Rows {
             for (std::size_t i = x; i < std::min(x + width, columns); ++i)
                 std::memcpy(At(i, j), &colour, pixelBytes);
     }
-    Bytes Compressed(PngRows& compressor) const {
+    Bytes Compressed(PngRows& compressor, std::span<const std::uint8_t> isDrawn = {}) const {
         Bytes out;
-        compressor.Compress(Used(), rowBytes, pixelBytes, out);
+        compressor.Compress(Used(), rowBytes, pixelBytes, isDrawn, out);
         return out;
     }
     Bytes Compressed() const { return Compressed(*std::make_unique<PngRows>()); }
@@ -146,7 +148,7 @@ TEST(PngRowsTest, PiecesFollowEachOther) {
     Bytes stream, all;
     for (const std::size_t height : {1U, 16U, 5U}) {
         const Rows rows = DrawnRows(random, 90, height, 3);
-        compressor.Compress(rows.Used(), rows.rowBytes, rows.pixelBytes, stream);
+        compressor.Compress(rows.Used(), rows.rowBytes, rows.pixelBytes, {}, stream);
         all.insert(all.end(), rows.Used().begin(), rows.Used().end());
     }
     EXPECT_EQ(Inflate(stream, all.size()), all);
@@ -178,6 +180,53 @@ TEST(PngRowsTest, WhatLiesBehindTheRowsDoesNotCount) {
     }
 }
 
+TEST(PngRowsTest, WhatIsKnownOfPaperDoesNotCount) {
+    std::mt19937 random(8);
+    PngRows compressor;
+    for (int turn = 0; turn < 200; ++turn) {
+        const std::size_t width = 1 + random() % 400, height = 1 + random() % 60;
+        Rows rows = DrawnRows(random, width, height, turn % 2 == 0 ? 3 : 1);
+        Bytes isDrawn(height, 1);
+        for (std::size_t y = 0; y < height; ++y) {
+            if (random() % 3 != 0) continue;
+            rows.Fill(0, y, width, 1, 0xFFFFFF);
+            isDrawn[y] = 0;
+        }
+        ASSERT_EQ(rows.Compressed(compressor, isDrawn), rows.Compressed(compressor)) << turn;
+    }
+}
+
+TEST(PngRowsTest, RowsOfPaperAreNotReadToTheirEnds) {
+    // Were they, what they are said to be would not be what becomes of them.
+    Rows rows(500, 4, 3);
+    rows.Fill(400, 0, 1, 4, 0);
+    const Bytes isDrawn(4, 0);
+    EXPECT_EQ(rows.Compressed(*std::make_unique<PngRows>(), isDrawn), Rows(500, 4, 3).Compressed());
+}
+
+TEST(PngRowsTest, AllProcessorsMakeTheSameBytes) {
+    std::mt19937 random(9);
+    PngRows compressor;
+    const VectorPower had = UsedVectorPower();
+    for (int turn = 0; turn < 200; ++turn) {
+        const Rows rows = DrawnRows(random, 1 + random() % 2000, 1 + random() % 12, turn % 2 == 0 ? 3 : 1);
+        UsedVectorPower() = VectorPower::kPlain;
+        const Bytes expected = rows.Compressed(compressor);
+        UsedVectorPower() = had;
+        ASSERT_EQ(rows.Compressed(compressor), expected) << turn;
+    }
+}
+
+TEST(PngRowsTest, RunsOfAllLengthsBecomeThemselves) {
+    // Of one pixel among others: what looks for the end of a run takes steps of several lengths.
+    for (const std::size_t pixelBytes : {1U, 3U})
+        for (std::size_t length = 1; length <= 420; ++length) {
+            Rows rows(430, 2, pixelBytes);
+            rows.Fill(3, 0, length, 2, 0x123456);
+            ASSERT_TRUE(BecomesItself(rows)) << length;
+        }
+}
+
 TEST(PngRowsTest, BlankRowsTakeNextToNothing) {
     for (const std::size_t pixelBytes : {1U, 3U}) {
         const Rows rows(1667, 157, pixelBytes);
@@ -185,6 +234,14 @@ TEST(PngRowsTest, BlankRowsTakeNextToNothing) {
         const std::size_t least = rows.Size() / 258 / 4;
         EXPECT_LT(rows.Compressed().size(), least + rows.rowCount * 3 + 100);
     }
+}
+
+TEST(PngRowsTest, RowsOfShortRunsRepeatTheRowAbove) {
+    // Bars of ten pixels: four matches a row, and no runs between them.
+    std::mt19937 random(10);
+    Rows rows(300, 200, 3);
+    for (std::size_t x = 0; x < 300; x += 10) rows.Fill(x, 0, 10, 200, random() & 0xFFFFFFU);
+    EXPECT_LT(rows.Compressed().size(), rows.rowCount * 7);
 }
 
 TEST(PngRowsTest, DrawingsAreSmallerThanTheUsualCompressorMakesThem) {
