@@ -36,8 +36,9 @@ ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading,
     if (reading != ORVXmlReading::kAny) tree_->texts_.readOnce = tree_->nodes_.get();
 }
 
-ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source)
-    : ORVXmlTreeBuilder(shape, source.reading) {
+ORVXmlTreeBuilder::ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source,
+                                     std::vector<ORVXmlPlace>* places)
+    : ORVXmlTreeBuilder(shape, source.reading, places) {
     tree_->stable_ = source.staysInPlace ? source.bytes : std::string_view();
     tree_->texts_.document = tree_->stable_.data();
     if (source.reading == ORVXmlReading::kOnce) tree_->nodes_->SetSource(tree_->stable_.data());
@@ -234,14 +235,14 @@ bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape sh
     tree = nullptr;
     error = ORVXmlError();
     try {
-        // Only the general parser counts lines.
-        if (!places) {
-            ORVXmlTreeBuilder plain(shape, source);
+        {
+            ORVXmlTreeBuilder plain(shape, source, places);
             if (ReadPlainDocument(source.bytes, encoding, plain)) {
                 tree = plain.Finish();
                 return true;
             }
         }
+        if (places) places->clear();
         ORVXmlTreeBuilder builder(shape, source.reading, places);
         const bool wellFormed = ReadXml(source.bytes, encoding, builder, error);
         tree = builder.Finish();

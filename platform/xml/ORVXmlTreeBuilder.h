@@ -35,7 +35,8 @@ public:
     explicit ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading = ORVXmlReading::kAny,
                                std::vector<ORVXmlPlace>* places = nullptr);
     /// For events whose views may point into the source.
-    ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source);
+    ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source,
+                      std::vector<ORVXmlPlace>* places = nullptr);
 
     void StartElement(const XmlStartTag& tag) override;
     void EndElement() override;

@@ -21,11 +21,42 @@ constexpr std::size_t kMostUnknownAttributes = 16;
 // Values of at least this length are scanned with the C library's vectorised functions.
 constexpr std::size_t kLongValue = 48;
 
+/// Counts lines and characters up to the present tag, each byte of the document once. A byte order mark is a
+/// character, as it is to the parser.
+class PlainLocator final : public XmlLocator {
+public:
+    explicit PlainLocator(const char* document) : document_(document), counted_(document), tag_(document) {}
+
+    void MoveTo(const char* tag) { tag_ = tag; }
+    ORVXmlPlace Locate() const override {
+        for (; counted_ != tag_; ++counted_) CountOne();
+        return {line_, column_, static_cast<std::uint64_t>(tag_ - document_)};
+    }
+
+private:
+    void CountOne() const {
+        const char c = *counted_;
+        if (c == '\n' || c == '\r') {
+            // A carriage return and a line feed are one break.
+            if (c == '\r' || counted_ == document_ || counted_[-1] != '\r') ++line_;
+            column_ = 1;
+        } else if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) {
+            ++column_;
+        }
+    }
+
+    const char* const document_;
+    mutable const char* counted_;
+    mutable std::uint32_t line_ = 1, column_ = 1;  // at `counted_`
+    const char* tag_;
+};
+
 /// Parses a document in one pass. Member functions return false when the document is not plain.
 class PlainReading {
 public:
-    PlainReading(std::string_view bytes, XmlEventSink& sink)
-        : p_(bytes.data()), end_(bytes.data() + bytes.size()), sink_(sink) {}
+    /// @param document  where the bytes' document begins, before any byte order mark
+    PlainReading(std::string_view bytes, const char* document, XmlEventSink& sink)
+        : p_(bytes.data()), end_(bytes.data() + bytes.size()), sink_(sink), locator_(document) {}
 
     bool Run() {
         if (LooksAt("<?xml") && end_ - p_ > 5 && IsXml(p_[5], kXmlSpace) && !ReadDeclaration()) return false;
@@ -131,6 +162,7 @@ private:
     const char* p_;
     const char* const end_;
     XmlEventSink& sink_;
+    PlainLocator locator_;
     const std::size_t largestDepth_ = ORVPrintLimits::Get(ORVPrintLimit::kElementDepth);
     std::vector<std::string_view> open_;
     std::vector<ORVXmlAttribute> attributes_;
@@ -201,6 +233,7 @@ bool PlainReading::ReadMarkup() {
 }
 
 bool PlainReading::ReadStartTag() {
+    locator_.MoveTo(p_);
     ++p_;  // "<"
     std::string_view name;
     if (!TakeName(name) || open_.size() >= largestDepth_) return false;
@@ -241,7 +274,7 @@ bool PlainReading::ReadStartTag() {
     }
     const bool isEmpty = TakeOne('/');
     if (!TakeOne('>')) return false;
-    sink_.StartElement({name, attributes_, numbers_, attributes_.size()});
+    sink_.StartElement({name, attributes_, numbers_, attributes_.size(), &locator_});
     if (isEmpty)
         sink_.EndElement();
     else
@@ -426,6 +459,7 @@ std::string_view PlainReading::WithPlainBreaks(std::string_view text) {
 }  // namespace
 
 bool ReadPlainDocument(std::string_view bytes, XmlEncoding encoding, XmlEventSink& sink) {
+    const char* const document = bytes.data();
     if (encoding == XmlEncoding::kDeclared && bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    return AreXmlCharacters(bytes) && PlainReading(bytes, sink).Run();
+    return AreXmlCharacters(bytes) && PlainReading(bytes, document, sink).Run();
 }

@@ -30,6 +30,17 @@ protected:
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         return run.errors;
     }
+    /// What a run takes.
+    long Instructions(const std::string& drawing, const std::string& output) const {
+        // Valgrind reads what compilers tell debuggers, and not all that is newer than itself.
+        EXPECT_EQ(RunProgram({"strip", "-o", "orvprint", ORV_TOOL_PATH}).exitCode, 0);
+        // Counts of lines are added up at the end, if a folder for them is named.
+        const ToolRun run =
+            RunProgram({"env", "-u", "ORV_COUNTS_FOLDER", "valgrind", "--tool=callgrind",
+                        "--callgrind-out-file=/dev/null", "./orvprint", drawing, "-o", output});
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        return NumberBehind(run.errors, "refs:");
+    }
     /// The number behind words of a text; none is an error.
     static long NumberBehind(const std::string& text, const std::string& words) {
         std::smatch match;
@@ -63,20 +74,21 @@ TEST_F(StartTest, FewAddressesAreLookedUp) {
     EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 500);
 }
 
+// What a font has characters for is no matter of those that are embedded.
+TEST_F(StartTest, EmbeddingAFontDoesNotReadAllItsCharacters) {
+    WriteFile("text.svg", SmallDrawing("<text x='5' y='40' font-size='9'>abcdefg</text>"));
+    constexpr long kMostForTheProgram = 1'000'000;
+    EXPECT_LT(Instructions("text.svg", "text.pdf"),
+              Instructions("text.svg", "text.png") + kMostForTheProgram);
+}
+
 TEST_F(StartTest, ASmallDrawingTakesFewInstructions) {
 #ifdef ORV_IS_OPTIMISED
     constexpr long kMost = 1'800'000;
 #else
     constexpr long kMost = 4'000'000;  // counters of lines included
 #endif
-    // Valgrind reads what compilers tell debuggers, and not all that is newer than itself.
-    ASSERT_EQ(RunProgram({"strip", "-o", "orvprint", ORV_TOOL_PATH}).exitCode, 0);
-    // Counts of lines are added up at the end, if a folder for them is named.
-    const ToolRun run =
-        RunProgram({"env", "-u", "ORV_COUNTS_FOLDER", "valgrind", "--tool=callgrind",
-                    "--callgrind-out-file=/dev/null", "./orvprint", "figure.svg", "-o", "figure.pdf"});
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_LT(NumberBehind(run.errors, "refs:"), kMost);
+    EXPECT_LT(Instructions("figure.svg", "figure.pdf"), kMost);
 }
 #endif
 

@@ -2,21 +2,14 @@
 #include "apps/orvprint/process/peak_memory.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
-#include <array>
-#include <charconv>
-#include <string_view>
-
 PeakMemory::~PeakMemory() {
-    for (const int file : {status_, reset_})
-        if (file >= 0) close(file);
+    if (reset_ >= 0) close(reset_);
 }
 
-void PeakMemory::Open() {
-    status_ = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
-    reset_ = open("/proc/self/clear_refs", O_WRONLY | O_CLOEXEC);
-}
+void PeakMemory::Open() { reset_ = open("/proc/self/clear_refs", O_WRONLY | O_CLOEXEC); }
 
 void PeakMemory::Begin() const {
     // "5" resets the high-water mark to the current size. If that is not permitted, the mark covers all jobs
@@ -25,15 +18,9 @@ void PeakMemory::Begin() const {
 }
 
 std::uint64_t PeakMemory::Get() const {
-    constexpr std::string_view kName = "VmHWM:";
-    std::array<char, 4096> bytes;
-    const ssize_t size = status_ < 0 ? 0 : pread(status_, bytes.data(), bytes.size(), 0);
-    const std::string_view text(bytes.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    const std::size_t found = text.find(kName);
-    if (found == std::string_view::npos) return 0;
-    const std::size_t number = text.find_first_of("0123456789", found);
-    if (number == std::string_view::npos) return 0;
-    std::uint64_t kilobytes = 0;
-    std::from_chars(text.data() + number, text.data() + text.size(), kilobytes);
-    return kilobytes * 1024;
+    // The kernel keeps it with the memory that "5" sets it in, and tells without writing a page of text. What
+    // a process had before it became this program would count too; these are forked and run no other.
+    rusage used{};
+    if (getrusage(RUSAGE_SELF, &used) != 0 || used.ru_maxrss < 0) return 0;
+    return static_cast<std::uint64_t>(used.ru_maxrss) * 1024;
 }

@@ -19,5 +19,5 @@ public:
     std::uint64_t Get() const;
 
 private:
-    int status_ = -1, reset_ = -1;
+    int reset_ = -1;
 };

@@ -108,6 +108,7 @@ int ServeWorker::Live() {
 int ServeWorker::Prepare() {
     if (!PrepareStreams()) return Report(kExitFailed, "", std::strerror(errno));
     memory_.Open();
+    threads_ = ThreadsOf(settings_);
     RunFiles files{.inputs = {"-"}, .output = "-"};
     // Any format may be asked for.
     files.keepsTemporaryFiles = true;
@@ -151,7 +152,7 @@ void ServeWorker::Do(const JobHead& head, const HttpWords& words, AnswerHead& an
 int ServeWorker::Print(ServeJob& job, AnswerHead& answer) const {
     PrintFacts facts;
     job.print.facts = &facts;
-    job.print.threads = ThreadsOf(settings_);
+    job.print.threads = threads_;
     const int code = RunPrint(job.print);
     answer.pages = facts.pages;
     if (const ORVOutputFormat* const format = ORVFindOutputFormat(job.print.format))

@@ -33,5 +33,6 @@ private:
 
     const ServeSettings& settings_;
     const int service_;
+    unsigned int threads_ = 1;  // of a job
     PeakMemory memory_;
 };

@@ -25,6 +25,7 @@ public:
             text_ += std::to_string(tag.numbers[i]);
         }
         text_ += '>';
+        if (tag.locator) WritePlace(tag.locator->Locate());
     }
     void EndElement() override { Begin('/'); }
     void Text(std::string_view piece) override {
@@ -41,6 +42,11 @@ public:
 private:
     // Lengths precede contents, so that different events never produce the same text.
     static std::string Length(std::string_view content) { return std::to_string(content.size()) + ":"; }
+    void WritePlace(const ORVXmlPlace& place) {
+        for (const std::uint64_t number :
+             {std::uint64_t{place.line}, std::uint64_t{place.column}, place.offset})
+            text_ += " " + std::to_string(number);
+    }
     void Begin(char kind) {
         inText_ = false;
         text_ += '\n';

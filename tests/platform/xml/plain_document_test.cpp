@@ -74,6 +74,10 @@ INSTANTIATE_TEST_SUITE_P(
                                                   std::string(48, 'x') + "' c='" + std::string(49, 'x') +
                                                   "'/>"},
         PlainCase{"Prefixes", "<s:svg xmlns:s='u' s:x='1' x='2' _a.b-c='3' :d='4'/>"},
+        PlainCase{"PlacesBehindBreaks", "<a>\n\r\r\n\n <b/>\r<c/>\r\n<d\r\n/><e a='\n'/><f/></a>"},
+        PlainCase{"PlacesBehindOtherCharacters",
+                  "<a v='\xC3\xA4'>\t\xE2\x82\xAC<b/>\xF0\x9F\x98\x80<c/></a>"},
+        PlainCase{"PlacesBehindMarks", "\xEF\xBB\xBF<!--\r\n\xC3\xA4--><a><![CDATA[\n]]><?p \r?><b/></a>"},
         PlainCase{"OtherCharacters", "<a v='\xC3\xA4'>\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD\x7F</a>"},
         PlainCase{"DeepestNesting", Nested(1024)}, PlainCase{"ManyUnknownAttributes", Attributes(16)}),
     kNameOfRow);

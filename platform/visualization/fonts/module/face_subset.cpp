@@ -30,6 +30,19 @@ HbSubsetInput MakeInput(const std::vector<std::uint32_t>& glyphs) {
     return input;
 }
 
+hb_blob_t* TableButCharacters(hb_face_t* /*view*/, hb_tag_t table, void* face) {
+    if (table == HB_TAG('c', 'm', 'a', 'p')) return hb_blob_get_empty();
+    return hb_face_reference_table(static_cast<hb_face_t*>(face), table);
+}
+
+/// The face without its table of characters, which the library would read from end to end for each subset,
+/// thousands of characters for a few glyphs: glyphs are all that is asked for. Lives as long as the face.
+HbFace WithoutCharacters(hb_face_t* face) {
+    HbFace view(hb_face_create_for_tables(&TableButCharacters, face, nullptr));
+    const bool isMade = view.get() != hb_face_get_empty();
+    return isMade ? std::move(view) : HbFace(hb_face_reference(face));
+}
+
 /// Makes the subset a fixed instance.
 void PinAxes(hb_subset_input_t* input, hb_face_t* face, const std::vector<double>& values) {
     const std::vector<hb_ot_var_axis_info_t> axes = AxesOf(face);
@@ -58,7 +71,8 @@ ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<double>& axes,
     ORVFontSubset whole{BytesOf(ProgramOf(face, table)), glyphs};
     const HbSubsetInput input = MakeInput(glyphs);
     if (input) PinAxes(input.get(), face, axes);
-    const HbSubsetPlan plan(input ? hb_subset_plan_create_or_fail(face, input.get()) : nullptr);
+    const HbFace source = WithoutCharacters(face);
+    const HbSubsetPlan plan(input ? hb_subset_plan_create_or_fail(source.get(), input.get()) : nullptr);
     const HbFace reduced(plan ? hb_subset_plan_execute_or_fail(plan.get()) : nullptr);
     if (!reduced) return whole;
     ORVFontSubset subset{BytesOf(ProgramOf(reduced.get(), table)), {}};
