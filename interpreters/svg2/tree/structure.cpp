@@ -134,8 +134,6 @@ bool PassesConditions(const Document& document, ElementIndex element) {
     return !language || PassesLanguage(*language);
 }
 
-namespace {
-
 ElementIndex FindOfSwitch(const Document& document, ElementIndex element) {
     for (ElementIndex child = document[element].firstChild; child != kNoElement;
          child = document[child].nextSibling) {
@@ -151,8 +149,6 @@ ElementIndex FindOfSwitch(const Document& document, ElementIndex element) {
     }
     return kNoElement;
 }
-
-}  // namespace
 
 ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element) {
     return scene.ChildOfSwitch(element, [&] { return FindOfSwitch(scene.GetDocument(), element); });
