@@ -138,6 +138,7 @@ private:
     bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
                       const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
     void DrawFused(const FusedShape& shape, const PatternTiles& tiles);
+    void DrawFusedLine(const FusedShape& shape, const PatternTiles& tiles, const ORVPrintStroke& pen);
 
     /// Notes a call's result. @return false from the first failure on
     bool Do(int result) {
