@@ -41,7 +41,7 @@ std::string_view LocalName(std::string_view name) {
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-/// Properties that are read by nobody here, and values of theirs that ask for nothing.
+/// Properties that are not supported here, and values of them that have no effect.
 struct UnreadProperty {
     std::string_view name;
     std::initializer_list<std::string_view> harmless;
@@ -134,13 +134,13 @@ private:
     svg2::Cascade cascade_;
     svg2::Images images_;
     svg2::DocumentFonts fonts_;
-    std::unordered_set<std::string_view> families_;  // that were looked for
+    std::unordered_set<std::string_view> families_;  // already looked up
     std::unordered_set<ElementIndex> used_;          // what "use" and its like show, once it is asked for
     bool knowsUsed_ = false;
 };
 
 void StandardCheck::Run() {
-    // Elements come in the order of the document; the styles of those around them are at hand.
+    // Elements come in document order; the styles of their ancestors are on this stack.
     std::vector<Around> around;
     const Style initial = svg2::Cascade::InitialStyle();
     for (ElementIndex element = 0; element < document_.GetCount(); ++element) {
@@ -302,7 +302,7 @@ void StandardCheck::CheckFilter(ElementIndex element, const Style& style) {
     }
 }
 
-/// What a filter takes that is not there.
+/// Reports inputs of a filter primitive that do not exist.
 void StandardCheck::CheckPrimitive(ElementIndex element) {
     for (const Name name : {Name::kIn, Name::kIn2}) {
         const std::string_view input = svg2::Trim(document_.ValueOf(element, name));
@@ -429,7 +429,7 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style, bool 
     if (isVisible) CheckFont(element, style);
 }
 
-/// The sheets that are named in front of the root, where the parsed document has nothing.
+/// The style sheets linked before the root, where the parsed document has no nodes.
 std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, bool keepsSource,
                                               Findings& findings) {
     if (!checked.fragments.empty()) return {};
@@ -483,7 +483,7 @@ std::vector<std::uint32_t> CountStandardElements(const ORVRef<const ORVXmlTree>&
     while (const ORVXmlNode* node = order.Next()) {
         if (!node->IsElement()) continue;
         ++number;
-        // Both go through the document in its order, and the interpreter passes some elements over.
+        // Both are in document order, and the interpreter skips some elements.
         if (numbers.size() < document.GetCount() &&
             document[static_cast<ElementIndex>(numbers.size())].node == node)
             numbers.push_back(number);
