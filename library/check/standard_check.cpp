@@ -101,10 +101,20 @@ private:
               const std::string& message) {
         writer_.Note(code, At(element), attribute, value, message);
     }
+    /// An element on the way down to the one that is checked.
+    struct Around {
+        ElementIndex element;
+        std::unique_ptr<Style> style;
+        bool isHidden;
+        ElementIndex shown;  ///< of a "switch": its child that shows
+    };
+    bool IsHidden(ElementIndex element, const Style& style, const Around* around);
+    bool IsUsed(ElementIndex element);
     void CheckSheet(ElementIndex sheet);
     void CheckFontFaces();
-    void CheckElement(ElementIndex element, const Style& style);
-    void CheckUnread(ElementIndex element);
+    void CheckElement(ElementIndex element, const Style& style, bool isHidden);
+    void CheckUnread(ElementIndex element, bool isHidden);
+    void CheckUnknown(ElementIndex element, bool isHidden);
     void CheckProperty(ElementIndex element, std::string_view name, std::string_view value);
     void CheckProperties(ElementIndex element);
     void CheckPaint(ElementIndex element, const svg2::Paint& paint, std::string_view property);
@@ -125,21 +135,66 @@ private:
     svg2::Images images_;
     svg2::DocumentFonts fonts_;
     std::unordered_set<std::string_view> families_;  // already looked up
+    std::unordered_set<ElementIndex> used_;          // what "use" and its like show, once it is asked for
+    bool knowsUsed_ = false;
 };
 
 void StandardCheck::Run() {
     // Elements come in document order; the styles of their ancestors are on this stack.
-    std::vector<std::pair<ElementIndex, std::unique_ptr<Style>>> around;
+    std::vector<Around> around;
     const Style initial = svg2::Cascade::InitialStyle();
     for (ElementIndex element = 0; element < document_.GetCount(); ++element) {
-        while (!around.empty() && around.back().first != document_[element].parent) around.pop_back();
+        while (!around.empty() && around.back().element != document_[element].parent) around.pop_back();
+        const Around* const parent = around.empty() ? nullptr : &around.back();
         auto style = std::make_unique<Style>();
-        cascade_.Compute(element, around.empty() ? initial : *around.back().second, *style);
-        CheckElement(element, *style);
-        around.emplace_back(element, std::move(style));
+        cascade_.Compute(element, parent ? *parent->style : initial, *style);
+        const bool isHidden = IsHidden(element, *style, parent);
+        CheckElement(element, *style, isHidden);
+        const bool isSwitch = document_[element].tag == Tag::kSwitch;
+        around.push_back({element, std::move(style), isHidden,
+                          isSwitch ? svg2::FindOfSwitch(document_, element) : kNoElement});
     }
     for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
     CheckFontFaces();
+}
+
+/// Definitions, which show where they are referred to, whatever is around them.
+bool IsDefinition(Tag tag) {
+    switch (tag) {
+        case Tag::kLinearGradient:
+        case Tag::kRadialGradient:
+        case Tag::kPattern:
+        case Tag::kClipPath:
+        case Tag::kMask:
+        case Tag::kMarker:
+        case Tag::kFilter:
+        case Tag::kSymbol: return true;
+        default: return false;
+    }
+}
+
+/// Layers of an editor can be switched on in a viewer.
+bool IsEditorLayer(const Document& document, ElementIndex element) {
+    return document[element].tag == Tag::kG && document.ValueOf(element, Name::kGroupmode) == "layer";
+}
+
+/// Whether nothing of an element shows, so that nothing about it is worth a finding.
+bool StandardCheck::IsHidden(ElementIndex element, const Style& style, const Around* around) {
+    if (IsDefinition(document_[element].tag)) return false;
+    const bool isOff = (!style.isDisplayed && !IsEditorLayer(document_, element)) ||
+                       !svg2::PassesConditions(document_, element);
+    if (isOff || !around) return isOff;
+    const bool isPassedOver = around->shown != kNoElement && around->shown != element;
+    return (around->isHidden || isPassedOver) && !IsUsed(element);
+}
+
+bool StandardCheck::IsUsed(ElementIndex element) {
+    if (!document_.Find(element, Name::kId)) return false;
+    for (ElementIndex other = 0; !knowsUsed_ && other < document_.GetCount(); ++other)
+        if (const auto href = document_.Find(other, Name::kHref))
+            used_.insert(document_.FindByReference(svg2::Trim(*href)));
+    knowsUsed_ = true;
+    return used_.contains(element);
 }
 
 void StandardCheck::CheckSheet(ElementIndex sheet) {
@@ -169,29 +224,31 @@ void StandardCheck::CheckFontFaces() {
     }
 }
 
-void StandardCheck::CheckUnread(ElementIndex element) {
-    const std::string_view name = LocalName(document_[element].node->GetName());
+void StandardCheck::CheckUnread(ElementIndex element, bool isHidden) {
     switch (document_[element].tag) {
         case Tag::kScript: Note(FindingCode::kScript, element, "", "", "is not run"); return;
         case Tag::kForeignObject:
-            // In a switch, a later child is drawn instead.
-            if (document_[document_[element].parent].tag != Tag::kSwitch)
-                Note(FindingCode::kForeignObject, element, "", "", "is not drawn");
+            if (!isHidden) Note(FindingCode::kForeignObject, element, "", "", "is not drawn");
             return;
         case Tag::kFlowRoot:
-            Note(FindingCode::kUnprintedElement, element, "", "",
-                 "is not drawn: text that flows into shapes");
+            if (!isHidden)
+                Note(FindingCode::kUnprintedElement, element, "", "",
+                     "is not drawn: text that flows into shapes");
             return;
-        case Tag::kUnknown: break;
+        case Tag::kUnknown: CheckUnknown(element, isHidden); return;
         default: return;
     }
+}
+
+void StandardCheck::CheckUnknown(ElementIndex element, bool isHidden) {
+    const std::string_view name = LocalName(document_[element].node->GetName());
     if (IsOneOf(name,
                 {"animate", "set", "animateMotion", "animateTransform", "animateColor", "mpath", "discard"}))
         Note(FindingCode::kAnimation, element, "", "", "is ignored: the page shows the value without it");
     else if (IsOneOf(name, {"font", "font-face", "glyph", "missing-glyph", "hkern", "vkern", "font-face-src",
                             "font-face-name", "font-face-uri", "altGlyph", "glyphRef"}))
         Note(FindingCode::kSvgFont, element, "", "", "is not read: fonts within drawings are not used");
-    else
+    else if (!isHidden)
         Note(FindingCode::kUnknownElement, element, "", "", "is not drawn");
 }
 
@@ -334,12 +391,16 @@ void StandardCheck::CheckFont(ElementIndex element, const Style& style) {
              "is not installed: the text is set in " + std::string(choice.font->GetName().GetView()));
 }
 
-void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
-    CheckUnread(element);
+void StandardCheck::CheckElement(ElementIndex element, const Style& style, bool isHidden) {
+    CheckUnread(element, isHidden);
+    if (isHidden) return;
     CheckProperties(element);
     if (!style.isDisplayed) return;
+    const bool isVisible = style.visibility == svg2::Visibility::kVisible;
     switch (document_[element].tag) {
-        case Tag::kImage: CheckImage(element); break;
+        case Tag::kImage:
+            if (isVisible) CheckImage(element);
+            break;
         case Tag::kFeImage: CheckFilterImage(element); break;
         case Tag::kPath:
         case Tag::kRect:
@@ -365,7 +426,7 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     CheckFilter(element, style);
     CheckPrimitive(element);
     CheckHref(element);
-    CheckFont(element, style);
+    if (isVisible) CheckFont(element, style);
 }
 
 /// The style sheets linked before the root, where the parsed document has no nodes.

@@ -171,6 +171,7 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<filter id='f'><feImage href='none.png'/></filter>", "image-missing (1)"},
         {"<filter id='f'><feUnheard/></filter>", "unknown-element (1)"},
         {"<foreignObject/>", "foreign-object (1)"},
+        {"<switch><foreignObject/><rect systemLanguage='xx'/></switch>", "foreign-object (1)"},
         {"<script/>", "script (1)"},
         {"<rect><animate/></rect>", "animation (1)"},
         {"<font/>", "svg-font (1)"},
@@ -238,6 +239,30 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })
         EXPECT_THAT(Check(content), HasSubstr("nothing found")) << content;
+}
+
+TEST_F(StandardTest, CheckFindsNothingInWhatIsHidden) {
+    for (const char* content : {
+             "<g display='none'><text>a</text><image/><unheard/><rect fill='url(#none)'/></g>",
+             "<g visibility='hidden'><text>a</text><image/></g>",
+             "<g systemLanguage='xx'><text>a</text><foreignObject/></g>",
+             "<switch><g/><a><text>a</text></a></switch>",
+             "<switch><foreignObject requiredExtensions='x'/><g/></switch>",
+             "<g display='none'><g id='g'><text>a</text></g></g><use href='#none' display='none'/>",
+         })
+        EXPECT_THAT(Check(content), HasSubstr("nothing found")) << content;
+}
+
+TEST_F(StandardTest, CheckFindsWhatIsHiddenWhereItStandsButShownElsewhere) {
+    for (const char* content : {
+             "<g display='none'><g id='g'><text>a</text></g></g><use href='#g'/>",
+             "<switch><g/><g id='g'><text>a</text></g></switch><use href='#g'/>",
+             "<g display='none'><pattern id='p'><text>a</text></pattern></g>",
+             "<g visibility='hidden'><text visibility='visible'>a</text></g>",
+             "<g xmlns:i='http://www.inkscape.org/namespaces/inkscape' i:groupmode='layer' i:label='a' "
+             "display='none'><text>a</text></g>",
+         })
+        EXPECT_THAT(Check(content), HasSubstr("font-unspecified (1)")) << content;
 }
 
 TEST_F(StandardTest, LinksThatExecuteCodeAreLeftOut) {

@@ -142,6 +142,7 @@ private:
     bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
                       const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
     void DrawFused(const FusedShape& shape, const PatternTiles& tiles);
+    void DrawFusedLine(const FusedShape& shape, const PatternTiles& tiles, const ORVPrintStroke& pen);
 
     /// Records the result of a call.
     /// @return false from the first failure on

@@ -66,10 +66,34 @@ ORVPrintPath Repeat(const ORVPrintPath& one, const TileRange& range, const ORVMa
     return all;
 }
 
-/// Converts polygons in a shape's units to a path in the pattern's units, clipped to the tile.
-ORVPrintPath PathOf(std::vector<Corners>&& areas, const ORVMathAffine2D& toPattern,
-                    const ORVMathBox2D& tile) {
-    ORVPrintPath path;
+void Append(const ORVPrintPath& part, const ORVMathAffine2D& map, ORVPrintPath& path) {
+    path.verbs.insert(path.verbs.end(), part.verbs.begin(), part.verbs.end());
+    for (const ORVMathPoint2D& point : part.points) path.points.push_back(map(point));
+}
+
+/// Contours of a path, each as a path.
+std::vector<ORVPrintPath> SplitContours(const ORVPrintPath& path) {
+    using Verb = ORVPrintPath::Verb;
+    std::vector<ORVPrintPath> contours;
+    std::size_t point = 0;
+    for (const Verb verb : path.verbs) {
+        if (verb == Verb::kMove) {
+            contours.emplace_back();
+        } else if (contours.back().verbs.back() == Verb::kClose) {
+            // What follows the end of a contour without a move begins where that one began.
+            const ORVMathPoint2D start = contours.back().points.front();
+            contours.emplace_back().MoveTo(start);
+        }
+        const std::size_t end = point + (verb == Verb::kClose ? 0U : verb == Verb::kCubic ? 3U : 1U);
+        contours.back().verbs.push_back(verb);
+        for (; point < end; ++point) contours.back().points.push_back(path.points[point]);
+    }
+    return contours;
+}
+
+/// Adds areas in the units of a shape, cut to the tile, to a path in the pattern's units.
+void AppendCut(std::vector<Corners>&& areas, const ORVMathAffine2D& toPattern, const ORVMathBox2D& tile,
+               ORVPrintPath& path) {
     for (Corners& area : areas) {
         for (ORVMathPoint2D& point : area) point = toPattern(point);
         const Corners cut = CutToBox(std::move(area), tile);
@@ -78,7 +102,6 @@ ORVPrintPath PathOf(std::vector<Corners>&& areas, const ORVMathAffine2D& toPatte
         for (std::size_t i = 1; i < cut.size(); ++i) path.LineTo(cut[i]);
         path.Close();
     }
-    return path;
 }
 
 /// Repeats one shape over all tiles.
@@ -89,37 +112,55 @@ public:
 
     /// The filled path for all tiles, and its transformation to the page.
     ORVPrintPath Inside(ORVMathAffine2D& toPage) const {
-        if (Holds(tile_, BoxOf(shape_.path, shape_.toPattern))) return RepeatWhole(toPage);
-        std::vector<Corners> areas;
-        for (Contour& contour : ContoursOf(shape_.path)) areas.push_back(std::move(contour.points));
-        return RepeatCut(std::move(areas), toPage);
+        if (Holds(tile_, BoxOf(shape_.path, shape_.toPattern))) return RepeatWhole(shape_.path, toPage);
+        ORVPrintPath path;
+        for (const ORVPrintPath& contour : SplitContours(shape_.path)) {
+            if (Holds(tile_, BoxOf(contour, shape_.toPattern))) {
+                Append(contour, shape_.toPattern, path);
+                continue;
+            }
+            std::vector<Corners> areas;
+            for (Contour& lines : ContoursOf(contour)) areas.push_back(std::move(lines.points));
+            AppendCut(std::move(areas), shape_.toPattern, tile_, path);
+        }
+        return RepeatAsPattern(path, toPage);
     }
     /// Whether the stroke stays inside the tile, so that it can be drawn as a stroke.
     bool HoldsLine(const ORVPrintStroke& pen) const {
         return Holds(tile_, BoxWithPen(shape_.path, shape_.toPattern, pen));
     }
-    ORVPrintPath RepeatWhole(ORVMathAffine2D& toPage) const {
+    ORVPrintPath RepeatWhole(const ORVPrintPath& path, ORVMathAffine2D& toPage) const {
         toPage = tiles_.patternToPage * shape_.toPattern;
         const ORVMathAffine2D back = Inverse(shape_.toPattern);
-        return Repeat(shape_.path, tiles_.range,
-                      {back.m11 * tiles_.first.width, back.m21 * tiles_.first.width},
+        return Repeat(path, tiles_.range, {back.m11 * tiles_.first.width, back.m21 * tiles_.first.width},
                       {back.m12 * tiles_.first.height, back.m22 * tiles_.first.height});
     }
-    /// The outline of a stroke that extends beyond the tile.
-    ORVPrintPath Line(const ORVPrintStroke& pen, ORVMathAffine2D& toPage) const {
+    /// Contours whose line stays within the tile, to be drawn as lines, or all others.
+    ORVPrintPath Contours(const ORVPrintStroke& pen, bool areHeld) const {
+        ORVPrintPath path;
+        for (const ORVPrintPath& contour : SplitContours(shape_.path))
+            if (Holds(tile_, BoxWithPen(contour, shape_.toPattern, pen)) == areHeld)
+                Append(contour, ORVMathAffine2D(), path);
+        return path;
+    }
+    /// The area of a line along contours that reach out of the tile.
+    ORVPrintPath Line(const ORVPrintPath& contours, const ORVPrintStroke& pen,
+                      ORVMathAffine2D& toPage) const {
         std::vector<Corners> areas;
-        for (const Contour& contour : ContoursOf(shape_.path)) {
+        for (const Contour& contour : ContoursOf(contours)) {
             const bool isDrawn = contour.points.size() > 1 || contour.isClosed;
             if (isDrawn) AddStrokePieces(contour, pen, areas);
         }
-        return RepeatCut(std::move(areas), toPage);
+        ORVPrintPath path;
+        AppendCut(std::move(areas), shape_.toPattern, tile_, path);
+        return RepeatAsPattern(path, toPage);
     }
 
 private:
-    ORVPrintPath RepeatCut(std::vector<Corners>&& areas, ORVMathAffine2D& toPage) const {
+    /// @param path  in the pattern's units
+    ORVPrintPath RepeatAsPattern(const ORVPrintPath& path, ORVMathAffine2D& toPage) const {
         toPage = tiles_.patternToPage;
-        return Repeat(PathOf(std::move(areas), shape_.toPattern, tile_), tiles_.range,
-                      {tiles_.first.width, 0.0}, {0.0, tiles_.first.height});
+        return Repeat(path, tiles_.range, {tiles_.first.width, 0.0}, {0.0, tiles_.first.height});
     }
 
     const PatternTiles& tiles_;
@@ -220,13 +261,24 @@ void Drawing::DrawFused(const FusedShape& shape, const PatternTiles& tiles) {
         !paints_.MakePen(shape.style, tiles.viewport, dashScale, pen))
         return;
     pen.colour = line.colour;
-    if (fuser.HoldsLine(pen)) {
-        const ORVPrintPath path = fuser.RepeatWhole(toPage);
+    DrawFusedLine(shape, tiles, pen);
+}
+
+// Lines stay lines where they can: areas of theirs have many times as many points. Where lines are
+// translucent, all are one area, or they would show where they overlap.
+void Drawing::DrawFusedLine(const FusedShape& shape, const PatternTiles& tiles, const ORVPrintStroke& pen) {
+    const TileFuser fuser(tiles, shape);
+    ORVMathAffine2D toPage;
+    const bool isWhole = fuser.HoldsLine(pen), isOpaque = pen.colour.opacity == 255;
+    ORVPrintPath held;
+    if (!isWhole && isOpaque) held = fuser.Contours(pen, true);
+    if (isWhole || !held.IsEmpty()) {
+        const ORVPrintPath path = fuser.RepeatWhole(isWhole ? shape.path : held, toPage);
         Do(generator_.DrawShape({path, toPage, nullptr, &pen}));
-        return;
     }
-    const ORVPrintFill fill{.colour = line.colour, .isCrisp = pen.isCrisp};
-    const ORVPrintPath path = fuser.Line(pen, toPage);
+    if (isWhole) return;
+    const ORVPrintFill fill{.colour = pen.colour, .isCrisp = pen.isCrisp};
+    const ORVPrintPath path = fuser.Line(isOpaque ? fuser.Contours(pen, false) : shape.path, pen, toPage);
     if (!path.IsEmpty()) Do(generator_.DrawShape({path, toPage, &fill, nullptr}));
 }
 

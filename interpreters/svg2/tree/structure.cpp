@@ -133,8 +133,6 @@ bool PassesConditions(const Document& document, ElementIndex element) {
     return !language || PassesLanguage(*language);
 }
 
-namespace {
-
 ElementIndex FindOfSwitch(const Document& document, ElementIndex element) {
     for (ElementIndex child = document[element].firstChild; child != kNoElement;
          child = document[child].nextSibling) {
@@ -150,8 +148,6 @@ ElementIndex FindOfSwitch(const Document& document, ElementIndex element) {
     }
     return kNoElement;
 }
-
-}  // namespace
 
 ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element) {
     return scene.ChildOfSwitch(element, [&] { return FindOfSwitch(scene.GetDocument(), element); });

@@ -32,6 +32,8 @@ bool PassesConditions(const Document& document, ElementIndex element);
 
 /// The child that a "switch" shows; kNoElement for none.
 ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element);
+/// The same without a scene that keeps it: each call goes through the children.
+ElementIndex FindOfSwitch(const Document& document, ElementIndex element);
 
 /// The element that a "use" shows; kNoElement if there is none.
 ElementIndex FindUseTarget(const Document& document, ElementIndex use);

@@ -171,6 +171,16 @@ TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {
          "<pattern id='p' width='5' height='5' patternUnits='userSpaceOnUse'><circle cx='5' r='3'/>"
          "<path d='M0 0h5' fill='none' stroke='red'/></pattern><rect width='10' height='10' fill='url(#p)'/>",
          "clip path 0,0 10,10\n  2,0 10,8 fill #000000\n  0,0 10,5.5 fill #ff0000\n"},
+        {"contours that stay within their tile beside one that does not",
+         "<pattern id='p' width='5' height='5' patternUnits='userSpaceOnUse'><path d='M2 2h1M0 4h5' "
+         "fill='none' stroke='red' stroke-width='.5'/></pattern><rect width='10' height='10' "
+         "fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  2,2 8,7 stroke #ff0000 0.5\n  0,3.75 10,9.25 fill #ff0000\n"},
+        {"translucent contours, which may overlap",
+         "<pattern id='p' width='5' height='5' patternUnits='userSpaceOnUse'><path d='M2 2h1M0 4h5' "
+         "fill='none' stroke='red' stroke-width='.5' stroke-opacity='.5'/></pattern><rect width='10' "
+         "height='10' fill='url(#p)'/>",
+         "clip path 0,0 10,10\n  0,1.75 10,9.25 fill #ff0000/128\n"},
         {"box units",
          "<pattern id='p' width='1' height='.5' patternContentUnits='objectBoundingBox'><rect "
          "width='.5' height='.5' fill='red'/></pattern><rect x='10' width='20' height='20' "

@@ -258,4 +258,15 @@ TEST_F(CatalogueTest, FamiliesAreChosenByNameByMetricsOrByLook) {
     EXPECT_EQ(generic.font, ORVChooseFont({.families = "monospace"}).font);
 }
 
+TEST(FontChoiceTest, NamesOfLooksAreReadInAnyCase) {
+    const char* const kRows[][2] = {{"Sans", "sans-serif"},       {"SANS-SERIF", "sans-serif"},
+                                    {"Sans Serif", "sans-serif"}, {"Serif", "serif"},
+                                    {"Monospace", "monospace"},   {"Nowhere, Mono", "monospace"}};
+    for (const auto& [written, meant] : kRows) {
+        const ORVFontChoice choice = ORVChooseFont({.families = written});
+        EXPECT_EQ(choice.font, ORVChooseFont({.families = meant}).font) << written;
+        EXPECT_TRUE(choice.isOfFamily) << written;
+    }
+}
+
 }  // namespace

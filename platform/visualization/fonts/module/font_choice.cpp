@@ -116,11 +116,15 @@ bool IsOfFamily(FcPattern* substituted, FcPattern* match) {
     return false;
 }
 
-bool IsGeneric(std::string_view family) {
-    constexpr std::string_view kGeneric[] = {"serif",        "sans-serif", "monospace", "cursive",
-                                             "fantasy",      "system-ui",  "ui-serif",  "ui-sans-serif",
-                                             "ui-monospace", "sans",       "mono"};
-    return std::find(std::begin(kGeneric), std::end(kGeneric), family) != std::end(kGeneric);
+/// Names of looks rather than of families, in any case: editors write "Sans" and "Monospace".
+bool IsGeneric(const std::string& family) {
+    constexpr const char* kGeneric[] = {"serif",        "sans-serif", "monospace",  "cursive",
+                                        "fantasy",      "system-ui",  "ui-serif",   "ui-sans-serif",
+                                        "ui-monospace", "sans",       "sans serif", "mono"};
+    const auto bytesOf = [](const char* text) { return reinterpret_cast<const FcChar8*>(text); };
+    return std::any_of(std::begin(kGeneric), std::end(kGeneric), [&](const char* name) {
+        return FcStrCmpIgnoreCase(bytesOf(name), bytesOf(family.c_str())) == 0;
+    });
 }
 
 /// fontconfig's match for a family, which may be another one with the same metrics or look. Matching examines
