@@ -13,13 +13,13 @@ function(orv_count_lines)
     endif()
     orv_targets_below(targets ${ARGN})
     foreach(target ${targets})
-        # The second: a process that leaves without running the destructors of its libraries runs them here.
+        # For a process that exits without running the destructors of its libraries.
         target_compile_options(${target} PRIVATE -fprofile-instr-generate -fcoverage-mapping)
         target_compile_definitions(${target} PRIVATE ORV_COVERAGE=1)
     endforeach()
 endfunction()
 
-# Tests link what counts, whatever they themselves are.
+# Tests link the counters, whatever they test.
 if(ORV_COVERAGE)
     add_library(orv_line_counts STATIC ${CMAKE_SOURCE_DIR}/tests/support/line_counts.cpp)
     add_link_options(-fprofile-instr-generate)

@@ -6,7 +6,7 @@
 # In the page, /*STYLE*/ and /*SCRIPT*/ stand for the files, SCRIPT_HASH for the script's SHA-256 as a policy of
 # content security has it, and DATA for what the program fills in.
 
-# Base64 of bytes that are given as hexadecimal digits.
+# Base64 of bytes given as hexadecimal digits.
 function(base64_of_hex hex result)
     set(alphabet "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")
     set(text "")

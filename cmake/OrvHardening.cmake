@@ -33,18 +33,19 @@ foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection=f
     endif()
 endforeach()
 
-# It needs an optimiser, and sanitizers look closer by themselves.
+# Needs optimisation; and sanitizers check more closely.
 string(TOUPPER "${CMAKE_BUILD_TYPE}" orv_build_type)
 if("${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${orv_build_type}}" MATCHES "-O[123s]" AND NOT ORV_SANITIZE)
-    # Some compilers define it by themselves, at a lower level.
+    # Some compilers define it by default, at a lower level.
     target_compile_options(orv_hardening INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
     set(ORV_IS_FORTIFIED ON)
 endif()
 
 target_link_options(orv_hardening INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
-# The C library's own first instructions do not say that they bear a shadow stack, though they do, and the linker would
-# drop the word for all. (Nor do they mark their targets of calls, which they would have to: -z ibt would be untrue.)
+# The C library's startup code is not marked as compatible with the shadow stack, although it is, and the linker would
+# drop the mark for the whole program. (It has no marks for indirect branch targets either, and would need them: -z ibt
+# would be wrong.)
 check_linker_flag(CXX -Wl,-z,shstk ORV_HAS_z_shstk)
 if(ORV_HAS_z_shstk)
     target_link_options(orv_hardening INTERFACE -Wl,-z,shstk)

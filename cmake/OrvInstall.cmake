@@ -13,15 +13,15 @@ include(CMakePackageConfigHelpers)
 
 set(orv_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvprint)
 set(orv_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/orvprint)
-# What programs were built with goes on working as long as this number stands: the symbol files in debian/ and
-# packaging/check-abi hold the libraries to it.
+# Programs keep working with the library as long as this number does not change: the symbol files in debian/ and
+# packaging/check-abi enforce it.
 set(orv_interface_version 0)
 
 set(ORV_MODULE_FOLDER "" CACHE STRING "Folder of modules within that of the libraries; empty for the same one")
 
 function(orv_install_library target name)
     target_compile_features(${target} PUBLIC cxx_std_20)
-    # What every target of ours links is our own affair.
+    # Usage requirements of our own targets are private.
     get_target_property(linked ${target} INTERFACE_LINK_LIBRARIES)
     list(FILTER linked EXCLUDE REGEX "^orv_")
     set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "${linked}")
@@ -29,7 +29,7 @@ function(orv_install_library target name)
 endfunction()
 
 function(orv_install_c_library target name)
-    # It shows nothing of what it is made of.
+    # Exports nothing of the libraries it consists of.
     set_target_properties(${target} PROPERTIES INTERFACE_LINK_LIBRARIES "")
     orv_install_versioned(${target} ${name} 0.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH} 0)
 endfunction()
@@ -61,7 +61,7 @@ function(orv_install_package folder)
         ${CMAKE_BINARY_DIR}/packaging/orvprint-config-version.cmake
         DESTINATION ${orv_package_folder} COMPONENT development)
 
-    # Found from where the file lies, so that an installation can be moved.
+    # Relative to the file, so that an installation can be moved.
     file(RELATIVE_PATH prefix_from_package
         ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
     string(REGEX REPLACE "/$" "" prefix_from_package ${prefix_from_package})
@@ -78,7 +78,7 @@ function(orv_install_package folder)
     install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
         PATTERN man EXCLUDE PATTERN api EXCLUDE)
     install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
-    # What engines start; the documentation leads there.
+    # Scripts for batch engines; the documentation links to them.
     install(DIRECTORY packaging/batch DESTINATION ${CMAKE_INSTALL_DOCDIR}/packaging COMPONENT development
         USE_SOURCE_PERMISSIONS)
 endfunction()

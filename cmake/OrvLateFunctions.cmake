@@ -33,7 +33,7 @@ endif()
 
 cmake_minimum_required(VERSION 3.25)
 
-# Names of functions in the output of nm: those that are not defined, or those that are.
+# Names of undefined, or of defined, functions in the output of nm.
 function(names_of result file options types)
     execute_process(COMMAND ${NM} -P ${options} ${file}
         OUTPUT_VARIABLE lines ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
@@ -84,8 +84,8 @@ if(place EQUAL 0)
     message(FATAL_ERROR "nothing in ${CALLERS} calls any of ${LIBRARIES}")
 endif()
 
-# Arguments are kept in registers while the library is loaded, and the stack is as the called function expects it: at the
-# call, its end is a multiple of 16.
+# Argument registers are saved while the library is loaded, and the stack is aligned as the called function expects: to
+# 16 bytes at the call.
 file(WRITE "${OUTPUT}.new" "// Made by OrvLateFunctions.cmake.
 #include \"apps/orvprint/linked/late_functions.h\"
 

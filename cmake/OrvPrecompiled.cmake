@@ -17,7 +17,7 @@ set(orv_tests_headers ${orv_product_headers}
 set(orv_product_header_libraries)
 set(orv_tests_header_libraries GTest::gmock)
 
-# What lint needs of a build, which reads sources as the compiler does.
+# clang-tidy needs these files of the build, because it reads sources as the compiler does.
 add_custom_target(orv_precompiled)
 
 function(orv_precompile kind)
@@ -25,7 +25,7 @@ function(orv_precompile kind)
         return()
     endif()
     orv_targets_below(targets ${ARGN})
-    # Programs are compiled other than libraries, and cannot share with them.
+    # Programs are compiled with other options than libraries, so they cannot share headers.
     set(source ${CMAKE_BINARY_DIR}/precompiled/${kind}.cpp)
     file(CONFIGURE OUTPUT ${source} CONTENT "int main() { return 0; }\n")
     add_library(orv_${kind}_library_headers OBJECT ${source})

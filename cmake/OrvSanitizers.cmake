@@ -13,7 +13,7 @@ add_library(orv_sanitizers INTERFACE)
 if(ORV_SANITIZE)
     string(REPLACE ";" "," orv_sanitizer_list "${ORV_SANITIZE}")
 
-    # A finding ends the run with a failure: a report that lets the test pass would be overlooked.
+    # A finding fails the run: a mere report in a passing test would be overlooked.
     set(orv_sanitizer_flags -fsanitize=${orv_sanitizer_list} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     if(ORV_SANITIZE_WITHOUT)
         string(REPLACE ";" "," orv_left_out "${ORV_SANITIZE_WITHOUT}")
@@ -22,11 +22,11 @@ if(ORV_SANITIZE)
     target_compile_options(orv_sanitizers INTERFACE ${orv_sanitizer_flags})
     target_link_options(orv_sanitizers INTERFACE ${orv_sanitizer_flags})
 
-    # Tests that count bytes or seconds ask for this and allow for the sanitizers' own needs.
+    # Tests that measure bytes or time use this to allow for the sanitizers' overhead.
     target_compile_definitions(orv_sanitizers INTERFACE ORV_SANITIZED=1)
 endif()
 
-# The fuzzers see which code ran only where this was compiled in; each links -fsanitize=fuzzer itself.
+# Coverage feedback for the fuzzers; each fuzzer links -fsanitize=fuzzer itself.
 function(orv_instrument_for_fuzzing)
     if(ORV_BUILD_FUZZ)
         orv_targets_below(targets ${ARGN})

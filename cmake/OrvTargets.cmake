@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 
-# All targets of ours that are compiled, in some folders and below.
+# All our compiled targets in some folders and their subfolders.
 function(orv_targets_below result)
     set(found)
     foreach(folder ${ARGN})
@@ -20,9 +20,9 @@ function(orv_targets_below result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# Programs of the product in builds for tests: what reads command lines instantiates more templates than all else
-# together, and runs once a process. Not optimised, it compiles in a third of the time. gcc needs the optimiser for some
-# of its warnings.
+# For programs of the product in test builds: the command line parser instantiates more templates than everything else
+# together, and runs once per process. Without optimisation it compiles in a third of the time. gcc needs the optimiser
+# for some of its warnings.
 function(orv_compile_programs_quickly)
     if((ORV_SANITIZE OR ORV_COVERAGE) AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         orv_targets_below(targets ${ARGN})
@@ -39,8 +39,8 @@ endfunction()
 
 option(ORV_JOINED_SOURCES "Compile several sources of a target as one" OFF)
 
-# Joined, sources share what they include and the templates that they instantiate, which halves the time. Not for lint nor
-# for who wants to know whether a source includes what it needs. Parameters hide names of other sources there, so that -Wshadow is off
+# Joined sources share includes and template instantiations, which halves the build time. Not for lint, nor for checking
+# that each source includes what it needs. Names of one source may shadow those of another, so -Wshadow is off
 # (OrvWarnings.cmake).
 function(orv_join_sources)
     if(NOT ORV_JOINED_SOURCES)

@@ -13,7 +13,7 @@ target_compile_options(orv_warnings INTERFACE -Wall -Wextra -Wpedantic
 
 if(ORV_WARNINGS_AS_ERRORS)
     target_compile_options(orv_warnings INTERFACE -Werror)
-    # GCC judges sizes after inlining, where sanitizers and joined sources leave it paths that do not exist.
+    # GCC checks sizes after inlining, and reports paths that cannot occur in code with sanitizers or in joined sources.
     if(ORV_JOINED_SOURCES AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
         target_compile_options(orv_warnings INTERFACE -Wno-error=stringop-overflow -Wno-error=stringop-overread
             -Wno-error=array-bounds -Wno-error=restrict -Wno-error=maybe-uninitialized -Wno-error=null-dereference

@@ -60,7 +60,7 @@ std::unique_ptr<ORVFormatGenerator> CreateEps(ORVOutput& output, const ORVFormat
     return LoadPostScriptGenerator(output, options, true);
 }
 
-/// A format's generator behind the guard that nothing thrown passes.
+/// A format's generator wrapped in the guard that turns exceptions into failures.
 class GuardedFormat final : public ORVFormatGenerator {
 public:
     explicit GuardedFormat(std::unique_ptr<ORVFormatGenerator> format)

@@ -12,19 +12,22 @@
 
 class ORVOutput;
 
-/// An output format by name. A new format is a class derived from ORVPrintGenerator and one row of the table.
+/// An output format. To add one, derive a class from ORVPrintGenerator and add a row to the table in
+/// formats.cpp.
 struct ORVOutputFormat {
-    std::string_view name;       ///< also the ending of its files
-    std::string_view mediaType;  ///< as registered, or as printers call it
-    bool onePageAPart;           ///< a page fills a file of this format
-    /// Null when out of memory. Nothing is thrown, neither here nor by the generator.
+    std::string_view name;       ///< name of the format and extension of its files, without the period
+    std::string_view mediaType;  ///< registered media type, or the one that printers use
+    bool onePageAPart;           ///< each page is written to a separate part (file)
+    /// Creates a generator that writes to `output`, which must outlive it. Returns null on failure, such as
+    /// lack of memory. Neither this function nor the generator throws.
     std::unique_ptr<ORVFormatGenerator> (*create)(ORVOutput& output, const ORVFormatOptions& options);
-    std::string_view otherName{};  ///< that means the same; empty for none
-    bool makesDots = false;        ///< in black and white, greys become patterns of dots
-    bool hasPixels = false;        ///< pages are pixels
+    std::string_view otherName{};  ///< alternative name; empty if there is none
+    bool makesDots = false;        ///< ORVColourMode::kMono dithers greys
+    bool hasPixels = false;        ///< pages are raster images
 };
 
-/// All formats.
+/// All formats, in a static table.
 ORV_GENERATORS_EXPORT std::span<const ORVOutputFormat> ORVOutputFormats();
-/// The format of that name, case of ASCII letters apart; null when there is none.
+/// Finds a format by `name` or `otherName`, ignoring the case of ASCII letters. Returns null if there is
+/// none.
 ORV_GENERATORS_EXPORT const ORVOutputFormat* ORVFindOutputFormat(std::string_view name);

@@ -81,7 +81,7 @@ def main():
         if found and not any(name in changed or name in first for name in found):
             first.append(found[0])
         others += found
-    # Programs of the interface are compiled against an installation, by the tests.
+    # The example programs are compiled against an installation, by the tests.
     chosen = [name for name in dict.fromkeys([*changed, *first, *others]) if not name.startswith("examples/api/")]
     if options.product:
         chosen = [name for name in chosen if name.split("/")[0] not in ("tests", "fuzz", "bench")]

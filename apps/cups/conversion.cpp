@@ -32,8 +32,8 @@ std::string TemporaryFolder() {
     return folder && *folder ? folder : "/tmp";
 }
 
-/// Where the command is: as far from the filter as the installation has it, or beside it, as it was built.
-/// The folder of the filter is root's, or the print system would not have started it.
+/// The command is at the same relative place as in the installation, or, in a build folder, beside the
+/// filter. The filter's folder belongs to root, or the print system would not have started it.
 std::string FindCommand() {
     std::array<char, PATH_MAX> path{};
     const ssize_t size = readlink("/proc/self/exe", path.data(), path.size() - 1);
@@ -64,7 +64,7 @@ std::vector<std::string> ArgumentsFor(const FilterSettings& settings, const std:
     return arguments;
 }
 
-/// In the child: the command, with three descriptors and nothing else of the print system's.
+/// In the child: the command, with three descriptors and none of the print system's.
 [[noreturn]] void Become(const std::vector<std::string>& arguments, const std::array<int, 3>& streams,
                          pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -72,7 +72,7 @@ std::vector<std::string> ArgumentsFor(const FilterSettings& settings, const std:
     for (int stream = 0; stream < 3; ++stream)
         if (dup2(streams[static_cast<std::size_t>(stream)], stream) < 0) _exit(127);
     close_range(3, ~0U, 0);
-    // Fonts are noted where filters may write. Who set a folder meant it.
+    // The font index must be in a folder that filters may write to, unless the administrator set one.
     setenv("ORVPRINT_CACHE_DIR", (TemporaryFolder() + "/orvprint").c_str(), 0);
     std::vector<char*> words;
     words.reserve(arguments.size() + 1);
@@ -82,7 +82,7 @@ std::vector<std::string> ArgumentsFor(const FilterSettings& settings, const std:
     _exit(127);
 }
 
-/// Reads to the end, however much there is, and keeps the first of it.
+/// Reads to the end of the stream and keeps the beginning.
 std::string ReadErrors(int descriptor) {
     constexpr std::size_t kMost = std::size_t{64} << 10U;
     std::string text;
@@ -105,7 +105,7 @@ std::vector<std::string> LinesOf(std::string_view text) {
     return lines;
 }
 
-/// Starts the child so that no signal comes between its start and the note of its number.
+/// Starts the child with signals blocked until its process id is stored.
 pid_t Start(const std::vector<std::string>& arguments, const std::array<int, 3>& streams) {
     sigset_t ending, before;
     sigemptyset(&ending);
@@ -133,7 +133,7 @@ bool HeldPages::Open() {
     const std::string folder = TemporaryFolder();
     descriptor_ = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (descriptor_ >= 0) return true;
-    // Not every file system has files without names.
+    // Not every file system supports unnamed files.
     std::string name = folder + "/orvprint-XXXXXX";
     descriptor_ = mkostemp(name.data(), O_CLOEXEC);
     if (descriptor_ >= 0) unlink(name.c_str());
@@ -161,7 +161,7 @@ bool HeldPages::CopyTo(int descriptor) const {
 void CatchEndingSignals() {
     struct sigaction action {};
     action.sa_handler = PassOn;
-    // Without SA_RESTART: who waits is to look what was caught.
+    // Without SA_RESTART: blocking calls return, so that the caller notices the signal.
     for (const int signal : kEndingSignals) sigaction(signal, &action, nullptr);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
-/// Takes one word off the text: up to a space that is neither quoted nor within braces.
+/// Removes the first word of the text: up to a space that is neither quoted nor in braces.
 std::string TakeWord(std::string_view& text) {
     std::string word;
     char quote = 0;
@@ -46,7 +46,7 @@ std::optional<std::string> FindJobOption(std::string_view options, std::string_v
             options.remove_prefix(1);
             continue;
         }
-        // Quotes stand around values only, so that the first sign of equality ends the name.
+        // Only values are quoted, so the first "=" ends the name.
         const std::string word = TakeWord(options);
         const std::size_t sign = std::min(word.find('='), word.size());
         if (word.substr(0, sign) == name) value = word.substr(std::min(sign + 1, word.size()));

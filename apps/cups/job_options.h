@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// The value of one option in the text of a job's options, as filters get it: "name=value name='two words'
-/// name" with backslashes before characters that stand for themselves. The last one of a name counts; what
-/// stands within the value of another option does not. An option without value, or with braces around several
-/// values, is taken as it stands.
+/// The value of an option in a job's options as filters get them: "name=value name='two words' name", with
+/// backslashes for escaping. The last occurrence counts; text inside the value of another option does not.
+/// Returns the raw value of an option in braces, and of one without a value.
 std::optional<std::string> FindJobOption(std::string_view options, std::string_view name);

@@ -21,7 +21,7 @@ std::string_view PrefixOf(LineKind kind) {
     return "DEBUG: ";
 }
 
-/// Bytes of a line that the print system takes, the line break included.
+/// Longest line that the print system accepts, in bytes, including the line break.
 std::size_t LongestLine() {
     constexpr std::size_t kUsual = 1024, kLeast = 80;
     const char* const text = std::getenv("CUPS_MAX_MESSAGE");
@@ -42,7 +42,7 @@ bool Remove(std::string_view& text, std::string_view start) {
     return true;
 }
 
-/// Takes ":NUMBER" off the text.
+/// Removes ":NUMBER" from the front of the text.
 bool RemoveNumber(std::string_view& text, unsigned int& number) {
     if (!text.starts_with(':')) return false;
     const char* const last = text.data() + text.size();
@@ -52,7 +52,7 @@ bool RemoveNumber(std::string_view& text, unsigned int& number) {
     return true;
 }
 
-/// What the text says of the drawing, as a sentence of its own.
+/// The text's statement about the drawing, as a sentence.
 std::string WithSubject(std::string_view reason) {
     constexpr std::array<std::string_view, 5> kVerbs{"is ", "has ", "takes ", "contains ", "could "};
     const bool isOfDrawing = std::any_of(kVerbs.begin(), kVerbs.end(),
@@ -60,7 +60,7 @@ std::string WithSubject(std::string_view reason) {
     return (isOfDrawing ? "it " : "") + std::string(reason);
 }
 
-/// "use --limit pages=N": the option is the command's, whose line nobody here types.
+/// Translates "use --limit pages=N": users of the print system do not type the command's options.
 void TranslateAdvice(std::string& text) {
     if (text.ends_with("out of memory")) {
         text += "; to allow more, the administrator can set ORVPRINT_CUPS_MEMORY_LIMIT";
@@ -88,7 +88,7 @@ void Say(LineKind kind, std::string_view text) {
     std::replace(line.begin(), line.end(), '\n', ' ');
     CutBetweenCharacters(line, LongestLine() - 1);
     line += '\n';
-    // One call, so that lines of other filters of the job cannot come between.
+    // A single write, so that lines of other filters of the job cannot come in between.
     const ssize_t ignored = write(STDERR_FILENO, line.data(), line.size());
     static_cast<void>(ignored);
 }

@@ -18,7 +18,7 @@ std::string_view Variable(const char* name) {
     return value ? value : std::string_view();
 }
 
-/// A positive number, with a letter for its unit or without.
+/// Parses a positive number with an optional unit letter.
 bool ReadNumber(std::string_view text, bool takesUnits, std::uint64_t& number) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || number == 0) return false;

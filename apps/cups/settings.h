@@ -4,17 +4,16 @@
 #include <string>
 #include <vector>
 
-/// How the filter has drawings printed: what the job says, and what the administrator says in the
-/// environment.
+/// How the filter prints: the options of the job, and the administrator's environment variables.
 struct FilterSettings {
-    std::string interpreter = "SVG2";  ///< or "SVG", if the job's option svg-interpreter is svg
-    std::string seconds = "300";       ///< for a drawing; ORVPRINT_CUPS_TIME_LIMIT
-    std::string memory;  ///< bytes, empty for the command's own limit; ORVPRINT_CUPS_MEMORY_LIMIT
-    std::vector<std::string> limits;  ///< NAME=N each, others of the command's; ORVPRINT_CUPS_LIMITS
+    std::string interpreter = "SVG2";  ///< or "SVG", if the job has svg-interpreter=svg
+    std::string seconds = "300";       ///< seconds for a drawing; ORVPRINT_CUPS_TIME_LIMIT
+    std::string memory;                ///< bytes, empty: the command's default; ORVPRINT_CUPS_MEMORY_LIMIT
+    std::vector<std::string> limits;   ///< each "NAME=N", other limits of the command; ORVPRINT_CUPS_LIMITS
 };
 
-/// Reads the settings. Nothing is guessed: what cannot be read ends the job, so that neither a limit that
-/// was meant nor an interpreter that was asked for is missed in silence.
+/// Reads the settings. A value that cannot be read fails the job, so that neither an intended limit nor a
+/// requested interpreter is ignored silently.
 /// @param jobOptions  the options as filters get them
 /// @param error       why the settings cannot be read
 /// @return false with an error

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// svgtoorvpdf: SVG to PDF, as a filter of the print system. Paper, ranges of pages, copies and pages on a
-// sheet are left to the filter that takes the PDF: it does them for all documents alike, and would do them
-// once more.
+// svgtoorvpdf: a filter from SVG to PDF for the print system. Paper, page ranges, copies and several pages on
+// a sheet are left to the next filter, which handles them for all documents; handling them here too would
+// apply them twice.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,11 +20,11 @@
 
 namespace {
 
-// Exit codes of the command, of which the print system knows none.
+// Exit codes of the command, which mean nothing to the print system.
 constexpr int kNoModule = 10, kNotStarted = 127;
 constexpr int kDone = 0, kFailed = 1;
 
-// What an administrator finds among the reasons of the printer's state while orvprint is not all there.
+// The printer-state-reason while the installation of orvprint is incomplete.
 constexpr const char* kIncomplete = "org.orvprint.incomplete-installation-error";
 
 int Fail(const std::string& reason) {
@@ -37,7 +37,7 @@ int FailForInstallation(const std::string& reason) {
     return Fail("orvprint is not installed completely: " + reason);
 }
 
-/// Why the drawing was not printed: the last thing that the command said. What it said before are hints.
+/// The reason for a failure is the command's last message; earlier ones are hints.
 int ReportFailure(const Conversion& conversion) {
     std::string reason, text;
     for (const std::string& line : conversion.lines) {
@@ -70,8 +70,8 @@ int Run(int count, char** arguments) {
     std::string error;
     if (!ReadFilterSettings(arguments[5], settings, error)) return Fail(error);
 
-    // A file is opened and its name forgotten: a drawing with a place of its own could name files beside it,
-    // which are other people's jobs.
+    // Opens the file and drops its name: a drawing with a folder could name files beside it, which are other
+    // users' jobs.
     const int drawing = count == 7 ? open(arguments[6], O_RDONLY | O_CLOEXEC) : STDIN_FILENO;
     if (drawing < 0) return Fail(std::string("The drawing cannot be read: ") + std::strerror(errno));
     HeldPages pages;
@@ -99,7 +99,7 @@ int Run(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    // A filter behind this one that ends early is a failed output, not the end of the process.
+    // A later filter that ends early makes writing fail instead of terminating the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return Run(count, arguments);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// orvprint: prints SVG drawings, tells their pages, shows their print model.
+// orvprint: prints SVG drawings, lists their pages, checks them, and shows their print model.
 
 #include <CLI/CLI.hpp>
 
@@ -66,7 +66,7 @@ constexpr const char* kExitCodes =
     "9 printing failed or limit reached, 10 interpreter module missing, 11 some inputs of a batch failed.\n"
     "More in the manual: man orvprint.\n";
 
-/// "nan" is in every range of the library's.
+/// CLI11's own range check accepts "nan".
 CLI::Validator IsNumber() {
     return {[](const std::string& text) {
                 return std::isnan(std::strtod(text.c_str(), nullptr)) ? "Value " + text + " is no number"
@@ -115,7 +115,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
                                             "Read no files named by drawings, such as images");
     if (noFiles != allowed) noFiles->excludes(allowed);
-    noFiles->option_text(" ");  // the library's would say what it excludes
+    noFiles->option_text(" ");  // CLI11's own message would state the excluded bound.
     allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
@@ -140,7 +140,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* required = command.add_flag("--require-sandbox", options.requiresSandbox,
                                              "Fail where the system refuses part of the sandbox");
     if (required != without) required->excludes(without);
-    required->option_text(" ");  // the library's would say what it excludes, in the help's first column
+    required->option_text(" ");  // CLI11 would put the range into the first column of the help.
     without->option_text(" ");
 }
 
@@ -151,7 +151,8 @@ CLI::Option* AddIgnoreOption(CommandOptions& command, std::vector<std::string>& 
         ->allow_extra_args(false);
 }
 
-/// The kinds of findings that --ignore names. @return an exit code; a failure was reported
+/// The kinds of findings given with --ignore.
+/// @return an exit code; a failure has been reported
 int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kinds) {
     for (const std::string& name : names) {
         const FindingKind* kind = FindFindingKind(name);
@@ -163,8 +164,9 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
     return kExitDone;
 }
 
-// The library looks options up by name in a function that lets nothing out: when out of memory, that ends
-// the process. So what must know another option is given the option itself.
+// CLI11 looks options up by name in a noexcept function, so running out of memory there would terminate the
+// process. Options that depend on another one therefore get it as an object.
+// @return the option --keep-going
 /// @return the option --keep-going
 CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
@@ -174,11 +176,11 @@ CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     return command.add_flag("--keep-going", options.keepGoing, "Print what precedes an XML error");
 }
 
-/// The command that a word was meant to be which is no file; empty when there is none, or it may well be a
-/// file's name.
+/// The command that a word which names no file was probably meant to be; empty if there is none, or if the
+/// word may well be a file name.
 std::string MeantCommand(const CommandOptions& options, const std::string& word) {
     if (word.find_first_of("./") != std::string::npos || access(word.c_str(), F_OK) == 0) return {};
-    // As other programs call it.
+    // The subcommand's name in other programs.
     for (const char* other : {"convert", "export", "render", "to", "to-pdf", "help"})
         if (word == other) return word == "help" ? "--help" : "print";
     std::vector<std::string> names{"print"};
@@ -186,7 +188,7 @@ std::string MeantCommand(const CommandOptions& options, const std::string& word)
     return FindNearest(word, names);
 }
 
-/// What is wrong with a command line, where the library that reads it says so in the terms of its types.
+/// What is wrong with the command line. The library that parses it names some errors in terms of its types.
 std::string WhatIsWrong(const CLI::Error& error) {
     std::string text = error.what();
     const std::size_t colon = text.find(": 1 required ");
@@ -196,7 +198,7 @@ std::string WhatIsWrong(const CLI::Error& error) {
     return text;
 }
 
-/// Other commands that have an option, for the end of a message; empty for none.
+/// The other commands that have an option, for the end of a message; empty if there are none.
 std::string HintOnCommands(const CLI::App& app, const std::string& option) {
     std::string names;
     for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
@@ -205,7 +207,7 @@ std::string HintOnCommands(const CLI::App& app, const std::string& option) {
     return names.empty() ? names : "; it is an option of orvprint " + names;
 }
 
-/// What misspelt options were meant to be, for the end of a message.
+/// What misspelt options were probably meant to be, for the end of a message.
 std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
     const CLI::App* command = &app;
     for (const CLI::App* other : app.get_subcommands([](const CLI::App*) { return true; }))
@@ -226,8 +228,7 @@ std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
     return {};
 }
 
-/// An option of printing that was given to another command, which would not heed it; empty when there is
-/// none.
+/// A printing option that was given to a command which ignores it; empty if there is none.
 std::string OptionBeforeCommand(const CLI::App& app) {
     if (app.get_subcommands().empty()) return {};
     for (const CLI::Option* option : app.get_options())
@@ -235,9 +236,9 @@ std::string OptionBeforeCommand(const CLI::App& app) {
     return {};
 }
 
-/// Runs what the words say.
-/// @param given  options and commands that are read; when they are not all, words that cannot be read with
-///               these give std::nullopt, and nothing was done
+/// Runs the command line.
+/// @param given  the options and commands to register; if these are not all and the command line cannot be
+///         parsed with them, the result is std::nullopt and nothing was done
 std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     CLI::App parser(kDescription, "orvprint");
     parser.require_subcommand(0, 1);
@@ -253,7 +254,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     PrintOptions print;
     std::string pages;
     app.add_option("inputs", print.inputs, "Drawings to print, - for standard input")->option_text("FILE...");
-    std::vector<std::string> outputs;  // options of the job, when there is a printer
+    std::vector<std::string> outputs;  // job options, if there is a printer
     app.add_option(
            "-o,--output", outputs,
            "Output file, - for standard output (default for one drawing: NAME.pdf in the current folder)")
@@ -292,7 +293,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     DrawingLists lists;
     AddListOptions(app, lists);
     std::string service;
-    app.add_option("--via", service, "Have a running orvprint serve print, at this socket or HOST:PORT")
+    app.add_option("--via", service, "Print through a running orvprint serve, at this socket or HOST:PORT")
         ->option_text("SOCKET");
 
     ReadOptions infoOptions;
@@ -303,7 +304,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     info->add_option("inputs", infoInputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
-    info->add_flag("--json", infoAsJson, "As JSON");
+    info->add_flag("--json", infoAsJson, "Write JSON");
     AddReadOptions(*info, infoOptions);
     AddFragmentOptions(*info, infoOptions);
 
@@ -311,15 +312,14 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     std::string inspectInput;
     bool inspectAsJson = false;
     CommandOptions* inspect =
-        app.add_subcommand("inspect", "Write what a drawing consists of, as JSON or as a page");
+        app.add_subcommand("inspect", "Show the print model of a drawing, as JSON or HTML");
     inspect->add_option("input", inspectInput, "Drawing, - for standard input")
         ->required()
         ->option_text("FILE");
-    CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "As JSON (the default)");
+    CLI::Option* asJson = inspect->add_flag("--json", inspectAsJson, "Write JSON (the default)");
     std::string inspectPage;
     CLI::Option* asPage = inspect->add_option(
-        "--html", inspectPage,
-        "As a page for browsers: the drawing beside its primitives; - for standard output");
+        "--html", inspectPage, "Write a web page: the drawing beside its primitives; - for standard output");
     asPage->option_text("FILE");
     if (asPage != asJson) asPage->excludes(asJson);
     AddReadOptions(*inspect, inspectOptions);
@@ -330,15 +330,15 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     checking->add_option("inputs", check.inputs, "Drawings, - for standard input")
         ->required()
         ->option_text("FILE...");
-    checking->add_flag("--json", check.asJson, "As JSON");
+    checking->add_flag("--json", check.asJson, "Write JSON");
     checking->add_flag("--verbose", check.verbose, "List every finding, not only the first of each kind");
     AddIgnoreOption(*checking, kindsNotChecked);
     AddReadOptions(*checking, check.read);
     checking->add_flag("--qvxml", check.read.qvxml,
                        "Read XML documents that contain drawings, as .qvxml files are");
     ReportOptions report;
-    CommandOptions* reporting = app.add_subcommand("report", "Sum up reports of batches");
-    reporting->add_option("files", report.files, "Reports that --report wrote, of all parts and attempts")
+    CommandOptions* reporting = app.add_subcommand("report", "Summarise reports of batches");
+    reporting->add_option("files", report.files, "Reports written by --report, of all parts and attempts")
         ->required()
         ->option_text("FILE...");
     reporting->add_option("--merged", report.merged, "Write the merged report, a line for each drawing")
@@ -348,7 +348,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
     reporting->add_flag("--json", report.asJson, "Write the summary as JSON");
     ServeSettings serve;
     CommandOptions* serving =
-        app.add_subcommand("serve", "Print what is sent over HTTP, until a signal ends it");
+        app.add_subcommand("serve", "Print drawings sent over HTTP, until a signal ends it");
     AddReadOptions(*serving, serve.read);
     AddServeOptions(*serving, serve);
     const CommandOptions* formats = app.add_subcommand("formats", "List the output formats");
@@ -452,7 +452,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
 }
 
 int Run(int argc, char** argv) {
-    // The command's first purpose has a name, too, like the others; it may be left out.
+    // Printing has a subcommand of its own, too, which may be omitted.
     if (argc > 1 && std::string_view(argv[1]) == "print") {
         argv[1] = argv[0];
         --argc;
@@ -469,8 +469,7 @@ int main(int argc, char** argv) {
     ExitImmediatelyWhenOutOfMemory();
     EndCleanlyOnSignals();
     UseLinkedModules();
-    // A reader that goes away, or a file that may not become larger, is a failed output, not the end of the
-    // process.
+    // A closed pipe or a file size limit makes writing fail instead of terminating the process.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     try {

@@ -18,21 +18,22 @@
 
 namespace {
 
-// cairo keeps device coordinates in 24 bits before the point; half of that leaves room for pens.
+// cairo has 24 integer bits for device coordinates; half of the range leaves room for pens.
 constexpr double kDeviceLimit = 4'000'000.0;
-// The font library has no larger pictures of glyphs (device units an em); smaller glyphs cannot be seen.
+// Maximum size of bitmap glyphs in the font library (device units per em); glyphs below the minimum are
+// invisible.
 constexpr double kLargestGlyph = 4000.0;
 constexpr double kSmallestGlyph = 1e-5;
 // Dashes of a shorter period (device units) look like a solid line, and some formats would round them to
-// none.
+// zero.
 constexpr double kShortestDashPeriod = 0.1;
-// cairo makes every dash, also those off the page: what lies beyond this (device units) is cut off before.
-// No page is larger.
+// cairo generates all dashes, even off the page, so paths are clipped to this limit first (device units). No
+// page is larger.
 constexpr double kDashedLimit = 40'000.0;
 
 double Channel(std::uint8_t value) { return value / 255.0; }
 
-/// Saves the state of a context, restores it on destruction.
+/// Saves the state of a context and restores it on destruction.
 class StateGuard {
 public:
     explicit StateGuard(cairo_t* cr) : cr_(cr) { cairo_save(cr_); }
@@ -44,7 +45,7 @@ private:
     cairo_t* cr_;
 };
 
-/// From the pixels of a surface to those of the image it was made from.
+/// From pixels of a surface to those of the image it was made from.
 ORVMathAffine2D PixelsOf(cairo_surface_t& surface, const ORVPixelImage& image) {
     return ORVMathAffine2D::Scaling(
         static_cast<double>(image.GetWidth()) / cairo_image_surface_get_width(&surface),
@@ -79,14 +80,14 @@ cairo_line_join_t ToCairo(ORVPrintStroke::Join join) {
     return CAIRO_LINE_JOIN_MITER;
 }
 
-/// What characters the glyphs of a run stand for, as cairo takes it.
+/// The mapping between characters and glyphs of a run, in cairo's form.
 struct CairoClusters {
     std::string_view text;
-    std::vector<cairo_text_cluster_t> list;  // in reading order
+    std::vector<cairo_text_cluster_t> list;  // in logical order
 };
 
-/// Finds the clusters of a run. cairo would refuse the whole page for one that is wrong.
-/// @return false when they do not cover text and glyphs without a gap, or the text is no UTF-8
+/// Finds the clusters of a run. cairo would fail the whole page for an invalid one.
+/// @return false if they do not cover text and glyphs completely, or the text is not UTF-8
 bool FindClusters(std::string_view text, const ORVGlyphRun& run, CairoClusters& clusters) {
     std::size_t first = text.size(), end = 0, bytes = 0;
     for (const ORVGlyph& glyph : run.glyphs) {
@@ -173,7 +174,7 @@ void ORVCairoCanvas::SetPagePattern(cairo_pattern_t* pattern, const ORVMathAffin
     const cairo_matrix_t matrix{fromPage.m11, fromPage.m21, fromPage.m12,
                                 fromPage.m22, fromPage.dx,  fromPage.dy};
     cairo_pattern_set_matrix(pattern, &matrix);
-    // The source stays where it is now when the matrix changes.
+    // cairo fixes the source's position when it is set, so later matrices do not affect it.
     const cairo_matrix_t page = DeviceMatrix({});
     cairo_set_matrix(cr_, &page);
     cairo_set_source(cr_, pattern);
@@ -221,7 +222,7 @@ void ORVCairoCanvas::SetStroke(const ORVPrintStroke& stroke, const ORVMathAffine
 
 int ORVCairoCanvas::BeginClip(const ORVMathBox2D& box) {
     cairo_save(cr_);
-    // An empty box leaves an empty path, which clips everything.
+    // An empty box makes an empty path, which clips everything.
     cairo_new_path(cr_);
     if (!box.IsEmpty())
         cairo_rectangle(cr_, box.xMin * scale_, box.yMin * scale_, (box.xMax - box.xMin) * scale_,
@@ -265,7 +266,7 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
         AddPath(FitPathToRange(shape.path, toDevice, kDeviceLimit, PathUse::kFill, fitted_));
         Fill(*shape.fill);
     }
-    // A pen or a font without width is an error for cairo, which would end the document.
+    // cairo treats a pen or a font of zero size as an error, which would end the document.
     if (shape.stroke && !IsFlat(toDevice)) {
         SetStroke(*shape.stroke, shape.toPage);
         cairo_new_path(cr_);
@@ -276,8 +277,8 @@ int ORVCairoCanvas::DrawShape(const ORVPrintShape& shape) {
     return Status();
 }
 
-/// cairo takes glyphs to reach no farther from their origins than the font's widest step, or its height, and
-/// cuts them off there. It asks the font for these, which answers for its default look.
+/// cairo assumes that glyphs extend no farther from their origins than the font's widest advance or its
+/// height, and clips them there. It gets these from the font, which reports them for its default instance.
 bool ORVCairoCanvas::ReachesTooFar(const ORVGlyphRun& run) {
     if (run.face->GetVariations().empty()) return false;
     cairo_font_extents_t font;
@@ -292,13 +293,12 @@ bool ORVCairoCanvas::ReachesTooFar(const ORVGlyphRun& run) {
 }
 
 bool ORVCairoCanvas::ShowGlyphs(const ORVPrintText& text, const ORVGlyphRun& run) {
-    // Nobody vouches for fonts that drawings bring: what takes fonts to pieces gets to see their outlines
-    // only.
+    // Embedded fonts are untrusted. cairo's font subsetter gets only their outlines, never the file.
     if (run.face->IsOfDocument()) return false;
     cairo_font_face_t* face = fonts_.Find(*run.face);
     if (!face) return false;
     cairo_set_font_face(cr_, face);
-    // Text space has its y axis pointing up; cairo's glyphs expect one that points down.
+    // In text space y points up; cairo's glyphs expect it to point down.
     const cairo_matrix_t fontMatrix{run.size * run.expansion, 0.0, 0.0, -run.size, 0.0, 0.0};
     cairo_set_font_matrix(cr_, &fontMatrix);
     if (ReachesTooFar(run)) return false;
@@ -327,7 +327,7 @@ bool ORVCairoCanvas::AddOutlines(const ORVPrintText& text, const ORVGlyphRun& ru
 void ORVCairoCanvas::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     const cairo_matrix_t matrix = DeviceMatrix(text.toPage);
     if (text.fill) {
-        // A glyph and the line that thickens it overlap, which would show through where they are transparent.
+        // A glyph and its emboldening stroke overlap, which would be visible with transparent paint.
         const bool asOne = !text.fill->gradient && (run.syntheticBold || text.fill->pattern) &&
                            text.fill->colour.opacity < 255;
         if (asOne) cairo_push_group(cr_);
@@ -375,7 +375,7 @@ int ORVCairoCanvas::DrawText(const ORVPrintText& text) {
         cairo_clip(cr_);
     }
     for (const ORVGlyphRun& run : text.layout.runs) {
-        // Glyphs beyond what cairo can hold are far off every page.
+        // Glyphs beyond cairo's range are far off any page.
         const bool isWithin = std::all_of(run.glyphs.begin(), run.glyphs.end(), [&](const ORVGlyph& glyph) {
             const ORVMathPoint2D p = toDevice({glyph.x, glyph.y});
             return std::fabs(p.x) < kDeviceLimit && std::fabs(p.y) < kDeviceLimit;
@@ -403,7 +403,7 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
                                 toDevice.m22, toDevice.dx,  toDevice.dy};
     cairo_set_matrix(cr_, &matrix);
     cairo_set_source_surface(cr_, surface, 0.0, 0.0);
-    // There are no pixels beside it to fade into, and a JPEG can stay what it is.
+    // No blending with pixels outside the image; a JPEG can also be embedded unchanged.
     cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_NONE);
     if (!image.isSmooth) cairo_pattern_set_filter(cairo_get_source(cr_), CAIRO_FILTER_NEAREST);
     cairo_new_path(cr_);

@@ -17,8 +17,8 @@
 
 namespace {
 
-/// cairo does not say why it cannot open a file, and the glyphs would come out as drawings. Throws where that
-/// is for want of the file, of files that may be open, or of memory.
+/// cairo does not report why it cannot open a file, and would draw the glyphs as outlines. Throws if the file
+/// is missing, or file descriptors or memory have run out.
 void TellWhyNot(const ORVFontFace& face) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(face.GetFilePath().c_str(), "rbe"),
                                                                std::fclose);
@@ -30,14 +30,15 @@ void TellWhyNot(const ORVFontFace& face) {
     if (!room) throw std::bad_alloc();
 }
 
-/// cairo takes all looks of a font that varies for one when it opens the file itself. Nobody sets sizes on
-/// the platform's face of such a look but to draw pictures of glyphs, which cairo does not.
+/// When cairo opens a file itself, it does not distinguish the instances of a variable font. The platform's
+/// face of an instance can be shared: its size is only changed to draw bitmap glyphs, which cairo does not
+/// do.
 CairoFontFace OpenVaried(const ORVFontFace& face) {
     FT_Face own = face.GetFreeTypeFace();
     return CairoFontFace(own ? cairo_ft_font_face_create_for_ft_face(own, FT_LOAD_NO_HINTING) : nullptr);
 }
 
-/// Opens the file anew: cairo sets sizes on the faces it draws with, and the platform's own have theirs.
+/// Opens the file again: cairo sets sizes on its faces, and the platform's own faces must keep theirs.
 CairoFontFace OpenFile(const ORVFontFace& face) {
     FcPattern* pattern = FcPatternCreate();
     if (!pattern) return nullptr;
@@ -52,7 +53,7 @@ CairoFontFace Open(const ORVFontFace& face) {
     CairoFontFace result = face.GetVariations().empty() ? OpenFile(face) : OpenVaried(face);
     if (!result || cairo_font_face_status(result.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
 
-    // Whether the file can be read shows only when a size is asked for. An error then would end the page.
+    // Unreadable files are only detected when a size is set. An error later would end the page.
     cairo_matrix_t identity;
     cairo_matrix_init_identity(&identity);
     cairo_font_options_t* options = cairo_font_options_create();

@@ -7,11 +7,11 @@
 
 class ORVFontFace;
 
-/// The platform's font faces as cairo takes them.
+/// Cairo font faces for the platform's font faces.
 class CairoFontCache {
 public:
-    /// Throws where the file cannot be opened, or out of memory.
-    /// @return the face; null when cairo cannot use what the file holds
+    /// Throws if the file cannot be opened or memory runs out.
+    /// @return the face, owned by the cache; null if cairo cannot use the file
     cairo_font_face_t* Find(const ORVFontFace& face);
 
 private:

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/// Owning handles of cairo's objects.
+/// Owning handles for cairo objects.
 template <auto kDestroy>
 struct CairoDestroy {
     template <class Object>

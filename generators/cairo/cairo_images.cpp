@@ -8,17 +8,17 @@
 
 namespace {
 
-// Converted images are forgotten, all together, when they take more than this (bytes).
+// Size in bytes at which the cache of converted images is cleared.
 constexpr std::size_t kCacheLimit = std::size_t{256} << 20U;
 
 std::uint32_t Premultiply(std::uint32_t value, std::uint32_t alpha) { return (value * alpha + 127) / 255; }
 
-// cairo has no larger surfaces; of an image beyond, every n-th pixel is taken.
+// Maximum size of cairo surfaces; larger images are subsampled.
 constexpr int kLargestSide = 32767;
 
 int Step(int size) { return (size + kLargestSide - 1) / kLargestSide; }
 
-/// Straight RGBA bytes to cairo's words, premultiplied.
+/// Converts straight RGBA bytes to cairo's premultiplied words.
 void ConvertPixels(const ORVPixelImage& image, std::span<const std::uint8_t> rgba, cairo_surface_t* surface) {
     const auto stepX = static_cast<std::size_t>(Step(image.GetWidth()));
     const auto stepY = static_cast<std::size_t>(Step(image.GetHeight()));
@@ -49,7 +49,7 @@ CairoSurface CreateSurface(const ORVPixelImage& image) {
 
 void Release(void* image) { static_cast<const ORVPixelImage*>(image)->Release(); }
 
-/// Lets formats that take JPEG files have the image's own.
+/// Attaches the original JPEG file, for formats that can embed it.
 void AttachJpeg(const ORVPixelImage& image, cairo_surface_t* surface) {
     const ORVJpegSource* jpeg = image.GetJpegSource();
     const bool isWhole = cairo_image_surface_get_width(surface) == image.GetWidth() &&
@@ -58,7 +58,7 @@ void AttachJpeg(const ORVPixelImage& image, cairo_surface_t* surface) {
         (jpeg->colourSpace != ORVJpegSource::ColourSpace::kGrey &&
          jpeg->colourSpace != ORVJpegSource::ColourSpace::kYCbCr))
         return;
-    // The bytes are the image's: the surface keeps it.
+    // The bytes belong to the image, so the surface holds a reference.
     image.AddRef();
     const cairo_status_t status =
         cairo_surface_set_mime_data(surface, CAIRO_MIME_TYPE_JPEG, jpeg->bytes.data(), jpeg->bytes.size(),

@@ -8,16 +8,16 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// The platform's images as cairo takes them. One that is drawn often is converted once. The surface of a
-/// very large image has fewer pixels than the image.
+/// Cairo surfaces for the platform's images. An image that is drawn several times is converted once. The
+/// surface of a very large image has a lower resolution than the image.
 class CairoImageCache {
 public:
-    /// @return the image's surface; throws std::bad_alloc
+    /// @return the image's surface, owned by the cache; throws std::bad_alloc
     cairo_surface_t* Find(const ORVPixelImage& image);
 
 private:
     struct Entry {
-        ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
+        ORVRef<const ORVPixelImage> image;  // keeps the address from being reused
         CairoSurface surface;
     };
     std::unordered_map<const ORVPixelImage*, Entry> entries_;

@@ -7,7 +7,7 @@ namespace {
 
 bool IsFinite(const ORVMathPoint2D& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
-/// Replaces a gradient by what it is under the map, null when nothing of it would show.
+/// Maps a gradient into `storage` and points `gradient` at it, or sets it to null if nothing would show.
 void MapGradient(const ORVMathAffine2D& outer, const ORVPrintGradient*& gradient, ORVPrintGradient& storage) {
     storage = *gradient;
     storage.toPage = outer * gradient->toPage;
@@ -59,7 +59,7 @@ std::optional<ORVPrintText> ORVCallMapper::Map(const ORVMathAffine2D& outer, con
         clip = &clip_;
         for (ORVMathPoint2D& p : clip_.points) {
             p = outer(p);
-            if (!IsFinite(p)) clip = nullptr;  // so far out that it cuts nothing off
+            if (!IsFinite(p)) clip = nullptr;  // too far away to cut anything off
         }
     }
     return ORVPrintText{text.layout, text.text, toPage, fill, stroke, clip, text.id};

@@ -7,21 +7,22 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/print/ORVPrintPath.h"
 
-/// Puts drawing calls under one more map, as when a page is placed on a larger sheet: the call's own maps,
-/// its patterns, gradients and clips all follow. Results are valid until the next call, and as long as what
-/// was given.
+/// Applies an outer transformation to drawing calls, for instance to place a page on a larger sheet. The
+/// transformations of the call itself and of its patterns, gradients and clip paths are all mapped. Results
+/// may point into this object and into the arguments: they are valid until the next call of Map and while the
+/// arguments live.
 class ORVCallMapper {
 public:
-    /// True for maps that take areas to areas; under others nothing shows.
+    /// True if the matrix is finite and invertible. Nothing drawn under any other matrix is visible.
     static bool IsUsable(const ORVMathAffine2D& map);
 
-    /// @return nothing when the call shows nothing, its numbers having left what can be counted
+    /// @return nothing if the call would be invisible, for instance because its coordinates overflowed
     std::optional<ORVPrintShape> Map(const ORVMathAffine2D& outer, const ORVPrintShape& shape);
     std::optional<ORVPrintText> Map(const ORVMathAffine2D& outer, const ORVPrintText& text);
     static std::optional<ORVPrintImage> Map(const ORVMathAffine2D& outer, const ORVPrintImage& image);
-    /// The box around the mapped one, empty when that was.
+    /// Bounding box of the mapped corners; empty if `box` is empty.
     static ORVMathBox2D Map(const ORVMathAffine2D& outer, const ORVMathBox2D& box);
-    /// Under a map that leaves no area, nothing shows in the clip.
+    /// If the resulting transformation is not usable, the clip path is empty and hides everything.
     static ORVPrintClipPath Map(const ORVMathAffine2D& outer, const ORVPrintClipPath& clip);
     static ORVPrintLayer Map(const ORVMathAffine2D& outer, const ORVPrintLayer& layer);
     static ORVPrintMask Map(const ORVMathAffine2D& outer, const ORVPrintMask& mask);

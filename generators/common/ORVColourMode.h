@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-/// Which colours a format with pixels has.
+/// Colours of raster output.
 enum class ORVColourMode : std::uint8_t {
     kColour,
     kGrey,  ///< 256 levels
-    kMono,  ///< black and white, without levels on edges; greys become patterns of dots
+    kMono,  ///< black and white without antialiasing; greys are dithered
 };

@@ -5,10 +5,10 @@
 
 #include "generators/common/ORVOutput.h"
 
-/// Writes to an open file descriptor, such as standard output, as the bytes come. One part only.
+/// Writes to an open file descriptor, such as standard output, through a buffer. It can hold one part only.
 class ORV_GENERATORS_EXPORT ORVDescriptorOutput final : public ORVOutput {
 public:
-    /// @param descriptor  stays open, and the caller's
+    /// @param descriptor  not owned: it is never closed here
     explicit ORVDescriptorOutput(int descriptor) : descriptor_(descriptor) {}
 
     int BeginPart() override;

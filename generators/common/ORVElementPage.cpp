@@ -118,7 +118,7 @@ int ORVElementPage::EndLayer() {
 int ORVElementPage::BeginMask(const ORVPrintMask& mask) {
     ORVPrintGenerator* const to = Receiver();
     if (!to) return kSkipMask;
-    // The mask's layer ends where its mask does.
+    // The layer of a mask is limited to the box of the mask.
     if (place_ == Place::kElement && !regions_.empty())
         regions_.back() = regions_.back().Intersection(mask.box);
     const int result = to->BeginMask(mask);
@@ -144,7 +144,7 @@ int ORVElementPage::BeginFilter(const ORVPrintFilter& filter) {
     return to->BeginFilter(filter);
 }
 
-// What is filtered may reach farther than the content, or less far.
+// The visible area of a filter's result may be larger or smaller than that of its content.
 int ORVElementPage::EndFilter() {
     ORVPrintGenerator* const to = Receiver();
     if (!to) return kGeneratorDone;

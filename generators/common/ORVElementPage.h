@@ -10,20 +10,20 @@
 #include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Lets one element of a drawing through, as a page of the size of all that the element shows: the first
-/// group, shape, text or image that is reported by the element's identifier. What of it clips, masks and
-/// layers within the element hide does not count; clips, masks and layers around the element do not apply.
-/// A page of that identifier goes through as it is.
+/// Passes on a single element of a drawing as a page fitted to it: the first group, shape, text or image
+/// reported with the given identifier. The page covers the visible bounding box of the element. Parts hidden
+/// by clips, masks and layers inside the element do not count; clips, masks and layers around the element are
+/// not applied. If a page has the identifier, it is passed on unchanged.
 ///
-/// Interpreters report single elements when asked to by ORVPrintParameters::SetReportedElement.
+/// Interpreters report single elements if ORVPrintParameters::SetReportedElement asks for them.
 class ORVElementPage final : public ORVPrintGenerator {
 public:
-    /// @param target  must outlive this object; gets neither document nor page while the element is not found
+    /// @param target  must outlive this object; it gets no calls until the element is found
     ORVElementPage(ORVPrintGenerator& target, std::string id) : target_(target), id_(std::move(id)) {}
 
-    /// Whether the element came, though perhaps with nothing to show.
+    /// True if the element was found, even if it shows nothing.
     bool IsFound() const { return isFound_; }
-    /// Whether there is a page of it.
+    /// True if the target got a page with the element. An element that shows nothing has no page.
     bool HasPage() const { return hasPage_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
@@ -51,7 +51,7 @@ public:
     int EndDocument() override;
 
 private:
-    /// What of the page calls are for.
+    /// Which part of the page the current calls belong to.
     enum class Place { kOutside, kElement, kWholePage };
 
     struct Page {
@@ -59,7 +59,7 @@ private:
         std::string id, title, description;
     };
 
-    /// A filter of the element, and what the content around it shows so far.
+    /// An open filter of the element, and the bounding box of what was drawn before and around it.
     struct Filter {
         ORVPrintFilter filter;
         std::vector<ORVPrintFilterStep> steps;
@@ -68,7 +68,7 @@ private:
 
     template <class Call>
     int Draw(const Call& call, int (ORVPrintGenerator::*draw)(const Call&));
-    /// Makes a call where it is wanted, if it is. @return the generator, null when the call is for nobody
+    /// @return where the current call goes (the recording or the target), or null if it is to be dropped
     ORVPrintGenerator* Receiver();
     void Show(const ORVMathBox2D& box);
     void BeginRegion(const ORVMathBox2D& box);
@@ -80,12 +80,13 @@ private:
     const std::string id_;
     bool isFound_ = false, hasPage_ = false, isBegun_ = false;
     Place place_ = Place::kOutside;
-    unsigned int openGroups_ = 0;  // of the element, its own included
-    unsigned int openMasks_ = 0;
+    unsigned int openGroups_ = 0;  // nesting depth inside the element, counting its own group
+    unsigned int openMasks_ = 0;   // and open filter inputs
     std::string title_;
     Page page_;
     std::optional<ORVPageRecording> recording_;
-    std::vector<ORVMathBox2D> regions_;  // that open clips and layers leave, each within those around it
-    std::deque<Filter> filters_;         // that are open
+    // Areas left visible by the open clips and layers; each lies within the previous one.
+    std::vector<ORVMathBox2D> regions_;
+    std::deque<Filter> filters_;  // open filters
     ORVMathBox2D shown_;
 };

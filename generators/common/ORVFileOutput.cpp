@@ -21,7 +21,7 @@ namespace {
 
 std::string SystemError() { return std::strerror(errno); }
 
-/// The file that a path leads to through symbolic links, so that links stay links.
+/// Resolves symbolic links, so that the target is replaced and not the link.
 std::string FollowLinks(const std::string& path) {
     std::array<char, PATH_MAX> target;
     struct stat information {};
@@ -31,7 +31,7 @@ std::string FollowLinks(const std::string& path) {
     return path;
 }
 
-/// True for devices, pipes and the like, which have no content that could be replaced.
+/// True for devices, pipes and the like, which cannot be replaced by a new file.
 bool IsSpecial(const std::string& path) {
     struct stat information {};
     return stat(path.c_str(), &information) == 0 && !S_ISREG(information.st_mode) &&
@@ -110,7 +110,7 @@ int ORVFileOutput::OpenTemporary(const std::string& finalPath, ORVTemporaryFile&
 
 void ORVFileOutput::Protect(const std::string& path) {
     struct stat information {};
-    // Devices and pipes are not replaced: they may well be both.
+    // Devices and pipes are exempt: they may be input and output at once.
     if (stat(path.c_str(), &information) == 0 && S_ISREG(information.st_mode))
         protected_.emplace(information.st_dev, information.st_ino);
 }
@@ -163,7 +163,7 @@ int ORVFileOutput::EndPart() {
         const bool written = writer_->EndPart() == 1;
         if (!written) Fail(writer_->GetFailure());
         writer_.reset();
-        // Some file systems tell only now that the disk is full.
+        // Some file systems report a full disk only on close.
         if (close(std::exchange(descriptor_, -1)) != 0) return Fail(SystemError());
         return written ? 1 : 0;
     });
@@ -173,7 +173,8 @@ int ORVFileOutput::Commit() {
     return Try([&] {
         if (writer_ && EndPart() != 1) return 0;
         if (!GetError().empty()) return 0;
-        // Inputs may have come to light since, and all parts take their places or none does.
+        // Protected files may have been added since. Check all parts first, so that either all are renamed or
+        // none.
         for (const Part& part : parts_)
             if (part.temporary && CheckTarget(part.finalPath) != 1) return 0;
         for (Part& part : parts_) {

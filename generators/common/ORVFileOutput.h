@@ -14,32 +14,33 @@
 class ORVDescriptorOutput;
 class ORVTemporaryFile;
 
-/// Writes files. A part grows in a hidden file beside its final name and takes that name in Commit, so that
-/// what stood there before stays until the new output is complete. Devices and pipes are written directly.
+/// Writes files. Each part is written to a hidden temporary file next to its final path and renamed in
+/// Commit, so an existing file stays until the new output is complete. Devices and pipes are written
+/// directly.
 class ORV_GENERATORS_EXPORT ORVFileOutput final : public ORVOutput {
 public:
-    /// @param path      final name of the only part
-    /// @param numbered  true: there may be several parts; "name.png" becomes "name-1.png", "name-2.png" ...
+    /// @param path      final path of the only part, or pattern for the paths of several
+    /// @param numbered  if true, parts are numbered: "name.png" becomes "name-1.png", "name-2.png" ...
     ORVFileOutput(const std::string& path, bool numbered);
     ~ORVFileOutput() override;
 
-    /// A file by what it is, not by its name.
+    /// Identifies a file independently of its path: device and inode.
     using Identity = std::pair<dev_t, ino_t>;
 
-    /// Refuses to put a part in the place of this file, under whatever name, while it exists. Until Commit it
-    /// is not too late. (Fonts are never replaced.)
+    /// Refuses to replace this file with a part, under any path, while the file exists. May be called at any
+    /// time before Commit. Font files are never replaced, protected or not.
     void Protect(const std::string& path);
-    /// The same for a file that is known already.
+    /// The same for a file whose identity is known.
     void Protect(const Identity& file) { protected_.insert(file); }
 
-    /// Refuses to replace any file.
+    /// Refuses to replace existing files.
     void KeepFiles() { keepsFiles_ = true; }
 
-    /// True for a font, as the first bytes of its file tell. Which fonts a drawing takes is known too late,
-    /// and none is ever meant to become an output.
+    /// True if the first bytes of the file are those of a font. Fonts are protected by content because the
+    /// fonts that a drawing uses become known too late to list them.
     static bool IsFont(const std::string& path);
 
-    /// Finds out, before any work is done, whether the output can be written. @return 1, or 0 with an error
+    /// Checks, before any work is done, whether the output can be written. @return 1, or 0 with an error
     [[nodiscard]] int Prepare();
 
     int BeginPart() override;
@@ -62,5 +63,5 @@ private:
     std::set<Identity> protected_;
     std::vector<Part> parts_;
     int descriptor_ = -1;
-    std::unique_ptr<ORVDescriptorOutput> writer_;  // of the open part
+    std::unique_ptr<ORVDescriptorOutput> writer_;  // writes the open part
 };

@@ -8,14 +8,14 @@
 
 class ORVPrintGenerator;
 
-/// A generator and its words for what went wrong.
+/// A generator of an output format, and the error it ended with.
 class ORV_GENERATORS_EXPORT ORVFormatGenerator {
 public:
     virtual ~ORVFormatGenerator() = default;
-    /// The generator, for as long as this object lives.
+    /// The generator; owned by this object.
     virtual ORVPrintGenerator& Get() = 0;
-    /// What went wrong; nothing when nothing did, or when it was the output (which then says it).
+    /// The error, if any. Errors of the output are reported by the output itself.
     virtual const ORVFailure& GetFailure() const = 0;
-    /// The same in words.
+    /// Text of the error; empty if there is none.
     const std::string& GetError() const { return GetFailure().text; }
 };

@@ -6,14 +6,20 @@
 
 #include "generators/common/ORVColourMode.h"
 
-/// What the user may ask of a format.
+/// User options of an output format. Formats ignore those that do not apply to them.
 struct ORVFormatOptions {
-    double dotsPerInch = 90.0;                           ///< of pictures; a user unit is then a pixel
-    ORVColourMode colourMode = ORVColourMode::kColour;   ///< of pictures' pixels
-    std::uint64_t pixelLimit = 4'000'000'000;            ///< pictures of more pixels are refused
-    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all pictures of a document
-    std::uint64_t paintLimit = std::uint64_t{1} << 56U;  ///< pixels that pictures may take painting for
-    unsigned int threads = 0;  ///< that draw a picture; 0 for as many as the machine has processors
-    /// When the document counts as made, in seconds since 1970; formats that state it state nothing without.
+    /// Dots per inch of raster output. At 90, one user unit is one pixel.
+    double dotsPerInch = 90.0;
+    /// Colours of raster output.
+    ORVColourMode colourMode = ORVColourMode::kColour;
+    /// Maximum number of pixels of a page; larger pages are refused.
+    std::uint64_t pixelLimit = 4'000'000'000;
+    /// Maximum number of pixels of all pages of a document.
+    std::uint64_t outputPixelLimit = 1'000'000'000'000;
+    /// Limit of painting for all pages, in pixels filled with one colour, on top of a hundred per page pixel.
+    std::uint64_t paintLimit = std::uint64_t{1} << 56U;
+    /// Threads that render a page; 0 for one per processor.
+    unsigned int threads = 0;
+    /// Creation time stated in the document, in seconds since 1970. If absent, no time is stated.
     std::optional<std::int64_t> creationTime;
 };

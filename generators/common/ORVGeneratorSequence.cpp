@@ -21,7 +21,7 @@ std::string ORVGeneratorSequence::NameOf(std::string_view id) const {
     return id.empty() ? std::string() : std::to_string(drawings_) + ":" + std::string(id);
 }
 
-// The first drawing's identifiers stay what they are, for links from outside.
+// Identifiers of the first drawing are kept, for links from outside.
 int ORVGeneratorSequence::BeginGroup(const ORVPrintGroup& group) {
     if (drawings_ == 1) return target_.BeginGroup(group);
     const std::string id = NameOf(group.id), linked = NameOf(group.linkElementId);

@@ -7,19 +7,19 @@
 #include "generators/common/export.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Lets several drawings come out as one document: passes everything on to a generator, but begins and ends
-/// its document once and numbers pages through. Identifiers of different drawings are kept apart.
+/// Joins several drawings into one document: passes all calls to a generator, but begins and ends its
+/// document once and numbers the pages consecutively. Identifiers of different drawings are kept distinct.
 class ORV_GENERATORS_EXPORT ORVGeneratorSequence final : public ORVPrintGenerator {
 public:
-    /// The first drawing's title becomes the document's.
+    /// The document gets the title of the first drawing.
     /// @param target     must outlive the sequence
-    /// @param pageCount  of the whole document, 0 when it is not known yet
+    /// @param pageCount  pages of the whole document, 0 if not known yet
     ORVGeneratorSequence(ORVPrintGenerator& target, unsigned int pageCount)
         : target_(target), pageCount_(pageCount) {}
 
     unsigned int GetPageCount() const { return pages_; }  ///< pages begun so far
 
-    /// Ends the document, if one was begun. @return what the target returned, 1 when there was nothing to end
+    /// Ends the document if one was begun. @return the target's result; 1 if there was nothing to end
     [[nodiscard]] int Finish();
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
@@ -51,7 +51,7 @@ public:
     int EndDocument() override { return 1; }
 
 private:
-    /// What an identifier of the present drawing is called in the document.
+    /// The identifier in the joined document for one of the current drawing.
     std::string NameOf(std::string_view id) const;
 
     ORVPrintGenerator& target_;

@@ -4,14 +4,14 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
 
-/// Stands before a format's generator: what is thrown there, because memory or threads run out, becomes
-/// kDrawingFailed. A generator that threw is in no state to go on; from then on, every call fails without it.
+/// Wraps a format's generator and turns exceptions, such as those for lack of memory or threads, into
+/// kDrawingFailed. A generator that has thrown is not called again: all later calls fail at once.
 class ORVGuardedGenerator final : public ORVPrintGenerator {
 public:
     /// @param target  must outlive this object
     explicit ORVGuardedGenerator(ORVPrintGenerator& target) : target_(target) {}
 
-    /// What went wrong; nothing when nothing was thrown.
+    /// The exception caught, as an error; empty if there was none.
     const ORVFailure& GetFailure() const { return failure_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;

@@ -10,10 +10,10 @@
 #include "platform/system/ORVFailure.h"
 #include "platform/system/ORVPrintLimits.h"
 
-/// Where the bytes of a format go. An output consists of parts, one after the other: a single one for formats
-/// that hold a whole document, one a page for others. Nothing shows under its final name before Commit;
-/// what was not committed goes away with the object. All parts together have no more bytes than the limit of
-/// output bytes that was in force when the object was made. Nothing is thrown.
+/// Destination of the bytes of a format. An output consists of consecutive parts: one for formats that hold a
+/// whole document, one per page for the others. Nothing appears under its final name before Commit; whatever
+/// is not committed is discarded by the destructor. The total size of all parts is limited to
+/// ORVPrintLimit::kOutputBytes as it was when the object was created. Member functions do not throw.
 class ORV_GENERATORS_EXPORT ORVOutput {
 public:
     ORVOutput() = default;
@@ -23,33 +23,33 @@ public:
 
     /// Begins a part. @return 1, or 0 with an error
     [[nodiscard]] virtual int BeginPart() = 0;
-    /// Appends to the part. @return 1, or 0 with an error
+    /// Appends bytes to the open part. @return 1, or 0 with an error
     [[nodiscard]] int Write(const void* bytes, std::size_t size);
-    /// Ends the part: all its bytes are on their way. @return 1, or 0 with an error
+    /// Ends the part and flushes its bytes. @return 1, or 0 with an error
     [[nodiscard]] virtual int EndPart() = 0;
-    /// Puts all parts in place. @return 1, or 0 with an error
+    /// Publishes all parts under their final names. @return 1, or 0 with an error
     [[nodiscard]] virtual int Commit() = 0;
 
-    /// What went wrong first; nothing when nothing did.
+    /// The first error; empty if there was none.
     const ORVFailure& GetFailure() const { return failure_; }
-    /// The same in words; empty when nothing did.
+    /// Text of the first error; empty if there was none.
     const std::string& GetError() const { return failure_.text; }
 
-    /// True when there were more bytes than the limit allows; the error says so, too.
+    /// True if the limit of output bytes was exceeded. This is also reported as an error.
     bool IsPastLimit() const { return isPastLimit_; }
-    /// Ends the output as one write too many does: for those that keep its bytes elsewhere first. @return 0
+    /// Fails as a write past the limit does. For callers that buffer the bytes elsewhere first. @return 0
     int EndPastLimit();
 
 protected:
-    /// Takes what Write was given. @return 1, or 0 with an error
+    /// Stores the bytes passed to Write. @return 1, or 0 with an error
     [[nodiscard]] virtual int Append(const void* bytes, std::size_t size) = 0;
 
-    /// Notes a failure unless there is one already. @return 0
+    /// Records an error unless there already is one. @return 0
     int Fail(const ORVFailure& failure);
-    /// The same of one that keeps the output from being written, in words.
+    /// Records that the output cannot be written, with this text. @return 0
     int Fail(const std::string& error) { return Fail(ORVFailure::Of(ORVFailureReason::kUnwritable, error)); }
 
-    /// Does what may need memory. @return what it returns, or 0 with an error
+    /// Runs `work`, turning std::bad_alloc into an error. @return the result of `work`, or 0 with an error
     template <class Work>
     int Try(Work work) {
         try {
@@ -65,16 +65,16 @@ private:
     bool isPastLimit_ = false;
 };
 
-/// An output that stays in memory.
+/// An output that is kept in memory.
 class ORV_GENERATORS_EXPORT ORVMemoryOutput final : public ORVOutput {
 public:
     int BeginPart() override;
     int EndPart() override { return 1; }
     int Commit() override { return 1; }
 
-    /// Parts begun so far.
+    /// Number of parts begun so far.
     std::size_t GetPartCount() const { return count_; }
-    /// The bytes of all parts, one after the other.
+    /// The bytes of all parts, concatenated.
     const std::string& GetBytes() const { return bytes_; }
 
 private:

@@ -10,10 +10,10 @@
 
 namespace {
 
-// A glyph may reach out of its cell; no usual one reaches farther than this, in em.
+// Glyphs may extend beyond their em square. Ordinary ones stay within this distance, in em.
 constexpr double kGlyphReach = 1.5;
 
-/// How far a pen reaches from the line it draws, before the shape's map.
+/// How far a stroke extends from its centre line, before the shape's transformation.
 double Reach(const ORVPrintStroke* stroke) {
     if (!stroke) return 0.0;
     double reach = 0.5;
@@ -32,7 +32,7 @@ void Widen(ORVMathBox2D& box, double x, double y) {
     box.yMax += y;
 }
 
-/// Around a circle's image under the map.
+/// Enlarges a box by the bounding box of a transformed circle of radius `reach`.
 void WidenByPen(ORVMathBox2D& box, double reach, const ORVMathAffine2D& map) {
     if (reach > 0.0) Widen(box, reach * std::hypot(map.m11, map.m12), reach * std::hypot(map.m21, map.m22));
 }
@@ -115,7 +115,7 @@ ORVMathBox2D ORVPageRecording::Box::Whole() const {
     return box;
 }
 
-/// Makes what is open around it know of a box.
+/// Adds a box to all open parts.
 void ORVPageRecording::Spread(Body& body, const Box& box) {
     if (body.openParts.empty())
         body.box.Add(box);
@@ -131,7 +131,7 @@ void ORVPageRecording::Add(Kind kind, std::uint32_t index, const Box& box) {
 
 int ORVPageRecording::BeginPart(Kind kind, std::uint32_t index) {
     Body& body = Open();
-    // A part's box comes from what it holds, see EndPart.
+    // EndPart sets the box of a part from its content.
     body.calls.push_back({kind, false, index, 0, {}});
     body.openParts.push_back(Last(body.calls.size()));
     return kGeneratorDone;
@@ -150,7 +150,7 @@ int ORVPageRecording::EndPart(Kind kind) {
     return kGeneratorDone;
 }
 
-/// What shows of a part that has all its content.
+/// The visible box of a part whose content is complete.
 ORVPageRecording::Box ORVPageRecording::ShownBox(const Call& part) const {
     switch (part.kind) {
         case Kind::kBeginClipPath:
@@ -203,7 +203,7 @@ const ORVPrintGradient* ORVPageRecording::AddGradient(const ORVPrintGradient* gr
 }
 
 std::uint32_t ORVPageRecording::AddMap(const ORVMathAffine2D& map) {
-    // Shapes that follow each other mostly have one map, and one paint.
+    // Consecutive shapes usually share a transformation and a paint.
     if (maps_.empty() || maps_.back() != map) maps_.push_back(map);
     return Last(maps_.size());
 }

@@ -19,20 +19,21 @@
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// What a page shows, kept so that parts of it can be drawn again and again: all calls between BeginPage and
-/// EndPage, with what they refer to. Images are shared, symbols are kept once. Memory grows with the calls;
-/// it is given back by the destructor only. Nothing fails but for memory (std::bad_alloc).
+/// Records the calls between BeginPage and EndPage with everything they refer to, so that regions of the page
+/// can be drawn repeatedly. Images are shared, symbols are stored once. Memory grows with the number of calls
+/// and is only released by the destructor. The only error is lack of memory (std::bad_alloc). Not
+/// thread-safe.
 ///
-/// Replaying leaves out what lies outside of the part wanted. Parts are asked for by bands: a band is looked
-/// for in all of the recording, the parts of a band in the band only.
+/// Replay skips what lies outside the requested region. Select a band first: SelectBand searches the whole
+/// recording, Replay only what the band selected.
 class ORVPageRecording final : public ORVPrintGenerator {
 public:
     ORVPageRecording() = default;
-    // What is kept refers to itself.
+    // Recorded data contains pointers into this object.
     ORVPageRecording(const ORVPageRecording&) = delete;
     ORVPageRecording& operator=(const ORVPageRecording&) = delete;
 
-    // Of documents and pages nothing is kept.
+    // Document and page information is not recorded.
     int BeginDocument(const ORVPrintDocumentInfo& /*info*/) override { return 1; }
     int BeginPage(const ORVPrintPageInfo& /*info*/) override { return 1; }
     int EndPage() override { return 1; }
@@ -55,36 +56,37 @@ public:
     int EndFilterInput() override;
     int BeginSymbol(const ORVPrintSymbol& symbol) override;
     int EndSymbol() override;
-    bool KeepsIdentifiers() const override { return true; }  // those that are given
+    bool KeepsIdentifiers() const override { return true; }  // records all identifiers
     int DrawShape(const ORVPrintShape& shape) override;
     int DrawText(const ORVPrintText& text) override;
     int DrawImage(const ORVPrintImage& image) override;
 
     /// Ends the recording.
-    /// @param page  what of the coordinates will ever be asked for
+    /// @param page  area of the page that may be replayed later
     void Finish(const ORVMathBox2D& page);
-    /// Chooses what touches the band between two heights for the calls of Replay that follow.
+    /// Selects the calls whose bounding boxes intersect a band, for the following calls of Replay.
     void SelectBand(double yMin, double yMax);
-    /// Draws what touches the box, which lies in the band, in its order. Groups around it are begun and
-    /// ended. The first group of an identifier that links lead to is reported as their target one single
-    /// time, also when it shows nothing.
-    /// @return 1, or what the target returned when it was not 1
-    /// @param map  that all calls are put under
+    /// Replays, in order, the calls that intersect a box inside the selected band, together with the groups
+    /// around them. For each identifier that links refer to, the first group is replayed once as a link
+    /// target, even if nothing of it shows.
+    /// @return 1, or the first other result of the target
+    /// @param map  transformation applied to all calls
     [[nodiscard]] int Replay(ORVPrintGenerator& target, const ORVMathBox2D& box,
                              const ORVMathAffine2D& map = {});
-    /// Draws what touches the box of all that was recorded so far. What is open is ended; the recording
-    /// can go on.
+    /// Replays what was recorded so far and intersects the box. Open parts are ended for the target only;
+    /// recording can continue.
     [[nodiscard]] int ReplaySoFar(ORVPrintGenerator& target, const ORVMathBox2D& box,
                                   const ORVMathAffine2D& map = {});
-    /// What of the coordinates all that was recorded so far reaches; parts that are open count as they are.
+    /// Bounding box of everything recorded so far; open parts count with what they contain.
     ORVMathBox2D GetBox() const { return bodies_.front().box.Whole(); }
-    /// How far a call reaches at most.
+    /// Conservative bounding box of a call.
     static ORVMathBox2D BoxOf(const ORVPrintShape& shape);
     static ORVMathBox2D BoxOf(const ORVPrintText& text);
     static ORVMathBox2D BoxOf(const ORVPrintImage& image);
 
 private:
-    enum class Kind : std::uint8_t {  // ends follow their beginnings; what is drawn comes last
+    // Each end follows its beginning; drawing calls come last.
+    enum class Kind : std::uint8_t {
         kBeginGroup,
         kEndGroup,
         kBeginClip,
@@ -104,7 +106,7 @@ private:
         kText,
         kImage,
     };
-    /// Extent of a call, rounded away from its middle.
+    /// Bounding box of a call, rounded outwards to floats.
     struct Box {
         float xMin = std::numeric_limits<float>::infinity(), xMax = -std::numeric_limits<float>::infinity();
         float yMin = std::numeric_limits<float>::infinity(), yMax = -std::numeric_limits<float>::infinity();
@@ -115,9 +117,10 @@ private:
     };
     struct Call {
         Kind kind;
-        bool isNeeded = false;  // a group with a target that shows nothing, or what holds such a group
-        std::uint32_t index;    // of what belongs to the kind
-        std::uint32_t end = 0;  // of a part: the place of its end
+        // A group that is a link target but shows nothing, or a part that contains one.
+        bool isNeeded = false;
+        std::uint32_t index;    // into the vector of that kind
+        std::uint32_t end = 0;  // for a beginning: index of its end
         Box box;
     };
     static constexpr std::uint32_t kNone = ~std::uint32_t{0};
@@ -130,7 +133,7 @@ private:
         bool isLayerShown, isLayerLocked;
     };
     struct Path {
-        std::size_t verbs, points;  // where they begin
+        std::size_t verbs, points;  // indices of the first
         std::uint32_t verbCount, pointCount;
     };
     struct Filter {
@@ -166,15 +169,15 @@ private:
         std::size_t dashes;
         std::uint32_t dashCount;
     };
-    /// Calls that belong together: those of the page, or those of a symbol.
+    /// The calls of the page or of a symbol.
     struct Body {
         const void* key = nullptr;
         std::vector<Call> calls;
-        std::vector<std::uint32_t> openParts;  // places of their beginnings
+        std::vector<std::uint32_t> openParts;  // indices of their beginnings
         Box box;
     };
 
-    /// Parts are begun and ended, and are left out as a whole when nothing in them is wanted.
+    /// Parts have a beginning and an end. A part with nothing to replay is skipped as a whole.
     static bool BeginsPart(Kind kind) {
         return kind == Kind::kBeginGroup || kind == Kind::kBeginClipPath || kind == Kind::kBeginLayer ||
                kind == Kind::kBeginMask || kind == Kind::kBeginFilter || kind == Kind::kBeginFilterInput;
@@ -183,13 +186,13 @@ private:
         return kind == Kind::kEndGroup || kind == Kind::kEndClipPath || kind == Kind::kEndLayer ||
                kind == Kind::kEndMask || kind == Kind::kEndFilter || kind == Kind::kEndFilterInput;
     }
-    /// Whether a target answered that it has no use for masks, or for inputs of filters.
+    /// True if the target declined a mask or the input of a filter.
     static bool IsSkipped(Kind kind, int answer) {
         return (kind == Kind::kBeginMask && answer == kSkipMask) ||
                (kind == Kind::kBeginFilterInput && answer == kSkipInput);
     }
     static Kind EndOf(Kind begin) { return static_cast<Kind>(static_cast<std::uint8_t>(begin) + 1); }
-    /// Beginnings and ends that are replayed wherever what holds them is.
+    /// Calls that are replayed whenever the part around them is.
     static bool IsFrame(Kind kind) {
         return kind == Kind::kBeginClip || kind == Kind::kEndClip || kind == Kind::kBeginMask ||
                kind == Kind::kBeginFilterInput || EndsPart(kind);
@@ -212,7 +215,7 @@ private:
     std::uint32_t AddId(std::string_view id);
     void Keep(const ORVPixelImage& image);
 
-    /// @param places  of calls of the page that may be wanted; null for all
+    /// @param places  indices of the page's calls that may be replayed; null for all
     int ReplayPlaces(ORVPrintGenerator& target, const std::vector<std::uint32_t>* places,
                      const ORVMathBox2D& box, const ORVMathAffine2D& map);
     int ReplayFrame(ORVPrintGenerator& target, Call& call, const ORVMathAffine2D& map);
@@ -226,10 +229,10 @@ private:
         return index == kNone ? std::string_view() : ids_[index];
     }
 
-    std::deque<Body> bodies_{1};  // the page's comes first
+    std::deque<Body> bodies_{1};  // the first one is the page's
     std::vector<std::size_t> openBodies_{0};
-    std::unordered_map<const void*, std::uint32_t> symbols_;  // places of bodies by their keys
-    std::vector<std::uint32_t> openPlacements_;               // calls that wait for their symbols' boxes
+    std::unordered_map<const void*, std::uint32_t> symbols_;  // indices of bodies by key
+    std::vector<std::uint32_t> openPlacements_;  // calls whose boxes are unknown until their symbols end
 
     std::vector<Group> groups_;
     std::vector<ORVMathBox2D> clips_;
@@ -239,7 +242,7 @@ private:
     std::deque<Filter> filters_;
     std::vector<Shape> shapes_;
     std::deque<Text> texts_;
-    ORVKeptFaces keptFaces_;  // of texts
+    ORVKeptFaces keptFaces_;  // faces used by texts
     std::vector<Image> images_;
     std::vector<Placement> placements_;
     std::vector<ORVMathAffine2D> maps_;
@@ -248,14 +251,14 @@ private:
     std::vector<double> dashes_;
     std::deque<ORVPrintGradient> gradients_;
     std::deque<std::vector<ORVPrintGradientStop>> stops_;
-    std::unordered_multimap<std::uint64_t, std::uint32_t> knownStops_;  // places by their contents
+    std::unordered_multimap<std::uint64_t, std::uint32_t> knownStops_;  // indices by hash of their content
     std::vector<std::string> ids_;
     std::vector<ORVPrintPath::Verb> verbs_;
     std::vector<ORVMathPoint2D> points_;
     std::vector<ORVRef<const ORVPixelImage>> keptImages_;
     std::unordered_set<const ORVPixelImage*> knownImages_;
 
-    std::vector<std::uint32_t> band_;  // places in the page's body
+    std::vector<std::uint32_t> band_;  // indices into the page's calls
     ORVCallMapper mapper_;
     ORVPrintPath path_;
     ORVPrintStroke stroke_;

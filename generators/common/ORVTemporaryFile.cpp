@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <utility>
 
-/// A link of the list that a signal handler may walk at any time: entries are never freed, but used again.
+/// Node of a list that a signal handler may traverse at any time: nodes are reused but never freed.
 struct ORVTemporaryFile::Entry {
     static std::atomic<Entry*> first;
 
@@ -39,7 +39,8 @@ std::atomic<ORVTemporaryFile::Entry*> ORVTemporaryFile::Entry::first = nullptr;
 
 namespace {
 
-/// Holds back all signals of this thread: between a file's creation and its entry none may end the process.
+/// Blocks all signals in this thread, so that none ends the process between a file's creation and its
+/// registration.
 class SignalsHeldBack {
 public:
     SignalsHeldBack() {
@@ -64,7 +65,7 @@ private:
 int ORVTemporaryFile::Create(const std::string& finalPath) {
     Remove();
     const std::size_t nameStart = finalPath.rfind('/') == finalPath.npos ? 0 : finalPath.rfind('/') + 1;
-    // Room for the additions when the name itself is as long as names may be.
+    // Truncates the name, so that the additions fit the maximum length of file names.
     std::string path = finalPath.substr(0, nameStart) + "." + finalPath.substr(nameStart, 200) + ".XXXXXX";
     const SignalsHeldBack heldBack;
     entry_ = Entry::Take();

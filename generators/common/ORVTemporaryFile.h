@@ -3,8 +3,8 @@
 
 #include <string>
 
-/// A hidden file beside the place where it will stand. Unless it was moved there it goes away with the
-/// object, and with the process when that is ended by a signal whose handler calls RemoveAll.
+/// A hidden file in the directory of its final path. It is removed by the destructor unless it was moved to
+/// that path, and also when the process is ended by a signal whose handler calls RemoveAll.
 class ORVTemporaryFile {
 public:
     ORVTemporaryFile() = default;
@@ -12,13 +12,13 @@ public:
     ORVTemporaryFile(const ORVTemporaryFile&) = delete;
     ORVTemporaryFile& operator=(const ORVTemporaryFile&) = delete;
 
-    /// Creates the file. @return its descriptor, the caller's, or -1 with errno
+    /// Creates the file. @return its descriptor, owned by the caller, or -1 with errno set
     [[nodiscard]] int Create(const std::string& finalPath);
-    /// Moves it to its place. @return false with errno
+    /// Renames the file to its final path. @return false with errno set on failure
     [[nodiscard]] bool MoveTo(const std::string& finalPath);
 
-    /// Removes the files of all objects. For handlers of signals that end the process: nothing but that may
-    /// follow.
+    /// Removes the files of all objects. For handlers of signals that end the process: no object may be used
+    /// afterwards.
     static void RemoveAll();
 
 private:

@@ -6,9 +6,9 @@
 #include "generators/common/lanes.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-// Formulas are those of Compositing and Blending. All numbers are from 0 to 1, four pixels in the lanes.
+// Formulas of Compositing and Blending Level 1. All values are from 0 to 1.
 
-/// Four pixels in the lanes of each number.
+/// Each vector holds the same channel of four pixels.
 namespace blending {
 
 inline FloatLanes Choose(const SignedLanes& mask, const FloatLanes& a, const FloatLanes& b) {
@@ -19,13 +19,13 @@ inline FloatLanes Least(const FloatLanes& a, const FloatLanes& b) { return Choos
 inline FloatLanes Most(const FloatLanes& a, const FloatLanes& b) { return Choose(a > b, a, b); }
 inline FloatLanes All(float value) { return FloatLanes{} + value; }
 
-/// 0 where there is nothing to divide by.
+/// Quotient; 0 where the divisor is 0.
 inline FloatLanes Over(const FloatLanes& value, const FloatLanes& divisor) {
     const FloatLanes quotient = value / Choose(divisor == 0.0F, All(1.0F), divisor);
     return Choose(divisor == 0.0F, FloatLanes{}, quotient);
 }
 
-// ---- Modes that look at one channel -----------------------------------------------------------------------
+// ---- Separable modes --------------------------------------------------------------------------------------
 
 inline FloatLanes HardLight(const FloatLanes& below, const FloatLanes& over) {
     const FloatLanes light = 2.0F * over - 1.0F;
@@ -67,7 +67,7 @@ FloatLanes MixChannel(const FloatLanes& below, const FloatLanes& over) {
     return over;
 }
 
-// ---- Modes that look at all of a colour -------------------------------------------------------------------
+// ---- Non-separable modes ----------------------------------------------------------------------------------
 
 struct Colours {
     FloatLanes red{}, green{}, blue{};
@@ -88,7 +88,7 @@ struct Colours {
 inline Colours WithLight(Colours colour, const FloatLanes& light) {
     const FloatLanes more = light - colour.Light();
     colour.Each([&](const FloatLanes& channel) { return channel + more; });
-    // What has left the range is drawn towards its grey.
+    // Channels outside 0 to 1 are moved towards the grey of the same lightness.
     const FloatLanes grey = colour.Light(), lowest = colour.Lowest(), highest = colour.Highest();
     const FloatLanes up = Over(grey, grey - lowest), down = Over(1.0F - grey, highest - grey);
     colour.Each([&](const FloatLanes& channel) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What a thread keeps from piece to piece.
+/// Buffers that a thread reuses between calls.
 struct Workspace {
     std::vector<std::uint8_t> levelMemory = std::vector<std::uint8_t>(ISAL_DEF_LVL1_DEFAULT);
     std::vector<std::uint8_t> input;
@@ -22,34 +22,34 @@ Workspace& GetWorkspace() {
     return workspaces.Get();
 }
 
-// The fast compressor leaves the upper halves of the vector registers in use, which slows down all that the
-// thread computes with doubles afterwards, to half the speed on some processors.
+// The compressor leaves the upper halves of the vector registers in use. That can halve the speed of all
+// floating-point code that the thread runs afterwards.
 void FreeUpperHalves() {
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx")) __asm__ volatile("vzeroupper" ::: "memory");
 #endif
 }
 
-// The state of the compressor that is set below is that of this version; generators/CMakeLists.txt refuses
-// others.
+// The code below sets internal state of the compressor as this version expects it; generators/CMakeLists.txt
+// refuses other versions.
 static_assert(ISAL_VERSION == ISAL_MAKE_VERSION(2, 30, 0));
 
-// At the start of a stream, the compressor notes the second byte where the address of its own state hashes
-// to, and now and then finds a match there: the same bytes would not always become the same stream. It does
-// not when it is told that earlier bytes have been seen, with a table of them that is empty. It then leaves
-// it to the caller, too, to clear that table and to say how large it is.
+// At the start of a stream, the compressor enters the second byte into its hash table under a hash of its own
+// state's address, and occasionally finds a match there: equal input would not always give equal output. It
+// does not do so if told that there is history, with an empty hash table. The caller must then also clear
+// that table and set its size.
 void BeginWithHistory(isal_zstream& stream, std::vector<std::uint8_t>& levelMemory) {
-    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // generously
+    constexpr std::size_t kTableEnd = ISAL_DEF_LVL1_REQ + 4 * IGZIP_K;  // with a margin
     std::fill_n(levelMemory.begin(), kTableEnd, std::uint8_t{0});
     stream.internal_state.has_hist = IGZIP_HIST;
     stream.internal_state.hash_mask = IGZIP_LVL1_HASH_SIZE - 1;
     stream.internal_state.dist_mask = IGZIP_HIST_SIZE - 1;
 }
 
-// What the compressor may look at in front of the first byte.
+// How far before the first byte the compressor may read.
 constexpr std::size_t kDeflateFront = IGZIP_HIST_SIZE;
 
-/// A copy with room in front, until the next call.
+/// A copy with kDeflateFront bytes of room in front, valid until the thread's next call.
 std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
     std::vector<std::uint8_t>& input = GetWorkspace().input;
     input.resize(std::max(input.size(), kDeflateFront + bytes.size()));
@@ -57,9 +57,9 @@ std::span<std::uint8_t> WithFront(std::span<const std::uint8_t> bytes) {
     return std::span(input).subspan(kDeflateFront, bytes.size());
 }
 
-/// @param bytes  kDeflateFront bytes lie in front of them, unless there are none
+/// @param bytes  preceded by kDeflateFront writable bytes, unless empty
 bool Deflate(std::span<std::uint8_t> bytes, bool isWhole, std::vector<std::uint8_t>& out) {
-    // The library counts in 32 bits; a band is far smaller.
+    // The library uses 32-bit sizes; bands are far smaller.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() / 2) return false;
     std::vector<std::uint8_t>& levelMemory = GetWorkspace().levelMemory;
     isal_zstream stream;
@@ -73,13 +73,13 @@ bool Deflate(std::span<std::uint8_t> bytes, bool isWhole, std::vector<std::uint8
     stream.next_in = bytes.data();
     if (!bytes.empty()) {
         BeginWithHistory(stream, levelMemory);
-        // The compressor may look at bytes in front of the first one, and must not take any for a match.
+        // The compressor may read bytes before the first one; they must not match anything.
         std::fill_n(bytes.data() - kDeflateFront, kDeflateFront, static_cast<std::uint8_t>(~bytes.front()));
     }
     stream.avail_in = static_cast<std::uint32_t>(bytes.size());
     while (true) {
         const std::size_t start = out.size();
-        // Drawings shrink to little; what does not goes on in another round.
+        // Drawings compress well; anything else takes further iterations.
         const std::size_t room = std::max<std::size_t>(bytes.size() / 16, 4096);
         out.resize(start + room);
         stream.next_out = out.data() + start;
@@ -107,8 +107,7 @@ std::uint32_t ORVAdler32(std::span<const std::uint8_t> bytes) {
 }
 
 std::uint32_t ORVCombineAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
-    // The lower half is the sum of all bytes and 1, the upper one the sum of the lower halves after each
-    // byte.
+    // The low half is 1 plus the sum of all bytes, the high half the sum of the low halves after each byte.
     constexpr std::uint64_t kModulus = 65521;
     const std::uint64_t a1 = first & 0xFFFFU, b1 = first >> 16U, a2 = second & 0xFFFFU, b2 = second >> 16U;
     const std::uint64_t a = (a1 + a2 + kModulus - 1) % kModulus;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Tells what is being handled, more particular kinds first.
+/// Describes the exception being handled; derived types are matched before their bases.
 void Name(ORVFailure& failed) {
     failed.reason = ORVFailureReason::kNotDrawn;
     std::string& error = failed.text;
@@ -20,7 +20,7 @@ void Name(ORVFailure& failed) {
     } catch (const std::filesystem::filesystem_error& failure) {
         error = failure.code().message() + ": " + failure.path1().string();
     } catch (const std::system_error& failure) {
-        // As of threads, the system has only so many.
+        // std::thread throws this when the system allows no more threads.
         const bool isThread = failure.code() == std::errc::resource_unavailable_try_again;
         error = isThread ? "a thread could not be started" : failure.code().message();
     } catch (const std::exception& failure) {

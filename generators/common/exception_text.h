@@ -3,7 +3,7 @@
 
 #include "platform/system/ORVFailure.h"
 
-/// Says what was thrown. To be called where an exception is being handled; throws nothing: where there is no
-/// memory for the words, it says just that.
-/// @param failure  replaced; kOutOfMemory or kNotDrawn
+/// Describes the exception being handled. May only be called while one is. If memory for the text runs out,
+/// that is what it reports.
+/// @param failure  replaced; its reason is kOutOfMemory or kNotDrawn
 void ORVNameException(ORVFailure& failure) noexcept;

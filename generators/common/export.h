@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Marks what the library of generators exports.
+/// Marks symbols exported by the library of generators.
 #if defined(ORV_GENERATORS_BUILD)
 #define ORV_GENERATORS_EXPORT __attribute__((visibility("default")))
 #else

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A blur of three running means reaches so many of its deviations.
+// Reach of a blur by three running means, in standard deviations.
 constexpr double kBlurReach = 3.1;
 
 ORVMathBox2D Grown(ORVMathBox2D box, double x, double y) {
@@ -38,7 +38,7 @@ ORVMathBox2D Blurred(const ORVMathBox2D& box, const ORVFilterBlur& blur) {
     return Grown(box, kBlurReach * blur.xDeviation, kBlurReach * blur.yDeviation);
 }
 
-/// What a function makes of no opacity.
+/// The value of a transfer function at opacity 0.
 double AtZero(const ORVFilterTransfer::Function& function) {
     using Kind = ORVFilterTransfer::Function::Kind;
     switch (function.kind) {
@@ -51,7 +51,8 @@ double AtZero(const ORVFilterTransfer::Function& function) {
     return 0.0;
 }
 
-/// Finds where a step shows anything from where its inputs do. What may be anywhere is in its subregion.
+/// Computes the extent of a step from those of its inputs. Unlimited extents are clipped to the step's
+/// subregion.
 class ExtentOf {
 public:
     ExtentOf(const ORVPrintFilterStep& step, const std::vector<ORVMathBox2D>& known,

@@ -5,10 +5,10 @@
 
 #include "platform/print/ORVPrintFilter.h"
 
-/// Where the results of a filter's steps show anything, step by step, in user units; empty for nothing.
-/// @param content  what of the content shows anything, in user units
+/// Bounding boxes of the result of each step of a filter, in user units; empty for results that show nothing.
+/// @param content  bounding box of the filtered content, in user units
 std::vector<ORVMathBox2D> ORVExtentsOfFilter(const ORVPrintFilter& filter, const ORVMathBox2D& content);
 
-/// What of the page a filter shows anything on, at most.
-/// @param content  what of the page its content would show anything on
+/// Bounding box of the result of a filter, or a box around it, in page coordinates.
+/// @param content  bounding box of the filtered content, in page coordinates
 ORVMathBox2D ORVReachOfFilter(const ORVPrintFilter& filter, const ORVMathBox2D& content);

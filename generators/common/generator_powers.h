@@ -3,7 +3,7 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// What a generator says that can do all there is.
+/// Value of GetPowers for a generator that supports everything.
 inline constexpr unsigned int kAllPowers = ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths |
                                            ORVPrintGenerator::kLayers | ORVPrintGenerator::kBlendModes |
                                            ORVPrintGenerator::kMasks | ORVPrintGenerator::kFilters;

@@ -3,16 +3,16 @@
 
 #include "platform/system/ORVFailure.h"
 
-/// What generators return besides 1. What was wrong is GetFailure() of the generator or of its output.
+/// Return values of generators. GetFailure() of the generator or of its output describes the error.
 enum ORVGeneratorStatus : int {
     kGeneratorDone = 1,
     kOutputFailed = -10,    ///< the output could not be opened or written
-    kPageTooLarge = -11,    ///< the page is larger than the format, or its limits, allow
-    kDrawingFailed = -12,   ///< the library behind the format gave up
-    kOutputTooLarge = -13,  ///< the pages would have more pixels than the limit of all pages allows
-    kTooMuchToPaint = -14,  ///< the pages take more painting than the limit of painted pixels allows
+    kPageTooLarge = -11,    ///< the page is larger than the format or the pixel limit allows
+    kDrawingFailed = -12,   ///< the generator, or a library it uses, failed
+    kOutputTooLarge = -13,  ///< the limit of pixels of all pages is exceeded
+    kTooMuchToPaint = -14,  ///< the limit of painted pixels is exceeded
 };
 
-/// The reason behind what drawing a model returned: one of the above or of ORVPrintModelRender. kNotDrawn,
-/// without words, where only the generator knows more.
+/// Converts the result of drawing a model, one of the above or of ORVPrintModelRender, to an error. The
+/// result is kNotDrawn without text where only the generator can describe the error.
 ORVFailure ORVFailureOfStatus(int status);

@@ -5,14 +5,14 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
-/// Collects glyph outlines, moved to their places.
+/// Appends glyph outlines to a path, translated to their positions.
 class ORVGlyphOutlineCollector final : public ORVGlyphOutlineSink {
 public:
     /// @param path       receives the outlines; must outlive the collector
-    /// @param expansion  factor on the glyphs' widths
+    /// @param expansion  horizontal scale of the glyphs
     ORVGlyphOutlineCollector(ORVPrintPath& path, double expansion) : path_(path), expansion_(expansion) {}
 
-    /// Where the next glyph's own origin lies.
+    /// Sets the position of the next glyph's origin.
     void SetOrigin(double x, double y) { originX_ = x, originY_ = y; }
 
     void MoveTo(double x, double y) override { path_.MoveTo(current_ = Place(x, y)); }
@@ -40,7 +40,7 @@ private:
     ORVMathPoint2D current_;
 };
 
-/// Puts the outlines of a run into `path`, in the layout's space.
+/// Replaces `path` by the outlines of a glyph run, in the coordinates of the layout.
 inline void ORVCollectOutlines(const ORVGlyphRun& run, ORVPrintPath& path) {
     path.Clear();
     ORVGlyphOutlineCollector collector(path, run.expansion);

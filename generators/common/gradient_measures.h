@@ -6,17 +6,16 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-// What generators ask of a gradient before they draw with it.
+// Properties of gradients that generators check before drawing.
 
-/// True when the gradient leaves no place of the page without a colour: one circle holds the other, or there
-/// are none.
+/// True if the gradient paints every point of the page: it is linear, or one circle contains the other.
 inline bool ORVCoversPage(const ORVPrintGradient& gradient) {
     if (gradient.kind == ORVPrintGradient::Kind::kLinear) return true;
     const double distance = std::hypot(gradient.end.x - gradient.start.x, gradient.end.y - gradient.start.y);
     return distance < std::fabs(gradient.endRadius - gradient.startRadius);
 }
 
-/// True when nothing of what lies below a gradient shows.
+/// True if the gradient hides everything below it.
 inline bool ORVIsOpaque(const ORVPrintGradient& gradient) {
     return ORVCoversPage(gradient) &&
            std::all_of(gradient.stops.begin(), gradient.stops.end(),

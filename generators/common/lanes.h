@@ -9,7 +9,7 @@
 #include <emmintrin.h>
 #endif
 
-/// Numbers that are worked on four or eight at a time, on all processors that can, whatever they call it.
+/// 128-bit vectors of numbers. The compiler maps them to the instructions of each processor.
 using Lanes [[gnu::vector_size(16)]] = std::uint32_t;
 using SignedLanes [[gnu::vector_size(16)]] = std::int32_t;
 using ShortLanes [[gnu::vector_size(16)]] = std::uint16_t;
@@ -34,7 +34,7 @@ void StoreLanes(void* to, const Vector& lanes) {
 /// Bits of `a` where `mask` has ones, else of `b`.
 inline Lanes Choose(const Lanes& mask, const Lanes& a, const Lanes& b) { return (a & mask) | (b & ~mask); }
 
-/// Each lane and all before it.
+/// Prefix sums: each lane plus all lanes before it.
 inline Lanes RunningSum(Lanes lanes) {
     const Lanes none{};
     lanes += __builtin_shufflevector(lanes, none, 4, 0, 1, 2);
@@ -44,13 +44,13 @@ inline Lanes RunningSum(Lanes lanes) {
 
 inline Lanes LastOfAll(const Lanes& lanes) { return __builtin_shufflevector(lanes, lanes, 3, 3, 3, 3); }
 
-/// The bytes of two pixels, each as a short number.
+/// The eight bytes of two pixels, each widened to 16 bits.
 inline ShortLanes WidenBytes(std::uint32_t first, std::uint32_t second) {
     const auto bytes = std::bit_cast<ByteLanes>(Lanes{first, second});
     return std::bit_cast<ShortLanes>(
         __builtin_shufflevector(bytes, ByteLanes{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
 }
-/// The bytes of two neighbouring pixels, each as a short number.
+/// The eight bytes of two adjacent pixels, each widened to 16 bits.
 inline ShortLanes WidenTwoPixels(std::uint64_t pixels) {
     const auto bytes = std::bit_cast<ByteLanes>(LongLanes{pixels});
     return std::bit_cast<ShortLanes>(
@@ -71,13 +71,13 @@ DoubleLanes Where(const Mask& mask, const DoubleLanes& value) {
 }
 
 inline FloatLanes ToFloat(const SignedLanes& lanes) { return __builtin_convertvector(lanes, FloatLanes); }
-/// Without the fractions.
+/// Truncates towards zero.
 inline SignedLanes ToWhole(const FloatLanes& lanes) { return __builtin_convertvector(lanes, SignedLanes); }
 
-/// The numbers, none below the least nor above the most; what is no number becomes the least.
+/// Clamps each number to [least, most]; NaN becomes `least`.
 inline DoubleLanes Clamped(const DoubleLanes& lanes, double least, double most) {
 #if defined(__SSE2__)
-    // Of a comparison with what is no number, the second operand is left.
+    // With a NaN operand, these instructions return the second operand.
     const auto notBelow = _mm_max_pd(std::bit_cast<__m128d>(lanes), _mm_set1_pd(least));
     return std::bit_cast<DoubleLanes>(_mm_min_pd(notBelow, _mm_set1_pd(most)));
 #else
@@ -87,7 +87,7 @@ inline DoubleLanes Clamped(const DoubleLanes& lanes, double least, double most) 
 #endif
 }
 
-/// Square roots of numbers that are not below 0.
+/// Square roots; arguments must not be negative.
 inline FloatLanes SquareRoot(const FloatLanes& lanes) {
 #ifdef __SSE__
     return __builtin_ia32_sqrtps(lanes);
@@ -97,10 +97,10 @@ inline FloatLanes SquareRoot(const FloatLanes& lanes) {
 #endif
 }
 
-/// Numbers from 0 to 65535 as short ones.
+/// Packs numbers from 0 to 65535 into 16 bits each.
 inline ShortLanes PackShorts(const SignedLanes& low, const SignedLanes& high) {
 #if defined(__SSE2__)
-    // The instruction takes them for signed numbers.
+    // The instruction saturates to the signed range, so the values are moved there.
     const SignedLanes a = low - 32768, b = high - 32768;
     return std::bit_cast<ShortLanes>(_mm_packs_epi32(std::bit_cast<__m128i>(a), std::bit_cast<__m128i>(b))) ^
            0x8000;
@@ -109,14 +109,14 @@ inline ShortLanes PackShorts(const SignedLanes& low, const SignedLanes& high) {
                                    6, 8, 10, 12, 14);
 #endif
 }
-/// Four short numbers, a lane for each.
+/// Loads four 16-bit numbers into one lane each.
 inline SignedLanes LoadShorts(const std::uint16_t* from) {
     std::uint64_t shorts = 0;
     std::memcpy(&shorts, from, sizeof shorts);
     return LowHalf(std::bit_cast<ShortLanes>(LongLanes{shorts}));
 }
 
-/// The lowest byte of each lane, in their order; the other bytes must be zero.
+/// Packs the lowest byte of each lane in order; the other bytes must be zero.
 inline std::uint32_t PackBytes(const Lanes& lanes) {
     const auto halves = std::bit_cast<LongLanes>(lanes);
     const auto two = [](std::uint64_t half) {
@@ -125,7 +125,7 @@ inline std::uint32_t PackBytes(const Lanes& lanes) {
     return two(halves[0]) | two(halves[1]) << 16;
 }
 
-/// The sums of two products each, of signed numbers: a0 * b0 + a1 * b1, and so on.
+/// Adds products of adjacent signed 16-bit numbers in pairs: a0 * b0 + a1 * b1, and so on.
 inline SignedLanes SumsOfProducts(const ShortLanes& a, const ShortLanes& b) {
 #if defined(__SSE2__)
     return std::bit_cast<SignedLanes>(_mm_madd_epi16(std::bit_cast<__m128i>(a), std::bit_cast<__m128i>(b)));
@@ -135,7 +135,7 @@ inline SignedLanes SumsOfProducts(const ShortLanes& a, const ShortLanes& b) {
 #endif
 }
 
-/// Four pixels from the channels of each, which are 0 to 255.
+/// Interleaves four channels into four pixels; values must be 0 to 255.
 inline ByteLanes PackPixels(const SignedLanes& a, const SignedLanes& b, const SignedLanes& c,
                             const SignedLanes& d) {
 #if defined(__SSE2__)
@@ -149,33 +149,33 @@ inline ByteLanes PackPixels(const SignedLanes& a, const SignedLanes& b, const Si
 #endif
 }
 
-/// Exact, rounded, for all that two bytes multiply to.
+/// value / 255 rounded to nearest; exact for every product of two bytes.
 inline ShortLanes DivideBy255(const ShortLanes& value) {
     const ShortLanes rounded = value + 128;
 #if defined(__SSE2__)
-    // 257 / 65536 is what the shifts below add up to.
+    // Multiplying by 257 / 65536 equals the shifts below.
     return std::bit_cast<ShortLanes>(_mm_mulhi_epu16(std::bit_cast<__m128i>(rounded), _mm_set1_epi16(257)));
 #else
     return (rounded + (rounded >> 8)) >> 8;
 #endif
 }
 
-/// A number for each of four pixels, twice as a short one: for two bytes of a pixel at a time.
+/// Copies the low half of each lane to its high half, so that a value applies to two bytes of a pixel.
 inline ShortLanes InBothHalves(const Lanes& lanes) { return std::bit_cast<ShortLanes>(lanes | lanes << 16); }
 
-/// Four bytes, a lane for each.
+/// Loads four bytes into one lane each.
 inline Lanes LoadBytes(const std::uint8_t* from) {
     std::uint32_t bytes = 0;
     std::memcpy(&bytes, from, sizeof bytes);
     return std::bit_cast<Lanes>(LowHalf(WidenBytes(bytes, 0)));
 }
 
-/// Luminance as it is perceived; white stays white, greys stay what they are.
+/// Luma of a colour; white and greys are unchanged.
 inline std::uint8_t ORVGreyOf(unsigned int red, unsigned int green, unsigned int blue) {
     return static_cast<std::uint8_t>((red * 77 + green * 150 + blue * 29 + 128) >> 8U);
 }
 
-/// Multiplies alphas (0 to 255) by others.
+/// Multiplies each alpha (0 to 255) by the other one at the same index.
 inline void ORVMultiplyAlphas(std::uint8_t* alphas, const std::uint8_t* others, int count) {
     for (int i = 0; i < count; ++i) {
         const unsigned int product = alphas[i] * static_cast<unsigned int>(others[i]) + 128;
@@ -186,7 +186,7 @@ inline void ORVMultiplyAlphas(std::uint8_t* alphas, const std::uint8_t* others, 
 static_assert(std::endian::native == std::endian::little,
               "two bytes of a pixel are a number, the first its lower half");
 
-/// A colour for the bytes of four pixels, which are red, green, blue and one that does not count.
+/// A colour spread over four pixels of red, green, blue and an unused byte.
 struct PixelColour {
     ShortLanes even{}, odd{};
 
@@ -197,7 +197,7 @@ struct PixelColour {
     ShortLanes Opaque() const { return even | odd << 8; }
 };
 
-/// Lays a colour over four pixels, each with an alpha of its own (0 to 255).
+/// Blends a colour over four pixels, with an alpha (0 to 255) for each pixel.
 inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colour, const ShortLanes& alphas) {
     const ShortLanes left = 255 - alphas;
     const ShortLanes even = DivideBy255((pixels & 0xFF) * left + colour.even * alphas);
@@ -205,20 +205,20 @@ inline ShortLanes BlendPixels(const ShortLanes& pixels, const PixelColour& colou
     return even | odd << 8;
 }
 
-/// True when four premultiplied pixels show nothing.
+/// True if four premultiplied pixels are all zero.
 inline bool AreEmpty(const Lanes& pixels) {
     const auto halves = std::bit_cast<LongLanes>(pixels);
     return (halves[0] | halves[1]) == 0;
 }
 
-/// True when the last bytes of four pixels are all 255.
+/// True if the alphas of four pixels are all 255.
 inline bool AreOpaque(const ShortLanes& pixels) {
     constexpr std::uint64_t kOpacities = 0xFF000000FF000000U;
     const auto halves = std::bit_cast<LongLanes>(pixels);
     return (halves[0] & halves[1] & kOpacities) == kOpacities;
 }
 
-/// Lays four premultiplied pixels, each with an alpha of its own besides, over four others.
+/// Composites four premultiplied pixels, multiplied by an additional alpha each, over four others.
 inline ShortLanes LayOver(const ShortLanes& pixels, const ShortLanes& over, const ShortLanes& alphas) {
     const ShortLanes left = 255 - DivideBy255(InBothHalves(std::bit_cast<Lanes>(over) >> 24) * alphas);
     const ShortLanes even = DivideBy255((pixels & 0xFF) * left + (over & 0xFF) * alphas);

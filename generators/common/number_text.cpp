@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<std::int64_t, 10> kPowers{1,       10,        100,        1'000,       10'000,
                                                100'000, 1'000'000, 10'000'000, 100'000'000, 1'000'000'000};
 
-// The two digits of each number below a hundred.
+// The two digits of each number below 100.
 constexpr std::array<char, 200> MakePairs() {
     std::array<char, 200> pairs{};
     for (std::size_t i = 0; i < 100; ++i) {
@@ -25,19 +25,19 @@ constexpr std::array<char, 200> MakePairs() {
 }
 constexpr std::array<char, 200> kPairs = MakePairs();
 
-/// Writes two digits before `end`. @return where they begin
+/// Writes two digits before `end`. @return pointer to the first of them
 char* PutPair(char* end, std::uint64_t pair) {
     std::memcpy(end - 2, &kPairs[2 * pair], 2);
     return end - 2;
 }
 
-/// The three digits of a number below a thousand, and how many zeros stand before and behind the others.
+/// The three digits of a number below 1000, with the numbers of leading and trailing zeros.
 struct Triple {
     std::array<char, 3> digits;
-    std::uint8_t zeros;  // before in the lower half, behind in the upper half
+    std::uint8_t zeros;  // leading in the low half, trailing in the high half
 };
 
-// One entry more than there are numbers: four characters are copied from any of the first digits.
+// One extra entry, because four characters are copied from any of them.
 constexpr std::array<Triple, 1001> MakeTriples() {
     std::array<Triple, 1001> triples{};
     for (unsigned int i = 0; i < 1000; ++i) {
@@ -52,14 +52,14 @@ constexpr std::array<Triple, 1001> MakeTriples() {
 constexpr std::array<Triple, 1001> kTriples = MakeTriples();
 static_assert(sizeof(Triple) == 4);
 
-/// Writes a number below a thousand, with room for one character more.
+/// Writes a number below 1000. Needs room for one extra character.
 char* WriteTriple(char* out, std::uint64_t number) {
     const std::size_t before = kTriples[number].zeros & 0xFU;
     std::memcpy(out, reinterpret_cast<const char*>(&kTriples[number]) + before, 4);
     return out + 3 - before;
 }
 
-/// The same for thousandths behind a point, without zeros at the end.
+/// The same for thousandths after a decimal point, without trailing zeros.
 char* WriteThousandths(char* out, std::uint64_t number) {
     std::memcpy(out, &kTriples[number], 4);
     return out + 3 - (kTriples[number].zeros >> 4U);
@@ -79,7 +79,7 @@ char* WriteWhole(char* out, std::uint64_t number) {
 }  // namespace
 
 std::int64_t ToFixed(double number, int places) {
-    constexpr double kGreatest = 9e18;  // within 63 bits
+    constexpr double kGreatest = 9e18;  // fits 63 bits
     const double fixed = number * static_cast<double>(kPowers[static_cast<std::size_t>(places)]);
     return std::fabs(fixed) < kGreatest ? static_cast<std::int64_t>(fixed + std::copysign(0.5, fixed)) : 0;
 }
@@ -91,7 +91,7 @@ char* WriteFixed(char* out, std::int64_t fixed, int places) {
         rest = 0 - rest;
     }
     const auto power = static_cast<std::uint64_t>(kPowers[static_cast<std::size_t>(places)]);
-    // Most numbers are short, and short ones are divided faster.
+    // Most numbers fit 32 bits, which are faster to divide.
     const bool isShort = rest <= std::numeric_limits<std::uint32_t>::max();
     const std::uint64_t whole =
         isShort ? static_cast<std::uint32_t>(rest) / static_cast<std::uint32_t>(power) : rest / power;
@@ -105,7 +105,7 @@ char* WriteFixed(char* out, std::int64_t fixed, int places) {
     char* p = end;
     for (; p - out >= 2; fraction /= 100) p = PutPair(p, fraction % 100);
     if (p != out) *out = static_cast<char>('0' + fraction);
-    // Zeros at the end of the fraction go unwritten.
+    // Omit trailing zeros of the fraction.
     for (p = end; p[-1] == '0';) --p;
     return p;
 }
@@ -143,7 +143,7 @@ void AppendSignificant(std::string& text, double number, int digits) {
         result = result.substr(0, result.find_last_not_of('0') + 1);
         if (result.ends_with('.')) result.remove_suffix(1);
     }
-    // No zero before the period.
+    // Omit the zero before the period.
     if (result.starts_with('-')) {
         text += '-';
         result.remove_prefix(1);

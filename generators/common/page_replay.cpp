@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How what a page recording has noted is drawn again.
+// Replays page recordings.
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@
 #include "generators/common/generator_status.h"
 
 void ORVPageRecording::Finish(const ORVMathBox2D& page) {
-    // A drawing that broke off leaves parts and symbols open.
+    // An aborted drawing leaves parts and symbols open.
     while (openBodies_.size() > 1 && EndSymbol() == kGeneratorDone) {
     }
     std::vector<Call>& calls = bodies_.front().calls;
@@ -26,7 +26,7 @@ void ORVPageRecording::Finish(const ORVMathBox2D& page) {
         open.push_back(i);
         if (calls[i].kind != Kind::kBeginGroup || !groups_[calls[i].index].isLinkTarget) continue;
         if (std::none_of(open.begin(), open.end(), isHidden)) continue;
-        // Whoever follows the link shall arrive somewhere.
+        // Links to the group must have a target even if it shows nothing.
         for (auto part = open.rbegin(); part != open.rend() && !calls[*part].isNeeded; ++part)
             calls[*part].isNeeded = true;
     }
@@ -40,7 +40,7 @@ void ORVPageRecording::SelectBand(double yMin, double yMax) {
     band.yMax = yMax;
     const std::vector<Call>& calls = bodies_.front().calls;
     band_.clear();
-    std::uint32_t wholeTo = 0;  // what a filter makes of its content may lie elsewhere
+    std::uint32_t wholeTo = 0;  // end of a filter, inside which all is replayed: its result may be displaced
     for (std::uint32_t i = 0; i < calls.size(); ++i) {
         const Call& call = calls[i];
         if (i >= wholeTo && !IsFrame(call.kind) && !call.isNeeded && !call.box.Touches(band)) {
@@ -101,7 +101,7 @@ int ORVPageRecording::ReplayPlaces(ORVPrintGenerator& target, const std::vector<
     return kGeneratorDone;
 }
 
-/// Begins or ends a clip or a part.
+/// Replays the beginning or end of a clip or part.
 int ORVPageRecording::ReplayFrame(ORVPrintGenerator& target, Call& call, const ORVMathAffine2D& map) {
     switch (call.kind) {
         case Kind::kBeginGroup: return BeginReplayedGroup(target, call);
@@ -138,7 +138,7 @@ int ORVPageRecording::BeginReplayedGroup(ORVPrintGenerator& target, Call& call) 
     Group& group = groups_[call.index];
     const bool isLinkTarget = group.isLinkTarget;
     group.isLinkTarget = false;
-    call.isNeeded = false;  // has been shown
+    call.isNeeded = false;  // the target was reported
     const ORVPrintContentLayer layer{group.layerLabel, group.isLayerShown, group.isLayerLocked};
     return target.BeginGroup({group.id, group.description, group.linkElementId, group.linkURL, group.linkShow,
                               isLinkTarget, group.isLayer ? &layer : nullptr});
@@ -193,8 +193,8 @@ int ORVPageRecording::ReplayBody(ORVPrintGenerator& target, const Placement& pla
     struct Frame {
         Body* body;
         std::size_t next;
-        ORVMathAffine2D map;  // to the target's present coordinates
-        bool isSymbol;        // which the target stores
+        ORVMathAffine2D map;  // to the target's current coordinates
+        bool isSymbol;        // stored by the target as a symbol
     };
     std::vector<Frame> open;
     const auto begin = [&](const Placement& placed, const ORVMathAffine2D& map) -> int {

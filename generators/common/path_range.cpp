@@ -12,7 +12,7 @@ using Points = std::vector<ORVMathPoint2D>;
 
 // Keeps differences and products of coordinates finite.
 constexpr double kLargestCoordinate = 1e100;
-// Straight pieces that a curve is replaced by when it has to be cut.
+// Segments of a curve that has to be clipped.
 constexpr int kPiecesOfCurve = 128;
 
 ORVMathPoint2D Tame(const ORVMathPoint2D& p) {
@@ -35,7 +35,7 @@ void AppendCurve(const ORVMathPoint2D& start, const ORVMathPoint2D& control1, co
     contour.push_back(end);
 }
 
-/// Keeps the part of a polygon on one side of a line: `inside` is not negative there.
+/// Clips a polygon by a line: keeps the side on which `inside` is not negative.
 template <class Inside>
 void CutPolygon(Points& polygon, Points& scratch, Inside inside) {
     scratch.clear();
@@ -49,11 +49,11 @@ void CutPolygon(Points& polygon, Points& scratch, Inside inside) {
     polygon.swap(scratch);
 }
 
-/// Cuts a segment to the square around the origin. @return false when nothing is left
+/// Clips a segment to the square around the origin. @return false if nothing is left
 bool CutSegment(ORVMathPoint2D& from, ORVMathPoint2D& to, double limit) {
     double first = 0.0, last = 1.0;
     const auto cut = [&](double start, double step) {
-        // start + t step must lie between -limit and limit.
+        // start + t * step must be between -limit and limit.
         if (step == 0.0) return std::fabs(start) <= limit;
         const double a = (-limit - start) / step, b = (limit - start) / step;
         first = std::max(first, std::min(a, b));
@@ -72,7 +72,7 @@ public:
     Fitting(double limit, PathUse use, const ORVMathAffine2D& fromDevice, ORVPrintPath& out)
         : limit_(limit), use_(use), fromDevice_(fromDevice), out_(out) {}
 
-    /// Takes a contour in device coordinates; empties it.
+    /// Adds a contour in device coordinates, and clears it.
     void Add(Points& contour, bool closed) {
         if (contour.size() > 1) {
             if (use_ == PathUse::kFill)

@@ -3,13 +3,13 @@
 
 #include "platform/print/ORVPrintPath.h"
 
-/// What a path is fitted for: an inside keeps its area, an outline keeps its course.
+/// What a path is clipped for: fills keep their area, strokes keep their course.
 enum class PathUse { kFill, kStroke };
 
-/// Fits a path into the coordinates that a drawing library can hold, by cutting off what lies far outside.
-/// @param toDevice  the path's map to the library's coordinates
-/// @param limit     greatest absolute coordinate there
-/// @param storage   holds the result when something had to be cut; its curves are then polylines
-/// @return `path` itself when all of it lies within the limit, else `storage`
+/// Clips a path to the coordinates that a drawing library can represent.
+/// @param toDevice  from the path to the library's coordinates
+/// @param limit     maximum absolute coordinate there
+/// @param storage   receives the clipped path, with its curves flattened, if anything was cut
+/// @return `path` itself if it lies within the limit, else `storage`
 const ORVPrintPath& FitPathToRange(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, double limit,
                                    PathUse use, ORVPrintPath& storage);

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #if defined(__x86_64__) && defined(__GNUC__)
-/// What a function may be compiled for beside the processor that all of the program is.
+/// Instruction sets that single functions are compiled for, beyond those of the whole program.
 #define ORV_HAS_WIDE_VECTORS 1
 #define ORV_FOR_AVX2 __attribute__((target("avx2,bmi,bmi2")))
 #define ORV_FOR_SSE41 __attribute__((target("sse4.1")))
@@ -13,14 +13,14 @@
 #define ORV_HAS_WIDE_VECTORS 0
 #endif
 
-/// Which vector instructions of the processor a routine uses. All give the same results, bit for bit.
+/// Vector instruction sets. Results are identical, bit for bit, with all of them.
 enum class VectorPower : std::uint8_t {
-    kPlain,  ///< what all processors have that the program is compiled for
+    kPlain,  ///< those the whole program is compiled for
     kSse41,
     kAvx2,
 };
 
-/// The most that this processor has.
+/// The best instruction set of this processor.
 inline VectorPower DetectVectorPower() {
 #if ORV_HAS_WIDE_VECTORS
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2"))
@@ -30,7 +30,7 @@ inline VectorPower DetectVectorPower() {
     return VectorPower::kPlain;
 }
 
-/// What is to be used: all that the processor has, unless a test has set less. For all threads.
+/// The instruction set to use, for all threads: the best one available unless a test has set another.
 inline std::atomic<VectorPower>& UsedVectorPower() {
     static std::atomic<VectorPower> power{DetectVectorPower()};
     return power;

@@ -19,13 +19,13 @@ ORVMathPoint2D PointOfCubic(const ORVMathPoint2D& from, const ORVMathPoint2D* to
             a * from.y + b * to[0].y + c * to[1].y + d * to[2].y};
 }
 
-/// A point of a contour that was made a polyline.
+/// A vertex of a flattened contour.
 struct Vertex {
     ORVMathPoint2D place;
-    bool isCorner;  // joins of the pen show here
+    bool isCorner;  // the pen makes a join here
 };
 
-/// Adds what a pen paints along one contour.
+/// Adds the area that a pen paints along a contour.
 class PenBox {
 public:
     PenBox(const ORVPrintStroke& stroke, const ORVMathAffine2D& toPage, ORVMathBox2D& box)
@@ -83,18 +83,18 @@ private:
 
     void AddJoin(const ORVMathPoint2D& before, const Vertex& vertex, const ORVMathPoint2D& after) {
         const ORVMathPoint2D& at = vertex.place;
-        // Within a curve, the outline goes round.
+        // Inside a curve, the outline is round.
         if (!vertex.isCorner || stroke_.join == ORVPrintStroke::Join::kRound) return AddCircle(at);
         if (stroke_.join == ORVPrintStroke::Join::kBevel) return;
         const ORVMathVector2D in = Direction(before, at), out = Direction(at, after);
-        // The tip lies across the bend, at the half width over the sine of half the angle.
+        // The miter's tip is at a distance of half the width divided by the sine of half the angle.
         const ORVMathVector2D across{in.x - out.x, in.y - out.y};
         const double bend = std::hypot(across.x, across.y);
         const double sine = std::sqrt(std::max(0.0, (1.0 + in.x * out.x + in.y * out.y) / 2.0));
         if (bend == 0.0) return;
         const bool isWithinLimit = sine * stroke_.miterLimit >= 1.0;
         if (!isWithinLimit && stroke_.join == ORVPrintStroke::Join::kMiter) return;
-        // A tip that is cut off ends where the limit lies, or before.
+        // A bevelled or clipped tip ends at the limit or before it.
         const double reach = half_ / bend * (isWithinLimit ? 1.0 / sine : std::max(1.0, stroke_.miterLimit));
         Add(at, across.x * reach, across.y * reach);
     }
@@ -113,7 +113,7 @@ private:
     ORVMathBox2D& box_;
 };
 
-/// Calls `use(contour, isClosed)` for each contour of a path as a polyline.
+/// Calls `use(contour, isClosed)` for each contour of a path, flattened.
 template <class Use>
 void ForEachContour(const ORVPrintPath& path, Use use) {
     std::vector<Vertex> contour;
@@ -141,12 +141,12 @@ void ForEachContour(const ORVPrintPath& path, Use use) {
                 const Vertex start = contour.empty() ? Vertex{{}, true} : contour.front();
                 const bool isThere = !contour.empty();
                 end(true);
-                if (isThere) contour.push_back(start);  // a verb that draws may follow
+                if (isThere) contour.push_back(start);  // a drawing verb may follow
                 break;
             }
         }
     }
-    // What stands alone behind a closed contour was not written.
+    // A trailing single point after a closed contour was not a contour.
     if (contour.size() > 1 || (!path.verbs.empty() && path.verbs.back() != ORVPrintPath::Verb::kClose))
         end(false);
 }

@@ -3,12 +3,11 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// The box around what a call paints, in page coordinates; empty when that is nothing. Unlike what recordings
-/// reserve for a call, it has no margin for what a pen or a glyph might reach at most: caps, joins and curves
-/// are followed. Curves are measured at points, closely enough for a page's edge.
+/// Bounding box of what a call paints, in page coordinates; empty if it paints nothing. Unlike the
+/// conservative boxes of recordings, it follows caps, joins and curves. Curves are sampled, accurately enough
+/// for the edge of a page.
 ORVMathBox2D ORVVisibleBox(const ORVPrintShape& shape);
-/// The same for a line of text: around the outlines of its glyphs, or around their squares where a font has
-/// images for glyphs.
+/// Bounding box of the outlines of a line of text. For fonts with bitmap glyphs, the em squares count.
 ORVMathBox2D ORVVisibleBox(const ORVPrintText& text);
-/// The same for an image: around all of it, transparent edges included.
+/// Bounding box of an image, including transparent edges.
 ORVMathBox2D ORVVisibleBox(const ORVPrintImage& image);

@@ -12,13 +12,13 @@
 namespace {
 
 constexpr int kLanes = 8;
-// Below, the nearest odd widths of boxes may be off by more than can be tolerated.
+// For smaller deviations, rounding the box widths to odd numbers is too inaccurate.
 constexpr double kSmallestBoxSigma = 3.0;
-// What is less changes no pixel by a level of 8 bits.
+// A smaller deviation changes no pixel by one 8-bit level.
 constexpr double kSmallestSigma = 0.03;
 constexpr int kWeightSum = 32768;
 
-/// Gaussian weights in whole numbers; what rounding leaves goes to the middle.
+/// Integer Gaussian weights; the rounding error is added to the middle one.
 std::vector<std::int16_t> WeightsOf(double sigma, int reach) {
     std::vector<double> exact;
     double sum = 0.0;
@@ -29,7 +29,7 @@ std::vector<std::int16_t> WeightsOf(double sigma, int reach) {
         weights.push_back(static_cast<std::int16_t>(std::lround(weight / sum * kWeightSum)));
         left -= weights.back();
     }
-    // A weight of all does not fit. No pixel shows that.
+    // A single weight of 1 does not fit. The difference is invisible.
     std::int16_t& middle = weights[static_cast<std::size_t>(reach)];
     middle = static_cast<std::int16_t>(std::min(middle + left, kWeightSum - 1));
     weights.push_back(0);
@@ -41,7 +41,7 @@ ShortLanes PairOf(std::int16_t first, std::int16_t second) {
     return __builtin_shufflevector(lanes, lanes, 0, 1, 0, 1, 0, 1, 0, 1);
 }
 
-/// A sum of three boxes as short numbers.
+/// The sum of three boxes as 16-bit numbers.
 class BoxMean {
 public:
     explicit BoxMean(const BlurKernel& kernel)
@@ -55,9 +55,9 @@ private:
     FloatLanes scale_;
 };
 
-// Three boxes, one after another, are three running sums of differences of the input: with z a step back,
-// (1 - z^box)^2 (1 - z^third) / (1 - z)^3. All of it is whole numbers modulo 2^32, so that nothing drifts and
-// what overflows on the way is of no consequence.
+// Three boxes in sequence are three running sums of differences of the input: with z a step back, (1 -
+// z^box)^2 (1 - z^third) / (1 - z)^3. All arithmetic is modulo 2^32, so errors do not accumulate and
+// intermediate overflow is harmless.
 template <bool kEqual, class Tap>
 Lanes Difference(Tap tap) {
     if constexpr (kEqual) {
@@ -113,8 +113,9 @@ BlurKernel::BlurKernel(double sigma) {
         return;
     }
     kind = Kind::kBoxes;
-    // A box of width w has a variance of (w^2 - 1) / 12. Three equal ones would be as wide as `middle`; of
-    // odd widths around it, those whose variances add up best, and of such the ones that differ least.
+    // A box of width w has a variance of (w^2 - 1) / 12. Three equal ones would be as wide as `middle`. Of
+    // the odd widths around it, choose those whose variances add up best, and among these the ones that
+    // differ least.
     const double sum = 12.0 * sigma * sigma + 3.0;
     const int middle = (static_cast<int>(std::sqrt(sum / 3.0)) - 1) / 2 * 2 + 1;
     double nearest = INFINITY;
@@ -134,10 +135,10 @@ BlurKernel::BlurKernel(double sigma) {
 void WeighRows(const BlurKernel& kernel, const std::uint16_t* const* rows, int count, std::uint16_t* out) {
     const std::size_t taps = kernel.weights.size();
     for (int i = 0; i < count; i += kLanes) {
-        // Products are of signed numbers: half of the range is taken off before and added after.
+        // The products are signed: half of the range is subtracted before and added afterwards.
         SignedLanes low = SignedLanes{} + kWeightSum / 2, high = low;
         for (std::size_t tap = 0; tap < taps; tap += 2) {
-            // The last weight has no row.
+            // The last weight is padding, without a row.
             const std::uint16_t* other = rows[tap + 1 < taps - 1 ? tap + 1 : tap];
             const ShortLanes a = LoadLanes<ShortLanes>(rows[tap] + i) ^ 0x8000;
             const ShortLanes b = LoadLanes<ShortLanes>(other + i) ^ 0x8000;

@@ -13,18 +13,18 @@
 #include "generators/filters/blur_kernel.h"
 #include "generators/filters/pixel_steps.h"
 
-// Rows are blurred along as they are read, kept as long as they are needed, blurred across, and written. So a
-// blur reads and writes each pixel once, whatever its size, and may write where it has read.
+// Rows are blurred horizontally as they are read, kept while needed, blurred vertically and written. A blur
+// of any size thus reads and writes each pixel once, and can work in place.
 
 namespace {
 
 constexpr int kBatch = BoxColumns::kBatch;
-constexpr int kSpare = 8;  // numbers behind a row, for what works on several at a time
+constexpr int kSpare = 8;  // elements after a row, for vector operations
 
 /// Blurs rows of an input along x.
 class RowBlur {
 public:
-    /// @param columns  of the result: its box's left and width count
+    /// @param columns  of the result: only left and width are used
     RowBlur(const FilterPixels& input, const BlurKernel& kernel, const FilterBox& columns)
         : input_(input),
           kernel_(kernel),
@@ -37,10 +37,10 @@ public:
           blurred_(Numbers(columns.width)),
           rows_(kernel.weights.size()) {}
 
-    /// Numbers of a row: one for each pixel when there is only opacity.
+    /// Elements per row: one per pixel if there is only opacity.
     int RowNumbers() const { return columns_.width * (isAlphaOnly_ ? 1 : kFilterChannels); }
 
-    /// A batch of rows from `y` on. Rows outside the input are transparent.
+    /// Computes a batch of rows from `y` on. Rows outside the input are transparent.
     void Make(int y, std::uint16_t* const* out) {
         if (isAlphaOnly_) {
             for (int k = 0; k < kBatch; k += kFilterChannels) MakeAlphas(y + k, out + k);
@@ -57,7 +57,7 @@ private:
         const FilterBox box = input_.GetBox();
         return !window_.IsEmpty() && y >= box.top && y < box.Bottom();
     }
-    /// Where the input's first pixel goes. Around the input the row is transparent, and stays so.
+    /// Where the input's first pixel is copied to. The rest of the row remains transparent.
     std::uint16_t* Source() {
         const int before = kernel_.Delay() + window_.left - (columns_.left - kernel_.reach);
         return source_.data() + std::ptrdiff_t{before} * kFilterChannels;
@@ -71,7 +71,7 @@ private:
         std::memcpy(Source(), input_.At(window_.left, y), PixelSize(window_.width));
         Blur(out);
     }
-    /// Four rows at a time, as if they were the channels of one.
+    /// Processes four rows at a time, as if they were the channels of one.
     void MakeAlphas(int y, std::uint16_t* const* out) {
         std::uint16_t* to = Source();
         for (int channel = 0; channel < kFilterChannels; ++channel) {
@@ -100,12 +100,12 @@ private:
     const BlurKernel& kernel_;
     FilterBox columns_;
     bool isAlphaOnly_;
-    FilterBox window_;  // what of the input counts
+    FilterBox window_;  // part of the input that contributes
     std::vector<std::uint16_t> source_, blurred_;
     std::vector<const std::uint16_t*> rows_;
 };
 
-/// The last rows, by their numbers.
+/// Ring buffer of the last rows, by row number.
 class RowRing {
 public:
     RowRing(int rows, int numbers)
@@ -133,10 +133,10 @@ public:
           boxes_(kernel, kernel.kind == BlurKernel::Kind::kBoxes ? numbers : 0),
           rows_(kernel.weights.size()) {}
 
-    /// Where the row of this number is written before Make; those never written are transparent.
+    /// Buffer for a row that is written before Make; rows never written are transparent.
     std::uint16_t* Row(int row) { return ring_(row); }
     /// @param row  the first of a batch
-    /// @param out  the batch, `reach` rows before
+    /// @param out  receives the batch `reach` rows before
     void Make(int row, std::uint16_t* const* out) {
         if (kernel_.kind == BlurKernel::Kind::kBoxes)
             return boxes_.Step([&](int behind) { return ring_(row - behind); }, out);
@@ -182,7 +182,7 @@ void BlurInto(const FilterPixels& input, const BlurKernel& alongX, const BlurKer
     std::uint16_t *in[kBatch], *batch[kBatch];
     for (int k = 0; k < kBatch; ++k) batch[k] = made(k);
 
-    // Row 0 is the first that counts.
+    // Row 0 is the first one that contributes.
     const int first = box.top - alongY.reach, count = box.height + 2 * alongY.reach;
     for (int row = 0; row < count; row += kBatch) {
         for (int k = 0; k < kBatch; ++k) in[k] = columns.Row(row + k);
@@ -208,23 +208,23 @@ FilterPixels BlurExactly(FilterPixels input, double sigmaX, double sigmaY, const
 
 // ---- Large blurs ------------------------------------------------------------------------------------------
 
-// A large blur leaves nothing of single pixels. It is made of cells of pixels' means, which are so large that
-// the standard deviation is between 10 and 20 of them, and the pixels come from straight lines between the
-// cells.
+// Large blurs remove all fine detail, so they are computed on cells: means of pixel blocks, sized so that the
+// standard deviation is 10 to 20 cells. Pixels are interpolated linearly between cells.
 
 /// Cells of 2^shift pixels along an axis. Cell 0 begins at pixel 0.
 struct Cells {
     int shift = 0;
-    double sigma = 0.0;  ///< in cells; what taking means and lines adds is taken off
+    /// In cells; the blur added by averaging and interpolation is subtracted.
+    double sigma = 0.0;
 
     explicit Cells(double inPixels) {
         while (inPixels > BlurKernel::kLargestBoxSigma * Size()) ++shift;
         sigma = std::sqrt(inPixels * inPixels - 0.25 * (1.0 * Size() * Size() - 1.0)) / Size();
     }
     int Size() const { return 1 << shift; }
-    /// The cell whose centre is the last at or before that of a pixel.
+    /// The last cell whose centre is at or before that of a pixel.
     int Before(int pixel) const { return (2 * pixel + 1 - Size()) >> (shift + 1); }
-    /// Of a pixel between the centre of that cell and that of the next, in 2^(shift + 1) parts.
+    /// Position of a pixel between the centres of that cell and the next, in units of 1/2^(shift + 1).
     int Part(int pixel) const { return (2 * pixel + 1 - Size()) & (2 * Size() - 1); }
 };
 
@@ -233,14 +233,14 @@ struct CellGrid {
     bool IsOfPixels() const { return x.shift == 0 && y.shift == 0; }
 };
 
-/// The cells that hold the pixels of a box.
+/// The cells that contain the pixels of a box.
 FilterBox CellsAround(const FilterBox& box, const CellGrid& grid) {
     if (box.IsEmpty()) return {};
     const int left = box.left >> grid.x.shift, top = box.top >> grid.y.shift;
     const int right = (box.Right() - 1) >> grid.x.shift, bottom = (box.Bottom() - 1) >> grid.y.shift;
     return {left, top, right - left + 1, bottom - top + 1};
 }
-/// The cells between which the pixels of a box lie.
+/// The cells needed to interpolate the pixels of a box.
 FilterBox CellsBeside(const FilterBox& box, const CellGrid& grid) {
     const int left = grid.x.Before(box.left), top = grid.y.Before(box.top);
     return {left, top, grid.x.Before(box.Right() - 1) - left + 2, grid.y.Before(box.Bottom() - 1) - top + 2};
@@ -276,7 +276,7 @@ FilterPixels MeansOfCells(const FilterPixels& input, const FilterBox& window, co
     return cells;
 }
 
-/// A row of numbers between two rows of cells.
+/// Interpolates a row between two rows of cells.
 void MixRows(const std::uint16_t* above, const std::uint16_t* below, int part, int shift,
              std::vector<std::uint16_t>& out) {
     const std::uint32_t whole = 2U << shift, lower = static_cast<std::uint32_t>(part), upper = whole - lower;
@@ -284,7 +284,7 @@ void MixRows(const std::uint16_t* above, const std::uint16_t* below, int part, i
         out[i] = static_cast<std::uint16_t>((above[i] * upper + below[i] * lower + whole / 2) >> (shift + 1));
 }
 
-/// Pixels on the lines between the cells of a row, whose first is the one before the first pixel.
+/// Interpolates pixels between the cells of a row; the first cell is the one before the first pixel.
 void DrawBetweenCells(const std::uint16_t* cells, const Cells& axis, const FilterBox& box,
                       std::uint16_t* out) {
     const int shift = axis.shift + 1;
@@ -302,7 +302,7 @@ void DrawBetweenCells(const std::uint16_t* cells, const Cells& axis, const Filte
     }
 }
 
-/// @param out  its box lies between the cells
+/// @param out  its box is between the cells
 void FillFromCells(const FilterPixels& cells, const CellGrid& grid, FilterPixels& out) {
     const FilterBox box = out.GetBox();
     std::vector<std::uint16_t> row(static_cast<std::size_t>(PixelShorts(cells.GetBox().width)));
@@ -330,7 +330,7 @@ double UsableSigma(double sigma) { return sigma > 0.0 ? std::min(sigma, kLargest
 
 int FilterBlurReach(double sigma) {
     const Cells cells(UsableSigma(sigma));
-    // With cells, those of the pixels at the end and those that a pixel lies between.
+    // With cells: the partial cells at the edges, and the neighbours needed for interpolation.
     return (BlurKernel(cells.sigma).reach + (cells.shift > 0 ? 2 : 0)) << cells.shift;
 }
 
@@ -346,6 +346,6 @@ FilterPixels BlurFilterPixels(FilterPixels input, const FilterBlur& blur, const 
 
 double FilterBlurWork(const FilterBox& input, const FilterBlur& blur, const FilterBox& box) {
     const FilterBox reached = box.GrownBy(FilterBlurReach(blur.sigmaX), FilterBlurReach(blur.sigmaY));
-    // Along and across.
+    // Horizontal and vertical passes.
     return input.CutTo(reached).Area() + 2.0 * box.Area();
 }

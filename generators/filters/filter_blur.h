@@ -3,21 +3,21 @@
 
 #include "generators/filters/filter_pixels.h"
 
-/// Standard deviations in pixels. Negative ones and those that are no numbers count as 0, which leaves their
-/// axis as it is; ones past kLargestFilterSigma count as that.
+/// Standard deviations in pixels. Negative values and NaN count as 0, which leaves that axis unchanged;
+/// values above kLargestFilterSigma are reduced to it.
 struct FilterBlur {
     double sigmaX = 0.0, sigmaY = 0.0;
 };
 
 inline constexpr double kLargestFilterSigma = 4900.0;
 
-/// How far a blur carries a pixel, at most: by so much an input should be larger than what is asked for.
+/// How far a blur spreads a pixel at most: the margin by which an input should exceed the requested box.
 int FilterBlurReach(double sigma);
 
-/// Gaussian blur: exact weights below a standard deviation of 3, above it three running means. What lies
-/// outside the input is transparent. Give an input that is not needed again by std::move: if its box is
-/// `box`, it is blurred in place.
+/// Gaussian blur: exact weights below a standard deviation of 3, three running means above. Outside the input
+/// is transparent. Pass an input that is not needed again by std::move: if its box is `box`, it is blurred in
+/// place.
 /// @param box  of the result
 FilterPixels BlurFilterPixels(FilterPixels input, const FilterBlur& blur, const FilterBox& box);
-/// Pixels that it touches, as the unit of a budget of work.
+/// Pixels touched, the unit of a budget of work.
 double FilterBlurWork(const FilterBox& input, const FilterBlur& blur, const FilterBox& box);

@@ -24,7 +24,7 @@ FilterMatrix OfEachColour(double factor, double added) {
 
 using ColourRows = std::array<double, 9>;
 
-/// From `a`, at 0, to `b`, at 1, and past them.
+/// Interpolates from `a`, at 0, to `b`, at 1, and extrapolates.
 FilterMatrix Between(const ColourRows& a, const ColourRows& b, double amount) {
     FilterMatrix matrix;
     for (std::size_t i = 0; i < a.size(); ++i)
@@ -34,7 +34,7 @@ FilterMatrix Between(const ColourRows& a, const ColourRows& b, double amount) {
 
 constexpr ColourRows kUnchanged{1, 0, 0, 0, 1, 0, 0, 0, 1};
 
-/// What a colour is without its opacity, from 0 to 1; the opacity stays last.
+/// Converts a pixel to unpremultiplied colours from 0 to 1; opacity is the last channel.
 FloatLanes Straight(const FloatLanes& pixel) {
     constexpr float kPart = 1.0F / kFullChannel;
     const float opacity = pixel[3];
@@ -43,7 +43,7 @@ FloatLanes Straight(const FloatLanes& pixel) {
     return pixel * FloatLanes{up, up, up, kPart};
 }
 
-/// A column of a matrix, by a channel that is from 0 to 1.
+/// A column of a matrix, for a channel from 0 to 1.
 FloatLanes Column(const FilterMatrix& matrix, std::size_t column) {
     FloatLanes lanes{};
     for (std::size_t row = 0; row < 4; ++row)
@@ -56,7 +56,7 @@ bool MakesBlack(const FilterMatrix& matrix) {
                        [](double n) { return n == 0.0; });
 }
 
-/// A function on channels as they are stored: computed for each value at once when there are many pixels.
+/// A function of stored channel values, precomputed for all values if there are many pixels.
 class ChannelFunction {
 public:
     ChannelFunction(const FilterTransfer& transfer, double pixels) : transfer_(transfer) {
@@ -195,7 +195,7 @@ FilterPixels ApplyFilterTransfer(FilterPixels input, const std::array<FilterTran
         std::uint64_t number = 0;
         std::memcpy(&number, pixel, sizeof number);
         if (number != last) {
-            // Neighbours are often the same.
+            // Adjacent pixels are often equal.
             std::memcpy(changed, pixel, sizeof changed);
             TransferPixel(channels, changed);
             last = number;

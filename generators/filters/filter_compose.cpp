@@ -14,7 +14,7 @@ namespace {
 constexpr auto kFullChannel = static_cast<float>(kFilterFull);
 constexpr float kPartOfFull = 1.0F / kFullChannel;
 
-/// An empty box when it would lie where no buffer can.
+/// Empty if the box would leave the range of buffers.
 FilterBox Moved(const FilterBox& box, std::int64_t columns, std::int64_t rows) {
     constexpr std::int64_t kFar = 1 << 29;
     const std::int64_t left = box.left + columns, top = box.top + rows;
@@ -35,7 +35,7 @@ void LayOver(const FilterPixels& input, FilterPixels& below) {
 
 // ---- Composite --------------------------------------------------------------------------------------------
 
-/// Keeps channels within 0 and their opacity, and that within 0 and 1.
+/// Clamps opacity to 0..1, and colours to 0..opacity.
 FloatLanes Inside(const FloatLanes& pixel) {
     const FloatLanes positive = blending::Most(pixel, FloatLanes{});
     const FloatLanes opacity = blending::Least(Opacity(positive), blending::All(kFullChannel));
@@ -77,7 +77,7 @@ struct FourPixels {
     blending::Colours colours;
     FloatLanes opacity{};
 
-    /// Turns four pixels of four channels into four channels of four pixels, and back.
+    /// Transposes four pixels of four channels to four channels of four pixels, and back.
     static void Turn(FloatLanes (&lanes)[4]) {
         const FloatLanes ab = __builtin_shufflevector(lanes[0], lanes[1], 0, 4, 1, 5);
         const FloatLanes cd = __builtin_shufflevector(lanes[2], lanes[3], 0, 4, 1, 5);
@@ -143,7 +143,7 @@ void BlendAll(const FilterPixels& input, const FilterPixels& below, FilterPixels
 
 // ---- Place ------------------------------------------------------------------------------------------------
 
-/// Whether a point lies so near a buffer that one of its four nearest pixels may be in it; never for NaN.
+/// True if one of the four pixels nearest to a point may be in a buffer; false for NaN.
 bool IsBeside(const FilterBox& box, const ORVMathPoint2D& p) {
     return p.x > box.left - 1.0 && p.x < box.Right() + 1.0 && p.y > box.top - 1.0 && p.y < box.Bottom() + 1.0;
 }
@@ -249,7 +249,7 @@ FilterPixels TileFilterPixels(const FilterPixels& input, const FilterBox& tile, 
     for (int y = made.top; y < made.Bottom(); ++y) {
         const std::int64_t fromY = tile.top + inTile(y, tile.top, tile.height);
         if (fromY < shown.top || fromY >= shown.Bottom()) continue;
-        // The first copy that may reach into the box, and all after it.
+        // From the first copy that may overlap the box on.
         std::int64_t x = made.left - inTile(made.left, tile.left, tile.width) + (shown.left - tile.left);
         for (; x < made.Right(); x += tile.width) {
             const std::int64_t begin = std::max<std::int64_t>(x, made.left);

@@ -14,7 +14,7 @@ namespace {
 constexpr auto kFullChannel = static_cast<float>(kFilterFull);
 constexpr int kNowhere = std::numeric_limits<int>::min();
 
-/// The place that stands for one outside an area's begin and end.
+/// Maps a position outside an area to the one that represents it, by edge mode.
 int PlaceWithin(std::int64_t place, int begin, int size, FilterEdge edge) {
     if (place >= begin && place < std::int64_t{begin} + size) return static_cast<int>(place);
     if (edge == FilterEdge::kNone) return kNowhere;
@@ -23,7 +23,7 @@ int PlaceWithin(std::int64_t place, int begin, int size, FilterEdge edge) {
     return static_cast<int>(begin + (behind < 0 ? behind + size : behind));
 }
 
-/// What is not in the input is transparent.
+/// Positions outside the input are transparent.
 int PlaceIn(std::int64_t place, int begin, int size, FilterEdge edge, int inputBegin, int inputEnd) {
     const int within = PlaceWithin(place, begin, size, edge);
     return within >= inputBegin && within < inputEnd ? within : kNowhere;
@@ -46,13 +46,13 @@ double DivisorOf(const FilterConvolution& convolution) {
     return sum != 0.0 && std::isfinite(sum) ? sum : 1.0;
 }
 
-/// A weight and how far right and down of the pixel it counts, from the kernel's left top corner on.
+/// A weight and its offset to the right and down, from the top left corner of the kernel.
 struct Weight {
     float weight = 0.0F;
     int column = 0, row = 0;
 };
 
-/// Weights that are not 0, turned by 180 degrees and divided.
+/// Weights other than 0, rotated by 180 degrees and divided.
 std::vector<Weight> WeightsOf(const FilterConvolution& convolution) {
     const double divisor = DivisorOf(convolution);
     std::vector<Weight> weights;
@@ -68,7 +68,7 @@ std::vector<Weight> WeightsOf(const FilterConvolution& convolution) {
     return weights;
 }
 
-/// Colours without their opacity, from 0 to 65535; opacity as it was.
+/// Unpremultiplied colours from 0 to 65535, with the opacity unchanged.
 FilterPixels Straightened(const FilterPixels& input) {
     FilterPixels straight = input.Copy();
     ForEachPixel(straight, [](std::uint16_t* pixel) {
@@ -118,7 +118,7 @@ private:
     std::vector<int> columns_, rows_;
 };
 
-/// Cut to what can be, where opacity stays.
+/// Premultiplies and clamps, for preserved opacity.
 FloatLanes WithOpacity(const FloatLanes& straight, float opacity) {
     const FloatLanes inside =
         blending::Least(blending::Most(straight, FloatLanes{}), blending::All(kFullChannel));

@@ -10,12 +10,12 @@
 
 namespace {
 
-/// A channel of the map as a displacement.
+/// Converts a channel of the map to a displacement.
 class Displacer {
 public:
     Displacer(double scale, int channel)
         : scale_(UsableNumber(scale)), channel_(std::clamp(channel, 0, kFilterChannels - 1)) {}
-    /// Colours of what is transparent are 0.
+    /// Transparent pixels have colours of 0.
     double operator()(const std::uint16_t* map) const {
         const double full = channel_ == 3 ? kFilterFull : map[3];
         const double value = full > 0.0 ? std::min(1.0, map[channel_] / full) : 0.0;
@@ -41,7 +41,7 @@ FilterPixels DisplaceFilterPixels(const FilterPixels& input, const FilterPixels&
         const std::uint16_t* shift = maps(y);
         std::uint16_t* pixel = out.Row(y);
         for (int x = made.left; x < made.Right(); ++x, shift += kFilterChannels, pixel += kFilterChannels) {
-            // The pixel that holds the place that the centre goes to. Scales are bounded: the numbers fit.
+            // The pixel that contains the displaced centre. Scales are bounded, so the numbers fit.
             const int fromX = static_cast<int>(std::floor(x + 0.5 + across(shift)));
             const int fromY = static_cast<int>(std::floor(y + 0.5 + down(shift)));
             if (from.Contains(fromX, fromY)) std::memcpy(pixel, input.At(fromX, fromY), PixelSize(1));

@@ -17,7 +17,7 @@ struct Vector {
 
     float Dot(const Vector& other) const { return x * other.x + y * other.y + z * other.z; }
     float Length() const { return std::sqrt(Dot(*this)); }
-    /// 0 stays 0.
+    /// The zero vector is unchanged.
     Vector Normalised() const {
         const float length = Length();
         return length > 0.0F ? Vector{x / length, y / length, z / length} : Vector{};
@@ -31,7 +31,7 @@ float Sine(double degrees) { return static_cast<float>(std::sin(degrees * kRadia
 
 // ---- The surface ------------------------------------------------------------------------------------------
 
-/// Three rows of opacity (0 to 1), with a pixel more to either side, around the row that is lit.
+/// Three rows of opacity (0 to 1) around the current row, with one extra pixel on either side.
 class Surface {
 public:
     Surface(const FilterPixels& input, const FilterLighting& lighting, const FilterBox& box)
@@ -46,8 +46,7 @@ public:
     void BeginRow(int y) {
         std::rotate(alphas_, alphas_ + 1, alphas_ + 3);
         Read(y + 1, alphas_[2]);
-        // Beyond the edge there is nothing: the edge's own row stands for it, and the slope is that of one
-        // pixel.
+        // At the edge, the edge row itself replaces the missing one, and the slope is that over one pixel.
         const int above = y == area_.top ? 0 : 1, below = y == area_.Bottom() - 1 ? 0 : 1;
         down_ = {alphas_[1 - above].data(), alphas_[1 + below].data(), above + below};
         weights_[0] = static_cast<float>(above);
@@ -77,7 +76,7 @@ private:
     };
     std::size_t Place(int x) const { return static_cast<std::size_t>(x - left_) + 1; }
     /// @param span    pixels from one side of the kernel to the other
-    /// @param weight  of one side
+    /// @param weight  sum of the weights of one side
     float Factor(int span, float weight) const {
         return span == 0 ? 0.0F : -scale_ * 2.0F / (static_cast<float>(span) * weight);
     }
@@ -98,7 +97,7 @@ private:
 
 // ---- The light --------------------------------------------------------------------------------------------
 
-/// Where light comes from at a place, and how much of it.
+/// Direction and strength of the light at a point.
 struct Ray {
     Vector direction;
     float strength = 1.0F;
@@ -132,10 +131,10 @@ private:
     /// @param cosine  of the angle to the light's axis
     float StrengthInSpot(float cosine, float distance) const {
         if (!(cosine > 0.0F)) return 0.0F;
-        // A negative exponent brightens without end.
+        // A negative exponent brightens without limit.
         const float faded = focus_ == 1.0F ? cosine : std::min(std::pow(cosine, focus_), 1e6F);
         if (!hasCone_) return faded;
-        // From half a pixel outside the cone to half a pixel inside.
+        // Smooth transition from half a pixel outside the cone to half a pixel inside.
         const float inside = (cosine - coneCosine_) * distance / coneSine_ + 0.5F;
         return faded * std::clamp(inside, 0.0F, 1.0F);
     }
@@ -222,6 +221,6 @@ FilterPixels LightFilterPixels(const FilterPixels& input, const FilterLighting& 
 }
 
 double FilterLightingWork(const FilterLighting& lighting, const FilterBox& box) {
-    // Normals and roots, and powers where something shines.
+    // Normals and square roots, and powers if specular.
     return box.Area() * (lighting.isSpecular ? 16.0 : 8.0);
 }

@@ -14,14 +14,15 @@ std::uint16_t Extreme(std::uint16_t a, std::uint16_t b) {
     return kGreatest ? std::max(a, b) : std::min(a, b);
 }
 
-/// So many shorts that are worked on together.
+/// Shorts that are processed together.
 template <bool kGreatest, std::size_t kShorts>
 void TakeExtremes(const std::uint16_t* a, const std::uint16_t* b, std::uint16_t* out) {
     for (std::size_t i = 0; i < kShorts; ++i) out[i] = Extreme<kGreatest>(a[i], b[i]);
 }
 
-/// Least or greatest items of windows, in three steps for each item, however wide the window is: items are
-/// cut into blocks of the window's width, and each window ends one block and begins the next.
+/// Minimum or maximum of sliding windows, in three operations per item regardless of the window's width:
+/// items are divided into blocks of that width, and each window consists of the end of one block and the
+/// start of the next.
 template <std::size_t kShorts>
 class Windows {
 public:
@@ -33,12 +34,12 @@ public:
           toItem_(items_.size()),
           fromItem_(items_.size()) {}
 
-    /// The item so many places before or after the first that is asked for. What is never written is 0.
+    /// The item at this offset from the first requested one. Items never written are 0.
     std::uint16_t* Item(std::ptrdiff_t place) {
         return items_.data() +
                (place + static_cast<std::ptrdiff_t>(width_ / 2)) * static_cast<std::ptrdiff_t>(kShorts);
     }
-    /// Of the window around each item, `out(i)` gives where it goes.
+    /// Computes the window around each item and stores it at `out(i)`.
     template <class Out>
     void Find(Out out) {
         isGreatest_ ? FindEach<true>(out) : FindEach<false>(out);
@@ -87,7 +88,7 @@ FilterPixels MorphRows(const FilterPixels& input, bool isGreatest, int radius, c
 
 /// @param box  of the result, with the columns of `input`
 FilterPixels MorphColumns(const FilterPixels& input, bool isGreatest, int radius, const FilterBox& box) {
-    // Columns that share a line of the processor's memory are worked on together.
+    // Columns that share a cache line are processed together.
     constexpr int kTogether = 8;
     constexpr std::size_t kShorts = std::size_t{kTogether} * kFilterChannels;
     FilterPixels out(box, input.GetColours());
@@ -118,7 +119,7 @@ FilterPixels MorphColumns(const FilterPixels& input, bool isGreatest, int radius
     return out;
 }
 
-/// A window that reaches all there is need not reach further.
+/// Reduces a radius that exceeds what can have an effect.
 int UsableRadius(int radius, int inputBegin, int inputSize, int begin, int size) {
     const std::int64_t farthest = std::max(std::int64_t{inputBegin} + inputSize, std::int64_t{begin} + size) -
                                   std::min(inputBegin, begin);
@@ -133,7 +134,7 @@ FilterPixels MorphFilterPixels(const FilterPixels& input, const FilterMorphology
     if (from.IsEmpty() || box.IsEmpty()) return FilterPixels(box, input.GetColours());
     const int radiusX = UsableRadius(morphology.radiusX, from.left, from.width, box.left, box.width);
     const int radiusY = UsableRadius(morphology.radiusY, from.top, from.height, box.top, box.height);
-    // Rows that can be seen from the box.
+    // Rows that contribute to the box.
     const FilterBox rows =
         FilterBox{box.left, from.top, box.width, from.height}.CutTo(box.GrownBy(0, radiusY));
     const FilterPixels along = MorphRows(input, morphology.isDilation, radiusX, rows);

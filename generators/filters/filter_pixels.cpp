@@ -12,9 +12,9 @@
 
 namespace {
 
-/// Coordinates stay so small that sums of a few of them are integers still.
+/// Maximum coordinate, so that sums of a few coordinates do not overflow an int.
 constexpr int kFarthest = 1 << 29;
-// More than any memory holds.
+// More than fits into memory.
 constexpr double kMostPixels = 1e10;
 
 bool IsPossible(const FilterBox& box) {
@@ -30,8 +30,8 @@ double SrgbOf(double linear) {
     return linear <= 0.0031308 ? linear * 12.92 : 1.055 * std::pow(linear, 1.0 / 2.4) - 0.055;
 }
 
-/// A curve from 0..65535 to the same by 4097 values. Between them it is straight, which is nowhere wrong by
-/// more than two of 65535, and small enough to stay in the fastest memory.
+/// A curve on 0..65535 as a table of 4097 values with linear interpolation. The error is at most 2 of 65535,
+/// and the table fits the first-level cache.
 class CurveTable {
 public:
     template <class Curve>
@@ -64,7 +64,7 @@ const CurveTable& ToColours(FilterColours colours) {
 
 std::uint16_t Short(unsigned int value) { return static_cast<std::uint16_t>(value); }
 
-/// Exact, rounded.
+/// Rounded to nearest; exact.
 unsigned int ByteOf(unsigned int value) { return (value * 255 + 32895) >> 16; }
 
 void ConvertPixel(const CurveTable& curve, std::uint16_t* pixel) {
@@ -84,7 +84,7 @@ void ConvertPixel(const CurveTable& curve, std::uint16_t* pixel) {
 
 bool HasColour(const std::uint16_t* pixel) { return (pixel[0] | pixel[1] | pixel[2]) != 0; }
 
-/// The channels of a pixel as a number, to compare and to copy it by.
+/// The channels of a pixel as one integer, for comparing and copying.
 template <class Number, class Channel>
 Number NumberOf(const Channel* pixel) {
     Number number;
@@ -96,7 +96,7 @@ void WidenPixel(const std::uint8_t* bytes, std::uint16_t* pixel) {
     for (int i = 0; i < kFilterChannels; ++i) pixel[i] = Short(bytes[i] * 257U);
 }
 
-/// Neighbours are often the same: what was computed for the last one is taken again.
+/// Adjacent pixels are often equal, so the last result is reused.
 class PixelLoader {
 public:
     explicit PixelLoader(FilterColours colours)
@@ -171,7 +171,7 @@ FilterBox FilterBox::GrownBy(int columns, int rows) const {
 FilterPixels::FilterPixels(const FilterBox& box, FilterColours colours) : colours_(colours) {
     if (!IsPossible(box)) return;
     if (box.Area() > kMostPixels) throw std::bad_alloc();
-    // Zeroed memory straight from the system costs nothing until it is touched.
+    // Zeroed memory from the system is not committed until it is used.
     const auto count = static_cast<std::size_t>(box.width) * static_cast<std::size_t>(box.height);
     pixels_.reset(static_cast<std::uint16_t*>(std::calloc(count, PixelSize(1))));
     if (!pixels_) throw std::bad_alloc();

@@ -13,14 +13,14 @@
 namespace {
 
 constexpr int kPlaces = 256;
-// The pattern does not begin at the origin but so far before it.
+// Offset of the pattern from the origin.
 constexpr double kOrigin = 4096.0;
-// Octaves past these change no channel: each counts half as much as the one before.
+// Octaves beyond this are invisible: each has half the amplitude of the previous one.
 constexpr int kVisibleOctaves = 16;
-// Where a place's fraction is exact enough to be seen.
+// Limit up to which coordinates keep a usable fraction.
 constexpr double kFarthest = 1e12;
 
-/// Park and Miller's numbers, which make the pattern the same everywhere.
+/// Park and Miller's random number generator, as specified, so that patterns are the same everywhere.
 class RandomNumbers {
 public:
     explicit RandomNumbers(double seed) {
@@ -36,7 +36,7 @@ private:
     std::int64_t number_ = 1;
 };
 
-/// A direction for each place and channel.
+/// A gradient vector for each lattice point and channel.
 class Lattice {
 public:
     explicit Lattice(double seed) {
@@ -48,7 +48,7 @@ public:
             std::swap(order_[i], order_[static_cast<std::size_t>(numbers.Next() % kPlaces)]);
     }
 
-    /// The channels' share of the corner (column, row) of a cell at (x, y) from that corner.
+    /// Contribution of the corner (column, row) of a cell to all channels, at (x, y) from that corner.
     FloatLanes Share(std::int64_t column, std::int64_t row, float x, float y) const {
         const std::size_t first = order_[static_cast<std::size_t>(column & (kPlaces - 1))];
         const std::size_t place = order_[(first + static_cast<std::size_t>(row & (kPlaces - 1))) % kPlaces];
@@ -62,7 +62,7 @@ private:
         };
         const double x = part(), y = part(), length = std::hypot(x, y);
         const auto i = static_cast<std::size_t>(place);
-        // Two numbers of 0 give no direction.
+        // A zero vector cannot be normalised.
         across_[i][channel] = length > 0.0 ? static_cast<float>(x / length) : 0.0F;
         down_[i][channel] = length > 0.0 ? static_cast<float>(y / length) : 0.0F;
     }
@@ -71,9 +71,10 @@ private:
     std::array<std::uint8_t, kPlaces> order_{};
 };
 
-/// How columns (or rows) of the lattice follow each other in an octave.
+/// How the lattice wraps around in an octave.
 struct Wrapping {
-    std::int64_t end = 0, size = 0;  ///< a column from `end` on is that of `size` before; size 0: none is
+    /// A column from `end` on equals the one `size` before it; size 0: no wrapping.
+    std::int64_t end = 0, size = 0;
 
     std::int64_t operator()(std::int64_t place) const {
         return size > 0 && place >= end ? place - size : place;
@@ -87,7 +88,7 @@ struct NoiseAxis {
     Wrapping wrapping;
 
     NoiseAxis() = default;
-    /// Changes the frequency so that a whole number of cells lies between `begin` and `end`.
+    /// Adjusts the frequency to an integer number of cells between `begin` and `end`.
     NoiseAxis(double wanted, bool isStitched, double begin, double end) : frequency(wanted) {
         const double size = end - begin;
         if (!isStitched || frequency == 0.0 || !(size > 0.0) || !(size * frequency < kFarthest)) return;
@@ -104,7 +105,7 @@ struct NoiseAxis {
 float Ease(float part) { return part * part * (3.0F - 2.0F * part); }
 FloatLanes Mix(float part, const FloatLanes& a, const FloatLanes& b) { return a + (b - a) * part; }
 
-/// From -1 to 1.
+/// Noise from -1 to 1.
 FloatLanes NoiseAt(const Lattice& lattice, double x, double y, const Wrapping& acrossWrap,
                    const Wrapping& downWrap) {
     const double left = std::floor(x += kOrigin), top = std::floor(y += kOrigin);
@@ -126,7 +127,7 @@ struct NoisePattern {
     int octaves = 0;
     bool isFractal = false;
 
-    /// The channels from 0 to 1, or past that.
+    /// The channels, normally from 0 to 1.
     FloatLanes At(const ORVMathPoint2D& p) const {
         double x = p.x * across.frequency, y = p.y * down.frequency;
         Wrapping acrossWrap = across.wrapping, downWrap = down.wrapping;
@@ -176,6 +177,6 @@ FilterPixels MakeFilterTurbulence(const FilterTurbulence& turbulence, FilterColo
 }
 
 double FilterTurbulenceWork(const FilterTurbulence& turbulence, const FilterBox& box) {
-    // An octave takes as long as a dozen pixels that are only mixed.
+    // An octave takes as long as a dozen pixels that are only blended.
     return box.Area() * (1.0 + 12.0 * std::clamp(turbulence.octaves, 0, kVisibleOctaves));
 }

@@ -12,35 +12,35 @@
 #include "generators/common/lanes.h"
 #include "generators/filters/filter_pixels.h"
 
-// What several operations need.
+// Helpers of several operations.
 
-/// Bytes of so many pixels.
+/// Size of this many pixels in bytes.
 inline std::size_t PixelSize(int pixels) {
     return static_cast<std::size_t>(pixels) * kFilterChannels * sizeof(std::uint16_t);
 }
-/// Shorts of so many pixels.
+/// Size of this many pixels in shorts.
 inline std::ptrdiff_t PixelShorts(int pixels) { return std::ptrdiff_t{pixels} * kFilterChannels; }
 
-/// A number from 0 to 1 as a channel; what is no number is 0.
+/// Converts a number from 0 to 1 to a channel, clamped; NaN becomes 0.
 inline std::uint16_t ChannelOf(double value) {
     if (!(value > 0.0)) return 0;
     return static_cast<std::uint16_t>(value < 1.0 ? value * kFilterFull + 0.5 : kFilterFull);
 }
-/// Products of such numbers do not overflow.
+/// Products of numbers up to this size do not overflow.
 inline constexpr double kGreatestUsable = 1e9;
-/// A number that can be computed with: 0 when it is not finite, and never so large that a product overflows.
+/// Makes a number usable in computations: 0 if it is not finite, clamped so that products do not overflow.
 inline double UsableNumber(double value) {
     return std::isfinite(value) ? std::clamp(value, -kGreatestUsable, kGreatestUsable) : 0.0;
 }
 
-/// A product of two channels.
+/// Product of two channels, rounded.
 inline unsigned int Product(unsigned int a, unsigned int b) {
     return (a * b + kFilterFull / 2) / kFilterFull;
 }
 
-/// A pixel's channels as floating point numbers from 0 to 65535.
+/// The channels of a pixel as floating-point numbers from 0 to 65535.
 inline FloatLanes LoadPixel(const std::uint16_t* pixel) { return ToFloat(LoadShorts(pixel)); }
-/// Rounded; the numbers must be from 0 to 65535.
+/// Stores rounded channels; they must be from 0 to 65535.
 inline void StorePixel(const FloatLanes& channels, std::uint16_t* pixel) {
     const SignedLanes whole = ToWhole(channels + 0.5F);
     const auto number = std::bit_cast<LongLanes>(PackShorts(whole, whole))[0];
@@ -51,7 +51,7 @@ inline FloatLanes Opacity(const FloatLanes& pixel) {
     return __builtin_shufflevector(pixel, pixel, 3, 3, 3, 3);
 }
 
-/// Lays a pixel over another.
+/// Composites a pixel over another.
 inline void LayPixelOver(const std::uint16_t* over, std::uint16_t* pixel) {
     constexpr float kPart = 1.0F / static_cast<float>(kFilterFull);
     if (over[3] == 0) return;
@@ -64,14 +64,14 @@ inline void LayPixelOver(const std::uint16_t* over, std::uint16_t* pixel) {
     StorePixel(blending::Least(sum, blending::All(static_cast<float>(kFilterFull))), pixel);
 }
 
-/// Rows of a buffer as wide as a box, whatever of it the buffer holds.
+/// The rows of a box in a buffer, padded with transparent pixels where the buffer does not cover the box.
 class FilterRows {
 public:
     FilterRows(const FilterPixels& pixels, const FilterBox& box)
         : pixels_(pixels), box_(box), shown_(box.CutTo(pixels.GetBox())) {
         if (shown_ != box) row_.resize(static_cast<std::size_t>(PixelShorts(std::max(0, box.width))));
     }
-    /// Row `y` of the box, until the next is asked for.
+    /// Row `y` of the box; valid until the next call.
     const std::uint16_t* operator()(int y) {
         if (row_.empty()) return pixels_.At(box_.left, y);
         if (shown_.IsEmpty()) return row_.data();

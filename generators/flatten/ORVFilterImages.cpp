@@ -19,17 +19,18 @@
 namespace {
 
 constexpr double kUserUnitsPerInch = 90.0, kPxPerInch = 96.0;
-// Pixels of a filter that are in memory at the same time (8 bytes each): so many, or this multiple of what
-// can be seen of the page, but no more than that.
+// Maximum number of filter pixels in memory at once (8 bytes each): kUsualPixels or, if greater, this
+// multiple of the visible pixels of the page, but at most kMostPixels.
 constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
-// Pixels that the filters of a page may touch: so many, and this multiple of the page's pixels.
+// Maximum number of pixels touched by the filters of a page: kUsualWork plus this multiple of the page's
+// pixels.
 constexpr double kUsualWork = 1e9, kWorkOfPagePixel = 400.0;
-// Of a filter, however small, and of each pixel that is drawn for it or handed on: to be painted, converted,
-// sampled.
+// Work of a filter of any size, and of each pixel drawn for it or passed on: painting, conversion, sampling.
 constexpr double kFilterWork = 50'000.0, kWorkOfPixel = 40.0;
-// Pixels of the images of a page, which are kept until it ends: so many, or this multiple of the page's.
+// Maximum number of pixels of a page's images, which are kept until it ends: the greater of a constant and
+// this multiple of the page's pixels.
 constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
-// Filters within each other.
+// Maximum nesting depth of filters.
 constexpr unsigned int kGreatestDepth = 64;
 
 ORVRasterOptions RasterOptions(const ORVFilterOptions& options) {
@@ -43,7 +44,7 @@ ORVRasterOptions RasterOptions(const ORVFilterOptions& options) {
     return raster;
 }
 
-/// Divides colours by their opacity, for images.
+/// Divides colours by their opacity, as images require.
 std::vector<std::uint8_t> StraightBytes(const FilterPixels& pixels, bool& isBlank) {
     const FilterBox& box = pixels.GetBox();
     const auto width = static_cast<std::size_t>(box.width);
@@ -69,14 +70,14 @@ std::vector<std::uint8_t> StraightBytes(const FilterPixels& pixels, bool& isBlan
     return bytes;
 }
 
-/// Around a path, on the page.
+/// Bounding box of a clip path, on the page.
 ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
     ORVMathBox2D box;
     for (const ORVMathPoint2D& point : clip.path.points) box.Add(clip.toPage(point));
     return box;
 }
 
-/// Hands texts on as unseen ones, and nothing else.
+/// Passes texts on as invisible text, and drops everything else.
 class UnseenTexts final : public ORVPrintGenerator {
 public:
     explicit UnseenTexts(ORVPrintGenerator& target) : target_(target) {}
@@ -112,8 +113,8 @@ struct ORVFilterImages::Taken {
     ORVPageRecording content;
     std::deque<ORVPageRecording> inputs;
     bool isInInput = false;
-    bool hasFilters = false;     // within it
-    unsigned int innerOpen = 0;  // filters within it that are open
+    bool hasFilters = false;     // nested inside it
+    unsigned int innerOpen = 0;  // open filters nested inside it
 };
 
 struct ORVFilterImages::Budget {
@@ -143,14 +144,14 @@ ORVPrintGenerator& ORVFilterImages::Record() {
     return taken_->isInInput ? taken_->inputs.back() : taken_->content;
 }
 
-/// Hands a call to where it belongs.
+/// Passes a call to the recording or the target.
 template <class Call>
 int ORVFilterImages::Pass(Call call) {
     if (!taken_) return call(target_);
     return Guard([&] { return call(Record()); });
 }
 
-/// The same for the beginning of a part of which only a box can be seen.
+/// The same for the beginning of a part that clips to a box.
 template <class Call>
 int ORVFilterImages::BeginPart(const ORVMathBox2D& box, Call call) {
     if (taken_) return Pass(call);
@@ -234,7 +235,7 @@ int ORVFilterImages::EndMask() {
 int ORVFilterImages::BeginSymbol(const ORVPrintSymbol& symbol) {
     const int answer = Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
     return answer != kDrawSymbol || taken_ ? answer : Guard([&] {
-        // Its places to come may show all of it.
+        // Any part of the symbol may be visible where it is placed later.
         constexpr double kFar = 1e7;
         symbolScales_.push_back(SymbolScale() * symbol.toPage.Enlargement());
         shown_.push_back({-kFar, kFar, -kFar, kFar});
@@ -289,7 +290,7 @@ int ORVFilterImages::BeginFilter(const ORVPrintFilter& filter) {
         taken_->hasFilters = true;
         return Pass([&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
     }
-    // What lies outside of what can be seen may come into it.
+    // Content outside the visible area may be moved into it.
     if ((target_.GetPowers() & kFilters) != 0 && filter.inputCount == 0)
         return BeginPart(page_, [&](ORVPrintGenerator& to) { return to.BeginFilter(filter); });
     return Guard([&] {
@@ -335,7 +336,8 @@ int ORVFilterImages::Refuse(const std::string& text) {
     return kDrawingFailed;
 }
 
-/// Plans a filter at the device's resolution, or at what memory allows. @return false when it cannot be
+/// Plans a filter at the resolution of the device, or at what memory permits. @return false if it cannot be
+/// planned
 bool ORVFilterImages::FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content,
                               FilterPlan& plan) const {
     const double full = options_.dotsPerInch / kUserUnitsPerInch * SymbolScale();
@@ -381,14 +383,14 @@ int ORVFilterImages::DrawTaken() {
     return status == kGeneratorDone ? HandTexts() : status;
 }
 
-/// Text of the image stays in its place, where it can be found and copied.
+/// Keeps the text of an image in place, invisible, so that it can be searched and copied.
 int ORVFilterImages::HandTexts() {
     if ((target_.GetPowers() & ORVPrintGenerator::kUnseenText) == 0) return kGeneratorDone;
     UnseenTexts texts(target_);
     return taken_->content.ReplaySoFar(texts, Shown(), {});
 }
 
-/// Draws what was noted on transparent pixels.
+/// Draws the recording on transparent pixels.
 int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid,
                                 const FilterBox& box, FilterPixels& pixels) {
     const auto fromPage = grid.toPage.Inverse();
@@ -417,7 +419,7 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
     if (result == kGeneratorDone)
         result = recording.ReplaySoFar(to, corners.MappedBy(grid.toPage),
                                        ORVMathAffine2D::Translation(-box.left, -box.top) * *fromPage);
-    // Filters within it have been drawn by now: only from here on there is memory for its own pixels.
+    // Nested filters are finished now; memory for the pixels of this one is only allocated from here on.
     sink_->SetBox(box);
     if (result == kGeneratorDone) result = to.EndPage();
     pixels = sink_->Take();
@@ -426,7 +428,7 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
     return result;
 }
 
-/// Hands the result to the target as an image.
+/// Passes the result to the target as an image.
 int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
     const FilterBox& box = pixels.GetBox();
     if (box.IsEmpty()) return kGeneratorDone;

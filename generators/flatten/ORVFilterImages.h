@@ -14,30 +14,34 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
 
-/// How content of filters becomes images.
+/// Options for rendering filters as images.
 struct ORVFilterOptions {
-    /// Of the images: that of the device, if it has pixels, so that theirs are the device's. A filter that
-    /// would take too much memory gets a lower resolution.
+    /// Resolution of the images. Use that of a raster device, so that pixels coincide. A filter that would
+    /// need too much memory gets a lower resolution.
     double dotsPerInch = 300.0;
-    std::uint64_t pixelLimit = 4'000'000'000;            ///< of an image; past it, the page is refused
-    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all images of a document
-    std::uint64_t paintLimit = std::uint64_t{1} << 56U;  ///< pixels that filters may touch
-    unsigned int threads = 0;  ///< that draw an image; 0 for as many as the machine has processors
+    /// Maximum pixels of an image; larger ones cause the page to be refused.
+    std::uint64_t pixelLimit = 4'000'000'000;
+    /// Maximum pixels of all images of a document.
+    std::uint64_t outputPixelLimit = 1'000'000'000'000;
+    /// Limit of painting and filtering, in pixels.
+    std::uint64_t paintLimit = std::uint64_t{1} << 56U;
+    /// Rendering threads; 0 for one per processor.
+    unsigned int threads = 0;
 };
 
-/// Stands before a generator and does filters for it. Content of a filter is noted; when the filter ends,
-/// what can be seen of it is drawn on transparent pixels, which are filtered and handed on as one image. All
-/// else goes through as it came.
+/// Renders filters for a generator that does not support them. The content of a filter is recorded; EndFilter
+/// draws its visible part on transparent pixels, filters them and passes on one image. All other calls are
+/// passed on unchanged.
 ///
-/// A generator that has filters itself gets those that have no inputs. Groups in filters go through and then
-/// hold nothing.
+/// A generator with kFilters gets the filters that have no inputs. Groups inside rendered filters are passed
+/// on empty.
 class ORVFilterImages final : public ORVPrintGenerator {
 public:
     /// @param target  must outlive this object
     ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options);
     ~ORVFilterImages() override;
 
-    /// What went wrong here; empty when nothing did, or when it was the target.
+    /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
@@ -69,9 +73,9 @@ public:
     int EndDocument() override;
 
 private:
-    /// A filter whose content is being noted.
+    /// A filter whose content is being recorded.
     struct Taken;
-    /// What filters may still cost, here and in filters within them.
+    /// What remains for filters to spend, shared with the filters inside them.
     struct Budget;
     ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options, Budget* budget);
 
@@ -85,7 +89,7 @@ private:
     int EndPart(Call call);
     const ORVMathBox2D& Shown() const { return shown_.empty() ? page_ : shown_.back(); }
     double SymbolScale() const { return symbolScales_.empty() ? 1.0 : symbolScales_.back(); }
-    /// Where content goes that is noted.
+    /// Receiver of content that is being recorded.
     ORVPrintGenerator& Record();
     int DrawTaken();
     bool FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content, FilterPlan& plan) const;
@@ -103,13 +107,13 @@ private:
 
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
-    double imagePixels_ = 0.0;          // of the page so far
-    double unitsPerInch_ = 90.0;        // of the page, whose units are pixels within another filter
-    std::vector<ORVMathBox2D> shown_;   // of what is begun: what of the page can be seen
-    std::vector<double> symbolScales_;  // of the symbols that are open: pages' units in one of theirs
-    std::unique_ptr<Taken> taken_;      // null while none is
+    double imagePixels_ = 0.0;          // of the current page so far
+    double unitsPerInch_ = 90.0;        // of the current page; inside another filter, page units are pixels
+    std::vector<ORVMathBox2D> shown_;   // visible area of each open part
+    std::vector<double> symbolScales_;  // for each open symbol: page units per symbol unit
+    std::unique_ptr<Taken> taken_;      // null outside of filters
 
-    // What content is drawn by, made when it is first needed. The inner stage is for filters in filters.
+    // Renderer of filter content, created on first use. The inner stage handles nested filters.
     ClearPixelSink* sink_ = nullptr;
     std::unique_ptr<ORVRasterGenerator> raster_;
     std::unique_ptr<ORVFilterImages> inner_;

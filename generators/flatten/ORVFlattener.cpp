@@ -21,14 +21,15 @@
 namespace {
 
 constexpr double kUserUnitsPerInch = 90.0;
-// Pixels of an image: what a device shows of more, it shows finer than anyone sees.
+// Maximum pixels of an image; a finer resolution would be invisible.
 constexpr double kMostPixels = 5e7;
-// Part of a pixel that nobody misses: sums are not exact.
+// Tolerance for rounding errors, in pixels.
 constexpr double kUnseen = 1e-4;
-// Images of a page, for each of which what lies below is looked for in all of the page. Their pixels are kept
-// in memory until it ends, too.
+// Maximum number of images per page. For each, the whole page is searched for what lies below; their pixels
+// are kept in memory until the page ends.
 constexpr unsigned int kMostImages = 256;
-// Parts that wait for becoming images, and what of the page may be in an image in vain (square user units).
+// Maximum number of areas waiting to be drawn, and the excess area an image may cover when areas are joined
+// (square user units).
 constexpr std::size_t kMostAwaited = 16;
 constexpr double kSmallArea = 400.0;
 
@@ -103,7 +104,8 @@ int ORVFlattener::BeginPage(const ORVPrintPageInfo& info) {
     });
 }
 
-// Groups show nothing by themselves, and in a layer they hold nothing: the image comes when it has ended.
+// Groups paint nothing and are passed on; in a layer they are empty, because the image is drawn when the
+// layer has ended.
 int ORVFlattener::BeginGroup(const ORVPrintGroup& group) {
     return Guard([&] {
         groups_.push_back(IsLink(group));
@@ -122,8 +124,8 @@ int ORVFlattener::EndGroup() {
     });
 }
 
-/// Notes a part that begins. What has been taken before it must not be cut to it.
-/// @return 1, or what went wrong
+/// Begins a part. Areas taken before it must not be clipped to it, so they are drawn first.
+/// @return 1, or an error
 int ORVFlattener::Open(const ORVMathBox2D& box, bool isTaken, bool isPlain) {
     const int result = IsTaking() || isTaken ? static_cast<int>(kGeneratorDone) : Flush();
     parts_.push_back({Shown().Overlap(box), isTaken || IsTaking(), isPlain});
@@ -157,7 +159,7 @@ int ORVFlattener::EndClipPath() {
 }
 
 int ORVFlattener::BeginLayer(const ORVPrintLayer& layer) {
-    // What is neither painted nor mixed by itself is but a box.
+    // A layer with full opacity, normal blending and no mask only clips to its box.
     const bool isPlain = layer.opacity == 1.0 && layer.blend == ORVPrintBlendMode::kNormal &&
                          !layer.isIsolated && !layer.hasMask;
     return Guard([&] {
@@ -221,7 +223,7 @@ int ORVFlattener::DrawShape(const ORVPrintShape& shape) {
         const bool takesStroke = shape.stroke && Takes(shape.stroke->colour, shape.stroke->gradient);
         if (takesFill == takesStroke || !shape.fill || !shape.stroke)
             return DrawCall(shape, takesFill || takesStroke, kDraw);
-        // What can stay an outline does.
+        // Outlines are kept as such where possible.
         const int result = DrawCall<ORVPrintShape>({shape.path, shape.toPage, shape.fill, nullptr, shape.id},
                                                    takesFill, kDraw);
         if (result != kGeneratorDone) return result;
@@ -241,8 +243,8 @@ int ORVFlattener::DrawImage(const ORVPrintImage& image) {
     return Guard([&] { return DrawCall(image, false, &ORVPrintGenerator::DrawImage); });
 }
 
-/// Notes that a part of the page has to be shown by an image: by one of those that are awaited already where
-/// little is in vain then.
+/// Records that an area of the page has to be drawn as an image. It is joined with a waiting area if that
+/// adds little excess area.
 void ORVFlattener::Await(ORVMathBox2D box) {
     if (box.IsEmpty()) return;
     for (bool isMerged = true; isMerged;) {
@@ -265,7 +267,7 @@ void ORVFlattener::Await(ORVMathBox2D box) {
     awaited_.push_back(box);
 }
 
-/// Draws what has been taken, unless the rest of the page comes at its end.
+/// Draws the waiting areas, unless the rest of the page is joined into one image at its end.
 int ORVFlattener::Flush() {
     if (awaited_.empty() || isJoined_) return kGeneratorDone;
     if (images_ >= kMostImages || imagePixels_ > kMostPixels) {

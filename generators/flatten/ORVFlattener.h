@@ -14,31 +14,36 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
 
-/// How parts of pages become images.
+/// Options for rendering parts of pages as images.
 struct ORVFlattenOptions {
-    /// Of the images; an image of more than 50 million pixels gets a lower resolution.
+    /// Resolution of the images; an image of more than 50 million pixels gets a lower one.
     double dotsPerInch = 300.0;
-    ORVColourMode colourMode = ORVColourMode::kColour;   ///< of their pixels
-    std::uint64_t pixelLimit = 4'000'000'000;            ///< of an image; past it, the page is refused
-    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all images of a document
-    std::uint64_t paintLimit = std::uint64_t{1} << 56U;  ///< pixels that images may take painting for
-    unsigned int threads = 0;  ///< that draw an image; 0 for as many as the machine has processors
+    /// Colours of the images.
+    ORVColourMode colourMode = ORVColourMode::kColour;
+    /// Maximum pixels of an image; larger ones cause the page to be refused.
+    std::uint64_t pixelLimit = 4'000'000'000;
+    /// Maximum pixels of all images of a document.
+    std::uint64_t outputPixelLimit = 1'000'000'000'000;
+    /// Limit of painting for all images, in pixels.
+    std::uint64_t paintLimit = std::uint64_t{1} << 56U;
+    /// Rendering threads; 0 for one per processor.
+    unsigned int threads = 0;
 };
 
-/// Stands before a generator that lacks powers and does for it what it lacks: layers, and what lies below
-/// them, become opaque images of just that part of the page, as do shapes and texts with transparent paints.
-/// All else goes through as it came, before and after. What comes one after the other and lies side by side
-/// becomes one image, so that a thousand transparent dots are not a thousand images; and when a page has had
-/// as many images as are sensible, all that follows on it becomes one or a few.
+/// Renders what a generator does not support: layers, and shapes and texts with transparent paint, are drawn
+/// together with what lies below them as opaque images of that part of the page. All other calls are passed
+/// on unchanged, in order. Consecutive calls whose areas are adjacent share one image, so that a thousand
+/// transparent dots do not become a thousand images. After a certain number of images on a page, the rest of
+/// the page becomes one or a few.
 ///
-/// Images are opaque because a format without layers has no other transparency either. Since they show what
-/// lies below, blend modes are what they should be. Groups go through, also those in layers, where they then
-/// hold nothing; what lies in links stays in them.
+/// Images are opaque because a format without layers has no transparency at all. They include the backdrop,
+/// so blend modes are correct. Groups are passed on, those in layers empty; content of links stays inside
+/// them.
 class ORVFlattener final : public ORVPrintGenerator {
 public:
-    /// What it can do for a generator. Filters have become images before; see ORVFilterImages.
+    /// What the flattener provides. ORVFilterImages must have rendered filters before.
     static constexpr unsigned int kFlattened = kAllPowers & ~static_cast<unsigned int>(kFilters);
-    /// Whether a generator lacks anything. The flattener costs it a record of each page.
+    /// True if the generator lacks any of these. The flattener then records every page.
     static bool IsNeededBefore(const ORVPrintGenerator& target) {
         return (target.GetPowers() & kFlattened) != kFlattened;
     }
@@ -46,7 +51,7 @@ public:
     /// @param target  must outlive this object
     ORVFlattener(ORVPrintGenerator& target, const ORVFlattenOptions& options);
 
-    /// What went wrong here; empty when nothing did, or when it was the target.
+    /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
     const std::string& GetError() const { return failure_.text; }
 
@@ -63,7 +68,7 @@ public:
     int EndLayer() override;
     int BeginMask(const ORVPrintMask& mask) override;
     int EndMask() override;
-    /// Content of symbols may have to be flattened, and then depends on its place.
+    /// Content of symbols may have to be flattened, and the result depends on its position.
     int BeginSymbol(const ORVPrintSymbol& /*symbol*/) override { return kNoSymbols; }
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
     int DrawShape(const ORVPrintShape& shape) override;
@@ -73,11 +78,11 @@ public:
     int EndDocument() override;
 
 private:
-    /// Something that was begun: what shows in it, and who knows of it.
+    /// An open part of the page.
     struct Part {
-        ORVMathBox2D shown;    // empty in masks
-        bool isTaken = false;  // by an image: the target has not seen it
-        bool isPlain = false;  // a layer that is but a box
+        ORVMathBox2D shown;    // visible area; empty in masks
+        bool isTaken = false;  // by an image; the target does not know of it
+        bool isPlain = false;  // a layer that only clips to its box
     };
 
     bool IsTaking() const { return isJoined_ || (!parts_.empty() && parts_.back().isTaken); }
@@ -101,17 +106,17 @@ private:
     const unsigned int powers_;
     ORVFailure failure_;
 
-    std::optional<ORVPageRecording> soFar_;  // all of the page, for the images
+    std::optional<ORVPageRecording> soFar_;  // the whole page so far, source of the images
     std::vector<Part> parts_;
-    std::vector<bool> groups_;  // that are open, whether they are links
+    std::vector<bool> groups_;  // open groups; true for links
     ORVMathBox2D page_;
     unsigned int pageNumber_ = 0;
-    std::vector<ORVMathBox2D> awaited_;  // what of the page has been taken and not been drawn yet
-    unsigned int images_ = 0;            // of the page, and their pixels
+    std::vector<ORVMathBox2D> awaited_;  // areas that were taken but not drawn yet
+    unsigned int images_ = 0;            // number of images of the page; below, their pixels
     double imagePixels_ = 0.0;
     bool isJoined_ = false;  // the rest of the page is one image
 
     FlatPixels pixels_;
-    ORVRasterGenerator raster_;  // whose pages are the images, so that its limits hold for all of them
-    bool isDrawing_ = false;     // whether it has begun its document
+    ORVRasterGenerator raster_;  // its pages are the images, so its limits apply to all of them
+    bool isDrawing_ = false;     // whether BeginDocument was called
 };

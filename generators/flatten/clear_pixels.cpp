@@ -12,8 +12,7 @@ int ClearPixelSink::BeginPage(const RasterPageInfo& page) {
     return kGeneratorDone;
 }
 
-// Bands have rows of their own, so that threads do not meet. Blank ones stay as they are, which is
-// transparent.
+// Bands write to distinct rows, so threads do not conflict. Blank bands are left as they are: transparent.
 void ClearPixelSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& /*bytes*/) const {
     if (band.isBlank) return;
     constexpr std::uint16_t kWidened = kFilterFull / 255;

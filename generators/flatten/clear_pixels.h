@@ -8,12 +8,12 @@
 #include "generators/filters/filter_pixels.h"
 #include "generators/raster/ORVBandSink.h"
 
-/// Keeps the pixels of a page on transparent paper for filters.
+/// Stores the pixels of a page on transparent paper, for filters.
 class ClearPixelSink final : public ORVBandSink {
 public:
-    /// Says where the next page lies, which has the box's size.
+    /// Sets the position of the next page, which has the size of the box.
     void SetBox(const FilterBox& box) { box_ = box; }
-    /// The pixels of the last page.
+    /// Moves out the pixels of the last page.
     FilterPixels Take() { return std::move(pixels_); }
 
     int BeginPage(const RasterPageInfo& page) override;
@@ -26,6 +26,6 @@ public:
 
 private:
     FilterBox box_;
-    // Bands of a page have rows of their own in it.
+    // Bands write to distinct rows, from several threads.
     mutable FilterPixels pixels_;
 };

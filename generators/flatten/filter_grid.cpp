@@ -6,14 +6,14 @@
 
 namespace {
 
-// Part of a pixel that nobody misses: sums are not exact.
+// Tolerance for rounding errors, in pixels.
 constexpr double kUnseen = 1e-4;
 
-/// What a place lies behind the last whole number.
+/// Fractional part of a position.
 double Fraction(double place) { return place - std::floor(place); }
 
-/// Where pixels begin so that they lie on those of the device, for a map that only mirrors or swaps axes.
-/// @param factor  by which the axis goes along the device's
+/// The offset that aligns pixels with those of the device, for transformations that only mirror or swap axes.
+/// @param factor  direction of the axis along the device's
 double OriginOf(double factor, double place) { return factor < 0.0 ? Fraction(-place) : Fraction(place); }
 
 }  // namespace

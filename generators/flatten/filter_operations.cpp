@@ -6,9 +6,9 @@
 
 namespace {
 
-// Farther than this nothing moves: it has left every image.
+// Offsets beyond this have left every image.
 constexpr double kFarthest = 1 << 28;
-// Part of a pixel that nobody misses: products are not exact.
+// Tolerance for rounding errors, in pixels.
 constexpr double kUnseen = 1e-4;
 
 int Round(double pixels) {
@@ -32,7 +32,7 @@ FilterShadow InPixels(const ORVFilterShadow& shadow, const FilterGrid& grid) {
 }
 
 FilterMorphology InPixels(const ORVFilterMorphology& morphology, const FilterGrid& grid) {
-    // What is asked for at all is at least a pixel.
+    // A radius greater than 0 is at least one pixel.
     const auto reach = [](double radius) { return Round(std::ceil(radius - kUnseen)); };
     return {morphology.dilates, reach(morphology.xRadius * grid.xScale),
             reach(morphology.yRadius * grid.yScale)};
@@ -77,7 +77,7 @@ FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& gri
     FilterLighting made;
     const ORVMathPoint2D place = grid.fromUser({lighting.x, lighting.y});
     const ORVMathPoint2D aim = grid.fromUser({lighting.pointsAtX, lighting.pointsAtY});
-    // Heights have no axis of their own.
+    // Heights have no axis, so the mean scale of both axes is used.
     const double zScale = std::sqrt((grid.xScale * grid.xScale + grid.yScale * grid.yScale) / 2.0);
     FilterLight& light = made.light;
     light.kind = static_cast<FilterLight::Kind>(lighting.light);
@@ -93,8 +93,8 @@ FilterLighting InPixels(const ORVFilterLighting& lighting, const FilterGrid& gri
     light.hasCone = std::isfinite(lighting.coneAngle);
     light.coneAngle = light.hasCone ? lighting.coneAngle : 0.0;
     made.colour = ColourOf(lighting.colour);
-    // Slopes go from pixel to pixel and are flatter on finer devices. The surface is the one that a screen
-    // shows.
+    // Slopes are differences between pixels and thus flatter on finer devices. The surface is lit as it would
+    // be on a screen.
     made.surfaceScale = lighting.surfaceScale * grid.pixelsInPx;
     made.constant = lighting.constant;
     made.isSpecular = lighting.isSpecular;

@@ -11,7 +11,7 @@
 #include "generators/flatten/filter_grid.h"
 #include "platform/print/ORVPrintFilter.h"
 
-// What the steps of a filter are in the pixels of its grid.
+// Steps of a filter converted to the pixels of its grid.
 
 /// A shift by whole pixels.
 struct FilterShift {

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Where results lie is known but for what rounding moves.
+// Margin for rounding, in pixels.
 constexpr int kSlack = 2;
 
 FilterBox United(const FilterBox& a, const FilterBox& b) {
@@ -22,17 +22,17 @@ FilterBox United(const FilterBox& a, const FilterBox& b) {
 }
 
 FilterBox Moved(FilterBox box, const FilterShift& by) {
-    // In two steps, for corners that lie far out.
+    // In two steps, to avoid overflow for distant corners.
     constexpr std::int64_t kFarthest = 1 << 29;
     box.left = static_cast<int>(std::clamp(std::int64_t{box.left} + by.columns, -kFarthest, kFarthest));
     box.top = static_cast<int>(std::clamp(std::int64_t{box.top} + by.rows, -kFarthest, kFarthest));
     return box;
 }
 
-/// What a step needs of one of its inputs.
+/// The part of an input that a step needs.
 class NeedOf {
 public:
-    /// @param result  what is needed of the step
+    /// @param result  required part of the step's result
     /// @param area    the input's subregion
     NeedOf(const FilterGrid& grid, const FilterBox& result, const FilterBox& area)
         : grid_(grid), result_(result), area_(area) {}
@@ -78,7 +78,7 @@ private:
     const FilterBox& area_;
 };
 
-/// What a step costs.
+/// The work for a step, in pixels touched.
 class WorkOf {
 public:
     WorkOf(const FilterGrid& grid, const FilterBox& input, const FilterBox& result, std::size_t inputs)
@@ -124,7 +124,7 @@ FilterPlan FilterPlan::Make(const ORVPrintFilter& filter, const FilterGrid& grid
     FilterPlan plan;
     plan.grid = grid;
     const std::size_t count = filter.steps.size();
-    // Where anything is.
+    // Extents of all results.
     const auto fromPage = filter.toPage.Inverse();
     if (!fromPage || count == 0) return plan;
     const ORVMathBox2D shown = content.MappedBy(*fromPage);
@@ -146,7 +146,7 @@ FilterPlan FilterPlan::Make(const ORVPrintFilter& filter, const FilterGrid& grid
                 plan.lastUses[static_cast<std::size_t>(input)] = i;
         }
     }
-    // What is wanted of it, from the last step on.
+    // Required parts, from the last step backwards.
     ORVMathBox2D seen = grid.FromPage(visible);
     ORVMathBox2D inUser;
     if (const auto toUser = grid.fromUser.Inverse()) inUser = seen.MappedBy(*toUser);
@@ -167,7 +167,7 @@ FilterPlan FilterPlan::Make(const ORVPrintFilter& filter, const FilterGrid& grid
         }
         plan.work += std::visit(WorkOf(grid, first, result, step.inputs.size()), step.operation);
     }
-    // What is in memory while each step is computed.
+    // Pixels in memory while each step is computed.
     std::vector<double> released(count, 0.0);
     for (std::size_t i = 0; i + 1 < count; ++i)
         released[std::max(plan.lastUses[i], i)] += plan.results[i].Area();

@@ -7,19 +7,26 @@
 #include "generators/flatten/filter_grid.h"
 #include "platform/print/ORVPrintFilter.h"
 
-/// Which pixels the steps of a filter have to compute so that a part of its result can be seen.
+/// The pixels that each step of a filter has to compute for the visible part of its result.
 struct FilterPlan {
     FilterGrid grid;
-    FilterBox source;                   ///< what is needed of the content
-    std::vector<FilterBox> results;     ///< of each step; empty for what shows nothing or is not needed
-    std::vector<FilterBox> subregions;  ///< of each step, whole
-    std::vector<std::size_t> lastUses;  ///< of each step, the last one that it is an input of
-    std::size_t lastUseOfSource = 0;    ///< the last step that takes the content, or its opacity
-    double pixels = 0.0;                ///< that are in memory at the same time, at most
-    double work = 0.0;                  ///< pixels that are touched
+    /// Required part of the content.
+    FilterBox source;
+    /// Result of each step; empty if it shows nothing or is not needed.
+    std::vector<FilterBox> results;
+    /// Complete subregion of each step.
+    std::vector<FilterBox> subregions;
+    /// For each step, the last step that uses it as input.
+    std::vector<std::size_t> lastUses;
+    /// The last step that uses the content or its opacity.
+    std::size_t lastUseOfSource = 0;
+    /// Maximum number of pixels in memory at the same time.
+    double pixels = 0.0;
+    /// Total number of pixels touched.
+    double work = 0.0;
 
-    /// @param visible  what of the page can be seen of the result
-    /// @param content  what of the page the content shows anything on
+    /// @param visible  visible area of the result, on the page
+    /// @param content  bounding box of the content, on the page
     static FilterPlan Make(const ORVPrintFilter& filter, const FilterGrid& grid, const ORVMathBox2D& visible,
                            const ORVMathBox2D& content);
 };

@@ -36,14 +36,14 @@ public:
           colours_(step_.isLinear ? FilterColours::kLinear : FilterColours::kSrgb) {}
 
     FilterPixels operator()(const ORVFilterNothing&) { return FilterPixels(box_); }
-    // What only moves pixels does so in any colours.
+    // Steps that only move pixels do not depend on the colour space.
     FilterPixels operator()(const ORVFilterPass&) { return ClipFilterPixels(TakeAsItIs(0), box_); }
     FilterPixels operator()(const ORVFilterOffset& offset) {
         const FilterShift shift = InPixels(offset, Grid());
         return OffsetFilterPixels(Find(0), shift.columns, shift.rows, box_);
     }
     FilterPixels operator()(const ORVFilterTile&) {
-        // All of the subregion repeats, with what of it is transparent.
+        // The whole subregion repeats, including its transparent parts.
         return TileFilterPixels(Find(0), AreaOf(0), box_);
     }
     FilterPixels operator()(const ORVFilterInput& input) {
@@ -91,12 +91,12 @@ public:
     FilterPixels operator()(const ORVFilterTurbulence& turbulence) {
         return MakeFilterTurbulence(InPixels(turbulence, Grid(), step_.subregion), colours_, box_);
     }
-    // Only the map counts in the step's colours.
+    // Only the map is converted to the step's colour space.
     FilterPixels operator()(const ORVFilterDisplacement& displacement) {
         const FilterPixels& map = See(1);
         return DisplaceFilterPixels(Find(0), map, InPixels(displacement, Grid()), box_);
     }
-    // The numbers of the light's colour count as they are, as renderers agree.
+    // The light colour is not converted, as is common among renderers.
     FilterPixels operator()(const ORVFilterLighting& lighting) {
         FilterPixels lit =
             LightFilterPixels(Find(0), InPixels(lighting, Grid(), AreaOf(0)), FilterColours::kSrgb, box_);
@@ -108,7 +108,7 @@ public:
 private:
     const FilterGrid& Grid() const { return run_.plan_.grid; }
     FilterPixels& Find(std::size_t input) { return run_.Find(step_.inputs[input], number_); }
-    /// An input in the step's colours.
+    /// An input in the step's colour space.
     const FilterPixels& See(std::size_t input) {
         FilterPixels& pixels = Find(input);
         ConvertFilterColours(pixels, colours_);

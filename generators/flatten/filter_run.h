@@ -9,10 +9,10 @@
 #include "generators/flatten/filter_plan.h"
 #include "platform/print/ORVPrintFilter.h"
 
-/// Computes a filter step by step. What no further step takes is released.
+/// Computes a filter step by step. Results are released after their last use.
 class FilterRun {
 public:
-    /// Draws an input of the filter on the pixels of a box. @return 1, or a generator status
+    /// Draws an input of the filter into the pixels of a box. @return 1, or a generator status
     using DrawInput = std::function<int(unsigned int number, const FilterBox& box, FilterPixels& pixels)>;
 
     /// @param filter, plan  must outlive this object
@@ -23,8 +23,8 @@ public:
           drawInput_(std::move(drawInput)),
           results_(filter.steps.size()) {}
 
-    /// @param result  out: of the last step, in sRGB
-    /// @return 1, or what drawing an input returned
+    /// @param result  receives the result of the last step, in sRGB
+    /// @return 1, or the result of drawing an input
     int Compute(FilterPixels& result);
 
 private:

@@ -28,7 +28,7 @@ void Expand(const std::uint8_t* row, RasterPixels kind, std::uint8_t* rgba, std:
             return Expand(rgba, width, [=](std::size_t x, int) -> std::uint8_t {
                 return (row[x / 8] >> (7 - x % 8) & 1) != 0 ? 0 : 255;
             });
-        case RasterPixels::kClear: return;  // for those who take no paper
+        case RasterPixels::kClear: return;  // not used here: it is for transparent paper
     }
 }
 
@@ -42,7 +42,7 @@ int FlatPixelSink::BeginPage(const RasterPageInfo& page) {
     return kGeneratorDone;
 }
 
-// Bands have rows of their own, so that threads do not meet.
+// Bands write to distinct rows, so threads do not conflict.
 void FlatPixelSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& /*bytes*/) const {
     const auto width = static_cast<std::size_t>(pixels_.width);
     const auto rows = static_cast<std::size_t>(band.rowCount);

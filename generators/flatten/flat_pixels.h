@@ -6,13 +6,13 @@
 
 #include "generators/raster/ORVBandSink.h"
 
-/// The pixels of an image that was drawn: red, green, blue and 255 each.
+/// The pixels of a rendered image: red, green, blue and 255 for each.
 struct FlatPixels {
     int width = 0, height = 0;
     std::vector<std::uint8_t> rgba;
 };
 
-/// Keeps the pixels of the last page.
+/// Stores the pixels of the last page.
 class FlatPixelSink final : public ORVBandSink {
 public:
     /// @param pixels  must outlive the sink

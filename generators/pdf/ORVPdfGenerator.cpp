@@ -24,11 +24,10 @@
 namespace {
 
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
-// The format's own limit for page sides is 14,400 units of one point.
+// PDF limits page sides to 14,400 units of one point.
 constexpr double kLargestSide = 14'400.0;
 
-/// An address in the characters that addresses have, for a string in round brackets. What is encoded already
-/// stays.
+/// Percent-encodes a URL for a literal string. Existing escapes are kept.
 std::string EncodeAddress(std::string_view address) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     constexpr std::string_view kEncoded = "\"'<>()\\";
@@ -56,24 +55,25 @@ struct ORVPdfGenerator::State {
     int Check() {
         if (file && file->IsGood()) return kGeneratorDone;
         if (!output.GetError().empty()) return kOutputFailed;
-        failure = ORVFailure::OutOfMemory();  // of the compressor, then
+        failure = ORVFailure::OutOfMemory();  // of the compressor
         return kDrawingFailed;
     }
 
     struct OpenGroup {
-        std::string target;  // its name, when links lead here
-        std::string action;  // of its link, when it is one
+        std::string target;  // destination name, if it is a link target
+        std::string action;  // action of its link, if it is a link
         bool isLayer = false;
         bool HasBox() const { return !target.empty() || !action.empty(); }
     };
-    /// Calls `draw` with what is being drawn on.
+    /// Calls `draw` with the content being drawn on.
     template <class Draw>
     int DrawOn(Draw draw) {
         if (!page) return kDrawingFailed;
         draw(page->GetTop());
         return Check();
     }
-    /// Calls `change` with what is open of the page. @param change  returns whether it was due
+    /// Calls `change` with the stack of open content. @param change  returns false if the call is out of
+    /// order
     template <class Change>
     int ChangeParts(Change change) {
         return page && change(*page) ? Check() : static_cast<int>(kDrawingFailed);
@@ -93,7 +93,7 @@ struct ORVPdfGenerator::State {
     PdfDocumentFacts facts;
     ORVFailure failure;
 
-    std::optional<PdfParts> page;  // the open one, and what belongs to it
+    std::optional<PdfParts> page;  // the open page and its nested content
     double height = 0.0, width = 0.0;
     ORVMathBox2D trim;
     std::vector<OpenGroup> groups;
@@ -144,11 +144,11 @@ int ORVPdfGenerator::BeginGroup(const ORVPrintGroup& group) {
     if (!state.page || state.page->CountSymbols() > 0) return kDrawingFailed;
     State::OpenGroup open;
     if (state.page->CountMasksAndTiles() > 0) {
-        state.groups.push_back(std::move(open));  // what is not seen leads nowhere
+        state.groups.push_back(std::move(open));  // links in invisible content are ignored
         return kGeneratorDone;
     }
     if (group.isLinkTarget) open.target = group.id;
-    // A place inside a link that leads elsewhere is part of the outer link.
+    // A link inside another link is ignored: the outer link applies.
     if (!state.insideLink && !group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL))
         open.action = "/A<</S/URI/URI(" + EncodeAddress(group.linkURL) + ")>>";
     else if (!state.insideLink && !group.linkElementId.empty())
@@ -173,7 +173,7 @@ void ORVPdfGenerator::State::EndBox(const OpenGroup& group) {
         return text;
     };
     if (!group.target.empty()) {
-        // A place without content is the page.
+        // A link target without content leads to the page as a whole.
         const std::string corner = box.IsEmpty() ? toPoints(0.0, 0.0) : toPoints(box.xMin, box.yMin);
         facts.targets.try_emplace(
             group.target, "[" + PdfReference(facts.pages.back().object) + "/XYZ " + corner + " null]");
@@ -268,7 +268,7 @@ int ORVPdfGenerator::DrawImage(const ORVPrintImage& image) {
 }
 
 void ORVPdfGenerator::State::EndPage() {
-    // A drawing that broke off leaves all kinds of things open.
+    // An aborted drawing leaves parts open.
     page->EndAll();
     for (; !groups.empty(); groups.pop_back()) {
         if (groups.back().HasBox()) EndBox(groups.back());

@@ -11,20 +11,19 @@
 
 class ORVOutput;
 
-/// Writes PDF: vectors, gradients, text that can be searched, JPEG pictures as they are, layers and masks,
-/// links and their targets, content that repeats once. Pages may have different sizes; a user unit is 0.8
-/// point. The same calls give the same bytes.
+/// Writes PDF: vectors, gradients, searchable text, JPEG files unchanged, layers and masks, links and their
+/// targets; repeated content is stored once. Pages may differ in size; a user unit is 0.8 point. Equal calls
+/// produce equal bytes.
 class ORVPdfGenerator final : public ORVPrintGenerator {
 public:
-    /// @param output        receives the document as its only part, from a thread of the generator's own;
-    /// must
-    ///                      outlive the generator, and is the generator's between BeginDocument and the end
-    ///                      of EndDocument
-    /// @param creationTime  seconds since 1970 that the document states, if any
+    /// @param output        receives the document as its only part, from a thread of the generator; must
+    ///                      outlive the generator, and must not be used by others between BeginDocument and
+    ///                      the end of EndDocument
+    /// @param creationTime  creation time stated in the document, in seconds since 1970, if any
     explicit ORVPdfGenerator(ORVOutput& output, std::optional<std::int64_t> creationTime = std::nullopt);
     ~ORVPdfGenerator() override;
 
-    /// What went wrong; empty when nothing did, or when it was the output (which then says it).
+    /// The error, if any. Errors of the output are reported by the output itself.
     const ORVFailure& GetFailure() const;
     const std::string& GetError() const { return GetFailure().text; }
 

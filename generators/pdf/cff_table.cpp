@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Reads big-endian numbers; beyond the end, it fails for good.
+/// Reads big-endian numbers. Reading past the end is a permanent failure.
 class Reader {
 public:
     explicit Reader(std::string_view bytes) : bytes_(bytes) {}
@@ -32,13 +32,13 @@ private:
     bool good_ = true;
 };
 
-/// Skips an index. @return its first object, empty when there is none
+/// Skips an INDEX. @return its first object, empty if there is none
 std::string_view TakeIndex(Reader& reader) {
     const std::uint32_t count = reader.Number(2);
     if (count == 0) return {};
     const std::uint32_t offsetSize = reader.Number(1);
     if (offsetSize < 1 || offsetSize > 4) return reader.Take(SIZE_MAX);
-    // Offsets count from the byte before the data.
+    // Offsets are relative to the byte before the data.
     const std::uint32_t first = reader.Number(offsetSize), second = reader.Number(offsetSize);
     std::uint32_t last = second;
     for (std::uint32_t i = 2; i <= count && reader.IsGood(); ++i) last = reader.Number(offsetSize);
@@ -56,7 +56,7 @@ bool IsPlainCffTable(std::string_view table) {
     const std::uint32_t headerSize = reader.Number(1);
     if (version != 1 || headerSize < 3) return false;
     reader.Take(headerSize - 3);
-    TakeIndex(reader);  // of names
+    TakeIndex(reader);  // the Name INDEX
     Reader dictionary(TakeIndex(reader));
     if (!reader.IsGood()) return false;
 
@@ -69,7 +69,7 @@ bool IsPlainCffTable(std::string_view table) {
             dictionary.Take(2);
         } else if (byte == 29) {
             dictionary.Take(4);
-        } else if (byte == 30) {  // a real number, to the nibble that ends it
+        } else if (byte == 30) {  // a real number, terminated by a nibble
             std::uint32_t nibbles = 0;
             do {
                 nibbles = dictionary.Number(1);

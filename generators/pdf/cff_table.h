@@ -3,6 +3,6 @@
 
 #include <string_view>
 
-/// True when a CFF table (Compact Font Format, Adobe Technical Note 5176) is sound as far as is looked at,
-/// and its glyphs go by their plain numbers: it is no font of numbered characters ("CID-keyed").
+/// True if a CFF table (Compact Font Format, Adobe Technical Note 5176) passes some sanity checks and its
+/// glyphs are addressed by index: it must not be a CID-keyed font.
 bool IsPlainCffTable(std::string_view table);

@@ -24,7 +24,7 @@
 namespace {
 
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
-// Glyphs of other sizes (user units an em, on the page) cannot be seen, or are larger than any page.
+// Glyphs smaller than this (user units per em, on the page) are invisible; larger ones exceed any page.
 constexpr double kSmallestGlyph = 1e-3;
 constexpr double kLargestGlyph = 1e6;
 
@@ -55,7 +55,7 @@ std::string StateOf(const PdfLayerPaint& paint) {
     if (paint.mask != 0) {
         text += paint.maskKind == ORVPrintMask::Kind::kOpacity ? "/SMask<</S/Alpha"
                                                                : "/SMask<</S/Luminosity/BC[0 0 0]";
-        // The curve of sRGB, nearly; exact enough for greys.
+        // Approximates the sRGB transfer curve, accurately enough for masks.
         if (paint.maskKind == ORVPrintMask::Kind::kLinearLuminance)
             text += "/TR<</FunctionType 2/Domain[0 1]/N 2.2>>";
         text += "/G " + PdfReference(paint.mask) + ">>";
@@ -66,10 +66,10 @@ std::string StateOf(const PdfLayerPaint& paint) {
 constexpr ORVMathBox2D kEverywhere{-kPdfCoordinateLimit, kPdfCoordinateLimit, -kPdfCoordinateLimit,
                                    kPdfCoordinateLimit};
 
-// Small errors add up over many tiles.
+// More digits, because errors accumulate over many tiles.
 constexpr int kStepPlaces = 8;
 
-/// Coordinates are finer than any printer, and no finer than a page's size asks for.
+/// Decimal places: finer than any printer, but limited by the size of the page.
 int PlacesFor(double longestSide) {
     constexpr double kLarge = 400.0, kSmall = 40.0;
     return longestSide >= kLarge ? 3 : longestSide >= kSmall ? 4 : 5;
@@ -129,7 +129,7 @@ void PdfContent::BeginClipPath(const ORVPrintClipPath& clip) {
     if (path)
         out_.PutPath(*path, clip.toPage);
     else
-        out_.Put("-1 -1 0 0 re\n");  // no area, in which nothing shows
+        out_.Put("-1 -1 0 0 re\n");  // an empty path, which hides everything
     out_.Put(clip.evenOdd ? "W* n\n" : "W n\n");
     out_.BeginClipped();
     ++openClips_;
@@ -208,8 +208,8 @@ void PdfContent::DrawShape(const ORVPrintShape& shape) {
     const ORVPrintPath* fillPath =
         shape.fill ? &FitPathToRange(shape.path, shape.toPage, kPdfCoordinateLimit, PathUse::kFill, fitted_)
                    : nullptr;
-    // One operator paints both, but where they overlap an opacity of the stroke would show the fill's
-    // absence.
+    // One operator can paint both, but with a transparent stroke the fill would be missing where they
+    // overlap.
     const PdfPaint fill = fillPath ? MakePaint(*shape.fill, box) : PdfPaint();
     const PdfPaint stroke = shape.stroke ? MakePaint(*shape.stroke, box) : PdfPaint();
     if (fillPath == &shape.path && shape.stroke && isSimple && stroke.colour.opacity == 255 &&
@@ -241,8 +241,8 @@ void PdfContent::StrokeShape(const ORVPrintShape& shape, const PdfPaint& paint, 
         out_.PutPath(path, shape.toPage);
         out_.Put("S\n");
     } else {
-        // The pen goes through the map. The path's own lengths are brought near those on the page, so
-        // that their digits suffice.
+        // The pen is transformed with the path. Path coordinates are scaled to about page size, so that their
+        // digits suffice.
         out_.Save();
         out_.Concatenate(shape.toPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale));
         SetStroke(paint, *shape.stroke, scale);
@@ -282,7 +282,7 @@ void PdfContent::StrokeOutlines(const ORVPrintText& text, const ORVGlyphRun& run
                                 const ORVPrintStroke& stroke) {
     ORVCollectOutlines(run, outlines_);
     if (outlines_.IsEmpty()) return;
-    // DrawShape counts boxes by itself; the text has been counted.
+    // DrawShape measures extents itself; the text has been measured already.
     std::vector<ORVMathBox2D> boxes;
     extent_->SwapBoxes(boxes);
     DrawShape({outlines_, text.toPage, nullptr, &stroke});
@@ -295,7 +295,7 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
     const bool isDrawnFont =
         document_.fonts.Find(*run.face, document_.file).GetKind() == PdfFont::Kind::kDrawn;
 
-    // A family without bold is thickened by a line of the fill's own colour.
+    // A family without a bold face is emboldened by a stroke in the fill's colour.
     ORVPrintStroke thickening;
     thickening.width = ORVFontFace::kSyntheticBoldStroke * run.size;
     thickening.join = ORVPrintStroke::Join::kRound;
@@ -305,8 +305,8 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         thickening.gradient = text.fill->gradient;
     }
 
-    // Which lines the text operators can draw: fonts that are drawings have none, a pen needs a map that
-    // keeps angles, and an opacity of its own must show the fill below.
+    // Strokes that the text operators can draw: not for Type 3 fonts; only with a similarity transformation,
+    // for the pen; and not if the stroke has its own opacity, which must show the fill below.
     const ORVPrintStroke* stroke = text.stroke ? text.stroke : isThickened ? &thickening : nullptr;
     const bool hasGradient = (text.fill && text.fill->gradient) || (stroke && stroke->gradient);
     ORVMathBox2D box;
@@ -315,10 +315,10 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         if (box.IsEmpty()) return;
     }
     const PdfPaint fillPaint = text.fill ? MakePaint(*text.fill, box) : PdfPaint();
-    // Not all readers know patterns for lines around text, and some put fills of patterns over the lines.
+    // Not all readers support patterns for text strokes, and some paint pattern fills over the strokes.
     const bool byOperator = stroke && !isDrawnFont && KeepsAngles(text.toPage) && !hasGradient &&
                             (!text.fill || stroke == &thickening || stroke->colour.opacity == 255);
-    // Text whose line alone shows, as an outline, is there to be found.
+    // Text that only has a stroke drawn as outlines is added invisibly, so that it can be searched.
     const bool isUnseen = !text.fill && (hasGradient || !text.stroke) && !isDrawnFont;
 
     if (text.fill || byOperator || isUnseen) {
@@ -334,7 +334,7 @@ void PdfContent::DrawRun(const ORVPrintText& text, const ORVGlyphRun& run) {
         EndMasked(fillPaint);
     }
     if (stroke && !byOperator) StrokeOutlines(text, run, *stroke);
-    // Both kinds of line at once: the thickening went unseen so far.
+    // Both strokes at once: the emboldening has not been drawn yet.
     if (isThickened && text.stroke) StrokeOutlines(text, run, thickening);
 }
 
@@ -349,7 +349,7 @@ void PdfContent::DrawImage(const ORVPrintImage& image) {
     out_.GetResources().NotePaint(!found.isGray, found.hasAlpha);
     out_.SetFillOpacity(255);
     out_.Save();
-    // The format's images stand on their lower left corner.
+    // PDF images have their origin at the lower left corner.
     const ORVMathAffine2D upright = image.toPage * ORVMathAffine2D{1.0, 0.0, 0.0, -1.0, 0.0, 1.0};
     out_.Concatenate(found.isTurned ? upright * found.turn : upright);
     out_.PutName('X', found.object);
@@ -366,7 +366,7 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
     out_.GetResources().AddObject(form.object);
     out_.GetResources().NotePaint(form.isColoured, form.isTransparent);
     out_.Save();
-    // What the form takes to be in force.
+    // The state that the form expects.
     out_.SetOpacity(255, 255);
     out_.SetPlainLine();
     out_.SetTextMode(0);
@@ -382,7 +382,7 @@ void PdfContent::DrawForm(const PdfForm& form, const ORVMathAffine2D& map) {
 void PdfContent::DrawGroup(unsigned int group, const ORVMathBox2D& box, PdfLayerPaint paint) {
     if (group == 0 || visible_.IsEmpty()) return;
     if (paint.mask != 0 && paint.opacity != 1.0) {
-        // Some readers let an opacity count for the mask, too, that stands beside it.
+        // Some readers also apply an opacity to a mask set with it.
         PdfContent inner(*this, box, true);
         inner.DrawGroup(group, box, {paint.opacity});
         group = inner.FinishGroup(paint.isIsolated);
@@ -429,7 +429,7 @@ PdfForm PdfContent::FinishForm() {
     std::string content = out_.Take();
     PdfForm form{0, box, extent_->GetPaintMargin(), resources.IsColoured(), resources.IsTransparent()};
     if (content.empty() || box.IsEmpty()) return form;
-    // Readers cut to this box: lines reach beyond their points at corners.
+    // Readers clip to this box; strokes extend beyond their points at corners.
     const double margin = extent_->GetPaintMargin() + 1.0;
     std::string entries = "/Subtype/Form/BBox[";
     for (const double side : {std::floor(ToRange(box.xMin - margin)), std::floor(ToRange(box.yMin - margin)),

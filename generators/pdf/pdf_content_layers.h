@@ -12,18 +12,18 @@
 
 class PdfFile;
 
-/// The layers of a document that viewers can show and hide: optional-content groups. A layer that comes on
-/// several pages, under the same layer and by the same label, is one group.
+/// The layers of a document that viewers can show and hide: optional-content groups. Layers with the same
+/// label and the same parent on several pages are one group.
 class PdfContentLayers {
 public:
-    /// Counts layers of equal labels from the start again.
+    /// Restarts the count of layers with equal labels.
     void BeginPage();
-    /// Begins a layer within those that are open. @return the object of its group
+    /// Begins a layer inside the open ones. @return the object of its group
     unsigned int Begin(const ORVPrintContentLayer& layer, PdfFile& file);
     /// Ends the innermost layer.
     void End() { open_.pop_back(); }
 
-    /// The catalogue's entry; empty without layers.
+    /// Entry for the catalogue; empty if there are no layers.
     std::string MakeProperties() const;
 
 private:
@@ -34,7 +34,7 @@ private:
     };
     static constexpr std::size_t kNone = ~std::size_t{0};
     using Siblings =
-        std::pair<std::size_t, std::string>;  // of one label: the group around them, and the label
+        std::pair<std::size_t, std::string>;  // layers with the same label: the parent group and the label
 
     void AppendOrder(std::string& text, const std::vector<std::size_t>& groups) const;
     std::string List(const char* key, bool (*isListed)(const Group&)) const;
@@ -42,5 +42,5 @@ private:
     std::vector<Group> groups_;
     std::vector<std::size_t> outermost_, open_;
     std::map<std::tuple<std::size_t, std::string, std::size_t>, std::size_t> known_;
-    std::map<Siblings, std::size_t> onPage_;  // how many there were so far
+    std::map<Siblings, std::size_t> onPage_;  // how many occurred so far on the page
 };

@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::string_view kProgram = "orvprint";
 
-/// A moment in the two forms that the format has. Both are empty when there is none, or its year has not four
-/// digits.
+/// A time in the two formats that PDF uses. Both are empty if there is none, or if its year does not have
+/// four digits.
 struct Moment {
     std::string pdf, xmp;
 
-    // Not by the C library, which reads the local time zone first of all.
+    // Not with the C library, which would read the local time zone first.
     explicit Moment(const std::optional<std::int64_t>& since1970) {
         using namespace std::chrono;
         constexpr sys_seconds kFirst = sys_days(year(0) / January / 1);
@@ -50,7 +50,7 @@ void AppendXml(std::string& text, std::string_view utf8) {
             case '>': text += "&gt;"; break;
             case '&': text += "&amp;"; break;
             default:
-                // XML holds no other control characters.
+                // XML allows no other control characters.
                 if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n') text += c;
         }
     }
@@ -65,7 +65,7 @@ void WriteTree(PdfFile& file, const PdfDocumentFacts& facts) {
     file.WriteObject(facts.pageTree, tree + "]>>");
 }
 
-/// @return the catalogue's entry, empty without titles
+/// @return entry for the catalogue, empty if there are no titles
 std::string WriteOutline(PdfFile& file, const std::vector<PdfPageEntry>& pages) {
     if (std::all_of(pages.begin(), pages.end(), [](const PdfPageEntry& page) { return page.title.empty(); }))
         return {};
@@ -89,7 +89,7 @@ std::string WriteOutline(PdfFile& file, const std::vector<PdfPageEntry>& pages) 
     return "/Outlines " + PdfReference(outline);
 }
 
-/// @return the catalogue's entry, empty when pages are known by their numbers
+/// @return entry for the catalogue, empty if labels equal page numbers
 std::string LabelEntry(const std::vector<PdfPageEntry>& pages) {
     if (std::all_of(pages.begin(), pages.end(), [](const PdfPageEntry& page) { return page.label.empty(); }))
         return {};
@@ -106,7 +106,7 @@ std::string LabelEntry(const std::vector<PdfPageEntry>& pages) {
     return labels + "]>>";
 }
 
-/// @return the catalogue's entry
+/// @return entry for the catalogue
 std::string WriteXmp(PdfFile& file, const std::string& title, const Moment& created) {
     std::string xmp =
         "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
@@ -131,7 +131,7 @@ std::string WriteXmp(PdfFile& file, const std::string& title, const Moment& crea
     return "/Metadata " + PdfReference(object);
 }
 
-/// @return the catalogue's entry, empty without places
+/// @return entry for the catalogue, empty if there are no destinations
 std::string WriteTargets(PdfFile& file, const std::map<std::string, std::string>& targets) {
     if (targets.empty()) return {};
     std::string names = "<</Names[";
@@ -164,7 +164,7 @@ unsigned int WriteInfo(PdfFile& file, const std::string& title, const Moment& cr
 
 void FinishPdfDocument(PdfFile& file, const PdfDocumentFacts& facts) {
     const Moment created(facts.creationTime);
-    // Both kinds of metadata say the same, in sound UTF-8.
+    // Both kinds of metadata contain the same, valid UTF-8.
     const std::string title = ORVIsWellFormedUTF8(facts.title) ? facts.title : std::string();
     WriteTree(file, facts);
     std::string catalogue = "<</Type/Catalog/Pages " + PdfReference(facts.pageTree);

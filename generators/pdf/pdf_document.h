@@ -10,21 +10,21 @@
 
 class PdfFile;
 
-/// What readers are told of a page besides its content.
+/// Data of a page besides its content.
 struct PdfPageEntry {
     unsigned int object = 0;
     std::string title, label;  ///< UTF-8, may be empty
 };
 
-/// What a document says of itself.
+/// Data of the document as a whole.
 struct PdfDocumentFacts {
     std::string title;                         ///< UTF-8, may be empty
     std::optional<std::int64_t> creationTime;  ///< seconds since 1970
-    unsigned int pageTree = 0;                 ///< object, to be written with the rest
+    unsigned int pageTree = 0;                 ///< reserved object; written by FinishPdfDocument
     std::vector<PdfPageEntry> pages;
-    std::string layers;                          ///< the catalogue's entry for layers; empty without
-    std::map<std::string, std::string> targets;  ///< places by name, in the order that the format asks for
+    std::string layers;                          ///< catalogue entry for layers; empty if there are none
+    std::map<std::string, std::string> targets;  ///< named destinations, in the order that PDF requires
 };
 
-/// Writes the page tree, outline, page labels, places and metadata, and ends the file.
+/// Writes the page tree, outline, page labels, destinations and metadata, and ends the file.
 void FinishPdfDocument(PdfFile& file, const PdfDocumentFacts& facts);

@@ -6,37 +6,37 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintPath.h"
 
-/// How far what is drawn reaches: the box of all that a form shows, and the boxes of groups of a page that
-/// links and their targets need. What is drawn within a clip counts as far as the clip lets it show. On a
-/// page nothing is measured while no box is open.
+/// Measures the extent of content: the bounding box of a form, and the boxes of groups on a page that links
+/// and their targets need. Clipped content counts as far as it is visible. On a page, nothing is measured
+/// while no box is open.
 class PdfExtent {
 public:
-    /// Of a page. @param area  of the page; boxes of groups end there
+    /// For a page. @param area  of the page; boxes of groups are clipped to it
     explicit PdfExtent(const ORVMathBox2D& area) : isForm_(false), area_(area) {}
-    /// Of a form.
+    /// For a form.
     PdfExtent() : isForm_(true) {}
 
-    /// False while nobody asks how far things reach, so that measuring them may be left out.
+    /// False if measuring can be skipped.
     bool IsMeasured() const { return isForm_ || !boxes_.empty(); }
 
-    /// Adds a path's points under a map. @param margin  added on all sides: half of a line's width
+    /// Adds the points of a transformed path. @param margin  added on all sides: half of the line width
     void AddPath(const ORVPrintPath& path, const ORVMathAffine2D& map, double margin);
-    /// Adds a box under a map. Does nothing while nothing is measured.
+    /// Adds a transformed box. Does nothing if nothing is measured.
     void AddBox(const ORVMathBox2D& box, const ORVMathAffine2D& map);
-    /// Says that paint may reach beyond the box: at corners of lines, and around text.
+    /// Records how far paint may extend beyond the box, at corners of lines and around text.
     void AddPaintMargin(double margin);
 
     void BeginClip(const ORVMathBox2D& box);
-    /// @return false when no clip is open
+    /// @return false if no clip is open
     bool EndClip();
 
-    /// The box of all that is drawn between the two calls, which nest.
+    /// Bounding box of everything drawn between the two calls, which nest.
     void BeginBox() { boxes_.emplace_back(); }
     ORVMathBox2D EndBox();
-    /// Exchanges the open boxes, so that what is drawn with an empty list counts for none of them.
+    /// Exchanges the list of open boxes. With an empty list, content counts for none of them.
     void SwapBoxes(std::vector<ORVMathBox2D>& boxes) { boxes_.swap(boxes); }
 
-    /// Of a form: what it covers without the margin, and the margin.
+    /// For a form: its bounding box without the margin, and the margin.
     const ORVMathBox2D& GetWholeBox() const { return wholeBox_; }
     double GetPaintMargin() const { return paintMargin_; }
 

@@ -23,21 +23,21 @@ namespace {
 
 constexpr int kQuickLevel = 1, kThoroughLevel = 6, kPieceLevel = 5;
 // Most content and fonts become 2 to 7 per cent smaller at the thorough level, which takes four times as
-// long: a quarter of what a typical drawing takes in all. What shrinks to less than this share is full of
-// repeats, such as lines of text, of which the quick level misses a quarter.
+// long: a quarter of the total time of a typical drawing. Data that compresses to less than this fraction is
+// repetitive, such as lines of text; the fast level makes it a quarter larger.
 constexpr double kRepetitiveShare = 0.3;
-// After so much content that is not repetitive, the rest is compressed faster still: a page of a hundred
+// After this much content that is not repetitive, the rest is compressed even faster: a page of a hundred
 // thousand shapes becomes a tenth larger and takes half as long.
 constexpr std::uint64_t kCarefulContentBytes = std::uint64_t{1} << 18U;
-// Below this, a thread would cost more than it saves.
+// Below this size, a thread would cost more than it saves.
 constexpr std::uint64_t kBytesWithoutThread = std::uint64_t{256} << 10U;
-// What may wait for the thread, so that memory stays bounded.
+// Maximum data waiting for the thread, to bound memory.
 constexpr std::size_t kWaitingBytes = std::size_t{1} << 20U;
-// When so much waits, the thread has enough to do, and what can be compressed by itself is so by the caller.
+// With this much waiting, the caller compresses independent streams itself.
 constexpr std::size_t kEnoughWaitingBytes = std::size_t{512} << 10U;
-// Longer streams that come in pieces are compressed as they come.
+// Longer streams that come in pieces are compressed incrementally.
 constexpr std::size_t kStreamPiece = std::size_t{1} << 20U;
-// Readers unpack an object stream as a whole to get at one object.
+// Readers decompress an object stream as a whole to access one object.
 constexpr unsigned int kObjectsInStream = 100;
 constexpr std::size_t kObjectStreamBytes = std::size_t{64} << 10U;
 
@@ -51,22 +51,22 @@ std::string_view AsText(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-/// One thing to be written.
+/// An object to be written.
 struct PdfFile::Job {
     enum class Kind { kWhole, kBegin, kPiece, kEnd };
     Kind kind = Kind::kWhole;
-    unsigned int number = 0;  // of the object; with kEnd of that which holds the length
+    unsigned int number = 0;  // object number; for kEnd, the object that holds the length
     Packing packing = Packing::kStored;
     std::string entries = {};  // of the stream's dictionary
     std::string bytes = {};
-    std::vector<std::uint8_t> packed = {};  // the bytes compressed; empty while they are not
+    std::vector<std::uint8_t> packed = {};  // the compressed bytes; empty until compressed
 };
 
-/// Compresses, writes, and notes where objects begin.
+/// Compresses, writes, and records object offsets.
 class PdfFile::Writer {
 public:
     Writer(ORVOutput& output, std::atomic<bool>& good) : output_(output), good_(good) {
-        // Bytes beyond ASCII in the second line tell transfer programs that the file is binary.
+        // Non-ASCII bytes in the second line mark the file as binary for transfer programs.
         Put("%PDF-1.5\n%\xE2\xE3\xCF\xD3\n");
     }
     ~Writer() {
@@ -85,8 +85,8 @@ public:
         }
     }
 
-    /// Whether all content that is still to come is compressed fast, each stream for itself, so that any
-    /// thread may do it.
+    /// True if all following content is compressed fast, each stream independently, so that any thread may do
+    /// it.
     bool IsContentFast() const { return isContentFast_.load(std::memory_order_acquire); }
 
     void Put(std::string_view bytes) {
@@ -98,11 +98,11 @@ public:
     }
 
     std::uint64_t GetPosition() const { return position_; }
-    /// Where an object begins, 0 when it was not written.
+    /// Offset of an object, 0 if it was not written.
     std::uint64_t GetOffset(unsigned int number) const {
         return number <= offsets_.size() ? offsets_[number - 1] : 0;
     }
-    /// 32 hexadecimal digits that stand for all bytes so far.
+    /// 32 hexadecimal digits derived from all bytes so far.
     std::string GetDigest() const {
         std::string digits;
         const auto add = [&digits](std::uint64_t value, int count) {
@@ -222,7 +222,7 @@ private:
     std::uint32_t crc_ = 0, adler_ = 1;
     std::vector<std::uint64_t> offsets_;
     Compressor quick_, thorough_;
-    std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // of what was not compressed fast
+    std::uint64_t contentBytes_ = 0, packedContentBytes_ = 0;  // excluding content that was compressed fast
     std::atomic<bool> isContentFast_{false};
     std::string packed_;
     std::vector<std::uint8_t> packedFast_;
@@ -233,7 +233,7 @@ private:
 /// The thread that compresses and writes, in the order of the jobs.
 class PdfFile::Worker {
 public:
-    /// Throws when no thread can be had.
+    /// Throws if no thread can be started.
     Worker(Writer& writer, std::atomic<bool>& good)
         : writer_(writer), good_(good), thread_([this] { Run(); }) {}
     ~Worker() {
@@ -293,7 +293,7 @@ private:
     std::deque<Job> jobs_;
     std::size_t waitingBytes_ = 0;
     bool closed_ = false;
-    std::thread thread_;  // last: it uses all of the above
+    std::thread thread_;  // last: it uses all members above
 };
 
 PdfFile::PdfFile(ORVOutput& output) : output_(output), writer_(std::make_unique<Writer>(output_, good_)) {}
@@ -306,13 +306,13 @@ void PdfFile::Hand(Job job) {
         try {
             worker_ = std::make_unique<Worker>(*writer_, good_);
         } catch (const std::system_error&) {
-            handedBytes_ = 0;  // no thread to be had: later perhaps
+            handedBytes_ = 0;  // no thread available; try again later
         }
     }
     if (!worker_) return writer_->Write(job);
     if (job.packing == Packing::kContent && writer_->IsContentFast() && worker_->HasEnough() &&
         ORVDeflateWhole(AsBytes(job.bytes), job.packed))
-        std::string().swap(job.bytes);  // with its memory
+        std::string().swap(job.bytes);  // releases the memory
     worker_->Take(std::move(job));
 }
 
@@ -349,7 +349,7 @@ void PdfFile::AppendToStream(std::string_view bytes) {
     openBytes_ += bytes;
     if (openBytes_.size() < kStreamPiece) return;
     if (lengthObject_ == 0) {
-        // The length is known when the stream has been written; it stands in an object of its own.
+        // The length is known only after the stream has been written, so it is a separate object.
         lengthObject_ = Reserve();
         openEntries_ += "/Length " + PdfReference(lengthObject_);
         Hand({Job::Kind::kBegin, openStream_, Packing::kDeflate, std::move(openEntries_), {}});
@@ -392,7 +392,7 @@ void PdfFile::Finish(unsigned int catalogue, unsigned int info) {
         std::string row(1, static_cast<char>(kind));
         for (std::size_t i = offsetBytes; i-- > 0;) row += static_cast<char>(place >> (8 * i));
         row += static_cast<char>(index);
-        rows += '\2';  // each byte as the difference to that of the row before
+        rows += '\2';  // PNG predictor Up: each byte minus the one above it
         for (std::size_t i = 0; i < rowBytes; ++i)
             rows +=
                 static_cast<char>(static_cast<unsigned char>(row[i]) - static_cast<unsigned char>(before[i]));

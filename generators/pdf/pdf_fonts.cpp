@@ -22,7 +22,7 @@ int ReadSigned16(std::string_view table, std::size_t at) {
     return static_cast<std::int16_t>(high << 8 | low);
 }
 
-/// Whether what would be embedded of a face that varies does so no more.
+/// True if the font program that would be embedded for a variable face is static: it has no "fvar" table.
 bool StandsStill(const ORVFontFace& face) {
     constexpr std::size_t kHeader = 12, kRecord = 16;
     const ORVFontSubset subset = face.MakeSubset({0}, "");
@@ -34,12 +34,12 @@ bool StandsStill(const ORVFontFace& face) {
     return true;
 }
 
-/// Faces whose file can be embedded: quadratic outlines.
+/// Faces whose file can be embedded: with quadratic outlines.
 bool IsPlainTrueType(const ORVFontFace& face) {
     return HasTable(face, "glyf") && HasTable(face, "loca") && (!HasTable(face, "fvar") || StandsStill(face));
 }
 
-/// Faces whose cubic outlines can be embedded: those that do not vary, and number their glyphs plainly.
+/// Faces whose cubic outlines can be embedded: not variable and not CID-keyed.
 bool IsPlainCff(const ORVFontFace& face) {
     const ORVFontBytes table = face.GetTable("CFF ");
     return !table.bytes.empty() && !HasTable(face, "fvar") && IsPlainCffTable(table.bytes);
@@ -89,7 +89,7 @@ PdfFont::PdfFont(const ORVFontFace& face, Kind kind, unsigned int object)
     : keptFace_(face.Share()), face_(face), kind_(kind), object_(object) {}
 
 unsigned int PdfFont::FindCode(std::uint32_t glyph, std::string_view text) {
-    // Nearly always a glyph stands for the same text.
+    // A glyph nearly always represents the same text.
     if (glyph < firstCodes_.size() && firstCodes_[glyph] != 0 &&
         entries_[firstCodes_[glyph] - 1].text == text)
         return firstCodes_[glyph];
@@ -111,7 +111,7 @@ void PdfFont::AppendCode(std::string& text, unsigned int code) const {
         const auto c = static_cast<char>(byte);
         if (c == '(' || c == ')' || c == '\\') text += '\\';
         if (c == '\r')
-            text += "\\r";  // a bare one would be read as a line feed
+            text += "\\r";  // an unescaped carriage return would be read as a line feed
         else
             text += c;
     };
@@ -120,7 +120,7 @@ void PdfFont::AppendCode(std::string& text, unsigned int code) const {
 }
 
 std::string PdfFont::MakeName() const {
-    // Six letters tell subsets of one font apart; the number of the object is one.
+    // Six letters distinguish subsets of a font; they encode the object number.
     std::string name;
     for (unsigned int i = 0, rest = object_; i < 6; ++i, rest /= 26)
         name += static_cast<char>('A' + rest % 26);
@@ -142,7 +142,7 @@ unsigned int PdfFont::WriteToUnicode(PdfFile& file) const {
     std::vector<unsigned int> codes;
     for (unsigned int i = 0; i < entries_.size(); ++i)
         if (!entries_[i].text.empty()) codes.push_back(i + 1);
-    // The format allows a hundred lines in a block.
+    // CMaps allow 100 entries per block.
     constexpr std::size_t kBlock = 100;
     for (std::size_t start = 0; start < codes.size(); start += kBlock) {
         const std::size_t end = std::min(start + kBlock, codes.size());
@@ -165,7 +165,7 @@ unsigned int PdfFont::WriteEncoding(PdfFile& file, const std::vector<std::uint32
         "/CIDInit /ProcSet findresource begin\n12 dict begin\nbegincmap\n"
         "/CIDSystemInfo <</Registry (Adobe)/Ordering (Identity)/Supplement 0>> def\n"
         "/CMapName /Codes def\n/CMapType 1 def\n1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n";
-    // The format allows a hundred lines in a block. The first glyph stands for no code.
+    // CMaps allow 100 entries per block. The first glyph has no code.
     constexpr std::size_t kBlock = 100;
     for (std::size_t start = 1; start < glyphs.size(); start += kBlock) {
         const std::size_t end = std::min(start + kBlock, glyphs.size());
@@ -218,7 +218,7 @@ void PdfFont::WriteProgram(PdfFile& file) const {
                   PdfReference(descriptorObject) + "/DW 0/W[";
     std::string encoding = "/Identity-H";
     if (isCff) {
-        // Glyphs go by their numbers in the program, to which the encoding maps the codes.
+        // Glyphs are addressed by index in the font program, to which the encoding maps codes.
         encoding = " " + PdfReference(WriteEncoding(file, subset.glyphs));
         std::map<std::uint32_t, double> widths;
         for (std::size_t i = 0; i < entries_.size(); ++i) widths[subset.glyphs[i + 1]] = entries_[i].width;
@@ -229,7 +229,7 @@ void PdfFont::WriteProgram(PdfFile& file) const {
         }
         descendant += "]>>";
     } else {
-        // Numbers of the glyphs by code.
+        // Glyph indices by code.
         std::string glyphNumbers;
         for (const std::uint32_t glyph : subset.glyphs) {
             glyphNumbers += static_cast<char>(glyph >> 8U);
@@ -254,7 +254,7 @@ void PdfFont::WriteProgram(PdfFile& file) const {
 }
 
 void PdfFont::WriteDrawn(PdfFile& file) const {
-    constexpr double kGlyphSpace = 1000.0;  // units of the drawings in one em
+    constexpr double kGlyphSpace = 1000.0;  // units per em of the glyph procedures
     std::string procedures, names, widths;
     ORVMathBox2D box;
     ORVPrintPath path;
@@ -302,7 +302,7 @@ void PdfFont::WriteDrawn(PdfFile& file) const {
 }
 
 void PdfFont::Write(PdfFile& file) const {
-    if (entries_.empty()) return;  // looked at, but never shown
+    if (entries_.empty()) return;  // found but never shown
     if (kind_ == Kind::kDrawn)
         WriteDrawn(file);
     else

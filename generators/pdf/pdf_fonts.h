@@ -12,28 +12,28 @@
 class ORVFontFace;
 class PdfFile;
 
-/// A font of the document: glyphs of one face, numbered as they are used. Every pair of a glyph and the text
-/// it stands for has a code of its own, so that text is found again exactly.
+/// A font of the document: glyphs of one face, numbered in order of use. Each pair of a glyph and its text
+/// has its own code, so that text extraction is exact.
 class PdfFont {
 public:
     enum class Kind {
-        kTrueType,  ///< the face's own quadratic outlines, codes of two bytes
-        kCff,       ///< the face's own cubic outlines, codes of two bytes
-        kDrawn,     ///< outlines written as drawings, codes of one byte: for faces of other formats
+        kTrueType,  ///< quadratic outlines of the face, two-byte codes
+        kCff,       ///< cubic outlines of the face, two-byte codes
+        kDrawn,     ///< outlines as Type 3 drawings with one-byte codes, for faces of other formats
     };
     PdfFont(const ORVFontFace& face, Kind kind, unsigned int object);
 
-    /// Code of a glyph that stands for `text` (UTF-8, may be empty). Codes start at 1.
-    /// @return 0 when the font is full
+    /// Returns the code of a glyph that represents `text` (UTF-8, may be empty). Codes start at 1.
+    /// @return 0 if the font is full
     unsigned int FindCode(std::uint32_t glyph, std::string_view text);
-    /// Width that the document states for a code, in thousandths of an em.
+    /// Width stated in the document for a code, in 1/1000 em.
     double GetWidth(unsigned int code) const { return entries_[code - 1].width; }
     Kind GetKind() const { return kind_; }
     unsigned int GetObject() const { return object_; }
-    /// Appends a code as the bytes of a string in round brackets.
+    /// Appends the bytes of a code, escaped for a literal string.
     void AppendCode(std::string& text, unsigned int code) const;
 
-    /// Writes the font with all its objects.
+    /// Writes all objects of the font.
     void Write(PdfFile& file) const;
 
 private:
@@ -45,12 +45,12 @@ private:
     unsigned int Capacity() const { return kind_ == Kind::kDrawn ? 0xFFU : 0xFFFFU; }
     std::string MakeName() const;
     unsigned int WriteToUnicode(PdfFile& file) const;
-    /// Maps codes to the numbers that the glyphs have in the font program.
+    /// Maps codes to glyph indices of the font program.
     unsigned int WriteEncoding(PdfFile& file, const std::vector<std::uint32_t>& glyphs) const;
     void WriteProgram(PdfFile& file) const;
     void WriteDrawn(PdfFile& file) const;
 
-    const std::shared_ptr<const void> keptFace_;  // where the drawing brings it
+    const std::shared_ptr<const void> keptFace_;  // keeps an embedded font alive
     const ORVFontFace& face_;
     const Kind kind_;
     const unsigned int object_;
@@ -62,9 +62,9 @@ private:
 /// All fonts of a document.
 class PdfFontTable {
 public:
-    /// The font to use for glyphs of `face` now: its latest one.
+    /// The current font for glyphs of `face`: the latest one.
     PdfFont& Find(const ORVFontFace& face, PdfFile& file);
-    /// A further font for a face whose latest one is full.
+    /// Adds another font for a face whose latest one is full.
     PdfFont& AddFont(const ORVFontFace& face, PdfFile& file);
     void WriteAll(PdfFile& file) const;
 

@@ -15,11 +15,11 @@
 
 namespace {
 
-// Thousandths of an em that the pen may be off before it is moved.
+// Maximum position error, in 1/1000 em, before the pen is moved.
 constexpr double kPenTolerance = 0.5;
 
-/// What each glyph of a cluster says by itself, for readers that do not look at what the cluster says: a
-/// character each where there are as many, in the order in which they are read; else the first says all.
+/// The text of each glyph in a cluster, for readers that ignore the replacement text of the cluster: one
+/// character per glyph in logical order if the counts match, otherwise all in the first.
 class ClusterTexts {
 public:
     ClusterTexts(std::string_view text, std::size_t glyphs, bool isRightToLeft)
@@ -27,10 +27,10 @@ public:
           isEach_(glyphs > 1 && CountCharacters(text) == glyphs),
           isRightToLeft_(isRightToLeft) {}
 
-    /// The text of the next glyph from the left; may be empty.
+    /// Text of the next glyph from the left; may be empty.
     std::string_view TakeNext() {
-        // A glyph that says nothing comes out as a replacement character: this one is not seen, and keeps
-        // what stands on both sides together.
+        // Readers show a glyph without text as a replacement character. This character is invisible and does
+        // not separate its neighbours.
         constexpr std::string_view kGraphemeJoiner = "\u034F";
         if (!isEach_) return std::exchange(rest_, rest_.empty() ? rest_ : kGraphemeJoiner);
         std::size_t at = isRightToLeft_ ? rest_.size() - 1 : 1;
@@ -41,7 +41,7 @@ public:
     }
 
 private:
-    /// True for the bytes of a character behind its first.
+    /// True for continuation bytes of UTF-8.
     static bool IsWithin(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
     static std::size_t CountCharacters(std::string_view text) {
         return static_cast<std::size_t>(
@@ -52,8 +52,8 @@ private:
     bool isEach_, isRightToLeft_;
 };
 
-/// The glyphs of a run on their way into the content. Those of one font on one line, at distances of their
-/// own or not, are one string or one array of strings.
+/// Writes the glyphs of a run. Consecutive glyphs of one font on one line form a string, or an array of
+/// strings with adjustments.
 class GlyphWriter {
 public:
     GlyphWriter(PdfOperators& out, PdfFontTable& fonts, PdfFile& file, const ORVPrintText& text,
@@ -63,8 +63,8 @@ public:
           file_(file),
           text_(text),
           run_(run),
-          // Sizes stand in the matrix as well as in the font's size; the latter keeps the size on the page
-          // readable.
+          // The size is in the matrix as well as in the font size; the latter keeps the size on the page
+          // recognisable.
           size_(run.size * text.toPage.Enlargement()),
           em_(run.size * run.expansion),
           latest_(&fonts.Find(*run.face, file)),
@@ -77,7 +77,7 @@ public:
     void WriteAll() {
         const std::vector<ORVGlyph>& glyphs = run_.glyphs;
         for (std::size_t first = 0; first < glyphs.size();) {
-            // A cluster is a glyph and those after it that have no text of their own.
+            // A cluster is a glyph and the following ones without text.
             std::size_t last = first + 1;
             while (last < glyphs.size() && glyphs[last].textLength == 0) ++last;
             WriteCluster(first, last);
@@ -135,9 +135,9 @@ private:
         pen_ = {glyph.x, glyph.y};
     }
 
-    /// Moves the pen between two strings when it is too far off.
+    /// Moves the pen between two strings if its position error is too large.
     void MovePen(const ORVGlyph& glyph) {
-        // How far the pen is; rounded as written, so that errors do not add up.
+        // Pen position error; rounded as written, so that errors do not accumulate.
         const double back = std::round((pen_.x - glyph.x) / em_ * 1e4) / 10.0;
         if (!(std::fabs(back) >= kPenTolerance)) return;
         if (isStringOpen_) shown_ += ')';
@@ -168,11 +168,12 @@ private:
     const ORVGlyphRun& run_;
     const double size_, em_;
     ORVMathAffine2D toPage_;
-    PdfFont* font_ = nullptr;  // in force
-    PdfFont* latest_;          // that further glyphs go to
+    PdfFont* font_ = nullptr;  // the one last set
+    PdfFont* latest_;          // the one for further glyphs
     std::string& shown_;
-    bool isArray_ = false, isStringOpen_ = false;  // within what is shown
-    ORVMathPoint2D pen_;                           // where the next glyph would go by itself, in layout space
+    bool isArray_ = false, isStringOpen_ = false;  // state of the show operator
+    // Where the next glyph would be placed without adjustment, in layout coordinates.
+    ORVMathPoint2D pen_;
 };
 
 }  // namespace

@@ -10,9 +10,9 @@ class PdfFontTable;
 class PdfOperators;
 struct ORVGlyphRun;
 
-/// Shows a run's glyphs with the text operators, within a text object that is open: chooses the fonts, places
-/// the glyphs, and says what each of them, or a cluster of them, stands for.
+/// Shows the glyphs of a run inside an open text object: chooses fonts, positions glyphs, and records the
+/// text that each glyph or cluster represents.
 /// @param text  the line that the run belongs to
-/// @param room  holds the glyphs that are being shown; kept between calls to save allocations
+/// @param room  buffer for glyphs, reused between calls to save allocations
 void ShowPdfGlyphs(PdfOperators& out, PdfFontTable& fonts, PdfFile& file, const ORVPrintText& text,
                    const ORVGlyphRun& run, std::string& room);

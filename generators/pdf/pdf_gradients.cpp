@@ -20,15 +20,15 @@ namespace {
 
 using Stop = ORVPrintGradientStop;
 
-// Places of stops are told apart to a millionth of the gradient.
+// Offsets of stops are written to a millionth of the gradient.
 constexpr int kOffsetPlaces = 6;
 constexpr std::int64_t kWhole = 1'000'000;
-// Repetitions are written out, so far. On a page as long as A4, more are finer than the dots of a printer.
+// Maximum number of repetitions written out. On an A4 page, more would be finer than printer dots.
 constexpr double kMostPeriods = 4096.0;
-// How much of a gradient's length serves to begin and end in another colour than there is beyond it.
+// Fraction of a gradient's length used for a different colour at an end.
 constexpr double kEdge = 0.001;
 
-/// What of the stops a function says.
+/// Which part of the stops a function describes.
 enum class Channel : std::uint8_t { kColour, kOpacity };
 
 bool IsSame(const ORVPrintColour& a, const ORVPrintColour& b) {
@@ -37,11 +37,11 @@ bool IsSame(const ORVPrintColour& a, const ORVPrintColour& b) {
 
 std::int64_t Place(const Stop& stop) { return ToFixed(std::clamp(stop.offset, 0.0, 1.0), kOffsetPlaces); }
 
-/// A part of a function that is put together, over a span of its domain.
+/// A part of a stitching function, over a span of its domain.
 struct Part {
     double from, to;
     std::string function;             ///< over a domain from 0 to 1
-    double atFrom = 0.0, atTo = 1.0;  ///< where in that function the part begins and ends
+    double atFrom = 0.0, atTo = 1.0;  ///< span of that function used for the part
 };
 
 void AppendOffset(std::string& text, double offset) {
@@ -66,7 +66,7 @@ std::string Stitch(std::span<const Part> parts) {
 }
 
 void AppendValues(std::string& text, const ORVPrintColour& colour, Channel channel) {
-    // Opacities are grays of three parts: not all readers leave grays of one part as they are in a shading.
+    // Opacities are written as RGB greys: some readers alter single-component greys in a shading.
     const std::uint8_t gray = colour.opacity;
     const bool isOpacity = channel == Channel::kOpacity;
     char separator = '[';
@@ -79,7 +79,7 @@ void AppendValues(std::string& text, const ORVPrintColour& colour, Channel chann
     text += ']';
 }
 
-/// A function over a domain from 0 to 1 that runs from one colour to another.
+/// A function over a domain from 0 to 1 that interpolates between two colours.
 std::string Ramp(const ORVPrintColour& from, const ORVPrintColour& to, Channel channel) {
     std::string text = "<</FunctionType 2/Domain[0 1]/N 1/C0";
     AppendValues(text, from, channel);
@@ -103,15 +103,15 @@ std::string FunctionOf(std::span<const Stop> stops, Channel channel) {
     return parts.size() == 1 ? parts.front().function : Stitch(parts);
 }
 
-/// A gradient in the simplest coordinates, for a shading: a line along the x axis from 0 to 1, or circles
-/// with the first one's centre at 0, the second one's on the x axis, and the larger radius 1.
+/// A gradient in normalised coordinates for a shading: a line along the x axis from 0 to 1, or circles with
+/// the first centre at 0, the second on the x axis, and the larger radius 1.
 struct Layout {
     ORVMathAffine2D toContent;
     bool isRadial = false;
-    double distance = 1.0;                   // of the second place from the first
-    double startRadius = 0.0, growth = 0.0;  // growth of the radius from 0 to 1
-    double low = 0.0, high = 1.0;            // places that the shading spans
-    bool isMean = false;                     // finer than can be told apart
+    double distance = 1.0;                   // from the start to the end point
+    double startRadius = 0.0, growth = 0.0;  // increase of the radius from 0 to 1
+    double low = 0.0, high = 1.0;            // parameters that the shading spans
+    bool isMean = false;                     // too fine to be visible
     double RadiusAt(double place) const { return startRadius + place * growth; }
 };
 
@@ -126,7 +126,7 @@ Layout LayOut(const ORVPrintGradient& gradient) {
     }
     const double size = std::max(gradient.startRadius, gradient.endRadius);
     if (!(size > 0.0)) {
-        // Without extent: the map has no inverse, which the caller looks for.
+        // Without extent: the matrix is not invertible, which the caller checks.
         layout.toContent = {0.0, 0.0, 0.0, 0.0, origin.x, origin.y};
         return layout;
     }
@@ -140,9 +140,9 @@ Layout LayOut(const ORVPrintGradient& gradient) {
     return layout;
 }
 
-/// A box's corners in the coordinates of a layout.
+/// Extent of a box in the coordinates of a layout.
 struct Corners {
-    double xMin = 0.0, xMax = 0.0, farthest = 0.0;  // the last from the origin
+    double xMin = 0.0, xMax = 0.0, farthest = 0.0;  // distance of the farthest corner from the origin
 };
 
 Corners FindCorners(const ORVMathBox2D& box, const ORVMathAffine2D& toLayout) {
@@ -157,7 +157,7 @@ Corners FindCorners(const ORVMathBox2D& box, const ORVMathAffine2D& toLayout) {
     return {mapped.xMin, mapped.xMax, farthest};
 }
 
-/// The least power of two that is no less, so that gradients of nearly the same size share what they can.
+/// Rounds up to a power of two, so that gradients of similar size share objects.
 double RoundUp(double count) {
     return static_cast<double>(std::bit_ceil(static_cast<std::uint32_t>(std::max(count, 1.0))));
 }
@@ -173,19 +173,19 @@ void RepeatLine(Layout& layout, const Corners& corners, bool isMirrored) {
     layout.high = RoundUp(count);
 }
 
-/// Circles repeat as far as they touch the box, and as they have a radius.
+/// Repeats circles as far as they touch the box and have a positive radius.
 void RepeatCircles(Layout& layout, const Corners& corners) {
     const double d = layout.distance, r = layout.startRadius, growth = layout.growth;
     if (!(corners.farthest <= kMostPeriods * (d + std::fabs(growth)))) {
         layout.isMean = true;
         return;
     }
-    // Circles that hold one another hold the box when they are large enough; others leave it behind.
+    // Nested circles contain the box once they are large enough; others move past it.
     const bool isNested = std::fabs(growth) >= d;
     const double reach = isNested ? corners.farthest - r : corners.farthest + r;
     const auto places = [&](double speed) {
         if (!(reach > 0.0)) return 0.0;
-        // Circles that touch do not leave each other behind at all.
+        // Touching circles never move past each other.
         const double most = kMostPeriods * std::fabs(speed);
         return most > reach ? std::min(std::ceil(reach / std::fabs(speed)), kMostPeriods) : kMostPeriods;
     };
@@ -201,7 +201,7 @@ void RepeatCircles(Layout& layout, const Corners& corners) {
     if (growth < 0.0) layout.high = std::min(layout.high, r / -growth);
 }
 
-/// Writes a gradient's objects.
+/// Writes the objects of a gradient.
 class GradientWriter {
 public:
     GradientWriter(const ORVPrintGradient& gradient, const Layout& layout, PdfObjectPool& pool)
@@ -224,7 +224,7 @@ public:
 private:
     unsigned int FindBase(Channel channel) { return pool_.Find(FunctionOf(gradient_.stops, channel)); }
 
-    /// Of several stops at an end, one says what lies beyond.
+    /// If several stops are at an end, one of them determines the colour beyond.
     unsigned int FindPadded(Channel channel) {
         const std::span<const Stop> stops = gradient_.stops;
         const unsigned int base = FindBase(channel);
@@ -268,7 +268,7 @@ private:
         });
     }
 
-    /// Those of one end of the shading.
+    /// The coordinates of one end of the shading.
     std::string Coordinates(double place) const {
         constexpr int kDigits = 9;
         std::string text;
@@ -286,7 +286,7 @@ private:
     PdfObjectPool& pool_;
 };
 
-/// All the stops as one colour.
+/// The mean colour of all stops.
 ORVPrintColour Mean(std::span<const Stop> stops) {
     std::array<double, 4> sums{};
     const auto add = [&](double length, const ORVPrintColour& colour) {
@@ -306,7 +306,7 @@ ORVPrintColour Mean(std::span<const Stop> stops) {
     return {rounded(sums[0]), rounded(sums[1]), rounded(sums[2]), rounded(sums[3])};
 }
 
-/// A graphics state under which what is painted has the opacities of a gradient.
+/// Writes a graphics state that applies the opacities of a gradient.
 unsigned int WriteOpacities(GradientWriter& writer, const Layout& layout, const ORVMathBox2D& painted,
                             PdfObjectPool& pool) {
     const unsigned int shading = writer.WriteShading(Channel::kOpacity);

@@ -6,22 +6,22 @@
 
 class PdfObjectPool;
 
-/// What an inside or a line is painted with.
+/// Paint of a fill or a stroke.
 struct PdfPaint {
-    ORVPrintColour colour;     ///< its opacity counts in any case, the rest of it without a pattern
+    ORVPrintColour colour;     ///< with a pattern, only the opacity is used
     unsigned int pattern = 0;  ///< object, 0 for none
-    unsigned int mask = 0;     ///< object of a graphics state that must be in force, 0 for none
+    unsigned int mask = 0;     ///< object of the required graphics state with a soft mask, 0 for none
 };
 
-/// Makes a paint of a gradient: a shading pattern, opacities that differ as a soft mask with a second
-/// shading. Gradients share what they have in common: functions depend on the stops only, shadings on the
-/// form of the gradient, and where it lies is left to the pattern.
+/// Converts a gradient to a paint: a shading pattern, with a second shading as soft mask if opacities vary.
+/// Gradients share objects: functions depend only on the stops, shadings only on the geometry, and the
+/// position is in the pattern's matrix.
 ///
-/// A gradient that repeats so often that nobody could tell its colours apart becomes their mean.
-/// @param painted    what the paint must cover, in the content's coordinates; neither empty nor infinite
-/// @param toDefault  from the content's coordinates to those before any map of the content
+/// A gradient that repeats too finely to be visible is replaced by its mean colour.
+/// @param painted    area to paint, in the content's coordinates; neither empty nor infinite
+/// @param toDefault  from the content's coordinates to default space, before any matrix
 PdfPaint MakePdfGradientPaint(const ORVPrintGradient& gradient, const ORVMathBox2D& painted,
                               const ORVMathAffine2D& toDefault, PdfObjectPool& pool);
 
-/// Appends a box as "[left bottom right top]", rounded to `places`.
+/// Appends a box as "[left bottom right top]", rounded to `places` decimal places.
 void AppendPdfBox(std::string& text, const ORVMathBox2D& box, int places);

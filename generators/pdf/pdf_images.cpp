@@ -17,17 +17,17 @@
 
 namespace {
 
-// Images of drawings that are done need not be kept in memory for ever.
+// Maximum memory of images kept after they were written.
 constexpr std::size_t kKeptBytes = std::size_t{512} << 20U;
 
-/// Filters rows as PNG does, which the format knows, too: smooth pictures become small numbers.
+/// Filters rows as PNG does, which PDF supports: smooth images become small numbers.
 class RowFilter {
 public:
     RowFilter(std::size_t rowBytes, std::size_t pixelBytes)
         : pixelBytes_(pixelBytes), before_(rowBytes, 0), filtered_(rowBytes + 1) {}
 
-    /// The filtered row, with its filter's number in front. Takes the one of three filters that gives the
-    /// smallest numbers.
+    /// The filtered row, preceded by the number of its filter. Tries three filters and uses the one with the
+    /// smallest values.
     std::string_view Filter(std::span<const std::uint8_t> row) {
         std::array<std::size_t, 3> sums{};
         for (std::size_t i = 0; i < row.size(); ++i) {
@@ -66,7 +66,7 @@ std::string SizeEntries(const ORVPixelImage& image, unsigned int bits) {
     return SizeEntries(image.GetWidth(), image.GetHeight(), bits);
 }
 
-/// From stored to shown pixels, both a unit square with y pointing down.
+/// From stored to displayed pixels, both as unit squares with y pointing down.
 ORVMathAffine2D TurnOf(int orientation) {
     constexpr std::array<ORVMathAffine2D, 8> kTurns{{{1.0, 0.0, 0.0, 1.0, 0.0, 0.0},
                                                      {-1.0, 0.0, 0.0, 1.0, 1.0, 0.0},
@@ -79,7 +79,7 @@ ORVMathAffine2D TurnOf(int orientation) {
     return kTurns[static_cast<std::size_t>(orientation - 1)];
 }
 
-/// What the pixels of an image need to come out as they are.
+/// Determines the most compact lossless representation of an image.
 class PixelSurvey {
 public:
     explicit PixelSurvey(std::span<const std::uint8_t> rgba) {
@@ -102,16 +102,16 @@ public:
     }
 
     bool IsGray() const { return isGray_; }
-    /// True when there are few colours.
+    /// True if there are few colours.
     bool HasPalette() const { return colours_.size() <= kMostColours; }
-    /// Bits that tell the colours apart by number.
+    /// Bits per palette index.
     unsigned int GetPaletteBits() const {
         const std::size_t count = colours_.size();
         return count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
     }
     const std::vector<std::uint32_t>& GetPalette() const { return colours_; }
     std::uint8_t GetNumber(std::uint32_t colour) const { return numbers_.at(colour); }
-    /// Bits that hold the grays, or the alphas, without loss.
+    /// Bits that represent the greys, or the alphas, without loss.
     unsigned int GetGrayBits() const { return BitsFor(grays_); }
     unsigned int GetAlphaBits() const { return BitsFor(alphas_); }
 
@@ -138,9 +138,9 @@ private:
     std::unordered_map<std::uint32_t, std::uint8_t> numbers_;
 };
 
-/// Writes one image whose rows `fill` puts into bytes.
-/// @param bits    of a sample
-/// @param isFiltered  whether neighbouring samples are likely to be near each other
+/// Writes an image whose rows `fill` converts to bytes.
+/// @param bits    per sample
+/// @param isFiltered  whether adjacent samples are likely to be similar
 template <class Fill>
 void WriteRows(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries,
                std::size_t samples, unsigned int bits, bool isFiltered, Fill fill) {
@@ -163,7 +163,7 @@ void WriteRows(PdfFile& file, unsigned int object, const ORVPixelImage& image, c
     file.EndStream();
 }
 
-/// Writes one number a pixel, of so many bits.
+/// Writes one number per pixel, with this many bits.
 template <class Number>
 void WriteNumbers(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries,
                   unsigned int bits, bool isFiltered, Number number) {
@@ -178,7 +178,7 @@ void WriteNumbers(PdfFile& file, unsigned int object, const ORVPixelImage& image
               });
 }
 
-/// Writes one of the four bytes of every pixel, which needs so many bits.
+/// Writes one of the four channels, with this many bits.
 void WriteChannel(PdfFile& file, unsigned int object, const ORVPixelImage& image, const std::string& entries,
                   unsigned int bits, std::size_t channel) {
     const unsigned int shift = 8U - bits;
@@ -223,7 +223,7 @@ void WriteColours(PdfFile& file, unsigned int object, const ORVPixelImage& image
               });
 }
 
-/// Writes a JPEG file as it is. @return false when its colours are not to be left to the reader
+/// Writes a JPEG file unchanged. @return false if readers may not interpret its colours correctly
 bool WriteJpeg(PdfFile& file, const ORVPixelImage& image, const std::string& common, PdfImage& written) {
     const ORVJpegSource* jpeg = image.GetTurnedJpegSource();
     if (!jpeg) return false;

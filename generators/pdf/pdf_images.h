@@ -12,35 +12,35 @@
 
 class PdfFile;
 
-/// An image as the document holds it.
+/// An image in the document.
 struct PdfImage {
     unsigned int object = 0;
     bool isGray = false;
     bool hasAlpha = false;
-    /// From the unit square of the object to that of the image, y pointing up in both: a photograph may lie
-    /// turned in its file.
+    /// From the unit square of the object to that of the image, y pointing up in both. Not the identity for
+    /// photographs stored rotated.
     ORVMathAffine2D turn;
     bool isTurned = false;
 };
 
-/// The images of a document. Each is held once, however often it is drawn, and from however many files of the
-/// same content it was read.
+/// The images of a document. Each is stored once, even if it is drawn repeatedly or read from several files
+/// with the same content.
 class PdfImageTable {
 public:
-    /// The image's object, which is written when it is first asked for.
-    /// @param smooth  whether enlarging is to blend pixels; tiles are not, for their edges would show
+    /// Returns the object of an image, writing it on first use.
+    /// @param smooth  whether readers should interpolate; false for tiles, whose edges would show
     const PdfImage& Find(const ORVPixelImage& image, bool smooth, PdfFile& file);
 
 private:
     struct Entry {
-        ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
+        ORVRef<const ORVPixelImage> image;  // keeps the address from being reused
         PdfImage written;
     };
-    /// The images of either smoothness.
+    /// Images of one kind of smoothing.
     struct Group {
         std::unordered_map<const ORVPixelImage*, Entry> byAddress;
         std::unordered_multimap<std::uint64_t, const ORVPixelImage*> byContent;
     };
     Group smooth_, plain_;
-    std::size_t bytes_ = 0;  // of the pixels of all entries
+    std::size_t bytes_ = 0;  // size of the pixels of all entries
 };

@@ -8,24 +8,24 @@
 
 #include "generators/pdf/pdf_file.h"
 
-/// Objects that a document holds once, however often they are asked for: what reads the same is the same
-/// object. Remembers a bounded amount of text; what was forgotten is written once more.
+/// Shares equal objects of a document: content that was written before yields the same object. The amount of
+/// text remembered is limited; forgotten objects are written again.
 class PdfObjectPool {
 public:
     explicit PdfObjectPool(PdfFile& file) : file_(file) {}
 
-    /// The object with this content, written when it is first asked for.
+    /// Returns the object with this content, writing it on first use.
     unsigned int Find(std::string content) {
         return FindBy(std::move(content),
                       [this](unsigned int object, std::string_view key) { file_.WriteObject(object, key); });
     }
-    /// The same for a stream. @param entries  of its dictionary, besides length and filter
+    /// The same for a stream. @param entries  of its dictionary, except length and filter
     unsigned int FindStream(const std::string& entries, const std::string& bytes) {
         return FindBy(entries + "stream" + bytes, [&](unsigned int object, std::string_view /*key*/) {
             file_.WriteStream(object, entries, bytes, PdfFile::Packing::kStored);
         });
     }
-    /// The object that a key stands for. @param write  called with its number and the key when it is new
+    /// Returns the object for a key. @param write  called with its number and the key if it is new
     template <class Write>
     unsigned int FindBy(std::string key, Write write) {
         if (const auto known = objects_.find(key); known != objects_.end()) return known->second;
@@ -49,5 +49,5 @@ private:
 
     PdfFile& file_;
     std::unordered_map<std::string, unsigned int> objects_;
-    std::size_t bytes_ = 0;  // of the keys, roughly
+    std::size_t bytes_ = 0;  // approximate size of the keys
 };

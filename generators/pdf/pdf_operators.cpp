@@ -17,16 +17,16 @@ namespace {
 
 // Dashes of a shorter period (user units) look like a solid line.
 constexpr double kShortestDashPeriod = 0.02;
-// Thinner lines (user units) than the dots of any device.
+// Lines thinner than this (user units) are thinner than any device's dots.
 constexpr double kHairline = 0.01;
-// A page's content comes in streams of this size, each of which is compressed on its own.
+// The content of a page is split into streams of this size, each compressed separately.
 constexpr std::size_t kPieceSize = std::size_t{256} << 10U;
 
 std::uint64_t ToKey(const ORVPrintColour& colour) {
     return std::uint64_t{colour.red} << 16U | std::uint64_t{colour.green} << 8U | colour.blue;
 }
 
-/// A component of a colour as a fraction of three digits, which tell 256 steps apart, and a blank.
+/// A colour component as a fraction with three digits, which distinguish 256 levels, and a space.
 struct ColourPart {
     std::array<char, 5> text{};
     std::size_t length = 0;
@@ -58,7 +58,7 @@ int ToPdf(ORVPrintStroke::Join join) {
     return join == ORVPrintStroke::Join::kRound ? 1 : join == ORVPrintStroke::Join::kBevel ? 2 : 0;
 }
 
-/// Maps a rectangle's outline to one along the axes. @return false when the path is none, or its map turns it
+/// Detects a path that is an axis-parallel rectangle on the page. @return false if it is not
 bool IsRectangle(const ORVPrintPath& path, const ORVMathAffine2D& map, ORVMathPoint2D& corner,
                  ORVMathPoint2D& opposite) {
     using Verb = ORVPrintPath::Verb;
@@ -93,7 +93,7 @@ void PdfOperators::PutPoint(const ORVMathPoint2D& p) {
 
 void PdfOperators::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map) {
     EndText();
-    // Operators are put together here, so that the content grows once for each.
+    // Operators are composed here, so that the content grows once per operator.
     std::array<char, 6 * (kNumberRoom + 1) + 4> room;
     const auto put = [this, &room](char* end, std::string_view name) {
         content_.append(room.data(), std::copy(name.begin(), name.end(), end));
@@ -122,7 +122,7 @@ void PdfOperators::PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map)
             }
             case ORVPrintPath::Verb::kClose: put(room.data(), "h\n"); break;
         }
-        if (formBox_.empty()) Flush();  // a form holds whole paths
+        if (formBox_.empty()) Flush();  // forms contain whole paths
     }
 }
 
@@ -210,9 +210,9 @@ void PdfOperators::EndClipped() {
 }
 
 void PdfOperators::FlushForm() {
-    // What repeats the open clips takes no more than half of a form.
+    // Operators that reopen clips take at most half of a form.
     const std::size_t written = content_.size() - repeated_;
-    if (openLayers_ > 0) return;  // a form holds whole layers
+    if (openLayers_ > 0) return;  // forms contain whole layers
     if (saved_.size() == clips_.size() && written >= std::max(kPieceSize, repeated_)) WriteForm();
 }
 
@@ -224,7 +224,7 @@ void PdfOperators::WriteForm() {
     file_->WriteStream(pieces_.back(),
                        "/Subtype/Form/BBox" + formBox_ + "/Resources " + PdfReference(formResources_),
                        std::move(content_), PdfFile::Packing::kContent);
-    // The next form begins as the first one did, and with the clips that are open.
+    // The next form starts with the initial state and the open clips.
     content_ = std::string();
     for (const std::string& clip : clips_) content_ += clip;
     repeated_ = content_.size();
@@ -337,7 +337,7 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
     const std::span<const double> dashes =
         period > kShortestDashPeriod ? stroke.dashes : std::span<const double>();
     const auto onPage = [scale](double dash) { return std::min(dash * scale, 10.0 * kPdfCoordinateLimit); };
-    // Dashes come again after two rounds, should their number be odd.
+    // An odd number of dashes repeats only after two rounds.
     const double offset =
         dashes.empty() || stroke.dashOffset == 0.0 ? 0.0 : std::fmod(stroke.dashOffset * scale, 2.0 * period);
     if (offset == state_.dashOffset &&
@@ -358,7 +358,7 @@ void PdfOperators::SetDashes(const ORVPrintStroke& stroke, double scale) {
 
 void PdfOperators::SetPen(const ORVPrintStroke& stroke, double scale) {
     double width = std::min(stroke.width * scale, kPdfCoordinateLimit);
-    // The format's line of width 0 is the thinnest that the device has.
+    // Line width 0 is the thinnest line of the device.
     if (!(width >= kHairline)) width = 0.0;
     SetLine(width, ToPdf(stroke.cap), ToPdf(stroke.join), stroke.miterLimit);
     SetDashes(stroke, scale);

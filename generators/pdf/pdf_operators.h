@@ -14,69 +14,68 @@
 class PdfFile;
 class PdfFont;
 
-/// What lies farther out (user units) is cut off: no page is larger, and readers hold coordinates in few
-/// bits.
+/// Maximum absolute coordinate, in user units: content beyond it is clipped. No page is larger, and readers
+/// have a limited range.
 inline constexpr double kPdfCoordinateLimit = 40'000.0;
 
-/// The operators of one content stream: numbers, paths, and the graphics state, of which nothing is written
-/// again that is in force already. It knows how things are said, not what is drawn, and keeps the list of
-/// what the operators refer to.
+/// Writes the operators of a content stream: numbers, paths and the graphics state, omitting settings that
+/// are already in force. It handles syntax, not drawing, and collects the resources that operators use.
 class PdfOperators {
 public:
-    /// @param file    receives the content as it grows; null keeps all of it, for forms
-    /// @param places  digits after the point of coordinates
+    /// @param file    receives the content as it grows; null keeps all of it in memory, for forms
+    /// @param places  decimal places of coordinates
     PdfOperators(PdfFile* file, int places) : file_(file), places_(places) {}
 
-    /// Takes nothing of the state to be known: a form begins with what is in force where it is shown.
+    /// Forgets the known graphics state: a form inherits an unknown state from where it is shown.
     void ForgetPaint();
 
     void Put(std::string_view text) { content_ += text; }
     void PutPoint(const ORVMathPoint2D& p);
-    /// The path's outline, without the operator that paints it.
+    /// Writes the outline of a path, without a painting operator.
     void PutPath(const ORVPrintPath& path, const ORVMathAffine2D& map);
-    /// A resource's name.
+    /// Writes the name of a resource.
     void PutName(char prefix, unsigned int number);
-    /// The four factors of a map, without its translation.
+    /// Writes the four coefficients of the linear part of a matrix.
     void PutFactors(const ORVMathAffine2D& map);
-    /// Says what the marked content that begins here stands for (UTF-8); "EMC" ends it.
+    /// Begins marked content with replacement text (UTF-8); "EMC" ends it.
     void BeginActualText(std::string_view text);
-    /// What comes until EndLayer belongs to a layer. @param object  its group
+    /// Begins content of an optional-content layer, until EndLayer. @param object  its group
     void BeginLayer(unsigned int object);
     void EndLayer();
-    /// Hands the content to the file when there is enough of it to be compressed on its own. Not called
-    /// within what Save and Restore enclose, but for clips.
+    /// Passes the content to the file if there is enough to compress separately. Must not be called between
+    /// Save and Restore, except for clips.
     void Flush();
-    /// Has content that no page holds come in pieces, too: in forms, each of which begins with the graphics
-    /// state that the whole begins with. Called before all that is put.
-    /// @param box  what the content may cover, as the format writes it
+    /// Splits content of forms into pieces too: nested forms, each of which starts with the graphics state of
+    /// the whole. Must be called before anything is put.
+    /// @param box  bounding box of the content, in PDF syntax
     void ComeInForms(std::string box);
-    /// Saves the state for a clip, which is put then; what it cuts comes between the other two.
+    /// Saves the state for a clip, which is put next; BeginClipped follows it, before the clipped content.
     void SaveForClip();
     void BeginClipped();
     void EndClipped();
 
-    /// Saves the state; Restore brings it back, and the map.
+    /// Saves the graphics state, including the matrix, until Restore.
     void Save();
     void Concatenate(const ORVMathAffine2D& map);
     void Restore();
-    /// Texts that follow each other share one text object; what cannot stand in one ends it.
+    /// Consecutive texts share a text object; anything not allowed in one ends it.
     void BeginText();
     void EndText();
 
     void SetFill(const ORVPrintColour& colour);
-    /// @param object  of the pattern
+    /// @param object  the pattern
     void SetFillPattern(unsigned int object);
     void SetFillOpacity(int opacity) { SetOpacity(opacity, state_.strokeOpacity); }
     void SetStroke(const ORVPrintColour& colour);
     void SetStrokePattern(unsigned int object);
     void SetStrokeOpacity(int opacity) { SetOpacity(state_.fillOpacity, opacity); }
     void SetOpacity(int fill, int stroke);
-    /// Puts a graphics state into force that is an object. What it sets is not known here: it stands within
-    /// Save and Restore.
+    /// Sets a graphics state object. Its settings are not tracked, so it must be enclosed in Save and
+    /// Restore.
     void SetState(unsigned int object);
-    /// Width, form and dashes of lines. @param scale  of lengths
+    /// Sets width, style and dashes of lines. @param scale  factor for lengths
     void SetPen(const ORVPrintStroke& stroke, double scale);
-    /// A line as it is at the start of a page, but for its width.
+    /// Resets line style to that at the start of a page, except the width.
     void SetPlainLine();
     void SetFont(const PdfFont& font, double size);
     void SetTextMode(int mode);
@@ -84,14 +83,14 @@ public:
     PdfResources& GetResources() { return resources_; }
     int GetPlaces() const { return places_; }
 
-    /// Ends the content and writes the rest of it. @return the streams that it came in
+    /// Ends the content and writes the rest. @return the streams it consists of
     std::vector<unsigned int> Finish();
-    /// Ends the content. @return all of it that was not handed to the file, which then shows the rest
+    /// Ends the content. @return the part not yet passed to the file, which shows the rest
     std::string Take();
 
 private:
     static constexpr std::uint64_t kUnknownColour = ~std::uint64_t{0};
-    static constexpr std::uint64_t kPatternColour = std::uint64_t{1} << 32U;  // the pattern's object added
+    static constexpr std::uint64_t kPatternColour = std::uint64_t{1} << 32U;  // the pattern's object is added
 
     struct State {
         std::uint64_t fill = 0, stroke = 0;  // red, green, blue from the upper bits down, or a pattern
@@ -124,10 +123,10 @@ private:
     bool isTextOpen_ = false;
     unsigned int openLayers_ = 0;
 
-    // Where content comes in forms.
-    std::string formBox_;             // empty where it does not
-    std::vector<std::string> clips_;  // operators of those that are open
-    std::size_t clipStart_ = 0;       // where those of the clip begin that is being put
-    std::size_t repeated_ = 0;        // what of the content repeats clips that were open before
+    // For content split into forms.
+    std::string formBox_;             // empty if it is not split
+    std::vector<std::string> clips_;  // operators of the open clips
+    std::size_t clipStart_ = 0;       // where the operators of the current clip begin
+    std::size_t repeated_ = 0;        // length of the content that repeats earlier clips
     unsigned int formResources_ = 0;
 };

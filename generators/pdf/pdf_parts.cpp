@@ -31,8 +31,8 @@ void PdfParts::BeginLayer(const ORVPrintLayer& layer) {
 bool PdfParts::BeginMask(const ORVPrintMask& mask) {
     if (parts_.empty() || parts_.back().kind != Kind::kLayer || !parts_.back().layer.hasMask) return false;
     Part& layer = parts_.back();
-    layer.layer.hasMask = false;  // has it no more than once
-    // The layer begins anew behind its mask, where that lets it show.
+    layer.layer.hasMask = false;  // a layer has at most one mask
+    // The layer begins again, limited to what the mask shows.
     layer.content->FinishGroup();
     const ORVMathBox2D visible = GetNextToTop().VisiblePart(layer.layer.box);
     layer.layer.box = {std::max(visible.xMin, mask.box.xMin), std::min(visible.xMax, mask.box.xMax),
@@ -91,6 +91,6 @@ void PdfParts::FinishMask() {
     --openMasks_;
     Part& layer = parts_.back();
     layer.paint.mask = group;
-    // A mask that shows nothing leaves nothing of the layer.
+    // A mask that shows nothing hides the whole layer.
     layer.content.emplace(GetNextToTop(), group != 0 ? layer.layer.box : ORVMathBox2D(), false);
 }

@@ -8,36 +8,36 @@
 #include "generators/pdf/pdf_content.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// What of a page is being drawn: the page itself, and in it symbols, layers and their masks, one within the
-/// other. Content goes to the innermost of them, and that to the one around it when it ends.
+/// The stack of content being drawn: the page and, nested in it, symbols, layers and masks. Content goes to
+/// the innermost part, which is added to the part around it when it ends.
 class PdfParts {
 public:
-    /// @param forms  the symbols that the document has; both must outlive this object
+    /// @param forms  the symbols of the document; must outlive this object, as must `document`
     PdfParts(PdfDocumentObjects& document, std::unordered_map<const void*, PdfForm>& forms, double width,
              double height)
         : document_(document), forms_(forms), page_(document, width, height) {}
 
     PdfContent& GetPage() { return page_; }
-    /// What is being drawn on.
+    /// The content being drawn on.
     PdfContent& GetTop() { return parts_.empty() ? page_ : *parts_.back().content; }
-    /// The number of open parts of these kinds.
+    /// Number of open symbols.
     unsigned int CountSymbols() const { return openSymbols_; }
-    /// Masks and tiles, in which nothing leads anywhere.
+    /// Number of open masks and tiles, in which links are ignored.
     unsigned int CountMasksAndTiles() const { return openMasks_ + openTiles_; }
 
-    /// @return false when the document has the symbol, which was then shown
+    /// @return false if the document already has the symbol, which was then shown
     bool BeginSymbol(const ORVPrintSymbol& symbol);
     void BeginTiles(const ORVPrintTiles& tiles);
     void BeginLayer(const ORVPrintLayer& layer);
-    /// Begins the mask of the layer that has just begun. @return false when there is no such layer
+    /// Begins the mask of the layer that has just begun. @return false if there is no such layer
     bool BeginMask(const ORVPrintMask& mask);
 
-    // Each returns false when what is to end is not what began last.
+    // Each returns false if the innermost open part is of another kind.
     bool EndSymbol() { return End(Kind::kSymbol); }
     bool EndTiles() { return End(Kind::kTiles); }
     bool EndLayer() { return End(Kind::kLayer); }
     bool EndMask() { return End(Kind::kMask); }
-    /// Ends all that is still open.
+    /// Ends all open parts.
     void EndAll();
 
 private:
@@ -46,7 +46,7 @@ private:
         Kind kind;
         ORVPrintSymbol symbol = {};
         ORVPrintTiles tiles = {};
-        ORVPrintLayer layer = {};  ///< its box cut to that of its mask, once that has begun
+        ORVPrintLayer layer = {};  ///< its box is clipped to that of its mask, once the mask has begun
         PdfLayerPaint paint = {};
         std::optional<PdfContent> content = {};
     };
@@ -56,7 +56,7 @@ private:
     void FinishTiles();
     void FinishLayer();
     void FinishMask();
-    /// What shows the innermost part.
+    /// The content that shows the innermost part.
     PdfContent& GetNextToTop() { return parts_.size() < 2 ? page_ : *parts_[parts_.size() - 2].content; }
 
     PdfDocumentObjects& document_;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// For what readers round.
+/// Margin for rounding by readers.
 constexpr double kMargin = 1.0;
 
 ORVMathBox2D Grown(const ORVMathBox2D& box, double margin) {

@@ -7,20 +7,20 @@
 
 struct ORVGlyphRun;
 
-// How far what is drawn can reach, in the coordinates of the content that it is drawn on.
+// Conservative bounding boxes, in the coordinates of the content that is drawn on.
 
-/// What two boxes both cover; empty when that has no area.
+/// Intersection of two boxes; empty if it has no area.
 ORVMathBox2D PdfCommonBox(const ORVMathBox2D& a, const ORVMathBox2D& b);
-/// The box of a path's points.
+/// Bounding box of the points of a path.
 ORVMathBox2D PdfPathBox(const ORVPrintPath& path, const ORVMathAffine2D& map);
-/// The box of a line of text before its map.
+/// Bounding box of a line of text, before its transformation.
 ORVMathBox2D PdfLineBox(const ORVTextLayout& layout);
-/// How far a line reaches to its sides; 0 for none. @param scale  of lengths
+/// Half of the line width; 0 for no stroke. @param scale  factor for lengths
 double PdfHalfWidth(const ORVPrintStroke* stroke, double scale);
-/// How many half widths a line reaches at corners and ends, at most.
+/// Maximum reach of a stroke at corners and ends, in half widths.
 double PdfCornerReach(const ORVPrintStroke& stroke);
-/// How far glyphs, and lines around them, may reach beyond the line's box.
+/// How far glyphs and their strokes may extend beyond the line's box.
 double PdfGlyphReach(const ORVGlyphRun& run, double scale);
-/// A box that holds all that is painted, and a little more.
+/// A box that contains all that is painted, with a small margin.
 ORVMathBox2D PdfPaintedBox(const ORVPrintShape& shape);
 ORVMathBox2D PdfPaintedBox(const ORVPrintText& text);

@@ -25,7 +25,7 @@ void AppendNamedObjects(std::string& text, std::string_view kind, char prefix,
     text += ">>";
 }
 
-/// Writes the tile of a pattern whose entries so far end within its matrix's brackets.
+/// Writes the tile of a pattern. `entries` ends inside the brackets of its matrix.
 void WriteTile(unsigned int object, const std::string& entries, const ORVPixelImage& tile,
                const PdfImage& image, PdfFile& file) {
     const std::string width = std::to_string(tile.GetWidth()), height = std::to_string(tile.GetHeight());
@@ -64,7 +64,7 @@ unsigned int PdfResources::FindPattern(const ORVPrintFill& fill, const ORVMathAf
     const unsigned int object = file.Reserve();
     const std::string width = std::to_string(fill.pattern->GetWidth()),
                       height = std::to_string(fill.pattern->GetHeight());
-    // A pattern's coordinates are those before any map of the content it is used in.
+    // Pattern coordinates are relative to default space, before any matrix of the content.
     std::string entries = "/Type/Pattern/PatternType 1/PaintType 1/TilingType 1/BBox[0 0 " + width + " " +
                           height + "]/XStep " + width + "/YStep " + height + "/Resources<</XObject<</I " +
                           PdfReference(image.object) + ">>>>/Matrix[";

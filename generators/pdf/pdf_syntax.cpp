@@ -10,7 +10,7 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789ABCDEF";
 
-/// Takes the character at the start of `text` off; U+FFFD for a byte that begins none.
+/// Removes and returns the first character of `text`; U+FFFD for an invalid byte.
 char32_t TakeCharacter(std::string_view& text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -63,7 +63,7 @@ void AppendPdfBytes(std::string& text, std::string_view bytes) {
     for (const char c : bytes) {
         if (c == '(' || c == ')' || c == '\\') text += '\\';
         if (c == '\r')
-            text += "\\r";  // a bare one would be read as a line feed
+            text += "\\r";  // an unescaped carriage return would be read as a line feed
         else
             text += c;
     }

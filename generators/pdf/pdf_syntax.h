@@ -6,20 +6,19 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// Digits after the point of lengths that nothing else says the digits of.
+/// Default number of decimal places of lengths.
 inline constexpr int kPdfPlaces = 4;
-/// Significant digits of factors.
+/// Significant digits of matrix coefficients.
 inline constexpr int kPdfFactorDigits = 9;
 
-/// Appends the six numbers of a map, each with a blank behind it.
+/// Appends the six coefficients of a matrix, each followed by a space.
 void AppendPdfMap(std::string& text, const ORVMathAffine2D& map);
-/// Appends a text string, in the format's Unicode form unless it is plain ASCII. What is no UTF-8 becomes
-/// U+FFFD.
+/// Appends a text string: plain ASCII, otherwise UTF-16 as PDF defines it. Invalid UTF-8 becomes U+FFFD.
 void AppendPdfText(std::string& text, std::string_view utf8);
-/// Appends UTF-8 as the hexadecimal digits of UTF-16.
+/// Appends UTF-8 text as hexadecimal UTF-16.
 void AppendHexUtf16(std::string& text, std::string_view utf8);
-/// Appends any bytes as a string in round brackets.
+/// Appends arbitrary bytes as a literal string in parentheses.
 void AppendPdfBytes(std::string& text, std::string_view bytes);
-/// Appends "N 0 R".
+/// Appends the reference "N 0 R".
 void AppendPdfReference(std::string& text, unsigned int object);
 std::string PdfReference(unsigned int object);

@@ -26,22 +26,22 @@
 namespace {
 
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
-// Sides of a page in points: the same as in PDF, which much PostScript becomes.
+// Maximum page size in points: that of PDF, to which PostScript is often converted.
 constexpr double kLargestSide = 14'400.0;
 constexpr double kLeastResolution = 300.0, kGreatestResolution = 1200.0;
-// Pixels of a page at most that is transparent all over.
+// Maximum pixels of an image for a page that is entirely transparent.
 constexpr double kPicturePixels = 5e7;
-// cairo makes a picture of every transparent part, and draws the whole page for each. Where there are more
-// parts than this, one picture takes in all of them.
+// cairo makes an image of every transparent part and draws the whole page for each. Beyond this number of
+// parts, they are joined into one image.
 constexpr std::size_t kMostPictures = 256;
 
-/// Dots an inch for pictures of transparent parts.
+/// Dots per inch for images of transparent parts.
 double FallbackResolution(double asked, double width, double height) {
     const double wanted = std::clamp(asked, kLeastResolution, kGreatestResolution);
     return std::min(wanted, std::sqrt(kPicturePixels * 72.0 * 72.0 / (width * height)));
 }
 
-/// A time in seconds since 1970 as it stands in comments; empty when it has no date of four digits.
+/// Formats a time in seconds since 1970 for a DSC comment; empty if its year does not have four digits.
 std::string DateText(std::int64_t time) {
     const auto seconds = static_cast<std::time_t>(time);
     std::tm parts{};
@@ -58,9 +58,9 @@ bool IsTransparent(const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
            (stroke && !stroke->gradient && stroke->colour.opacity < 255);
 }
 
-/// What went wrong, when it was not the output.
+/// Text of an error, unless it is one of the output.
 std::string TextOf(cairo_status_t status) {
-    // cairo keeps the pages in a temporary file until the last of them is known.
+    // cairo keeps pages in a temporary file until the last one is known.
     if (status == CAIRO_STATUS_TEMP_FILE_ERROR)
         return "no temporary file can be made; is TMPDIR a folder that may be written?";
     if (status == CAIRO_STATUS_WRITE_ERROR) return "the temporary file cannot be written; is the disk full?";
@@ -78,7 +78,8 @@ struct ORVPostScriptGenerator::State {
     State(ORVOutput& sink, const ORVFormatOptions& formatOptions, bool isEncapsulated)
         : output(sink), options(formatOptions), encapsulated(isEncapsulated) {}
 
-    /// Whether the pages so far are all in cairo's temporary file. @return 1, or a generator status
+    /// Checks whether all pages so far were stored in cairo's temporary file. @return 1, or a generator
+    /// status
     int CheckPages() {
         switch (ORVTemporaryData::GetLoss()) {
             case ORVTemporaryData::Loss::kNone: return kGeneratorDone;
@@ -102,7 +103,7 @@ struct ORVPostScriptGenerator::State {
                 static_cast<State*>(state)->filter->Write({reinterpret_cast<const char*>(bytes), size});
             return isGood ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
         } catch (const std::exception&) {
-            return CAIRO_STATUS_NO_MEMORY;  // nothing may be thrown through cairo
+            return CAIRO_STATUS_NO_MEMORY;  // exceptions must not pass through cairo
         }
     }
     int Open(double width, double height);
@@ -117,16 +118,16 @@ struct ORVPostScriptGenerator::State {
     ORVCairoCanvas canvas;
     CairoSurface surface;  // of the open part
     CairoContext context;
-    double sheetWidth = 0.0, sheetHeight = 0.0;  // of the open page, points
+    double sheetWidth = 0.0, sheetHeight = 0.0;  // of the open page, in points
     std::size_t transparentParts = 0;            // of the open page
-    ORVMathBox2D transparentBox;                 // around them, points
-    ORVMathBox2D joinedBox;                      // what is one picture already, points
+    ORVMathBox2D transparentBox;                 // their bounding box, in points
+    ORVMathBox2D joinedBox;                      // area already joined into one image, in points
     std::string documentTitle;
     ORVFailure failure;
 };
 
-/// Notes a part of the page, in page coordinates, that is transparent. Of many, cairo is made to see one, by
-/// something around them that it takes for transparent and that changes nothing.
+/// Records a transparent part of the page, in page coordinates. If there are many, cairo is made to join
+/// them: a shape around them that it takes for transparent, but that changes nothing, is drawn.
 void ORVPostScriptGenerator::State::NoteTransparent(const ORVMathBox2D& box) {
     if (box.IsEmpty()) return;
     const auto cut = [](double userUnits, double side) {
@@ -138,7 +139,7 @@ void ORVPostScriptGenerator::State::NoteTransparent(const ORVMathBox2D& box) {
     const bool isJoined = all.xMin >= joinedBox.xMin && all.xMax <= joinedBox.xMax &&
                           all.yMin >= joinedBox.yMin && all.yMax <= joinedBox.yMax;
     if (++transparentParts <= kMostPictures || isJoined) return;
-    // With some room to grow, so that this happens a few times only.
+    // With a margin, so that this happens only a few times.
     const double marginX = 0.05 * sheetWidth, marginY = 0.05 * sheetHeight;
     joinedBox.Add({std::max(all.xMin - marginX, 0.0), std::max(all.yMin - marginY, 0.0)});
     joinedBox.Add({std::min(all.xMax + marginX, sheetWidth), std::min(all.yMax + marginY, sheetHeight)});
@@ -210,8 +211,8 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
                 " is larger than PostScript output may be (5080 mm); fit it to a sheet with --paper");
         return kPageTooLarge;
     }
-    // Sheets are counted in whole points, an A4 sheet for example as 595 by 842. The box around an EPS page
-    // must hold all of it.
+    // Sheets have whole points: A4, for example, is 595 by 842. The bounding box of an EPS page must contain
+    // all of it.
     const double sheetWidth = std::max(1.0, state.encapsulated ? std::ceil(width - 1e-6) : std::round(width));
     const double sheetHeight =
         std::max(1.0, state.encapsulated ? std::ceil(height - 1e-6) : std::round(height));
@@ -237,7 +238,8 @@ int ORVPostScriptGenerator::BeginPage(const ORVPrintPageInfo& info) {
     const double resolution = FallbackResolution(state.options.dotsPerInch, sheetWidth, sheetHeight);
     cairo_surface_set_fallback_resolution(surface, resolution, resolution);
     cairo_ps_surface_dsc_begin_page_setup(surface);
-    // Pages lie as they are read, wide ones too: viewers and converters turn what is called landscape.
+    // Pages are upright as read, including wide ones: viewers and converters rotate those marked as
+    // landscape.
     cairo_ps_surface_dsc_comment(surface, "%%PageOrientation: Portrait");
     state.canvas.SetTarget(state.context.get(), kPointsPerUserUnit);
     return state.Check(state.canvas.Status());

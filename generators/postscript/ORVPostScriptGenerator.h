@@ -10,15 +10,15 @@
 
 class ORVOutput;
 
-/// Writes PostScript, of level 3 where the content needs that, or EPS, through cairo: vectors, text in
-/// embedded fonts, JPEG pictures as they are. A user unit is 0.8 point. What the format has not, such as
-/// transparency, becomes a picture of that part of the page. Groups and links have no place in it.
+/// Writes PostScript (level 3 if the content requires it) or EPS with cairo: vectors, text in embedded fonts,
+/// JPEG files unchanged. A user unit is 0.8 point. Effects that PostScript lacks, such as transparency,
+/// become an image of that part of the page. Groups and links are ignored.
 class ORVPostScriptGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
-    /// @param output        receives all pages as one part, or a part a page of EPS; must outlive the
-    /// generator
-    /// @param options       pictures of transparent parts have at least 300 dots an inch
-    /// @param encapsulated  EPS
+    /// @param output        receives all pages as one part or, for EPS, one part per page; must outlive the
+    ///                      generator
+    /// @param options       images of transparent parts have at least 300 dots per inch
+    /// @param encapsulated  writes EPS
     ORVPostScriptGenerator(ORVOutput& output, const ORVFormatOptions& options, bool encapsulated);
     ~ORVPostScriptGenerator() override;
 

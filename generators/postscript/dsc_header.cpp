@@ -8,7 +8,7 @@
 #include "generators/common/number_text.h"
 
 std::string DscText(std::string_view text) {
-    // A line holds 255 characters, the comment's name among them.
+    // A line has at most 255 characters, including the comment's keyword.
     constexpr std::size_t kLongest = 200;
     const bool isPlain = text.size() <= kLongest && !text.starts_with('(') &&
                          std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
@@ -16,8 +16,8 @@ std::string DscText(std::string_view text) {
     std::string result = "(";
     for (std::size_t i = 0; i < text.size(); ++i) {
         auto byte = static_cast<unsigned char>(text[i]);
-        if ((byte & 0xC0U) == 0x80U) continue;  // belongs to the character before it
-        // The encoding that readers take is Latin-1: the first two bytes that begin a pair.
+        if ((byte & 0xC0U) == 0x80U) continue;  // continuation byte of UTF-8
+        // Readers expect Latin-1, whose characters begin with these two bytes in UTF-8.
         const bool isLatin = (byte == 0xC2 || byte == 0xC3) && i + 1 < text.size();
         if (isLatin)
             byte = static_cast<unsigned char>((byte & 3U) << 6U |
@@ -53,7 +53,7 @@ std::string DscHeaderFilter::Rewrite(std::string_view line) const {
         return header_.creationDate.empty() ? std::string()
                                             : "%%CreationDate: " + header_.creationDate + "\n";
     if (line.starts_with("%%BoundingBox:")) {
-        // The drawing hangs at the upper edge of a sheet of whole points.
+        // The drawing is aligned with the top of a sheet of whole points.
         const double width = std::ceil(header_.width - 1e-6), height = std::ceil(header_.height - 1e-6);
         const auto number = [](double value) {
             std::string text;

@@ -6,26 +6,25 @@
 
 class ORVOutput;
 
-/// What the comments at the head of a PostScript file are to say.
+/// Contents of the DSC header comments of a PostScript file.
 struct DscHeader {
     std::string title;         ///< UTF-8, may be empty
-    std::string creationDate;  ///< empty for none
-    /// Size of the largest page, points.
+    std::string creationDate;  ///< empty if not stated
+    /// Size of the largest page, in points.
     double width = 0.0, height = 0.0;
     bool encapsulated = false;
 };
 
-/// Passes a PostScript document on to an output, its head comments put right on the way: the author's words
-/// for title and creator, no time of day, and the page as bounding box. Everything else goes through as it
-/// comes.
+/// Copies a PostScript document to an output and corrects its header comments: title and creator as given, no
+/// time of day, and the page size as bounding box. All else is copied unchanged.
 class DscHeaderFilter {
 public:
-    /// @param header  is read when the head of the document comes along; must stay until then
+    /// @param header  read when the header of the document is written; must live until then
     DscHeaderFilter(ORVOutput& output, const DscHeader& header) : output_(output), header_(header) {}
 
-    /// @return false when the output failed
+    /// @return false if the output failed
     bool Write(std::string_view bytes);
-    /// To be called after the last byte. @return false when the output failed
+    /// Must be called after the last byte. @return false if the output failed
     bool Finish();
 
 private:
@@ -35,9 +34,9 @@ private:
     ORVOutput& output_;
     const DscHeader& header_;
     bool isInHead_ = true;
-    std::string line_;  // of the head, as far as it has come
+    std::string line_;  // current line of the header, possibly incomplete
 };
 
-/// A text as comments take it: as it is when it consists of printable characters, else as a PostScript
-/// string, cut off where the line would be too long.
+/// Formats a text for a DSC comment: unchanged if it is printable ASCII, otherwise as a PostScript string,
+/// truncated to the maximum line length.
 std::string DscText(std::string_view text);

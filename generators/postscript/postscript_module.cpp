@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Stands in for a generator that cannot be had.
+/// Placeholder for a generator that cannot be loaded.
 class MissingGenerator final : public ORVFormatGenerator, public ORVPrintGenerator {
 public:
     explicit MissingGenerator(ORVFailure failure) : failure_(std::move(failure)) {}

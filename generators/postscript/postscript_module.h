@@ -8,19 +8,18 @@
 
 class ORVOutput;
 
-// PostScript is written through cairo, which takes time to load. So it lives in a library of its own, loaded
-// when somebody asks for the format.
+// PostScript is written with cairo, which takes time to load. It is therefore a module, loaded when the
+// format is requested.
 
 inline constexpr char kPostScriptModule[] = "liborvpostscript.so";
 inline constexpr char kPostScriptFactory[] = "orvCreatePostScriptGenerator";
-/// What the module exports under that name. @return a generator that the caller deletes, null when memory is
-/// spent
+/// Type of the module's exported function. @return a generator owned by the caller; null when out of memory
 using PostScriptFactory = ORVFormatGenerator* (*)(ORVOutput& output, const ORVFormatOptions& options,
                                                   bool encapsulated);
 
-/// A generator of the module. Where the module is missing, a generator that says so instead of beginning a
-/// document.
-/// @param encapsulated  EPS, a page a part, instead of one document of all pages
+/// Creates a generator of the module. If the module is missing, the generator fails in BeginDocument with an
+/// error that says so.
+/// @param encapsulated  EPS with one part per page, instead of one document of all pages
 std::unique_ptr<ORVFormatGenerator> LoadPostScriptGenerator(ORVOutput& output,
                                                             const ORVFormatOptions& options,
                                                             bool encapsulated);

@@ -5,16 +5,14 @@
 
 class ORVOutput;
 
-/// Writes a document as a stream of PWG Raster, which driverless printers take: sRGB, grey of 8 bits, or
-/// black of one bit.
+/// Writes a PWG Raster document, for driverless printers: sRGB, 8-bit grey or 1-bit black.
 class ORVPwgGenerator final : public ORVRasterGenerator {
 public:
     /// @param output  receives one part; must outlive the generator
     ORVPwgGenerator(ORVOutput& output, const ORVRasterOptions& options);
 };
 
-/// Writes a document as a stream of Apple Raster ("URF"), which the printers of AirPrint take: sRGB, or grey
-/// of 8 bits.
+/// Writes an Apple Raster ("URF") document, for AirPrint printers: sRGB or 8-bit grey.
 class ORVUrfGenerator final : public ORVRasterGenerator {
 public:
     /// @param output  receives one part; must outlive the generator

@@ -19,7 +19,7 @@ namespace {
 constexpr double kUserUnitsPerInch = 90.0;
 constexpr double kHundredthsOfMillimetrePerInch = 2540.0;
 
-/// The library's functions.
+/// Functions of the library, loaded on first use.
 struct CupsLibrary {
     ORVLoadedLibrary library{"libcups.so.2"};
     decltype(cupsRasterOpenIO)* open = nullptr;
@@ -48,7 +48,7 @@ ssize_t Write(void* context, unsigned char* bytes, size_t size) {
     try {
         return static_cast<ORVOutput*>(context)->Write(bytes, size) == 1 ? static_cast<ssize_t>(size) : -1;
     } catch (const std::exception&) {
-        return -1;  // nothing may be thrown through the library
+        return -1;  // exceptions must not pass through the library
     }
 }
 
@@ -56,7 +56,7 @@ const char* TypeOf(RasterPixels pixels, PrintRaster raster) {
     switch (pixels) {
         case RasterPixels::kGrey: return "sgray_8";
         case RasterPixels::kBlack: return raster == PrintRaster::kApple ? "sgray_8" : "black_1";
-        case RasterPixels::kClear: break;  // does not come here
+        case RasterPixels::kClear: break;  // not used here
         case RasterPixels::kRGB: break;
     }
     return "srgb_8";
@@ -68,9 +68,8 @@ int HundredthsOfMillimetre(double userUnits) {
 
 int WholeDotsPerInch(const RasterPageInfo& page) { return static_cast<int>(std::lround(page.dotsPerInch)); }
 
-/// Makes the header for the paper that has the page's size. A size that is that of some paper gets its name,
-/// any other one a name of its own.
-/// @return false when the library has no paper for it
+/// Creates the header for a paper of the page's size. Known sizes get their name, others a custom name.
+/// @return false if the library cannot represent the size
 bool MakeHeader(const CupsLibrary& library, const RasterPageInfo& page, PrintRaster raster,
                 cups_page_header2_t& header) {
     std::memset(&header, 0, sizeof header);
@@ -81,7 +80,7 @@ bool MakeHeader(const CupsLibrary& library, const RasterPageInfo& page, PrintRas
                                        nullptr, nullptr) == 1;
 }
 
-/// Grey pixels for those of one bit, of which the highest of a byte is the first, and 1 is black.
+/// Expands 1-bit pixels (most significant bit first, 1 for black) to grey.
 void WidenToGrey(const std::uint8_t* bits, std::uint8_t* grey, int width) {
     for (int x = 0; x < width; ++x) grey[x] = bits[x / 8] & (0x80U >> (x % 8)) ? 0 : 0xFF;
 }
@@ -133,7 +132,7 @@ int PwgSink::BeginPage(const RasterPageInfo& page) {
         failed_ = true;
         return kDrawingFailed;
     }
-    // The pixels are ours, and so is their number: a page has one at least.
+    // The pixel format and size are set here: a page has at least one pixel.
     const unsigned int bits = header.cupsBitsPerPixel;
     header.cupsWidth = static_cast<unsigned int>(page.width);
     header.cupsHeight = static_cast<unsigned int>(page.height);
@@ -162,7 +161,7 @@ void PwgSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
 
 int PwgSink::WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_t>& bytes) {
     const auto size = static_cast<unsigned int>(bytes.size());
-    auto* data = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    auto* data = const_cast<std::uint8_t*>(bytes.data());  // only read
     failed_ = CupsLibrary::Get().writePixels(stream_, data, size) != size;
     return failed_ ? Failure() : static_cast<int>(kGeneratorDone);
 }

@@ -7,7 +7,7 @@
 #include "generators/raster/ORVBandSink.h"
 
 class ORVOutput;
-// The library's own name for it.
+// Macro of the library's header.
 #ifdef __clang__
 #pragma clang diagnostic push
 #pragma clang diagnostic ignored "-Wreserved-identifier"
@@ -17,18 +17,18 @@ struct _cups_raster_s;
 #pragma clang diagnostic pop
 #endif
 
-/// The two streams of pixels that driverless printers take. They hold the same pages; Apple Raster has no
-/// pixels of one bit, so that black and white comes as grey.
+/// Raster streams for driverless printers. They are equivalent, except that Apple Raster has no 1-bit pixels:
+/// black and white is sent as grey.
 enum class PrintRaster : std::uint8_t { kPWG, kApple };
 
-/// Writes pages as PWG Raster or Apple Raster through the print system's library.
+/// Writes pages as PWG Raster or Apple Raster with the print system's library.
 class PwgSink final : public ORVBandSink {
 public:
     /// @param output  must outlive the sink
     PwgSink(ORVOutput& output, PrintRaster raster) : output_(output), raster_(raster) {}
     ~PwgSink() override;
 
-    /// A page has the pixels that the library gives to paper of its size.
+    /// Uses the size in pixels that the library computes for the paper size.
     void FitPage(RasterPageInfo& page) const override;
     int BeginPage(const RasterPageInfo& page) override;
     void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const override;
@@ -44,5 +44,6 @@ private:
     PrintRaster raster_;
     _cups_raster_s* stream_ = nullptr;
     bool failed_ = false;
-    int greyWidth_ = 0;  // pixels in a row that come as bits and go as grey; 0 when they go as they come
+    // Width of rows converted from bits to grey; 0 if rows are not converted.
+    int greyWidth_ = 0;
 };

@@ -10,55 +10,55 @@
 
 #include "platform/system/ORVFailure.h"
 
-/// What a page's pixels are: bytes of red, green and blue, or one of grey; or black and white, eight pixels a
-/// byte, the leftmost in the highest bit, 1 being black.
-/// kClear are four bytes of red, green, blue and opacity on paper that is transparent; colours are multiplied
-/// by the opacity.
+/// Pixel formats: RGB bytes, one grey byte, or one bit per pixel with the leftmost in the most significant
+/// bit and 1 for black. kClear is premultiplied RGBA, four bytes, on transparent paper.
 enum class RasterPixels : std::uint8_t { kRGB, kGrey, kBlack, kClear };
 
 struct RasterPageInfo {
-    int width = 0, height = 0;  ///< pixels
+    int width = 0, height = 0;  ///< in pixels
     double dotsPerInch = 0.0;
     double pageWidth = 0.0, pageHeight = 0.0;  ///< user units of 1/90 inch
     RasterPixels pixels = RasterPixels::kRGB;
-    int bandRows = 0;                        ///< of all bands but the last, which may have fewer
-    unsigned int number = 0, pageCount = 0;  ///< of the page; of all, 0 when that is not known
-    std::string_view title;                  ///< of the document
+    /// Rows of a band; the last band of a page may have fewer.
+    int bandRows = 0;
+    /// Number of this page; pages of the document, 0 if not known.
+    unsigned int number = 0, pageCount = 0;
+    std::string_view title;  ///< title of the document
 };
 
-/// A band of rows, whole pixels of which follow each other without gaps.
+/// A band of consecutive rows. The pixels of a row are contiguous.
 struct RasterBand {
     int firstRow = 0, rowCount = 0;
     const std::uint8_t* pixels = nullptr;
-    std::size_t rowBytes = 0;  ///< that hold pixels
-    std::size_t stride = 0;    ///< from row to row
-    bool isBlank = false;      ///< white all over, or transparent
+    std::size_t rowBytes = 0;  ///< bytes of pixels in a row
+    std::size_t stride = 0;    ///< bytes from one row to the next
+    bool isBlank = false;      ///< entirely white, or entirely transparent
 };
 
-/// Where the bands of a page go: an encoder.
+/// Receives the bands of a page: an encoder of a raster format.
 class ORVBandSink {
 public:
     virtual ~ORVBandSink() = default;
 
-    /// True when a page without colours may come as grey though colours were asked for.
+    /// True if a page that has only greys may be encoded as grey even though colour was requested.
     virtual bool TakesGreyForColour() const { return false; }
-    /// Sets the width and height of a page whose other facts are known, where the format has a rule of its
-    /// own for them. They are rounded to the nearest whole number before.
+    /// Changes the width and height of a page if the format requires it; all other fields are set. By default
+    /// they stay rounded to the nearest pixel.
     virtual void FitPage(RasterPageInfo& /*page*/) const {}
     /// Begins a page. @return 1, or a generator status
     [[nodiscard]] virtual int BeginPage(const RasterPageInfo& page) = 0;
-    /// Encodes a band into bytes. Called by several threads at a time, for bands in any order.
+    /// Encodes a band into `bytes`. Called from several threads at once, for bands in any order.
     virtual void EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& bytes) const = 0;
-    /// Takes the bytes of the next band, from the top. @return 1, or a generator status
+    /// Writes the bytes of the next band; bands come from top to bottom. @return 1, or a generator status
     [[nodiscard]] virtual int WriteBand(const RasterBand& band, const std::vector<std::uint8_t>& bytes) = 0;
     [[nodiscard]] virtual int EndPage() = 0;
     [[nodiscard]] virtual int EndDocument() = 0;
 
-    /// What went wrong; nothing when nothing did, or when it was the output.
+    /// The error, if any. Errors of the output are reported by the output itself.
     const ORVFailure& GetFailure() const { return failure_; }
 
 protected:
-    /// Notes that the library behind the format cannot draw, in words.
+    /// Records an error of the library behind the format, with this text.
     void NoteNotDrawn(std::string text) {
         failure_ = ORVFailure::Of(ORVFailureReason::kNotDrawn, std::move(text));
     }

@@ -16,15 +16,16 @@
 namespace {
 
 constexpr double kUserUnitsPerInch = 90.0;
-// Lines are at least so wide (pixels). With levels, thin lines are drawn lighter, but not so light that they
-// cannot be seen; without them, a line has a pixel or it breaks up.
+// Minimum line width in pixels. With antialiasing, thin lines are drawn lighter, but stay visible; without
+// it, a line less than a pixel wide would break up.
 constexpr double kThinnestWithLevels = 0.25;
 constexpr double kThinnestWithout = 1.0;
 
-/// Pixels along a side: the nearest whole number, but at least one.
+/// Size in pixels: rounded to nearest, but at least one.
 double Pixels(double userUnits, double scale) { return std::max(1.0, std::round(userUnits * scale)); }
 
-/// Processors are many where threads help, but each takes memory for its bands.
+/// Number of threads to use. Each needs memory for bands, so the number of processors is not used without a
+/// limit.
 unsigned int ThreadCount(unsigned int wanted) {
     constexpr unsigned int kMostThreads = 64;
     if (wanted == 0) wanted = std::max(std::thread::hardware_concurrency(), 1U);
@@ -36,7 +37,7 @@ unsigned int ThreadCount(unsigned int wanted) {
 struct ORVRasterGenerator::State {
     State(std::unique_ptr<ORVBandSink> to, const ORVRasterOptions& how) : sink(std::move(to)), options(how) {}
 
-    /// Notes content; a page that memory does not hold is a failure like any other.
+    /// Adds content to the display list. Lack of memory becomes an ordinary failure.
     template <class Note>
     int Try(Note note) {
         try {
@@ -58,7 +59,7 @@ struct ORVRasterGenerator::State {
     ORVFailure failure;
     unsigned int pageCount = 0;
     std::uint64_t pixels = 0;  // of all pages so far, within the limit
-    PaintBudget budget;        // of all pages
+    PaintBudget budget;        // shared by all pages
 };
 
 ORVRasterGenerator::ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const ORVRasterOptions& options)

@@ -9,19 +9,18 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
 
-/// Draws pages as pixels on white paper, band by band: what all formats of pixels have in common. While a
-/// page is drawn its content is noted; when it ends, bands of rows are drawn and handed to the format's
-/// encoder, so that memory goes with the content and not with the resolution. Links and identifiers have no
-/// place in it.
+/// Base of all raster formats: rasterises pages on white paper, band by band. Calls are collected in a
+/// display list; EndPage renders bands of rows and passes them to the format's encoder, so memory grows with
+/// the content, not the resolution. Links and identifiers are ignored.
 class ORVRasterGenerator : public ORVPrintGenerator {
 public:
-    /// No page is wider or higher (pixels).
+    /// Maximum width and height of a page, in pixels.
     static constexpr double kLargestSide = 1'000'000.0;
 
     ORVRasterGenerator(std::unique_ptr<ORVBandSink> sink, const ORVRasterOptions& options);
     ~ORVRasterGenerator() override;
 
-    /// What went wrong; empty when nothing did, or when it was the output (which then says it).
+    /// The error, if any. Errors of the output are reported by the output itself.
     const ORVFailure& GetFailure() const;
     const std::string& GetError() const { return GetFailure().text; }
 

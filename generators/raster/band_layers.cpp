@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How layers and masks of a band are painted apart and laid over what is below them.
+// Painting of layers and masks of a band, and compositing them.
 
 #include <algorithm>
 #include <array>
@@ -13,11 +13,11 @@
 
 namespace {
 
-// Work in pixels of one colour: for a layer's pixels to be cleared and laid over, with their mask, with
-// colours that are mixed with those below, and for each layer below that these have to be gathered from.
+// Work per pixel, in pixels filled with one colour: to clear and composite a layer; for its mask; to blend
+// colours with the backdrop; and for each layer that the backdrop is gathered from.
 constexpr std::uint64_t kLayerPixelWork = 8, kMaskedPixelWork = 4, kMixedColourWork = 60, kGatheredWork = 5;
 
-/// Linear light of the 256 values of sRGB, in parts of 65,535.
+/// The 256 values of sRGB as linear light, in units of 1/65535.
 constexpr std::uint32_t kFullLight = 65535;
 std::array<std::uint32_t, 256> MakeLightTable() {
     std::array<std::uint32_t, 256> table{};
@@ -29,7 +29,7 @@ std::array<std::uint32_t, 256> MakeLightTable() {
     return table;
 }
 
-/// As MeasureMask, for the light that colours have before sRGB bends them.
+/// As MeasureMask, for luminance in linear RGB.
 void MeasureLinearMask(const std::uint8_t* from, int count, std::uint8_t* to) {
     static const std::array<std::uint32_t, 256> kLight = MakeLightTable();
     for (int i = 0; i < count; ++i, from += 4, ++to) {
@@ -46,14 +46,14 @@ void MeasureLinearMask(const std::uint8_t* from, int count, std::uint8_t* to) {
     }
 }
 
-/// What a pixel of a mask lets through.
+/// The mask values of pixels.
 template <ORVPrintMask::Kind kKind>
 void MeasureMask(const std::uint8_t* from, int count, std::uint8_t* to) {
     for (int i = 0; i < count; i += 4, from += 16, to += 4) {
         const auto pixels = LoadLanes<Lanes>(from);
         Lanes shown = pixels >> 24;
         if constexpr (kKind == ORVPrintMask::Kind::kLuminance)
-            // 0.2125, 0.7154 and 0.0721 in parts of 65,536; colours have been multiplied with their opacity.
+            // 0.2125, 0.7154 and 0.0721 in units of 1/65536; colours are premultiplied.
             shown = ((pixels & 255) * 13926 + (pixels >> 8 & 255) * 46885 + (pixels >> 16 & 255) * 4725 +
                      32768) >>
                     16;
@@ -87,7 +87,7 @@ void BandRenderer::TakeStep(const RasterOperation& operation) {
 
 void BandRenderer::BeginSurface(std::uint32_t number) {
     const RasterLayer& layer = list_.GetLayers()[number];
-    // A layer that the band has nothing of was not begun, and neither are those in it.
+    // A layer outside the band was not begun, and neither were the layers in it.
     Surface surface = surfaces_.back();
     if (layer.outer != surface.layer) return;
     surface.layer = number;
@@ -112,7 +112,7 @@ void BandRenderer::TakeMemory(const RasterLayer& layer, Surface& surface) {
     };
     surface.isIsolated = layer.isIsolated;
     surface.firstRow = bounds.top;
-    surface.firstColumn = bounds.left & ~3;  // whole blocks are painted
+    surface.firstColumn = bounds.left & ~3;  // blocks are painted as a whole
     surface.stride = RasterLayer::PixelStride(width);
     surface.pixels = take(surface.stride * rows);
     surface.isDrawn = take(rows);
@@ -135,8 +135,8 @@ std::uint8_t* BandRenderer::BeginLayerRow(const Surface& surface, int row) {
 }
 
 std::uint8_t* BandRenderer::AtPageEdge(const Surface& surface, std::uint8_t* row) {
-    // Rows count their columns from the page's edge, where a layer has no memory: no pointer may be made by
-    // going there step by step.
+    // Columns are counted from the page's edge, where a layer has no memory. Pointer arithmetic to that
+    // address would be undefined, so integers are used.
     const auto before = static_cast<std::uintptr_t>(surface.firstColumn) * kColourBytes;
     return reinterpret_cast<std::uint8_t*>(reinterpret_cast<std::uintptr_t>(row) - before);
 }
@@ -150,7 +150,7 @@ std::uint8_t* BandRenderer::FindRow(const Surface& surface, int row) {
 
 void BandRenderer::EndMask(std::uint32_t number) {
     const Surface mask = surfaces_.back();
-    // A mask that the band has nothing of lets nothing through, which its layer has noted when it began.
+    // A mask outside the band hides everything; its layer recorded that when it began.
     if (mask.layer != number) return;
     surfaces_.pop_back();
     layerMemoryUsed_ = mask.memory;
@@ -173,7 +173,7 @@ void BandRenderer::EndLayer(const RasterOperation& operation) {
     if (surface.layer != operation.layer) return;
     surfaces_.pop_back();
     if (surface.isPlain) return;
-    layerMemoryUsed_ = surface.memory;  // where nothing is written before all rows are read
+    layerMemoryUsed_ = surface.memory;  // free memory; it is not written before all rows are read
     const RasterLayer& layer = list_.GetLayers()[operation.layer];
     RasterBounds bounds = surface.bounds;
     bounds.left = std::max(bounds.left, operation.left);
@@ -218,7 +218,7 @@ void BandRenderer::LayRow(const RasterLayer& layer, int row, const RasterBounds&
 }
 
 const std::uint8_t* BandRenderer::GatherBelow(int row, const RasterBounds& bounds) {
-    // From the layer that does not look at what is below it upwards.
+    // Starts from the layer that is independent of its backdrop.
     std::size_t i = surfaces_.size() - 1;
     while (!surfaces_[i].isIsolated) --i;
     const std::size_t bytes =

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How much the outlines of clips let through in a band.
+// Coverage of clip paths in a band.
 
 #include <algorithm>
 #include <cstring>
@@ -10,7 +10,7 @@
 #include "generators/raster/band_renderer.h"
 
 BandRenderer::MaskPlane& BandRenderer::PlaneOf(std::uint32_t mask) {
-    // Of many outlines within each other, the innermost ones share a plane.
+    // Deeply nested clip paths share the last plane.
     const std::uint32_t depth = list_.GetClipMasks()[mask].depth;
     return planes_[std::min<std::size_t>(depth, planes_.size() - 1)];
 }
@@ -19,14 +19,14 @@ void BandRenderer::MakeMask(std::uint32_t mask, RasterBounds bounds) {
     const RasterBounds strip{0, stripTop_, width_, stripBottom_};
     wantedMasks_.clear();
     for (; mask != 0; mask = list_.GetClipMasks()[mask].outer) {
-        // Beyond a mask's bounds its clip leaves nothing, whatever stands there.
+        // Outside its bounds, a clip path hides everything regardless of the mask.
         bounds = bounds.CutTo(list_.GetClipMasks()[mask].bounds);
         if (bounds.IsEmpty()) break;
         const MaskPlane& plane = PlaneOf(mask);
         if (plane.mask == mask) {
             if (plane.bounds.Holds(bounds)) break;
-            // Where it is wanted once more, it will be wanted elsewhere: there may be very many small shapes,
-            // each with a clip of its own, and very many with one clip.
+            // A second request suggests more to come elsewhere. There may be very many small shapes with a
+            // clip each, or with one common clip.
             bounds = list_.GetClipMasks()[mask].bounds.CutTo(strip);
         }
         wantedMasks_.push_back({mask, bounds});
@@ -38,7 +38,7 @@ void BandRenderer::MakeMask(std::uint32_t mask, RasterBounds bounds) {
 }
 
 void BandRenderer::MakePlane(std::uint32_t number, const RasterBounds& bounds) {
-    /// Writes the coverage of an outline.
+    /// Writes the coverage of a clip path.
     struct MaskPaint {
         BandRenderer& renderer;
         std::uint8_t* row = nullptr;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How a band's coverage becomes colour.
+// Converts the coverage of a band to colour.
 
 #include <algorithm>
 #include <bit>
@@ -12,13 +12,13 @@
 
 namespace {
 
-// Work in pixels of one colour that covers what is below: for those that are blended with it, for those that
-// are cut off or come from an image, for each sample that is read, of an image or of one that repeats, and
-// for each pixel that samples are made of.
+// Work per pixel, in pixels filled with one opaque colour: for blending; for pixels that are clipped or come
+// from an image; for each sample read from an image, or from a repeated one; and for each pixel that samples
+// are made of.
 constexpr std::uint64_t kBlendedPixelWork = 4, kMixedPixelWork = 10, kReadWork = 20, kRepeatedReadWork = 80,
                         kImagePixelWork = 100;
 
-/// Exact for all that two bytes multiply to.
+/// Rounded to nearest; exact for every product of two bytes.
 unsigned int DivideBy255(unsigned int value) { return (value + 128 + ((value + 128) >> 8U)) >> 8U; }
 
 void Blend(std::uint8_t& pixel, unsigned int value, unsigned int alpha) {
@@ -27,10 +27,10 @@ void Blend(std::uint8_t& pixel, unsigned int value, unsigned int alpha) {
 
 }  // namespace
 
-/// Paints with one colour on red, green and blue.
+/// Paints one colour on red, green and blue.
 class BandRenderer::SolidColourPaint {
 public:
-    /// Paints on one row.
+    /// Paints one row.
     struct Brush {
         std::uint8_t* row;
         PixelColour colour;
@@ -71,10 +71,10 @@ private:
     const unsigned int opacity_;
 };
 
-/// Paints with one grey.
+/// Paints one grey.
 class BandRenderer::SolidGreyPaint {
 public:
-    /// Paints on one row.
+    /// Paints one row.
     struct Brush {
         std::uint8_t* row;
         unsigned int grey, opacity;
@@ -106,7 +106,7 @@ private:
     const unsigned int opacity_;
 };
 
-/// Collects a row's coverage before it is painted: for pictures and for what is cut off.
+/// Collects the coverage of a row before painting, for images and clipped operations.
 class BandRenderer::AlphaPaint {
 public:
     AlphaPaint(BandRenderer& renderer, const RasterOperation& operation)
@@ -158,7 +158,7 @@ bool BandRenderer::CutOff(const RasterOperation& operation, int row, int begin, 
     if (rowShare < 1.0) {
         for (int x = begin; x < end; ++x) scale(x, share(x));
     } else {
-        // Only pixels on the borders are cut into: the operation's columns end with the clip's.
+        // Only border pixels are partial: the operation's columns end where the clip does.
         scale(begin, share(begin));
         if (end - 1 > begin) scale(end - 1, share(end - 1));
     }
@@ -233,7 +233,7 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
                             std::uint8_t* alphas) {
     std::uint8_t* pixels = BeginRow(row);
     const unsigned int opacity = operation.colour.opacity;
-    // What is beyond the end may have been written and is never shown.
+    // Pixels past the end may have been written, but are never visible.
     std::memset(alphas + end, 0, 4);
     if (opacity != 255)
         for (int x = begin; x < end; ++x)
@@ -277,7 +277,7 @@ void BandRenderer::LayPixels(const std::uint8_t* from, std::uint8_t* pixels, int
     for (int x = begin; x < end; x += 4, from += 16) {
         std::uint8_t* to = pixels + static_cast<std::size_t>(x) * kColourBytes;
         const auto over = LoadLanes<ShortLanes>(from);
-        // Inside of gradients, images and layers, most pixels are opaque.
+        // Most pixels inside gradients, images and layers are opaque.
         std::uint32_t four = 0;
         std::memcpy(&four, alphas + x, sizeof four);
         if (four == 0xFFFFFFFFU && AreOpaque(over))

@@ -19,22 +19,20 @@
 
 namespace {
 
-// Pixels of a band: its cells shall stay in the processor's cache, and its compressed bytes be worth their
-// while.
+// Pixels of a band: few enough for the cells to fit the processor's cache, enough to compress well.
 constexpr int kPixelsOfBand = 1 << 18;
 constexpr int kMostRows = 256, kFewestRows = 8;
-// What all threads together may take for their bands (bytes); wide pages have fewer threads.
+// Maximum memory of all threads for bands, in bytes. Wide pages use fewer threads.
 constexpr std::size_t kBandMemory = std::size_t{128} << 20U;
 constexpr std::size_t kBytesOfPixel = 10;  // cells, colours, compressed bytes
 
-/// Tells for each band which pieces touch it. A piece is looked at when its first band comes and stays until
-/// its last one has passed.
+/// Finds the pieces that touch each band. A piece is active from its first band to its last.
 class BandQueue {
 public:
     BandQueue(const DisplayList& list, int bandRows) : list_(list), bandRows_(bandRows) {
         const RasterSequence<RasterPiece>& pieces = list.GetPieces();
         bandCount_ = (list.GetHeight() + bandRows - 1) / bandRows;
-        // Sorted by first band, those of a band in drawing order.
+        // Sorts pieces by first band, keeping the drawing order.
         starts_.assign(static_cast<std::size_t>(bandCount_) + 1, 0);
         for (std::size_t i = 0; i < pieces.GetSize(); ++i) ++starts_[BandOf(pieces[i].firstRow) + 1];
         for (std::size_t i = 1; i < starts_.size(); ++i) starts_[i] += starts_[i - 1];
@@ -45,7 +43,7 @@ public:
 
     int GetBandCount() const { return bandCount_; }
     bool IsEmpty() const { return band_ == bandCount_; }
-    /// Goes on to the next band. @return its number
+    /// Advances to the next band. @return its index
     int Next(std::vector<std::uint32_t>& pieces) {
         const auto band = static_cast<std::size_t>(band_);
         pieces.clear();
@@ -67,17 +65,18 @@ private:
     std::vector<std::uint32_t> starts_, order_, carried_;
 };
 
-/// A band on its way from its thread to the sink.
+/// A finished band on its way to the sink.
 struct FinishedBand {
-    RasterBand band;  // its pixels only where the sink writes them as they are
+    RasterBand band;  // pixels only if the sink writes them unencoded
     std::vector<std::uint8_t> bytes;
     bool isDone = false;
 };
 
-/// Draws, encodes and hands over. Threads take the next band each; how many wait for the sink is bounded.
+/// Renders, encodes and writes bands. Each thread takes the next band; the number of bands waiting for the
+/// sink is bounded.
 class BandPipeline {
 public:
-    /// @param failure  out: what was thrown
+    /// @param failure  receives the exception, as an error
     BandPipeline(const DisplayList& list, const RasterPageInfo& info, PaintBudget& budget, ORVBandSink& sink,
                  ORVFailure& failure)
         : list_(list),
@@ -93,17 +92,17 @@ public:
         int status = kGeneratorDone;
         try {
             if (queue_.GetBandCount() == 1)
-                Work();  // a thread of its own would only be waited for
+                Work();  // a separate thread would have no benefit
             else
                 for (unsigned int i = 0; i < threads; ++i) workers.emplace_back([this] { Work(); });
         } catch (const std::exception&) {
-            // Fewer threads will do, unless there is none.
+            // Continue with fewer threads, unless there is none.
             if (workers.empty()) status = Fail();
         }
         try {
             if (status == kGeneratorDone) status = WriteBands();
         } catch (const std::exception&) {
-            status = Fail();  // the threads are to end before anything else does
+            status = Fail();  // the threads must end first
         }
         {
             const std::lock_guard lock(mutex_);
@@ -116,7 +115,7 @@ public:
     }
 
 private:
-    /// Notes what is being handled. What failed first counts.
+    /// Records the exception being handled. Only the first failure is kept.
     int Fail() {
         const std::lock_guard lock(mutex_);
         if (!failure_) ORVNameException(failure_);
@@ -124,7 +123,7 @@ private:
         return kDrawingFailed;
     }
 
-    /// Hands finished bands to the sink, in order.
+    /// Passes finished bands to the sink, in order.
     int WriteBands() {
         int status = kGeneratorDone;
         for (int band = 0; band < queue_.GetBandCount() && status == kGeneratorDone; ++band) {
@@ -148,7 +147,7 @@ private:
 
     void Work() {
         try {
-            // A page of one band may be lower than a band.
+            // A page may have fewer rows than a band.
             BandRenderer renderer(list_, pictures_, budget_, info_.pixels,
                                   std::min(info_.bandRows, info_.height));
             std::vector<std::uint32_t> pieces;
@@ -202,7 +201,7 @@ private:
     std::condition_variable arrived_, taken_;
     BandQueue queue_;
     std::deque<FinishedBand> waiting_;
-    std::vector<std::vector<std::uint8_t>> spare_;  // what written bands leave
+    std::vector<std::vector<std::uint8_t>> spare_;  // buffers of written bands, for reuse
     int firstWaiting_ = 0;
     std::size_t most_ = 1;
     bool stopped_ = false, failed_ = false;

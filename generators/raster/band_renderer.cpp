@@ -12,24 +12,24 @@
 
 namespace {
 
-// Work in pixels of one colour.
+// Work, in pixels filled with one colour.
 constexpr std::uint64_t kOperationWork = 200, kGlyphWork = 100, kLineWork = 40;
-// Work is told to the budget when there is so much of it.
+// Work is added to the shared budget in amounts of this size.
 constexpr std::uint64_t kWorkToTell = std::uint64_t{1} << 24U;
 
-// What layers may take (bytes) before fewer rows are painted at a time.
+// Maximum memory of layers in bytes, beyond which fewer rows are painted at once.
 constexpr std::size_t kLayerMemory = std::size_t{8} << 20U;
 
-/// The order in which the pixels of a square become black as it gets darker, spread evenly.
+/// Order in which the pixels of a square turn black as it darkens: an 8 x 8 ordered dither matrix.
 constexpr std::uint8_t kDitherOrder[8][8] = {
     {0, 32, 8, 40, 2, 34, 10, 42},    {48, 16, 56, 24, 50, 18, 58, 26}, {12, 44, 4, 36, 14, 46, 6, 38},
     {60, 28, 52, 20, 62, 30, 54, 22}, {3, 35, 11, 43, 1, 33, 9, 41},    {51, 19, 59, 27, 49, 17, 57, 25},
     {15, 47, 7, 39, 13, 45, 5, 37},   {63, 31, 55, 23, 61, 29, 53, 21}};
 
-// Drops every fourth byte of a row, in place.
+// Removes every fourth byte of a row, in place.
 void PackRow(std::uint8_t* row, int width) {
     const std::uint8_t* from = row;
-    // The fourth byte is overwritten by the next pixel, which was read before.
+    // The fourth byte is overwritten by the next pixel, which has already been read.
     for (int x = 0; x < width; ++x, from += 4, row += 3) {
         std::uint32_t pixel = 0;
         std::memcpy(&pixel, from, sizeof pixel);
@@ -39,7 +39,7 @@ void PackRow(std::uint8_t* row, int width) {
 #if ORV_HAS_WIDE_VECTORS
 ORV_FOR_SSE41 void PackRowByFours(std::uint8_t* row, int width) {
     const std::uint8_t* from = row;
-    // What is written beyond twelve bytes was read, too.
+    // Bytes written past the first twelve have already been read.
     for (int x = 0; x < width; x += 4, from += 16, row += 12) {
         const auto pixels = LoadLanes<ByteLanes>(from);
         StoreLanes(row, __builtin_shufflevector(pixels, pixels, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7,
@@ -60,7 +60,7 @@ BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, Pain
       pixels_(pixels),
       paper_(pixels == RasterPixels::kClear ? 0 : 255),
       width_(list.GetWidth()),
-      // What is laid over something is mixed in colours.
+      // Layers are composited in colour.
       pixelBytes_(pixels == RasterPixels::kRGB || pixels == RasterPixels::kClear || list.HasLayers()
                       ? kColourBytes
                       : 1),
@@ -104,7 +104,7 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
         FetchAhead(pieces, i);
         const std::uint32_t index = piece.operation;
         const RasterOperation& operation = list_.GetOperations()[index];
-        // Pieces of one operation lie anywhere: only of a single one the rows are known.
+        // Pieces of one operation may be anywhere; rows are only known for a single piece.
         const bool isSingle = i + 1 == pieces.size() || all[pieces[i + 1]].operation != index;
         const bool isSeen = operation.step == RasterStep::kPaint &&
                             operation.layer == surfaces_.back().layer &&
@@ -125,8 +125,8 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
     return true;
 }
 
-// A page has more operations than the processor's caches hold, and a band takes some here and some there:
-// what they consist of is asked for while others are painted.
+// A page has more operations than fit the processor's caches, and each band uses a scattered subset. Data of
+// later operations is prefetched while others are painted.
 void BandRenderer::FetchAhead(std::span<const std::uint32_t> pieces, std::size_t i) const {
     constexpr std::size_t kPieceAhead = 12, kOperationAhead = 8, kOutlineAhead = 4, kLine = 64;
     if (i + kPieceAhead >= pieces.size()) return;
@@ -138,13 +138,13 @@ void BandRenderer::FetchAhead(std::span<const std::uint32_t> pieces, std::size_t
     const auto* operation = reinterpret_cast<const char*>(&operationOf(i + kOperationAhead));
     __builtin_prefetch(operation);
     __builtin_prefetch(operation + kLine);
-    // Points and verbs lie in front of their contours.
+    // Points and verbs are stored before their contours.
     const auto contours = reinterpret_cast<std::uintptr_t>(operationOf(i + kOutlineAhead).geometry.contours);
     for (std::size_t line = 0; line < 3; ++line)
         __builtin_prefetch(reinterpret_cast<const char*>(contours - line * kLine));
 }
 
-// Of a small shape, each row lies on another line of the caches.
+// In a small shape, each row is on a different cache line.
 void BandRenderer::FetchPixels() const {
     constexpr int kFewColumns = 64, kFewRows = 64;
     const int top = coverage_.GetFirstRow(), bottom = coverage_.GetEndRow();
@@ -165,7 +165,7 @@ bool BandRenderer::SetWindow(const RasterOperation& operation, const RasterPiece
     const int top = onlyPiece ? std::max(onlyPiece->firstRow, bounds.top) : bounds.top;
     const int bottom = onlyPiece ? std::min(onlyPiece->lastRow + 1, bounds.bottom) : bounds.bottom;
     if (left_ >= right_ || top >= bottom) return false;
-    // An edge that rounding has put on the right border is needed, too.
+    // Includes edges that rounding has put on the right border.
     coverage_.SetWindow(left_, top, right_ + 1, bottom);
     return true;
 }
@@ -230,7 +230,7 @@ void BandRenderer::Dither(int firstRow, int rowCount) {
     for (int i = 0; i < rowCount; ++i) {
         const std::uint8_t* from = rows_.data() + static_cast<std::size_t>(i) * stride_;
         const std::uint8_t* order = kDitherOrder[(firstRow + i) & 7];
-        // White is never below a threshold, black always.
+        // White is never below a threshold; black always is.
         std::uint8_t thresholds[8];
         for (int k = 0; k < 8; ++k) thresholds[k] = static_cast<std::uint8_t>(order[k] * 4 + 2);
         for (int x = 0; x < width_; x += 8, ++to) {
@@ -325,7 +325,7 @@ void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphP
         }
     }
     if (!operation.pen) return;
-    // Where a glyph's inside and its line overlap, their windings must add up and not cancel out.
+    // Where the fill and the stroke of a glyph overlap, their windings must add up instead of cancelling out.
     const bool penIsClockwise = operation.pen->toDevice.Determinant() < 0.0;
     outliner_.SetPen(*operation.pen, penIsClockwise != glyph.clockwise);
     for (const RasterGlyph::Contour& contour : glyph.contours) {

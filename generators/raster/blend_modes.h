@@ -5,10 +5,10 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Mixes colours with those below them, before they are laid over them. Pixels are premultiplied (RGBA) and
-/// handled four at a time: all three rows have room for three more.
-/// @param source   what is painted
-/// @param below    what lies below; one of its pixels a pixel
-/// @param mixed    receives the source with its opacity and the colours of the mode
+/// Applies a blend mode to colours before they are composited over a backdrop. Pixels are premultiplied RGBA
+/// and processed four at a time, so all three rows need room for three more.
+/// @param source   colours to paint
+/// @param below    backdrop, pixel by pixel
+/// @param mixed    receives the blended colours with the opacity of the source
 void ORVMixPixels(ORVPrintBlendMode mode, const std::uint8_t* source, const std::uint8_t* below, int count,
                   std::uint8_t* mixed);

@@ -10,7 +10,7 @@ constexpr unsigned int kSubpixelBits = 8;
 
 std::uint32_t Winding(int value) { return static_cast<std::uint32_t>(value); }
 
-/// Where the line through two points has the other coordinate, for `at` between theirs; rounded.
+/// Interpolates the other coordinate of a line at `at`, rounded.
 int Between(int from, int to, int otherFrom, int otherTo, int at) {
     const double share = static_cast<double>(at - from) / static_cast<double>(to - from);
     const double value = otherFrom + share * (static_cast<double>(otherTo) - otherFrom);
@@ -42,7 +42,7 @@ void CoverageBuffer::SetWindow(int left, int top, int right, int bottom) {
 }
 
 void CoverageBuffer::SetWindowColumns(int left, int right) {
-    // Whole blocks. Cells to the right take what edges on the border leave there.
+    // Whole blocks. Extra cells on the right receive writes of edges on the border.
     left &= ~(kBlock - 1);
     width_ = std::max(right - left + kBlock - 1, kBlock) & ~(kBlock - 1);
     left_ = left << kSubpixelBits;
@@ -85,7 +85,7 @@ void CoverageBuffer::AddDownward(FixedPoint from, FixedPoint to, int sign) {
     if (left >= 0 && right <= right_) {
         AddInside(from, to, sign);
     } else if (right <= 0) {
-        // What lies left of the page winds around all of the row.
+        // Edges left of the page count for the winding of the whole row.
         AddInside({0, from.y}, {0, to.y}, sign);
     } else {
         const int border = left < 0 ? 0 : right_;
@@ -95,12 +95,12 @@ void CoverageBuffer::AddDownward(FixedPoint from, FixedPoint to, int sign) {
     }
 }
 
-// A piece of an edge inside one cell covers what lies right of it there, and all of the next cells.
+// An edge within one cell covers the area to its right in that cell, and all of the following cells.
 
 inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words, int left, int right,
                                      int height, int sign, double steepness) {
     const int first = left >> kSubpixelBits, border = (first + 1) << kSubpixelBits;
-    // No decisions: that most edges stay in one cell cannot be foretold of any.
+    // Branch-free: whether an edge stays in one cell cannot be predicted.
     const int toBorder =
         static_cast<int>(std::min((border - left) * steepness + 0.5, static_cast<double>(height)));
     const int inFirst = right <= border ? height : toBorder, inSecond = height - inFirst;
@@ -118,7 +118,7 @@ inline void CoverageBuffer::AddSteep(std::uint32_t* cells, std::uint64_t* words,
 void CoverageBuffer::AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height,
                              int sign, double steepness) {
     const int first = left >> kSubpixelBits, last = right >> kSubpixelBits;
-    // What a cell leaves to the next one is not taken from memory, where it would have to be waited for.
+    // The carry to the next cell is kept in a register to avoid waiting for memory.
     std::uint32_t carried = 0;
     const auto add = [&](int cell, int part, int twiceMiddle) {
         const int area = part * twiceMiddle;
@@ -146,7 +146,7 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
     std::uint32_t* cells = cells_.data() + index * cellStride_;
     std::uint64_t* words = words_.data() + index * wordStride_;
     const int width = std::abs(to.x - from.x), height = to.y - from.y;
-    // Always from the edge's own ends, so that all bands find the same places.
+    // Always computed from the end points of the whole edge, so that all bands get the same positions.
     const double steepness = width == 0 ? 0.0 : static_cast<double>(height) / width;
     work_ += static_cast<std::uint64_t>(kCellWork * (lastRow - firstRow + 1));
     if (firstRow == lastRow && yEnd - yBegin == height) {
@@ -159,7 +159,7 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
         return;
     }
     const double slope = static_cast<double>(to.x - from.x) / height;
-    // Places are never negative.
+    // Positions are never negative.
     const double start = from.x + 0.5;
     const auto placeAt = [&](int y) {
         return y == to.y ? to.x : static_cast<int>(start + (y - from.y) * slope);

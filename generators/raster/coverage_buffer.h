@@ -10,7 +10,7 @@
 #include "generators/common/lanes.h"
 #include "generators/common/vector_power.h"
 
-/// A point of the page in 1/256 of a pixel.
+/// A point of the page in units of 1/256 pixel.
 struct FixedPoint {
     int x = 0, y = 0;
 };
@@ -20,42 +20,42 @@ struct CoverageEdge {
     FixedPoint from, to;
 };
 
-/// How the gathered windings become coverage. The hard rules know no levels between nothing and all.
+/// How winding numbers become coverage. The hard rules yield only 0 or full coverage.
 enum class CoverageRule : std::uint8_t { kNonZero, kEvenOdd, kHardNonZero, kHardEvenOdd };
 
-/// Exact area coverage of polygons on a band of pixel rows.
+/// Computes the exact area coverage of polygons on a band of pixel rows.
 ///
-/// Edges come in any order. Each adds to the cells of the pixels that it crosses how much its winding changes
-/// there, so that a sum along the row gives the coverage. One bit for four pixels tells which cells were
-/// touched: what lies between them is a span of one coverage, and costs nothing a pixel. What a band gets
-/// from an edge does not depend on where the band begins and ends. Cells are those of a window on the band,
-/// so that those of a small shape lie close together.
+/// Edges may be added in any order. Each adds its change of winding to the cells of the pixels it crosses, so
+/// that a prefix sum along the row yields the coverage. One bit per four pixels marks touched cells; between
+/// them coverage is constant, and such spans cost nothing per pixel. The coverage from an edge does not
+/// depend on where the band begins and ends. Cells cover only a window of the band, which keeps those of a
+/// small shape close together in memory.
 class CoverageBuffer {
 public:
     static constexpr int kOne = 256;  ///< FixedPoint units in a pixel
-    /// Farther coordinates (pixels, either way) are pulled in to this.
+    /// Coordinates beyond this (pixels, in either direction) are clamped to it.
     static constexpr double kFarthest = 4'000'000.0;
 
     static FixedPoint ToFixed(double x, double y) { return ToFixed(DoubleLanes{x, y}); }
     /// @param point  x and y
     static FixedPoint ToFixed(const DoubleLanes& point) {
-        // So large a number has no room for fractions: its last bits are the whole number next to the value.
+        // Adding this number leaves no bits for a fraction: the low bits are the value rounded to an integer.
         constexpr double kNoFractions = 6755399441055744.0;  // 3 times 2 to the 51st
         const auto lanes = std::bit_cast<Lanes>(Clamped(point, -kFarthest, kFarthest) * kOne + kNoFractions);
         return {static_cast<int>(lanes[0]), static_cast<int>(lanes[2])};
     }
 
-    /// @param power  must not be more than the processor has
+    /// @param power  must be supported by the processor
     explicit CoverageBuffer(VectorPower power = UsedVectorPower()) : power_(power) {}
 
     /// Prepares for bands of up to `rows` rows of pages `width` pixels wide.
     void Resize(int width, int rows);
-    /// Begins a band, with a window on all of it; the buffer is clean.
+    /// Begins a band with a window on all of it. The buffer must have been swept.
     void SetBand(int firstRow, int rowCount);
-    /// Looks at these columns and rows of the band only, [left, right) and [top, bottom); the buffer is
-    /// clean. What lies left of the window winds around its rows, as what lies left of the page does.
+    /// Restricts the window to the columns [left, right) and rows [top, bottom) of the band. The buffer must
+    /// be new or swept. Edges left of the window still count for the winding of its rows.
     void SetWindow(int left, int top, int right, int bottom);
-    /// Notes work, in the time that a pixel of one colour takes. Edges and sweeps note theirs.
+    /// Adds work, measured in pixels filled with one colour. Edges and sweeps add their own.
     void AddWork(std::uint64_t pixels) { work_ += pixels; }
     std::uint64_t GetWork() const { return work_; }
     void ForgetWork() { work_ = 0; }
@@ -65,18 +65,18 @@ public:
 
     void AddLine(FixedPoint from, FixedPoint to) {
         if (edgeCount_ == kMostEdges) TakeEdges();
-        // Level edges leave no trace, and whether an edge is level cannot be foretold.
+        // Horizontal edges have no effect. Branching on this would often be mispredicted.
         edges_[edgeCount_] = {from, to};
         edgeCount_ += from.y != to.y ? 1 : 0;
     }
-    /// Gathers the windings of the edges that wait. Sweep does it, too; their work is noted only then.
+    /// Adds the windings of the queued edges. Sweep does so too; only then is their work counted.
     void TakeEdges();
 
-    /// Hands the coverage of all rows that have any to `paint`, top down, and clears the buffer.
-    /// Paint has BeginRow(row) and EndRow(). BeginRow gives a brush, which has Block(x, alphas), for four
-    /// pixels, and Span(xBegin, xEnd, alpha), for a multiple of four, with an alpha of 1 to 255; x ascends.
-    /// Both may be called for up to seven pixels right of the page. A brush that is a value of its own can be
-    /// kept in registers.
+    /// Passes the coverage of all rows that have any to `paint`, top down, and clears the buffer. Paint has
+    /// BeginRow(row) and EndRow(). BeginRow returns a brush with Block(x, alphas), for four pixels, and
+    /// Span(xBegin, xEnd, alpha), for a multiple of four pixels with an alpha of 1 to 255; x ascends. Both
+    /// may be called for up to seven pixels past the right edge of the page. A brush returned by value can
+    /// stay in registers.
     template <CoverageRule kRule, class Paint>
     void Sweep(Paint& paint) {
         TakeEdges();
@@ -92,12 +92,12 @@ public:
     }
 
 private:
-    static constexpr int kBlockShift = 2;  // a bit for four pixels
+    static constexpr int kBlockShift = 2;  // one bit per four pixels
     static constexpr int kBlock = 1 << kBlockShift;
-    static constexpr int kWordShift = 8;       // a word for 256
-    static constexpr int kFullArea = 1 << 17;  // of a cell: 256 rows times 2 x 256 columns
+    static constexpr int kWordShift = 8;       // one word per 256 pixels
+    static constexpr int kFullArea = 1 << 17;  // area of a fully covered cell: 256 rows times 2 x 256 columns
 
-    // Work in pixels of one colour.
+    // Work, in pixels filled with one colour.
     static constexpr int kBlockWork = 16, kCellWork = 40;
 
     template <CoverageRule kRule>
@@ -112,12 +112,12 @@ private:
             areas = Choose(std::bit_cast<Lanes>(areas > kFull), Lanes{} + kFull, areas);
         }
         if constexpr (kRule == CoverageRule::kHardNonZero || kRule == CoverageRule::kHardEvenOdd)
-            // A little less than half, so that thin lines hold.
+            // Slightly less than half, so that thin lines do not break up.
             return std::bit_cast<Lanes>(areas * 16 >= kFull * 7) & 255;
         return (areas * 255 + kFull / 2) >> 17;
     }
 
-    // One source for all: each is compiled with other instructions, and what they call is inlined into them.
+    // Shared source: each caller compiles it, inlined with all it calls, for another instruction set.
     template <CoverageRule kRule, class Paint>
     [[gnu::always_inline]] void SweepRows(Paint& paint) {
         for (int row = firstTouched_; row <= lastTouched_; ++row) {
@@ -143,7 +143,7 @@ private:
         std::uint32_t* cells = cells_.data() + index * cellStride_;
         std::uint64_t* words = words_.data() + index * wordStride_;
         const int firstX = left_ >> 8;
-        Lanes sum{};  // of the row so far, in all lanes
+        Lanes sum{};  // running sum of the row, in all lanes
         int x = 0, work = 0;
         const auto spanTo = [&](int end) {
             if (sum[0] == 0) return;
@@ -172,7 +172,7 @@ private:
         work_ += static_cast<std::uint64_t>(work);
     }
 
-    // Edges wait until there are some: one after the other they are gathered with all constants at hand.
+    // Edges are queued and added in batches, so that constants stay in registers.
     static constexpr std::size_t kMostEdges = 128;
 
     class WideEdges;
@@ -183,7 +183,7 @@ private:
     void AddEdge(FixedPoint from, FixedPoint to);
     void AddDownward(FixedPoint from, FixedPoint to, int sign);
     void AddInside(FixedPoint from, FixedPoint to, int sign);
-    /// Adds a piece of an edge that is in one row. Its ends are at most a pixel apart in x.
+    /// Adds the part of an edge inside one row. Its ends are at most one pixel apart in x.
     static void AddSteep(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height,
                          int sign, double steepness);
     static void AddFlat(std::uint32_t* cells, std::uint64_t* words, int left, int right, int height, int sign,
@@ -209,11 +209,11 @@ private:
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;
     int left_ = 0, right_ = 0, top_ = 0,
-        bottom_ = 0;  // FixedPoint units; the right border counted from the left
+        bottom_ = 0;  // in FixedPoint units; the right border is relative to the left one
     std::uint64_t work_ = 0;
     int firstTouched_ = 1 << 30, lastTouched_ = -1;
     std::size_t cellStride_ = 0, wordStride_ = 0;
-    // Sums may run over where thousands of windings lie on each other: unsigned, that is defined.
+    // Sums may overflow where thousands of windings overlap: this is well defined for unsigned integers.
     std::vector<std::uint32_t> cells_;
     std::vector<std::uint64_t> words_;
     std::size_t edgeCount_ = 0;

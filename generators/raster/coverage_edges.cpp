@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Edges with vector instructions: the numbers that coverage_buffer.cpp computes one after the other, for four
-// edges and four rows at a time and with hardly a branch. What an edge does cannot be foretold, and a wrong
-// guess of the processor takes longer than the cells of an edge.
+// Adds edges with vector instructions: the same results as in coverage_buffer.cpp, for four edges and four
+// rows at a time and nearly without branches. Branches would be unpredictable here, and a misprediction takes
+// longer than the cells of an edge.
 
 #include "generators/raster/coverage_buffer.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr unsigned int kSubpixelBits = 8, kBlockBits = 10;
 constexpr int kOne = CoverageBuffer::kOne, kSubpixelMask = kOne - 1, kBlockMask = (1 << kBlockBits) - 1;
-// Two blocks of four cells take the cells of an edge in a row, and one more.
+// Two blocks of four cells cover the cells of an edge in a row, plus one.
 constexpr int kEndOfCells = 7 * kOne;
 
 constexpr std::size_t kLanes = 4;
@@ -33,18 +33,18 @@ ORV_FOR_AVX2 inline void Store(void* to, __m128i lanes) {
 }
 ORV_FOR_AVX2 inline __m128i Choose(__m128i mask, __m128i a, __m128i b) { return _mm_blendv_epi8(b, a, mask); }
 ORV_FOR_AVX2 inline __m256d ToDouble(__m128i lanes) { return _mm256_cvtepi32_pd(lanes); }
-/// Factor times value plus term, without the fraction. Two roundings, as everywhere.
+/// value * factor + term, truncated. Multiplication and addition are rounded separately, as everywhere.
 ORV_FOR_AVX2 inline __m128i WholeOf(__m256d value, __m256d factor, __m256d term) {
     return _mm256_cvttpd_epi32(_mm256_add_pd(_mm256_mul_pd(value, factor), term));
 }
 
-// From the entry 8 - n on, lanes below n are 0.
+// Loaded from entry 8 - n on, lanes below n are 0.
 alignas(16) constexpr std::array<std::int16_t, 16> kFromLane{
     0, 0, 0, 0, 0, 0, 0, 0, 0x7FFF, 0x7FFF, 0x7FFF, 0x7FFF, 0x7FFF, 0x7FFF, 0x7FFF, 0x7FFF};
 
 }  // namespace
 
-/// Gathers edges in two steps: into what they do in each row, and from there into the cells.
+/// Adds edges in two steps: first splits them into rows, then adds the rows to the cells.
 class CoverageBuffer::WideEdges {
 public:
     explicit WideEdges(CoverageBuffer& buffer)
@@ -55,7 +55,7 @@ public:
           wordStride_(static_cast<int>(buffer.wordStride_)) {}
 
     ORV_FOR_AVX2 void AddAll() {
-        // What is missing of four is far above everything.
+        // Pads to four edges with ones far above everything.
         constexpr FixedPoint kNowhere{0, -(1 << 30)};
         CoverageEdge* edges = buffer_.edges_.data();
         std::fill_n(edges + buffer_.edgeCount_, kLanes - 1, CoverageEdge{kNowhere, kNowhere});
@@ -80,13 +80,13 @@ private:
     template <class T>
     using PerRow = std::array<T, kMostRows + 2 * kLanes>;
 
-    /// Of four edges, what their rows need.
+    /// Data of four edges for their rows.
     struct Edges {
         PerEdge<double> steepness, slope, start, toFirstBorder;
         PerEdge<int> xBegin, xEnd, firstRow, lastRow, firstHeight, lastHeight, sign, endsAtBorder;
     };
 
-    /// @param first, last, work  of rows touched, and cells; a lane for each edge
+    /// @param first, last, work  rows touched, and cells; one lane per edge
     ORV_FOR_AVX2 void AddFour(const CoverageEdge* edges, __m128i& first, __m128i& last, __m128i& work) {
         const __m128i e0 = Load(edges), e1 = Load(edges + 1), e2 = Load(edges + 2), e3 = Load(edges + 3);
         const __m128i from01 = _mm_unpacklo_epi32(e0, e1), from23 = _mm_unpacklo_epi32(e2, e3);
@@ -117,8 +117,8 @@ private:
         const __m128i across = _mm_sub_epi32(toX, fromX);
         const __m128i width = _mm_abs_epi32(across), height = _mm_sub_epi32(toY, fromY);
         const __m256d heights = ToDouble(height);
-        // More rows a pixel than that make no difference, in a cell's 256th either; without a width, they are
-        // infinitely many.
+        // More rows per pixel make no difference even in 1/256 of a cell; vertical edges have infinitely
+        // many.
         constexpr double kMostSteep = 512.0;
         const __m256d steepness =
             _mm256_min_pd(_mm256_div_pd(heights, ToDouble(width)), _mm256_set1_pd(kMostSteep));
@@ -132,7 +132,7 @@ private:
         const __m128i isInRow = _mm_and_si128(_mm_cmpeq_epi32(firstRow, lastRow),
                                               _mm_cmpeq_epi32(_mm_sub_epi32(yEnd, yBegin), height));
         const __m128i isFlat = _mm_cmpgt_epi32(width, Choose(isInRow, _mm_set1_epi32(kOne), height));
-        // Places are never negative.
+        // Positions are never negative.
         const __m256d start = _mm256_add_pd(ToDouble(fromX), _mm256_set1_pd(0.5));
         const __m128i xBegin = WholeOf(ToDouble(_mm_sub_epi32(yBegin, fromY)), slope, start);
         const __m128i xEnd = Choose(_mm_cmpeq_epi32(yEnd, toY), toX,
@@ -166,7 +166,7 @@ private:
         for (; seen != 0; seen &= seen - 1) NoteRows(four, static_cast<std::size_t>(std::countr_zero(seen)));
     }
 
-    /// Edges that the window cuts.
+    /// Adds edges that the window clips.
     void AddCut(const CoverageEdge* edges, unsigned int cut) {
         for (; cut != 0; cut &= cut - 1) {
             const CoverageEdge& edge = edges[std::countr_zero(cut)];
@@ -174,7 +174,7 @@ private:
         }
     }
 
-    /// Notes all rows of an edge, four at a time: few have more, and what is noted in vain is overwritten.
+    /// Stores all rows of an edge, four at a time. Few edges have more; excess entries are overwritten.
     ORV_FOR_AVX2 void NoteRows(const Edges& edges, std::size_t k) {
         const __m256d slope = _mm256_set1_pd(edges.slope[k]), start = _mm256_set1_pd(edges.start[k]);
         const __m256d steepness = _mm256_set1_pd(edges.steepness[k]);
@@ -212,10 +212,10 @@ private:
         height_[count_ - 1] = edges.lastHeight[k];
     }
 
-    /// Takes what was noted to the cells.
+    /// Adds the stored rows to the cells.
     ORV_FOR_AVX2 void AddRows() {
         if (count_ == 0) return;
-        // What is missing of four is the last one without height.
+        // Pads to four rows with copies of the last one, without height.
         Store(&xTo_[count_], _mm_set1_epi32(xTo_[count_ - 1]));
         Store(&xFrom_[count_], _mm_set1_epi32(xFrom_[count_ - 1]));
         Store(&row_[count_], _mm_set1_epi32(row_[count_ - 1]));
@@ -230,8 +230,8 @@ private:
         count_ = 0;
     }
 
-    /// Adds four rows of edges that touch three cells at most, as most do.
-    /// @return a bit for each of those that touch more
+    /// Adds four rows of edges. Most touch at most three cells.
+    /// @return a bit for each row that touches more
     ORV_FOR_AVX2 unsigned int AddFourRows(std::size_t i) {
         const __m128i a = Load(&xFrom_[i]), b = Load(&xTo_[i]);
         const __m128i left = _mm_min_epi32(a, b), right = _mm_max_epi32(a, b);
@@ -239,7 +239,7 @@ private:
         const __m128i cell = _mm_srai_epi32(left, kSubpixelBits);
         const __m128i full = _mm_set1_epi32(kOne), none = _mm_setzero_si128();
         const __m128i toBorder = _mm_sub_epi32(full, begin);
-        // Beyond the border of its first cell.
+        // Part beyond the border of the first cell.
         const __m128i beyond = _mm_sub_epi32(_mm_sub_epi32(right, left), toBorder);
         const __m128i beyondTouched = _mm_sub_epi32(beyond, Load(&endsAtBorder_[i]));
         const __m128i isInside = _mm_srai_epi32(beyondTouched, 31);
@@ -253,7 +253,8 @@ private:
         __m128i second = _mm_sub_epi32(height, first);
         first = _mm_andnot_si128(isWide, _mm_sign_epi32(first, signedHeight));
         second = _mm_andnot_si128(isWide, _mm_sign_epi32(second, signedHeight));
-        // A part covers what lies right of it in its cell, and all of the next ones. Both factors are short.
+        // Each part covers the area to its right in its cell, and all of the following cells. Both factors
+        // fit 16 bits.
         const __m128i firstArea =
             _mm_madd_epi16(first, _mm_add_epi32(_mm_add_epi32(begin, full), _mm_min_epi32(beyond, none)));
         const __m128i secondArea = _mm_madd_epi16(second, _mm_max_epi32(beyond, none));
@@ -263,7 +264,7 @@ private:
 
         const __m128i row = Load(&row_[i]);
         const __m128i place = _mm_add_epi32(_mm_mullo_epi32(row, _mm_set1_epi32(cellStride_)), cell);
-        // One cell more is touched, or two.
+        // One or two more cells are touched.
         const __m128i block = _mm_srai_epi32(cell, 2);
         const __m128i reachesNext = _mm_cmpgt_epi32(
             _mm_add_epi32(_mm_and_si128(cell, _mm_set1_epi32(3)), isInside), _mm_set1_epi32(1));
@@ -290,7 +291,7 @@ private:
             to[2] += thirds[k];
             words_[wordPlaces[k]] |= touches[k];
         }
-        // Two blocks that a border of words divides.
+        // Pairs of blocks in different words.
         const __m128i isDivided =
             _mm_andnot_si128(isWide, _mm_and_si128(reachesNext, _mm_cmpeq_epi32(shift, _mm_set1_epi32(63))));
         auto divided = static_cast<unsigned int>(_mm_movemask_ps(_mm_castsi128_ps(isDivided)));
@@ -299,7 +300,7 @@ private:
         return static_cast<unsigned int>(_mm_movemask_ps(_mm_castsi128_ps(isWide)));
     }
 
-    /// Adds a row of an edge that touches many cells: eight of them at a time.
+    /// Adds a row of an edge that touches many cells, eight at a time.
     ORV_FOR_AVX2 void AddWideRow(std::size_t i) {
         const int left = std::min(xFrom_[i], xTo_[i]), right = std::max(xFrom_[i], xTo_[i]);
         const int sign = height_[i] < 0 ? -1 : 1, height = height_[i] * sign;
@@ -314,7 +315,7 @@ private:
         }
         const int last = (end - endsAtBorder_[i]) >> kSubpixelBits;
 
-        // How much of the height is done at the right border of each cell; from the last cell on it is all.
+        // Height reached at the right border of each cell; the full height from the last cell on.
         const __m256d begins = _mm256_set1_pd(begin), half = _mm256_set1_pd(0.5);
         const __m256d steepness = _mm256_set1_pd(steepness_[i]);
         const __m256d firstBorders = _mm256_setr_pd(kOne, 2 * kOne, 3 * kOne, 4 * kOne);
@@ -327,7 +328,7 @@ private:
         const __m128i parts = _mm_sign_epi16(_mm_sub_epi16(done, _mm_slli_si128(done, 2)),
                                              _mm_set1_epi16(static_cast<short>(sign)));
 
-        // Twice the middle of the edge inside each cell: where it enters, and where it leaves.
+        // Twice the centre of the edge inside each cell: entry plus exit.
         const __m128i lanes =
             _mm_setr_epi16(0, kOne, 2 * kOne, 3 * kOne, 4 * kOne, 5 * kOne, 6 * kOne, 7 * kOne);
         const __m128i enters =
@@ -350,7 +351,7 @@ private:
     std::uint64_t* const words_;
     const int cellStride_, wordStride_;
 
-    // What an edge does in a row. The height has the sign of the winding.
+    // Rows of edges. The height has the sign of the winding.
     std::size_t count_ = 0;
     PerRow<int> xFrom_, xTo_, height_, row_, endsAtBorder_;
     PerRow<double> steepness_;

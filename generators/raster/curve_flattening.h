@@ -6,11 +6,11 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// Farthest that a polyline may stray from its curve, in pixels.
+/// Maximum distance between a curve and its polyline, in pixels.
 inline constexpr double kFlatness = 0.04;
 
-/// Straight pieces for a cubic curve. It bends away from its pieces by an eighth of its second derivative at
-/// most, which is greatest at one of the ends.
+/// Number of line segments for a cubic curve. The deviation is at most one eighth of the second derivative
+/// per squared step, and the second derivative is greatest at one of the ends.
 inline int ORVPiecesOfCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                             const ORVMathPoint2D& p3) {
     constexpr double kMostPieces = 1000.0;
@@ -18,11 +18,11 @@ inline int ORVPiecesOfCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, 
     const double bend = std::max(square(p0.x - 2.0 * p1.x + p2.x, p0.y - 2.0 * p1.y + p2.y),
                                  square(p1.x - 2.0 * p2.x + p3.x, p1.y - 2.0 * p2.y + p3.y));
     const double pieces = std::min(std::sqrt(std::sqrt(bend) * (0.75 / kFlatness)), kMostPieces);
-    // Rounded up, but for what is a whole number; what is no number makes one piece.
+    // Rounds up with a small tolerance; NaN yields one segment.
     return pieces > 1.0 ? static_cast<int>(pieces + (1.0 - 1e-9)) : 1;
 }
 
-/// Hands the ends of a cubic curve's pieces to `add`, without its start.
+/// Passes the end points of a cubic curve's segments to `add`, without the start of the curve.
 template <class Add>
 void ORVFlattenCubic(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                      const ORVMathPoint2D& p3, int pieces, Add add) {

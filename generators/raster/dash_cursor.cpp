@@ -9,8 +9,8 @@ DashCursor::DashCursor(const StrokePen& pen, double distance) : pen_(pen) {
     const auto ends = pen.dashEnds;
     const auto found = std::upper_bound(ends.begin(), ends.end(), distance - Start());
     const auto entry = static_cast<std::size_t>(found - ends.begin());
-    entry_ = std::min(entry, ends.size() - 1) & ~std::size_t{1};  // of dash and gap, the dash
-    // Quotients are rounded: it may be the next dash already.
+    entry_ = std::min(entry, ends.size() - 1) & ~std::size_t{1};  // even index: a dash, not a gap
+    // The quotient is rounded, so this may already be the next dash.
     GoBack();
     GoBack();
 }

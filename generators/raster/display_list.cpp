@@ -14,7 +14,7 @@ bool IsGreyPaint(const RasterOperation& operation) {
     return !operation.picture && colour.red == colour.green && colour.green == colour.blue;
 }
 
-// The rows that a clip leaves.
+// The rows inside a clip.
 int FirstRowOf(const RasterClip& clip) { return PixelOf(std::max(clip.top, 0.0)); }
 int LastRowOf(const RasterClip& clip) { return PixelOf(std::ceil(clip.bottom)) - 1; }
 
@@ -34,7 +34,7 @@ void DisplayList::Begin(int width, int height, double scale, double thinnest, bo
 }
 
 void DisplayList::Clear() {
-    // Fresh vectors: a page's memory is not kept for the next one, which may need it elsewhere.
+    // New vectors, to release the memory of the previous page.
     operations_ = {};
     pieces_ = {};
     dashes_ = {};
@@ -89,7 +89,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.geometry = geometry;
         operation.fills = false;
         operation.smooths = operation.smooths && !stroke->isCrisp;
-        // Crisp lines thinner than a pixel would have holes.
+        // Without antialiasing, lines thinner than a pixel would have gaps.
         operation.pen = pens_.Find(*stroke, toDevice, stroke->isCrisp ? std::max(thinnest_, 1.0) : thinnest_);
         SetGradient(stroke->gradient, operation);
         AddOperation(operation, extent);
@@ -100,7 +100,7 @@ void DisplayList::SetGradient(const ORVPrintGradient* gradient, RasterOperation&
     operation.gradient = gradient ? gradients_.Find(*gradient, ToDevice(gradient->toPage)) : nullptr;
     if (!operation.gradient) return;
     operation.picture = nullptr;
-    operation.colour.opacity = 255;  // its colours have their own
+    operation.colour.opacity = 255;  // the colours have their own opacity
 }
 
 void DisplayList::AddImage(const ORVPrintImage& image) {
@@ -127,7 +127,7 @@ void DisplayList::AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& s
 
 const RasterPicture* DisplayList::KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
                                               bool repeats, bool isSmooth) {
-    // Patterns often paint one shape after the other.
+    // Consecutive shapes often share a pattern.
     if (repeats && !pictures_.empty() && pictures_.back().repeats && pictures_.back().image.get() == &image &&
         pictures_.back().toDevice == toDevice)
         return &pictures_.back();

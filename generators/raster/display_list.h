@@ -20,12 +20,12 @@
 
 struct ORVGlyphRun;
 
-/// What a page shows, in device space and in drawing order. Its size goes with the drawing's content, not
-/// with the page's resolution.
+/// Contents of a page in device space, in drawing order. Its size depends on the content of the drawing, not
+/// on the resolution.
 class DisplayList {
 public:
-    /// @param scale     pixels in a user unit
-    /// @param thinnest  lines are at least so wide, in pixels
+    /// @param scale     pixels per user unit
+    /// @param thinnest  minimum line width, in pixels
     void Begin(int width, int height, double scale, double thinnest, bool smooths);
     void Clear();
 
@@ -47,11 +47,11 @@ public:
     const std::vector<RasterClipMask>& GetClipMasks() const { return clipMasks_; }
     const std::vector<RasterLayer>& GetLayers() const { return layers_; }
     bool HasLayers() const { return layers_.size() > 1; }
-    /// What all layers that are begun at the same time take for a row (bytes), at most.
+    /// Maximum bytes of a row of all layers that are open at the same time.
     std::size_t GetLayerRowBytes() const { return layerRowBytes_; }
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
-    /// True while nothing but black, white and greys was drawn.
+    /// True while only black, white and greys have been drawn.
     bool IsGrey() const { return isGrey_; }
 
 private:
@@ -59,17 +59,17 @@ private:
     RasterOperation NewOperation(const ORVPrintColour& colour) const;
     void AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, const ORVPrintFill* fill,
                  const ORVPrintStroke* stroke);
-    /// Lets a gradient paint instead of the colour, where it can.
+    /// Paints with a gradient instead of the colour, if that is possible.
     void SetGradient(const ORVPrintGradient* gradient, RasterOperation& operation);
     /// Draws an image on the unit square.
     void AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& squareToDevice, std::uint8_t opacity,
                    bool isSmooth = true);
-    /// Finds out which columns an operation may touch, and whether its clip cuts anything off.
-    /// @return false when nothing of it is left
+    /// Determines which columns an operation may touch, and whether its clip cuts anything off.
+    /// @return false if nothing is left
     bool FitToClip(RasterOperation& operation, const RasterExtent& extent) const;
     /// Adds an operation on outlines.
     void AddOperation(RasterOperation operation, const RasterExtent& extent);
-    /// Adds an operation on the glyphs that were collected.
+    /// Adds an operation on the collected glyphs.
     void AddGlyphs(RasterOperation operation);
     PieceCutter CutterFor(const RasterOperation& operation);
 
@@ -80,21 +80,21 @@ private:
         bool evenOdd = false;
         std::uint32_t outer = 0, clip = 0;
     };
-    /// A layer or mask that was begun and has not ended.
+    /// A layer or mask that has begun but not ended.
     struct OpenedLayer {
         std::uint32_t number = 0;
-        std::uint32_t clip = 0;                          // cuts all of it off
-        std::size_t firstOperation = 0, firstPiece = 0;  // its beginning
-        std::size_t maskBegin = 0, maskEnd = 0;          // pieces
-        std::size_t openClips = 0;                       // that its end leaves, and its window
-        std::size_t innerRowBytes = 0;                   // of what lies in it
-        RasterBounds content;                            // what was painted so far
-        bool blends = false;                             // something in it sees what lies below
+        std::uint32_t clip = 0;                          // clips the whole layer
+        std::size_t firstOperation = 0, firstPiece = 0;  // where it begins
+        std::size_t maskBegin = 0, maskEnd = 0;          // indices of its mask's pieces
+        std::size_t openClips = 0;                       // clips open around it, counting its window
+        std::size_t innerRowBytes = 0;                   // bytes of a row of the layers inside
+        RasterBounds content;                            // bounds of what was painted so far
+        bool blends = false;                             // something in it uses the backdrop
     };
     RasterClip ClipOn(const ORVMathBox2D& box) const;
-    /// Adds a clip within another one.
+    /// Adds a clip inside another one.
     std::uint32_t AddClip(std::uint32_t outerNumber, RasterClip clip);
-    /// @param keepsFractions  whether the box around an outline cuts off, too, as it does with texts
+    /// @param keepsFractions  whether the bounding box also clips, including fractions of pixels, as for text
     std::uint32_t AddClipPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, bool evenOdd,
                               bool keepsFractions);
     void AddStep(RasterOperation operation, const RasterBounds& rows);
@@ -105,7 +105,7 @@ private:
     // Text, in display_list_text.cpp.
     void AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice);
     void AddRunOutlines(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice);
-    /// Collects the glyphs of a run that have outlines. @return false when some have none
+    /// Collects the glyphs of a run that have outlines. @return false if some have none
     bool CollectPlaces(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, RasterGeometry& origin);
     void AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, const ORVPrintFill& fill);
 
@@ -122,12 +122,12 @@ private:
     RasterSequence<RasterDashes> dashes_;
     std::vector<RasterClip> clips_;
     std::vector<std::uint32_t> openClips_;
-    std::vector<RasterClipMask> clipMasks_;  // the first one stands for none
+    std::vector<RasterClipMask> clipMasks_;  // the first one means no mask
     std::array<KnownClip, 4> knownClips_;
     std::size_t nextKnownClip_ = 0;
-    std::vector<RasterLayer> layers_;  // the first one stands for the page
+    std::vector<RasterLayer> layers_;  // the first one is the page
     std::vector<OpenedLayer> openLayers_;
-    std::uint32_t layer_ = 0;  // that is painted on
+    std::uint32_t layer_ = 0;  // the one being painted on
     std::size_t layerRowBytes_ = 0;
     PenStore pens_;
     GlyphStore glyphs_;
@@ -135,7 +135,7 @@ private:
     std::deque<RasterPicture> pictures_;
 
     OutlineCollector outlines_{arena_};
-    // Kept between calls for their memory.
+    // Members to reuse their memory between calls.
     std::vector<RasterGlyphPlace> places_;
     ORVPrintPath path_;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How clips of outlines and layers get into a display list.
+// Adds clips and layers to a display list.
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The pixels that a clip leaves something of.
+/// The pixels that are at least partly inside a clip.
 RasterBounds PixelsOf(const RasterClip& clip) {
     return {PixelOf(std::max(clip.left, 0.0)), PixelOf(std::max(clip.top, 0.0)),
             PixelOf(std::ceil(clip.right)), PixelOf(std::ceil(clip.bottom))};
@@ -27,7 +27,7 @@ RasterClip WindowOn(const RasterBounds& bounds) {
     return window;
 }
 
-/// Moves borders away from the inside; those of clips around it are cut to again by what they are.
+/// Rounds a clip outwards to whole pixels, except for borders of the clips around it, which stay exact.
 void WidenToPixels(RasterClip& clip, const RasterClip& outer) {
     clip.left = std::max(std::floor(clip.left), outer.left);
     clip.top = std::max(std::floor(clip.top), outer.top);
@@ -51,7 +51,7 @@ std::uint32_t DisplayList::AddClip(std::uint32_t outerNumber, RasterClip clip) {
 }
 
 RasterClip DisplayList::ClipOn(const ORVMathBox2D& box) const {
-    // An empty box has its borders the wrong way round, which nothing lies between.
+    // An empty box has reversed limits and contains nothing.
     RasterClip clip;
     clip.left = box.xMin * scale_;
     clip.top = box.yMin * scale_;
@@ -92,7 +92,7 @@ std::uint32_t DisplayList::AddClipPath(const ORVPrintPath& path, const ORVMathAf
     RasterGeometry geometry;
     const std::uint32_t outer = openClips_.back();
     if (!IsDrawable(toDevice) || !outlines_.Make(path, toDevice, PathUse::kFill, geometry, extent))
-        return AddClip(outer, clip);  // a box in which nothing lies
+        return AddClip(outer, clip);  // an empty box
     clip.left = extent.left;
     clip.top = extent.top;
     clip.right = extent.right;
@@ -100,7 +100,7 @@ std::uint32_t DisplayList::AddClipPath(const ORVPrintPath& path, const ORVMathAf
     const std::uint32_t number = AddClip(outer, clip);
     if (outlines_.IsBox()) return number;
     RasterClip& made = clips_[number];
-    // The outline itself knows how much of a pixel it leaves.
+    // The outline itself provides partial coverage.
     if (!keepsFractions) WidenToPixels(made, clips_[outer]);
     RasterClipMask mask;
     mask.outline = geometry;
@@ -137,7 +137,7 @@ void DisplayList::OpenLayer(RasterLayer layer, std::uint32_t clip, RasterStep st
     operation.step = step;
     operation.layer = opened.number;
     AddStep(operation, {});
-    // What cuts the layer off cuts its content off as one: while that is drawn, whole pixels will do.
+    // The clip is applied to the layer as a whole; its content only needs a clip to whole pixels.
     openClips_.push_back(AddClip(0, WindowOn(PixelsOf(clips_[clip]))));
     opened.openClips = openClips_.size();
     openLayers_.push_back(opened);
@@ -181,7 +181,7 @@ void DisplayList::EndMask() {
     operation.step = RasterStep::kEndMask;
     operation.layer = closed.number;
     AddStep(operation, {});
-    // What the mask hides need not be drawn.
+    // Content that the mask hides need not be drawn.
     openClips_.back() = AddClip(0, WindowOn(closed.content.CutTo(PixelsOf(clips_[layer.clip]))));
 }
 
@@ -202,7 +202,7 @@ void DisplayList::EndLayer() {
         return;
     }
     layer.bounds = content.CutTo(PixelsOf(clips_[closed.clip]));
-    // Blend modes in a layer that is isolated must not see what lies below it.
+    // Blend modes inside an isolated layer must not see its backdrop.
     layer.isPlain = layer.opacity == 255 && layer.blend == ORVPrintBlendMode::kNormal && !layer.hasMask &&
                     !end.clipped && !(layer.isIsolated && closed.blends);
     const std::size_t steps[]{closed.firstPiece, closed.maskBegin, closed.maskEnd};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How text gets into a display list.
+// Adds text to a display list.
 
 #include <algorithm>
 #include <memory>
@@ -15,12 +15,12 @@
 
 namespace {
 
-// Glyphs of more pixels an em are drawn as any other outline, which need not be near.
+// Larger glyphs, in pixels per em, are drawn as paths, which may extend farther.
 constexpr double kLargestGlyph = 20'000.0;
-// Smaller ones cannot be seen.
+// Smaller glyphs are invisible.
 constexpr double kSmallestGlyph = 1e-5;
 
-/// The line that makes a run's glyphs bold.
+/// The stroke that emboldens the glyphs of a run.
 ORVPrintStroke BoldStrokeOf(const ORVGlyphRun& run) {
     ORVPrintStroke bold;
     bold.width = ORVFontFace::kSyntheticBoldStroke * run.size;

@@ -14,7 +14,7 @@ using Spread = ORVPrintGradient::Spread;
 
 // ---- Tables -----------------------------------------------------------------------------------------------
 
-// Work in pixels of one colour.
+// Work, in pixels filled with one colour.
 constexpr std::uint64_t kEntryWork = 4, kLinearWork = 6, kRadialWork = 16;
 
 FloatLanes ChannelsOf(const ORVPrintColour& colour) {
@@ -33,7 +33,7 @@ void MakeColours(const RasterGradientStops& stops, std::vector<std::uint32_t>& c
     const RasterGradientStops::Stop *stop = stops.stops, *const last = stop + stops.count - 1;
     colours.push_back(Premultiplied(ChannelsOf(stop->colour)));
     for (std::uint32_t i = 0; i < stops.entries; ++i) {
-        // The middle of the entry stands for all of it.
+        // Each entry has the colour at its centre.
         const float place = (static_cast<float>(i) + 0.5F) / static_cast<float>(stops.entries);
         while (stop < last && stop[1].offset <= place) ++stop;
         FloatLanes colour = ChannelsOf(stop->colour);
@@ -49,7 +49,7 @@ void MakeColours(const RasterGradientStops& stops, std::vector<std::uint32_t>& c
 
 // ---- Places -----------------------------------------------------------------------------------------------
 
-/// `value` where the mask has ones, else 0.
+/// `value` where the mask is set, else 0.
 FloatLanes KeepWhere(const SignedLanes& mask, const FloatLanes& value) {
     return std::bit_cast<FloatLanes>(mask & std::bit_cast<SignedLanes>(value));
 }
@@ -57,13 +57,13 @@ FloatLanes ChooseFloat(const SignedLanes& mask, const FloatLanes& a, const Float
     return std::bit_cast<FloatLanes>((mask & std::bit_cast<SignedLanes>(a)) |
                                      (~mask & std::bit_cast<SignedLanes>(b)));
 }
-/// What is no number becomes the least.
+/// Clamps a value; NaN becomes `least`.
 FloatLanes Clamp(const FloatLanes& value, float least, float most) {
     const FloatLanes low = FloatLanes{} + least, high = FloatLanes{} + most;
     const FloatLanes raised = ChooseFloat(value > low, value, low);
     return ChooseFloat(raised < high, raised, high);
 }
-/// What is above the whole number below, from 0 to 1; both may occur.
+/// Fractional part, from 0 to 1 inclusive.
 FloatLanes Fraction(const FloatLanes& value) {
     constexpr float kNoFractions = 16'000'000.0F;
     const FloatLanes near = Clamp(value, -kNoFractions, kNoFractions);
@@ -71,7 +71,7 @@ FloatLanes Fraction(const FloatLanes& value) {
     return rest + KeepWhere(rest < 0.0F, FloatLanes{} + 1.0F);
 }
 
-/// The numbers of entries, the colour before the first place being 0.
+/// Table indices of gradient parameters; 0 is the colour before the first stop.
 template <Spread kSpread>
 SignedLanes EntriesAt(const FloatLanes& places, float entries) {
     if constexpr (kSpread == Spread::kPad)
@@ -95,7 +95,7 @@ struct LinearPlaces {
     FloatLanes At(const FloatLanes& x, SignedLanes& /*isNowhere*/) const { return origin + x * perColumn; }
 };
 
-/// Points of a row in the coordinates of circles.
+/// Points of a row in the coordinate system of the circles.
 struct CirclePoints {
     FloatLanes originX{}, originY{}, perColumnX{}, perColumnY{};
 
@@ -123,8 +123,8 @@ struct ConcentricPlaces {
     }
 };
 
-/// Of the circles through a point, which are the solutions of curvature t^2 - 2 b t + c = 0, the one farthest
-/// on counts, unless its radius is below 0.
+/// The circles through a point are the solutions of curvature t^2 - 2 b t + c = 0. The greatest t whose
+/// radius is not negative counts.
 struct TwoCirclePlaces {
     CirclePoints points;
     float distance, startRadius, growth, curvature, perCurvature;
@@ -148,7 +148,7 @@ struct TwoCirclePlaces {
         }
         const FloatLanes square = b * b - curvature * c;
         const FloatLanes root = SquareRoot(KeepWhere(square > 0.0F, square));
-        // Of two numbers with one sign, so that nothing cancels out.
+        // Adds numbers of equal sign, to avoid cancellation.
         const FloatLanes q = b + ChooseFloat(b < 0.0F, -root, root);
         const FloatLanes one = q * perCurvature, other = Over(c, q);
         const FloatLanes farther = ChooseFloat(one > other, one, other);
@@ -160,7 +160,7 @@ struct TwoCirclePlaces {
 
 private:
     SignedLanes HasRadius(const FloatLanes& place) const { return startRadius + place * growth >= 0.0F; }
-    /// 0 where there is nothing to divide by.
+    /// Quotient; 0 where the divisor is 0.
     static FloatLanes Over(const FloatLanes& value, const FloatLanes& divisor) {
         return KeepWhere(divisor != 0.0F, value / ChooseFloat(divisor == 0.0F, FloatLanes{} + 1.0F, divisor));
     }
@@ -216,7 +216,7 @@ const std::uint8_t* GradientSource::Read(int row, int begin, int end) {
     }
     Write(row, 0, 1);
     const auto count = static_cast<std::uint32_t>(end - begin) + 3;
-    // Most often the row before had the same colour.
+    // Usually the previous row had the same colour.
     const std::uint32_t from = row_[0] == levelColour_ ? std::max(level_, 1U) : 1U;
     levelColour_ = row_[0];
     if (from < count) std::fill(row_.begin() + from, row_.begin() + count, levelColour_);

@@ -7,21 +7,22 @@
 
 #include "generators/raster/raster_gradient.h"
 
-/// Gives the colours of gradients, row by row. What a pixel gets depends on its place only. One thread has
-/// one of its own; it is made for one page.
+/// Computes the colours of gradients, row by row. A pixel's colour depends only on its position. Not
+/// thread-safe: each thread needs its own object, and each page a new one.
 class GradientSource {
 public:
-    /// Prepares for reading of the columns [left, right).
-    /// @return the work of that, in pixels of one colour
+    /// Prepares to read the columns [left, right).
+    /// @return the work done, in pixels filled with one colour
     std::uint64_t Begin(const RasterGradient& gradient, int left, int right);
-    /// @return the premultiplied colours (RGBA) of the pixels [begin, end) of a row, and room for three more;
+    /// @return premultiplied RGBA colours of the pixels [begin, end) of a row, with room for three more;
     ///         valid until the next call
     const std::uint8_t* Read(int row, int begin, int end);
-    /// Work for each pixel that is read, in pixels of one colour.
+    /// Work per pixel read, in pixels filled with one colour.
     std::uint64_t GetPixelWork() const;
 
 private:
-    /// The colour before the first place, those of the places, the one behind the last, and nothing.
+    /// Colours of a gradient: one before the first stop, those of the table, one after the last stop, and
+    /// transparent.
     struct Table {
         const RasterGradientStops* stops = nullptr;
         std::vector<std::uint32_t> colours;
@@ -34,8 +35,8 @@ private:
     const RasterGradient* gradient_ = nullptr;
     const std::uint32_t* colours_ = nullptr;
     float entries_ = 0.0F;
-    int left_ = 0;                    // of the row below, where all rows are alike
-    std::vector<std::uint32_t> row_;  // what was written last
-    std::uint32_t level_ = 0;         // how many pixels of it have the colour below
+    int left_ = 0;                    // of `row_`, if all rows are equal
+    std::vector<std::uint32_t> row_;  // last row written
+    std::uint32_t level_ = 0;         // number of leading pixels of `row_` with the colour below
     std::uint32_t levelColour_ = 0;
 };

@@ -16,7 +16,7 @@ namespace {
 using Stop = RasterGradientStops::Stop;
 
 constexpr std::uint32_t kFewestEntries = 256, kMostEntries = 1024;
-// Entries between two colours, where there is room for so many.
+// Maximum number of table entries between two stops.
 constexpr float kEntriesBetween = 256.0F;
 
 std::uint32_t BitsOf(const ORVPrintColour& colour) { return std::bit_cast<std::uint32_t>(colour); }
@@ -36,12 +36,13 @@ std::uint64_t HashOf(std::span<const Stop> stops) {
     return hash;
 }
 
-/// As many as it takes for a change between neighbours to be smooth, or sharp where it is sudden.
+/// Number of table entries: enough for smooth transitions between neighbours, and for abrupt ones to stay
+/// sharp.
 std::uint32_t EntriesFor(std::span<const Stop> stops) {
     float shortest = 1.0F;
     for (std::size_t i = 0; i + 1 < stops.size(); ++i) {
         const Stop &a = stops[i], &b = stops[i + 1];
-        // What changes at an end needs no entry.
+        // A change at either end needs no entry.
         if (BitsOf(a.colour) == BitsOf(b.colour) || b.offset == 0.0F || a.offset == 1.0F) continue;
         shortest = std::min(shortest, b.offset - a.offset);
     }
@@ -57,7 +58,7 @@ bool IsSameGradient(const RasterGradient& a, const RasterGradient& b) {
            a.startRadius == b.startRadius && a.growth == b.growth && a.distance == b.distance;
 }
 
-/// The map that puts one point on the origin and another one on (1, 0), and keeps angles.
+/// The similarity transformation that maps `origin` to (0, 0) and the end of the vector `toUnit` to (1, 0).
 ORVMathAffine2D ToUnit(const ORVMathPoint2D& origin, const ORVMathVector2D& toUnit) {
     const double square = Dot(toUnit, toUnit);
     const double c = toUnit.x / square, s = toUnit.y / square;
@@ -68,7 +69,7 @@ bool SetLinear(const ORVPrintGradient& from, const ORVMathAffine2D& fromDevice, 
     const ORVMathVector2D along{from.end.x - from.start.x, from.end.y - from.start.y};
     if (!(Dot(along, along) > 0.0)) return false;
     to.fromDevice = ToUnit(from.start, along) * fromDevice;
-    // What changes so little across a page has been meant not to.
+    // A change this small across a page was meant to be none.
     constexpr double kParallel = 1e-9;
     double &x = to.fromDevice.m11, &y = to.fromDevice.m12;
     if (std::fabs(x) < std::fabs(y) * kParallel) x = 0.0;
@@ -80,7 +81,7 @@ bool SetRadial(const ORVPrintGradient& from, const ORVMathAffine2D& fromDevice, 
     const ORVMathVector2D apart{from.end.x - from.start.x, from.end.y - from.start.y};
     const double distance = std::sqrt(Dot(apart, apart));
     const double growth = from.endRadius - from.startRadius;
-    // In units of what is largest, so that short numbers do.
+    // Normalised to the largest value, so that floats suffice.
     const double unit = std::max({distance, from.startRadius, from.endRadius});
     if (!(unit > 0.0) || (distance == 0.0 && growth == 0.0)) return false;
     const bool isConcentric = distance < unit * 1e-9 && growth != 0.0;
@@ -121,7 +122,7 @@ const RasterGradientStops* GradientStore::FindStops(std::span<const ORVPrintGrad
     draft_.clear();
     float least = 0.0F;
     for (const ORVPrintGradientStop& stop : stops) {
-        // The comparison is written so that what is no number becomes one.
+        // Written so that NaN becomes 1.
         const auto offset = static_cast<float>(stop.offset);
         if (offset > least) least = std::min(offset, 1.0F);
         draft_.push_back({least, stop.colour});

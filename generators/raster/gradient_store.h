@@ -11,15 +11,15 @@
 #include "generators/raster/raster_gradient.h"
 #include "generators/raster/raster_memory.h"
 
-/// The gradients of a page. Equal colours are kept once, so that many shapes may share a gradient and many
-/// gradients their colours.
+/// The gradients of a page, without duplicates: shapes may share a gradient, and gradients may share their
+/// colour stops.
 class GradientStore {
 public:
     explicit GradientStore(RasterArena& arena) : arena_(arena) {}
 
     /// @param toDevice  from the gradient's coordinates
-    /// @return the gradient, which stays where it is until the arena is cleared; null when its map cannot be
-    ///         inverted or its colours lie nowhere
+    /// @return the gradient, valid until the arena is cleared; null if the matrix cannot be inverted or the
+    ///         gradient paints nothing
     const RasterGradient* Find(const ORVPrintGradient& gradient, const ORVMathAffine2D& toDevice);
     void Clear();
 

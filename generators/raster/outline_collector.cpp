@@ -28,7 +28,7 @@ bool OutlineCollector::Collect(const ORVPrintPath& path, const ORVMathAffine2D& 
         isFar = isFar || !IsWithinLimit(p);
         return p;
     };
-    // Points are kept as short numbers: what these cannot tell apart counts as one point.
+    // Points are stored as floats: points equal as floats count as one.
     const auto equal = [&](const ORVMathPoint2D& a, const ORVMathPoint2D& b) {
         return ShortFrom(origin, a) == ShortFrom(origin, b);
     };
@@ -39,7 +39,7 @@ bool OutlineCollector::Collect(const ORVPrintPath& path, const ORVMathAffine2D& 
         isOpen = true;
         hasVerb = false;
     };
-    // A contour that only moves shows nothing, whatever its caps.
+    // A contour that consists of a move only shows nothing, with any caps.
     const auto end = [&] {
         if (isOpen && !hasVerb) {
             points_.pop_back();
@@ -116,7 +116,7 @@ bool OutlineCollector::Make(const ORVPrintPath& path, const ORVMathAffine2D& toD
     if (!Collect(path, toDevice))
         Collect(FitPathToRange(path, toDevice, kDeviceLimit, use, fitted_), toDevice);
     if (!HasContours()) return false;
-    // What cannot be seen need not be kept; room for pens is added where there is one.
+    // Invisible parts need not be stored. If there is a pen, room for it is added.
     geometry = Keep(extent);
     return true;
 }

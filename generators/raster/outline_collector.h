@@ -9,23 +9,23 @@
 #include "generators/raster/raster_outline.h"
 #include "platform/print/ORVPrintPath.h"
 
-/// Turns paths into outlines in device space: contours with points of floats, kept in an arena.
+/// Converts paths to outlines in device space: contours of float points, stored in an arena.
 class OutlineCollector {
 public:
     explicit OutlineCollector(RasterArena& arena) : arena_(arena) {}
 
-    /// Looks at a path, which Keep keeps. What is too far away is to be fitted first (see Make).
-    /// @return false when a point is farther away than kDeviceLimit
+    /// Collects a path for Keep. Paths with points too far away must be clipped first (see Make).
+    /// @return false if a point is farther away than kDeviceLimit
     bool Collect(const ORVPrintPath& path, const ORVMathAffine2D& toDevice);
-    /// False when the path that was collected last shows nothing, whatever draws it.
+    /// False if the last collected path is empty and shows nothing, filled or stroked.
     bool HasContours() const { return !points_.empty(); }
-    /// Keeps what was collected last, which must have contours.
+    /// Stores the last collected path, which must have contours, in the arena.
     RasterGeometry Keep(RasterExtent& extent);
-    /// Collects a path, cut to what is near enough, and keeps it.
-    /// @return false when it shows nothing
+    /// Collects a path, clipped to kDeviceLimit, and stores it.
+    /// @return false if it shows nothing
     bool Make(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, PathUse use,
               RasterGeometry& geometry, RasterExtent& extent);
-    /// True when the path that was collected last is one box, parallel to the axes.
+    /// True if the last collected path is a single axis-parallel rectangle.
     bool IsBox() const;
 
 private:
@@ -35,7 +35,7 @@ private:
     };
 
     RasterArena& arena_;
-    // Kept between calls for their memory.
+    // Members to reuse their memory between calls.
     std::vector<Draft> drafts_;
     std::vector<ORVMathPoint2D> points_;
     std::vector<RasterContour::Verb> verbs_;

@@ -4,16 +4,17 @@
 #include <atomic>
 #include <cstdint>
 
-/// How much may be painted for all pages of an output, in pixels of one colour. May be used by several
-/// threads. What a page takes does not depend on bands or threads, and so neither does whether it is too
-/// much.
+/// Limit of painting for all pages of an output, measured in pixels filled with one colour. Spend and IsSpent
+/// may be called from several threads. The work for a page, and so whether it exceeds the limit, does not
+/// depend on bands or threads.
 class PaintBudget {
 public:
-    /// More for every pixel of a page: its pixels are read from an image once, painted over and compressed.
+    /// Added to the limit for every pixel of a page: each is read from an image once, painted over and
+    /// compressed.
     static constexpr std::uint64_t kPerPagePixel = 100;
 
     void Allow(std::uint64_t pixels) { limit_ += pixels; }
-    /// @return false when that is more than there was left
+    /// @return false if the budget is exceeded
     bool Spend(std::uint64_t pixels) {
         return spent_.fetch_add(pixels, std::memory_order_relaxed) + pixels <= limit_;
     }

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Pens are looked for among the last ones.
+// Number of recent pens that are compared.
 constexpr std::size_t kPensToCompare = 8;
 
 bool IsSameLinearMap(const ORVMathAffine2D& a, const ORVMathAffine2D& b) {

@@ -6,17 +6,17 @@
 
 #include "generators/raster/stroke_pen.h"
 
-/// The pens of a page. Lines that follow each other often share one.
+/// Caches the pens of a page. Consecutive lines often share a pen.
 class PenStore {
 public:
-    /// @param thinnest  lines are at least so wide, in pixels
-    /// @return the pen for a line; stays where it is until Clear
+    /// @param thinnest  minimum line width, in pixels
+    /// @return the pen for a line; the pointer is valid until Clear
     const StrokePen* Find(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevice, double thinnest);
     void Clear() { pens_.clear(); }
 
 private:
     struct KeptPen {
-        ORVPrintStroke stroke;  // its dashes are those below
+        ORVPrintStroke stroke;  // refers to the dashes below
         std::vector<double> dashes, dashEnds;
         ORVMathAffine2D map;
         StrokePen pen;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Averages areas, each sample of which stands for the same fraction of the image.
+/// Reduces an image by averaging; each sample represents an equal fraction of the image.
 class Reduction {
 public:
     Reduction(int width, int height, int toWidth, int toHeight)
@@ -42,7 +42,7 @@ private:
         const double columnsPerSample = static_cast<double>(width_) / toWidth_;
         float* out = line_.data();
         int column = 0;
-        float carried = 0.0F;  // part of the current column that is still to be given
+        float carried = 0.0F;  // remaining part of the current column
         float current[4] = {};
         const auto load = [&] {
             const auto alpha = static_cast<float>(pixel[3]);

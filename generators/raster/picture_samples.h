@@ -8,12 +8,11 @@
 
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// A picture's pixels at about the size at which they are drawn, premultiplied, with what it takes to draw
-/// them.
+/// The premultiplied pixels of an image, resampled to about the size at which it is drawn.
 class PictureSamples {
 public:
-    /// Makes samples of a picture. Those that are drawn smaller than they are become averages of areas.
-    /// Throws std::bad_alloc when out of memory.
+    /// Resamples an image. Images drawn smaller than they are get averages of areas. Throws std::bad_alloc
+    /// when out of memory.
     static std::shared_ptr<const PictureSamples> Make(const ORVPixelImage& image, int width, int height);
 
     ~PictureSamples();

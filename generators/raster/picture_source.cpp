@@ -10,13 +10,13 @@
 
 namespace {
 
-// Of a picture that is drawn smaller than its samples are, so many are read for a pixel, along a side, so
-// that it gets the average of just its own area.
+// Reads per pixel along each axis for images drawn smaller than their samples, so that a pixel gets the
+// average of its area.
 constexpr int kReadsOfReduced = 3;
 
 int ReadsAlong(double a, double b) { return std::hypot(a, b) > 1.02 ? kReadsOfReduced : 1; }
 
-/// Rounds down. Of numbers that are not large, without a call.
+/// Rounds down. Avoids a function call for numbers that are not large.
 double Floor(double value) {
     constexpr double kLarge = 1e9;
     if (!(value > -kLarge && value < kLarge)) return std::floor(value);
@@ -24,7 +24,7 @@ double Floor(double value) {
     return whole > value ? whole - 1.0 : whole;
 }
 
-/// Reads one picture's samples. Coordinates are pairs, those across and those down.
+/// Reads the samples of an image. Coordinates are pairs of x and y.
 template <bool kRepeats>
 class Sampler {
 public:
@@ -34,21 +34,21 @@ public:
           height_(samples.GetHeight()),
           size_{static_cast<double>(width_), static_cast<double>(height_)} {}
 
-    /// The colour at a place, times 2^16: a lane for each channel.
+    /// The colour at a position, times 2^16, with one channel per lane.
     [[gnu::always_inline]] SignedLanes At(const DoubleLanes& place) const {
-        // In 1/256 of the way from one sample to the next.
+        // In units of 1/256 sample.
         const DoubleLanes at = Inside(place) * 256.0;
         const auto x = static_cast<std::int64_t>(at[0]), y = static_cast<std::int64_t>(at[1]);
         const std::uint8_t *upper = pixels_, *lower = pixels_;
         upper += (y >> 8) * width_ * 4;
         lower += Next(y >> 8, height_) * width_ * 4;
         const std::int64_t first = (x >> 8) * 4, second = Next(x >> 8, width_) * 4;
-        // The channels of the upper row, then those of the lower one.
+        // The channels of the upper row, followed by those of the lower row.
         const ShortLanes left = WidenBytes(Load(upper + first), Load(lower + first));
         const ShortLanes right = WidenBytes(Load(upper + second), Load(lower + second));
         const ShortLanes share = ShortLanes{} + static_cast<std::uint16_t>(x & 255);
         const ShortLanes rows = left * (256 - share) + right * share;
-        // As whole numbers below 2^24, these are exact.
+        // Exact, as integers below 2^24.
         const FloatLanes below = FloatLanes{} + static_cast<float>(static_cast<int>(y & 255));
         return ToWhole(ToFloat(LowHalf(rows)) * (256.0F - below) + ToFloat(HighHalf(rows)) * below);
     }
@@ -61,7 +61,7 @@ private:
             const DoubleLanes positive = Where(at >= 0.0, at);
             return Where(positive < size_, positive);
         } else {
-            // What is no number is the first sample, too.
+            // NaN also becomes the first sample.
             const DoubleLanes at = Where(place > 0.0, place), most = size_ - 1.0;
             return Where(at < most, at) + Where(at >= most, most);
         }
@@ -81,20 +81,20 @@ private:
     const DoubleLanes size_;
 };
 
-/// Reads as many samples for each pixel as the picture's size asks for.
+/// Reads as many samples per pixel as the scale requires.
 template <bool kRepeats, int kAcross, int kDown>
 void ReadSamples(const PictureSource& source, int row, int begin, int end, std::uint8_t* rgba) {
     const Sampler<kRepeats> sampler(*source.samples);
     const ORVMathAffine2D& map = source.toSamples;
     const DoubleLanes perColumn{map.m11, map.m21}, perRow{map.m12, map.m22}, origin{map.dx, map.dy};
-    // What the row adds is the same for all of its pixels.
+    // The part that depends on the row is the same for all its pixels.
     DoubleLanes rows[kDown];
     for (int j = 0; j < kDown; ++j) rows[j] = perRow * (row + (j + 0.5) / kDown);
     for (int x = begin; x < end; ++x, rgba += 4) {
         SignedLanes sums{};
         for (int i = 0; i < kAcross; ++i) {
             const DoubleLanes column = perColumn * (x + (i + 0.5) / kAcross);
-            // A sample's value is that of its middle.
+            // Samples are located at their centres.
             for (int j = 0; j < kDown; ++j) sums += sampler.At(column + rows[j] + origin - 0.5);
         }
         constexpr std::uint32_t kCount = kAcross * kDown;
@@ -103,12 +103,12 @@ void ReadSamples(const PictureSource& source, int row, int begin, int end, std::
     }
 }
 
-/// Places of four pixels next to each other, along one axis of the samples.
+/// Positions of four adjacent pixels along one axis of the samples.
 class Places {
 public:
-    /// Units in a sample. The upper half of a number is in 1/256 of a sample, then.
+    /// Units per sample. The upper half of a number is then in 1/256 sample.
     static constexpr double kUnit = 1099511627776.0;  // 2 to the 40th
-    /// Places up to here can be counted (samples), with steps up to this.
+    /// Limits, in samples, for positions and for steps between pixels.
     static constexpr double kFarthest = 1 << 20, kLongestStep = 1 << 10;
 
     Places(double start, double step)
@@ -120,7 +120,7 @@ public:
         first_ += step_;
         second_ += step_;
     }
-    /// Where the four pixels are, moved by `offset` units, between 0 and `most`: in 1/256 of a sample.
+    /// Positions of the four pixels, moved by `offset` units and clamped to 0 to `most`, in 1/256 sample.
     [[gnu::always_inline]] SignedLanes Get(std::uint64_t offset, const SignedLanes& most) const {
         const auto at = std::bit_cast<SignedLanes>(__builtin_shufflevector(
             std::bit_cast<Lanes>(first_ + offset), std::bit_cast<Lanes>(second_ + offset), 1, 3, 5, 7));
@@ -128,7 +128,7 @@ public:
         const SignedLanes inside = positive < most;
         return (positive & inside) | (most & ~inside);
     }
-    /// Negative ones wrap around, and back when they are added.
+    /// Negative numbers wrap around, and back again when they are added.
     static std::uint64_t Units(double samples) {
         return static_cast<std::uint64_t>(static_cast<std::int64_t>(samples * kUnit));
     }
@@ -137,12 +137,12 @@ private:
     LongLanes step_, first_, second_;
 };
 
-/// Where four pixels are along one axis: the sample before, and how far on to the next one (of 256).
+/// Four positions along one axis: the sample before, and the distance to the next one in 1/256.
 struct FourPlaces {
     alignas(16) std::int32_t index[4];
     Lanes share;
 
-    /// @param last  the last sample that has another one behind it
+    /// @param last  the last sample that has another one after it
     FourPlaces(const SignedLanes& at, const SignedLanes& last) {
         const SignedLanes before = at >> 8, inside = before < last;
         const SignedLanes found = (before & inside) | (last & ~inside);
@@ -151,8 +151,8 @@ struct FourPlaces {
     }
 };
 
-/// Reads pictures whose borders go on without end, four pixels at a time. Whole numbers all the way, which
-/// give the very colours that Sampler gives.
+/// Reads images with extended borders, four pixels at a time, in integer arithmetic. Colours are identical to
+/// those of Sampler.
 template <bool kIsNarrow>
 class FourSampler {
 public:
@@ -165,7 +165,7 @@ public:
           lastX_(SignedLanes{} + std::max(samples.GetWidth() - 2, 0)),
           lastY_(SignedLanes{} + std::max(samples.GetHeight() - 2, 0)) {}
 
-    /// Adds the colours at four places, times 2^16: for each pixel, a lane for each channel.
+    /// Adds the colours at four positions, times 2^16: for each pixel, one channel per lane.
     [[gnu::always_inline]] void AddTo(SignedLanes (&sums)[4], const Places& across, std::uint64_t offsetX,
                                       const Places& down, std::uint64_t offsetY) const {
         const FourPlaces x(across.Get(offsetX, mostX_), lastX_), y(down.Get(offsetY, mostY_), lastY_);
@@ -189,7 +189,7 @@ private:
         const std::uint8_t* from = pixels_ + y.index[kPixel] * rowBytes_ + std::int64_t{x.index[kPixel]} * 4;
         const ShortLanes both =
             LoadTwo(from) * OfPixel<kPixel>(upper) + LoadTwo(from + nextRow_) * OfPixel<kPixel>(lower);
-        // Products are of signed numbers: half of what there is at most is taken away first.
+        // The products are signed, so half of the maximum is subtracted first.
         constexpr std::uint16_t kHalf = 0x8000;
         const ShortLanes left = both - kHalf;
         const auto right = std::bit_cast<ShortLanes>(
@@ -197,7 +197,7 @@ private:
         const ShortLanes pairs = __builtin_shufflevector(left, right, 0, 8, 1, 9, 2, 10, 3, 11);
         return SumsOfProducts(pairs, OfPixel<kPixel>(columns)) + kHalf * 256;
     }
-    /// A pixel and the one right of it; in pictures of one column, that again.
+    /// A pixel and the one to its right; in images one column wide, the same pixel twice.
     static ShortLanes LoadTwo(const std::uint8_t* from) {
         std::uint64_t pixels = 0;
         if constexpr (kIsNarrow) {
@@ -215,12 +215,12 @@ private:
     const SignedLanes mostX_, mostY_, lastX_, lastY_;
 };
 
-/// Reads as many samples for each pixel as the picture's size asks for, four pixels at a time.
+/// Reads as many samples per pixel as the scale requires, four pixels at a time.
 template <bool kIsNarrow, int kAcross, int kDown>
 void ReadFours(const PictureSource& source, double x, double y, int count, std::uint8_t* rgba) {
     const FourSampler<kIsNarrow> sampler(*source.samples);
     const ORVMathAffine2D& map = source.toSamples;
-    // What is rounded off may not take whole numbers to the sample before.
+    // Rounding errors must not move integers to the previous sample.
     constexpr double kRoundedOff = 1.0 / (1 << 20);
     Places across(x + kRoundedOff, map.m11), down(y + kRoundedOff, map.m21);
     constexpr std::uint32_t kCount = kAcross * kDown;
@@ -260,7 +260,7 @@ auto ReaderFor(int across, int down) {
 
 }  // namespace
 
-// Not in a hurry: pictures of large pixels are few.
+// Not optimised: images drawn with hard pixels are rare.
 void PictureSource::ReadNearest(int row, int begin, int end, std::uint8_t* rgba) const {
     const double mostX = samples->GetWidth() - 1, mostY = samples->GetHeight() - 1;
     for (int x = begin; x < end; ++x, rgba += 4) {
@@ -302,7 +302,7 @@ void PictureSource::Read(int row, int begin, int end, std::uint8_t* rgba) const 
         ReaderFor<true>(across, down)(*this, row, begin, end, rgba);
         return;
     }
-    // A sample's value is that of its middle.
+    // Samples are located at their centres.
     const ORVMathPoint2D first = toSamples({begin + 0.5, row + 0.5}),
                          last = toSamples({end + 0.5, row + 0.5});
     const auto isNear = [](double a, double b, double step, double rowStep) {

@@ -8,19 +8,19 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// A picture made ready for drawing.
+/// An image prepared for drawing.
 struct PictureSource {
     std::shared_ptr<const PictureSamples> samples;
-    ORVMathAffine2D toSamples;  // from the device
+    ORVMathAffine2D toSamples;  // from device space
     bool repeats = false;
     bool isSmooth = true;
-    std::uint64_t made = 0;  ///< pixels of the image that were looked at when the samples were made just now
+    std::uint64_t made = 0;  ///< pixels of the image read to make the samples in this call
 
-    /// Writes the premultiplied colours (RGBA) of the pixels [begin, end) of a row, and for up to three more.
+    /// Writes premultiplied RGBA colours of the pixels [begin, end) of a row, and of up to three more.
     void Read(int row, int begin, int end, std::uint8_t* rgba) const;
-    /// Samples that are read for a pixel.
+    /// Samples read per pixel.
     int GetReads() const;
-    /// True when the picture has one sample, and that is opaque. Sets red, green and blue of the colour then.
+    /// True if the image has a single opaque sample; `colour` then gets its red, green and blue.
     bool GetColour(ORVPrintColour& colour) const;
 
 private:

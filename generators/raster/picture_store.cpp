@@ -9,10 +9,9 @@
 
 namespace {
 
-// Samples that no thread uses are forgotten when all take more than this (bytes).
+// Total size in bytes beyond which samples that no thread uses are removed.
 constexpr std::size_t kStoreLimit = std::size_t{96} << 20U;
-// Of pictures that are drawn smaller than they are, so many samples are kept for a pixel of the device, along
-// a side.
+// Samples kept per device pixel along each axis, for images drawn smaller than they are.
 constexpr double kKeptSamples = 2.0;
 
 int ReducedSize(int size, double pixelsPerDevicePixel) {
@@ -55,7 +54,7 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
     entries_.push_front({picture.image, width, height, source.samples});
     ofImage.push_back(entries_.begin());
     bytes_ += source.samples->GetBytes();
-    // Averages need the image's own pixels no longer.
+    // Averages do not refer to the image's own pixels any more.
     const bool isCopy =
         source.samples->HasAlpha() || width != image.GetWidth() || height != image.GetHeight();
     if (isCopy && ofImage.size() == 1) image.ReleasePixels();

@@ -11,12 +11,12 @@
 #include "generators/raster/picture_source.h"
 #include "generators/raster/raster_operation.h"
 
-/// The samples of a page's pictures, made when they are first needed. May be used by several threads.
+/// Resampled images of a page, made on first use. Thread-safe.
 class PictureStore {
 public:
-    /// @return false when the picture cannot be had
+    /// @return false if the image cannot be loaded
     bool Find(const RasterPicture& picture, PictureSource& source);
-    /// Forgets everything, and lets images give back their memory.
+    /// Removes all entries and lets images release their memory.
     void Clear();
 
 private:
@@ -26,13 +26,13 @@ private:
         std::shared_ptr<const PictureSamples> samples;
     };
     using Entries = std::list<Entry>;
-    /// Forgets an entry. @return true when it was the last one of its image
+    /// Removes an entry. @return true if it was the last one of its image
     bool Forget(Entries::iterator entry);
     void MakeRoom();
 
     std::mutex mutex_;
-    Entries entries_;  // the one used last comes first
-    // Those of an image: there may be very many images, of few sizes each.
+    Entries entries_;  // most recently used first
+    // Entries of each image. There may be very many images, each in few sizes.
     std::unordered_map<const ORVPixelImage*, std::vector<Entries::iterator>> byImage_;
     std::size_t bytes_ = 0;
 };

@@ -3,7 +3,7 @@
 
 #include "platform/mathematics/geometry.h"
 
-// Arithmetic of the stroker.
+// Vector arithmetic of the stroker.
 
 inline ORVMathPoint2D operator+(const ORVMathPoint2D& p, const ORVMathVector2D& v) {
     return {p.x + v.x, p.y + v.y};
@@ -20,7 +20,7 @@ inline double Cross(const ORVMathVector2D& a, const ORVMathVector2D& b) { return
 inline ORVMathPoint2D Mix(const ORVMathPoint2D& a, const ORVMathPoint2D& b, double t) {
     return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
 }
-/// Where the linear part of a map takes a displacement.
+/// Applies the linear part of a transformation to a vector.
 inline ORVMathVector2D Turned(const ORVMathAffine2D& map, const ORVMathVector2D& v) {
     return {map.m11 * v.x + map.m12 * v.y, map.m21 * v.x + map.m22 * v.y};
 }

@@ -6,9 +6,9 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-// Gradients as a page keeps them: what paints a pixel is a number of a table of colours.
+// Gradients in a display list. Each pixel's colour is an entry in a table of colours.
 
-/// The colours of gradients, kept once for all gradients that have the same.
+/// Colour stops, shared by all gradients with the same stops.
 struct RasterGradientStops {
     struct Stop {
         float offset = 0.0F;  // from 0 to 1, ascending
@@ -16,27 +16,27 @@ struct RasterGradientStops {
     };
     const Stop* stops = nullptr;
     std::uint32_t count = 0;
-    std::uint32_t entries = 0;  ///< of the table that is made of them, a power of two
-    bool isGrey = false;        ///< nothing but black, white and greys
+    std::uint32_t entries = 0;  ///< size of the colour table, a power of two
+    bool isGrey = false;        ///< only black, white and greys
 };
 
-/// A gradient on the page. A place of 0 is that of its first colour, 1 that of its last one.
+/// A gradient in device space. Parameter 0 is at its first colour, 1 at its last.
 struct RasterGradient {
     enum class Kind : std::uint8_t {
-        kLinear,      ///< the place is the first coordinate that `fromDevice` gives
-        kConcentric,  ///< circles around the origin of what `fromDevice` gives
-        kTwoCircles,  ///< the first circle lies around the origin, the second one to its right
+        kLinear,      ///< the parameter is the x coordinate after `fromDevice`
+        kConcentric,  ///< circles around the origin after `fromDevice`
+        kTwoCircles,  ///< the first circle is around the origin, the second to its right
     };
     const RasterGradientStops* stops = nullptr;
     Kind kind = Kind::kLinear;
     ORVPrintGradient::Spread spread = ORVPrintGradient::Spread::kPad;
     ORVMathAffine2D fromDevice;
-    // Of circles: the first radius, by how much the second one is larger, and how far apart they are.
+    // For circles: the first radius, the increase to the second, and the distance of the centres.
     float startRadius = 0.0F, growth = 0.0F, distance = 0.0F;
-    // distance^2 - growth^2, or 0 where the circles touch: then only one circle goes through a point.
+    // distance^2 - growth^2; 0 if the circles touch, when only one circle passes through each point.
     float curvature = 0.0F;
 
-    /// Linear, and alike along rows, or along columns.
+    /// Linear, and constant along rows (IsLevel) or columns (IsUpright).
     bool IsLevel() const { return kind == Kind::kLinear && fromDevice.m11 == 0.0; }
     bool IsUpright() const { return kind == Kind::kLinear && fromDevice.m12 == 0.0; }
 };

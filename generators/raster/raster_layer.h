@@ -7,7 +7,7 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Whole pixels of a page, [left, right) and [top, bottom); empty where they are the wrong way round.
+/// A rectangle of whole pixels of a page, [left, right) and [top, bottom); empty if the limits are reversed.
 struct RasterBounds {
     int left = 0, top = 0, right = 0, bottom = 0;
 
@@ -25,7 +25,7 @@ struct RasterBounds {
         *this = {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
                  std::max(bottom, other.bottom)};
     }
-    /// Of bounds that are not empty.
+    /// Must not be called for empty bounds.
     std::uint64_t CountPixels() const {
         return static_cast<std::uint64_t>(right - left) * static_cast<std::uint64_t>(bottom - top);
     }
@@ -34,24 +34,24 @@ struct RasterBounds {
     }
 };
 
-/// What is painted apart and then laid over something: a layer, or a layer's mask.
+/// A layer, or the mask of a layer: painted separately and then composited.
 struct RasterLayer {
-    std::uint32_t outer = 0;  ///< number of the layer that it lies in, or is the mask of; 0 is the page
-    RasterBounds bounds;      ///< pixels that it has
+    std::uint32_t outer = 0;  ///< index of the layer around it, or of the masked layer; 0 is the page
+    RasterBounds bounds;      ///< pixels it covers
     std::uint8_t opacity = 255;
     ORVPrintBlendMode blend = ORVPrintBlendMode::kNormal;
     bool isIsolated = true;
     bool hasMask = false;
-    bool isPlain = false;  ///< looks as though its content were painted directly
-    ORVPrintMask::Kind maskKind = ORVPrintMask::Kind::kLuminance;  ///< of a mask
+    bool isPlain = false;  ///< looks the same as if its content were painted directly
+    ORVPrintMask::Kind maskKind = ORVPrintMask::Kind::kLuminance;  ///< for a mask
 
-    // Of the memory that a row takes.
+    // Sizes of the memory for a row.
     static constexpr std::size_t kPixelBytes = 4, kRowPadding = 24;
     static std::size_t PixelStride(int width) {
         return (static_cast<std::size_t>(width) + kRowPadding) * kPixelBytes;
     }
     static std::size_t MaskStride(int width) { return static_cast<std::size_t>(width) + kRowPadding; }
-    /// Bytes of a row, with what notes that it was drawn on.
+    /// Bytes for a row, including the flag that it was drawn on.
     std::size_t GetRowBytes() const {
         if (isPlain) return 0;
         const int width = bounds.right - bounds.left;

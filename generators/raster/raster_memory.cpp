@@ -6,7 +6,8 @@
 namespace {
 
 constexpr std::size_t kArenaBlock = std::size_t{1} << 18U;
-// What is larger gets memory of its own size, so that it can go where the model's points were before.
+// Larger blocks are allocated with their exact size, so that they can reuse the memory freed by the model's
+// points.
 constexpr std::size_t kLargeInArena = std::size_t{1} << 12U;
 
 }  // namespace
@@ -17,7 +18,7 @@ void* RasterArena::Take(std::size_t bytes) {
         const std::size_t size = bytes >= kLargeInArena ? bytes : kArenaBlock;
         std::unique_ptr<std::byte[]> block(new std::byte[size]);
         blocks_.push_back(std::move(block));
-        if (size == bytes) return blocks_.back().get();  // the block that was begun goes on
+        if (size == bytes) return blocks_.back().get();  // the current block remains in use
         next_ = blocks_.back().get();
         left_ = size;
     }

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <vector>
 
-/// Memory that is taken piece by piece and given back all at once. What was made in it is not destroyed.
+/// Arena allocator: memory is released all at once. Destructors are not run.
 class RasterArena {
 public:
     template <class T>
@@ -25,8 +25,7 @@ private:
     std::byte* next_ = nullptr;
 };
 
-/// Items by number. It grows in blocks that stay where they are: nothing is copied, and little is taken in
-/// vain.
+/// A sequence that grows in blocks. Elements never move, so nothing is copied and little memory is wasted.
 template <class T>
 class RasterSequence {
 public:
@@ -34,7 +33,7 @@ public:
         if (size_ == blocks_.size() << kBlockShift) blocks_.push_back(std::make_unique<T[]>(kBlock));
         (*this)[size_++] = item;
     }
-    /// Forgets the items from this one on.
+    /// Removes the elements from this index on.
     void Truncate(std::size_t size) { size_ = size; }
     T& operator[](std::size_t i) { return blocks_[i >> kBlockShift][i & (kBlock - 1)]; }
     const T& operator[](std::size_t i) const { return blocks_[i >> kBlockShift][i & (kBlock - 1)]; }

@@ -13,69 +13,69 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-// What a display list consists of. All of it is in device space.
+// Elements of a display list. All coordinates are in device space.
 
 struct RasterGlyphPlace {
     const RasterGlyph* glyph = nullptr;
     float x = 0.0F, y = 0.0F;  // from the operation's origin
 };
 
-/// Pixels that paint an inside.
+/// An image used as paint.
 struct RasterPicture {
     ORVRef<const ORVPixelImage> image;
-    ORVMathAffine2D toDevice;  // from the image's pixels
-    bool repeats = false;      // else the image's border goes on without end
-    bool isSmooth = true;      // else each pixel is an area of one colour
+    ORVMathAffine2D toDevice;  // from image pixels
+    bool repeats = false;      // otherwise the edge pixels extend without end
+    bool isSmooth = true;      // otherwise each pixel is an area of one colour
 };
 
-/// What cuts a drawing off: a box in device space, fractions of pixels included, and perhaps outlines.
+/// A clip: a rectangle in device space, including fractions of pixels, and optionally a clip path.
 struct RasterClip {
     double left = 0.0, top = 0.0, right = 0.0, bottom = 0.0;
-    std::uint32_t mask = 0;  ///< number of the innermost outline; 0 for none
-    bool isWindow = false;   ///< whole pixels, beyond which there is no memory either
+    std::uint32_t mask = 0;  ///< index of the innermost clip path; 0 for none
+    bool isWindow = false;   ///< whole pixels only; there is no memory outside
 };
 
-/// An outline that cuts a drawing off, together with those around it.
+/// A clip path, linked to those around it.
 struct RasterClipMask {
     RasterGeometry outline;
     bool evenOdd = false;
-    std::uint32_t outer = 0;  ///< number of the outline around it; 0 for none
-    std::uint32_t depth = 0;  ///< how many lie around it
-    RasterBounds bounds;      ///< beyond which it leaves nothing
+    std::uint32_t outer = 0;  ///< index of the clip path around it; 0 for none
+    std::uint32_t depth = 0;  ///< number of clip paths around it
+    RasterBounds bounds;      ///< nothing shows outside
 };
 
-/// What an operation does: all but painting is about layers.
+/// Kind of an operation: kPaint paints, the others begin and end layers and masks.
 enum class RasterStep : std::uint8_t { kPaint, kBeginLayer, kBeginMask, kEndMask, kEndLayer };
 
-/// One paint on one area: all its outlines together, drawn once.
+/// One paint applied to one area: all its outlines are drawn together.
 struct RasterOperation {
-    RasterGeometry geometry;                   // of paths
-    const RasterGlyphPlace* glyphs = nullptr;  // or of glyphs
-    const StrokePen* pen = nullptr;            // draws the outlines; null for none
-    const RasterPicture* picture = nullptr;    // paints instead of the colour
-    const RasterGradient* gradient = nullptr;  // does, too
+    RasterGeometry geometry;                   // for paths
+    const RasterGlyphPlace* glyphs = nullptr;  // for glyphs
+    const StrokePen* pen = nullptr;            // strokes the outlines; null to fill only
+    const RasterPicture* picture = nullptr;    // painted instead of the colour
+    const RasterGradient* gradient = nullptr;  // painted instead of the colour
     std::uint32_t clip = 0;
     ORVPrintColour colour;
     RasterStep step = RasterStep::kPaint;
     bool fills : 1 = true;
     bool evenOdd : 1 = false;
-    bool smooths : 1 = true;   // false: no levels of coverage
-    bool clipped : 1 = false;  // something of it may lie outside of the clip
-    std::uint32_t layer = 0;   // number of the one that it paints on, or that the step is about
+    bool smooths : 1 = true;   // false: no antialiasing
+    bool clipped : 1 = false;  // part of it may lie outside the clip
+    std::uint32_t layer = 0;   // index of the layer to paint on, or to begin or end
     int left = 0, right = 0;   // pixel columns that may be touched, [left, right)
 
-    /// Pixels that it may extend from its outlines.
+    /// Pixels that it may extend beyond its outlines.
     double GetReach() const { return pen ? pen->reach : 0.0; }
 };
 
-/// A part of an operation, small enough to be looked at as a whole in every band that it touches.
+/// A part of an operation, small enough to be processed as a whole in every band it touches.
 struct RasterPiece {
     static constexpr std::uint32_t kAll = 0xFFFFFFFFU, kDashes = 0xFFFFFFFEU;
     std::uint32_t operation = 0;
-    int firstRow = 0, lastRow = 0;  // rows that it may touch, on the page
-    std::uint32_t contour = kAll;   // all of the operation's contours, or verbs of one, or dashes
+    int firstRow = 0, lastRow = 0;  // page rows it may touch
+    std::uint32_t contour = kAll;   // index of a contour, or kAll or kDashes
     std::uint32_t firstVerb = 0, verbCount = 0;
-    // Where the first verb starts; of glyphs: the first one; of dashes: the number of a RasterDashes.
+    // Index of the first verb's start point, of the first glyph, or of a RasterDashes.
     std::uint32_t firstPoint = 0;
 };
 

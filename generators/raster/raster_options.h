@@ -5,15 +5,18 @@
 
 #include "generators/common/ORVColourMode.h"
 
-/// How pages become pixels.
+/// Options for rasterising pages.
 struct ORVRasterOptions {
-    double dotsPerInch = 90.0;  ///< greater than 0; at 90 a user unit is a pixel
+    double dotsPerInch = 90.0;  ///< greater than 0; at 90, one user unit is one pixel
     ORVColourMode colourMode = ORVColourMode::kColour;
-    std::uint64_t pixelLimit = 4'000'000'000;            ///< of a page; past it, the page is refused
-    std::uint64_t outputPixelLimit = 1'000'000'000'000;  ///< of all pages; the page that passes it is refused
-    /// That are painted for all pages, besides a hundred for each of their pixels; past it, drawing ends.
+    /// Maximum pixels of a page; larger pages are refused.
+    std::uint64_t pixelLimit = 4'000'000'000;
+    /// Maximum pixels of all pages; the page that exceeds it is refused.
+    std::uint64_t outputPixelLimit = 1'000'000'000'000;
+    /// Maximum painting for all pages, in pixels filled with one colour, on top of a hundred per page pixel.
+    /// Drawing ends when it is exceeded.
     std::uint64_t paintLimit = std::uint64_t{1} << 56U;
-    unsigned int threads = 0;  ///< that draw; 0 for as many as the machine has processors
-    int bandRows = 0;          ///< rows drawn at a time; 0 for what suits the page
-    bool isClear = false;      ///< pages are transparent, RasterPixels::kClear, and in colour
+    unsigned int threads = 0;  ///< rendering threads; 0 for one per processor
+    int bandRows = 0;          ///< rows drawn at once; 0 to choose by the width of the page
+    bool isClear = false;      ///< transparent pages in colour, RasterPixels::kClear
 };

@@ -6,11 +6,11 @@
 
 namespace {
 
-// An operation of more verbs is looked at in pieces of so many.
+// Operations with more verbs are divided into pieces of this many.
 constexpr std::uint32_t kVerbsOfPiece = 64;
 constexpr std::uint32_t kGlyphsOfPiece = 32;
 
-/// Verbs of a geometry, its contours counting as one each; counted no farther than it takes.
+/// Number of verbs of a geometry, counting each contour as one more. Stops once the number is large enough.
 std::size_t CountVerbs(const RasterGeometry& geometry) {
     std::size_t verbs = 0;
     for (std::uint32_t i = 0; i < geometry.contourCount && verbs <= kVerbsOfPiece; ++i)
@@ -62,7 +62,7 @@ bool PieceCutter::AddVerbs(const RasterContour& contour, const VerbRange& verbs,
         bottom = std::max(bottom, p.y);
     };
     std::for_each_n(point + 1, pointCount, include);
-    // An inside is closed by a last edge.
+    // Fills are closed by an implicit last edge.
     if (verbs.first + verbs.count == contour.verbCount && operation_.fills) include(*contour.points);
     const int originY = operation_.geometry.originY;
     return Add(originY + static_cast<double>(top), originY + static_cast<double>(bottom));
@@ -88,12 +88,12 @@ void PieceCutter::CutDashedContour(std::uint32_t number) {
     const RasterContour& contour = operation_.geometry.contours[number];
     DashedLineMeasure measure(*operation_.pen, contour.closed);
     StrokeCourse course;
-    // Dashes depend on all that comes before them: parts are measured even where they touch no row.
+    // Dashes depend on all that precedes them: parts are measured even if they touch no row.
     RasterDashes unseen;
     RasterDashes *first = nullptr, *last = nullptr;
     VerbRange verbs;
     do {
-        // No part has a single verb: what ends a line may be shortened, and the join before it may not.
+        // No part has a single verb: the end of a line may be shortened, but not the join before it.
         const std::uint32_t left = contour.verbCount - verbs.first;
         verbs.count = left <= kVerbsOfPiece + 1 ? left : kVerbsOfPiece;
         const std::uint32_t pointCount = ORVCountPoints(contour, verbs.first, verbs.count);

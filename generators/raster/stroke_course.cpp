@@ -8,14 +8,14 @@
 
 namespace {
 
-// Pens up to this radius (pixels) do not show the corners of a course that is flat itself.
+// Pens up to this radius in pixels do not reveal the corners of a flattened curve.
 constexpr double kFinePen = 0.5;
 
 int PiecesOf(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
              const ORVMathPoint2D& p3, double penRadius) {
     const int pieces = ORVPiecesOfCubic(p0, p1, p2, p3);
     if (penRadius <= kFinePen) return pieces;
-    // The border of a wide line bends around corners of its course: they must be gentle, too.
+    // The border of a wide line turns at the corners of its centre line, which must be gentle for that.
     const auto turn = [](const ORVMathPoint2D& a, const ORVMathPoint2D& b, const ORVMathPoint2D& c) {
         const double ux = b.x - a.x, uy = b.y - a.y, vx = c.x - b.x, vy = c.y - b.y;
         return std::fabs(std::atan2(ux * vy - uy * vx, ux * vx + uy * vy));

@@ -7,7 +7,7 @@
 #include "generators/raster/raster_outline.h"
 #include "platform/mathematics/geometry.h"
 
-/// The course of a line, flattened: device points, none equal to its predecessor.
+/// The flattened centre line of a stroke: device points, each different from the one before.
 struct StrokeCourse {
     std::vector<ORVMathPoint2D> points;
     std::vector<std::uint8_t> smooth;  ///< for each point, whether it is inside a curve
@@ -21,7 +21,7 @@ struct StrokeCourse {
         points.push_back(point);
         smooth.push_back(isSmooth ? 1 : 0);
     }
-    /// Takes away the last point where it is the first one again.
+    /// Removes the last point if it equals the first.
     void DropClosingPoint() {
         if (points.size() < 2 || points.front() != points.back()) return;
         points.pop_back();
@@ -29,23 +29,22 @@ struct StrokeCourse {
     }
 };
 
-/// Some verbs of a contour that follow each other.
+/// A range of consecutive verbs of a contour.
 struct VerbRange {
     std::uint32_t first = 0, count = 0;
-    std::uint32_t firstPoint = 0;  ///< where the first verb starts
+    std::uint32_t firstPoint = 0;  ///< index of the start point of the first verb
 };
 
-/// Points that verbs add to a contour.
+/// Number of points that belong to a range of verbs.
 std::uint32_t ORVCountPoints(const RasterContour& contour, std::uint32_t firstVerb, std::uint32_t count);
 
-/// Appends the course of verbs, the start of the first one included.
-/// @param penRadius  of the widest pen that will follow the course (pixels)
+/// Appends the flattened verbs, including the start point of the first one.
+/// @param penRadius  of the widest pen that will stroke them, in pixels
 void ORVAppendVerbs(const RasterGeometry& geometry, const RasterContour& contour, const VerbRange& verbs,
                     double penRadius, StrokeCourse& course);
 
-/// Appends the course of verbs with what comes before and after: a verb each, a closed contour going on at
-/// its other end.
-/// @param first, last  receive the segments [first, last) of the verbs themselves
+/// Appends flattened verbs together with one verb before and one after; a closed contour wraps around.
+/// @param first, last  receive the segments [first, last) that belong to the verbs themselves
 void ORVAppendVerbsInContext(const RasterGeometry& geometry, const RasterContour& contour,
                              const VerbRange& verbs, double penRadius, StrokeCourse& course,
                              std::size_t& first, std::size_t& last);

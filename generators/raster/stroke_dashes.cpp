@@ -8,7 +8,7 @@
 
 namespace {
 
-// Work in pixels of one colour.
+// Work, in pixels filled with one colour.
 constexpr std::uint64_t kPointWork = 100, kSkippedWork = 10;
 
 double LengthOf(const StrokePen& pen, const ORVMathPoint2D& a, const ORVMathPoint2D& b) {
@@ -16,13 +16,13 @@ double LengthOf(const StrokePen& pen, const ORVMathPoint2D& a, const ORVMathPoin
     return std::sqrt(Dot(v, v));
 }
 
-/// A part's share of a length, which may be next to nothing.
+/// The fraction part / length, clamped to 0..1; 0 for a length of zero.
 double ShareOf(double part, double length) {
     return length > 0.0 ? std::clamp(part / length, 0.0, 1.0) : 0.0;
 }
 
-/// Has a closed course, which ends with its first point, go on at its other end: its last segment comes
-/// before it, its first one behind it.
+/// Extends a closed course, whose last point equals its first, at both ends: the last segment is repeated
+/// before the first, and the first after the last.
 void CloseCourse(StrokeCourse& course) {
     std::vector<ORVMathPoint2D>& points = course.points;
     const ORVMathPoint2D before = points[points.size() - 2];
@@ -42,13 +42,13 @@ DashedLineMeasure::DashedLineMeasure(const StrokePen& pen, bool closed)
 DashedPart DashedLineMeasure::Add(const StrokeCourse& course) {
     DashedPart part;
     part.closed = closed_;
-    // What begins with a gap begins later.
+    // A part that begins with a gap has its first dash later.
     part.isSolid = pen_.ShowsAsSolid() && (startsInDash_ || pen_.isFine);
     part.startsLine = !isBegun_;
     isBegun_ = true;
     part.begin = length_;
     part.before = lastBegin_;
-    // The very sums that the part is drawn with.
+    // The same sums, bit for bit, as when the part is drawn.
     for (std::size_t i = 0; i + 1 < course.points.size(); ++i) {
         lastLength_ = LengthOf(pen_, course.points[i], course.points[i + 1]);
         lastBegin_ = length_;
@@ -82,7 +82,7 @@ void StrokeDasher::AddContour(StrokeCourse& course, bool closed) {
     if (closed) course.Add(ORVMathPoint2D(course.points[0]), false);
     DashedLineMeasure measure(GetPen(), closed);
     DashedPart part = measure.Add(course);
-    // Without a corner, there is no join in a gap that could be missed.
+    // Without a corner, no join inside a gap could be missing.
     if (GetPen().hidesGaps && last == 1 && !closed) part.isSolid = measure.MayHideGaps();
     measure.Finish(part, part);
     if (closed) {
@@ -112,7 +112,7 @@ void StrokeDasher::Measure(const StrokeCourse& course, std::size_t first, std::s
     outliner_.AddWork(count * kPointWork);
     distances_.resize(count);
     lengths_.resize(count);
-    // Of what comes before, only the last segment is of interest, and of what comes after the first.
+    // Only the last segment before the part and the first one after it matter.
     const std::size_t end = std::min(last + 1, count - 1);
     if (first > 0) {
         distances_[first - 1] = part.before;
@@ -147,9 +147,9 @@ void StrokeDasher::AddDashes(const StrokeCourse& course, std::size_t first, std:
     DashCursor cursor(GetPen(), start);
     while (!cursor.IsLost()) {
         double dashBegin = cursor.GetBegin(), dashEnd = cursor.GetEnd();
-        // A dash that begins where the line ends still is one.
+        // A dash that begins exactly at the end of the line counts.
         if (dashBegin > end || (dashBegin == end && !part.endsLine)) return;
-        // What ends with the segment before was drawn with it.
+        // A dash that ends with the previous segment was drawn with that.
         if (dashEnd <= start && dashBegin < start) {
             cursor.Advance();
             continue;
@@ -203,7 +203,7 @@ void StrokeDasher::AddStraightDash(const StrokeCourse& course, const Segment& se
 void StrokeDasher::AddBentDash(const StrokeCourse& course, const Segment& segment, double begin, double end,
                                std::size_t first, std::size_t last, const DashedPart& part) {
     dash_.Clear();
-    // What came before the part is there for the join, and so is what comes after it.
+    // Segments before and after the part are only there for the joins.
     const bool goesOn = begin < distances_[first];
     std::size_t dashFirst = 0, index = segment.index;
     if (goesOn) {
@@ -225,7 +225,7 @@ void StrokeDasher::AddBentDash(const StrokeCourse& course, const Segment& segmen
         dash_.Add(PointAt(course, index, end), false);
         dashLast = dash_.points.size() - 1;
     } else {
-        // The dash goes on behind the part; in a closed line it is the first one then.
+        // The dash continues after the part; in a closed line it continues as the first dash.
         dashLast = dash_.points.size() - 1;
         dash_.Add(part.endsLine ? FirstDashFrom(course, last, part.firstEnd) : PointAt(course, last, end),
                   false);

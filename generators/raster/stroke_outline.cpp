@@ -9,13 +9,13 @@
 
 namespace {
 
-// Work in pixels of one colour.
+// Work, in pixels filled with one colour.
 constexpr std::uint64_t kArcPointWork = 50, kSegmentWork = 400, kStraightWork = 100;
 
 FixedPoint Fixed(const ORVMathPoint2D& p) { return CoverageBuffer::ToFixed(p.x, p.y); }
 
 FixedPoint Choose(bool first, FixedPoint a, FixedPoint b) {
-    // Numbers of both coordinates: two choices would be branches.
+    // Chooses both coordinates as one number: two choices would become branches.
     return std::bit_cast<FixedPoint>(first ? std::bit_cast<std::uint64_t>(a)
                                            : std::bit_cast<std::uint64_t>(b));
 }
@@ -44,14 +44,14 @@ void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first,
     for (std::size_t i = first; i < last; ++i) {
         const std::size_t k = i - first;
         Segment& segment = segments_[k];
-        // What cannot be seen is needed where it meets what can.
+        // Invisible segments are only needed next to visible ones.
         if (!segment.visible && !(k > 0 && segments_[k - 1].visible) &&
             !(i + 1 < last && segments_[k + 1].visible))
             continue;
         const ORVMathPoint2D &a = course.points[i], &b = course.points[i + 1];
         const ORVMathVector2D v = Turned(inverse, {b.x - a.x, b.y - a.y});
         segment.length = std::sqrt(Dot(v, v));
-        // A map may take away all length of what has some.
+        // The transformation may reduce a segment's length to zero.
         segment.direction = segment.length > 0.0 ? v * (1.0 / segment.length) : ORVMathVector2D{1.0, 0.0};
         segment.offset = ToDevice(LeftOf(segment.direction) * pen_->halfWidth);
     }
@@ -67,9 +67,9 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
     const double openness = 1.0 + cosine;  // twice the square of the cosine of half the angle
     const bool leftIsInner = corner.turn > 0.0;
 
-    // Where the two borders cross, if they do: on the left, and as far on the right.
+    // Where the two borders cross, if they do: on the left, and symmetrically on the right.
     constexpr double kTurnedBack = 1e-9;
-    const bool turnsOn = openness > kTurnedBack;  // else straight back
+    const bool turnsOn = openness > kTurnedBack;  // otherwise straight back
     const double share = 1.0 / (turnsOn ? openness : 1.0);
     const DoubleLanes middle = LoadLanes<DoubleLanes>(&center);
     const DoubleLanes in = LoadLanes<DoubleLanes>(&before.offset),
@@ -83,7 +83,7 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
                             : HasMiters(pen_->join) &
                                   (2.0 <= pen_->miterLimit * pen_->miterLimit * openness * (1.0 + 1e-9)));
 
-    // All places are computed, and then taken or not: which ones it will be cannot be foretold.
+    // All positions are computed and then selected: the choice is unpredictable.
     const bool leftCrosses = leftIsInner ? innerCrosses : outerCrosses;
     const bool rightCrosses = leftIsInner ? outerCrosses : innerCrosses;
     const FixedPoint pivot = CoverageBuffer::ToFixed(middle);
@@ -93,7 +93,7 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
     corner.leftOut = Choose(leftCrosses, leftCrossing, CoverageBuffer::ToFixed(middle + out));
     corner.rightIn = Choose(rightCrosses, rightCrossing, CoverageBuffer::ToFixed(middle - in));
     corner.rightOut = Choose(rightCrosses, rightCrossing, CoverageBuffer::ToFixed(middle - out));
-    // Where the inner borders do not cross, they go by the line's own corner.
+    // Where the inner borders do not cross, they pass through the line's own corner.
     corner.leftPivot = Choose(leftIsInner & !innerCrosses, pivot, corner.leftIn);
     corner.rightPivot = Choose(!leftIsInner & !innerCrosses, pivot, corner.rightIn);
     corner.round = !outerCrosses && (isSmooth || pen_->join == ORVPrintStroke::Join::kRound);
@@ -102,7 +102,7 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
         CutMiter(before, after, corner);
 }
 
-// The miter ends on a line across its axis, as far from the corner as the limit says.
+// A clipped miter ends on a line perpendicular to its axis, at the distance of the limit.
 void StrokeOutliner::CutMiter(const Segment& before, const Segment& after, Corner& corner) const {
     const double side = corner.turn > 0.0 ? -1.0 : 1.0;  // the outer one
     const double cosine = std::sqrt(std::max(0.0, (1.0 + Dot(before.direction, after.direction)) / 2.0));
@@ -122,7 +122,7 @@ void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D&
                             FixedPoint start, FixedPoint end) {
     if (center.y + pen_->radius < coverage_.GetFirstRow() - 1.0 ||
         center.y - pen_->radius > coverage_.GetEndRow() + 1.0) {
-        AddEdge(start, end);  // no part of it lies in the band
+        AddEdge(start, end);  // entirely outside the band
         return;
     }
     const int steps = std::max(1, static_cast<int>(std::ceil(std::fabs(angle) / pen_->roundStep)));
@@ -139,7 +139,7 @@ void StrokeOutliner::AddArc(const ORVMathPoint2D& center, const ORVMathVector2D&
     AddEdge(last, end);
 }
 
-// Of a miter that is cut off.
+// For a clipped miter.
 void StrokeOutliner::AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out) {
     const bool runsBack = corner.turn > 0.0;  // as the right border does
     const FixedPoint first = runsBack ? corner.cutAfter : corner.cutBefore;
@@ -150,8 +150,8 @@ void StrokeOutliner::AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoi
 }
 
 void StrokeOutliner::AddCorner(const Corner& corner) {
-    // The left border runs along with the line, the right one back. Most of these edges have no length, which
-    // costs less than to ask.
+    // The left border runs in the direction of the line, the right one backwards. Most of these edges have
+    // zero length, which costs less than a test.
     if (!corner.round && !corner.isCut) {
         AddEdge(corner.leftIn, corner.leftPivot);
         AddEdge(corner.leftPivot, corner.leftOut);
@@ -172,7 +172,7 @@ void StrokeOutliner::AddCorner(const Corner& corner) {
     AddEdge(corner.rightOut, corner.rightPivot);
     AddEdge(corner.rightPivot, corner.rightIn);
     if (corner.round) {
-        // A turn straight back goes round on the left.
+        // A turn straight back is rounded on the left.
         const double cosine = Dot(corner.from, corner.to);
         const double angle = corner.turn < 0.0 || cosine > 0.0 ? std::atan2(corner.turn, cosine) : -ORVPI;
         AddArc(corner.center, corner.from, angle, corner.leftIn, corner.leftOut);
@@ -243,7 +243,7 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
         if (i + 1 < end) {
             if (!segment.visible && !segmentAt(i + 1).visible) continue;
             MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.smooth[i + 1] != 0, corner);
-            // The last corner belongs to the part that comes next.
+            // The last corner belongs to the next part.
             if (i + 1 < last) AddCorner(corner);
         } else if (segment.visible) {
             corner.leftIn = Fixed(course.points[i + 1] + segment.offset);
@@ -269,7 +269,7 @@ void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
         AddPart(course, 0, count - 1);
         return;
     }
-    // All around, with the first segment once more for the join where it closes, and the last one before.
+    // A full turn, with the last segment before it and the first one again after it for the closing join.
     course.Add(points[0], false);
     course.Add(ORVMathPoint2D(points[1]), false);
     points.insert(points.begin(), points[count - 1]);

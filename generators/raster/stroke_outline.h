@@ -11,49 +11,49 @@
 #include "generators/raster/stroke_pen.h"
 #include "platform/mathematics/geometry.h"
 
-/// Puts the outlines of lines into a coverage buffer. All outlines wind in the same sense, whichever way a
-/// line runs. Edges that cannot touch the buffer's band are left out, wherever they belong.
+/// Adds the outlines of strokes to a coverage buffer. All outlines wind in the same direction, regardless of
+/// the direction of the line. Edges that cannot touch the buffer's band are dropped.
 class StrokeOutliner {
 public:
     explicit StrokeOutliner(CoverageBuffer& coverage) : coverage_(coverage) {}
 
-    /// @param reversed  lets outlines wind in the opposite sense
+    /// @param reversed  makes outlines wind in the opposite direction
     void SetPen(const StrokePen& pen, bool reversed = false);
 
     const StrokePen& GetPen() const { return *pen_; }
     const CoverageBuffer& GetCoverage() const { return coverage_; }
     void AddWork(std::uint64_t pixels) { coverage_.AddWork(pixels); }
 
-    /// Strokes a whole contour as a solid line. One without length gives a dot.
+    /// Strokes a whole contour as a solid line. A contour of zero length yields a dot.
     void AddContour(StrokeCourse& course, bool closed);
-    /// Round and square caps make a dot of a line without length.
+    /// Adds the dot of a zero-length line, if the caps are round or square.
     void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
-    /// Strokes a straight line with its caps, which are not round.
-    /// @param direction  of the line: a unit vector in pen space
+    /// Strokes a straight line with its caps, which must not be round.
+    /// @param direction  unit vector of the line, in pen space
     void AddStraight(const ORVMathPoint2D& from, const ORVMathPoint2D& to, const ORVMathVector2D& direction);
     /// Strokes a part of a solid line.
-    /// @param first, last  the part's segments [first, last). Those before and after stand in the course for
-    ///                     the joins; where there is none, the line has a cap.
+    /// @param first, last  the part's segments [first, last). Adjacent segments in `course` determine the
+    ///                     joins; at an end without one, the line has a cap.
     void AddPart(const StrokeCourse& course, std::size_t first, std::size_t last);
 
 private:
-    /// A straight piece of a line, with unit vectors in pen space.
+    /// A straight segment of a line.
     struct Segment {
-        ORVMathVector2D direction;  // pen space, unit
-        ORVMathVector2D offset;     // device, to the left border
-        double length = 0.0;        // pen space
+        ORVMathVector2D direction;  // unit vector in pen space
+        ORVMathVector2D offset;     // to the left border, in device space
+        double length = 0.0;        // in pen space
         bool visible = false;
     };
     /// Where the borders of two segments meet at a point of the line.
     struct Corner {
         FixedPoint leftIn, leftOut, rightIn, rightOut;
-        FixedPoint leftPivot, rightPivot;  // that a border goes by
+        FixedPoint leftPivot, rightPivot;  // points that the borders pass through
         ORVMathPoint2D center;
         ORVMathVector2D from, to;  // left normals in pen space
         bool round = false;
-        bool isCut = false;              // a miter that is cut off, on the outer side
-        FixedPoint cutBefore, cutAfter;  // where
-        double turn = 0.0;               // sine of the angle, pen space
+        bool isCut = false;              // the miter on the outer side is cut off
+        FixedPoint cutBefore, cutAfter;  // ends of the cut
+        double turn = 0.0;               // sine of the angle, in pen space
     };
 
     void MakeSegments(const StrokeCourse& course, std::size_t first, std::size_t last);

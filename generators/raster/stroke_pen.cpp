@@ -11,24 +11,25 @@
 
 namespace {
 
-// Farthest that a round cap or join may stray from a circle (pixels). They are small, and it shows.
+// Maximum deviation of a round cap or join from a circle, in pixels. Small because they are small themselves,
+// and errors show.
 constexpr double kRoundness = 0.015;
-// Where two borders may cross beyond the border of a curve (pixels), unless the turn is gentle anyway.
+// Maximum overshoot of two borders that cross beyond the border of a curve, in pixels, unless the turn is
+// gentle.
 constexpr double kOvershoot = 0.05;
 constexpr double kGentleTurn = 1.9;
-// Dashes of a shorter period (pixels) look like a solid line.
+// Dashes of a shorter period, in pixels, look like a solid line.
 constexpr double kShortestDashPeriod = 0.1;
-// Dashes of a period below this (pixels) are not told apart.
+// Dashes of a shorter period, in pixels, are not distinguishable.
 constexpr double kFineDashPeriod = 1.0;
-// What round caps leave of a gap, at the border of a line, cannot be seen when it is no deeper than this
-// (pixels).
+// A notch that round caps leave at the border of a line is invisible up to this depth, in pixels.
 constexpr double kShallowest = 1.0 / 256.0;
-// No pen is wider (pixels); coordinates beyond are of no page.
+// Maximum pen width, in pixels; coordinates beyond it are outside any page.
 constexpr double kWidestPen = 2'000'000.0;
-// Lines thinner than this part of the thinnest one were asked for as the thinnest there are.
+// Lines thinner than this fraction of the minimum width are taken as hairlines.
 constexpr double kNoWidth = 1.0 / 64.0;
 
-/// The longer and the shorter half-axis of the ellipse that a map makes of the unit circle.
+/// The semi-axes of the ellipse that a transformation makes of the unit circle.
 void FindAxes(const ORVMathAffine2D& map, double& longer, double& shorter) {
     const double sum = std::hypot(map.m11 + map.m22, map.m21 - map.m12);
     const double difference = std::hypot(map.m11 - map.m22, map.m21 + map.m12);
@@ -36,15 +37,15 @@ void FindAxes(const ORVMathAffine2D& map, double& longer, double& shorter) {
     shorter = std::fabs(sum - difference) / 2.0;
 }
 
-/// True when the caps of dashes cover the gaps between them.
-/// @param scale  pixels in a unit of the dashes, at most
+/// True if the caps of dashes cover the gaps between them.
+/// @param scale  maximum pixels per unit of dash length
 bool CapsCoverGaps(const StrokePen& pen, std::span<const double> dashes, double scale) {
     double longest = 0.0;
     for (std::size_t i = 1; i < dashes.size(); i += 2) longest = std::max(longest, dashes[i]);
     switch (pen.cap) {
         case ORVPrintStroke::Cap::kButt: return false;
         case ORVPrintStroke::Cap::kSquare: return longest <= 2.0 * pen.halfWidth;
-        // Two circles that far apart meet that much inside of the border.
+        // Two circles at this distance intersect this far inside the border.
         case ORVPrintStroke::Cap::kRound:
             return longest * longest * scale <= 8.0 * kShallowest * pen.halfWidth;
     }
@@ -57,8 +58,8 @@ bool HasGaps(std::span<const double> dashes) {
     return false;
 }
 
-/// @param dashScale  pixels in a unit of the dashes
-/// @param scale      pixels in a unit of pen space
+/// @param dashScale  pixels per unit of dash length
+/// @param scale      pixels per unit of pen space
 void SetDashes(const ORVPrintStroke& stroke, double dashScale, double scale, StrokePen& pen,
                std::vector<double>& dashEnds) {
     const std::span<const double> dashes = stroke.dashes;
@@ -66,13 +67,13 @@ void SetDashes(const ORVPrintStroke& stroke, double dashScale, double scale, Str
     double period = 0.0;
     for (const double length : dashes) dashEnds.push_back(period += std::max(length, 0.0));
     if (!std::isfinite(period) || !(period * dashScale > kShortestDashPeriod) || !HasGaps(dashes)) return;
-    // Dashes are measured in pen space, which is the device when the pen was flattened.
+    // Dashes are measured in pen space, which is device space for a flattened pen.
     const double enlargement = dashScale / scale;
     for (double& end : dashEnds) end *= enlargement;
     pen.dashPeriod = period * enlargement;
     pen.dashEnds = dashEnds;
     if (stroke.dashOffset > 0.0) pen.dashStart = std::fmod(stroke.dashOffset, period) * enlargement;
-    // Rounding may have made it the whole period.
+    // Rounding may have made it a full period.
     if (!(pen.dashStart < pen.dashPeriod)) pen.dashStart = 0.0;
     pen.isFine = period * dashScale < kFineDashPeriod;
     pen.hidesGaps = enlargement == 1.0 && dashes.size() % 2 == 0 && CapsCoverGaps(pen, dashes, scale);
@@ -89,21 +90,21 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     pen.toDevice = {toDevice.m11, toDevice.m12, toDevice.m21, toDevice.m22, 0.0, 0.0};
     double longer = 1.0, shorter = 1.0;
     FindAxes(pen.toDevice, longer, shorter);
-    // Of a line's width, the map's shorter axis decides where it is thinnest; a pen that would vanish there
-    // is a round one of the thinnest width.
+    // The shorter axis of the transformation determines the line's minimum width. A pen that would vanish
+    // there becomes a round pen of minimum width.
     double halfWidth = std::min(stroke.width, 2.0 * kWidestPen / longer) / 2.0;
     if (!(halfWidth > 0.0)) halfWidth = 0.0;
     const double least = thinnest / 2.0;
     const double dashScale = longer;
     if (longer * halfWidth < least) {
-        // As wide as it takes for the thinnest line.
+        // Widen to the minimum width.
         const double wanted = longer * halfWidth < least * kNoWidth ? std::max(least, 0.5) : least;
         halfWidth = wanted / longer;
     }
     const std::optional<ORVMathAffine2D> fromDevice = pen.toDevice.Inverse();
     if (fromDevice) pen.fromDevice = *fromDevice;
     if (shorter * halfWidth < least * 1e-3 || !fromDevice) {
-        // The map has flattened the pen.
+        // The transformation has flattened the pen.
         halfWidth = std::max(longer * halfWidth, least);
         pen.toDevice = pen.fromDevice = {};
         pen.halfWidth = halfWidth;
@@ -113,13 +114,13 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     const double radius = halfWidth * longer;
     const bool hasMiters =
         pen.join == ORVPrintStroke::Join::kMiter || pen.join == ORVPrintStroke::Join::kMiterClip;
-    // A miter that is cut off is wider there than it is high.
+    // A clipped miter is wider at the cut than it is high.
     double extent = hasMiters ? pen.miterLimit : 1.0;
     if (pen.join == ORVPrintStroke::Join::kMiterClip) extent = std::hypot(extent, extent);
     if (pen.cap == ORVPrintStroke::Cap::kSquare) extent = std::max(extent, 1.5);
     pen.reach = std::min(radius * extent + 1.0, CoverageBuffer::kFarthest);
     pen.radius = radius;
-    // Borders cross at 1 / cosine of half the turn from the line's course; 1 + cosine is twice its square.
+    // Borders cross at 1 / cosine of half the turn from the centre line; 1 + cosine is twice its square.
     const double farthest = 1.0 + kOvershoot / std::max(radius, kOvershoot);
     pen.gentleTurn = std::min(kGentleTurn, 2.0 / (farthest * farthest));
     pen.roundStep = 2.0 * std::acos(std::max(0.0, 1.0 - kRoundness / std::max(radius, kRoundness)));

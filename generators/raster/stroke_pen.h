@@ -7,27 +7,33 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// What a line is drawn with. In pen space the pen is round and dashes are measured; the linear part of the
-/// shape's map takes pen space to the device, and may squeeze or slant the pen.
+/// The pen of a stroke. In pen space the pen is round, and dashes are measured there; the linear part of the
+/// shape's transformation maps pen space to device space and may distort the pen.
 struct StrokePen {
-    double halfWidth = 0.5;  ///< pen space
+    double halfWidth = 0.5;  ///< in pen space
     ORVPrintStroke::Cap cap = ORVPrintStroke::Cap::kButt;
     ORVPrintStroke::Join join = ORVPrintStroke::Join::kMiter;
     double miterLimit = 4.0;
-    ORVMathAffine2D toDevice, fromDevice;  ///< linear
-    double reach = 0.5;                    ///< pixels that the line may extend from its course
-    double radius = 0.5;                   ///< pixels, of the pen where it is widest
-    double gentleTurn = 1.9;               ///< 1 + the cosine of the turns in curves whose borders just meet
-    double roundStep = 1.0;                ///< radians between the points of a round cap or join
-    double dashPeriod = 0.0;               ///< pen space, 0 for a solid line
-    double dashStart = 0.0;                ///< where in the period a line begins, below its end
-    bool isFine = false;                   ///< the dashes are finer than pixels
-    bool hidesGaps = false;                ///< caps cover the gaps of dashes, as far as pixels can show
-    std::span<const double> dashEnds;      ///< where dashes and gaps end, counted from the period's start
+    ORVMathAffine2D toDevice, fromDevice;  ///< linear parts only
+    /// Maximum distance that the stroke extends from its centre line, in pixels.
+    double reach = 0.5;
+    /// Greatest radius of the pen, in pixels.
+    double radius = 0.5;
+    /// 1 + cosine of the greatest turn inside curves at which the borders still meet.
+    double gentleTurn = 1.9;
+    /// Angle between the points of a round cap or join, in radians.
+    double roundStep = 1.0;
+    /// Length of the dash pattern in pen space; 0 for a solid line.
+    double dashPeriod = 0.0;
+    /// Phase at which a line begins, less than dashPeriod.
+    double dashStart = 0.0;
+    bool isFine = false;               ///< the dashes are finer than pixels
+    bool hidesGaps = false;            ///< caps cover the gaps between dashes, to pixel accuracy
+    std::span<const double> dashEnds;  ///< ends of dashes and gaps, from the start of the pattern
 
     bool IsDashed() const { return dashPeriod > 0.0; }
-    /// True when the caps of dashes cover the gaps of any line. A corner in a gap has no join, which shows
-    /// unless the join is like the caps.
+    /// True if the caps of dashes cover the gaps of any line. A corner in a gap has no join, which shows
+    /// unless joins look like the caps.
     bool ShowsAsSolid() const {
         return hidesGaps &&
                (isFine || (cap == ORVPrintStroke::Cap::kRound && join == ORVPrintStroke::Join::kRound));

@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr int kMiddle = 128;  // what is darker becomes black
+constexpr int kMiddle = 128;  // threshold: darker pixels become black
 
-/// Greys of the same luminance as colours of sRGB.
+/// Greys with the same luminance as sRGB colours.
 class GreyTable {
 public:
     GreyTable() {
@@ -29,7 +29,7 @@ public:
         }
     }
     std::uint8_t Grey(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const {
-        if (red == green && red == blue) return red;  // greys stay what they are
+        if (red == green && red == blue) return red;  // greys are unchanged
         const double luminance = 0.2126 * linear_[red] + 0.7152 * linear_[green] + 0.0722 * linear_[blue];
         return encoded_[static_cast<std::size_t>(luminance * static_cast<double>(encoded_.size() - 1) + 0.5)];
     }
@@ -44,7 +44,7 @@ std::uint8_t Grey(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     return table.Grey(red, green, blue);
 }
 
-/// A grey as it looks on white paper.
+/// A grey blended with white paper.
 int OnWhite(int grey, int opacity) { return 255 - (255 - grey) * opacity / 255; }
 
 void MakeGrey(std::span<std::uint8_t> rgba, std::uint8_t opacity) {
@@ -55,10 +55,10 @@ void MakeGrey(std::span<std::uint8_t> rgba, std::uint8_t opacity) {
     }
 }
 
-/// Black and white pixels. What a pixel gets too dark or too light is made up for by its neighbours, with the
-/// weights of Floyd and Steinberg, unless every pixel is to stand for itself.
+/// Converts pixels to black and white. Errors are diffused to the neighbours with the weights of Floyd and
+/// Steinberg, or pixels are thresholded if `spreads` is false.
 void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads, std::uint8_t opacity) {
-    std::vector<int> errors(width + 2, 0), below(width + 2, 0);  // one more on either side, sixteenths
+    std::vector<int> errors(width + 2, 0), below(width + 2, 0);  // one extra on either side, in sixteenths
     for (std::size_t start = 0; start < rgba.size(); start += width * 4) {
         std::fill(below.begin(), below.end(), 0);
         for (std::size_t x = 0; x < width; ++x) {
@@ -82,7 +82,7 @@ void MakeMono(std::span<std::uint8_t> rgba, std::size_t width, bool spreads, std
 
 bool IsGrey(const ORVPrintColour& colour) { return colour.red == colour.green && colour.red == colour.blue; }
 
-/// The colour between two of a gradient's.
+/// Interpolates between two colours of a gradient.
 ORVPrintColour Mix(const ORVPrintColour& a, const ORVPrintColour& b, double part) {
     const auto mix = [&](std::uint8_t from, std::uint8_t to) {
         return static_cast<std::uint8_t>(from + (to - from) * part + 0.5);
@@ -90,7 +90,7 @@ ORVPrintColour Mix(const ORVPrintColour& a, const ORVPrintColour& b, double part
     return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), mix(a.opacity, b.opacity)};
 }
 
-/// A converted copy; the image itself when it has no other colours. Throws std::bad_alloc.
+/// A converted copy, or the image itself if its colours do not change. Throws std::bad_alloc.
 ORVRef<const ORVPixelImage> MakeConverted(const ORVPixelImage& image, ORVColourMode mode, bool isPattern,
                                           std::uint8_t opacity) {
     auto itself = ORVRef<const ORVPixelImage>::Share(&image);
@@ -139,8 +139,8 @@ bool ORVInk::ConvertArea(ORVPrintColour& colour) const {
 }
 
 bool ORVInk::MakeSteps(std::vector<ORVPrintGradientStop>& stops) const {
-    // What the mixed colour becomes, from which it is seen where that changes: looked for at so many places
-    // between two stops, and then nearer.
+    // The converted colour of interpolated stops. Changes between two stops are searched at this many points
+    // and then refined by bisection.
     constexpr int kPlaces = 32, kHalvings = 12;
     constexpr ORVPrintColour kNothing{255, 255, 255, 0};
     const auto become = [&](ORVPrintColour colour) { return ConvertArea(colour) ? colour : kNothing; };

@@ -12,22 +12,22 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// A part of an opacity.
+/// Opacity multiplied by a factor from 0 to 1.
 inline std::uint8_t ORVDimmed(std::uint8_t opacity, double factor) {
     return static_cast<std::uint8_t>(opacity * factor + 0.5);
 }
 
-/// Turns colours and images into what a device without colours can show.
+/// Converts colours and images to those of a monochrome device.
 ///
-/// Greys are as light as the colours they stand for. In black and white, lines and text that are not white
-/// become black, so that nothing drawn in a light colour is lost; areas become black when they are nearer to
-/// black than to white, else white, and a light area that shows what lies below it is left out. Pictures are
-/// made of black and white pixels that give their greys in the mean; pixels of patterns are black or white
-/// each by itself. Formats that make dots of greys themselves get areas and pictures as greys instead.
+/// Greys have the luminance of the colours they replace. In black and white, lines and text that are not
+/// white become black, so that nothing drawn in a light colour is lost. Areas become black or white,
+/// whichever is nearer; light areas that are transparent are left out. Images are dithered; pixels of
+/// patterns are thresholded. For formats that dither greys themselves, areas and images become grey instead.
 class ORVInk {
 public:
-    /// @param keptBytes   converted pictures are made again when they take more, 4 bytes a pixel
-    /// @param keepsGreys  in black and white, areas and pictures keep their greys
+    /// @param keptBytes   cache limit for converted images, at 4 bytes per pixel; beyond it images are
+    ///                    converted again
+    /// @param keepsGreys  in black and white, areas and images stay grey
     explicit ORVInk(ORVColourMode mode, std::size_t keptBytes = std::size_t{64} << 20U,
                     bool keepsGreys = false)
         : mode_(mode),
@@ -36,19 +36,18 @@ public:
 
     bool ChangesColours() const { return mode_ != ORVColourMode::kColour; }
     bool IsMono() const { return mode_ == ORVColourMode::kMono; }
-    /// Whether areas and pictures keep no greys.
+    /// Whether areas and images become black and white.
     bool AreAreasMono() const { return areaMode_ == ORVColourMode::kMono; }
-    /// For lines and text.
+    /// Converts the colour of a line or of text.
     ORVPrintColour ConvertLine(const ORVPrintColour& colour) const;
-    /// For areas. @return false when the area is to be left out
+    /// Converts the colour of an area. @return false if the area is to be left out
     bool ConvertArea(ORVPrintColour& colour) const;
-    /// For gradients of areas, and of lines and text. The stops become those of a gradient that has only
-    /// colours of the device: of greys, or in black and white with sharp steps; lines and text are then all
-    /// black, or all white when every stop is.
-    /// @return false when the area is to be left out
+    /// Converts gradient stops to colours of the device: greys or, in black and white, sharp steps. For lines
+    /// and text, all stops become black, or white if every stop is white.
+    /// @return false if the area is to be left out
     bool ConvertStops(std::vector<ORVPrintGradientStop>& stops, bool isArea) const;
-    /// The image to show instead; it lives until the next call.
-    /// @param opacity  with which it is to be shown
+    /// Converts an image. The result is valid until the next call.
+    /// @param opacity  with which the image is drawn
     const ORVPixelImage& ConvertPicture(const ORVPixelImage& image, std::uint8_t opacity = 255) {
         return Convert(image, false, opacity);
     }
@@ -56,7 +55,7 @@ public:
 
 private:
     struct Entry {
-        ORVRef<const ORVPixelImage> source;  // keeps the address from being used again
+        ORVRef<const ORVPixelImage> source;  // keeps the address from being reused
         ORVRef<const ORVPixelImage> converted;
     };
     using Entries = std::map<std::pair<const ORVPixelImage*, std::uint8_t>, Entry>;
@@ -66,5 +65,5 @@ private:
     const ORVColourMode mode_, areaMode_;
     const std::size_t keptBytes_;
     Entries pictures_, patterns_;
-    std::size_t bytes_ = 0;  // of converted pixels
+    std::size_t bytes_ = 0;  // size of the converted pixels
 };

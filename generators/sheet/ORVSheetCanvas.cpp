@@ -31,7 +31,7 @@ const ORVPrintFill* ORVSheetCanvas::ConvertFill(const ORVPrintFill* fill, bool i
         fill_.colour = fillStops_.front().colour;
     } else if (fill->pattern) {
         fill_.pattern = &ink_.ConvertPattern(*fill->pattern);
-        // Of a pattern's colour only the opacity counts.
+        // For a pattern, only the opacity of the colour is used.
         fill_.colour = ink_.ConvertLine({0, 0, 0, fill_.colour.opacity});
     } else if (isText) {
         fill_.colour = ink_.ConvertLine(fill_.colour);
@@ -63,7 +63,7 @@ int ORVSheetCanvas::BeginClipPath(const ORVPrintClipPath& clip) {
 int ORVSheetCanvas::BeginLayer(const ORVPrintLayer& layer) {
     ORVPrintLayer placed = ORVCallMapper::Map(Map(), layer);
     double inColours = opacities_.empty() ? 1.0 : opacities_.back();
-    // What cannot be seen at all stays so: lines would turn black.
+    // Fully transparent layers stay so; otherwise their lines would turn black.
     if (openMasks_ == 0 && ink_.IsMono() && layer.opacity > 0.0) {
         inColours *= layer.opacity;
         placed.opacity = 1.0;
@@ -99,7 +99,7 @@ void ORVSheetCanvas::AddInkSteps(std::vector<ORVPrintFilterStep>& steps) const {
         step.subregion = steps.back().subregion;
         steps.push_back(std::move(step));
     };
-    constexpr double kRed = 77.0 / 256.0, kGreen = 150.0 / 256.0, kBlue = 29.0 / 256.0;  // of a grey
+    constexpr double kRed = 77.0 / 256.0, kGreen = 150.0 / 256.0, kBlue = 29.0 / 256.0;  // luminance weights
     const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
     add(ORVFilterColours{{kRed, kGreen, kBlue, 0, 0, kRed, kGreen, kBlue, 0,       0,
                           kRed, kGreen, kBlue, 0, 0, 0,    0,      0,     opacity, 0}});
@@ -136,11 +136,11 @@ int ORVSheetCanvas::BeginFilterInput() { return target_.BeginFilterInput(); }
 int ORVSheetCanvas::EndFilterInput() { return target_.EndFilterInput(); }
 
 int ORVSheetCanvas::BeginSymbol(const ORVPrintSymbol& symbol) {
-    // Content that is stored once has the same colours wherever it is shown.
+    // Symbols are stored once and have the same colours at every place.
     const bool isDim = !opacities_.empty() && opacities_.back() < 1.0;
     if (ink_.ChangesColours() && (openMasks_ > 0 || isDim)) return kNoSymbols;
     const ORVMathAffine2D toPage = Map() * symbol.toPage;
-    if (!ORVCallMapper::IsUsable(toPage)) return kSymbolKnown;  // here it shows nothing
+    if (!ORVCallMapper::IsUsable(toPage)) return kSymbolKnown;  // invisible here
     const int answer = target_.BeginSymbol({symbol.key, toPage});
     if (answer == kDrawSymbol) ++openSymbols_;
     return answer;

@@ -8,17 +8,17 @@
 #include "generators/sheet/ORVInk.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Draws what a page shows in the page's place on a sheet, and in the inks of the device. Pages and documents
-/// are the sheet's: those calls go through as they are.
+/// Draws page content at its position on a sheet, in the inks of the device. Calls for pages and documents
+/// refer to the sheet and are passed on unchanged.
 ///
-/// Masks keep their colours, which nobody sees. So does content of filters, whose results are converted by
-/// further steps. In black and white, a layer's opacity goes into the colours
-/// of what it holds, so that areas become black or white or are left out, and lines stay black.
+/// Masks keep their colours, which are not visible. Content of filters keeps its colours too; additional
+/// filter steps convert the result. In black and white, the opacity of a layer is applied to the colours
+/// inside it, so that areas become black or white or are left out, and lines stay black.
 class ORVSheetCanvas final : public ORVPrintGenerator {
 public:
     ORVSheetCanvas(ORVPrintGenerator& target, const ORVInk& ink) : target_(target), ink_(ink) {}
 
-    /// Where content goes from now on.
+    /// Sets the transformation of the content that follows.
     void SetMap(const ORVMathAffine2D& toSheet) { toSheet_ = toSheet; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override { return target_.BeginDocument(info); }
@@ -48,16 +48,16 @@ public:
     int EndDocument() override { return target_.EndDocument(); }
 
 private:
-    /// Content of a symbol has the symbol's own coordinates.
+    /// Content of a symbol is in the symbol's own coordinates.
     const ORVMathAffine2D& Map() const { return openSymbols_ == 0 ? toSheet_ : kAsItIs; }
     bool Converts() const { return openMasks_ == 0 && ink_.ChangesColours(); }
-    /// Adds what converts the result of a filter to the inks.
+    /// Adds steps that convert the result of a filter to the inks.
     void AddInkSteps(std::vector<ORVPrintFilterStep>& steps) const;
     const ORVPrintFill* ConvertFill(const ORVPrintFill* fill, bool isText);
     const ORVPrintStroke* ConvertStroke(const ORVPrintStroke* stroke);
-    /// What of a colour's opacity is left in the layers that are open.
+    /// Multiplies the colour's opacity by those of the open layers.
     ORVPrintColour Dim(ORVPrintColour colour) const;
-    /// Replaces a gradient by one in the inks. @return false when it is left out
+    /// Replaces a gradient by one in the inks. @return false if it is to be left out
     bool ConvertGradient(const ORVPrintGradient*& gradient, bool isArea, ORVPrintGradient& storage,
                          std::vector<ORVPrintGradientStop>& stops) const;
 
@@ -66,8 +66,9 @@ private:
     ORVInk ink_;
     ORVMathAffine2D toSheet_;
     unsigned int openSymbols_ = 0, openMasks_ = 0;
-    std::vector<bool> filtersConvert_;  // of the open filters: whether they convert their results
-    std::vector<double> opacities_;  // of the open layers, those around them included; that are for colours
+    std::vector<bool> filtersConvert_;  // for each open filter: whether it converts its result
+    // Accumulated opacities of the open layers, applied to colours.
+    std::vector<double> opacities_;
     ORVCallMapper mapper_;
     ORVPrintFill fill_;
     ORVPrintStroke stroke_;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Runs what may need memory.
+/// Runs code that allocates memory.
 template <class Action>
 int Guard(ORVFailure& failure, Action action) {
     try {
@@ -30,7 +30,7 @@ ORVMathBox2D WholePage(double width, double height) {
     return box;
 }
 
-constexpr std::size_t kKeptBytes = std::size_t{64} << 20U;  // of pictures in other colours
+constexpr std::size_t kKeptBytes = std::size_t{64} << 20U;  // for converted images
 
 }  // namespace
 
@@ -165,7 +165,7 @@ int ORVSheetGenerator::DrawPosterSheets() {
     for (unsigned int row = 0; row < rows; ++row) {
         for (unsigned int column = 0; column < columns; ++column) {
             const ORVPlacedPage placed = poster_->Sheet(row, column);
-            // What of the page this sheet shows.
+            // The area of the page that this sheet shows.
             ORVMathBox2D shown;
             shown.Add({(placed.place.xMin - placed.left) / placed.scale,
                        (placed.place.yMin - placed.top) / placed.scale});
@@ -202,7 +202,7 @@ int ORVSheetGenerator::EndPage() {
 
 int ORVSheetGenerator::EndDocument() {
     int result = kGeneratorDone;
-    // The last sheet may have cells to spare. When a page broke off, its sheet stays open, too.
+    // The last sheet may have unused cells. If a page was aborted, its sheet also stays open.
     if (!cells_.empty() && !isPageOpen_) result = target_.EndPage();
     cells_.clear();
     recording_.reset();
@@ -219,7 +219,7 @@ int ORVSheetGenerator::Pass(Call call) {
 const ORVPrintStroke* ORVSheetGenerator::Widen(const ORVPrintStroke* stroke, const ORVMathAffine2D& toPage) {
     if (!stroke || (options_.strokeScale == 1.0 && options_.leastLineWidth == 0.0)) return stroke;
     double width = stroke->width * options_.strokeScale;
-    // A map that stretches one way only makes lines of several widths: their mean counts.
+    // A non-uniform scale yields several line widths: their geometric mean is used.
     const double scale = std::sqrt(std::fabs(toPage.Determinant())) * pageScale_;
     if (scale > 0.0) width = std::max(width, options_.leastLineWidth / scale);
     if (!(width > 0.0) || !std::isfinite(width)) return stroke;
@@ -254,7 +254,7 @@ int ORVSheetGenerator::EndClipPath() {
 
 int ORVSheetGenerator::BeginLayer(const ORVPrintLayer& layer) {
     ORVPrintLayer widened = layer;
-    // Lines that become wider reach farther than anyone knew who measured the layer.
+    // Widened lines may extend beyond the measured box of the layer.
     const bool isWider = options_.strokeScale > 1.0 || options_.leastLineWidth > 0.0;
     if (isWider && !layer.box.IsEmpty()) {
         widened.box.Add({0.0, 0.0});
@@ -292,7 +292,7 @@ int ORVSheetGenerator::EndFilterInput() {
 }
 
 int ORVSheetGenerator::BeginSymbol(const ORVPrintSymbol& symbol) {
-    // How wide a line must be depends on the place where the symbol is shown.
+    // The minimum line width depends on the place where the symbol is shown.
     if (options_.leastLineWidth > 0.0) return kNoSymbols;
     return Pass([&](ORVPrintGenerator& to) { return to.BeginSymbol(symbol); });
 }

@@ -11,29 +11,29 @@
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
 
-/// How pages come onto sheets, and in what colours and lines.
+/// How pages are placed on sheets, and in which colours and line widths.
 struct ORVSheetOptions {
     ORVSheetLayout layout;
     ORVColourMode colourMode = ORVColourMode::kColour;
-    bool keepsGreys = false;      ///< with kMono: the format makes dots of the greys of areas and pictures
-    double strokeScale = 1.0;     ///< factor on the widths of all lines
-    double leastLineWidth = 0.0;  ///< user units on the sheet; thinner lines become as wide
-    ORVPrintColour background{0, 0, 0, 0};  ///< that a page lies on; transparent for none
+    bool keepsGreys = false;                ///< with kMono: the format dithers areas and images itself
+    double strokeScale = 1.0;               ///< factor for the widths of all lines
+    double leastLineWidth = 0.0;            ///< minimum line width, in user units on the sheet
+    ORVPrintColour background{0, 0, 0, 0};  ///< painted below each page; transparent for none
 };
 
-/// Stands before any generator and lays pages of drawings onto its pages, the sheets: on paper of a certain
-/// size, several on one sheet, or one over several sheets as a poster. A page that goes over several sheets
-/// is recorded and drawn for each of them; all others go through as they come.
+/// Places pages of drawings on sheets, the pages of another generator: scaled to a paper size, several per
+/// sheet, or one across several sheets as a poster. A page of a poster is recorded and drawn once per sheet;
+/// all others are passed on directly.
 ///
-/// The place where a link leads is reported once, on the first sheet that shows it. Page identifiers, titles
-/// and descriptions go to the first sheet of their page; a sheet of several pages has those of its first one.
+/// A link target is reported once, on the first sheet that shows it. Identifiers, titles and descriptions of
+/// a page are reported on its first sheet; a sheet of several pages has those of the first one.
 class ORVSheetGenerator final : public ORVPrintGenerator {
 public:
     /// @param target   must outlive this object
-    /// @param options  their layout has been found to work by ORVCheckSheetLayout
+    /// @param options  with a layout that ORVCheckSheetLayout accepts
     ORVSheetGenerator(ORVPrintGenerator& target, const ORVSheetOptions& options);
 
-    /// What went wrong here; empty when nothing did, or when it was the target.
+    /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
     const std::string& GetError() const { return failure_.text; }
 
@@ -64,7 +64,7 @@ public:
     int EndDocument() override;
 
 private:
-    /// What is known of the page that is being drawn, for sheets that begin later.
+    /// Data of the current page, for sheets that begin later.
     struct Page {
         unsigned int number = 0;
         std::string id, title, description;
@@ -83,7 +83,7 @@ private:
     int Refuse(const std::string& error);
     int RefuseSize(unsigned int page);
 
-    /// Makes a call of the recording when there is one, else of the canvas.
+    /// Passes a call to the recording if there is one, otherwise to the canvas.
     template <class Call>
     int Pass(Call call);
     const ORVPrintStroke* Widen(const ORVPrintStroke* stroke, const ORVMathAffine2D& toPage);
@@ -93,14 +93,14 @@ private:
     ORVSheetCanvas canvas_;
     ORVFailure failure_;
     unsigned int sheets_ = 0;                    // begun so far
-    unsigned int documentPages_ = 0;             // 0 when not known
-    double pageWidth_ = 0.0, pageHeight_ = 0.0;  // as it was given
+    unsigned int documentPages_ = 0;             // 0 if not known
+    double pageWidth_ = 0.0, pageHeight_ = 0.0;  // as given by the drawing
     double pageScale_ = 1.0;
     bool isPageOpen_ = false;
-    bool isClipped_ = false;  // the open place
+    bool isClipped_ = false;  // the open page has a clip
     ORVPrintStroke stroke_;
 
-    std::vector<ORVMathBox2D> cells_;  // of an open sheet that takes several pages
+    std::vector<ORVMathBox2D> cells_;  // of the open sheet, if it takes several pages
     std::size_t usedCells_ = 0;
 
     std::optional<ORVPoster> poster_;

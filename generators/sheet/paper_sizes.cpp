@@ -10,7 +10,7 @@
 
 namespace {
 
-// The size stands in the standard name and nowhere else.
+// The size is only stated in the standard name.
 constexpr std::array kPapers{
     ORVPaperName{"4A0", "iso_4a0_1682x2378mm"},
     ORVPaperName{"2A0", "iso_2a0_1189x1682mm"},
@@ -152,7 +152,7 @@ const Unit* FindUnit(std::string_view text) {
     return nullptr;
 }
 
-/// Takes a number of 0 or more from the start of `text`.
+/// Removes a non-negative number from the start of `text`.
 bool TakeNumber(std::string_view& text, double& number) {
     const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (status != std::errc{} || !(number >= 0.0) || !std::isfinite(number)) return false;
@@ -180,7 +180,7 @@ std::string_view SizePart(std::string_view standardName) {
     return standardName.substr(standardName.rfind('_') + 1);
 }
 
-/// A common name in the form in which names are compared.
+/// A common name, normalised for comparison.
 std::string Reduced(std::string_view name) {
     std::string reduced;
     for (const char c : name)

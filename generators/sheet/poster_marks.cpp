@@ -15,10 +15,10 @@ constexpr double kLineWidth = 0.25 * kPaperInch / 72.0;
 constexpr double kGap = 1.0 * kPaperMillimetre;  // between the drawing and its marks
 constexpr double kLongestMark = 5.0 * kPaperMillimetre;
 constexpr double kShortestMark = 1.0 * kPaperMillimetre;
-constexpr double kCircle = 1.2 * kPaperMillimetre;  // its radius
+constexpr double kCircle = 1.2 * kPaperMillimetre;  // radius
 constexpr double kCross = 2.0 * kPaperMillimetre;   // half its height
 constexpr double kTextHeight = 3.5 * kPaperMillimetre;
-// A circle needs this much overlap, so as not to touch the marks at the corners.
+// Minimum overlap for circles, so that they do not touch the corner marks.
 constexpr double kLeastOverlap = 2.0 * kCross + kGap;
 
 void AddLine(ORVPrintPath& path, const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
@@ -39,7 +39,7 @@ void AddCircle(ORVPrintPath& path, const ORVMathPoint2D& centre) {
     AddLine(path, {x, y - kCross}, {x, y + kCross});
 }
 
-/// From an edge of the drawing outwards; `sign` tells the direction, `room` what there is of the sheet.
+/// Coordinates from an edge of the drawing outwards: `sign` is the direction, `room` the space on the sheet.
 struct Outwards {
     double edge, sign, room;
 
@@ -66,7 +66,7 @@ int ORVDrawPosterMarks(ORVPrintGenerator& generator, const ORVPoster& poster, un
             if (end.HasMark()) AddLine(path, {side.edge, end.MarkStart()}, {side.edge, end.MarkEnd()});
         }
     if (poster.overlap >= kLeastOverlap) {
-        // In the middle of what this sheet shares with its neighbours.
+        // In the middle of the area shared with adjacent sheets.
         const double half = poster.overlap / 2.0;
         std::vector<double> xs, ys;
         if (column > 0) xs.push_back(poster.room.xMin + half);

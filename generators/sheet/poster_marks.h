@@ -5,9 +5,9 @@
 
 class ORVPrintGenerator;
 
-/// Draws what helps to put the sheets of a poster together, all of it outside of the drawing: marks where to
-/// cut, at the corners; circles with a cross in the middle of overlaps, which lie upon each other on
-/// neighbouring sheets; and the sheet's label. What has no room in the margins is left out.
-/// @return 1, or what the generator returned when it was not 1
+/// Draws assembly marks on a sheet of a poster, all outside the drawing: cut marks at the corners; circles
+/// with a cross in the overlaps, which coincide on adjacent sheets; and the label of the sheet. Marks that do
+/// not fit in the margins are omitted.
+/// @return 1, or the first other result of the generator
 [[nodiscard]] int ORVDrawPosterMarks(ORVPrintGenerator& generator, const ORVPoster& poster, unsigned int row,
                                      unsigned int column, const std::string& label);

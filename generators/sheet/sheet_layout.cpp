@@ -9,14 +9,14 @@ namespace {
 
 constexpr double kPosterMargin = 10.0 * kPaperMillimetre;
 constexpr double kPosterOverlap = 10.0 * kPaperMillimetre;
-// Between the cells of a sheet.
+// Space between the cells of a sheet.
 constexpr double kGutter = 4.0 * kPaperMillimetre;
-// What a size may differ from another by rounding.
+// Tolerance for rounding errors of sizes.
 constexpr double kRounding = 1e-6;
 
 bool IsSize(double value) { return value > 0.0 && std::isfinite(value); }
 
-/// The ways in which the paper may lie, the one in which it is named first.
+/// The possible paper orientations, beginning with that of its name.
 std::vector<ORVPaperSize> Feeds(const ORVSheetLayout& layout) {
     const ORVPaperSize& paper = *layout.paper;
     const ORVPaperSize turned{paper.height, paper.width};
@@ -28,7 +28,7 @@ std::vector<ORVPaperSize> Feeds(const ORVSheetLayout& layout) {
     return {paper, turned};
 }
 
-/// The sheet within its margins; empty when they leave nothing.
+/// The area of the sheet inside its margins; empty if they leave nothing.
 ORVMathBox2D Room(const ORVPaperSize& sheet, const ORVSheetMargins& margins) {
     ORVMathBox2D room;
     room.xMin = margins.left;
@@ -41,7 +41,7 @@ ORVMathBox2D Room(const ORVPaperSize& sheet, const ORVSheetMargins& margins) {
 double Width(const ORVMathBox2D& box) { return box.xMax - box.xMin; }
 double Height(const ORVMathBox2D& box) { return box.yMax - box.yMin; }
 
-/// The largest scale at which a page lies in a box.
+/// The largest scale at which a page fits into a box.
 double FittingScale(const ORVMathBox2D& box, double width, double height) {
     return std::min(Width(box) / width, Height(box) / height);
 }
@@ -58,7 +58,7 @@ double Scale(const ORVSheetScale& scale, const ORVMathBox2D& place, double width
     return scale.factor;
 }
 
-/// The scale where no paper says how large a page may be.
+/// The scale of a page without a paper size.
 double OwnScale(const ORVSheetScale& scale, double width, double height) {
     switch (scale.kind) {
         case ORVSheetScale::Kind::kFactor: return scale.factor;
@@ -70,7 +70,7 @@ double OwnScale(const ORVSheetScale& scale, double width, double height) {
     return 1.0;
 }
 
-/// Lays a page into its place and makes the place as small as the page.
+/// Positions a page and reduces its place to the size of the page.
 std::optional<ORVPlacedPage> Place(const ORVSheetLayout& layout, const ORVMathBox2D& place, double scale,
                                    double width, double height) {
     const double shownWidth = width * scale, shownHeight = height * scale;
@@ -86,7 +86,7 @@ std::optional<ORVPlacedPage> Place(const ORVSheetLayout& layout, const ORVMathBo
     return page;
 }
 
-/// How many steps of `room` less `overlap` a length takes.
+/// Number of steps of `room` minus `overlap` that cover a length.
 double Steps(double length, double room, double overlap) {
     if (length <= room * (1.0 + kRounding)) return 1.0;
     return std::max(1.0, std::ceil((length - overlap) / (room - overlap) - kRounding));
@@ -104,7 +104,7 @@ std::string Size(const ORVPaperSize& sheet) {
     return Millimetres(sheet.width) + " x " + Millimetres(sheet.height) + " mm";
 }
 
-/// What of a sheet a cell takes: rows and columns of it.
+/// Rows and columns of cells on a sheet.
 struct CellGrid {
     unsigned int columns, rows;
 };
@@ -125,7 +125,7 @@ ORVMathBox2D Cell(const ORVMathBox2D& room, const CellGrid& grid, unsigned int n
 
 ORVSheetMargins ORVSheetLayout::Margins() const {
     if (margins) return *margins;
-    // Marks and labels of a poster stand in its margins.
+    // The margins of a poster contain marks and labels.
     if (isPoster) return {kPosterMargin, kPosterMargin, kPosterMargin, kPosterMargin};
     return {};
 }
@@ -181,7 +181,7 @@ std::optional<ORVSheetOfOne> ORVLayOutPage(const ORVSheetLayout& layout, double 
         if (!IsSize(best)) return std::nullopt;
     }
     const ORVMathBox2D& place = sheet.page.place;
-    // What lies off the sheet does not show anyway.
+    // Content off the sheet is invisible without a clip.
     sheet.page.isCut =
         place.xMin > 0.0 || place.yMin > 0.0 || place.xMax < sheet.width || place.yMax < sheet.height;
     if (!IsSize(sheet.width) || !IsSize(sheet.height)) return std::nullopt;
@@ -226,7 +226,7 @@ std::optional<ORVPoster> ORVLayOutPoster(const ORVSheetLayout& layout, double wi
         poster.scale = scale;
         poster.pageWidth = width;
         poster.pageHeight = height;
-        // The least paper; among equals the way in which the drawing fits better.
+        // Prefers fewer sheets, then the orientation in which the drawing is larger.
         const double fitting = FittingScale(poster.room, width, height);
         if (best && !(poster.SheetCount() < best->SheetCount()) &&
             !(poster.SheetCount() == best->SheetCount() && fitting > bestFitting * (1.0 + kRounding)))

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Sides of a page (user units), some 280 metres: readers count in few digits.
+// Maximum page size in user units, about 280 metres: readers use limited precision.
 constexpr double kLargestSide = 1e6;
 
 }  // namespace
@@ -19,7 +19,7 @@ struct ORVSvgGenerator::State {
     explicit State(ORVOutput& sink) : output(sink) {}
 
     int Check() const { return page && page->IsGood() ? kGeneratorDone : kOutputFailed; }
-    /// Calls `change` with the open page; it returns false when the call does not fit what is open.
+    /// Calls `change` with the open page; `change` returns false if the call is out of order.
     template <class Change>
     int Do(Change change) {
         return page && change(*page) ? Check() : static_cast<int>(kDrawingFailed);
@@ -36,7 +36,7 @@ struct ORVSvgGenerator::State {
     ORVOutput& output;
     std::string documentTitle;
     ORVFailure failure;
-    std::optional<SvgPage> page;  // the open one
+    std::optional<SvgPage> page;  // the open page
 };
 
 ORVSvgGenerator::ORVSvgGenerator(ORVOutput& output) : state_(std::make_unique<State>(output)) {}

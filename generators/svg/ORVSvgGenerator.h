@@ -10,16 +10,16 @@
 
 class ORVOutput;
 
-/// Writes each page as an SVG drawing: shapes as shapes, text as text, images inside, groups with their
-/// identifiers, links. Its size is stated in millimetres, its coordinates are user units of 1/90 inch.
-/// Nothing in it is loaded from elsewhere or runs.
+/// Writes each page as an SVG document: shapes, text as text, embedded images, groups with their identifiers,
+/// links. The size is stated in millimetres; coordinates are user units of 1/90 inch. The document has no
+/// external resources and no scripts.
 class ORVSvgGenerator final : public ORVPrintGenerator {
 public:
-    /// @param output  receives one part a page; must outlive the generator
+    /// @param output  receives one part per page; must outlive the generator
     explicit ORVSvgGenerator(ORVOutput& output);
     ~ORVSvgGenerator() override;
 
-    /// What went wrong; empty when nothing did, or when it was the output (which then says it).
+    /// The error, if any. Errors of the output are reported by the output itself.
     const ORVFailure& GetFailure() const;
     const std::string& GetError() const { return GetFailure().text; }
 

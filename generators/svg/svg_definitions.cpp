@@ -57,7 +57,7 @@ const std::string* SvgSharedDefinitions::FindText(const std::string& text) const
     return found != texts_.end() ? &found->second : nullptr;
 }
 
-/// Notes a definition by its content, unless that is too much to be kept for the case that it comes again.
+/// Records a definition by its text for reuse, unless the text is too long to keep.
 void SvgSharedDefinitions::NoteText(std::string text, const std::string& id) {
     constexpr std::size_t kLongest = 4096;
     if (text.size() <= kLongest) texts_.emplace(std::move(text), id);

@@ -16,71 +16,71 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// An identifier as SVG takes it: any characters but blanks.
+/// Converts an identifier to one that SVG allows: without white space.
 std::string SvgIdentifier(std::string_view id);
 
-/// The identifiers of a page, and what is written once under one and used by reference: clips, images,
+/// The identifiers of a page, and the definitions that are written once and referenced: clip paths, images,
 /// patterns and symbols.
 ///
-/// Some readers, orvprint among them, know what is defined in a group only until it ends. Afterwards small
-/// images and symbols are defined again; large images stay single.
+/// Some readers, including orvprint, only know definitions inside a group until the group ends. After that,
+/// small images and symbols are defined again; large images are not duplicated.
 class SvgSharedDefinitions {
 public:
     explicit SvgSharedDefinitions(SvgWriter& writer) : writer_(writer) {}
 
-    /// Appends an id attribute; nothing for an empty identifier. What is drawn twice bears its identifier
-    /// once.
+    /// Appends an id attribute; nothing for an empty identifier. An identifier that occurs repeatedly is
+    /// written only the first time.
     void AppendId(std::string& attributes, std::string_view given);
-    /// Marks an identifier as given. @return false when it was
+    /// Marks an identifier as used. @return false if it was used before
     bool TakeId(const std::string& id) { return ids_.insert(std::hash<std::string>()(id)).second; }
 
-    /// Writes a clip. @param places  digits after the period of its coordinates
+    /// Writes a clip path. @param places  decimal places of its coordinates
     /// @return its identifier
     std::string DefineClip(const ORVPrintPath& outline, int places);
-    /// Writes a clip to the inside of an outline, when none was written that is the same.
-    /// @param places  digits after the period of its coordinates
-    /// @return its identifier
+    /// Returns the identifier of a clip path, writing it unless an equal one exists.
+    /// @param places  decimal places of its coordinates
     std::string FindClipPath(const ORVPrintPath& outline, const ORVMathAffine2D& map, bool evenOdd,
                              int places);
-    /// The identifier of a gradient, which is written when it is first asked for; its stops are written once.
-    /// @param elementToPage  the transform of the element that is painted
-    /// @return empty when its map cannot be drawn
+    /// Returns the identifier of a gradient, writing it on first use. Gradients share stops.
+    /// @param elementToPage  the transform of the painted element
+    /// @return empty if the transformation cannot be drawn
     std::string FindGradient(const ORVPrintGradient& gradient, const ORVMathAffine2D& elementToPage);
-    /// The identifier of a filter, which is written when it is first asked for.
-    /// @param everywhere  what stands for an infinite region, in the filter's user units
+    /// Returns the identifier of a filter, writing it on first use.
+    /// @param everywhere  replaces an infinite region, in the filter's user units
     std::string FindFilter(const ORVPrintFilter& filter, const ORVMathBox2D& everywhere);
-    /// The identifier of a mask that will be written.
+    /// New identifiers of a pattern or a mask that the caller will write.
     std::string NewPattern() { return NewId(Kind::kPattern); }
     std::string NewMask() { return NewId(Kind::kMask); }
-    /// The family that stands for a font that the drawing brings, which is written when it is first asked
-    /// for; empty for installed ones.
+    /// Returns the family name of a font embedded in the drawing, writing the font on first use; empty for
+    /// installed fonts.
     std::string FindFont(const ORVFontFace& face);
-    /// The identifier of an image, which is written when it is first asked for.
+    /// Returns the identifier of an image, writing it on first use.
     const std::string& FindImage(const ORVPixelImage& image);
-    /// The same of a fill's pattern. @return empty when its map cannot be drawn
-    /// @param elementToPage  the transform of the element that is filled
+    /// Returns the identifier of a fill's pattern, writing it on first use. @return empty if its
+    /// transformation cannot be drawn
+    /// @param elementToPage  the transform of the filled element
     std::string FindPattern(const ORVPrintFill& fill, const ORVMathAffine2D& elementToPage);
 
-    /// A symbol that has been drawn.
+    /// A symbol that was drawn before.
     struct Symbol {
-        std::string id;      ///< empty when it is not written once
-        std::string style;   ///< of what is in it
-        double scale = 0.0;  ///< page units in one of its own where it was written
+        std::string id;      ///< empty if it is not shared
+        std::string style;   ///< style of its content
+        double scale = 0.0;  ///< page units per symbol unit where it was written
     };
-    /// @return null for one that has not been drawn
+    /// @return null if it was not drawn before
     const Symbol* FindSymbol(const void* key) const;
-    /// Writes a symbol that has one style.
+    /// Writes a symbol whose content has a single style.
     const Symbol& DefineSymbol(const void* key, const SvgWriter::Record& record, double scale);
-    /// Notes that a symbol has been drawn where it stands; the one that is written already stays in use.
+    /// Records that a symbol was drawn inline. An existing definition stays in use.
     void NoteSymbol(const void* key) { symbols_.try_emplace(key); }
-    /// Notes that a symbol cannot be written once.
+    /// Records that a symbol cannot be shared.
     void NoteStyledSymbol(const void* key) { symbols_[key] = {}; }
 
-    /// Elements around what is written from now on, which end what is defined in them.
+    /// Elements around the following content. Definitions inside an element end with it.
     void EnterElement() { ++depth_; }
     void LeaveElement();
 
-    /// True when an image was left empty because there was no memory to encode it.
+    /// True if an image was left empty because there was no memory to encode it.
     bool IsOutOfMemory() const { return isOutOfMemory_; }
 
 private:
@@ -94,7 +94,7 @@ private:
         kSymbol = 's'
     };
     struct Image {
-        ORVRef<const ORVPixelImage> image;  // keeps the address from being used again
+        ORVRef<const ORVPixelImage> image;  // keeps the address from being reused
         std::string id;
     };
     struct Pattern {
@@ -103,7 +103,7 @@ private:
         std::string id;
     };
     struct Scoped {
-        std::size_t depth;  // elements around it
+        std::size_t depth;  // nesting depth of its definition
         const void* key;    // image or symbol
         std::string id;
     };
@@ -116,15 +116,16 @@ private:
     void PutAddress(const ORVPixelImage& image);
 
     SvgWriter& writer_;
-    std::unordered_set<std::size_t> ids_;  // hashes of those given so far
+    std::unordered_set<std::size_t> ids_;  // hashes of those used so far
     std::unordered_map<char, unsigned int> counts_;
     std::unordered_map<const void*, Symbol> symbols_;
     std::unordered_map<const ORVPixelImage*, Image> images_;
     std::unordered_map<const ORVPixelImage*, std::vector<Pattern>> patterns_;
-    std::unordered_map<const char*, std::string> fonts_;  // families by the fonts' bytes
+    std::unordered_map<const char*, std::string> fonts_;  // family names by the address of the font's bytes
     ORVKeptFaces keptFaces_;
-    std::unordered_map<std::string, std::string> texts_;  // identifiers of clips, gradients, stops by content
-    std::vector<Scoped> scoped_;                          // defined within open elements, the innermost last
+    // identifiers of clip paths, gradients and stops by content
+    std::unordered_map<std::string, std::string> texts_;
+    std::vector<Scoped> scoped_;  // defined inside open elements, innermost last
     std::size_t depth_ = 0;
     bool isOutOfMemory_ = false;
 };

@@ -54,7 +54,7 @@ std::string NameOf(int input) {
     return "r" + std::to_string(input);
 }
 
-/// A colour as two properties.
+/// Appends a colour as two properties.
 void PutColour(std::string& text, std::string_view property, const ORVPrintColour& colour, bool hasOpacity) {
     constexpr std::string_view kHex = "0123456789abcdef";
     std::string value = "#";
@@ -67,7 +67,7 @@ void PutColour(std::string& text, std::string_view property, const ORVPrintColou
     if (hasOpacity && colour.opacity < 255) Put(text, "flood-opacity", colour.opacity / kOpaque);
 }
 
-/// Writes one step: its name and attributes, and what stands in it.
+/// Writes one step: its name, attributes and content.
 class StepWriter {
 public:
     explicit StepWriter(const ORVPrintFilterStep& step) : step_(step) {}
@@ -196,7 +196,7 @@ public:
         PutColour(attributes, "lighting-color", lighting.colour, false);
         PutLight(lighting);
     }
-    // Those have become images.
+    // Inputs have been rendered as images before.
     void operator()(const ORVFilterInput&) { (*this)(ORVFilterNothing{}); }
 
     std::string_view name;
@@ -241,7 +241,7 @@ private:
 
 std::string WriteSvgFilter(const ORVPrintFilter& filter, const ORVMathBox2D& everywhere) {
     std::string text = " filterUnits=\"userSpaceOnUse\"";
-    // Steps that reach farther than what counts of the content reach everywhere.
+    // Steps that extend beyond the region of the content are treated as infinite.
     bool isEverywhere = !IsFinite(filter.region);
     for (const ORVPrintFilterStep& step : filter.steps)
         isEverywhere = isEverywhere || (!step.subregion.IsEmpty() && !IsFinite(step.subregion));
@@ -252,7 +252,7 @@ std::string WriteSvgFilter(const ORVPrintFilter& filter, const ORVMathBox2D& eve
         const ORVPrintFilterStep& step = filter.steps[i];
         StepWriter writer(step);
         const ORVFilterOperation nothing = ORVFilterNothing{};
-        // Readers take a subregion without area for none that is stated.
+        // Readers treat an empty subregion as an unspecified one.
         std::visit(writer, step.subregion.IsEmpty() ? nothing : step.operation);
         text.append("<").append(writer.name).append(writer.attributes);
         if (!step.subregion.IsEmpty() && IsFinite(step.subregion)) PutBox(text, step.subregion);

@@ -31,7 +31,7 @@ void AppendStops(std::string& text, std::span<const ORVPrintGradientStop> stops)
     }
 }
 
-/// The same gradient from its other end.
+/// The same gradient with its ends exchanged.
 ORVPrintGradient Reversed(const ORVPrintGradient& gradient, std::vector<ORVPrintGradientStop>& stops) {
     stops.assign(gradient.stops.rbegin(), gradient.stops.rend());
     for (ORVPrintGradientStop& stop : stops) stop.offset = 1.0 - stop.offset;
@@ -56,7 +56,7 @@ SvgGradientText WriteSvgGradient(const ORVPrintGradient& given, const ORVMathAff
     SvgGradientText text;
     const bool isLinear = given.kind == ORVPrintGradient::Kind::kLinear;
     text.element = isLinear ? "linearGradient" : "radialGradient";
-    // SVG draws nothing where the circle that colours begin at holds the other one.
+    // SVG renders nothing if the start circle contains the end circle.
     std::vector<ORVPrintGradientStop> stops;
     const bool isInward = !isLinear && given.startRadius > given.endRadius && ORVCoversPage(given);
     const ORVPrintGradient gradient = isInward ? Reversed(given, stops) : given;

@@ -7,12 +7,12 @@
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// A gradient as SVG writes it, but for its identifier.
+/// A gradient in SVG, without its identifier.
 struct SvgGradientText {
-    std::string_view element;  ///< its name
-    std::string attributes;    ///< each with a blank before it; all that could be taken from a template
-    std::string stops;         ///< elements
+    std::string_view element;  ///< element name
+    std::string attributes;    ///< each preceded by a space; all that a template could supply
+    std::string stops;         ///< stop elements
 };
 
-/// @param toElement  from the gradient's coordinates to those of the element that it paints
+/// @param toElement  from the gradient's coordinates to those of the painted element
 SvgGradientText WriteSvgGradient(const ORVPrintGradient& gradient, const ORVMathAffine2D& toElement);

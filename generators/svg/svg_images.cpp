@@ -19,7 +19,7 @@ void Write(png_structp png, png_bytep bytes, size_t size) {
     try {
         static_cast<SvgWriter*>(png_get_io_ptr(png))->PutBase64({bytes, size});
         return;
-    } catch (const std::bad_alloc&) {  // nothing may be thrown through the library
+    } catch (const std::bad_alloc&) {  // exceptions must not pass through the library
     }
     png_error(png, "Out of memory");
 }
@@ -34,11 +34,11 @@ bool IsGrey(std::span<const std::uint8_t> rgba) {
     return true;
 }
 
-/// The part between set-up and clean-up, which errors leave by a jump: nothing here needs destruction.
+/// The part between set-up and clean-up. Errors leave it by longjmp, so no objects here may need destruction.
 bool WriteRows(png_structp png, png_infop info, const ORVPixelImage& image,
                std::span<const std::uint8_t> rgba, bool isGrey, std::uint8_t* row) {
     if (setjmp(png_jmpbuf(png)) != 0) return false;
-    // The library's own limits are for files that it reads.
+    // The library's default limits are meant for reading.
     png_set_user_limits(png, 0x7FFFFFFF, 0x7FFFFFFF);
     const bool hasAlpha = image.HasAlpha();
     const int type =
@@ -89,7 +89,7 @@ bool PutPng(SvgWriter& writer, const ORVPixelImage& image) {
 
 bool PutImageAddress(SvgWriter& writer, const ORVPixelImage& image) {
     const ORVJpegSource* jpeg = image.GetJpegSource();
-    // Readers do not agree on what the numbers of inks mean.
+    // Readers differ in how they interpret CMYK values.
     if (jpeg && jpeg->colourSpace != ORVJpegSource::ColourSpace::kCMYK &&
         jpeg->colourSpace != ORVJpegSource::ColourSpace::kYCCK) {
         writer.Put("data:image/jpeg;base64,");

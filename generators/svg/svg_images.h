@@ -4,6 +4,6 @@
 class ORVPixelImage;
 class SvgWriter;
 
-/// Writes an image as a data address: a JPEG file as it is, all others as PNG.
-/// @return false when out of memory; the address is then that of nothing
+/// Writes an image as a data URL: a JPEG file unchanged, anything else as PNG.
+/// @return false when out of memory; the URL then has no content
 bool PutImageAddress(SvgWriter& writer, const ORVPixelImage& image);

@@ -15,16 +15,17 @@
 namespace {
 
 constexpr double kMillimetresPerUserUnit = 25.4 / 90.0;
-// What lies farther out than this, and than the page is large, is cut off (user units).
+// Minimum clipping limit in user units; content is clipped to this or the size of the page, whichever is
+// greater.
 constexpr double kLeastLimit = 40'000.0;
 constexpr int kFactorDigits = 9;
 
-/// Digits after the period that coordinates need where a unit is `scale` units of the page.
+/// Decimal places of coordinates if a unit is `scale` page units.
 int PlacesFor(double scale) {
     return std::clamp(SvgSpace().places + static_cast<int>(std::ceil(std::log10(scale))), 1, kSvgMostPlaces);
 }
 
-/// A layer as editors of SVG write it.
+/// Marks a layer as SVG editors do.
 void AppendLayer(std::string& attributes, const ORVPrintContentLayer& layer) {
     attributes +=
         " xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" inkscape:groupmode=\"layer\"";
@@ -36,7 +37,7 @@ void AppendLayer(std::string& attributes, const ORVPrintContentLayer& layer) {
     if (!layer.isShown) attributes += " style=\"display:none\"";
 }
 
-/// Where a group leads; empty when nowhere, or when what is there would run.
+/// URL of a link; empty if there is none or if it is a script.
 std::string AddressOf(const ORVPrintGroup& group) {
     if (!group.linkURL.empty() && !ORVIsScriptAddress(group.linkURL)) return std::string(group.linkURL);
     return group.linkElementId.empty() ? std::string() : "#" + SvgIdentifier(group.linkElementId);
@@ -87,7 +88,7 @@ SvgPage::SvgPage(ORVOutput& output, const ORVPrintPageInfo& info, std::string_vi
 void SvgPage::BeginGroup(const ORVPrintGroup& group) {
     std::string attributes;
     definitions_.AppendId(attributes, spaces_.back().space.IdOf(group.id));
-    // A link inside a link is part of the outer one.
+    // A link inside a link is ignored: the outer one applies.
     const std::string address = isInsideLink_ ? std::string() : AddressOf(group);
     if (!address.empty()) {
         AppendLink(attributes, address, group.linkShow);
@@ -169,7 +170,7 @@ void SvgPage::BeginClipPath(const ORVPrintClipPath& clip) {
 
 void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
     std::string attributes;
-    // Readers isolate what has any of these.
+    // Readers isolate groups with any of these properties.
     const bool isSeparate =
         layer.isIsolated || layer.hasMask || layer.opacity < 1.0 || layer.blend != ORVPrintBlendMode::kNormal;
     if (isSeparate && !Holds(layer.box, whole_))
@@ -195,7 +196,7 @@ void SvgPage::BeginLayer(const ORVPrintLayer& layer) {
 
 bool SvgPage::EndLayer() { return Leave(Open::kLayer); }
 
-/// Place and size of a box; nothing at the origin for an empty one.
+/// Attributes for position and size of a box; zero size at the origin if it is empty.
 std::string SvgPage::BoxAttributes(const ORVMathBox2D& box, int places) const {
     const double limit = spaces_.back().space.limit;
     std::string text;
@@ -224,11 +225,11 @@ void SvgPage::BeginMask(const ORVPrintMask& mask) {
 bool SvgPage::EndMask() { return Leave(Open::kMask); }
 
 void SvgPage::BeginFilter(const ORVPrintFilter& filter) {
-    // Filters see the user space that they are written for; what they hold is in that of the page again.
+    // Filters use their own user space; the content inside returns to that of the page.
     const auto fromPage = filter.toPage.Inverse();
     std::string text = "<g";
     if (fromPage && IsDrawable(filter.toPage)) {
-        constexpr double kBeyond = 1.0;  // times the page, on every side
+        constexpr double kBeyond = 1.0;  // multiple of the page size, on every side
         const double width = whole_.xMax - whole_.xMin, height = whole_.yMax - whole_.yMin;
         ORVMathBox2D everywhere = whole_;
         everywhere.Add({whole_.xMin - kBeyond * width, whole_.yMin - kBeyond * height});
@@ -248,14 +249,14 @@ bool SvgPage::EndFilter() { return Leave(Open::kFilter); }
 
 int SvgPage::BeginTiles(const ORVPrintTiles& tiles) {
     const double width = tiles.tile.xMax - tiles.tile.xMin, height = tiles.tile.yMax - tiles.tile.yMin;
-    // What is repeated is the tile: there are no gaps, and no overlaps.
+    // A period equal to the tile: there are no gaps and no overlaps.
     const auto isNear = [](double a, double b) { return std::fabs(a - b) <= 1e-9 * b; };
     const bool isSaid = IsDrawable(tiles.toPage) && !IsFlat(tiles.toPage) && isNear(tiles.xStep, width) &&
                         isNear(tiles.yStep, height) && width > 0.0 && height > 0.0;
     if (!isSaid || writer_.IsRecording()) return ORVPrintGenerator::kNoTiles;
     const std::string id = definitions_.NewPattern();
     std::string text = "<pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"";
-    // Small errors add up over many tiles.
+    // More digits, because errors accumulate over many tiles.
     text += BoxAttributes(tiles.tile, kSvgMostPlaces);
     AppendSvgTransform(text, tiles.toPage, kSvgMostPlaces, "patternTransform");
     writer_.Put(text + ">\n");
@@ -278,7 +279,7 @@ void SvgPage::BeginInline(const ORVMathAffine2D& map) {
     writer_.Put(text + ">\n");
 }
 
-/// What is held back of a symbol has become too much: it is written where it stands.
+/// A recorded symbol has become too large: it is written inline.
 void SvgPage::LetRecordGo() {
     const SvgWriter::Record record = writer_.EndRecording();
     spaces_.back().isRecorded = false;
@@ -291,7 +292,7 @@ int SvgPage::BeginSymbol(const ORVPrintSymbol& symbol) {
     const SvgSpace& outer = spaces_.back().space;
     const double enlargement = symbol.toPage.Enlargement();
     const double scale = outer.scale * enlargement;
-    // The digits of a symbol that was written for a much smaller place do not suffice.
+    // A symbol written for a much smaller place has too few digits.
     constexpr double kLargestGrowth = 8.0;
     const SvgSharedDefinitions::Symbol* known = definitions_.FindSymbol(symbol.key);
     const bool isShared = known && !known->id.empty();
@@ -303,7 +304,7 @@ int SvgPage::BeginSymbol(const ORVPrintSymbol& symbol) {
     const double reach = outer.limit + std::max(std::fabs(symbol.toPage.dx), std::fabs(symbol.toPage.dy));
     const double reduction = std::fabs(symbol.toPage.Determinant()) / enlargement;
     const SvgSpace space{PlacesFor(scale), std::min(reach / reduction, kGreatestLimit), scale, true};
-    // Within another symbol, and where it has turned out to have several styles, it is written as it stands.
+    // Nested symbols, and symbols known to have several styles, are written inline.
     const bool isRecorded = !writer_.IsRecording() && (!known || isShared);
     if (isRecorded)
         writer_.BeginRecording();
@@ -343,7 +344,7 @@ void SvgPage::DrawShape(const ORVPrintShape& shape) {
 }
 
 bool SvgPage::Finish() {
-    // A drawing that broke off leaves groups open.
+    // An aborted drawing leaves groups open.
     for (; !open_.empty(); open_.pop_back()) {
         switch (open_.back()) {
             case Open::kNothing: break;

@@ -15,43 +15,43 @@
 
 class ORVOutput;
 
-/// A page while it is written: the nesting of groups, links, clips and symbols, and what is drawn in them.
+/// A page being written: the nesting of groups, links, clips and symbols, and the content in them.
 ///
-/// Some readers, orvprint among them, paint all that a use element places with the paint of that element. So
-/// only symbols that have one style are written once, and each use states the style; of other symbols every
-/// place has its own.
+/// Some readers, including orvprint, paint all content of a use element with the paint of that element. Only
+/// symbols with a single style are therefore shared, and each use states the style; other symbols are written
+/// out at every place.
 class SvgPage {
 public:
-    /// Opens the drawing. @param output  must outlive the page
-    /// @param documentTitle  for pages without a title of their own
+    /// Writes the start of the document. @param output  must outlive the page
+    /// @param documentTitle  for pages without a title
     SvgPage(ORVOutput& output, const ORVPrintPageInfo& info, std::string_view documentTitle);
     SvgPage(const SvgPage&) = delete;
     SvgPage& operator=(const SvgPage&) = delete;
 
     void BeginGroup(const ORVPrintGroup& group);
-    /// @return false when the innermost thing that is open is no group
+    /// @return false if the innermost open part is not a group
     bool EndGroup();
     void BeginClip(const ORVMathBox2D& box);
-    /// @return false when the innermost thing that is open is no clip
+    /// @return false if the innermost open part is not a clip
     bool EndClip();
     void BeginClipPath(const ORVPrintClipPath& clip);
     void BeginLayer(const ORVPrintLayer& layer);
-    /// @return false when the innermost thing that is open is no layer
+    /// @return false if the innermost open part is not a layer
     bool EndLayer();
     void BeginMask(const ORVPrintMask& mask);
-    /// @return false when the innermost thing that is open is no mask
+    /// @return false if the innermost open part is not a mask
     bool EndMask();
-    /// @param filter  has no inputs
+    /// @param filter  must not have inputs
     void BeginFilter(const ORVPrintFilter& filter);
-    /// @return false when the innermost thing that is open is no filter
+    /// @return false if the innermost open part is not a filter
     bool EndFilter();
-    /// @return what ORVPrintGenerator::BeginTiles returns
+    /// @return the result for ORVPrintGenerator::BeginTiles
     int BeginTiles(const ORVPrintTiles& tiles);
-    /// @return false when the innermost thing that is open is no tile
+    /// @return false if the innermost open part is not a tile
     bool EndTiles();
-    /// @return what ORVPrintGenerator::BeginSymbol returns
+    /// @return the result for ORVPrintGenerator::BeginSymbol
     int BeginSymbol(const ORVPrintSymbol& symbol);
-    /// @return false when no symbol is open
+    /// @return false if no symbol is open
     bool EndSymbol();
 
     void DrawShape(const ORVPrintShape& shape);
@@ -60,9 +60,9 @@ public:
 
     /// False after a write error.
     bool IsGood() const { return writer_.IsGood(); }
-    /// True when an image was left empty because there was no memory to encode it.
+    /// True if an image was left empty because there was no memory to encode it.
     bool IsOutOfMemory() const { return definitions_.IsOutOfMemory(); }
-    /// Closes what is open, and the drawing. @return false when it could not be written
+    /// Closes all open parts and the document. @return false if it could not be written
     bool Finish();
 
 private:
@@ -70,7 +70,7 @@ private:
     struct OpenSpace {
         SvgSpace space;
         ORVMathAffine2D toOuter;
-        const void* key = nullptr;  // of the symbol
+        const void* key = nullptr;  // for a symbol
         bool isRecorded = false;
     };
 
@@ -87,8 +87,8 @@ private:
     SvgPainter painter_{writer_, definitions_};
     std::vector<Open> open_;
     std::vector<OpenSpace> spaces_;
-    std::vector<std::string> covers_;  // of tiles that are open: what is covered with them
-    ORVMathBox2D whole_;               // of the page
-    std::string mask_;                 // of the layer that has just begun
+    std::vector<std::string> covers_;  // for each open tile: the shape covered with it
+    ORVMathBox2D whole_;               // bounds of the page
+    std::string mask_;                 // identifier of the mask for the layer that has just begun
     bool isInsideLink_ = false;
 };

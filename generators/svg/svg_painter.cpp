@@ -18,7 +18,7 @@
 
 namespace {
 
-// Glyphs of other sizes (user units an em, on the page) cannot be seen, or are larger than any page.
+// Glyphs smaller than this (user units per em, on the page) are invisible; larger ones exceed any page.
 constexpr double kSmallestGlyph = 1e-3;
 constexpr double kLargestGlyph = 1e6;
 
@@ -36,7 +36,7 @@ void AppendNumberAttribute(std::string& text, std::string_view name, double valu
     text += '"';
 }
 
-/// Blanks at the ends, and doubled ones, are kept only where the element says so.
+/// Leading, trailing and repeated spaces are only preserved if the element requests it.
 bool HasBlanksToKeep(std::string_view text) {
     return text.starts_with(' ') || text.ends_with(' ') || text.find("  ") != text.npos;
 }
@@ -100,7 +100,7 @@ void SvgPainter::AddShape(std::string_view id, const ORVPrintPath& path, const O
     rest_.clear();
     definitions_.AppendId(rest_, space.IdOf(id));
     AppendSvgTransform(rest_, paint.transform, space.places);
-    // Dashes begin where the path does.
+    // The start of the path determines the phase of dashes.
     AddGeometry(path, map, !stroke || stroke->dashes.empty(), space.places);
     rest_ += "/>\n";
     std::optional<ORVPrintFill> fill;
@@ -130,7 +130,7 @@ void SvgPainter::DrawShape(const ORVPrintShape& shape, const SvgSpace& space) {
     if (!strokePath) return;
     if (hasRoundPen)
         return AddShape(shape.id, *strokePath, shape.toPage, {nullptr, stroke, scale, {}}, space);
-    // The pen goes through the map. The path's own lengths are brought near those on the page, so that their
+    // The pen is transformed with the path. Path coordinates are scaled to about page size, so that their
     // digits suffice.
     const ORVMathAffine2D toPage = shape.toPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale);
     AddShape(shape.id, *strokePath, ORVMathAffine2D::Scaling(scale, scale), {nullptr, stroke, scale, toPage},
@@ -148,12 +148,12 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
         !(run.expansion > 0.0))
         return;
 
-    // SVG's letters stand upright where y points down.
+    // SVG text is upright where y points down.
     ORVMathAffine2D map = text.toPage * ORVMathAffine2D::Scaling(run.expansion / scale, -1.0 / scale);
     map.dx = start.x;
     map.dy = start.y;
     const bool isUpright = IsUpright(map);
-    const double unit = scale / run.expansion;  // of the layout's lengths along the line
+    const double unit = scale / run.expansion;  // scale of the layout's lengths along the line
 
     rest_.clear();
     definitions_.AppendId(rest_, space.IdOf(id));
@@ -163,7 +163,7 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
     } else {
         AppendSvgTransform(rest_, map, places);
     }
-    // A reader with another font makes the line as long as it is here.
+    // Keeps the length of the line in readers that use another font.
     if (piece.length > 0.0) AppendNumberAttribute(rest_, "textLength", piece.length * unit, places);
     if (HasBlanksToKeep(piece.text)) rest_ += " xml:space=\"preserve\"";
     rest_ += '>';
@@ -193,7 +193,7 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
 void SvgPainter::DrawText(const ORVPrintText& text, const SvgSpace& space) {
     if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || (!text.fill && !text.stroke)) return;
     const SvgTextLine line = SplitSvgText(text);
-    // What becomes several elements is a group under its identifier.
+    // Several elements are grouped under the identifier.
     const bool isOneElement = line.pieces.size() == 1 && !text.clip;
     std::string attributes;
     if (!isOneElement) definitions_.AppendId(attributes, space.IdOf(text.id));

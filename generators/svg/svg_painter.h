@@ -12,13 +12,13 @@ class SvgSharedDefinitions;
 class SvgWriter;
 struct SvgTextPiece;
 
-/// The coordinates that are being drawn in: the page's, or those of a symbol.
+/// Coordinates being drawn in: those of the page or of a symbol.
 struct SvgSpace {
-    int places = 3;         ///< digits after the period of coordinates; on the page, a third of a micrometre
-    double limit = 0.0;     ///< of coordinates; what lies farther out is cut off
-    double scale = 1.0;     ///< page units in one of its own
-    bool isSymbol = false;  ///< whether what is drawn may show at several places
-    /// An identifier, unless several places would share it.
+    int places = 3;         ///< decimal places of coordinates; on the page, a third of a micrometre
+    double limit = 0.0;     ///< maximum absolute coordinate; anything beyond is clipped
+    double scale = 1.0;     ///< page units per unit of this space
+    bool isSymbol = false;  ///< whether the content may appear at several places
+    /// The identifier to write; none if several places would share it.
     std::string_view IdOf(std::string_view given) const { return isSymbol ? std::string_view() : given; }
 };
 
@@ -31,22 +31,23 @@ public:
     void DrawShape(const ORVPrintShape& shape, const SvgSpace& space);
     void DrawText(const ORVPrintText& text, const SvgSpace& space);
     void DrawImage(const ORVPrintImage& image, const SvgSpace& space);
-    /// Writes a use element. @param attributes  each with a blank before it
+    /// Writes a use element. @param attributes  each preceded by a space
     void PutUse(std::string_view id, std::string_view attributes, const ORVMathAffine2D& map,
                 const SvgSpace& space);
-    /// Opens a group that shows only what is inside of a path.
+    /// Opens a group clipped to a path.
     void OpenClip(const ORVPrintPath& outline, const SvgSpace& space);
     void OpenClip(const ORVPrintClipPath& clip, const SvgSpace& space);
 
 private:
-    /// A shape's paint and the transform of its element, which comes on top of the path's own map.
+    /// The paint of a shape, and the transform of its element, which applies after the path's own
+    /// transformation.
     struct Paint {
         const ORVPrintFill* fill;
         const ORVPrintStroke* stroke;
-        double scale;  // of the stroke's lengths
+        double scale;  // factor for stroke lengths
         ORVMathAffine2D transform;
     };
-    /// The identifier of what paints an inside besides a colour; empty for nothing.
+    /// Identifier of the gradient or pattern to paint with; empty for none.
     std::string FindPaint(const ORVPrintFill* fill, const ORVMathAffine2D& elementToPage);
     std::string FindPaint(const ORVPrintStroke* stroke, const ORVMathAffine2D& elementToPage);
     void AddShape(std::string_view id, const ORVPrintPath& path, const ORVMathAffine2D& map,
@@ -57,6 +58,6 @@ private:
 
     SvgWriter& writer_;
     SvgSharedDefinitions& definitions_;
-    ORVPrintPath fitted_, fittedStroke_;  // room for paths
-    std::string name_, style_, rest_;     // of the element at hand
+    ORVPrintPath fitted_, fittedStroke_;  // buffers for paths
+    std::string name_, style_, rest_;     // of the current element
 };

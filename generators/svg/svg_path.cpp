@@ -56,7 +56,7 @@ public:
 private:
     using Numbers = std::initializer_list<std::int64_t>;
 
-    /// A repeated command goes without its letter.
+    /// Repeated commands omit the letter.
     void Write(std::string& text, char letter, Numbers numbers) const {
         bool separate = letter == last_;
         if (!separate) text += letter;
@@ -68,7 +68,7 @@ private:
     }
     void Append(char letter, Numbers numbers) {
         Write(text_, letter, numbers);
-        // Points after a move would be those of lines.
+        // Coordinates after a move are those of lines.
         last_ = letter == 'M' ? 'L' : letter;
     }
     void AppendShorter(char relative, Numbers steps, char absolute, Numbers places) {
@@ -108,7 +108,7 @@ SvgOutline RecogniseRectangle(const std::vector<ORVMathPoint2D>& points, const O
     const auto& [a, b, c, d] = corners;
     const bool isRectangle = (a.y == b.y && b.x == c.x && c.y == d.y && d.x == a.x) ||
                              (a.x == b.x && b.y == c.y && c.x == d.x && d.y == a.y);
-    // Without width or height it would not be painted, while the outline of a path is.
+    // A zero-sized rectangle element is not rendered, but the stroke of a path is.
     if (!isRectangle || a.x == c.x || a.y == c.y) return {};
     const double unit = std::pow(10.0, -places);
     return {SvgOutline::Kind::kRectangle, static_cast<double>(std::min(a.x, c.x)) * unit,
@@ -116,7 +116,7 @@ SvgOutline RecogniseRectangle(const std::vector<ORVMathPoint2D>& points, const O
             static_cast<double>(std::abs(a.y - c.y)) * unit};
 }
 
-/// Recognises ellipses that are drawn in 4 or 8 equal arcs, as the framework does.
+/// Recognises ellipses made of 4 or 8 equal arcs, as the framework draws them.
 SvgOutline RecogniseEllipse(const std::vector<ORVMathPoint2D>& points, const ORVMathAffine2D& map,
                             int places) {
     std::array<ORVMathPoint2D, 25> p;
@@ -129,7 +129,7 @@ SvgOutline RecogniseEllipse(const std::vector<ORVMathPoint2D>& points, const ORV
         rx = std::max(rx, std::fabs(p[3 * i].x - centre.x));
         ry = std::max(ry, std::fabs(p[3 * i].y - centre.y));
     }
-    // A circle that has been turned has none of its points on the axes.
+    // A rotated circle has none of its points on the axes.
     const double radius = std::hypot(p[0].x - centre.x, p[0].y - centre.y);
     if (IsClose(radius, std::hypot(p[3].x - centre.x, p[3].y - centre.y), 1e-6 * radius) &&
         radius >= std::max(rx, ry) * (1.0 - 1e-6) && IsClose(rx, ry, 0.3 * radius))

@@ -34,17 +34,17 @@ void AppendColour(std::string& text, const ORVPrintColour& colour) {
 void AppendOpacity(std::string& text, std::string_view name, int opacity) {
     if (opacity == 255) return;
     text += name;
-    // Four digits give each of the 256 values back.
+    // Four decimal places preserve each of the 256 values.
     AppendDecimal(text, opacity / 255.0, 4);
     text += '"';
 }
 
-/// A family's name as it stands in a list of families.
+/// Appends a family name in the syntax of a font family list.
 void AppendFamily(std::string& text, std::string_view family) {
     const auto isLetter = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
     bool isPlain = !family.empty() && isLetter(family.front());
     for (std::size_t i = 1; isPlain && i < family.size(); ++i)
-        // Words begin with a letter.
+        // Identifiers begin with a letter.
         isPlain = isLetter(family[i]) ||
                   (family[i - 1] != ' ' && (family[i] == ' ' || family[i] == '-' ||
                                             std::isdigit(static_cast<unsigned char>(family[i])) != 0));
@@ -55,14 +55,14 @@ void AppendFamily(std::string& text, std::string_view family) {
     if (!isPlain) text += '\'';
 }
 
-/// What stands in where the family is not installed.
+/// The generic family to use if the family is not installed.
 std::string_view GenericFamily(std::string family) {
     std::transform(family.begin(), family.end(), family.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     struct Row {
         std::string_view part, generic;
     };
-    // The first row that fits decides: a "sans mono" is a mono, a "sans serif" no serif.
+    // The first match wins: "sans mono" is monospace, "sans serif" not serif.
     constexpr std::array kRows{
         Row{"mono", "monospace"},  Row{"courier", "monospace"}, Row{"typewriter", "monospace"},
         Row{"sans", "sans-serif"}, Row{"serif", "serif"},       Row{"roman", "serif"},
@@ -91,7 +91,7 @@ void AppendSvgFill(std::string& text, const ORVPrintFill* fill, std::string_view
         AppendColour(text, colour);
         text += '"';
     }
-    // Stops of gradients have opacities of their own.
+    // Gradient stops have their own opacities.
     if (pattern.empty() || !fill->gradient) AppendOpacity(text, " fill-opacity=\"", colour.opacity);
     if (fill->evenOdd) text += " fill-rule=\"evenodd\"";
 }
@@ -152,7 +152,7 @@ void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double sca
 
 namespace {
 
-/// "wght=650,wdth=75" as a style has it.
+/// Appends variations such as "wght=650,wdth=75" as CSS.
 void AppendVariations(std::string& text, std::string_view variations) {
     text += " style=\"font-variation-settings:'";
     for (const char c : variations) {
@@ -166,8 +166,8 @@ void AppendVariations(std::string& text, std::string_view variations) {
     text += '"';
 }
 
-/// A font that the drawing brings is all that its family is: nothing is to be chosen or imitated but what the
-/// page shows.
+/// Appends the font for an embedded face. Its family has only that face: nothing may be selected or
+/// synthesised beyond what the page shows.
 void AppendBroughtFont(std::string& text, const ORVFontFace& face, std::string_view family, double size,
                        bool bold) {
     text.append(" font-family=\"").append(family).append("\" font-size=\"");
@@ -187,7 +187,7 @@ void AppendSvgFont(std::string& text, const ORVFontFace& face, std::string_view 
     }
     text += " font-family=\"";
     if (face.IsItalic() && !face.GetPostScriptName().empty()) {
-        // Readers that look for a face by its own name find it; to the others the next name tells the family.
+        // For readers that find a face by its PostScript name; for others, the family name follows.
         AppendFamily(text, face.GetPostScriptName());
         text += ',';
     }

@@ -8,29 +8,28 @@
 
 class ORVFontFace;
 
-// Attributes of painted elements. Each is written with a blank before it, and only when it differs from what
-// SVG takes without it.
+// Attributes of painted elements. Each is preceded by a space, and omitted if it equals the default of SVG.
 
-/// The fill of an element.
+/// Appends the fill of an element.
 /// @param fill     null for none
-/// @param pattern  address of the pattern or the gradient, empty for the colour
-/// @param plainly  also when it is black: readers exist that look at a stroke only where a fill is stated
+/// @param pattern  identifier of the pattern or gradient, empty for the colour
+/// @param plainly  writes black too: some readers only honour a stroke if a fill is stated
 void AppendSvgFill(std::string& text, const ORVPrintFill* fill, std::string_view pattern, bool plainly);
 
-/// The stroke of an element.
-/// @param scale     factor on its lengths
-/// @param gradient  its address, empty for the colour
+/// Appends the stroke of an element.
+/// @param scale     factor for its lengths
+/// @param gradient  identifier of a gradient, empty for the colour
 void AppendSvgStroke(std::string& text, const ORVPrintStroke& stroke, double scale,
                      std::string_view gradient = {});
 
-/// The colour of a gradient's stop.
+/// Appends the colour of a gradient stop.
 void AppendSvgStopColour(std::string& text, const ORVPrintColour& colour);
 
-/// The font of a text: family, size (user units an em), weight and slant.
-/// @param bold  whatever the weight of the face
-/// @param brought  the family of a font that the drawing brings; empty for installed ones
+/// Appends the font of a text: family, size (user units per em), weight and slant.
+/// @param brought  family of a font embedded in the drawing; empty for installed fonts
+/// @param bold     bold regardless of the weight of the face
 void AppendSvgFont(std::string& text, const ORVFontFace& face, std::string_view brought, double size,
                    bool bold);
 
-/// A blend mode's name.
+/// Name of a blend mode.
 std::string_view NameOfSvgBlendMode(ORVPrintBlendMode blend);

@@ -21,7 +21,7 @@ std::size_t CountClusters(const ORVGlyphRun& run) {
         run.glyphs.begin(), run.glyphs.end(), [](const ORVGlyph& glyph) { return glyph.textLength > 0; }));
 }
 
-/// The room between letters that the layout has beyond the advances of its glyphs.
+/// Letter spacing that the layout adds to the advances of glyphs.
 double SpacingOf(const ORVTextLayout& layout) {
     double advances = 0.0, size = 0.0;
     std::size_t clusters = 0;
@@ -35,7 +35,7 @@ double SpacingOf(const ORVTextLayout& layout) {
     return std::fabs(spacing) > 1e-6 * size ? spacing : 0.0;
 }
 
-/// The characters that have a place in the line: control characters have no width, and none in XML either.
+/// Removes control characters, which have no width and are not allowed in XML.
 std::string WithoutControls(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -88,7 +88,7 @@ SvgTextLine SplitSvgText(const ORVPrintText& text) {
         const std::size_t clusters = CountClusters(run);
         const double length = AdvanceOf(run) + line.spacing * static_cast<double>(clusters);
         SvgTextPiece piece{&run, TextBetween(text.text, first, end), pen, 0.0, clusters > 1 ? length : 0.0};
-        // Spacing after the last letter is that before the next run.
+        // In right-to-left runs, the trailing spacing is before the next run.
         if (run.rightToLeft) piece.x += length - line.spacing;
         if (IsSeen(piece.text)) line.pieces.push_back(std::move(piece));
         pen += length;

@@ -8,18 +8,18 @@
 
 struct ORVGlyphRun;
 
-/// A part of a line of text that becomes an element of its own: glyphs of one face in one direction.
+/// A part of a line of text that becomes one element: glyphs of one face in one direction.
 struct SvgTextPiece {
     const ORVGlyphRun* run = nullptr;
-    std::string text;  ///< UTF-8 without control characters, in reading order
+    std::string text;  ///< UTF-8 without control characters, in logical order
     double x = 0.0,
            y = 0.0;       ///< where the text starts, in the layout's space: right-to-left text at its right
-    double length = 0.0;  ///< as SVG counts it, with the spacing after the last letter; 0 for one letter
+    double length = 0.0;  ///< textLength, including the spacing after the last letter; 0 for one letter
 };
 
-/// A line of text in pieces. Vertical text falls apart into its letters, which every reader sets alike.
+/// A line of text in pieces. Vertical text is split into single letters, which all readers place alike.
 struct SvgTextLine {
     std::vector<SvgTextPiece> pieces;
-    double spacing = 0.0;  ///< between letters, in the layout's space
+    double spacing = 0.0;  ///< letter spacing, in the layout's coordinates
 };
 SvgTextLine SplitSvgText(const ORVPrintText& text);

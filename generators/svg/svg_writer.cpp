@@ -20,7 +20,7 @@ void AppendSvgTransform(std::string& text, const ORVMathAffine2D& map, int place
                         std::string_view attribute) {
     const double greatest =
         std::max({std::fabs(map.m11), std::fabs(map.m12), std::fabs(map.m21), std::fabs(map.m22)});
-    // What rounding has left of a zero, or of a one.
+    // Tolerance for rounding errors of 0 and 1.
     const auto isZero = [&](double factor) { return std::fabs(factor) <= 1e-9 * greatest; };
     const auto isOne = [](double factor) { return std::fabs(factor - 1.0) <= 1e-9; };
     const std::int64_t dx = ToFixed(map.dx, places), dy = ToFixed(map.dy, places);
@@ -132,7 +132,7 @@ void SvgWriter::PutBase64(std::span<const std::uint8_t> bytes) {
 
 void SvgWriter::PutEndOfBase64() {
     if (bitCount_ > 0) {
-        // The last digit holds what is left of the bits, followed by zeros.
+        // The last digit holds the remaining bits, padded with zeros.
         Append({&kBase64Digits[bits_ << (6 - bitCount_) & 63U], 1});
         Append(bitCount_ == 2 ? "==" : "=");
     }

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// Length of the character at the start of `text`; 0 when its bytes are none that XML can hold.
+/// Length in bytes of the first character of `text`; 0 if it is invalid or not allowed in XML.
 std::size_t CharacterLength(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -34,7 +34,7 @@ void AppendXmlText(std::string& xml, std::string_view utf8) {
             case '<': xml += "&lt;"; break;
             case '>': xml += "&gt;"; break;
             case '"': xml += "&quot;"; break;
-            // Written plainly, readers would make blanks of these, or other line breaks.
+            // Readers would normalise these to spaces or other line breaks if they were not escaped.
             case '\t': xml += "&#9;"; break;
             case '\n': xml += "&#10;"; break;
             case '\r': xml += "&#13;"; break;

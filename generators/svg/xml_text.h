@@ -4,12 +4,11 @@
 #include <string>
 #include <string_view>
 
-/// Appends text to an XML document, for element content and for attribute values in double quotes alike.
-/// Bytes that are not UTF-8, and characters that XML cannot hold, become U+FFFD; line breaks and tabs stay
-/// what they are.
+/// Escapes text for XML element content and for attribute values in double quotes. Invalid UTF-8, and
+/// characters that XML does not allow, become U+FFFD; line breaks and tabs are preserved.
 void AppendXmlText(std::string& xml, std::string_view utf8);
 
-/// Appends an attribute with a blank before it.
+/// Appends an attribute preceded by a space.
 void AppendXmlAttribute(std::string& xml, std::string_view name, std::string_view value);
-/// Appends an element that holds text, on a line of its own; nothing for no text.
+/// Appends an element with text content on its own line; nothing if the text is empty.
 void AppendXmlElement(std::string& xml, std::string_view name, std::string_view content);

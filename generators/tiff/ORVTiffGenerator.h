@@ -5,8 +5,8 @@
 
 class ORVOutput;
 
-/// Writes a document as one TIFF file of several pages: colours and greys deflated, black and white as Group
-/// 4 fax. A file that may outgrow the classic form's 4 gigabytes is written in the big form.
+/// Writes a multi-page TIFF file: colours and greys with Deflate, black and white with Group 4 fax
+/// compression. A file that may exceed 4 gigabytes is written as BigTIFF.
 class ORVTiffGenerator final : public ORVRasterGenerator {
 public:
     /// @param output  receives one part; must outlive the generator

@@ -16,10 +16,10 @@
 
 namespace {
 
-// Offsets of the classic form have 32 bits. Some room is left for what a page has besides its pixels.
+// Classic TIFF has 32-bit offsets. Some room is left for the data of a page besides pixels.
 constexpr double kClassicLimit = 4.0e9;
 
-/// The library's functions.
+/// Functions of the library, loaded on first use.
 struct TiffLibrary {
     ORVLoadedLibrary library{"libtiff.so.6"};
     decltype(TIFFClientOpen)* open = nullptr;
@@ -41,7 +41,7 @@ struct TiffLibrary {
         library.Find("TIFFSetErrorHandler", setErrorHandler);
         library.Find("TIFFSetWarningHandler", setWarningHandler);
         if (!library.IsUsable()) return;
-        // Failures are returned; the library shall not write to standard error besides.
+        // Failures are returned; the library must not also write to standard error.
         setErrorHandler(nullptr);
         setWarningHandler(nullptr);
     }
@@ -52,7 +52,7 @@ struct TiffLibrary {
     }
 };
 
-// How the library reaches the data.
+// I/O callbacks of the library.
 
 tmsize_t ReadData(thandle_t data, void* bytes, tmsize_t size) {
     return static_cast<ORVTemporaryData*>(data)->Read(bytes, static_cast<std::size_t>(size));
@@ -86,7 +86,7 @@ int TiffSink::Fail(const char* error) {
     return kDrawingFailed;
 }
 
-/// What is said when the data cannot be written, which may be a limit of ours.
+/// Reports that the data cannot be written, possibly because of one of our own limits.
 int TiffSink::FailWriting() {
     if (data_.IsPastLimit()) {
         output_.EndPastLimit();
@@ -140,7 +140,7 @@ int TiffSink::BeginPage(const RasterPageInfo& page) {
         set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH) && set(TIFFTAG_XRESOLUTION, page.dotsPerInch) &&
         set(TIFFTAG_YRESOLUTION, page.dotsPerInch);
     if (done && page.pageCount != 1) {
-        // Numbers of pages have 16 bits.
+        // Page numbers have 16 bits.
         const auto number = page.number > 0 ? page.number - 1 : 0;
         done = set(TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
         if (done && number <= 0xFFFFU && page.pageCount <= 0xFFFFU)
@@ -163,7 +163,7 @@ void TiffSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byt
 
 int TiffSink::WriteBand(const RasterBand& /*band*/, const std::vector<std::uint8_t>& bytes) {
     const TiffLibrary& library = TiffLibrary::Get();
-    void* data = const_cast<std::uint8_t*>(bytes.data());  // is read only
+    void* data = const_cast<std::uint8_t*>(bytes.data());  // only read
     const auto size = static_cast<tmsize_t>(bytes.size());
     const tmsize_t written = pixels_ == RasterPixels::kBlack ? library.writeEncoded(tiff_, strip_, data, size)
                                                              : library.writeRaw(tiff_, strip_, data, size);

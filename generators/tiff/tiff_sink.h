@@ -7,8 +7,8 @@
 class ORVOutput;
 struct tiff;
 
-/// Writes pages into one TIFF file, a band becoming a strip. The format links pages by writing into what was
-/// written before: the file is made in a nameless one and goes to the output when it is whole.
+/// Writes pages to one TIFF file, each band as a strip. The format links pages by changing earlier bytes, so
+/// the file is created in an unnamed temporary file and copied to the output at the end.
 class TiffSink final : public ORVBandSink {
 public:
     /// @param output  must outlive the sink

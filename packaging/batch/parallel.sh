@@ -21,8 +21,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 reports=${REPORTS:-$out.reports}
 mkdir -p "$reports"
 
-# --resume-failed, not --resume, which takes a part that failed for done. Each try of --retries is on another machine as
-# long as there is one. No --return: outputs are on shared storage, and copying each part back takes seconds.
+# --resume-failed, because --resume counts a failed part as done. Each retry runs on another machine if there is one. No
+# --return: outputs are on shared storage, and copying each part back takes seconds.
 # shellcheck disable=SC2046  # numbers
 exec parallel --sshloginfile "$hosts" --workdir "$PWD" --retries 3 --joblog "$reports/joblog" --resume-failed \
     --env ORVPRINT --env JOBS --env REPORTS --env SOURCE_DATE_EPOCH \

@@ -33,7 +33,7 @@ case $list in
     *) set -- --files-from "$list" --shard "$part" "$@" ;;
 esac
 
-# The attempt that makes the file owns it: two that start at once must not share a report.
+# Creating the file claims it: two attempts that start at the same time must not share a report.
 attempt=1
 until (set -o noclobber; : >"$name.$attempt.jsonl") 2>/dev/null; do
     attempt=$((attempt + 1))
@@ -41,14 +41,14 @@ until (set -o noclobber; : >"$name.$attempt.jsonl") 2>/dev/null; do
 done
 rm -f "$name.done"
 
-# What earlier attempts have done is not done again. The command ends with this script (--pdeathsig), which an engine may
-# have killed alone: otherwise it would go on where nobody waits for it.
+# Skips what earlier attempts have finished. The command ends with this script (--pdeathsig): an engine may kill only
+# the script, and the command would continue with nobody waiting for it.
 code=0
 cat "$name".*.jsonl | setpriv --pdeathsig TERM -- "${ORVPRINT:-orvprint}" \
     --out-dir "$out" -j "${JOBS:-1}" --keep-going --retry 2 --quiet \
     --resume /dev/stdin --report "$name.$attempt.jsonl" "$@" || code=$?
 
-# 11: some drawings failed. The report says why; another attempt would find the same.
+# Exit code 11: some drawings failed. The report says why; another attempt would not help.
 case $code in
     0 | 11) : >"$name.done" ;;
     *) exit $code ;;

@@ -49,7 +49,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kLongestMessage = std::size_t{1} << 16U;  // of a worker, before its line ends
+constexpr std::size_t kLongestMessage = std::size_t{1} << 16U;  // kept of a worker's unfinished line
 
 /// How a job ended that may have left files.
 struct Outcome {
@@ -59,11 +59,11 @@ struct Outcome {
     BatchRecord record;
 };
 
-/// Failures that another attempt may not meet: files on a network that did not answer, a full disk, a process
-/// that the system ended. Time and memory of a busy machine belong to them, too.
+/// Failures that may be temporary: files on a network that did not answer, a full disk, a killed process, and
+/// the time and memory limits on a busy machine.
 bool MayPass(int code) { return code == kExitUnreadable || code == kExitUnwritable || code == kExitFailed; }
 
-/// What a worker said, libraries within it too.
+/// Messages of a worker, including those of libraries in it.
 void PutLines(std::string_view lines) {
     TextLine line(stderr);
     while (!lines.empty()) {
@@ -73,11 +73,11 @@ void PutLines(std::string_view lines) {
     }
 }
 
-/// A worker and what it does.
+/// A worker and its current job.
 struct Slot {
     WorkerProcess process;
     std::optional<std::uint32_t> job;
-    std::string errors;                           // of its standard error, a line not yet ended
+    std::string errors;                           // unfinished line of its standard error
     std::string lastMessage;                      // of the present job
     std::chrono::steady_clock::time_point start;  // of it
 };
@@ -131,14 +131,14 @@ private:
         int code;
     };
 
-    /// By the order of the inputs: which one fails first by the clock is chance.
+    /// In the order of the inputs: which one fails first in time is chance.
     int CodeOfFirstFailure() const {
         return std::min_element(failures_.begin(), failures_.end(),
                                 [](const Failure& a, const Failure& b) { return a.job < b.job; })
             ->code;
     }
 
-    /// Before anything is done: would an output take an input's place?
+    /// Before anything is converted: would an output replace an input?
     int CheckOutputs() const {
         for (const std::string& output : outputs_)
             if (inputFiles_.Contains(output))
@@ -146,11 +146,11 @@ private:
         return kExitDone;
     }
 
-    /// Reads what an earlier run has done, and begins this one's report.
+    /// Reads the report of an earlier run and opens the one of this run.
     int OpenReports() {
         std::vector<BatchRecord> records;
         std::size_t unreadable = 0;
-        // A first run may be given the same options as those that follow.
+        // The first run may have the same options as later ones.
         const bool isFirst = batch_.resume == batch_.report && !fs::exists(batch_.resume);
         if (!batch_.resume.empty() && !isFirst)
             if (const int code = ReadReport(batch_.resume, records, unreadable); code != kExitDone)
@@ -166,8 +166,7 @@ private:
         return batch_.report.empty() ? static_cast<int>(kExitDone) : report_.Open(batch_.report);
     }
 
-    /// Whether a drawing that an earlier run has done needs no other attempt, unless it, or a file that it
-    /// read, has changed.
+    /// True if an earlier run converted the drawing and neither it nor a file that it read has changed since.
     bool CanStay(const BatchRecord& record) const {
         if (!record.IsGood() || record.input.empty() || record.options != batch_.optionsHash ||
             record.outputs.empty())
@@ -179,7 +178,7 @@ private:
                            });
     }
 
-    // ---- in the process that was started ----
+    // ---- In the worker ----
 
     bool HasJobs() const {
         return (!again_.empty() || nextJob_ < options_.inputs.size()) &&
@@ -218,11 +217,11 @@ private:
         }
     }
 
-    /// @return false with errno when there is no process that could do the job
+    /// @return false with errno if there is no process for the job
     bool HandOver(Slot& slot, std::size_t index, std::uint32_t job) {
         if (slot.process.IsRunning()) {
             if (slot.process.Give(job)) return true;
-            slot.process.Kill();  // it ended while it had nothing to do
+            slot.process.Kill();  // it died while idle
         }
         const auto worker = std::make_shared<BatchWorker>(jobs_, index, slots_.size());
         return slot.process.Start([worker](std::uint32_t number) { return worker->Do(number); }) &&
@@ -232,7 +231,7 @@ private:
     void WaitAndTake() {
         std::vector<pollfd> waits{{signals_.GetDescriptor(), POLLIN, 0}};
         for (const Slot& slot : slots_) {
-            // Those that wait for nothing have negative descriptors, which poll passes over.
+            // Idle workers have negative descriptors, which poll ignores.
             waits.push_back({slot.job ? slot.process.GetResultDescriptor() : -1, POLLIN, 0});
             waits.push_back({slot.job ? slot.process.GetErrorDescriptor() : -1, POLLIN, 0});
         }
@@ -259,7 +258,7 @@ private:
         if (!hasResult) {
             const WorkerProcess::End end = slot.process.Reap();
             const BatchRecord record = RecordOfLost(job, slot.start);
-            // One that ended itself with this code has said why.
+            // A worker that exited with this code has reported why.
             if (end.exitCode == kExitFailed && !slot.lastMessage.empty())
                 Fail({job, kExitFailed, slot.lastMessage, record}, false);
             else
@@ -267,11 +266,11 @@ private:
                      true);
             return;
         }
-        // One that reached a limit may keep memory that the next drawing would lack.
+        // A worker that reached a limit may hold memory that the next drawing needs.
         if (answer.code == kExitFailed) slot.process.Kill();
         if (!ReadNote(answer.note, facts)) facts.record = RecordOfLost(job, slot.start);
         for (const FileSet::Identity& file : facts.files) inputFiles_.Add(file);
-        // Printing that failed leaves no file, unless pages were passed over: then there are the others.
+        // A failed print leaves no files, unless only some pages were left out.
         Outcome outcome{job, answer.code, slot.lastMessage, std::move(facts.record)};
         if (answer.code != kExitDone && answer.code != kExitFailed) {
             Fail(std::move(outcome), false);
@@ -285,7 +284,7 @@ private:
         }
     }
 
-    /// What is known of a drawing whose worker told nothing.
+    /// The record of a drawing whose worker died without an answer.
     BatchRecord RecordOfLost(std::uint32_t job, std::chrono::steady_clock::time_point start) const {
         BatchRecord record;
         record.name = options_.inputs[job];
@@ -297,7 +296,7 @@ private:
         return record;
     }
 
-    /// Puts the files of a job where they belong.
+    /// Moves the files of a job to their final names.
     void Finish(Outcome outcome, const fs::path& folder) {
         if (std::string error = PutInPlace(outcome.job, folder); !error.empty())
             return FailToPlace(std::move(outcome), std::move(error));
@@ -326,8 +325,8 @@ private:
         if (code != kExitDone && reportFailure_ == kExitDone) reportFailure_ = code;
     }
 
-    /// True when a file of a job has the name of an image, which another drawing may show that has not been
-    /// read yet. Such files wait until all have been.
+    /// True if an output has the name of an image: another drawing that has not been read yet may show it.
+    /// Such files wait until all inputs have been read.
     bool MayReplaceAnImage(std::uint32_t job, std::size_t slot) const {
         std::error_code error;
         for (const auto& entry : fs::directory_iterator(staging_.PathOf(slot), error))
@@ -346,7 +345,7 @@ private:
         return fs::path(outputs_[job]).parent_path() / staged.filename();
     }
 
-    /// Passes on what a worker says, by whole lines.
+    /// Forwards the messages of a worker, in whole lines.
     void TakeMessages(Slot& slot, bool isAll) {
         slot.process.TakeErrors(slot.errors);
         if ((isAll || slot.errors.size() > kLongestMessage) && !slot.errors.empty() &&
@@ -363,7 +362,8 @@ private:
         slot.errors.erase(0, end + 1);
     }
 
-    /// Moves the files of a job to where they belong, all or none. @return an error, empty when there is none
+    /// Moves the files of a job to their final names, all or none.
+    /// @return an error; empty on success
     std::string PutInPlace(std::uint32_t job, const fs::path& folder) {
         std::error_code error;
         std::vector<std::pair<fs::path, fs::path>> moves;
@@ -373,7 +373,7 @@ private:
         std::sort(moves.begin(), moves.end());
         for (const auto& [from, to] : moves) {
             if (inputFiles_.Contains(to)) return to.string() + ": is an input; choose another folder";
-            // "a.svg" with two pages and "a-1.svg" with one: numbers can make names alike.
+            // "a.svg" with two pages and "a-1.svg" with one: page numbers can make names collide.
             if (const auto owner = owners_.find(to); owner != owners_.end())
                 return to.string() + ": would come from " + options_.inputs[job] + " and from " +
                        options_.inputs[owner->second];
@@ -437,18 +437,18 @@ private:
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     EndSignals signals_;
     ProgressBar progress_;
-    FileSet inputFiles_;  // also what drawings read
+    FileSet inputFiles_;  // including files that drawings read
     StagingFolder staging_;
     BatchJobs jobs_;
     BatchReport report_;
     int reportFailure_ = kExitDone;  // the first line that could not be written
     std::vector<Slot> slots_;
     std::uint32_t nextJob_ = 0;
-    std::string current_;                                       // name of the input begun last
+    std::string current_;                                       // name of the last input that was started
     std::vector<std::uint32_t> again_;                          // drawings that get another attempt
-    std::unordered_map<std::uint32_t, unsigned int> attempts_;  // that failed, of such drawings
+    std::unordered_map<std::uint32_t, unsigned int> attempts_;  // those of them that failed
     std::size_t converted_ = 0, unchanged_ = 0;
-    std::vector<Outcome> kept_;  // their files wait for the end
+    std::vector<Outcome> kept_;  // files that wait for the end
     std::vector<Failure> failures_;
     std::unordered_map<std::string, std::uint32_t> owners_;  // of numbered files
 };
@@ -475,7 +475,7 @@ int RunBatch(const PrintOptions& options, const BatchOptions& batch) {
     if (std::find(options.inputs.begin(), options.inputs.end(), "-") != options.inputs.end())
         return Report(kExitUsage, "standard input",
                       "has no name for a file in --out-dir; name it with -o FILE");
-    // Names are planned for all, so that those of one part do not depend on which part it is.
+    // Names are planned for the whole list, so that they do not depend on the shard.
     std::string error;
     std::vector<std::string> outputs =
         PlanOutputs(options.inputs, batch.folder, format->name, batch.keepsFolders, error);

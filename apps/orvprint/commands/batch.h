@@ -6,22 +6,22 @@
 #include "apps/orvprint/commands/drawing_list.h"
 #include "apps/orvprint/commands/print_command.h"
 
-/// What concerns a batch: many inputs, each converted to a file of its own.
+/// Options of a batch: many inputs, each converted to its own file.
 struct BatchOptions {
-    std::string folder;         ///< where the outputs go; made when missing
-    unsigned int jobs = 0;      ///< worker processes; 0 for one a core
-    bool keepGoing = false;     ///< go on with the other inputs after a failure
-    bool isQuiet = false;       ///< no progress, no summary
-    BatchShard shard;           ///< only this part of the inputs is converted
-    bool keepsFolders = false;  ///< outputs lie in folders as the inputs do
-    unsigned int retries = 0;   ///< more attempts at a drawing that fails for a reason that may pass
-    std::string report;         ///< file that gets a line for each drawing; empty for none
-    std::string resume;         ///< report of an earlier run: what it has done is left alone; empty for none
-    std::string optionsHash;    ///< of the options that decide about the outputs
+    std::string folder;         ///< folder of the outputs; created if missing
+    unsigned int jobs = 0;      ///< worker processes; 0: one per core
+    bool keepGoing = false;     ///< continue after a failed input
+    bool isQuiet = false;       ///< no progress line, no summary
+    BatchShard shard;           ///< convert only this part of the inputs
+    bool keepsFolders = false;  ///< keep the folders of the inputs below the output folder
+    unsigned int retries = 0;   ///< further attempts at a drawing that fails for a possibly temporary reason
+    std::string report;         ///< file to which a line is appended for each drawing; empty: none
+    std::string resume;         ///< report of an earlier run whose finished drawings are skipped; empty: none
+    std::string optionsHash;    ///< hash of the options that affect the outputs
 };
 
-/// Prints each input into a file of its own, in several processes. An output appears under its name when it
-/// is whole; none ever takes an input's place. Messages, progress and a summary go to standard error.
-/// @param options  inputs and format must be given; the output's name is not used
-/// @return an exit code; failures were reported. Does not return when a signal asked the process to end
+/// Converts each input to its own file, in several processes. An output gets its final name when it is
+/// complete, and never replaces an input. Messages, progress and a summary go to standard error.
+/// @param options  inputs and format must be set; the output name is ignored
+/// @return an exit code; failures have been reported. Does not return if a signal ended the run.
 int RunBatch(const PrintOptions& options, const BatchOptions& batch);

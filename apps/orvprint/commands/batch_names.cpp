@@ -18,7 +18,8 @@ bool EndsWith(std::string_view name, std::string_view ending) {
     });
 }
 
-/// Appends the folders of a path, as below some other folder. @return false when it leads upward
+/// Appends the folders of a path, as if below another folder.
+/// @return false if it leads upwards
 bool AppendFolders(std::string_view path, std::string& to) {
     for (std::size_t slash = 0; (slash = path.find('/')) != std::string_view::npos;
          path.remove_prefix(slash + 1)) {
@@ -36,7 +37,7 @@ std::string BaseName(std::string_view input) {
     std::string_view bare = name;
     if (EndsWith(bare, kPackedEnding)) bare.remove_suffix(kPackedEnding.size());
     for (const std::string_view ending : kDrawingEndings) {
-        // A file named ".svg" has no other name than that.
+        // A file named ".svg" has no other name.
         if (EndsWith(bare, ending) && bare.size() > ending.size())
             return std::string(bare.substr(0, bare.size() - ending.size()));
     }

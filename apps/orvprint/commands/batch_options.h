@@ -12,16 +12,16 @@ class Option;
 }  // namespace CLI
 class CommandOptions;
 
-/// Inputs beside those of the command line.
+/// Where inputs come from besides the command line.
 struct DrawingLists {
     std::vector<std::string> paths;
-    bool endsWithZero = false;  ///< names are separated by zero bytes, not by line breaks
+    bool endsWithZero = false;  ///< names end with zero bytes instead of line breaks
 };
 
 /// Adds the options of batches to the command.
-/// @param keepGoing  which means something else with them
+/// @param keepGoing  an option that has another meaning in batches
 void AddBatchOptions(CommandOptions& command, CLI::Option* keepGoing, BatchOptions& options);
 void AddListOptions(CommandOptions& command, DrawingLists& lists);
 
-/// A hash of the options that decide about the outputs of a batch, and of the version.
+/// A hash of the options that affect the outputs of a batch, and of the version.
 std::string HashOfOptions(const CLI::App& app);

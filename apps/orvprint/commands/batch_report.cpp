@@ -72,7 +72,7 @@ void WriteRecord(JsonWriter& json, const BatchRecord& record) {
     json.LineBreak();
 }
 
-// Members of another kind than they should be count as absent.
+// Members of the wrong type count as missing.
 std::string TextOf(const rapidjson::Value& object, const char* key) {
     const auto found = object.FindMember(key);
     if (found == object.MemberEnd() || !found->value.IsString()) return {};
@@ -106,7 +106,7 @@ bool WriteAll(int file, std::string_view bytes) {
     return true;
 }
 
-/// Whether a file ends within a line.
+/// True if the last line of a file is incomplete.
 bool EndsWithinLine(int file) {
     struct stat facts {};
     char last = '\n';
@@ -198,7 +198,7 @@ int BatchReport::Open(const std::string& path) {
     path_ = path;
     file_ = open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
     if (file_ < 0) return Fail();
-    // A line that was cut short when a machine went down must not spoil the next one.
+    // A line that a crash cut short must not spoil the next one.
     return !EndsWithinLine(file_) || WriteAll(file_, "\n") ? static_cast<int>(kExitDone) : Fail();
 }
 
@@ -207,14 +207,14 @@ int BatchReport::Add(const BatchRecord& record) {
     if (fstat(file_, &before) != 0) return Fail();
     if (WriteAll(file_, LineOf(record))) return kExitDone;
     const int code = Fail();
-    // Half a line helps nobody. Should that fail as well, readers pass it over.
+    // Removes the partial line. If that fails as well, readers skip it.
     if (S_ISREG(before.st_mode) && ftruncate(file_, before.st_size) != 0) return code;
     return code;
 }
 
 int BatchReport::Close() {
     if (file_ < 0) return kExitDone;
-    // What is no file on a disk cannot be synchronised, and need not be.
+    // Pipes and devices cannot be synchronised, and need not be.
     const bool isKept = fsync(file_) == 0 || errno == EINVAL || errno == EROFS;
     const int code = isKept ? static_cast<int>(kExitDone) : Fail();
     if (close(std::exchange(file_, -1)) != 0 && code == kExitDone) return Fail();

@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-/// What became of one drawing of a batch: a line of its report.
+/// The result for one drawing of a batch: a line of its report.
 struct BatchRecord {
     enum class Status {
         kDone,
-        kUnchanged,  ///< done by an earlier run, and nothing has changed since
+        kUnchanged,  ///< converted by an earlier run and unchanged since
         kFailed,
     };
     struct Output {
@@ -22,39 +22,40 @@ struct BatchRecord {
     /// Another file that the drawing asked for, such as an image.
     struct OtherFile {
         std::string name;
-        std::string hash;  ///< of its content before it was read; empty when it could not be read
+        std::string hash;  ///< of its content before it was read; empty if it could not be read
     };
 
-    std::string name;     ///< as the command was given it
-    std::string input;    ///< hash of the file's content; empty when it could not be read
-    std::string options;  ///< hash of all that decides about the output besides the drawing
+    std::string name;     ///< as given on the command line or in the list
+    std::string input;    ///< hash of the file's content; empty if it could not be read
+    std::string options;  ///< hash of everything else that affects the output
     Status status = Status::kFailed;
-    int code = 0;  ///< as the command would have ended with this drawing alone
+    int code = 0;  ///< exit code for this drawing alone
     unsigned int attempts = 1;
     unsigned int pages = 0;
-    std::uint64_t findings = 0;  ///< of the check
-    double milliseconds = 0.0;   ///< wall clock
-    std::uint64_t memory = 0;    ///< largest resident size of the process that drew it, bytes; 0: unknown
-    std::vector<OtherFile> otherFiles;  ///< by name
+    std::uint64_t findings = 0;  ///< number of findings
+    double milliseconds = 0.0;   ///< wall-clock time
+    std::uint64_t memory = 0;  ///< peak resident size of the process that converted it, in bytes; 0: unknown
+    std::vector<OtherFile> otherFiles;  ///< sorted by name
     std::vector<Output> outputs;
-    std::string message;  ///< the last one about it
+    std::string message;  ///< the last message about it
 
     bool IsGood() const { return status != Status::kFailed; }
-    std::uint64_t GetBytes() const;  ///< of all outputs
+    std::uint64_t GetBytes() const;  ///< total of all outputs
 };
 
-/// A record as a line of JSON, with its line break.
+/// Formats a record as a line of JSON, including the line break.
 std::string LineOf(const BatchRecord& record);
-/// Reads a line. @return false when it is none of a report
+/// Parses a line.
+/// @return false if it is not a line of a report
 bool ReadRecord(std::string_view line, BatchRecord& record);
 
-/// Reads all records of a report. Lines that are none, such as one that was cut short when a machine went
-/// down, are passed over.
-/// @param unreadable  how many of those there were; added to
-/// @return an exit code; a failure was reported
+/// Reads all records of a report. Lines that cannot be read are skipped, for example one that a crash cut
+/// short.
+/// @param unreadable  incremented for each skipped line
+/// @return an exit code; a failure has been reported
 int ReadReport(const std::string& path, std::vector<BatchRecord>& records, std::size_t& unreadable);
 
-/// A report that is being written. Each line is written at once and whole, behind those that are there.
+/// Appends to a report. Each line is written whole and at once.
 class BatchReport {
 public:
     ~BatchReport();
@@ -62,11 +63,11 @@ public:
     BatchReport(const BatchReport&) = delete;
     BatchReport& operator=(const BatchReport&) = delete;
 
-    /// @return an exit code; a failure was reported
+    /// @return an exit code; a failure has been reported
     int Open(const std::string& path);
     bool IsOpen() const { return file_ >= 0; }
     int Add(const BatchRecord& record);
-    /// Makes sure that it is on the disk.
+    /// Flushes the report to the disk.
     int Close();
 
 private:

@@ -26,9 +26,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::uint64_t kKeptMemory = std::uint64_t{32} << 20U;  // bytes that a worker keeps between drawings
+// bytes that a worker keeps allocated between drawings
+constexpr std::uint64_t kKeptMemory = std::uint64_t{32} << 20U;
 
-/// A file that was not there must not be there now. Names that are not UTF-8 are lost in a report.
+/// A file that was missing must still be missing. Names that are not UTF-8 are lost in a report.
 bool IsAsBefore(const BatchRecord::OtherFile& file) {
     constexpr std::string_view kLost = "\xEF\xBF\xBD";
     return file.name.find(kLost) == std::string::npos && HashFile(file.name).hash == file.hash;
@@ -79,7 +80,7 @@ WorkerProcess::Answer BatchWorker::Do(std::uint32_t job) {
     }
 }
 
-/// Outputs grow where another process puts them in their places; the worker has no rights there.
+/// The worker creates outputs in its staging folder and may write nowhere else; the parent moves them.
 int BatchWorker::EnterSandbox() {
     if (std::exchange(isInSandbox_, true)) return kExitDone;
     if (jobs_.isReported) {
@@ -91,13 +92,13 @@ int BatchWorker::EnterSandbox() {
     return EnterSandboxFor(jobs_.options.read, std::move(files));
 }
 
-/// Before the drawing reads it: should a file change meanwhile, its hash does not fit any more, and the
+/// Hashed before the drawing reads it: if the file changes in between, the hash no longer matches and the
 /// drawing is converted again.
 void BatchWorker::NoteOtherFile(const std::string& name) {
     const auto [place, isNew] = otherFiles_.try_emplace(name);
     if (!isNew) return;
     place->second = HashFile(name).hash;
-    // Content that stands in the drawing is asked for as though it were a name.
+    // Embedded data URIs are asked for like file names.
     if (place->second.empty() && name.find("data:") != std::string::npos) otherFiles_.erase(place);
 }
 
@@ -106,7 +107,7 @@ int BatchWorker::Draw(std::uint32_t job, BatchRecord& record) {
     if (!jobs_.isReported) return Print(job, facts);
     const std::string& input = jobs_.options.inputs[job];
     if (IsUnchanged(input, record)) return kExitDone;
-    // What large drawings left with the allocator is none of this one's.
+    // Returns memory left over from large drawings, so that it does not count for this one.
     if (memory_.Get() > kKeptMemory) malloc_trim(0);
     memory_.Begin();
     otherFiles_.clear();
@@ -118,7 +119,7 @@ int BatchWorker::Draw(std::uint32_t job, BatchRecord& record) {
     record.status = record.code == kExitDone ? BatchRecord::Status::kDone : BatchRecord::Status::kFailed;
     record.pages = facts.pages;
     for (auto& [name, hash] : otherFiles_) record.otherFiles.push_back({name, std::move(hash)});
-    // A pipe cannot be read once more.
+    // A pipe cannot be read twice.
     if (facts.pages > 0 && !record.input.empty())
         record.findings = CountFindings(input, jobs_.options.read, jobs_.options.ignored);
     MeasureOutputs(job, record);
@@ -135,13 +136,13 @@ int BatchWorker::Print(std::uint32_t job, PrintFacts& facts) const {
     const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
     options.threads = static_cast<unsigned int>(std::max<std::size_t>(processors / slotCount_, 1));
     options.isInSandbox = true;
-    options.read.keepGoing = false;  // a broken document is a failure among others
+    options.read.keepGoing = false;  // not well-formed is a failure like any other
     options.facts = &facts;
     return RunPrint(options);
 }
 
-/// Whether an earlier run has drawn the same content, and read other files of the same content; `record` is
-/// then that run's. Also finds out what the drawing's content is.
+/// Whether an earlier run converted the same content, with the same content in all other files; `record` is
+/// then that run's. Also computes the hash of the drawing.
 bool BatchWorker::IsUnchanged(const std::string& input, BatchRecord& record) const {
     record.input = HashFile(input).hash;
     const auto known = jobs_.done.find(input);

@@ -18,9 +18,9 @@
 #include "generators/formats.h"
 #include "library/input/file_set.h"
 
-/// What the jobs of a batch have in common; all of it outlives the workers.
+/// What the jobs of a batch have in common. Everything referenced must outlive the workers.
 struct BatchJobs {
-    const PrintOptions& options;  ///< with all inputs
+    const PrintOptions& options;  ///< including all inputs
     const ORVOutputFormat& format;
     const std::vector<std::string>& outputs;  ///< one for each input
     const StagingFolder& staging;
@@ -30,24 +30,24 @@ struct BatchJobs {
     std::unordered_map<std::string, BatchRecord> done;
 };
 
-/// What a worker's answer holds besides the exit code.
+/// What a worker returns besides the exit code.
 struct BatchAnswer {
-    std::set<FileSet::Identity> files;  ///< that the drawing read
+    std::set<FileSet::Identity> files;  ///< files that the drawing read
     BatchRecord record;
 };
 std::string NoteOf(const BatchAnswer& answer);
-/// @return false when the note is no such thing
+/// @return false if the note cannot be parsed
 bool ReadNote(std::string_view note, BatchAnswer& answer);
 
-/// The side of a batch that draws, in a process of its own with few rights.
+/// The converting side of a batch: a sandboxed process.
 class BatchWorker {
 public:
-    /// @param slot       the part of the staging folder that is this worker's
-    /// @param slotCount  workers that share the processors
+    /// @param slot       number of this worker's part of the staging folder
+    /// @param slotCount  number of workers that share the processors
     BatchWorker(const BatchJobs& jobs, std::size_t slot, std::size_t slotCount)
         : jobs_(jobs), slot_(slot), slotCount_(slotCount) {}
 
-    /// Draws an input. To be called in the worker's process, which gives up its rights with the first job.
+    /// Converts an input. Called in the worker, which enters the sandbox before the first job.
     WorkerProcess::Answer Do(std::uint32_t job);
 
 private:
@@ -62,5 +62,6 @@ private:
     const std::size_t slot_, slotCount_;
     bool isInSandbox_ = false;
     PeakMemory memory_;
-    std::map<std::string, std::string> otherFiles_;  // that the drawing asked for: hashes by name
+    // hashes of the files that the drawing asked for, by name
+    std::map<std::string, std::string> otherFiles_;
 };

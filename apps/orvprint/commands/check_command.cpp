@@ -57,7 +57,7 @@ void WriteLine(std::FILE* file, const std::string& name, const Finding& finding,
     text.End();
 }
 
-/// Findings that say the same of the same value, at several places.
+/// Findings with the same message about the same value, at several places.
 struct Repeated {
     const Finding* first;
     std::size_t times = 1;
@@ -77,7 +77,7 @@ std::vector<Repeated> Fold(const std::vector<const Finding*>& findings) {
     return folded;
 }
 
-/// Kind by kind: what they have in common, how many there are, and the first of them.
+/// Prints findings by kind: what they have in common, their number, and the first of each.
 void WriteText(std::FILE* file, const std::string& name, const Findings& findings, std::size_t shownOfAKind) {
     std::vector<std::vector<const Finding*>> byKind(static_cast<std::size_t>(FindingCode::kCount));
     for (const Finding& finding : findings.GetKept())
@@ -86,7 +86,7 @@ void WriteText(std::FILE* file, const std::string& name, const Findings& finding
         const std::uint64_t count = findings.GetCount(kind.code);
         if (count == 0) continue;
         auto& kept = byKind[static_cast<std::size_t>(kind.code)];
-        // Some of a kind turn up when the walk is past them.
+        // Some kinds report findings only after the walk has passed them.
         std::stable_sort(kept.begin(), kept.end(), [](const Finding* a, const Finding* b) {
             return a->line != b->line ? a->line < b->line : a->column < b->column;
         });
@@ -127,7 +127,7 @@ void WriteResult(const std::string& name, const Findings& findings, bool verbose
             .End();
 }
 
-/// Puts bytes in front of what standard input still has: all of it was read.
+/// Puts bytes back in front of standard input, all of which has been read.
 bool PutBack(std::string_view bytes) {
     if (lseek(STDIN_FILENO, 0, SEEK_SET) == 0) return true;  // a file
     const int memory = memfd_create("standard input", MFD_CLOEXEC);
@@ -155,7 +155,7 @@ int RunCheck(const CheckOptions& options) {
     bool isFirst = true;
     DrawingTime time;
     for (const std::string& path : options.inputs) {
-        // What was found so far stands, even if the time of this one ends the process.
+        // Flush, so that earlier results are not lost if the time limit ends the process.
         std::fflush(stdout);
         time.Begin(InputName(path));
         Findings findings(options.ignored);

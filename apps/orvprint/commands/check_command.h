@@ -18,24 +18,24 @@ struct CheckOptions {
     bool verbose = false;  ///< list all findings, not only the first of each kind
 };
 
-/// Tells on standard output what of the inputs will not print as expected, as text or as JSON. An input that
-/// cannot be read is reported, and the others are checked all the same.
-/// @return the first failure, else kExitFound when there is something, else kExitDone
+/// Reports on standard output, as text or JSON, what will not print as expected. An input that cannot be read
+/// is reported, and the others are checked nevertheless.
+/// @return the first failure, else kExitFound if there are findings, else kExitDone
 int RunCheck(const CheckOptions& options);
 
-/// Checks inputs before they are printed, with a summary on standard error. What comes from standard input
-/// is put back there, to be read again.
+/// Checks inputs before they are printed, with a summary on standard error. Standard input is put back, so
+/// that it can be read again.
 /// @param ignored  kinds of findings that do not count
-/// @return kExitDone when nothing was found, kExitFound, or the exit code of a failure that was reported
+/// @return kExitDone without findings, kExitFound, or the exit code of a failure that has been reported
 int CheckBeforePrinting(const std::vector<std::string>& inputs, const ReadOptions& options,
                         const std::set<FindingCode>& ignored);
 
-/// Checks an input that is then read again: what comes from standard input is put back there.
+/// Checks an input that is read again afterwards: standard input is put back.
 /// @param use  returns an exit code
-/// @return an exit code; a failure was reported
+/// @return an exit code; a failure has been reported
 int CheckBeforeInspection(const std::string& input, const ReadOptions& options, const CheckedUse& use);
 
-/// How many findings an input has, without a word about them.
+/// Counts the findings of an input without reporting them.
 /// @param ignored  kinds that do not count
 std::uint64_t CountFindings(const std::string& path, const ReadOptions& options,
                             const std::set<FindingCode>& ignored);

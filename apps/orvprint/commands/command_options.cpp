@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Options that exclude each other, which the library can be told only when it has both.
+/// Pairs of mutually exclusive options. CLI11 can be told only if it has both.
 constexpr std::array<std::array<std::string_view, 2>, 2> kPairs{
     {{"--allow-dir", "--no-file-images"}, {"--no-sandbox", "--require-sandbox"}}};
 
@@ -26,7 +26,7 @@ GivenWords::GivenWords(int argc, const char* const* argv) : areAll_(false) {
 bool GivenWords::HoldOption(std::string_view name) const {
     return std::any_of(words_.begin(), words_.end(), [&](std::string_view word) {
         if (name.starts_with("--")) return word == name;
-        // Several may stand in one word, and so may one and its value.
+        // A word may hold several short options, or an option and its value.
         return word.starts_with('-') && !word.starts_with("--") && word.find(name[1]) != word.npos;
     });
 }

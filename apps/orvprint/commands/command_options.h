@@ -9,20 +9,20 @@
 #include <utility>
 #include <vector>
 
-/// The words of a command line, for who asks whether an option or a command may be among them. The library
-/// that reads command lines compares each new option with all that it has, which for the sixty of this
-/// command takes longer than printing a small drawing. So only those are added that were given; when the
-/// words cannot be read with these alone, they are read again with all.
+/// The words of a command line, for finding out which options and commands it may contain. CLI11 compares
+/// each new option with all existing ones, which for the sixty options of this command takes longer than
+/// printing a small drawing. So only the options that are given are registered; if parsing fails, it is
+/// repeated with all of them.
 class GivenWords {
 public:
     /// The words of this command line.
     GivenWords(int argc, const char* const* argv);
-    /// Words that hold everything.
+    /// Contains every option and command.
     static GivenWords All() { return {}; }
 
     bool AreAll() const { return areAll_; }
-    /// Whether one of an option's names may be among the words.
-    /// @param names  as the library takes them, such as "-o,--output"; a name without dashes is always there
+    /// True if one of an option's names may be among the words.
+    /// @param names  as CLI11 takes them, such as "-o,--output"; a positional name is always contained
     bool MayHold(std::string_view names) const;
     bool HoldCommand(std::string_view name) const;
 
@@ -31,14 +31,14 @@ private:
     bool HoldOption(std::string_view name) const;
 
     bool areAll_ = true;
-    std::vector<std::string_view> words_;  // without values that follow a sign of equality
+    std::vector<std::string_view> words_;  // without values after "="
 };
 
-/// Takes options as the library does, but adds only those that are given. Those who add the others configure
-/// an option that nobody asks.
+/// Registers options with CLI11, but only those that are given. For others, the caller configures a dummy
+/// option.
 class CommandOptions {
 public:
-    /// @param app  null for a command that is not given: it takes no options
+    /// @param app  null for a command that is not given: nothing is registered
     CommandOptions(CLI::App* app, const GivenWords& words) : app_(app), words_(words) {}
     CommandOptions(const CommandOptions&) = delete;
     CommandOptions& operator=(const CommandOptions&) = delete;
@@ -61,24 +61,24 @@ public:
     CLI::Option* get_option_no_throw(const std::string& name) {
         return app_ ? app_->get_option_no_throw(name) : nullptr;
     }
-    /// Takes an option away that was added for other commands as well.
+    /// Removes an option that was added for other commands as well.
     void remove_option(const std::string& name) {
         if (CLI::Option* const option = get_option_no_throw(name)) app_->remove_option(option);
     }
 
-    /// The library's check of a range. Its description, which messages quote, takes longer to make than an
-    /// option; words that give a message are read again with all.
+    /// CLI11's range check. Its description, which messages quote, takes longer to build than an option; it
+    /// is built only when the command line is parsed again with all options.
     template <class Number>
     CLI::Validator IsInRange(Number least, Number most) const {
         if (words_.AreAll()) return CLI::Range(least, most);
         return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
     }
 
-    /// A command with options of its own. When it is not given, it takes none.
+    /// A subcommand with options of its own. If it is not given, none are registered.
     CommandOptions* add_subcommand(const char* name, const char* description);
     /// Names of all commands, given or not.
     const std::vector<std::string>& CommandNames() const { return commandNames_; }
-    /// Whether the command was called.
+    /// True if the command was given.
     bool parsed() const { return app_ && app_->parsed(); }
 
 private:

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-// The library's code becomes part of this file: the command needs nothing more to be loaded.
+// Compiles xxHash into this file, so that the command loads no further library.
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
@@ -40,7 +40,7 @@ std::uint64_t StableNumber(std::string_view text) { return XXH3_64bits(text.data
 FileContent HashFile(const std::string& path) {
     constexpr std::size_t kBlock = std::size_t{1} << 18U;
     FileContent content;
-    // What comes out of a pipe comes once, and is for whoever draws it.
+    // The contents of a pipe can be read only once, and are left to whoever prints them.
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) return content;
     if (struct stat facts{}; fstat(file, &facts) != 0 || !S_ISREG(facts.st_mode)) {

@@ -5,16 +5,16 @@
 #include <string>
 #include <string_view>
 
-/// XXH3 of 128 bits, as 32 hexadecimal digits: what `xxhsum -H128` prints. Tells whether content changed; no
-/// protection against somebody who wants two contents to look alike.
+/// XXH3-128 as 32 hexadecimal digits, as `xxhsum -H128` prints it. Detects changed content; not a
+/// cryptographic hash.
 std::string HashOfText(std::string_view text);
 
-/// What a file holds.
+/// The content of a file.
 struct FileContent {
-    std::string hash;         ///< empty when it could not be read, or is no regular file
-    std::uint64_t bytes = 0;  ///< its size
+    std::string hash;         ///< empty if it could not be read or is not a regular file
+    std::uint64_t bytes = 0;  ///< its size in bytes
 };
 FileContent HashFile(const std::string& path);
 
-/// A number that depends on nothing but the text, on any machine.
+/// A hash that depends on the text only and is the same on all machines.
 std::uint64_t StableNumber(std::string_view text);

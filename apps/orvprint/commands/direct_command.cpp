@@ -36,7 +36,7 @@ std::unique_ptr<PrinterConnection> Connect(std::string& error) {
     return connection;
 }
 
-/// "name=value", or "name" for a switch, as lp has it.
+/// "name=value", or "name" for a switch, as for lp.
 std::pair<std::string, std::string> OptionOf(const std::string& text) {
     const std::size_t sign = text.find('=');
     if (sign != std::string::npos) return {text.substr(0, sign), text.substr(sign + 1)};
@@ -52,7 +52,7 @@ std::string Millimetres(double length) {
 
 std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
-/// A file without a name; it goes away with its descriptor.
+/// An unnamed file, which disappears with its descriptor.
 int OpenHidden() {
     std::string name = std::string(ORVTemporaryData::GetFolder()) + "/orvprint-XXXXXX";
     const int file = open(ORVTemporaryData::GetFolder(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
@@ -101,7 +101,7 @@ int DirectPrinting::Prepare(SheetWords& sheet, PrintOptions& print) {
     print.output = "-";
     const PrinterMedium& paper = needs_.medium;
     sheet.paper = std::to_string(paper.width) + "x" + Millimetres(paper.height);
-    // A sheet that lies across is turned by the printer, or by us, and its margins with it.
+    // A landscape sheet is rotated, by the printer or by us, so any margin may end up on any side.
     const double widest = std::max({paper.top, paper.right, paper.bottom, paper.left});
     const bool isPdf = needs_.format == "pdf";
     if (!sheet.margin && isPdf) sheet.margin = Millimetres(widest);
@@ -109,7 +109,7 @@ int DirectPrinting::Prepare(SheetWords& sheet, PrintOptions& print) {
         sheet.margin = Millimetres(paper.top) + "," + Millimetres(paper.right) + "," +
                        Millimetres(paper.bottom) + "," + Millimetres(paper.left);
     if (!isPdf) {
-        // Pixels come as the paper goes through.
+        // Raster data is in feed orientation.
         if (!sheet.orientation) sheet.orientation = "portrait";
         print.dotsPerInch = needs_.dotsPerInch;
         if (needs_.isGrey && !sheet.isMono) sheet.isGrey = true;

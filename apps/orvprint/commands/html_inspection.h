@@ -5,8 +5,8 @@
 
 #include "apps/orvprint/input/inputs.h"
 
-/// Writes a page for a browser that shows a drawing beside the primitives it consists of, or the calls that
-/// draw it, and what the check says about it. The page holds everything it needs.
+/// Writes a self-contained HTML page that shows a drawing beside its primitives, or beside the calls that
+/// draw it, with the findings of the check.
 /// @param output  a file, or "-" for standard output
-/// @return an exit code; a failure was reported
+/// @return an exit code; a failure has been reported
 int RunHtmlInspection(const std::string& input, const ReadOptions& options, const std::string& output);

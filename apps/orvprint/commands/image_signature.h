@@ -3,5 +3,5 @@
 
 #include <string>
 
-/// True for a file that an interpreter could take for an image, as its first bytes tell.
+/// True for a file that an interpreter could take for an image, judging by its first bytes.
 bool LooksLikeImage(const std::string& path);

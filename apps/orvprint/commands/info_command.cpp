@@ -23,7 +23,7 @@ void WriteText(const std::string& name, const std::vector<PageFacts>& pages) {
         std::snprintf(facts.data(), facts.size(), "page %u: %g x %g units, ", ++number, page.width,
                       page.height);
         line.Put(facts.data());
-        // Written out, the largest numbers have 309 digits.
+        // The largest doubles have 309 digits before the point.
         std::array<char, 1024> size{};
         std::snprintf(size.data(), size.size(), "%.2f x %.2f mm", page.width * kMillimetresPerUserUnit,
                       page.height * kMillimetresPerUserUnit);
@@ -80,7 +80,7 @@ int RunInfo(const std::vector<std::string>& inputs, const ReadOptions& options, 
     if (isList) json.BeginArray();
     int failure = kExitDone;
     for (const std::string& input : inputs) {
-        std::fflush(stdout);  // what was told stands, even if the time of this one ends the process
+        std::fflush(stdout);  // flush, so that nothing is lost if the time limit ends the process
         time.Begin(DisplayName(input, "standard input"));
         std::vector<PageFacts> pages;
         const int code = ReadPages(input, options, pages);

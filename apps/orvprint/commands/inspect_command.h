@@ -5,7 +5,7 @@
 
 #include "apps/orvprint/input/inputs.h"
 
-/// Writes the print model that the interpreter makes of an input, as JSON, to standard output. A document
-/// that cannot be read as a drawing has a dump, too: it says so.
-/// @return an exit code; a failure was reported
+/// Writes the print model of an input to standard output as JSON. A document that cannot be read as a drawing
+/// has a dump, too, which says so.
+/// @return an exit code; a failure has been reported
 int RunInspect(const std::string& input, const ReadOptions& options);

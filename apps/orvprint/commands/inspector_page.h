@@ -3,5 +3,5 @@
 
 #include <string_view>
 
-/// The page that shows a drawing with its rows, but for its data: a JSON text stands between the two.
+/// The HTML page around its data: a JSON text is inserted between the two parts.
 extern const std::string_view kInspectorHead, kInspectorTail;

@@ -32,7 +32,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Names of elements, the first ones of them.
+/// The names of elements, up to a maximum.
 std::string NamesOf(std::uint32_t elements) {
     constexpr unsigned int kMostNamed = 3;
     std::string names;
@@ -46,8 +46,8 @@ std::string NamesOf(std::uint32_t elements) {
     return names + (count > kMostNamed || (elements & orvprint::kOtherElements) != 0 ? " and more" : "");
 }
 
-/// Says what of a drawing the first interpreter did not read, and who does. Most drawings have nothing of the
-/// kind, which the parser knows.
+/// Names what the first interpreter did not read in a drawing, and the interpreter that does. Costs nothing
+/// for most drawings: the parser has noted whether there is anything.
 void TellLoss(const std::string& name, std::uint32_t elements) {
     if (elements == 0) return;
     const bool isStandard = (elements & ~orvprint::kStandardElements) == 0;
@@ -58,7 +58,7 @@ void TellLoss(const std::string& name, std::uint32_t elements) {
                            : (isPartly ? "; --interpreter svg2 prints part of it" : "")));
 }
 
-/// Where the command prints to: a file, or standard output.
+/// The destination of a print: a file or standard output.
 class CommandTarget final : public PrintTarget {
 public:
     CommandTarget(const PrintOptions& options, DrawingTime& time) : options_(options), time_(time) {}
@@ -76,9 +76,9 @@ public:
         return CreateFile(isNumbered);
     }
     void BeforeCommit(ORVOutput& output) override {
-        // What later drawings read may stand under the output's name.
+        // Later inputs may read a file of the output's name.
         if (!IsStream()) ProtectFilesOfDrawings(static_cast<ORVFileOutput&>(output));
-        // From here on there are no parts of an output, but all or none.
+        // From here on, all parts of the output are written, or none.
         time_.End();
     }
     /// @param isNumbered  there may be several parts
@@ -99,7 +99,7 @@ private:
     DrawingTime& time_;
 };
 
-/// What messages call all inputs.
+/// The name of all inputs together in messages.
 std::string InputNames(const PrintOptions& options) {
     const std::string first = DisplayName(options.inputs.front(), "standard input");
     return options.inputs.size() == 1 ? first : first + " and others";
@@ -119,7 +119,7 @@ JobFacts FactsOf(const PrintOptions& options) {
     return facts;
 }
 
-/// One run of the command.
+/// A run of the command.
 class Printing {
 public:
     Printing(const PrintOptions& options, const ORVOutputFormat& format)
@@ -128,7 +128,8 @@ public:
           target_(options, time_),
           job_(options, format, FactsOf(options), target_, Host(), nullptr) {}
 
-    /// Finds out whether the output can be written at all. @return an exit code
+    /// Checks whether the output can be written at all.
+    /// @return an exit code
     int Check() const {
         if (target_.IsStream()) return kExitDone;
         const fs::path folder = fs::path(options_.output).parent_path();
@@ -147,13 +148,14 @@ public:
                               [&](const Drawing& drawing) { return job_.Print(name, drawing); });
     }
 
-    /// After all inputs. @return an exit code
+    /// Call it after all inputs.
+    /// @return an exit code
     int Finish() { return job_.Finish(); }
 
 private:
     const PrintOptions& options_;
     const ORVOutputFormat& format_;
-    DrawingTime time_;  // of the present input, and of the output's end
+    DrawingTime time_;  // of the current input, and of ending the output
     CommandTarget target_;
     PrintJob job_;
 };

@@ -11,7 +11,7 @@
 #include "library/check/findings.h"
 #include "library/print/PrintJob.h"
 
-/// What came of printing.
+/// The result of printing.
 struct PrintFacts {
     unsigned int pages = 0;  ///< of the drawings
 };
@@ -20,22 +20,23 @@ struct PrintOptions : PageOptions {
     ReadOptions read;
     std::vector<std::string> inputs;           ///< "-" for standard input
     std::string output;                        ///< "-" for standard output
-    std::string outputName;                    ///< what messages call it; empty: by its path
-    bool keepsFiles = false;                   ///< never write over a file that exists
-    std::string format;                        ///< empty: the output's ending tells
-    bool tellsLoss = false;                    ///< say on standard error what of a drawing was not read
-    bool strict = false;                       ///< print only what the check finds nothing in
-    std::set<FindingCode> ignored;             ///< kinds of findings that strictness leaves out
-    bool isInSandbox = false;                  ///< already: the process does other jobs, too
-    PrintFacts* facts = nullptr;               ///< written when there
-    bool asksForDate = true;                   ///< the inputs say when the output was made
-    std::optional<std::int64_t> creationTime;  ///< of the output, where they are not asked
+    std::string outputName;                    ///< its name in messages; empty: its path
+    bool keepsFiles = false;                   ///< do not replace an existing file
+    std::string format;                        ///< empty: from the extension of the output
+    bool tellsLoss = false;                    ///< say on standard error what was not read in a drawing
+    bool strict = false;                       ///< print only if the check reports no finding
+    std::set<FindingCode> ignored;             ///< kinds of findings that `isStrict` ignores
+    bool isInSandbox = false;                  ///< by the caller: the process has other jobs, too
+    PrintFacts* facts = nullptr;               ///< filled in if not null
+    bool asksForDate = true;                   ///< take the date of the output from the inputs
+    std::optional<std::int64_t> creationTime;  ///< date of the output, if it is not taken from the inputs
 };
 
-/// The format asked for, or that of the output's ending. @return null after a report
+/// The requested format, or that of the output's extension.
+/// @return null after reporting an error
 const ORVOutputFormat* FindFormatFor(const PrintOptions& options);
 
-/// Prints all inputs, one after the other, into one output. Nothing shows under its name unless all went
-/// well. An output never takes the place of an input.
-/// @return an exit code; a failure was reported
+/// Prints all inputs, one after the other, to one output. It gets its final name only if everything
+/// succeeded, and never replaces an input.
+/// @return an exit code; a failure has been reported
 int RunPrint(const PrintOptions& options);

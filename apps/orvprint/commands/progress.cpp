@@ -27,10 +27,10 @@ std::size_t TerminalColumns() {
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-/// Columns of a character, rather too many than too few: a line that wraps could not be erased.
+/// Columns of a character, overestimated: a line that wraps could not be erased.
 std::size_t ColumnsOf(unsigned char lead) { return lead >= 0xE1 ? 2 : 1; }
 
-/// As much of a name as fits, without what would move the cursor.
+/// As much of a name as fits, without anything that would move the cursor.
 std::string FittingName(const std::string& name, std::size_t columns) {
     std::string fitting;
     std::size_t taken = 0;
@@ -95,7 +95,7 @@ int ProgressBar::GetWait() const {
 }
 
 void ProgressBar::Draw() {
-    // One string, so that the terminal never shows half of it.
+    // A single write, so that the terminal never shows a partial line.
     const std::string line = "\r" + ProgressLine(done_, total_, failed_, name_, TerminalColumns()) + "\033[K";
     std::fwrite(line.data(), 1, line.size(), stderr);
     isDrawn_ = true;

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <string>
 
-/// One line at the bottom of a terminal that tells how far a batch is. It is redrawn at most ten times a
-/// second, and gone in the end. Where standard error is no terminal, nothing is ever drawn.
+/// A line at the bottom of the terminal that shows the progress of a batch. It is redrawn at most ten times a
+/// second and erased at the end. Draws nothing if standard error is not a terminal.
 class ProgressBar {
 public:
     /// @param isWanted  false: never draws
@@ -15,14 +15,14 @@ public:
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// Notes how far things are; draws now or, when that was done just before, a little later.
-    /// @param name  UTF-8; of what is being worked on
+    /// Updates the progress; draws now or, if that happened just before, a little later.
+    /// @param name  UTF-8; the current input
     void Update(std::size_t done, std::size_t failed, const std::string& name);
-    /// Takes the line away, for other output; it comes back with the next drawing.
+    /// Erases the line for other output; the next update draws it again.
     void Erase();
-    /// Draws what was held back, once its time has come.
+    /// Draws a postponed update once its time has come.
     void DrawIfDue();
-    /// Milliseconds until then; -1 when nothing is held back. As poll() takes it.
+    /// Milliseconds until then, or -1 if nothing is postponed: a timeout for poll().
     int GetWait() const;
 
 private:
@@ -37,7 +37,7 @@ private:
     Clock::time_point nextDrawing_ = Clock::time_point::min();
 };
 
-/// The line's text.
-/// @param columns  of the terminal; the text is at least one shorter, so that the cursor stays in its line
+/// The text of the line.
+/// @param columns  of the terminal; the text is shorter by at least one, so that the cursor stays in the line
 std::string ProgressLine(std::size_t done, std::size_t total, std::size_t failed, const std::string& name,
                          std::size_t columns);

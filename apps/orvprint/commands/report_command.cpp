@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kMostListed = 20;  // failures on a terminal
+constexpr std::size_t kMostListed = 20;  // failures listed on a terminal
 
 struct MergedReport {
     std::vector<BatchRecord> records;
@@ -30,7 +30,7 @@ int ReadAll(const std::vector<std::string>& files, MergedReport& report) {
     return kExitDone;
 }
 
-/// A file appears whole or not at all, and never in a report's place.
+/// Written whole or not at all, and never over a report.
 int WriteFile(const std::string& path, const std::vector<std::string>& reports,
               const std::vector<std::string>& chunks) {
     ORVFileOutput output(path, false);

@@ -5,13 +5,13 @@
 #include <vector>
 
 struct ReportOptions {
-    std::vector<std::string> files;  ///< that BatchReport wrote
-    std::string merged, html;        ///< files to write; empty for none
+    std::vector<std::string> files;  ///< files written by BatchReport
+    std::string merged, html;        ///< files to write; empty: none
     bool asJson = false;
 };
 
-/// Merges reports and sums them up on standard output. Of several records of a drawing with the same content,
-/// one that is good counts more than a failure, and a later one more than an earlier one.
-/// @return kExitSomeFailed when drawings failed, kExitDone when none did, else the code of a failure that was
-///         reported
+/// Merges reports and writes a summary to standard output. Of several records of a drawing with the same
+/// content, success wins over failure, and a later record over an earlier one.
+/// @return kExitSomeFailed if drawings failed, kExitDone if none did, else the code of a failure that has
+///         been reported
 int RunReport(const ReportOptions& options);

@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kMostShown = 1000;  // failures
+constexpr std::size_t kMostShown = 1000;  // number of failures shown
 
-// Scripts are refused whatever stands in names and messages.
+// The page forbids scripts, whatever names and messages contain.
 constexpr std::string_view kHead = R"(<!DOCTYPE html>
 <html lang="en">
 <head>
@@ -38,14 +38,14 @@ ul.failures img { background: #fff; display: block; height: 9em; margin-bottom: 
 <body>
 )";
 
-/// As content or between double quotes.
+/// Escapes text for content and for double-quoted attributes.
 std::string Escaped(std::string_view text) {
     std::string escaped;
     AppendXmlText(escaped, text);
     return escaped;
 }
 
-/// A path as a relative address, which names no scheme of its own.
+/// A path as a relative URL without a scheme.
 std::string AddressOf(const std::string& file, const fs::path& folder) {
     std::error_code error;
     const fs::path from = fs::proximate(file, folder.empty() ? fs::path(".") : folder, error);

@@ -25,7 +25,7 @@ bool DiffersInOutputs(const BatchRecord& a, const BatchRecord& b) {
                        });
 }
 
-/// The time that a share of the drawings did not exceed.
+/// A percentile of the times.
 double TimeOf(const std::vector<double>& sorted, double share) {
     if (sorted.empty()) return 0.0;
     return sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
@@ -48,11 +48,12 @@ std::vector<BatchRecord> MergeRecords(std::vector<BatchRecord> records, std::siz
         ++repeats;
         BatchRecord& kept = merged[place->second];
         if (DiffersInOutputs(record, kept)) conflicts.push_back(record.name);
-        // What was found unchanged was measured when it was done.
+        // Unchanged drawings keep the figures of the run that converted them.
         if (IsBetter(record, kept) && !(record.status == BatchRecord::Status::kUnchanged && kept.IsGood()))
             kept = std::move(record);
     }
-    // What could not even be read is a failure of that attempt, not of the drawing that another one found.
+    // An input that could not be read is a failure of that attempt, not of the drawing that another attempt
+    // found.
     std::unordered_map<std::string, bool> isRead;
     for (const BatchRecord& record : merged) isRead[record.name] |= !record.input.empty();
     repeats += std::erase_if(

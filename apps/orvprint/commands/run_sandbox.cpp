@@ -12,7 +12,7 @@
 namespace {
 
 #if defined(ORV_SANITIZED)
-constexpr bool kIsPossible = false;  // sanitizers start programs, and write files where they please
+constexpr bool kIsPossible = false;  // sanitizers start programs and write files anywhere
 #else
 constexpr bool kIsPossible = true;
 #endif
@@ -28,8 +28,8 @@ int EnterSandboxFor(const ReadOptions& options, RunFiles files) {
     if (!kIsPossible || options.withoutSandbox) return kExitDone;
     files.allowedFolders = options.allowedFolders;
     const std::string missing = EnterSandbox(FileRulesFor(files));
-    // In many a container the kernel refuses part of it. That is nothing a print should fail for, nor
-    // anything to say with each: who relies on it asks for it.
+    // In many containers the kernel refuses part of it. That is no reason to fail or to warn on every print;
+    // who relies on the sandbox asks for it with --require-sandbox.
     if (missing.empty() || !options.requiresSandbox) return kExitDone;
     return Report(kExitFailed, "--require-sandbox",
                   missing + "; print without this option, or let the system give more");

@@ -6,11 +6,11 @@
 #include "apps/orvprint/input/inputs.h"
 #include "apps/orvprint/sandbox/needs.h"
 
-/// Whether the command has to put parts of an output of this format into files of its own on the way.
+/// True if the command needs temporary files to write this format.
 bool KeepsTemporaryFiles(std::string_view format);
 
-/// Enters the sandbox for a run, unless the options say otherwise. To be called before a document is read,
-/// and while there is one thread.
-/// @param files  without the allowed folders, which stand in the options
-/// @return an exit code; that the options ask for more than the system gives was reported
+/// Enters the sandbox for a run, unless the options turn it off. Call it before reading a document, while
+/// there is one thread.
+/// @param files  without the allowed folders, which are in the options
+/// @return an exit code; the failure has been reported if the options require more than the system supports
 int EnterSandboxFor(const ReadOptions& options, RunFiles files);

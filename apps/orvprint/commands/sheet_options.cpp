@@ -15,10 +15,9 @@ void AddSheetOptions(CommandOptions& command, SheetWords& arguments) {
         ->check(CLI::IsMember({"auto", "portrait", "landscape"}, CLI::ignore_case))
         ->group(kGroup);
     command
-        .add_option(
-            "--scale", arguments.scale,
-            "50%, 1:20, 2:1, 0.5 of the natural size, none for 100%, fit or fill to the paper; without "
-            "it, what is too large for the paper is made to fit")
+        .add_option("--scale", arguments.scale,
+                    "50%, 1:20, 2:1 or 0.5 of the natural size; none for 100%; fit or fill to the paper "
+                    "(default: 100%, reduced if too large for the paper)")
         ->option_text("SCALE")
         ->group(kGroup);
     command

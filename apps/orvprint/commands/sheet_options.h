@@ -5,5 +5,5 @@
 
 class CommandOptions;
 
-/// Adds the options of paper to a command, as a group of their own.
+/// Adds the paper options to a command, as a group.
 void AddSheetOptions(CommandOptions& command, SheetWords& arguments);

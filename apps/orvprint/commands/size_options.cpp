@@ -9,7 +9,7 @@
 
 namespace {
 
-/// "nan" is in every range of the library's.
+/// CLI11's own range check accepts "nan".
 CLI::Validator IsWithin(double least, double most, const char* what) {
     return {[=](const std::string& text) {
                 char* end = nullptr;

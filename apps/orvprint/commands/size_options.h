@@ -11,15 +11,15 @@ class Option;
 }
 class CommandOptions;
 
-/// The words of the command line about sizes in pixels.
+/// The options for sizes in pixels, as given.
 struct SizeArguments : SizeWords {
-    std::vector<const CLI::Option*> otherSizes;  ///< what says the same in other words
+    std::vector<const CLI::Option*> otherSizes;  ///< options with the same meaning
 };
 
-/// Adds the options to a command. Those of paper must have been added.
+/// Adds the options to a command, after those of paper.
 void AddSizeOptions(CommandOptions& command, SizeArguments& arguments, PrintOptions& options);
 
-/// Makes options of the words. A pixel is a px of the drawings where the format has no pixels.
-/// @param options  what was read of paper and resolution; sizes and the background are added
-/// @return an exit code; a failure was reported
+/// Evaluates the options. For formats without pixels, a pixel is a px of the drawing.
+/// @param options  paper and resolution as already read; sizes and background are added
+/// @return an exit code; a failure has been reported
 int ReadSizeArguments(const SizeArguments& arguments, PrintOptions& options);

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <string>
 
-/// A hidden folder within the outputs' one, on the same disk, where the outputs of a batch grow: a part for
-/// each worker, and one for each job whose files wait. Whatever is left in it, also by workers that were
-/// killed, goes away with the object.
+/// A hidden folder inside the output folder, on the same file system, in which the outputs of a batch are
+/// created: a subfolder for each worker, and one for each job whose files wait. It is removed with the
+/// object, with everything left in it, even by killed workers.
 class StagingFolder {
 public:
     ~StagingFolder() { Remove(); }
@@ -16,19 +16,21 @@ public:
     StagingFolder(const StagingFolder&) = delete;
     StagingFolder& operator=(const StagingFolder&) = delete;
 
-    /// Makes the outputs' folder, when it is missing, and this one in it.
-    /// @return an exit code; a failure was reported
+    /// Creates the output folder, if it is missing, and this folder in it.
+    /// @return an exit code; a failure has been reported
     int Make(const std::string& folder);
     void Remove();
 
     const std::string& GetPath() const { return path_; }
-    /// A worker's part.
+    /// The subfolder of a worker.
     std::filesystem::path PathOf(std::size_t slot) const;
-    /// Makes it, empty. @return an error, empty when there is none
+    /// Creates it, empty.
+    /// @return an error; empty on success
     std::string Clear(std::size_t slot) const;
-    /// What is kept of a job.
+    /// The subfolder of a job whose files wait.
     std::filesystem::path PathOfKept(std::uint32_t job) const;
-    /// Keeps what is in a worker's part. @return an error, empty when there is none
+    /// Moves the contents of a worker's subfolder there.
+    /// @return an error; empty on success
     std::string Keep(std::size_t slot, std::uint32_t job) const;
 
 private:

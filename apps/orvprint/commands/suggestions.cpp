@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr std::size_t kLongest = 40;  // of words that are looked at
+constexpr std::size_t kLongest = 40;  // longest word that is considered, in characters
 
-/// Edits that make one word of another; exchanged neighbours are one.
+/// Edit distance between two words; swapped neighbours count as one edit.
 std::size_t Distance(std::string_view a, std::string_view b) {
     std::vector<std::vector<std::size_t>> edits(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
     for (std::size_t i = 0; i <= a.size(); ++i)

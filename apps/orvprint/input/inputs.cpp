@@ -27,7 +27,8 @@
 
 namespace {
 
-/// Reads all of an input and unpacks it; it may be empty. @return an exit code; a failure was reported
+/// Reads and decompresses a whole input, which may be empty.
+/// @return an exit code; a failure has been reported
 int ReadAnything(const std::string& path, InputBytes& bytes) {
     const int descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return Report(kExitUnreadable, path, std::strerror(errno));
@@ -36,8 +37,8 @@ int ReadAnything(const std::string& path, InputBytes& bytes) {
     return code;
 }
 
-/// True for a file that is no larger than inputs may be and holds plain text, as far as its first bytes tell.
-/// What can be read only once, such as a pipe, is not looked at and is none.
+/// True for a file within the size limit that holds plain text, judging by its first bytes. False for
+/// anything that can be read only once, such as a pipe.
 bool IsPlainFile(const std::string& path) {
     struct stat information {};
     if (stat(path.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;
@@ -56,8 +57,8 @@ std::uint64_t SizeOf(const std::string& path) {
     return stat(path.c_str(), &information) == 0 ? static_cast<std::uint64_t>(information.st_size) : 0;
 }
 
-/// Leaves a drawing to the end of the process, which gives its memory back at once; piece by piece takes a
-/// tenth of a print.
+/// Leaks a drawing on purpose: the process is about to exit and its memory is released at once. Freeing it
+/// piece by piece takes a tenth of a print's time.
 void LeaveToProcess(const std::shared_ptr<const void>& keeper) {
     static auto* const left = new std::vector<std::shared_ptr<const void>>;
     left->push_back(keeper);
@@ -76,7 +77,7 @@ bool MeasuringAccessPolicy::MayRead(const ORVUnicodeString& path) const {
     if (const auto& watcher = Watcher()) watcher(name);
     if (!seen_.Add(name)) return true;
     FilesOfDrawings().Add(name);
-    // No image that can be read is larger than that.
+    // No readable image is larger than this.
     constexpr std::uint64_t kLargest = std::uint64_t{256} << 20U;
     if (const std::uint64_t size = SizeOf(name); size <= kLargest) AllowMemoryFor(size);
     return true;

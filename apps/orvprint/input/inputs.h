@@ -11,24 +11,24 @@
 
 /// How the command reads inputs.
 struct ReadOptions : DrawingOptions {
-    bool withoutFileImages = false;   ///< documents may name no files at all
-    std::vector<std::string> limits;  ///< as "NAME=VALUE" each
-    double timeLimit = 0.0;           ///< seconds for a drawing; 0 for as long as it takes
-    bool withoutSandbox = false;      ///< keep what the command does not need
-    bool requiresSandbox = false;     ///< fail where the system refuses part of the sandbox
-    bool endsWithInput = false;       ///< the process ends after the input, and its memory with it
+    bool withoutFileImages = false;   ///< documents may not name any files
+    std::vector<std::string> limits;  ///< each "NAME=VALUE"
+    double timeLimit = 0.0;           ///< seconds for a drawing; 0: no limit
+    bool withoutSandbox = false;      ///< keep rights that the command does not need
+    bool requiresSandbox = false;     ///< fail if the system does not support part of the sandbox
+    bool endsWithInput = false;       ///< the process exits after the input, so its memory is not freed
 };
 
-/// The files that drawings of this process asked for and may read, from the beginning or the last Clear on:
-/// they are inputs, too, and no outputs.
+/// The permitted files that drawings of this process have asked for since the start or the last Clear: they
+/// count as inputs and must not become outputs.
 FileSet& FilesOfDrawings();
 
-/// Told the name of each file that a drawing of this process asks for and may read, also of one that is not
-/// there, before it is read; more than once, if the drawing asks again. Null for nobody, as at first.
+/// Called with the name of each permitted file that a drawing of this process asks for, existing or not,
+/// before it is read; again each time it asks. Null, as at the start: not called.
 void WatchFilesOfDrawings(std::function<void(const std::string& name)> watcher);
 
-/// Allows folders and what lies below them. Files that are asked for count as input to the limit of memory,
-/// once each, and are noted.
+/// Allows folders and their subfolders. Each file that is asked for counts once as input to the memory limit,
+/// and is recorded.
 class MeasuringAccessPolicy final : public ORVFileAccessPolicy {
 public:
     void AllowFolder(const ORVUnicodeString& folder) { folders_.AllowFolder(folder); }
@@ -39,8 +39,8 @@ private:
     mutable FileSet seen_;
 };
 
-/// Lets documents read files for as long as it lives: those of the document's own folder and of the allowed
-/// ones, and what lies below them.
+/// During its lifetime, documents may read files in their own folder, the allowed folders, and all
+/// subfolders.
 class AccessScope {
 public:
     /// @param path  of the document, or "-" for standard input, which has no folder
@@ -53,32 +53,34 @@ private:
     MeasuringAccessPolicy policy_;
 };
 
-/// An input of the command line: a path, or "-" for standard input.
+/// An input on the command line: a path, or "-" for standard input.
 InputOrigin OriginOf(const std::string& path);
 
-/// Applies the options to this process: the parser that interpreters choose, limits, that of time too.
-/// @return an exit code; a failure was reported
+/// Applies the options to this process: the interpreters' parser and the limits, including time.
+/// @return an exit code; a failure has been reported
 int ApplyReadOptions(const ReadOptions& options);
 
-/// Finds out whether an input is there, without reading it. @return an exit code; a failure was reported
+/// Checks that an input exists, without reading it.
+/// @return an exit code; a failure has been reported
 int CheckInput(const std::string& path);
 
-/// Reads all of an input and unpacks it when it is gzip data, whatever its name. An empty one is a failure.
+/// Reads a whole input and decompresses it if it is gzip data, whatever its name. An empty input is a
+/// failure.
 /// @param path  of a file, or "-" for standard input
-/// @return an exit code; a failure was reported
+/// @return an exit code; a failure has been reported
 int ReadInput(const std::string& path, InputBytes& bytes);
 
-/// Reads an input, checks that it is well formed, and hands its drawings to `use`, one after the other; each
-/// model lives only during its call. While documents are read, they may name files of the input's own folder
-/// and of the allowed ones.
+/// Reads an input, checks that it is well-formed, and passes its drawings to `use` one by one; each model
+/// lives only during its call. Meanwhile, documents may read files in the input's own folder and the allowed
+/// folders.
 /// @param path  of a file, or "-" for standard input
-/// @param use   returns an exit code; anything but kExitDone ends the reading
-/// @return an exit code; a failure was reported
+/// @param use   returns an exit code; any code but kExitDone stops the reading
+/// @return an exit code; a failure has been reported
 int ForEachDrawing(const std::string& path, const ReadOptions& options,
                    const std::function<int(const Drawing& drawing)>& use);
 
-/// Opens an input as a host does, unchecked, or the fragment that the options name, in its place in the
-/// document. For looking at what the interpreter makes of it.
-/// @return an exit code; a failure was reported
+/// Opens an input without checking it, as a host does, or the fragment that the options name in its place in
+/// the document. Used to show what the interpreter makes of it.
+/// @return an exit code; a failure has been reported
 int OpenForInspection(const std::string& path, const ReadOptions& options,
                       const std::function<int(ORVPrintInterpreter& interpreter)>& use);

@@ -19,7 +19,7 @@ std::mutex mutex;  // guards the table while it is written
 
 std::span<const LateLibrary> Libraries() { return {kLateLibraries, kLateLibraryCount}; }
 
-/// The table is read-only like all tables of addresses, but for the moment in which it is written.
+/// Makes the table writable while an object exists; otherwise it is read-only, like all relocated tables.
 class WritableTable {
 public:
     WritableTable() : isWritable_(Protect(PROT_READ | PROT_WRITE)) {}
@@ -33,7 +33,7 @@ private:
     bool isWritable_;
 };
 
-/// Notes the addresses of a library's functions, all or none.
+/// Stores the addresses of a library's functions, all or none.
 bool FillTable(const LateLibrary& library, void* handle, std::string& error) {
     for (const char* name = library.names; *name; name += std::strlen(name) + 1)
         if (!dlsym(handle, name)) {
@@ -65,7 +65,7 @@ bool Load(const LateLibrary& library, std::string& error) {
     return isLoaded;
 }
 
-/// The library of the function at a place of the table: the last that begins at it or before.
+/// The library of a slot: the last one that begins at or before it.
 const LateLibrary& LibraryOf(std::size_t place) {
     const auto behind =
         std::upper_bound(Libraries().begin(), Libraries().end(), place,
@@ -84,7 +84,8 @@ bool LoadLateLibraries(std::initializer_list<std::string_view> libraries, std::s
     });
 }
 
-/// Called by the functions of the table before their library is loaded. @return the address at that place
+/// Called by a stub whose library is not yet loaded.
+/// @return the address for that slot
 extern "C" void* orvResolveLateFunction(std::size_t place) {
     std::string error;
     if (!Load(LibraryOf(place), error)) ExitImmediately("orvprint: " + error + "; install it anew\n");

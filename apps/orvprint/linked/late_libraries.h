@@ -6,21 +6,20 @@
 #include <string>
 #include <string_view>
 
-// The C libraries that the command calls are loaded when they are called for the first time: mapping and
-// relocating them all would take longer than printing a small drawing. The build makes a small function for
-// each one that is called (cmake/OrvLateFunctions.cmake), which jumps to the address in a table; until the
-// library is loaded, that is the address of what loads it.
+// Loads C libraries when one of their functions is first called: mapping and relocating them all would take
+// longer than printing a small drawing. For each function that is called, the build generates a stub that
+// jumps through a table (cmake/OrvLateFunctions.cmake). Until the library is loaded, its slots hold the
+// address of the loader.
 
-/// A library of the table.
+/// A library in the table.
 struct LateLibrary {
-    const char* name;   ///< as the dynamic linker looks for it, such as "libpng16.so.16"
-    const char* names;  ///< of its functions: each ends with a zero byte, an empty one ends the list
-    std::size_t first;  ///< place of the first one's address in the table
+    const char* name;  ///< its SONAME, such as "libpng16.so.16"
+    /// names of its functions, each terminated by a zero byte; an empty name ends the list
+    const char* names;
+    std::size_t first;  ///< slot of its first function
 };
 
-/// Loads libraries of the table that are not yet loaded. May be called from any thread.
-/// @param libraries  beginnings of their names, such as "libcairo.so"; those that are linked as usual count
-/// as
-///                   loaded
-/// @param error      receives what went wrong (one line) when false is returned
+/// Loads libraries of the table that are not yet loaded. Thread-safe.
+/// @param libraries  prefixes of their names, such as "libcairo.so"; normally linked ones count as loaded
+/// @param error      receives the error (one line) if false is returned
 bool LoadLateLibraries(std::initializer_list<std::string_view> libraries, std::string& error);

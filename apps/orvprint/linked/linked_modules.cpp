@@ -19,7 +19,7 @@ class ORVPrintInputXMLElement;
 class ORVPrintInterpreter;
 class ORVUnicodeString;
 
-// The names that modules export, as the framework asks for them.
+// The names under which the framework looks up what modules export.
 #define ORV_SVG_PATH "_ZN22ORVPrintSVGInterpreter14SetCurrentPathERK16ORVUnicodeString"
 #define ORV_QVXML_PATH "_ZN24ORVPrintQVXMLInterpreter14SetCurrentPathERK16ORVUnicodeString"
 #define ORV_SVG2_PATH "_ZN23ORVPrintSVG2Interpreter14SetCurrentPathERK16ORVUnicodeString"

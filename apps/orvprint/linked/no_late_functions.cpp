@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// For processors that cmake/OrvLateFunctions.cmake makes no functions for: no library is loaded late.
+// For architectures that cmake/OrvLateFunctions.cmake does not support: no library is loaded late.
 
 #include "apps/orvprint/linked/late_functions.h"
 

@@ -9,34 +9,35 @@
 /// A printer in a list.
 struct PrinterFacts {
     std::string name, location, state;
-    std::vector<std::string> formats;  ///< of ours that it takes; empty when it did not say
+    std::vector<std::string> formats;  ///< our formats that it accepts; empty if it did not say
     bool isDefault = false;
 };
 
-/// A sheet of paper as a printer has it. Lengths are in millimetres.
+/// A paper size of a printer. Lengths are in millimetres.
 struct PrinterMedium {
-    std::string name;  ///< as the print system calls it
+    std::string name;  ///< the print system's name
     double width = 0.0, height = 0.0;
-    double top = 0.0, right = 0.0, bottom = 0.0, left = 0.0;  ///< what it cannot print on
+    double top = 0.0, right = 0.0, bottom = 0.0, left = 0.0;  ///< unprintable margins
 };
 
-/// What a printer is to be sent.
+/// What to send to a printer.
 struct PrinterNeeds {
-    std::string format;  ///< of our formats: "pdf", else "pwg", else "urf"
+    std::string format;  ///< one of our formats: "pdf", else "pwg", else "urf"
     PrinterMedium medium;
-    double dotsPerInch = 0.0;             ///< of formats of pixels
-    bool isGrey = false, isMono = false;  ///< it takes no pixels in colour, or in black only
+    double dotsPerInch = 0.0;  ///< for raster formats
+    /// the printer accepts only grey, or only black and white, raster data
+    bool isGrey = false, isMono = false;
 };
 
-/// A job as its owner wants it.
+/// A print job.
 struct PrinterJob {
     std::string title;
     unsigned int copies = 1;
-    std::vector<std::pair<std::string, std::string>> options;  ///< of the print system, as lp takes them
+    std::vector<std::pair<std::string, std::string>> options;  ///< options of the print system, as for lp
 };
 
-/// The way to printers. It belongs to one thread. What is false fails with one line of `error`; what may
-/// throw is std::bad_alloc only.
+/// A connection to printers. Not thread-safe: use it from one thread. Functions that return false set `error`
+/// to one line of text. Throws nothing but std::bad_alloc.
 class PrinterConnection {
 public:
     PrinterConnection() = default;
@@ -44,28 +45,28 @@ public:
     PrinterConnection& operator=(const PrinterConnection&) = delete;
     virtual ~PrinterConnection() = default;
 
-    /// All printers that the print system knows.
+    /// Lists all printers of the print system.
     virtual bool List(std::vector<PrinterFacts>& printers, std::string& error) = 0;
 
-    /// Finds a printer by its name, or by its address ("ipp://host/...").
+    /// Finds a printer by its name or its address ("ipp://host/...").
     virtual bool Open(const std::string& printer, std::string& error) = 0;
-    /// Asks what the printer is to be sent.
-    /// @param medium  a name of paper; empty for the one that the printer would take by itself
+    /// Asks the printer what to send.
+    /// @param medium  name of the paper; empty: the printer's default
     virtual bool Ask(const std::string& medium, PrinterNeeds& needs, std::string& error) = 0;
-    /// Makes a job of a file's bytes.
-    /// @param document  descriptor, read from its beginning
-    /// @param number    the job's
+    /// Submits a job with the contents of a file.
+    /// @param document  descriptor; read from the beginning
+    /// @param number    receives the job's number
     virtual bool Send(const PrinterJob& job, const PrinterNeeds& needs, int document, int& number,
                       std::string& error) = 0;
     /// Waits until the job has ended.
-    /// @param tell  called with each new state, as "printing, 2 sheets"
-    /// @return false with its reason when it was not printed
+    /// @param tell  called with each new state, such as "printing, 2 sheets"
+    /// @return false with the reason if it was not printed
     virtual bool Wait(int number, const std::function<void(const std::string& state)>& tell,
                       std::string& error) = 0;
 };
 
-/// The module that knows the print system's library, and what it exports: a function without arguments that
-/// returns a new connection, or null when out of memory.
+/// The module that links the print system's library, and the function that it exports: it takes no arguments
+/// and returns a new connection, or null when out of memory.
 inline constexpr const char* kPrintingModule = "liborvprinting.so";
 inline constexpr const char* kPrintingFactory = "ORVCreatePrinterConnection";
 using PrinterConnectionFactory = PrinterConnection* (*)();

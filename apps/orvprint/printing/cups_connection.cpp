@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Printers by way of CUPS. This is a module of its own: only who prints on paper loads its library.
+// Printers through CUPS. This is a separate module, so that libcups is loaded only for printing on paper.
 
 #include <cups/cups.h>
 #include <unistd.h>
@@ -20,14 +20,14 @@
 
 namespace {
 
-constexpr int kPatience = 30000;  // milliseconds, for a printer to answer
+constexpr int kPatience = 30000;  // timeout for a printer's answer, in milliseconds
 constexpr double kUnitsPerMillimetre = 100.0;
 
 struct Format {
     const char* name;
     const char* type;
 };
-// The better ones first. Printers scale none of them if they are told not to.
+// In order of preference. With print-scaling=none, the printer scales none of them.
 constexpr std::array<Format, 3> kFormats{Format{"pdf", "application/pdf"}, Format{"pwg", "image/pwg-raster"},
                                          Format{"urf", "image/urf"}};
 
@@ -85,8 +85,7 @@ std::string TextOf(ipp_t* message, const char* name) {
     return value ? value : "";
 }
 
-/// The best of the resolutions that a printer takes pixels in: its own if it can, else what is nearest to
-/// 600.
+/// Chooses a resolution for raster data: the printer's default if it lists it, else the nearest to 600.
 double ChooseResolution(ipp_attribute_t* supported, ipp_attribute_t* usual) {
     constexpr int kEnough = 600;
     int wanted = kEnough, vertical = 0;
@@ -101,7 +100,7 @@ double ChooseResolution(ipp_attribute_t* supported, ipp_attribute_t* usual) {
     return best > 0 ? best : wanted;
 }
 
-/// The resolution of Apple Raster nearest to 600, of those that a printer lists as "RS300-600".
+/// The Apple Raster resolution nearest to 600, from a list such as "RS300-600".
 double ChooseUrfResolution(ipp_attribute_t* supported) {
     constexpr long kWanted = 600;
     long best = 0;
@@ -190,7 +189,7 @@ public:
               std::string& error) override {
         cups_option_t* options = nullptr;
         int count = 0;
-        // The sheets are as large as the paper, and laid out for its margins.
+        // Sheets have the size of the paper, and are laid out for its margins.
         count = cupsAddOption("print-scaling", "none", count, &options);
         count = cupsAddOption("media", needs.medium.name.c_str(), count, &options);
         if (job.copies > 1)
@@ -237,7 +236,8 @@ private:
                            StateOf(printer),
                            {},
                            printer.is_default != 0};
-        // One that is only known from the network would have to be reached first, which may take minutes.
+        // A printer that is only known from the network would have to be contacted first, which may take
+        // minutes.
         if (OptionOf(printer, "printer-state").empty()) return facts;
         const std::unique_ptr<cups_dinfo_t, Freer> info(cupsCopyDestInfo(CUPS_HTTP_DEFAULT, &printer));
         if (!info) return facts;
@@ -254,7 +254,7 @@ private:
                std::abs(size.length - wanted.length) <= kMostApart;
     }
 
-    /// Printers with bounds for sizes of their users' own have the margins of their usual paper for them.
+    /// For custom sizes, printers use the margins of their default paper.
     bool FitsCustomSizes(const pwg_media_t& wanted, cups_size_t& size) {
         std::array<char, 128> name{};
         if (pwgFormatSizeName(name.data(), name.size(), "custom", nullptr, wanted.width, wanted.length,
@@ -269,8 +269,8 @@ private:
         return true;
     }
 
-    /// Paper by one of its names, or of a size that the printer takes though it has no name for it. Printers
-    /// state their sizes in points, too, and so are off by a little.
+    /// Finds paper by one of its names, or a custom size that the printer accepts without having a name for
+    /// it. Some printers state their sizes in points, so these are slightly off.
     bool FindMedium(const std::string& name, cups_size_t& size) {
         const pwg_media_t* wanted = pwgMediaForPWG(name.c_str());
         if (!wanted) wanted = pwgMediaForLegacy(name.c_str());
@@ -367,7 +367,7 @@ private:
         return reason.empty() || reason == "none" ? state : Joined(state, reason);
     }
 
-    http_t* own_ = nullptr;  // of a printer with an address; null for the print system's
+    http_t* own_ = nullptr;  // connection to a printer with an address; null for the print system's
     std::array<char, 256> resource_{};
     std::unique_ptr<cups_dest_t, Freer> printer_;
     std::unique_ptr<cups_dinfo_t, Freer> facts_;

@@ -3,8 +3,8 @@
 
 #include "library/input/PrintHost.h"
 
-/// The command as the host of the library: failures and notes are lines on standard error, inputs raise the
-/// limit of memory.
+/// The command as a host of the library: failures and notes become lines on standard error, and every input
+/// raises the memory limit.
 class CommandHost final : public PrintHost {
 public:
     int Report(PrintResult result, const std::string& subject, const std::string& reason) override;
@@ -13,5 +13,5 @@ public:
     void PrepareMemory(void* start, std::size_t size) override;
 };
 
-/// The command's one host.
+/// The command's only host.
 PrintHost& Host();

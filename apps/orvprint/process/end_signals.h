@@ -3,18 +3,19 @@
 
 #include <array>
 
-/// Signals that end the process, as something to poll for. There is one object of this kind at a time.
+/// Makes the signals that terminate the process pollable. Only one object of this class may exist at a time.
 class EndSignals {
 public:
     EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
 
-    /// Can be read when a signal has come.
+    /// A descriptor that becomes readable when a signal has arrived.
     int GetDescriptor() const { return pipe_[0]; }
-    /// A worker that was not yet its own may have passed a signal on: it is none of this process.
+    /// Discards a signal that a worker forwarded before it had set up its own handlers; it was not sent to
+    /// this process.
     void Drain() const;
-    /// The signal that came, 0 when none did.
+    /// The signal that arrived, or 0.
     static int GetCaught();
 
 private:

@@ -3,11 +3,11 @@
 
 #include "library/input/results.h"
 
-/// What the command tells its caller. Documented in README.md and docs/man/orvprint.1; scripts rely on the
-/// numbers.
+/// Exit codes of the command. They are documented in README.md and docs/man/orvprint.1, and scripts rely on
+/// the numbers.
 enum ExitCode : int {
     kExitDone = kResultDone,
-    kExitFound = 1,  ///< the check found something
+    kExitFound = 1,  ///< check reported a finding
     kExitUsage = kResultUsage,
     kExitUnreadable = kResultUnreadable,
     kExitNotWellFormed = kResultNotWellFormed,
@@ -17,5 +17,5 @@ enum ExitCode : int {
     kExitUnwritable = kResultUnwritable,
     kExitFailed = kResultFailed,  ///< printing failed, or a limit was reached
     kExitNoModule = kResultNoModule,
-    kExitSomeFailed = 11,  ///< a batch went on after failures
+    kExitSomeFailed = 11,  ///< some inputs of a batch failed
 };

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// True when a failed allocation terminates the process. Rethrowing allocates nothing.
+/// True if a failed allocation is what terminates the process. Rethrowing does not allocate.
 bool IsOutOfMemory() {
     try {
         if (std::current_exception()) std::rethrow_exception(std::current_exception());
@@ -34,7 +34,7 @@ void Terminate() {
 
 void ExitImmediately(std::string_view message) {
     ORVTemporaryFile::RemoveAll();
-    // A reader of standard error that has stopped reading must not block the exit.
+    // Exits even if the reader of standard error has stopped reading.
     constexpr int kPatience = 1000;  // milliseconds
     pollfd errors{STDERR_FILENO, POLLOUT, 0};
     if (poll(&errors, 1, kPatience) > 0) {

@@ -3,14 +3,14 @@
 
 #include <string_view>
 
-/// Longest message that is written in one piece, in bytes: what a pipe takes without waiting for its reader.
+/// Longest message that is written atomically, in bytes: what a pipe accepts without blocking.
 inline constexpr std::size_t kLongestExitMessage = 4096;
 
-/// Exits with kExitFailed after a message on standard error, and removes temporary files. Allocates nothing
-/// and takes no lock: signal handlers may call it.
-/// @param message  a whole line
+/// Writes a message to standard error, removes temporary files and exits with kExitFailed. Async-signal-safe:
+/// neither allocates nor takes locks.
+/// @param message  a complete line
 [[noreturn]] void ExitImmediately(std::string_view message);
 
-/// From now on, an allocation failure that no handler catches, as in a library that does not let exceptions
-/// out, exits like this instead of by a signal.
+/// From now on, an allocation failure that nothing catches, for example in a library built without
+/// exceptions, exits this way instead of by SIGABRT.
 void ExitImmediatelyWhenOutOfMemory();

@@ -6,10 +6,11 @@
 
 #include "platform/system/ORVPrintLimits.h"
 
-/// Sets the limits of this process: those for unchecked files, but for what the user says.
-/// @param settings  as "NAME=VALUE" each
-/// @return an exit code; a failure was reported
+/// Sets the limits of this process: the defaults for unchecked files, overridden by the user's settings.
+/// @param settings  each "NAME=VALUE"
+/// @return an exit code; a failure has been reported
 int ApplyLimits(const std::vector<std::string>& settings);
 
-/// What is wrong with an input that a limit stopped, and what to do, worded to follow the input's name.
+/// What is wrong with an input that exceeded a limit, and what to do about it. Worded to follow the input's
+/// name.
 std::string LimitReached(ORVPrintLimit limit);

@@ -3,14 +3,14 @@
 
 #include <cstdint>
 
-/// The limit of memory (ORVPrintLimit::kMemory), which the system holds this process to: a request past it is
-/// refused, as where the machine has no more. Inputs raise it in proportion once they are large. Workers
-/// inherit it. There is none in builds with sanitizers.
+/// The memory limit (ORVPrintLimit::kMemory), enforced by the system: allocations beyond it fail as if the
+/// machine were out of memory. Large inputs raise it in proportion to their size. Workers inherit it. Builds
+/// with sanitizers have no limit.
 
-/// Sets the limit as it is without any input.
+/// Sets the limit for no input at all.
 void BoundMemory();
-/// Raises it for an input, by its bytes as they are stored, or for a file that one names.
+/// Raises the limit for an input, or for a file that a drawing refers to, by its stored size.
 void AllowMemoryFor(std::uint64_t inputBytes);
-/// The limit in bytes when the process came so near to it that a refused request may well be its doing, else
-/// 0. Needs no memory.
+/// The limit in bytes if so little is left of it that it may have caused a failed allocation, else 0. Does
+/// not allocate.
 std::uint64_t GetMemoryLimitReached();

@@ -13,17 +13,17 @@
 namespace {
 
 constexpr std::size_t kLeastBytes = std::size_t{1} << 20U;
-// How far the heap grows at a time, and with it how far the thread may be ahead.
+// How far the heap grows at a time, and so how far ahead the thread may be.
 constexpr int kHeapStep = 1 << 20;
-// The system is asked for so much at a time, so that its lock on the process's memory is free in between.
+// Bytes requested at a time, so that the lock on the process's address space is released in between.
 constexpr std::size_t kPiece = std::size_t{256} << 10U;
 // How long the thread sleeps while the heap does not grow.
 constexpr std::chrono::microseconds kShortestPause{100}, kLongestPause{2000};
 
-/// @return false when the system cannot do it
+/// @return false if the system does not support it
 bool GivePages(char* from, char* to) {
     const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    // The pages that lie within.
+    // The pages entirely within the range.
     auto* const first = from + (pageSize - reinterpret_cast<std::uintptr_t>(from) % pageSize) % pageSize;
     auto* const last = to - reinterpret_cast<std::uintptr_t>(to) % pageSize;
     for (char* piece = first; piece < last; piece += kPiece)
@@ -47,7 +47,7 @@ MemoryPrefault::MemoryPrefault(std::size_t inputBytes) {
     try {
         thread_ = std::thread([this, heapEnd = static_cast<char*>(sbrk(0))] { Run(heapEnd); });
     } catch (const std::system_error&) {
-        // It goes without.
+        // Prefaulting is optional.
     }
 }
 

@@ -5,17 +5,18 @@
 #include <cstddef>
 #include <thread>
 
-/// Has the system allocate the pages of a block that is about to be written, all at once, which takes a fifth
-/// of the time of a page fault for each. Does nothing for small blocks.
+/// Asks the system to allocate all pages of a block that is about to be written. That takes a fifth of the
+/// time of one page fault per page. Does nothing for small blocks.
 void PrefaultMemory(void* start, std::size_t size);
 
-/// During its lifetime, a thread has the system allocate the pages that the heap grows by before they are
-/// used: the tree and model of a large document take tens of thousands of pages, and the second core is idle
-/// meanwhile. At most a few megabytes are allocated that are not used. Does nothing on a single core, or if
-/// no thread can be started.
+/// During its lifetime, a thread makes the system allocate pages of the growing heap before they are used:
+/// the tree and model of a large document take tens of thousands of pages while the second core is idle. At
+/// most a few megabytes are allocated needlessly. Does nothing on a single core, or if no thread can be
+/// started.
 class MemoryPrefault {
 public:
-    /// @param inputBytes  size of the document; for small ones, the thread would cost more than it saves
+    /// @param inputBytes  size of the document; nothing happens for small ones, where the thread would cost
+    ///         more than it saves
     explicit MemoryPrefault(std::size_t inputBytes);
     ~MemoryPrefault();
     MemoryPrefault(const MemoryPrefault&) = delete;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Has memory given out as suits models: millions of small pieces that go at once. To be called before
-/// anything else is done.
+/// Tunes the allocator for models: millions of small objects that are freed together. Call it before anything
+/// else.
 void SetUpMemoryForModels();

@@ -19,8 +19,8 @@ void PeakMemory::Open() {
 }
 
 void PeakMemory::Begin() const {
-    // "5" sets the high-water mark to the present size. Where it may not be set, it is that of all jobs so
-    // far.
+    // "5" resets the high-water mark to the current size. If that is not permitted, the mark covers all jobs
+    // so far.
     [[maybe_unused]] const bool isSet = reset_ >= 0 && pwrite(reset_, "5", 1, 0) == 1;
 }
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/// The largest resident size of this process over a stretch of time, as Linux counts it.
+/// The peak resident size of this process over a period, as Linux counts it.
 class PeakMemory {
 public:
     PeakMemory() = default;
@@ -11,11 +11,11 @@ public:
     PeakMemory(const PeakMemory&) = delete;
     PeakMemory& operator=(const PeakMemory&) = delete;
 
-    /// Opens what is asked later on, when the process may open nothing any more.
+    /// Opens the file that is read later, when the sandbox no longer allows opening files.
     void Open();
-    /// The stretch begins.
+    /// Starts the period.
     void Begin() const;
-    /// Bytes since it began; 0 where the system does not tell.
+    /// Peak since Start, in bytes; 0 if the system does not report it.
     std::uint64_t Get() const;
 
 private:

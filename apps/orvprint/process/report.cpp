@@ -26,7 +26,7 @@ void Begin(TextLine& line, const std::string& subject) {
     line.Put(": ");
 }
 
-/// What to do where the limit of memory may be what refused it. Needs no memory.
+/// Advice for failures that the memory limit may have caused. Does not allocate.
 void PutMemoryLimit(TextLine& line) {
     const std::uint64_t limit = GetMemoryLimitReached();
     if (limit == 0) return;

@@ -7,21 +7,23 @@
 #include "apps/orvprint/process/exit_codes.h"
 #include "platform/system/ORVFailure.h"
 
-/// Name of an input or output in messages: "-" is a standard stream.
+/// Name of an input or output in messages; "-" is the standard stream.
 std::string DisplayName(const std::string& path, std::string_view standardStream);
 
-/// What messages call standard input from now on, where it brings files of somebody else.
-/// @param name  empty for "standard input"
+/// Sets what messages call standard input, for example when it carries someone else's file.
+/// @param name  empty: "standard input"
 void NameStandardInput(const std::string& name);
 
-/// Writes "orvprint: SUBJECT: REASON" to standard error, for what only the command knows. @return `code`
+/// Writes "orvprint: SUBJECT: REASON" to standard error, for failures that only the command knows.
+/// @return `code`
 int Report(ExitCode code, const std::string& subject, const std::string& reason);
 
-/// The exit code of a failure.
+/// The exit code for a failure.
 ExitCode ExitCodeOf(ORVFailureReason reason);
-/// Writes a failure to standard error, and what can be done about it. @return its exit code
+/// Writes a failure, and what can be done about it, to standard error.
+/// @return its exit code
 int Report(const std::string& subject, const ORVFailure& failure);
 int ReportOutOfMemory(const std::string& subject);
 
-/// Why the last failure was reported that had a reason besides its words; forgotten by asking.
+/// Returns the reason of the last reported failure that had one besides its text, and clears it.
 ORVFailureReason TakeReportedReason();

@@ -10,13 +10,13 @@
 
 namespace {
 
-// Those that a file too large or a reader that went away bring are ignored, and so is none of these.
+// SIGXFSZ and SIGPIPE are missing: they are ignored, and the failed write is reported instead.
 constexpr std::array kSentSignals{SIGHUP,    SIGINT,  SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2,  SIGALRM,
                                   SIGVTALRM, SIGPROF, SIGXCPU, SIGPOLL, SIGPWR,  SIGSTKFLT};
 
-// Defects of ours or of a library.
+// Caused by defects in our code or in a library.
 #if defined(ORV_SANITIZED)
-constexpr std::array<int, 0> kCrashes{};  // sanitizers tell of them
+constexpr std::array<int, 0> kCrashes{};  // the sanitizers' own handlers report these
 #else
 constexpr std::array kCrashes{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP};
 #endif
@@ -38,7 +38,7 @@ void EndAsItWouldHave(int signal) {
 }
 
 void EndBySignal(int signal) {
-    // Any thread may get the signal, but only the main one holds signals back while it makes files.
+    // Any thread may receive the signal, but only the main thread blocks signals while it creates files.
     if (pthread_equal(pthread_self(), mainThread) == 0) {
         pthread_kill(mainThread, signal);
         return;
@@ -47,13 +47,13 @@ void EndBySignal(int signal) {
     EndAsItWouldHave(signal);
 }
 
-/// Of the thread that went wrong: no other can be relied on.
+/// Handles it in the crashing thread: no other thread can be relied on.
 void EndByCrash(int signal) {
     ORVTemporaryFile::RemoveAll();
     EndAsItWouldHave(signal);
 }
 
-/// Where a handler runs when the main thread's stack is full.
+/// Stack for the handler when the main thread's stack has overflowed.
 void PrepareSpareStack() {
     static std::array<char, 65536> memory;
     stack_t stack{};
@@ -81,7 +81,7 @@ void EndCleanlyOnSignals() {
     HandleEndingSignals(EndBySignal);
     if (kCrashes.empty()) return;
     PrepareSpareStack();
-    // A crash in the handler ends the process at once.
+    // A crash inside the handler terminates the process at once.
     for (const int signal : kCrashes) SetHandler(signal, EndByCrash, SA_ONSTACK | SA_NODEFER | SA_RESETHAND);
 }
 

@@ -3,17 +3,17 @@
 
 #include <vector>
 
-/// All signals that somebody may send, or a limit of the system, and that end a process that does nothing
-/// about them; SIGKILL, which nobody can do anything about, is not among them.
+/// All signals that a user or a resource limit may send and that terminate a process by default, except
+/// SIGKILL, which cannot be handled.
 const std::vector<int>& EndingSignals();
 
-/// From now on signals that end the process do so as they would have, but leave no half file. What the
-/// process was told to ignore, as nohup does, stays ignored.
+/// From now on, these signals terminate the process as they would by default, but leave no partial file.
+/// Signals that were ignored at the start, as under nohup, stay ignored.
 void EndCleanlyOnSignals();
 
-/// Has a handler take all those signals, but for those that are ignored.
+/// Installs a handler for all these signals, except for those that are ignored.
 void HandleEndingSignals(void (*handler)(int signal));
 
-/// In a worker: what is sent to all processes of a terminal is left to the one that was started; others end
-/// it.
+/// For workers: leaves signals that a terminal sends to the whole process group to the parent; all others
+/// terminate the worker.
 void LeaveTerminalSignalsToParent();

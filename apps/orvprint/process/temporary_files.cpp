@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Libraries that keep data in temporary files (cairo does, with pages of PostScript) ask the C library for
-// them, which looks for no TMPDIR and knows no limit. In this command they get ORVTemporaryData instead.
+// Some libraries keep data in temporary files, for example cairo for PostScript pages. They create them with
+// tmpfile(), which knows neither TMPDIR nor limits. In this command, tmpfile() returns an ORVTemporaryData
+// instead.
 
 #include <sys/types.h>
 
@@ -18,8 +19,8 @@ ORVTemporaryData& DataOf(void* cookie) { return *static_cast<ORVTemporaryData*>(
 
 ssize_t Read(void* cookie, char* bytes, size_t size) { return DataOf(cookie).Read(bytes, size); }
 
-// cairo frees memory twice when such a write fails in the middle of an image. So it is told of none: what is
-// lost is noted, and the generator asks.
+// cairo frees memory twice if such a write fails in the middle of an image. So write errors are not returned
+// to it but recorded, and the generator asks for them.
 ssize_t Write(void* cookie, const char* bytes, size_t size) {
     ORVTemporaryData& data = DataOf(cookie);
     if (data.Write(bytes, size) < size)
@@ -42,13 +43,13 @@ int Close(void* cookie) {
 
 }  // namespace
 
-/// Takes the place of the C library's function for all libraries of the process.
+/// Replaces the C library's function for all libraries of the process.
 extern "C" __attribute__((visibility("default"))) std::FILE* tmpfile() {
     ORVTemporaryData::NoteLoss(ORVTemporaryData::Loss::kNone);
     std::unique_ptr<ORVTemporaryData> data(new (std::nothrow) ORVTemporaryData);
     if (!data) errno = ENOMEM;
     if (!data || !data->Open()) return nullptr;
     std::FILE* file = fopencookie(data.get(), "w+", {Read, Write, Seek, Close});
-    if (file) static_cast<void>(data.release());  // now the file's
+    if (file) static_cast<void>(data.release());  // owned by the stream from here on
     return file;
 }

@@ -16,15 +16,15 @@
 
 namespace {
 
-double limit = 0.0;  // seconds; 0 for none
+double limit = 0.0;  // seconds; 0: no limit
 
-/// What is said when the time is up. It stands ready, as a signal handler can neither format nor ask for
-/// memory; it does not change while the timer runs.
+/// The message for a timeout. It is prepared in advance, since a signal handler can neither format nor
+/// allocate, and does not change while the timer runs.
 struct {
     std::array<char, kLongestExitMessage> bytes{};
     std::size_t size = 0;
 
-    /// @param room  bytes that stay free behind the text, which is cut where it is too long
+    /// @param room  bytes to keep free behind the text, which is truncated if it is too long
     void Put(std::string_view text, std::size_t room = 1) {
         PrintablePieces pieces(text);
         for (std::string_view piece; size + room < bytes.size() && pieces.Next(piece);) {
@@ -36,7 +36,7 @@ struct {
 } words;
 
 void PrepareWords(std::string_view name) {
-    constexpr std::size_t kRest = 256;  // the words behind the name have room in it
+    constexpr std::size_t kRest = 256;  // leaves room for the words behind the name
     words.size = 0;
     words.Put("orvprint: ");
     words.Put(name, kRest);
@@ -52,7 +52,7 @@ void PrepareWords(std::string_view name) {
 pthread_t drawingThread{};
 
 void TimeIsUp(int signal) {
-    // Any thread may get the signal, but only the one that draws holds signals back while it makes files.
+    // Any thread may receive the signal, but only the drawing thread blocks signals while it creates files.
     if (pthread_equal(pthread_self(), drawingThread) == 0) {
         pthread_kill(drawingThread, signal);
         return;
@@ -77,7 +77,7 @@ void DrawingTime::Begin(const std::string& name) {
     End();
     PrepareWords(name);
     drawingThread = pthread_self();
-    // Whoever started the process may have it hold back or ignore the signal.
+    // The parent may have left the signal blocked or ignored.
     std::signal(SIGALRM, TimeIsUp);
     sigset_t alarms;
     sigemptyset(&alarms);

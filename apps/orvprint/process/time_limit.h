@@ -3,13 +3,13 @@
 
 #include <string>
 
-/// Lets no drawing of this process, or of those that it forks, take longer. Past it, the process ends with
-/// kExitFailed, whatever its threads do or wait for: one line on standard error names the drawing, and no
-/// half file stays.
-/// @param seconds  0 for as long as it takes
+/// Limits the time of each drawing in this process and in its children. When it runs out, the process exits
+/// with kExitFailed, whatever its threads are doing or waiting for: one line on standard error names the
+/// drawing, and no partial file is left.
+/// @param seconds  0: no limit
 void SetTimeLimit(double seconds);
 
-/// The time of the drawing at work, of which there is one at a time. It ends with the object.
+/// The time limit for the current drawing, of which there is one at a time. Stops with the object.
 class DrawingTime {
 public:
     DrawingTime() = default;
@@ -17,10 +17,10 @@ public:
     DrawingTime(const DrawingTime&) = delete;
     DrawingTime& operator=(const DrawingTime&) = delete;
 
-    /// A drawing begins, and the one before it has ended.
+    /// Ends the time of the previous drawing and starts that of the next one.
     /// @param name  what messages call it
     void Begin(const std::string& name);
-    /// What follows may take as long as it takes.
+    /// Stops the clock: what follows is not limited.
     void End();
 
 private:

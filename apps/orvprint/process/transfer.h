@@ -3,12 +3,14 @@
 
 #include <cstddef>
 
-/// Bytes between processes, through descriptors that wait. Nothing but read and write is called: a sandbox
-/// allows no more of sockets.
+/// Transfers bytes between processes through blocking descriptors. Uses read and write only, because the
+/// sandbox allows no other calls on sockets.
 
-/// Reads all of some bytes. @return false at the end, or with errno
+/// Reads exactly as many bytes as fit.
+/// @return false at the end of the stream, or with errno
 bool ReceiveBytes(int descriptor, void* bytes, std::size_t size);
-/// Writes all of some bytes. @return false with errno
+/// Writes all bytes.
+/// @return false with errno
 bool SendBytes(int descriptor, const void* bytes, std::size_t size);
 
 template <class Value>

@@ -22,8 +22,8 @@
 
 namespace {
 
-// Descriptors of all workers: a new one inherits and closes them. Were one kept open, the end of another
-// process would not show.
+// Descriptors of all workers, which a new worker inherits and closes: if it kept one open, the end of the
+// other process would go unnoticed.
 std::vector<int>& OpenDescriptors() {
     static std::vector<int> descriptors;
     return descriptors;
@@ -37,7 +37,7 @@ void CloseNoted(int& descriptor) {
     close(std::exchange(descriptor, -1));
 }
 
-/// Two descriptors that are closed unless somebody takes them.
+/// Two descriptors, closed unless they are released.
 class Pipe {
 public:
     Pipe() = default;
@@ -61,17 +61,18 @@ private:
     std::array<int, 2> ends_{-1, -1};
 };
 
-/// What comes first of an answer.
+/// The header of an answer.
 struct NoteHead {
     std::int32_t code = 0;
     std::uint64_t noteSize = 0;
 };
 
-/// The worker's life.
+/// The main loop of a worker.
 [[noreturn]] void Serve(const WorkerProcess::Work& work, pid_t parent, int jobs, int results, int errors) {
     for (const int descriptor : OpenDescriptors()) close(descriptor);
     LeaveTerminalSignalsToParent();
-    // Nobody would take the results of a process whose parent was killed, which may have been before this.
+    // A worker whose parent was killed has no one to report to. The parent may have died before the line
+    // above.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) LeaveProcess(1);
     if (dup2(errors, STDERR_FILENO) < 0) LeaveProcess(1);
@@ -88,8 +89,7 @@ struct NoteHead {
 
 void LeaveProcess(int code) {
 #if defined(ORV_COVERAGE)
-    // Which lines ran is written by destructors; text that the starting process left in its streams is
-    // dropped.
+    // Line counters are written by destructors; buffered output inherited from the parent is dropped.
     __fpurge(stdout);
     std::exit(code);
 #else

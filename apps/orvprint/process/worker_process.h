@@ -7,20 +7,20 @@
 #include <functional>
 #include <string>
 
-/// Ends a forked process: what the starting process had opened or would do at its end is not its own.
+/// Exits a forked process without running the parent's exit handlers or flushing its streams.
 [[noreturn]] void LeaveProcess(int code);
 
-/// A process of its own for numbered jobs. It lives as long as there is work, so that what the first job sets
-/// up (the interpreter, fonts) serves all others, and what a job breaks stays within it. Its standard error
-/// goes through a pipe to the process that made it.
+/// A process that runs numbered jobs. It lives as long as there are jobs, so that the first job's setup
+/// (interpreter, fonts) serves all others, and damage done by a job stays inside it. Its standard error is a
+/// pipe to the parent.
 class WorkerProcess {
 public:
-    /// What became of a job.
+    /// The outcome of a job.
     struct Answer {
         int code = 0;      ///< an exit code
-        std::string note;  ///< bytes for the process that gave the job
+        std::string note;  ///< bytes for the parent
     };
-    /// Done in the worker; throws nothing.
+    /// Runs in the worker; must not throw.
     using Work = std::function<Answer(std::uint32_t job)>;
 
     WorkerProcess() = default;
@@ -28,41 +28,43 @@ public:
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-    /// Starts the process. Descriptors that it inherits and must not keep are those of other workers: they
-    /// are closed. It ends when this object goes away, or the thread that calls this, however they end.
+    /// Starts the process. It closes the inherited descriptors of other workers. It ends when this object is
+    /// destroyed or the calling thread ends, for whatever reason.
     /// @return false with errno
     bool Start(const Work& work);
     bool IsRunning() const { return pid_ > 0; }
 
-    /// Hands over a job. @return false when the worker is gone
+    /// Sends a job.
+    /// @return false if the worker has died
     bool Give(std::uint32_t job);
-    /// Takes the answer of the job. To be called when the descriptor is readable.
-    /// @return false when the worker ended instead
+    /// Receives the answer of the job. Call it when the descriptor is readable.
+    /// @return false if the worker died instead
     bool TakeResult(Answer& answer);
-    /// Takes what the worker wrote to standard error so far. @return false when there is no more to come
+    /// Reads what the worker has written to standard error so far.
+    /// @return false at the end of the stream
     bool TakeErrors(std::string& text);
 
     int GetResultDescriptor() const { return results_; }
     int GetErrorDescriptor() const { return errors_; }
 
     struct End {
-        std::string words;  ///< how it ended
-        int exitCode = 0;   ///< 0 also when it was a signal
+        std::string words;  ///< how the process ended
+        int exitCode = 0;   ///< 0 also after a signal
     };
-    /// What the status of a process that ended, as waitpid has it, says.
+    /// Decodes a status from waitpid.
     static End EndOf(int status);
-    /// Takes leave of a worker that ended by itself.
+    /// Reaps a worker that ended on its own.
     End Reap();
-    /// Lets a worker without a job end by itself, and waits until it has.
+    /// Tells an idle worker to end, and waits for it.
     void Finish();
-    /// Ends the worker at once.
+    /// Kills the worker.
     void Kill();
 
 private:
     void Close();
 
     pid_t pid_ = -1;
-    int jobs_ = -1;     // go in
-    int results_ = -1;  // come out
+    int jobs_ = -1;     // job requests
+    int results_ = -1;  // answers
     int errors_ = -1;
 };

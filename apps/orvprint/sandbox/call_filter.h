@@ -6,9 +6,9 @@
 #include <span>
 #include <string>
 
-/// The filter that call_filter_compiler made of its table, for this kind of processor.
+/// The seccomp program that call_filter_compiler generated for this architecture.
 std::span<const sock_filter> CallFilterProgram();
 
-/// Has the kernel refuse system calls that printing never needs, for this process from now on.
-/// @return why it does not, empty when it does
+/// Makes the kernel refuse system calls that printing never needs, for the rest of this process's life.
+/// @return why the kernel does not support it; empty on success
 std::string RefuseCalls();

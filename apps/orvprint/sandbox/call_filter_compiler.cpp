@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Makes the filter of system calls: a program for the kernel, written as a source of the command.
+// Generates the seccomp filter as a C++ source of the command.
 
 #include <sched.h>
 #include <seccomp.h>
@@ -54,7 +54,7 @@ constexpr std::array kNamespacesAndMounts{
     SCMP_SYS(mount_setattr), SCMP_SYS(quotactl), SCMP_SYS(quotactl_fd), SCMP_SYS(swapon),
     SCMP_SYS(swapoff),
 };
-// What the rules for files do not cover, or go around them.
+// Calls that the file rules do not cover, or that bypass them.
 constexpr std::array kFiles{
     SCMP_SYS(chmod),
     SCMP_SYS(fchmodat),
@@ -81,8 +81,8 @@ constexpr std::array kIdentity{
     SCMP_SYS(setresgid), SCMP_SYS(setgroups),   SCMP_SYS(setfsuid), SCMP_SYS(setfsgid), SCMP_SYS(capset),
     SCMP_SYS(setsid),    SCMP_SYS(personality), SCMP_SYS(keyctl),   SCMP_SYS(add_key),  SCMP_SYS(request_key),
 };
-// Large and seldom used parts of the kernel, where defects turn up, and what only an administrator does.
-// Requests of io_uring are not seen by filters at all.
+// Large, rarely used parts of the kernel in which vulnerabilities turn up, and calls for administrators only.
+// A seccomp filter does not see the requests of io_uring at all.
 constexpr std::array kKernel{
     SCMP_SYS(io_uring_setup),
     SCMP_SYS(io_uring_enter),
@@ -116,7 +116,7 @@ constexpr std::array kKernel{
 constexpr std::array<std::uint64_t, 8> kNewNamespaces{CLONE_NEWNS,     CLONE_NEWUTS, CLONE_NEWIPC,
                                                       CLONE_NEWUSER,   CLONE_NEWPID, CLONE_NEWNET,
                                                       CLONE_NEWCGROUP, 0x80 /* time */};
-// Words typed into a terminal would be the next commands of its shell.
+// Characters injected into a terminal would be executed by its shell.
 constexpr std::array<std::uint64_t, 2> kTypingRequests{TIOCSTI, 0x541C /* TIOCLINUX, which pastes */};
 
 void Check(int status) {
@@ -125,10 +125,10 @@ void Check(int status) {
     std::exit(1);
 }
 
-/// Refused calls fail as where somebody has no right to them: a library that tries one on its way goes on
-/// without.
+/// Refused calls fail with an error instead of killing the process, so a library that merely tries one
+/// continues without it.
 void Refuse(scmp_filter_ctx filter, int call) {
-    // Not every kind of processor has every call.
+    // Not every architecture has every call.
     const int status = seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 0);
     if (status != -EDOM) Check(status);
 }
@@ -145,18 +145,19 @@ void RefuseNewProcesses(scmp_filter_ctx filter) {
     };
     refuseFlags(CLONE_THREAD, 0);
     for (const std::uint64_t flag : kNewNamespaces) refuseFlags(flag, flag);
-    // Its flags lie in memory, where filters cannot look. The C library takes clone where there is no clone3.
+    // The flags of clone3 are in memory, which filters cannot read. The C library falls back to clone if
+    // clone3 is missing.
     Check(seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0));
 }
 
 void RefuseTyping(scmp_filter_ctx filter) {
-    // The kernel looks at the lower half only.
+    // The kernel uses the lower 32 bits only.
     for (const std::uint64_t request : kTypingRequests)
         Check(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(ioctl), 1,
                                scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, 0xFFFFFFFFU, request}));
 }
 
-/// The instructions as the kernel takes them: 8 bytes each.
+/// The instructions as the kernel reads them: 8 bytes each.
 struct Instruction {
     std::uint16_t code;
     std::uint8_t ifTrue, ifFalse;
@@ -183,10 +184,9 @@ int main(int count, char** arguments) {
     if (count != 2) return 2;
     const scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
     if (!filter) return 1;
-    // Calls of another kind of processor, whose numbers mean other things, are nothing that the command
-    // makes.
+    // The command never makes calls of another architecture, whose numbers mean something else.
     Check(seccomp_attr_set(filter, SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS));
-    // A tree instead of a list: the kernel takes a tenth of the time over it.
+    // A binary tree instead of a list: the kernel evaluates it in a tenth of the time.
     Check(seccomp_attr_set(filter, SCMP_FLTATR_CTL_OPTIMIZE, 2));
     RefuseAll(filter, kNetwork);
     RefuseAll(filter, kPrograms);

@@ -14,17 +14,17 @@
 
 namespace {
 
-// Rights that came with later versions of the interface than that of the headers at hand.
+// Rights of newer kernel interfaces, which the installed headers may not define.
 constexpr std::uint64_t kTruncate = std::uint64_t{1} << 14U, kOrderDevices = std::uint64_t{1} << 15U;
 
 struct RightRow {
     std::uint64_t right;
-    int since;       ///< version of the kernel's interface
-    bool isOfFiles;  ///< or of folders only
+    int since;       ///< first version of the kernel interface that has it
+    bool isOfFiles;  ///< applies to folders only
     bool isOfReading, isOfRewriting, isOfMaking;
 };
 
-// All rights that there are: what has no mark is granted nowhere.
+// All rights there are. A right that is not granted for any access is denied everywhere.
 constexpr std::array kRights{
     RightRow{LANDLOCK_ACCESS_FS_READ_FILE, 1, true, true, false, true},
     RightRow{LANDLOCK_ACCESS_FS_READ_DIR, 1, false, true, false, true},
@@ -44,11 +44,11 @@ constexpr std::array kRights{
     RightRow{kOrderDevices, 5, true, false, false, false},
 };
 
-/// The kernel's structure as of its latest version that is used here. An older kernel takes the first part.
+/// The kernel's structure in the latest version used here. Older kernels read its first part.
 struct Refused {
     std::uint64_t files = 0;
-    std::uint64_t connections = 0;  ///< since version 4: to bind and to connect TCP
-    std::uint64_t scopes = 0;       ///< since version 6: abstract sockets and signals of others
+    std::uint64_t connections = 0;  ///< since version 4: binding and connecting TCP sockets
+    std::uint64_t scopes = 0;       ///< since version 6: abstract sockets and signals to other processes
 };
 
 std::size_t SizeOfRefused(int version) {
@@ -76,7 +76,7 @@ Refused AllOf(int version) {
     return refused;
 }
 
-/// A path that cannot be opened cannot be used either way.
+/// A path that cannot be opened cannot be used by the process either.
 void Allow(int ruleset, const FileRule& rule, int version) {
     const int file = open(rule.path.c_str(), O_PATH | O_CLOEXEC);
     if (file < 0) return;

@@ -4,20 +4,20 @@
 #include <span>
 #include <string>
 
-/// What may be done with a file, or with all files in a folder and below.
+/// What may be done with a file, or with all files in a folder and its subfolders.
 enum class FileUse {
     kRead,     ///< read files, list folders
-    kRewrite,  ///< write to a device, pipe or file that is there
-    kMake,     ///< make, read, replace and remove files
+    kRewrite,  ///< write to an existing device, pipe or file
+    kMake,     ///< create, read, replace and remove files
 };
 
 struct FileRule {
-    std::string path;  ///< symbolic links are followed; what is not there needs no rule
+    std::string path;  ///< symbolic links are followed; a missing path needs no rule
     FileUse use = FileUse::kRead;
 };
 
-/// Has the kernel refuse all files but those of the rules, for this thread and those that it will start;
-/// files that are open stay open. Programs cannot be run, and where the kernel knows how, no signals be sent,
-/// no connections made and no devices be given orders either.
-/// @return why it does not, empty when it does
+/// Makes the kernel refuse access to all other files, for this thread and threads that it starts. Open files
+/// stay usable. Programs can no longer be executed and, if the kernel supports it, neither can signals be
+/// sent, connections be made or devices be controlled.
+/// @return why the kernel does not support it; empty on success
 std::string RestrictFiles(std::span<const FileRule> rules);

@@ -20,11 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kMostFiles = 1000;       // of configuration
-constexpr std::size_t kMostBytes = 1U << 16U;  // of one of them
-constexpr std::size_t kMostEntries = 10'000;   // looked at for links
+constexpr std::size_t kMostFiles = 1000;       // configuration files and folders
+constexpr std::size_t kMostBytes = 1U << 16U;  // from one configuration file
+constexpr std::size_t kMostEntries = 10'000;   // searched for links
 constexpr const char* kStandardFolder = "/etc/fonts";
-// Where packages put configuration, as links from the folder of what holds begin.
+// Prefixes of links that point to configuration files of packages.
 constexpr std::array<std::string_view, 2> kPackages{"/usr/share/", "../conf.avail/"};
 
 std::string Variable(const char* name) {
@@ -50,7 +50,7 @@ std::string_view WithoutBlanks(std::string_view text) {
     return text;
 }
 
-/// The value behind prefix= among attributes; empty when there is none.
+/// The value of prefix= among the attributes; empty if it is missing.
 std::string_view PrefixOf(std::string_view attributes) {
     const std::size_t name = attributes.find("prefix");
     if (name == attributes.npos) return {};
@@ -65,7 +65,7 @@ public:
     explicit Walk(bool (*isKnown)(const std::string&)) : isKnown_(isKnown) {}
 
     std::optional<FontPaths> Run() {
-        // Below another root nothing is where it says.
+        // With a sysroot, no path is where it says.
         if (!Variable("FONTCONFIG_SYSROOT").empty()) return std::nullopt;
         for (std::string& path : StandardFiles()) Follow(std::move(path));
         FollowUsual();
@@ -80,7 +80,8 @@ public:
     }
 
 private:
-    /// Where fontconfig looks for the first file; a folder's is named too when the variable names another.
+    /// Where fontconfig looks for the first file. If FONTCONFIG_PATH names another folder, that file is added
+    /// too.
     static std::vector<std::string> StandardFiles() {
         std::vector<std::string> folders = Split(Variable("FONTCONFIG_PATH"));
         folders.emplace_back(kStandardFolder);
@@ -94,7 +95,7 @@ private:
         return files;
     }
 
-    /// Notes a configuration file or a folder of them; each is read once.
+    /// Adds a configuration file or folder. Each is read once.
     void Follow(std::string path) {
         if (!seen_.insert(path).second) return;
         if (seen_.size() > kMostFiles) isClear_ = false;
@@ -114,7 +115,7 @@ private:
         if (size > 0) ReadElements(path, {text_.get(), static_cast<std::size_t>(size)});
     }
 
-    /// @param file  of the folder; is closed
+    /// @param file  descriptor of a file in the folder; is closed
     void ReadFolder(const std::string& path, int file) {
         DIR* const folder = fdopendir(file);
         if (!folder) {
@@ -127,8 +128,8 @@ private:
         closedir(folder);
     }
 
-    /// Nearly all are links to what packages brought. Those name no folders but the system's, and include no
-    /// files but those of FollowUsual; reading them all would take half of the sandbox's time.
+    /// Nearly all of them are links to files of packages. Those name system folders only and include no files
+    /// but those of FollowUsual; reading them all would take half of the sandbox's setup time.
     static bool IsOfPackage(int folder, const dirent& entry) {
         std::array<char, 256> target{};
         if (entry.d_type != DT_LNK || readlinkat(folder, entry.d_name, target.data(), target.size() - 1) <= 0)
@@ -138,7 +139,7 @@ private:
                            [&](std::string_view start) { return path.starts_with(start); });
     }
 
-    /// What packages' configuration includes.
+    /// Files that the configuration of packages includes.
     void FollowUsual() {
         Follow("/etc/fonts/local.conf");
         const std::string home = Variable("HOME"), named = Variable("XDG_CONFIG_HOME");
@@ -147,7 +148,7 @@ private:
         for (const char* name : {"/.fonts.conf.d", "/.fonts.conf"}) Follow(home + name);
     }
 
-    /// Looks at every tag, but takes apart only those that name paths: most files have none.
+    /// Scans all tags, but parses only those that name paths; most files contain none.
     void ReadElements(const std::string& file, std::string_view text) {
         for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
             const std::string_view tag = text.substr(at + 1, kLongestName + 1);
@@ -158,13 +159,13 @@ private:
         }
     }
 
-    /// @param rest  what stands behind the element's name
+    /// @param rest  what follows the element's name
     void ReadElement(const std::string& file, std::string_view rest,
                      void (Walk::*use)(std::string_view, const std::string&, const std::string&)) {
         const std::size_t end = rest.find('>');
         if (end == rest.npos) return;
         const std::string_view value = WithoutBlanks(rest.substr(end + 1, rest.find("</", end) - end - 1));
-        // What is written with entities, comments or the like, a parser would have to read.
+        // Entities, comments and the like would need a real XML parser.
         if (value.find_first_of("&<") != value.npos) isClear_ = false;
         if (!value.empty()) (this->*use)(rest.substr(0, end), std::string(value), file);
     }
@@ -208,7 +209,7 @@ private:
             return {(folderOfUser.empty() ? Variable("HOME") + usualFolder : folderOfUser) + "/" + value};
         if (value.front() == '~') return {Variable("HOME") + value.substr(1)};
         if (value.front() == '/') return {value};
-        // By the file's folder or by the working one.
+        // Relative to the file's folder or to the working directory.
         return {file.substr(0, file.rfind('/') + 1) + value, value};
     }
 
@@ -218,9 +219,9 @@ private:
         folders_.push_back(std::move(path));
     }
 
-    /// A font in a folder of the user's own may be a link to one that lies anywhere.
+    /// A font in a user's folder may be a link to a file anywhere.
     void AddLinksIn(const std::string& folder) {
-        if (access(folder.c_str(), F_OK) != 0) return;  // as most of them; the rest loads a good deal of code
+        if (access(folder.c_str(), F_OK) != 0) return;  // as most do; the general case needs much more code
         std::error_code error;
         const auto options = fs::directory_options::skip_permission_denied;
         for (auto entry = fs::recursive_directory_iterator(folder, options, error);
@@ -237,9 +238,9 @@ private:
     bool (*isKnown_)(const std::string&);
     FontPaths paths_;
     std::vector<std::string> open_;  // configuration to read
-    // Of the file that is read.
+    // Buffer for the file being read.
     std::unique_ptr<char[]> text_ = std::make_unique_for_overwrite<char[]>(kMostBytes);
-    std::vector<std::string> folders_;  // of fonts, to look through
+    std::vector<std::string> folders_;  // font folders to scan
     std::set<std::string> seen_;
     std::size_t entries_ = 0;
     bool isClear_ = true;

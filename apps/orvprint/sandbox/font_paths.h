@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-/// What fontconfig reads and writes, by its configuration.
+/// The paths that fontconfig reads and writes according to its configuration.
 struct FontPaths {
-    std::vector<std::string> read;  ///< configuration files, folders of fonts, and what links in them lead to
-    std::vector<std::string> caches;  ///< folders where it keeps what it found
+    std::vector<std::string> read;    ///< configuration files, font folders, and the targets of links in them
+    std::vector<std::string> caches;  ///< cache folders
 };
 
-/// Follows the configuration from file to file without loading fontconfig, which would take as long as many a
-/// print. Paths too many may be named, such as those in comments.
-/// @param isKnown  true for paths that need not be named
-/// @return nothing where the configuration says more than that: then fonts may lie anywhere
+/// Follows the configuration from file to file without loading fontconfig, which would take longer than many
+/// a print. May return too many paths, for example some from comments.
+/// @param isKnown  true for paths that need not be listed
+/// @return nothing if the configuration uses features that are not read here; fonts may then be anywhere
 std::optional<FontPaths> FindFontPaths(bool (*isKnown)(const std::string& path));

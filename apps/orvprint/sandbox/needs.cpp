@@ -16,7 +16,7 @@
 
 namespace {
 
-// Whatever the system's packages hold: fonts, libraries that libraries load, conversions of characters.
+// Files of system packages: fonts, shared libraries, character set converters.
 constexpr std::array<std::string_view, 10> kSystemFolders{
     "/usr",       "/lib",       "/lib32",     "/lib64",      "/opt",
     "/nix/store", "/gnu/store", "/etc/fonts", "/etc/gnutls", "/etc/crypto-policies"};
@@ -28,12 +28,12 @@ constexpr std::array kSystemFiles{"/etc/ld.so.cache",
                                   "/proc/meminfo",
                                   "/proc/cpuinfo",
                                   "/sys/fs/cgroup",
-                                  "/sys/devices/system/cpu",  // memory, processors
+                                  "/sys/devices/system/cpu",  // memory and processors
                                   "/dev/null",
                                   "/dev/urandom",
                                   "/dev/random"};
 
-// Variables whose folders libraries look into.
+// Environment variables whose folders libraries search.
 constexpr std::array kFolderVariables{"LD_LIBRARY_PATH", "GCONV_PATH", "LOCPATH", "FONTCONFIG_PATH"};
 
 std::string Variable(const char* name) {
@@ -68,12 +68,12 @@ public:
     void AddFonts() {
         const std::optional<FontPaths> fonts = FindFontPaths(IsInSystemFolder);
         if (!fonts) {
-            // A page without its fonts would be worse than files that can be read.
+            // Better readable files than a page without its fonts.
             Add("/", FileUse::kRead);
             return;
         }
         for (const std::string& path : fonts->read) Add(path, FileUse::kRead);
-        // The first that there is, or can be made, is the one that fonts are noted in.
+        // The font index is written to the first folder that exists or can be created.
         bool hasCache = false;
         for (const std::string& path : fonts->caches) {
             if (!hasCache) hasCache = MakeFolders(path);
@@ -81,7 +81,7 @@ public:
         }
     }
 
-    /// As the fonts' catalogue looks for its folder, and makes it.
+    /// The same search and creation as in the font catalogue.
     void AddCache() {
         std::string folder = Variable("ORVPRINT_CACHE_DIR");
         if (!std::getenv("ORVPRINT_CACHE_DIR")) {
@@ -98,7 +98,7 @@ public:
     void AddInput(const std::string& path) {
         if (path == "-") return;
         const std::string folder = FolderOf(path);
-        if (inputFolders_.insert(folder).second) Add(folder, FileUse::kRead);  // for images, too
+        if (inputFolders_.insert(folder).second) Add(folder, FileUse::kRead);  // images need them, too
         struct stat facts {};
         if (lstat(path.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode)) Add(path, FileUse::kRead);
     }
@@ -111,7 +111,7 @@ public:
             return;
         }
         AddFolderOfOutput(path);
-        // A file for each page, each of which may be a link that is there already.
+        // One file for each page, and each may be an existing link.
         const std::size_t name = path.rfind('/') == path.npos ? 0 : path.rfind('/') + 1;
         std::size_t dot = path.rfind('.');
         if (dot == path.npos || dot <= name) dot = path.size();
@@ -138,7 +138,7 @@ private:
         }
     }
 
-    /// A new file stands beside its name until it is whole, or beside what the name leads to.
+    /// A new file is written beside its final name, or beside the target of the link.
     void AddFolderOfOutput(const std::string& path) {
         struct stat facts {};
         std::array<char, PATH_MAX> target;
@@ -147,7 +147,8 @@ private:
         Add(FolderOf(isLink ? target.data() : path), FileUse::kMake);
     }
 
-    /// A folder for caches, and the one that it lies in. @return whether it is there and can be written
+    /// A cache folder and its parent.
+    /// @return whether it exists and is writable
     static bool MakeFolders(const std::string& path) {
         if (access(path.c_str(), F_OK) != 0) {
             MakeFolder(FolderOf(path));
@@ -156,7 +157,7 @@ private:
         return access(path.c_str(), W_OK) == 0;
     }
 
-    /// Who prints with another's home leaves nothing there.
+    /// Someone who prints with another user's HOME must not leave files there.
     static void MakeFolder(const std::string& path) {
         struct stat facts {};
         if (stat(FolderOf(path).c_str(), &facts) == 0 && facts.st_uid == geteuid())

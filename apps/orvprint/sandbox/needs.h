@@ -6,16 +6,16 @@
 
 #include "apps/orvprint/sandbox/file_rules.h"
 
-/// What a run of the command is about.
+/// The files of a run of the command.
 struct RunFiles {
-    std::vector<std::string> inputs{};          ///< drawings; "-" for standard input
-    std::vector<std::string> allowedFolders{};  ///< of images
-    std::string output{};                       ///< a file, "-" for standard output; empty without
-    std::string outputFolder{};                 ///< where files are made, instead of `output`
-    bool keepsTemporaryFiles = false;           ///< the output's format cannot be written from front to end
+    std::vector<std::string> inputs{};          ///< drawings; "-" is standard input
+    std::vector<std::string> allowedFolders{};  ///< folders of images
+    std::string output{};                       ///< a file, or "-" for standard output; empty: none
+    std::string outputFolder{};                 ///< folder in which files are created, instead of `output`
+    bool keepsTemporaryFiles = false;           ///< the format needs a seekable file
 };
 
-/// The files that it will need: its own, fonts, libraries that are loaded late, what tells of the machine,
-/// and caches. Missing folders for the caches of the command and of fonts are made, as they could not be made
-/// later.
+/// The rules for a run: its own files, fonts, libraries that are loaded late, information on the machine, and
+/// caches. Creates the cache folders of the command and of fonts if they are missing, since that would not be
+/// allowed later.
 std::vector<FileRule> FileRulesFor(const RunFiles& files);

@@ -9,7 +9,7 @@
 #include "apps/orvprint/sandbox/call_filter.h"
 
 std::string EnterSandbox(const std::vector<FileRule>& rules) {
-    // Without it, a program that is started with another user's rights would not be held by any of this.
+    // Without no_new_privs, a setuid program started later would escape the restrictions.
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return std::string("giving up rights: ") + std::strerror(errno);
     std::string missing = RestrictFiles(rules);

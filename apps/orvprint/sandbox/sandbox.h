@@ -6,9 +6,9 @@
 
 #include "apps/orvprint/sandbox/file_rules.h"
 
-/// Gives up, for this process and for good, what printing does not need: all files but those of the rules,
-/// connections, other programs, other processes, other users' rights, and parts of the kernel. To be called
-/// while there is one thread.
-/// @return what of it the system refuses, as "the rules for files: Function not implemented"; empty when all
-///         is given up. The rest is given up all the same.
+/// Permanently drops everything that printing does not need: files other than those of the rules,
+/// connections, other programs and processes, other users' rights, and parts of the kernel. Call it while the
+/// process has a single thread.
+/// @return the restrictions that the system does not support, such as "the rules for files: Function not
+///         implemented"; empty if all are in force. The others are applied in any case.
 std::string EnterSandbox(const std::vector<FileRule>& rules);

@@ -48,26 +48,31 @@ void AddServeOptions(CommandOptions& command, ServeSettings& settings) {
     command.add_option("--listen", settings.address, "Listen on an address of this machine")
         ->option_text("HOST:PORT");
     command.add_flag("--allow-remote", settings.allowsRemote,
-                     "With --listen: other machines may reach the address");
-    command.add_option("-j,--workers", settings.workers, "Workers, each a process (default: processors)")
+                     "With --listen: allow an address that other machines can reach");
+    command
+        .add_option("-j,--workers", settings.workers,
+                    "Number of worker processes (default: one per processor)")
         ->option_text("N")
         ->check(command.IsInRange(1U, 256U));
-    command.add_option("--queue", settings.queue, "Jobs that may wait; more are answered 429")
+    command
+        .add_option("--queue", settings.queue, "Maximum number of waiting jobs; further ones get status 429")
         ->option_text("N [256]")
         ->check(command.IsInRange(1U, 100'000U));
-    command.add_option("--max-request", settings.mostRequestBytes, "Bytes of a drawing as it is sent")
+    command.add_option("--max-request", settings.mostRequestBytes, "Maximum size of a request in bytes")
         ->option_text("N [67108864]")
         ->check(command.IsInRange(std::uint64_t{1}, std::uint64_t{1} << 32U));
-    command.add_option("--max-connections", settings.mostConnections, "Connections at a time")
+    command.add_option("--max-connections", settings.mostConnections, "Maximum number of connections")
         ->option_text("N [1000]")
         ->check(command.IsInRange(1U, 60'000U));
-    command.add_option("--patience", settings.patience, "Seconds for a request to come, or a client to read")
+    command
+        .add_option("--patience", settings.patience,
+                    "Seconds to wait for a slow client, sending or receiving")
         ->option_text("N [30]")
         ->check(command.IsInRange(1U, 3600U));
     command.add_option("--jobs-per-worker", settings.jobsPerWorker, "Replace a worker after N jobs")
         ->option_text("N [1000]")
         ->check(command.IsInRange(1U, 1'000'000U));
-    command.add_flag("--quiet", settings.isQuiet, "Log no line for each job");
+    command.add_flag("--quiet", settings.isQuiet, "Do not log jobs");
 }
 
 int RunServe(ServeSettings settings) {
