@@ -108,10 +108,11 @@ def in_turns(names, runs, options):
         yield from turn
 
 
-# Pages are compared at this size (pixels): fine enough to see what is missing, and too coarse for edges and fonts to count.
+# Pages are compared at this size in pixels: fine enough to detect missing content, coarse enough to ignore edges and
+# fonts.
 COMPARED = 200
-# Mean difference of all channels, of 1, that is another drawing. Pages of the same drawing differ by less than 0.03 here:
-# other fonts are the most of it.
+# Largest mean difference of all channels, from 0 to 1, at which two pages count as the same drawing. In this benchmark
+# such pages differ by less than 0.03, mostly because of fonts.
 LARGEST_DIFFERENCE = 0.06
 
 

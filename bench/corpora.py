@@ -252,7 +252,7 @@ CORPORA = {
     "texts-200": texts(200),
     "texts-2k": texts(2_000),
     "texts-20k": texts(20_000),
-    # Families that no machine has, so that each is looked for.
+    # Families that are not installed anywhere, so that each has to be searched for.
     "families-1": texts(20_000, ["Family 0, sans-serif"]),
     "families-50": texts(20_000, [f"Family {i}, sans-serif" for i in range(50)]),
     "groups-10": nested(10, 50),

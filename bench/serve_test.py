@@ -205,7 +205,7 @@ class Bench:
             for i in range(200):
                 client = socket.socket(socket.AF_UNIX)
                 client.connect(service.socket)
-                # Half a head, half a drawing, or an answer that is not taken.
+                # A partial request head, a partial drawing, or a complete request whose response is never read.
                 client.sendall((head[:20], head + body[:1000], head + body)[i % 3])
                 held.append(client)
             result = self.load(service, 8, self.requests // 2)

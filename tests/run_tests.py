@@ -22,7 +22,7 @@ import time
 import zlib
 from pathlib import Path
 
-# What the leak checker says when it could not stop the process's threads; what it finds reads otherwise.
+# Message of the leak checker when it could not stop the threads of the process, as distinct from a report of leaks.
 LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
 MOST_TRIES = 5  # it fails in one of some hundred processes, now and then twice in a row
 SHARDS_A_JOB = 6
@@ -87,7 +87,8 @@ class Shard:
 
     def judge(self, code):
         begun = re.findall(r"^\[ RUN      \] (\S+)$", self.log, re.MULTILINE)
-        # Names stand before a row of parameters; a test may have left a line of its own unfinished.
+        # The name is followed by a description of parameters. It may not start a line if a test printed an unfinished
+        # line.
         ended = {kind: re.findall(rf"\[{kind}\] ([^\s,]+)(?:, where .*)? \(\d+ ms\)$", self.log, re.MULTILINE)
                  for kind in ("       OK ", "  FAILED  ", "  SKIPPED ")}
         self.skipped = ended["  SKIPPED "]

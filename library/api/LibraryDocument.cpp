@@ -23,8 +23,8 @@
 
 namespace {
 
-/// What a document has the calling thread heed while it works: its limits, preferences and access. Whatever
-/// the host itself had set stands again afterwards.
+/// Applies a document's limits, preferences and access policy to the calling thread, and restores the
+/// thread's previous ones when it goes out of scope.
 class DocumentScope {
 public:
     DocumentScope(const ORVPrintLimitValues& limits, const ORVPrintPreferences& preferences,
@@ -90,7 +90,8 @@ private:
     const int descriptor_;
 };
 
-/// Keeps the bytes to the end, as generators write from threads of their own.
+/// Collects the output until Commit(): generators may write from other threads, but the callback must be
+/// called in the caller's thread.
 class CallbackOutput final : public ORVOutput {
 public:
     CallbackOutput(orvprint_write_function write, void* data) : write_(write), data_(data) {}
@@ -136,7 +137,7 @@ private:
     void* const data_;
 };
 
-/// One line, whatever the names of files and the documents hold.
+/// Makes a message one printable line: control characters in file names and document text are escaped.
 std::string Line(const std::string& subject, std::string_view reason) {
     const std::string text = subject.empty() ? std::string(reason) : subject + ": " + std::string(reason);
     std::string line;
@@ -151,7 +152,7 @@ std::string LimitReached(ORVPrintLimit limit) {
            ", the limit; to allow more, open it with the option limit=" + std::string(row.name) + "=N";
 }
 
-/// The format that the ending of a file's name stands for; empty for none.
+/// File name extension, which selects the output format; empty if there is none.
 std::string_view EndingOf(std::string_view path) {
     const std::size_t slash = path.rfind('/');
     if (slash != path.npos) path.remove_prefix(slash + 1);
@@ -175,7 +176,8 @@ void LibraryDocument::BeginCall() {
 
 int LibraryDocument::Fail(PrintResult result, const char* text) {
     result_ = result;
-    // Short enough to need no memory where there is none.
+    // The messages passed here fit the string's internal buffer, so nothing is allocated when memory has run
+    // out.
     error_ = text;
     return result;
 }
@@ -184,7 +186,7 @@ int LibraryDocument::Report(PrintResult result, const std::string& subject, cons
     const std::string line = Line(subject, reason);
     if (result == kResultDone) {
         if (note_.first) note_.first(note_.second, line.c_str());
-    } else if (result_ == kResultDone) {  // what failed first knows best
+    } else if (result_ == kResultDone) {  // the first error is kept
         result_ = result;
         error_ = line;
     }
@@ -263,7 +265,7 @@ int LibraryDocument::ReadDrawings() {
     const auto cancelled = [this] { return Report(kResultCancelled, Origin().name, "was cancelled"); };
     if (const int code = CheckKind(Origin(), bytes_); code != kResultDone) return code;
     if (IsCancelled()) return cancelled();
-    // A check reads the bytes again, and they may be the host's own.
+    // Checking reads the bytes again, and they may belong to the host, so they are kept.
     DrawingOptions options = words_.drawing;
     options.keepsBytes = true;
     return UseDrawings(Origin(), options, bytes_, [&](const Drawing& drawing) {

@@ -14,10 +14,10 @@
 #include "platform/print/ORVPrintPreferences.h"
 #include "platform/system/ORVFileAccessPolicy.h"
 
-/// Options as the C interface takes them: key, value, ..., null.
+/// Options of the C interface: key, value, ..., null.
 using OptionPairs = const char* const*;
 
-/// Allows the folders of a document, and notes which files it asked for: they are no outputs.
+/// Access policy of one document. Also records which files were read, so that output never overwrites them.
 class DocumentAccess final : public ORVFileAccessPolicy {
 public:
     void AllowFolder(const std::string& folder) { folders_.AllowFolder(folder); }
@@ -29,14 +29,15 @@ private:
     mutable FileSet files_;
 };
 
-/// What stands behind a handle of the C interface. It belongs to one thread at a time. Throws std::bad_alloc.
+/// The object behind an orvprint_document handle. Used by one thread at a time. Functions throw
+/// std::bad_alloc.
 class LibraryDocument final : private PrintHost, private PrintWatch {
 public:
     LibraryDocument() = default;
 
-    /// Begins a call that can fail: forgets what the one before it left.
+    /// Starts a call that can fail: clears the result and error of the previous one.
     void BeginCall();
-    /// Ends a call with what was thrown. Needs no memory.
+    /// Ends a call with an error. Allocates no memory for short texts, so it can report that memory ran out.
     int Fail(PrintResult result, const char* text);
     int GetResult() const { return result_; }
     const char* GetError() const { return error_.c_str(); }
@@ -46,13 +47,14 @@ public:
     void SetNote(orvprint_note_function note, void* data) { note_ = {note, data}; }
 
     int OpenFile(const std::string& path, OptionPairs options);
-    /// @param owner  keeps the bytes where they are; null where the caller does
+    /// @param owner  keeps the bytes alive; null if the caller does
     int OpenBytes(std::shared_ptr<const void> owner, std::string_view bytes, OptionPairs options);
     int OpenReader(orvprint_read_function read, void* data, OptionPairs options);
     void Close();
 
     int CountPages(unsigned int& count);
-    /// @param page  from 1
+    /// @param page   page number, from 1
+    /// @param facts  set on success; owned by the document
     int FindPage(unsigned int page, const PageFacts*& facts);
 
     int RenderFile(const std::string& path, OptionPairs options);
@@ -90,5 +92,5 @@ private:
     std::string path_;
     InputBytes bytes_;
     std::vector<Drawing> drawings_;
-    std::vector<PageFacts> pages_;  // of all drawings
+    std::vector<PageFacts> pages_;  // of all drawings, in order
 };

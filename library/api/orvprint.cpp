@@ -19,7 +19,7 @@ namespace {
 
 constexpr double kPointsPerUserUnit = 72.0 / 90.0;
 
-/// Does the work of a call that can fail. Nothing that is thrown gets out.
+/// Runs the body of a call that can fail, turning exceptions into results: none may reach the C caller.
 template <class Work>
 int Call(orvprint_document* handle, Work work) {
     if (!handle) return kResultUsage;
@@ -36,7 +36,7 @@ int Call(orvprint_document* handle, Work work) {
 
 int RefuseNull(LibraryDocument& document) { return document.Fail(kResultUsage, "null argument"); }
 
-/// Hands a text over to a caller that frees it.
+/// Copies a string for the caller, who frees it with orvprint_free_text().
 int GiveText(LibraryDocument& document, const std::string& text, char** out) {
     char* const copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (!copy) return document.Fail(kResultFailed, "out of memory");
@@ -53,7 +53,7 @@ unsigned int orvprint_api_version(void) { return ORVPRINT_API_VERSION; }
 
 const char* orvprint_format_name(unsigned int index) {
     const auto formats = ORVOutputFormats();
-    // Names of the table are literals.
+    // Names in the table are string literals, so they are null-terminated.
     return index < formats.size() ? formats[index].name.data() : nullptr;
 }
 

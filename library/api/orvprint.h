@@ -7,28 +7,29 @@
  * The C interface of liborvprint: reads SVG drawings and renders their pages as PDF, PostScript, EPS, SVG,
  * PNG, TIFF, PWG Raster or Apple Raster.
  *
- * All that belongs to a document hangs on its handle: errors, limits, what it may read. There is no state of
- * the process. Different documents may be used in different threads at the same time, each by one thread at a
- * time.
+ * All state belongs to a document handle: the last error, limits, and which files may be read. The library
+ * keeps no process-wide state. Different documents can be used in different threads at the same time; a
+ * single document must not be used by two threads at once.
  *
- * Functions that can fail return ORVPRINT_OK or another result below; orvprint_error_text() then says what
- * was wrong, in one line. Nothing is written to standard output or standard error, no signal is caught, the
- * process never ends.
+ * Functions that can fail return ORVPRINT_OK or one of the error results below; orvprint_error_text() then
+ * describes the error in one line. The library never writes to standard output or standard error, installs no
+ * signal handlers and never terminates the process.
  *
- * Options are pairs of strings: an array "key", "value", "key", "value", ... that ends with a null pointer in
- * the place of a key; a null pointer stands for no options. Keys are the long options of the command orvprint
- * without "--"; values are written as there; a switch is "true" or "false". An unknown key, a key that the
- * function does not take, and a bad value are ORVPRINT_ERROR_USAGE, and the error's text names the key.
+ * Options are passed as an array of strings "key", "value", "key", "value", ... terminated by a null pointer
+ * in place of a key. A null array means no options. Keys are the long options of the orvprint command without
+ * "--", and values are written as on the command line; a switch is "true" or "false". An unknown key, a key
+ * that the function does not accept, or an invalid value fails with ORVPRINT_ERROR_USAGE, and the error text
+ * names the key.
  *
- * - Opening takes interpreter (svg, svg2), parser, qvxml, fragment, keep-going, language, font-size, limit
- *   (NAME=N, repeatable; `orvprint limits` lists them; "memory" has no effect), allow-dir (a folder with
- *   images that the drawing may use, repeatable), no-file-images (read no file at all).
- * - Rendering takes format, pages, dpi, flatten-dpi, paper, orientation, scale, margin, align, tile, overlap,
- *   nup, grey, mono, stroke-scale, min-stroke, width, height, zoom, background, export-id, threads (that draw
- *   a page of pixels; 0, the default, for as many as there are processors).
- * - Checking takes ignore (a kind of finding, repeatable).
+ * - Opening accepts interpreter (svg, svg2), parser, qvxml, fragment, keep-going, language, font-size, limit
+ *   (NAME=N, repeatable; `orvprint limits` lists the names; "memory" has no effect), allow-dir (a folder of
+ *   images that the drawing may read, repeatable) and no-file-images (read no files at all).
+ * - Rendering accepts format, pages, dpi, flatten-dpi, paper, orientation, scale, margin, align, tile,
+ *   overlap, nup, grey, mono, stroke-scale, min-stroke, width, height, zoom, background, export-id, threads
+ *   (number of threads that rasterise a page; 0, the default, uses one per processor).
+ * - Checking accepts ignore (the name of a kind of finding, repeatable).
  *
- * Texts are UTF-8 and end with a null character. Running out of memory is a failure like any other.
+ * Strings are null-terminated UTF-8. Running out of memory is reported like any other failure.
  */
 
 #include <stddef.h>
@@ -38,121 +39,122 @@ extern "C" {
 #endif
 
 #if defined(ORV_LIBRARY_BUILD) && defined(__GNUC__)
-#define ORVPRINT_API __attribute__((visibility("default"))) /**< what the library exports */
+#define ORVPRINT_API __attribute__((visibility("default"))) /**< Marks an exported function. */
 #else
-#define ORVPRINT_API /**< what the library exports */
+#define ORVPRINT_API /**< Marks an exported function. */
 #endif
 
-/** Version of this interface. It grows by one when functions are added; what is there stays as it is. */
+/** Version of this interface. It increases by one when functions are added; existing ones never change. */
 #define ORVPRINT_API_VERSION 1
 
 /** @name Results
- * The numbers are the exit codes of the command.
+ * Equal to the exit codes of the orvprint command.
  * @{ */
-#define ORVPRINT_OK 0                      /**< done */
-#define ORVPRINT_ERROR_USAGE 2             /**< an option, an argument, or a call at the wrong time */
+#define ORVPRINT_OK 0                      /**< success */
+#define ORVPRINT_ERROR_USAGE 2             /**< invalid option or argument, or nothing is open */
 #define ORVPRINT_ERROR_UNREADABLE 3        /**< the input cannot be read */
-#define ORVPRINT_ERROR_NOT_WELL_FORMED 4   /**< the input is no well-formed XML */
+#define ORVPRINT_ERROR_NOT_WELL_FORMED 4   /**< the input is not well-formed XML */
 #define ORVPRINT_ERROR_NO_PAGE 5           /**< the input has no page */
-#define ORVPRINT_ERROR_PAGE_OUT_OF_RANGE 6 /**< there is no such page, or no such element to export */
-#define ORVPRINT_ERROR_UNKNOWN_FORMAT 7    /**< no format was named, and the output's ending names none */
+#define ORVPRINT_ERROR_PAGE_OUT_OF_RANGE 6 /**< no such page, or no element with the given export-id */
+#define ORVPRINT_ERROR_UNKNOWN_FORMAT 7    /**< no format given, and none implied by the file name */
 #define ORVPRINT_ERROR_UNWRITABLE 8        /**< the output cannot be written */
-#define ORVPRINT_ERROR_FAILED 9     /**< rendering failed, a limit was reached, or memory was refused */
-#define ORVPRINT_ERROR_NO_MODULE 10 /**< the interpreter's module is missing */
-#define ORVPRINT_ERROR_CANCELLED 12 /**< the cancel callback asked for it */
+#define ORVPRINT_ERROR_FAILED 9            /**< rendering failed, a limit was exceeded, or memory ran out */
+#define ORVPRINT_ERROR_NO_MODULE 10        /**< the interpreter module is missing */
+#define ORVPRINT_ERROR_CANCELLED 12        /**< the cancel callback returned 1 */
 /** @} */
 
-/** A document: an input and the pages made of it. */
+/** A document: one input and its pages. Created by orvprint_new(), freed by orvprint_free(). */
 typedef struct orvprint_document orvprint_document;
 
 /**
- * Hands bytes over; called in the thread of the call that it was given to.
- * @param data   as it was given with the callback
- * @param bytes  valid during the call
- * @param size   number of bytes, more than 0
- * @return 1 when all bytes were taken, 0 to fail with ORVPRINT_ERROR_UNWRITABLE
+ * Receives output. Called in the thread that called orvprint_render_writer().
+ * @param data   the pointer passed with the callback
+ * @param bytes  the output; valid during the call only
+ * @param size   number of bytes, at least 1
+ * @return 1 if all bytes were consumed, 0 to fail the call with ORVPRINT_ERROR_UNWRITABLE
  */
 typedef int (*orvprint_write_function)(void* data, const void* bytes, size_t size);
 
 /**
- * Asks for bytes; called in the thread of the call that it was given to.
- * @param data   as it was given with the callback
- * @param bytes  where they go
- * @param size   room there is, more than 0
- * @return number of bytes, 0 at the end, (size_t)-1 when reading failed
+ * Supplies input. Called in the thread that called orvprint_open_reader().
+ * @param data   the pointer passed with the callback
+ * @param bytes  buffer to fill
+ * @param size   size of the buffer in bytes, at least 1
+ * @return number of bytes stored, 0 at the end of the input, (size_t)-1 on a read error
  */
 typedef size_t (*orvprint_read_function)(void* data, void* bytes, size_t size);
 
 /**
- * Asks whether to stop; called often, in the thread that renders or opens.
- * @param data  as it was given with the callback
- * @return 1 to stop, 0 to go on
+ * Decides whether the current call is cancelled. Called frequently, in the thread that opens or renders.
+ * @param data  the pointer passed with the callback
+ * @return 1 to cancel, 0 to continue
  */
 typedef int (*orvprint_cancel_function)(void* data);
 
 /**
- * Tells of progress; called in the thread that renders, after each page.
- * @param data   as it was given with the callback
- * @param done   pages rendered so far
- * @param total  pages to render
+ * Reports progress. Called after each page, in the thread that renders.
+ * @param data   the pointer passed with the callback
+ * @param done   number of pages rendered so far
+ * @param total  number of pages to render
  */
 typedef void (*orvprint_progress_function)(void* data, unsigned int done, unsigned int total);
 
 /**
- * Tells what is worth knowing of a call that goes on, such as what of a broken document is left out.
- * @param data  as it was given with the callback
- * @param text  one line, valid during the call
+ * Receives a message about a call that has not failed, such as which part of a broken document is skipped.
+ * Called in the thread that made the call.
+ * @param data  the pointer passed with the callback
+ * @param text  one line; valid during the call only
  */
 typedef void (*orvprint_note_function)(void* data, const char* text);
 
-/** Version of the library, such as "0.1.0". The text is the library's. Any thread. */
+/** Version of the library, such as "0.1.0". A static string; may be called from any thread. */
 ORVPRINT_API const char* orvprint_version(void);
 
-/** ORVPRINT_API_VERSION of the library that is in use: a program that needs more than that does not run with
- * it. */
+/** ORVPRINT_API_VERSION of the library loaded at run time. A program compiled against a greater version may
+ * need functions that this library lacks. */
 ORVPRINT_API unsigned int orvprint_api_version(void);
 
 /**
  * Name of an output format, such as "pdf".
- * @param index  from 0
- * @return null past the last one. The text is the library's
+ * @param index  counted from 0
+ * @return a static string; null past the last format
  */
 ORVPRINT_API const char* orvprint_format_name(unsigned int index);
 
-/** A document without content. @return null when out of memory; to be freed with orvprint_free() */
+/** Creates a document with nothing open. @return null when out of memory; free with orvprint_free() */
 ORVPRINT_API orvprint_document* orvprint_new(void);
 
-/** Frees a document and all that belongs to it. Null is nothing to free. */
+/** Frees a document and everything it owns. Null is allowed and ignored. */
 ORVPRINT_API void orvprint_free(orvprint_document* document);
 
-/** Result of the last call that can fail; ORVPRINT_ERROR_USAGE for null. */
+/** Result of the last call that can fail; ORVPRINT_ERROR_USAGE if the document is null. */
 ORVPRINT_API int orvprint_error(const orvprint_document* document);
 
 /**
- * What was wrong with the last call that can fail, in one line: the input's name and place, and the reason.
- * @return empty when nothing was; valid until the next call with the document
+ * Error message of the last call that can fail, in one line: the input's name and position, and the reason.
+ * @return empty after success; valid until the next call with the document
  */
 ORVPRINT_API const char* orvprint_error_text(const orvprint_document* document);
 
 /**
- * Has a callback asked whether to stop; null for none. It is asked before the document is read, before every
- * drawing call and before the output is put in place; a page of pixels is painted to its end.
+ * Sets the callback that can cancel a call; null for none. It is called before the document is read, before
+ * every drawing call and before the output is put in place. Rasterising a page is not interrupted.
  */
 ORVPRINT_API int orvprint_set_cancel(orvprint_document* document, orvprint_cancel_function cancel,
                                      void* data);
 
-/** Has a callback told of progress; null for none. */
+/** Sets the callback for progress; null for none. */
 ORVPRINT_API int orvprint_set_progress(orvprint_document* document, orvprint_progress_function progress,
                                        void* data);
 
-/** Has a callback told of notes; null for none. */
+/** Sets the callback for messages; null for none. */
 ORVPRINT_API int orvprint_set_note(orvprint_document* document, orvprint_note_function note, void* data);
 
 /**
- * Opens a file, which may be compressed with gzip. Its content is read now, images of its folder and the
- * folders below when they are needed; no other file is read, but for those of allow-dir. What was open before
- * is closed.
- * @param path     of the file
+ * Opens a file, which may be compressed with gzip. Its content is read immediately. Images are read when they
+ * are needed, only from the file's own folder, its subfolders and the folders of allow-dir. Anything open
+ * before is closed.
+ * @param path     path of the file
  * @param options  see above; may be null
  * @return a result; after a failure nothing is open
  */
@@ -160,85 +162,88 @@ ORVPRINT_API int orvprint_open_file(orvprint_document* document, const char* pat
                                     const char* const* options);
 
 /**
- * Opens bytes, of which a copy is made; otherwise as orvprint_open_file(). The document may read no file at
- * all, but for those of allow-dir.
+ * Opens a document in memory, of which a copy is made; otherwise like orvprint_open_file(). The document may
+ * read no files except those in the folders of allow-dir.
  */
 ORVPRINT_API int orvprint_open_bytes(orvprint_document* document, const void* bytes, size_t size,
                                      const char* const* options);
 
-/** As orvprint_open_bytes(), without a copy: the bytes stay as they are until something else is opened or the
- * document is freed. */
+/** Like orvprint_open_bytes(), without a copy: the caller must keep the bytes unchanged until something else
+ * is opened or the document is freed. */
 ORVPRINT_API int orvprint_open_borrowed(orvprint_document* document, const void* bytes, size_t size,
                                         const char* const* options);
 
-/** As orvprint_open_bytes(), with what a callback reads, to its end. */
+/** Like orvprint_open_bytes(), with bytes read from a callback until it reports the end. */
 ORVPRINT_API int orvprint_open_reader(orvprint_document* document, orvprint_read_function read, void* data,
                                       const char* const* options);
 
 /**
  * Number of pages.
- * @param count  out; 0 after a failure
+ * @param count  set to the number; 0 after a failure
  */
 ORVPRINT_API int orvprint_page_count(orvprint_document* document, unsigned int* count);
 
 /**
- * Size of a page in points of 1/72 inch, without paper or scale.
- * @param page    from 1
- * @param width   out; 0 after a failure
- * @param height  out; 0 after a failure
+ * Size of a page in points (1/72 inch), before paper and scale options are applied.
+ * @param page    page number, from 1
+ * @param width   set to the width; 0 after a failure
+ * @param height  set to the height; 0 after a failure
  */
 ORVPRINT_API int orvprint_page_size(orvprint_document* document, unsigned int page, double* width,
                                     double* height);
 
 /**
  * Title of a page.
- * @param page   from 1
- * @param title  out: empty for none; valid until something else is opened or the document is freed
+ * @param page   page number, from 1
+ * @param title  set to the title, empty if none; valid until the document is freed or something else is
+ *               opened
  */
 ORVPRINT_API int orvprint_page_title(orvprint_document* document, unsigned int page, const char** title);
 
 /**
- * Renders pages to a file. Nothing shows under its name unless all went well. Formats of one page a file make
- * "name-1.png", "name-2.png" ... of "name.png" where there are several. The input and what it reads are never
- * replaced.
- * @param path     its ending names the format, unless the option "format" does
+ * Renders pages to a file, which appears under its name only if rendering succeeds. With several pages,
+ * formats that hold one page per file write "name-1.png", "name-2.png" ... for "name.png". The input file and
+ * the files it reads are never overwritten.
+ * @param path     output file; its extension selects the format unless the option "format" does
  * @param options  see above; may be null
  */
 ORVPRINT_API int orvprint_render_file(orvprint_document* document, const char* path,
                                       const char* const* options);
 
 /**
- * Renders pages to an open file, as the bytes come.
- * @param descriptor  stays open, and the caller's
- * @param options     must hold "format"
+ * Renders pages to an open file descriptor. Output is written as it is produced, so a failed call may leave
+ * part of it.
+ * @param descriptor  owned by the caller; it is not closed
+ * @param options     must contain "format"
  */
 ORVPRINT_API int orvprint_render_descriptor(orvprint_document* document, int descriptor,
                                             const char* const* options);
 
 /**
- * Renders pages and hands the bytes of the output to a callback, when all are there; none after a failure.
- * @param write    gets pieces of any size, in order
- * @param options  must hold "format"
+ * Renders pages and passes the output to a callback once it is complete. If rendering fails, the callback is
+ * not called.
+ * @param write    receives the output in order, in pieces of any size
+ * @param options  must contain "format"
  */
 ORVPRINT_API int orvprint_render_writer(orvprint_document* document, orvprint_write_function write,
                                         void* data, const char* const* options);
 
 /**
- * Checks the document for what will not print as its author may expect.
+ * Checks the document for content that may not print as its author expects. Findings are not a failure.
  * @param options  see above; may be null
- * @param json     out: an object as `orvprint check --json` writes for a file; to be freed with
- * orvprint_free_text(); null after a failure. Findings are no failure
+ * @param json     set to an object as `orvprint check --json` writes for one file; free with
+ *                 orvprint_free_text(); null after a failure
  */
 ORVPRINT_API int orvprint_check(orvprint_document* document, const char* const* options, char** json);
 
 /**
- * What the interpreter made of the document.
- * @param json  out: an object as `orvprint inspect --json` writes, or an array of them where the document
- * holds several drawings; to be freed with orvprint_free_text(); null after a failure
+ * Describes how the interpreter read the document.
+ * @param json  set to an object as `orvprint inspect --json` writes, or an array of such objects if the
+ *              document holds several drawings; free with orvprint_free_text(); null after a failure
  */
 ORVPRINT_API int orvprint_dump(orvprint_document* document, char** json);
 
-/** Frees a text that the library allocated. Null is nothing to free. */
+/** Frees a string allocated by orvprint_check() or orvprint_dump(). Null is allowed and ignored. */
 ORVPRINT_API void orvprint_free_text(char* text);
 
 #ifdef __cplusplus

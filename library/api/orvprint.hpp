@@ -3,9 +3,9 @@
 #define ORVPRINT_HPP
 
 /// @file
-/// The C interface of liborvprint for C++17: a document that frees itself, failures as exceptions. Header
-/// only, so that the library need not come of the same compiler. What functions do, and the keys of options,
-/// stands in orvprint.h.
+/// C++17 wrapper around the C interface of liborvprint, with documents that free themselves and failures
+/// reported as exceptions. It is header-only, so the library may be built with a different compiler.
+/// orvprint.h documents the functions and their option keys.
 
 #include <orvprint.h>
 
@@ -23,32 +23,33 @@
 
 namespace orvprint {
 
-/// A failure: what() is the error's text.
+/// A failed call. what() is the error text.
 class Error : public std::runtime_error {
 public:
-    /// @param result  ORVPRINT_ERROR_...
+    /// @param result  one of ORVPRINT_ERROR_...
+    /// @param text    the message that what() returns
     Error(int result, const std::string& text) : std::runtime_error(text), result_(result) {}
-    /// Which of ORVPRINT_ERROR_... it is.
+    /// One of ORVPRINT_ERROR_...
     int GetResult() const noexcept { return result_; }
 
 private:
     int result_;
 };
 
-/// Options by key and value, in the order in which they count: {{"dpi", "300"}, {"paper", "A4"}}.
+/// Options as key and value, such as {{"dpi", "300"}, {"paper", "A4"}}. Applied in order.
 using Options = std::vector<std::pair<std::string, std::string>>;
 
-/// Size of a page, points.
+/// Size of a page in points (1/72 inch).
 struct PageSize {
-    double width = 0.0;   ///< of the page
-    double height = 0.0;  ///< of the page
+    double width = 0.0;   ///< in points
+    double height = 0.0;  ///< in points
 };
 
-/// A document. It may be moved, and belongs to one thread at a time. Failures of its functions are thrown as
-/// Error; what a callback throws comes out of the function that called it.
+/// A document. Movable; must be used by only one thread at a time. Its functions throw Error on failure, and
+/// rethrow any exception thrown by a callback.
 class Document {
 public:
-    /// A document without content.
+    /// Creates a document with nothing open.
     Document() : state_(std::make_unique<State>()) {}
 
     /// Opens a file.
@@ -57,7 +58,7 @@ public:
                const char* const* pairs) { return orvprint_open_file(handle, path.c_str(), pairs); },
            options);
     }
-    /// Opens a copy of bytes.
+    /// Opens a copy of the bytes.
     void OpenBytes(std::string_view bytes, const Options& options = {}) {
         Do(
             [&](orvprint_document* handle, const char* const* pairs) {
@@ -65,7 +66,7 @@ public:
             },
             options);
     }
-    /// Opens what a stream gives, to its end.
+    /// Reads a stream to its end and opens the content.
     void OpenStream(std::istream& stream, const Options& options = {}) {
         state_->stream = &stream;
         Do(
@@ -83,7 +84,8 @@ public:
         });
         return count;
     }
-    /// Size of a page, from 1.
+    /// Size of a page.
+    /// @param page  page number, from 1
     PageSize GetPageSize(unsigned int page) const {
         PageSize size;
         Do([&](orvprint_document* handle, const char* const*) {
@@ -91,7 +93,8 @@ public:
         });
         return size;
     }
-    /// Title of a page, from 1; empty for none.
+    /// Title of a page; empty if it has none.
+    /// @param page  page number, from 1
     std::string GetPageTitle(unsigned int page) const {
         const char* title = "";
         Do([&](orvprint_document* handle, const char* const*) {
@@ -106,13 +109,13 @@ public:
                const char* const* pairs) { return orvprint_render_file(handle, path.c_str(), pairs); },
            options);
     }
-    /// Renders to an open file.
+    /// Renders to an open file descriptor, which stays open.
     void RenderDescriptor(int descriptor, const Options& options) {
         Do([&](orvprint_document* handle,
                const char* const* pairs) { return orvprint_render_descriptor(handle, descriptor, pairs); },
            options);
     }
-    /// Renders, and returns the bytes of the output.
+    /// Renders and returns the output bytes.
     std::string Render(const Options& options) {
         state_->bytes.clear();
         Do(
@@ -123,7 +126,7 @@ public:
         return std::move(state_->bytes);
     }
 
-    /// Findings as JSON.
+    /// Checks the document and returns the findings as JSON; see orvprint_check().
     std::string Check(const Options& options = {}) const {
         char* json = nullptr;
         Do([&](orvprint_document* handle,
@@ -131,25 +134,26 @@ public:
            options);
         return TakeText(json);
     }
-    /// The model as JSON.
+    /// Returns the model as JSON; see orvprint_dump().
     std::string Dump() const {
         char* json = nullptr;
         Do([&](orvprint_document* handle, const char* const*) { return orvprint_dump(handle, &json); });
         return TakeText(json);
     }
 
-    /// Has a function asked whether to stop: true for that. An empty one stands for none.
+    /// Sets the function that cancels a call by returning true; an empty function removes it.
     void SetCancel(std::function<bool()> cancel) {
         state_->cancel = std::move(cancel);
         orvprint_set_cancel(state_->handle.get(), state_->cancel ? &State::Cancel : nullptr, state_.get());
     }
-    /// Has a function told of pages rendered, and of how many there are. An empty one stands for none.
+    /// Sets the function called after each page with the number of pages rendered and the total; an empty
+    /// function removes it.
     void SetProgress(std::function<void(unsigned int, unsigned int)> progress) {
         state_->progress = std::move(progress);
         orvprint_set_progress(state_->handle.get(), state_->progress ? &State::Progress : nullptr,
                               state_.get());
     }
-    /// Has a function told of notes. An empty one stands for none.
+    /// Sets the function that receives messages; an empty function removes it.
     void SetNote(std::function<void(const std::string&)> note) {
         state_->note = std::move(note);
         orvprint_set_note(state_->handle.get(), state_->note ? &State::Note : nullptr, state_.get());
@@ -161,7 +165,7 @@ private:
         void operator()(char* text) const { orvprint_free_text(text); }
     };
 
-    // What callbacks are given. It stays where it is when the document is moved.
+    // The data pointer of all callbacks. Its address stays the same when the document is moved.
     struct State {
         std::unique_ptr<orvprint_document, Free> handle{orvprint_new()};
         std::function<bool()> cancel;
@@ -171,7 +175,7 @@ private:
         std::string bytes;
         std::exception_ptr thrown;
 
-        // No exception may cross the library.
+        // Exceptions must not propagate through the C library.
         template <class Result, class Work>
         Result Guard(Result failure, Work work) {
             try {

@@ -19,7 +19,7 @@ namespace {
 
 using enum FindingCode;
 
-// ---- attributes that do what they should, with values that may not ----------------------------------------
+// ---- attributes that have an effect: checks of their values
 
 void CheckShiftUp(CheckContext& check, const NumberedElement& element, std::string_view value) {
     double shift = 0.0;
@@ -34,7 +34,7 @@ MaybeProblem CheckTextVersion(std::string_view value) {
     return ValueProblem{kBadValue, "is not a version: no effect"};
 }
 
-// What SVG gives no effect to on this element.
+// Attributes that have an effect here but none in SVG.
 bool HasExtraEffect(ElementName element, AttributeName name) {
     if (name == AttributeName::kPatternTransform) return true;
     return name == AttributeName::kViewBox && element == ElementName::kText;
@@ -58,7 +58,7 @@ bool IsVertical(AttributeName name) {
 void CheckPercentage(CheckContext& check, const NumberedElement& element, AttributeName name,
                      const ORVXmlAttribute& attribute, const SvgDrawState& state) {
     if (attribute.value.find('%') == std::string_view::npos) return;
-    // Inside a larger document a page's height is taken off as soon as it is known.
+    // In a drawing embedded in a document, the page height is reset after it has been read.
     const bool isOnPage = state.pageWidth > 0.0 || state.pageHeight > 0.0;
     if (state.embeddedFragment == 1 && isOnPage && IsVertical(name))
         check.findings.Note(kPercentageOfNothing, element, attribute.name, attribute.value,
@@ -110,9 +110,9 @@ void CheckEffective(CheckContext& check, const NumberedElement& element, Attribu
         case AttributeName::kViewBox: problem = CheckViewBox(value); break;
         case AttributeName::kPoints: problem = CheckPoints(value); break;
         case AttributeName::kTextVersion: problem = CheckTextVersion(value); break;
-        case AttributeName::kD: return;  // with the paint, which decides what comes of it
+        case AttributeName::kD: return;  // checked with the paint, which determines the effect
         case AttributeName::kXlinkHref:
-            // Pictures and references are looked at with the state that they are drawn in.
+            // Images and references are checked with the state they are drawn in.
             if (element.node->id == ElementName::kA) CheckLink(check, element, value);
             return;
         case AttributeName::kMarker:
@@ -130,10 +130,9 @@ void CheckEffective(CheckContext& check, const NumberedElement& element, Attribu
     CheckPercentage(check, element, name, attribute, state);
 }
 
-// ---- attributes that do nothing where they stand
-// -----------------------------------------------------------
+// ---- attributes without effect on their element
 
-// Properties that SVG passes down and that mean nothing on the shapes they are often written on.
+// Inherited SVG properties that have no meaning on the shapes they are often specified on.
 bool IsInherited(AttributeName name) {
     switch (name) {
         case AttributeName::kAlignmentBaseline:
@@ -145,7 +144,7 @@ bool IsInherited(AttributeName name) {
     }
 }
 
-// What editors leave behind when they turn one shape into another.
+// Attributes that editors leave behind when they convert one shape to another.
 bool IsOfOtherShapes(ElementName element, AttributeName name) {
     switch (name) {
         case AttributeName::kD:
@@ -168,20 +167,20 @@ bool IsOfOtherShapes(ElementName element, AttributeName name) {
     }
 }
 
-// Whether it does nothing in SVG either, or nothing that shows on paper.
+// Whether the attribute has no effect in SVG either, or none on paper.
 bool IsHarmless(CheckContext& check, const NumberedElement& element, AttributeName name,
                 const ORVXmlAttribute& attribute, const SvgDrawState& state) {
     const ElementName id = element.node->id;
     if (IsInitialValue(attribute.name, attribute.value)) return true;
     if (IsOfOtherShapes(id, name)) return true;
-    // Where a page lies on a screen.
+    // Position of a page on a screen.
     if (id == ElementName::kSvg && (name == AttributeName::kX || name == AttributeName::kY)) return true;
     if (id == ElementName::kPattern && IsSizeOfTile(check.resources, *element.node, name, state)) return true;
-    // Paint on what has none changes nothing, there or here.
+    // Fill on an element without interior has no effect, in SVG either.
     const bool isOnOpenLine = id == ElementName::kLine || id == ElementName::kPolyline;
     if (isOnOpenLine && attribute.name.starts_with("fill")) return true;
     if (isOnOpenLine && (name == AttributeName::kDisplay || name == AttributeName::kVisibility)) return true;
-    // Texts' properties on shapes, and the like: SVG has no use for them there either.
+    // Text properties and the like on shapes: no effect in SVG either.
     const bool isOnShape = !IsContainer(id) && id != ElementName::kUse && id != ElementName::kImage;
     return isOnShape && IsInherited(name) && FindProperty(attribute.name);
 }
@@ -200,10 +199,9 @@ void CheckWithoutEffect(CheckContext& check, const NumberedElement& element, Att
     }
 }
 
-// ---- names that the interpreter does not know
-// --------------------------------------------------------------
+// ---- names unknown to the interpreter
 
-// Whether a nested drawing has nothing to centre, or no box to be fitted.
+// Whether a nested drawing has the aspect ratio of its viewport, or no viewBox to fit.
 bool HasShapeOfItsBox(const ORVXmlNode& svg, const SvgDrawState& state) {
     ORVPrtViewBox box;
     if (ReadViewBox(svg.Value(AttributeName::kViewBox), box) != kRead) return true;
@@ -220,7 +218,7 @@ void CheckUnread(CheckContext& check, const NumberedElement& element, const ORVX
         return check.findings.Note(kMarkerNotTurned, element, attribute.name, attribute.value,
                                    "is placed on every vertex without rotation");
     if (attribute.name == "preserveAspectRatio") {
-        // Pictures, patterns, markers and the page tell by themselves whether that matters.
+        // Images, patterns, markers and the page have their own checks for this.
         const ElementName id = element.node->id;
         if (element.node == check.page.node || (id != ElementName::kSymbol && id != ElementName::kSvg))
             return;

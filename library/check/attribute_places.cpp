@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
-// The place of byte `to`, counted on from `from`.
+// The position of byte `to`, counted from `from`.
 ORVXmlPlace Advance(std::string_view document, ORVXmlPlace from, std::size_t to) {
     for (std::size_t i = from.offset; i < to; ++i) {
         const char c = document[i];
@@ -27,7 +27,8 @@ ORVXmlPlace Advance(std::string_view document, ORVXmlPlace from, std::size_t to)
 ORVXmlPlace FindAttributePlace(std::string_view document, const ORVXmlPlace& element,
                                std::string_view attribute) {
     std::size_t at = element.offset;
-    // Longer start tags are not searched, or many findings in one would take their time.
+    // The search is limited to this many bytes of a start tag, or many findings in a long one would take too
+    // long.
     constexpr std::size_t kLongestTag = std::size_t{64} << 10U;
     document = document.substr(0, std::min(document.size(), at + kLongestTag));
     if (at >= document.size() || document[at] != '<' || attribute.empty()) return element;

@@ -5,12 +5,11 @@
 
 #include "platform/xml/ORVXmlPlace.h"
 
-/// Where an attribute of an element is written, since a start tag may take many lines.
+/// Finds the line and column of an attribute, since a start tag may span many lines.
 /// @param document   the text that was parsed
-/// @param element    place of the start tag
-/// @param attribute  its name as written
-/// @return the place of the attribute's name; that of the element where the document's bytes do not tell,
-///         as for attributes from entities, far down a long tag, or in encodings that are no superset of
-///         ASCII
+/// @param element    position of the start tag
+/// @param attribute  name as written
+/// @return the position of the attribute's name, or that of the element if it cannot be found: attributes
+///         from entities, far into a long tag, or in an encoding that is not a superset of ASCII
 ORVXmlPlace FindAttributePlace(std::string_view document, const ORVXmlPlace& element,
                                std::string_view attribute);

@@ -14,28 +14,28 @@
 #include "library/check/value_checks.h"
 #include "library/check/visibility.h"
 
-/// A drawing inside the drawing, or a definition: what its content covers, and what others would cut off of
-/// it.
+/// Bounds of a nested drawing or a definition, and whether its content would be clipped by other programs.
 struct DrawnRegion {
     ORVMathBox2D region;     ///< in the coordinates of its content
-    bool cuts = false;       ///< other programs show nothing beyond `region`
-    bool isTold = false;     ///< something beyond it is a finding where it is drawn
-    bool isOutside = false;  ///< something was
-    ORVMathBox2D content;    ///< of all that was drawn
+    bool cuts = false;       ///< other programs clip the content to `region`
+    bool isTold = false;     ///< content outside `region` is reported where it is drawn
+    bool isOutside = false;  ///< some content was outside `region`
+    ORVMathBox2D content;    ///< bounding box of everything drawn
 };
 
-/// What elements hand down to those inside them, beside the interpreter's own state.
+/// Inherited state that the check keeps in addition to the interpreter's own drawing state.
 struct InForce {
     Visibility visibility;
     FontFamily family;
     MeantStyle meant;
     ORVMathAffine2D toRegion;  ///< from the element's coordinates to those of the region it is drawn in
-    bool isMoved = false;      ///< those are not the page's
+    bool isMoved = false;      ///< the region's coordinates differ from the page's
     bool isForeign = false;    ///< inside an element of another namespace
-    bool isNested = false;     ///< inside a drawing or symbol that is not the page itself
+    bool isNested = false;     ///< inside a nested drawing or a symbol
 };
 
-/// What the checks of one document share while it is walked. Refers to the document and to the findings.
+/// State shared by the checks while they walk one document. Refers to the document and the findings, which
+/// must outlive it.
 struct CheckContext {
     CheckContext(const CheckedDocument& document, Findings& out)
         : findings(document, out), identifiers(*document.root) {}
@@ -46,25 +46,27 @@ struct CheckContext {
     ValueChecks values;
     ResourceChecks resources;
 
-    NumberedElement page;          ///< that is being looked at
-    bool isPageInUnits = false;    ///< its size has a unit, which numbers on it should have, too
-    bool isUnitScaleTold = false;  ///< of that page
+    NumberedElement page;  ///< the page being checked
+    /// The page size has a physical unit, so lengths on the page need one as well.
+    bool isPageInUnits = false;
+    bool isUnitScaleTold = false;  ///< kUnitScale was already reported for this page
 
-    InForce inForce;              ///< where the walk stands
-    std::vector<InForce> around;  ///< what it was around each open element; deep walks need it off the stack
-    MetDefinitions definitions;   ///< of the page
-    DrawnRegion* region = nullptr;              ///< the innermost; null on the page itself
-    DefinitionFacts* openDefinition = nullptr;  ///< the one that is being read; null outside of any
+    InForce inForce;  ///< at the current element
+    /// Saved values, one per open element; kept off the call stack for deep documents.
+    std::vector<InForce> around;
+    MetDefinitions definitions;                 ///< those met so far on the current page
+    DrawnRegion* region = nullptr;              ///< innermost region; null on the page itself
+    DefinitionFacts* openDefinition = nullptr;  ///< the definition being walked; null outside definitions
 
-    // Elements whose word goes for many others: what comes of it is one finding for all of them.
-    std::unordered_set<const ORVXmlNode*> shown;     ///< that say "visible", and were reported
-    std::unordered_set<const ORVXmlNode*> families;  ///< that name font families, and were looked at
+    // Elements whose value is inherited by many others: each is reported at most once.
+    std::unordered_set<const ORVXmlNode*> shown;     ///< with visibility "visible", already reported
+    std::unordered_set<const ORVXmlNode*> families;  ///< with a font-family, already checked
 
-    std::vector<double> numbers;  ///< room for the points that are being looked at
+    std::vector<double> numbers;  ///< scratch buffer for point lists
 };
 
-/// Keeps in force, until it goes out of scope, what an element declares and what is put into force for its
-/// content.
+/// Enters an element: saves the inherited state and adds the element's namespace declarations. The destructor
+/// restores both.
 class ElementScope {
 public:
     ElementScope(CheckContext& check, const ORVXmlNode& element) : check_(check) {

@@ -19,7 +19,7 @@ ORVMathBox2D BoxOf(double x, double y, double width, double height) {
 }
 
 bool ReachesBeyond(const ORVMathBox2D& region, const ORVMathBox2D& box) {
-    // Less is not seen.
+    // Smaller overlaps are invisible.
     const double slack = 0.01 * std::max(region.xMax - region.xMin, region.yMax - region.yMin);
     return box.xMin < region.xMin - slack || box.yMin < region.yMin - slack ||
            box.xMax > region.xMax + slack || box.yMax > region.yMax + slack;
@@ -39,7 +39,7 @@ NestedRegion ReadNestedRegion(const ORVXmlNode& svg, const SvgDrawState& state) 
         return {BoxOf(0.0, 0.0, width, height), ORVMathAffine2D::Translation(x, y)};
     const double scale = std::min(width / box.width, height / box.height);
     if (!(scale > 0.0)) return {BoxOf(0.0, 0.0, 0.0, 0.0), ORVMathAffine2D::Translation(x, y)};
-    // The box lies in the middle; what is left beside it is part of the region.
+    // The viewBox is centred; the space beside it is part of the region.
     const double spareX = width / scale - box.width, spareY = height / scale - box.height;
     const ORVMathAffine2D map =
         ORVMathAffine2D::Translation(x + spareX * scale / 2.0, y + spareY * scale / 2.0) *

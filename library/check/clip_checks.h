@@ -3,19 +3,20 @@
 
 #include "library/check/check_context.h"
 
-// Other programs cut off what reaches beyond an inner drawing, a symbol with a viewBox or a marker. Here
-// nothing is cut: what is drawn is followed to where it lies.
+// Other programs clip the content of nested drawings, of symbols with a viewBox and of markers. This
+// interpreter does not, so the checks track where content is actually drawn.
 
-/// The region that a nested "svg" has in its own coordinates, and the map from these to those around it.
+/// The viewport of a nested "svg" in its own coordinates, and the transformation from these to the
+/// coordinates around it.
 struct NestedRegion {
     ORVMathBox2D region;
     ORVMathAffine2D map;
 };
 NestedRegion ReadNestedRegion(const ORVXmlNode& svg, const SvgDrawState& state);
 
-/// Takes in what an element draws.
+/// Adds the bounding box of something drawn to the current region and definition.
 /// @param box  in the element's own coordinates, before its "transform"
 void NoteDrawn(CheckContext& check, const NumberedElement& element, const ORVMathBox2D& box);
 
-/// The box around a box that is mapped.
+/// The bounding box of a transformed box.
 ORVMathBox2D MapBox(const ORVMathAffine2D& map, const ORVMathBox2D& box);

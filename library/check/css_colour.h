@@ -5,6 +5,6 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Reads a colour as style sheets write it: a name, "#rgb" and its kin, rgb(), hsl(), "transparent".
-/// @return false when the text is nothing of the kind
+/// Parses a CSS colour: a name, "#rgb" and its variants, rgb(), hsl() or "transparent".
+/// @return false if the text is not such a colour
 bool ReadCssColour(std::string_view text, ORVPrintColour& colour);

@@ -11,7 +11,7 @@ using Stroke = ORVPrtStrokeAttributes;
 using Fill = ORVPrtFillAttributes;
 using Text = ORVPrtTextAttributes;
 
-// Properties that a reference gives something else than it finds, as bits.
+// The properties for which a reference provides different values, as SaidOf bits.
 class Differences {
 public:
     Differences(const DrawnSets& own, const SvgDrawState& by) {
@@ -55,7 +55,7 @@ bool Says(const DrawnSets& sets, SaidOf property) {
 }
 
 bool MissesPaint(const DrawnSets& own, const SvgDrawState& by) {
-    if (own.isLine) return false;  // is never filled, and always stroked
+    if (own.isLine) return false;  // never filled, and always stroked
     return (!Says(own, SaidOf::kFill) && own.fills != ORVFills(by.drawStyle)) ||
            (!Says(own, SaidOf::kStroke) && own.strokes != ORVStrokes(by.drawStyle));
 }
@@ -73,7 +73,7 @@ void DefinitionFacts::Add(DrawnSets one) {
 
 bool DefinitionFacts::IsReplacedBy(const SvgDrawState& state) const {
     return isManifold || std::any_of(sets.begin(), sets.end(), [&](const DrawnSets& one) {
-               // The colour in force where it is placed was to paint it.
+               // The definition would have been painted in the current colour at the reference.
                const bool isOtherColour =
                    one.isCurrent && (one.fill.GetFillColourIndex() != state.fillCurrentColour ||
                                      state.fill.GetFillColourIndex() != state.fillCurrentColour);

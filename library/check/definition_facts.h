@@ -13,54 +13,55 @@
 #include "platform/model/ORVPrtTextAttributes.h"
 #include "platform/xml/vocabulary.h"
 
-/// What something is drawn with.
+/// The attribute sets that an object is drawn with.
 struct DrawnSets {
     ORVPrtStrokeAttributes stroke;
     ORVPrtFillAttributes fill;
     ORVPrtTextAttributes text;
-    bool fills = false, strokes = false, isText = false;  ///< which of the sets it is drawn with
-    bool isLine = false;                                  ///< stroked whatever is said
+    bool fills = false, strokes = false, isText = false;  ///< which of the sets apply
+    bool isLine = false;                                  ///< always stroked, whatever the properties say
     bool isCurrent = false;                               ///< painted in "currentColor"
-    std::uint32_t said = 0;                               ///< what the definition says itself, see MeantStyle
+    std::uint32_t said = 0;  ///< SaidOf bits of the properties that the definition specifies itself
     bool operator==(const DrawnSets&) const = default;
 };
 
-/// What there is to know of a definition. What a reference makes of it depends on the paint and the fonts
-/// that its content has of its own.
+/// What the check knows about a definition. A reference affects it differently depending on the paint and
+/// fonts that its content specifies itself.
 struct DefinitionFacts {
-    /// More different sets than these are not kept: a reference cannot have them all.
+    /// Maximum number of different sets kept. If there are more, no reference can match them all.
     static constexpr std::size_t kMostSets = 8;
 
     ElementName element = ElementName::kUnknown;
     const ORVXmlNode* node = nullptr;
-    ORVMathBox2D content;         ///< of what it draws, in its own coordinates
-    bool isCutElsewhere = false;  ///< some of that lies beyond its viewBox
-    bool hasPicture = false;      ///< among its own children
-    bool hasViewBox = false;      ///< and is a symbol
-    bool isManifold = false;      ///< drawn with more sets than are kept
-    std::size_t leaves = 0;       ///< shapes, texts and the like that it draws
+    ORVMathBox2D content;         ///< bounding box of its content, in its own coordinates
+    bool isCutElsewhere = false;  ///< some content lies outside its viewBox, where other programs clip it
+    bool hasPicture = false;      ///< one of its children is an image
+    bool hasViewBox = false;      ///< is a symbol with a viewBox
+    bool isManifold = false;      ///< drawn with more than kMostSets sets
+    std::size_t leaves = 0;       ///< number of shapes, texts and other leaf elements drawn
     std::vector<DrawnSets> sets;
 
-    /// Takes in what some of its content is drawn with.
+    /// Adds a set that part of the content is drawn with.
     void Add(DrawnSets one);
 
-    /// Whether a reference drawn in `state` replaces something that the definition says of itself.
+    /// Whether a reference drawn in `state` overrides a property that the definition specifies itself.
     bool IsReplacedBy(const SvgDrawState& state) const;
-    /// Whether it replaces something that the definition would keep if nothing were handed down to it.
+    /// Whether such a reference overrides a property that the definition would keep if it inherited nothing.
     bool IsChangedBy(const SvgDrawState& state) const;
-    /// Whether more than one thing is drawn, or its stroke lies on its fill: what overlaps shows through.
+    /// Whether several objects are drawn, or a stroke covers its own fill: overlapping parts would show
+    /// through.
     bool HasOverlaps() const;
-    /// Whether the reference asks for a fill or stroke, or for none, and the definition does not say which.
+    /// Whether the reference specifies fill or stroke, or "none" for either, and the definition does not.
     bool MissesPaintOf(const SvgDrawState& state) const;
 };
 
-/// The definitions of a page that the walk has met, by what stands for them among SvgDefinitions.
+/// The definitions met so far on a page, keyed by the primitives that represent them in SvgDefinitions.
 class MetDefinitions {
 public:
     void Add(const ORVPrtGraphicPrimitiveElt& standIn, DefinitionFacts facts) {
         byStandIn_[&standIn] = std::move(facts);
     }
-    /// Null for a definition that was not met.
+    /// @return null for a definition that was not met
     const DefinitionFacts* Find(const SvgDefinitions::Definition& definition) const;
 
 private:

@@ -34,10 +34,10 @@ namespace {
 
 using enum FindingCode;
 
-// A holder of definitions, which finds what is put into it.
+// A holder of definitions, which indexes the children added to it.
 struct OpenHolder {
     ORVPrtDefsElt& primitive;
-    std::size_t place;  // among the definitions
+    std::size_t place;  // index among the definitions
 };
 
 DefinitionFacts FactsOf(const ORVXmlNode& definition) {
@@ -51,7 +51,7 @@ DefinitionFacts FactsOf(const ORVXmlNode& definition) {
     return facts;
 }
 
-// Symbols are cut off at their viewBox.
+// Other programs clip symbols to their viewBox.
 DrawnRegion RegionOf(const ORVXmlNode& definition) {
     DrawnRegion region;
     MeantStyle own;
@@ -66,7 +66,7 @@ DrawnRegion RegionOf(const ORVXmlNode& definition) {
     return region;
 }
 
-// Stands for the primitive that the interpreter would keep. Of what class that is matters with patterns only.
+// A stand-in for the primitive that the interpreter would create. Its class matters only for patterns.
 ORVRef<ORVPrtGraphicPrimitiveElt> MakeStandIn(const ORVXmlNode& definition) {
     ORVRef<ORVPrtGraphicPrimitiveElt> primitive;
     if (definition.id == ElementName::kPattern)
@@ -77,14 +77,13 @@ ORVRef<ORVPrtGraphicPrimitiveElt> MakeStandIn(const ORVXmlNode& definition) {
     return primitive;
 }
 
-// Whether a page is so many millimetres, or the like, by which its content is not scaled.
+// Whether a page has a physical size but no viewBox, so that its content is not scaled to it.
 bool HasPhysicalSize(const ORVXmlNode& svg) {
     return svg.Value(AttributeName::kViewBox).empty() && (HasPhysicalUnit(svg.Value(AttributeName::kWidth)) ||
                                                           HasPhysicalUnit(svg.Value(AttributeName::kHeight)));
 }
 
-// While a definition is walked through: what is found of it is noted with it, and nothing is handed down to
-// it.
+// Scope of the walk through a definition: results are recorded in its facts, and it inherits nothing.
 class DefinitionWalk {
 public:
     DefinitionWalk(CheckContext& check, DefinitionFacts& facts, DrawnRegion& region)
@@ -110,12 +109,12 @@ private:
     DefinitionFacts* const definition_;
 };
 
-// A routine that is not merged into its caller: the walk is as deep as the document, and what only leaves or
-// definitions need must not stand in the frame of every level.
+// Prevents inlining: the walk recurses to the depth of the document, so variables that only leaves or
+// definitions need must not enlarge every stack frame.
 #define ORV_OWN_FRAME __attribute__((noinline))
 
-// The walk through a document, which goes where the interpreter goes and keeps the state that it would keep.
-// Elements are numbered as they come.
+// Walks a document like the interpreter, maintaining the same state, and numbers the elements in document
+// order.
 class DocumentCheck {
 public:
     DocumentCheck(const CheckedDocument& document, Findings& findings)
@@ -132,12 +131,12 @@ public:
 private:
     NumberedElement Take(const ORVXmlNode& node) { return {&node, next_++}; }
 
-    // Passes over an element and all that it holds.
+    // Skips an element and its descendants.
     void Skip(const ORVXmlNode& node) {
         for (DocumentOrder order(node); order.Next();) ++next_;
     }
 
-    // Style sheets are named in front of the root, too, where the parsed document has nothing.
+    // Style sheets may also be linked before the root, where the parsed document has no nodes.
     void CheckProlog() {
         if (!document_.places || document_.places->empty()) return;
         const std::string_view prolog = document_.text.substr(0, document_.places->front().offset);
@@ -148,7 +147,7 @@ private:
 
     // ---- drawings and their pages ----------------------------------------------------------------------
 
-    // Elements around the drawings of a larger document are not looked at.
+    // Elements around embedded drawings are not checked.
     void FindFragments(const ORVXmlNode& node) {
         if (document_.fragments.contains(&node)) return CheckDrawing(node, true);
         const ElementScope scope(check_, *Take(node).node);
@@ -156,7 +155,7 @@ private:
             FindFragments(*child);
     }
 
-    // The rule by which documents become pages: see BuildModel.
+    // How documents are divided into pages: see BuildModel.
     void CheckDrawing(const ORVXmlNode& root, bool isEmbedded) {
         std::size_t pages = 0;
         for (const ORVXmlNode* child = root.firstChild; child; child = child->nextSibling)
@@ -222,14 +221,14 @@ private:
 
     // ---- elements of a page ----------------------------------------------------------------------------
 
-    // Puts into force what an element says of itself and of its content.
+    // Applies what an element specifies for itself and its content.
     void HandDown(const NumberedElement& element, const SvgDrawState& inherited) {
         check_.inForce.visibility.TakeIn(element, inherited);
         check_.inForce.family.TakeIn(element);
         check_.inForce.meant.TakeIn(*element.node);
     }
 
-    // The interpreter looks at names alone. Documents without any namespaces are left alone.
+    // The interpreter ignores namespaces. Documents without any are not checked.
     void CheckNamespace(const NumberedElement& element) {
         const std::string_view space = check_.namespaces.Find({});
         if (check_.inForce.isForeign || space == Namespaces::kSvg) return;
@@ -239,7 +238,7 @@ private:
                              "is not an SVG element, but is printed");
     }
 
-    // `holder` collects the definitions among the children; null where they are drawn.
+    // @param holder  collects the definitions among the children; null if these are drawn
     void VisitChildren(const ORVXmlNode& node, SvgDrawState& state, const OpenHolder* holder) {
         for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
             VisitChild(*child, state, holder);
@@ -276,7 +275,7 @@ private:
         VisitChildren(node, state, &holder);
     }
 
-    // As if a "defs" without attributes stood around it.
+    // Treated as if it were enclosed in a "defs" without attributes.
     ORV_OWN_FRAME void VisitLooseDefinition(const ORVXmlNode& node, SvgDrawState& state) {
         const ORVRef<ORVPrtDefsElt> own(new ORVPrtDefsElt);
         const OpenHolder holder{*own, state.definitions->Register(*own)};
@@ -285,7 +284,7 @@ private:
         VisitDefinition(node, state, holder);
     }
 
-    // Findable from behind its end on, as the interpreter has it.
+    // As in the interpreter, a definition can be found only after its end.
     ORV_OWN_FRAME void VisitDefinition(const ORVXmlNode& node, SvgDrawState& state,
                                        const OpenHolder& holder) {
         DefinitionFacts facts = FactsOf(node);
@@ -325,7 +324,7 @@ private:
         ApplyContainerPresentation(state, LightElementAccess(&node));
         if (node.id == ElementName::kSvg || node.id == ElementName::kSymbol) check_.inForce.isNested = true;
         if (node.id == ElementName::kSvg) return VisitNested(node, state);
-        // Of definitions only groups and links have a transform.
+        // Among definitions, only groups and links have a transform.
         const std::string_view transform = node.Value(AttributeName::kTransform);
         if (check_.region && (node.id == ElementName::kG || node.id == ElementName::kA))
             check_.inForce.toRegion = check_.inForce.toRegion * check_.values.ReadTransform(transform);
@@ -378,7 +377,7 @@ private:
         PassLeafChildren(*element.node);
     }
 
-    // What a shape, text, picture or reference holds is not drawn.
+    // The content of a shape, text, image or reference is not drawn.
     void PassLeafChildren(const ORVXmlNode& leaf) {
         for (const ORVXmlNode* child = leaf.firstChild; child; child = child->nextSibling) {
             if (!IsDescription(child->id) && !HasHandler(child->id)) {
@@ -395,7 +394,7 @@ private:
     const CheckedDocument& document_;
     const ORVUnicodeString path_;
     CheckContext check_;
-    std::size_t next_ = 0;  // number of the next element
+    std::size_t next_ = 0;  // index of the next element
 };
 
 }  // namespace

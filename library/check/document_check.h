@@ -4,7 +4,7 @@
 #include "library/check/checked_document.h"
 #include "library/check/findings.h"
 
-/// Looks through a document for what does not print as its author may expect. Walks it as the interpreter
-/// does and asks the interpreter's own tables and readers, so that it knows what they know and nothing else.
-/// Files are read as far as the current access policy allows. Takes time in proportion to the document.
+/// Checks a document for content that may not print as its author expects. It walks the document like the
+/// interpreter and uses the interpreter's own tables and parsers, so both always agree. Files are read as far
+/// as the current access policy allows. Takes time proportional to the size of the document.
 void CheckDocument(const CheckedDocument& document, Findings& findings);

@@ -9,8 +9,7 @@ const ORVXmlNode* DocumentOrder::Next() {
         next_ = current->firstChild;
         return current;
     }
-    // Without an ancestor left the way up has come to the top, and what stands beside that is not its
-    // content.
+    // If no ancestor is left, the top element has been reached; its siblings are not part of its content.
     while (!ancestors_.empty() && !next_->nextSibling) {
         next_ = ancestors_.back();
         ancestors_.pop_back();

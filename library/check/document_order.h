@@ -5,15 +5,15 @@
 
 #include "platform/xml/ORVXmlNode.h"
 
-/// Goes through an element and all that it holds, in document order. Does not recurse.
+/// Iterates over an element and its descendants in document order, without recursion.
 class DocumentOrder {
 public:
     explicit DocumentOrder(const ORVXmlNode& top) : next_(&top) {}
 
-    /// The next element, the first time the one at the top; null behind the last one.
+    /// The next element, starting with the top element; null at the end.
     const ORVXmlNode* Next();
 
 private:
     const ORVXmlNode* next_;
-    std::vector<const ORVXmlNode*> ancestors_;  // of the next one, up to the top
+    std::vector<const ORVXmlNode*> ancestors_;  // of the next element, up to the top element
 };

@@ -3,13 +3,13 @@
 
 #include "platform/xml/vocabulary.h"
 
-// Kinds of elements, as the walk of the check tells them apart.
+// Classification of elements for the walk of the check.
 
-/// What draws the elements it holds, or keeps them for others to draw.
+/// Elements that draw their children or keep them for others to draw.
 bool IsContainer(ElementName name);
-/// What is drawn by references to it only, wherever it stands.
+/// Elements that are drawn through references only, wherever they appear.
 bool IsDefinition(ElementName name);
-/// What tells of its parent in words.
+/// Elements that describe their parent in text, such as "title".
 bool IsDescription(ElementName name);
-/// What markers stand on.
+/// Elements that can have markers.
 bool HasVertices(ElementName name);

@@ -150,7 +150,7 @@ std::string Excerpt(std::string_view text) {
     constexpr std::size_t kLongest = 60;  // bytes
     const bool isCut = text.size() > kLongest;
     if (isCut) {
-        std::size_t end = kLongest;  // not in the middle of a character
+        std::size_t end = kLongest;  // do not split a UTF-8 character
         while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
         text = text.substr(0, end);
     }

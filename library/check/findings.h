@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// What the check can find. The order is that of the output: what is missing on the page first.
+/// Kinds of findings, in output order: content missing from the page comes first.
 enum class FindingCode : std::uint8_t {
     kUnknownElement,
     kPrefixedElement,
@@ -108,26 +108,26 @@ enum class FindingCode : std::uint8_t {
 
 struct FindingKind {
     FindingCode code;
-    std::string_view name;   ///< stable, for options and programs
-    std::string_view title;  ///< what all findings of the kind have in common, for people
+    std::string_view name;   ///< stable name, used in options and JSON
+    std::string_view title;  ///< heading for all findings of this kind
 };
-/// All kinds, in the order of their codes.
+/// All kinds, in the order of FindingCode.
 std::span<const FindingKind> GetFindingKinds();
 const FindingKind& GetFindingKind(FindingCode code);
-/// Null when there is no kind of that name.
+/// @return null if there is no kind of that name
 const FindingKind* FindFindingKind(std::string_view name);
 
-/// One thing that does not print as its author may expect.
+/// One place in the input that may not print as its author expects.
 struct Finding {
     FindingCode code{};
-    std::uint32_t line = 0, column = 0;  ///< counted from 1; 0 when unknown
-    std::string element, attribute;      ///< the attribute may be empty
-    std::string value;                   ///< an excerpt in one line
+    std::uint32_t line = 0, column = 0;  ///< counted from 1; 0 if unknown
+    std::string element, attribute;      ///< names as written; `attribute` may be empty
+    std::string value;                   ///< one-line excerpt of the attribute's value
     std::string message;
 };
 
-/// The findings of one input. Counts all of them, but keeps no more than kKept of a kind, so that a document
-/// cannot fill the memory.
+/// The findings of one input. All are counted, but at most kKept of each kind are stored, so memory use is
+/// bounded.
 class Findings {
 public:
     static constexpr std::size_t kKept = 1000;
@@ -135,16 +135,17 @@ public:
     /// @param ignored  kinds that are not counted
     explicit Findings(const std::set<FindingCode>& ignored = {});
 
-    /// Counts a finding. @return true when it is to be described with Add
+    /// Counts a finding.
+    /// @return true if its description should be stored with Add()
     bool Count(FindingCode code);
     void Add(Finding finding) { kept_.push_back(std::move(finding)); }
-    /// Counts an element or attribute of another vocabulary, which is nobody's mistake.
+    /// Counts an element or attribute of another namespace, which is not a finding.
     void CountForeign() { ++foreign_; }
 
     std::uint64_t GetCount(FindingCode code) const { return counts_[static_cast<std::size_t>(code)]; }
     std::uint64_t GetTotal() const;
     std::uint64_t GetForeignCount() const { return foreign_; }
-    /// In the order of the document.
+    /// In document order.
     const std::vector<Finding>& GetKept() const { return kept_; }
 
 private:
@@ -155,5 +156,5 @@ private:
     std::vector<Finding> kept_;
 };
 
-/// The beginning of a text, not yet escaped for people.
+/// The beginning of a text; not escaped for output.
 std::string Excerpt(std::string_view text);

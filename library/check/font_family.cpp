@@ -8,7 +8,7 @@ void FontFamily::TakeIn(const NumberedElement& element) {
     const std::string_view attribute = node.Value(AttributeName::kFontFamily);
     if (!attribute.empty()) *this = {attribute, PropertySource::kAttribute, element};
 
-    // On a text the attribute comes last, elsewhere the style.
+    // On a text the attribute overrides the style; elsewhere the style overrides the attribute.
     if (!attribute.empty() && node.id == ElementName::kText) return;
     StyleScanner scanner(node.Value(AttributeName::kStyle));
     for (StyleDeclaration declaration; scanner.Next(declaration);)

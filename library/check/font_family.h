@@ -6,12 +6,12 @@
 #include "interpreters/svg/style/text_properties.h"
 #include "library/check/finding_writer.h"
 
-/// The list of font families in force where the walk stands. A value, handed down as the drawing state is.
+/// The font-family list in force at the current element. A value that is copied as it is inherited.
 struct FontFamily {
     std::string_view families;  ///< as written
     PropertySource source = PropertySource::kAttribute;
-    NumberedElement saidBy;  ///< without a node when nothing was said
+    NumberedElement saidBy;  ///< element that specified it; its node is null if none did
 
-    /// Takes in what an element says.
+    /// Applies what an element specifies.
     void TakeIn(const NumberedElement& element);
 };

@@ -6,7 +6,7 @@
 #include "library/check/document_order.h"
 
 void Identifiers::ReadPage(const NumberedElement& page, FindingWriter& findings) {
-    // A new table: emptying takes time by the size that an earlier page has blown it up to.
+    // A new table: clearing takes time in proportion to the capacity that an earlier page may have caused.
     ofPage_ = decltype(ofPage_)();
     DocumentOrder order(*page.node);
     NumberedElement element{order.Next(), page.index};

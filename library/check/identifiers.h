@@ -8,28 +8,26 @@
 
 #include "library/check/finding_writer.h"
 
-/// The elements of a document by their identifiers. Refers to the document.
+/// Index of a document's elements by identifier. Refers to the document, which must outlive it.
 class Identifiers {
 public:
     explicit Identifiers(const ORVXmlNode& root) : root_(root) {}
 
-    /// Takes in the identifiers of a page, in place of those of the page before. One that is given twice is a
-    /// finding.
+    /// Replaces the index with the identifiers of a page. A duplicate identifier is a finding.
     void ReadPage(const NumberedElement& page, FindingWriter& findings);
 
-    /// The first element of the page with that identifier, without regard to the case of letters; null when
-    /// there is none.
+    /// The first element on the page with that identifier, ignoring case; null if there is none.
     const ORVXmlNode* FindOnPage(std::string_view id) const;
 
-    /// How identifiers are compared.
+    /// How letters are compared: case-sensitively or ignoring case.
     enum class Letters { kSame, kUpperOrLower };
-    /// Whether the page has it, or any other part of the document in the same letters.
-    /// @param onPage  whether upper and lower case count on the page, too
+    /// Whether the page has that identifier, or any other part of the document has it in the same case.
+    /// @param onPage  how identifiers on the page are compared
     bool IsInDocument(std::string_view id, Letters onPage = Letters::kUpperOrLower);
 
 private:
     const ORVXmlNode& root_;
-    std::unordered_map<std::string, NumberedElement> ofPage_;  // in lower case
-    std::unordered_set<std::string_view> ofDocument_;          // read when first asked for
+    std::unordered_map<std::string, NumberedElement> ofPage_;  // keys in lower case
+    std::unordered_set<std::string_view> ofDocument_;          // filled on first use
     bool hasReadDocument_ = false;
 };

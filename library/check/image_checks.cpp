@@ -13,7 +13,7 @@ namespace {
 
 using enum FindingCode;
 
-// Pictures fill the place they are given; SVG keeps their shape unless told not to.
+// Images are stretched to their area here; SVG keeps the aspect ratio by default.
 void CheckShape(CheckContext& check, const NumberedElement& element, std::string_view reference,
                 const PictureFacts& facts, const SvgDrawState& state) {
     double width = 0.0, height = 0.0;
@@ -32,7 +32,7 @@ void CheckShape(CheckContext& check, const NumberedElement& element, std::string
                                 " pixels do not have the aspect ratio of its width and height");
 }
 
-// What SVG does not show, or cuts off.
+// Images that SVG hides or clips.
 void CheckDrawn(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     const Visibility& visibility = check.inForce.visibility;
     if (visibility.isRemoved || visibility.isHidden)
@@ -47,7 +47,7 @@ void CheckDrawn(CheckContext& check, const NumberedElement& element, const SvgDr
     box.Add({x, y});
     box.Add({x + width, y + height});
     NoteDrawn(check, element, box);
-    // In a definition, the blending counts pictures as much as shapes.
+    // In a definition, images count for blending like shapes.
     if (check.openDefinition) ++check.openDefinition->leaves;
 }
 

@@ -37,7 +37,7 @@ constexpr std::array kSaid{
 };
 
 std::uint32_t BitsOf(std::string_view name) {
-    // The general opacity reaches the colours of both.
+    // The general opacity affects both.
     if (name == "opacity")
         return static_cast<std::uint32_t>(SaidOf::kFillOpacity) |
                static_cast<std::uint32_t>(SaidOf::kStrokeOpacity);
@@ -80,7 +80,7 @@ void MeantStyle::TakeInProperty(std::string_view name, std::string_view value) {
 
 void MeantStyle::TakeIn(const ORVXmlNode& element) {
     isClipped = true;
-    double own = 1.0;  // the last word counts
+    double own = 1.0;  // the last declaration wins
     const auto takeIn = [&](std::string_view name, std::string_view value) {
         if (name == "opacity" && !value.empty()) {
             TakeInOpacity(own, value);

@@ -5,7 +5,7 @@
 
 #include "platform/xml/ORVXmlNode.h"
 
-/// Properties that a reference or a reader of the interpreter takes otherwise than SVG, as bits.
+/// Properties that references or the interpreter's parsers treat differently from SVG, as bits.
 enum class SaidOf : std::uint32_t {
     kFill = 1U << 0U,
     kStroke = 1U << 1U,
@@ -25,25 +25,26 @@ enum class SaidOf : std::uint32_t {
     kNone = 0
 };
 
-/// What SVG makes of some properties where the walk stands, apart from what the interpreter makes of them. A
-/// value, handed down as the drawing state is.
+/// The values that some properties have according to SVG, as opposed to what the interpreter makes of them. A
+/// value that is copied as it is inherited.
 struct MeantStyle {
-    double opacity = 1.0;  ///< of the element and of all that is around it
+    double opacity = 1.0;  ///< product of the opacity of the element and its ancestors
     double fillOpacity = 1.0, strokeOpacity = 1.0;
-    bool isOpacityTold = false;  ///< something was found about an opacity already: it need not be told again
-    bool isBlendTold = false;    ///< and about all that is blended with it
-    double ownOpacity = 1.0;     ///< of this very element
+    bool isOpacityTold = false;  ///< an opacity was already reported; do not report it again
+    bool isBlendTold = false;    ///< the blended content was already reported
+    double ownOpacity = 1.0;     ///< opacity of this element alone
     bool fillIsReference = false;
     bool fillIsCurrent = false, strokeIsCurrent = false;  ///< the paint is "currentColor"
-    bool isClipped = true;    ///< by the "overflow" of this very element; not handed down
-    double miterLimit = 4.0;  ///< how far corners reach, in stroke widths
-    bool widthHasUnit = false, sizeHasUnit = false;  ///< of strokes and of fonts, see HasPhysicalUnit
+    bool isClipped = true;                           ///< by the "overflow" of this element; not inherited
+    double miterLimit = 4.0;                         ///< maximum miter length, in stroke widths
+    bool widthHasUnit = false, sizeHasUnit = false;  ///< of stroke-width and font-size; see HasPhysicalUnit
     bool keepsBlanks = false;                        ///< xml:space="preserve"
-    std::uint32_t said = 0;  ///< what was said since the definition began that the walk is in
+    /// SaidOf bits of the properties specified since the start of the enclosing definition.
+    std::uint32_t said = 0;
 
-    /// Takes in what an element says.
+    /// Applies what an element specifies.
     void TakeIn(const ORVXmlNode& element);
-    /// Goes on as where a definition begins, which is painted by what refers to it.
+    /// Resets the style at the start of a definition, whose paint comes from its references.
     void BeginDefinition() { *this = {.keepsBlanks = keepsBlanks}; }
 
     bool Says(SaidOf property) const { return (said & static_cast<std::uint32_t>(property)) != 0; }

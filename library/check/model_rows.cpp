@@ -15,7 +15,7 @@ namespace {
 
 using Elements = std::vector<const ORVXmlNode*>;
 
-/// What an element becomes; elements without a row become nothing that stands on a page.
+/// The primitive made from an element. Elements without an entry make none.
 struct MadePrimitive {
     ElementName name;
     ORVPrtKind kind;
@@ -42,12 +42,12 @@ const MadePrimitive* FindMade(ElementName name) {
     return found != kMade.end() && HasHandler(name) ? found : nullptr;
 }
 
-/// Elements whose children become the primitives in their group.
+/// Elements whose children become primitives of their group.
 bool IsLookedInto(const ORVXmlNode& element) {
     return element.id == ElementName::kG || element.id == ElementName::kA || element.id == ElementName::kSvg;
 }
 
-/// Elements behind whose primitive the groups of their markers stand.
+/// Elements whose primitive is followed by groups for their markers.
 bool MayHaveMarkers(const ORVXmlNode& element) {
     return element.id == ElementName::kLine || element.id == ElementName::kPolyline ||
            element.id == ElementName::kPolygon;
@@ -61,7 +61,7 @@ Elements MadeChildren(const ORVXmlNode& container) {
     return made;
 }
 
-/// How many from a place on become groups.
+/// Number of consecutive groups from an index on.
 std::size_t CountGroups(const Elements& elements, std::size_t from) {
     std::size_t end = from;
     while (end < elements.size() && FindMade(elements[end]->id)->kind == ORVPrtKind::kGroup) ++end;
@@ -74,7 +74,7 @@ std::size_t CountGroups(const ORVPrtChildList& primitives, std::size_t from) {
     return end - from;
 }
 
-/// The elements that a container's primitives were made of, one by one; none when they do not match.
+/// The element of each primitive of a container; empty if they do not match.
 Elements Match(const ORVXmlNode* container, const ORVPrtChildList& primitives) {
     Elements matched;
     if (!container) return matched;
@@ -85,7 +85,7 @@ Elements Match(const ORVXmlNode* container, const ORVPrtChildList& primitives) {
             return {};
         matched.push_back(made[i]);
         if (!MayHaveMarkers(*made[i])) continue;
-        // Of the groups that follow, the last are those of the elements that follow.
+        // The last of the following groups belong to the elements that follow; the others are markers.
         const std::size_t groups = CountGroups(primitives, place + 1);
         const std::size_t ofOthers = CountGroups(made, i + 1);
         if (groups < ofOthers) return {};
@@ -95,7 +95,7 @@ Elements Match(const ORVXmlNode* container, const ORVPrtChildList& primitives) {
     return matched;
 }
 
-/// The elements that become pages: the root, or of a set of drawings each of them.
+/// The elements that become pages: the root, or each drawing of a set.
 Elements PagesOf(const ORVXmlNode& root) {
     Elements inner;
     for (const ORVXmlNode* child = root.firstChild; child; child = child->nextSibling)
@@ -109,7 +109,7 @@ const ORVPrtChildList* DumpedChildren(const ORVPrtGraphicPrimitiveElt& primitive
     return kind == ORVPrtKind::kPattern || kind == ORVPrtKind::kOther ? nullptr : primitive.GetChildList();
 }
 
-/// Goes through the primitives of a model and the elements beside them.
+/// Walks the primitives of a model and the corresponding elements.
 class RowCounter {
 public:
     explicit RowCounter(const ORVXmlNode& top) {
@@ -131,7 +131,7 @@ private:
     struct Frame {
         const ORVPrtChildList* children;
         std::size_t next;
-        Elements elements;  // of the children; none when they are not known
+        Elements elements;  // of the children; empty if unknown
         bool isInFigure;
     };
 

@@ -18,7 +18,7 @@ bool IsPercentage(std::string_view value) { return value.find('%') != value.npos
 
 bool Differs(double asked, double got) { return asked > 0.0 && std::abs(asked - got) > 0.01 * asked; }
 
-// Of a length in user units.
+// Converts a length from user units.
 std::string InMillimetres(double length) {
     const double tenths = std::round(length * 254.0 / 90.0);
     char text[48];
@@ -50,7 +50,7 @@ void CheckPageSize(FindingWriter& findings, const NumberedElement& svg, SvgDrawS
                     "the percentage of a page refers to nothing: give its size as a length, or a viewBox");
         return;
     }
-    // Of a percentage, the size is the viewer's business.
+    // For a percentage, the viewer determines the size.
     if (IsPercentage(svg.node->Value(AttributeName::kWidth)) ||
         IsPercentage(svg.node->Value(AttributeName::kHeight)))
         return;

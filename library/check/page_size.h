@@ -5,6 +5,7 @@
 
 struct SvgDrawState;
 
-/// Checks what a page's "width", "height" and "viewBox" come to.
-/// @param state  with the page's presentation applied, and the page not yet sized. The page gets its size.
+/// Checks the page size that results from "width", "height" and "viewBox".
+/// @param state  with the page's presentation attributes applied and its size not yet set; sets the page's
+///         size
 void CheckPageSize(FindingWriter& findings, const NumberedElement& svg, SvgDrawState state);

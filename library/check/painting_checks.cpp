@@ -15,11 +15,11 @@ namespace {
 
 using enum FindingCode;
 
-// What the interpreter makes of a shape's paint.
+// How the interpreter paints a shape.
 struct Painting {
-    bool isOpenLine = false;  // a line or polyline, which are stroked whatever is said
-    bool isBarePath = false;  // a path without an inside: what runs there are is stroked all the same
-    bool hasCurves = false;   // on that path
+    bool isOpenLine = false;  // a line or polyline, which is always stroked
+    bool isBarePath = false;  // a path without interior: its lines and curves are stroked regardless
+    bool hasCurves = false;   // in that path
     bool fills = false;
     bool strokes = false;
 
@@ -29,8 +29,8 @@ struct Painting {
 Painting PaintingOf(ElementName name, const PathFacts& path, int drawStyle) {
     Painting painting;
     painting.isOpenLine = name == ElementName::kLine || name == ElementName::kPolyline;
-    // A path of two points has lost its inside by the time it is painted. Without one, its lines and
-    // Beziers stand for themselves; so do its arcs, but these know when they are hidden.
+    // A path of two points has no interior when it is painted. Its lines, Bezier curves and arcs are then
+    // separate primitives, of which only the arcs respect being hidden.
     const bool hasNoInside = path.vertices <= 2;
     painting.isBarePath = (path.hasRuns && (hasNoInside || !ORVFills(drawStyle))) ||
                           (path.hasArcs && hasNoInside && drawStyle != kDrawNothing);
@@ -62,7 +62,7 @@ std::string Percent(double opacity) {
     return text;
 }
 
-// What is printed so opaque, and is meant to be otherwise. Rounding makes no difference.
+// Reports a printed opacity that differs from the intended one by more than rounding.
 void CompareOpacity(CheckContext& check, const NumberedElement& element, const char* part, double printed,
                     double meant) {
     if (std::abs(printed - meant) > 0.02)
@@ -71,7 +71,7 @@ void CompareOpacity(CheckContext& check, const NumberedElement& element, const c
                                 Percent(meant) + " in SVG");
 }
 
-// Units of what is handed down count where it is used. Of thin lines, nobody sees them.
+// Inherited units take effect where the length is used. Differences in thin lines are invisible.
 void CheckUnitsInForce(CheckContext& check, const NumberedElement& element, const Painting& painting,
                        const SvgDrawState& state) {
     constexpr double kThin = 2.0;
@@ -82,7 +82,7 @@ void CheckUnitsInForce(CheckContext& check, const NumberedElement& element, cons
         CheckUnit(check, element, "font-size", meant.sizeHasUnit ? "1pt" : "1");
 }
 
-// Once for each element that says "visible".
+// Once per element that specifies "visible".
 void NotePaintedVisible(CheckContext& check) {
     const NumberedElement& shownBy = check.inForce.visibility.shownBy;
     if (check.shown.insert(shownBy.node).second)
@@ -90,7 +90,7 @@ void NotePaintedVisible(CheckContext& check) {
                             "adds a fill and a stroke that its content does not have otherwise");
 }
 
-// Whether the points of a polyline do not all lie on one straight line.
+// Whether the points of a polyline are not all on one straight line.
 bool HasInside(const SvgDrawState& state, std::string_view points, std::vector<double>& numbers) {
     ReadCoordinateNumbers(state, points, numbers);
     if (numbers.size() < 6) return false;
@@ -107,7 +107,7 @@ bool HasInside(const SvgDrawState& state, std::string_view points, std::vector<d
     return false;
 }
 
-// What is painted and was not meant to be, and what was meant to be filled and is not.
+// Reports lines that are painted unintentionally, and shapes that are not filled as intended.
 void CheckLine(CheckContext& check, const NumberedElement& element, const Painting& painting, int meant,
                const SvgDrawState& state) {
     const ORVXmlNode& node = *element.node;

@@ -13,7 +13,7 @@ namespace {
 
 double Distance(const ORVMathPoint2D& a, const ORVMathPoint2D& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
-// An ellipse and the way along it.
+// An ellipse and the range of an arc along it.
 struct ArcWay {
     ORVMathPoint2D center;
     double rx = 0.0, ry = 0.0, slope = 0.0, start = 0.0, end = 0.0;
@@ -25,8 +25,8 @@ struct ArcWay {
     }
 };
 
-// The arc of SVG through two points: radii are made to reach, their signs do not matter. Both radii are not
-// 0.
+// The arc through two points according to SVG: too small radii are scaled up, signs are ignored. Radii must
+// not both be 0.
 ArcWay StandardArc(const EndpointArc& arc) {
     ArcWay way;
     way.rx = std::abs(arc.rx);
@@ -53,7 +53,7 @@ ArcWay StandardArc(const EndpointArc& arc) {
     return way;
 }
 
-// Whether the interpreter draws another arc than SVG. It computes them with y pointing up.
+// Whether the interpreter, which computes with y up, draws a different arc than SVG.
 bool IsDrawnElsewhere(const EndpointArc& arc) {
     if (arc.start == arc.end) return false;
     const EndpointArc mirrored{{arc.start.x, -arc.start.y},
@@ -83,7 +83,7 @@ bool IsDrawnElsewhere(const EndpointArc& arc) {
     return !runsAlong && !runsBack;
 }
 
-// Follows the points of path data.
+// Tracks the points of path data.
 class PathWalk {
 public:
     explicit PathWalk(PathShape& shape) : shape_(shape) {}
@@ -146,7 +146,7 @@ private:
         current_ = end;
     }
 
-    // Goes on towards a point, unless the curve that leads there has said how.
+    // Records a straight turn towards a point, unless a curve has already set the direction.
     void Turn(const ORVMathPoint2D& to) {
         const bool isTold = hasTurned_;
         hasTurned_ = false;
@@ -170,8 +170,8 @@ private:
         control_ = controls.second;
     }
 
-    // The control point of S and T: of the same kind of curve before them, else the current point. The
-    // interpreter reflects that of any curve.
+    // The control point of S and T according to SVG: the reflection after a curve of the same kind, otherwise
+    // the current point. The interpreter reflects that of any curve.
     ORVMathPoint2D Reflected(char kind) {
         const bool wasCubic = previous_ == 'C' || previous_ == 'S',
                    wasQuadratic = previous_ == 'Q' || previous_ == 'T';
@@ -198,7 +198,7 @@ private:
     }
 
     PathShape& shape_;
-    ORVMathVector2D direction_, first_;  // at the end of what is drawn, and at its beginning
+    ORVMathVector2D direction_, first_;  // at the end of what is drawn, and at its start
     bool hasTurned_ = false;
     ORVMathPoint2D base_, current_, start_, control_;
     char previous_ = 0;
@@ -210,9 +210,9 @@ private:
 void Corners::Add(const ORVMathVector2D& in, const ORVMathVector2D& out) {
     const double lengths = std::hypot(in.x, in.y) * std::hypot(out.x, out.y);
     if (!(lengths > 0.0)) return;
-    // Half the angle inside the corner, of which the reach is one by the sine.
+    // Sine of half the interior angle; the miter length is its reciprocal.
     const double sine = std::sqrt(std::max(0.0, (1.0 + (in.x * out.x + in.y * out.y) / lengths) / 2.0));
-    constexpr double kTurnsBack = 1e-6;  // where edges never meet
+    constexpr double kTurnsBack = 1e-6;  // a reversal, whose edges never meet
     if (sine < kTurnsBack) return;
     const double reach = 1.0 / sine;
     if (reach > kLimit)

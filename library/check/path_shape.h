@@ -7,30 +7,29 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// How far the corners of an outline reach when their edges go on until they meet, in stroke widths.
+/// Miter lengths of the corners of an outline, in stroke widths.
 struct Corners {
-    /// The limit that the renderer has.
+    /// The renderer's fixed miter limit.
     static constexpr double kLimit = 4.0;
-    double leastBeyond = std::numeric_limits<double>::infinity();  ///< of those that are past it
-    double mostWithin = 0.0;                                       ///< of the others
+    double leastBeyond = std::numeric_limits<double>::infinity();  ///< smallest miter length above kLimit
+    double mostWithin = 0.0;                                       ///< greatest miter length within kLimit
 
-    /// A corner between two directions; those without length make none.
+    /// Adds the corner between two directions; zero-length directions are ignored.
     void Add(const ORVMathVector2D& in, const ORVMathVector2D& out);
-    /// Whether another limit cuts other corners.
+    /// Whether a different miter limit would bevel different corners.
     bool DependOn(double limit) const { return limit > kLimit ? leastBeyond <= limit : mostWithin > limit; }
 };
 
-/// What path data draw in SVG, and where the interpreter draws them otherwise.
+/// What path data draw according to SVG, and where the interpreter draws them differently.
 struct PathShape {
-    ORVMathBox2D box;          ///< of all points and of whole ellipses: at least what is drawn
-    bool hasDot = false;       ///< a subpath of segments without any length, on which caps would stand
-    bool hasOtherArc = false;  ///< an arc that the interpreter draws elsewhere
-    bool hasOtherSmooth =
-        false;  ///< an S behind Q or T, or a T behind C or S, that takes its control point over
-    bool hasJoinedEnds = false;  ///< a subpath that comes back to its start and is not closed
-    bool hasLooseArc = false;    ///< a subpath that begins with an arc and is closed by a line
+    ORVMathBox2D box;             ///< of all points and whole ellipses; contains everything drawn
+    bool hasDot = false;          ///< has a zero-length subpath, where caps are drawn
+    bool hasOtherArc = false;     ///< has an arc that the interpreter draws elsewhere
+    bool hasOtherSmooth = false;  ///< an S after Q or T, or a T after C or S, that reuses its control point
+    bool hasJoinedEnds = false;   ///< has a subpath that returns to its start without being closed
+    bool hasLooseArc = false;     ///< has a subpath that starts with an arc and is closed by a line
     Corners corners;
-    std::size_t readable = 0;  ///< bytes that SVG takes
-    bool isReadable = true;    ///< all of it
+    std::size_t readable = 0;  ///< number of bytes that are valid in SVG
+    bool isReadable = true;    ///< all bytes are valid
 };
 PathShape ReadPathShape(std::string_view data);

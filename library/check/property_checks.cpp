@@ -15,7 +15,8 @@ namespace {
 
 using enum FindingCode;
 
-// The word turns the paint on. @param state  in force around the element
+// "inherit" turns the paint on.
+// @param state  the drawing state around the element
 MaybeProblem CheckInherited(bool isFill, const SvgDrawState& state) {
     const int part = isFill ? kDrawFill : kDrawStroke;
     if (state.drawStyle == part || state.drawStyle == kDrawFillAndStroke) return std::nullopt;
@@ -26,7 +27,7 @@ MaybeProblem CheckInherited(bool isFill, const SvgDrawState& state) {
 MaybeProblem CheckPaint(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
                         const SvgDrawState& state) {
     if (said.value == "none" || said.value == "currentColor") return std::nullopt;
-    // In a definition, it is what refers to that which is inherited from.
+    // In a definition, the inherited value is that of the reference.
     if (said.value == "inherit")
         return check.openDefinition ? std::nullopt : CheckInherited(said.name == "fill", state);
     if (said.value.find("url") == said.value.npos) return check.values.CheckColour(said.value);
@@ -36,11 +37,11 @@ MaybeProblem CheckPaint(CheckContext& check, const NumberedElement& element, con
 MaybeProblem CheckValue(CheckContext& check, const NumberedElement& element, const SaidProperty& said,
                         const PropertyRow& row, const SvgDrawState& state) {
     if (said.name == "fill" || said.name == "stroke") return CheckPaint(check, element, said, state);
-    if (said.name == "font-family") return std::nullopt;  // with the texts that are set in it
+    if (said.name == "font-family") return std::nullopt;  // checked with the texts that use it
     return check.values.CheckProperty(row, said.value, said.IsInStyle());
 }
 
-// Whether a group draws more than one thing, so that they may overlap. Pictures are not blended at all.
+// Whether a group draws several objects, which may overlap. Images are not blended at all.
 bool HasSeveralParts(const ORVXmlNode& group) {
     constexpr int kMostLookedAt = 10000;
     int parts = 0, lookedAt = 0;
@@ -59,7 +60,7 @@ void CheckPresentation(CheckContext& check, const NumberedElement& element, cons
     if (const MaybeProblem problem = CheckValue(check, element, said, row, state))
         return check.findings.Note(element, said.attribute, said.GetText(), *problem);
 
-    // What stands around the element is in force still.
+    // The parent's state is still in force here.
     if (said.name == "opacity" && said.value == "inherit" && check.inForce.meant.ownOpacity < 1.0)
         check.findings.Note(kOpacityCombined, element, said.attribute, said.GetText(),
                             "does not inherit the opacity of its parent");
@@ -72,7 +73,7 @@ void CheckPresentation(CheckContext& check, const NumberedElement& element, cons
     }
 }
 
-// On a text the attribute has the last word.
+// On a text the attribute overrides the style.
 void CheckAgainstAttribute(CheckContext& check, const NumberedElement& element, const SaidProperty& said) {
     const bool isOfFont = said.name == "font-family" || said.name == "font-size" ||
                           said.name == "font-weight" || said.name == "text-anchor";
@@ -89,7 +90,7 @@ bool IsAboutTexts(std::string_view property) {
            property.find("baseline") != property.npos;
 }
 
-// Itself, or in what it holds or refers to.
+// Whether an element is a text or may contain or refer to one.
 bool MayHaveText(ElementName name) {
     return IsContainer(name) || name == ElementName::kText || name == ElementName::kUse;
 }
@@ -139,7 +140,7 @@ void CheckStyle(CheckContext& check, const NumberedElement& element, std::string
 void CheckPresentationAttribute(CheckContext& check, const NumberedElement& element,
                                 const ORVXmlAttribute& attribute, const SvgDrawState& state) {
     const PropertyRow* row = FindProperty(attribute.name);
-    if (!row || !row->apply) return;  // "display" and "visibility" take any word
+    if (!row || !row->apply) return;  // "display" and "visibility" accept any word
     CheckPresentation(check, element, {attribute.name, row->name, attribute.value}, *row, state);
 }
 
@@ -151,7 +152,7 @@ void CheckPropertyWithoutEffect(CheckContext& check, const NumberedElement& elem
     if (said.IsInStyle() && isAttributeOnly)
         return check.findings.Note(kAttributeOnlyProperty, element, said.attribute, said.GetText(),
                                    "has no effect in style: write it as an attribute");
-    // On shapes, what is about texts says nothing anyway.
+    // Text properties on shapes have no effect in SVG either.
     if (IsAboutTexts(said.name) && !MayHaveText(element.node->id)) return;
     check.findings.Note(GetIgnoredPropertyCode(said.name), element, said.attribute, said.GetText(),
                         "has no effect");

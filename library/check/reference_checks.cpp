@@ -27,7 +27,7 @@ bool IsClose(double a, double b) {
     return std::abs(a - b) <= 0.01 * std::max(std::abs(a), std::abs(b)) + 1e-9;
 }
 
-// What a "use" refers to. Where there is nothing, that is a finding, and the result null.
+// The definition that a "use" refers to. If there is none, reports it and returns null.
 const SvgDefinitions::Definition* FindUsed(CheckContext& check, const NumberedElement& use,
                                            std::string_view reference, const SvgDrawState& state) {
     const std::string_view id = reference.substr(1);
@@ -45,7 +45,7 @@ const SvgDefinitions::Definition* FindUsed(CheckContext& check, const NumberedEl
     return nullptr;
 }
 
-// What is given a width and height is scaled to fit, which SVG does with symbols only. Those it always fits.
+// Any reference with a width and height is scaled to fit; SVG fits only symbols, and always fits these.
 void CheckFitting(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
                   const SvgDrawState& state) {
     double width = 0.0, height = 0.0;
@@ -63,7 +63,7 @@ void CheckFitting(CheckContext& check, const NumberedElement& use, const Definit
                             "the symbol extends beyond its viewBox, and is not clipped there");
 }
 
-// Where a "use" draws, in its own coordinates.
+// The bounding box of what a "use" draws, in its own coordinates.
 ORVMathBox2D BoxOfUse(const ORVXmlNode& use, const DefinitionFacts& facts, const SvgDrawState& state) {
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
     ParseHorizontalLength(state, use.Value(AttributeName::kX), x);
@@ -78,14 +78,14 @@ ORVMathBox2D BoxOfUse(const ORVXmlNode& use, const DefinitionFacts& facts, const
     return box;
 }
 
-// A side of what a marker draws fills the same side of its region, neither scaled nor cut off.
+// Whether marker content fills one dimension of its region, without scaling or clipping.
 bool FillsSide(double from, double to, double start, double size, bool isCut) {
     const double slack = 0.02 * size + 1e-9;
     if (isCut && (from < start - slack || to > start + size + slack)) return false;
     return IsClose(to - from, size);
 }
 
-// Whether a marker that is placed in `state` comes out as large in SVG, and whole.
+// Whether a marker placed in `state` has the same size in SVG and is not clipped.
 bool IsAsLargeAsMeant(const DefinitionFacts& facts, const SvgDrawState& state) {
     const ORVXmlNode& marker = *facts.node;
     constexpr double kInitialSize = 3.0;
@@ -113,7 +113,7 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
     if (id.IsEmpty()) return;
     const SvgDefinitions::Definition* found = state.definitions->Find(id);
     if (!found) {
-        // What the attributes name and the document does not have was found there.
+        // References to missing elements were reported with the attributes.
         if (check.identifiers.FindOnPage(id))
             check.findings.Note(
                 kUnreachableReference, element, "marker", id,
@@ -136,7 +136,7 @@ void CheckMarker(CheckContext& check, const NumberedElement& element, const ORVU
                             "the marker is not scaled with the line, or not clipped, as in other programs");
 }
 
-// Of a path, the points at which others have no marker, or more than one.
+// Whether a path has vertices that in SVG have no marker, or more than one.
 bool HasOtherVertices(const NumberedElement& element, const SvgMarkerReferences& references) {
     if (element.node->id == ElementName::kPolygon)
         return !references.mid.IsEmpty() || !references.end.IsEmpty();
@@ -146,8 +146,7 @@ bool HasOtherVertices(const NumberedElement& element, const SvgMarkerReferences&
     return close != data.npos && data.find_first_of("LlHhVvCcSsQqTtAaMm", close) != data.npos;
 }
 
-// Whether a pattern tiles its picture in SVG as it does here: one picture that is the tile, from the corner
-// on.
+// Whether a pattern tiles as in SVG: it contains one image that exactly covers the tile.
 bool IsTileAsMeant(CheckContext& check, const DefinitionFacts& facts, const SvgDrawState& state) {
     const ORVXmlNode& pattern = *facts.node;
     const ORVXmlNode* const image = pattern.firstChild;
@@ -188,7 +187,7 @@ void CheckLink(CheckContext& check, const NumberedElement& element, std::string_
 
 void CheckMarkerReference(CheckContext& check, const NumberedElement& element,
                           const ORVXmlAttribute& attribute) {
-    SvgDrawState state;  // takes the identifier out of the value as the interpreter does
+    SvgDrawState state;  // extracts the identifier as the interpreter does
     ApplyMarkerReference(state, MarkerPlace::kStart, attribute.value);
     const std::string_view id = state.markers.Get().start;
     if (id.empty() || id == "none" || check.identifiers.FindOnPage(id)) return;
@@ -216,7 +215,7 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
     std::erase(id, ')');
     const ORVXmlNode* target = check.identifiers.FindOnPage(id);
     if (!target) {
-        // With a colour behind it, as SVG has it, the value is no identifier any more.
+        // A fallback colour after it, as SVG allows, makes the identifier unreadable.
         const std::string_view named = value.substr(kPrefix.size(), close - kPrefix.size());
         if (close + 1 < value.size() && check.identifiers.FindOnPage(named))
             return ValueProblem{kBadReference,
@@ -248,7 +247,7 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
 
 namespace {
 
-// A definition that places others is drawn as they are, with what the use says.
+// Adds the content of a "use" to the enclosing definition, with the styles of the reference.
 void NoteUsed(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
               const SvgDrawState& state) {
     NoteDrawn(check, use, BoxOfUse(*use.node, facts, state));
@@ -262,7 +261,7 @@ void NoteUsed(CheckContext& check, const NumberedElement& use, const DefinitionF
     }
 }
 
-// Text of a definition that names no font is set in that of the place.
+// Text in a definition without a font uses that of the reference.
 void CheckDefaultFont(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
                       const SvgDrawState& state) {
     if (check.openDefinition || check.inForce.family.saidBy.node) return;
@@ -274,7 +273,7 @@ void CheckDefaultFont(CheckContext& check, const NumberedElement& use, const Def
         check.findings.Note(use, "xlink:href", use.node->Value(AttributeName::kXlinkHref), *problem);
 }
 
-// What is blended as a whole in SVG, and part by part here.
+// Reports content that SVG blends as a group, and the interpreter part by part.
 void CheckBlending(CheckContext& check, const NumberedElement& use, const DefinitionFacts& facts,
                    const SvgDrawState& state) {
     if (check.openDefinition) return;

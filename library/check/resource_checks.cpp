@@ -21,7 +21,7 @@ namespace {
 
 using enum FindingCode;
 
-// The formats that people take for pictures, told by how their files begin.
+// Recognises supported image formats by the first bytes of the file.
 bool HasReadableFormat(const std::string& path) {
     std::array<unsigned char, 4> start{};
     std::FILE* file = std::fopen(path.c_str(), "rb");
@@ -38,10 +38,11 @@ bool IsRemote(std::string_view reference) {
            reference.starts_with("ftp:") || reference.starts_with("//");
 }
 
-// Why a name yielded no file. The policy is asked first: of what it forbids, nothing is to be found out.
+// Why a reference yielded no file. The policy is asked first, so that nothing is revealed about files that it
+// forbids.
 ValueProblem ExplainMissingFile(const SvgDrawState& state, std::string_view reference) {
     ORVUnicodeString folder, name;
-    // The interpreter looks for all names beside the drawing, but who gives a whole path means that.
+    // The interpreter looks for every name in the drawing's folder, but an absolute path means that file.
     if (!reference.starts_with('/')) ORVSplitPath(*state.currentPath, folder, name);
     const ORVFileAccessPolicy* const policy = ORVFileAccessPolicy::GetCurrent();
     bool isAllowed = false;
@@ -93,7 +94,7 @@ MaybeProblem Explain(ORVImageRemark remark) {
     return std::nullopt;
 }
 
-// One pixel is one unit unless the picture states a resolution, in pixels a metre.
+// One pixel is one user unit unless the image specifies a resolution, in pixels per metre.
 double TileSize(int pixels, double resolution) {
     constexpr double kUnitsPerMetre = 90.0 / 0.0254;
     return resolution > 0.0 ? pixels / resolution * kUnitsPerMetre : pixels;
@@ -104,7 +105,7 @@ std::string FamilyOf(const ORVFont* font) {
     return face ? face->GetFamily() : "none";
 }
 
-// Why the catalogue does not have a family.
+// Why the font catalogue has no such family.
 std::string WhyNotUsed(std::string_view family) {
     std::string name(family);
     std::erase_if(name, [](char c) { return c == '"' || c == '\''; });
@@ -119,7 +120,7 @@ bool IsFallbackOf(const ORVGlyphRun& run) {
     return false;
 }
 
-// The character at the front of `text`, cut off it. Bytes that are no character count as U+FFFD.
+// Removes and decodes the first character of `text`. Invalid bytes count as U+FFFD.
 char32_t CutCharacter(std::string_view& text, std::string_view& bytes) {
     const auto lead = static_cast<unsigned char>(text.front());
     std::size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;

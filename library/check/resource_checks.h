@@ -15,37 +15,37 @@ class ORVFont;
 struct SvgDrawState;
 enum class PropertySource;
 
-/// What a picture turned out to be.
+/// The result of examining an image.
 struct PictureFacts {
     MaybeProblem problem;                      ///< why it cannot be read
-    MaybeProblem remark;                       ///< what of it is not followed
-    int width = 0, height = 0;                 ///< pixels; 0 when it cannot be read
-    double tileWidth = 0.0, tileHeight = 0.0;  ///< user units that it takes in a pattern
+    MaybeProblem remark;                       ///< which of its features is not supported
+    int width = 0, height = 0;                 ///< in pixels; 0 if it cannot be read
+    double tileWidth = 0.0, tileHeight = 0.0;  ///< size as a pattern tile, in user units
 };
 
-/// Pictures and fonts that a drawing asks for, looked up as the interpreter does. Answers are kept.
+/// Images and fonts used by a drawing, looked up as the interpreter does. Results are cached.
 class ResourceChecks {
 public:
-    /// @param state      gives the document's path
-    /// @param reference  stays in place as long as this object
+    /// @param state      provides the document's path
+    /// @param reference  must outlive this object
     const PictureFacts& CheckPicture(const SvgDrawState& state, std::string_view reference);
 
-    /// Whether text can be set in the font of `state`; only the first that cannot is told, and then nothing
-    /// is said of families and glyphs.
+    /// Whether text can be set in the font of `state`. Only the first failure is reported; after it, families
+    /// and glyphs are not checked.
     MaybeProblem CheckFont(const SvgDrawState& state);
 
-    /// A list of font families: whether the first one is found.
+    /// Whether the first family of a list is available.
     MaybeProblem CheckFamilies(std::string_view families, PropertySource source);
 
-    /// Text that names no family: which font is taken. Only the first such text is a finding.
+    /// The font used for text that names no family. Only the first such text is reported.
     MaybeProblem CheckDefaultFont(const SvgDrawState& state);
 
-    /// The first character of a text that no installed font has, and that no text before had.
+    /// The first character of a text that no installed font has and that was not reported before.
     MaybeProblem CheckGlyphs(std::string_view text, const SvgDrawState& state);
 
 private:
     std::unordered_map<std::string_view, PictureFacts> pictures_;
-    std::vector<bool> knownCharacters_;                    // by code point
-    std::set<std::pair<const ORVFont*, int>> knownFonts_;  // with weights
+    std::vector<bool> knownCharacters_;                    // indexed by code point
+    std::set<std::pair<const ORVFont*, int>> knownFonts_;  // with their weights
     bool isTextUnset_ = false, isDefaultFontTold_ = false;
 };

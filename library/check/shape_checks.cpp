@@ -13,7 +13,7 @@ namespace {
 
 using enum FindingCode;
 
-// The numbers of an element in its own coordinates, where y points down.
+// The lengths of an element in its own coordinates, where y points down.
 class Sizes {
 public:
     Sizes(const ORVXmlNode& node, const SvgDrawState& state) : node_(node), state_(state) {}
@@ -77,17 +77,17 @@ ORVMathBox2D CheckEllipse(CheckContext& check, const NumberedElement& element, c
                  2.0 * ry);
 }
 
-// Of thin lines, nobody sees the ends.
+// On thin lines, caps are invisible.
 bool IsBroad(const SvgDrawState& state) { return state.stroke.GetStrokeWidth() > 2.0; }
 
-// Where all of a line is one point, SVG draws the caps.
+// SVG draws the caps of a zero-length line.
 void CheckDot(CheckContext& check, const NumberedElement& element, const SvgDrawState& state) {
     if (state.stroke.GetStrokeCap() != kCapButt && state.stroke.GetStrokeWidth() > 0.0)
         check.findings.Note(kZeroLength, element, {}, {},
                             "has a part of zero length, whose caps are not drawn");
 }
 
-// The limit of miters is what it is when nothing is said.
+// The interpreter always uses the initial miter limit.
 void CheckCorners(CheckContext& check, const NumberedElement& element, const SvgDrawState& state,
                   const Corners& corners) {
     const double limit = check.inForce.meant.miterLimit;
@@ -136,7 +136,7 @@ ORVMathBox2D TextBox(const NumberedElement& element, const Sizes& sizes, const S
     const int place = (state.text.GetAnchor() - kAnchorFirst) / 4;
     const double x =
         sizes.Across(AttributeName::kX) + sizes.Across(AttributeName::kDx) - layout.advance * place / 2.0;
-    // Letters seldom reach as high and deep as their font says.
+    // Glyphs seldom reach the full ascent and descent of their font.
     return BoxOf(x, sizes.Down(AttributeName::kY) - 0.7 * height, layout.advance, 0.7 * height);
 }
 

@@ -41,7 +41,7 @@ std::string_view LocalName(std::string_view name) {
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-/// Properties that are read by nobody here, and values of theirs that ask for nothing.
+/// Properties that are not supported here, and values of them that have no effect.
 struct UnreadProperty {
     std::string_view name;
     std::initializer_list<std::string_view> harmless;
@@ -124,11 +124,11 @@ private:
     svg2::Cascade cascade_;
     svg2::Images images_;
     svg2::DocumentFonts fonts_;
-    std::unordered_set<std::string_view> families_;  // that were looked for
+    std::unordered_set<std::string_view> families_;  // already looked up
 };
 
 void StandardCheck::Run() {
-    // Elements come in the order of the document; the styles of those around them are at hand.
+    // Elements come in document order; the styles of their ancestors are on this stack.
     std::vector<std::pair<ElementIndex, std::unique_ptr<Style>>> around;
     const Style initial = svg2::Cascade::InitialStyle();
     for (ElementIndex element = 0; element < document_.GetCount(); ++element) {
@@ -174,7 +174,7 @@ void StandardCheck::CheckUnread(ElementIndex element) {
     switch (document_[element].tag) {
         case Tag::kScript: Note(FindingCode::kScript, element, "", "", "is not run"); return;
         case Tag::kForeignObject:
-            // In a switch, what comes after it is drawn instead.
+            // In a switch, a later child is drawn instead.
             if (document_[document_[element].parent].tag != Tag::kSwitch)
                 Note(FindingCode::kForeignObject, element, "", "", "is not drawn");
             return;
@@ -245,7 +245,7 @@ void StandardCheck::CheckFilter(ElementIndex element, const Style& style) {
     }
 }
 
-/// What a filter takes that is not there.
+/// Reports inputs of a filter primitive that do not exist.
 void StandardCheck::CheckPrimitive(ElementIndex element) {
     for (const Name name : {Name::kIn, Name::kIn2}) {
         const std::string_view input = svg2::Trim(document_.ValueOf(element, name));
@@ -368,7 +368,7 @@ void StandardCheck::CheckElement(ElementIndex element, const Style& style) {
     CheckFont(element, style);
 }
 
-/// The sheets that are named in front of the root, where the parsed document has nothing.
+/// The style sheets linked before the root, where the parsed document has no nodes.
 std::vector<svg2::OuterSheet> FindOuterSheets(const CheckedDocument& checked, bool keepsSource,
                                               Findings& findings) {
     if (!checked.fragments.empty()) return {};
@@ -422,7 +422,7 @@ std::vector<std::uint32_t> CountStandardElements(const ORVRef<const ORVXmlTree>&
     while (const ORVXmlNode* node = order.Next()) {
         if (!node->IsElement()) continue;
         ++number;
-        // Both go through the document in its order, and the interpreter passes some elements over.
+        // Both are in document order, and the interpreter skips some elements.
         if (numbers.size() < document.GetCount() &&
             document[static_cast<ElementIndex>(numbers.size())].node == node)
             numbers.push_back(number);

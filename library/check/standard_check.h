@@ -8,15 +8,15 @@
 #include "platform/system/ORVRef.h"
 #include "platform/xml/ORVXmlTree.h"
 
-/// Looks through a document for what the interpreter of standard SVG does not draw as other programs do:
-/// what it does not read, references to nothing, images and fonts that are not there. Files are read as far
-/// as the current access policy allows. Takes time in proportion to the document.
-/// @param tree  of the document's root
+/// Checks a document for content that the standard SVG interpreter does not draw as other programs do:
+/// unsupported features, unresolved references, missing images and fonts. Files are read as far as the
+/// current access policy allows. Takes time proportional to the size of the document.
+/// @param tree  the tree that contains the document's root
 void CheckStandardDocument(const CheckedDocument& document, const ORVRef<const ORVXmlTree>& tree,
                            Findings& findings);
 
-/// The elements that the interpreter of standard SVG sees below a root, in its order: for each its number
-/// among all elements, counted from 1 in document order.
+/// Numbers of the elements that the standard SVG interpreter sees below a root, in its order. Elements are
+/// counted from 1 in document order.
 /// @param top  the document's first element, from which elements are counted
 std::vector<std::uint32_t> CountStandardElements(const ORVRef<const ORVXmlTree>& tree, const ORVXmlNode& root,
                                                  const ORVXmlNode& top);

@@ -25,7 +25,8 @@ bool Take(std::string_view& text, char c) {
     return true;
 }
 
-// Blanks with one comma among them, at most. @return whether the comma was there
+// Skips blanks with at most one comma.
+// @return whether there was a comma
 bool SkipSeparator(std::string_view& text) {
     SkipWhiteSpace(text);
     const bool hasComma = Take(text, ',');
@@ -39,7 +40,7 @@ std::size_t DigitsAt(std::string_view text, std::size_t at) {
     return end - at;
 }
 
-// Length of the number that `text` begins with; 0 when it begins with none.
+// Length of the number at the start of `text`; 0 if there is none.
 std::size_t NumberLength(std::string_view text) {
     std::size_t at = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
     const std::size_t whole = DigitsAt(text, at);
@@ -67,7 +68,6 @@ bool TakeNumber(std::string_view& text, double& number) {
 }
 
 // ---- colours
-// -----------------------------------------------------------------------------------------------
 
 bool IsHexadecimal(std::string_view digits) {
     return (digits.size() == 3 || digits.size() == 6) &&
@@ -91,11 +91,10 @@ bool AreComponents(std::string_view text) {
 }
 
 // ---- transforms
-// --------------------------------------------------------------------------------------------
 
 struct TransformSyntax {
     std::string_view name;
-    std::size_t counts;  // a bit for each number of arguments that there may be
+    std::size_t counts;  // bit mask of the allowed numbers of arguments
 };
 constexpr TransformSyntax kTransforms[] = {{"matrix", 1U << 6U},
                                            {"translate", 1U << 1U | 1U << 2U},
@@ -125,7 +124,6 @@ bool TakeTransform(std::string_view& text) {
 }
 
 // ---- path data
-// ---------------------------------------------------------------------------------------------
 
 std::size_t NumbersOf(char letter) {
     switch (LowerCase(letter)) {
@@ -147,7 +145,7 @@ bool TakeFlag(std::string_view& text, double& flag) {
     return true;
 }
 
-// The numbers of one segment, separators between them.
+// Reads the numbers of one segment and the separators between them.
 bool TakeNumbers(std::string_view& text, PathSegment& segment) {
     const bool isArc = LowerCase(segment.letter) == 'a';
     for (std::size_t i = 0; i < NumbersOf(segment.letter); ++i) {
@@ -196,7 +194,7 @@ bool SvgPathReader::Next(PathSegment& segment) {
         text.remove_prefix(1);
         SkipWhiteSpace(text);
     } else {
-        // More numbers of the same command.
+        // Further numbers of the same command.
         if (letter_ == 0 || NumbersOf(letter_) == 0) return false;
         if (LowerCase(letter_) == 'm')
             segment.letter = letter_ == 'm' ? 'l' : 'L';

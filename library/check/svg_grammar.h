@@ -5,44 +5,44 @@
 #include <cstddef>
 #include <string_view>
 
-// The syntax of values as SVG has it. The interpreter's readers take more than that, and other programs do
-// not: what they leave out here shows on our page only.
+// The syntax of values in SVG. The interpreter's parsers accept more than that; other programs do not, so
+// such values take effect only here.
 
-/// Whether a text is a number, with an optional sign and exponent and nothing around it; digits follow its
-/// point.
+/// Whether a text is exactly one number, with optional sign and exponent; a decimal point must be followed by
+/// digits.
 bool IsSvgNumber(std::string_view text);
-/// The same in path data, which also have numbers such as "1.".
+/// Like IsSvgNumber, for path data, which also allow numbers such as "1.".
 bool IsPathNumber(std::string_view text);
 
-/// Whether a text is a colour of SVG 1.1: "#rgb", "#rrggbb", "rgb(...)" of three numbers or percentages, or a
-/// word. Whether there is a colour of that name is not looked at.
+/// Whether a text is an SVG 1.1 colour: "#rgb", "#rrggbb", "rgb(...)" with three numbers or percentages, or a
+/// word. The word need not be a known colour name.
 bool IsSvgColour(std::string_view text);
 
 /// Whether a text is a list of transforms.
 bool IsSvgTransformList(std::string_view text);
 
-/// One segment of path data as it is written: a letter and its numbers. A pair behind those of a move is a
-/// line.
+/// One path segment as written: a command letter and its numbers. Extra coordinate pairs after a move become
+/// lines.
 struct PathSegment {
     char letter = 'M';
     std::array<double, 7> numbers{};
 };
 
-/// Takes path data apart as SVG has them.
+/// Splits path data into segments by the SVG grammar.
 class SvgPathReader {
 public:
     explicit SvgPathReader(std::string_view data) : rest_(data), size_(data.size()) {}
 
-    /// @return false at the end, and in front of what SVG does not take
+    /// @return false at the end, and before invalid data
     bool Next(PathSegment& segment);
 
-    /// How many bytes were taken; what is behind them is no path data.
+    /// Number of bytes consumed; anything after them is not valid path data.
     std::size_t GetPosition() const { return size_ - rest_.size(); }
-    /// Whether all that is left is blanks and commas, which draw nothing.
+    /// Whether only white space and commas are left, which draw nothing.
     bool IsAtEnd() const;
 
 private:
     std::string_view rest_;
     std::size_t size_;
-    char letter_ = 0;  // of the command that numbers belong to; none in front of the first
+    char letter_ = 0;  // current command, to which further numbers belong; 0 before the first
 };

@@ -116,9 +116,9 @@ constexpr std::string_view kSvgAttributes[] = {
     "vector-effect",
 };
 
-// Values that a property without effect has where nothing is said, or that come to the same here.
+// Values that a property without effect has by default, or that make no difference here.
 struct InitialValues {
-    std::string_view name, values;  // the values between blanks
+    std::string_view name, values;  // the values, separated by blanks
 };
 constexpr InitialValues kInitialValues[] = {
     {"alignment-baseline", " auto baseline "},
@@ -175,8 +175,8 @@ constexpr InitialValues kInitialValues[] = {
     {"text-transform", " none "},
 };
 
-// Of no consequence on paper or for single lines of text, or only where filters and gradients are, which are
-// reported themselves.
+// Properties without effect on paper or on single lines of text, or relevant only to filters and gradients,
+// which are reported separately.
 constexpr std::string_view kSilentProperties[] = {
     "cursor",
     "enable-background",

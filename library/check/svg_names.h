@@ -6,32 +6,32 @@
 
 #include "library/check/findings.h"
 
-// What SVG has beyond what is printed here. None of these names is known to the interpreter; they only make
-// better words of findings, or keep the check quiet about what nobody expects to be printed.
+// SVG names that the interpreter does not support. They serve only to word findings better, or to suppress
+// findings about things that are not expected to print.
 
-/// What an element that the interpreter does not know is to SVG.
+/// How to report an element that the interpreter does not support.
 struct UnprintedElement {
     std::string_view name;
-    /// Nothing for an element that shows nowhere by itself: it is reported where something refers to it.
+    /// Empty for an element that is not drawn directly: it is reported where it is referenced.
     std::optional<FindingCode> code;
 };
-/// Null for a name that SVG does not have.
+/// @return null for a name that SVG does not define
 const UnprintedElement* FindUnprintedElement(std::string_view name);
 
-/// How an attribute that the interpreter does not know is to be taken.
+/// How to treat an attribute that the interpreter does not support.
 enum class AttributeRole {
     kUnknown,
-    kSilent,  ///< changes nothing on paper: versions, languages, classes, accessibility
+    kSilent,  ///< no effect on paper: versions, languages, classes, accessibility
     kScript,  ///< an event handler
-    kSvg,     ///< an attribute of SVG that is not read
+    kSvg,     ///< an SVG attribute that is not read
 };
 AttributeRole FindAttributeRole(std::string_view name);
 
-/// Whether a property without effect has the value that it has anyway.
+/// Whether a property without effect has its initial value anyway.
 bool IsInitialValue(std::string_view property, std::string_view value);
 
-/// Whether a property is an editor's own, or shows nowhere on paper.
+/// Whether a property is specific to an editor or has no effect on paper.
 bool IsSilentProperty(std::string_view property);
 
-/// The kind of findings about a property without effect.
+/// The kind of finding for a property without effect.
 FindingCode GetIgnoredPropertyCode(std::string_view property);

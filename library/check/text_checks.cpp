@@ -8,10 +8,10 @@ namespace {
 
 using enum FindingCode;
 
-// Line ends and tabs are taken out of a text.
+// Line ends and tabs are removed from text.
 bool IsDeleted(char c) { return c == '\n' || c == '\r' || c == '\t'; }
 
-// Whether something stands on both sides of them, and no blank.
+// Whether such a character joins two words because there is no blank beside it.
 bool JoinsWords(std::string_view text) {
     for (std::size_t i = 1; i + 1 < text.size(); ++i) {
         if (!IsDeleted(text[i])) continue;
@@ -24,7 +24,7 @@ bool JoinsWords(std::string_view text) {
     return false;
 }
 
-// Whether SVG shows other blanks than are printed.
+// Whether SVG would show different white space than is printed.
 const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const SvgDrawState& state) {
     const std::size_t first = text.find_first_not_of(" \t\r\n"), last = text.find_last_not_of(" \t\r\n");
     const std::string_view inner = text.substr(first, last - first + 1);
@@ -36,7 +36,7 @@ const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const
             return "its line breaks and tabs do not count as spaces";
         return nullptr;
     }
-    // Between two blanks there may be nothing but what is deleted.
+    // Two blanks with only removed characters between them are adjacent.
     bool wasBlank = false;
     for (const char c : inner) {
         if (c == ' ' && wasBlank) return "every space of a run is printed, not one for the run";
@@ -45,7 +45,7 @@ const char* ComparedBlanks(std::string_view text, const MeantStyle& meant, const
     return nullptr;
 }
 
-// Writing modes that other programs follow in another way, as far as it shows in a text.
+// Reports writing modes that other programs handle differently, if the text shows it.
 void CheckWritingMode(CheckContext& check, const NumberedElement& element, std::string_view text,
                       const SvgDrawState& state) {
     const int mode = state.text.GetWritingMode();
@@ -58,12 +58,12 @@ void CheckWritingMode(CheckContext& check, const NumberedElement& element, std::
                             "writing-mode rl places it on the other side of x, unlike in SVG");
 }
 
-// Only families that some text is set in are looked for, and each place that names them once.
+// Only families used by some text are looked up, and each element that specifies them only once.
 void CheckFamily(CheckContext& check, const NumberedElement& element, std::string_view text,
                  const SvgDrawState& state) {
     const FontFamily& family = check.inForce.family;
     if (!family.saidBy.node) {
-        // What a definition is set in, its use may say.
+        // The font of a definition may come from its references.
         if (check.openDefinition) return;
         if (const MaybeProblem problem = check.resources.CheckDefaultFont(state))
             check.findings.Note(element, {}, text, *problem);

@@ -14,7 +14,7 @@ void CheckUnit(CheckContext& check, const NumberedElement& element, std::string_
             check.findings.Note(FindingCode::kUnitScale, element, attribute, value,
                                 "is 6 % smaller than in other programs, relative to numbers without a unit");
     } else if (!HasPhysicalUnit(value) && !check.isUnitScaleTold) {
-        // Of the page, once: what it holds is larger as a whole.
+        // Reported once for the page: all its content is larger.
         check.isUnitScaleTold = true;
         check.findings.Note(FindingCode::kUnitScale, check.page, {}, {},
                             "its size has a unit and numbers on it have none: its content is 7 % larger than "

@@ -20,7 +20,7 @@ const char* Explain(FindingCode code) {
     }
 }
 
-// A style sheet that is empty says nothing.
+// Whether an element is an empty style sheet.
 bool SaysNothing(const UnprintedElement& known, std::string_view text) {
     return known.name == "style" && text.find_first_not_of(" \t\r\n") == text.npos;
 }

@@ -3,6 +3,6 @@
 
 #include "library/check/check_context.h"
 
-/// Reports an element without a handler, which is not printed with all that it holds.
-/// @param isInLeaf  whether it stands inside a shape, text, picture or reference
+/// Reports an element without a handler, which is not printed, nor are its descendants.
+/// @param isInLeaf  whether it is inside a shape, text, image or reference
 void CheckUnprinted(CheckContext& check, const NumberedElement& element, bool isInLeaf);

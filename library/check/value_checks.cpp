@@ -37,7 +37,7 @@ ValueProblem Problem(FindingCode code, std::string message) { return {code, std:
 
 std::string Quote(std::string_view text) { return "'" + Excerpt(text) + "'"; }
 
-// A page on which neither a side nor the diagonal makes 1 % come to 1.
+// A page on which 1 % of neither side nor the diagonal equals 1.
 const SvgDrawState& ProbePage() {
     static const SvgDrawState page = [] {
         SvgDrawState state;
@@ -54,13 +54,13 @@ bool IsWord(std::string_view text) {
     return !text.empty();
 }
 
-// Whether the interpreter takes `unit` for one.
+// Whether the interpreter accepts `unit` as a unit.
 bool IsUnit(std::string_view unit) {
     constexpr std::size_t kLongest = 8;
     if (unit.size() > kLongest || !(unit == "%" || IsWord(unit))) return false;
     double one = 0.0;
     if (ParseLength(ProbePage(), "1" + std::string(unit), one) != kRead || one == 1.0) return false;
-    // "mmx" is read as millimetres, too; it is none.
+    // "mmx" is also read as millimetres, but is not a unit.
     for (std::size_t i = 0; i < unit.size(); ++i) {
         double other = 0.0;
         const std::string shorter = "1" + std::string(unit).erase(i, 1);
@@ -70,8 +70,8 @@ bool IsUnit(std::string_view unit) {
     return true;
 }
 
-// What stands behind the number that `value` begins with, white space trimmed.
-// @return false when it begins with none
+// Finds the text after the number at the start of `value`, with white space trimmed.
+// @return false if there is no number
 bool FindRest(std::string_view value, std::string_view& number, std::string_view& rest) {
     double ignored = 0.0;
     std::size_t length = 0;
@@ -84,7 +84,7 @@ bool FindRest(std::string_view value, std::string_view& number, std::string_view
     return true;
 }
 
-// Whether a token is a number with nothing behind it, or a unit where units are read.
+// Checks that a token is a number with nothing after it, or with a unit where units are accepted.
 MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
     std::string_view number, rest;
     if (!FindRest(token, number, rest))
@@ -98,7 +98,7 @@ MaybeProblem CheckToken(std::string_view token, bool takesUnits) {
                                    (takesUnits ? "" : "; units are not read here"));
 }
 
-// Calls `visit` with every token of a list until it returns false.
+// Calls `visit` for every token of a list until it returns false.
 template <class Visit>
 void ForEachToken(std::string_view text, Visit visit) {
     for (std::size_t start = text.find_first_not_of(kSeparators); start != text.npos;
@@ -109,7 +109,7 @@ void ForEachToken(std::string_view text, Visit visit) {
     }
 }
 
-// A comma in front of all numbers, or two with nothing but blanks between them.
+// Whether a list has a comma before all numbers, or two with only blanks between them.
 bool HasStrayComma(std::string_view list) {
     bool wasNumber = false;
     for (const char c : list) {
@@ -142,7 +142,7 @@ std::size_t ArgumentsOf(char letter) {
 
 std::string At(std::size_t position) { return "at character " + std::to_string(position + 1) + ": "; }
 
-// The arguments of one command.
+// Checks the arguments of one command.
 MaybeProblem CheckArguments(char letter, PathScanner& scanner, std::size_t& count) {
     MaybeProblem problem;
     const std::size_t start = scanner.GetPosition() - 1;
@@ -179,7 +179,7 @@ MaybeProblem CheckLength(std::string_view value) {
         return Problem(kBadLength, "is not a number in SVG: other programs may not read it");
     if (rest.empty()) return std::nullopt;
     if (rest == "px" || rest == "PX" || IsUnit(rest)) {
-        // A blank in between makes it no length.
+        // With a blank in between, it is not a valid length.
         if (rest.data() == number.data() + number.size()) return std::nullopt;
         return Problem(kBadLength, "has a space before its unit: other programs do not read it");
     }
@@ -314,10 +314,10 @@ struct ValueChecks::Scratch {
     ORVRef<ORVPrtImageElt> page{new ORVPrtImageElt};
     ORVRef<ORVPrtGroupElt> group{new ORVPrtGroupElt};
     SvgDefinitions definitions;
-    SvgDrawState plain, other;  // two states that differ in all that properties set
+    SvgDrawState plain, other;  // two states that differ in every property
 
     Scratch() {
-        // Later, that there is none for lack of memory would look like a colour that is none.
+        // Created now: running out of memory later would look like an invalid colour.
         EnsureColourTable(*page);
         if (!page->GetColourTable()) throw std::bad_alloc();
         for (SvgDrawState* state : {&plain, &other}) {
@@ -354,7 +354,7 @@ MaybeProblem ValueChecks::CheckColour(std::string_view value) {
         return Problem(kBadColour, "is not a colour here: the colour does not change");
     if (!IsSvgColour(value)) return Problem(kBadColour, "is read as a colour, but is not one in SVG");
     if (value.find('(') == value.npos) return std::nullopt;
-    // Components that do not fit are cut, not limited.
+    // Components out of range are truncated, not clamped.
     const bool isPercentage = value.find('%') != value.npos;
     MaybeProblem problem;
     ForEachToken(value.substr(value.find('(') + 1), [&](std::string_view token) {
@@ -426,7 +426,7 @@ MaybeProblem ValueChecks::CheckTransform(std::string_view value) {
     return std::nullopt;
 }
 
-// A value that is taken makes a difference to at least one of two states that differ.
+// A valid value changes at least one of two states that differ.
 bool ValueChecks::ChangesSomething(const PropertyRow& row, std::string_view value) {
     for (const SvgDrawState* state : {&scratch_->plain, &scratch_->other}) {
         SvgDrawState changed = *state;

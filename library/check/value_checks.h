@@ -14,21 +14,21 @@
 struct PropertyRow;
 struct SvgDrawState;
 
-/// What is wrong with a value.
+/// A problem with a value.
 struct ValueProblem {
     FindingCode code;
     std::string message;
 };
 using MaybeProblem = std::optional<ValueProblem>;
 
-// Each of these hands a value to the interpreter's own reader and compares what it read with what is
-// written. Nothing wrong, and an empty value, give nothing.
+// Each of these checks parses a value with the interpreter's own parser and compares the result with the
+// text. They return nothing for a correct or empty value.
 
 /// A length, as for ParseLength.
 MaybeProblem CheckLength(std::string_view value);
-/// Whether a length has a unit whose size is known on paper, which is not that of a screen's pixels.
+/// Whether a length has a physical unit, as opposed to screen pixels.
 bool HasPhysicalUnit(std::string_view value);
-/// A number or length of which a "text" takes the first, where SVG allows a list.
+/// A number or length. "text" uses only the first one where SVG allows a list.
 MaybeProblem CheckTextPosition(std::string_view value);
 /// Four numbers, as for ReadViewBox.
 MaybeProblem CheckViewBox(std::string_view value);
@@ -39,18 +39,18 @@ MaybeProblem CheckOpacity(std::string_view value);
 /// As for ApplyDashArray.
 MaybeProblem CheckDashArray(std::string_view value);
 
-/// What path data come to.
+/// Result of parsing path data.
 struct PathFacts {
-    std::size_t vertices = 0;  ///< as the interpreter counts them
-    bool hasCurves = false;    ///< Beziers or arcs
-    bool hasArcs = false;      ///< stroked where nothing fills, unless hidden
-    bool hasRuns = false;      ///< lines or Beziers, which are stroked where nothing fills
+    std::size_t vertices = 0;  ///< as counted by the interpreter
+    bool hasCurves = false;    ///< has Bezier curves or arcs
+    bool hasArcs = false;      ///< has arcs, which are stroked if there is no fill, unless hidden
+    bool hasRuns = false;      ///< has lines or Bezier curves, which are stroked if there is no fill
     PathShape shape;
 };
 /// As for PathDataInterpreter.
 MaybeProblem CheckPathData(std::string_view value, PathFacts& facts);
 
-/// Checks of values that need a page to be read on. Holds one of its own.
+/// Checks of values that are parsed in the context of a page. Owns a scratch page.
 class ValueChecks {
 public:
     ValueChecks();
@@ -62,10 +62,10 @@ public:
     MaybeProblem CheckColour(std::string_view value);
     /// As for ApplyTransformList.
     MaybeProblem CheckTransform(std::string_view value);
-    /// The map that a list of transforms makes, as the interpreter reads it.
+    /// The transformation that a transform list describes, as the interpreter reads it.
     ORVMathAffine2D ReadTransform(std::string_view value);
-    /// A value of a property that has an effect, other than paints and font families.
-    /// @param inStyle  whether it stands in a style attribute; some properties are read differently there
+    /// Checks the value of a property that has an effect, except paints and font families.
+    /// @param inStyle  whether it is in a style attribute; some properties are parsed differently there
     MaybeProblem CheckProperty(const PropertyRow& row, std::string_view value, bool inStyle);
 
 private:
@@ -73,5 +73,5 @@ private:
     bool ChangesSomething(const PropertyRow& row, std::string_view value);
 
     std::unique_ptr<Scratch> scratch_;
-    std::unordered_map<std::string, bool> known_;  // answers by property and value
+    std::unordered_map<std::string, bool> known_;  // results by property and value
 };

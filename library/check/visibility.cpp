@@ -18,7 +18,7 @@ void Visibility::TakeIn(const NumberedElement& element, const SvgDrawState& inhe
     }
     if (!shownBy.node) return;
 
-    // What paint the element gives itself counts, with or without "visible".
+    // The element's own paint applies with or without "visible".
     SvgDrawState state = inherited;
     state.drawStyle = drawStyle;
     ApplyPaint(state, access);

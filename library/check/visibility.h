@@ -5,19 +5,20 @@
 
 struct SvgDrawState;
 
-/// What "display" and "visibility" have said where the walk stands. To the interpreter they are draw styles,
-/// to SVG they hide: this keeps what an author goes by. A value, handed down as the drawing state is.
+/// The "display" and "visibility" in force at the current element. The interpreter treats them as draw
+/// styles, whereas in SVG they hide; this records what the author intends. A value that is copied as it is
+/// inherited.
 struct Visibility {
     bool isRemoved = false;   ///< by "display"
     bool isHidden = false;    ///< by "visibility"
-    NumberedElement shownBy;  ///< the element that says "visible"; without a node when none does
-    int drawStyle = 0;        ///< the one there would be without `shownBy`
+    NumberedElement shownBy;  ///< element that specifies "visible"; its node is null if none does
+    int drawStyle = 0;        ///< the draw style without `shownBy`
 
-    /// Takes in what an element says.
-    /// @param inherited  state before the element's own presentation
+    /// Applies what an element specifies.
+    /// @param inherited  state before the element's own presentation attributes
     void TakeIn(const NumberedElement& element, const SvgDrawState& inherited);
 
-    /// The draw style that the author has asked for.
+    /// The draw style that the author intends.
     /// @param painted  the one that the interpreter paints with
     int GetMeantStyle(int painted) const { return shownBy.node ? drawStyle : painted; }
 };

@@ -234,7 +234,7 @@ int CallDump::BeginMask(const ORVPrintMask& mask) {
 }
 
 void CallDump::WriteStep(const ORVPrintFilterStep& step) {
-    // In the order of the operations.
+    // In the order of the alternatives of ORVFilterOperation.
     constexpr std::array<const char*, std::variant_size_v<ORVFilterOperation>> kNames{
         "nothing",    "pass",  "blur",       "offset",        "flood",    "merge",
         "shadow",     "blend", "composite",  "colour-matrix", "transfer", "convolution",
@@ -259,7 +259,7 @@ void CallDump::WriteStep(const ORVPrintFilterStep& step) {
     json_.EndObject();
 }
 
-/// A box, unless it is everywhere.
+/// Writes a box unless it is infinite.
 void CallDump::WriteExtent(const char* key, const ORVMathBox2D& box) {
     if (std::isfinite(box.xMax - box.xMin + box.yMax - box.yMin)) WriteBox(key, box);
 }

@@ -5,14 +5,14 @@
 #include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Writes what a drawing draws as JSON: pages with their content, groups, layers and clips nested as they
-/// come, all in page coordinates.
+/// Writes the drawing calls it receives as JSON: pages with their content, and nested groups, layers and
+/// clips, all in page coordinates.
 class CallDump final : public ORVPrintGenerator {
 public:
     /// @param json  must outlive this object
     explicit CallDump(JsonWriter& json);
-    /// Closes what is open.
-    /// @param result  of the drawing
+    /// Closes all open objects.
+    /// @param result  result of the drawing
     void Finish(int result);
 
     unsigned int GetPowers() const override {
@@ -42,9 +42,9 @@ public:
     int EndDocument() override { return 1; }
 
 private:
-    /// Begins an object that says what kind of call it is.
+    /// Begins an object with a member naming the kind of call.
     void Open(const char* kind);
-    /// Begins the list of what the open object holds.
+    /// Begins the array of the open object's content.
     int OpenContent();
     int Close();
     void WriteText(const char* key, std::string_view text);

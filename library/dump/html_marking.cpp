@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "library/dump/html_marking.h"
 
-// One answer says for masks as for inputs of filters that there are none.
+// BeganUnseen handles both masks and filter inputs with one value.
 static_assert(ORVPrintGenerator::kSkipMask == ORVPrintGenerator::kSkipInput);
 
 template <class... Given>
@@ -21,7 +21,7 @@ int MarkingGenerator::End(int (ORVPrintGenerator::*call)()) {
 
 int MarkingGenerator::BeganUnseen(int answer, int (ORVPrintGenerator::*end)()) {
     if (answer == 1) ++unseen_;
-    // Nothing of it follows, so that the dump has it without content.
+    // The target skips the content, so the dump shows it as empty.
     if (answer == kSkipMask && dump_)
         if (const int result = (dump_->*end)(); result != 1) return result;
     return answer;

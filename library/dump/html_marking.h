@@ -9,21 +9,22 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Gives every shape, text and image the row of a dump that it belongs to as its identifier: "r7", or "r7-9"
-/// for a line of several rows. What else is called something is not, and links lead nowhere: a page to look
-/// at has its own. Rows are counted from 0.
+/// Passes drawing calls to a generator and gives each shape, text and image the dump row it belongs to as its
+/// identifier: "r7", or "r7-9" for a line of several rows. Other identifiers and links are removed, since the
+/// surrounding HTML page has its own. Rows are counted from 0.
 class MarkingGenerator final : public ORVPrintGenerator {
 public:
-    /// For what is drawn from a model.
-    /// @param target  as all that is given, must outlive this object
-    /// @param rows    for each page that comes, its rows as the renderer comes to them
+    /// For drawing from a model.
+    /// @param target  must outlive this object, as must the rows
+    /// @param rows    for each page, its rows in rendering order
     MarkingGenerator(ORVPrintGenerator& target, std::vector<std::span<const std::uint32_t>> rows)
         : target_(target), rows_(std::move(rows)) {}
-    /// For what is drawn without one: each call is a row, and is made to both.
-    /// @param dump  what says so
+    /// For drawing without a model: each call is one row and is made to both generators. Both must outlive
+    /// this object.
+    /// @param dump  writes the rows
     MarkingGenerator(ORVPrintGenerator& target, ORVPrintGenerator& dump) : target_(target), dump_(&dump) {}
 
-    /// Of calls, the elements that they show, as the interpreter counts them; 0 when it is not known.
+    /// For each call, the element it draws, as numbered by the interpreter; 0 if unknown.
     const std::vector<std::uint32_t>& GetElements() const { return elements_; }
 
     unsigned int GetPowers() const override { return target_.GetPowers(); }
@@ -53,15 +54,16 @@ public:
     int EndDocument() override;
 
 private:
-    /// Makes a call to the dump, where it is a row, and to the target.
+    /// Makes a call to the target, and to the dump if the call is a row.
     template <class... Given>
     int Begin(int (ORVPrintGenerator::*call)(Given...), Given... given);
     int End(int (ORVPrintGenerator::*call)());
-    /// What becomes of the answer to the beginning of what is not seen by itself.
+    /// Handles the result of beginning a mask or filter input: counts it as open or, if the target skips it,
+    /// ends it in the dump, which then has it without content.
     int BeganUnseen(int answer, int (ORVPrintGenerator::*end)());
     template <class Call>
     int Draw(const Call& call, int (ORVPrintGenerator::*draw)(const Call&));
-    /// The identifier of what is drawn now; empty where nothing is seen by itself.
+    /// The identifier of the current call; empty inside masks and filter inputs.
     std::string Mark() const;
     std::string MarkOfPrimitive() const;
 
@@ -69,7 +71,7 @@ private:
     ORVPrintGenerator* const dump_ = nullptr;
     const std::vector<std::span<const std::uint32_t>> rows_;
     std::vector<std::uint32_t> elements_;  // of the calls so far
-    std::size_t pages_ = 0;                // begun
+    std::size_t pages_ = 0;                // number of pages begun
     ORVPrintOrigin origin_;
-    unsigned int unseen_ = 0;  // masks and inputs of filters that are open
+    unsigned int unseen_ = 0;  // number of open masks and filter inputs
 };

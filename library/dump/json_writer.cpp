@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kBufferSize = 1U << 16U;
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// "\u202e"; a character past U+FFFF as two halves.
+/// Escapes a character as in "\u202e"; one above U+FFFF becomes a surrogate pair.
 std::string Escape(char32_t character) {
     constexpr char kDigits[] = "0123456789abcdef";
     if (character >= 0x10000) {
@@ -92,7 +92,7 @@ void JsonWriter::Flag(bool flag) {
 void JsonWriter::Text(std::string_view utf8) {
     Separate();
     Put("\"");
-    std::size_t plain = 0;  // start of what needs no change
+    std::size_t plain = 0;  // start of the text not written yet
     const auto replace = [&](std::size_t at, std::size_t length, std::string_view by) {
         Put(utf8.substr(plain, at - plain));
         Put(by);
@@ -106,7 +106,7 @@ void JsonWriter::Text(std::string_view utf8) {
             replace(i, 1, {escaped, 2});
         } else if (isInMarkup_ && (c == '<' || c == '>' || c == '&')) {
             replace(i, 1, Escape(static_cast<char32_t>(c)));
-        } else if (static_cast<unsigned char>(c - 0x20) >= 0x5F) {  // not of ASCII's characters
+        } else if (static_cast<unsigned char>(c - 0x20) >= 0x5F) {  // DEL or not ASCII
             char32_t character = 0;
             if (!FirstCharacter(utf8.substr(i), character, length))
                 replace(i, length, kReplacement);

@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-/// Writes JSON piece by piece, to a file through a small buffer. The caller keeps the grammar, but for
-/// commas: they come by themselves between members and elements.
+/// Writes JSON incrementally, to a file through a small buffer or to a string. Commas are inserted
+/// automatically; otherwise the caller is responsible for the structure.
 class JsonWriter {
 public:
-    /// @param isInMarkup  the text will stand within HTML: what begins markup is escaped
+    /// @param isInMarkup  the text is embedded in HTML: characters that start markup are escaped
     explicit JsonWriter(std::FILE* file, bool isInMarkup = false) : file_(file), isInMarkup_(isInMarkup) {}
-    /// @param text  gets what is written, behind what it holds; must outlive this object
+    /// @param text  the output is appended to it; must outlive this object
     explicit JsonWriter(std::string& text) : text_(&text) {}
     ~JsonWriter() { Flush(); }
     JsonWriter(const JsonWriter&) = delete;
@@ -21,18 +21,19 @@ public:
     void EndObject() { Close('}'); }
     void BeginArray() { Open('['); }
     void EndArray() { Close(']'); }
-    /// Begins a member; its value follows.
+    /// Begins a member; its value must follow.
     void Key(std::string_view name);
 
-    void Number(double number);  ///< the shortest digits that read back the same; null when not finite
+    void Number(double number);  ///< the shortest form that reads back as the same number; null if not finite
     void Integer(long long number);
-    void Text(std::string_view
-                  utf8);  ///< what is no UTF-8 becomes U+FFFD; JSON may come to a terminal: see IsPrintable
+    void Text(std::string_view utf8);  ///< invalid UTF-8 becomes U+FFFD, and characters that are not
+                                       ///< IsPrintable are escaped
     void Null();
     void Flag(bool flag);
     void LineBreak() { Put("\n"); }
 
-    /// Hands everything to the file. @return false when the file did not take it all
+    /// Writes the buffer to the file.
+    /// @return false if a write failed
     bool Flush();
 
 private:

@@ -14,13 +14,13 @@
 
 namespace {
 
-/// A container that is being walked.
+/// A container being walked.
 struct Frame {
     const ORVPrtChildList* children;
     std::size_t next;
 };
 
-/// Children that are dumped; a pattern keeps its own to itself.
+/// The children to dump; those of patterns are not included.
 const ORVPrtChildList* DumpedChildren(const ORVPrtGraphicPrimitiveElt& primitive) {
     const bool isOpaque =
         primitive.GetKind() == ORVPrtKind::kPattern || primitive.GetKind() == ORVPrtKind::kOther;
@@ -123,7 +123,7 @@ void DumpPoints(JsonWriter& json, const ORVPrtPointList& list) {
     json.EndArray();
 }
 
-// What only one class has; one overload each.
+// Attributes of individual classes, one overload each.
 
 void DumpOwn(JsonWriter& json, const ORVPrtRectangleElt& rectangle) {
     json.Key("points");
@@ -239,7 +239,7 @@ void DumpOwn(JsonWriter& json, const ORVPrtImageElt& page) {
 template <class Primitive>
 void DumpOwn(JsonWriter& /*json*/, const Primitive& /*primitive*/) {}
 
-/// Everything but the children.
+/// Dumps everything but the children.
 void DumpAttributes(JsonWriter& json, const ORVPrtGraphicPrimitiveElt& primitive) {
     DumpIdentity(json, primitive);
     VisitPrimitive(primitive, [&json]<class Primitive>(const Primitive& one) {
@@ -295,7 +295,8 @@ ORVFailure WhyNotDumped(const ORVPrtModel& model) {
 
 void DumpPages(const ORVPrtModel& model, JsonWriter& json) {
     std::vector<Frame> open;
-    // Writes a primitive up to its children, which the walk below then takes up; closes one without any.
+    // Writes a primitive up to its children, which the loop below continues with; closes a primitive without
+    // children.
     const auto begin = [&](const ORVPrtGraphicPrimitiveElt& primitive) {
         json.BeginObject();
         DumpAttributes(json, primitive);

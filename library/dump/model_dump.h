@@ -6,12 +6,12 @@
 class JsonWriter;
 class ORVPrtModel;
 
-/// True when the pages repeat shared primitives more often than the limit of repeats allows.
+/// Whether the pages repeat shared primitives more often than the limit of repeats allows.
 bool IsTooLargeToDump(const ORVPrtModel& model);
 
-/// Why a model cannot be dumped; nothing when it can.
+/// Why a model cannot be dumped; empty if it can.
 ORVFailure WhyNotDumped(const ORVPrtModel& model);
 
-/// Writes the array of the model's pages, each with all its primitives and their attributes. Neither the
-/// depth of the tree nor the number of its primitives costs memory worth mentioning.
+/// Writes an array of the model's pages, each with all its primitives and their attributes. Memory use does
+/// not depend on the depth of the tree or the number of primitives.
 void DumpPages(const ORVPrtModel& model, JsonWriter& json);

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// A parsed document. One of the two is set.
+/// A parsed document. Exactly one member is set.
 struct Document {
     ORVLightXmlElement light;
     ORVIDOMElement_var dom;
@@ -28,20 +28,21 @@ struct Document {
     ORVRef<const ORVXmlTree> GetTree() const { return dom ? dom.GetTree() : light.GetTree(); }
 };
 
-/// Parses for one reading of its drawings; a document that is not well formed is reported, unless what was
-/// read of it is wanted.
+/// Parses a document for a single read of its drawings. Reports a document that is not well-formed, unless
+/// the part before the error is wanted.
 /// @return a result
 int ParseDocument(const InputOrigin& origin, const DrawingOptions& options, bool wantsBroken,
                   InputBytes bytes, Document& document) {
     ORVXmlError error;
     if (IsStandard(options)) {
-        // Where text stands between elements matters, and whatever is used again is read again.
+        // Standard SVG needs the positions of text between elements, and reads referenced elements
+        // repeatedly.
         ORVParseXml({bytes.GetOwner(), bytes.GetView()}, document.dom, &error);
     } else if (options.parser == "dom") {
         ORVUnicodeString text;
         const std::string_view view = bytes.GetView();
         if (text.BuildFromUTF8(view.data(), view.size()) != 1) {
-            // The parser that looks at bytes knows where they stop being UTF-8, or that they are another
+            // The light parser determines where the bytes stop being UTF-8, or that they are in another
             // encoding.
             ORVLightXmlParser parser;
             ORVLightXmlElement element;
@@ -78,7 +79,7 @@ int ParseDocument(const InputOrigin& origin, const DrawingOptions& options, bool
     return origin.host.Report(kResultNotWellFormed, origin.name + place, reason);
 }
 
-/// The `svg` element that the options name; null when there is none.
+/// The `svg` element selected by the options; null if there is none.
 const ORVXmlNode* FindFragment(const ORVXmlNode* root, const std::string& name) {
     const std::vector<const ORVXmlNode*> fragments = FindSvgElements(root);
     if (std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; })) {
@@ -110,15 +111,15 @@ std::vector<PageFacts> FactsOfPages(const ORVPrtModel& model) {
     return pages;
 }
 
-/// An interpreter and all that it reads from.
+/// An interpreter and everything it reads from.
 struct OpenedDrawing {
     std::shared_ptr<Document> document;
-    ORVLightXmlElement holder;  // what the input refers to
+    ORVLightXmlElement holder;  // referred to by the input
     ORVRef<ORVPrintInputXMLElement> input;
-    std::unique_ptr<ORVPrintInterpreter> interpreter;  // last: it uses all of the above
+    std::unique_ptr<ORVPrintInterpreter> interpreter;  // last member, since it uses the others
 };
 
-/// Pages of a drawing that has no model.
+/// Measures the pages of a drawing without a model.
 int UseWithoutModel(const InputOrigin& origin, const std::shared_ptr<OpenedDrawing>& opened, bool isOnly,
                     const std::function<int(const Drawing&)>& use) {
     ORVPrintInterpreter& interpreter = *opened->interpreter;
@@ -142,8 +143,8 @@ int UseWithoutModel(const InputOrigin& origin, const std::shared_ptr<OpenedDrawi
     return use({interpreter, std::move(pages), isOnly, 0, opened});
 }
 
-/// @param isOnly  whether the drawing is the only one of its document, which then ends as soon as the model
-///                stands
+/// @param isOnly  whether the drawing is the only one of its document, which is then released once the model
+///         is built
 int UseDrawing(const InputOrigin& origin, const std::shared_ptr<OpenedDrawing>& opened, bool isOnly,
                const std::function<int(const Drawing&)>& use) {
     ORVPrintInterpreter& interpreter = *opened->interpreter;
@@ -153,22 +154,22 @@ int UseDrawing(const InputOrigin& origin, const std::shared_ptr<OpenedDrawing>& 
     if (model)
         if (const ORVFailure failure = model->GetBudget().GetFailure())
             return origin.host.Report(origin.name, failure);
-    // There is an element, and nothing that was left out: only memory can have been missing.
+    // The element exists and nothing was left out, so only memory can have run out.
     if (built != 1)
         return origin.host.Report(
             origin.name,
             ORVFailure::Of(ORVFailureReason::kOutOfMemory, "could not be turned into pages; out of memory"));
     std::vector<PageFacts> pages = FactsOfPages(*model);
     const std::uint32_t unread = document.GetTree() ? document.GetTree()->GetUnreadElements() : 0;
-    model = nullptr;  // a last print takes it apart
+    model = nullptr;  // release it: a last print consumes the model
     if (pages.empty()) return origin.host.Report(kResultNoPage, origin.name, "has no page");
     if (isOnly) document = Document();
     return use({interpreter, std::move(pages), isOnly, unread, opened});
 }
 
-/// @param isAlone  the element as a document of its own: interpreters for DOM elements also take the siblings
-///                 that follow it. Those are pages of a drawing that was asked for by name; where all
-///                 drawings are, they come in their own turn.
+/// @param isAlone  treat the element as a separate document. Interpreters for DOM elements also read its
+///         following siblings: these are pages of a drawing selected by name, but if all drawings are
+///         printed, they have their own turn
 /// @return null when out of memory
 ORVRef<ORVPrintInputXMLElement> MakeFragmentInput(const Document& document, const ORVXmlNode* fragment,
                                                   bool isAlone, ORVLightXmlElement& holder) {
@@ -202,7 +203,7 @@ int UseStandardDrawings(const InputOrigin& origin, const DrawingOptions& options
     return kResultDone;
 }
 
-/// The words between commas, in lower case.
+/// Splits a list at commas and converts it to lower case.
 std::vector<std::string> SplitLanguages(std::string_view list) {
     std::vector<std::string> languages;
     std::string language;
@@ -253,12 +254,12 @@ bool IsFragmentInput(const std::string& path, const DrawingOptions& options) {
 
 namespace {
 
-/// Whether it is a document around drawings. A root in a namespace of another prefix is a drawing, too.
+/// Whether a document encloses drawings. A root with a namespace prefix is a drawing, too.
 bool HasDrawingsInside(const ORVXmlNode* root) {
     return root->id != ElementName::kSvg && !FindOutermostSvgElements(root).empty();
 }
 
-/// Hands over the drawings of a document that was read.
+/// Passes the drawings of a parsed document to `use`.
 int UseDocument(const InputOrigin& origin, const DrawingOptions& options,
                 const std::shared_ptr<Document>& document, const std::function<int(const Drawing&)>& use) {
     if (IsStandard(options)) return UseStandardDrawings(origin, options, document, use);

@@ -14,64 +14,66 @@
 #include "platform/print/ORVPrintPreferences.h"
 #include "platform/xml/ORVXmlNode.h"
 
-/// How drawings are read.
+/// Options for reading drawings.
 struct DrawingOptions {
-    std::string interpreter = "SVG";  ///< or "SVG2", for standard SVG
+    std::string interpreter = "SVG";  ///< "SVG", or "SVG2" for standard SVG
     std::string parser = "light";     ///< or "dom"
-    bool qvxml = false;               ///< drawings inside an XML document, whatever the input's name
-    bool detectsQvxml = false;        ///< the same where there is an element around the drawings
-    std::string fragment;             ///< number or identifier of one of them; empty for the outermost ones
-    bool keepGoing = false;           ///< print what stands before an error in the XML
-    bool keepsBytes = false;          ///< the bytes are read again later; else they are lost on the way
+    bool qvxml = false;  ///< treat the input as an XML document with embedded drawings, whatever its name
+    bool detectsQvxml = false;  ///< the same, if another element encloses the drawings
+    std::string fragment;    ///< number or identifier of one embedded drawing; empty for all outermost ones
+    bool keepGoing = false;  ///< print the content before an XML error
+    /// Keep the bytes intact for reading them again; otherwise parsing consumes them.
+    bool keepsBytes = false;
     std::vector<std::string> allowedFolders;
-    std::string languages;   ///< that the user reads, as "en,de"; empty for the locale's
-    double fontSize = 12.0;  ///< px, of text that states no size; for standard SVG only
+    std::string languages;   ///< the user's languages, such as "en,de"; empty to use the locale's
+    double fontSize = 12.0;  ///< in px, of text without a font-size; standard SVG only
 };
 
-/// What is known of a drawing's page.
+/// Properties of a drawing's page.
 struct PageFacts {
-    double width = 0.0, height = 0.0;  ///< user units of 1/90 inch
-    bool hasArea = false;              ///< else it cannot be printed
+    double width = 0.0, height = 0.0;  ///< in user units of 1/90 inch
+    bool hasArea = false;              ///< false if the page has no area and cannot be printed
     std::string title;
 };
 
-/// A drawing whose pages are known.
+/// A drawing whose pages have been measured.
 struct Drawing {
     ORVPrintInterpreter& interpreter;
     std::vector<PageFacts> pages;
     bool isOnly;  ///< the only drawing of its input
-    /// Elements of its document that the interpreter SVG does not read; see ORVXmlTree.
+    /// Number of elements that the interpreter SVG does not read; see ORVXmlTree.
     std::uint32_t unreadElements = 0;
-    /// Whoever holds it may use the interpreter when the call that gave the drawing has ended.
+    /// Keeps the interpreter alive after the call that supplied the drawing has returned.
     std::shared_ptr<const void> keeper{};
 };
 
 /// Whether drawings are read as standard SVG.
 bool IsStandard(const DrawingOptions& options);
-/// Whether an input is read as an XML document with drawings inside.
+/// Whether an input is read as an XML document with embedded drawings.
 bool IsFragmentInput(const std::string& path, const DrawingOptions& options);
-/// What interpreters are told of the user.
+/// The user's preferences, as passed to interpreters.
 ORVPrintPreferences PreferencesOf(const DrawingOptions& options);
 
-/// The drawings inside an XML document that the options ask for; that there are none was reported.
+/// The embedded drawings selected by the options. Reports an error if there are none.
 std::vector<const ORVXmlNode*> SelectFragments(const ORVXmlNode* root, const InputOrigin& origin,
                                                const DrawingOptions& options);
 
-/// Checks that an input is well formed, and hands its drawings to `use`, one after the other. Documents may
-/// name files as far as the access policy of the thread allows.
-/// @param bytes  unpacked, neither empty nor of another kind
-/// @param use    returns a result; anything but kResultDone ends the reading. Drawings live only during its
-///               call, but for those that it keeps
-/// @return a result; a failure was reported
+/// Checks that an input is well-formed and passes its drawings to `use`, one after the other. Documents may
+/// refer to files as far as the thread's access policy allows.
+/// @param bytes  decompressed, not empty and not of another file type
+/// @param use    returns a result; anything but kResultDone stops the reading. Drawings live only during its
+///         call unless it keeps Drawing::keeper
+/// @return a result; failures are reported to the host
 int UseDrawings(const InputOrigin& origin, const DrawingOptions& options, InputBytes bytes,
                 const std::function<int(const Drawing& drawing)>& use);
 
-/// Opens the fragment that the options name, in its place in the document, unchecked. For looking at what the
-/// interpreter makes of it.
-/// @return a result; a failure was reported
+/// Opens the fragment named by the options in the context of its document, without further checks. Used to
+/// inspect the interpreter's result.
+/// @return a result; failures are reported to the host
 int UseFragment(const InputOrigin& origin, const DrawingOptions& options, InputBytes bytes,
                 const std::function<int(ORVPrintInterpreter& interpreter)>& use);
 
-/// Creates an interpreter and tells it where its document lies. @return null after a report
+/// Creates an interpreter and sets the location of its document.
+/// @return null on failure, which is reported
 std::unique_ptr<ORVPrintInterpreter> CreateInterpreter(const char* name, ORVPrintInput* input,
                                                        const InputOrigin& origin);

@@ -8,12 +8,13 @@
 #include <string>
 #include <utility>
 
-/// Regular files by what they are, not by their names.
+/// A set of regular files, identified by device and inode rather than by name.
 class FileSet {
 public:
     using Identity = std::pair<dev_t, ino_t>;
 
-    /// Adds a file that is there. @return false when it was in the set already, or is no regular file
+    /// Adds an existing file.
+    /// @return false if it was in the set already or is not a regular file
     bool Add(const std::string& path) {
         struct stat information {};
         return stat(path.c_str(), &information) == 0 && S_ISREG(information.st_mode) &&

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-/// What an input is that is no drawing, as its first bytes tell, such as "a PDF document"; empty when they
-/// tell nothing. Markup is not looked at: see IsHtml.
+/// Recognises other file types by their first bytes and names them, such as "a PDF document"; empty if the
+/// type is not recognised. Markup is not examined: see IsHtml.
 std::string_view DescribeForeignInput(std::string_view bytes);
-/// Whether the text begins as a page of HTML does.
+/// Whether the text starts like an HTML page.
 bool IsHtml(std::string_view bytes);

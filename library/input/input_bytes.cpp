@@ -16,19 +16,20 @@
 #include "platform/system/gzip.h"
 
 bool ReadAll(int descriptor, PrintHost& host, InputBytes& bytes) {
-    // A file's size is known; one byte more finds its end without growing. Streams grow.
+    // For a file the size is known; one extra byte detects its end without reallocation. Buffers for streams
+    // grow.
     struct stat information {};
     const bool isFile = fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode);
     constexpr std::size_t kStreamRoom = std::size_t{1} << 16U;
     const std::size_t room = isFile ? static_cast<std::size_t>(information.st_size) + 1 : kStreamRoom;
     const std::uint64_t most = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);
-    // Of a sparse file, not even the room is taken.
+    // Checked first, so that no memory is allocated for a huge sparse file.
     if (isFile && room - 1 > most) {
         errno = EFBIG;
         return false;
     }
     const auto buffer = std::make_shared<GrowingBytes>();
-    // A stream counts as far as it has come, not with the room that it is given.
+    // For streams, only the bytes read are counted, not the capacity of the buffer.
     std::size_t counted = 0;
     const auto count = [&](std::size_t size) {
         if (size <= counted) return;
@@ -62,7 +63,7 @@ bool ReadAll(int descriptor, PrintHost& host, InputBytes& bytes) {
 
 int Unpack(const InputOrigin& origin, InputBytes& bytes) {
     if (!IsGzip(bytes.GetView())) return kResultDone;
-    // To the limit of memory, it counts as it is stored: what it claims to hold costs its author nothing.
+    // Counts towards the memory limit as it is stored: the size claimed in the header proves nothing.
     const auto content = std::make_shared<GrowingBytes>();
     std::string error;
     switch (UnpackGzip(bytes.GetView(), UnpackLimits::InForce(), *content, error)) {

@@ -9,11 +9,11 @@
 
 #include "library/input/PrintHost.h"
 
-/// The bytes of an input. Copies share them.
+/// The bytes of an input, with shared ownership: copies refer to the same bytes.
 class InputBytes {
 public:
     InputBytes() = default;
-    /// Bytes that an owner keeps in place.
+    /// @param owner  keeps the bytes alive; null if the caller does
     InputBytes(std::shared_ptr<const void> owner, std::string_view bytes)
         : owner_(std::move(owner)), bytes_(bytes) {}
 
@@ -25,24 +25,25 @@ private:
     std::string_view bytes_;
 };
 
-/// Where an input comes from, and who hears what becomes of it.
+/// The source of an input, and the host that receives messages about it.
 struct InputOrigin {
-    std::string path;  ///< of its file; empty for bytes that lie nowhere
-    std::string name;  ///< what messages call it
-    PrintHost& host;   ///< must outlive this
+    std::string path;  ///< path of its file; empty for bytes from elsewhere
+    std::string name;  ///< its name in messages
+    PrintHost& host;   ///< must outlive this object
 };
 
-/// Reads all there is. Throws std::bad_alloc.
-/// @return false with errno when reading failed; EFBIG for more than an input may have
+/// Reads a descriptor to its end. Throws std::bad_alloc.
+/// @return false with errno set if reading failed; EFBIG if the input exceeds the size limit
 bool ReadAll(int descriptor, PrintHost& host, InputBytes& bytes);
 
-/// Reads all of an input and unpacks it when it is gzip data, whatever its name; it may be empty.
-/// @return a result; a failure was reported
+/// Reads a whole input and decompresses it if it is gzip data, whatever its name; it may be empty.
+/// @return a result; failures are reported to the host
 int ReadBytes(const InputOrigin& origin, int descriptor, InputBytes& bytes);
 
-/// Replaces packed bytes by what they hold. @return a result; a failure was reported
+/// Replaces compressed bytes with their content.
+/// @return a result; failures are reported to the host
 int Unpack(const InputOrigin& origin, InputBytes& bytes);
 
-/// Whether bytes may be a drawing: there are some, and they are of no other kind that can be told.
-/// @return a result; a failure was reported
+/// Checks that an input is not empty and is not recognised as another file type.
+/// @return a result; failures are reported to the host
 int CheckKind(const InputOrigin& origin, const InputBytes& bytes);

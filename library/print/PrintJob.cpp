@@ -9,7 +9,7 @@
 
 namespace {
 
-/// "page 3 has", "pages 3, 5 and 7 have"; of many, the first ones.
+/// Formats "page 3 has" or "pages 3, 5 and 7 have"; of many pages only the first are named.
 std::string PageNumbers(const std::vector<unsigned int>& pages) {
     constexpr std::size_t kMostNamed = 5;
     if (pages.size() == 1) return "page " + std::to_string(pages.front()) + " has";
@@ -28,15 +28,14 @@ int PrintJob::Print(const std::string& name, const Drawing& drawing) {
     std::vector<unsigned int> pages = options_.pages.Select(pagesSeen_, count);
     const unsigned int before = pagesSeen_;
     pagesSeen_ += count;
-    // Of an input that cannot have the page, nothing needs to be drawn.
+    // If the input does not have the requested page, nothing is drawn.
     const bool isWhole = facts_.isOneInput && drawing.isOnly;
     if (isWhole && options_.pages.GetGreatest() > count) return kResultDone;
     if (const int code = PassOverPagesWithoutArea(name, drawing, before, pages); code != kResultDone)
         return code;
     if (pages.empty()) return kResultDone;
     const double sheets = CountSheets(drawing, pages);
-    // Posters of more sheets than there may ever be are refused by what lays them out, with better
-    // advice.
+    // Posters with more sheets than any limit are rejected by the sheet layout, with a more helpful message.
     const bool isPoster = options_.sheet && options_.sheet->layout.isPoster;
     if (!isPoster || !(sheets > kMostPosterSheets)) sheetsPrinted_ += sheets;
     if (sheetsPrinted_ > static_cast<double>(ORVPrintLimits::Get(ORVPrintLimit::kPages)))
@@ -60,7 +59,7 @@ int PrintJob::Print(const std::string& name, const Drawing& drawing) {
 }
 
 int PrintJob::Finish() {
-    // Of nothing but pages that were passed over, there is no output.
+    // If all pages were skipped, there is no output.
     if (!sequence_ && isIncomplete_) return kResultFailed;
     if (options_.pages.GetGreatest() > pagesSeen_)
         return host_.Report(kResultPageOutOfRange, facts_.inputNames,
@@ -128,7 +127,7 @@ int PrintJob::Open(bool isWhole, std::size_t pageCount, double sheetCount) {
     const ORVFormatOptions formatOptions = FormatOptions();
     generator_ = format_.create(*output_, formatOptions);
     if (!generator_) return host_.ReportOutOfMemory(target_.GetName());
-    // What the first interpreter draws, every format can say.
+    // Only standard SVG uses features that some formats lack.
     if (facts_.isStandard && ORVFlattener::IsNeededBefore(generator_->Get()))
         flattener_ = std::make_unique<ORVFlattener>(generator_->Get(), FlattenOptions(formatOptions));
     if (facts_.isStandard) {

@@ -21,28 +21,30 @@
 #include "library/print/page_selection.h"
 #include "platform/print/ORVPrintParameters.h"
 
-/// How pages come out.
+/// How pages are printed.
 struct PageOptions {
-    PageSelection pages;  ///< counted through all inputs
+    PageSelection pages;  ///< numbered through all inputs
     double dotsPerInch = 90.0;
-    double flattenDotsPerInch = 300.0;  ///< of transparent parts, where the format has no transparency
-    unsigned int threads = 0;           ///< that draw a picture; 0 for as many as the machine has processors
-    std::optional<ORVSheetOptions> sheet;  ///< nothing: pages come out as they are
-    std::string elementId;                 ///< of the one element to print; empty for all of the drawing
+    /// Resolution of parts that are rasterised because the format has no transparency.
+    double flattenDotsPerInch = 300.0;
+    unsigned int threads = 0;  ///< number of threads that rasterise a page; 0 for one per processor
+    std::optional<ORVSheetOptions> sheet;  ///< empty to print pages in their own size
+    std::string elementId;  ///< identifier of the single element to print; empty for the whole drawing
 };
 
-/// What a job is told besides.
+/// Further information about a job.
 struct JobFacts {
-    std::string inputNames;                    ///< what messages call all inputs together
-    bool isOneInput = true;                    ///< whether there is only one
-    bool isStandard = false;                   ///< drawings are standard SVG
-    bool keepsDrawings = false;                ///< they are printed again; else a print takes its model apart
-    std::optional<std::int64_t> creationTime;  ///< of the output, seconds since 1970
-    /// Hears of a drawing whose pages have been drawn; may be empty.
+    std::string inputNames;   ///< name of all inputs together in messages
+    bool isOneInput = true;   ///< there is exactly one input
+    bool isStandard = false;  ///< drawings are standard SVG
+    /// Drawings are printed again later; otherwise printing consumes their models.
+    bool keepsDrawings = false;
+    std::optional<std::int64_t> creationTime;  ///< of the output, in seconds since 1970
+    /// Called for each drawing whose pages have been printed; may be empty.
     std::function<void(const std::string& name, const Drawing& drawing, std::size_t pages)> drawn;
 };
 
-/// Where the output of a job goes.
+/// The destination of a job's output.
 class PrintTarget {
 public:
     PrintTarget() = default;
@@ -50,22 +52,23 @@ public:
     PrintTarget(const PrintTarget&) = delete;
     PrintTarget& operator=(const PrintTarget&) = delete;
 
-    /// What messages call it.
+    /// Its name in messages.
     virtual std::string GetName() const = 0;
-    /// Whether it takes no more than one part.
+    /// Whether it accepts only one part.
     virtual bool IsStream() const = 0;
-    /// What to say of a stream to whoever prints several pages to files of one page each.
+    /// Advice for printing several pages to a stream in a format that holds one page per file.
     virtual std::string GetAdvice() const = 0;
     /// @param isNumbered  there may be several parts
     virtual std::unique_ptr<ORVOutput> Open(bool isNumbered) = 0;
-    /// The output is complete, and about to take its place.
+    /// Called when the output is complete, before it is put in place.
     virtual void BeforeCommit(ORVOutput& /*output*/) {}
 };
 
-/// Prints drawings, one after the other, into one output. Nothing shows under its name unless all went well.
+/// Prints drawings, one after the other, into one output. The output appears under its name only if
+/// everything succeeds.
 class PrintJob {
 public:
-    /// All must outlive the job.
+    /// All arguments except `facts` must outlive the job.
     /// @param watch  may be null
     PrintJob(const PageOptions& options, const ORVOutputFormat& format, JobFacts facts, PrintTarget& target,
              PrintHost& host, PrintWatch* watch)
@@ -76,12 +79,13 @@ public:
           host_(host),
           watch_(watch) {}
 
-    /// Prints the pages of a drawing that are wanted.
-    /// @param name  of its input, in messages
-    /// @return a result; a failure was reported
+    /// Prints the selected pages of a drawing.
+    /// @param name  of its input, for messages
+    /// @return a result; failures are reported to the host
     int Print(const std::string& name, const Drawing& drawing);
 
-    /// After all inputs: ends the output and puts it in place. @return a result; a failure was reported
+    /// Ends the output after the last input and puts it in place.
+    /// @return a result; failures are reported to the host
     int Finish();
 
 private:
@@ -105,15 +109,15 @@ private:
     PrintHost& host_;
     PrintWatch* const watch_;
 
-    unsigned int pagesSeen_ = 0;  // of all inputs so far, printed or not
-    double sheetsPrinted_ = 0.0;  // pages of the output
-    bool isIncomplete_ = false;   // pages were passed over
+    unsigned int pagesSeen_ = 0;  // in all inputs so far, printed or not
+    double sheetsPrinted_ = 0.0;  // pages of the output so far
+    bool isIncomplete_ = false;   // pages without area were skipped
     std::unique_ptr<ORVOutput> output_;
     std::unique_ptr<ORVFormatGenerator> generator_;
-    std::unique_ptr<ORVFlattener> flattener_;   // before the generator, when needed
-    std::unique_ptr<ORVFilterImages> filters_;  // before these, unless nothing has filters
-    std::unique_ptr<ORVSheetGenerator> sheet_;  // before that, when asked for
+    std::unique_ptr<ORVFlattener> flattener_;   // precedes the generator, if the format needs flattening
+    std::unique_ptr<ORVFilterImages> filters_;  // precedes the flattener, if there are filters
+    std::unique_ptr<ORVSheetGenerator> sheet_;  // precedes the filters, if sheets were requested
     std::optional<ORVGeneratorSequence> sequence_;
-    std::optional<WatchedGenerator> watched_;  // before that, when somebody watches
-    std::optional<ORVElementPage> element_;    // before that, of the present drawing
+    std::optional<WatchedGenerator> watched_;  // precedes the sheets, if there is a watch
+    std::optional<ORVElementPage> element_;    // precedes the watch; for the current drawing
 };

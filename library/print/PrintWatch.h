@@ -3,7 +3,7 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Whoever watches a print: hears of pages, and may end it.
+/// Observes a print and can cancel it.
 class PrintWatch {
 public:
     PrintWatch() = default;
@@ -11,16 +11,16 @@ public:
     PrintWatch(const PrintWatch&) = delete;
     PrintWatch& operator=(const PrintWatch&) = delete;
 
-    /// Whether the print is to end. Asked before every drawing call.
+    /// Whether to cancel the print. Called before every drawing call.
     virtual bool IsCancelled() = 0;
-    /// A page of the drawings has been drawn.
+    /// Called after each page of the drawings.
     virtual void EndPage() = 0;
 };
 
-/// Passes everything on to a generator, and ends the print when whoever watches wants it.
+/// Passes all calls to a generator, and fails with kCancelled once the watch cancels.
 class WatchedGenerator final : public ORVPrintGenerator {
 public:
-    static constexpr int kCancelled = -30;  ///< returned once the print is to end
+    static constexpr int kCancelled = -30;  ///< returned once the print is cancelled
 
     /// Both must outlive this object.
     WatchedGenerator(ORVPrintGenerator& target, PrintWatch& watch) : target_(target), watch_(watch) {}

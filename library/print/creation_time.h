@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// When the output counts as made, in seconds since 1970: as the environment says for builds that are to be
-/// repeated, else when the newest input was changed, so that the same inputs give the same output.
-/// @param inputs  files; what is none does not count
+/// Creation time of the output in seconds since 1970: the one set in the environment for reproducible builds,
+/// else the modification time of the newest input, so that the same inputs give the same output.
+/// @param inputs  paths; those that are not files are ignored
 std::optional<std::int64_t> CreationTime(const std::vector<std::string>& inputs);

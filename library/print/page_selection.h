@@ -4,26 +4,26 @@
 #include <string>
 #include <vector>
 
-/// Pages as the user lists them: "1,3-5", "7-" for all from 7 on.
+/// A list of pages such as "1,3-5", or "7-" for page 7 onwards.
 class PageSelection {
 public:
-    /// @return false when `text` is no such list; `error` then says why
+    /// @return false if `text` is not such a list; `error` then holds the reason
     bool Parse(const std::string& text, std::string& error);
 
-    /// True when all pages are wanted.
+    /// Whether all pages are selected.
     bool IsAll() const { return ranges_.empty(); }
-    /// True when at most one page can come out.
+    /// Whether at most one page can be selected.
     bool IsSingle() const { return ranges_.size() == 1 && ranges_.front().first == ranges_.front().last; }
-    /// The greatest page that was named, 0 when all pages are wanted.
+    /// The greatest page number in the list; 0 if all pages are selected.
     unsigned int GetGreatest() const;
-    /// The pages wanted among the `count` that follow the first `before` ones, in the order listed, numbered
-    /// from 1.
+    /// The selected pages among the `count` pages that follow the first `before` ones, in the order listed,
+    /// numbered from 1.
     std::vector<unsigned int> Select(unsigned int before, unsigned int count) const;
 
 private:
     struct Range {
         unsigned int first, last;
-        bool isOpen;  // to the last page there is
+        bool isOpen;  // up to the last page
     };
     std::vector<Range> ranges_;
 };

@@ -52,7 +52,7 @@ bool IsLanguageList(const std::string& text) {
     return text.find_first_not_of(", ") != std::string::npos && std::all_of(text.begin(), text.end(), isPart);
 }
 
-/// A reader of a value: what is wrong with it, to follow the value; empty when nothing is.
+/// Parses a value. Returns the error, worded to follow the value; empty on success.
 using Reader = std::string (*)(const std::string& value, PrintWords& words);
 
 std::string ReadLimit(const std::string& value, PrintWords& words) {
@@ -174,7 +174,7 @@ std::string ReadZoom(const std::string& value, PrintWords& words) {
 
 std::string ReadStrokeScale(const std::string& value, PrintWords& words) {
     double factor = 0.0;
-    // How large it may be is known where the words are read together.
+    // The upper limit is checked when the options are interpreted together.
     if (!ReadNumber(value, 0.0, HUGE_VAL, factor)) return "is not a factor, such as 1.5";
     words.pages.sheet.strokeScale = factor;
     return {};
@@ -240,7 +240,7 @@ const char* NameOf(WordUse use) {
     return "for checking";
 }
 
-/// The first of the options that say in another way how large a page becomes.
+/// The first given option that conflicts with a size in pixels.
 std::string FindOtherSize(const PageWords& words) {
     const SheetWords& sheet = words.sheet;
     const bool isGiven[] = {words.dotsPerInch.has_value(),

@@ -12,40 +12,41 @@
 #include "library/print/size_words.h"
 #include "platform/system/ORVThreadLimits.h"
 
-/// What options are for. A key that is for something else is refused, as it would have no effect.
+/// The operation that an option applies to. An option for another operation is rejected, as it would have no
+/// effect.
 enum class WordUse { kReading, kPrinting, kChecking };
 
-/// What an option is for; nothing when there is none of that key.
+/// The operation that an option applies to; empty for an unknown key.
 std::optional<WordUse> UseOfWord(std::string_view key);
 
-/// How documents are read, in words.
+/// Options for reading documents.
 struct ReadWords {
     DrawingOptions drawing;
     ORVPrintLimitValues limits;
-    bool readsNoFiles = false;  ///< not even images of the document's own folder
+    bool readsNoFiles = false;  ///< not even images from the document's own folder
 };
 
-/// How pages come out, in words.
+/// Options for printing pages, before they are interpreted together.
 struct PageWords {
-    PageOptions page;    ///< what needs no other option to be understood
-    std::string format;  ///< empty: the output's ending tells
+    PageOptions page;    ///< options that do not depend on others
+    std::string format;  ///< empty to derive it from the output's extension
     SheetWords sheet;
     SizeWords size;
     std::optional<double> dotsPerInch;
 };
 
-/// Everything that can be said by key and value. The keys are the long options of the command, without "--".
+/// All options. The keys are the long options of the command, without "--".
 struct PrintWords {
     ReadWords read;
     PageWords pages;
-    std::set<FindingCode> ignored;  ///< kinds of findings that are left out
+    std::set<FindingCode> ignored;  ///< kinds of findings to leave out
 };
 
-/// Takes one option. Options that may be repeated add up; of the others the last one counts.
-/// @param value  of a switch: "true" or "false", or empty for "true"
-/// @return a result; a failure, which names the key, was reported
+/// Sets one option. Repeatable options accumulate; otherwise the last value wins.
+/// @param value  for a switch: "true" or "false", or empty for "true"
+/// @return a result; a failure, whose message names the key, is reported to the host
 int SetWord(WordUse use, std::string_view key, const std::string& value, PrintHost& host, PrintWords& words);
 
-/// Makes options of the words.
-/// @return a result; a failure was reported
+/// Interprets the options.
+/// @return a result; failures are reported to the host
 int ReadPageWords(const PageWords& words, bool isStandard, PrintHost& host, PageOptions& options);

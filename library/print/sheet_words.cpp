@@ -16,7 +16,7 @@ constexpr double kLargestStrokeScale = 1000.0;
 
 constexpr const char* kLengthHelp = "a length has a unit: mm, cm, in or pt";
 
-/// Words of which one did not do.
+/// Reports an invalid option.
 class Refusal {
 public:
     explicit Refusal(PrintHost& host) : host_(host) {}
@@ -43,7 +43,7 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     }
 }
 
-/// A positive number that is all of the text.
+/// Parses a text that consists of a positive number.
 bool ReadNumber(std::string_view text, double& number) {
     const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
     return status == std::errc{} && end == text.data() + text.size() && number > 0.0 && std::isfinite(number);
@@ -64,7 +64,7 @@ bool ReadFactor(std::string_view text, double& factor) {
     return factor >= kSmallestScale && factor <= kLargestScale;
 }
 
-/// A number without a sign or unit is a factor. Whoever writes a large one means percent.
+/// A number without sign or unit is a factor, but a large one was probably meant as a percentage.
 bool IsProbablyPercent(const std::string& text) {
     constexpr double kGreatestPlainFactor = 20.0;
     double factor = 0.0;
@@ -98,7 +98,7 @@ bool ReadMargins(const std::string& text, ORVSheetMargins& margins) {
     }
 }
 
-/// One word for each direction at most: "top-left", "right", "centre".
+/// Parses at most one word per direction: "top-left", "right", "centre".
 bool ReadAlign(const std::string& text, ORVSheetLayout& layout) {
     struct Word {
         std::string_view text;
@@ -119,13 +119,14 @@ bool ReadAlign(const std::string& text, ORVSheetLayout& layout) {
         if (!known || (layout.*known->direction).has_value()) return false;
         layout.*known->direction = known->value;
     }
-    // What was not said is the middle, also where another place would be usual.
+    // A direction that is not given is centred, even where the default would differ.
     if (!layout.horizontalAlign) layout.horizontalAlign = 0.5;
     if (!layout.verticalAlign) layout.verticalAlign = 0.5;
     return true;
 }
 
-/// Finds out whether the options go together. @return a result
+/// Checks that the options can be combined.
+/// @return a result
 int CheckTogether(const SheetWords& words, const ORVSheetLayout& layout, const Refusal& refuse) {
     constexpr const char* kNeedsPaper = "needs to know the paper; add, for example, --paper A4";
     const bool isBound =

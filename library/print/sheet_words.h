@@ -7,7 +7,7 @@
 #include "generators/sheet/ORVSheetGenerator.h"
 #include "library/input/PrintHost.h"
 
-/// What is said of paper, in words; what was not said is empty.
+/// Options for paper; empty if not given.
 struct SheetWords {
     std::optional<std::string> paper, orientation, scale, margin, align, overlap, leastLineWidth;
     std::optional<unsigned int> pagesPerSheet;
@@ -15,7 +15,7 @@ struct SheetWords {
     bool isPoster = false, isGrey = false, isMono = false;
 };
 
-/// Makes options of the words.
-/// @param options  written when something was asked for; untouched when pages are to come out as they are
-/// @return a result; a failure was reported
+/// Interprets the options.
+/// @param options  set if any option was given; otherwise unchanged, and pages keep their own size
+/// @return a result; failures are reported to the host
 int ReadSheetWords(const SheetWords& words, PrintHost& host, std::optional<ORVSheetOptions>& options);

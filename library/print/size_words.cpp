@@ -10,20 +10,21 @@ namespace {
 
 constexpr double kUserUnitsPerInch = 90.0;
 
-/// What a drawing's dialect takes for an inch.
+/// Pixels per inch in the drawing's dialect.
 double PxPerInch(bool isStandard) {
     constexpr double kStandard = 96.0;
     return isStandard ? kStandard : kUserUnitsPerInch;
 }
 
-/// The first of the sizes that was said; empty for none.
+/// The first size option given; empty for none.
 std::string FindSize(const SizeWords& words) {
     if (words.width) return "--width";
     if (words.height) return "--height";
     return words.zoom ? "--zoom" : "";
 }
 
-/// Finds out whether the options go together. @return a result
+/// Checks that the options can be combined.
+/// @return a result
 int CheckTogether(const SizeWords& words, PrintHost& host, const PageOptions& options) {
     if (words.zoom && (words.width || words.height))
         return host.Report(kResultUsage, "",

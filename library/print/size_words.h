@@ -6,24 +6,24 @@
 
 #include "library/print/PrintJob.h"
 
-/// Pixels that a side of a page may be asked for; what a format holds is less.
+/// Greatest page side in pixels that can be requested; formats have lower limits.
 inline constexpr double kGreatestSide = 1e6;
-/// Pixels for each px.
+/// Range of the zoom, in pixels per px.
 inline constexpr double kSmallestZoom = 1e-4, kGreatestZoom = 1e4;
 
-/// Options that say in another way how large a page becomes, and so say nothing beside a size in pixels.
+/// Options that determine the page size in another way and conflict with a size in pixels.
 inline constexpr const char* kOtherSizes[] = {"--dpi",    "--paper", "--orientation", "--scale",
                                               "--margin", "--align", "--tile",        "--nup"};
 
-/// What is said of sizes in pixels, in words; what was not said is empty.
+/// Options for sizes in pixels; empty if not given.
 struct SizeWords {
     std::optional<double> width, height, zoom;
     std::optional<std::string> background;
     std::string otherSize;  ///< the first of kOtherSizes that was given
 };
 
-/// Makes options of the words. A pixel is a px of the drawings where the format has no pixels.
-/// @param isStandard  drawings are standard SVG, which has another px
-/// @param options     what was read of paper and resolution; sizes and the background are added
-/// @return a result; a failure was reported
+/// Interprets the options. If the format has no pixels, one pixel is one px of the drawings.
+/// @param isStandard  drawings are standard SVG, whose px has another size
+/// @param options     holds paper and resolution; sizes and the background are added
+/// @return a result; failures are reported to the host
 int ReadSizeWords(const SizeWords& words, bool isStandard, PrintHost& host, PageOptions& options);

@@ -61,7 +61,7 @@ bool HoldsPages(const ORVXmlNode& node) {
     return false;
 }
 
-/// Whether a length counts in px.
+/// Whether a length is in px or has no unit.
 bool IsInPx(std::string_view length) {
     if (length.ends_with("px")) return true;
     return !length.empty() && ((length.back() >= '0' && length.back() <= '9') || length.back() == '.');
@@ -83,7 +83,7 @@ CheckedInput CheckBytes(const InputOrigin& origin, const DrawingOptions& options
         const auto fragments = SelectFragments(root.GetNode(), origin, options);
         if (fragments.empty()) return {kResultNoPage, {}, false};
         document.fragments.insert(fragments.begin(), fragments.end());
-        // That parser's rule: what follows a drawing that was asked for by name belongs to it.
+        // The DOM parser treats the siblings after a drawing selected by name as part of it.
         if (options.parser == "dom" && !options.fragment.empty())
             for (const ORVXmlNode* node = fragments[0]->nextSibling; node; node = node->nextSibling)
                 if (HoldsPages(*node)) document.fragments.insert(node);

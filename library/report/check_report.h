@@ -13,25 +13,25 @@
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlTree.h"
 
-/// What became of one input.
+/// Outcome of checking one input.
 struct CheckedInput {
-    int failure = kResultDone;  ///< a result; the findings count only when it is kResultDone
+    int failure = kResultDone;  ///< a PrintResult; the findings are valid only if it is kResultDone
     ORVXmlError error;          ///< for kResultNotWellFormed
-    bool hasPxSize = false;     ///< a size in px, where a px is not that of other programs
+    bool hasPxSize = false;     ///< has a size in px, and its px differs from that of other programs
 };
 
-/// A document with what the check says about it; both live only during the call.
+/// Receives a document and its findings; both are valid during the call only.
 /// @return a result
 using CheckedUse = std::function<int(const CheckedDocument& document, const ORVRef<const ORVXmlTree>& tree,
                                      const Findings& findings)>;
 
-/// Checks a document. Files are read as far as the access policy of the thread allows.
-/// @param bytes  unpacked; must outlive the call
-/// @param use    gets the document with its findings, unless it cannot be read; may be empty
+/// Checks a document. Files are read as far as the thread's access policy allows.
+/// @param bytes  decompressed; must outlive the call
+/// @param use    receives the document and its findings, unless it cannot be read; may be empty
 CheckedInput CheckBytes(const InputOrigin& origin, const DrawingOptions& options, std::string_view bytes,
                         Findings& findings, const CheckedUse& use = {});
 
-/// Writes what was found of an input as one object.
-/// @param file  what the object calls the input
+/// Writes the findings of an input as one object.
+/// @param file  the object's name for the input
 void WriteCheckJson(JsonWriter& json, const std::string& file, const CheckedInput& input,
                     const Findings& findings);

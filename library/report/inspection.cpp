@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What the interpreter answered.
+/// Results of the interpreter's queries.
 struct Answer {
     int result = 0;
     unsigned int pageCount = 0;
@@ -44,7 +44,7 @@ void Dump(const Answer& answer, JsonWriter& json) {
     json.LineBreak();
 }
 
-/// Drawings without a model are shown by what they draw.
+/// Drawings without a model are described by their drawing calls.
 int InspectCalls(ORVPrintInterpreter& interpreter, const InspectionNames& names, JsonWriter& json) {
     CallDump calls(json);
     const ORVPrintParameters parameters;
@@ -66,7 +66,7 @@ int WriteInspection(ORVPrintInterpreter& interpreter, const InspectionNames& nam
     answer.pageCount = kUntouched;
     answer.result = interpreter.GetPageCount(answer.pageCount);
     interpreter.GetModel(answer.model);
-    // Asked again, the interpreter may have had the memory that it lacked at first.
+    // The second query may have had memory that the first one lacked, so both results are compared.
     const bool isCounted = answer.pageCount != kUntouched;
     if (answer.model ? !isCounted : answer.result == 1) return names.host.ReportOutOfMemory(names.input);
     if (!isCounted) answer.pageCount = 0;

@@ -7,13 +7,13 @@
 #include "library/input/PrintHost.h"
 #include "platform/print/ORVPrintInterpreter.h"
 
-/// What messages call the input and the output of an inspection, and who hears them.
+/// Names of the input and output of an inspection in messages, and the host that receives them.
 struct InspectionNames {
     std::string input, output;
     PrintHost& host;
 };
 
-/// Writes what an interpreter made of a drawing as one object: the print model, or, where there is none, what
-/// the drawing draws. Throws std::bad_alloc.
-/// @return a result; a failure was reported, before anything was written where there is a model
+/// Writes the interpreter's result for a drawing as one object: the print model or, for interpreters without
+/// one, the drawing calls. Throws std::bad_alloc.
+/// @return a result; failures are reported to the host, and with a model nothing has been written by then
 int WriteInspection(ORVPrintInterpreter& interpreter, const InspectionNames& names, JsonWriter& json);

@@ -14,22 +14,22 @@ struct Range {
 
 constexpr std::array kNotPrintable{
     Range{0x00, 0x1F},        // controls: escape sequences, line breaks
-    Range{0x7F, 0x9F},        // delete, and controls that begin escape sequences in one byte
-    Range{0x061C, 0x061C},    // a mark of direction
-    Range{0x200E, 0x200F},    // the same
-    Range{0x2028, 0x202E},    // separators of lines and paragraphs, embeddings and overrides of direction
-    Range{0x2066, 0x2069},    // isolates of direction
-    Range{0xFEFF, 0xFEFF},    // the byte order mark, which has no shape
+    Range{0x7F, 0x9F},        // delete and the C1 controls, which start escape sequences in one byte
+    Range{0x061C, 0x061C},    // directional mark
+    Range{0x200E, 0x200F},    // directional marks
+    Range{0x2028, 0x202E},    // line and paragraph separators, directional embeddings and overrides
+    Range{0x2066, 0x2069},    // directional isolates
+    Range{0xFEFF, 0xFEFF},    // byte order mark, invisible
     Range{0xFFF9, 0xFFFB},    // annotations
-    Range{0xE0000, 0xE007F},  // tags, which have no shape
+    Range{0xE0000, 0xE007F},  // tags, invisible
 };
 
-/// Whether all bytes are plain, which nearly all texts are.
+/// Printable ASCII, which nearly all texts consist of.
 bool IsPlainByte(char c) { return c >= 0x20 && c < 0x7F; }
 
 constexpr char kDigits[] = "0123456789abcdef";
 
-/// "\x1b", "\u202e" or "\U000e0041": a letter and so many digits.
+/// Formats "\x1b", "\u202e" or "\U000e0041": a letter and a fixed number of digits.
 std::string_view Escape(char letter, unsigned int digits, char32_t number, std::array<char, 12>& room) {
     room[0] = '\\';
     room[1] = letter;

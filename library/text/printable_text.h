@@ -6,18 +6,17 @@
 #include <cstdio>
 #include <string_view>
 
-/// The character at the start of `text`, which is not empty, and its length in bytes.
-/// @return false when the first byte begins no character of UTF-8; `length` is then 1
+/// Decodes the character at the start of `text`, which must not be empty, and its length in bytes.
+/// @return false if the text does not start with a valid UTF-8 character; `length` is then 1
 bool FirstCharacter(std::string_view text, char32_t& character, std::size_t& length);
 
-/// False for characters that a terminal obeys instead of showing them, or that make text look like other
-/// text: controls, marks and overrides of direction, separators of lines, characters without a shape of their
-/// own.
+/// False for characters that control a terminal or can disguise text: control characters, bidirectional marks
+/// and overrides, line separators, and characters without a visible shape.
 bool IsPrintable(char32_t character);
 
-/// A text in pieces as a person may see it: what is not printable is escaped, as "\n", "\x1b" or "\u202e",
-/// and bytes that are no UTF-8 as "\xff". One line comes out whatever goes in, and escaping it once more
-/// changes nothing. Needs no memory and takes no lock: signal handlers may use it.
+/// Escapes a text for display, in pieces: unprintable characters become "\n", "\x1b" or "\u202e", and bytes
+/// that are not valid UTF-8 become "\xff". The result is always one line, and escaping it again changes
+/// nothing. Allocates no memory and takes no lock, so signal handlers may use it.
 class PrintablePieces {
 public:
     explicit PrintablePieces(std::string_view text) : rest_(text) {}
@@ -30,8 +29,8 @@ private:
     std::array<char, 12> escape_{};
 };
 
-/// The one way of text to people: lines on standard output or standard error, escaped. Needs no memory, of
-/// which there may be none left.
+/// Writes escaped lines to standard output or standard error; all text for people goes through it. Allocates
+/// no memory, since there may be none left.
 class TextLine {
 public:
     explicit TextLine(std::FILE* file) : file_(file) {}
@@ -39,9 +38,9 @@ public:
     TextLine(const TextLine&) = delete;
     TextLine& operator=(const TextLine&) = delete;
 
-    /// Any text, such as names of files and what stands in documents.
+    /// Appends any text, such as file names and document content.
     TextLine& Put(std::string_view text);
-    /// The end of this line, as the only line break that is written; another may follow.
+    /// Ends the line with the only line break that is written; another line may follow.
     TextLine& End();
 
 private:

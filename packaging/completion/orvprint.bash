@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
 
-# Completion of the command orvprint in bash.
+# Bash completion for the command orvprint.
 
 _orvprint() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
 
-    # "--option=value" comes as three words.
+    # Bash splits "--option=value" into three words.
     if [ "$current" = = ]; then
         current=
     elif [ "$previous" = = ] && ((COMP_CWORD > 1)); then
@@ -88,13 +88,13 @@ _orvprint() {
     esac
 }
 
-# Adds those of the words that begin as the current one does.
+# Adds the words that start with the current word.
 _orvprint_words() {
     local word
     while IFS= read -r word; do COMPREPLY+=("$word"); done < <(compgen -W "$1" -- "$current")
 }
 
-# Adds folders, and files: all, none, or those that look like drawings (all, when none does).
+# Adds folders and files: none, all, or only drawings (all if there are none).
 _orvprint_files() {
     local path files=() folders=()
     compopt -o filenames 2>/dev/null # the shell then quotes, and puts a slash behind folders

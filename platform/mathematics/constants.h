@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Circle constants in double precision.
+/// Pi in double precision.
 inline constexpr double ORVPI = 3.14159265358979323846;
 inline constexpr double ORV2PI = 2.0 * ORVPI;
-/// Factor from degrees to radians.
+/// Radians per degree.
 inline constexpr double ORVDegreeToRadian = ORVPI / 180.0;

@@ -5,58 +5,59 @@
 #include <limits>
 #include <optional>
 
-/// A point of the plane.
+/// A point in the plane.
 struct ORVMathPoint2D {
-    double x = 0.0, y = 0.0;  ///< coordinates; each user says in which units
+    double x = 0.0, y = 0.0;  ///< coordinates, in the units of whatever uses the point
     friend bool operator==(const ORVMathPoint2D&, const ORVMathPoint2D&) = default;
 };
 
 /// A displacement in the plane.
 struct ORVMathVector2D {
-    double x = 0.0, y = 0.0;  ///< coordinates; each user says in which units
+    double x = 0.0, y = 0.0;  ///< components, in the units of whatever uses the vector
     friend bool operator==(const ORVMathVector2D&, const ORVMathVector2D&) = default;
 };
 
-/// A 2 x 2 matrix by rows; the identity when not said otherwise. It acts on column vectors.
+/// A 2 x 2 matrix that multiplies column vectors. The identity by default.
 struct ORVMath2x2Matrix {
-    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0;  ///< row, then column, from 1
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0;  ///< mRC is the element in row R, column C
     constexpr ORVMath2x2Matrix() = default;
-    /// The matrix of these rows.
+    /// Constructs the matrix from its elements, row by row.
     constexpr ORVMath2x2Matrix(double a11, double a12, double a21, double a22)
         : m11(a11), m12(a12), m21(a21), m22(a22) {}
     friend bool operator==(const ORVMath2x2Matrix&, const ORVMath2x2Matrix&) = default;
 };
 
-/// An affine map: p goes to (m11 x + m12 y + dx, m21 x + m22 y + dy).
+/// An affine transformation: maps p to (m11 x + m12 y + dx, m21 x + m22 y + dy).
 struct ORVMathAffine2D {
     double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0, dx = 0.0, dy = 0.0;  ///< the identity by default
 
-    /// Where a point goes.
+    /// Transforms a point.
     ORVMathPoint2D operator()(const ORVMathPoint2D& p) const {
         return {m11 * p.x + m12 * p.y + dx, m21 * p.x + m22 * p.y + dy};
     }
-    /// The map that applies `inner` first and then this one.
+    /// The composition: applies `inner` first, then this transformation.
     ORVMathAffine2D operator*(const ORVMathAffine2D& inner) const {
         return {m11 * inner.m11 + m12 * inner.m21,    m11 * inner.m12 + m12 * inner.m22,
                 m21 * inner.m11 + m22 * inner.m21,    m21 * inner.m12 + m22 * inner.m22,
                 m11 * inner.dx + m12 * inner.dy + dx, m21 * inner.dx + m22 * inner.dy + dy};
     }
-    /// The factor on areas; negative where the map mirrors.
+    /// Determinant of the linear part: the factor by which areas change, negative for a transformation that
+    /// mirrors.
     double Determinant() const { return m11 * m22 - m12 * m21; }
-    /// Whether all six numbers are finite.
+    /// Whether all six elements are finite.
     bool IsFinite() const { return std::isfinite(m11 + m12 + m21 + m22 + dx + dy); }
 
-    /// The map that moves by (x, y).
+    /// Translation by (x, y).
     static constexpr ORVMathAffine2D Translation(double x, double y) { return {1.0, 0.0, 0.0, 1.0, x, y}; }
-    /// The map that scales along the axes, about the origin.
+    /// Scaling by x and y about the origin.
     static constexpr ORVMathAffine2D Scaling(double x, double y) { return {x, 0.0, 0.0, y, 0.0, 0.0}; }
 
-    /// The greater of the factors by which lengths along either axis grow.
+    /// The larger of the scale factors along the x and y axes.
     double Enlargement() const {
         const double x = std::hypot(m11, m21), y = std::hypot(m12, m22);
         return x < y ? y : x;
     }
-    /// The map that undoes this one; nothing when there is none, or when its numbers are not finite.
+    /// The inverse transformation; nullopt when there is none or its elements are not finite.
     std::optional<ORVMathAffine2D> Inverse() const {
         const double area = Determinant();
         if (area == 0.0 || !std::isfinite(area)) return std::nullopt;
@@ -69,17 +70,17 @@ struct ORVMathAffine2D {
     friend bool operator==(const ORVMathAffine2D&, const ORVMathAffine2D&) = default;
 };
 
-/// An axis-parallel box that grows around points; it starts empty. Points that are not finite are left out.
+/// An axis-parallel bounding box. Starts empty and grows with the points added; points that are not finite
+/// are ignored.
 struct ORVMathBox2D {
     double xMin = std::numeric_limits<double>::infinity();   ///< left edge
     double xMax = -std::numeric_limits<double>::infinity();  ///< right edge
-    double yMin =
-        std::numeric_limits<double>::infinity();  ///< an edge of the other axis, whichever way it points
-    double yMax = -std::numeric_limits<double>::infinity();  ///< the edge opposite
+    double yMin = std::numeric_limits<double>::infinity();   ///< edge with the smaller y
+    double yMax = -std::numeric_limits<double>::infinity();  ///< edge with the larger y
 
-    /// Whether no point was added.
+    /// Whether the box contains no point.
     bool IsEmpty() const { return !(xMin <= xMax); }
-    /// Grows the box around a point.
+    /// Extends the box to include a point.
     void Add(const ORVMathPoint2D& p) {
         if (!std::isfinite(p.x) || !std::isfinite(p.y)) return;
         xMin = p.x < xMin ? p.x : xMin;
@@ -87,25 +88,26 @@ struct ORVMathBox2D {
         yMin = p.y < yMin ? p.y : yMin;
         yMax = p.y > yMax ? p.y : yMax;
     }
-    /// Grows the box around another, which may be empty.
+    /// Extends the box to include another box, which may be empty.
     void Unite(const ORVMathBox2D& other) {
         xMin = other.xMin < xMin ? other.xMin : xMin;
         xMax = other.xMax > xMax ? other.xMax : xMax;
         yMin = other.yMin < yMin ? other.yMin : yMin;
         yMax = other.yMax > yMax ? other.yMax : yMax;
     }
-    /// What both boxes cover, perhaps an edge or a corner; empty when they do not touch.
+    /// The area common to both boxes, which may be only an edge or a corner; empty when the boxes are
+    /// disjoint.
     ORVMathBox2D Intersection(const ORVMathBox2D& other) const {
         const ORVMathBox2D both{other.xMin > xMin ? other.xMin : xMin, other.xMax < xMax ? other.xMax : xMax,
                                 other.yMin > yMin ? other.yMin : yMin, other.yMax < yMax ? other.yMax : yMax};
         return both.xMin <= both.xMax && both.yMin <= both.yMax ? both : ORVMathBox2D();
     }
-    /// The same, but empty when they have no area in common.
+    /// Like Intersection, but empty when the common area is zero.
     ORVMathBox2D Overlap(const ORVMathBox2D& other) const {
         const ORVMathBox2D both = Intersection(other);
         return both.xMin < both.xMax && both.yMin < both.yMax ? both : ORVMathBox2D();
     }
-    /// The box around where its corners go; empty when it is.
+    /// The bounding box of the four transformed corners; empty when this box is empty.
     ORVMathBox2D MappedBy(const ORVMathAffine2D& map) const {
         ORVMathBox2D mapped;
         if (IsEmpty()) return mapped;

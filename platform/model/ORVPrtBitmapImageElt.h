@@ -5,7 +5,7 @@
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 #include "platform/model/carried_attributes.h"
 
-/// A pixel image laid into a box whose lower left corner is the origin.
+/// A raster image in a rectangle whose lower left corner is the origin.
 class ORV_PLATFORM_EXPORT ORVPrtBitmapImageElt final : public ORVPrtGraphicPrimitiveElt,
                                                        public ORVPrtTransformed {
 public:
@@ -14,22 +14,22 @@ public:
 
     ORVPrtBitmapImageElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kBitmapImage) {}
 
-    /// Lower left corner of the box, page units.
+    /// Lower left corner of the rectangle, page units.
     void SetOrigin(const ORVMathPoint2D& origin) { origin_ = origin; }
     const ORVMathPoint2D& GetOrigin() const { return origin_; }
-    /// Size of the box, page units.
+    /// Size of the rectangle, page units.
     void SetSize(double width, double height) { width_ = width, height_ = height; }
     void GetSize(double& width, double& height) const { width = width_, height = height_; }
-    /// Angle by which the box is turned about its origin, radians.
+    /// Rotation of the rectangle about its origin, radians.
     void SetOrientation(float orientation) { orientation_ = orientation; }
     float GetOrientation() const { return orientation_; }
-    /// Keeps a reference of its own; null removes the image.
+    /// Stores a reference to the image; null removes it.
     void SetPixelImage(ORVPixelImage* image) { image_ = ORVRef<ORVPixelImage>::Share(image); }
     ORVPixelImage* GetPixelImage() const { return image_.get(); }
 
 private:
     ORVPrtBitmapImageElt(const ORVPrtBitmapImageElt&) = default;
-    ~ORVPrtBitmapImageElt() override = default;  // through Release() only
+    ~ORVPrtBitmapImageElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D origin_;

@@ -14,17 +14,17 @@
 
 class ORVPrtGraphicPrimitiveElt;
 
-/// Children of a primitive, in drawing order. The owner of the list holds a reference to each. Most
-/// containers have one child, which needs no memory of its own.
+/// Children of a primitive in drawing order. The owner of the list holds a reference to each; the list itself
+/// counts no references. A single child needs no allocation, because most containers have only one.
 class ORVPrtChildList {
 public:
-    /// What the list holds.
+    /// Type of the list's elements.
     using value_type = ORVPrtGraphicPrimitiveElt*;
-    /// A place in the list; valid until the list changes.
+    /// Iterator; valid until the list changes.
     using const_iterator = const value_type*;
 
     ORVPrtChildList() = default;
-    /// Throws std::bad_alloc, as push_back does.
+    /// Throws std::bad_alloc.
     ORVPrtChildList(std::initializer_list<value_type> children) {
         for (const value_type child : children) push_back(child);
     }
@@ -34,47 +34,48 @@ public:
 
     /// Number of children.
     std::size_t size() const { return size_; }
-    /// Whether there are none.
+    /// Whether there are no children.
     bool empty() const { return size_ == 0; }
-    /// The first place.
+    /// Iterator to the first child.
     const_iterator begin() const { return capacity_ > 1 ? place_.many : &place_.one; }
-    /// The place behind the last child.
+    /// Iterator behind the last child.
     const_iterator end() const { return begin() + size_; }
-    /// The child at a place, which must exist.
+    /// The child at `index`, which must be less than size().
     value_type operator[](std::size_t index) const { return begin()[index]; }
-    /// The first child, of a list that has one.
+    /// The first child. The list must not be empty.
     value_type front() const { return *begin(); }
-    /// The last child, of a list that has one.
+    /// The last child. The list must not be empty.
     value_type back() const { return end()[-1]; }
-    /// Throws std::out_of_range.
+    /// The child at `index`. Throws std::out_of_range.
     value_type at(std::size_t index) const {
         if (index >= size_) throw std::out_of_range("no such child");
         return begin()[index];
     }
 
-    /// Asks the processor for the child some places after `index`: walks over large models wait for memory.
+    /// Prefetches a child some positions after `index`, because walks over large models are limited by memory
+    /// latency.
     void Prefetch(std::size_t index) const {
         constexpr std::size_t kAhead = 8;
         if (index + kAhead >= size_) return;
         const char* const child = reinterpret_cast<const char*>(begin()[index + kAhead]);
-        constexpr std::size_t kCacheLine = 64;  // a primitive's own fields and its children take two
+        constexpr std::size_t kCacheLine = 64;  // a primitive with its children spans two lines
         __builtin_prefetch(child);
         __builtin_prefetch(child + kCacheLine);
     }
 
-    /// Appends a child; the caller counts the reference. Throws std::bad_alloc.
+    /// Appends a child. The caller adds the reference. Throws std::bad_alloc.
     void push_back(value_type child) {
         if (size_ == capacity_) Grow();
         Begin()[size_++] = child;
     }
-    /// Takes a child out; the caller counts the reference.
-    /// @param place  of one of the children
+    /// Removes a child. The caller releases the reference.
+    /// @param place  iterator to a child
     void erase(const_iterator place) {
         std::copy(place + 1, end(), Begin() + (place - begin()));
         --size_;
     }
 
-    /// Compares the places, not the children.
+    /// Compares pointers, not the children themselves.
     friend bool operator==(const ORVPrtChildList& a, const ORVPrtChildList& b) {
         return std::equal(a.begin(), a.end(), b.begin(), b.end());
     }

@@ -25,7 +25,7 @@ public:
 
 private:
     ORVPrtCircleElt(const ORVPrtCircleElt&) = default;
-    ~ORVPrtCircleElt() override = default;  // through Release() only
+    ~ORVPrtCircleElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D center_;

@@ -4,7 +4,7 @@
 #include "platform/model/ORVPrtContainerElt.h"
 #include "platform/model/carried_attributes.h"
 
-/// A filled outline; its children are regions, one contour each.
+/// A filled outline. Its children are ORVPrtClosedFigureRegionElt, one per contour.
 class ORV_PLATFORM_EXPORT ORVPrtClosedFigureElt final : public ORVPrtContainerElt,
                                                         public ORVPrtDrawStyled,
                                                         public ORVPrtFilled,
@@ -17,6 +17,6 @@ public:
 
 private:
     ORVPrtClosedFigureElt(const ORVPrtClosedFigureElt&) = default;
-    ~ORVPrtClosedFigureElt() override = default;  // through Release() only
+    ~ORVPrtClosedFigureElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

@@ -4,7 +4,7 @@
 #include "platform/model/ORVPrtContainerElt.h"
 #include "platform/model/carried_attributes.h"
 
-/// One contour of a closed figure: its primitives in order, each continuing the one before it.
+/// One contour of a closed figure. Its primitives are joined in order.
 class ORV_PLATFORM_EXPORT ORVPrtClosedFigureRegionElt final : public ORVPrtContainerElt,
                                                               public ORVPrtTransformed {
 public:
@@ -15,6 +15,6 @@ public:
 
 private:
     ORVPrtClosedFigureRegionElt(const ORVPrtClosedFigureRegionElt&) = default;
-    ~ORVPrtClosedFigureRegionElt() override = default;  // through Release() only
+    ~ORVPrtClosedFigureRegionElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

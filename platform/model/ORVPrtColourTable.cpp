@@ -5,7 +5,7 @@ namespace {
 
 constexpr std::uint32_t kNumberBits = (std::uint32_t{1} << 26U) - 1;
 
-// The upper half depends on all bits of the colour.
+// Mixes all bits of the colour into the upper half.
 std::uint64_t Hash(const ORVPrtColourTable::Colour& colour) {
     const std::uint64_t key =
         std::uint64_t{colour.red} << 16U | std::uint64_t{colour.green} << 8U | std::uint64_t{colour.blue};
@@ -56,7 +56,7 @@ int ORVPrtColourTable::AddColour(std::uint8_t red, std::uint8_t green, std::uint
     index = static_cast<unsigned int>(colours_.size());
     colours_.push_back({red, green, blue});
     constexpr std::size_t kFewestSlots = 16;
-    // Three quarters full at most.
+    // At most three quarters full.
     if (4 * colours_.size() <= 3 * slots_.size()) {
         Enter(index);
     } else {
@@ -67,7 +67,8 @@ int ORVPrtColourTable::AddColour(std::uint8_t red, std::uint8_t green, std::uint
 }
 
 void ORVPrtColourTable::Enter(std::size_t index) {
-    // There are fewer colours than the numbers go; only such as stand there twice can come behind them.
+    // An index this large occurs only when the table contains duplicates, because there are fewer distinct
+    // colours. It need not be found.
     if (index >= kNumberBits) return;
     std::uint32_t& slot = slots_[FindSlot(colours_[index])];
     if (slot == 0) slot = static_cast<std::uint32_t>(index + 1) | Tag(Hash(colours_[index]));

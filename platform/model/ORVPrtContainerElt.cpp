@@ -20,7 +20,7 @@ void ORVPrtContainerElt::AddChild(ORVPrtGraphicPrimitiveElt* child) {
 }
 
 void ORVPrtContainerElt::RemoveChild(ORVPrtGraphicPrimitiveElt* child) {
-    // What is removed is mostly what was added last.
+    // Search backwards, because the child removed is usually the one added last.
     const auto begin = std::make_reverse_iterator(children_.end());
     const auto end = std::make_reverse_iterator(children_.begin());
     const auto found = std::find(begin, end, child);

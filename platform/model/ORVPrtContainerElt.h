@@ -3,23 +3,23 @@
 
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 
-/// A primitive that holds other primitives. It keeps a reference to each child.
+/// Base class of primitives with children. Holds a reference to each child.
 class ORV_PLATFORM_EXPORT ORVPrtContainerElt : public ORVPrtGraphicPrimitiveElt {
 public:
     static const ORVMetaClass& MetaClass();
 
-    /// Appends a child and references it. Null and the container itself are ignored.
+    /// Appends a child and adds a reference. Null and the container itself are ignored.
     void AddChild(ORVPrtGraphicPrimitiveElt* child);
-    /// Takes the last place where `child` stands out of the list and releases it.
+    /// Removes the last occurrence of `child` and releases its reference.
     void RemoveChild(ORVPrtGraphicPrimitiveElt* child);
-    /// The children in drawing order, the first at the bottom.
+    /// The children in drawing order, bottom first.
     const ORVPrtChildList& GetChildren() const { return children_; }
     const ORVPrtChildList* GetChildList() const override { return &children_; }
 
 protected:
-    /// @param kind  of the derived class
+    /// @param kind  kind of the derived class
     explicit ORVPrtContainerElt(ORVPrtKind kind) : ORVPrtGraphicPrimitiveElt(kind) {}
-    /// A copy starts without children.
+    /// The copy has no children.
     ORVPrtContainerElt(const ORVPrtContainerElt& other) : ORVPrtGraphicPrimitiveElt(other) {}
     ~ORVPrtContainerElt() override;
     void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child) override { AddChild(&child); }

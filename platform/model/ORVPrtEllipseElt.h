@@ -5,7 +5,7 @@
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 #include "platform/model/carried_attributes.h"
 
-/// An ellipse; its first axis is turned by the slope. Radii of 0 or less draw nothing.
+/// An ellipse whose first axis has the angle GetSlope(). A radius of 0 or less draws nothing.
 class ORV_PLATFORM_EXPORT ORVPrtEllipseElt final : public ORVPrtGraphicPrimitiveElt,
                                                    public ORVPrtDrawStyled,
                                                    public ORVPrtFilled,
@@ -31,7 +31,7 @@ public:
 
 private:
     ORVPrtEllipseElt(const ORVPrtEllipseElt&) = default;
-    ~ORVPrtEllipseElt() override = default;  // through Release() only
+    ~ORVPrtEllipseElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D center_;

@@ -5,8 +5,8 @@
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 #include "platform/model/carried_attributes.h"
 
-/// An arc of an ellipse, swept linearly from the start to the end angle (downwards when the start is the
-/// larger). Angles are radians, measured from the ellipse's own first axis, which the slope turns.
+/// An arc of an ellipse, from the start angle to the end angle; backwards when the start is larger. Both are
+/// in radians and measured from the first axis of the ellipse, whose own angle is the slope.
 class ORV_PLATFORM_EXPORT ORVPrtEllipticalArcElt final : public ORVPrtGraphicPrimitiveElt,
                                                          public ORVPrtDrawStyled,
                                                          public ORVPrtFilled,
@@ -26,10 +26,10 @@ public:
     /// Radius along the second axis, page units.
     void SetVertRadius(double radius) { vertRadius_ = radius; }
     double GetVertRadius() const { return vertRadius_; }
-    /// Where the arc begins, radians.
+    /// Start angle, radians.
     void SetStartAngle(float angle) { startAngle_ = angle; }
     float GetStartAngle() const { return startAngle_; }
-    /// Where the arc ends, radians.
+    /// End angle, radians.
     void SetEndAngle(float angle) { endAngle_ = angle; }
     float GetEndAngle() const { return endAngle_; }
     /// Angle of the first axis, radians, counter-clockwise from the x axis.
@@ -38,7 +38,7 @@ public:
 
 private:
     ORVPrtEllipticalArcElt(const ORVPrtEllipticalArcElt&) = default;
-    ~ORVPrtEllipticalArcElt() override = default;  // through Release() only
+    ~ORVPrtEllipticalArcElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D center_;

@@ -5,7 +5,7 @@
 
 namespace orvprint {
 
-/// How a primitive with an inside is drawn.
+/// How a primitive that can be filled is drawn.
 enum ORVPrtDrawStyle : int {
     kDrawNothing = 0,
     kDrawStroke = 1,
@@ -14,7 +14,7 @@ enum ORVPrtDrawStyle : int {
     kDrawUndecided = 4,  ///< drawn as kDrawFillAndStroke
 };
 
-/// Whether a draw style fills the inside.
+/// Whether a draw style fills the primitive.
 constexpr bool ORVFills(int drawStyle) {
     return drawStyle == kDrawFill || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
@@ -23,7 +23,7 @@ constexpr bool ORVStrokes(int drawStyle) {
     return drawStyle == kDrawStroke || drawStyle == kDrawFillAndStroke || drawStyle == kDrawUndecided;
 }
 
-/// One enumeration of the model serves line types, caps and joins.
+/// Line types, caps and joins share one enumeration.
 enum ORVPrtLineAttribute : int {
     kLineSolid = 0,
     kLineUserDash = 7,
@@ -35,13 +35,13 @@ enum ORVPrtLineAttribute : int {
     kJoinBevel = 15,
 };
 
-/// What an inside is painted with.
+/// Type of paint of a fill.
 enum ORVPrtFillStyle : int { kFillSolid = 1, kFillPattern = 2 };
-/// Which points of an outline that crosses itself are inside.
+/// Which points are inside an outline that crosses itself.
 enum ORVPrtFillRule : int { kFillNonZero = 0, kFillEvenOdd = 1 };
 
-/// One enumeration of the model serves text weights and anchors. An anchor is kAnchorFirst + 4 h + v with
-/// h = 0 start, 1 middle, 2 end and v = 0 descender line, 1 baseline, 2 half height, 3 ascender line.
+/// Text weights and anchors share one enumeration. An anchor is kAnchorFirst + 4 h + v with h = 0 start, 1
+/// middle, 2 end and v = 0 descender, 1 baseline, 2 half height, 3 ascender.
 enum ORVPrtTextAttribute : int {
     kWeightLight = 24,
     kWeightNormal = 25,
@@ -52,13 +52,13 @@ enum ORVPrtTextAttribute : int {
     kAnchorLast = 39,
 };
 
-/// How the characters of a text follow each other.
+/// Direction of a text.
 enum ORVPrtWritingMode : int { kLeftToRight = 0, kRightToLeft = 1, kTopToBottom = 2 };
 
-/// What a viewer does with the target of a link.
+/// Where a viewer opens the target of a link.
 enum ORVPrintLinkShow : int { kLinkShowUnset = 0, kLinkShowNew = 1, kLinkShowReplace = 2 };
 
-/// Unit code of a page whose coordinates are in 1/90 inch.
+/// Unit code of pages with coordinates in 1/90 inch.
 inline constexpr int kUnitNinetiethInch = 1;
 
 }  // namespace orvprint

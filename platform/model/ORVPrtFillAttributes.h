@@ -8,7 +8,7 @@
 #include "platform/system/ORVSharedValue.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// How the inside of primitives is drawn. A value: copies share their content until one changes.
+/// Fill attributes of a primitive. Copy-on-write value.
 class ORVPrtFillAttributes {
 public:
     /// A value of orvprint::ORVPrtFillStyle.
@@ -17,14 +17,14 @@ public:
     /// A value of orvprint::ORVPrtFillRule.
     void SetFillRule(int rule) { value_.Set(&Value::rule, static_cast<std::uint8_t>(rule)); }
     int GetFillRule() const { return value_.Get().rule; }
-    /// Index into the colour table of the page.
+    /// Index into the page's colour table.
     void SetFillColourIndex(unsigned int index) { value_.Set(&Value::colour, index); }
     unsigned int GetFillColourIndex() const { return value_.Get().colour; }
-    /// Opacity, in spite of its name: 255 is opaque, 0 invisible.
+    /// Opacity, despite the name: 255 is opaque, 0 transparent.
     void SetFillColourTransparency(std::uint8_t opacity) { value_.Set(&Value::transparency, opacity); }
     std::uint8_t GetFillColourTransparency() const { return value_.Get().transparency; }
-    /// The bitmap that kFillPattern tiles; the set keeps a reference of its own. Two sets agree when they
-    /// hold the same image object.
+    /// The tile for kFillPattern; a reference to it is held. Attribute sets are equal only if they hold the
+    /// same image object.
     void SetFillPatternImage(ORVPixelImage* image) {
         if (image != value_.Get().pattern.get()) value_.Edit().pattern = ORVRef<ORVPixelImage>::Share(image);
     }

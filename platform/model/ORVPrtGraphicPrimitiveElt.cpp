@@ -50,7 +50,7 @@ ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyTree() const {
     ORVRef<ORVPrtGraphicPrimitiveElt> root(CopyNode());
     if (!root) return nullptr;
 
-    // One frame for every open container: what is copied, its copy, and the next child to copy.
+    // Stack frame of an open container: the original, its copy, and the next child to copy.
     struct Frame {
         const ORVPrtGraphicPrimitiveElt* original;
         ORVPrtGraphicPrimitiveElt* copy;

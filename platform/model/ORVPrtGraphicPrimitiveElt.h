@@ -15,22 +15,23 @@
 
 class ORVPrtPrimitiveBudget;
 
-/// What tells primitives apart, and the budget they were taken from. Most of a model's share one of these.
+/// Identification of a primitive, and the budget that it was allocated from. Shared by all primitives without
+/// texts.
 struct ORV_PLATFORM_EXPORT ORVPrtIdentity {
     ORVPrtIdentity() = default;
-    /// References the same budget.
+    /// The copy refers to the same budget and adds a reference to it.
     ORVPrtIdentity(const ORVPrtIdentity& other);
     ORVPrtIdentity& operator=(const ORVPrtIdentity&) = delete;
     ~ORVPrtIdentity();
 
-    /// References the budget; null for none.
+    /// Sets the budget and adds a reference to it; null for none.
     void SetBudget(ORVPrtPrimitiveBudget* newBudget);
 
-    ORVUnicodeString id, description, title;  ///< UTF-8, each perhaps empty
-    ORVPrtPrimitiveBudget* budget = nullptr;  ///< referenced; null for none
+    ORVUnicodeString id, description, title;  ///< UTF-8; may be empty
+    ORVPrtPrimitiveBudget* budget = nullptr;  ///< holds a reference; null for none
 };
 
-/// The model's own classes, for dispatch without comparing names. A class of another module is kOther.
+/// Class of a primitive, for dispatch without comparing names. kOther is a class from another module.
 enum class ORVPrtKind : std::uint8_t {
     kOther,
     kImage,
@@ -52,79 +53,78 @@ enum class ORVPrtKind : std::uint8_t {
     kBitmapImage,
 };
 
-/// Base of everything that stands on a page. Coordinates are page units (1/90 inch), y pointing up.
-/// Reference counted; a new primitive has one reference, which its creator releases.
+/// Base class of everything on a page. Coordinates are page units (1/90 inch) with y pointing up. Reference
+/// counted; a new primitive has one reference, owned by its creator.
 class ORV_PLATFORM_EXPORT ORVPrtGraphicPrimitiveElt : public ORVBaseObject {
 public:
     static const ORVMetaClass& MetaClass();
 
-    /// Primitives are ORVSmallObjects.
+    /// Allocates with ORVSmallObjects. Throws std::bad_alloc.
     static void* operator new(std::size_t size) { return ORVSmallObjects::Take(size); }
-    /// The same; null when there is no memory.
+    /// Returns null when out of memory.
     static void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
         return ORVSmallObjects::TryTake(size);
     }
-    /// Gives the memory back.
+    /// Frees the memory.
     static void operator delete(void* object, std::size_t size) { ORVSmallObjects::Give(object, size); }
-    /// The same for an object whose constructor threw.
+    /// Frees the memory of an object whose constructor threw.
     static void operator delete(void* object, const std::nothrow_t& /*tag*/) noexcept {
         ORVSmallObjects::Give(object);
     }
 
-    /// The class, as a number.
+    /// Class of the primitive.
     ORVPrtKind GetKind() const { return kind_; }
 
-    /// Deep copy with one reference; null when out of memory or over the model's budget. Shared children are
-    /// copied once for each place they stand in. Does not recurse.
+    /// Deep copy with one reference; null when out of memory or when the model's budget is exhausted. A
+    /// shared child is copied for each of its occurrences. Does not recurse.
     virtual ORVPrtGraphicPrimitiveElt* Duplicate() const;
 
     /// Identifier in the document; empty for none.
     void SetID(ORVUnicodeString id) { identity_.Edit().id = std::move(id); }
     const ORVUnicodeString& GetID() const { return identity_.Get().id; }
-    /// Text that describes the primitive; empty for none.
+    /// Description; empty for none.
     void SetDescription(ORVUnicodeString description) {
         identity_.Edit().description = std::move(description);
     }
     const ORVUnicodeString& GetDescription() const { return identity_.Get().description; }
-    /// Title, of a page above all; empty for none.
+    /// Title, used mainly for pages; empty for none.
     void SetTitle(ORVUnicodeString title) { identity_.Edit().title = std::move(title); }
     const ORVUnicodeString& GetTitle() const { return identity_.Get().title; }
 
-    /// Children, null for a class that has none.
+    /// The children; null for classes without children.
     virtual const ORVPrtChildList* GetChildList() const { return nullptr; }
 
-    /// Bytes of points and text that a duplicate copies.
+    /// Bytes of points and text that Duplicate copies.
     virtual std::size_t GetPayloadBytes() const { return 0; }
 
-    /// The budget that this primitive and its duplicates were taken from; null when unlimited.
+    /// The budget that this primitive and its duplicates are counted in; null for none.
     ORVPrtPrimitiveBudget* GetBudget() const { return identity_.Get().budget; }
-    /// Shares an identity, with its budget, in place of the own one.
+    /// Replaces the identity, including the budget, by a shared one.
     void SetIdentity(const ORVSharedValue<ORVPrtIdentity>& identity) { identity_ = identity; }
 
-    /// A mark for walks that must visit shared primitives once; means nothing between walks.
+    /// Mark for walks that must visit shared primitives only once; its value is meaningless between walks.
     std::uint32_t GetVisitMark() const { return visitMark_; }
     /// Sets the mark.
     void SetVisitMark(std::uint32_t mark) const { visitMark_ = mark; }
 
 protected:
-    /// @param kind  of the derived class
+    /// @param kind  kind of the derived class
     explicit ORVPrtGraphicPrimitiveElt(ORVPrtKind kind) : kind_(kind) {}
-    /// A copy without the identity, which Duplicate copies.
+    /// Copies everything except the identity, which Duplicate copies.
     ORVPrtGraphicPrimitiveElt(const ORVPrtGraphicPrimitiveElt& other)
         : ORVBaseObject(other), kind_(other.kind_) {}
     ~ORVPrtGraphicPrimitiveElt() override = default;
 
-    /// A copy of the object without its children and without identity texts and budget; null when memory is
-    /// spent.
+    /// Copies the object without its children and identity; null when out of memory.
     virtual ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const = 0;
-    /// Adds a child while a tree is duplicated; only called on classes that have children.
+    /// Appends a child during duplication. Called only for classes with children.
     virtual void AppendDuplicatedChild(ORVPrtGraphicPrimitiveElt& child);
 
 private:
     ORVPrtGraphicPrimitiveElt* CopyNode() const;
     ORVPrtGraphicPrimitiveElt* CopyTree() const;
 
-    mutable std::uint32_t visitMark_ = 0;  // first, behind the count of references: both are half a word
+    mutable std::uint32_t visitMark_ = 0;  // first, to share a word with the reference count
     ORVSharedValue<ORVPrtIdentity> identity_;
     ORVPrtKind kind_;
 };

@@ -5,10 +5,10 @@
 
 #include "platform/model/ORVPrintLinkURI.h"
 
-/// What a group carries besides its children: the target of a link.
+/// Attributes of a group: the target of a link.
 class ORVPrtGroupAttributes {
 public:
-    /// Where the group leads when it is a link; empty when it is none.
+    /// Target of the link; empty when the group is not a link.
     void SetLinkURI(ORVPrintLinkURI link) { link_ = std::move(link); }
     const ORVPrintLinkURI& GetLinkURI() const { return link_; }
 

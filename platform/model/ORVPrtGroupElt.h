@@ -7,7 +7,7 @@
 #include "platform/model/ORVPrtGroupAttributes.h"
 #include "platform/model/carried_attributes.h"
 
-/// Primitives that are drawn together, under one transform, perhaps as a link.
+/// Primitives that are drawn together with a common transformation; may be a link.
 class ORV_PLATFORM_EXPORT ORVPrtGroupElt final : public ORVPrtContainerElt, public ORVPrtTransformed {
 public:
     static const ORVMetaClass& MetaClass();
@@ -15,13 +15,13 @@ public:
 
     ORVPrtGroupElt() : ORVPrtContainerElt(ORVPrtKind::kGroup) {}
 
-    /// What the group carries besides its children.
+    /// Attributes of the group.
     void SetGroupAttributes(ORVPrtGroupAttributes attributes) { attributes_ = std::move(attributes); }
     const ORVPrtGroupAttributes& GetGroupAttributes() const { return attributes_; }
 
 private:
     ORVPrtGroupElt(const ORVPrtGroupElt&) = default;
-    ~ORVPrtGroupElt() override = default;  // through Release() only
+    ~ORVPrtGroupElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVPrtGroupAttributes attributes_;

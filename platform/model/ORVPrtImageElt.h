@@ -9,7 +9,7 @@
 
 class ORVPrtColourTable;
 
-/// A page. Its rectangle is origin (lower left corner) and size, in page units with y pointing up.
+/// A page. Its origin is the lower left corner; coordinates are page units with y pointing up.
 class ORV_PLATFORM_EXPORT ORVPrtImageElt final : public ORVPrtContainerElt {
 public:
     static const ORVMetaClass& MetaClass();
@@ -23,25 +23,25 @@ public:
     /// Width and height of the page, page units.
     void SetSize(double width, double height) { width_ = width, height_ = height; }
     void GetSize(double& width, double& height) const { width = width_, height = height_; }
-    /// Whether the page can be printed: width and height are positive, and all of its rectangle is finite.
+    /// Whether the page can be printed: width and height are positive, and origin and size are finite.
     bool HasArea() const {
         return width_ > 0.0 && height_ > 0.0 && std::isfinite(width_) && std::isfinite(height_) &&
                std::isfinite(origin_.x) && std::isfinite(origin_.y);
     }
-    /// The height that the drawing's own y axis, which points down, is mirrored against: a point there lies
-    /// at this height less y in page units. What keeps the drawing's own coordinates, such as the clipping
-    /// boxes of texts, is placed by it. 0 when never set.
+    /// Height by which the drawing's y axis, which points down, is mirrored: y in the drawing corresponds to
+    /// the page coordinate mirror height - y. Used to position what is stored in the drawing's coordinates,
+    /// such as clipping boxes of texts. 0 if never set.
     void SetMirrorHeight(double height) { mirrorHeight_ = height; }
     double GetMirrorHeight() const { return mirrorHeight_; }
-    /// Unit code of the page's coordinates: kUnitNinetiethInch.
+    /// Unit code of the coordinates: kUnitNinetiethInch.
     void SetUnits(int units) { units_ = units; }
     int GetUnits() const { return units_; }
-    /// Acts on all of the page, about the origin of page units; the identity by default.
+    /// Linear transformation of the whole page about the origin of page units; the identity by default.
     void SetMatrix(const ORVMath2x2Matrix& matrix) { matrix_ = matrix; }
     const ORVMath2x2Matrix& GetMatrix() const { return matrix_; }
-    /// Keeps a reference of its own.
+    /// Sets the colour table and adds a reference to it.
     void SetColourTable(ORVPrtColourTable* table);
-    /// Null when never set.
+    /// The colour table; null if never set.
     ORVPrtColourTable* GetColourTable() const { return colours_.get(); }
 
 private:

@@ -15,16 +15,16 @@ public:
 
     ORVPrtLineElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kLine) {}
 
-    /// Where the line begins, page units.
+    /// Start point, page units.
     void SetStartPoint(const ORVMathPoint2D& start) { start_ = start; }
     const ORVMathPoint2D& GetStartPoint() const { return start_; }
-    /// Where the line ends, page units.
+    /// End point, page units.
     void SetEndPoint(const ORVMathPoint2D& end) { end_ = end; }
     const ORVMathPoint2D& GetEndPoint() const { return end_; }
 
 private:
     ORVPrtLineElt(const ORVPrtLineElt&) = default;
-    ~ORVPrtLineElt() override = default;  // through Release() only
+    ~ORVPrtLineElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D start_, end_;

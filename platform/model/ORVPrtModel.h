@@ -10,15 +10,15 @@
 
 class ORVPrtImageElt;
 
-/// A print model: pages of primitives. It references its pages, and it is where primitives come from, so
-/// that their number stays bounded.
+/// A print model: a list of pages. Holds a reference to each page. Primitives are created by the model, so
+/// that their number can be limited.
 class ORV_PLATFORM_EXPORT ORVPrtModel : public ORVBaseObject {
 public:
-    /// Primitives that a model may allocate when the host says nothing else.
+    /// Default limit of primitives that a model may allocate.
     static constexpr std::uint64_t kDefaultPrimitiveLimit = 50'000'000;
-    /// Sets the limit for models created from now on, in this process; see ORVPrintLimits for others.
+    /// Sets the limit for models created afterwards in this process; see ORVPrintLimits for other limits.
     static void SetPrimitiveLimit(std::uint64_t limit);
-    /// The limit for models created from now on.
+    /// The limit for models created afterwards.
     static std::uint64_t GetPrimitiveLimit();
 
     static const ORVMetaClass& MetaClass();
@@ -26,14 +26,14 @@ public:
 
     ORVPrtModel();
 
-    /// Appends a page and references it.
+    /// Appends a page and adds a reference to it.
     void AddImage(ORVPrtImageElt* image);
-    /// Leaves the model without pages.
+    /// Removes all pages.
     void RemoveImages();
-    /// The pages in order; never null, empty for a model without pages.
+    /// The pages in order; never null.
     const ORVListPtr<ORVPrtImageElt>* GetImages() const { return &images_; }
 
-    /// A new primitive with one reference; null when out of memory or over the budget.
+    /// Creates a primitive with one reference; null when out of memory or when the budget is exhausted.
     template <class Primitive>
     Primitive* Create() {
         if (!budget_->Take()) return nullptr;
@@ -44,9 +44,9 @@ public:
             budget_->NoteMemorySpent();
         return primitive;
     }
-    /// What building the model took, and what was left out for want of it.
+    /// Resources used to build the model, and what was omitted because of limits.
     const ORVPrtPrimitiveBudget& GetBudget() const { return *budget_; }
-    /// The same, for those who build the model.
+    /// The same, for use while the model is built.
     ORVPrtPrimitiveBudget& GetBudget() { return *budget_; }
 
 protected:
@@ -55,5 +55,5 @@ protected:
 private:
     ORVListPtr<ORVPrtImageElt> images_;
     ORVRef<ORVPrtPrimitiveBudget> budget_;
-    ORVSharedValue<ORVPrtIdentity> blank_;  // of primitives that have no texts (yet)
+    ORVSharedValue<ORVPrtIdentity> blank_;  // shared by primitives without texts
 };

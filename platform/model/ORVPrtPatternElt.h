@@ -8,7 +8,7 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// A tile that fills refer to. It draws nothing by itself and has no bounding box.
+/// A pattern tile that fills refer to. Not drawn where it occurs, and without a bounding box.
 class ORV_PLATFORM_EXPORT ORVPrtPatternElt final : public ORVPrtContainerElt {
 public:
     static const ORVMetaClass& MetaClass();
@@ -16,22 +16,22 @@ public:
 
     ORVPrtPatternElt() : ORVPrtContainerElt(ORVPrtKind::kPattern) {}
 
-    /// The tile in the drawing's own coordinates, as given, unchecked.
+    /// The tile in the drawing's coordinates, as specified and not validated.
     void SetBox(const ORVPrtViewBox& box) { box_ = box; }
     const ORVPrtViewBox& GetBox() const { return box_; }
-    /// The part of the pattern's own coordinates that fills the tile.
+    /// The area of the pattern's coordinates that is mapped to the tile.
     void SetViewBox(const ORVPrtViewBox& viewBox) {
         viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
     }
-    /// Null when never set.
+    /// The view box; null if never set.
     const ORVPrtViewBox* GetViewBox() const { return viewBox_.get(); }
-    /// The bitmap that a fill took from this pattern last; keeps a reference of its own.
+    /// The bitmap most recently rendered from this pattern for a fill. A reference to it is held.
     void SetFillPatternImage(ORVPixelImage* image) { image_ = ORVRef<ORVPixelImage>::Share(image); }
     ORVPixelImage* GetFillPatternImage() const { return image_.get(); }
 
 private:
     ORVPrtPatternElt(const ORVPrtPatternElt&) = default;
-    ~ORVPrtPatternElt() override = default;  // through Release() only
+    ~ORVPrtPatternElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVPrtViewBox box_;

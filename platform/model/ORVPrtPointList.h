@@ -14,11 +14,11 @@ struct ORVPrtPointList {
         points_.resize(count);
         for (std::size_t i = 0; i < count; ++i) points_[i] = {points[2 * i], points[2 * i + 1]};
     }
-    /// Takes the points over.
+    /// Sets the points without copying.
     void SetPoints(std::vector<ORVMathPoint2D> points) { points_ = std::move(points); }
-    /// Empty when never set.
+    /// Empty if never set.
     const std::vector<ORVMathPoint2D>& GetPoints() const { return points_; }
-    /// Gives the memory of the points back. There are none afterwards.
+    /// Removes all points and frees their memory.
     void ForgetPoints() { std::vector<ORVMathPoint2D>().swap(points_); }
 
 private:

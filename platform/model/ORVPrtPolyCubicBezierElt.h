@@ -20,6 +20,6 @@ public:
 
 private:
     ORVPrtPolyCubicBezierElt(const ORVPrtPolyCubicBezierElt&) = default;
-    ~ORVPrtPolyCubicBezierElt() override = default;  // through Release() only
+    ~ORVPrtPolyCubicBezierElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

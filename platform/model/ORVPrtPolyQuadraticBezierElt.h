@@ -20,6 +20,6 @@ public:
 
 private:
     ORVPrtPolyQuadraticBezierElt(const ORVPrtPolyQuadraticBezierElt&) = default;
-    ~ORVPrtPolyQuadraticBezierElt() override = default;  // through Release() only
+    ~ORVPrtPolyQuadraticBezierElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

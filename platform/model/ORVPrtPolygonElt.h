@@ -21,6 +21,6 @@ public:
 
 private:
     ORVPrtPolygonElt(const ORVPrtPolygonElt&) = default;
-    ~ORVPrtPolygonElt() override = default;  // through Release() only
+    ~ORVPrtPolygonElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

@@ -20,6 +20,6 @@ public:
 
 private:
     ORVPrtPolylineElt(const ORVPrtPolylineElt&) = default;
-    ~ORVPrtPolylineElt() override = default;  // through Release() only
+    ~ORVPrtPolylineElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 };

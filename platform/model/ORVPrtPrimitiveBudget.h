@@ -7,25 +7,25 @@
 #include "platform/system/ORVFailure.h"
 #include "platform/system/ORVPrintLimits.h"
 
-/// Counts what building a model takes, so that hostile input ends in an answer. Shared by the model and its
-/// primitives through a count of its own (not atomic). What was taken is never given back.
+/// Resources used to build a model, with limits against hostile input. Shared by the model and its
+/// primitives; reference counted (not atomic). Freed primitives are not credited.
 class ORVPrtPrimitiveBudget {
 public:
-    /// The other limits are those of the process at this moment.
+    /// @param limit  of primitives; the other limits are taken from ORVPrintLimits
     explicit ORVPrtPrimitiveBudget(std::uint64_t limit)
         : limit_(limit),
           duplicateLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDuplicates)),
           visitLimit_(ORVPrintLimits::Get(ORVPrintLimit::kVisits)),
           pixelLimit_(ORVPrintLimits::Get(ORVPrintLimit::kDocumentPixels)) {}
 
-    /// Takes one primitive; false when the budget is used up.
+    /// Counts one primitive; false when the limit is reached.
     bool Take() {
         if (taken_ >= limit_) return Refuse(ORVPrintLimit::kPrimitives);
         if (memoryRefusals_ >= kMostMemoryRefusals) return false;
         ++taken_;
         return true;
     }
-    /// Takes one primitive that is the duplicate of another.
+    /// Counts one duplicate of a primitive; false when a limit is reached.
     /// @param payloadBytes  bytes of points and text in it
     bool TakeDuplicate(std::uint64_t payloadBytes) {
         const std::uint64_t units = 1 + payloadBytes / orvprint::kPayloadUnit;
@@ -36,53 +36,53 @@ public:
         duplicateUnits_ += units;
         return true;
     }
-    /// Visits that walks through the model may still make.
+    /// Number of visits that walks through the model may still make.
     std::uint64_t GetVisitsLeft() const {
         const std::uint64_t most = visitLimit_ + GetGrowth();
         return most > visits_ ? most - visits_ : 0;
     }
-    /// Notes visits that were made; none are left when the walk had to be given up.
+    /// Counts visits. When none are left, kVisits is noted as refused.
     void NoteVisits(std::uint64_t visits) {
         visits_ += visits;
         if (GetVisitsLeft() == 0) Refuse(ORVPrintLimit::kVisits);
     }
-    /// True when images may still be decoded.
+    /// True while further images may be decoded.
     bool MayTakePixels() { return pixels_ <= pixelLimit_ || Refuse(ORVPrintLimit::kDocumentPixels); }
-    /// Notes a decoded image; what its file pays for does not count.
+    /// Counts the pixels of a decoded image, less the allowance for the size of its file.
     void NotePixels(std::uint64_t pixels, std::uint64_t fileBytes) {
         const std::uint64_t free = fileBytes * orvprint::kPixelsPerFileByte;
         if (pixels > free) pixels_ += pixels - free;
     }
 
-    /// Primitives taken so far.
+    /// Number of primitives so far.
     std::uint64_t GetTaken() const { return taken_; }
-    /// Those of the primitives taken that are duplicates.
+    /// Number of duplicates among them.
     std::uint64_t GetDuplicates() const { return duplicates_; }
-    /// Whether no primitive is left.
+    /// Whether the limit of primitives is reached.
     bool IsSpent() const { return taken_ >= limit_; }
 
-    /// Notes that something was left out because of a limit. @return false
+    /// Notes that something was omitted because of a limit. @return false
     bool Refuse(ORVPrintLimit limit) {
         if (!refusal_) refusal_ = limit;
         return false;
     }
-    /// The first limit that something was left out for; none when no limit was reached.
+    /// The first limit that caused something to be omitted; nullopt for none.
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
-    /// Notes that something was left out because there was no memory for it.
+    /// Notes that something was omitted because memory was exhausted.
     void NoteMemorySpent() { ++memoryRefusals_; }
-    /// True when something was left out for want of memory.
+    /// True when something was omitted because memory was exhausted.
     bool IsMemorySpent() const { return memoryRefusals_ > 0; }
-    /// After so many times, no primitive is had any more: each refusal takes the system time, and millions
-    /// may be left.
+    /// After this many failed allocations, no more are attempted: each one takes time in the system, and
+    /// millions might follow.
     static constexpr std::uint64_t kMostMemoryRefusals = 1000;
 
-    /// Notes that a text could not be set as it should, so that its font or the room that it takes is wrong.
+    /// Notes that a text could not be set correctly, so that its font or extent is wrong.
     void NoteUnsetText() { hasUnsetText_ = true; }
-    /// Whether a text could not be set.
+    /// Whether a text could not be set correctly.
     bool HasUnsetText() const { return hasUnsetText_; }
 
-    /// Why the model is not that of the whole document; nothing when it is.
+    /// Why the model is incomplete or incorrect; kNone when it is not.
     ORVFailure GetFailure() const {
         if (refusal_) return ORVFailure::OfLimit(*refusal_);
         if (IsMemorySpent()) return ORVFailure::OutOfMemory();
@@ -91,7 +91,7 @@ public:
 
     /// Adds a reference.
     void AddRef() { ++references_; }
-    /// Gives a reference back; the last one destroys the budget.
+    /// Releases a reference; the last one destroys the budget.
     void Release() {
         if (--references_ == 0) delete this;
     }

@@ -16,18 +16,18 @@ public:
 
     ORVPrtRectangleElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kRectangle) {}
 
-    /// Two opposite corners, page units.
+    /// Sets two opposite corners, page units.
     void SetPoints(const ORVMathPoint2D& first, const ORVMathPoint2D& second) {
         first_ = first, second_ = second;
     }
     /// One corner.
     const ORVMathPoint2D& GetFirstPoint() const { return first_; }
-    /// The corner opposite.
+    /// The opposite corner.
     const ORVMathPoint2D& GetSecondPoint() const { return second_; }
 
 private:
     ORVPrtRectangleElt(const ORVPrtRectangleElt&) = default;
-    ~ORVPrtRectangleElt() override = default;  // through Release() only
+    ~ORVPrtRectangleElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVMathPoint2D first_, second_;

@@ -7,19 +7,19 @@
 #include "platform/model/ORVPrtEnumerations.h"
 #include "platform/system/ORVSharedValue.h"
 
-/// How outlines are drawn. A value: copies share their content until one changes.
+/// Stroke attributes of a primitive. Copy-on-write value.
 class ORVPrtStrokeAttributes {
 public:
-    /// Index into the colour table of the page.
+    /// Index into the page's colour table.
     void SetStrokeColourIndex(unsigned int index) { value_.Set(&Value::colour, index); }
     unsigned int GetStrokeColourIndex() const { return value_.Get().colour; }
-    /// Opacity, in spite of its name: 255 is opaque, 0 invisible.
+    /// Opacity, despite the name: 255 is opaque, 0 transparent.
     void SetStrokeColourTransparency(std::uint8_t opacity) { value_.Set(&Value::transparency, opacity); }
     std::uint8_t GetStrokeColourTransparency() const { return value_.Get().transparency; }
     /// kLineSolid or kLineUserDash.
     void SetStrokeType(int type) { value_.Set(&Value::type, static_cast<std::uint8_t>(type)); }
     int GetStrokeType() const { return value_.Get().type; }
-    /// Lengths of dashes and gaps in user units; used with kLineUserDash only.
+    /// Lengths of dashes and gaps, user units; used only with kLineUserDash.
     void SetStrokeDashPattern(const float* lengths, std::uint8_t count) {
         Dashes dash;
         if (count > 0) dash.Edit().assign(lengths, lengths + count);
@@ -29,7 +29,7 @@ public:
     /// Line width, user units.
     void SetStrokeWidth(double width) { value_.Set(&Value::width, width); }
     double GetStrokeWidth() const { return value_.Get().width; }
-    /// Kept as it is given; of no effect on what is drawn.
+    /// Stored, but without effect on drawing.
     void SetStrokeStyle(int style) { value_.Set(&Value::style, static_cast<std::uint8_t>(style)); }
     int GetStrokeStyle() const { return value_.Get().style; }
     /// orvprint::kCapButt to orvprint::kCapRound.
@@ -43,7 +43,7 @@ public:
 
 private:
     using Dashes = ORVSharedValue<std::vector<float>>;
-    // Of the enumerations, a byte is kept: drawings have as many of these sets as shapes.
+    // Enumerations are stored as bytes, because a drawing has as many attribute sets as shapes.
     struct Value {
         double width = 1.0;
         Dashes dash;

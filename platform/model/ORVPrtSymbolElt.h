@@ -7,7 +7,7 @@
 #include "platform/model/ORVPrtViewBox.h"
 #include "platform/model/carried_attributes.h"
 
-/// A drawing that groups refer to: a symbol or a marker.
+/// A symbol or marker that groups refer to.
 class ORV_PLATFORM_EXPORT ORVPrtSymbolElt final : public ORVPrtContainerElt, public ORVPrtTransformed {
 public:
     static const ORVMetaClass& MetaClass();
@@ -15,16 +15,16 @@ public:
 
     ORVPrtSymbolElt() : ORVPrtContainerElt(ORVPrtKind::kSymbol) {}
 
-    /// The part of the symbol's own coordinates that is shown.
+    /// The visible area, in the symbol's coordinates.
     void SetViewBox(const ORVPrtViewBox& viewBox) {
         viewBox_ = std::make_shared<const ORVPrtViewBox>(viewBox);
     }
-    /// Null when never set.
+    /// The view box; null if never set.
     const ORVPrtViewBox* GetViewBox() const { return viewBox_.get(); }
 
 private:
     ORVPrtSymbolElt(const ORVPrtSymbolElt&) = default;
-    ~ORVPrtSymbolElt() override = default;  // through Release() only
+    ~ORVPrtSymbolElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     std::shared_ptr<const ORVPrtViewBox> viewBox_;

@@ -9,7 +9,7 @@
 #include "platform/model/ORVPrtTextAttributes.h"
 #include "platform/model/carried_attributes.h"
 
-/// A line of text. The anchor of its text attributes says which point of the text stands at the position.
+/// A line of text. The anchor determines which point of the text is placed at the position.
 class ORV_PLATFORM_EXPORT ORVPrtTextElt final : public ORVPrtGraphicPrimitiveElt,
                                                 public ORVPrtDrawStyled,
                                                 public ORVPrtFilled,
@@ -20,34 +20,34 @@ public:
 
     ORVPrtTextElt() : ORVPrtGraphicPrimitiveElt(ORVPrtKind::kText) {}
 
-    /// A box that clips the text; as given, unchecked, in the drawing's own coordinates: y points down from
-    /// the page's mirror height.
+    /// Clipping box of the text, as specified and not validated. In the drawing's coordinates: y points down
+    /// from the page's mirror height.
     struct ClippingBox {
         double x = 0.0, y = 0.0, width = 0.0, height = 0.0;  ///< user units
     };
 
-    /// How the text is set. Where the font is ORVFont::Unavailable(), the budget notes that the text cannot
+    /// Sets the text attributes. If the font is ORVFont::Unavailable(), the budget notes that the text cannot
     /// be set.
     void SetTextAttributes(ORVPrtTextAttributes text);
     const ORVPrtTextAttributes& GetTextAttributes() const { return textAttributes_; }
-    /// Where the anchor stands, page units.
+    /// Position of the anchor point, page units.
     void SetPosition(const ORVMathPoint2D& position) { position_ = position; }
     const ORVMathPoint2D& GetPosition() const { return position_; }
     /// The text, UTF-8.
     void SetText(ORVUnicodeString text) { text_ = std::move(text); }
     const ORVUnicodeString& GetText() const { return text_; }
-    /// See ClippingBox.
+    /// Sets the clipping box.
     void SetClippingBox(double x, double y, double width, double height) {
         clippingBox_ = std::make_shared<const ClippingBox>(ClippingBox{x, y, width, height});
     }
-    /// Null when never set.
+    /// The clipping box; null if never set.
     const ClippingBox* GetClippingBox() const { return clippingBox_.get(); }
 
     std::size_t GetPayloadBytes() const override { return text_.GetView().size(); }
 
 private:
     ORVPrtTextElt(const ORVPrtTextElt&) = default;
-    ~ORVPrtTextElt() override = default;  // through Release() only
+    ~ORVPrtTextElt() override = default;  // objects are destroyed by Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     ORVPrtTextAttributes textAttributes_;

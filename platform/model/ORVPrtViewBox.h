@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The four numbers of a box, in the drawing's own coordinates (y down), as given, unchecked.
+/// A rectangle in the drawing's coordinates (y down), as specified and not validated.
 struct ORVPrtViewBox {
     double minX = 0.0, minY = 0.0, width = 0.0, height = 0.0;  ///< user units
     friend bool operator==(const ORVPrtViewBox&, const ORVPrtViewBox&) = default;

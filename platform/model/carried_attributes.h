@@ -8,11 +8,12 @@
 #include "platform/model/ORVPrtStrokeAttributes.h"
 #include "platform/model/ORVPrtTransformAttributes.h"
 
-// What primitives carry, one base each, so that a walk can treat every class that has a set alike.
+// Base classes that hold attributes, one for each set, so that code can handle every class with a given set
+// alike.
 
-/// Has an outline.
+/// A primitive with an outline.
 struct ORVPrtStroked {
-    /// How the outline is drawn.
+    /// Stroke attributes.
     void SetStrokeAttributes(ORVPrtStrokeAttributes stroke) { stroke_ = std::move(stroke); }
     const ORVPrtStrokeAttributes& GetStrokeAttributes() const { return stroke_; }
 
@@ -20,8 +21,8 @@ private:
     ORVPrtStrokeAttributes stroke_;
 };
 
-/// Says which of inside and outline is drawn. A base of what is ORVPrtFilled; the first one behind the
-/// primitive, whose last word has room for it.
+/// A primitive with a draw style. Comes with ORVPrtFilled. Should be the first base after the primitive
+/// class, whose padding it fits into.
 struct ORVPrtDrawStyled {
     /// A value of orvprint::ORVPrtDrawStyle.
     void SetDrawStyle(int style) { drawStyle_ = static_cast<std::uint8_t>(style); }
@@ -31,9 +32,9 @@ private:
     std::uint8_t drawStyle_ = orvprint::kDrawFill;
 };
 
-/// Has an inside and an outline; ORVPrtDrawStyled says which of them is drawn.
+/// A primitive with a fill and an outline; ORVPrtDrawStyled determines which are drawn.
 struct ORVPrtFilled : ORVPrtStroked {
-    /// How the inside is drawn.
+    /// Fill attributes.
     void SetFillAttributes(ORVPrtFillAttributes fill) { fill_ = std::move(fill); }
     const ORVPrtFillAttributes& GetFillAttributes() const { return fill_; }
 
@@ -41,9 +42,9 @@ private:
     ORVPrtFillAttributes fill_;
 };
 
-/// Has a transform of its own.
+/// A primitive with a transformation.
 struct ORVPrtTransformed {
-    /// From the primitive's coordinates to those of its container.
+    /// The transformation from the primitive's coordinates to those of its container.
     void SetTransformAttributes(ORVPrtTransformAttributes transform) { transform_ = std::move(transform); }
     const ORVPrtTransformAttributes& GetTransformAttributes() const { return transform_; }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Registration and copying of the model's classes: the same lines for each of them.
+// Registration and copying of the model's classes.
 
 #include <new>
 #include <utility>

@@ -22,8 +22,8 @@
 
 namespace orvprint {
 
-/// Calls `visit` with the primitive as its own class; nothing happens for a class of another module.
-/// For sources only: it knows every class.
+/// Calls `visit` with the primitive cast to its own class; does nothing for classes of other modules. Include
+/// in sources only, because it depends on every class.
 template <class Visitor>
 void VisitPrimitive(ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
     switch (primitive.GetKind()) {
@@ -49,7 +49,7 @@ void VisitPrimitive(ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
     }
 }
 
-/// The same for a primitive that is not to be changed.
+/// Overload for const primitives.
 template <class Visitor>
 void VisitPrimitive(const ORVPrtGraphicPrimitiveElt& primitive, Visitor&& visit) {
     VisitPrimitive(const_cast<ORVPrtGraphicPrimitiveElt&>(primitive),

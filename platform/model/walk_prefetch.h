@@ -5,10 +5,10 @@
 
 #include "platform/model/ORVPrtContainerElt.h"
 
-/// Asks the processor for what a walk over `children` that stands at `index` comes to soon: a child some
-/// places on and, where a nearer one is a group, the first of its own, which may be anywhere.
+/// Prefetches what a walk over `children` at position `index` will visit soon: a child some positions ahead
+/// and, if a nearer one is a group, its first child, which may be anywhere in memory.
 inline void ORVPrefetchForWalk(const ORVPrtChildList& children, std::size_t index) {
-    constexpr std::size_t kAhead = 4;  // fetched itself by then
+    constexpr std::size_t kAhead = 4;  // far enough for that child to have been prefetched itself
     children.Prefetch(index);
     if (index + kAhead >= children.size()) return;
     const ORVPrtGraphicPrimitiveElt& child = *children[index + kAhead];

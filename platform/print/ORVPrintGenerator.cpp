@@ -3,7 +3,7 @@
 
 #include "platform/print/ORVPrintPath.h"
 
-// The class's table stands here, so that generators of other modules share one.
+// Defined here so that generators in other modules share one virtual table.
 ORVPrintGenerator::~ORVPrintGenerator() = default;
 
 int ORVPrintGenerator::BeginClipPath(const ORVPrintClipPath& clip) {

@@ -5,17 +5,16 @@
 
 #include "platform/print/ORVPrintInput.h"
 
-/// A stream over a file that the host names. The host's own choice: the access policy for documents does
-/// not apply.
+/// A stream over a file named by the host. ORVFileAccessPolicy, which restricts documents, does not apply.
 class ORV_PLATFORM_EXPORT ORVPrintInputFileStream final : public ORVPrintInputStream {
 public:
     static const ORVMetaClass& MetaClass();
     const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
 
-    /// @param path  of the file, which is opened by Open and not before
+    /// @param path  path of the file; it is not opened before Open
     explicit ORVPrintInputFileStream(const ORVUnicodeString& path);
 
-    /// The path as it was given.
+    /// The path passed to the constructor.
     const ORVUnicodeString& GetPath() const { return path_; }
 
     int Open(const char* mode) override;

@@ -6,13 +6,13 @@
 
 #include "platform/print/ORVPrintInput.h"
 
-/// A stream over bytes in memory, which it keeps.
+/// A stream over bytes in memory, which it owns.
 class ORV_PLATFORM_EXPORT ORVPrintInputMemoryStream final : public ORVPrintInputStream {
 public:
     static const ORVMetaClass& MetaClass();
     const ORVMetaClass& GetMetaClass() const override { return MetaClass(); }
 
-    /// @param bytes  of the document
+    /// @param bytes  the document
     explicit ORVPrintInputMemoryStream(std::string bytes);
 
     int Open(const char* mode) override;

@@ -6,8 +6,8 @@
 
 class ORVLightXmlElementItf;
 
-/// A parsed XML element: a light one, a DOM one, or both. Of a document that was parsed to be read once
-/// (ORVXmlReading), one interpreter builds one model.
+/// A parsed XML element: a light element, a DOM element, or both. If the document was parsed for a single
+/// reading (ORVXmlReading), only one interpreter can build one model from it.
 class ORV_PLATFORM_EXPORT ORVPrintInputXMLElement final : public ORVPrintInput {
 public:
     static const ORVMetaClass& MetaClass();
@@ -17,7 +17,7 @@ public:
     explicit ORVPrintInputXMLElement(const ORVLightXmlElementItf* light) : light_(light) {}
     /// @param dom  may be null; shared
     explicit ORVPrintInputXMLElement(const ORVIDOMElement_var& dom) : dom_(dom) {}
-    /// Both; interpreters prefer the light one.
+    /// Holds both elements; interpreters prefer the light one.
     ORVPrintInputXMLElement(const ORVLightXmlElementItf* light, const ORVIDOMElement_var& dom)
         : light_(light), dom_(dom) {}
 

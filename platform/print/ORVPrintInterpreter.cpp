@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned int kInterfaceVersion = 1;
 
-/// Keeps a reference to the model that is about to be drawn.
+/// Holds a reference to the model that is about to be drawn.
 class ModelKeeper final : public ORVPrintModelInspector {
 public:
     void Inspect(const ORVPrtModel& model) override { model_ = ORVRef<const ORVPrtModel>::Share(&model); }
@@ -55,8 +55,8 @@ int ORVPrintInterpreter::GetInfos(ORVListValORVUnicodeString& infos) {
     return 1;
 }
 
-// The operations that modules provide are fixed, so this one is made of them: a drawing of all pages shows
-// its model before it asks for a generator.
+// The virtual functions of modules are fixed, so GetModel is built on them: when all pages are drawn, the
+// model inspector sees the model before a generator is needed.
 int ORVPrintInterpreter::GetModel(ORVRef<const ORVPrtModel>& model) {
     model = nullptr;
     unsigned int count = 0;

@@ -19,10 +19,11 @@ using Points = std::vector<ORVMathPoint2D>;
 
 bool IsFinite(const ORVMathPoint2D& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
-/// Adds the points of one leaf, mapped, to a box. One overload for each class that has geometry.
+/// Adds the transformed points of a primitive without children to a box. One overload for each class with
+/// geometry.
 class LeafBox {
 public:
-    /// @param isSet  becomes false at a text that cannot be set as it should
+    /// @param isSet  set to false at a text that cannot be set correctly
     LeafBox(ORVMathBox2D& box, const ORVMathAffine2D& map, bool& isSet)
         : box_(box), map_(map), isSet_(isSet) {}
 
@@ -82,7 +83,7 @@ public:
         Add({origin.x + axes.second.x, origin.y + axes.second.y});
         Add({origin.x + axes.first.x + axes.second.x, origin.y + axes.first.y + axes.second.y});
     }
-    // Containers are the walk's business; their own classes have no geometry.
+    // Containers have no geometry of their own; the walk handles their children.
     void operator()(const ORVPrtContainerElt& /*container*/) {}
 
 private:
@@ -108,12 +109,12 @@ private:
     void AddArc(const ORVEllipseFrame& ellipse, double start, double end) {
         const ORVEllipseFrame mapped = ellipse.MappedBy(map_);
         if (!std::isfinite(start) || !std::isfinite(end)) return;
-        // The same points are swept in either direction.
+        // Both directions sweep the same points.
         if (start > end) std::swap(start, end);
         if (end - start >= ORV2PI) return AddEllipse(ellipse);
         box_.Add(mapped.At(start));
         box_.Add(mapped.At(end));
-        // A coordinate c + a cos t + b sin t is extreme where tan t = b / a, twice in a full turn.
+        // A coordinate c + a cos t + b sin t is extreme where tan t = b / a, twice per turn.
         for (const double extreme :
              {std::atan2(mapped.second.x, mapped.first.x), std::atan2(mapped.second.y, mapped.first.y)}) {
             const double first = extreme + std::ceil((start - extreme) / ORVPI) * ORVPI;
@@ -151,12 +152,12 @@ private:
             box_.Add(Mix(Mix(Mix(p[0], p[1], t), middle, t), Mix(middle, Mix(p[2], p[3], t), t), t));
         };
         const auto addExtrema = [&](double p0, double p1, double p2, double p3) {
-            // A third of the derivative: a t^2 + b t + c.
+            // One third of the derivative: a t^2 + b t + c.
             const double a = p3 - p0 + 3.0 * (p1 - p2), b = 2.0 * (p0 - 2.0 * p1 + p2), c = p1 - p0;
             const double discriminant = b * b - 4.0 * a * c;
             if (discriminant < 0.0) return;
-            // The root that adds numbers of one sign, and the other one by the product of both: no digits
-            // cancel, and a = 0 gives the straight line's root.
+            // One root adds numbers of the same sign and the other follows from their product, so that no
+            // digits cancel; a = 0 gives the root of the linear equation.
             const double q = -0.5 * (b + std::copysign(std::sqrt(discriminant), b));
             addAt(q, a);
             addAt(c, q);
@@ -170,7 +171,7 @@ private:
     bool& isSet_;
 };
 
-/// A container that is being walked.
+/// A container being walked.
 struct Frame {
     const ORVPrtChildList* children;
     std::size_t next;
@@ -188,7 +189,7 @@ ORVMathAffine2D OwnMap(const ORVPrtGraphicPrimitiveElt& primitive) {
 
 bool HasNoBox(ORVPrtKind kind) { return kind == ORVPrtKind::kPattern || kind == ORVPrtKind::kOther; }
 
-/// Visits that a primitive counts for: long lists take longer, and text is laid out.
+/// Number of visits that a primitive counts as: long point lists take longer, and text must be laid out.
 std::uint64_t VisitsOf(const ORVPrtGraphicPrimitiveElt& primitive) {
     constexpr std::uint64_t kVisitsPerByteOfText = 2;
     const std::uint64_t bytes = primitive.GetPayloadBytes();
@@ -196,8 +197,8 @@ std::uint64_t VisitsOf(const ORVPrtGraphicPrimitiveElt& primitive) {
            (primitive.GetKind() == ORVPrtKind::kText ? bytes * kVisitsPerByteOfText : bytes / kPayloadUnit);
 }
 
-/// Adds everything in the open frames to the box. @return false when the limit was reached, or at a text that
-/// cannot be set
+/// Adds everything in the open frames to the box. @return false when the limit was reached or a text cannot
+/// be set
 bool WalkFrames(std::vector<Frame>& open, ORVMathBox2D& box, std::uint64_t& visitsLeft, bool& isSet) {
     while (!open.empty()) {
         Frame& frame = open.back();
@@ -240,7 +241,7 @@ bool ORVPrintModelBoundingBoxComputer::Walk(const ORVPrtChildList& children, ORV
 int ORVPrintModelBoundingBoxComputer::Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin,
                                               double& xMax, double& yMin, double& yMax) {
     ORVMathBox2D box;
-    // A list of one: the primitive is walked as if it were a child.
+    // A list of one, so that the primitive is walked like a child.
     const ORVPrtChildList list{const_cast<ORVPrtGraphicPrimitiveElt*>(&primitive)};
     const bool complete = Walk(list, box);
     return Finish(box, complete, xMin, xMax, yMin, yMax);

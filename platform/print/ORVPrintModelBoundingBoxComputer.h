@@ -8,28 +8,30 @@
 
 class ORVPrtPrimitiveBudget;
 
-/// Computes boxes of primitives: those of the geometry (no stroke width), exact for curves and arcs, through
-/// all transforms. A bitmap's box is its origin and size, a text's comes from the font's metrics; points
-/// that are not finite are left out. Where a text cannot be set (see ORVMeasureText), there is no box, and
-/// the budget notes it. A pattern, a polyline without points and an empty container have none.
+/// Computes bounding boxes of primitives from their geometry (without stroke width), exact for curves and
+/// arcs, with all transformations applied. The box of a bitmap comes from its origin and size, that of a text
+/// from the font metrics. Points that are not finite are ignored. Patterns, polylines without points and
+/// empty containers have no box; neither has a text that cannot be set (see ORVMeasureText), which is noted
+/// in the budget.
 class ORV_PLATFORM_EXPORT ORVPrintModelBoundingBoxComputer {
 public:
-    /// Primitives that one computer visits when nothing else is said.
+    /// Default limit of visited primitives.
     static constexpr std::uint64_t kVisitLimit = 100'000'000;
 
-    /// @param visitLimit  primitives that the computer visits at most over its life, shared ones counted each
-    ///                    time. Past it, boxes are reported as absent
+    /// @param visitLimit  largest number of primitives visited over the computer's lifetime; shared ones
+    /// count each time. Once it is exceeded, boxes are reported as absent
     explicit ORVPrintModelBoundingBoxComputer(std::uint64_t visitLimit = kVisitLimit)
         : visitsLeft_(visitLimit) {}
-    /// @param budget  of a model, which bounds the visits instead; outlives the computer
+    /// @param budget  of a model; bounds the visits instead. Must outlive the computer
     explicit ORVPrintModelBoundingBoxComputer(ORVPrtPrimitiveBudget& budget) : budget_(&budget) {}
 
-    /// Box of a primitive, its own transform included (a page has none).
-    /// @return 1 when there is a box; 0 when there is none, with all four written as 0
+    /// Bounding box of a primitive, including its own transformation (a page has none).
+    /// @return 1 when there is a box; 0 when there is none, with all four values set to 0
     int Compute(const ORVPrtGraphicPrimitiveElt& primitive, double& xMin, double& xMax, double& yMin,
                 double& yMax);
 
-    /// Box of a container's children, without the container's own transform; results as Compute.
+    /// Bounding box of a container's children, without the container's own transformation; return values as
+    /// for Compute.
     int ComputeChildren(const ORVPrtGraphicPrimitiveElt& container, double& xMin, double& xMax, double& yMin,
                         double& yMax);
 

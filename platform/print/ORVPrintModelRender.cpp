@@ -14,14 +14,14 @@ namespace {
 
 constexpr int kDone = 1;
 
-/// What `work` returns, or the status for what it throws.
+/// Calls `work`. Returns its result, or an error code for the exception thrown.
 template <class Work>
 int WithoutExceptions(Work work) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
         return ORVPrintModelRender::kLowMemory;
-    } catch (...) {  // of the host's, whatever it is
+    } catch (...) {  // anything that the host throws
         return ORVPrintModelRender::kThrown;
     }
 }
@@ -55,7 +55,7 @@ int ORVPrintModelRender::DrawDocument(Work draw) {
     const int result = WithoutExceptions([&] { return draw(begun); });
     if (!begun) return result;
     const int closed = WithoutExceptions([&] { return generator_->EndDocument(); });
-    // What was drawn must also be there in the end, whatever was passed over.
+    // The output must be complete even if pages without area were skipped.
     return result == kDone || (result == kPageWithoutArea && closed != kDone) ? closed : result;
 }
 
@@ -65,7 +65,7 @@ int ORVPrintModelRender::DrawAllPages(bool& begun) {
     for (unsigned int i = 0; i < pages.size(); ++i)
         if (pages[i]->HasArea()) numbers.push_back(i + 1);
     const bool isComplete = numbers.size() == pages.size();
-    // Where there is nothing else, a page without area is what was asked for.
+    // With no other page to draw, a page without area is an error.
     if (numbers.empty() && !isComplete) numbers.push_back(1);
     const int result = DrawPages(numbers, begun);
     return result == kDone && generator_ && !isComplete ? kPageWithoutArea : result;
@@ -81,7 +81,7 @@ int ORVPrintModelRender::DrawPages(const std::vector<unsigned int>& numbers, boo
         if (number >= 1 && number <= model_.GetImages()->size())
             pages.push_back((*model_.GetImages())[number - 1]);
     if (!generator_ || pages.empty()) return 0;
-    // Asked before anything is drawn, so that no output is begun that cannot be finished.
+    // Checked before anything is drawn, so that no output is begun that cannot be finished.
     for (const ORVPrtImageElt* page : pages)
         if (!page->HasArea()) return kPageWithoutArea;
     if (pages.size() > parameters_.GetPageLimit()) return kTooManyPages;

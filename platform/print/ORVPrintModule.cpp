@@ -10,15 +10,14 @@
 
 namespace {
 
-/// An interpreter that modules provide. A new one is one row.
+/// An interpreter provided by a module. To add one, add a row.
 struct InterpreterRow {
     const char* name;
     const char* library;
     const char* factory;
-    /// Calls the factory found under the name above with an input of the kind it takes; null when the
-    /// input is of another kind.
+    /// Calls the factory with an input of the required kind; null when the input is of another kind.
     ORVPrintInterpreter* (*create)(void* factory, ORVPrintInput* input);
-    /// Exported operation of the interpreter's class that takes the document's path.
+    /// Symbol of the interpreter's member function that sets the document's path.
     const char* setCurrentPath;
 };
 
@@ -76,8 +75,8 @@ int TellPath(const std::string& name, ORVPrintInterpreter& interpreter, const OR
     void* module = row ? ORVLoadModule(row->library, error) : nullptr;
     void* operation = module ? ORVFindInModule(module, row->setCurrentPath, error) : nullptr;
     if (!operation) return 0;
-    // A member that is not virtual is a function whose first argument is the object. The interpreter
-    // classes have one base, so that the object's address is that of its base.
+    // A non-virtual member function is called as a function whose first argument is the object. Interpreter
+    // classes have a single base, so the object's address is that of the base.
     using Operation = int (*)(ORVPrintInterpreter*, const ORVUnicodeString&);
     return reinterpret_cast<Operation>(operation)(&interpreter, path);
 }

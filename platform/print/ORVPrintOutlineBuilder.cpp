@@ -22,21 +22,23 @@ double Reach(const ORVEllipseFrame& ellipse) {
                     std::hypot(ellipse.second.x, ellipse.second.y));
 }
 
-/// Whether all of an ellipse can be counted with, corners of its curves included.
+/// Whether the coordinates of an ellipse, including the control points of its curves, are small enough to
+/// compute with.
 bool IsCountable(const ORVEllipseFrame& ellipse) {
     constexpr double kFarthest = std::numeric_limits<double>::max() / 16.0;
     return ellipse.IsFinite() && Reach(ellipse) < kFarthest && std::fabs(ellipse.center.x) < kFarthest &&
            std::fabs(ellipse.center.y) < kFarthest;
 }
 
-// A cubic curve strays from a quarter of a circle by 0.027 % of the radius, from an eighth by 0.0004 %. Up
-// to this radius (page units) a quarter is as good as the circle for every printer.
+// A cubic curve deviates from a quarter circle by 0.027 % of the radius, from an eighth by 0.0004 %. Up to
+// this radius (page units), a quarter per curve is accurate enough for any printer.
 constexpr double kLargestQuarterRadius = 30.0;
 
 }  // namespace
 
 bool ORVPrintOutlineBuilder::IsNear(const ORVMathPoint2D& a, const ORVMathPoint2D& b) const {
-    // Angles of arcs are floats, so an arc ends this far from where the next primitive starts.
+    // Angles of arcs are floats, so the end of an arc may differ by this much from the start of the next
+    // primitive.
     const double tolerance = 2e-6 * (std::fabs(a.x) + std::fabs(a.y) + reach_) + 1e-9;
     return std::fabs(a.x - b.x) <= tolerance && std::fabs(a.y - b.y) <= tolerance;
 }
@@ -53,7 +55,7 @@ void ORVPrintOutlineBuilder::Start(const ORVMathPoint2D& mapped) {
         firstVerb_ = path_.verbs.size();
         path_.MoveTo(mapped);
     } else if (IsNear(path_.points.back(), mapped)) {
-        path_.points.back() = mapped;  // the corner is where the next primitive says, without a tiny edge
+        path_.points.back() = mapped;  // use the exact start of the next primitive, to avoid a tiny edge
     } else {
         path_.LineTo(mapped);
     }
@@ -65,7 +67,7 @@ void ORVPrintOutlineBuilder::EndContour() {
     if (!open_) return;
     open_ = false;
     const std::size_t verbs = path_.verbs.size() - firstVerb_;
-    // One edge is no outline that could be closed, unless it bends.
+    // A single edge encloses nothing, unless it is a curve.
     const bool hasInside = verbs > 2 || (verbs == 2 && path_.verbs.back() == ORVPrintPath::Verb::kCubic);
     if (hasInside && IsNear(path_.points.back(), contourStart_)) path_.Close();
 }
@@ -87,7 +89,7 @@ void ORVPrintOutlineBuilder::AddClosed(const std::vector<ORVMathPoint2D>& points
 
 void ORVPrintOutlineBuilder::AppendArc(const ORVEllipseFrame& mapped, double start, double sweep) {
     const double stepLimit = Reach(mapped) * scale_ > kLargestQuarterRadius ? ORVPI / 4.0 : ORVPI / 2.0;
-    // What is a whole number of steps but for rounding stays that number.
+    // Tolerates rounding, so that a whole number of steps is not increased.
     const int steps = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / stepLimit - 1e-6)));
     const double step = sweep / steps;
     const double handle = 4.0 / 3.0 * std::tan(step / 4.0);
@@ -113,7 +115,7 @@ void ORVPrintOutlineBuilder::AddFullEllipse(const ORVEllipseFrame& ellipse) {
     EndContour();
     const ORVEllipseFrame mapped = ellipse.MappedBy(map_);
     if (!IsCountable(mapped)) return;
-    // Dashes begin where the first axis ends, and run clockwise on the page, where y points down.
+    // Dashes start at the end of the first axis and run clockwise on the page, where y points down.
     const ORVMathPoint2D start = mapped.At(0.0);
     path_.MoveTo(start);
     AppendArc(mapped, 0.0, -ORV2PI);
@@ -149,7 +151,7 @@ void ORVPrintOutlineBuilder::Add(const ORVPrtEllipticalArcElt& arc) {
     const double start = static_cast<double>(arc.GetStartAngle());
     double sweep = static_cast<double>(arc.GetEndAngle()) - start;
     if (!IsCountable(mapped) || !std::isfinite(start) || !std::isfinite(sweep)) return;
-    // More turns than two look like less.
+    // Turns beyond two would not be visible; limits the number of curves.
     if (std::fabs(sweep) > 2.0 * ORV2PI) sweep = std::fmod(sweep, ORV2PI) + std::copysign(ORV2PI, sweep);
     if (open_) reach_ = std::max(reach_, Reach(mapped));
     Start(mapped.At(start));
@@ -195,7 +197,7 @@ void ORVPrintOutlineBuilder::Add(const ORVPrtPolyQuadraticBezierElt& curve) {
     for (std::size_t i = 0; i + 2 < points.size(); i += 2) {
         const ORVMathPoint2D start = map_(points[i]), control = map_(points[i + 1]),
                              end = map_(points[i + 2]);
-        // The same curve, raised by a degree.
+        // The same curve as a cubic one.
         const ORVMathPoint2D control1 = Mix(start, control, 2.0 / 3.0),
                              control2 = Mix(end, control, 2.0 / 3.0);
         if (!IsFinite(start) || !IsFinite(control1) || !IsFinite(control2) || !IsFinite(end)) continue;

@@ -20,17 +20,18 @@ class ORVPrtRectangleElt;
 class ORVPrtTextElt;
 struct ORVEllipseFrame;
 
-/// Turns primitives into outlines: curves stay curves, circles and arcs become cubic ones. Open primitives
-/// that are added one after the other continue each other in one contour; closed ones are contours of their
-/// own. Points that are not finite are left out.
+/// Converts primitives to outlines. Curves are kept; circles and arcs become cubic Bézier curves. Consecutive
+/// open primitives are joined into one contour; closed primitives are separate contours. Points that are not
+/// finite are ignored.
 class ORVPrintOutlineBuilder {
 public:
-    /// @param path  receives the outlines after what it holds; must outlive the builder
+    /// @param path  the outlines are appended to it; must outlive the builder
     explicit ORVPrintOutlineBuilder(ORVPrintPath& path) : path_(path) {}
 
-    /// The map that points go through from now on.
+    /// Sets the transformation applied to subsequent points.
     void SetMap(const ORVMathAffine2D& map) { map_ = map; }
-    /// Scale at which outlines will be seen; circles and arcs get as many curves as that needs.
+    /// Sets the scale at which outlines will be displayed; it determines how many curves approximate circles
+    /// and arcs.
     void SetScale(double scale) { scale_ = scale; }
 
     void Add(const ORVPrtRectangleElt& rectangle);
@@ -47,11 +48,12 @@ public:
     void Add(const ORVPrtTextElt& /*text*/) {}
     void Add(const ORVPrtBitmapImageElt& /*image*/) {}
 
-    /// Ends the open contour, if there is one. It is closed when it has come back to its start, so that a
-    /// stroke gets a join there.
+    /// Ends the open contour, if any. If it has returned to its start, it is closed, so that its stroke gets
+    /// a join there.
     void EndContour();
 
-    /// True when a contour is open and the next primitive could continue it at `start` (before the map).
+    /// True when a contour is open and ends at `start` (before the transformation), so that the next
+    /// primitive can continue it.
     bool ContinuesAt(const ORVMathPoint2D& start) const;
 
 private:
@@ -68,6 +70,7 @@ private:
     double scale_ = 1.0;
     bool open_ = false;
     ORVMathPoint2D contourStart_;
-    std::size_t firstVerb_ = 0;  // of the open contour
-    double reach_ = 0.0;         // largest radius in the contour: arcs end where floats say
+    std::size_t firstVerb_ = 0;  // index of the first verb of the open contour
+    double reach_ = 0.0;         // largest radius in the contour; tolerance for arc ends computed in single
+                                 // precision
 };

@@ -6,27 +6,27 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// An outline as generators take it: verbs and their points. Meant to be cleared and filled again, so that
-/// drawing many shapes allocates once.
+/// An outline as passed to generators: a list of verbs with their points. Can be cleared and refilled without
+/// reallocating.
 struct ORVPrintPath {
-    /// What the next points are.
+    /// Determines how the next points are used.
     enum class Verb : std::uint8_t {
         kMove,   ///< one point
         kLine,   ///< one point
         kCubic,  ///< two control points and the end point
-        kClose,  ///< no point
+        kClose,  ///< no points
     };
-    std::vector<Verb> verbs;             ///< in order; the first is kMove
-    std::vector<ORVMathPoint2D> points;  ///< of all verbs, in their order
+    std::vector<Verb> verbs;             ///< starts with kMove
+    std::vector<ORVMathPoint2D> points;  ///< points of all verbs, concatenated
 
-    /// Whether there is nothing to draw.
+    /// Whether the outline is empty.
     bool IsEmpty() const { return verbs.empty(); }
-    /// Removes everything and keeps the memory.
+    /// Removes all verbs and points but keeps the memory.
     void Clear() {
         verbs.clear();
         points.clear();
     }
-    /// Begins a contour.
+    /// Starts a contour.
     void MoveTo(const ORVMathPoint2D& p) {
         verbs.push_back(Verb::kMove);
         points.push_back(p);
@@ -41,6 +41,6 @@ struct ORVPrintPath {
         verbs.push_back(Verb::kCubic);
         points.insert(points.end(), {control1, control2, end});
     }
-    /// Closes the contour by a straight segment to its start.
+    /// Closes the contour with a straight segment to its start.
     void Close() { verbs.push_back(Verb::kClose); }
 };

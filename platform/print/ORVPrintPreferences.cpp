@@ -12,7 +12,7 @@ ORVPrintPreferences& OfProcess() {
     return preferences;
 }
 
-// A plain pointer: a variable of a thread that has a destructor needs memory.
+// A plain pointer, because a thread_local variable with a destructor would allocate memory.
 constinit thread_local const ORVPrintPreferences* ofThread = nullptr;
 
 }  // namespace

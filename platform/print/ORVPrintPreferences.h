@@ -6,18 +6,20 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// What a host says of its user before documents are read: interpreters of standard SVG ask for it. To be set
-/// while no interpreter works.
+/// Preferences of the user, used by interpreters of standard SVG. The host must set them while no interpreter
+/// is working.
 struct ORV_PLATFORM_EXPORT ORVPrintPreferences {
-    /// Size of text that states none, in px, and of "medium".
+    /// Default font size in px, which is also the size of the CSS keyword "medium".
     static constexpr double kDefaultFontSize = 12.0;
 
-    /// Languages that the user reads, such as "en-GB" or "de", in lower case. Empty for that of the locale.
+    /// Languages that the user reads, in lower case, such as "en-gb" or "de". Empty for the language of the
+    /// locale.
     std::vector<std::string> languages;
-    double fontSize = kDefaultFontSize;  ///< greater than 0
+    double fontSize = kDefaultFontSize;  ///< font size in px, greater than 0
 
-    /// Those of the process, or of an ORVThreadPreferences of the calling thread.
+    /// The preferences of the calling thread's ORVThreadPreferences, if there is one, else those of the
+    /// process.
     static const ORVPrintPreferences& Get();
-    /// Replaces them.
+    /// Sets the preferences of the process.
     static void Set(ORVPrintPreferences preferences);
 };

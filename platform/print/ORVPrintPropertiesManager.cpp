@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::int64_t kProbeIntervalNanoseconds = 20'000'000;
 
-// Version 1 control groups write "no limit" as a number near 2^63; nothing real is that large.
+// Version 1 control groups represent "no limit" by a number near 2^63; no real limit is that large.
 constexpr std::uint64_t kUnlimited = std::uint64_t{1} << 60U;
 
-/// Reads a small file of the kernel's; empty when it cannot be read. They come in one piece.
+/// Reads a small kernel file with one call, since such files are returned in one piece. Empty on failure.
 std::string_view ReadKernelFile(const std::string& path, std::array<char, 16384>& buffer) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) return {};
@@ -36,7 +36,7 @@ bool ParseNumber(std::string_view text, std::uint64_t& number) {
     return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc{};
 }
 
-/// The number behind `key` at the start of a line.
+/// The number after `key` at the start of a line.
 bool FindNumber(std::string_view text, std::string_view key, std::uint64_t& number) {
     while (!text.empty()) {
         if (text.starts_with(key)) return ParseNumber(text.substr(key.size()), number);
@@ -49,16 +49,16 @@ bool FindNumber(std::string_view text, std::string_view key, std::uint64_t& numb
 
 /// The files of one version of control groups.
 struct ControlGroupFiles {
-    std::string folder;       ///< of the process's own group
-    std::string root;         ///< where its hierarchy is mounted
-    const char* limit;        ///< bytes, or a word when there is none
-    const char* usage;        ///< bytes
-    const char* reclaimable;  ///< key in "memory.stat" of what the kernel gives back for the asking
+    std::string folder;       ///< of the process's group
+    std::string root;         ///< mount point of the hierarchy
+    const char* limit;        ///< name of the file with the limit in bytes, or a word for no limit
+    const char* usage;        ///< name of the file with the usage in bytes
+    const char* reclaimable;  ///< key in "memory.stat" of memory that the kernel can reclaim
 };
 
 bool IsReadable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
 
-/// The process's memory control group; an empty folder when there is none.
+/// The memory control group of the process; an empty folder when there is none.
 ControlGroupFiles FindControlGroup() {
     constexpr const char* kUnifiedRoot = "/sys/fs/cgroup";
     constexpr const char* kMemoryRoot = "/sys/fs/cgroup/memory";
@@ -70,7 +70,8 @@ ControlGroupFiles FindControlGroup() {
         const std::size_t lineEnd = lines.find('\n');
         const std::string_view line = lines.substr(0, lineEnd);
         lines.remove_prefix(lineEnd == lines.npos ? lines.size() : lineEnd + 1);
-        // HIERARCHY:CONTROLLERS:PATH, the controllers separated by commas, none in the unified hierarchy
+        // HIERARCHY:CONTROLLERS:PATH; the controllers are separated by commas, and empty in the unified
+        // hierarchy.
         const std::size_t first = line.find(':');
         const std::size_t second = first == line.npos ? line.npos : line.find(':', first + 1);
         if (second == line.npos) continue;
@@ -81,7 +82,8 @@ ControlGroupFiles FindControlGroup() {
         if (controllers.find(",memory,") != controllers.npos) memory = kMemoryRoot + path;
     }
 
-    // In a container the path may be the host's while the container's own group is mounted at the root.
+    // In a container, the path may be that of the host while the container's own group is mounted at the
+    // root.
     for (const std::string& folder : {unified, std::string(kUnifiedRoot)})
         if (!folder.empty() && IsReadable(folder + "/memory.current"))
             return {folder, kUnifiedRoot, "/memory.max", "/memory.current", "inactive_file "};
@@ -96,8 +98,8 @@ double ToFraction(std::uint64_t used, std::uint64_t total) {
     return static_cast<double>(used) / static_cast<double>(total);
 }
 
-/// Fraction in use of the tightest limit among the process's group and those around it; negative when
-/// none of them has a limit below the machine's memory.
+/// The largest fraction in use among the limits of the process's group and its ancestors; negative when none
+/// of them has a limit below the machine's memory.
 double ReadControlGroups(const ControlGroupFiles& files, std::uint64_t machineTotal) {
     double fraction = -1.0;
     std::array<char, 16384> buffer;
@@ -151,7 +153,7 @@ bool ORVPrintPropertiesManager::IsLowMemory(double fraction) {
     ThreadState& state = State();
     if (state.probe) return state.probe() > fraction;
 
-    // The coarse clock ticks every few milliseconds and is read without entering the kernel.
+    // The coarse clock has a resolution of a few milliseconds and is read without a system call.
     timespec time{};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &time);
     const std::int64_t now = std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;

@@ -5,39 +5,38 @@
 
 #include "platform/system/ORVUnicodeString.h"
 
-/// State of the print framework that interpreters ask for: memory, the information channel, and what to do
-/// after an error. The channel and the action belong to the calling thread.
+/// State of the print framework for interpreters: memory usage, messages, and the action on errors. Messages
+/// and the action on errors are per thread.
 class ORV_PLATFORM_EXPORT ORVPrintPropertiesManager {
 public:
-    /// A message of the information channel.
+    /// A message reported with AddInfo.
     struct Info {
-        int type = 0;              ///< as it was given to AddInfo
+        int type = 0;              ///< as passed to AddInfo
         ORVUnicodeString message;  ///< one line
     };
-    /// Goes on after an error.
+    /// Action on errors: continue.
     static constexpr int kContinueOnError = 0;
-    /// Stops at the first error.
+    /// Action on errors: stop at the first one.
     static constexpr int kStopOnError = 1;
 
-    /// True when more than `fraction` of the memory that the process may use (its control group's limit,
-    /// else the machine's memory) is in use. The state is read anew every few milliseconds at most, so
-    /// that asking costs next to nothing on average.
+    /// True when more than `fraction` of the available memory (the limit of the control group, else the
+    /// physical memory) is in use. The value is refreshed every few milliseconds at most, so calls are cheap.
     static bool IsLowMemory(double fraction);
-    /// Replaces the probe behind IsLowMemory in the calling thread; null restores the real one. For hosts
-    /// that know better, and for tests.
-    using MemoryProbe = double (*)();  ///< fraction of the memory that is in use, 0 to 1
-    /// Sets the probe; see there.
+    /// Function that returns the fraction of memory in use, 0 to 1.
+    using MemoryProbe = double (*)();
+    /// Replaces the function behind IsLowMemory in the calling thread, for hosts with better information and
+    /// for tests; null restores the default.
     static void SetMemoryProbe(MemoryProbe probe);
 
-    /// Adds a message to the information channel.
+    /// Adds a message to those of the calling thread.
     static void AddInfo(int type, const ORVUnicodeString& message);
-    /// The messages of the calling thread, the oldest first; valid until the next call that changes them.
+    /// The messages of the calling thread, oldest first. Valid until AddInfo or ClearInfos is called.
     static const std::vector<Info>& GetInfos();
-    /// Forgets the messages of the calling thread.
+    /// Removes the messages of the calling thread.
     static void ClearInfos();
 
-    /// What interpreters do after an error: kContinueOnError, the default, or kStopOnError.
+    /// The action on errors in the calling thread: kContinueOnError (default) or kStopOnError.
     static int GetOnErrorAction();
-    /// Sets that for the calling thread.
+    /// Sets the action on errors for the calling thread.
     static void SetOnErrorAction(int action);
 };

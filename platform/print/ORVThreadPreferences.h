@@ -3,8 +3,7 @@
 
 #include "platform/print/ORVPrintPreferences.h"
 
-/// Has ORVPrintPreferences::Get answer in the calling thread with other preferences than those of the
-/// process, for as long as this object lives.
+/// Overrides the preferences of the process in the calling thread for the lifetime of this object.
 class ORV_PLATFORM_EXPORT ORVThreadPreferences {
 public:
     /// @param preferences  must outlive this object

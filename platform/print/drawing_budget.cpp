@@ -18,12 +18,12 @@ namespace {
 
 constexpr int kDone = 1;
 
-// User units squared that a repeat may paint, on average.
+// Average area that a repeat may paint, in square user units.
 constexpr double kAreaPerRepeat = 4096.0;
-// Areas are added up, and sums are to stay numbers.
+// Limits a single area, so that sums stay finite.
 constexpr double kLargestArea = 1e200;
 
-/// Every primitive that the document itself makes may cover its page, with fill and stroke.
+/// Allows every primitive of the document itself to cover its page with fill and stroke.
 double AreaFor(const ORVPrtModel& model, std::span<const ORVPrtImageElt* const> pages,
                std::uint64_t repeatLimit) {
     double largestPage = 0.0;
@@ -37,8 +37,8 @@ double AreaFor(const ORVPrtModel& model, std::span<const ORVPrtImageElt* const> 
            2.0 * largestPage * static_cast<double>(made.GetTaken() - made.GetDuplicates());
 }
 
-/// What the dashes of a line count for besides the area that they lie in.
-/// @param length  of the line, about, in the units of the stroke
+/// Extra area that the dashes of a line count for.
+/// @param length  approximate length of the line, in the units of the stroke
 double DashSurcharge(const ORVPrintStroke& stroke, double length) {
     constexpr double kMostDashes = 1e5, kAreaPerDash = 64.0;
     if (stroke.dashes.empty()) return 0.0;
@@ -48,7 +48,7 @@ double DashSurcharge(const ORVPrintStroke& stroke, double length) {
     return (dashes < kMostDashes ? dashes : kMostDashes) * kAreaPerDash;
 }
 
-/// How long the outlines of a text are, about: four times its size a glyph.
+/// Approximate length of a text's outlines: four times the font size per glyph.
 double OutlineLength(const ORVTextLayout& layout) {
     double length = 0.0;
     for (const ORVGlyphRun& run : layout.runs)
@@ -99,7 +99,7 @@ int ORVPrintDrawingBudget::TakeArea(const ORVPrtImageElt& page, const ORVMathBox
         return std::min(most + margin, end) - std::max(least - margin, 0.0);
     };
     const double across = extent(box.xMin, box.xMax, width), down = extent(box.yMin, box.yMax, height);
-    // What lies outside the page costs nothing, and what is no number neither.
+    // Areas outside the page, and those that are NaN, are free.
     if (!(across > 0.0) || !(down > 0.0)) return kDone;
     areaLeft_ -= std::min(across * down + surcharge, kLargestArea);
     return areaLeft_ >= 0.0 ? kDone : ORVPrintModelRender::kTooManyRepeats;

@@ -5,8 +5,8 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// An ellipse by its centre and two conjugate half axes: the point at angle t (radians) is
-/// centre + first cos t + second sin t. An affine map of an ellipse is one again.
+/// An ellipse given by its centre and two conjugate semi-axes: the point at angle t (radians) is centre +
+/// first cos t + second sin t. The image of an ellipse under an affine transformation is an ellipse.
 struct ORVEllipseFrame {
     ORVMathPoint2D center;
     ORVMathVector2D first, second;
@@ -14,7 +14,7 @@ struct ORVEllipseFrame {
     /// @param slope  angle of the first axis, radians
     static ORVEllipseFrame FromRadii(const ORVMathPoint2D& center, double horzRadius, double vertRadius,
                                      double slope) {
-        // Without a slope the axes are exactly those of the plane, whatever the radii.
+        // Without slope, avoids rounding: the axes are exactly parallel to x and y.
         if (slope == 0.0) return {center, {horzRadius, 0.0}, {0.0, vertRadius}};
         const double c = std::cos(slope), s = std::sin(slope);
         return {center, {horzRadius * c, horzRadius * s}, {-vertRadius * s, vertRadius * c}};

@@ -5,7 +5,7 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// True for an address that would run something, or show something that it brings along, where it is opened,
-/// such as "javascript:". What writes links leaves those out. Whatever readers pass over on their way to the
-/// scheme is passed over here: blanks, control characters, and characters that no scheme has.
+/// True for an address with a scheme that executes code or shows embedded content when it is opened, such as
+/// "javascript:". Link writers omit these. Blanks, control characters, and characters that cannot occur in a
+/// scheme are ignored, because readers of the output skip them too.
 ORV_PLATFORM_EXPORT bool ORVIsScriptAddress(std::string_view address);

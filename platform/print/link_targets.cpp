@@ -8,8 +8,7 @@
 
 namespace {
 
-/// Calls `visit` for every page, group and symbol, for shared ones once, and `visitLeaf` for what they hold
-/// besides.
+/// Calls `visit` once for every page, group and symbol, and `visitLeaf` for their other children.
 template <class Visitor, class LeafVisitor>
 void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visit, LeafVisitor visitLeaf) {
     std::unordered_set<const ORVPrtGraphicPrimitiveElt*> visited;
@@ -17,7 +16,7 @@ void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visi
     while (!open.empty()) {
         const ORVPrtGraphicPrimitiveElt& container = *open.back();
         open.pop_back();
-        // What has one reference is reached once.
+        // An object with one reference is reached only once.
         if (container.GetReferenceCount() > 1 && !visited.insert(&container).second) continue;
         visit(container);
         const ORVPrtChildList& children = *container.GetChildList();
@@ -26,7 +25,7 @@ void ForEachContainer(std::span<const ORVPrtImageElt* const> pages, Visitor visi
             const ORVPrtKind kind = children[i]->GetKind();
             if (kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol)
                 open.push_back(children[i]);
-            else if (kind != ORVPrtKind::kPattern)  // which draws nothing
+            else if (kind != ORVPrtKind::kPattern)  // which is not drawn
                 visitLeaf(*children[i]);
         }
     }

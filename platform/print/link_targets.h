@@ -7,19 +7,20 @@
 
 class ORVPrtImageElt;
 
-/// The identifiers within a drawing that its links lead to.
+/// The identifiers that links within a drawing lead to.
 class ORVPrintLinkTargets {
 public:
-    /// Looks for links on `pages`, and, when there are any, for what they name: pages, groups, shapes,
-    /// texts, images. Views refer to the model.
-    /// @param reported  an identifier that counts as one that a link names; empty for none. Must outlive this
+    /// Collects the links on `pages` and, if there are any, the elements they refer to: pages, groups,
+    /// shapes, texts, images. Stores views of the model's strings.
+    /// @param reported  an identifier to treat as the target of a link; empty for none. Must outlive this
+    /// object
     explicit ORVPrintLinkTargets(std::span<const ORVPrtImageElt* const> pages,
                                  std::string_view reported = {});
 
     bool IsEmpty() const { return targets_.empty(); }
-    /// True when something on the pages has that identifier and a link leads to it.
+    /// True when an element on the pages has that identifier and a link leads to it.
     bool Contains(std::string_view id) const { return targets_.contains(id); }
-    /// True for the first thing that is drawn under an identifier that links lead to.
+    /// True on the first call for an identifier that is a link target.
     bool Arrive(std::string_view id) { return targets_.contains(id) && arrived_.insert(id).second; }
 
 private:

@@ -16,28 +16,28 @@ namespace {
 
 constexpr int kDone = 1;
 
-// Points that are worth giving back before the model goes.
+// Outlines with at least this many points are freed early.
 constexpr std::size_t kLongOutline = 1024;
 
-/// Model coordinates (y up from the page's lower left corner) to page coordinates (y down from its upper
-/// left corner).
+/// From model coordinates (y up, from the page's lower left corner) to page coordinates (y down, from its
+/// upper left corner).
 ORVMathAffine2D ModelToPage(const ORVPrtImageElt& page) {
     double width = 0.0, height = 0.0;
     page.GetSize(width, height);
     const ORVMathAffine2D flip{1.0, 0.0, 0.0, -1.0, -page.GetOrigin().x, page.GetOrigin().y + height};
-    // A page matrix that is not a number comes with a box without width or height, and means nothing.
+    // An invalid page matrix occurs only together with an empty view box, and is ignored.
     const ORVMath2x2Matrix& m = page.GetMatrix();
     if (m == ORVMath2x2Matrix() || !std::isfinite(m.m11 + m.m12 + m.m21 + m.m22)) return flip;
     return flip * ORVMathAffine2D{m.m11, m.m12, m.m21, m.m22, 0.0, 0.0};
 }
 
-/// Primitives whose children are drawn one by one.
+/// Whether the children of a primitive are drawn one by one.
 bool IsWalked(const ORVPrtGraphicPrimitiveElt& primitive) {
     const ORVPrtKind kind = primitive.GetKind();
     return kind == ORVPrtKind::kGroup || kind == ORVPrtKind::kSymbol || kind == ORVPrtKind::kRegion;
 }
 
-/// Primitives that may continue a line that was begun by those before them.
+/// Whether a primitive can continue the line of the one before it.
 bool IsOpenLine(const ORVPrtGraphicPrimitiveElt& primitive) {
     switch (primitive.GetKind()) {
         case ORVPrtKind::kPolyline:
@@ -48,7 +48,7 @@ bool IsOpenLine(const ORVPrtGraphicPrimitiveElt& primitive) {
     }
 }
 
-/// Gives the memory of points back that are drawn and not going to be again.
+/// Frees the points of a primitive that has been drawn and will not be drawn again.
 void ForgetPoints(ORVPrtGraphicPrimitiveElt& primitive) {
     VisitPrimitive(primitive, [&]<class Primitive>(Primitive& one) {
         if constexpr (std::is_base_of_v<ORVPrtPointList, Primitive>) {
@@ -68,13 +68,13 @@ bool AreDistinct(std::span<const ORVPrtImageElt* const> given) {
     return std::adjacent_find(pages.begin(), pages.end()) == pages.end();
 }
 
-/// For frames around a single primitive.
+/// For frames that hold a single primitive.
 const ORVPrtChildList& NoChildren() {
     static const ORVPrtChildList none{};
     return none;
 }
 
-/// Walks the primitives of one page in their order, and reports groups and symbols on the way.
+/// Walks the primitives of one page in order, reporting groups and symbols.
 class PageWalk {
 public:
     PageWalk(ORVPrintGenerator& generator, const ORVPrtImageElt& page, ORVPrintProgress& progress)
@@ -92,38 +92,38 @@ public:
     }
 
 private:
-    /// A container that is being walked.
+    /// A container being walked.
     struct Frame {
         const ORVPrtChildList* children;
         std::size_t next;
         ORVMathAffine2D toPage;
         bool isGroup;   // reported to the generator
-        bool isSymbol;  // announced to it, and being drawn for it
-        bool isShared;  // stands at several places, alone or within something else
+        bool isSymbol;  // announced to the generator and being drawn for it
+        bool isShared;  // occurs several times, by itself or within another container
     };
 
-    /// Reports the page itself as the target of a link: a group that holds nothing, and so means the page.
+    /// Reports the page as the target of a link, by means of an empty group.
     int ReportTarget();
     int Step();
-    /// Begins to walk a group, symbol or region.
+    /// Starts walking a group, symbol or region.
     int Enter(const ORVPrtGraphicPrimitiveElt& container);
-    /// What of a container is told to generators; empty when there is nothing.
+    /// The group properties of a container that are reported to generators; empty for none.
     ORVPrintGroup GroupOf(const ORVPrtGraphicPrimitiveElt& container);
     int Leave();
     int Close(const Frame& frame);
     void CloseGroups();
-    /// Announces a primitive that stands at several places, if that is worth it.
-    /// @param map  in: from its coordinates to the page; out: to what it is to be drawn in
-    /// @return kDrawSymbol, kSymbolKnown or kNoSymbols as the generator answered, or a failure
+    /// Announces a primitive that occurs several times, if it is worth storing.
+    /// @param map  in: from its coordinates to the page; out: to the coordinates that it must be drawn in
+    /// @return kDrawSymbol, kSymbolKnown or kNoSymbols from the generator, or an error
     int Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine2D& map);
-    /// Whether the generator is told an identifier or a description of what is no container.
+    /// Whether an identifier or description of a primitive without children is reported.
     bool IsNamed(const ORVPrtGraphicPrimitiveElt& primitive) const {
         if (progress_.NamesShapes() && !primitive.GetID().IsEmpty()) return true;
         return progress_.keepsIdentifiers && !primitive.GetDescription().IsEmpty();
     }
-    /// Draws what is no container and has an identifier or a description.
+    /// Draws a primitive without children that has an identifier or description.
     int DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
-    /// Draws what is no container, and may stand at several places.
+    /// Draws a primitive without children, which may occur several times.
     int DrawLeaf(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     int DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone);
     int DrawOne(const ORVPrtGraphicPrimitiveElt& primitive) {
@@ -134,7 +134,7 @@ private:
     ORVPrintGenerator& generator_;
     const ORVPrtImageElt& page_;
     ORVPrintProgress& progress_;
-    std::uint32_t primitives_ = 0;  // that were come to
+    std::uint32_t primitives_ = 0;  // number of primitives visited
     ORVPrintShapeDrawing shapes_;
     std::vector<Frame> open_;
     unsigned int openSymbols_ = 0;
@@ -177,7 +177,7 @@ int PageWalk::Step() {
 }
 
 int PageWalk::DrawNamed(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone) {
-    // A line that is called something is nobody else's piece.
+    // A line with a name must not be joined to other lines.
     if (const int result = shapes_.Flush(); result != kDone) return result;
     const std::string_view id = primitive.GetID();
     const bool isLinkTarget = !id.empty() && progress_.links.Arrive(id);
@@ -224,7 +224,8 @@ int PageWalk::Enter(const ORVPrtGraphicPrimitiveElt& container) {
     if (const int result = shapes_.Flush(); result != kDone) return result;
 
     const ORVPrintGroup group = GroupOf(container);
-    // Within a symbol there is nothing to report but identifiers, which every place of it would repeat.
+    // Groups inside a symbol are not reported, because their identifiers would be repeated wherever it is
+    // used.
     const bool isGroup = openSymbols_ == 0 && (!group.id.empty() || !group.description.empty() ||
                                                !group.linkElementId.empty() || !group.linkURL.empty());
     if (isGroup)
@@ -258,7 +259,7 @@ int PageWalk::Announce(const ORVPrtGraphicPrimitiveElt& primitive, ORVMathAffine
 }
 
 int PageWalk::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlone) {
-    // A piece of a line is drawn with its neighbours.
+    // A part of a line is drawn together with its neighbours.
     if (IsOpenLine(primitive) && !isAlone) return DrawOne(primitive);
     if (const int result = shapes_.Flush(); result != kDone) return result;
     Frame frame{&NoChildren(), 0, open_.back().toPage, false, false, true};
@@ -269,7 +270,7 @@ int PageWalk::DrawShared(const ORVPrtGraphicPrimitiveElt& primitive, bool isAlon
     frame.isSymbol = true;
     ++openSymbols_;
     open_.push_back(frame);
-    shapes_.SetId({});  // every place of the symbol would repeat it
+    shapes_.SetId({});  // it would be repeated wherever the symbol is used
     return DrawOne(primitive);
 }
 

@@ -11,13 +11,13 @@
 
 namespace {
 
-/// User units in one pixel of an image: one, unless it states its pixels per metre.
+/// User units per pixel of an image: 1, unless the image specifies pixels per metre.
 double UserUnitsPerPixel(double resolution) {
     constexpr double kUserUnitsPerMetre = 90.0 / 0.0254;
     return resolution > 0.0 && std::isfinite(resolution) ? kUserUnitsPerMetre / resolution : 1.0;
 }
 
-/// Tile of a fill from its pixels to the page.
+/// Transformation from the pixels of a fill's tile to the page.
 ORVMathAffine2D PatternToPage(const ORVPixelImage& image) {
     return ORVMathAffine2D::Scaling(UserUnitsPerPixel(image.GetHorizontalResolution()),
                                     UserUnitsPerPixel(image.GetVerticalResolution()));
@@ -35,7 +35,7 @@ const ORVPrintFill* ORVPrintPaints::MakeFill(const ORVPrtFillAttributes& attribu
     if (attributes.GetFillColourTransparency() == 0) return nullptr;
     fill_.colour = Colour(attributes.GetFillColourIndex(), attributes.GetFillColourTransparency());
     fill_.evenOdd = attributes.GetFillRule() == kFillEvenOdd;
-    // A pattern without a bitmap leaves the colour.
+    // Without a bitmap, a pattern fill uses the colour.
     fill_.pattern = attributes.GetFillStyle() == kFillPattern ? attributes.GetFillPatternImage() : nullptr;
     if (fill_.pattern) fill_.patternToPage = PatternToPage(*fill_.pattern);
     return &fill_;
@@ -48,10 +48,10 @@ void ORVPrintPaints::MakeDashes(const std::vector<float>& pattern) {
         if (!(length >= 0.0F)) sum = std::numeric_limits<double>::infinity();
         sum += static_cast<double>(length);
     }
-    // Without any length, or with one that is none, the line is solid.
+    // If all lengths are zero or one is not finite, the line is solid.
     if (!(sum > 0.0) || !std::isfinite(sum)) return;
     dashes_.assign(pattern.begin(), pattern.end());
-    // An odd list counts twice, dashes and gaps changing places.
+    // A list with an odd number of lengths is repeated, with dashes and gaps exchanged.
     if (pattern.size() % 2 == 1) dashes_.insert(dashes_.end(), pattern.begin(), pattern.end());
 }
 

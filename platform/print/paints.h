@@ -10,13 +10,13 @@ class ORVPrtColourTable;
 class ORVPrtFillAttributes;
 class ORVPrtStrokeAttributes;
 
-/// Turns attribute sets of the model into paints, keeping what can be used again from shape to shape.
+/// Converts attribute sets of the model to paints, reusing results and memory from shape to shape.
 class ORVPrintPaints {
 public:
-    /// @param colours  of the page, may be null; must outlive this object
+    /// @param colours  colour table of the page, may be null; must outlive this object
     explicit ORVPrintPaints(const ORVPrtColourTable* colours) : colours_(colours) {}
 
-    /// @return null when nothing would show; valid until the next call
+    /// @return null when the paint is invisible; valid until the next call
     const ORVPrintFill* MakeFill(const ORVPrtFillAttributes& attributes);
     const ORVPrintStroke* MakeStroke(const ORVPrtStrokeAttributes& attributes);
 

@@ -10,7 +10,7 @@
 #include "platform/system/ORVPrintLimits.h"
 
 std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive) {
-    // A character is a shape, or half of one; a point is much less.
+    // A character is counted as half a shape; a point as much less.
     constexpr std::uint64_t kTextUnit = 2, kPointsUnit = 32;
     return 1 +
            primitive.GetPayloadBytes() / (primitive.GetKind() == ORVPrtKind::kText ? kTextUnit : kPointsUnit);
@@ -37,7 +37,7 @@ std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root, std::uin
             const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
             frame.count = add(frame.count, 1);
             distinct += ORVDrawingWork(*child);
-            // A pattern in the tree draws nothing, and nothing below it.
+            // A pattern in the tree is not drawn, nor are its descendants.
             if (!child->GetChildList() || child->GetKind() == ORVPrtKind::kPattern) continue;
             const auto known = child->GetReferenceCount() > 1 ? shared.find(child) : shared.end();
             if (known != shared.end()) {

@@ -7,11 +7,11 @@
 
 class ORVPrtGraphicPrimitiveElt;
 
-/// Counts what is drawn below a primitive, what it shares each time it is shared; stops counting at `limit`.
-/// Takes time in proportion to the distinct primitives, however often they are shared.
-/// @param distinct  the work of drawing each primitive once is added to it
+/// Counts the primitives drawn below a primitive, shared ones each time, and stops at `limit`. Takes time
+/// proportional to the number of distinct primitives.
+/// @param distinct  increased by the work of drawing each primitive once
 ORV_PLATFORM_EXPORT std::uint64_t ORVCountPrimitives(const ORVPrtGraphicPrimitiveElt& root,
                                                      std::uint64_t limit, std::uint64_t& distinct);
 
-/// The work of drawing a primitive itself: one, and more for many points or much text.
+/// The work of drawing a primitive, without its children: 1, and more for many points or long text.
 ORV_PLATFORM_EXPORT std::uint64_t ORVDrawingWork(const ORVPrtGraphicPrimitiveElt& primitive);

@@ -13,13 +13,13 @@ namespace {
 
 constexpr int kDone = 1;
 
-/// A map that takes areas to areas; everything else draws nothing.
+/// Whether a transformation is invertible enough to draw with; otherwise shapes have no area.
 bool IsUsable(const ORVMathAffine2D& map) {
     const double determinant = map.Determinant();
     return map.IsFinite() && determinant != 0.0 && std::isfinite(determinant);
 }
 
-/// Where an open primitive starts; nothing when it has no points.
+/// Start point of an open primitive; nullopt when it has no points.
 std::optional<ORVMathPoint2D> StartOf(const ORVPrtPointList& primitive) {
     if (primitive.GetPoints().empty()) return std::nullopt;
     return primitive.GetPoints().front();
@@ -74,8 +74,8 @@ int ORVPrintShapeDrawing::AddOpen(const Primitive& primitive, bool isCurve) {
     const std::optional<ORVMathPoint2D> start = StartOf(primitive);
     if (!start || !IsUsable(toPage)) return kDone;
 
-    // The pieces of an outline come one after the other and are stroked as one, so that joins are drawn
-    // and dashes run through. Two runs of straight segments that touch are two outlines.
+    // Consecutive parts of an outline are stroked as one line, so that joins are drawn and dashes continue.
+    // Two adjacent runs of straight segments are separate outlines.
     const bool continues =
         pending_ && (isCurve || pending_->endsWithCurve) && primitive.GetTransformAttributes().IsEmpty() &&
         pending_->stroke == primitive.GetStrokeAttributes() && outline_.ContinuesAt(*start);
@@ -89,7 +89,7 @@ int ORVPrintShapeDrawing::AddOpen(const Primitive& primitive, bool isCurve) {
     outline_.Add(primitive);
     pending_->origin.last = origin_;
     pending_->endsWithCurve = isCurve;
-    // A piece that moved the line elsewhere is not to be continued by what has a transform of its own.
+    // A primitive with its own transformation must not be continued by the next one.
     return primitive.GetTransformAttributes().IsEmpty() ? kDone : Flush();
 }
 
@@ -201,7 +201,7 @@ int ORVPrintShapeDrawing::DrawAs(const ORVPrtBitmapImageElt& bitmap) {
     if (!image || !(width > 0.0) || !(height > 0.0)) return kDone;
     const ORVEllipseFrame axes = ORVEllipseFrame::FromRadii(bitmap.GetOrigin(), width, height,
                                                             static_cast<double>(bitmap.GetOrientation()));
-    // The image's upper left corner lies one height above the box's origin; its rows run down from there.
+    // The image's upper left corner is one height above the origin of its box; rows run downwards from there.
     const ORVMathAffine2D toModel{axes.first.x,
                                   -axes.second.x,
                                   axes.first.y,

@@ -13,14 +13,13 @@
 
 class ORVPrintDrawingBudget;
 
-/// Draws the shapes, texts and images of one page, keeping what can be used again from one to the next.
-/// Pieces of an outline that come one after the other are held back, to be stroked as one line; so what
-/// stands before something else in the order of the page has to be flushed.
+/// Draws the shapes, texts and images of one page, reusing memory between shapes. Consecutive open parts of
+/// an outline are held back to be stroked as one line, so Flush must be called before anything else is drawn.
 ///
-/// Every call answers with 1, a failure of ORVPrintModelRender, or what the generator returned.
+/// All functions return 1, an error of ORVPrintModelRender, or the generator's result when that was not 1.
 class ORVPrintShapeDrawing {
 public:
-    /// All three must outlive this object.
+    /// All arguments must outlive this object.
     ORVPrintShapeDrawing(ORVPrintGenerator& generator, const ORVPrtImageElt& page,
                          ORVPrintDrawingBudget& budget)
         : generator_(generator),
@@ -29,19 +28,19 @@ public:
           paints_(page.GetColourTable()),
           followsOrigins_(generator.FollowsOrigins()) {}
 
-    /// Draws a primitive and, when it is a closed figure, what it consists of. Other containers draw nothing.
+    /// Draws a primitive and, for a closed figure, its regions. Other containers draw nothing.
     /// @param outer  from the coordinates around the primitive to those of the page or symbol
     [[nodiscard]] int Draw(const ORVPrtGraphicPrimitiveElt& primitive, const ORVMathAffine2D& outer);
-    /// Draws the line that was held back, if there is one.
+    /// Draws the line that is held back, if any.
     [[nodiscard]] int Flush();
 
-    /// What is drawn from now on is called so; empty for nothing. A view that must outlive its use.
+    /// Sets the id of subsequent shapes; empty for none. The view must stay valid while it is in use.
     void SetId(std::string_view id) { id_ = id; }
-    /// The number of the primitive that is drawn next, for generators that follow origins.
+    /// Sets the number of the next primitive, for generators that follow origins.
     void SetOrigin(std::uint32_t number) { origin_ = number; }
 
 private:
-    /// Open primitives that follow each other, to be stroked as one line.
+    /// Consecutive open primitives that will be stroked as one line.
     struct PendingLine {
         ORVPrtStrokeAttributes stroke;
         ORVMathAffine2D toPage;
@@ -49,14 +48,14 @@ private:
         ORVPrintOrigin origin;
     };
 
-    // One overload a class: draws it with the outer map and its own.
+    // One overload per class; draws with the outer transformation and the primitive's own.
     int DrawAs(const ORVPrtClosedFigureElt& figure);
     int DrawAs(const ORVPrtTextElt& text);
     int DrawAs(const ORVPrtBitmapImageElt& bitmap);
     int DrawAs(const ORVPrtPolylineElt& polyline) { return AddOpen(polyline, false); }
     int DrawAs(const ORVPrtPolyCubicBezierElt& curve) { return AddOpen(curve, true); }
     int DrawAs(const ORVPrtPolyQuadraticBezierElt& curve) { return AddOpen(curve, true); }
-    /// Here the arc stands by itself, as a line does: it encloses nothing that could be filled.
+    /// An arc outside a closed figure is drawn as a line, without a fill.
     int DrawAs(const ORVPrtEllipticalArcElt& arc) {
         return arc.GetDrawStyle() == kDrawNothing ? 1 : AddOpen(arc, true);
     }
@@ -75,10 +74,10 @@ private:
     void NoteOrigin() {
         if (followsOrigins_) generator_.NoteOrigin({origin_, origin_});
     }
-    /// Puts the text's clipping box into the clip. @return false when it has none
+    /// Stores the text's clipping box in `clip_`. @return false when the text has none
     bool MakeClip(const ORVPrtTextElt& text, const ORVMathAffine2D& map);
 
-    /// The paints of a primitive, as far as its draw style has them.
+    /// The paints of a primitive; null where its draw style has none.
     template <class Primitive>
     const ORVPrintFill* FillOf(const Primitive& primitive);
     template <class Primitive>

@@ -12,17 +12,17 @@
 
 namespace {
 
-// Compressed bytes, as measured on drawings: of a stored symbol beside its content, of a place where it is
-// shown, of a shape beside its points, and of a point.
+// Sizes in compressed bytes, measured on drawings: of a symbol without its content, of a use of it, of a
+// shape without its points, and of a point.
 constexpr double kSymbolBytes = 170.0, kPlaceBytes = 14.0, kShapeBytes = 8.0, kPointBytes = 5.0;
 constexpr double kMostBytes = 1e12;
 
-// A symbol is drawn at up to this factor larger or smaller than it is stored, which leaves its digits enough.
+// A symbol is used at up to this factor larger or smaller than it is stored, to keep enough digits.
 constexpr double kLargestRatio = 2.0;
 constexpr std::size_t kMostVariants = 16;
-// Farther out (user units), what is cut off for its distance depends on the place.
+// Beyond this distance (user units), clipping of far coordinates depends on the position.
 constexpr double kFarthest = 20'000.0;
-// Maps that enlarge, reduce or flatten beyond these leave no use to digits.
+// Beyond these limits of scale and flatness, stored numbers would not have enough digits.
 constexpr double kLargestScale = 1e4, kFlattest = 1e-4;
 
 double ToBytes(std::size_t points) { return kShapeBytes + kPointBytes * static_cast<double>(points); }
@@ -39,18 +39,19 @@ bool IsModerate(const ORVMathAffine2D& map) {
            std::fabs(map.Determinant()) > kFlattest * scale * scale;
 }
 
-/// The linear map that takes what `from` gives to what `to` gives. `from` is moderate.
+/// The linear transformation from coordinates transformed by `from` to those transformed by `to`. `from` must
+/// be invertible.
 ORVMathAffine2D Between(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
     return LinearPart(to) * LinearPart(from).Inverse().value_or(ORVMathAffine2D());
 }
 
-/// True when a symbol that is stored as `from` gives may stand for what is drawn as `to` gives.
+/// Whether a symbol stored under `from` is precise enough to be drawn under `to`.
 bool IsNear(const ORVMathAffine2D& from, const ORVMathAffine2D& to) {
     const auto fits = [](const ORVMathAffine2D& ratio) { return ratio.Enlargement() <= kLargestRatio; };
     return LinearPart(from) == LinearPart(to) || (fits(Between(from, to)) && fits(Between(to, from)));
 }
 
-/// A key that no other symbol of this process gets: documents outlive the drawings that go into them.
+/// A key that is unique within the process, because one document may contain several drawings.
 const void* NewKey() {
     static std::atomic<std::uintptr_t> latest{0};
     return reinterpret_cast<const void*>(++latest);
@@ -78,7 +79,7 @@ ORVPrintSymbolTable::Content ORVPrintSymbolTable::OwnContent(
         } else if constexpr (!std::is_base_of_v<ORVPrtContainerElt, Primitive>) {
             content.size = ToBytes(4);
         }
-        // Patterns lie on the page, whatever is cut out of them.
+        // A pattern is positioned relative to the page, not to the shape.
         if constexpr (std::is_base_of_v<ORVPrtFilled, Primitive>)
             content.isMovable = one.GetFillAttributes().GetFillStyle() != kFillPattern;
     });
@@ -101,7 +102,7 @@ ORVPrintSymbolTable::Content ORVPrintSymbolTable::Survey(const ORVPrtGraphicPrim
         const ORVPrtChildList* children = frame.primitive->GetChildList();
         if (children && frame.next < children->size()) {
             const ORVPrtGraphicPrimitiveElt* child = (*children)[frame.next++];
-            if (child->GetKind() == ORVPrtKind::kPattern) continue;  // draws nothing
+            if (child->GetKind() == ORVPrtKind::kPattern) continue;  // not drawn
             const auto known = child->GetReferenceCount() > 1 ? entries_.find(child) : entries_.end();
             if (known != entries_.end())
                 add(frame.content, known->second.content);
@@ -140,7 +141,7 @@ bool ORVPrintSymbolTable::Find(const ORVPrtGraphicPrimitiveElt& primitive, const
     auto variant = std::find_if(variants.begin(), variants.end(), fitting);
     if (variant == variants.end()) {
         if (variants.size() == kMostVariants) return false;
-        // Stored as the first place shows it, so that places which are but moved need no factors.
+        // Stored as in its first use, so that uses which are only translated need no matrix.
         variants.push_back({LinearPart(map), colours, mirrorHeight, NewKey()});
         variant = std::prev(variants.end());
     }

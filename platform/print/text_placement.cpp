@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The point of the layout that an anchor stands for.
+/// The point in layout space that an anchor refers to.
 ORVMathPoint2D AnchorPoint(const ORVPrtTextAttributes& attributes, const ORVTextExtent& extent) {
     int anchor = attributes.GetAnchor();
     if (anchor < kAnchorFirst || anchor > kAnchorLast) anchor = kAnchorStartBaseline;

@@ -6,16 +6,16 @@
 
 class ORVPrtTextElt;
 
-/// How the fonts are to set a text of the model.
+/// The style in which a text of the model is laid out.
 ORVTextStyle ORVTextStyleOf(const ORVPrtTextElt& text);
 
-/// Where a line of text stands.
+/// Position of a line of text.
 struct ORVTextPlacement {
-    ORVMathAffine2D toModel;  ///< from the layout's space, without the text's own transform
-    ORVMathBox2D box;         ///< in the layout's space, from the font's metrics
+    ORVMathAffine2D toModel;  ///< from layout space to the model, without the text's own transformation
+    ORVMathBox2D box;         ///< bounding box in layout space, from the font's metrics
 };
 
-/// Places a text of the given extent by its position, anchor, slant and direction. In right-to-left text the
-/// anchor's start is the right end, in vertical text the upper end; vertical text is centred on its line
-/// whatever the vertical part of the anchor.
+/// Positions a text of the given extent according to its position, anchor, slant and direction. In
+/// right-to-left text, the start anchor is the right end; in vertical text, the upper end. Vertical text is
+/// always centred on its line, whatever the vertical part of the anchor.
 ORVTextPlacement ORVPlaceText(const ORVPrtTextElt& text, const ORVTextExtent& extent);

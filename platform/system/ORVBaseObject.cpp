@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Objects that lost their last reference while another one was being destroyed.
+/// Objects that lost their last reference while another object was being destroyed.
 class DestructionQueue {
 public:
     /// @return false when out of memory
@@ -18,7 +18,8 @@ public:
             first_[firstCount_++] = object;
             return true;
         }
-        // Once refused, it is not tried again for each of millions of children.
+        // After one failed allocation, no further ones are attempted for the millions of children that may
+        // follow.
         if (isMemorySpent_ && others_.size() == others_.capacity()) return false;
         try {
             others_.push_back(object);
@@ -28,7 +29,7 @@ public:
             return false;
         }
     }
-    /// The object that was added last; null when there is none.
+    /// The object added last; null when the queue is empty.
     const ORVBaseObject* Take() {
         if (others_.empty()) return firstCount_ > 0 ? first_[--firstCount_] : nullptr;
         const ORVBaseObject* object = others_.back();
@@ -37,7 +38,7 @@ public:
     }
 
 private:
-    std::array<const ORVBaseObject*, 64> first_;  // need no memory of their own
+    std::array<const ORVBaseObject*, 64> first_;  // usable without allocating
     std::size_t firstCount_ = 0;
     std::vector<const ORVBaseObject*> others_;
     bool isMemorySpent_ = false;
@@ -53,8 +54,9 @@ const ORVMetaClass& ORVBaseObject::MetaClass() {
 
 void ORVBaseObject::Destroy(const ORVBaseObject* object) {
     if (currentQueue && currentQueue->Add(object)) return;
-    // Nothing is being destroyed, or there is no memory to wait in: then what is below it goes now, by a
-    // queue of its own. That recurses once for each level of the tree that the queues before could not take.
+    // Either no object is being destroyed, or there is no memory to queue this one: destroy it now, with a
+    // new queue for its children. This recurses once for each level of the tree that the queues before could
+    // not hold.
     DestructionQueue queue;
     DestructionQueue* const outer = std::exchange(currentQueue, &queue);
     while (object) {

@@ -10,13 +10,13 @@
 #define ORV_PLATFORM_EXPORT
 #endif
 
-/// Run-time description of a class: its name, its base and the literals under which it is registered.
-/// Objects of this type are static; they are compared by address.
+/// Run-time description of a class: its name, its base class and the literals under which it is registered.
+/// Objects of this type have static storage duration and are compared by address.
 class ORVMetaClass {
 public:
-    /// @param name     class name, as IsA() reports it; must be a literal
-    /// @param base     description of the base class, null for a root
-    /// @param provider provider literal of the registration ("ORVnull" where there is none)
+    /// @param name     class name as returned by IsA(); must be a literal
+    /// @param base     description of the base class, null for a root class
+    /// @param provider provider literal of the registration ("ORVnull" when the class has none)
     /// @param library  library literal of the registration
     constexpr ORVMetaClass(const char* name, const ORVMetaClass* base, const char* provider = "ORVnull",
                            const char* library = "ORVPlatform")
@@ -24,14 +24,14 @@ public:
 
     /// Class name.
     constexpr const char* GetName() const { return name_; }
-    /// The base class; null for a root.
+    /// Description of the base class; null for a root class.
     constexpr const ORVMetaClass* GetBase() const { return base_; }
     /// Provider literal.
     constexpr const char* GetProvider() const { return provider_; }
     /// Library literal.
     constexpr const char* GetLibrary() const { return library_; }
 
-    /// True when this class or one of its bases bears `name`.
+    /// True when this class or one of its base classes is called `name`.
     constexpr bool IsAKindOf(std::string_view name) const {
         for (const ORVMetaClass* one = this; one; one = one->base_)
             if (name == one->name_) return true;
@@ -45,36 +45,36 @@ private:
     const char* library_;
 };
 
-/// Base of the platform's reference-counted objects. A new object has one reference, which its creator
-/// releases; the object dies with its last reference. Counts are not atomic: an object belongs to one
-/// thread at a time.
+/// Base class of the platform's reference-counted objects. A new object has one reference, owned by its
+/// creator; the last Release() destroys the object. The count is not atomic: an object may be used by only
+/// one thread at a time.
 class ORV_PLATFORM_EXPORT ORVBaseObject {
 public:
     static const ORVMetaClass& MetaClass();
 
     ORVBaseObject& operator=(const ORVBaseObject&) = delete;
 
-    /// The description of the object's own class.
+    /// Description of the object's dynamic class.
     virtual const ORVMetaClass& GetMetaClass() const = 0;
 
-    /// Name of the object's own class.
+    /// Name of the object's dynamic class.
     const char* IsA() const { return GetMetaClass().GetName(); }
-    /// 1 when the object's class or one of its bases is called `className`, else 0.
+    /// 1 when the object's class or one of its base classes is called `className`, else 0.
     int IsAKindOf(std::string_view className) const { return GetMetaClass().IsAKindOf(className) ? 1 : 0; }
 
-    /// Adds a reference, which somebody releases.
+    /// Adds a reference. Each call must be matched by a Release().
     void AddRef() const { ++references_; }
-    /// Gives one reference back. The destruction of a tree of objects does not recurse: an object whose
-    /// last reference goes while another one is being destroyed waits in a queue.
+    /// Releases one reference. Destroying a tree of objects does not recurse: an object that loses its last
+    /// reference while another one is being destroyed is queued and destroyed afterwards.
     void Release() const {
         if (--references_ == 0) Destroy(this);
     }
-    /// References at this moment.
+    /// Current number of references.
     std::uint32_t GetReferenceCount() const { return references_; }
 
 protected:
     ORVBaseObject() = default;
-    /// A copy has a reference of its own.
+    /// A copy starts with one reference, whatever the count of the original.
     ORVBaseObject(const ORVBaseObject& /*other*/) {}
     virtual ~ORVBaseObject() = default;
 

@@ -4,31 +4,32 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVUnicodeString.h"
 
-/// What the host lets documents read. Every file that a document names is asked for; the default allows
-/// nothing. The host sets it before it loads a document.
+/// Decides which files documents may read. Every file that a document names is checked against the policy of
+/// the calling thread; without a policy, none may be read. The host installs its policy before it loads a
+/// document.
 class ORV_PLATFORM_EXPORT ORVFileAccessPolicy {
 public:
     virtual ~ORVFileAccessPolicy() = default;
-    /// True when a document may read the file at `path` (absolute or relative to the working directory),
-    /// whether there is one or not. What is forbidden is not looked at, so that neither the answer nor the
-    /// time it takes tells whether it exists.
+    /// True when a document may read the file at `path` (absolute, or relative to the working directory). The
+    /// file need not exist. The file system is not consulted about forbidden paths, so neither the result nor
+    /// the time taken reveals whether such a file exists.
     virtual bool MayRead(const ORVUnicodeString& path) const = 0;
 
-    /// Installs the calling thread's policy; null forbids everything. The caller keeps ownership and
-    /// outlives its use.
+    /// Installs the policy of the calling thread; null forbids everything. The caller keeps ownership and
+    /// must keep the policy alive while it is installed.
     static void SetCurrent(const ORVFileAccessPolicy* policy);
-    /// The calling thread's policy; null for none.
+    /// The policy of the calling thread; null when none is installed.
     static const ORVFileAccessPolicy* GetCurrent();
 };
 
-/// Allows the folders it is given and everything below them. Symbolic links are followed within them, and
-/// may lead from one to another. A path leads into a folder by the folder's real name, or by the very name
-/// that the host gave.
+/// Allows the folders added to it and everything below them. Symbolic links are followed as long as they lead
+/// to an allowed folder. A path may refer to a folder by its real name or by the name that was passed to
+/// AllowFolder().
 class ORV_PLATFORM_EXPORT ORVFolderAccessPolicy final : public ORVFileAccessPolicy {
 public:
     ORVFolderAccessPolicy();
     ~ORVFolderAccessPolicy() override;
-    /// @return false when there is no such folder; it is then not added
+    /// Adds a folder. @return false when the folder does not exist; nothing is added
     bool AllowFolder(const ORVUnicodeString& folder);
     bool MayRead(const ORVUnicodeString& path) const override;
 

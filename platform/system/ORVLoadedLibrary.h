@@ -5,16 +5,15 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// A shared library that is loaded when it is needed first: those that few runs use would make the start of
-/// all others slow.
+/// A shared library that is loaded on first use, so that runs that do not need it start faster.
 class ORV_PLATFORM_EXPORT ORVLoadedLibrary {
 public:
-    /// @param name  as the dynamic linker knows it, with its version
+    /// @param name  file name as passed to the dynamic linker, including the version
     explicit ORVLoadedLibrary(const char* name);
     ORVLoadedLibrary(const ORVLoadedLibrary&) = delete;
     ORVLoadedLibrary& operator=(const ORVLoadedLibrary&) = delete;
 
-    /// Finds a function. A missing one makes the library unusable.
+    /// Looks up a function. If it is missing, the library becomes unusable.
     template <class Function>
     void Find(const char* name, Function*& function) {
         function = reinterpret_cast<Function*>(FindAddress(name));
@@ -26,6 +25,6 @@ public:
 private:
     void* FindAddress(const char* name);
 
-    void* handle_ = nullptr;  // stays open as long as the process
+    void* handle_ = nullptr;  // never closed; stays loaded until the process ends
     std::string error_;
 };

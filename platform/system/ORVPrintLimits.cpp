@@ -16,7 +16,7 @@ constexpr std::uint64_t kThousand = 1'000, kMillion = 1'000'000, kBillion = 1'00
 constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20U;
 constexpr std::uint64_t kMost = std::uint64_t{1} << 56U;
 
-// The walker recurses with the depth of elements: no more than a stack of a megabyte bears.
+// The walker recurses with the depth of elements; this depth fits into a stack of one megabyte.
 constexpr std::uint64_t kDeepest = 1024;
 
 constexpr std::array<Row, kPrintLimitCount> kRows{{
@@ -56,10 +56,10 @@ constexpr bool IsOrdered() {
 }
 static_assert(IsOrdered());
 
-// Zero stands for the standard value, so that no order of initialisation matters.
+// Zero means the default value, so that the order of initialisation does not matter.
 std::array<std::atomic<std::uint64_t>, kPrintLimitCount> changed;
 
-// A plain pointer: a variable of a thread that has a destructor needs memory.
+// A plain pointer, because a thread_local variable with a destructor would allocate memory.
 constinit thread_local const ORVPrintLimitValues* ofThread = nullptr;
 
 }  // namespace

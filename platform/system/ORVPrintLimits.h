@@ -9,101 +9,104 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/namespace.h"
 
-/// The limits that let hostile input end in an answer, within bounded time and memory. Each stands here, and
-/// here only, with the attack that it answers.
+/// Limits that bound the time and memory spent on hostile input. Each is documented here, and only here,
+/// together with the attack that it prevents.
 enum class ORVPrintLimit : std::uint8_t {
-    /// Bytes of an input. A device that never ends, a sparse file of terabytes.
+    /// Size of an input in bytes. Prevents: a device that never ends; a sparse file of terabytes.
     kInputBytes,
-    /// Bytes that a packed input may unpack to. A few kilobytes of gzip data that hold gigabytes of blanks.
+    /// Size of a compressed input after decompression, in bytes. Prevents: a few kilobytes of gzip data that
+    /// expand to gigabytes of blanks.
     kUnpackedBytes,
-    /// Unpacked bytes for one packed byte, once there are more than 16 MiB. The same, below the limit above.
+    /// Decompressed bytes per compressed byte, checked once there are more than 16 MiB. Prevents the same
+    /// attack below kUnpackedBytes.
     kUnpackedGrowth,
-    /// Elements within elements. Handlers call each other for children: a million start tags would use up the
-    /// stack.
+    /// Nesting depth of elements. Prevents: a million nested start tags, which would exhaust the stack
+    /// because handlers recurse into children.
     kElementDepth,
-    /// Times its size that a document may grow to by entities, and by attributes that its type supplies, once
-    /// there are more than 8 MiB. Ten entities, each of which is ten times the one before.
+    /// Factor by which a document may grow through entities and attribute defaults of its document type,
+    /// checked once it exceeds 8 MiB. Prevents: ten entities, each of which expands to ten copies of the
+    /// previous one.
     kEntityGrowth,
-    /// Primitives that a model may allocate, duplicates included. The bound of last resort.
+    /// Primitives that a model may allocate, duplicates included. The limit of last resort.
     kPrimitives,
-    /// Duplicates of definitions; one for each primitive and for each 128 bytes of points and text in it.
-    /// Three
-    /// more for every primitive that the document itself makes. Ten groups, each of which uses the one before
-    /// ten times in another colour; markers on the vertices of markers.
+    /// Duplicates of definitions; each primitive counts once, plus once for each 128 bytes of points and text
+    /// in it. Every primitive that the document itself creates raises the limit by 3. Prevents: ten groups,
+    /// each of which uses the previous one ten times in another colour; markers on the vertices of markers.
     kDuplicates,
-    /// Primitives that are visited for boxes and restyling while a model is built; three more for every
-    /// primitive that the document itself makes. As above, with definitions that are shared and placed by
-    /// their boxes.
+    /// Primitives visited for bounding boxes and restyling while a model is built. Every primitive that the
+    /// document itself creates raises the limit by 3. Prevents: the same as kDuplicates, with definitions
+    /// that are shared and positioned by their bounding boxes.
     kVisits,
-    /// Points of a path, a polyline or a polygon. What has more is cut off there.
+    /// Points of a path, polyline or polygon. Further points are dropped.
     kPathPoints,
-    /// Numbers in a list of dashes. A longer one counts as absent.
+    /// Numbers in a dash list. A longer list is ignored.
     kDashes,
-    /// Pixels of a decoded image. A PNG of a few kilobytes may say that it is a hundred thousand pixels wide
-    /// and high.
+    /// Pixels of a decoded image. Prevents: a PNG of a few kilobytes that declares a size of a hundred
+    /// thousand by a hundred thousand pixels.
     kImagePixels,
-    /// Pixels of all images of a document, less 100 for each byte of their files. A thousand small PNGs of
-    /// white.
+    /// Pixels of all images of a document, less 100 for each byte of their files. Prevents: a thousand small
+    /// PNGs of a single colour.
     kDocumentPixels,
-    /// Primitives that one drawing visits, shared ones each time. Sharing makes a small model draw without
-    /// end.
+    /// Primitives that one drawing visits; shared ones count each time. Prevents: a small model that takes
+    /// practically forever to draw because its primitives are shared.
     kDrawn,
-    /// What is drawn again because it is shared, by generators that do not store it once; much text and many
-    /// points count more. Three more for every distinct primitive. Also bounds the area that repeats and
-    /// duplicates paint: a small drawing may be a rectangle as large as the page, a million times.
+    /// Shared primitives drawn repeatedly by generators that cannot store them once; long text and many
+    /// points count for more. Every distinct primitive raises the limit by 3. Also bounds the area painted by
+    /// repeats and duplicates. Prevents: a million rectangles as large as the page from a small drawing.
     kRepeats,
-    /// Pages of one output. A million empty pages are thirty megabytes of input, and as many files.
+    /// Pages of one output. Prevents: a million empty pages, which are 30 megabytes of input but as many
+    /// output files.
     kPages,
-    /// Pixels of an output page. A page may say that it is a kilometre wide.
+    /// Pixels of one output page. Prevents: a page that declares a width of a kilometre.
     kPagePixels,
-    /// Pixels of all pages of one output. Each page may be as large as a page may be, and there may be a
-    /// hundred thousand of them.
+    /// Pixels of all pages of one output. Prevents: a hundred thousand pages, each of the largest size
+    /// allowed.
     kOutputPixels,
-    /// Bytes of one output, and of the temporary data that it grows in. A small image of noise that is
-    /// stretched
-    /// over a large page hardly compresses: 17 kilobytes become 92 megabytes at 300 dots an inch.
+    /// Bytes of one output, and of each temporary file used to produce it. Prevents: a small image of noise
+    /// scaled to a large page, which hardly compresses: 17 kilobytes become 92 megabytes at 300 dots per
+    /// inch.
     kOutputBytes,
-    /// Pixels that are painted for all pages of one output of pixels, those on top of each other each time;
-    /// what takes longer than a pixel of one colour counts as so many more. A hundred for every pixel of the
-    /// pages
-    /// besides. A thousand lines as wide as the page, millions of dashes, images over images.
+    /// Pixels painted for all pages of one raster output, counting overlapping ones each time; operations
+    /// slower than a solid colour count several times per pixel. Every pixel of the pages raises the limit by
+    /// 100. Prevents: a thousand lines as wide as the page, millions of dashes, images on top of images.
     kPaintedPixels,
-    /// Bytes of memory that the command takes; 32 more for every byte of inputs past 32 MiB, as they are
-    /// stored. A million lines, each with markers in colours of its own, are within every other limit and
-    /// gigabytes all the same. A host has means of its own: in a library, this limit has no effect.
+    /// Bytes of memory used by the command-line program; every byte of stored input beyond 32 MiB raises the
+    /// limit by 32. Prevents: a million lines, each with markers in its own colours, which stay within all
+    /// other limits but take gigabytes. Has no effect in a library, whose host has other means to limit
+    /// memory.
     kMemory,
 };
 
-/// Values of the limits, for the whole process; ORVThreadLimits has others for a thread. A host sets them
-/// before it creates interpreters; setting one while documents are read is safe, and which of them see it is
-/// open.
+/// Values of the limits for the whole process; ORVThreadLimits overrides them for one thread. The host sets
+/// them before it creates interpreters. Changing one while documents are being read is safe, but it is
+/// unspecified which of those documents the new value applies to.
 class ORV_PLATFORM_EXPORT ORVPrintLimits {
 public:
-    /// What is known of a limit.
+    /// Description of a limit.
     struct Row {
-        /// Which one it is.
+        /// the limit
         ORVPrintLimit limit;
-        std::string_view name;    ///< for hosts that let users choose, such as "element-depth"
-        std::uint64_t standard;   ///< value when the host says nothing
-        std::uint64_t unchecked;  ///< value for files that nobody has checked
-        std::uint64_t greatest;   ///< value that it may have at most
-        std::string_view what;    ///< of what there may be so many, to follow a number
+        std::string_view name;    ///< name for users to refer to it, such as "element-depth"
+        std::uint64_t standard;   ///< default value
+        std::uint64_t unchecked;  ///< value for untrusted files
+        std::uint64_t greatest;   ///< maximum value
+        std::string_view what;    ///< unit, worded to follow a number, such as "pages"
     };
     /// All limits, in the order of the enumeration.
     static std::span<const Row> Rows();
-    /// The row of a limit.
+    /// The description of a limit.
     static const Row& RowOf(ORVPrintLimit limit);
-    /// The limit of that name; null when there is none.
+    /// The limit with that name; null when there is none.
     static const Row* Find(std::string_view name);
 
-    /// The value of a limit at this moment.
+    /// Current value of a limit, as seen by the calling thread.
     static std::uint64_t Get(ORVPrintLimit limit);
-    /// A value beyond the greatest becomes that.
+    /// Sets a limit for the process. A value above the maximum is clamped to it.
     static void Set(ORVPrintLimit limit, std::uint64_t value);
 
-    /// Sets all to what suits the module's own trade: drawings of a known origin, however large.
+    /// Sets all limits to their default values, which suit trusted drawings of any size.
     static void UseStandard();
-    /// Sets all to what suits files that nobody has checked: a small document may still take seconds and
+    /// Sets all limits to their values for untrusted files: a small document may still take seconds and
     /// hundreds of megabytes, but no more.
     static void UseUnchecked();
 };
@@ -112,20 +115,20 @@ namespace orvprint {
 
 /// Number of limits.
 inline constexpr std::size_t kPrintLimitCount = 20;
-/// Things that one primitive of the document adds to the limits of duplicates, visits and repeats, so that
-/// these stop what is out of all proportion and not what is large.
+/// How much each primitive of the document itself raises the limits of duplicates, visits and repeats, so
+/// that these stop documents that expand out of proportion, not documents that are large.
 inline constexpr std::uint64_t kGrowthPerPrimitive = 3;
-/// Bytes of points and text that count as much as a primitive.
+/// Bytes of points and text that count as one primitive.
 inline constexpr std::uint64_t kPayloadUnit = 128;
-/// Pixels of an image for each byte of its file that do not count for a document.
+/// Pixels of an image that do not count towards the limit of a document, per byte of the image's file.
 inline constexpr std::uint64_t kPixelsPerFileByte = 100;
 
 }  // namespace orvprint
 
-/// Holds a limit at another value for as long as it lives.
+/// Overrides a limit of the process for the lifetime of this object.
 class ORVScopedPrintLimit {
 public:
-    /// Sets the limit; the destructor sets it back.
+    /// Sets the limit; the destructor restores the previous value.
     ORVScopedPrintLimit(ORVPrintLimit limit, std::uint64_t value)
         : limit_(limit), old_(ORVPrintLimits::Get(limit)) {
         ORVPrintLimits::Set(limit, value);

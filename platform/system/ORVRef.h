@@ -4,54 +4,54 @@
 #include <cstddef>
 #include <utility>
 
-/// Owning handle of a reference-counted object: holds one reference, releases it on destruction.
+/// Smart pointer to a reference-counted object. Holds one reference and releases it on destruction.
 template <class T>
 class ORVRef {
 public:
     ORVRef() = default;
-    /// Holds nothing.
+    /// Constructs an empty pointer.
     ORVRef(std::nullptr_t) {}
-    /// Takes over the reference that the caller holds (a fresh object's first one).
+    /// Takes ownership of a reference that the caller holds, such as the first one of a new object.
     explicit ORVRef(T* object) : object_(object) {}
-    /// Adds a reference of its own.
+    /// Adds a reference.
     ORVRef(const ORVRef& other) : object_(other.object_) {
         if (object_) object_->AddRef();
     }
-    /// Takes the reference over; `other` holds nothing then.
+    /// Takes over the reference; `other` becomes empty.
     ORVRef(ORVRef&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-    /// The same for a pointer that converts.
+    /// Adds a reference, converting the pointer.
     template <class U>
     ORVRef(const ORVRef<U>& other) : object_(other.get()) {
         if (object_) object_->AddRef();
     }
-    /// The same for a pointer that converts.
+    /// Takes over the reference, converting the pointer; `other` becomes empty.
     template <class U>
     ORVRef(ORVRef<U>&& other) noexcept : object_(other.Detach()) {}
     ~ORVRef() {
         if (object_) object_->Release();
     }
-    /// Releases what is held and takes the other's reference.
+    /// Releases the current object and takes over the reference of `other`.
     ORVRef& operator=(ORVRef other) noexcept {
         std::swap(object_, other.object_);
         return *this;
     }
 
-    /// Adds a reference of its own to an object that somebody else holds.
+    /// Returns a pointer that holds an additional reference to `object`, which may be null.
     static ORVRef Share(T* object) {
         if (object) object->AddRef();
         return ORVRef(object);
     }
 
-    /// The object; null for none. The handle keeps its reference.
+    /// The object, or null. The reference stays with this pointer.
     T* get() const { return object_; }
-    /// The object, of a handle that holds one.
+    /// The object. Must not be empty.
     T& operator*() const { return *object_; }
-    /// The object, of a handle that holds one.
+    /// The object. Must not be empty.
     T* operator->() const { return object_; }
-    /// Whether an object is held.
+    /// Whether there is an object.
     explicit operator bool() const { return object_ != nullptr; }
 
-    /// Hands the reference over to the caller, who must release it.
+    /// Returns the object and its reference to the caller, who must release it; this pointer becomes empty.
     [[nodiscard]] T* Detach() { return std::exchange(object_, nullptr); }
 
 private:

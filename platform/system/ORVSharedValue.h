@@ -7,9 +7,9 @@
 
 #include "platform/system/ORVSmallObjects.h"
 
-/// A value that copies share until one of them changes it. Copying costs a reference count; comparing is
-/// an identity test first. A default-constructed handle owns nothing and reads as T{}. Counts are not
-/// atomic: handles that share a payload belong to one thread.
+/// Copy-on-write value. Copies share one payload until one of them is changed. Copying increments a reference
+/// count; comparing tests for the same payload first. A default-constructed value allocates nothing and reads
+/// as T{}. The count is not atomic: values that share a payload must be used by one thread at a time.
 template <class T>
 class ORVSharedValue {
 public:
@@ -18,7 +18,7 @@ public:
     ORVSharedValue(const ORVSharedValue& other) : payload_(other.payload_) {
         if (payload_) ++payload_->references;
     }
-    /// Takes the value over; `other` owns nothing then.
+    /// Takes over the payload; `other` is left as if default-constructed.
     ORVSharedValue(ORVSharedValue&& other) noexcept : payload_(std::exchange(other.payload_, nullptr)) {}
     ~ORVSharedValue() { Drop(); }
     /// Shares the other's value.
@@ -30,16 +30,16 @@ public:
         payload_ = shared;
         return *this;
     }
-    /// Takes the other's value over.
+    /// Exchanges the payloads.
     ORVSharedValue& operator=(ORVSharedValue&& other) noexcept {
         std::swap(payload_, other.payload_);
         return *this;
     }
 
-    /// The value; valid until this handle changes.
+    /// The value. Valid until this object is changed.
     const T& Get() const { return payload_ ? payload_->value : Default(); }
 
-    /// The value for writing, private to this handle from now on.
+    /// The value for modification. Copies it first if it is shared.
     T& Edit() {
         if (!payload_) {
             payload_ = new Payload;
@@ -51,7 +51,7 @@ public:
         return payload_->value;
     }
 
-    /// Writes one member, unless it already has that value.
+    /// Sets one member, unless it already has that value.
     template <class M, class V>
     void Set(M T::*member, const V& value) {
         if (!(Get().*member == value)) Edit().*member = value;
@@ -64,7 +64,7 @@ public:
 
 private:
     struct Payload {
-        [[no_unique_address]] T value{};  // so that the count stands in what is left of its last word
+        [[no_unique_address]] T value{};  // lets the count use the padding at the end of T
         std::uint32_t references = 1;
 
         static void* operator new(std::size_t size) { return ORVSmallObjects::Take(size); }

@@ -16,7 +16,7 @@
 
 namespace {
 
-// An object does not say where it came from, so that cannot change once there is one.
+// Objects do not record where they were allocated, so the source must not change once there is one.
 enum class Source : unsigned char { kUndecided, kOperatorNew, kBlocks };
 constinit std::atomic<Source> source{Source::kUndecided};
 

@@ -5,28 +5,29 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// Memory of the small objects that models consist of by the million: primitives, their sets of attributes,
-/// and lists of children. It is that of operator new, unless the host has called UseBlocks().
+/// Allocator for the small objects of which models contain millions: primitives, attribute sets and lists of
+/// children. Uses operator new, unless the host has called UseBlocks().
 ///
-/// Then objects lie side by side in blocks, without what an allocator keeps for each. A block goes when its
-/// last object goes, in whichever thread that is; what is freed in a block that is still being filled is used
-/// again at once. So blocks suit objects that go together, as those of a model do.
+/// With UseBlocks(), objects are packed into blocks without a per-object header. A block is freed with its
+/// last object, whichever thread releases that; space freed in a block that is still being filled is reused
+/// at once. Blocks therefore suit objects that are freed together, as those of a model are. Thread-safe.
 class ORV_PLATFORM_EXPORT ORVSmallObjects {
 public:
     /// Alignment of what Take returns, in bytes.
     static constexpr std::size_t kAlignment = alignof(double);
 
-    /// Has blocks used in this process from now on. To be called before there is a second thread.
-    /// @return false when it comes too late, since there is an object already, or is not to be: address
-    ///         sanitizers see each object only where operator new makes it
+    /// Turns on allocation from blocks for the whole process. Must be called while there is only one thread.
+    /// @return true when blocks are in use; false when an object has been allocated before, or when the
+    /// program
+    ///         runs with an address sanitizer, which tracks only objects from operator new
     static bool UseBlocks();
 
-    /// Memory for an object of `size` bytes. Throws std::bad_alloc.
+    /// Allocates `size` bytes. Throws std::bad_alloc.
     static void* Take(std::size_t size);
-    /// The same; null when there is no memory.
+    /// Like Take, but returns null when there is no memory.
     static void* TryTake(std::size_t size) noexcept;
-    /// Gives back what Take returned for this size; null is ignored.
+    /// Frees memory that Take returned for this size; null is ignored.
     static void Give(void* object, std::size_t size) noexcept;
-    /// The same where the size is not known: the place is not used again by itself.
+    /// Frees memory of unknown size. With blocks, the space is not reused before the whole block is freed.
     static void Give(void* object) noexcept;
 };

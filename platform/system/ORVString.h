@@ -5,22 +5,22 @@
 #include <string_view>
 #include <utility>
 
-/// The platform's plain byte string: identifiers, file names in the file system's encoding.
+/// Byte string for identifiers and for file names in the encoding of the file system.
 class ORVString {
 public:
     ORVString() = default;
-    /// @param text  null counts as empty
+    /// @param text  zero-terminated; null means empty
     ORVString(const char* text) : text_(text ? text : "") {}
     /// Copies the bytes.
     ORVString(std::string_view text) : text_(text) {}
-    /// Takes the bytes over.
+    /// Takes over the bytes.
     ORVString(std::string text) : text_(std::move(text)) {}
 
-    /// The bytes; valid as long as the string.
+    /// The bytes. Valid until the string is changed or destroyed.
     operator std::string_view() const { return text_; }
-    /// The bytes, ended by a zero; valid as long as the string.
+    /// The bytes with a terminating zero. Valid until the string is changed or destroyed.
     const char* CastToCharPtr() const { return text_.c_str(); }
-    /// Whether there is no byte.
+    /// Whether the string has no bytes.
     bool IsEmpty() const { return text_.empty(); }
 
     /// Compares the bytes.

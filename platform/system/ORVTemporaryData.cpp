@@ -20,8 +20,8 @@ namespace {
 
 std::atomic<ORVTemporaryData::Loss> latestLoss = ORVTemporaryData::Loss::kNone;
 
-/// A file that has a name for a moment, for file systems that know no others. No signal may end the process
-/// in that moment.
+/// Creates a file under a temporary name and unlinks it, for file systems without O_TMPFILE. Signals are
+/// blocked meanwhile, so that none can end the process and leave the file behind.
 int OpenAndUnlink(const std::string& folder) {
     std::string path = folder + "/.orvprint-data.XXXXXX";
     sigset_t all, before;

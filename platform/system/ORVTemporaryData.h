@@ -7,9 +7,9 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// Bytes that wait in a file without a name, in the folder that the environment names as TMPDIR, else in
-/// /tmp. They go away with the object, and with the process however it ends. There are no more of them than
-/// the limit of output bytes allows. Belongs to one thread at a time. Nothing is thrown.
+/// An unnamed temporary file in the folder given by the environment variable TMPDIR, or in /tmp. Its data
+/// disappear with the object, and with the process however that ends. Its size is limited by
+/// ORVPrintLimit::kOutputBytes. Must be used by one thread at a time. No function throws.
 class ORV_PLATFORM_EXPORT ORVTemporaryData {
 public:
     ORVTemporaryData() = default;
@@ -17,30 +17,32 @@ public:
     ORVTemporaryData(const ORVTemporaryData&) = delete;
     ORVTemporaryData& operator=(const ORVTemporaryData&) = delete;
 
-    /// The folder where such files are made.
+    /// The folder for temporary files.
     static const char* GetFolder();
 
-    /// Makes the file, empty, in place of one that is there. @return false with errno
+    /// Creates an empty file; one that is open is discarded. @return false with errno set
     [[nodiscard]] bool Open();
     bool IsOpen() const { return descriptor_ >= 0; }
-    /// Forgets the bytes.
+    /// Closes the file and discards its data.
     void Close();
 
-    /// Writes at the present place. @return how many bytes were taken; fewer than `size` with errno, or past
-    /// the limit
+    /// Writes at the current position. @return the number of bytes written; fewer than `size` on failure,
+    /// with errno set. Nothing is written beyond the limit (EFBIG).
     [[nodiscard]] std::size_t Write(const void* bytes, std::size_t size);
-    /// Reads from the present place. @return how many bytes there were, 0 at the end; -1 with errno
+    /// Reads from the current position. @return the number of bytes read, 0 at the end, -1 with errno set
     [[nodiscard]] std::ptrdiff_t Read(void* bytes, std::size_t size) const;
-    /// Moves. @param origin  SEEK_SET, SEEK_CUR or SEEK_END @return the new place, -1 with errno
+    /// Sets the position. @param origin  SEEK_SET, SEEK_CUR or SEEK_END @return the new position, -1 with
+    /// errno set
     std::int64_t Seek(std::int64_t offset, int origin) const;
-    /// Where the bytes end; -1 with errno.
+    /// Size of the file in bytes; -1 with errno set.
     [[nodiscard]] std::int64_t GetSize() const;
 
-    /// True when bytes were refused because there would have been more than the limit allows.
+    /// True when a write was refused because of the limit.
     bool IsPastLimit() const { return isPastLimit_; }
 
-    /// Data that a library keeps without telling what became of them: who stands between notes here what was
-    /// lost, and who uses the library asks. Of the latest of the process.
+    /// Why temporary data were lost. For code that goes through a library which does not report write errors:
+    /// the callback that the library writes through notes the loss, and the library's caller queries it. The
+    /// value is that of the latest note in the process.
     enum class Loss : std::uint8_t { kNone, kPastLimit, kNotWritten };
     static void NoteLoss(Loss loss);
     static Loss GetLoss();

@@ -7,25 +7,26 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/ORVPrintLimits.h"
 
-/// Values of all limits, for hosts that print with different ones in different threads. It starts with those
-/// for files that nobody has checked.
+/// Values of all limits, for hosts whose threads print with different limits. Initially those for untrusted
+/// files.
 class ORV_PLATFORM_EXPORT ORVPrintLimitValues {
 public:
     ORVPrintLimitValues();
     /// The value of a limit.
     std::uint64_t Get(ORVPrintLimit limit) const { return values_[static_cast<std::size_t>(limit)]; }
-    /// A value beyond the greatest becomes that.
+    /// Sets a limit. A value above the maximum is clamped to it.
     void Set(ORVPrintLimit limit, std::uint64_t value);
 
 private:
     std::array<std::uint64_t, orvprint::kPrintLimitCount> values_{};
 };
 
-/// Has ORVPrintLimits::Get answer in the calling thread with values of its own, for as long as this object
-/// lives; ORVPrintLimits::Set still speaks of the process. Threads that generators start ask for no limit.
+/// Makes ORVPrintLimits::Get return other values in the calling thread for the lifetime of this object.
+/// ORVPrintLimits::Set still sets the values of the process. Threads started by generators do not query
+/// limits.
 class ORV_PLATFORM_EXPORT ORVThreadLimits {
 public:
-    /// @param values  must outlive this object; null for those of the process
+    /// @param values  must outlive this object; null for the values of the process
     explicit ORVThreadLimits(const ORVPrintLimitValues* values);
     ~ORVThreadLimits();
     ORVThreadLimits(const ORVThreadLimits&) = delete;

@@ -6,10 +6,10 @@
 #include <memory>
 #include <new>
 
-/// A value for each thread, made at its first use there and destroyed when the thread ends. Unlike variables
-/// of threads, which end the process where there is no memory to note their destructor in, it throws
-/// std::bad_alloc then. To be a static object: what threads that still run have of it is lost with it, but
-/// for the calling one's.
+/// A value per thread, created on first use and destroyed when the thread ends. Unlike a thread_local
+/// variable with a destructor, which terminates the process when there is no memory to register that
+/// destructor, it throws std::bad_alloc. Must have static storage duration: its destructor frees only the
+/// value of the calling thread and leaks those of threads that are still running.
 template <class T>
 class ORVThreadValue {
 public:
@@ -24,9 +24,9 @@ public:
     ORVThreadValue(const ORVThreadValue&) = delete;
     ORVThreadValue& operator=(const ORVThreadValue&) = delete;
 
-    /// The calling thread's value; null where it has none yet.
+    /// The value of the calling thread; null when it has none yet.
     T* Find() const { return static_cast<T*>(pthread_getspecific(key_)); }
-    /// The calling thread's value; throws std::bad_alloc.
+    /// The value of the calling thread, created if necessary. Throws std::bad_alloc.
     T& Get() {
         if (T* const value = Find()) return *value;
         auto made = std::make_unique<T>();

@@ -17,7 +17,7 @@ std::size_t CountCharacters(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), StartsCharacter));
 }
 
-// Length of the well-formed sequence at the start of `s`, 0 when there is none.
+// Length of the well-formed UTF-8 sequence at the start of `s`; 0 when there is none.
 std::size_t SequenceLength(const unsigned char* s, std::size_t left) {
     const unsigned char lead = s[0];
     if (lead < 0x80) return 1;

@@ -18,10 +18,10 @@ namespace {
 
 thread_local const ORVFileAccessPolicy* currentPolicy = nullptr;
 
-// Names longer than any file system takes (data references, for one) are turned down unseen.
+// Names longer than any file system allows, such as data references, are rejected without looking them up.
 constexpr std::size_t kLongestPath = 4096;
 
-/// For real paths: whether one is a folder, or lies somewhere below it.
+/// Whether a real path is a folder or is inside it.
 bool IsAtOrBelow(std::string_view path, std::string_view folder) {
     if (folder == "/") return true;
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
@@ -43,7 +43,7 @@ const ORVFileAccessPolicy* ORVFileAccessPolicy::GetCurrent() { return currentPol
 
 struct ORVFolderAccessPolicy::Folders {
     struct Folder {
-        std::string given;  // as the host named it, without slashes at its end
+        std::string given;  // as passed by the host, without trailing slashes
         std::string real;
     };
     std::vector<Folder> allowed;
@@ -52,7 +52,7 @@ struct ORVFolderAccessPolicy::Folders {
         return std::any_of(allowed.begin(), allowed.end(),
                            [&](const Folder& folder) { return IsAtOrBelow(path, folder.real); });
     }
-    /// True for the folders above the allowed ones. Their names are known to be real.
+    /// True for ancestors of the allowed folders, whose names are known to be real.
     bool IsOnTheWay(std::string_view path) const {
         return std::any_of(allowed.begin(), allowed.end(),
                            [&](const Folder& folder) { return IsAtOrBelow(folder.real, path); });
@@ -60,9 +60,9 @@ struct ORVFolderAccessPolicy::Folders {
     bool LeadsInside(std::string at, std::string way) const;
 };
 
-// Links are followed here and not by the system, which would look at whatever they lead to.
+// Resolves symbolic links here, because the system would access whatever they lead to.
 bool ORVFolderAccessPolicy::Folders::LeadsInside(std::string at, std::string way) const {
-    constexpr int kMostLinks = 40;  // as the system has it
+    constexpr int kMostLinks = 40;  // as in the Linux kernel
     int links = 0;
     for (std::size_t start = 0; start < way.size();) {
         const std::size_t end = std::min(way.find('/', start), way.size());
@@ -77,7 +77,7 @@ bool ORVFolderAccessPolicy::Folders::LeadsInside(std::string at, std::string way
         if (!IsOnTheWay(next)) {
             if (!IsAllowed(next)) return false;
             struct stat status {};
-            if (::lstat(next.c_str(), &status) != 0) return true;  // nothing is there that could be read
+            if (::lstat(next.c_str(), &status) != 0) return true;  // nothing there to read
             if (S_ISLNK(status.st_mode)) {
                 std::array<char, kLongestPath + 1> target{};
                 const ssize_t length = ::readlink(next.c_str(), target.data(), target.size());

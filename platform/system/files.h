@@ -7,27 +7,26 @@
 #include "platform/system/ORVFileAccessPolicy.h"
 #include "platform/system/ORVUnicodeString.h"
 
-/// Value of an environment variable, null when it is not set.
+/// Value of an environment variable; null when it is not set.
 ORV_PLATFORM_EXPORT const char* ORVGetEnv(const char* name);
 
-/// 1 when `path` names an existing regular file, else 0. Answers 0 for what the policy forbids.
+/// 1 when `path` names an existing regular file that the calling thread's ORVFileAccessPolicy allows, else 0.
 ORV_PLATFORM_EXPORT int ORVFileStat(const ORVUnicodeString& path);
 
-/// Whether the host's policy allows the file that is open as `descriptor`, wherever its name leads by now:
-/// between a question about a name and the opening of it, a link may have been put in its place. True without
-/// a policy, for then it was the host itself that opened the file. Where the system does not tell the names
-/// of open files (a jail without /proc), the question about the name has to do, and every open file is
-/// allowed.
+/// Whether the calling thread's policy allows an open file. To be called after opening, because a symbolic
+/// link may have been substituted between the check of the name and the open. The name is taken from
+/// /proc/self/fd; where that does not exist, the check of the name has to suffice and every open file is
+/// allowed. True without a policy, since then the host itself opened the file.
 ORV_PLATFORM_EXPORT bool ORVMayReadOpenFile(int descriptor);
 
-/// 1 when the file at `path` may be read (mode 0) as far as the host's policy and the system go, else 0.
+/// 1 when the policy and the system allow the file at `path` to be read, else 0. @param mode  must be 0
 ORV_PLATFORM_EXPORT int ORVFileAccess(const ORVUnicodeString& path, int mode);
 
-/// Splits a path into its folder ("" when it has none, without a trailing separator but for the root) and
-/// file name.
+/// Splits a path into its folder (without a trailing slash, except for the root; "" when there is none) and
+/// its file name.
 ORV_PLATFORM_EXPORT void ORVSplitPath(const ORVUnicodeString& path, ORVUnicodeString& folder,
                                       ORVUnicodeString& name);
 
-/// Joins a folder and a relative name. An empty folder gives the name.
+/// Joins a folder and a relative name. Returns the name when the folder is empty.
 ORV_PLATFORM_EXPORT ORVUnicodeString ORVMakePath(const ORVUnicodeString& folder,
                                                  const ORVUnicodeString& name);

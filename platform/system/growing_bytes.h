@@ -6,7 +6,8 @@
 #include <new>
 #include <string_view>
 
-/// Memory that grows without being filled with zeros first, so that what is not used takes no room.
+/// Resizable byte buffer that, unlike std::string, does not zero new memory, so that unused pages are never
+/// touched.
 class GrowingBytes {
 public:
     GrowingBytes() = default;
@@ -14,7 +15,7 @@ public:
     GrowingBytes(const GrowingBytes&) = delete;
     GrowingBytes& operator=(const GrowingBytes&) = delete;
 
-    /// Makes room for so many bytes, more or less than before. Throws std::bad_alloc.
+    /// Resizes the buffer, up or down. Throws std::bad_alloc.
     void SetRoom(std::size_t room) {
         void* const bytes = std::realloc(bytes_, room > 0 ? room : 1);
         if (!bytes) throw std::bad_alloc();
@@ -24,7 +25,7 @@ public:
     std::size_t GetRoom() const { return room_; }
     char* GetBytes() const { return bytes_; }
 
-    /// How many bytes are in use, from the first one on.
+    /// Sets the number of bytes in use, counted from the start.
     void SetSize(std::size_t size) { size_ = size; }
     std::string_view GetView() const { return {bytes_, size_}; }
 

@@ -13,10 +13,10 @@ namespace {
 constexpr std::string_view kMagic = "\x1f\x8b";
 constexpr int kGzipWindow = 15 + 16;  // the largest window; 16 asks zlib for gzip's header and trailer
 
-// One call of the library takes and gives at most this much, so that limits are looked at often.
+// Largest input and output of one call of zlib, so that limits are checked frequently.
 constexpr std::size_t kStep = std::size_t{1} << 20U;
 
-/// zlib's reader of one stream after the other.
+/// Decompressor for consecutive streams.
 class Inflater {
 public:
     explicit Inflater(std::string_view packed) : packed_(packed) {
@@ -26,9 +26,9 @@ public:
     Inflater(const Inflater&) = delete;
     Inflater& operator=(const Inflater&) = delete;
 
-    /// Unpacks up to `room` bytes. @return zlib's status
+    /// Decompresses up to `room` bytes. @return zlib's status
     int Step(char* out, std::size_t room, std::size_t& written) {
-        // The library's interface predates const; it does not write to its input.
+        // zlib's interface predates const; it does not modify its input.
         stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed_.data() + taken_));
         stream_.avail_in = static_cast<uInt>(std::min(packed_.size() - taken_, kStep));
         stream_.next_out = reinterpret_cast<Bytef*>(out);
@@ -74,8 +74,8 @@ bool IsGzip(std::string_view bytes) { return bytes.starts_with(kMagic); }
 UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits, GrowingBytes& bytes,
                         std::string& error) {
     Inflater inflater(packed);
-    // What the data claim to hold is not believed: there is room for what drawings shrink by at least, and it
-    // grows with what comes. One byte more lets the end show without another round.
+    // The declared size is not trusted: the buffer starts at the least compression of typical drawings and
+    // grows as needed. One extra byte lets zlib detect the end without another call.
     const std::size_t most = limits.size + 1;
     bytes.SetRoom(std::min(std::max(4 * packed.size(), kStep), most));
     std::size_t size = 0;

@@ -8,29 +8,29 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/system/growing_bytes.h"
 
-/// How far packed input may grow.
+/// Limits on the decompressed size.
 struct UnpackLimits {
-    std::size_t size = std::size_t{1} << 30U;       ///< bytes of the unpacked document
-    std::size_t ratio = 250;                        ///< unpacked bytes for one packed byte ...
-    std::size_t freeSize = std::size_t{16} << 20U;  ///< ... once there are more than this many
+    std::size_t size = std::size_t{1} << 30U;       ///< largest decompressed size, in bytes
+    std::size_t ratio = 250;                        ///< decompressed bytes allowed per compressed byte ...
+    std::size_t freeSize = std::size_t{16} << 20U;  ///< ... once there are more decompressed bytes than this
 
-    /// Those of ORVPrintLimits at this moment.
+    /// The current values of ORVPrintLimits.
     ORV_PLATFORM_EXPORT static UnpackLimits InForce();
 };
 
 enum class UnpackResult {
     kUnpacked,
-    kDamaged,    ///< cut off, altered, or followed by something else
+    kDamaged,    ///< truncated, corrupt, or followed by other data
     kOverLimit,  ///< stopped at a limit
 };
 
-/// Whether bytes begin as gzip data does. No XML document begins so, in whatever encoding.
+/// Whether the bytes start with the gzip signature, which no XML document does in any encoding.
 ORV_PLATFORM_EXPORT bool IsGzip(std::string_view bytes);
 
-/// Unpacks gzip data: one member or several, one after the other, zeros behind them allowed. Checksums are
-/// verified. Memory never holds more than half as much again as was unpacked and four times the packed bytes,
-/// and what was unpacked stays within the limits.
-/// @param bytes  receives the content; left in no particular state on failure
-/// @param error  receives what is wrong, worded to follow the input's name
+/// Decompresses gzip data: one or more members in sequence, optionally followed by zeros. Verifies checksums.
+/// Allocates at most 1.5 times the decompressed size plus four times the compressed size; the decompressed
+/// size stays within the limits.
+/// @param bytes  receives the content; unspecified on failure
+/// @param error  receives the error message, worded to follow the input's name
 ORV_PLATFORM_EXPORT UnpackResult UnpackGzip(std::string_view packed, const UnpackLimits& limits,
                                             GrowingBytes& bytes, std::string& error);

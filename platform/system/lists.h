@@ -5,11 +5,11 @@
 
 #include "platform/system/ORVUnicodeString.h"
 
-/// A list of strings.
+/// List of strings.
 using ORVListValORVUnicodeString = std::vector<ORVUnicodeString>;
-/// A list of numbers.
+/// List of numbers.
 using ORVListValDouble = std::vector<double>;
 
-/// A list of pointers that owns nothing; who holds references says so where the list lives.
+/// List of pointers that are not owned by the list. Where a list holds references, its owner documents that.
 template <class T>
 using ORVListPtr = std::vector<T*>;

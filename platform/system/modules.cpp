@@ -9,15 +9,15 @@
 
 namespace {
 
-// Where modules are looked for, from the folder of the platform's own library: where they are installed, and
-// beside it, as in a build tree.
+// Where modules are searched for, relative to the folder of the platform's library: the installation folder,
+// and that folder itself, as in a build tree.
 #if defined(ORV_MODULE_FOLDER)
 constexpr std::array<std::string_view, 2> kFolders{ORV_MODULE_FOLDER "/", ""};
 #else
 constexpr std::array<std::string_view, 1> kFolders{""};
 #endif
 
-/// Folder of the platform's own library with a trailing separator, empty when it is not known.
+/// Folder of the platform's library with a trailing separator; empty when unknown.
 std::string PlatformFolder() {
     static const char anchor = 0;
     Dl_info info{};
@@ -34,7 +34,7 @@ const ORVLinkedModule* FindLinked(std::string_view library) {
     return found == linkedModules.end() ? nullptr : &*found;
 }
 
-/// The linked module that a handle stands for; null when it is one of dlopen's.
+/// The linked module that a handle refers to; null for a handle from dlopen.
 const ORVLinkedModule* LinkedOf(const void* handle) {
     const auto found = std::find_if(linkedModules.begin(), linkedModules.end(),
                                     [&](const ORVLinkedModule& module) { return &module == handle; });

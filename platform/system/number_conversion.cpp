@@ -24,7 +24,7 @@ std::string_view SkipWhiteSpace(std::string_view text) {
     return text.substr(start);
 }
 
-// from_chars leaves numbers beyond the range of a double to its caller; strtod rounds those as well.
+// from_chars gives no value for numbers out of range; strtod rounds them to infinity or 0.
 double ConvertOutOfRange(const char* begin, const char* end) {
     static const locale_t plainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     const std::string copy(begin, end);
@@ -50,7 +50,7 @@ int ORVConvertToDouble(std::string_view text, double& out, std::size_t* length) 
     if (negative || text.front() == '+') text.remove_prefix(1);
     const bool number =
         !text.empty() && (IsDigit(text[0]) || (text[0] == '.' && text.size() > 1 && IsDigit(text[1])));
-    if (!number) return 0;  // keeps "inf" and "nan" out, which from_chars would take
+    if (!number) return 0;  // rejects "inf" and "nan", which from_chars would accept
 
     double value = 0.0;
     if (const char* behind = ORVReadShortNumber(text.data(), text.data() + text.size(), value)) {

@@ -16,7 +16,7 @@ void ORVReleasePages(const void* start, std::size_t size) {
     const auto begin = reinterpret_cast<std::uintptr_t>(start);
     const std::uintptr_t first = (begin + pageSize - 1) / pageSize * pageSize;
     const std::uintptr_t last = (begin + size) / pageSize * pageSize;
-    // Where the system cannot, the memory stays in use, and nothing is lost.
+    // If the call fails, the memory merely stays in use.
     if (first < last)
         madvise(const_cast<char*>(static_cast<const char*>(start)) + (first - begin), last - first,
                 MADV_DONTNEED);

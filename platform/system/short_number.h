@@ -7,14 +7,15 @@
 #include <cstring>
 #include <string_view>
 
-// Powers of ten that a double holds exactly, as many as a short number may have places.
+// Powers of ten that a short number may be divided by. Its digits and these powers are small enough that the
+// quotient is rounded only once.
 inline constexpr double kShortNumberPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
                                                 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 
-/// ORVReadShortNumber, character by character.
+/// Portable version of ORVReadShortNumber, one character at a time.
 inline const char* ORVReadShortNumberByCharacters(const char* text, const char* end, double& value) {
     constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53U;
-    constexpr std::ptrdiff_t kMostCharacters = 19;  // more could outgrow the variable
+    constexpr std::ptrdiff_t kMostCharacters = 19;  // more could overflow `digits`
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
 
     const char* const last = end - text < kMostCharacters ? end : text + kMostCharacters;
@@ -35,25 +36,26 @@ inline const char* ORVReadShortNumberByCharacters(const char* text, const char* 
     return p;
 }
 
-/// @param digits  values of the digits, the first in the lowest byte; what comes behind them does not matter
-/// @param count   of digits, 1 to 8
-/// @return the number that they write
+/// Combines decimal digits into a number.
+/// @param digits  digit values, the first in the lowest byte; bytes beyond `count` are ignored
+/// @param count   number of digits, 1 to 8
+/// @return the number
 inline std::uint64_t ORVJoinDigits(std::uint64_t digits, unsigned int count) {
-    digits <<= 64U - 8U * count;  // zeros in front
+    digits <<= 64U - 8U * count;  // leading zeros
     digits = (digits * 10 + (digits >> 8U)) & 0x00ff00ff00ff00ffU;
     digits = (digits * 100 + (digits >> 16U)) & 0x0000ffff0000ffffU;
     return (digits * 10000 + (digits >> 32U)) & 0xffffffffU;
 }
 
-/// Reads digits with at most one point among them, such as "12", "3.25" or ".5": most numbers there are.
-/// Where the digits without the point and the power of ten are exact, their quotient is rounded once, as a
-/// number has to be. Signs and exponents are the caller's.
-/// @param end  after what may be read
-/// @return behind the number; null when there is none, or none of this kind: too many digits, a second point
-///         or an exponent behind it
+/// Reads an unsigned number without an exponent, such as "12", "3.25" or ".5": the most common form. The
+/// digits (without the point) and the power of ten are exact as doubles, so their quotient is correctly
+/// rounded.
+/// @param end  end of the readable text
+/// @return end of the number; null when there is none or ORVConvertToDouble must read it: too many digits, a
+/// second point or an exponent
 [[gnu::always_inline]] inline const char* ORVReadShortNumber(const char* text, const char* end,
                                                              double& value) {
-    // Up to seven characters and what ends them are taken as one word, without a decision for each.
+    // Up to seven characters and their terminator are examined as one word, without a branch per character.
     std::uint64_t word = 0;
     if (std::endian::native != std::endian::little || end - text < static_cast<std::ptrdiff_t>(sizeof word))
         return ORVReadShortNumberByCharacters(text, end, value);
@@ -65,7 +67,7 @@ inline std::uint64_t ORVJoinDigits(std::uint64_t digits, unsigned int count) {
     unsigned int count = length, places = 0;
     if (others != 0 && text[length] == '.') {
         const std::uint64_t whole = (std::uint64_t{1} << (8U * length)) - 1;
-        word = (word & whole) | (word >> 8U & ~whole);  // without the point
+        word = (word & whole) | (word >> 8U & ~whole);  // removes the point
         others &= others - 1;
         length = static_cast<unsigned int>(std::countr_zero(others)) / 8U;
         places = length - count - 1;
@@ -78,13 +80,13 @@ inline std::uint64_t ORVJoinDigits(std::uint64_t digits, unsigned int count) {
     return text + length;
 }
 
-/// Reads a text that is such a number and nothing else, perhaps with a minus in front.
-/// @return false when it is anything else; `value` is left alone
+/// Reads a text that consists of such a number only, with an optional minus sign.
+/// @return false for any other text; `value` is unchanged
 inline bool ORVReadWholeNumber(std::string_view text, double& value) {
     const char* const end = text.data() + text.size();
     const bool isNegative = !text.empty() && text.front() == '-';
     double number = 0.0;
-    // By characters, since most values of attributes end before a word does.
+    // By characters, because most attribute values are shorter than a word.
     if (ORVReadShortNumberByCharacters(text.data() + (isNegative ? 1 : 0), end, number) != end ||
         text.empty())
         return false;

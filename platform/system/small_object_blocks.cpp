@@ -10,35 +10,35 @@
 namespace orv_small_object_blocks {
 namespace {
 
-/// Stands at the start of each block, which is found from an object by its address.
+/// Header of each block. Found from an object by rounding down its address.
 struct Block {
-    /// Objects in the block, and kFilled while a thread fills it. That thread counts what it puts there by
-    /// itself, and adds it at the end.
+    /// Number of objects in the block, plus kFilled while a thread is filling it. That thread counts its own
+    /// objects separately and adds their number when it leaves the block.
     std::atomic<std::uint32_t> holders;
 };
 constexpr std::uint32_t kFilled = std::uint32_t{1} << 31U;
 
 constexpr std::size_t kUnit = alignof(double);
-// Of what the system's allocator keeps before each block, so that one follows the other without a gap.
+// Space left for the allocator's own header, so that blocks are adjacent without gaps.
 constexpr std::size_t kAllocatorsOwn = 16;
 constexpr std::size_t kHead = kAllocatorsOwn;
-// Larger objects have a block each, which is as large as they need.
+// Larger objects get a block of their own size.
 constexpr std::size_t kLargestShared = 1024;
-// Of larger ones there are few.
+// Freed space of larger objects is not reused, because there are few of them.
 constexpr std::size_t kLargestReused = 128;
 
-/// An object's place that can be used again.
+/// Freed space that can be reused.
 struct Hole {
     Hole* next;
 };
 
-/// The block that a thread fills.
+/// The block that a thread is filling.
 struct Filling {
     Block* block;
     char* free;
     std::size_t left;
-    std::uint32_t given;                                  // objects of this thread's that are in it
-    std::array<Hole*, kLargestReused / kUnit + 1> holes;  // by size, in units
+    std::uint32_t given;                                  // objects allocated by this thread
+    std::array<Hole*, kLargestReused / kUnit + 1> holes;  // free lists, indexed by size in units
 };
 constinit thread_local Filling filling{};
 
@@ -49,21 +49,21 @@ Block* BlockOf(void* object) {
     return reinterpret_cast<Block*>(place - reinterpret_cast<std::uintptr_t>(place) % kBlockSize);
 }
 
-/// Counts some objects of a block down; it goes with the last one.
+/// Decrements the object count of a block and frees the block with its last object.
 void LetGo(Block* block, std::uint32_t count) {
-    // What other threads did to their objects in it comes first.
+    // Acquire: accesses of other threads to their objects in the block happen before it is freed.
     if (block->holders.fetch_sub(count, std::memory_order_acq_rel) != count) return;
     block->~Block();
     std::free(block);
 }
 
-/// Ends the filling of the thread's block.
+/// Stops filling the thread's current block.
 void Leave() {
     if (filling.block) LetGo(filling.block, kFilled - filling.given);
     filling = {};
 }
 
-/// What a thread does at its end.
+/// Runs Leave when the thread ends.
 struct ThreadEnd {
     ThreadEnd() = default;
     ThreadEnd(const ThreadEnd&) = delete;
@@ -71,7 +71,8 @@ struct ThreadEnd {
     ~ThreadEnd() { Leave(); }
 };
 
-/// What operator new does when there is no memory. @return false when there is nobody to ask
+/// Calls the new handler, as operator new does when memory is exhausted. @return false when there is none or
+/// it gives up
 bool HasMadeRoom() {
     const std::new_handler handler = std::get_new_handler();
     if (!handler) return false;
@@ -91,13 +92,13 @@ Block* NewBlock(std::size_t size, std::uint32_t holders) {
 }
 
 void* TakeAlone(std::size_t size) {
-    // Allocators refuse as much, and checking ones end the process over it.
+    // Allocators refuse such sizes, and those of sanitizers abort the process.
     if (size >= PTRDIFF_MAX - kHead) return nullptr;
     Block* const block = NewBlock(kHead + size, 1);
     return block ? BytesOf(block) + kHead : nullptr;
 }
 
-/// Takes the first object of a new block.
+/// Starts a new block with a first object.
 void* TakeOfNext(std::size_t size) {
     static const thread_local ThreadEnd end;
     Block* const block = NewBlock(kBlockSize - kAllocatorsOwn, kFilled);

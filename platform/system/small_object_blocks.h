@@ -5,16 +5,16 @@
 
 #include "platform/system/ORVBaseObject.h"
 
-/// The blocks behind ORVSmallObjects. Each thread fills a block of its own.
+/// Implementation of ORVSmallObjects with blocks. Each thread fills a block of its own.
 namespace orv_small_object_blocks {
 
-/// Bytes from one block to the next; a block is aligned to as much.
+/// Size and alignment of a block, in bytes.
 inline constexpr std::size_t kBlockSize = std::size_t{32} << 10U;
 
-/// Memory for an object, aligned like a double; null when there is none.
+/// Allocates memory aligned for a double; null when there is none.
 ORV_PLATFORM_EXPORT void* Take(std::size_t size) noexcept;
-/// Gives back what Take returned.
-/// @param size  as it was taken; 0 when it is not known
+/// Frees memory that Take returned.
+/// @param size  as passed to Take; 0 when unknown
 ORV_PLATFORM_EXPORT void Give(void* object, std::size_t size) noexcept;
 
 }  // namespace orv_small_object_blocks

@@ -52,7 +52,7 @@ int BuildParser(const ORVUnicodeString& text, const char* /*kind*/, ORVIDOMEleme
     ORVXmlError ownError;
     ORVXmlError& reported = error ? *error : ownError;
     try {
-        // A copy of the text stays with the tree, which refers to it.
+        // The tree refers to this copy of the text and keeps it alive.
         const auto copy = std::make_shared<const std::string>(text.GetView());
         const XmlSource source{*copy, true, copy, reading};
         if (!BuildXmlTree(source, XmlEncoding::kUtf8, XmlTreeShape::kAllNodes, tree, reported)) return kNone;

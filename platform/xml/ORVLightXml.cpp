@@ -8,7 +8,7 @@
 
 namespace {
 
-// The first element from `node` on.
+// The first element among `node` and its following siblings.
 const ORVXmlNode* SkipToElement(const ORVXmlNode* node) {
     while (node && !node->IsElement()) node = node->nextSibling;
     return node;

@@ -17,36 +17,36 @@
 
 class ORVLightXmlElement;
 
-/// Where a walk over an element's children stands: at the child that GetChild() returns next. Null when
-/// there is none (any more).
+/// Position of an iteration over an element's children: the child that GetChild() will return next. Null at
+/// the end.
 using ORVLightXmlChildHandle = const ORVXmlNode*;
 
-/// An element of the light parser: elements only, no other nodes. A null element has no name, no attributes
-/// and no children.
+/// An element of the light parser, whose trees contain only elements. A null element has no name, attributes
+/// or children.
 class ORV_PLATFORM_EXPORT ORVLightXmlElementItf {
 public:
     virtual ~ORVLightXmlElementItf() = default;
 
-    /// The element in its tree; null for a null element. Valid as long as the tree is.
+    /// The node in the tree; null for a null element. Valid as long as the tree.
     virtual const ORVXmlNode* GetNode() const = 0;
     /// The tree that owns the element; null for a null element.
     virtual ORVRef<const ORVXmlTree> GetTree() const = 0;
 
-    /// Tag name as written, with its prefix.
+    /// Tag name as written, including a prefix.
     ORVUnicodeString GetName() const;
-    /// Value of the attribute of that exact name; empty when it is absent.
+    /// Value of the attribute with exactly that name; empty when it is absent.
     ORVUnicodeString GetAttributeValue(std::string_view name) const;
-    /// The element's own character data, joined; nothing of its descendants.
+    /// Character data of the element, joined, without that of its descendants.
     ORVUnicodeString GetValue() const;
 
-    /// Starts a walk over the children, in document order.
+    /// Starts an iteration over the children in document order.
     ORVLightXmlChildHandle GetChildren() const;
-    /// The next child of the walk; moves the handle on. A null handle gives a null element.
+    /// Returns the next child and advances the handle; a null element at the end.
     ORVLightXmlElement GetChild(ORVLightXmlChildHandle& handle) const;
 };
 
-/// An element that keeps its tree alive. Copying one costs a reference count, since trees never change;
-/// Assign makes a tree of its own.
+/// An element that keeps its tree alive. Copying increments a reference count, since trees are immutable;
+/// Assign copies the tree.
 class ORV_PLATFORM_EXPORT ORVLightXmlElement : public ORVLightXmlElementItf {
 public:
     ORVLightXmlElement() = default;
@@ -56,8 +56,8 @@ public:
     const ORVXmlNode* GetNode() const override { return node_; }
     ORVRef<const ORVXmlTree> GetTree() const override { return tree_; }
 
-    /// Becomes a deep copy of `other` (an element and what is below it, without its siblings), which shares
-    /// nothing with it; of a null element, a null element.
+    /// Makes this element a deep copy of `other` and its descendants, in a new tree. The copy of a null
+    /// element is a null element.
     /// @return 1, or 0 when out of memory (this element is then unchanged)
     int Assign(const ORVLightXmlElementItf& other);
 
@@ -69,18 +69,19 @@ private:
 /// Bytes to parse. They are not copied.
 class ORVLightXmlInputStreamBuffer {
 public:
-    /// How long the caller keeps the bytes in place.
+    /// How long the bytes stay valid.
     enum class Lifetime { kParsing, kElements };
 
-    /// @param lifetime  kParsing: until they have been parsed; kElements: as long as any element that comes
-    ///                  of them, which then refers to them, and takes less memory
-    /// @param reading   of the elements; with kOnce, bytes that stay in place are lost as they are read
+    /// @param lifetime  kParsing: until they have been parsed; kElements: as long as any element parsed from
+    /// them, so that elements refer to the bytes and need less memory
+    /// @param reading   how often attributes of the elements will be read; with kOnce and kElements, the
+    /// bytes are discarded as they are read
     ORVLightXmlInputStreamBuffer(const char* bytes, std::size_t size, Lifetime lifetime = Lifetime::kParsing,
                                  ORVXmlReading reading = ORVXmlReading::kAny)
         : bytes_(bytes, bytes ? size : 0),
           staysInPlace_(lifetime == Lifetime::kElements),
           reading_(reading) {}
-    /// Bytes that an owner keeps in place, and the elements the owner.
+    /// Bytes that are kept alive by `owner`, which the elements share.
     ORVLightXmlInputStreamBuffer(std::shared_ptr<const void> owner, std::string_view bytes,
                                  ORVXmlReading reading = ORVXmlReading::kAny)
         : owner_(std::move(owner)), bytes_(bytes), staysInPlace_(true), reading_(reading) {}
@@ -89,9 +90,9 @@ public:
     std::string_view GetBytes() const { return bytes_; }
     /// Whether elements may refer to the bytes.
     bool StayInPlace() const { return staysInPlace_; }
-    /// What keeps the bytes; null when the caller does.
+    /// Owner of the bytes; null when the caller keeps them valid.
     const std::shared_ptr<const void>& GetOwner() const { return owner_; }
-    /// How often values are going to be read.
+    /// How often attribute values will be read.
     ORVXmlReading GetReading() const { return reading_; }
 
 private:
@@ -101,17 +102,17 @@ private:
     ORVXmlReading reading_;
 };
 
-/// Parses documents into light elements. Honours the encoding that a document declares.
+/// Parses documents into light elements, in their declared encoding.
 class ORV_PLATFORM_EXPORT ORVLightXmlParser {
 public:
-    /// @param element  out: the root element with everything up to the first error, the text before the
-    ///                 error included; a null element when the document broke off before its root
-    /// @param places   out, if not null: the place of every element of the tree, in document order
-    /// @return 1 when the document is well formed, -1 when it is not (see GetError)
+    /// @param element  out: the root element with everything before the first error, including text; a null
+    /// element when the error is before the root
+    /// @param places   out, may be null: the position of every element, in document order
+    /// @return 1 when the document is well formed, else -1 (see GetError)
     int Parse(const ORVLightXmlInputStreamBuffer& stream, ORVLightXmlElement& element,
               std::vector<ORVXmlPlace>* places = nullptr);
 
-    /// What was wrong with the document parsed last; an empty message when nothing was.
+    /// The error in the document parsed last; its message is empty when there was none.
     const ORVXmlError& GetError() const { return error_; }
 
 private:

@@ -6,21 +6,22 @@
 
 #include "platform/system/ORVFailure.h"
 
-/// Why a document was not read to its end, and where.
+/// Why and where parsing stopped.
 struct ORVXmlError {
     std::string message;         ///< empty when the document is well formed
-    std::uint64_t line = 0;      ///< counted from 1; 0 when the document is well formed
-    std::uint64_t column = 0;    ///< in characters, counted from 1
-    std::uint64_t offset = 0;    ///< bytes before the place, in the document's own encoding
-    bool isOutOfMemory = false;  ///< which says nothing of the document
+    std::uint64_t line = 0;      ///< from 1; 0 when the document is well formed
+    std::uint64_t column = 0;    ///< in characters, from 1
+    std::uint64_t offset = 0;    ///< in bytes, in the document's own encoding
+    bool isOutOfMemory = false;  ///< memory was exhausted; does not mean that anything is wrong with the
+                                 ///< document
 
-    /// Why; kNone for the place of a document that is well formed.
+    /// Reason of the failure; kNone when the document is well formed.
     ORVFailureReason GetReason() const {
         if (message.empty()) return ORVFailureReason::kNone;
         return isOutOfMemory ? ORVFailureReason::kOutOfMemory : ORVFailureReason::kNotWellFormed;
     }
 
-    /// The error of memory that was refused; needs none.
+    /// An out-of-memory error. Creating it allocates nothing.
     static ORVXmlError OutOfMemory() {
         ORVXmlError error;
         error.message = "out of memory";

@@ -5,7 +5,7 @@ namespace {
 
 std::vector<const ORVXmlNode*> Collect(const ORVXmlNode* root, bool nestedToo) {
     std::vector<const ORVXmlNode*> found;
-    std::vector<const ORVXmlNode*> pending;  // siblings at which the walk goes on, one a level
+    std::vector<const ORVXmlNode*> pending;  // where to continue, one sibling per level
     for (const ORVXmlNode* node = root; node;) {
         const bool isSvg = node->id == ElementName::kSvg;
         if (isSvg) found.push_back(node);

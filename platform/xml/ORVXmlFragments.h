@@ -8,11 +8,11 @@
 
 namespace orvprint {
 
-/// The `svg` elements at or below `root`, in document order, nested ones included. A null root has none.
-/// The names count as written: an element with a prefix is not among them.
+/// All `svg` elements in the tree below and including `root`, in document order, nested ones included. Names
+/// are compared as written, so prefixed elements do not match. Empty for a null root.
 ORV_PLATFORM_EXPORT std::vector<const ORVXmlNode*> FindSvgElements(const ORVXmlNode* root);
 
-/// As FindSvgElements, without those that stand inside another one.
+/// Like FindSvgElements, without those nested inside another `svg` element.
 ORV_PLATFORM_EXPORT std::vector<const ORVXmlNode*> FindOutermostSvgElements(const ORVXmlNode* root);
 
 }  // namespace orvprint

@@ -9,8 +9,8 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/xml/vocabulary.h"
 
-/// Number of bits that are set. (The standard's function is a call where the processor need not have an
-/// instruction for it.)
+/// Number of set bits. (std::popcount is a function call unless the target is known to have an instruction
+/// for it.)
 constexpr unsigned ORVCountBits(std::uint64_t bits) {
     bits -= bits >> 1U & 0x5555555555555555U;
     bits = (bits & 0x3333333333333333U) + (bits >> 2U & 0x3333333333333333U);
@@ -20,73 +20,76 @@ constexpr unsigned ORVCountBits(std::uint64_t bits) {
 
 /// An attribute of an element; valid as long as its tree.
 struct ORVXmlAttribute {
-    std::string_view name;   ///< as written, with its prefix
-    std::string_view value;  ///< normalised, entities resolved
+    std::string_view name;   ///< as written, including a prefix
+    std::string_view value;  ///< normalised, with entities resolved
 };
 
-/// Where the text of an attribute lies: in the document's own bytes, or among the other texts of its tree.
+/// Location of a text: in the document's bytes, or among the other texts of its tree.
 struct ORVXmlTextPlace {
-    static constexpr std::uint32_t kOther = 0xFFFFFFFFU;   ///< a length: the text is one of the others
-    static constexpr std::uint32_t kShared = 0xFFFFFFFEU;  ///< a length: several elements share the text
+    static constexpr std::uint32_t kOther = 0xFFFFFFFFU;   ///< value of `length`: one of the other texts
+    static constexpr std::uint32_t kShared = 0xFFFFFFFEU;  ///< value of `length`: one of the other texts,
+                                                           ///< shared by several elements
 
     std::uint32_t start = 0;   ///< offset in the document, or index of the other text
-    std::uint32_t length = 0;  ///< bytes; kOther for another text, kShared for one of several elements
+    std::uint32_t length = 0;  ///< in bytes; or kOther or kShared
 
-    /// Whether the text lies in the document's own bytes.
+    /// Whether the text is in the document's bytes.
     bool IsInDocument() const { return length < kShared; }
 };
 
-/// How often the values of a document's attributes are read.
+/// How often the attribute values of a document will be read.
 enum class ORVXmlReading : std::uint8_t {
     kAny,
-    kOnceInKeptSource,  ///< nodes and values are given up as they are read; the document's own bytes stay
-    kOnce               ///< the bytes of the document go with them
+    kOnceInKeptSource,  ///< nodes and values may be freed after they have been read; the document's bytes are
+                        ///< kept
+    kOnce               ///< the document's bytes may be freed, too
 };
 
 class ORVXmlNodeStore;
 
-/// The texts of a tree, as its nodes refer to them. Half the size of views, which large documents feel.
+/// The texts of a tree. Nodes refer to them by ORVXmlTextPlace, which is half the size of a string_view.
 struct ORVXmlTexts {
-    const char* document = nullptr;               ///< the document's bytes; null when they do not stay
-    std::vector<std::string_view> others;         ///< what lies elsewhere
-    ORVXmlReading reading = ORVXmlReading::kAny;  ///< how often the texts are going to be read
-    ORVXmlNodeStore* readOnce = nullptr;          ///< of nodes that are read once; else null
+    const char* document = nullptr;               ///< the document's bytes; null when they are not kept
+    std::vector<std::string_view> others;         ///< texts that are not in the document's bytes
+    ORVXmlReading reading = ORVXmlReading::kAny;  ///< how often the texts will be read
+    ORVXmlNodeStore* readOnce = nullptr;          ///< the store, if nodes are read only once; else null
 
-    /// The text at a place.
+    /// The text at a location.
     std::string_view Get(ORVXmlTextPlace place) const {
         if (place.IsInDocument()) return {document + place.start, place.length};
         return others[place.start];
     }
-    /// Gives the memory of a text back that is read once and has been; what several elements share stays.
+    /// Frees the memory of a text that is read only once and has been read; shared texts are kept.
     void Forget(ORVXmlTextPlace place) const;
 };
 
-/// A node of a document. Nodes and all they point to belong to an ORVXmlTree, never change and live as long
-/// as the tree does; but where the document is read once, values that are forgotten are lost, and nodes that
-/// an ORVXmlChildWalk has left behind.
+/// A node of a document. Nodes and everything they point to belong to an ORVXmlTree, are immutable and live
+/// as long as the tree. Exception: with ORVXmlReading::kOnce or kOnceInKeptSource, values passed to Forget
+/// and nodes that an ORVXmlChildWalk has passed are lost.
 struct ORVXmlNode {
-    /// What a node is.
+    /// Kind of node.
     enum class Kind : std::uint8_t { kElement, kText, kComment };
 
     const ORVXmlNode* firstChild = nullptr;   ///< null for none
     const ORVXmlNode* nextSibling = nullptr;  ///< null for none
-    /// The values of the known attributes, in the order of their numbers; behind them the other attributes
-    /// in document order, each as its name and its value.
+    /// The values of the known attributes, in order of AttributeName, followed by the other attributes in
+    /// document order, each as name and value.
     const ORVXmlTextPlace* attributeTexts = nullptr;
-    const ORVXmlTexts* texts = nullptr;  ///< where these lie
-    std::uint64_t known = 0;             ///< one bit per orvprint::AttributeName that is present
-    ORVXmlTextPlace namePlace;           ///< of an element whose name is not known
-    ORVXmlTextPlace textPlace;           ///< of the node's own character data
-    std::uint32_t attributeCount = 0;    ///< known ones and others
-    orvprint::ElementName id = orvprint::ElementName::kUnknown;  ///< the name, as a number
-    Kind kind = Kind::kElement;                                  ///< what the node is
+    const ORVXmlTexts* texts = nullptr;  ///< the texts that the node refers to
+    std::uint64_t known = 0;             ///< bit set of orvprint::AttributeName values that are present
+    ORVXmlTextPlace namePlace;           ///< name of an element whose name is not known
+    ORVXmlTextPlace textPlace;           ///< the node's own character data
+    std::uint32_t attributeCount = 0;    ///< known and other attributes
+    orvprint::ElementName id = orvprint::ElementName::kUnknown;  ///< name of the element; kUnknown for other
+                                                                 ///< names
+    Kind kind = Kind::kElement;                                  ///< kind of node
 
     /// Whether the node is an element.
     bool IsElement() const { return kind == Kind::kElement; }
 
-    /// Tag as written; "#text" or "#comment" for a node that is no element.
+    /// Tag as written; "#text" or "#comment" for other nodes.
     ORV_PLATFORM_EXPORT std::string_view GetName() const;
-    /// An element's own character data and CDATA sections, joined; the data of a text or comment.
+    /// Character data and CDATA sections of an element, joined; the data of a text or comment.
     std::string_view GetText() const { return texts ? texts->Get(textPlace) : std::string_view(); }
 
     /// Whether the attribute is present.
@@ -99,17 +102,17 @@ struct ORVXmlNode {
         return Has(attribute) ? texts->Get(PlaceOf(attribute)) : std::string_view();
     }
 
-    /// Tells that the value of an attribute has been read. Where the document is read once, a long one gives
-    /// its memory back, and holds nothing that can be counted on from now on.
+    /// Declares that the value of an attribute has been read. If the document is read only once, the memory
+    /// of a long value is freed and the value must not be used any more.
     ORV_PLATFORM_EXPORT void Forget(orvprint::AttributeName attribute) const;
 
-    /// The value of the attribute of that name, known or not; nothing when it is absent.
+    /// Value of the attribute with that name, known or not; nullopt when it is absent.
     ORV_PLATFORM_EXPORT std::optional<std::string_view> Find(std::string_view attributeName) const;
-    /// One of the attributes by its place, from 0 to `attributeCount` - 1: the known ones come first.
+    /// An attribute by its index, from 0 to `attributeCount` - 1. Known attributes come first.
     ORV_PLATFORM_EXPORT ORVXmlAttribute GetAttribute(std::uint32_t index) const;
 
 private:
-    /// Where the value of an attribute lies that is present.
+    /// Location of the value of an attribute, which must be present.
     ORVXmlTextPlace PlaceOf(orvprint::AttributeName attribute) const {
         const std::uint64_t before = known & ((std::uint64_t{1} << static_cast<unsigned>(attribute)) - 1);
         return attributeTexts[ORVCountBits(before)];

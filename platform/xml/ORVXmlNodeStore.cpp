@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::size_t kFirstBlock = std::size_t{4} << 10U;
 constexpr std::size_t kLargestBlock = std::size_t{256} << 10U;
-// The system takes a part of the document back in one call; pages at its ends, which it shares, stay.
+// The document is freed in parts of this size, to save system calls; partial pages at the ends of a part are
+// kept.
 constexpr std::size_t kReleasedAtOnce = std::size_t{1} << 20U;
 
 }  // namespace
@@ -60,7 +61,7 @@ void ORVXmlNodeStore::GoTo(std::size_t block) {
 
 void ORVXmlNodeStore::Advance(const ORVXmlNode& node) {
     const std::size_t next = Find(current_, node);
-    if (next == blocks_.size()) return;  // it was read before: what there is of it stays
+    if (next == blocks_.size()) return;  // read before; what remains of it is kept
     std::erase_if(leftBehind_, [this](std::size_t block) {
         if (blocks_[block].holders > 0) return false;
         Free(block);

@@ -10,14 +10,14 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/xml/ORVXmlNode.h"
 
-/// Where the nodes of a tree lie, each with the places of its attributes: in blocks that follow the order of
-/// the document. Where a document is read once, blocks that the reader has left behind are freed while it
-/// reads on, and with them the part of the document that their texts lie in.
+/// Storage for the nodes of a tree and their attributes, in blocks in document order. If a document is read
+/// only once, blocks that the reader has passed are freed while it proceeds, together with the part of the
+/// document that their texts are in.
 class ORV_PLATFORM_EXPORT ORVXmlNodeStore {
 public:
-    /// Room for a node and what belongs to it, aligned for nodes; throws std::bad_alloc.
-    /// @param source  offset in the document, which only grows: what is kept of this node and of later ones
-    ///                lies behind it
+    /// Allocates memory for a node and its attributes, aligned for nodes. Throws std::bad_alloc.
+    /// @param source  offset in the document, which never decreases: the texts of this and all later nodes
+    /// are at or after it
     void* Allocate(std::size_t size, std::size_t source) {
         if (size > left_) Grow(size, source);
         char* const place = free_;
@@ -25,22 +25,22 @@ public:
         left_ -= size;
         return place;
     }
-    /// The most that Allocate gives at once.
+    /// Largest size that Allocate accepts.
     static constexpr std::size_t kLargest = 2048;
 
-    /// Bytes that the blocks take at this moment.
+    /// Current size of all blocks in bytes.
     std::size_t GetMemoryInUse() const { return memoryInUse_; }
-    /// What the texts of nodes lie in, so that the parts that have been read can be given back; null when it
-    /// has to stay.
+    /// Sets the document's bytes, so that parts that have been read can be freed; null when they must be
+    /// kept.
     void SetSource(const char* source) { source_ = source; }
 
-    /// Keeps the block of an element, until LetGo, whatever is read meanwhile. The first element that is held
-    /// begins a reading: nothing in its block or before is ever freed.
-    /// @return the block's number
+    /// Prevents the block of an element from being freed until LetGo. The first element held starts a
+    /// reading: blocks up to and including its block are never freed.
+    /// @return the index of the block
     std::size_t Hold(const ORVXmlNode& element);
-    /// Ends a Hold; the last one ends the reading.
+    /// Ends a Hold. The last one ends the reading.
     void LetGo(std::size_t block);
-    /// The reader has come to a node: it asks for no node before it any more, except those that are held.
+    /// Declares that the reader has reached a node and will not access earlier nodes, except those held.
     void Reach(const ORVXmlNode& node) {
         const char* const place = reinterpret_cast<const char*>(&node);
         if (std::less<>()(place, currentBegin_) || !std::less<>()(place, currentEnd_)) Advance(node);
@@ -48,15 +48,15 @@ public:
 
 private:
     struct Block {
-        std::unique_ptr<char[]> bytes;  // null once it has been freed
+        std::unique_ptr<char[]> bytes;  // null once freed
         std::size_t size = 0;
-        std::size_t source = 0;     // where the texts of its nodes begin in the document
-        std::uint32_t holders = 0;  // elements that are held
+        std::size_t source = 0;     // offset in the document where the texts of its nodes begin
+        std::uint32_t holders = 0;  // number of elements held
     };
 
     void Grow(std::size_t size, std::size_t source);
     bool IsIn(std::size_t block, const ORVXmlNode& node) const;
-    /// The first block from that one on in which the node lies; their number when there is none.
+    /// Index of the first block from `from` on that contains the node; number of blocks when there is none.
     std::size_t Find(std::size_t from, const ORVXmlNode& node) const;
     void GoTo(std::size_t block);
     void Advance(const ORVXmlNode& node);
@@ -64,23 +64,23 @@ private:
     void ReleaseSource();
 
     std::vector<Block> blocks_;
-    char* free_ = nullptr;  // the unused part of the last block
+    char* free_ = nullptr;  // unused part of the last block
     std::size_t left_ = 0;
     std::size_t memoryInUse_ = 0;
 
     const char* source_ = nullptr;
-    std::size_t depth_ = 0;                                       // of elements that are held
-    std::size_t current_ = 0;                                     // the block that the reader has come to
-    const char *currentBegin_ = nullptr, *currentEnd_ = nullptr;  // its bytes
-    std::vector<std::size_t> leftBehind_;  // blocks before it in which an element was held
+    std::size_t depth_ = 0;                                       // number of elements held
+    std::size_t current_ = 0;                                     // the block that the reader has reached
+    const char *currentBegin_ = nullptr, *currentEnd_ = nullptr;  // bounds of the current block
+    std::vector<std::size_t> leftBehind_;  // earlier blocks in which an element was held
     std::size_t releasedFrom_ = 0,
-                releasedTo_ = 0;  // a part of the document that has not been given back yet
+                releasedTo_ = 0;  // range of the document that has been read but not yet freed
 };
 
-/// A walk over the children of an element, in document order. Walks over their own children may take place
-/// within it, each before it goes on to the next child. Where the document is read once, what the walk leaves
-/// behind is freed: an element that has been passed, and all that is below it, is gone when the element
-/// behind it has been reached.
+/// An iteration over the children of an element, in document order. Iterations over the children's own
+/// children may be nested in it, but must end before the next child is reached. If the document is read only
+/// once, passed elements are freed: a child and its descendants must not be used after the next child has
+/// been reached.
 class ORVXmlChildWalk {
 public:
     explicit ORVXmlChildWalk(const ORVXmlNode& element)
@@ -92,7 +92,7 @@ public:
     ORVXmlChildWalk(const ORVXmlChildWalk&) = delete;
     ORVXmlChildWalk& operator=(const ORVXmlChildWalk&) = delete;
 
-    /// Goes on to a child; the one before it is not looked at any more.
+    /// Declares that a child has been reached; the previous one is no longer used.
     void Reach(const ORVXmlNode& child) {
         if (store_) store_->Reach(child);
     }

@@ -45,7 +45,7 @@ void* ORVXmlTree::Allocate(std::size_t size, std::size_t alignment) {
         return place;
     }
 
-    // What would fill most of a chunk gets one of its own, and the current one stays in use.
+    // A large request gets a chunk of its own, and the current chunk stays in use.
     const bool alone = size > nextChunk_ / 4;
     const std::size_t chunkSize = alone ? size : nextChunk_;
     std::unique_ptr<char[]> chunk(new char[chunkSize]);

@@ -12,8 +12,8 @@
 #include "platform/system/ORVBaseObject.h"
 #include "platform/xml/ORVXmlNode.h"
 
-/// A parsed document: owns its nodes, attributes and texts, all of which go with it at once. Reference
-/// counted, to be held by ORVRef; a new tree has one reference. Counts are not atomic.
+/// A parsed document. Owns its nodes, attributes and texts. Reference counted (not atomic), to be held by
+/// ORVRef; a new tree has one reference.
 class ORV_PLATFORM_EXPORT ORVXmlTree {
 public:
     ORVXmlTree();
@@ -22,19 +22,19 @@ public:
 
     /// Adds a reference.
     void AddRef() const { ++references_; }
-    /// Gives a reference back; the last one destroys the tree.
+    /// Releases a reference; the last one destroys the tree.
     void Release() const;
 
-    /// First node of the document: the root element, or what the tree keeps of the comments before it.
+    /// First node of the document: the root element, or a comment before it if the tree keeps comments.
     const ORVXmlNode* GetFirstNode() const { return firstNode_; }
-    /// The root element; null when the document broke off before it.
+    /// The root element; null when parsing stopped before it.
     const ORVXmlNode* GetRoot() const { return root_; }
-    /// The document's bytes, if the tree keeps them; else none.
+    /// The document's bytes if the tree keeps them, else empty.
     std::string_view GetSource() const { return stable_; }
-    /// Names of elements within drawings that are not among those of the vocabulary, as the bits of
-    /// unread_elements.h. Drawings that lie deeper than three levels in another document are not looked into.
+    /// Bits of the elements inside drawings whose names are not in the vocabulary; see unread_elements.h.
+    /// Drawings nested more than three levels deep in another document are not examined.
     std::uint32_t GetUnreadElements() const { return unreadElements_; }
-    /// Bytes taken for nodes, attributes and texts at this moment.
+    /// Bytes currently allocated for nodes, attributes and texts.
     std::size_t GetMemoryInUse() const;
 
 private:
@@ -42,34 +42,34 @@ private:
 
     ~ORVXmlTree();
 
-    /// Storage for all but nodes that lives as long as the tree; throws std::bad_alloc.
+    /// Allocates memory, for everything except nodes, that lives as long as the tree. Throws std::bad_alloc.
     void* Allocate(std::size_t size, std::size_t alignment);
-    /// True for what lies in the document's own bytes, which outlive the tree.
+    /// True for a text in the document's bytes, which outlive the tree.
     bool IsStable(std::string_view text) const {
         return std::less_equal<>()(stable_.data(), text.data()) &&
                std::less<>()(text.data(), stable_.data() + stable_.size());
     }
-    /// `text`, or a copy of it, that lives as long as the tree: what lies in the document's own bytes stays
-    /// there, if they stay. Short texts that were copied lately are copied once.
+    /// Returns a text that lives as long as the tree: `text` itself if it is in document bytes that are kept,
+    /// else a copy. Copies of recent short texts are shared.
     std::string_view Keep(std::string_view text);
-    /// The same for an attribute.
+    /// The same for the text of an attribute.
     ORVXmlTextPlace KeepPlace(std::string_view text);
 
     std::string_view stable_;                  // the document's bytes, if they outlive the tree
-    std::shared_ptr<const void> sourceOwner_;  // what keeps them
+    std::shared_ptr<const void> sourceOwner_;  // owner of the document's bytes
     std::unique_ptr<ORVXmlNodeStore> nodes_;
-    std::size_t keptTo_ = 0;  // where the last text ends that was kept in the document's own bytes
+    std::size_t keptTo_ = 0;  // end of the last text that was kept in the document's bytes
     std::vector<std::unique_ptr<char[]>> chunks_;
-    char* free_ = nullptr;  // the unused part of the current chunk
+    char* free_ = nullptr;  // unused part of the current chunk
     std::size_t left_ = 0;
     std::size_t nextChunk_;
     std::size_t memoryInUse_ = 0;
-    /// A short text that was copied lately, and where attributes find it.
+    /// A short text that was copied recently, and its location for attributes.
     struct Recent {
         std::string_view text;
         ORVXmlTextPlace place;
     };
-    std::unique_ptr<Recent[]> recent_;  // by hash, forgotten when the tree is complete
+    std::unique_ptr<Recent[]> recent_;  // indexed by hash; freed when the tree is complete
     ORVXmlTexts texts_;
     const ORVXmlNode* firstNode_ = nullptr;
     const ORVXmlNode* root_ = nullptr;

@@ -13,7 +13,7 @@
 
 namespace {
 
-// A buffer that one long text has blown up is not kept for the short ones to come.
+// A buffer that has grown beyond this size for one long text is freed.
 constexpr std::size_t kLargestKeptBuffer = std::size_t{64} << 10U;
 
 void Clear(std::string& buffer) {
@@ -23,7 +23,7 @@ void Clear(std::string& buffer) {
         buffer.clear();
 }
 
-// Trees let go of their storage without looking at what is in it.
+// Trees free their memory without destroying the objects in it.
 static_assert(std::is_trivially_destructible_v<ORVXmlNode> &&
               std::is_trivially_destructible_v<ORVXmlTextPlace>);
 
@@ -125,7 +125,7 @@ ORVXmlTreeBuilder::KeptAttribute ORVXmlTreeBuilder::Keep(const ORVXmlAttribute& 
                              tree_->KeepPlace(attribute.value)};
     };
     if (isWritten) return copy();
-    // One long default value must not be stored once an element, and belongs to none of them.
+    // A long default value must be stored only once, and no element may free it.
     const auto [found, isNew] = supplied_.try_emplace(attribute.value.data());
     if (isNew) {
         found->second = copy();
@@ -175,7 +175,7 @@ void ORVXmlTreeBuilder::FlushText() {
     Clear(run_);
     AppendDataNode(ORVXmlNode::Kind::kText, data);
 
-    // An element with a single text shares it; only from the second one on they have to be joined.
+    // An element with a single text node shares its text; only several have to be joined.
     Level& level = levels_[depth_];
     if (!level.node) return;
     if (level.text.empty() && level.firstText.length == 0) {
@@ -199,7 +199,7 @@ void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
     std::vector<std::int8_t> numbers;
     std::vector<ORVXmlAttribute> attributes;
     const auto open = [&](const ORVXmlNode& node) {
-        // The known ones come first, in the order of their numbers.
+        // Known attributes come first, in order of their numbers.
         numbers.assign(node.attributeCount, -1);
         std::size_t next = 0;
         for (std::uint64_t known = node.known; known != 0; known &= known - 1)
@@ -210,7 +210,7 @@ void ORVXmlTreeBuilder::CopyElement(const ORVXmlNode& source) {
         levels_[depth_].text = node.GetText();
     };
 
-    std::vector<const ORVXmlNode*> ancestors;  // where the walk goes on when a level is through
+    std::vector<const ORVXmlNode*> ancestors;  // where to continue after each level
     const ORVXmlNode* node = &source;
     open(*node);
     const ORVXmlNode* next = node->firstChild;
@@ -234,7 +234,7 @@ bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape sh
     tree = nullptr;
     error = ORVXmlError();
     try {
-        // Only the parser counts lines.
+        // Only the general parser counts lines.
         if (!places) {
             ORVXmlTreeBuilder plain(shape, source);
             if (ReadPlainDocument(source.bytes, encoding, plain)) {

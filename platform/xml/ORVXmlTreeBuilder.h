@@ -12,29 +12,29 @@
 #include "platform/xml/xml_events.h"
 #include "platform/xml/xml_reader.h"
 
-/// Which nodes a tree keeps.
+/// Which nodes a tree contains.
 enum class XmlTreeShape {
     kElements,  ///< elements only
-    kAllNodes   ///< elements, texts and comments, also those beside the root
+    kAllNodes   ///< elements, texts and comments, including those outside the root
 };
 
-/// A document's bytes, and how long they stay.
+/// A document's bytes and their lifetime.
 struct XmlSource {
     std::string_view bytes;
-    /// True when the bytes outlive every tree that is made of them; trees then refer to them.
+    /// True when the bytes outlive every tree made from them, so that trees may refer to them.
     bool staysInPlace = false;
-    /// What keeps them in place as long as a tree needs them; null when the caller does.
+    /// Owner of the bytes, shared by the trees; null when the caller keeps them valid.
     std::shared_ptr<const void> owner;
     ORVXmlReading reading = ORVXmlReading::kAny;
 };
 
-/// Builds a tree from events. Throws std::bad_alloc.
+/// Builds a tree from parser events. Functions throw std::bad_alloc.
 class ORVXmlTreeBuilder final : public XmlEventSink {
 public:
-    /// @param places  if not null, gets the place of every element, in document order
+    /// @param places  may be null; receives the position of every element, in document order
     explicit ORVXmlTreeBuilder(XmlTreeShape shape, ORVXmlReading reading = ORVXmlReading::kAny,
                                std::vector<ORVXmlPlace>* places = nullptr);
-    /// For events whose views may lie in the source.
+    /// For events whose views may point into the source.
     ORVXmlTreeBuilder(XmlTreeShape shape, const XmlSource& source);
 
     void StartElement(const XmlStartTag& tag) override;
@@ -42,31 +42,31 @@ public:
     void Text(std::string_view piece) override;
     void Comment(std::string_view data) override;
 
-    /// Closes what is still open, so that a document that breaks off leaves what was read of it, and hands
-    /// the tree over. The builder cannot be used again.
+    /// Closes all open elements, so that a document with an error yields what was read before it, and returns
+    /// the tree. The builder cannot be used again.
     ORVRef<const ORVXmlTree> Finish();
 
-    /// Adds a copy of an element and of the elements below it.
+    /// Appends a copy of an element and its descendant elements.
     void CopyElement(const ORVXmlNode& source);
 
 private:
-    // An element whose end has not come yet, or the document itself.
+    // An open element, or the document itself.
     struct Level {
         ORVXmlNode* node = nullptr;  // null for the document
         ORVXmlNode* lastChild = nullptr;
         std::string text;           // the element's own text so far
-        ORVXmlTextPlace firstText;  // its first text node, while that is all its text
+        ORVXmlTextPlace firstText;  // its first text node, as long as it is the only one
     };
 
     struct KeptAttribute {
         ORVXmlTextPlace name, value;
     };
 
-    /// Whether an element that begins now lies in an "svg" element.
+    /// Whether an element that starts now is inside an "svg" element.
     bool IsInDrawing() const;
-    /// @param places  of texts that its attributes have
+    /// @param places  number of text locations needed for its attributes
     ORVXmlNode& AppendNode(std::size_t places = 0);
-    /// Texts of an attribute that live as long as the tree.
+    /// Returns the attribute with texts that live as long as the tree.
     /// @param isWritten  false when the document type supplied it
     KeptAttribute Keep(const ORVXmlAttribute& attribute, bool isKnown, bool isWritten);
     void AppendDataNode(ORVXmlNode::Kind kind, ORVXmlTextPlace data);
@@ -76,16 +76,16 @@ private:
     const XmlTreeShape shape_;
     std::vector<ORVXmlPlace>* const places_;
     ORVRef<ORVXmlTree> tree_;
-    std::vector<Level> levels_;  // used up to depth_; the rest keeps its storage for the next elements
+    std::vector<Level> levels_;  // used up to depth_; the others keep their memory for reuse
     std::size_t depth_ = 0;
-    std::string run_;                                          // the text node that is being read
-    std::unordered_map<const char*, KeptAttribute> supplied_;  // of the document type, by address
+    std::string run_;                                          // text node being read
+    std::unordered_map<const char*, KeptAttribute> supplied_;  // values from the document type, by address
 };
 
-/// Reads a document into a tree. Nothing is thrown.
-/// @param tree   out: the document, or what was read of it before the error; null only when out of memory
-/// @param error  out: what is wrong with the document; its message is empty when it is well formed
-/// @param places  out, if not null: the place of every element, in document order
+/// Reads a document into a tree. Throws nothing.
+/// @param tree   out: the document, or what was read before the error; null only when out of memory
+/// @param error  out: the error; its message is empty when the document is well formed
+/// @param places  out, may be null: the position of every element, in document order
 /// @return true when the document is well formed
 [[nodiscard]] bool BuildXmlTree(const XmlSource& source, XmlEncoding encoding, XmlTreeShape shape,
                                 ORVRef<const ORVXmlTree>& tree, ORVXmlError& error,

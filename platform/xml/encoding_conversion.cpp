@@ -10,7 +10,7 @@ namespace {
 const iconv_t kNoConverter = reinterpret_cast<iconv_t>(-1);
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 
-// What follows a "/" in a converter's name asks for transliteration; a document has no say in that.
+// A "/" in an encoding name starts iconv options such as transliteration, which documents must not set.
 bool IsPlainName(const std::string& name) { return !name.empty() && name.find('/') == std::string::npos; }
 
 }  // namespace
@@ -27,11 +27,10 @@ bool EncodingConversion::IsKnown() const { return converter_ != kNoConverter; }
 bool EncodingConversion::ConvertToUtf8(std::string_view bytes, std::string& text) {
     iconv(converter_, nullptr, nullptr, nullptr, nullptr);
     text.clear();
-    char* in = const_cast<char*>(bytes.data());  // iconv does not write there
+    char* in = const_cast<char*>(bytes.data());  // iconv does not write to it
     std::size_t inLeft = bytes.size();
     std::size_t used = 0;
-    bool flushing =
-        false;  // a stateful encoding may hold a character back until it is told that no more comes
+    bool flushing = false;  // a stateful encoding may hold back a character until flushed
     while (true) {
         text.resize(std::max(text.size(), used + inLeft + inLeft / 2 + 64));
         char* out = text.data() + used;

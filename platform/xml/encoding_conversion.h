@@ -7,23 +7,24 @@
 #include <string>
 #include <string_view>
 
-/// Converts documents from an encoding of the system's tables to UTF-8.
+/// Converts documents to UTF-8 from an encoding supported by iconv.
 class EncodingConversion {
 public:
-    /// @param encoding  its name as a document declares it
+    /// @param encoding  name as declared by the document
     explicit EncodingConversion(const std::string& encoding);
     ~EncodingConversion();
     EncodingConversion(const EncodingConversion&) = delete;
     EncodingConversion& operator=(const EncodingConversion&) = delete;
 
-    /// False when the system has no such encoding; nothing can then be converted.
+    /// False when the system does not support the encoding; nothing can be converted then.
     bool IsKnown() const;
 
-    /// @param text  out: UTF-8, up to the first bytes that are no character. Throws std::bad_alloc.
+    /// Converts bytes. Throws std::bad_alloc.
+    /// @param text  out: UTF-8, up to the first invalid bytes
     /// @return true when all of `bytes` were converted
     [[nodiscard]] bool ConvertToUtf8(std::string_view bytes, std::string& text);
 
-    /// Number of source bytes that make up the first `utf8Bytes` bytes of their conversion.
+    /// Number of source bytes that convert to the first `utf8Bytes` bytes of UTF-8.
     std::uint64_t FindSourceOffset(std::string_view bytes, std::uint64_t utf8Bytes);
 
 private:

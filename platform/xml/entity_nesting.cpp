@@ -5,7 +5,7 @@
 #include <utility>
 
 void EntityNesting::Declare(std::string_view name, std::string_view value) {
-    // Of several declarations the parser reports the first, which counts.
+    // Of several declarations the first one counts; it is also the one that the parser reports first.
     numbers_.try_emplace(std::string(name), entities_.size());
     Entity& entity = entities_.emplace_back();
     for (std::size_t start = value.find('&'); start != value.npos; start = value.find('&', start)) {
@@ -18,11 +18,12 @@ void EntityNesting::Declare(std::string_view name, std::string_view value) {
 
 bool EntityNesting::IsDeeperThan(std::size_t limit) const {
     enum : std::size_t { kUnseen = 0 };
-    std::vector<std::size_t> heights(entities_.size(), kUnseen);  // nesting below and with the entity
+    std::vector<std::size_t> heights(entities_.size(), kUnseen);  // nesting depth of each entity, itself
+                                                                  // included
     struct Step {
         std::size_t entity;
-        std::size_t next;    // index of the reference to look at
-        std::size_t height;  // so far
+        std::size_t next;    // index of the next reference to visit
+        std::size_t height;  // depth so far
     };
     std::vector<Step> path;
     std::vector<bool> onPath(entities_.size(), false);

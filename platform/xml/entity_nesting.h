@@ -7,14 +7,14 @@
 #include <unordered_map>
 #include <vector>
 
-/// The general entities of a document type and which of them refer to which. Throws std::bad_alloc.
+/// The general entities of a document type and the references between them. Functions throw std::bad_alloc.
 class EntityNesting {
 public:
-    /// Adds an entity; `value` is its replacement text, with the references to other entities in it.
+    /// Adds an entity. @param value  its replacement text, with references to other entities
     void Declare(std::string_view name, std::string_view value);
 
-    /// True when an entity contains one that contains one, and so on, more than `limit` entities deep.
-    /// References to an entity that is being looked at already are left to the parser, which forbids them.
+    /// True when entities are nested more than `limit` deep. Recursive references are ignored, because the
+    /// parser rejects them.
     bool IsDeeperThan(std::size_t limit) const;
 
 private:

@@ -15,12 +15,13 @@
 
 namespace {
 
-// Elements with more attributes of unknown names are left to the parser that can tell many apart.
+// Elements with more unknown attributes are left to the general parser, which checks for duplicates
+// efficiently.
 constexpr std::size_t kMostUnknownAttributes = 16;
-// From this length on, a value is looked through by the system's vector routines.
+// Values of at least this length are scanned with the C library's vectorised functions.
 constexpr std::size_t kLongValue = 48;
 
-/// One pass over a document. Each reader of a part returns false when the document is not plain.
+/// Parses a document in one pass. Member functions return false when the document is not plain.
 class PlainReading {
 public:
     PlainReading(std::string_view bytes, XmlEventSink& sink)
@@ -68,12 +69,12 @@ private:
         const char* const start = p_;
         if (p_ == end_ || !IsXml(*p_, kXmlNameStart)) return false;
         while (p_ != end_ && IsXml(*p_, kXmlNameFurther)) ++p_;
-        // Names may hold other characters than those of ASCII; which, the parser knows.
+        // Names with non-ASCII characters are left to the general parser.
         if (p_ != end_ && static_cast<unsigned char>(*p_) >= 0x80) return false;
         name = {start, static_cast<std::size_t>(p_ - start)};
         return true;
     }
-    /// What stands before `mark`, which is skipped.
+    /// Takes everything up to `mark`, and skips the mark.
     bool TakeUntil(std::string_view mark, std::string_view& content) {
         const std::size_t length = Rest().find(mark);
         if (length == std::string_view::npos) return false;
@@ -87,8 +88,8 @@ private:
         return TakeUntil({quote, 1}, content);
     }
 
-    /// The name of an attribute that is known, with an "=" right behind it, which is skipped.
-    /// @return the name's number, -1 when another name stands there, or one that is written otherwise
+    /// Takes the name of a known attribute and the "=" immediately after it.
+    /// @return the name's number; -1 for any other name or spacing
     std::int8_t TakeKnownName(std::string_view& name) {
         if (!kReadsXmlWords || end_ - p_ < 16) return -1;
         ORVShortName word{LoadXmlWord(p_), 0};
@@ -124,7 +125,7 @@ private:
     bool ReadEndTag();
     bool ReadEpilogue();
 
-    /// The same with every line break as a line feed. The result lives until the next call.
+    /// Replaces all line breaks by line feeds. The result is valid until the next call.
     std::string_view WithPlainBreaks(std::string_view text);
 
     const char* p_;
@@ -134,13 +135,13 @@ private:
     std::vector<std::string_view> open_;
     std::vector<ORVXmlAttribute> attributes_;
     std::vector<std::int8_t> numbers_;
-    std::deque<std::string> changed_;  // values that differ from what is written, of one tag
+    std::deque<std::string> changed_;  // normalised attribute values of the current tag
     std::size_t changedCount_ = 0;
     std::string text_;
 };
 
 bool PlainReading::ReadDeclaration() {
-    // Its parts come in this order, the version always.
+    // The pseudo-attributes have a fixed order; the version is required.
     p_ += 5;
     std::string_view value;
     const auto part = [&](std::string_view name) {
@@ -182,7 +183,7 @@ bool PlainReading::ReadDocumentType() {
     return TakeOne('>');
 }
 
-/// A comment or a processing instruction.
+/// Reads a comment or a processing instruction.
 bool PlainReading::ReadMarkup() {
     std::string_view content;
     if (Take("<!--")) {
@@ -192,7 +193,7 @@ bool PlainReading::ReadMarkup() {
     }
     std::string_view target;
     if (!Take("<?") || !TakeName(target)) return false;
-    // Reserved, in any case of letters.
+    // "xml" in any case is reserved.
     if (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' &&
         (target[2] | 0x20) == 'l')
         return false;
@@ -224,7 +225,7 @@ bool PlainReading::ReadStartTag() {
             SkipSpace();
         }
 
-        // No name may come twice.
+        // Attribute names must be unique.
         if (number >= 0) {
             const std::uint64_t bit = std::uint64_t{1} << static_cast<unsigned>(number);
             if ((known & bit) != 0) return false;
@@ -248,7 +249,7 @@ bool PlainReading::ReadStartTag() {
     return true;
 }
 
-/// True when a value stands in the document as it is reported: nothing in it has to be replaced.
+/// True when a value needs no normalisation.
 bool IsReportedAsWritten(std::string_view value) {
     for (const char c : {'&', '<', '\n', '\r', '\t'})
         if (std::memchr(value.data(), c, value.size()) != nullptr) return false;
@@ -259,7 +260,7 @@ bool PlainReading::ReadValue(std::string_view& value) {
     if (p_ == end_ || (*p_ != '"' && *p_ != '\'')) return false;
     const char quote = *p_++;
     const char* const start = p_;
-    // Most values are short and hold nothing special.
+    // Most values are short and contain nothing special.
     const char* const look = end_ - p_ > static_cast<std::ptrdiff_t>(kLongValue) ? p_ + kLongValue : end_;
     if constexpr (kReadsXmlWords) {
         for (const std::uint64_t quotes = kXmlEveryByte * static_cast<unsigned char>(quote); look - p_ >= 8;
@@ -306,7 +307,7 @@ bool PlainReading::ReadValue(std::string_view& value) {
     return true;
 }
 
-/// A reference to a character, or to a predefined entity.
+/// Reads a character reference or a reference to a predefined entity.
 bool PlainReading::ReadReference(std::string& text) {
     struct Entity {
         std::string_view name;
@@ -379,7 +380,7 @@ bool PlainReading::ReadText() {
                 sink_.Text(text_);
                 start = p_;
                 break;
-            default:  // a carriage return
+            default:  // carriage return
                 flush();
                 ++p_;
                 if (p_ == end_ || *p_ != '\n') sink_.Text("\n");

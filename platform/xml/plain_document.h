@@ -6,11 +6,10 @@
 #include "platform/xml/xml_events.h"
 #include "platform/xml/xml_reader.h"
 
-/// Reads a document in which nothing is out of the ordinary: UTF-8, ASCII names, no internal document type,
-/// no entities but the predefined ones. It is several times as fast as ReadXml, gives the same events, and
-/// refuses whatever it does not take for well formed; ReadXml has the last word on that.
-/// Attribute values and texts lie in `bytes` wherever they stand there as they are reported.
-/// @return true when the document was read to its end; false when it has to be read by ReadXml, with a sink
-///         that has seen none of the events
+/// Fast parser for plain documents: UTF-8, ASCII names, no internal document type, only predefined entities.
+/// It is several times as fast as ReadXml and reports the same events. It rejects everything that it cannot
+/// confirm to be well formed; ReadXml decides those cases. Attribute values and texts point into `bytes`
+/// where they need no normalisation.
+/// @return true when the whole document was read; false when ReadXml must read it, with a new sink
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ReadPlainDocument(std::string_view bytes, XmlEncoding encoding,
                                                          XmlEventSink& sink);

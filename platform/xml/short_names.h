@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
-/// A name of at most 15 characters in two words, its first character in the lowest byte, zero behind the
-/// last.
+/// A name of up to 15 characters packed into two words, the first character in the lowest byte, padded with
+/// zeros.
 struct ORVShortName {
     std::uint64_t first = 0, second = 0;
     bool operator==(const ORVShortName&) const = default;
 };
-/// Number of an attribute name, -1 when it is not among the known ones or longer than 15 characters.
+/// Index of an attribute name; -1 when it is not known or longer than 15 characters.
 std::int8_t FindAttributeName(const ORVShortName& name);

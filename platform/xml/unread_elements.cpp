@@ -8,14 +8,14 @@ namespace orvprint {
 namespace {
 
 constexpr std::array<std::string_view, 20> kNames{
-    // what standard SVG draws
+    // rendered by standard SVG
     "style", "linearGradient", "radialGradient", "tspan", "clipPath", "mask", "textPath", "switch", "filter",
-    // what it does not, or not always
+    // not, or not always, rendered by standard SVG
     "foreignObject", "tref", "flowRoot", "script", "animate", "animateTransform", "animateMotion", "set",
     "font", "meshgradient", "video"};
 static_assert(kStandardElements == (1U << 9U) - 1U && kNames[8] == "filter");
 
-/// Parts of the ones above, and what is said about a drawing.
+/// Children of the elements above, and descriptive elements.
 constexpr std::array<std::string_view, 12> kSilent{"stop",      "metadata",   "view",     "mpath",
                                                    "font-face", "flowRegion", "flowPara", "glyph",
                                                    "meshrow",   "meshpatch",  "cursor",   "missing-glyph"};
@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 12> kSilent{"stop",      "metadata",   "v
 }  // namespace
 
 std::uint32_t BitOfUnreadElement(std::string_view name) {
-    // Elements of editors and of descriptions have prefixes; filters have primitives.
+    // Elements of editors and metadata have a namespace prefix; filter primitives start with "fe".
     if (name.starts_with("fe") || name.find(':') != std::string_view::npos) return 0;
     const auto found = std::find(kNames.begin(), kNames.end(), name);
     if (found != kNames.end()) return 1U << static_cast<unsigned>(found - kNames.begin());

@@ -8,18 +8,18 @@
 
 namespace orvprint {
 
-// Elements of drawings that ORVXmlTree::GetUnreadElements tells of: those that show something, but whose
-// names are not among the ones that drawings are read by (vocabulary.h). Each has a bit, in the order in
-// which they matter.
+// Elements reported by ORVXmlTree::GetUnreadElements: those that would be visible but whose names are not in
+// the vocabulary (vocabulary.h). Each has a bit, in order of importance.
 
-/// Elements whose names stand for what standard SVG draws and the vocabulary lacks, as a set of bits.
+/// Bits of the elements that standard SVG renders and the vocabulary lacks.
 inline constexpr std::uint32_t kStandardElements = (1U << 9U) - 1U;
-/// Elements of other names.
+/// Bit of all other elements.
 inline constexpr std::uint32_t kOtherElements = 1U << 31U;
 
-/// The bit of an unknown element; 0 for what shows nothing by itself, or belongs to another vocabulary.
+/// Bit of an element whose name is not in the vocabulary; 0 if it is invisible by itself or belongs to
+/// another XML vocabulary.
 ORV_PLATFORM_EXPORT std::uint32_t BitOfUnreadElement(std::string_view name);
-/// The name for a bit's place, from 0; empty where there is none.
+/// Element name of a bit. @param place  index of the bit, from 0 @return empty when there is none
 ORV_PLATFORM_EXPORT std::string_view NameOfUnreadElement(unsigned int place);
 
 }  // namespace orvprint

@@ -77,8 +77,8 @@ static_assert(kAttributeTexts[static_cast<std::size_t>(AttributeName::kY2)] == "
 
 constexpr std::size_t kSlots = 512;
 
-// Four characters and the length tell all known names apart; the multiplier is chosen so that their slots
-// differ as well.
+// Four characters and the length distinguish all known names. The multiplier is chosen so that their slots
+// differ, too.
 constexpr std::size_t SlotOf(std::string_view text, std::uint32_t multiplier) {
     const std::size_t n = text.size();
     std::uint32_t hash = static_cast<std::uint32_t>(n);
@@ -87,7 +87,7 @@ constexpr std::size_t SlotOf(std::string_view text, std::uint32_t multiplier) {
     return (hash >> 16U) % kSlots;
 }
 
-// A perfect hash table: every name has a slot of its own, so that a look-up is one comparison.
+// Perfect hash table: each name has its own slot, so that a look-up needs one comparison.
 struct NameTable {
     std::uint32_t multiplier = 0;
     std::array<std::uint8_t, kSlots> slots{};  // index of the name plus 1; 0 is a free slot
@@ -110,7 +110,7 @@ struct NameTable {
         while (!Fill(texts)) multiplier += 0x9E3778U;
     }
 
-    // Index of `text` in `texts`, N when it is not there.
+    // Index of `text` in `texts`; N when it is not found.
     template <std::size_t N>
     std::size_t Find(const std::array<std::string_view, N>& texts, std::string_view text) const {
         if (text.empty()) return N;
@@ -130,12 +130,12 @@ constexpr ORVShortName MakeShortName(std::string_view text) {
     return name;
 }
 
-// Another perfect hash table, for names that come as two words.
+// Perfect hash table for names packed into two words.
 struct ShortNameTable {
     static constexpr unsigned kSlotBits = 10;
     std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
     std::array<std::uint8_t, std::size_t{1} << kSlotBits> slots{};  // index of the name plus 1; 0 is free
-    std::array<ORVShortName, kAttributeTexts.size()> names{};       // empty for a long one
+    std::array<ORVShortName, kAttributeTexts.size()> names{};       // zeros for names that are too long
 
     constexpr std::size_t SlotOf(const ORVShortName& name) const {
         return static_cast<std::size_t>((name.first ^ name.second * 31U) * multiplier >> (64U - kSlotBits));

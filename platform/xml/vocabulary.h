@@ -10,10 +10,10 @@
 
 namespace orvprint {
 
-// The element and attribute names that drawings are read by. A document's names are numbered once, when it
-// is parsed; from then on a name is compared as a number, and an element's attributes are a set of bits.
+// The element and attribute names known to the interpreters of drawings. The parser converts names to numbers
+// once; afterwards names are compared as numbers, and an element's attributes are a bit set.
 
-/// Known element names; kUnknown stands for every other one, and for nodes that are no elements.
+/// Known element names. kUnknown means any other name, or a node that is not an element.
 enum class ElementName : std::uint8_t {
     kUnknown,
     kA,
@@ -37,7 +37,7 @@ enum class ElementName : std::uint8_t {
     kUse
 };
 
-/// Known attribute names. kCount is no name, but their number: at most 64, so that a set of them is one word.
+/// Known attribute names. kCount is their number, at most 64 so that a set fits into one word.
 enum class AttributeName : std::uint8_t {
     kAlignmentBaseline,
     kColor,
@@ -101,14 +101,14 @@ enum class AttributeName : std::uint8_t {
 };
 static_assert(static_cast<int>(AttributeName::kCount) <= 64);
 
-/// Number of an element name. Exact: case counts, a prefix is part of the name.
+/// Number of an element name. The comparison is case-sensitive and includes the prefix.
 ORV_PLATFORM_EXPORT ElementName FindElementName(std::string_view text);
-/// Number of an attribute name, nothing when it is not among the known ones. Exact, as for elements.
+/// Number of an attribute name, compared likewise; nullopt when it is not known.
 ORV_PLATFORM_EXPORT std::optional<AttributeName> FindAttributeName(std::string_view text);
 
-/// The name as documents write it; empty for kUnknown. The text lives as long as the program.
+/// The name as written in documents; empty for kUnknown. Static storage.
 ORV_PLATFORM_EXPORT std::string_view GetNameText(ElementName name);
-/// The same for an attribute.
+/// The name of an attribute, likewise.
 ORV_PLATFORM_EXPORT std::string_view GetNameText(AttributeName name);
 
 }  // namespace orvprint

@@ -7,10 +7,10 @@
 
 namespace {
 
-/// What a stretch of bytes holds, as sums that the compiler makes of many bytes at once.
+/// Properties of a range of bytes, accumulated in a form that the compiler can vectorise.
 struct ByteSums {
-    std::uint8_t all = 0;      // every bit of every byte
-    std::uint8_t refused = 0;  // 1 for a control character that documents may not hold
+    std::uint8_t all = 0;      // OR of all bytes
+    std::uint8_t refused = 0;  // 1 if there is a control character that is not allowed in documents
 
     void Add(char c) {
         const auto byte = static_cast<std::uint8_t>(c);
@@ -27,7 +27,7 @@ bool AreXmlCharacters(std::string_view bytes) {
     ByteSums sums;
     std::size_t i = 0;
     for (; i + kStretch <= bytes.size(); i += kStretch) {
-        ByteSums own;  // of its own, so that it stays in registers
+        ByteSums own;  // a local copy, which can stay in registers
         for (std::size_t k = 0; k < kStretch; ++k) own.Add(bytes[i + k]);
         if (own.refused != 0) return false;
         sums.all |= own.all;
@@ -36,7 +36,7 @@ bool AreXmlCharacters(std::string_view bytes) {
     if (sums.refused != 0) return false;
     if (sums.all < 0x80) return true;
     if (!ORVIsWellFormedUTF8(bytes)) return false;
-    // U+FFFE and U+FFFF are UTF-8, but no characters.
+    // U+FFFE and U+FFFF are valid UTF-8 but not allowed.
     return bytes.find("\xEF\xBF\xBE") == bytes.npos && bytes.find("\xEF\xBF\xBF") == bytes.npos;
 }
 

@@ -8,13 +8,13 @@
 #include <string>
 #include <string_view>
 
-/// What a byte is good for where documents are scanned, as bits.
+/// Character classes used by the XML parsers, as bits.
 enum XmlCharacterClass : std::uint8_t {
     kXmlNameStart = 1,
     kXmlNameFurther = 2,
     kXmlSpace = 4,
-    kXmlEndsText = 8,    // "<", "&", "]" and carriage returns
-    kXmlEndsValue = 16,  // quotes, "<", "&" and white space that becomes a space
+    kXmlEndsText = 8,    // "<", "&", "]" and carriage return
+    kXmlEndsValue = 16,  // quotes, "<", "&", and white space that is normalised to a space
     kXmlInPublicId = 32
 };
 
@@ -39,11 +39,11 @@ constexpr std::array<std::uint8_t, 256> MakeXmlClasses() {
 
 inline constexpr std::array<std::uint8_t, 256> kXmlClasses = MakeXmlClasses();
 
-/// Whether a byte is of any of these classes. Bytes of 0x80 and more are of none.
+/// Whether a byte belongs to any of these classes. Bytes from 0x80 on belong to none.
 inline bool IsXml(char c, int bits) { return (kXmlClasses[static_cast<unsigned char>(c)] & bits) != 0; }
 
-// Eight bytes at a time, the first one lowest. The marks are the highest bits of bytes; the lowest of them is
-// where it should be, those above it may be wrong.
+// Scanning of eight bytes at once, the first in the lowest byte. Results mark bytes by their highest bits.
+// The lowest mark is exact; higher ones may be false.
 inline constexpr bool kReadsXmlWords = std::endian::native == std::endian::little;
 inline constexpr std::uint64_t kXmlEveryByte = 0x0101010101010101U, kXmlHighBits = kXmlEveryByte * 0x80;
 
@@ -59,9 +59,9 @@ inline std::uint64_t ControlXmlBytes(std::uint64_t word) {
     return (word - kXmlEveryByte * 0x20) & ~word & kXmlHighBits;
 }
 
-/// True when the bytes are UTF-8 of characters that documents may hold.
+/// True when the bytes are valid UTF-8 and all characters are allowed in XML documents.
 bool AreXmlCharacters(std::string_view bytes);
-/// Whether a document may hold a character, as by a reference to its number.
+/// Whether a character is allowed in XML documents, also as a character reference.
 bool IsXmlCharacter(std::uint32_t c);
-/// Appends a character as UTF-8.
+/// Appends a character in UTF-8.
 void AppendUtf8(std::string& text, std::uint32_t character);

@@ -9,8 +9,8 @@
 #include "platform/xml/ORVXmlNode.h"
 #include "platform/xml/ORVXmlPlace.h"
 
-/// Tells where the reader stands. Costs nothing unless asked: the reader counts lines when it is
-/// asked, from the place of the question before.
+/// Reports the current position of the parser. Lines are counted only on request, starting from the previous
+/// request.
 class XmlLocator {
 public:
     virtual ORVXmlPlace Locate() const = 0;
@@ -23,22 +23,22 @@ protected:
 struct XmlStartTag {
     std::string_view name;
     std::span<const ORVXmlAttribute> attributes;
-    /// For each of them, the AttributeName, or -1 when the name is not known.
+    /// For each attribute, its AttributeName, or -1 when the name is not known.
     std::span<const std::int8_t> numbers;
-    /// The attributes from this one on were not written but supplied from the document type. Their texts
-    /// stay in place until the document has been read; all other views are gone when the event is over.
+    /// Number of attributes that were written; the rest were supplied from the document type. Texts of the
+    /// latter stay valid until the document has been read; all other views are valid only during the event.
     std::size_t written;
-    const XmlLocator* locator = nullptr;  ///< where the tag stands; null for one that was not read
+    const XmlLocator* locator = nullptr;  ///< position of the tag; null when it was not read from a document
 };
 
-/// What a document consists of, in document order. A sink may throw std::bad_alloc, nothing else.
+/// Receives the content of a document in document order. Functions may throw std::bad_alloc and nothing else.
 class XmlEventSink {
 public:
     virtual void StartElement(const XmlStartTag& tag) = 0;
     virtual void EndElement() = 0;
-    /// Character data or CDATA; what stands together may come in many pieces.
+    /// Character data or CDATA. Contiguous text may be reported in several pieces.
     virtual void Text(std::string_view piece) = 0;
-    /// A comment outside the document type.
+    /// A comment outside the document type declaration.
     virtual void Comment(std::string_view data) = 0;
 
 protected:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/xml/xml_reader.h"
 
-// The header shows the bounds on entity expansion to those only who say that the library has entities.
+// expat.h declares the limits on entity expansion only if XML_DTD is defined.
 #define XML_DTD 1
 #include <expat.h>
 
@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::size_t kLargestEntityNesting = 1024;
 
-// A document may grow by its entities, and by the attributes that its type supplies, this far at least.
+// Growth by entities and default attributes that is always allowed.
 constexpr std::size_t kFreeAmplification = std::size_t{8} << 20U;
 
-// The parser counts bytes in an int, and what it has not finished when a piece ends is read again.
+// The parser counts bytes in an int, and rereads unfinished tokens at the end of a piece.
 constexpr std::size_t kLargestPiece = std::size_t{1} << 30U;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
@@ -38,10 +38,10 @@ public:
 
     bool Run(std::string_view bytes, const char* forcedEncoding, bool complete);
 
-    // The encoding that the document declares, when the parser does not know it; else empty.
+    // The declared encoding, if the parser does not support it; else empty.
     const std::string& GetForeignEncoding() const { return foreignEncoding_; }
 
-    // Ends the reading where the parser stands.
+    // Stops parsing at the current position.
     void Fail(const char* message) {
         if (stopped_) return;
         stopped_ = true;
@@ -49,7 +49,7 @@ public:
         XML_StopParser(parser_.get(), XML_FALSE);
     }
 
-    // Ends the reading: out of memory.
+    // Stops parsing because memory is exhausted.
     void EndForMemory() {
         stopped_ = memorySpent_ = true;
         XML_StopParser(parser_.get(), XML_FALSE);
@@ -60,7 +60,7 @@ private:
     void NoteError(const char* message);
     void SetHandlers();
 
-    // Calls `work` for an event, unless the reading has been stopped: the parser finishes what it has begun.
+    // Calls `work` for an event unless parsing has been stopped; the parser still delivers pending events.
     template <class Work>
     static void OnEvent(void* data, Work work) {
         auto& self = *static_cast<Reading*>(data);
@@ -68,7 +68,7 @@ private:
         try {
             work(self);
         } catch (const std::bad_alloc&) {
-            self.EndForMemory();  // nothing may be thrown through the parser
+            self.EndForMemory();  // exceptions must not propagate through the C parser
         }
     }
 
@@ -87,7 +87,7 @@ private:
         std::max<std::size_t>(ORVPrintLimits::Get(ORVPrintLimit::kEntityGrowth), 1);
     std::size_t depth_ = 0;
     std::size_t size_ = 0;           // of the document
-    std::size_t suppliedBytes_ = 0;  // of attributes from the document type, each time they were supplied
+    std::size_t suppliedBytes_ = 0;  // size of default attributes, counted each time they are supplied
     bool inDocumentType_ = false;
     bool stopped_ = false;
     bool memorySpent_ = false;
@@ -135,8 +135,8 @@ void Reading::StartElement(const char* name, const char** pairs) {
 void Reading::EndElement() {
     sink_.EndElement();
     if (--depth_ > 0) return;
-    // White space behind the root is the only thing left that has no handler of its own, but for processing
-    // instructions, which begin with a "<".
+    // The default handler receives only white space after the root and processing instructions, which start
+    // with "<"; all else has its own handler.
     XML_SetDefaultHandlerExpand(parser_.get(), [](void* data, const char* text, int length) {
         OnEvent(data, [&](Reading& self) {
             const std::string_view piece(text, static_cast<std::size_t>(length));
@@ -186,18 +186,18 @@ void Reading::SetHandlers() {
         parser,
         [](void* data, const char* name, XML_Encoding*) -> int {
             OnEvent(data, [&](Reading& self) { self.foreignEncoding_ = name; });
-            return XML_STATUS_ERROR;  // the document is converted and read again
+            return XML_STATUS_ERROR;  // the document will be converted and parsed again
         },
         this);
 
-    // Without a handler for external entities none is ever loaded; this is about the internal ones, which may
-    // hold declarations of default attributes.
+    // External entities are never loaded, because there is no handler for them. This enables internal
+    // parameter entities, which may declare default attributes.
     XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
     XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, static_cast<float>(largestGrowth_));
     XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, kFreeAmplification);
 }
 
-// A document that is not `complete` is read as far as it goes; its end is not an error.
+// If the document is not `complete`, it is parsed as far as possible and its end is not an error.
 bool Reading::Run(std::string_view bytes, const char* forcedEncoding, bool complete) {
     parser_.reset(XML_ParserCreate(forcedEncoding));
     if (!parser_) throw std::bad_alloc();
@@ -221,7 +221,7 @@ bool Reading::Run(std::string_view bytes, const char* forcedEncoding, bool compl
     return true;
 }
 
-// Puts an error behind the last character of `text`.
+// Sets the position of an error to the end of `text`.
 void PlaceAtEnd(std::string_view text, ORVXmlError& error) {
     const std::string_view lastLine = text.substr(text.rfind('\n') + 1);  // all of it when there is no break
     error.line = 1 + static_cast<std::uint64_t>(std::count(text.begin(), text.end(), '\n'));
@@ -230,14 +230,14 @@ void PlaceAtEnd(std::string_view text, ORVXmlError& error) {
     error.offset = text.size();
 }
 
-// The parser knows a handful of encodings. A document in any other one is read up to its declaration, which
-// yields no event, converted, and read again.
+// The parser supports a few encodings. A document in any other encoding is parsed up to its declaration,
+// which causes no event, then converted and parsed again.
 bool ReadConverted(std::string_view bytes, const std::string& encoding, XmlEventSink& sink,
                    ORVXmlError& error) {
     if (bytes.starts_with(kUtf8Mark)) return Reading(sink, error).Run(bytes, "UTF-8", true);
 
     EncodingConversion conversion(encoding);
-    if (!conversion.IsKnown()) return false;  // the first reading has said so
+    if (!conversion.IsKnown()) return false;  // already reported by the first pass
     error = ORVXmlError();
     std::string text;
     const bool convertible = conversion.ConvertToUtf8(bytes, text);

@@ -7,14 +7,14 @@
 #include "platform/xml/xml_events.h"
 
 enum class XmlEncoding {
-    kDeclared,  ///< what the document declares, else what its first bytes show, else UTF-8
-    kUtf8       ///< UTF-8, whatever the document declares
+    kDeclared,  ///< the declared encoding, else the one detected from the first bytes, else UTF-8
+    kUtf8       ///< UTF-8, ignoring the declaration
 };
 
-/// Reads a document and reports its events until it ends or is not well formed. Nothing but `bytes` is ever
-/// looked at: no external entity, no external document type. How deep elements may be nested, and how far
-/// entities and attributes that the document type supplies may blow the document up, say the limits of the
-/// process; what exceeds them counts as not well formed.
-/// @return true when the document is well formed; else `error` says what is wrong and where
+/// Parses a document and reports its events until its end or the first error. Reads only `bytes`: no external
+/// entities or document types. The nesting depth of elements, and the growth by entities and default
+/// attributes, are limited by ORVPrintLimits; exceeding a limit is reported like a document that is not well
+/// formed.
+/// @return true when the document is well formed; otherwise `error` contains the error and its position
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ReadXml(std::string_view bytes, XmlEncoding encoding,
                                                XmlEventSink& sink, ORVXmlError& error);

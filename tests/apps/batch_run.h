@@ -16,11 +16,11 @@
 #include "tests/apps/tool_run.h"
 #include "tests/support/test_texts.h"
 
-// What tests of batches run the command with.
+// Shared helpers of the batch tests.
 
 using Clock = std::chrono::steady_clock;
 
-// Only there to end a test that would wait for ever.
+// Only ends a test that would otherwise wait forever.
 inline Clock::time_point Deadline() { return Clock::now() + std::chrono::seconds(60); }
 inline void Breathe() { std::this_thread::sleep_for(std::chrono::milliseconds(2)); }
 
@@ -33,7 +33,7 @@ protected:
         WriteFile("bad.svg", "<svg width='9' height='9'>\n <g></svg>");
     }
 
-    /// Names in a folder, hidden ones too, sorted.
+    /// Sorted names of the files in a folder, including hidden ones.
     std::vector<std::string> FilesIn(const std::string& folder) const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(Folder() / folder))
@@ -47,7 +47,7 @@ protected:
         return StartProgram(arguments);
     }
 
-    /// Opens a named pipe for writing as soon as the command reads it.
+    /// Opens a named pipe for writing as soon as the command reads from it.
     int OpenForTool(const std::string& name) const {
         const std::string path = Folder() / name;
         for (const auto deadline = Deadline(); Clock::now() < deadline; Breathe())

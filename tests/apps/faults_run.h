@@ -18,11 +18,11 @@
 #include "tests/apps/tool_run.h"
 #include "tests/support/scoped_environment.h"
 
-// What tests of a failing system run the command with.
+// Shared helpers of the tests of system failures.
 
 inline constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 
-/// A drawing whose output has more than a hundred kilobytes in every format, so that no pipe takes it whole.
+/// A drawing whose output exceeds a hundred kilobytes in every format, more than a pipe can buffer.
 inline std::string LargeDrawing() {
     std::string points;
     for (unsigned int i = 0; i < 20'000; ++i)
@@ -43,7 +43,7 @@ protected:
         std::filesystem::create_directories(Folder() / "out");
     }
 
-    /// Names and contents of all files in a folder and below, hidden ones too.
+    /// Names and contents of all files in a folder and its subfolders, including hidden ones.
     std::map<std::string, std::string> FilesIn(const std::string& folder) const {
         std::map<std::string, std::string> files;
         if (!Exists(folder)) return files;
@@ -58,7 +58,7 @@ protected:
         std::filesystem::remove_all(Folder() / "out");
         std::filesystem::create_directories(Folder() / "out");
     }
-    /// Runs a line of the shell; $0 in it is the command.
+    /// Runs a shell command line in which $0 is the orvprint command.
     ToolRun Shell(const std::string& line) const { return RunProgram({"bash", "-c", line, ORV_TOOL_PATH}); }
 
     RunningTool Start(std::vector<std::string> arguments) const {
@@ -67,10 +67,10 @@ protected:
     }
 
 private:
-    const ScopedEnvironment day_{"SOURCE_DATE_EPOCH", "0"};  // two runs give the same bytes
+    const ScopedEnvironment day_{"SOURCE_DATE_EPOCH", "0"};  // makes output reproducible
 };
 
-/// One line that begins so and holds that.
+/// Expects a single error line with this start and this part.
 inline void ExpectLine(const ToolRun& run, const std::string& start, const std::string& part) {
     EXPECT_THAT(run.errors, testing::StartsWith("orvprint: " + start));
     EXPECT_THAT(run.errors, testing::HasSubstr(part));
@@ -81,7 +81,8 @@ class WaitingTest : public FaultsTest {
 protected:
     WaitingTest() { EXPECT_EQ(mkfifo((Folder() / "waits.svg").c_str(), 0600), 0); }
 
-    /// Opens the input as soon as the command reads it. @return -1 when it ended and never did
+    /// Opens the input as soon as the command reads it.
+    /// @return -1 if the command ended without reading it
     int Open(const RunningTool& running) const {
         const std::string path = Folder() / "waits.svg";
         while (!HasEnded(running)) {
@@ -97,8 +98,8 @@ protected:
         close(descriptor);
     }
 
-    /// Runs a line of the shell with the shortest limit of time in which all is done that stands before the
-    /// drawing that waits: how much that takes depends on what else the machine does.
+    /// Runs a shell command line with the shortest time limit that suffices for everything before the drawing
+    /// that blocks; it depends on the load of the machine.
     struct Bounded {
         ToolRun run;
         std::string limit;

@@ -7,10 +7,10 @@
 #include <cerrno>
 #include <functional>
 
-/// The error number of a call that returned a negative result, else 0.
+/// The errno of a call that returned a negative result, else 0.
 inline int ErrorOf(long result) { return result < 0 ? errno : 0; }
 
-/// The result of an action, at most 255, in a process of its own.
+/// Runs an action in a child process and returns its result, at most 255.
 inline int InProcess(const std::function<int()>& action) {
     const pid_t process = fork();
     if (process == 0) _exit(action());

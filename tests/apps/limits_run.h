@@ -5,18 +5,18 @@
 
 #include "tests/apps/tool_run.h"
 
-// What tests of limits run the command with.
+// Shared helpers of the tests of limits.
 
 inline const std::string kLeaf = "<rect width='1' height='1' fill='red'/>";
 
-/// The command under limits of the system, so that a failure cannot take the machine with it.
+/// Runs the command under system limits, so that a failure cannot affect the machine.
 class BoundedToolTest : public ToolTest {
 protected:
-    /// Prints to `output` under a limit of the stack.
+    /// Prints to `output` with a limited stack, in KiB.
     ToolRun RunWithStack(const std::string& kibibytes, const std::string& arguments) const {
         return RunProgram({"bash", "-c", "ulimit -s " + kibibytes + "; '" ORV_TOOL_PATH "' " + arguments});
     }
-    /// Memory bounds what a failure could do to the machine.
+    /// Limits the memory, so that a failure cannot affect the machine.
     ToolRun RunBounded(const std::string& arguments) const {
 #if defined(ORV_SANITIZED)
         return RunProgram({"bash", "-c", "'" ORV_TOOL_PATH "' " + arguments});

@@ -11,13 +11,13 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// A picture's colours, averaged over the cells of a grid: fine enough to see what is missing or misplaced,
-/// coarse enough to forgive another program its way of smoothing edges.
+/// The colours of an image, averaged over the cells of a grid: fine enough to detect missing or misplaced
+/// content, coarse enough to tolerate different antialiasing.
 class Looks {
 public:
     static constexpr int kColumns = 100;
 
-    /// @param rows  0: as many as make square cells
+    /// @param rows  0 for square cells
     Looks(const std::string& path, int rows) : rows_(rows) {
         const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromFile(path, 0, 0));
         if (!image) return;
@@ -42,14 +42,14 @@ public:
     bool IsThere() const { return !cells_.empty(); }
     int GetRows() const { return rows_; }
 
-    /// Mean difference in levels of 255.
+    /// Mean difference, from 0 to 255.
     double DifferenceFrom(const Looks& other) const {
         double sum = 0.0;
         for (std::size_t i = 0; i < cells_.size(); ++i)
             for (std::size_t k = 0; k < 3; ++k) sum += std::fabs(cells_[i][k] - other.cells_[i][k]);
         return sum / (3.0 * static_cast<double>(cells_.size()));
     }
-    /// Share of cells that differ by more than `levels` in some colour.
+    /// Fraction of cells in which any colour differs by more than `levels`.
     double ShareApartFrom(const Looks& other, double levels) const {
         std::size_t apart = 0;
         for (std::size_t i = 0; i < cells_.size(); ++i) {

@@ -11,38 +11,38 @@
 
 #include "tests/support/scratch_folder.h"
 
-/// One run of the command.
+/// The result of running the command.
 struct ToolRun {
-    int exitCode = -1;  ///< -1 when a signal ended it
-    int signal = 0;     ///< that signal
+    int exitCode = -1;  ///< -1 if it was ended by a signal
+    int signal = 0;     ///< the signal that ended it, else 0
     std::string output, errors;
 };
 
-/// A command that runs beside the test.
+/// A command that runs in parallel with the test.
 struct RunningTool {
     pid_t pid = -1;
-    std::filesystem::path in, out, err;  ///< its standard streams
+    std::filesystem::path in, out, err;  ///< files with its standard streams
 };
 
-/// A folder of the test's own, in which the command runs.
+/// Runs the command in a temporary folder.
 class ToolTest : public testing::Test {
 protected:
-    /// Runs the command with these arguments.
+    /// Runs the command with arguments and standard input.
     ToolRun Run(const std::vector<std::string>& arguments, const std::string& input = {}) const;
-    /// Runs another program of the system.
+    /// Runs another program.
     ToolRun RunProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
 
-    /// The same in two steps. What was started must be waited for.
+    /// Starts a program without waiting. Every started program must be passed to WaitFor().
     RunningTool StartProgram(const std::vector<std::string>& command, const std::string& input = {}) const;
     static ToolRun WaitFor(const RunningTool& running);
-    /// For a child before it becomes a program: nohup and shells' background jobs ignore signals, which the
-    /// program would inherit, and a test that sends one wait for ever.
+    /// Resets signal handling in a child before exec: nohup and background jobs of shells ignore signals, the
+    /// program would inherit that, and a test that sends one would wait forever.
     static void TakeDefaultSignals();
 
     void WriteFile(const std::string& name, const std::string& content) const;
     std::string ReadFile(const std::string& name) const;
     bool Exists(const std::string& name) const { return std::filesystem::exists(Folder() / name); }
-    /// Names of all files in the folder, sorted.
+    /// Sorted names of all files in the folder.
     std::vector<std::string> Files() const;
     static std::string Example(const std::string& name);
 
@@ -52,5 +52,5 @@ private:
     ScratchFolder folder_;
 };
 
-/// A drawing of 90 x 45 user units around `content`.
+/// A drawing of 90 x 45 user units with the given content.
 std::string SmallDrawing(const std::string& content);

@@ -10,22 +10,22 @@
 
 #include "tests/support/scratch_folder.h"
 
-/// What a scheduler knows of a job.
+/// A job's attributes, as reported by the scheduler.
 struct JobFacts {
-    int state = 0;   ///< as IPP numbers them
-    int sheets = 0;  ///< that were counted
+    int state = 0;   ///< IPP job-state
+    int sheets = 0;  ///< sheets completed
     std::string name;
-    std::string reasons;   ///< of the state, with spaces between
-    std::string message;   ///< of the printer, when the job was printed
-    bool IsEnded() const;  ///< aborted, cancelled or completed, or stopped by a filter that failed
+    std::string reasons;   ///< the state reasons, separated by spaces
+    std::string message;   ///< printer state message at the time of printing
+    bool IsEnded() const;  ///< aborted, cancelled, completed, or stopped by a failed filter
 };
 
-/// A print system of the test's own: a scheduler in the foreground, which knows nobody else's configuration,
-/// spool or printers, and listens to a socket in its folder. It ends with the object, and with the process.
-/// Its printer "paper" takes PDF of A4 into a file.
+/// A print scheduler private to the test: it runs in the foreground with its own configuration, spool and
+/// printers, and listens on a socket in its folder. It ends with the object or the process. Its printer
+/// "paper" writes A4 PDF to a file.
 class PrivateScheduler {
 public:
-    /// Why there can be none here; empty if there can.
+    /// Why a scheduler cannot be run here; empty if it can.
     static std::string WhyNot();
 
     PrivateScheduler();
@@ -33,23 +33,23 @@ public:
     PrivateScheduler(const PrivateScheduler&) = delete;
     PrivateScheduler& operator=(const PrivateScheduler&) = delete;
 
-    /// Whether it answers and has its printer; what it said otherwise is in GetLog.
+    /// Whether it responds and has its printer; otherwise GetLog() has the reason.
     bool IsReady() const { return isReady_; }
     std::string GetLog() const;
 
-    /// Where "lp -h" finds it.
+    /// The address for "lp -h".
     std::string GetAddress() const { return PathOf("sock"); }
-    /// What the printer got last.
+    /// The printer's most recent output.
     std::filesystem::path GetOutput() const { return PathOf("out/page.pdf"); }
     std::filesystem::path GetSpool() const { return PathOf("spool"); }
     std::filesystem::path GetTemporaryFolder() const { return PathOf("spool/tmp"); }
 
-    /// The job as it is now.
+    /// The current attributes of a job.
     JobFacts GetJob(int job) const;
-    /// Asks until the job's state is one of those, for as long as such a thing may ever take.
+    /// Polls until the job has ended, up to a generous time limit.
     JobFacts WaitForEnd(int job) const;
     JobFacts WaitForState(int job, int state) const;
-    /// Whether processes of the filter run, or of the command behind it.
+    /// Whether processes of the filter or the command it runs exist.
     bool HasFilters() const;
 
 private:

@@ -32,12 +32,12 @@
 #include "tests/support/scratch_folder.h"
 #include "tests/support/test_texts.h"
 
-// Every request for memory is refused once, and once with all that follow.
+// Each allocation is refused once by itself, and once together with all that follow.
 
 using Refuses = FailingAllocator::Refuses;
 using Granted = FailingAllocator::Granted;
 
-/// What is being tried, for what ends the program.
+/// Description of the current trial, for the terminate handler.
 inline std::array<char, 256> trial{};
 
 [[noreturn]] inline void TellAndAbort() {
@@ -47,20 +47,20 @@ inline std::array<char, 256> trial{};
 
 inline bool TriesAll() { return std::getenv("ORV_FAULTS_ALL") != nullptr; }
 
-/// How many requests are refused where not all are.
+/// How many allocations are refused if not all of them are.
 struct Trials {
-    std::uint64_t first = 100;  ///< all of the first
-    std::uint64_t behind = 60;  ///< about so many of the others
+    std::uint64_t first = 100;  ///< every one of the first
+    std::uint64_t behind = 60;  ///< about this many of the others
 };
 
-/// Calls `attempt` with each request refused, until nothing is refused any more. The attempt runs with
-/// refusals, is judged by `judge` without them, and must leave no block behind.
-/// @param attempt  sets things up within Granted; an exception that it lets out is a failure
+/// Calls `attempt` repeatedly with each allocation refused in turn, until none is refused any more. The
+/// attempt runs with refusals, `judge` checks the result without them, and no memory may be leaked.
+/// @param attempt  does its setup within Granted; an exception that it throws is a failure
 /// @param judge    called after each attempt
 inline void WithEachRequestRefused(const std::string& name, const std::function<void()>& attempt,
                                    const std::function<void()>& judge, const Trials& plan = {}) {
     std::set_terminate(TellAndAbort);
-    // Some times, so that what is made on first use is there.
+    // Several times, so that everything created on first use exists.
     for (int i = 0; i < 3; ++i) {
         attempt();
         judge();
@@ -95,7 +95,7 @@ inline void WithEachRequestRefused(const std::string& name, const std::function<
             }
             ++trials;
             if (!isRefused) break;
-            // Then one of so many, that the suite stays quick.
+            // Beyond that, only some of them are tried, to keep the suite fast.
             if (!TriesAll() && request >= plan.first)
                 step = std::max<std::uint64_t>((requests - std::min(requests, plan.first)) / plan.behind, 1);
         }
@@ -122,7 +122,7 @@ inline constexpr std::array kReadRows{
     ReadRow{"DOMFragment", "QVXML", Source::kDOMElement, true},
 };
 
-/// A document as a host hands it over.
+/// A document in the form a host supplies it.
 class Input {
 public:
     explicit Input(const ReadRow& row)
@@ -160,7 +160,7 @@ private:
     ORVRef<ORVPrintInput> input_;
 };
 
-/// Notes all pages as text, and whether something was left out of the model.
+/// Records all pages as text, and whether anything was left out of the model.
 class Sketcher final : public ORVPrintModelInspector {
 public:
     void Inspect(const ORVPrtModel& model) override {
@@ -178,7 +178,7 @@ private:
     bool isMemorySpent_ = false;
 };
 
-/// What an interpreter has of its document.
+/// The model that an interpreter builds from its document.
 inline Sketcher Sketch(ORVPrintInterpreter& interpreter) {
     Sketcher sketcher;
     ORVPrintParameters parameters;
@@ -187,7 +187,7 @@ inline Sketcher Sketch(ORVPrintInterpreter& interpreter) {
     return sketcher;
 }
 
-/// Where two texts begin to differ.
+/// The position at which two texts start to differ.
 inline std::string DifferenceOf(const std::string& expected, const std::string& actual) {
     const auto at = static_cast<std::size_t>(
         std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end()).first -
@@ -197,7 +197,7 @@ inline std::string DifferenceOf(const std::string& expected, const std::string& 
            actual.substr(std::min(from, actual.size()), 160);
 }
 
-/// Names and contents of all files of a folder, hidden ones too.
+/// Names and contents of all files in a folder, including hidden ones.
 inline std::map<std::string, std::string> FilesOf(const std::filesystem::path& folder) {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(folder))

@@ -3,12 +3,12 @@
 
 #include <string>
 
-/// One of everything that allocates: every element, every kind of picture, texts longer than strings keep in
-/// place, two pages.
+/// A document with everything that allocates memory: all elements, all kinds of images, texts too long for
+/// the small-string buffer, two pages.
 std::string DocumentOfEverything();
 
-/// A line with so many corners that a page of it is a few hundred kilobytes.
+/// A polyline with so many vertices that its page takes a few hundred kilobytes.
 std::string LargeDocument();
 
-/// A document in which that of everything is embedded.
+/// A document in which DocumentOfEverything() is embedded.
 std::string EmbeddingDocument();

@@ -3,30 +3,32 @@
 
 #include <cstdint>
 
-/// The allocator of this program: operator new in all its forms, for every library that the program loads. It
-/// counts, and refuses requests when it is told to.
+/// Replaces operator new in all its forms, for the program and all libraries it loads. Counts requests, and
+/// refuses those it is told to.
 class FailingAllocator {
 public:
     enum class Refuses {
-        kOne,      ///< the request only
-        kAllFrom,  ///< the request and all that follow
+        kOne,      ///< this request only
+        kAllFrom,  ///< this request and all that follow
     };
 
-    /// From now on, refuses the request of this number, counted from 1; with 0 none.
+    /// Starts counting, and refuses the request with this number, counted from 1; 0 refuses none.
     static void Begin(std::uint64_t request, Refuses refuses);
-    /// No request is refused any more.
+    /// Stops refusing requests.
     static void End();
 
-    /// Counts a request of whoever allocates in another way. @return false when it is to be refused
+    /// Counts a request by other means than operator new.
+    /// @return false if it must be refused
     static bool MayTake();
 
-    /// Requests since Begin, and those of them that were refused.
+    /// Numbers of requests, and of refused ones, since Begin().
     static std::uint64_t GetRequests();
     static std::uint64_t GetRefused();
-    /// Blocks that are in use now.
+    /// Number of blocks currently allocated.
     static std::int64_t GetLiveBlocks();
 
-    /// The calling thread's requests are granted and not counted: what the test itself needs.
+    /// While it lives, requests of the calling thread are granted and not counted: for the test's own
+    /// allocations.
     class Granted {
     public:
         Granted();

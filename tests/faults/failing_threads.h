@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// As long as it lives, no thread can be started in this program, as when there are too many already.
+/// While it lives, creating a thread fails, as when there are too many.
 class NoThreads {
 public:
     NoThreads();
@@ -9,6 +9,6 @@ public:
     NoThreads(const NoThreads&) = delete;
     NoThreads& operator=(const NoThreads&) = delete;
 
-    /// Threads that were asked for in that time.
+    /// Number of threads that were refused.
     static int GetRefused();
 };

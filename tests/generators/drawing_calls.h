@@ -12,7 +12,7 @@
 #include "platform/visualization/fonts/ORVTextLayout.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-// Short ways to make the calls that generators get.
+// Shortcuts for drawing calls.
 
 inline ORVPrintPath RectanglePath(double x, double y, double width, double height) {
     ORVPrintPath path;
@@ -47,7 +47,7 @@ inline ORVMathBox2D BoxOf(double xMin, double yMin, double xMax, double yMax) {
     return box;
 }
 
-/// From one colour to another, left to right of the unit square.
+/// A gradient from left to right of the unit square.
 inline ORVPrintGradient Gradient(std::span<const ORVPrintGradientStop> stops,
                                  const ORVMathAffine2D& toPage = {}) {
     ORVPrintGradient gradient;
@@ -57,7 +57,7 @@ inline ORVPrintGradient Gradient(std::span<const ORVPrintGradientStop> stops,
     return gradient;
 }
 
-/// Draws a text in black, its pen starting at (x, y).
+/// Draws black text whose pen starts at (x, y).
 inline int WriteText(ORVPrintGenerator& generator, const std::string& text, double x, double y,
                      const ORVTextStyle& style = {}) {
     const ORVTextLayout layout = ORVLayoutText(text, style);
@@ -65,7 +65,7 @@ inline int WriteText(ORVPrintGenerator& generator, const std::string& text, doub
     return generator.DrawText({layout, text, {1.0, 0.0, 0.0, -1.0, x, y}, &fill, nullptr, nullptr});
 }
 
-/// An image of one colour.
+/// An image of a uniform colour.
 inline ORVRef<ORVPixelImage> PlainImage(int width, int height, ORVPrintColour colour) {
     std::vector<std::uint8_t> pixels;
     for (int i = 0; i < width * height; ++i)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// Gradients for tests, in the coordinates of what they fill.
+// Gradients for tests, in the coordinates of the filled area.
 
 #include <span>
 #include <vector>

@@ -5,7 +5,7 @@
 
 #include "generators/common/ORVOutput.h"
 
-/// Takes so many bytes. After a write that is larger than what is left it takes none.
+/// Accepts a limited number of bytes. After a write that exceeds the remaining room, it accepts none.
 class LimitedOutput final : public ORVOutput {
 public:
     explicit LimitedOutput(std::size_t room) : room_(room) {}

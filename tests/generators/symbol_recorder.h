@@ -8,8 +8,8 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// A generator that keeps symbols, and writes down what it gets of them, and of pages what their numbers say.
-/// Symbols are numbered as they come.
+/// A generator that accepts symbols and records the calls about them and the properties of pages. Symbols are
+/// numbered in order of definition.
 class SymbolRecorder final : public ORVPrintGenerator {
 public:
     std::vector<std::string> lines;

@@ -31,7 +31,7 @@ TEST(ParityTest, TheExamplesHaveOneModel) {
     EXPECT_GE(compared, 8U);
 }
 
-// The one difference: an absent attribute is a failure for the DOM access and an empty value for the light
+// The only difference: an absent attribute is a failure for the DOM access and an empty value for the light
 // one. Without a "fill", only the light access goes on to the stroke.
 TEST(ParityTest, AnAbsentFillHidesTheStrokeFromTheDomAccessOnly) {
     const std::string document = Drawing(

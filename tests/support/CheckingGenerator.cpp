@@ -191,7 +191,7 @@ int CheckingGenerator::EndPage() {
     return Note(target_ ? target_->EndPage() : 1);
 }
 
-// Comes in every case: what a failure left open is over.
+// Called in every case; parts left open by a failure are discarded.
 int CheckingGenerator::EndDocument() {
     Expect(!open_.empty() && (hasFailed_ || open_.size() == 1), "the end of a document with open parts");
     open_.clear();

@@ -6,16 +6,16 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Looks at all it is given, and hands it on: numbers must be finite and in bounds, what is begun must be
-/// ended, and after a failure nothing but the end of the document may come.
+/// Validates drawing calls and passes them to another generator: numbers must be finite and in range,
+/// everything begun must be ended, and after a failure only the end of the document may follow.
 class CheckingGenerator final : public ORVPrintGenerator {
 public:
-    /// @param target        gets every call; null for nobody. Must outlive this object.
-    /// @param takesSymbols  what is answered to symbols where there is no target
+    /// @param target        receives every call; may be null. Must outlive this object
+    /// @param takesSymbols  the answer to symbols if there is no target
     explicit CheckingGenerator(ORVPrintGenerator* target = nullptr, bool takesSymbols = false)
         : target_(target), takesSymbols_(takesSymbols) {}
 
-    /// What was wrong first; empty when nothing was.
+    /// The first fault; empty if there was none.
     std::string GetFault() const;
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
@@ -73,8 +73,8 @@ private:
     std::vector<Part> open_;
     std::vector<const void*> symbols_;
     bool hasFailed_ = false;
-    std::vector<unsigned int> pendingInputs_;  // of filters around open inputs
-    unsigned int inputsExpected_ = 0;          // of the filter that has just begun
-    bool expectsMask_ = false;                 // of the layer that has just begun
+    std::vector<unsigned int> pendingInputs_;  // remaining inputs of each filter that encloses an open input
+    unsigned int inputsExpected_ = 0;          // inputs of the filter that has just begun
+    bool expectsMask_ = false;                 // the layer that has just begun must have a mask
     std::string fault_;
 };

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Adds what ran in this program or library to its file in the folder that ORV_COUNTS_FOLDER names, when it
-// ends.
+// Adds the coverage counters of this program or library to its file in the folder ORV_COUNTS_FOLDER when it
+// exits.
 //
-// In place of the compiler's own routine, which complains on standard error where it cannot write: as another
-// user, with few file handles, behind a sandbox. Here such a process is only not counted. Nothing is
-// allocated, and system calls are made directly, for tests put themselves between programs and the C library.
+// Replaces the compiler's own routine, which writes errors to standard error where it cannot write: as
+// another user, with few file descriptors, or in a sandbox. Here such a process is simply not counted.
+// Nothing is allocated, and system calls are made directly, since tests may intercept functions of the C
+// library.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -33,14 +34,14 @@ int __llvm_profile_write_buffer(char* buffer);
 int __llvm_profile_check_compatibility(const char* buffer, std::uint64_t size);
 int __llvm_profile_merge_from_buffer(const char* buffer, std::uint64_t size);
 
-/// That it is here keeps the compiler's own routine out.
+/// Defining it disables the compiler's own routine.
 extern int __llvm_profile_runtime;
 int __llvm_profile_runtime = 0;
 }
 
 namespace {
 
-/// Out of the way of tests that count file handles.
+/// High enough not to disturb tests that count file descriptors.
 constexpr int kLowestHandle = 900;
 
 int file = -1;
@@ -53,7 +54,8 @@ void Open() {
     syscall(SYS_close, low);
 }
 
-/// A file that is shared with the process that forked could not be held against it.
+/// Reopens the file: a lock on a file description shared with the parent process would not exclude the
+/// parent.
 void Reopen() {
     if (file < 0) return;
     syscall(SYS_close, file);
@@ -61,9 +63,9 @@ void Reopen() {
     Open();
 }
 
-/// Opened at once, and at once in what is forked: later the process may be forbidden to.
+/// Opened at program start, and again after a fork, because the process may be forbidden to open files later.
 __attribute__((constructor)) void OpenCounts() {
-    // Tests are linked with this, and have nothing to count themselves.
+    // Test programs also link this, but have no counters themselves.
     if (__llvm_profile_begin_counters() == __llvm_profile_end_counters()) return;
     const char* folder = std::getenv("ORV_COUNTS_FOLDER");
     Dl_info image{};
@@ -76,18 +78,18 @@ __attribute__((constructor)) void OpenCounts() {
     pthread_atfork(nullptr, nullptr, Reopen);
 }
 
-/// Waits until no other process writes.
+/// Waits for exclusive access to the file.
 bool Hold() {
     if (syscall(SYS_flock, file, LOCK_EX) == 0) return true;
-    // The worker of a batch closes all that it did not open itself.
+    // Batch workers close all descriptors they did not open themselves.
     Open();
     return syscall(SYS_flock, file, LOCK_EX) == 0;
 }
 
-/// What several processes counted is added up in the file: one holds it at a time.
+/// Adds the counters to those of other processes in the file, under a lock.
 __attribute__((destructor)) void AddCounts() {
     rlimit sizes{};
-    // A write beyond a limit of file sizes would end the process by a signal.
+    // A write beyond the file size limit would terminate the process by a signal.
     if (file < 0 || getrlimit(RLIMIT_FSIZE, &sizes) != 0 || sizes.rlim_cur != RLIM_INFINITY) return;
     if (!Hold()) return;
     const std::uint64_t size = __llvm_profile_get_size_for_buffer();

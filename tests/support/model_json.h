@@ -6,11 +6,12 @@
 
 class ORVPrtModel;
 
-/// A whole model as JSON: every page, primitive and attribute, numbers in full, one that is not finite as
-/// null.
-/// @param result  what building it returned; goes into the document
+/// Converts a whole model to JSON: all pages, primitives and attributes, with numbers in full precision;
+/// those that are not finite become null.
+/// @param result  result of building the model, which is included
 nlohmann::json ModelToJson(const ORVPrtModel& model, int result);
 
-/// Compares two such documents: numbers within 1e-9 (relative or absolute), angles within 1e-6, fonts not
-/// at all. @return where they differ and how, one line each, at most ten; empty when they agree
+/// Compares two such documents: numbers within 1e-9 (relative or absolute), angles within 1e-6; fonts are
+/// ignored.
+/// @return one line per difference, at most ten; empty if they are equal
 std::string DifferencesOf(const nlohmann::json& expected, const nlohmann::json& actual);

@@ -176,7 +176,7 @@ std::string TextSet(const ORVPrtTextAttributes& set) {
     return text;
 }
 
-// A tree is written without recursion: it may be very deep.
+// Writes a tree without recursion, since it may be very deep.
 class Writer {
 public:
     explicit Writer(const ORVPrtColourTable* colours) : colours_(colours) {}

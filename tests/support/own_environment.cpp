@@ -3,12 +3,11 @@
 
 namespace {
 
-/// Tests leave nothing in the home of who runs them: without a folder there is no index of faces. Programs
-/// that tests start inherit that.
+/// Disables the font index, so that tests write nothing to the user's home. Child processes inherit this.
 const int withoutCache = setenv("ORVPRINT_CACHE_DIR", "", 1);
 
-/// Programs that tests start say the same whatever language is set, and do not complain of one that is not
-/// installed.
+/// Fixes the locale of child processes, so that their messages do not depend on the user's language, and they
+/// do not complain about a missing one.
 const int withoutLanguage = setenv("LC_ALL", "C", 1);
 
 }  // namespace

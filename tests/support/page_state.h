@@ -7,7 +7,7 @@
 #include "platform/print/ORVPrintModelBoundingBoxComputer.h"
 #include "platform/system/ORVRef.h"
 
-/// A drawing state on a page of its own.
+/// A drawing state with its own page.
 struct PageState : SvgDrawState {
     PageState(double width, double height, int flip = 1);
 

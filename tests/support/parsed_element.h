@@ -10,10 +10,10 @@
 #include "platform/xml/ORVDOMXml.h"
 #include "platform/xml/ORVLightXml.h"
 
-/// Both ways to look at an element, for typed tests.
+/// Both kinds of element access, for typed tests.
 using ElementAccesses = testing::Types<DomElementAccess, LightElementAccess>;
 
-/// The root of a small document, read by the back-end of the access.
+/// The root of a small document, parsed by the access's back-end.
 template <SvgElementAccess Element>
 class ParsedElement {
 public:
@@ -26,7 +26,7 @@ public:
         }
     }
 
-    /// Valid as long as this object is.
+    /// Valid as long as this object.
     Element Get() const {
         if constexpr (std::same_as<Element, DomElementAccess>)
             return Element(domRoot_.GetNode());

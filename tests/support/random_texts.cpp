@@ -17,7 +17,7 @@ void CheckRandomTexts(const std::vector<std::string>& pieces,
                       const std::function<std::string(const std::string& text)>& compare) {
     rc::detail::TestParams parameters = rc::detail::configuration().testParams;
     parameters.maxSuccess = kTexts;
-    // Every piece is as likely as any other, whatever the size of the text.
+    // All pieces are equally likely, whatever the size of the text.
     const auto piece = rc::gen::resize(rc::kNominalSize, rc::gen::elementOf(pieces));
     const auto list = rc::gen::resize(kMostPieces, rc::gen::container<std::vector<std::string>>(piece));
     const rc::detail::TestResult result =

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Asks `compare` about some ten thousand texts, each put together from random `pieces`. It answers what is
-/// wrong with the text, or nothing. The first wrong text fails the test and is reported shrunk.
+/// Calls `compare` with about ten thousand texts composed of random `pieces`. It returns the fault, or an
+/// empty string. The first faulty text fails the test and is reported in reduced form.
 void CheckRandomTexts(const std::vector<std::string>& pieces,
                       const std::function<std::string(const std::string& text)>& compare);

@@ -59,7 +59,7 @@ std::string SamplePng(int width, int height) {
     AppendBigEndian(header, static_cast<std::uint32_t>(height));
     header.append("\x08\x02\0\0\0", 5);  // eight bits, RGB
 
-    // One stored block: it holds up to 65535 bytes.
+    // A single stored block of up to 65535 bytes.
     std::string data("\x78\x01\x01", 3);
     AppendLittleEndian(data, static_cast<std::uint32_t>(rows.size()), 2);
     AppendLittleEndian(data, ~static_cast<std::uint32_t>(rows.size()), 2);
@@ -95,9 +95,9 @@ std::string SampleExif(int orientation, bool isLittleEndian) {
         exif += isLittleEndian ? text : std::string(text.rbegin(), text.rend());
     };
     add(42, 2);
-    add(8, 4);       // where the directory stands
+    add(8, 4);       // offset of the directory
     add(2, 2);       // entries
-    add(0x010F, 2);  // maker, of no interest
+    add(0x010F, 2);  // camera maker; ignored
     add(2, 2);
     add(4, 4);
     exif += "abc";

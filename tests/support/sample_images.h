@@ -6,20 +6,20 @@
 #include <string>
 #include <string_view>
 
-/// Files of small images, made anew: a red picture of that size.
+/// Small image files of uniform red, generated on the fly.
 std::string SamplePng(int width, int height);
 std::string SampleJpeg(int width, int height);
-/// A JPEG of these colours, which are kept as well as the format can.
+/// A JPEG of the given colours, as far as lossy compression preserves them.
 std::string SampleJpegOf(int width, int height,
                          const std::function<std::array<unsigned char, 3>(int x, int y)>& colour);
 std::string SampleBmp(int width, int height);
 
-/// The same PNG with a chunk more, behind its header.
+/// Inserts a chunk after the header of a PNG.
 std::string WithPngChunk(std::string png, std::string_view type, std::string_view data);
-/// The same JPEG with a segment more, behind its first marker.
+/// Inserts a segment after the first marker of a JPEG.
 std::string WithJpegSegment(std::string jpeg, unsigned char marker, std::string_view data);
-/// Data in the form of Exif, without the name in front, that say how an image lies (1 to 8).
+/// Exif data, without the identifying prefix, with an image orientation (1 to 8).
 std::string SampleExif(int orientation, bool isLittleEndian = true);
 
-/// Base64 of some bytes, padded with "=".
+/// Base64 of the bytes, padded with "=".
 std::string ToBase64(std::string_view bytes);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The bytes of a profile, which goes away.
+/// Serialises and closes a profile.
 std::string Save(cmsHPROFILE profile) {
     cmsUInt32Number size = 0;
     cmsSaveProfileToMem(profile, nullptr, &size);
@@ -17,9 +17,9 @@ std::string Save(cmsHPROFILE profile) {
     return bytes;
 }
 
-// What inks look like, as the colours of the profile's own space are told: L, a and b of 16 bits.
+// Converts inks to the profile's connection space: L, a and b of 16 bits.
 int SampleInks(const cmsUInt16Number inks[], cmsUInt16Number lab[], void* /*cargo*/) {
-    // Paper is white; all of the first ink is the red of sRGB as it looks in the light of that space.
+    // Paper is white; full coverage of the first ink is the red of sRGB in that space.
     const double share = inks[0] / 65535.0;
     const cmsCIELab colour{100.0 - share * (100.0 - 54.29), share * 80.81, share * 69.89};
     cmsFloat2LabEncoded(lab, &colour);

@@ -3,13 +3,13 @@
 
 #include <string>
 
-// Colour profiles (ICC), made anew.
+// ICC colour profiles, generated on the fly.
 
-/// sRGB itself.
+/// sRGB.
 std::string SrgbProfile();
-/// As sRGB, but what it calls red is blue, and the other way round.
+/// sRGB with red and blue exchanged.
 std::string SwappedProfile();
-/// Greys whose samples are amounts of light: 55 looks like 128 in sRGB.
+/// Grey with linear samples: 55 looks like 128 in sRGB.
 std::string LinearGreyProfile();
-/// Inks of which cyan prints as red, and the others not at all.
+/// CMYK inks of which cyan prints as red, and the others not at all.
 std::string RedInkProfile();

@@ -6,7 +6,7 @@
 /// Sets or removes an environment variable for its lifetime.
 class ScopedEnvironment {
 public:
-    /// @param value  null removes the variable
+    /// @param value  null to remove the variable
     ScopedEnvironment(const char* name, const char* value);
     ~ScopedEnvironment();
     ScopedEnvironment(const ScopedEnvironment&) = delete;

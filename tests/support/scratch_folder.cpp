@@ -8,7 +8,7 @@
 namespace fs = std::filesystem;
 
 ScratchFolder::ScratchFolder() {
-    // Links are resolved, so that paths compare equal to those that a program reports.
+    // Links are resolved, so that paths equal those reported by programs.
     std::string pattern = (fs::canonical(fs::temp_directory_path()) / "orv-test-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for the test: " + pattern);
     path_ = pattern;

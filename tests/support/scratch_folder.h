@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-/// An empty folder that no other test sees, whatever runs beside it. It goes away with the object.
+/// An empty temporary folder of one test, also when tests run in parallel. The destructor deletes it.
 class ScratchFolder {
 public:
     ScratchFolder();
@@ -13,7 +13,7 @@ public:
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
-    /// Path of something in the folder.
+    /// Path of a file in the folder.
     std::string PathOf(const std::string& relative) const { return (path_ / relative).string(); }
 
 private:

@@ -3,10 +3,10 @@
 
 #include <string>
 
-/// What a line of the shell wrote, to both of its outputs, and how it ended.
+/// Runs a shell command line and keeps its combined output and exit status.
 struct ShellRun {
     std::string text;
-    int status = -1;  ///< as wait has it: 0 for success; -1 when there was no shell
+    int status = -1;  ///< wait status: 0 for success; -1 if the shell could not be started
 
     explicit ShellRun(const std::string& line);
 };

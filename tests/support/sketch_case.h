@@ -8,7 +8,7 @@
 
 #include "tests/support/named_rows.h"
 
-/// One row: the content of a drawing of 200 x 100 user units, and the sketch of what becomes of it.
+/// A test case: the content of a drawing of 200 x 100 user units, and the expected sketch.
 struct SketchCase {
     const char* name;
     const char* content;
@@ -17,8 +17,8 @@ struct SketchCase {
     friend std::ostream& operator<<(std::ostream& out, const SketchCase& row) { return out << row.content; }
 };
 
-/// Builds a document with both back-ends and expects the same sketch of the first page's children from each.
+/// Builds a document with both back-ends and expects this sketch of the first page's children from each.
 void ExpectSketch(std::string_view document, std::string_view expected);
 
-/// The same with the paint, see PaintedSketchOfChildren.
+/// Like ExpectSketch, with paint; see PaintedSketchOfChildren.
 void ExpectPaintedSketch(std::string_view document, std::string_view expected);

@@ -5,8 +5,8 @@
 
 namespace {
 
-// Bytes of rows are printed where nothing else is known of them, with addresses, which are others in every
-// run: see named_rows.h.
+// GoogleTest prints rows of unknown type as bytes, including addresses that differ in every run: see
+// named_rows.h.
 TEST(TestListTest, IsTheSameInEveryRun) {
     const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
     for (int i = 0; i < tests.total_test_suite_count(); ++i) {

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-// Texts that tests of many folders are made of.
+// Text helpers shared by tests.
 
-/// A text so many times over.
+/// Repeats a text.
 inline std::string Repeat(std::string_view text, std::size_t count) {
     std::string result;
     result.reserve(text.size() * count);
@@ -18,18 +18,18 @@ inline std::string Repeat(std::string_view text, std::size_t count) {
     return result;
 }
 
-/// So many groups within each other.
+/// Nested groups.
 inline std::string Nested(std::size_t depth) { return Repeat("<g>", depth) + Repeat("</g>", depth); }
 
-/// What Fan repeats, level by level.
+/// The parts that Fan repeats at each level.
 struct FanParts {
     std::string leaf = "<rect width='1' height='1' fill='red'/>";
-    std::string element = "g";  ///< that each level is
+    std::string element = "g";  ///< element of each level
 };
 
-/// Levels of definitions, each of which refers to the one before `breadth` times, and a reference to the
-/// last: little text that stands for breadth to the power of levels - 1 shapes.
-/// @param attributes  of all references; they decide whether definitions are shared or duplicated
+/// Levels of definitions, each referring `breadth` times to the previous one, and a reference to the last: a
+/// short text for breadth to the power of levels - 1 shapes.
+/// @param attributes  of all references; they determine whether definitions are shared or duplicated
 inline std::string Fan(int levels, std::size_t breadth, const std::string& attributes = {},
                        const FanParts& parts = {}) {
     const auto use = [&](int level) {
@@ -44,7 +44,7 @@ inline std::string Fan(int levels, std::size_t breadth, const std::string& attri
     return text + use(levels - 1);
 }
 
-/// All bytes of a file; none when it cannot be read.
+/// All bytes of a file; empty if it cannot be read.
 inline std::string ReadAll(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-/// How often a part stands in a text.
+/// Number of occurrences of a part in a text.
 inline std::size_t CountOf(std::string_view text, std::string_view part) {
     std::size_t count = 0;
     for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;

@@ -9,8 +9,8 @@
 #include "platform/model/ORVPrtTextAttributes.h"
 #include "platform/model/ORVPrtTransformAttributes.h"
 
-/// Holder of definitions: primitives that are built but not drawn where they stand, and the drawing state
-/// in force there. It lives in the registry of a page's definitions, never on the page.
+/// Container for definitions: primitives that are built but not drawn in place, together with the drawing
+/// state in force there. It is kept in the registry of a page's definitions, never on the page itself.
 class ORVPrtDefsElt final : public ORVPrtContainerElt {
 public:
     static const ORVMetaClass& MetaClass();
@@ -18,7 +18,7 @@ public:
 
     ORVPrtDefsElt() : ORVPrtContainerElt(ORVPrtKind::kOther) {}
 
-    /// Draw style in force where the definitions stand.
+    /// The draw style in force at the definitions.
     void SetType(int type) { type_ = type; }
     int GetType() const { return type_; }
     void SetStroke(ORVPrtStrokeAttributes stroke) { stroke_ = std::move(stroke); }
@@ -32,7 +32,7 @@ public:
 
 private:
     ORVPrtDefsElt(const ORVPrtDefsElt&) = default;
-    ~ORVPrtDefsElt() override = default;  // through Release() only
+    ~ORVPrtDefsElt() override = default;  // use Release()
     ORVPrtGraphicPrimitiveElt* CopyWithoutChildren() const override;
 
     int type_ = 1;

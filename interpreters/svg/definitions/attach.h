@@ -4,9 +4,9 @@
 class ORVPrtGraphicPrimitiveElt;
 class ORVPrtDefsElt;
 
-/// Adds a primitive to its container: a group, page, holder of definitions, symbol, pattern or region. To
-/// anything else it is not attached, and is lost when its creator releases it.
+/// Adds a primitive to a container: a group, page, holder of definitions, symbol, pattern or region. Other
+/// containers ignore it, and it is destroyed when its creator releases it.
 void AttachToContainer(ORVPrtGraphicPrimitiveElt& container, ORVPrtGraphicPrimitiveElt& primitive);
 
-/// The container as a holder of definitions, null when it is none.
+/// Casts a container to a holder of definitions; null if it is not one.
 ORVPrtDefsElt* AsDefinitionHolder(ORVPrtGraphicPrimitiveElt& container);

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Its lower half tells the slot, its upper one the identifiers there apart.
+// The lower half of the bits selects the slot; the upper half distinguishes identifiers there.
 std::uint64_t Hash(std::string_view lowerCase) { return std::hash<std::string_view>{}(lowerCase); }
 
 bool HasStateOf(const ORVPrtDefsElt& holder, const SvgDrawState& state) {
@@ -72,7 +72,7 @@ const SvgDefinitions::Definition* SvgDefinitions::Find(std::string_view identifi
 void SvgDefinitions::Prefetch(std::string_view identifier) {
     if (prefetchedEntry_ < entries_.size()) __builtin_prefetch(entries_[prefetchedEntry_].first.primitive);
     const std::size_t mask = slots_.size() - 1;
-    // The first slot is the right one most of the time; what it holds otherwise does no harm.
+    // The first slot is usually the right one; otherwise the prefetch is merely useless.
     prefetchedEntry_ = slots_[prefetchedHash_ & mask].entry;
     if (prefetchedEntry_ < entries_.size()) {
         const auto* const entry = reinterpret_cast<const char*>(&entries_[prefetchedEntry_]);

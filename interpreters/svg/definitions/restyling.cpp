@@ -11,7 +11,7 @@
 
 namespace {
 
-// Marks are drawn from here, so that no two walks mean different things by one. 0 marks nothing.
+// Unique marks for walks, counted per thread. 0 is no mark.
 std::uint32_t NextMark() {
     thread_local std::uint32_t mark = 0;
     if (++mark == 0) ++mark;
@@ -44,7 +44,7 @@ bool SvgRestyling::RestyleShared(const SvgDrawState& state, ORVPrtGraphicPrimiti
     return Walk(state, primitive, sharedMark_);
 }
 
-// Definitions are complete when they can be found: what bears the mark has nothing below it that does not.
+// Definitions are complete when they can be found, so everything below a marked primitive is marked as well.
 bool SvgRestyling::Walk(const SvgDrawState& state, ORVPrtGraphicPrimitiveElt& primitive, std::uint32_t mark) {
     const std::uint64_t most = budget_ ? budget_->GetVisitsLeft() : std::numeric_limits<std::uint64_t>::max();
     std::uint64_t visits = 0;

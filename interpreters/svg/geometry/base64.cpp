@@ -19,7 +19,8 @@ constexpr std::array<std::uint8_t, 256> kSextets = [] {
     return table;
 }();
 
-// What a finished group of four sextets yields. @return false when the data end with it
+// Appends the bytes of a complete group of four sextets.
+// @return false if the data end with it
 bool AppendGroup(const std::array<std::uint8_t, 4>& group, std::string& bytes, bool& valid) {
     std::uint32_t bits = 0;
     for (std::size_t place = 0; place < 4; ++place) {

@@ -28,7 +28,7 @@ void PushPaint(const SvgDrawState& state, Primitive& primitive) {
     primitive.SetFillAttributes(state.fill);
 }
 
-// What every shape has besides its geometry.
+// Reads the attributes that all shapes have besides their geometry.
 template <SvgElementAccess Element>
 void ReadShapeTexts(const SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& shape) {
     ReadIdentifier(element, shape);
@@ -37,7 +37,7 @@ void ReadShapeTexts(const SvgDrawState& state, const Element& element, ORVPrtGra
     ReadDescriptions(element, shape);
 }
 
-// A point in page coordinates; an absent coordinate is 0 in the drawing's own.
+// Reads a point in page coordinates; an absent coordinate is 0 in the drawing's own coordinates.
 template <SvgElementAccess Element>
 ORVMathPoint2D ReadPoint(const SvgDrawState& state, const Element& element, AttributeName xName,
                          AttributeName yName) {
@@ -61,7 +61,7 @@ double ReadVertical(const SvgDrawState& state, const Element& element, Attribute
     return length;
 }
 
-// The vertices of a polyline or polygon, and the markers on them.
+// Reads the vertices of a polyline or polygon and places its markers.
 template <SvgElementAccess Element, class Primitive>
 void ReadPointList(const SvgDrawState& state, const Element& element, Primitive& primitive,
                    ORVPrtGraphicPrimitiveElt& container) {
@@ -90,8 +90,8 @@ int HandleRect(SvgDrawState state, const Element& element, ORVPrtRectangleElt* r
     const ORVMathPoint2D corner = ReadPoint(state, element, AttributeName::kX, AttributeName::kY);
     const double width = ReadHorizontal(state, element, AttributeName::kWidth);
     const double height = ReadVertical(state, element, AttributeName::kHeight);
-    const double oppositeY =
-        state.yFlip == 1 ? corner.y - height : corner.y + height;  // y points up when flipped
+    // Y points up if flipped.
+    const double oppositeY = state.yFlip == 1 ? corner.y - height : corner.y + height;
     rectangle->SetPoints(corner, {corner.x + width, oppositeY});
     return kDone;
 }

@@ -12,14 +12,13 @@ class ORVPrtLineElt;
 class ORVPrtPolylineElt;
 class ORVPrtPolygonElt;
 
-/// Handlers of the basic shapes. Each fills the primitive that the walker has made and attached.
-/// @param state      a copy: what the element's own style changes reaches no sibling
-/// @param container  where the shape stands; markers are attached to it
-/// @return kDone, or kUnusable when the primitive is null. A missing or unreadable coordinate counts as 0 in
-/// the
-///         drawing's own coordinates (y down); sizes are not checked.
+/// Handlers of the basic shapes. Each fills in the primitive that the walker has created and attached.
+/// @param state      a copy, so that the element's own style does not affect its siblings
+/// @param container  parent of the shape; markers are attached to it
+/// @return kDone, or kUnusable if the primitive is null. A missing or invalid coordinate counts as 0 in the
+///         drawing's own coordinates (y down); sizes are not checked
 
-/// Corners are always square: "rx" and "ry" are read and dropped.
+/// Corners are always square: "rx" and "ry" are read but ignored.
 template <SvgElementAccess Element>
 int HandleRect(SvgDrawState state, const Element& element, ORVPrtRectangleElt* rectangle,
                ORVPrtGraphicPrimitiveElt& container);
@@ -36,7 +35,7 @@ int HandleLine(SvgDrawState state, const Element& element, ORVPrtLineElt* line,
 template <SvgElementAccess Element>
 int HandlePolyline(SvgDrawState state, const Element& element, ORVPrtPolylineElt* polyline,
                    ORVPrtGraphicPrimitiveElt& container);
-/// The end marker stands on the last listed point, not on the closing one.
+/// The end marker is placed on the last listed point, not on the closing point.
 template <SvgElementAccess Element>
 int HandlePolygon(SvgDrawState state, const Element& element, ORVPrtPolygonElt* polygon,
                   ORVPrtGraphicPrimitiveElt& container);

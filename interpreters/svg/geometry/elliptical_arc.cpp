@@ -7,14 +7,14 @@
 
 namespace {
 
-// Single precision, widened: part of the format.
+// Rounded to single precision, on which results depend.
 constexpr double kEpsilon = static_cast<double>(0.01F);
 
 bool IsSet(double flag) { return flag == 1.0; }
 
 }  // namespace
 
-// The asymmetries between the two orders of the angles are part of the format.
+// The asymmetry between the two orders of the angles is intentional: results depend on it.
 ArcAngles ChooseArcAngles(double a, double b, bool large, bool sweep) {
     const double d = std::fabs(b - a);
     const bool isLarge = d > ORVPI + kEpsilon;
@@ -42,7 +42,7 @@ ArcShape ConvertArc(const EndpointArc& arc, CenterArc& center) {
     const double numerator = rx * rx * (ry * ry) - denominator;
     if (denominator == 0.0 || !(rx > 0.0) || !(ry > 0.0)) return ArcShape::kNothing;
 
-    // Not positive when the radii are too small to reach: the centre then falls on the middle of the chord.
+    // Not positive if the radii are too small: the centre is then the midpoint of the chord.
     const double quotient = numerator / denominator;
     const double c = quotient > 0.0 ? std::sqrt(quotient) : 0.0;
     const bool large = IsSet(arc.largeArcFlag), sweep = IsSet(arc.sweepFlag);
@@ -58,7 +58,7 @@ ArcShape ConvertArc(const EndpointArc& arc, CenterArc& center) {
     const ORVMathPoint2D p1 = toEllipse(arc.start), p2 = toEllipse(arc.end);
     const double a = std::atan2(p1.y / ry, p1.x / rx), b = std::atan2(p2.y / ry, p2.x / rx);
 
-    // Taking the radii from the start point makes those grow that were too small.
+    // Deriving the radii from the start point enlarges those that were too small.
     const double cosA = std::cos(a), sinA = std::sin(a);
     center.horzRadius = std::fabs(cosA) > kEpsilon ? p1.x / cosA : rx;
     center.vertRadius = std::fabs(sinA) > kEpsilon ? p1.y / sinA : ry;

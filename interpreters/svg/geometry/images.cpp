@@ -53,7 +53,7 @@ ORVRef<ORVPixelImage> LoadData(std::string_view reference) {
 }  // namespace
 
 bool FindImageFile(const SvgDrawState& state, std::string_view reference, ORVUnicodeString& path) {
-    // No name of a file is that long; data references are not copied to find that out.
+    // No file name is longer than this; avoids copying data URIs.
     constexpr std::size_t kLongestName = 4096;
     if (reference.empty() || reference.size() > kLongestName) return false;
     const ORVUnicodeString name(reference);
@@ -83,7 +83,7 @@ bool LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPr
     }
     bitmap.SetPixelImage(image.get());
     if (!budget) return true;
-    // A colour profile is as much work as pixels are, and packed as well.
+    // A colour profile costs as much work as pixels and is compressed as well.
     const std::uint64_t pixels =
         static_cast<std::uint64_t>(image->GetWidth()) * static_cast<std::uint64_t>(image->GetHeight());
     budget->NotePixels(pixels + image->GetProfileSize(), image->GetFileSize());

@@ -11,27 +11,29 @@ class ORVPrtGraphicPrimitiveElt;
 class ORVPrtGroupElt;
 class ORVUnicodeString;
 
-/// Fills a bitmap primitive from an "image" element. When its reference yields no pixels, it stays in the
+/// Fills in a bitmap primitive from an "image" element. If its reference yields no pixels, it stays in the
 /// model with its origin and size.
-/// @param state  a copy: what the element's own style changes reaches no sibling
-/// @return kDone, or kUnusable when `bitmap` is null
+/// @param state  a copy, so that the element's own style does not affect its siblings
+/// @return kDone, or kUnusable if `bitmap` is null
 template <SvgElementAccess Element>
 int HandleImage(SvgDrawState state, const Element& element, ORVPrtBitmapImageElt* bitmap,
                 ORVPrtGraphicPrimitiveElt& container);
 
-/// Loads the pixels that a reference names: a file as it stands or beside the document, as far as the host
-/// lets documents read it, or base64 data of a PNG, JPEG or BMP. Nothing is set when there are none.
-/// @return false when memory ran out, which says nothing of the image
+/// Loads the pixels of a reference: a file, at the path as given or in the document's folder, as far as the
+/// access policy allows, or a base64 data URI of a PNG, JPEG or BMP. Leaves the primitive unchanged if there
+/// are none.
+/// @return false if memory ran out, in which case the image may be valid
 bool LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPrtBitmapImageElt& bitmap);
 
-/// The file that a reference names, as it stands or beside the document, as far as the host lets documents
-/// read it. @return false when there is none
+/// Finds the file of a reference, at the path as given or in the document's folder, as far as the access
+/// policy allows.
+/// @return false if there is none
 bool FindImageFile(const SvgDrawState& state, std::string_view reference, ORVUnicodeString& path);
 
-/// Whether a reference holds its picture itself, in one of the formats that are read.
+/// Whether a reference is a data URI in a supported image format.
 bool HoldsImageData(std::string_view reference);
 
-/// Adds the definition that "#identifier" names to a group, which any other reference leaves alone.
-/// @return the definition, owned by the group; null when there is none
+/// Adds the definition of a reference "#identifier" to a group. Other references have no effect.
+/// @return the definition, owned by the group; null if there is none
 ORVPrtGraphicPrimitiveElt* AddReferencedDefinition(const SvgDrawState& state, std::string_view reference,
                                                    ORVPrtGroupElt& group);

@@ -21,9 +21,9 @@
 
 namespace {
 
-// A path of so few vertices has no inside.
+// A path with at most this many vertices has no interior.
 constexpr std::size_t kDegenerateVertices = 2;
-// Numbers take as many characters or more, but for a few.
+// Numbers usually take at least this many characters, including a separator.
 constexpr std::size_t kCharactersOfNumber = 3;
 constexpr std::size_t kMostReserved = 256;
 
@@ -56,11 +56,11 @@ int PathDataInterpreter::Interpret(std::string_view data) {
             StartRegion();
         }
     }
-    // Room for most paths, so that their lists need not grow.
+    // Reserves enough for most paths.
     const std::size_t numbers = std::min(data.size() / kCharactersOfNumber, kMostReserved);
     numbers_.reserve(numbers);
     points_.reserve(numbers / 2 + 1);
-    // The page's upper left corner, whether or not y is flipped: kept on purpose.
+    // The upper left corner of the page if y is flipped; used in either case, on purpose.
     current_ = subpathStart_ = lastControl_ = {0.0, state_.pageHeight};
     do {
         Execute(letter, scanner);
@@ -102,7 +102,8 @@ void PathDataInterpreter::MoveTo(bool relative, PathScanner& scanner) {
 }
 
 void PathDataInterpreter::LineTo(bool relative, PathScanner& scanner) {
-    // Plain points, as nearly all are, need no list. From the first other argument on there is one.
+    // Plain points, which nearly all are, are processed in batches; from the first other argument on, a list
+    // is used.
     PathScanner::Behind behind = PathScanner::Behind::kMore;
     while (behind == PathScanner::Behind::kMore && !isCutOff_) {
         std::size_t count = 0;
@@ -247,7 +248,7 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
     FlushPoints();
     for (std::vector<double>& list : arcNumbers_) list.clear();
     std::string_view argument;
-    // An argument that cannot be read is missing from the list of its place only.
+    // An invalid argument is omitted only from the list of its own position.
     for (std::size_t place = 0; scanner.NextArgument(argument); place = (place + 1) % 7) {
         if (place == 0 && !TakePoint()) break;
         double number = 0.0;
@@ -279,7 +280,8 @@ void PathDataInterpreter::ArcTo(bool relative, PathScanner& scanner) {
 
 void PathDataInterpreter::DrawArc(const double (&values)[5], const ORVMathPoint2D& end) {
     EndpointArc arc{current_, values[0], values[1], values[2], values[3], values[4], end};
-    if (state_.yFlip == 1) arc.sweepFlag = arc.sweepFlag != 0.0 ? 0.0 : 1.0;  // mirroring turns the other way
+    // Mirroring reverses the direction.
+    if (state_.yFlip == 1) arc.sweepFlag = arc.sweepFlag != 0.0 ? 0.0 : 1.0;
     CenterArc center;
     switch (ConvertArc(arc, center)) {
         case ArcShape::kStraight:
@@ -316,7 +318,7 @@ bool PathDataInterpreter::ReadVertical(std::string_view text, double& number) co
     return ParseVerticalCoordinate(state_, text, number) == kRead;
 }
 
-// x and y alternate by argument. One that cannot be read drops out, and the numbers after it move up.
+// Arguments are alternately x and y. An invalid one is dropped, and the following numbers move up.
 void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::size_t pairsPerSegment) {
     numbers_.clear();
     std::string_view argument;
@@ -344,7 +346,7 @@ void PathDataInterpreter::ReadPairs(PathScanner& scanner, bool relative, std::si
     }
 }
 
-// Taking the page height off undoes the mirroring, which an offset must not get.
+// Subtracting the page height undoes the mirroring, which must not apply to an offset.
 ORVMathPoint2D PathDataInterpreter::Offset(const ORVMathPoint2D& base, const ORVMathPoint2D& offset) const {
     const double y = base.y + offset.y;
     return {base.x + offset.x, state_.yFlip == 1 ? y - state_.pageHeight : y};
@@ -379,7 +381,7 @@ void PathDataInterpreter::FlushPoints() {
     points_.clear();
 }
 
-// A straight run that follows a curve starts at its end.
+// Starts a new run of lines at the end of a curve.
 void PathDataInterpreter::RestartPoints() {
     points_.clear();
     points_.push_back(current_);
@@ -407,7 +409,7 @@ void PathDataInterpreter::AddRun(std::vector<ORVMathPoint2D> points) {
     AddToOutline(*primitive);
 }
 
-// What the last region holds is only stroked, then; earlier regions go away with the figure.
+// The content of the last region is then only stroked; earlier regions are removed with the figure.
 void PathDataInterpreter::DissolveFigure() {
     if (region_)
         for (ORVPrtGraphicPrimitiveElt* child : region_->GetChildren()) group_.AddChild(child);

@@ -17,23 +17,22 @@ class ORVPrtGraphicPrimitiveElt;
 class ORVPrtGroupElt;
 struct SvgDrawState;
 
-/// Turns path data into primitives: straight runs become polylines, curves poly-Beziers, arcs elliptical
-/// arcs. Where the draw style fills, they are gathered in the regions of one closed figure.
+/// Converts path data to primitives: runs of lines become polylines, curves poly-Beziers, arcs elliptical
+/// arcs. If the draw style fills, they are collected in the regions of one closed figure.
 class PathDataInterpreter {
 public:
-    /// @param state  draw style, stroke, fill, page size and flip; must outlive the interpreter
+    /// @param state          draw style, stroke, fill, page size and flip; must outlive the interpreter
     /// @param group          receives the primitives
-    /// @param keepsVertices  whether GetVertices is going to be asked
+    /// @param keepsVertices  whether GetVertices will be used
     PathDataInterpreter(const SvgDrawState& state, ORVPrtGroupElt& group, bool keepsVertices = true);
     ~PathDataInterpreter();
 
-    /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing, unknown letters
-    /// and unreadable numbers are skipped.
-    /// @return kDone, or kUnusable when `data` is empty
+    /// Interprets the value of a "d" attribute. Incomplete groups of numbers draw nothing; unknown letters
+    /// and invalid numbers are skipped.
+    /// @return kDone, or kUnusable if `data` is empty
     int Interpret(std::string_view data);
 
-    /// The end points of all commands in order, x and y alternating, page coordinates; none unless they are
-    /// kept.
+    /// The end points of all commands in order, alternately x and y, in page coordinates; empty unless kept.
     const std::vector<double>& GetVertices() const { return vertices_; }
 
 private:
@@ -57,7 +56,8 @@ private:
     ORVMathPoint2D Offset(const ORVMathPoint2D& base, const ORVMathPoint2D& offset) const;
     ORVMathPoint2D ReflectedControl() const;
 
-    /// Takes one point of those that a path may have; false when there are no more, and the path ends there.
+    /// Counts one point against the path's limit.
+    /// @return false if the limit is reached, where the path ends
     bool TakePoint();
     void AppendPoint(const ORVMathPoint2D& point);
     void AddVertex(const ORVMathPoint2D& point);
@@ -71,13 +71,13 @@ private:
 
     const SvgDrawState& state_;
     ORVPrtGroupElt& group_;
-    ORVRef<ORVPrtClosedFigureElt> figure_;        // null when the path is only stroked
+    ORVRef<ORVPrtClosedFigureElt> figure_;        // null if the path is only stroked
     ORVRef<ORVPrtClosedFigureRegionElt> region_;  // current region of the figure
     ORVMathPoint2D current_, subpathStart_, lastControl_;
-    std::vector<ORVMathPoint2D> points_;    // straight run that is not drawn yet
-    std::array<ORVMathPoint2D, 32> pairs_;  // plain arguments of straight lines, a batch at a time
+    std::vector<ORVMathPoint2D> points_;    // line points not drawn yet
+    std::array<ORVMathPoint2D, 32> pairs_;  // buffer for plain line arguments
     std::vector<double> numbers_;           // arguments of the current command
-    std::vector<double> arcNumbers_[7];     // arguments of the current arc command, by their place
+    std::vector<double> arcNumbers_[7];     // arguments of the current arc command, by position
     const bool keepsVertices_;
     std::size_t vertexCount_ = 0;
     std::vector<double> vertices_;

@@ -20,7 +20,7 @@ int HandlePath(SvgDrawState state, const Element& element, ORVPrtGroupElt* group
     const std::string_view transform = element.Attribute(AttributeName::kTransform).text;
     if (!transform.empty()) ApplyTransformList(state, transform, group);
 
-    // Lengths are never scaled: "pathLength" is not looked at.
+    // Lengths are never scaled: "pathLength" is ignored.
     const ResolvedMarkers markers = ResolveMarkers(state);
     PathDataInterpreter interpreter(state, *group, markers.start || markers.mid || markers.end);
     interpreter.Interpret(element.Attribute(AttributeName::kD).text);

@@ -7,10 +7,10 @@ struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 class ORVPrtGroupElt;
 
-/// Fills a group with what a "path" element draws. The group has the path's identifier and transform, its
-/// children the paint.
-/// @param state  a copy: what the element's own style changes reaches no sibling
-/// @return kDone, or kUnusable when `group` is null
+/// Fills in a group from a "path" element. The group carries the identifier and transform, its children the
+/// paint.
+/// @param state  a copy, so that the element's own style does not affect its siblings
+/// @return kDone, or kUnusable if `group` is null
 template <SvgElementAccess Element>
 int HandlePath(SvgDrawState state, const Element& element, ORVPrtGroupElt* group,
                ORVPrtGraphicPrimitiveElt& container);

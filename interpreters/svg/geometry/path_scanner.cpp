@@ -21,8 +21,8 @@ constexpr std::array<CharacterClass, 256> kClasses = [] {
 
 CharacterClass ClassOf(char c) { return kClasses[static_cast<unsigned char>(c)]; }
 
-// Every run of "e" and of minuses behind an "e" counts three for an "e-" and one for a lone "e"; it is
-// written again with an "e-" for every three.
+// In every run of "e", and of minuses after an "e", an "e-" counts as three and a lone "e" as one; the run is
+// replaced by one "e-" for every three.
 std::string RewriteExponents(std::string_view argument) {
     std::string result;
     for (std::size_t i = 0; i < argument.size();) {
@@ -47,12 +47,13 @@ const char* SkipSeparators(const char* p, const char* end) {
     return p;
 }
 
-// Behind the short number that the argument at `p` is; null when it is something else.
+// Reads an argument at `p` that is a plain short number.
+// @return the position after it; null if the argument is anything else
 [[gnu::always_inline]] inline const char* ReadPlainNumber(const char* p, const char* end, double& number) {
     const bool isNegative = p != end && *p == '-';
     if (isNegative) ++p;
     const char* const behind = ORVReadShortNumber(p, end, number);
-    // With anything else behind it, the number is only a part of the argument.
+    // If anything but a separator follows, the number is only part of the argument.
     if (!behind || (behind != end && ClassOf(*behind) == kOther)) return nullptr;
     number = isNegative ? -number : number;
     return behind;

@@ -6,35 +6,36 @@
 
 #include "platform/mathematics/geometry.h"
 
-/// Splits path data into commands and arguments, in one forward pass.
+/// Splits path data into commands and arguments in one forward pass.
 ///
-/// A command letter (M L Z C S H V Q T A in either case) begins a segment, wherever it stands; a ";" ends
-/// one. Arguments are separated by blanks, commas, and in front of every minus, but for one that follows an
-/// "e" (an exponent). An upper-case "E-" is split: kept on purpose. Three "e" in a row read as "e-".
+/// A command letter (M L Z C S H V Q T A in either case) starts a segment wherever it occurs; a ";" ends one.
+/// Arguments are separated by blanks, by commas, and before every minus except one that follows an "e" (an
+/// exponent). An upper-case "E-" is split, on purpose. Three "e" in a row are read as "e-".
 class PathScanner {
 public:
     explicit PathScanner(std::string_view text) : text_(text) {}
 
-    /// Moves to the next command. @return false at the end of the text
+    /// Advances to the next command.
+    /// @return false at the end of the text
     bool NextCommand(char& letter);
-    /// The next argument of the current command, if it is nothing but a short number, as nearly all are.
-    /// @return false when it is another argument, which NextArgument then gives, or when there is none
+    /// Reads the next argument of the current command if it is a plain short number, as nearly all are.
+    /// @return false if it is not, in which case NextArgument reads it, or if there is none
     bool NextPlainNumber(double& number);
-    /// What stands behind the pairs that were taken.
+    /// What follows the pairs that were read.
     enum class Behind { kMore, kOther, kNone };
-    /// Takes arguments of the current command two by two, as long as both are such numbers, and goes on with
-    /// those of commands behind it that have the same letter and follow without anything between.
+    /// Reads pairs of plain numbers of the current command, and continues with directly following commands
+    /// that have the same letter.
     /// @param letter  of the current command
-    /// @param pairs   receives their numbers
-    /// @param most    as many as there is room for
-    /// @param count   receives how many were taken
-    /// @return kMore when the room is full, kOther before an argument of another kind, kNone when the
-    ///         command that was reached has no more arguments
+    /// @param pairs   receives the pairs
+    /// @param most    capacity of `pairs`
+    /// @param count   receives the number of pairs read
+    /// @return kMore if the buffer is full, kOther before an argument of another kind, kNone if the last
+    ///         command has no more arguments
     Behind NextPlainPairs(char letter, ORVMathPoint2D* pairs, std::size_t most, std::size_t& count);
-    /// The next argument of the current command. The view is valid until the next call.
-    /// @return false when the command has no more arguments
+    /// Reads the next argument of the current command. The view is valid until the next call.
+    /// @return false if the command has no more arguments
     bool NextArgument(std::string_view& argument);
-    /// Bytes of the text that have been looked at.
+    /// Number of bytes consumed.
     std::size_t GetPosition() const { return position_; }
 
 private:
@@ -42,5 +43,5 @@ private:
 
     std::string_view text_;
     std::size_t position_ = 0;
-    std::string rewritten_;  // an argument whose letters had to be changed
+    std::string rewritten_;  // an argument with normalised letters
 };

@@ -12,7 +12,7 @@ ORVPrintQVXMLInterpreter::ORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* inpu
     std::unique_ptr<SvgDocumentSource> source;
     if (const ORVLightXmlElementItf* light = input->GetXmlElement()) {
         lightElement_ = std::make_unique<ORVLightXmlElement>();
-        if (lightElement_->Assign(*light) != 1) throw std::bad_alloc();  // which the factory tells
+        if (lightElement_->Assign(*light) != 1) throw std::bad_alloc();  // handled by the factory
         source = std::make_unique<SvgDocumentSource>(lightElement_.get());
     } else {
         domElement_ = input->GetXmlElementDOM();

@@ -11,12 +11,11 @@
 
 class ORVPrintInputXMLElement;
 
-/// Prints an SVG drawing that is an XML element of a larger QVXML document. Such a fragment is placed on the
-/// page by its own origin. An input that cannot be used leaves the interpreter without a document: its
-/// queries return 0.
+/// Prints an SVG drawing embedded as an element in a QVXML document, positioned on the page by its own
+/// origin. If the input is unusable, there is no document and queries return 0.
 class ORV_MODULE_EXPORT ORVPrintQVXMLInterpreter final : public ORVPrintInterpreter {
 public:
-    /// @param input  may be null. A light element of it is preferred to a DOM one, and copied
+    /// @param input  may be null. Its light element, if any, is preferred to the DOM one and is copied
     explicit ORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input);
     ~ORVPrintQVXMLInterpreter() override;
 
@@ -24,7 +23,8 @@ public:
     int GetPageCount(unsigned int& count) override;
     int GetTitle(ORVUnicodeString& title) override;
 
-    /// Sets the file that relative references are resolved against. @return 1, or 0 without a document
+    /// Sets the path that relative references are resolved against.
+    /// @return 1, or 0 if there is no document
     int SetCurrentPath(const ORVUnicodeString& path);
 
 protected:
@@ -36,7 +36,8 @@ private:
 
     SvgInterpretation::Selection GetSelection() const { return {currentPage_, allPages_ == 1}; }
 
-    // Destroyed last to first: the document lets go of its element before the element goes.
+    // Members are destroyed in reverse order: the document must release its element before the element is
+    // destroyed.
     ORVIDOMElement_var domElement_;
     std::unique_ptr<ORVLightXmlElement> lightElement_;
     SvgInterpretation interpretation_;

@@ -8,12 +8,12 @@
 
 class ORVPrintInput;
 
-/// Prints an SVG document given as a stream or as a parsed XML element. A stream is read into memory by the
-/// constructor; the model is built by the first query. An input that cannot be used leaves the interpreter
-/// without a document: its queries return 0.
+/// Prints an SVG document given as a stream or as a parsed XML element. The constructor reads a stream into
+/// memory; the first query builds the model. If the input is unusable, there is no document and queries
+/// return 0.
 class ORV_MODULE_EXPORT ORVPrintSVGInterpreter final : public ORVPrintInterpreter {
 public:
-    /// @param input  may be null. A light element of it is not copied: the input must outlive the interpreter
+    /// @param input  may be null. Its light element is not copied: the input must outlive the interpreter
     explicit ORVPrintSVGInterpreter(ORVPrintInput* input);
     ~ORVPrintSVGInterpreter() override;
 
@@ -21,7 +21,8 @@ public:
     int GetPageCount(unsigned int& count) override;
     int GetTitle(ORVUnicodeString& title) override;
 
-    /// Sets the file that relative references are resolved against. @return 1, or 0 without a document
+    /// Sets the path that relative references are resolved against.
+    /// @return 1, or 0 if there is no document
     int SetCurrentPath(const ORVUnicodeString& path);
 
 protected:
@@ -34,7 +35,8 @@ private:
 
     SvgInterpretation::Selection GetSelection() const { return {currentPage_, allPages_ == 1}; }
 
-    // Destroyed last to first: the document lets go of its element before the element goes.
+    // Members are destroyed in reverse order: the document must release its element before the element is
+    // destroyed.
     ORVIDOMElement_var domElement_;
     SvgInterpretation interpretation_;
 };

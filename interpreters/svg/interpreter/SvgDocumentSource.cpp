@@ -23,7 +23,7 @@ SvgDocumentSource::SvgDocumentSource(const ORVLightXmlElementItf* element)
 
 SvgDocumentSource::SvgDocumentSource(const ORVIDOMElement_var& element) : domElement_(element), useDOM_(1) {}
 
-// Once through the stream for its size, once for its bytes: a stream does not say how long it is.
+// Reads the stream twice, first to determine its size: streams do not report it.
 void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
     if (stream.Open("rb") < 0 || stream.IsOpen() == 0 || stream.IsReadable() == 0) return;
 
@@ -35,7 +35,7 @@ void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
         while (stream.HasMoreData() && size <= most && !hasFailed) {
             const std::size_t got = stream.Read(block.data(), block.size());
             size += got;
-            // A stream that gives nothing, but not because it has ended, has failed; half a document is none.
+            // Reading nothing before the end is a failure; a partial document is discarded.
             hasFailed = got == 0 && stream.HasMoreData();
         }
     }
@@ -47,7 +47,7 @@ void SvgDocumentSource::ReadStream(ORVPrintInputStream& stream) {
         std::size_t filled = 0, got = 1;
         for (; got > 0 && filled < size; filled += got)
             got = stream.Read(text_.get() + filled, size - filled);
-        // It has failed, or become shorter since.
+        // Reading failed, or the stream has become shorter.
         if (filled < size)
             text_.reset();
         else

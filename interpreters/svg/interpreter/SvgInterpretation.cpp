@@ -13,11 +13,11 @@
 namespace {
 
 class SvgPrintModel final : public ORVPrtModel {
-    ~SvgPrintModel() override = default;  // through Release() only
+    ~SvgPrintModel() override = default;  // use Release()
 };
 
-/// Does an entry point's work. Nothing that is thrown leaves the module, neither for want of memory nor by
-/// what the host put in: such work gives 0.
+/// Runs the body of an entry point and returns 0 if it throws. No exception may leave the module, whether
+/// memory ran out or the host's code threw.
 template <class Work>
 int Enter(Work work) {
     try {
@@ -37,7 +37,7 @@ int SvgInterpretation::SetCurrentPath(const ORVUnicodeString& path) {
     });
 }
 
-// The model is stored before it is built, so that a build that fails is not tried again.
+// The model is stored before it is built, so that a failed build is not retried.
 SvgInterpretation::BuildResult SvgInterpretation::EnsureModel() {
     if (!source_) return {};
     if (model_) return {true, false, kDone};
@@ -91,8 +91,7 @@ int SvgInterpretation::Decode(const Selection& selection, ORVPrintGenerator* gen
     return Enter([&] {
         const BuildResult build = EnsureModel();
         if (!build.available || (build.builtNow && build.status != kDone)) return build.status;
-        // The document ends here, with the last print; its model is taken apart, and nobody sees what is
-        // left.
+        // The last print releases the document and consumes the model.
         if (parameters.IsLast()) source_.reset();
         ORVPrintModelRender render = source_ ? ORVPrintModelRender(*model_, generator, parameters)
                                              : ORVPrintModelRender(std::move(*model_), generator, parameters);

@@ -11,21 +11,20 @@ class ORVPrintGenerator;
 class ORVPrintParameters;
 class ORVPrtImageElt;
 
-/// What both interpreters are made of: the document, the model built from it once, and the queries that
-/// share a page-selection rule. Every query builds the model first if that was not done; a build that
-/// failed is not tried again. Without a document, everything answers 0 and leaves its outputs alone; a last
-/// print (ORVPrintParameters::SetIsLast) takes the document away.
+/// Common implementation of both interpreters: the document, its model, and the queries. The first query
+/// builds the model; a failed build is not retried. Without a document, all functions return 0 and leave
+/// their outputs unchanged. A last print (ORVPrintParameters::SetIsLast) releases the document.
 class SvgInterpretation {
 public:
-    /// Page that the host selected, and whether it wants all of them.
+    /// The page selected by the host, and whether it wants all pages.
     struct Selection {
-        unsigned int currentPage = 0;  ///< 1-based, 0 for none
+        unsigned int currentPage = 0;  ///< from 1; 0 for none
         bool allPages = false;
     };
 
     void SetSource(std::unique_ptr<SvgDocumentSource> source) { source_ = std::move(source); }
     SvgDocumentSource* GetSource() const { return source_.get(); }
-    /// @return 1, or 0 when there is no document
+    /// @return 1, or 0 if there is no document
     int SetCurrentPath(const ORVUnicodeString& path);
 
     int GetPageCount(unsigned int& count);
@@ -36,7 +35,7 @@ public:
 
 private:
     struct BuildResult {
-        bool available = false;  ///< there is a model, perhaps an empty one
+        bool available = false;  ///< there is a model, possibly empty
         bool builtNow = false;
         int status = 0;
     };

@@ -10,7 +10,7 @@ template <class Interpreter, class Input>
 ORVPrintInterpreter* Create(Input* input) {
     try {
         return new Interpreter(input);
-    } catch (...) {  // out of memory, or whatever a host's input throws
+    } catch (...) {  // out of memory, or an exception of the host's input
         return nullptr;
     }
 }

@@ -9,13 +9,15 @@ class ORVPrintInterpreter;
 
 extern "C" {
 
-/// Creates an interpreter of SVG documents, owned by the caller. Null only when out of memory.
+/// Creates an interpreter of SVG documents, owned by the caller.
+/// @return null only when out of memory
 ORV_MODULE_EXPORT ORVPrintInterpreter* fctCreateORVPrintSVGInterpreter(ORVPrintInput* input);
 
-/// Creates an interpreter of SVG fragments in QVXML documents, owned by the caller. Null only when memory is
-/// spent.
+/// Creates an interpreter of SVG fragments in QVXML documents, owned by the caller.
+/// @return null only when out of memory
 ORV_MODULE_EXPORT ORVPrintInterpreter* fctCreateORVPrintQVXMLInterpreter(ORVPrintInputXMLElement* input);
 
-/// Marks the module. @return 1
+/// Identifies the module to its loader.
+/// @return 1
 ORV_MODULE_EXPORT int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG();
 }

@@ -14,20 +14,20 @@
 namespace {
 
 constexpr int kLowMemoryInfo = 2;
-// Kept word for word, though it names another interpreter of the framework.
+// Kept unchanged although it names a different interpreter of the framework.
 constexpr const char* kLowMemoryMessage = "ORVPrintCGM2Interpreter: Low Memory Error";
 constexpr double kLowMemoryFraction = 0.9;
 
-// Looks at the memory before each top-level child.
+// Checks the available memory before each top-level child.
 class LowMemoryWatch {
 public:
-    /// @return false when visiting has to stop
+    /// @return false if the walk must stop
     bool MayVisit() {
         if (low_) {
             ORVPrintPropertiesManager::AddInfo(kLowMemoryInfo, kLowMemoryMessage);
             if (onErrorAction_ == ORVPrintPropertiesManager::kStopOnError) return false;
         }
-        // Nine children of every ten are probed, not one of ten: kept on purpose.
+        // Checks nine of every ten children instead of one, on purpose.
         if (visits_ % 10 != 0) low_ = ORVPrintPropertiesManager::IsLowMemory(kLowMemoryFraction);
         ++visits_;
         return true;
@@ -44,7 +44,8 @@ class ModelBuild {
 public:
     ModelBuild(const SvgPageSource& source, ORVPrtModel& model) : source_(source), model_(model) {}
 
-    /// Builds the pages of one top-level element. @return false when the build has to end
+    /// Builds the pages of one top-level element.
+    /// @return false if the build must end
     bool Build(const Element& root) {
         if (root.Name() != ElementName::kSvg) return BuildSvgChildren(root);
         if (CountSvgChildren(root) >= 2) return BuildSvgChildren(root);
@@ -53,7 +54,7 @@ public:
     }
 
 private:
-    // Stopping ends only the count: what was counted by then decides.
+    // Stopping ends only the count: the number counted so far decides.
     unsigned long CountSvgChildren(const Element& root) {
         unsigned long count = 0;
         for (Element child = root.FirstChild(); !child.IsNull(); child = child.NextSibling()) {
@@ -76,7 +77,7 @@ private:
     LowMemoryWatch watch_;
 };
 
-/// The result of a build that memory did not suffice for, which its model tells, too.
+/// Result of a build that ran out of memory, which is also recorded in the model's budget.
 int WithoutMemory(ORVPrtModel& model) {
     model.GetBudget().NoteMemorySpent();
     return kUnusable;
@@ -87,12 +88,12 @@ int BuildWithLightParser(const SvgDocumentSource& source, const SvgPageSource& p
     ORVLightXmlElement parsed;
     const ORVLightXmlElementItf* root = source.GetLightElement();
     if (!root) {
-        // The bytes of a stream are the source's own, and the model is built once.
+        // The source owns the bytes of a stream, and the model is built only once.
         const ORVLightXmlInputStreamBuffer stream(
             source.GetText(), static_cast<std::size_t>(source.GetTextSize()),
             ORVLightXmlInputStreamBuffer::Lifetime::kElements, ORVXmlReading::kOnce);
         ORVLightXmlParser parser;
-        parser.Parse(stream, parsed);  // what was read before an error is drawn
+        parser.Parse(stream, parsed);  // content before an error is drawn
         if (parser.GetError().isOutOfMemory) return WithoutMemory(model);
         root = &parsed;
     }
@@ -132,9 +133,9 @@ int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model) {
         return useDOM ? BuildWithDOMParser(source, pageSource, *model)
                       : BuildWithLightParser(source, pageSource, *model);
     } catch (const std::bad_alloc&) {
-        model->RemoveImages();  // half a page is none
+        model->RemoveImages();  // incomplete pages are discarded
         return WithoutMemory(*model);
-    } catch (...) {  // by what the host put in, such as its policy for files
+    } catch (...) {  // an exception of the host's code, such as its file access policy
         model->RemoveImages();
         return kUnusable;
     }

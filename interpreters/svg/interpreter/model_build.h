@@ -4,12 +4,12 @@
 class ORVPrtModel;
 class SvgDocumentSource;
 
-/// Builds the pages of a document into a model. A root "svg" with two or more direct "svg" children gives a
-/// page for each of them, else one page; a root of another name gives a page for each direct "svg" child.
-/// With the DOM back-end the root's following siblings are handled by the same rule.
+/// Builds the pages of a document into a model. A root "svg" with two or more "svg" children gives one page
+/// per child, otherwise a single page; a root with another name gives one page per "svg" child. With the DOM
+/// back-end, the same rule applies to the following siblings of the root.
 ///
-/// Memory is watched on the way: when it is short, the framework is informed, and the build ends early, with
-/// what it has, if the framework's on-error action says so.
+/// Memory is monitored during the build: when it runs short, the framework is notified, and depending on its
+/// on-error action the build ends early with the content built so far.
 /// @param model  may be null: the build then fails
-/// @return 1, or -1 when there is nothing to read or the DOM back-end cannot parse it
+/// @return 1, or -1 if there is nothing to read or the DOM back-end cannot parse it
 int BuildModel(const SvgDocumentSource& source, ORVPrtModel* model);

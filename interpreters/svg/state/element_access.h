@@ -8,20 +8,19 @@
 #include "platform/xml/ORVXmlNodeStore.h"
 #include "platform/xml/vocabulary.h"
 
-/// What asking for an attribute gives. The text is valid as long as the document is.
+/// Result of looking up an attribute. The text is valid as long as the document.
 struct AttributeValue {
-    int status = -1;        ///< negative: the attribute is absent
-    std::string_view text;  ///< empty when absent
+    int status = -1;        ///< negative if the attribute is absent
+    std::string_view text;  ///< empty if absent
 
-    /// True when the look-up worked, also for an empty value.
+    /// Whether the look-up succeeded, even with an empty value.
     bool WasRead() const { return status >= 0; }
 };
 
-/// One XML element as handlers see it: cheap to copy. Names that the system knows are numbered when the
-/// document is parsed, so that asking for an absent attribute is one test of a bit. The children of an
-/// element are nodes; those that are no elements have no known name. A handler forgets an attribute that is
-/// long, such as an outline or an image, once it has read it: such attributes may be most of a document,
-/// whose text and model would stand side by side otherwise.
+/// An XML element as seen by the handlers; cheap to copy. Known names are numbered when the document is
+/// parsed, so testing for an absent attribute takes one bit test. Children are nodes; those that are not
+/// elements have no known name. Handlers release long attributes, such as outlines and images, after reading
+/// them: these may be most of a document, and its text and model would otherwise both be in memory.
 template <class T>
 concept SvgElementAccess = std::copyable<T> && requires(const T element, AttributeName name) {
     { element.Name() } -> std::same_as<ElementName>;
@@ -34,7 +33,7 @@ concept SvgElementAccess = std::copyable<T> && requires(const T element, Attribu
     { element.Node() } -> std::same_as<const ORVXmlNode&>;
 };
 
-/// An element of the DOM back-end: an absent attribute is a failure.
+/// An element of the DOM back-end, where looking up an absent attribute fails.
 class DomElementAccess {
 public:
     explicit DomElementAccess(const ORVXmlNode* node) : node_(node) {}
@@ -54,7 +53,7 @@ private:
     const ORVXmlNode* node_;
 };
 
-/// An element of the light back-end: an absent attribute is an empty value.
+/// An element of the light back-end, where an absent attribute has an empty value.
 class LightElementAccess {
 public:
     explicit LightElementAccess(const ORVXmlNode* node) : node_(node) {}

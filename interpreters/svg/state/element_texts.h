@@ -7,17 +7,17 @@
 #include "interpreters/svg/state/element_access.h"
 #include "platform/model/ORVPrtGraphicPrimitiveElt.h"
 
-/// Reads "id": stored whenever the look-up works, also when it is empty.
+/// Reads "id" and stores it if the look-up succeeds, even if it is empty.
 template <SvgElementAccess Element>
 void ReadIdentifier(const Element& element, ORVPrtGraphicPrimitiveElt& primitive) {
     const AttributeValue identifier = element.Attribute(AttributeName::kId);
-    // An identifier that was never set reads as empty: storing an empty one needs no work.
+    // The default identifier is empty, so an empty one need not be stored.
     if (identifier.WasRead() && !(identifier.text.empty() && primitive.GetID().IsEmpty()))
         primitive.SetID(ORVUnicodeString(identifier.text));
 }
 
-/// True when `child` is a "desc" or "title". Its text, when there is any, becomes the description: only
-/// pages keep titles.
+/// Whether `child` is a "desc" or "title". Its text, unless empty, becomes the description: only pages have
+/// titles.
 template <SvgElementAccess Element>
 bool ReadDescription(const Element& child, ORVPrtGraphicPrimitiveElt& primitive) {
     if (child.Name() != ElementName::kDesc && child.Name() != ElementName::kTitle) return false;
@@ -25,7 +25,7 @@ bool ReadDescription(const Element& child, ORVPrtGraphicPrimitiveElt& primitive)
     return true;
 }
 
-/// The description of an element that has no other children; the last text wins.
+/// Reads the description of an element without other children; the last text wins.
 template <SvgElementAccess Element>
 void ReadDescriptions(const Element& element, ORVPrtGraphicPrimitiveElt& primitive) {
     for (Element child = element.FirstChild(); !child.IsNull(); child = child.NextSibling())

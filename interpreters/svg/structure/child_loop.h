@@ -6,9 +6,9 @@
 #include "interpreters/svg/structure/references.h"
 #include "interpreters/svg/style/paint.h"
 
-/// Calls `visit` for every child of an element, in document order. In large documents, where each colour and
-/// each definition would be waited for, those of the next children are fetched meanwhile. Where the document
-/// is read once, children are gone when the next one is visited.
+/// Calls `visit` for every child of an element, in document order. In large documents, it prefetches the
+/// colours and definitions of upcoming children. If the document is read only once, children are released
+/// after their visit.
 template <SvgElementAccess Element, class Visit>
 void ForEachChild(const SvgDrawState& state, const Element& element, Visit visit) {
     ORVXmlChildWalk walk(element.Node());

@@ -20,7 +20,7 @@
 
 namespace {
 
-// Builds one definition into its container, or into a holder of its own where the container is none.
+// Builds one definition into its container, or into a new holder if the container is not one.
 template <class Build>
 int BuildDefinition(SvgDrawState& state, ORVPrtGraphicPrimitiveElt& container, Build build) {
     if (AsDefinitionHolder(container)) return build(container);
@@ -35,7 +35,7 @@ int BuildDefinition(SvgDrawState& state, ORVPrtGraphicPrimitiveElt& container, B
     return result;
 }
 
-// A definition of one class; what sets its element apart is read by `read`, which walks its children, too.
+// Builds a definition of one class. `read` reads the element's specific attributes and walks its children.
 template <class Primitive, SvgElementAccess Element, class Read>
 int BuildDefinitionOf(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container,
                       Read read) {
@@ -60,7 +60,7 @@ bool ReadOptionalViewBox(const SvgDrawState& state, const Element& element, ORVP
 }
 
 struct MarkerGeometry {
-    double refX = 0.0, refY = 0.0;  // page coordinates
+    double refX = 0.0, refY = 0.0;  // in page coordinates
     double width = 0.0, height = 0.0;
 };
 
@@ -124,7 +124,7 @@ int HandleSymbol(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimi
 template <SvgElementAccess Element>
 int HandleMarker(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
     return BuildDefinitionOf<ORVPrtSymbolElt>(state, element, container, [&](ORVPrtSymbolElt& symbol) {
-        const MarkerGeometry geometry = ReadMarkerGeometry(state, element);  // a "viewBox" has no effect
+        const MarkerGeometry geometry = ReadMarkerGeometry(state, element);  // "viewBox" has no effect
         WalkChildren(state, element, symbol);
         FitMarker(state, geometry, symbol);
     });

@@ -6,26 +6,26 @@
 struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 
-/// Handlers of elements that are kept aside for references instead of being drawn.
-/// @return kDone, or kNoMemory when a primitive could not be allocated. The state leaves as it came.
+/// Handlers of elements that are kept for references instead of being drawn.
+/// @return kDone, or kNoMemory if a primitive could not be allocated. The state is restored on return
 
-/// A "defs" element: its children become those of a holder that stays registered until the enclosing group
-/// ends.
+/// A "defs" element: its children are added to a holder that stays registered until the end of the enclosing
+/// group.
 template <SvgElementAccess Element>
 int HandleDefs(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 
-/// Inside "defs" the three below are definitions like any other child. Elsewhere they get a holder of their
-/// own, as if a "defs" without attributes stood around them.
+/// Inside "defs", the following three elements are ordinary definitions. Elsewhere they get their own holder,
+/// as if enclosed in a "defs" without attributes.
 
-/// A "symbol" element; any "viewBox" that is not empty makes it have one.
+/// A "symbol" element. Any non-empty "viewBox" counts as one.
 template <SvgElementAccess Element>
 int HandleSymbol(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 
-/// A "marker" element: a symbol whose content is fitted to the marker's size and moved by its reference
+/// A "marker" element: a symbol whose content is fitted to the marker's size and shifted by its reference
 /// point.
 template <SvgElementAccess Element>
 int HandleMarker(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 
-/// A "pattern" element: what fills take bitmaps from.
+/// A "pattern" element, the source of bitmaps for fills.
 template <SvgElementAccess Element>
 int HandlePattern(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);

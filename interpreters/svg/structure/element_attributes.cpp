@@ -22,12 +22,12 @@ constexpr std::uint64_t kTexts =
 constexpr std::uint64_t kMarkers = Set({kMarker, kMarkerStart, kMarkerMid, kMarkerEnd});
 constexpr std::uint64_t kPaints = kFills | kStrokes | Set({kColor, kOpacity, kStyle});
 
-// What children inherit, and the element's name.
+// Inherited properties and the identifier.
 constexpr std::uint64_t kContainer = kPaints | kVisible | kTexts | kMarkers | Set({kId});
-// Definitions are painted by what refers to them: of paint there is left whether there is any.
+// Definitions are painted by their references: of their own paint, only whether there is any has an effect.
 constexpr std::uint64_t kDefinition = kVisible | kMarkers | Set({kFill, kId, kStroke, kStyle});
 constexpr std::uint64_t kShape = kPaints | kVisible | Set({kId, kTransform});
-// What is always stroked and never filled takes no notice of being visible.
+// Elements that are always stroked and never filled ignore visibility.
 constexpr std::uint64_t kOpenLine = kStrokes | kMarkers | Set({kColor, kId, kOpacity, kStyle, kTransform});
 constexpr std::uint64_t kBox = Set({kX, kY, kWidth, kHeight});
 

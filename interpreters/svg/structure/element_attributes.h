@@ -5,12 +5,12 @@
 
 #include "platform/xml/vocabulary.h"
 
-/// Where an "svg" element stands; its attributes differ in what they do.
+/// Whether an "svg" element is a page or nested; some attributes differ in effect.
 enum class SvgPlace { kPage, kNested };
 
-/// The attributes that make a difference on an element, one bit per AttributeName; none for an element
-/// without a handler. What is read and then dropped ("rx" of a rectangle) is not among them. The handlers do
-/// not ask this table; the tests hold it to what they do.
+/// The attributes that have an effect on an element, one bit per AttributeName; none for an element without a
+/// handler. Attributes that are read but ignored ("rx" of a rectangle) are not included. Handlers do not use
+/// this table; tests keep the two consistent.
 std::uint64_t GetEffectiveAttributes(ElementName element, SvgPlace place = SvgPlace::kNested);
 
 inline bool HasEffect(std::uint64_t attributes, AttributeName name) {

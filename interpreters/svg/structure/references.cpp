@@ -21,7 +21,7 @@
 
 namespace {
 
-// Where an element places its content: the drawing's own coordinates, y down.
+// Position and size of an element's content, in the drawing's own coordinates, y down.
 struct Placement {
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
 
@@ -39,7 +39,7 @@ Placement ReadPlacement(const SvgDrawState& state, const Element& element, doubl
     return placement;
 }
 
-// Collects placing operations. They stand between two mirrorings of the page, unless there are none.
+// Collects transformations. They are enclosed in two reflections of the page, unless there are none.
 class PlacingTransform {
 public:
     PlacingTransform(const SvgDrawState& state, ORVPrtGroupElt& group)
@@ -62,7 +62,7 @@ public:
         Begin();
         transform_.AddScaleY(scale);
     }
-    // Gives the operations to the group.
+    // Sets the transform of the group.
     void Apply() {
         if (!begun_) return;
         if (state_.yFlip == 1) AddPageMirror(state_, transform_);
@@ -81,7 +81,7 @@ private:
     bool begun_ = false;
 };
 
-// Scales a view box by one factor and centres it in the placement.
+// Scales a viewBox uniformly and centres it in the placement.
 void FitViewBox(PlacingTransform& transform, const Placement& at, const ORVPrtViewBox& box, double scale) {
     transform.Translate(at.x + (at.width - scale * box.width) / 2.0,
                         at.y + (at.height - scale * box.height) / 2.0);
@@ -103,7 +103,7 @@ const ORVPrtViewBox* ViewBoxOf(const ORVPrtGraphicPrimitiveElt* definition) {
     return static_cast<const ORVPrtSymbolElt*>(definition)->GetViewBox();
 }
 
-// Fits content to the placement about the corner of its own box.
+// Fits content into the placement, relative to the corner of its bounding box.
 void FitContent(PlacingTransform& transform, const Placement& at, const ORVPrtViewBox& content) {
     const double scaleX = ScaleOutsideBand(at.width / content.width);
     const double scaleY = ScaleOutsideBand(at.height / content.height);
@@ -114,7 +114,8 @@ void FitContent(PlacingTransform& transform, const Placement& at, const ORVPrtVi
     transform.Translate(-content.minX, -content.minY);
 }
 
-// Box of what stands in the group, in the drawing's own coordinates. @return false without positive extents
+// Bounding box of the group's content, in the drawing's own coordinates.
+// @return false if its width or height is not positive
 bool ContentBox(const SvgDrawState& state, const ORVPrtGroupElt& group, ORVPrtViewBox& box) {
     double xMin = 0.0, xMax = 0.0, yMin = 0.0, yMax = 0.0;
     if (state.boxes->ComputeChildren(group, xMin, xMax, yMin, yMax) != 1) return false;

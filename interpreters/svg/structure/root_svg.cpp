@@ -23,8 +23,8 @@
 
 namespace {
 
-// Each dimension counts as divided by itself, so a view box never scales; but the quotient is no number when
-// a dimension is 0 or has no bounds. Kept on purpose.
+// Each dimension is divided by itself, so a viewBox never scales; but the quotient is NaN if a dimension is 0
+// or infinite. Kept on purpose.
 double PageScale(const ORVPrtViewBox& box) {
     const auto isDivisible = [](double dimension) { return dimension != 0.0 && std::isfinite(dimension); };
     if (isDivisible(box.height) && isDivisible(box.width)) return 1.0;
@@ -56,7 +56,7 @@ int WalkPage(SvgDrawState& state, const Element& element) {
     return result;
 }
 
-// A page without a size gets the box of its content.
+// A page without a size gets that of its content's bounding box.
 void SizePageByContent(const SvgDrawState& state) {
     if (state.pageWidth > 0.0 || state.pageHeight > 0.0) return;
     double xMin = 0.0, xMax = 0.0, yMin = 0.0, yMax = 0.0;

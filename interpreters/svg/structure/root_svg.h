@@ -7,20 +7,20 @@ struct SvgDrawState;
 class ORVPrtModel;
 class ORVUnicodeString;
 
-/// What a page takes over from the document it belongs to.
+/// Properties of a page that come from its document.
 struct SvgPageSource {
-    const ORVUnicodeString& currentPath;  ///< file of the document, empty when unknown
+    const ORVUnicodeString& currentPath;  ///< path of the document's file; empty if unknown
     unsigned char yFlip = 1;
     unsigned char embeddedFragment = 0;
 };
 
-/// Reads the size of a page from "width", "height" and "viewBox" into its state and the page itself.
+/// Determines the size of a page from "width", "height" and "viewBox", and sets it in the state and the page.
 template <SvgElementAccess Element>
 void SizePage(SvgDrawState& state, const Element& element);
 
-/// Builds one page of the model from an "svg" element: sizes it from "width", "height" and "viewBox", or by
-/// the box of its content when it has none of them, and walks the children. The element's position never
-/// moves the page.
-/// @return the result for the last child, 0 when there are no children
+/// Builds one page of the model from an "svg" element. The size comes from "width", "height" and "viewBox",
+/// or from the bounding box of the content if there is none of these. The element's x and y do not move the
+/// page.
+/// @return the result of the last child; 0 if there are no children
 template <SvgElementAccess Element>
 int BuildPage(const SvgPageSource& source, const Element& element, ORVPrtModel& model);

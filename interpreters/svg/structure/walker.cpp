@@ -30,7 +30,7 @@
 
 namespace {
 
-// Creates the primitive of a row, attaches it, and lets the row's handler fill it.
+// Creates and attaches a primitive and lets the row's handler fill it in.
 template <class Primitive, auto kHandler, SvgElementAccess Element>
 int CreateAndHandle(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
     const ORVRef<Primitive> primitive(state.model->Create<Primitive>());
@@ -45,7 +45,7 @@ struct HandlerRow {
     int (*handle)(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);
 };
 
-// Which handler an element goes to. No two share a name, so the order of the rows does not matter.
+// The handlers by element name. Names are unique, so the order of the rows does not matter.
 template <SvgElementAccess Element>
 constexpr std::array kHandlers{
     HandlerRow<Element>{ElementName::kPath, CreateAndHandle<ORVPrtGroupElt, HandlePath<Element>, Element>},
@@ -103,7 +103,7 @@ int HandleChild(SvgDrawState& state, const Element& child, ORVPrtGraphicPrimitiv
 template <SvgElementAccess Element>
 void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container) {
     const bool defines = AsDefinitionHolder(container) != nullptr;
-    // A holder is registered just before its children are walked.
+    // The holder is registered immediately before its children are walked.
     const std::size_t holderPlace = state.definitions->GetHolderCount() - 1;
     ForEachChild(state, element, [&](const Element& child) {
         if (ReadDescription(child, container)) return;

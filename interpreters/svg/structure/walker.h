@@ -6,16 +6,16 @@
 struct SvgDrawState;
 class ORVPrtGraphicPrimitiveElt;
 
-/// Whether elements of this name have a handler; all others are ignored, but for "desc" and "title".
+/// Whether elements of this name have a handler. All others are ignored except "desc" and "title".
 bool HasHandler(ElementName name);
 
-/// Offers one element to the handler of its name, which builds its primitives into the container. An
-/// unknown name is ignored.
+/// Passes an element to the handler of its name, which adds primitives to the container. Unknown names are
+/// ignored.
 /// @return the handler's result; kDone for an unknown name, kUnusable for a null container
 template <SvgElementAccess Element>
 int HandleChild(SvgDrawState& state, const Element& child, ORVPrtGraphicPrimitiveElt* container);
 
-/// Walks the children of a group-like element, in document order: descriptions go to the container,
-/// everything else to its handler. What a child cannot do is skipped.
+/// Walks the children of a group-like element in document order: descriptions are set on the container,
+/// everything else is passed to its handler. Failures of children are ignored.
 template <SvgElementAccess Element>
 void WalkChildren(SvgDrawState& state, const Element& element, ORVPrtGraphicPrimitiveElt& container);

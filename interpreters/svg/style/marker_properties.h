@@ -7,14 +7,14 @@
 
 struct SvgDrawState;
 
-/// Which marker references a value goes to.
+/// Which marker references a value applies to.
 enum class MarkerPlace { kAll, kStart, kMid, kEnd };
 
-/// Applies the value of a marker property: "none " (with its blank, kept on purpose) removes the reference,
-/// "inherit" keeps it, anything else becomes it, less the first "url(#" and the first ")".
+/// Applies the value of a marker property: "none " (with the trailing space, on purpose) removes the
+/// reference, "inherit" keeps it, and anything else replaces it, without the first "url(#" and the first ")".
 void ApplyMarkerReference(SvgDrawState& state, MarkerPlace place, std::string_view value);
 
-/// Attributes "marker", "marker-start", "marker-mid" and "marker-end".
+/// Applies the attributes "marker", "marker-start", "marker-mid" and "marker-end".
 template <SvgElementAccess Element>
 void ApplyMarkerProperties(SvgDrawState& state, const Element& element) {
     ApplyMarkerReference(state, MarkerPlace::kAll, element.Attribute(AttributeName::kMarker).text);

@@ -27,7 +27,7 @@ struct Keyword {
     int value;
 };
 
-// Sets `value` when the table knows `text`.
+// Sets `value` if the table contains `text`.
 bool FindKeyword(std::span<const Keyword> table, std::string_view text, int& value) {
     if (text.empty()) return false;
     const auto found =
@@ -38,13 +38,13 @@ bool FindKeyword(std::span<const Keyword> table, std::string_view text, int& val
 }
 
 constexpr std::array kFillRules{Keyword{"nonzero", kFillNonZero}, Keyword{"evenodd", kFillEvenOdd}};
-// Kept on purpose: round and square are not numbered in keyword order.
+// Round and square are not numbered in keyword order, on purpose.
 constexpr std::array kLineCaps{Keyword{"butt", kCapButt}, Keyword{"round", kCapRound},
                                Keyword{"square", kCapSquare}};
 constexpr std::array kLineJoins{Keyword{"miter", kJoinMiter}, Keyword{"round", kJoinRound},
                                 Keyword{"bevel", kJoinBevel}};
 
-// Gives the pattern's bitmaps to the fill, the last one staying.
+// Sets the pattern's bitmaps as fill; the last one remains.
 void ApplyPattern(SvgDrawState& state, ORVPrtPatternElt& pattern) {
     state.fill.SetFillStyle(kFillPattern);
     for (ORVPrtGraphicPrimitiveElt* child : pattern.GetChildren()) {
@@ -145,7 +145,7 @@ void ApplyDashArray(SvgDrawState& state, std::string_view value) {
     }
     state.stroke.SetStrokeType(kLineUserDash);
     if (lengths.empty()) return;
-    // The model counts dashes in a byte; 256 of them count as none.
+    // The model stores the number of dashes in a byte; 256 of them count as none.
     state.stroke.SetStrokeDashPattern(lengths.data(), static_cast<std::uint8_t>(lengths.size() & 0xFFU));
 }
 

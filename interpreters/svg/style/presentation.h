@@ -7,8 +7,8 @@
 #include "interpreters/svg/style/text_properties.h"
 #include "interpreters/svg/style/visibility.h"
 
-/// The presentation steps of an element, in the order that decides precedence: a later step overrides an
-/// earlier one.
+/// The presentation steps of each kind of element, in order of increasing precedence: later steps override
+/// earlier ones.
 
 /// Containers: groups, links, definitions, references, nested and root drawings.
 template <SvgElementAccess Element>
@@ -37,7 +37,7 @@ void ApplyShapePresentation(SvgDrawState& state, const Element& element, Vertice
     ApplyStyleAttribute(state, element);
 }
 
-/// Images: no paint and no markers of their own.
+/// Images: neither paint nor markers.
 template <SvgElementAccess Element>
 void ApplyImagePresentation(SvgDrawState& state, const Element& element) {
     ApplyDisplayVisibility(state, element);
@@ -46,8 +46,8 @@ void ApplyImagePresentation(SvgDrawState& state, const Element& element) {
     ApplyStyleAttribute(state, element);
 }
 
-/// The first steps of texts; ApplyTextLayout and ApplyFont follow and so override the style. This inversion
-/// is kept on purpose.
+/// First steps of texts. ApplyTextLayout and ApplyFont follow and so override the style; this reversed
+/// precedence is kept on purpose.
 template <SvgElementAccess Element>
 void ApplyTextPresentation(SvgDrawState& state, const Element& element) {
     ApplyDisplayVisibility(state, element);

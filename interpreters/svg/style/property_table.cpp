@@ -37,15 +37,15 @@ void ApplyStroke(StyleStep& step, std::string_view value) {
     if (mention != PaintMention::kNone) step.mentions.stroke = mention;
 }
 
-// Kept on purpose: in a style the spacing always becomes 0, and a length replaces the page width that
-// percentages of this element and its descendants refer to.
+// In a style, the spacing always becomes 0, and a length replaces the page width that percentages of this
+// element and its descendants refer to. Kept on purpose.
 void ApplyLetterSpacing(StyleStep& step, std::string_view value) {
     if (IsLetterSpacingKeyword(value)) return;
     ParseLength(step.state, value, step.state.pageWidth);
     step.state.text.SetExtraSpacing(0.0);
 }
 
-// The factors are not multiplied with each other: the last property wins.
+// The factors are not multiplied: the last property wins.
 void ApplyBothOpacities(StyleStep& step, std::string_view value) {
     if (ReadOpacityFactor(value, step.strokeFactor)) step.fillFactor = step.strokeFactor;
 }
@@ -56,7 +56,7 @@ void ApplyStrokeOpacity(StyleStep& step, std::string_view value) {
 
 void ApplyFillOpacity(StyleStep& step, std::string_view value) { ReadOpacityFactor(value, step.fillFactor); }
 
-// In alphabetical order, which the search relies on.
+// Sorted by name for binary search.
 constexpr PropertyRow kProperties[] = {
     {"alignment-baseline", nullptr},
     {"baseline-shift", nullptr},
@@ -70,7 +70,7 @@ constexpr PropertyRow kProperties[] = {
     {"color-rendering", nullptr},
     {"cursor", nullptr},
     {"direction", nullptr},
-    {"display", nullptr},  // only the presentation attribute counts
+    {"display", nullptr},  // only the presentation attribute has an effect
     {"dominant-baseline", nullptr},
     {"enable-background", nullptr},
     {"fill", ApplyFill},
@@ -78,7 +78,7 @@ constexpr PropertyRow kProperties[] = {
     {"fill-rule", OnState<ApplyFillRule>},
     {"filter", nullptr},
     {"flood-color", nullptr},
-    {"font", nullptr},  // no shorthand
+    {"font", nullptr},  // the shorthand is not supported
     {"font-family", ApplyFamily},
     {"font-size", OnState<ApplyFontSize>},
     {"font-size-adjust", nullptr},
@@ -115,7 +115,7 @@ constexpr PropertyRow kProperties[] = {
     {"text-decoration", nullptr},
     {"text-rendering", nullptr},
     {"unicode-bidi", nullptr},
-    {"visibility", nullptr},  // only the presentation attribute counts
+    {"visibility", nullptr},  // only the presentation attribute has an effect
     {"word-spacing", nullptr},
     {"writing-mode", OnState<ApplyWritingModeValue>},
 };

@@ -6,7 +6,7 @@
 
 #include "interpreters/svg/style/paint.h"
 
-/// What one style attribute has said so far.
+/// Accumulated effect of one style attribute.
 struct StyleStep {
     SvgDrawState& state;
     PaintMentions mentions{};
@@ -14,14 +14,15 @@ struct StyleStep {
     float fillFactor = 1.0F;
 };
 
-/// A property that style attributes may hold.
+/// A property of style attributes.
 struct PropertyRow {
     std::string_view name;
-    void (*apply)(StyleStep& step, std::string_view value);  ///< null: recognised, without effect
+    /// Null if the property is recognised but has no effect.
+    void (*apply)(StyleStep& step, std::string_view value);
 };
 
-/// Every property known by name.
+/// All known properties.
 std::span<const PropertyRow> GetProperties();
 
-/// The row of a property, null for an unknown name. Names match exactly.
+/// The row of a property; null for an unknown name. Names are case-sensitive.
 const PropertyRow* FindProperty(std::string_view name);

@@ -6,7 +6,7 @@
 #include "interpreters/svg/values/text_scan.h"
 
 bool StyleScanner::Next(StyleDeclaration& declaration) {
-    // In front of the rest, a ";" makes one declaration of it, whose name matches nothing.
+    // A leading ";" turns the whole remainder into one declaration with an unknown name.
     if (rest_.empty() || rest_.front() == ';') return false;
     declaration = {CutUpTo(rest_, ';'), {}, {}};
     const std::size_t colon = declaration.text.find(':');

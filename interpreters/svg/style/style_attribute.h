@@ -7,20 +7,20 @@
 
 struct SvgDrawState;
 
-/// One declaration of a style attribute, blanks around its name and value trimmed.
+/// A declaration of a style attribute, with spaces around name and value trimmed.
 struct StyleDeclaration {
     std::string_view text;         ///< as written
-    std::string_view name, value;  ///< both empty where there is no colon
+    std::string_view name, value;  ///< both empty if there is no colon
 };
 
-/// Splits a style attribute into its declarations, in one forward pass.
+/// Splits a style attribute into declarations in one forward pass.
 class StyleScanner {
 public:
     explicit StyleScanner(std::string_view text) : rest_(text) {}
 
-    /// @return false at the end, and in front of what a leading or doubled ";" makes unreadable
+    /// @return false at the end, or before a leading or doubled ";", after which nothing is read
     bool Next(StyleDeclaration& declaration);
-    /// After the last declaration: what is lost behind a leading or doubled ";", with that ";".
+    /// After the last declaration: the unread remainder, starting at a leading or doubled ";".
     std::string_view GetRest() const { return rest_; }
 
 private:
@@ -28,11 +28,11 @@ private:
 };
 
 /// Applies declarations "name:value;name:value" to the state, then their paint and opacity. An empty text
-/// changes nothing at all. Blanks around names and values are trimmed, nothing else is; names match exactly.
-/// Behind a leading or doubled ";" everything is lost: kept on purpose.
+/// changes nothing. Only spaces around names and values are trimmed; names are case-sensitive. Everything
+/// after a leading or doubled ";" is ignored, on purpose.
 void ApplyStyleText(SvgDrawState& state, std::string_view text);
 
-/// The same for the attribute "style" of an element.
+/// Applies the "style" attribute of an element.
 template <SvgElementAccess Element>
 void ApplyStyleAttribute(SvgDrawState& state, const Element& element) {
     ApplyStyleText(state, element.Attribute(AttributeName::kStyle).text);

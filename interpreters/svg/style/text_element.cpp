@@ -16,7 +16,7 @@
 
 namespace {
 
-// Line breaks and tabs are deleted, not replaced; blanks at the ends are trimmed.
+// Removes line breaks and tabs without replacement, and trims blanks at both ends.
 ORVUnicodeString PackedText(std::string_view text) {
     std::string packed(text);
     std::erase_if(packed, [](char c) { return c == '\n' || c == '\r' || c == '\t'; });
@@ -30,7 +30,7 @@ ORVMathPoint2D ReadPosition(const SvgDrawState& state, const Element& element) {
     ReadVerticalCoordinateAttribute(state, element, AttributeName::kY, y);
     ReadHorizontalAttribute(state, element, AttributeName::kDx, dx);
     ParseVerticalLength(state, element.Attribute(AttributeName::kDy).text, dy);
-    return {x + dx, y + dy};  // kept on purpose: dy is added to the mirrored y as it stands
+    return {x + dx, y + dy};  // dy is added to the mirrored y with unchanged sign, on purpose
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ int BuildText(SvgDrawState state, const Element& element, ORVPrtTextElt* text,
     const std::string_view transform = element.Attribute(AttributeName::kTransform).text;
     if (!transform.empty()) ApplyTransformList(state, transform, text);
     text->SetPosition(ReadPosition(state, element));
-    // "rotate" and "textLength" have no effect: the text attributes are handed over before they are read.
+    // "rotate" and "textLength" have no effect: the text attributes are set before these are read.
 
     const std::string_view clip = element.Attribute(AttributeName::kViewBox).text;
     if (!clip.empty()) {

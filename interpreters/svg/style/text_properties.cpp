@@ -19,7 +19,7 @@ struct GenericFamily {
     const char* attributeFont;
     const char* styleFont;
 };
-// The two sources of "cursive" really differ.
+// "cursive" differs between the two sources on purpose.
 constexpr std::array kGenericFamilies{
     GenericFamily{"serif", "times.ttf", "times.ttf"},
     GenericFamily{"sans-serif", "arial.ttf", "arial.ttf"},
@@ -81,7 +81,7 @@ void ApplyFontSize(SvgDrawState& state, std::string_view value) {
         std::string digits(value);
         std::erase(digits, '%');
         unsigned int percent = 100;
-        // Kept on purpose: the percentage is not divided by 100.
+        // The percentage is not divided by 100, on purpose.
         if (ORVConvertToUnsigned(digits, percent) == kRead)
             state.text.SetHeight(percent * state.text.GetHeight());
         return;

@@ -5,7 +5,7 @@
 
 struct SvgDrawState;
 
-/// Attributes "display" and "visibility": they only rewrite the draw style, which later paint may change
-/// again. So a hidden element with a fill of its own is filled: kept on purpose.
+/// Applies the attributes "display" and "visibility". They only change the draw style, which paint applied
+/// later can override, so a hidden element with its own fill is filled: kept on purpose.
 template <SvgElementAccess Element>
 void ApplyDisplayVisibility(SvgDrawState& state, const Element& element);

@@ -32,7 +32,7 @@ constexpr std::array<std::int8_t, 256> kHexDigits = [] {
 
 int HexDigit(char c) { return kHexDigits[static_cast<unsigned char>(c)]; }
 
-// Three or six hexadecimal digits.
+// Parses three or six hexadecimal digits.
 bool ReadHexadecimal(std::string_view digits, RgbColour& colour) {
     if (digits.size() != 3 && digits.size() != 6) return false;
     const bool isShort = digits.size() == 3;
@@ -47,8 +47,7 @@ bool ReadHexadecimal(std::string_view digits, RgbColour& colour) {
     return true;
 }
 
-// Three percentages. What stands behind each of the first two "%" is skipped, whatever it is; no ")" is
-// looked for.
+// Parses three percentages. Any one character after each of the first two "%" is skipped; no ")" is required.
 bool ReadPercentages(std::string_view text, RgbColour& colour) {
     std::uint8_t components[3] = {};
     for (std::uint8_t& component : components) {
@@ -81,7 +80,7 @@ bool ReadIntegers(std::string_view text, RgbColour& colour) {
     return true;
 }
 
-// `value` holds no blanks.
+// @param value  without blanks
 bool ReadColour(std::string_view value, RgbColour& colour) {
     if (value.starts_with('#')) return ReadHexadecimal(value.substr(1), colour);
 
@@ -114,7 +113,7 @@ int ParseColour(const SvgDrawState& state, std::string_view value, unsigned int&
     if (!table) return kNoColour;
 
     RgbColour colour;
-    bool read = value.front() == '#' && ReadHexadecimal(value.substr(1), colour);  // as most colours are
+    bool read = value.front() == '#' && ReadHexadecimal(value.substr(1), colour);  // the most common form
     if (!read && value.find(' ') == value.npos) {
         read = ReadColour(value, colour);
     } else if (!read) {

@@ -11,7 +11,7 @@ struct ColourKeyword {
     RgbColour colour;
 };
 
-// In alphabetical order, which the search relies on.
+// Sorted by name for binary search.
 constexpr ColourKeyword kColourKeywords[] = {
     {"aliceblue", {240, 248, 255}},
     {"antiquewhite", {250, 235, 215}},

@@ -8,5 +8,6 @@ struct RgbColour {
     std::uint8_t red = 0, green = 0, blue = 0;
 };
 
-/// The 147 colour keywords of SVG 1.1, without regard to case. @return false when `name` is none of them
+/// Finds one of the 147 colour keywords of SVG 1.1, ignoring case.
+/// @return false if `name` is not one of them
 bool FindColourKeyword(std::string_view name, RgbColour& colour);

@@ -22,8 +22,8 @@ double MeanDiagonal(const SvgDrawState& state) {
     return std::sqrt((w * w + h * h) * 0.5);
 }
 
-// The first text found decides, wherever it stands: the order of the rows is part of the format.
-// A row holds a formula, not a factor, because folding the constants would change the last bit.
+// The first unit found at any position decides, so the order of the rows matters. Rows hold formulas instead
+// of factors, because constant folding would change the last bit.
 constexpr std::array kLengthUnits{
     LengthUnit{"pt", [](double v, const SvgDrawState&) { return v / 72.0 * 25.4 * kUserUnitsPerMillimetre; }},
     LengthUnit{"pc", [](double v,
@@ -34,7 +34,7 @@ constexpr std::array kLengthUnits{
     LengthUnit{"%", [](double v, const SvgDrawState& state) { return MeanDiagonal(state) * v / 100.0; }},
 };
 
-// Every unit holds one of these; most lengths hold none.
+// Every unit contains one of these characters; most lengths contain none.
 bool MayHoldUnit(std::string_view text) {
     for (const char c : text)
         if (c == '%' || c == 'p' || c == 'm' || c == 'n') return true;
@@ -61,7 +61,7 @@ std::string Without(std::string_view removed, std::string_view text) {
     return rest.append(text);
 }
 
-// The number at the start of `text` once every `unit` is cut out of it.
+// Reads the number at the start of `text` after removing every occurrence of `unit`.
 int ReadNumberWithout(std::string_view unit, std::string_view text, double& number) {
     const std::size_t found = text.find(unit);
     const std::string_view before = text.substr(0, found), after = text.substr(found + unit.size());
@@ -72,7 +72,7 @@ int ReadNumberWithout(std::string_view unit, std::string_view text, double& numb
     return ORVConvertToDouble(Without(unit, text), number);  // "pt5", "1mm2": rare
 }
 
-// A length whose percentage is of one side of the page.
+// A length whose percentage refers to one side of the page.
 int ParseSideLength(const SvgDrawState& state, std::string_view value, double side, double& out) {
     if (ORVReadWholeNumber(value, out)) return kRead;
     if (value.empty()) return kEmpty;
@@ -89,7 +89,7 @@ int ParseSideLength(const SvgDrawState& state, std::string_view value, double si
 }  // namespace
 
 int ParseLength(const SvgDrawState& state, std::string_view value, double& out) {
-    if (ORVReadWholeNumber(value, out)) return kRead;  // as most lengths are
+    if (ORVReadWholeNumber(value, out)) return kRead;  // the most common form
     if (value.empty()) return kEmpty;
 
     const LengthUnit* unit = FindUnit(value);
@@ -111,6 +111,6 @@ int ParseVerticalLength(const SvgDrawState& state, std::string_view value, doubl
 
 int ParseVerticalCoordinate(const SvgDrawState& state, std::string_view value, double& out) {
     const int status = ParseVerticalLength(state, value, out);
-    if (state.yFlip == 1) out = state.pageHeight - out;  // also when nothing was read: kept on purpose
+    if (state.yFlip == 1) out = state.pageHeight - out;  // even if nothing was read, on purpose
     return status;
 }

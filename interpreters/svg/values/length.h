@@ -7,31 +7,31 @@
 
 struct SvgDrawState;
 
-/// User units in one millimetre: 90 / 25.4 cut to seven decimals. The exact quotient would move points.
+/// User units per millimetre: 90 / 25.4 rounded to six decimals. The exact quotient would move points.
 inline constexpr double kUserUnitsPerMillimetre = 3.543307;
 
 /// Reads a length such as "12", "10mm" or "50%".
-/// @param state  gives the page size that a percentage refers to
-/// @param value  attribute text; looked at in place
-/// @param out    in: the caller's default; out: the length in user units (1/90 inch)
-/// @return kRead when `out` was written, kEmpty when there is nothing but white space, 0 when no number
-///         could be read. `out` keeps the default unless kRead.
+/// @param state  provides the page size that percentages refer to
+/// @param value  attribute text
+/// @param out    in: the default; out: the length in user units (1/90 inch)
+/// @return kRead if `out` was set, kEmpty if there is only white space, 0 if no number could be read. `out`
+///         keeps the default unless kRead is returned
 ///
-/// A percentage is taken of the page's mean diagonal. What follows the number is ignored unless it is a
-/// unit ("5px" is 5); a unit counts wherever it stands. Negative lengths are lengths.
+/// A percentage refers to the mean diagonal of the page. Text after the number is ignored unless it is a unit
+/// ("5px" is 5); a unit is recognised at any position. Negative lengths are allowed.
 int ParseLength(const SvgDrawState& state, std::string_view value, double& out);
 
-/// As ParseLength; a percentage is taken of the page width.
+/// Like ParseLength; a percentage refers to the page width.
 int ParseHorizontalLength(const SvgDrawState& state, std::string_view value, double& out);
 
-/// As ParseLength; a percentage is taken of the page height. The result is not mirrored.
+/// Like ParseLength; a percentage refers to the page height. The result is not mirrored.
 int ParseVerticalLength(const SvgDrawState& state, std::string_view value, double& out);
 
-/// As ParseVerticalLength, mirrored against the page height where the state flips y: on every path, so
-/// that a default of 0 becomes the page height when nothing could be read.
+/// Like ParseVerticalLength, but mirrored against the page height if the state flips y. This applies in every
+/// case, so a default of 0 becomes the page height if no number could be read.
 int ParseVerticalCoordinate(const SvgDrawState& state, std::string_view value, double& out);
 
-/// The parsers above on the text of an attribute; kEmpty when it is absent or empty.
+/// Apply the parsers above to an attribute; kEmpty if it is absent or empty.
 template <SvgElementAccess Element>
 int ReadLengthAttribute(const SvgDrawState& state, const Element& element, AttributeName name, double& out) {
     return ParseLength(state, element.Attribute(name).text, out);

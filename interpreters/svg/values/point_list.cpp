@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kSeparators = " ,";
 
-// Moves `position` behind the next token, and the one separator that ends it.
+// Returns the next token and advances `position` past it and the separator that ends it.
 std::string_view NextToken(std::string_view text, std::size_t& position, bool& endsText) {
     const std::size_t start = text.find_first_not_of(kSeparators, position);
     endsText = start == text.npos;
@@ -25,9 +25,9 @@ std::string_view NextToken(std::string_view text, std::size_t& position, bool& e
     return text.substr(start, endsText ? text.npos : end - start);
 }
 
-// The next token when it is nothing but a short number, as nearly all are.
-// @param isX  a separator must stand behind it
-// @return false when it is another one; `position` is left alone, then
+// Reads the next token if it is a plain short number, as nearly all are.
+// @param isX  a separator must follow
+// @return false if it is anything else; `position` is then unchanged
 bool NextPlainNumber(std::string_view text, std::size_t& position, bool isX, double& number) {
     const auto isSeparator = [](char c) { return c == ' ' || c == ','; };
     const char* const end = text.data() + text.size();
@@ -59,7 +59,7 @@ bool ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, st
             numbers.push_back(number);
         } else {
             const std::string_view token = NextToken(value, position, endsText);
-            if (endsText) {  // only a token with a blank behind it is an x
+            if (endsText) {  // only a token followed by a separator is an x
                 readY(token);
                 break;
             }

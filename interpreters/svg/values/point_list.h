@@ -6,9 +6,9 @@
 
 struct SvgDrawState;
 
-/// Reads the numbers of a "points" value, alternately x and y, into `numbers` (which is emptied first), in
-/// page coordinates: units and percentages resolved, y mirrored where the state flips it. Commas and blanks
-/// separate. A token that is no number drops out without a placeholder, so that the numbers after it move up
-/// one place; the last token of the text counts as a y wherever it stands. Both are kept on purpose.
-/// @return false when there are more numbers than a primitive may have points; they are left out
+/// Reads the numbers of a "points" value, alternately x and y, into `numbers` (which is cleared first), in
+/// page coordinates: units and percentages resolved, y mirrored if the state flips it. Commas and blanks
+/// separate. An invalid token is dropped without a placeholder, so the following numbers move up one place;
+/// the last token of the text counts as a y at any position. Both are kept on purpose.
+/// @return false if there are more numbers than a primitive may have points; the excess is dropped
 bool ReadCoordinateNumbers(const SvgDrawState& state, std::string_view value, std::vector<double>& numbers);

@@ -13,7 +13,7 @@
 
 namespace {
 
-// The numbers of an argument list. More than six are never used.
+// The numbers of an argument list; those after the sixth are ignored.
 struct Arguments {
     std::array<double, 6> values{};
     std::size_t count = 0;
@@ -28,7 +28,7 @@ Arguments ReadArguments(std::string_view text) {
         const std::size_t start = text.find_first_not_of(kSeparators);
         if (start == text.npos) break;
         const std::size_t end = std::min(text.find_first_of(kSeparators, start), text.size());
-        // A token that is no number drops out, so that the next one takes its place: kept on purpose.
+        // An invalid token is dropped, so the next one takes its place: kept on purpose.
         if (ORVConvertToDouble(text.substr(start, end - start), arguments.values[arguments.count]) == kRead)
             ++arguments.count;
         text.remove_prefix(end);
@@ -88,11 +88,11 @@ constexpr std::array kTransforms{
     TransformRow{"skewX", AddSkewX},   TransformRow{"skewY", AddSkewY},
 };
 
-// Where the next segment begins, at or after `from`: behind a ";", or at a transform's name as the table
-// writes it. A name in other letters does not begin one.
+// Where the next segment starts, at or after `from`: after a ";" or at the name of a transform. Names are
+// case-sensitive.
 struct Boundary {
-    std::size_t end;    // of the text before the boundary
-    std::size_t start;  // of the segment behind it; npos when there is none
+    std::size_t end;    // end of the text before the boundary
+    std::size_t start;  // start of the next segment; npos if there is none
 };
 
 Boundary FindBoundary(std::string_view text, std::size_t from) {
@@ -149,7 +149,7 @@ int ApplyTransformList(const SvgDrawState& state, std::string_view text,
     if (boundary.start == text.npos) AddSegment(text, transform);
     while (boundary.start != text.npos) {
         const std::size_t start = boundary.start;
-        // A segment that begins at a name must not find that name again.
+        // A segment that starts at a name must not find this name again.
         const bool atName = start == boundary.end;
         boundary = FindBoundary(text, atName ? start + 1 : start);
         AddSegment(text.substr(start, boundary.end - start), transform);

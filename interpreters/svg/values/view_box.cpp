@@ -12,7 +12,7 @@ int ReadViewBox(std::string_view text, ORVPrtViewBox& box) {
     for (double* number : {&box.minX, &box.minY, &box.width}) {
         text = SkipBlanks(text);
         const std::size_t blank = text.find(' ');
-        if (blank == text.npos) continue;  // the text stays for the number after it
+        if (blank == text.npos) continue;  // the remaining text is used for the next number
         ORVConvertToDouble(text.substr(0, blank), *number);
         text.remove_prefix(blank);
     }

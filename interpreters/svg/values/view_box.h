@@ -5,7 +5,7 @@
 
 struct ORVPrtViewBox;
 
-/// Reads the four numbers of a "viewBox" over what `box` holds. Only blanks separate them: a deliberate
-/// limit, so that "0,0,100,100" leaves the first three alone and reads 0 into the height.
-/// @return kEmpty for an empty text, else kRead, whatever could be read
+/// Reads the four numbers of a "viewBox" into `box`. Only blanks separate them, on purpose: "0,0,100,100"
+/// leaves the first three unchanged and sets the height to 0.
+/// @return kEmpty for an empty text, else kRead, even if numbers are invalid
 int ReadViewBox(std::string_view text, ORVPrtViewBox& box);

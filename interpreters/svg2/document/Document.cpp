@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
 constexpr std::string_view kXlinkNamespace = "http://www.w3.org/1999/xlink";
-// Pages, layers and their labels stand in these two.
+// Namespaces of pages, layers and their labels.
 constexpr std::string_view kEditorNamespaces[] = {"http://www.inkscape.org/namespaces/inkscape",
                                                   "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd"};
 constexpr std::size_t kKnownCount = static_cast<std::size_t>(AttributeName::kCount);
@@ -42,7 +42,8 @@ std::array<std::optional<AttributeName>, static_cast<std::size_t>(Name::kCount)>
     return known;
 }
 
-/// What an element brings to read each time it is drawn. A reference is followed, not read.
+/// Amount of data that an element requires reading each time it is drawn. References are followed, not read,
+/// so they do not count.
 std::uint16_t PayloadOf(const ORVXmlNode& node) {
     std::size_t bytes = node.GetText().size();
     const std::uint32_t knownCount = ORVCountBits(node.known);
@@ -58,7 +59,7 @@ std::uint16_t PayloadOf(const ORVXmlNode& node) {
 
 }  // namespace
 
-/// Walks the tree once, with the namespaces that are declared on the way.
+/// Walks the tree once, tracking namespace declarations.
 class Document::Builder {
 public:
     explicit Builder(Document& document) : document_(document) {}
@@ -71,7 +72,7 @@ private:
         const ORVXmlNode* nextChild;
         ElementIndex element;
         ElementIndex lastChild = kNoElement;
-        std::size_t bindings;  // that were declared around it
+        std::size_t bindings;  // number of bindings outside the element
     };
 
     void Declare(const ORVXmlNode& node);
@@ -82,8 +83,8 @@ private:
     Document& document_;
     void EndBindings(std::size_t count);
 
-    std::unordered_map<std::string_view, std::vector<std::string_view>> uris_;  // by prefix, from outside
-    std::vector<std::string_view> bindings_;                                    // prefixes, as declared
+    std::unordered_map<std::string_view, std::vector<std::string_view>> uris_;  // by prefix, outermost first
+    std::vector<std::string_view> bindings_;  // prefixes in order of declaration
     std::vector<Level> levels_;
     bool takesNamesWithoutNamespace_ = false;
 };
@@ -101,7 +102,7 @@ void Document::Builder::Declare(const ORVXmlNode& node) {
     }
 }
 
-/// Takes back what was declared since there were so many bindings.
+/// Removes all bindings after the first `count`.
 void Document::Builder::EndBindings(std::size_t count) {
     for (; bindings_.size() > count; bindings_.pop_back()) uris_.find(bindings_.back())->second.pop_back();
 }
@@ -111,7 +112,7 @@ std::string_view Document::Builder::NamespaceOf(std::string_view prefix) const {
     return found == uris_.end() || found->second.empty() ? std::string_view() : found->second.back();
 }
 
-// Nothing for elements of other namespaces.
+// Empty for elements of other namespaces.
 std::optional<Tag> Document::Builder::TagOf(const ORVXmlNode& node) const {
     const QualifiedName name = Split(node.GetName());
     const std::string_view uri = NamespaceOf(name.prefix);
@@ -173,7 +174,7 @@ void Document::Builder::Build(const ORVXmlNode& root) {
 
 Document::Document(ORVRef<const ORVXmlTree> tree, const ORVXmlNode& root) : tree_(std::move(tree)) {
     Builder(*this).Build(root);
-    // Drawings that declare nothing mean the usual prefix.
+    // Documents without a declaration use the usual prefix.
     if (xlinkPrefixes_.empty()) xlinkPrefixes_.emplace("xlink");
 }
 

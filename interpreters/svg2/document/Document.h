@@ -18,62 +18,64 @@
 
 namespace svg2 {
 
-/// Place of an element in its document, in document order from 0, the root.
+/// Index of an element in document order; 0 is the root.
 using ElementIndex = std::uint32_t;
 inline constexpr ElementIndex kNoElement = std::numeric_limits<ElementIndex>::max();
 
-/// An element of SVG with what lies around it. Elements of other namespaces, and what lies below them, are
-/// not among the elements of a document; pages of editors are.
+/// An SVG element and its neighbours in the tree. Elements of other namespaces and their descendants are not
+/// part of a document, except for pages of editors.
 struct Element {
     const ORVXmlNode* node = nullptr;
     ElementIndex parent = kNoElement, firstChild = kNoElement;
     ElementIndex nextSibling = kNoElement, previousSibling = kNoElement;
-    std::uint32_t position = 1;    ///< among the children of its parent, from 1
-    std::uint32_t childCount = 0;  ///< elements that are its children
+    std::uint32_t position = 1;    ///< among its siblings, from 1
+    std::uint32_t childCount = 0;  ///< number of child elements
     Tag tag = Tag::kUnknown;
-    std::uint16_t payload =
-        0;  ///< length of its attributes and text, references apart, in kPayloadUnit bytes
+    /// Length of its attributes and text, excluding references, in units of kPayloadUnit bytes.
+    std::uint16_t payload = 0;
 };
 
-/// The elements of a drawing, over the tree that the XML parser made, which it keeps. Nothing changes once
-/// it stands. Namespaces count, not prefixes; where the root has no namespace, names without one are SVG's.
+/// The SVG elements of a drawing, built over an XML tree whose lifetime it shares. Immutable after
+/// construction except for the outer style sheets. Elements are matched by namespace, not by prefix; if the
+/// root has no namespace, names without one are SVG names.
 class Document {
 public:
-    /// @param root  an element of `tree`, SVG's or not
+    /// @param root  an element of `tree`; need not be an SVG element
     Document(ORVRef<const ORVXmlTree> tree, const ORVXmlNode& root);
 
-    /// False when the root is no "svg" of SVG's namespace: there are no elements then.
+    /// False if the root is not an "svg" element of the SVG namespace; the document then has no elements.
     bool IsSvg() const { return !elements_.empty(); }
     static constexpr ElementIndex kRoot = 0;
     std::size_t GetCount() const { return elements_.size(); }
-    /// The sum of the elements' payloads.
+    /// Sum of the elements' payloads.
     std::uint64_t GetPayload() const { return payload_; }
     const Element& operator[](ElementIndex index) const { return elements_[index]; }
 
-    /// Value of an attribute; nothing when it is absent. Of "href", the plain one wins over that of XLink.
+    /// Value of an attribute; empty optional if absent. A plain "href" takes precedence over the XLink one.
     std::optional<std::string_view> Find(ElementIndex element, Name name) const;
-    /// The same, empty when it is absent.
+    /// Like Find(), but an empty string if absent.
     std::string_view ValueOf(ElementIndex element, Name name) const {
         return Find(element, name).value_or(std::string_view());
     }
-    /// Whether the document declares the namespace of an editor, so that it may have pages and layers.
+    /// Whether the document declares the namespace of an editor and so may have pages and layers.
     bool HasEditorNames() const { return !editorPrefixes_.empty(); }
-    /// Calls `use(Name, value)` for each property that the element's attributes state, in no certain order.
+    /// Calls `use(Name, value)` for each property specified by the element's attributes, in unspecified
+    /// order.
     template <class Use>
     void ForEachProperty(ElementIndex element, Use use) const;
 
-    /// The first element of an identifier; kNoElement when there is none.
+    /// The first element with an identifier; kNoElement if there is none.
     ElementIndex FindById(std::string_view id) const;
-    /// What a reference such as "#id" leads to; kNoElement when that is no element of this document.
+    /// The target of a reference such as "#id"; kNoElement if it is not an element of this document.
     ElementIndex FindByReference(std::string_view reference) const;
-    /// True when `ancestor` is the element or holds it.
+    /// Whether `ancestor` is the element itself or one of its ancestors.
     bool IsWithin(ElementIndex element, ElementIndex ancestor) const;
 
-    /// Gives it style sheets that stand outside of it; they come before its own.
+    /// Sets the external style sheets, which precede the document's own.
     void SetOuterSheets(std::vector<OuterSheet> sheets) { outerSheets_ = std::move(sheets); }
     const std::vector<OuterSheet>& GetOuterSheets() const { return outerSheets_; }
 
-    /// Elements of a tag, in document order.
+    /// All elements with a tag, in document order.
     std::vector<ElementIndex> FindAll(Tag tag) const;
 
 private:

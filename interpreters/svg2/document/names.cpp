@@ -9,7 +9,7 @@
 namespace svg2 {
 namespace {
 
-// In the order of the enumerations.
+// In the order of enum Tag.
 constexpr std::string_view kTags[] = {"",
                                       "a",
                                       "circle",
@@ -267,7 +267,7 @@ constexpr std::string_view kNames[] = {"clip-path",
 static_assert(std::size(kTags) == static_cast<std::size_t>(Tag::kNamedView) + 1);
 static_assert(std::size(kNames) == static_cast<std::size_t>(Name::kCount));
 
-/// Finds numbers by texts: one table of slots, filled once, so that an answer costs a look or two.
+/// Hash table from names to enumerators, built once; a look-up takes one or two probes.
 template <std::size_t kSize>
 class NameTable {
 public:

@@ -7,9 +7,9 @@
 
 namespace svg2 {
 
-/// Names of elements in SVG's namespace.
+/// Names of elements in the SVG namespace.
 enum class Tag : std::uint8_t {
-    kUnknown,  ///< an element of that namespace with another name
+    kUnknown,  ///< any other name in that namespace
     kA,
     kCircle,
     kClipPath,
@@ -71,11 +71,11 @@ enum class Tag : std::uint8_t {
     kUse,
     kView,
     kPage,       ///< a page of an editor's document, in the editor's own namespace
-    kNamedView,  ///< what holds such pages
+    kNamedView,  ///< contains such pages
 };
 
-/// Names of attributes and of properties. Those up to kLastProperty are properties; up to kLastGeometry an
-/// attribute may state them, too.
+/// Names of attributes and properties. Those up to kLastProperty are properties; those up to kLastGeometry
+/// can also be specified by attributes.
 enum class Name : std::uint8_t {
     // Presentation attributes.
     kClipPath,
@@ -138,7 +138,7 @@ enum class Name : std::uint8_t {
     kWordSpacing,
     kWritingMode,
     kFont,
-    // Geometry, which style sheets may state.
+    // Geometry attributes, which are also properties.
     kX,
     kY,
     kCx,
@@ -150,7 +150,7 @@ enum class Name : std::uint8_t {
     kHeight,
     kD,
     kTransform,
-    // Properties of style sheets only.
+    // Properties that exist in style sheets only.
     kMixBlendMode,
     kIsolation,
     kFontKerning,
@@ -279,14 +279,14 @@ inline constexpr Name kFirstGeometry = Name::kX, kLastGeometry = Name::kTransfor
 
 constexpr bool IsProperty(Name name) { return name <= kLastProperty; }
 constexpr bool IsGeometry(Name name) { return name >= kFirstGeometry && name <= kLastGeometry; }
-/// True for properties that attributes state.
+/// Whether a property can be specified by a presentation attribute.
 constexpr bool IsPresentationAttribute(Name name) { return name < kFirstGeometry; }
 
-/// The number of an element's local name; kUnknown when there is none.
+/// The tag of an element's local name; kUnknown if there is none.
 Tag FindTag(std::string_view localName);
-/// The number of an attribute's or property's local name, exactly; nothing when there is none.
+/// The attribute or property with this local name, case-sensitively; empty if there is none.
 std::optional<Name> FindName(std::string_view localName);
-/// The name as it is written.
+/// The name as written in documents.
 std::string_view TextOf(Tag tag);
 std::string_view TextOf(Name name);
 

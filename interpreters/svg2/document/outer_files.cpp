@@ -22,7 +22,7 @@ int Base64Value(char c) {
     return -1;
 }
 
-/// Percent codes count as the characters that they stand for.
+/// Decodes percent-encoded characters.
 char NextCharacter(std::string_view text, std::size_t& i) {
     const auto digit = [](char c) {
         if (IsDigit(c)) return c - '0';
@@ -61,7 +61,7 @@ bool DecodeBase64(std::string_view text, std::string& bytes) {
     return true;
 }
 
-/// The whole of a file that the document may read.
+/// Reads a whole file that the access policy allows.
 bool ReadFile(const ORVUnicodeString& path, std::string& bytes) {
     const std::string name(path.GetView());
     std::FILE* file = std::fopen(name.c_str(), "rb");

@@ -8,13 +8,14 @@
 
 namespace svg2 {
 
-/// The bytes of a data URI. @return false when it is none, or is damaged
+/// Decodes a data URI.
+/// @return false if it is not a data URI or is malformed
 bool ReadDataUri(std::string_view uri, std::string& bytes);
 
-/// The bytes that a reference out of the document leads to: of a data URI, or of a file that the access
-/// policy allows. Nothing is fetched from elsewhere.
-/// @param documentPath  that relative references are resolved against; may be empty
-/// @return false when there are none
+/// Reads the bytes of an external reference: a data URI, or a file that the access policy allows. There is no
+/// network access.
+/// @param documentPath  base of relative references; may be empty
+/// @return false if they cannot be read
 bool ReadOuterFile(std::string_view reference, const ORVUnicodeString& documentPath, std::string& bytes);
 
 }  // namespace svg2

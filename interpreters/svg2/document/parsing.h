@@ -8,8 +8,8 @@
 
 namespace svg2 {
 
-/// Parses the bytes of a drawing, compressed or not.
-/// @return null when they are no well-formed document; what may be thrown is std::bad_alloc
+/// Parses a drawing, compressed or not. Throws std::bad_alloc only.
+/// @return null if it is not well-formed
 std::unique_ptr<Document> ParseDocument(std::string bytes);
 
 }  // namespace svg2

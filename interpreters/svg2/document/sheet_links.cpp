@@ -9,13 +9,13 @@
 namespace svg2 {
 namespace {
 
-/// What an instruction says.
+/// The pseudo-attributes of an instruction.
 struct SheetLink {
     std::string href, type, media;
-    bool isAlternate = false;  // to be chosen by hand
+    bool isAlternate = false;  // an alternate sheet, to be selected by the user
 };
 
-/// Resolves the references to characters that every document knows.
+/// Replaces the predefined entity references.
 std::string Meant(std::string_view text) {
     constexpr std::pair<std::string_view, char> kReferences[] = {
         {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
@@ -55,7 +55,8 @@ SheetLink ReadLink(std::string_view instruction) {
     }
 }
 
-/// Takes all up to an end, and that. @return false when there is none
+/// Takes everything up to and including `end`.
+/// @return false if it does not occur
 bool TakeUpTo(std::string_view& rest, std::string_view end, std::string_view& taken) {
     const std::size_t at = rest.find(end);
     if (at == std::string_view::npos) return false;
@@ -78,7 +79,7 @@ std::vector<SheetLink> FindLinks(std::string_view document) {
             if (taken.starts_with(kName) && taken.size() > kName.size() && IsSpace(taken[kName.size()]))
                 links.push_back(ReadLink(taken.substr(kName.size())));
         } else if (rest.starts_with("<!DOCTYPE")) {
-            // With a subset of its own, it ends behind that.
+            // A document type with an internal subset ends after it.
             const std::size_t subset = rest.find('['), end = rest.find('>');
             if (!TakeUpTo(rest, subset < end ? "]" : ">", taken)) return links;
             if (subset < end && !TakeUpTo(rest, ">", taken)) return links;

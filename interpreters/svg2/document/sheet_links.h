@@ -9,17 +9,17 @@
 
 namespace svg2 {
 
-/// A style sheet that stands outside of its document.
+/// A style sheet outside its document.
 struct OuterSheet {
     std::string text;
-    std::string media;  ///< queries that it is for; empty for any
+    std::string media;  ///< media queries it applies to; empty for all media
 };
 
-/// Reads the style sheets that a document names in front of its root, by "xml-stylesheet" instructions: from
-/// data URIs, and from files that the access policy allows. Alternate sheets and those of other languages
-/// than CSS are passed over. Of documents in encodings of wide units, none is found.
-/// @param path  of the document; may be empty
-/// @param lost  references of those that cannot be read are appended, unless it is null
+/// Reads the style sheets linked by "xml-stylesheet" instructions before the root, from data URIs and from
+/// files that the access policy allows. Alternate sheets and languages other than CSS are skipped. In UTF-16
+/// and UTF-32 documents none are found.
+/// @param path  path of the document; may be empty
+/// @param lost  receives the references that cannot be read, unless null
 std::vector<OuterSheet> ReadOuterSheets(std::string_view document, const ORVUnicodeString& path,
                                         std::vector<std::string>* lost);
 

@@ -12,7 +12,7 @@ namespace svg2 {
 
 ORVMathBox2D Bounds::OfChild(ElementIndex child, const Style& parent, const Viewport& viewport,
                              const ORVMathAffine2D& map, int depth) {
-    // Not on the stack, which deep documents need for their levels.
+    // On the heap, to keep stack frames small for deep documents.
     const auto own = std::make_unique<Style>();
     Style& style = *own;
     scene_.GetCascade().Compute(child, parent, style);
@@ -67,7 +67,7 @@ ORVMathBox2D Bounds::OfImage(ElementIndex element, const Style& style, const Vie
     PlacedImage placed;
     if (images_ && images_->Place(scene_, element, style, viewport, placed))
         return MapBox(map, placed.place.Box());
-    // One that is not there takes the place that is kept for it.
+    // An image that cannot be read still occupies its area.
     const Rectangle place{scene_.LengthOf(element, Name::kX, style, viewport, Axis::kX),
                           scene_.LengthOf(element, Name::kY, style, viewport, Axis::kY),
                           scene_.LengthOf(element, Name::kWidth, style, viewport, Axis::kX),

@@ -12,28 +12,30 @@
 
 namespace svg2 {
 
-/// Computes the boxes that units of clips, masks and paints refer to: those of outlines, without strokes,
-/// markers and clips.
+/// Computes bounding boxes for clips, masks and paints: those of outlines, without strokes, markers and
+/// clips.
 class Bounds final : public ElementBoxes {
 public:
     Bounds(Scene& scene, DrawingBudget& budget, TextFonts& fonts)
         : scene_(scene), budget_(budget), fonts_(fonts) {}
 
-    /// The box of an element in its own user units, which its transform is not part of.
-    /// @param map  from the element's user units to where the box is wanted
+    /// The box of an element in its own user units, before its transform.
+    /// @param map  from the element's user units to the coordinates of the result
     ORVMathBox2D Of(ElementIndex element, const Style& style, const Viewport& viewport,
                     const ORVMathAffine2D& map = {}) {
         return OfContent(element, style, viewport, map, 0);
     }
 
-    /// Where the sizes of images come from that do not state theirs; without, these have no box.
+    /// Sets the images that provide the sizes of "image" elements without explicit ones; without it, these
+    /// have no box.
     void SetImages(Images* images) { images_ = images; }
-    /// What an element is drawn for: the size of a symbol or of an inner `svg` is that of its `use`.
+    /// The "use" through which an element is drawn: it sets the size of a symbol or nested "svg".
     struct DrawnUse {
         ElementIndex target = kNoElement, use = kNoElement;
-        const Style* style = nullptr;  ///< of the use
+        const Style* style = nullptr;  ///< of the "use"
     };
-    /// Notes that; the style must live until something else is noted. @return what was noted before
+    /// Sets the "use" being drawn; the style must live until the next call.
+    /// @return the previous one
     DrawnUse NoteUse(const DrawnUse& drawn) { return std::exchange(drawn_, drawn); }
 
     ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) override {
@@ -58,7 +60,7 @@ private:
     DrawingBudget& budget_;
     TextFonts& fonts_;
     Images* images_ = nullptr;
-    std::vector<ElementIndex> uses_;  // that are being followed
+    std::vector<ElementIndex> uses_;  // targets of "use" being followed
     DrawnUse drawn_;
 };
 

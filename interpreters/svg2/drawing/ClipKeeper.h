@@ -8,8 +8,8 @@
 
 namespace svg2 {
 
-/// Hands calls on to a generator, and keeps a clip open that ends only to begin again: plots clip each of
-/// their thousands of lines by the same outline.
+/// Passes calls to a generator and merges equal consecutive clips: a clip that is ended and begun again stays
+/// open. Plots clip each of thousands of lines to the same outline.
 class ClipKeeper final : public ORVPrintGenerator {
 public:
     /// @param generator  must outlive this object
@@ -66,22 +66,23 @@ public:
     int EndDocument() override { return generator_.EndDocument(); }
 
 private:
-    /// A clip that the generator has open.
+    /// A clip that is open in the generator.
     struct OpenClip {
         ORVPrintPath path;
         ORVMathAffine2D toPage;
         bool isEvenOdd = false;
     };
 
-    /// Ends the clip that was kept open. @return false when that fails; the status says how
+    /// Ends the clip that was kept open.
+    /// @return false on failure; status_ holds the result
     bool EndKept() { return !isKept_ || EndInnermost(); }
     bool EndInnermost();
     bool IsInnermost(const ORVPrintClipPath& clip) const;
 
     ORVPrintGenerator& generator_;
-    std::vector<OpenClip> open_;  // the first `depth_` are; the others keep their memory
+    std::vector<OpenClip> open_;  // the first `depth_` are open; the others are kept to reuse their memory
     std::size_t depth_ = 0;
-    bool isKept_ = false;  // the innermost has been ended by who began it
+    bool isKept_ = false;  // the innermost clip was ended by the caller but is still open in the generator
     int status_ = 1;
 };
 

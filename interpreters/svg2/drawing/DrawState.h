@@ -6,13 +6,14 @@
 
 namespace svg2 {
 
-/// Where content is drawn.
+/// The coordinate system and context in which content is drawn.
 struct DrawState {
     ORVMathAffine2D toPage;  ///< from user units to page coordinates
-    Viewport viewport;       ///< that percentages refer to
+    Viewport viewport;       ///< the reference of percentages
     const ContextPaints* context = nullptr;
-    int depth = 0;              ///< levels of the stack
-    bool isWithinClip = false;  ///< shapes stand for their areas: no paints of their own, no markers
+    int depth = 0;  ///< levels of recursion
+    /// Inside a clip path: shapes contribute their areas only, without paint or markers.
+    bool isWithinClip = false;
 };
 
 }  // namespace svg2

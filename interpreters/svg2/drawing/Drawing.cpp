@@ -12,7 +12,7 @@
 namespace svg2 {
 namespace {
 
-/// Elements that links of the document lead to.
+/// Elements that are targets of links in the document.
 std::unordered_set<ElementIndex> FindLinkTargets(const Document& document) {
     std::unordered_set<ElementIndex> targets;
     for (const ElementIndex link : document.FindAll(Tag::kA)) {
@@ -36,7 +36,7 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
       linkTargets_(images.GetDepth() == 0 ? FindLinkTargets(scene.GetDocument())
                                           : std::unordered_set<ElementIndex>()),
       keepsIdentifiers_(generator.KeepsIdentifiers()),
-      // Elements of the drawings in images are counted by nobody.
+      // Elements of drawings inside images are not numbered.
       followsOrigins_(generator.FollowsOrigins() && images.GetDepth() == 0) {
     scene.SetBoxes(&bounds_);
     bounds_.SetImages(&images_);
@@ -44,7 +44,7 @@ Drawing::Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budg
 
 Drawing::~Drawing() { scene_.SetBoxes(nullptr); }
 
-// Styles lie beside the stack, which deep documents need for their levels.
+// Styles are kept off the stack, to keep its frames small for deep documents.
 Style& Drawing::StyleAt(int depth) {
     const auto level = static_cast<std::size_t>(depth);
     while (styles_.size() <= level) styles_.push_back(std::make_unique<Style>());
@@ -130,7 +130,7 @@ void Drawing::ReportContentLayers() {
         reportsLayers_ && (generator_.GetPowers() & ORVPrintGenerator::kContentLayers) != 0;
 }
 
-// What is used again stands in several layers, and is none itself.
+// Reused content belongs to several layers and is not a layer itself.
 bool Drawing::IsContentLayer(ElementIndex element) const {
     const Document& document = scene_.GetDocument();
     return reportsLayers_ && document[element].tag == Tag::kG && uses_.empty() && active_.empty() &&
@@ -202,7 +202,7 @@ void Drawing::DrawInnerViewport(ElementIndex element, const Style& style, const 
                                 ElementIndex use, const Style* useStyle) {
     DrawState inner = state;
     if (element == Document::kRoot && use == kNoElement) {
-        // The page is its viewport, and cuts by itself.
+        // The page is the root's viewport and clips by itself.
         const auto root = FindRootViewport(scene_.GetDocument(), state.viewport);
         if (!root) return;
         inner.toPage = state.toPage * root->toOuter;
@@ -224,7 +224,7 @@ void Drawing::DrawInnerViewport(ElementIndex element, const Style& style, const 
 void Drawing::DrawUse(ElementIndex element, const Style& style, const DrawState& state) {
     const Document& document = scene_.GetDocument();
     const ElementIndex target = FindUseTarget(document, element);
-    // What leads to itself draws nothing.
+    // Circular references draw nothing.
     if (target == kNoElement || std::find(uses_.begin(), uses_.end(), target) != uses_.end()) return;
     if (!MayDescend(state.depth) || !TakeElement(target)) return;
     Style& targetStyle = StyleAt(state.depth);

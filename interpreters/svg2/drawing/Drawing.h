@@ -22,40 +22,42 @@ namespace svg2 {
 
 struct FusedShape;
 
-/// Draws the content of a document's pages onto a generator.
+/// Draws the content of a document's pages to a generator.
 class Drawing {
 public:
-    /// All must outlive the drawing.
+    /// All arguments must outlive the drawing.
     Drawing(Scene& scene, ORVPrintGenerator& generator, DrawingBudget& budget, Images& images,
             TextFonts& fonts);
     ~Drawing();
     Drawing(const Drawing&) = delete;
     Drawing& operator=(const Drawing&) = delete;
 
-    /// Has an element reported as though a link led to it. @param element  may be kNoElement
+    /// Reports an element to the generator as if it were the target of a link.
+    /// @param element  may be kNoElement
     void Report(ElementIndex element) {
         if (element != kNoElement) linkTargets_.insert(element);
     }
 
-    /// Has layers of the document's editor reported, hidden ones where the generator can hide them.
+    /// Enables reporting of the layers of the document's editor; hidden ones are included if the generator
+    /// can hide content.
     void ReportContentLayers();
 
-    /// Draws the root element and all in it.
+    /// Draws the root element and its content.
     /// @param toPage    from px of the root's viewport to page coordinates
     /// @param viewport  of the root, in px
-    /// @param page      the box of the page, in page coordinates
-    /// @return 1, a failure of ORVPrintModelRender, or what the generator returned
+    /// @param page      bounding box of the page, in page coordinates
+    /// @return 1, a failure of ORVPrintModelRender, or a failure of the generator
     [[nodiscard]] int Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const ORVMathBox2D& page);
 
 private:
     friend class TextDrawing;
 
-    /// What ends a part of the drawing that was begun.
+    /// Which call closes an open part of the drawing.
     enum class End : std::uint8_t { kGroup, kLayer, kClip, kClipPath, kFilter };
 
-    // ---- walking (Drawing.cpp) ----
+    // ---- traversal (Drawing.cpp) ----
     void DrawElement(ElementIndex element, const Style& parent, const DrawState& state);
-    /// As DrawElement, for an element whose style is known.
+    /// Like DrawElement, for an element whose style is already computed.
     void DrawStyled(ElementIndex element, const Style& style, const DrawState& state);
     void DrawContent(ElementIndex element, const Style& style, const DrawState& state);
     void DrawChildren(ElementIndex element, const Style& style, const DrawState& state);
@@ -65,20 +67,20 @@ private:
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
     void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
-    /// Tells generators that follow origins which element the calls to come show.
+    /// Sets the element that the following calls draw, for generators that follow origins.
     void NoteDrawn(ElementIndex element);
     void BeginGroups(ElementIndex element, const Style& style);
     void SetLink(ElementIndex element, ORVPrintGroup& group) const;
-    /// Begins the group of an "a" element in a text, if it leads anywhere.
+    /// Begins the group of an "a" element in a text, if it has a link target.
     void BeginLink(ElementIndex element);
     bool IsContentLayer(ElementIndex element) const;
 
     // ---- effects (effects.cpp) ----
     /// Begins the layer and the clips of an element.
-    /// @return false when nothing of the element shows
+    /// @return false if nothing of the element is visible
     [[nodiscard]] bool BeginEffects(ElementIndex element, const Style& style, const DrawState& state);
     bool NeedsLayer(ElementIndex element, const Style& style) const;
-    /// @param clipPath  value of the property, of the element or of what clips it
+    /// @param clipPath  value of the property, on the element or on its clip path
     [[nodiscard]] bool BeginClipping(std::string_view clipPath, ElementIndex element, const Style& style,
                                      const DrawState& state);
     [[nodiscard]] bool BeginReferencedClip(ElementIndex clip, ElementIndex element, const Style& style,
@@ -88,13 +90,14 @@ private:
     void DrawClipContent(ElementIndex clip, const DrawState& state);
     void BeginRectangle(const Rectangle& rectangle, const ORVMathAffine2D& toPage);
     void BeginOutline(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd);
-    /// Ends what was begun since there were `mark` ends.
+    /// Closes everything that was opened since there were `mark` ends.
     void EndBack(std::size_t mark);
-    /// Share of the opacity that paints take themselves, where that spares a layer.
+    /// The part of the opacity that is applied to the paints, where this avoids a layer.
     double PaintOpacity(ElementIndex element, const Style& style) const;
 
     // ---- filters (filtering.cpp) ----
-    /// Begins the filter of an element. @return false when nothing of the element shows
+    /// Begins the filter of an element.
+    /// @return false if nothing of the element is visible
     [[nodiscard]] bool BeginFiltering(ElementIndex element, const Style& style, const DrawState& outer);
     [[nodiscard]] bool EnterRoot(DrawState& state, ORVMathAffine2D& toInner) const;
     bool IsDrawn(ElementIndex element, const Style& style, const Viewport& viewport) const;
@@ -125,33 +128,37 @@ private:
     /// Fills an outline with a pattern.
     void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                      const MadePaint& paint, const DrawState& state);
-    /// @param shown  what of the page they cover
+    /// @param shown  the area of the page that they cover
     void DrawTiles(ElementIndex content, const Style& style, const PatternTiles& all,
                    const ORVMathBox2D& shown, DrawState& inner);
-    /// Leaves repeating to the generator. @return false when it cannot, and nothing is drawn
+    /// Lets the generator repeat one tile.
+    /// @return false, with nothing drawn, if it cannot
     bool DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
                            const ORVMathBox2D& shown, DrawState& inner);
     // ---- tiles of plain shapes (fused_tiles.cpp) ----
     /// Draws shapes in all tiles of a pattern at once.
     void DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles);
-    /// @return false when not all content is of plain shapes
+    /// @return false unless all content consists of plain shapes
     bool CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
                       const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes);
     void DrawFused(const FusedShape& shape, const PatternTiles& tiles);
 
-    /// Notes a call's result. @return false from the first failure on
+    /// Records the result of a call.
+    /// @return false from the first failure on
     bool Do(int result) {
         if (status_ == 1) status_ = result;
         return status_ == 1;
     }
     bool IsStopped() const { return status_ != 1; }
-    /// True for content that may be drawn elsewhere, too.
+    /// Whether the content being drawn may be drawn more than once.
     bool IsRepeated() const { return !uses_.empty() || !active_.empty(); }
-    /// Counts an element that is to be drawn. @return false when there have been too many, which is noted
+    /// Counts an element against the budget.
+    /// @return false if the budget is exhausted, which is recorded in the status
     [[nodiscard]] bool TakeElement(ElementIndex element);
-    /// @return false when levels lie too deep within each other, which is noted
+    /// @return false if the nesting is too deep, which is recorded in the status
     [[nodiscard]] bool MayDescend(int depth);
-    /// Notes that a definition is being drawn. @return false when too many lie within each other
+    /// Marks a definition as being drawn.
+    /// @return false if too many are nested
     bool Enter(ElementIndex definition);
     void Leave() { active_.pop_back(); }
     Style& StyleAt(int depth);
@@ -167,13 +174,13 @@ private:
     ORVMathBox2D page_;
     ORVMathAffine2D rootToPage_;
     std::vector<End> ends_;
-    std::vector<std::unique_ptr<Style>> styles_;  // by level
-    std::vector<ElementIndex> uses_;              // targets that are being drawn
-    std::vector<ElementIndex> active_;            // clips, masks, markers and patterns that are being drawn
-    std::vector<ORVMathBox2D> pages_;             // what page_ was before each filter that is open
+    std::vector<std::unique_ptr<Style>> styles_;  // by depth
+    std::vector<ElementIndex> uses_;              // targets of "use" being drawn
+    std::vector<ElementIndex> active_;            // clips, masks, markers and patterns being drawn
+    std::vector<ORVMathBox2D> pages_;             // previous values of page_, one per open filter
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_, followsOrigins_;
-    ElementIndex drawn_ = kNoElement;  // what calls show; for generators that follow origins
+    ElementIndex drawn_ = kNoElement;  // element of the current calls, for generators that follow origins
     bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 

@@ -11,8 +11,8 @@
 
 namespace svg2 {
 
-/// What one drawing may cost: elements that are visited, those that are drawn again because they are used,
-/// and how deep they lie within each other. Boxes that are computed on the way count as well.
+/// Limits the cost of one drawing: the number of elements visited, of elements drawn repeatedly through
+/// references, and the nesting depth. Computing boxes counts as well.
 class DrawingBudget {
 public:
     explicit DrawingBudget(const ORVPrintParameters& parameters)
@@ -20,31 +20,32 @@ public:
           visitsLeft_(parameters.GetRepeatLimit()),
           pixelsLeft_(ORVPrintLimits::Get(ORVPrintLimit::kDocumentPixels)) {}
 
-    /// Allows for what a document holds: stops what is out of proportion, not what is large.
+    /// Raises the limit in proportion to the size of a document, so that only disproportionate work is
+    /// stopped.
     void AllowFor(const Document& document) {
         visitsLeft_ += (1 + kGrowthPerPrimitive) * (document.GetCount() + document.GetPayload());
     }
-    /// Allows for places that the document states, such as the vertices of a line with markers.
+    /// Raises the limit for explicit positions in the document, such as the vertices of a line with markers.
     void AllowForPlaces(std::size_t count) { visitsLeft_ += (1 + kGrowthPerPrimitive) * count; }
-    /// Counts one element. One with much to read counts as several.
+    /// Counts one element; one with much data counts as several.
     /// @param payload  of the element
-    /// @return false when there have been too many
+    /// @return false if the limit is exceeded
     bool TakeElement(std::uint64_t payload = 0) {
         return Take(drawnLeft_, 1) && Take(visitsLeft_, 1 + payload);
     }
-    /// Counts an image that is shown for the first time; what its file pays for is free.
-    /// @return false when there have been too many pixels
+    /// Counts the pixels of an image on its first use; an amount in proportion to its file size is free.
+    /// @return false if the limit is exceeded
     bool TakePixels(const ORVPixelImage& image) {
         const auto width = static_cast<std::uint64_t>(image.GetWidth());
         const std::uint64_t pixels = width * static_cast<std::uint64_t>(image.GetHeight());
         const std::uint64_t free = image.GetFileSize() * kPixelsPerFileByte;
         return pixels <= free || Take(pixelsLeft_, pixels - free);
     }
-    /// What a mask counts for that is drawn again: formats make parts of their own of masks.
+    /// Payload of a mask that is drawn repeatedly, as formats write each mask as a separate object.
     static constexpr std::uint64_t kMaskPayload = 30;
-    /// Levels of the stack that one drawing may take.
+    /// Maximum depth of recursion in one drawing.
     static constexpr int kGreatestDepth = 1500;
-    /// Clips, masks, markers and patterns within each other.
+    /// Maximum nesting of clips, masks, markers and patterns.
     static constexpr std::size_t kGreatestNesting = 64;
 
 private:

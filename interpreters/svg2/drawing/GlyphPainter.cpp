@@ -14,10 +14,10 @@
 namespace svg2 {
 namespace {
 
-// What is painted without an outline around it: a square far around the glyph, in em.
+// Half the side of the square, in em, that is filled when there is no outline.
 constexpr double kFar = 4.0;
 
-/// Collects the outline of a glyph of an em of 1, y up.
+/// Collects the outline of a glyph in em units, y up.
 class OutlineOfGlyph final : public ORVGlyphOutlineSink {
 public:
     explicit OutlineOfGlyph(ORVPrintPath& path) : path_(path) {}
@@ -68,7 +68,7 @@ ORVMathPoint2D Between(const ORVMathPoint2D& a, const ORVMathPoint2D& b, double 
     return {a.x + share * (b.x - a.x), a.y + share * (b.y - a.y)};
 }
 
-/// Where on a gradient that is continued in some way a place lies.
+/// Maps a position on a gradient into its range according to the spread method.
 double Spread(ORVGlyphPaint::Spread spread, double t) {
     switch (spread) {
         case ORVGlyphPaint::Spread::kPad: break;
@@ -99,7 +99,8 @@ ORVPrintColour ColourAt(const std::vector<ORVPrintGradientStop>& stops, double o
     return stops.back().colour;
 }
 
-/// Lets the offsets of a gradient run from 0 to 1. @return false when it is no more than one colour
+/// Normalises gradient offsets to the range 0 to 1.
+/// @return false if the gradient is a single colour
 bool Normalise(const ORVGlyphPaint& paint, std::vector<ORVPrintGradientStop>& stops,
                ORVPrintGradient& gradient) {
     const double first = stops.front().offset, last = stops.back().offset;
@@ -140,7 +141,7 @@ void GlyphPainter::EndOutline() {
     outlines_.pop_back();
 }
 
-/// Makes clips of the first outlines.
+/// Turns the first `count` outlines into clips.
 void GlyphPainter::CutToOutlines(std::size_t count) {
     for (std::size_t i = 0; i < count && !IsStopped(); ++i) {
         Outline& outline = outlines_[i];
@@ -209,8 +210,8 @@ void GlyphPainter::FillPath(const ORVGlyphPaint& paint, const ORVPrintPath& path
     DrawFilled(path, toPage, fill);
 }
 
-/// Colours around a point: no format has these, so they are drawn as wedges of one colour each. Opaque ones
-/// reach below the next one, so that nothing shines through between them.
+/// Draws a sweep gradient, which no format supports, as wedges of one colour each. Opaque wedges extend below
+/// the next one, so that no gaps show between them.
 void GlyphPainter::Sweep(const ORVGlyphPaint& paint) {
     constexpr int kWedges = 180;
     constexpr double kWholeTurn = 360.0, kStep = kWholeTurn / kWedges, kOverlap = 3.0 * kStep;
@@ -223,7 +224,7 @@ void GlyphPainter::Sweep(const ORVGlyphPaint& paint) {
     const double first = stops.front().offset, last = stops.back().offset;
     const double span = (paint.endAngle - paint.startAngle) * (last - first);
     const double start = paint.startAngle + first * (paint.endAngle - paint.startAngle);
-    if (isOpaque) {  // where all wedges meet, none covers a whole pixel
+    if (isOpaque) {  // at the centre, no wedge covers a whole pixel
         const double middle = (first + last) / 2.0;
         ORVPrintPath square;
         AddRectangle(square, {-kFar, -kFar, 2.0 * kFar, 2.0 * kFar});

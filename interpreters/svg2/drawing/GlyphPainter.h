@@ -11,17 +11,17 @@
 
 namespace svg2 {
 
-/// Draws a glyph that its font paints in colours and gradients.
+/// Draws a colour glyph, which its font paints with colours and gradients.
 class GlyphPainter final : public ORVGlyphPaintSink {
 public:
-    /// @param toPage  from em of the glyph, y up
-    /// @param text    the text's colour; its opacity does not count
-    /// @param page    the box of the page
+    /// @param toPage  from the glyph's em units, y up, to page coordinates
+    /// @param text    the text colour; its opacity is ignored
+    /// @param page    bounding box of the page
     GlyphPainter(ORVPrintGenerator& generator, DrawingBudget& budget, const ORVFontFace& face,
                  const ORVMathAffine2D& toPage, const ORVPrintColour& text, const ORVMathBox2D& page)
         : generator_(generator), budget_(budget), face_(face), toPage_(toPage), text_(text), page_(page) {}
 
-    /// 1, or what went wrong.
+    /// 1, or the first failure.
     int GetStatus() const { return status_; }
 
     void BeginOutline(std::uint32_t glyph, const ORVMathAffine2D& toGlyph) override;
@@ -34,7 +34,7 @@ public:
     bool IsStopped() const override { return status_ != 1; }
 
 private:
-    /// An outline that is open. It becomes a clip once it is not simply filled.
+    /// An open outline. It becomes a clip unless it is filled with a single paint.
     struct Outline {
         ORVPrintPath path;
         ORVMathAffine2D toPage;

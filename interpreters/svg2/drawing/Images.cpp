@@ -14,7 +14,8 @@
 namespace svg2 {
 namespace {
 
-/// Replaces packed bytes by what they hold. @return false when they are damaged or hold too much
+/// Decompresses gzip data in place.
+/// @return false if they are damaged or too large
 bool Unpack(std::string& bytes) {
     if (!IsGzip(bytes)) return true;
     GrowingBytes unpacked;
@@ -37,7 +38,7 @@ ImageContent& Images::Find(std::string_view reference) {
         try {
             Load(reference, entry->second);
         } catch (...) {
-            contents_.erase(entry);  // what was not read says nothing of the image
+            contents_.erase(entry);  // an image that was not read must not be cached as invalid
             throw;
         }
     }
@@ -47,14 +48,14 @@ ImageContent& Images::Find(std::string_view reference) {
 }
 
 void Images::Load(std::string_view reference, ImageContent& content) const {
-    // Within drawings of drawings, nothing leads outside.
+    // Drawings inside drawings may use data URIs only.
     const bool isWithin = EqualsIgnoringCase(reference.substr(0, 5), "data:");
     std::string bytes;
     if ((depth_ == 0 || isWithin) && ReadOuterFile(reference, documentPath_, bytes))
         Decode(std::move(bytes), content);
 }
 
-// The content decides, never what the reference says of it.
+// The format is detected from the content; the media type of the reference is ignored.
 void Images::Decode(std::string bytes, ImageContent& content) const {
     using Reader = ORVPixelImage* (*)(const void*, std::size_t, int);
     for (const Reader reader :

@@ -19,43 +19,44 @@ namespace svg2 {
 class Images;
 class Scene;
 
-/// What an "image" element refers to: pixels, a drawing, or nothing that can be read.
+/// The content of an "image" element: pixels, a drawing, or nothing if it cannot be read.
 struct ImageContent {
     ImageContent();
     ~ImageContent();
 
     ORVRef<const ORVPixelImage> pixels;
-    bool isCounted = false;  ///< by the drawing's budget
+    bool isCounted = false;  ///< already counted by the drawing's budget
     std::unique_ptr<Document> drawing;
-    // Of the drawing, made when it is drawn first:
+    // Of the drawing; created when it is first drawn:
     std::unique_ptr<Scene> scene;
     std::unique_ptr<Images> images;
 };
 
-/// An image on its element.
+/// An image and its placement on an element.
 struct PlacedImage {
     ImageContent* content = nullptr;
-    Viewport natural;  ///< its own size, in px
-    Rectangle place;   ///< that it has to fit into, in the element's user units
+    Viewport natural;  ///< intrinsic size, in px
+    Rectangle place;   ///< area to fit it into, in the element's user units
 };
 
-/// The images of a document, each read once. Files are read as the host's access policy allows.
+/// The images of a document, each read once. Files are read as far as the host's access policy allows.
 class Images {
 public:
-    /// @param documentPath  that relative references are resolved against; may be empty
-    /// @param depth         of drawings within drawings
+    /// @param documentPath  base of relative references; may be empty
+    /// @param depth         nesting depth of drawings within drawings
     explicit Images(ORVUnicodeString documentPath, int depth = 0)
         : documentPath_(std::move(documentPath)), depth_(depth) {}
 
     /// @param reference  file name or data URI; must outlive this object
     ImageContent& Find(std::string_view reference);
 
-    /// Finds what an "image" element shows, and where. @return false when that is nothing
+    /// Finds the content and placement of an "image" element.
+    /// @return false if it draws nothing
     bool Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
                PlacedImage& placed);
 
     int GetDepth() const { return depth_; }
-    /// Drawings within drawings; further ones are not read.
+    /// Maximum nesting of drawings within drawings; deeper ones are not read.
     static constexpr int kGreatestDepth = 8;
 
 private:
@@ -65,7 +66,7 @@ private:
     ORVUnicodeString documentPath_;
     int depth_;
     std::unordered_map<std::string_view, ImageContent> contents_;
-    /// The same by where the reference begins: data is long, and the same element is drawn often.
+    /// Cache by the address of the reference: data URIs are long, and elements are drawn repeatedly.
     std::unordered_map<const char*, std::pair<std::size_t, ImageContent*>> byPlace_;
 };
 

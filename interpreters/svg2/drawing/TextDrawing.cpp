@@ -38,7 +38,7 @@ void TextDrawing::Draw(ElementIndex element, const Style& style, const DrawState
     drawing_.EndBack(mark);
 }
 
-/// The innermost "a" of a text that a part of it stands in.
+/// The innermost "a" inside the text that encloses a segment.
 ElementIndex TextDrawing::LinkAround(const TextLayout& layout, const TextSegment& segment) const {
     const Document& document = drawing_.scene_.GetDocument();
     for (std::size_t i = segment.span; i != 0; i = layout.GetSpan(i).parent)
@@ -61,7 +61,7 @@ void TextDrawing::DrawSegment(const TextLayout& layout, const TextSegment& segme
     DrawLines(segment, style, state, span.opacity, true);
 }
 
-/// The paints of text in a style.
+/// The paints of text with a certain style.
 struct TextDrawing::Paints {
     MadePaint fill, stroke;
     ORVPrintFill inside;
@@ -86,13 +86,13 @@ void TextDrawing::MakePaints(const Style& style, const DrawState& state, double 
     drawing_.paints_.MakeStroke(place, opacity, paints.stroke);
     paints.hasStroke = (isPlain(paints.stroke) || paints.stroke.kind == Kind::kPattern) &&
                        drawing_.paints_.MakePen(style, state.viewport, 1.0, paints.pen);
-    paints.pen.isCrisp = false;  // which shapes only are
+    paints.pen.isCrisp = false;  // applies to shapes only
     paints.pen.colour = paints.stroke.colour;
     paints.pen.gradient = paints.stroke.GetGradient();
 }
 
 /// Draws a part of a text, or a line of its decoration, with all its paints.
-/// @param draw  draws with a fill, with a stroke, or with both
+/// @param draw  draws with a fill, a stroke, or both
 template <class Action>
 void TextDrawing::Paint(const Paints& paints, const DrawState& state, Action draw) {
     using Kind = MadePaint::Kind;
@@ -124,7 +124,7 @@ void TextDrawing::Paint(const Paints& paints, const DrawState& state, Action dra
     if (!paints.strokesFirst) drawOutline();
 }
 
-/// Shows a pattern where something is drawn.
+/// Fills the area that `draw` covers with a pattern.
 template <class Action>
 void TextDrawing::PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Action draw) {
     ORVPrintGenerator& generator = drawing_.generator_;
@@ -139,7 +139,7 @@ void TextDrawing::PaintTiles(const MadePaint& paint, const DrawState& state, dou
         draw();
         drawing_.Do(generator.EndMask());
     }
-    // Letters may reach beyond their em boxes.
+    // Glyphs may extend beyond their em boxes.
     const double reach = margin + (box_.yMax - box_.yMin);
     ORVPrintPath area;
     AddRectangle(area, {box_.xMin - reach, box_.yMin - reach, box_.xMax - box_.xMin + 2.0 * reach,
@@ -166,7 +166,7 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
     });
 }
 
-/// Draws text of which glyphs may have several colours, or be images, one by one.
+/// Draws text whose glyphs may be colour or bitmap glyphs, one by one.
 void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state) {
     const ORVMathAffine2D toPage = state.toPage * segment.toUser;
     ORVTextLayout part = segment.layout;
@@ -183,7 +183,8 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
         for (const ORVGlyph& glyph : run.glyphs) {
             part.runs.front().glyphs.assign(1, glyph);
             if (PaintGlyph(run, glyph, paints, toPage)) {
-                // What is painted is to be found as text, too, where formats can say so.
+                // A painted glyph is also written as invisible text, if the format supports it, so that it
+                // can be searched.
                 if ((drawing_.generator_.GetPowers() & ORVPrintGenerator::kUnseenText) != 0)
                     draw(nullptr, nullptr, true);
                 continue;
@@ -201,13 +202,13 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
                     draw(&own, nullptr);
                 else
                     Paint(paints, state, draw);
-                drawn.textLength = 0;  // the lowest layer says what it is
+                drawn.textLength = 0;  // the lowest layer carries the text
             }
         }
     }
 }
 
-/// @return false when the font does not paint the glyph
+/// @return false if the font has no colour glyph
 bool TextDrawing::PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                              const ORVMathAffine2D& toPage) {
     const ORVMathAffine2D fromEm =
@@ -226,7 +227,7 @@ bool TextDrawing::PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, cons
     return isPainted;
 }
 
-/// @return false when the font has no image of the glyph
+/// @return false if the font has no bitmap glyph
 bool TextDrawing::DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                               const ORVMathAffine2D& toPage) {
     const ORVPrintColour colour = paints.inside.colour;
@@ -252,7 +253,7 @@ bool TextDrawing::DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, con
 
 namespace {
 
-/// A style with the paints and the font of who asks for a line.
+/// The style for a decoration line, with the paints and font of the element that specifies it.
 Style StyleOf(const Decoration& decoration, const Style& style) {
     Style painted = style;
     painted.fill = decoration.fill;

@@ -36,7 +36,7 @@ private:
                    bool above);
 
     Drawing& drawing_;
-    ORVMathBox2D box_;  // of the whole text
+    ORVMathBox2D box_;  // bounding box of the whole text
 };
 
 }  // namespace svg2

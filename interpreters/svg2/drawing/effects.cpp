@@ -25,7 +25,7 @@ bool Overlap(const ORVMathBox2D& a, const ORVMathBox2D& b) {
     return a.xMin < b.xMax && b.xMin < a.xMax && a.yMin < b.yMax && b.yMin < a.yMax;
 }
 
-/// From shares of a box to user units.
+/// The transformation from fractions of a bounding box to user units.
 ORVMathAffine2D OfBox(const ORVMathBox2D& box) {
     return {box.xMax - box.xMin, 0.0, 0.0, box.yMax - box.yMin, box.xMin, box.yMin};
 }
@@ -63,7 +63,7 @@ void Drawing::BeginOutline(const ORVPrintPath& path, const ORVMathAffine2D& toPa
     if (Do(generator_.BeginClipPath({path, toPage, isEvenOdd}))) ends_.push_back(End::kClipPath);
 }
 
-// A single fill or stroke is as transparent as its group would be.
+// For a single fill or stroke, the opacity of the paint is equivalent to group opacity.
 double Drawing::PaintOpacity(ElementIndex element, const Style& style) const {
     return NeedsLayer(element, style) ? 1.0 : style.opacity;
 }
@@ -85,7 +85,7 @@ bool Drawing::FindMask(const Style& style, ElementIndex& mask) const {
 }
 
 bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawState& state) {
-    // Of clips, only the areas of shapes count.
+    // In clip paths, only the areas of shapes matter.
     if (state.isWithinClip)
         return style.clipPath.empty() || BeginClipping(style.clipPath, element, style, state);
     if (style.opacity <= 0.0) return false;
@@ -112,7 +112,7 @@ bool Drawing::BeginEffects(ElementIndex element, const Style& style, const DrawS
     return style.filter.empty() || BeginFiltering(element, style, state);
 }
 
-/// Draws the mask of the layer that has just begun.
+/// Draws the mask of the layer that has just been opened.
 bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawState& state) {
     const ElementIndex mask = active_.back();
     const Style& maskStyle = scene_.StyleInPlace(mask);
@@ -128,7 +128,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     const auto lengthOf = [&](Name name, Axis axis, double share) {
         return scene_.LengthOf(mask, name, maskStyle, sizes, axis, share * Scene::BaseOf(sizes, axis));
     };
-    constexpr double kMargin = -0.1, kSize = 1.2;  // of the region, unless it is stated
+    constexpr double kMargin = -0.1, kSize = 1.2;  // the default region
     const Rectangle region{lengthOf(Name::kX, Axis::kX, kMargin), lengthOf(Name::kY, Axis::kY, kMargin),
                            lengthOf(Name::kWidth, Axis::kX, kSize), lengthOf(Name::kHeight, Axis::kY, kSize)};
     if (!(region.width > 0.0) || !(region.height > 0.0)) return false;
@@ -149,7 +149,7 @@ bool Drawing::BeginMasking(ElementIndex element, const Style& style, const DrawS
     if (contentUnits == Units::kBoundingBox) inner.toPage = state.toPage * OfBox(box);
     const std::size_t mark = ends_.size();
     if (!IsAxisParallel(regionToPage)) BeginRectangle(region, regionToPage);
-    // A mask may be masked and clipped itself.
+    // A mask may have its own mask and clip path.
     ElementIndex outerMask = kNoElement;
     bool shows = true;
     if (FindMask(maskStyle, outerMask)) {
@@ -198,7 +198,7 @@ bool Drawing::BeginClipping(std::string_view clipPath, ElementIndex element, con
 
 namespace {
 
-/// One child of a clip, as an outline.
+/// A child of a clip path, as an outline.
 struct ClipOutline {
     ORVPrintPath path;
     ORVMathBox2D box;
@@ -228,19 +228,20 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
 
     if (!Enter(clip)) return false;
     bool shows = true;
-    // Its own clip cuts the element, in whose units and box it lies, whatever those of the shapes are.
+    // A clip path's own clip-path uses the element's user units and bounding box, whatever clipPathUnits
+    // says.
     if (!clipStyle.clipPath.empty()) {
         DrawState outer = inner;
         outer.toPage = state.toPage;
         shows = BeginClipping(clipStyle.clipPath, element, style, outer);
     }
 
-    // Shapes that do not overlap are one outline; all others are drawn as a mask.
+    // Shapes that do not overlap are combined into one outline; otherwise the clip is drawn as a mask.
     std::vector<ClipOutline> outlines;
     bool isSimple = true;
     for (ElementIndex child = document[clip].firstChild; shows && child != kNoElement;
          child = document[child].nextSibling) {
-        // Who does not make an outline is looked at when it is drawn.
+        // Other content is checked when the mask is drawn.
         if (!isSimple) break;
         const ElementIndex shape = child;
         if (!TakeElement(child)) {
@@ -279,7 +280,7 @@ bool Drawing::BeginReferencedClip(ElementIndex clip, ElementIndex element, const
             all.points.insert(all.points.end(), outline.path.points.begin(), outline.path.points.end());
             isEvenOdd = outline.isEvenOdd;
         }
-        // Without any shape, nothing shows.
+        // An empty clip path hides everything.
         shows = !all.IsEmpty();
         if (shows) BeginOutline(all, inner.toPage, isEvenOdd);
     } else if (shows) {

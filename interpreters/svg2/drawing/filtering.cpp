@@ -15,13 +15,13 @@ namespace {
 
 bool IsFinite(const ORVMathBox2D& box) { return std::isfinite(box.xMin + box.xMax + box.yMin + box.yMax); }
 
-/// What of the page content of a filter may be seen on, which a filter moves.
+/// The area around the page whose content a filter may move onto the page.
 ORVMathBox2D AroundPage(const ORVMathBox2D& page) {
     const double width = page.xMax - page.xMin, height = page.yMax - page.yMin;
     return {page.xMin - width, page.xMax + width, page.yMin - height, page.yMax + height};
 }
 
-/// What reading a filter costs, in elements: long lists count, too.
+/// Cost of a filter's steps, in elements: long lists count as several.
 std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
     constexpr std::size_t kNumbersOfElement = 4;
     std::size_t numbers = 0;
@@ -38,7 +38,7 @@ std::size_t WeightOf(const std::vector<ORVPrintFilterStep>& steps) {
 
 }  // namespace
 
-/// False for shapes without an outline, which show nothing that could be filtered.
+/// False for shapes without an outline: there is nothing to filter.
 bool Drawing::IsDrawn(ElementIndex element, const Style& style, const Viewport& viewport) const {
     ORVPrintPath path;
     return !IsShape(scene_.GetDocument()[element].tag) || AddOutline(scene_, element, style, viewport, path);
@@ -82,7 +82,8 @@ bool Drawing::BeginFiltering(ElementIndex element, const Style& style, const Dra
     return !IsStopped();
 }
 
-/// The filter of the root counts in the units of its content. @return false when it has none
+/// The root's filter uses the coordinates of its content.
+/// @return false if these do not exist
 bool Drawing::EnterRoot(DrawState& state, ORVMathAffine2D& toInner) const {
     const auto root = FindRootViewport(scene_.GetDocument(), state.viewport);
     const auto inverse = root ? root->toOuter.Inverse() : std::nullopt;
@@ -99,8 +100,8 @@ void Drawing::EndFiltering() {
     pages_.pop_back();
 }
 
-/// Draws what an "feImage" shows: an element of the document as it stands in the filtered element's user
-/// space, or an image.
+/// Draws the content of an "feImage": an element of the document in the filtered element's user space, or an
+/// image.
 void Drawing::DrawFilterImage(const FilterImage& image, const DrawState& outer) {
     const Document& document = scene_.GetDocument();
     const std::string_view reference = Trim(document.ValueOf(image.element, Name::kHref));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Patterns of plain shapes: each shape is drawn once for all tiles. Tiles that are drawn one by one show
-// their borders, since edges that meet within a pixel do not add up; within one outline they do.
+// Patterns of plain shapes: each shape is drawn once for all tiles, as one path. Tiles drawn separately show
+// seams, because antialiased edges that share a pixel do not add up; inside a single path there are none.
 
 #include <algorithm>
 #include <cmath>
@@ -28,13 +28,13 @@ bool HasEffects(const Style& style) {
 }
 
 bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
-    // Rounding does not make content reach out of its tile.
+    // Tolerance for rounding errors.
     const double margin = 1e-6 * std::max(outer.xMax - outer.xMin, outer.yMax - outer.yMin);
     return inner.xMin >= outer.xMin - margin && inner.xMax <= outer.xMax + margin &&
            inner.yMin >= outer.yMin - margin && inner.yMax <= outer.yMax + margin;
 }
 
-/// The box of a path with what a pen adds to it.
+/// The bounding box of a path including its stroke.
 ORVMathBox2D BoxWithPen(const ORVPrintPath& path, const ORVMathAffine2D& map, const ORVPrintStroke& pen) {
     ORVMathBox2D box = BoxOf(path, map);
     if (box.IsEmpty()) return box;
@@ -48,7 +48,7 @@ ORVMathBox2D BoxWithPen(const ORVPrintPath& path, const ORVMathAffine2D& map, co
     return {box.xMin - x, box.xMax + x, box.yMin - y, box.yMax + y};
 }
 
-/// A path at the places of all tiles. The steps lead from one tile to the next, in the path's coordinates.
+/// A path repeated for all tiles. `right` and `down` are the steps between tiles, in the path's coordinates.
 ORVPrintPath Repeat(const ORVPrintPath& one, const TileRange& range, const ORVMathVector2D& right,
                     const ORVMathVector2D& down) {
     ORVPrintPath all;
@@ -66,7 +66,7 @@ ORVPrintPath Repeat(const ORVPrintPath& one, const TileRange& range, const ORVMa
     return all;
 }
 
-/// Areas in the units of a shape, cut to the tile, as a path in the pattern's units.
+/// Converts polygons in a shape's units to a path in the pattern's units, clipped to the tile.
 ORVPrintPath PathOf(std::vector<Corners>&& areas, const ORVMathAffine2D& toPattern,
                     const ORVMathBox2D& tile) {
     ORVPrintPath path;
@@ -81,20 +81,20 @@ ORVPrintPath PathOf(std::vector<Corners>&& areas, const ORVMathAffine2D& toPatte
     return path;
 }
 
-/// Draws one shape in all tiles.
+/// Repeats one shape over all tiles.
 class TileFuser {
 public:
     TileFuser(const PatternTiles& tiles, const FusedShape& shape)
         : tiles_(tiles), shape_(shape), tile_(tiles.first.Box()) {}
 
-    /// The fill, and where it is drawn.
+    /// The filled path for all tiles, and its transformation to the page.
     ORVPrintPath Inside(ORVMathAffine2D& toPage) const {
         if (Holds(tile_, BoxOf(shape_.path, shape_.toPattern))) return RepeatWhole(toPage);
         std::vector<Corners> areas;
         for (Contour& contour : ContoursOf(shape_.path)) areas.push_back(std::move(contour.points));
         return RepeatCut(std::move(areas), toPage);
     }
-    /// Whether the line stays within the tile, so that it can be drawn as a line.
+    /// Whether the stroke stays inside the tile, so that it can be drawn as a stroke.
     bool HoldsLine(const ORVPrintStroke& pen) const {
         return Holds(tile_, BoxWithPen(shape_.path, shape_.toPattern, pen));
     }
@@ -105,7 +105,7 @@ public:
                       {back.m11 * tiles_.first.width, back.m21 * tiles_.first.width},
                       {back.m12 * tiles_.first.height, back.m22 * tiles_.first.height});
     }
-    /// The area of a line that reaches out of the tile.
+    /// The outline of a stroke that extends beyond the tile.
     ORVPrintPath Line(const ORVPrintStroke& pen, ORVMathAffine2D& toPage) const {
         std::vector<Corners> areas;
         for (const Contour& contour : ContoursOf(shape_.path)) {
@@ -129,7 +129,7 @@ private:
 
 }  // namespace
 
-// Shapes are looked at before anything is drawn: some cannot be fused.
+// All shapes are examined before anything is drawn, since some cannot be fused.
 bool Drawing::CollectFused(ElementIndex parent, const Style& style, const PatternTiles& tiles,
                            const ORVMathAffine2D& toPattern, int depth, std::vector<FusedShape>& shapes) {
     constexpr int kDeepest = 8;
@@ -179,7 +179,7 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
 
 void Drawing::DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles) {
     for (const FusedShape& shape : shapes) {
-        // So many rows at a time that memory stays small.
+        // Rows are drawn in batches to limit memory use.
         constexpr long kMostPoints = 1'000'000, kPointsOfCurve = 24;
         const long columns = tiles.range.xLast - tiles.range.xFirst + 1;
         const auto points = kPointsOfCurve * static_cast<long>(shape.path.verbs.size());

@@ -41,8 +41,8 @@ void Drawing::DrawImage(ElementIndex element, const Style& style, const DrawStat
                state);
 }
 
-/// Draws an image that can be read.
-/// @param cuts  whether what lies outside of the place is cut off
+/// Draws an image that was read.
+/// @param cuts  whether to clip it to `place`
 void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio, bool cuts,
                          ImageRendering rendering, std::string_view id, const DrawState& state) {
     const std::size_t mark = ends_.size();
@@ -64,7 +64,7 @@ void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const As
     EndBack(mark);
 }
 
-// A drawing within the drawing: with its own styles, and without ways out.
+// Draws a nested drawing, with its own styles and without external references.
 void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                            const DrawState& state) {
     const Viewport size = FindImageSize(*content.drawing);
@@ -76,7 +76,7 @@ void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const 
         content.images = std::make_unique<Images>(ORVUnicodeString(), images_.GetDepth() + 1);
     }
     Drawing inner(*content.scene, generator_, budget_, *content.images, fonts_);
-    // Its size is the viewport, or, with a view box, that of the place that it fills.
+    // The drawing is fitted into its area with its own size as the view box.
     const Rectangle natural{0.0, 0.0, size.width, size.height};
     BeginRectangle(place, state.toPage);
     if (IsStopped()) return;

@@ -15,10 +15,10 @@ namespace {
 
 using Direction = std::optional<ORVMathVector2D>;
 
-/// A point where a marker may stand.
+/// A potential marker position.
 struct Vertex {
     ORVMathPoint2D point;
-    Direction in, out;  ///< of the segments before and behind it; nothing for those without length
+    Direction in, out;  ///< of the adjacent segments; empty for zero-length segments
     bool beginsSubpath = false, closesSubpath = false;
 };
 
@@ -28,7 +28,7 @@ Direction Between(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
     return ORVMathVector2D{x / length, y / length};
 }
 
-/// Directions at both ends of a segment; control points that lie on the end are looked past.
+/// Directions at both ends of a segment. Control points equal to an end point are skipped.
 struct SegmentDirections {
     Direction start, end;
 };
@@ -40,7 +40,7 @@ SegmentDirections DirectionsOfCurve(const ORVMathPoint2D (&p)[4]) {
     return directions;
 }
 
-/// The vertices of a path, one for each end of a segment.
+/// Collects the vertices of a path, one for each end of a segment.
 class VertexCollector {
 public:
     VertexCollector(const ORVPrintPath& path, const std::vector<std::size_t>& segmentEnds)
@@ -57,7 +57,7 @@ private:
     std::vector<Vertex> vertices_;
     std::size_t point_ = 0, subpath_ = 0;
     ORVMathPoint2D current_, start_;
-    Direction first_, last_;  // of the segment that is being read
+    Direction first_, last_;  // of the segment being read
 };
 
 void VertexCollector::AddVerb(ORVPrintPath::Verb verb) {
@@ -97,7 +97,7 @@ void VertexCollector::EndSegment(ORVPrintPath::Verb verb) {
         if (!vertices_.empty()) vertices_.back().out = first_;
         vertices_.push_back({current_, last_, std::nullopt, false, verb == Verb::kClose});
         if (verb == Verb::kClose && subpath_ < vertices_.size()) {
-            // Both ends of a closed subpath turn half-way between its last and its first segment.
+            // At both ends of a closed subpath, the direction bisects its last and its first segment.
             vertices_.back().out = vertices_[subpath_].out;
             vertices_[subpath_].in = last_;
         }
@@ -109,7 +109,7 @@ std::vector<Vertex> VertexCollector::Collect() {
     std::size_t verb = 0;
     for (const std::size_t end : segmentEnds_) {
         if (end <= verb) continue;
-        // A subpath that begins where the last one was closed begins with a move of its own.
+        // A subpath that starts where the previous one was closed begins with an inserted move.
         const bool startsAnew = path_.verbs[verb] == ORVPrintPath::Verb::kMove && end > verb + 1;
         if (startsAnew) {
             AddVerb(path_.verbs[verb]);
@@ -122,8 +122,8 @@ std::vector<Vertex> VertexCollector::Collect() {
     return std::move(vertices_);
 }
 
-/// The direction of a marker in degrees: half-way between the segments that meet at the vertex. Segments
-/// without length take the direction of those behind them, else of those before.
+/// The marker direction in degrees, which bisects the segments at the vertex. Zero-length segments take the
+/// direction of the following segments, or else of the preceding ones.
 double DegreesAt(const std::vector<Vertex>& vertices, std::size_t index) {
     Direction in = vertices[index].in, out = vertices[index].out;
     const auto behind = [&](std::size_t from) {
@@ -175,7 +175,7 @@ void Drawing::DrawMarkers(const ORVPrintPath& path, const std::vector<std::size_
     if (start == kNoElement && mid == kNoElement && end == kNoElement) return;
 
     const std::vector<Vertex> vertices = VertexCollector(path, segmentEnds).Collect();
-    const Style copy = style;  // levels of styles are used again for the markers' content
+    const Style copy = style;  // style slots are reused for the content of markers
     const ContextPaints context{&copy, [&path] { return BoxOf(path); }, state.viewport, state.toPage,
                                 state.context};
     if (vertices.empty()) return;

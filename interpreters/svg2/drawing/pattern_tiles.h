@@ -9,7 +9,7 @@
 
 namespace svg2 {
 
-/// Which tiles of a pattern are drawn, by their places in both directions.
+/// The range of pattern tiles to draw, by tile index in both directions.
 struct TileRange {
     long xFirst, xLast, yFirst, yLast;
     std::uint64_t Count() const {
@@ -18,13 +18,13 @@ struct TileRange {
     }
 };
 
-/// The tiles of a pattern, and where its content lies in them.
+/// The tiles of a pattern and the coordinate systems of its content.
 struct PatternTiles {
-    Rectangle first;                ///< the tile at 0, 0, in the pattern's units
-    TileRange range;                ///< of those that are drawn
-    ORVMathAffine2D toTile;         ///< from the content's units to the pattern's
-    ORVMathAffine2D patternToPage;  ///< from the pattern's units
-    Viewport viewport;              ///< that the content's percentages refer to
+    Rectangle first;                ///< tile (0, 0), in pattern units
+    TileRange range;                ///< tiles to draw
+    ORVMathAffine2D toTile;         ///< from content units to pattern units
+    ORVMathAffine2D patternToPage;  ///< from pattern units to page coordinates
+    Viewport viewport;              ///< reference of the content's percentages
 };
 
 /// A shape of a pattern that is drawn for all tiles at once.
@@ -34,7 +34,7 @@ struct FusedShape {
     ORVPrintPath path;
     ORVMathAffine2D toPattern;  // for the first tile
     double opacity = 1.0;
-    ORVMathBox2D box;  // what the first tile shows of it, in the pattern's units
+    ORVMathBox2D box;  // visible part in the first tile, in pattern units
 };
 
 }  // namespace svg2

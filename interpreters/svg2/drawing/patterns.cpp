@@ -11,15 +11,15 @@
 namespace svg2 {
 namespace {
 
-/// A pattern with all that it borrows from others.
+/// A pattern with the attributes it takes from its templates.
 struct PatternDefinition {
-    ElementIndex content = kNoElement;  ///< the element whose children are drawn
+    ElementIndex content = kNoElement;  ///< element whose children are drawn
     Units units = Units::kBoundingBox, contentUnits = Units::kUserSpace;
     std::optional<Rectangle> viewBox;
     AspectRatio ratio;
     ORVMathAffine2D transform;
     bool isSingular = false;
-    /// Elements that state x, y, width and height.
+    /// Elements that specify x, y, width and height.
     ElementIndex places[4] = {kNoElement, kNoElement, kNoElement, kNoElement};
 };
 
@@ -57,7 +57,7 @@ PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
     return definition;
 }
 
-/// Which tiles of a pattern a box touches.
+/// The range of tiles that intersect a box.
 std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& tile) {
     constexpr double kFarthest = 1e9;
     const double values[] = {
@@ -69,11 +69,11 @@ std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& til
                      static_cast<long>(values[3])};
 }
 
-/// Whether content goes on from one tile to the next, so that gaps between tiles would show.
+/// Whether content continues across tile borders, so that gaps between tiles would be visible.
 bool HasSeams(const std::vector<FusedShape>& shapes, const ORVMathBox2D& tile) {
     ORVMathBox2D box;
     for (const FusedShape& shape : shapes) box.Unite(shape.box);
-    constexpr double kGap = 0.01;  // of a tile's side
+    constexpr double kGap = 0.01;  // as a fraction of the tile's side
     const double x = kGap * (tile.xMax - tile.xMin), y = kGap * (tile.yMax - tile.yMin);
     return (box.xMin <= tile.xMin + x && box.xMax >= tile.xMax - x) ||
            (box.yMin <= tile.yMin + y && box.yMax >= tile.yMax - y);
@@ -81,7 +81,7 @@ bool HasSeams(const std::vector<FusedShape>& shapes, const ORVMathBox2D& tile) {
 
 }  // namespace
 
-// Tiles are drawn one by one, within the outline: as sharp as all else at any resolution.
+// Tiles are drawn one by one inside the outline, as vector graphics.
 void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                           const MadePaint& paint, const DrawState& state) {
     if (std::find(active_.begin(), active_.end(), paint.pattern) != active_.end() ||
@@ -119,11 +119,11 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     } else if (pattern.contentUnits == Units::kBoundingBox) {
         toTile = toTile * ORVMathAffine2D::Scaling(boxWidth, boxHeight);
     }
-    // Content in user space counts from the tile's corner, which lies where the tile's x and y say.
+    // Content in user space is relative to the tile's corner, at the pattern's x and y.
     const ORVMathAffine2D patternToPage = paint.toPage * pattern.transform;
     if (!IsInvertible(patternToPage) || !IsInvertible(toTile)) return;
 
-    // What of the outline lies on the page, as the pattern counts.
+    // The part of the outline on the page, in pattern units.
     ORVMathBox2D shown = BoxOf(path, toPage);
     shown.xMin = std::max(shown.xMin, page_.xMin);
     shown.xMax = std::min(shown.xMax, page_.xMax);
@@ -153,7 +153,7 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
 
 void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternTiles& all,
                         const ORVMathBox2D& shown, DrawState& inner) {
-    // Whoever draws a file with patterns has to draw all of their tiles.
+    // Every program that renders the file would have to draw all tiles.
     constexpr std::uint64_t kMostTiles = 4'000'000;
     if (all.range.Count() > kMostTiles) {
         Do(ORVPrintModelRender::kTooManyRepeats);
@@ -179,15 +179,15 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
     }
 }
 
-// A few tiles are drawn one by one, as sharp as all else: viewers may show the cells of patterns as images of
-// whole pixels, with gaps between them. Of many, a file would become large. Only plain content: not all
-// viewers place gradients and patterns within cells where they belong.
+// A few tiles are drawn one by one: viewers may render pattern cells as images of whole pixels, with gaps
+// between them. Many tiles would make the file large, so the format's own pattern is used, but only for plain
+// content: some viewers misplace gradients and nested patterns in cells.
 bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
                                 const ORVMathBox2D& shown, DrawState& inner) {
     constexpr std::uint64_t kFewTiles = 1000;
     const double scale = all.patternToPage.Enlargement();
     if (all.range.Count() <= kFewTiles || !(scale > 0.0)) return false;
-    // Coordinates of the page's size: formats round them.
+    // Scaled to page units, because formats round coordinates.
     const auto toTiles = ORVMathAffine2D::Scaling(scale, scale);
     ORVPrintTiles tiles;
     tiles.tile = MapBox(toTiles, all.first.Box());

@@ -80,14 +80,14 @@ void Drawing::DrawStroke(const ORVPrintPath& path, const Style& style, const Dra
         Do(generator_.DrawShape({path, state.toPage, nullptr, &stroke}));
         return;
     }
-    // The pen is as wide as in the root's viewport, whatever lies between.
+    // A non-scaling stroke: its width is in units of the root's viewport.
     const ORVMathAffine2D toRoot = Inverse(rootToPage_) * state.toPage;
     ORVPrintPath mapped = path;
     for (ORVMathPoint2D& point : mapped.points) point = toRoot(point);
     Do(generator_.DrawShape({mapped, rootToPage_, nullptr, &stroke}));
 }
 
-// The pattern shows where the pen draws.
+// Masks the pattern with the stroke.
 void Drawing::DrawPatternedStroke(const ORVPrintPath& path, const Style& style, const DrawState& state,
                                   ORVPrintStroke stroke, const MadePaint& pattern) {
     ORVPrintLayer layer;

@@ -29,13 +29,13 @@ double SignedArea(const Corners& area) {
     return sum;
 }
 
-/// All pieces wind in the same sense, so that they are one area where they overlap.
+/// Appends a polygon. All get the same orientation, so that overlapping ones form one area.
 void AddPiece(Corners piece, std::vector<Corners>& pieces) {
     if (SignedArea(piece) < 0.0) std::reverse(piece.begin(), piece.end());
     pieces.push_back(std::move(piece));
 }
 
-/// A straight line of a contour: its direction, and the way to its left border.
+/// A line segment of a contour with its unit direction vector.
 struct Line {
     ORVMathPoint2D from, to;
     double x = 1.0, y = 0.0;
@@ -64,7 +64,7 @@ void AddJoin(const Line& before, const Line& after, const ORVPrintStroke& pen, s
     }
     const double turn = before.x * after.y - before.y * after.x;
     const double openness = 1.0 + before.x * after.x + before.y * after.y;
-    const double side = turn > 0.0 ? half : -half;  // the outer one
+    const double side = turn > 0.0 ? half : -half;  // on the outer side
     const ORVMathPoint2D first{corner.x + before.y * side, corner.y - before.x * side};
     const ORVMathPoint2D last{corner.x + after.y * side, corner.y - after.x * side};
     Corners piece{corner, first};
@@ -77,7 +77,7 @@ void AddJoin(const Line& before, const Line& after, const ORVPrintStroke& pen, s
     AddPiece(std::move(piece), pieces);
 }
 
-/// @param before, after  by how much the line is longer at its ends
+/// @param before, after  lengths by which the line is extended at its ends
 void AddLine(const Line& line, double half, double before, double after, std::vector<Corners>& pieces) {
     const ORVMathPoint2D from{line.from.x - line.x * before, line.from.y - line.y * before};
     const ORVMathPoint2D to{line.to.x + line.x * after, line.to.y + line.y * after};
@@ -88,7 +88,7 @@ void AddLine(const Line& line, double half, double before, double after, std::ve
              pieces);
 }
 
-/// Keeps what of an area lies on the inner side of one border of a box.
+/// Clips a polygon at one side of a box.
 template <class Inside, class Cut>
 Corners CutOff(const Corners& area, Inside inside, Cut cut) {
     Corners kept;
@@ -150,7 +150,7 @@ void AddStrokePieces(const Contour& contour, const ORVPrintStroke& pen, std::vec
     const double half = pen.width / 2.0;
     const double longer = pen.cap == Cap::kSquare ? half : 0.0;
     if (points.size() < 2) {
-        // Nothing but caps.
+        // A zero-length subpath has only caps.
         if (pen.cap == Cap::kRound) AddDisc(points.front(), half, pieces);
         if (pen.cap == Cap::kSquare)
             AddLine({points.front(), points.front(), 1.0, 0.0}, half, half, half, pieces);

@@ -8,22 +8,22 @@
 
 namespace svg2 {
 
-/// Corners of a closed area.
+/// Corners of a polygon.
 using Corners = std::vector<ORVMathPoint2D>;
 
-/// A contour of a path as straight lines.
+/// A contour of a path as a polyline.
 struct Contour {
-    Corners points;  ///< no two that follow each other are equal
+    Corners points;  ///< consecutive points differ
     bool isClosed = false;
 };
 
-/// The contours of a path; curves become lines.
+/// The contours of a path, with curves flattened to lines.
 std::vector<Contour> ContoursOf(const ORVPrintPath& path);
 
-/// Areas that a pen covers along a contour, which may overlap. Dashes are not counted.
+/// Appends polygons, which may overlap, that cover the stroke of a contour. Dashes are ignored.
 void AddStrokePieces(const Contour& contour, const ORVPrintStroke& pen, std::vector<Corners>& pieces);
 
-/// What of an area lies in a box. Inside the box, the windings around every point stay what they are.
+/// Clips a polygon to a box. Winding numbers inside the box are preserved.
 Corners CutToBox(Corners area, const ORVMathBox2D& box);
 
 }  // namespace svg2

@@ -134,12 +134,12 @@ FilterReader::Definition FilterReader::Define(ElementIndex filter) const {
     return definition;
 }
 
-/// @return false when there is none, or it has no area
+/// @return false if there is no region or its area is 0
 bool FilterReader::FindRegion(const Definition& definition, Rectangle& region) {
     const bool isOfBox = definition.units == Units::kBoundingBox;
     const Viewport unit{1.0, 1.0};
     const Viewport& sizes = isOfBox ? unit : viewport_;
-    constexpr double kMargin = -0.1, kSize = 1.2;  // unless it is stated
+    constexpr double kMargin = -0.1, kSize = 1.2;  // the default region
     const auto lengthOf = [&](std::size_t i, Axis axis, double share) {
         const double byDefault = share * Scene::BaseOf(sizes, axis);
         const ElementIndex element = definition.places[i];
@@ -164,7 +164,7 @@ FilterEffect FilterReader::AddReference(ElementIndex filter) {
     if (definition.content == kNoElement || !FindRegion(definition, region_)) return FilterEffect::kHides;
     made_->filters.push_back(filter);
     primitiveUnits_ = definition.primitiveUnits;
-    // Its source is what came out so far, in its region.
+    // Its source is the result so far, inside its region.
     if (made_->steps.empty())
         made_->region = region_.Box();
     else

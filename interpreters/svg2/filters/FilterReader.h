@@ -15,44 +15,46 @@
 
 namespace svg2 {
 
-/// An "feImage" element, whose content has to be drawn.
+/// An "feImage" element whose content must be drawn.
 struct FilterImage {
     ElementIndex element = kNoElement;
-    Rectangle subregion;              ///< in the user units of the filtered element
-    bool hasX = false, hasY = false;  ///< whether the subregion's corner is stated
+    Rectangle subregion;              ///< in user units of the filtered element
+    bool hasX = false, hasY = false;  ///< whether the corner of the subregion is specified
 };
 
-/// What the "filter" property of an element says.
+/// The effect of an element's "filter" property.
 struct FilterDescription {
     std::vector<ORVPrintFilterStep> steps;
-    ORVMathBox2D region;                ///< what of the content counts, in user units; may be infinite
+    ORVMathBox2D region;                ///< filter region in user units; may be infinite
     std::vector<FilterImage> images;    ///< in the order of the steps' inputs
-    std::vector<ElementIndex> filters;  ///< elements that it refers to
+    std::vector<ElementIndex> filters;  ///< "filter" elements it refers to
 };
 
-/// What becomes of an element that has a "filter" property.
+/// How a "filter" property affects its element.
 enum class FilterEffect : std::uint8_t {
-    kNone,     ///< is drawn as though it had none
-    kHides,    ///< is not drawn
-    kFilters,  ///< is filtered
+    kNone,     ///< drawn as if there were no filter
+    kHides,    ///< not drawn
+    kFilters,  ///< filtered
 };
 
-/// Reads filters: lists of functions and references, "filter" elements with their templates and primitives.
+/// Reads filters: lists of functions and references, and "filter" elements with their templates and
+/// primitives.
 class FilterReader {
 public:
-    /// @param active  filters that are being drawn, which lead back to themselves
-    /// @param box     the box of the filtered element in its user units; asked for when needed
+    /// @param active  filters being drawn, to detect references to themselves
+    /// @param box     computes the bounding box of the filtered element in its user units; called only if
+    ///         needed
     FilterReader(Scene& scene, const std::vector<ElementIndex>& active, std::function<ORVMathBox2D()> box)
         : scene_(scene), document_(scene.GetDocument()), active_(active), findBox_(std::move(box)) {}
 
     /// @param style     of the filtered element
-    /// @param viewport  that percentages refer to
+    /// @param viewport  reference of percentages
     FilterEffect Read(const Style& style, const Viewport& viewport, FilterDescription& description);
 
 private:
-    /// A "filter" element with what it borrows from others.
+    /// A "filter" element with the attributes it takes from its templates.
     struct Definition {
-        ElementIndex content = kNoElement;  ///< whose children are the primitives
+        ElementIndex content = kNoElement;  ///< element whose children are the primitives
         Units units = Units::kBoundingBox, primitiveUnits = Units::kUserSpace;
         ElementIndex places[4] = {kNoElement, kNoElement, kNoElement, kNoElement};
     };
@@ -66,7 +68,7 @@ private:
 
     // ---- primitives (primitives.cpp) ----
     void AddPrimitive(ElementIndex element);
-    /// @param inputs  those that "in" and "in2" name; those of merges are added
+    /// @param inputs  the inputs of "in" and "in2"; those of merges are appended
     ORVFilterOperation MakeOperation(ElementIndex element, const Rectangle& subregion,
                                      std::vector<int>& inputs);
     ORVFilterBlur MakeBlur(ElementIndex element, double byDefault);
@@ -85,13 +87,13 @@ private:
     Rectangle FindSubregion(ElementIndex element);
     int FindInput(ElementIndex element, Name name);
     int SourceAlpha();
-    /// @return the input, transparent where it is not known, for steps that ask for its edges
+    /// @return the input extended with transparency to the whole region, for steps that process its edges
     int InWholeRegion(int input);
     ORVPrintColour FloodColour(ElementIndex element) const;
     double NumberOf(ElementIndex element, Name name, double byDefault) const {
         return scene_.NumberOf(element, name, byDefault);
     }
-    // Lengths of primitives in user units.
+    // Lengths and positions of primitives, converted to user units.
     double AcrossOf(double number);
     double DownOf(double number);
     double EitherOf(double number);
@@ -107,14 +109,14 @@ private:
     std::optional<ORVMathBox2D> box_;
     Viewport viewport_;
     FilterDescription* made_ = nullptr;
-    int previous_ = ORVPrintFilterStep::kSource;  // result so far
+    int previous_ = ORVPrintFilterStep::kSource;  // most recent result
 
-    // Of the element that is being read.
+    // State of the "filter" element being read.
     Units primitiveUnits_ = Units::kUserSpace;
     Rectangle region_;
     int source_ = ORVPrintFilterStep::kSource;
     std::optional<int> sourceAlpha_;
-    bool isFirst_ = true;  // no primitive of it came yet
+    bool isFirst_ = true;  // no primitive has been read yet
     std::unordered_map<std::string_view, int> names_;
 };
 

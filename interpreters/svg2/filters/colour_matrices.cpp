@@ -9,10 +9,10 @@ namespace svg2 {
 namespace {
 
 constexpr std::size_t kColumns = 5;
-// Shares of red, green and blue in light.
+// Luminance coefficients of red, green and blue.
 constexpr double kLight[3] = {0.213, 0.715, 0.072};
 
-/// Of three rows for colours; opacity stays.
+/// A matrix of three rows for the colours; opacity is unchanged.
 ColourMatrix OfColours(const double (&rows)[3][3]) {
     ColourMatrix matrix{};
     for (std::size_t i = 0; i < 3; ++i)
@@ -21,14 +21,14 @@ ColourMatrix OfColours(const double (&rows)[3][3]) {
     return matrix;
 }
 
-/// The same factor for all colours, and the same number added.
+/// Applies the same factor and offset to all colours.
 ColourMatrix Linear(double factor, double added) {
     ColourMatrix matrix = OfColours({{factor, 0, 0}, {0, factor, 0}, {0, 0, factor}});
     for (std::size_t i = 0; i < 3; ++i) matrix[i * kColumns + 4] = added;
     return matrix;
 }
 
-/// Part of the way from one matrix of colours to another.
+/// Interpolates between two matrices of colours.
 ColourMatrix Mixed(const double (&from)[3][3], const double (&to)[3][3], double share) {
     double rows[3][3];
     for (std::size_t i = 0; i < 3; ++i)

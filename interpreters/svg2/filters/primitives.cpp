@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How the primitives of a "filter" element become steps.
+// Conversion of the primitives of a "filter" element to steps.
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +22,7 @@ struct Word {
     Value value;
 };
 
-/// The value of a word; the first row's when it is none of them.
+/// The value of a keyword; that of the first row for an unknown one.
 template <class Value, std::size_t kCount>
 Value Choose(const Word<Value> (&rows)[kCount], Text text) {
     text = Trim(text);
@@ -31,7 +31,8 @@ Value Choose(const Word<Value> (&rows)[kCount], Text text) {
     return rows[0].value;
 }
 
-/// Numbers between white space and commas. @return false when something else stands there
+/// Reads numbers separated by white space and commas.
+/// @return false if there is anything else
 bool ReadNumbers(Text text, std::vector<double>& numbers) {
     Scanner scanner(Trim(text));
     numbers.clear();
@@ -81,7 +82,8 @@ constexpr Word<ORVFilterChannel> kChannels[] = {
     {"B", ORVFilterChannel::kBlue},
 };
 
-/// One or two numbers; of one, the second is the same. @return how many there are, 0 for anything else
+/// Reads one or two numbers; a single number is used for both.
+/// @return how many there are; 0 on error
 std::size_t ReadPair(Text text, double& first, double& second) {
     std::vector<double> numbers;
     if (!ReadNumbers(text, numbers) || numbers.empty() || numbers.size() > 2) return 0;
@@ -90,7 +92,7 @@ std::size_t ReadPair(Text text, double& first, double& second) {
     return numbers.size();
 }
 
-/// Steps that no input is read for.
+/// Whether a primitive has no default input.
 bool TakesNoInput(Tag tag) {
     return tag == Tag::kFeFlood || tag == Tag::kFeTurbulence || tag == Tag::kFeImage || tag == Tag::kFeMerge;
 }
@@ -101,7 +103,7 @@ bool TakesTwoInputs(Tag tag) {
 
 }  // namespace
 
-// ---- Units ------------------------------------------------------------------------------------------------
+// ---- Units
 
 double FilterReader::AcrossOf(double number) {
     return primitiveUnits_ == Units::kUserSpace ? number : number * (Box().xMax - Box().xMin);
@@ -138,7 +140,7 @@ Rectangle FilterReader::FindSubregion(ElementIndex element) {
     return subregion;
 }
 
-// ---- Inputs -----------------------------------------------------------------------------------------------
+// ---- Inputs
 
 int FilterReader::SourceAlpha() {
     if (source_ == ORVPrintFilterStep::kSource) return ORVPrintFilterStep::kSourceAlpha;
@@ -158,7 +160,8 @@ int FilterReader::FindInput(ElementIndex element, Name name) {
     return isFirst_ ? source_ : previous_;
 }
 
-// Kernels end where the region does: a result with a smaller subregion has transparent pixels around it.
+// Convolutions end at the edge of the region: a result with a smaller subregion must be padded with
+// transparent pixels.
 int FilterReader::InWholeRegion(int input) {
     if (input < 0) return input;
     const ORVMathBox2D& known = made_->steps[static_cast<std::size_t>(input)].subregion;
@@ -196,7 +199,7 @@ void FilterReader::AddPrimitive(ElementIndex element) {
         names_[name] = previous_;
 }
 
-// ---- Operations -------------------------------------------------------------------------------------------
+// ---- Operations
 
 ORVFilterOperation FilterReader::MakeOperation(ElementIndex element, const Rectangle& subregion,
                                                std::vector<int>& inputs) {
@@ -228,7 +231,7 @@ ORVPrintColour FilterReader::FloodColour(ElementIndex element) const {
     return MakeColour(Resolve(style.floodColour, style), style.floodOpacity);
 }
 
-/// Blurs only with numbers that make sense.
+/// An invalid deviation is replaced by the default; a negative one counts as 0.
 ORVFilterBlur FilterReader::MakeBlur(ElementIndex element, double byDefault) {
     const auto text = document_.Find(element, Name::kStdDeviation);
     double x = byDefault, y = byDefault;
@@ -342,7 +345,7 @@ ORVFilterOperation FilterReader::MakeMorphology(ElementIndex element) {
     if (!isRead || x < 0.0 || y < 0.0 || (x == 0.0 && y == 0.0)) return ORVFilterPass{};
     ORVFilterMorphology made;
     made.dilates = Trim(document_.ValueOf(element, Name::kOperator)) == "dilate";
-    // One axis alone is not left out.
+    // If only one radius is 0, it counts as 1.
     made.xRadius = x == 0.0 ? 1.0 : AcrossOf(x);
     made.yRadius = y == 0.0 ? 1.0 : DownOf(y);
     return made;

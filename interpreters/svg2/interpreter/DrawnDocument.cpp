@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kDone = 1, kNoPages = 0;
 
-/// The text of a "title" among the children of an element.
+/// The text of an element's "title" child.
 std::string_view TitleOf(const Document& document, ElementIndex element) {
     for (ElementIndex child = document[element].firstChild; child != kNoElement;
          child = document[child].nextSibling)
@@ -29,7 +29,7 @@ std::string_view TitleOf(const Document& document, ElementIndex element) {
     return {};
 }
 
-/// The box of all that is drawn, in px.
+/// The bounding box of all content, in px.
 ORVMathBox2D ContentBox(const Document& document) {
     Scene scene(document, {});
     const ORVPrintParameters parameters;
@@ -60,7 +60,7 @@ DrawnDocument::DrawnDocument(ORVRef<const ORVXmlTree> tree, const ORVXmlNode* ro
 bool DrawnDocument::Parse() {
     if (isParsed_) return document_ != nullptr;
     isParsed_ = true;
-    // Sheets in front of a larger document's root are not those of drawings in it.
+    // Style sheets linked before the root of a larger document do not apply to drawings in it.
     const bool isWhole = root_ && tree_->GetRoot() == root_;
     const std::string_view source = isWhole ? tree_->GetSource() : std::string_view(bytes_);
     std::vector<OuterSheet> sheets = ReadOuterSheets(source, path_, nullptr);
@@ -72,7 +72,7 @@ bool DrawnDocument::Parse() {
         document_->SetOuterSheets(std::move(sheets));
         FindPages();
     } catch (...) {
-        document_.reset();  // what has only some of its pages is no document
+        document_.reset();  // a document with only some of its pages is discarded
         throw;
     }
     return true;
@@ -131,7 +131,7 @@ int DrawnDocument::Draw(const std::vector<unsigned int>& numbers, ORVPrintGenera
     } catch (...) {
         status = ORVPrintModelRender::kThrown;
     }
-    // Closed in every case; the first failure is the one that counts.
+    // Always ended; the first failure is returned.
     const int ended = generator->EndDocument();
     return status == kDone ? ended : status;
 }

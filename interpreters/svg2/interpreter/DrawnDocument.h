@@ -16,19 +16,19 @@ class ORVPrintParameters;
 
 namespace svg2 {
 
-/// User units of the framework, of 1/90 inch, in one px of 1/96 inch.
+/// User units of 1/90 inch per px of 1/96 inch.
 inline constexpr double kUserUnitsPerPx = 90.0 / 96.0;
 
 /// A page of a document.
 struct Page {
-    Rectangle area;          ///< of the root's viewport, in px
-    std::string_view label;  ///< that an editor gave it; may be empty
+    Rectangle area;          ///< area of the root's viewport, in px
+    std::string_view label;  ///< assigned by an editor; may be empty
 
-    double GetWidth() const { return area.width * kUserUnitsPerPx; }    ///< user units of 1/90 inch
-    double GetHeight() const { return area.height * kUserUnitsPerPx; }  ///< likewise
+    double GetWidth() const { return area.width * kUserUnitsPerPx; }    ///< in user units of 1/90 inch
+    double GetHeight() const { return area.height * kUserUnitsPerPx; }  ///< in user units of 1/90 inch
 };
 
-/// A document, its pages, and the drawing of them.
+/// A document with its pages, and the function that draws them.
 class DrawnDocument {
 public:
     explicit DrawnDocument(std::string bytes);
@@ -37,16 +37,17 @@ public:
 
     void SetPath(const ORVUnicodeString& path) { path_ = path; }
 
-    /// Reads the document, if that was not done yet. @return false when it is not well formed, or no SVG
+    /// Parses the document on the first call.
+    /// @return false if it is not well-formed SVG
     bool Parse();
-    /// One at least, once the document is parsed.
+    /// At least one page once the document is parsed.
     const std::vector<Page>& GetPages() const { return pages_; }
-    /// The page's label, or the document's title; may be empty.
+    /// The page's label or else the document's title; may be empty.
     std::string_view GetTitle(const Page& page) const;
 
     /// Draws pages.
-    /// @param numbers  1-based, in the order in which they come out
-    /// @return as ORVPrintInterpreter::Print
+    /// @param numbers  counted from 1, in output order
+    /// @return like ORVPrintInterpreter::Print
     int Draw(const std::vector<unsigned int>& numbers, ORVPrintGenerator* generator,
              const ORVPrintParameters& parameters);
 

@@ -16,7 +16,8 @@ namespace {
 
 constexpr int kDone = 1, kUnreadable = -1, kNothing = 0;
 
-/// All bytes of a stream, as far as inputs may be long; nothing when it cannot be read.
+/// Reads a whole stream, up to the limit of input size.
+/// @return false if it cannot be read
 bool ReadStream(ORVPrintInputStream& stream, std::string& bytes) {
     constexpr std::size_t kBlock = std::size_t{1} << 16U;
     if (stream.Open("rb") < 0 || stream.IsOpen() == 0 || stream.IsReadable() == 0) return false;
@@ -27,7 +28,7 @@ bool ReadStream(ORVPrintInputStream& stream, std::string& bytes) {
         bytes.resize(size + kBlock);
         const std::size_t got = stream.Read(bytes.data() + size, kBlock);
         bytes.resize(size + got);
-        // A stream that gives nothing, but not because it has ended, has failed.
+        // Reading nothing before the end is a failure.
         isWhole = bytes.size() <= most && (got > 0 || !stream.HasMoreData());
     }
     stream.Reset();
@@ -49,7 +50,7 @@ std::unique_ptr<svg2::DrawnDocument> Open(ORVPrintInput* input) {
         const auto& elements = static_cast<ORVPrintInputXMLElement&>(*input);
         const ORVLightXmlElementItf* light = elements.GetXmlElement();
         const ORVIDOMElement_var& dom = elements.GetXmlElementDOM();
-        // Of the two, the one that knows where text stands.
+        // The DOM element is preferred: it knows the positions of text between elements.
         if (dom)
             document = std::make_unique<svg2::DrawnDocument>(dom.GetTree(), dom.GetNode());
         else if (light && light->GetNode())
@@ -58,7 +59,7 @@ std::unique_ptr<svg2::DrawnDocument> Open(ORVPrintInput* input) {
     return document;
 }
 
-/// Does an entry point's work. Nothing that is thrown leaves the module.
+/// Runs the body of an entry point. No exception may leave the module.
 template <class Work>
 int Enter(Work work) {
     try {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// Marks what the module exports. Everything else in it is hidden.
+/// Marks the symbols that the module exports; all others are hidden.
 #define ORV_MODULE_EXPORT __attribute__((visibility("default")))

@@ -6,7 +6,7 @@
 ORVPrintInterpreter* fctCreateORVPrintSVG2Interpreter(ORVPrintInput* input) {
     try {
         return new ORVPrintSVG2Interpreter(input);
-    } catch (...) {  // out of memory, or whatever a host's input throws
+    } catch (...) {  // out of memory, or an exception of the host's input
         return nullptr;
     }
 }

@@ -8,9 +8,11 @@ class ORVPrintInterpreter;
 
 extern "C" {
 
-/// Creates an interpreter of standard SVG documents, owned by the caller. Null only when out of memory.
+/// Creates an interpreter of standard SVG documents, owned by the caller.
+/// @return null only when out of memory
 ORV_MODULE_EXPORT ORVPrintInterpreter* fctCreateORVPrintSVG2Interpreter(ORVPrintInput* input);
 
-/// Marks the module. @return 1
+/// Identifies the module to its loader.
+/// @return 1
 ORV_MODULE_EXPORT int TALVEN_QUB2_INTERNAL_ORVPrtInterpreterSVG2();
 }

@@ -12,7 +12,7 @@ namespace {
 
 double Distance(const ORVMathPoint2D& a, const ORVMathPoint2D& b) { return std::hypot(b.x - a.x, b.y - a.y); }
 
-/// Length of a cubic curve, by lines between points of it that are close enough together.
+/// Length of a cubic curve, approximated by line segments.
 double CurveLength(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                    const ORVMathPoint2D& p3) {
     constexpr int kSteps = 64;
@@ -29,7 +29,7 @@ double CurveLength(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORV
     return length;
 }
 
-/// Whether a pattern counts in shares of the box that it paints.
+/// Whether a pattern's units are relative to the bounding box it paints.
 bool NeedsBox(const Scene& scene, ElementIndex pattern) {
     const Document& document = scene.GetDocument();
     bool hasUnits = false, hasContentUnits = false, hasViewBox = false, needsContentBox = false;
@@ -151,7 +151,8 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     double total = 0.0;
     for (const Length& dash : *style.dashes) {
         const double length = dash.Resolve(viewport.Diagonal()) * dashScale;
-        if (!(length >= 0.0) || !std::isfinite(length)) return true;  // solid
+        // An invalid dash array gives a solid line.
+        if (!(length >= 0.0) || !std::isfinite(length)) return true;
         dashes_.push_back(length);
         total += length;
     }

@@ -11,31 +11,31 @@
 
 namespace svg2 {
 
-/// Paints that "context-fill" and "context-stroke" mean: those of the element around, where that stands.
+/// The paints that "context-fill" and "context-stroke" refer to, with the coordinates of the context element.
 struct ContextPaints {
     const Style* style = nullptr;
-    std::function<ORVMathBox2D()> box;  ///< in its user units; asked for when it is needed only
+    std::function<ORVMathBox2D()> box;  ///< in user units of the context element; computed only if needed
     Viewport viewport;
     ORVMathAffine2D toPage;
-    const ContextPaints* outer = nullptr;  ///< of the context element itself; null for none
+    const ContextPaints* outer = nullptr;  ///< context of the context element; null for none
 };
 
-/// What a paint needs to know of the element that it paints.
+/// The element that a paint is made for.
 struct PaintPlace {
     const Style& style;
     const Viewport& viewport;
-    const ORVMathAffine2D& toPage;      ///< from user units
+    const ORVMathAffine2D& toPage;      ///< from user units to page coordinates
     const ContextPaints* context;       ///< null for none
-    std::function<ORVMathBox2D()> box;  ///< in user units; asked for when it is needed only
+    std::function<ORVMathBox2D()> box;  ///< bounding box in user units; computed only if needed
 };
 
-/// A paint for a generator.
+/// A paint in the form that generators use.
 struct MadePaint {
     enum class Kind : std::uint8_t { kNothing, kColour, kGradient, kPattern };
     Kind kind = Kind::kNothing;
     ORVPrintColour colour;
     GradientPaint gradient;
-    // Of a pattern:
+    // For patterns only:
     ElementIndex pattern = kNoElement;
     double opacity = 1.0;
     ORVMathBox2D box;
@@ -47,7 +47,7 @@ struct MadePaint {
     }
 };
 
-/// Turns the paints of styles into those of generators.
+/// Converts the paints of styles to those of generators.
 class Paints {
 public:
     explicit Paints(Scene& scene) : scene_(scene), gradients_(scene) {}
@@ -60,9 +60,9 @@ public:
     }
     void Make(const Paint& paint, double opacity, const PaintPlace& place, MadePaint& made);
 
-    /// Width, caps, joins and dashes of a style's outline.
-    /// @param dashScale  true length of the path by the length that it is said to have
-    /// @return false when there is no outline to draw
+    /// Sets width, caps, joins and dashes of a stroke.
+    /// @param dashScale  actual length of the path divided by its "pathLength"
+    /// @return false if there is no stroke to draw
     bool MakePen(const Style& style, const Viewport& viewport, double dashScale, ORVPrintStroke& stroke);
 
 private:
@@ -75,7 +75,7 @@ private:
     std::vector<double> dashes_;
 };
 
-/// Length of a path in user units, as its dashes run.
+/// Length of a path in user units, as used for dashes.
 double LengthOf(const ORVPrintPath& path);
 
 }  // namespace svg2

@@ -40,7 +40,7 @@ bool ReadBox(std::string_view word, ShapeBox& box) {
     return true;
 }
 
-/// "at x y" with lengths or keywords; the middle without it.
+/// Reads "at x y" with lengths or keywords; the centre by default.
 bool TakePosition(ShapeArguments& arguments, ORVMathPoint2D& centre) {
     Scanner& scanner = arguments.scanner;
     const Rectangle& box = arguments.box;
@@ -79,11 +79,20 @@ bool TakeRadius(ShapeArguments& arguments, double base, double least, double gre
     return word == "farthest-side" || word == "closest-side";
 }
 
+/// Where the word "at" is, which begins a position; npos if it is missing.
+std::size_t FindAt(std::string_view text) {
+    for (std::size_t at = text.find("at"); at != std::string_view::npos; at = text.find("at", at + 1)) {
+        const bool endsWord = at + 2 == text.size() || IsSpace(text[at + 2]);
+        if (endsWord && (at == 0 || IsSpace(text[at - 1]) || text[at - 1] == ')')) return at;
+    }
+    return std::string_view::npos;
+}
+
 bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
-    // Radii come before the position that those of a side count from: read the position first.
+    // Radii may depend on the position that follows them, so the position is read first.
     const Rectangle& box = arguments.box;
     ShapeArguments ahead = arguments;
-    const std::size_t at = arguments.scanner.Rest().find("at ");
+    const std::size_t at = FindAt(arguments.scanner.Rest());
     ORVMathPoint2D centre;
     if (at != std::string_view::npos)
         ahead.scanner.Advance(at);
@@ -94,8 +103,8 @@ bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     const double top = std::fabs(centre.y - box.y), bottom = std::fabs(box.y + box.height - centre.y);
     double rx = 0.0, ry = 0.0;
     arguments.scanner.SkipSpace();
-    if (arguments.scanner.AtEnd() || arguments.scanner.Rest().starts_with("at ")) {
-        // The closest sides.
+    if (arguments.scanner.AtEnd() || FindAt(arguments.scanner.Rest()) == 0) {
+        // closest-side, the default.
         rx = std::min(left, right);
         ry = std::min(top, bottom);
         if (isCircle) rx = ry = std::min(rx, ry);
@@ -112,8 +121,9 @@ bool AddRound(ShapeArguments arguments, bool isCircle, ORVPrintPath& path) {
     return true;
 }
 
-/// Up to four values as margins have them: top, right, bottom and left, or corners from the upper left one.
-/// @param bases  that percentages of the even and the odd ones count from
+/// Reads up to four values like those of margins: top, right, bottom and left, or corners clockwise from the
+/// top left.
+/// @param bases  reference lengths of percentages, for values of even and odd index
 bool TakeFour(ShapeArguments& arguments, const std::array<double, 2>& bases, std::array<double, 4>& values) {
     std::size_t count = 0;
     for (; count < values.size(); ++count)
@@ -125,9 +135,9 @@ bool TakeFour(ShapeArguments& arguments, const std::array<double, 2>& bases, std
     return true;
 }
 
-/// A rectangle with an ellipse at each corner, from the upper left one clockwise.
+/// Adds a rectangle with an elliptical arc at each corner, clockwise from the top left.
 void AddRounded(ORVPrintPath& path, const Rectangle& r, std::array<double, 4> rx, std::array<double, 4> ry) {
-    // Ellipses that do not fit side by side shrink, all alike.
+    // If the ellipses do not fit, all are scaled down by the same factor.
     double share = 1.0;
     const auto fit = [&](double size, double sum) {
         if (sum > size) share = std::min(share, size / sum);
@@ -140,7 +150,8 @@ void AddRounded(ORVPrintPath& path, const Rectangle& r, std::array<double, 4> rx
         rx[i] = ry[i] > 0.0 ? rx[i] * share : 0.0;
         ry[i] = rx[i] > 0.0 ? ry[i] * share : 0.0;
     }
-    constexpr double kReach = 1.0 - 0.5522847498307936;  // of control points, from the corner
+    // From the corner to the control point, as a fraction of the radius.
+    constexpr double kReach = 1.0 - 0.5522847498307936;
     const double left = r.x, top = r.y, right = r.x + r.width, bottom = r.y + r.height;
     path.MoveTo({left + rx[0], top});
     path.LineTo({right - rx[1], top});
@@ -165,7 +176,7 @@ bool AddInset(ShapeArguments arguments, ORVPrintPath& path) {
         arguments.scanner.Advance(5);
         const std::size_t start = arguments.scanner.GetPosition();
         if (!TakeFour(arguments, {box.width, box.width}, rx)) return false;
-        // Without radii of their own, heights of corners are read from the same ones.
+        // Without separate vertical radii, the same values are read again for them.
         if (!arguments.scanner.TakeAfterSpace('/')) arguments.scanner.SetPosition(start);
         if (!TakeFour(arguments, {box.height, box.height}, ry)) return false;
         for (std::size_t i = 0; i < 4; ++i)

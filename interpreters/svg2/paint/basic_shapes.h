@@ -10,13 +10,13 @@
 
 namespace svg2 {
 
-/// Boxes that shapes of style sheets refer to.
+/// Reference boxes of CSS shapes.
 enum class ShapeBox : std::uint8_t { kFill, kStroke, kView };
 
-/// Adds the outline of inset(), circle(), ellipse(), polygon() or path(), in the box named beside it, or that
-/// box itself.
-/// @param boxOf  gives boxes in user units
-/// @return false when the text is none of these
+/// Adds the outline of inset(), circle(), ellipse(), polygon() or path() in its reference box, or the box
+/// itself if only that is given.
+/// @param boxOf  returns reference boxes in user units
+/// @return false if the text is none of these
 bool AddBasicShape(std::string_view text, const UnitSizes& sizes,
                    const std::function<ORVMathBox2D(ShapeBox)>& boxOf, ORVPrintPath& path, bool& isEvenOdd);
 

@@ -13,12 +13,12 @@ namespace {
 using Kind = ORVPrintGradient::Kind;
 using Spread = ORVPrintGradient::Spread;
 
-constexpr std::uint64_t kStepsPerStop = 50;  // whose style is found out
-// Of gradients with more stops than anyone needs, for each shape that shows them.
+constexpr std::uint64_t kStepsPerStop = 50;  // for computing its style
+// Cost of copying gradients with very many stops for each shape that uses them.
 constexpr std::uint64_t kStepsPerCopiedStop = 40;
 constexpr std::size_t kFreeStops = 256;
 
-// Places of the coordinates in a definition.
+// Indices of the coordinates in a definition.
 enum LinearPlace { kX1, kY1, kX2, kY2 };
 enum RadialPlace { kCx, kCy, kR, kFx, kFy, kFr };
 
@@ -28,7 +28,7 @@ struct PlaceRow {
 };
 constexpr PlaceRow kLinearPlaces[] = {
     {Name::kX1, {0.0, 0.0}}, {Name::kY1, {0.0, 0.0}}, {Name::kX2, {0.0, 100.0}}, {Name::kY2, {0.0, 0.0}}};
-// The focal point is where the centre is, unless it is stated.
+// The focal point is the centre by default.
 constexpr PlaceRow kRadialPlaces[] = {{Name::kCx, {0.0, 50.0}}, {Name::kCy, {0.0, 50.0}},
                                       {Name::kR, {0.0, 50.0}},  {Name::kFx, {0.0, 50.0}},
                                       {Name::kFy, {0.0, 50.0}}, {Name::kFr, {0.0, 0.0}}};
@@ -54,7 +54,7 @@ double Offset(std::string_view text) {
     return std::clamp(offset, 0.0, 1.0);
 }
 
-/// Coordinates of a gradient on a shape.
+/// The coordinates of a gradient applied to a shape.
 struct Coordinates {
     const GradientDefinition& definition;
     const Viewport& viewport;
@@ -77,14 +77,14 @@ void PlaceRadial(const Coordinates& at, ORVPrintGradient& gradient) {
     gradient.startRadius = std::max(at.At(kFr, Axis::kNone), 0.0);
     gradient.endRadius = at.At(kR, Axis::kNone);
     if (gradient.start == gradient.end && gradient.startRadius == gradient.endRadius) {
-        // Nothing lies between the circles: the first colour inside, the last one outside.
+        // There is no space between the circles: the first colour inside, the last one outside.
         constexpr double kNearly = 1.0 - 1e-6;
         gradient.startRadius *= kNearly;
         gradient.spread = Spread::kPad;
     }
 }
 
-/// A gradient that has no extent shows its last colour only.
+/// A gradient without extent paints its last colour only.
 bool HasExtent(const ORVPrintGradient& gradient) {
     if (gradient.kind == Kind::kLinear) return !(gradient.start == gradient.end);
     return gradient.endRadius > 0.0;
@@ -140,7 +140,7 @@ void Gradients::Resolve(ElementIndex gradient, GradientDefinition& definition) {
             if (isPlaced[i]) continue;
             Length length;
             if (!ReadLength(document.ValueOf(element, rows[i].name), sizes, length)) continue;
-            // A negative radius is as absent.
+            // A negative radius is ignored.
             if (rows[i].name == Name::kR && (length.px < 0.0 || length.percent < 0.0)) continue;
             definition.places[i] = length;
             isPlaced[i] = true;
@@ -173,7 +173,7 @@ void Gradients::Make(ElementIndex element, const ORVMathBox2D& box, const Viewpo
     const GradientDefinition& definition = Find(element);
     paint.kind = GradientPaint::Kind::kNothing;
     if (definition.stops.empty()) return;
-    // The stops are copied for each shape, and every generator looks through them.
+    // The stops are copied for each shape, and every generator processes them.
     if (definition.stops.size() > kFreeStops)
         scene_.GetCascade().GetWork()->Take(kStepsPerCopiedStop * definition.stops.size());
 

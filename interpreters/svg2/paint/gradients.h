@@ -11,25 +11,25 @@
 
 namespace svg2 {
 
-/// A gradient with all that it borrows from others, before it meets a shape.
+/// A gradient with the attributes it takes from its templates, before it is applied to a shape.
 struct GradientDefinition {
     ORVPrintGradient::Kind kind = ORVPrintGradient::Kind::kLinear;
     ORVPrintGradient::Spread spread = ORVPrintGradient::Spread::kPad;
     Units units = Units::kBoundingBox;
     ORVMathAffine2D transform;
-    bool isSingular = false;  ///< the transform leaves no area: nothing is painted
+    bool isSingular = false;  ///< the transform is singular: nothing is painted
     /// x1, y1, x2, y2 of a linear gradient; cx, cy, r, fx, fy, fr of a radial one.
     Length places[6];
-    std::vector<ORVPrintGradientStop> stops;  ///< in ascending order
+    std::vector<ORVPrintGradientStop> stops;  ///< in ascending order of offset
 };
 
-/// What a reference to a gradient gives on a shape.
+/// The result of applying a gradient to a shape.
 struct GradientPaint {
     enum class Kind : std::uint8_t {
         kNothing,  ///< nothing is painted
-        kColour,   ///< one colour
+        kColour,   ///< a single colour
         kGradient,
-        kUnusable,  ///< it asks for a box that has no area: the fallback paints
+        kUnusable,  ///< it needs a bounding box but that has no area: use the fallback
     };
     Kind kind = Kind::kNothing;
     ORVPrintColour colour;
@@ -44,13 +44,13 @@ public:
 
     static bool IsGradient(Tag tag) { return tag == Tag::kLinearGradient || tag == Tag::kRadialGradient; }
 
-    /// Makes a paint of a gradient.
-    /// @param box      of the shape, in user units
-    /// @param toPage   from user units to the page
-    /// @param opacity  that the paint is to have besides its stops' own
+    /// Applies a gradient to a shape.
+    /// @param box      bounding box of the shape, in user units
+    /// @param toPage   from user units to page coordinates
+    /// @param opacity  multiplied with the opacity of the stops
     void Make(ElementIndex gradient, const ORVMathBox2D& box, const Viewport& viewport,
               const ORVMathAffine2D& toPage, double opacity, GradientPaint& paint);
-    /// Whether the gradient's coordinates are shares of a shape's box.
+    /// Whether the gradient's coordinates are relative to the bounding box of the shape.
     bool NeedsBox(ElementIndex gradient) { return Find(gradient).units == Units::kBoundingBox; }
 
 private:
@@ -62,7 +62,7 @@ private:
     std::unordered_map<ElementIndex, std::unique_ptr<GradientDefinition>> definitions_;
 };
 
-/// A colour with an opacity besides its own.
+/// Applies an additional opacity to a colour.
 ORVPrintColour MakeColour(const Colour& colour, double opacity);
 
 }  // namespace svg2

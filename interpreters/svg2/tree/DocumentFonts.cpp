@@ -14,21 +14,22 @@ namespace svg2 {
 namespace {
 
 constexpr int kLeastBoldWeight = 600;
-constexpr int kOwnStyleWeight = 25, kBoldStyleWeight = 26;  // of ORVTextStyle
+constexpr int kOwnStyleWeight = 25, kBoldStyleWeight = 26;  // in units of ORVTextStyle
 
 double Nearest(const std::pair<double, double>& span, double value) {
     return std::clamp(value, span.first, span.second);
 }
 
-/// How far a width is from what is asked for: of normal and narrow ones the narrower, else the wider.
+/// Distance of a rule's width from the wanted one. For normal and narrow widths, narrower fonts are
+/// preferred; otherwise wider ones.
 std::pair<int, double> StretchDistance(const FontFaceRule& rule, double wanted) {
     const double nearest = Nearest(rule.stretches, wanted);
     const bool isOnRightSide = nearest == wanted || (wanted <= 100.0) == (nearest < wanted);
     return {isOnRightSide ? 0 : 1, std::abs(nearest - wanted)};
 }
 
-/// Likewise of weights: those from 400 to 500 stand for each other, then light ones look for lighter ones and
-/// bold ones for bolder ones first.
+/// Distance of a rule's weight from the wanted one. Weights from 400 to 500 substitute for each other; light
+/// weights prefer lighter fonts, and bold ones bolder fonts.
 std::pair<int, double> WeightDistance(const FontFaceRule& rule, double wanted) {
     constexpr double kRegular = 400.0, kMedium = 500.0;
     const double nearest = Nearest(rule.weights, wanted);
@@ -97,7 +98,7 @@ const ORVFontFace* DocumentFonts::Open(std::size_t rule) {
     return font.face;
 }
 
-/// The look of a font at the weight and width that it states to have.
+/// The properties of a font at its declared weight and width.
 DocumentFonts::Look DocumentFonts::LookOf(Font& font, const ORVFontQuery& query) {
     Look look{font.face, font.rule.isItalic, font.rule.weights.second >= kLeastBoldWeight, false};
     if (!font.own) return look;
@@ -118,8 +119,8 @@ DocumentFonts::Look DocumentFonts::LookOf(Font& font, const ORVFontQuery& query)
     return look;
 }
 
-/// Fonts of a family that are equally near are parts of one, for other characters each; of those for the same
-/// characters, the last one counts.
+/// Equally suitable fonts of a family cover different characters; among those for the same characters, the
+/// last one wins.
 void DocumentFonts::AddFamily(const std::vector<std::size_t>& family, const ORVFontQuery& query,
                               OrderedFont& made) {
     std::vector<std::pair<Distance, std::size_t>> candidates;
@@ -137,7 +138,7 @@ void DocumentFonts::AddFamily(const std::vector<std::size_t>& family, const ORVF
             const Look look = LookOf(font, query);
             made.choice.dependsOnSize = made.choice.dependsOnSize || look.dependsOnSize;
             made.order.push_back(look.face);
-            // Metrics are those of the first that has a space.
+            // The metrics are those of the first font with a space.
             const auto& ranges = font.rule.ranges;
             const bool isForSpaces =
                 ranges.empty() || std::any_of(ranges.begin(), ranges.end(), [](auto& range) {
@@ -149,7 +150,7 @@ void DocumentFonts::AddFamily(const std::vector<std::size_t>& family, const ORVF
             made.choice.weight =
                 query.weight >= kLeastBoldWeight && !look.isBold ? kBoldStyleWeight : kOwnStyleWeight;
         }
-        if (hasAny) return;  // else the next nearest stand in
+        if (hasAny) return;  // otherwise try the next nearest fonts
     }
 }
 
@@ -157,7 +158,7 @@ std::unique_ptr<OrderedFont> DocumentFonts::Make(const ORVFontQuery& query) {
     auto made = std::make_unique<OrderedFont>();
     const std::vector<std::string> families = SplitFamilies(query.families);
     bool hasOwn = false;
-    std::string rest;  // families since the last one that was found
+    std::string rest;  // families since the last one found
     for (const std::string& family : families) {
         const auto own = byFamily_.find(family);
         ORVFontQuery one = query;
@@ -169,7 +170,7 @@ std::unique_ptr<OrderedFont> DocumentFonts::Make(const ORVFontQuery& query) {
             hasOwn = true;
             continue;
         }
-        // Generic families stand without quotes.
+        // Generic family names must not be quoted.
         one.families = family;
         const ORVFontChoice installed = ORVChooseFont(one);
         if (!installed.face || !installed.isOfFamily) continue;

@@ -12,7 +12,7 @@
 namespace svg2 {
 namespace {
 
-/// Where a "use" puts its content, within its transform.
+/// The translation of a "use" by x and y, inside its transform.
 ORVMathAffine2D PlaceOf(const Scene& scene, ElementIndex element, const Style& style,
                         const Viewport& viewport) {
     if (scene.GetDocument()[element].tag != Tag::kUse) return {};
@@ -43,7 +43,7 @@ double Scene::BaseOf(const Viewport& viewport, Axis axis) {
 }
 
 const Style& Scene::StyleInPlace(ElementIndex element) {
-    // From the outside in, without recursion: documents may be deep.
+    // From the outermost ancestor inwards, without recursion: documents may be deep.
     std::vector<ElementIndex> missing;
     ElementIndex known = element;
     while (known != kNoElement && !stylesInPlace_.contains(known)) {
@@ -113,7 +113,7 @@ ORVMathPoint2D Scene::OriginOf(const Style& style, const Rectangle& box) const {
     return {box.x + parts[0].Resolve(box.width), box.y + parts[1].Resolve(box.height)};
 }
 
-// The box that origins and percentages of a transform refer to.
+// The reference box of a transform's origin and percentages.
 Rectangle Scene::ReferenceBox(ElementIndex element, const Style& style, const Viewport& viewport) const {
     const std::string_view name = style.transformBox;
     const bool isStrokeBox = EqualsIgnoringCase(name, "stroke-box") || EqualsIgnoringCase(name, "border-box");
@@ -128,7 +128,7 @@ Rectangle Scene::ReferenceBox(ElementIndex element, const Style& style, const Vi
             box.yMax - box.yMin + 2.0 * reach};
 }
 
-// Without the box, which costs, where nothing refers to it.
+// Computes the bounding box, which is expensive, only if the transform needs it.
 bool Scene::ReadTransform(ElementIndex element, const Style& style, const Viewport& viewport,
                           ORVMathAffine2D& transform, Name attribute) const {
     const auto box = [&] { return ReferenceBox(element, style, viewport); };
@@ -157,7 +157,7 @@ bool Scene::TransformOf(ElementIndex element, const Style& style, const Viewport
                         ORVMathAffine2D& transform, Name attribute) const {
     transform = {};
     if (!ReadTransform(element, style, viewport, transform, attribute)) transform = {};
-    // Clips and masks of a "use" lie where it does.
+    // Clips and masks of a "use" include its translation.
     if (document_[element].tag == Tag::kUse) transform = transform * PlaceOf(*this, element, style, viewport);
     return IsInvertible(transform);
 }

@@ -19,30 +19,30 @@ namespace svg2 {
 
 class DocumentFonts;
 
-/// Sizes that percentages refer to, in user units.
+/// The reference sizes of percentages, in user units.
 struct Viewport {
     double width = 0.0, height = 0.0;
-    double Diagonal() const;  ///< what lengths of no direction refer to
+    double Diagonal() const;  ///< reference of lengths along neither axis
 };
 
-/// What a length's percentage refers to.
+/// The viewport dimension that a percentage refers to.
 enum class Axis : std::uint8_t { kX, kY, kNone };
 
-/// How coordinates of a definition are meant.
+/// The coordinate system of a definition's attributes.
 enum class Units : std::uint8_t { kUserSpace, kBoundingBox };
 
-/// Knows the boxes of elements, which some transforms turn about.
+/// Provides the bounding boxes of elements, which transforms may refer to.
 class ElementBoxes {
 public:
     virtual ~ElementBoxes() = default;
-    /// The box of an element's outlines in its own user units, empty when it has none.
+    /// Bounding box of an element's outlines in its own user units; empty if it has none.
     virtual ORVMathBox2D BoxOf(ElementIndex element, const Style& style, const Viewport& viewport) = 0;
 };
 
-/// A document with its styles, as all who draw it need it.
+/// A document with its styles and other shared data for drawing it.
 class Scene {
 public:
-    /// @param work  that the scene shares with others; null for its own
+    /// @param work  budget shared with other scenes; null to create one
     Scene(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr);
     ~Scene();
 
@@ -50,44 +50,43 @@ public:
     Cascade& GetCascade() { return cascade_; }
     const Cascade& GetCascade() const { return cascade_; }
 
-    /// The fonts that the document brings; null for none.
+    /// The embedded fonts of the document; null if there are none.
     DocumentFonts* GetFonts() const { return fonts_.get(); }
 
-    /// The style of an element where it stands, as those have it that are drawn from elsewhere: it inherits
-    /// from its own parents. Kept, so to be asked for definitions, not for content.
+    /// The style of an element at its own place in the document, inheriting from its own ancestors even if it
+    /// is drawn from elsewhere. Results are cached, so use it for definitions, not for content.
     const Style& StyleInPlace(ElementIndex element);
 
-    /// Definitions of one kind from the one that is asked for to the last that it borrows from by "href". One
-    /// that comes again ends the chain.
-    /// @param isOfKind  whether a tag is of the kind
+    /// The definition and all templates reached through "href", in that order. The chain ends at a cycle.
+    /// @param isOfKind  whether a tag is of the required kind
     template <class Test>
     std::vector<ElementIndex> TemplateChain(ElementIndex definition, Test isOfKind) const;
 
-    /// A length of an element's shape or place; nothing when it is absent, "auto", or cannot be read.
+    /// A length of an element's geometry; empty if absent, "auto" or invalid.
     std::optional<double> FindLength(ElementIndex element, Name name, const Style& style,
                                      const Viewport& viewport, Axis axis) const;
     double LengthOf(ElementIndex element, Name name, const Style& style, const Viewport& viewport, Axis axis,
                     double byDefault = 0.0) const {
         return FindLength(element, name, style, viewport, axis).value_or(byDefault);
     }
-    /// A number; the default when it is absent or cannot be read.
+    /// A number; the default if absent or invalid.
     double NumberOf(ElementIndex element, Name name, double byDefault) const;
-    /// "userSpaceOnUse" or "objectBoundingBox"; the default when it is anything else.
+    /// "userSpaceOnUse" or "objectBoundingBox"; the default for any other value.
     Units UnitsOf(ElementIndex element, Name name, Units byDefault) const;
 
-    /// Where boxes of elements come from. Without them, transforms refer to the viewport alone.
+    /// Sets the source of bounding boxes. Without it, transforms refer to the viewport only.
     /// @param boxes  must outlive the scene's use, or be null
     void SetBoxes(ElementBoxes* boxes) { boxes_ = boxes; }
 
-    /// The transform of an element, about its origin; of "use" also to its place. @return false when it is
-    /// singular: nothing shows
+    /// The transform of an element about its origin; for "use", including its x and y.
+    /// @return false if it is singular, so nothing is visible
     [[nodiscard]] bool TransformOf(ElementIndex element, const Style& style, const Viewport& viewport,
                                    ORVMathAffine2D& transform, Name attribute = Name::kTransform) const;
 
     static double BaseOf(const Viewport& viewport, Axis axis);
 
-    /// The child that a "switch" shows. It is looked for once, however often the element is drawn.
-    /// @param find  looks for it; gives kNoElement when there is none
+    /// The child that a "switch" shows. The result is cached.
+    /// @param find  determines the child; returns kNoElement if there is none
     template <class Find>
     ElementIndex ChildOfSwitch(ElementIndex element, Find find) {
         const auto [place, isNew] = childrenOfSwitches_.try_emplace(element, kNoElement);
@@ -124,13 +123,13 @@ std::vector<ElementIndex> Scene::TemplateChain(ElementIndex definition, Test isO
     return chain;
 }
 
-/// True for maps that take areas to areas.
+/// Whether a transformation has an inverse.
 bool IsInvertible(const ORVMathAffine2D& map);
-/// The inverse of a map that has one.
+/// The inverse of an invertible transformation.
 ORVMathAffine2D Inverse(const ORVMathAffine2D& map);
-/// The box around a mapped one, empty when that was.
+/// The bounding box of a transformed box; empty if the box is empty.
 ORVMathBox2D MapBox(const ORVMathAffine2D& map, const ORVMathBox2D& box);
-/// Grows a box around another one.
+/// Extends a box to include another one.
 void Unite(ORVMathBox2D& box, const ORVMathBox2D& other);
 
 }  // namespace svg2

@@ -11,20 +11,20 @@
 namespace svg2 {
 namespace {
 
-/// A size of the root.
+/// Width or height of the root.
 struct RootSize {
-    std::optional<Length> length;  ///< nothing when it is absent, "auto" or cannot be read
+    std::optional<Length> length;  ///< empty if absent, "auto" or invalid
 
     bool IsAbsolute() const { return length && length->percent == 0.0; }
     double Share() const { return length ? length->percent / 100.0 : 1.0; }
 };
 
-/// What the root's style, or else its attribute, says.
+/// The value from the root's style, or else its attribute.
 std::string SizeText(const Document& document, Name name) {
     const bool isStyled = document.Find(Document::kRoot, Name::kStyle) ||
                           !document.FindAll(Tag::kStyle).empty() || !document.GetOuterSheets().empty();
     if (!isStyled) return std::string(document.ValueOf(Document::kRoot, name));
-    // Media that depend on the size are asked before there is one.
+    // Media queries about the size are evaluated before there is one.
     Cascade cascade(document, {});
     const Style initial = Cascade::InitialStyle();
     Style style;

@@ -8,13 +8,13 @@
 
 namespace svg2 {
 
-/// The size of a drawing in px: of its root, by the rules for drawings that stand alone.
-/// @param contentBox  the box of what is drawn, in px; asked for when the root states neither size nor view
-///                    box
-/// @return a size of which one or both may be 0: the drawing has no page then
+/// The size in px of a standalone drawing, determined by its root.
+/// @param contentBox  returns the bounding box of the content in px; called if the root has neither a size
+///         nor a viewBox
+/// @return if either size is 0, the drawing has no page
 Viewport FindPageSize(const Document& document, const std::function<ORVMathBox2D()>& contentBox);
 
-/// The same for a drawing that is an image: where its root states nothing, 300 by 150 px.
+/// The size of a drawing used as an image: 300 by 150 px by default.
 Viewport FindImageSize(const Document& document);
 
 }  // namespace svg2

@@ -11,9 +11,9 @@
 namespace svg2 {
 namespace {
 
-constexpr double kQuarterReach = 0.5522847498307936;  // of control points, in radii
+constexpr double kQuarterReach = 0.5522847498307936;  // distance of control points, in radii
 
-/// What reads the sizes of one shape.
+/// Reads the sizes of one shape.
 struct ShapeReader {
     const Scene& scene;
     ElementIndex element;
@@ -24,7 +24,7 @@ struct ShapeReader {
         return scene.FindLength(element, name, style, viewport, axis);
     }
     double Get(Name name, Axis axis) const { return Find(name, axis).value_or(0.0); }
-    /// A radius; nothing when it is absent, "auto" or negative.
+    /// A radius; empty if absent, "auto" or negative.
     std::optional<double> FindRadius(Name name, Axis axis) const {
         const std::optional<double> radius = Find(name, axis);
         return radius && *radius >= 0.0 ? radius : std::nullopt;
@@ -89,12 +89,12 @@ bool AddPath(const ShapeReader& reader, ORVPrintPath& path, std::vector<std::siz
     return path.verbs.size() > 1;
 }
 
-/// Every verb of a path but curves is a segment of its own.
+/// Adds segment ends for paths without curves: each verb is one segment.
 void AddSegmentEnds(const ORVPrintPath& path, std::size_t first, std::vector<std::size_t>& segmentEnds) {
     for (std::size_t i = first; i < path.verbs.size(); ++i) segmentEnds.push_back(i + 1);
 }
 
-/// Adds where a coordinate of a cubic curve turns.
+/// Extends a range by the extrema of one coordinate of a cubic curve.
 void AddExtremes(const std::array<double, 4>& c, double& least, double& greatest) {
     const double a = c[3] - 3.0 * c[2] + 3.0 * c[1] - c[0];
     const double b = 2.0 * (c[2] - 2.0 * c[1] + c[0]);
@@ -166,7 +166,7 @@ void AddRectangle(ORVPrintPath& path, const Rectangle& r, double rx, double ry) 
     path.Close();
 }
 
-// Clockwise from 3 o'clock, where dashes begin.
+// Clockwise from 3 o'clock, where dashes start.
 void AddEllipse(ORVPrintPath& path, const ORVMathPoint2D& c, double rx, double ry) {
     const double kx = rx * kQuarterReach, ky = ry * kQuarterReach;
     path.MoveTo({c.x + rx, c.y});

@@ -27,7 +27,7 @@ std::string LanguageOfLocale() {
     return "en";
 }
 
-/// Those of the user, as the host or else the locale says.
+/// The user's languages, set by the host or else taken from the locale.
 const std::vector<std::string>& UserLanguages() {
     const std::vector<std::string>& stated = ORVPrintPreferences::Get().languages;
     if (!stated.empty()) return stated;
@@ -35,7 +35,7 @@ const std::vector<std::string>& UserLanguages() {
     return kOfLocale;
 }
 
-/// True when one is the other, or begins with it and goes on with "-".
+/// Whether the languages are equal or one is a prefix of the other, followed by "-".
 bool IsLanguageOf(std::string_view language, std::string_view lowerUser) {
     const std::size_t size = std::min(language.size(), lowerUser.size());
     if (size == 0 || !EqualsIgnoringCase(language.substr(0, size), lowerUser.substr(0, size))) return false;
@@ -54,7 +54,7 @@ bool PassesLanguage(std::string_view list) {
     }
 }
 
-/// A coordinate of a point of reference: a length, or a word for a share of the content.
+/// A coordinate of a symbol's reference point: a length, or a keyword for a fraction of the content.
 std::optional<double> FindReferencePoint(const Scene& scene, ElementIndex element, Name name,
                                          const Style& style, const Viewport& sizes,
                                          const Rectangle& content) {
@@ -99,8 +99,7 @@ std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex 
         inner.sizes = {inner.rectangle.width, inner.rectangle.height};
     }
     if (isSymbol) {
-        // The symbol's point of reference comes to lie on its position, in each direction that it is stated
-        // for.
+        // The symbol's reference point is aligned with its position, on each axis for which it is specified.
         const Rectangle content =
             viewBox.value_or(Rectangle{0.0, 0.0, inner.sizes.width, inner.sizes.height});
         const auto refX = FindReferencePoint(scene, element, Name::kRefX, style, inner.sizes, content);

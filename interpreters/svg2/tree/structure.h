@@ -8,33 +8,35 @@
 
 namespace svg2 {
 
-/// A viewport of an "svg" or "symbol" within a drawing.
+/// The viewport of an "svg" or "symbol" inside a drawing.
 struct InnerViewport {
-    Rectangle rectangle;      ///< in the user units around it
-    ORVMathAffine2D toOuter;  ///< from the units within to those around
-    Viewport sizes;           ///< that percentages within refer to
+    Rectangle rectangle;      ///< in the surrounding user units
+    ORVMathAffine2D toOuter;  ///< from inner to surrounding user units
+    Viewport sizes;           ///< reference of percentages inside
 };
 
-/// The viewport of a nested "svg", or of a "symbol" or "svg" that a "use" shows.
-/// @param use       the element that shows it; kNoElement for none. Its sizes replace those of the target
-/// @return nothing when it has no area, so that nothing of it shows
+/// The viewport of a nested "svg", or of a "symbol" or "svg" shown by a "use".
+/// @param use       the element that shows it; kNoElement for none. Its sizes override those of the target
+/// @return empty if it has no area, so nothing is visible
 std::optional<InnerViewport> FindInnerViewport(const Scene& scene, ElementIndex element, const Style& style,
                                                const Viewport& outer, ElementIndex use,
                                                const Style* useStyle);
 
-/// The viewport that the "viewBox" of the root makes of its page. @return nothing when that has no area
+/// The viewport that the root's "viewBox" defines for its page.
+/// @return empty if it has no area
 std::optional<InnerViewport> FindRootViewport(const Document& document, const Viewport& page);
 
-/// Whether the conditions of an element hold: language and extensions. Features count as there.
+/// Whether the conditional attributes of an element (language and extensions) are satisfied. Required
+/// features always are.
 bool PassesConditions(const Document& document, ElementIndex element);
 
 /// The child that a "switch" shows; kNoElement for none.
 ElementIndex ChooseOfSwitch(Scene& scene, ElementIndex element);
 
-/// What a "use" shows; kNoElement when that is nothing.
+/// The element that a "use" shows; kNoElement if there is none.
 ElementIndex FindUseTarget(const Document& document, ElementIndex use);
 
-/// Whether a target shows where it is used. Symbols do, whatever their own "display" says.
+/// Whether a target is displayed by "use". Symbols are, whatever their own "display".
 bool IsShownByUse(const Document& document, ElementIndex target, const Style& style);
 
 }  // namespace svg2

@@ -13,7 +13,7 @@ namespace svg2 {
 namespace {
 
 struct NamedColour {
-    std::string_view name;  // in lower case; the rows are in the order of names
+    std::string_view name;  // in lower case; rows are sorted by name
     std::uint32_t rgb;
 };
 
@@ -168,7 +168,7 @@ constexpr NamedColour kNamedColours[] = {
     {"yellowgreen", 0x9acd32},
 };
 
-// Colours of a user's desktop, on paper: black on white.
+// System colours, for print: black on white.
 constexpr NamedColour kSystemColours[] = {
     {"accentcolor", 0x000000},
     {"accentcolortext", 0xffffff},
@@ -239,12 +239,12 @@ std::optional<unsigned int> HexDigit(char c) {
     return std::nullopt;
 }
 
-std::uint8_t ToByte(double value) {  // of 255
+std::uint8_t ToByte(double value) {  // value from 0 to 255
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
 }
 
 bool TakeHexColour(Scanner& scanner, Colour& colour) {
-    constexpr unsigned int kBothDigits = 17;  // "8" is "88"
+    constexpr unsigned int kBothDigits = 17;  // "8" stands for "88"
     std::array<unsigned int, 8> digits{};
     std::size_t count = 0;
     for (; const auto digit = HexDigit(scanner.Peek(1 + count)); ++count) {
@@ -270,7 +270,7 @@ bool TakeHexColour(Scanner& scanner, Colour& colour) {
 struct Component {
     double value = 0.0;
     bool isPercentage = false;
-    double degreesPerUnit = 1.0;  // of a hue
+    double degreesPerUnit = 1.0;  // for hues
 };
 
 bool TakeComponent(Scanner& scanner, Component& component) {
@@ -294,7 +294,8 @@ bool TakeComponent(Scanner& scanner, Component& component) {
     return true;
 }
 
-/// Three components and perhaps an opacity, in the old notation with commas or the new one with a slash.
+/// Reads three components and an optional opacity, in legacy syntax with commas or modern syntax with a
+/// slash.
 bool ReadComponents(std::string_view text, std::array<Component, 3>& components, float& opacity) {
     Scanner scanner(text);
     scanner.SkipSpace();
@@ -329,7 +330,7 @@ bool ReadHsl(std::string_view text, Colour& colour) {
     std::array<Component, 3> parts;
     float opacity = 1.0F;
     if (!ReadComponents(text, parts, opacity)) return false;
-    const double hue = parts[0].value * parts[0].degreesPerUnit / 30.0;  // twelfths of the circle
+    const double hue = parts[0].value * parts[0].degreesPerUnit / 30.0;  // in units of 30 degrees
     const double saturation = std::clamp(parts[1].value / 100.0, 0.0, 1.0);
     const double lightness = std::clamp(parts[2].value / 100.0, 0.0, 1.0);
     const double reach = saturation * std::min(lightness, 1.0 - lightness);
@@ -341,17 +342,17 @@ bool ReadHsl(std::string_view text, Colour& colour) {
     return true;
 }
 
-/// A component's number, of which a percentage of 100 is `whole`; a hue has degrees.
+/// A component's number, where 100 % equals `whole`; for a hue, degrees.
 double NumberOf(const Component& component, double whole) {
     return component.isPercentage ? component.value * whole / 100.0
                                   : component.value * component.degreesPerUnit;
 }
 
-/// A function of CSS Colour 4 whose colours need not be those of sRGB.
+/// Reads a colour function of CSS Color 4 that is not limited to sRGB.
 bool ReadWideColour(std::string_view name, std::string_view text, Colour& colour) {
     struct Function {
         std::string_view name;
-        Components wholes;  // what 100 % of each component stands for
+        Components wholes;  // value of 100 % for each component
         Components (*toRgb)(const Components& components);
     };
     constexpr Function kFunctions[] = {

@@ -10,9 +10,9 @@
 namespace svg2 {
 namespace {
 
-using Matrix = std::array<Components, 3>;  // of rows
+using Matrix = std::array<Components, 3>;  // by rows
 
-// To linear sRGB, whose white is D65.
+// To linear sRGB with white point D65.
 constexpr Matrix kFromXyz{{{3.2409699419, -1.5373831776, -0.4986107603},
                            {-0.9692436363, 1.8759675015, 0.0415550574},
                            {0.0556300797, -0.2039769589, 1.0569715142}}};
@@ -22,7 +22,7 @@ constexpr Matrix kFromP3{{{1.2249401763, -0.2249401763, 0.0},
 constexpr Matrix kFromCones{{{4.0767416621, -3.3077115913, 0.2309699292},
                              {-1.2684380046, 2.6097574011, -0.3413193965},
                              {-0.0041960863, -0.7034186147, 1.7076147010}}};
-// From Oklab to the cube roots of what the eye's cones take in.
+// From Oklab to the cube roots of the cone responses.
 constexpr Matrix kToCones{{{1.0, 0.3963377774, 0.2158037573},
                            {1.0, -0.1055613458, -0.0638541728},
                            {1.0, -0.0894841775, -1.2914855480}}};
@@ -38,7 +38,7 @@ Components Map(const Matrix& matrix, const Components& from) {
     return to;
 }
 
-/// sRGB's curve, which goes on below zero as it does above.
+/// The sRGB transfer function, extended symmetrically to negative values.
 Components Encoded(Components linear) {
     for (double& value : linear) {
         const double size = std::fabs(value);

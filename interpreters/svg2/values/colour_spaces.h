@@ -6,21 +6,21 @@
 
 namespace svg2 {
 
-/// Three components: of sRGB from 0 to 1, of others in their own units.
+/// Three components: of sRGB from 0 to 1, of other spaces in their own units.
 using Components = std::array<double, 3>;
 
-// Colours of other spaces, in sRGB; those that it does not have lie outside of 0 to 1.
+// Conversions to sRGB; components outside the range 0 to 1 are outside its gamut.
 
-/// @param hue in degrees; whiteness and blackness from 0 to 1
+/// @param hwb  hue in degrees, whiteness and blackness from 0 to 1
 Components HwbToRgb(const Components& hwb);
 /// @param lab  lightness from 0 to 100, and the two axes
 Components LabToRgb(const Components& lab);
 /// @param oklab  lightness from 0 to 1, and the two axes
 Components OklabToRgb(const Components& oklab);
-/// Two axes from a chroma and a hue in degrees, which stand behind a lightness.
+/// Converts (lightness, chroma, hue in degrees) to lightness and two axes.
 Components FromPolar(const Components& polar);
-/// Converts from a space that color() names: srgb, srgb-linear, display-p3, xyz and its kin.
-/// @return false when it is none of these; the components are then as they were
+/// Converts from a colour space of color(): srgb, srgb-linear, display-p3, xyz and its variants.
+/// @return false if the space is unknown; the components are then unchanged
 bool ToRgb(std::string_view space, Components& components);
 
 }  // namespace svg2

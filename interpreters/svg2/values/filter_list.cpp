@@ -11,7 +11,7 @@ namespace {
 
 using Kind = FilterFunction::Kind;
 
-/// How the argument of a function is meant.
+/// The type of a function's arguments.
 enum class Argument : std::uint8_t { kDeviation, kShare, kFactor, kAngle, kShadow };
 
 struct FunctionRow {
@@ -34,14 +34,14 @@ constexpr FunctionRow kFunctions[] = {
     {"sepia", Kind::kSepia, Argument::kShare, 1.0},
 };
 
-/// A number or percentage that is not negative.
+/// Reads a non-negative number or percentage.
 bool TakeAmount(Scanner& scanner, double& amount) {
     if (!scanner.TakeNumber(amount)) return false;
     if (scanner.Take('%')) amount /= 100.0;
     return amount >= 0.0;
 }
 
-/// A length without percentage.
+/// Reads a length that is not a percentage.
 bool TakePixels(Scanner& scanner, const UnitSizes& sizes, double& px) {
     Length length;
     if (!TakeLength(scanner, sizes, length) || length.IsPercentage()) return false;
@@ -49,7 +49,7 @@ bool TakePixels(Scanner& scanner, const UnitSizes& sizes, double& px) {
     return true;
 }
 
-/// A colour; nothing for the current one.
+/// Reads a colour; empty for the current colour.
 bool TakeShadowColour(Scanner& scanner, std::optional<Colour>& colour) {
     const std::size_t start = scanner.GetPosition();
     if (EqualsIgnoringCase(scanner.TakeName(), "currentcolor")) {
@@ -63,7 +63,7 @@ bool TakeShadowColour(Scanner& scanner, std::optional<Colour>& colour) {
     return true;
 }
 
-/// "[colour] dx dy [deviation] [colour]", with one colour at most.
+/// Reads "[colour] dx dy [deviation] [colour]", with at most one colour.
 bool TakeShadow(Scanner& scanner, const UnitSizes& sizes, FilterFunction& function) {
     const bool colourIsFirst = TakeShadowColour(scanner, function.colour);
     scanner.SkipSpace();
@@ -76,7 +76,7 @@ bool TakeShadow(Scanner& scanner, const UnitSizes& sizes, FilterFunction& functi
     return function.deviation >= 0.0;
 }
 
-/// An angle with a unit, which only 0 does without.
+/// Reads an angle; only 0 may omit the unit.
 bool TakeTurn(Scanner& scanner, double& degrees) {
     Scanner number = scanner;
     double value = 0.0;
@@ -114,7 +114,7 @@ bool ReadFunction(std::string_view name, std::string_view inside, const UnitSize
     return scanner.AtEnd();
 }
 
-/// The identifier of what stands in "url(...)".
+/// The identifier in the content of "url(...)".
 std::string_view ReferenceIn(std::string_view inside) {
     inside = Trim(inside);
     Scanner quoted(inside);

@@ -11,7 +11,7 @@
 
 namespace svg2 {
 
-/// An entry of a list of filters: a function, or a reference to a "filter" element.
+/// An entry of a filter list: a function, or a reference to a "filter" element.
 struct FilterFunction {
     enum class Kind : std::uint8_t {
         kReference,
@@ -27,15 +27,15 @@ struct FilterFunction {
         kSepia,
     };
     Kind kind = Kind::kReference;
-    std::string_view reference;    ///< identifier; empty when it leads out of the document
-    double amount = 1.0;           ///< 1 for 100 %; of kHueRotate, degrees
-    double deviation = 0.0;        ///< of kBlur and kDropShadow, px, not negative
-    double dx = 0.0, dy = 0.0;     ///< of kDropShadow, px
-    std::optional<Colour> colour;  ///< of kDropShadow; nothing for the current one
+    std::string_view reference;    ///< identifier; empty for a reference to another document
+    double amount = 1.0;           ///< 1 for 100 %; for kHueRotate, degrees
+    double deviation = 0.0;        ///< of kBlur and kDropShadow, in px; not negative
+    double dx = 0.0, dy = 0.0;     ///< of kDropShadow, in px
+    std::optional<Colour> colour;  ///< of kDropShadow; empty for the current colour
 };
 
 /// Reads the value of the "filter" property; "none" is an empty list.
-/// @return false when something in it cannot be read
+/// @return false if any part of it is invalid
 bool ReadFilterList(std::string_view text, const UnitSizes& sizes, std::vector<FilterFunction>& list);
 
 }  // namespace svg2

@@ -12,7 +12,8 @@ namespace {
 
 constexpr double kPxPerInch = 96.0;
 
-/// The px of one unit. @return false when there is no such unit
+/// The size of a unit in px.
+/// @return false if it is unknown
 bool FindUnit(std::string_view name, const UnitSizes& sizes, double& px) {
     struct Unit {
         std::string_view name;
@@ -46,15 +47,14 @@ bool FindUnit(std::string_view name, const UnitSizes& sizes, double& px) {
     return false;
 }
 
-/// A value within calc(): a length, or a plain number.
+/// A value in calc(): a length or a plain number.
 struct Term {
     Length length;
     double number = 0.0;
     bool isNumber = false;
 };
 
-/// Evaluates expressions of calc(). Depth is bounded, since each level of a document's text is one of the
-/// stack.
+/// Evaluates calc() expressions. The nesting depth is limited, since evaluation is recursive.
 class Calculation {
 public:
     Calculation(std::string_view text, const UnitSizes& sizes, int depth)
@@ -65,7 +65,7 @@ public:
         scanner_.SkipSpace();
         return scanner_.AtEnd();
     }
-    /// min(), max() or clamp() of what is separated by commas.
+    /// Evaluates the comma-separated arguments of min(), max() or clamp().
     bool ReadList(std::string_view function, Term& result);
 
 private:
@@ -160,12 +160,12 @@ bool Calculation::ReadList(std::string_view function, Term& result) {
     do {
         Term term;
         if (!ReadSum(term) || (count > 0 && term.isNumber != result.isNumber)) return false;
-        // Which is less shows before percentages are known only where there are none.
+        // Values with percentages cannot be compared yet.
         if (term.length.IsPercentage() || result.length.IsPercentage()) return false;
         const auto valueOf = [](const Term& t) { return t.isNumber ? t.number : t.length.px; };
         const bool takesLess = isClamp ? count == 2 : isMin;
         if (count == 0 || (valueOf(term) < valueOf(result)) == takesLess) {
-            // clamp(least, value, greatest): the least wins over the greatest.
+            // In clamp(minimum, value, maximum), the minimum overrides the maximum.
             result = term;
         }
         ++count;
@@ -205,7 +205,7 @@ bool TakeLength(Scanner& scanner, const UnitSizes& sizes, Length& length) {
         length = {number, 0.0};
         return true;
     }
-    // "10-5" is two numbers; no unit holds a digit or a sign.
+    // "10-5" is two numbers: units contain neither digits nor signs.
     std::size_t size = 0;
     while (ToLower(scanner.Peek(size)) >= 'a' && ToLower(scanner.Peek(size)) <= 'z') ++size;
     double px = 1.0;

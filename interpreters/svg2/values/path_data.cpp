@@ -24,7 +24,7 @@ public:
     bool Read();
 
 private:
-    /// What the last segment was, for those that continue its curve.
+    /// Kind of the previous segment, for smooth continuations.
     enum class Last { kOther, kCubic, kQuadratic };
 
     bool ReadSegments(char command);
@@ -37,7 +37,7 @@ private:
     bool ReadQuadratic(char lower);
     bool ReadArc();
     void Close();
-    /// Begins a subpath anew where the last one was closed.
+    /// Starts a new subpath if the previous one was closed.
     void Open();
     void LineTo(const ORVMathPoint2D& to);
     ORVMathPoint2D Mirrored(Last kind) const {
@@ -55,7 +55,7 @@ private:
     ORVMathPoint2D current_, start_, control_;
     Last last_ = Last::kOther;
     bool isRelative_ = false;
-    bool isFirstNumber_ = true;  // of a segment: a comma may stand before those that follow
+    bool isFirstNumber_ = true;  // of a segment; the following ones may be preceded by a comma
     bool isClosed_ = false;
 };
 
@@ -75,7 +75,7 @@ bool PathReader::TakePoint(ORVMathPoint2D& point) {
     return true;
 }
 
-// A flag is one digit, which the next number may touch.
+// A flag is a single digit; the next number may follow it directly.
 bool PathReader::TakeFlag(bool& flag) {
     scanner_.SkipCommaSpace();
     const char c = scanner_.Peek();
@@ -121,7 +121,8 @@ bool PathReader::ReadCurve(char lower) {
 }
 
 bool PathReader::ReadQuadratic(char lower) {
-    constexpr double kShare = 2.0 / 3.0;  // of the way to the control point, as a cubic curve has it
+    // Fraction of the distance to the control point, when converted to a cubic curve.
+    constexpr double kShare = 2.0 / 3.0;
     ORVMathPoint2D control = Mirrored(Last::kQuadratic), to;
     if (lower == 'q' && !TakePoint(control)) return false;
     if (!TakePoint(to)) return false;
@@ -216,13 +217,13 @@ bool PathReader::Read() {
     return true;
 }
 
-/// The centre and the angles of an arc between two points.
+/// The centre parametrisation of an arc.
 struct ArcCentre {
     ORVMathPoint2D centre;
-    double rx, ry, start, sweep;  // radians
+    double rx, ry, start, sweep;  // angles in radians
 };
 
-// The conversion from end points to centre that the standard's appendix on arcs gives.
+// The conversion from endpoint to centre parametrisation in SVG's implementation notes.
 ArcCentre FindCentre(const ORVMathPoint2D& from, const ORVMathPoint2D& to, double rx, double ry,
                      double cosine, double sine, bool isLarge, bool isClockwise) {
     const double halfX = (from.x - to.x) / 2.0, halfY = (from.y - to.y) / 2.0;
@@ -268,11 +269,11 @@ void AddArc(ORVPrintPath& path, const ORVMathPoint2D& from, double rx, double ry
     }
     const ORVMathAffine2D map{cosine * arc.rx, -sine * arc.ry, sine * arc.rx,
                               cosine * arc.ry, arc.centre.x,   arc.centre.y};
-    // A hair of tolerance, so that a quarter stays one curve.
+    // With tolerance, so that a quarter ellipse stays one curve.
     const double quarters = std::fabs(arc.sweep) / (std::numbers::pi / 2.0);
     const int count = std::max(1, static_cast<int>(std::ceil(quarters - 1e-9)));
     const double step = arc.sweep / count;
-    const double reach = 4.0 / 3.0 * std::tan(step / 4.0);  // of control points
+    const double reach = 4.0 / 3.0 * std::tan(step / 4.0);  // distance of the control points, in radii
     for (int i = 0; i < count; ++i) {
         const double a = arc.start + step * i, b = a + step;
         const ORVMathPoint2D end = i + 1 == count ? to : map({std::cos(b), std::sin(b)});

@@ -35,7 +35,7 @@ bool Scanner::TakeNumber(double& value) {
     const bool hasSign = *start == '-' || *start == '+';
     double number = 0.0;
     if (const char* behind = ORVReadShortNumber(start + (hasSign ? 1 : 0), end, number)) {
-        // "1." ends before its point, where a shape's data may go on.
+        // In "1.", the number ends before the point, which may belong to what follows.
         value = *start == '-' ? -number : number;
         position_ = static_cast<std::size_t>(behind - text_.data());
         return true;

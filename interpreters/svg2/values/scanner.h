@@ -6,28 +6,28 @@
 
 namespace svg2 {
 
-/// True for the white space of CSS and XML.
+/// White space of CSS and XML.
 constexpr bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f'; }
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-/// True for characters that identifiers of CSS consist of; all that is not ASCII is among them.
+/// Characters of CSS identifiers; includes all non-ASCII characters.
 constexpr bool IsNameCharacter(char c) {
     return IsDigit(c) || (ToLower(c) >= 'a' && ToLower(c) <= 'z') || c == '-' || c == '_' ||
            static_cast<unsigned char>(c) >= 0x80;
 }
 
 std::string_view Trim(std::string_view text);
-/// Equality without regard to the case of ASCII letters.
+/// Compares ignoring ASCII case.
 /// @param lower  in lower case
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower);
 
-/// Reads values from left to right. What cannot be read is left where it is.
+/// Reads values from left to right. Invalid input is not consumed.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : text_(text) {}
 
     bool AtEnd() const { return position_ == text_.size(); }
-    /// The next character, 0 at the end.
+    /// The next character; 0 at the end.
     char Peek(std::size_t ahead = 0) const {
         return position_ + ahead < text_.size() ? text_[position_ + ahead] : '\0';
     }
@@ -39,7 +39,8 @@ public:
     void SkipSpace() {
         while (position_ < text_.size() && IsSpace(text_[position_])) ++position_;
     }
-    /// Skips white space with at most one comma in it. @return true when there was a comma
+    /// Skips white space with at most one comma in it.
+    /// @return true if there was a comma
     bool SkipCommaSpace();
     /// Skips `c` if it comes next.
     bool Take(char c) {
@@ -47,24 +48,25 @@ public:
         ++position_;
         return true;
     }
-    /// Skips white space, and then `c` if it comes next.
+    /// Skips white space, then `c` if it comes next.
     bool TakeAfterSpace(char c) {
         SkipSpace();
         return Take(c);
     }
-    /// A number as SVG and CSS write it: sign, digits, point, exponent.
+    /// A number in the syntax of SVG and CSS: sign, digits, decimal point, exponent.
     bool TakeNumber(double& value);
-    /// A name; empty when none comes next.
+    /// A name; empty if none comes next.
     std::string_view TakeName();
-    /// What stands between an opening parenthesis that comes next and the one that closes it, strings and
-    /// inner parentheses respected. @return false when none comes next, or it is not closed
+    /// The content of parentheses, which must come next; strings and nested parentheses are respected.
+    /// @return false if there are none or they are not closed
     bool TakeParentheses(std::string_view& inside);
-    /// The same, but the end of the text closes what is open, as that of a value does.
+    /// Like TakeParentheses(), but the end of the text closes open parentheses, as in CSS values.
     bool TakeParenthesesOrRest(std::string_view& inside);
-    /// All up to the first of `ends` that stands outside of strings, escapes, parentheses and blocks, or to
-    /// the end.
+    /// Everything up to the first of `ends` outside strings, escapes, parentheses and blocks, or up to the
+    /// end.
     std::string_view TakeUntil(std::string_view ends);
-    /// A text in quotes, without them; escapes stay. @return false when none comes next
+    /// The content of a quoted string; escapes are not decoded.
+    /// @return false if none comes next
     bool TakeString(std::string_view& inside);
 
 private:
@@ -72,7 +74,7 @@ private:
     std::size_t position_ = 0;
 };
 
-/// Reads a text that is one number and nothing else but white space around it.
+/// Reads a text that consists of one number; surrounding white space is ignored.
 bool ReadNumber(std::string_view text, double& value);
 
 }  // namespace svg2

@@ -19,12 +19,13 @@ struct Arguments {
 
 double Tangent(double degrees) { return std::tan(degrees * std::numbers::pi / 180.0); }
 
-/// Where an element is turned about a point of its own.
+/// Rotation about a point.
 ORVMathAffine2D RotationAbout(double degrees, double x, double y) {
     return ORVMathAffine2D::Translation(x, y) * Rotation(degrees) * ORVMathAffine2D::Translation(-x, -y);
 }
 
-/// One transform by its name. @return false when there is none, or not with so many arguments
+/// Makes a transform from its name and arguments.
+/// @return false for an unknown name or a wrong number of arguments
 bool MakeAttributeTransform(std::string_view name, const Arguments& arguments, ORVMathAffine2D& transform) {
     const auto& [v, count] = arguments;
     if (name == "matrix" && count == 6) {
@@ -58,7 +59,7 @@ bool ReadNumbers(std::string_view text, Arguments& arguments) {
     return true;
 }
 
-/// What the arguments of a function of style sheets are.
+/// The type of a CSS function's arguments.
 enum class ArgumentKind { kNumber, kLength, kAngle };
 
 struct FunctionRow {
@@ -79,7 +80,7 @@ constexpr FunctionRow kFunctions[] = {
     {"translatex", ArgumentKind::kLength, 1, 1,
      [](const Arguments& a) { return ORVMathAffine2D::Translation(a.values[0], 0.0); }},
     {"translatey", ArgumentKind::kLength, 1, 1,
-     // The one argument was read as a horizontal one.
+     // The only argument was read as a horizontal length.
      [](const Arguments& a) { return ORVMathAffine2D::Translation(0.0, a.values[0]); }},
     {"scale", ArgumentKind::kNumber, 1, 2,
      [](const Arguments& a) {
@@ -100,7 +101,7 @@ constexpr FunctionRow kFunctions[] = {
      [](const Arguments& a) { return ORVMathAffine2D{1.0, 0.0, Tangent(a.values[0]), 1.0, 0.0, 0.0}; }},
 };
 
-/// Sizes that arguments refer to.
+/// The reference sizes of arguments.
 struct Bases {
     const UnitSizes& sizes;
     double width, height;
@@ -115,7 +116,7 @@ bool TakeArgument(Scanner& scanner, ArgumentKind kind, const Bases& bases, bool 
         case ArgumentKind::kAngle:
         case ArgumentKind::kLength: break;
     }
-    // Only zero does without a unit.
+    // Only zero may omit the unit.
     double number = 0.0;
     Scanner plain = scanner;
     const bool hasUnit = !plain.TakeNumber(number) || plain.Peek() == '%' || IsNameCharacter(plain.Peek());

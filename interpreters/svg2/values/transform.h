@@ -8,15 +8,14 @@
 
 namespace svg2 {
 
-/// Reads a list of transforms as attributes have it: numbers without units, separated by white space and
-/// commas.
-/// @return false when something in it cannot be read
+/// Reads a transform list in attribute syntax: numbers without units, separated by white space and commas.
+/// @return false if any part of it is invalid
 bool ReadTransformAttribute(std::string_view text, ORVMathAffine2D& transform);
 
-/// Reads a list of transforms as style sheets have it: lengths, angles with units, commas between arguments;
-/// "none" is the identity. Transforms of space that leave the plane are not read.
-/// @param width, height  that percentages refer to, in px
-/// @return false when something in it cannot be read
+/// Reads a transform list in CSS syntax: lengths, angles with units, commas between arguments; "none" is the
+/// identity. 3D transforms that leave the plane are rejected.
+/// @param width, height  reference of percentages, in px
+/// @return false if any part of it is invalid
 bool ReadTransformProperty(std::string_view text, const UnitSizes& sizes, double width, double height,
                            ORVMathAffine2D& transform);
 

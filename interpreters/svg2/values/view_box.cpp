@@ -13,7 +13,7 @@ bool ReadAlignment(std::string_view word, AspectRatio& ratio) {
         ratio.isKept = false;
         return true;
     }
-    constexpr std::size_t kSize = 8;  // of "xMidYMid"
+    constexpr std::size_t kSize = 8;  // length of "xMidYMid"
     if (word.size() != kSize || word[0] != 'x' || word[4] != 'Y') return false;
     const auto share = [](std::string_view text, double& value) {
         if (text == "Min")

@@ -8,7 +8,7 @@
 
 namespace svg2 {
 
-/// A rectangle by its corner and its sizes, in px or user units.
+/// A rectangle by its corner and size, in px or user units.
 struct Rectangle {
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
 
@@ -16,22 +16,22 @@ struct Rectangle {
     friend bool operator==(const Rectangle&, const Rectangle&) = default;
 };
 
-/// Reads "x y width height". Nothing when that is not four numbers, or a size is negative; a size of 0 is
-/// read.
+/// Reads "x y width height". Empty if these are not four numbers or a size is negative; a size of 0 is
+/// accepted.
 std::optional<Rectangle> ReadViewBox(std::string_view text);
 
-/// How content of one size lies in a viewport of another.
+/// How content is fitted into a viewport with a different aspect ratio.
 struct AspectRatio {
-    bool isKept = true;   ///< false for "none": each axis is scaled by itself
+    bool isKept = true;   ///< false for "none": each axis is scaled independently
     double x = 0.5;       ///< 0 left, 0.5 middle, 1 right
     double y = 0.5;       ///< 0 top, 0.5 middle, 1 bottom
-    bool slices = false;  ///< the viewport is filled; else all of the content is in it
+    bool slices = false;  ///< the content covers the viewport; otherwise it is contained in it
 };
 
-/// Reads "[defer] align [meet|slice]"; what cannot be read gives the default.
+/// Reads "[defer] align [meet|slice]"; an invalid value gives the default.
 AspectRatio ReadAspectRatio(std::string_view text);
 
-/// From the coordinates of a view box with area to those of its viewport.
+/// The transformation from a viewBox, whose area is not 0, to its viewport.
 ORVMathAffine2D FitViewBox(const Rectangle& viewBox, const AspectRatio& ratio, const Rectangle& viewport);
 
 }  // namespace svg2

@@ -9,7 +9,7 @@
 namespace {
 
 ORVColourStatus StatusOfFailure(const std::string& error) {
-    // The loader tells lack of memory in words only.
+    // The dynamic linker reports lack of memory only in the text of its message.
     return error.find("llocate memory") == std::string::npos ? ORVColourStatus::kMissing
                                                              : ORVColourStatus::kMemorySpent;
 }

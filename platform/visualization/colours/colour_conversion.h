@@ -7,48 +7,48 @@
 #include <memory>
 #include <span>
 
-// Colours of images that are not sRGB. The library that converts them lives in a module of its own, which is
-// loaded with the first such image.
+// Conversion of image colours to sRGB. The conversion library is in a separate module, which is loaded with
+// the first image that needs it.
 
-/// What a file says of the colours of its pixels.
+/// The colour space of an image file.
 struct ORVColourDescription {
     enum class Space : std::uint8_t {
-        kGrey,  ///< pixels are RGBA, red, green and blue being the same
+        kGrey,  ///< pixels are RGBA with equal red, green and blue
         kRGB,   ///< pixels are RGBA
-        kCMYK,  ///< pixels are four amounts of ink, 255 being all
-        kNoInk  ///< pixels are four amounts of ink, 255 being none
+        kCMYK,  ///< pixels are four ink amounts, 255 means full ink
+        kNoInk  ///< pixels are four ink amounts, 255 means no ink
     };
     Space space = Space::kRGB;
-    std::span<const std::uint8_t> profile;  ///< ICC; empty: the numbers below tell
-    double gamma = 0.0;  ///< exponent from light to samples, such as 0.45455; 0: as sRGB has it
-    /// x and y of white, red, green and blue; all 0: those of sRGB. Of no account for greys.
+    std::span<const std::uint8_t> profile;  ///< ICC profile; empty to use the values below
+    double gamma = 0.0;  ///< exponent from light to samples, such as 0.45455; 0 for the sRGB curve
+    /// x and y of white, red, green and blue; all 0 for those of sRGB. Ignored for greys.
     std::array<double, 8> chromaticities{};
 };
 
-/// Converts pixels to sRGB. May be used by several threads at once.
+/// A conversion to sRGB. Thread-safe.
 class ORVColourConversion {
 public:
     ORVColourConversion() = default;
     ORVColourConversion(const ORVColourConversion&) = delete;
     ORVColourConversion& operator=(const ORVColourConversion&) = delete;
     virtual ~ORVColourConversion() = default;
-    /// @param pixels  `count` of them in the described space; become RGBA. The alpha of RGBA stays, that of
-    /// inks
-    ///                becomes opaque. Nothing is thrown.
+    /// Converts pixels in place. Throws nothing.
+    /// @param pixels  `count` pixels in the described space; converted to RGBA. The alpha of RGBA pixels is
+    /// kept; ink pixels become opaque
     virtual void Convert(std::uint8_t* pixels, std::size_t count) const = 0;
 };
 
 enum class ORVColourStatus : std::uint8_t {
-    kSame,         ///< the colours are those of sRGB as far as eight bits can tell; there is no conversion
-    kConverted,    ///< there is a conversion
-    kBroken,       ///< the description is none of colours in that space
+    kSame,         ///< equivalent to sRGB in 8 bits; no conversion is needed
+    kConverted,    ///< a conversion was created
+    kBroken,       ///< the description is invalid for the colour space
     kMissing,      ///< the module cannot be loaded
-    kMemorySpent,  ///< no conversion for lack of memory
+    kMemorySpent,  ///< out of memory
 };
 
-/// Makes what converts the described colours.
-/// @param pixelCount  how many pixels there are: preparing for many takes time, which few do not pay back
-/// @param conversion  made when kConverted is returned, else null
+/// Creates a conversion.
+/// @param pixelCount  number of pixels: a set-up that speeds up large images is skipped for small ones
+/// @param conversion  set when kConverted is returned, else null
 ORVColourStatus ORVCreateColourConversion(const ORVColourDescription& description, std::size_t pixelCount,
                                           std::unique_ptr<ORVColourConversion>& conversion);
 
@@ -56,6 +56,7 @@ ORVColourStatus ORVCreateColourConversion(const ORVColourDescription& descriptio
 
 inline constexpr char kColourModule[] = "liborvcolour.so";
 inline constexpr char kColourFactory[] = "orvCreateColourConversion";
-/// What the module exports under that name: as ORVCreateColourConversion, the caller deletes the conversion.
+/// Type of the function that the module exports: like ORVCreateColourConversion; the caller deletes the
+/// conversion.
 using ColourFactory = ORVColourStatus (*)(const ORVColourDescription& description, std::size_t pixelCount,
                                           ORVColourConversion** conversion);

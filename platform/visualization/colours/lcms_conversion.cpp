@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The module liborvcolour.so: colours by Little CMS.
+// The module liborvcolour.so: colour conversion by Little CMS.
 
 #include <lcms2.h>
 #include <lcms2_plugin.h>
@@ -19,15 +19,16 @@ namespace {
 
 using Space = ORVColourDescription::Space;
 
-// Colours that differ by no more than this from sRGB (levels of 255) are sRGB: its profiles round in many
-// ways.
+// Colours within this distance of sRGB (levels of 255) count as sRGB, because sRGB profiles differ in
+// rounding.
 constexpr int kSameWithin = 3;
-// A table of colours in between is computed for so many pixels and more: it has about as many entries.
+// From this number of pixels on, a table of interpolated colours is computed, which has about as many
+// entries.
 constexpr std::size_t kManyPixels = 250'000;
 
 // ---- memory ----
 
-// Profiles are as large as their files, and the tables made of them a few megabytes.
+// Limit of one allocation. Profiles have the size of their files, and tables made from them a few megabytes.
 constexpr std::size_t kLargestPiece = std::size_t{64} << 20U;
 
 thread_local bool wasMemoryRefused = false;
@@ -80,8 +81,8 @@ cmsColorSpaceSignature SignatureOf(Space space) {
     return cmsSigCmykData;
 }
 
-/// Whether a profile is one of pixels of that space. Processing elements of numbers of any size are refused:
-/// few profiles have them, and a small profile may name a million of them.
+/// Whether a profile is for pixels of that space. Multi-process elements are refused: few profiles have them,
+/// and a small profile may declare a million.
 bool IsUsable(cmsHPROFILE profile, Space space) {
     if (cmsGetColorSpace(profile) != SignatureOf(space)) return false;
     for (const cmsTagSignature tag : {cmsSigDToB0Tag, cmsSigDToB1Tag, cmsSigDToB2Tag, cmsSigDToB3Tag})
@@ -96,7 +97,7 @@ bool IsUsable(cmsHPROFILE profile, Space space) {
 }
 
 cmsHPROFILE CreateFromNumbers(cmsContext context, const ORVColourDescription& description) {
-    // sRGB's own curve where the file does not say.
+    // The sRGB curve, if the file specifies none.
     const std::array<cmsFloat64Number, 5> srgb{2.4, 1.0 / 1.055, 0.055 / 1.055, 1.0 / 12.92, 0.04045};
     const Curve curve(description.gamma > 0.0 ? cmsBuildGamma(context, 1.0 / description.gamma)
                                               : cmsBuildParametricToneCurve(context, 4, srgb.data()));
@@ -128,7 +129,7 @@ cmsUInt32Number FormatOf(Space space) {
     return TYPE_CMYK_8_REV;
 }
 
-/// Colours at which a conversion of this space is looked at; empty for inks, which no sRGB has.
+/// Sample colours for testing a conversion from this space; empty for inks, which are never sRGB.
 std::vector<std::uint8_t> SampleColours(Space space) {
     constexpr unsigned int kDark = 48, kStep = 32;
     std::vector<std::uint8_t> colours;
@@ -161,7 +162,7 @@ public:
                 std::copy_n(greys_[*pixels].data(), 3, pixels);
             return;
         }
-        // In one call no more pixels than a number of the library's can count.
+        // Largest number of pixels per call, limited by the library's integer type.
         constexpr std::size_t kMost = std::size_t{1} << 20U;
         for (std::size_t done = 0; done < count; done += kMost) {
             std::uint8_t* const from = pixels + 4 * done;
@@ -207,7 +208,7 @@ private:
 
     Space space_ = Space::kRGB;
     Context context_;
-    Transform transform_;  // goes before its context
+    Transform transform_;  // destroyed before its context
     std::array<std::array<std::uint8_t, 4>, 256> greys_{};
 };
 

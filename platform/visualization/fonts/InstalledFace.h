@@ -5,14 +5,14 @@
 
 #include "platform/visualization/fonts/ORVFont.h"
 
-/// An installed face with outlines, as fontconfig describes it.
+/// An installed outline face as described by fontconfig.
 struct InstalledFace {
     std::string path;
-    unsigned int index = 0;  ///< in its file
+    unsigned int index = 0;  ///< index in a font collection
     std::string foundry, family, style, fullName, postScriptName;
-    int weight = 400;  ///< as OpenType counts it
-    int slant = 0;     ///< fontconfig's: 0 upright
-    int width = 100;   ///< fontconfig's: 100 normal
+    int weight = 400;  ///< OpenType weight
+    int slant = 0;     ///< fontconfig slant: 0 upright
+    int width = 100;   ///< fontconfig width: 100 normal
     ORVFont::Kind kind = ORVFont::kTrueType;
 
     bool operator==(const InstalledFace&) const = default;

@@ -12,28 +12,29 @@
 class ORVFontFace;
 struct ORVFontQuery;
 
-/// A font that a document brings, and what the document says of it.
+/// A font embedded in or referenced by a document, with its description.
 struct ORVDocumentFont {
     std::string bytes;   ///< TrueType, OpenType, WOFF or WOFF2
-    std::string family;  ///< that the document gives it
-    int weight = 400;    ///< likewise, 1 to 1000
+    std::string family;  ///< family name given by the document
+    int weight = 400;    ///< weight given by the document, 1 to 1000
     bool isItalic = false;
-    /// Code points, first and last of each range, that it is for; none for all that it has.
+    /// Code points that the font is used for, as first and last of each range; empty for all that it
+    /// contains.
     std::vector<std::pair<char32_t, char32_t>> ranges = {};
 };
 
-/// Opens a font that a document brings: nobody else finds it, and it goes with its last owner. WOFF is
-/// unpacked within the limits of ORVPrintLimits for packed input.
-/// @return null where it holds no font that can be used
+/// Opens a font of a document. It is not added to the catalogue and is destroyed with its last owner. WOFF is
+/// decompressed within the limits of ORVPrintLimits.
+/// @return null when the data contain no usable font
 ORV_PLATFORM_EXPORT std::shared_ptr<const ORVFontFace> ORVOpenDocumentFont(ORVDocumentFont font);
 
-/// The look of a document's face that a query asks for, where the face varies.
+/// The instance of a document's variable font that matches a query.
 struct ORVVariedDocumentFace {
-    std::shared_ptr<const ORVFontFace> face;  ///< of its own; null for the face as it is
-    bool isSlanted = false;                   ///< by one of its axes
+    std::shared_ptr<const ORVFontFace> face;  ///< a new face; null when the original face is to be used
+    bool isSlanted = false;                   ///< slanted by one of its axes
     bool dependsOnSize = false;
 };
-/// @param face   of ORVOpenDocumentFont; the new one keeps it
-/// @param query  its families do not count
+/// @param face   created by ORVOpenDocumentFont; the new face keeps it alive
+/// @param query  its `families` are ignored
 ORV_PLATFORM_EXPORT ORVVariedDocumentFace ORVVaryDocumentFont(const ORVFontFace& face,
                                                               const ORVFontQuery& query);

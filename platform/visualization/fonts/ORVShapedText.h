@@ -10,78 +10,80 @@
 
 class ORVFontFace;
 
-/// What a feature of OpenType, such as small capitals, is set to.
+/// An OpenType feature setting, such as small capitals.
 struct ORVFontFeature {
-    std::uint32_t tag = 0;    ///< its four letters, the first in the highest byte
-    std::uint32_t value = 1;  ///< 0 off, 1 on, others choose
+    std::uint32_t tag = 0;    ///< four-letter tag, the first letter in the highest byte
+    std::uint32_t value = 1;  ///< 0 off, 1 on, other values select alternates
     friend bool operator==(const ORVFontFeature&, const ORVFontFeature&) = default;
 };
 
-/// What a part of a text is set in.
+/// Font of a part of a text.
 struct ORVShapingFont {
-    const ORVFontFace* face = nullptr;  ///< null: no font can be used
-    double size = 0.0;                  ///< user units an em, not negative
-    bool isVertical = false;            ///< glyphs stand one below the other
-    bool isToBeThickened = false;       ///< where the face is not bold
+    const ORVFontFace* face = nullptr;  ///< null when no font is usable
+    double size = 0.0;                  ///< font size: user units per em, not negative
+    bool isVertical = false;            ///< vertical text
+    bool isToBeThickened = false;       ///< embolden, because the face is not bold
     std::span<const ORVFontFeature> features;
-    /// Where a document brings fonts: all faces, this one among them, in the order in which characters are
-    /// looked for in them. The last one stands for those that none has. Otherwise none.
+    /// With document fonts: all faces in the order in which characters are looked up, including `face`. The
+    /// last one is used for characters that none contains. Otherwise empty.
     std::span<const ORVFontFace* const> order = {};
 };
 
-/// A part of a text that has one font. Letters join and are kerned within a part.
+/// A part of a text in one font. Ligatures and kerning apply within a part.
 struct ORVShapingPart {
-    std::size_t end = 0;  ///< behind its last character
+    std::size_t end = 0;  ///< index after its last character
     const ORVShapingFont* font = nullptr;
 };
 
-/// A part of a text that is placed by itself: its characters are ordered apart from those of others.
-/// Paragraphs are not those that cut a letter off from its marks: see ORVFindClusterParts.
+/// A part of a text that is positioned separately and whose characters are bidirectionally reordered on their
+/// own. Paragraphs must not separate a letter from its marks; see ORVFindClusterParts.
 struct ORVShapingParagraph {
-    std::size_t end = 0;  ///< behind its last character
+    std::size_t end = 0;  ///< index after its last character
     bool isRightToLeft = false;
 };
 
-/// A glyph on its own, in user units, y up.
+/// A shaped glyph, in user units, y up.
 struct ORVShapedGlyph {
-    std::uint32_t index = 0;    ///< number in the run's face
-    std::uint32_t cluster = 0;  ///< first character of those that it stands for
-    double x = 0.0, y = 0.0;    ///< of its origin, from the pen
-    double advance = 0.0;       ///< what the pen goes on by; downwards in vertical runs
+    std::uint32_t index = 0;    ///< glyph index in the run's face
+    std::uint32_t cluster = 0;  ///< index of the first character of its cluster
+    double x = 0.0, y = 0.0;    ///< offset of its origin from the pen
+    double advance = 0.0;       ///< advance of the pen; downwards in vertical runs
 };
 
-/// Glyphs of one face, in the order in which they are seen.
+/// A sequence of glyphs of one face in visual order.
 struct ORVShapedRun {
     const ORVFontFace* face = nullptr;           ///< never null
-    std::uint32_t firstGlyph = 0, endGlyph = 0;  ///< of the text's
-    std::uint32_t first = 0, end = 0;            ///< characters
-    std::uint32_t part = 0, paragraph = 0;       ///< numbers of those that it lies in
-    bool isRightToLeft = false;                  ///< clusters descend
-    bool isCursive = false;                      ///< of a script whose letters join: they are never set apart
+    std::uint32_t firstGlyph = 0, endGlyph = 0;  ///< range in the glyphs of the text
+    std::uint32_t first = 0, end = 0;            ///< range of characters
+    std::uint32_t part = 0, paragraph = 0;       ///< indices of its part and paragraph
+    bool isRightToLeft = false;                  ///< clusters are in descending order
+    bool isCursive = false;                      ///< the script joins its letters, so letter spacing must not
+                                                 ///< be applied
     bool isToBeThickened = false;
-    bool continues = false;  ///< begins with marks of the cluster before it
+    bool continues = false;  ///< starts with marks that belong to the cluster before it
 };
 
-/// A text that has been shaped.
+/// A shaped text.
 struct ORVShapedText {
-    std::vector<ORVShapedRun> runs;  ///< by paragraphs; within each from left to right
+    std::vector<ORVShapedRun> runs;  ///< by paragraph, and from left to right within each
     std::vector<ORVShapedGlyph> glyphs;
 };
 
-/// Shapes a text of several fonts: bidirectional order, scripts, fonts for characters that the chosen one has
-/// not, kerning and ligatures.
-/// @param parts, paragraphs  each cover the text
-/// @return false when the text cannot be set as it should: ORVGetTextFailure() tells why (text_failure.h)
+/// Shapes a text in several fonts: bidirectional reordering, script itemisation, font fallback, kerning and
+/// ligatures.
+/// @param parts, paragraphs  each must cover the whole text
+/// @return false when the text cannot be set correctly: ORVGetTextFailure() returns the reason
+/// (text_failure.h)
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ORVShapeText(std::u32string_view text,
                                                     std::span<const ORVShapingPart> parts,
                                                     std::span<const ORVShapingParagraph> paragraphs,
                                                     ORVShapedText& shaped);
 
-/// Tells which characters are set on, or join, the one before them: marks, what follows a joiner.
-/// @param isPart  out: for each character; the first is never one
+/// Finds the characters that belong to the cluster of the one before: marks, and characters after a joiner.
+/// @param isPart  out: one element per character; the first is always false
 /// @return false when the font libraries cannot be loaded
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ORVFindClusterParts(std::u32string_view text,
                                                            std::vector<bool>& isPart);
 
-/// Whether a face has a feature for some script.
+/// Whether a face has an OpenType feature in any script.
 ORV_PLATFORM_EXPORT bool ORVHasFontFeature(const ORVFontFace& face, std::uint32_t tag);

@@ -10,11 +10,11 @@
 
 namespace {
 
-// The file is for this machine alone: numbers are in its own order of bytes, which the magic number tells.
-constexpr std::uint64_t kMagic = 0x31786449'6361466FULL;  // and the version of the format
+// The file is for one machine: numbers are in native byte order, which the magic number reveals.
+constexpr std::uint64_t kMagic = 0x31786449'6361466FULL;  // includes the version of the format
 constexpr std::size_t kHeaderSize = 2 * sizeof(std::uint64_t);
 
-/// Every step maps different states to different states, so that a change of one word changes the result.
+/// Every step is a bijection of the state, so any change of a single word changes the result.
 std::uint64_t Checksum(std::string_view bytes) {
     constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15ULL;
     std::uint64_t sum = bytes.size();
@@ -47,7 +47,7 @@ private:
     std::string bytes_;
 };
 
-/// Takes values from the front. Once something is missing, everything is.
+/// Reads values from the front. After the first failure, all reads fail.
 class Reader {
 public:
     explicit Reader(std::string_view bytes) : rest_(bytes) {}
@@ -70,7 +70,7 @@ public:
         text = rest_.substr(0, size);
         rest_.remove_prefix(size);
     }
-    /// Takes a number of items that each need at least `leastSize` bytes.
+    /// Reads the number of items that follow. @param leastSize  least size of an item in bytes
     std::size_t TakeCount(std::size_t leastSize) {
         std::uint32_t count = 0;
         Take(count);
@@ -118,7 +118,7 @@ void Put(Writer& writer, const InstalledFace& face) {
         writer.Put(static_cast<std::int32_t>(number));
 }
 
-/// @return false when it describes no face
+/// @return false when the data describe no valid face
 bool Take(Reader& reader, InstalledFace& face) {
     for (std::string* text :
          {&face.path, &face.foundry, &face.family, &face.style, &face.fullName, &face.postScriptName})
@@ -193,7 +193,7 @@ std::string FontEnvironment() {
          {"FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT", "HOME", "LD_LIBRARY_PATH",
           "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_DIRS", "XDG_DATA_HOME"}) {
         environment += name;
-        // A variable without a value is not one that is absent.
+        // A variable that is set but empty differs from one that is not set.
         if (const char* value = std::getenv(name)) (environment += '=') += value;
         environment += '\n';
     }

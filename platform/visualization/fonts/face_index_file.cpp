@@ -44,8 +44,8 @@ bool IsFolderOfUser(const Descriptor& folder) {
     return folder && fstat(folder.Get(), &status) == 0 && IsForUserAlone(status);
 }
 
-/// Makes a folder in one that belongs to the user: someone who prints with another's home leaves nothing
-/// there.
+/// Creates a folder if its parent belongs to the user. Someone who prints with another user's home leaves
+/// nothing there.
 void MakeFolder(const std::string& path) {
     const std::string above = path.substr(0, path.rfind('/'));
     struct stat status = {};
@@ -104,7 +104,7 @@ bool ReadFaceIndexFile(const std::string& folder, std::string& bytes) {
 
 bool WriteFaceIndexFile(const std::string& folder, std::string_view bytes) {
     if (access(folder.c_str(), F_OK) != 0) {
-        // In a fresh home there is no folder for caches either.
+        // A new home may have no cache folder yet.
         MakeFolder(folder.substr(0, folder.rfind('/')));
         MakeFolder(folder);
     }
@@ -114,7 +114,7 @@ bool WriteFaceIndexFile(const std::string& folder, std::string_view bytes) {
     static std::atomic<unsigned int> number{0};
     const std::string draft =
         std::string(".") + kFileName + "." + std::to_string(getpid()) + "." + std::to_string(number++);
-    unlinkat(opened.Get(), draft.c_str(), 0);  // of a process that died and whose number came round
+    unlinkat(opened.Get(), draft.c_str(), 0);  // left by a crashed process with the same id
     bool isDone = false;
     {
         const Descriptor file(openat(opened.Get(), draft.c_str(),

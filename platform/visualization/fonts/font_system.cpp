@@ -16,7 +16,7 @@ namespace {
 
 std::atomic<bool> isIndexUsed{true};
 
-/// True when the host brought fontconfig along: it may have set it up in its own way.
+/// True when the host has loaded fontconfig itself, and may have configured it.
 bool HostHasFontconfig() {
     const auto isIt = [](dl_phdr_info* library, std::size_t, void*) {
         return std::strstr(library->dlpi_name, "/libfontconfig.so") != nullptr ? 1 : 0;
@@ -31,18 +31,17 @@ ORVFontSystem* Load(std::string& error) {
     return factory ? reinterpret_cast<ORVFontSystemFactory>(factory)(mayUseIndex) : nullptr;
 }
 
-/// What a person can do about an error of the dynamic linker.
+/// Advice for a dynamic linker error.
 std::string_view AdviceFor(std::string_view error) {
-    // Whatever does not fit into memory is told in one of these ways.
+    // Lack of memory is reported with one of these messages.
     for (const char* words : {"Cannot allocate memory", "failed to map segment", "cannot map"})
         if (error.find(words) != error.npos) return "; more memory is needed";
     if (error.find("Too many open files") != error.npos) return "; allow more open files (ulimit -n)";
     return "; install it, or install orvprint and its libraries anew";
 }
 
-/// Loads the module. Where that fails it is tried again, so that what was a moment's need does not stay;
-/// but only after as many questions as came before, for each try takes the system time and a drawing may hold
-/// a hundred thousand texts.
+/// Loads the module. A failure is retried, since it may be temporary, but only each time the number of calls
+/// has doubled: an attempt takes time in the system, and a drawing may contain a hundred thousand texts.
 class Loader {
 public:
     ORVFontSystem* Get() {
@@ -68,7 +67,7 @@ private:
     }
 
     std::atomic<ORVFontSystem*> system_{nullptr};
-    std::mutex mutex_;  // guards what follows
+    std::mutex mutex_;  // guards the following
     std::uint64_t questions_ = 0, nextTry_ = 1;
     std::string error_;
 };

@@ -27,17 +27,17 @@ struct ORVTextLayout;
 struct ORVTextStyle;
 struct ORVVariedDocumentFace;
 
-/// A font of the catalogue with its names. Belongs to the catalogue.
+/// A font of the catalogue with its names. Owned by the catalogue.
 struct ORVFontRecord {
     const ORVFont* font = nullptr;
     const ORVFontFace* face = nullptr;
     std::string foundry, family, style, fullName, postScriptName;
 };
 
-/// What needs the font libraries: catalogue, shaping, pictures of glyphs. It stands in a module of its own,
-/// which is loaded with the first text, since most drawings of figures have none. All may be called from any
-/// thread. What returns false noted why (text_failure.h), and wrote nothing. Out of memory comes as
-/// std::bad_alloc.
+/// Everything that needs the font libraries: catalogue, shaping, bitmap glyphs. It is a separate module,
+/// loaded with the first text because many drawings have none. All functions are thread-safe. A function that
+/// returns false has noted the reason (text_failure.h) and set no output. Throws std::bad_alloc when out of
+/// memory.
 class ORVFontSystem {
 public:
     /// @param found  out: null when there is no such font
@@ -50,7 +50,7 @@ public:
     /// @param made  out: null when the name is taken or the file holds no outline font
     [[nodiscard]] virtual bool Register(std::string_view name, const std::string& faceFile,
                                         const ORVFont*& made) = 0;
-    /// Whether a font is installed that has such a name, and no outlines.
+    /// Whether a font of that name is installed that has only bitmaps and no outlines.
     [[nodiscard]] virtual bool HasBitmapFont(std::string_view family, bool& has) = 0;
     /// @return null when no usable font is installed
     [[nodiscard]] virtual const ORVFontFace* FindFace(const ORVFont& font, int weight) = 0;
@@ -70,7 +70,7 @@ public:
     [[nodiscard]] virtual bool HasColours(const ORVFontFace& face) = 0;
     [[nodiscard]] virtual std::vector<ORVGlyphLayer> FindGlyphLayers(const ORVFontFace& face,
                                                                      std::uint32_t glyph) = 0;
-    /// See ORVPaintGlyph; without a sink, only the answer counts.
+    /// See ORVPaintGlyph. @param sink  null to test only
     [[nodiscard]] virtual bool PaintGlyph(const ORVFontFace& face, std::uint32_t glyph,
                                           ORVGlyphPaintSink* sink) = 0;
     /// See ORVOpenDocumentFont and ORVVaryDocumentFont.
@@ -84,13 +84,14 @@ protected:
 
 inline constexpr char kFontModule[] = "liborvfonts.so";
 inline constexpr char kFontSystemFactory[] = "orvGetFontSystem";
-/// What the module exports under that name; it gives the same object each time.
-/// @param mayUseIndex  whether installed faces may come from the index of faces; the first call decides
+/// Type of the factory that the module exports. It returns the same object each time.
+/// @param mayUseIndex  whether the list of installed faces may come from the face index; only the first call
+/// counts
 using ORVFontSystemFactory = ORVFontSystem* (*)(bool mayUseIndex);
 
-/// The font system, loaded now if nobody asked before.
-/// @return null when the module or one of its libraries cannot be loaded, which is noted
+/// The font system. Loads the module on the first call.
+/// @return null when the module or one of its libraries cannot be loaded; the reason is noted
 [[nodiscard]] ORVFontSystem* ORVGetFontSystem();
 
-/// Lets the process do without the index of faces (false) or with it (true, the default).
+/// Enables (default) or disables the face index for the process.
 void ORVUseFaceIndex(bool use);

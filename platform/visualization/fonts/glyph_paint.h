@@ -9,15 +9,15 @@
 
 class ORVFontFace;
 
-/// A colour of a painted glyph.
+/// A colour in a colour glyph.
 struct ORVGlyphPaintColour {
-    bool isTextColour = true;  ///< that of the text
+    bool isTextColour = true;  ///< use the colour of the text instead of the components below
     std::uint8_t red = 0, green = 0, blue = 0;
-    double opacity = 1.0;  ///< times that of the text
+    double opacity = 1.0;  ///< 0 to 1, multiplied by the opacity of the text
 };
 
-/// How an area of a painted glyph is filled: with one colour, or with colours that run into each other.
-/// Places are in em of the glyph, y up, before `toGlyph`.
+/// The paint of an area of a colour glyph: a colour or a gradient. Coordinates are in em of the glyph, y up,
+/// before `toGlyph`.
 struct ORVGlyphPaint {
     enum class Kind : std::uint8_t { kColour, kLinear, kRadial, kSweep };
     enum class Spread : std::uint8_t { kPad, kReflect, kRepeat };
@@ -28,17 +28,17 @@ struct ORVGlyphPaint {
 
     Kind kind = Kind::kColour;
     Spread spread = Spread::kPad;
-    ORVGlyphPaintColour colour;  ///< of kColour
-    std::vector<Stop> stops;     ///< of the others; one at least, in ascending order
-    ORVMathPoint2D start, end;   ///< of the line, or centres; the first for a sweep
-    double startRadius = 0.0;    ///< of kRadial
-    double endRadius = 0.0;      ///< likewise
-    double startAngle = 0.0;     ///< of kSweep: degrees against the clock from the x axis
-    double endAngle = 0.0;       ///< likewise
+    ORVGlyphPaintColour colour;  ///< for kColour
+    std::vector<Stop> stops;     ///< for gradients; at least one, in ascending order of offset
+    ORVMathPoint2D start, end;   ///< ends of the line, or centres of the circles; kSweep has only `start`
+    double startRadius = 0.0;    ///< for kRadial
+    double endRadius = 0.0;      ///< for kRadial
+    double startAngle = 0.0;     ///< for kSweep, degrees, counter-clockwise from the x axis
+    double endAngle = 0.0;       ///< as `startAngle`
     ORVMathAffine2D toGlyph;
 };
 
-/// How a layer of a painted glyph meets what lies below it.
+/// Blend mode of a layer in a colour glyph.
 enum class ORVGlyphBlend : std::uint8_t {
     kNormal,
     kScreen,
@@ -58,30 +58,30 @@ enum class ORVGlyphBlend : std::uint8_t {
     kLuminosity,
 };
 
-/// Takes a glyph that is painted (COLR version 1), part by part. All but Fill pair and nest.
+/// Receives the drawing operations of a colour glyph (COLR version 1). All calls except Fill are paired and
+/// nested.
 class ORV_PLATFORM_EXPORT ORVGlyphPaintSink {
 public:
     virtual ~ORVGlyphPaintSink() = default;
-    /// Until EndOutline, nothing shows outside of the outline of another glyph.
+    /// Clips to the outline of another glyph until EndOutline.
     virtual void BeginOutline(std::uint32_t glyph, const ORVMathAffine2D& toGlyph) = 0;
     virtual void EndOutline() = 0;
-    /// Paints all that can be seen.
+    /// Paints the current clip area.
     virtual void Fill(const ORVGlyphPaint& paint) = 0;
-    /// What comes until EndLayer is laid over what is there as one.
+    /// Begins a layer, which is composited as a whole at EndLayer.
     virtual void BeginLayer(ORVGlyphBlend blend) = 0;
-    /// Begins a layer of which only that shows which lies where something, or nothing, of the mask is. The
-    /// mask comes first, until EndMask.
-    /// @param isInverse  where nothing is
-    /// @return false when there are no masks: EndMask does not follow, nor the mask
+    /// Begins a layer that shows only where its mask is painted. The mask is drawn first, up to EndMask.
+    /// @param isInverse  show the layer only where the mask is not painted
+    /// @return false when masks are not supported: neither the mask nor EndMask follows
     [[nodiscard]] virtual bool BeginMaskedLayer(bool isInverse) = 0;
     virtual void EndMask() = 0;
     virtual void EndLayer() = 0;
-    /// Whether there is use for more.
+    /// True when the sink needs no more calls.
     virtual bool IsStopped() const = 0;
 };
 
-/// Paints a glyph.
-/// @return false when the glyph is not painted in this way: nothing was handed out
+/// Draws a colour glyph.
+/// @return false when the glyph has no COLR version 1 definition; the sink is not called
 ORV_PLATFORM_EXPORT bool ORVPaintGlyph(const ORVFontFace& face, std::uint32_t glyph, ORVGlyphPaintSink& sink);
-/// Whether a glyph is painted in this way.
+/// Whether a glyph has a COLR version 1 definition.
 ORV_PLATFORM_EXPORT bool ORVIsPaintedGlyph(const ORVFontFace& face, std::uint32_t glyph);

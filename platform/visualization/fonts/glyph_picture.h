@@ -10,34 +10,33 @@
 
 class ORVFontFace;
 
-/// A glyph that its font holds as pixels and not as an outline. The box is in em, from the glyph's own
-/// origin, y up.
+/// A bitmap glyph. The box is in em, relative to the glyph's origin, y up.
 struct ORVGlyphPicture {
-    ORVRef<const ORVPixelImage> image;  ///< null when the font has no picture of the glyph
+    ORVRef<const ORVPixelImage> image;  ///< null when the font has no bitmap for the glyph
     double left = 0.0, top = 0.0, width = 0.0, height = 0.0;
 };
 
-/// The colour of pictures that have none of their own.
+/// Colour of bitmaps without colours, such as masks.
 struct ORVGlyphColour {
     std::uint8_t red = 0, green = 0, blue = 0;
 };
 
-/// Looks for the picture of a glyph, of those in the font the one that suits `pixelsPerEm` best. Uses the
-/// face's FreeType object, so that it is for one thread at a time.
+/// Returns the bitmap of a glyph in the size closest to `pixelsPerEm`. Uses the face's FreeType object, so a
+/// face must be used by one thread at a time.
 [[nodiscard]] ORV_PLATFORM_EXPORT ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face,
                                                                       std::uint32_t glyph, double pixelsPerEm,
                                                                       const ORVGlyphColour& colour);
 
-/// A part of a glyph of several colours: the outline of another glyph.
+/// A layer of a multicolour glyph: the outline of another glyph in one colour.
 struct ORVGlyphLayer {
     std::uint32_t glyph = 0;
-    bool isTextColour = true;  ///< painted like text of one colour
-    ORVGlyphColour colour;     ///< otherwise
+    bool isTextColour = true;  ///< painted in the colour of the text
+    ORVGlyphColour colour;     ///< when `isTextColour` is false
     std::uint8_t opacity = 255;
 };
 
-/// Whether a face has glyphs of several colours, or glyphs that are images.
+/// Whether a face has multicolour or bitmap glyphs.
 [[nodiscard]] ORV_PLATFORM_EXPORT bool ORVHasColours(const ORVFontFace& face);
-/// The layers of a glyph, the lowest first; none for glyphs of one colour.
+/// The layers of a glyph, lowest first; empty for glyphs of one colour.
 [[nodiscard]] ORV_PLATFORM_EXPORT std::vector<ORVGlyphLayer> ORVFindGlyphLayers(const ORVFontFace& face,
                                                                                 std::uint32_t glyph);

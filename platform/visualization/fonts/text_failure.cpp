@@ -7,7 +7,7 @@
 
 namespace {
 
-// Plain bytes: a variable of a thread that has a destructor needs memory.
+// A plain array, because a thread_local variable with a destructor would allocate memory.
 constinit thread_local std::array<char, 1024> text{};
 constinit thread_local std::size_t length = 0;
 

@@ -25,14 +25,14 @@ constexpr std::size_t kBytesAPixel = 4;
 thread_local bool memorySpent = false;
 
 std::uint8_t* AllocatePixels(std::size_t width, std::size_t height) {
-    // calloc hands out large blocks untouched: they cost memory as they are written.
+    // calloc returns large blocks untouched; pages are allocated as they are written.
     return static_cast<std::uint8_t*>(std::calloc(height, width * kBytesAPixel));
 }
 
 /// Closes a file descriptor at the end of its scope.
 class File {
 public:
-    // Without O_NONBLOCK a pipe would wait for a writer before one could see that it is no file.
+    // O_NONBLOCK, so that opening a pipe does not wait for a writer.
     explicit File(const char* path) : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -40,7 +40,8 @@ public:
         if (descriptor_ >= 0) ::close(descriptor_);
     }
 
-    /// All bytes of a regular file. @return false when it is none, larger than `limit` or cannot be read
+    /// Reads all bytes of a regular file. @return false when it is not one, is larger than `limit` or cannot
+    /// be read
     bool ReadAll(std::uint64_t limit, std::vector<std::uint8_t>& bytes) const {
         struct stat status = {};
         if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return false;
@@ -51,7 +52,7 @@ public:
         while (filled < bytes.size()) {
             const ssize_t count = ::read(descriptor_, bytes.data() + filled, bytes.size() - filled);
             if (count < 0) return false;
-            if (count == 0) break;  // it has become shorter; the readers find out what that means
+            if (count == 0) break;  // the file has been truncated meanwhile; the readers will detect it
             filled += static_cast<std::size_t>(count);
         }
         bytes.resize(filled);
@@ -92,7 +93,8 @@ std::uint64_t ORVPixelImage::GetPixelLimit() { return ORVPrintLimits::Get(ORVPri
 ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colours*/, int /*flags*/) {
     ORVPixelImageBuilder::BeginReading();
     try {
-        // The largest honest file is a bitmap of four bytes a pixel with its headers; allow as much again.
+        // Header allowance. The largest valid file is a bitmap of four bytes per pixel; twice that is
+        // accepted.
         constexpr std::uint64_t kFileOverhead = std::uint64_t{64} << 20;
         const std::uint64_t limit = GetPixelLimit();
         const std::uint64_t byteLimit = limit > (std::uint64_t{1} << 56) ? limit : limit * 8 + kFileOverhead;
@@ -219,7 +221,7 @@ ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const
         try {
             const auto* first = static_cast<const std::uint8_t*>(bytes);
             image->file_.assign(first, first + size);
-        } catch (const std::exception&) {  // more so without giving back the pixels
+        } catch (const std::exception&) {  // out of memory: keep the pixels
             return NoteMemorySpent();
         }
         image->decoder_ = decoder;

@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t kFileHeaderSize = 14;
 constexpr std::size_t kCoreHeaderSize = 12, kInfoHeaderSize = 40, kOs2HeaderSize = 64;
 constexpr std::size_t kColourMasksHeaderSize = 52,
-                      kAlphaMaskHeaderSize = 56;  // headers with the masks inside
+                      kAlphaMaskHeaderSize = 56;  // headers that contain the masks
 
 enum Compression : std::uint32_t { kNone = 0, kRle8 = 1, kRle4 = 2, kBitFields = 3, kAlphaBitFields = 6 };
 
 using Colour = std::array<std::uint8_t, 4>;  // RGBA
 
-/// Little-endian numbers at an offset; what lies past the end reads as 0.
+/// Little-endian numbers at an offset. Reads beyond the end return 0.
 class Bytes {
 public:
     explicit Bytes(std::span<const std::uint8_t> all) : all_(all) {}
@@ -35,7 +35,7 @@ private:
     std::span<const std::uint8_t> all_;
 };
 
-/// A colour channel inside a pixel of 16 or 32 bits.
+/// A colour channel in a pixel of 16 or 32 bits.
 class Channel {
 public:
     Channel() = default;
@@ -44,7 +44,7 @@ public:
         for (std::uint32_t value = 0; value < 256 && value <= largest; ++value)
             eightBits_[value] =
                 static_cast<std::uint8_t>((value * 255 + largest / 2) / std::max(largest, 1u));
-        // Of a channel of more than eight bits the upper eight are taken.
+        // Only the upper eight bits of a wider channel are used.
         excess_ = std::max(0, static_cast<int>(std::bit_width(largest)) - 8);
     }
     bool IsPresent() const { return mask_ != 0; }
@@ -52,7 +52,7 @@ public:
         const std::uint32_t value = (pixel & mask_) >> shift_;
         return excess_ ? static_cast<std::uint8_t>(value >> excess_) : eightBits_[value & 255];
     }
-    /// True when the bits of the mask follow each other.
+    /// True when the bits of the mask are contiguous.
     bool IsSound() const { return std::has_single_bit((std::uint64_t{mask_} >> shift_) + 1); }
 
 private:
@@ -67,7 +67,7 @@ public:
 
     ORVPixelImage* Read() {
         if (!ReadHeader() || !ReadPalette() || !ReadMasks()) return nullptr;
-        // An offset into the headers is none: the pixels follow the tables.
+        // An offset that points into the headers is ignored: pixels follow the tables.
         if (pixelOffset_ < kFileHeaderSize + headerSize_) pixelOffset_ = endOfTables_;
         if (pixelOffset_ >= bytes_.Size()) return nullptr;
         const bool runLengths = compression_ == kRle4 || compression_ == kRle8;
@@ -105,7 +105,7 @@ private:
         return IsKnownCombination();
     }
 
-    /// Whether a profile follows the pixels, or stands in another file.
+    /// Whether the file has a colour profile, embedded or linked.
     bool HasProfile() const {
         constexpr std::size_t kHeaderWithColours = 108, kColourSpace = 70;
         constexpr std::uint32_t kEmbedded = 0x4D424544, kLinked = 0x4C494E4B;
@@ -114,7 +114,7 @@ private:
     }
 
     bool IsKnownCombination() const {
-        // In a header of this size the larger codes mean other things.
+        // In a header of this size, larger codes have other meanings.
         if (headerSize_ == kOs2HeaderSize && compression_ > kRle4) return false;
         switch (compression_) {
             case kNone:
@@ -135,7 +135,7 @@ private:
         std::size_t count = core ? 0 : bytes_.U32(46);
         if (count == 0) {
             count = most;
-            // Core files are often short of colours: the pixels begin where the table ends.
+            // Core files often have fewer colours than declared: the table ends where the pixels begin.
             if (core && pixelOffset_ > endOfTables_)
                 count = std::min(count, (pixelOffset_ - endOfTables_) / entrySize);
         }
@@ -217,7 +217,7 @@ private:
         }
     }
 
-    /// Writers that know no alpha leave its channel 0 throughout: such an image is opaque.
+    /// Writers without alpha support leave the channel 0 everywhere: such an image is opaque.
     void SettleAlpha() {
         unsigned int any = 0;
         for (std::size_t row = 0; row < height_ && !any; ++row)
@@ -231,7 +231,7 @@ private:
         }
     }
 
-    /// Run lengths: pairs of a count and what to repeat; a count of 0 escapes. Pixels that are skipped stay
+    /// Decodes run lengths: pairs of a count and a value; a count of 0 is an escape. Skipped pixels stay
     /// transparent.
     bool ReadRunLengths() {
         if (!builder_.SetSize(width_, height_)) return false;
@@ -258,7 +258,7 @@ private:
                     row += bytes_.U8(at + 1);
                     at += 2;
                     break;
-                default: {  // as many indices as they stand, padded to 16 bits
+                default: {  // literal indices, padded to 16 bits
                     const std::size_t used = bits_ == 8 ? value : (value + 1) / 2;
                     if (row >= height_ || bytes_.Size() - at < used) return false;
                     written += PutRun(row, column, value, [&](std::uint32_t i) {
@@ -269,7 +269,7 @@ private:
             }
             if (row > height_) return false;
         }
-        // Without its end mark a file is complete when its last row is.
+        // Without an end mark, a file is complete when its last row is.
         const bool lastRowFull = row >= height_ || (row + 1 == height_ && column == width_);
         if (!ended && !lastRowFull) return false;
         if (written < std::uint64_t{width_} * height_) {
@@ -280,13 +280,13 @@ private:
         return true;
     }
 
-    /// The i-th index that a byte of a run stands for: two alternate in a byte of 4 bit images.
+    /// The i-th index of a run: the two nibbles of the byte alternate in 4-bit images.
     std::uint32_t Index(std::uint32_t byte, std::uint32_t i) const {
         if (bits_ == 8) return byte;
         return i % 2 == 0 ? byte >> 4 : byte & 15;
     }
 
-    /// Writes a run as far as the row goes and moves on. @return number of pixels written
+    /// Writes a run up to the end of the row and advances. @return number of pixels written
     template <class IndexOf>
     std::size_t PutRun(std::size_t row, std::size_t& column, std::uint32_t count, IndexOf indexOf) const {
         const std::size_t fits = std::min<std::size_t>(count, width_ - column);
@@ -303,7 +303,7 @@ private:
 
     Bytes bytes_;
     std::size_t pixelOffset_ = 0, headerSize_ = 0;
-    std::size_t endOfTables_ = 0;  // where palette and masks end
+    std::size_t endOfTables_ = 0;  // end of palette and masks
     std::size_t width_ = 0, height_ = 0;
     bool topDown_ = false;
     unsigned int bits_ = 0;

@@ -6,10 +6,10 @@
 #include "platform/visualization/colours/colour_conversion.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// Profiles of more bytes are not read. Those of presses have two or three megabytes.
+/// Largest colour profile that is read, in bytes. Profiles of printing presses have two or three megabytes.
 inline constexpr std::size_t kLongestProfile = std::size_t{8} << 20U;
 
-/// What is to be remarked when a conversion was asked for.
+/// The remark for the status of a conversion.
 inline ORVImageRemark RemarkOn(ORVColourStatus status) {
     switch (status) {
         case ORVColourStatus::kBroken: return ORVImageRemark::kBrokenProfile;

@@ -20,11 +20,11 @@
 
 namespace {
 
-// A file of many tiny scans takes far more time than its size suggests; real ones have about ten.
+// Limits decoding time: a small file may contain many tiny scans; real files have about ten.
 constexpr int kMostScans = 500;
 constexpr JOCTET kEndOfImage[] = {0xFF, JPEG_EOI};
 
-/// One reading: libjpeg's object with our ways of feeding it and of leaving it.
+/// A decompression with libjpeg, with memory input and error handling by longjmp.
 class JpegReading {
 public:
     explicit JpegReading(std::span<const std::uint8_t> bytes) : bytes_(bytes) {
@@ -43,14 +43,14 @@ public:
         if (created_) jpeg_destroy_decompress(&jpeg_);
     }
 
-    /// Reads the file to its end and finds out whether it is sound. Writes size, resolution and `source`.
+    /// Decodes the file to its end to check that it is valid. Sets size, resolution and `source`.
     bool Check() {
         if (setjmp(jump_)) return false;
         if (!Open()) return false;
         if (!ORVPixelImageBuilder::IsAllowed(jpeg_.image_width, jpeg_.image_height)) return false;
         if (!DescribeSource()) return false;
 
-        // At an eighth of the size all data are decoded, but hardly any pixels computed.
+        // At an eighth of the size, all data are decoded but few pixels are computed.
         jpeg_.scale_num = 1;
         jpeg_.scale_denom = 8;
         jpeg_.do_fancy_upsampling = FALSE;
@@ -63,8 +63,8 @@ public:
         return true;
     }
 
-    /// Decodes to RGBA, turned.
-    /// @param conversion  from the file's colours; null when they are those of sRGB
+    /// Decodes to RGBA, with the orientation applied.
+    /// @param conversion  from the file's colours; null for sRGB
     bool Decode(const ORVJpegSource& source, const ORVColourConversion* conversion, std::uint8_t* rgba) {
         if (setjmp(jump_)) return false;
         if (!Open() || jpeg_.image_width != static_cast<JDIMENSION>(source.storedWidth) ||
@@ -84,8 +84,8 @@ public:
             while (jpeg_.output_scanline < jpeg_.output_height) read(rgba + jpeg_.output_scanline * rowBytes);
             return true;
         }
-        // Some rows at a time: where columns become rows, pixel after pixel would be a new line of the cache
-        // each.
+        // Several rows at a time: when columns become rows, writing single rows would touch a new cache line
+        // for every pixel.
         constexpr JDIMENSION kRows = 16;
         JSAMPARRAY rows =
             (*jpeg_.mem->alloc_sarray)(Common(), JPOOL_IMAGE, static_cast<JDIMENSION>(rowBytes), kRows);
@@ -111,7 +111,7 @@ public:
     std::vector<std::uint8_t> CopyFile() const {
         std::vector<std::uint8_t> file(bytes_.begin(),
                                        bytes_.begin() + static_cast<std::ptrdiff_t>(usedBytes_));
-        if (cutOff_) {  // the end mark is missing, wholly or by half
+        if (cutOff_) {  // the end marker is missing or incomplete
             if (!file.empty() && file.back() == kEndOfImage[0]) file.pop_back();
             file.insert(file.end(), std::begin(kEndOfImage), std::end(kEndOfImage));
         }
@@ -126,14 +126,14 @@ private:
     [[noreturn]] static void Leave(j_common_ptr jpeg) { std::longjmp(Of(jpeg).jump_, 1); }
 
     static void NoteMessage(j_common_ptr jpeg, int level) {
-        if (level >= 0) return;  // a remark
+        if (level >= 0) return;  // a trace message
         switch (jpeg->err->msg_code) {
             case JWRN_JPEG_EOF:           // see FeedEndOfImage
             case JWRN_EXTRANEOUS_DATA:    // surplus bytes between markers
-            case JWRN_ADOBE_XFORM:        // an unknown colour transform, taken as the usual one
+            case JWRN_ADOBE_XFORM:        // an unknown colour transform; the usual one is assumed
             case JWRN_JFIF_MAJOR:         // an unknown version of the header
-            case JWRN_NOT_SEQUENTIAL:     // idle parameters of the only scan
-            case JWRN_BOGUS_PROGRESSION:  // an unusual order of scans, which decodes all the same
+            case JWRN_NOT_SEQUENTIAL:     // irrelevant parameters of the only scan
+            case JWRN_BOGUS_PROGRESSION:  // an unusual order of scans, which can be decoded
                 return;
             default: Leave(jpeg);
         }
@@ -196,8 +196,8 @@ private:
         return jpeg_.output_width * static_cast<JDIMENSION>(jpeg_.output_components);
     }
 
-    /// True when no scan is missing, although the end mark is: a sequential file has them all once its last
-    /// row is there, a progressive one when every coefficient is known to its last bit.
+    /// True when all scans are present although the end marker is missing: for a sequential file, when its
+    /// last row has been decoded; for a progressive one, when all bits of every coefficient are known.
     bool IsComplete() const {
         if (!jpeg_.progressive_mode || !jpeg_.coef_bits) return true;
         for (int component = 0; component < jpeg_.num_components; ++component)
@@ -207,7 +207,7 @@ private:
     }
 
     static void TurnCmykToRgba(std::uint8_t* pixel, std::size_t rowBytes, bool inverted) {
-        const unsigned int flip = inverted ? 0 : 255;  // to amounts of light, not of ink
+        const unsigned int flip = inverted ? 0 : 255;  // converts amounts of ink to amounts of light
         for (const std::uint8_t* end = pixel + rowBytes; pixel != end; pixel += 4) {
             const unsigned int light = pixel[3] ^ flip;
             for (int channel = 0; channel < 3; ++channel)
@@ -216,12 +216,12 @@ private:
         }
     }
 
-    /// Copies rows of the file to where they are shown.
+    /// Copies rows of the file to their oriented positions.
     static void PlaceTurned(const ORVJpegSource& source, JSAMPARRAY rows, JDIMENSION first, JDIMENSION count,
                             std::uint8_t* rgba) {
         constexpr std::size_t kPixel = 4;
         const std::ptrdiff_t w = source.storedWidth, h = source.storedHeight;
-        // The place of the file's first pixel, and how far it is from one to the next in its row and in its
+        // Position of the file's first pixel, and the distances to the next pixel in its row and in its
         // column.
         struct Way {
             std::ptrdiff_t start, right, down;
@@ -242,7 +242,7 @@ private:
     std::span<const std::uint8_t> bytes_;
     std::size_t usedBytes_ = 0;
     bool created_ = false;
-    bool cutOff_ = false;  // the bytes ended before the end mark
+    bool cutOff_ = false;  // the data ended before the end marker
     std::jmp_buf jump_ = {};
     jpeg_decompress_struct jpeg_ = {};
     jpeg_error_mgr errors_ = {};

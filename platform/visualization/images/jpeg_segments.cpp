@@ -22,14 +22,14 @@ enum Marker : std::uint8_t {
     kApp2 = 0xE2,
 };
 
-// Names of segments, with the 0 that ends them.
+// Segment identifiers, including the terminating zeros.
 constexpr std::string_view kExif("Exif\0\0", 6), kProfile("ICC_PROFILE\0", 12);
 
 bool StartsWith(Bytes bytes, std::string_view name) {
     return bytes.size() >= name.size() && std::memcmp(bytes.data(), name.data(), name.size()) == 0;
 }
 
-/// Numbers of a TIFF structure. What lies past the end reads as 0.
+/// Numbers in a TIFF structure. Reads beyond the end return 0.
 class TiffNumbers {
 public:
     explicit TiffNumbers(Bytes bytes) : bytes_(bytes), isLittle_(StartsWith(bytes, "II")) {}
@@ -48,7 +48,7 @@ private:
     bool isLittle_;
 };
 
-/// Gathers the pieces of a profile, each of which has its number, from 1, and that of all pieces in front.
+/// Collects the segments of a profile. Each starts with its number, from 1, and the total number.
 class ProfilePieces {
 public:
     void Add(Bytes segment) {
@@ -79,13 +79,13 @@ private:
     bool isBroken_ = false;
 };
 
-/// Calls `take` with each segment's marker and content, up to the first scan.
+/// Calls `take` with the marker and content of each segment up to the first scan.
 template <class Take>
 void ForEachSegment(Bytes file, Take take) {
     std::size_t at = 0;
     while (at + 2 <= file.size() && file[at] == 0xFF) {
         const std::uint8_t marker = file[at + 1];
-        if (marker == 0xFF) {  // more of these may stand before a marker
+        if (marker == 0xFF) {  // fill bytes may precede a marker
             ++at;
             continue;
         }
@@ -93,7 +93,8 @@ void ForEachSegment(Bytes file, Take take) {
         if (marker == kStartOfScan || marker == kEndOfImage) return;
         if (marker == kTemporary || (marker >= kFirstRestart && marker <= kStartOfImage)) continue;
         if (at + 2 > file.size()) return;
-        const std::size_t length = std::size_t{file[at]} << 8U | file[at + 1];  // counts itself
+        const std::size_t length = std::size_t{file[at]} << 8U | file[at + 1];  // includes the length field
+                                                                                // itself
         if (length < 2 || length > file.size() - at) return;
         take(marker, file.subspan(at + 2, length - 2));
         at += length;

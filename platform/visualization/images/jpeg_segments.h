@@ -5,19 +5,18 @@
 #include <span>
 #include <vector>
 
-/// What the segments before the first scan of a JPEG file say of its pixels.
+/// Metadata from the segments before the first scan of a JPEG file.
 struct JpegSegments {
-    /// As Exif counts them: 1 for pixels that lie as they are shown, up to 8.
+    /// Exif orientation: 1 (upright) to 8.
     int orientation = 1;
-    /// The ICC profile, of all its pieces; empty when there is none.
+    /// The ICC profile, joined from all its segments; empty when there is none.
     std::vector<std::uint8_t> profile;
-    /// A piece of the profile is missing, there twice, or all are too long.
+    /// A segment of the profile is missing or duplicated, or the profile is too long.
     bool isProfileBroken = false;
 };
 
-/// Reads them. Bytes that are no JPEG give what stood before them. Throws std::bad_alloc.
+/// Reads the segments, up to the first bytes that are not valid JPEG. Throws std::bad_alloc.
 JpegSegments ReadJpegSegments(std::span<const std::uint8_t> file);
 
-/// The orientation that data in the form of Exif (a TIFF header, then directories) name; 1 when they name
-/// none.
+/// The orientation in Exif data (a TIFF header and directories); 1 when there is none.
 int ReadExifOrientation(std::span<const std::uint8_t> exif);

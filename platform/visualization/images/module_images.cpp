@@ -46,7 +46,7 @@ ORVPixelImage* Decode(const void* bytes, std::size_t size) {
             case ModuleImageStatus::kMemorySpent: break;
             case ModuleImageStatus::kUnreadable: return nullptr;
         }
-    } catch (const std::exception&) {  // no memory, either
+    } catch (const std::exception&) {  // out of memory
     }
     return ORVPixelImageBuilder::NoteMemorySpent();
 }

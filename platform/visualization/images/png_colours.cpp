@@ -25,7 +25,7 @@ std::uint32_t Number(Bytes bytes, std::size_t at) {
            std::uint32_t{bytes[at + 2]} << 8U | bytes[at + 3];
 }
 
-/// The chunks of interest, as they stand in the file.
+/// The relevant chunks of the file.
 struct Chunks {
     Bytes profile, srgb, gamma, chromaticities, codePoints, exif;
     bool hasDamagedProfile = false;
@@ -61,7 +61,7 @@ Chunks FindChunks(Bytes file) {
     return chunks;
 }
 
-/// Unpacks a profile. @return false when it is none, or too long
+/// Decompresses a profile. @return false when it is invalid or too long
 bool Inflate(Bytes packed, std::vector<std::uint8_t>& out) {
     z_stream stream{};
     if (inflateInit(&stream) != Z_OK) throw std::bad_alloc();
@@ -69,7 +69,7 @@ bool Inflate(Bytes packed, std::vector<std::uint8_t>& out) {
         z_stream& stream;
         ~End() { inflateEnd(&stream); }
     } const end{stream};
-    stream.next_in = const_cast<Bytef*>(packed.data());  // is read only
+    stream.next_in = const_cast<Bytef*>(packed.data());  // only read
     stream.avail_in = static_cast<uInt>(packed.size());
     constexpr std::size_t kPiece = std::size_t{64} << 10U;
     int status = Z_OK;
@@ -85,7 +85,7 @@ bool Inflate(Bytes packed, std::vector<std::uint8_t>& out) {
     return status == Z_STREAM_END && out.size() <= kLongestProfile;
 }
 
-/// A profile stands behind its name, a 0 and the method of packing, which is 0.
+/// The chunk contains a name, a 0, the compression method (0) and the profile.
 bool ReadProfile(Bytes chunk, std::vector<std::uint8_t>& profile) {
     constexpr std::size_t kLongestName = 79;
     const auto nameEnd =
@@ -96,10 +96,10 @@ bool ReadProfile(Bytes chunk, std::vector<std::uint8_t>& profile) {
     return Inflate(chunk.subspan(start), profile) && !profile.empty();
 }
 
-// Numbers of colours are stored times this.
+// Scale of stored colour values.
 constexpr double kUnit = 100'000.0;
 
-/// True for what writers take for sRGB: 1/2.2, give or take what nobody sees.
+/// True for the value that writers use for sRGB: 1/2.2, within an invisible tolerance.
 bool IsUsualGamma(double gamma) { return std::fabs(gamma * 2.2 - 1.0) < 0.05; }
 
 bool AreUsual(const std::array<double, 8>& chromaticities) {
@@ -108,9 +108,9 @@ bool AreUsual(const std::array<double, 8>& chromaticities) {
                       [](double a, double b) { return std::fabs(a - b) <= 0.01; });
 }
 
-/// Colours by numbers. @return false when they are as sRGB has them, or make no sense
+/// Reads gamma and chromaticities. @return false when they are those of sRGB or invalid
 bool ReadNumbers(const Chunks& chunks, bool isGrey, ORVColourDescription& description) {
-    // Light beyond these exponents is no picture.
+    // Exponents outside this range are not plausible.
     constexpr double kLeastGamma = 0.02, kGreatestGamma = 10.0;
     if (chunks.gamma.size() == 4) description.gamma = Number(chunks.gamma, 0) / kUnit;
     const bool hasGamma = description.gamma >= kLeastGamma && description.gamma <= kGreatestGamma;
@@ -121,7 +121,7 @@ bool ReadNumbers(const Chunks& chunks, bool isGrey, ORVColourDescription& descri
         hasChromaticities = true;
         for (std::size_t i = 0; i < at.size(); ++i) {
             at[i] = Number(chunks.chromaticities, 4 * i) / kUnit;
-            // Some primaries are no colours of light, but none lie far from those.
+            // Some primaries are imaginary colours, but not far outside these bounds.
             if (at[i] > 1.5 || (i == 1 && at[i] < 0.01)) hasChromaticities = false;
         }
         if (hasChromaticities && AreUsual(at)) hasChromaticities = false;
@@ -132,7 +132,7 @@ bool ReadNumbers(const Chunks& chunks, bool isGrey, ORVColourDescription& descri
     return !hasUsualGamma || hasChromaticities;
 }
 
-/// Whether the code points of H.273 are those of sRGB.
+/// Whether H.273 code points are those of sRGB.
 bool AreSrgb(Bytes codePoints) {
     constexpr std::array<std::uint8_t, 4> kSrgb{1, 13, 0, 1};
     return std::equal(codePoints.begin(), codePoints.end(), kSrgb.begin(), kSrgb.end());

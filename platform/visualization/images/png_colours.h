@@ -8,16 +8,16 @@
 #include "platform/visualization/colours/colour_conversion.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// What the chunks before the pixels of a PNG file say of their colours.
+/// Colour description from the chunks before the image data of a PNG file.
 struct PngColours {
-    /// Something is said, and it is not sRGB for sure. The description refers to `profile`.
+    /// There is a description, and it is not known to be sRGB. `description` refers to `profile`.
     bool isDescribed = false;
     ORVColourDescription description;
     std::vector<std::uint8_t> profile;
     ORVImageRemark remark = ORVImageRemark::kNone;
 };
 
-/// Reads them. Chunks that are damaged count as absent, a damaged profile with a remark. Throws
+/// Reads the colour description. Damaged chunks are ignored; a damaged profile is also remarked on. Throws
 /// std::bad_alloc.
-/// @param isGrey  whether the pixels are greys
+/// @param isGrey  whether the image is greyscale
 PngColours ReadPngColours(std::span<const std::uint8_t> file, bool isGrey);

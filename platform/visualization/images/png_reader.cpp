@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kSignatureSize = 8;
 
-/// The bytes that libpng has not taken yet.
+/// Input that libpng has not read yet.
 struct Input {
     const std::uint8_t* next = nullptr;
     std::size_t left = 0;
@@ -33,7 +33,7 @@ void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
 }
 
 [[noreturn]] void LeaveOnError(png_structp png, png_const_charp message) {
-    // The library tells its failures apart by their words only; the second is its decompressor's.
+    // libpng reports the kind of error only by message; the second one is zlib's.
     if (std::strcmp(message, "Out of memory") == 0 || std::strcmp(message, "insufficient memory") == 0)
         ORVPixelImageBuilder::NoteMemorySpent();
     png_longjmp(png, 1);
@@ -41,14 +41,14 @@ void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
 
 void IgnoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
 
-// Chunks that the library need not know. They are passed over, so that broken ones do no harm and large ones
-// cost nothing. Those of colours are read beside it.
+// Chunks that are skipped, so that damaged ones do no harm and large ones cost nothing. Colour chunks are
+// read separately.
 constexpr png_byte kIgnoredChunks[] =
     "bKGD\0cHRM\0eXIf\0gAMA\0hIST\0iCCP\0iTXt\0oFFs\0pCAL\0sBIT\0sCAL\0sPLT\0sRGB\0tEXt\0tIME\0zTXt";
 constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5;
 static_assert(sizeof kIgnoredChunks % 5 == 0);
 
-/// One reading. Its members outlive the jumps out of libpng; nothing with a destructor is made inside.
+/// A decoding. Members outlive libpng's longjmp; no local object with a destructor is created.
 class PngReading {
 public:
     explicit PngReading(std::span<const std::uint8_t> file) : file_(file), input_{file.data(), file.size()} {}
@@ -87,7 +87,7 @@ private:
             return false;
         for (int pass = 0; pass < passes; ++pass)
             for (png_uint_32 row = 0; row < height; ++row) png_read_row(png_, builder_.GetRow(row), nullptr);
-        // What follows the last row is not looked at: texts, the end mark and surplus bytes.
+        // Anything after the last row is ignored: texts, the end marker and trailing bytes.
         for (png_uint_32 row = 0; hasAlpha && row < height; ++row) builder_.NoteAlpha(row);
         return true;
     }
@@ -107,13 +107,13 @@ private:
                 if (conversion) conversion->Convert(builder_.GetRow(0), pixels);
                 return true;
             }
-        } catch (const std::exception&) {  // no memory, either
+        } catch (const std::exception&) {  // out of memory
         }
         ORVPixelImageBuilder::NoteMemorySpent();
         return false;
     }
 
-    /// False when a file of `size` bytes cannot possibly hold the image that its header speaks of.
+    /// False when a file of `size` bytes cannot contain an image of the declared size.
     bool CanHold(std::size_t size, png_uint_32 width, png_uint_32 height) const {
         constexpr std::uint64_t kBestDeflateRatio = 1032;
         const std::uint64_t bits =

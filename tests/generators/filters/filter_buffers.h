@@ -12,9 +12,9 @@
 
 #include "generators/filters/filter_pixels.h"
 
-// Buffers with random content, and pixels as plain numbers for slow versions of what filters do.
+// Buffers with random content, and pixels as floating-point numbers for reference implementations of filters.
 
-// How tests name their rows.
+// Names of test rows.
 inline void PrintTo(const FilterBox& box, std::ostream* out) {
     *out << box.left << ',' << box.top << ' ' << box.width << 'x' << box.height;
 }
@@ -22,23 +22,23 @@ inline void PrintTo(FilterColours colours, std::ostream* out) {
     *out << (colours == FilterColours::kLinear ? "linear" : "sRGB");
 }
 
-/// Red, green, blue and opacity from 0 to 1, premultiplied unless said otherwise.
+/// Red, green, blue and opacity from 0 to 1; premultiplied unless stated otherwise.
 using PlainPixel = std::array<double, 4>;
 
-/// The pixel anywhere in the plane.
+/// The pixel at any point of the plane; transparent outside the buffer.
 inline PlainPixel PlainAt(const FilterPixels& pixels, int x, int y) {
     if (!pixels.GetBox().Contains(x, y)) return {};
     PlainPixel plain;
     for (std::size_t i = 0; i < 4; ++i) plain[i] = pixels.At(x, y)[i] / 65535.0;
     return plain;
 }
-/// Without its opacity.
+/// The pixel with its colours not premultiplied.
 inline PlainPixel StraightAt(const FilterPixels& pixels, int x, int y) {
     PlainPixel plain = PlainAt(pixels, x, y);
     for (std::size_t i = 0; i < 3; ++i) plain[i] = plain[3] > 0.0 ? std::min(1.0, plain[i] / plain[3]) : 0.0;
     return plain;
 }
-/// Cut to what can be.
+/// Clamps to valid premultiplied values.
 inline PlainPixel Possible(PlainPixel plain) {
     plain[3] = std::clamp(plain[3], 0.0, 1.0);
     for (std::size_t i = 0; i < 3; ++i) plain[i] = std::clamp(plain[i], 0.0, plain[3]);
@@ -50,7 +50,8 @@ inline PlainPixel Premultiplied(PlainPixel straight) {
     return straight;
 }
 
-/// Pixels of all kinds, the same for the same number: transparent, opaque, between, black and full ones.
+/// Random pixels of all kinds, reproducible by `number`: transparent, opaque, translucent, black and
+/// saturated.
 inline FilterPixels RandomFilterPixels(const FilterBox& box, unsigned int number) {
     FilterPixels pixels(box);
     std::mt19937 random(number);
@@ -78,8 +79,8 @@ inline FilterPixels OnePixel(const PlainPixel& plain) {
     return pixels;
 }
 
-/// Holds all pixels of a buffer to those that `expected(x, y)` computes.
-/// @param tolerance  in parts of 65535
+/// Compares all pixels of a buffer with those computed by `expected(x, y)`.
+/// @param tolerance  in units of 1/65535
 template <class Expected>
 void ExpectPixels(const FilterPixels& pixels, const FilterBox& box, double tolerance, Expected expected) {
     ASSERT_EQ(pixels.GetBox(), box);
@@ -96,7 +97,7 @@ void ExpectPixels(const FilterPixels& pixels, const FilterBox& box, double toler
         }
 }
 
-/// Holds a buffer to another, bit by bit.
+/// Expects two buffers to be identical.
 inline void ExpectSame(const FilterPixels& pixels, const FilterPixels& other) {
     ExpectPixels(pixels, other.GetBox(), 0.0, [&](int x, int y) { return PlainAt(other, x, y); });
 }

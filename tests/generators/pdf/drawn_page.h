@@ -12,7 +12,7 @@
 
 #include "tests/generators/pdf/drawn_pdf.h"
 
-/// A colour of a page on white paper.
+/// A colour on a page, composited with white paper.
 struct PaperColour {
     int red = 0, green = 0, blue = 0;
     friend std::ostream& operator<<(std::ostream& out, const PaperColour& c) {
@@ -20,16 +20,16 @@ struct PaperColour {
     }
 };
 
-/// A point of a page (user units), and the colour that it must have.
+/// A point of a page, in user units, and its expected colour.
 struct PaperPoint {
     double x, y;
     PaperColour colour;
 };
 
-/// The only page of a document as a program draws it.
+/// The only page of a document, rendered by an external program.
 class DrawnPage {
 public:
-    /// @param command  writes the page as PPM, a pixel for each user unit
+    /// @param command  writes the page as PPM, one pixel per user unit
     DrawnPage(const DrawnPdf& document, const std::string& command) : name_(command.substr(0, 6)) {
         pixels_ = document.Run(command);
         std::istringstream head(pixels_);
@@ -59,7 +59,7 @@ private:
     std::size_t start_ = 0;
 };
 
-/// Checks colours of a document's only page, as two programs draw it.
+/// Checks colours of a document's only page, as rendered by two programs.
 inline void ExpectColours(const DrawnPdf& document, const std::vector<PaperPoint>& points,
                           int tolerance = 8) {
     for (const char* command : {"pdftoppm -r 90", "mutool draw -q -r 90 -F ppm -o - 2>/dev/null"}) {
@@ -75,7 +75,7 @@ inline void ExpectColours(const DrawnPdf& document, const std::vector<PaperPoint
     }
 }
 
-/// Draws a page by a routine that gets the generator.
+/// Draws a page with a function that receives the generator.
 template <class Draw>
 void DrawPage(DrawnPdf& document, Draw draw) {
     document.BeginPage();

@@ -16,7 +16,7 @@
 #include "tests/support/shell_run.h"
 #include "tests/support/test_texts.h"
 
-/// A document that a test draws, and other programs' view of it: qpdf and the tools of poppler.
+/// A document drawn by a test, examined with external tools.
 class DrawnPdf {
 public:
     explicit DrawnPdf(const char* title = "", std::optional<std::int64_t> creationTime = std::nullopt)
@@ -31,7 +31,7 @@ public:
         EXPECT_EQ(generator_.BeginPage(PageInfo(width, height, ++pages_)), 1);
     }
     void EndPage() { EXPECT_EQ(generator_.EndPage(), 1); }
-    /// Ends the document, which must be sound.
+    /// Ends the document and checks that it is valid.
     void Finish() {
         EXPECT_EQ(generator_.EndDocument(), 1);
         std::ofstream(path_, std::ios::binary) << output_.GetBytes();
@@ -40,17 +40,17 @@ public:
     }
 
     const std::string& Bytes() const { return output_.GetBytes(); }
-    /// What a command says of it.
-    /// @param command  the file's name is put behind it
+    /// Output of a command run on the document.
+    /// @param command  the file name is appended to it
     std::string Run(const std::string& command) const { return ShellRun(command + " " + Quoted()).text; }
     /// The document without compression.
     std::string Plain() const {
         return ShellRun("qpdf --qdf --object-streams=disable " + Quoted() + " -").text;
     }
     std::string Text() const { return ShellRun("pdftotext -layout " + Quoted() + " -").text; }
-    /// The only page as pixels, a user unit wide each: lines of three bytes a pixel behind a short head.
+    /// The only page as PPM, one pixel per user unit.
     std::string Pixels() const { return Run("pdftoppm -r 90"); }
-    /// An image or mask as it comes out of the document.
+    /// Extracts an image or mask from the document.
     ORVRef<ORVPixelImage> ExtractImage(int number = 0) const {
         const std::string root = folder_.PathOf("image");
         EXPECT_EQ(ShellRun("pdfimages -png " + Quoted() + " '" + root + "'").status, 0);

@@ -19,7 +19,7 @@
 #include "tests/support/scratch_folder.h"
 #include "tests/support/shell_run.h"
 
-/// A document that a test draws.
+/// A document drawn by a test.
 class PostScript {
 public:
     explicit PostScript(const char* format = "ps", const char* title = "")
@@ -33,14 +33,16 @@ public:
         EXPECT_EQ(Get().BeginPage(PageInfo(width, height, ++pages_)), 1) << GetError();
     }
     void EndPage() { EXPECT_EQ(Get().EndPage(), 1) << GetError(); }
-    /// Ends the document, which must run without complaint. @return all of it
+    /// Ends the document and checks that it runs without errors.
+    /// @return the whole document
     const std::string& Finish() {
         EXPECT_EQ(Get().EndDocument(), 1) << GetError();
         std::ofstream(path_, std::ios::binary) << output_.GetBytes();
         EXPECT_EQ(Interpret("-sDEVICE=nullpage"), "");
         return output_.GetBytes();
     }
-    /// Around what of each page is painted, as the interpreter sees it: left, bottom, right, top in points.
+    /// The bounding box of each page's content, as computed by the PostScript interpreter: left, bottom,
+    /// right, top in points.
     std::vector<std::array<double, 4>> Boxes() const {
         std::istringstream lines(Interpret("-sDEVICE=bbox"));
         std::vector<std::array<double, 4>> boxes;
@@ -52,7 +54,7 @@ public:
         }
         return boxes;
     }
-    /// Red, green and blue of the first page's pixels, at 90 dots an inch: one is a user unit.
+    /// The RGB pixels of the first page at 90 dots per inch, one per user unit.
     struct Pixels {
         std::size_t width = 0;
         std::string bytes;
@@ -74,7 +76,7 @@ public:
         Pixels pixels;
         std::string word;
         in >> word;
-        // Comments stand between the numbers.
+        // There are comments between the numbers.
         std::array<std::size_t, 3> numbers{};
         for (std::size_t i = 0; i < 3 && in; ++i)
             while (!(in >> numbers[i]) && !in.eof()) {
@@ -87,9 +89,9 @@ public:
         return pixels;
     }
     std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
-    /// The darkest grey of the pages.
+    /// The darkest grey of all pages.
     int Darkest() const {
-        // Three lines, then a byte for each dot.
+        // Three header lines, then one byte per pixel.
         std::string pixels = Interpret("-sDEVICE=pgmraw -r180 -dGraphicsAlphaBits=1 -sOutputFile=-");
         for (int line = 0; line < 4; ++line) pixels.erase(0, pixels.find('\n') + 1);
         int darkest = 255;
@@ -98,7 +100,7 @@ public:
     }
 
 private:
-    /// What the interpreter says of the document.
+    /// The interpreter's output for the document.
     std::string Interpret(const std::string& options) const {
         return ShellRun("gs -q -dSAFER -dBATCH -dNOPAUSE " + options + " '" + path_ + "'").text;
     }

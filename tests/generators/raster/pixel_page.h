@@ -10,7 +10,7 @@
 #include "generators/raster/ORVRasterGenerator.h"
 #include "tests/generators/drawing_calls.h"
 
-/// A sink that keeps the pixels of the last page as they come.
+/// Stores the pixels of the last page.
 class PixelSink final : public ORVBandSink {
 public:
     struct Pixels {
@@ -46,7 +46,7 @@ private:
     Pixels& pixels_;
 };
 
-/// One page that a test draws on, and its pixels. At 90 dots an inch, a user unit is a pixel.
+/// A page drawn by a test, and its pixels. At 90 dots per inch, one user unit is one pixel.
 class PixelPage {
 public:
     PixelPage(double width, double height, const ORVRasterOptions& options = {})
@@ -66,13 +66,13 @@ public:
                                 static_cast<std::size_t>(x) * 3;
         return static_cast<unsigned int>(p[0] << 16 | p[1] << 8 | p[2]);
     }
-    /// How dark the pixel is: 0 white, 255 black, by its red.
+    /// How dark the pixel is, from its red channel: 0 white, 255 black.
     int Ink(int x, int y) const {
         return 255 -
                pixels_
                    .bytes[static_cast<std::size_t>(y) * pixels_.rowBytes + static_cast<std::size_t>(x) * 3];
     }
-    /// Ink of all pixels, in pixels.
+    /// Sum of the ink of all pixels, where a black pixel counts 1.
     double TotalInk() const {
         double sum = 0.0;
         for (std::size_t i = 0; i < pixels_.bytes.size(); i += 3) sum += 255 - pixels_.bytes[i];

@@ -8,10 +8,10 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-// Colours of gradients as their definition has them, for a pixel at a time and without haste.
+// Reference implementation of gradient colours, one pixel at a time.
 
 struct PlainColour {
-    std::array<double, 3> rgb{};  // 0 to 1, not premultiplied
+    std::array<double, 3> rgb{};  // from 0 to 1, not premultiplied
     double opacity = 0.0;
 };
 
@@ -19,7 +19,7 @@ inline PlainColour PlainColourOf(const ORVPrintColour& colour) {
     return {{colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0}, colour.opacity / 255.0};
 }
 
-/// The colour at a place of a gradient.
+/// The colour at an offset of a gradient.
 inline PlainColour PlainColourAt(const ORVPrintGradient& gradient, double place) {
     if (gradient.spread == ORVPrintGradient::Spread::kRepeat) place -= std::floor(place);
     if (gradient.spread == ORVPrintGradient::Spread::kReflect) {
@@ -40,7 +40,7 @@ inline PlainColour PlainColourAt(const ORVPrintGradient& gradient, double place)
     }
 }
 
-/// The place of a gradient that is seen at a point of the page; none where nothing is painted.
+/// The offset of a gradient at a point of the page; empty if nothing is painted there.
 inline std::optional<double> PlainPlaceAt(const ORVPrintGradient& gradient, const ORVMathPoint2D& pagePoint) {
     const ORVMathAffine2D& m = gradient.toPage;
     const double x = pagePoint.x - m.dx, y = pagePoint.y - m.dy, area = m.m11 * m.m22 - m.m12 * m.m21;
@@ -49,7 +49,8 @@ inline std::optional<double> PlainPlaceAt(const ORVPrintGradient& gradient, cons
     const double dx = gradient.end.x - gradient.start.x, dy = gradient.end.y - gradient.start.y;
     if (gradient.kind == ORVPrintGradient::Kind::kLinear) return (px * dx + py * dy) / (dx * dx + dy * dy);
     const double r = gradient.startRadius, growth = gradient.endRadius - r;
-    // Circles (p - t d)^2 = (r + t growth)^2, of which the last with a radius counts.
+    // Solves (p - t d)^2 = (r + t growth)^2 for the circles through the point; the greatest t with a radius
+    // counts.
     const double a = dx * dx + dy * dy - growth * growth;
     const double b = px * dx + py * dy + r * growth, c = px * px + py * py - r * r;
     std::optional<double> best;

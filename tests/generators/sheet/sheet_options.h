@@ -6,7 +6,7 @@
 #include "generators/sheet/ORVSheetGenerator.h"
 #include "tests/generators/drawing_calls.h"
 
-/// A page of that size with a rectangle that fills it.
+/// Draws a page filled by a rectangle.
 inline void DrawFilledPage(ORVPrintGenerator& generator, double width, double height,
                            unsigned int number = 1) {
     ASSERT_EQ(generator.BeginPage(PageInfo(width, height, number)), 1);
@@ -14,7 +14,7 @@ inline void DrawFilledPage(ORVPrintGenerator& generator, double width, double he
     ASSERT_EQ(generator.EndPage(), 1);
 }
 
-/// Paper of that size with equal margins.
+/// Options for paper with equal margins.
 inline ORVSheetOptions OnPaper(double width, double height, double margin = 0.0) {
     ORVSheetOptions options;
     options.layout.paper = ORVPaperSize{width, height};
@@ -22,7 +22,7 @@ inline ORVSheetOptions OnPaper(double width, double height, double margin = 0.0)
     return options;
 }
 
-/// A poster of such sheets.
+/// Options for a poster of such sheets.
 inline ORVSheetOptions Poster(double width, double height, double margin, double overlap) {
     ORVSheetOptions options = OnPaper(width, height, margin);
     options.layout.isPoster = true;

@@ -10,7 +10,7 @@
 #include "platform/xml/ORVLightXml.h"
 #include "tests/generators/drawing_calls.h"
 
-/// A page that a test draws, and its text.
+/// A page drawn by a test, and the resulting text.
 class DrawnSvg {
 public:
     explicit DrawnSvg(double width = 90.0, double height = 90.0, const ORVPrintDocumentInfo& document = {}) {
@@ -21,7 +21,8 @@ public:
     DrawnSvg& operator=(const DrawnSvg&) = delete;
 
     ORVSvgGenerator& Get() { return generator_; }
-    /// Ends the page, which must be well-formed. @return all of it
+    /// Ends the page and checks that the document is well-formed.
+    /// @return the whole document
     std::string Finish() {
         EXPECT_EQ(generator_.EndPage(), 1);
         EXPECT_EQ(generator_.EndDocument(), 1);
@@ -30,7 +31,8 @@ public:
         EXPECT_EQ(ORVLightXmlParser().Parse({text.data(), text.size()}, root), 1) << text;
         return text;
     }
-    /// Ends the page. @return what stands between its head and its end
+    /// Ends the page.
+    /// @return the content of the "svg" element
     std::string Content() {
         const std::string text = Finish();
         const std::size_t start = text.find("\">\n") + 3;

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr double kPx = 96.0 / 90.0;  // in a user unit of the page
+constexpr double kPx = 96.0 / 90.0;  // px per user unit of the page
 
 std::string Number(double value) {
     char text[32];
@@ -184,7 +184,7 @@ std::string SketchContent(const std::string& content, bool takesTiles) {
         takesTiles);
     const std::string page = "page 100x100\n";
     if (!text.starts_with(page)) return text;
-    // Without the page, and its indentation.
+    // Removes the page and its indentation.
     std::string lines;
     for (std::size_t start = page.size(); start < text.size();) {
         const std::size_t end = text.find('\n', start);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The line that a square of 10 px with that fill gives.
+/// The expected line for a square of 10 px with this fill.
 std::string Filled(const std::string& colour) { return "0,0 10,10 fill " + colour + "\n"; }
 
 struct Row {

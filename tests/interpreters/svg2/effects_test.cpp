@@ -83,7 +83,7 @@ TEST(ClipTest, IsAnOutlineWhereItsShapesDoNotOverlap) {
     });
 }
 
-// The corner of a clip in box units shows the box of what it cuts.
+// With clip units of objectBoundingBox, the corner of the clip shows which box is used.
 TEST(ClipTest, BoxUnitsAreOfAllThatAnElementDraws) {
     const struct {
         const char *content, *box;
@@ -149,7 +149,7 @@ TEST(ClipTest, TakesShapesOfStyleSheets) {
 }
 
 TEST(ClipTest, CountsPercentagesOfTheViewport) {
-    // As outside of the clip: a box in units of the shape's box lies far beyond it then.
+    // As outside the clip: in units of the shape's bounding box, it would be far outside.
     EXPECT_EQ(SketchContent("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect x='50%' width='1' "
                             "height='1'/></clipPath><rect width='10' height='10' clip-path='url(#c)'/>"),
               "clip path 500,0 510,10\n  0,0 10,10 fill #000000\n");

@@ -9,7 +9,7 @@ namespace {
 
 using svg2::FilterFunction;
 
-/// The entries as kind, amount, deviation, shift, and colour.
+/// The entries as kind, amount, deviation, offset and colour.
 std::string Read(std::string_view text) {
     std::vector<FilterFunction> list;
     if (!svg2::ReadFilterList(text, {}, list)) return "unreadable";

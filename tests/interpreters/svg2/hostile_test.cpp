@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Small documents of standard SVG that ask for work without end, and large ones that must not be taken for
-// such. The limit of repeats is low: work that counts nowhere would take minutes.
+// Small standard SVG documents that demand unlimited work, and large ones that must not be mistaken for
+// these. The limit of repeats is low: uncounted work would take minutes.
 
 #include <algorithm>
 #include <ostream>
@@ -27,13 +27,13 @@ struct HostileCase {
 
 void PrintTo(const HostileCase& hostile, std::ostream* out) { *out << hostile.name; }
 
-/// A text with "^" for the "#" of references, which stands for numbers here.
+/// Replaces "^" with the "#" of references, since "#" stands for numbers here.
 std::string WithReferences(std::string text) {
     std::replace(text.begin(), text.end(), '^', '#');
     return text;
 }
 
-/// A text again and again: each "#" is the number of the time, each "@" the one after it.
+/// Repeats a text, replacing "#" with the number of the repetition and "@" with the next one.
 std::string Numbered(const std::string& text, int count) {
     std::string all;
     for (int i = 0; i < count; ++i) {

@@ -78,7 +78,7 @@ std::string Repeated(const std::string& text, int count) {
     return all;
 }
 
-// What a small document makes large ends in an answer. The sketch is not kept, so only the result counts.
+// Small documents with much content must return. The sketch is not kept; only the result matters.
 TEST(SVG2BombTest, UsesOfUsesEnd) {
     std::string content = "<defs><g id='g0'><rect width='1' height='1' visibility='hidden'/></g>";
     for (int i = 1; i < 12; ++i) {
@@ -110,7 +110,7 @@ TEST(SVG2BombTest, MarkersAndPatternsOfEachOtherEnd) {
 }
 
 TEST(SVG2BombTest, SelectorsThatSearchLongEnd) {
-    // Each of many elements asks all of its siblings, for many rules.
+    // Each of many elements is matched against all its siblings, for many rules.
     std::string rules;
     for (int i = 0; i < 300; ++i) rules += "a ~ *:nth-last-of-type(9999){fill:red}";
     const std::string content = "<style>" + rules + "</style>" + Repeated("<path/>", 20'000);

@@ -118,7 +118,7 @@ TEST(GradientTest, IsResolvedOnTheShape) {
     });
 }
 
-// A file of a hundred thousand dots would be large.
+// A file with a hundred thousand separate dots would be large.
 TEST(PatternTest, ManyPlainTilesAreLeftToGeneratorsThatRepeatThem) {
     const std::string rect = "<rect x='10' y='10' width='80' height='80' fill='url(#p)'/>";
     const auto pattern = [&](const std::string& attributes, const std::string& content) {
@@ -129,22 +129,22 @@ TEST(PatternTest, ManyPlainTilesAreLeftToGeneratorsThatRepeatThem) {
     EXPECT_EQ(SketchContent(pattern("width='2' height='2'", dot), true),
               "clip path 10,10 90,90\n  tiles 0,0 2,2 every 2,2 from 0,0 on 10,10 90,90\n"
               "    0,0 1,1 fill #000000\n");
-    // Lengths are those of the page, which formats round.
+    // Lengths are in page units, which formats round.
     EXPECT_EQ(SketchContent(pattern("x='.01' width='.02' height='.02' patternTransform='scale(100)'",
                                     "<rect width='.01' height='.01'/>"),
                             true),
               "clip path 10,10 90,90\n  tiles 1,0 3,2 every 2,2 from 0,0 on 10,10 90,90\n"
               "    1,0 2,1 fill #000000\n");
-    // Tiles are cut, whatever "overflow" says.
+    // Tiles are clipped, whatever "overflow" says.
     EXPECT_EQ(SketchContent(pattern("width='2' height='2' overflow='visible'", dot), true),
               SketchContent(pattern("width='2' height='2'", dot), true));
-    // A few are as sharp as all else, and others are not placed right by all viewers.
+    // A few tiles remain vector graphics, and other content is not placed correctly by all viewers.
     for (const std::string& other :
          {pattern("width='8' height='8'", dot),
           pattern("width='2' height='2'", "<g opacity='.5'>" + dot + "</g>"),
           pattern("width='2' height='2'", "<rect width='1' height='1' fill='url(#g)'/>") +
               "<linearGradient id='g'><stop/><stop offset='1' stop-color='red'/></linearGradient>",
-          // Viewers show gaps between the cells of patterns.
+          // Viewers show gaps between pattern cells.
           pattern("width='2' height='2'", "<rect width='2' height='1'/>"),
           pattern("width='2' height='2'", "<path d='M1 0v2' stroke='red' stroke-width='.5'/>"),
           pattern("width='2' height='2'", dot + "<rect x='1' y='1' width='1' height='1'/>")})
@@ -262,7 +262,7 @@ TEST(GradientTest, OfEqualCirclesHasTheLastColourOutside) {
 }
 
 TEST(MarkerTest, SegmentsWithoutLengthTakeTheNextDirection) {
-    // At the corner, where a segment without length follows, the marker stands half-way between both others.
+    // At a corner followed by a zero-length segment, the marker bisects the two other segments.
     EXPECT_EQ(SketchContent("<marker id='m' markerUnits='userSpaceOnUse' orient='auto' overflow='visible'>"
                             "<path d='M0 0h10v1'/></marker>"
                             "<path d='M0 0H50h0V50' fill='none' marker-mid='url(#m)'/>"),

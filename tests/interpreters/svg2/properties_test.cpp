@@ -24,7 +24,7 @@ void Put(std::ostream& out, const ColourValue& v) {
 
 void Put(std::ostream& out, const Length& l) { out << l.px << '+' << l.percent << "% "; }
 
-/// All that a style says, as one text.
+/// All values of a style in one text.
 std::string Written(const Style& s) {
     std::ostringstream out;
     Put(out, s.colour);
@@ -55,11 +55,12 @@ std::string Written(const Style& s) {
 }
 
 struct Row {
-    const char *name, *value, *other;  // the last is no value of the property; null where every text is one
+    // `other` is not a valid value of the property; null if every text is valid.
+    const char *name, *value, *other;
     bool isInherited;
 };
 
-// Values that are not the initial ones.
+// Values that differ from the initial ones.
 constexpr Row kRows[] = {
     {"alignment-baseline", "middle", "wavy", false},
     {"background-color", "red", "reddish", false},
@@ -155,7 +156,7 @@ TEST(PropertyTest, EachTakesTheGeneralWords) {
         Style style;
         ASSERT_TRUE(SetProperty(name, "Inherit", context, style)) << row.name;
         EXPECT_EQ(Written(style), Written(parent)) << row.name;
-        // That viewports clip unless told otherwise is no value to be set back to.
+        // The default clipping of viewports is not a value that can be reset.
         if (name == svg2::Name::kOverflow) continue;
         ASSERT_TRUE(SetProperty(name, "initial", context, style)) << row.name;
         EXPECT_EQ(Written(style), Written(initial)) << row.name;
@@ -200,7 +201,7 @@ TEST(PropertyTest, FontSetsWhatItNamesAndResetsTheRest) {
         EXPECT_EQ(style.fontWeight, font.weight) << font.text;
         EXPECT_EQ(style.isItalic, font.isItalic) << font.text;
         EXPECT_EQ(style.fontFamily, font.family) << font.text;
-        // As an attribute, there is no such property.
+        // There is no presentation attribute of this name.
         EXPECT_FALSE(SetProperty(Name::kFont, font.text, {initial, {}, true}, style)) << font.text;
     }
 }

@@ -53,7 +53,7 @@ TEST(StructureTest, NamespacesCountAndNotPrefixes) {
     EXPECT_EQ(SketchCalls("<a:svg xmlns:a='http://www.w3.org/2000/svg' width='9' height='9'>"
                           "<a:rect width='1' height='1'/><rect width='2' height='2'/></a:svg>"),
               "page 9x9\n  0,0 1,1 fill #000000\n");
-    // A root without any namespace makes names without one SVG's.
+    // If the root has no namespace, names without one are SVG names.
     EXPECT_EQ(SketchCalls("<svg width='9' height='9'><rect width='1' height='1'/></svg>"),
               "page 9x9\n  0,0 1,1 fill #000000\n");
     EXPECT_EQ(SketchCalls("<svg xmlns='urn:other' width='9' height='9'/>"), "result -1\n");
@@ -109,7 +109,7 @@ TEST(StructureTest, InnerViewportsFitAndCut) {
     EXPECT_EQ(SketchContent("<svg x='10' y='20' width='40' height='20' viewBox='0 0 10 10'>"
                             "<rect width='10' height='10'/></svg>"),
               "clip 10,20 50,40\n  20,20 40,40 fill #000000\n");
-    // Inherited is the initial value, not that of a root, which cuts by itself.
+    // The initial value is inherited, not that of the root, which clips by itself.
     EXPECT_EQ(
         SketchContent("<svg width='4' height='4' overflow='inherit'><rect width='5' height='5'/></svg>"),
         "0,0 5,5 fill #000000\n");

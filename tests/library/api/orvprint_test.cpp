@@ -49,7 +49,7 @@ const std::string kTwoPages = "<set><svg width='90' height='45'><title>First &am
 
 class LibraryTest : public testing::Test {
 protected:
-    /// Opens a text; what follows are options.
+    /// Opens a text with options.
     int Open(const std::string& text, Pairs options = {}) {
         options.push_back(nullptr);
         return orvprint_open_bytes(document_.get(), text.data(), text.size(), options.data());
@@ -58,7 +58,7 @@ protected:
         options.push_back(nullptr);
         return orvprint_open_file(document_.get(), path.c_str(), options.data());
     }
-    /// The bytes that rendering gives; empty after a failure.
+    /// The output of rendering; empty after a failure.
     std::string Render(Pairs options) {
         options.push_back(nullptr);
         std::string bytes;
@@ -204,7 +204,7 @@ TEST_P(BadOptionTest, OfRenderingIsNamed) {
     EXPECT_EQ(result_, ORVPRINT_ERROR_USAGE);
     EXPECT_EQ(orvprint_error(Get()), ORVPRINT_ERROR_USAGE);
     EXPECT_THAT(Error(), HasSubstr(GetParam().error));
-    EXPECT_NE(Render({"format", "pdf"}), "");  // nothing of it stays
+    EXPECT_NE(Render({"format", "pdf"}), "");  // no state is left behind
     EXPECT_EQ(Error(), "");
 }
 
@@ -433,7 +433,7 @@ TEST_F(LibraryTest, ModelsComeAsJson) {
     orvprint_free_text(json);
     ASSERT_EQ(Open(kTwoPages, {"qvxml", "true"}), ORVPRINT_OK);
     ASSERT_EQ(orvprint_dump(Get(), &json), ORVPRINT_OK);
-    EXPECT_EQ(nlohmann::json::parse(json).size(), 2U);  // a drawing each
+    EXPECT_EQ(nlohmann::json::parse(json).size(), 2U);  // one object per drawing
     orvprint_free_text(json);
     ASSERT_EQ(Open(DrawingOf(kRectangle), {"interpreter", "svg2"}), ORVPRINT_OK);
     ASSERT_EQ(orvprint_dump(Get(), &json), ORVPRINT_OK);

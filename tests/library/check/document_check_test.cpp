@@ -248,7 +248,7 @@ TEST(DocumentCheckTest, TellsWhereAndWhat) {
     EXPECT_EQ(finding.message, "'em' is not a unit: read as 2");
 }
 
-// What is passed over counts as well, or all lines behind it would be wrong.
+// Skipped elements must be counted, or all following positions would be wrong.
 TEST(DocumentCheckTest, CountsTheElementsItPassesOver) {
     const Findings findings = CheckText(
         "<svg width='9' height='9'>\n<metadata><a><b/></a><c/></metadata>\n<rect><title>t</title></rect>\n"
@@ -276,7 +276,7 @@ TEST(DocumentCheckTest, FragmentsHaveNoHeightToBePartOf) {
         "percentage-of-nothing");
 }
 
-// Of each attribute, whether a percentage of it is one of the height.
+// For each attribute, whether its percentage refers to the height.
 TEST(DocumentCheckTest, FragmentsHaveNoPercentagesOfTheirHeight) {
     struct Row {
         const char *element, *attribute;
@@ -346,7 +346,7 @@ TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
     EXPECT_EQ(findings.GetForeignCount(), 3U);
 }
 
-// Two pixels by two: less than two parts in a hundred is not seen.
+// An image of two by two pixels: differences below 2 % are invisible.
 TEST(DocumentCheckTest, PicturesOfAnotherShapeAreStretched) {
     const ScratchFolder folder;
     std::ofstream(folder.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);
@@ -366,7 +366,7 @@ TEST(CheckPageSizeTest, TellsBothSizes) {
     ASSERT_EQ(findings.GetKept().size(), 1U);
     EXPECT_EQ(findings.GetKept()[0].message,
               "the page is 254.0 x 127.0 mm, not 210.0 x 297.0 mm of width and height");
-    // A difference that nobody sees is none.
+    // Invisible differences are not reported.
     EXPECT_EQ(KindsOf(CheckText("<svg width='900' height='450' viewBox='0 0 900.01 450'/>")), "");
     EXPECT_EQ(KindsOf(CheckText("<svg width='900' height='500' viewBox='0 0 900 450'/>")),
               "view-box-not-scaled");

@@ -10,8 +10,8 @@
 #include "tests/support/built_model.h"
 #include "tests/support/named_rows.h"
 
-// What the check says of paint is what comes of it: it finds something exactly where a shape is not filled or
-// stroked as SVG has it.
+// The check of paint must match the output: it reports a finding exactly if a shape is filled or stroked
+// differently from SVG.
 
 namespace {
 
@@ -34,7 +34,7 @@ Painted PaintedAs(const std::string& content) {
 
 struct ShapeCase {
     const char* name;
-    const char* element;  // its attributes follow
+    const char* element;  // attributes are appended
     bool hasInside;
 };
 class DrawnTest : public testing::TestWithParam<ShapeCase> {};

@@ -10,7 +10,7 @@
 #include "platform/xml/vocabulary.h"
 #include "tests/library/check/checked.h"
 
-// The interpreter and the check know the same names.
+// The interpreter and the check must know the same names.
 
 namespace {
 
@@ -48,7 +48,7 @@ TEST(DriftTest, APropertyIsUnknownExactlyIfTheInterpreterDoesNotKnowIt) {
     EXPECT_TRUE(Finds("<g style='fil:1'/>", FindingCode::kUnknownProperty));
 }
 
-// A property without effect is told of, unless its value says nothing or it shows on no paper.
+// A property without effect is reported unless its value makes no difference or it is irrelevant on paper.
 TEST(DriftTest, APropertyIsIgnoredExactlyIfItIsNotApplied) {
     for (const PropertyRow& row : GetProperties()) {
         const std::string name(row.name);
@@ -63,7 +63,7 @@ TEST(DriftTest, APropertyIsIgnoredExactlyIfItIsNotApplied) {
     }
 }
 
-// The attributes that an element has for nothing, and only they, are told of.
+// Exactly the attributes without effect are reported.
 TEST(DriftTest, AnAttributeIsWithoutEffectOnlyWhereTheInterpreterHasNone) {
     for (auto element = ElementName::kA; element <= ElementName::kUse;
          element = static_cast<ElementName>(static_cast<unsigned>(element) + 1)) {

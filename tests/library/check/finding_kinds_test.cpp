@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Every kind of finding: the least that has it, and the same as it should be.
+// For every kind of finding, a minimal document that has it and a corrected version.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 using enum FindingCode;
 
-// A kind of finding: the least that has it, and the same as it should be.
+// A kind of finding, a minimal document that has it, and a corrected version.
 struct KindCase {
     FindingCode code;
     const char* wrong;
@@ -29,7 +29,7 @@ struct KindCase {
     }
 };
 
-// With "<svg" first a whole document, else the content of a drawing.
+// A whole document if it starts with "<svg", else the content of a drawing.
 const KindCase kKindCases[] = {
     {kUnknownElement, "<blink/>", "<g/>"},
     {kPrefixedElement, "<s:rect xmlns:s='http://www.w3.org/2000/svg'/>", "<s:rect xmlns:s='urn:editor'/>"},
@@ -219,7 +219,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, KindTest, testing::ValuesIn(kKindCases), [](cons
 TEST(FindingKindsTest, EveryKindHasACase) {
     std::set<FindingCode> codes;
     for (const KindCase& row : kKindCases) codes.insert(row.code);
-    // Whether text can be set is a matter of the machine: tests/apps/fonts_test.cpp.
+    // Whether text can be set depends on the machine: see tests/apps/fonts_test.cpp.
     for (const FindingKind& kind : GetFindingKinds())
         EXPECT_TRUE(codes.contains(kind.code) || kind.code == kTextCannotBeSet) << kind.name;
 }

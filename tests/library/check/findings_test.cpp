@@ -50,7 +50,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ExcerptCase{"", ""}, ExcerptCase{"a\n\tb\x7F", "a\n\tb\x7F"},
                     ExcerptCase{std::string(60, 'x'), std::string(60, 'x')},
                     ExcerptCase{std::string(61, 'x'), std::string(60, 'x') + "..."},
-                    // A character is kept whole or not at all.
+                    // Characters are never split.
                     ExcerptCase{std::string(59, 'x') + "\xC3\xA4y", std::string(59, 'x') + "..."},
                     ExcerptCase{std::string(58, 'x') + "\xC3\xA4y", std::string(58, 'x') + "\xC3\xA4..."}));
 

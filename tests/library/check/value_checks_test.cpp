@@ -15,7 +15,7 @@ enum class Reader { kLength, kPosition, kViewBox, kPoints, kOpacity, kDashes, kP
 struct ValueCase {
     Reader reader;
     const char* value;
-    const char* message;  // empty: nothing wrong
+    const char* message;  // empty for a valid value
 
     friend std::ostream& operator<<(std::ostream& out, const ValueCase& row) { return out << row.value; }
 };
@@ -143,7 +143,7 @@ TEST(ValueChecksTest, ALineHas255DashesAtMost) {
     }
 }
 
-// Every property that is applied takes some value and no nonsense, so that none is passed over.
+// Every property that is applied accepts some value and rejects nonsense, so that none is forgotten.
 TEST(ValueChecksTest, PropertiesTakeNoNonsense) {
     ValueChecks checks;
     for (const PropertyRow& row : GetProperties()) {
@@ -167,7 +167,7 @@ TEST_P(PropertyCheckTest, KnowsWhatIsTaken) {
     ValueChecks checks;
     const PropertyRow* row = FindProperty(GetParam().property);
     ASSERT_NE(row, nullptr);
-    for (int time = 0; time < 2; ++time)  // the second answer is a kept one
+    for (int time = 0; time < 2; ++time)  // the second result is cached
         EXPECT_EQ(checks.CheckProperty(*row, GetParam().value, false).has_value(), GetParam().isWrong);
 }
 INSTANTIATE_TEST_SUITE_P(

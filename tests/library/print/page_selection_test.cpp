@@ -16,8 +16,8 @@ using Pages = std::vector<unsigned int>;
 struct SelectionCase {
     const char* name;
     const char* text;
-    Pages ofFour;    ///< of an input of four pages
-    Pages ofFourth;  ///< of a fourth page that is an input of its own
+    Pages ofFour;    ///< from an input of four pages
+    Pages ofFourth;  ///< from a separate input that is the fourth page
     unsigned int greatest;
     bool isSingle;
 };

@@ -14,13 +14,13 @@
 #include "tests/platform/print/recording_generator.h"
 #include "tests/platform/visualization/written_images.h"
 
-// A page of primitives, and what is drawn of it.
+// Draws a page of primitives.
 
 inline int DrawAll(OnePage& page, RecordingGenerator& generator, const ORVPrintParameters& parameters = {}) {
     return ORVPrintModelRender(page.GetModel(), &generator, parameters).Draw();
 }
 
-/// What is drawn of a page of 100 x 50 with these primitives.
+/// The drawing calls for a page of 100 x 50 with these primitives.
 inline std::vector<std::string> Drawn(std::initializer_list<ORVRef<ORVPrtGraphicPrimitiveElt>> primitives) {
     OnePage page;
     for (const auto& primitive : primitives) page.Add(primitive);

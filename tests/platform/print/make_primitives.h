@@ -11,7 +11,7 @@
 #include "platform/model/visit_primitive.h"
 #include "platform/system/ORVRef.h"
 
-// Short ways to make the primitives that tests draw.
+// Shortcuts for creating primitives.
 
 template <class Primitive>
 ORVRef<Primitive> Make() {
@@ -57,7 +57,7 @@ inline ORVRef<ORVPrtEllipticalArcElt> MakeArc(double x, double y, double horz, d
     return arc;
 }
 
-/// A container with children, each referenced by it.
+/// A container with children, to which it holds references.
 template <class Container>
 ORVRef<Container> MakeContainer(std::initializer_list<ORVRef<ORVPrtGraphicPrimitiveElt>> children) {
     auto container = Make<Container>();

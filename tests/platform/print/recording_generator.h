@@ -20,17 +20,17 @@ public:
     const std::vector<std::string>& GetLines() const { return lines_; }
     /// The lines of shapes, texts and images only.
     std::vector<std::string> GetDrawn() const;
-    /// All lines, one below the other.
+    /// All lines, separated by line breaks.
     std::string GetText() const;
     /// Makes every call from the `number`-th on (counted from 1) fail with -99.
     void FailAt(std::size_t number) { failAt_ = number; }
-    /// Takes symbols, which are numbered as they come; what is drawn within one is in its coordinates.
+    /// Accepts symbols, numbered in order of definition; their content is in their own coordinates.
     void TakeSymbols() { takesSymbols_ = true; }
-    /// Wants the identifiers of shapes, which stand at the ends of their lines.
+    /// Requests the identifiers of shapes, which are appended to their lines.
     void KeepIdentifiers() { keepsIdentifiers_ = true; }
-    /// Can do no more than this; all there is when not said.
+    /// Limits the powers; by default all are supported.
     void SetPowers(unsigned int powers) { powers_ = powers; }
-    /// How often a symbol was announced, taken or not.
+    /// How often a symbol was announced, accepted or not.
     std::size_t GetAnnouncementCount() const { return announcements_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;

@@ -9,7 +9,7 @@
 #include "platform/xml/plain_document.h"
 #include "platform/xml/xml_reader.h"
 
-/// Writes events down for comparison. Pieces of text that stand together count as one.
+/// Records events as text for comparison. Adjacent pieces of text are merged.
 class EventText final : public XmlEventSink {
 public:
     const std::string& Get() const { return text_; }
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    // Lengths before contents, so that different events never make the same text.
+    // Lengths precede contents, so that different events never produce the same text.
     static std::string Length(std::string_view content) { return std::to_string(content.size()) + ":"; }
     void Begin(char kind) {
         inText_ = false;
@@ -51,7 +51,7 @@ private:
     bool inText_ = false;
 };
 
-/// The document's events by the conforming parser; nothing when it is not well formed.
+/// The events of the conforming parser; empty if the document is not well-formed.
 inline std::optional<std::string> ConformingEvents(std::string_view document,
                                                    XmlEncoding encoding = XmlEncoding::kDeclared) {
     EventText events;
@@ -60,7 +60,7 @@ inline std::optional<std::string> ConformingEvents(std::string_view document,
     return events.Get();
 }
 
-/// Its events by the reader of plain documents; nothing when it refused the document.
+/// The events of the fast reader for plain documents; empty if it rejects the document.
 inline std::optional<std::string> PlainEvents(std::string_view document,
                                               XmlEncoding encoding = XmlEncoding::kDeclared) {
     EventText events;

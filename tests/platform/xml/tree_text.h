@@ -9,14 +9,14 @@
 #include "platform/xml/ORVDOMXml.h"
 #include "platform/xml/ORVLightXml.h"
 
-/// Writes an element and what is below it on one line, for comparison: name{attribute=value}'own
+/// Formats an element and its descendants in one line for comparison: name{attribute=value}'own
 /// text'(children).
-/// @param elementsOnly  leaves texts and comments out, so that trees of both parsers can be compared
+/// @param elementsOnly  omits texts and comments, so that trees of both parsers can be compared
 inline std::string TreeText(const ORVXmlNode* node, bool elementsOnly = true) {
     std::string out;
     if (!node) return out;
     struct Step {
-        const ORVXmlNode* node;  // null: a closing bracket
+        const ORVXmlNode* node;  // null for a closing bracket
     };
     std::vector<Step> pending{{node}};
     while (!pending.empty()) {

@@ -9,13 +9,14 @@
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD, kZeroWidthSpace = 0x200B;
-// Marks that are set with their letter. No writing system has more; Unicode's stream-safe texts have as many.
+// Largest number of marks shaped with their letter; the limit of Unicode's Stream-Safe Text Format. No
+// writing system needs more.
 constexpr std::uint32_t kMostMarks = 30;
 constexpr std::uint32_t kNoMark = 0xFFFFFFFF;
-// Nothing below stands for text that is read from right to left.
+// The first code point that can be part of right-to-left text.
 constexpr char32_t kFirstRightToLeft = 0x0590;
 
-/// Reads the code point that starts at `at` and moves on. Bytes that are not UTF-8 give one U+FFFD each.
+/// Reads the code point at `at` and advances. Invalid UTF-8 gives one U+FFFD per byte.
 char32_t TakeCodePoint(std::string_view text, std::size_t& at) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byte(at++);
@@ -39,14 +40,14 @@ char32_t TakeCodePoint(std::string_view text, std::size_t& at) {
 
 bool IsControl(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
-/// Characters that shape others and are not seen themselves; no font needs to have them.
+/// Characters that only affect the shaping of others; fonts need no glyph for them.
 bool IsInvisible(char32_t c) {
     return c == 0xAD || c == 0x34F || c == 0x61C || (c >= 0x200B && c <= 0x200F) ||
            (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || (c >= 0xFE00 && c <= 0xFE0F) ||
            c == 0xFEFF || (c >= 0xE0000 && c <= 0xE0FFF);
 }
 
-/// Spaces that are made of the font's own one where it has no glyph for them.
+/// Spaces that are synthesised from the font's space when it has no glyph for them.
 bool IsSpaceVariant(char32_t c) {
     return c == 0xA0 || (c >= 0x2000 && c <= 0x200A) || c == 0x202F || c == 0x205F;
 }
@@ -150,7 +151,7 @@ void Shaper::Trim() {
 
 void Shaper::FindLevels(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs) {
     text_.levels.assign(text_.characters.size(), 0);
-    // Glyphs that stand one below the other are in the order of reading.
+    // Vertical glyphs are in logical order.
     if (parts.size() == 1 && parts.front().font->isVertical) return;
     std::size_t first = 0;
     for (const ShapingParagraph& paragraph : paragraphs) {
@@ -171,14 +172,14 @@ void Shaper::FindLevels(std::size_t first, std::size_t end, bool isRightToLeft) 
     fribidi_get_bidi_types(text, count, text_.bidiTypes.data());
     fribidi_get_bracket_types(text, count, text_.bidiTypes.data(), text_.bracketTypes.data());
     FriBidiParType direction = isRightToLeft ? FRIBIDI_PAR_RTL : FRIBIDI_PAR_LTR;
-    // White space at the end of the line gets the line's own level here, too.
+    // White space at the end of the line gets the paragraph level.
     if (fribidi_get_par_embedding_levels_ex(text_.bidiTypes.data(), text_.bracketTypes.data(), count,
                                             &direction, text_.levels.data() + first) == 0)
         throw std::bad_alloc();
 }
 
-/// Characters that many scripts share take the script of what stands before them, at the start that of what
-/// follows.
+/// Characters common to many scripts take the script of the preceding character; at the start, of the
+/// following one.
 void Shaper::FindScripts() {
     text_.scripts.resize(text_.characters.size());
     hb_script_t current = HB_SCRIPT_COMMON;
@@ -212,8 +213,8 @@ const FileFace& Shaper::InstalledFaceFor(const FileFace& base, char32_t c) {
     return other ? *other : base;
 }
 
-/// A mark is drawn with the face of its base character. Where that has no such mark, a face for the mark
-/// takes both, if it can.
+/// A mark uses the face of its base character. If that face has no such mark, a face for the mark is used for
+/// both, if it has both.
 void Shaper::FindFaces(std::span<const ShapingPart> parts) {
     text_.faces.resize(text_.characters.size());
     text_.marksBefore.assign(text_.characters.size(), kNoMark);
@@ -244,7 +245,7 @@ void Shaper::FindFaces(std::span<const ShapingPart> parts) {
 
 void Shaper::TakeMarksFace(std::size_t clusterStart, std::size_t mark, const ShapingFont& font) {
     const FileFace& other = FaceFor(font, text_.characters[mark]);
-    // Clusters are short; of a run of hundreds of marks the first decide.
+    // Clusters are short; of a run of hundreds of marks, only the first determine the face.
     constexpr std::size_t kLongestCluster = 16;
     const std::size_t length = mark - clusterStart;
     if (length > kLongestCluster) return;
@@ -255,8 +256,8 @@ void Shaper::TakeMarksFace(std::size_t clusterStart, std::size_t mark, const Sha
         std::fill_n(text_.faces.begin() + static_cast<std::ptrdiff_t>(clusterStart), length + 1, &other);
 }
 
-/// Whether so many marks stand before this one that it begins a piece of its own: the shaper's time grows
-/// with the square of their number.
+/// Whether a mark starts a new piece because of the number of marks before it: HarfBuzz takes quadratic time
+/// in their number.
 bool Shaper::IsLongRun(std::size_t i) const {
     const std::uint32_t before = text_.marksBefore[i];
     return before != kNoMark && before > 0 && before % kMostMarks == 0;
@@ -293,10 +294,10 @@ void Shaper::ShapeItem(ShapedItem& item) {
     if (!font) return;
     item.face->PrepareFor(item.script, DirectionOf(item));
     hb_buffer_clear_contents(buffer_);
-    // What goes on with marks has its letter in the piece before.
+    // The letter of continued marks is in the previous piece, so no dotted circle is inserted.
     hb_buffer_set_flags(buffer_,
                         item.continues ? HB_BUFFER_FLAG_DO_NOT_INSERT_DOTTED_CIRCLE : HB_BUFFER_FLAG_DEFAULT);
-    // The whole text is given, so that letters join across the item's borders.
+    // The whole text is passed as context, so that letters join across items.
     hb_buffer_add_codepoints(buffer_, text_.characters.data(), static_cast<int>(text_.characters.size()),
                              static_cast<unsigned int>(item.first), static_cast<int>(item.end - item.first));
     hb_buffer_set_direction(buffer_, DirectionOf(item));
@@ -327,7 +328,7 @@ void Shaper::CollectGlyphs(ShapedItem& item, hb_font_t* font) {
     item.endGlyph = glyphs_.size();
 }
 
-/// Reverses, from the highest level down, every stretch of items of that level or a higher one.
+/// Reverses, from the highest level down, every run of items of that level or higher.
 void Shaper::OrderVisually() {
     constexpr int kLowestOdd = 1;
     for (auto start = items_.begin(); start != items_.end();) {

@@ -28,7 +28,8 @@ bool IsOpenType(std::string_view bytes) {
            bytes.starts_with("true") || bytes.starts_with("ttcf");
 }
 
-/// Whether what a file says that it unpacks to is within the limits. The library holds itself to it.
+/// Whether the uncompressed size declared in a file is within the limits. FreeType enforces the declared
+/// size.
 bool MayBeUnpacked(std::string_view bytes) {
     constexpr std::size_t kTotalSize = 16, kHeader = 44;  // of both formats
     if (bytes.size() < kHeader) return false;
@@ -37,7 +38,7 @@ bool MayBeUnpacked(std::string_view bytes) {
     return size <= limits.size && (size <= limits.freeSize || size / limits.ratio <= bytes.size());
 }
 
-/// Place and length of a table; empty where there is none, or not all of it.
+/// The bytes of a table; empty when it is missing or truncated.
 std::string_view TableOf(std::string_view file, std::string_view name) {
     constexpr std::size_t kHeader = 12, kRecord = 16, kPlace = 8, kLength = 12;
     for (std::size_t at = kHeader; at + kRecord <= file.size() && at < kHeader + 0xFFFF * kRecord;
@@ -50,8 +51,8 @@ std::string_view TableOf(std::string_view file, std::string_view name) {
     return {};
 }
 
-/// The library leaves the end of the last glyph of WOFF2 files counted from the start of the file: others
-/// take that for one beyond all glyphs, and the glyph for empty.
+/// FreeType's WOFF2 decoder stores the end of the last glyph relative to the start of the file. Other readers
+/// take that for an invalid offset and the glyph for empty.
 void MendLastGlyph(std::string& file) {
     constexpr std::size_t kLocationFormat = 50;
     const std::string_view head = TableOf(file, "head"), loca = TableOf(file, "loca");
@@ -68,12 +69,12 @@ void MendLastGlyph(std::string& file) {
         file[last + i] = static_cast<char>(stored >> 8U * (width - 1 - i) & 0xFFU);
 }
 
-/// The file that a WOFF file stands for; empty where it is damaged.
+/// The uncompressed font of a WOFF file; empty when it is damaged.
 std::string Unpacked(std::string_view bytes) {
     if (!MayBeUnpacked(bytes)) return {};
     const FreeTypeFace face = OpenFreeTypeFace(bytes, 0);
     if (!face) return {};
-    // The library reads such files as what they stand for, and table 0 is the whole of that.
+    // FreeType presents such files as uncompressed; table 0 is the whole file.
     FT_ULong size = 0;
     if (FT_Load_Sfnt_Table(face.get(), 0, 0, nullptr, &size) != 0) return {};
     std::string whole(size, '\0');

@@ -20,19 +20,19 @@ constexpr hb_tag_t kWidth = HB_TAG('w', 'd', 't', 'h');
 constexpr hb_tag_t kSlant = HB_TAG('s', 'l', 'n', 't');
 constexpr hb_tag_t kItalic = HB_TAG('i', 't', 'a', 'l');
 constexpr hb_tag_t kOpticalSize = HB_TAG('o', 'p', 's', 'z');
-// Of oblique letters, in degrees, against the clock as fonts count.
+// Angle of oblique letters, in degrees, counter-clockwise as in fonts.
 constexpr double kObliqueAngle = -14.0;
 
 bool HasAxis(const std::vector<hb_ot_var_axis_info_t>& axes, hb_tag_t tag) {
     return std::any_of(axes.begin(), axes.end(), [&](const auto& axis) { return axis.tag == tag; });
 }
 
-/// Settings of axes, as CSS lists them, one after the other.
+/// Parser of axis settings in CSS syntax.
 class Settings {
 public:
     explicit Settings(std::string_view text) : text_(text) {}
 
-    /// @return false after the last, and at the first that cannot be read
+    /// Reads the next setting. @return false at the end or at a syntax error
     bool Take(hb_tag_t& tag, double& value) {
         constexpr std::size_t kLetters = 4;
         Skip(" \t\r\n\f,");
@@ -55,7 +55,7 @@ private:
     std::string_view text_;
 };
 
-/// What the properties of a query say of an axis; `otherwise` where that is nothing.
+/// Value of an axis according to the properties of a query; `otherwise` when they do not specify it.
 double ValueFor(hb_tag_t axis, const ORVFontQuery& query, bool hasItalic, double otherwise) {
     switch (axis) {
         case kWeight: return query.weight;
@@ -104,7 +104,7 @@ std::string TextOf(const std::vector<hb_ot_var_axis_info_t>& axes, const std::ve
     return text;
 }
 
-/// All looks of faces that were asked for so far.
+/// All instances of variable fonts created so far.
 class VariedFaces {
 public:
     const FileFace& Find(const FileFace& base, FileFace::Description description,

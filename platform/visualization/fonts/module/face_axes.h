@@ -8,29 +8,29 @@
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/module/file_face.h"
 
-/// The axes of a font that varies; none for others.
+/// The axes of a variable font; empty for other fonts.
 std::vector<hb_ot_var_axis_info_t> AxesOf(hb_face_t* face);
-/// Sets a value for each axis.
+/// Sets the values of all axes.
 void ApplyAxes(hb_font_t* font, const std::vector<double>& values);
 
-/// A value for each axis, as a query asks for it. Those of a font that does not vary are none.
+/// Axis values for a query; `values` is empty for a font that is not variable.
 struct AxisValues {
     std::vector<double> values;
-    bool isSlanted = false;  ///< by one of the axes
+    bool isSlanted = false;  ///< slanted by one of the axes
     bool dependsOnSize = false;
-    bool isDefault = true;  ///< the face as it is
+    bool isDefault = true;  ///< the values are those of the default instance
 };
-/// @param description  of the face; out: of this look of it
+/// @param description  of the face; on return, of the instance
 AxisValues FindAxisValues(const FileFace& face, const ORVFontQuery& query,
                           FileFace::Description& description);
 
-/// How a query is met by a face that varies.
+/// The face of a variable font that matches a query.
 struct VariedFace {
     const FileFace* face = nullptr;  ///< never null; lives as long as the process
-    bool isSlanted = false;          ///< by one of its axes
+    bool isSlanted = false;          ///< slanted by one of its axes
     bool dependsOnSize = false;
 };
 
-/// The look of a face that a query asks for: the face itself where it does not vary. May be called from any
-/// thread. Throws FontFailure where there would be too many.
+/// Returns the instance of a face that matches a query, or the face itself if it is not variable.
+/// Thread-safe. Throws FontFailure when there would be too many instances.
 VariedFace VaryFace(const FileFace& face, const ORVFontQuery& query);

@@ -21,7 +21,7 @@ HbSubsetInput MakeInput(const std::vector<std::uint32_t>& glyphs) {
     HbSubsetInput input(hb_subset_input_create_or_fail());
     if (!input) return nullptr;
     for (const std::uint32_t glyph : glyphs) hb_set_add(hb_subset_input_glyph_set(input.get()), glyph);
-    // The document says itself what these say.
+    // These tables are redundant in a document.
     hb_set_t* const dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
     for (const char* tag : {"GSUB", "GPOS", "GDEF", "BASE", "kern", "name", "OS/2", "post", "cmap", "DSIG",
                             "STAT", "vhea", "vmtx", "VORG", "gasp", "hdmx", "VDMX", "LTSH", "meta", "MATH"})
@@ -30,7 +30,7 @@ HbSubsetInput MakeInput(const std::vector<std::uint32_t>& glyphs) {
     return input;
 }
 
-/// What is embedded varies no more.
+/// Makes the subset a fixed instance.
 void PinAxes(hb_subset_input_t* input, hb_face_t* face, const std::vector<double>& values) {
     const std::vector<hb_ot_var_axis_info_t> axes = AxesOf(face);
     for (std::size_t i = 0; i < axes.size(); ++i) {

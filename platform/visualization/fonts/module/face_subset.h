@@ -7,10 +7,10 @@
 
 #include "platform/visualization/fonts/module/file_face.h"
 
-/// A blob's bytes, with the blob. Throws std::bad_alloc.
+/// The bytes of a blob; they share ownership of it. Throws std::bad_alloc.
 ORVFontBytes BytesOf(HbBlob blob);
 
 /// See ORVFontFace::MakeSubset.
-/// @param axes  of a font that varies: a value for each axis, or none for the default
+/// @param axes  a value for each axis of a variable font; empty for the default instance
 ORVFontSubset SubsetOf(hb_face_t* face, const std::vector<double>& axes,
                        const std::vector<std::uint32_t>& glyphs, std::string_view table);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Each chain lists all fonts; a document that runs through thousands of fonts must not pile them up.
+// A chain lists all fonts, so the number of chains is limited for documents that use thousands of fonts.
 constexpr std::size_t kMostChains = 64;
 
 }  // namespace
@@ -24,7 +24,7 @@ const FileFace* FallbackFonts::Find(const FileFace& base, char32_t codePoint) {
     }
     auto& answers = chain->second.answers;
     if (const auto answer = answers.find(codePoint); answer != answers.end()) return answer->second;
-    // The description may promise what the file does not hold.
+    // The file may lack characters that its description lists.
     const auto& candidates = chain->second.candidates;
     const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& candidate) {
         return FcCharSetHasChar(candidate.characters, codePoint) && candidate.face->GetHarfBuzzFont() &&
@@ -56,7 +56,7 @@ std::vector<FallbackFonts::Candidate> FallbackFonts::SortedCandidates(const File
     for (int i = 0; i < sorted->nfont; ++i) {
         const FileFace* face = catalogue.FindFace(sorted->fonts[i]);
         FcCharSet* characters = nullptr;
-        // The set belongs to the configuration's own pattern, which stays.
+        // The character set belongs to the configuration's own pattern, which is kept.
         if (face && face != &base &&
             FcPatternGetCharSet(sorted->fonts[i], FC_CHARSET, 0, &characters) == FcResultMatch)
             candidates.push_back({characters, face});

@@ -10,14 +10,14 @@
 
 #include "platform/visualization/fonts/module/file_face.h"
 
-/// Finds fonts for characters that a text's own font has not, in fontconfig's order of likeness to that font.
-/// Every answer is kept. For one thread at a time.
+/// Finds fonts for characters that are missing in a text's font, in fontconfig's order of similarity to that
+/// font. Results are cached. For one thread at a time.
 class FallbackFonts {
 public:
-    /// Throws FontFailure or std::bad_alloc where fonts cannot be looked for.
-    /// @return the face to draw `codePoint` with in place of `base`, null when no installed font has it
+    /// Throws FontFailure or std::bad_alloc when fonts cannot be searched.
+    /// @return the face for `codePoint` in place of `base`; null when no installed font has the character
     const FileFace* Find(const FileFace& base, char32_t codePoint);
-    /// Likewise of fonts whose glyphs are images of several colours.
+    /// The same, for fonts whose glyphs are colour images.
     const FileFace* FindColoured(char32_t codePoint);
 
 private:
@@ -34,7 +34,7 @@ private:
     void ListColoured();
 
     std::unordered_map<const FileFace*, Chain> chains_;
-    std::vector<std::unique_ptr<const FileFace>> ownFaces_;  // that the catalogue does not list
+    std::vector<std::unique_ptr<const FileFace>> ownFaces_;  // faces that are not in the catalogue
     std::vector<Candidate> coloured_;
     bool isListed_ = false;
 };

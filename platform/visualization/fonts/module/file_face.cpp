@@ -16,7 +16,7 @@
 
 namespace {
 
-// FreeType asks for one thread at a time to open and close faces of a library object.
+// FreeType requires that faces of a library object are opened and closed by one thread at a time.
 std::mutex freeTypeMutex;
 
 FT_Library TheFreeType() {
@@ -33,8 +33,7 @@ void CloseFreeTypeFace(FT_Face face) {
     FT_Done_Face(face);
 }
 
-/// FreeType knows nothing of vertical text in these formats: glyphs stand below each other by the height of a
-/// line, centred.
+/// FreeType has no vertical metrics for these formats: glyphs are centred and spaced by the line height.
 hb_font_funcs_t* VerticalFunctions() {
     static hb_font_funcs_t* const functions = [] {
         hb_font_funcs_t* made = hb_font_funcs_create();
@@ -63,8 +62,8 @@ hb_font_funcs_t* VerticalFunctions() {
     return functions;
 }
 
-/// Where HarfBuzz's drawing calls go. A sink may throw when out of memory, but not through HarfBuzz: the
-/// rest of the glyph is then passed over.
+/// Context of HarfBuzz's drawing callbacks. A sink may throw when out of memory, but not through HarfBuzz:
+/// the exception is noted and the rest of the glyph is skipped.
 struct OutlineTarget {
     ORVGlyphOutlineSink& sink;
     double scale;
@@ -137,7 +136,7 @@ void SetAxes(FT_Face face, const std::vector<double>& values) {
     FT_Set_Var_Design_Coordinates(face, static_cast<FT_UInt>(fixed.size()), fixed.data());
 }
 
-/// What a question about a face that cannot be opened is answered with.
+/// Returns `otherwise` when the face cannot be opened.
 template <class Answer, class Question>
 Answer OrElse(Answer otherwise, Question ask) {
     try {
@@ -187,7 +186,7 @@ FT_Face FileFace::OpenFreeType() const {
     return face.release();
 }
 
-/// The face of a TrueType or OpenType file, null for other formats. The file stays as long as the face.
+/// Opens a TrueType or OpenType file; null for other formats. The file is kept as long as the face.
 HbFont FileFace::LoadOpenType() const {
     if (base_) {
         HbFont font(hb_font_create(hb_font_get_face(base_->GetHarfBuzzFont())));
@@ -198,12 +197,12 @@ HbFont FileFace::LoadOpenType() const {
     const HbBlob blob(hb_blob_create(bytes.data(), static_cast<unsigned int>(bytes.size()),
                                      HB_MEMORY_MODE_READONLY, nullptr, nullptr));
     const HbFace face(hb_face_create(blob.get(), GetFaceIndex()));
-    // The font's scale is the face's own grid.
+    // The font's scale is its design grid.
     return HbFont(hb_face_get_glyph_count(face.get()) > 0 ? hb_font_create(face.get()) : nullptr);
 }
 
-/// The face of a file of another format. It has a FreeType face to itself, since it relies on its size: one
-/// pixel is one unit of the font's own grid, and HarfBuzz counts in 64ths of a pixel.
+/// Opens a file of another format. Needs a FreeType face of its own, because it depends on its size: one
+/// pixel is one unit of the design grid, and HarfBuzz units are 1/64 pixel.
 HbFont FileFace::LoadOther() const {
     const FT_Face face = OpenFreeType();
     if (!face) return nullptr;
@@ -213,7 +212,7 @@ HbFont FileFace::LoadOther() const {
         const HbFont overFreeType(hb_ft_font_create_referenced(face));
         hb_ft_font_set_load_flags(overFreeType.get(), FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
         hb_font_make_immutable(overFreeType.get());
-        font.reset(hb_font_create_sub_font(overFreeType.get()));  // asks its parent for all but what follows
+        font.reset(hb_font_create_sub_font(overFreeType.get()));  // inherits all but the following
         hb_font_set_funcs(font.get(), VerticalFunctions(), nullptr, nullptr);
     }
     CloseFreeTypeFace(face);
@@ -224,7 +223,7 @@ void FileFace::LoadFont() const {
     File();
     MakeSureOfMemory();
     HbFont font = LoadOpenType();
-    if (!font && !GetFilePath().empty()) font = LoadOther();  // documents bring no other formats
+    if (!font && !GetFilePath().empty()) font = LoadOther();  // document fonts have no other formats
     if (!font) return;
     hb_font_make_immutable(font.get());
     int horizontalScale = 0, verticalScale = 0;
@@ -235,7 +234,7 @@ void FileFace::LoadFont() const {
         ascent_ = extents.ascender / unitsPerEm_;
         descent_ = -extents.descender / unitsPerEm_;
     }
-    // The tables that every text needs are read while there surely is memory for them.
+    // Loads the tables that every text needs while enough memory is available.
     hb_codepoint_t glyph = 0;
     hb_font_get_nominal_glyph(font.get(), ' ', &glyph);
     hb_font_get_glyph_h_advance(font.get(), glyph);
@@ -290,7 +289,7 @@ std::string_view FileFace::GetDocumentBytes() const {
 }
 
 bool FileFace::HasFeature(hb_tag_t tag) const {
-    // A drawing asks for few features of few faces.
+    // A drawing uses few features of few faces.
     static std::mutex mutex;
     const std::lock_guard lock(mutex);
     for (const auto& [known, has] : features_)
@@ -336,7 +335,7 @@ bool FileFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& 
     hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
 #endif
     if (target.isMemorySpent) throw std::bad_alloc();
-    // Where there is no room for a glyph's points, it looks like one that has none.
+    // A glyph whose points could not be allocated looks like one without an outline.
     if (!target.hasContour) MakeSureOfMemory();
     return target.hasContour;
 }

@@ -16,7 +16,7 @@
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/module/font_file.h"
 
-/// Owning handles of HarfBuzz's objects.
+/// Smart pointers to HarfBuzz objects.
 template <auto kDestroy>
 struct HbDestroy {
     template <class Object>
@@ -28,17 +28,16 @@ using HbBlob = std::unique_ptr<hb_blob_t, HbDestroy<hb_blob_destroy>>;
 using HbFace = std::unique_ptr<hb_face_t, HbDestroy<hb_face_destroy>>;
 using HbFont = std::unique_ptr<hb_font_t, HbDestroy<hb_font_destroy>>;
 
-/// Closes a face of FreeType, which takes one thread at a time.
+/// Closes a FreeType face, under the lock that FreeType requires.
 struct FreeTypeFaceClose {
     void operator()(FT_FaceRec_* face) const;
 };
 using FreeTypeFace = std::unique_ptr<FT_FaceRec_, FreeTypeFaceClose>;
-/// Opens a face of bytes that stay as long as it. @return null where there is none that can be used
+/// Opens a face from bytes, which must outlive it. @return null when there is no usable face
 FreeTypeFace OpenFreeTypeFace(std::string_view bytes, unsigned int index);
 
-/// Something that is done once, by the first thread that wants it done. What throws has done nothing, and is
-/// tried again. No exception passes through the C library, as it would with std::call_once: that takes an
-/// unwinder of the C library's own, which is not there when memory is short.
+/// A call-once flag. If the function throws, the next call tries again. Unlike std::call_once, no exception
+/// propagates through the C library, which would load its own unwinder and abort when memory is short.
 class OnceDone {
 public:
     template <class Function>
@@ -55,22 +54,21 @@ private:
     std::mutex mutex_;
 };
 
-/// A face of a file, with the libraries' objects once somebody asked for them.
+/// A face of a font file. The objects of the font libraries are created on demand.
 class FileFace final : public ORVFontFace {
 public:
     using ORVFontFace::Description;
     using ORVFontFace::GetDescription;
     explicit FileFace(Description description) : ORVFontFace(std::move(description)) {}
-    /// Another look of a face that varies, which lives as long.
-    /// @param axes  a value for each axis of the font, in its order
+    /// Another instance of a variable font, with the same lifetime.
+    /// @param axes  a value for each axis of the font, in the font's order
     FileFace(const FileFace& base, Description description, std::vector<double> axes)
         : ORVFontFace(std::move(description)),
           base_(&base),
           keptBase_(base.Share()),
           ranges_(base.ranges_),
           axes_(std::move(axes)) {}
-    /// A face of a font that a document brings.
-    /// @param ranges  see ORVDocumentFont
+    /// A face of a document font.
     FileFace(Description description, std::string bytes, std::vector<std::pair<char32_t, char32_t>> ranges);
     ~FileFace() override;
 
@@ -84,17 +82,17 @@ public:
     ORVFontSubset MakeSubset(const std::vector<std::uint32_t>& glyphs, std::string_view table) const override;
     FT_FaceRec_* GetFreeTypeFace() const override;
     std::string_view GetDocumentBytes() const override;
-    /// Whether a face has a feature for some script; answers are kept.
+    /// Whether the face has an OpenType feature in any script. Results are cached.
     bool HasFeature(hb_tag_t tag) const;
 
-    /// HarfBuzz's object, which says itself how many of its units make an em (hb_font_get_scale). Throws
-    /// FontFailure where the file cannot be opened. @return null when it holds no font that can be used
+    /// The HarfBuzz object; hb_font_get_scale tells its units per em. Throws FontFailure when the file cannot
+    /// be opened. @return null when it contains no usable font
     hb_font_t* GetHarfBuzzFont() const;
-    /// Likewise FreeType's.
+    /// The FreeType object; otherwise as above.
     FT_Face LoadFreeType() const;
 
-    /// Makes sure, once for each script and direction, that there is memory for what HarfBuzz keeps of them.
-    /// For one thread at a time.
+    /// Checks, once per script and direction, that there is enough memory for HarfBuzz's shaping plan. For
+    /// one thread at a time.
     void PrepareFor(hb_script_t script, hb_direction_t direction) const;
 
 private:
@@ -106,16 +104,16 @@ private:
     HbFont LoadOther() const;
     void LoadFont() const;
 
-    const FileFace* const base_ = nullptr;               // that has the file, if not this
-    const std::shared_ptr<const ORVFontFace> keptBase_;  // where a document brings it
+    const FileFace* const base_ = nullptr;               // owner of the file, if that is another face
+    const std::shared_ptr<const ORVFontFace> keptBase_;  // keeps `base_` alive for a document font
     const std::vector<std::pair<char32_t, char32_t>> ranges_;
     const std::vector<double> axes_;
     mutable OnceDone fileLoaded_, fontLoaded_, freeTypeLoaded_;
     mutable std::unique_ptr<const FontFile> file_;
     mutable HbFont font_;
     mutable FT_Face freeType_ = nullptr;
-    mutable double unitsPerEm_ = 1000.0;  // of the HarfBuzz font's scale
+    mutable double unitsPerEm_ = 1000.0;  // scale of the HarfBuzz font
     mutable double ascent_ = 0.8, descent_ = 0.2;
     mutable std::vector<std::pair<hb_script_t, hb_direction_t>> prepared_;
-    mutable std::vector<std::pair<hb_tag_t, bool>> features_;  // that were asked for
+    mutable std::vector<std::pair<hb_tag_t, bool>> features_;  // cached results of HasFeature
 };

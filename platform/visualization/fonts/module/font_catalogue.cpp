@@ -96,7 +96,7 @@ void FontCatalogue::Append(CatalogueEntry entry, std::string name, ORVFont::Kind
     IndexNames(kept);
 }
 
-// Entries come in catalogue order and a name that is there stays: what a look-up gives is the first match.
+// Entries are added in catalogue order and existing names are kept, so a look-up finds the first match.
 void FontCatalogue::IndexNames(const CatalogueEntry& entry) {
     const std::string_view name = entry.font->GetName();
     if (entry.font->GetKind() == ORVFont::kPlain) {
@@ -151,7 +151,7 @@ const ORVFont* FontCatalogue::Register(std::string_view name, const std::string&
     entry.weight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? kBoldWeight : kRegularWeight;
     entry.slant = (face->style_flags & FT_STYLE_FLAG_ITALIC) ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
     entry.ownFace = MakeFace(entry, faceFile, 0);
-    // The host may delete the file once it is registered.
+    // Load the file now, because the host may delete it after registration.
     entry.ownFace->LoadFreeType();
     entry.ownFace->GetHarfBuzzFont();
 
@@ -180,8 +180,8 @@ const FileFace* FontCatalogue::FindFace(FcPattern* pattern) const {
     return found == byFile_.end() ? nullptr : found->second->ownFace.get();
 }
 
-/// The face of `entry`'s family that comes nearest to a weight, on the same side of regular as that: where
-/// the family has nothing light or bold, it is `entry` itself or, for another slant, the nearest there is.
+/// The face of `entry`'s family closest to a weight, on the same side of regular. If the family has no light
+/// or bold face, `entry` itself or, for another slant, the closest face of any weight.
 const CatalogueEntry* FontCatalogue::NearestOfFamily(const CatalogueEntry& entry, int slant,
                                                      int weight) const {
     const auto suits = [&](const CatalogueEntry& other) {
@@ -199,7 +199,7 @@ const CatalogueEntry* FontCatalogue::NearestOfFamily(const CatalogueEntry& entry
         if (!found || distance < least) nearest = &other;
         found = true;
     };
-    // The faces of a family stand side by side.
+    // The faces of a family are adjacent.
     auto first = static_cast<std::size_t>(entry.font->GetCatalogueIndex()) - 1;
     while (first > 0 && entries_[first - 1].family == entry.family) --first;
     for (std::size_t i = first; i < entries_.size() && entries_[i].family == entry.family; ++i)
@@ -210,8 +210,7 @@ const CatalogueEntry* FontCatalogue::NearestOfFamily(const CatalogueEntry& entry
 const CatalogueEntry& FontCatalogue::NearestFace(const CatalogueEntry& entry, int slant, int width,
                                                  int weight) const {
     const std::shared_lock lock(mutex_);
-    // As style sheets have it: what is lighter than regular looks for lighter faces first, what is bolder for
-    // bolder ones.
+    // As in CSS: weights below regular prefer lighter faces, weights above prefer bolder ones.
     const auto weightDistance = [weight](int other) {
         constexpr int kWrongSide = 1000, kMostRegular = 500;
         const int distance = std::abs(other - weight);
@@ -256,8 +255,8 @@ const ORVFont* FontCatalogue::MakeStandIn(std::string_view name) {
     return font;
 }
 
-/// The file itself, written in other letters; else a family of the same metrics or look; else what fontconfig
-/// takes for it; else any font.
+/// The file of that name except for case; else a family with the same metrics or look; else fontconfig's
+/// match; else any font.
 const CatalogueEntry* FontCatalogue::ChooseStandIn(std::string_view name) const {
     if (const CatalogueEntry* itself = FindItself(name)) return itself;
     const FixedFont& fixed = *FindFixedFont(name);

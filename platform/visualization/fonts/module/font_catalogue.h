@@ -16,27 +16,27 @@
 #include "platform/visualization/fonts/font_system.h"
 #include "platform/visualization/fonts/module/file_face.h"
 
-/// Fonts end with the catalogue only; nobody else may delete them.
+/// Fonts are destroyed only by the catalogue.
 struct CatalogueDelete {
     void operator()(const ORVFont* font) const;
 };
 
-/// One font of the catalogue with what it is asked for.
+/// A font of the catalogue with its properties for look-ups.
 struct CatalogueEntry : ORVFontRecord {
     std::unique_ptr<const ORVFont, CatalogueDelete> ownFont;
     std::unique_ptr<const FileFace> ownFace;
-    int weight = 400;  ///< as OpenType counts it
-    int slant = 0;     ///< fontconfig's: 0 upright
-    int width = 100;   ///< fontconfig's: 100 normal
+    int weight = 400;  ///< OpenType weight
+    int slant = 0;     ///< fontconfig slant: 0 upright
+    int width = 100;   ///< fontconfig width: 100 normal
 };
 
-/// The one catalogue of the process. Built at first use and never taken down, since fonts and faces live as
-/// long as the process. Entries are only ever added, at the end.
+/// The catalogue of the process. Built on first use and never destroyed, because fonts and faces live as long
+/// as the process. Entries are only appended.
 class FontCatalogue {
 public:
-    /// Throws FontFailure or std::bad_alloc where it cannot be built; the next question tries again.
+    /// Throws FontFailure or std::bad_alloc when the catalogue cannot be built; the next call tries again.
     static FontCatalogue& Get();
-    /// Whether it may be built from the index of faces. To be said before.
+    /// Sets whether the catalogue may be built from the face index. Must be called before anything else.
     static void LetUseIndex(bool use);
 
     FontCatalogue(const FontCatalogue&) = delete;
@@ -45,15 +45,15 @@ public:
     const ORVFont* FindByName(std::string_view name);
     const ORVFont* FindByFamily(std::string_view family, bool alsoPlain) const;
     int Count() const;
-    /// The entry with catalogue index `index`, null when there is none.
+    /// The entry with catalogue index `index`; null when there is none.
     const CatalogueEntry* EntryAt(int index) const;
-    /// The face of an entry's family that comes nearest: in width first, then in slant, then in weight.
+    /// The face of an entry's family that is closest in width, then in slant, then in weight.
     const CatalogueEntry& NearestFace(const CatalogueEntry& entry, int slant, int width, int weight) const;
-    /// The entry that a pattern of fontconfig stands for, null when it is no outline font.
+    /// The entry that a fontconfig pattern describes; null when it is not an outline font.
     const CatalogueEntry* EntryOf(FcPattern* pattern) const;
     const ORVFont* Register(std::string_view name, const std::string& faceFile);
     const FileFace* FindFace(const ORVFont& font, int weight) const;
-    /// The catalogue's face that a pattern of fontconfig stands for, null when it is no outline font.
+    /// The catalogue's face that a fontconfig pattern describes; null when it is not an outline font.
     const FileFace* FindFace(FcPattern* pattern) const;
 
 private:
@@ -81,7 +81,7 @@ private:
     mutable std::shared_mutex mutex_;  // guards everything below
     std::deque<CatalogueEntry> entries_;
     std::vector<std::unique_ptr<const ORVFont, CatalogueDelete>> standIns_;
-    ByText<const ORVFont*> byName_;  // stand-ins included
+    ByText<const ORVFont*> byName_;  // including substitutes
     ByText<const ORVFont*> forAttribute_, forStyle_;
-    ByText<const CatalogueEntry*> byFile_;  // path and face index
+    ByText<const CatalogueEntry*> byFile_;  // key: path and face index
 };

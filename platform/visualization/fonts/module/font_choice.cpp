@@ -40,7 +40,7 @@ std::string WithSingleSpaces(std::string_view text) {
     return single;
 }
 
-/// The names of a list, without their quotes, and with one space for each run of them where there are none.
+/// Splits a list into names, without quotes; runs of white space in unquoted names become one space.
 std::vector<std::string> SplitFamilies(std::string_view list) {
     std::vector<std::string> families;
     while (!list.empty() && families.size() < kMostFamilies) {
@@ -74,7 +74,7 @@ std::string LowerCase(const FcChar8* name) {
     return reinterpret_cast<const char*>(lower.get());
 }
 
-/// Whether a font has this name of a family, in any language.
+/// Whether a font has this family name in any language.
 bool IsInstalled(const FcChar8* family) {
     static const auto* const installed = [] {
         auto* const names = new std::unordered_set<std::string>;
@@ -92,7 +92,7 @@ bool IsInstalled(const FcChar8* family) {
     return installed->contains(LowerCase(family));
 }
 
-/// Whether a font of a pattern's family is installed, or of one that is as good.
+/// Whether a font of a pattern's family, or of an equivalent one, is installed.
 bool MayBeOfFamily(FcPattern* substituted) {
     FcValue value;
     FcValueBinding binding = FcValueBindingWeak;
@@ -103,8 +103,7 @@ bool MayBeOfFamily(FcPattern* substituted) {
     return false;
 }
 
-/// Families that are as good as the one that was asked for are bound to it like it is itself; those of the
-/// last resort are bound weakly.
+/// fontconfig binds equivalent families strongly, like the family asked for, and last resorts weakly.
 bool IsOfFamily(FcPattern* substituted, FcPattern* match) {
     FcChar8* matched = nullptr;
     if (FcPatternGetString(match, FC_FAMILY, 0, &matched) != FcResultMatch) return false;
@@ -124,10 +123,10 @@ bool IsGeneric(std::string_view family) {
     return std::find(std::begin(kGeneric), std::end(kGeneric), family) != std::end(kGeneric);
 }
 
-/// What fontconfig has for a family, be it another one of the same metrics or look. A match looks at all
-/// fonts, so none is asked for where only the last resort could come of it.
-/// @param isOfFamily  out: whether that is more than its last resort
-/// @return null also where it would be the last resort of a name that stands for no look
+/// fontconfig's match for a family, which may be another one with the same metrics or look. Matching examines
+/// all fonts, so it is skipped when only a last resort could result.
+/// @param isOfFamily  out: whether the match is better than a last resort
+/// @return also null for the last resort of a name that is not a generic family
 const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::string& family, int slant,
                                    int width, int weight, bool& isOfFamily) {
     FcConfig* const configuration = FontconfigConfiguration();
@@ -149,7 +148,8 @@ const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::st
     return catalogue.EntryOf(match.get());
 }
 
-/// What drawings that name no font were made with, or has its metrics; else any serif font.
+/// The usual serif fonts that drawings without a font were made with, or others with their metrics; else any
+/// serif font.
 const CatalogueEntry* LastResort(const FontCatalogue& catalogue, int slant, int width, int weight) {
     bool isSerif = false;
     const CatalogueEntry* entry = AskForFamily(catalogue, "Times New Roman", slant, width, weight, isSerif);
@@ -157,7 +157,7 @@ const CatalogueEntry* LastResort(const FontCatalogue& catalogue, int slant, int 
     return entry ? entry : catalogue.EntryAt(1);
 }
 
-/// The same for each text in a missing family, so what was asked for last is kept.
+/// Cached, because every text in a missing family needs the same result.
 const CatalogueEntry* FindLastResort(const FontCatalogue& catalogue, int slant, int width, int weight) {
     struct Kept {
         const FontCatalogue* catalogue = nullptr;
@@ -170,7 +170,7 @@ const CatalogueEntry* FindLastResort(const FontCatalogue& catalogue, int slant, 
     return kept.entry;
 }
 
-/// The entry that a query chooses.
+/// The entry chosen for a query.
 const CatalogueEntry* Choose(const FontCatalogue& catalogue, const ORVFontQuery& query, bool& isOfFamily) {
     const int slant = query.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN;
     const int width = static_cast<int>(std::clamp(query.stretch, 50.0, 200.0));
@@ -228,7 +228,7 @@ ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& que
         if (const auto sized = known->find(sizedKey()); sized != known->end()) return sized->second;
     }
     const ORVFontChoice choice = MakeChoice(catalogue, query);
-    // Documents may ask for as many families as they like.
+    // Limits the cache, since documents may name any number of families.
     constexpr std::size_t kMostKept = 4096;
     if (known->size() >= kMostKept) known->clear();
     known->emplace(key, choice);

@@ -5,5 +5,5 @@
 
 class FontCatalogue;
 
-/// See ORVChooseFont. Answers are kept. Throws FontFailure where fonts cannot be looked for.
+/// See ORVChooseFont. Results are cached. Throws FontFailure when fonts cannot be searched.
 ORVFontChoice ChooseFont(const FontCatalogue& catalogue, const ORVFontQuery& query);

@@ -24,7 +24,7 @@ void MakeSureOfMemory() {
 }
 
 void MakeSureOfHandles() {
-    // As many files as fontconfig may have open at once: a folder, a cache, a font, and those that they lock.
+    // Largest number of files that fontconfig has open at once: a folder, a cache, a font, and their locks.
     constexpr std::size_t kHandles = 6;
     std::array<int, kHandles> handles{};
     std::size_t count = 0;

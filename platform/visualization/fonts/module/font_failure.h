@@ -10,10 +10,10 @@
 
 #include "platform/visualization/fonts/text_failure.h"
 
-/// Thrown within the module where text cannot be set as it should; never leaves it. Needs no memory.
+/// Thrown inside the module when text cannot be set correctly. Never leaves the module. Allocates nothing.
 class FontFailure final : public std::exception {
 public:
-    /// @param parts  one line: what is missing, and what to do
+    /// @param parts  one line when joined: what is missing, and what to do
     explicit FontFailure(std::initializer_list<std::string_view> parts) {
         std::size_t length = 0;
         for (const std::string_view part : parts) {
@@ -28,10 +28,10 @@ private:
     std::array<char, 1024> text_{};
 };
 
-/// Ends in a failure, or in std::bad_alloc, for a file that could not be opened or read.
+/// Throws FontFailure or std::bad_alloc for a file that could not be opened or read, depending on errno.
 [[noreturn]] void FailForFile(std::string_view path, int error);
 
-/// Calls `work` at the module's border. @return false after a failure, which is noted
+/// Calls `work` at the boundary of the module. @return false after a failure, which is noted
 template <class Work>
 bool NotingFailure(Work work) {
     try {
@@ -43,8 +43,9 @@ bool NotingFailure(Work work) {
     }
 }
 
-/// The font libraries answer a lack of memory with empty fonts, glyphs and tables, and fontconfig falls over:
-/// what they keep is not made unless there is plenty. Throws std::bad_alloc.
+/// When memory is exhausted, the font libraries return empty fonts, glyphs and tables, and fontconfig
+/// crashes. Objects that they cache are therefore created only while enough memory is available. Throws
+/// std::bad_alloc.
 void MakeSureOfMemory();
-/// Likewise, a folder that cannot be opened counts as empty. Throws FontFailure.
+/// The same for file descriptors: a folder that cannot be opened would count as empty. Throws FontFailure.
 void MakeSureOfHandles();

@@ -6,13 +6,13 @@
 #include <string_view>
 #include <utility>
 
-/// The bytes of a font file, mapped into memory. All libraries read them here, so that a file is opened once,
-/// and that a file which cannot be opened is told from one that holds no font.
+/// A font file mapped into memory. All libraries read from it, so that a file is opened once, and a file that
+/// cannot be opened is distinguished from one that contains no font.
 class FontFile {
 public:
-    /// Throws FontFailure or std::bad_alloc.
+    /// Opens a file. Throws FontFailure or std::bad_alloc.
     explicit FontFile(const std::string& path);
-    /// Bytes that are in memory already.
+    /// Uses bytes that are already in memory.
     struct Bytes {
         std::string bytes;
     };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the module exports: the font system of the process.
+// The interface exported by the module: the font system of the process.
 
 #include <memory>
 #include <utility>
@@ -55,7 +55,7 @@ public:
     }
     ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
                                      const ORVGlyphColour& colour) override {
-        // The file was opened when the text was laid out: nothing is lost here.
+        // The file was opened during layout, so a failure here does not occur in practice.
         ORVGlyphPicture picture;
         const auto& file = static_cast<const FileFace&>(face);
         if (!NotingFailure([&] { picture = ::MakeGlyphPicture(file, glyph, pixelsPerEm, colour); }))

@@ -39,14 +39,14 @@ bool IsTrue(FcPattern* pattern, const char* object) {
     return FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
 }
 
-/// Fonts with outlines of their own; instances of variable fonts are left to their default one.
+/// Outline fonts; of a variable font, only the default instance.
 bool IsUsable(FcPattern* pattern) {
     return IsTrue(pattern, FC_OUTLINE) && !IsTrue(pattern, FC_VARIABLE) &&
            (NumberOf(pattern, FC_INDEX, 0) >> 16) == 0 && !TextOf(pattern, FC_FILE).empty() &&
            !TextOf(pattern, FC_FAMILY).empty();
 }
 
-/// Takes each name by which a font may be asked for: family, full and PostScript name.
+/// Calls `use` for each name of a font: family, full and PostScript name.
 template <class Use>
 void ForEachName(FcPattern* pattern, const Use& use) {
     for (const char* object : {FC_FAMILY, FC_FULLNAME, FC_POSTSCRIPT_NAME}) {
@@ -78,14 +78,14 @@ InstalledFace Describe(FcPattern* pattern) {
     return face;
 }
 
-// Of a face that is there in several formats OpenType comes first: it has more characters and their kerning.
+// If a face exists in several formats, OpenType comes first, because it has more characters and kerning.
 auto CatalogueOrder(const InstalledFace& face) {
     return std::make_tuple(std::string_view(face.family), face.slant, std::abs(face.width - FC_WIDTH_NORMAL),
                            std::abs(face.weight - kRegularWeight), face.kind == ORVFont::kPostScript,
                            std::string_view(face.style), std::string_view(face.path), face.index);
 }
 
-/// Takes the texts of a list, and the list.
+/// Appends the strings of a list and frees the list.
 void AppendAll(FcStrList* list, std::vector<std::string>& texts) {
     const auto done = [](FcStrList* taken) { FcStrListDone(taken); };
     const std::unique_ptr<FcStrList, decltype(done)> owner(list);
@@ -98,7 +98,7 @@ std::string Variable(const char* name) {
     return value ? value : "";
 }
 
-// Configurations often turn such fonts away: only the caches of the folders list them all.
+// Configurations often reject such fonts, so the caches of the folders are read directly.
 std::set<std::string, std::less<>> NamesOfBitmapFonts() {
     FcConfig* const configuration = FontconfigConfiguration();
     std::set<std::string, std::less<>> names;
@@ -126,8 +126,8 @@ std::string_view WithoutBlanks(std::string_view text) {
     return text;
 }
 
-/// What a configuration file says in its `include` or `dir` elements. Those in comments are handed out as
-/// well: a path too many does no harm.
+/// An `include` or `dir` element of a configuration file. Commented-out elements are included, too; a
+/// superfluous path does no harm.
 struct ConfiguredPath {
     std::string_view attributes, text;
 };
@@ -150,7 +150,7 @@ bool Says(std::string_view attributes, std::string_view prefix) {
     return at != attributes.npos && attributes.find("prefix") < at;
 }
 
-/// The places where fontconfig looks for a file that a configuration file includes.
+/// The paths where fontconfig looks for an included configuration file.
 void AppendIncluded(const ConfiguredPath& included, const std::string& includer,
                     std::vector<std::string>& paths) {
     const std::string text(included.text);
@@ -168,7 +168,7 @@ void AppendIncluded(const ConfiguredPath& included, const std::string& includer,
     }
 }
 
-/// True when `dir` elements name the same folder whatever the working directory.
+/// True when a `dir` element does not depend on the working directory.
 bool IsSteady(const ConfiguredPath& folder) {
     return Says(folder.attributes, "xdg") || Says(folder.attributes, "relative") ||
            folder.text.starts_with('/') || folder.text.starts_with('~');
@@ -181,7 +181,8 @@ FcConfig* FontconfigConfiguration() {
     static FcConfig* const configuration = [] {
         MakeSureOfHandles();
 #ifdef ORV_LOOKS_FOR_LEAKS
-        // fontconfig holds parts of it by offsets instead of pointers, which look like leaks.
+        // fontconfig refers to some of its data by offsets instead of pointers, which the leak checker
+        // reports.
         const __lsan::ScopedDisabler disabler;
 #endif
         return FcConfigReference(nullptr);
@@ -200,7 +201,7 @@ std::vector<InstalledFace> AskInstalledFaces() {
     std::sort(all.begin(), all.end(), [](const InstalledFace& a, const InstalledFace& b) {
         return CatalogueOrder(a) < CatalogueOrder(b);
     });
-    // A file that two configured folders lead to is one font.
+    // A file reached through two configured folders is one font.
     std::unordered_set<std::string> seen;
     std::erase_if(
         all, [&](const InstalledFace& face) { return !seen.insert(FileKey(face.path, face.index)).second; });
@@ -208,7 +209,7 @@ std::vector<InstalledFace> AskInstalledFaces() {
 }
 
 bool HasBitmapFont(std::string_view name) {
-    // Reading the caches of all folders takes longer than most drawings, and a process may check many.
+    // Cached, because reading the caches of all folders takes longer than most drawings.
     static const auto* const names = new const std::set<std::string, std::less<>>(NamesOfBitmapFonts());
     return names->contains(name);
 }
@@ -217,15 +218,15 @@ std::optional<std::vector<std::string>> PathsThatDecide() {
     FcConfig* const configuration = FontconfigConfiguration();
     std::vector<std::string> files, paths;
     AppendAll(FcConfigGetConfigFiles(configuration), files);
-    // What is missing may come: these, and what the files name.
+    // Missing files may be created later: these, and those that the files name.
     for (const char* standard : {"/etc/fonts/fonts.conf", "/etc/fonts/conf.d"}) paths.emplace_back(standard);
     paths.push_back(Variable("FONTCONFIG_FILE"));
-    // Written anew when libraries are installed, fontconfig among them.
+    // Rewritten when libraries are installed, including fontconfig.
     paths.emplace_back("/etc/ld.so.cache");
     for (const std::string& file : files) {
         paths.push_back(file);
         std::error_code ignored;
-        if (!std::filesystem::is_regular_file(file, ignored)) continue;  // or a folder of them
+        if (!std::filesystem::is_regular_file(file, ignored)) continue;  // may be a folder of files
         std::ifstream stream(file, std::ios::binary);
         const std::string text{std::istreambuf_iterator<char>(stream), {}};
         for (const ConfiguredPath& included : ConfiguredPaths(text, "include"))
@@ -239,8 +240,8 @@ std::optional<std::vector<std::string>> PathsThatDecide() {
     std::sort(paths.begin(), paths.end());
     paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
     std::erase(paths, std::string());
-    // FONTCONFIG_PATH is a list of folders; with it, and with paths below the working directory, an answer
-    // holds for one process only.
+    // FONTCONFIG_PATH is a list of folders; with it, or with relative paths, the result is valid for one
+    // process only.
     const bool isSteady = Variable("FONTCONFIG_PATH").empty() &&
                           std::all_of(paths.begin(), paths.end(),
                                       [](const std::string& path) { return path.starts_with('/'); });

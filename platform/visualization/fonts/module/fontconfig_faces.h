@@ -10,23 +10,23 @@
 
 #include "platform/visualization/fonts/InstalledFace.h"
 
-/// fontconfig's configuration, read now if nobody has yet. It stays as long as the process. Throws
-/// FontFailure or std::bad_alloc where it cannot be read as it should.
+/// The fontconfig configuration, loaded on the first call and kept until the process ends. Throws FontFailure
+/// or std::bad_alloc when it cannot be loaded completely.
 FcConfig* FontconfigConfiguration();
 
-/// All faces that fontconfig knows, in the catalogue's order, each once.
+/// All distinct faces known to fontconfig, in catalogue order.
 std::vector<InstalledFace> AskInstalledFaces();
 
-/// Whether a font without outlines has this family, full or PostScript name, among those that were there when
-/// this was first asked.
+/// Whether a font without outlines has that family, full or PostScript name. Uses the fonts that were
+/// installed at the first call.
 bool HasBitmapFont(std::string_view name);
 
-/// The files and folders that decide what AskInstalledFaces() answers, those that are missing included.
-/// @return nothing when the answer depends on more than such paths
+/// The files and folders that determine the result of AskInstalledFaces(), including missing ones.
+/// @return nullopt when the result depends on more than such paths
 std::optional<std::vector<std::string>> PathsThatDecide();
 
 std::string TextOf(FcPattern* pattern, const char* object);
 int NumberOf(FcPattern* pattern, const char* object, int otherwise);
-/// What tells a face from all others: its path and its number in the file.
+/// Unique key of a face: its path and its index in the file.
 std::string FileKey(std::string_view path, unsigned int index);
 std::string FileKey(FcPattern* pattern);

@@ -13,16 +13,16 @@
 
 namespace {
 
-// Larger pictures of glyphs are not asked for (pixels an em).
+// Largest size of bitmap glyphs, in pixels per em.
 constexpr double kLargestPicture = 1024.0;
 
-/// Chooses a size of the face. @return its pixels an em, 0 when there is none
+/// Selects a size of the face. @return its pixels per em, 0 when there is none
 double ChooseSize(FT_Face face, double pixelsPerEm) {
     if (!FT_HAS_FIXED_SIZES(face)) {
         const auto size = static_cast<FT_UInt>(std::clamp(std::ceil(pixelsPerEm), 1.0, kLargestPicture));
         return FT_Set_Pixel_Sizes(face, size, size) == 0 ? size : 0.0;
     }
-    // The smallest that is large enough, else the largest.
+    // The smallest size that is large enough, else the largest.
     FT_Int best = 0;
     const auto pixelsOf = [&](FT_Int i) {
         return static_cast<double>(face->available_sizes[i].y_ppem) / 64.0;
@@ -34,8 +34,8 @@ double ChooseSize(FT_Face face, double pixelsPerEm) {
     return FT_Select_Size(face, best) == 0 ? pixelsOf(best) : 0.0;
 }
 
-/// One row of the library's pixels as straight RGBA. @return false for kinds of pixels that glyphs do not
-/// have
+/// Converts a row of a FreeType bitmap to RGBA that is not premultiplied. @return false for unsupported pixel
+/// modes
 bool ReadRow(const FT_Bitmap& bitmap, unsigned int y, const ORVGlyphColour& colour, std::uint8_t* rgba) {
     const unsigned char* row = bitmap.buffer + static_cast<std::ptrdiff_t>(y) * bitmap.pitch;
     if (bitmap.pitch < 0)
@@ -51,7 +51,7 @@ bool ReadRow(const FT_Bitmap& bitmap, unsigned int y, const ORVGlyphColour& colo
             case FT_PIXEL_MODE_BGRA: {
                 const unsigned char* pixel = row + static_cast<std::size_t>(x) * 4;
                 alpha = pixel[3];
-                // The library's colours are multiplied with their opacity.
+                // FreeType's colours are premultiplied.
                 for (unsigned int i = 0; i < 3; ++i)
                     rgba[i] = static_cast<std::uint8_t>(
                         alpha == 0 ? 0 : std::min(255U, (pixel[2 - i] * 255U + alpha / 2) / alpha));

@@ -13,7 +13,7 @@
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
 
 std::vector<InstalledFace> FindInstalledFaces(bool mayUseIndex) {
-    // A program that runs with more rights than its caller believes nothing of the caller's environment.
+    // A set-uid program must not trust the caller's environment.
     const bool mayUse = mayUseIndex && getauxval(AT_SECURE) == 0;
     const std::string folder = mayUse ? FaceIndexFolder() : std::string();
     if (folder.empty()) return AskInstalledFaces();
@@ -33,9 +33,10 @@ std::vector<InstalledFace> FindInstalledFaces(bool mayUseIndex) {
     const std::optional<std::vector<std::string>> paths = PathsThatDecide();
     if (!paths) return std::move(index.faces);
     index.watched = Watch(*paths);
-    // What changed while fontconfig was asked, or might have within the grain of the clock, is not kept.
+    // The index is not written if anything changed during the query, or might have within the clock
+    // resolution.
     constexpr std::int64_t kSettled = 2;  // seconds
-    // Nor is it that there are no faces: memory may have been too short to find any.
+    // An empty list is not stored either: memory may have been too short to find any faces.
     if (!index.faces.empty() && IsOlderThan(index.watched, asked - kSettled))
         WriteFaceIndexFile(folder, EncodeFaceIndex(index));
     return std::move(index.faces);

@@ -5,8 +5,7 @@
 
 #include "platform/visualization/fonts/InstalledFace.h"
 
-/// All installed faces in the catalogue's order, each once. They come from the index of faces where there is
-/// one that is up to date, else from fontconfig, and then the index is written anew. Throws FontFailure where
-/// fontconfig cannot be asked.
-/// @param mayUseIndex  as the host says
+/// All distinct installed faces in catalogue order. Taken from the face index if that is up to date, else
+/// from fontconfig, in which case the index is rewritten. Throws FontFailure when fontconfig cannot be used.
+/// @param mayUseIndex  whether the host allows the index
 std::vector<InstalledFace> FindInstalledFaces(bool mayUseIndex);

@@ -10,15 +10,15 @@
 #include <string_view>
 #include <utility>
 
-// Version 1 of the table "COLR" is read here: neither FreeType nor HarfBuzz of this system hands it out.
+// Parses version 1 of the table "COLR", which FreeType and HarfBuzz of the supported systems do not expose.
 
 namespace {
 
-// Paints refer to paints, from several places and in circles: so many of a glyph are drawn, so deep.
+// Limits on the paints drawn for one glyph and on their nesting, because paints may be shared and cyclic.
 constexpr int kMostPaints = 4096, kGreatestDepth = 48;
 constexpr unsigned int kTextColour = 0xFFFF;
 
-/// The table. What lies behind its end reads as 0.
+/// The table. Reads beyond its end return 0.
 class ColourTable {
 public:
     explicit ColourTable(std::string_view bytes) : bytes_(bytes) {}
@@ -33,15 +33,15 @@ public:
     std::uint32_t Word(std::size_t at) const { return Number(at, 2); }
     std::uint32_t Long(std::size_t at) const { return Number(at, 4); }
     double Signed(std::size_t at) const { return static_cast<std::int16_t>(Word(at)); }
-    /// A number of 14 binary places.
+    /// A fixed-point number with 14 fractional bits.
     double Share(std::size_t at) const { return Signed(at) / 16384.0; }
-    /// A number of 16 binary places.
+    /// A fixed-point number with 16 fractional bits.
     double Fixed(std::size_t at) const { return static_cast<std::int32_t>(Long(at)) / 65536.0; }
     bool Has(std::size_t at) const { return at < bytes_.size(); }
-    /// What an offset of three bytes leads to.
+    /// Resolves a 24-bit offset.
     std::size_t Target(std::size_t paint, std::size_t at) const { return paint + Number(paint + at, 3); }
 
-    /// The paint of a glyph; 0 for none.
+    /// Offset of a glyph's paint; 0 for none.
     std::size_t FindPaint(std::uint32_t glyph) const {
         constexpr std::size_t kRecord = 6;
         const std::size_t list = Long(14);
@@ -55,7 +55,7 @@ public:
         }
         return 0;
     }
-    /// The paint of a layer; 0 for none.
+    /// Offset of a layer's paint; 0 for none.
     std::size_t LayerAt(std::size_t number) const {
         const std::size_t list = Long(18);
         return list != 0 && number < Long(list) ? list + Long(list + 4 + number * 4) : 0;
@@ -65,20 +65,20 @@ private:
     std::string_view bytes_;
 };
 
-/// Goes through the paints of a glyph.
+/// Walks the paints of a glyph.
 class PaintWalk {
 public:
     PaintWalk(const ColourTable& table, hb_face_t* source, ORVGlyphPaintSink& sink)
         : table_(table), source_(source), sink_(sink), unit_(1.0 / std::max(hb_face_get_upem(source), 1U)) {}
 
-    /// @param isSilhouette  whether all is black
+    /// @param isSilhouette  whether everything is painted in black
     void Walk(std::size_t paint, const ORVMathAffine2D& map, int depth, bool isSilhouette);
 
 private:
     double Length(std::size_t at) const { return table_.Signed(at) * unit_; }
     ORVMathPoint2D Point(std::size_t at) const { return {Length(at), Length(at + 2)}; }
     ORVGlyphPaintColour ColourAt(std::size_t at) const;
-    /// @param centre  where it stands; 0 for the origin
+    /// @param centre  offset of the centre; 0 for the origin
     ORVMathAffine2D About(const ORVMathAffine2D& map, std::size_t centre) const {
         if (centre == 0) return map;
         const ORVMathPoint2D c = Point(centre);
@@ -100,7 +100,7 @@ private:
     int count_ = 0;
 };
 
-/// A number in the palette, and an opacity.
+/// A palette index and an opacity.
 ORVGlyphPaintColour PaintWalk::ColourAt(std::size_t at) const {
     ORVGlyphPaintColour colour;
     colour.opacity = std::clamp(table_.Share(at + 2), 0.0, 1.0);
@@ -147,8 +147,9 @@ void PaintWalk::Fill(ORVGlyphPaint paint, const ORVMathAffine2D& map, bool isSil
     sink_.Fill(paint);
 }
 
-/// Colours run along a line that stands upright on the one from the start to the third point.
-/// @return false when nothing is to be seen of it
+/// The colour line is the projection of the second point onto the perpendicular of the line from the first to
+/// the third.
+/// @return false when nothing is visible
 bool PaintWalk::ReadLinear(std::size_t at, ORVGlyphPaint& paint) const {
     const ORVMathPoint2D start = Point(at), end = Point(at + 4), turn = Point(at + 8);
     const ORVMathPoint2D across{turn.x - start.x, turn.y - start.y}, along{end.x - start.x, end.y - start.y};
@@ -179,7 +180,7 @@ void PaintWalk::FillGradient(std::size_t at, std::uint32_t format, const ORVMath
     } else {
         paint.kind = ORVGlyphPaint::Kind::kSweep;
         paint.start = Point(places);
-        // The file counts from -1, so that a whole turn fits.
+        // Stored with an offset of -1, so that a full turn can be represented.
         paint.startAngle = (table_.Share(places + 4) + 1.0) * kHalfTurn;
         paint.endAngle = (table_.Share(places + 6) + 1.0) * kHalfTurn;
     }
@@ -197,7 +198,7 @@ void PaintWalk::Masked(bool isInverse, Content content, Mask mask) {
 }
 
 void PaintWalk::Compose(std::size_t at, const ORVMathAffine2D& map, int depth, bool isSilhouette) {
-    // As the format numbers them; from 13 on, they are blend modes.
+    // Numbered as in the format; values from 13 on are blend modes.
     enum Mode : std::uint32_t {
         kClear,
         kSource,
@@ -234,7 +235,7 @@ void PaintWalk::Compose(std::size_t at, const ORVMathAffine2D& map, int depth, b
         case kXor: Masked(true, source, backdropMask); return Masked(true, backdrop, sourceMask);
         default: break;
     }
-    if (mode <= kPlus || mode > kLastMode) {  // sums of light are drawn over each other
+    if (mode <= kPlus || mode > kLastMode) {  // kPlus is not supported and is drawn as source-over
         backdrop();
         return source();
     }
@@ -246,7 +247,7 @@ void PaintWalk::Compose(std::size_t at, const ORVMathAffine2D& map, int depth, b
     sink_.EndLayer();
 }
 
-/// The map of a paint that changes the one in it. Formats of odd numbers vary, and are as their even ones.
+/// The transformation of a transforming paint. Odd formats are the variable versions of the even ones.
 ORVMathAffine2D PaintWalk::ChangeOf(std::size_t at, std::uint32_t format) const {
     constexpr std::size_t kNumbers = 4;
     const std::size_t n = at + kNumbers;

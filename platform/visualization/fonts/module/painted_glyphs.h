@@ -6,5 +6,5 @@
 #include "platform/visualization/fonts/glyph_paint.h"
 #include "platform/visualization/fonts/module/file_face.h"
 
-/// See ORVPaintGlyph; without a sink, only the answer counts. Throws FontFailure or std::bad_alloc.
+/// See ORVPaintGlyph. @param sink  null to test only. Throws FontFailure or std::bad_alloc.
 bool PaintGlyph(const FileFace& face, std::uint32_t glyph, ORVGlyphPaintSink* sink);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kLeastBoldWeight = 600;  // as OpenType counts it
 
-/// What letters of such scripts are set apart by would tear their joins.
+/// Whether a script joins its letters, so that letter spacing would break the joins.
 bool IsCursive(hb_script_t script) {
     switch (script) {
         case HB_SCRIPT_ARABIC:
@@ -33,10 +33,10 @@ bool IsCursive(hb_script_t script) {
     }
 }
 
-/// The fonts of a text as the shaper takes them.
+/// The fonts of a text in the form that the shaper requires.
 class Fonts {
 public:
-    /// The parts in the shaper's form, one each.
+    /// The parts in the shaper's form.
     std::vector<ShapingPart> Convert(std::span<const ORVShapingPart> parts) {
         std::size_t featureCount = 0, fontCount = 0, faceCount = 0;
         const ORVShapingFont* last = nullptr;
@@ -47,7 +47,7 @@ public:
             faceCount += last->order.size();
             ++fontCount;
         }
-        features_.reserve(featureCount);  // views of it are handed out
+        features_.reserve(featureCount);  // reserved, because views of it are handed out
         fonts_.reserve(fontCount);
         faces_.reserve(faceCount);
         std::vector<ShapingPart> converted;
@@ -79,8 +79,7 @@ private:
     std::vector<ShapingFont> fonts_;
 };
 
-/// Fonts without vertical metrics: glyphs stand below each other by an em, the middle of their line in its
-/// middle.
+/// For fonts without vertical metrics: glyphs are spaced by one em and centred in it vertically.
 void SetUpright(const FileFace& face, double size, std::span<ORVShapedGlyph> glyphs) {
     const double middle = (face.GetAscent() - face.GetDescent()) / 2.0;
     for (ORVShapedGlyph& glyph : glyphs) {

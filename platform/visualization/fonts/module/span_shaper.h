@@ -3,7 +3,7 @@
 
 #include "platform/visualization/fonts/ORVShapedText.h"
 
-/// See ORVShapeText; throws FontFailure where the text cannot be set as it should.
+/// See ORVShapeText. Throws FontFailure when the text cannot be set correctly.
 void ShapeText(std::u32string_view text, std::span<const ORVShapingPart> parts,
                std::span<const ORVShapingParagraph> paragraphs, ORVShapedText& shaped);
 /// See ORVFindClusterParts.

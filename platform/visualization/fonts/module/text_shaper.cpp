@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{1} << 22;
 constexpr int kRightToLeftMode = 1, kTopToBottomMode = 2;
-// Far beyond any drawing, and small enough for every product and sum of ours to stay a number.
+// Far beyond any drawing, and small enough that no product or sum overflows.
 constexpr double kLargestSize = 1e30;
 constexpr int kLeastBoldWeight = 600;  // as OpenType counts it
 
@@ -27,7 +27,7 @@ struct Settings {
 
 bool IsDrawable(const ORVTextStyle& style) { return style.height > 0.0 && style.height <= kLargestSize; }
 
-/// Throws where the font cannot be had: in another one the text would be another text.
+/// Throws when the font cannot be used, since text must not silently appear in another font.
 const FileFace* ChooseFace(const ORVTextStyle& style) {
     if (style.font == ORVFont::Unavailable())
         throw FontFailure({"the fonts could not be looked for when the drawing was read; print it again"});
@@ -50,7 +50,7 @@ Settings SettingsOf(const ORVTextStyle& style) {
 }
 
 void Shape(Shaper& shaper, std::string_view utf8, const Settings& settings) {
-    // Letters that are set apart do not become one.
+    // Letters with extra spacing do not form ligatures.
     constexpr hb_tag_t kLigatures = HB_TAG('l', 'i', 'g', 'a'), kContextual = HB_TAG('c', 'l', 'i', 'g');
     static const hb_feature_t kApart[] = {
         {kLigatures, 0, HB_FEATURE_GLOBAL_START, HB_FEATURE_GLOBAL_END},
@@ -66,7 +66,7 @@ void Shape(Shaper& shaper, std::string_view utf8, const Settings& settings) {
     shaper.Shape({&part, 1}, {&paragraph, 1});
 }
 
-/// Length along the writing direction, the same for measuring and for laying out.
+/// Advance along the writing direction; used for both measuring and layout.
 double Advance(const Shaper& shaper, const Settings& settings) {
     double em = 0.0;
     for (const ShapedGlyph& glyph : shaper.GetGlyphs()) em += glyph.step;
@@ -105,7 +105,7 @@ void PlaceItem(const Shaper& shaper, const ShapedItem& item, const Settings& set
     }
 }
 
-/// Places the glyphs of all items, in the order in which they are seen.
+/// Places the glyphs of all items in visual order.
 void Place(Shaper& shaper, const Settings& settings, ORVTextLayout& layout) {
     if (!settings.vertical) shaper.OrderVisually();
     layout.runs.reserve(shaper.GetItems().size());

@@ -5,6 +5,6 @@
 
 #include "platform/visualization/fonts/ORVTextLayout.h"
 
-/// See ORVLayoutText and ORVMeasureText. Both throw FontFailure where the text cannot be set as it should.
+/// See ORVLayoutText and ORVMeasureText. Both throw FontFailure when the text cannot be set correctly.
 ORVTextLayout LayOutText(std::string_view utf8, const ORVTextStyle& style);
 ORVTextExtent MeasureText(std::string_view utf8, const ORVTextStyle& style);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The bytes that giflib has not taken yet.
+/// Input that giflib has not read yet.
 struct Input {
     std::span<const std::uint8_t> left;
 };
@@ -44,7 +44,7 @@ private:
                                                  : ModuleImageStatus::kUnreadable;
     }
 
-    /// Goes on to the first frame, whose transparent colour stands in an extension before it.
+    /// Advances to the first frame. Its transparent colour is in an extension block before it.
     bool FindFrame() {
         for (;;) {
             GifRecordType type = UNDEFINED_RECORD_TYPE;
@@ -71,7 +71,7 @@ private:
         const GifImageDesc& frame = gif_->Image;
         const ColorMapObject* const colours = frame.ColorMap ? frame.ColorMap : gif_->SColorMap;
         if (!colours || frame.Width <= 0 || frame.Height <= 0) return false;
-        // A screen that is too small is one that the writer did not care for.
+        // A screen smaller than the frame is enlarged, since some writers set it carelessly.
         const int width = std::max(gif_->SWidth, frame.Left + frame.Width),
                   height = std::max(gif_->SHeight, frame.Top + frame.Height);
         std::uint8_t* const first =

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The module liborvimages.so: images by giflib and libwebp.
+// The module liborvimages.so: GIF and WebP images by giflib and libwebp.
 
 #include <exception>
 #include <type_traits>

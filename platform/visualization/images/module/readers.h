@@ -3,9 +3,9 @@
 
 #include "platform/visualization/images/module_images.h"
 
-// The readers of the module liborvimages.so.
+// Readers of the module liborvimages.so.
 
-/// Draws the first frame of a GIF on its screen; what the frame leaves free is transparent.
+/// Reads the first frame of a GIF; areas of the screen outside the frame are transparent.
 ModuleImageStatus ReadGif(std::span<const std::uint8_t> file, ModuleImagePixels& pixels);
-/// Draws the first frame of a WebP file on its canvas.
+/// Reads the first frame of a WebP file, placed on its canvas.
 ModuleImageStatus ReadWebP(std::span<const std::uint8_t> file, ModuleImagePixels& pixels);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint64_t kBytesAPixel = 4;
 
-/// The first frame of an animation, or the image that is all of the file.
+/// The first frame of an animation, or the only image of the file.
 struct Frame {
     const std::uint8_t* bytes = nullptr;
     std::size_t size = 0;
@@ -18,7 +18,8 @@ struct Frame {
     int canvasWidth = 0, canvasHeight = 0;
 };
 
-/// False when a file cannot honestly hold as many pixels: a few bytes may stand for any number of equal ones.
+/// False when a file is too small for that many pixels. The format can represent any number of equal pixels
+/// in a few bytes, which real images do not contain.
 bool CanHold(std::size_t size, std::uint64_t pixels) {
     constexpr std::uint64_t kFreePixels = std::uint64_t{4} << 20U, kPixelsAByte = 1024;
     return pixels <= kFreePixels || pixels / kPixelsAByte <= size;

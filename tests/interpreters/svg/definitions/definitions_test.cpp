@@ -37,7 +37,7 @@ ORVRef<ORVPrtRectangleElt> Named(const char* identifier) {
     return primitive;
 }
 
-// A holder with the state of a fresh draw state.
+// A holder with the default draw state.
 ORVRef<ORVPrtDefsElt> FreshHolder() {
     const ORVRef<ORVPrtDefsElt> holder(new ORVPrtDefsElt);
     holder->SetType(SvgDrawState().drawStyle);
@@ -145,7 +145,7 @@ TEST_F(DefinitionsTest, ScopeRemovesWhatWasRegisteredInside) {
     EXPECT_NE(Find("a"), nullptr);
 }
 
-// Holders come and go and get children at any time; every now and then all is looked up, child by child.
+// Adds and removes holders and children at random, and regularly looks up every child.
 TEST_F(DefinitionsTest, FindsWhatALookThroughAllHoldersFinds) {
     constexpr unsigned int kIdentifiers = 300;
     std::mt19937 random(5);
@@ -184,11 +184,11 @@ TEST_F(DefinitionsTest, FetchingAheadFindsTheSame) {
     for (int i = 0; i < kCount; ++i) {
         holder->AddChild(Named(name(i).c_str()).get());
         definitions.IndexNewChildren(place);
-        if (definitions.AreMany()) definitions.Prefetch(name(i * 7 % kCount));  // the table grows meanwhile
+        if (definitions.AreMany()) definitions.Prefetch(name(i * 7 % kCount));  // the table grows in between
     }
     EXPECT_TRUE(definitions.AreMany());
     for (int i = 0; i < kCount; ++i) {
-        definitions.Prefetch(name((i + 3) * 7));  // some of them are not there
+        definitions.Prefetch(name((i + 3) * 7));  // some of these do not exist
         definitions.Prefetch("");
         ASSERT_EQ(Find(name(i).c_str()), holder->GetChildren()[static_cast<std::size_t>(i)]);
     }
@@ -224,7 +224,7 @@ TEST_F(DefinitionsTest, EqualStateHandsOutTheDefinitionItself) {
     EXPECT_EQ(definition->GetReferenceCount(), 2U);
 }
 
-// Each part of the state that differs makes a duplicate.
+// A difference in any part of the state causes a duplicate.
 struct DifferenceCase {
     const char* name;
     void (*change)(SvgDrawState&);
@@ -281,7 +281,7 @@ INSTANTIATE_TEST_SUITE_P(
         DifferenceCase{"TextHeight", [](SvgDrawState& s) { s.text.SetHeight(1.0); }, true},
         DifferenceCase{"TextVersion", [](SvgDrawState& s) { s.text.SetTextVersion(1); }, true},
         DifferenceCase{"TextWeight", [](SvgDrawState& s) { s.text.SetWeight(26); }, true},
-        // Not among what is compared.
+        // Not part of the comparison.
         DifferenceCase{"CurrentColour",
                        [](SvgDrawState& s) { s.fillCurrentColour = s.strokeCurrentColour = 5; }, false},
         DifferenceCase{"Markers", [](SvgDrawState& s) { s.markers.Edit().start = "m"; }, false},
@@ -309,7 +309,7 @@ TEST(DefinitionBudgetTest, RefusedDuplicateCountsAsFound) {
     EXPECT_FALSE(definition);
 }
 
-// Restyling gives every class the sets that it has.
+// Restyling sets all attribute sets that a class has.
 template <class Primitive>
 class RestyleTest : public testing::Test {};
 using Stroked = testing::Types<ORVPrtRectangleElt, ORVPrtCircleElt, ORVPrtEllipseElt, ORVPrtEllipticalArcElt,
@@ -361,7 +361,7 @@ TEST(RestyleTreeTest, WalksContainers) {
     check(new ORVPrtPatternElt);
 }
 
-// Two definitions that share a part, with holders of different states: each restyles the part for itself.
+// Two definitions with a shared part, and holders with different states: each restyles the shared part.
 TEST(RestyleTreeTest, SharedPartsAreRestyledAgain) {
     SvgDefinitions definitions;
     SvgDrawState thin, thick;

@@ -16,7 +16,7 @@ struct Base64Case {
     const char* name;
     const char* text;
     bool valid;
-    const char* bytes;  // of a valid text
+    const char* bytes;  // expected, for a valid text
 
     friend std::ostream& operator<<(std::ostream& out, const Base64Case& row) { return out << row.text; }
 };
@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(Characters, Base64Test,
 RC_GTEST_PROP(Base64Test, ReadsWhatWasWritten, (const std::string& bytes)) {
     std::string read;
     RC_ASSERT(DecodeBase64(ToBase64(bytes), read));
-    // A last byte pair comes with the zero byte of its padding.
+    // The last byte pair is followed by the zero byte of its padding.
     RC_ASSERT(read == (bytes.size() % 3 == 2 ? bytes + '\0' : bytes));
 }
 

@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
         SketchCase{"UnreadablePointsMoveUp", "<polyline points='x 1 2 3 4 5'/>", "polyline(99,2 97,4)"}),
     kNameOfRow);
 
-// What every shape has besides its geometry.
+// Attributes common to all shapes.
 INSTANTIATE_TEST_SUITE_P(
     Texts, BasicShapesTest,
     testing::Values(

@@ -11,10 +11,10 @@
 
 namespace {
 
-enum Order { kRising, kFalling };  // the first angle is the smaller, or the larger one
+enum Order { kRising, kFalling };  // whether the first angle is the smaller or the larger one
 enum Distance { kLarge, kHalf, kSmall };
 
-// A row of the table. `start` and `end` say which angle, a or b, and how many turns are added to it.
+// A row of the table. `start` and `end` state which angle (a or b) is used, and how many turns are added.
 struct AngleCase {
     const char* name;
     Order order;
@@ -30,8 +30,8 @@ class ArcAnglesTest : public testing::TestWithParam<AngleCase> {};
 
 TEST_P(ArcAnglesTest, FollowTheTable) {
     const AngleCase& row = GetParam();
-    // Distances just beside the borders, and far from them.
-    // The tolerance is held in single precision, and so a little less than one hundredth.
+    // Distances close to the limits and far from them. The tolerance is in single precision, slightly less
+    // than 0.01.
     constexpr double kTolerance = 0.009999999776482582, kBehind = 0.0099999999;
     const double large[] = {ORVPI + kBehind, ORVPI + 0.0101, 4.0, 5.0, 6.2},
                  half[] = {ORVPI - kTolerance, ORVPI - 0.0099, ORVPI, ORVPI + 0.0099, ORVPI + kTolerance},
@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ShapeCase{"BothNegative", {kFrom, -8, -9, 0, 0, 0, kTo}, ArcShape::kNothing},
                     ShapeCase{"ZeroAndNegative", {kFrom, 0, -9, 0, 0, 0, kTo}, ArcShape::kNothing},
                     ShapeCase{"StartIsEnd", {kTo, 8, 9, 0, 0, 0, kTo}, ArcShape::kNothing},
-                    // Exactly one positive radius is looked at before the points are.
+                    // The number of positive radii is checked before the points.
                     ShapeCase{"StartIsEndAndOneRadiusZero", {kTo, 8, 0, 0, 0, 0, kTo}, ArcShape::kStraight}),
     kNameOfRow);
 
@@ -127,11 +127,11 @@ TEST(EllipticalArcTest, RadiiTooSmallGrowAroundTheMiddleOfTheChord) {
     EXPECT_DOUBLE_EQ(arc.center.x, 5.0);
     EXPECT_DOUBLE_EQ(arc.center.y, 0.0);
     EXPECT_DOUBLE_EQ(arc.horzRadius, 5.0);
-    EXPECT_DOUBLE_EQ(arc.vertRadius, 2.0);  // the start point says nothing about it
+    EXPECT_DOUBLE_EQ(arc.vertRadius, 2.0);  // not determined by the start point
 }
 
 TEST(EllipticalArcTest, RadiiAreTakenFromTheStartPoint) {
-    // Chord along y = x: with a circle far too small both radii grow to half the chord.
+    // Chord along y = x: if the circle is far too small, both radii grow to half the chord.
     const CenterArc arc = Convert({{0.0, 0.0}, 1.0, 1.0, 0.0, 0.0, 1.0, {6.0, 8.0}});
     EXPECT_DOUBLE_EQ(arc.center.x, 3.0);
     EXPECT_DOUBLE_EQ(arc.center.y, 4.0);
@@ -143,12 +143,12 @@ TEST(EllipticalArcTest, SlopeIsTheRotationInRadians) {
     EXPECT_DOUBLE_EQ(Convert({{0.0, 0.0}, 8.0, 9.0, 30.0, 0.0, 1.0, {10.0, 0.0}}).slope, ORVPI / 6.0);
 }
 
-// The four arcs of a circle of radius 5 from (0, 0) to (6, 0): the centre is (3, 4) or (3, -4).
+// The four arcs of a circle of radius 5 from (0, 0) to (6, 0); the centre is (3, 4) or (3, -4).
 struct FlagCase {
     const char* name;
     double large, sweep;
     double centerY;
-    bool sweepsUp;  // the angle grows from start to end
+    bool sweepsUp;  // the angle increases from start to end
 };
 
 class ArcFlagsTest : public testing::TestWithParam<FlagCase> {};
@@ -171,8 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FlagCase{"TwoAndZeroCountAsEqual", 2, 0, -4, false}),
     kNameOfRow);
 
-// Where the radii reach, one end of the arc is its first point and the other its last, and the sweep flag
-// says which way it turns.
+// If the radii are large enough, the arc ends at both points, and the sweep flag determines its direction.
 RC_GTEST_PROP(EllipticalArcTest, RunsBetweenItsPoints, ()) {
     const auto number = [](int low, int high) {
         return static_cast<double>(*rc::gen::inRange(low, high)) / 16.0;

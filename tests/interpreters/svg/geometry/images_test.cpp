@@ -47,7 +47,7 @@ TEST(ImageElementTest, HasNoMarkers) {
     ExpectSketch(Drawing("<defs><marker id='m'/></defs><image marker='url(#m)'/>"), "image(0,100 0x0)");
 }
 
-// A data reference, and the size of the picture that it gives; 0 for none.
+// A data URI and the size of its image; 0 for none.
 struct DataCase {
     const char* name;
     std::string reference;
@@ -72,7 +72,7 @@ std::string Png() { return ToBase64(SamplePng(3, 2)); }
 std::string Jpeg() { return ToBase64(SampleJpeg(4, 2)); }
 std::string Bmp() { return ToBase64(SampleBmp(5, 2)); }
 
-// The text with something behind every 20 characters.
+// Inserts a text after every 20 characters.
 std::string Broken(const std::string& text, const std::string& between) {
     std::string broken;
     for (std::size_t i = 0; i < text.size(); i += 20) broken += text.substr(i, 20) + between;
@@ -117,13 +117,13 @@ INSTANTIATE_TEST_SUITE_P(
     kNameOfRow);
 
 TEST(DataReferenceTest, LargePicturesAreRead) {
-    // Longer than any name of a file.
+    // Longer than any file name.
     const std::string reference = "data:image/png;base64," + ToBase64(SamplePng(50, 60));
     ASSERT_GT(reference.size(), 8000U);
     ExpectSketch(Drawing("<image xlink:href='" + reference + "'/>"), "image(0,100 0x0 px50x60)");
 }
 
-/// A folder with pictures, which documents may read.
+/// A folder with images that documents may read.
 class FileReferenceTest : public testing::Test {
 protected:
     FileReferenceTest() {
@@ -195,7 +195,7 @@ TEST_F(FileReferenceTest, PolicyDecidesWhatMayBeRead) {
 }
 
 TEST_F(FileReferenceTest, FileOfAnyNameComesBeforeData) {
-    // The reference reads as data, too; the file of that very name wins.
+    // The reference is also a valid data URI; a file of that name takes precedence.
     const std::string name = "data:image/png;base64,QUJD";
     std::filesystem::create_directories(folder_.Path() / "data:image");
     Write(name.c_str(), SamplePng(8, 2));
@@ -213,7 +213,7 @@ TEST(ImageReferenceTest, InternalReferenceIsNoPicture) {
     ExpectSketch(Drawing("<defs><rect id='r'/></defs><image xlink:href='#r'/>"), "image(0,100 0x0)");
 }
 
-// A bitmap has no paint, but its style still goes over the state for nothing.
+// A bitmap has no paint, but its style is still applied to the state.
 TEST(ImageReferenceTest, PaintHasNoEffect) {
     ExpectPaintedSketch(Drawing("<image fill='red' style='fill:blue' opacity='0.5'/><rect fill=''/>"),
                         "image(0,100 0x0) rect(0,100 0,100):2 fill=#000000 stroke=#000000");
@@ -253,7 +253,7 @@ TYPED_TEST(ImageHandlerTest, WithoutMirroringTheOriginIsTheGivenPoint) {
 }
 
 TEST(ImageElementTest, PastTheLimitOfADocumentsPixelsNoFileIsRead) {
-    // A picture of nothing: many more pixels than its file pays for.
+    // An empty image with far more pixels than its file size allows for.
     const ByteList nothing =
         WritePng({.width = 1000, .height = 1000, .depth = 1, .sample = [](int, int, int) { return 0U; }});
     const std::string image = "<image width='9' height='9' xlink:href='data:image/png;base64," +

@@ -15,8 +15,8 @@
 
 namespace {
 
-// "m" is a marker without content: an empty symbol that is only moved. An instance at the vertex (x, y) of
-// the drawing reads g[~100 t(x,y) ~100]{...}.
+// "m" is an empty marker: a symbol that is only translated. An instance at the vertex (x, y) of the drawing
+// appears as g[~100 t(x,y) ~100]{...}.
 constexpr const char* kMarker = "<defs><marker id='m'/><symbol id='n'/></defs>";
 
 class MarkerPlacementTest : public testing::TestWithParam<SketchCase> {};

@@ -31,7 +31,7 @@ std::string Tokenise(std::string_view data) {
     return std::string(text.GetView());
 }
 
-// The tokens of a list: leading blanks go, the token ends at the next one.
+// The tokens of a list: leading blanks are dropped, and a token ends at the next blank.
 std::vector<std::string> Tokens(std::string text) {
     std::vector<std::string> tokens;
     while (true) {
@@ -53,7 +53,7 @@ std::string Without(const std::string& text, std::string_view part) {
     return std::string(rest.GetView());
 }
 
-// Of the units, only "in" has no command letter in it.
+// "in" is the only unit without a command letter.
 bool Length(std::string text, double whole, double& out) {
     double number = 0.0;
     if (text.find('%') != std::string::npos) {

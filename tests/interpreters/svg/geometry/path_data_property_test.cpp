@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Holds the path readers to their plain transcription.
+// Compares the path parsers with their reference implementation.
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -24,9 +24,10 @@
 
 namespace {
 
-// --- Texts to try ------------------------------------------------------------------------------------------
+// ---- generated texts
 
-// Choices drawn from random bytes, so that a failing text shrinks with them. Spent choices are 0.
+// Random choices from a list of bytes, so that a failing text can be shrunk with it. Once used up, all
+// choices are 0.
 class Choices {
 public:
     explicit Choices(const std::vector<std::uint8_t>& bytes) : bytes_(bytes) {}
@@ -42,7 +43,8 @@ private:
     std::size_t position_ = 0;
 };
 
-// One piece of path data: commands, numbers good and bad, separators, and everything the tokeniser looks at.
+// A piece of path data: commands, valid and invalid numbers, separators, and every character the tokeniser
+// checks for.
 std::string_view Piece(Choices& choices) {
     static constexpr std::array<std::string_view, 60> kPieces{
         " ",  "M",   "m", "L",  "l",     "Z",    "z",    "C",        "c",   "S",    "s",   "H",
@@ -53,8 +55,7 @@ std::string_view Piece(Choices& choices) {
     return kPieces[choices.Below(kPieces.size())];
 }
 
-// A command with about as many numbers as it wants, now and then one too many or too few, or one that is
-// none.
+// A command with about the right number of arguments, sometimes one too many or too few, or an invalid one.
 std::string PlausibleCommand(Choices& choices) {
     static constexpr std::string_view kLetters = "MmLlHhVvCcSsQqTtAaZz";
     static constexpr std::array<std::size_t, 20> kCounts{2, 2, 2, 2, 1, 1, 1, 1, 6, 6,
@@ -84,7 +85,8 @@ std::string Soup(Choices& choices) {
     return text;
 }
 
-// Cases to try: what takes a few seconds, or as many as the environment variable ORV_PATH_CASES says.
+// Number of cases: by default enough for a few seconds, or the value of the environment variable
+// ORV_PATH_CASES.
 int CaseCount() {
     const char* value = std::getenv("ORV_PATH_CASES");
     const int count = value ? std::atoi(value) : 0;
@@ -123,7 +125,7 @@ TEST(PathDataProperty, ScannerSplitsLikeTheTranscription) {
     });
 }
 
-// Many straight lines, with and without letters between them, and now and then something else.
+// Many straight lines, with and without letters in between, and occasionally something else.
 std::string LongLines(Choices& choices) {
     std::string text = "M5 5";
     const std::size_t count = choices.Below(3) * 32 + choices.Below(4);
@@ -138,7 +140,8 @@ std::string LongLines(Choices& choices) {
     return text;
 }
 
-// What the interpreter makes of the texts that `make` writes is what the transcription makes of them.
+// Expects equal results of the interpreter and the reference implementation for the texts that `make`
+// produces.
 void ExpectDrawnLikeTheTranscription(std::string (*make)(Choices&), int cases) {
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
     CheckMany(

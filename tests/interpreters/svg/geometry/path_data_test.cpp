@@ -36,7 +36,7 @@ struct Interpretation {
     std::vector<double> vertices;
 };
 
-// Only stroked, so that primitives stand in the group itself. y is mirrored against the height of 100.
+// Only stroked, so primitives are direct children of the group. y is mirrored against the height of 100.
 class StrokedPathTest : public testing::TestWithParam<SketchCase> {};
 
 TEST_P(StrokedPathTest, BecomesPrimitives) {
@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(
         SketchCase{"LineBeforeSmooth", "M0 0 L1 1 T5 5", "polyline(0,100 1,99) quad(1,99 1,99 5,95)"}),
     kNameOfRow);
 
-// Angles in radians to five digits. Mirroring turns the sweep round.
+// Angles in radians to five digits. Mirroring reverses the sweep.
 INSTANTIATE_TEST_SUITE_P(
     Arcs, StrokedPathTest,
     testing::Values(
@@ -231,7 +231,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "cubic(0,100 1,98 3,96 5,94) polyline(5,94 25,94) cubic(25,94 25,94 7,92 9,91)"},
         SketchCase{"SmoothBehindAnArcThatWasTooShort", "M0 0 C1 2 3 4 5 6 A5 S7 8 9 9",
                    "cubic(0,100 1,98 3,96 5,94) cubic(5,94 7,92 7,92 9,91)"},
-        // The first token of the second arc is missing from the list of first radii only.
+        // The first token of the second arc is missing only from the list of first radii.
         SketchCase{"UnreadableTokenIsMissingFromItsOwnList",
                    "M0 0 A10 10 0 0 1 20 0 x 7 0 0 1 30 0 5 9 0 0 1 40 0",
                    "arc(10,100 10,10 3.14159..0) arc(25,100 5,7 3.14159..0)"},
@@ -266,7 +266,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "quad(4,96 4,96 5,95) quad(5,95 6,94 6,94) polyline(6,94 0,100)"}),
     kNameOfRow);
 
-// Filled: everything stands in the regions of one figure.
+// Filled: everything is in the regions of one figure.
 class FilledPathTest : public testing::TestWithParam<SketchCase> {};
 
 TEST_P(FilledPathTest, GathersRegions) {
@@ -334,7 +334,7 @@ INSTANTIATE_TEST_SUITE_P(
                     StyleCase{"Undecided", kDrawUndecided, "figure{region{polyline(0,100 1,100 1,99)}}"}),
     kNameOfRow);
 
-// Without mirroring, y is what the text says; only the first point is still at the page height.
+// Without mirroring, y is as written; only the first point is still at the page height.
 class UnmirroredPathTest : public testing::TestWithParam<SketchCase> {};
 
 TEST_P(UnmirroredPathTest, KeepsY) {

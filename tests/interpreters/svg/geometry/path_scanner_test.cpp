@@ -12,7 +12,7 @@
 
 namespace {
 
-// Every command letter, its arguments each in brackets.
+// Every command letter, with each of its arguments in brackets.
 std::string Scan(std::string_view text) {
     std::string result;
     PathScanner scanner(text);
@@ -101,7 +101,7 @@ TEST(PathScannerTest, ArgumentsEndWithTheirCommand) {
     EXPECT_FALSE(scanner.NextArgument(argument));
 }
 
-// The pairs of the first command, at most three at a time; what stands behind each batch.
+// The pairs of the first command in batches of at most three, and what follows each batch.
 std::string ScanPairs(std::string_view text) {
     std::string result;
     PathScanner scanner(text);

@@ -21,7 +21,7 @@
 
 namespace {
 
-/// A stream that notes what is asked of it. Its end shows after a read that failed.
+/// A stream that records calls. It reports its end only after a read has failed.
 class NotingStream final : public ORVPrintInputStream {
 public:
     const ORVMetaClass& GetMetaClass() const override { return ORVPrintInputStream::MetaClass(); }
@@ -74,10 +74,10 @@ public:
 
     std::string bytes;
     int openStatus = 1, open = 1, readable = 1;
-    unsigned long largestRead = 0;  // bytes that one read gives at most; 0 for any number
-    int failingPass = -1;           // of the readings from the start, from 0
-    std::size_t failsAt = 0;        // bytes that this reading gives before it fails
-    std::size_t laterSize = static_cast<std::size_t>(-1);  // of the stream, behind the first reading
+    unsigned long largestRead = 0;  // most bytes per read; 0 for no limit
+    int failingPass = -1;           // index of the pass from the start that fails; -1 for none
+    std::size_t failsAt = 0;        // bytes read by that pass before it fails
+    std::size_t laterSize = static_cast<std::size_t>(-1);  // size of the stream after the first pass
     std::size_t position = 0, largestPosition = 0;
     int passes = 0;
     bool atEnd = false, hasFailed = false;
@@ -85,7 +85,7 @@ public:
 
 private:
     ~NotingStream() override = default;
-    // A run of reads is noted once: how many there are is no part of the protocol.
+    // Consecutive reads are recorded once: their number is not part of the protocol.
     void Note(const std::string& call) const {
         if (call != "read" || calls.empty() || calls.back() != call) calls.push_back(call);
     }
@@ -152,7 +152,7 @@ TEST(SvgDocumentSourceTest, ReadsLargeStreamsWhole) {
     EXPECT_TRUE(TextOf(SvgDocumentSource(*stream)) == bytes);
 }
 
-// With small reads, too: an error then comes behind some that worked.
+// With small reads as well: the error then follows successful ones.
 TEST(SvgDocumentSourceTest, StreamThatFailsAnywhereLeavesNoText) {
     const std::string bytes = "<svg width='9' height='9'><rect width='4' height='4'/></svg>";
     for (const int pass : {0, 1})
@@ -186,7 +186,7 @@ TEST(SvgDocumentSourceTest, StreamThatGivesLittleAtATimeIsReadWhole) {
     EXPECT_EQ(TextOf(SvgDocumentSource(*stream)), "<svg width='9' height='9'/>");
 }
 
-// A folder can be opened and not be read; the start of a process's memory gives an error of the device.
+// A folder can be opened but not read; reading the start of a process's memory is an I/O error.
 TEST(SvgDocumentSourceTest, FilesThatCannotBeReadLeaveNoText) {
     for (const char* path : {"/", "/proc/self/mem", "/no-such-file"}) {
         const ORVRef<ORVPrintInputFileStream> stream(new ORVPrintInputFileStream(path));
@@ -203,7 +203,7 @@ TEST(SvgDocumentSourceTest, ReadsStreamsOfExactlyOneBlock) {
     }
 }
 
-// Counting stops with the block that passes the limit, and none of what was counted is a document.
+// Counting stops at the block that exceeds the limit, and nothing is kept as a document.
 TEST(SvgDocumentSourceTest, StreamsLongerThanTheLimitLeaveNoText) {
     constexpr std::size_t kLimit = 100'000, kBlock = 65536;
     const std::uint64_t before = ORVPrintLimits::Get(ORVPrintLimit::kInputBytes);

@@ -15,11 +15,11 @@
 #include "tests/support/built_model.h"
 #include "tests/support/model_sketch.h"
 
-// Interpreters as a host sees them, and what it asks them.
+// Helpers that query interpreters like a host.
 
 using Interpreter = std::unique_ptr<ORVPrintInterpreter>;
 
-/// Notes the titles of the pages that are drawn.
+/// Records the titles of the pages drawn.
 class PageNoting final : public ORVPrintGenerator {
 public:
     int BeginDocument(const ORVPrintDocumentInfo&) override { return 1; }
@@ -41,7 +41,7 @@ public:
     int beginPageResult = 1;
 };
 
-/// Keeps the sketch of what is about to be drawn.
+/// Records the sketch of the model about to be drawn.
 class SketchingInspector final : public ORVPrintModelInspector {
 public:
     void Inspect(const ORVPrtModel& model) override {
@@ -63,7 +63,7 @@ inline Interpreter FromBytes(const std::string& document) {
     return Interpreter(fctCreateORVPrintSVGInterpreter(stream.get()));
 }
 
-// What an interpreter answers before and after it was asked: outputs keep -7 where nothing is written.
+// An interpreter's answers to queries; outputs that are not set stay -7.
 struct Answers {
     explicit Answers(ORVPrintInterpreter& interpreter) {
         countResult = interpreter.GetPageCount(count);
@@ -106,7 +106,7 @@ inline int Ask(ORVPrintInterpreter& interpreter, Query query) {
     return -99;
 }
 
-// The sketch of the model that an interpreter is about to draw.
+// The sketch of the model that an interpreter draws.
 inline std::string SketchOf(ORVPrintInterpreter& interpreter) {
     SketchingInspector inspector;
     ORVPrintParameters parameters;

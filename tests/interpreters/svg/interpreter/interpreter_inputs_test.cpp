@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What interpreters take, and where its document lies.
+// Inputs of interpreters, and the location of their documents.
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ TEST(ElementInputTest, LightElementWins) {
     EXPECT_EQ(SketchOf(*Interpreter(fctCreateORVPrintQVXMLInterpreter(domOnly.get()))), "page#dom{}");
 }
 
-// A line's y shows which page height the drawing was mirrored against.
+// The y of a line shows which page height was used for mirroring.
 constexpr const char* kDrawing = "<svg id='p' width='200' height='100'><line x2='1' y2='2'/></svg>";
 
 TEST(ElementInputTest, QvxmlReadsAFragment) {
@@ -49,7 +49,7 @@ TEST(ElementInputTest, QvxmlReadsAFragment) {
     }
 }
 
-/// A light element whose tree can be taken away.
+/// A light element whose tree can be removed.
 class ChangeableElement final : public ORVLightXmlElementItf {
 public:
     explicit ChangeableElement(ORVLightXmlElement element) : element_(std::move(element)) {}
@@ -92,7 +92,7 @@ TEST(ElementInputTest, EnvironmentHasNoEffect) {
     }
 }
 
-/// A folder with a picture beside a drawing that refers to it.
+/// A folder with a drawing and an image that it refers to.
 class CurrentPathTest : public testing::Test {
 protected:
     CurrentPathTest() {

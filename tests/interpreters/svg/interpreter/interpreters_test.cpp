@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Both interpreters as a host sees them: made by the factories, asked, and drawn.
+// Both interpreters from a host's view: created by the factories, queried and drawn.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ static_assert(!std::is_copy_constructible_v<ORVPrintSVGInterpreter> &&
 static_assert(!std::is_copy_constructible_v<ORVPrintQVXMLInterpreter> &&
               !std::is_copy_assignable_v<ORVPrintQVXMLInterpreter>);
 
-/// An input of a kind that no interpreter knows.
+/// An input of an unknown kind.
 class OtherInput final : public ORVPrintInput {
 public:
     const ORVMetaClass& GetMetaClass() const override { return ORVPrintInput::MetaClass(); }
@@ -88,7 +88,7 @@ TEST(InterpretersTest, StreamIsReadByTheConstructor) {
 }
 
 TEST(InterpretersTest, BackEndIsChosenByTheConstructor) {
-    // Not well formed: only the light back-end gives a page.
+    // Not well-formed: only the light back-end yields a page.
     Interpreter light, dom;
     {
         const ScopedEnvironment variable("PRINT_WITHOUT_DOM_PARSER", "");
@@ -183,7 +183,7 @@ protected:
     }
     ~LazyBuildTest() override { ORVPrintPropertiesManager::SetMemoryProbe(nullptr); }
 
-    // A build looks at the memory once for the document below.
+    // Building the document below checks the memory once.
     static inline int probes = 0;
     static constexpr const char* kTwoChildren = "<svg width='5' height='6'><rect/><rect/></svg>";
 };

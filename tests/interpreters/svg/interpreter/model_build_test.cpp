@@ -19,7 +19,7 @@
 
 namespace {
 
-// The identifiers of the pages, separated by blanks, each in brackets.
+// The identifiers of the pages, each in brackets, separated by blanks.
 std::string PagesOf(const ORVPrtModel& model) {
     std::string pages;
     for (const ORVPrtImageElt* page : *model.GetImages())
@@ -106,7 +106,7 @@ TEST(ModelBuildTest, FailsWithoutAnElement) {
     EXPECT_EQ(PagesOf(*model), "");
 }
 
-// An element inside a document: the DOM back-end goes on to its siblings, the light one does not.
+// An element inside a document: the DOM back-end continues with its siblings, the light one does not.
 TEST(ModelBuildTest, DomHandlesTheSiblingsToo) {
     const char* document =
         "<doc><svg id='before'/><svg id='a'/>text<!--c--><other><svg id='b'/></other>"
@@ -126,7 +126,7 @@ TEST(ModelBuildTest, LightHandlesItsElementAlone) {
     EXPECT_EQ(PagesOf(*model), "[a]");
 }
 
-/// Watches memory by a script: what each probe answers, in turn, the last one for ever.
+/// Scripted memory checks: gives the answers in turn and repeats the last one.
 class MemoryWatchTest : public testing::TestWithParam<Backend> {
 protected:
     MemoryWatchTest() {
@@ -142,7 +142,7 @@ protected:
         ORVPrintPropertiesManager::ClearInfos();
     }
 
-    // An element with children `a` to ..., every one of them empty.
+    // An element with empty children named `a` onwards.
     static std::string Document(const std::string& root, const std::string& child, int count) {
         std::string document = "<" + root + " id='r'>";
         for (int i = 0; i < count; ++i) document += "<" + child + " id='" + std::to_string(i) + "'/>";
@@ -167,14 +167,14 @@ INSTANTIATE_TEST_SUITE_P(Backends, MemoryWatchTest, testing::ValuesIn(kBackends)
                          [](const auto& row) { return std::string(NameOf(row.param)); });
 
 TEST_P(MemoryWatchTest, ProbesNineChildrenOfTen) {
-    // One pass over 25 children: 0, 10 and 20 are not probed.
+    // One pass over 25 children: 0, 10 and 20 are not checked.
     EXPECT_EQ(Build(Document("svg", "rect", 25)), "[r]");
     EXPECT_EQ(probes, 22);
     EXPECT_EQ(Messages(), 0U);
 }
 
 TEST_P(MemoryWatchTest, CountsOnThroughBothPasses) {
-    // Two passes over 7 children: visits 0 to 13, of which 0 and 10 are not probed.
+    // Two passes over 7 children: visits 0 to 13, of which 0 and 10 are not checked.
     EXPECT_EQ(Build(Document("svg", "svg", 7)), "[0][1][2][3][4][5][6]");
     EXPECT_EQ(probes, 12);
 }
@@ -195,7 +195,7 @@ TEST_P(MemoryWatchTest, EveryChildCountsWhateverItsName) {
 }
 
 TEST_P(MemoryWatchTest, ReportsAndGoesOn) {
-    // Known to be short after the probe of child 1: reported before children 2, 3 and 4.
+    // Found to be short at child 1: reported before children 2, 3 and 4.
     shortFrom = 1;
     EXPECT_EQ(Build(Document("doc", "svg", 5)), "[0][1][2][3][4]");
     EXPECT_EQ(Messages(), 3U);
@@ -216,7 +216,7 @@ TEST_P(MemoryWatchTest, OtherActionsDoNotStop) {
 }
 
 TEST_P(MemoryWatchTest, StoppingTheCountDecidesOnWhatWasCounted) {
-    // Two were counted before it stopped: pages it is, but the second pass stops at once.
+    // Two were counted before stopping, so the children become pages, but the second pass stops immediately.
     shortFrom = 1;
     ORVPrintPropertiesManager::SetOnErrorAction(ORVPrintPropertiesManager::kStopOnError);
     EXPECT_EQ(Build(Document("svg", "svg", 5)), "");
@@ -224,7 +224,7 @@ TEST_P(MemoryWatchTest, StoppingTheCountDecidesOnWhatWasCounted) {
 }
 
 TEST_P(MemoryWatchTest, StoppingTheCountEarlyLeavesOnePage) {
-    // Of "rect, rect, svg, svg" none was counted: the root is the page.
+    // No "svg" of "rect, rect, svg, svg" was counted: the root is the page.
     shortFrom = 1;
     ORVPrintPropertiesManager::SetOnErrorAction(ORVPrintPropertiesManager::kStopOnError);
     EXPECT_EQ(Build("<svg id='r'><rect/><rect/><svg id='a'/><svg id='b'/></svg>"), "[r]");
@@ -232,14 +232,14 @@ TEST_P(MemoryWatchTest, StoppingTheCountEarlyLeavesOnePage) {
 }
 
 TEST_P(MemoryWatchTest, RecoveredMemoryEndsTheReports) {
-    // Short at the first probe only: visits 0 (unprobed), 1 (short), 2 (reported, then fine), 3.
+    // Short at the first check only: visits 0 (not checked), 1 (short), 2 (reported, then sufficient), 3.
     ORVPrintPropertiesManager::SetMemoryProbe([] { return ++probes == 1 ? 1.0 : 0.0; });
     EXPECT_EQ(Build(Document("doc", "svg", 5)), "[0][1][2][3][4]");
     EXPECT_EQ(Messages(), 1U);
 }
 
 TEST_P(MemoryWatchTest, UnprobedChildKeepsTheFlag) {
-    // Short from the ninth probe, child 9; child 10 is not probed and keeps the flag for child 11.
+    // Short from the ninth check on, at child 9; child 10 is not checked and keeps the flag for child 11.
     shortFrom = 9;
     EXPECT_EQ(Build(Document("doc", "p", 12)), "");
     EXPECT_EQ(Messages(), 2U);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The model that an interpreter hands out.
+// The model that an interpreter provides.
 
 #include <gtest/gtest.h>
 

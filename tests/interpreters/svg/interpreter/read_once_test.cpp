@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Documents that are read once give their long texts back.
+// Documents that are read only once release their long texts.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@
 
 namespace {
 
-/// A drawing with long texts of every kind that is given back, and what its tree holds of them.
+/// A drawing with all kinds of long texts that are released, and those still in its tree.
 class ReadOnceTest : public testing::TestWithParam<Backend> {
 protected:
     ReadOnceTest() {
@@ -40,7 +40,7 @@ protected:
                 light_);
     }
 
-    /// Whether each of the long texts is still there, in their order.
+    /// Whether each of the long texts still exists, in order.
     std::string Kept() const {
         const ORVXmlNode* const root = GetParam() == Backend::kDom ? dom_.GetNode() : light_.GetNode();
         std::string kept;
@@ -81,7 +81,7 @@ protected:
     }
 
     std::string points_, document_;
-    std::string bytes_;  // that the tree refers to
+    std::string bytes_;  // referred to by the tree
     ORVLightXmlElement light_;
     ORVIDOMElement_var dom_;
 };
@@ -91,7 +91,7 @@ TEST_P(ReadOnceTest, StreamsGiveTheSameModelEachTime) {
     EXPECT_EQ(SketchOfStream(document_), Build());
 }
 
-// Also where the tree holds copies, because the document is not a plain one.
+// Also if the tree holds copies because the document is not in plain form.
 TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     for (const std::string start : {"", "<!DOCTYPE svg [<!ENTITY e 'x'>]>"}) {
         Parse(start + document_, ORVXmlReading::kAny);
@@ -104,7 +104,7 @@ TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     }
 }
 
-// Whatever is looked at behind the children of an element, or ahead of it, must still be there.
+// Siblings before and after an element's children must still exist when they are read.
 TEST_P(ReadOnceTest, NodesAreGivenBackWhileTheModelIsBuilt) {
     const auto shapes = [](int count) {
         std::string text;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What a host throws from its own objects ends in the interpreter.
+// Exceptions thrown by a host's objects must not leave the interpreter.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@
 
 namespace {
 
-/// A generator of a host's that throws from one of its calls.
+/// A host's generator that throws from one of its calls.
 template <class Thrown>
 class ThrowingGenerator final : public ORVPrintGenerator {
 public:
@@ -48,7 +48,7 @@ private:
         if (static_cast<int>(calls.size()) == failing_) throw Thrown();
         return 1;
     }
-    const int failing_;  // number of the call, from 1
+    const int failing_;  // index of the call, from 1
 };
 
 struct NoStandardException {};

@@ -17,7 +17,7 @@ TEST(SvgDrawStateTest, StartsWithFillOnly) {
     EXPECT_EQ(state.embeddedFragment, 0);
 }
 
-// The defaults of fresh attribute sets, by number: hosts read them.
+// The numeric defaults of new attribute sets, which hosts rely on.
 TEST(SvgDrawStateTest, StartsWithDefaultSets) {
     const SvgDrawState state;
     EXPECT_EQ(state.stroke.GetStrokeColourIndex(), 0U);

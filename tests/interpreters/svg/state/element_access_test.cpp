@@ -33,7 +33,7 @@ TEST(ElementAccessTest, LightGivesAnEmptyValueForAnAbsentAttribute) {
     EXPECT_EQ(element.Attribute(AttributeName::kStroke).text, "");
 }
 
-// Both walk the same elements; what is no element has no known name.
+// Both visit the same elements; nodes that are not elements have no known name.
 template <class Access>
 std::vector<ElementName> KnownChildren(const Access& element) {
     std::vector<ElementName> names;

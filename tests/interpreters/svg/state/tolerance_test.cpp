@@ -8,7 +8,7 @@
 
 namespace {
 
-// One hundredth in single precision, which is a little less.
+// 0.01 in single precision, which is slightly less.
 constexpr double kHundredth = 0.009999999776482582;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 

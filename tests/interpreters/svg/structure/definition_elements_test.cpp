@@ -83,8 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
             "g{symbol#s{g{rect#r(0,100 0,100)}}}"}),
     kNameOfRow);
 
-// The transform that a marker gets: its rows state the marker's attributes and content. A marker instance
-// stands at the end (0, 0) of a line.
+// The transform of a marker, from its attributes and content. A marker instance is at the end (0, 0) of a
+// line.
 struct MarkerCase {
     const char* name;
     const char* attributes;
@@ -120,7 +120,7 @@ INSTANTIATE_TEST_SUITE_P(
                                "symbol#m[~100 sx(0.5) t(0,0) ~100]{rect(0,100 10,80)}"},
                     MarkerCase{"WithinOnePercentAddsNone", "markerWidth='10.09' markerHeight='19.81'", kBox,
                                "symbol#m[~100 t(0,0) ~100]{rect(0,100 10,80)}"},
-                    // The band is a little narrower than one percent: 0.9900000002 to 1.0099999998.
+                    // The band is slightly narrower than one percent: 0.9900000002 to 1.0099999998.
                     MarkerCase{"OnePercentMoreIsOutside", "markerWidth='10.1' markerHeight='20'", kBox,
                                "symbol#m[~100 sx(1.01) t(0,0) ~100]{rect(0,100 10,80)}"},
                     MarkerCase{"OnePercentLessIsOutside", "markerWidth='9.9' markerHeight='20'", kBox,
@@ -179,7 +179,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "symbol#m[~100 t(-5,0) ~100]{}"}),
     kNameOfRow);
 
-// Without a page height an empty marker lies within the tolerance.
+// Without a page height, an empty marker is within the tolerance.
 TEST(MarkerElementTest, InAFragmentAnEmptyMarkerIsLeftAsItIs) {
     const BuiltModel model(Drawing("<marker id='m' refX='3'/><line marker-end='url(#m)'/>"),
                            {.embedded = true});
@@ -253,8 +253,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "rect(0,100 0,100):2 fill=#000000 stroke=#000000"}),
     kNameOfRow);
 
-// Inside a holder the paint is the default again: a definition of a place with default paint is shared there,
-// so that no primitive is taken for a duplicate.
+// Inside a holder the paint is reset to the default: a definition used with default paint is shared, so no
+// primitive is mistaken for a duplicate.
 TEST(DefinitionStateTest, HoldersStartWithDefaultSets) {
     const auto taken = [](const char* content) {
         return BuiltModel(Drawing(content)).GetModel().GetBudget().GetTaken();
@@ -264,11 +264,11 @@ TEST(DefinitionStateTest, HoldersStartWithDefaultSets) {
                     "<g fill='red' stroke-width='2' font-size='20' opacity='0.5'><defs><use fill='' "
                     "xlink:href='#s'/></defs></g>"),
               6U);
-    // The draw style is not reset, and makes a duplicate.
+    // The draw style is not reset and causes a duplicate.
     EXPECT_EQ(taken("<defs><symbol id='s'/></defs><g fill='red' stroke='red'><defs><use "
                     "xlink:href='#s'/></defs></g>"),
               7U);
-    // Symbols, markers and patterns outside of defs are inside a holder, too.
+    // Symbols, markers and patterns outside "defs" are in a holder as well.
     for (const char* name : {"symbol", "marker", "pattern"}) {
         const std::string content = "<defs><symbol id='s'/></defs><g fill='red' font-size='20'><" +
                                     std::string(name) + "><use fill='' xlink:href='#s'/></" + name + "></g>";
@@ -277,8 +277,8 @@ TEST(DefinitionStateTest, HoldersStartWithDefaultSets) {
 }
 
 TEST(DefinitionStateTest, HoldersKeepTheStateInForce) {
-    // In the group the state is that of the holder: both references share the definition, painted like the
-    // group.
+    // Inside the group the state equals that of the holder: both references share the definition, painted
+    // like the group.
     for (const char* definition :
          {"<defs><symbol id='s'><rect/></symbol></defs>", "<symbol id='s'><rect/></symbol>"}) {
         const BuiltModel model(Drawing("<g fill='red' stroke='blue'>" + std::string(definition) +
@@ -294,7 +294,7 @@ TEST(DefinitionStateTest, HoldersKeepTheStateInForce) {
 }
 
 TEST(DefinitionStateTest, TextSetOfAHolderIsTheDefault) {
-    // The holder stands where the font size is 20, and still counts as having the default one.
+    // The holder is where the font size is 20, but counts as having the default size.
     const BuiltModel model(Drawing(
         "<g font-size='20'><defs><symbol id='s'/></defs><use xlink:href='#s'/><use xlink:href='#s'/></g>"));
     const ORVPrtChildList& uses = *model.GetPage().GetChildren().at(0)->GetChildList();
@@ -302,7 +302,7 @@ TEST(DefinitionStateTest, TextSetOfAHolderIsTheDefault) {
 }
 
 TEST(DefinitionStateTest, AttributesOfDefsAreInForce) {
-    // Its own paint is what references are compared with.
+    // References are compared with its own paint.
     const BuiltModel model(
         Drawing("<defs fill='red'><symbol id='s'/></defs><use fill='red' xlink:href='#s'/><use fill='red' "
                 "xlink:href='#s'/>"
@@ -327,7 +327,7 @@ TYPED_TEST(DefinitionHandlerTest, HoldersBearTheIdentifierOfDefs) {
     EXPECT_TRUE(group->GetChildren().empty());
 }
 
-// In a document y is always flipped.
+// Documents always have y flipped.
 TYPED_TEST(DefinitionHandlerTest, WithoutTheFlipMarkersAreNotMirrored) {
     PageState state(200.0, 100.0, 0);
     const ORVRef<ORVPrtGroupElt> group(new ORVPrtGroupElt);

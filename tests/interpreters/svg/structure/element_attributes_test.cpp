@@ -14,7 +14,7 @@
 
 namespace {
 
-// Two values of every attribute that differ in what they do, wherever they do anything.
+// Two values of every attribute that differ in effect, if the attribute has any.
 struct SampleValues {
     const char* first;
     const char* second;
@@ -84,7 +84,7 @@ std::string AttributeText(AttributeName name, const std::string& value) {
     return " " + std::string(GetNameText(name)) + "='" + value + "'";
 }
 
-// Attributes that an element needs to show anything at all.
+// Attributes that an element needs to be visible.
 std::string NeededAttributes(ElementName element, SvgPlace place, AttributeName probed) {
     const struct {
         AttributeName name;
@@ -108,10 +108,10 @@ std::string NeededAttributes(ElementName element, SvgPlace place, AttributeName 
     std::string text;
     for (const auto& row : needed)
         if (row.name != probed) text += AttributeText(row.name, row.value);
-    // What "color" means shows where paint asks for it; paint would turn a hidden element on again.
+    // "color" takes effect where paint refers to it, but paint would make a hidden element visible again.
     if (probed == AttributeName::kColor) text += " fill='currentColor' stroke='currentColor'";
     if (element == ElementName::kUse && probed != AttributeName::kXlinkHref) text += " xlink:href='#d'";
-    // The size of a nested drawing is what its view box is fitted to.
+    // The viewBox is fitted to the size of a nested drawing.
     if (element == ElementName::kSvg && place == SvgPlace::kNested && probed != AttributeName::kViewBox)
         text += " viewBox='0 0 10 10'";
     return text;
@@ -119,20 +119,20 @@ std::string NeededAttributes(ElementName element, SvgPlace place, AttributeName 
 
 std::string Content(ElementName element) {
     if (element == ElementName::kText) return "Text";
-    // A marker is fitted by the box of its content before that is painted anew: only there do fonts of
-    // definitions matter, and how much depends on the fonts.
+    // A marker is fitted by its content's bounding box before the content is restyled: only there do fonts of
+    // definitions matter, and the effect depends on the installed fonts.
     const std::string text = element == ElementName::kMarker ? "" : "<text>T</text>";
     return "<rect width='9' height='8'/>" + text +
            "<path id='inner' d='M1,1 L9,9 8,1 7,3'/><polyline points='1,1 50,50 50,1'/>"
            "<rect width='5' height='6' fill='none' stroke='none'/>";
 }
 
-// The element where it stands, and wherever something can refer to it.
+// The element in place, and in every context in which it can be referenced.
 std::string DocumentWith(ElementName element, SvgPlace place, AttributeName probed,
                          const std::string& value) {
     const std::string name(GetNameText(element));
     const std::string attributes = NeededAttributes(element, place, probed) + AttributeText(probed, value);
-    // All colours that the samples name, so that naming one is no difference by itself.
+    // Registers all colours of the samples, so that using one makes no difference by itself.
     const std::string colours = "<rect fill='lime'/><rect fill='navy'/><rect fill='red'/><rect fill='blue'/>";
     const std::string definitions =
         "<defs><g id='d'><rect width='3' height='4'/><text>T</text></g>"

@@ -65,13 +65,13 @@ INSTANTIATE_TEST_SUITE_P(
                     SketchCase{"OnlyLinksHaveTargets", "<g xlink:href='#x' xlink:show='new'/>", "g{}"}),
     kNameOfRow);
 
-// What a group changes ends with it. Every row has a group-like element that changes everything; behind it
-// stand elements that show the state.
+// Changes made by a group end with it. Each row has a group-like element that changes everything, followed by
+// elements that show the state.
 struct ScopeCase {
     const char* name;
     const char* start;  // tag and attributes
     const char* end;
-    bool drawn;  // makes a group where it stands
+    bool drawn;  // is drawn as a group in place
 };
 
 constexpr ScopeCase kGroupLike[] = {{"Group", "<g", "</g>", true},
@@ -102,7 +102,7 @@ TEST_P(GroupLikeTest, RestoresTheState) {
 
 INSTANTIATE_TEST_SUITE_P(Elements, GroupLikeTest, testing::ValuesIn(kGroupLike), kNameOfRow);
 
-// What is drawn where it stands takes over the state.
+// Elements drawn in place inherit the state.
 class DrawnGroupTest : public testing::TestWithParam<ScopeCase> {};
 
 TEST_P(DrawnGroupTest, PassesTheStateOn) {
@@ -119,7 +119,7 @@ TEST_P(DrawnGroupTest, PassesTheStateOn) {
 INSTANTIATE_TEST_SUITE_P(Elements, DrawnGroupTest,
                          testing::Values(kGroupLike[0], kGroupLike[1], kGroupLike[2]), kNameOfRow);
 
-// A "use" element's own content is not looked at, so that it can define nothing.
+// The content of a "use" element is ignored, so it can define nothing.
 class DefinitionScopeTest : public testing::TestWithParam<ScopeCase> {};
 
 TEST_P(DefinitionScopeTest, DefinitionsEndWithTheGroup) {

@@ -16,7 +16,7 @@
 
 namespace {
 
-// "r" is a rectangle of 10 x 20 at the corner, "q" the same at (5, 6).
+// "r" is a rectangle of 10 x 20 at the origin, "q" the same at (5, 6).
 constexpr const char* kDefinitions =
     "<defs><rect id='r' width='10' height='20'/><rect id='q' x='5' y='6' width='10' height='20'/>"
     "<polyline id='none'/><line id='flat' x2='5'/></defs>";
@@ -293,7 +293,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "g{g{} g{} g{} g{}}"}),
     kNameOfRow);
 
-// In a fragment the page height is 0 for the content; placing operations keep their mirrorings.
+// In a fragment, the page height is 0 for the content, but placing operations are still mirrored.
 TEST(FragmentPlacementTest, KeepsTheMirroringsOfHeightZero) {
     const BuiltModel model(Drawing("<svg x='5' y='6'/><use x='7' y='8'/><g transform='scale(2)'/>"),
                            {.embedded = true});

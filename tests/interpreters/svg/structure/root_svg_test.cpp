@@ -20,7 +20,7 @@
 
 namespace {
 
-// Origin and size of a page: "(x,y) w x h", with the matrix behind it when that is not the identity.
+// Origin and size of a page: "(x,y) w x h", followed by the matrix if it is not the identity.
 std::string FrameOf(const ORVPrtImageElt& page) {
     double width = 0.0, height = 0.0;
     page.GetSize(width, height);
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "rect(0,100 0,100):2 fill=#000000 stroke=#000000"}),
     kNameOfRow);
 
-// The content of a fragment is mirrored against 0, whatever the box; percentages of a height are of nothing.
+// The content of a fragment is mirrored against 0, whatever its box; percentages of the height are 0.
 TEST(FragmentContentTest, HasNoPageHeight) {
     for (const char* attributes : {"width='200' height='100'", "viewBox='10 20 200 100'",
                                    "width='200' height='50' viewBox='0 0 200 100'"}) {
@@ -279,7 +279,7 @@ TYPED_TEST(PageResultTest, IsThatOfTheLastChild) {
     EXPECT_EQ(this->Build({ElementName::kUnknown}), 1);
 }
 
-// A document always has its y flipped, and so the origin negated.
+// A document always has y flipped, so its origin is negated.
 TYPED_TEST(PageResultTest, WithoutTheFlipTheOriginIsTheMinimum) {
     const ParsedElement<TypeParam> root("<svg viewBox='10 20 100 50'/>");
     for (const int flip : {0, 2}) {

@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "rect(0,100 0,100)"}),
     kNameOfRow);
 
-/// Lowers the number of primitives that models may have.
+/// Lowers the limit of primitives per model.
 class PrimitiveLimit {
 public:
     explicit PrimitiveLimit(std::uint64_t limit) : old_(ORVPrtModel::GetPrimitiveLimit()) {
@@ -115,7 +115,7 @@ TYPED_TEST(WalkerHandlerTest, ReportsARefusedAllocation) {
 }
 
 TEST(WalkerBudgetTest, GoesOnBehindARefusedPrimitive) {
-    // Page, group and rectangle; the title needs no primitive.
+    // Page, group and rectangle; the title requires no primitive.
     const PrimitiveLimit limit(3);
     for (const Backend backend : kBackends) {
         const BuiltModel model(Drawing("<g><rect/><circle/><title>T</title></g><line/>"),

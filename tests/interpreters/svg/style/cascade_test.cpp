@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The order of the presentation steps, as it shows in whole elements.
+// The order of the presentation steps, tested with whole elements.
 
 #include <gtest/gtest.h>
 
@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                                "g{text(0,100 'a'):2 fill=#ff0000 stroke=#000000 h9}"}),
     kNameOfRow);
 
-// Containers: the same steps in another order, and the style last of all.
+// Containers: the same steps in a different order, with the style last.
 INSTANTIATE_TEST_SUITE_P(
     Groups, CascadeTest,
     testing::Values(SketchCase{"PaintComesAfterDisplay", "<g display='none' fill='red'><rect fill=''/></g>",

@@ -13,7 +13,7 @@ namespace {
 struct ReferenceCase {
     const char* name;
     const char* value;
-    const char* expected;  // "old" where nothing changes
+    const char* expected;  // "old" if unchanged
 
     friend std::ostream& operator<<(std::ostream& out, const ReferenceCase& row) { return out << row.value; }
 };

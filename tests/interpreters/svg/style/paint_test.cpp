@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(FillOff, DrawStyleUpdateTest,
                                          DrawStyleCase{2, kUnsaid, kOff, 0},
                                          DrawStyleCase{3, kUnsaid, kOff, 1},
                                          DrawStyleCase{4, kUnsaid, kOff, 0}));
-// The stroke comes first: what is undecided is decided by it.
+// The stroke is applied first and decides undetermined cases.
 INSTANTIATE_TEST_SUITE_P(Both, DrawStyleUpdateTest,
                          testing::Values(DrawStyleCase{4, kOn, kOn, 3}, DrawStyleCase{4, kOff, kOn, 2},
                                          DrawStyleCase{4, kOn, kOff, 1}, DrawStyleCase{4, kOff, kOff, 0},
@@ -207,7 +207,7 @@ TEST(OpacityFactorTest, KeepsTheDefaultOfWhatIsNoNumber) {
     }
 }
 
-// Attributes of one element, on both ways to look at it.
+// Attributes of one element, through both kinds of access.
 template <class Element>
 class PaintAttributesTest : public testing::Test {
 protected:
@@ -337,12 +337,12 @@ TEST(PatternFillTest, TakesTheBitmapOfThePattern) {
                             "rect(0,100 0,100):2 " + expected + " stroke=#000000");
     };
     expect("fill='url(#p)'", "fill=#000000 pattern(2x3)");
-    expect("fill='url(#P) '", "fill=#000000");  // the blank belongs to the identifier
+    expect("fill='url(#P) '", "fill=#000000");  // the blank is part of the identifier
     expect("fill='url(#P))'", "fill=#000000 pattern(2x3)");
     expect("fill='url(#r)'", "fill=#000000");
     expect("fill='url(#q)'", "fill=#000000");
     expect("fill='red' style='fill:url(#p)'", "fill=#ff0000 pattern(2x3)");
-    expect("fill='url(#p)' style='fill:red'", "fill=#ff0000 pattern(2x3)");  // the fill style stays
+    expect("fill='url(#p)' style='fill:red'", "fill=#ff0000 pattern(2x3)");  // the fill style is kept
 }
 
 TEST(PatternFillTest, TheLastBitmapStays) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-// What a style finds: members that differ from their defaults where the rules look at what was there.
+// Initial state of a style: members differ from their defaults where the rules depend on previous values.
 void Touch(SvgDrawState& state) {
     state.drawStyle = kDrawUndecided;
     state.text.SetAnchor(30);
@@ -285,7 +285,7 @@ TEST(PropertyTableTest, KnowsSixtyNames) {
         EXPECT_EQ(FindProperty(unknown), nullptr) << unknown;
 }
 
-// Recognised and dropped: none of these may change anything.
+// Recognised but ignored: none of these may change anything.
 TEST(PropertyTableTest, IgnoredPropertiesChangeNothing) {
     for (const PropertyRow& row : GetProperties()) {
         if (row.apply) continue;

@@ -182,7 +182,7 @@ TYPED_TEST(BuildTextTest, AnythingElseEndsTheChainOfHandlers) {
     }
 }
 
-// Where a clipped text comes out on its page, which every way to size a page has to keep together.
+// The position of clipped text on its page, which every way of sizing a page must preserve.
 struct ClippedCase {
     const char* name;
     bool embedded;

@@ -183,7 +183,7 @@ TEST(TextVersionTest, TakesNumbersFromZero) {
 template <class Element>
 class TextAttributesTest : public testing::Test {
 protected:
-    // What a step makes of a state with the attributes.
+    // The result of applying a step with these attributes to a state.
     template <class Step>
     SvgInheritedState After(Step step, const std::string& attributes) {
         PageState state(300.0, 400.0);

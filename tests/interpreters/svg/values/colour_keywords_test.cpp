@@ -165,7 +165,7 @@ constexpr KeywordCase kKeywords[] = {
     {"yellowgreen", 0x9ACD32},
 };
 
-// The colour as 0xRRGGBB, -1 when the name is unknown.
+// The colour as 0xRRGGBB; -1 for an unknown name.
 long Find(std::string_view name) {
     RgbColour colour;
     if (!FindColourKeyword(name, colour)) return -1;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr long kNone = -1;
 
-// The colour as 0xRRGGBB, kNone when the text is none.
+// The colour as 0xRRGGBB; kNone if the text is not a colour.
 long Read(std::string_view text) {
     PageState state(10.0, 10.0);
     unsigned int index = 0;

@@ -14,14 +14,14 @@
 
 namespace {
 
-constexpr double kDefault = -7.0;  // what stays where nothing is written
+constexpr double kDefault = -7.0;  // unchanged if nothing is read
 constexpr double kInch = 25.4 * 3.543307;
 
 struct LengthCase {
     const char* name;
     const char* text;
     int status;
-    double expected;  // user units
+    double expected;  // in user units
 };
 void PrintTo(const LengthCase& row, std::ostream* out) { *out << row.text; }
 constexpr auto kName = kNameOfRow;
@@ -76,8 +76,8 @@ INSTANTIATE_TEST_SUITE_P(
         LengthCase{"UnitHiddenInAWord", "12 option", kRead, 12.0 / 72.0 * 25.4 * 3.543307}),
     kName);
 
-// In these the last bit tells the formulas from others that are equal on paper: folded factors, another
-// order.
+// The last bit of these values distinguishes the formulas from mathematically equal ones, such as folded
+// factors or a different order.
 TEST(ParseLengthTest, EveryFormulaIsRoundedAsItIsWritten) {
     const PageState state(301.0, 400.0);
     const auto read = [&](const char* text) {

@@ -10,20 +10,20 @@
 
 struct SvgDrawState;
 
-/// The value readers once more, as the edits of a string by which their results are defined: slow, plain, and
-/// independent of the readers in use, which are held to them.
+/// Reference implementation of the value parsers by string editing: slow, simple and independent of the
+/// parsers tested against it.
 namespace naive {
 
 int Length(const SvgDrawState& state, std::string value, double& out);
 int HorizontalLength(const SvgDrawState& state, std::string value, double& out);
 int VerticalLength(const SvgDrawState& state, std::string value, double& out);
 int VerticalCoordinate(const SvgDrawState& state, std::string value, double& out);
-/// @return false where the value is no colour
+/// @return false if the value is not a colour
 bool Colour(std::string value, int (&components)[3]);
 std::vector<ORVPrtTransformOperation> Transform(const SvgDrawState& state, std::string text);
 int ViewBox(std::string text, ORVPrtViewBox& box);
 std::vector<double> Numbers(const SvgDrawState& state, std::string value);
-/// Name and value of every declaration, trimmed.
+/// Trimmed name and value of every declaration.
 std::vector<std::pair<std::string, std::string>> Declarations(std::string style);
 std::vector<float> Dashes(std::string value);
 std::vector<std::string> Families(std::string value);

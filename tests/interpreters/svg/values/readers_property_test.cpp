@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Holds every value reader to its plain transcription on texts that are nearly right.
+// Compares all value parsers with their reference implementations, using almost valid texts.
 
 #include <gtest/gtest.h>
 
@@ -30,12 +30,12 @@
 
 namespace {
 
-// The same bits, or both no number.
+// Equal bit by bit, or both NaN.
 bool Same(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (a != a && b != b);
 }
 
-// What differs between two lists of numbers; empty when nothing does.
+// The difference between two lists of numbers; empty if they are equal.
 std::string Difference(const std::vector<double>& actual, const std::vector<double>& expected) {
     if (std::equal(actual.begin(), actual.end(), expected.begin(), expected.end(), Same)) return {};
     std::ostringstream text;
@@ -47,7 +47,7 @@ std::string Difference(const std::vector<double>& actual, const std::vector<doub
     return text.str();
 }
 
-// Numbers with their signs, points and exponents, the units and their halves, and what may stand around.
+// Numbers with signs, points and exponents, units and parts of units, and surrounding characters.
 const std::vector<std::string> kLengthPieces{
     "1",  "2.5", ".5", "-",  "+",  "e",  "E3", "e-2", "0",  "7",    "9", " ",  "  ",    "\t", "%",   "pt",
     "pc", "cm",  "mm", "in", "p",  "t",  "c",  "m",   "i",  "n",    "k", "x",  "px",    "em", ",",   ".",
@@ -212,7 +212,7 @@ TEST(ReadersPropertyTest, DashArrays) {
                      });
 }
 
-// Splitting shows in what the last stroke-width, cap and opacity of the attribute were.
+// The last stroke-width, cap and opacity of the attribute reveal how it was split.
 TEST(ReadersPropertyTest, StyleSplitting) {
     CheckRandomTexts({"stroke-width",
                       "stroke-linecap",
@@ -252,7 +252,7 @@ TEST(ReadersPropertyTest, StyleSplitting) {
                      });
 }
 
-// The first generic family of the list becomes the font; the other names are nobody's.
+// The first generic family of the list becomes the font; the other names do not exist.
 TEST(ReadersPropertyTest, FontFamilyLists) {
     CheckRandomTexts({"serif", "sans-", "cursive", "fantasy", "mono", "space", "\"", "'", ",", ",", " ", "\t",
                       "Nobody", "ü", ";", "monospace", " serif ", "'cursive'"},

@@ -14,7 +14,7 @@
 
 namespace {
 
-// The operations that a list gives to a group, see SketchOf; y is not flipped.
+// The operations that a list adds to a group, see SketchOf; y is not flipped.
 std::string Sketch(std::string_view text, int flip = 0) {
     const ORVRef<ORVPrtGroupElt> group(new ORVPrtGroupElt);
     EXPECT_EQ(ApplyTransformList(PageState(200.0, 100.0, flip), text, group.get()), kDone);
@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
         TransformCase{"ScaleXY", "scale(2 3)", "sx(2) sy(3)"}, TransformCase{"EmptyArguments", "scale()", ""},
         TransformCase{"BlankArguments", "scale( )", "sx(1) sy(1)"},
         TransformCase{"Rotate", "rotate(0.5)", "r(0.008726646192)"},
-        // In single precision from the start, the last digits would be 6221.
+        // If computed in single precision throughout, the last digits would be 6221.
         TransformCase{"OnlyTheProductIsNarrowed", "rotate(0.9)skewX(0.9)skewY(0.9)",
                       "r(0.01570796408) kx(0.01570796408) ky(0.01570796408)"},
         TransformCase{"RotateTwoNumbers", "rotate(0.5 10)", "r(0.008726646192)"},
@@ -91,7 +91,7 @@ TEST(TransformMirrorTest, StandsOnBothSidesAlsoOfNothing) {
     EXPECT_EQ(Sketch("", 1), "~100 ~100");
     EXPECT_EQ(Sketch("rubbish", 1), "~100 ~100");
     EXPECT_EQ(Sketch("scale(2) rotate(0.5)", 1), "~100 sx(2) sy(2) r(0.008726646192) ~100");
-    EXPECT_EQ(Sketch("translate(1,2)", 2), "t(1,2)");  // only 1 flips
+    EXPECT_EQ(Sketch("translate(1,2)", 2), "t(1,2)");  // only 1 means flipped
 }
 
 TEST(TransformTargetTest, NullIsUnusable) {

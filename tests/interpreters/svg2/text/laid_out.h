@@ -6,9 +6,9 @@
 
 namespace svg2_test {
 
-/// Glyphs of a text in DejaVu Sans at 10 px, in the order in which they are drawn.
+/// Glyphs of a text in DejaVu Sans at 10 px, in drawing order.
 std::vector<unsigned> GlyphsOf(const std::string& text);
-/// Lengths of its parts, summed up.
+/// Total length of the text's segments.
 double LengthOf(const std::string& text);
 
 }  // namespace svg2_test
