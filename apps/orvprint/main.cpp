@@ -188,6 +188,25 @@ std::string MeantCommand(const CommandOptions& options, const std::string& word)
     return FindNearest(word, names);
 }
 
+/// What is wrong with the command line. The library that parses it names some errors in terms of its types.
+std::string WhatIsWrong(const CLI::Error& error) {
+    std::string text = error.what();
+    const std::size_t colon = text.find(": 1 required ");
+    if (colon != std::string::npos && text.ends_with(" missing"))
+        return text.substr(0, colon) + ": a value is missing";
+    if (text.starts_with("input") && text.ends_with(" is required")) return "no input; name a drawing";
+    return text;
+}
+
+/// The other commands that have an option, for the end of a message; empty if there are none.
+std::string HintOnCommands(const CLI::App& app, const std::string& option) {
+    std::string names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        if (command->get_option_no_throw(option))
+            names.append(names.empty() ? "" : ", ").append(command->get_name());
+    return names.empty() ? names : "; it is an option of orvprint " + names;
+}
+
 /// What misspelt options were probably meant to be, for the end of a message.
 std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
     const CLI::App* command = &app;
@@ -202,6 +221,7 @@ std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
         if (!word.starts_with("--")) continue;
         word.resize(std::min(word.find('='), word.size()));
         if (std::find(known.begin(), known.end(), word) != known.end()) continue;
+        if (const std::string commands = HintOnCommands(app, word); !commands.empty()) return commands;
         if (const std::string nearest = FindNearest(word, known); !nearest.empty())
             return "; did you mean " + nearest + "?";
     }
@@ -343,7 +363,7 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
         if (!given.AreAll()) return std::nullopt;
         if (error.get_exit_code() == 0) return parser.exit(error);  // --help, --version
         const std::string hint = HintOnOptions(parser, argc, argv);
-        return Report(kExitUsage, "", std::string(error.what()) + hint + " (see orvprint --help)");
+        return Report(kExitUsage, "", WhatIsWrong(error) + hint + " (see orvprint --help)");
     }
 
     if (const std::string name = OptionBeforeCommand(parser); !name.empty())

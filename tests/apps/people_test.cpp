@@ -46,6 +46,11 @@ const HintRow kHints[] = {
     {"MisspeltOptionOfACommand", {"info", "--jsno", "a.svg"}, 2, "did you mean --json?"},
     {"MisspeltOptionWithValue", {"a.svg", "--outptu=x.pdf"}, 2, "did you mean --output?"},
     {"Address", {"https://example.org/a.svg", "-o", "o.pdf"}, 3, "is an address, not a file"},
+    {"AddressOfAFile", {"file:///tmp/a.svg", "-o", "o.pdf"}, 3, "is an address; give the path of the file"},
+    {"OptionWithoutValue", {"a.svg", "-o"}, 2, "--output: a value is missing"},
+    {"NumberWithoutValue", {"a.svg", "--dpi"}, 2, "orvprint: --dpi: a value is missing (see"},
+    {"CommandWithoutInput", {"info"}, 2, "orvprint: no input; name a drawing (see"},
+    {"OptionOfAnotherCommand", {"a.svg", "--json"}, 2, "; it is an option of orvprint info, inspect, check"},
     {"MissingFolder", {"a.svg", "-o", "missing/o.pdf"}, 8, "missing/o.pdf: there is no folder missing"},
 };
 

@@ -35,6 +35,21 @@ std::string Rectangles(const std::string& colour) {
            colour + "'/></svg>";
 }
 
+/// A port that nobody listens to, for now.
+int FreePort() {
+    const int endpoint = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    int port = 0;
+    if (bind(endpoint, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+        getsockname(endpoint, reinterpret_cast<sockaddr*>(&address), &size) == 0)
+        port = ntohs(address.sin_port);
+    close(endpoint);
+    return port;
+}
+
 class DirectTest : public ToolTest {
 protected:
     static void SetUpTestSuite() {
@@ -87,7 +102,18 @@ TEST_F(DirectTest, PrintersAreListed) {
     EXPECT_THAT(run.output, HasSubstr("paper: idle, takes pdf pwg urf, First floor\n"));
     const ToolRun nobody = RunProgram({"env", "CUPS_SERVER=/nonexistent", ORV_TOOL_PATH, "printers"});
     EXPECT_EQ(nobody.exitCode, 9);
-    EXPECT_THAT(nobody.errors, StartsWith("orvprint: the print system does not answer"));
+    EXPECT_THAT(nobody.errors, StartsWith("orvprint: the print system CUPS does not answer at /nonexistent"));
+}
+
+TEST_F(DirectTest, APrinterThatDoesNotAnswerIsNotTakenForOneThatIsMissing) {
+    const ToolRun nobody =
+        RunProgram({"env", "CUPS_SERVER=/nonexistent", ORV_TOOL_PATH, "a.svg", "-d", "paper"});
+    EXPECT_EQ(nobody.exitCode, 8);
+    EXPECT_THAT(nobody.errors, HasSubstr("paper: the print system CUPS does not answer at /nonexistent"));
+    const ToolRun closed =
+        RunHere({"a.svg", "-d", "ipp://127.0.0.1:" + std::to_string(FreePort()) + "/ipp/print"});
+    EXPECT_EQ(closed.exitCode, 8);
+    EXPECT_THAT(closed.errors, HasSubstr("/ipp/print: does not answer; is the address right"));
 }
 
 TEST_F(DirectTest, AQueueGetsSheetsOfItsPaper) {
@@ -170,21 +196,6 @@ TEST_F(DirectTest, WhatIsWrongEndsBeforeAJobIsMade) {
     }
     EXPECT_FALSE(fs::exists(scheduler->GetOutput()));
     EXPECT_THAT(RunProgram({"sh", "-c", "ls | grep -v svg$"}).output, IsEmpty());
-}
-
-/// A port that nobody listens to, for now.
-int FreePort() {
-    const int endpoint = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    int port = 0;
-    if (bind(endpoint, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-        getsockname(endpoint, reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        port = ntohs(address.sin_port);
-    close(endpoint);
-    return port;
 }
 
 /// A printer with an address. It announces itself, for which it needs a bus and a daemon: these run with it

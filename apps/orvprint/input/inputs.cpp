@@ -127,7 +127,9 @@ int CheckInput(const std::string& path) {
     if (path == "-") return kExitDone;
     struct stat information {};
     if (path.find("://") != std::string::npos && stat(path.c_str(), &information) != 0)
-        return Report(kExitUnreadable, path, "is an address, not a file; download the drawing first");
+        return Report(kExitUnreadable, path,
+                      path.starts_with("file://") ? "is an address; give the path of the file"
+                                                  : "is an address, not a file; download the drawing first");
     if (stat(path.c_str(), &information) != 0 || access(path.c_str(), R_OK) != 0)
         return Report(kExitUnreadable, path, std::strerror(errno));
     if (S_ISDIR(information.st_mode)) return Report(kExitUnreadable, path, "is a folder");

@@ -42,6 +42,16 @@ std::string LastError() {
     return text && *text ? text : std::strerror(errno);
 }
 
+/// Whether the print system answers: who looks for a printer learns only that there is none.
+bool IsThere(std::string& error) {
+    http_t* const system =
+        httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, kPatience, nullptr);
+    if (!system)
+        error = std::string("the print system CUPS does not answer at ") + cupsServer() + "; is it running?";
+    httpClose(system);
+    return system != nullptr;
+}
+
 std::string OptionOf(const cups_dest_t& printer, const char* name) {
     const char* const value = cupsGetOption(name, printer.num_options, printer.options);
     return value ? value : "";
@@ -116,6 +126,7 @@ public:
     }
 
     bool List(std::vector<PrinterFacts>& printers, std::string& error) override {
+        if (!IsThere(error)) return false;
         cups_dest_t* all = nullptr;
         const int count = cupsGetDests2(CUPS_HTTP_DEFAULT, &all);
         if (count == 0 && cupsLastError() > IPP_STATUS_OK_CONFLICTING &&
@@ -139,15 +150,18 @@ public:
                                             instance.empty() ? nullptr : instance.c_str()));
         }
         if (!printer_) {
-            error = isAddress ? "is no address of a printer, such as ipp://host/ipp/print"
-                              : "there is no such printer; orvprint printers lists them";
+            if (isAddress)
+                error = "is no address of a printer, such as ipp://host/ipp/print";
+            else if (IsThere(error))
+                error = "there is no such printer; orvprint printers lists them";
             return false;
         }
         if (isAddress) {
             own_ = cupsConnectDest(printer_.get(), CUPS_DEST_FLAGS_DEVICE, kPatience, nullptr,
                                    resource_.data(), resource_.size(), nullptr, nullptr);
-            if (!own_) {
-                error = "does not answer: " + LastError();
+            // There is a connection even where nobody answers.
+            if (!own_ || httpGetFd(own_) < 0) {
+                error = "does not answer; is the address right, and the printer switched on?";
                 return false;
             }
         }
