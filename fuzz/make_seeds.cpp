@@ -100,7 +100,7 @@ void AddPath(std::string_view data, Seeds& seeds) {
     }
 }
 
-void AddPicture(std::string_view reference, Seeds& seeds) {
+void AddImage(std::string_view reference, Seeds& seeds) {
     const std::size_t comma = reference.find(";base64,");
     if (!reference.starts_with("data:") || comma == reference.npos) return;
     const std::string_view text = reference.substr(comma + 8);
@@ -117,7 +117,7 @@ void AddValues(const ORVXmlNode& element, Seeds& seeds) {
             seeds.Add(found->second, attribute.value);
         if (attribute.name == "style") seeds.Add("standard_styles", attribute.value);
         if (attribute.name == "d") AddPath(attribute.value, seeds);
-        if (attribute.name == "xlink:href") AddPicture(attribute.value, seeds);
+        if (attribute.name == "xlink:href") AddImage(attribute.value, seeds);
     }
 }
 

@@ -30,15 +30,15 @@ constexpr double kPointsPerUserUnit = 72.0 / 90.0;
 constexpr double kLargestSide = 14'400.0;
 constexpr double kLeastResolution = 300.0, kGreatestResolution = 1200.0;
 // Maximum pixels of an image for a page that is entirely transparent.
-constexpr double kPicturePixels = 5e7;
+constexpr double kImagePixels = 5e7;
 // cairo makes an image of every transparent part and draws the whole page for each. Beyond this number of
 // parts, they are joined into one image.
-constexpr std::size_t kMostPictures = 256;
+constexpr std::size_t kMostImages = 256;
 
 /// Dots per inch for images of transparent parts.
 double FallbackResolution(double asked, double width, double height) {
     const double wanted = std::clamp(asked, kLeastResolution, kGreatestResolution);
-    return std::min(wanted, std::sqrt(kPicturePixels * 72.0 * 72.0 / (width * height)));
+    return std::min(wanted, std::sqrt(kImagePixels * 72.0 * 72.0 / (width * height)));
 }
 
 /// Formats a time in seconds since 1970 for a DSC comment; empty if its year does not have four digits.
@@ -138,7 +138,7 @@ void ORVPostScriptGenerator::State::NoteTransparent(const ORVMathBox2D& box) {
     all.Add({cut(box.xMax, sheetWidth), cut(box.yMax, sheetHeight)});
     const bool isJoined = all.xMin >= joinedBox.xMin && all.xMax <= joinedBox.xMax &&
                           all.yMin >= joinedBox.yMin && all.yMax <= joinedBox.yMax;
-    if (++transparentParts <= kMostPictures || isJoined) return;
+    if (++transparentParts <= kMostImages || isJoined) return;
     // With a margin, so that this happens only a few times.
     const double marginX = 0.05 * sheetWidth, marginY = 0.05 * sheetHeight;
     joinedBox.Add({std::max(all.xMin - marginX, 0.0), std::max(all.yMin - marginY, 0.0)});

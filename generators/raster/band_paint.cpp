@@ -185,7 +185,7 @@ void BandRenderer::Paint(const RasterOperation& operation) {
     if (operation.clipped)
         MakeMask(list_.GetClips()[operation.clip].mask,
                  {left_, coverage_.GetFirstRow(), right_, coverage_.GetEndRow()});
-    if (operation.picture && !pictures_.Find(*operation.picture, source_)) source_ = {};
+    if (operation.image && !images_.Find(*operation.image, source_)) source_ = {};
     if (operation.gradient) coverage_.AddWork(gradient_.Begin(*operation.gradient, left_, right_));
     const std::uint64_t before = coverage_.GetWork();
     if (operation.smooths) {
@@ -216,7 +216,7 @@ std::uint64_t BandRenderer::WorkOfPixel(const RasterOperation& operation) const 
 template <CoverageRule kRule>
 void BandRenderer::PaintWith(const RasterOperation& operation) {
     ORVPrintColour colour = operation.colour;
-    const bool isPlain = !operation.gradient && (!operation.picture || source_.GetColour(colour));
+    const bool isPlain = !operation.gradient && (!operation.image || source_.GetColour(colour));
     if (!isPlain || operation.clipped) {
         AlphaPaint paint(*this, operation);
         coverage_.Sweep<kRule>(paint);
@@ -240,7 +240,7 @@ void BandRenderer::BlendRow(const RasterOperation& operation, int row, int begin
             alphas[x] = static_cast<std::uint8_t>(DivideBy255(alphas[x] * opacity));
     if (operation.gradient) {
         LayPixels(gradient_.Read(row, begin, end), pixels, begin, end, alphas);
-    } else if (!operation.picture) {
+    } else if (!operation.image) {
         BlendColour(operation.colour, pixels, begin, end, alphas);
     } else if (source_.samples) {
         colours_.resize((static_cast<std::size_t>(end - begin) + 4) * 4);

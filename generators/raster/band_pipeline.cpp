@@ -15,7 +15,7 @@
 #include "generators/common/exception_text.h"
 #include "generators/common/generator_status.h"
 #include "generators/raster/band_renderer.h"
-#include "generators/raster/picture_store.h"
+#include "generators/raster/image_store.h"
 
 namespace {
 
@@ -110,7 +110,7 @@ public:
         }
         taken_.notify_all();
         for (std::thread& worker : workers) worker.join();
-        pictures_.Clear();
+        images_.Clear();
         return status;
     }
 
@@ -148,7 +148,7 @@ private:
     void Work() {
         try {
             // A page may have fewer rows than a band.
-            BandRenderer renderer(list_, pictures_, budget_, info_.pixels,
+            BandRenderer renderer(list_, images_, budget_, info_.pixels,
                                   std::min(info_.bandRows, info_.height));
             std::vector<std::uint32_t> pieces;
             std::vector<std::uint8_t> bytes;
@@ -196,7 +196,7 @@ private:
     PaintBudget& budget_;
     ORVBandSink& sink_;
     ORVFailure& failure_;
-    PictureStore pictures_;
+    ImageStore images_;
     std::mutex mutex_;
     std::condition_variable arrived_, taken_;
     BandQueue queue_;

@@ -47,10 +47,10 @@ void PackRowByFours(const std::uint8_t* from, int width, std::uint8_t* to) { Pac
 
 }  // namespace
 
-BandRenderer::BandRenderer(const DisplayList& list, PictureStore& pictures, PaintBudget& budget,
+BandRenderer::BandRenderer(const DisplayList& list, ImageStore& images, PaintBudget& budget,
                            RasterPixels pixels, int bandRows)
     : list_(list),
-      pictures_(pictures),
+      images_(images),
       budget_(budget),
       pixels_(pixels),
       paper_(pixels == RasterPixels::kClear ? 0 : 255),

@@ -11,16 +11,16 @@
 #include "generators/raster/coverage_buffer.h"
 #include "generators/raster/display_list.h"
 #include "generators/raster/gradient_source.h"
+#include "generators/raster/image_store.h"
 #include "generators/raster/paint_budget.h"
-#include "generators/raster/picture_store.h"
 #include "generators/raster/stroke_dashes.h"
 #include "generators/raster/stroke_outline.h"
 
 /// Renders bands of a page. Not thread-safe: each thread needs its own renderer.
 class BandRenderer {
 public:
-    /// @param list, pictures, budget  must outlive the renderer
-    BandRenderer(const DisplayList& list, PictureStore& pictures, PaintBudget& budget, RasterPixels pixels,
+    /// @param list, images, budget  must outlive the renderer
+    BandRenderer(const DisplayList& list, ImageStore& images, PaintBudget& budget, RasterPixels pixels,
                  int bandRows);
 
     /// Renders the rows [firstRow, firstRow + rowCount). The result is incomplete if the budget is used up.
@@ -127,7 +127,7 @@ private:
     void Dither(int firstRow, int rowCount);
 
     const DisplayList& list_;
-    PictureStore& pictures_;
+    ImageStore& images_;
     PaintBudget& budget_;
     const RasterPixels pixels_;
     const int paper_;  // byte value of unpainted pixels
@@ -161,6 +161,6 @@ private:
     std::vector<Surface> surfaces_;  // the first one is the page
     std::vector<std::uint8_t> layerMemory_, below_;
     std::size_t layerMemoryUsed_ = 0;
-    PictureSource source_;
+    ImageSampler source_;
     GradientSource gradient_;
 };

@@ -11,7 +11,7 @@ namespace {
 bool IsGreyPaint(const RasterOperation& operation) {
     if (operation.gradient) return operation.gradient->stops->isGrey;
     const ORVPrintColour& colour = operation.colour;
-    return !operation.picture && colour.red == colour.green && colour.green == colour.blue;
+    return !operation.image && colour.red == colour.green && colour.green == colour.blue;
 }
 
 // The rows inside a clip.
@@ -47,7 +47,7 @@ void DisplayList::Clear() {
     layer_ = 0;
     layerRowBytes_ = 0;
     pens_.Clear();
-    pictures_.clear();
+    images_.clear();
     glyphs_.Clear();
     gradients_.Clear();
     arena_.Clear();
@@ -89,8 +89,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.geometry = geometry;
         operation.evenOdd = fill->evenOdd;
         operation.smooths = operation.smooths && !fill->isCrisp;
-        if (fill->pattern)
-            operation.picture = KeepPicture(*fill->pattern, ToDevice(fill->patternToPage), true);
+        if (fill->pattern) operation.image = KeepImage(*fill->pattern, ToDevice(fill->patternToPage), true);
         SetGradient(fill->gradient, operation);
         AddOperation(operation, extent);
     }
@@ -109,7 +108,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
 void DisplayList::SetGradient(const ORVPrintGradient* gradient, RasterOperation& operation) {
     operation.gradient = gradient ? gradients_.Find(*gradient, ToDevice(gradient->toPage)) : nullptr;
     if (!operation.gradient) return;
-    operation.picture = nullptr;
+    operation.image = nullptr;
     operation.colour.opacity = 255;  // the colours have their own opacity
 }
 
@@ -129,20 +128,20 @@ void DisplayList::AddPixels(const ORVPixelImage& image, const ORVMathAffine2D& s
     RasterOperation operation = NewOperation({0, 0, 0, opacity});
     RasterExtent extent;
     if (!outlines_.Make(path_, squareToDevice, PathUse::kFill, operation.geometry, extent)) return;
-    operation.picture = KeepPicture(
+    operation.image = KeepImage(
         image, squareToDevice * ORVMathAffine2D::Scaling(1.0 / image.GetWidth(), 1.0 / image.GetHeight()),
         false, isSmooth);
     AddOperation(operation, extent);
 }
 
-const RasterPicture* DisplayList::KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
-                                              bool repeats, bool isSmooth) {
+const PlacedImage* DisplayList::KeepImage(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
+                                          bool repeats, bool isSmooth) {
     // Consecutive shapes often share a pattern.
-    if (repeats && !pictures_.empty() && pictures_.back().repeats && pictures_.back().image.get() == &image &&
-        pictures_.back().toDevice == toDevice)
-        return &pictures_.back();
-    pictures_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats, isSmooth});
-    return &pictures_.back();
+    if (repeats && !images_.empty() && images_.back().repeats && images_.back().image.get() == &image &&
+        images_.back().toDevice == toDevice)
+        return &images_.back();
+    images_.push_back({ORVRef<const ORVPixelImage>::Share(&image), toDevice, repeats, isSmooth});
+    return &images_.back();
 }
 
 // ---- Operations -------------------------------------------------------------------------------------------

@@ -107,10 +107,10 @@ private:
     void AddRunOutlines(const ORVPrintText& text, const ORVGlyphRun& run, const ORVMathAffine2D& toDevice);
     /// Collects the glyphs of a run that have outlines. @return false if some have none
     bool CollectPlaces(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, RasterGeometry& origin);
-    void AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, const ORVPrintFill& fill);
+    void AddGlyphBitmaps(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice, const ORVPrintFill& fill);
 
-    const RasterPicture* KeepPicture(const ORVPixelImage& image, const ORVMathAffine2D& toDevice,
-                                     bool repeats, bool isSmooth = true);
+    const PlacedImage* KeepImage(const ORVPixelImage& image, const ORVMathAffine2D& toDevice, bool repeats,
+                                 bool isSmooth = true);
 
     int width_ = 0, height_ = 0;
     double scale_ = 1.0, thinnest_ = 0.0;
@@ -132,7 +132,7 @@ private:
     PenStore pens_;
     GlyphStore glyphs_;
     GradientStore gradients_{arena_};
-    std::deque<RasterPicture> pictures_;
+    std::deque<PlacedImage> images_;
 
     OutlineCollector outlines_{arena_};
     // Members to reuse their memory between calls.

@@ -11,7 +11,7 @@
 #include "generators/raster/display_list.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/fonts/ORVTextLayout.h"
-#include "platform/visualization/fonts/glyph_picture.h"
+#include "platform/visualization/fonts/glyph_bitmap.h"
 
 namespace {
 
@@ -46,8 +46,8 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         return;
     }
     RasterOperation operation = NewOperation({});
-    const bool hasPictures = !CollectPlaces(run, toDevice, operation.geometry);
-    if (text.fill && hasPictures) AddGlyphPictures(run, toDevice, *text.fill);
+    const bool hasBitmaps = !CollectPlaces(run, toDevice, operation.geometry);
+    if (text.fill && hasBitmaps) AddGlyphBitmaps(run, toDevice, *text.fill);
     if (places_.empty()) return;
     auto* kept = arena_.Make<RasterGlyphPlace>(places_.size());
     std::uninitialized_copy(places_.begin(), places_.end(), kept);
@@ -55,14 +55,14 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
     if (text.fill) {
         operation.colour = text.fill->colour;
         if (text.fill->pattern)
-            operation.picture = KeepPicture(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
+            operation.image = KeepImage(*text.fill->pattern, ToDevice(text.fill->patternToPage), true);
         SetGradient(text.fill->gradient, operation);
         if (run.syntheticBold) operation.pen = pens_.Find(BoldStrokeOf(run), toDevice, thinnest_);
         AddGlyphs(operation);
     }
     if (text.stroke) {
         operation.colour = text.stroke->colour;
-        operation.picture = nullptr;
+        operation.image = nullptr;
         operation.fills = false;
         operation.pen = pens_.Find(*text.stroke, toDevice, thinnest_);
         SetGradient(text.stroke->gradient, operation);
@@ -108,20 +108,20 @@ bool DisplayList::CollectPlaces(const ORVGlyphRun& run, const ORVMathAffine2D& t
     return haveOutlines;
 }
 
-void DisplayList::AddGlyphPictures(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,
-                                   const ORVPrintFill& fill) {
+void DisplayList::AddGlyphBitmaps(const ORVGlyphRun& run, const ORVMathAffine2D& toDevice,
+                                  const ORVPrintFill& fill) {
     const double pixelsPerEm = run.size * toDevice.Enlargement();
     const double across = run.size * run.expansion;
     for (const ORVGlyph& glyph : run.glyphs) {
-        const ORVGlyphPicture picture = ORVMakeGlyphPicture(
+        const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(
             *run.face, glyph.index, pixelsPerEm, {fill.colour.red, fill.colour.green, fill.colour.blue});
-        if (!picture.image) continue;
-        const ORVMathAffine2D box{picture.width * across,
+        if (!bitmap.image) continue;
+        const ORVMathAffine2D box{bitmap.width * across,
                                   0.0,
                                   0.0,
-                                  -picture.height * run.size,
-                                  glyph.x + picture.left * across,
-                                  glyph.y + picture.top * run.size};
-        AddPixels(*picture.image, toDevice * box, fill.colour.opacity);
+                                  -bitmap.height * run.size,
+                                  glyph.x + bitmap.left * across,
+                                  glyph.y + bitmap.top * run.size};
+        AddPixels(*bitmap.image, toDevice * box, fill.colour.opacity);
     }
 }

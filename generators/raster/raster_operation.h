@@ -21,7 +21,7 @@ struct RasterGlyphPlace {
 };
 
 /// An image used as paint.
-struct RasterPicture {
+struct PlacedImage {
     ORVRef<const ORVPixelImage> image;
     ORVMathAffine2D toDevice;  // from image pixels
     bool repeats = false;      // otherwise the edge pixels extend without end
@@ -52,7 +52,7 @@ struct RasterOperation {
     RasterGeometry geometry;                   // for paths
     const RasterGlyphPlace* glyphs = nullptr;  // for glyphs
     const StrokePen* pen = nullptr;            // strokes the outlines; null to fill only
-    const RasterPicture* picture = nullptr;    // painted instead of the colour
+    const PlacedImage* image = nullptr;        // painted instead of the colour
     const RasterGradient* gradient = nullptr;  // painted instead of the colour
     std::uint32_t clip = 0;
     ORVPrintColour colour;

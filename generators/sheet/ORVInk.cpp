@@ -202,11 +202,11 @@ bool ORVInk::ConvertStops(std::vector<ORVPrintGradientStop>& stops, bool isArea)
 
 const ORVPixelImage& ORVInk::Convert(const ORVPixelImage& image, bool isPattern, std::uint8_t opacity) {
     if (!ChangesColours()) return image;
-    Entries& entries = isPattern ? patterns_ : pictures_;
+    Entries& entries = isPattern ? patterns_ : images_;
     if (const auto found = entries.find({&image, opacity}); found != entries.end())
         return *found->second.converted;
     if (bytes_ > keptBytes_) {
-        pictures_.clear();
+        images_.clear();
         patterns_.clear();
         bytes_ = 0;
     }

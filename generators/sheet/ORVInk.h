@@ -48,7 +48,7 @@ public:
     bool ConvertStops(std::vector<ORVPrintGradientStop>& stops, bool isArea) const;
     /// Converts an image. The result is valid until the next call.
     /// @param opacity  with which the image is drawn
-    const ORVPixelImage& ConvertPicture(const ORVPixelImage& image, std::uint8_t opacity = 255) {
+    const ORVPixelImage& ConvertImage(const ORVPixelImage& image, std::uint8_t opacity = 255) {
         return Convert(image, false, opacity);
     }
     const ORVPixelImage& ConvertPattern(const ORVPixelImage& image) { return Convert(image, true, 255); }
@@ -64,6 +64,6 @@ private:
 
     const ORVColourMode mode_, areaMode_;
     const std::size_t keptBytes_;
-    Entries pictures_, patterns_;
+    Entries images_, patterns_;
     std::size_t bytes_ = 0;  // size of the converted pixels
 };

@@ -169,7 +169,7 @@ int ORVSheetCanvas::DrawText(const ORVPrintText& text) {
 int ORVSheetCanvas::DrawImage(const ORVPrintImage& image) {
     const double opacity = opacities_.empty() ? 1.0 : opacities_.back();
     const ORVPixelImage& converted =
-        Converts() ? ink_.ConvertPicture(image.image, ORVDimmed(255, opacity)) : image.image;
+        Converts() ? ink_.ConvertImage(image.image, ORVDimmed(255, opacity)) : image.image;
     const auto placed = ORVCallMapper::Map(Map(), {converted, image.toPage, image.id, image.isSmooth});
     return placed ? target_.DrawImage(*placed) : kGeneratorDone;
 }

@@ -35,7 +35,7 @@ struct DefinitionFacts {
     const ORVXmlNode* node = nullptr;
     ORVMathBox2D content;         ///< bounding box of its content, in its own coordinates
     bool isCutElsewhere = false;  ///< some content lies outside its viewBox, where other programs clip it
-    bool hasPicture = false;      ///< one of its children is an image
+    bool hasImage = false;        ///< one of its children is an image
     bool hasViewBox = false;      ///< is a symbol with a viewBox
     bool isManifold = false;      ///< drawn with more than kMostSets sets
     std::size_t leaves = 0;       ///< number of shapes, texts and other leaf elements drawn

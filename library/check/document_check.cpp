@@ -47,7 +47,7 @@ DefinitionFacts FactsOf(const ORVXmlNode& definition) {
     facts.hasViewBox =
         definition.id == ElementName::kSymbol && !definition.Value(AttributeName::kViewBox).empty();
     for (const ORVXmlNode* child = definition.firstChild; child; child = child->nextSibling)
-        facts.hasPicture |= child->id == ElementName::kImage;
+        facts.hasImage |= child->id == ElementName::kImage;
     return facts;
 }
 

@@ -15,7 +15,7 @@ using enum FindingCode;
 
 // Images are stretched to their area here; SVG keeps the aspect ratio by default.
 void CheckShape(CheckContext& check, const NumberedElement& element, std::string_view reference,
-                const PictureFacts& facts, const SvgDrawState& state) {
+                const ImageFacts& facts, const SvgDrawState& state) {
     double width = 0.0, height = 0.0;
     ReadHorizontalAttribute(state, LightElementAccess(element.node), AttributeName::kWidth, width);
     ParseVerticalLength(state, element.node->Value(AttributeName::kHeight), height);
@@ -60,7 +60,7 @@ void CheckImage(CheckContext& check, const NumberedElement& element, const SvgDr
             check.findings.Note(kImageMissing, element, {}, {}, "has no image: give it xlink:href");
         return;
     }
-    const PictureFacts& facts = check.resources.CheckPicture(state, reference);
+    const ImageFacts& facts = check.resources.CheckImage(state, reference);
     if (facts.problem) return check.findings.Note(element, "xlink:href", reference, *facts.problem);
     if (facts.remark) check.findings.Note(element, "xlink:href", reference, *facts.remark);
     CheckDrawn(check, element, state);
@@ -76,7 +76,7 @@ bool IsSizeOfTile(ResourceChecks& resources, const ORVXmlNode& pattern, Attribut
     if (!isWidth && name != AttributeName::kHeight) return false;
     for (const ORVXmlNode* child = pattern.firstChild; child; child = child->nextSibling) {
         if (child->id != ElementName::kImage || !child->Has(AttributeName::kXlinkHref)) continue;
-        const PictureFacts& facts = resources.CheckPicture(state, child->Value(AttributeName::kXlinkHref));
+        const ImageFacts& facts = resources.CheckImage(state, child->Value(AttributeName::kXlinkHref));
         if (std::abs(size - (isWidth ? facts.tileWidth : facts.tileHeight)) > 0.01 * size) return false;
     }
     return true;

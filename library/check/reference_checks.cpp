@@ -155,16 +155,14 @@ bool IsTileAsMeant(CheckContext& check, const DefinitionFacts& facts, const SvgD
         pattern.Has(AttributeName::kViewBox) || pattern.Has(AttributeName::kPatternTransform) ||
         pattern.Find("patternContentUnits").value_or("userSpaceOnUse") != "userSpaceOnUse")
         return false;
-    const PictureFacts& picture =
-        check.resources.CheckPicture(state, image->Value(AttributeName::kXlinkHref));
+    const ImageFacts& source = check.resources.CheckImage(state, image->Value(AttributeName::kXlinkHref));
     for (const ORVXmlNode* node : {&pattern, image}) {
         double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
         ParseHorizontalLength(state, node->Value(AttributeName::kX), x);
         ParseVerticalLength(state, node->Value(AttributeName::kY), y);
         ParseHorizontalLength(state, node->Value(AttributeName::kWidth), width);
         ParseVerticalLength(state, node->Value(AttributeName::kHeight), height);
-        if (x != 0.0 || y != 0.0 || !IsClose(width, picture.tileWidth) ||
-            !IsClose(height, picture.tileHeight))
+        if (x != 0.0 || y != 0.0 || !IsClose(width, source.tileWidth) || !IsClose(height, source.tileHeight))
             return false;
     }
     return true;
@@ -237,7 +235,7 @@ MaybeProblem CheckPaintReference(CheckContext& check, const NumberedElement& ele
         return ValueProblem{kBadReference, kOtherLetters};
     if (facts->element != ElementName::kPattern)
         return ValueProblem{kBadReference, "is not a pattern: the colour does not change"};
-    if (!facts->hasPicture && element.node->id != ElementName::kPattern)
+    if (!facts->hasImage && element.node->id != ElementName::kPattern)
         return ValueProblem{kPatternWithoutImage, "the pattern has no image of its own"};
     if (element.node->id != ElementName::kPattern &&
         (check.inForce.isMoved || !IsTileAsMeant(check, *facts, state)))

@@ -139,9 +139,9 @@ char32_t CutCharacter(std::string_view& text, std::string_view& bytes) {
 
 }  // namespace
 
-const PictureFacts& ResourceChecks::CheckPicture(const SvgDrawState& state, std::string_view reference) {
-    const auto [found, isNew] = pictures_.try_emplace(reference);
-    PictureFacts& facts = found->second;
+const ImageFacts& ResourceChecks::CheckImage(const SvgDrawState& state, std::string_view reference) {
+    const auto [found, isNew] = images_.try_emplace(reference);
+    ImageFacts& facts = found->second;
     if (!isNew) return facts;
     const ORVRef<ORVPrtBitmapImageElt> bitmap(new ORVPrtBitmapImageElt);
     if (!LoadPixelImage(state, reference, *bitmap)) throw std::bad_alloc();

@@ -16,7 +16,7 @@ struct SvgDrawState;
 enum class PropertySource;
 
 /// The result of examining an image.
-struct PictureFacts {
+struct ImageFacts {
     MaybeProblem problem;                      ///< why it cannot be read
     MaybeProblem remark;                       ///< which of its features is not supported
     int width = 0, height = 0;                 ///< in pixels; 0 if it cannot be read
@@ -28,7 +28,7 @@ class ResourceChecks {
 public:
     /// @param state      provides the document's path
     /// @param reference  must outlive this object
-    const PictureFacts& CheckPicture(const SvgDrawState& state, std::string_view reference);
+    const ImageFacts& CheckImage(const SvgDrawState& state, std::string_view reference);
 
     /// Whether text can be set in the font of `state`. Only the first failure is reported; after it, families
     /// and glyphs are not checked.
@@ -44,7 +44,7 @@ public:
     MaybeProblem CheckGlyphs(std::string_view text, const SvgDrawState& state);
 
 private:
-    std::unordered_map<std::string_view, PictureFacts> pictures_;
+    std::unordered_map<std::string_view, ImageFacts> images_;
     std::vector<bool> knownCharacters_;                    // indexed by code point
     std::set<std::pair<const ORVFont*, int>> knownFonts_;  // with their weights
     bool isTextUnset_ = false, isDefaultFontTold_ = false;

@@ -33,7 +33,7 @@ ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::CopyNode() const {
     if (copy)
         copy->identity_ = identity_;
     else if (budget)
-        budget->NoteMemorySpent();
+        budget->NoteOutOfMemory();
     return copy;
 }
 
@@ -41,7 +41,7 @@ ORVPrtGraphicPrimitiveElt* ORVPrtGraphicPrimitiveElt::Duplicate() const {
     try {
         return CopyTree();
     } catch (const std::bad_alloc&) {
-        if (ORVPrtPrimitiveBudget* const budget = GetBudget()) budget->NoteMemorySpent();
+        if (ORVPrtPrimitiveBudget* const budget = GetBudget()) budget->NoteOutOfMemory();
         return nullptr;
     }
 }

@@ -41,7 +41,7 @@ public:
         if (primitive)
             primitive->SetIdentity(blank_);
         else
-            budget_->NoteMemorySpent();
+            budget_->NoteOutOfMemory();
         return primitive;
     }
     /// Resources used to build the model, and what was omitted because of limits.

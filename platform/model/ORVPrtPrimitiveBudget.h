@@ -70,9 +70,9 @@ public:
     const std::optional<ORVPrintLimit>& GetRefusal() const { return refusal_; }
 
     /// Notes that something was omitted because memory was exhausted.
-    void NoteMemorySpent() { ++memoryRefusals_; }
+    void NoteOutOfMemory() { ++memoryRefusals_; }
     /// True when something was omitted because memory was exhausted.
-    bool IsMemorySpent() const { return memoryRefusals_ > 0; }
+    bool IsOutOfMemory() const { return memoryRefusals_ > 0; }
     /// After this many failed allocations, no more are attempted: each one takes time in the system, and
     /// millions might follow.
     static constexpr std::uint64_t kMostMemoryRefusals = 1000;
@@ -85,7 +85,7 @@ public:
     /// Why the model is incomplete or incorrect; kNone when it is not.
     ORVFailure GetFailure() const {
         if (refusal_) return ORVFailure::OfLimit(*refusal_);
-        if (IsMemorySpent()) return ORVFailure::OutOfMemory();
+        if (IsOutOfMemory()) return ORVFailure::OutOfMemory();
         return hasUnsetText_ ? ORVFailure::Of(ORVFailureReason::kTextNotSet) : ORVFailure();
     }
 

@@ -20,12 +20,12 @@ public:
         }
         // After one failed allocation, no further ones are attempted for the millions of children that may
         // follow.
-        if (isMemorySpent_ && others_.size() == others_.capacity()) return false;
+        if (isOutOfMemory_ && others_.size() == others_.capacity()) return false;
         try {
             others_.push_back(object);
             return true;
         } catch (const std::bad_alloc&) {
-            isMemorySpent_ = true;
+            isOutOfMemory_ = true;
             return false;
         }
     }
@@ -41,7 +41,7 @@ private:
     std::array<const ORVBaseObject*, 64> first_;  // usable without allocating
     std::size_t firstCount_ = 0;
     std::vector<const ORVBaseObject*> others_;
-    bool isMemorySpent_ = false;
+    bool isOutOfMemory_ = false;
 };
 thread_local DestructionQueue* currentQueue = nullptr;
 

@@ -51,7 +51,7 @@ public:
 
     // Stops parsing because memory is exhausted.
     void EndForMemory() {
-        stopped_ = memorySpent_ = true;
+        stopped_ = isOutOfMemory_ = true;
         XML_StopParser(parser_.get(), XML_FALSE);
     }
 
@@ -90,7 +90,7 @@ private:
     std::size_t suppliedBytes_ = 0;  // size of default attributes, counted each time they are supplied
     bool inDocumentType_ = false;
     bool stopped_ = false;
-    bool memorySpent_ = false;
+    bool isOutOfMemory_ = false;
 };
 
 void Reading::NoteError(const char* message) {
@@ -212,7 +212,7 @@ bool Reading::Run(std::string_view bytes, const char* forcedEncoding, bool compl
         const char* const start = piece.empty() ? "" : piece.data();
         if (XML_Parse(parser_.get(), start, static_cast<int>(piece.size()), last && complete) !=
             XML_STATUS_OK) {
-            if (memorySpent_ || (!stopped_ && XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY))
+            if (isOutOfMemory_ || (!stopped_ && XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY))
                 throw std::bad_alloc();
             if (!stopped_) NoteError(XML_ErrorString(XML_GetErrorCode(parser_.get())));
             return false;

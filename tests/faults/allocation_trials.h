@@ -168,14 +168,14 @@ public:
         sketch_.clear();
         for (const ORVPrtImageElt* page : *model.GetImages())
             sketch_ += PaintedSketchOfChildren(*page) + "\n";
-        isMemorySpent_ = model.GetBudget().IsMemorySpent();
+        isOutOfMemory_ = model.GetBudget().IsOutOfMemory();
     }
     const std::string& GetSketch() const { return sketch_; }
-    bool IsMemorySpent() const { return isMemorySpent_; }
+    bool IsOutOfMemory() const { return isOutOfMemory_; }
 
 private:
     std::string sketch_;
-    bool isMemorySpent_ = false;
+    bool isOutOfMemory_ = false;
 };
 
 /// The model that an interpreter builds from its document.

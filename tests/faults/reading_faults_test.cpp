@@ -54,7 +54,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
                 // What failed leaves no pages; what could not be allocated is missing, and the model says so.
                 const Sketcher made = Sketch(*interpreter);
                 EXPECT_TRUE(made.GetSketch() == expected ||
-                            (*built == 1 ? made.IsMemorySpent() : made.GetSketch().empty()))
+                            (*built == 1 ? made.IsOutOfMemory() : made.GetSketch().empty()))
                     << "built: " << *built << "\n"
                     << DifferenceOf(expected, made.GetSketch());
             }
@@ -65,7 +65,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
             ASSERT_TRUE(again) << error;
             const Sketcher made = Sketch(*again);
             EXPECT_TRUE(made.GetSketch() == expected) << DifferenceOf(expected, made.GetSketch());
-            EXPECT_FALSE(made.IsMemorySpent());
+            EXPECT_FALSE(made.IsOutOfMemory());
         });
 }
 

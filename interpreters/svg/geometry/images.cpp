@@ -77,9 +77,9 @@ bool LoadPixelImage(const SvgDrawState& state, std::string_view reference, ORVPr
     const ORVRef<ORVPixelImage> image =
         FindImageFile(state, reference, path) ? LoadFile(path) : LoadData(reference);
     if (!image) {
-        const bool isMemorySpent = ORVPixelImage::WasMemorySpent();
-        if (budget && isMemorySpent) budget->NoteMemorySpent();
-        return !isMemorySpent;
+        const bool isOutOfMemory = ORVPixelImage::RanOutOfMemory();
+        if (budget && isOutOfMemory) budget->NoteOutOfMemory();
+        return !isOutOfMemory;
     }
     bitmap.SetPixelImage(image.get());
     if (!budget) return true;

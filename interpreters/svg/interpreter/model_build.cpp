@@ -79,7 +79,7 @@ private:
 
 /// Result of a build that ran out of memory, which is also recorded in the model's budget.
 int WithoutMemory(ORVPrtModel& model) {
-    model.GetBudget().NoteMemorySpent();
+    model.GetBudget().NoteOutOfMemory();
     return kUnusable;
 }
 

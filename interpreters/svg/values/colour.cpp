@@ -98,7 +98,7 @@ void EnsureColourTable(ORVPrtImageElt& page) {
     if (page.GetColourTable()) return;
     const ORVRef<ORVPrtColourTable> table(new (std::nothrow) ORVPrtColourTable);
     if (!table) {
-        if (ORVPrtPrimitiveBudget* const budget = page.GetBudget()) budget->NoteMemorySpent();
+        if (ORVPrtPrimitiveBudget* const budget = page.GetBudget()) budget->NoteOutOfMemory();
         return;
     }
     unsigned int black = 0;

@@ -64,10 +64,10 @@ void Images::Decode(std::string bytes, ImageContent& content) const {
             content.pixels = ORVRef<const ORVPixelImage>(image);
             return;
         }
-        if (ORVPixelImage::WasMemorySpent()) throw std::bad_alloc();
+        if (ORVPixelImage::RanOutOfMemory()) throw std::bad_alloc();
     }
     content.pixels = ORVRef<const ORVPixelImage>(ReadMemoryModuleImage(bytes.data(), bytes.size()));
-    if (!content.pixels && ORVPixelImage::WasMemorySpent()) throw std::bad_alloc();
+    if (!content.pixels && ORVPixelImage::RanOutOfMemory()) throw std::bad_alloc();
     if (content.pixels || depth_ >= kGreatestDepth || !Unpack(bytes)) return;
     auto drawing = ParseDocument(std::move(bytes));
     if (drawing && drawing->IsSvg()) content.drawing = std::move(drawing);

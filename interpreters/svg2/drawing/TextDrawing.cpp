@@ -8,7 +8,7 @@
 #include "interpreters/svg2/drawing/GlyphPainter.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "platform/print/ORVPrintModelRender.h"
-#include "platform/visualization/fonts/glyph_picture.h"
+#include "platform/visualization/fonts/glyph_bitmap.h"
 
 namespace svg2 {
 
@@ -231,22 +231,19 @@ bool TextDrawing::PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, cons
 bool TextDrawing::DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                               const ORVMathAffine2D& toPage) {
     const ORVPrintColour colour = paints.inside.colour;
-    const ORVGlyphPicture picture = ORVMakeGlyphPicture(
-        *run.face, glyph.index, run.size * toPage.Enlargement(), {colour.red, colour.green, colour.blue});
-    if (!picture.image) return false;
+    const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(*run.face, glyph.index, run.size * toPage.Enlargement(),
+                                                     {colour.red, colour.green, colour.blue});
+    if (!bitmap.image) return false;
     const double across = run.size * run.expansion;
-    const ORVMathAffine2D box{picture.width * across,
-                              0.0,
-                              0.0,
-                              -picture.height * run.size,
-                              glyph.x + picture.left * across,
-                              glyph.y + picture.top * run.size};
+    const ORVMathAffine2D box{
+        bitmap.width * across,          0.0, 0.0, -bitmap.height * run.size, glyph.x + bitmap.left * across,
+        glyph.y + bitmap.top * run.size};
     const bool isFaint = colour.opacity < 255;
     ORVPrintLayer layer;
     layer.opacity = colour.opacity / 255.0;
     layer.box = drawing_.page_;
     if (isFaint && !drawing_.Do(drawing_.generator_.BeginLayer(layer))) return true;
-    drawing_.Do(drawing_.generator_.DrawImage({*picture.image, toPage * box}));
+    drawing_.Do(drawing_.generator_.DrawImage({*bitmap.image, toPage * box}));
     if (isFaint) drawing_.Do(drawing_.generator_.EndLayer());
     return true;
 }

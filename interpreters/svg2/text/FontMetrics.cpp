@@ -7,7 +7,7 @@
 
 #include "interpreters/svg2/tree/DocumentFonts.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
-#include "platform/visualization/fonts/glyph_picture.h"
+#include "platform/visualization/fonts/glyph_bitmap.h"
 
 namespace svg2 {
 namespace {

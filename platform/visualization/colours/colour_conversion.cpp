@@ -11,7 +11,7 @@ namespace {
 ORVColourStatus StatusOfFailure(const std::string& error) {
     // The dynamic linker reports lack of memory only in the text of its message.
     return error.find("llocate memory") == std::string::npos ? ORVColourStatus::kMissing
-                                                             : ORVColourStatus::kMemorySpent;
+                                                             : ORVColourStatus::kOutOfMemory;
 }
 
 }  // namespace
@@ -29,6 +29,6 @@ ORVColourStatus ORVCreateColourConversion(const ORVColourDescription& descriptio
         conversion.reset(made);
         return status;
     } catch (const std::exception&) {
-        return ORVColourStatus::kMemorySpent;
+        return ORVColourStatus::kOutOfMemory;
     }
 }

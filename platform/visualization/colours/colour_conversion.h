@@ -43,7 +43,7 @@ enum class ORVColourStatus : std::uint8_t {
     kConverted,    ///< a conversion was created
     kBroken,       ///< the description is invalid for the colour space
     kMissing,      ///< the module cannot be loaded
-    kMemorySpent,  ///< out of memory
+    kOutOfMemory,  ///< out of memory
 };
 
 /// Creates a conversion.

@@ -152,7 +152,7 @@ public:
         space_ = description.space;
         wasMemoryRefused = false;
         const ORVColourStatus status = Prepare(description, pixelCount);
-        return status == ORVColourStatus::kBroken && wasMemoryRefused ? ORVColourStatus::kMemorySpent
+        return status == ORVColourStatus::kBroken && wasMemoryRefused ? ORVColourStatus::kOutOfMemory
                                                                       : status;
     }
 
@@ -176,7 +176,7 @@ public:
 private:
     ORVColourStatus Prepare(const ORVColourDescription& description, std::size_t pixelCount) {
         context_.reset(cmsCreateContext(&memoryHandler, nullptr));
-        if (!context_) return ORVColourStatus::kMemorySpent;
+        if (!context_) return ORVColourStatus::kOutOfMemory;
         const Profile profile(OpenProfile(context_.get(), description));
         const Profile srgb(cmsCreate_sRGBProfileTHR(context_.get()));
         if (!profile || !srgb || !IsUsable(profile.get(), space_)) return ORVColourStatus::kBroken;
@@ -223,7 +223,7 @@ extern "C" __attribute__((visibility("default"))) ORVColourStatus orvCreateColou
         if (status == ORVColourStatus::kConverted) *conversion = made.release();
         return status;
     } catch (const std::bad_alloc&) {
-        return ORVColourStatus::kMemorySpent;
+        return ORVColourStatus::kOutOfMemory;
     }
 }
 static_assert(std::is_same_v<decltype(&orvCreateColourConversion), ColourFactory>);

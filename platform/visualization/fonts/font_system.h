@@ -18,7 +18,7 @@ struct ORVFontChoice;
 struct ORVFontQuery;
 struct ORVGlyphColour;
 struct ORVGlyphLayer;
-struct ORVGlyphPicture;
+struct ORVGlyphBitmap;
 struct ORVShapedText;
 struct ORVShapingParagraph;
 struct ORVShapingPart;
@@ -59,9 +59,9 @@ public:
                                       ORVTextLayout& layout) = 0;
     [[nodiscard]] virtual bool Measure(std::string_view utf8, const ORVTextStyle& style,
                                        ORVTextExtent& extent) = 0;
-    [[nodiscard]] virtual ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph,
-                                                           double pixelsPerEm,
-                                                           const ORVGlyphColour& colour) = 0;
+    [[nodiscard]] virtual ORVGlyphBitmap MakeGlyphBitmap(const ORVFontFace& face, std::uint32_t glyph,
+                                                         double pixelsPerEm,
+                                                         const ORVGlyphColour& colour) = 0;
     [[nodiscard]] virtual bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) = 0;
     [[nodiscard]] virtual bool Shape(std::u32string_view text, std::span<const ORVShapingPart> parts,
                                      std::span<const ORVShapingParagraph> paragraphs,

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t kBytesAPixel = 4;
 
-thread_local bool memorySpent = false;
+thread_local bool ranOutOfMemory = false;
 
 std::uint8_t* AllocatePixels(std::size_t width, std::size_t height) {
     // calloc returns large blocks untouched; pages are allocated as they are written.
@@ -102,7 +102,7 @@ ORVPixelImage* ORVPixelImage::CreateFromFile(const ORVString& path, int /*colour
         if (!File(path.CastToCharPtr()).ReadAll(byteLimit, bytes)) return nullptr;
         return ReadByContent(bytes);
     } catch (const std::exception&) {
-        return ORVPixelImageBuilder::NoteMemorySpent();
+        return ORVPixelImageBuilder::NoteOutOfMemory();
     }
 }
 
@@ -138,12 +138,12 @@ void ORVPixelImage::ReleasePixels() const {
     if (!file_.empty()) pixels_.reset();
 }
 
-bool ORVPixelImage::WasMemorySpent() { return std::exchange(memorySpent, false); }
+bool ORVPixelImage::RanOutOfMemory() { return std::exchange(ranOutOfMemory, false); }
 
-void ORVPixelImageBuilder::BeginReading() { memorySpent = false; }
+void ORVPixelImageBuilder::BeginReading() { ranOutOfMemory = false; }
 
-ORVPixelImage* ORVPixelImageBuilder::NoteMemorySpent() {
-    memorySpent = true;
+ORVPixelImage* ORVPixelImageBuilder::NoteOutOfMemory() {
+    ranOutOfMemory = true;
     return nullptr;
 }
 
@@ -159,7 +159,7 @@ bool ORVPixelImageBuilder::SetSize(std::uint64_t width, std::uint64_t height) {
     height_ = static_cast<std::size_t>(height);
     rowBytes_ = width_ * kBytesAPixel;
     pixels_.reset(AllocatePixels(width_, height_));
-    if (!pixels_) NoteMemorySpent();
+    if (!pixels_) NoteOutOfMemory();
     return pixels_ != nullptr;
 }
 
@@ -179,7 +179,7 @@ void ORVPixelImageBuilder::NoteAlpha(std::size_t row) {
 
 ORVPixelImage* ORVPixelImageBuilder::Finish() {
     auto* image = new (std::nothrow) ORVPixelImage;
-    if (!image) return NoteMemorySpent();
+    if (!image) return NoteOutOfMemory();
     image->width_ = static_cast<int>(width_);
     image->height_ = static_cast<int>(height_);
     image->hasAlpha_ = hasAlpha_;
@@ -222,7 +222,7 @@ ORVPixelImage* ORVPixelImageBuilder::DecodeAndKeepSmaller(Decoder decoder, const
             const auto* first = static_cast<const std::uint8_t*>(bytes);
             image->file_.assign(first, first + size);
         } catch (const std::exception&) {  // out of memory: keep the pixels
-            return NoteMemorySpent();
+            return NoteOutOfMemory();
         }
         image->decoder_ = decoder;
         image->ReleasePixels();

@@ -62,7 +62,7 @@ public:
 
     /// True when the last attempt of this thread to create or read an image failed for lack of memory, not
     /// because of its content. Resets the state, so it must be queried once after a failure.
-    static bool WasMemorySpent();
+    static bool RanOutOfMemory();
 
     /// Sets the largest number of pixels of an image, for the whole process. Default: 2^28.
     static void SetPixelLimit(std::uint64_t pixels);

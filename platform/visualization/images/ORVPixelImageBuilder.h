@@ -19,10 +19,10 @@ public:
     /// True when neither side is 0 and the pixel limit is respected.
     static bool IsAllowed(std::uint64_t width, std::uint64_t height);
 
-    /// For ORVPixelImage::WasMemorySpent: BeginReading resets its state, NoteMemorySpent sets it and returns
+    /// For ORVPixelImage::RanOutOfMemory: BeginReading resets its state, NoteOutOfMemory sets it and returns
     /// null.
     static void BeginReading();
-    static ORVPixelImage* NoteMemorySpent();
+    static ORVPixelImage* NoteOutOfMemory();
 
     /// Allocates the pixels. @return false when the size is not allowed or memory is exhausted
     bool SetSize(std::uint64_t width, std::uint64_t height);

@@ -16,7 +16,7 @@ inline ORVImageRemark RemarkOn(ORVColourStatus status) {
         case ORVColourStatus::kMissing: return ORVImageRemark::kNotConverted;
         case ORVColourStatus::kSame:
         case ORVColourStatus::kConverted:
-        case ORVColourStatus::kMemorySpent: break;
+        case ORVColourStatus::kOutOfMemory: break;
     }
     return ORVImageRemark::kNone;
 }

@@ -30,7 +30,7 @@ public:
     explicit JpegReading(std::span<const std::uint8_t> bytes) : bytes_(bytes) {
         jpeg_.err = jpeg_std_error(&errors_);
         errors_.error_exit = [](j_common_ptr jpeg) {
-            if (jpeg->err->msg_code == JERR_OUT_OF_MEMORY) ORVPixelImageBuilder::NoteMemorySpent();
+            if (jpeg->err->msg_code == JERR_OUT_OF_MEMORY) ORVPixelImageBuilder::NoteOutOfMemory();
             Leave(jpeg);
         };
         errors_.emit_message = [](j_common_ptr jpeg, int level) { NoteMessage(jpeg, level); };
@@ -301,11 +301,11 @@ ORVPixelImage* ReadMemoryJPEGPixelImage(const void* bytes, std::size_t size, int
             builder.SetRemark(ORVImageRemark::kBrokenProfile);
         } else if (!segments.profile.empty()) {
             const ORVColourStatus status = CreateConversion(source, segments.profile, conversion);
-            if (status == ORVColourStatus::kMemorySpent) return ORVPixelImageBuilder::NoteMemorySpent();
+            if (status == ORVColourStatus::kOutOfMemory) return ORVPixelImageBuilder::NoteOutOfMemory();
             builder.SetRemark(RemarkOn(status));
         }
         return builder.FinishJpeg(reading.CopyFile(), source, conversion != nullptr);
     } catch (const std::exception&) {
-        return ORVPixelImageBuilder::NoteMemorySpent();
+        return ORVPixelImageBuilder::NoteOutOfMemory();
     }
 }

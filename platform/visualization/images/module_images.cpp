@@ -43,12 +43,12 @@ ORVPixelImage* Decode(const void* bytes, std::size_t size) {
         switch (reinterpret_cast<ModuleImageReader>(reader)({static_cast<const std::uint8_t*>(bytes), size},
                                                             pixels)) {
             case ModuleImageStatus::kRead: return pixels.Finish();
-            case ModuleImageStatus::kMemorySpent: break;
+            case ModuleImageStatus::kOutOfMemory: break;
             case ModuleImageStatus::kUnreadable: return nullptr;
         }
     } catch (const std::exception&) {  // out of memory
     }
-    return ORVPixelImageBuilder::NoteMemorySpent();
+    return ORVPixelImageBuilder::NoteOutOfMemory();
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ ORV_PLATFORM_EXPORT bool IsModuleImage(std::span<const std::uint8_t> bytes);
 
 // ---- the module ----
 
-enum class ModuleImageStatus : std::uint8_t { kRead, kUnreadable, kMemorySpent };
+enum class ModuleImageStatus : std::uint8_t { kRead, kUnreadable, kOutOfMemory };
 
 /// Provides the memory that the module writes pixels to.
 class ModuleImagePixels {

@@ -35,7 +35,7 @@ void TakeBytes(png_structp png, png_bytep out, png_size_t count) {
 [[noreturn]] void LeaveOnError(png_structp png, png_const_charp message) {
     // libpng reports the kind of error only by message; the second one is zlib's.
     if (std::strcmp(message, "Out of memory") == 0 || std::strcmp(message, "insufficient memory") == 0)
-        ORVPixelImageBuilder::NoteMemorySpent();
+        ORVPixelImageBuilder::NoteOutOfMemory();
     png_longjmp(png, 1);
 }
 
@@ -60,7 +60,7 @@ public:
         if (input_.left < kSignatureSize || png_sig_cmp(input_.next, 0, kSignatureSize) != 0) return nullptr;
         png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeaveOnError, IgnoreWarning);
         info_ = png_ ? png_create_info_struct(png_) : nullptr;
-        if (!info_) return ORVPixelImageBuilder::NoteMemorySpent();
+        if (!info_) return ORVPixelImageBuilder::NoteOutOfMemory();
         return ReadPixels() && ConvertColours() ? builder_.Finish() : nullptr;
     }
 
@@ -102,14 +102,14 @@ private:
             std::unique_ptr<ORVColourConversion> conversion;
             const std::size_t pixels = builder_.GetPixelCount();
             const ORVColourStatus status = ORVCreateColourConversion(colours.description, pixels, conversion);
-            if (status != ORVColourStatus::kMemorySpent) {
+            if (status != ORVColourStatus::kOutOfMemory) {
                 if (RemarkOn(status) != ORVImageRemark::kNone) builder_.SetRemark(RemarkOn(status));
                 if (conversion) conversion->Convert(builder_.GetRow(0), pixels);
                 return true;
             }
         } catch (const std::exception&) {  // out of memory
         }
-        ORVPixelImageBuilder::NoteMemorySpent();
+        ORVPixelImageBuilder::NoteOutOfMemory();
         return false;
     }
 

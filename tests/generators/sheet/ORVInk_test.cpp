@@ -64,13 +64,13 @@ TEST(ORVInkTest, ColoursStayAsTheyAre) {
     ORVInk ink(ORVColourMode::kColour);
     EXPECT_FALSE(ink.ChangesColours());
     const auto image = PlainImage(2, 2, {1, 2, 3, 255});
-    EXPECT_EQ(&ink.ConvertPicture(*image), image.get());
+    EXPECT_EQ(&ink.ConvertImage(*image), image.get());
 }
 
 TEST(ORVInkTest, PicturesBecomeGrey) {
     ORVInk ink(ORVColourMode::kGrey);
     const auto image = PlainImage(2, 1, {255, 0, 0, 100});
-    const ORVPixelImage& grey = ink.ConvertPicture(*image);
+    const ORVPixelImage& grey = ink.ConvertImage(*image);
     const auto pixels = grey.GetPixels();
     ASSERT_EQ(pixels.size(), 8U);
     EXPECT_NEAR(pixels[4], 127, 1);
@@ -78,8 +78,8 @@ TEST(ORVInkTest, PicturesBecomeGrey) {
     EXPECT_EQ(pixels[4], pixels[6]);
     EXPECT_EQ(pixels[7], 100);
     // The same picture is made once, and a grey one needs no copy.
-    EXPECT_EQ(&ink.ConvertPicture(*image), &grey);
-    EXPECT_EQ(&ink.ConvertPicture(grey), &grey);
+    EXPECT_EQ(&ink.ConvertImage(*image), &grey);
+    EXPECT_EQ(&ink.ConvertImage(grey), &grey);
 }
 
 TEST(ORVInkTest, PicturesInBlackAndWhiteKeepTheirGreysInTheMean) {
@@ -87,7 +87,7 @@ TEST(ORVInkTest, PicturesInBlackAndWhiteKeepTheirGreysInTheMean) {
     for (const int grey : {0, 40, 64, 128, 200, 255}) {
         const auto value = static_cast<std::uint8_t>(grey);
         const auto image = PlainImage(64, 64, {value, value, value, 255});
-        const auto pixels = ink.ConvertPicture(*image).GetPixels();
+        const auto pixels = ink.ConvertImage(*image).GetPixels();
         double sum = 0.0;
         for (std::size_t i = 0; i < pixels.size(); i += 4) {
             EXPECT_TRUE(pixels[i] == 0 || pixels[i] == 255);
@@ -130,7 +130,7 @@ TEST(ORVInkTest, ErrorsAreSpreadByTheWeightsOfFloydAndSteinberg) {
     }
     const ORVRef<const ORVPixelImage> image(ORVPixelImage::CreateFromPixels(kWidth, kHeight, pixels));
     ORVInk ink(ORVColourMode::kMono);
-    const auto dots = ink.ConvertPicture(*image).GetPixels();
+    const auto dots = ink.ConvertImage(*image).GetPixels();
     std::vector<int> shown;
     for (std::size_t i = 0; i < dots.size(); i += 4) shown.push_back(dots[i]);
     EXPECT_EQ(shown, DiffusedPlainly(greys, kWidth));
@@ -139,9 +139,9 @@ TEST(ORVInkTest, ErrorsAreSpreadByTheWeightsOfFloydAndSteinberg) {
 TEST(ORVInkTest, TransparentPixelsStayTransparentAndPatternsAreSharp) {
     ORVInk ink(ORVColourMode::kMono);
     const auto faint = PlainImage(4, 4, {0, 0, 0, 100});
-    for (const std::uint8_t value : ink.ConvertPicture(*faint).GetPixels())
+    for (const std::uint8_t value : ink.ConvertImage(*faint).GetPixels())
         EXPECT_TRUE(value == 0 || value == 255);
-    EXPECT_EQ(ink.ConvertPicture(*faint).GetPixels()[3], 0);
+    EXPECT_EQ(ink.ConvertImage(*faint).GetPixels()[3], 0);
     const auto grey = PlainImage(4, 4, {127, 127, 127, 255});
     const auto pixels = ink.ConvertPattern(*grey).GetPixels();
     EXPECT_EQ(std::accumulate(pixels.begin(), pixels.end(), 0), 16 * 255);  // black, opaque
@@ -150,12 +150,12 @@ TEST(ORVInkTest, TransparentPixelsStayTransparentAndPatternsAreSharp) {
 TEST(ORVInkTest, KeepsABoundedNumberOfPictures) {
     ORVInk ink(ORVColourMode::kGrey, 1000);
     const auto first = PlainImage(1, 1, {255, 0, 0, 255});
-    const ORVRef<const ORVPixelImage> once = ORVRef<const ORVPixelImage>::Share(&ink.ConvertPicture(*first));
+    const ORVRef<const ORVPixelImage> once = ORVRef<const ORVPixelImage>::Share(&ink.ConvertImage(*first));
     EXPECT_EQ(once->GetReferenceCount(), 2U);
     const auto large = PlainImage(16, 16, {255, 0, 0, 255});
-    ink.ConvertPicture(*large);
+    ink.ConvertImage(*large);
     const auto other = PlainImage(1, 1, {0, 255, 0, 255});
-    ink.ConvertPicture(*other);
+    ink.ConvertImage(*other);
     EXPECT_EQ(once->GetReferenceCount(), 1U);  // let go of
     EXPECT_EQ(large->GetReferenceCount(), 1U);
 }
@@ -171,7 +171,7 @@ TEST(ORVInkTest, FormatsThatMakeDotsGetTheGreysOfAreas) {
     EXPECT_EQ(ink.ConvertLine({255, 200, 200, 100}).red, 0);
     EXPECT_EQ(ink.ConvertLine({255, 255, 255, 100}).red, 255);
     const auto image = PlainImage(2, 2, {0, 200, 0, 255});
-    const auto pixels = ink.ConvertPicture(*image).GetPixels();
+    const auto pixels = ink.ConvertImage(*image).GetPixels();
     EXPECT_GT(pixels[0], 100);
     EXPECT_LT(pixels[0], 200);
 }
@@ -234,12 +234,12 @@ TEST(ORVInkTest, GradientsOfLinesInBlackAndWhiteAreBlackUnlessWhite) {
 TEST(ORVInkTest, PicturesAreAsLightAsTheirOpacityMakesThem) {
     const auto image = PlainImage(40, 40, {0, 0, 0, 255});
     ORVInk mono(ORVColourMode::kMono), grey(ORVColourMode::kGrey);
-    const auto pixels = mono.ConvertPicture(*image, 64).GetPixels();
+    const auto pixels = mono.ConvertImage(*image, 64).GetPixels();
     const double mean =
         std::accumulate(pixels.begin(), pixels.end(), 0.0) / static_cast<double>(pixels.size());
     EXPECT_NEAR((mean * 4.0 - 255.0) / 3.0, 191.0, 6.0);
-    EXPECT_EQ(grey.ConvertPicture(*image, 64).GetPixels()[3], 64);
-    EXPECT_EQ(grey.ConvertPicture(*image).GetPixels()[3], 255);
+    EXPECT_EQ(grey.ConvertImage(*image, 64).GetPixels()[3], 64);
+    EXPECT_EQ(grey.ConvertImage(*image).GetPixels()[3], 255);
 }
 
 }  // namespace

@@ -76,11 +76,11 @@ TEST(PrimitiveBudget, TheFirstRefusalIsKept) {
 
 TEST(PrimitiveBudget, SomeRefusedMemoryLeavesTheRestAndMuchEndsIt) {
     ORVPrtPrimitiveBudget budget(5000);
-    EXPECT_FALSE(budget.IsMemorySpent());
-    for (std::uint64_t i = 1; i < ORVPrtPrimitiveBudget::kMostMemoryRefusals; ++i) budget.NoteMemorySpent();
-    EXPECT_TRUE(budget.IsMemorySpent());
+    EXPECT_FALSE(budget.IsOutOfMemory());
+    for (std::uint64_t i = 1; i < ORVPrtPrimitiveBudget::kMostMemoryRefusals; ++i) budget.NoteOutOfMemory();
+    EXPECT_TRUE(budget.IsOutOfMemory());
     EXPECT_TRUE(budget.Take());
-    budget.NoteMemorySpent();
+    budget.NoteOutOfMemory();
     EXPECT_FALSE(budget.Take());
     EXPECT_FALSE(budget.TakeDuplicate(0));
     EXPECT_FALSE(budget.GetRefusal().has_value()) << "it is memory that was spent, not a limit reached";

@@ -224,7 +224,7 @@ TEST(PngReaderTest, NoMemoryIsAskedForWhatAFileCannotHold) {
     const PixelLimit limit(std::uint64_t{1} << 62U);
     // More than there is: who asks for it is told that out of memory.
     EXPECT_FALSE(ReadPng(WithSize(file, 20000, 0x7FFFFFFF)));
-    EXPECT_FALSE(ORVPixelImage::WasMemorySpent());
+    EXPECT_FALSE(ORVPixelImage::RanOutOfMemory());
 }
 
 TEST(PngReaderTest, AResolutionInNoUnitIsNone) {

@@ -67,16 +67,16 @@ hb_font_funcs_t* VerticalFunctions() {
 struct OutlineTarget {
     ORVGlyphOutlineSink& sink;
     double scale;
-    bool hasContour = false, isMemorySpent = false;
+    bool hasContour = false, isOutOfMemory = false;
 
     template <class Call>
     static void Pass(void* data, Call call) {
         auto& target = *static_cast<OutlineTarget*>(data);
-        if (target.isMemorySpent) return;
+        if (target.isOutOfMemory) return;
         try {
             call(target, target.scale);
         } catch (const std::bad_alloc&) {
-            target.isMemorySpent = true;
+            target.isOutOfMemory = true;
         }
     }
 };
@@ -334,7 +334,7 @@ bool FileFace::DrawGlyph(std::uint32_t glyph, double size, ORVGlyphOutlineSink& 
 #else
     hb_font_get_glyph_shape(font, glyph, OutlineFunctions(), &target);
 #endif
-    if (target.isMemorySpent) throw std::bad_alloc();
+    if (target.isOutOfMemory) throw std::bad_alloc();
     // A glyph whose points could not be allocated looks like one without an outline.
     if (!target.hasContour) MakeSureOfMemory();
     return target.hasContour;

@@ -15,7 +15,7 @@
 #include "platform/visualization/fonts/module/font_choice.h"
 #include "platform/visualization/fonts/module/font_failure.h"
 #include "platform/visualization/fonts/module/fontconfig_faces.h"
-#include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/glyph_bitmaps.h"
 #include "platform/visualization/fonts/module/painted_glyphs.h"
 #include "platform/visualization/fonts/module/span_shaper.h"
 #include "platform/visualization/fonts/module/text_shaper.h"
@@ -53,14 +53,13 @@ public:
     bool Measure(std::string_view utf8, const ORVTextStyle& style, ORVTextExtent& extent) override {
         return NotingFailure([&] { extent = MeasureText(utf8, style); });
     }
-    ORVGlyphPicture MakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
-                                     const ORVGlyphColour& colour) override {
+    ORVGlyphBitmap MakeGlyphBitmap(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
+                                   const ORVGlyphColour& colour) override {
         // The file was opened during layout, so a failure here does not occur in practice.
-        ORVGlyphPicture picture;
+        ORVGlyphBitmap answer;
         const auto& file = static_cast<const FileFace&>(face);
-        if (!NotingFailure([&] { picture = ::MakeGlyphPicture(file, glyph, pixelsPerEm, colour); }))
-            return {};
-        return picture;
+        if (!NotingFailure([&] { answer = ::MakeGlyphBitmap(file, glyph, pixelsPerEm, colour); })) return {};
+        return answer;
     }
     bool Choose(const ORVFontQuery& query, ORVFontChoice& choice) override {
         return NotingFailure([&] { choice = ChooseFont(FontCatalogue::Get(), query); });

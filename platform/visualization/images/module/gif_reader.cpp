@@ -40,7 +40,7 @@ public:
 
 private:
     static ModuleImageStatus StatusOf(int error) {
-        return error == D_GIF_ERR_NOT_ENOUGH_MEM ? ModuleImageStatus::kMemorySpent
+        return error == D_GIF_ERR_NOT_ENOUGH_MEM ? ModuleImageStatus::kOutOfMemory
                                                  : ModuleImageStatus::kUnreadable;
     }
 

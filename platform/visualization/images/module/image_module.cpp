@@ -12,7 +12,7 @@ extern "C" __attribute__((visibility("default"))) ModuleImageStatus orvReadImage
     try {
         return file[0] == 'G' ? ReadGif(file, pixels) : ReadWebP(file, pixels);
     } catch (const std::exception&) {
-        return ModuleImageStatus::kMemorySpent;
+        return ModuleImageStatus::kOutOfMemory;
     }
 }
 static_assert(std::is_same_v<decltype(&orvReadImage), ModuleImageReader>);

@@ -48,7 +48,7 @@ ModuleImageStatus Decode(const Frame& frame, ModuleImagePixels& pixels) {
     config.output.u.RGBA.size = rowBytes * canvasHeight - offset;
     switch (WebPDecode(frame.bytes, frame.size, &config)) {
         case VP8_STATUS_OK: return ModuleImageStatus::kRead;
-        case VP8_STATUS_OUT_OF_MEMORY: return ModuleImageStatus::kMemorySpent;
+        case VP8_STATUS_OUT_OF_MEMORY: return ModuleImageStatus::kOutOfMemory;
         default: return ModuleImageStatus::kUnreadable;
     }
 }

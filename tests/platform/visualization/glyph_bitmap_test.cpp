@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/visualization/fonts/glyph_picture.h"
+#include "platform/visualization/fonts/glyph_bitmap.h"
 
 #include <gtest/gtest.h>
 
@@ -150,11 +150,11 @@ const ORVFontFace* Sizes() {
 }
 
 int WidthAt(double pixelsPerEm) {
-    const ORVGlyphPicture picture = ORVMakeGlyphPicture(*Sizes(), 1, pixelsPerEm, {});
-    return picture.image ? picture.image->GetWidth() : 0;
+    const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(*Sizes(), 1, pixelsPerEm, {});
+    return bitmap.image ? bitmap.image->GetWidth() : 0;
 }
 
-TEST(GlyphPictureTest, TheSmallestThatIsLargeEnoughIsTaken) {
+TEST(GlyphBitmapTest, TheSmallestThatIsLargeEnoughIsTaken) {
     ASSERT_NE(Sizes(), nullptr);
     EXPECT_EQ(WidthAt(1.0), 2);
     EXPECT_EQ(WidthAt(16.0), 2);
@@ -164,23 +164,23 @@ TEST(GlyphPictureTest, TheSmallestThatIsLargeEnoughIsTaken) {
     EXPECT_EQ(WidthAt(1e9), 5) << "else the largest";
 }
 
-TEST(GlyphPictureTest, ItsBoxIsInEm) {
+TEST(GlyphBitmapTest, ItsBoxIsInEm) {
     ASSERT_NE(Sizes(), nullptr);
-    const ORVGlyphPicture picture = ORVMakeGlyphPicture(*Sizes(), Sizes()->GetGlyph('A'), 32.0, {});
-    ASSERT_TRUE(picture.image);
-    EXPECT_EQ(picture.image->GetHeight(), 2);
-    EXPECT_DOUBLE_EQ(picture.left, 3.0 / 32.0);
-    EXPECT_DOUBLE_EQ(picture.top, 7.0 / 32.0);
-    EXPECT_DOUBLE_EQ(picture.width, 4.0 / 32.0);
-    EXPECT_DOUBLE_EQ(picture.height, 2.0 / 32.0);
-    EXPECT_DOUBLE_EQ(ORVMakeGlyphPicture(*Sizes(), 1, 16.0, {}).top, -1.0 / 16.0);
+    const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(*Sizes(), Sizes()->GetGlyph('A'), 32.0, {});
+    ASSERT_TRUE(bitmap.image);
+    EXPECT_EQ(bitmap.image->GetHeight(), 2);
+    EXPECT_DOUBLE_EQ(bitmap.left, 3.0 / 32.0);
+    EXPECT_DOUBLE_EQ(bitmap.top, 7.0 / 32.0);
+    EXPECT_DOUBLE_EQ(bitmap.width, 4.0 / 32.0);
+    EXPECT_DOUBLE_EQ(bitmap.height, 2.0 / 32.0);
+    EXPECT_DOUBLE_EQ(ORVMakeGlyphBitmap(*Sizes(), 1, 16.0, {}).top, -1.0 / 16.0);
 }
 
-TEST(GlyphPictureTest, PicturesWithoutColoursTakeThatOfTheText) {
+TEST(GlyphBitmapTest, BitmapsWithoutColoursTakeThatOfTheText) {
     const ORVFontFace* mono =
         FaceOf("Mono.font", Strikes(1, {{16, 9, 2, 0, 2, {'\x80', '\x80', '\x41', '\0'}}}));
     ASSERT_NE(mono, nullptr);
-    const ORVGlyphPicture bits = ORVMakeGlyphPicture(*mono, 1, 16.0, {1, 2, 3});
+    const ORVGlyphBitmap bits = ORVMakeGlyphBitmap(*mono, 1, 16.0, {1, 2, 3});
     ASSERT_TRUE(bits.image);
     const auto pixels = bits.image->GetPixels();
     std::string seen;
@@ -194,40 +194,40 @@ TEST(GlyphPictureTest, PicturesWithoutColoursTakeThatOfTheText) {
 
     const ORVFontFace* grey = FaceOf("Grey.font", Strikes(8, {{16, 3, 1, 0, 1, {'\0', '\x40', '\xFF'}}}));
     ASSERT_NE(grey, nullptr);
-    const ORVGlyphPicture levels = ORVMakeGlyphPicture(*grey, 1, 16.0, {1, 2, 3});
+    const ORVGlyphBitmap levels = ORVMakeGlyphBitmap(*grey, 1, 16.0, {1, 2, 3});
     ASSERT_TRUE(levels.image);
     const auto shades = levels.image->GetPixels();
     EXPECT_EQ(Rgba(shades.begin(), shades.end()), (Rgba{1, 2, 3, 0, 1, 2, 3, 0x40, 1, 2, 3, 0xFF}));
 }
 
-TEST(GlyphPictureTest, LayersKeepTheirColoursAndComeInAnySize) {
+TEST(GlyphBitmapTest, LayersKeepTheirColoursAndComeInAnySize) {
     const ORVFontFace* emblem = FaceOf("Emblem.font", Layers(200, 100, 0, 128));
     ASSERT_NE(emblem, nullptr);
     for (const int size : {8, 37}) {
-        const ORVGlyphPicture picture = ORVMakeGlyphPicture(*emblem, 1, size - 0.5, {1, 2, 3});
-        ASSERT_TRUE(picture.image) << size;
-        EXPECT_EQ(picture.image->GetWidth(), size);
-        EXPECT_DOUBLE_EQ(picture.left, 0.0);
-        EXPECT_DOUBLE_EQ(picture.top, 1.0);
-        EXPECT_DOUBLE_EQ(picture.width, 1.0);
-        EXPECT_DOUBLE_EQ(picture.height, 1.0);
-        const auto pixels = picture.image->GetPixels();
+        const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(*emblem, 1, size - 0.5, {1, 2, 3});
+        ASSERT_TRUE(bitmap.image) << size;
+        EXPECT_EQ(bitmap.image->GetWidth(), size);
+        EXPECT_DOUBLE_EQ(bitmap.left, 0.0);
+        EXPECT_DOUBLE_EQ(bitmap.top, 1.0);
+        EXPECT_DOUBLE_EQ(bitmap.width, 1.0);
+        EXPECT_DOUBLE_EQ(bitmap.height, 1.0);
+        const auto pixels = bitmap.image->GetPixels();
         EXPECT_NEAR(pixels[0], 200, 2);
         EXPECT_NEAR(pixels[1], 100, 2);
         EXPECT_NEAR(pixels[2], 0, 2);
         EXPECT_NEAR(pixels[3], 128, 1);
     }
-    const ORVGlyphPicture largest = ORVMakeGlyphPicture(*emblem, 1, 1e300, {});
+    const ORVGlyphBitmap largest = ORVMakeGlyphBitmap(*emblem, 1, 1e300, {});
     ASSERT_TRUE(largest.image);
     EXPECT_EQ(largest.image->GetWidth(), 1024);
 }
 
-TEST(GlyphPictureTest, WhatHasNoneGivesNone) {
+TEST(GlyphBitmapTest, WhatHasNoneGivesNone) {
     ASSERT_NE(Sizes(), nullptr);
-    EXPECT_FALSE(ORVMakeGlyphPicture(*Sizes(), 0, 32.0, {}).image);
-    EXPECT_FALSE(ORVMakeGlyphPicture(*Sizes(), 77, 32.0, {}).image);
+    EXPECT_FALSE(ORVMakeGlyphBitmap(*Sizes(), 0, 32.0, {}).image);
+    EXPECT_FALSE(ORVMakeGlyphBitmap(*Sizes(), 77, 32.0, {}).image);
     const ORVFontFace& outlines = *FindFontForAttribute("Liberation Sans")->GetFace(25);
-    EXPECT_FALSE(ORVMakeGlyphPicture(outlines, outlines.GetGlyph('A'), 32.0, {}).image);
+    EXPECT_FALSE(ORVMakeGlyphBitmap(outlines, outlines.GetGlyph('A'), 32.0, {}).image);
 }
 
 }  // namespace

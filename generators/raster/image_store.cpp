@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "generators/raster/picture_store.h"
+#include "generators/raster/image_store.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,18 +22,18 @@ int ReducedSize(int size, double pixelsPerDevicePixel) {
 
 }  // namespace
 
-bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
-    const ORVPixelImage& image = *picture.image;
-    const std::optional<ORVMathAffine2D> inverse = picture.toDevice.Inverse();
+bool ImageStore::Find(const PlacedImage& placed, ImageSampler& source) {
+    const ORVPixelImage& image = *placed.image;
+    const std::optional<ORVMathAffine2D> inverse = placed.toDevice.Inverse();
     if (!inverse) return false;
     const ORVMathAffine2D& toImage = *inverse;
-    const auto sizeFor = [&picture](int size, double pixelsPerDevicePixel) {
-        return picture.isSmooth ? ReducedSize(size, pixelsPerDevicePixel) : size;
+    const auto sizeFor = [&placed](int size, double pixelsPerDevicePixel) {
+        return placed.isSmooth ? ReducedSize(size, pixelsPerDevicePixel) : size;
     };
     const int width = sizeFor(image.GetWidth(), std::hypot(toImage.m11, toImage.m12));
     const int height = sizeFor(image.GetHeight(), std::hypot(toImage.m21, toImage.m22));
-    source.repeats = picture.repeats;
-    source.isSmooth = picture.isSmooth;
+    source.repeats = placed.repeats;
+    source.isSmooth = placed.isSmooth;
     source.made = 0;
     source.toSamples = ORVMathAffine2D::Scaling(static_cast<double>(width) / image.GetWidth(),
                                                 static_cast<double>(height) / image.GetHeight()) *
@@ -48,10 +48,10 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
             return true;
         }
     ofImage.reserve(ofImage.size() + 1);
-    source.samples = PictureSamples::Make(image, width, height);
+    source.samples = ImageSamples::Make(image, width, height);
     source.made =
         static_cast<std::uint64_t>(image.GetWidth()) * static_cast<std::uint64_t>(image.GetHeight());
-    entries_.push_front({picture.image, width, height, source.samples});
+    entries_.push_front({placed.image, width, height, source.samples});
     ofImage.push_back(entries_.begin());
     bytes_ += source.samples->GetBytes();
     // Averages do not refer to the image's own pixels any more.
@@ -62,7 +62,7 @@ bool PictureStore::Find(const RasterPicture& picture, PictureSource& source) {
     return true;
 }
 
-bool PictureStore::Forget(Entries::iterator entry) {
+bool ImageStore::Forget(Entries::iterator entry) {
     const auto ofImage = byImage_.find(entry->image.get());
     std::erase(ofImage->second, entry);
     const bool isLast = ofImage->second.empty();
@@ -72,7 +72,7 @@ bool PictureStore::Forget(Entries::iterator entry) {
     return isLast;
 }
 
-void PictureStore::MakeRoom() {
+void ImageStore::MakeRoom() {
     for (auto entry = entries_.end(); bytes_ > kStoreLimit && entry != entries_.begin();) {
         --entry;
         if (entry->samples.use_count() > 1) continue;
@@ -81,7 +81,7 @@ void PictureStore::MakeRoom() {
     }
 }
 
-void PictureStore::Clear() {
+void ImageStore::Clear() {
     const std::lock_guard lock(mutex_);
     for (Entry& entry : entries_) {
         entry.samples.reset();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "generators/raster/picture_source.h"
+#include "generators/raster/image_sampler.h"
 
 #include <algorithm>
 #include <bit>
@@ -28,7 +28,7 @@ double Floor(double value) {
 template <bool kRepeats>
 class Sampler {
 public:
-    explicit Sampler(const PictureSamples& samples)
+    explicit Sampler(const ImageSamples& samples)
         : pixels_(samples.GetPixel(0, 0)),
           width_(samples.GetWidth()),
           height_(samples.GetHeight()),
@@ -83,7 +83,7 @@ private:
 
 /// Reads as many samples per pixel as the scale requires.
 template <bool kRepeats, int kAcross, int kDown>
-void ReadSamples(const PictureSource& source, int row, int begin, int end, std::uint8_t* rgba) {
+void ReadSamples(const ImageSampler& source, int row, int begin, int end, std::uint8_t* rgba) {
     const Sampler<kRepeats> sampler(*source.samples);
     const ORVMathAffine2D& map = source.toSamples;
     const DoubleLanes perColumn{map.m11, map.m21}, perRow{map.m12, map.m22}, origin{map.dx, map.dy};
@@ -156,7 +156,7 @@ struct FourPlaces {
 template <bool kIsNarrow>
 class FourSampler {
 public:
-    explicit FourSampler(const PictureSamples& samples)
+    explicit FourSampler(const ImageSamples& samples)
         : pixels_(samples.GetPixel(0, 0)),
           rowBytes_(std::int64_t{samples.GetWidth()} * 4),
           nextRow_(samples.GetHeight() > 1 ? rowBytes_ : 0),
@@ -217,7 +217,7 @@ private:
 
 /// Reads as many samples per pixel as the scale requires, four pixels at a time.
 template <bool kIsNarrow, int kAcross, int kDown>
-void ReadFours(const PictureSource& source, double x, double y, int count, std::uint8_t* rgba) {
+void ReadFours(const ImageSampler& source, double x, double y, int count, std::uint8_t* rgba) {
     const FourSampler<kIsNarrow> sampler(*source.samples);
     const ORVMathAffine2D& map = source.toSamples;
     // Rounding errors must not move integers to the previous sample.
@@ -261,7 +261,7 @@ auto ReaderFor(int across, int down) {
 }  // namespace
 
 // Not optimised: images drawn with hard pixels are rare.
-void PictureSource::ReadNearest(int row, int begin, int end, std::uint8_t* rgba) const {
+void ImageSampler::ReadNearest(int row, int begin, int end, std::uint8_t* rgba) const {
     const double mostX = samples->GetWidth() - 1, mostY = samples->GetHeight() - 1;
     for (int x = begin; x < end; ++x, rgba += 4) {
         const ORVMathPoint2D at = toSamples({x + 0.5, row + 0.5});
@@ -272,13 +272,13 @@ void PictureSource::ReadNearest(int row, int begin, int end, std::uint8_t* rgba)
     }
 }
 
-int PictureSource::GetReads() const {
+int ImageSampler::GetReads() const {
     return IsSingle() || !isSmooth
                ? 1
                : ReadsAlong(toSamples.m11, toSamples.m21) * ReadsAlong(toSamples.m12, toSamples.m22);
 }
 
-bool PictureSource::GetColour(ORVPrintColour& colour) const {
+bool ImageSampler::GetColour(ORVPrintColour& colour) const {
     if (!samples || !IsSingle() || samples->HasAlpha()) return false;
     const std::uint8_t* pixel = samples->GetPixel(0, 0);
     colour.red = pixel[0];
@@ -287,7 +287,7 @@ bool PictureSource::GetColour(ORVPrintColour& colour) const {
     return true;
 }
 
-void PictureSource::Read(int row, int begin, int end, std::uint8_t* rgba) const {
+void ImageSampler::Read(int row, int begin, int end, std::uint8_t* rgba) const {
     if (IsSingle()) {
         for (int x = begin; x < end; ++x, rgba += 4) std::memcpy(rgba, samples->GetPixel(0, 0), 4);
         return;

@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <memory>
 
-#include "generators/raster/picture_samples.h"
+#include "generators/raster/image_samples.h"
 #include "platform/mathematics/geometry.h"
 #include "platform/print/ORVPrintGenerator.h"
 
 /// An image prepared for drawing.
-struct PictureSource {
-    std::shared_ptr<const PictureSamples> samples;
+struct ImageSampler {
+    std::shared_ptr<const ImageSamples> samples;
     ORVMathAffine2D toSamples;  // from device space
     bool repeats = false;
     bool isSmooth = true;

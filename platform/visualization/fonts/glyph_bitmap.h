@@ -11,7 +11,7 @@
 class ORVFontFace;
 
 /// A bitmap glyph. The box is in em, relative to the glyph's origin, y up.
-struct ORVGlyphPicture {
+struct ORVGlyphBitmap {
     ORVRef<const ORVPixelImage> image;  ///< null when the font has no bitmap for the glyph
     double left = 0.0, top = 0.0, width = 0.0, height = 0.0;
 };
@@ -23,9 +23,9 @@ struct ORVGlyphColour {
 
 /// Returns the bitmap of a glyph in the size closest to `pixelsPerEm`. Uses the face's FreeType object, so a
 /// face must be used by one thread at a time.
-[[nodiscard]] ORV_PLATFORM_EXPORT ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face,
-                                                                      std::uint32_t glyph, double pixelsPerEm,
-                                                                      const ORVGlyphColour& colour);
+[[nodiscard]] ORV_PLATFORM_EXPORT ORVGlyphBitmap ORVMakeGlyphBitmap(const ORVFontFace& face,
+                                                                    std::uint32_t glyph, double pixelsPerEm,
+                                                                    const ORVGlyphColour& colour);
 
 /// A layer of a multicolour glyph: the outline of another glyph in one colour.
 struct ORVGlyphLayer {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "generators/raster/picture_samples.h"
+#include "generators/raster/image_samples.h"
 
 #include <algorithm>
 #include <new>
@@ -75,13 +75,12 @@ private:
 
 }  // namespace
 
-PictureSamples::~PictureSamples() = default;
+ImageSamples::~ImageSamples() = default;
 
-std::shared_ptr<const PictureSamples> PictureSamples::Make(const ORVPixelImage& image, int width,
-                                                           int height) {
+std::shared_ptr<const ImageSamples> ImageSamples::Make(const ORVPixelImage& image, int width, int height) {
     const std::span<const std::uint8_t> rgba = image.GetPixels();
     if (rgba.empty()) throw std::bad_alloc();
-    const std::shared_ptr<PictureSamples> samples(new PictureSamples);
+    const std::shared_ptr<ImageSamples> samples(new ImageSamples);
     samples->width_ = width;
     samples->height_ = height;
     samples->hasAlpha_ = image.HasAlpha();

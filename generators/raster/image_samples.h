@@ -9,15 +9,15 @@
 #include "platform/visualization/images/ORVPixelImage.h"
 
 /// The premultiplied pixels of an image, resampled to about the size at which it is drawn.
-class PictureSamples {
+class ImageSamples {
 public:
     /// Resamples an image. Images drawn smaller than they are get averages of areas. Throws std::bad_alloc
     /// when out of memory.
-    static std::shared_ptr<const PictureSamples> Make(const ORVPixelImage& image, int width, int height);
+    static std::shared_ptr<const ImageSamples> Make(const ORVPixelImage& image, int width, int height);
 
-    ~PictureSamples();
-    PictureSamples(const PictureSamples&) = delete;
-    PictureSamples& operator=(const PictureSamples&) = delete;
+    ~ImageSamples();
+    ImageSamples(const ImageSamples&) = delete;
+    ImageSamples& operator=(const ImageSamples&) = delete;
 
     int GetWidth() const { return width_; }
     int GetHeight() const { return height_; }
@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    PictureSamples() = default;
+    ImageSamples() = default;
 
     int width_ = 0, height_ = 0;
     bool hasAlpha_ = false;

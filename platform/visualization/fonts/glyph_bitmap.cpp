@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/visualization/fonts/glyph_picture.h"
+#include "platform/visualization/fonts/glyph_bitmap.h"
 
 #include "platform/visualization/fonts/font_system.h"
 
-ORVGlyphPicture ORVMakeGlyphPicture(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
-                                    const ORVGlyphColour& colour) {
+ORVGlyphBitmap ORVMakeGlyphBitmap(const ORVFontFace& face, std::uint32_t glyph, double pixelsPerEm,
+                                  const ORVGlyphColour& colour) {
     ORVFontSystem* const system = ORVGetFontSystem();
-    return system ? system->MakeGlyphPicture(face, glyph, pixelsPerEm, colour) : ORVGlyphPicture();
+    return system ? system->MakeGlyphBitmap(face, glyph, pixelsPerEm, colour) : ORVGlyphBitmap();
 }
 
 bool ORVHasColours(const ORVFontFace& face) {

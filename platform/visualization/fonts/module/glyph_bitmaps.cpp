@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/visualization/fonts/module/glyph_pictures.h"
+#include "platform/visualization/fonts/module/glyph_bitmaps.h"
 
 #include <hb-ot.h>
 
@@ -14,12 +14,12 @@
 namespace {
 
 // Largest size of bitmap glyphs, in pixels per em.
-constexpr double kLargestPicture = 1024.0;
+constexpr double kLargestBitmap = 1024.0;
 
 /// Selects a size of the face. @return its pixels per em, 0 when there is none
 double ChooseSize(FT_Face face, double pixelsPerEm) {
     if (!FT_HAS_FIXED_SIZES(face)) {
-        const auto size = static_cast<FT_UInt>(std::clamp(std::ceil(pixelsPerEm), 1.0, kLargestPicture));
+        const auto size = static_cast<FT_UInt>(std::clamp(std::ceil(pixelsPerEm), 1.0, kLargestBitmap));
         return FT_Set_Pixel_Sizes(face, size, size) == 0 ? size : 0.0;
     }
     // The smallest size that is large enough, else the largest.
@@ -66,28 +66,28 @@ bool ReadRow(const FT_Bitmap& bitmap, unsigned int y, const ORVGlyphColour& colo
 
 }  // namespace
 
-ORVGlyphPicture MakeGlyphPicture(const FileFace& face, std::uint32_t glyph, double pixelsPerEm,
-                                 const ORVGlyphColour& colour) {
-    ORVGlyphPicture picture;
+ORVGlyphBitmap MakeGlyphBitmap(const FileFace& face, std::uint32_t glyph, double pixelsPerEm,
+                               const ORVGlyphColour& colour) {
+    ORVGlyphBitmap answer;
     const FT_Face freeType = face.LoadFreeType();
-    if (!freeType || !(FT_HAS_FIXED_SIZES(freeType) || FT_HAS_COLOR(freeType))) return picture;
+    if (!freeType || !(FT_HAS_FIXED_SIZES(freeType) || FT_HAS_COLOR(freeType))) return answer;
     const double size = ChooseSize(freeType, pixelsPerEm);
-    if (!(size > 0.0) || FT_Load_Glyph(freeType, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0) return picture;
+    if (!(size > 0.0) || FT_Load_Glyph(freeType, glyph, FT_LOAD_COLOR | FT_LOAD_RENDER) != 0) return answer;
     const FT_GlyphSlot slot = freeType->glyph;
     const FT_Bitmap& bitmap = slot->bitmap;
-    if (bitmap.width == 0 || bitmap.rows == 0) return picture;
+    if (bitmap.width == 0 || bitmap.rows == 0) return answer;
 
     std::vector<std::uint8_t> rgba(static_cast<std::size_t>(bitmap.width) * bitmap.rows * 4);
     for (unsigned int y = 0; y < bitmap.rows; ++y)
         if (!ReadRow(bitmap, y, colour, rgba.data() + static_cast<std::size_t>(y) * bitmap.width * 4))
-            return picture;
-    picture.image = ORVRef<const ORVPixelImage>(
+            return answer;
+    answer.image = ORVRef<const ORVPixelImage>(
         ORVPixelImage::CreateFromPixels(static_cast<int>(bitmap.width), static_cast<int>(bitmap.rows), rgba));
-    picture.left = slot->bitmap_left / size;
-    picture.top = slot->bitmap_top / size;
-    picture.width = bitmap.width / size;
-    picture.height = bitmap.rows / size;
-    return picture;
+    answer.left = slot->bitmap_left / size;
+    answer.top = slot->bitmap_top / size;
+    answer.width = bitmap.width / size;
+    answer.height = bitmap.rows / size;
+    return answer;
 }
 
 bool HasColours(const FileFace& face) {

@@ -8,14 +8,14 @@
 #include <unordered_map>
 #include <vector>
 
-#include "generators/raster/picture_source.h"
+#include "generators/raster/image_sampler.h"
 #include "generators/raster/raster_operation.h"
 
 /// Resampled images of a page, made on first use. Thread-safe.
-class PictureStore {
+class ImageStore {
 public:
     /// @return false if the image cannot be loaded
-    bool Find(const RasterPicture& picture, PictureSource& source);
+    bool Find(const PlacedImage& placed, ImageSampler& source);
     /// Removes all entries and lets images release their memory.
     void Clear();
 
@@ -23,7 +23,7 @@ private:
     struct Entry {
         ORVRef<const ORVPixelImage> image;
         int width = 0, height = 0;
-        std::shared_ptr<const PictureSamples> samples;
+        std::shared_ptr<const ImageSamples> samples;
     };
     using Entries = std::list<Entry>;
     /// Removes an entry. @return true if it was the last one of its image
