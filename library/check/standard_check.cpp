@@ -103,6 +103,7 @@ private:
     }
     void CheckSheet(ElementIndex sheet);
     void CheckFontFaces();
+    void CheckRules();
     void CheckElement(ElementIndex element, const Style& style);
     void CheckUnread(ElementIndex element);
     void CheckProperty(ElementIndex element, std::string_view name, std::string_view value);
@@ -140,6 +141,7 @@ void StandardCheck::Run() {
     }
     for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
     CheckFontFaces();
+    CheckRules();
 }
 
 void StandardCheck::CheckSheet(ElementIndex sheet) {
@@ -166,6 +168,30 @@ void StandardCheck::CheckFontFaces() {
         if (!rule.ignored.empty())
             Note(FindingCode::kIgnoredProperty, rule.sheet, rule.ignored, rule.writtenFamily,
                  "is ignored: the font is used as it is");
+    }
+}
+
+void StandardCheck::CheckRules() {
+    using Kind = svg2::UnreadRule::Kind;
+    for (const svg2::UnreadRule& rule : cascade_.GetSheets().GetUnreadRules()) {
+        switch (rule.kind) {
+            case Kind::kAtRule:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", "@" + std::string(rule.text),
+                     "is not read: nothing within it is applied");
+                break;
+            case Kind::kAnimation:
+                Note(FindingCode::kAnimation, rule.sheet, "", "@" + std::string(rule.text),
+                     "is ignored: the page shows the values without it");
+                break;
+            case Kind::kSelectors:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", rule.text,
+                     "cannot be read as selectors: the rule is not applied");
+                break;
+            case Kind::kTooMany:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", rule.text,
+                     "has too many rules within rules: the rest of them is not applied");
+                break;
+        }
     }
 }
 

@@ -185,6 +185,10 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='none.png'/>", "image-missing (1)"},
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
+        {"<style>@container (width > 1px){rect{fill:red}}</style>", "style-sheet (1)"},
+        {"<style>g{@scope (a){rect{fill:red}}}</style>", "style-sheet (1)"},
+        {"<style>rect,%{fill:red}</style>", "cannot be read as selectors"},
+        {"<style>@keyframes a{from{fill:red}}</style>", "animation (1)"},
         {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
         {"<style>@font-face{font-family:a;src:url(data:font/ttf;base64,AAEAAAAB)}</style>",
          "holds no font that can be used"},
@@ -225,6 +229,8 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
     for (const char* content : {
              "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
              "<style>rect{fill:red}</style><rect/>",
+             "<style>@charset 'utf-8'; @layer a; @supports "
+             "(fill:red){g{rect{fill:red}}}</style><g><rect/></g>",
              "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",
              "<text font-family='DejaVu Sans' font-variant='small-caps' unicode-bidi='embed' "
              "style='font-feature-settings:\"liga\" 0;font-variant-caps:unicase'>a</text>",

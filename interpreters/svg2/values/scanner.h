@@ -54,7 +54,7 @@ public:
     }
     /// A number as SVG and CSS write it: sign, digits, point, exponent.
     bool TakeNumber(double& value);
-    /// A name; empty when none comes next.
+    /// A name; empty when none comes next. Escapes, of a backslash and one character, stay.
     std::string_view TakeName();
     /// What stands between an opening parenthesis that comes next and the one that closes it, strings and
     /// inner parentheses respected. @return false when none comes next, or it is not closed
@@ -62,12 +62,16 @@ public:
     /// The same, but the end of the text closes what is open, as that of a value does.
     bool TakeParenthesesOrRest(std::string_view& inside);
     /// All up to the first of `ends` that stands outside of strings, escapes, parentheses and blocks, or to
-    /// the end.
+    /// the end. A bracket is closed by its like only, a string by the end of its line, too.
     std::string_view TakeUntil(std::string_view ends);
     /// A text in quotes, without them; escapes stay. @return false when none comes next
     bool TakeString(std::string_view& inside);
+    /// The same, but the end of the text closes what is open, as that of a sheet does.
+    bool TakeStringOrRest(std::string_view& inside);
 
 private:
+    void SkipString();
+
     std::string_view text_;
     std::size_t position_ = 0;
 };
