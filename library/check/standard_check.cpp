@@ -61,7 +61,9 @@ const UnreadProperty kUnreadProperties[] = {
     {"text-decoration-color",
      {"currentcolor", "currentColor", "inherit", "initial"},
      "is ignored: lines have the colour of their text"},
-    {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
+    {"text-underline-offset",
+     {"auto", "inherit", "initial", "unset"},
+     "is ignored: lines are where the font places them"},
     {"color-interpolation",
      {"sRGB", "auto", "inherit", "initial"},
      "counts for masks only: colours are mixed as sRGB"},
@@ -72,6 +74,16 @@ const UnreadProperty kUnreadProperties[] = {
      {"auto", "none", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
 };
+
+/// Whether one of some words is a colour, other than that of text.
+bool HasColour(std::string_view words) {
+    bool has = words.find('(') != std::string_view::npos;
+    svg2::ForEachWord(words, [&has](std::string_view word) {
+        svg2::Colour colour;
+        return !(has = has || (!svg2::EqualsIgnoringCase(word, "none") && svg2::ReadColour(word, colour)));
+    });
+    return has;
+}
 
 class StandardCheck {
 public:
@@ -227,6 +239,13 @@ void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, s
             std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
             Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
+    if (IsOneOf(name, {"alignment-baseline", "dominant-baseline"}) &&
+        IsOneOf(value, {"top", "center", "bottom"}))
+        Note(FindingCode::kIgnoredProperty, element, name, value,
+             "is ignored: the text stands on its baseline, for there are no lines that it could be put into");
+    if (name == "text-decoration" && HasColour(value))
+        Note(FindingCode::kIgnoredProperty, element, name, value,
+             "has a colour that is ignored: lines have the colour of their text");
     if (name == "font-size-adjust" &&
         (value.find("from-font") != std::string_view::npos || value.starts_with("ic-height")))
         Note(FindingCode::kIgnoredProperty, element, name, value,

@@ -200,7 +200,9 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
         {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
-        {"<g style='text-decoration-style:wavy'/>", "ignored-property (1)"},
+        {"<g style='text-decoration:underline red'/>", "ignored-property (1)"},
+        {"<g style='text-underline-offset:3px'/>", "ignored-property (1)"},
+        {"<g alignment-baseline='top'/>", "ignored-property (1)"},
         {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
@@ -240,6 +242,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
              "<text font-family='a'>a</text>",
              "<text font-family='DejaVu Sans' font-size-adjust='0.5'>a</text>",
+             "<text font-family='DejaVu Sans' style='text-decoration:underline dotted 2px'>a</text>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })

@@ -213,6 +213,8 @@ void Cascade::NoteDecorations(const Style& parent, Style& style) const {
                                           : std::make_shared<std::vector<Decoration>>();
     Decoration decoration;
     decoration.lines = style.decorationLines;
+    decoration.style = style.decorationStyle;
+    if (style.decorationThickness) decoration.thickness = style.decorationThickness->Resolve(style.fontSize);
     decoration.fill = style.fill;
     decoration.stroke = style.stroke;
     decoration.fillOpacity = style.fillOpacity;
