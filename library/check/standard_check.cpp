@@ -61,7 +61,9 @@ const UnreadProperty kUnreadProperties[] = {
     {"text-decoration-color",
      {"currentcolor", "currentColor", "inherit", "initial"},
      "is ignored: lines have the colour of their text"},
-    {"text-decoration-style", {"solid", "inherit", "initial"}, "is ignored: lines are solid"},
+    {"text-underline-offset",
+     {"auto", "inherit", "initial", "unset"},
+     "is ignored: lines are where the font places them"},
     {"color-interpolation",
      {"sRGB", "auto", "inherit", "initial"},
      "counts for masks only: colours are mixed as sRGB"},
@@ -72,6 +74,16 @@ const UnreadProperty kUnreadProperties[] = {
      {"auto", "none", "inherit", "initial"},
      "is ignored: lines break only where they are written"},
 };
+
+/// Whether one of some words is a colour, other than that of text.
+bool HasColour(std::string_view words) {
+    bool has = words.find('(') != std::string_view::npos;
+    svg2::ForEachWord(words, [&has](std::string_view word) {
+        svg2::Colour colour;
+        return !(has = has || (!svg2::EqualsIgnoringCase(word, "none") && svg2::ReadColour(word, colour)));
+    });
+    return has;
+}
 
 class StandardCheck {
 public:
@@ -112,6 +124,7 @@ private:
     bool IsUsed(ElementIndex element);
     void CheckSheet(ElementIndex sheet);
     void CheckFontFaces();
+    void CheckRules();
     void CheckElement(ElementIndex element, const Style& style, bool isHidden);
     void CheckUnread(ElementIndex element, bool isHidden);
     void CheckUnknown(ElementIndex element, bool isHidden);
@@ -156,6 +169,7 @@ void StandardCheck::Run() {
     }
     for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
     CheckFontFaces();
+    CheckRules();
 }
 
 /// Definitions, which show where they are referred to, whatever is around them.
@@ -224,6 +238,30 @@ void StandardCheck::CheckFontFaces() {
     }
 }
 
+void StandardCheck::CheckRules() {
+    using Kind = svg2::UnreadRule::Kind;
+    for (const svg2::UnreadRule& rule : cascade_.GetSheets().GetUnreadRules()) {
+        switch (rule.kind) {
+            case Kind::kAtRule:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", "@" + std::string(rule.text),
+                     "is not read: nothing within it is applied");
+                break;
+            case Kind::kAnimation:
+                Note(FindingCode::kAnimation, rule.sheet, "", "@" + std::string(rule.text),
+                     "is ignored: the page shows the values without it");
+                break;
+            case Kind::kSelectors:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", rule.text,
+                     "cannot be read as selectors: the rule is not applied");
+                break;
+            case Kind::kTooMany:
+                Note(FindingCode::kStyleSheet, rule.sheet, "", rule.text,
+                     "has too many rules within rules: the rest of them is not applied");
+                break;
+        }
+    }
+}
+
 void StandardCheck::CheckUnread(ElementIndex element, bool isHidden) {
     switch (document_[element].tag) {
         case Tag::kScript: Note(FindingCode::kScript, element, "", "", "is not run"); return;
@@ -258,6 +296,13 @@ void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, s
             std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
             Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
     }
+    if (IsOneOf(name, {"alignment-baseline", "dominant-baseline"}) &&
+        IsOneOf(value, {"top", "center", "bottom"}))
+        Note(FindingCode::kIgnoredProperty, element, name, value,
+             "is ignored: the text stands on its baseline, for there are no lines that it could be put into");
+    if (name == "text-decoration" && HasColour(value))
+        Note(FindingCode::kIgnoredProperty, element, name, value,
+             "has a colour that is ignored: lines have the colour of their text");
     if (name == "font-size-adjust" &&
         (value.find("from-font") != std::string_view::npos || value.starts_with("ic-height")))
         Note(FindingCode::kIgnoredProperty, element, name, value,

@@ -186,6 +186,10 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<image href='none.png'/>", "image-missing (1)"},
         {"<image href='data:image/gif;base64,R0lGODlh'/>", "image-broken (1)"},
         {"<style>@import 'a.css';</style>", "style-sheet (1)"},
+        {"<style>@container (width > 1px){rect{fill:red}}</style>", "style-sheet (1)"},
+        {"<style>g{@scope (a){rect{fill:red}}}</style>", "style-sheet (1)"},
+        {"<style>rect,%{fill:red}</style>", "cannot be read as selectors"},
+        {"<style>@keyframes a{from{fill:red}}</style>", "animation (1)"},
         {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
         {"<style>@font-face{font-family:a;src:url(data:font/ttf;base64,AAEAAAAB)}</style>",
          "holds no font that can be used"},
@@ -197,7 +201,9 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
         {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
-        {"<g style='text-decoration-style:wavy'/>", "ignored-property (1)"},
+        {"<g style='text-decoration:underline red'/>", "ignored-property (1)"},
+        {"<g style='text-underline-offset:3px'/>", "ignored-property (1)"},
+        {"<g alignment-baseline='top'/>", "ignored-property (1)"},
         {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
@@ -226,6 +232,8 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
     for (const char* content : {
              "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
              "<style>rect{fill:red}</style><rect/>",
+             "<style>@charset 'utf-8'; @layer a; @supports "
+             "(fill:red){g{rect{fill:red}}}</style><g><rect/></g>",
              "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",
              "<text font-family='DejaVu Sans' font-variant='small-caps' unicode-bidi='embed' "
              "style='font-feature-settings:\"liga\" 0;font-variant-caps:unicase'>a</text>",
@@ -235,6 +243,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
              "<text font-family='a'>a</text>",
              "<text font-family='DejaVu Sans' font-size-adjust='0.5'>a</text>",
+             "<text font-family='DejaVu Sans' style='text-decoration:underline dotted 2px'>a</text>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",
          })

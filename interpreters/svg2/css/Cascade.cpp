@@ -2,12 +2,11 @@
 #include "interpreters/svg2/css/Cascade.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <memory>
 #include <utility>
 
+#include "interpreters/svg2/css/sheet_values.h"
 #include "interpreters/svg2/values/scanner.h"
-#include "interpreters/svg2/values/transform.h"
 #include "platform/print/ORVPrintPreferences.h"
 
 namespace svg2 {
@@ -16,48 +15,6 @@ namespace {
 constexpr std::uint64_t kStepsPerDeclaration = 8;
 constexpr int kGreatestVariableDepth = 32;
 constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
-
-/// The property of a name as sheets write it.
-std::optional<Name> FindProperty(std::string_view text) {
-    std::optional<Name> name = FindName(text);
-    if (!name) {
-        constexpr std::size_t kLongest = 32;
-        char lower[kLongest];
-        if (text.size() > kLongest) return std::nullopt;
-        for (std::size_t i = 0; i < text.size(); ++i) lower[i] = ToLower(text[i]);
-        name = FindName({lower, text.size()});
-    }
-    if (!name || !IsProperty(*name)) return std::nullopt;
-    return name;
-}
-
-/// Whether a text is a value that a sheet may give to a property of shape or place.
-bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes) {
-    value = Trim(value);
-    const auto isAny = [value](std::initializer_list<std::string_view> words) {
-        return std::any_of(words.begin(), words.end(),
-                           [value](std::string_view word) { return EqualsIgnoringCase(value, word); });
-    };
-    if (isAny({"initial", "unset", "revert"})) return true;
-    ORVMathAffine2D transform;
-    Length length;
-    switch (name) {
-        case Name::kD: return isAny({"none"}) || EqualsIgnoringCase(value.substr(0, 5), "path(");
-        case Name::kTransform: return ReadTransformProperty(value, sizes, 1.0, 1.0, transform);
-        case Name::kX:
-        case Name::kY:
-        case Name::kCx:
-        case Name::kCy: return ReadLength(value, sizes, length);
-        case Name::kR: break;
-        default:
-            if (isAny({"auto"})) return true;
-    }
-    if (!ReadLength(value, sizes, length)) return false;
-    // What mixes the two may come out either way.
-    const bool isNegative =
-        (length.px < 0.0 && length.percent <= 0.0) || (length.percent < 0.0 && length.px <= 0.0);
-    return !isNegative;
-}
 
 /// A property's value on a parent, as a sheet gave it.
 std::optional<std::string_view> FindRule(const Style& style, Name name) {
@@ -117,24 +74,33 @@ void Cascade::AddDeclaration(const Declaration& declaration, Style& style) {
         candidates_.push_back({*name, declaration.value, false});
 }
 
+std::string_view Cascade::Keep(std::string text) {
+    work_->TakeText(text.size());
+    work_->TakeKept(text.size());
+    return texts_.emplace_back(std::move(text));
+}
+
 void Cascade::AddStyleAttribute(std::string_view text, bool important, Style& style) {
     Scanner scanner(text);
     for (Declaration declaration; TakeDeclaration(scanner, declaration);)
-        if (declaration.isImportant == important) AddDeclaration(declaration, style);
+        if (declaration.isImportant == important) {
+            if (declaration.value.find('\\') != std::string_view::npos)
+                declaration.value = Keep(Unescaped(declaration.value));
+            AddDeclaration(declaration, style);
+        }
 }
 
 void Cascade::Collect(ElementIndex element, Style& style) {
     candidates_.clear();
     ownVariables_.reset();
     document_.ForEachProperty(element, [this](Name name, std::string_view value) {
+        if (name == Name::kFontFamily && value.find('\\') != std::string_view::npos)
+            value = Keep(Unescaped(WithoutComments(value)));
         candidates_.push_back({name, value, true});
     });
     std::string_view attribute = document_.ValueOf(element, Name::kStyle);
-    if (attribute.find("/*") != std::string_view::npos) {
-        work_->TakeText(attribute.size());
-        attribute = texts_.emplace_back(WithoutComments(attribute));
-        work_->TakeKept(attribute.size());
-    }
+    if (attribute.find("/*") != std::string_view::npos || attribute.find('\\') != std::string_view::npos)
+        attribute = Keep(WithoutComments(attribute));
     if (sheets_.IsEmpty() && attribute.empty()) return;
 
     matches_.clear();
@@ -148,6 +114,7 @@ void Cascade::Collect(ElementIndex element, Style& style) {
     }
     AddStyleAttribute(attribute, false, style);
     if (hasImportant) {
+        sheets_.OrderByImportance(matches_);
         for (const StyleSheets::Match& match : matches_)
             for (const Declaration& declaration : sheets_.DeclarationsOf(match))
                 if (declaration.isImportant) AddDeclaration(declaration, style);
@@ -246,6 +213,8 @@ void Cascade::NoteDecorations(const Style& parent, Style& style) const {
                                           : std::make_shared<std::vector<Decoration>>();
     Decoration decoration;
     decoration.lines = style.decorationLines;
+    decoration.style = style.decorationStyle;
+    if (style.decorationThickness) decoration.thickness = style.decorationThickness->Resolve(style.fontSize);
     decoration.fill = style.fill;
     decoration.stroke = style.stroke;
     decoration.fillOpacity = style.fillOpacity;

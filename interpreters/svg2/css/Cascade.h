@@ -54,6 +54,8 @@ private:
     void Collect(ElementIndex element, Style& style);
     void AddDeclaration(const Declaration& declaration, Style& style);
     void AddVariable(const Declaration& declaration, Style& style);
+    /// Gives a text a place where it stays.
+    std::string_view Keep(std::string text);
     void AddStyleAttribute(std::string_view text, bool important, Style& style);
     void Apply(const Candidate& candidate, const PropertyContext& context, Style& style);
     bool Substitute(std::string_view text, const Style& style, std::string_view& result);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -110,9 +111,13 @@ struct FontSizeAdjustment {
 /// Lines that decorate text, as flags.
 enum DecorationLine : std::uint8_t { kUnderline = 1, kOverline = 2, kLineThrough = 4 };
 
+enum class DecorationStyle : std::uint8_t { kSolid, kDouble, kDotted, kDashed, kWavy };
+
 /// Lines that decorate text, and the paints of the element that asks for them.
 struct Decoration {
     std::uint8_t lines = 0;  ///< DecorationLine
+    DecorationStyle style = DecorationStyle::kSolid;
+    std::optional<double> thickness;  ///< in px; nothing for that of the font
     Paint fill, stroke;
     double fillOpacity = 1.0, strokeOpacity = 1.0;
     Length strokeWidth{1.0, 0.0};
@@ -190,6 +195,8 @@ struct OwnStyle {
     ColourValue backgroundColour{{0, 0, 0, 0.0F}, false};
     double stopOpacity = 1.0, floodOpacity = 1.0;
     std::uint8_t decorationLines = 0;
+    DecorationStyle decorationStyle = DecorationStyle::kSolid;
+    std::optional<Length> decorationThickness;  ///< percentages are of the size of the font
     std::string_view baselineShift;
     Baseline alignmentBaseline = Baseline::kAuto;
     std::string_view unicodeBidi;

@@ -4,13 +4,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "interpreters/svg2/css/supports.h"
 #include "interpreters/svg2/values/length.h"
 #include "interpreters/svg2/values/scanner.h"
 
 namespace svg2 {
 namespace {
 
-constexpr int kGreatestDepth = 16;  // of @media within each other
+constexpr int kGreatestDepth = 16;                    // of rules within each other
+constexpr std::size_t kMostRulesOfParents = 100'000;  // that repeat the selectors of the rule around
+constexpr std::size_t kMostUnreadRules = 1000;
+
+/// Rules that a printed drawing does without.
+constexpr std::string_view kHarmlessRules[] = {"charset", "counter-style", "starting-style",
+                                               "view-transition"};
 
 /// The text of a block that comes next, without its braces; of one that does not end, the rest of the sheet.
 /// @return false when none comes next
@@ -89,25 +96,29 @@ bool MatchesMedia(std::string_view queries, const Medium& medium) {
 }
 
 StyleSheets::StyleSheets(const Document& document, const Medium& medium) : document_(document) {
-    for (const OuterSheet& sheet : document.GetOuterSheets()) {
-        if (!MatchesMedia(sheet.media, medium)) continue;
-        texts_.push_back(WithoutComments(sheet.text));
-        namespaces_.clear();
-        ReadSheet(texts_.back(), medium, 0);
-    }
+    for (const OuterSheet& sheet : document.GetOuterSheets())
+        if (MatchesMedia(sheet.media, medium)) ReadWholeSheet(sheet.text, medium);
     for (const ElementIndex element : document.FindAll(Tag::kStyle)) {
         const std::string_view type = Trim(document.ValueOf(element, Name::kType));
         if (!type.empty() && !EqualsIgnoringCase(type, "text/css")) continue;
         if (!MatchesMedia(document.ValueOf(element, Name::kMedia), medium)) continue;
-        texts_.push_back(WithoutComments(document[element].node->GetText()));
         sheet_ = element;
-        namespaces_.clear();
-        ReadSheet(texts_.back(), medium, 0);
+        ReadWholeSheet(document[element].node->GetText(), medium);
     }
+    RankRules();
 }
 
-void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int depth) {
-    if (depth > kGreatestDepth) return;
+void StyleSheets::ReadWholeSheet(std::string_view text, const Medium& medium) {
+    texts_.push_back(WithoutComments(text));
+    namespaces_.clear();
+    ReadSheet(texts_.back(), {medium, 0, SheetLayers::kNone, nullptr, 0});
+}
+
+void StyleSheets::NoteUnread(UnreadRule::Kind kind, std::string_view text) {
+    if (unreadRules_.size() < kMostUnreadRules) unreadRules_.push_back({kind, sheet_, Trim(text)});
+}
+
+void StyleSheets::ReadSheet(std::string_view text, const Surroundings& around) {
     Scanner scanner(text);
     for (;;) {
         scanner.SkipSpace();
@@ -122,51 +133,147 @@ void StyleSheets::ReadSheet(std::string_view text, const Medium& medium, int dep
             continue;
         }
         if (scanner.Take('@')) {
-            ReadAtRule(scanner, medium, depth);
+            ReadAtRule(scanner, around);
             continue;
         }
         const std::string_view selectors = scanner.TakeUntil("{;");
         std::string_view block;
         if (TakeBlock(scanner, block))
-            ReadRule(selectors, block);
+            ReadRule(selectors, block, around);
         else
             scanner.Take(';');  // that ends nothing; what does not end is the last thing of the sheet
     }
 }
 
-void StyleSheets::ReadAtRule(Scanner& scanner, const Medium& medium, int depth) {
+/// The rules of a block that others stand in, and its declarations where it stands in a rule itself.
+void StyleSheets::ReadGroup(std::string_view block, const Surroundings& around) {
+    if (around.depth > kGreatestDepth) return NoteUnread(UnreadRule::Kind::kTooMany, block);
+    if (around.parents)
+        ReadNestingBlock(block, around);
+    else
+        ReadSheet(block, around);
+}
+
+/// "@layer a, b;", which only states an order.
+void StyleSheets::ReadLayers(std::string_view names, const Surroundings& around) {
+    for (Scanner scanner(names); !scanner.AtEnd(); scanner.Take(','))
+        layers_.Find(scanner.TakeUntil(","), around.layer);
+}
+
+void StyleSheets::ReadNamespace(std::string_view prelude) {
+    Scanner words(Trim(prelude));
+    const std::string_view prefix = words.Rest().starts_with("url(") ? std::string_view() : words.TakeName();
+    namespaces_[prefix] = Unquoted(words.Rest());
+}
+
+void StyleSheets::ReadAtRule(Scanner& scanner, const Surroundings& around) {
+    const std::size_t start = scanner.GetPosition();
+    const std::string_view from = scanner.Rest();
     const std::string_view name = scanner.TakeName();
     const std::string_view prelude = scanner.TakeUntil("{;");
+    const std::string_view whole = from.substr(0, scanner.GetPosition() - start);
+    const auto is = [name](std::string_view known) { return EqualsIgnoringCase(name, known); };
     std::string_view block;
     const bool hasBlock = TakeBlock(scanner, block);
     if (!hasBlock) scanner.Take(';');
-    if (EqualsIgnoringCase(name, "media") && hasBlock) {
-        if (MatchesMedia(prelude, medium)) ReadSheet(block, medium, depth + 1);
-    } else if (EqualsIgnoringCase(name, "font-face") && hasBlock) {
+    Surroundings inside = around;
+    ++inside.depth;
+    if (is("media") && hasBlock) {
+        if (MatchesMedia(prelude, around.medium)) ReadGroup(block, inside);
+    } else if (is("supports") && hasBlock) {
+        if (MatchesSupports(prelude, ContextOf(around))) ReadGroup(block, inside);
+    } else if (is("layer")) {
+        hasLayers_ = true;
+        if (!hasBlock) return ReadLayers(prelude, around);
+        inside.layer = layers_.Find(prelude, around.layer);
+        ReadGroup(block, inside);
+    } else if (is("font-face") && hasBlock) {
         FontFaceRule rule;
         rule.sheet = sheet_;
         if (ReadFontFace(block, rule)) fontFaces_.push_back(std::move(rule));
-    } else if (EqualsIgnoringCase(name, "import")) {
+    } else if (is("import")) {
         importsSheets_ = true;
-    } else if (EqualsIgnoringCase(name, "namespace") && !hasBlock) {
-        Scanner words(Trim(prelude));
-        const std::string_view prefix =
-            words.Rest().starts_with("url(") ? std::string_view() : words.TakeName();
-        namespaces_[prefix] = Unquoted(words.Rest());
+    } else if (is("namespace") && !hasBlock) {
+        ReadNamespace(prelude);
+    } else if (name.ends_with("keyframes")) {
+        NoteUnread(UnreadRule::Kind::kAnimation, whole);
+    } else if (std::none_of(std::begin(kHarmlessRules), std::end(kHarmlessRules), is)) {
+        NoteUnread(UnreadRule::Kind::kAtRule, whole);
     }
 }
 
-void StyleSheets::ReadRule(std::string_view text, std::string_view block) {
-    std::vector<Selector> selectors;
-    if (!ReadSelectors(text, namespaces_, selectors)) return;
-    const std::size_t begin = declarations_.size();
-    Scanner scanner(block);
-    for (Declaration declaration; TakeDeclaration(scanner, declaration);)
+void StyleSheets::ReadDeclarations(std::string_view text) {
+    Scanner scanner(text);
+    for (Declaration declaration; TakeDeclaration(scanner, declaration);) {
+        if (declaration.value.find('\\') != std::string_view::npos)
+            declaration.value = texts_.emplace_back(Unescaped(declaration.value));
         declarations_.push_back(declaration);
-    for (Selector& selector : selectors) {
-        rules_.push_back({std::move(selector), {begin, declarations_.size()}});
-        Index(static_cast<std::uint32_t>(rules_.size() - 1));
     }
+}
+
+void StyleSheets::AddRule(Selector selector, std::size_t firstDeclaration, SheetLayers::Layer layer) {
+    rules_.push_back({std::move(selector), {firstDeclaration, declarations_.size()}, layer});
+    Index(static_cast<std::uint32_t>(rules_.size() - 1));
+}
+
+void StyleSheets::ReadRule(std::string_view text, std::string_view block, const Surroundings& around) {
+    std::vector<Selector> selectors;
+    if (!ReadSelectors(text, ContextOf(around), selectors))
+        return NoteUnread(UnreadRule::Kind::kSelectors, text);
+    if (block.find_first_of("{@") != std::string_view::npos) {
+        Surroundings inside = around;
+        ++inside.depth;
+        inside.parentSpecificity = GreatestSpecificity(selectors);
+        inside.parents = std::make_shared<const std::vector<Selector>>(std::move(selectors));
+        return ReadGroup(block, inside);
+    }
+    const std::size_t begin = declarations_.size();
+    ReadDeclarations(block);
+    for (Selector& selector : selectors) AddRule(std::move(selector), begin, around.layer);
+}
+
+/// Gives the declarations since some place to what the rule around selects.
+void StyleSheets::AddRulesOfParents(std::size_t firstDeclaration, const Surroundings& around) {
+    if (firstDeclaration == declarations_.size()) return;
+    rulesOfParents_ += around.parents->size();
+    if (rulesOfParents_ > kMostRulesOfParents) return NoteUnread(UnreadRule::Kind::kTooMany, {});
+    for (const Selector& selector : *around.parents) AddRule(selector, firstDeclaration, around.layer);
+}
+
+// Declarations count in their place among the rules that stand between them.
+void StyleSheets::ReadNestingBlock(std::string_view block, const Surroundings& around) {
+    Scanner scanner(block);
+    std::size_t begin = declarations_.size();
+    for (;;) {
+        scanner.SkipSpace();
+        if (scanner.AtEnd()) break;
+        if (scanner.Peek() == '@') {
+            AddRulesOfParents(begin, around);
+            scanner.Advance();
+            ReadAtRule(scanner, around);
+            begin = declarations_.size();
+            continue;
+        }
+        // Only values of variables may hold blocks.
+        const std::string_view text = scanner.TakeUntil(scanner.Rest().starts_with("--") ? ";" : "{;");
+        std::string_view inner;
+        if (TakeBlock(scanner, inner)) {
+            AddRulesOfParents(begin, around);
+            ReadRule(text, inner, around);
+            begin = declarations_.size();
+        } else {
+            ReadDeclarations(text);
+            scanner.Take(';');
+        }
+    }
+    AddRulesOfParents(begin, around);
+}
+
+void StyleSheets::RankRules() {
+    if (!hasLayers_) return;
+    const std::vector<std::uint32_t> ranks = layers_.Rank();
+    for (Rule& rule : rules_)
+        if (rule.layer != SheetLayers::kNone) rule.layer = ranks[rule.layer];
 }
 
 void StyleSheets::Index(std::uint32_t rule) {
@@ -185,7 +292,7 @@ void StyleSheets::TryRules(SelectorMatcher& matcher, ElementIndex element,
                            const std::vector<std::uint32_t>& rules, std::vector<Match>& matches) const {
     for (const std::uint32_t rule : rules)
         if (matcher.Matches(element, rules_[rule].selector))
-            matches.push_back({rules_[rule].selector.specificity, rule});
+            matches.push_back({rules_[rule].selector.specificity, rule, rules_[rule].layer});
 }
 
 void StyleSheets::FindMatches(SelectorMatcher& matcher, ElementIndex element,
@@ -210,8 +317,15 @@ void StyleSheets::FindMatches(SelectorMatcher& matcher, ElementIndex element,
     tryRulesOf(byType_, type);
     TryRules(matcher, element, others_, matches);
     std::sort(matches.begin(), matches.end(), [](const Match& a, const Match& b) {
+        if (a.rank != b.rank) return a.rank < b.rank;
         return a.specificity != b.specificity ? a.specificity < b.specificity : a.rule < b.rule;
     });
+}
+
+void StyleSheets::OrderByImportance(std::vector<Match>& matches) const {
+    if (!hasLayers_) return;
+    std::stable_sort(matches.begin(), matches.end(),
+                     [](const Match& a, const Match& b) { return a.rank > b.rank; });
 }
 
 std::span<const Declaration> StyleSheets::DeclarationsOf(const Match& match) const {

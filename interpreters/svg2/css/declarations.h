@@ -20,7 +20,12 @@ struct Declaration {
 /// @return false at the end of the list
 bool TakeDeclaration(Scanner& scanner, Declaration& declaration);
 
-/// A text without its comments, each of which becomes a space; comments within strings stay.
+/// A text without its comments, as sheets and style attributes are read; comments within strings and
+/// addresses stay. Escapes of letters and digits are these afterwards, also within strings, where spaces and
+/// most signs are written plainly, too; every other escape is a backslash and the character itself.
 std::string WithoutComments(std::string_view text);
+
+/// A text with its escapes resolved.
+std::string Unescaped(std::string_view text);
 
 }  // namespace svg2

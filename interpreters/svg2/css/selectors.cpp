@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "interpreters/svg2/css/declarations.h"
 #include "interpreters/svg2/values/scanner.h"
 
 namespace svg2 {
@@ -20,23 +21,39 @@ constexpr std::uint32_t kOfId = 1U << 20U, kOfClass = 1U << 10U, kOfType = 1U;
 
 class SelectorReader {
 public:
-    SelectorReader(std::string_view text, const SelectorNamespaces& namespaces, int depth)
-        : scanner_(text), namespaces_(namespaces), depth_(depth) {}
+    SelectorReader(std::string_view text, const SelectorContext& context, int depth, bool isOfHas = false)
+        : scanner_(text), context_(context), depth_(depth), isOfHas_(isOfHas) {}
 
     bool ReadList(std::vector<Selector>& selectors);
+    /// Whether what was read refers to the rule around.
+    bool RefersToParents() const { return refersToParents_; }
 
 private:
     bool ReadSelector(Selector& selector);
+    void BeginRelative(Selector& selector, Combinator combinator) const;
+    bool TakeCombinator(Combinator& combinator);
     bool ReadCompound(CompoundSelector& compound, std::uint32_t& specificity);
     bool ReadType(CompoundSelector& compound, std::uint32_t& specificity, bool& isRead);
     bool ReadAttribute(SelectorTest& test);
     bool ReadPseudoClass(CompoundSelector& compound, std::uint32_t& specificity);
     bool ReadFunction(std::string_view name, std::string_view inside, SelectorTest& test,
                       std::uint32_t& specificity);
+    bool ReadPlaceFunction(std::string_view inside, SelectorTest& test, std::uint32_t& specificity);
+    bool ReadAlternatives(std::string_view inside, SelectorTest& test, std::uint32_t& greatest,
+                          bool isOfHas = false);
+    SelectorTest TestOfParents(std::uint32_t& specificity) const;
+    /// What was taken, as it is meant.
+    std::string_view Meant(std::string_view text) const {
+        if (text.find('\\') == std::string_view::npos) return text;
+        return context_.texts.emplace_back(Unescaped(text));
+    }
+    std::string_view TakeName() { return Meant(scanner_.TakeName()); }
 
     Scanner scanner_;
-    const SelectorNamespaces& namespaces_;
+    const SelectorContext& context_;
     int depth_;
+    bool isOfHas_;  // the selectors begin at the element that is asked about
+    bool refersToParents_ = false;
 };
 
 bool SelectorReader::ReadList(std::vector<Selector>& selectors) {
@@ -49,32 +66,63 @@ bool SelectorReader::ReadList(std::vector<Selector>& selectors) {
     return scanner_.AtEnd();
 }
 
+bool SelectorReader::TakeCombinator(Combinator& combinator) {
+    if (scanner_.Take('>'))
+        combinator = Combinator::kChild;
+    else if (scanner_.Take('+'))
+        combinator = Combinator::kAdjacent;
+    else if (scanner_.Take('~'))
+        combinator = Combinator::kSibling;
+    else
+        return false;
+    return true;
+}
+
+/// The elements of the rule around, which "&" stands for; without one, the root.
+SelectorTest SelectorReader::TestOfParents(std::uint32_t& specificity) const {
+    SelectorTest test;
+    test.kind = context_.parents ? Kind::kIs : Kind::kRoot;
+    test.alternatives = context_.parents;
+    specificity += context_.parentSpecificity;
+    return test;
+}
+
+/// Gives a selector its first compound, which nobody wrote.
+void SelectorReader::BeginRelative(Selector& selector, Combinator combinator) const {
+    CompoundSelector first;
+    first.combinator = combinator;
+    SelectorTest anchor;
+    anchor.kind = Kind::kIsAnchor;
+    first.tests.push_back(isOfHas_ ? std::move(anchor) : TestOfParents(selector.specificity));
+    selector.compounds.insert(selector.compounds.begin(), std::move(first));
+}
+
 bool SelectorReader::ReadSelector(Selector& selector) {
     scanner_.SkipSpace();
+    const bool isNested = context_.parents && depth_ == 0;
+    Combinator combinator = Combinator::kDescendant;
+    const bool isRelative = (isOfHas_ || isNested) && TakeCombinator(combinator);
+    scanner_.SkipSpace();
+    refersToParents_ = refersToParents_ && depth_ > 0;
     for (;;) {
         CompoundSelector compound;
         if (!ReadCompound(compound, selector.specificity)) return false;
         selector.compounds.push_back(std::move(compound));
         const bool hasSpace = IsSpace(scanner_.Peek());
         scanner_.SkipSpace();
-        Combinator& combinator = selector.compounds.back().combinator;
-        if (scanner_.Take('>'))
-            combinator = Combinator::kChild;
-        else if (scanner_.Take('+'))
-            combinator = Combinator::kAdjacent;
-        else if (scanner_.Take('~'))
-            combinator = Combinator::kSibling;
-        else if (!hasSpace || scanner_.AtEnd() || scanner_.Peek() == ',')
+        if (!TakeCombinator(selector.compounds.back().combinator) &&
+            (!hasSpace || scanner_.AtEnd() || scanner_.Peek() == ','))
             break;
         scanner_.SkipSpace();
     }
+    if (isRelative || isOfHas_ || (isNested && !refersToParents_)) BeginRelative(selector, combinator);
     std::reverse(selector.compounds.begin(), selector.compounds.end());
     return true;
 }
 
 bool SelectorReader::ReadType(CompoundSelector& compound, std::uint32_t& specificity, bool& isRead) {
     const auto takeName = [&]() -> std::string_view {
-        if (!scanner_.Take('*')) return scanner_.TakeName();
+        if (!scanner_.Take('*')) return TakeName();
         return "*";
     };
     std::string_view name = takeName();
@@ -85,13 +133,14 @@ bool SelectorReader::ReadType(CompoundSelector& compound, std::uint32_t& specifi
         name = takeName();
         if (name.empty()) return false;
         isRead = true;
-        const auto known = namespaces_.find(prefix);
-        if (prefix != "*" && !prefix.empty() && known == namespaces_.end()) return false;
-        compound.matchesNothing =
-            prefix.empty() || (prefix != "*" && known != namespaces_.end() && known->second != kSvgNamespace);
+        const auto known = context_.namespaces.find(prefix);
+        if (prefix != "*" && !prefix.empty() && known == context_.namespaces.end()) return false;
+        compound.matchesNothing = prefix.empty() || (prefix != "*" && known != context_.namespaces.end() &&
+                                                     known->second != kSvgNamespace);
     } else if (isRead) {
-        const auto byDefault = namespaces_.find({});
-        compound.matchesNothing = byDefault != namespaces_.end() && byDefault->second != kSvgNamespace;
+        const auto byDefault = context_.namespaces.find({});
+        compound.matchesNothing =
+            byDefault != context_.namespaces.end() && byDefault->second != kSvgNamespace;
     }
     if (!isRead || name == "*") return true;
     compound.type = name;
@@ -105,7 +154,7 @@ bool SelectorReader::ReadCompound(CompoundSelector& compound, std::uint32_t& spe
     for (;; isRead = true) {
         if (scanner_.Take('#') || scanner_.Peek() == '.') {
             const bool isClass = scanner_.Take('.');
-            const std::string_view name = scanner_.TakeName();
+            const std::string_view name = TakeName();
             if (name.empty()) return false;
             (isClass ? compound.classes : compound.ids).push_back(name);
             specificity += isClass ? kOfClass : kOfId;
@@ -116,6 +165,9 @@ bool SelectorReader::ReadCompound(CompoundSelector& compound, std::uint32_t& spe
             specificity += kOfClass;
         } else if (scanner_.Take(':')) {
             if (!ReadPseudoClass(compound, specificity)) return false;
+        } else if (scanner_.Take('&')) {
+            refersToParents_ = true;
+            compound.tests.push_back(TestOfParents(specificity));
         } else {
             return isRead;
         }
@@ -124,10 +176,10 @@ bool SelectorReader::ReadCompound(CompoundSelector& compound, std::uint32_t& spe
 
 bool SelectorReader::ReadAttribute(SelectorTest& test) {
     scanner_.SkipSpace();
-    test.name = scanner_.TakeName();
+    test.name = TakeName();
     if (scanner_.Peek() == '|' && scanner_.Peek(1) != '=') {
         scanner_.Advance();
-        test.name = scanner_.TakeName();
+        test.name = TakeName();
     }
     if (test.name.empty()) return false;
     scanner_.SkipSpace();
@@ -148,15 +200,16 @@ bool SelectorReader::ReadAttribute(SelectorTest& test) {
     }
     if (!scanner_.Take('=')) return false;
     scanner_.SkipSpace();
-    if (!scanner_.TakeString(test.value)) {
-        test.value = scanner_.TakeName();
+    if (scanner_.TakeString(test.value)) {
+        test.value = Meant(test.value);
+    } else {
+        test.value = TakeName();
         if (test.value.empty()) return false;
     }
     scanner_.SkipSpace();
-    if (ToLower(scanner_.Peek()) == 'i') {
-        test.ignoresCase = true;
-        scanner_.Advance();
-    }
+    const char flag = ToLower(scanner_.Peek());
+    test.ignoresCase = flag == 'i';
+    if (flag == 'i' || flag == 's') scanner_.Advance();
     return scanner_.TakeAfterSpace(']');
 }
 
@@ -215,6 +268,9 @@ constexpr PseudoClass kPseudoClasses[] = {
     {"first-of-type", Kind::kNthOfType, 1},
     {"last-of-type", Kind::kNthLastOfType, 1},
     {"only-of-type", Kind::kOnlyOfType, 0},
+    {"link", Kind::kLink, 0},
+    {"any-link", Kind::kLink, 0},
+    {"scope", Kind::kRoot, 0},
 };
 
 constexpr std::pair<std::string_view, Kind> kPlaceFunctions[] = {
@@ -224,21 +280,51 @@ constexpr std::pair<std::string_view, Kind> kPlaceFunctions[] = {
     {"nth-last-of-type", Kind::kNthLastOfType},
 };
 
+constexpr std::pair<std::string_view, Kind> kListFunctions[] = {
+    {"not", Kind::kNot}, {"is", Kind::kIs}, {"where", Kind::kIs}, {"has", Kind::kHas}};
+
+bool SelectorReader::ReadAlternatives(std::string_view inside, SelectorTest& test, std::uint32_t& greatest,
+                                      bool isOfHas) {
+    std::vector<Selector> alternatives;
+    SelectorReader reader(inside, context_, depth_ + 1, isOfHas);
+    if (!reader.ReadList(alternatives)) return false;
+    refersToParents_ = refersToParents_ || reader.RefersToParents();
+    greatest = GreatestSpecificity(alternatives);
+    test.alternatives = std::make_shared<const std::vector<Selector>>(std::move(alternatives));
+    return true;
+}
+
+/// "2n+1", "2n+1 of .a".
+bool SelectorReader::ReadPlaceFunction(std::string_view inside, SelectorTest& test,
+                                       std::uint32_t& specificity) {
+    specificity += kOfClass;
+    const bool mayBeOfList = test.kind == Kind::kNthChild || test.kind == Kind::kNthLastChild;
+    std::size_t end = 0;
+    for (std::size_t start = 0; mayBeOfList && start < inside.size(); start = end + 1) {
+        end = std::min(inside.find_first_of(" \t\r\n\f", start), inside.size());
+        if (!EqualsIgnoringCase(inside.substr(start, end - start), "of")) continue;
+        std::uint32_t greatest = 0;
+        if (!ReadAlternatives(inside.substr(end), test, greatest)) return false;
+        specificity += greatest;
+        inside = inside.substr(0, start);
+    }
+    return ReadPlaces(inside, test);
+}
+
 bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside, SelectorTest& test,
                                   std::uint32_t& specificity) {
     for (const auto& [function, kind] : kPlaceFunctions) {
         if (!EqualsIgnoringCase(name, function)) continue;
         test.kind = kind;
-        specificity += kOfClass;
-        return ReadPlaces(inside, test);
+        return ReadPlaceFunction(inside, test, specificity);
     }
-    const bool negates = EqualsIgnoringCase(name, "not"), isWhere = EqualsIgnoringCase(name, "where");
-    if (negates || isWhere || EqualsIgnoringCase(name, "is")) {
-        test.kind = negates ? Kind::kNot : Kind::kIs;
-        if (!SelectorReader(inside, namespaces_, depth_ + 1).ReadList(test.alternatives)) return false;
+    const bool isWhere = EqualsIgnoringCase(name, "where");
+    for (const auto& [function, kind] : kListFunctions) {
+        if (!EqualsIgnoringCase(name, function)) continue;
+        test.kind = kind;
+        const bool isHas = kind == Kind::kHas;
         std::uint32_t greatest = 0;
-        for (const Selector& selector : test.alternatives)
-            greatest = std::max(greatest, selector.specificity);
+        if ((isHas && isOfHas_) || !ReadAlternatives(inside, test, greatest, isHas)) return false;
         specificity += isWhere ? 0 : greatest;
         return true;
     }
@@ -251,7 +337,7 @@ bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside
 
 bool SelectorReader::ReadPseudoClass(CompoundSelector& compound, std::uint32_t& specificity) {
     const bool isElement = scanner_.Take(':');
-    const std::string_view name = scanner_.TakeName();
+    const std::string_view name = TakeName();
     if (name.empty()) return false;
     SelectorTest test;
     std::string_view inside;
@@ -361,18 +447,18 @@ std::string_view LocalName(std::string_view name) {
 }  // namespace
 
 // Siblings are mostly asked for in their order, so that each is counted from the one that came before.
-std::uint32_t SelectorMatcher::PlaceOfType(ElementIndex element, bool fromLast) {
-    const std::string_view name = document_[element].node->GetName();
-    const auto isOfType = [&](ElementIndex index) { return document_[index].node->GetName() == name; };
-    KnownPlace& known = (fromLast ? fromLast_ : fromFirst_)[document_[element].parent];
+template <class IsOfKind>
+std::uint32_t SelectorMatcher::FindPlace(ElementIndex element, bool fromLast, KnownPlaces& latest,
+                                         IsOfKind isOfKind) {
+    KnownPlace& known = latest[document_[element].parent];
     std::uint32_t before = 0;
     ElementIndex sibling = element;
     for (; sibling != kNoElement && sibling != known.element; sibling = document_[sibling].previousSibling) {
         work_.Take();
-        if (isOfType(sibling)) ++before;
+        if (isOfKind(sibling)) ++before;
     }
     std::uint32_t place = before;
-    if (sibling != kNoElement && isOfType(sibling)) {
+    if (sibling != kNoElement && isOfKind(sibling)) {
         place = fromLast ? known.place - before : known.place + before;
     } else if (sibling != kNoElement || fromLast) {
         place = 1;
@@ -381,34 +467,76 @@ std::uint32_t SelectorMatcher::PlaceOfType(ElementIndex element, bool fromLast) 
         };
         for (sibling = next(element); sibling != kNoElement; sibling = next(sibling)) {
             work_.Take();
-            if (isOfType(sibling)) ++place;
+            if (isOfKind(sibling)) ++place;
         }
     }
     known = {element, place};
     return place;
 }
 
+std::uint32_t SelectorMatcher::PlaceOfType(ElementIndex element, bool fromLast) {
+    const std::string_view name = document_[element].node->GetName();
+    return FindPlace(element, fromLast, fromLast ? fromLast_ : fromFirst_,
+                     [&](ElementIndex index) { return document_[index].node->GetName() == name; });
+}
+
+bool SelectorMatcher::MatchesAny(ElementIndex element, const std::vector<Selector>& selectors) {
+    return std::any_of(selectors.begin(), selectors.end(),
+                       [&](const Selector& selector) { return Matches(element, selector); });
+}
+
+bool SelectorMatcher::MatchesPlace(ElementIndex index, const SelectorTest& test) {
+    const bool fromLast = test.kind == Kind::kNthLastChild;
+    if (test.alternatives) {
+        if (!MatchesAny(index, *test.alternatives)) return false;
+        const auto isCounted = [&](ElementIndex sibling) { return MatchesAny(sibling, *test.alternatives); };
+        return IsAtPlace(test, FindPlace(index, fromLast, byTest_[&test], isCounted));
+    }
+    const Element& element = document_[index];
+    if (!fromLast) return IsAtPlace(test, element.position);
+    const std::uint32_t count = element.parent == kNoElement ? 1 : document_[element.parent].childCount;
+    return IsAtPlace(test, count - element.position + 1);
+}
+
+// Elements below one follow it, up to what comes after it.
+bool SelectorMatcher::Has(ElementIndex element, const SelectorTest& test) {
+    const auto endOf = [this](ElementIndex index) {
+        while (index != kNoElement && document_[index].nextSibling == kNoElement)
+            index = document_[index].parent;
+        return index == kNoElement ? static_cast<ElementIndex>(document_.GetCount())
+                                   : document_[index].nextSibling;
+    };
+    const ElementIndex outer = std::exchange(anchor_, element);
+    const auto hasOne = [&](const Selector& selector) {
+        const Combinator first = selector.compounds.back().combinator;
+        const bool isBelow = first == Combinator::kDescendant || first == Combinator::kChild;
+        const ElementIndex parent = document_[element].parent;
+        const ElementIndex end = isBelow || parent == kNoElement ? endOf(element) : endOf(parent);
+        for (ElementIndex index = isBelow ? element + 1 : endOf(element); index < end; ++index)
+            if (Matches(index, selector)) return true;
+        return false;
+    };
+    const bool has = std::any_of(test.alternatives->begin(), test.alternatives->end(), hasOne);
+    anchor_ = outer;
+    return has;
+}
+
 bool SelectorMatcher::MatchesTest(ElementIndex index, const SelectorTest& test) {
     const Element& element = document_[index];
-    const auto matchesAny = [&] {
-        return std::any_of(test.alternatives.begin(), test.alternatives.end(),
-                           [&](const Selector& selector) { return Matches(index, selector); });
-    };
     switch (test.kind) {
         case Kind::kNothing: return false;
         case Kind::kRoot: return index == Document::kRoot;
         case Kind::kEmpty: return IsEmpty(*element.node);
-        case Kind::kNthChild: return IsAtPlace(test, element.position);
-        case Kind::kNthLastChild: {
-            const std::uint32_t count =
-                element.parent == kNoElement ? 1 : document_[element.parent].childCount;
-            return IsAtPlace(test, count - element.position + 1);
-        }
+        case Kind::kNthChild:
+        case Kind::kNthLastChild: return MatchesPlace(index, test);
         case Kind::kNthOfType: return IsAtPlace(test, PlaceOfType(index, false));
         case Kind::kNthLastOfType: return IsAtPlace(test, PlaceOfType(index, true));
         case Kind::kOnlyOfType: return PlaceOfType(index, false) == 1 && PlaceOfType(index, true) == 1;
-        case Kind::kNot: return !matchesAny();
-        case Kind::kIs: return matchesAny();
+        case Kind::kNot: return !MatchesAny(index, *test.alternatives);
+        case Kind::kIs: return MatchesAny(index, *test.alternatives);
+        case Kind::kHas: return Has(index, test);
+        case Kind::kIsAnchor: return index == anchor_;
+        case Kind::kLink: return element.tag == Tag::kA && document_.Find(index, Name::kHref).has_value();
         case Kind::kLang: return MatchesLanguage(document_, index, test.value);
         default: return MatchesAttribute(*element.node, test, work_);
     }
@@ -460,9 +588,14 @@ bool SelectorMatcher::Matches(ElementIndex element, const Selector& selector) {
            MatchAround(element, selector, 1) == Result::kMatches;
 }
 
-bool ReadSelectors(std::string_view text, const SelectorNamespaces& namespaces,
-                   std::vector<Selector>& selectors) {
-    return SelectorReader(text, namespaces, 0).ReadList(selectors);
+std::uint32_t GreatestSpecificity(const std::vector<Selector>& selectors) {
+    std::uint32_t greatest = 0;
+    for (const Selector& selector : selectors) greatest = std::max(greatest, selector.specificity);
+    return greatest;
+}
+
+bool ReadSelectors(std::string_view text, const SelectorContext& context, std::vector<Selector>& selectors) {
+    return SelectorReader(text, context, 0).ReadList(selectors);
 }
 
 }  // namespace svg2

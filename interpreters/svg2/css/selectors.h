@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -12,6 +15,8 @@
 namespace svg2 {
 
 struct Selector;
+/// Selectors of which one is enough; shared by those that refer to them.
+using SelectorList = std::shared_ptr<const std::vector<Selector>>;
 
 /// A condition on one element that is neither its type, an identifier nor a class.
 struct SelectorTest {
@@ -33,13 +38,16 @@ struct SelectorTest {
         kOnlyOfType,
         kNot,
         kIs,
+        kHas,
+        kIsAnchor,  ///< the element that kHas asks about
         kLang,
+        kLink,
     };
     Kind kind = Kind::kNothing;
     bool ignoresCase = false;
     std::string_view name, value;  ///< of an attribute; the language
     int step = 0, offset = 0;      ///< of places: step * n + offset, n not negative
-    std::vector<Selector> alternatives;
+    SelectorList alternatives;     ///< null for none; of places: those that are counted
 };
 
 /// Conditions on one element.
@@ -62,11 +70,22 @@ struct Selector {
 /// What prefixes of types stand for; the empty one is the default.
 using SelectorNamespaces = std::unordered_map<std::string_view, std::string_view>;
 
+/// What selectors are read in.
+struct SelectorContext {
+    const SelectorNamespaces& namespaces;
+    std::deque<std::string>&
+        texts;             ///< takes names that were written with escapes; must outlive the selectors
+    SelectorList parents;  ///< of the rule around; null outside of rules
+    std::uint32_t parentSpecificity = 0;  ///< the greatest of theirs
+};
+
 /// Reads a list of selectors.
 /// @param text  without comments; must outlive the selectors
 /// @return false when one of them cannot be read, which makes the whole list void
-bool ReadSelectors(std::string_view text, const SelectorNamespaces& namespaces,
-                   std::vector<Selector>& selectors);
+bool ReadSelectors(std::string_view text, const SelectorContext& context, std::vector<Selector>& selectors);
+
+/// The greatest specificity of a list; 0 of an empty one.
+std::uint32_t GreatestSpecificity(const std::vector<Selector>& selectors);
 
 /// Finds out which elements selectors select, and counts what that costs.
 class SelectorMatcher {
@@ -86,17 +105,28 @@ private:
     bool MatchesTest(ElementIndex element, const SelectorTest& test);
     /// Whether the compounds from `place` on match the elements around.
     Result MatchAround(ElementIndex element, const Selector& selector, std::size_t place);
-    std::uint32_t PlaceOfType(ElementIndex element, bool fromLast);
+    bool MatchesAny(ElementIndex element, const std::vector<Selector>& selectors);
+    bool MatchesPlace(ElementIndex element, const SelectorTest& test);
+    bool Has(ElementIndex element, const SelectorTest& test);
 
-    /// An element whose place among those of its type has been found.
+    /// An element whose place among those of its kind has been found.
     struct KnownPlace {
         ElementIndex element = kNoElement;
         std::uint32_t place = 0;
     };
+    /// The latest, by parent.
+    using KnownPlaces = std::unordered_map<ElementIndex, KnownPlace>;
+
+    std::uint32_t PlaceOfType(ElementIndex element, bool fromLast);
+    /// The place of an element among the siblings of a kind, to which it belongs.
+    template <class IsOfKind>
+    std::uint32_t FindPlace(ElementIndex element, bool fromLast, KnownPlaces& latest, IsOfKind isOfKind);
 
     const Document& document_;
     StyleWork& work_;
-    std::unordered_map<ElementIndex, KnownPlace> fromFirst_, fromLast_;  // the latest, by parent
+    KnownPlaces fromFirst_, fromLast_;
+    std::unordered_map<const SelectorTest*, KnownPlaces> byTest_;
+    ElementIndex anchor_ = kNoElement;  // that ":has()" asks about
 };
 
 /// Calls `use` for each word of a value that consists of words, until it returns false.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 
 #include "interpreters/svg2/css/font_variants.h"
 #include "interpreters/svg2/css/property_rows.h"
@@ -118,32 +120,87 @@ bool ReadSpacing(Text text, const Context& context, Length& spacing) {
     return ReadLength(text, context.sizes, spacing);
 }
 
-/// Colours, kinds of line and thicknesses may stand beside the lines; those of text are drawn plainly.
-bool IsBesideLines(Text word) {
-    constexpr Text kWords[] = {"blink", "solid", "double", "dotted", "dashed", "wavy", "auto", "from-font"};
-    ColourValue colour;
-    return word.find_first_of("0123456789+-.") == 0 || word.find_first_of("()") != Text::npos ||
-           std::any_of(std::begin(kWords), std::end(kWords), [&](Text known) { return Is(word, known); }) ||
-           ReadColourValue(word, colour);
+bool ReadDecorationStyle(Text text, DecorationStyle& style) {
+    constexpr Keyword<DecorationStyle> kStyles[] = {{"solid", DecorationStyle::kSolid},
+                                                    {"double", DecorationStyle::kDouble},
+                                                    {"dotted", DecorationStyle::kDotted},
+                                                    {"dashed", DecorationStyle::kDashed},
+                                                    {"wavy", DecorationStyle::kWavy}};
+    return ReadKeyword(kStyles, text, style);
 }
 
-bool ReadDecoration(Text text, std::uint8_t& lines) {
+/// "auto", "from-font", which is the same here, or a length that is not negative.
+bool ReadDecorationThickness(Text text, const Context& context, std::optional<Length>& thickness) {
+    if (Is(text, "auto") || Is(text, "from-font")) {
+        thickness.reset();
+        return true;
+    }
+    Length length;
+    if (!ReadLength(text, context.sizes, length) || length.px < 0.0 || length.percent < 0.0) return false;
+    thickness = length;
+    return true;
+}
+
+bool ReadDecorationLine(Text word, std::uint8_t& line) {
     constexpr Keyword<std::uint8_t> kLines[] = {
         {"none", 0}, {"underline", kUnderline}, {"overline", kOverline}, {"line-through", kLineThrough}};
+    return ReadKeyword(kLines, word, line);
+}
+
+/// What "text-decoration" says. Colours may stand in it: those of text count.
+class DecorationReader {
+public:
+    explicit DecorationReader(const Context& context) : context_(context) {}
+
+    bool Read(Text text, Style& style) {
+        ForEachWord(text, [this](Text word) {
+            isReadable_ = isReadable_ && TakeWord(word);
+            return isReadable_;
+        });
+        if (!hasLine_ || !isReadable_ || (hasNone_ && lines_ != 0)) return false;
+        style.decorationLines = lines_;
+        style.decorationStyle = style_;
+        style.decorationThickness = thickness_;
+        return true;
+    }
+
+private:
+    bool TakeWord(Text word) {
+        std::uint8_t line = 0;
+        ColourValue colour;
+        // Numbers of a colour function are words, too.
+        const bool isWithin = depth_ > 0;
+        depth_ += std::count(word.begin(), word.end(), '(') - std::count(word.begin(), word.end(), ')');
+        if (isWithin || word.find('(') != Text::npos) return true;
+        if (!ReadDecorationLine(word, line))
+            return Is(word, "blink") || ReadDecorationStyle(word, style_) ||
+                   ReadDecorationThickness(word, context_, thickness_) || ReadColourValue(word, colour);
+        hasLine_ = true;
+        hasNone_ = hasNone_ || line == 0;
+        lines_ |= line;
+        return true;
+    }
+
+    const Context& context_;
+    std::uint8_t lines_ = 0;
+    DecorationStyle style_ = DecorationStyle::kSolid;
+    std::optional<Length> thickness_;
+    std::ptrdiff_t depth_ = 0;  // of parentheses
+    bool hasLine_ = false, hasNone_ = false, isReadable_ = true;
+};
+
+/// What "text-decoration-line" says.
+bool ReadDecorationLines(Text text, std::uint8_t& lines) {
     std::uint8_t read = 0;
-    bool hasLine = false, hasNone = false, isReadable = true;
+    bool hasNone = false, isReadable = !text.empty();
     ForEachWord(text, [&](Text word) {
         std::uint8_t line = 0;
-        if (ReadKeyword(kLines, word, line)) {
-            hasLine = true;
-            hasNone = hasNone || line == 0;
-            read |= line;
-        } else {
-            isReadable = isReadable && IsBesideLines(word);
-        }
-        return true;
+        isReadable = isReadable && (Is(word, "blink") || ReadDecorationLine(word, line));
+        hasNone = hasNone || Is(word, "none");
+        read |= line;
+        return isReadable;
     });
-    if (!hasLine || !isReadable || (hasNone && read != 0)) return false;
+    if (!isReadable || (hasNone && read != 0)) return false;
     lines = read;
     return true;
 }
@@ -156,15 +213,12 @@ constexpr Keyword<Baseline> kBaselines[] = {
     {"mathematical", Baseline::kMathematical},
     {"middle", Baseline::kMiddle},
     {"central", Baseline::kCentral},
-    {"center", Baseline::kCentral},
     {"text-before-edge", Baseline::kTextBeforeEdge},
     {"before-edge", Baseline::kTextBeforeEdge},
     {"text-top", Baseline::kTextBeforeEdge},
-    {"top", Baseline::kTextBeforeEdge},
     {"text-after-edge", Baseline::kTextAfterEdge},
     {"after-edge", Baseline::kTextAfterEdge},
     {"text-bottom", Baseline::kTextAfterEdge},
-    {"bottom", Baseline::kTextAfterEdge},
     {"ideographic", Baseline::kIdeographic},
     {"use-script", Baseline::kAuto},
     {"reset-size", Baseline::kAuto},
@@ -323,10 +377,18 @@ const PropertyRow kRows[] = {
     {Name::kKerning, true, ORV_READ(ReadKerning(t, c, s.hasKerning)), Copy<&Style::hasKerning>},
     {Name::kLetterSpacing, true, ORV_READ(ReadSpacing(t, c, s.letterSpacing)), Copy<&Style::letterSpacing>},
     {Name::kTextAnchor, true, ORV_READ(ReadAnchor(t, s.textAnchor)), Copy<&Style::textAnchor>},
-    {Name::kTextDecoration, false, ORV_READ(ReadDecoration(t, s.decorationLines)),
+    {Name::kTextDecoration, false, ORV_READ(DecorationReader(c).Read(t, s)),
+     [](const Style& from, Style& to) {
+         to.decorationLines = from.decorationLines;
+         to.decorationStyle = from.decorationStyle;
+         to.decorationThickness = from.decorationThickness;
+     }},
+    {Name::kTextDecorationLine, false, ORV_READ(ReadDecorationLines(t, s.decorationLines)),
      Copy<&Style::decorationLines>},
-    {Name::kTextDecorationLine, false, ORV_READ(ReadDecoration(t, s.decorationLines)),
-     Copy<&Style::decorationLines>},
+    {Name::kTextDecorationStyle, false, ORV_READ(ReadDecorationStyle(t, s.decorationStyle)),
+     Copy<&Style::decorationStyle>},
+    {Name::kTextDecorationThickness, false, ORV_READ(ReadDecorationThickness(t, c, s.decorationThickness)),
+     Copy<&Style::decorationThickness>},
     {Name::kTextOrientation, true, ORV_READ(ReadTextOrientation(t, s.textOrientation)),
      Copy<&Style::textOrientation>},
     {Name::kUnicodeBidi, false, ORV_READ(!t.empty() && (s.unicodeBidi = t, true)), Copy<&Style::unicodeBidi>},

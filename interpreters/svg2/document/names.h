@@ -160,6 +160,8 @@ enum class Name : std::uint8_t {
     kAll,
     kTextDecorationLine,
     kTextDecorationColor,
+    kTextDecorationStyle,
+    kTextDecorationThickness,
     kTextOrientation,
     kTextTransform,
     kFontVariantCaps,

@@ -6,6 +6,7 @@
 
 #include "interpreters/svg2/drawing/Drawing.h"
 #include "interpreters/svg2/drawing/GlyphPainter.h"
+#include "interpreters/svg2/drawing/decoration_lines.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "platform/print/ORVPrintModelRender.h"
 #include "platform/visualization/fonts/glyph_bitmap.h"
@@ -269,6 +270,7 @@ Style StyleOf(const Decoration& decoration, const Style& style) {
 
 void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, const DrawState& state,
                             double opacity, bool above) {
+    using Grows = DecorationPlace::Grows;
     if (!style.decorations) return;
     for (const Decoration& decoration : *style.decorations) {
         const Style painted = StyleOf(decoration, style);
@@ -277,9 +279,10 @@ void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, cons
         const double size = decoration.fontSize * font.enlargement;
         Paints paints;
         MakePaints(painted, state, opacity, paints);
-        const auto drawLine = [&](double middle, double thickness) {
+        const auto drawLine = [&](double middle, double thickness, DecorationPlace::Grows grows) {
             ORVPrintPath path;
-            AddRectangle(path, {0.0, (middle - thickness / 2.0) * size, segment.advance, thickness * size});
+            const DecorationPlace place{middle * size, thickness * size, segment.advance, grows};
+            AddDecorationLine(path, place, decoration.style, decoration.thickness.value_or(place.thickness));
             Paint(paints, state, [&](const ORVPrintFill* fill, const ORVPrintStroke* pen) {
                 if (fill || pen)
                     drawing_.Do(
@@ -287,11 +290,12 @@ void TextDrawing::DrawLines(const TextSegment& segment, const Style& style, cons
             });
         };
         if (!above && (decoration.lines & kUnderline))
-            drawLine(metrics.underline, metrics.underlineThickness);
+            drawLine(metrics.underline, metrics.underlineThickness, Grows::kDown);
         if (!above && (decoration.lines & kOverline))
-            drawLine(metrics.ascent - metrics.underlineThickness / 2.0, metrics.underlineThickness);
+            drawLine(metrics.ascent - metrics.underlineThickness / 2.0, metrics.underlineThickness,
+                     Grows::kUp);
         if (above && (decoration.lines & kLineThrough))
-            drawLine(metrics.strikeout, metrics.strikeoutThickness);
+            drawLine(metrics.strikeout, metrics.strikeoutThickness, Grows::kBothWays);
     }
 }
 

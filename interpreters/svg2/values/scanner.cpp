@@ -2,6 +2,7 @@
 #include "interpreters/svg2/values/scanner.h"
 
 #include <cmath>
+#include <cstdint>
 
 #include "platform/system/number_conversion.h"
 #include "platform/system/short_number.h"
@@ -50,7 +51,11 @@ bool Scanner::TakeNumber(double& value) {
 
 std::string_view Scanner::TakeName() {
     const std::size_t start = position_;
-    while (position_ < text_.size() && IsNameCharacter(text_[position_])) ++position_;
+    for (; position_ < text_.size(); ++position_) {
+        if (IsNameCharacter(text_[position_])) continue;
+        if (text_[position_] != '\\' || position_ + 1 == text_.size()) break;
+        ++position_;  // an escape: whatever comes next is of the name
+    }
     return text_.substr(start, position_ - start);
 }
 
@@ -82,19 +87,57 @@ bool Scanner::TakeParenthesesOrRest(std::string_view& inside) {
     return true;
 }
 
+namespace {
+
+/// Which brackets are open. What closes none of them is a character like any other.
+class OpenBrackets {
+public:
+    bool IsEmpty() const { return depth_ == 0; }
+    void Note(char c) {
+        if (const std::size_t kind = kOpening.find(c); kind != std::string_view::npos) {
+            kinds_ = kinds_ << kBits | kind;
+            ++depth_;
+        } else if (const std::size_t closed = kClosing.find(c);
+                   closed != std::string_view::npos && depth_ > 0 && closed == (kinds_ & kMask)) {
+            kinds_ >>= kBits;
+            --depth_;
+        }
+    }
+
+private:
+    // A stack within a number: of brackets deeper than it holds, the outer ones are taken for the first kind.
+    static constexpr std::string_view kOpening = "{([", kClosing = "})]";
+    static constexpr unsigned int kBits = 2;
+    static constexpr std::uint64_t kMask = 3;
+    std::uint64_t kinds_ = 0;
+    std::size_t depth_ = 0;
+};
+
+}  // namespace
+
 std::string_view Scanner::TakeUntil(std::string_view ends) {
     const std::size_t start = position_;
-    int depth = 0;
+    OpenBrackets open;
     while (!AtEnd()) {
         const char c = Peek();
-        std::string_view skipped;
-        if (depth == 0 && ends.find(c) != std::string_view::npos) break;
-        if ((c == '"' || c == '\'') && TakeString(skipped)) continue;
-        if (c == '(' || c == '{' || c == '[') ++depth;
-        if ((c == ')' || c == '}' || c == ']') && depth > 0) --depth;
+        if (open.IsEmpty() && ends.find(c) != std::string_view::npos) break;
+        if (c == '"' || c == '\'') {
+            SkipString();
+            continue;
+        }
+        open.Note(c);
         Advance(c == '\\' && Peek(1) != '\0' ? 2 : 1);
     }
     return text_.substr(start, position_ - start);
+}
+
+// A string that its line does not end is broken: what follows the line is outside of it.
+void Scanner::SkipString() {
+    const char quote = Peek();
+    Advance();
+    while (!AtEnd() && Peek() != quote && Peek() != '\n')
+        Advance(Peek() == '\\' && position_ + 1 < text_.size() ? 2 : 1);
+    Take(quote);
 }
 
 bool Scanner::TakeString(std::string_view& inside) {
@@ -105,6 +148,14 @@ bool Scanner::TakeString(std::string_view& inside) {
     if (end >= text_.size()) return false;
     inside = text_.substr(position_ + 1, end - position_ - 1);
     position_ = end + 1;
+    return true;
+}
+
+bool Scanner::TakeStringOrRest(std::string_view& inside) {
+    if (TakeString(inside)) return true;
+    if (Peek() != '"' && Peek() != '\'') return false;
+    inside = text_.substr(position_ + 1);
+    position_ = text_.size();
     return true;
 }
 

@@ -55,7 +55,7 @@ public:
     }
     /// A number in the syntax of SVG and CSS: sign, digits, decimal point, exponent.
     bool TakeNumber(double& value);
-    /// A name; empty if none comes next.
+    /// A name; empty if none comes next. Escapes of a backslash and one character are not decoded.
     std::string_view TakeName();
     /// The content of parentheses, which must come next; strings and nested parentheses are respected.
     /// @return false if there are none or they are not closed
@@ -63,13 +63,17 @@ public:
     /// Like TakeParentheses(), but the end of the text closes open parentheses, as in CSS values.
     bool TakeParenthesesOrRest(std::string_view& inside);
     /// Everything up to the first of `ends` outside strings, escapes, parentheses and blocks, or up to the
-    /// end.
+    /// end. Brackets match their own kind only; a line break also ends a string.
     std::string_view TakeUntil(std::string_view ends);
     /// The content of a quoted string; escapes are not decoded.
     /// @return false if none comes next
     bool TakeString(std::string_view& inside);
+    /// The same, but the end of the text closes what is open, as that of a sheet does.
+    bool TakeStringOrRest(std::string_view& inside);
 
 private:
+    void SkipString();
+
     std::string_view text_;
     std::size_t position_ = 0;
 };

@@ -162,6 +162,140 @@ TEST_F(CascadeTest, SiblingsAreTold) {
               "0,0 4,4 fill #000000 stroke #0000ff 1\n");
 }
 
+TEST_F(CascadeTest, EscapesStandForTheirCharacters) {
+    const std::string square = "<rect class='a.b c d' id='1' data-a='x&quot;y' width='10' height='10'/>";
+    for (const char* const sheet : {
+             R"(.a\.b{fill:red})",
+             R"(.a\2e b{fill:red})",
+             R"(.\63{fill:red})",
+             R"(.\000063{fill:red})",
+             R"(#\31{fill:red})",
+             R"(r\65 ct{fill:red})",
+             R"([data-a="x\"y"]{fill:red})",
+             R"([data-a=x\"y]{fill:red})",
+             R"([data-a="x\22y"]{fill:red})",
+             R"(rect{f\69ll:r\65 d})",
+             R"(rect{fill:red;fill:blue\9})",
+             R"(rect{foo:"\"};fill:blue";fill:red})",
+             R"(.\d800,.\0,.\110000,rect{fill:red})",
+             R"(.c\)",
+         }) {
+        const bool isWhole = std::string(sheet).back() == '}';
+        EXPECT_EQ(SketchContent("<style>" + std::string(sheet) + "</style>" + square),
+                  Filled(isWhole ? "#ff0000" : "#000000"))
+            << sheet;
+    }
+    EXPECT_EQ(SketchContent("<rect width='10' height='10' style='f\\69ll:r\\65 d'/>"), Filled("#ff0000"));
+}
+
+TEST_F(CascadeTest, BrokenSheetsLoseWhatIsBroken) {
+    for (const char* const sheet : {
+             "rect/**/.c{fill:red}",
+             "rect{fill/**/:/**/red/**/}",
+             "rect{fill:red!/**/ important} .c{fill:blue}",
+             "rect{foo:'a\n;fill:red}",
+             "rect{fill:red;foo:'a",
+             "rect{fill:red;foo:(};fill:blue);}",
+             "rect{fill:red;foo:[)}{(]]};fill:blue",
+             "rect{foo:url(a/*b);fill:red}/**/",
+             "@media print{rect{fill:red",
+             "@charset \"utf-8\";&lt;!-- rect{fill:red} -->",
+         })
+        EXPECT_EQ(SketchContent("<style>" + std::string(sheet) +
+                                "</style><rect class='c' width='10' height='10'/>"),
+                  Filled("#ff0000"))
+            << sheet;
+}
+
+TEST_F(CascadeTest, RulesStandWithinRules) {
+    for (const char* const sheet : {
+             "g{rect{fill:red}}",
+             "g{>rect{fill:red}}",
+             "rect{&amp;.c{fill:red}}",
+             "rect{g &amp;{fill:red}}",
+             "rect{:is(g &amp;){fill:red}}",
+             "svg{g{rect{fill:red}}}",
+             "rect{@media print{fill:red}}",
+             "rect{@media print{g &amp;{fill:red}}}",
+             ".c{&amp;{fill:blue} fill:red}",
+             "rect{fill:blue;%{fill:lime} fill:red;}",
+             "#x,rect{&amp;{fill:red}} rect.c.c{fill:blue}",
+             "&amp; rect{fill:red}",
+             "rect{--a:{b};fill:red}",
+         })
+        EXPECT_EQ(SketchContent("<style>" + std::string(sheet) +
+                                "</style><g><rect class='c' width='10' height='10'/></g>"),
+                  Filled("#ff0000"))
+            << sheet;
+}
+
+TEST_F(CascadeTest, ConditionsAndLayersDecide) {
+    const struct {
+        const char* sheet;
+        bool isRed;
+    } kRows[] = {
+        {"@supports (fill:red){rect{fill:red}}", true},
+        {"@supports (foo:red){rect{fill:red}}", false},
+        {"@supports (fill:12px){rect{fill:red}}", false},
+        {"@supports (width:1px) and (not (foo:red)){rect{fill:red}}", true},
+        {"@supports (foo:red) or (--a:b){rect{fill:red}}", true},
+        {"@supports (fill:red) and (r:1) or (x:1){rect{fill:red}}", false},
+        {"@supports selector(a > b){rect{fill:red}}", true},
+        {"@supports selector(%){rect{fill:red}}", false},
+        {"@supports font-tech(color-COLRv1){rect{fill:red}}", false},
+        {"@container (width > 1px){rect{fill:red}}", false},
+        {"rect{fill:red} @layer a{rect.c{fill:blue}}", true},
+        {"@layer a,b; @layer b{rect{fill:red}} @layer a{rect.c{fill:blue}}", true},
+        {"@layer a{rect{fill:red!important}} rect.c{fill:blue!important}", true},
+        {"@layer a{rect{fill:red!important}} @layer b{rect{fill:blue!important}}", true},
+        {"@layer a{rect{fill:red} @layer b{rect.c{fill:blue}}}", true},
+        {"@layer a{@layer b{rect{fill:blue}}} @layer a.b{rect{fill:red}} @layer a.b{}", true},
+        {"@layer{rect{fill:blue}} @layer{rect{fill:red}}", true},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(SketchContent("<style>" + std::string(row.sheet) +
+                                "</style><rect class='c' width='10' height='10'/>"),
+                  Filled(row.isRed ? "#ff0000" : "#000000"))
+            << row.sheet;
+}
+
+TEST_F(CascadeTest, SelectorsSeeWhatIsBelowAndCountKinds) {
+    const auto widths = [](const std::string& selector) {
+        const std::string drawn =
+            SketchContent("<style>" + selector +
+                          "{fill:red}</style><a href='#x'><rect width='1' height='1' class='k'/></a><g>"
+                          "<rect width='2' height='1'/><rect width='3' height='1' class='k'/><g><rect "
+                          "width='4' height='1'/>"
+                          "</g><rect width='5' height='1' class='k'/></g>");
+        std::string red;
+        for (std::size_t line = 0, end = 0; line < drawn.size(); line = end + 1) {
+            end = drawn.find('\n', line);
+            if (drawn.substr(line, end - line).find("ff0000") != std::string::npos) red += drawn[line + 4];
+        }
+        return red;
+    };
+    const struct {
+        const char *selector, *widths;
+    } kRows[] = {
+        {"a:link rect", "1"},
+        {"a:any-link rect", "1"},
+        {"a:visited rect", ""},
+        {"g:has(g) > rect", "235"},
+        {"g:has(> rect.k) > rect", "235"},
+        {"rect:has(+ .k)", "2"},
+        {"rect:has(~ g)", "23"},
+        {"rect:has(~ g rect)", "23"},
+        {"rect:not(:has(~ *))", "145"},
+        {"g:has(:has(rect)) rect", ""},
+        {"rect:nth-child(2 of .k)", "5"},
+        {"rect:nth-child(odd of rect)", "1245"},
+        {"rect:nth-last-child(1 of .k, g)", "15"},
+        {":scope rect", "12345"},
+        {"[class='K' s]", ""},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(widths(row.selector), row.widths) << row.selector;
+}
+
 TEST_F(CascadeTest, MediaAreThoseOfPaper) {
     Check({
         {"print", "<style>@media print{rect{fill:red}}</style><rect width='10' height='10'/>", "#ff0000"},

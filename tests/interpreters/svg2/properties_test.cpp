@@ -49,8 +49,10 @@ std::string Written(const Style& s) {
         << s.transformOrigin << ';' << s.transformBox << ';';
     for (const ColourValue* value : {&s.stopColour, &s.floodColour, &s.lightingColour, &s.backgroundColour})
         Put(out, *value);
-    out << s.stopOpacity << ' ' << s.floodOpacity << ' ' << int(s.decorationLines) << ' ' << s.baselineShift
-        << ';' << int(s.alignmentBaseline) << s.unicodeBidi << s.hasNonScalingStroke << s.isOpacityMask;
+    out << s.stopOpacity << ' ' << s.floodOpacity << ' ' << int(s.decorationLines) << ' '
+        << int(s.decorationStyle) << ' ' << s.decorationThickness.value_or(svg2::Length{}).px << ' '
+        << s.baselineShift << ';' << int(s.alignmentBaseline) << s.unicodeBidi << s.hasNonScalingStroke
+        << s.isOpacityMask;
     return out.str();
 }
 
@@ -118,7 +120,9 @@ constexpr Row kRows[] = {
     {"stroke-width", "2", "-2", true},
     {"text-anchor", "middle", "centre", true},
     {"text-decoration", "underline line-through red", "wavy", false},
-    {"text-decoration-line", "overline", "x", false},
+    {"text-decoration-line", "overline", "underline red", false},
+    {"text-decoration-style", "dotted", "straight", false},
+    {"text-decoration-thickness", "3px", "-1px", false},
     {"transform-box", "fill-box", nullptr, false},
     {"transform-origin", "1px 2px", nullptr, false},
     {"unicode-bidi", "embed", nullptr, false},
