@@ -19,6 +19,7 @@
 #include "interpreters/svg2/values/scanner.h"
 #include "library/check/document_order.h"
 #include "library/check/finding_writer.h"
+#include "library/check/unread_properties.h"
 #include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
@@ -39,50 +40,6 @@ bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> text
 std::string_view LocalName(std::string_view name) {
     const std::size_t colon = name.find(':');
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
-}
-
-/// Properties that are not supported here, and values of them that have no effect.
-struct UnreadProperty {
-    std::string_view name;
-    std::initializer_list<std::string_view> harmless;
-    const char* message;
-};
-
-const UnreadProperty kUnreadProperties[] = {
-    {"stroke-linejoin",
-     {"miter", "round", "bevel", "miter-clip", "inherit", "initial", "unset"},
-     "is drawn as miter"},
-    {"stroke-linejoin",
-     {"miter", "round", "bevel", "arcs", "inherit", "initial", "unset"},
-     "is drawn as miter in PDF, PostScript and EPS"},
-    {"font-variant-alternates",
-     {"normal", "historical-forms", "inherit", "initial"},
-     "is ignored: other forms of letters are chosen by font-feature-settings"},
-    {"text-decoration-color",
-     {"currentcolor", "currentColor", "inherit", "initial"},
-     "is ignored: lines have the colour of their text"},
-    {"text-underline-offset",
-     {"auto", "inherit", "initial", "unset"},
-     "is ignored: lines are where the font places them"},
-    {"color-interpolation",
-     {"sRGB", "auto", "inherit", "initial"},
-     "counts for masks only: colours are mixed as sRGB"},
-    {"inline-size",
-     {"auto", "0", "inherit", "initial"},
-     "is ignored: lines break only where they are written"},
-    {"shape-inside",
-     {"auto", "none", "inherit", "initial"},
-     "is ignored: lines break only where they are written"},
-};
-
-/// Whether one of some words is a colour, other than that of text.
-bool HasColour(std::string_view words) {
-    bool has = words.find('(') != std::string_view::npos;
-    svg2::ForEachWord(words, [&has](std::string_view word) {
-        svg2::Colour colour;
-        return !(has = has || (!svg2::EqualsIgnoringCase(word, "none") && svg2::ReadColour(word, colour)));
-    });
-    return has;
 }
 
 class StandardCheck {
@@ -291,22 +248,9 @@ void StandardCheck::CheckUnknown(ElementIndex element, bool isHidden) {
 }
 
 void StandardCheck::CheckProperty(ElementIndex element, std::string_view name, std::string_view value) {
-    for (const UnreadProperty& row : kUnreadProperties) {
-        if (row.name == name &&
-            std::find(row.harmless.begin(), row.harmless.end(), value) == row.harmless.end())
-            Note(FindingCode::kIgnoredProperty, element, name, value, row.message);
-    }
-    if (IsOneOf(name, {"alignment-baseline", "dominant-baseline"}) &&
-        IsOneOf(value, {"top", "center", "bottom"}))
-        Note(FindingCode::kIgnoredProperty, element, name, value,
-             "is ignored: the text stands on its baseline, for there are no lines that it could be put into");
-    if (name == "text-decoration" && HasColour(value))
-        Note(FindingCode::kIgnoredProperty, element, name, value,
-             "has a colour that is ignored: lines have the colour of their text");
-    if (name == "font-size-adjust" &&
-        (value.find("from-font") != std::string_view::npos || value.starts_with("ic-height")))
-        Note(FindingCode::kIgnoredProperty, element, name, value,
-             "is ignored: the size is adjusted to numbers, of heights and widths of letters");
+    ForEachLossOf(name, value, [&](const char* message) {
+        Note(FindingCode::kIgnoredProperty, element, name, value, message);
+    });
 }
 
 void StandardCheck::CheckProperties(ElementIndex element) {
