@@ -58,20 +58,10 @@ ORVMathAffine2D DisplayList::ToDevice(const ORVMathAffine2D& toPage) const {
     return ORVMathAffine2D::Scaling(scale_, scale_) * toPage;
 }
 
-namespace {
-
-// Without levels, pixels count that are covered by a little less than half: a line of one pixel between two
-// rows would fill both. This is enough to leave it to the upper left one, as where centres of pixels decide.
-constexpr double kTieShift = 5.0 / 64.0;
-
-}  // namespace
-
 // ---- Shapes and images ------------------------------------------------------------------------------------
 
 void DisplayList::AddShape(const ORVPrintShape& shape) {
-    ORVMathAffine2D toDevice = ToDevice(shape.toPage);
-    const bool isCrisp = (shape.fill && shape.fill->isCrisp) || (shape.stroke && shape.stroke->isCrisp);
-    if (isCrisp && smooths_) toDevice = ORVMathAffine2D::Translation(-kTieShift, -kTieShift) * toDevice;
+    const ORVMathAffine2D toDevice = ToDevice(shape.toPage);
     if (IsDrawable(toDevice)) AddPath(shape.path, toDevice, shape.fill, shape.stroke);
 }
 

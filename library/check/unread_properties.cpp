@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "interpreters/svg2/css/selectors.h"
 #include "interpreters/svg2/values/colour.h"
 #include "interpreters/svg2/values/scanner.h"
 

@@ -47,10 +47,6 @@ const std::vector<RealDrawing> kDrawings{
     {"GnuplotSurface", kGnuplot,
      "set terminal svg size 480,320 font 'DejaVu Sans,12' enhanced; set pm3d; set isosamples 20;"
      "splot x*x-y*y title 'x^2-y^2'\n"},
-    {"MessageSequence",
-     {"mscgen", "-T", "svg", "-o", "-", "-i", "-"},
-     "msc { a, b [label=\"Server\"], c; a=>b [label=\"ask & wait\"]; b=>>c [linecolour=\"#00aa00\"];"
-     "b box c [label=\"box\", textbgcolour=\"yellow\"]; ...; a<<=c; c=>c; a-xb; }\n"},
     {"GraphOfPoints", {"graph", "-T", "svg", "-m", "2", "-S", "4"}, "0 0\n1 2\n2 1\n3 4\n"},
     {"Barcode", {"zint", "--direct", "--filetype=svg", "-d", "ABC 123"}, ""},
 };
