@@ -20,7 +20,7 @@ constexpr std::array<FindingKind, static_cast<std::size_t>(kCount)> kKinds{{
     {kClipPath, "clip-path", "Clipping is ignored: everything shows in full"},
     {kMask, "mask", "Masks are ignored: everything shows in full"},
     {kFilter, "filter", "Filters are ignored: everything shows unfiltered"},
-    {kStyleSheet, "style-sheet", "Style sheets, or rules of them, are not read: give properties as attributes or in style"},
+    {kStyleSheet, "style-sheet", "Rules of style sheets that are not applied: use attributes or style"},
     {kScript, "script", "Scripts are not run"},
     {kAnimation, "animation", "Animations are not run: the base values print"},
     {kTextSpan, "text-span", "tspan elements are not printed: use a text element for each"},
