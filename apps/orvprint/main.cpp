@@ -115,7 +115,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* noFiles = command.add_flag("--no-file-images", options.withoutFileImages,
                                             "Read no files named by drawings, such as images");
     if (noFiles != allowed) noFiles->excludes(allowed);
-    noFiles->option_text(" ");  // CLI11's own message would state the excluded bound.
+    noFiles->option_text(" ");  // CLI11 would list the options that it excludes
     allowed->option_text("DIR");
     command.add_option("--limit", options.limits, "Set a resource limit; see orvprint limits (repeatable)")
         ->option_text("NAME=N")
@@ -140,7 +140,7 @@ void AddReadOptions(CommandOptions& command, ReadOptions& options) {
     CLI::Option* required = command.add_flag("--require-sandbox", options.requiresSandbox,
                                              "Fail where the system refuses part of the sandbox");
     if (required != without) required->excludes(without);
-    required->option_text(" ");  // CLI11 would put the range into the first column of the help.
+    required->option_text(" ");  // CLI11 would list the excluded options in the help's first column
     without->option_text(" ");
 }
 
