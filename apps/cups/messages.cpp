@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "apps/cups/messages.h"
 
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -91,6 +94,16 @@ void Say(LineKind kind, std::string_view text) {
     // A single write, so that lines of other filters of the job cannot come in between.
     const ssize_t ignored = write(STDERR_FILENO, line.data(), line.size());
     static_cast<void>(ignored);
+}
+
+void WaitUntilLinesAreRead() {
+    constexpr int kTries = 1000;
+    constexpr int kPause = 10;  // milliseconds
+    struct stat information {};
+    if (fstat(STDERR_FILENO, &information) != 0 || !S_ISFIFO(information.st_mode)) return;
+    int unread = 0;
+    for (int i = 0; i < kTries && ioctl(STDERR_FILENO, FIONREAD, &unread) == 0 && unread > 0; ++i)
+        poll(nullptr, 0, kPause);
 }
 
 bool TranslateLine(std::string_view line, std::string& text) {

@@ -17,6 +17,11 @@ enum class LineKind : std::uint8_t {
 /// is cut off between characters.
 void Say(LineKind kind, std::string_view text);
 
+/// Waits until the print system has read all lines, for at most ten seconds. It may replace the reason of a
+/// failure by "Filter failed" if it notices the end of the filter first. Does nothing unless standard error
+/// is a pipe.
+void WaitUntilLinesAreRead();
+
 /// Turns a message of the command, such as "orvprint: standard input:3:5: mismatched tag", into one for users
 /// who know neither the command nor its options: "line 3, column 5: mismatched tag". Advice about options
 /// becomes advice about environment variables.

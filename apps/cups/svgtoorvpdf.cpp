@@ -29,6 +29,7 @@ constexpr const char* kIncomplete = "org.orvprint.incomplete-installation-error"
 
 int Fail(const std::string& reason) {
     Say(LineKind::kError, reason);
+    WaitUntilLinesAreRead();
     return kFailed;
 }
 

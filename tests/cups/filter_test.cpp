@@ -3,6 +3,7 @@
 // The filter of the print system, run as its scheduler runs it.
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -289,6 +290,39 @@ TEST_F(FilterTest, LinesAreAsLongAsTheSchedulerTakes) {
         EXPECT_LT(Lines(run, "ERROR").front().size() + std::string("ERROR: ").size(),
                   static_cast<std::size_t>(size));
     }
+}
+
+TEST_F(FilterTest, EndsWhenTheReasonOfAFailureHasBeenRead) {
+    WriteFile("spool/d00001-001", "<svg");
+    const std::string file = (Folder() / "spool/d00001-001").string();
+    int errors[2];
+    ASSERT_EQ(pipe2(errors, O_CLOEXEC), 0);
+    const pid_t filter = fork();
+    if (filter == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        setenv("TMPDIR", (Folder() / "tmp").c_str(), 1);
+        unsetenv("HOME");
+        dup2(errors[1], STDERR_FILENO);
+        execl(ORV_FILTER_PATH, "svgtoorvpdf", "17", "anna", "A title", "1", "", file.c_str(), nullptr);
+        _exit(127);
+    }
+    close(errors[1]);
+    const auto hasEnded = [filter](int options) {
+        siginfo_t ended{};
+        return waitid(P_PID, static_cast<id_t>(filter), &ended, options) == 0 && ended.si_pid == filter;
+    };
+    // The last line is written, and left unread.
+    std::string read;
+    char c = '\0';
+    while (!read.ends_with("ERROR: T") && ::read(errors[0], &c, 1) == 1) read += c;
+    EXPECT_FALSE(hasEnded(WEXITED | WNOHANG | WNOWAIT)) << read;
+    poll(nullptr, 0, 100);
+    EXPECT_FALSE(hasEnded(WEXITED | WNOHANG | WNOWAIT)) << read;
+
+    while (::read(errors[0], &c, 1) == 1) read += c;
+    EXPECT_THAT(read, HasSubstr("ERROR: The drawing cannot be printed: line 1, column 1: "));
+    EXPECT_TRUE(hasEnded(WEXITED));
+    close(errors[0]);
 }
 
 }  // namespace
