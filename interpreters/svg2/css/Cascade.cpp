@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::uint64_t kStepsPerDeclaration = 8;
 constexpr int kGreatestVariableDepth = 32;
-constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // bytes
+constexpr std::size_t kLongestSubstitution = std::size_t{1} << 16U;  // in bytes
 
-/// A property's value on a parent, as a sheet gave it.
+/// A property's value on an ancestor, as a style sheet stated it.
 std::optional<std::string_view> FindRule(const Style& style, Name name) {
     if (!style.geometry) return std::nullopt;
     for (auto rule = style.geometry->rbegin(); rule != style.geometry->rend(); ++rule)
@@ -55,7 +55,7 @@ std::optional<std::string_view> Cascade::FindGeometry(ElementIndex element, Name
     return rule ? rule : document_.Find(element, name);
 }
 
-// Most elements share their parent's variables; those that state some get a scope of their own.
+// Most elements share their parent's variables; elements that declare some get a scope of their own.
 void Cascade::AddVariable(const Declaration& declaration, Style& style) {
     if (!ownVariables_) {
         ownVariables_ = std::make_shared<VariableScope>();
@@ -124,7 +124,7 @@ void Cascade::Collect(ElementIndex element, Style& style) {
 
 namespace {
 
-/// The value of a variable; null when no element around states it.
+/// The value of a variable; null if neither the element nor an ancestor declares it.
 const std::string_view* FindVariable(const Style& style, std::string_view name, StyleWork& work) {
     for (const VariableScope* scope = style.variables.get(); scope; scope = scope->outer.get()) {
         work.Take();
@@ -168,10 +168,10 @@ bool Cascade::Substitute(std::string_view text, const Style& style, std::string_
 
 void Cascade::Apply(const Candidate& candidate, const PropertyContext& context, Style& style) {
     std::string_view value = candidate.value;
-    // Attributes are short and many: they have variables as a whole.
+    // Attributes are short and numerous, so var() is read only as the whole of an attribute.
     const bool hasVariables =
         candidate.isAttribute ? value.starts_with("var(") : value.find("var(") != std::string_view::npos;
-    // What comes of variables is known too late for another declaration to hold instead.
+    // An invalid value after substitution cannot fall back to an earlier declaration, as CSS defines it.
     if (hasVariables && !Substitute(value, style, value)) value = "unset";
     if (IsGeometry(candidate.name)) {
         if (EqualsIgnoringCase(Trim(value), "inherit"))
@@ -206,7 +206,7 @@ void SetFont(Decoration& decoration, const Style& style) {
 
 }  // namespace
 
-// Lines under text belong to the element that asks for them, and go on through those within it.
+// Decoration lines belong to the element that declares them and extend through its descendants.
 void Cascade::NoteDecorations(const Style& parent, Style& style) const {
     if (style.decorationLines == 0) return;
     auto decorations = parent.decorations ? std::make_shared<std::vector<Decoration>>(*parent.decorations)
@@ -226,7 +226,7 @@ void Cascade::NoteDecorations(const Style& parent, Style& style) const {
     style.decorations = std::move(decorations);
 }
 
-/// Lines that groups around a text ask for are placed by the font of the text.
+/// Decoration lines of ancestors of the text element are placed by the font of the text.
 void Cascade::SetDecorationFonts(const std::vector<Decoration>& outer, Style& style) const {
     auto decorations = std::make_shared<std::vector<Decoration>>(*style.decorations);
     for (std::size_t i = 0; i < outer.size(); ++i) SetFont((*decorations)[i], style);
@@ -237,7 +237,7 @@ void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
     static_cast<InheritedStyle&>(style) = parent.GetInherited();
     static_cast<OwnStyle&>(style) = OwnStyle{};
 
-    // An attribute of XML, which every value of the property beats.
+    // xml:space is an attribute only; any declaration of the property overrides it.
     if (const std::string_view space = document_.ValueOf(element, Name::kSpace); !space.empty())
         style.whiteSpace = space == "preserve" ? WhiteSpace::kPreserve : WhiteSpace::kCollapse;
 
@@ -249,7 +249,7 @@ void Cascade::Compute(ElementIndex element, const Style& parent, Style& style) {
 
 void Cascade::ApplyCandidates(ElementIndex element, const Style& parent, Style& style) {
     PropertyContext context{parent, SizesOf(parent)};
-    // The shorthand resets what was stated before it, so that it takes its turn among the others, too.
+    // A shorthand resets the longhands before it, so it is applied in order with the others.
     bool hasShorthand = false;
     const auto applyThose = [&](bool decidingSize) {
         for (const Candidate& candidate : candidates_) {

@@ -16,35 +16,35 @@
 
 namespace svg2 {
 
-/// Finds out what elements look like: attributes, rules of sheets and style attributes in their order.
-/// Belongs to one thread at a time.
+/// Computes the styles of elements from presentation attributes, style sheets and style attributes, in
+/// cascade order. Not thread-safe.
 class Cascade {
 public:
-    /// @param document  must outlive the cascade and all styles that come of it
-    /// @param work      that the cascade shares with others; null for its own
+    /// @param document  must outlive the cascade and all styles computed by it
+    /// @param work      budget shared with other cascades; null: a budget of its own
     Cascade(const Document& document, const Medium& medium, std::shared_ptr<StyleWork> work = nullptr);
 
-    /// @param parent  of the element it inherits from; that around a reused element is the one that uses it
-    /// @param style   out: of the element
+    /// @param parent  style to inherit from; for a used element, that of its use element
+    /// @param style   receives the computed style
     void Compute(ElementIndex element, const Style& parent, Style& style);
 
-    /// Style that the root inherits from.
+    /// The style that the root element inherits from.
     static Style InitialStyle();
 
-    /// What lengths of an element refer to.
+    /// Reference sizes for lengths of an element.
     UnitSizes SizesOf(const Style& style) const;
 
-    /// The text of a property of shape or place: of a sheet, else of the attribute; nothing when neither
+    /// The text of a geometry property: from a style sheet, else from the attribute; nothing if neither
     /// states it.
     std::optional<std::string_view> FindGeometry(ElementIndex element, Name name, const Style& style) const;
 
-    /// False once styles have cost more than is in proportion; they are no longer to be relied on.
+    /// False once computing styles has exceeded its budget; styles are then incomplete.
     bool IsWithinBudget() const { return !work_->IsSpent(); }
     const std::shared_ptr<StyleWork>& GetWork() const { return work_; }
     const StyleSheets& GetSheets() const { return sheets_; }
 
 private:
-    /// A value that may count, in rising order.
+    /// A candidate value with its priority in the cascade.
     struct Candidate {
         Name name;
         std::string_view value;
@@ -54,7 +54,7 @@ private:
     void Collect(ElementIndex element, Style& style);
     void AddDeclaration(const Declaration& declaration, Style& style);
     void AddVariable(const Declaration& declaration, Style& style);
-    /// Gives a text a place where it stays.
+    /// Stores a text for the lifetime of the cascade.
     std::string_view Keep(std::string text);
     void AddStyleAttribute(std::string_view text, bool important, Style& style);
     void Apply(const Candidate& candidate, const PropertyContext& context, Style& style);
@@ -70,10 +70,10 @@ private:
     SelectorMatcher matcher_;
     Medium medium_;
     double rootFontSize_ = InitialStyle().fontSize;
-    std::deque<std::string> texts_;  // that values of variables and stripped comments stand in
+    std::deque<std::string> texts_;  // stored values of variables and texts without comments
     std::vector<StyleSheets::Match> matches_;
     std::vector<Candidate> candidates_;
-    std::shared_ptr<VariableScope> ownVariables_;  // of the element whose style is being computed
+    std::shared_ptr<VariableScope> ownVariables_;  // the element whose style is being computed
 };
 
 }  // namespace svg2

@@ -16,24 +16,25 @@
 
 namespace svg2 {
 
-/// What an inside or an outline is painted with, as the style says it.
+/// The paint of a fill or stroke, as specified.
 struct Paint {
     enum class Kind : std::uint8_t {
         kNone,
         kColour,
-        kCurrentColour,  ///< the colour of the element that paints
+        kCurrentColour,  ///< the property `color` of the element
         kReference,      ///< a gradient or pattern
         kContextFill,
         kContextStroke,
     };
     Kind kind = Kind::kNone;
-    Kind fallback = Kind::kNone;  ///< of a reference that leads to nothing: none, a colour, the current one
-    Colour colour;                ///< or that of the fallback
-    std::string_view reference;   ///< identifier
+    /// the fallback of an unresolved reference: none, a colour, or currentColor
+    Kind fallback = Kind::kNone;
+    Colour colour;               ///< the colour, or that of the fallback
+    std::string_view reference;  ///< identifier of the reference
     friend bool operator==(const Paint&, const Paint&) = default;
 };
 
-/// A colour that may be the current one.
+/// A colour or currentColor.
 struct ColourValue {
     Colour colour;
     bool isCurrent = false;
@@ -42,7 +43,7 @@ struct ColourValue {
 enum class Visibility : std::uint8_t { kVisible, kHidden };
 enum class TextAnchor : std::uint8_t { kStart, kMiddle, kEnd };
 enum class WritingMode : std::uint8_t { kHorizontal, kVerticalRightToLeft, kVerticalLeftToRight };
-/// What is done with white space in text.
+/// How white space in text is collapsed.
 enum class WhiteSpace : std::uint8_t {
     kCollapse,  ///< runs become one space
     kPreserve,  ///< each character becomes a space
@@ -61,13 +62,13 @@ enum class Baseline : std::uint8_t {
 };
 enum class ImageRendering : std::uint8_t { kSmooth, kNearest };
 enum class PaintPart : std::uint8_t { kFill, kStroke, kMarkers };
-/// How characters that do not belong in vertical lines stand there.
+/// Orientation of horizontal scripts in vertical text.
 enum class TextOrientation : std::uint8_t {
-    kMixed,  ///< those that belong there upright, others on their side
+    kMixed,  ///< characters of vertical scripts upright, others sideways
     kUpright,
     kSideways,
 };
-/// Forms of letters that fonts may have, as flags.
+/// Optional glyph forms of fonts, as flags.
 enum FontVariant : std::uint32_t {
     kNoCommonLigatures = 1U << 0U,
     kDiscretionaryLigatures = 1U << 1U,
@@ -100,41 +101,41 @@ enum FontVariant : std::uint32_t {
     kRuby = 1U << 28U,
     kHistoricalForms = 1U << 29U,
 };
-/// Which measure of a font, in em, its size is to be adjusted by, and to what.
+/// The font metric, in em, that font-size-adjust refers to, and its target value.
 struct FontSizeAdjustment {
     enum class Measure : std::uint8_t { kExHeight, kCapHeight, kZeroWidth, kIdeographWidth };
     Measure measure = Measure::kExHeight;
-    double value = kNone;  ///< of the size that is stated
+    double value = kNone;  ///< of the specified size
     static constexpr double kNone = -1.0;
     friend bool operator==(const FontSizeAdjustment&, const FontSizeAdjustment&) = default;
 };
-/// Lines that decorate text, as flags.
+/// Decoration lines, as flags.
 enum DecorationLine : std::uint8_t { kUnderline = 1, kOverline = 2, kLineThrough = 4 };
 
 enum class DecorationStyle : std::uint8_t { kSolid, kDouble, kDotted, kDashed, kWavy };
 
-/// Lines that decorate text, and the paints of the element that asks for them.
+/// Decoration lines and the paints of the element that declares them.
 struct Decoration {
-    std::uint8_t lines = 0;  ///< DecorationLine
+    std::uint8_t lines = 0;  ///< flags of DecorationLine
     DecorationStyle style = DecorationStyle::kSolid;
-    std::optional<double> thickness;  ///< in px; nothing for that of the font
+    std::optional<double> thickness;  ///< in px; empty: the font's own
     Paint fill, stroke;
     double fillOpacity = 1.0, strokeOpacity = 1.0;
     Length strokeWidth{1.0, 0.0};
-    Colour colour;  ///< what the current colour is
+    Colour colour;  ///< the value of currentColor
     double fontSize = 12.0;
     std::string_view fontFamily;
     int fontWeight = 400;
     bool isItalic = false;
 };
 
-/// Variables that an element states, before those of the elements around it.
+/// Variables declared by an element, which shadow those of its ancestors.
 struct VariableScope {
-    std::shared_ptr<const VariableScope> outer;  ///< null for none
+    std::shared_ptr<const VariableScope> outer;  ///< null at the root
     std::unordered_map<std::string_view, std::string_view> own;
 };
 
-/// Values of the properties that elements inherit. Lengths are in px.
+/// Computed values of inherited properties. Lengths are in px.
 struct InheritedStyle {
     Colour colour;
     Paint fill{Paint::Kind::kColour, Paint::Kind::kNone, {}, {}};
@@ -145,25 +146,25 @@ struct InheritedStyle {
     ORVPrintStroke::Cap cap = ORVPrintStroke::Cap::kButt;
     ORVPrintStroke::Join join = ORVPrintStroke::Join::kMiter;
     double miterLimit = 4.0;
-    std::shared_ptr<const std::vector<Length>> dashes;  ///< null for a solid line
+    std::shared_ptr<const std::vector<Length>> dashes;  ///< null: a solid line
     Length dashOffset;
     Visibility visibility = Visibility::kVisible;
-    std::string_view markerStart, markerMid, markerEnd;  ///< identifiers, empty for none
+    std::string_view markerStart, markerMid, markerEnd;  ///< identifiers; empty: none
     std::array<PaintPart, 3> paintOrder{PaintPart::kFill, PaintPart::kStroke, PaintPart::kMarkers};
     bool hasCrispEdges = false;
     ImageRendering imageRendering = ImageRendering::kSmooth;
     bool interpolatesLinear = false;       ///< color-interpolation
     bool filtersInterpolateLinear = true;  ///< color-interpolation-filters
 
-    std::string_view fontFamily;  ///< list as written, empty for the default
+    std::string_view fontFamily;  ///< as written; empty: the default
     double fontSize = 12.0;
     int fontWeight = 400;
     bool isItalic = false;
-    double fontStretch = 100.0;  ///< percent
+    double fontStretch = 100.0;  ///< in percent
     FontSizeAdjustment fontSizeAdjustment;
-    std::uint32_t fontVariants = 0;          ///< FontVariant
-    std::string_view fontFeatureSettings;    ///< as written, empty for none
-    std::string_view fontVariationSettings;  ///< likewise
+    std::uint32_t fontVariants = 0;          ///< flags of FontVariant
+    std::string_view fontFeatureSettings;    ///< as written; empty: none
+    std::string_view fontVariationSettings;  ///< as written; empty: none
     bool hasOpticalSizes = true;
     bool hasKerning = true;
     TextOrientation textOrientation = TextOrientation::kMixed;
@@ -173,22 +174,21 @@ struct InheritedStyle {
     WritingMode writingMode = WritingMode::kHorizontal;
     Baseline dominantBaseline = Baseline::kAuto;
     WhiteSpace whiteSpace = WhiteSpace::kCollapse;
-    std::shared_ptr<const std::vector<Decoration>> decorations;  ///< null for none
-    std::shared_ptr<const VariableScope> variables;              ///< null for none
+    std::shared_ptr<const std::vector<Decoration>> decorations;  ///< null: none
+    std::shared_ptr<const VariableScope> variables;              ///< null: none
 };
 
-/// Properties of shape and place that style sheets state, each once: name and text. They win over the
-/// attributes.
+/// Geometry properties from style sheets: name and text, each name once. They override the attributes.
 using GeometryRules = std::vector<std::pair<Name, std::string_view>>;
 
-/// Values of the properties that each element has for itself.
+/// Computed values of properties that are not inherited.
 struct OwnStyle {
     bool isDisplayed = true;
     double opacity = 1.0;
-    std::string_view clipPath, mask, filter;  ///< as written, empty for none
+    std::string_view clipPath, mask, filter;  ///< as written; empty: none
     ORVPrintBlendMode blend = ORVPrintBlendMode::kNormal;
     bool isIsolated = false;
-    bool hidesOverflow = true;  ///< of elements that make a viewport
+    bool hidesOverflow = true;  ///< for elements that establish a viewport
     bool overflowIsStated = false;
     std::string_view transformOrigin, transformBox;
     ColourValue stopColour, floodColour, lightingColour{{255, 255, 255, 1.0F}, false};
@@ -196,22 +196,22 @@ struct OwnStyle {
     double stopOpacity = 1.0, floodOpacity = 1.0;
     std::uint8_t decorationLines = 0;
     DecorationStyle decorationStyle = DecorationStyle::kSolid;
-    std::optional<Length> decorationThickness;  ///< percentages are of the size of the font
+    std::optional<Length> decorationThickness;  ///< percentages refer to the font size
     std::string_view baselineShift;
     Baseline alignmentBaseline = Baseline::kAuto;
     std::string_view unicodeBidi;
     bool hasNonScalingStroke = false;
     bool isOpacityMask = false;               ///< mask-type
-    std::shared_ptr<GeometryRules> geometry;  ///< null for none; of this element alone
+    std::shared_ptr<GeometryRules> geometry;  ///< null: none; not inherited
 };
 
-/// What an element looks like.
+/// The computed style of an element.
 struct Style : InheritedStyle, OwnStyle {
     const InheritedStyle& GetInherited() const { return *this; }
     const OwnStyle& GetOwn() const { return *this; }
 };
 
-/// The colour that a value stands for on an element.
+/// Resolves currentColor for an element.
 inline Colour Resolve(const ColourValue& value, const Style& style) {
     return value.isCurrent ? style.colour : value.colour;
 }

@@ -11,16 +11,18 @@
 namespace svg2 {
 namespace {
 
-constexpr int kGreatestDepth = 16;                    // of rules within each other
-constexpr std::size_t kMostRulesOfParents = 100'000;  // that repeat the selectors of the rule around
+constexpr int kGreatestDepth = 16;  // nesting depth of rules
+// generated from nested rules by repeating the parent's selectors
+constexpr std::size_t kMostRulesOfParents = 100'000;
 constexpr std::size_t kMostUnreadRules = 1000;
 
-/// Rules that a printed drawing does without.
+/// At-rules that do not affect a printed drawing.
 constexpr std::string_view kHarmlessRules[] = {"charset", "counter-style", "starting-style",
                                                "view-transition"};
 
-/// The text of a block that comes next, without its braces; of one that does not end, the rest of the sheet.
-/// @return false when none comes next
+/// Takes the content of a block, without its braces. A block that is not closed extends to the end of the
+/// sheet.
+/// @return false if no block comes next
 bool TakeBlock(Scanner& scanner, std::string_view& inside) {
     if (!scanner.Take('{')) return false;
     inside = scanner.TakeUntil("}");
@@ -28,7 +30,7 @@ bool TakeBlock(Scanner& scanner, std::string_view& inside) {
     return true;
 }
 
-/// "(min-width: 600px)" and its kin; what is not known is not so.
+/// Evaluates a media feature such as "(min-width: 600px)"; unknown features are false.
 bool MatchesFeature(std::string_view feature, const Medium& medium) {
     Scanner scanner(feature);
     scanner.SkipSpace();
@@ -123,7 +125,7 @@ void StyleSheets::ReadSheet(std::string_view text, const Surroundings& around) {
     for (;;) {
         scanner.SkipSpace();
         if (scanner.AtEnd()) return;
-        // Marks of HTML comments around a sheet.
+        // HTML comment marks around the sheet.
         if (scanner.Rest().starts_with("<!--")) {
             scanner.Advance(4);
             continue;
@@ -141,11 +143,11 @@ void StyleSheets::ReadSheet(std::string_view text, const Surroundings& around) {
         if (TakeBlock(scanner, block))
             ReadRule(selectors, block, around);
         else
-            scanner.Take(';');  // that ends nothing; what does not end is the last thing of the sheet
+            scanner.Take(';');  // a stray ";", or an incomplete rule at the end of the sheet
     }
 }
 
-/// The rules of a block that others stand in, and its declarations where it stands in a rule itself.
+/// Reads the rules in a block and, if it is nested in a style rule, its declarations.
 void StyleSheets::ReadGroup(std::string_view block, const Surroundings& around) {
     if (around.depth > kGreatestDepth) return NoteUnread(UnreadRule::Kind::kTooMany, block);
     if (around.parents)
@@ -154,7 +156,7 @@ void StyleSheets::ReadGroup(std::string_view block, const Surroundings& around) 
         ReadSheet(block, around);
 }
 
-/// "@layer a, b;", which only states an order.
+/// "@layer a, b;", which only declares an order.
 void StyleSheets::ReadLayers(std::string_view names, const Surroundings& around) {
     for (Scanner scanner(names); !scanner.AtEnd(); scanner.Take(','))
         layers_.Find(scanner.TakeUntil(","), around.layer);
@@ -232,7 +234,7 @@ void StyleSheets::ReadRule(std::string_view text, std::string_view block, const 
     for (Selector& selector : selectors) AddRule(std::move(selector), begin, around.layer);
 }
 
-/// Gives the declarations since some place to what the rule around selects.
+/// Adds rules with the parent's selectors for the declarations since `firstDeclaration`.
 void StyleSheets::AddRulesOfParents(std::size_t firstDeclaration, const Surroundings& around) {
     if (firstDeclaration == declarations_.size()) return;
     rulesOfParents_ += around.parents->size();
@@ -240,7 +242,7 @@ void StyleSheets::AddRulesOfParents(std::size_t firstDeclaration, const Surround
     for (const Selector& selector : *around.parents) AddRule(selector, firstDeclaration, around.layer);
 }
 
-// Declarations count in their place among the rules that stand between them.
+// Declarations keep their position relative to nested rules.
 void StyleSheets::ReadNestingBlock(std::string_view block, const Surroundings& around) {
     Scanner scanner(block);
     std::size_t begin = declarations_.size();
@@ -254,7 +256,7 @@ void StyleSheets::ReadNestingBlock(std::string_view block, const Surroundings& a
             begin = declarations_.size();
             continue;
         }
-        // Only values of variables may hold blocks.
+        // Only values of custom properties may contain blocks.
         const std::string_view text = scanner.TakeUntil(scanner.Rest().starts_with("--") ? ";" : "{;");
         std::string_view inner;
         if (TakeBlock(scanner, inner)) {

@@ -17,54 +17,54 @@
 
 namespace svg2 {
 
-/// What questions of media are answered by: the page that is printed, in px.
+/// The medium that media queries are evaluated for: the printed page, in px.
 struct Medium {
     double width = 0.0, height = 0.0;
 };
 
-/// True when one query of a list holds for paper; the empty list holds.
+/// True if one query of the list matches print; an empty list matches.
 bool MatchesMedia(std::string_view queries, const Medium& medium);
 
-/// A rule of a sheet that has no effect here.
+/// A rule of a sheet that is not applied.
 struct UnreadRule {
     enum class Kind : std::uint8_t {
         kAtRule,
         kAnimation,
-        kSelectors,  ///< that cannot be read
-        kTooMany,    ///< rules within rules, or too deep in each other
+        kSelectors,  ///< invalid selectors
+        kTooMany,    ///< too many nested rules, or too deep nesting
     };
     Kind kind = Kind::kAtRule;
-    ElementIndex sheet = Document::kRoot;  ///< the root for outer sheets
-    std::string_view text;                 ///< what stands before its block
+    ElementIndex sheet = Document::kRoot;  ///< the root element for external sheets
+    std::string_view text;                 ///< the text in front of its block
 };
 
-/// The style sheets of a document and their rules.
+/// The style sheets of a document, parsed into rules.
 class StyleSheets {
 public:
-    /// A rule that selects an element.
+    /// A rule that matches an element.
     struct Match {
         std::uint32_t specificity;
-        std::uint32_t rule;  ///< its place among all rules
-        std::uint32_t rank;  ///< of its layer, greater ones win
+        std::uint32_t rule;  ///< index of the rule in document order
+        std::uint32_t rank;  ///< rank of its cascade layer; greater ones win
     };
 
-    /// Reads all "style" elements that are sheets of CSS for paper.
+    /// Parses all `style` elements that contain CSS for print.
     StyleSheets(const Document& document, const Medium& medium);
 
     bool IsEmpty() const { return rules_.empty(); }
-    /// True when a sheet asks for another one, which is not loaded.
+    /// True if a sheet contains @import; imported sheets are not loaded.
     bool ImportsSheets() const { return importsSheets_; }
 
-    /// Rules that nothing came of, in their order, up to some number of them.
+    /// Rules that were not applied, in document order, up to a maximum number.
     std::span<const UnreadRule> GetUnreadRules() const { return unreadRules_; }
 
-    /// Fonts that the sheets bring, in their order.
+    /// The @font-face rules in document order.
     std::span<const FontFaceRule> GetFontFaces() const { return fontFaces_; }
 
-    /// Finds the rules for an element, those that win last.
+    /// Finds the matching rules of an element, in ascending order of precedence.
     void FindMatches(SelectorMatcher& matcher, ElementIndex element, std::vector<Match>& matches) const;
-    /// Brings rules into the order in which their important declarations win: that of layers is the other way
-    /// round.
+    /// Sorts matches by the precedence of their important declarations, for which the order of layers is
+    /// reversed.
     void OrderByImportance(std::vector<Match>& matches) const;
     std::span<const Declaration> DeclarationsOf(const Match& match) const;
 
@@ -75,14 +75,14 @@ private:
     struct Rule {
         Selector selector;
         Block block;
-        SheetLayers::Layer layer;  ///< its rank, once all is read
+        SheetLayers::Layer layer;  ///< its rank, once all sheets have been read
     };
-    /// What stands around rules.
+    /// The context of nested rules.
     struct Surroundings {
         const Medium& medium;
         int depth = 0;
         SheetLayers::Layer layer = SheetLayers::kNone;
-        SelectorList parents;  ///< of the rule around; null for none
+        SelectorList parents;  ///< selectors of the enclosing rule; null: none
         std::uint32_t parentSpecificity = 0;
     };
 
@@ -109,18 +109,19 @@ private:
     using Rules = std::unordered_map<std::string_view, std::vector<std::uint32_t>>;
 
     const Document& document_;
-    std::deque<std::string> texts_;  // that views refer to
+    std::deque<std::string> texts_;  // referenced by string views
     SelectorNamespaces namespaces_;
     std::vector<Declaration> declarations_;
     std::vector<Rule> rules_;
-    // By what the element itself has to have; the first of identifier, class and type.
+    // Indexed by a condition on the element itself: its identifier, class or type, in this order of
+    // preference.
     Rules byId_, byClass_, byType_;
     std::vector<std::uint32_t> others_;
     std::vector<FontFaceRule> fontFaces_;
     std::vector<UnreadRule> unreadRules_;
     SheetLayers layers_;
     std::size_t rulesOfParents_ = 0;
-    ElementIndex sheet_ = Document::kRoot;  // that is read
+    ElementIndex sheet_ = Document::kRoot;  // the sheet being read
     bool hasLayers_ = false;
     bool importsSheets_ = false;
 };

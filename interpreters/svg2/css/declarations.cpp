@@ -7,14 +7,15 @@
 namespace svg2 {
 namespace {
 
-/// What stands before the next ";", which is skipped.
+/// Takes the text before the next ";" and skips the ";".
 std::string_view TakeValue(Scanner& scanner) {
     const std::string_view value = scanner.TakeUntil(";");
     scanner.Take(';');
     return value;
 }
 
-/// Cuts "!important" off the end. @return true when it was there
+/// Removes a trailing "!important".
+/// @return true if it was there
 bool CutImportance(std::string_view& value) {
     constexpr std::string_view kWord = "important";
     const std::size_t mark = value.rfind('!');
@@ -73,8 +74,8 @@ int HexValue(char c) {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// The character that an escape stands for, in UTF-8.
-/// @param place  in: behind the backslash, not at the end; out: behind the escape
+/// Decodes an escape to UTF-8.
+/// @param place  in: after the backslash, not at the end of the text; out: after the escape
 std::string TakeEscaped(std::string_view text, std::size_t& place) {
     constexpr std::size_t kMostDigits = 6;
     std::string result;
@@ -97,7 +98,7 @@ std::string TakeEscaped(std::string_view text, std::size_t& place) {
     return result;
 }
 
-/// Takes comments and variety out of a text, character by character.
+/// Removes comments and normalises escapes.
 class SheetCleaner {
 public:
     explicit SheetCleaner(std::string_view text) : text_(text) { result_.reserve(text.size()); }
@@ -124,7 +125,7 @@ private:
         ++place_;
     }
 
-    /// What a comment stands between remains two things.
+    /// A comment between two tokens must not join them.
     void SkipComment() {
         const std::size_t end = text_.find("*/", place_ + 2);
         place_ = end == std::string_view::npos ? text_.size() : end + 2;
@@ -148,7 +149,7 @@ private:
         result_ += character;
     }
 
-    /// Whether an address without quotes comes next, in which nothing is a comment.
+    /// True if an unquoted URL follows, in which "/*" does not begin a comment.
     bool IsAddressNext() const {
         constexpr std::string_view kFunction = "url";
         if (place_ < kFunction.size() ||

@@ -8,24 +8,24 @@
 
 namespace svg2 {
 
-/// "property: value" of a style sheet or of a style attribute.
+/// "property: value" in a style sheet or style attribute.
 struct Declaration {
     std::string_view name;   ///< as written
-    std::string_view value;  ///< without white space around it, and without "!important"
+    std::string_view value;  ///< without surrounding white space and "!important"
     bool isImportant = false;
 };
 
-/// Reads the next declaration of a list, passing over what cannot be one.
+/// Reads the next declaration of a list, skipping invalid ones.
 /// @param scanner  over a text without comments
 /// @return false at the end of the list
 bool TakeDeclaration(Scanner& scanner, Declaration& declaration);
 
-/// A text without its comments, as sheets and style attributes are read; comments within strings and
-/// addresses stay. Escapes of letters and digits are these afterwards, also within strings, where spaces and
-/// most signs are written plainly, too; every other escape is a backslash and the character itself.
+/// Removes comments, except in strings and URLs, and normalises escapes: escaped letters and digits are
+/// written plainly, as are spaces and most signs in strings; every other escape becomes a backslash followed
+/// by the character itself.
 std::string WithoutComments(std::string_view text);
 
-/// A text with its escapes resolved.
+/// Decodes all escapes.
 std::string Unescaped(std::string_view text);
 
 }  // namespace svg2

@@ -39,14 +39,14 @@ bool ReadVisibility(Text text, Visibility& visibility) {
     return ReadKeyword(kValues, text, visibility);
 }
 
-/// Any text, "none" being the same as no value.
+/// Any text; "none" is the same as no value.
 bool ReadRaw(Text text, Text& raw) {
     if (text.empty()) return false;
     raw = Is(text, "none") ? Text() : text;
     return true;
 }
 
-/// What may stand beside the image of a mask: where it lies, and how it counts. None of it matters here.
+/// Further components of a mask value, such as position and mode, which are ignored.
 bool IsMaskWord(Text word) {
     constexpr Text kWords[] = {
         "repeat",     "repeat-x",    "repeat-y",    "no-repeat", "space",        "round",    "left",
@@ -58,7 +58,7 @@ bool IsMaskWord(Text word) {
                                    [&](Text known) { return EqualsIgnoringCase(word, known); });
 }
 
-/// A list of masks, of which the first counts, or none.
+/// A list of masks, of which only the first is used, or none.
 bool ReadMaskText(Text text, Text& raw) {
     Text id, rest;
     if (TakeReference(text, id, rest)) {
@@ -71,13 +71,13 @@ bool ReadMaskText(Text text, Text& raw) {
     return (Is(text, "none") || text.find('(') != Text::npos) && ReadRaw(text, raw);
 }
 
-/// A list of references and functions, or none of them.
+/// A list of filter references and functions, or none.
 bool ReadFilterText(Text text, const PropertyContext& context, Text& raw) {
     std::vector<FilterFunction> list;
     return ReadFilterList(text, context.sizes, list) && ReadRaw(text, raw);
 }
 
-/// A reference, a basic shape or a box, or none.
+/// A reference, a basic shape, a box, or none.
 bool ReadClipText(Text text, Text& raw) {
     Text id, rest;
     if (TakeReference(text, id, rest)) return Trim(rest).empty() && ReadRaw(text, raw);
@@ -122,7 +122,7 @@ const PropertyRow kRows[] = {
     {Name::kOpacity, false, ORV_READ(ReadOpacity(t, s.opacity)), Copy<&Style::opacity>},
     {Name::kOverflow, false, ORV_READ(ReadOverflow(t, s)),
      [](const Style& from, Style& to) {
-         // Initially visible; that viewports clip by themselves is no value to be taken.
+         // The initial value is visible; that viewports clip by default is not inherited as a value.
          to.hidesOverflow = from.overflowIsStated && from.hidesOverflow;
          to.overflowIsStated = true;
      }},

@@ -33,7 +33,7 @@ std::string NormalFamily(std::string_view name) {
     return normal;
 }
 
-/// Whether fonts of a format can be read; of none that is not known, either.
+/// True for font formats that can be read, and if the format is not stated.
 bool IsReadFormat(std::string_view format) {
     constexpr std::string_view kFormats[] = {"truetype",
                                              "opentype",
@@ -123,7 +123,7 @@ void ReadRanges(std::string_view text, std::vector<std::pair<char32_t, char32_t>
     std::vector<std::pair<char32_t, char32_t>> read;
     for (Scanner scanner(text); !scanner.AtEnd(); scanner.Take(',')) {
         std::pair<char32_t, char32_t> range;
-        if (!ReadRange(Trim(scanner.TakeUntil(",")), range)) return;  // then all of it is as absent
+        if (!ReadRange(Trim(scanner.TakeUntil(",")), range)) return;  // the whole range is ignored
         read.push_back(range);
     }
     ranges = std::move(read);

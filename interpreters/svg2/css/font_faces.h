@@ -11,7 +11,7 @@
 
 namespace svg2 {
 
-/// Where the font of a rule may come from.
+/// A source of a @font-face rule.
 struct FontSource {
     enum class Kind : std::uint8_t {
         kData,   ///< a data URI
@@ -19,26 +19,27 @@ struct FontSource {
         kOther,  ///< an address, which is not loaded
     };
     Kind kind = Kind::kOther;
-    std::string_view text;  ///< the URI or the name, without quotes
+    std::string_view text;  ///< the URI or name, without quotes
 };
 
-/// A rule "@font-face": a font that the document brings. Views are of the sheet.
+/// A @font-face rule. Its string views refer to the sheet.
 struct FontFaceRule {
     std::string family;  ///< in lower case
     std::string_view writtenFamily;
-    std::vector<FontSource> sources;  ///< the first that can be used counts
-    std::pair<double, double> weights{400.0, 400.0}, stretches{100.0, 100.0};  ///< least and greatest
+    std::vector<FontSource> sources;  ///< the first usable one counts
+    std::pair<double, double> weights{400.0, 400.0}, stretches{100.0, 100.0};  ///< minimum and maximum
     bool isItalic = false;
-    std::vector<std::pair<char32_t, char32_t>> ranges;  ///< of code points; none for all
-    ElementIndex sheet = Document::kRoot;  ///< the element that the rule stands in; the root for outer sheets
-    std::string_view ignored;              ///< the last descriptor that is not read; empty for none
+    std::vector<std::pair<char32_t, char32_t>> ranges;  ///< ranges of code points; empty: all
+    /// the element that contains the rule; the root element for external sheets
+    ElementIndex sheet = Document::kRoot;
+    std::string_view ignored;  ///< the last descriptor that is not supported; empty: none
 };
 
-/// Reads the declarations of a rule. What cannot be read of them is as absent.
-/// @return false when it is no rule, for want of a family or of sources
+/// Reads the declarations of a rule. Invalid ones are ignored.
+/// @return false if the rule has no family or no source
 bool ReadFontFace(std::string_view block, FontFaceRule& rule);
 
-/// The names of a list of families, in lower case, without quotes, each run of white space one space.
+/// The families of a list, in lower case, without quotes, with white space collapsed.
 std::vector<std::string> SplitFamilies(std::string_view list);
 
 }  // namespace svg2

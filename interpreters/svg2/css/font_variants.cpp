@@ -12,8 +12,8 @@ namespace {
 
 struct VariantRow {
     const char* text;
-    std::uint32_t variant;  // to be set; 0 for what is so by itself
-    std::uint32_t group;    // of which only one holds
+    std::uint32_t variant;  // flag to set; 0 for the default
+    std::uint32_t group;    // mutually exclusive flags
 };
 
 constexpr VariantRow kVariants[] = {

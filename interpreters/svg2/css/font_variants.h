@@ -8,7 +8,7 @@
 
 namespace svg2 {
 
-// Flags of FontVariant by the properties that set them.
+// The flags of FontVariant that each property sets.
 inline constexpr std::uint32_t kLigatureVariants =
     kNoCommonLigatures | kDiscretionaryLigatures | kHistoricalLigatures | kNoContextual;
 inline constexpr std::uint32_t kCapsVariants =
@@ -25,9 +25,9 @@ inline constexpr std::uint32_t kEastAsianVariants = kIdeographs | kWidths | kRub
 inline constexpr std::uint32_t kFontVariants = kLigatureVariants | kCapsVariants | kNumericVariants |
                                                kPositionVariants | kEastAsianVariants | kHistoricalForms;
 
-/// Reads words of "font-variant" or of one of its parts.
-/// @param group  flags that the property is about; others stay
-/// @return false, and nothing is changed, when a word is unknown or goes against another one
+/// Reads the words of "font-variant" or of one of its longhands.
+/// @param group  the property's flags; others are left unchanged
+/// @return false, without any change, if a word is unknown or contradicts another one
 bool ReadFontVariants(std::string_view text, std::uint32_t group, std::uint32_t& variants);
 
 }  // namespace svg2

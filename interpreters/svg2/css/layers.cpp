@@ -35,11 +35,11 @@ SheetLayers::Layer SheetLayers::Find(std::string_view name, Layer outer) {
     }
 }
 
-// From the last layer to the first, each before those within it: outer ones are mentioned first, so that the
-// first mention within a layer is behind that of the layer itself.
+// Ranks layers from last to first; a layer ranks above the layers nested in it. An enclosing layer always has
+// a smaller index than those nested in it.
 std::vector<std::uint32_t> SheetLayers::Rank() const {
     const std::size_t count = outer_.size();
-    std::vector<std::vector<Layer>> inner(count + 1);  // those of no layer at the end
+    std::vector<std::vector<Layer>> inner(count + 1);  // the last entry holds the layers that are not nested
     for (std::size_t i = 0; i < count; ++i)
         inner[outer_[i] == kNone ? count : outer_[i]].push_back(static_cast<Layer>(i));
     std::vector<std::uint32_t> ranks(count);

@@ -10,26 +10,26 @@
 
 namespace svg2 {
 
-/// The layers of style sheets: what later ones state wins over earlier ones, whatever selects it, and what
-/// stands in no layer wins over all. A layer comes after those within it.
+/// The cascade layers of style sheets. Declarations in later layers override those in earlier ones, whatever
+/// their specificity, and those outside all layers override both. A layer overrides those nested in it.
 class SheetLayers {
 public:
     using Layer = std::uint32_t;
-    static constexpr Layer kNone = std::numeric_limits<Layer>::max();  ///< what is in no layer
+    static constexpr Layer kNone = std::numeric_limits<Layer>::max();  ///< outside all layers
 
-    /// The layer of a name such as "a.b" within another one, made when it is new. An empty name is that of a
-    /// new layer.
-    /// @return `outer` when there are too many
+    /// Finds or adds a layer with a name such as "a.b" inside another one. An empty name always adds an
+    /// anonymous layer.
+    /// @return `outer` if there are too many layers
     Layer Find(std::string_view name, Layer outer);
 
-    /// Ranks by layer, greater ones win, once all layers are known. That of kNone is kNone.
+    /// Precedence of each layer, once all are known; greater ones win. kNone keeps its value.
     std::vector<std::uint32_t> Rank() const;
 
 private:
     Layer FindWithin(std::string_view name, Layer outer);
     Layer Add(Layer outer);
 
-    std::vector<Layer> outer_;  // of each layer, in the order of their first mention
+    std::vector<Layer> outer_;  // the enclosing layer of each layer, in order of first occurrence
     std::map<std::pair<Layer, std::string_view>, Layer> byName_;
 };
 

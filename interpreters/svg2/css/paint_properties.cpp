@@ -15,7 +15,7 @@ namespace {
 using Text = std::string_view;
 using Context = PropertyContext;
 
-/// A paint that is no reference.
+/// A paint other than a reference.
 bool ReadPlainPaint(Text text, Paint::Kind& kind, Colour& colour) {
     if (Is(text, "none"))
         kind = Paint::Kind::kNone;
@@ -65,7 +65,7 @@ bool ReadDashes(Text text, const Context& context, std::shared_ptr<const std::ve
     return true;
 }
 
-/// "none", or a reference to a marker; one that leads out of the document is none.
+/// "none" or a reference to a marker. References to other documents count as none.
 bool ReadMarker(Text text, Text& id) {
     Text rest;
     if (Is(text, "none")) {

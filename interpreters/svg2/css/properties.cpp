@@ -15,7 +15,7 @@ using Context = PropertyContext;
 
 constexpr std::size_t kPropertyCount = static_cast<std::size_t>(kLastProperty) + 1;
 
-/// Rows by the numbers of their names; null for properties that are read elsewhere, or not at all.
+/// Rows indexed by name; null for properties that are read elsewhere or not supported.
 const PropertyRow* RowOf(Name name) {
     static const auto kByName = [] {
         std::array<const PropertyRow*, kPropertyCount> rows{};
@@ -26,7 +26,8 @@ const PropertyRow* RowOf(Name name) {
     return IsProperty(name) ? kByName[static_cast<std::size_t>(name)] : nullptr;
 }
 
-/// Sets a property by one of the words that each of them takes. @return false when it is none of these
+/// Applies the CSS-wide keywords.
+/// @return false if the value is none of them
 bool SetByGeneralKeyword(const PropertyRow& row, Text value, const Context& context, Style& style) {
     static const Style kInitial;
     const auto copyInitial = [&] {

@@ -10,28 +10,28 @@
 
 namespace svg2 {
 
-/// What values are read by.
+/// Context for reading values.
 struct PropertyContext {
     const Style& parent;
     UnitSizes sizes;
-    bool isAttribute = false;  ///< a presentation attribute, else a declaration of a sheet
+    bool isAttribute = false;  ///< a presentation attribute, otherwise a CSS declaration
 };
 
-/// Sets a property to what a text says.
-/// @return false when the text is no value of the property; the style is then as it was
+/// Sets a property from text.
+/// @return false, without any change, if the text is not a valid value
 bool SetProperty(Name name, std::string_view value, const PropertyContext& context, Style& style);
 
-/// Sets a property to its value on another element.
+/// Copies a property's value from another element.
 void CopyProperty(Name name, const Style& from, Style& to);
 
-/// Whether elements without a value have that of their parent.
+/// True for inherited properties.
 bool IsInherited(Name name);
-/// Whether lengths in other properties depend on it.
+/// True if lengths in other properties depend on it.
 bool DecidesFontSize(Name name);
 
-/// Reads "url(#id)", whatever the quotes, and what follows it.
-/// @param id  out: empty when the reference leads out of the document
-/// @return false when the text does not begin with a reference
+/// Reads "url(#id)", quoted or not, and the text after it.
+/// @param id  receives the identifier; empty if the reference leads to another document
+/// @return false if the text does not begin with a reference
 bool TakeReference(std::string_view text, std::string_view& id, std::string_view& rest);
 
 }  // namespace svg2

@@ -9,11 +9,11 @@
 #include "interpreters/svg2/css/selectors.h"
 #include "interpreters/svg2/values/scanner.h"
 
-// What the tables of properties are made of. Only the sources of properties include it.
+// Building blocks for the tables of properties; for the sources of properties only.
 
 namespace svg2 {
 
-/// A property: how it is read, and how it is taken from another element.
+/// A property: how it is parsed and how it is copied.
 struct PropertyRow {
     Name name;
     bool isInherited;
@@ -23,7 +23,7 @@ struct PropertyRow {
 
 /// Colours, fills, strokes and markers.
 std::span<const PropertyRow> PaintProperties();
-/// What is done with an element as a whole: whether it is shown, clips, masks, filters, opacity.
+/// Effects on whole elements: visibility, clips, masks, filters, opacity.
 std::span<const PropertyRow> EffectProperties();
 /// Fonts and text.
 std::span<const PropertyRow> TextProperties();
@@ -34,7 +34,8 @@ struct Keyword {
     Value value;
 };
 
-/// Finds a keyword in a table, whatever its case. @return false when it is none of them
+/// Finds a keyword in a table, ignoring case.
+/// @return false if it is not there
 template <class Value, std::size_t kCount>
 bool ReadKeyword(const Keyword<Value> (&rows)[kCount], std::string_view text, Value& value) {
     for (const Keyword<Value>& row : rows) {
@@ -52,20 +53,21 @@ void Copy(const Style& from, Style& to) {
     to.*kMember = from.*kMember;
 }
 
-/// A number or a percentage, clamped to 0..1.
+/// A number or percentage, clamped to 0..1.
 bool ReadOpacity(std::string_view text, double& opacity);
 bool ReadColourValue(std::string_view text, ColourValue& value);
 /// "nonzero" or "evenodd".
 bool ReadEvenOdd(std::string_view text, bool& isEvenOdd);
-/// Where colours are mixed: sRGB or linear. @param byDefault  what "auto" stands for
+/// The colour space for interpolation: sRGB or linear.
+/// @param byDefault  the meaning of "auto"
 bool ReadInterpolation(std::string_view text, bool& isLinear, bool byDefault);
 
-/// "normal", "italic" or "oblique", with or without an angle.
+/// "normal", "italic" or "oblique", optionally with an angle.
 bool ReadFontStyle(std::string_view text, bool& isItalic);
-/// A word or a percentage.
+/// A keyword or percentage.
 bool ReadFontStretch(std::string_view text, double& percent);
 
-// The reader of a row, of a text t, a context c and a style s.
+// The reader of a row, with text t, context c and style s.
 #define ORV_READ(expression) \
     [](std::string_view t, [[maybe_unused]] const PropertyContext& c, Style& s) -> bool { return expression; }
 

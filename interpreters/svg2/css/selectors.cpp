@@ -15,7 +15,7 @@ using Kind = SelectorTest::Kind;
 using Combinator = CompoundSelector::Combinator;
 
 constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
-constexpr int kGreatestDepth = 16;  // of :not() and :is() within each other
+constexpr int kGreatestDepth = 16;  // nesting depth of :not() and :is()
 
 constexpr std::uint32_t kOfId = 1U << 20U, kOfClass = 1U << 10U, kOfType = 1U;
 
@@ -25,7 +25,7 @@ public:
         : scanner_(text), context_(context), depth_(depth), isOfHas_(isOfHas) {}
 
     bool ReadList(std::vector<Selector>& selectors);
-    /// Whether what was read refers to the rule around.
+    /// True if "&" occurred.
     bool RefersToParents() const { return refersToParents_; }
 
 private:
@@ -42,7 +42,7 @@ private:
     bool ReadAlternatives(std::string_view inside, SelectorTest& test, std::uint32_t& greatest,
                           bool isOfHas = false);
     SelectorTest TestOfParents(std::uint32_t& specificity) const;
-    /// What was taken, as it is meant.
+    /// Decodes escapes in a name.
     std::string_view Meant(std::string_view text) const {
         if (text.find('\\') == std::string_view::npos) return text;
         return context_.texts.emplace_back(Unescaped(text));
@@ -52,7 +52,7 @@ private:
     Scanner scanner_;
     const SelectorContext& context_;
     int depth_;
-    bool isOfHas_;  // the selectors begin at the element that is asked about
+    bool isOfHas_;  // selectors are relative to the element that :has() applies to
     bool refersToParents_ = false;
 };
 
@@ -78,7 +78,7 @@ bool SelectorReader::TakeCombinator(Combinator& combinator) {
     return true;
 }
 
-/// The elements of the rule around, which "&" stands for; without one, the root.
+/// "&": the elements that the enclosing rule matches, or the root element if there is none.
 SelectorTest SelectorReader::TestOfParents(std::uint32_t& specificity) const {
     SelectorTest test;
     test.kind = context_.parents ? Kind::kIs : Kind::kRoot;
@@ -87,7 +87,7 @@ SelectorTest SelectorReader::TestOfParents(std::uint32_t& specificity) const {
     return test;
 }
 
-/// Gives a selector its first compound, which nobody wrote.
+/// Inserts the implicit first compound of a relative selector.
 void SelectorReader::BeginRelative(Selector& selector, Combinator combinator) const {
     CompoundSelector first;
     first.combinator = combinator;
@@ -213,7 +213,7 @@ bool SelectorReader::ReadAttribute(SelectorTest& test) {
     return scanner_.TakeAfterSpace(']');
 }
 
-/// "odd", "even", "3", "2n+1", "-n + 3".
+/// Parses "odd", "even", "3", "2n+1", "-n + 3".
 bool ReadPlaces(std::string_view text, SelectorTest& test) {
     text = Trim(text);
     if (EqualsIgnoringCase(text, "odd")) {
@@ -257,7 +257,7 @@ bool ReadPlaces(std::string_view text, SelectorTest& test) {
 struct PseudoClass {
     std::string_view name;
     Kind kind;
-    int offset;  // of a place, counted from one end
+    int offset;  // for positions, counted from one end
 };
 
 constexpr PseudoClass kPseudoClasses[] = {
@@ -294,7 +294,7 @@ bool SelectorReader::ReadAlternatives(std::string_view inside, SelectorTest& tes
     return true;
 }
 
-/// "2n+1", "2n+1 of .a".
+/// Parses "2n+1" and "2n+1 of .a".
 bool SelectorReader::ReadPlaceFunction(std::string_view inside, SelectorTest& test,
                                        std::uint32_t& specificity) {
     specificity += kOfClass;
@@ -329,7 +329,8 @@ bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside
         return true;
     }
     specificity += kOfClass;
-    if (!EqualsIgnoringCase(name, "lang")) return true;  // known to others, never true on paper
+    // other functional pseudo-classes never match in print
+    if (!EqualsIgnoringCase(name, "lang")) return true;
     test.kind = Kind::kLang;
     test.value = Trim(inside);
     return !test.value.empty();
@@ -384,7 +385,7 @@ bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test, StyleWor
     if (!found) return false;
     const std::string_view text = *found, wanted = test.value;
     if (test.kind == Kind::kIncludes) work.TakeText(text.size());
-    if (test.kind == Kind::kSubstring) work.Take(text.size() / 4);  // each place may begin like the wanted
+    if (test.kind == Kind::kSubstring) work.Take(text.size() / 4);  // the search may compare at each position
     const auto equals = [&test](std::string_view a, std::string_view b) {
         return EqualTexts(a, b, test.ignoresCase);
     };
@@ -408,7 +409,7 @@ bool MatchesAttribute(const ORVXmlNode& node, const SelectorTest& test, StyleWor
     }
 }
 
-/// True when a language is one of a list, or a region's kind of one.
+/// True if the language, or a prefix of it that ends before "-", is in the list.
 bool IsInLanguages(std::string_view language, std::string_view list) {
     for (;;) {
         const std::size_t comma = list.find(',');
@@ -446,7 +447,7 @@ std::string_view LocalName(std::string_view name) {
 
 }  // namespace
 
-// Siblings are mostly asked for in their order, so that each is counted from the one that came before.
+// Positions of siblings are usually requested in order, so each is counted from the previous one.
 template <class IsOfKind>
 std::uint32_t SelectorMatcher::FindPlace(ElementIndex element, bool fromLast, KnownPlaces& latest,
                                          IsOfKind isOfKind) {
@@ -498,7 +499,7 @@ bool SelectorMatcher::MatchesPlace(ElementIndex index, const SelectorTest& test)
     return IsAtPlace(test, count - element.position + 1);
 }
 
-// Elements below one follow it, up to what comes after it.
+// The descendants of an element follow it in document order.
 bool SelectorMatcher::Has(ElementIndex element, const SelectorTest& test) {
     const auto endOf = [this](ElementIndex index) {
         while (index != kNoElement && document_[index].nextSibling == kNoElement)
@@ -562,7 +563,8 @@ bool SelectorMatcher::MatchesCompound(ElementIndex index, const CompoundSelector
                        [&](const SelectorTest& test) { return MatchesTest(index, test); });
 }
 
-// What failed for want of ancestors fails for every ancestor, too: so each way is gone once.
+// If a selector fails because an ancestor is missing, it fails for every ancestor as well, so no path is
+// tried twice.
 SelectorMatcher::Result SelectorMatcher::MatchAround(ElementIndex element, const Selector& selector,
                                                      std::size_t place) {
     if (place == selector.compounds.size()) return Result::kMatches;

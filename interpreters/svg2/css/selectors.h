@@ -15,16 +15,16 @@
 namespace svg2 {
 
 struct Selector;
-/// Selectors of which one is enough; shared by those that refer to them.
+/// A shared list of alternative selectors.
 using SelectorList = std::shared_ptr<const std::vector<Selector>>;
 
-/// A condition on one element that is neither its type, an identifier nor a class.
+/// A condition on an element other than its type, identifier or class.
 struct SelectorTest {
     enum class Kind : std::uint8_t {
-        kNothing,  ///< never holds: what a drawing on paper has none of, such as ":hover"
+        kNothing,  ///< never matches in print, for example ":hover"
         kHasAttribute,
         kEquals,
-        kIncludes,  ///< a word of the value
+        kIncludes,  ///< one word of the value
         kDashMatch,
         kPrefix,
         kSuffix,
@@ -39,86 +39,85 @@ struct SelectorTest {
         kNot,
         kIs,
         kHas,
-        kIsAnchor,  ///< the element that kHas asks about
+        kIsAnchor,  ///< the element that kHas applies to
         kLang,
         kLink,
     };
     Kind kind = Kind::kNothing;
     bool ignoresCase = false;
-    std::string_view name, value;  ///< of an attribute; the language
-    int step = 0, offset = 0;      ///< of places: step * n + offset, n not negative
-    SelectorList alternatives;     ///< null for none; of places: those that are counted
+    std::string_view name, value;  ///< of an attribute; or the language
+    int step = 0, offset = 0;      ///< of positions: step * n + offset, n >= 0
+    SelectorList alternatives;     ///< null: none; for positions, the siblings that are counted
 };
 
-/// Conditions on one element.
+/// A compound selector: conditions on one element.
 struct CompoundSelector {
-    /// How the element stands to that of the compound to its right.
+    /// The combinator between this compound and the one to its right.
     enum class Combinator : std::uint8_t { kDescendant, kChild, kAdjacent, kSibling };
     Combinator combinator = Combinator::kDescendant;
-    std::string_view type;  ///< empty for any
+    std::string_view type;  ///< empty: any type
     bool matchesNothing = false;
     std::vector<std::string_view> ids, classes;
     std::vector<SelectorTest> tests;
 };
 
-/// Conditions on an element and on those around it.
+/// A complex selector: conditions on an element and its context.
 struct Selector {
-    std::vector<CompoundSelector> compounds;  ///< the element's own first, then to the left
+    std::vector<CompoundSelector> compounds;  ///< the subject first, then from right to left
     std::uint32_t specificity = 0;            ///< greater ones win
 };
 
-/// What prefixes of types stand for; the empty one is the default.
+/// Namespace URIs by prefix; the empty prefix is the default namespace.
 using SelectorNamespaces = std::unordered_map<std::string_view, std::string_view>;
 
-/// What selectors are read in.
+/// Context for parsing selectors.
 struct SelectorContext {
     const SelectorNamespaces& namespaces;
-    std::deque<std::string>&
-        texts;             ///< takes names that were written with escapes; must outlive the selectors
-    SelectorList parents;  ///< of the rule around; null outside of rules
-    std::uint32_t parentSpecificity = 0;  ///< the greatest of theirs
+    std::deque<std::string>& texts;       ///< stores decoded names; must outlive the selectors
+    SelectorList parents;                 ///< selectors of the enclosing rule; null: none
+    std::uint32_t parentSpecificity = 0;  ///< the greatest specificity among them
 };
 
-/// Reads a list of selectors.
+/// Parses a selector list.
 /// @param text  without comments; must outlive the selectors
-/// @return false when one of them cannot be read, which makes the whole list void
+/// @return false if one of them is invalid, which invalidates the whole list
 bool ReadSelectors(std::string_view text, const SelectorContext& context, std::vector<Selector>& selectors);
 
-/// The greatest specificity of a list; 0 of an empty one.
+/// The greatest specificity in a list; 0 if it is empty.
 std::uint32_t GreatestSpecificity(const std::vector<Selector>& selectors);
 
-/// Finds out which elements selectors select, and counts what that costs.
+/// Matches selectors against elements, within a budget.
 class SelectorMatcher {
 public:
     /// @param document  must outlive this object
-    /// @param work      takes a step for each element that is looked at; must outlive this object
+    /// @param work      counts a step for each element tested; must outlive this object
     SelectorMatcher(const Document& document, StyleWork& work) : document_(document), work_(work) {}
 
-    /// False without a look once the budget is used up.
+    /// Always false once the budget is exceeded.
     bool Matches(ElementIndex element, const Selector& selector);
 
 private:
-    /// A failure may say that no element further up, or further to the left, can do better.
+    /// The outcome of matching; failures say whether trying another ancestor or sibling can succeed.
     enum class Result : std::uint8_t { kMatches, kFails, kFailsForSiblings, kFailsForAncestors };
 
     bool MatchesCompound(ElementIndex element, const CompoundSelector& compound);
     bool MatchesTest(ElementIndex element, const SelectorTest& test);
-    /// Whether the compounds from `place` on match the elements around.
+    /// Matches the compounds from `place` on against the element's context.
     Result MatchAround(ElementIndex element, const Selector& selector, std::size_t place);
     bool MatchesAny(ElementIndex element, const std::vector<Selector>& selectors);
     bool MatchesPlace(ElementIndex element, const SelectorTest& test);
     bool Has(ElementIndex element, const SelectorTest& test);
 
-    /// An element whose place among those of its kind has been found.
+    /// The position of an element among siblings that meet a condition.
     struct KnownPlace {
         ElementIndex element = kNoElement;
         std::uint32_t place = 0;
     };
-    /// The latest, by parent.
+    /// The most recent one for each parent.
     using KnownPlaces = std::unordered_map<ElementIndex, KnownPlace>;
 
     std::uint32_t PlaceOfType(ElementIndex element, bool fromLast);
-    /// The place of an element among the siblings of a kind, to which it belongs.
+    /// The position of an element among the matching siblings, of which it is one.
     template <class IsOfKind>
     std::uint32_t FindPlace(ElementIndex element, bool fromLast, KnownPlaces& latest, IsOfKind isOfKind);
 
@@ -126,10 +125,10 @@ private:
     StyleWork& work_;
     KnownPlaces fromFirst_, fromLast_;
     std::unordered_map<const SelectorTest*, KnownPlaces> byTest_;
-    ElementIndex anchor_ = kNoElement;  // that ":has()" asks about
+    ElementIndex anchor_ = kNoElement;  // the element that ":has()" applies to
 };
 
-/// Calls `use` for each word of a value that consists of words, until it returns false.
+/// Calls `use` for each space-separated word, until it returns false.
 template <class Use>
 void ForEachWord(std::string_view text, Use use) {
     std::size_t start = 0;

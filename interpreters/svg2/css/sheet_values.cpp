@@ -44,7 +44,7 @@ bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes) 
             if (isAny({"auto"})) return true;
     }
     if (!ReadLength(value, sizes, length)) return false;
-    // What mixes the two may come out either way.
+    // values that mix lengths and percentages may be either
     const bool isNegative =
         (length.px < 0.0 && length.percent <= 0.0) || (length.percent < 0.0 && length.px <= 0.0);
     return !isNegative;
@@ -54,7 +54,7 @@ bool IsSheetValue(std::string_view property, std::string_view value) {
     if (property.starts_with("--")) return true;
     const std::optional<Name> name = FindProperty(property);
     if (!name || Trim(value).empty()) return false;
-    if (value.find("var(") != std::string_view::npos) return true;  // which is known only where it is used
+    if (value.find("var(") != std::string_view::npos) return true;  // known only where the variable is used
     UnitSizes sizes;
     if (IsGeometry(*name)) return IsGeometryValue(*name, value, sizes);
     const Style parent;

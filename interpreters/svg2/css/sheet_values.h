@@ -9,13 +9,13 @@
 
 namespace svg2 {
 
-/// The property of a name as sheets write it, in any case.
+/// Finds the property with a name, ignoring case.
 std::optional<Name> FindProperty(std::string_view text);
 
-/// Whether a text is a value that a sheet may give to a property of shape or place.
+/// True if the text is a valid value of a geometry property.
 bool IsGeometryValue(Name name, std::string_view value, const UnitSizes& sizes);
 
-/// Whether a sheet may give a value to a property: true for variables.
+/// True if the text is a valid value of a property; always true for custom properties.
 bool IsSheetValue(std::string_view property, std::string_view value);
 
 }  // namespace svg2

@@ -9,7 +9,7 @@
 namespace svg2 {
 namespace {
 
-constexpr int kGreatestDepth = 16;  // of conditions within each other
+constexpr int kGreatestDepth = 16;  // nesting depth of conditions
 
 class SupportsReader {
 public:

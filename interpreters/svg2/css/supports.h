@@ -7,8 +7,8 @@
 
 namespace svg2 {
 
-/// Whether the condition of a rule "@supports" holds: declarations that are read here, selectors, and what
-/// "not", "and" and "or" make of them. What cannot be read does not hold.
+/// Evaluates the condition of an @supports rule: supported declarations, selectors, and combinations with
+/// "not", "and" and "or". Conditions that cannot be parsed are false.
 bool MatchesSupports(std::string_view condition, const SelectorContext& context);
 
 }  // namespace svg2

@@ -66,7 +66,7 @@ void CopyVariants(const Style& from, Style& to) {
     to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
 }
 
-/// "none", or a number after the measure that it is of.
+/// "none", or a number, optionally after the metric that it refers to.
 bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
     using Measure = FontSizeAdjustment::Measure;
     constexpr Keyword<Measure> kMeasures[] = {{"ex-height", Measure::kExHeight},
@@ -86,7 +86,7 @@ bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
     return true;
 }
 
-/// A list as it is written, "normal" being the same as none.
+/// A list as written; "normal" is the same as none.
 bool ReadSettings(Text text, Text& settings) {
     if (!Is(text, "normal") && !text.starts_with('"') && !text.starts_with('\'')) return false;
     settings = Is(text, "normal") ? Text() : text;
@@ -101,7 +101,7 @@ bool ReadTextOrientation(Text text, TextOrientation& orientation) {
     return ReadKeyword(kValues, text, orientation);
 }
 
-/// "glyph-orientation-vertical": an angle, of which two have a name today.
+/// "glyph-orientation-vertical": an angle, of which 0 and 90 degrees have equivalents in text-orientation.
 bool ReadGlyphOrientation(Text text, TextOrientation& orientation) {
     constexpr Keyword<TextOrientation> kValues[] = {{"auto", TextOrientation::kMixed},
                                                     {"0", TextOrientation::kUpright},
@@ -129,7 +129,7 @@ bool ReadDecorationStyle(Text text, DecorationStyle& style) {
     return ReadKeyword(kStyles, text, style);
 }
 
-/// "auto", "from-font", which is the same here, or a length that is not negative.
+/// "auto", "from-font" (the same here), or a non-negative length.
 bool ReadDecorationThickness(Text text, const Context& context, std::optional<Length>& thickness) {
     if (Is(text, "auto") || Is(text, "from-font")) {
         thickness.reset();
@@ -147,7 +147,7 @@ bool ReadDecorationLine(Text word, std::uint8_t& line) {
     return ReadKeyword(kLines, word, line);
 }
 
-/// What "text-decoration" says. Colours may stand in it: those of text count.
+/// The shorthand "text-decoration". A colour is accepted and ignored: lines have the colour of their text.
 class DecorationReader {
 public:
     explicit DecorationReader(const Context& context) : context_(context) {}
@@ -168,7 +168,7 @@ private:
     bool TakeWord(Text word) {
         std::uint8_t line = 0;
         ColourValue colour;
-        // Numbers of a colour function are words, too.
+        // The arguments of a colour function are separate words.
         const bool isWithin = depth_ > 0;
         depth_ += std::count(word.begin(), word.end(), '(') - std::count(word.begin(), word.end(), ')');
         if (isWithin || word.find('(') != Text::npos) return true;
@@ -189,7 +189,7 @@ private:
     bool hasLine_ = false, hasNone_ = false, isReadable_ = true;
 };
 
-/// What "text-decoration-line" says.
+/// The longhand "text-decoration-line".
 bool ReadDecorationLines(Text text, std::uint8_t& lines) {
     std::uint8_t read = 0;
     bool hasNone = false, isReadable = !text.empty();

@@ -12,7 +12,7 @@
 namespace svg2 {
 namespace {
 
-/// A signed number of 16 bits in a table of a font file; 0 behind its end.
+/// Reads a signed 16-bit number from a font table; 0 beyond its end.
 double NumberAt(std::string_view table, std::size_t offset) {
     if (offset + 2 > table.size()) return 0.0;
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(table[i]); };
@@ -72,13 +72,13 @@ TextFont TextFonts::Find(const ORVFontQuery& query, DocumentFonts* own) {
 
 namespace {
 
-/// The step of a character, in em.
+/// Advance width of a character, in em.
 double WidthOf(const ORVFontFace* face, char32_t c, double byDefault) {
     const std::uint32_t glyph = face ? face->GetGlyph(c) : 0;
     return glyph == 0 ? byDefault : face->GetAdvance(glyph);
 }
 
-/// Finds out how high an outline reaches.
+/// Finds the height of an outline.
 class HighestPoint final : public ORVGlyphOutlineSink {
 public:
     double GetHeight() const { return height_; }
@@ -95,7 +95,7 @@ private:
     double height_ = 0.0;
 };
 
-/// What the font states, else how high a letter stands, in em.
+/// The height stated by the font, otherwise that of a letter, in em.
 double HeightOf(const ORVFontFace* face, double stated, char32_t letter, double byDefault) {
     if (stated > 0.0 || !face) return stated > 0.0 ? stated : byDefault;
     const std::uint32_t glyph = face->GetGlyph(letter);
@@ -120,7 +120,7 @@ void TextFonts::Adjust(const FontSizeAdjustment& adjustment, TextFont& font) {
         case Measure::kZeroWidth: measure = WidthOf(face, U'0', 0.5); break;
         case Measure::kIdeographWidth: measure = WidthOf(face, kIdeograph, 1.0); break;
     }
-    // What a font says is not to be trusted with sizes beyond those that it may mean.
+    // Guards against implausibly small metrics in fonts.
     constexpr double kLeast = 0.01;
     font.enlargement = adjustment.value / std::max(measure, kLeast);
 }

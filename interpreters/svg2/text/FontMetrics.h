@@ -15,14 +15,15 @@ namespace svg2 {
 
 class DocumentFonts;
 
-/// What a face says of itself, in em. Heights count up from the baseline.
+/// Metrics of a face, in em. Heights are measured upwards from the baseline.
 struct FontMetrics {
-    double ascent = 0.8, descent = 0.2;  ///< the latter down from the baseline
+    double ascent = 0.8, descent = 0.2;  ///< the latter downwards from the baseline
     double xHeight = 0.5;
-    double statedXHeight = 0.0, statedCapHeight = 0.0;               ///< 0 where the font does not say
-    double underline = -1.0 / 9.0, underlineThickness = 1.0 / 12.0;  ///< of its middle
-    double strikeout = 0.25, strikeoutThickness = 1.0 / 12.0;        ///< likewise
-    double subscript = 0.2, superscript = 0.4;                       ///< how far down and up these stand
+    double statedXHeight = 0.0, statedCapHeight = 0.0;               ///< 0 if the font does not state it
+    double underline = -1.0 / 9.0, underlineThickness = 1.0 / 12.0;  ///< position of its middle
+    double strikeout = 0.25, strikeoutThickness = 1.0 / 12.0;        ///< the same
+    /// offsets of subscripts and superscripts, downwards and upwards
+    double subscript = 0.2, superscript = 0.4;
 };
 
 /// A font with its metrics.
@@ -30,14 +31,14 @@ struct TextFont {
     ORVFontChoice choice;
     FontMetrics metrics;
     std::span<const ORVFontFace* const> order;  ///< see ORVShapingFont
-    double enlargement = 1.0;                   ///< of the stated size, where "font-size-adjust" asks for it
+    double enlargement = 1.0;                   ///< factor on the specified size, from font-size-adjust
 };
 
 /// The fonts of a drawing's texts.
 class TextFonts {
 public:
-    /// The font of a style; its choice's font is ORVFont::Unavailable() where there is none.
-    /// @param own  that the style's document brings; null for none. Lives as long as this object
+    /// Finds the font for a style; if there is none, the choice's font is ORVFont::Unavailable().
+    /// @param own  fonts of the style's document; null: none. Must outlive this object
     TextFont Find(const InheritedStyle& style, DocumentFonts* own) {
         TextFont font = Find({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch,
                               style.fontSize, style.fontVariationSettings},
@@ -47,10 +48,11 @@ public:
     }
     TextFont Find(const ORVFontQuery& query, DocumentFonts* own);
 
-    /// Whether glyphs of a face may have colours of their own.
+    /// True if glyphs of a face may have colours of their own.
     bool HasColours(const ORVFontFace& face);
 
-    /// Counts text that is set although it stands elsewhere. @return false when that is out of proportion
+    /// Counts text that is repeated by reference.
+    /// @return false once it is out of proportion to the document
     bool TakeRepeatedText(std::size_t bytes) {
         constexpr std::size_t kMost = std::size_t{1} << 22U;
         repeatedText_ += bytes;

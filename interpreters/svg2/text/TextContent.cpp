@@ -20,7 +20,7 @@ constexpr int kGreatestDepth = 256;  // of spans within each other
 // Nothing below joins the character before it.
 constexpr char32_t kFirstMark = 0x300;
 
-/// Bytes of the character that begins at `offset`.
+/// Length in bytes of the character at `offset`.
 std::size_t SizeOfCharacter(std::string_view text, std::size_t offset) {
     std::size_t size = 1;
     while (offset + size < text.size() && (static_cast<unsigned char>(text[offset + size]) & 0xC0U) == 0x80U)
@@ -28,7 +28,7 @@ std::size_t SizeOfCharacter(std::string_view text, std::size_t offset) {
     return size;
 }
 
-/// The code point of a character, which is UTF-8: the parser saw to that.
+/// Decodes a character. The parser has validated the UTF-8.
 char32_t CodePointOf(std::string_view character) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(character[i]); };
     switch (character.size()) {
@@ -110,12 +110,12 @@ void TextContent::CollectChildren(std::size_t span) {
          node = node->nextSibling) {
         if (node->kind == ORVXmlNode::Kind::kText) AddText(node->GetText(), span);
         if (!node->IsElement()) continue;
-        if (child == kNoElement || document[child].node != node) continue;  // of another namespace
+        if (child == kNoElement || document[child].node != node) continue;  // in a different namespace
         const ElementIndex inner = child;
         child = document[child].nextSibling;
         CollectChild(inner, span);
     }
-    // A light element has no nodes for its text, which comes first.
+    // Elements of the light tree have no text nodes; their text comes first.
     if (!isLost && !isReference && !document[element].node->firstChild)
         AddText(document[element].node->GetText(), span);
     spans_[span].end = characters_.size();
@@ -126,7 +126,7 @@ void TextContent::CollectChild(ElementIndex child, std::size_t parent) {
     const Tag tag = document[child].tag;
     if (!IsSpanTag(tag) || spans_[parent].depth >= kGreatestDepth || !PassesConditions(document, child))
         return;
-    // Text runs along a path as a whole; a path in a span is no path, nor one along another.
+    // Only a textPath that is a direct child of the text element has a path, and only as a whole.
     const bool isWithinText = document[spans_[parent].element].tag == Tag::kText;
     if (tag == Tag::kTextPath && !isWithinText && document[spans_[parent].element].tag != Tag::kA) return;
     Style& style = *styles_.emplace_back(std::make_unique<Style>());
@@ -167,7 +167,8 @@ void TextContent::AddText(std::string_view text, std::size_t span) {
     }
 }
 
-/// Adds the text of another element. @return false when that has been done too often
+/// Adds the text of another element.
+/// @return false if that happened too often
 bool TextContent::AddReferenced(std::size_t span) {
     const Document& document = scene_.GetDocument();
     const ElementIndex target =
@@ -188,7 +189,7 @@ bool TextContent::AddReferenced(std::size_t span) {
     return true;
 }
 
-// White space at the end of the text goes, too.
+// Trailing white space is removed, too.
 void TextContent::DropSpaceAtEnd() {
     std::size_t last = characters_.size();
     while (last > 0 && characters_[last - 1].isHidden) --last;
@@ -213,7 +214,7 @@ bool TextContent::FindParts() {
     return true;
 }
 
-/// Whether a character lies on its side because its font has no form for vertical lines.
+/// True if a character is set sideways because its font has no vertical form for it.
 bool TextContent::IsTurned(std::size_t character) const {
     constexpr std::uint32_t kVertical = FeatureTag("vert");
     const ORVFontFace* const face = SpanOf(character).font.choice.face;
@@ -279,7 +280,7 @@ void TextContent::ReadStartOffset(const TextSpan& span, ElementIndex target, Tex
     rail.offset = offset.px * scale + offset.percent * length / 100.0;
 }
 
-// ---- positions that the document states ----
+// ---- positions given by attributes ----
 
 void TextContent::ApplyList(const TextSpan& span, Name name, Axis axis) {
     const std::string_view list = scene_.GetDocument().ValueOf(span.element, name);
@@ -312,7 +313,7 @@ void TextContent::ApplyList(const TextSpan& span, Name name, Axis axis) {
 
 namespace {
 
-/// @return false for a list with anything but numbers in it
+/// @return false if the list contains anything but numbers
 bool ReadRotations(std::string_view list, std::vector<double>& degrees) {
     Scanner scanner(list);
     scanner.SkipSpace();
@@ -333,12 +334,12 @@ void TextContent::ApplyRotation(const TextSpan& span) {
     std::vector<double> degrees;
     if (list.empty() || !ReadRotations(list, degrees)) return;
     if (rotations_.size() < span.end) rotations_.resize(span.end);
-    // The last value holds for all that follow.
+    // The last value applies to all following characters.
     for (std::size_t i = span.first; i < span.end; ++i)
         rotations_[i] = degrees[std::min(i - span.first, degrees.size() - 1)];
 }
 
-// Spans come from the outside in, so that the inner ones win.
+// Outer spans come first, so that inner ones override them.
 void TextContent::ApplyLists() {
     for (const TextSpan& span : spans_) {
         if (scene_.GetDocument()[span.element].tag == Tag::kTextPath) continue;
@@ -348,7 +349,7 @@ void TextContent::ApplyLists() {
         ApplyList(span, Name::kDy, Axis::kY);
         ApplyRotation(span);
     }
-    // What stands within a cluster cannot be placed by itself; its moves go with the cluster.
+    // A character inside a cluster has no position of its own; its offsets are added to the cluster's.
     for (std::size_t i = 0; i < std::min(characters_.size(), places_.size()); ++i)
         if (characters_[i].isPart) places_[i].hasX = places_[i].hasY = false;
 }

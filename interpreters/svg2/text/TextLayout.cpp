@@ -11,22 +11,22 @@ namespace svg2 {
 namespace {
 
 constexpr double kQuarter = 90.0;
-constexpr double kSlant = 0.2126;  // tangent of the 12 degrees that upright letters lean by
+constexpr double kSlant = 0.2126;  // tangent of the 12-degree slant of synthesised italics
 
-/// From y up to y down, leaning where the font has nothing that does.
+/// Flips the y axis, and slants the glyphs if an italic face is missing.
 ORVMathAffine2D GlyphsUp(const TextSpan& span) {
     return {1.0, span.font.choice.isToBeSlanted ? kSlant : 0.0, 0.0, -1.0, 0.0, 0.0};
 }
 
 ORVMathAffine2D LineUp() { return {1.0, 0.0, 0.0, -1.0, 0.0, 0.0}; }
 
-/// How far above the baseline the middle of the em box lies.
+/// Height of the middle of the em box above the baseline.
 double MiddleOf(const TextSpan& span) {
     const FontMetrics& metrics = span.font.metrics;
     return (metrics.ascent - metrics.descent) / 2.0 * span.FontSize();
 }
 
-/// How far below the line the alphabetic baseline of a style lies, where another one lies on the line.
+/// Distance of the alphabetic baseline below the dominant baseline of a style.
 double BaselineDrop(const Style& style, const TextFont& font) {
     const FontMetrics& metrics = font.metrics;
     const bool isAligned = style.alignmentBaseline != Baseline::kAuto;
@@ -74,7 +74,7 @@ void TextLayout::PlaceChunks() {
     }
 }
 
-/// Sums up how far each character of a chunk is moved, with those before it in the order of reading.
+/// Accumulates the displacement of each character of a chunk, in logical order.
 void TextLayout::FindMoves(const TextChunk& chunk) {
     moves_.clear();
     if (!content_.HasMoves()) return;
@@ -82,7 +82,7 @@ void TextLayout::FindMoves(const TextChunk& chunk) {
     moves_.reserve(chunk.stop - chunk.start);
     for (std::size_t i = chunk.start; i < chunk.stop; ++i) {
         const TextPlace place = content_.PlaceOf(i);
-        // What is not displayed moves nothing.
+        // Characters that are not displayed move nothing.
         if (!content_.GetCharacters()[i].isHidden) {
             sum.x += place.dx;
             sum.y += place.dy;
@@ -95,7 +95,7 @@ ORVMathPoint2D TextLayout::MoveOf(const TextChunk& chunk, const TextCluster& clu
     return moves_.empty() ? ORVMathPoint2D() : moves_[cluster.end - 1 - chunk.start];
 }
 
-/// Part of a chunk's length that lies before its point.
+/// The part of a chunk's length that lies before its anchor point.
 double TextLayout::AnchorShare(const TextChunk& chunk) const {
     const Style& style = *content_.SpanOf(chunk.start).style;
     const double share = style.textAnchor == TextAnchor::kStart    ? 0.0
@@ -104,7 +104,7 @@ double TextLayout::AnchorShare(const TextChunk& chunk) const {
     return chunk.isRightToLeft ? 1.0 - share : share;
 }
 
-/// Length of the white space that a chunk ends with, which does not count where it is anchored.
+/// Length of the trailing white space of a chunk, which does not count for anchoring.
 double TextLayout::SpaceAtEnd(const TextChunk& chunk) const {
     const std::vector<TextCharacter>& characters = content_.GetCharacters();
     std::size_t last = chunk.stop - 1;
@@ -118,8 +118,8 @@ double TextLayout::LengthOf(const TextChunk& chunk) const {
     double length = 0.0;
     for (std::size_t i = chunk.first; i < chunk.end; ++i)
         length += runs_.GetClusters()[i].Length() + runs_.GetClusters()[i].after;
-    // Moves stretch what is read to the right; what is read to the left they only move. The first one moves
-    // the chunk as a whole.
+    // Displacements stretch left-to-right text, but only move right-to-left text. The first one moves the
+    // whole chunk.
     if (!moves_.empty() && !chunk.isRightToLeft)
         length +=
             content_.IsVertical() ? moves_.back().y - moves_.front().y : moves_.back().x - moves_.front().x;
@@ -152,7 +152,7 @@ void TextLayout::PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMa
     const TextPlace start = content_.PlaceOf(chunk.start);
     const double whole = rail.path.GetLength(), share = AnchorShare(chunk);
     const double begin = rail.offset + (start.hasX ? start.x : 0.0);
-    // Around a closed path goes one turn.
+    // On a closed path, text goes around once.
     const double first = rail.path.IsClosed() ? begin - share * whole : 0.0;
     double along = begin - share * (LengthOf(chunk) - SpaceAtEnd(chunk));
     for (std::size_t i = chunk.first; i < chunk.end; ++i) {
@@ -193,7 +193,7 @@ void TextLayout::BeginSegment(const TextCluster& cluster) {
     endCharacter_ = cluster.end;
 }
 
-// A glyph is shifted across the line, whichever way it is turned.
+// A glyph is shifted across the line, whatever its rotation.
 void TextLayout::PlaceAcross(TextSegment& segment, const Spot& spot) const {
     const TextSpan& span = content_.GetSpans()[segment.span];
     const ORVMathAffine2D dropped =
@@ -209,7 +209,7 @@ void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
         TextSegment& segment = segments_.back();
         const TextSpan& span = content_.GetSpans()[segment.span];
         if (isVertical) {
-            // Lines have the middle of letters' em boxes on them.
+            // In vertical lines, the middle of the em box is on the line.
             const ORVMathAffine2D shifted =
                 ORVMathAffine2D::Translation(spot.at.x + span.shift, spot.at.y) * Rotation(spot.rotation);
             segment.line =
@@ -228,7 +228,7 @@ void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
     lastScale_ = cluster.scale;
     lastEnd_ = spot.at;
     (isVertical ? lastEnd_.y : lastEnd_.x) += cluster.Length();
-    // What is set apart goes on in the same line.
+    // Letter spacing continues on the same line.
     (isVertical ? lastEnd_.y : lastEnd_.x) += cluster.after;
     segment.advance += cluster.after;
 }
@@ -238,7 +238,7 @@ void TextLayout::PutOnRail(const TextCluster& cluster, const TextPath::Place& pl
     BeginSegment(cluster);
     TextSegment& segment = segments_.back();
     const TextSpan& span = content_.GetSpans()[segment.span];
-    // Vertical text has the middle of letters' em boxes on its path, as on a line.
+    // Vertical text has the middle of the em box on its path, as on a line.
     const bool isVertical = content_.IsVertical();
     const ORVMathAffine2D there =
         ORVMathAffine2D::Translation(place.point.x, place.point.y) * Rotation(place.degrees) *
@@ -272,7 +272,7 @@ void TextLayout::AddGlyphs(const TextCluster& cluster, double pen) {
         lastRun_ = cluster.run;
     }
     ORVGlyphRun& run = runs.back();
-    // The segment is stretched as a whole where glyphs stand one below the other.
+    // A segment whose glyphs are stacked is stretched as a whole.
     if (segment.isUpright) pen /= cluster.scale;
     for (std::size_t i = cluster.firstGlyph; i < cluster.endGlyph; ++i) {
         const ORVShapedGlyph& shaped = runs_.GetGlyph(i);
@@ -281,7 +281,7 @@ void TextLayout::AddGlyphs(const TextCluster& cluster, double pen) {
         glyph.x = (segment.isUpright ? 0.0 : pen) + shaped.x * run.expansion;
         glyph.y = (segment.isUpright ? -pen : 0.0) + shaped.y;
         glyph.advance = shaped.advance * run.expansion;
-        // The character, until the segment's text is known.
+        // The character, until the text of the segment is known.
         glyph.textOffset = cluster.first;
         glyph.textLength = i == cluster.firstGlyph ? cluster.end : 0;
         pen += glyph.advance;

@@ -16,34 +16,34 @@ struct TextSegment {
     std::string text;
     ORVTextLayout layout;
     double advance = 0.0;    ///< along the line
-    bool isUpright = false;  ///< glyphs stand one below the other
+    bool isUpright = false;  ///< glyphs are stacked
     bool isShown = true;     ///< false beyond the ends of a path
-    ORVMathAffine2D toUser;  ///< from the layout's space, y up
-    ORVMathAffine2D line;    ///< from x along the line, y up, 0 on the alphabetic baseline
+    ORVMathAffine2D toUser;  ///< from the coordinates of the layout, with y pointing up
+    ORVMathAffine2D line;    ///< along the line (x) and across it (y, upwards from the alphabetic baseline)
 };
 
-/// A text with its glyphs in their places.
+/// A text element with positioned glyphs.
 class TextLayout {
 public:
     /// @param fonts  must outlive the layout
     TextLayout(Scene& scene, TextFonts& fonts) : content_(scene, fonts), runs_(content_) {}
 
-    /// Lays a "text" element out.
-    /// @return false when a text cannot be set as it should: ORVGetTextFailure() tells why
+    /// Lays out a `text` element.
+    /// @return false if a text cannot be set correctly; ORVGetTextFailure() has the reason
     [[nodiscard]] bool LayOut(ElementIndex element, const Style& style, const Viewport& viewport);
 
     const std::vector<TextSegment>& GetSegments() const { return segments_; }
     const TextSpan& GetSpan(std::size_t number) const { return content_.GetSpans()[number]; }
     const TextSpan& SpanOf(const TextSegment& segment) const { return GetSpan(segment.span); }
-    /// The em boxes of all glyphs, in user units.
+    /// Bounding box of the em boxes of all glyphs, in user units.
     ORVMathBox2D GetBox() const;
     ORVMathBox2D BoxOf(const TextSegment& segment) const;
 
 private:
-    /// Where a cluster goes.
+    /// The position of a cluster.
     struct Spot {
-        ORVMathPoint2D at;      // of its pen
-        double rotation = 0.0;  // degrees
+        ORVMathPoint2D at;      // of its origin
+        double rotation = 0.0;  // in degrees
     };
 
     [[nodiscard]] bool LayOutPlain();
@@ -76,8 +76,8 @@ private:
     TextContent content_;
     TextRuns runs_;
     std::vector<TextSegment> segments_;
-    std::vector<std::uint32_t> clusterOf_;  // characters; only where lengths are stated
-    std::vector<ORVMathPoint2D> moves_;     // of a chunk's characters, summed up; empty when there are none
+    std::vector<std::uint32_t> clusterOf_;  // of characters; only if lengths are specified
+    std::vector<ORVMathPoint2D> moves_;  // accumulated for the characters of a chunk; empty if there are none
     // Of the segment that is being filled.
     bool isOpen_ = false;
     Spot lastSpot_;

@@ -10,7 +10,7 @@
 namespace svg2 {
 namespace {
 
-// Chords that a curve is measured by; a quarter of a circle is then a fortieth of a thousandth too short.
+// Number of chords that approximate a curve for measuring; a quarter circle is then too short by 0.0025 %.
 constexpr int kChords = 64;
 
 double Distance(const ORVMathPoint2D& a, const ORVMathPoint2D& b) { return std::hypot(b.x - a.x, b.y - a.y); }
@@ -32,7 +32,7 @@ ORVMathPoint2D TextPath::Piece::DirectionAt(double t) const {
     const ORVMathPoint2D direction{
         a * (points[1].x - points[0].x) + b * (points[2].x - points[1].x) + c * (points[3].x - points[2].x),
         a * (points[1].y - points[0].y) + b * (points[2].y - points[1].y) + c * (points[3].y - points[2].y)};
-    // Where control points coincide, a curve has no direction of its own there.
+    // Where control points coincide, the derivative vanishes.
     return direction.x != 0.0 || direction.y != 0.0 ? direction : along;
 }
 
@@ -99,7 +99,7 @@ void TextPath::AddLine(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
     AddPiece(line);
 }
 
-// What has no length leads nowhere.
+// Segments of zero length have no direction.
 void TextPath::AddPiece(const Piece& piece) {
     const double length = piece.Length();
     if (!(length > 0.0)) return;

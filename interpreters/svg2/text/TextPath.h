@@ -9,28 +9,28 @@
 
 namespace svg2 {
 
-/// An outline that text runs along: places by their distance from its start.
+/// A path for text: maps distances from its start to points and directions.
 class TextPath {
 public:
-    /// @param transform  from the outline's coordinates
+    /// @param transform  from the coordinates of the outline
     void Add(const ORVPrintPath& outline, const ORVMathAffine2D& transform);
-    /// Lets it run the other way.
+    /// Reverses the direction.
     void Reverse();
 
-    /// Length of all lines; 0 when there is nothing that text could run along.
+    /// Total length; 0 if text cannot run along it.
     double GetLength() const { return lengths_.empty() ? 0.0 : lengths_.back(); }
-    /// True for one line that ends where it begins.
+    /// True for a single closed subpath.
     bool IsClosed() const { return isClosed_; }
 
     struct Place {
         ORVMathPoint2D point;
-        double degrees = 0.0;  ///< of the direction in which the path goes on
+        double degrees = 0.0;  ///< direction of the tangent
     };
-    /// @param distance  from 0 to the length, which is not 0
+    /// @param distance  from 0 to the length, which must not be 0
     Place At(double distance) const;
 
 private:
-    /// A straight line, or a curve.
+    /// A line or curve.
     struct Piece {
         std::array<ORVMathPoint2D, 4> points;
         bool isStraight = true;
@@ -44,7 +44,7 @@ private:
     void AddPiece(const Piece& piece);
 
     std::vector<Piece> pieces_;
-    std::vector<double> lengths_;  // up to the end of each piece
+    std::vector<double> lengths_;  // accumulated length at the end of each piece
     bool isClosed_ = false;
 };
 

@@ -12,12 +12,12 @@
 namespace svg2 {
 namespace {
 
-// Stands for no character of the content.
+// Corresponds to no character of the content.
 constexpr std::uint32_t kControl = 0xFFFFFFFF;
-// Small capitals of fonts that have none, as a share of the size.
+// Size of synthesised small capitals, relative to the font size.
 constexpr double kSmallCapitalSize = 0.8;
 
-/// Controls that begin and end what a span's "unicode-bidi" asks for.
+/// Control characters that open and close the embedding requested by unicode-bidi.
 struct Embeddings {
     std::u32string_view open, close;
 };
@@ -34,7 +34,7 @@ Embeddings EmbeddingsOf(const Style& style) {
     return {};
 }
 
-/// Spaces that stand between words.
+/// Spaces that separate words.
 bool SeparatesWords(char32_t c) {
     constexpr char32_t kSeparators[] = {' ', 0xA0, 0x1361, 0x10100, 0x10101, 0x1039F, 0x1091F};
     return std::find(std::begin(kSeparators), std::end(kSeparators), c) != std::end(kSeparators);
@@ -64,13 +64,13 @@ bool TextRuns::ShapePlain(std::u32string_view text, ORVShapedText& shaped) {
     return ORVShapeText(text, {&part, 1}, {&paragraph, 1}, shaped);
 }
 
-// ---- what is shaped ----
+// ---- shaping ----
 
 bool TextRuns::StartsChunk(std::size_t character, std::size_t last) const {
     const TextPlace place = content_.PlaceOf(character);
     const std::size_t path = content_.SpanOf(character).path;
     if (path != content_.SpanOf(last).path) return true;
-    // Along a path, there is one direction to go in.
+    // Text on a path has a single direction.
     return path == TextSpan::kNoPath ? place.IsAbsolute() : place.hasX;
 }
 
@@ -120,13 +120,13 @@ void TextRuns::AddControl(char32_t control) {
 void TextRuns::EndParagraph() {
     if (hasEmbeddings_) CloseEmbeddings(0);
     const Style& style = *content_.SpanOf(chunks_.back().start).style;
-    // The base is that of the whole text; a span's own direction is for what it embeds.
+    // The base direction is that of the whole text; a span's own direction applies to its embedding.
     const Style& base = *content_.GetSpans()[0].style;
     chunks_.back().isRightToLeft = hasEmbeddings_ ? base.isRightToLeft : style.isRightToLeft;
     paragraphs_.push_back({text_.size(), chunks_.back().isRightToLeft});
 }
 
-/// Opens what the spans around a character embed it in, and closes what they do not.
+/// Opens the embeddings of the spans around a character, and closes those it is not in.
 void TextRuns::FollowEmbeddings(std::size_t span) {
     const std::vector<TextSpan>& spans = content_.GetSpans();
     if (!embeddings_.empty() && embeddings_.back().span == span) return;
@@ -178,10 +178,10 @@ bool TextRuns::SynthesizesSmallCaps(const TextSpan& span) const {
     return face && !ORVHasFontFeature(*face, kSmallCapitals);
 }
 
-/// A font that is the same as that before it, or as that of the span around it, is that one: letters join
-/// across spans of one font.
+/// If a font equals that of the preceding character or of the enclosing span, the same object is used, so
+/// that letters join across spans of one font.
 const ORVShapingFont* TextRuns::MakeFont(const TextSpan& span, FontKind kind) {
-    constexpr int kThick = 26;  // of ORVTextStyle
+    constexpr int kThick = 26;  // flags of ORVTextStyle
     OwnFont font;
     AddFeatures(*span.style, font.own);
     font.face = span.font.choice.face;
@@ -232,7 +232,7 @@ void TextRuns::AddClusters(std::size_t number) {
         const std::uint32_t first = glyphs[cluster.firstGlyph].cluster;
         cluster.first = contentOf(first);
         if (cluster.first == kControl) continue;
-        // Clusters follow each other, or precede, so that each ends where another one begins.
+        // Clusters are in ascending or descending order, so each ends where a neighbour begins.
         std::uint32_t last = i < run.endGlyph ? glyphs[i].cluster : run.end;
         if (run.isRightToLeft)
             last = cluster.firstGlyph > run.firstGlyph ? glyphs[cluster.firstGlyph - 1].cluster : run.end;

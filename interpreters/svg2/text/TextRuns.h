@@ -11,36 +11,36 @@
 
 namespace svg2 {
 
-/// Glyphs that stand for characters which cannot be told apart: what is placed as one.
+/// A cluster: glyphs and the characters they stand for, positioned together.
 struct TextCluster {
     std::uint32_t run = 0;                       ///< of the shaped text
-    std::uint32_t firstGlyph = 0, endGlyph = 0;  ///< likewise
-    std::uint32_t first = 0, end = 0;            ///< characters of the content
-    double advance = 0.0;                        ///< along the line, as the font has it
-    double after = 0.0;                          ///< what is set between it and the next one
-    double scale = 1.0;                          ///< of its length
-    std::uint32_t fittedSpan = 0;                ///< span whose length has been fitted, from 1; 0 for none
-    bool isUpright = false;                      ///< stands below others
-    bool continues = false;                      ///< more marks of the cluster before it
+    std::uint32_t firstGlyph = 0, endGlyph = 0;  ///< the same
+    std::uint32_t first = 0, end = 0;            ///< range of characters of the content
+    double advance = 0.0;                        ///< advance along the line, from the font
+    double after = 0.0;                          ///< spacing between it and the next cluster
+    double scale = 1.0;                          ///< factor on its length
+    std::uint32_t fittedSpan = 0;  ///< the span whose length has been adjusted, counted from 1; 0: none
+    bool isUpright = false;        ///< stacked vertically
+    bool continues = false;        ///< further marks of the preceding cluster
     double Length() const { return advance * scale; }
 };
 
-/// Clusters that are placed from one point, in the order in which they are seen.
+/// A chunk: clusters positioned from one anchor point, in visual order.
 struct TextChunk {
-    std::size_t first = 0, end = 0;   ///< clusters
-    std::size_t start = 0, stop = 0;  ///< characters
+    std::size_t first = 0, end = 0;   ///< range of clusters
+    std::size_t start = 0, stop = 0;  ///< range of characters
     bool isRightToLeft = false;
 };
 
-/// The glyphs of a text, not placed yet.
+/// The shaped glyphs of a text element, not yet positioned.
 class TextRuns {
 public:
     explicit TextRuns(const TextContent& content) : content_(content) {}
 
-    /// @return false when the text cannot be set as it should: ORVGetTextFailure() tells why
+    /// @return false if the text cannot be set correctly; ORVGetTextFailure() has the reason
     [[nodiscard]] bool Shape();
 
-    /// Shapes a part of a plain text, see TextContent::IsPlain.
+    /// Shapes part of a plain text, see TextContent::IsPlain.
     [[nodiscard]] bool ShapePlain(std::u32string_view text, ORVShapedText& shaped);
 
     const std::vector<TextChunk>& GetChunks() const { return chunks_; }
@@ -48,12 +48,12 @@ public:
     const std::vector<TextCluster>& GetClusters() const { return clusters_; }
     const ORVShapedRun& RunOf(const TextCluster& cluster) const { return shaped_.runs[cluster.run]; }
     const ORVShapedGlyph& GetGlyph(std::size_t number) const { return shaped_.glyphs[number]; }
-    /// Units an em of a run's glyphs.
+    /// Units per em of a run's glyphs.
     double SizeOf(const ORVShapedRun& run) const { return parts_[run.part].font->size; }
 
 private:
     enum FontKind : std::uint8_t { kAcross, kUpright, kSmallCapital, kKindCount };
-    /// Fonts that a span's characters are shaped in; made when they are needed.
+    /// Fonts of a span's characters, created on demand.
     struct SpanFonts {
         const ORVShapingFont* fonts[kKindCount] = {};
     };
@@ -74,22 +74,22 @@ private:
     void SetApart(const TextChunk& chunk);
 
     const TextContent& content_;
-    std::u32string text_;                    // that is shaped
-    std::vector<std::uint32_t> characters_;  // of the content; empty when they have the same numbers
+    std::u32string text_;                    // the text to shape
+    std::vector<std::uint32_t> characters_;  // index in the content; empty if the numbering is the same
     std::vector<ORVShapingPart> parts_;
     std::vector<ORVShapingParagraph> paragraphs_;
     std::vector<SpanFonts> spanFonts_;
     struct OwnFont : ORVShapingFont {
-        std::vector<ORVFontFeature> own;  // features
+        std::vector<ORVFontFeature> own;  // font features
     };
     std::vector<std::unique_ptr<OwnFont>> fonts_;
-    /// An embedding of text that runs in a certain direction.
+    /// A bidirectional embedding.
     struct Embedding {
         std::size_t span;
-        int controls;  // that close it
+        int controls;  // control characters that close it
         char32_t last[2];
     };
-    std::vector<Embedding> embeddings_;  // that are open
+    std::vector<Embedding> embeddings_;  // open embeddings
     bool hasEmbeddings_ = false;
     ORVShapedText shaped_;
     std::vector<TextCluster> clusters_;

@@ -6,7 +6,8 @@ namespace {
 
 constexpr bool IsBetween(char32_t c, char32_t first, char32_t last) { return c >= first && c <= last; }
 
-/// Blocks in which each capital is followed by its small letter, from an even or from an odd number.
+/// Blocks in which each capital letter is followed by its small letter, starting at an even or an odd code
+/// point.
 bool IsSmallOfPair(char32_t c) {
     const bool isOdd = c % 2 == 1;
     if (IsBetween(c, 0x100, 0x137) || IsBetween(c, 0x14A, 0x177)) return isOdd && c != 0x131;

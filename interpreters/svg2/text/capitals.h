@@ -3,7 +3,8 @@
 
 namespace svg2 {
 
-/// The capital of a small letter of the Latin, Greek or Cyrillic script; any other character itself.
+/// The capital letter for a small letter of the Latin, Greek or Cyrillic script; other characters are
+/// returned unchanged.
 char32_t CapitalOf(char32_t c);
 
 }  // namespace svg2

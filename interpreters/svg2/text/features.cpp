@@ -11,7 +11,7 @@ namespace svg2 {
 namespace {
 
 struct VariantFeature {
-    std::uint32_t variant;  // FontVariant
+    std::uint32_t variant;  // flag of FontVariant
     ORVFontFeature feature;
 };
 
@@ -53,7 +53,7 @@ const VariantFeature kVariantFeatures[] = {
 
 constexpr std::size_t kMostSettings = 64;
 
-/// Adds what "font-feature-settings" lists: tags in quotes, each with a number, "on", "off" or nothing.
+/// Adds the features of "font-feature-settings": quoted tags, each with a number, "on", "off" or nothing.
 void AddSettings(std::string_view text, std::vector<ORVFontFeature>& features) {
     constexpr std::size_t kLetters = 4;
     Scanner scanner(text);
@@ -78,7 +78,7 @@ void AddSettings(std::string_view text, std::vector<ORVFontFeature>& features) {
 
 void AddFeatures(const Style& style, std::vector<ORVFontFeature>& features) {
     if (!style.hasKerning) features.push_back({FeatureTag("kern"), 0});
-    // Letters that are set apart do not become one.
+    // Spaced letters form no ligatures.
     if (style.letterSpacing != Length()) {
         features.push_back({FeatureTag("liga"), 0});
         features.push_back({FeatureTag("clig"), 0});

@@ -9,7 +9,7 @@
 
 namespace svg2 {
 
-/// The number of a feature's or an axis's four letters.
+/// The number of a four-letter tag of a feature or axis.
 constexpr std::uint32_t FeatureTag(const char (&letters)[5]) {
     const auto byte = [&](int i) {
         return static_cast<std::uint32_t>(static_cast<unsigned char>(letters[i]));
@@ -17,7 +17,7 @@ constexpr std::uint32_t FeatureTag(const char (&letters)[5]) {
     return byte(0) << 24U | byte(1) << 16U | byte(2) << 8U | byte(3);
 }
 
-/// Adds the features of fonts that a style asks for, the strongest last.
+/// Adds the font features that a style requests; later ones take precedence.
 void AddFeatures(const Style& style, std::vector<ORVFontFeature>& features);
 
 }  // namespace svg2

@@ -12,7 +12,7 @@ struct Range {
     char32_t first, last;
 };
 
-// Upright characters, and those that are upright with a form of their own, by their blocks.
+// Blocks of upright characters, with and without a vertical form of their own.
 constexpr Range kUpright[] = {
     {0xA7, 0xA7},       {0xA9, 0xA9},       {0xAE, 0xAE},       {0xB1, 0xB1},        {0xBC, 0xBE},
     {0xD7, 0xD7},       {0xF7, 0xF7},       {0x2EA, 0x2EB},     {0x1100, 0x11FF},    {0x1401, 0x167F},
@@ -33,7 +33,7 @@ constexpr Range kUpright[] = {
     {0x1F000, 0x1F7FF}, {0x1F900, 0x1FAFF}, {0x20000, 0x3FFFD}, {0xF0000, 0x10FFFD},
 };
 
-// Brackets, dashes and the like, which run along the line.
+// Brackets, dashes and similar characters, which follow the direction of the line.
 constexpr Range kTurned[] = {
     {0x3008, 0x3011}, {0x3014, 0x301F}, {0x3030, 0x3030}, {0x30A0, 0x30A0}, {0x30FC, 0x30FC},
     {0xFE59, 0xFE5E}, {0xFF08, 0xFF09}, {0xFF1A, 0xFF1B}, {0xFF3B, 0xFF3B}, {0xFF3D, 0xFF3D},

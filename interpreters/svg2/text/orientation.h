@@ -3,9 +3,9 @@
 
 namespace svg2 {
 
-/// Whether a character stands upright in vertical lines (Unicode's UAX 50); others lie on their side.
+/// True if a character is upright in vertical lines (Unicode UAX 50); others are set sideways.
 bool IsUpright(char32_t c);
-/// Whether an upright character needs a form for vertical lines: without one it lies on its side.
+/// True if an upright character needs a vertical form; without one it is set sideways.
 bool NeedsVerticalForm(char32_t c);
 
 }  // namespace svg2

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Texts of one span and one place, which most are: their glyphs need no clusters to be placed by.
+// Text elements with one span and one position, as most are: their glyphs are positioned without clusters.
 
 #include <algorithm>
 #include <cstddef>
@@ -10,12 +10,12 @@
 namespace svg2 {
 namespace {
 
-// Characters that are shaped at once; more are cut at spaces, so that what is shaped takes little memory.
+// Number of characters shaped at once; longer text is split at spaces, which limits memory.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 16U;
-// Nothing below stands for text that is read from right to left.
+// There is no right-to-left text below this code point.
 constexpr char32_t kFirstRightToLeft = 0x590;
 
-/// Where the part that begins at `first` ends.
+/// The end of the part that begins at `first`.
 std::size_t EndOfPart(std::u32string_view text, std::size_t first) {
     if (text.size() - first <= kMostAtOnce) return text.size();
     const std::size_t space = text.rfind(U' ', first + kMostAtOnce - 1);
@@ -64,7 +64,7 @@ void TextLayout::AddPlain(const ORVShapedText& shaped, std::size_t first, std::s
         run.rightToLeft = from.isRightToLeft;
         run.syntheticBold = from.isToBeThickened;
         run.glyphs.reserve(from.endGlyph - from.firstGlyph);
-        std::uint32_t before = from.end;  // cluster to the left, or the run's end
+        std::uint32_t before = from.end;  // position of the next cluster, or the end of the run
         for (std::uint32_t i = from.firstGlyph; i < from.endGlyph; ++i) {
             const ORVShapedGlyph& shape = shaped.glyphs[i];
             ORVGlyph& glyph = run.glyphs.emplace_back();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How texts get the lengths that the document states.
+// Adjusts text to the lengths given by textLength.
 
 #include <algorithm>
 #include <cstddef>
@@ -15,7 +15,7 @@ constexpr double kLeastScale = 1e-6;
 
 }  // namespace
 
-// Inner lengths come first, and are part of what the outer ones find.
+// Inner lengths are applied first, and are part of what the outer ones measure.
 void TextLayout::FitLengths() {
     const std::vector<TextSpan>& spans = content_.GetSpans();
     double length = 0.0;
@@ -39,7 +39,7 @@ bool TextLayout::ReadTextLength(const TextSpan& span, double& length) const {
     return length >= 0.0;
 }
 
-/// The clusters of a span's characters, in the order in which they are seen.
+/// The clusters of a span's characters, in visual order.
 std::vector<std::uint32_t> TextLayout::ClustersOf(const TextSpan& span) const {
     std::vector<std::uint32_t> clusters;
     for (std::size_t i = span.first; i < span.end; ++i)
@@ -62,7 +62,7 @@ double TextLayout::NaturalLength(const std::vector<std::uint32_t>& clusters) con
     return length;
 }
 
-/// Whether a cluster of a left-to-right chunk has another one behind it.
+/// True if another cluster follows in a left-to-right chunk.
 bool TextLayout::IsInsideChunk(std::uint32_t cluster) const {
     const std::vector<TextChunk>& chunks = runs_.GetChunks();
     const auto chunk = std::partition_point(chunks.begin(), chunks.end(),
@@ -70,7 +70,7 @@ bool TextLayout::IsInsideChunk(std::uint32_t cluster) const {
     return chunk != chunks.end() && !chunk->isRightToLeft && cluster + 1 < chunk->end;
 }
 
-/// Puts a difference between clusters; those that an inner length holds together stay together.
+/// Distributes a difference between clusters; those adjusted by an inner length stay together.
 void TextLayout::SpreadOut(const std::vector<std::uint32_t>& numbers, double difference) {
     std::vector<TextCluster>& clusters = runs_.GetClusters();
     const auto endsUnit = [&](std::size_t i) {
@@ -83,7 +83,7 @@ void TextLayout::SpreadOut(const std::vector<std::uint32_t>& numbers, double dif
     if (gaps == 0) return;
     for (std::size_t i = 0; i < numbers.size(); ++i)
         if (endsUnit(i)) clusters[numbers[i]].after += difference / static_cast<double>(gaps);
-    // What follows is as far away as what is inside.
+    // The same space follows the last cluster, inside the chunk.
     if (IsInsideChunk(numbers.back()))
         clusters[numbers.back()].after += difference / static_cast<double>(gaps);
 }
@@ -98,7 +98,7 @@ void TextLayout::FitLength(const TextSpan& span, std::uint32_t number) {
     const std::string_view adjust =
         content_.GetScene().GetDocument().ValueOf(span.element, Name::kLengthAdjust);
     if (adjust == "spacingAndGlyphs") {
-        // Glyphs without any width would be lost: renderers draw them as they are.
+        // Scaling by zero would make the glyphs disappear: other renderers do not scale them.
         if (!(wanted > 0.0)) return;
         const double scale = std::max(wanted / natural, kLeastScale);
         for (const std::uint32_t i : numbers) {
