@@ -5,9 +5,9 @@
 
 class ORVOutput;
 
-/// Writes each page as a PNG picture. A page of black, white and greys alone becomes a grey picture.
+/// Writes each page as a PNG image. Pages that contain only greys become greyscale images.
 class ORVPngGenerator final : public ORVRasterGenerator {
 public:
-    /// @param output  receives one part a page; must outlive the generator
+    /// @param output  receives one part per page; must outlive the generator
     ORVPngGenerator(ORVOutput& output, const ORVRasterOptions& options);
 };

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-/// The format's codes of lengths of matches, which are 3 to 258.
+/// Deflate's length codes, for matches of 3 to 258 bytes.
 struct DeflateLengths {
     std::array<std::uint8_t, 259> codes{};
     std::array<std::uint16_t, 29> bases{};
@@ -22,31 +22,31 @@ struct DeflateLengths {
             for (std::size_t i = 0; i < std::size_t{1} << extraBits[code] && length < codes.size(); ++i)
                 codes[length++] = static_cast<std::uint8_t>(code);
         }
-        // The longest has a code of its own, too, without further bits.
+        // The longest match has a code of its own without extra bits.
         bases[28] = 258;
         codes[258] = 28;
     }
 };
 
-/// A block of a deflate stream with Huffman codes of its own: literals and matches are noted, then written.
+/// A deflate block with dynamic Huffman codes. Literals and matches are collected first, then written.
 class DeflateBlock {
 public:
     static constexpr std::size_t kShortestMatch = 3, kLongestMatch = 258, kWindow = std::size_t{1} << 15U;
     /// Costs are in eighths of a bit.
     static constexpr unsigned int kBit = 8;
 
-    /// Forgets what was noted, and the bits that are left of an earlier stream.
+    /// Discards the tokens, and the pending bits of a previous stream.
     void Begin();
 
     std::size_t GetTokenCount() const { return tokenCount_; }
-    /// Literals, threes of literals and matches that a block has room for.
+    /// Capacity in tokens: literals, triples of literals, and matches.
     static constexpr std::size_t kMostTokens = std::size_t{1} << 15U;
 
     void AddLiteral(std::uint8_t byte) {
         tokens_[tokenCount_++] = kLiteralFlag | byte;
         ++symbolCounts_[byte];
     }
-    /// Three literals, the first in the lowest byte.
+    /// Adds three literals, the first one in the lowest byte.
     void AddThreeLiterals(std::uint32_t bytes) {
         tokens_[tokenCount_++] = bytes & 0xFFFFFFU;
         ++symbolCounts_[bytes & 0xFFU];
@@ -62,7 +62,7 @@ public:
         ++distanceCounts_[DistanceCode(distance)];
     }
 
-    /// A number of matches of the greatest length, one after the other.
+    /// Adds several consecutive matches of the maximum length.
     /// @param count     1 to kMostRepeats
     /// @param distance  1 to 4
     void AddLongestMatches(std::size_t count, std::size_t distance) {
@@ -73,16 +73,16 @@ public:
     }
     static constexpr std::size_t kMostRepeats = (std::size_t{1} << 15U) - 1;
 
-    /// What a literal is likely to take, from what was noted when UpdateCosts was called last.
+    /// The estimated cost of a literal, from the tokens at the last call of UpdateCosts.
     unsigned int CostOfLiteral(std::uint8_t byte) const { return symbolCosts_[byte]; }
     unsigned int CostOfMatch(std::size_t length, std::size_t distance) const {
         return symbolCosts_[kFirstLength + kLengths.codes[length]] + distanceCosts_[DistanceCode(distance)];
     }
     void UpdateCosts();
 
-    /// Appends the block to a stream and forgets what was noted. Up to seven bits stay for the next block.
+    /// Appends the block to a stream and clears it. Up to seven bits are kept for the next block.
     void Write(std::vector<std::uint8_t>& out);
-    /// Ends the stream's piece on a byte, with an empty block.
+    /// Ends the stream on a byte boundary with an empty block.
     void Align(std::vector<std::uint8_t>& out);
 
 private:
@@ -109,7 +109,7 @@ private:
     void WriteTokens(const Codes& codes, BitWriter& writer) const;
     std::size_t CountBits(const Codes& codes) const;
 
-    // Not cleared: a small page needs few.
+    // Not initialised: a small page uses little of it.
     std::unique_ptr<std::uint32_t[]> tokens_ = std::make_unique_for_overwrite<std::uint32_t[]>(kMostTokens);
     std::size_t tokenCount_ = 0;
     std::array<std::uint32_t, kSymbols> symbolCounts_{};

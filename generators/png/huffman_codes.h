@@ -6,15 +6,15 @@
 #include <cstdint>
 #include <span>
 
-/// Lengths of Huffman codes for symbols that occur so often, none longer than `most` bits (at most 15). A
-/// symbol that does not occur gets 0; one that is alone gets 1.
+/// Computes lengths of Huffman codes from symbol counts, none longer than `most` bits (at most 15). Unused
+/// symbols get 0; a single used symbol gets 1.
 void ORVMakeCodeLengths(std::span<const std::uint32_t> counts, unsigned int most,
                         std::span<std::uint8_t> lengths);
 
-/// The canonical codes of such lengths, the first bit being the lowest.
+/// Computes canonical codes from their lengths, first bit in the lowest place.
 void ORVMakeCodes(std::span<const std::uint8_t> lengths, std::span<std::uint16_t> codes);
 
-/// Codes of some symbols.
+/// The codes of an alphabet.
 template <std::size_t kCount>
 struct HuffmanCodes {
     std::array<std::uint8_t, kCount> lengths{};

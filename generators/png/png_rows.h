@@ -10,20 +10,20 @@
 #include "generators/png/deflate_block.h"
 #include "generators/raster/ORVBandSink.h"
 
-/// Compresses rows of pixels as a piece of a deflate stream. It looks for what drawings consist of: pixels
-/// that repeat the one to the left, rows that repeat the one above, and pixels that occurred not long ago.
-/// The same rows always become the same bytes. An object keeps its memory and serves one thread.
+/// Compresses rows of pixels to a piece of a deflate stream, optimised for drawings: it looks for runs of a
+/// pixel, for repetitions of the row above, and for recently used pixels. Deterministic. An object reuses its
+/// memory and must be used by one thread at a time.
 class PngRows {
 public:
-    /// Bytes behind the last row that may be read, and do not count.
+    /// Bytes after the last row that may be read; their values do not matter.
     static constexpr std::size_t kTail = RasterBand::kTail;
 
-    /// Appends a piece that ends on a byte and refers to nothing before it.
-    /// @param rows        rows of rowBytes bytes, each of its filter and its pixels; kTail bytes of memory
-    /// follow
-    /// @param pixelBytes  3, or 1 for all other pixels
-    /// @param isDrawn     of each row: 0 when all its pixels are known to be equal; none when nothing is
-    /// known. It saves time and changes nothing
+    /// Compresses rows to a piece of a deflate stream that ends on a byte boundary and refers to nothing
+    /// before it.
+    /// @param rows        rows of rowBytes bytes: the filter byte and the pixels; kTail readable bytes follow
+    /// @param pixelBytes  3, or 1 for all other formats
+    /// @param isDrawn     for each row, 0 if all its pixels are known to be equal; empty if unknown. Affects
+    ///         the speed only
     void Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes, std::size_t pixelBytes,
                   std::span<const std::uint8_t> isDrawn, std::vector<std::uint8_t>& out);
 
@@ -33,7 +33,7 @@ private:
 
     struct Match {
         std::size_t length = 0, distance = 0;
-        int gain = 0;  // against literals, in eighths of a bit
+        int gain = 0;  // saving over literals, in eighths of a bit
     };
 
     template <std::size_t kPixel>
@@ -57,11 +57,11 @@ private:
 
     const std::uint8_t* bytes_ = nullptr;
     std::size_t size_ = 0, rowBytes_ = 0;
-    bool hasWide_ = false;        // vectors of 32 bytes
-    std::size_t firstPixel_ = 0;  // of the row
+    bool hasWide_ = false;        // in vectors of 32 bytes
+    std::size_t firstPixel_ = 0;  // of the current row
     DeflateBlock block_;
     std::size_t nextUpdate_ = 0;
     std::vector<std::uint8_t>* out_ = nullptr;
-    // Where some bytes and a pixel of a hash were seen last.
+    // The last position of a byte sequence with a certain hash, and of a pixel.
     Places places_{}, pixelPlaces_{};
 };

@@ -13,8 +13,8 @@
 
 class ORVOutput;
 
-/// Writes pages as PNG files. The rows of a band are compressed by the thread that drew them, as a piece of
-/// the picture's one stream of compressed data, and become a chunk of it.
+/// Writes pages as PNG files. The thread that renders a band also compresses it, to a piece of the image's
+/// zlib stream, which becomes an IDAT chunk.
 class PngSink final : public ORVBandSink {
 public:
     /// @param output  must outlive the sink
@@ -38,7 +38,7 @@ private:
     std::uint32_t adler_ = 1;
     bool isOpen_ = false, failed_ = false;
 
-    // A white band is compressed once.
+    // A white band is compressed only once.
     mutable std::mutex blankMutex_;
     mutable std::vector<std::uint8_t> blank_;
 };

@@ -7,20 +7,20 @@
 #include <utility>
 #include <vector>
 
-/// Names with values, as a query or header has them.
+/// Name-value pairs of a query or of headers.
 using HttpWords = std::vector<std::pair<std::string, std::string>>;
 
-/// What a client asks for.
+/// A request.
 struct HttpRequest {
-    std::uint64_t id = 0;  ///< of no other request
+    std::uint64_t id = 0;  ///< unique among all requests
     std::string method, path;
     HttpWords query;                         ///< decoded
-    std::string contentType, contentCoding;  ///< in lower case, without parameters; empty when not said
-    std::uint64_t length = 0;                ///< of the body in bytes, as announced; 0 when it was not
+    std::string contentType, contentCoding;  ///< in lower case, without parameters; empty if absent
+    std::uint64_t length = 0;                ///< announced size of the body in bytes; 0 if unknown
     std::string body;
 };
 
-/// What it is answered.
+/// A response.
 struct HttpAnswer {
     int status = 200;
     std::string contentType;
@@ -28,7 +28,7 @@ struct HttpAnswer {
     std::string body;
 };
 
-/// Whoever answers requests. The front calls it from within its own calls, in the same thread.
+/// Handles requests. Called by the front, in the thread that runs it.
 class HttpUser {
 public:
     HttpUser() = default;
@@ -36,29 +36,32 @@ public:
     HttpUser(const HttpUser&) = delete;
     HttpUser& operator=(const HttpUser&) = delete;
 
-    /// The head of a request has come. @return whether its body is wanted; else it is answered at once
+    /// The head of a request has arrived.
+    /// @return whether its body is wanted; if not, the request is answered at once
     virtual bool MayCome(const HttpRequest& head, HttpAnswer& refusal) = 0;
-    /// More of a body has come. @return whether there is room for it, which then counts as held; else the
-    /// request is answered so when it is over
-    /// @param more   bytes that have come
-    /// @param total  of the body with them
+    /// Part of a body has arrived.
+    /// @return whether it fits into the memory for bodies, to which it is then added; if not, the request is
+    ///         refused at its end
+    /// @param more   bytes that arrived
+    /// @param total  size of the body so far
     virtual bool MayGrow(std::size_t more, std::size_t total, HttpAnswer& refusal) = 0;
-    /// A request is complete. It is answered with HttpFront::Answer, now or later.
+    /// A request is complete. Answer it with HttpFront::Answer, now or later.
     virtual void Take(HttpRequest request) = 0;
-    /// The client of a request went away that has no answer yet; it gets none.
+    /// The client of an unanswered request has disconnected; do not answer it.
     virtual void Leave(std::uint64_t id) = 0;
-    /// Bytes of a body, or of an answer's body, are held no more.
+    /// Bytes of a request body or response body have been released.
     virtual void Release(std::size_t bytes) = 0;
 };
 
 struct HttpSettings {
     std::uint64_t mostBodyBytes = 0;
     unsigned int mostConnections = 0;
-    /// Seconds for a request to come, or for a client to take anything of an answer.
+    /// Seconds to wait for a request, or for a client to read any part of a response.
     unsigned int patience = 0;
 };
 
-/// HTTP over sockets that listen. All happens within the calls of one thread; there is no other.
+/// An HTTP server on listening sockets. All its work is done inside calls from one thread; it has no threads
+/// of its own.
 class HttpFront {
 public:
     HttpFront() = default;
@@ -66,27 +69,27 @@ public:
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
 
-    /// @param sockets  that listen; they stay the caller's
+    /// @param sockets  listening sockets, owned by the caller
     /// @return false with an error
     virtual bool Start(const std::vector<int>& sockets, const HttpSettings& settings, HttpUser& user,
                        std::string& error) = 0;
-    /// Can be read when there is something to do.
+    /// A descriptor that becomes readable when there is work.
     virtual int GetDescriptor() const = 0;
-    /// Milliseconds after which there is something to do all the same; -1 for never.
+    /// Milliseconds until there is work in any case; -1: never.
     virtual int GetTimeout() const = 0;
-    /// Does what there is to do.
+    /// Does all pending work.
     virtual void Run() = 0;
-    /// Answers a request that was taken; one whose client is gone is passed over.
+    /// Answers a request; ignored if its client has disconnected.
     virtual void Answer(std::uint64_t id, HttpAnswer answer) = 0;
-    /// Takes the connections that wait, and no more.
+    /// Accepts the pending connections, and no more after that.
     virtual void StopListening() = 0;
-    /// Requests that are coming, wait, or are being answered.
+    /// Number of requests being received, waiting, or being answered.
     virtual std::size_t CountRequests() const = 0;
     virtual std::size_t CountConnections() const = 0;
 };
 
-/// The module that knows the library of HTTP, and what it exports: a function without arguments that returns
-/// a new front, or null when out of memory.
+/// The module that links libmicrohttpd, and the function that it exports: it takes no arguments and returns a
+/// new front, or null when out of memory.
 inline constexpr const char* kServeModule = "liborvserve.so";
 inline constexpr const char* kServeFactory = "ORVCreateHttpFront";
 using HttpFrontFactory = HttpFront* (*)();

@@ -19,17 +19,17 @@
 #include "apps/orvprint/serve/service_metrics.h"
 #include "apps/orvprint/serve/worker_link.h"
 
-/// Takes requests, queues them, gives them to workers, and answers them. One thread does it all, and waits
-/// for nobody in particular.
+/// Receives requests, queues them, passes them to workers, and answers them. Runs in one thread, which never
+/// blocks on a single client or worker.
 class PrintService final : private HttpUser {
 public:
-    /// All outlive the service.
+    /// The arguments must outlive the service.
     PrintService(const ServeSettings& settings, ForkServer& forks, HttpFront& front);
 
-    /// Serves until a signal ends it and what was accepted is answered.
-    /// @param sockets  that listen
-    /// @param places   what messages call them
-    /// @return an exit code; a failure was reported
+    /// Serves until a signal ends it and all accepted jobs have been answered.
+    /// @param sockets  listening sockets
+    /// @param places   their names in messages
+    /// @return an exit code; a failure has been reported
     int Run(const std::vector<int>& sockets, const std::string& places);
 
 private:
@@ -39,22 +39,23 @@ private:
         HttpRequest request;
         JobHead head;
         std::string words;
-        std::string name;  // of the drawing, for the log
+        std::string name;  // name of the drawing, for the log
         Clock::time_point came, begun;
         unsigned int attempts = 0;
-        bool isLeft = false;  // its client is gone
+        bool isLeft = false;  // its client has disconnected
     };
 
-    /// A place for a worker, and what is known of the one in it.
+    /// A slot for a worker, with the state of the current one.
     struct Slot {
         WorkerLink link;
         std::unique_ptr<Job> job;
         Clock::time_point deadline = Clock::time_point::max();
-        bool isTimeUp = false;                                 // it was ended for that
-        Clock::time_point startAt = Clock::time_point::max();  // of the next worker, after a failure
+        bool isTimeUp = false;  // why it was ended
+        // time at which the next worker may start after a failure
+        Clock::time_point startAt = Clock::time_point::max();
     };
 
-    // ---- as the front calls it ----
+    // ---- called by the front ----
     bool MayCome(const HttpRequest& head, HttpAnswer& refusal) override;
     bool MayGrow(std::size_t more, std::size_t total, HttpAnswer& refusal) override;
     void Take(HttpRequest request) override;
@@ -101,9 +102,9 @@ private:
     std::uint64_t lastWorker_ = 0;
     std::size_t heldBytes_ = 0;
     std::string places_;
-    unsigned int failedStarts_ = 0;  // one after the other
+    unsigned int failedStarts_ = 0;  // in rotation
     bool hasServed_ = false;         // a worker has become ready
     bool isStopping_ = false, isLost_ = false;
-    Clock::time_point lastMoment_ = Clock::time_point::max();  // of a stop
+    Clock::time_point lastMoment_ = Clock::time_point::max();  // that stopped the service
     std::string failure_;                                      // why no worker starts
 };

@@ -6,14 +6,16 @@
 #include <cstdint>
 #include <functional>
 
-/// A process that starts others for this one. It is forked while this one is small and knows nothing of any
-/// client, so that what it starts knows nothing of them either, and has one thread, so that it may fork at
-/// any time. It and all that it started end with this process, however that ends.
+/// A process that forks others on request. It is forked early, while this process is small and has seen no
+/// client data, so that no child inherits any; it has a single thread, so that it can fork at any time. It
+/// and all its children end with this process, for whatever reason.
 class ForkServer {
 public:
-    /// What a child does: it gets its socket, and its standard error is a pipe already. @return an exit code
+    /// The child's code: it gets its socket; its standard error is already a pipe.
+    /// @return an exit code
     using Child = std::function<int(int socket)>;
-    /// Done once in the process that forks. @return an exit code; anything but 0 ends it
+    /// Runs once in the forking process.
+    /// @return an exit code; any code but 0 ends it
     using Preparation = std::function<int()>;
 
     ForkServer() = default;
@@ -21,26 +23,28 @@ public:
     ForkServer(const ForkServer&) = delete;
     ForkServer& operator=(const ForkServer&) = delete;
 
-    /// Starts the process. @return false with errno
+    /// Starts the process.
+    /// @return false with errno
     bool Start(const Preparation& prepare, const Child& child);
     /// Starts a child.
-    /// @param id      of no other child
-    /// @param socket  becomes the child's
+    /// @param id      unique number of the child
+    /// @param socket  passed to the child
     /// @param errors  pipe that becomes its standard error
     bool Spawn(std::uint64_t id, int socket, int errors);
-    /// Ends a child at once, if it has not ended.
+    /// Kills a child unless it has ended.
     bool Kill(std::uint64_t id);
 
-    /// Can be read when a child has ended, or the process has.
+    /// A descriptor that becomes readable when a child or the process has ended.
     int GetDescriptor() const { return control_; }
     struct End {
         std::uint64_t id = 0;
-        int status = 0;  ///< as waitpid has it
+        int status = 0;  ///< as from waitpid
     };
     enum class News { kEnd, kNone, kLost };
-    /// What has happened. kLost: there will be no more children.
+    /// The next event. kLost: the process is gone, and no more children can be started.
     News Take(End& end) const;
-    /// Waits until the process is ready to fork. @return its exit code when it ended instead, else 0
+    /// Waits until the process is ready to fork.
+    /// @return 0, or its exit code if it ended instead
     int WaitUntilReady();
 
 private:

@@ -7,14 +7,14 @@
 #include "apps/orvprint/serve/HttpFront.h"
 #include "apps/orvprint/serve/serve_settings.h"
 
-/// A job as its query has it.
+/// A job, from the query of its request.
 struct ServeJob {
     PrintOptions print;  ///< from standard input to standard output
-    std::string name;    ///< what messages call the drawing
+    std::string name;    ///< name of the drawing in messages
     bool countsFindings = false;
 };
 
-/// Makes a job of the words of a query. Limits can be lowered, and nothing be asked for that is the service's
-/// to decide, such as files that drawings may read.
-/// @return an exit code; a failure was reported
+/// Parses the query of a request. It may lower limits, but not set what the service decides, such as files
+/// that drawings may read.
+/// @return an exit code; a failure has been reported
 int ReadJobWords(const HttpWords& words, const ServeSettings& settings, ServeJob& job);

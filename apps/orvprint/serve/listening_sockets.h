@@ -6,7 +6,7 @@
 
 #include "apps/orvprint/serve/serve_settings.h"
 
-/// The sockets that a service listens on. A Unix socket's name goes away with the object.
+/// The listening sockets of a service. The file of a Unix socket is removed with the object.
 class ListeningSockets {
 public:
     ListeningSockets() = default;
@@ -14,12 +14,12 @@ public:
     ListeningSockets(const ListeningSockets&) = delete;
     ListeningSockets& operator=(const ListeningSockets&) = delete;
 
-    /// Opens what the settings name, or takes what the system handed over.
-    /// @return an exit code; a failure was reported
+    /// Opens the sockets in the settings, or takes those passed by systemd.
+    /// @return an exit code; a failure has been reported
     int Open(const ServeSettings& settings);
 
     const std::vector<int>& GetDescriptors() const { return descriptors_; }
-    /// What messages call them, with the port that the system chose.
+    /// Their names in messages, with the port number that the system chose.
     const std::string& GetPlaces() const { return places_; }
 
 private:
@@ -30,6 +30,6 @@ private:
 
     std::vector<int> descriptors_;
     std::string places_;
-    std::string path_;  // of our own socket
-    int lock_ = -1;     // held while it is ours
+    std::string path_;  // file of our own socket
+    int lock_ = -1;     // lock held while the socket is ours
 };

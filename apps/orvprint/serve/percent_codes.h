@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-/// A text with bytes written as "%XX", as addresses and headers take it.
-/// @param isPlain  whether a character stands for itself; never asked for "%", which does not
+/// Encodes bytes as "%XX", as in URLs and headers.
+/// @param isPlain  whether a character is left as it is; not called for "%", which is always encoded
 std::string EncodePercent(std::string_view text, bool (*isPlain)(char c));
 
-/// The text that was encoded; a "%" without two hexadecimal digits stays.
+/// Decodes a text; a "%" without two hexadecimal digits is left as it is.
 std::string DecodePercent(std::string_view text);

@@ -5,9 +5,9 @@
 
 class CommandOptions;
 
-/// Adds the service's own options to its command, and puts values that suit a service in the place of usual
-/// ones.
+/// Adds the options of the service to its command, and sets defaults that suit a service.
 void AddServeOptions(CommandOptions& command, ServeSettings& settings);
 
-/// Serves until a signal ends it. @return an exit code; a failure was reported
+/// Serves until a signal ends it.
+/// @return an exit code; a failure has been reported
 int RunServe(ServeSettings settings);

@@ -8,18 +8,20 @@
 #include "apps/orvprint/serve/job_words.h"
 #include "apps/orvprint/serve/serve_settings.h"
 
-/// Reads interpreters, fonts and what else every job needs, so that workers that are forked from this process
-/// have it. @return an exit code; a failure was reported
+/// Loads interpreters, fonts and everything else that every job needs, so that workers forked from this
+/// process inherit it.
+/// @return an exit code; a failure has been reported
 int WarmUp(const ServeSettings& settings);
 
-/// A process that prints what it is sent, one job after the other, with few rights. Its standard input and
-/// output become memory, its standard error is the service's to read.
+/// A sandboxed process that prints one job after the other. Its standard input and output are in memory; the
+/// service reads its standard error.
 class ServeWorker {
 public:
     /// @param service  socket to the service
     ServeWorker(const ServeSettings& settings, int service) : settings_(settings), service_(service) {}
 
-    /// Does jobs until there are no more. @return an exit code; a failure was reported
+    /// Runs jobs until the service closes the socket.
+    /// @return an exit code; a failure has been reported
     int Live();
 
 private:

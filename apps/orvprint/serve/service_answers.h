@@ -8,25 +8,25 @@
 #include "apps/orvprint/serve/HttpFront.h"
 #include "apps/orvprint/serve/job_protocol.h"
 
-// What the service says in HTTP.
+// The HTTP responses of the service.
 
-/// Why a job has no document, besides its exit code.
+/// Why a job has no document, in addition to its exit code.
 enum class JobFault { kNone, kOutOfMemory, kTime, kWorker };
 
-/// The status of a job by its exit code.
+/// The HTTP status for an exit code.
 int StatusOf(int code, JobFault fault);
 
-/// The answer that says why there is no document: code and message as JSON.
-/// @param lines  what the command would have written to standard error; the first says why
+/// The response to a failed job: code and message as JSON.
+/// @param lines  the command's messages; the first one is the reason
 HttpAnswer MakeFailure(int status, int code, const std::vector<std::string>& lines);
 HttpAnswer MakeFailure(int status, int code, const std::string& message);
 
-/// The answer to a job that was done.
+/// The response to a successful job.
 /// @param lines  notes
 HttpAnswer MakeDocument(const AnswerHead& head, std::string body, const std::vector<std::string>& lines);
 
-/// The lines of a worker's standard error, without the command's name before them.
+/// Splits a worker's standard error into lines without the command's name.
 std::vector<std::string> LinesOf(const std::string& text);
 
-/// Whether a request says that its body may be a drawing.
+/// True if the content type of a request may be that of a drawing.
 bool IsDrawingType(const std::string& type);

@@ -5,14 +5,14 @@
 #include <string>
 #include <string_view>
 
-/// The service's log: a line of JSON each on standard error. Whoever reads it slowly loses lines, which are
-/// counted, and holds nobody up.
+/// The service's log: JSON lines on standard error. If they are not read fast enough, lines are dropped and
+/// counted; logging never blocks.
 class ServiceLog {
 public:
     struct Job {
         std::uint64_t id = 0;
         std::string path, name;
-        int status = 0;  ///< of HTTP; 0 when the client was gone
+        int status = 0;  ///< HTTP status; 0 if the client had disconnected
         int code = 0;
         std::size_t received = 0, sent = 0;  ///< bytes
         double waited = 0.0, worked = 0.0;   ///< seconds
@@ -20,7 +20,7 @@ public:
         std::string message;
     };
     void Write(const Job& job);
-    /// Something else that happened.
+    /// Logs any other event.
     /// @param level  "info" or "error"
     void Write(const char* level, std::string_view event, const std::string& message);
 

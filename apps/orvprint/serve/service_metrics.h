@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-/// What the service counts, as Prometheus takes it.
+/// The metrics of the service, in the text format of Prometheus.
 class ServiceMetrics {
 public:
     /// A job was answered.
@@ -16,11 +16,11 @@ public:
     void AddAnswer(int status) { ++answers_[status]; }
     void AddCancelled() { ++cancelled_; }
     void AddRetry() { ++retries_; }
-    /// A worker took the place of another.
+    /// A worker was replaced.
     /// @param reason  "age", "limit", "memory", "time", "cancelled" or "crash"
     void AddRestart(const char* reason) { ++restarts_[reason]; }
 
-    /// What is so at this moment.
+    /// Current values.
     struct State {
         std::size_t queued = 0, workers = 0, busy = 0, connections = 0;
         std::size_t heldBytes = 0;
@@ -28,11 +28,11 @@ public:
     };
     std::string Write(const State& state) const;
 
-    /// Seconds that a job takes a worker, on average over the last ones.
+    /// Average seconds that recent jobs took.
     double GetMeanSeconds() const { return mean_; }
 
 private:
-    /// Seconds, as Prometheus has histograms.
+    /// A histogram of seconds.
     struct Histogram {
         static constexpr std::array kBounds{0.001, 0.0025, 0.005, 0.01, 0.025, 0.05, 0.1,
                                             0.25,  0.5,    1.0,   2.5,  5.0,   10.0, 30.0};

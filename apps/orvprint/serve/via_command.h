@@ -10,11 +10,11 @@ namespace CLI {
 class App;
 }
 
-/// The options that were given as the words of a service's query.
-/// @return an exit code; an option that says nothing to a service was reported
+/// Turns the given options into the query of a service.
+/// @return an exit code; an option that has no meaning for a service has been reported
 int MakeQuery(const CLI::App& app, const PrintOptions& options, HttpWords& words);
 
-/// Has a service print, and puts what comes back into the output.
+/// Prints through a service and writes the result to the output.
 /// @param place  path of its socket, or HOST:PORT
-/// @return the exit code that printing here would have had; a failure was reported
+/// @return the exit code that printing here would have; a failure has been reported
 int PrintVia(const std::string& place, const PrintOptions& options, const HttpWords& words);

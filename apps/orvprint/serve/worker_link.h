@@ -10,7 +10,7 @@
 #include "apps/orvprint/serve/fork_server.h"
 #include "apps/orvprint/serve/job_protocol.h"
 
-/// The service's end of a worker. It never waits: what a worker does not take or give stays where it is.
+/// The service's connection to a worker. Never blocks: pending data stays buffered.
 class WorkerLink {
 public:
     enum class State { kNone, kStarting, kIdle, kBusy };
@@ -21,30 +21,32 @@ public:
     WorkerLink(const WorkerLink&) = delete;
     WorkerLink& operator=(const WorkerLink&) = delete;
 
-    /// Has a worker started. One that was there ends by itself when it is idle. @return false with errno
+    /// Asks for a new worker. The previous one ends when it is idle.
+    /// @return false with errno
     bool Start(ForkServer& server, std::uint64_t id);
-    /// Lets go of the worker.
+    /// Closes the connection.
     void Close();
 
     std::uint64_t GetId() const { return id_; }
     State GetState() const { return state_; }
     unsigned int GetJobCount() const { return jobCount_; }
 
-    /// Gives a job to an idle worker.
-    /// @param body  stays where it is until there is an answer
+    /// Sends a job to an idle worker.
+    /// @param body  must stay valid until there is an answer
     void Give(const JobHead& head, const std::string& words, const std::string& body);
     int GetDescriptor() const { return socket_; }
     int GetErrorDescriptor() const { return errors_; }
-    /// What to poll for.
+    /// Events to poll for.
     short GetEvents() const;
-    /// Goes on. @return whether there is an answer
+    /// Continues sending and receiving.
+    /// @return whether the answer is complete
     bool Pump();
-    /// Takes what the worker wrote to standard error.
+    /// Reads what the worker has written to standard error.
     void PumpErrors();
 
     const AnswerHead& GetAnswer() const { return answer_; }
     std::string TakeBody() { return std::move(body_); }
-    /// Lines without their ends, of the job at work.
+    /// Messages about the current job, one line each.
     std::string TakeErrors();
 
 private:
@@ -61,6 +63,6 @@ private:
     const std::string* outBody_ = nullptr;
     std::size_t written_ = 0;
     AnswerHead answer_;
-    std::size_t headBytes_ = 0, bodyBytes_ = 0;  // come so far
+    std::size_t headBytes_ = 0, bodyBytes_ = 0;  // received so far
     std::string body_, text_;
 };
