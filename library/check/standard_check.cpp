@@ -19,6 +19,7 @@
 #include "interpreters/svg2/values/scanner.h"
 #include "library/check/document_order.h"
 #include "library/check/finding_writer.h"
+#include "library/check/text_set.h"
 #include "library/check/unread_properties.h"
 #include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
@@ -32,10 +33,6 @@ using svg2::kNoElement;
 using svg2::Name;
 using svg2::Style;
 using svg2::Tag;
-
-bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> texts) {
-    return std::find(texts.begin(), texts.end(), text) != texts.end();
-}
 
 std::string_view LocalName(std::string_view name) {
     const std::size_t colon = name.find(':');

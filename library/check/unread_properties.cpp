@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "library/check/unread_properties.h"
 
-#include <algorithm>
 #include <initializer_list>
 
 #include "interpreters/svg2/css/selectors.h"
 #include "interpreters/svg2/values/colour.h"
 #include "interpreters/svg2/values/scanner.h"
+#include "library/check/text_set.h"
 
 namespace {
-
-bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> texts) {
-    return std::find(texts.begin(), texts.end(), text) != texts.end();
-}
 
 /// Properties that are not supported here, and values of them that have no effect.
 struct UnreadProperty {

@@ -189,6 +189,7 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<style>@container (width > 1px){rect{fill:red}}</style>", "style-sheet (1)"},
         {"<style>g{@scope (a){rect{fill:red}}}</style>", "style-sheet (1)"},
         {"<style>rect,%{fill:red}</style>", "cannot be read as selectors"},
+        {"<style>rect:unheard{fill:red}</style>", "cannot be read as selectors"},
         {"<style>@keyframes a{from{fill:red}}</style>", "animation (1)"},
         {"<style>@font-face{font-family:a;src:url(a.ttf)}</style>", "style-sheet (1)"},
         {"<style>@font-face{font-family:a;src:url(data:font/ttf;base64,AAEAAAAB)}</style>",
@@ -232,6 +233,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
     for (const char* content : {
              "<linearGradient id='g'><stop/></linearGradient><rect fill='url(#g)'/>",
              "<style>rect{fill:red}</style><rect/>",
+             "<style>a:hover,a::before,a::-moz-selection{fill:red}</style>",
              "<style>@charset 'utf-8'; @layer a; @supports "
              "(fill:red){g{rect{fill:red}}}</style><g><rect/></g>",
              "<text font-family='DejaVu Sans'><tspan dy='1'>a</tspan></text>",

@@ -2,7 +2,7 @@
 #include "interpreters/svg2/css/selectors.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "interpreters/svg2/css/declarations.h"
@@ -273,6 +273,34 @@ constexpr PseudoClass kPseudoClasses[] = {
     {"scope", Kind::kRoot, 0},
 };
 
+/// Pseudo-classes and pseudo-elements that never match in print: states of interaction and of forms, and
+/// generated content.
+constexpr std::string_view kNeverInPrint[] = {"active",         "after",         "autofill",
+                                              "backdrop",       "before",        "blank",
+                                              "buffering",      "checked",       "cue",
+                                              "current",        "default",       "disabled",
+                                              "enabled",        "first-letter",  "first-line",
+                                              "focus",          "focus-visible", "focus-within",
+                                              "fullscreen",     "future",        "grammar-error",
+                                              "highlight",      "host",          "host-context",
+                                              "hover",          "in-range",      "indeterminate",
+                                              "invalid",        "marker",        "modal",
+                                              "muted",          "open",          "optional",
+                                              "out-of-range",   "part",          "past",
+                                              "paused",         "placeholder",   "placeholder-shown",
+                                              "playing",        "popover-open",  "read-write",
+                                              "required",       "selection",     "slotted",
+                                              "spelling-error", "state",         "target",
+                                              "target-text",    "target-within", "user-invalid",
+                                              "user-valid",     "valid",         "visited"};
+
+/// False for names that do not exist, which make a list of selectors invalid. Names of vendors all exist.
+bool IsNeverInPrint(std::string_view name) {
+    return name.starts_with('-') ||
+           std::any_of(std::begin(kNeverInPrint), std::end(kNeverInPrint),
+                       [name](std::string_view known) { return EqualsIgnoringCase(name, known); });
+}
+
 constexpr std::pair<std::string_view, Kind> kPlaceFunctions[] = {
     {"nth-child", Kind::kNthChild},
     {"nth-last-child", Kind::kNthLastChild},
@@ -286,9 +314,22 @@ constexpr std::pair<std::string_view, Kind> kListFunctions[] = {
 bool SelectorReader::ReadAlternatives(std::string_view inside, SelectorTest& test, std::uint32_t& greatest,
                                       bool isOfHas) {
     std::vector<Selector> alternatives;
-    SelectorReader reader(inside, context_, depth_ + 1, isOfHas);
-    if (!reader.ReadList(alternatives)) return false;
-    refersToParents_ = refersToParents_ || reader.RefersToParents();
+    const auto readList = [&](std::string_view list) {
+        SelectorReader reader(list, context_, depth_ + 1, isOfHas);
+        if (!reader.ReadList(alternatives)) return false;
+        refersToParents_ = refersToParents_ || reader.RefersToParents();
+        return true;
+    };
+    if (test.kind == Kind::kIs) {
+        // Invalid selectors are left out of this list, and do not invalidate it.
+        Scanner parts(inside);
+        do {
+            const std::size_t count = alternatives.size();
+            if (!readList(parts.TakeUntil(","))) alternatives.resize(count);
+        } while (parts.Take(','));
+    } else if (!readList(inside)) {
+        return false;
+    }
     greatest = GreatestSpecificity(alternatives);
     test.alternatives = std::make_shared<const std::vector<Selector>>(std::move(alternatives));
     return true;
@@ -329,8 +370,7 @@ bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside
         return true;
     }
     specificity += kOfClass;
-    // other functional pseudo-classes never match in print
-    if (!EqualsIgnoringCase(name, "lang")) return true;
+    if (!EqualsIgnoringCase(name, "lang")) return IsNeverInPrint(name);
     test.kind = Kind::kLang;
     test.value = Trim(inside);
     return !test.value.empty();
@@ -351,7 +391,9 @@ bool SelectorReader::ReadPseudoClass(CompoundSelector& compound, std::uint32_t& 
             test.kind = row.kind;
             test.offset = row.offset;
         }
-        if (!isElement && EqualsIgnoringCase(name, "only-child")) {
+        const bool isOnlyChild = !isElement && EqualsIgnoringCase(name, "only-child");
+        if (test.kind == Kind::kNothing && !isOnlyChild && !IsNeverInPrint(name)) return false;
+        if (isOnlyChild) {
             SelectorTest first;
             first.kind = Kind::kNthChild;
             first.offset = 1;
