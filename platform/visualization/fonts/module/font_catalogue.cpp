@@ -58,7 +58,9 @@ void CatalogueDelete::operator()(const ORVFont* font) const {
 }
 
 void FontCatalogue::AddInstalledFonts() {
-    for (InstalledFace& face : FindInstalledFaces(mayUseIndex)) {
+    InstalledFaces installed = FindInstalledFaces(mayUseIndex);
+    indexHeader_ = std::move(installed.indexHeader);
+    for (InstalledFace& face : installed.faces) {
         std::string name = UniqueName(face.path, face.index);
         CatalogueEntry entry;
         entry.foundry = std::move(face.foundry);
@@ -236,9 +238,15 @@ const CatalogueEntry& FontCatalogue::NearestFace(const CatalogueEntry& entry, in
     return *nearest;
 }
 
-const CatalogueEntry* FontCatalogue::EntryOf(FcPattern* pattern) const {
+const CatalogueEntry* FontCatalogue::EntryOf(FcPattern* pattern) const { return EntryOf(FileKey(pattern)); }
+
+const CatalogueEntry* FontCatalogue::EntryOf(std::string_view path, unsigned int index) const {
+    return EntryOf(FileKey(path, index));
+}
+
+const CatalogueEntry* FontCatalogue::EntryOf(const std::string& fileKey) const {
     const std::shared_lock lock(mutex_);
-    const auto found = byFile_.find(FileKey(pattern));
+    const auto found = byFile_.find(fileKey);
     return found == byFile_.end() ? nullptr : found->second;
 }
 

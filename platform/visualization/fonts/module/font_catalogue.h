@@ -51,6 +51,10 @@ public:
     const CatalogueEntry& NearestFace(const CatalogueEntry& entry, int slant, int width, int weight) const;
     /// The entry that a fontconfig pattern describes; null when it is not an outline font.
     const CatalogueEntry* EntryOf(FcPattern* pattern) const;
+    /// The entry of a file's face; null when there is none.
+    const CatalogueEntry* EntryOf(std::string_view path, unsigned int index) const;
+    /// The header of the face index that describes the installed fonts; empty when none does.
+    const std::string& GetIndexHeader() const { return indexHeader_; }
     const ORVFont* Register(std::string_view name, const std::string& faceFile);
     const FileFace* FindFace(const ORVFont& font, int weight) const;
     /// The catalogue's face that a fontconfig pattern describes; null when it is not an outline font.
@@ -68,6 +72,7 @@ private:
     ~FontCatalogue() = default;
 
     void AddInstalledFonts();
+    const CatalogueEntry* EntryOf(const std::string& fileKey) const;
     void Append(CatalogueEntry entry, std::string name, ORVFont::Kind kind);
     void IndexNames(const CatalogueEntry& entry);
     const ORVFont* MakeStandIn(std::string_view name);
@@ -78,6 +83,7 @@ private:
     const CatalogueEntry* NearestOfFamily(const CatalogueEntry& entry, int slant, int weight) const;
     std::string UniqueName(const std::string& path, unsigned int faceIndex) const;
 
+    std::string indexHeader_;
     mutable std::shared_mutex mutex_;  // guards everything below
     std::deque<CatalogueEntry> entries_;
     std::vector<std::unique_ptr<const ORVFont, CatalogueDelete>> standIns_;

@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "platform/visualization/fonts/module/FamilyAnswers.h"
 #include "platform/visualization/fonts/module/face_axes.h"
 #include "platform/visualization/fonts/module/font_catalogue.h"
 #include "platform/visualization/fonts/module/font_failure.h"
@@ -127,38 +128,53 @@ bool IsGeneric(const std::string& family) {
     });
 }
 
+struct FamilyQuery {
+    const std::string& family;
+    int slant, width, weight;
+};
+
 /// fontconfig's match for a family, which may be another one with the same metrics or look. Matching examines
-/// all fonts, so it is skipped when only a last resort could result.
-/// @param isOfFamily  out: whether the match is better than a last resort
-/// @return also null for the last resort of a name that is not a generic family
-const CatalogueEntry* AskForFamily(const FontCatalogue& catalogue, const std::string& family, int slant,
-                                   int width, int weight, bool& isOfFamily) {
+/// all fonts, so it is skipped when only a last resort could result. Throws std::bad_alloc.
+/// @return without an entry also for the last resort of a name that is not a generic family
+FamilyAnswers::Answer AskFontconfig(const FontCatalogue& catalogue, const FamilyQuery& query) {
     FcConfig* const configuration = FontconfigConfiguration();
     const Pattern wanted(FcPatternCreate());
     if (!wanted) throw std::bad_alloc();
-    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
-    FcPatternAddInteger(wanted.get(), FC_SLANT, slant);
-    FcPatternAddInteger(wanted.get(), FC_WIDTH, width);
-    FcPatternAddInteger(wanted.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
-    FcPatternAddBool(wanted.get(), FC_OUTLINE, FcTrue);
-    FcConfigSubstitute(configuration, wanted.get(), FcMatchPattern);
-    isOfFamily = false;
-    if (!IsGeneric(family) && !MayBeOfFamily(wanted.get())) return nullptr;
+    const auto* const family = reinterpret_cast<const FcChar8*>(query.family.c_str());
+    // An answer found with too little memory would be kept for later processes.
+    if (!FcPatternAddString(wanted.get(), FC_FAMILY, family) ||
+        !FcPatternAddInteger(wanted.get(), FC_SLANT, query.slant) ||
+        !FcPatternAddInteger(wanted.get(), FC_WIDTH, query.width) ||
+        !FcPatternAddInteger(wanted.get(), FC_WEIGHT, FcWeightFromOpenType(query.weight)) ||
+        !FcPatternAddBool(wanted.get(), FC_OUTLINE, FcTrue) ||
+        !FcConfigSubstitute(configuration, wanted.get(), FcMatchPattern))
+        throw std::bad_alloc();
+    if (!IsGeneric(query.family) && !MayBeOfFamily(wanted.get())) return {};
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultNoMatch;
     const Pattern match(FcFontMatch(configuration, wanted.get(), &result));
-    if (!match) return nullptr;
-    isOfFamily = IsOfFamily(wanted.get(), match.get());
-    return catalogue.EntryOf(match.get());
+    if (!match) return {};
+    return {catalogue.EntryOf(match.get()), IsOfFamily(wanted.get(), match.get())};
+}
+
+/// The same, from the answers that are kept if it is among them.
+FamilyAnswers::Answer AskForFamily(const FontCatalogue& catalogue, const FamilyQuery& query) {
+    static auto* const answers = new FamilyAnswers(catalogue);
+    std::string key = query.family;
+    for (const int number : {query.slant, query.width, query.weight}) key += '\n' + std::to_string(number);
+    if (const auto kept = answers->Find(key)) return *kept;
+    const FamilyAnswers::Answer answer = AskFontconfig(catalogue, query);
+    answers->Add(key, answer);
+    return answer;
 }
 
 /// The usual serif fonts that drawings without a font were made with, or others with their metrics; else any
 /// serif font.
 const CatalogueEntry* LastResort(const FontCatalogue& catalogue, int slant, int width, int weight) {
-    bool isSerif = false;
-    const CatalogueEntry* entry = AskForFamily(catalogue, "Times New Roman", slant, width, weight, isSerif);
-    if (!entry || !isSerif) entry = AskForFamily(catalogue, "serif", slant, width, weight, isSerif);
-    return entry ? entry : catalogue.EntryAt(1);
+    FamilyAnswers::Answer answer = AskForFamily(catalogue, {"Times New Roman", slant, width, weight});
+    if (!answer.entry || !answer.isOfFamily)
+        answer = AskForFamily(catalogue, {"serif", slant, width, weight});
+    return answer.entry ? answer.entry : catalogue.EntryAt(1);
 }
 
 /// Cached, because every text in a missing family needs the same result.
@@ -183,10 +199,9 @@ const CatalogueEntry* Choose(const FontCatalogue& catalogue, const ORVFontQuery&
         if (const ORVFont* font = catalogue.FindByFamily(family, false))
             return &catalogue.NearestFace(*catalogue.EntryAt(font->GetCatalogueIndex()), slant, width,
                                           query.weight);
-        bool isFamily = false;
-        const CatalogueEntry* entry = AskForFamily(catalogue, family, slant, width, query.weight, isFamily);
-        if (entry && (isFamily || IsGeneric(family)))
-            return &catalogue.NearestFace(*entry, slant, width, query.weight);
+        const FamilyAnswers::Answer answer = AskForFamily(catalogue, {family, slant, width, query.weight});
+        if (answer.entry && (answer.isOfFamily || IsGeneric(family)))
+            return &catalogue.NearestFace(*answer.entry, slant, width, query.weight);
     }
     isOfFamily = Trim(query.families).empty();
     const CatalogueEntry* const entry = FindLastResort(catalogue, slant, width, query.weight);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/visualization/fonts/face_index_file.h"
+#include "platform/visualization/fonts/font_cache.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,15 +19,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class FaceIndexFileTest : public testing::Test {
+class FontCacheTest : public testing::Test {
 protected:
-    FaceIndexFileTest() { fs::permissions(scratch_.Path(), fs::perms::owner_all); }
+    FontCacheTest() { fs::permissions(scratch_.Path(), fs::perms::owner_all); }
 
     std::string Folder() const { return scratch_.PathOf("cache/orvprint"); }
     std::string File() const { return Folder() + "/faces"; }
     std::optional<std::string> Read() const {
         std::string bytes;
-        return ReadFaceIndexFile(Folder(), bytes) ? std::optional(bytes) : std::nullopt;
+        return ReadFontCache(Folder(), kFaceIndexFile, bytes) ? std::optional(bytes) : std::nullopt;
     }
     std::size_t CountFiles() const {
         return static_cast<std::size_t>(
@@ -40,48 +40,48 @@ protected:
     ScratchFolder scratch_;
 };
 
-TEST_F(FaceIndexFileTest, ReadsWhatWasWritten) {
+TEST_F(FontCacheTest, ReadsWhatWasWritten) {
     EXPECT_EQ(Read(), std::nullopt);
-    ASSERT_TRUE(WriteFaceIndexFile(Folder(), "first"));
+    ASSERT_TRUE(WriteFontCache(Folder(), kFaceIndexFile, "first"));
     EXPECT_EQ(Read(), "first");
-    ASSERT_TRUE(WriteFaceIndexFile(Folder(), "the second"));
+    ASSERT_TRUE(WriteFontCache(Folder(), kFaceIndexFile, "the second"));
     EXPECT_EQ(Read(), "the second");
     EXPECT_EQ(CountFiles(), 1U);
 }
 
-TEST_F(FaceIndexFileTest, OnlyTheUserMayWriteOrRead) {
+TEST_F(FontCacheTest, OnlyTheUserMayWriteOrRead) {
     const mode_t before = umask(0);
-    const bool isWritten = WriteFaceIndexFile(Folder(), "x");
+    const bool isWritten = WriteFontCache(Folder(), kFaceIndexFile, "x");
     umask(before);
     ASSERT_TRUE(isWritten);
     EXPECT_EQ(ModeOf(Folder()), 0700U);
     EXPECT_EQ(ModeOf(File()), 0600U);
 }
 
-TEST_F(FaceIndexFileTest, WhatOthersMayWriteIsRefused) {
-    ASSERT_TRUE(WriteFaceIndexFile(Folder(), "x"));
+TEST_F(FontCacheTest, WhatOthersMayWriteIsRefused) {
+    ASSERT_TRUE(WriteFontCache(Folder(), kFaceIndexFile, "x"));
     for (const std::string& path : {File(), Folder()})
         for (const unsigned int mode : {0020U, 0002U}) {
             const unsigned int sound = ModeOf(path);
             ASSERT_EQ(chmod(path.c_str(), sound | mode), 0);
             EXPECT_EQ(Read(), std::nullopt) << path << mode;
             if (path == Folder()) {
-                EXPECT_FALSE(WriteFaceIndexFile(Folder(), "y")) << mode;
+                EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y")) << mode;
             }
             ASSERT_EQ(chmod(path.c_str(), sound), 0);
             EXPECT_EQ(Read(), "x");
         }
 }
 
-TEST_F(FaceIndexFileTest, WhatBelongsToOthersIsRefused) {
+TEST_F(FontCacheTest, WhatBelongsToOthersIsRefused) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
     constexpr uid_t kOther = 65534;
-    ASSERT_TRUE(WriteFaceIndexFile(Folder(), "x"));
+    ASSERT_TRUE(WriteFontCache(Folder(), kFaceIndexFile, "x"));
     for (const std::string& path : {File(), Folder()}) {
         ASSERT_EQ(chown(path.c_str(), kOther, static_cast<gid_t>(-1)), 0);
         EXPECT_EQ(Read(), std::nullopt) << path;
         if (path == Folder()) {
-            EXPECT_FALSE(WriteFaceIndexFile(Folder(), "y"));
+            EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
         }
         ASSERT_EQ(chown(path.c_str(), 0, static_cast<gid_t>(-1)), 0);
     }
@@ -89,12 +89,12 @@ TEST_F(FaceIndexFileTest, WhatBelongsToOthersIsRefused) {
     // Nothing is left in the home of somebody else either.
     fs::remove_all(scratch_.PathOf("cache"));
     ASSERT_EQ(chown(scratch_.Path().c_str(), kOther, static_cast<gid_t>(-1)), 0);
-    EXPECT_FALSE(WriteFaceIndexFile(Folder(), "y"));
+    EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
     EXPECT_FALSE(fs::exists(scratch_.PathOf("cache")));
 }
 
-TEST_F(FaceIndexFileTest, LinksAndOtherThingsAreRefused) {
-    ASSERT_TRUE(WriteFaceIndexFile(Folder(), "x"));
+TEST_F(FontCacheTest, LinksAndOtherThingsAreRefused) {
+    ASSERT_TRUE(WriteFontCache(Folder(), kFaceIndexFile, "x"));
     fs::rename(File(), scratch_.PathOf("elsewhere"));
     fs::create_symlink(scratch_.PathOf("elsewhere"), File());
     EXPECT_EQ(Read(), std::nullopt);
@@ -104,20 +104,20 @@ TEST_F(FaceIndexFileTest, LinksAndOtherThingsAreRefused) {
     fs::remove(File());
     fs::create_directory(File());
     EXPECT_EQ(Read(), std::nullopt);
-    EXPECT_FALSE(WriteFaceIndexFile(Folder(), "y"));
+    EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
     EXPECT_EQ(CountFiles(), 1U);  // no draft stays
 
     fs::rename(Folder(), scratch_.PathOf("moved"));
     fs::create_directory_symlink(scratch_.PathOf("moved"), Folder());
-    EXPECT_FALSE(WriteFaceIndexFile(Folder(), "y"));
+    EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
     EXPECT_EQ(Read(), std::nullopt);
 }
 
-TEST_F(FaceIndexFileTest, FoldersThatCannotBeMadeAreNoMatter) {
+TEST_F(FontCacheTest, FoldersThatCannotBeMadeAreNoMatter) {
     std::ofstream(scratch_.PathOf("cache")) << "a file";
-    EXPECT_FALSE(WriteFaceIndexFile(Folder(), "x"));
+    EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "x"));
     EXPECT_EQ(Read(), std::nullopt);
-    EXPECT_FALSE(WriteFaceIndexFile("/proc/orvprint", "x"));
+    EXPECT_FALSE(WriteFontCache("/proc/orvprint", kFaceIndexFile, "x"));
 }
 
 /// Sets variables and puts them back.
@@ -146,7 +146,7 @@ private:
     std::map<std::string, std::optional<std::string>> before_;
 };
 
-TEST(FaceIndexFolderTest, ComesOfTheVariables) {
+TEST(FontCacheFolderTest, ComesOfTheVariables) {
     using Text = std::optional<std::string>;
     struct Row {
         Text own, cache, home, root;
@@ -172,7 +172,7 @@ TEST(FaceIndexFolderTest, ComesOfTheVariables) {
                              {"XDG_CACHE_HOME", row.cache},
                              {"HOME", row.home},
                              {"FONTCONFIG_SYSROOT", row.root}});
-        EXPECT_EQ(FaceIndexFolder(), row.folder) << row.own.value_or("-") << row.cache.value_or("-")
+        EXPECT_EQ(FontCacheFolder(), row.folder) << row.own.value_or("-") << row.cache.value_or("-")
                                                  << row.home.value_or("-") << row.root.value_or("-");
     }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/visualization/fonts/face_index_file.h"
+#include "platform/visualization/fonts/font_cache.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr const char* kFileName = "faces";
 constexpr off_t kLargestFile = off_t{64} << 20;
 
 class Descriptor {
@@ -70,7 +69,7 @@ std::string Variable(const char* name) {
 
 }  // namespace
 
-std::string FaceIndexFolder() {
+std::string FontCacheFolder() {
     if (std::getenv("FONTCONFIG_SYSROOT")) return {};
     std::string folder;
     if (std::getenv("ORVPRINT_CACHE_DIR")) {
@@ -84,10 +83,10 @@ std::string FaceIndexFolder() {
     return folder.starts_with('/') && folder != "/.cache/orvprint" ? folder : std::string();
 }
 
-bool ReadFaceIndexFile(const std::string& folder, std::string& bytes) {
+bool ReadFontCache(const std::string& folder, const char* name, std::string& bytes) {
     const Descriptor opened(OpenFolder(folder));
     if (!IsFolderOfUser(opened)) return false;
-    const Descriptor file(openat(opened.Get(), kFileName, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    const Descriptor file(openat(opened.Get(), name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     struct stat status = {};
     if (!file || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || !IsForUserAlone(status) ||
         status.st_size > kLargestFile)
@@ -102,7 +101,7 @@ bool ReadFaceIndexFile(const std::string& folder, std::string& bytes) {
     return true;
 }
 
-bool WriteFaceIndexFile(const std::string& folder, std::string_view bytes) {
+bool WriteFontCache(const std::string& folder, const char* name, std::string_view bytes) {
     if (access(folder.c_str(), F_OK) != 0) {
         // A new home may have no cache folder yet.
         MakeFolder(folder.substr(0, folder.rfind('/')));
@@ -113,7 +112,7 @@ bool WriteFaceIndexFile(const std::string& folder, std::string_view bytes) {
 
     static std::atomic<unsigned int> number{0};
     const std::string draft =
-        std::string(".") + kFileName + "." + std::to_string(getpid()) + "." + std::to_string(number++);
+        std::string(".") + name + "." + std::to_string(getpid()) + "." + std::to_string(number++);
     unlinkat(opened.Get(), draft.c_str(), 0);  // left by a crashed process with the same id
     bool isDone = false;
     {
@@ -123,7 +122,7 @@ bool WriteFaceIndexFile(const std::string& folder, std::string_view bytes) {
         if (!file) return false;
         isDone = WriteAll(file.Get(), bytes);
     }
-    isDone = isDone && renameat(opened.Get(), draft.c_str(), opened.Get(), kFileName) == 0;
+    isDone = isDone && renameat(opened.Get(), draft.c_str(), opened.Get(), name) == 0;
     if (!isDone) unlinkat(opened.Get(), draft.c_str(), 0);
     return isDone;
 }
