@@ -263,7 +263,8 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
         ->allow_extra_args(false);
     bool mayReplace = false;
     app.add_flag("--force", mayReplace, "Without -o: overwrite an existing file");
-    app.add_option("-f,--format", print.format, "Output format (default: from the extension of FILE)")
+    app.add_option("-f,--format", print.format,
+                   "Output format (default: from the extension of FILE; pdf with --out-dir)")
         ->option_text(OutputFormatNames("|"));
     const CLI::Option* pagesOption =
         app.add_option("-P,--pages", pages, "Pages to print, such as 1,3-5")->option_text("LIST");

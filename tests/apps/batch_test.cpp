@@ -39,6 +39,11 @@ TEST_F(BatchTest, ConvertsEachInputToAFileOfItsOwn) {
     EXPECT_EQ(ReadFile("out/deep/B.png"), ReadFile("B.png"));
 }
 
+TEST_F(BatchTest, WritesPdfUnlessAFormatIsGiven) {
+    EXPECT_EQ(Run({"a.svg", "--out-dir", "out"}).exitCode, 0);
+    EXPECT_THAT(ReadFile("out/a.pdf"), StartsWith("%PDF"));
+}
+
 TEST_F(BatchTest, PagesOfPicturesAreNumbered) {
     const ToolRun run = Run({"a.svg", "two.svg", "--out-dir", "out/", "-f", "png"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
@@ -207,7 +212,6 @@ TEST_F(BatchTest, CommandLineThatMakesNoSense) {
         EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
         EXPECT_FALSE(Exists("out"));
     };
-    expect({"a.svg", "--out-dir", "out"}, 7, "give it with -f: pdf");
     expect({"a.svg", "--out-dir", "out", "-f", "xyz"}, 7, "xyz: unknown output format");
     expect({"a.svg", "-", "--out-dir", "out", "-f", "pdf"}, 2, "standard input: has no name");
     expect({"a.svg", "--out-dir", "out", "-f", "pdf", "-o", "x.pdf"}, 2, "cannot be combined");

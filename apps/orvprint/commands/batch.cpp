@@ -464,11 +464,7 @@ int RunPart(const PrintOptions& options, const BatchOptions& batch, const ORVOut
 }  // namespace
 
 int RunBatch(const PrintOptions& options, const BatchOptions& batch) {
-    if (options.format.empty())
-        return Report(
-            kExitUnknownFormat, "--out-dir",
-            "cannot tell the output format from the name; give it with -f: " + OutputFormatNames(", "));
-    const ORVOutputFormat* format = ORVFindOutputFormat(options.format);
+    const ORVOutputFormat* format = ORVFindOutputFormat(options.format.empty() ? "pdf" : options.format);
     if (!format)
         return Report(kExitUnknownFormat, options.format,
                       "unknown output format; supported are " + OutputFormatNames(", "));
