@@ -304,7 +304,7 @@ void BandRenderer::AddContourFill(const RasterGeometry& geometry, const RasterCo
 
 void BandRenderer::AddContourStroke(const RasterOperation& operation, const RasterContour& contour) {
     course_.Clear();
-    ORVAppendVerbs(operation.geometry, contour, {0, contour.verbCount, 0}, operation.pen->radius, course_);
+    ORVAppendVerbs(operation.geometry, contour, {0, contour.verbCount, 0}, *operation.pen, course_);
     dasher_.AddContour(course_, contour.closed);
 }
 
@@ -312,7 +312,7 @@ void BandRenderer::AddVerbsStroke(const RasterOperation& operation, const Raster
                                   const VerbRange& verbs, const DashedPart* dashes) {
     std::size_t first = 0, last = 0;
     course_.Clear();
-    ORVAppendVerbsInContext(operation.geometry, contour, verbs, operation.pen->radius, course_, first, last);
+    ORVAppendVerbsInContext(operation.geometry, contour, verbs, *operation.pen, course_, first, last);
     if (dashes)
         dasher_.AddPart(course_, first, last, *dashes);
     else
@@ -352,7 +352,8 @@ void BandRenderer::AddGlyph(const RasterOperation& operation, const RasterGlyphP
     for (const RasterGlyph::Contour& contour : glyph.contours) {
         course_.Clear();
         for (std::uint32_t i = contour.first; i < contour.first + contour.count; ++i)
-            course_.Add(placeOf(glyph.points[i]), glyph.smooth[i] != 0);
+            course_.Add(placeOf(glyph.points[i]),
+                        glyph.smooth[i] != 0 ? CoursePoint::kSmooth : CoursePoint::kCorner);
         dasher_.AddContour(course_, true);
     }
 }

@@ -98,7 +98,7 @@ void PieceCutter::CutDashedContour(std::uint32_t number) {
         verbs.count = left <= kVerbsOfPiece + 1 ? left : kVerbsOfPiece;
         const std::uint32_t pointCount = ORVCountPoints(contour, verbs.first, verbs.count);
         course.Clear();
-        ORVAppendVerbs(operation_.geometry, contour, verbs, operation_.pen->radius, course);
+        ORVAppendVerbs(operation_.geometry, contour, verbs, *operation_.pen, course);
         const DashedPart part = measure.Add(course);
         piece_.contour = RasterPiece::kDashes;
         piece_.firstPoint = static_cast<std::uint32_t>(dashes_.GetSize());

@@ -26,9 +26,9 @@ double ShareOf(double part, double length) {
 void CloseCourse(StrokeCourse& course) {
     std::vector<ORVMathPoint2D>& points = course.points;
     const ORVMathPoint2D before = points[points.size() - 2];
-    course.Add(ORVMathPoint2D(points[1]), false);
+    course.Add(ORVMathPoint2D(points[1]), CoursePoint::kCorner);
     points.insert(points.begin(), before);
-    course.smooth.insert(course.smooth.begin(), 0);
+    course.kinds.insert(course.kinds.begin(), CoursePoint::kCorner);
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ void StrokeDasher::AddContour(StrokeCourse& course, bool closed) {
         return;
     }
     std::size_t first = 0, last = course.points.size() - 1;
-    if (closed) course.Add(ORVMathPoint2D(course.points[0]), false);
+    if (closed) course.Add(ORVMathPoint2D(course.points[0]), CoursePoint::kCorner);
     DashedLineMeasure measure(GetPen(), closed);
     DashedPart part = measure.Add(course);
     // Without a corner, no join inside a gap could be missing.
@@ -208,27 +208,28 @@ void StrokeDasher::AddBentDash(const StrokeCourse& course, const Segment& segmen
     std::size_t dashFirst = 0, index = segment.index;
     if (goesOn) {
         const ORVMathPoint2D &a = course.points[first - 1], &b = course.points[first];
-        dash_.Add(part.joined <= 1.0 ? Mix(a, b, part.joined) : PointAt(course, first - 1, begin), false);
-        dash_.Add(b, course.smooth[first] != 0);
+        dash_.Add(part.joined <= 1.0 ? Mix(a, b, part.joined) : PointAt(course, first - 1, begin),
+                  CoursePoint::kCorner);
+        dash_.Add(b, course.kinds[first]);
         dashFirst = dash_.points.size() - 1;
         index = first;
     } else {
         const bool isCorner = begin <= distances_[index];
-        dash_.Add(PointAt(course, index, begin), isCorner && course.smooth[index] != 0);
+        dash_.Add(PointAt(course, index, begin), isCorner ? course.kinds[index] : CoursePoint::kCorner);
     }
     while (index < last && distances_[index + 1] < end) {
         ++index;
-        dash_.Add(course.points[index], course.smooth[index] != 0);
+        dash_.Add(course.points[index], course.kinds[index]);
     }
     std::size_t dashLast = 0;
     if (index < last) {
-        dash_.Add(PointAt(course, index, end), false);
+        dash_.Add(PointAt(course, index, end), CoursePoint::kCorner);
         dashLast = dash_.points.size() - 1;
     } else {
         // The dash continues after the part; in a closed line it continues as the first dash.
         dashLast = dash_.points.size() - 1;
         dash_.Add(part.endsLine ? FirstDashFrom(course, last, part.firstEnd) : PointAt(course, last, end),
-                  false);
+                  CoursePoint::kCorner);
     }
     if (dash_.points.size() > 1)
         outliner_.AddPart(dash_, dashFirst, dashLast);

@@ -58,7 +58,8 @@ void StrokeOutliner::MakeSegments(const StrokeCourse& course, std::size_t first,
 }
 
 void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after,
-                                bool isSmooth, Corner& corner) const {
+                                CoursePoint kind, Corner& corner) const {
+    const bool isSmooth = kind != CoursePoint::kCorner;
     corner.center = center;
     corner.from = LeftOf(before.direction);
     corner.to = LeftOf(after.direction);
@@ -98,6 +99,14 @@ void StrokeOutliner::MakeCorner(const ORVMathPoint2D& center, const Segment& bef
     corner.rightPivot = Choose(!leftIsInner & !innerCrosses, pivot, corner.rightIn);
     corner.round = !outerCrosses && (isSmooth || pen_->join == ORVPrintStroke::Join::kRound);
     corner.isCut = false;
+    if (kind == CoursePoint::kTurn) {
+        // The borders begin and end where the short piece has them.
+        const DoubleLanes offset = before.length < after.length ? in : out;
+        corner.leftIn = corner.leftOut = corner.leftPivot = CoverageBuffer::ToFixed(middle + offset);
+        corner.rightIn = corner.rightOut = corner.rightPivot = CoverageBuffer::ToFixed(middle - offset);
+        corner.round = false;
+        return;
+    }
     if (!outerCrosses && !isSmooth && pen_->join == ORVPrintStroke::Join::kMiterClip && turnsOn)
         CutMiter(before, after, corner);
 }
@@ -228,8 +237,8 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
     Corner corner;
     if (first > 0) {
         if (segmentAt(first).visible || segmentAt(first - 1).visible) {
-            MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first),
-                       course.smooth[first] != 0, corner);
+            MakeCorner(course.points[first], segmentAt(first - 1), segmentAt(first), course.kinds[first],
+                       corner);
             AddCorner(corner);
         }
     } else if (const Segment& segment = segmentAt(0); segment.visible) {
@@ -242,7 +251,7 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
         const FixedPoint leftStart = corner.leftOut, rightStart = corner.rightOut;
         if (i + 1 < end) {
             if (!segment.visible && !segmentAt(i + 1).visible) continue;
-            MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.smooth[i + 1] != 0, corner);
+            MakeCorner(course.points[i + 1], segment, segmentAt(i + 1), course.kinds[i + 1], corner);
             // The last corner belongs to the next part.
             if (i + 1 < last) AddCorner(corner);
         } else if (segment.visible) {
@@ -270,9 +279,9 @@ void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
         return;
     }
     // A full turn, with the last segment before it and the first one again after it for the closing join.
-    course.Add(points[0], false);
-    course.Add(ORVMathPoint2D(points[1]), false);
+    course.Add(points[0], CoursePoint::kCorner);
+    course.Add(ORVMathPoint2D(points[1]), CoursePoint::kCorner);
     points.insert(points.begin(), points[count - 1]);
-    course.smooth.insert(course.smooth.begin(), 0);
+    course.kinds.insert(course.kinds.begin(), CoursePoint::kCorner);
     AddPart(course, 1, count + 1);
 }

@@ -57,8 +57,8 @@ private:
     };
 
     void MakeSegments(const StrokeCourse& course, std::size_t first, std::size_t last);
-    void MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after, bool isSmooth,
-                    Corner& corner) const;
+    void MakeCorner(const ORVMathPoint2D& center, const Segment& before, const Segment& after,
+                    CoursePoint kind, Corner& corner) const;
     void CutMiter(const Segment& before, const Segment& after, Corner& corner) const;
     void AddCorner(const Corner& corner);
     void AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out);

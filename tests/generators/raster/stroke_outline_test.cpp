@@ -134,6 +134,53 @@ TEST(StrokeTest, CutMitersEndOnALineAtTheirLimit) {
     EXPECT_NEAR(InkOf(path, stroke, {-1.0, 0.0, 0.0, 1.0, 100.0, 0.0}), InkOf(path, stroke), 0.2);
 }
 
+/// Ink outside the lower right quarter of the page, in pixels.
+double InkOutsideQuarter(const ORVPrintPath& path, const ORVPrintStroke& stroke, const ORVMathAffine2D& map) {
+    PixelPage page(100.0, 100.0);
+    EXPECT_EQ(page.Get().DrawShape({path, map, nullptr, &stroke}), 1);
+    page.Finish();
+    double ink = 0.0;
+    for (int y = 0; y < 100; ++y)
+        for (int x = 0; x < 100; ++x)
+            if (x < 50 || y < 50) ink += page.Ink(x, y) / 255.0;
+    return ink;
+}
+
+TEST(StrokeTest, ExactEndsArePerpendicularToCurves) {
+    constexpr double kWidth = 40.0, kRadius = 25.0, kQuarter = std::numbers::pi * kRadius / 2.0;
+    constexpr double k = 0.5522847498 * kRadius;
+    ORVPrintPath arc;
+    arc.MoveTo({50.0 + kRadius, 50.0});
+    arc.CubicTo({50.0 + kRadius, 50.0 + k}, {50.0 + k, 50.0 + kRadius}, {50.0, 50.0 + kRadius});
+    ORVPrintStroke stroke = Pen(kWidth);
+    EXPECT_GT(InkOutsideQuarter(arc, stroke, {}), 5.0);
+    stroke.hasExactEnds = true;
+    EXPECT_LT(InkOutsideQuarter(arc, stroke, {}), 0.2);
+
+    // A dash from the middle of a curve to that of the next; the page is turned by an eighth.
+    const double dashes[] = {kQuarter, 3.0 * kQuarter};
+    stroke.dashes = dashes;
+    stroke.dashOffset = 3.5 * kQuarter;
+    const double h = std::sqrt(0.5);
+    const ORVMathAffine2D turned{h, h, -h, h, 50.0 - 100.0 * h, 50.0};
+    EXPECT_LT(InkOutsideQuarter(Circle(50, 50, kRadius), stroke, turned), 4.0);
+    EXPECT_NEAR(InkOf(Circle(50, 50, kRadius), stroke, turned), kWidth * kQuarter, 3.0);
+}
+
+TEST(StrokeTest, ExactJoinsFollowTheTangents) {
+    // The arc is so tight that its last piece turns by several degrees; the line goes on in its direction.
+    constexpr double k = 0.5522847498 * 10.0;
+    ORVPrintPath path;
+    path.MoveTo({40, 40});
+    path.CubicTo({40.0 + k, 40}, {50, 50.0 - k}, {50, 50});
+    path.LineTo({50, 90});
+    for (const Join join : {Join::kMiter, Join::kRound, Join::kBevel}) {
+        ORVPrintStroke stroke = Pen(18, Cap::kButt, join);
+        stroke.hasExactEnds = true;
+        EXPECT_NEAR(InkOf(path, stroke), kPi / 4.0 * (19 * 19 - 1) + 40 * 18, 1.5);
+    }
+}
+
 TEST(StrokeTest, CrispEdgesHaveNoLevels) {
     for (const bool isCrisp : {false, true}) {
         ORVPrintStroke stroke = Pen(6);
