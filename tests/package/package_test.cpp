@@ -250,6 +250,35 @@ TEST_F(ScriptTest, PythonPrints) {
     ExpectThatItPrints({"python3", ORV_SOURCE_PATH "/examples/api/python/print.py"});
 }
 
+TEST_F(ScriptTest, PipInstallsTheModuleWithoutNetwork) {
+    if (*kFlags != '\0') GTEST_SKIP() << "sanitizers want to be loaded first";
+    fs::copy(ORV_SOURCE_PATH "/examples/api/python", Folder() / "module");
+    const std::set<std::string> sources = FilesBelow(Folder() / "module");
+    ASSERT_EQ(RunProgram({"python3", "-m", "venv", "env"}).exitCode, 0);
+    const std::vector<std::string> offline{"env", "PYTHONDONTWRITEBYTECODE=1", "PIP_CONFIG_FILE=/dev/null",
+                                           "PIP_NO_INDEX=1", "PIP_FIND_LINKS="};
+    const auto pip = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), offline.begin(), offline.end());
+        return RunProgram(words);
+    };
+    const ToolRun run = pip({"env/bin/pip", "install", "./module"});
+    EXPECT_EQ(run.exitCode, 0) << run.output << run.errors;
+    EXPECT_EQ(FilesBelow(Folder() / "module"), sources) << "nothing is left beside the sources";
+
+    WriteFile("installed.py",
+              "import base64, hashlib, importlib.metadata, orvprint\n"
+              "module, = [f for f in importlib.metadata.files('orvprint') if f.name == 'orvprint.py']\n"
+              "digest = hashlib.sha256(module.read_binary()).digest()\n"
+              "print(importlib.metadata.version('orvprint'), orvprint.version, module.size,\n"
+              "      module.hash.value == base64.urlsafe_b64encode(digest).rstrip(b'=').decode())\n");
+    const ToolRun installed = RunScript({"env/bin/python", "installed.py"}, "", "");
+    EXPECT_EQ(installed.errors, "");
+    const auto bytes = fs::file_size(Folder() / "module/orvprint.py");
+    EXPECT_EQ(installed.output, ORV_VERSION " " ORV_VERSION " " + std::to_string(bytes) + " True\n");
+    EXPECT_EQ(pip({"env/bin/pip", "uninstall", "-y", "orvprint"}).exitCode, 0);
+    EXPECT_EQ(RunScript({"env/bin/python", "installed.py"}, "", "").exitCode, 1);
+}
+
 TEST_F(ScriptTest, NodePrints) {
     if (*kFlags != '\0') GTEST_SKIP() << "sanitizers want to be loaded first";
     if (RunProgram({"sh", "-c", "node -e 'require(\"koffi\")'"}).exitCode != 0)
