@@ -166,7 +166,6 @@ int ParseKinds(const std::vector<std::string>& names, std::set<FindingCode>& kin
 
 // CLI11 looks options up by name in a noexcept function, so running out of memory there would terminate the
 // process. Options that depend on another one therefore get it as an object.
-// @return the option --keep-going
 /// @return the option --keep-going
 CLI::Option* AddFragmentOptions(CommandOptions& command, ReadOptions& options) {
     command.add_flag("--qvxml", options.qvxml,
@@ -453,6 +452,12 @@ std::optional<int> RunGiven(int argc, char** argv, const GivenWords& given) {
 }
 
 int Run(int argc, char** argv) {
+    // "help COMMAND" is "COMMAND --help". A file of this name prints, as it does where it is no command.
+    if (argc > 1 && std::string_view(argv[1]) == "help" && access(argv[1], F_OK) != 0) {
+        static char helpOption[] = "--help";
+        std::rotate(argv + 1, argv + 2, argv + argc);
+        argv[argc - 1] = helpOption;
+    }
     // Printing has a subcommand of its own, too, which may be omitted.
     if (argc > 1 && std::string_view(argv[1]) == "print") {
         argv[1] = argv[0];

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,22 @@ const HintRow kHints[] = {
     {"OptionOfAnotherCommand", {"a.svg", "--json"}, 2, "; it is an option of orvprint info, inspect, check"},
     {"MissingFolder", {"a.svg", "-o", "missing/o.pdf"}, 8, "missing/o.pdf: there is no folder missing"},
 };
+
+TEST_F(PeopleTest, HelpIsACommandUnlessItIsAFile) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{}, {"print"}, {"check"}, {"serve"}, {"formats"}}) {
+        std::vector<std::string> command = words, option = words;
+        command.insert(command.begin(), "help");
+        option.emplace_back("--help");
+        const ToolRun run = Run(command);
+        EXPECT_EQ(run.exitCode, 0) << run.errors;
+        EXPECT_THAT(run.output, HasSubstr("Exit codes:"));
+        EXPECT_EQ(run.output, Run(option).output);
+    }
+    WriteFile("help", SmallDrawing("<rect width='9' height='9' fill='red'/>"));
+    EXPECT_EQ(Run({"help"}).exitCode, 0);
+    EXPECT_TRUE(std::filesystem::exists(Folder() / "help.pdf"));
+}
 
 TEST_P(HintTest, SaysWhatWasMeant) {
     const ToolRun run = Run(GetParam().words);
