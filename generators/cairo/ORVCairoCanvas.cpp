@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "generators/cairo/cairo_packed_image.h"
 #include "generators/common/generator_status.h"
 #include "generators/common/glyph_outlines.h"
 #include "generators/common/map_measures.h"
@@ -394,15 +395,19 @@ int ORVCairoCanvas::DrawImage(const ORVPrintImage& image) {
         const ORVMathPoint2D p = boxToDevice(corner);
         if (!(std::fabs(p.x) < kDeviceLimit) || !(std::fabs(p.y) < kDeviceLimit)) return kGeneratorDone;
     }
-    cairo_surface_t* surface = images_.Find(image.image);
+    const CairoPattern packed = ORVShouldPack(image.image) ? ORVPackImage(image.image) : nullptr;
+    cairo_surface_t* surface = packed ? nullptr : images_.Find(image.image);
     const StateGuard guard(cr_);
-    const double width = cairo_image_surface_get_width(surface),
-                 height = cairo_image_surface_get_height(surface);
+    const double width = packed ? image.image.GetWidth() : cairo_image_surface_get_width(surface),
+                 height = packed ? image.image.GetHeight() : cairo_image_surface_get_height(surface);
     const ORVMathAffine2D toDevice = boxToDevice * ORVMathAffine2D::Scaling(1.0 / width, 1.0 / height);
     const cairo_matrix_t matrix{toDevice.m11, toDevice.m21, toDevice.m12,
                                 toDevice.m22, toDevice.dx,  toDevice.dy};
     cairo_set_matrix(cr_, &matrix);
-    cairo_set_source_surface(cr_, surface, 0.0, 0.0);
+    if (packed)
+        cairo_set_source(cr_, packed.get());
+    else
+        cairo_set_source_surface(cr_, surface, 0.0, 0.0);
     // No blending with pixels outside the image; a JPEG can also be embedded unchanged.
     cairo_pattern_set_extend(cairo_get_source(cr_), CAIRO_EXTEND_NONE);
     if (!image.isSmooth) cairo_pattern_set_filter(cairo_get_source(cr_), CAIRO_FILTER_NEAREST);

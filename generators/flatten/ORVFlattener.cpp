@@ -23,6 +23,9 @@ namespace {
 constexpr double kUserUnitsPerInch = 90.0;
 // Maximum pixels of an image; a finer resolution would be invisible.
 constexpr double kMostPixels = 5e7;
+// Pixels beyond which a part becomes several images below each other, and those of each: formats need several
+// times the memory of an image to write it.
+constexpr double kMostPixelsOfOne = 1.25e7, kPixelsOfEach = 4e6;
 // Tolerance for rounding errors, in pixels.
 constexpr double kUnseen = 1e-4;
 // Maximum number of images per page. For each, the whole page is searched for what lies below; their pixels
@@ -302,6 +305,16 @@ int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
     }
     ++images_;
     imagePixels_ += width * height;
+    const double rows =
+        width * height <= kMostPixelsOfOne ? height : std::max(1.0, std::floor(kPixelsOfEach / width));
+    for (double row = 0.0; row < height; row += rows)
+        if (const int result = DrawRows(left, top + row, width, std::min(rows, height - row), scale);
+            result != kGeneratorDone)
+            return result;
+    return kGeneratorDone;
+}
+
+int ORVFlattener::DrawRows(double left, double top, double width, double height, double scale) {
     ORVMathBox2D shown;
     shown.Add({left / scale, top / scale});
     shown.Add({(left + width) / scale, (top + height) / scale});

@@ -34,7 +34,7 @@ struct ORVFlattenOptions {
 /// together with what lies below them as opaque images of that part of the page. All other calls are passed
 /// on unchanged, in order. Consecutive calls whose areas are adjacent share one image, so that a thousand
 /// transparent dots do not become a thousand images. After a certain number of images on a page, the rest of
-/// the page becomes one or a few.
+/// the page becomes one or a few. Very large areas become several images below each other.
 ///
 /// Images are opaque because a format without layers has no transparency at all. They include the backdrop,
 /// so blend modes are correct. Groups are passed on, those in layers empty; content of links stays inside
@@ -100,6 +100,8 @@ private:
     int Flush();
     int DrawAwaited();
     int DrawPart(const ORVMathBox2D& part);
+    /// Draws one image. The place and size are in pixels of `scale` per page unit.
+    int DrawRows(double left, double top, double width, double height, double scale);
 
     ORVPrintGenerator& target_;
     const ORVFlattenOptions options_;

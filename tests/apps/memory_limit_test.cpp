@@ -149,6 +149,17 @@ TEST_F(MemoryLimitTest, MemoryOfWhatCompressedDataClaimToHold) {
     }
 }
 
+// Thirty million pixels of images, which become a tenth of that, and are not held several times.
+TEST_F(MemoryLimitTest, MemoryOfTransparentPagesInPostScript) {
+    const std::string shapes =
+        "<rect width='2000' height='1500' fill='red'/><circle cx='900' cy='700' r='600' "
+        "fill='blue' opacity='0.5'/><rect width='2000' height='1500' fill='lime' "
+        "opacity='0.5'/></svg>";
+    WriteFile("a.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='2000' height='1500'>" + shapes);
+    const ToolRun run = RunBounded("a.svg --interpreter SVG2 -o a.ps --limit memory=150000000");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+}
+
 // What is within every other limit, and would be gigabytes.
 TEST_F(MemoryLimitTest, MemoryOfManyMarkers) {
     WriteFile("a.svg", SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z'/></marker><polyline stroke='red' "

@@ -374,8 +374,32 @@ TEST_F(ORVFlattenerTest, APageOfVeryManyPixelsEndsInOneImage) {
         ASSERT_EQ(FillRectangle(flat, i, 0, 1, 1, kBlue), 1);
     }
     ASSERT_EQ(flat.EndPage(), 1);
-    EXPECT_EQ(page_.images.size(), 3U);
+    // Two of 26 million pixels, of seven images each, and what is joined.
+    EXPECT_EQ(page_.images.size(), 7U + 7U + 1U);
     ExpectColour(page_.At(9.5, 0.5), 0, 0, 255);
+}
+
+TEST_F(ORVFlattenerTest, VeryLargePartsAreImagesBelowEachOther) {
+    for (const auto& [side, count] : {std::pair{350.0, 1U}, {400.0, 4U}}) {
+        page_.images.clear();
+        ORVFlattener flat(page_, Options(900.0));
+        ASSERT_EQ(flat.BeginDocument({}), 1);
+        ASSERT_EQ(flat.BeginPage(PageInfo(400, 400)), 1);
+        ASSERT_EQ(FillRectangle(flat, 0, 0, side, side, kBlue), 1);
+        ASSERT_EQ(FillRectangle(flat, 0, 0, side, side, kHalfRed), 1);
+        ASSERT_EQ(flat.EndPage(), 1);
+        ASSERT_EQ(page_.images.size(), count);
+        double end = 0.0;
+        for (const ImagePage::Image& image : page_.images) {
+            EXPECT_DOUBLE_EQ(image.toPage.dy, end);
+            EXPECT_DOUBLE_EQ(image.toPage.m22, image.height / 10.0);
+            EXPECT_EQ(image.width, static_cast<int>(side * 10.0));
+            end += image.toPage.m22;
+            ExpectColour(page_.At(1.0, image.toPage.dy + 0.01), 128, 0, 127);
+            ExpectColour(page_.At(1.0, end - 0.01), 128, 0, 127);
+        }
+        EXPECT_DOUBLE_EQ(end, side);
+    }
 }
 
 TEST_F(ORVFlattenerTest, WhatIsNotSeenTakesNoImage) {

@@ -177,6 +177,31 @@ TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
     ExpectBox(document.Boxes()[0], {8, 19.2, 56, 64});
 }
 
+// cairo keeps what a page shows until the page ends.
+TEST(ORVPostScriptGeneratorTest, LargeOpaqueImagesAreNotKept) {
+    constexpr int kSide = 400;
+    std::vector<std::uint8_t> pixels;
+    for (int y = 0; y < kSide; ++y)
+        for (int x = 0; x < kSide; ++x)
+            pixels.insert(pixels.end(), {static_cast<std::uint8_t>(x / 2), static_cast<std::uint8_t>(y / 2),
+                                         static_cast<std::uint8_t>((x + y) / 4), 255});
+    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(kSide, kSide, pixels));
+    PostScript document;
+    document.BeginPage(500.0, 500.0);
+    for (const double x : {10.0, 50.0})
+        EXPECT_EQ(document.Get().DrawImage({*image, {kSide, 0.0, 0.0, kSide, x, 20.0}}), 1);
+    EXPECT_EQ(image->GetReferenceCount(), 1U);
+    document.EndPage();
+    document.Finish();
+    const PostScript::Pixels drawn = document.Draw();
+    for (const auto& [x, y] : {std::pair{0, 0}, {399, 399}, {200, 7}, {31, 350}}) {
+        const auto colour = drawn.At(50 + x, 20 + y);
+        EXPECT_NEAR(colour[0], x / 2, 2) << x << " " << y;
+        EXPECT_NEAR(colour[1], y / 2, 2) << x << " " << y;
+        EXPECT_NEAR(colour[2], (x + y) / 4, 2) << x << " " << y;
+    }
+}
+
 TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
     PostScript document;
     document.BeginPage(400.0, 400.0);
