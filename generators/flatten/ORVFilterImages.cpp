@@ -22,6 +22,12 @@ constexpr double kUserUnitsPerInch = 90.0, kPxPerInch = 96.0;
 // Maximum number of filter pixels in memory at once (8 bytes each): kUsualPixels or, if greater, this
 // multiple of the visible pixels of the page, but at most kMostPixels.
 constexpr double kUsualPixels = 2e7, kPixelsOfShown = 5.0, kMostPixels = 6e7;
+// Visible pixels beyond which a whole page does not fit that anyway, and kUsualPixels must do for formats
+// that have no pixels of their own.
+constexpr double kHugePage = 4e7;
+// What the filters of a page may take beyond the work at full resolution, in multiples of it, and the share
+// of the rest that one filter may take. At the least resolution, more is allowed.
+constexpr double kLoweredWork = 1.0, kShareOfLoweredWork = 1.0 / 32.0;
 // Maximum number of pixels touched by the filters of a page: kUsualWork plus this multiple of the page's
 // pixels.
 constexpr double kUsualWork = 1e9, kWorkOfPagePixel = 400.0;
@@ -32,6 +38,11 @@ constexpr double kFilterWork = 50'000.0, kWorkOfPixel = 40.0;
 constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
 // Maximum nesting depth of filters.
 constexpr unsigned int kGreatestDepth = 64;
+
+double WorkOf(const FilterPlan& plan) {
+    const double ends = plan.results.empty() ? 0.0 : plan.source.Area() + plan.results.back().Area();
+    return plan.work + kFilterWork + kWorkOfPixel * ends;
+}
 
 ORVRasterOptions RasterOptions(const ORVFilterOptions& options) {
     ORVRasterOptions raster;
@@ -119,6 +130,7 @@ struct ORVFilterImages::Taken {
 
 struct ORVFilterImages::Budget {
     double limit = 0.0, spent = 0.0;
+    double full = 0.0;  // what may be spent at full resolution so far
     unsigned int depth = 0;
 };
 
@@ -182,6 +194,7 @@ int ORVFilterImages::BeginPage(const ORVPrintPageInfo& info) {
     if (ownBudget_) {
         const double scale = options_.dotsPerInch / kUserUnitsPerInch;
         const double allowed = kUsualWork + kWorkOfPagePixel * info.width * info.height * scale * scale;
+        ownBudget_->full = ownBudget_->spent + options_.fullWork;
         ownBudget_->limit = std::min(ownBudget_->spent + allowed, static_cast<double>(options_.paintLimit));
     }
     return target_.BeginPage(info);
@@ -336,23 +349,33 @@ int ORVFilterImages::Refuse(const std::string& text) {
     return kDrawingFailed;
 }
 
-/// Plans a filter at the resolution of the device, or at what memory permits. @return false if it cannot be
-/// planned
+/// Plans a filter at the resolution of the device, or at what memory and work permit. @return false if it
+/// cannot be planned
 bool ORVFilterImages::FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content,
                               FilterPlan& plan) const {
-    const double full = options_.dotsPerInch / kUserUnitsPerInch * SymbolScale();
+    const double finest = options_.dotsPerInch / kUserUnitsPerInch * SymbolScale();
+    const double least = options_.leastDotsPerInch / kUserUnitsPerInch * SymbolScale();
     const ORVMathBox2D& shown = Shown();
     const double seen =
-        shown.IsEmpty() ? 0.0 : (shown.xMax - shown.xMin) * (shown.yMax - shown.yMin) * full * full;
-    const double most = std::clamp(kPixelsOfShown * seen, kUsualPixels, kMostPixels);
-    double scale = full;
+        shown.IsEmpty() ? 0.0 : (shown.xMax - shown.xMin) * (shown.yMax - shown.yMin) * finest * finest;
+    const double most = least > 0.0 && seen > kHugePage
+                            ? kUsualPixels
+                            : std::clamp(kPixelsOfShown * seen, kUsualPixels, kMostPixels);
+    const double full = budget_->full - budget_->spent;
+    const double work =
+        std::max({full, (full + options_.fullWork * kLoweredWork) * kShareOfLoweredWork, 0.0});
+    double scale = finest;
     constexpr int kMostTries = 8;
     for (int i = 0; i < kMostTries; ++i) {
         FilterGrid grid = FilterGrid::Make(filter.toPage, scale);
         grid.pixelsInPx = scale / SymbolScale() * unitsPerInch_ / kPxPerInch;
         plan = FilterPlan::Make(filter, grid, shown, content);
-        if (plan.pixels <= most) return true;
-        scale *= std::sqrt(most / plan.pixels) * 0.99;
+        const bool isSlow = least > 0.0 && scale > least && WorkOf(plan) > work;
+        if (plan.pixels <= most && !isSlow) return true;
+        double lower = 1.0;
+        if (plan.pixels > most) lower = std::sqrt(most / plan.pixels) * 0.99;
+        if (isSlow) lower = std::min(lower, std::max(std::sqrt(work / WorkOf(plan)) * 0.99, least / scale));
+        scale *= lower;
     }
     return false;
 }
@@ -365,8 +388,7 @@ int ORVFilterImages::DrawTaken() {
     FilterPlan plan;
     if (!FitPlan(filter, whole, plan)) return Refuse("has a filter that takes too much memory");
     if (plan.results.empty() || plan.results.back().IsEmpty()) return kGeneratorDone;
-    budget_->spent +=
-        plan.work + kFilterWork + kWorkOfPixel * (plan.source.Area() + plan.results.back().Area());
+    budget_->spent += WorkOf(plan);
     if (!(budget_->spent <= budget_->limit))
         return Refuse("has filters that take too much work; use a lower resolution or simpler filters");
     FilterPixels source;
@@ -379,7 +401,7 @@ int ORVFilterImages::DrawTaken() {
                   });
     FilterPixels result;
     int status = run.Compute(result);
-    if (status == kGeneratorDone) status = Hand(result, plan.grid);
+    if (status == kGeneratorDone) status = Hand(std::move(result), plan.grid);
     return status == kGeneratorDone ? HandTexts() : status;
 }
 
@@ -407,6 +429,7 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
     if (hasFilters && !inner_) {
         ORVFilterOptions inPixels = options_;
         inPixels.dotsPerInch = kUserUnitsPerInch;
+        inPixels.leastDotsPerInch = 0.0;  // the resolution is that of the outer filter
         inner_.reset(new ORVFilterImages(*raster_, inPixels, budget_));
     }
     if (hasFilters) inner_->unitsPerInch_ = grid.pixelsInPx * kPxPerInch;
@@ -429,8 +452,8 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
 }
 
 /// Passes the result to the target as an image.
-int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
-    const FilterBox& box = pixels.GetBox();
+int ORVFilterImages::Hand(FilterPixels pixels, const FilterGrid& grid) {
+    const FilterBox box = pixels.GetBox();
     if (box.IsEmpty()) return kGeneratorDone;
     if (!(box.Area() <= static_cast<double>(std::min(options_.pixelLimit, ORVPixelImage::GetPixelLimit()))))
         return Refuse("has a filter whose image would have too many pixels; use a lower resolution");
@@ -440,10 +463,12 @@ int ORVFilterImages::Hand(const FilterPixels& pixels, const FilterGrid& grid) {
     if (imagePixels_ > std::max(kUsualImagePixels, kImagesOfPage * pagePixels))
         return Refuse("has filters that take too much memory; use a lower resolution or fewer filters");
     bool isBlank = false;
-    const std::vector<std::uint8_t> bytes = StraightBytes(pixels, isBlank);
+    std::vector<std::uint8_t> bytes = StraightBytes(pixels, isBlank);
+    pixels = {};  // may be hundreds of megabytes
     if (isBlank) return kGeneratorDone;
     const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(box.width, box.height, bytes));
     if (!image) throw std::bad_alloc();
+    bytes = {};
     const ORVMathAffine2D toPage = grid.toPage * ORVMathAffine2D{static_cast<double>(box.width),
                                                                  0.0,
                                                                  0.0,

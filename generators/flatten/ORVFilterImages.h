@@ -19,6 +19,11 @@ struct ORVFilterOptions {
     /// Resolution of the images. Use that of a raster device, so that pixels coincide. A filter that would
     /// need too much memory gets a lower resolution.
     double dotsPerInch = 300.0;
+    /// Resolution that the filters of a page may be lowered to when they take a lot of work, for formats
+    /// without pixels of their own; 0 if they may not be lowered for that.
+    double leastDotsPerInch = 0.0;
+    /// What counts as a lot of work: pixels touched by all filters of a page.
+    double fullWork = 5e9;
     /// Maximum pixels of an image; larger ones cause the page to be refused.
     std::uint64_t pixelLimit = 4'000'000'000;
     /// Maximum pixels of all images of a document.
@@ -95,7 +100,7 @@ private:
     bool FitPlan(const ORVPrintFilter& filter, const ORVMathBox2D& content, FilterPlan& plan) const;
     int DrawPixels(ORVPageRecording& recording, bool hasFilters, const FilterGrid& grid, const FilterBox& box,
                    FilterPixels& pixels);
-    int Hand(const FilterPixels& pixels, const FilterGrid& grid);
+    int Hand(FilterPixels pixels, const FilterGrid& grid);
     int HandTexts();
     int Refuse(const std::string& text);
 

@@ -171,6 +171,9 @@ ORVFlattenOptions PrintJob::FlattenOptions(const ORVFormatOptions& format) const
 ORVFilterOptions PrintJob::FilterOptions(const ORVFormatOptions& format) const {
     ORVFilterOptions options;
     options.dotsPerInch = format_.hasPixels ? format.dotsPerInch : options_.flattenDotsPerInch;
+    // That of screens; filters of raster formats coincide with the pixels of the page.
+    constexpr double kLeastDotsPerInch = 96.0;
+    if (!format_.hasPixels) options.leastDotsPerInch = kLeastDotsPerInch;
     options.pixelLimit = format.pixelLimit;
     options.outputPixelLimit = format.outputPixelLimit;
     options.paintLimit = format.paintLimit;

@@ -396,4 +396,38 @@ TEST_F(ORVFilterImagesTest, TooManyPixelsGetALowerResolution) {
     EXPECT_THAT(page_.At(99, 99), ElementsAre(255, 0, 0, 255));
 }
 
+// The first filters of a page are as fine as asked for, the last ones as coarse as permitted, but never
+// coarser.
+TEST_F(ORVFilterImagesTest, ManyFiltersGetALowerResolution) {
+    struct Row {
+        double least, fullWork;
+        int first, last;  // widths of images, without a margin
+    };
+    for (const Row& row :
+         {Row{0.0, 1e6, 1500, 1500}, Row{90.0, 1e12, 1500, 1500}, Row{90.0, 7.5e7, 1500, 300},
+          Row{180.0, 7.5e7, 1500, 600}, Row{450.0, 1e6, 1500, 1500}}) {
+        page_.images.clear();
+        ORVFilterOptions options = Options(450.0);
+        options.leastDotsPerInch = row.least;
+        options.fullWork = row.fullWork;
+        stage_ = std::make_unique<ORVFilterImages>(page_, options);
+        ASSERT_EQ(stage_->BeginDocument({}), 1);
+        for (unsigned int number = 1; number <= 2; ++number) {
+            ASSERT_EQ(stage_->BeginPage(PageInfo(310, 310, number)), 1);
+            for (int i = 0; i < 5; ++i) {
+                BeginFilter({Step(ORVFilterOffset{0, 0})});
+                Fill(0, 0, 300, i == 0 ? 30 : 300);
+                EndFilter();
+            }
+            EXPECT_EQ(stage_->EndPage(), 1);
+        }
+        ASSERT_EQ(page_.images.size(), 10U);
+        // Each page begins anew.
+        for (const std::size_t page : {0U, 5U}) {
+            EXPECT_NEAR(page_.images[page].width, row.first, 4) << row.least << " " << row.fullWork;
+            EXPECT_NEAR(page_.images[page + 4].width, row.last, 4) << row.least << " " << row.fullWork;
+        }
+    }
+}
+
 }  // namespace
