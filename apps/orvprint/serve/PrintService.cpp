@@ -17,9 +17,9 @@ namespace {
 constexpr int kOk = 200, kNotFound = 404, kBadMethod = 405, kTooLarge = 413, kBadType = 415, kTooMany = 429,
               kUnavailable = 503;
 constexpr unsigned int kMostAttempts = 2;
-// A worker that is past the time of its job should have ended by itself.
+// Time after a job's limit in which its worker should end by itself.
 constexpr std::chrono::milliseconds kGrace{1000};
-// A job whose client is gone may still end by itself, which costs less than a new worker.
+// A job whose client has disconnected may run this long: finishing costs less than a new worker.
 constexpr std::chrono::milliseconds kShortJob{50};
 constexpr std::chrono::seconds kStartAgain{1}, kLongestStop{60};
 
@@ -97,7 +97,7 @@ bool PrintService::MayGrow(std::size_t more, std::size_t total, HttpAnswer& refu
         refusal = RefuseSize();
         return false;
     }
-    // Bodies and documents that nobody takes could fill the memory.
+    // Bodies of waiting jobs, and documents that clients do not fetch, must not fill the memory.
     constexpr std::uint64_t kLeastHeld = std::uint64_t{256} << 20U;
     if (heldBytes_ + more > std::max(4 * most, kLeastHeld)) {
         refusal = RefuseForNow(kTooMany, "the service holds as many drawings as it may");
@@ -219,7 +219,7 @@ bool PrintService::StartWorker(Slot& slot) {
     return false;
 }
 
-/// The worker ends by itself when it sees that there are no more jobs.
+/// The old worker ends by itself when its connection is closed.
 void PrintService::Replace(Slot& slot, const char* reason) {
     metrics_.AddRestart(reason);
     StartWorker(slot);
@@ -249,7 +249,7 @@ void PrintService::Give(Slot& slot, std::unique_ptr<Job> job) {
 void PrintService::Pump(Slot& slot) {
     const bool isStarting = slot.link.GetState() == WorkerLink::State::kStarting;
     if (slot.link.Pump()) TakeAnswer(slot);
-    // Whatever made a worker say what it should not, it is not spoken with any more.
+    // The link closes the socket of a worker that violates the protocol.
     if (slot.link.GetDescriptor() < 0 && slot.link.GetState() != WorkerLink::State::kNone)
         forks_.Kill(slot.link.GetId());
     if (isStarting && slot.link.GetState() == WorkerLink::State::kIdle) {
@@ -294,10 +294,10 @@ void PrintService::TakeEnds() {
 }
 
 void PrintService::TakeEnd(Slot& slot, int status) {
-    // Its last answer may still be on the way.
+    // Its last answer may still be in the socket.
     const std::uint64_t id = slot.link.GetId();
     Pump(slot);
-    if (slot.link.GetId() != id) return;  // with the answer came another worker
+    if (slot.link.GetId() != id) return;  // the answer caused a replacement
     slot.link.PumpErrors();
     if (slot.job) {
         FailJob(slot, status);
@@ -308,7 +308,7 @@ void PrintService::TakeEnd(Slot& slot, int status) {
         failure_ = lines.empty() ? "a worker " + WorkerProcess::EndOf(status).words : lines.front();
         log_.Write("error", "worker", failure_);
         ++failedStarts_;
-        // What keeps the very first one from starting will keep the others.
+        // If the very first worker cannot start, no other can.
         if (!hasServed_) isLost_ = true;
     }
     metrics_.AddRestart("crash");
@@ -328,7 +328,7 @@ void PrintService::FailJob(Slot& slot, int status) {
         Finish(*job, {.status = 0}, kExitDone, "the client went away");
         return Replace(slot, "cancelled");
     }
-    // A worker that is out of time or memory says so and ends.
+    // A worker that runs out of time or memory reports that and exits.
     const bool hasTold = end.exitCode == kExitFailed && !lines.empty();
     if (isTimeUp || hasTold) {
         const bool isTime = isTimeUp || lines.front().find(": takes longer than ") != std::string::npos;
@@ -411,7 +411,7 @@ void PrintService::Poll() {
     poll(ready.data(), ready.size(), GetTimeout());
     if (ready[0].revents != 0) BeginStop();
     for (std::size_t i = 0; i < slots_.size(); ++i) {
-        // A slot may have another worker by now, which says nothing unasked.
+        // The slot may have a new worker by now; pumping an idle one does nothing.
         if (ready[first + 2 * i].revents != 0) Pump(*slots_[i]);
         if (ready[first + 2 * i + 1].revents != 0) slots_[i]->link.PumpErrors();
     }
@@ -435,7 +435,7 @@ bool PrintService::IsDone() const {
     return isStopping_ && (front_.CountRequests() == 0 || Clock::now() >= lastMoment_);
 }
 
-/// What was accepted is answered first, unless a second signal comes.
+/// Accepted jobs are answered first, unless a second signal arrives.
 void PrintService::BeginStop() {
     signals_.Drain();
     if (isStopping_) {

@@ -26,9 +26,9 @@ struct Order {
     std::uint64_t id = 0;
 };
 
-constexpr std::uint64_t kReady = 0;  // in the place of a child's number
+constexpr std::uint64_t kReady = 0;  // instead of a child's id
 
-/// Sends an order, with descriptors if there are any.
+/// Sends an order with its descriptors, if any.
 bool SendOrder(int control, const Order& order, const int* descriptors, std::size_t count) {
     Order copy = order;
     iovec part{&copy, sizeof copy};
@@ -50,7 +50,7 @@ bool SendOrder(int control, const Order& order, const int* descriptors, std::siz
     return sent == static_cast<ssize_t>(sizeof copy);
 }
 
-/// @return false at the end
+/// @return false at the end of the stream
 bool ReceiveOrder(int control, Order& order, std::array<int, 2>& descriptors) {
     descriptors = {-1, -1};
     iovec part{&order, sizeof order};
@@ -69,12 +69,12 @@ bool ReceiveOrder(int control, Order& order, std::array<int, 2>& descriptors) {
     return true;
 }
 
-/// The process that forks.
+/// The forking process.
 class Forker {
 public:
     Forker(int control, const ForkServer::Child& child) : control_(control), child_(child) {}
 
-    /// @return when whoever started it is gone
+    /// Returns when the parent process has ended.
     void Run() {
         sigset_t children;
         sigemptyset(&children);
@@ -92,7 +92,7 @@ public:
     }
 
 private:
-    /// Children without work end by themselves; nobody waits for what others do.
+    /// Idle children end by themselves; the others are killed after a moment.
     void EndChildren() {
         constexpr int kPatience = 200;  // milliseconds
         pollfd ended{ends_, POLLIN, 0};
@@ -126,7 +126,7 @@ private:
         if (pid > 0)
             children_[pid] = id;
         else
-            Tell({id, SIGKILL});  // as if it had been, for want of memory or processes
+            Tell({id, SIGKILL});  // fork failed: reported as if the child had been killed
     }
 
     [[noreturn]] void Become(const std::array<int, 2>& descriptors, pid_t parent) {
@@ -165,15 +165,14 @@ private:
     std::map<pid_t, std::uint64_t> children_;
 };
 
-/// Sockets that listen are none of a worker's.
+/// Closes all descriptors but the standard streams and one more: workers must not hold the listening sockets.
 void CloseAllBut(int kept) {
     const auto first = static_cast<unsigned int>(kept);
     if (first > 3) close_range(3, first - 1, 0);
     close_range(first + 1, ~0U, 0);
 }
 
-/// What is sent to all processes of a service or terminal is left to the one that was started: it knows what
-/// is still to be done.
+/// Ignores signals that a terminal or service manager sends to all processes: the parent decides when to end.
 void LeaveEndToParent() {
     LeaveTerminalSignalsToParent();
     std::signal(SIGTERM, SIG_IGN);

@@ -75,7 +75,7 @@ private:
     int descriptor_ = -1;
 };
 
-/// Sends bytes and takes what comes meanwhile: a service may answer before it has all.
+/// Sends bytes and receives at the same time: a service may answer before it has read everything.
 /// @return false with errno
 bool Exchange(int socket, const std::array<std::string_view, 2>& parts, std::uint64_t most,
               std::string& come) {
@@ -93,7 +93,8 @@ bool Exchange(int socket, const std::array<std::string_view, 2>& parts, std::uin
             const ssize_t sent =
                 send(socket, parts[part].data() + at, parts[part].size() - at, MSG_NOSIGNAL | MSG_DONTWAIT);
             if (sent > 0) at += static_cast<std::size_t>(sent);
-            if (sent < 0 && errno != EAGAIN && errno != EINTR) part = parts.size();  // its answer says why
+            if (sent < 0 && errno != EAGAIN && errno != EINTR)
+                part = parts.size();  // the answer gives the reason
         }
         if ((ready.revents & (POLLIN | POLLHUP | POLLERR)) == 0) continue;
         const ssize_t got = recv(socket, block.data(), block.size(), MSG_DONTWAIT);
@@ -120,7 +121,7 @@ bool ReadNumber(std::string_view text, Number& number) {
     return status == std::errc{} && end == text.data() + text.size();
 }
 
-/// Takes one line off the front. @return false when there is no whole one
+/// Removes the first line. @return false if no line is complete
 bool TakeLine(std::string_view& text, std::string_view& line) {
     const std::size_t end = text.find("\r\n");
     if (end == std::string_view::npos) return false;
@@ -129,7 +130,7 @@ bool TakeLine(std::string_view& text, std::string_view& line) {
     return true;
 }
 
-/// @return false when the bytes are no whole answer
+/// @return false if the response is malformed or incomplete
 bool ReadAnswer(std::string_view bytes, HttpAnswer& answer) {
     constexpr std::string_view kVersion = "HTTP/1.";
     std::string_view line;

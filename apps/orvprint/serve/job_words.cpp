@@ -73,7 +73,7 @@ int ReadTimeLimit(const std::string& value, Reading& reading) {
     return kExitDone;
 }
 
-/// Limits of the service stand: whoever sends a job can be stricter.
+/// A job may lower the limits of the service, but not raise them.
 int ReadLimit(const std::string& value, Reading& reading) {
     const std::string_view name = std::string_view(value).substr(0, value.find('='));
     const ORVPrintLimits::Row* const row = ORVPrintLimits::Find(name);
@@ -83,7 +83,7 @@ int ReadLimit(const std::string& value, Reading& reading) {
         return Refuse(
             "limit", value,
             "is more than " + std::to_string(ORVPrintLimits::Get(row->limit)) + ", the limit of the service");
-    // What is wrong with it is said where it takes effect.
+    // Invalid values are reported when the limits are applied.
     reading.job.print.read.limits.push_back(value);
     return kExitDone;
 }
@@ -108,7 +108,7 @@ struct Row {
     int (*read)(const std::string& value, Reading& reading);
 };
 
-// What a print in a process of its own is not asked, or not in this way.
+// Parameters that the command lacks, or that it has in another form.
 constexpr std::array kRows{
     Row{"name", ReadName},
     Row{"created", ReadCreated},

@@ -20,10 +20,10 @@
 
 namespace {
 
-constexpr int kFirstGiven = 3;  // of the descriptors that the system hands over
+constexpr int kFirstGiven = 3;  // number of the first descriptor that systemd passes
 constexpr mode_t kSocketMode = 0660;
 
-/// A number of the environment, 0 when there is none.
+/// The number in an environment variable; 0 if there is none.
 long NumberOf(const char* name) {
     const char* const text = std::getenv(name);
     long number = 0;
@@ -45,7 +45,7 @@ bool ReadPort(const std::string& text, in_port_t& port) {
     return !text.empty() && status == std::errc{} && stop == end;
 }
 
-/// Numbers only: names could mean anything by the time that the service starts.
+/// Numeric hosts only: what a name resolves to may change.
 bool ReadAddress(const std::string& text, Address& address) {
     const std::size_t colon = text.rfind(':');
     if (colon == std::string::npos) return false;
@@ -71,7 +71,7 @@ bool ReadAddress(const std::string& text, Address& address) {
     return true;
 }
 
-/// The address with the port that the socket has got.
+/// The address with the port that the system chose.
 std::string PlaceOf(int socket, const std::string& asked) {
     sockaddr_storage storage{};
     socklen_t size = sizeof storage;
@@ -92,7 +92,7 @@ bool IsSocket(const std::string& path) {
 ListeningSockets::~ListeningSockets() {
     if (!path_.empty()) unlink(path_.c_str());
     for (const int descriptor : descriptors_) close(descriptor);
-    // Nobody else takes the place before its name is gone.
+    // The lock is released only after the file has been removed.
     if (lock_ >= 0) close(lock_);
 }
 
@@ -126,8 +126,8 @@ int ListeningSockets::TakeGiven() {
     return kExitDone;
 }
 
-/// A lock beside the socket tells whether somebody serves there: a socket that is left over from a service
-/// that was killed is replaced, one in use is not.
+/// Opens a Unix socket. A lock file beside it shows whether a service is running there: the socket of a
+/// killed service is replaced, one in use is not.
 int ListeningSockets::OpenPath(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -144,7 +144,7 @@ int ListeningSockets::OpenPath(const std::string& path) {
         return Report(kExitUnwritable, path, "is there and is no socket");
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0) return Report(kExitUnwritable, path, std::strerror(errno));
-    // Another program, which knows no lock, may serve there.
+    // A program that does not use the lock may be listening there.
     if (IsSocket(path) && connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
         close(socket);
         return Report(kExitUnwritable, path, "another service listens there");

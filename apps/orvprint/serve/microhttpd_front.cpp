@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// HTTP by way of libmicrohttpd. Only the service loads that library.
+// The HTTP server, on libmicrohttpd. Only the service loads that library.
 
 #include <microhttpd.h>
 #include <poll.h>
@@ -28,16 +28,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A head, and what of a body comes at once, are no more.
+// Memory of a connection: for the head of a request and a part of its body.
 constexpr std::size_t kConnectionMemory = std::size_t{64} << 10U;
-// A client that takes an answer more slowly than this, on top of its patience, is not waited for.
+// A client that reads a response more slowly than this, after its patience has passed, is disconnected.
 constexpr std::size_t kLeastBytesPerSecond = std::size_t{16} << 10U;
-// Of a body that was refused, so much is read for the client to get its answer.
+// Number of bytes of a refused body that are read and dropped, so that the client reads the refusal.
 constexpr std::uint64_t kMostPassedOver = std::uint64_t{16} << 20U;
-constexpr std::uint64_t kDaemonEvent = 0;  // in the place of a request's number
-constexpr int kSweep = 1000;               // milliseconds between looks at who is slow
+constexpr std::uint64_t kDaemonEvent = 0;  // instead of a request's id
+constexpr int kSweep = 1000;               // milliseconds between checks for slow clients
 
-/// A client's connection, and its request.
+/// A client's connection and its request.
 struct Connection {
     enum class State { kIdle, kComing, kWaiting, kAnswered };
 
@@ -47,9 +47,9 @@ struct Connection {
     Clock::time_point since = Clock::now();  // of the state
     bool isSuspended = false, isGone = false;
     HttpRequest request;
-    std::size_t held = 0;              // bytes that the user counts
-    std::optional<HttpAnswer> answer;  // or refusal, while the body comes
-    std::uint64_t passedOver = 0;      // bytes of the body behind the refusal
+    std::size_t held = 0;              // bytes counted by the user
+    std::optional<HttpAnswer> answer;  // or the refusal, while the body is still arriving
+    std::uint64_t passedOver = 0;      // bytes of the body dropped since the refusal
 
     void Become(State next) {
         state = next;
@@ -123,7 +123,7 @@ private:
 };
 
 MicroFront::~MicroFront() {
-    // The library stops no connection that is suspended.
+    // The library cannot stop suspended connections.
     for (const auto& [id, connection] : requests_) {
         connection->isGone = true;
         Resume(*connection);
@@ -150,7 +150,7 @@ bool MicroFront::Start(const std::vector<int>& sockets, const HttpSettings& sett
 }
 
 bool MicroFront::StartOn(int socket, unsigned int connections, std::string& error) {
-    // Without threads of its own, and without a word on standard error.
+    // No threads of its own, and nothing on standard error.
     constexpr unsigned int kFlags = MHD_USE_EPOLL | MHD_ALLOW_SUSPEND_RESUME;
     MHD_Daemon* const daemon =
         MHD_start_daemon(kFlags, 0, nullptr, nullptr, &MicroFront::Handle, this, MHD_OPTION_LISTEN_SOCKET,
@@ -214,7 +214,7 @@ void MicroFront::StopListening() {
     if (std::exchange(isStopping_, true)) return;
     for (MHD_Daemon* const daemon : daemons_) {
         const MHD_DaemonInfo* const info = MHD_get_daemon_info(daemon, MHD_DAEMON_INFO_LISTEN_FD);
-        // Whoever has been let in by the system is answered.
+        // Connections that the kernel has already accepted are served.
         constexpr int kMostRounds = 1000;
         pollfd waiting{info ? info->listen_fd : -1, POLLIN, 0};
         for (int round = 0; round < kMostRounds && poll(&waiting, 1, 0) > 0; ++round) MHD_run(daemon);
@@ -268,7 +268,7 @@ void MicroFront::NoteConnection(void* front, MHD_Connection* handle, void** conn
         added->socket = info ? info->connect_fd : -1;
         self.connections_.insert(added.get());
         *connection = added.release();
-    } catch (const std::bad_alloc&) {  // its requests are refused
+    } catch (const std::bad_alloc&) {  // out of memory: its requests are refused
     }
 }
 
@@ -299,7 +299,7 @@ MHD_Result MicroFront::Begin(Connection& connection, const char* url, const char
     HttpAnswer refusal;
     if (user_->MayCome(head, refusal)) return MHD_YES;
     connection.answer = std::move(refusal);
-    // What is no longer than a buffer is read before, so that the connection can stay.
+    // A body that fits into the buffer is read first, so that the connection can be kept open.
     return head.length > kConnectionMemory ? SendAnswer(connection) : MHD_YES;
 }
 
@@ -332,7 +332,7 @@ MHD_Result MicroFront::Complete(Connection& connection) {
     return MHD_YES;
 }
 
-/// The bytes stay where they are until the request is over.
+/// Does not copy the body: it stays in the connection until the request ends.
 MHD_Result MicroFront::SendAnswer(Connection& connection) {
     HttpAnswer& answer = *connection.answer;
     connection.Become(Connection::State::kAnswered);
@@ -350,7 +350,7 @@ MHD_Result MicroFront::SendAnswer(Connection& connection) {
     return result;
 }
 
-/// A request is over, however it ended.
+/// Called when a request has ended, for any reason.
 void MicroFront::End(Connection& connection) {
     if (requests_.erase(connection.request.id) > 0) {
         if (connection.state == Connection::State::kWaiting && !connection.isGone && !connection.answer)
@@ -372,7 +372,7 @@ void MicroFront::Resume(Connection& connection) {
     mustRun_ = true;
 }
 
-/// A client went away while it waited.
+/// Called when a waiting client has disconnected.
 void MicroFront::Lose(std::uint64_t id) {
     const auto found = requests_.find(id);
     if (found == requests_.end() || !found->second->isSuspended) return;
@@ -382,8 +382,7 @@ void MicroFront::Lose(std::uint64_t id) {
     user_->Leave(id);
 }
 
-/// The library ends connections on which nothing happens at all; those on which hardly anything does are
-/// ended here.
+/// Disconnects clients that send or read too slowly. The library disconnects only completely idle ones.
 void MicroFront::DropSlow() {
     const Clock::time_point now = Clock::now();
     if (now < sweep_) return;

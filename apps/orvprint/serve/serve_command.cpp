@@ -19,7 +19,7 @@ namespace {
 
 constexpr double kUsualTimeLimit = 60.0;  // seconds
 
-/// @return null after a report
+/// @return null if loading failed, which has been reported
 std::unique_ptr<HttpFront> LoadFront() {
     std::string error;
     void* const module = ORVLoadModule(kServeModule, error);
@@ -31,7 +31,7 @@ std::unique_ptr<HttpFront> LoadFront() {
     return front;
 }
 
-/// Options of reading that say nothing to a service, or something else.
+/// Removes the reading options that make no sense for a service, and changes those that mean something else.
 void FitReadOptions(CommandOptions& command) {
     for (const char* name : {"--allow-dir", "--no-file-images", "--fragment"}) command.remove_option(name);
     if (CLI::Option* const limit = command.get_option_no_throw("--time-limit"))
@@ -81,7 +81,7 @@ int RunServe(ServeSettings settings) {
         return Report(kExitUsage, "--allow-remote", "needs --listen HOST:PORT");
     ListeningSockets sockets;
     if (const int code = sockets.Open(settings); code != kExitDone) return code;
-    // Before anything is known of clients, and before there could be threads.
+    // Forked before there is any client data and any thread.
     ForkServer forks;
     const auto work = [&settings](int socket) { return ServeWorker(settings, socket).Live(); };
     if (!forks.Start([&] { return WarmUp(settings); }, work))

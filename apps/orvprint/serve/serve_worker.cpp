@@ -27,8 +27,9 @@
 
 namespace {
 
-constexpr std::uint64_t kKeptMemory = std::uint64_t{64} << 20U;   // bytes that it keeps between jobs
-constexpr std::uint64_t kWornMemory = std::uint64_t{512} << 20U;  // a job that took more is its last one
+constexpr std::uint64_t kKeptMemory = std::uint64_t{64} << 20U;  // bytes that a worker may keep between jobs
+constexpr std::uint64_t kWornMemory = std::uint64_t{512}
+                                      << 20U;  // after a job that took more, the worker is replaced
 constexpr std::uint32_t kMostWordBytes = std::uint32_t{1} << 20U;
 
 constexpr std::string_view kFirstDrawing =
@@ -36,7 +37,7 @@ constexpr std::string_view kFirstDrawing =
     "<path d='M0 0 L 10 10' stroke='black'/><text x='5' y='40' font-family='sans-serif' font-size='9'>"
     "Warm \u00e9</text></svg>";
 
-/// Puts memory in the place of a stream.
+/// Replaces a standard stream with a file in memory.
 bool ReplaceStream(int stream, const char* name) {
     const int memory = memfd_create(name, MFD_CLOEXEC);
     if (memory < 0) return false;
@@ -51,7 +52,7 @@ bool PrepareStreams() {
     return ReplaceStream(STDIN_FILENO, "drawing") && ReplaceStream(STDOUT_FILENO, "document");
 }
 
-/// Prints a drawing of ours. @return an exit code
+/// Prints the built-in drawing. @return an exit code
 int PrintFirst(const ServeSettings& settings, const char* interpreter) {
     if (!EmptyStream(STDIN_FILENO) || !EmptyStream(STDOUT_FILENO) ||
         !SendBytes(STDIN_FILENO, kFirstDrawing.data(), kFirstDrawing.size()) ||
@@ -61,7 +62,7 @@ int PrintFirst(const ServeSettings& settings, const char* interpreter) {
     const HttpWords words{{"interpreter", interpreter}};
     if (const int code = ReadJobWords(words, settings, job); code != kExitDone) return code;
     job.print.threads = 1;
-    // However slow the machine is at the moment: this one is not of anybody's making.
+    // No time limit: this drawing is ours, and the machine may be slow.
     SetTimeLimit(0.0);
     return RunPrint(job.print);
 }
@@ -110,7 +111,7 @@ int ServeWorker::Prepare() {
     memory_.Open();
     threads_ = ThreadsOf(settings_);
     RunFiles files{.inputs = {"-"}, .output = "-"};
-    // Any format may be asked for.
+    // A job may request any format.
     files.keepsTemporaryFiles = true;
     return EnterSandboxFor(settings_.read, std::move(files));
 }
@@ -137,7 +138,7 @@ bool ServeWorker::ReadBody(std::uint64_t size) const {
 void ServeWorker::Do(const JobHead& head, const HttpWords& words, AnswerHead& answer) {
     NameStandardInput("drawing");
     TakeReportedReason();
-    // What the job before it set is not this one's.
+    // Resets what the previous job set.
     answer.code = ApplyReadOptions(settings_.read);
     ServeJob job;
     if (answer.code == kExitDone) answer.code = ReadJobWords(words, settings_, job);
@@ -157,7 +158,7 @@ int ServeWorker::Print(ServeJob& job, AnswerHead& answer) const {
     answer.pages = facts.pages;
     if (const ORVOutputFormat* const format = ORVFindOutputFormat(job.print.format))
         format->name.copy(answer.format.data(), answer.format.size() - 1);
-    // It was read to its end.
+    // Printing has read the drawing to its end.
     if (code == kExitDone && job.countsFindings && lseek(STDIN_FILENO, 0, SEEK_SET) == 0) {
         DrawingTime time;
         time.Begin(DisplayName("-", "standard input"));
@@ -178,7 +179,7 @@ int ServeWorker::Check(const ServeJob& job, AnswerHead& answer) {
 }
 
 bool ServeWorker::SendAnswer(AnswerHead answer) const {
-    // What was made of a job that failed is nothing to send.
+    // The incomplete output of a failed job is not sent.
     const off_t size = answer.code == kExitDone ? lseek(STDOUT_FILENO, 0, SEEK_END) : 0;
     answer.bodyBytes = size > 0 ? static_cast<std::uint64_t>(size) : 0;
     std::fflush(stderr);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// What other programs call drawings, or bytes of any kind: curl says the last one unless told otherwise.
+// The types that programs use for drawings or for arbitrary bytes; the last one is curl's default.
 constexpr std::array<std::string_view, 9> kDrawingTypes{"",
                                                         "image/svg+xml",
                                                         "image/svg+xml-compressed",
@@ -25,12 +25,12 @@ constexpr std::array<std::string_view, 9> kDrawingTypes{"",
 
 constexpr std::size_t kMostNotes = 10, kMostNoteBytes = 500;
 
-/// A text as a header takes it: printable ASCII.
+/// A text as a header may contain it: printable ASCII.
 std::string HeaderText(std::string_view text) {
     return EncodePercent(text.substr(0, kMostNoteBytes), [](char c) { return c >= ' ' && c < 0x7F; });
 }
 
-/// @param name  of an output format, or "json"
+/// The media type of an output format, or of "json".
 std::string TypeOf(std::string_view name) {
     const ORVOutputFormat* const format = ORVFindOutputFormat(name);
     return format ? std::string(format->mediaType) : "application/json";

@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr std::size_t kMostText = 500;  // bytes of a name or message; a line is one write to a pipe
+constexpr std::size_t kMostText =
+    500;  // maximum bytes of a name or message, so that a line is one write to a pipe
 
 std::string Now() {
     const auto now = std::chrono::system_clock::now();
@@ -41,7 +42,7 @@ void Integer(JsonWriter& json, const char* key, std::uint64_t number) {
     json.Integer(static_cast<long long>(number));
 }
 
-/// Milliseconds, to a thousandth.
+/// Writes milliseconds, rounded to microseconds.
 void Milliseconds(JsonWriter& json, const char* key, double seconds) {
     json.Key(key);
     json.Number(std::round(seconds * 1e6) / 1e3);

@@ -61,7 +61,7 @@ void ServiceMetrics::Histogram::Write(const char* name, const char* help, std::s
 }
 
 void ServiceMetrics::AddJob(int code, double waited, double worked, std::size_t received, std::size_t sent) {
-    constexpr double kShare = 0.05;  // of the newest one
+    constexpr double kShare = 0.05;  // weight of the latest job in the mean
     ++jobs_[code];
     waited_.Add(waited);
     worked_.Add(worked);

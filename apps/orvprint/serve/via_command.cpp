@@ -30,7 +30,7 @@
 
 namespace {
 
-// About the output here, or given in another form.
+// Options that concern the local output, or that the query has in another form.
 const std::set<std::string_view> kStaysHere{"via", "output", "force", "format", "quiet", "no-file-images"};
 const std::set<std::string_view> kNotThere{
     "allow-dir",  "no-sandbox",   "require-sandbox", "printer",     "copies", "title", "wait",
@@ -46,7 +46,7 @@ bool ReadWhole(const std::string& path, InputBytes& bytes) {
     return isRead;
 }
 
-/// What a service says of a failure, as lines of the command's own. @return its exit code
+/// Reports a failure of the service as the command would. @return the exit code
 int TellFailure(const std::string& place, const HttpAnswer& answer) {
     rapidjson::Document json;
     json.Parse(answer.body.data(), answer.body.size());
@@ -62,7 +62,7 @@ int TellFailure(const std::string& place, const HttpAnswer& answer) {
     return code;
 }
 
-/// Waits as long as a service asks for. @return false when it asks for too much, or not at all
+/// Waits as long as the service asks for. @return false if it asks for too long, or not at all
 bool WaitAsAsked(const HttpAnswer& answer, std::chrono::seconds& left) {
     constexpr int kTooMany = 429;
     if (answer.status != kTooMany) return false;

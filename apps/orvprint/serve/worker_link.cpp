@@ -70,7 +70,7 @@ void WorkerLink::Give(const JobHead& head, const std::string& words, const std::
     text_.clear();
     state_ = State::kBusy;
     ++jobCount_;
-    // The answer of a quick worker is for Pump, whose caller waits for it.
+    // Does not read: a quick answer is left to Pump, whose caller expects it.
     if (!Write()) CloseSocket();
 }
 
@@ -81,7 +81,7 @@ short WorkerLink::GetEvents() const {
 
 bool WorkerLink::Pump() {
     if (socket_ < 0) return false;
-    // A worker that cannot be spoken with has ended, and what that means is told elsewhere.
+    // If the socket fails, the worker has ended; the fork server reports that.
     if (!Write() || !Read()) {
         CloseSocket();
         return false;
@@ -103,7 +103,7 @@ bool WorkerLink::Write() {
             iovec{out_.data() + (out_.size() - headLeft), headLeft},
             iovec{const_cast<char*>(outBody_->data()) + bodyAt, outBody_->size() - bodyAt}};
         const ssize_t sent = writev(socket_, parts.data(), static_cast<int>(parts.size()));
-        // The answer to a job that was not wanted to its end may be there.
+        // The worker may have answered before it read the whole job.
         if (sent < 0) return WaitsForMore() || errno == EPIPE;
         written_ += static_cast<std::size_t>(sent);
     }
@@ -132,7 +132,7 @@ bool WorkerLink::Read() {
     }
 }
 
-/// A worker that drawings may have taken over is not believed how much will come.
+/// Grows the buffer as data arrive: a compromised worker could announce any size.
 bool WorkerLink::MakeRoom() {
     constexpr std::uint64_t kPart = std::uint64_t{1} << 20U;
     if (answer_.bodyBytes > ORVPrintLimits::Get(ORVPrintLimit::kOutputBytes)) return false;
