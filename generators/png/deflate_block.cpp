@@ -10,20 +10,21 @@
 namespace {
 
 constexpr unsigned int kLongestCode = 15, kLongestLengthCode = 7;
-// Symbols of the list of code lengths: one to repeat the last, two for several zeros.
+// Symbols in the list of code lengths: repeat the last length; a short run and a long run of zeros.
 constexpr std::uint8_t kRepeat = 16, kFewZeros = 17, kManyZeros = 18;
 constexpr std::size_t kLengthSymbols = 19;
 constexpr std::array<std::uint8_t, kLengthSymbols> kLengthOrder{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                                 11, 4,  12, 3, 13, 2, 14, 1, 15};
 
-/// A logarithm to base 2 in eighths, by whole numbers alone: it steers what bytes come out.
+/// A base-2 logarithm in eighths. Integers only: it affects the bytes written, which must not depend on the
+/// machine.
 unsigned int LogarithmOf(std::uint32_t number) {
     const auto whole = static_cast<unsigned int>(std::bit_width(number)) - 1;
     const std::uint32_t eighths = whole >= 3 ? number >> (whole - 3) : number << (3 - whole);
     return whole * DeflateBlock::kBit + (eighths & 7U);
 }
 
-/// Costs of symbols that occur so often. One that has not occurred yet might.
+/// Computes the costs of symbols from their counts. A symbol that has not occurred gets a cost, too.
 template <std::size_t kCount, class ExtraBits>
 void SetCosts(const std::array<std::uint32_t, kCount>& counts, ExtraBits extraBitsOf,
               std::array<std::uint16_t, kCount>& costs) {
@@ -38,7 +39,7 @@ void SetCosts(const std::array<std::uint32_t, kCount>& counts, ExtraBits extraBi
     }
 }
 
-/// Lengths of codes as a list of symbols, each with a number in its upper byte.
+/// Code lengths as a list of symbols, each with its repeat count in the upper byte.
 class LengthList {
 public:
     void Add(std::uint8_t symbol, std::size_t number = 0) {
@@ -74,7 +75,7 @@ constexpr unsigned int NumberBits(std::uint8_t symbol) {
     return symbol == kRepeat ? 2 : symbol == kFewZeros ? 3 : symbol == kManyZeros ? 7 : 0;
 }
 
-/// How many of the first are needed to have all that are not 0.
+/// The number of lengths up to the last that is not 0.
 std::size_t CountUsed(std::span<const std::uint8_t> lengths, std::size_t least) {
     std::size_t count = lengths.size();
     while (count > least && lengths[count - 1] == 0) --count;
@@ -88,13 +89,13 @@ struct DeflateBlock::Codes {
     HuffmanCodes<kDistances> distances;
 };
 
-/// Puts bits where there is room for them.
+/// Writes bits to memory that is large enough.
 class DeflateBlock::BitWriter {
 public:
     BitWriter(std::uint8_t* to, std::uint64_t bits, unsigned int count)
         : to_(to), bits_(bits), count_(count) {}
 
-    /// Up to 57 bits, all together, between two calls of Store.
+    /// At most 57 bits in total between two calls of Store.
     void Put(std::uint64_t bits, unsigned int count) {
         bits_ |= bits << count_;
         count_ += count;
@@ -103,7 +104,7 @@ public:
     void PutSymbol(const HuffmanCodes<kCount>& codes, std::size_t symbol) {
         Put(codes.codes[symbol], codes.lengths[symbol]);
     }
-    /// The same bits, at least one and up to 30, so many times.
+    /// Writes the same 1 to 30 bits several times.
     void PutTimes(std::uint64_t bits, unsigned int count, std::size_t times) {
         constexpr unsigned int kMostBits = 48;
         for (; times > 1 && count * 2 <= kMostBits; times /= 2) {
@@ -120,7 +121,7 @@ public:
         }
     }
     void Store() {
-        // The stream's bytes are in the order of this machine's (see lanes.h).
+        // The stream is little-endian, like the machine (see lanes.h).
         std::memcpy(to_, &bits_, sizeof bits_);
         to_ += count_ / 8;
         bits_ >>= count_ & ~7U;
@@ -147,7 +148,8 @@ void DeflateBlock::Begin() {
     bitCount_ = 0;
     symbolCounts_.fill(0);
     distanceCounts_.fill(0);
-    // What most drawings begin with: much white, few matches that are not of the next pixel.
+    // Initial costs, from the start of typical drawings: a lot of white, few matches but those of the pixel
+    // to the left.
     symbolCosts_.fill(8 * kBit);
     symbolCosts_[0] = 6 * kBit;
     symbolCosts_[255] = 4 * kBit;
@@ -181,8 +183,8 @@ std::size_t DeflateBlock::CountBits(const Codes& codes) const {
 }
 
 void DeflateBlock::WriteTokens(const Codes& codes, BitWriter& writer) const {
-    // What is written for a literal, and in the upper half how many bits; likewise for a length, whose code
-    // and further bits take twenty bits at most.
+    // The bits of each literal, with their number in the upper half; likewise for lengths, whose codes and
+    // extra bits take at most twenty bits.
     std::array<std::uint32_t, kFirstLength> literals{};
     std::array<std::uint32_t, kLongestMatch + 1> lengths{};
     for (std::size_t i = 0; i < literals.size(); ++i)
@@ -231,7 +233,7 @@ void DeflateBlock::Write(std::vector<std::uint8_t>& out) {
     codes.distances.Make(distanceCounts_, kLongestCode);
     const std::size_t symbolsUsed = CountUsed(codes.symbols.lengths, kFirstLength),
                       distancesUsed = CountUsed(codes.distances.lengths, 1);
-    // One list of both, whose runs go from the one into the other.
+    // One list for both alphabets: runs may cross the border.
     std::array<std::uint8_t, kSymbols + kDistances> lengths{};
     std::copy_n(codes.symbols.lengths.begin(), symbolsUsed, lengths.begin());
     std::copy_n(codes.distances.lengths.begin(), distancesUsed,
@@ -251,7 +253,7 @@ void DeflateBlock::Write(std::vector<std::uint8_t>& out) {
     out.resize(start + kMostOfHeader + CountBits(codes) / 8 + kStoredAtOnce);
     BitWriter writer(out.data() + start, bits_, bitCount_);
     writer.Put(0, 1);  // not the last block
-    writer.Put(2, 2);  // with codes of its own
+    writer.Put(2, 2);  // dynamic Huffman codes
     writer.Put(symbolsUsed - kFirstLength, 5);
     writer.Put(distancesUsed - 1, 5);
     writer.Put(lengthsUsed - 4, 4);
@@ -284,7 +286,7 @@ void DeflateBlock::Align(std::vector<std::uint8_t>& out) {
     BitWriter writer(out.data() + start, bits_, bitCount_);
     writer.Put(0, 3);  // a stored block, not the last
     writer.FillByte();
-    writer.Put(0xFFFF0000U, 32);  // of no bytes
+    writer.Put(0xFFFF0000U, 32);  // of zero bytes
     writer.Store();
     out.resize(static_cast<std::size_t>(writer.GetEnd() - out.data()));
     bits_ = 0;

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kMostSymbols = 288, kMostLengths = 16;
 
-/// What occurs, in an order that one comparison tells.
+/// A symbol that occurs, with its count, comparable as one number.
 struct Leaf {
     std::uint64_t countAndSymbol = 0;
 
@@ -19,9 +19,9 @@ struct Leaf {
 
 using LengthCounts = std::array<unsigned int, kMostLengths>;
 
-/// How many leaves, which are sorted by their counts, have codes of each length. There are two at least.
+/// Counts the codes of each length for leaves sorted by count. @param leaves  at least two
 LengthCounts CountLengths(std::span<const Leaf> leaves, unsigned int most) {
-    // Of the two rarest, leaves or pairs, the next pair is made; pairs come in the order of their sums.
+    // Each pair joins the two rarest nodes; pairs are made in the order of their sums.
     std::array<std::uint32_t, kMostSymbols> sums{};
     std::array<std::uint16_t, kMostSymbols> leafParents{}, pairParents{};
     const std::size_t pairCount = leaves.size() - 1;
@@ -41,7 +41,8 @@ LengthCounts CountLengths(std::span<const Leaf> leaves, unsigned int most) {
     return counts;
 }
 
-/// Codes that were cut take more room than there is: longer ones for others make it.
+/// Shortening codes to `most` bits leaves too many codes; lengthens others until they fit (Kraft's
+/// inequality).
 void FitLengths(unsigned int most, LengthCounts& counts) {
     std::uint64_t used = 0;
     for (unsigned int length = 1; length <= most; ++length)

@@ -14,15 +14,15 @@
 
 namespace {
 
-// Longer matches are taken without a look for others. A run is shorter than what repeats the row above, where
-// several shapes stand side by side: it must be as long as any match.
+// Longer runs and matches are taken without looking for others. Where several shapes stand side by side, the
+// row above repeats for longer than a run of one pixel: a run must have the maximum length of a match.
 constexpr std::size_t kGoodRun = DeflateBlock::kLongestMatch, kGoodMatch = 24;
-// Of a match, so many bytes can be found again by their own places.
+// Number of bytes of a match whose positions are recorded.
 constexpr std::size_t kNotedOfMatch = 12;
-// The costs are computed again after so many tokens, and whenever there are twice as many. A pixel or a match
-// is three tokens at most.
+// The costs are first computed after this many tokens, then whenever the number has doubled. A pixel or a
+// match takes at most three tokens.
 constexpr std::size_t kFirstUpdate = 1024, kTokensOfBlock = DeflateBlock::kMostTokens - 8;
-// What a match of greys must save: literals become the cheaper, the fewer of them become matches.
+// Minimum saving of a match of greys: the more literals remain, the cheaper they become.
 constexpr int kLeastGainOfGrey = 2 * DeflateBlock::kBit;
 
 template <class Number>
@@ -33,7 +33,7 @@ Number Load(const std::uint8_t* from) {
 }
 
 #if ORV_HAS_WIDE_VECTORS
-/// How many bytes are equal, in steps of 64, beginning with those at `i`.
+/// The number of equal bytes, counted on from `i` in steps of 64.
 ORV_FOR_AVX2 std::size_t SkipEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t i,
                                    std::size_t most) {
     constexpr std::size_t kVector = sizeof(__m256i);
@@ -55,7 +55,7 @@ bool AreEqual(const std::uint8_t* a, const std::uint8_t* b) {
     return (difference[0] | difference[1]) == 0;
 }
 
-/// How many bytes are equal, at most `most`. May read 7 bytes more.
+/// The number of equal bytes, at most `most`. May read 7 bytes more.
 std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t most,
                        [[maybe_unused]] bool hasWide) {
     constexpr std::size_t kStep = 8, kLongStep = 32;
@@ -66,7 +66,7 @@ std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t
         while (i + kStep + kLongStep <= most && AreEqual(a + i + kStep, b + i + kStep)) {
             i += kLongStep;
 #if ORV_HAS_WIDE_VECTORS
-            // What has been equal for so long goes on for long.
+            // Long runs usually go on.
             if (hasWide && i >= 2 * kLongStep) i = SkipEqual(a, b, i + kStep, most) - kStep;
 #endif
         }
@@ -74,7 +74,7 @@ std::size_t CountEqual(const std::uint8_t* a, const std::uint8_t* b, std::size_t
     return most;
 }
 
-/// The first three bytes: of colours, a pixel.
+/// Compares the first three bytes: a pixel, if it has colours.
 bool HaveEqualPixels(std::uint32_t a, std::uint32_t b) { return ((a ^ b) & 0xFFFFFFU) == 0; }
 
 constexpr std::size_t kHashedBytes = 6;
@@ -104,7 +104,7 @@ void PngRows::AddRun(std::size_t length, std::size_t distance) {
     constexpr std::size_t kMost = DeflateBlock::kLongestMatch, kLeast = DeflateBlock::kShortestMatch;
     std::size_t count = length / kMost, rest = length % kMost;
     if (count > 0 && rest > 0 && rest < kLeast) {
-        // What is left must be long enough for a match, too.
+        // The rest must be long enough for a match, too.
         --count;
         block_.AddMatch(kMost + rest - kLeast, distance);
         rest = kLeast;
@@ -121,7 +121,7 @@ void PngRows::TakePixel(std::size_t at) {
         block_.AddLiteral(bytes_[at]);
 }
 
-/// The first three literals stand for all.
+/// The saving of a match over literals, estimated from the first three.
 int PngRows::GainOf(std::size_t at, std::size_t length, std::size_t distance) const {
     const unsigned int three = block_.CostOfLiteral(bytes_[at]) + block_.CostOfLiteral(bytes_[at + 1]) +
                                block_.CostOfLiteral(bytes_[at + 2]);
@@ -133,12 +133,12 @@ bool PngRows::HasRowAbove(std::size_t at) const {
     return at >= rowBytes_ && rowBytes_ <= DeflateBlock::kWindow;
 }
 
-/// The length of a match that ends between two pixels, if not at the longest; 0 when it is too short.
+/// The length of a match, cut to whole pixels unless it has the maximum length; 0 if it is too short.
 template <std::size_t kPixel>
 std::size_t PngRows::LengthOfMatch(std::size_t at, std::size_t from, std::size_t most) const {
     const std::size_t equal = CountEqual(bytes_ + at, bytes_ + from, most, hasWide_);
     const std::size_t end = at + equal;
-    // The longest has a cheap code; what follows it is a run most often, which ends between two pixels again.
+    // The maximum length has a cheap code, and the run usually goes on to the end of a pixel.
     const std::size_t cut =
         equal == DeflateBlock::kLongestMatch || end < firstPixel_ ? 0 : (end - firstPixel_) % kPixel;
     const std::size_t length = equal - std::min(equal, cut);
@@ -154,16 +154,15 @@ void PngRows::Consider(std::size_t at, std::size_t from, std::size_t end, Match&
     if (gain > best.gain) best = {length, at - from, gain};
 }
 
-/// @param best  in: the run of pixels that repeat the one to the left, which may be empty; out: what gains
-/// most
+/// @param best  in: the run that repeats the pixel to the left, possibly empty; out: what saves most
 template <std::size_t kPixel>
 void PngRows::FindMatch(std::size_t at, std::size_t end, Match& best) {
     const auto pixel = Load<std::uint32_t>(bytes_ + at);
     if (HasRowAbove(at) && HaveEqualPixels(pixel, Load<std::uint32_t>(bytes_ + at - rowBytes_)))
         Consider<kPixel>(at, at - rowBytes_, end, best);
-    // The last pixels are followed by bytes that do not count.
+    // The hash would read beyond the last row.
     if (best.length >= kGoodMatch || at + kHashedBytes > size_) return;
-    // Two conditions, one branch: each of them is as likely as not.
+    // Two unpredictable conditions as one branch.
     const auto isMatch = [&](std::size_t place, std::uint32_t mask) {
         const bool isNear = at - place - 1 < DeflateBlock::kWindow;
         const bool isEqual = ((pixel ^ Load<std::uint32_t>(bytes_ + place)) & mask) == 0;
@@ -173,7 +172,7 @@ void PngRows::FindMatch(std::size_t at, std::size_t end, Match& best) {
     std::uint32_t& place = places_[HashOfSixBytes<kHashBits>(bytes_ + at)];
     if (isMatch(place, kPixel == 3 ? kPixelMask : kFourBytes)) Consider<kPixel>(at, place, end, best);
     place = static_cast<std::uint32_t>(at);
-    // A single pixel is worth a match when its three bytes are rare. A grey is not.
+    // A match of a single pixel may save something, but not one of a grey.
     if (kPixel == 1 || best.length > kPixel) return;
     std::uint32_t& pixelPlace = pixelPlaces_[HashOfPixel<kHashBits>(pixel)];
     if (isMatch(pixelPlace, kPixelMask)) Consider<kPixel>(at, pixelPlace, end, best);
@@ -190,7 +189,7 @@ void PngRows::NotePlaces(std::size_t at, std::size_t end) {
     }
 }
 
-/// The filter, alone or with what follows as it does in the row above. @return how many bytes that is
+/// Adds the filter byte, with the following pixels if they repeat the row above. @return the number of bytes
 template <std::size_t kPixel>
 std::size_t PngRows::TakeRowStart(std::size_t at, std::size_t end) {
     if (HasRowAbove(at)) {
@@ -224,7 +223,7 @@ void PngRows::TakeRow(std::size_t at, std::size_t end, bool isEven) {
         if constexpr (kPixel == 1) best.gain = kLeastGainOfGrey;
         if (at >= firstPixel_ + kPixel &&
             HaveEqualPixels(Load<std::uint32_t>(bytes_ + at), Load<std::uint32_t>(bytes_ + at - kPixel))) {
-            // A run ends between two pixels, so that nothing is to be cut off from one to the row's end.
+            // A run that reaches the end of the row needs no cutting.
             const std::size_t run = isEven ? end - at : LengthOfMatch<kPixel>(at, at - kPixel, end - at);
             if (run >= kGoodRun) {
                 AddRun(run, kPixel);
@@ -253,7 +252,7 @@ void PngRows::Compress(std::span<const std::uint8_t> rows, std::size_t rowBytes,
     rowBytes_ = rowBytes;
     out_ = &out;
     hasWide_ = UsedVectorPower() >= VectorPower::kAvx2;
-    // The first byte is a place like any other.
+    // 0 is a valid position: its bytes are compared like any others.
     places_.fill(0);
     pixelPlaces_.fill(0);
     block_.Begin();

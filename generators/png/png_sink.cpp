@@ -25,8 +25,7 @@ void AppendNumber(std::uint32_t number, std::vector<std::uint8_t>& bytes) {
     PutNumber(number, bytes.data() + bytes.size() - 4);
 }
 
-/// Puts what surrounds a chunk's content around it: `bytes` has 8 bytes of room from `start`, then the
-/// content.
+/// Adds length, type and checksum to a chunk. `bytes` has 8 unused bytes from `start`, then the content.
 void CloseChunk(std::string_view type, std::size_t start, std::vector<std::uint8_t>& bytes) {
     const std::size_t contentStart = start + 8;
     PutNumber(static_cast<std::uint32_t>(bytes.size() - contentStart), bytes.data() + start);
@@ -34,14 +33,14 @@ void CloseChunk(std::string_view type, std::size_t start, std::vector<std::uint8
     AppendNumber(ORVCrc32(std::span(bytes).subspan(start + 4)), bytes);
 }
 
-/// What a thread keeps from band to band.
+/// Memory that a thread reuses from band to band.
 struct Workspace {
     std::vector<std::uint8_t> rows;
     PngRows compressor;
 };
 
-/// Rows as the format has them, until the next call.
-/// @param isInverse  of black and white: this format counts light, so that black is 0
+/// Copies the rows of a band, each with its filter byte. The result is valid until the next call.
+/// @param isInverse  inverts black and white: in PNG, black is 0
 std::span<const std::uint8_t> CopyRows(const RasterBand& band, bool isInverse,
                                        std::vector<std::uint8_t>& memory) {
     const std::size_t rowBytes = band.rowBytes + 1;
@@ -60,7 +59,7 @@ std::span<const std::uint8_t> CopyRows(const RasterBand& band, bool isInverse,
     return std::span(memory).first(size);
 }
 
-/// The Adler-32 of rows. That of one row of paper is that of them all.
+/// The Adler-32 checksum of rows. That of a blank row is computed once.
 std::uint32_t ChecksumOf(std::span<const std::uint8_t> rows, std::size_t rowBytes,
                          std::span<const std::uint8_t> isDrawn) {
     std::uint32_t sum = 1, paper = 0;
@@ -78,7 +77,7 @@ std::uint32_t ChecksumOf(std::span<const std::uint8_t> rows, std::size_t rowByte
     return sum;
 }
 
-/// A title as the format's text takes it, which is Latin-1. @return false when it cannot be said so
+/// Converts a title to Latin-1. @return false if it has other characters
 bool ToLatin1(std::string_view utf8, std::vector<std::uint8_t>& out) {
     for (std::size_t i = 0; i < utf8.size(); ++i) {
         const auto byte = static_cast<unsigned char>(utf8[i]);
@@ -86,7 +85,7 @@ bool ToLatin1(std::string_view utf8, std::vector<std::uint8_t>& out) {
             out.push_back(byte);
             continue;
         }
-        // Two bytes make U+0080 to U+00FF; what stands below U+00A0 are control characters.
+        // U+0080 to U+00FF take two bytes; those below U+00A0 are control characters.
         const bool isLatin = (byte == 0xC2 || byte == 0xC3) && i + 1 < utf8.size();
         const unsigned int character =
             isLatin ? (byte & 0x03U) << 6U | (static_cast<unsigned char>(utf8[i + 1]) & 0x3FU) : 0;
@@ -141,14 +140,14 @@ int PngSink::BeginPage(const RasterPageInfo& page) {
     AppendNumber(static_cast<std::uint32_t>(page.height), header);
     header.push_back(pixels_ == RasterPixels::kBlack ? 1 : 8);
     header.push_back(pixels_ == RasterPixels::kRGB ? kTrueColour : kGreyColour);
-    header.insert(header.end(), {0, 0, 0});  // deflate, the usual filters, not interlaced
+    header.insert(header.end(), {0, 0, 0});  // deflate, standard filters, not interlaced
     WriteChunk("IHDR", header);
 
     const auto dotsPerMetre = static_cast<std::uint32_t>(std::lround(page.dotsPerInch / 0.0254));
     std::vector<std::uint8_t> resolution;
     AppendNumber(dotsPerMetre, resolution);
     AppendNumber(dotsPerMetre, resolution);
-    resolution.push_back(1);  // to the metre
+    resolution.push_back(1);  // per metre
     WriteChunk("pHYs", resolution);
     WriteTitle(page.title);
     WriteChunk("IDAT", kZlibHeader);
@@ -167,13 +166,12 @@ void PngSink::EncodeBand(const RasterBand& band, std::vector<std::uint8_t>& byte
     static ORVThreadValue<Workspace> workspaces;
     Workspace& workspace = workspaces.Get();
     const std::size_t rowBytes = band.rowBytes + 1;
-    // Rows are not filtered, so that each begins with a 0: drawings are even areas, which compress as they
-    // are.
+    // Rows are not filtered (type 0): even areas compress as they are.
     const std::span rows =
         band.rowFront == 1 ? std::span(band.pixels - 1, rowBytes * static_cast<std::size_t>(band.rowCount))
                            : CopyRows(band, pixels_ == RasterPixels::kBlack, workspace.rows);
     const std::span isDrawn(band.isDrawn, static_cast<std::size_t>(band.rowCount));
-    // The checksum of the rows goes ahead, with their number of bytes; then the chunk.
+    // The checksum precedes the chunk, for WriteBand.
     AppendNumber(ChecksumOf(rows, rowBytes, isDrawn), bytes);
     bytes.resize(bytes.size() + 8);
     workspace.compressor.Compress(rows, rowBytes, pixels_ == RasterPixels::kRGB ? 3 : 1, isDrawn, bytes);
