@@ -220,7 +220,7 @@ std::string HintOnOptions(CLI::App& app, int argc, char** argv) {
         if (!word.starts_with("--")) continue;
         word.resize(std::min(word.find('='), word.size()));
         if (std::find(known.begin(), known.end(), word) != known.end()) continue;
-        if (const std::string commands = HintOnCommands(app, word); !commands.empty()) return commands;
+        if (std::string commands = HintOnCommands(app, word); !commands.empty()) return commands;
         if (const std::string nearest = FindNearest(word, known); !nearest.empty())
             return "; did you mean " + nearest + "?";
     }
