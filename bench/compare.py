@@ -1,27 +1,27 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Times whole processes: orvprint and whichever other converters are installed, in turn, on the same documents.
+"""Compares whole processes: runs orvprint and the other installed converters in turn on the same documents.
 
     bench/compare.py [--tool build/release/bin/orvprint] [--runs 5] [--corpora build/bench/corpora] [SECTION...]
 
-Sections: pdf, png150, png600, small, cold, typical, growth, standard (all without any). Times on a busy machine mean
-little, so what is printed are ratios within one run: the programs take turns, each turn in another order (--seed), a
-ratio is taken turn by turn, and the median counts.
+Sections: pdf, png150, png600, small, cold, typical, growth, standard (default: all). Absolute times mean little on a
+busy machine, so the tables show ratios within one run: the programs take turns, in a new order each turn (--seed); a
+ratio is computed per turn, and the median is printed.
 
-A program whose page shows nothing, or another drawing than the reference renderer's (rsvg-convert, else mutool), is not
-timed. Then the comparison ends with 1, for it does not compare what it says.
+A program whose page is blank, or differs from that of the reference renderer (rsvg-convert, else mutool), is not timed,
+and the comparison exits with 1.
 
-The section cold is about starting on a machine that has not run the program for a while: before each run, what the
-program, its libraries and the document have in the page cache is given up, as far as the kernel does that, and the
-cache folder is a new one. What other processes have mapped (the C library) stays.
+The section cold measures a start after a long pause: before each run, the program, its libraries and the document are
+dropped from the page cache as far as the kernel allows, and the cache folder is new. Files that other processes have
+mapped (the C library) stay cached.
 
-Memory below what Python itself takes (some 16 MB) cannot be seen.
+Peak memory below that of Python itself (about 16 MB) cannot be measured.
 
-The section standard is about the interpreter of standard SVG: against the default one, and against the others on what
-only standard SVG has. There the least of all turns counts, and an empty process of node is taken off resvg's.
+The section standard compares the interpreter of standard SVG with the default one and, on features that only standard
+SVG has, with the other programs. It prints the minimum of all turns, and subtracts an empty node process from resvg.
 
-The renderer resvg runs inside a process of node (bench/resvg.cjs), where its package is installed: what is told of
-its time and memory is that of the whole process, of which an empty one is measured, too.
+If its node package is installed, resvg runs inside a node process (bench/resvg.cjs). Its time and memory are those of
+the whole process; an empty node process is measured as well.
 """
 
 import argparse
@@ -63,7 +63,7 @@ def pixels(dpi):
 
 
 def programs(tool):
-    """Name, whether it is there, and its command for (input, output, dpi); dpi is None for PDF."""
+    """Returns (name, command, formats) of installed programs; command(input, output, dpi) has dpi None for PDF."""
 
     def ours(source, target, dpi):
         return [tool, source, "-o", target] + ([] if dpi is None else ["--dpi", str(dpi)])
@@ -100,7 +100,7 @@ def programs(tool):
 
 
 def in_turns(names, runs, options):
-    """All names, once a turn, each turn in an order of its own: none profits from what ran before it."""
+    """Yields all names once per turn, each turn in a random order, so that none always profits from its predecessor."""
     order = random.Random(options.seed)
     for _ in range(runs):
         turn = list(names)
@@ -111,13 +111,13 @@ def in_turns(names, runs, options):
 # Pages are compared at this size in pixels: fine enough to detect missing content, coarse enough to ignore edges and
 # fonts.
 COMPARED = 200
-# Largest mean difference of all channels, from 0 to 1, at which two pages count as the same drawing. In this benchmark
-# such pages differ by less than 0.03, mostly because of fonts.
+# Largest mean difference over all channels, from 0 to 1, at which two pages count as the same drawing.
+# Matching pages in this benchmark differ by less than 0.03, mostly because of fonts.
 LARGEST_DIFFERENCE = 0.06
 
 
 def as_image(path, folder):
-    """A file as an image that others can be compared with. @return its path, or None"""
+    """Converts a file to an image of the size for comparison. @return its path, or None"""
     source = path
     if path.endswith(".pdf"):
         source = f"{folder}/page.png"
@@ -134,7 +134,7 @@ def as_image(path, folder):
 
 
 def shows_something(image):
-    """Whether a page has marks on it: it is not all of one colour."""
+    """Whether a page is not all of one colour."""
     told = subprocess.run(
         ["identify", "-format", "%[fx:standard_deviation]", image], check=False, capture_output=True, text=True
     ).stdout
@@ -145,20 +145,23 @@ def shows_something(image):
 
 
 def difference(image, reference):
-    """The mean difference of two images, from 0 to 1; infinite where it cannot be told."""
+    """Returns the mean difference of two images, from 0 to 1; infinite if `compare` fails."""
     told = subprocess.run(["compare", "-metric", "MAE", image, reference, "null:"], check=False, capture_output=True, text=True)
     found = re.search(r"\(([0-9.e+-]+)\)", told.stderr)
     return float(found.group(1)) if found else math.inf
 
 
 class Failures:
-    """What was compared and should not have been."""
+    """Counts the programs that failed or drew a wrong page."""
 
     count = 0
 
 
 def same_drawings(files, source, folder):
-    """Says of each program whether its page is the drawing. @param files  by name of program"""
+    """Returns the difference from the reference for each program that drew the document, and reports the others.
+
+    @param files  output file by program name
+    """
     reference = as_image(reference_page(source, folder), folder)
     found = {}
     for name, path in files.items():
@@ -175,7 +178,7 @@ def same_drawings(files, source, folder):
 
 
 def reference_page(source, folder):
-    """The document as a renderer of another project draws it."""
+    """Renders the document with another project's program. @return the path of the image"""
     page = f"{folder}/reference.png"
     commands = [
         ["rsvg-convert", "--unlimited", "--background-color", "white", "-o", page, source],
@@ -197,7 +200,7 @@ def median(values):
 
 
 def compare(title, source, ending, dpi, options):
-    """Runs all programs on a document and prints a table of what they took."""
+    """Runs all programs on a document and prints a table of time, memory and file size."""
     with tempfile.TemporaryDirectory() as folder:
         commands, targets = {}, {}
         print(f"\n{title}\n")
@@ -234,7 +237,7 @@ def compare(title, source, ending, dpi, options):
 
 
 def files_of(command):
-    """What a command has the kernel read: the program, the libraries that it names and those beside it, its arguments."""
+    """Returns the files that a command reads: the program, its libraries and those installed with it, its arguments."""
     program = shutil.which(command[0]) or command[0]
     told = subprocess.run(["ldd", program], check=False, capture_output=True, text=True).stdout
     files = {os.path.realpath(program)} | {os.path.realpath(path) for path in re.findall(r"(/\S+) \(0x", told)}
@@ -244,7 +247,7 @@ def files_of(command):
 
 
 def forget(files):
-    """Gives up what the page cache holds of files."""
+    """Drops files from the page cache."""
     for path in files:
         try:
             descriptor = os.open(path, os.O_RDONLY)
@@ -255,7 +258,7 @@ def forget(files):
 
 
 def cold(options):
-    """The first run after a while, beside the next one."""
+    """Compares a run with a cold cache with the run after it."""
     source = corpus(options.corpora, "small")
     for ending, dpi in (("pdf", None), ("png", 150)):
         with tempfile.TemporaryDirectory() as folder:
@@ -269,7 +272,7 @@ def cold(options):
             for number, name in enumerate(in_turns(commands, options.runs, options)):
                 environment = dict(os.environ, XDG_CACHE_HOME=f"{folder}/cache-{number}")
                 os.mkdir(environment["XDG_CACHE_HOME"])
-                os.sync()  # only what is on disk is given up
+                os.sync()  # dirty pages cannot be dropped
                 forget(files[name])
                 first[name].append(Run(commands[name], environment))
                 second[name].append(Run(commands[name], environment))
@@ -283,7 +286,7 @@ def cold(options):
 
 
 def growth(options):
-    """How time and memory grow with the document: the exponents should be 1."""
+    """Prints how time and memory grow with the document. The exponents should be 1."""
     families = {
         "shapes": [("shapes-1k", 1), ("shapes-10k", 10), ("shapes-100k", 100), ("shapes-1m", 1000)],
         "paths": [("paths-20", 1), ("paths-200", 10), ("paths-2000", 100)],
@@ -306,14 +309,14 @@ def growth(options):
                 runs = [Run([options.tool, source, "-o", f"{folder}/out.pdf"]) for _ in range(options.runs)]
                 cpu = median([run.cpu for run in runs])
                 exponent = ""
-                if before and cpu - base > 0.02:  # below, the clock's steps decide
+                if before and cpu - base > 0.02:  # smaller times are dominated by the clock's resolution
                     exponent = f"{math.log((cpu - base) / max(before[0] - base, 1e-3)) / math.log(size / before[1]):.2f}"
                 print(f"| {name} | {cpu:.3f} | {median([run.memory for run in runs]):.0f} | {exponent} |")
                 before = (cpu, size)
 
 
 def typical(options):
-    """Many drawings of common sizes, one process each."""
+    """Converts many drawings of common sizes, one process each."""
     folder = corpus(options.corpora, "typical")
     drawings = sorted(str(path) for path in Path(folder).glob("*.svg"))[:: max(1, 500 // options.drawings)]
     print(f"\n{len(drawings)} typical drawings of 5 to 200 KB to PDF, a process each\n")
@@ -335,7 +338,7 @@ def typical(options):
 
 
 def take_turns(commands, options):
-    """Runs commands in turn. @return for each name, its least CPU seconds and least MB"""
+    """Runs commands in turn. @return the least CPU seconds and the least MB of each name"""
     runs = {name: [] for name in commands}
     for name in in_turns(commands, options.runs, options):
         run = Run(commands[name])
@@ -346,7 +349,7 @@ def take_turns(commands, options):
 
 
 def standard(options):
-    """The interpreter of standard SVG."""
+    """Compares the interpreter of standard SVG with the default one and with other programs."""
     with tempfile.TemporaryDirectory() as folder:
         print("\nStandard SVG and the default interpreter: least CPU seconds, MB, and ratios\n")
         print("| document | SVG | SVG2 | CPU ratio | memory ratio |")

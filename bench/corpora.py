@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Writes the documents that whole-process comparisons run on. The same arguments give the same bytes.
+"""Writes the documents for the comparisons of whole processes. The same arguments give the same bytes.
 
-    bench/corpora.py FOLDER [NAME...]      all, or those named
+    bench/corpora.py FOLDER [NAME...]      default: all
     bench/corpora.py --list
 """
 
@@ -21,7 +21,7 @@ def head(width=1000, height=1000):
 
 
 def shape(draw, width=1000.0, height=1000.0):
-    """One small shape, of the kinds and with the attributes that drawing programs write."""
+    """One small shape, with elements and attributes as drawing programs write them."""
     x, y = draw.uniform(0, width), draw.uniform(0, height)
     paint = f'fill="#{draw.randrange(1 << 24):06x}" stroke="#{draw.randrange(1 << 24):06x}" stroke-width="0.5"'
     kind = draw.randrange(5)
@@ -131,7 +131,7 @@ def uses(count, definitions):
 
 
 def filled_by_gradients(count):
-    """Shapes of a gradient each, half of them linear, in shares of their boxes as drawing programs write them."""
+    """Shapes, each with its own gradient in objectBoundingBox units, alternately linear and radial."""
 
     def write(file):
         draw = random.Random(7)
@@ -153,7 +153,7 @@ def filled_by_gradients(count):
 
 
 def cut_groups(count, element, attribute):
-    """Groups of two shapes, each cut by one of a hundred masks or clips that are circles in shares of the box."""
+    """Groups of two shapes, each with one of 100 circular masks or clips in objectBoundingBox units."""
 
     def write(file):
         draw = random.Random(8)
@@ -200,7 +200,7 @@ def identifiers(count):
 
 
 def typical(seed):
-    """A drawing as an office has them by the hundred: 5 to 200 KB of groups, shapes, paths and texts."""
+    """A typical office drawing: 5 to 200 KB of groups, shapes, paths and texts."""
 
     def write(file):
         draw = random.Random(1000 + seed)
@@ -252,7 +252,7 @@ CORPORA = {
     "texts-200": texts(200),
     "texts-2k": texts(2_000),
     "texts-20k": texts(20_000),
-    # Families that are not installed anywhere, so that each has to be searched for.
+    # Families that are not installed, so that each needs a search.
     "families-1": texts(20_000, ["Family 0, sans-serif"]),
     "families-50": texts(20_000, [f"Family {i}, sans-serif" for i in range(50)]),
     "groups-10": nested(10, 50),

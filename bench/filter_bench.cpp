@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Filters on a page of A4 at 300 dots an inch: conversions of its pixels, and what the primitives take.
+// Filters on an A4 page at 300 dpi: conversion of its pixels, and the filter primitives.
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,7 @@ namespace {
 constexpr FilterBox kPage{0, 0, 2480, 3508};
 constexpr std::size_t kStride = std::size_t{4} * 2480;
 
-/// A disc that changes its colour everywhere, on nothing.
+/// A disc of varying colour on a transparent page.
 std::vector<std::uint8_t> DiscBytes() {
     std::vector<std::uint8_t> bytes(kStride * 3508);
     for (int y = 0; y < kPage.height; ++y)
@@ -56,7 +56,7 @@ void Store(benchmark::State& state) {
 }
 BENCHMARK(Store)->Unit(benchmark::kMillisecond);
 
-/// @param sigma  in tenths of a pixel; the second is 1 for opacity alone
+/// Arguments: the standard deviation in tenths of a pixel; 1 to blur the alpha channel only.
 void Blur(benchmark::State& state) {
     const double sigma = static_cast<double>(state.range(0)) / 10.0;
     FilterPixels pixels = state.range(1) == 1 ? AlphaOfFilterPixels(Disc()) : Disc();
@@ -113,7 +113,7 @@ void Convolve(benchmark::State& state) {
 }
 BENCHMARK(Convolve)->Unit(benchmark::kMillisecond);
 
-/// @param radius  in pixels
+/// Argument: the radius in pixels.
 void Morph(benchmark::State& state) {
     const FilterPixels disc = Disc();
     const int radius = static_cast<int>(state.range(0));
@@ -129,7 +129,7 @@ void Turbulence(benchmark::State& state) {
 }
 BENCHMARK(Turbulence)->Unit(benchmark::kMillisecond);
 
-/// @param isSpecular  0 or 1
+/// Argument: 1 for specular lighting, 0 for diffuse.
 void Light(benchmark::State& state) {
     const FilterPixels disc = Disc();
     FilterLighting lighting;

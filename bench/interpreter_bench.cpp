@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Building a model from documents of growing size: times an element should stay the same from row to row.
+// Builds models from documents of growing size. The time per element should stay constant.
 
 #include <benchmark/benchmark.h>
 #include <expat.h>
@@ -50,7 +50,7 @@ std::string LongPath(long count) {
     return text + "'/></svg>";
 }
 
-/// Each of 2,000 points, as plotters and maps have them.
+/// Paths of 2,000 points each, as in plots and maps.
 std::string Paths(long count) {
     std::string text = kRoot;
     for (long i = 0; i < count; ++i) {
@@ -84,7 +84,7 @@ void BuildModel(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
     state.SetBytesProcessed(state.iterations() * static_cast<long>(document.size()));
 }
-/// The yardstick: a parser that only counts what it finds.
+/// Baseline: an XML parser that only counts elements.
 template <std::string (*kMake)(long)>
 void CountElements(benchmark::State& state) {
     const std::string document = kMake(state.range(0));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Painting of pages: gradients, layers, masks and clips, without the encoding of a format.
+// Painting pages with gradients, layers, masks and clips. Nothing is encoded.
 
 #include <benchmark/benchmark.h>
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kWidth = 744.0, kHeight = 1052.0;  // A4 in user units
 
-/// Forgets all bands.
+/// Discards all bands.
 class NoSink final : public ORVBandSink {
 public:
     int BeginPage(const RasterPageInfo& /*page*/) override { return 1; }
@@ -49,7 +49,7 @@ ORVPrintPath Star(double x, double y, double radius) {
     return path;
 }
 
-/// Draws a page of 300 dots an inch, on one thread.
+/// Draws one page per iteration, at 300 dpi on one thread.
 template <class Draw>
 void DrawPages(benchmark::State& state, Draw draw) {
     ORVRasterOptions options;
@@ -74,7 +74,7 @@ constexpr std::array kStops{ORVPrintGradientStop{0.0, {255, 60, 0}},
                             ORVPrintGradientStop{0.4, {250, 250, 60}},
                             ORVPrintGradientStop{1.0, {20, 40, 200}}};
 
-/// @param kind  0 linear, 1 linear down the page, 2 around one centre, 3 between two circles
+/// Argument: 0 diagonal linear, 1 vertical linear, 2 radial, 3 radial with different start and end centres.
 void FullPageGradient(benchmark::State& state) {
     const long kind = state.range(0);
     ORVPrintGradient gradient;
@@ -93,7 +93,7 @@ void FullPageGradient(benchmark::State& state) {
 }
 BENCHMARK(FullPageGradient)->DenseRange(0, 3)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
-/// A thousand places on the page, always the same.
+/// Calls `draw` with the same 1,000 positions and radii each time.
 template <class Draw>
 void AtThousandPlaces(Draw draw) {
     for (int i = 0; i < 1000; ++i) draw(i * 611 % 744, i * 379 % 1052, 10 + i * 37 % 50);
@@ -115,7 +115,7 @@ void GradientShapes(benchmark::State& state) {
 }
 BENCHMARK(GradientShapes)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
-/// @param mode  of ORVPrintBlendMode
+/// Argument: an ORVPrintBlendMode.
 void Layers(benchmark::State& state) {
     ORVPrintFill fill;
     DrawPages(state, [&](ORVRasterGenerator& generator) {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Puts a load on a running service, over its Unix socket: so many clients, each with one request after the
-// other, or requests at a fixed rate. Every answer is compared with the first of its drawing. Writes one line
-// of JSON.
+// Load generator for a running service, over its Unix socket. Each of CLIENTS connections sends one request
+// at a time, as fast as answers arrive or at a fixed rate. A page that differs from the first one of its
+// drawing counts as wrong. Writes one line of JSON.
 //
 //     serve_load SOCKET CLIENTS REQUESTS RATE QUERY DRAWING... [-- HOSTILE...]
 //
-// RATE is requests a second, 0 for as many as there are answers. Where there are hostile drawings, every
-// twentieth request has one; those may be answered in any way.
+// RATE is in requests per second; 0 sends as fast as answers arrive. If there are hostile drawings, every
+// twentieth request sends one, and any answer to it is accepted.
 
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -34,7 +34,7 @@ using Clock = std::chrono::steady_clock;
 struct Drawing {
     std::string request;
     bool isHostile = false;
-    std::string expected;  // the first body that came
+    std::string expected;  // first body received with status 200
 };
 
 struct Client {
@@ -46,7 +46,7 @@ struct Client {
 };
 
 struct Result {
-    std::vector<double> seconds;  // of good drawings
+    std::vector<double> seconds;  // latencies of good drawings
     std::map<int, std::size_t> statuses, hostileStatuses;
     std::size_t wrong = 0, unanswered = 0;
 };
@@ -156,7 +156,7 @@ private:
             if (given_ >= requests_) return;
             if (client.drawing) continue;
             const Clock::time_point now = Clock::now();
-            // Time counts from when a request was due, also when no client was free.
+            // Latency counts from the due time, even if no client was free then.
             const Clock::time_point due = rate_ > 0.0 ? DueTime(given_) : now;
             if (due > now) return;
             client.due = due;
@@ -180,7 +180,7 @@ private:
             const ssize_t sent =
                 send(client.socket, bytes.data() + client.sent, bytes.size() - client.sent, MSG_NOSIGNAL);
             if (sent < 0 && errno == EINTR) continue;
-            if (sent <= 0) return;  // it shows when the answer is read
+            if (sent <= 0) return;  // the next recv reports the error
             client.sent += static_cast<std::size_t>(sent);
         }
     }

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Puts loads on a resident service and holds it to what docs/serve.md promises.
+"""Puts loads on a resident service and checks what docs/serve.md promises.
 
     bench/serve_test.py [--tool build/release/bin/orvprint] [--load build/release/bin/serve_load] [--requests 8000]
                         [--jobs 20000] [SECTION...]
 
-Sections: throughput, latency, hostile, killed, slow, memory (all without any). --jobs is the number of jobs of memory,
---requests that of each other load.
-What counts for throughput is processor time, which depends less on what else the machine does: drawings for each second
-of the service's own. Ends with 1 when a promise is not kept. Each section starts a service of its own, on a Unix socket
-in a folder that goes away.
+Sections: throughput, latency, hostile, killed, slow, memory (default: all). --jobs is the number of jobs of the section
+memory, --requests that of the other loads.
+Throughput is in drawings per second of the service's processor time, which other load on the machine affects less than
+wall time. Exits with 1 if a promise is broken. Each section starts its own service, on a Unix socket in a temporary
+folder.
 """
 
 import argparse
@@ -50,7 +50,7 @@ def children(pid):
 
 
 class Service:
-    """A service in a folder of its own."""
+    """A running service with its own temporary folder."""
 
     def __init__(self, tool, *arguments):
         self.folder = tempfile.TemporaryDirectory(prefix="orvprint-serve-")
@@ -73,7 +73,7 @@ class Service:
         return [self.process.pid, *forks, *self.workers()]
 
     def cpu(self):
-        """Seconds of all processes, also of those that have ended."""
+        """Returns the processor seconds of all processes, including children that have ended."""
         ticks = 0
         for pid in self.all():
             with contextlib.suppress(OSError):
@@ -82,7 +82,7 @@ class Service:
         return ticks / TICKS
 
     def memory(self):
-        """Megabytes: of the service itself, and of all its processes with what they share counted once."""
+        """Returns MB: resident memory of the main process, and proportional memory (PSS) of all processes."""
         def of(pid, name):
             with contextlib.suppress(OSError):
                 for line in Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
@@ -124,7 +124,7 @@ class Bench:
         return json.loads(run.stdout)
 
     def processes(self, count=60):
-        """Processor seconds of a drawing in a process of its own."""
+        """Measures the processor seconds per drawing when each has its own process."""
         with tempfile.TemporaryDirectory() as folder:
             command = [self.tool, str(FLOOR_PLAN), "-o", folder + "/x.pdf"]
             subprocess.run(command, check=True)
@@ -234,7 +234,7 @@ class Bench:
 
 
 def make_hostile(folder):
-    """Drawings that reach limits: of time, memory, depth, growth."""
+    """Malformed drawings, and drawings that exceed limits of time, memory, depth or expansion."""
     texts = {
         "cut": "<svg width='9' height='9'><g",
         "deep": "<svg width='9' height='9'>" + "<g>" * 100000 + "</g>" * 100000 + "</svg>",

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Converts many drawings by orvprint and by whichever other converters are installed, and tells drawings a second.
+"""Converts many drawings with orvprint and the other installed converters, and prints drawings per second.
 
     bench/throughput.py [--tool build/release/bin/orvprint] [--count 1000] [--browser-count 100] [CORPUS...]
 
 A corpus is `small` (the drawings of the batch tests without the broken ones, 2 KB), `typical` (5 to 200 KB) or
-`floor-plan` (copies of the example, 23 KB); without any, all three. Each program runs in the way that suits many drawings:
-orvprint as a batch, and a process for each drawing; rsvg-convert a process for each, two at a time by xargs; resvg inside
-one process of node; Chromium, one process that is asked for a PDF of each, of fewer drawings.
+`floor-plan` (copies of the example, 23 KB); default: all three. Each program runs as suits many drawings best: orvprint
+as a batch, and as one process per drawing; rsvg-convert as one process per drawing, two at a time with xargs; resvg
+inside one node process; Chromium as one process that prints each drawing to PDF (fewer drawings).
 
-What counts is processor time, of which a busy machine takes not much more: "a second and core" is drawings by that.
+Results are per second of processor time ("a second and core"), which a busy machine affects little.
 """
 
 import argparse
@@ -55,7 +55,7 @@ CORPORA = {"small": small, "typical": typical, "floor-plan": floor_plan}
 
 
 class Used:
-    """Wall clock and processor time of the processes within `with`."""
+    """Measures wall clock and processor time of the child processes that end within a `with` block."""
 
     def __enter__(self):
         self.start, self.before = time.perf_counter(), resource.getrusage(resource.RUSAGE_CHILDREN)
@@ -89,7 +89,7 @@ def print_by_browser(program, names, target):
 
 
 def ways(options, target):
-    """Name, and what converts a list of drawings into the folder `target`."""
+    """Yields each way to convert: its name, and a function that converts drawings into the folder `target`."""
 
     def batch(form, *more):
         command = [options.tool, "--files-from", "-", "--out-dir", target, "-f", form, "-j", "2", "--quiet", "--keep-going"]
