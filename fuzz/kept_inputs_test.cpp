@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Runs every fuzz target over its seeds and over all inputs that were found to break it.
+// Runs every fuzz target over its seeds and over all inputs that once broke it.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ std::string ContentOf(const fs::path& file) {
 
 void RunAll(const FuzzTarget& target, const std::vector<fs::path>& files) {
     for (const fs::path& file : files) {
-        // What stands last in the output of a run that broke off is what broke it.
+        // After a crash, the last name in the output is the input that caused it.
         std::fprintf(stderr, "%s\n", file.c_str());
         target.Run(ContentOf(file));
     }
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzTargetTest,
                          testing::ValuesIn(FuzzTarget::GetAll().begin(), FuzzTarget::GetAll().end()),
                          [](const auto& row) { return std::string(row.param.GetName()); });
 
-// A folder that bears no target's name would be forgotten.
+// A folder without a target of that name would never be run.
 TEST(FuzzRegressionsTest, EveryFolderHasItsTarget) {
     std::set<std::string, std::less<>> names;
     for (const FuzzTarget& target : FuzzTarget::GetAll()) names.emplace(target.GetName());

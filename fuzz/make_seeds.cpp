@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Makes seeds for the fuzzers: attribute values and small drawings out of larger ones, and small images.
+// Makes seeds for the fuzzers: attribute values and small drawings taken from larger ones, and small images.
 //
 //     orv_make_seeds FOLDER TARGETS DRAWING...
 //
-// TARGETS is the table of targets; FOLDER gets a folder for each.
+// TARGETS is the table of targets; FOLDER gets a folder per target.
 
 #include <algorithm>
 #include <cstdint>
@@ -30,10 +30,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Enough to begin with; what the fuzzers add is worth more than many that are alike.
+// Enough to start with: more seeds of the same kind would add little.
 constexpr std::size_t kMostSeeds = 60;
 
-/// Seeds of all targets, none twice.
+/// Seeds of all targets, without duplicates.
 class Seeds {
 public:
     explicit Seeds(const std::string& table) {
@@ -55,7 +55,7 @@ public:
             fs::create_directories(folder / target);
             const auto found = seeds_.find(target);
             if (found == seeds_.end()) continue;
-            // Evenly over all of them, which are in the order of their bytes.
+            // Takes them at even intervals; they are sorted by their bytes.
             const std::vector<std::string> all(found->second.begin(), found->second.end());
             const std::size_t count = std::min(all.size(), kMostSeeds);
             for (std::size_t i = 0; i < count; ++i) {
@@ -129,7 +129,8 @@ void AddDrawing(const std::string& document, Seeds& seeds) {
         seeds.Add("qvxml", choices + document);
         seeds.Add("qvxml", choices + ("<report>" + document + "</report>"));
     }
-    // Parser, resolution, colours, date, sheets (and how they are laid out), where the output fails.
+    // Choices of PrintInFormat: parser, resolution, colours, date, sheet layout, and the size at which the
+    // output fails.
     static const std::string kChoices[] = {"000000",      "110000",      "0110110000",  "10202010000",
                                            "00003000000", "01014000010", "00105111010", "00000\x05"};
     for (const char* target : {"pdf_generator", "postscript_generator", "svg_generator", "png_generator",
@@ -137,7 +138,7 @@ void AddDrawing(const std::string& document, Seeds& seeds) {
         for (const std::string& choices : kChoices) seeds.Add(target, choices + document);
 }
 
-// The start tag of the root around one of its children.
+// Adds the drawing, one drawing for each child of its root, and the attribute values.
 void AddDrawings(const std::string& document, Seeds& seeds) {
     AddDrawing(document, seeds);
     ORVLightXmlElement root;
@@ -162,7 +163,7 @@ void AddBytes(const char* target, const ByteList& bytes, Seeds& seeds) {
     seeds.Add(target, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
-// Every kind of image that the formats have, a few pixels each.
+// Adds every kind of PNG, JPEG and BMP image, a few pixels each.
 void AddImages(Seeds& seeds) {
     const auto sample = [](int x, int y, int channel) {
         return static_cast<unsigned>(3 * x + 5 * y + channel);
@@ -180,7 +181,7 @@ void AddImages(Seeds& seeds) {
     for (const int components : {1, 3, 4})
         for (const bool progressive : {false, true}) {
             JpegToWrite jpeg{9, 8, components};
-            // Grey, RGB as YCbCr, CMYK, by libjpeg's numbers.
+            // Grey, RGB stored as YCbCr, and CMYK, by libjpeg's numbers.
             jpeg.inputSpace = components == 1 ? 1 : components == 3 ? 2 : 4;
             jpeg.storedSpace = components == 1 ? 1 : components == 3 ? 3 : 4;
             jpeg.progressive = progressive;
@@ -203,7 +204,7 @@ void AddImages(Seeds& seeds) {
     }
 }
 
-// GIF, plain and interlaced, then WebP: lossless, lossy and moving.
+// Adds GIF, plain and interlaced, and WebP: lossless, lossy and animated.
 void AddModuleImages(Seeds& seeds) {
     constexpr std::string_view kFiles[] = {
         "R0lGODlhBAACAPAAAACAAP//ACH5BAAAAAAALAAAAAAEAAIAAAIDDI5RADs=",
@@ -220,7 +221,7 @@ void AddModuleImages(Seeds& seeds) {
     }
 }
 
-// Of what is standard SVG's alone.
+// Adds seeds for what only standard SVG has.
 void AddStandard(Seeds& seeds) {
     for (const char* styles :
          {"fill:var(--b, red)!important;stroke:context-fill\n",
@@ -242,7 +243,7 @@ void AddStandard(Seeds& seeds) {
         seeds.Add("standard_texts", texts);
 }
 
-/// Drawings that bring a font.
+/// Adds drawings that embed a font.
 void AddFonts(Seeds& seeds) {
     for (const char* font : {tiny_fonts::kTrueType, tiny_fonts::kOpenType, tiny_fonts::kWoff,
                              tiny_fonts::kWoff2, tiny_fonts::kVaried, tiny_fonts::kPainted})

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <string_view>
 
-/// Takes choices from the front of an input; the rest is what they are about. A spent input chooses 0.
+/// Takes choices from the front of an input; the rest is the data they apply to. An empty input chooses 0.
 class FuzzBytes {
 public:
     explicit FuzzBytes(std::string_view bytes) : rest_(bytes) {}
 
-    /// One of 0 to count - 1.
+    /// Takes a choice from 0 to count - 1.
     std::size_t Below(std::size_t count) {
         if (rest_.empty()) return 0;
         const auto byte = static_cast<std::uint8_t>(rest_.front());

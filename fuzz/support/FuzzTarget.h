@@ -4,22 +4,21 @@
 #include <span>
 #include <string_view>
 
-/// One thing that any bytes are fed to. Each source of fuzz/targets defines one; the fuzzer of that name runs
-/// it alone, the test suite runs all of them over the inputs that are kept.
+/// A function that accepts arbitrary bytes. Each source of fuzz/targets defines one. The fuzzer of that name
+/// runs it alone; the test suite runs all of them over the kept inputs.
 class FuzzTarget {
 public:
-    /// @param name  as the table of targets has it; must outlive the program
-    /// @param run   has to return whatever the bytes are, and calls Require for what must be true
+    /// @param name  as in the table of targets; must outlive the program
+    /// @param run   must return for any bytes; calls Require for what must hold
     FuzzTarget(std::string_view name, void (*run)(std::string_view bytes));
 
     std::string_view GetName() const { return name_; }
     void Run(std::string_view bytes) const { run_(bytes); }
 
-    /// All targets of this program.
+    /// Returns all targets of this program.
     static std::span<const FuzzTarget> GetAll();
 
-    /// Sets the limits of this process so that no input takes long. The last thing a main does before it runs
-    /// targets.
+    /// Sets limits for this process, so that no input takes long. Call it last before running targets.
     static void SetLimits();
 
 private:
@@ -27,5 +26,5 @@ private:
     void (*run_)(std::string_view bytes);
 };
 
-/// Ends the process when `condition` is false, and says where. The place is the caller's when not said.
+/// Aborts the process if `condition` is false, and prints the location (default: the caller's).
 void Require(bool condition, const char* file = __builtin_FILE(), int line = __builtin_LINE());

@@ -31,7 +31,7 @@
 
 namespace {
 
-/// Keeps what it is given in memory, and fails when it has taken as much as it may.
+/// Keeps the output in memory, and fails when its capacity would be exceeded.
 class LimitedOutput final : public ORVOutput {
 public:
     explicit LimitedOutput(std::optional<std::size_t> capacity) : capacity_(capacity) {}
@@ -76,7 +76,7 @@ ORVFormatOptions ChooseFormat(FuzzBytes& choices) {
     return options;
 }
 
-// Nothing for the pages as they are.
+// @return nothing to print the pages without sheets
 std::optional<ORVSheetOptions> ChooseSheets(FuzzBytes& choices, ORVColourMode mode, bool makesDots) {
     const std::size_t kind = choices.Below(6);
     if (kind == 0) return std::nullopt;
@@ -119,7 +119,8 @@ std::unique_ptr<ORVPrintInterpreter> Interpret(std::string_view document, bool u
 std::string Escaped(std::string_view text) {
     std::string result;
     for (const char c : text) {
-        // As references, so that blanks are not normalised and nothing else has a meaning.
+        // Character references keep white space from being normalised, and give no character a meaning in
+        // XML.
         if (static_cast<unsigned char>(c) < 0x30 || c == '<' || c == '>')
             result += "&#" + std::to_string(static_cast<int>(c)) + ";";
         else
@@ -133,7 +134,7 @@ const ORVXmlNode* NextElement(const ORVXmlNode* node) {
     return node;
 }
 
-// Without recursion, for trees are as deep as parsers take them.
+// Without recursion: trees are as deep as the parsers allow.
 std::string Write(const ORVXmlNode& root, bool withFills) {
     static constexpr std::string_view kFills[] = {"red", "none", "inherit", "", "#123456", "currentColor"};
     std::string text;
@@ -265,9 +266,10 @@ FormatRun PrintInFormat(std::string_view formatName, std::string_view bytes) {
     RequireNoFault(beforeFormat);
     if (result == kPageTooLarge || result == kDrawingFailed)
         Require(!error.empty() || !generator->GetError().empty());
-    // A module that is missing would let everything pass.
+    // If a module were missing, nothing would be tested.
     Require(generator->GetError().find("cannot be used") == std::string::npos);
-    // An output may also fail while what another failure left is closed.
+    // The output may also fail during the cleanup after another failure, so `result` need not be
+    // kOutputFailed.
     Require(output.HasFailed() ? result != 1 : result != kOutputFailed);
     Require(result == 1 || result == 0 || result == -1 || result == ORVPrintModelRender::kPageWithoutArea ||
             result == ORVPrintModelRender::kTooManyPrimitives ||

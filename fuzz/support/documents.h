@@ -11,37 +11,35 @@ class ORVPrintInterpreter;
 class ORVPrtModel;
 struct ORVXmlNode;
 
-/// Primitives that an input may draw.
+/// Most primitives that an input may draw.
 inline constexpr unsigned int kFuzzDrawLimit = 5'000;
 
-/// Interprets a document and draws all its pages. Sizes, titles and counts are asked for and required to fit
-/// together.
-/// @return what printing returned
+/// Interprets a document and draws all its pages. Requires that sizes, titles and counts are consistent.
+/// @return the result of printing
 int PrintDocument(std::string_view document, bool usesDom, ORVPrintGenerator& generator);
 
-/// As PrintDocument, for an interpreter that was just made.
+/// Like PrintDocument, for a newly created interpreter.
 int PrintAllPages(ORVPrintInterpreter& interpreter, ORVPrintGenerator& generator);
 
-/// Requires that a generator found no fault, and says which it found.
+/// Requires that a generator found no fault; prints the fault otherwise.
 void RequireNoFault(const CheckingGenerator& generator);
 
-/// How many primitives a walk over the model visits, shared ones each time; `limit` when there are as many.
+/// Counts the primitives that a walk over the model visits, shared ones each time, up to `limit`.
 std::size_t CountVisits(const ORVPrtModel& model, std::size_t limit);
 
-/// Writes an element and all in it as text again.
+/// Writes an element and its content as XML.
 std::string WriteElement(const ORVXmlNode& element);
 std::string WriteStartTag(const ORVXmlNode& element);
-/// As WriteElement, every element stating a fill.
+/// Like WriteElement, with a `fill` attribute added to every element that has none.
 std::string WriteWithFills(const ORVXmlNode& element);
-/// Whether every element of a tree states a fill.
+/// Whether every element of a tree has a `fill` attribute.
 bool StatesFills(const ORVXmlNode& root);
 
 /// Prints to an output format. The first bytes choose parser, resolution, colours, sheets, and where the
-/// output fails; the rest is the document. What both the sheets and the format are given is looked at on the
-/// way.
+/// output fails; the rest is the document. Calls to the sheets and to the format are checked on the way.
 struct FormatRun {
     bool succeeded = false;
     std::size_t parts = 0;
-    std::string output;  ///< whole when it succeeded
+    std::string output;  ///< complete if it succeeded
 };
 FormatRun PrintInFormat(std::string_view format, std::string_view bytes);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What libFuzzer calls, for a program with one target.
+// Entry points for libFuzzer, in a program with one target.
 
 #include <cstddef>
 #include <cstdint>

@@ -11,7 +11,7 @@
 
 void CheckImageReader(ORVPixelImage* (*read)(const void* bytes, std::size_t size, int),
                       std::string_view file) {
-    // A copy of its own size, so that not one byte too many is read.
+    // A copy of the exact size, so that sanitizers detect reading past the end.
     const std::vector<char> bytes(file.begin(), file.end());
     const ORVRef<ORVPixelImage> image(read(bytes.data(), bytes.size(), 0));
     if (!image) return;
@@ -26,7 +26,7 @@ void CheckImageReader(ORVPixelImage* (*read)(const void* bytes, std::size_t size
     for (std::size_t i = 3; i < pixels.size(); i += 4) hasAlpha |= pixels[i] != 255;
     Require(hasAlpha == image->HasAlpha());
     if (const ORVJpegSource* jpeg = image->GetJpegSource())
-        // A missing end mark of two bytes is supplied.
+        // The reader appends a missing end marker of two bytes.
         Require(jpeg->bytes.size() <= bytes.size() + 2 && jpeg->componentCount >= 1 &&
                 jpeg->componentCount <= 4);
 

@@ -5,7 +5,7 @@
 
 class ORVPixelImage;
 
-/// Reads an image with a reader and requires that what it made is whole: as many pixels as the sizes say, the
-/// same after they were given back, and alpha only where that was announced.
+/// Reads an image and requires a consistent result: as many pixels as its size says, the same pixels after
+/// they were released, and an alpha channel exactly if one is reported.
 void CheckImageReader(ORVPixelImage* (*read)(const void* bytes, std::size_t size, int),
                       std::string_view file);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-/// The same bits, or both no number.
+/// Whether the bits are equal, or both are NaN.
 inline bool SameNumber(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (a != a && b != b);
 }

@@ -4,15 +4,15 @@
 #include <string>
 #include <string_view>
 
-/// Draws all pages of a drawing of standard SVG onto a generator that looks at everything, with low limits.
-/// @param takesSymbols  what the generator answers to symbols
+/// Draws all pages of a standard SVG drawing onto a checking generator, with low limits.
+/// @param takesSymbols  the generator's answer to symbols
 void DrawStandard(const std::string& document, bool takesSymbols = false);
 
-/// A text as part of a document, in an attribute or between elements: nothing of it has a meaning in XML.
+/// Escapes text for attributes and element content: none of it has a meaning in XML.
 std::string InDocument(std::string_view text);
 
-/// An "svg" element of 100 by 100 px with that content, and SVG's and XLink's namespaces.
+/// Returns an `svg` element of 100 by 100 px with `content`, which declares the namespaces of SVG and XLink.
 std::string StandardDrawing(const std::string& content);
 
-/// The next line of a text, which is cut off it; empty when there is none.
+/// Removes the first line from a text. @return the line; empty if there is none
 std::string_view TakeLine(std::string_view& text);

@@ -12,9 +12,9 @@ struct TreePlace {
     std::size_t depth;
 };
 
-/// The elements of a tree in document order, without recursion. Every byte that its nodes lead to is touched,
-/// and what is known of their attributes is required to fit together.
+/// Returns the elements of a tree in document order, without recursion. Reads every byte that its nodes refer
+/// to, and requires that the lookups of their attributes agree.
 std::vector<TreePlace> WalkTree(const ORVXmlNode* root);
 
-/// Requires that two trees have the same elements, comments and text nodes apart.
+/// Requires that two trees have the same elements; comments and text nodes may differ.
 void RequireSameTree(const ORVXmlNode* a, const ORVXmlNode* b);

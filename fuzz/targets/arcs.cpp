@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Arcs: nine numbers in the order of path data, the start point first. Numbers of a usual size must give an
-// arc that begins and ends where it should.
+// Arcs: nine numbers in the order of path data, the start point first. Numbers of ordinary magnitude must
+// give an arc that starts and ends at the given points.
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// What rounding, and the steps of single precision that are part of the format, may move a point by.
+// How far rounding may move a point, including the single precision that is part of the format.
 constexpr double kTolerance = 0.02;
 
 bool IsUsual(double number) { return number == 0.0 || (std::fabs(number) > 1e-3 && std::fabs(number) < 1e6); }
@@ -47,7 +47,7 @@ const FuzzTarget kTarget("arcs", [](std::string_view text) {
     Require(std::isfinite(center.horzRadius) && std::isfinite(center.vertRadius));
     const double chord = std::hypot(arc.start.x - arc.end.x, arc.start.y - arc.end.y);
     const double flatness = std::max(arc.rx, arc.ry) / std::min(arc.rx, arc.ry);
-    if (flatness > 100.0) return;  // a hair's breadth in angle is then a long way
+    if (flatness > 100.0) return;  // a tiny change of angle is then a long distance
     const double distance = kTolerance * (std::max(arc.rx, arc.ry) + flatness * chord);
     const ORVMathPoint2D first = PointOf(center, center.startAngle), last = PointOf(center, center.endAngle);
     Require((IsNear(first, arc.start, distance) && IsNear(last, arc.end, distance)) ||

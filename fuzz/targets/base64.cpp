@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Base64: the decoder against a plain transcription.
+// Base64: compares the decoder with a plain transcription.
 
 #include <cstdint>
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Blanks go, then every four characters are a number of 24 bits, looked up in the alphabet one by one.
+// Drops white space, then decodes groups of four characters into 24 bits.
 bool DecodePlainly(const std::string& text, std::string& bytes) {
     static const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string solid;
@@ -27,7 +27,7 @@ bool DecodePlainly(const std::string& text, std::string& bytes) {
             if (digit == std::string::npos) return false;
             bits += static_cast<std::uint32_t>(digit) << (18 - 6 * count);
         }
-        // Two characters hold a whole byte, one does not.
+        // Two characters hold a whole byte; one does not.
         const std::size_t whole = count == 4 ? 3 : count == 2 ? 1 : 0;
         for (std::size_t i = 0; i < whole; ++i) bytes += static_cast<char>(bits >> (16 - 8 * i) & 0xFFU);
         if (count < 4) return true;
@@ -40,7 +40,7 @@ const FuzzTarget kTarget("base64", [](std::string_view text) {
     Require(DecodeBase64(text, actual) == DecodePlainly(std::string(text), expected));
     Require(actual == expected);
 
-    // What was encoded comes back, perhaps with a zero behind it.
+    // Decoding encoded text restores it, possibly with a zero byte appended.
     std::string back;
     Require(DecodeBase64(ToBase64(text), back));
     Require(back.starts_with(text) && back.size() <= text.size() + 1);

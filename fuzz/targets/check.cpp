@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The check of documents: ends, in bounds, on whatever the parser takes.
+// The check of documents: it must end, within limits, for whatever the parser accepts.
 
 #include <vector>
 
@@ -25,7 +25,7 @@ const FuzzTarget kTarget("check", [](std::string_view bytes) {
                 document.fragments.insert(fragment);
         Findings findings;
         CheckDocument(document, findings);
-        // What is found has a place, for every element was counted.
+        // Every finding has a position, because the positions of all elements are recorded.
         for (const Finding& finding : findings.GetKept()) Require(finding.line > 0 && finding.column > 0);
     }
 });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Colours: the reader against its plain transcription, and the paints that take them.
+// Colours: compares the reader with its plain transcription, and runs the paints that use it.
 
 #include <string>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A whole document to the model, with either parser, as a drawing or as a fragment, and the model onto a
-// generator that looks at everything. Where every element states a fill the two parsers must give the same
-// model: so they must for the document written again with fills.
+// Interprets a whole document with either parser, as a drawing or as a fragment, and draws the model onto a
+// checking generator. If every element has a fill, both parsers must give the same model; so the document is
+// written again with fills and compared.
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -21,7 +21,7 @@
 
 namespace {
 
-// What is written down of a model in full; a larger one is only drawn.
+// Larger models are only drawn; smaller ones are compared as JSON.
 constexpr std::size_t kMostCompared = 1'000;
 
 void CheckModel(const BuiltModel& built, bool takesSymbols) {

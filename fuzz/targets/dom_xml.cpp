@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The DOM parser, held to the elements of the light one.
+// The DOM parser must give the same elements as the light one.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/tree_check.h"
@@ -18,7 +18,7 @@ const FuzzTarget kTarget("dom_xml", [](std::string_view bytes) {
     const int status = BuildParser(text, "SVG", dom, &error);
     Require((status == 1) == static_cast<bool>(dom) && (status == 1) == error.message.empty());
 
-    // The two differ in the encoding and in how many byte order marks they skip, in nothing else.
+    // The two differ in the encoding and in the number of byte order marks they skip, and in nothing else.
     const bool hasSameEncoding =
         bytes.find("encoding") == bytes.npos && !text.GetView().starts_with("\xEF\xBB\xBF");
     ORVLightXmlElement light;

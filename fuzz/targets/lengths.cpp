@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Lengths: each reader against its plain transcription.
+// Lengths: compares each reader with its plain transcription.
 
 #include <string>
 

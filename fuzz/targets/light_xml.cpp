@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The light parser: what it made of a document, whole or not, and a copy of that.
+// The light parser: checks the tree of a complete or broken document, and a copy of it.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/tree_check.h"

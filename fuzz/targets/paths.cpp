@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Path data: the scanner and the interpreter against their plain transcription.
+// Path data: compares the scanner and the interpreter with their plain transcription.
 
 #include <string>
 #include <vector>
@@ -44,7 +44,7 @@ const FuzzTarget kTarget("paths", [](std::string_view bytes) {
     Require(interpreter.GetVertices().size() == vertices.size());
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         const double a = interpreter.GetVertices()[i], b = vertices[i];
-        Require(a == b || (a != a && b != b));  // 0 may have another sign
+        Require(a == b || (a != a && b != b));  // zeros may differ in sign
     }
 });
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to PDF.
+// Prints a document to PDF.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

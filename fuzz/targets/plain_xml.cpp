@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The reader of plain documents, held to the conforming parser: what it takes is well formed and gives the
-// same events.
+// The reader of plain documents: whatever it accepts must be well formed and give the same events as the
+// conforming parser.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "tests/platform/xml/event_text.h"

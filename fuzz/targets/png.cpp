@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The reader of PNG files: as they are, and with the checksums that their chunks should have, without which
-// nothing that was changed would be looked at.
+// The reader of PNG files: each file as it is, and with correct chunk checksums, because most changed files
+// would be rejected by their checksums alone.
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ std::uint32_t Checksum(std::string_view bytes) {
     return ~crc;
 }
 
-// A chunk is the length of its data, four letters, the data, and the checksum of letters and data.
+// A chunk consists of the data's length, a type of four letters, the data, and a checksum of type and data.
 std::string WithChecksums(std::string_view file) {
     std::string result(file);
     for (std::size_t chunk = 8; chunk + 12 <= file.size();) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to PNG, which must be readable.
+// Prints a document to PNG, which must be readable.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Point lists: the reader against its plain transcription.
+// Point lists: compares the reader with its plain transcription.
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to PostScript and to EPS.
+// Prints a document to PostScript and EPS.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

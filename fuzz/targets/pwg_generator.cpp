@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to PWG Raster and Apple Raster.
+// Prints a document to PWG Raster and Apple Raster.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Drawings inside an XML document: each fragment through its interpreter, with either parser's tree.
+// Drawings inside an XML document: each fragment goes through its interpreter, with the tree of either
+// parser.
 
 #include <memory>
 

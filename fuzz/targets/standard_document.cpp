@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A whole document of standard SVG onto a generator that looks at everything.
+// Draws a whole standard SVG document onto a checking generator.
 
 #include <string>
 

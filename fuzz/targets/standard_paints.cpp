@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Paints of standard SVG: each line is a value, of a gradient, of a pattern, of what a shape is painted with.
+// Paints of standard SVG: each line is an attribute value of a gradient, a pattern, or a painted shape.
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The cascade of standard SVG: a style attribute in the first line, a style sheet in the others, on elements
-// that sheets may ask for.
+// The cascade of standard SVG: a style attribute in the first line, a style sheet in the others, applied to
+// elements for many kinds of selectors.
 
 #include <string>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Texts of standard SVG: the first lines are values of attributes, the rest are the characters of two spans.
+// Texts of standard SVG: the first lines are attribute values, the rest is the text of two spans.
 
 #include <string>
 

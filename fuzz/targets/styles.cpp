@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Style declarations: how they are split and how dashes are read, against plain transcriptions; and what they
-// do to a state, against the properties applied one by one.
+// Style declarations: compares their splitting and the reading of dashes with plain transcriptions, and their
+// effect on a state with the properties applied one by one.
 
 #include <string>
 #include <vector>
@@ -21,7 +21,7 @@ void CompareSplitting(std::string_view text) {
     std::vector<StyleDeclaration> scanned;
     for (StyleDeclaration one; scanner.Next(one);)
         if (one.text.find(':') != one.text.npos) scanned.push_back(one);
-    // What a leading or doubled ";" makes unreadable is one declaration without a known name.
+    // After a leading or doubled ";", the transcription takes the rest as one declaration of an unknown name.
     const auto plain = naive::Declarations(std::string(text));
     const bool hasRest = scanner.GetRest().find(':') != std::string_view::npos;
     Require(plain.size() == scanned.size() + (hasRest ? 1 : 0));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to SVG, which must be well formed; and that drawing back to a model.
+// Prints a document to SVG, which must be well formed, and interprets that SVG again.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A document to TIFF.
+// Prints a document to TIFF.
 
 #include "fuzz/support/FuzzTarget.h"
 #include "fuzz/support/documents.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// View boxes: the reader against its plain transcription.
+// View boxes: compares the reader with its plain transcription.
 
 #include <string>
 
