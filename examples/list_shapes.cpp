@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Lists what the pages of a drawing show: list_shapes DRAWING. A generator of one's own, which writes lines
-// of text.
+// Lists the contents of a drawing's pages: list_shapes DRAWING. Shows a custom generator that writes text.
 
 #include <iostream>
 #include <string>
@@ -40,7 +39,7 @@ public:
     int EndPage() override { return 1; }
     int EndDocument() override { return std::cout.good() ? 1 : 0; }
 
-    // A list has no use for these.
+    // Not needed for a list.
     int BeginGroup(const ORVPrintGroup& /*group*/) override { return 1; }
     int EndGroup() override { return 1; }
     int BeginClip(const ORVMathBox2D& /*box*/) override { return 1; }

@@ -49,7 +49,7 @@ int main(int count, char** arguments) {
         return 1;
     }
 
-    ORVPrintLimits::UseUnchecked();  // the drawing may come from anywhere
+    ORVPrintLimits::UseUnchecked();  // the drawing is untrusted
     const std::string error = Print(drawing, file, *format);
     if (error.empty()) return 0;
     std::cerr << drawing << ": " << error << '\n';

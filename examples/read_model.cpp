@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Says what the print model of a drawing holds: read_model DRAWING. Nothing is drawn.
+// Counts the primitives in the print model of a drawing: read_model DRAWING. Nothing is drawn.
 
 #include <iostream>
 #include <map>
@@ -19,10 +19,10 @@
 
 namespace {
 
-// The primitives of a page by their classes; texts are written out.
+// Counts the primitives of a page by class, and writes out its texts.
 std::map<std::string, int> CountPrimitives(const ORVPrtImageElt& page) {
     std::map<std::string, int> counts;
-    // A loop and no recursion, for models may be deep; and primitives may be shared, which count once.
+    // A loop instead of recursion, because models may be deep. A shared primitive counts once.
     std::vector<const ORVPrtGraphicPrimitiveElt*> open{&page};
     std::set<const ORVPrtGraphicPrimitiveElt*> seen;
     while (!open.empty()) {

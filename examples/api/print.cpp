@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Renders a drawing in memory, and tells of its pages and findings: print DRAWING FORMAT > OUTPUT.
+// Renders a drawing in memory and writes its progress and findings to stderr: print DRAWING FORMAT > OUTPUT.
 
 #include <fstream>
 #include <iostream>

@@ -6,10 +6,10 @@
         document.render_file("plan.pdf", paper="A4", scale="1:20")
         png = document.render(format="png", dpi=300, pages="1")
 
-Options are keyword arguments: the long options of the command orvprint, with "_" for "-". True and False are switches,
-a list gives an option several times. Failures are Error. A document belongs to one thread at a time.
+Options are keyword arguments: the long options of the command orvprint, with "_" for "-". True and False set switches,
+and a list repeats an option. Failures raise Error. A document belongs to one thread at a time.
 
-The library is looked for where the system has its libraries; the environment variable ORVPRINT_LIBRARY names another.
+The library is loaded from the system's library folders; the environment variable ORVPRINT_LIBRARY names another file.
 """
 
 import ctypes
@@ -59,7 +59,7 @@ version = _library.orvprint_version().decode()
 
 
 class Error(Exception):
-    """A failure; `result` is the number of the C interface, which is the command's exit code."""
+    """A failure. `result` is the result code of the C interface, which is also the command's exit code."""
 
     def __init__(self, result, text):
         super().__init__(text)
@@ -67,7 +67,7 @@ class Error(Exception):
 
 
 class Page(NamedTuple):
-    """A page: its title, and its size in points."""
+    """The title of a page, and its size in points."""
 
     title: str
     width: float
@@ -121,12 +121,12 @@ class Document:
             raise Error(result, _library.orvprint_error_text(self._handle).decode())
 
     def _guard(self, function, failure):
-        """A callback from which no exception gets into the library: it comes out of the call instead."""
+        """Wraps a callback so that its exceptions are raised by the call into the library, not inside the library."""
 
         def call(_, *arguments):
             try:
                 return failure if self._thrown else function(*arguments)
-            except BaseException as thrown:  # noqa: BLE001: handed on
+            except BaseException as thrown:  # noqa: BLE001: raised again by _do
                 self._thrown = thrown
                 return failure
 
@@ -135,22 +135,22 @@ class Document:
     def _set(self, name, kind, function, failure):
         callback = kind(self._guard(function, failure)) if function else kind()
         self._do("set_" + name, callback, None)
-        self._callbacks[name] = callback  # as long as the library may call it
+        self._callbacks[name] = callback  # must live as long as the library may call it
 
     def on_cancel(self, function):
-        """Has a function asked whether to stop: true for that. None for none."""
+        """Sets a function that returns true to cancel; None removes it."""
         self._set("cancel", _Cancel, function and (lambda: 1 if function() else 0), 1)
 
     def on_progress(self, function):
-        """Has a function called with the pages done and the pages to do. None for none."""
+        """Sets a function that receives the numbers of finished pages and of all pages; None removes it."""
         self._set("progress", _Progress, function, None)
 
     def on_note(self, function):
-        """Has a function called with notes. None for none."""
+        """Sets a function that receives messages; None removes it."""
         self._set("note", _Note, function and (lambda text: function(text.decode())), None)
 
     def open(self, source, **options):
-        """Opens a path, or bytes."""
+        """Opens a file by its path, or a drawing in bytes."""
         if isinstance(source, (bytes, bytearray, memoryview)):
             source = bytes(source)
             self._do("open_bytes", source, len(source), _pairs(options))
@@ -160,7 +160,7 @@ class Document:
 
     @property
     def pages(self):
-        """All pages."""
+        """All pages, as a list of Page."""
         count = ctypes.c_uint()
         self._do("page_count", count)
         return [self._page(number) for number in range(1, count.value + 1)]
@@ -176,11 +176,11 @@ class Document:
         self._do("render_file", os.fsencode(path), _pairs(options))
 
     def render_descriptor(self, descriptor, **options):
-        """Renders to an open file; `format` must be given."""
+        """Renders to an open file descriptor; `format` is required."""
         self._do("render_descriptor", descriptor, _pairs(options))
 
     def render(self, **options):
-        """Renders, and returns the bytes of the output; `format` must be given."""
+        """Renders and returns the output as bytes; `format` is required."""
         blocks = []
 
         def take(address, size):
@@ -191,11 +191,11 @@ class Document:
         return b"".join(blocks)
 
     def check(self, **options):
-        """Findings, as `orvprint check --json` has them for a file."""
+        """Returns the findings, as `orvprint check --json` reports them for a file."""
         return self._json("check", _pairs(options))
 
     def dump(self):
-        """The model, as `orvprint inspect --json` has it."""
+        """Returns the model, as `orvprint inspect --json` writes it."""
         return self._json("dump")
 
     def _json(self, name, *arguments):
@@ -207,8 +207,8 @@ class Document:
             _library.orvprint_free_text(text)
 
 
-def open(source, **options):  # noqa: A001: as other modules of documents have it
-    """A document with a path, or bytes, opened."""
+def open(source, **options):  # noqa: A001: a usual name in modules that open documents
+    """Returns a new document that has opened a path or bytes."""
     document = Document()
     try:
         return document.open(source, **options)

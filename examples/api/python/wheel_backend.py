@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Builds the wheel of the module orvprint: pip runs it, as pyproject.toml says.
+"""Builds the wheel of the module orvprint. pip runs it, as pyproject.toml says.
 
-The module is one file without compiled parts, so the standard library is enough, and pip installs it without network.
-Nothing is written beside the sources, and the same sources make the same bytes.
+The module is one file without compiled parts, so the standard library suffices, and pip installs it without network.
+Nothing is written beside the sources, and the same sources give the same bytes.
 """
 
 import base64
@@ -36,7 +36,7 @@ def _line_of_record(name, data):
 
 
 def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
-    """Writes the wheel to a folder, and returns its name."""
+    """Writes the wheel into a folder. @return its file name"""
     files = {
         "orvprint.py": Path(__file__).with_name("orvprint.py").read_bytes(),
         f"{_INFO}/METADATA": _METADATA.encode(),
