@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Batches of many drawings: lists, parts, reports, what is left alone, further attempts.
+// Batches of many drawings: lists, shards, reports, resuming, retries.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,7 +35,7 @@ protected:
         for (std::string line; std::getline(lines, line);) records.push_back(json::parse(line));
         return records;
     }
-    /// The last record of each drawing.
+    /// Returns the last record of each drawing.
     std::map<std::string, json> ByName(const std::string& report) const {
         std::map<std::string, json> records;
         for (json& record : Records(report)) records[record["name"]] = record;
@@ -107,7 +107,7 @@ TEST_F(BatchReportTest, PartsTakeEveryDrawingOnceAndGiveTheSameBytes) {
     }
 }
 
-// Which part a drawing belongs to is agreed upon by machines of any kind, and by any version.
+// All machines and all versions must assign a drawing to the same part.
 TEST_F(BatchReportTest, PartsNeverChange) {
     ASSERT_EQ(Convert({"a.svg", "b.svg", "two.svg", "--shard", "1/2", "--report", "r"}).exitCode, 0);
     std::vector<std::string> names;
@@ -171,7 +171,7 @@ TEST_F(BatchReportTest, NumberedFilesStandInTheRecord) {
 TEST_F(BatchReportTest, WhatIsDoneAndUnchangedIsLeftAlone) {
     const std::vector<std::string> all{"a.svg", "b.svg", "two.svg", "--report", "r", "--resume", "r"};
     EXPECT_EQ(Convert({"a.svg", "--resume", "r"}).exitCode, 3);
-    EXPECT_THAT(Convert(all).errors, HasSubstr("3 of 3 converted, 0 failed, "));  // there is none yet
+    EXPECT_THAT(Convert(all).errors, HasSubstr("3 of 3 converted, 0 failed, "));  // no report yet
     fs::remove(Folder() / "r");
     ASSERT_EQ(Convert({"a.svg", "b.svg", "two.svg", "bad.svg", "--report", "r"}).exitCode, 11);
     const auto written = fs::last_write_time(Folder() / "out/a.pdf");
@@ -210,7 +210,8 @@ TEST_F(BatchReportTest, OtherFilesThatADrawingReadCountAsItsContent) {
               "<image width='50' height='50' xlink:href='data:image/png;base64,AAAA'/></svg>");
     const std::vector<std::string> again{"shows.svg", "a.svg", "--report", "r", "--resume", "r"};
     ASSERT_EQ(Convert(again).exitCode, 0);
-    // By two names: from the drawing's folder, and as it stands there.
+    // A report may name a file more than once: relative to the drawing's folder, and as written in the
+    // drawing.
     std::map<std::string, std::string> files;
     const json record = ByName("r").at("shows.svg");
     for (const json& file : record["otherFiles"])
@@ -244,7 +245,7 @@ TEST_F(BatchReportTest, NamesOfOtherFilesThatAReportCannotHoldCountAsChanged) {
 }
 
 TEST_F(BatchReportTest, FailuresThatMayPassAreAttemptedAgain) {
-    // Its outputs cannot be put in place.
+    // A folder of that name keeps the output from being put in place.
     fs::create_directories(Folder() / "out/a.pdf");
     ASSERT_EQ(Convert({"a.svg", "b.svg", "bad.svg", "--report", "r", "--retry", "2"}).exitCode, 11);
     const auto records = ByName("r");
@@ -336,7 +337,7 @@ TEST_F(BatchReportTest, ReportsAreMergedByNameAndContent) {
     const ToolRun run = Run({"report", "r1", "r2", "--json", "--merged", "all"});
     EXPECT_EQ(run.exitCode, 11);
     const json summary = json::parse(run.output);
-    EXPECT_EQ(summary["drawings"], 5);  // d changed in between
+    EXPECT_EQ(summary["drawings"], 5);  // d counts twice: its content changed
     EXPECT_EQ(summary["done"], 4);
     EXPECT_EQ(summary["failed"], 1);
     EXPECT_EQ(summary["pages"], 3);
@@ -366,7 +367,7 @@ TEST_F(BatchReportTest, DifferentOutputsFromTheSameContentAreNamed) {
     const ToolRun run = Run({"report", "r", "s"});
     EXPECT_THAT(run.output, HasSubstr("different outputs from the same content: a\n"));
     EXPECT_THAT(run.output, Not(HasSubstr("content: b")));
-    EXPECT_THAT(run.output, Not(HasSubstr("content: c")));  // an image that it shows has changed
+    EXPECT_THAT(run.output, Not(HasSubstr("content: c")));  // the image that it shows has changed
 }
 
 TEST_F(BatchReportTest, WhatIsNoReportIsRefusedOrPassedOver) {

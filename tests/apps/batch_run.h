@@ -20,7 +20,7 @@
 
 using Clock = std::chrono::steady_clock;
 
-// Only ends a test that would otherwise wait forever.
+// Only ends tests that would otherwise wait forever.
 inline Clock::time_point Deadline() { return Clock::now() + std::chrono::seconds(60); }
 inline void Breathe() { std::this_thread::sleep_for(std::chrono::milliseconds(2)); }
 
@@ -33,7 +33,7 @@ protected:
         WriteFile("bad.svg", "<svg width='9' height='9'>\n <g></svg>");
     }
 
-    /// Sorted names of the files in a folder, including hidden ones.
+    /// Returns the sorted names of the files in a folder, including hidden ones.
     std::vector<std::string> FilesIn(const std::string& folder) const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(Folder() / folder))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Many inputs, each to a file of its own: names, failures, workers that die, signals.
+// Many inputs, each with its own output: names, failures, dying workers, signals.
 
 #include <unistd.h>
 
@@ -114,12 +114,12 @@ TEST_F(BatchTest, OutputsNeverReplaceInputs) {
     EXPECT_EQ(run.errors, "orvprint: out/b.pdf: is an input; choose another folder\n");
     EXPECT_THAT(FilesIn("out"), ElementsAre("b.pdf"));
 
-    // Where input and output are of one format.
+    // Input and output have the same format.
     const ToolRun same = Run({"a.svg", "b.svg", "--out-dir", ".", "-f", "svg"});
     EXPECT_EQ(same.exitCode, 8);
     EXPECT_EQ(same.errors, "orvprint: ./a.svg: is an input; choose another folder\n");
 
-    // A name that shows only when the pages are counted.
+    // A name that is known only after the pages have been counted.
     fs::create_hard_link(Folder() / "a.svg", Folder() / "out/two-2.png");
     const ToolRun numbered =
         Run({"two.svg", "b.svg", "a.svg", "--out-dir", "out", "-f", "png", "--keep-going"});
@@ -141,7 +141,7 @@ TEST_F(BatchTest, StopsAtTheFirstFailureWithItsCode) {
               6);
 }
 
-// What was under way when the first input failed may fail later, and otherwise.
+// An earlier input may fail later and with a different code.
 TEST_F(BatchTest, TheFirstInputThatFailedGivesTheCodeWhicheverFailedBefore) {
     MakePipe("late.svg");
     const RunningTool running =
@@ -297,7 +297,7 @@ TEST_F(BatchTest, SignalsEndItWithWholeFilesOnly) {
     }
 }
 
-// As nohup has it, and shells for what runs in the background.
+// As under nohup, and in shells for background jobs.
 TEST_F(BatchTest, SignalsThatAreIgnoredStayIgnored) {
     MakePipe("waits.svg");
     for (const char* name : {"HUP", "INT", "USR1"}) {
@@ -309,7 +309,7 @@ TEST_F(BatchTest, SignalsThatAreIgnoredStayIgnored) {
         EXPECT_EQ(RunProgram({"bash", "-c", std::string("kill -") + name + " " + std::to_string(running.pid)})
                       .exitCode,
                   0);
-        // Nobody reads if the signal has ended the program.
+        // The pipe has no reader if the signal has ended the program.
         const auto handler = std::signal(SIGPIPE, SIG_IGN);
         Feed(pipe, SmallDrawing(""));
         std::signal(SIGPIPE, handler);

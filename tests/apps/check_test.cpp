@@ -19,7 +19,7 @@ protected:
     }
 };
 
-/// Of drawings whose size is in px.
+/// The note on drawings whose size is in px.
 const std::string kNote =
     "note: its size is in px, which are 1/90 inch here and 1/96 inch in browsers and editors: it prints 6.7 "
     "% "
@@ -145,7 +145,7 @@ TEST_F(CheckTest, PicturesAreReadWhereThePrintMayReadThem) {
                 HasSubstr("image-format (1)"));
 }
 
-// Whether a file is there is told only of what the drawing may read.
+// Whether a file exists is reported only if the drawing may read it.
 TEST_F(CheckTest, NothingIsToldOfFilesElsewhere) {
     WriteFile("elsewhere/there.png", "no picture");
     WriteFile("drawing/inner/there.png", "no picture");
@@ -180,7 +180,7 @@ TEST_F(CheckTest, NothingIsToldOfFilesElsewhere) {
 }
 
 #ifdef ORV_SHIM_PATH
-// Not even the time may tell: what is forbidden is not looked up.
+// Even timing must reveal nothing: forbidden names are not looked up.
 TEST_F(CheckTest, NamesThatLeadElsewhereAreNotLookedUp) {
     WriteFile("elsewhere/there.png", "no picture");
     WriteFile("drawing/inside.png", "no picture");
@@ -198,24 +198,24 @@ TEST_F(CheckTest, NamesThatLeadElsewhereAreNotLookedUp) {
                         .errors;
         return told;
     };
-    // What is watched for shows.
+    // Control: a permitted file is looked up.
     EXPECT_THAT(touched("inside.png", "inside.png"), HasSubstr("looked up: drawing/inside.png"));
     for (const std::string& name :
          {elsewhere + "/there.png", elsewhere + "/none.png", std::string("../elsewhere/there.png"),
           std::string("folder/../../elsewhere/there.png"), std::string("link/there.png"),
           std::string("link/none.png")})
-        // A whole path is looked for below the drawing, too, where it may be.
+        // An absolute path is also looked up below the drawing's folder, which is permitted.
         EXPECT_THAT(touched(name, name.substr(name.rfind('/') + 1)),
                     Not(HasSubstr(name.starts_with('/') ? "looked up: /" : "looked up")))
             << name;
 }
 #endif
 
-// What is shown as an example prints as it looks; fonts depend on the machine.
+// The examples must print as other programs show them. Findings about fonts depend on the machine.
 TEST_F(CheckTest, ExamplesAreFreeOfFindings) {
     for (const auto& entry : std::filesystem::directory_iterator(Example(""))) {
         if (entry.path().extension() != ".svg" && entry.path().extension() != ".qvxml") continue;
-        // Two of them show what other programs do otherwise: pages in one drawing, and floors of tiles.
+        // Two examples differ on purpose: several pages in one drawing, and tiled floors.
         const ToolRun run = Run({"check", "--ignore", "font-fallback", "--ignore", "missing-glyph",
                                  "--ignore", "page-set", "--ignore", "pattern-tile", entry.path()});
         EXPECT_EQ(run.exitCode, 0) << run.output << run.errors;
@@ -253,13 +253,13 @@ TEST_F(CheckTest, StrictReadsStandardInputTwice) {
     const ToolRun file = Run({"--strict", "-", "-o", "file.pdf"}, ReadFile("good.svg"));
     EXPECT_EQ(file.exitCode, 0) << file.errors;
     EXPECT_TRUE(Exists("file.pdf"));
-    // A pipe cannot be wound back.
+    // A pipe cannot be rewound.
     const ToolRun pipe = RunProgram({"sh", "-c", "cat good.svg | " ORV_TOOL_PATH " --strict - -o pipe.pdf"});
     EXPECT_EQ(pipe.exitCode, 0) << pipe.errors;
     EXPECT_TRUE(Exists("pipe.pdf"));
 }
 
-// The time must grow with the document, the memory not with the findings.
+// Time must grow with the document, but memory not with the findings.
 TEST_F(CheckTest, AnswersHostileDocuments) {
     std::string many;
     many += Repeat("<blink/>", 200000);

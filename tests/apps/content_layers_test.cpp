@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Layers of an editor's drawing, as viewers of the output have them.
+// Layers of an editor's drawing, as viewers of the output see them.
 
 #include <gmock/gmock.h>
 
@@ -22,7 +22,7 @@ using testing::Not;
 using Colour = std::array<int, 3>;
 constexpr Colour kWhite{255, 255, 255}, kRed{255, 0, 0}, kGreen{0, 255, 0};
 
-/// Left: a layer that is shown; middle: one that is hidden; right: one within another, and locked.
+/// Left: a visible layer; middle: a hidden one; right: a locked one inside another.
 constexpr const char* kLayers =
     "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
     "xmlns:i='http://www.inkscape.org/namespaces/inkscape' "
@@ -49,7 +49,7 @@ protected:
         words.insert(words.end(), options.begin(), options.end());
         return Run(words);
     }
-    /// Colours in the middles of three equal parts.
+    /// Returns the colours at the centres of three equal parts.
     std::vector<Colour> Thirds(const std::string& name) const {
         const ORVRef<const ORVPixelImage> image(
             ORVPixelImage::CreateFromFile((Folder() / name).string(), 0, 0));
@@ -61,7 +61,7 @@ protected:
         }
         return colours;
     }
-    /// What an object of a PDF says.
+    /// Returns the text of a PDF object.
     std::string Show(const std::string& pdf, const std::string& path) const {
         return RunProgram({"mutool", "show", pdf, path}).output;
     }
@@ -74,7 +74,7 @@ TEST_F(ContentLayersTest, APdfHasThemAsItsReadersExpectThem) {
     EXPECT_EQ(check.exitCode, 0) << check.output << check.errors;
     const std::string properties = Show("a.pdf", "trailer/Root/OCProperties");
     EXPECT_THAT(properties, ContainsRegex("/OCGs +\\[ *([0-9]+ 0 R *){4}\\]"));
-    // Two of them, one with one inside.
+    // Three at the top, the last of which contains one.
     EXPECT_THAT(properties,
                 ContainsRegex("/Order +\\[ *[0-9]+ 0 R +[0-9]+ 0 R +[0-9]+ 0 R +\\[ *[0-9]+ 0 R *\\] *\\]"));
     EXPECT_THAT(properties, ContainsRegex("/OFF +\\[ *[0-9]+ 0 R *\\]"));
@@ -131,7 +131,7 @@ TEST_F(ContentLayersTest, SvgOutputKeepsThemAsLayersOfTheEditor) {
     const std::string written = ReadFile("b.svg");
     EXPECT_THAT(written, AllOf(HasSubstr("inkscape:groupmode=\"layer\" inkscape:label=\"W\xC3\xA4nde\""),
                                HasSubstr("sodipodi:insensitive=\"true\""), HasSubstr("display:none")));
-    // Read again, it has the same layers.
+    // Reading it again gives the same layers.
     ASSERT_EQ(Run({"b.svg", "-o", "b.pdf", "--interpreter", "svg2"}).exitCode, 0);
     EXPECT_THAT(Show("b.pdf", "trailer/Root/OCProperties"),
                 ContainsRegex("/OCGs +\\[ *([0-9]+ 0 R *){4}\\]"));
@@ -155,7 +155,7 @@ TEST_F(ContentLayersTest, ALayerOfSeveralPagesIsOneLayer) {
     EXPECT_THAT(RunProgram({"pdfinfo", "a.pdf"}).output, HasSubstr("Pages:           2"));
     EXPECT_THAT(Show("a.pdf", "trailer/Root/OCProperties"),
                 ContainsRegex("/OCGs +\\[ *([0-9]+ 0 R *){4}\\]"));
-    // On sheets, too.
+    // The same on sheets.
     ASSERT_EQ(Print("n.pdf", {"--paper", "A4", "--nup", "2"}).exitCode, 0);
     EXPECT_EQ(RunProgram({"qpdf", "--check", "n.pdf"}).exitCode, 0);
     ASSERT_EQ(

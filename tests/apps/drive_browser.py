@@ -1,19 +1,19 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Opens a page in a browser that speaks the DevTools protocol, does steps on it, and prints what they answer.
+"""Opens a page in a browser over the DevTools protocol, performs steps on it, and prints their results.
 
     drive_browser.py BROWSER PAGE.html STEP...
 
-A step is one of these, EXPRESSION being JavaScript:
+Steps (EXPRESSION is JavaScript):
 
     eval:EXPRESSION    prints its value as a line of JSON
-    click:EXPRESSION   clicks into the middle of the element that it gives
+    click:EXPRESSION   clicks the centre of the element that it returns
     hover:EXPRESSION   moves the pointer there
     key:NAME           presses a key, such as ArrowDown or a
     media:NAME=VALUE   such as prefers-color-scheme=dark, or type=print
     shot:FILE          writes an image of the page
 
-What the page logs, and requests that it makes beyond itself, end the run with an error.
+The run fails if the page logs anything, opens a dialog, or requests anything from elsewhere.
 """
 
 import base64
@@ -30,19 +30,20 @@ KEYS = {"ArrowDown": 40, "ArrowUp": 38, "ArrowLeft": 37, "ArrowRight": 39, "Home
 
 
 class Browser:
-    """A browser and the pipes that it takes orders through."""
+    """A browser that is controlled through pipes."""
 
     def __init__(self, program, profile):
         to_read, self.to_browser = os.pipe()
         self.from_browser, to_write = os.pipe()
 
         def give_pipes():
-            # The numbers that the browser expects; what stood there is not needed any more.
+            # The browser expects its pipes at descriptors 3 and 4; whatever they were before is not needed
+            # any more.
             high_read, high_write = os.dup2(to_read, 60), os.dup2(to_write, 61)
             os.dup2(high_read, 3)
             os.dup2(high_write, 4)
 
-        # The sandbox needs rights that containers and root have not; the page is our own.
+        # The browser's sandbox fails in containers and as root, and the page is our own.
         self.process = subprocess.Popen(
             [program, "--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--no-first-run",
              "--hide-scrollbars", "--remote-debugging-pipe", f"--user-data-dir={profile}", "--window-size=1400,850"],

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Signals that end the command leave whole files or none.
+// Signals that end the command leave complete files or none.
 
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -21,14 +21,14 @@ namespace {
 
 using testing::IsEmpty;
 
-/// Whatever the signal and whenever it comes: what stands in the folder of outputs then are files as they are
-/// when nothing happens, or none.
+/// For any signal at any time, the output folder then holds only files that are the same as after an
+/// undisturbed run.
 class SignalTest : public WaitingTest {
 protected:
     using Files = std::map<std::string, std::string>;
 
-    // The workers of a batch that was killed end when they find that it is gone. As descendants of the test
-    // they can be waited for: none must write into the folder of the next run.
+    // The workers of a killed batch end soon after it. The test becomes their parent to wait for them: none
+    // may write into the output folder of the next run.
     SignalTest() { EXPECT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0); }
     ~SignalTest() override { prctl(PR_SET_CHILD_SUBREAPER, 0); }
 
@@ -36,7 +36,7 @@ protected:
         while (waitpid(-1, nullptr, 0) > 0 || errno == EINTR) {
         }
     }
-    /// Sends the signal while the command waits for its last input, with work behind it and a file begun.
+    /// Sends the signal while the command waits for its last input, with work done and a file begun.
     void SendWhileItWaits(const std::vector<std::string>& arguments, int signal, const Files& whole) {
         ClearOutputs();
         const RunningTool running = Start(arguments);
@@ -50,7 +50,7 @@ protected:
         ExpectWholeFiles(whole, signal, "while it waited");
     }
 
-    /// Sends the signal after each of some parts of the time that the command takes.
+    /// Sends the signal at several times, spread evenly over the command's running time.
     void SendAtManyTimes(const std::vector<std::string>& arguments, int signal) {
         ClearOutputs();
         const auto start = std::chrono::steady_clock::now();
@@ -75,7 +75,7 @@ protected:
 private:
     void ExpectWholeFiles(const Files& whole, int signal, const std::string& when) const {
         for (const auto& [name, bytes] : FilesIn("out")) {
-            // Who is killed cannot clear up.
+            // A killed process cannot clean up its temporary files.
             if (signal == SIGKILL && name.front() == '.') continue;
             const auto found = whole.find(name);
             ASSERT_NE(found, whole.end()) << name << " is left, signal " << signal << " " << when;
@@ -85,10 +85,10 @@ private:
 };
 
 constexpr std::array kEndSignals{SIGTERM, SIGINT, SIGHUP, SIGKILL};
-// Of people, timers and limits.
+// Sent by users, timers and limits.
 const std::vector<int> kRareSignals{SIGQUIT, SIGUSR1, SIGUSR2, SIGALRM,  SIGVTALRM, SIGPROF,
                                     SIGXCPU, SIGPOLL, SIGPWR,  SIGRTMIN, SIGRTMAX};
-#if !defined(ORV_SANITIZED)  // sanitizers take these
+#if !defined(ORV_SANITIZED)  // sanitizers handle these
 constexpr std::array kCrashes{SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
 #endif
 
@@ -159,7 +159,7 @@ TEST_F(SignalTest, TheLimitOfProcessorTimeLeavesNothing) {
     EXPECT_THAT(FilesIn("out"), testing::IsEmpty());
 }
 
-// The workers of a process that was killed have nobody to work for. This one would wait for ever.
+// Workers must not outlive a killed main process. This one would wait forever.
 TEST_F(SignalTest, WorkersEndWithTheProcessThatWasKilled) {
     ClearOutputs();
     const RunningTool running =

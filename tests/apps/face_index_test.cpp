@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The index of faces that the command keeps from one run to the next, and what it loads when it starts.
+// The face index that the command keeps between runs, and the libraries that it loads at start.
 
 #include "platform/visualization/fonts/face_index.h"
 
@@ -30,7 +30,7 @@ protected:
         WriteFile("marked.svg", SmallDrawing("<text x='9' y='20' font-family='Marker Sans'>word</text>"));
     }
 
-    /// A command line in a home of the test's own.
+    /// Builds a command line that uses the test's own home folder.
     std::vector<std::string> Command(const std::vector<std::string>& arguments,
                                      const std::vector<std::string>& variables = {}) const {
         std::vector<std::string> command{"env", "-u", "ORVPRINT_CACHE_DIR", "-u", "FONTCONFIG_FILE"};
@@ -55,7 +55,7 @@ protected:
         EXPECT_TRUE(Exists(kIndex) && DecodeFaceIndex(ReadFile(kIndex), index));
         return index;
     }
-    /// Makes an index and calls one family in it by a name that no font has.
+    /// Makes an index, and renames a family in it to a name that no font has.
     void MakeMarkedIndex() const {
         ASSERT_EQ(RunAtHome({"text.svg", "-o", "text.pdf"}).exitCode, 0);
         FaceIndex index = ReadIndex();
@@ -65,7 +65,7 @@ protected:
         face->family = kMarker;
         WriteFile(kIndex, EncodeFaceIndex(index));
     }
-    /// True when the run believes the marked index.
+    /// Whether a run uses the marked index.
     bool FindsMarker(const std::vector<std::string>& variables = {}) const {
         const ToolRun run = RunAtHome({"check", "marked.svg"}, variables);
         const bool isMissing = run.output.find(kMarker) != std::string::npos;
@@ -88,7 +88,7 @@ TEST_F(FaceIndexRunTest, IsMadeAnewWhenFontsOrTheirConfigurationChange) {
     MakeMarkedIndex();
     ASSERT_TRUE(FindsMarker());
 
-    // Folders that were missing come.
+    // Missing folders appear.
     fs::create_directories(Folder() / "data/fonts");
     EXPECT_FALSE(FindsMarker());
     fs::remove(Folder() / "data/fonts");
@@ -119,7 +119,7 @@ TEST_F(FaceIndexRunTest, FontsThatAreJustInstalledAreFound) {
     fs::copy_file(liberation->path, Folder() / "data/fonts/JustInstalled.ttf");
     const ToolRun run = RunAtHome({"inspect", "text.svg", "--json"});
     EXPECT_EQ(run.exitCode, 0);
-    // Within the grain of the clock more may change unseen: such a state is asked for again each time.
+    // Within the second of a change, more changes could go unnoticed, so no index is saved then.
     EXPECT_EQ(ReadIndex(), before);
 }
 
@@ -156,7 +156,7 @@ TEST_F(FaceIndexRunTest, IsNotNeeded) {
     EXPECT_FALSE(Exists("cache"));
 }
 
-// All families with all weights, names that stand for other fonts, and characters that few fonts have.
+// All families in all weights, names replaced by other fonts, and characters that few fonts have.
 TEST_F(FaceIndexRunTest, PagesAreTheSameWithAndWithoutIt) {
     ASSERT_EQ(RunAtHome({"text.svg", "-o", "text.pdf"}).exitCode, 0);
     std::set<std::string> names = {"serif",         "sans-serif", "monospace",        "cursive",
@@ -215,12 +215,12 @@ TEST_F(FaceIndexRunTest, LibrariesAreLoadedWhenTheyAreNeeded) {
 }
 
 TEST_F(FaceIndexRunTest, FontconfigIsNotAskedWhereTheIndexKnows) {
-    const std::vector<std::string> traced{"FC_DEBUG=1024"};  // it tells of the files that it reads
+    const std::vector<std::string> traced{"FC_DEBUG=1024"};  // reports the files that fontconfig reads
     EXPECT_THAT(RunAtHome({"text.svg", "-o", "text.pdf"}, traced).output, HasSubstr("fonts.conf"));
     EXPECT_EQ(RunAtHome({"text.svg", "-o", "text.pdf"}, traced).output, "");
 }
 
-// Whoever prints a stranger's folder must not run what lies in it.
+// Printing in an untrusted folder must not load libraries from it.
 TEST_F(FaceIndexRunTest, LibrariesOfTheWorkingDirectoryAreNotLoaded) {
     for (const char* library : {"libz.so.1", "libharfbuzz.so.0", "libstdc++.so.6", "libfontconfig.so.1"})
         WriteFile(library, "no library");

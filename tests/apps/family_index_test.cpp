@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the command keeps from one run to the next about families that no installed face is called by.
+// The answers that the command keeps between runs for families that no installed face is named after.
 
 #include "platform/visualization/fonts/family_index.h"
 
@@ -66,7 +66,7 @@ protected:
         }
         WriteFile(kFamilies, EncodeFamilyIndex(index));
     }
-    /// True when a run believes the marked index.
+    /// Whether a run uses the marked index.
     bool FindsMarker(const std::vector<std::string>& variables = {}) const {
         const ToolRun run = Print(variables);
         EXPECT_EQ(run.exitCode, 0) << run.errors;
@@ -84,7 +84,7 @@ TEST_F(FamilyIndexRunTest, AnswersAreKeptAndUsed) {
     EXPECT_THAT(index.answers[1].query, HasSubstr("sans-serif\n"));
     EXPECT_NE(index.answers[1].path, "");
 
-    const ToolRun again = Print({"FC_DEBUG=1024"});  // fontconfig tells of the files that it reads
+    const ToolRun again = Print({"FC_DEBUG=1024"});  // fontconfig reports the files that it reads
     EXPECT_EQ(again.output, "");
     EXPECT_TRUE(ReadFile("text.pdf") == page);
     MakeMarkedIndex();

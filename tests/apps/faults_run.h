@@ -98,8 +98,8 @@ protected:
         close(descriptor);
     }
 
-    /// Runs a shell command line with the shortest time limit that suffices for everything before the drawing
-    /// that blocks; it depends on the load of the machine.
+    /// Runs a shell command line with the shortest time limit that suffices for all drawings before the one
+    /// that blocks. It depends on the machine's load.
     struct Bounded {
         ToolRun run;
         std::string limit;

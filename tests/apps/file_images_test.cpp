@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What drawings may name, and how documents around them are told.
+// Images in files, and the detection of documents that contain drawings.
 
 #include <gmock/gmock.h>
 
@@ -53,7 +53,7 @@ TEST_F(FileImagesTest, DetectQvxmlLooksAtTheRoot) {
         EXPECT_THAT(Run({"info", "named.svg", "--detect-qvxml", "--interpreter", interpreter}).output,
                     HasSubstr("1 page\n"));
     }
-    // Pages of a drawing are not taken for drawings.
+    // Pages of a drawing are not taken for separate drawings.
     for (const char* example : {"drawing-set.svg", "floor-plan.svg"})
         EXPECT_EQ(Run({Example(example), "--detect-qvxml", "-f", "pdf", "-o", "-"}).output,
                   Run({Example(example), "-f", "pdf", "-o", "-"}).output);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What becomes of texts where few fonts are installed, or none, or one that cannot be read.
+// Text when few fonts are installed, or none, or one that cannot be read.
 
 #include <gmock/gmock.h>
 
@@ -35,9 +35,9 @@ protected:
         fs::copy_file(file, Folder() / "fonts" / fs::path(file).filename());
     }
 
-    /// The command where only those fonts are installed.
+    /// Runs the command with only the fonts of this folder installed.
     ToolRun RunHere(const std::vector<std::string>& arguments) const { return RunHereBehind({}, arguments); }
-    /// Likewise, started by another program.
+    /// The same, started by another program.
     ToolRun RunHereBehind(std::vector<std::string> command, const std::vector<std::string>& arguments) const {
         command.insert(command.end(), {"env", "FONTCONFIG_FILE=" + (Folder() / "fonts.conf").string(),
                                        "ORVPRINT_CACHE_DIR=", ORV_TOOL_PATH});
@@ -45,7 +45,7 @@ protected:
         return RunProgram(command);
     }
 
-    /// The fonts in a PDF of a text of this family.
+    /// Lists the fonts in a PDF with text in this family.
     std::string FontsOf(const std::string& family) const {
         WriteFile("text.svg",
                   SmallDrawing("<text fill='black' x='9' y='20' font-family='" + family + "'>word</text>"));
@@ -55,7 +55,7 @@ protected:
     }
 };
 
-/// One line that says why text cannot be set, and no output.
+/// Expects no output, and one error line that says why text cannot be set.
 void ExpectNoText(const ToolRun& run, const std::string& part, const std::string& trial) {
     EXPECT_EQ(run.exitCode, 9) << trial << run.errors;
     EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << trial << run.errors;
@@ -67,7 +67,7 @@ void ExpectNoText(const ToolRun& run, const std::string& part, const std::string
 constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 constexpr const char* kSized =
     "<svg width='90' height='45'><text fill='black' x='9' y='20'>word</text></svg>";
-// The page is the box of its content.
+// The page size is the bounding box of the content.
 constexpr const char* kUnsized = "<svg><text fill='black' font-size='18'>word</text></svg>";
 
 TEST_F(FontsTest, WithoutAnyNoTextIsPrinted) {
@@ -125,7 +125,7 @@ TEST_F(FontsTest, NamesStandForTheLookThatIsThere) {
     EXPECT_THAT(sans, Not(HasSubstr("DejaVuSans-Bold")));
 }
 
-// Names that stand for a look are names of files first, in whatever letters.
+// A generic family first selects a font by file name, case-insensitively.
 TEST_F(FontsTest, TheFileOfThatNameStandsForIt) {
     Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
     EXPECT_THAT(FontsOf("sans-serif"), HasSubstr("LiberationSans"));
@@ -149,11 +149,11 @@ TEST_F(FontsTest, CharactersOfASlantedFontThatItLacksAreSlantedToo) {
     }
 }
 
-// Weights as the configuration states them: what is bold enough is not made bolder, and of two that are as
-// near the lighter one is taken.
+// Weights come from the configuration. A face that is bold enough is not thickened; of two equally near
+// weights, the lighter is used.
 TEST_F(FontsTest, BoldIsTheNearestThatIsBoldEnough) {
     struct Row {
-        const char *sans, *mono;  // weights of two faces of the family
+        const char *sans, *mono;  // weights of two faces in the family
         const char* font;
         bool isThickened;
     };
@@ -187,12 +187,12 @@ TEST_F(FontsTest, BoldIsTheNearestThatIsBoldEnough) {
     }
 }
 
-// In another font the text would be another text.
+// Another font would change the text, so a damaged one is an error.
 TEST_F(FontsTest, OneThatCannotBeUsedIsTold) {
     Install(std::string(kTrueType) + "dejavu/DejaVuSans.ttf");
     Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");
     EXPECT_THAT(FontsOf("DejaVu Sans"), HasSubstr("DejaVuSans"));
-    // The folder does not change: it is still listed as installed.
+    // The folder's time does not change, so the font is still listed as installed.
     fs::resize_file(Folder() / "fonts/DejaVuSans.ttf", 0);
     ExpectNoText(RunHere({"text.svg", "-o", "out.pdf"}), "DejaVuSans.ttf is damaged; install it anew",
                  "damaged");
@@ -221,7 +221,7 @@ TEST_F(FontsTest, OneOfPixelsIsInstalledButNotUsed) {
 
 // ---- libraries ----
 
-/// The command by itself, without the libraries and modules of other programs beside it.
+/// The command on its own, without the modules that are installed with it.
 class FontLibrariesTest : public FontsTest {
 protected:
     FontLibrariesTest() {
@@ -239,7 +239,7 @@ protected:
         command.insert(command.end(), arguments.begin(), arguments.end());
         return RunProgram(command);
     }
-    /// Whatever needs text fails for want of that library, and nothing else does.
+    /// Everything that needs text fails for lack of that library, and nothing else fails.
     void ExpectMissed(const std::string& library) const {
         for (const char* format : {"pdf", "ps", "svg", "png"}) {
             ExpectNoText(RunInTree({"text.svg", "-o", "out", "-f", format}), library, format);
@@ -272,7 +272,7 @@ TEST_F(FontLibrariesTest, DamagedOnesAreTold) {
 }
 
 TEST_F(FontLibrariesTest, ThoseWithoutAFunctionAreTold) {
-    // A library that can be loaded, and is another one.
+    // A library that loads, but is a different one.
     fs::copy_file(fs::canonical(ORV_OTHER_LIBRARY), Tree() / "damaged/libfribidi.so.0");
     ExpectMissed("libfribidi.so.0: no function fribidi_");
 }
@@ -289,7 +289,7 @@ TEST_F(FontLibrariesTest, ThoseThatOtherDocumentsNeedEndTheCommandInOneLine) {
     EXPECT_EQ(RunInTree({"figure.svg", "-o", "out.pdf"}).exitCode, 0);
 }
 
-// ---- files that may be open ----
+// ---- few file descriptors ----
 
 TEST_F(FontsTest, WithFewFilesOpenTextIsPrintedOrTold) {
     Install(std::string(kTrueType) + "liberation/LiberationSans-Regular.ttf");

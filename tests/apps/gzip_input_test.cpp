@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Packed inputs: what is unpacked, what is refused and with which words, by the routine and by every command.
+// Compressed inputs: what is decompressed, and what is refused with which message, by the routine and by
+// every command.
 
 #include "platform/system/gzip.h"
 
@@ -35,7 +36,7 @@ std::string Gzip(std::string_view text) {
     return packed;
 }
 
-/// Text that packs badly, so that the packed form is long.
+/// Returns text that compresses badly, so that the compressed form is long.
 std::string MixedText(std::size_t size) {
     std::string text;
     unsigned int state = 1;
@@ -47,7 +48,7 @@ std::string MixedText(std::size_t size) {
 struct Unpacked {
     UnpackResult result;
     std::string bytes, error;
-    std::size_t room = 0;  // that was taken for the bytes
+    std::size_t room = 0;  // allocated for the bytes
 };
 Unpacked Unpack(const std::string& packed, const UnpackLimits& limits = {}) {
     Unpacked unpacked;
@@ -58,7 +59,7 @@ Unpacked Unpack(const std::string& packed, const UnpackLimits& limits = {}) {
     return unpacked;
 }
 
-/// The last four bytes of gzip data: the size that it claims to hold.
+/// Replaces the last four bytes of gzip data, the size that it claims to have decompressed.
 std::string Claiming(std::string packed, std::uint32_t size) {
     for (std::size_t i = 0; i < 4; ++i)
         packed[packed.size() - 4 + i] = static_cast<char>(size >> (8 * i) & 0xFFU);
@@ -83,7 +84,7 @@ TEST(UnpackGzipTest, TakesManyMembersAndZerosBehindThem) {
 }
 
 TEST(UnpackGzipTest, WhateverTheLastMemberClaimsToHold) {
-    // Another size in the trailer is an error, but never one of memory.
+    // A wrong size in the trailer is an error, but costs no memory.
     for (const std::size_t size : {10U, 5'000'000U}) {
         const std::string packed = Gzip(MixedText(size));
         for (const std::uint32_t claim : {0U, 0x7f7f7f7fU, 1U << 30U, 0xffffffffU}) {
@@ -111,7 +112,7 @@ TEST(UnpackGzipTest, AlteredDataNeverPassesForAnotherText) {
         std::string altered = packed;
         altered[at] = static_cast<char>(altered[at] ^ 0x10);
         const Unpacked unpacked = Unpack(altered);
-        // Some bits say nothing: the time in the header, the filling before the trailer.
+        // Some bits have no effect: the time in the header, the padding before the trailer.
         if (unpacked.result == UnpackResult::kDamaged)
             ++damaged;
         else
@@ -147,7 +148,7 @@ TEST(UnpackGzipTest, StopsAtTheGrowth) {
     UnpackLimits limits;
     limits.freeSize = 0;
     const std::string packed = Gzip(std::string(200'000, ' '));
-    // A size that is so many times that of the packed form, and no more.
+    // The largest size that the ratio allows.
     limits.ratio = 200'000 / packed.size();
     const std::size_t size = (packed.size() + 1) * limits.ratio - 1;
     const std::string exact = Gzip(std::string(size, ' '));
@@ -164,7 +165,7 @@ protected:
             SmallDrawing("<text y='20' fill='black' font-family='Liberation Sans'>packed</text>");
         WriteFile("plain.svg", drawing);
         WriteFile("a.svgz", Gzip(drawing));
-        WriteFile("named-plain.svg", Gzip(drawing));  // the content counts, not the name
+        WriteFile("named-plain.svg", Gzip(drawing));  // the content decides, not the name
         WriteFile("not-packed.svgz", drawing);
         WriteFile("r.qvxml.gz", Gzip("<r>" + drawing + drawing + "</r>"));
         WriteFile("cut.svgz", Gzip(drawing).substr(0, 60));

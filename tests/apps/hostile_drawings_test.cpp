@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the command does with drawings that were made to break it.
+// Drawings that were made to break the command.
 
 #include <unistd.h>
 
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 class HostileDrawingsTest : public BoundedToolTest {};
 
-// A small document that says a great deal, and the exit codes of printing it.
+// A small document that expands enormously, and the exit codes of printing it.
 struct Bomb {
     const char* name;
     std::string content;
@@ -74,7 +74,7 @@ std::vector<Bomb> Bombs() {
     };
 }
 
-// Sanitizers make each step several times as slow: a tenth of the default limits shows the same there.
+// Sanitizers make each step several times as slow. A tenth of the default limits shows the same there.
 #if defined(ORV_SANITIZED)
 const std::string kLimits = " --limit visits=2000000 --limit duplicates=200000";
 #else
@@ -123,7 +123,7 @@ TEST_F(HostileDrawingsTest, LargeDrawingsAreNotRefused) {
         SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z' fill='red'/></marker><polyline fill='none' "
                      "stroke='red' marker-mid='url(#m)' points='" +
                      Repeat("1 2 ", 200'000) + "'/>"));
-    // Nothing but what the document itself is made of counts here.
+    // The document's own content raises these limits, so low ones suffice.
     for (const char* name : {"uses.svg", "markers.svg"}) {
         const std::string limits = " --limit duplicates=100000 --limit repeats=0";
         EXPECT_EQ(RunBounded(std::string(name) + " -o a.pdf" + limits).exitCode, 0) << name;
@@ -131,7 +131,7 @@ TEST_F(HostileDrawingsTest, LargeDrawingsAreNotRefused) {
     }
 }
 
-// The parts of the command that follow the document's structure must not use up the stack.
+// Code that follows the document's structure must not overflow the stack.
 TEST_F(HostileDrawingsTest, AStackOfAMegabyteIsEnough) {
 #if defined(ORV_SANITIZED)
     const std::string stack = "16384";  // instrumented frames are many times as large

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The page of `inspect --html`: what it holds, what it does in a browser, and what a hostile drawing cannot
-// do to it.
+// The page of `inspect --html`: what it contains, how it works in a browser, and that hostile drawings cannot
+// harm it.
 
 #include <gmock/gmock.h>
 
@@ -31,7 +31,7 @@ std::size_t CountOf(const std::string& text, const std::string& part) {
 
 class HtmlInspectionTest : public ToolTest {
 protected:
-    /// The page of a drawing.
+    /// Inspects a drawing. @return the HTML page
     std::string Page(const std::string& drawing, std::vector<std::string> options = {}) const {
         WriteFile("drawing.svg", drawing);
         options.insert(options.begin(), {"inspect", "drawing.svg", "--html", "page.html"});
@@ -47,7 +47,7 @@ protected:
     json Data(const std::string& drawing, const std::vector<std::string>& options = {}) const {
         return DataOf(Page(drawing, options));
     }
-    /// The names of the elements that the rows were made of, in their order; "" where it is not known.
+    /// Returns the element names that the rows come from, in order; "" if unknown.
     static std::vector<std::string> NamesOfRows(const json& data) {
         std::vector<std::string> names;
         for (std::size_t element : data["drawings"][0]["elements"]) {
@@ -58,7 +58,7 @@ protected:
         }
         return names;
     }
-    /// The identifiers of what a page draws, in its order.
+    /// Returns the ids of the marks that a page draws, in order.
     static std::vector<std::string> MarksOf(const json& data, std::size_t page = 0) {
         const std::string svg = data["drawings"][0]["drawn"][page]["svg"];
         std::vector<std::string> marks;
@@ -103,8 +103,8 @@ struct RowsCase {
     const char* name;
     const char* interpreter;
     const char* content;
-    std::vector<std::string> elements;  ///< of the rows, the page first
-    std::vector<std::string> marks;     ///< of what is drawn
+    std::vector<std::string> elements;  ///< names for the rows, the page first
+    std::vector<std::string> marks;     ///< ids of the drawn marks
 };
 class HtmlRowsTest : public HtmlInspectionTest, public testing::WithParamInterface<RowsCase> {};
 
@@ -127,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "<g><rect width='2' height='2' fill='red'/><a><circle r='3' fill='red'/></a></g>",
                  {"svg", "g", "rect", "a", "circle"},
                  {"r2", "r4"}},
-        // What is drawn of a closed figure belongs to it, not to the regions in it.
+        // The drawing of a closed figure belongs to its row, not to the rows of its regions.
         RowsCase{"FilledPath",
                  "SVG",
                  "<path d='M0 0H9V9Z' fill='red'/><rect width='2' height='2' fill='red'/>",
@@ -138,13 +138,13 @@ INSTANTIATE_TEST_SUITE_P(
                  "<rect width='2' height='2' fill='none'/><rect width='2' height='2' fill='red'/>",
                  {"svg", "rect", "rect"},
                  {"r2"}},
-        // Pieces of one line are stroked together.
+        // Connected segments are stroked together.
         RowsCase{"JoinedPieces",
                  "SVG",
                  "<path d='M0 0L9 9C9 9 8 8 7 20L3 3' fill='none' stroke='red'/><circle r='3' fill='red'/>",
                  {"svg", "path", "", "", "", "circle"},
                  {"r2-4", "r5"}},
-        // Markers stand behind their line.
+        // The rows of markers follow that of their line.
         RowsCase{"Markers",
                  "SVG",
                  "<defs><marker id='m'><circle r='1' fill='red'/></marker></defs>"
@@ -169,13 +169,13 @@ INSTANTIATE_TEST_SUITE_P(
                  "<defs><circle id='c' r='3'/></defs><use href='#c'/>",
                  {"", "circle"},
                  {"r1"}},
-        // Foreign elements are passed over by the interpreter and counted by the document.
+        // The interpreter skips foreign elements, but the document's numbering counts them.
         RowsCase{"StandardForeign",
                  "SVG2",
                  "<x:y xmlns:x='urn:x'><x:z/></x:y><rect width='2' height='2'/>",
                  {"", "rect"},
                  {"r1"}},
-        // The content of a mask is seen by what it leaves only.
+        // A mask's content shows only by its effect.
         RowsCase{"StandardMask",
                  "SVG2",
                  "<mask id='m'><circle r='9' fill='#fff'/></mask><rect width='2' height='2' mask='url(#m)'/>",
@@ -241,7 +241,7 @@ TEST_F(HtmlInspectionTest, FailuresLeaveNoPage) {
     }
 }
 
-// Texts that would be markup or script if anything took them for it.
+// Texts that would be markup or script if they were not escaped.
 const std::string kHostile =
     "<svg width='90' height='45'><title>&lt;/script>&lt;script>alert(1)&lt;/script></title>"
     "<g id='&lt;/script>&lt;img src=x onerror=alert(2)>'><desc>--&gt;&lt;!--&amp;lt;b></desc>"
@@ -273,7 +273,7 @@ TEST_F(HtmlInspectionTest, ThePolicyAllowsTheScriptOfThePageAndNoOther) {
     ASSERT_EQ(run.exitCode, 0) << run.errors;
     const std::string hash = run.output.substr(0, run.output.find('\n'));
     EXPECT_THAT(page, HasSubstr("content=\"default-src 'none'; script-src '" + hash + "'; style-src"));
-    // Nothing of the page is elsewhere: the only addresses are names of vocabularies.
+    // The page loads nothing from elsewhere: its only addresses are namespaces.
     EXPECT_EQ(CountOf(page, "://"), CountOf(page, "http://www.w3.org/"));
 }
 
@@ -284,7 +284,7 @@ struct BrowserCase {
     const char* interpreter;
     std::string content;
     std::vector<std::string> steps;
-    std::vector<std::string> answers;  ///< of the steps that ask, as JSON
+    std::vector<std::string> answers;  ///< of the `eval` steps, as JSON
 };
 
 constexpr const char* kBrowser = "/usr/bin/chromium";
@@ -306,7 +306,7 @@ TEST_P(HtmlBrowserTest, ShowsAndAnswers) {
     EXPECT_EQ(answers, GetParam().answers);
 }
 
-/// What is drawn of a row.
+/// Returns the expression for the drawing of a row.
 std::string Drawn(int row) {
     return "document.querySelector('#drawing').shadowRoot.querySelector('#r" + std::to_string(row) + "')";
 }
@@ -314,7 +314,7 @@ const std::string kChosen = "eval:document.querySelector('.row[aria-selected=tru
 const std::string kHovered = "eval:document.querySelector('.row.hover')?.dataset.row ?? null";
 const std::string kActive = "eval:document.querySelector('#tree').getAttribute('aria-activedescendant')";
 const std::string kRowCount = "eval:document.querySelectorAll('.row').length";
-/// Whether a mark on the page lies around what a row draws.
+/// Returns a step that tells whether the box `mark` surrounds the drawing of a row.
 std::string IsMarked(const std::string& mark, int row) {
     return "eval:(() => { const a = document.querySelector('.box." + mark +
            "')?.getBoundingClientRect(), b = " + Drawn(row) +

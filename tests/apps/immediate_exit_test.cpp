@@ -16,7 +16,7 @@
 
 namespace {
 
-/// As of a library that promises to throw nothing, and does not keep it.
+/// Like a library function that is `noexcept`, but throws.
 void LetNothingOut(const std::function<void()>& work) noexcept { work(); }
 
 TEST(ImmediateExitTest, LeavesNoTemporaryFile) {

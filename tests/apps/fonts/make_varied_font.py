@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Makes Varied.ttf: a font of boxes whose width follows its weight and whose height follows its width axis.
+"""Makes Varied.ttf: a font of boxes whose width depends on the weight axis and whose height depends on the width axis.
 
     make_varied_font.py FILE.ttf        needs Debian's python3-fonttools
 """
@@ -10,7 +10,7 @@ from fontTools.fontBuilder import FontBuilder
 from fontTools.pens.ttGlyphPen import TTGlyphPen
 from fontTools.varLib import build
 
-ADVANCE = 1000  # units; also those of an em
+ADVANCE = 1000  # font units; equal to the units per em
 
 
 def box(width, height, lean=0):
@@ -43,7 +43,7 @@ def main():
         axis = AxisDescriptor()
         axis.tag, axis.name, axis.minimum, axis.default, axis.maximum = tag, tag, least, default, most
         document.addAxis(axis)
-    # Location, and the box there: width, height, lean, and the advance.
+    # Location on the axes; width, height and lean of the box there; advance.
     places = [({}, 400, 400, 0, 1000), ({"wght": 100}, 100, 400, 0, 700), ({"wght": 900}, 900, 400, 0, 1500),
               ({"wdth": 50}, 400, 200, 0, 1000), ({"wdth": 200}, 400, 800, 0, 1000),
               ({"slnt": -20}, 400, 400, 200, 1000), ({"opsz": 100}, 400, 40, 0, 1000)]
