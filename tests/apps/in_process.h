@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <functional>
 
-/// The errno of a call that returned a negative result, else 0.
+/// Returns errno if the call returned a negative result, else 0.
 inline int ErrorOf(long result) { return result < 0 ? errno : 0; }
 
 /// Runs an action in a child process and returns its result, at most 255.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Inputs that cannot be read to their end, and no memory to read them into: a line says so, with an exit
+// Inputs that cannot be read completely, or that memory does not suffice for: one error line and an exit
 // code.
 
 #include <unistd.h>
@@ -26,7 +26,7 @@ TEST_F(InputFaultsTest, InputsThatCannotBeRead) {
     struct Row {
         const char *input, *reason;
     };
-    // "Is a directory", or "is a folder". The start of a process's memory gives an error of the device.
+    // "Is a directory" or "is a folder". Reading a process's memory at address 0 is an I/O error.
     for (const Row& row : {Row{"out", "s a "}, Row{"/proc/self/mem", "Input/output error"},
                            Row{"missing.svg", "No such file or directory"}}) {
         for (const char* command : {"info", "check", "inspect"}) {
@@ -41,7 +41,7 @@ TEST_F(InputFaultsTest, InputsThatCannotBeRead) {
     }
 }
 
-/// The command as a user who may do less; skipped where that user cannot run it at all.
+/// Runs the command as a user without privileges; skipped if that user cannot run it at all.
 class OtherUserTest : public InputFaultsTest {
 protected:
     void SetUp() override {
@@ -87,7 +87,7 @@ TEST_F(OtherUserTest, FoldersThatMayNotBeWritten) {
 }
 
 #ifdef ORV_SHIM_PATH
-/// The command with a system that fails it.
+/// Runs the command on a system whose reads and allocations fail.
 class FailingSystemTest : public InputFaultsTest {
 protected:
     ToolRun RunWith(const std::string& environment, const std::string& arguments) const {
@@ -121,7 +121,7 @@ TEST_F(FailingSystemTest, InputsThatBecomeShorterMeanwhile) {
         }
 }
 
-// A picture that cannot be read is passed over, as one that is not there; what is printed is whole.
+// An image that cannot be read is skipped like a missing one; the output is complete.
 TEST_F(FailingSystemTest, PicturesThatCannotBeReadToTheirEnd) {
     WriteFile("p.bmp", "BM" + std::string(200, 'x'));
     WriteFile("p.svg",
@@ -135,8 +135,8 @@ TEST_F(FailingSystemTest, PicturesThatCannotBeReadToTheirEnd) {
         }
 }
 
-// The first requests for memory refused one by one, and every so many of the others, in the whole command,
-// the library that reads its command line included.
+// Refuses allocations in the whole command, including the library that reads its command line: the first ones
+// one by one, then one in every few hundred.
 TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
     std::map<std::string, std::string> outputs;
     for (const char* arguments : {"check a.svg", "info a.svg", "inspect a.svg", "formats"})
@@ -170,7 +170,7 @@ TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
     for (const char* arguments : {"check a.svg", "info a.svg", "inspect a.svg", "formats",
                                   "a.svg --out-dir out -f png -j 1", "a.svg -o out/x.svg --paper A4 --nup 2"})
         for (const char* all : {"", " ORV_FAIL_NEW_ALL=1"})
-            // A dump that lacks something would look like one.
+            // Refuses more for `inspect`: an incomplete dump would look like a valid one.
             for (unsigned int request = 1; request < 4'000;
                  request += arguments == std::string("inspect a.svg") ? 61 : 397) {
                 expectEnd(arguments, "ORV_FAIL_NEW_AT=" + std::to_string(request) + all);
@@ -179,10 +179,10 @@ TEST_F(FailingSystemTest, RefusedMemoryIsTold) {
             }
 }
 
-// Libraries that are not ours ask for memory, too, and files are mapped into it.
+// Third-party libraries allocate memory, too, and files are mapped into the address space.
 TEST_F(FailingSystemTest, LittleAddressSpaceIsTold) {
-    // Faces and a cache of its own: where memory is short, the library notes folders as empty for all
-    // programs.
+    // Its own fonts and cache: when memory is short, fontconfig records folders as empty in a cache that all
+    // programs share.
     WriteFile("fonts.conf", "<fontconfig><dir>/usr/share/fonts</dir><cachedir>" +
                                 (Folder() / "faces").string() + "</cachedir></fontconfig>");
     const auto within = [&](unsigned int kibibytes, const std::string& arguments) {
@@ -193,7 +193,7 @@ TEST_F(FailingSystemTest, LittleAddressSpaceIsTold) {
         const ToolRun run = within(kibibytes, std::string("b.svg large.svg -o out/x.") + format);
         const std::string trial = format + (" within " + std::to_string(kibibytes)) + "\n" + run.errors;
         EXPECT_EQ(run.signal, 0) << trial;
-        // 127: the command's own libraries do not fit.
+        // 127: the dynamic linker could not load the command's libraries.
         EXPECT_THAT(run.exitCode, AnyOf(0, 8, 9, 10, 127)) << trial;
         EXPECT_TRUE(run.exitCode == 0 || !run.errors.empty()) << trial;
         EXPECT_TRUE(run.exitCode == 0 || FilesIn("out").empty()) << trial;
@@ -201,8 +201,7 @@ TEST_F(FailingSystemTest, LittleAddressSpaceIsTold) {
         fs::create_directories(Folder() / "out");
         return run.exitCode;
     };
-    // With less, the system ends the process before a line of the command runs. How much that is differs
-    // from build to build.
+    // With less, the process ends before any code of the command runs. How much that is depends on the build.
     constexpr unsigned int kStep = 531;
     unsigned int lowest = 5'000;
     while (lowest < 100'000 && within(lowest, "--version").exitCode != 0) lowest += kStep;

@@ -81,13 +81,14 @@ TEST_F(InspectTest, FragmentsAreCountedInDocumentOrder) {
         EXPECT_EQ(Inspect({"r.xml", "--fragment", "2", "--parser", parser})["pages"][0]["id"], "b");
         EXPECT_EQ(Inspect({"r.xml", "--fragment", "c", "--parser", parser})["pages"][0]["size"][0], 3);
     }
-    // An element in its place: the interpreter goes on to its siblings under the DOM parser only.
+    // The fragment keeps its place in the document: only with the DOM parser does the interpreter go on to
+    // its siblings.
     EXPECT_EQ(Inspect({"r.xml", "--fragment", "1", "--parser", "light"})["pageCount"], 1);
     EXPECT_EQ(Inspect({"r.xml", "--fragment", "1", "--parser", "dom"})["pageCount"], 2);
     EXPECT_EQ(Run({"inspect", "r.xml", "--fragment", "4"}).exitCode, 5);
 }
 
-// One rule for all commands: with the DOM parser, the siblings that follow are pages of the same drawing.
+// One rule for all commands: with the DOM parser, the following siblings are pages of the same drawing.
 TEST_F(InspectTest, AllCommandsAgreeOnThePagesOfAFragment) {
     const auto svg = [](const std::string& id, const std::string& content = {}) {
         return "<svg id='" + id + "' width='9' height='9'><title>" + id + "</title>" + content + "</svg>";
@@ -120,7 +121,7 @@ TEST_F(InspectTest, AllCommandsAgreeOnThePagesOfAFragment) {
         EXPECT_EQ(static_cast<std::size_t>(std::distance(begin(files), end(files))),
                   std::string(row.pages).size())
             << name;
-        // Of all drawings, each comes once.
+        // When all drawings are printed, each comes once.
         EXPECT_THAT(Run({"info", "--qvxml", "r.xml", "--parser", row.parser}).output, HasSubstr("3 pages"));
     }
 }
@@ -145,7 +146,7 @@ TEST_F(InspectTest, SharedPrimitivesAppearInEachPlace) {
 }
 
 TEST_F(InspectTest, DumpsBeyondAllMeasureAreRefused) {
-    // Eight levels of ten references: a hundred million primitives, few of them allocated.
+    // Eight levels of ten references: 100 million primitives, of which few are allocated.
     std::string content = "<defs><g id='a0'><rect width='1' height='1'/></g>";
     for (int i = 1; i <= 8; ++i) {
         content += "<g id='a" + std::to_string(i) + "'>";

@@ -12,11 +12,11 @@ inline const std::string kLeaf = "<rect width='1' height='1' fill='red'/>";
 /// Runs the command under system limits, so that a failure cannot affect the machine.
 class BoundedToolTest : public ToolTest {
 protected:
-    /// Prints to `output` with a limited stack, in KiB.
+    /// Runs the command with a limited stack, in KiB.
     ToolRun RunWithStack(const std::string& kibibytes, const std::string& arguments) const {
         return RunProgram({"bash", "-c", "ulimit -s " + kibibytes + "; '" ORV_TOOL_PATH "' " + arguments});
     }
-    /// Limits the memory, so that a failure cannot affect the machine.
+    /// Runs the command with limited memory.
     ToolRun RunBounded(const std::string& arguments) const {
 #if defined(ORV_SANITIZED)
         return RunProgram({"bash", "-c", "'" ORV_TOOL_PATH "' " + arguments});

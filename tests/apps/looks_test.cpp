@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Pages as other programs show them, set beside our own pictures: whatever the format, a drawing looks the
-// same.
+// Compares pages that other programs render with our own images: a drawing looks the same in every format.
 
 #include <algorithm>
 #include <array>
@@ -20,12 +19,12 @@ namespace {
 
 constexpr int kDotsPerInch = 96;
 
-/// How another program makes a picture "page.png" of a page.
+/// How another program renders a page to the image "page.png".
 struct Viewer {
     const char* name;
     const char* format;
-    std::vector<std::string> command;  ///< IN stands for the page's name
-    /// Mean difference from our own picture, in levels of 255, as measured for each of kExamples.
+    std::vector<std::string> command;  ///< IN stands for the page's file name
+    /// Mean difference from our own image, in levels of 255, as measured for each of kExamples.
     std::array<double, 6> measured;
 };
 
@@ -63,7 +62,7 @@ const std::vector<Viewer> kViewers{
      "svg",
      {"rsvg-convert", "-d", kResolution, "-p", kResolution, "-o", "page.png", "IN"},
      {0.038, 0.018, 0.077, 0.093, 0.021, 0.019}},
-    // What it writes, orvprint reads the same.
+    // orvprint reads its own SVG back.
     {"Orvprint",
      "svg",
      {ORV_TOOL_PATH, "--dpi", kResolution, "-o", "page.png", "IN"},
@@ -73,10 +72,10 @@ const std::vector<Viewer> kViewers{
 const std::vector<std::string> kExamples{"bracket",  "chart",    "floor-plan",
                                          "hatching", "link-map", "schematic"};
 
-/// What two programs may differ by: a third more than what was measured, which is how they smooth edges.
+/// Allowed differences between two programs: a third more than measured. They smooth edges differently.
 struct Bounds {
     double mean;   ///< in levels of 255
-    double share;  ///< of cells, see kLevelsApart
+    double share;  ///< of cells that differ by more than kLevelsApart
 
     bool Hold(const Looks& own, const Looks& other) const {
         return own.DifferenceFrom(other) <= mean && own.ShareApartFrom(other, kLevelsApart) <= share;
@@ -86,12 +85,12 @@ struct Bounds {
 
 class LooksTest : public ToolTest, public testing::WithParamInterface<Viewer> {
 protected:
-    /// Our picture of a drawing.
+    /// Renders our own image of a drawing.
     Looks Own(const std::string& drawing) const {
         EXPECT_EQ(Run({drawing, "--pages", "1", "--dpi", kResolution, "-o", "own.png"}).exitCode, 0);
         return Looks((Folder() / "own.png").string(), 0);
     }
-    /// The picture of it that the viewer makes of our page.
+    /// Prints a drawing in the viewer's format, and renders it with the viewer.
     Looks Viewed(const std::string& drawing, int rows) const {
         const std::string page = std::string("page.") + GetParam().format;
         const ToolRun printed = Run({drawing, "--pages", "1", "-o", page});
@@ -133,7 +132,7 @@ TEST_P(LooksTest, ExamplesLookLikeOurOwnPictures) {
         EXPECT_TRUE(bounds.Hold(own, other)) << "mean " << own.DifferenceFrom(other) << ", share "
                                              << own.ShareApartFrom(other, Bounds::kLevelsApart);
 
-        // So close that what is lost shows.
+        // The bounds are tight enough to detect missing content.
         const std::string text = ReadAll(drawing);
         for (const auto& [what, lossy] :
              {std::pair("text", WithoutText(text)), std::pair("lines", WithoutLines(text))}) {
@@ -147,8 +146,7 @@ TEST_P(LooksTest, ExamplesLookLikeOurOwnPictures) {
     }
 }
 
-// A corner of every picture is red, so that each of its turns is another page, and so is red that became
-// blue.
+// Every image has a red corner, so that a wrong orientation or a missing colour conversion changes the page.
 TEST_P(LooksTest, TurnedAndConvertedPicturesLookLikeOurOwn) {
     const std::string plain = SampleJpegOf(64, 32, [](int x, int y) {
         return x < 32 && y < 16 ? std::array<unsigned char, 3>{255, 0, 0}

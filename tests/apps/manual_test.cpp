@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The manual and the shell's completion tell of all that the command knows, and of nothing else.
+// The manual and the shell completion list everything that the command knows, and nothing else.
 
 #include <regex.h>
 
@@ -36,7 +36,7 @@ Names Without(const Names& names, const Names& others) {
     return rest;
 }
 
-/// What the first group of a pattern takes, wherever the pattern fits.
+/// Returns the first group of every match of a pattern.
 Names MatchesIn(const std::string& text, const char* pattern) {
     regex_t expression;
     EXPECT_EQ(regcomp(&expression, pattern, REG_EXTENDED | REG_NEWLINE), 0) << pattern;
@@ -61,14 +61,14 @@ protected:
                                    : std::vector<std::string>{command, "--help"})
             .output;
     }
-    /// "" is printing.
+    /// Returns the subcommands; "" stands for printing.
     Names Commands() const {
         const std::string help = HelpOf("");
         Names commands = MatchesIn(help.substr(help.find("Subcommands:")), "^  ([a-z]+)  ");
         commands.insert("");
         return commands;
     }
-    /// Short and long ones, with their dashes.
+    /// Returns short and long options, with their dashes.
     Names OptionsOf(const std::string& command) const {
         std::istringstream help(HelpOf(command));
         Names options;
@@ -88,7 +88,7 @@ protected:
     }
     Names FormatsOfTool() const { return MatchesIn(Run({"formats"}).output, "^([a-z]+) "); }
 
-    /// What the shell offers at the end of these words.
+    /// Returns the shell's completions of the last word.
     std::vector<std::string> Completions(const std::vector<std::string>& words) const {
         std::string script = std::string("source '") + kCompletion + "'; COMP_WORDS=(";
         for (const std::string& word : words) script += "'" + word + "' ";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The limit of memory, which grows with the inputs.
+// The limit on memory, which grows with the inputs.
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -20,7 +20,7 @@ class MemoryLimitTest : public BoundedToolTest {};
 
 #if !defined(ORV_SANITIZED)
 TEST_F(MemoryLimitTest, Memory) {
-    // Some thirty megabytes of model, and the same behind much that says nothing.
+    // About 30 MB of model, alone and after white space of 36 MB.
     const std::string lines = Repeat("<g><line x2='9' stroke='red'/></g>", 250'000);
     WriteFile("small.svg", SmallDrawing(kLeaf));
     WriteFile("lines.svg", SmallDrawing(lines));
@@ -42,19 +42,19 @@ TEST_F(MemoryLimitTest, Memory) {
     EXPECT_TRUE(Exists("out/small.pdf"));
     EXPECT_FALSE(Exists("out/lines.pdf"));
     EXPECT_EQ(RunBounded("-o a.pdf lines.svg --limit memory=400000000").exitCode, 0);
-    // Large inputs may take more.
+    // Large inputs may use more.
     EXPECT_EQ(RunBounded("-o a.pdf large.svg" + few).exitCode, 0);
     EXPECT_EQ(RunBounded("info - < large.svg" + few).exitCode, 0);
 }
 
-// Five objects and their points for each of these, without what the allocator would keep for each object.
+// Each path becomes five objects with points. The limit has no room for allocator overhead on each object.
 TEST_F(MemoryLimitTest, ModelsTakeNoMoreThanTheirObjects) {
     WriteFile("a.svg", SmallDrawing(Repeat("<path fill='red' d='M0 0c1 1 2 2 3 3z'/>", 200'000)));
     const ToolRun run = RunBounded("a.svg -o a.pdf --limit memory=144000000");
     EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 
-/// What the system holds the command to while it waits for its next input, a pipe.
+/// Reads the limit on the command's data segment while the command waits for its next input, a pipe.
 class MemoryBoundTest : public BoundedToolTest {
 protected:
     static constexpr std::uint64_t kBase = std::uint64_t{900} << 20U, kFree = std::uint64_t{32} << 20U;
@@ -64,16 +64,16 @@ protected:
         WriteFile("small.svg", SmallDrawing(kLeaf));
     }
 
-    /// @param command    reads waits.svg behind what is to count; its own process is the shell's last job
-    /// @param readsSoFar of waits.svg, before the bound is of interest
+    /// @param command    reads waits.svg after the inputs that count; its process is the last shell job
+    /// @param readsSoFar reads of waits.svg before the one at which the limit is read
     std::uint64_t BoundOf(const std::string& command, int readsSoFar = 0) const {
         std::string script = "t='" ORV_TOOL_PATH "'; " + command + " & p=$!; ";
-        // One reading must have ended before the next one is waited for.
+        // Each read must end before the next one is awaited.
         for (int i = 0; i < readsSoFar; ++i)
             script +=
                 "open() { ls -l /proc/$p/fd | grep -q waits.svg; }; exec 3> waits.svg; cat small.svg >&3; "
                 "until open; do sleep 0.01; done; exec 3>&-; while open; do sleep 0.01; done; ";
-        // Opening waits until the other end is opened, too.
+        // Opening the pipe blocks until the other end is opened.
         script +=
             "exec 3> waits.svg; grep 'Max data size' /proc/$p/limits; cat small.svg >&3; exec 3>&-; wait $p";
         const ToolRun run = RunProgram({"bash", "-c", script});
@@ -98,7 +98,7 @@ TEST_F(MemoryBoundTest, GrowsWithInputsAsTheyAreStored) {
     EXPECT_EQ(BoundOf("cat large.svg | $t - waits.svg -o x.pdf"), For(size))
         << "a stream's bytes, not its room";
     EXPECT_EQ(BoundOf("$t - waits.svg -o x.pdf < large.svg"), For(size));
-    // Compressed: some megabytes that become forty.
+    // The compressed size counts: here it is below kFree, but expands to about 40 MB.
     ASSERT_EQ(
         RunProgram({"bash", "-c",
                     "(echo \"<svg width='9' height='9'><!--\"; head -c 20000000 /dev/urandom | od -An -tx1 | "
@@ -112,7 +112,7 @@ TEST_F(MemoryBoundTest, GrowsWithInputsAsTheyAreStored) {
     EXPECT_EQ(BoundOf("cat large.svgz | $t - waits.svg -o x.pdf"), kBase);
 }
 
-// What the user has set is never raised, and what was set for the command's own sake may be.
+// The command never raises the user's limit, only the one that it set itself.
 TEST_F(MemoryBoundTest, StaysBelowWhatTheUserSet) {
     EXPECT_EQ(BoundOf("(ulimit -S -d 600000; exec $t small.svg waits.svg -o x.pdf)"), 600'000U * 1024U);
     EXPECT_EQ(BoundOf("(ulimit -S -d 2000000; exec $t small.svg waits.svg -o x.pdf)"), kBase);
@@ -134,7 +134,7 @@ TEST_F(MemoryBoundTest, ImagesOfADrawingCountOnce) {
     EXPECT_EQ(BoundOf("$t three.svg waits.svg -o x.pdf"), For(size));
 }
 
-// A few megabytes that claim to hold a gigabyte: the claim reserves nothing.
+// Compressed data of a few MB that claim to hold 1 GB: the claim reserves no memory.
 TEST_F(MemoryLimitTest, MemoryOfWhatCompressedDataClaimToHold) {
     ASSERT_EQ(RunProgram({"bash", "-c",
                           "head -c 5000000 /dev/urandom | gzip -1 > a.svgz; "
@@ -149,7 +149,7 @@ TEST_F(MemoryLimitTest, MemoryOfWhatCompressedDataClaimToHold) {
     }
 }
 
-// Thirty million pixels of images, which become a tenth of that, and are not held several times.
+// Images of 30 million pixels, which compress to a tenth and must not be held several times.
 TEST_F(MemoryLimitTest, MemoryOfTransparentPagesInPostScript) {
     const std::string shapes =
         "<rect width='2000' height='1500' fill='red'/><circle cx='900' cy='700' r='600' "
@@ -160,7 +160,7 @@ TEST_F(MemoryLimitTest, MemoryOfTransparentPagesInPostScript) {
     EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 
-// What is within every other limit, and would be gigabytes.
+// Within every other limit, but would take gigabytes.
 TEST_F(MemoryLimitTest, MemoryOfManyMarkers) {
     WriteFile("a.svg", SmallDrawing("<marker id='m'><path d='M0 0L3 3L0 3z'/></marker><polyline stroke='red' "
                                     "fill='none' marker-mid='url(#m)' points='" +

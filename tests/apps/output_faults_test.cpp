@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Outputs that cannot be written to their end: a line says so, with an exit code, and whole files or none are
-// left.
+// Outputs that cannot be written completely: one error line, an exit code, and no incomplete files.
 
 #include <gmock/gmock.h>
 
@@ -34,7 +33,7 @@ TEST_F(OutputFaultsTest, FilesThatMayNotBecomeLarger) {
         const std::string output = std::string("out/x.") + format;
         WriteFile(output, "old");
         const ToolRun run = Shell("ulimit -f 32; exec \"$0\" large.svg -o " + output);
-        // These grow in temporary files of the system first.
+        // These formats first write to temporary files of the system.
         const bool isElsewhere = std::string("ps eps tiff").find(format) != std::string::npos;
         EXPECT_EQ(run.exitCode, isElsewhere ? 9 : 8) << format << run.signal;
         ExpectLine(run, isElsewhere ? "large.svg" : output,

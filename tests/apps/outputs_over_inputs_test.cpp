@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// No output ever takes the place of an input, nor of a font.
+// No output ever replaces an input or a font.
 
 #include <unistd.h>
 
@@ -53,15 +53,15 @@ protected:
 TEST_F(ImagesAreInputsTest, ASingleOutputReplacesNone) {
     ExpectRefused({"shows.svg", "-o", "p.png"}, "p.png");
     ExpectRefused({"shows.svg", "-f", "pdf", "-o", "./p.png"}, "./p.png");
-    // The image is read when the output has begun.
+    // The image is read after the output has begun.
     ExpectRefused({"a.svg", "shows.svg", "-f", "pdf", "-o", "p.png"}, "p.png");
     ExpectRefused({"--strict", "--ignore", "image-stretched", "shows.svg", "-o", "p.png"}, "p.png");
     fs::create_symlink("p.png", Folder() / "link.png");
     fs::create_hard_link(Folder() / "p.png", Folder() / "pages-2.png");
     ExpectRefused({"shows.svg", "-o", "link.png"}, "link.png");
-    // One of several files: none of them is made.
+    // One of several files is refused, so none is made.
     ExpectRefused({"two.svg", "shows.svg", "-o", "pages.png"}, "pages.png");
-    // Another drawing may.
+    // Drawings that do not show the image may replace it.
     EXPECT_EQ(Run({"b.svg", "-o", "p.png"}).exitCode, 0);
     EXPECT_NE(ReadFile("p.png"), image_);
 }
@@ -87,7 +87,7 @@ TEST_F(ImagesAreInputsTest, ABatchReplacesNoneInWhateverOrder) {
     EXPECT_EQ(ReadFile("own.png"), image_);
 }
 
-// What an output would replace is told by its first bytes, not by its name.
+// A batch recognises images by their first bytes, not by their names.
 TEST_F(ImagesAreInputsTest, ABatchReplacesNoImageOfAnyKind) {
     const std::string bitmap =
         std::string("BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30) +
@@ -111,7 +111,7 @@ TEST_F(ImagesAreInputsTest, ABatchReplacesOldImagesThatNobodyShows) {
     EXPECT_EQ(ReadFile("out/a.png"), image_);
     EXPECT_NE(ReadFile("out/b.png"), image_);
     EXPECT_EQ(ReadFile("out/p.png"), ReadFile("out/b.png"));
-    // After a failure, what was converted before takes its place all the same.
+    // After a failure, the drawings converted before it still replace their files.
     WriteFile("out/b.png", image_);
     EXPECT_EQ(Run({"b.svg", "bad.svg", "--out-dir", "out", "-f", "png", "-j", "1"}).exitCode, 4);
     EXPECT_NE(ReadFile("out/b.png"), image_);

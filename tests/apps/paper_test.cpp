@@ -22,7 +22,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// A picture of greys.
+/// A greyscale image.
 struct Picture {
     int width = 0, height = 0;
     std::string pixels;
@@ -47,7 +47,7 @@ protected:
                std::to_string(height) + "'>" + content + "</svg>";
     }
 
-    /// Sizes of all pages in points, one a line.
+    /// Returns the sizes of all pages in points.
     std::vector<std::string> PageSizes() const {
         const ToolRun run = RunProgram({"pdfinfo", "-l", "99", "out.pdf"});
         std::vector<std::string> sizes;
@@ -85,7 +85,7 @@ protected:
         return picture;
     }
 
-    /// The box of what is darker than the middle: left, top, width, height.
+    /// Returns the bounding box of all pixels darker than mid-grey: left, top, width, height.
     static std::vector<int> Dark(const Picture& picture) {
         int left = picture.width, top = picture.height, right = 0, bottom = 0;
         for (int y = 0; y < picture.height; ++y)
@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
     kNameOfRow);
 
 TEST_F(PaperTest, NaturalSizeIsExact) {
-    // 90 units are 25.4 mm are 72 points.
+    // 90 units = 25.4 mm = 72 points.
     WriteFile("in.svg", Sized(180, 180, "<rect x='45' y='45' width='90' height='90' fill='#000000'/>"));
     ASSERT_EQ(Run({"in.svg", "-o", "out.pdf", "--paper", "A4", "--align", "top-left"}).exitCode, 0);
     EXPECT_THAT(Dark(Render("out.pdf", 1, 254)), ElementsAre(127, 127, 254, 254));
@@ -163,7 +163,7 @@ TEST_F(PaperTest, PlacesThePageWithinTheMargins) {
         Print(90, 45, options);
         EXPECT_EQ(Dark(Render("out.pdf", 1, 72)), row.dark) << testing::PrintToString(row.options);
     }
-    // Larger than the paper: made to fit by itself, cut off when its scale is said.
+    // Larger than the paper: fitted by default, cut off if a scale is given.
     Print(900, 450, {"--paper", "300x300pt"});
     EXPECT_THAT(Dark(Render("out.pdf", 1, 72)), ElementsAre(0, 75, 300, 150));
     Print(900, 270, {"--paper", "300x300pt", "--scale", "none", "--margin", "20pt"});
@@ -187,7 +187,7 @@ TEST_F(PaperTest, SheetsOfAPosterMakeTheWholeAgain) {
     }
     WriteFile("in.svg", Sized(1050, 750, content));
     ASSERT_EQ(Run({"in.svg", "-o", "whole.pdf"}).exitCode, 0);
-    // Steps of whole pixels: sheets of 300 x 250 points show 240 x 190 and share 40.
+    // Sheets of 300 x 250 points show 240 x 190 and overlap by 40, so that they start at whole pixels.
     ASSERT_EQ(Run({"in.svg", "-o", "out.pdf", "--paper", "300x250pt", "--orientation", "landscape", "--tile",
                    "--margin", "30pt", "--overlap", "40pt"})
                   .exitCode,
@@ -244,7 +244,7 @@ TEST_F(PaperTest, PutsPagesOfSeveralInputsOnOneSheet) {
     EXPECT_GT(sheet.At(140, 283), 245);
     ASSERT_EQ(Run({Example("drawing-set.svg"), "-o", "set.png", "--paper", "A4", "--nup", "2"}).exitCode, 0);
     EXPECT_TRUE(Exists("set.png"));
-    // One sheet of all pages that were chosen is one file.
+    // One sheet with all selected pages is one file.
     ASSERT_EQ(
         Run({Example("drawing-set.svg"), "-o", "two.png", "--paper", "A4", "--nup", "2", "--pages", "1,2"})
             .exitCode,
@@ -351,7 +351,7 @@ TEST_F(PaperTest, RefusesPostersWithoutEnd) {
     EXPECT_FALSE(Exists("out.pdf"));
 }
 
-/// Share of black pixels in a picture.
+/// Returns the share of black pixels in an image; -1 if it cannot be read.
 double ShareOfBlack(const std::string& path) {
     const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromFile(path, 0, 0));
     if (!image) return -1.0;

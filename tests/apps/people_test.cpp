@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What people meet who type: hints on what they meant, names for what they gave, and no file lost.
+// What users at a terminal meet: hints at what they meant, default output names, and no lost files.
 
 #include <gmock/gmock.h>
 
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, HintTest, testing::ValuesIn(kHints), kNameOfRow);
 TEST_F(PeopleTest, WordsThatAreNearNothingGetNoHint) {
     EXPECT_THAT(Run({"--zzzzzzzz"}).errors, Not(HasSubstr("did you mean")));
     EXPECT_THAT(Run({"zzzzzzzz"}).errors, AllOf(HasSubstr("zzzzzzzz"), Not(HasSubstr("did you mean"))));
-    // A file of that name is a file.
+    // If a file of that name exists, it is an input.
     WriteFile("inof", SmallDrawing(""));
     EXPECT_EQ(Run({"inof", "-o", "o.pdf"}).exitCode, 0);
 }
@@ -130,7 +130,7 @@ TEST_F(PeopleTest, OneDrawingWithoutAnOutputMakesAPdfOfItsName) {
     EXPECT_FALSE(Exists("there/c.pdf"));
     EXPECT_EQ(Run({"a.svg", "-f", "png"}).exitCode, 0);
     EXPECT_TRUE(Exists("a.png"));
-    // Of several, or of standard input, nobody knows the name.
+    // Several inputs, or standard input, give no name for the output.
     EXPECT_EQ(Run({"a.svg", "b.svg"}).exitCode, 2);
     EXPECT_EQ(Run({"-"}, SmallDrawing("")).exitCode, 2);
 }
@@ -143,7 +143,7 @@ TEST_F(PeopleTest, AnOutputThatNobodyNamedReplacesNoFile) {
     EXPECT_EQ(ReadFile("a.pdf"), "mine");
     EXPECT_EQ(Run({"a.svg", "--force"}).exitCode, 0);
     EXPECT_THAT(ReadFile("a.pdf"), StartsWith("%PDF"));
-    // The names of pages, too; and an output that was named is replaced as ever.
+    // The same holds for the names of pages. An output that was named is replaced.
     WriteFile("two.svg", "<svg><svg width='9' height='9'/><svg width='18' height='9'/></svg>");
     WriteFile("two-2.png", "mine");
     EXPECT_EQ(Run({"two.svg", "-f", "png"}).exitCode, 8);

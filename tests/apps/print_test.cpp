@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Printing, and what the command says when it cannot.
+// Printing, and the error messages when it fails.
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// One clear line that names the subject.
+/// Expects one error line that names the subject.
 void ExpectComplaint(const ToolRun& run, int exitCode, const std::string& start) {
     EXPECT_EQ(run.exitCode, exitCode);
     EXPECT_THAT(run.errors, StartsWith("orvprint: " + start));
@@ -68,7 +68,7 @@ TEST_F(PrintTest, StatesWhenTheNewestInputWasChanged) {
     for (const char* name : {"one.pdf", "again.pdf"})
         EXPECT_EQ(Run({"a.svg", "two.svg", "-o", name}).exitCode, 0);
     EXPECT_TRUE(ReadFile("one.pdf") == ReadFile("again.pdf"));
-    // Of what is piped in, nothing is known.
+    // Standard input has no date.
     WriteFile("piped.pdf", Run({"-", "-f", "pdf", "-o", "-"}, SmallDrawing("")).output);
     EXPECT_THAT(RunProgram({"pdfinfo", "piped.pdf"}).output, testing::Not(HasSubstr("Date")));
 }
@@ -147,7 +147,7 @@ TEST_F(PrintTest, FragmentsAreChosenByNumberAndId) {
     }
 }
 
-// Elsewhere, the drawing is the document itself.
+// With other names, the document itself is the drawing.
 TEST_F(PrintTest, NamesOfDocumentsThatContainDrawingsEndInQvxml) {
     const std::string document = "<r><g>" + SmallDrawing("") + "</g></r>";
     for (const auto& [name, code] :
@@ -167,7 +167,7 @@ TEST_F(PrintTest, EveryFragmentPrintsOnceWithEitherParser) {
 }
 
 TEST_F(PrintTest, PicturesBesideTheDrawingAreReadOthersOnlyWhenAllowed) {
-    // A drawing without its picture holds no image.
+    // Without the image file, the PDF contains no image.
     WriteFile("inner/drawing.svg", SmallDrawing("<image xlink:href='../outer/p.png' width='9' height='9'/>"));
     WriteFile("inner/beside.svg", SmallDrawing("<image xlink:href='p.png' width='9' height='9'/>"));
     ASSERT_EQ(Run({"a.svg", "-o", "inner/p.png"}).exitCode, 0);
@@ -176,7 +176,7 @@ TEST_F(PrintTest, PicturesBesideTheDrawingAreReadOthersOnlyWhenAllowed) {
     const auto countImages = [this](const std::vector<std::string>& arguments) {
         EXPECT_EQ(Run(arguments).exitCode, 0);
         const std::string list = RunProgram({"pdfimages", "-list", "i.pdf"}).output;
-        return std::count(list.begin(), list.end(), '\n') - 2;  // two lines of heading
+        return std::count(list.begin(), list.end(), '\n') - 2;  // two header lines
     };
     EXPECT_EQ(countImages({"inner/beside.svg", "-o", "i.pdf"}), 1);
     EXPECT_EQ(countImages({"inner/drawing.svg", "-o", "i.pdf"}), 0);
@@ -325,7 +325,7 @@ TEST_F(PrintTest, PagesWithoutAreaArePassedOverAndTold) {
         EXPECT_THAT(PdfInfo("out.pdf"), HasSubstr(std::string("Pages:           ") + row.pages + "\n"));
         std::filesystem::remove(Folder() / "out.pdf");
     }
-    // Files of one page each are numbered as they come out.
+    // Files of one page each are numbered without gaps.
     EXPECT_EQ(Run({"set.svg", "-o", "out.svg"}).exitCode, 9);
     EXPECT_TRUE(Exists("out-1.svg") && Exists("out-2.svg") && !Exists("out-3.svg"));
 }
@@ -387,10 +387,10 @@ TEST_F(PrintTest, LinksLeadToPages) {
         "height='90'><rect x='20' y='30' width='9' height='9' fill='red'/></svg></svg>");
     EXPECT_EQ(Run({"pages.svg", "-o", "pages.pdf"}).exitCode, 0);
     ExpectSoundPdf("pages.pdf");
-    // To the page's upper left corner, not to what is drawn on it.
+    // The target is the page's upper left corner, not its content.
     EXPECT_THAT(RunProgram({"pdfinfo", "-dests", "pages.pdf"}).output,
                 testing::ContainsRegex("2 \\[ *XYZ +0 +72 .*\"last\""));
-    // A page that is not printed is no place to go to.
+    // A page that is not printed cannot be a target.
     EXPECT_EQ(Run({"pages.svg", "-o", "first.pdf", "--pages", "1"}).exitCode, 0);
     EXPECT_THAT(RunProgram({"qpdf", "--qdf", "--object-streams=disable", "first.pdf", "-"}).output,
                 testing::Not(HasSubstr("/Dest")));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What a batch shows on a terminal while it runs.
+// What the command shows on a terminal while it runs.
 
 #include <poll.h>
 #include <pty.h>
@@ -21,7 +21,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The command with standard error on a terminal.
+/// Runs the command with standard error on a terminal.
 class TerminalTest : public BatchTest {
 protected:
     void SetUp() override {
@@ -53,7 +53,7 @@ protected:
         }
         ASSERT_GT(pid_, 0);
     }
-    /// Reads until the terminal showed `text`; all there is, for an empty text.
+    /// Reads until the terminal has shown `text`; to the end if `text` is empty.
     void ReadUntil(const std::string& text) {
         for (const auto deadline = Deadline(); Clock::now() < deadline;) {
             if (!text.empty() && shown_.find(text) != std::string::npos) return;
@@ -72,7 +72,7 @@ protected:
         waitpid(pid_, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    /// What is seen once a terminal has carried out the erasures.
+    /// Returns the text that is visible after all erasures.
     std::string Visible() const {
         std::string text;
         for (std::size_t at = 0; at < shown_.size(); ++at) {
@@ -157,7 +157,7 @@ TEST_F(TerminalTest, IsWipedWhenInterruptedFromTheKeyboard) {
     StartOnTerminal({"a.svg", "waits.svg", "--out-dir", "out", "-f", "pdf", "-j", "1"});
     const int pipe = OpenForTool("waits.svg");
     ReadUntil("1/2  waits.svg");
-    ASSERT_EQ(write(terminal_, "\x03", 1), 1);  // Ctrl-C: to the workers, too
+    ASSERT_EQ(write(terminal_, "\x03", 1), 1);  // Ctrl-C reaches the workers, too
     Wait();
     close(pipe);
     EXPECT_THAT(Visible(), HasSubstr("orvprint: interrupted: 1 of 2 converted, 0 failed, 1 not done"));
@@ -185,13 +185,13 @@ TEST(ProgressLineTest, FitsTheTerminal) {
     EXPECT_EQ(ProgressLine(7, 8, 2, "a.svg", 60), "[#####################...] 7/8, 2 failed  a.svg");
     EXPECT_EQ(ProgressLine(8, 8, 0, "", 60), "[########################] 8/8");
     EXPECT_EQ(ProgressLine(1, 8, 0, "a-long-name.svg", 40), "[###.....................] 1/8  a-long-");
-    // The bar goes where it and the counts would fill the line.
+    // The bar is dropped when it would fill the line together with the counts.
     EXPECT_EQ(ProgressLine(1, 8, 0, "", 31), "[###.....................] 1/8");
     EXPECT_EQ(ProgressLine(1, 8, 0, "", 30), "1/8");
     EXPECT_EQ(ProgressLine(1, 8, 0, "a.svg", 20), "1/8  a.svg");
     EXPECT_EQ(ProgressLine(1, 8, 0, "\n\x1b[2J.svg", 20), "1/8  \\n\\x1b[2J.svg");
     EXPECT_EQ(ProgressLine(1, 8, 0, "\u00e4\u6f22\u6f22.svg", 11), "1/8  \u00e4\u6f22\u6f22");
-    // A line that is full makes some terminals go on to the next.
+    // A full line makes some terminals wrap.
     for (std::size_t columns = 1; columns < 80; ++columns)
         EXPECT_LT(ProgressLine(1234, 99999, 12, "some-drawing.svg", columns).size(), columns);
     EXPECT_EQ(ProgressLine(1, 8, 0, "a.svg", 0), "");

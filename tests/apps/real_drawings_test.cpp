@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Drawings that other programs write, made here by these programs: as standard SVG they print in the size and
-// with the content that another renderer shows.
+// Drawings that other programs write during the test. As standard SVG, they print with the size and content
+// that another renderer shows.
 
 #include <ostream>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A program that draws, and what it is told.
+/// A program that writes SVG, and its input.
 struct RealDrawing {
     const char* name;
     std::vector<std::string> command;  ///< writes SVG to standard output
@@ -69,7 +69,7 @@ TEST_P(RealDrawingTest, PrintsAsItsAuthorSeesIt) {
     };
     const ORVRef<ORVPixelImage> ownImage = imageOf("own.png"), otherImage = imageOf("other.png");
     ASSERT_TRUE(ownImage && otherImage);
-    // Sizes in pt leave parts of pixels.
+    // Sizes in pt give fractions of pixels.
     EXPECT_NEAR(ownImage->GetWidth(), otherImage->GetWidth(), 1);
     EXPECT_NEAR(ownImage->GetHeight(), otherImage->GetHeight(), 1);
     const Looks own((Folder() / "own.png").string(), 0);

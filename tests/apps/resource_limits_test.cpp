@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The limits that users set by name: each is held, and says what to do.
+// Limits that users set by name: each is enforced, and its message says what to do.
 
 #include <gmock/gmock.h>
 
@@ -61,7 +61,7 @@ TEST_F(ResourceLimitsTest, AreSetByName) {
     EXPECT_EQ(Run({"inspect", "a.svg", "--limit", "primitives=2"}).exitCode, 9);
     EXPECT_EQ(Run({"check", "a.svg", "--limit", "element-depth=1"}).exitCode, 4);
     EXPECT_EQ(Run({"check", "a.svg", "--limit", "element-depth=2"}).exitCode, 0);
-    // The last one counts.
+    // The last setting counts.
     EXPECT_EQ(Run({"a.svg", "-o", "a.pdf", "--limit=primitives=2", "--limit=primitives=3"}).exitCode, 0);
 }
 
@@ -117,7 +117,7 @@ TEST_F(ResourceLimitsTest, Pages) {
     const ToolRun many = Run({"many.svg", "-o", "b.pdf", "--limit", "pages=10000"});
     EXPECT_EQ(many.exitCode, 9);
     EXPECT_THAT(many.errors, HasSubstr("has more than 10000 pages, the limit"));
-    // A poster's sheets are pages, too.
+    // The sheets of a poster count as pages.
     WriteFile("wide.svg", "<svg width='9000' height='9000'/>");
     EXPECT_EQ(
         Run({"wide.svg", "-o", "c.pdf", "--paper", "A4", "--scale", "1000%", "--tile", "--limit", "pages=20"})
@@ -135,14 +135,14 @@ TEST_F(ResourceLimitsTest, PixelsOfAPage) {
 
 constexpr std::array kFormats{"pdf", "ps", "eps", "svg", "png", "tiff", "pwg", "urf"};
 
-/// A drawing that needs more than `kSmallOutput` bytes in every format.
+/// Returns a drawing that needs more than `kSmallOutput` bytes in every format.
 std::string LongDrawing() {
     std::string shapes;
     for (int i = 0; i < 4000; ++i)
         shapes += "<rect x='" + std::to_string(i * 37 % 89) + "." + std::to_string(i % 7) + "' y='" +
                   std::to_string(i * 53 % 43) + "' width='1' height='1' fill='#" +
                   std::to_string(100 + i * 7919 % 900) + "'/>";
-    // In the middle of an image, too, an output may become too long.
+    // The limit may also be reached in the middle of an image.
     const std::string image = SampleJpegOf(64, 64, [](int x, int y) {
         return std::array<unsigned char, 3>{static_cast<unsigned char>(x * y * 7919), 9, 9};
     });
@@ -169,7 +169,7 @@ TEST_F(ResourceLimitsTest, BytesOfAnOutput) {
         EXPECT_LE(stream.output.size(), 5000U) << format;
 
         ASSERT_EQ(Run({"a.svg", "-o", file}).exitCode, 0) << format;
-        // As many bytes as there are pass. PostScript waits in a temporary file, where it is a little longer.
+        // The actual size passes. PostScript is first written to a temporary file, which is a little longer.
         const std::uintmax_t size = std::filesystem::file_size(Folder() / file) + 500;
         EXPECT_EQ(Run({"a.svg", "-o", file, "--limit", "output-bytes=" + std::to_string(size)}).exitCode, 0)
             << format;
@@ -182,7 +182,7 @@ TEST_F(ResourceLimitsTest, BytesOfAllFilesOfAnOutput) {
     WriteFile("a.svg", "<svg>" + Repeat(page, 40) + "</svg>");
     EXPECT_EQ(Run({"a.svg", "-o", "a.png", "--limit", "output-bytes=1000"}).exitCode, 9);
     EXPECT_THAT(Files(), testing::ElementsAre("a.svg"));
-    // But each drawing of a batch has an output of its own.
+    // In a batch, each drawing has its own output.
     std::vector<std::string> batch{"--out-dir", "out", "-f",      "png",
                                    "-j",        "1",   "--limit", "output-bytes=1000"};
     for (int i = 0; i < 9; ++i) {
@@ -229,7 +229,7 @@ TEST_F(ResourceLimitsTest, PixelsOfAllPages) {
          {Row{{"a.svg", "-o", "b.tiff"}, 600}, Row{{"a.svg", "-o", "b.pwg"}, 3 * 19 * 9},
           Row{{"a.svg", "a.svg", "-o", "b.tiff"}, 1200}, Row{{"a.svg", "-o", "b.tiff", "--dpi", "180"}, 2400},
           Row{{"a.svg", "-o", "b.tiff", "--pages", "2"}, 200},
-          // Two sheets of 90 x 45 units; a poster of four such sheets, of half of the page.
+          // Two sheets of 90 x 45 units; then one page as a poster of four sheets.
           Row{{"a.svg", "-o", "b.tiff", "--paper", "25.4x12.7mm", "--margin", "0mm", "--nup", "2"}, 8100},
           Row{{"a.svg", "-o", "b.tiff", "--pages", "1", "--paper", "10x5pt", "--margin", "0mm", "--overlap",
                "0mm", "--tile", "--scale", "100%", "--orientation", "landscape"},
@@ -239,9 +239,9 @@ TEST_F(ResourceLimitsTest, PixelsOfAllPages) {
         EXPECT_EQ(within.exitCode, 0) << within.errors;
         EXPECT_EQ(print(row.arguments, std::to_string(row.pixels - 1)).exitCode, 9);
     }
-    // Formats without pixels have none.
+    // Formats without pixels are not limited.
     EXPECT_EQ(print({"a.svg", "-o", "c.pdf"}, "0").exitCode, 0);
-    // Each output of a batch has the limit to itself.
+    // In a batch, the limit applies to each output.
     WriteFile("d.svg", ReadFile("a.svg"));
     EXPECT_EQ(print({"a.svg", "d.svg", "--out-dir", "out", "-f", "tiff", "-j", "1"}, "600").exitCode, 0);
     EXPECT_FALSE(Exists("a.png") || Exists("a-1.png"));

@@ -43,7 +43,7 @@ int InSandbox(const std::vector<FileRule>& rules, const std::function<int()>& ac
 struct CallRow {
     const char* name;
     int (*call)();  ///< returns the error, 0 for none
-    int outside;    ///< the error where nothing refuses it, -1 where the machine decides
+    int outside;    ///< the error without the sandbox; -1 if it depends on the machine
 };
 
 int Kill() { return ErrorOf(kill(getpid(), 0)); }
@@ -79,7 +79,8 @@ constexpr std::array kRefusedCalls{
             EINVAL},
     CallRow{"another's memory", [] { return ErrorOf(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr)); }, 0},
     CallRow{"reading memory",
-            // There are no flags. (Arguments are words: of an int the kernel sees more than was given.)
+            // No flags are defined, so 1 is an error. (Arguments are words: an int would leave half of its
+            // word undefined.)
             [] { return ErrorOf(syscall(SYS_process_vm_readv, getpid(), nullptr, 0UL, nullptr, 0UL, 1UL)); },
             EINVAL},
     CallRow{"signal", Kill, 0},
@@ -138,7 +139,7 @@ TEST(SandboxTest, WhatPrintingNeedsGoesOn) {
               0);
 }
 
-// Where the processor does not know its calls by the numbers of another kind, there is nothing to try.
+// Not every processor offers the calls of another architecture, so only the size of the filter is tested.
 TEST(SandboxTest, TheFilterIsAProgram) { EXPECT_GT(CallFilterProgram().size(), 50U); }
 
 // ---- files ----

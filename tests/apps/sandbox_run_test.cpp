@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Everything that prints without the sandbox prints the same within it.
+// Everything that prints without the sandbox prints the same inside it.
 
 #include <fcntl.h>
 #include <linux/filter.h>
@@ -32,12 +32,13 @@ using testing::HasSubstr;
 
 // ---- the command ----
 
-#if !defined(ORV_SANITIZED)  // sanitizers need what the sandbox gives up
+#if !defined(ORV_SANITIZED)  // sanitizers need what the sandbox takes away
 
 class SandboxRunTest : public ToolTest {
 protected:
     SandboxRunTest() {
-        // The same output whenever the same is printed.
+        // A drawing with a shape, text in several scripts, and an image in a file. Its output is
+        // reproducible.
         WriteFile("page.svg",
                   SmallDrawing("<title>T</title><rect width='40' height='20' fill='red'/><text x='2' y='30' "
                                "font-size='9'>Text \u00e4\u05d0\u0e01\u6f22</text><image x='50' width='20' "
@@ -46,7 +47,7 @@ protected:
         fs::create_directories(Folder() / "home");
     }
 
-    /// Eight by eight black pixels, by the command itself.
+    /// Returns a PNG of 8 x 8 black pixels, which the command makes.
     std::string Picture() const {
         WriteFile("dot.svg", "<svg width='8' height='8'><rect width='8' height='8'/></svg>");
         EXPECT_EQ(Run({"dot.svg", "-o", "dot.png", "--no-sandbox"}).exitCode, 0);
@@ -62,7 +63,7 @@ protected:
         return RunProgram(command);
     }
 
-    /// Prints within and without, with nothing kept from one to the other.
+    /// Prints without and with the sandbox, each time with an empty home folder, and expects the same output.
     void ExpectTheSame(const std::vector<std::string>& variables, const std::vector<std::string>& arguments,
                        const std::string& output) const {
         std::array<std::string, 2> bytes;
@@ -82,7 +83,8 @@ protected:
         EXPECT_TRUE(bytes[0] == bytes[1]) << testing::PrintToString(arguments);
     }
 
-    /// Fails where part of the sandbox is missing, on machines that have all of it.
+    /// Returns the option that requires the sandbox, or one without effect if the machine does not support
+    /// all of it.
     static const char* RequiredOption() {
         static const bool isWhole = InProcess([] { return EnterSandbox({}).empty() ? 0 : 1; }) == 0;
         return isWhole ? "--require-sandbox" : "--parser=light";
@@ -109,7 +111,7 @@ TEST_F(SandboxRunTest, FontsAreFoundWhereverTheyLie) {
     if (!fs::exists(installed))
         installed = "/usr/share/fonts/truetype/liberation/LiberationSans-BoldItalic.ttf";
     ASSERT_TRUE(fs::exists(installed));
-    // Beside the drawing and the output everything may be read anyway.
+    // Files beside the drawing and the output may be read anyway, so the fonts are elsewhere.
     fs::create_directories(Folder() / "in");
     fs::rename(Folder() / "page.svg", Folder() / "in/page.svg");
     fs::rename(Folder() / "images", Folder() / "in/images");
@@ -119,27 +121,27 @@ TEST_F(SandboxRunTest, FontsAreFoundWhereverTheyLie) {
     const std::string list =
         "<?xml version='1.0'?><!DOCTYPE fontconfig SYSTEM 'urn:fontconfig:fonts.dtd'><fontconfig>";
     const std::string cache = "<cachedir>" + root + "/fccache</cachedir>";
-    // The only font is a file of a folder that the configuration names.
+    // The only font is a file in a folder that the configuration names.
     fs::copy_file(installed, Folder() / "fonts/only.ttf");
     WriteFile("own.conf", list + "<dir>" + root + "/fonts</dir>" + cache + "</fontconfig>");
     ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
     ASSERT_EQ(RunIn({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/y.pdf"}).exitCode,
               0);
     EXPECT_THAT(ReadFile("out/y.pdf"), HasSubstr("/Length1 ")) << "a font is in it";
-    // The way there begins in a folder of the system's.
+    // The path begins in a system folder.
     WriteFile("own.conf", list + "<dir>/usr/.." + root + "/fonts</dir>" + cache + "</fontconfig>");
     ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
-    // It is named by a file that the first includes.
+    // The folder is named by an included file.
     WriteFile("more.conf", list + "<dir>" + root + "/fonts</dir></fontconfig>");
     WriteFile("own.conf", list + "<include>" + root + "/more.conf</include>" + cache + "</fontconfig>");
     ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf"}, {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
-    // It is a link in the user's folder to a file elsewhere.
+    // The font is a link in the user's folder to a file elsewhere.
     fs::rename(Folder() / "fonts/only.ttf", Folder() / "elsewhere/only.ttf");
     fs::create_symlink(Folder() / "elsewhere/only.ttf", Folder() / "data/fonts/deep/link.ttf");
     WriteFile("own.conf", list + "<dir prefix='xdg'>fonts</dir>" + cache + "</fontconfig>");
     ExpectTheSame({"FONTCONFIG_FILE=" + root + "/own.conf", "XDG_DATA_HOME=" + root + "/data"},
                   {"in/page.svg", "-o", "out/x.pdf"}, "out/x.pdf");
-    // The folder's name has to be unescaped to be found.
+    // The folder's name must be unescaped.
     fs::create_directories(Folder() / "a&b");
     fs::copy_file(installed, Folder() / "a&b/only.ttf");
     WriteFile("own.conf", list + "<dir>" + root + "/a&amp;b</dir>" + cache + "</fontconfig>");
@@ -229,7 +231,7 @@ TEST_F(SandboxRunTest, BatchesPrintTheSame) {
     }
 }
 
-/// "2" in /proc: a filter of system calls is on.
+/// Returns the Seccomp state in /proc; "2" if a filter of system calls is active.
 std::string SeccompOf(const std::string& process) {
     std::ifstream stream("/proc/" + process + "/status");
     for (std::string line; std::getline(stream, line);)
@@ -257,7 +259,7 @@ TEST_F(SandboxRunTest, IsOnUnlessItIsTurnedOff) {
         std::vector<std::string> command{ORV_TOOL_PATH};
         command.insert(command.end(), row.arguments.begin(), row.arguments.end());
         const RunningTool running = StartProgram(command);
-        // Reading begins when all is set up.
+        // Reading begins after the setup is complete.
         int pipe = -1;
         for (int i = 0; i < 10'000 && pipe < 0; ++i) {
             pipe = open((Folder() / "waits.svg").c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
@@ -277,7 +279,7 @@ TEST_F(SandboxRunTest, OptionsExcludeEachOther) {
     EXPECT_EQ(Run({"page.svg", "-o", "x.pdf", "--no-sandbox", "--require-sandbox"}).exitCode, 2);
 }
 
-/// As in a container whose own filter knows a call not, from now on.
+/// Makes a system call fail from now on, as in a container whose filter does not know it.
 void RefuseCall(unsigned int call) {
     std::array program{
         sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},

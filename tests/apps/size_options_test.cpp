@@ -45,7 +45,7 @@ protected:
     ORVRef<const ORVPixelImage> Image(const std::string& name) const {
         return ORVRef<const ORVPixelImage>(ORVPixelImage::CreateFromFile((Folder() / name).string(), 0, 0));
     }
-    /// Such as "300 x 150".
+    /// Returns the size of an image, such as "300 x 150".
     std::string SizeOf(const std::string& name) const {
         const auto image = Image(name);
         return image ? std::to_string(image->GetWidth()) + " x " + std::to_string(image->GetHeight())
@@ -98,7 +98,7 @@ TEST_F(SizeOptionsTest, APixelIsAPxOfTheDialectWhereTheFormatHasNone) {
 }
 
 TEST_F(SizeOptionsTest, TheBoxOfAnElementHasTheTipsOfItsLines) {
-    // The tip of the line stands 3 / sin(26.57 degrees) above the corner; the ends are cut across.
+    // The tip of the line is 3 / sin(26.57 degrees) above the corner; the ends have butt caps.
     ASSERT_EQ(Print("SVG2", "out.png", {"--export-id", "tip", "--zoom", "10"}).exitCode, 0);
     EXPECT_EQ(SizeOf("out.png"), "454 x 480");
 }
@@ -111,7 +111,7 @@ TEST_F(SizeOptionsTest, AnElementComesAloneAndAsItIs) {
         ASSERT_EQ(Print(interpreter, "beside.png", {"--export-id", "beside", "--zoom", "1"}).exitCode, 0);
         EXPECT_EQ(ColourAt("beside.png", 0, 29), (std::array<int, 3>{0, 255, 0})) << interpreter;
     }
-    // The opacity of the group around it is not its own.
+    // The opacity of the group around it does not apply.
     ASSERT_EQ(Print("SVG2", "inside.png", {"--export-id", "inside", "--zoom", "1"}).exitCode, 0);
     EXPECT_EQ(ColourAt("inside.png", 5, 5), (std::array<int, 3>{255, 0, 0}));
     ASSERT_EQ(Print("SVG2", "faint.png", {"--export-id", "faint", "--zoom", "1"}).exitCode, 0);
@@ -156,7 +156,7 @@ TEST_F(SizeOptionsTest, TheBackgroundLiesUnderThePage) {
     ASSERT_EQ(Print("SVG", "out.png", {"--background", "red", "--paper", "210x210mm"}).exitCode, 0);
     EXPECT_EQ(ColourAt("out.png", 5, 5), (std::array<int, 3>{255, 255, 255}));
     EXPECT_EQ(ColourAt("out.png", 372, 330), (std::array<int, 3>{255, 0, 0}));
-    // The page's own colour covers it.
+    // The page's own background covers it.
     WriteFile("a.svg",
               "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9' style='background-color:lime'/>");
     ASSERT_EQ(Print("SVG2", "out.png", {"--background", "red"}).exitCode, 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Names that lead to other files than drawings: devices, pipes, folders, and inputs that are outputs.
+// File names that are not drawings: devices, pipes, folders; and outputs that are inputs.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 class SpecialFilesTest : public BoundedToolTest {};
 
-// Whatever a document names, only regular files of its own folder are opened.
+// Whatever a document names, only regular files in its own folder are opened.
 TEST_F(SpecialFilesTest, SpecialFilesAreNotOpened) {
     ASSERT_EQ(mkfifo((Folder() / "pipe").c_str(), 0600), 0);
     std::filesystem::create_directory(Folder() / "folder");

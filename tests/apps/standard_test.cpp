@@ -18,7 +18,7 @@ constexpr const char* kStandard =
 
 class StandardTest : public ToolTest {
 protected:
-    /// What check finds, without the summary.
+    /// Returns what `check` prints for an `svg` element with this content.
     std::string Check(const std::string& content) const {
         const ToolRun run = Run({"check", "--interpreter", "svg2", "-"},
                                 "<svg xmlns='http://www.w3.org/2000/svg' "
@@ -83,7 +83,7 @@ TEST_F(StandardTest, EveryFormatDrawsFilters) {
         const std::string filtered = print(name);
         EXPECT_GT(filtered.size(), 100U) << name;
     }
-    // The pixels are those of the colour that the filter makes, and nothing of the content is left.
+    // The pixels have the colour that the filter makes, and nothing of the content is left.
     const ToolRun run = Run({"f.svg", "-o", "-", "-f", "pwg", "--interpreter", "svg2", "--dpi", "96"});
     EXPECT_THAT(run.output, HasSubstr(std::string("\x00\xff\x00", 3)));
     EXPECT_THAT(run.output, Not(HasSubstr(std::string("\xff\x00\x00\xff\x00\x00", 6))));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the command does before and beside its work. All that is counted here is the same on a busy machine.
+// What the command does at its start and besides its work. The counts are the same on a busy machine.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,25 +23,25 @@ protected:
         WriteFile("figure.svg", SmallDrawing("<rect width='9' height='9' fill='red' stroke='blue'/>"
                                              "<path d='M1 1L20 30' stroke='black'/>"));
     }
-    /// What the dynamic linker tells of a run.
+    /// Returns the dynamic linker's debug output of a run.
     std::string Told(const std::string& topic, const std::string& output) const {
         const ToolRun run = RunProgram(
             {"env", "-u", "LD_PRELOAD", "LD_DEBUG=" + topic, ORV_TOOL_PATH, "figure.svg", "-o", output});
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         return run.errors;
     }
-    /// What a run takes.
+    /// Returns the number of instructions that a run executes.
     long Instructions(const std::string& drawing, const std::string& output) const {
-        // Valgrind reads what compilers tell debuggers, and not all that is newer than itself.
+        // Valgrind fails on some debug information that is newer than itself.
         EXPECT_EQ(RunProgram({"strip", "-o", "orvprint", ORV_TOOL_PATH}).exitCode, 0);
-        // Counts of lines are added up at the end, if a folder for them is named.
+        // With this variable, coverage counts would be merged at the end of the run.
         const ToolRun run =
             RunProgram({"env", "-u", "ORV_COUNTS_FOLDER", "valgrind", "--tool=callgrind",
                         "--callgrind-out-file=/dev/null", "./orvprint", drawing, "-o", output});
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         return NumberBehind(run.errors, "refs:");
     }
-    /// The number behind words of a text; none is an error.
+    /// Returns the number after `words` in a text. It is an error if there is none.
     static long NumberBehind(const std::string& text, const std::string& words) {
         std::smatch match;
         const bool isThere = std::regex_search(text, match, std::regex(words + "\\s*([0-9,]+)"));
@@ -69,12 +69,12 @@ TEST_F(StartTest, ASmallDrawingLoadsFewLibraries) {
 }
 
 #ifndef ORV_SANITIZED
-// Each is a search for a name in all libraries: a thousand instructions.
+// Each relocation searches all libraries for a name, which takes about a thousand instructions.
 TEST_F(StartTest, FewAddressesAreLookedUp) {
     EXPECT_LT(NumberBehind(Told("statistics", "figure.pdf"), "final number of relocations:"), 500);
 }
 
-// What a font has characters for is no matter of those that are embedded.
+// Embedding a font must not depend on how many characters it has.
 TEST_F(StartTest, EmbeddingAFontDoesNotReadAllItsCharacters) {
     WriteFile("text.svg", SmallDrawing("<text x='5' y='40' font-size='9'>abcdefg</text>"));
     constexpr long kMostForTheProgram = 1'000'000;
@@ -86,7 +86,7 @@ TEST_F(StartTest, ASmallDrawingTakesFewInstructions) {
 #ifdef ORV_IS_OPTIMISED
     constexpr long kMost = 1'800'000;
 #else
-    constexpr long kMost = 4'000'000;  // counters of lines included
+    constexpr long kMost = 4'000'000;  // includes coverage counters
 #endif
     EXPECT_LT(Instructions("figure.svg", "figure.pdf"), kMost);
 }

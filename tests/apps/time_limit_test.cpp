@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Drawings that take too long, and whatever else is waited for.
+// Drawings that take too long, and whatever else the command may wait for.
 
 #include <sys/stat.h>
 
@@ -34,10 +34,10 @@ TEST_F(WaitingTest, ADrawingThatTakesTooLongIsGivenUp) {
     EXPECT_EQ(
         Shell("exec \"$0\" info waits.svg --time-limit 1").errors,
         "orvprint: waits.svg: takes longer than 1 second, the limit; to allow more, use --time-limit N\n");
-    // What was found before stands.
+    // Results for earlier inputs are still printed.
     EXPECT_THAT(ShellWithTime("exec \"$0\" check a.svg waits.svg").run.output,
                 HasSubstr("a.svg: nothing found"));
-    // Signals that whoever starts the command ignores.
+    // The parent process may ignore the timer's signal.
     EXPECT_EQ(Shell("trap '' ALRM; exec \"$0\" info waits.svg --time-limit 0.2").errors, lineAt("0.2"));
 }
 
@@ -56,7 +56,7 @@ TEST_F(WaitingTest, OutputThatNobodyTakes) {
     const ToolRun run = Shell("exec 3<>waits.svg; exec \"$0\" large.svg -f pdf -o - --time-limit 0.5 >&3");
     EXPECT_EQ(run.exitCode, 9);
     ExpectLine(run, "large.svg: takes longer than 0.5 seconds", "");
-    // Nor can the words be got rid of.
+    // The error message cannot be written either.
     const ToolRun mute = Shell(
         "exec 3<>waits.svg; head -c 65536 /dev/zero >&3; mkfifo other; exec \"$0\" info other --time-limit "
         "0.2 2>&3");
@@ -89,7 +89,7 @@ TEST_F(WaitingTest, ABatchGoesOnWithoutADrawingThatTakesTooLong) {
     EXPECT_THAT(FilesIn("out2"), IsEmpty());
 }
 
-// While it computes, in several threads, with files that grow.
+// The limit passes while several threads compute and files grow.
 TEST_F(FaultsTest, APageThatTakesTooLongIsGivenUp) {
     std::string pages = "<svg>";
     for (int i = 0; i < 40; ++i) pages += LargeDrawing();
@@ -98,7 +98,7 @@ TEST_F(FaultsTest, APageThatTakesTooLongIsGivenUp) {
         for (const char* time : {"0.02", "0.06", "0.15", "0.3"}) {
             const ToolRun run = Run(
                 {"pages.svg", "-o", std::string("out/x.") + format, "--dpi", "1200", "--time-limit", time});
-            // A fast machine is done before.
+            // A fast machine may finish in time.
             if (run.exitCode != 0) {
                 EXPECT_EQ(run.exitCode, 9) << format << time << run.signal;
                 ExpectLine(run, std::string("pages.svg: takes longer than ") + time, "");

@@ -15,15 +15,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// In the child: makes a file the descriptor's target.
+/// In the child: opens a file as `descriptor`.
 void Redirect(const fs::path& path, int flags, int descriptor) {
     const int file = open(path.c_str(), flags, 0600);
     if (file < 0 || dup2(file, descriptor) < 0) _exit(126);
     close(file);
 }
 
-/// Leaks are looked for in the libraries' own tests: the leak checker now and then fails in short-lived
-/// processes.
+/// The libraries' own tests look for leaks: the leak checker sometimes fails in short-lived processes.
 const int withoutLeaks = [] {
     const char* options = std::getenv("ASAN_OPTIONS");
     return setenv("ASAN_OPTIONS", (std::string(options ? options : "") + ":detect_leaks=0").c_str(), 1);
@@ -42,7 +41,7 @@ ToolRun ToolTest::RunProgram(const std::vector<std::string>& command, const std:
 }
 
 RunningTool ToolTest::StartProgram(const std::vector<std::string>& command, const std::string& input) const {
-    // The streams are files beside the folder, so that it holds only what the command made.
+    // The streams are files beside the folder, so that it holds only what the command makes.
     RunningTool running;
     running.in = Folder().string() + ".in";
     running.out = Folder().string() + ".out";

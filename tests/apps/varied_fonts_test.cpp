@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Fonts that vary: a font of boxes (fonts/make_varied_font.py) says by its sizes where on its axes it stands.
+// Variable fonts: the boxes of a test font (fonts/make_varied_font.py) show by their size where on the axes
+// they are.
 
 #include <gmock/gmock.h>
 
@@ -22,7 +23,7 @@ struct Size {
     int width = 0, height = 0;
 };
 
-/// Of the box of all dark pixels.
+/// Returns the size of the bounding box of all dark pixels.
 Size InkOf(const fs::path& file) {
     const ORVRef<const ORVPixelImage> image(ORVPixelImage::CreateFromFile(file.string(), 0, 0));
     if (!image) return {};
@@ -50,7 +51,7 @@ protected:
                                     (Folder() / "cache").string() + "</cachedir></fontconfig>");
     }
 
-    /// Prints a box an em of which is 100 px high.
+    /// Prints a box at 100 px per em.
     void Print(const std::string& style, const std::string& output) const {
         WriteFile("text.svg",
                   "<svg xmlns='http://www.w3.org/2000/svg' width='300' height='100' viewBox='0 0 24 8'><text "
@@ -120,7 +121,7 @@ TEST_F(VariedFontsTest, FollowThePropertiesInPostScript) {
     }
 }
 
-// A triangle that is 2 em wide at this weight, more than twice as wide as the font says letters are.
+// A triangle that is 2 em wide at this weight, more than twice the width that the font declares for glyphs.
 TEST_F(VariedFontsTest, GlyphsBeyondTheirEmAreWholeInPostScript) {
     WriteFile("text.svg",
               "<svg xmlns='http://www.w3.org/2000/svg' width='300' height='100' viewBox='0 0 150 50'><text "
@@ -148,7 +149,7 @@ TEST_F(VariedFontsTest, TwoLooksStandBesideEachOther) {
                       .exitCode,
                   0);
     ASSERT_EQ(RunProgram({"pdftoppm", "-r", "96", "-png", "-singlefile", "two.pdf", "page"}).exitCode, 0);
-    // From the left of the first, at 10, to the right of the second: 125 + 10 + 90.
+    // From the left of the first box, at 10, to the right of the second, at 125 + 10 + 90.
     for (const char* name : {"two.png", "page.png"}) ExpectInk(name, {215, 40}, name);
 }
 

@@ -42,7 +42,7 @@ TEST_F(VectorFormatsTest, OutputIsTheSameEveryTime) {
     }
 }
 
-// What is read again from SVG has the page of the original, and gives the same SVG.
+// SVG that is read back has the pages of the original and gives the same SVG.
 TEST_F(VectorFormatsTest, WrittenSvgReadsAsTheSameDrawing) {
     const auto pages = [this](const std::string& drawing) {
         const std::string text = Run({"info", drawing}).output;

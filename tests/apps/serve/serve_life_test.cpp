@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// How a service begins and ends, and the command that has one print.
+// How a service starts and ends, and the command that prints with one.
 
 #include <sys/stat.h>
 
@@ -31,7 +31,7 @@ TEST_F(ServeLifeTest, WhatWasAcceptedIsAnsweredBeforeTheEnd) {
     waiting->Post("/print", kSmall);
     WaitFor("orvprint_queue_length", 1);
     const auto idle = Connect();
-    // To all of its processes, as the system's manager of services does.
+    // To all of its processes, as a service manager does.
     for (const pid_t worker : workers) kill(worker, SIGTERM);
     kill(ServicePid(), SIGTERM);
     WaitForLog("stopping");
@@ -63,7 +63,7 @@ TEST_F(ServeLifeTest, ASocketThatIsLeftOverIsReplacedOneInUseIsNot) {
     EXPECT_TRUE(S_ISSOCK(facts.st_mode));
     EXPECT_EQ(facts.st_mode & 07777U, 0660U);
     {
-        // Its streams are files of other names.
+        // A folder of its own for the streams: the running service uses the files of this one.
         const ScratchFolder other;
         const ToolRun second = RunProgram({"sh", "-c", "exec \"$0\" serve --socket \"$1\" 2>\"$2\"",
                                            ORV_TOOL_PATH, Path(), other.PathOf("errors")});
@@ -121,7 +121,7 @@ TEST_F(ServeLifeTest, TakesASocketThatItIsHandedOver) {
     client->Close();
     kill(running.pid, SIGTERM);
     EXPECT_EQ(ToolTest::WaitFor(running).exitCode, 0);
-    // It is whoever handed it over that removes it.
+    // The process that handed over the socket removes it.
     EXPECT_TRUE(fs::exists(Path()));
 }
 
@@ -130,7 +130,7 @@ TEST_F(ServeLifeTest, TheCommandHasAServicePrint) {
     WriteFile("bad.svg", "<svg>\n<g></svg>");
     fs::create_directories(Folder() / "there");
     Serve({"-j", "1"});
-    // The service's own streams bear the folder's name.
+    // The running service uses the stream files of the test's folder.
     const auto run = [&](const std::string& arguments) {
         const ScratchFolder streams;
         const ToolRun shell = RunProgram({"sh", "-c",

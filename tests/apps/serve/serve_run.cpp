@@ -25,7 +25,7 @@ namespace {
 
 constexpr int kPatience = 60;  // seconds
 
-/// Asks again and again. @return false when the answer stays no for a minute
+/// Asks repeatedly. @return false if the answer is still no after a minute
 template <class Question>
 bool WaitUntil(Question question) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(kPatience);
@@ -177,7 +177,7 @@ void ServeTest::Serve(std::vector<std::string> arguments) {
 
 ToolRun ServeTest::Stop(int signal) {
     isRunning_ = false;
-    // Whatever stands still would never end.
+    // Suspended workers would never end.
     for (const pid_t worker : Workers()) kill(worker, SIGCONT);
     kill(running_.pid, signal);
     return ToolTest::WaitFor(running_);
@@ -217,7 +217,7 @@ std::vector<pid_t> ServeTest::Workers() const {
 std::vector<pid_t> ServeTest::StopWorkers() const {
     EXPECT_TRUE(WaitUntil([this] { return Get("/health").status == 200; }));
     const auto workers = static_cast<std::size_t>(Metrics()["orvprint_workers"]);
-    // A job each, for all to have become ready.
+    // One job for each worker, so that all become ready.
     for (std::size_t i = 0; i < workers; ++i) EXPECT_EQ(Post("/print", SmallDrawing("<rect/>")).status, 200);
     EXPECT_TRUE(WaitUntil([&] { return Workers().size() == workers; }));
     const std::vector<pid_t> pids = Workers();

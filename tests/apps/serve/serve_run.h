@@ -8,20 +8,20 @@
 
 #include "tests/apps/tool_run.h"
 
-/// What a service answers.
+/// An answer of the service.
 struct Answer {
-    int status = 0;                                   ///< 0 when the connection ended without an answer
+    int status = 0;                                   ///< 0 if the connection ended without an answer
     std::multimap<std::string, std::string> headers;  ///< names in lower case
     std::string body;
 
-    /// The first header of that name, empty without.
+    /// Returns the first header of that name; empty if there is none.
     std::string Header(const std::string& name) const;
-    /// What a failure says; empty for anything else.
+    /// Returns the message of a failure; empty for any other answer.
     std::string Message() const;
     int Code() const;
 };
 
-/// A client's connection. A test that waits in vain fails after a minute.
+/// A client's connection. Waiting fails the test after a minute.
 class Client {
 public:
     explicit Client(const std::string& path);
@@ -35,7 +35,7 @@ public:
     /// Sends a request.
     void Post(const std::string& path, const std::string& body, const std::string& headers = {}) const;
     Answer Receive();
-    /// True when the service ends the connection.
+    /// Returns true once the service has closed the connection.
     bool WaitForEnd();
     void Close();
 
@@ -44,7 +44,7 @@ private:
     std::string come_;
 };
 
-/// A service of the test's own, at a socket in its folder.
+/// Runs a service for the test, at a socket in its folder.
 class ServeTest : public ToolTest {
 protected:
     ~ServeTest() override;
@@ -59,15 +59,15 @@ protected:
     Answer Get(const std::string& path) const;
     Answer Post(const std::string& path, const std::string& body, const std::string& headers = {}) const;
 
-    /// Numbers of /metrics by name and labels.
+    /// Returns the values of /metrics by name and labels.
     std::map<std::string, double> Metrics() const;
-    /// Waits until one of them has a value.
+    /// Waits until a metric has this value.
     void WaitFor(const std::string& metric, double value) const;
 
     pid_t ServicePid() const { return running_.pid; }
-    /// Processes that print.
+    /// Returns the processes that print.
     std::vector<pid_t> Workers() const;
-    /// Has all workers stand still, so that jobs last until they are let go on.
+    /// Suspends all workers, so that jobs last until the workers continue.
     std::vector<pid_t> StopWorkers() const;
     std::string Log() const;
     void WaitForLog(const std::string& text) const;
@@ -78,5 +78,5 @@ private:
     bool isRunning_ = false;
 };
 
-/// A drawing that takes seconds.
+/// Returns a drawing that takes seconds to print.
 std::string LongDrawing();

@@ -118,7 +118,7 @@ TEST_F(ServeTest, TellsWhatWasLost) {
     EXPECT_NE(lossy.Header("orvprint-findings"), "0");
     EXPECT_THAT(lossy.Header("orvprint-note"), StartsWith("a.svg: contains linearGradient, not printed"));
     EXPECT_EQ(Post("/print", drawing).headers.count("orvprint-findings"), 0U);
-    // All of it, as the command's check has it.
+    // All findings, as the command's check reports them.
     const Answer check = Post("/check", drawing);
     EXPECT_EQ(check.status, 200);
     const nlohmann::json findings = nlohmann::json::parse(check.body);
@@ -136,12 +136,12 @@ TEST_F(ServeTest, ReadsNoFilesOfDrawings) {
     const std::string with = Post("/print", drawing(dot)).body;
     EXPECT_EQ(with, Post("/print", drawing("/nowhere.png")).body);
     EXPECT_THAT(Post("/check", drawing(dot)).body, HasSubstr("image-refused"));
-#if !defined(ORV_SANITIZED)  // sanitizers need what the sandbox gives up
+#if !defined(ORV_SANITIZED)  // sanitizers need what the sandbox takes away
     for (const pid_t worker : Workers()) {
         const std::string status = ReadAll("/proc/" + std::to_string(worker) + "/status");
         EXPECT_THAT(status, HasSubstr("NoNewPrivs:\t1\n"));
         EXPECT_THAT(status, HasSubstr("Seccomp:\t2\n"));
-        // Neither the sockets that listen nor those of clients.
+        // Workers have neither the listening sockets nor those of clients.
         std::size_t sockets = 0;
         for (const auto& entry : fs::directory_iterator("/proc/" + std::to_string(worker) + "/fd"))
             if (fs::read_symlink(entry.path()).string().starts_with("socket:")) ++sockets;
@@ -161,7 +161,7 @@ TEST_F(ServeTest, RefusesWhatIsTooLarge) {
                  large.substr(0, 300'000) + "\r\n0\r\n\r\n");
     EXPECT_EQ(client->Receive().status, 413);
     EXPECT_EQ(Post("/print", SmallDrawing(std::string(100'000, ' '))).status, 200);
-    // A small body that holds too much.
+    // A body that the service accepts, but that exceeds the job's own limit.
     const Answer growth = Post("/print?limit=input-bytes=1000", SmallDrawing(std::string(100'000, ' ')));
     EXPECT_EQ(growth.status, 422);
     EXPECT_EQ(growth.Code(), 9);
@@ -180,7 +180,7 @@ TEST_F(ServeTest, EndsJobsThatTakeTooLongOrTooMuch) {
     EXPECT_THAT(large.Message(), HasSubstr("out of memory"));
     WaitFor("orvprint_worker_restarts_total{reason=\"memory\"}", 1);
 #endif
-    // The next job is as if there had been none before.
+    // The next job is not affected by the ones before it.
     EXPECT_EQ(Post("/print", kSmall).status, 200);
     WaitFor("orvprint_worker_restarts_total{reason=\"time\"}", 1);
 }
@@ -211,7 +211,7 @@ TEST_F(ServeTest, AFullQueueSaysSo) {
     EXPECT_THAT(refused.Header("retry-after"), testing::MatchesRegex("[1-9][0-9]*"));
     for (const pid_t worker : workers) kill(worker, SIGCONT);
     for (const auto& client : clients) EXPECT_EQ(client->Receive().status, 200);
-    // The same connection may ask again.
+    // The same connection may send another request.
     late->Post("/print", kSmall);
     EXPECT_EQ(late->Receive().status, 200);
 }
@@ -252,7 +252,7 @@ TEST_F(ServeTest, AJobThatEndsTwoWorkersFails) {
     const auto client = Connect();
     client->Post("/print?name=a.svg", kSmall);
     WaitFor("orvprint_workers_busy", 1);
-    // The first of them has it, then the other, as a new one is not ready at once.
+    // The first worker has the job, then the second: a new worker is not ready at once.
     kill(workers[0], SIGKILL);
     WaitFor("orvprint_job_retries_total", 1);
     kill(workers[1], SIGKILL);
@@ -322,7 +322,7 @@ TEST_F(ServeTest, TheNumbersAddUp) {
     EXPECT_EQ(metrics["orvprint_received_bytes_total"], static_cast<double>(received));
     EXPECT_EQ(metrics["orvprint_sent_bytes_total"], static_cast<double>(sent));
     EXPECT_EQ(metrics["orvprint_held_bytes"], 0.0);
-    // And a line of the log for each job.
+    // The log has a line for each job.
     std::istringstream log(Stop().errors);
     std::size_t lines = 0;
     for (std::string line; std::getline(log, line);)

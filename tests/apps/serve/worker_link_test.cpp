@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Goes on until there is an answer. @return false when there is none for a minute
+/// Pumps until there is an answer. @return false if nothing arrives for a minute
 bool WaitForAnswer(WorkerLink& link) {
     for (;;) {
         if (link.Pump()) return true;
@@ -34,7 +34,7 @@ bool WaitUntilIdle(WorkerLink& link) {
 
 class WorkerLinkTest : public testing::Test {
 protected:
-    /// Starts a worker that says these bytes, whatever it is told, and gives it a job when it is ready.
+    /// Starts a worker that sends `said` whatever it receives, and gives it a job when it is ready.
     void GiveJob(const std::string& said) {
         const auto work = [said](int socket) {
             SendBytes(socket, said.data(), said.size());
