@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Printing on printers: a queue of the scheduler of the tests' own, and a printer that takes pixels only.
+// Printing to printers: to a queue of the tests' own scheduler, and to a printer that accepts only pixels.
 
 #include <arpa/inet.h>
 #include <cups/cups.h>
@@ -35,7 +35,7 @@ std::string Rectangles(const std::string& colour) {
            colour + "'/></svg>";
 }
 
-/// A port that nobody listens to, for now.
+/// Returns a port on which nobody listens at the moment.
 int FreePort() {
     const int endpoint = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
@@ -68,7 +68,7 @@ protected:
         arguments.insert(arguments.begin(), {"env", "CUPS_SERVER=" + scheduler->GetAddress(), ORV_TOOL_PATH});
         return RunProgram(arguments, input);
     }
-    /// The number of a job that was taken.
+    /// Returns the number of an accepted job.
     static int NumberOf(const ToolRun& run) {
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         EXPECT_THAT(run.output, StartsWith("job "));
@@ -117,7 +117,7 @@ TEST_F(DirectTest, APrinterThatDoesNotAnswerIsNotTakenForOneThatIsMissing) {
 }
 
 TEST_F(DirectTest, AQueueGetsSheetsOfItsPaper) {
-    // The paper of the queue, to the hundredth of a millimetre, and its margins: none.
+    // The queue's paper, to a hundredth of a millimetre, and its margins, which are 0.
     ASSERT_EQ(
         Run({"a.svg", "b.svg", "--paper", "209.9x297.04mm", "--margin", "0", "-o", "wanted.pdf"}).exitCode,
         0);
@@ -156,7 +156,7 @@ TEST_F(DirectTest, TitlesAndOptionsGoWithTheJob) {
 }
 
 TEST_F(DirectTest, WaitTellsOfAJobThatWasNotPrinted) {
-    // With outputs of its own: other programs run beside it.
+    // Its outputs go to other files, because other programs run at the same time.
     const RunningTool running = StartProgram(
         {"sh", "-c", "exec \"$@\" > said 2> told", "sh", "env", "CUPS_SERVER=" + scheduler->GetAddress(),
          ORV_TOOL_PATH, "a.svg", "-d", "paper", "--wait", "-o", "job-hold-until=indefinite"});
@@ -198,8 +198,8 @@ TEST_F(DirectTest, WhatIsWrongEndsBeforeAJobIsMade) {
     EXPECT_THAT(RunProgram({"sh", "-c", "ls | grep -v svg$"}).output, IsEmpty());
 }
 
-/// A printer with an address. It announces itself, for which it needs a bus and a daemon: these run with it
-/// in namespaces of their own, with folders for what runs that nobody else sees, and all end together.
+/// A printer with an address. It announces itself, for which it needs D-Bus and Avahi. Both run with it in
+/// separate namespaces, where /run is a private folder, and all end together.
 class PrinterTest : public ToolTest {
 protected:
     void SetUp() override {
@@ -215,7 +215,7 @@ protected:
         kill(printer_.pid, SIGKILL);
         WaitFor(printer_);
     }
-    /// Starts a printer that takes these formats. @return its address
+    /// Starts a printer that accepts these formats. @return its address
     std::string StartPrinter(const std::string& formats) {
         fs::create_directory(Folder() / "spool");
         const std::string port = std::to_string(FreePort());
@@ -254,7 +254,7 @@ TEST_F(PrinterTest, OneThatTakesPixelsGetsItsPaperAtItsResolution) {
     EXPECT_THAT(run.errors, HasSubstr(": completed"));
     const std::string job = ReadAll(PathOfJob());
     ASSERT_THAT(job, StartsWith("RaS2PwgRaster"));
-    // As the printer has it: Letter, grey. The header follows the four bytes of the stream.
+    // As the printer reports: Letter, grey. The header follows the 4 bytes at the start of the stream.
     const unsigned int dotsPerInch = NumberAt(job, 4 + 276);
     EXPECT_EQ(dotsPerInch, 600U);
     EXPECT_EQ(NumberAt(job, 4 + 372), dotsPerInch * 17 / 2);
@@ -270,7 +270,7 @@ TEST_F(PrinterTest, OneThatTakesOnlyAppleRasterGetsThat) {
     const std::string job = ReadAll(PathOfJob());
     ASSERT_THAT(job, StartsWith("UNIRAST"));
     EXPECT_EQ(NumberAt(job, 8), 1U);  // page
-    // The header of a page: bits, colours, sides, quality, two numbers, pixels and their resolution.
+    // The header of a page: bits, colours, sides, quality, two other numbers, size in pixels, resolution.
     EXPECT_EQ(job[12], 24);
     EXPECT_EQ(NumberAt(job, 32), 600U);
     EXPECT_EQ(NumberAt(job, 24), 600U * 17 / 2);

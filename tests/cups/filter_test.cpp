@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The filter of the print system, run as its scheduler runs it.
+// The CUPS filter, run as the scheduler runs it.
 
 #include <fcntl.h>
 #include <poll.h>
@@ -43,7 +43,7 @@ protected:
         WriteFile("spool/d00001-001", kStyled);
     }
 
-    /// The command line of a filter with a variable or more in front, as "NAME=VALUE".
+    /// Builds the filter's command line, preceded by environment variables as "NAME=VALUE".
     std::vector<std::string> Command(const std::vector<std::string>& variables, const std::string& options,
                                      const std::string& file) const {
         std::vector<std::string> command{"env", "-u",   "ORVPRINT_CACHE_DIR",
@@ -61,14 +61,14 @@ protected:
         WriteFile("spool/d00001-001", text);
         return Filter();
     }
-    /// What stays behind in the folder for temporary files, but for the index of fonts.
+    /// Returns the names of files left in the folder for temporary files, except the font index.
     std::vector<std::string> LeftBehind() const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(Folder() / "tmp"))
             if (entry.path().filename() != "orvprint") names.push_back(entry.path().filename());
         return names;
     }
-    /// Lines of a kind, such as "ERROR".
+    /// Returns the lines of a kind, such as "ERROR".
     static std::vector<std::string> Lines(const ToolRun& run, const std::string& kind) {
         std::vector<std::string> lines;
         for (std::size_t at = 0; at < run.errors.size();) {
@@ -79,7 +79,7 @@ protected:
         }
         return lines;
     }
-    /// No page, one reason, and no name of the spool.
+    /// Expects no page, one reason, and no name of a spool file.
     void ExpectFailure(const ToolRun& run, const std::string& reason) const {
         EXPECT_EQ(run.exitCode, 1) << run.signal << run.errors;
         EXPECT_EQ(run.output, "");
@@ -146,7 +146,7 @@ TEST_F(FilterTest, DocumentsAroundDrawingsAreToldByTheirRoot) {
         EXPECT_THAT(RunProgram({"sh", "-c", "pdfinfo -"}, run.output).output,
                     testing::ContainsRegex("Pages: +2"));
     }
-    // A root with a prefix is no document around drawings.
+    // A root element with a prefix is a drawing, not a document that contains drawings.
     EXPECT_EQ(FilterText("<s:svg xmlns:s='http://www.w3.org/2000/svg' width='9' height='9'/>").exitCode, 0);
 }
 
@@ -158,7 +158,7 @@ TEST_F(FilterTest, ADrawingThatCannotBePrintedSaysWhyWithoutItsPlace) {
     ExpectFailure(FilterText("<catalog><book/></catalog>"), "it is no drawing");
     ExpectFailure(FilterText("<svg xmlns='http://www.w3.org/2000/svg' width='0' height='5'/>"), "no area");
     ExpectFailure(Filter("", "spool/d00009-001"), "cannot be read");
-    // A document of several pages is printed wholly or not at all.
+    // A document of several pages is printed completely or not at all.
     ExpectFailure(FilterText("<r><svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"
                              "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='9'/></r>"),
                   "no area");
@@ -179,7 +179,7 @@ TEST_F(FilterTest, FilesBesideTheDrawingAreNotRead) {
                 "width='96' height='48'><image width='40' height='40' xlink:href='" +
                 name + "'/></svg>";
             WriteFile("spool/d00001-001", drawing);
-            // The command, which is given the place, reads the file: else nothing would be told here.
+            // Control: the command, which knows the drawing's folder, reads the file.
             if (name == "d00002-001") {
                 EXPECT_EQ(Run({"spool/d00001-001", "--interpreter", interpreter, "-o", "o.pdf"}).exitCode, 0);
                 EXPECT_THAT(RunProgram({"pdfimages", "-list", "o.pdf"}).output, HasSubstr("image "));
@@ -190,7 +190,7 @@ TEST_F(FilterTest, FilesBesideTheDrawingAreNotRead) {
                       RunProgram({"sh", "-c", "cat > f.pdf; pdfimages -list f.pdf"}, without.output).output)
                 << name;
         }
-    // An image within the drawing is printed.
+    // An image inside the drawing is printed.
     const ToolRun inside = FilterText(
         "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='96' "
         "height='48'>"
@@ -239,7 +239,7 @@ TEST_F(FilterTest, SignalsEndItWithoutAFileOrAProcessLeft) {
         fs::remove(Folder() / "never");
         ASSERT_EQ(mkfifo((Folder() / "never").c_str(), 0600), 0);
         const RunningTool running = StartProgram(Command({}, "", "never"));
-        // Opening waits for the filter, and the first bytes past a pipe's room for the command behind it.
+        // Opening waits for the filter. Writing more than a pipe holds waits for the command that it starts.
         const int writer = open((Folder() / "never").c_str(), O_WRONLY);
         const std::string much = "<svg xmlns='http://www.w3.org/2000/svg'>" + std::string(1U << 20U, ' ');
         EXPECT_EQ(write(writer, much.data(), much.size()), static_cast<ssize_t>(much.size()));
@@ -248,7 +248,7 @@ TEST_F(FilterTest, SignalsEndItWithoutAFileOrAProcessLeft) {
         EXPECT_EQ(run.signal, signal) << run.errors;
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(Lines(run, "ERROR"), IsEmpty());
-        // The command, if it is left, is the test's now; it ends although its input has not.
+        // If the command is still running, it is the test's child now. It ends although its input does not.
         while (waitpid(-1, nullptr, 0) > 0 || errno == EINTR) {
         }
         close(writer);
@@ -260,7 +260,7 @@ TEST_F(FilterTest, SignalsEndItWithoutAFileOrAProcessLeft) {
 TEST_F(FilterTest, WhatIsMissingIsNamed) {
     EXPECT_THAT(RunProgram({ORV_FILTER_PATH, "1"}).errors, StartsWith("ERROR: Usage: "));
     ExpectFailure(Filter("", "spool/d00001-001", {"TMPDIR=/proc"}), "TMPDIR, cannot be used");
-    // Alone in a folder, as after half an installation.
+    // Alone in a folder, as after an incomplete installation.
     fs::create_directory(Folder() / "alone");
     fs::copy_file(ORV_FILTER_PATH, Folder() / "alone/svgtoorvpdf");
     const ToolRun alone = RunProgram({"alone/svgtoorvpdf", "1", "anna", "t", "1", ""}, kStyled);
@@ -268,7 +268,7 @@ TEST_F(FilterTest, WhatIsMissingIsNamed) {
     EXPECT_EQ(alone.output, "");
     EXPECT_THAT(Lines(alone, "ERROR"), ElementsAre(HasSubstr("orvprint is not installed completely")));
     EXPECT_THAT(Lines(alone, "STATE"), ElementsAre("+ org.orvprint.incomplete-installation-error"));
-    // What was said so is taken back by the next drawing that prints.
+    // The next drawing that prints clears the state.
     EXPECT_THAT(Lines(Filter(), "STATE"), ElementsAre("- org.orvprint.incomplete-installation-error"));
 }
 
@@ -311,7 +311,7 @@ TEST_F(FilterTest, EndsWhenTheReasonOfAFailureHasBeenRead) {
         siginfo_t ended{};
         return waitid(P_PID, static_cast<id_t>(filter), &ended, options) == 0 && ended.si_pid == filter;
     };
-    // The last line is written, and left unread.
+    // The last line has been written, but not read.
     std::string read;
     char c = '\0';
     while (!read.ends_with("ERROR: T") && ::read(errors[0], &c, 1) == 1) read += c;

@@ -26,7 +26,7 @@ namespace {
 constexpr const char* kScheduler = "/usr/sbin/cupsd";
 constexpr const char* kPrograms = "/usr/lib/cups";
 constexpr const char* kNextFilter = "/usr/lib/cups/filter/pdftopdf";
-// Nothing here takes so long, on however busy a machine: it only ends what would wait for ever.
+// Nothing here takes so long, even on a busy machine. It ends what would wait forever.
 constexpr std::chrono::seconds kPatience{120};
 
 constexpr const char* kPrinter = R"ppd(*PPD-Adobe: "4.3"
@@ -138,7 +138,7 @@ std::string PrivateScheduler::GetLog() const {
     return ReadAll(PathOf("log/error")) + ReadAll(PathOf("log/out"));
 }
 
-/// A tree that everybody can reach, wherever the build is, and whose files are root's.
+/// Makes a tree that every user can access, wherever the build is, with files that belong to root.
 void PrivateScheduler::CopyPrograms() const {
     for (const char* name : {"tree/bin", "tree/lib", "programs/filter", "programs/backend", "spool/tmp",
                              "cache", "state", "log", "out", "root"})
@@ -172,7 +172,7 @@ void PrivateScheduler::Configure() const {
     Write(PathOf("paper.ppd"), kPrinter);
     Write(PathOf("root/cups-files.conf"),
           "SystemGroup root\nUser lp\nGroup lp\nFileDevice Yes\nSandboxing Relaxed\n"
-          // As tests of the command have it.
+          // As in the tests of the command.
           "SetEnv ASAN_OPTIONS detect_leaks=0\n"
           "ServerRoot " +
               PathOf("root") + "\nServerBin " + PathOf("programs") + "\nRequestRoot " + PathOf("spool") +

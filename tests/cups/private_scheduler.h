@@ -25,7 +25,7 @@ struct JobFacts {
 /// "paper" writes A4 PDF to a file.
 class PrivateScheduler {
 public:
-    /// Why a scheduler cannot be run here; empty if it can.
+    /// Returns why a scheduler cannot be run here; empty if it can.
     static std::string WhyNot();
 
     PrivateScheduler();
@@ -37,19 +37,19 @@ public:
     bool IsReady() const { return isReady_; }
     std::string GetLog() const;
 
-    /// The address for "lp -h".
+    /// Returns the address for "lp -h".
     std::string GetAddress() const { return PathOf("sock"); }
-    /// The printer's most recent output.
+    /// Returns the path of the printer's latest output.
     std::filesystem::path GetOutput() const { return PathOf("out/page.pdf"); }
     std::filesystem::path GetSpool() const { return PathOf("spool"); }
     std::filesystem::path GetTemporaryFolder() const { return PathOf("spool/tmp"); }
 
-    /// The current attributes of a job.
+    /// Returns the current attributes of a job.
     JobFacts GetJob(int job) const;
     /// Polls until the job has ended, up to a generous time limit.
     JobFacts WaitForEnd(int job) const;
     JobFacts WaitForState(int job, int state) const;
-    /// Whether processes of the filter or the command it runs exist.
+    /// Whether processes of the filter, or of the command that it runs, exist.
     bool HasFilters() const;
 
 private:

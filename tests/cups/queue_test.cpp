@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Drawings that are printed with lp: a scheduler of the test's own, the types and the filter of the package,
-// and the print system's own filter behind it.
+// Printing drawings with lp: the tests' own scheduler, the types and the filter of the package, and CUPS' own
+// filter after it.
 
 #include <cups/cups.h>
 
@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
 
-/// A page of A4 in user units of CSS.
+/// Returns an A4 page with user units of 1 mm.
 std::string Page(const std::string& content) {
     return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='210mm' "
            "height='297mm' viewBox='0 0 210 297'>" +
@@ -55,7 +55,7 @@ protected:
         ASSERT_TRUE(scheduler->IsReady()) << scheduler->GetLog();
     }
 
-    /// Prints with lp, from standard input if no file is named. @return the job's number, 0 when refused
+    /// Prints with lp, from standard input if no file is named. @return the job's number; 0 if it was refused
     int Print(std::vector<std::string> arguments, const std::string& input = {}) const {
         arguments.insert(arguments.begin(), {"lp", "-h", scheduler->GetAddress(), "-d", "paper"});
         const ToolRun run = RunProgram(arguments, input);
@@ -63,7 +63,7 @@ protected:
         const std::size_t at = run.output.find("paper-");
         return at == std::string::npos ? 0 : std::atoi(run.output.c_str() + at + 6);
     }
-    /// The same, to the job's end; the pages are then in "page.pdf".
+    /// Prints and waits for the job's end. The pages are then in "page.pdf".
     JobFacts PrintToEnd(const std::vector<std::string>& arguments, const std::string& input = {}) const {
         fs::remove(scheduler->GetOutput());
         const int job = Print(arguments, input);
@@ -77,7 +77,7 @@ protected:
         EXPECT_EQ(facts.state, IPP_JSTATE_COMPLETED)
             << what << ": " << facts.reasons << ", " << facts.message;
     }
-    /// A page of a PDF as it looks. Images are kept by their names, so that each look has its own.
+    /// Renders a page of a PDF. Each call writes another file.
     Looks LooksOf(const std::string& pdf, int page = 1) const {
         const std::string number = std::to_string(page), name = "look" + std::to_string(++looks_);
         EXPECT_EQ(
@@ -91,7 +91,7 @@ protected:
         const std::size_t at = text.find("Pages:");
         return at == std::string::npos ? 0 : std::atoi(text.c_str() + at + 6);
     }
-    /// Whether what came out looks as the page of another PDF.
+    /// Expects that a printed page looks like a page of another PDF.
     void ExpectLooksAs(const std::string& pdf, const std::string& what, int page = 1, int asPage = 1) const {
         const Looks printed = LooksOf("page.pdf", page), wanted = LooksOf(pdf, asPage);
         ASSERT_TRUE(printed.IsThere() && wanted.IsThere()) << what;
@@ -170,7 +170,7 @@ TEST_F(QueueTest, PagesCopiesAndPagesOnASheetAreLeftToTheNextFilter) {
     ExpectCompleted(facts, "the second page, twice");
     ASSERT_EQ(CountPages("page.pdf"), 2);
     for (int page = 1; page <= 2; ++page) ExpectLooksAs("wanted.pdf", "the second page, twice", page, 2);
-    // Each sheet is counted once: by the filter that knows how many there will be.
+    // Each sheet is counted once, by the filter that knows the number of sheets.
     EXPECT_EQ(facts.sheets, 2);
 
     facts = PrintToEnd({"-o", "number-up=2", "report.qvxml"});
@@ -180,7 +180,7 @@ TEST_F(QueueTest, PagesCopiesAndPagesOnASheetAreLeftToTheNextFilter) {
 }
 
 TEST_F(QueueTest, TheJobChoosesTheInterpreter) {
-    // A4 in units of the first interpreter, which knows no style sheets.
+    // A4 in user units of the first interpreter, which has no style sheets.
     WriteFile(
         "drawing.svg",
         "<svg xmlns='http://www.w3.org/2000/svg' width='744' height='1052'><style>rect{fill:red}</style>"
@@ -201,7 +201,7 @@ TEST_F(QueueTest, ABrokenDrawingEndsTheJobWithItsReason) {
     EXPECT_NE(facts.state, IPP_JSTATE_COMPLETED);
     EXPECT_THAT(facts.message, HasSubstr("line 2, column 6: not well-formed"));
     EXPECT_EQ(ReadFile("page.pdf"), "");
-    // It is in nobody's way.
+    // It does not block the queue.
     ExpectCompleted(PrintToEnd({}, kDrawing), "after it");
 }
 
@@ -215,7 +215,7 @@ TEST_F(QueueTest, TheFileOfAnotherJobIsNotPrinted) {
     ASSERT_EQ(Run({"-", "--interpreter", "svg2", "-f", "pdf", "-o", "empty.pdf"}, Page("")).exitCode, 0);
     for (const std::string& reference : {name, path, "file://" + path}) {
         const std::string drawing = Page("<image width='210' height='210' xlink:href='" + reference + "'/>");
-        // With a place beside it, as filters get drawings, the image would be printed.
+        // Control: if filters got drawings in a folder with other files, the image would be printed.
         if (reference == name) {
             WriteFile("spool/d00099-001", drawing);
             fs::copy(path, Folder() / "spool" / name);
@@ -240,10 +240,10 @@ TEST_F(QueueTest, ACancelledJobLeavesNoFilesAndNoProcesses) {
     EXPECT_EQ(RunProgram({"cancel", "-h", scheduler->GetAddress(), std::to_string(job)}).exitCode, 0);
     EXPECT_EQ(scheduler->WaitForEnd(job).state, IPP_JSTATE_CANCELED);
     while (scheduler->HasFilters()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    // But for the index of fonts, and for what the print system's next filter was about to read: 13 digits.
+    // Except the font index, and the file of 13 digits that the next filter of CUPS was about to read.
     for (const auto& entry : fs::directory_iterator(scheduler->GetTemporaryFolder()))
         EXPECT_THAT(entry.path().filename().string(), testing::MatchesRegex("orvprint|[0-9a-f]{13}"));
-    // The printer takes the next one.
+    // The printer prints the next job.
     ExpectCompleted(PrintToEnd({}, kDrawing), "after it");
 }
 
