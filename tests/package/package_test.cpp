@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What `cmake --install` makes of a build, and what a project of others builds with it.
+// What `cmake --install` installs, and what a third-party project builds with it.
 
 #include <gmock/gmock.h>
 
@@ -24,10 +24,10 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-// Programs that link a library with sanitizers need them, too.
+// Programs that link a sanitized library need the sanitizers, too.
 constexpr const char* kFlags = ORV_CONSUMER_FLAGS;
 
-/// An installation of the build that the test belongs to, in a folder of its own.
+/// Installs the build that the test belongs to, into a folder of its own.
 class PackageTest : public ToolTest {
 protected:
     PackageTest() {
@@ -36,7 +36,7 @@ protected:
     }
     fs::path Prefix() const { return Folder() / "installed"; }
     fs::path Libraries() const { return Prefix() / ORV_LIBRARY_FOLDER; }
-    /// Configures a project with the installation; the folder "build" is made.
+    /// Configures a project with the installation, in the folder "build".
     ToolRun Configure(const std::string& project, std::vector<std::string> options = {}) const {
         options.insert(options.begin(), {"cmake", "-S", project, "-B", "build", "-G", "Ninja",
                                          "-DCMAKE_PREFIX_PATH=" + Prefix().string()});
@@ -44,14 +44,14 @@ protected:
     }
 };
 
-// Names of what lies in a folder, links included.
+// Returns the names of everything in a folder, links included.
 std::set<std::string> NamesIn(const fs::path& folder) {
     std::set<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
     return names;
 }
 
-// The files below a folder, by their paths from there.
+// Returns the files below a folder, by their relative paths.
 std::set<std::string> FilesBelow(const fs::path& folder) {
     std::set<std::string> files;
     for (const auto& entry : fs::recursive_directory_iterator(folder))
@@ -194,7 +194,7 @@ TEST_F(PackageTest, PkgConfigSaysHowToBuild) {
               ORV_VERSION "\n");
 }
 
-// The functions that the header declares.
+// Returns the functions that the header declares.
 std::set<std::string> DeclaredFunctions() {
     const std::string header = ReadAll(ORV_SOURCE_PATH "/library/api/orvprint.h");
     const std::regex declaration(R"(ORVPRINT_API [^;(]*?\b(orvprint_[a-z_]+)\()");
@@ -210,7 +210,7 @@ TEST_F(PackageTest, TheLibraryShowsItsInterfaceAndNothingElse) {
     std::set<std::string> shown;
     for (std::string line; std::getline(symbols, line);) {
         const std::string name = line.substr(0, line.find(' '));
-        if (name == "ORVPRINT_0") continue;  // the node of the versions
+        if (name == "ORVPRINT_0") continue;  // the version node
         EXPECT_THAT(name, testing::EndsWith("@@ORVPRINT_0"));
         shown.insert(name.substr(0, name.find('@')));
     }
@@ -219,7 +219,7 @@ TEST_F(PackageTest, TheLibraryShowsItsInterfaceAndNothingElse) {
     EXPECT_THAT(RunProgram({"readelf", "-d", library}).output, HasSubstr("soname: [liborvprint.so.0]"));
 }
 
-// The programs of other languages do as the one in C does.
+// Programs in other languages must do the same as the one in C.
 class ScriptTest : public PackageTest {
 protected:
     ScriptTest() {
