@@ -12,7 +12,8 @@ namespace {
 // Pens up to this radius in pixels do not reveal the corners of a flattened curve.
 constexpr double kFinePen = 0.5;
 
-// Maximum displacement of a cap's or join's corner against the tangent, in pixels, with exact ends.
+// With exact ends: maximum displacement of a corner of a cap or join from its place by the tangent, in
+// pixels.
 constexpr double kLeastTilt = 0.25;
 // Length of the piece that turns such an end, in pixels.
 constexpr double kStub = 1.0 / 64.0;
@@ -54,6 +55,14 @@ bool FindStub(const ORVMathPoint2D& at, const ORVMathPoint2D (&controls)[3], con
     return false;
 }
 
+void AppendCurve(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
+                 const ORVMathPoint2D& p3, int pieces, StrokeCourse& course) {
+    int done = 0;
+    ORVFlattenCubic(p0, p1, p2, p3, pieces, [&](const ORVMathPoint2D& p) {
+        course.Add(p, ++done < pieces ? CoursePoint::kSmooth : CoursePoint::kCorner);
+    });
+}
+
 void AppendCurveWithExactEnds(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPoint2D& p2,
                               const ORVMathPoint2D& p3, int pieces, double penRadius, StrokeCourse& course) {
     int done = 0;
@@ -93,13 +102,10 @@ void ORVAppendVerbs(const RasterGeometry& geometry, const RasterContour& contour
                              end = geometry.PlaceOf(point[2]);
         point += 3;
         const int pieces = PiecesOf(current, control1, control2, end, pen);
-        int done = 0;
         if (hasExactEnds)
             AppendCurveWithExactEnds(current, control1, control2, end, pieces, pen.radius, course);
         else
-            ORVFlattenCubic(current, control1, control2, end, pieces, [&](const ORVMathPoint2D& p) {
-                course.Add(p, ++done < pieces ? CoursePoint::kSmooth : CoursePoint::kCorner);
-            });
+            AppendCurve(current, control1, control2, end, pieces, course);
         current = end;
     }
 }

@@ -51,12 +51,6 @@ void TextDrawing::DrawSegment(const TextLayout& layout, const TextSegment& segme
     const TextSpan& span = layout.SpanOf(segment);
     const Style& style = *span.style;
     if (!segment.isShown || style.visibility != Visibility::kVisible || segment.layout.runs.empty()) return;
-    if (state.isWithinClip) {
-        const ORVPrintFill fill{};
-        drawing_.Do(drawing_.generator_.DrawText(
-            {segment.layout, segment.text, state.toPage * segment.toUser, &fill, nullptr}));
-        return;
-    }
     DrawLines(segment, style, state, span.opacity, false);
     DrawGlyphs(segment, style, state, span.opacity);
     DrawLines(segment, style, state, span.opacity, true);
@@ -71,6 +65,11 @@ struct TextDrawing::Paints {
 };
 
 void TextDrawing::MakePaints(const Style& style, const DrawState& state, double opacity, Paints& paints) {
+    // Clips consist of plain fills.
+    if (state.isWithinClip) {
+        paints.hasFill = true;
+        return;
+    }
     using Kind = MadePaint::Kind;
     const auto isPlain = [](const MadePaint& paint) {
         return paint.kind == Kind::kColour || paint.kind == Kind::kGradient;
@@ -154,6 +153,7 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
     Paints paints;
     MakePaints(style, state, opacity, paints);
     const bool isColoured =
+        !state.isWithinClip &&
         std::any_of(segment.layout.runs.begin(), segment.layout.runs.end(),
                     [this](const ORVGlyphRun& run) { return drawing_.fonts_.HasColours(*run.face); });
     if (isColoured) {

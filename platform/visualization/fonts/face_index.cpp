@@ -12,7 +12,6 @@
 namespace {
 
 constexpr std::uint64_t kMagic = 0x31786449'6361466FULL;  // includes the version of the format
-
 constexpr std::size_t kLeastWatchedSize = 4 + 1 + 7 * 8, kLeastFaceSize = 6 * 4 + 5 * 4;
 
 void Put(CacheWriter& writer, const WatchedPath& watched) {
