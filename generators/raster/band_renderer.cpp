@@ -111,6 +111,7 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
                             SetWindow(operation, isSingle ? &piece : nullptr);
         if (isSeen) {
             if (isSingle) FetchPixels();
+            coverage_.SampleCentres(operation.isCrisp);
             for (; i < pieces.size() && all[pieces[i]].operation == index; ++i)
                 AddPiece(operation, all[pieces[i]]);
             coverage_.TakeEdges();

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "generators/raster/coverage_buffer.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -58,7 +61,9 @@ void CoverageBuffer::ForgetTouched() {
 
 void CoverageBuffer::TakeEdges() {
     if (edgeCount_ == 0) return;
-    if (power_ == VectorPower::kAvx2)
+    if (samplesCentres_)
+        for (std::size_t i = 0; i < edgeCount_; ++i) AddEdgeAtCentres(edges_[i].from, edges_[i].to);
+    else if (power_ == VectorPower::kAvx2)
         AddEdgesWithAvx2();
     else
         AddEdges();
@@ -183,4 +188,30 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
         addRows([&](int left, int right, int part) {
             AddFlat(cells, words, left, right, part, sign, steepness);
         });
+}
+
+// In each row, the edge counts as a vertical edge between two pixels: the pixel on its right is the first whose
+// centre is on the right of the actual edge.
+void CoverageBuffer::AddEdgeAtCentres(FixedPoint from, FixedPoint to) {
+    constexpr int kHalf = kOne / 2;
+    const int sign = from.y < to.y ? 1 : -1;
+    if (sign < 0) std::swap(from, to);
+    const int firstRow = std::max(from.y + kHalf, top_) >> kSubpixelBits;
+    const int endRow = std::min((to.y + kHalf) >> kSubpixelBits, endRow_);
+    if (firstRow >= endRow) return;
+    firstTouched_ = std::min(firstTouched_, firstRow);
+    lastTouched_ = std::max(lastTouched_, endRow - 1);
+    work_ += static_cast<std::uint64_t>(kCellWork * (endRow - firstRow));
+    // Computed from the end points of the whole edge, so that all bands get the same positions.
+    const double slope = static_cast<double>(to.x - from.x) / (to.y - from.y);
+    for (int row = firstRow; row < endRow; ++row) {
+        const int centre = (row << kSubpixelBits) + kHalf;
+        const double x = from.x + (centre - from.y) * slope - left_;
+        if (x > right_) continue;
+        const int cell = std::max(static_cast<int>(std::floor((x + kHalf) / kOne)), 0);
+        if (cell >= width_) continue;
+        const auto index = static_cast<std::size_t>(row - firstRow_);
+        cells_.GetData()[index * cellStride_ + static_cast<std::size_t>(cell)] += Winding(sign * kFullArea);
+        Touch(words_.GetData() + index * wordStride_, cell, cell);
+    }
 }

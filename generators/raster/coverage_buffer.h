@@ -59,6 +59,9 @@ public:
     void AddWork(std::uint64_t pixels) { work_ += pixels; }
     std::uint64_t GetWork() const { return work_; }
     void ForgetWork() { work_ = 0; }
+    /// Sets whether the edges added from here on cover whole pixels: those whose centres are inside. A centre
+    /// on an edge is on the edge's left or upper side, as in common renderers. No edges may be queued.
+    void SampleCentres(bool samplesCentres) { samplesCentres_ = samplesCentres; }
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }
     int GetPageWidth() const { return pageWidth_; }
@@ -179,6 +182,7 @@ private:
 
     void SetWindowColumns(int left, int right);
     void AddEdges();
+    void AddEdgeAtCentres(FixedPoint from, FixedPoint to);
     void AddEdgesWithAvx2();
     void AddEdge(FixedPoint from, FixedPoint to);
     void AddDownward(FixedPoint from, FixedPoint to, int sign);
@@ -205,6 +209,7 @@ private:
     void ForgetTouched();
 
     VectorPower power_;
+    bool samplesCentres_ = false;
     int pageWidth_ = 0, bandFirstRow_ = 0, bandEndRow_ = 0;
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;

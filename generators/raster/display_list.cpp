@@ -78,6 +78,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         RasterOperation operation = NewOperation(fill->colour);
         operation.geometry = geometry;
         operation.evenOdd = fill->evenOdd;
+        operation.isCrisp = operation.smooths && fill->isCrisp;
         operation.smooths = operation.smooths && !fill->isCrisp;
         if (fill->pattern) operation.image = KeepImage(*fill->pattern, ToDevice(fill->patternToPage), true);
         SetGradient(fill->gradient, operation);
@@ -87,6 +88,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         RasterOperation operation = NewOperation(stroke->colour);
         operation.geometry = geometry;
         operation.fills = false;
+        operation.isCrisp = operation.smooths && stroke->isCrisp;
         operation.smooths = operation.smooths && !stroke->isCrisp;
         // Without antialiasing, lines thinner than a pixel would have gaps.
         operation.pen = pens_.Find(*stroke, toDevice, stroke->isCrisp ? std::max(thinnest_, 1.0) : thinnest_);

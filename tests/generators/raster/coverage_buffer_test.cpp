@@ -113,6 +113,88 @@ TEST(CoverageBufferTest, HardRulesKnowNoLevels) {
     EXPECT_EQ(alphas.At(6, 3), 0U);    // 0.3
 }
 
+Alphas DrawAtCentres(const std::vector<Polygon>& polygons, int bandRows = 16, int left = 0) {
+    constexpr int kSide = 16;
+    CoverageBuffer buffer;
+    buffer.Resize(kSide, bandRows);
+    Alphas alphas;
+    alphas.width = kSide;
+    for (int row = 0; row < kSide; row += bandRows) {
+        buffer.SetBand(row, std::min(bandRows, kSide - row));
+        buffer.SetWindow(left, row, kSide, row + bandRows);
+        buffer.SampleCentres(true);
+        for (const Polygon& polygon : polygons) Add(buffer, polygon);
+        buffer.Sweep<CoverageRule::kHardNonZero>(alphas);
+    }
+    return alphas;
+}
+
+struct CentreCase {
+    const char* name;
+    Polygon polygon;
+    int x, y;
+    bool isCovered;
+};
+class CentreTest : public testing::TestWithParam<CentreCase> {};
+TEST_P(CentreTest, DecidesForThePixel) {
+    const CentreCase& row = GetParam();
+    EXPECT_EQ(DrawAtCentres({row.polygon}).At(row.x, row.y), row.isCovered ? 255U : 0U);
+    EXPECT_EQ(DrawAtCentres({Polygon(row.polygon.rbegin(), row.polygon.rend())}).At(row.x, row.y),
+              row.isCovered ? 255U : 0U);
+}
+// A line of one pixel that lies between two rows, and one between two columns.
+const Polygon kAcross{{2, 4.5}, {12, 4.5}, {12, 5.5}, {2, 5.5}},
+    kDown{{4.5, 2}, {5.5, 2}, {5.5, 12}, {4.5, 12}};
+INSTANTIATE_TEST_SUITE_P(
+    Centre, CentreTest,
+    testing::Values(
+        CentreCase{"OnTheUpperEdge", kAcross, 6, 4, false}, CentreCase{"OnTheLowerEdge", kAcross, 6, 5, true},
+        CentreCase{"OnTheLeftEdge", kDown, 4, 6, false}, CentreCase{"OnTheRightEdge", kDown, 5, 6, true},
+        CentreCase{"MostOfThePixelButNotTheCentre",
+                   {{4, 4}, {8, 4}, {8, 8}, {4.75, 8}, {4.75, 4.6}, {4.25, 4.6}, {4.25, 4.4}, {4, 4.4}},
+                   4,
+                   5,
+                   false},
+        CentreCase{"LittleButTheCentre", {{4.4, 4.4}, {4.6, 4.4}, {4.6, 4.6}, {4.4, 4.6}}, 4, 4, true},
+        CentreCase{"LeftOfThePage", {{-50, 2}, {3, 2}, {3, 6}, {-50, 6}}, 0, 3, true},
+        CentreCase{"RightOfThePage", {{12, 2}, {500, 2}, {500, 6}, {12, 6}}, 15, 3, true},
+        CentreCase{"AllAround", {{-9e9, -9e9}, {9e9, -9e9}, {9e9, 9e9}, {-9e9, 9e9}}, 7, 7, true}),
+    kNameOfRow);
+
+TEST(CoverageBufferTest, LinesOfMoreThanAPixelHaveNoGapsAtCentres) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> place(0.0, 16.0);
+    for (int i = 0; i < 2000; ++i) {
+        const double x = -2.0, toX = 18.0, y = place(random), toY = place(random);
+        const double length = std::hypot(toX - x, toY - y);
+        // Half a pixel, and what rounding of the corners takes away.
+        constexpr double kHalf = 0.5 + 1.0 / 128.0;
+        const double across = (y - toY) / length * kHalf, down = (toX - x) / length * kHalf;
+        const Polygon line{{x + across, y + down},
+                           {toX + across, toY + down},
+                           {toX - across, toY - down},
+                           {x - across, y - down}};
+        const Alphas alphas = DrawAtCentres({line});
+        for (int column = 0; column < 16; ++column) {
+            const double middle = y + (column + 0.5 - x) / (toX - x) * (toY - y);
+            if (middle < 1.0 || middle > 15.0) continue;
+            int count = 0;
+            for (int row = 0; row < 16; ++row) count += alphas.At(column, row) != 0 ? 1 : 0;
+            EXPECT_GE(count, 1) << "from " << y << " to " << toY << " in " << column;
+        }
+    }
+}
+
+TEST(CoverageBufferTest, BandsAndWindowsDoNotShowAtCentres) {
+    const Polygon star{{8.3, -3}, {12.7, 15.1}, {0.2, 5.9}, {19, 6.1}, {3.1, 15.2}};
+    const Alphas whole = DrawAtCentres({star}), banded = DrawAtCentres({star}, 4),
+                 windowed = DrawAtCentres({star}, 16, 8);
+    EXPECT_EQ(whole.values, banded.values);
+    EXPECT_GT(whole.values.size(), 30U);
+    for (int y = 0; y < 16; ++y)
+        for (int x = 8; x < 16; ++x) EXPECT_EQ(windowed.At(x, y), whole.At(x, y)) << x << ' ' << y;
+}
+
 TEST(CoverageBufferTest, PiecesOfAnAreaAddUp) {
     // Slanted strips side by side: whatever each gives to a pixel, together they fill it.
     std::vector<Polygon> strips;
