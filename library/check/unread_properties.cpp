@@ -65,7 +65,6 @@ void ForEachLossOf(std::string_view property, std::string_view value,
         report("is ignored: these values align text with a line box, which text in SVG does not have");
     if (property == "text-decoration" && HasColour(value))
         report("has a colour that is ignored: lines have the colour of their text");
-    if (property == "font-size-adjust" &&
-        (value.find("from-font") != std::string_view::npos || value.starts_with("ic-height")))
-        report("is ignored: the size is adjusted to numbers, of heights and widths of letters");
+    if (property == "font-size-adjust" && value.starts_with("ic-height"))
+        report("is ignored: the size is not adjusted to the height of ideographs");
 }

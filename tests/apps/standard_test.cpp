@@ -198,7 +198,8 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
          "its next source is taken"},
         {"<style>@font-face{font-family:a;src:local('DejaVu Sans');size-adjust:90%}</style>",
          "ignored-property (1)"},
-        {"<text font-family='DejaVu Sans' font-size-adjust='from-font'>a</text>", "ignored-property (1)"},
+        {"<text font-family='DejaVu Sans' style='font-size-adjust:ic-height 1'>a</text>",
+         "ignored-property (1)"},
         {"<path stroke-linejoin='arcs'/>", "ignored-property (1)"},
         {"<path stroke-linejoin='miter-clip'/>", "ignored-property (1)"},
         {"<g style='text-decoration-color:red'/>", "ignored-property (1)"},
@@ -245,6 +246,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
              "<text font-family='a'>a</text>",
              "<text font-family='DejaVu Sans' font-size-adjust='0.5'>a</text>",
+             "<text font-family='DejaVu Sans' font-size-adjust='from-font'>a</text>",
              "<text font-family='DejaVu Sans' style='text-decoration:underline dotted 2px'>a</text>",
              "<clipPath id='c'><rect/></clipPath><rect clip-path='url(#c)' mask='none' filter='none'/>",
              "<filter id='f'><feOffset in='SourceAlpha'/></filter><g filter='blur(1) url(#f)'/>",

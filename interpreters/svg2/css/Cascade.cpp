@@ -206,6 +206,15 @@ void SetFont(Decoration& decoration, const Style& style) {
 
 }  // namespace
 
+// Descendants inherit the metric of this element's font, so the font is known only when all else is.
+void Cascade::NoteAdjustingFont(Style& style) {
+    FontSizeAdjustment& adjustment = style.fontSizeAdjustment;
+    if (!adjustment.isFromFont || adjustment.font) return;
+    adjustment.font = std::make_shared<const FontKey>(FontKey{style.fontFamily, style.fontWeight,
+                                                              style.isItalic, style.fontStretch,
+                                                              style.fontSize, style.fontVariationSettings});
+}
+
 // Decoration lines belong to the element that declares them and extend through its descendants.
 void Cascade::NoteDecorations(const Style& parent, Style& style) const {
     if (style.decorationLines == 0) return;
@@ -264,6 +273,7 @@ void Cascade::ApplyCandidates(ElementIndex element, const Style& parent, Style& 
     if (element == Document::kRoot) rootFontSize_ = style.fontSize;
     context.sizes = SizesOf(style);
     applyThose(false);
+    NoteAdjustingFont(style);
     NoteDecorations(parent, style);
 }
 

@@ -61,6 +61,7 @@ private:
     bool Substitute(std::string_view text, const Style& style, std::string_view& result);
     bool SubstituteInto(std::string_view text, const Style& style, int depth, std::string& result);
     void ApplyCandidates(ElementIndex element, const Style& parent, Style& style);
+    static void NoteAdjustingFont(Style& style);
     void NoteDecorations(const Style& parent, Style& style) const;
     void SetDecorationFonts(const std::vector<Decoration>& outer, Style& style) const;
 

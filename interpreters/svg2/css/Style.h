@@ -101,13 +101,22 @@ enum FontVariant : std::uint32_t {
     kRuby = 1U << 28U,
     kHistoricalForms = 1U << 29U,
 };
+/// What the font of an element is chosen by.
+struct FontKey {
+    std::string_view family;
+    int weight = 400;
+    bool isItalic = false;
+    double stretch = 100.0, size = 12.0;
+    std::string_view variations;
+};
 /// The font metric, in em, that font-size-adjust refers to, and its target value.
 struct FontSizeAdjustment {
     enum class Measure : std::uint8_t { kExHeight, kCapHeight, kZeroWidth, kIdeographWidth };
     Measure measure = Measure::kExHeight;
     double value = kNone;  ///< of the specified size
     static constexpr double kNone = -1.0;
-    friend bool operator==(const FontSizeAdjustment&, const FontSizeAdjustment&) = default;
+    bool isFromFont = false;              ///< the target is the metric of `font`
+    std::shared_ptr<const FontKey> font;  ///< of the element that declares it, from which it is inherited
 };
 /// Decoration lines, as flags.
 enum DecorationLine : std::uint8_t { kUnderline = 1, kOverline = 2, kLineThrough = 4 };

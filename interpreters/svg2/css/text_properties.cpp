@@ -66,7 +66,7 @@ void CopyVariants(const Style& from, Style& to) {
     to.fontVariants = (to.fontVariants & ~kGroup) | (from.fontVariants & kGroup);
 }
 
-/// "none", or a number, optionally after the metric that it refers to.
+/// "none", or a number or "from-font", optionally after the metric that it refers to.
 bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
     using Measure = FontSizeAdjustment::Measure;
     constexpr Keyword<Measure> kMeasures[] = {{"ex-height", Measure::kExHeight},
@@ -81,7 +81,8 @@ bool ReadFontSizeAdjustment(Text text, FontSizeAdjustment& adjustment) {
     Scanner scanner(text);
     if (const Text word = scanner.TakeName(); ReadKeyword(kMeasures, word, read.measure))
         text = Trim(scanner.Rest());
-    if (!ReadNumber(text, read.value) || read.value < 0.0) return false;
+    read.isFromFont = Is(text, "from-font");
+    if (!read.isFromFont && (!ReadNumber(text, read.value) || read.value < 0.0)) return false;
     adjustment = read;
     return true;
 }

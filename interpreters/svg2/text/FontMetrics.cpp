@@ -104,25 +104,32 @@ double HeightOf(const ORVFontFace* face, double stated, char32_t letter, double 
     return highest.GetHeight();
 }
 
-}  // namespace
-
-void TextFonts::Adjust(const FontSizeAdjustment& adjustment, TextFont& font) {
+/// A metric of a font, in em, guarded against implausibly small ones.
+double Measured(FontSizeAdjustment::Measure measure, const TextFont& font) {
     using Measure = FontSizeAdjustment::Measure;
     constexpr char32_t kIdeograph = U'\u6C34';
+    constexpr double kLeast = 0.01;
     const ORVFontFace* const face = font.choice.face;
     const FontMetrics& metrics = font.metrics;
-    double measure = 0.0;
-    switch (adjustment.measure) {
-        case Measure::kExHeight: measure = HeightOf(face, metrics.statedXHeight, U'x', 0.5); break;
-        case Measure::kCapHeight:
-            measure = HeightOf(face, metrics.statedCapHeight, U'H', metrics.ascent);
-            break;
-        case Measure::kZeroWidth: measure = WidthOf(face, U'0', 0.5); break;
-        case Measure::kIdeographWidth: measure = WidthOf(face, kIdeograph, 1.0); break;
+    double em = 0.0;
+    switch (measure) {
+        case Measure::kExHeight: em = HeightOf(face, metrics.statedXHeight, U'x', 0.5); break;
+        case Measure::kCapHeight: em = HeightOf(face, metrics.statedCapHeight, U'H', metrics.ascent); break;
+        case Measure::kZeroWidth: em = WidthOf(face, U'0', 0.5); break;
+        case Measure::kIdeographWidth: em = WidthOf(face, kIdeograph, 1.0); break;
     }
-    // Guards against implausibly small metrics in fonts.
-    constexpr double kLeast = 0.01;
-    font.enlargement = adjustment.value / std::max(measure, kLeast);
+    return std::max(em, kLeast);
+}
+
+}  // namespace
+
+void TextFonts::Adjust(const FontSizeAdjustment& adjustment, DocumentFonts* own, TextFont& font) {
+    double target = adjustment.value;
+    if (const FontKey* const key = adjustment.font.get())
+        target = Measured(
+            adjustment.measure,
+            Find({key->family, key->weight, key->isItalic, key->stretch, key->size, key->variations}, own));
+    font.enlargement = target / Measured(adjustment.measure, font);
 }
 
 bool TextFonts::HasColours(const ORVFontFace& face) {

@@ -43,7 +43,8 @@ public:
         TextFont font = Find({style.fontFamily, style.fontWeight, style.isItalic, style.fontStretch,
                               style.fontSize, style.fontVariationSettings},
                              own);
-        if (style.fontSizeAdjustment.value >= 0.0) Adjust(style.fontSizeAdjustment, font);
+        const FontSizeAdjustment& adjustment = style.fontSizeAdjustment;
+        if (adjustment.value >= 0.0 || adjustment.font) Adjust(adjustment, own, font);
         return font;
     }
     TextFont Find(const ORVFontQuery& query, DocumentFonts* own);
@@ -60,7 +61,7 @@ public:
     }
 
 private:
-    static void Adjust(const FontSizeAdjustment& adjustment, TextFont& font);
+    void Adjust(const FontSizeAdjustment& adjustment, DocumentFonts* own, TextFont& font);
 
     std::unordered_map<const ORVFontFace*, FontMetrics> metrics_;
     std::unordered_map<const ORVFontFace*, bool> hasColours_;

@@ -304,7 +304,8 @@ TEST(FontSizeAdjustTest, SizesAreAdjustedToTheFont) {
         {"style='font-size-adjust:ch-width 0.5'", "ch-width", 5.0 / (1303.0 / 2048.0)},
         {"font-size-adjust='none'", "said to be none", 10.0},
         {"font-size-adjust='-1'", "below zero", 10.0},
-        {"font-size-adjust='from-font'", "not read", 10.0},
+        {"font-size-adjust='from-font'", "its own font", 10.0},
+        {"font-size-adjust='ic-height from-font'", "not read", 10.0},
         {"style='font-size-adjust:0.5;font:10px DejaVu Sans'", "shorthand resets", 10.0},
         {"style='font:10px DejaVu Sans;font-size-adjust:0.5'", "after the shorthand",
          5.0 / (1120.0 / 2048.0)},
@@ -315,6 +316,31 @@ TEST(FontSizeAdjustTest, SizesAreAdjustedToTheFont) {
                         .Size(),
                     row.size, 1e-9)
             << row.name;
+}
+
+// DejaVu Serif: x height 1063, zero 1303 of 2048.
+TEST(FontSizeAdjustTest, TheRatioOfAFontIsInherited) {
+    const double serif = 1063.0 / 2048.0, sans = 1120.0 / 2048.0;
+    const struct {
+        const char *outer, *inner;
+        double size;
+    } rows[] = {
+        {"font-size-adjust='from-font'", "", 10.0 * serif / sans},
+        {"style='font-size-adjust:EX-HEIGHT from-font'", "", 10.0 * serif / sans},
+        {"style='font-size-adjust:ch-width from-font'", "", 10.0},
+        {"font-size-adjust='from-font'", "font-size='2em'", 20.0 * serif / sans},
+        {"font-size-adjust='from-font'", "font-size-adjust='inherit'", 10.0 * serif / sans},
+        {"font-size-adjust='from-font'", "font-size-adjust='from-font'", 10.0},
+        {"font-size-adjust='from-font'", "font-size-adjust='none'", 10.0},
+        {"style='font-size-adjust:from-font;font:10px DejaVu Serif'", "", 10.0},
+        {"style='font:10px DejaVu Serif;font-size-adjust:from-font'", "", 10.0 * serif / sans},
+    };
+    for (const auto& row : rows)
+        EXPECT_NEAR(Laid("", std::string("<g font-family='DejaVu Serif' font-size='10' ") + row.outer +
+                                 "><text font-family='DejaVu Sans' " + row.inner + ">a</text></g>")
+                        .Size(),
+                    row.size, 1e-9)
+            << row.outer << row.inner;
 }
 
 TEST(FontSizeAdjustTest, IsInheritedAndDoesNotChangeEms) {
