@@ -190,8 +190,8 @@ void CoverageBuffer::AddInside(FixedPoint from, FixedPoint to, int sign) {
         });
 }
 
-// In each row, the edge counts as a vertical edge between two pixels: the pixel on its right is the first whose
-// centre is on the right of the actual edge.
+// In each row, the edge counts as a vertical edge between two pixels: the pixel on its right is the first
+// whose centre is on the right of the actual edge.
 void CoverageBuffer::AddEdgeAtCentres(FixedPoint from, FixedPoint to) {
     constexpr int kHalf = kOne / 2;
     const int sign = from.y < to.y ? 1 : -1;
