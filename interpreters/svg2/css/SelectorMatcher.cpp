@@ -170,6 +170,7 @@ bool SelectorMatcher::MatchesTest(ElementIndex index, const SelectorTest& test) 
     const Element& element = document_[index];
     switch (test.kind) {
         case Kind::kNothing: return false;
+        case Kind::kAnything: return true;
         case Kind::kRoot: return index == Document::kRoot;
         case Kind::kEmpty: return IsEmpty(*element.node);
         case Kind::kNthChild:

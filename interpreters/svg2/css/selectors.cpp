@@ -271,6 +271,8 @@ constexpr PseudoClass kPseudoClasses[] = {
     {"link", Kind::kLink, 0},
     {"any-link", Kind::kLink, 0},
     {"scope", Kind::kRoot, 0},
+    {"read-only", Kind::kAnything, 0},
+    {"defined", Kind::kAnything, 0},
 };
 
 /// Pseudo-classes and pseudo-elements that never match in print: states of interaction and of forms, and
@@ -370,6 +372,11 @@ bool SelectorReader::ReadFunction(std::string_view name, std::string_view inside
         return true;
     }
     specificity += kOfClass;
+    // Goes by HTML's attribute, which SVG does not have, so every element is left to right.
+    if (EqualsIgnoringCase(name, "dir")) {
+        if (EqualsIgnoringCase(Trim(inside), "ltr")) test.kind = Kind::kAnything;
+        return true;
+    }
     if (!EqualsIgnoringCase(name, "lang")) return IsNeverInPrint(name);
     test.kind = Kind::kLang;
     test.value = Trim(inside);

@@ -22,6 +22,7 @@ using SelectorList = std::shared_ptr<const std::vector<Selector>>;
 struct SelectorTest {
     enum class Kind : std::uint8_t {
         kNothing,  ///< never matches in print, for example ":hover"
+        kAnything,
         kHasAttribute,
         kEquals,
         kIncludes,  ///< one word of the value

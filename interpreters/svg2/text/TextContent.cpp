@@ -342,7 +342,7 @@ void TextContent::ApplyRotation(const TextSpan& span) {
 // Outer spans come first, so that inner ones override them.
 void TextContent::ApplyLists() {
     for (const TextSpan& span : spans_) {
-        if (scene_.GetDocument()[span.element].tag == Tag::kTextPath) continue;
+        if (span.isHidden || scene_.GetDocument()[span.element].tag == Tag::kTextPath) continue;
         ApplyList(span, Name::kX, Axis::kX);
         ApplyList(span, Name::kY, Axis::kY);
         ApplyList(span, Name::kDx, Axis::kX);

@@ -60,10 +60,16 @@ bool TextLayout::LayOut(ElementIndex element, const Style& style, const Viewport
 
 void TextLayout::PlaceChunks() {
     ORVMathPoint2D pen;
+    const auto movePen = [&](std::size_t character) {
+        const TextPlace place = content_.PlaceOf(character);
+        if (place.hasX) pen.x = place.x;
+        if (place.hasY) pen.y = place.y;
+    };
+    // If the first characters are not displayed, the next one takes the start of the text from them.
+    for (std::size_t i = 0; i < content_.GetCharacters().size() && content_.GetCharacters()[i].isHidden; ++i)
+        movePen(i);
     for (const TextChunk& chunk : runs_.GetChunks()) {
-        const TextPlace start = content_.PlaceOf(chunk.start);
-        if (start.hasX) pen.x = start.x;
-        if (start.hasY) pen.y = start.y;
+        movePen(chunk.start);
         FindMoves(chunk);
         const std::size_t path = content_.SpanOf(chunk.start).path;
         if (path == TextSpan::kNoPath)
@@ -104,16 +110,6 @@ double TextLayout::AnchorShare(const TextChunk& chunk) const {
     return chunk.isRightToLeft ? 1.0 - share : share;
 }
 
-/// Length of the trailing white space of a chunk, which does not count for anchoring.
-double TextLayout::SpaceAtEnd(const TextChunk& chunk) const {
-    const std::vector<TextCharacter>& characters = content_.GetCharacters();
-    std::size_t last = chunk.stop - 1;
-    while (last > chunk.start && characters[last].isHidden) --last;
-    if (!characters[last].isCollapsed || chunk.first == chunk.end) return 0.0;
-    const TextCluster& space = runs_.GetClusters()[chunk.isRightToLeft ? chunk.first : chunk.end - 1];
-    return space.first == last ? space.Length() + space.after : 0.0;
-}
-
 double TextLayout::LengthOf(const TextChunk& chunk) const {
     double length = 0.0;
     for (std::size_t i = chunk.first; i < chunk.end; ++i)
@@ -128,9 +124,7 @@ double TextLayout::LengthOf(const TextChunk& chunk) const {
 
 void TextLayout::PlaceChunk(const TextChunk& chunk, ORVMathPoint2D& pen) {
     const bool isVertical = content_.IsVertical();
-    const double space = SpaceAtEnd(chunk), length = LengthOf(chunk);
-    const double before =
-        AnchorShare(chunk) * (length - space) + (chunk.isRightToLeft && !isVertical ? space : 0.0);
+    const double before = AnchorShare(chunk) * LengthOf(chunk);
     double along = -before;
     for (std::size_t i = chunk.first; i < chunk.end; ++i) {
         const TextCluster& cluster = runs_.GetClusters()[i];
@@ -154,7 +148,7 @@ void TextLayout::PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMa
     const double begin = rail.offset + (start.hasX ? start.x : 0.0);
     // On a closed path, text goes around once.
     const double first = rail.path.IsClosed() ? begin - share * whole : 0.0;
-    double along = begin - share * (LengthOf(chunk) - SpaceAtEnd(chunk));
+    double along = begin - share * LengthOf(chunk);
     for (std::size_t i = chunk.first; i < chunk.end; ++i) {
         const TextCluster& cluster = runs_.GetClusters()[i];
         const ORVMathPoint2D move = MoveOf(chunk, cluster);

@@ -61,7 +61,6 @@ private:
     void FindMoves(const TextChunk& chunk);
     ORVMathPoint2D MoveOf(const TextChunk& chunk, const TextCluster& cluster) const;
     double AnchorShare(const TextChunk& chunk) const;
-    double SpaceAtEnd(const TextChunk& chunk) const;
     double LengthOf(const TextChunk& chunk) const;
     void PlaceChunk(const TextChunk& chunk, ORVMathPoint2D& pen);
     void PlaceOnRail(const TextChunk& chunk, const TextRail& rail, ORVMathPoint2D& pen);

@@ -66,6 +66,12 @@ bool IsMark(char32_t c) {
     }
 }
 
+/// The character that is canonically equivalent to `before` and `mark`; 0 if there is none.
+char32_t Composition(char32_t before, char32_t mark) {
+    hb_codepoint_t composed = 0;
+    return hb_unicode_compose(hb_unicode_funcs_get_default(), before, mark, &composed) ? composed : 0;
+}
+
 char32_t WithoutControls(char32_t c) { return IsControl(c) ? kZeroWidthSpace : c; }
 
 hb_direction_t DirectionOf(const ShapedItem& item) {
@@ -126,8 +132,8 @@ void Shaper::Take(std::u32string_view text) {
 }
 
 void Shaper::Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs,
-                   bool takesColours) {
-    takesColours_ = takesColours;
+                   const Fallback& fallback) {
+    rules_ = fallback;
     if (!buffer_) buffer_ = hb_buffer_create();
     if (!hb_buffer_allocation_successful(buffer_)) throw std::bad_alloc();
     FindLevels(parts, paragraphs);
@@ -207,19 +213,20 @@ const FileFace& Shaper::InstalledFaceFor(const FileFace& base, char32_t c) {
     if (HasCharacter(base, c)) return base;
     constexpr char32_t kFirstEmoji = 0x1F000;
     const FileFace* other = nullptr;
-    if (takesColours_ && c >= kFirstEmoji) other = fallback_.FindColoured(c);
+    if (rules_.takesColours && c >= kFirstEmoji) other = fallback_.FindColoured(c);
     if (!other) other = fallback_.Find(base, c);
-    if (!other && takesColours_) other = fallback_.FindColoured(c);
+    if (!other && rules_.takesColours) other = fallback_.FindColoured(c);
     return other ? *other : base;
 }
 
 /// A mark uses the face of its base character. If that face has no such mark, a face for the mark is used for
-/// both, if it has both.
+/// both, if it has both. A face that has the composition of both has no need of the mark.
 void Shaper::FindFaces(std::span<const ShapingPart> parts) {
     text_.faces.resize(text_.characters.size());
     text_.marksBefore.assign(text_.characters.size(), kNoMark);
     std::size_t clusterStart = 0;
     std::uint32_t marks = 0;
+    char32_t composed = 0;
     auto part = parts.begin();
     for (std::size_t i = 0; i < text_.characters.size(); ++i) {
         const char32_t c = text_.characters[i];
@@ -235,11 +242,14 @@ void Shaper::FindFaces(std::span<const ShapingPart> parts) {
         if (!isMark) marks = 0;
         if (i == 0 || !isMark) {
             clusterStart = i;
+            composed = c;
             text_.faces[i] = &FaceFor(font, c);
             continue;
         }
         text_.faces[i] = text_.faces[i - 1];
-        if (!text_.faces[i]->GetGlyph(c)) TakeMarksFace(clusterStart, i, font);
+        composed = rules_.composes ? Composition(composed, c) : 0;
+        const bool hasComposed = composed != 0 && text_.faces[i]->GetGlyph(composed);
+        if (!hasComposed && !text_.faces[i]->GetGlyph(c)) TakeMarksFace(clusterStart, i, font);
     }
 }
 

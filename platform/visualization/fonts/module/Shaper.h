@@ -67,11 +67,14 @@ public:
     void Take(std::string_view utf8);
     void Take(std::u32string_view text);
     std::size_t CountCharacters() const { return text_.characters.size(); }
+    /// How fonts are chosen for characters that the text's own font lacks.
+    struct Fallback {
+        bool takesColours = false;  ///< fonts of colour images may be used
+        bool composes = false;      ///< a letter and a mark need no other font if the font has their composition
+    };
     /// Shapes the text. Parts and paragraphs must cover it.
-    /// @param takesColours  whether fallback for characters that no chosen font has may use fonts of colour
-    /// images
     void Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs,
-               bool takesColours = false);
+               const Fallback& fallback);
     /// Reorders the items of each paragraph to visual order.
     void OrderVisually();
     /// Frees buffers that an unusually long text has enlarged.
@@ -114,7 +117,7 @@ private:
     std::vector<ShapedItem> items_;
     std::vector<ShapedGlyph> glyphs_;
     std::size_t clusterCount_ = 0;
-    bool takesColours_ = false;
+    Fallback rules_;
     hb_buffer_t* buffer_ = nullptr;  // created with the first text
     FallbackFonts fallback_;
 };

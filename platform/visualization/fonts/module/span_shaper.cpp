@@ -128,7 +128,7 @@ void ShapeText(std::u32string_view text, std::span<const ORVShapingPart> parts,
     const std::lock_guard lock(Shaper::GetLock());
     Shaper& shaper = Shaper::Get();
     shaper.Take(text);
-    shaper.Shape(converted, apart, true);
+    shaper.Shape(converted, apart, {.takesColours = true, .composes = true});
     shaper.OrderVisually();
     shaped.glyphs.reserve(shaper.GetGlyphs().size());
     for (const ShapedItem& item : shaper.GetItems())

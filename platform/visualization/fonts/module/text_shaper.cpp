@@ -63,7 +63,7 @@ void Shape(Shaper& shaper, std::string_view utf8, const Settings& settings) {
     shaper.Take(utf8.substr(0, kMostBytes));
     const ShapingPart part{shaper.CountCharacters(), &font};
     const ShapingParagraph paragraph{shaper.CountCharacters(), settings.rightToLeftBase};
-    shaper.Shape({&part, 1}, {&paragraph, 1});
+    shaper.Shape({&part, 1}, {&paragraph, 1}, {});
 }
 
 /// Advance along the writing direction; used for both measuring and layout.
