@@ -70,7 +70,7 @@ public:
     /// How fonts are chosen for characters that the text's own font lacks.
     struct Fallback {
         bool takesColours = false;  ///< fonts of colour images may be used
-        bool composes = false;      ///< a letter and a mark need no other font if the font has their composition
+        bool composes = false;  ///< a letter and a mark need no other font if the font has their composition
     };
     /// Shapes the text. Parts and paragraphs must cover it.
     void Shape(std::span<const ShapingPart> parts, std::span<const ShapingParagraph> paragraphs,
