@@ -388,6 +388,10 @@ int ORVFilterImages::DrawTaken() {
     FilterPlan plan;
     if (!FitPlan(filter, whole, plan)) return Refuse("has a filter that takes too much memory");
     if (plan.results.empty() || plan.results.back().IsEmpty()) return kGeneratorDone;
+    constexpr double kRounding = 0.999;
+    if (const double dotsPerInch = plan.grid.pixelsInPx * kPxPerInch;
+        dotsPerInch < options_.dotsPerInch * kRounding)
+        lowered_.Add(dotsPerInch);
     budget_->spent += WorkOf(plan);
     if (!(budget_->spent <= budget_->limit))
         return Refuse("has filters that take too much work; use a lower resolution or simpler filters");

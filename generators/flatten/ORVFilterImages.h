@@ -9,6 +9,7 @@
 #include "generators/common/ORVPageRecording.h"
 #include "generators/flatten/clear_pixels.h"
 #include "generators/flatten/filter_plan.h"
+#include "generators/flatten/lowered_images.h"
 #include "generators/raster/ORVRasterGenerator.h"
 #include "platform/print/ORVPrintFilter.h"
 #include "platform/print/ORVPrintGenerator.h"
@@ -48,6 +49,8 @@ public:
 
     /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
+    /// Filters so far that were computed at a lower resolution. Filters inside others do not count.
+    const ORVLoweredImages& GetLowered() const { return lowered_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -107,6 +110,7 @@ private:
     ORVPrintGenerator& target_;
     const ORVFilterOptions options_;
     ORVFailure failure_;
+    ORVLoweredImages lowered_;
     std::unique_ptr<Budget> ownBudget_;
     Budget* const budget_;
 

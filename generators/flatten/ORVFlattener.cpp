@@ -290,7 +290,9 @@ int ORVFlattener::DrawAwaited() {
 
 int ORVFlattener::DrawPart(const ORVMathBox2D& part) {
     const double most = std::min(kMostPixels, static_cast<double>(ORVPixelImage::GetPixelLimit()));
-    const double scale = std::min(options_.dotsPerInch / kUserUnitsPerInch, std::sqrt(most / Area(part)));
+    const double finest = options_.dotsPerInch / kUserUnitsPerInch;
+    const double scale = std::min(finest, std::sqrt(most / Area(part)));
+    if (scale < finest) lowered_.Add(scale * kUserUnitsPerInch);
     // Whole pixels of the page.
     const double left = std::floor(part.xMin * scale + kUnseen),
                  top = std::floor(part.yMin * scale + kUnseen);

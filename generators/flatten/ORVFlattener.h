@@ -10,6 +10,7 @@
 #include "generators/common/ORVPageRecording.h"
 #include "generators/common/generator_powers.h"
 #include "generators/flatten/flat_pixels.h"
+#include "generators/flatten/lowered_images.h"
 #include "generators/raster/ORVRasterGenerator.h"
 #include "platform/print/ORVPrintGenerator.h"
 #include "platform/system/ORVFailure.h"
@@ -54,6 +55,8 @@ public:
     /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
     const std::string& GetError() const { return failure_.text; }
+    /// Transparent parts so far that were drawn at a lower resolution.
+    const ORVLoweredImages& GetLowered() const { return lowered_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override { return target_.BeginDocument(info); }
     int BeginPage(const ORVPrintPageInfo& info) override;
@@ -107,6 +110,7 @@ private:
     const ORVFlattenOptions options_;
     const unsigned int powers_;
     ORVFailure failure_;
+    ORVLoweredImages lowered_;
 
     std::optional<ORVPageRecording> soFar_;  // the whole page so far, source of the images
     std::vector<Part> parts_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "library/print/PrintJob.h"
 
+#include <cmath>
 #include <utility>
 
 #include "generators/common/generator_status.h"
@@ -19,6 +20,13 @@ std::string PageNumbers(const std::vector<unsigned int>& pages) {
     text += " and " + (pages.size() - named == 1 ? std::to_string(pages.back())
                                                  : std::to_string(pages.size() - named) + " others");
     return text + " have";
+}
+
+/// @param what  one of the images, in the singular
+std::string LoweredText(const ORVLoweredImages& lowered, const char* what) {
+    return std::to_string(lowered.count) + " " + what + (lowered.count == 1 ? " was" : "s were") +
+           " drawn at a lower resolution, " + std::to_string(std::lround(lowered.dotsPerInch)) +
+           (lowered.count == 1 ? "" : " or more") + " dots per inch, to limit memory and time";
 }
 
 }  // namespace
@@ -70,6 +78,7 @@ int PrintJob::Finish() {
     if (watch_ && watch_->IsCancelled()) return ReportFailure(facts_.inputNames, kOutputFailed);
     target_.BeforeCommit(*output_);
     if (output_->Commit() != 1) return ReportFailure(facts_.inputNames, kOutputFailed);
+    ReportLowered();
     return isIncomplete_ ? kResultFailed : kResultDone;
 }
 
@@ -179,6 +188,14 @@ ORVFilterOptions PrintJob::FilterOptions(const ORVFormatOptions& format) const {
     options.paintLimit = format.paintLimit;
     options.threads = format.threads;
     return options;
+}
+
+void PrintJob::ReportLowered() {
+    if (filters_ && filters_->GetLowered().count > 0)
+        host_.Report(kResultDone, facts_.inputNames, LoweredText(filters_->GetLowered(), "filter"));
+    if (flattener_ && flattener_->GetLowered().count > 0)
+        host_.Report(kResultDone, facts_.inputNames,
+                     LoweredText(flattener_->GetLowered(), "transparent part"));
 }
 
 int PrintJob::ReportFailure(const std::string& name, int status) {

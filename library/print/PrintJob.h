@@ -98,6 +98,7 @@ private:
     ORVFormatOptions FormatOptions() const;
     ORVFlattenOptions FlattenOptions(const ORVFormatOptions& format) const;
     ORVFilterOptions FilterOptions(const ORVFormatOptions& format) const;
+    void ReportLowered();
     int ReportFailure(const std::string& name, int status);
     ORVFailure FailureOf(int status) const;
     ORVFailure FailureOfGenerator() const;

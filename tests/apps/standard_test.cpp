@@ -89,6 +89,30 @@ TEST_F(StandardTest, EveryFormatDrawsFilters) {
     EXPECT_THAT(run.output, Not(HasSubstr(std::string("\xff\x00\x00\xff\x00\x00", 6))));
 }
 
+TEST_F(StandardTest, PartsOfLowerResolutionAreReported) {
+    const struct {
+        const char *content, *pixels, *message;
+    } rows[] = {
+        {"<rect width='400' height='400' opacity='.5'/>", "image-pixels=10000",
+         "orvprint: standard input: 1 transparent part was drawn at a lower resolution, 24 dots per inch, to "
+         "limit memory and time\n"},
+        {"<rect width='400' height='400' opacity='.5'/>", "image-pixels=10000000", ""},
+        {"<rect width='100' height='100' opacity='.5'/><rect x='200' width='200' height='200' opacity='.5'/>",
+         "image-pixels=10000",
+         "orvprint: standard input: 2 transparent parts were drawn at a lower resolution, 48 or more dots "
+         "per "
+         "inch, to limit memory and time\n"},
+    };
+    for (const auto& row : rows) {
+        const ToolRun run =
+            Run({"-", "-o", "o.ps", "--interpreter", "svg2", "--limit", row.pixels},
+                std::string("<svg xmlns='http://www.w3.org/2000/svg' width='400' height='400'>") +
+                    row.content + "</svg>");
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.errors, row.message);
+    }
+}
+
 TEST_F(StandardTest, InspectWritesFilters) {
     const ToolRun run = Run({"inspect", "--json", "-", "--interpreter", "svg2"},
                             "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='48'>"

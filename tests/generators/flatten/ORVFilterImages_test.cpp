@@ -422,6 +422,10 @@ TEST_F(ORVFilterImagesTest, ManyFiltersGetALowerResolution) {
             EXPECT_EQ(stage_->EndPage(), 1);
         }
         ASSERT_EQ(page_.images.size(), 10U);
+        const ORVLoweredImages& lowered = stage_->GetLowered();
+        EXPECT_EQ(lowered.count > 0, row.last < row.first);
+        EXPECT_LE(lowered.count, 8U);  // not the first of each page
+        if (lowered.count > 0) EXPECT_NEAR(lowered.dotsPerInch, row.least, 1e-9);
         // Each page begins anew.
         for (const std::size_t page : {0U, 5U}) {
             EXPECT_NEAR(page_.images[page].width, row.first, 4) << row.least << " " << row.fullWork;
