@@ -233,7 +233,7 @@ std::uint32_t ORVPageRecording::AddStroke(const ORVPrintStroke* stroke) {
             last.stroke.cap == stroke->cap && last.stroke.join == stroke->join &&
             last.stroke.miterLimit == stroke->miterLimit && last.stroke.gradient == gradient &&
             last.stroke.dashOffset == stroke->dashOffset && last.stroke.isCrisp == stroke->isCrisp &&
-            last.stroke.hasExactEnds == stroke->hasExactEnds &&
+            last.stroke.isExact == stroke->isExact &&
             std::equal(dashes, dashes + last.dashCount, stroke->dashes.begin(), stroke->dashes.end()))
             return Last(strokes_.size());
     }

@@ -65,6 +65,14 @@ void DisplayList::AddShape(const ORVPrintShape& shape) {
     if (IsDrawable(toDevice)) AddPath(shape.path, toDevice, shape.fill, shape.stroke);
 }
 
+double DisplayList::ThinnestOf(const ORVPrintStroke& stroke) const {
+    // What rounding to parts of pixels leaves of a line.
+    constexpr double kThinnestExact = 1.0 / 64.0;
+    // Without antialiasing, lines thinner than a pixel would have gaps.
+    if (stroke.isCrisp) return std::max(thinnest_, 1.0);
+    return stroke.isExact && smooths_ ? kThinnestExact : thinnest_;
+}
+
 void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, const ORVPrintFill* fill,
                           const ORVPrintStroke* stroke) {
     RasterGeometry geometry;
@@ -90,8 +98,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.fills = false;
         operation.isCrisp = operation.smooths && stroke->isCrisp;
         operation.smooths = operation.smooths && !stroke->isCrisp;
-        // Without antialiasing, lines thinner than a pixel would have gaps.
-        operation.pen = pens_.Find(*stroke, toDevice, stroke->isCrisp ? std::max(thinnest_, 1.0) : thinnest_);
+        operation.pen = pens_.Find(*stroke, toDevice, ThinnestOf(*stroke));
         SetGradient(stroke->gradient, operation);
         AddOperation(operation, extent);
     }

@@ -57,6 +57,8 @@ public:
 private:
     ORVMathAffine2D ToDevice(const ORVMathAffine2D& toPage) const;
     RasterOperation NewOperation(const ORVPrintColour& colour) const;
+    /// Minimum width of a line, in pixels.
+    double ThinnestOf(const ORVPrintStroke& stroke) const;
     void AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDevice, const ORVPrintFill* fill,
                  const ORVPrintStroke* stroke);
     /// Paints with a gradient instead of the colour, if that is possible.

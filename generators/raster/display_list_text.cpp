@@ -64,7 +64,7 @@ void DisplayList::AddRun(const ORVPrintText& text, const ORVGlyphRun& run, const
         operation.colour = text.stroke->colour;
         operation.image = nullptr;
         operation.fills = false;
-        operation.pen = pens_.Find(*text.stroke, toDevice, thinnest_);
+        operation.pen = pens_.Find(*text.stroke, toDevice, ThinnestOf(*text.stroke));
         SetGradient(text.stroke->gradient, operation);
         AddGlyphs(operation);
     }

@@ -22,7 +22,7 @@ const StrokePen* PenStore::Find(const ORVPrintStroke& stroke, const ORVMathAffin
         return kept.stroke.width == stroke.width && kept.stroke.cap == stroke.cap &&
                kept.stroke.join == stroke.join && kept.stroke.miterLimit == stroke.miterLimit &&
                kept.stroke.dashOffset == stroke.dashOffset && kept.stroke.isCrisp == stroke.isCrisp &&
-               kept.stroke.hasExactEnds == stroke.hasExactEnds && IsSameLinearMap(kept.map, linear) &&
+               kept.stroke.isExact == stroke.isExact && IsSameLinearMap(kept.map, linear) &&
                std::equal(kept.dashes.begin(), kept.dashes.end(), stroke.dashes.begin(), stroke.dashes.end());
     };
     const auto end = pens_.size() > kPensToCompare ? pens_.rbegin() + kPensToCompare : pens_.rend();

@@ -86,7 +86,7 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     StrokePen pen;
     pen.cap = stroke.cap;
     pen.join = stroke.join;
-    pen.hasExactEnds = stroke.hasExactEnds;
+    pen.hasExactEnds = stroke.isExact;
     pen.miterLimit = stroke.miterLimit >= 1.0 ? std::min(stroke.miterLimit, 1e6) : 1.0;
     pen.toDevice = {toDevice.m11, toDevice.m12, toDevice.m21, toDevice.m22, 0.0, 0.0};
     double longer = 1.0, shorter = 1.0;
@@ -99,7 +99,8 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     const double dashScale = longer;
     if (longer * halfWidth < least) {
         // Widen to the minimum width.
-        const double wanted = longer * halfWidth < least * kNoWidth ? std::max(least, 0.5) : least;
+        const bool hasNoWidth = !stroke.isExact && longer * halfWidth < least * kNoWidth;
+        const double wanted = hasNoWidth ? std::max(least, 0.5) : least;
         halfWidth = wanted / longer;
     }
     const std::optional<ORVMathAffine2D> fromDevice = pen.toDevice.Inverse();

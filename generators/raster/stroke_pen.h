@@ -27,7 +27,7 @@ struct StrokePen {
     double dashPeriod = 0.0;
     /// Phase at which a line begins, less than dashPeriod.
     double dashStart = 0.0;
-    bool hasExactEnds = false;         ///< as in ORVPrintStroke
+    bool hasExactEnds = false;         ///< ORVPrintStroke::isExact
     bool isFine = false;               ///< the dashes are finer than pixels
     bool hidesGaps = false;            ///< caps cover the gaps between dashes, to pixel accuracy
     std::span<const double> dashEnds;  ///< ends of dashes and gaps, from the start of the pattern

@@ -76,9 +76,10 @@ struct ORVPrintStroke {
     double dashOffset = 0.0;                     ///< start in the dash pattern; not negative
     const ORVPrintGradient* gradient = nullptr;  ///< as in ORVPrintFill
     bool isCrisp = false;                        ///< as in ORVPrintFill
-    /// Caps and joins at curves follow the curve's tangent instead of its flattened form. For raster output;
-    /// the dialect SVG keeps the flattened form.
-    bool hasExactEnds = false;
+    /// For raster output: caps and joins at curves follow the curve's tangent instead of its flattened form,
+    /// and lines thinner than a pixel are as light as their width says. The dialect SVG keeps the flattened
+    /// form, and gives lines a minimum width.
+    bool isExact = false;
 };
 
 /// An outline with its paints. The fill is painted before the stroke.

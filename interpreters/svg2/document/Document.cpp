@@ -198,10 +198,16 @@ std::optional<std::string_view> Document::Find(ElementIndex element, Name name) 
     const std::uint32_t knownCount = ORVCountBits(node.known);
     if (node.attributeCount == knownCount && name != Name::kHref) return std::nullopt;
     const std::string_view text = TextOf(name);
-    std::optional<std::string_view> prefixed;
+    std::optional<std::string_view> plain, prefixed;
     for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
         const ORVXmlAttribute attribute = node.GetAttribute(i);
-        if (attribute.name == text) return attribute.value;
+        if (attribute.name == text) {
+            if (name == Name::kLang)
+                plain = attribute.value;  // xml:lang beats it
+            else if (name != Name::kSpace)
+                return attribute.value;
+            continue;
+        }
         if (!attribute.name.ends_with(text)) continue;
         const QualifiedName parts = Split(attribute.name);
         if (parts.local != text) continue;
@@ -211,7 +217,7 @@ std::optional<std::string_view> Document::Find(ElementIndex element, Name name) 
                                 : editorPrefixes_.contains(parts.prefix);
         if (counts) prefixed = attribute.value;
     }
-    return prefixed;
+    return prefixed ? prefixed : plain;
 }
 
 ElementIndex Document::FindById(std::string_view id) const {

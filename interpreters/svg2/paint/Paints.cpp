@@ -143,7 +143,7 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     stroke.join = style.join;
     stroke.miterLimit = style.miterLimit;
     stroke.isCrisp = style.hasCrispEdges;
-    stroke.hasExactEnds = true;
+    stroke.isExact = true;
     stroke.dashes = {};
     stroke.dashOffset = 0.0;
     if (!style.dashes || style.dashes->empty()) return true;

@@ -154,7 +154,7 @@ TEST(StrokeTest, ExactEndsArePerpendicularToCurves) {
     arc.CubicTo({50.0 + kRadius, 50.0 + k}, {50.0 + k, 50.0 + kRadius}, {50.0, 50.0 + kRadius});
     ORVPrintStroke stroke = Pen(kWidth);
     EXPECT_GT(InkOutsideQuarter(arc, stroke, {}), 5.0);
-    stroke.hasExactEnds = true;
+    stroke.isExact = true;
     EXPECT_LT(InkOutsideQuarter(arc, stroke, {}), 0.2);
 
     // A dash from the middle of a curve to that of the next; the page is turned by an eighth.
@@ -176,7 +176,7 @@ TEST(StrokeTest, ExactJoinsFollowTheTangents) {
     path.LineTo({50, 90});
     for (const Join join : {Join::kMiter, Join::kRound, Join::kBevel}) {
         ORVPrintStroke stroke = Pen(18, Cap::kButt, join);
-        stroke.hasExactEnds = true;
+        stroke.isExact = true;
         EXPECT_NEAR(InkOf(path, stroke), kPi / 4.0 * (19 * 19 - 1) + 40 * 18, 1.5);
     }
 }
@@ -344,6 +344,21 @@ TEST(StrokeTest, ThinLinesStayVisible) {
     // As good as none: the thinnest line there is.
     EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-9)), 40.0, 0.3);
     EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-300)), 40.0, 0.3);
+}
+
+TEST(StrokeTest, ExactThinLinesAreAsLightAsTheirWidth) {
+    for (const double width : {0.4, 0.1, 0.05}) {
+        PixelPage page(40.0, 40.0);
+        ORVPrintStroke stroke = Pen(width);
+        stroke.isExact = true;
+        EXPECT_EQ(page.Get().DrawShape({Line({{5, 5}, {35, 30}}), {}, nullptr, &stroke}), 1);
+        page.Finish();
+        const double length = std::hypot(30.0, 25.0);
+        EXPECT_NEAR(page.TotalInk(), length * width, 0.5) << width;
+    }
+    ORVPrintStroke stroke = Pen(1e-9);
+    stroke.isExact = true;
+    EXPECT_LT(InkOf(Line({{10, 20}, {50, 20}}), stroke), 1.0);
 }
 
 TEST(StrokeTest, ThinLinesInBlackAndWhiteDoNotBreak) {
