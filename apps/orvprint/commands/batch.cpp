@@ -422,8 +422,9 @@ private:
         std::array<char, 32> seconds{};
         std::snprintf(seconds.data(), seconds.size(), ", %.1f s",
                       std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count());
-        std::string line = std::to_string(converted_) + " of " + std::to_string(options_.inputs.size()) +
-                           " converted, " + std::to_string(failures_.size()) + " failed";
+        std::string line = std::to_string(converted_ - unchanged_) + " of " +
+                           std::to_string(options_.inputs.size()) + " converted, " +
+                           std::to_string(failures_.size()) + " failed";
         if (unchanged_ > 0) line += ", " + std::to_string(unchanged_) + " unchanged";
         if (missing > 0) line += ", " + std::to_string(missing) + " not done";
         if (EndSignals::GetCaught() != 0) line = "interrupted: " + line;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdlib>
 
 namespace {
@@ -56,4 +57,11 @@ CLI::Option* CommandOptions::Unused() {
     static CLI::App app;
     static CLI::Option* const option = app.add_flag("--unused");
     return option;
+}
+
+std::string CommandOptions::NumberText(double number) {
+    std::array<char, 32> text{};
+    const char* const end =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
+    return {text.data(), static_cast<std::size_t>(end - text.data())};
 }

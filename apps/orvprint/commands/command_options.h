@@ -6,6 +6,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -66,12 +67,19 @@ public:
         if (CLI::Option* const option = get_option_no_throw(name)) app_->remove_option(option);
     }
 
-    /// CLI11's range check. Its description, which messages quote, takes longer to build than an option; it
-    /// is built only when the command line is parsed again with all options.
+    /// Refuses what is no number from `least` to `most`.
     template <class Number>
-    CLI::Validator IsInRange(Number least, Number most) const {
-        if (words_.AreAll()) return CLI::Range(least, most);
-        return {[=](std::string& text) { return CLI::Range(least, most)(text); }, ""};
+    static CLI::Validator IsInRange(Number least, Number most) {
+        return {[=](const std::string& text) {
+                    Number value{};
+                    const bool isIn =
+                        CLI::detail::lexical_cast(text, value) && value >= least && value <= most;
+                    return isIn ? std::string()
+                                : "'" + text + "' is not a " + (std::is_integral_v<Number> ? "whole " : "") +
+                                      "number from " + NumberText(static_cast<double>(least)) + " to " +
+                                      NumberText(static_cast<double>(most));
+                },
+                ""};
     }
 
     /// A subcommand with options of its own. If it is not given, none are registered.
@@ -82,6 +90,8 @@ public:
     bool parsed() const { return app_ && app_->parsed(); }
 
 private:
+    /// A number in full, without an exponent or trailing zeros.
+    static std::string NumberText(double number);
     bool Takes(std::string_view names) const { return app_ && words_.MayHold(names); }
     /// An option whose settings have no effect.
     static CLI::Option* Unused();

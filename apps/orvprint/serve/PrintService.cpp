@@ -27,6 +27,13 @@ double SecondsBetween(WorkerLink::Clock::time_point from, WorkerLink::Clock::tim
     return std::chrono::duration<double>(to - from).count();
 }
 
+/// For a client that has gone away.
+HttpAnswer NoAnswer() {
+    HttpAnswer answer;
+    answer.status = 0;
+    return answer;
+}
+
 WorkerLink::Clock::duration Seconds(double seconds) {
     return std::chrono::duration_cast<WorkerLink::Clock::duration>(std::chrono::duration<double>(seconds));
 }
@@ -129,7 +136,7 @@ void PrintService::Take(HttpRequest request) {
 void PrintService::Leave(std::uint64_t id) {
     const auto isIt = [id](const std::unique_ptr<Job>& job) { return job && job->request.id == id; };
     if (const auto waiting = std::find_if(queue_.begin(), queue_.end(), isIt); waiting != queue_.end()) {
-        Finish(**waiting, {.status = 0}, kExitDone, "the client went away");
+        Finish(**waiting, NoAnswer(), kExitDone, "the client went away");
         queue_.erase(waiting);
         return;
     }
@@ -325,7 +332,7 @@ void PrintService::FailJob(Slot& slot, int status) {
     std::vector<std::string> lines = LinesOf(slot.link.TakeErrors());
     const bool isTimeUp = slot.isTimeUp;
     if (job->isLeft) {
-        Finish(*job, {.status = 0}, kExitDone, "the client went away");
+        Finish(*job, NoAnswer(), kExitDone, "the client went away");
         return Replace(slot, "cancelled");
     }
     // A worker that runs out of time or memory reports that and exits.

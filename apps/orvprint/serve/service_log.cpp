@@ -25,7 +25,7 @@ std::string Now() {
         now - std::chrono::system_clock::from_time_t(seconds));
     std::tm parts{};
     gmtime_r(&seconds, &parts);
-    std::array<char, 40> text{};
+    std::array<char, 96> text{};  // for any int in each place
     std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", parts.tm_year + 1900,
                   parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec,
                   static_cast<int>(fraction.count()));
