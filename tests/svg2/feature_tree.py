@@ -76,7 +76,7 @@ def draw_others(programs, paths, folder):
 
 def read_page(file, size=None):
     """The page in a file, halved when that makes it as large as asked for; nothing when there is none."""
-    if not os.path.exists(file):
+    if not os.path.exists(file) or os.path.getsize(file) == 0:
         return None
     image = Image.open(file).convert("RGBA")
     page = Image.new("RGB", image.size, "white")

@@ -4,58 +4,13 @@
 #include <optional>
 
 #include "interpreters/svg2/drawing/Drawing.h"
+#include "interpreters/svg2/paint/pattern_definition.h"
 #include "interpreters/svg2/tree/shapes.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/print/ORVPrintModelRender.h"
 
 namespace svg2 {
 namespace {
-
-/// A pattern with the attributes it takes from its templates.
-struct PatternDefinition {
-    ElementIndex content = kNoElement;  ///< element whose children are drawn
-    Units units = Units::kBoundingBox, contentUnits = Units::kUserSpace;
-    std::optional<Rectangle> viewBox;
-    AspectRatio ratio;
-    ORVMathAffine2D transform;
-    bool isSingular = false;
-    /// Elements that specify x, y, width and height.
-    ElementIndex places[4] = {kNoElement, kNoElement, kNoElement, kNoElement};
-};
-
-constexpr Name kPlaces[] = {Name::kX, Name::kY, Name::kWidth, Name::kHeight};
-
-PatternDefinition ResolvePattern(Scene& scene, ElementIndex pattern) {
-    const Document& document = scene.GetDocument();
-    PatternDefinition definition;
-    bool hasUnits = false, hasContentUnits = false, hasTransform = false, hasRatio = false;
-    for (const ElementIndex next :
-         scene.TemplateChain(pattern, [](Tag tag) { return tag == Tag::kPattern; })) {
-        const Style& style = scene.StyleInPlace(next);
-        for (std::size_t i = 0; i < std::size(kPlaces); ++i) {
-            Length length;
-            if (definition.places[i] == kNoElement &&
-                ReadLength(document.ValueOf(next, kPlaces[i]), scene.GetCascade().SizesOf(style), length))
-                definition.places[i] = next;
-        }
-        if (!hasUnits && (hasUnits = document.Find(next, Name::kPatternUnits).has_value()))
-            definition.units = scene.UnitsOf(next, Name::kPatternUnits, Units::kBoundingBox);
-        if (!hasContentUnits &&
-            (hasContentUnits = document.Find(next, Name::kPatternContentUnits).has_value()))
-            definition.contentUnits = scene.UnitsOf(next, Name::kPatternContentUnits, Units::kUserSpace);
-        if (!hasTransform && (document.Find(next, Name::kPatternTransform) || style.geometry)) {
-            hasTransform = true;
-            definition.isSingular =
-                !scene.TransformOf(next, style, {1.0, 1.0}, definition.transform, Name::kPatternTransform);
-        }
-        if (!definition.viewBox) definition.viewBox = ReadViewBox(document.ValueOf(next, Name::kViewBox));
-        if (!hasRatio && (hasRatio = document.Find(next, Name::kPreserveAspectRatio).has_value()))
-            definition.ratio = ReadAspectRatio(document.ValueOf(next, Name::kPreserveAspectRatio));
-        if (definition.content == kNoElement && document[next].firstChild != kNoElement)
-            definition.content = next;
-    }
-    return definition;
-}
 
 /// The range of tiles that intersect a box.
 std::optional<TileRange> FindTiles(const ORVMathBox2D& box, const Rectangle& tile) {
@@ -88,23 +43,14 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
         state.depth + 1 >= DrawingBudget::kGreatestDepth)
         return;
     const PatternDefinition pattern = ResolvePattern(scene_, paint.pattern);
-    if (pattern.content == kNoElement || pattern.isSingular || paint.opacity <= 0.0) return;
+    if (pattern.isSingular || paint.opacity <= 0.0) return;
 
-    const bool isOfBox = pattern.units == Units::kBoundingBox;
     const double boxWidth = paint.box.xMax - paint.box.xMin, boxHeight = paint.box.yMax - paint.box.yMin;
-    const bool needsBox = isOfBox || (pattern.contentUnits == Units::kBoundingBox && !pattern.viewBox);
+    const bool needsBox = pattern.units == Units::kBoundingBox ||
+                          (pattern.contentUnits == Units::kBoundingBox && !pattern.viewBox);
     if (needsBox && !(boxWidth > 0.0 && boxHeight > 0.0)) return;
-    const Viewport unit{1.0, 1.0};
-    const auto placeOf = [&](int i, Axis axis) {
-        if (pattern.places[i] == kNoElement) return 0.0;
-        return scene_.LengthOf(pattern.places[i], kPlaces[i], scene_.StyleInPlace(pattern.places[i]),
-                               isOfBox ? unit : paint.viewport, axis);
-    };
-    Rectangle tile{placeOf(0, Axis::kX), placeOf(1, Axis::kY), placeOf(2, Axis::kX), placeOf(3, Axis::kY)};
-    if (isOfBox)
-        tile = {paint.box.xMin + tile.x * boxWidth, paint.box.yMin + tile.y * boxHeight,
-                tile.width * boxWidth, tile.height * boxHeight};
-    if (!(tile.width > 0.0) || !(tile.height > 0.0)) return;
+    const Rectangle tile = pattern.TileOf(scene_, paint.box, paint.viewport);
+    if (!pattern.HasTiles(tile)) return;
 
     const Style& contentStyle = scene_.StyleInPlace(pattern.content);
     DrawState inner = state;
@@ -113,7 +59,6 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     ORVMathAffine2D toTile = ORVMathAffine2D::Translation(tile.x, tile.y);
     inner.viewport = paint.viewport;
     if (pattern.viewBox) {
-        if (pattern.viewBox->width == 0.0 || pattern.viewBox->height == 0.0) return;
         toTile = FitViewBox(*pattern.viewBox, pattern.ratio, tile);
         inner.viewport = {pattern.viewBox->width, pattern.viewBox->height};
     } else if (pattern.contentUnits == Units::kBoundingBox) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "interpreters/svg2/paint/pattern_definition.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "interpreters/svg2/values/view_box.h"
 
@@ -85,6 +86,14 @@ void Paints::MakePlain(Paint::Kind kind, const Colour& colour, double opacity, c
     if (made.colour.opacity > 0) made.kind = MadePaint::Kind::kColour;
 }
 
+/// Whether a pattern that paints nothing is replaced by a stated fallback.
+bool Paints::UsesFallback(const Paint& paint, ElementIndex pattern, const ORVMathBox2D& box,
+                          const Viewport& viewport) {
+    if (paint.fallback == Paint::Kind::kNone) return false;
+    const PatternDefinition definition = ResolvePattern(scene_, pattern);
+    return !definition.HasTiles(definition.TileOf(scene_, box, viewport));
+}
+
 void Paints::MakeReferenced(const Paint& paint, double opacity, const PaintPlace& place, MadePaint& made) {
     const Document& document = scene_.GetDocument();
     const ElementIndex server = document.FindById(paint.reference);
@@ -107,7 +116,8 @@ void Paints::MakeReferenced(const Paint& paint, double opacity, const PaintPlace
     } else if (server != kNoElement && document[server].tag == Tag::kPattern) {
         made.box = place.box();
         const bool hasArea = made.box.xMax > made.box.xMin && made.box.yMax > made.box.yMin;
-        if (hasArea || !NeedsBox(scene_, server)) {
+        if ((hasArea || !NeedsBox(scene_, server)) &&
+            !UsesFallback(paint, server, made.box, place.viewport)) {
             made.kind = MadePaint::Kind::kPattern;
             made.pattern = server;
             made.opacity = opacity;

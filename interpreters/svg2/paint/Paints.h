@@ -66,6 +66,8 @@ public:
     bool MakePen(const Style& style, const Viewport& viewport, double dashScale, ORVPrintStroke& stroke);
 
 private:
+    bool UsesFallback(const Paint& paint, ElementIndex pattern, const ORVMathBox2D& box,
+                      const Viewport& viewport);
     void MakeReferenced(const Paint& paint, double opacity, const PaintPlace& place, MadePaint& made);
     void MakePlain(Paint::Kind kind, const Colour& colour, double opacity, const PaintPlace& place,
                    MadePaint& made);
