@@ -83,7 +83,7 @@ TEST(ClipTest, IsAnOutlineWhereItsShapesDoNotOverlap) {
     });
 }
 
-// With clip units of objectBoundingBox, the corner of the clip shows which box is used.
+// With clipPathUnits="objectBoundingBox", the corners of the clip show which box is used.
 TEST(ClipTest, BoxUnitsAreOfAllThatAnElementDraws) {
     const struct {
         const char *content, *box;
@@ -149,7 +149,8 @@ TEST(ClipTest, TakesShapesOfStyleSheets) {
 }
 
 TEST(ClipTest, CountsPercentagesOfTheViewport) {
-    // As outside the clip: in units of the shape's bounding box, it would be far outside.
+    // 50% of the viewport is 50, as outside of clip paths. In units of the bounding box, this is far outside
+    // the shape.
     EXPECT_EQ(SketchContent("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect x='50%' width='1' "
                             "height='1'/></clipPath><rect width='10' height='10' clip-path='url(#c)'/>"),
               "clip path 500,0 510,10\n  0,0 10,10 fill #000000\n");

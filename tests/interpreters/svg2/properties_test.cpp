@@ -24,7 +24,7 @@ void Put(std::ostream& out, const ColourValue& v) {
 
 void Put(std::ostream& out, const Length& l) { out << l.px << '+' << l.percent << "% "; }
 
-/// All values of a style in one text.
+/// All values of a style as one text.
 std::string Written(const Style& s) {
     std::ostringstream out;
     Put(out, s.colour);
@@ -205,7 +205,7 @@ TEST(PropertyTest, FontSetsWhatItNamesAndResetsTheRest) {
         EXPECT_EQ(style.fontWeight, font.weight) << font.text;
         EXPECT_EQ(style.isItalic, font.isItalic) << font.text;
         EXPECT_EQ(style.fontFamily, font.family) << font.text;
-        // There is no presentation attribute of this name.
+        // `font` is not a presentation attribute.
         EXPECT_FALSE(SetProperty(Name::kFont, font.text, {initial, {}, true}, style)) << font.text;
     }
 }

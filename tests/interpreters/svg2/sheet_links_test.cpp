@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Media and texts of the linked sheets, then the references that cannot be read.
+/// Media and text of each linked style sheet, followed by the references that could not be read.
 std::string Found(const std::string& prolog, const std::string& path = "") {
     std::vector<std::string> lost;
     std::string text;

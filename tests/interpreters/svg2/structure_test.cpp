@@ -109,7 +109,7 @@ TEST(StructureTest, InnerViewportsFitAndCut) {
     EXPECT_EQ(SketchContent("<svg x='10' y='20' width='40' height='20' viewBox='0 0 10 10'>"
                             "<rect width='10' height='10'/></svg>"),
               "clip 10,20 50,40\n  20,20 40,40 fill #000000\n");
-    // The initial value is inherited, not that of the root, which clips by itself.
+    // The root clips by default, but passes on the initial value of overflow, which is "visible".
     EXPECT_EQ(
         SketchContent("<svg width='4' height='4' overflow='inherit'><rect width='5' height='5'/></svg>"),
         "0,0 5,5 fill #000000\n");

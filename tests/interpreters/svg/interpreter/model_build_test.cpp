@@ -195,7 +195,7 @@ TEST_P(MemoryWatchTest, EveryChildCountsWhateverItsName) {
 }
 
 TEST_P(MemoryWatchTest, ReportsAndGoesOn) {
-    // Found to be short at child 1: reported before children 2, 3 and 4.
+    // Memory is found to be short at child 1, and reported before children 2, 3 and 4.
     shortFrom = 1;
     EXPECT_EQ(Build(Document("doc", "svg", 5)), "[0][1][2][3][4]");
     EXPECT_EQ(Messages(), 3U);

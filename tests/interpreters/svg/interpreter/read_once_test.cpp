@@ -19,7 +19,7 @@
 
 namespace {
 
-/// A drawing with all kinds of long texts that are released, and those still in its tree.
+/// Parses a drawing with every kind of long text that is released, and tells which ones its tree still holds.
 class ReadOnceTest : public testing::TestWithParam<Backend> {
 protected:
     ReadOnceTest() {
@@ -91,7 +91,7 @@ TEST_P(ReadOnceTest, StreamsGiveTheSameModelEachTime) {
     EXPECT_EQ(SketchOfStream(document_), Build());
 }
 
-// Also if the tree holds copies because the document is not in plain form.
+// This also applies to trees that hold copies because the document has a DTD.
 TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     for (const std::string start : {"", "<!DOCTYPE svg [<!ENTITY e 'x'>]>"}) {
         Parse(start + document_, ORVXmlReading::kAny);

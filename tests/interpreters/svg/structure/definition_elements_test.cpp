@@ -294,7 +294,7 @@ TEST(DefinitionStateTest, HoldersKeepTheStateInForce) {
 }
 
 TEST(DefinitionStateTest, TextSetOfAHolderIsTheDefault) {
-    // The holder is where the font size is 20, but counts as having the default size.
+    // The font size is 20 where the holder is defined, but the holder counts as having the default size.
     const BuiltModel model(Drawing(
         "<g font-size='20'><defs><symbol id='s'/></defs><use xlink:href='#s'/><use xlink:href='#s'/></g>"));
     const ORVPrtChildList& uses = *model.GetPage().GetChildren().at(0)->GetChildList();
@@ -302,7 +302,7 @@ TEST(DefinitionStateTest, TextSetOfAHolderIsTheDefault) {
 }
 
 TEST(DefinitionStateTest, AttributesOfDefsAreInForce) {
-    // References are compared with its own paint.
+    // References are compared with the paint of "defs" itself.
     const BuiltModel model(
         Drawing("<defs fill='red'><symbol id='s'/></defs><use fill='red' xlink:href='#s'/><use fill='red' "
                 "xlink:href='#s'/>"

@@ -125,7 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "<g transform='scale(2)'><rect x='5' y='6' width='10' height='20'/></g>", "(10,-52) 20x40",
                   "(10,-52) 20x40"},
         FrameCase{"WidthAloneIsASize", "width='50'", kContent, "(0,0) 50x0", "(0,0) 50x0"},
-        // The content of a fragment has no page height, so a height alone is none.
+        // The content of a fragment has no page height, so a height alone does not count as a size.
         FrameCase{"HeightAloneIsASizeOfADocument", "height='50'", kContent, "(0,0) 0x50", "(5,-26) 10x20"},
         FrameCase{"UnreadableSize", "width='auto' height='auto'", kContent, "(5,-26) 10x20", "(5,-26) 10x20"},
         FrameCase{"NegativeSize", "width='-5' height='-5'", "<rect x='5' width='10' height='20'/>",

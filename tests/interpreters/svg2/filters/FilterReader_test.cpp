@@ -11,8 +11,8 @@ struct Row {
     const char *name, *primitives, *steps;
 };
 
-/// The steps made from primitives, in a region of 0,0 to 10,10, without their names, and without their colour
-/// space if it is linear.
+/// The steps that these primitives result in, with a filter region of 0,0 to 10,10. Omits the names of
+/// results, regions equal to that of the filter, and the colour space if it is linearRGB.
 std::string StepsOf(const std::string& primitives, const std::string& attributes = {}) {
     const std::string sketch = SketchContent(
         "<filter id='f' filterUnits='userSpaceOnUse' x='0' y='0' width='10' height='10' " + attributes + ">" +
@@ -197,7 +197,7 @@ TEST(FilterReaderTest, RegionsAndWholeFilters) {
     for (const Whole& row : kRows) EXPECT_EQ(SketchContent(row.content), row.calls) << row.name;
 }
 
-/// The lines below that of the filter.
+/// The sketch without its first line, which describes the filter.
 std::string ContentOf(const std::string& content) {
     const std::string sketch = SketchContent(content);
     return sketch.substr(sketch.find('\n') + 1);
@@ -213,7 +213,7 @@ TEST(FilterReaderTest, ImagesAreInputs) {
         "  input\n    11,0 16,5 fill #ff0000\n  0,0 1,1 fill #000000\n");
     EXPECT_EQ(ContentOf(filter + "<feImage href='#none'/></filter>" + rect),
               "  input\n  0,0 1,1 fill #000000\n");
-    // References back to the filter are drawn without it.
+    // An element that uses the filter is drawn without it when the filter refers to that element.
     EXPECT_EQ(ContentOf(filter + "<feImage href='#e'/></filter><rect id='e' width='1' height='1' "
                                  "filter='url(#f)'/>"),
               "  input\n    0,0 1,1 fill #000000\n  0,0 1,1 fill #000000\n");

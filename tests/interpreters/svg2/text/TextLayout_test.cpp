@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Texts of a drawing with the places that they start at, without their paints.
+/// The texts of a drawing with their start points, without their paint.
 std::string Texts(const std::string& content) {
     const std::string calls =
         SketchContent("<g font-family='DejaVu Sans Mono' font-size='10'>" + content + "</g>");
@@ -142,7 +142,7 @@ TEST(TextTest, LinesHaveThePaintOfWhoAsksForThem) {
     EXPECT_EQ(calls.find(" fill #ff0000\n\"ab\" 0,50 fill #0000ff\n"), calls.find(" fill")) << calls;
 }
 
-// Across the middle of the em boxes, 0.346 em above the baseline.
+// Vertical lines run through the middle of the em boxes, 0.346 em above the baseline.
 TEST(TextTest, VerticalLinesGoDown) {
     const struct {
         const char *name, *content, *texts;

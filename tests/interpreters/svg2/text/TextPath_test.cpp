@@ -49,7 +49,7 @@ TEST(TextPathTest, PlacesLieOnTheLinesInTheirDirection) {
         {"M0 0h10M50 50v20", 20.0, 50.0, 60.0, 90.0},
         {"M0 0h10h0h10", 10.0, 10.0, 0.0, 0.0},
         {"M10 0A10 10 0 0 1 0 10", 7.854, 7.071, 7.071, 135.0},
-        // Control points at the ends give a curve no direction there.
+        // Control points that coincide with the end points do not determine the direction there.
         {"M0 0C0 0 9 9 9 9", 0.0, 0.0, 0.0, 45.0},
     };
     for (const auto& row : kRows) {

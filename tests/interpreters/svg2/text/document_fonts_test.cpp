@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Fonts that documents bring. What they look like is in tests/svg2/text/font-face.
+// Fonts of @font-face rules. How they look is tested in tests/svg2/text/font-face.
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@ std::string BytesOf(const char* font) {
     return bytes;
 }
 
-/// A document with a text, laid out.
+/// The layout of a document's first text.
 class Laid {
 public:
     Laid(const std::string& sheet, const std::string& text)
@@ -44,7 +44,7 @@ public:
         EXPECT_TRUE(layout_.LayOut(element, scene_.StyleInPlace(element), {100.0, 100.0})) << text;
     }
 
-    /// "t A t B DejaVu Sans": the faces' families, and letters for the tiny fonts' glyphs.
+    /// The families of the glyph runs, each followed by a semicolon.
     std::string Families() const {
         std::string families;
         ForEachRun([&](const ORVGlyphRun& run) { families += run.face->GetFamily() + ";"; });
@@ -106,7 +106,8 @@ TEST(DocumentFontsTest, DamagedFontsAreNone) {
         EXPECT_FALSE(ORVOpenDocumentFont({whole.substr(0, 40), "t"})) << font;
         EXPECT_FALSE(ORVOpenDocumentFont({"", "t"}));
         EXPECT_FALSE(ORVOpenDocumentFont({"%!PS-AdobeFont-1.0", "t"}));
-        // Every byte wrong once, and every length: nothing but an answer comes of it.
+        // Neither a wrong byte nor a truncated font may cause a crash; whether the font is accepted is
+        // irrelevant.
         for (std::size_t i = 0; i < whole.size(); ++i) {
             std::string wrong = whole;
             wrong[i] = static_cast<char>(wrong[i] ^ 0xFF);
@@ -119,7 +120,7 @@ TEST(DocumentFontsTest, DamagedFontsAreNone) {
 
 TEST(DocumentFontsTest, WoffThatGrowsTooMuchIsNotUnpacked) {
     std::string woff = BytesOf(tiny_fonts::kWoff);
-    woff[16] = '\x7F';  // two gigabytes, it says
+    woff[16] = '\x7F';  // declares an unpacked size of two gigabytes
     EXPECT_FALSE(ORVOpenDocumentFont({woff, "t"}));
 }
 
@@ -214,7 +215,7 @@ TEST(DocumentFontsTest, AFaceGoesWithItsLastOwner) {
     EXPECT_TRUE(face.expired());
 }
 
-/// A page with a text in a font of its own.
+/// Calls `draw` with the first segment of a text in an embedded font. The layout is destroyed afterwards.
 template <class Draw>
 void DrawOwnText(Draw draw) {
     auto laid =
