@@ -37,7 +37,7 @@
 using Refuses = FailingAllocator::Refuses;
 using Granted = FailingAllocator::Granted;
 
-/// Description of the current trial, for the terminate handler.
+/// Description of the current trial, for failures and the terminate handler.
 inline std::array<char, 256> trial{};
 
 [[noreturn]] inline void TellAndAbort() {
@@ -47,9 +47,9 @@ inline std::array<char, 256> trial{};
 
 inline bool TriesAll() { return std::getenv("ORV_FAULTS_ALL") != nullptr; }
 
-/// How many allocations are refused if not all of them are.
+/// Number of allocations to refuse, unless ORV_FAULTS_ALL is set.
 struct Trials {
-    std::uint64_t first = 100;  ///< every one of the first
+    std::uint64_t first = 100;  ///< each of the first ones
     std::uint64_t behind = 60;  ///< about this many of the others
 };
 
@@ -95,7 +95,7 @@ inline void WithEachRequestRefused(const std::string& name, const std::function<
             }
             ++trials;
             if (!isRefused) break;
-            // Beyond that, only some of them are tried, to keep the suite fast.
+            // Later requests are only sampled, to keep the suite fast.
             if (!TriesAll() && request >= plan.first)
                 step = std::max<std::uint64_t>((requests - std::min(requests, plan.first)) / plan.behind, 1);
         }
@@ -187,7 +187,7 @@ inline Sketcher Sketch(ORVPrintInterpreter& interpreter) {
     return sketcher;
 }
 
-/// The position at which two texts start to differ.
+/// Excerpts of two texts around their first difference.
 inline std::string DifferenceOf(const std::string& expected, const std::string& actual) {
     const auto at = static_cast<std::size_t>(
         std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end()).first -

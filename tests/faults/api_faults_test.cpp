@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The C interface where memory is refused: each call ends in a result, and what it gave is whole.
+// The C interface when memory is refused: each call returns a result, and successful ones complete output.
 
 #include <gtest/gtest.h>
 
@@ -114,7 +114,8 @@ TEST_P(ApiFaults, EndInAResultWithAText) {
             EXPECT_TRUE(result != ORVPRINT_OK || answer == expected)
                 << "something else came: " << DifferenceOf(expected, answer);
         },
-        // A check that lost a finding looks like any other: no request is left out.
+        // A check that lost a finding returns a plausible report, so each of the first 2000 requests is
+        // refused, not just a sample.
         GetParam().call == Check ? Trials{2000} : Trials());
 }
 

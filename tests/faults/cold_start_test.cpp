@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is made on first use (catalogues, fonts, libraries, tables) is made by a process of its own for each
-// refusal: nothing may break, and nothing may stay broken.
+// Memory is refused while things are created on first use (catalogues, fonts, libraries, tables), in a new
+// process for each refusal. The process must not crash, and must print correctly afterwards.
 
 #include <gtest/gtest.h>
 
@@ -36,8 +36,8 @@ using Refuses = FailingAllocator::Refuses;
 constexpr const char* kPrintOnce = "--print-once";
 constexpr std::array kFormats{"pdf", "ps", "svg", "png"};
 
-/// Prints text in families that are not installed as standard SVG, for which fontconfig is asked. @return as
-/// PrintAll()
+/// Prints standard SVG with text in families that are not installed, which queries fontconfig.
+/// @return as PrintAll()
 int PrintUnknownFamilies(std::string& bytes) {
     const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(
         "<svg xmlns='http://www.w3.org/2000/svg' width='90' height='90'>"
@@ -58,7 +58,8 @@ int PrintUnknownFamilies(std::string& bytes) {
     return status;
 }
 
-/// Prints to all these formats. @return what printing returned first that was not 1; 1
+/// Prints to all of kFormats, and standard SVG.
+/// @return 1, or the first other status of printing; 0 if an interpreter or generator could not be created
 int PrintAll(ORVPrintInput& input, std::string& bytes) {
     std::string error;
     const auto interpreter = ORVPrintModule::CreateInterpreter("SVG", &input, error);
@@ -81,8 +82,8 @@ int PrintAll(ORVPrintInput& input, std::string& bytes) {
     return PrintUnknownFamilies(bytes);
 }
 
-/// In the process: prints with a refusal, then without, and tells the requests of the first and the bytes of
-/// the second.
+/// Runs in the new process: prints with a refusal, then without. Writes the number of requests of the first
+/// print, and status, size and hash of the second one.
 int PrintOnce(std::uint64_t request, Refuses refuses) {
     const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(DocumentOfEverything()));
     std::string bytes;
@@ -99,7 +100,7 @@ int PrintOnce(std::uint64_t request, Refuses refuses) {
 struct ColdRun {
     int exitStatus = -1;
     unsigned long long requests = 0;
-    std::string result;  // status, number and hash of the bytes
+    std::string result;  // status, size and hash of the bytes
 };
 
 ColdRun RunCold(std::uint64_t request, Refuses refuses) {
@@ -129,7 +130,7 @@ TEST_P(ColdStart, BreaksNothingForGood) {
     const ScratchFolder cache;
     const ScopedEnvironment index("ORVPRINT_CACHE_DIR", GetParam().hasFaceIndex ? cache.Path().c_str() : "");
     const ScopedEnvironment parser("PRINT_WITHOUT_DOM_PARSER", nullptr);
-    // With an index of faces, the first run makes it.
+    // The first run creates the index of faces, if it is used.
     ColdRun clean = RunCold(0, Refuses::kOne);
     clean = RunCold(0, Refuses::kOne);
     ASSERT_EQ(clean.exitStatus, 0);
@@ -140,7 +141,7 @@ TEST_P(ColdStart, BreaksNothingForGood) {
     std::uint64_t trials = 0;
     for (const Refuses refuses : {Refuses::kOne, Refuses::kAllFrom})
         for (std::uint64_t request = 1; request <= clean.requests; request += step, ++trials) {
-            // Families are asked for again in each trial.
+            // Without the index of families, each trial queries fontconfig again.
             std::remove(cache.PathOf("families").c_str());
             const ColdRun run = RunCold(request, refuses);
             ASSERT_EQ(run.exitStatus, 0)

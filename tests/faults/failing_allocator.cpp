@@ -9,7 +9,7 @@
 
 namespace {
 
-// Constant initialisation: libraries allocate before anything else is made.
+// Initialised at compile time, since libraries allocate before dynamic initialisation.
 constinit std::atomic<std::uint64_t> requests = 0, refused = 0;
 constinit std::atomic<std::uint64_t> firstRefused = std::numeric_limits<std::uint64_t>::max();
 constinit std::atomic<std::uint64_t> lastRefused = 0;

@@ -20,7 +20,7 @@ NoThreads::~NoThreads() { isRefusing = false; }
 
 int NoThreads::GetRefused() { return refused; }
 
-// Stands before the system's own in every library of this program.
+// Replaces the system's function for this program and all its libraries.
 extern "C" __attribute__((visibility("default"))) int pthread_create(pthread_t* thread,
                                                                      const pthread_attr_t* attributes,
                                                                      void* (*routine)(void*),

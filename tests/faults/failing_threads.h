@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// While it lives, creating a thread fails, as when there are too many.
+/// While it lives, no thread can be created, as if the system had too many.
 class NoThreads {
 public:
     NoThreads();
@@ -9,6 +9,6 @@ public:
     NoThreads(const NoThreads&) = delete;
     NoThreads& operator=(const NoThreads&) = delete;
 
-    /// Number of threads that were refused.
+    /// Number of threads refused since the last construction.
     static int GetRefused();
 };

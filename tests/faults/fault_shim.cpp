@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Loaded before a program's libraries: makes the system fail it at a place that the environment names.
+// Preloaded into a program: makes the system calls that environment variables select fail, or reports them.
 //
-//   ORV_FAIL_NEW_AT=N    from the first line of main on, the program's N-th request for memory is refused,
-//   and with
-//                        ORV_FAIL_NEW_ALL=1 all that follow; those of libraries of C are not counted
-//   ORV_WATCH_PATH=END   tells on standard error of every path with this ending that is looked up
-//   ORV_FAIL_READ_AT=N   reading files whose names end with ORV_FAIL_READ_OF fails after N bytes, as of a
-//   broken disk ORV_END_READ_AT=N    ... ends after N bytes, as though the file had become shorter
+//   ORV_FAIL_NEW_AT=N    refuses the N-th memory request since the start of main: operator new in the
+//                        program and in libraries, malloc in the program only
+//   ORV_FAIL_NEW_ALL=1   with ORV_FAIL_NEW_AT, refuses all later requests as well
+//   ORV_FAIL_READ_OF=END selects files whose names end like this, for the next two variables
+//   ORV_FAIL_READ_AT=N   reading these files fails after N bytes, as with a broken disk
+//   ORV_END_READ_AT=N    reading these files ends after N bytes, as if they had been truncated
+//   ORV_WATCH_PATH=END   reports each lookup of a path that ends like this on standard error
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -35,11 +36,11 @@ std::uint64_t NumberOf(const char* variable) {
 using Main = int (*)(int, char**, char**);
 Main programMain = nullptr;
 
-// Where the program's own code lies. It has an operator new of its own, and nobody can take the place of
-// that.
+// The program's own code. An operator new that is linked into it cannot be replaced, so calls of malloc from
+// there are counted instead.
 std::uintptr_t programBegin = 0, programEnd = 0;
 
-/// The program is the first that the loader tells of.
+/// Called for the first loaded object, which is the program; skips the others.
 int NoteProgram(dl_phdr_info* object, std::size_t /*size*/, void* /*data*/) {
     for (int i = 0; i < object->dlpi_phnum; ++i) {
         const auto& part = object->dlpi_phdr[i];
@@ -55,7 +56,7 @@ bool IsRefused(const void* caller) {
     return address >= programBegin && address < programEnd && !FailingAllocator::MayTake();
 }
 
-/// What libraries and the program set up before is none of the program's doing.
+/// Starts counting in main, so that allocations during static initialisation do not count.
 int FailingMain(int argc, char** argv, char** environment) {
     if (const std::uint64_t request = NumberOf("ORV_FAIL_NEW_AT"); request != 0) {
         dl_iterate_phdr(NoteProgram, nullptr);
@@ -65,7 +66,7 @@ int FailingMain(int argc, char** argv, char** environment) {
     return programMain(argc, argv, environment);
 }
 
-/// True for a descriptor of a file whose name ends as the environment says.
+/// Whether this is a descriptor of a file whose name ends with ORV_FAIL_READ_OF.
 bool IsMeant(int descriptor) {
     const char* ending = std::getenv("ORV_FAIL_READ_OF");
     if (!ending) return false;
@@ -78,7 +79,7 @@ bool IsMeant(int descriptor) {
 
 }  // namespace
 
-// The system's name.
+// Names of the C library.
 #ifdef __clang__
 #pragma clang diagnostic ignored "-Wreserved-identifier"
 #endif
@@ -129,7 +130,7 @@ extern "C" __attribute__((visibility("default"))) ssize_t read(int descriptor, v
     return original(descriptor, buffer, count);
 }
 
-// ---- paths that are looked up ----
+// ---- path lookups ----
 
 namespace {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Models where memory is refused: copies, destruction, and dumps.
+// Copying, destroying and dumping models when memory is refused.
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@
 
 namespace {
 
-/// Calls a function with the model of the whole document.
+/// Calls a function with the model that an interpreter has built.
 class ModelUse final : public ORVPrintModelInspector {
 public:
     explicit ModelUse(std::function<void(const ORVPrtModel&)> use) : use_(std::move(use)) {}
@@ -63,7 +63,7 @@ TEST(ModelFaults, DuplicateIsWholeOrNull) {
     });
 }
 
-/// A chain of groups, each of which holds some more behind the next one.
+/// A chain of nested groups. Each of them has `others` further, empty groups after the nested one.
 ORVRef<ORVPrtGroupElt> Chain(std::size_t length, std::size_t others) {
     ORVRef<ORVPrtGroupElt> top(new ORVPrtGroupElt);
     for (std::size_t i = 1; i < length; ++i) {
@@ -91,7 +91,7 @@ TEST(ModelFaults, TreesGoWithoutMemory) {
     }
 }
 
-// The command's own routine: it may throw std::bad_alloc, which the command tells.
+// The dump is the command's: it may throw std::bad_alloc, which the command reports.
 TEST(ModelFaults, DumpIsWholeOrTellsThatItIsNot) {
     UseModel([](const ORVPrtModel& model) {
         const ScratchFolder folder;

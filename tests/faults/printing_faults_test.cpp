@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Printing where memory is refused: nothing is thrown at the host, no file is half written, and the statuses
-// tell.
+// Printing when memory is refused: nothing is thrown to the host, no file is incomplete, and the status
+// reports the failure.
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Takes bytes without a request for memory.
+/// Collects bytes without allocating memory.
 class RoomyOutput final : public ORVOutput {
 public:
     RoomyOutput() { bytes_.reserve(std::size_t{8} << 20U); }
@@ -58,7 +58,7 @@ struct PrintRow {
     bool isPoster = false;
     unsigned int pagesPerSheet = 1;
     double dotsPerInch = 45.0;
-    bool isLarge = false;  ///< so much content that it is packed by a thread
+    bool isLarge = false;  ///< enough content to be compressed in a thread
 };
 constexpr std::array kPrintRows{
     PrintRow{"pdf", "pdf"},
@@ -98,7 +98,7 @@ protected:
         options_.creationTime = 0;
     }
 
-    /// Prints all there is, as the command does. @return 1 when everything worked
+    /// Prints the document as the command does. @return 1 on success
     int Print(ORVOutput& output) {
         const PrintRow& row = GetParam();
         const auto generator = ORVFindOutputFormat(row.format)->create(output, options_);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Reading and building where memory is refused: nothing is thrown at the host, nothing is lost, and the
-// statuses tell.
+// Reading and building when memory is refused: nothing is thrown to the host, and nothing is missing unless
+// the status or the model reports it.
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
                 expected = Sketch(*interpreter).GetSketch();
                 ASSERT_GT(expected.size(), 500U);
             } else {
-                // What failed leaves no pages; what could not be allocated is missing, and the model says so.
+                // A failed build leaves no pages. Otherwise parts may be missing, and the model reports this.
                 const Sketcher made = Sketch(*interpreter);
                 EXPECT_TRUE(made.GetSketch() == expected ||
                             (*built == 1 ? made.IsOutOfMemory() : made.GetSketch().empty()))
@@ -60,7 +60,7 @@ TEST_P(ReadingFaults, EndInAStatus) {
             }
             interpreter.reset();
             std::string().swap(error);
-            // The same input serves again.
+            // The same input can be used again.
             const auto again = ORVPrintModule::CreateInterpreter(name, input.Get(), error);
             ASSERT_TRUE(again) << error;
             const Sketcher made = Sketch(*again);

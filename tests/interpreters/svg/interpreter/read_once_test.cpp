@@ -91,7 +91,7 @@ TEST_P(ReadOnceTest, StreamsGiveTheSameModelEachTime) {
     EXPECT_EQ(SketchOfStream(document_), Build());
 }
 
-// This also applies to trees that hold copies because the document has a DTD.
+// This also applies to trees that hold copies because the document is not plain: it has an internal DTD.
 TEST_P(ReadOnceTest, LongTextsAreGivenBackWhenTheyAreRead) {
     for (const std::string start : {"", "<!DOCTYPE svg [<!ENTITY e 'x'>]>"}) {
         Parse(start + document_, ORVXmlReading::kAny);
