@@ -25,8 +25,9 @@ std::vector<std::string> DocumentNames() {
     return names;
 }
 
-/// A document NAME.svg or NAME.qvxml has the models NAME.light.json and NAME.dom.json; those of a QVXML
-/// document are of all its fragments. They are written by `orvprint inspect` and read before they are kept.
+/// The expected models of NAME.svg or NAME.qvxml are in NAME.light.json and NAME.dom.json; for a QVXML
+/// document, they contain all its fragments. They are written by `orvprint inspect`, and reviewed before they
+/// are committed.
 class DocumentsTest : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Documents, DocumentsTest, testing::ValuesIn(DocumentNames()), [](const auto& row) {
     std::string name = fs::path(row.param).stem().string();
