@@ -55,7 +55,8 @@ TEST(DocsTest, EveryPaperIsListed) {
     }
 }
 
-// Code that README shows is compiled and run: the link before each block leads to its file.
+// README quotes code only from the examples, which are compiled and run. The link before each block names its
+// file.
 TEST(DocsTest, WhatReadmeQuotesStandsInTheExamples) {
     const std::string readme = ReadSource("README.md"), opening = "```cpp\n";
     std::set<std::string> quoted;
@@ -71,7 +72,7 @@ TEST(DocsTest, WhatReadmeQuotesStandsInTheExamples) {
                                              "examples/read_model.cpp"}));
 }
 
-// What runs `./dev NAME` is the function dev_NAME of the script.
+// `./dev NAME` runs the function dev_NAME of the script.
 TEST(DocsTest, EveryCommandForDevelopersExists) {
     const std::string script = ReadSource("dev");
     const std::regex command(R"(\./dev ([a-z]+(?:-[a-z]+)*))");

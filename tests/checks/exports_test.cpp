@@ -10,7 +10,7 @@
 
 namespace {
 
-// The names in a module's dynamic symbol table that it defines, demangled.
+// The demangled names that a module defines in its dynamic symbol table.
 std::set<std::string> DefinedSymbols(const std::string& module) {
     std::set<std::string> symbols;
     const std::string command = "nm -D --defined-only -C '" + module + "'";
@@ -51,7 +51,8 @@ TEST(ExportsTest, OfTheFontModuleIsTheFontSystem) {
     EXPECT_THAT(DefinedSymbols(ORV_FONT_MODULE_PATH), testing::ElementsAre("orvGetFontSystem"));
 }
 
-// What packagers and the dynamic linker read: the module names its libraries, and nothing else does.
+// Packagers and the dynamic linker read the NEEDED entries: only the font module may have those of the font
+// libraries.
 TEST(ExportsTest, OnlyTheFontModuleNeedsTheFontLibraries) {
     const auto needed = [](const std::string& module) {
         return ShellRun("readelf -d '" + module + "' | grep NEEDED").text;

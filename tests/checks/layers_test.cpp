@@ -22,7 +22,7 @@ Layers Below(const Layers& some, const Layers& others) {
 
 const Layers kPlatform{"platform/system",        "platform/mathematics", "platform/xml",
                        "platform/visualization", "platform/model",       "platform/print"};
-// What generators see of the platform: never the model.
+// The parts of the platform that generators may include: never the model.
 const Layers kDrawing{"platform/system", "platform/mathematics", "platform/visualization", "platform/print"};
 const Layers kSvg{"interpreters/svg/state",      "interpreters/svg/values",   "interpreters/svg/definitions",
                   "interpreters/svg/style",      "interpreters/svg/geometry", "interpreters/svg/structure",
@@ -35,7 +35,8 @@ const Layers kLibrary{"library/check", "library/text",   "library/dump",
                       "library/input", "library/report", "library/print"};
 const Layers kPixels = Below(kDrawing, {"generators/common", "generators/raster"});
 
-// Who may know whom, besides itself. A folder without a row of its own belongs to the one it lies in.
+// The layers that each layer may include, besides itself. A folder without a row belongs to the layer of its
+// parent folder.
 const std::map<std::string, Layers> kMayKnow{
     {"platform/system", {}},
     {"platform/mathematics", {"platform/system"}},
@@ -82,7 +83,7 @@ const std::map<std::string, Layers> kMayKnow{
                        "interpreters/svg2/filters", "interpreters/svg2/drawing"})},
 
     {"generators/common", kDrawing},
-    // Pixels only: what they are of, and where they go, is the raster's business.
+    // Filters only process pixels; the raster generators determine what is drawn and where it goes.
     {"generators/filters",
      {"platform/system", "platform/mathematics", "platform/print", "generators/common"}},
     {"generators/raster", Below(kDrawing, {"generators/common"})},
@@ -99,8 +100,8 @@ const std::map<std::string, Layers> kMayKnow{
     {"generators", Below(kDrawing, {"generators/common", "generators/pdf", "generators/svg", "generators/png",
                                     "generators/tiff", "generators/pwg", "generators/postscript"})},
 
-    // The one folder outside the module that knows the interpreter: the check of documents asks its tables
-    // and readers, so that what it says cannot drift from what is printed. It knows nothing else of the
+    // The only folder outside the modules that includes the interpreters: the check of documents uses their
+    // tables and parsers, so that its findings agree with what is printed. It includes no other part of the
     // library.
     {"library/check", Below(kPlatform, Below(kSvg, kSvg2))},
     {"library/text", {"platform/system"}},
@@ -112,14 +113,14 @@ const std::map<std::string, Layers> kMayKnow{
                       "generators/sheet", "library/check", "library/input"})},
     {"library/api", Below(kPlatform, Below(kLibrary, {"generators", "generators/common"}))},
 
-    // The filter runs the command: it would have to know how to read drawings otherwise.
+    // The filter includes nothing, since it runs the command instead of reading drawings itself.
     {"apps/cups", {}},
     {"apps/orvprint/sandbox", {"platform/system"}},
     {"apps/orvprint/process",
      {"platform/system", "platform/visualization", "generators/common", "library/text", "library/input"}},
     {"apps/orvprint/input", Below(kPlatform, {"apps/orvprint/process", "library/input"})},
     {"apps/orvprint/printing", {}},
-    // Modules that the command has linked in, by the names that they export.
+    // Modules that are linked into the command are declared here by their exported names, not included.
     {"apps/orvprint/linked",
      {"platform/system", "platform/visualization", "generators/common", "generators/postscript",
       "apps/orvprint/process", "apps/orvprint/printing", "apps/orvprint/serve"}},
@@ -136,7 +137,7 @@ const std::map<std::string, Layers> kMayKnow{
       "apps/orvprint/linked"}},
 };
 
-// The layer of a path such as "platform/xml/ORVXmlNode.h"; empty when it belongs to none.
+// The layer of a path such as "platform/xml/ORVXmlNode.h"; empty if there is none.
 std::string LayerOf(const std::string& path) {
     std::string innermost;
     for (const auto& [layer, known] : kMayKnow)
@@ -193,8 +194,8 @@ TEST(LayersTest, TheTableHasNoCircle) {
     for (const auto& [layer, known] : kMayKnow) EXPECT_FALSE(ReachedFrom(layer).contains(layer)) << layer;
 }
 
-// The rest of the library and the command meet the interpreter as a module only, also by way of the check's
-// headers.
+// The command and the rest of the library use interpreters only as modules. They must not include them
+// through the check's headers either.
 TEST(LayersTest, TheCheckKeepsTheInterpreterToItself) {
     std::set<std::string> reached;
     std::vector<std::string> open;
@@ -220,7 +221,7 @@ TEST(LayersTest, IncludesGoByPathFromTheRoot) {
             EXPECT_TRUE(fs::exists(fs::path(ORV_SOURCE_PATH) / include)) << source << " includes " << include;
 }
 
-// A source that includes its own header first shows that the header stands on its own.
+// A source that includes its own header first shows that the header is self-contained.
 TEST(LayersTest, ASourceIncludesItsOwnHeaderFirst) {
     for (const fs::path& source : Sources()) {
         fs::path header = source;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the public headers promise: they stand on their own, their names keep out of the way, and all is
-// documented.
+// Rules for public headers: they include only each other and the standard library, everything in them is
+// documented, and global names have a prefix.
 
 #include <gmock/gmock.h>
 
@@ -26,7 +26,7 @@ std::string ReadText(const fs::path& path) {
     return text.str();
 }
 
-// By their paths from the root, as others include them.
+// Paths relative to the root, as in #include.
 std::set<std::string> PublicHeaders() {
     std::set<std::string> headers;
     std::istringstream list(ORV_PUBLIC_HEADERS);
@@ -58,7 +58,7 @@ TEST(PublicHeadersTest, IncludeNoThirdParty) {
             << header;
 }
 
-/// The reference of the public headers, made afresh.
+/// Generates the reference of the public headers with Doxygen.
 class ReferenceTest : public testing::Test {
 protected:
     ReferenceTest()
@@ -75,7 +75,7 @@ TEST_F(ReferenceTest, HasNothingUndocumented) {
     EXPECT_TRUE(fs::exists(folder_.Path() / "html/classORVPrintGenerator.html"));
 }
 
-// Names that modules and hosts have always known, without prefix or namespace.
+// Names without prefix or namespace, kept because modules and hosts use them.
 const std::set<std::string> kKnownNames{"BuildParser",
                                         "GetNextNode",
                                         "GetStringWithLocalDecimalChar",
@@ -84,14 +84,14 @@ const std::set<std::string> kKnownNames{"BuildParser",
                                         "ReadMemoryJPEGPixelImage",
                                         "ReadMemoryPNGPixelImage"};
 
-// What stands between two marks of a line; empty where they are not.
+// The text between two marks in a line; empty if a mark is missing.
 std::string Between(const std::string& line, const std::string& before, const std::string& after) {
     const std::size_t start = line.find(before), end = line.find(after);
     if (start == line.npos || end == line.npos) return {};
     return line.substr(start + before.size(), end - start - before.size());
 }
 
-// The names that Doxygen found outside of classes and namespaces, and those of the classes.
+// The names of all classes, and of everything outside of classes and namespaces, in Doxygen's tag file.
 std::vector<std::string> GlobalNames(const fs::path& tags) {
     std::vector<std::string> names;
     std::ifstream stream(tags);
