@@ -24,8 +24,9 @@
 namespace {
 
 constexpr int kFirstCycles = 20;  // fill the caches that libraries keep
-// What the heap may grow by in all later cycles, a quarter of a kilobyte each: what threads leave in the
-// allocator's lists counts as in use. An interpreter that is lost takes more, a model a hundred times that.
+// The allowed growth of the heap in all later cycles, about a quarter of a kilobyte each, because memory in
+// the allocator's lists of threads counts as used. A leaked interpreter is larger, a leaked model a hundred
+// times.
 constexpr std::size_t kGrowth = 256 * 1024;
 
 std::string ReadExample(const std::string& name) { return ReadAll(ORV_EXAMPLES_PATH "/" + name); }
@@ -37,7 +38,7 @@ bool IsLoaded() {
     return true;
 }
 
-/// What the module is loaded for.
+/// A use of an interpreter; returns its result.
 using Use = std::function<std::string(ORVPrintInterpreter&)>;
 
 std::string PrintAs(ORVPrintInterpreter& interpreter, const char* format) {
@@ -68,7 +69,7 @@ const std::array<Use, 5> kUses{
     [](ORVPrintInterpreter&) { return std::string("no request"); },
 };
 
-/// Loads the module, uses an interpreter of it and unloads it. @return what the use gave
+/// Loads the module, uses one of its interpreters and unloads the module. @return the result of the use
 std::string LoadAndUse(const std::string& document, const Use& use) {
     void* module = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
     if (!module) {
@@ -89,7 +90,7 @@ std::string LoadAndUse(const std::string& document, const Use& use) {
     return result;
 }
 
-/// A thousand, or what the environment says: under some tools a cycle takes a second.
+/// A thousand, or the value of ORV_LOAD_CYCLES: with some tools, a cycle takes a second.
 int CycleCount() {
     const char* number = std::getenv("ORV_LOAD_CYCLES");
     return number ? std::max(std::atoi(number), 1) : 1'000;
@@ -112,7 +113,7 @@ TEST(ModuleLoadingTest, IsLoadedUsedAndUnloadedAThousandTimes) {
         ASSERT_TRUE(result == first[use]) << "use " << use << " in cycle " << cycle;
         if (cycle == kFirstCycles) before = mallinfo2().uordblks;
     }
-    // Sanitizers have a heap of their own, where this counts nothing; they look for leaks themselves.
+    // Not effective with sanitizers, which have their own heap; they detect leaks themselves.
     EXPECT_TRUE(cycles <= kFirstCycles || mallinfo2().uordblks < before + kGrowth)
         << mallinfo2().uordblks - before;
 }
