@@ -21,13 +21,13 @@ int Append(void* data, const void* bytes, size_t size) {
     return 1;
 }
 
-/// What a thread does over and over, with a document and settings of its own.
+/// What a thread does repeatedly, with its own document and settings.
 struct Task {
     std::string drawing;
     std::vector<const char*> opening, rendering;
 };
 
-/// The result and bytes of a task, or the error's text.
+/// The result of a task, followed by its error text and its bytes.
 std::string Do(const Task& task) {
     const std::unique_ptr<orvprint_document, void (*)(orvprint_document*)> document(orvprint_new(),
                                                                                     orvprint_free);
@@ -77,7 +77,7 @@ TEST(LibraryThreadsTest, DocumentsOfManyThreadsHaveLimitsAndAccessOfTheirOwn) {
 
     EXPECT_EQ(different, 0U);
     for (std::size_t i = 0; i < tasks.size(); ++i) EXPECT_EQ(Do(tasks[i]), first[i]) << i;
-    // Their settings show in what they give.
+    // The settings affect the results.
     EXPECT_NE(first[0], first[1]);
     EXPECT_TRUE(first[2].starts_with("9input: has more than 5 primitives")) << first[2];
     EXPECT_TRUE(first[3].starts_with("9")) << first[3];

@@ -65,7 +65,7 @@ public:
         }
     }
 
-    /// The build's result and all pages, as text; with `whole`, every field of the model behind it.
+    /// The result of the build and all pages as text; with `whole`, followed by every field of the model.
     std::string GetModelText(bool whole) const {
         SvgDocumentSource source = dom_ ? SvgDocumentSource(dom_) : SvgDocumentSource(&light_);
         source.SetCurrentPath(ORVUnicodeString(path_));
@@ -78,7 +78,7 @@ public:
         return text;
     }
 
-    /// The bytes of all pages, behind what printing returned.
+    /// The status of printing, followed by the bytes of all pages.
     std::string Print(const char* format) const {
         const ORVRef<ORVPrintInputXMLElement> input(dom_ ? new ORVPrintInputXMLElement(dom_)
                                                          : new ORVPrintInputXMLElement(&light_));
@@ -100,14 +100,14 @@ private:
     ORVLightXmlElement light_;
 };
 
-/// A thousand for each thread, or what the environment says: under some tools a document takes a tenth of a
-/// second.
+/// A thousand for each thread, or the value of ORV_THREAD_DOCUMENTS: with some tools, a document takes a
+/// tenth of a second.
 std::size_t DocumentsAThread() {
     const char* number = std::getenv("ORV_THREAD_DOCUMENTS");
     return number ? std::max<std::size_t>(std::strtoul(number, nullptr, 10), 2 * kPrintedOneOf) : 1'000;
 }
 
-/// What one thread alone makes of a document.
+/// The expected results for a document.
 struct Expected {
     std::string sketch, whole;
     std::array<std::string, kFormats.size()> prints;
@@ -125,11 +125,12 @@ TEST(ThreadsTest, InterpretersOfManyThreadsAreIndependent) {
     const std::size_t documentsAThread = DocumentsAThread();
     const std::vector<Document> documents = ReadDocuments();
     ASSERT_GE(documents.size(), 10U);
-    // An index of faces that is not there yet: that, too, is made on first use.
+    // The index of faces does not exist yet, so it is created on first use as well.
     const ScratchFolder cache;
     const ScopedEnvironment index("ORVPRINT_CACHE_DIR", cache.Path().c_str());
 
-    // Asked for after the threads, so that whatever is made on first use is made by sixteen at once.
+    // The threads start before any result is known, so that things created on first use are created by all of
+    // them at once. Their first results are compared at the end.
     struct Made {
         std::size_t document;
         Backend backend;
@@ -166,14 +167,14 @@ TEST(ThreadsTest, InterpretersOfManyThreadsAreIndependent) {
     std::vector<std::thread> threads;
     for (std::size_t thread = 0; thread < kThreads; ++thread) threads.emplace_back(work, thread);
 
-    // One thread alone could not tell a race on first use; the main thread works beside the sixteen here.
+    // Meanwhile, the main thread determines the expected results.
     for (const Document& document : documents)
         for (const Backend backend : kBackends) expected.push_back(MakeExpected(document, backend));
     mayGoOn = 1;
     mayGoOn.notify_all();
     for (std::thread& thread : threads) thread.join();
 
-    // What was expected came about while threads ran: it counts only when one thread alone says the same.
+    // The expected results were determined while other threads ran, so they are verified by one thread alone.
     for (std::size_t i = 0; i < documents.size(); ++i)
         for (std::size_t backend = 0; backend < kBackends.size(); ++backend) {
             const Expected alone = MakeExpected(documents[i], kBackends[backend]);
