@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The C interface when memory is refused: each call returns a result, and successful ones complete output.
+// The C interface when memory is refused: each call returns a result, and its output is complete
+// if it succeeded.
 
 #include <gtest/gtest.h>
 

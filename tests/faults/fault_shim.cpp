@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Preloaded into a program: makes the system calls that environment variables select fail, or reports them.
+// Preloaded into a program: refuses memory, lets reading fail, or reports path lookups, as set by environment
+// variables.
 //
 //   ORV_FAIL_NEW_AT=N    refuses the N-th memory request since the start of main: operator new in the
 //                        program and in libraries, malloc in the program only
