@@ -43,7 +43,7 @@ int Draw(const BuiltModel& built, std::uint64_t limit = ORVPrintParameters::kDef
     return ORVPrintModelRender(built.GetModel(), &generator, parameters).Draw();
 }
 
-// Definitions that each refer to the one before them; `attributes` are those of the reference that draws the
+// Definitions that each refer to the previous one; `attributes` are those of the reference that draws the
 // last.
 std::string Chain(int length, const std::string& attributes = {}) {
     std::string text = "<defs><g id='d0'><rect width='1' height='1' fill='red'/></g>";
@@ -127,7 +127,7 @@ TEST_P(HostileTest, AChainOf100000ReferencesIsBuiltCopiedMeasuredDrawnAndDestroy
 TEST_P(HostileTest, AChainOf100000ReferencesIsDuplicatedAndRestyled) {
     const BuiltModel built = Build(Chain(100'000, "fill='lime' stroke='red'"));
     EXPECT_EQ(built.GetResult(), 1);
-    // Page, holder, rectangle, references, the last one; and the duplicate.
+    // Page, holder, group and rectangle of the first definition, references; and the duplicates.
     EXPECT_EQ(built.GetModel().GetBudget().GetTaken(), 4U + 100'000U + 100'001U);
     const ORVPrtGraphicPrimitiveElt* one = built.GetPage().GetChildren().front();
     std::size_t depth = 0;
@@ -137,7 +137,7 @@ TEST_P(HostileTest, AChainOf100000ReferencesIsDuplicatedAndRestyled) {
     EXPECT_EQ(static_cast<const ORVPrtRectangleElt*>(one)->GetFillAttributes().GetFillColourIndex(), 2U);
 }
 
-// Where every link is a duplicate of all before it, the chain ends at the limit.
+// Each definition is a duplicate of all previous ones, so the chain ends at the limit.
 TEST_P(HostileTest, AChainOfDuplicatesEndsAtTheLimitOfPrimitives) {
     const ScopedPrimitiveLimit limit(100'000);
     std::string text = "<defs fill='red'><rect id='d0'/>";

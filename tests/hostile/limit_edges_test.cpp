@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Each limit of the interpreter and the renderer: what is at it, and what is one past it.
+// The limits of the interpreter and the renderer: documents at a limit, and just past it.
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Backends, LimitsTest, testing::ValuesIn(kBackends),
 
 TEST(XmlLimitValues, DepthOfElements) {
     const ORVScopedPrintLimit limit(ORVPrintLimit::kElementDepth, 5);
-    // The second document is one for the conforming parser.
+    // The second document requires the conforming parser.
     for (const std::string start : {"", "<!DOCTYPE g [<!ENTITY e 'x'>]>"}) {
         EXPECT_EQ(ParseStatus(start + Repeat("<g>", 5) + Repeat("</g>", 5)), 1) << start;
         EXPECT_EQ(ParseStatus(start + Repeat("<g>", 6) + Repeat("</g>", 6)), -1) << start;
@@ -65,16 +65,17 @@ TEST(XmlLimitValues, GrowthByEntities) {
 }
 
 TEST_P(LimitsTest, Duplicates) {
-    // A group of one rectangle, twice in another colour: four duplicates.
+    // A group of one rectangle, used twice in another colour: four duplicates.
     const std::string content = "<defs><g id='a'><rect width='1' height='1' fill='red'/></g></defs>" +
                                 Repeat("<use xlink:href='#a' fill='blue'/>", 2);
-    // The page, the holder, the group, the rectangle and two references have been made by the document.
+    // The document itself has six primitives: page, holder, group, rectangle and two references. The others
+    // taken are duplicates.
     const std::uint64_t taken = Build(Drawing(content)).GetModel().GetBudget().GetTaken();
     const std::uint64_t growth = (taken - 4) * kGrowthPerPrimitive;
     const std::string more = Repeat("<use xlink:href='#a' fill='lime'/>", 100);
     EXPECT_EQ(RefusalOfDrawing(content), Refusal());
     {
-        // Each further reference takes two duplicates and allows three more.
+        // Each further reference requires two duplicates and allows for three more.
         const ORVScopedPrintLimit limit(ORVPrintLimit::kDuplicates, 0);
         EXPECT_LE(4U, growth);
         EXPECT_EQ(RefusalOfDrawing(content + more), Refusal());
@@ -174,7 +175,7 @@ TEST_P(LimitsTest, RepeatsOfSharedPrimitives) {
     EXPECT_EQ(Draw(built, parameters), 1);
     parameters.SetRepeatLimit(drawn - (1 + kGrowthPerPrimitive) * distinct - 1);
     EXPECT_EQ(Draw(built, parameters), ORVPrintModelRender::kTooManyRepeats);
-    // A generator that stores what is shared draws it once.
+    // For a generator that stores symbols, the shared group is drawn once.
     RecordingGenerator storing;
     storing.TakeSymbols();
     EXPECT_EQ(ORVPrintModelRender(built.GetModel(), &storing, parameters).Draw(), 1);
@@ -192,7 +193,7 @@ TEST_P(LimitsTest, AreaOfRepeats) {
     EXPECT_EQ(Draw(Build(drawing("width='2' height='1'")), parameters), 1);
     EXPECT_EQ(Draw(Build(drawing("width='200' height='100'")), parameters),
               ORVPrintModelRender::kTooManyRepeats);
-    // What lies outside the page costs nothing.
+    // Shapes outside the page do not count.
     EXPECT_EQ(Draw(Build(drawing("x='500' width='200' height='100'")), parameters), 1);
 }
 
@@ -212,7 +213,7 @@ TEST_P(LimitsTest, DashesCountAsArea) {
     }
 }
 
-// With groups, symbols and a line that is not drawn yet.
+// Groups, symbols, links and paths that were begun must be ended when drawing stops at the limit.
 TEST_P(LimitsTest, GivingADrawingUpEndsWhatWasBegun) {
     const std::string shared = "<g id='a'><g id='b'>" +
                                Repeat(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Numbers that no drawing means: they end in a page or in a clear refusal, and no generator gets one that is
-// not finite.
+// Documents with extreme or invalid numbers: they give a page or a clear error, and generators receive finite
+// numbers only.
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -60,7 +60,7 @@ std::vector<NumbersCase> Cases() {
                        " x='9' y='30'>words</text>");
     };
     std::vector<NumbersCase> cases;
-    // Sizes of the page.
+    // Page sizes.
     for (const auto& [name, attributes] : std::initializer_list<std::pair<const char*, std::string>>{
              {"PageInfinite", "width='1e999' height='1e999'"},
              {"PageHuge", "width='1e308' height='1e308'"},
@@ -78,7 +78,7 @@ std::vector<NumbersCase> Cases() {
              {"ViewBoxDenormal", "viewBox='0 0 1e-310 1e-310'"},
              {"ViewBoxNoNumber", "viewBox='nan inf 1e x'"}})
         cases.push_back({name, DrawingWith(attributes, shapes)});
-    // Maps.
+    // Transforms.
     for (const auto& [name, transform] : std::initializer_list<std::pair<const char*, const char*>>{
              {"ScaleZero", "scale(0)"},
              {"ScaleZeroInOneDirection", "scale(1 0)"},
@@ -121,7 +121,7 @@ std::vector<NumbersCase> Cases() {
              {"OpacityNoNumber", "stroke-opacity='1e999' fill-opacity='nan'"},
              {"MitersAndCaps", "stroke-linejoin='miter' stroke-linecap='square' stroke-width='1e30'"}})
         cases.push_back({name, stroked(attributes)});
-    // Nothing at all, in all shapes.
+    // Empty shapes.
     cases.push_back({"ShapesOfNothing",
                      Painted("<rect/><circle/><ellipse/><line/><polyline/><polyline points='5 5'/><polygon/>"
                              "<polygon points='5 5 5 5 5 5'/><path/><path d='M5 5'/><path d='M5 5z'/>"
@@ -136,7 +136,7 @@ std::vector<NumbersCase> Cases() {
         {"ShapesInverted", Painted("<rect x='50' y='50' width='-30' height='-20'/><circle r='-5'/>"
                                    "<ellipse rx='-5' ry='3'/><path d='M5 5A-3 -3 0 0 0 9 9'/>" +
                                    Picture("x='50' y='50' width='-20' height='-10'"))});
-    // Places and sizes without bounds.
+    // Extreme coordinates and sizes.
     for (const auto& [name, number] :
          std::initializer_list<std::pair<const char*, std::string>>{{"CoordinatesInfinite", "1e999"},
                                                                     {"CoordinatesHuge", "1e308"},
@@ -172,7 +172,7 @@ std::vector<NumbersCase> Cases() {
     return cases;
 }
 
-// The content of all compressed streams of a PDF, one below the other.
+// The content of all compressed streams of a PDF, except binary ones.
 std::string ContentOfPdf(const std::string& pdf) {
     std::string content;
     for (std::size_t at = pdf.find("stream\n"); at != pdf.npos; at = pdf.find("stream\n", at + 1)) {
@@ -191,13 +191,13 @@ std::string ContentOfPdf(const std::string& pdf) {
             piece.append(buffer.data(), buffer.size() - stream.avail_out);
         }
         inflateEnd(&stream);
-        // Of fonts and pictures nothing is to be read.
+        // Fonts and images contain zero bytes.
         if (piece.find('\0') == piece.npos) content += piece + "\n";
     }
     return content;
 }
 
-// Where "nan" or "inf" stands as a number does; npos for nowhere.
+// The position of "nan" or "inf" that is not part of a word; npos if there is none.
 std::size_t FindNoNumber(std::string_view text) {
     for (const char* word : {"nan", "inf"})
         for (std::size_t at = text.find(word); at != text.npos; at = text.find(word, at + 1)) {
@@ -212,7 +212,7 @@ class HostileNumbersTest : public testing::TestWithParam<ORVOutputFormat> {
 protected:
     static constexpr std::uint64_t kPixelLimit = 1 << 18;
 
-    // Prints a document as it is, or onto sheets.
+    // Prints a document directly or onto sheets.
     void Print(const NumbersCase& row, bool onSheets) {
         SCOPED_TRACE(std::string(row.name) + (onSheets ? " on sheets" : ""));
         const BuiltModel built(row.document, {Backend::kLight});
@@ -244,7 +244,7 @@ protected:
             const std::size_t at = FindNoNumber(text);
             EXPECT_EQ(at, text.npos) << text.substr(at > 60 ? at - 60 : 0, 120);
         } else if (result != ORVPrintModelRender::kPageWithoutArea) {
-            // There are sizes of pages that PWG Raster cannot state.
+            // Print raster formats cannot represent all page sizes.
             EXPECT_TRUE(result == kPageTooLarge ||
                         (result == kDrawingFailed && (GetParam().name == "pwg" || GetParam().name == "urf")))
                 << result;
@@ -264,7 +264,7 @@ TEST_P(HostileNumbersTest, GiveSheetsOrRefusals) {
     for (const NumbersCase& row : Cases()) Print(row, true);
 }
 
-// The same page with and without what cannot be drawn.
+// The page is the same with and without elements that cannot be drawn.
 TEST(HostileNumbersPageTest, WhatCannotBeDrawnIsLeftOut) {
     const std::string good = "<rect x='10' y='10' width='50' height='30' fill='red'/>";
     const auto print = [](const std::string& content) {
