@@ -31,8 +31,8 @@ TEST(ParityTest, TheExamplesHaveOneModel) {
     EXPECT_GE(compared, 8U);
 }
 
-// The only difference: an absent attribute is a failure for the DOM access and an empty value for the light
-// one. Without a "fill", only the light access goes on to the stroke.
+// The only difference: for an absent attribute, DOM access fails, and light access gives an empty value.
+// Without a "fill", only light access goes on to the stroke.
 TEST(ParityTest, AnAbsentFillHidesTheStrokeFromTheDomAccessOnly) {
     const std::string document = Drawing(
         "<rect stroke='red' stroke-width='7' stroke-dasharray='1' fill-rule='evenodd' width='5' "
