@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Keeps the feature tree: documents of one fact each, and how their pages are to look.
+"""Maintains the feature tree: documents with one fact each, and reference images of their pages.
 
-    feature_tree.py --tool ORVPRINT draw [--again] [PATH...]   draws references: missing ones, or all again
-    feature_tree.py --tool ORVPRINT sheet FILE.png [PATH...]   pages of all programs side by side, to be looked at
-    feature_tree.py --tool ORVPRINT agree [PATH...]            writes agreement.txt
+    feature_tree.py --tool ORVPRINT draw [--again] [PATH...]   draws missing reference images; with --again, all
+    feature_tree.py --tool ORVPRINT sheet FILE.png [PATH...]   draws pages of all programs side by side, for review
+    feature_tree.py --tool ORVPRINT agree [PATH...]            updates agreement.txt
 
-PATH is a folder or a document below the tree; nothing stands for all. Each --also NAME=COMMAND adds a program beside
-rsvg-convert: COMMAND is run with pairs of document and PNG file as its arguments.
+PATH is a folder or a document in the tree; default: all documents. Each --also NAME=COMMAND adds a program besides
+rsvg-convert: COMMAND is run with pairs of document and PNG file as arguments.
 """
 import argparse
 import os
@@ -19,15 +19,15 @@ import tempfile
 from PIL import Image, ImageChops, ImageDraw, ImageFilter
 
 TREE = os.path.dirname(os.path.abspath(__file__))
-BESIDE = "files"  # folders of what documents refer to
-WIDEST = 100  # pixels of a reference
+BESIDE = "files"  # name of folders with files that documents refer to
+WIDEST = 100  # maximum width of a reference image in pixels
 HEAD = """# Which other programs draw a document of the tree as its reference shows it. Written by feature_tree.py.
 # Edges and letters may differ a little; "none" is where orvprint follows the standard, or its own documentation, alone.
 """
 
 
 def documents(paths):
-    """Paths of documents, relative to the tree, without their extension."""
+    """Returns the paths of documents, relative to the tree and without extension."""
     found = []
     for path in paths or [TREE]:
         path = os.path.abspath(path)
@@ -56,13 +56,13 @@ def run_tool(tool, path, output, dpi):
 
 
 def draw_page(tool, path, output):
-    """The page at 96 dots per inch, or at 48 when it is wider than a reference may be."""
+    """Draws the first page at 96 dots per inch, or at 48 if it is wider than a reference image may be."""
     if run_tool(tool, path, output, 96) and Image.open(output).width > WIDEST:
         run_tool(tool, path, output, 48)
 
 
 def draw_others(programs, paths, folder):
-    """Draws documents by other programs, as FOLDER/NUMBER.PROGRAM.png."""
+    """Draws documents with other programs, to FOLDER/NUMBER.PROGRAM.png."""
     for name, command in programs:
         pairs = [word for i, path in enumerate(paths) for word in (source(path), f"{folder}/{i}.{name}.png")]
         if command:
@@ -75,7 +75,7 @@ def draw_others(programs, paths, folder):
 
 
 def read_page(file, size=None):
-    """The page in a file, halved when that makes it as large as asked for; nothing when there is none."""
+    """Returns the page in a file, at half its size if it is twice as large as `size`; None if there is no file."""
     if not os.path.exists(file) or os.path.getsize(file) == 0:
         return None
     image = Image.open(file).convert("RGBA")
@@ -87,7 +87,7 @@ def read_page(file, size=None):
 
 
 def agrees(page, expected):
-    """True unless more than a hundredth of the pixels differ by more than an edge does."""
+    """Returns whether at most one percent of the pixels differ by more than antialiasing of edges explains."""
     if page is None or max(abs(page.width - expected.width), abs(page.height - expected.height)) > 1:
         return False
     if page.size != expected.size:
@@ -106,7 +106,7 @@ def draw(arguments, paths):
 
 
 def read_table():
-    """The rows of agreement.txt whose documents are still there."""
+    """Returns the rows of agreement.txt whose documents still exist."""
     with open(os.path.join(TREE, "agreement.txt"), encoding="utf-8") as table:
         rows = [line.split(" ", 1) for line in table.read().splitlines() if line and not line.startswith("#")]
     return {path: names for path, names in rows if os.path.exists(source(path))}

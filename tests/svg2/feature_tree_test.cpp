@@ -28,10 +28,10 @@ namespace fs = std::filesystem;
 
 using Image = ORVRef<const ORVPixelImage>;
 
-/// What the drawings of a folder refer to lies in folders of this name.
+/// Name of folders with files that the documents beside them refer to.
 constexpr const char* kBesideFolder = "files";
 
-/// Paths of all documents below the tree, without their extension.
+/// Paths of all documents in the tree, relative to it and without extension.
 std::vector<std::string> DocumentPaths() {
     std::vector<std::string> paths;
     for (fs::recursive_directory_iterator entry(ORV_FEATURE_TREE), end; entry != end; ++entry) {
@@ -55,7 +55,7 @@ Image ReadPng(const std::string& bytes) {
     return Image(ReadMemoryPNGPixelImage(bytes.data(), bytes.size(), 0));
 }
 
-/// The first page at 96 dots per inch, or at 48 when it is wider than a reference may be.
+/// The first page at 96 dots per inch, or at 48 if it is wider than a reference image may be.
 Image DrawPage(const fs::path& file) {
     constexpr double kUnitsPerInch = 90.0, kWidest = 100.5 / 96.0;  // inches
     const ORVRef<ORVPrintInput> input(new ORVPrintInputFileStream(ORVUnicodeString(file.string())));
@@ -73,7 +73,7 @@ Image DrawPage(const fs::path& file) {
     return ReadPng(output.GetBytes());
 }
 
-/// Pixels that differ by more than rounding can explain.
+/// The number of pixels that differ by more than rounding can explain.
 int CountOthers(const ORVPixelImage& a, const ORVPixelImage& b) {
     constexpr int kRounding = 6;
     const auto left = a.GetPixels(), right = b.GetPixels();
@@ -86,14 +86,14 @@ int CountOthers(const ORVPixelImage& a, const ORVPixelImage& b) {
     return count;
 }
 
-/// A reference is a page that was looked at; feature_tree.py draws missing ones.
+/// References are images of pages that were reviewed; feature_tree.py draws missing ones.
 class FeatureTreeTest : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Documents, FeatureTreeTest, testing::ValuesIn(DocumentPaths()),
                          [](const auto& row) { return NameOfTest(row.param); });
 
 TEST_P(FeatureTreeTest, LooksLikeItsReference) {
     const fs::path path = fs::path(ORV_FEATURE_TREE) / GetParam();
-    // A drawing may read what lies in its own folder.
+    // A document may read files in its own folder.
     ORVFolderAccessPolicy policy;
     policy.AllowFolder(ORVUnicodeString(path.parent_path().string()));
     ORVFileAccessPolicy::SetCurrent(&policy);
