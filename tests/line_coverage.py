@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Tells which share of the lines the tests ran, and holds each part of the tree to a floor.
+"""Reports the share of lines that the tests ran, and requires a minimum for each part of the tree.
 
     tests/line_coverage.py [--html] BUILD-FOLDER
 
-Reads what `./dev coverage` had the tests count (BUILD-FOLDER/counts). Ends with 1 where a part lies below its floor.
+Reads the counts that `./dev coverage` collected (BUILD-FOLDER/counts). Exits with 1 if a part is below its minimum.
 """
 
 import collections
@@ -25,7 +25,7 @@ def llvm(tool, *arguments):
 
 
 def counted_images(build):
-    """The programs and libraries that counted: each has a file of counts by its name."""
+    """Returns the programs and libraries that have counts, in files named after them."""
     names = {path.stem for path in (build / "counts").glob("*.profraw")}
     return [path for folder in ("bin", "lib") for path in sorted((build / folder).iterdir()) if path.name in names]
 

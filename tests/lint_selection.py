@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Names the sources that lint must look at after a change, one a line.
+"""Prints the sources to lint after a change, one per line.
 
     tests/lint_selection.py [--product] [--most N]
     tests/lint_selection.py --headers
 
-Those that differ from where the branch left main, or from the commit before where there is no branch; and for each
-header that differs, sources that include it. With --most, changed sources come first, then one source for each header,
-then the others; what is left out is counted on standard error. Without a history, all sources. With --headers, the
-headers that differ.
+Selects sources that differ from where the branch left main, or from the previous commit if there is no branch; and for
+each header that differs, sources that include it. With --most, changed sources come first, then one source for each
+header, then the others; the number of sources left out is printed on standard error. Without a history, selects all
+sources. With --headers, prints only the headers that differ.
 """
 
 import argparse
@@ -64,7 +64,7 @@ def main():
             includers.setdefault(header, []).append(name)
 
     def sources_of(header):
-        """Sources that include it themselves; where there are none, those that do through another header."""
+        """Returns sources that include a header directly; if there are none, those that do through other headers."""
         seen, waiting = {header}, [header]
         while waiting:
             names = sorted(name for one in waiting for name in includers.get(one, ()))
@@ -81,7 +81,7 @@ def main():
         if found and not any(name in changed or name in first for name in found):
             first.append(found[0])
         others += found
-    # The example programs are compiled against an installation, by the tests.
+    # The sources in examples/api are compiled against an installation, by the tests.
     chosen = [name for name in dict.fromkeys([*changed, *first, *others]) if not name.startswith("examples/api/")]
     if options.product:
         chosen = [name for name in chosen if name.split("/")[0] not in ("tests", "fuzz", "bench")]

@@ -4,10 +4,10 @@
 
     tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] [--sample NAME=8] [--slowest 30] PROGRAM...
 
-A process for each test, as ctest has it, would start programs thousands of times. Ends with a line "N passed, N failed"
-and with 1 where a test failed, did not run or where there was none. A test fails when it says so, when the process ends
-in it, or ends with an error after it. Nothing is run again, but for a shard whose only failure is that the leak checker
-itself could not run.
+Running each test in its own process, as ctest does, would start programs thousands of times. The last line of output is
+"N passed, N failed". Exits with 1 if a test failed or did not run, or if there are no tests. A test fails if it reports a
+failure or its process ends during it; a shard fails if its process ends with an error after its tests. Nothing is
+retried, except shards whose only failure is that the leak checker itself could not run.
 """
 
 import argparse
@@ -22,15 +22,15 @@ import time
 import zlib
 from pathlib import Path
 
-# Message of the leak checker when it could not stop the threads of the process, as distinct from a report of leaks.
+# Message of the leak checker when it could not stop the threads of the process; reports of leaks do not contain it.
 LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
-MOST_TRIES = 5  # it fails in one of some hundred processes, now and then twice in a row
+MOST_TRIES = 5  # the leak checker fails in one of some hundred processes, occasionally twice in a row
 SHARDS_A_JOB = 6
-PATIENCE = 1200  # seconds for a shard: only there to end what waits for ever
+PATIENCE = 1200  # seconds per shard; only meant to end processes that hang
 
 
 def tests_of(program, pattern):
-    """The names of a program's tests, in its order, without those that are switched off."""
+    """Returns the names of a program's tests, in its order and without disabled ones."""
     listing = subprocess.run([program, "--gtest_list_tests", f"--gtest_filter={pattern}"], check=True,
                              capture_output=True).stdout.decode(errors="replace")
     suite, names = "", []
@@ -44,12 +44,12 @@ def tests_of(program, pattern):
 
 
 def sample_of(tests, one_in):
-    """The same ones each time, whatever other tests there are."""
+    """Returns about one test in `one_in`, chosen by name, so that the choice does not depend on other tests."""
     return [name for name in tests if zlib.crc32(name.encode()) % one_in == 0]
 
 
 class Shard:
-    """A part of a program's tests and what became of them."""
+    """A part of a program's tests, with their results."""
 
     def __init__(self, program, pattern, index, count, tests):
         self.program, self.pattern, self.index, self.count, self.tests = program, pattern, index, count, tests
@@ -102,7 +102,7 @@ class Shard:
             self.failed = [f"{self.name()}: ended with {code} after its tests"]
 
     def said(self):
-        """The log without what is said of tests that passed."""
+        """Returns the log without the output of tests that passed; if it is long, only its start and end."""
         text = re.sub(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN )[^\n]*\n)*?\[       OK \] \1\b[^\n]*\n", "", self.log,
                       flags=re.MULTILINE)
         return text if len(text) < 60_000 else text[:30_000] + "\n...\n" + text[-30_000:]
