@@ -5,8 +5,8 @@
     tests/run_tests.py [--jobs 2] [--filter 'LooksTest.*'] [--sample NAME=8] [--slowest 30] PROGRAM...
 
 Running each test in its own process, as ctest does, would start programs thousands of times. The last line of output is
-"N passed, N failed". Exits with 1 if a test failed or did not run, or if there are no tests. A test fails if it reports a
-failure or its process ends during it; a shard fails if its process ends with an error after its tests. Nothing is
+"N passed, N failed". Exits with 1 if a test failed or did not run, or if there are no tests. A test fails if it reports
+a failure or its process ends during it; a shard fails if its process ends with an error after its tests. Nothing is
 retried, except shards whose only failure is that the leak checker itself could not run.
 """
 

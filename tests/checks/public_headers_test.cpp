@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Rules for public headers: they include only each other and the standard library, everything in them is
+// Rules for public headers: they include only each other and standard headers, everything in them is
 // documented, and global names have a prefix.
 
 #include <gmock/gmock.h>

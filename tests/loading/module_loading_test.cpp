@@ -24,9 +24,9 @@
 namespace {
 
 constexpr int kFirstCycles = 20;  // fill the caches that libraries keep
-// The allowed growth of the heap in all later cycles, about a quarter of a kilobyte each, because memory in
-// the allocator's lists of threads counts as used. A leaked interpreter is larger, a leaked model a hundred
-// times.
+// The allowed growth of the heap in all later cycles, about a quarter of a kilobyte each, because memory
+// that threads leave in the allocator's lists counts as used. A leaked interpreter is larger, a leaked model
+// a hundred times as large.
 constexpr std::size_t kGrowth = 256 * 1024;
 
 std::string ReadExample(const std::string& name) { return ReadAll(ORV_EXAMPLES_PATH "/" + name); }
