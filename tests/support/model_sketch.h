@@ -17,7 +17,7 @@ class ORVPrtImageElt;
 /// the height h, that is t(0,h) sy(-1). Links: ->#id, ->url, !show. A symbol's viewBox: <x y w h>.
 std::string SketchOf(const ORVPrtGraphicPrimitiveElt& primitive);
 
-/// Describes the children of a page or group, separated by blanks.
+/// Describes the children of a page or group, separated by spaces.
 std::string SketchOfChildren(const ORVPrtGraphicPrimitiveElt& container);
 
 /// Like SketchOfChildren, with the paint after each primitive and colours resolved through the page: for

@@ -9,8 +9,6 @@
 #include <string_view>
 
 // Text helpers shared by tests.
-
-/// Repeats a text.
 inline std::string Repeat(std::string_view text, std::size_t count) {
     std::string result;
     result.reserve(text.size() * count);
@@ -21,10 +19,10 @@ inline std::string Repeat(std::string_view text, std::size_t count) {
 /// Nested groups.
 inline std::string Nested(std::size_t depth) { return Repeat("<g>", depth) + Repeat("</g>", depth); }
 
-/// The parts that Fan repeats at each level.
+/// The elements of which Fan composes its levels.
 struct FanParts {
-    std::string leaf = "<rect width='1' height='1' fill='red'/>";
-    std::string element = "g";  ///< element of each level
+    std::string leaf = "<rect width='1' height='1' fill='red'/>";  ///< content of the first level
+    std::string element = "g";                                     ///< element of each level
 };
 
 /// Levels of definitions, each referring `breadth` times to the previous one, and a reference to the last: a

@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: Apache-2.0
 """Makes fonts of three letters: A is a square, B a triangle, C two bars. Needs python3-fonttools and python3-brotli.
 
-    tiny_fonts.py header FILE.h     the fonts as base64 texts, for tests
-    tiny_fonts.py documents FOLDER  drawings that bring them
-    tiny_fonts.py colours FOLDER    drawings that bring one whose letters are painted in colours
-    tiny_fonts.py varied FILE.ttf   the font that varies: heavy letters are 2 em wide
+    tiny_fonts.py header FILE.h     writes all fonts as base64 strings, for tests
+    tiny_fonts.py documents FOLDER  writes drawings that embed such fonts
+    tiny_fonts.py colours FOLDER    writes drawings that embed the colour font, one for each of its glyphs
+    tiny_fonts.py varied FILE.ttf   writes the variable font; at weight 900, its letters advance by 2.1 em
 """
 import base64
 import io
@@ -36,7 +36,15 @@ def draw(pen, contours):
 
 
 def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wider=None, parts=None, tables=None):
-    """A font whose letters have the given shapes, by default their own. @return its bytes"""
+    """Makes a font with a glyph for each letter.
+
+    @param shapes  for a letter, the letter of SHAPES whose outline it has; its own by default
+    @param cubic   makes CFF outlines instead of TrueType ones
+    @param wider   makes the font variable: units added to each letter's width at weight 900
+    @param parts   further glyphs, without characters: for a name, the letter of SHAPES whose outline it has
+    @param tables  further tables: their bytes by tag
+    @return the font's bytes
+    """
     shapes = {**(shapes or {}), **(parts or {})}
     order = [".notdef", "space"] + list(letters) + list(parts or {})
     builder = FontBuilder(1000, isTTF=not cubic)
@@ -59,7 +67,8 @@ def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wid
                      sCapHeight=700)
     builder.setupPost()
     if wider:
-        # Heavy letters are wider, and reach beyond their em.
+        # Only points right of the middle move. The four last deltas are those of the phantom points: the second one
+        # changes the advance.
         builder.setupFvar([("wght", 400, 400, 900, "Weight")], [])
         variations = {}
         for name in letters:
@@ -159,7 +168,10 @@ def documents(folder):
 
 
 def painted():
-    """A font whose A to K are painted: gradients, transforms and composites. @return its bytes"""
+    """Makes a font with colour glyphs A to M: solid colours, gradients, layers, transforms, composites.
+
+    @return the font's bytes
+    """
     from fontTools.colorLib.builder import buildCOLR, buildCPAL
     from fontTools.ttLib.tables.otTables import PaintFormat as Format
 
