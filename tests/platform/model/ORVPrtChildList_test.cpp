@@ -9,7 +9,7 @@
 
 namespace {
 
-// The list never looks at what it points to.
+// Returns a fake pointer: the list never dereferences its elements.
 ORVPrtGraphicPrimitiveElt* Child(std::uintptr_t number) {
     return reinterpret_cast<ORVPrtGraphicPrimitiveElt*>(number * 16);
 }

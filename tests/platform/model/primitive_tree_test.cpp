@@ -98,10 +98,10 @@ TEST(PrimitiveTreeTest, DepthCostsNoStack) {
         ++depth;
     EXPECT_EQ(depth, kDepth);
     copy = nullptr;
-    tree = nullptr;  // both die here
+    tree = nullptr;  // destruction must not recurse either
 }
 
-/// Restores the limit that other tests count on.
+/// Restores the default limit, on which other tests rely.
 class BudgetTest : public testing::Test {
 protected:
     ~BudgetTest() override { ORVPrtModel::SetPrimitiveLimit(ORVPrtModel::kDefaultPrimitiveLimit); }
@@ -124,7 +124,7 @@ TEST_F(BudgetTest, CountsDuplicates) {
     const ORVRef<ORVPrtGroupElt> group(model->Create<ORVPrtGroupElt>());
     const ORVRef<ORVPrtCircleElt> circle(model->Create<ORVPrtCircleElt>());
     group->AddChild(circle.get());
-    EXPECT_EQ(group->Duplicate(), nullptr);  // two more would be four
+    EXPECT_EQ(group->Duplicate(), nullptr);  // two copies would make four
 }
 
 TEST_F(BudgetTest, OutlivesItsModel) {
@@ -147,7 +147,7 @@ TEST(ORVPrtModelTest, KeepsPagesInOrder) {
     EXPECT_EQ(first->GetReferenceCount(), 2U);
 }
 
-/// One of every class.
+/// One primitive of every class.
 std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> OneOfEach() {
     return {Make<ORVPrtBitmapImageElt>(),
             Make<ORVPrtCircleElt>(),
@@ -194,7 +194,7 @@ TEST(PrimitiveClassesTest, ContainersAreThoseThatHaveChildren) {
         "ORVPrtSymbolElt ");
 }
 
-// Of drawings with millions of shapes, memory is what these take.
+// In drawings with millions of shapes, these sizes determine how much memory the model takes.
 TEST(PrimitiveClassesTest, HoldNoBytesBetweenTheirMembers) {
     constexpr std::size_t kWord = 8, kPrimitive = 4 * kWord, kPoint = 2 * kWord, kSets = 3 * kWord;
     EXPECT_EQ(sizeof(ORVPrtRectangleElt), kPrimitive + kSets + 2 * kPoint);

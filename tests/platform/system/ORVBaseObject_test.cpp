@@ -11,7 +11,7 @@
 
 namespace {
 
-// Counts how many of its kind there are; may own others.
+// Counts its instances; may own others.
 class Thing : public ORVBaseObject {
 public:
     static const ORVMetaClass& MetaClass() {

@@ -43,7 +43,7 @@ TEST(ORVSharedValue, CopiesShareUntilOneIsWritten) {
     EXPECT_EQ(third.Get().colour, 7);
     EXPECT_EQ(&first.Get(), &third.Get());
 
-    second.Edit().name = "own";  // it has its value to itself by now
+    second.Edit().name = "own";  // no longer shared, so not copied again
     EXPECT_EQ(Pen::copies, 1);
 }
 

@@ -23,7 +23,7 @@ std::string ReadAll(ORVTemporaryData& data) {
     return count < 0 ? "not read" : all.substr(0, static_cast<std::size_t>(count));
 }
 
-/// How many open files of this process stand, or stood, below a folder.
+/// Returns the number of open files of this process below a folder, including deleted ones.
 int CountOpenFilesIn(const fs::path& folder) {
     int count = 0;
     for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {

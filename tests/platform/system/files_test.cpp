@@ -57,7 +57,7 @@ TEST_F(FilesTest, OtherFoldersAreNot) {
     EXPECT_EQ(ORVFileStat(Path("outside.png")), 0);
     EXPECT_EQ(ORVFileAccess(Path("outside.png"), 0), 0);
     EXPECT_EQ(ORVFileStat(Path("open/../outside.png")), 0);
-    EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 0);  // the name begins alike, the folder is another one
+    EXPECT_EQ(ORVFileStat(Path("open-not/c.png")), 0);  // another folder whose name has the same beginning
     EXPECT_EQ(ORVFileStat("/etc/passwd"), 0);
 }
 
@@ -71,7 +71,7 @@ TEST_F(FilesTest, SymbolicLinksLeadNowhereElse) {
     EXPECT_EQ(ORVFileStat(Path("open/inner.png")), 1);
 }
 
-// What a link leads to may have changed since its name was asked for.
+// The target of a link may have been changed between the check of its name and the open.
 TEST_F(FilesTest, AFileIsAskedForAgainWhenItIsOpen) {
     fs::create_symlink(root_ / "outside.png", root_ / "open" / "link.png");
     for (const auto& [name, isAllowed] : {std::pair{"open/a.png", true},
@@ -126,7 +126,7 @@ TEST_F(FilesTest, SeveralFoldersAreAllowed) {
     EXPECT_EQ(ORVFileStat(Path("outside.png")), 0);
 }
 
-// Whether there is a file is asked only where the answer may be known.
+// The answer must not reveal whether a file outside of the allowed folders exists.
 TEST_F(FilesTest, TheAnswerDependsOnNoFileOutside) {
     fs::create_symlink(root_ / "outside.png", root_ / "open" / "link.png");
     fs::create_symlink(root_ / "none.png", root_ / "open" / "dangling.png");
@@ -167,7 +167,7 @@ TEST_F(FilesTest, FortyLinksAreFollowedAsTheSystemDoes) {
     EXPECT_FALSE(policy_.MayRead(Path("open/41")));
 }
 
-// A folder may be named through links by the host; what it is named by leads into it, too.
+// The host may name a folder by a path with links. Documents may use that path as well as the real one.
 TEST_F(FilesTest, AFolderIsKnownByTheNameThatItWasGiven) {
     fs::create_directory_symlink(root_ / "open-not", root_ / "alias");
     fs::create_directory_symlink(root_ / "open" / "below", root_ / "odd");

@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr double kPreset = -7.0;  // stays where nothing is converted
+constexpr double kPreset = -7.0;  // unchanged if nothing is converted
 
 struct DoubleCase {
     const char* name;
@@ -113,7 +113,8 @@ INSTANTIATE_TEST_SUITE_P(
                     IntegerCase{"WhiteSpaceOnly", " \t", -1, 77, 77}),
     kNameOfRow);
 
-// The longest prefix that is a number, found by trying every prefix, longest first.
+// Reference implementation: converts the longest prefix that is a number, found by trying every prefix,
+// longest first.
 int ConvertNaively(const std::string& text, double& out) {
     std::size_t start = 0;
     while (start < text.size() && (text[start] == ' ' || (text[start] >= '\t' && text[start] <= '\r')))
@@ -159,7 +160,7 @@ TEST(NumberConversion, ReadsTheLongestPrefixThatIsANumber) {
     }
 }
 
-// Around the number of digits from which on a double does not hold them all.
+// The numbers have fewer and more digits than a double can represent exactly.
 TEST(NumberConversion, RoundsDecimalsOfAnyLength) {
     std::mt19937_64 random(5);
     for (int round = 0; round < 200000; ++round) {
@@ -208,8 +209,7 @@ TEST(NumberConversion, TakesAMillionDigits) {
     EXPECT_EQ(natural, 15U);
 }
 
-// Gives the process a locale whose decimal separator is a comma. Systems without one have their tools make
-// it.
+// Sets a locale with a decimal comma for its lifetime. If none is installed, localedef compiles one.
 class CommaLocale {
 public:
     CommaLocale() {
@@ -244,7 +244,7 @@ private:
 TEST(NumberConversion, ReadsAPeriodWhateverTheLocale) {
     const CommaLocale locale;
     if (!locale.IsActive()) GTEST_SKIP() << "no locale with a decimal comma, and none can be made";
-    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5);  // so it is the locale that is at work
+    ASSERT_EQ(std::strtod("1,5", nullptr), 1.5);  // the locale is in effect
 
     double out = kPreset;
     EXPECT_EQ(ORVConvertToDouble("1.5", out), 1);
@@ -263,7 +263,7 @@ TEST(NumberLengthTest, EndsBehindTheNumber) {
     const struct {
         std::string text;
         int status;
-        std::size_t length;  // 77: not written
+        std::size_t length;  // 77: unchanged
     } cases[] = {{"12", 1, 2},     {"  12px", 1, 4}, {"-1.5e3mm", 1, 6}, {"+.5.5", 1, 3}, {"1e", 1, 1},
                  {"1e400x", 1, 5}, {"x", 0, 77},     {"", -1, 77},       {"inf", 0, 77}};
     for (const auto& row : cases) {

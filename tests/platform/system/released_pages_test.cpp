@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Some pages of the process's own, filled with a letter.
+/// A private mapping of several pages, filled with the letter x.
 class ReleasedPagesTest : public testing::Test {
 protected:
     ReleasedPagesTest()
@@ -29,7 +29,7 @@ protected:
 };
 
 TEST_F(ReleasedPagesTest, AreThoseOfWholePages) {
-    ORVReleasePages(bytes_ + 5, 12 * page_);  // of thirteen pages, the first and the last in part
+    ORVReleasePages(bytes_ + 5, 12 * page_);  // twelve pages that begin and end within a page
     EXPECT_EQ(CountKept(), 5 * page_);
     EXPECT_EQ(bytes_[page_ - 1], 'x');
     EXPECT_EQ(bytes_[page_], '\0');

@@ -11,11 +11,11 @@
 namespace {
 
 struct Reading {
-    std::size_t length = 0;  // 0: no short number
+    std::size_t length = 0;  // of the number; 0 if there is no short number
     double value = 0.0;
 };
 
-// One digit at a time, and the number by the C library.
+// Reference implementation: finds the end character by character; the C library converts the number.
 Reading ReadPlainly(const std::string& text) {
     std::size_t length = 0, digits = 0, points = 0;
     for (; length < text.size(); ++length) {
@@ -34,14 +34,14 @@ Reading ReadPlainly(const std::string& text) {
 
 Reading ReadShort(const std::string& text, const char* (*read)(const char*, const char*, double&)) {
     double value = 0.0;
-    // A copy of its own, so that the sanitizers see when more than the text is looked at.
+    // A separate copy, so that sanitizers detect reads beyond the end of the text.
     const std::string copy(text.data(), text.size());
     const char* const behind = read(copy.data(), copy.data() + copy.size(), value);
     if (!behind) return {};
     return {static_cast<std::size_t>(behind - copy.data()), value};
 }
 
-// A short way may refuse what is long, and must be right where it does not.
+// Both versions may leave numbers of more than 15 characters to others. What they read must be correct.
 void ExpectSame(const std::string& text) {
     const Reading plain = ReadPlainly(text);
     for (const auto read : {+[](const char*begin, const char*end, double&value) {
@@ -57,8 +57,8 @@ void ExpectSame(const std::string& text) {
     }
 }
 
-// Every arrangement of digits, points and what ends a number, up to the length at which words are used and
-// beyond.
+// All combinations of digits, points and characters after a number, of up to 8 characters: texts of 8 are
+// read as a word, shorter ones by characters.
 TEST(ShortNumber, ReadsEveryArrangementAsCharacterByCharacter) {
     constexpr char kCharacters[] = {'0', '7', '.', 'L', 'e'};
     for (std::size_t length = 0; length <= 8; ++length) {

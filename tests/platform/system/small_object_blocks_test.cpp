@@ -16,7 +16,7 @@ namespace {
 
 namespace blocks = orv_small_object_blocks;
 
-/// Runs something in a thread of its own, which begins without a block.
+/// Runs `work` in a new thread, which starts without a block.
 template <class Work>
 void InNewThread(Work work) {
     std::thread(work).join();
@@ -24,7 +24,7 @@ void InNewThread(Work work) {
 
 std::uintptr_t Place(const void* object) { return reinterpret_cast<std::uintptr_t>(object); }
 
-/// Objects of one size and what they need to be looked at.
+/// Objects of one size, filled with bytes that show whether another object has overwritten them.
 struct Objects {
     std::size_t size = 0;
     std::vector<void*> places;
@@ -92,7 +92,7 @@ TEST(SmallObjectBlocks, RefuseWhatIsTooLarge) {
 
 std::size_t BytesInUse() { return mallinfo2().uordblks + mallinfo2().hblkhd; }
 
-/// What the allocator has for threads and the lists of a test.
+/// Allowance for memory that is allocated for threads and for the tests' own lists.
 constexpr std::size_t kSome = std::size_t{100} << 10U;
 
 class BlocksInUse : public testing::TestWithParam<std::size_t> {
@@ -136,7 +136,7 @@ TEST_P(BlocksInUse, GoWithoutBeingToldSizes) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, BlocksInUse, testing::Values(24, 88, 512, 100'000));
 
-// Two threads give back what lies in the same blocks, while a third one fills the last of them.
+// Two threads free objects in the same blocks, while a third one allocates in the last of these blocks.
 TEST(SmallObjectBlocks, BelongToNoThread) {
     Objects even{32, {}}, odd{32, {}};
     for (int i = 0; i < 20'000; ++i) (i % 2 == 0 ? even : odd).Take(1);

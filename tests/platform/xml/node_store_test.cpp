@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kBlocks = std::size_t{1} << 20U;  // bytes that hold the last blocks of any tree
+constexpr std::size_t kBlocks = std::size_t{1} << 20U;  // bytes; more than the last blocks of a tree take
 
 std::string Rectangles(int count, std::string_view name = "rect") {
     std::string text;
@@ -26,7 +26,7 @@ struct ReadingRow {
     ORVXmlReading reading;
 };
 
-/// A document that is read once, and a reader that adds up what it comes by.
+/// Parses a document for a given kind of reading, and reads it by adding up its numbers.
 class NodeStoreTest : public testing::TestWithParam<ReadingRow> {
 protected:
     void Parse(std::string document) {
@@ -41,8 +41,8 @@ protected:
 
     std::size_t MemoryInUse() const { return root_.GetTree()->GetMemoryInUse(); }
 
-    /// Reads what is below an element as interpreters do: each element's attribute before its children, and
-    /// that of an element with children once more behind them.
+    /// Reads the descendants of an element as interpreters do: an element's attribute before its children,
+    /// and again after them. Returns the sum of the attributes.
     long Sum(const ORVXmlNode& element) {
         long sum = 0;
         ORVXmlChildWalk walk(element);

@@ -148,7 +148,7 @@ TEST(XmlLimits, DefaultAttributesThatGrowAreBounded) {
     EXPECT_EQ(ParseDom(document).status, -1);
 }
 
-// Each takes memory, even one without a value and with a short name.
+// Every default attribute takes memory, even one with a short name and an empty value.
 TEST(XmlLimits, DefaultAttributesCountWithWhatTheyTakeThemselves) {
     std::string type = "<!DOCTYPE t [<!ATTLIST g";
     for (char c = 'a'; c <= 'z'; ++c) type += std::string(" ") + c + "1 CDATA '' " + c + "2 CDATA ''";
@@ -160,7 +160,7 @@ TEST(XmlLimits, DefaultAttributesCountWithWhatTheyTakeThemselves) {
     }
 }
 
-// Of the following sizes, nothing that takes quadratic time would come to an end.
+// The following documents are so large that code of quadratic time would not finish.
 TEST(XmlLimits, AValueOf50MillionBytesIsRead) {
     constexpr std::size_t kSize = 50000000;
     const std::string document = "<svg><image xlink:href='" + std::string(kSize, 'A') + "'/></svg>";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The reader of plain documents may refuse whatever it likes, and then costs time only. What it takes has to
-// be well formed, and to give the events that the conforming parser gives.
+// The fast reader for plain documents may reject any document, which only costs time. A document that it
+// accepts must be well formed and give the same events as with the conforming parser.
 
 #include "platform/xml/plain_document.h"
 
@@ -145,11 +145,13 @@ INSTANTIATE_TEST_SUITE_P(
     kNameOfRow);
 
 TEST(PlainDocumentTest, ByteOrderMarkOfTextIsNoMark) {
-    // Text that was decoded elsewhere has no mark of its encoding; the other reader decides what it is.
+    // Text that has already been decoded has no byte order mark; such a document is left to the conforming
+    // parser.
     EXPECT_FALSE(PlainEvents("\xEF\xBB\xBF<a/>", XmlEncoding::kUtf8));
 }
 
-/// What is wrong with a text, or nothing.
+/// Returns what the fast reader gets wrong; empty if it rejects the text or agrees with the conforming
+/// parser.
 std::string Compare(const std::string& text) {
     const auto plain = PlainEvents(text);
     if (!plain) return {};

@@ -9,8 +9,8 @@
 #include "platform/xml/ORVDOMXml.h"
 #include "platform/xml/ORVLightXml.h"
 
-/// Formats an element and its descendants in one line for comparison: name{attribute=value}'own
-/// text'(children).
+/// Formats an element and its descendants in one line for comparison:
+/// name{attribute=value}'own text'(children).
 /// @param elementsOnly  omits texts and comments, so that trees of both parsers can be compared
 inline std::string TreeText(const ORVXmlNode* node, bool elementsOnly = true) {
     std::string out;

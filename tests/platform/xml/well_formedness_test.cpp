@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
 struct ErrorCase {
     const char* name;
     std::string document;
-    const char* tree;  // that the light parser keeps
+    const char* tree;  // kept by the light parser
     std::uint64_t line;
     std::uint64_t column;
     std::uint64_t offset;
@@ -138,7 +138,7 @@ TEST(NotWellFormed, InvalidUtf8FailsUnderTheDomAndEndsTheLightTree) {
     }
 }
 
-// Cuts documents anywhere: whatever is left gives an answer, and a tree that begins like the whole one.
+// Wherever a document is cut off, both parsers fail, and the light parser keeps no more than the whole tree.
 TEST(NotWellFormed, EveryPrefixOfADocumentGivesAPrefixOfItsTree) {
     const std::string document =
         "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e '<i/>x'><!ATTLIST b y CDATA '1'>]>"

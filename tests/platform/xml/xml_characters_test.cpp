@@ -9,7 +9,7 @@ namespace {
 
 bool AreTaken(const std::string& text) { return PlainEvents("<a>" + text + "</a>").has_value(); }
 
-// Bytes are looked at in stretches; each place in one, and in the rest behind the last one, must count.
+// Bytes are examined in blocks of 256. A forbidden one must be found anywhere in a block, and after the last.
 TEST(XmlCharacters, AreLookedForInEveryPlace) {
     const std::string plain = [] {
         std::string text;
