@@ -29,7 +29,7 @@ protected:
 };
 
 TEST_F(ReleasedPagesTest, AreThoseOfWholePages) {
-    ORVReleasePages(bytes_ + 5, 12 * page_);  // twelve pages that begin and end within a page
+    ORVReleasePages(bytes_ + 5, 12 * page_);  // begins and ends within a page: 11 whole ones
     EXPECT_EQ(CountKept(), 5 * page_);
     EXPECT_EQ(bytes_[page_ - 1], 'x');
     EXPECT_EQ(bytes_[page_], '\0');

@@ -52,9 +52,9 @@ TEST(ORVFontFaceTest, DrawsStraightLettersWithLines) {
     EXPECT_EQ(outline.closed, 1);
     EXPECT_EQ(outline.curves, 0);
     EXPECT_NEAR(outline.box.yMin, 0.0, 1e-9);
-    EXPECT_NEAR(outline.box.yMax, 688.0, 2.0);  // the capitals' height, upwards
+    EXPECT_NEAR(outline.box.yMax, 688.0, 2.0);  // the cap height; y points up
     EXPECT_GT(outline.box.xMin, 0.0);
-    EXPECT_LT(outline.box.xMax, 723.0);  // inside its advance
+    EXPECT_LT(outline.box.xMax, 723.0);  // within the advance
 }
 
 TEST(ORVFontFaceTest, DrawsRoundLettersWithCurvesAndScales) {

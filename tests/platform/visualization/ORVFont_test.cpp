@@ -30,7 +30,7 @@ Names NamesOf(int index) {
     return names;
 }
 
-/// The look-up by walking through the catalogue, which the indexed one must equal.
+/// Looks up a font by a walk through the catalogue. The look-up by index must give the same font.
 const ORVFont* Walk(const std::string& family, bool forStyle) {
     for (int i = 1; i <= ORVFont::sGetFontCount(); ++i) {
         const ORVUnicodeString name = ORVFont::sGetFontName(i);
@@ -53,7 +53,7 @@ const ORVFont* Walk(const std::string& family, bool forStyle) {
     return nullptr;
 }
 
-/// Any outline font file, to draw plain fonts with.
+/// Returns the path of some outline font file, for registering plain fonts.
 std::string SomeFontFile() {
     const ORVFontFace* face = ORVFont::sGetFont("arial.ttf")->GetFace(25);
     return face ? face->GetFilePath() : std::string();
@@ -178,18 +178,18 @@ TEST_F(CatalogueTest, FixedNamesHaveTheLookTheyStandFor) {
 TEST_F(CatalogueTest, WeightsTakeTheFamilysFaces) {
     const ORVFont* sans = FindFontForAttribute("Liberation Sans");
     EXPECT_EQ(sans->GetFace(25)->GetWeight(), 400);
-    EXPECT_EQ(sans->GetFace(24), sans->GetFace(25));  // there is no light face
+    EXPECT_EQ(sans->GetFace(24), sans->GetFace(25));  // the family has no light face
     EXPECT_EQ(sans->GetFace(26)->GetWeight(), 700);
     EXPECT_EQ(sans->GetFace(26)->GetFamily(), "Liberation Sans");
     EXPECT_FALSE(sans->GetFace(26)->IsItalic());
-    EXPECT_EQ(sans->GetFace(27), sans->GetFace(26));  // nor a heavier one
+    EXPECT_EQ(sans->GetFace(27), sans->GetFace(26));  // nor one heavier than bold
     EXPECT_EQ(sans->GetFace(0), sans->GetFace(25));
 
     const ORVFont* italic = FindFontForAttribute("Liberation Serif Italic");
     EXPECT_TRUE(italic->GetFace(26)->IsItalic());
     EXPECT_EQ(italic->GetFace(26)->GetWeight(), 700);
 
-    // A face that was asked for by its own name stays what it is at normal weight.
+    // At normal weight, a face requested by its own name is used as it is.
     const ORVFont* bold = FindFontForAttribute("Liberation Sans Bold");
     EXPECT_EQ(bold->GetFace(25)->GetWeight(), 700);
 }

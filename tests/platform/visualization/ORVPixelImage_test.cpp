@@ -77,12 +77,12 @@ TEST(ORVPixelImageTest, MadeFromPixels) {
     EXPECT_STREQ(image->IsA(), "ORVPixelImage");
     EXPECT_TRUE(image->HasAlpha());
     EXPECT_EQ(PixelsOf(image), pixels);
-    image->ReleasePixels();  // there is nothing to decode them from again: they stay
+    image->ReleasePixels();  // kept: there is no file to decode them from again
     EXPECT_EQ(PixelsOf(image), pixels);
 }
 
 TEST(ORVPixelImageTest, LargePixelsComeBackAfterRelease) {
-    // More than 16 MB of pixels.
+    // Large enough for the readers to keep the file instead of the pixels.
     const auto sample = [](int x, int y, int) { return static_cast<unsigned>((x / 64 + y / 64) % 2); };
     const auto png = ReadPng(WritePng({.width = 2100, .height = 2100, .depth = 1, .sample = sample}));
     const ByteList rows(static_cast<std::size_t>(2112 / 8 * 2100), 0x55);

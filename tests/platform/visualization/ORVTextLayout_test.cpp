@@ -36,7 +36,7 @@ std::vector<ORVGlyph> GlyphsOf(const ORVTextLayout& layout) {
     return glyphs;
 }
 
-/// The text in the order in which it is seen, cluster by cluster.
+/// Returns the text in visual order, cluster by cluster.
 std::string Seen(std::string_view text, const ORVTextStyle& style) {
     std::string seen;
     for (const ORVGlyph& glyph : GlyphsOf(ORVLayoutText(text, style)))
@@ -104,7 +104,7 @@ TEST(TextLayoutTest, BaseDirectionOrdersMixedText) {
     EXPECT_EQ(Seen("ab!", Sans(0)), "ab!");
     EXPECT_EQ(Seen("ab!", Sans(1)), "!ab");
     EXPECT_EQ(Seen("\u05D0 12", Sans(0)), "12 \u05D0");
-    EXPECT_EQ(Seen("\u05D0 ", Sans(0)), "\u05D0 ");  // the blank at the end belongs to the line
+    EXPECT_EQ(Seen("\u05D0 ", Sans(0)), "\u05D0 ");  // a trailing space has the base direction
     EXPECT_EQ(Seen("ab ", Sans(1)), " ab");
 }
 
@@ -153,7 +153,7 @@ TEST(TextLayoutTest, AccentsStayWithTheirLetter) {
 }
 
 TEST(TextLayoutTest, FollowUpGlyphsOfAClusterStandForNoText) {
-    // Two marks above and below that no single glyph holds.
+    // No single glyph combines this letter with a mark above and a mark below.
     const ORVTextStyle style = StyleOf("DejaVu Sans");
     const auto glyphs = GlyphsOf(ORVLayoutText("x\u0323\u0307", style));
     ASSERT_GT(glyphs.size(), 1u);
@@ -196,20 +196,20 @@ TEST(TextLayoutTest, ExtraSpacingKeepsMarksAtTheirLetter) {
     const auto before = GlyphsOf(plain), after = GlyphsOf(spaced);
     ASSERT_GT(after.size(), 2u);
     ASSERT_EQ(before.size(), after.size());
-    // The letter and its marks stay together; only what comes behind them moves.
+    // The letter and its marks stay together; only the next letter moves.
     for (std::size_t i = 0; i + 1 < after.size(); ++i) EXPECT_NEAR(after[i].x, before[i].x, 1e-9) << i;
     EXPECT_NEAR(after.back().x, before.back().x + 5.0, 1e-9);
     EXPECT_NEAR(spaced.advance, plain.advance + 5.0, 1e-9);
 }
 
-/// A letter with so many accents, and a letter behind it.
+/// A letter with this number of accents, followed by another letter.
 std::string Accented(std::size_t marks) {
     std::string text = "e";
     text += Repeat("\u0301", marks);
     return text + "x";
 }
 
-// The shaper's time grows with the square of the marks that it gets at once.
+// Shaping takes time quadratic in the number of marks that are shaped at once.
 TEST(TextLayoutTest, ThirtyMarksAreSetWithTheirLetterAndMoreBehindThem) {
     for (const auto& [marks, runs] :
          {std::pair{1u, 1u}, {30u, 1u}, {31u, 2u}, {60u, 2u}, {61u, 3u}, {80'000u, 2667u}})
@@ -246,7 +246,7 @@ TEST(TextLayoutTest, WeightsTakeTheBoldFaceOrAskForThickening) {
     EXPECT_EQ(bold.runs[0].face->GetWeight(), 700);
     EXPECT_FALSE(bold.runs[0].syntheticBold);
 
-    // A font that the host registers has no family.
+    // A font registered by the host has no family from which to take a bold face.
     static const ORVFont* const lone =
         ORVFont::sRegisterPlainFont("Lone.font", Sans().font->GetFace(25)->GetFilePath());
     style.font = lone;
@@ -269,7 +269,7 @@ TEST(TextLayoutTest, VerticalTextGoesDownCentred) {
     EXPECT_LT(glyphs[0].y, 0.0);
     EXPECT_NEAR(glyphs[1].y - glyphs[0].y, -glyphs[0].advance, 1e-9);
     EXPECT_NEAR(layout.advance, glyphs[0].advance + glyphs[1].advance + glyphs[2].advance, 1e-9);
-    EXPECT_GT(glyphs[2].y, -layout.advance);  // upright: the last glyph stands inside
+    EXPECT_GT(glyphs[2].y, -layout.advance);  // upright: the last baseline is above the end
 }
 
 TEST(TextLayoutTest, AbsurdSizesGiveAnEmptyLayout) {
@@ -301,7 +301,8 @@ TEST(TextLayoutTest, BytesThatAreNotUtf8KeepTheirPlace) {
     EXPECT_EQ(glyphs.back().textOffset, text.size() - 1);
 }
 
-/// Texts of letters of all directions, marks, digits, controls, rare characters and broken bytes.
+/// Returns a random text of letters of both directions, marks, digits, control and rare characters, and
+/// invalid UTF-8.
 std::string RandomText(std::mt19937& random) {
     constexpr const char* kPieces[] = {"a",          "B",      " ",
                                        "1",          "fi",     "\u05D0",
@@ -368,7 +369,7 @@ TEST(TextLayoutTest, ManyThreadsMayLayOutText) {
     for (const double advance : advances) EXPECT_EQ(advance, expected);
 }
 
-// Fonts of PostScript's own format say nothing of vertical text.
+// Type 1 fonts have no vertical metrics.
 TEST(TextLayoutTest, PostScriptFontsRunDownByTheHeightOfALine) {
     constexpr const char* kFile = "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1";
     const ORVFont* font = ORVFont::sRegisterPlainFont("Vertical.font", kFile);
@@ -385,13 +386,13 @@ TEST(TextLayoutTest, PostScriptFontsRunDownByTheHeightOfALine) {
     EXPECT_NEAR(layout.advance, 2.0 * line, 1e-9);
     EXPECT_NEAR(glyphs[0].y, -10.0 * face.GetAscent(), 1e-9);
     EXPECT_NEAR(glyphs[1].y, glyphs[0].y - line, 1e-9);
-    // Each stands with its middle on the line: half its own advance to the left.
+    // Glyphs are centred on the line: they begin half their horizontal advance to the left of it.
     style.writingMode = 0;
     EXPECT_NEAR(glyphs[0].x, -ORVMeasureText("i", style).advance / 2.0, 0.01);
     EXPECT_NEAR(glyphs[1].x, -ORVMeasureText("W", style).advance / 2.0, 0.01);
 }
 
-// Text that asks for everything at every step.
+// The direction, the font or the marks change every few characters.
 TEST(TextLayoutTest, LongTextsOfManyRunsAreLaidOut) {
     std::string text;
     while (text.size() < 400000) text += "ab \u05D0\u05D1 12 \u2603 x\u0323\u0307 \u202Edeep\u202C ";

@@ -71,7 +71,7 @@ TEST(BmpReaderTest, ThirtyTwoBitsHaveNoAlphaByThemselves) {
     EXPECT_FALSE(image->HasAlpha());
 }
 
-/// A header of 108 bytes with masks for 32 bits.
+/// A 108-byte header for pixels of 32 bits, with masks for the colours and alpha.
 BmpToWrite HeaderWithAlphaMask(int width) {
     BmpToWrite bmp;
     bmp.U32(108).U32(static_cast<std::uint32_t>(width)).U32(1).U16(1).U16(32).U32(kBitFields).U32(0);
@@ -118,7 +118,8 @@ TEST(BmpReaderTest, ResolutionIsKept) {
 }
 
 TEST(BmpReaderTest, RunsOfEightBits) {
-    // Two red and an explicit three; next row: skip one, a run longer than the row.
+    // A run of two red pixels, then three literal pixels. Next row: one pixel skipped, then a run that is
+    // longer than the row.
     const ByteList runs = {2, 1, 0, 3, 2, 3, 1, 0, 0, 0, 0, 2, 1, 0, 9, 2, 0, 1};
     const auto image = ReadBmp(BmpToWrite::Info(5, 2, 8, kRle8, 4).Append(kFourColours).With(runs));
     EXPECT_EQ(PixelsOf(image),
@@ -137,7 +138,7 @@ TEST(BmpReaderTest, RunsThatBreakOffGiveNull) {
     const auto file = [](const ByteList& runs) {
         return BmpToWrite::Info(4, 2, 8, kRle8, 4).Append(kFourColours).With(runs);
     };
-    EXPECT_TRUE(ReadBmp(file({4, 1, 0, 0, 4, 2})));  // complete, though without an end mark
+    EXPECT_TRUE(ReadBmp(file({4, 1, 0, 0, 4, 2})));  // complete, though without an end marker
     EXPECT_FALSE(ReadBmp(file({4, 1, 0, 0, 3, 2})));
     EXPECT_FALSE(ReadBmp(file({4, 1, 0, 0})));
     EXPECT_FALSE(ReadBmp(file({4, 1, 0, 4, 1, 1})));
@@ -151,7 +152,7 @@ TEST(BmpReaderTest, EveryTruncationOfThePixelsGivesNull) {
     for (std::size_t size = 0; size < file.size() - 3; ++size)
         EXPECT_FALSE(ReadBmp(ByteList(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size))))
             << size;
-    EXPECT_TRUE(ReadBmp(ByteList(file.begin(), file.end() - 3)));  // the last row's padding
+    EXPECT_TRUE(ReadBmp(ByteList(file.begin(), file.end() - 3)));  // only padding of the last row is missing
     ByteList surplus = file;
     surplus.push_back(1);
     EXPECT_TRUE(ReadBmp(surplus));
@@ -166,7 +167,7 @@ TEST(BmpReaderTest, HeadersThatLieGiveNull) {
     EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, 1, 7).With(pixels)));
     EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, 1, 24, kRle8).With(pixels)));
     EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, 1, 24, 77).With(pixels)));
-    EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, 1, 8).With({0})));  // 256 colours that are not there
+    EXPECT_FALSE(ReadBmp(BmpToWrite::Info(1, 1, 8).With({0})));  // the palette of 256 colours is missing
 }
 
 TEST(BmpReaderTest, PixelLimitHolds) {
@@ -175,7 +176,7 @@ TEST(BmpReaderTest, PixelLimitHolds) {
     EXPECT_FALSE(ReadBmp(file));
 }
 
-// The code of bit fields stands for another compression in headers of this size.
+// In the 64-byte headers of OS/2, the code of bit fields stands for another compression.
 TEST(BmpReaderTest, CodesOfOs2AreNoBitFields) {
     for (const std::uint32_t size : {64U, 52U}) {
         BmpToWrite bmp;

@@ -86,7 +86,7 @@ TEST(FaceIndexTest, EveryFolderOfFontsIsWatched) {
         EXPECT_THAT(*paths, testing::Contains(std::filesystem::path(face.path).parent_path().string()));
 }
 
-// Whoever makes the checksum fit as well finds every size and number looked at.
+// A correct checksum is no proof of sound data, so the values of each face are checked as well.
 TEST(FaceIndexTest, FacesThatCannotBeAreRefused) {
     const auto isRefused = [](auto change) {
         FaceIndex index = SomeIndex(), read;
@@ -154,7 +154,7 @@ TEST_F(WatchTest, TellsWhatChangedLately) {
     const std::int64_t second = watched[0].modified;
     EXPECT_FALSE(IsOlderThan(watched, second));
     EXPECT_TRUE(IsOlderThan(watched, second + 1));
-    // Its time can be set back, but not that of the setting.
+    // A file's modification time can be set back, but its status change time cannot.
     struct timespec times[2] = {{1000, 0}, {1000, 0}};
     ASSERT_EQ(utimensat(AT_FDCWD, watched[0].path.c_str(), times, 0), 0);
     const std::vector<WatchedPath> setBack = Watch({watched[0].path});

@@ -86,7 +86,7 @@ TEST_F(FontCacheTest, WhatBelongsToOthersIsRefused) {
         ASSERT_EQ(chown(path.c_str(), 0, static_cast<gid_t>(-1)), 0);
     }
     EXPECT_EQ(Read(), "x");
-    // Nothing is left in the home of somebody else either.
+    // Nor is anything created in a folder that belongs to another user.
     fs::remove_all(scratch_.PathOf("cache"));
     ASSERT_EQ(chown(scratch_.Path().c_str(), kOther, static_cast<gid_t>(-1)), 0);
     EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
@@ -105,7 +105,7 @@ TEST_F(FontCacheTest, LinksAndOtherThingsAreRefused) {
     fs::create_directory(File());
     EXPECT_EQ(Read(), std::nullopt);
     EXPECT_FALSE(WriteFontCache(Folder(), kFaceIndexFile, "y"));
-    EXPECT_EQ(CountFiles(), 1U);  // no draft stays
+    EXPECT_EQ(CountFiles(), 1U);  // no temporary file is left
 
     fs::rename(Folder(), scratch_.PathOf("moved"));
     fs::create_directory_symlink(scratch_.PathOf("moved"), Folder());
@@ -120,7 +120,7 @@ TEST_F(FontCacheTest, FoldersThatCannotBeMadeAreNoMatter) {
     EXPECT_FALSE(WriteFontCache("/proc/orvprint", kFaceIndexFile, "x"));
 }
 
-/// Sets variables and puts them back.
+/// Sets or removes environment variables for its lifetime.
 class Variables {
 public:
     explicit Variables(const std::map<std::string, std::optional<std::string>>& values) {

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Bytes of a font, most significant first.
+/// Writes the bytes of a font, in big-endian order.
 class FontBytes {
 public:
     FontBytes& U8(int value) {
@@ -45,14 +45,15 @@ private:
 };
 
 using Tables = std::map<std::string, std::string>;
-constexpr std::size_t kOne = 0x10000;  // as a fixed-point number
+constexpr std::size_t kOne = 0x10000;  // 1 as a 16.16 fixed-point number
 
-/// A font of three glyphs: of the first two none has an outline, and the second is that of "A"; the third is
+/// A font of three glyphs: the first two have no outlines, the second one is mapped to "A"; the third one is
 /// a square of one em on the baseline.
+/// @param pictures  tables to add
 std::string FontWith(const Tables& pictures) {
     const std::string square = FontBytes()
                                    .U16s({1, 0, 0, 1000, 1000, 3, 0})
-                                   .Append(std::string(4, '\x01'))  // corners
+                                   .Append(std::string(4, '\x01'))  // flags of the corners
                                    .U16s({0, 0, 1000, 0, 0, 1000, 0, -1000})
                                    .Get();
     const int squareEnd = static_cast<int>(square.size() / 2);
@@ -89,7 +90,7 @@ std::string FontWith(const Tables& pictures) {
     return font.Append(bodies).Get();
 }
 
-/// The face of a font that stays for the whole process; null when it could not be read.
+/// Registers a font for the rest of the process and returns its face; null if it cannot be read.
 const ORVFontFace* FaceOf(const std::string& name, const Tables& pictures) {
     const ScratchFolder folder;
     const std::string file = folder.PathOf("pictures.ttf");
@@ -98,15 +99,16 @@ const ORVFontFace* FaceOf(const std::string& name, const Tables& pictures) {
     return font ? font->GetFace(25) : nullptr;
 }
 
-/// A size of a font's pictures: that of "A", with its upper left corner from the glyph's origin in pixels.
+/// An embedded bitmap of "A" at one size. `left` and `top` are the position of its upper left corner,
+/// relative to the glyph's origin, in pixels.
 struct Strike {
     int pixelsPerEm;
     int width, height;
     int left, top;
-    std::string rows;  // each from a byte of its own
+    std::string rows;  // each begins with a new byte
 };
 
-/// Pictures whose pixels have so many bits of opacity.
+/// Tables of embedded bitmaps with this number of bits of opacity per pixel.
 Tables Strikes(int bits, const std::vector<Strike>& strikes) {
     constexpr std::size_t kSizeRecord = 48, kArray = 8, kSubTable = 16;
     FontBytes pictures, places;
@@ -134,14 +136,14 @@ Tables Strikes(int bits, const std::vector<Strike>& strikes) {
     return {{"EBDT", pictures.Get()}, {"EBLC", places.Append(subTables).Get()}};
 }
 
-/// "A" as the square in one colour.
+/// Tables that paint "A" as the square, in one colour.
 Tables Layers(int red, int green, int blue, int opacity) {
     return {
         {"COLR", FontBytes().U16s({0, 1}).U32(14).U32(20).U16s({1, 1, 0, 1, 2, 0}).Get()},
         {"CPAL", FontBytes().U16s({0, 1, 1, 1}).U32(14).U16(0).U8(blue).U8(green).U8(red).U8(opacity).Get()}};
 }
 
-// Not in the order of their sizes.
+// A font with bitmaps of three sizes, deliberately not sorted.
 const ORVFontFace* Sizes() {
     const std::string full(2, '\xFF');
     static const ORVFontFace* const face = FaceOf(

@@ -20,11 +20,11 @@ std::string PaintedFont() {
     return bytes;
 }
 
-/// Writes down what it gets.
+/// Records the calls as text.
 class Sketch final : public ORVGlyphPaintSink {
 public:
     std::string text;
-    std::size_t most = 100'000;  // characters; then it has enough
+    std::size_t most = 100'000;  // characters; stops the painting when there are more
 
     void BeginOutline(std::uint32_t /*glyph*/, const ORVMathAffine2D& /*map*/) override {
         text += "outline{";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Colours and orientation as files describe them.
+// Colour spaces and orientation as stated in image files.
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -33,14 +33,14 @@ std::string BigEndian(std::initializer_list<std::uint32_t> numbers) {
 
 // ---- PNG ----
 
-/// One pixel of this type and these samples.
+/// A PNG of one pixel with this colour type and these samples.
 std::string Pixel(int type, std::vector<unsigned> samples, int depth = 8) {
     return AsText(WritePng({.depth = depth, .colourType = type, .sample = [&](int, int, int channel) {
                                 return samples[static_cast<std::size_t>(channel)];
                             }}));
 }
 
-/// The content of the chunk that holds a profile.
+/// The content of an iCCP chunk with this profile.
 std::string Packed(const std::string& profile) {
     uLongf size = compressBound(profile.size());
     std::string packed(size, '\0');
@@ -91,7 +91,7 @@ std::vector<PngRow> PngRows() {
     using enum ORVImageRemark;
     const std::string swap = Packed(SwappedProfile());
     std::string damaged = SwappedProfile();
-    damaged[36] = 'x';  // the signature
+    damaged[36] = 'x';  // in the signature
     return {
         {"Untagged", {}, kRgb, samples, same},
         {"SrgbChunk", {{"sRGB", std::string(1, '\0')}}, kRgb, samples, same},
@@ -133,7 +133,7 @@ std::vector<PngRow> PngRows() {
         {"GammaOfNothing", {{"gAMA", BigEndian({0})}}, kRgb, samples, same},
         {"GammaBeyondAll", {{"gAMA", BigEndian({0xFFFFFFFF})}}, kRgb, samples, same},
         {"Primaries", {{"gAMA", kUsualGamma}, {"cHRM", kSwappedPrimaries}}, kRgb, samples, swapped, kNone, 1},
-        // A purer red than that of sRGB, by less than one sees of the others.
+        // Only the red primary differs from that of sRGB, but by enough to be converted.
         {"PrimariesNearThoseOfSrgb",
          {{"cHRM", BigEndian({31270, 32900, 68000, 32000, 30000, 60000, 15000, 6000})}},
          kRgb,
@@ -177,7 +177,8 @@ TEST(ImageColoursTest, AChunkWithAWrongChecksumCountsAsAbsent) {
     EXPECT_EQ(image->GetRemark(), ORVImageRemark::kBrokenProfile);
 }
 
-// Large images are converted by a table, small ones colour by colour; of large ones only the file is kept.
+// Large images are converted by an interpolated table, small ones exactly. Large ones are decoded again from
+// the file after their pixels have been released.
 TEST(ImageColoursTest, LargeImagesAreConvertedAsSmallOnesAre) {
     const std::string large = AsText(
         WritePng({.width = 600, .height = 600, .colourType = kRgb, .sample = [](int x, int y, int channel) {
@@ -214,7 +215,7 @@ TEST(ImageColoursTest, ProfilesOfBitmapsAreRemarked) {
 
 constexpr int kJpegGrey = 1, kJpegRgb = 2, kJpegYCbCr = 3, kJpegCmyk = 4, kJpegYcck = 5;
 
-/// Eight by eight pixels of one colour.
+/// A JPEG of 8 x 8 pixels of one colour.
 std::string JpegOf(const ByteList& colour, int input, int stored, bool adobe = false) {
     JpegToWrite jpeg{.width = 8,
                      .height = 8,
@@ -231,7 +232,7 @@ std::string ProfilePiece(unsigned number, unsigned count, const std::string& byt
 }
 constexpr unsigned char kApp1 = 0xE1, kApp2 = 0xE2;
 
-/// The JPEG with a profile in so many pieces, the last of them first.
+/// Adds a profile to a JPEG, in this number of segments, the last part of the profile first.
 std::string WithProfile(std::string jpeg, const std::string& profile, unsigned pieces = 1) {
     const std::size_t size = (profile.size() + pieces - 1) / pieces;
     for (unsigned i = 0; i < pieces; ++i)
@@ -261,7 +262,7 @@ TEST(ImageColoursTest, ProfilesOfJpegAreFollowed) {
 }
 
 TEST(ImageColoursTest, InksOfJpegAreConverted) {
-    // Without a marker a sample is the amount of ink, with it what is left of the paper.
+    // Without Adobe's marker, a sample is the amount of ink; with it, the samples are inverted.
     ExpectColour(WithProfile(JpegOf({255, 0, 0, 0}, kJpegCmyk, kJpegCmyk), RedInkProfile()), {255, 0, 0, 255},
                  "all of the ink");
     ExpectColour(WithProfile(JpegOf({0, 255, 255, 255}, kJpegCmyk, kJpegCmyk), RedInkProfile()),
@@ -290,7 +291,7 @@ TEST(ImageColoursTest, ABrokenProfileOfJpegIsRemarkedAndLeftAside) {
         {piece(2, 2)},
         {piece(1, 1), piece(1, 1)},
         {piece(1, 2), piece(2, 3)},
-        // Together they are one, but they do not agree on how many there are.
+        // Together they are the whole profile, but they disagree on the number of segments.
         {ProfilePiece(2, 3, profile.substr(99)), ProfilePiece(1, 2, profile.substr(0, 99))},
         {piece(0, 1)},
         {piece(2, 1)},
@@ -312,7 +313,7 @@ TEST(ImageColoursTest, ABrokenProfileOfJpegIsRemarkedAndLeftAside) {
     }
 }
 
-// Whatever bytes a profile has, there is an image; only what is converted may look otherwise.
+// A damaged profile never prevents an image from being read; it may only change the colours.
 TEST(ImageColoursTest, AnyBytesMayBeAProfile) {
     std::mt19937 random(7);
     const std::string rgb = JpegOf({200, 100, 50}, kJpegRgb, kJpegYCbCr),
@@ -330,7 +331,7 @@ TEST(ImageColoursTest, AnyBytesMayBeAProfile) {
 
 // ---- orientation ----
 
-/// A picture that can be told from each of its turns.
+/// RGBA pixels with their dimensions.
 struct Picture {
     int width, height;
     Rgba pixels;
@@ -339,7 +340,7 @@ struct Picture {
     }
 };
 
-/// A picture of another size, each pixel of which is one of the first.
+/// Makes an image of another size, with the pixels of another image that `pixel` returns for each position.
 Picture Make(const Picture& from, int width, int height,
              const std::function<const std::uint8_t*(int, int)>& pixel) {
     Picture made{width, height, {}};
@@ -361,19 +362,19 @@ Picture TurnedClockwise(const Picture& from, int times) {
 class OrientationTest : public testing::TestWithParam<int> {};
 
 TEST_P(OrientationTest, ShowsTheImageUpright) {
-    constexpr int kWidth = 40, kHeight = 21;  // rows of more than one piece, the last of them shorter
+    constexpr int kWidth = 40, kHeight = 21;  // more rows than are oriented at once
     JpegToWrite jpeg{.width = kWidth, .height = kHeight, .dotsPerInch = 100};
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x)
             for (const int sample : {x * 6, y * 12, 128})
                 jpeg.samples.push_back(static_cast<std::uint8_t>(sample));
     std::string file = AsText(WriteJpeg(jpeg));
-    file[14] = 0, file[15] = 50;  // fewer dots an inch across than down
+    file[14] = 0, file[15] = 50;  // the resolution across is half of that down
     const auto stored = ReadJpeg(AsBytes(file));
     ASSERT_TRUE(stored);
     const Picture lying{kWidth, kHeight, PixelsOf(stored)};
 
-    // As Exif has it: how often it is turned, and whether it is mirrored before.
+    // For each Exif orientation: whether to mirror the stored image, and then how many quarter turns to make.
     struct Way {
         bool isMirrored;
         int turns;
@@ -402,8 +403,8 @@ INSTANTIATE_TEST_SUITE_P(Exif, OrientationTest, testing::Range(1, 9));
 TEST(ImageColoursTest, WhatIsNoOrientationTurnsNothing) {
     const std::string rgb = JpegOf({200, 100, 50}, kJpegRgb, kJpegYCbCr), name("Exif\0\0", 6);
     std::string isLong = SampleExif(6), ofTwo = SampleExif(6);
-    isLong[24] = 4;  // a number of 32 bits
-    ofTwo[26] = 2;   // two of them
+    isLong[24] = 4;  // type LONG instead of SHORT
+    ofTwo[26] = 2;   // two values instead of one
     for (const std::string& exif :
          {SampleExif(0), SampleExif(9), isLong, ofTwo, std::string("II"), std::string(),
           SampleExif(6).substr(0, 30), std::string("XX") + SampleExif(6).substr(2)}) {
@@ -411,7 +412,7 @@ TEST(ImageColoursTest, WhatIsNoOrientationTurnsNothing) {
         ASSERT_TRUE(image);
         EXPECT_NE(image->GetJpegSource(), nullptr);
     }
-    // Nor does what stands under another name, or in a second segment.
+    // Nor does an orientation in a segment of another name, or in a second Exif segment.
     EXPECT_NE(ReadJpeg(AsBytes(WithJpegSegment(rgb, kApp1, "http://ns" + SampleExif(6))))->GetJpegSource(),
               nullptr);
     EXPECT_NE(ReadJpeg(AsBytes(WithJpegSegment(WithJpegSegment(rgb, kApp1, name + SampleExif(6)), kApp1,

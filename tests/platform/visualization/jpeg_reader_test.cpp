@@ -13,11 +13,11 @@
 namespace {
 
 using ColourSpace = ORVJpegSource::ColourSpace;
-// libjpeg's colour spaces
+// values of libjpeg's J_COLOR_SPACE
 constexpr int kGrey = 1, kRgb = 2, kYCbCr = 3, kCmyk = 4, kYcck = 5;
 constexpr int kWidth = 20, kHeight = 12;
 
-/// Smooth samples, which the compression hardly changes.
+/// Smooth samples, which compression hardly changes.
 ByteList SmoothSamples(int components) {
     ByteList samples;
     for (int y = 0; y < kHeight; ++y)
@@ -136,7 +136,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 JpegToWrite SmallRgb() { return {.width = kWidth, .height = kHeight, .samples = SmoothSamples(3)}; }
 
-/// Place of the height in the frame header.
+/// Returns the offset of the height in the frame header.
 std::size_t FindHeight(const ByteList& file) {
     for (std::size_t at = 0; at + 1 < file.size(); ++at)
         if (file[at] == 0xFF && file[at + 1] == 0xC0) return at + 5;
@@ -181,7 +181,7 @@ TEST(JpegReaderTest, PixelLimitHolds) {
 TEST(JpegReaderTest, EndlessScansGiveNull) {
     const ByteList file =
         WriteJpeg({.width = kWidth, .height = kHeight, .progressive = true, .samples = SmoothSamples(3)});
-    // Repeat the last scan, from its marker to before the end mark.
+    // Repeats the last scan, from its marker up to the end marker.
     std::size_t scan = file.size();
     while (!(file[scan - 2] == 0xFF && file[scan - 1] == 0xDA)) --scan;
     const auto begin = file.begin() + static_cast<std::ptrdiff_t>(scan) - 2;
@@ -223,7 +223,7 @@ TEST(JpegReaderTest, OtherBytesGiveNull) {
     EXPECT_EQ(ReadMemoryJPEGPixelImage(nullptr, 0, 0), nullptr);
 }
 
-/// A grey image whose only scan is there so many times, which is sound but for their number.
+/// A grey image with the same scan `count` times. Only the number of scans may make it invalid.
 ByteList WithScans(int count) {
     const ByteList file = WriteJpeg({.width = kWidth,
                                      .height = kHeight,
@@ -232,7 +232,7 @@ ByteList WithScans(int count) {
                                      .storedSpace = kGrey,
                                      .progressive = true,
                                      .samples = SmoothSamples(1)});
-    // The first scan: what follows refines it.
+    // Keeps only the first scan; the others, which refine it, may not be repeated.
     const auto isMarker = [&](std::size_t at, int marker) {
         return file[at] == 0xFF && file[at + 1] == marker;
     };

@@ -19,20 +19,20 @@ std::string FromHex(std::string_view hex) {
     return bytes;
 }
 
-// Four by two green pixels, of which the first and the last one are yellow.
+// 4 x 2 pixels: green, the first and the last one yellow.
 const std::string kGif =
     FromHex("47494638396104000200f00000008000ffff0021f90400000000002c00000000040002000002030c8e51003b");
 const std::string kLosslessWebP = FromHex(
     "524946462e000000574542505650384c220000002f0340000017201048529f7c0d014191ffa309088afc1f6d"
     "fe837f0a5c2d31a2ff11");
-// Sixteen by sixteen, first green, then blue.
+// An animation of 16 x 16 pixels: a green frame, then a blue one.
 const std::string kMovingWebP = FromHex(
     "524946468400000057454250565038580a000000020000000f00000f0000414e494d06000000ffffffff0000"
     "414e4d46280000000000000000000f00000f0000640000005650384c0f0000002f0fc003000750c088fe0722"
     "a2ff0100414e4d46280000000000000000000f00000f0000640000005650384c0f0000002f0fc003000710d1"
     "fffe0722a2ff0100");
 
-/// The size of an image and the colour of a pixel.
+/// Describes an image by its size and the RGBA values of a pixel; "nothing" if it cannot be read.
 std::string Shown(const std::string& file, std::size_t pixel) {
     const ORVRef<ORVPixelImage> image(ReadMemoryModuleImage(file.data(), file.size()));
     if (!image) return "nothing";
@@ -55,7 +55,7 @@ TEST(ModuleImagesTest, OfAnAnimationTheFirstFrameIsShown) {
 
 TEST(ModuleImagesTest, TheTransparentColourOfAGifIsNotPainted) {
     std::string file = kGif;
-    file[file.find("\x21\xf9") + 3] = 1;  // there is a transparent colour: the first one
+    file[file.find("\x21\xf9") + 3] = 1;  // sets the flag for a transparent colour: the first one
     EXPECT_EQ(Shown(file, 0), "4x2 255 255 0 255");
     EXPECT_EQ(Shown(file, 1), "4x2 0 0 0 0");
 }

@@ -93,7 +93,7 @@ PngToWrite SmallRgb() {
             }};
 }
 
-/// Start of the data of the only chunk called `type`.
+/// Returns the offset of the data of the only chunk of this type.
 std::size_t FindChunk(const ByteList& file, std::string_view type) {
     const auto found = std::search(file.begin(), file.end(), type.begin(), type.end());
     return static_cast<std::size_t>(found - file.begin()) + 4;
@@ -112,7 +112,7 @@ void PutBigEndian(ByteList& file, std::size_t at, std::uint32_t value) {
     for (std::size_t i = 0; i < 4; ++i) file[at + i] = static_cast<std::uint8_t>(value >> (24 - 8 * i));
 }
 
-/// The same file with another size in its header, and a header whose checksum is right.
+/// Returns the file with another size in its header, and the header's checksum updated.
 ByteList WithSize(ByteList file, std::uint32_t width, std::uint32_t height) {
     const std::size_t header = FindChunk(file, "IHDR");
     PutBigEndian(file, header, width);
@@ -222,7 +222,7 @@ TEST(PngReaderTest, OtherBytesGiveNull) {
 TEST(PngReaderTest, NoMemoryIsAskedForWhatAFileCannotHold) {
     const ByteList file = WritePng(SmallRgb());
     const PixelLimit limit(std::uint64_t{1} << 62U);
-    // More than there is: who asks for it is told that out of memory.
+    // An attempt to allocate that much memory would be reported as out of memory.
     EXPECT_FALSE(ReadPng(WithSize(file, 20000, 0x7FFFFFFF)));
     EXPECT_FALSE(ORVPixelImage::RanOutOfMemory());
 }
