@@ -99,7 +99,7 @@ TEST(BoundingBoxTest, CircleIsExactUnderSkew) {
 struct ArcCase {
     const char* name;
     double start, end;
-    double xMin, xMax, yMin, yMax;  // unit circle
+    double xMin, xMax, yMin, yMax;  // for an arc of the unit circle
 };
 class ArcBoxTest : public testing::TestWithParam<ArcCase> {};
 TEST_P(ArcBoxTest, CoversWhatIsSwept) {
@@ -134,7 +134,7 @@ TEST(BoundingBoxTest, CubicReachesItsExtremaNotItsControls) {
 TEST(BoundingBoxTest, CubicThatIsAStraightLineOrAParabolaIsExact) {
     ExpectBox(MakePoints<ORVPrtPolyCubicBezierElt>({{0.0, 0.0}, {1.0, 1.0}, {2.0, 2.0}, {3.0, 3.0}}), 0.0,
               3.0, 0.0, 3.0);
-    // A parabola with its top at (1, 1), raised by a degree.
+    // A parabola with its vertex at (1, 1), as a cubic.
     ExpectBox(MakePoints<ORVPrtPolyCubicBezierElt>(
                   {{0.0, 0.0}, {2.0 / 3.0, 4.0 / 3.0}, {4.0 / 3.0, 4.0 / 3.0}, {2.0, 0.0}}),
               0.0, 2.0, 0.0, 1.0);
@@ -207,7 +207,8 @@ TEST(BoundingBoxTest, VisitsAreBoundedOverTheLifeOfAComputer) {
     const auto group = MakeContainer<ORVPrtGroupElt>({leaf, leaf});
     double xMin = 7.0, xMax = 7.0, yMin = 7.0, yMax = 7.0;
     ORVPrintModelBoundingBoxComputer computer(4);
-    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 1);  // the group and its leaf, twice
+    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax),
+              1);  // visits the group once and its leaf twice
     EXPECT_EQ(xMax, 1.0);
     EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 0);
     EXPECT_EQ(xMax, 0.0);

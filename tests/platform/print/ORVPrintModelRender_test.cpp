@@ -92,7 +92,8 @@ TEST(ModelRenderTest, PageWithoutAreaBeginsNoOutput) {
     }
 }
 
-/// The widths of the pages that come out of a document with pages of these widths.
+/// Draws a document with pages of these widths. Returns the number of pages drawn, then the number and width
+/// of each; empty if nothing was drawn.
 std::string DrawnWidths(const std::vector<double>& widths, int expectedResult,
                         const ORVPrintParameters& parameters = {}) {
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
@@ -154,7 +155,7 @@ TEST(ModelRenderTest, GeneratorsFailureEndsTheDrawing) {
     RecordingGenerator generator;
     generator.FailAt(1);
     EXPECT_EQ(DrawAll(page, generator), -99);
-    EXPECT_EQ(generator.GetLines().size(), 1U);  // what did not begin has no end
+    EXPECT_EQ(generator.GetLines().size(), 1U);  // no end without a beginning
 }
 
 /// A model of three pages, 10, 20 and 30 wide.
@@ -205,7 +206,7 @@ TEST_F(ThreePagesTest, WithoutGeneratorNothingIsDone) {
     EXPECT_EQ(ORVPrintModelRender(*model_, nullptr, parameters_).Draw(), 0);
 }
 
-/// A page with long and short outlines, alone and shared, which nothing but the page holds.
+/// A page of long and short outlines, some of them shared. Only the page holds references to them.
 class ModelTakenApartTest : public testing::Test {
 protected:
     ModelTakenApartTest() {
@@ -246,7 +247,7 @@ protected:
         EXPECT_EQ(DrawAll(page_, generator), 1);
         return generator.GetText();
     }
-    /// Draws the model and takes it apart.
+    /// Draws the model for the last time, so that drawing may take it apart.
     std::string DrawAway(const ORVPrintParameters& parameters = {}) {
         RecordingGenerator generator;
         EXPECT_EQ(ORVPrintModelRender(std::move(page_.GetModel()), &generator, parameters).Draw(), 1);
@@ -299,7 +300,8 @@ TEST(ModelRenderTest, LinesThatMeetTheirStartAreClosedUnlessTheyAreOneEdge) {
     }
 }
 
-// Angles are floats: an arc begins beside the point that the line before it ends at, the farther the larger.
+// Angles are floats, so an arc begins beside the end of the line before it. The larger the arc, the larger
+// the gap.
 TEST(ModelRenderTest, AnArcGoesOnFromTheLineBeforeItWithoutATinyEdge) {
     const float pi = 3.14159265F;
     const auto region = MakeContainer<ORVPrtClosedFigureRegionElt>(

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Leaves the thread's state as it found it.
+/// Resets the thread's state after each test.
 class PropertiesManagerTest : public testing::Test {
 protected:
     ~PropertiesManagerTest() override {
@@ -25,7 +25,7 @@ TEST_F(PropertiesManagerTest, ComparesWithTheFractionInUse) {
 }
 
 TEST_F(PropertiesManagerTest, RealStateLiesBetweenNothingAndAll) {
-    EXPECT_TRUE(ORVPrintPropertiesManager::IsLowMemory(0.0));  // this process takes some
+    EXPECT_TRUE(ORVPrintPropertiesManager::IsLowMemory(0.0));  // this process uses some
     EXPECT_FALSE(ORVPrintPropertiesManager::IsLowMemory(1.0));
 }
 

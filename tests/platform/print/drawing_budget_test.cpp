@@ -13,7 +13,7 @@
 
 namespace {
 
-// A repeat may paint a square of 64 units, and nothing else is allowed for where a document makes nothing.
+// Each repeat allowed adds the area of a square of 64 units. A document without primitives adds nothing.
 TEST(DrawingBudgetTest, TakesAsMuchAreaAsTheRepeatsMayPaint) {
     const ORVRef<ORVPrtModel> model(new ORVPrtModel);
     const ORVRef<ORVPrtImageElt> page(new ORVPrtImageElt);

@@ -20,7 +20,7 @@ inline int DrawAll(OnePage& page, RecordingGenerator& generator, const ORVPrintP
     return ORVPrintModelRender(page.GetModel(), &generator, parameters).Draw();
 }
 
-/// The drawing calls for a page of 100 x 50 with these primitives.
+/// Returns the drawing calls for a page of 100 x 50 units with these primitives.
 inline std::vector<std::string> Drawn(std::initializer_list<ORVRef<ORVPrtGraphicPrimitiveElt>> primitives) {
     OnePage page;
     for (const auto& primitive : primitives) page.Add(primitive);

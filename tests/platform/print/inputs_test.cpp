@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Streams as interpreters read them: the end shows after a read that failed.
+// Streams as interpreters read them: they report the end only after a read has failed.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Reads as a careful interpreter does: counts, goes back, reads in one piece.
+/// Reads a stream as a careful interpreter does: counts the bytes, rewinds, and reads them at once.
 std::string ReadTwice(ORVPrintInputStream& stream) {
     EXPECT_GE(stream.Open("rb"), 0);
     EXPECT_NE(stream.IsOpen(), 0);

@@ -76,7 +76,7 @@ TEST(PageWalkTest, LinksLeadToPagesWhereNoAddressIsGiven) {
     EXPECT_THAT(generator.GetText(), HasSubstr("->http://x/"));
 }
 
-/// A rectangle, a line, a text and an image, called "shape" each, one after the other.
+/// A rectangle, a line, a text and an image, each with the identifier "shape".
 std::vector<ORVRef<ORVPrtGraphicPrimitiveElt>> NamedShapes() {
     const auto bitmap = Make<ORVPrtBitmapImageElt>();
     bitmap->SetSize(30.0, 15.0);
@@ -199,7 +199,7 @@ TEST(PageWalkTest, NamedLinesAreNoPiecesOfOthers) {
     DrawAll(page, keen);
     EXPECT_THAT(keen.GetDrawn(), ElementsAre(HasSubstr(" M0,0 "), AllOf(HasSubstr(" M5,0 "), EndsWith(" #n")),
                                              HasSubstr(" M10,0 ")));
-    // Where nobody asks, they are one line as before.
+    // For a generator that does not request identifiers, the pieces are joined into one line.
     RecordingGenerator indifferent;
     DrawAll(page, indifferent);
     EXPECT_EQ(indifferent.GetDrawn().size(), 1U);

@@ -34,7 +34,7 @@ TEST(PrimitiveCountTest, SharedOnesCountAtEveryPlaceAndAreDistinctOnce) {
     const auto shared = MakeContainer<ORVPrtGroupElt>({Line(), Line()});
     const auto root = MakeContainer<ORVPrtGroupElt>({shared, shared, shared});
     EXPECT_EQ(CountOf(root), 9U);
-    EXPECT_EQ(DistinctIn(root), 5U);  // its places, and what it holds
+    EXPECT_EQ(DistinctIn(root), 5U);  // its three places and its two lines
 }
 
 TEST(PrimitiveCountTest, PatternIsOnePrimitiveWhateverItHolds) {
@@ -64,7 +64,7 @@ TEST(PrimitiveCountTest, PointsAndLettersAreWork) {
     text->SetText(ORVUnicodeString(std::string(100, 'a')));
     EXPECT_EQ(ORVDrawingWork(*text), 51U);
     const auto outline = MakePoints<ORVPrtPolylineElt>(std::vector<ORVMathPoint2D>(100));
-    EXPECT_EQ(ORVDrawingWork(*outline), 51U);  // 16 bytes a point, 32 to a unit
+    EXPECT_EQ(ORVDrawingWork(*outline), 51U);  // 1, plus 1 for every 32 bytes; a point has 16
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// Writes down what it is told to draw, one line a call, in page coordinates (y down), numbers with three
-/// digits after the point. For example
+/// Records drawing calls as text, one line per call, in page coordinates (y down). Numbers have up to three
+/// decimals. For example
 ///     document "title" 1
 ///     page 1 100x50
 ///     fill #ff0000 M0,0 L10,0 L10,10 Z

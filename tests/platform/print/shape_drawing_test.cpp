@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Draw styles, paints and outlines: what becomes of a primitive.
+// How primitives are drawn: draw styles, paints and outlines.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ using testing::StartsWith;
 struct DrawStyleCase {
     const char* name;
     int style;
-    const char* start;  // of the line that is drawn; empty for none
+    const char* start;  // of the recorded line; empty if nothing is drawn
 };
 class DrawStyleTest : public testing::TestWithParam<DrawStyleCase> {};
 TEST_P(DrawStyleTest, DecidesWhatIsPainted) {
@@ -251,7 +251,7 @@ TEST(ShapeDrawingTest, PiecesRegionsAndFiguresAreMovedOneAfterTheOther) {
 }
 
 TEST(ShapeDrawingTest, ArcsInARegionEndWhereTheNextPieceStarts) {
-    // The angles are floats: the arc ends near (0, 60), the line starts there.
+    // The angles are floats, so the arc ends near (0, 60), while the line starts exactly there.
     const auto region = MakeContainer<ORVPrtClosedFigureRegionElt>(
         {MakeArc(0.0, 50.0, 10.0, 10.0, 0.0, ORVPI / 2.0),
          MakePoints<ORVPrtPolylineElt>({{0.0, 60.0}, {0.0, 50.0}, {10.0, 50.0}})});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Content that stands at several places: which of it is announced, and how it is then drawn.
+// Content drawn at several places: when it is announced as a symbol, and how it is then drawn.
 
 #include "platform/print/symbol_table.h"
 
@@ -28,7 +28,7 @@ int DrawAll(OnePage& page, RecordingGenerator& generator, const ORVPrintParamete
     return ORVPrintModelRender(page.GetModel(), &generator, parameters).Draw();
 }
 
-/// A filled star of so many points.
+/// A filled polygon with this number of points.
 ORVRef<ORVPrtPolygonElt> Star(int points = 60) {
     std::vector<ORVMathPoint2D> corners;
     for (int i = 0; i < points; ++i)
@@ -45,7 +45,7 @@ ORVRef<ORVPrtGroupElt> Placed(const ORVRef<ORVPrtGraphicPrimitiveElt>& content,
     return group;
 }
 
-/// What is recorded between the begin and the end of the page, shapes without their points.
+/// Returns the lines recorded for the content of the pages, shapes without their points.
 std::vector<std::string> PageLines(const RecordingGenerator& generator) {
     std::vector<std::string> lines;
     for (std::string line : generator.GetLines()) {
@@ -57,7 +57,8 @@ std::vector<std::string> PageLines(const RecordingGenerator& generator) {
     return lines;
 }
 
-/// What is recorded of a page of these primitives. Handles count as places, so that those go first.
+/// Draws a page of these primitives and returns the lines recorded for it. Releases the arguments first,
+/// because every reference to a primitive counts as a place.
 template <class... Primitives>
 std::vector<std::string> LinesOf(Primitives... primitives) {
     OnePage page;
@@ -83,7 +84,7 @@ TEST(SymbolTest, ContentComesInTheSymbolsCoordinates) {
     RecordingGenerator generator;
     generator.TakeSymbols();
     DrawAll(page, generator);
-    // Mirrored as the page is, but not moved.
+    // Mirrored like the page, but not translated.
     EXPECT_THAT(generator.GetDrawn(), ElementsAre(StartsWith("fill #000000 M0,0 L1,-1 L2,-2")));
 }
 
@@ -111,7 +112,7 @@ TEST_P(UnsharedTest, IsNotAnnounced) {
     const auto content = GetParam().make();
     OnePage page;
     for (const double x : {10.0, 40.0}) page.Add(Placed(content, Translation(x, 20.0)));
-    // A link that leads to the group "there".
+    // A link to the group "there".
     const auto link = MakeContainer<ORVPrtGroupElt>({MakeCircle(1.0, 1.0, 1.0)});
     ORVPrintLinkURI uri;
     uri.SetElementId("there");
@@ -265,7 +266,7 @@ TEST(SymbolTest, KeysOfLaterDrawingsDiffer) {
 }
 
 TEST(SymbolTest, SharingIsCountedInFullAgainstTheLimit) {
-    // 4 to the power of 20 stars, of which a symbol would draw one.
+    // 4 to the power of 20 stars; with symbols, one star would be drawn.
     ORVRef<ORVPrtGraphicPrimitiveElt> content = Star();
     for (int level = 0; level < 20; ++level)
         content = MakeContainer<ORVPrtGroupElt>({content, content, content, content});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Patterns, images, texts and their clipping boxes: what becomes of a primitive.
+// How patterns, images, texts and their clipping boxes are drawn.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ TEST(TextAndImageDrawingTest, PatternFillTilesFromThePageOrigin) {
 TEST(TextAndImageDrawingTest, PatternTileIsAsLargeAsItsImageStates) {
     const auto image = ReadBmp(BmpToWrite::Info(1, 1, 24).With({0, 0, 0, 0}));
     ASSERT_TRUE(image);
-    ASSERT_EQ(image->GetHorizontalResolution(), 2835.0);  // pixels per metre; a unit has 3543.3 of them
+    ASSERT_EQ(image->GetHorizontalResolution(), 2835.0);  // pixels per metre, which is 3543.3 user units
     ASSERT_EQ(image->GetVerticalResolution(), 3780.0);
     const auto rectangle = MakeRectangle(10.0, 10.0, 20.0, 20.0);
     ORVPrtFillAttributes fill;
@@ -62,7 +62,7 @@ TEST(TextAndImageDrawingTest, BitmapIsStretchedIntoItsBox) {
     const auto bitmap = Make<ORVPrtBitmapImageElt>();
     bitmap->SetOrigin({10.0, 20.0});
     bitmap->SetSize(30.0, 15.0);
-    EXPECT_THAT(Drawn({bitmap}), IsEmpty());  // no pixels
+    EXPECT_THAT(Drawn({bitmap}), IsEmpty());  // no image yet
     bitmap->SetPixelImage(image.get());
     EXPECT_THAT(Drawn({bitmap}), ElementsAre("image 2x3 [30 0 0 15 10 15]"));
     bitmap->SetSize(30.0, 0.0);
@@ -99,7 +99,7 @@ TEST(TextAndImageDrawingTest, TextIsTurnedAndSlantedAboutItsPosition) {
 struct ClipCase {
     const char* name;
     double mirrorHeight;
-    ORVMathPoint2D origin;  // of the page
+    ORVMathPoint2D origin;  // of the page's box
     const char* expected;
 };
 class ClippedTextTest : public testing::TestWithParam<ClipCase> {
@@ -123,7 +123,8 @@ TEST_P(ClippedTextTest, BoxIsMeasuredDownwardsFromTheMirrorHeight) {
     EXPECT_THAT(DrawnText(), HasSubstr(GetParam().expected));
 }
 
-// Which end of its page's box zero is, or whether it is none of them, does not matter.
+// It does not matter whether the origin of coordinates is at the top or bottom of the page's box, or
+// elsewhere.
 INSTANTIATE_TEST_SUITE_P(
     Pages, ClippedTextTest,
     testing::Values(

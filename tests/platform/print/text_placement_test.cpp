@@ -32,7 +32,7 @@ ORVMathBox2D BoxOf(const ORVPrtTextAttributes& attributes) {
 struct AnchorCase {
     const char* name;
     int anchor, writingMode;
-    double xMin, xMax, yMin, yMax;  // from the position
+    double xMin, xMax, yMin, yMax;  // relative to the position
 };
 class TextAnchorTest : public testing::TestWithParam<AnchorCase> {};
 TEST_P(TextAnchorTest, StandsOnThePosition) {
