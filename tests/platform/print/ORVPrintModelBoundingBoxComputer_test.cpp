@@ -207,8 +207,7 @@ TEST(BoundingBoxTest, VisitsAreBoundedOverTheLifeOfAComputer) {
     const auto group = MakeContainer<ORVPrtGroupElt>({leaf, leaf});
     double xMin = 7.0, xMax = 7.0, yMin = 7.0, yMax = 7.0;
     ORVPrintModelBoundingBoxComputer computer(4);
-    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax),
-              1);  // visits the group once and its leaf twice
+    EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 1);  // visits: group, leaf, leaf
     EXPECT_EQ(xMax, 1.0);
     EXPECT_EQ(computer.Compute(*group, xMin, xMax, yMin, yMax), 0);
     EXPECT_EQ(xMax, 0.0);

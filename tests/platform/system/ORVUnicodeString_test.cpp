@@ -93,8 +93,7 @@ TEST(ORVUnicodeString, ComparesExactlyAndWithoutCase) {
     EXPECT_EQ(text.Compare("svg "), 0);
     EXPECT_EQ(text.Compare(""), 0);
     EXPECT_EQ(ORVUnicodeString().Compare(""), 2);
-    EXPECT_EQ(ORVUnicodeString("\xC3\xA4").Compare("\xC3\x84"),
-              0);  // only the case of ASCII letters is ignored
+    EXPECT_EQ(ORVUnicodeString("\xC3\xA4").Compare("\xC3\x84"), 0);  // only ASCII case is ignored
     EXPECT_EQ(ORVUnicodeString("@[`{").Compare("`{@["), 0);
     EXPECT_EQ(ORVUnicodeString("a\0b"sv).Compare("a\0B"sv), 1);
 }

@@ -374,7 +374,8 @@ TEST_P(OrientationTest, ShowsTheImageUpright) {
     ASSERT_TRUE(stored);
     const Picture lying{kWidth, kHeight, PixelsOf(stored)};
 
-    // For each Exif orientation: whether to mirror the stored image, and then how many quarter turns to make.
+    // For each Exif orientation: whether to mirror the stored image, and how many clockwise quarter turns
+    // follow.
     struct Way {
         bool isMirrored;
         int turns;

@@ -232,7 +232,7 @@ ByteList WithScans(int count) {
                                      .storedSpace = kGrey,
                                      .progressive = true,
                                      .samples = SmoothSamples(1)});
-    // Keeps only the first scan; the others, which refine it, may not be repeated.
+    // Keeps only the first scan; later ones refine it.
     const auto isMarker = [&](std::size_t at, int marker) {
         return file[at] == 0xFF && file[at + 1] == marker;
     };
