@@ -215,6 +215,7 @@ std::uint32_t ORVPageRecording::AddFill(const ORVPrintFill* fill) {
     const bool isKnown = !fills_.empty() && SamePaint(fills_.back().colour, fill->colour) &&
                          fills_.back().evenOdd == fill->evenOdd && fills_.back().pattern == fill->pattern &&
                          fills_.back().gradient == gradient && fills_.back().isCrisp == fill->isCrisp &&
+                         fills_.back().isExact == fill->isExact &&
                          fills_.back().patternToPage == fill->patternToPage;
     if (!isKnown) {
         fills_.push_back(*fill);

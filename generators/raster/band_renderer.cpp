@@ -112,9 +112,10 @@ bool BandRenderer::PaintRows(int top, int bottom, std::span<const std::uint32_t>
         if (isSeen) {
             if (isSingle) FetchPixels();
             coverage_.SampleCentres(operation.isCrisp);
+            if (operation.overlaps) coverage_.KeepOverlaps();
             for (; i < pieces.size() && all[pieces[i]].operation == index; ++i)
                 AddPiece(operation, all[pieces[i]]);
-            coverage_.TakeEdges();
+            operation.overlaps ? coverage_.ResolveOverlaps(operation.evenOdd) : coverage_.TakeEdges();
             Paint(operation);
         } else {
             if (operation.step != RasterStep::kPaint) TakeStep(operation);

@@ -61,13 +61,44 @@ void CoverageBuffer::ForgetTouched() {
 
 void CoverageBuffer::TakeEdges() {
     if (edgeCount_ == 0) return;
-    if (samplesCentres_)
+    if (keepsEdges_)
+        overlaps_.Add({edges_.data(), edgeCount_});
+    else if (samplesCentres_)
         for (std::size_t i = 0; i < edgeCount_; ++i) AddEdgeAtCentres(edges_[i].from, edges_[i].to);
     else if (power_ == VectorPower::kAvx2)
         AddEdgesWithAvx2();
     else
         AddEdges();
     edgeCount_ = 0;
+}
+
+void CoverageBuffer::ResolveOverlaps(bool evenOdd) {
+    constexpr std::uint64_t kStepWork = 20;
+    TakeEdges();
+    keepsEdges_ = false;
+    overlaps_.Begin(top_, bottom_);
+    while (overlaps_.GetTop() < bottom_) {
+        const int row = overlaps_.GetTop() >> kSubpixelBits;
+        for (const auto& [left, right] : overlaps_.TakeRow(evenOdd)) {
+            AddUpright(row, left, OverlapResolver::kHeight);
+            AddUpright(row, right, -OverlapResolver::kHeight);
+        }
+    }
+    work_ += overlaps_.GetSteps() * kStepWork;
+}
+
+// A vertical edge inside a row. The height has the sign of the winding.
+void CoverageBuffer::AddUpright(int row, int x, int height) {
+    x = std::max(x - left_, 0);
+    if (x >= right_) return;
+    firstTouched_ = std::min(firstTouched_, row);
+    lastTouched_ = std::max(lastTouched_, row);
+    const auto index = static_cast<std::size_t>(row - firstRow_);
+    const int cell = x >> kSubpixelBits, area = height * 2 * (x & kSubpixelMask);
+    std::uint32_t* cells = cells_.GetData() + index * cellStride_ + cell;
+    cells[0] += Winding(height * 2 * kOne - area);
+    cells[1] += Winding(area);
+    Touch(words_.GetData() + index * wordStride_, cell, cell + 1);
 }
 
 void CoverageBuffer::AddEdges() {

@@ -8,17 +8,8 @@
 
 #include "generators/common/lanes.h"
 #include "generators/common/vector_power.h"
+#include "generators/raster/overlap_resolver.h"
 #include "generators/raster/raster_memory.h"
-
-/// A point of the page in units of 1/256 pixel.
-struct FixedPoint {
-    int x = 0, y = 0;
-};
-
-/// A straight edge of an outline.
-struct CoverageEdge {
-    FixedPoint from, to;
-};
 
 /// How winding numbers become coverage. The hard rules yield only 0 or full coverage.
 enum class CoverageRule : std::uint8_t { kNonZero, kEvenOdd, kHardNonZero, kHardEvenOdd };
@@ -62,6 +53,11 @@ public:
     /// Sets whether the edges added from here on cover whole pixels: those whose centres are inside. A centre
     /// on an edge is on the edge's left or upper side, as in common renderers. No edges may be queued.
     void SampleCentres(bool samplesCentres) { samplesCentres_ = samplesCentres; }
+    /// Keeps the edges added from here on until ResolveOverlaps. No edges may be queued.
+    void KeepOverlaps() { keepsEdges_ = true; }
+    /// Adds what is inside the kept edges, each part of it once. Sums of windings do not tell parts that
+    /// overlap within a pixel from parts beside each other. Takes about ten times as long.
+    void ResolveOverlaps(bool evenOdd);
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }
     int GetPageWidth() const { return pageWidth_; }
@@ -183,6 +179,7 @@ private:
     void SetWindowColumns(int left, int right);
     void AddEdges();
     void AddEdgeAtCentres(FixedPoint from, FixedPoint to);
+    void AddUpright(int row, int x, int height);
     void AddEdgesWithAvx2();
     void AddEdge(FixedPoint from, FixedPoint to);
     void AddDownward(FixedPoint from, FixedPoint to, int sign);
@@ -209,7 +206,8 @@ private:
     void ForgetTouched();
 
     VectorPower power_;
-    bool samplesCentres_ = false;
+    bool samplesCentres_ = false, keepsEdges_ = false;
+    OverlapResolver overlaps_;
     int pageWidth_ = 0, bandFirstRow_ = 0, bandEndRow_ = 0;
     // The window.
     int width_ = 0, firstRow_ = 0, endRow_ = 0;

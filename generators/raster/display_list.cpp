@@ -88,6 +88,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.evenOdd = fill->evenOdd;
         operation.isCrisp = operation.smooths && fill->isCrisp;
         operation.smooths = operation.smooths && !fill->isCrisp;
+        operation.overlaps = operation.smooths && fill->isExact && ORVRepeatsEdges(geometry, seenEdges_);
         if (fill->pattern) operation.image = KeepImage(*fill->pattern, ToDevice(fill->patternToPage), true);
         SetGradient(fill->gradient, operation);
         AddOperation(operation, extent);
@@ -99,6 +100,7 @@ void DisplayList::AddPath(const ORVPrintPath& path, const ORVMathAffine2D& toDev
         operation.isCrisp = operation.smooths && stroke->isCrisp;
         operation.smooths = operation.smooths && !stroke->isCrisp;
         operation.pen = pens_.Find(*stroke, toDevice, ThinnestOf(*stroke));
+        operation.overlaps = operation.smooths && stroke->isExact && ORVTurnsBack(geometry, *operation.pen);
         SetGradient(stroke->gradient, operation);
         AddOperation(operation, extent);
     }

@@ -10,6 +10,7 @@
 #include "generators/raster/glyph_store.h"
 #include "generators/raster/gradient_store.h"
 #include "generators/raster/outline_collector.h"
+#include "generators/raster/outline_overlaps.h"
 #include "generators/raster/pen_store.h"
 #include "generators/raster/raster_memory.h"
 #include "generators/raster/raster_operation.h"
@@ -138,6 +139,7 @@ private:
 
     OutlineCollector outlines_{arena_};
     // Members to reuse their memory between calls.
+    SeenEdges seenEdges_;
     std::vector<RasterGlyphPlace> places_;
     ORVPrintPath path_;
 };

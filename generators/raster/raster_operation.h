@@ -59,11 +59,12 @@ struct RasterOperation {
     RasterStep step = RasterStep::kPaint;
     bool fills : 1 = true;
     bool evenOdd : 1 = false;
-    bool smooths : 1 = true;   // false: no antialiasing
-    bool isCrisp : 1 = false;  // the drawing asks for no antialiasing on a page that has it
-    bool clipped : 1 = false;  // part of it may lie outside the clip
-    std::uint32_t layer = 0;   // index of the layer to paint on, or to begin or end
-    int left = 0, right = 0;   // pixel columns that may be touched, [left, right)
+    bool smooths : 1 = true;    // false: no antialiasing
+    bool isCrisp : 1 = false;   // the drawing asks for no antialiasing on a page that has it
+    bool overlaps : 1 = false;  // its outlines may overlap within pixels, which must not show
+    bool clipped : 1 = false;   // part of it may lie outside the clip
+    std::uint32_t layer = 0;    // index of the layer to paint on, or to begin or end
+    int left = 0, right = 0;    // pixel columns that may be touched, [left, right)
 
     /// Pixels that it may extend beyond its outlines.
     double GetReach() const { return pen ? pen->reach : 0.0; }

@@ -29,7 +29,7 @@ int PiecesOf(const ORVMathPoint2D& p0, const ORVMathPoint2D& p1, const ORVMathPo
     };
     double step = 2.0 * std::acos(std::max(0.0, 1.0 - kFlatness / pen.radius));
     // Dashes end within curves.
-    if (pen.hasExactEnds && pen.IsDashed()) step = std::min(step, 2.0 * kLeastTilt / pen.radius);
+    if (pen.isExact && pen.IsDashed()) step = std::min(step, 2.0 * kLeastTilt / pen.radius);
     const double needed = (turn(p0, p1, p2) + turn(p1, p2, p3)) * 1.5 / std::max(step, 1e-3);
     return std::max(pieces, static_cast<int>(std::min(needed, 1000.0)) + 1);
 }
@@ -88,7 +88,7 @@ std::uint32_t ORVCountPoints(const RasterContour& contour, std::uint32_t firstVe
 
 void ORVAppendVerbs(const RasterGeometry& geometry, const RasterContour& contour, const VerbRange& verbs,
                     const StrokePen& pen, StrokeCourse& course) {
-    const bool hasExactEnds = pen.hasExactEnds && pen.radius > kFinePen;
+    const bool isExact = pen.isExact && pen.radius > kFinePen;
     const RasterPoint* point = contour.points + verbs.firstPoint;
     ORVMathPoint2D current = geometry.PlaceOf(*point++);
     course.Add(current, CoursePoint::kCorner);
@@ -102,7 +102,7 @@ void ORVAppendVerbs(const RasterGeometry& geometry, const RasterContour& contour
                              end = geometry.PlaceOf(point[2]);
         point += 3;
         const int pieces = PiecesOf(current, control1, control2, end, pen);
-        if (hasExactEnds)
+        if (isExact)
             AppendCurveWithExactEnds(current, control1, control2, end, pieces, pen.radius, course);
         else
             AppendCurve(current, control1, control2, end, pieces, course);

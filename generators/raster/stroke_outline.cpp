@@ -265,6 +265,17 @@ void StrokeOutliner::AddPart(const StrokeCourse& course, std::size_t first, std:
     }
 }
 
+// The joins at both ends look like caps.
+void StrokeOutliner::AddThereAndBack(const StrokeCourse& course) {
+    const StrokePen& pen = *pen_;
+    StrokePen once = pen;
+    once.cap =
+        pen.join == ORVPrintStroke::Join::kRound ? ORVPrintStroke::Cap::kRound : ORVPrintStroke::Cap::kButt;
+    pen_ = &once;
+    AddPart(course, 0, 1);
+    pen_ = &pen;
+}
+
 void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
     std::vector<ORVMathPoint2D>& points = course.points;
     if (closed) course.DropClosingPoint();
@@ -276,6 +287,10 @@ void StrokeOutliner::AddContour(StrokeCourse& course, bool closed) {
     const std::size_t count = points.size();
     if (!closed) {
         AddPart(course, 0, count - 1);
+        return;
+    }
+    if (pen_->DrawsOnce(count)) {
+        AddThereAndBack(course);
         return;
     }
     // A full turn, with the last segment before it and the first one again after it for the closing join.

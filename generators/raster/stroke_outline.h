@@ -24,7 +24,8 @@ public:
     const CoverageBuffer& GetCoverage() const { return coverage_; }
     void AddWork(std::uint64_t pixels) { coverage_.AddWork(pixels); }
 
-    /// Strokes a whole contour as a solid line. A contour of zero length yields a dot.
+    /// Strokes a whole contour as a solid line. A contour of zero length yields a dot. Of exact pens, a
+    /// closed contour of one straight line, there and back, yields it once.
     void AddContour(StrokeCourse& course, bool closed);
     /// Adds the dot of a zero-length line, if the caps are round or square.
     void AddDot(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
@@ -63,6 +64,7 @@ private:
     void AddCorner(const Corner& corner);
     void AddOuterEdges(const Corner& corner, FixedPoint in, FixedPoint out);
     void AddCap(const ORVMathPoint2D& center, const ORVMathVector2D& direction);
+    void AddThereAndBack(const StrokeCourse& course);
     void AddArc(const ORVMathPoint2D& center, const ORVMathVector2D& from, double angle, FixedPoint start,
                 FixedPoint end);
 

@@ -86,7 +86,7 @@ StrokePen ORVMakePen(const ORVPrintStroke& stroke, const ORVMathAffine2D& toDevi
     StrokePen pen;
     pen.cap = stroke.cap;
     pen.join = stroke.join;
-    pen.hasExactEnds = stroke.isExact;
+    pen.isExact = stroke.isExact;
     pen.miterLimit = stroke.miterLimit >= 1.0 ? std::min(stroke.miterLimit, 1e6) : 1.0;
     pen.toDevice = {toDevice.m11, toDevice.m12, toDevice.m21, toDevice.m22, 0.0, 0.0};
     double longer = 1.0, shorter = 1.0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -27,11 +28,16 @@ struct StrokePen {
     double dashPeriod = 0.0;
     /// Phase at which a line begins, less than dashPeriod.
     double dashStart = 0.0;
-    bool hasExactEnds = false;         ///< ORVPrintStroke::isExact
+    bool isExact = false;              ///< ORVPrintStroke::isExact
     bool isFine = false;               ///< the dashes are finer than pixels
     bool hidesGaps = false;            ///< caps cover the gaps between dashes, to pixel accuracy
     std::span<const double> dashEnds;  ///< ends of dashes and gaps, from the start of the pattern
 
+    /// True for a closed contour with that many corners if it is one line, there and back, that is drawn
+    /// once.
+    bool DrawsOnce(std::size_t corners) const {
+        return isExact && corners == 2 && join != ORVPrintStroke::Join::kMiterClip;
+    }
     bool IsDashed() const { return dashPeriod > 0.0; }
     /// True if the caps of dashes cover the gaps of any line. A corner in a gap has no join, which shows
     /// unless joins look like the caps.

@@ -58,6 +58,9 @@ struct ORVPrintFill {
     /// Null for none. Opacities of the stops are final. Generators without gradients use `colour`.
     const ORVPrintGradient* gradient = nullptr;
     bool isCrisp = false;  ///< no antialiasing of the edges in raster output
+    /// For raster output: nothing shows of edges that parts of the path share. The dialect SVG adds up the
+    /// coverage of parts.
+    bool isExact = false;
 };
 
 /// The paint and style of an outline. Lengths are in the coordinates of the shape, before its `toPage`.
@@ -77,8 +80,9 @@ struct ORVPrintStroke {
     const ORVPrintGradient* gradient = nullptr;  ///< as in ORVPrintFill
     bool isCrisp = false;                        ///< as in ORVPrintFill
     /// For raster output: caps and joins at curves follow the curve's tangent instead of its flattened form,
-    /// and lines thinner than a pixel are as light as their width says. The dialect SVG keeps the flattened
-    /// form, and gives lines a minimum width.
+    /// lines thinner than a pixel are as light as their width says, and lines drawn forth and back are no
+    /// bolder than others. The dialect SVG keeps the flattened form, gives lines a minimum width, and adds up
+    /// the coverage of overlapping parts.
     bool isExact = false;
 };
 

@@ -50,7 +50,8 @@ ORVPrintFill FillOf(const MadePaint& paint, const Style& style) {
     return {.colour = paint.colour,
             .evenOdd = style.fillIsEvenOdd,
             .gradient = paint.GetGradient(),
-            .isCrisp = style.hasCrispEdges};
+            .isCrisp = style.hasCrispEdges,
+            .isExact = true};
 }
 
 }  // namespace

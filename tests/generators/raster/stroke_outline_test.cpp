@@ -511,4 +511,55 @@ TEST(StrokeTest, LongLinesAreDrawnInPiecesWithoutSeams) {
     }
 }
 
+/// Ink of each pixel of a row.
+std::vector<int> RowOf(const ORVPrintPath& path, const ORVPrintFill* fill, const ORVPrintStroke* stroke,
+                       int y) {
+    PixelPage page(100.0, 100.0);
+    EXPECT_EQ(page.Get().DrawShape({path, {}, fill, stroke}), 1);
+    page.Finish();
+    std::vector<int> row;
+    for (int x = 0; x < 100; ++x) row.push_back(page.Ink(x, y));
+    return row;
+}
+
+TEST(ExactStrokeTest, ALineThereAndBackIsThatLine) {
+    const auto once = Line({{50.3, 10.0}, {50.3, 90.0}});
+    for (const ORVPrintPath& path :
+         {Line({{50.3, 10.0}, {50.3, 90.0}}, true), Line({{50.3, 10.0}, {50.3, 90.0}, {50.3, 10.0}}),
+          Line({{50.3, 10.0}, {50.3, 90.0}, {50.3, 40.0}}, true)}) {
+        ORVPrintStroke stroke = Pen(1.0);
+        const std::vector<int> line = RowOf(once, nullptr, &stroke, 50);
+        EXPECT_NE(RowOf(path, nullptr, &stroke, 50), line);
+        stroke.isExact = true;
+        EXPECT_EQ(RowOf(path, nullptr, &stroke, 50), line);
+    }
+}
+
+TEST(ExactStrokeTest, TheJoinsOfALineThereAndBackLookLikeCaps) {
+    ORVPrintStroke stroke = Pen(10.0, Cap::kSquare, Join::kRound);
+    stroke.isExact = true;
+    const auto line = Line({{30.0, 50.0}, {60.0, 50.0}}, true);
+    EXPECT_NEAR(InkOf(line, stroke), 300 + 25 * kPi, 1.0);
+    stroke.join = Join::kMiter;
+    EXPECT_NEAR(InkOf(line, stroke), 300, 0.5);
+}
+
+TEST(ExactFillTest, NoLineShowsWherePartsOfOppositeWindingMeet) {
+    ORVPrintPath path = Line({{10.5, 10.0}, {50.5, 10.0}, {50.5, 90.0}, {10.5, 90.0}}, true);
+    const ORVPrintPath other = Line({{50.5, 10.0}, {50.5, 90.0}, {90.5, 90.0}, {90.5, 10.0}}, true);
+    path.points.insert(path.points.end(), other.points.begin(), other.points.end());
+    path.verbs.insert(path.verbs.end(), other.verbs.begin(), other.verbs.end());
+    for (const bool evenOdd : {false, true}) {
+        ORVPrintFill fill;
+        fill.evenOdd = evenOdd;
+        EXPECT_EQ(RowOf(path, &fill, nullptr, 50)[50], 0);
+        fill.isExact = true;
+        const std::vector<int> row = RowOf(path, &fill, nullptr, 50);
+        EXPECT_EQ(row[50], 255);
+        EXPECT_EQ(row[10], 128);
+        EXPECT_EQ(row[90], 128);
+        EXPECT_EQ(row[91], 0);
+    }
+}
+
 }  // namespace
