@@ -44,43 +44,6 @@ double WorkOf(const FilterPlan& plan) {
     return plan.work + kFilterWork + kWorkOfPixel * ends;
 }
 
-ORVRasterOptions RasterOptions(const ORVFilterOptions& options) {
-    ORVRasterOptions raster;
-    raster.dotsPerInch = kUserUnitsPerInch;  // pages are measured in pixels
-    raster.pixelLimit = options.pixelLimit;
-    raster.outputPixelLimit = options.outputPixelLimit;
-    raster.paintLimit = options.paintLimit;
-    raster.threads = options.threads;
-    raster.isClear = true;
-    return raster;
-}
-
-/// Divides colours by their opacity, as images require.
-std::vector<std::uint8_t> StraightBytes(const FilterPixels& pixels, bool& isBlank) {
-    const FilterBox& box = pixels.GetBox();
-    const auto width = static_cast<std::size_t>(box.width);
-    std::vector<std::uint8_t> bytes(width * static_cast<std::size_t>(box.height) * 4);
-    std::uint8_t* to = bytes.data();
-    unsigned int seen = 0;
-    constexpr unsigned int kWidened = kFilterFull / 255;
-    for (int y = box.top; y < box.Bottom(); ++y) {
-        const std::uint16_t* from = pixels.Row(y);
-        for (std::size_t x = 0; x < width; ++x, from += kFilterChannels, to += 4) {
-            const unsigned int opacity = from[3];
-            const unsigned int byte = (opacity + kWidened / 2) / kWidened;
-            if (byte == 0) continue;
-            seen |= byte;
-            to[3] = static_cast<std::uint8_t>(byte);
-            for (int i = 0; i < 3; ++i)
-                to[i] = static_cast<std::uint8_t>(
-                    opacity == kFilterFull ? (from[i] + kWidened / 2) / kWidened
-                                           : std::min((from[i] * 255U + opacity / 2) / opacity, 255U));
-        }
-    }
-    isBlank = seen == 0;
-    return bytes;
-}
-
 /// Bounding box of a clip path, on the page.
 ORVMathBox2D BoxOf(const ORVPrintClipPath& clip) {
     ORVMathBox2D box;
@@ -112,6 +75,17 @@ private:
 };
 
 }  // namespace
+
+ORVRasterOptions ORVClearRaster(const ORVFilterOptions& options) {
+    ORVRasterOptions raster;
+    raster.dotsPerInch = kUserUnitsPerInch;  // pages are measured in pixels
+    raster.pixelLimit = options.pixelLimit;
+    raster.outputPixelLimit = options.outputPixelLimit;
+    raster.paintLimit = options.paintLimit;
+    raster.threads = options.threads;
+    raster.isClear = true;
+    return raster;
+}
 
 struct ORVFilterImages::Taken {
     explicit Taken(const ORVPrintFilter& given)
@@ -427,7 +401,7 @@ int ORVFilterImages::DrawPixels(ORVPageRecording& recording, bool hasFilters, co
     if (!raster_) {
         auto sink = std::make_unique<ClearPixelSink>();
         sink_ = sink.get();
-        raster_ = std::make_unique<ORVRasterGenerator>(std::move(sink), RasterOptions(options_));
+        raster_ = std::make_unique<ORVRasterGenerator>(std::move(sink), ORVClearRaster(options_));
         if (const int begun = raster_->BeginDocument({}); begun != kGeneratorDone) return begun;
     }
     if (hasFilters && !inner_) {
@@ -466,13 +440,8 @@ int ORVFilterImages::Hand(FilterPixels pixels, const FilterGrid& grid) {
     imagePixels_ += box.Area();
     if (imagePixels_ > std::max(kUsualImagePixels, kImagesOfPage * pagePixels))
         return Refuse("has filters that take too much memory; use a lower resolution or fewer filters");
-    bool isBlank = false;
-    std::vector<std::uint8_t> bytes = StraightBytes(pixels, isBlank);
-    pixels = {};  // may be hundreds of megabytes
-    if (isBlank) return kGeneratorDone;
-    const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(box.width, box.height, bytes));
-    if (!image) throw std::bad_alloc();
-    bytes = {};
+    const ORVRef<ORVPixelImage> image = ORVImageOf(std::move(pixels));
+    if (!image) return kGeneratorDone;
     const ORVMathAffine2D toPage = grid.toPage * ORVMathAffine2D{static_cast<double>(box.width),
                                                                  0.0,
                                                                  0.0,

@@ -35,6 +35,9 @@ struct ORVFilterOptions {
     unsigned int threads = 0;
 };
 
+/// Options of a raster generator for a ClearPixelSink, with pages measured in pixels.
+ORVRasterOptions ORVClearRaster(const ORVFilterOptions& options);
+
 /// Renders filters for a generator that does not support them. The content of a filter is recorded; EndFilter
 /// draws its visible part on transparent pixels, filters them and passes on one image. All other calls are
 /// passed on unchanged.
@@ -46,6 +49,9 @@ public:
     /// @param target  must outlive this object
     ORVFilterImages(ORVPrintGenerator& target, const ORVFilterOptions& options);
     ~ORVFilterImages() override;
+
+    /// Sets the size of page units, for pages that are not measured in user units.
+    void SetUnitsPerInch(double units) { unitsPerInch_ = units; }
 
     /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }

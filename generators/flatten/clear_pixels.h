@@ -7,6 +7,8 @@
 
 #include "generators/filters/filter_pixels.h"
 #include "generators/raster/ORVBandSink.h"
+#include "platform/system/ORVRef.h"
+#include "platform/visualization/images/ORVPixelImage.h"
 
 /// Stores the pixels of a page on transparent paper, for filters.
 class ClearPixelSink final : public ORVBandSink {
@@ -29,3 +31,6 @@ private:
     // Bands write to distinct rows, from several threads.
     mutable FilterPixels pixels_;
 };
+
+/// An image of the pixels; null if all are transparent. Throws std::bad_alloc.
+ORVRef<ORVPixelImage> ORVImageOf(FilterPixels pixels);

@@ -245,6 +245,8 @@ int ORVPdfGenerator::EndSymbol() {
 }
 
 int ORVPdfGenerator::BeginTiles(const ORVPrintTiles& tiles) {
+    // Some viewers misplace gradients and nested patterns in cells.
+    if (!tiles.isPlain) return kNoTiles;
     return state_->ChangeParts([&](PdfParts& parts) {
         parts.BeginTiles(tiles);
         return true;

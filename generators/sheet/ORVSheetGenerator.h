@@ -36,6 +36,8 @@ public:
     /// The error that occurred here, if any. Errors of the target are not included.
     const ORVFailure& GetFailure() const { return failure_; }
     const std::string& GetError() const { return failure_.text; }
+    /// Scale from the page to its sheet, once the page has begun.
+    double GetPageScale() const { return pageScale_; }
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;

@@ -253,7 +253,7 @@ int SvgPage::BeginTiles(const ORVPrintTiles& tiles) {
     const auto isNear = [](double a, double b) { return std::fabs(a - b) <= 1e-9 * b; };
     const bool isSaid = IsDrawable(tiles.toPage) && !IsFlat(tiles.toPage) && isNear(tiles.xStep, width) &&
                         isNear(tiles.yStep, height) && width > 0.0 && height > 0.0;
-    if (!isSaid || writer_.IsRecording()) return ORVPrintGenerator::kNoTiles;
+    if (!tiles.isPlain || !isSaid || writer_.IsRecording()) return ORVPrintGenerator::kNoTiles;
     const std::string id = definitions_.NewPattern();
     std::string text = "<pattern id=\"" + id + "\" patternUnits=\"userSpaceOnUse\"";
     // More digits, because errors accumulate over many tiles.

@@ -83,11 +83,18 @@ int PrintJob::Finish() {
 }
 
 int PrintJob::PrintPages(ORVPrintInterpreter& interpreter, ORVPrintParameters& parameters) {
-    ORVPrintGenerator& target = watched_ ? static_cast<ORVPrintGenerator&>(*watched_) : *sequence_;
-    if (options_.elementId.empty()) return interpreter.Print(&target, parameters);
-    element_.emplace(target, options_.elementId);
-    parameters.SetReportedElement(ORVUnicodeString(options_.elementId));
-    return interpreter.Print(&*element_, parameters);
+    ORVPrintGenerator* target = watched_ ? static_cast<ORVPrintGenerator*>(&*watched_) : &*sequence_;
+    if (!options_.elementId.empty()) {
+        element_.emplace(*target, options_.elementId);
+        parameters.SetReportedElement(ORVUnicodeString(options_.elementId));
+        target = &*element_;
+    }
+    if (facts_.isStandard && format_.hasPixels) {
+        tiles_ = std::make_unique<ORVTileImages>(*target, FilterOptions(FormatOptions()),
+                                                 [this] { return PageScale(); });
+        target = tiles_.get();
+    }
+    return interpreter.Print(target, parameters);
 }
 
 int PrintJob::CheckElement(const std::string& name) const {
@@ -177,6 +184,13 @@ ORVFlattenOptions PrintJob::FlattenOptions(const ORVFormatOptions& format) const
     return options;
 }
 
+double PrintJob::PageScale() const {
+    // The page of an element begins when the element is complete.
+    constexpr double kUnknown = 2.0;
+    if (!sheet_) return 1.0;
+    return element_ ? kUnknown : sheet_->GetPageScale();
+}
+
 ORVFilterOptions PrintJob::FilterOptions(const ORVFormatOptions& format) const {
     ORVFilterOptions options;
     options.dotsPerInch = format_.hasPixels ? format.dotsPerInch : options_.flattenDotsPerInch;
@@ -216,6 +230,7 @@ ORVFailure PrintJob::FailureOf(int status) const {
 }
 
 ORVFailure PrintJob::FailureOfGenerator() const {
+    if (tiles_ && tiles_->GetFailure()) return tiles_->GetFailure();
     if (sheet_ && sheet_->GetFailure()) return sheet_->GetFailure();
     if (filters_ && filters_->GetFailure()) return filters_->GetFailure();
     if (flattener_ && flattener_->GetFailure()) return flattener_->GetFailure();

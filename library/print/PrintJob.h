@@ -14,6 +14,7 @@
 #include "generators/common/ORVOutput.h"
 #include "generators/flatten/ORVFilterImages.h"
 #include "generators/flatten/ORVFlattener.h"
+#include "generators/flatten/ORVTileImages.h"
 #include "generators/formats.h"
 #include "generators/sheet/ORVSheetGenerator.h"
 #include "library/input/drawings.h"
@@ -97,6 +98,7 @@ private:
     int Open(bool isWhole, std::size_t pageCount, double sheetCount);
     ORVFormatOptions FormatOptions() const;
     ORVFlattenOptions FlattenOptions(const ORVFormatOptions& format) const;
+    double PageScale() const;
     ORVFilterOptions FilterOptions(const ORVFormatOptions& format) const;
     void ReportLowered();
     int ReportFailure(const std::string& name, int status);
@@ -121,4 +123,5 @@ private:
     std::optional<ORVGeneratorSequence> sequence_;
     std::optional<WatchedGenerator> watched_;  // precedes the sheets, if there is a watch
     std::optional<ORVElementPage> element_;    // precedes the watch; for the current drawing
+    std::unique_ptr<ORVTileImages> tiles_;  // precedes all, if the format has pixels; for the current drawing
 };

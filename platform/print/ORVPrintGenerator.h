@@ -226,6 +226,9 @@ struct ORVPrintTiles {
     double yStep = 1.0;      ///< distance between tiles in y, greater than 0
     ORVMathAffine2D toPage;  ///< from tile coordinates (of about the page's scale) to page coordinates
     ORVMathBox2D shown;      ///< area of the page that is tiled
+    bool isPlain = true;     ///< all content is shapes in plain colours
+    /// Tiles of a drawing with the same number have the same content and box; 0: not known.
+    std::uint64_t key = 0;
 };
 
 /// Interface of output formats and devices. The renderer resolves the model and calls a generator, which
@@ -318,11 +321,14 @@ public:
     /// Announces repeated content. A generator that supports tiling returns kDrawTile: the content of one
     /// tile follows in tile coordinates, up to EndTiles. Others return kNoTiles: the tiles follow one by one
     /// in page coordinates, without EndTiles. Tiles may be nested and contain no groups with links.
+    /// A generator that keeps tiles may return kTilesKnown: it has drawn all of them, and neither content nor
+    /// EndTiles follows.
     [[nodiscard]] virtual int BeginTiles(const ORVPrintTiles& /*tiles*/) { return kNoTiles; }
     /// Ends the content of a tile for which BeginTiles returned kDrawTile.
     [[nodiscard]] virtual int EndTiles() { return 1; }
-    static constexpr int kDrawTile = 1;  ///< result of BeginTiles: draw one tile
-    static constexpr int kNoTiles = 2;   ///< result of BeginTiles: draw each tile like any other content
+    static constexpr int kDrawTile = 1;    ///< result of BeginTiles: draw one tile
+    static constexpr int kNoTiles = 2;     ///< result of BeginTiles: draw each tile like any other content
+    static constexpr int kTilesKnown = 3;  ///< result of BeginTiles: all tiles are drawn
 
     /// Whether the generator uses the identifiers of shapes, texts and images. If so, they are passed with
     /// the draw calls, except inside symbols and for a shape that is wrapped in a group because a link leads

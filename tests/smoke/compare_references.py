@@ -80,6 +80,12 @@ class Comparison:
         return subprocess.run([self.tool, *command], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                               timeout=PATIENCE, check=False)
 
+    def where_no_text_is(self, document, size):
+        if b"text" not in document.read_bytes():
+            return numpy.ones((size[1], size[0]), dtype=bool)
+        tree = self.run("inspect", "--json", "--interpreter", "svg2", str(document))
+        return where_no_text_is(json.loads(tree.stdout)["pages"][0], size)
+
     def fault(self, name, document):
         """Returns what is wrong with the page in a few words, "" if nothing is, None if it cannot be compared."""
         with Image.open(reference_of(document)) as reference:
@@ -89,8 +95,7 @@ class Comparison:
                          "--width", str(size[0]), "--height", str(size[1]))
         if drawn.returncode != 0:
             return f"is not drawn: {drawn.stderr.strip()[:100]}"
-        tree = self.run("inspect", "--json", "--interpreter", "svg2", str(document))
-        counts = where_no_text_is(json.loads(tree.stdout)["pages"][0], size)
+        counts = self.where_no_text_is(document, size)
         if counts.mean() < 1 - MOST_TEXT:
             return None
         page, reference = (compare_findings.load(path, size) for path in (output, reference_of(document)))

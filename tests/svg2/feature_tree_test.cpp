@@ -12,6 +12,7 @@
 
 #include "generators/common/ORVOutput.h"
 #include "generators/flatten/ORVFilterImages.h"
+#include "generators/flatten/ORVTileImages.h"
 #include "generators/png/ORVPngGenerator.h"
 #include "interpreters/svg2/interpreter/factories.h"
 #include "platform/print/ORVPrintInputFileStream.h"
@@ -69,7 +70,8 @@ Image DrawPage(const fs::path& file) {
     ORVFilterOptions filters;
     filters.dotsPerInch = options.dotsPerInch;
     ORVFilterImages stage(generator, filters);
-    if (interpreter->Print(&stage, ORVPrintParameters()) != 1) return {};
+    ORVTileImages tiles(stage, filters);
+    if (interpreter->Print(&tiles, ORVPrintParameters()) != 1) return {};
     return ReadPng(output.GetBytes());
 }
 

@@ -134,7 +134,9 @@ private:
     /// Lets the generator repeat one tile.
     /// @return false, with nothing drawn, if it cannot
     bool DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
-                           const ORVMathBox2D& shown, DrawState& inner);
+                           const ORVMathBox2D& shown, DrawState& inner, bool isPlain);
+    /// A number for the content of tiles.
+    std::uint64_t KeyOf(const TileContent& content);
     // ---- tiles of plain shapes (fused_tiles.cpp) ----
     /// Draws shapes in all tiles of a pattern at once.
     void DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles);
@@ -182,6 +184,12 @@ private:
     std::unordered_set<ElementIndex> linkTargets_;
     bool keepsIdentifiers_, followsOrigins_;
     ElementIndex drawn_ = kNoElement;  // element of the current calls, for generators that follow origins
+    struct KnownTiles {
+        TileContent content;
+        std::uint64_t key = 0;
+    };
+    std::array<KnownTiles, 8> knownTiles_;
+    std::uint64_t tilesSeen_ = 0;
     bool reportsLayers_ = false, reportsHiddenLayers_ = false;
 };
 

@@ -27,6 +27,15 @@ struct PatternTiles {
     Viewport viewport;              ///< reference of the content's percentages
 };
 
+/// What determines the content of a tile.
+struct TileContent {
+    ElementIndex pattern = kNoElement;
+    ORVMathPoint2D low, high;          // corners of the tile, in tile coordinates
+    ORVMathAffine2D toTile;            // from content units
+    double width = 0.0, height = 0.0;  // of the viewport
+    friend bool operator==(const TileContent&, const TileContent&) = default;
+};
+
 /// A shape of a pattern that is drawn for all tiles at once.
 struct FusedShape {
     ElementIndex element;

@@ -106,9 +106,11 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
     }
     std::vector<FusedShape> shapes;
     const bool isPlain = all.range.Count() > 1 && CollectFused(content, style, all, all.toTile, 0, shapes);
-    if (isPlain && !HasSeams(shapes, all.first.Box()) && DrawOneTileForAll(content, style, all, shown, inner))
+    if (isPlain && !HasSeams(shapes, all.first.Box()) &&
+        DrawOneTileForAll(content, style, all, shown, inner, true))
         return;
     if (isPlain) return DrawFusedTiles(shapes, all);
+    if (all.range.Count() > 1 && DrawOneTileForAll(content, style, all, shown, inner, false)) return;
     for (long y = all.range.yFirst; y <= all.range.yLast && !IsStopped(); ++y) {
         for (long x = all.range.xFirst; x <= all.range.xLast && !IsStopped(); ++x) {
             if (!TakeElement(content)) break;
@@ -124,14 +126,13 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
     }
 }
 
-// A few tiles are drawn one by one: viewers may render pattern cells as images of whole pixels, with gaps
-// between them. Many tiles would make the file large, so the format's own pattern is used, but only for plain
-// content: some viewers misplace gradients and nested patterns in cells.
+// A few plain tiles are drawn as one shape: viewers may render pattern cells as images of whole pixels, with
+// gaps between them. Many tiles would make the file large, so the format's own pattern is used.
 bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
-                                const ORVMathBox2D& shown, DrawState& inner) {
+                                const ORVMathBox2D& shown, DrawState& inner, bool isPlain) {
     constexpr std::uint64_t kFewTiles = 1000;
     const double scale = all.patternToPage.Enlargement();
-    if (all.range.Count() <= kFewTiles || !(scale > 0.0)) return false;
+    if ((isPlain && all.range.Count() <= kFewTiles) || !(scale > 0.0)) return false;
     // Scaled to page units, because formats round coordinates.
     const auto toTiles = ORVMathAffine2D::Scaling(scale, scale);
     ORVPrintTiles tiles;
@@ -140,8 +141,16 @@ bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const 
     tiles.yStep = all.first.height * scale;
     tiles.toPage = all.patternToPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale);
     tiles.shown = shown;
+    tiles.isPlain = isPlain;
+    tiles.key = KeyOf({content,
+                       {tiles.tile.xMin, tiles.tile.yMin},
+                       {tiles.tile.xMax, tiles.tile.yMax},
+                       toTiles * all.toTile,
+                       all.viewport.width,
+                       all.viewport.height});
     const int answer = generator_.BeginTiles(tiles);
     if (answer == ORVPrintGenerator::kNoTiles) return false;
+    if (answer == ORVPrintGenerator::kTilesKnown) return true;
     if (!Do(answer)) return true;
     pages_.push_back(page_);
     page_ = tiles.tile;
@@ -151,6 +160,14 @@ bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const 
     pages_.pop_back();
     Do(generator_.EndTiles());
     return true;
+}
+
+// Shapes with the same pattern often follow each other.
+std::uint64_t Drawing::KeyOf(const TileContent& content) {
+    for (const KnownTiles& known : knownTiles_)
+        if (known.key != 0 && known.content == content) return known.key;
+    knownTiles_[tilesSeen_ % knownTiles_.size()] = {content, tilesSeen_ + 1};
+    return ++tilesSeen_;
 }
 
 }  // namespace svg2

@@ -105,9 +105,9 @@ public:
     int EndFilterInput() override { return Close(); }
     int BeginTiles(const ORVPrintTiles& tiles) override {
         if (!takesTiles_) return kNoTiles;
-        Add("tiles " + Box(tiles.tile) + " every " + Number(tiles.xStep * kPx) + "," +
-            Number(tiles.yStep * kPx) + " from " + Point(tiles.toPage({0.0, 0.0})) + " on " +
-            Box(tiles.shown));
+        Add((tiles.isPlain ? "tiles " : "mixed tiles " + std::to_string(tiles.key) + ": ") + Box(tiles.tile) +
+            " every " + Number(tiles.xStep * kPx) + "," + Number(tiles.yStep * kPx) + " from " +
+            Point(tiles.toPage({0.0, 0.0})) + " on " + Box(tiles.shown));
         return Open();
     }
     int EndTiles() override { return Close(); }

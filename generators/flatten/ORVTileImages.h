@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "generators/common/ORVPageRecording.h"
+#include "generators/flatten/ORVFilterImages.h"
+#include "generators/flatten/clear_pixels.h"
+#include "generators/raster/ORVRasterGenerator.h"
+#include "platform/print/ORVPrintGenerator.h"
+#include "platform/system/ORVFailure.h"
+#include "platform/system/ORVRef.h"
+#include "platform/visualization/images/ORVPixelImage.h"
+
+/// Renders the tiles of patterns as images, for formats with pixels. Drawn one by one, tiles whose size is
+/// not a whole number of pixels would have light seams between them: each covers its border pixels in part.
+/// Here, a tile is drawn once, on a whole number of pixels, and the image fills the area.
+///
+/// Plain tiles are left to the drawing, which has no seams, as are tiles with too many pixels. All other
+/// calls are passed on unchanged.
+class ORVTileImages final : public ORVPrintGenerator {
+public:
+    /// Scale from the page to the device's page. Asked once the page has begun.
+    using PageScale = std::function<double()>;
+
+    /// @param target   must outlive this object; must support all powers and no tiles
+    /// @param options  for the images and for filters in tiles
+    /// @param scale    without it, the page is that of the device
+    ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {});
+    ~ORVTileImages() override;
+
+    /// The error that occurred here, if any. Errors of the target are not included.
+    const ORVFailure& GetFailure() const { return failure_; }
+
+    int BeginDocument(const ORVPrintDocumentInfo& info) override;
+    int BeginPage(const ORVPrintPageInfo& info) override;
+    int BeginGroup(const ORVPrintGroup& group) override { return Receiver().BeginGroup(group); }
+    int EndGroup() override { return Receiver().EndGroup(); }
+    int BeginClip(const ORVMathBox2D& box) override;
+    int EndClip() override { return Receiver().EndClip(); }
+    unsigned int GetPowers() const override { return target_.GetPowers(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override;
+    int EndClipPath() override { return Receiver().EndClipPath(); }
+    int BeginLayer(const ORVPrintLayer& layer) override;
+    int EndLayer() override { return Receiver().EndLayer(); }
+    int BeginMask(const ORVPrintMask& mask) override;
+    int EndMask() override { return Receiver().EndMask(); }
+    int BeginFilter(const ORVPrintFilter& filter) override;
+    int EndFilter() override { return Receiver().EndFilter(); }
+    int BeginFilterInput() override { return Receiver().BeginFilterInput(); }
+    int EndFilterInput() override { return Receiver().EndFilterInput(); }
+    int BeginSymbol(const ORVPrintSymbol& symbol) override { return Receiver().BeginSymbol(symbol); }
+    int EndSymbol() override { return Receiver().EndSymbol(); }
+    int BeginTiles(const ORVPrintTiles& tiles) override;
+    int EndTiles() override;
+    bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
+    int DrawShape(const ORVPrintShape& shape) override;
+    int DrawText(const ORVPrintText& text) override;
+    int DrawImage(const ORVPrintImage& image) override;
+    int EndPage() override { return target_.EndPage(); }
+    int EndDocument() override;
+
+private:
+    /// Size of an image in pixels.
+    struct Size {
+        int width = 0, height = 0;
+        double finer = 1.0;  // than pixels of the page
+        friend bool operator==(const Size&, const Size&) = default;
+    };
+    /// Tiles whose content is being recorded.
+    struct Open {
+        ORVPrintTiles tiles;
+        Size size;
+        ORVPageRecording content;
+    };
+    /// An image of a tile, to use again.
+    struct Known {
+        std::uint64_t key = 0;
+        Size size;
+        ORVRef<ORVPixelImage> image;
+    };
+
+    template <class Action>
+    int Guard(Action action);
+    ORVPrintGenerator& Receiver();
+    /// Pixels per page unit, or per unit of the tile that is being recorded.
+    double Scale() const;
+    Size SizeFor(const ORVPrintTiles& tiles) const;
+    int Render(Open& open, ORVRef<ORVPixelImage>& image);
+    int Fill(const ORVPrintTiles& tiles, const ORVPixelImage& image);
+
+    ORVPrintGenerator& target_;
+    const ORVFilterOptions options_;
+    const PageScale pageScale_;
+    double dotsPerInch_;  // of the current page
+    ORVFailure failure_;
+    unsigned int pageNumber_ = 0;
+    double imagePixels_ = 0.0, mostImagePixels_ = 0.0;  // of the current page so far, and the limit
+    std::vector<std::unique_ptr<Open>> open_;           // tiles may be nested
+    std::array<Known, 16> known_;
+    std::size_t nextKnown_ = 0;
+
+    // Renderer of the content, created on first use.
+    ClearPixelSink* sink_ = nullptr;
+    std::unique_ptr<ORVRasterGenerator> raster_;
+    std::unique_ptr<ORVFilterImages> filters_;
+};
