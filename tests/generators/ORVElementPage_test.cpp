@@ -42,7 +42,7 @@ protected:
         ASSERT_EQ(element_.EndPage(), 1);
         ASSERT_EQ(element_.EndDocument(), 1);
     }
-    /// How the target's only page begins; empty when there is none.
+    /// Returns the line with which the target's page begins; empty without a page.
     std::string Page() const {
         for (const std::string& line : target_.GetLines())
             if (line.starts_with("page ")) return line;
@@ -57,7 +57,7 @@ TEST_F(ORVElementPageTest, AShapeIsAPageOfItsSize) {
     Begin();
     Fill(0, 0, 50);
     Fill(10, 20, 5, "e");
-    Fill(70, 70, 5, "e");  // only the first counts
+    Fill(70, 70, 5, "e");  // a second element with the id: ignored
     End();
     EXPECT_TRUE(element_.IsFound());
     EXPECT_TRUE(element_.HasPage());
@@ -116,7 +116,7 @@ TEST_F(ORVElementPageTest, APageOfThatIdentifierGoesThrough) {
 TEST_F(ORVElementPageTest, WhatClipsLayersAndMasksHideDoesNotCount) {
     const ORVPrintPath circle = RectanglePath(0, 0, 30, 60);
     Begin();
-    ASSERT_EQ(element_.BeginClip({0, 1, 0, 1}), 1);  // around the element: does not apply
+    ASSERT_EQ(element_.BeginClip({0, 1, 0, 1}), 1);  // outside the element: not applied
     Group("e");
     ASSERT_EQ(element_.BeginClip({0, 50, 0, 90}), 1);
     ASSERT_EQ(element_.BeginClipPath({circle, {}}), 1);
@@ -127,7 +127,7 @@ TEST_F(ORVElementPageTest, WhatClipsLayersAndMasksHideDoesNotCount) {
     ORVPrintMask mask;
     mask.box = BoxOf(0, 40, 99, 99);
     ASSERT_EQ(element_.BeginMask(mask), 1);
-    Fill(0, 0, 99);  // of the mask: not seen
+    Fill(0, 0, 99);  // does not extend the visible box
     ASSERT_EQ(element_.EndMask(), 1);
     Fill(0, 0, 99);
     ASSERT_EQ(element_.EndLayer(), 1);
@@ -137,7 +137,7 @@ TEST_F(ORVElementPageTest, WhatClipsLayersAndMasksHideDoesNotCount) {
     ASSERT_EQ(element_.EndClip(), 1);
     End();
     EXPECT_EQ(Page(), "page 1 25x20");
-    EXPECT_EQ(element_.EndMask(), kDrawingFailed);  // there is none
+    EXPECT_EQ(element_.EndMask(), kDrawingFailed);  // no mask is open
 }
 
 TEST_F(ORVElementPageTest, FiltersReachFarther) {

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder of the test's own.
+/// Gives each test a folder of its own.
 class FileOutputTest : public testing::Test {
 protected:
     std::string Path(const char* name) const { return folder_.PathOf(name); }

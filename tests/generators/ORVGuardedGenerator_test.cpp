@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Counts its calls, and throws at one of them.
+/// Counts its calls and throws in one of them.
 class ThrowingGenerator final : public ORVPrintGenerator {
 public:
     explicit ThrowingGenerator(int throwsAt, bool throwsForMemory = true)
@@ -47,7 +47,7 @@ public:
 
 private:
     int Count() {
-        if (++calls_ != throwsAt_) return 100 + calls_;  // what is passed on
+        if (++calls_ != throwsAt_) return 100 + calls_;  // a different result for each call
         if (throwsForMemory_) throw std::bad_alloc();
         throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
     }
@@ -59,7 +59,7 @@ private:
 
 constexpr int kCalls = 21;
 
-/// Makes every call once. @return what they returned
+/// Makes every call once. @return the results, in order
 std::array<int, kCalls> CallAll(ORVPrintGenerator& generator) {
     const ORVPrintPath path;
     const ORVTextLayout layout;

@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Gradients, clips, layers and masks in all their kinds.
+/// Draws with gradients, dashes, a clip path, a layer and a mask.
 template <class Target>
 void DrawCompositions(Target& target) {
     using Spread = ORVPrintGradient::Spread;
@@ -85,7 +85,8 @@ TEST(ORVPageRecordingTest, FiltersAreReplayedWholeWhereTheirResultsAre) {
     EXPECT_THAT(replay(BoxOf(55, 50, 70, 60), kAllPowers), IsEmpty());
 }
 
-/// Every call there is. Temporary objects: the recording keeps what it needs.
+/// Makes calls with every kind of argument. The objects are destroyed on return, so the recording must keep
+/// copies.
 template <class Target>
 void DrawEverything(Target& target) {
     const ORVRef<ORVPixelImage> image = PlainImage(2, 3, {1, 2, 3, 255});
@@ -122,7 +123,7 @@ void DrawEverything(Target& target) {
     DrawCompositions(target);
 }
 
-/// Lines of what a part shows.
+/// Returns the calls that the recording makes for a part of the page.
 std::vector<std::string> Replayed(ORVPageRecording& recording, const ORVMathBox2D& part) {
     RecordingGenerator target;
     recording.SelectBand(part.yMin, part.yMax);
@@ -137,7 +138,7 @@ TEST(ORVPageRecordingTest, DrawsAgainWhatWasDrawn) {
     DrawEverything(recording);
     recording.Finish(BoxOf(0, 0, 100, 100));
     EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 100, 100)), direct.GetLines());
-    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 100, 100)), direct.GetLines());  // as often as wanted
+    EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 100, 100)), direct.GetLines());  // can be replayed again
 }
 
 TEST(ORVPageRecordingTest, LeavesOutWhatLiesOutside) {
@@ -148,7 +149,7 @@ TEST(ORVPageRecordingTest, LeavesOutWhatLiesOutside) {
     EXPECT_THAT(Replayed(recording, BoxOf(11, 21, 13, 23)),
                 ElementsAre("fill #000000 M10,20 L18,20 L18,28 L10,28 Z"));
     EXPECT_EQ(Replayed(recording, BoxOf(0, 0, 12, 30)).size(), 6U);
-    EXPECT_EQ(Replayed(recording, BoxOf(8, 0, 9, 5)).size(), 1U);  // touching is enough
+    EXPECT_EQ(Replayed(recording, BoxOf(8, 0, 9, 5)).size(), 1U);  // boxes that touch the part count
     EXPECT_THAT(Replayed(recording, BoxOf(8.5, 8.5, 9.5, 9.5)), IsEmpty());
 }
 
@@ -157,7 +158,7 @@ TEST(ORVPageRecordingTest, CountsTheReachOfPens) {
         ORVPrintStroke::Cap cap;
         ORVPrintStroke::Join join;
         ORVMathAffine2D toPage;
-        double reach;  // upwards, on the page
+        double reach;  // from the line upwards, in page coordinates
     };
     using Cap = ORVPrintStroke::Cap;
     using Join = ORVPrintStroke::Join;
@@ -239,7 +240,7 @@ TEST(ORVPageRecordingTest, EndsWhatADrawingLeftOpen) {
         ElementsAre("group #a", "group #a", "fill #000000 M0,0 L5,0 L5,5 L0,5 Z", "end group", "end group"));
 }
 
-/// Two symbols, the second one made of the first: a square of 1 at (1, 1) and at (3, 1).
+/// Draws two symbols. The outer one shows the inner one, a square of side 1, at (1, 1) and (3, 1).
 void DrawSymbols(ORVPageRecording& recording) {
     const int inner = 0, outer = 0;
     ASSERT_EQ(recording.BeginSymbol({&outer, {2, 0, 0, 2, 10, 0}}), ORVPrintGenerator::kDrawSymbol);
@@ -276,7 +277,7 @@ TEST(ORVPageRecordingTest, DrawsSymbolsOutForTargetsWithout) {
     EXPECT_THAT(Replayed(recording, BoxOf(30, 0, 40, 100)), IsEmpty());
 }
 
-/// A clip, in it a layer, in it a masked layer, all with squares of 10.
+/// Draws rectangles in a clip path, in a layer inside it, and in a masked layer inside that.
 void DrawNestedParts(ORVPageRecording& recording) {
     const ORVPrintPath path = RectanglePath(0, 0, 100, 20);
     ASSERT_EQ(recording.BeginClipPath({path, {}}), 1);
@@ -310,7 +311,7 @@ TEST(ORVPageRecordingTest, LeavesOutPartsOfWhichNothingShows) {
     EXPECT_THAT(Replayed(recording, BoxOf(22, 2, 24, 4)),
                 ElementsAre(clip, "layer 0.5 normal 20,0 to 60,10",
                             "fill #000000 M20,0 L30,0 L30,10 L20,10 Z", "end layer", "end clip path"));
-    // What the mask holds beside the part is left out as well, but the mask is there.
+    // The mask is kept; those parts of its content that lie outside are left out.
     EXPECT_THAT(
         Replayed(recording, BoxOf(44, 2, 46, 4)),
         ElementsAre(clip, "layer 0.5 normal 20,0 to 60,10", "layer 0.5 normal masked 40,0 to 50,10",
@@ -418,7 +419,7 @@ TEST(ORVPageRecordingTest, PassesOnFailures) {
     }
 }
 
-// Lines that follow each other share what they have in common.
+// Equal consecutive strokes are stored once. Strokes that differ in any one property must stay distinct.
 TEST(ORVPageRecordingTest, LinesThatDifferInOneThingStayTwo) {
     const std::array dashes{1.0, 2.0}, otherDashes{1.0, 3.0};
     ORVPrintStroke base;

@@ -40,7 +40,7 @@ TEST(DeflateChunkTest, PiecesMakeOneStream) {
     }
     stream.insert(stream.end(), std::begin(kLastBlock), std::end(kLastBlock));
     for (int shift = 24; shift >= 0; shift -= 8) stream.push_back(static_cast<std::uint8_t>(adler >> shift));
-    EXPECT_EQ(Inflate(stream, all.size()), all);  // checks the checksum, too
+    EXPECT_EQ(Inflate(stream, all.size()), all);  // zlib verifies the checksum
 }
 
 TEST(DeflateChunkTest, WholeStreamsStandForThemselves) {
@@ -52,7 +52,7 @@ TEST(DeflateChunkTest, WholeStreamsStandForThemselves) {
     }
 }
 
-// Numbers, as pages are full of them.
+// Random decimal numbers resemble page content.
 TEST(DeflateChunkTest, PacksAboutAsWellAsZlib) {
     std::mt19937 random(1);
     std::string text;
@@ -66,7 +66,7 @@ TEST(DeflateChunkTest, PacksAboutAsWellAsZlib) {
     EXPECT_LT(static_cast<double>(stream.size()), 1.1 * static_cast<double>(length));
 }
 
-/// Runs something on a stack of its own at a place that differs each time.
+/// Runs a function on a thread whose stack is at a random address.
 void RunElsewhere(std::mt19937_64& random, const std::function<void()>& work) {
     constexpr std::size_t kStackSize = std::size_t{1} << 20U;
     constexpr std::uint64_t kPlaces = (std::uint64_t{1} << 46U) - 1, kPage = 4096;
@@ -88,8 +88,8 @@ void RunElsewhere(std::mt19937_64& random, const std::function<void()>& work) {
     munmap(stack, kStackSize);
 }
 
-// Left to itself, the fast compressor finds other matches now and then, as its own memory lies. What differs
-// is whether the first bytes are found again, so many inputs begin differently.
+// Without precautions, the fast compressor occasionally finds other matches, depending on memory addresses.
+// What varies is whether the first bytes of the input are matched, so many different beginnings are tried.
 TEST(DeflateChunkTest, BytesDoNotDependOnWhereMemoryLies) {
     constexpr int kInputs = 200, kPlaces = 600;
     std::mt19937_64 random(1);

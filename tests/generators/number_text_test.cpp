@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberCase{999999999.0, 4, "999999999"}, NumberCase{1e300, 4, "0"},
                     NumberCase{std::numeric_limits<double>::quiet_NaN(), 4, "0"}));
 
-/// The same number by plain division, digit by digit.
+/// Reference implementation: divides by 10 for each digit.
 std::string NaiveFixed(std::int64_t fixed, int places) {
     std::string digits;
     auto rest = static_cast<std::uint64_t>(fixed < 0 ? -fixed : fixed);

@@ -53,9 +53,9 @@ TEST(FitPathToRangeTest, CutsLinesWithoutBendingThem) {
 TEST(FitPathToRangeTest, LinesThatLeaveAndReturnAreTwo) {
     ORVPrintPath path, storage;
     path.MoveTo({0.0, 0.0});
-    path.LineTo({300.0, 0.0});  // out on the right
+    path.LineTo({300.0, 0.0});  // leaves the range on the right
     path.LineTo({300.0, 50.0});
-    path.LineTo({0.0, 50.0});  // and in again
+    path.LineTo({0.0, 50.0});  // and returns
     const ORVPrintPath& fitted = FitPathToRange(path, {}, 100.0, PathUse::kStroke, storage);
     using Verb = ORVPrintPath::Verb;
     EXPECT_EQ(fitted.verbs, (std::vector<Verb>{Verb::kMove, Verb::kLine, Verb::kMove, Verb::kLine}));

@@ -8,8 +8,8 @@
 
 #include "platform/print/ORVPrintGenerator.h"
 
-/// A generator that accepts symbols and records the calls about them and the properties of pages. Symbols are
-/// numbered in order of definition.
+/// A generator that supports symbols. It records the properties of pages and the calls that concern symbols.
+/// Symbols are numbered in order of definition.
 class SymbolRecorder final : public ORVPrintGenerator {
 public:
     std::vector<std::string> lines;

@@ -41,7 +41,7 @@ ORVPrintPath Arch() {
 }
 
 const std::vector<ORVMathPoint2D> kCorner{{0, 10}, {10, 0}, {20, 10}}, kLevel{{0, 0}, {10, 0}};
-const double kHalf = std::sqrt(2.0);  // of a pen of 4 units, along both axes of a diagonal
+const double kHalf = std::sqrt(2.0);  // reach along either axis of a diagonal line 4 units wide
 
 class VisibleBoxTest : public testing::TestWithParam<BoxCase> {};
 TEST_P(VisibleBoxTest, IsAroundWhatIsPainted) {

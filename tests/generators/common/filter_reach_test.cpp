@@ -60,7 +60,7 @@ TEST(FilterReachTest, IsNothingWhereNothingComesOut) {
 
 TEST(FilterReachTest, IsMappedToThePage) {
     const std::vector<ORVPrintFilterStep> steps{{ORVFilterOffset{1, 0}, {kSource}, true, kEverywhere}};
-    // Units of ten, half a turn.
+    // User units of ten page units, turned by 180 degrees.
     ExpectBox(ORVReachOfFilter({steps, kEverywhere, {-10, 0, 0, -10, 0, 0}, 0}, kContent), 0, 10, 10, 20);
 }
 

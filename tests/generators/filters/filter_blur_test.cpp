@@ -16,7 +16,7 @@
 
 namespace {
 
-using Weights = std::vector<double>;  // an odd number of them
+using Weights = std::vector<double>;  // of an odd number of pixels
 
 Weights Gaussian(double sigma) {
     if (sigma == 0.0) return {1.0};
@@ -41,7 +41,7 @@ Weights Boxes(const BlurKernel& kernel) {
     return Convolved(Convolved(box(kernel.box), box(kernel.box)), box(kernel.third));
 }
 
-/// Weighs along x, then along y, pixel by pixel.
+/// Reference implementation: convolves along x, then along y.
 std::vector<PlainPixel> SlowBlur(const FilterPixels& input, const Weights& alongX, const Weights& alongY,
                                  const FilterBox& box) {
     const int reachX = static_cast<int>(alongX.size() / 2), reachY = static_cast<int>(alongY.size() / 2);
@@ -75,7 +75,7 @@ void ExpectSlowBlur(const FilterPixels& blurred, const FilterPixels& input, cons
     });
 }
 
-// A tenth of a level of 8 bits.
+// In units of 1/65535: a tenth of an 8-bit level.
 constexpr double kTenthOfLevel = 25.7;
 
 struct BlurCase {
@@ -127,13 +127,13 @@ TEST(BoxBlurTest, HasTheVarianceOfTheGaussian) {
         const double variance =
             (2.0 * (kernel.box * kernel.box - 1) + kernel.third * kernel.third - 1) / 12.0;
         EXPECT_NEAR(std::sqrt(variance) / sigma, 1.0, sigma < 8.0 ? 0.06 : 0.02) << sigma;
-        // Sums of full pixels fit.
+        // Sums of pixels at full value fit into 32 bits.
         EXPECT_LT(65535.0 * kernel.box * kernel.box * kernel.third, 4294967296.0) << sigma;
         EXPECT_EQ(kernel.box % 2 + kernel.third % 2, 2) << sigma;
     }
 }
 
-/// A disc and a bar in colours.
+/// A disc and a bar of different colours.
 FilterPixels Shapes(const FilterBox& box) {
     FilterPixels pixels(box);
     for (int y = 0; y < box.height; ++y)
@@ -150,8 +150,8 @@ class LargeBlurTest : public testing::TestWithParam<BlurCase> {};
 TEST_P(LargeBlurTest, IsNearlyGaussian) {
     const FilterPixels input = Shapes({-5, 4, 90, 70});
     const auto [name, sigmaX, sigmaY, box] = GetParam();
-    // Three boxes are that much flatter than a Gaussian in the middle of small shapes: eight levels of 8
-    // bits.
+    // In the middle of small shapes, three box blurs are flatter than a Gaussian, by up to eight 8-bit
+    // levels.
     ExpectSlowBlur(BlurFilterPixels(input.Copy(), {sigmaX, sigmaY}, box), input, Gaussian(sigmaX),
                    Gaussian(sigmaY), box, 8.0 * 257.0);
 }

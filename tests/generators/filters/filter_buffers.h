@@ -12,9 +12,9 @@
 
 #include "generators/filters/filter_pixels.h"
 
-// Buffers with random content, and pixels as floating-point numbers for reference implementations of filters.
+// Buffers with random content, and floating-point pixels for the reference implementations of filters.
 
-// Names of test rows.
+// How failed tests print parameters.
 inline void PrintTo(const FilterBox& box, std::ostream* out) {
     *out << box.left << ',' << box.top << ' ' << box.width << 'x' << box.height;
 }

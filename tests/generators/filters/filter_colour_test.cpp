@@ -19,7 +19,7 @@ const FilterBox kInput{-4, 2, 23, 17}, kLarger{-8, 0, 31, 22};
 struct MatrixCase {
     const char* name;
     FilterMatrix matrix;
-    PlainPixel from, to;  // without opacity
+    PlainPixel from, to;  // not premultiplied
 };
 class FilterMatrixTest : public testing::TestWithParam<MatrixCase> {};
 TEST_P(FilterMatrixTest, ChangesAColour) {
@@ -54,9 +54,9 @@ INSTANTIATE_TEST_SUITE_P(
         MatrixCase{"MoreSaturation", SaturationMatrix(1.5), kColour, {0.06755, 0.51755, 1.0, 0.75}},
         MatrixCase{"HueUnturned", HueRotationMatrix(0.0), kColour, kColour},
         MatrixCase{"HueFullTurn", HueRotationMatrix(720.0), kColour, kColour},
-        // Half a turn is twice the grey less the colour.
+        // Half a turn: twice the grey minus the colour.
         MatrixCase{"HueHalfTurn", HueRotationMatrix(180.0), kColour, {0.7298, 0.4298, 0.0298, 0.75}},
-        // A quarter: the grey and the sine's column alone.
+        // A quarter turn: the grey plus the column of the sine.
         MatrixCase{"HueQuarterTurn", HueRotationMatrix(90.0), kColour, {0.9, 0.3088, 0.7298, 0.75}},
         MatrixCase{"HueOfNoNumber", HueRotationMatrix(kNoNumber), kColour, kColour},
         // 0.2125 * 0.2 + 0.7154 * 0.5 + 0.0721 * 0.9
@@ -102,7 +102,7 @@ TEST(FilterMatrixTest, OfLuminanceLeavesOpacityOnly) {
     EXPECT_FALSE(ApplyFilterMatrix(std::move(black), InversionMatrix(1.0), kInput).IsAlphaOnly());
 }
 
-// ---- Functions --------------------------------------------------------------------------------------------
+// ---- Transfer functions -----------------------------------------------------------------------------------
 
 using enum FilterTransfer::Kind;
 FilterTransfer Linear(double slope, double intercept) {
@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TransferCase{"NoNumbersInATable", Values(kTable, {kNoNumber, INFINITY}), 0.5, 0.0}),
     kNameOfRow);
 
-/// Whether by a table or for each pixel, the same.
+/// The result is the same for small buffers, calculated per pixel, and for large ones, which use a table.
 class FilterTransferSizeTest : public testing::TestWithParam<FilterBox> {};
 TEST_P(FilterTransferSizeTest, IsTheFunctionForEveryPixel) {
     const std::array<FilterTransfer, 4> functions{Gamma(0.9, 0.6, 0.05), Values(kTable, {0.0, 0.9, 0.3, 1.0}),

@@ -15,7 +15,7 @@
 
 namespace {
 
-// Two inputs that overlap, and results that reach past both, or lie within.
+// Two inputs that overlap; the boxes of results enclose both, lie inside, equal the first, or lie outside.
 const FilterBox kFirst{-4, 2, 23, 17}, kSecond{3, -5, 19, 18};
 const FilterBox kBoxes[] = {{-8, -8, 41, 33}, {5, 4, 7, 3}, kFirst, {40, 40, 3, 3}};
 
@@ -133,7 +133,8 @@ INSTANTIATE_TEST_SUITE_P(
         ModeCase{"Exclusion", Mode::kExclusion, [](double b, double s) { return b + s - 2 * b * s; }}),
     kNameOfRow);
 
-// Worked out by hand, over opaque (0.2, 0.6, 0.4), whose light is 0.458, by opaque (0.8, 0.5, 0.1), of 0.546.
+// Calculated by hand: opaque (0.8, 0.5, 0.1), luminosity 0.546, over opaque (0.2, 0.6, 0.4), luminosity
+// 0.458.
 struct WholeColourCase {
     const char* name;
     Mode mode;
@@ -148,16 +149,16 @@ TEST_P(FilterBlendWholeTest, LooksAtWholeColours) {
 INSTANTIATE_TEST_SUITE_P(
     Filter, FilterBlendWholeTest,
     testing::Values(
-        // (0.4, 4/7 * 0.4, 0), of light 0.254857, lifted by 0.203143.
+        // (0.4, 4/7 * 0.4, 0) has luminosity 0.254857: raised by 0.203143.
         WholeColourCase{"Hue", Mode::kHue, {0.603143, 0.431714, 0.203143, 1.0}},
-        // (0, 0.7, 0.35), of light 0.4515, lifted by 0.0065.
+        // (0, 0.7, 0.35) has luminosity 0.4515: raised by 0.0065.
         WholeColourCase{"Saturation", Mode::kSaturation, {0.0065, 0.7065, 0.3565, 1.0}},
-        // Lowered by 0.088; the light stays when the blue that is too small is drawn to it.
+        // Lowered by 0.088. No channel becomes negative, so none is clipped.
         WholeColourCase{"Colour", Mode::kColour, {0.712, 0.412, 0.012, 1.0}},
         WholeColourCase{"Luminosity", Mode::kLuminosity, {0.288, 0.688, 0.488, 1.0}}),
     kNameOfRow);
 
-// ---- The others -------------------------------------------------------------------------------------------
+// ---- Other operations -------------------------------------------------------------------------------------
 
 TEST(FilterFloodTest, FillsTheBox) {
     const FilterPixels flood = FloodFilterPixels({0.2, 0.4, 1.0, 0.5}, FilterColours::kSrgb, {-3, 2, 7, 5});
@@ -233,7 +234,7 @@ TEST(FilterPlaceTest, TakesWhatLiesUnderEachCentre) {
                        static_cast<int>(std::floor(at(x, y).y)));
     });
     ExpectPixels(PlaceFilterPixels(image, toImage, true, box), box, 1.0, [&](int x, int y) {
-        // Each pixel of the image counts by how near its centre is.
+        // Bilinear interpolation: weights fall linearly with the distance from the pixel's centre.
         PlainPixel sum{};
         for (int v = -1; v <= 6; ++v)
             for (int u = -1; u <= 8; ++u) {

@@ -16,7 +16,7 @@ namespace {
 using Kind = FilterLight::Kind;
 const FilterBox kInput{-4, 2, 13, 11};
 
-// ---- A slow version, with the nine kernels spelt out ------------------------------------------------------
+// ---- Reference implementation with the nine kernels written out -------------------------------------------
 
 struct Vector {
     double x, y, z;
@@ -31,7 +31,7 @@ struct Kernel {
     double factorX, factorY;
     int x[9], y[9];  // weights of the neighbours, row by row
 };
-// By column (left edge, inside, right edge) in each row (top edge, inside, bottom edge).
+// By row (top edge, inside, bottom edge), and in each row by column (left edge, inside, right edge).
 const Kernel kKernels[9] = {
     {2 / 3.0, 2 / 3.0, {0, 0, 0, 0, -2, 2, 0, -1, 1}, {0, 0, 0, 0, -2, -1, 0, 2, 1}},
     {1 / 3.0, 1 / 2.0, {0, 0, 0, -2, 0, 2, -1, 0, 1}, {0, 0, 0, -1, -2, -1, 1, 2, 1}},
@@ -97,7 +97,7 @@ struct LightCase {
     FilterLight light;
     double surfaceScale = 1.0;
     double constant = 1.0;
-    double exponent = 0.0;  // 0: diffuse
+    double exponent = 0.0;  // 0 for diffuse lighting
 };
 FilterLighting LightingOf(const LightCase& row) {
     FilterLighting lighting;
@@ -166,7 +166,7 @@ TEST(FilterLightTest, OnAFlatSurfaceIsTheSineOfItsElevation) {
     ExpectPixels(LightFilterPixels(flat, lighting, FilterColours::kSrgb, kInput), kInput, 1.0, [](int, int) {
         return PlainPixel{0.45, 0.3, 0.15, 1.0};
     });
-    // Half of the light's elevation and the viewer's is 60 degrees: cos 30, squared.
+    // The angle between the normal and the halfway vector is 30 degrees; its cosine is squared.
     lighting.isSpecular = true;
     lighting.exponent = 2.0;
     ExpectPixels(LightFilterPixels(flat, lighting, FilterColours::kSrgb, kInput), kInput, 1.0, [](int, int) {

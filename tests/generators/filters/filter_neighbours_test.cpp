@@ -130,7 +130,7 @@ TEST_P(FilterMorphologyTest, IsTheSlowSearch) {
     const FilterMorphology& morphology = GetParam().morphology;
     const bool isDilation = morphology.isDilation;
     const int reachX = std::clamp(morphology.radiusX, 0, 60), reachY = std::clamp(morphology.radiusY, 0, 60);
-    // What lies further out is as transparent as the row and the column around the input.
+    // Pixels further out are as transparent as those next to the input, so the search stops there.
     const int left = kInput.left - 1, top = kInput.top - 1, right = kInput.Right(), bottom = kInput.Bottom();
     for (const FilterBox& box : kBoxes)
         ExpectPixels(MorphFilterPixels(input, GetParam().morphology, box), box, 0.0, [&](int x, int y) {

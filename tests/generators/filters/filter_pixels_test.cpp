@@ -77,7 +77,7 @@ TEST(FilterPixelsTest, TooManyAreOutOfMemory) {
     EXPECT_THROW(FilterPixels({0, 0, 1 << 28, 1 << 28}), std::bad_alloc);
 }
 
-/// All opacities, and all premultiplied values in red of each.
+/// Pixels with every opacity, and for each with every premultiplied value of red.
 std::vector<std::uint8_t> AllBytes() {
     std::vector<std::uint8_t> bytes;
     for (int alpha = 0; alpha < 256; ++alpha)
@@ -133,7 +133,7 @@ TEST(FilterColoursTest, FollowTheCurveForEveryNumber) {
     });
     EXPECT_EQ(pixels.At(255, 255)[0], 65535);
     ConvertFilterColours(pixels, FilterColours::kSrgb);
-    // Dark colours are closer together in proportion to light: what was rounded there comes back larger.
+    // Dark values are closer together in linear light, so rounding errors there grow on the way back.
     ExpectPixels(pixels, {0, 0, 256, 256}, 16.0, [&](int x, int y) {
         return PlainPixel{at(x, y) / 65535.0, 0.0, 0.0, 1.0};
     });

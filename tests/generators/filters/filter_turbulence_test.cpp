@@ -14,8 +14,8 @@
 
 namespace {
 
-/// The noise in doubles, a channel at a time, with doubled tables and the random numbers' parts kept within
-/// 32 bits.
+/// Reference implementation in double precision: one channel at a time, with doubled tables and a random
+/// number generator whose intermediate results fit into 32 bits.
 class SlowNoise {
 public:
     explicit SlowNoise(long seed) {

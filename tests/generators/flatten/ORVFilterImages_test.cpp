@@ -23,7 +23,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr ORVMathBox2D kEverywhere{-kInfinity, kInfinity, -kInfinity, kInfinity};
 constexpr ORVPrintColour kRed{255, 0, 0, 255}, kLime{0, 255, 0, 255};
 
-/// A format without filters, and the images that it gets.
+/// A generator without filters. Records its calls and the images that it receives.
 class FilteredPage final : public ORVPrintGenerator {
 public:
     struct Image {
@@ -63,7 +63,8 @@ public:
     int EndPage() override { return 1; }
     int EndDocument() override { return 1; }
 
-    /// Red, green, blue and opacity of the first image at a place of the page; nothing beside it.
+    /// Returns red, green, blue and opacity of the first image at a point of the page; empty outside of the
+    /// image.
     std::vector<int> At(double x, double y) const {
         if (images.empty()) return {};
         const Image& image = images.front();
@@ -144,7 +145,7 @@ TEST_F(ORVFilterImagesTest, ContentBecomesOneImageOfTheDevicesPixels) {
     EXPECT_THAT(page_.lines, ElementsAre("image"));
     EXPECT_THAT(page_.At(35, 35), ElementsAre(255, 0, 0, 255));
     EXPECT_THAT(page_.At(45, 35), ElementsAre(0, 255, 0, 255));
-    // Whole pixels of half a unit.
+    // Aligned to whole pixels of half a unit.
     const ORVMathAffine2D& map = page_.images.front().toPage;
     EXPECT_EQ(map.dx * 2.0, std::floor(map.dx * 2.0));
     EXPECT_EQ(map.m11 * 2.0, page_.images.front().width);
@@ -209,7 +210,7 @@ TEST_F(ORVFilterImagesTest, WhatDoesNotShowTakesNoImage) {
 
 TEST_F(ORVFilterImagesTest, TurnedContentIsFilteredAlongItsOwnAxes) {
     Begin();
-    // A quarter turn about the middle: what moves right moves down.
+    // A quarter turn about the centre of the page: a shift to the right becomes one down.
     BeginFilter({Step(ORVFilterOffset{20, 0})}, {0, -1, 1, 0, 100, 0});
     Fill(40, 40, 10, 10);
     EndFilter();
@@ -219,7 +220,7 @@ TEST_F(ORVFilterImagesTest, TurnedContentIsFilteredAlongItsOwnAxes) {
 
 TEST_F(ORVFilterImagesTest, StepsTakeEachOthersResults) {
     Begin();
-    // The opacity of the content, moved and coloured, with the content over it.
+    // A shadow: the shifted opacity of the content, coloured, with the content over it.
     BeginFilter({Step(ORVFilterOffset{5, 5}, {ORVPrintFilterStep::kSourceAlpha}),
                  Step(ORVFilterFlood{kLime}, {}, {0, 100, 0, 100}),
                  Step(ORVFilterComposite{ORVFilterComposite::Operator::kIn}, {1, 0}),
@@ -253,7 +254,7 @@ TEST_F(ORVFilterImagesTest, InputsAreDrawnOnTheSamePixels) {
     EXPECT_THAT(page_.At(15, 15), ElementsAre(0, 0, 0, 0));
 }
 
-// Slopes go from pixel to pixel, of which a finer device has more.
+// Slopes are measured between pixels, which are closer together at a higher resolution.
 TEST_F(ORVFilterImagesTest, LitSurfacesLookAlikeAtAnyResolution) {
     ORVFilterLighting lighting;
     lighting.surfaceScale = 8.0;
@@ -280,7 +281,7 @@ TEST_F(ORVFilterImagesTest, LitSurfacesLookAlikeAtAnyResolution) {
     }
 }
 
-// What a filter draws and hands on costs more than one that only passes it.
+// Each level draws its whole input and passes it on, which is work even if the filter changes nothing.
 TEST_F(ORVFilterImagesTest, PagesWithinPagesOfFiltersAreRefused) {
     constexpr int kLevels = 30;
     stage_ = std::make_unique<ORVFilterImages>(page_, Options());
@@ -362,7 +363,7 @@ TEST_F(ORVFilterImagesTest, TilesAreForFormatsThatRepeatThemButNotWithinFilters)
     EXPECT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
     page_.takesTiles = true;
     ASSERT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kDrawTile);
-    // Its pixels are those of the page.
+    // Filters in a tile have the resolution of the page.
     BeginFilter({Step(ORVFilterOffset{0, 0}, {ORVPrintFilterStep::kSource}, {0, 10, 0, 10})}, {},
                 {0, 10, 0, 10});
     EXPECT_EQ(stage_->BeginTiles(tiles), ORVPrintGenerator::kNoTiles);
@@ -396,12 +397,11 @@ TEST_F(ORVFilterImagesTest, TooManyPixelsGetALowerResolution) {
     EXPECT_THAT(page_.At(99, 99), ElementsAre(255, 0, 0, 255));
 }
 
-// The first filters of a page are as fine as asked for, the last ones as coarse as permitted, but never
-// coarser.
+// Resolution falls from that requested to the lowest permitted one in the course of a page, and never below.
 TEST_F(ORVFilterImagesTest, ManyFiltersGetALowerResolution) {
     struct Row {
         double least, fullWork;
-        int first, last;  // widths of images, without a margin
+        int first, last;  // widths of the first and last image, approximately
     };
     for (const Row& row :
          {Row{0.0, 1e6, 1500, 1500}, Row{90.0, 1e12, 1500, 1500}, Row{90.0, 7.5e7, 1500, 300},
@@ -424,9 +424,9 @@ TEST_F(ORVFilterImagesTest, ManyFiltersGetALowerResolution) {
         ASSERT_EQ(page_.images.size(), 10U);
         const ORVLoweredImages& lowered = stage_->GetLowered();
         EXPECT_EQ(lowered.count > 0, row.last < row.first);
-        EXPECT_LE(lowered.count, 8U);  // not the first of each page
+        EXPECT_LE(lowered.count, 8U);  // the first image of a page has full resolution
         if (lowered.count > 0) EXPECT_NEAR(lowered.dotsPerInch, row.least, 1e-9);
-        // Each page begins anew.
+        // The resolution is restored for each page.
         for (const std::size_t page : {0U, 5U}) {
             EXPECT_NEAR(page_.images[page].width, row.first, 4) << row.least << " " << row.fullWork;
             EXPECT_NEAR(page_.images[page + 4].width, row.last, 4) << row.least << " " << row.fullWork;

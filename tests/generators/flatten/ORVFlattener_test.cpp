@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 constexpr unsigned int kVectorsOnly = ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths;
 
-/// A format without layers, and the images that it gets: their pixels from the page's places.
+/// A generator without layers. Records its calls and the images that it receives.
 class ImagePage final : public ORVPrintGenerator {
 public:
     struct Image {
@@ -54,7 +54,7 @@ public:
     int EndPage() override { return 1; }
     int EndDocument() override { return 1; }
 
-    /// The colour that the images leave at a place of the page; -1 where there is none.
+    /// Returns the colour of the topmost image at a point of the page; -1 for each channel if there is none.
     std::array<int, 3> At(double x, double y) const {
         for (auto image = images.rbegin(); image != images.rend(); ++image) {
             const double column = (x - image->toPage.dx) / image->toPage.m11 * image->width;
@@ -150,7 +150,7 @@ TEST_F(ORVFlattenerTest, IsNeededWhereSomethingIsMissing) {
     EXPECT_FALSE(ORVFlattener::IsNeededBefore(target));
     target.SetPowers(target.GetPowers() - ORVPrintGenerator::kMasks);
     EXPECT_TRUE(ORVFlattener::IsNeededBefore(target));
-    // Filters are images before they come here.
+    // Filters are converted to images by an earlier stage.
     EXPECT_EQ(flat_.GetPowers(), kAllPowers & ~static_cast<unsigned int>(ORVPrintGenerator::kFilters));
 }
 
@@ -192,7 +192,7 @@ TEST_F(ORVFlattenerTest, WhatComesInARowIsOneImageAndWhatLiesBesideItDoesNotInte
     EXPECT_THAT(page_.lines, ElementsAre("fill", "image", "fill", "image"));
     EXPECT_EQ(page_.images[0].width, 15);
     ExpectColour(page_.At(12.5, 12.5), 128, 0, 127);
-    ExpectColour(page_.At(18, 18), 255, 32, 32);  // for the third time
+    ExpectColour(page_.At(18, 18), 255, 32, 32);  // three half-transparent layers
 }
 
 TEST_F(ORVFlattenerTest, AnOpaqueOutlineOfATransparentShapeStaysOne) {
@@ -216,7 +216,7 @@ TEST_F(ORVFlattenerTest, TransparentGradientsAreTakenAndOpaqueOnesAreNot) {
     ORVPrintFill fill;
     fill.gradient = &gradient;
     ASSERT_EQ(flat_.DrawShape({path, {}, &fill, nullptr}), 1);
-    gradient.kind = ORVPrintGradient::Kind::kRadial;  // two circles of no size: nothing beside them
+    gradient.kind = ORVPrintGradient::Kind::kRadial;  // transparent outside the cone of its circles
     gradient.endRadius = 0.5;
     ASSERT_EQ(flat_.DrawShape({path, {}, &fill, nullptr}), 1);
     gradient.kind = ORVPrintGradient::Kind::kLinear;
@@ -356,7 +356,7 @@ TEST_F(ORVFlattenerTest, PartsFarApartAreImagesOfTheirOwn) {
     ASSERT_EQ(page_.images.size(), 2U);
     EXPECT_EQ(page_.images[0].width, 45);
     EXPECT_EQ(page_.images[1].width, 50);
-    // Very many of them share.
+    // Beyond a certain number of parts, they share images.
     page_.images.clear();
     ASSERT_EQ(flat.BeginPage(PageInfo(2000, 2000, 2)), 1);
     for (int i = 0; i < 400; ++i)
@@ -368,13 +368,13 @@ TEST_F(ORVFlattenerTest, PartsFarApartAreImagesOfTheirOwn) {
 TEST_F(ORVFlattenerTest, APageOfVeryManyPixelsEndsInOneImage) {
     ORVFlattener flat(page_, Options(1440.0));
     ASSERT_EQ(flat.BeginDocument({}), 1);
-    ASSERT_EQ(flat.BeginPage(PageInfo(400, 400)), 1);  // 41 million
+    ASSERT_EQ(flat.BeginPage(PageInfo(400, 400)), 1);  // 41 million pixels
     for (int i = 0; i < 10; ++i) {
         ASSERT_EQ(FillRectangle(flat, 0, 0, 400, i < 2 ? 250 : 5, {255, 0, 0, 1}), 1);
         ASSERT_EQ(FillRectangle(flat, i, 0, 1, 1, kBlue), 1);
     }
     ASSERT_EQ(flat.EndPage(), 1);
-    // Two of 26 million pixels, of seven images each, and what is joined.
+    // Two shapes of 26 million pixels, in seven images each, and one image for all the rest.
     EXPECT_EQ(page_.images.size(), 7U + 7U + 1U);
     ExpectColour(page_.At(9.5, 0.5), 0, 0, 255);
 }
