@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is written is checked by other programs: see DrawnPdf.
+// External programs check the output: see DrawnPdf.
 
 #include "generators/pdf/ORVPdfGenerator.h"
 
@@ -45,7 +45,7 @@ TEST(ORVPdfGeneratorTest, ManyPagesTakeManyObjectStreams) {
     document.Finish();
     EXPECT_THAT(document.Run("pdfinfo"), HasSubstr("Pages:           300"));
     EXPECT_EQ(CountOf(document.Bytes(), "/Type/ObjStm"), 4U);
-    EXPECT_EQ(CountOf(document.Bytes(), "/Type/Page"), 0U);  // all within
+    EXPECT_EQ(CountOf(document.Bytes(), "/Type/Page"), 0U);  // all of them in object streams
 }
 
 TEST(ORVPdfGeneratorTest, TransparencyAndPatternsAreSound) {
@@ -105,7 +105,7 @@ TEST(ORVPdfGeneratorTest, ClipsCutWhatIsDrawnAndItsLinks) {
     document.EndPage();
     document.Finish();
     EXPECT_THAT(document.Plain(), HasSubstr("/Rect [\n    8\n    24\n    24\n    56\n  ]"));
-    // 20 x 40 pixels of black.
+    // 20 x 40 black pixels.
     const std::string pixels = document.Pixels();
     EXPECT_EQ(std::count(pixels.end() - 90 * 90 * 3, pixels.end(), '\0'), 20 * 40 * 3);
 }

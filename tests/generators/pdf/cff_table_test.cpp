@@ -9,20 +9,21 @@
 
 namespace {
 
-/// An index of one object, with offsets of one byte.
+/// Makes an index of one object, with offsets of one byte.
 std::string IndexOf(const std::string& object) {
     std::string index{'\0', '\1', '\1', '\1'};
     index += static_cast<char>(object.size() + 1);
     return index + object;
 }
 
-/// A table up to its first dictionary.
+/// Makes a table that ends after its first dictionary.
 std::string Table(const std::string& dictionary, const std::string& header = {'\1', '\0', '\4', '\1'}) {
     return header + IndexOf("Name") + IndexOf(dictionary);
 }
 
-const std::string kPlain = {'\x8B', '\1', '\x1C', '\0', '\x0C', '\x0F'};  // a notice, a charset
-const std::string kNumbered = {'\x8B', '\x8B', '\x8B', '\x0C', '\x1E'};   // registry, ordering, supplement
+const std::string kPlain = {'\x8B', '\1', '\x1C', '\0', '\x0C', '\x0F'};  // the operators Notice and charset
+const std::string kNumbered = {'\x8B', '\x8B', '\x8B', '\x0C',
+                               '\x1E'};  // the operator ROS with registry, ordering and supplement
 
 struct TableCase {
     const char* name;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Clips by outlines, as other programs draw them.
+// Clips to outlines, as other programs draw them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 constexpr PaperColour kWhite{255, 255, 255}, kRed{255, 0, 0};
 
-/// A square with a smaller one within it, both clockwise.
+/// Makes a square inside a larger one, both clockwise.
 ORVPrintPath SquareInSquare() {
     ORVPrintPath path = RectanglePath(10.0, 10.0, 70.0, 70.0);
     const ORVPrintPath inner = RectanglePath(30.0, 30.0, 30.0, 30.0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Operators on a page, as they stand in the file.
+// Operators of a page, as written to the file.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// Draws so many lines of a pattern that repeats late.
+/// Draws `count` rectangles whose positions and colours repeat only after thousands.
 void DrawMany(ORVPrintGenerator& generator, int count) {
     for (int i = 0; i < count; ++i)
         EXPECT_EQ(FillRectangle(generator, i % 83 * 1.017, i % 89 * 0.993, 0.5 + i % 7, 0.5,
@@ -147,7 +147,8 @@ TEST(PdfContentTest, DashesBeginWhereTheyAreTold) {
         const char* written;
         bool isDashAt5, isDashAt15, isDashAt25;
     };
-    // An offset is one modulo the dashes' length; it is written once for lines that share it.
+    // The offset is written modulo the length of the dash pattern, and once for consecutive lines that share
+    // it.
     for (const Row& row :
          {Row{0.0, "]0 d\n", true, true, false}, Row{10.0, "]10 d\n", true, false, true},
           Row{20.0, "]20 d\n", false, true, true}, Row{610.0, "]10 d\n", true, false, true}}) {

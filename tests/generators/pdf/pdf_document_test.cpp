@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What a document says besides its pages: links and places, outline, metadata, boxes.
+// Contents of a document besides its pages: links and destinations, outline, metadata, boxes.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -43,11 +43,11 @@ TEST(PdfDocumentTest, LinksLeadToAddressesAndPlaces) {
     document.Finish();
     const std::string plain = document.Plain();
     EXPECT_THAT(plain, HasSubstr("(http://example.org/a%28b%29%5Cc%27d%22?q=%C3%BC%20x%7F)"));
-    // The place is named as its group is, in the link and in the list of places.
+    // The destination has the name of its group, in the link and in the table of destinations.
     EXPECT_THAT(plain, HasSubstr("/Dest (pl\xC3\xA4"
                                  "ce 'x' \\(1\\))"));
     EXPECT_THAT(plain, testing::ContainsRegex("ce 'x' ..1...\n *\\["));
-    // Its upper left corner, a unit off the page's: points from the lower left one.
+    // The group's upper left corner is one user unit from the page's; in points, from the lower left corner.
     EXPECT_THAT(plain, testing::ContainsRegex("/XYZ\n *.8\n *71.2\n"));
     EXPECT_EQ(CountOf(plain, "/Annots"), 1U) << "the links of one page only";
 }
@@ -63,7 +63,7 @@ TEST(PdfDocumentTest, APlaceInsideALinkIsPartOfIt) {
         for (const ORVPrintGroup* group : {&outer, &inner}) EXPECT_EQ(document.Get().BeginGroup(*group), 1);
         EXPECT_EQ(FillRectangle(document.Get(), 20.0, 20.0, 9.0, 9.0), 1);
         for (int i = 0; i < 2; ++i) EXPECT_EQ(document.Get().EndGroup(), 1);
-        // The next one is a link again.
+        // Outside of the outer link, the inner group is a link.
         EXPECT_EQ(document.Get().BeginGroup(inner), 1);
         EXPECT_EQ(FillRectangle(document.Get(), 40.0, 20.0, 9.0, 9.0), 1);
         EXPECT_EQ(document.Get().EndGroup(), 1);

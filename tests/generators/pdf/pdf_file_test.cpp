@@ -15,7 +15,7 @@
 
 namespace {
 
-// Numbers of a table have as many bytes as the greatest place asks for.
+// The fields of the cross-reference table have as many bytes as the largest offset needs.
 TEST(PdfFileTest, ObjectsAreFoundBehindPlacesOfAnyLength) {
     const ScratchFolder folder;
     const std::string path = folder.PathOf("file.pdf");
@@ -61,7 +61,7 @@ TEST(PdfFileTest, AStreamInPiecesIsAsLongAsItSays) {
         const std::size_t entries = bytes.find("/Own 1"), start = bytes.find("stream\n", entries) + 7;
         const std::size_t length = bytes.find("\nendstream\n", start) - start;
         const bool isInPieces = size > 1'000'000;
-        // The length of what comes in pieces is known behind it, and stands in an object of its own.
+        // The length of a stream written in chunks is only known at its end, so it is an object of its own.
         const std::string stated = isInPieces ? " 0 obj\n" + std::to_string(length) + "\nendobj\n"
                                               : "/Length " + std::to_string(length) + ">>";
         EXPECT_NE(bytes.find(stated), bytes.npos) << size << " " << length;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Texts: that they can be searched, and how they share fonts and text objects.
+// Text: searchable, with shared fonts and text objects.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -80,7 +80,7 @@ TEST(PdfFontsTest, TextsShareATextObjectAndTheirFont) {
 }
 
 TEST(PdfFontsTest, EveryCodeOfAFontIsRead) {
-    // Enough characters that codes hold brackets, backslashes and line ends.
+    // So many characters that their codes include brackets, backslashes and line ends.
     DrawnPdf document;
     document.BeginPage(2000.0, 200.0);
     std::vector<std::string> texts;
@@ -97,7 +97,7 @@ TEST(PdfFontsTest, EveryCodeOfAFontIsRead) {
     document.Finish();
     const std::string found = document.Text();
     for (const std::string& text : texts) EXPECT_THAT(found, HasSubstr(text));
-    // A block of the map has a hundred lines at most.
+    // A block of the character map has at most 100 lines.
     EXPECT_THAT(document.Plain(), HasSubstr("\n100 beginbfchar\n"));
     EXPECT_THAT(document.Plain(), testing::Not(HasSubstr("\n101 beginbfchar\n")));
 }
@@ -110,7 +110,7 @@ TEST(PdfFontsTest, FontsReachAboveTheLineAndBelowIt) {
     EXPECT_EQ(WriteText(document.Get(), "g", 10.0, 50.0, style), 1);
     document.EndPage();
     document.Finish();
-    // As the font's own table has them, in thousandths of an em.
+    // As in the font's own table, in thousandths of an em.
     EXPECT_THAT(document.Plain(), HasSubstr("/Ascent 928\n"));
     EXPECT_THAT(document.Plain(), HasSubstr("/Descent -236\n"));
 }
@@ -127,7 +127,7 @@ TEST(PdfFontsTest, MixedDirectionsAreFoundAsTheyAreWritten) {
     EXPECT_THAT(text, HasSubstr("123"));
 }
 
-// Readers that do not look at what a cluster says as a whole see what each of its glyphs says, from the left.
+// Readers that ignore the ActualText of a cluster read the text of its glyphs, from left to right.
 TEST(PdfFontsTest, GlyphsOfAClusterSayThemselvesWhatTheyAre) {
     struct Row {
         const char *name, *text;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Gradients as other programs draw them, and what they share in the file.
+// Gradients as other programs draw them, and the objects that they share in the file.
 
 #include "generators/pdf/pdf_gradients.h"
 
@@ -33,7 +33,7 @@ int Fill(ORVPrintGenerator& generator, const ORVPrintGradient& gradient, const O
     return generator.DrawShape({path, map, &fill, nullptr});
 }
 
-/// Draws a page of 90 by 90 that a gradient fills.
+/// Draws a page of 90 by 90 filled with a gradient.
 void DrawFilledPage(DrawnPdf& document, const ORVPrintGradient& gradient) {
     document.BeginPage();
     EXPECT_EQ(Fill(document.Get(), gradient, RectanglePath(0.0, 0.0, 90.0, 90.0)), 1);
@@ -260,13 +260,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PdfGradientsTest, MapsStretchAndSkew) {
     ORVPrintGradient gradient = LinearGradient(kRedToBlue, {0.0, 0.0}, {1.0, 0.0});
-    gradient.toPage = {60.0, 30.0, 0.0, 60.0, 0.0, 0.0};  // lines of one colour lean
+    gradient.toPage = {60.0, 30.0, 0.0, 60.0, 0.0, 0.0};  // lines of equal colour are slanted
     DrawnPdf document;
     DrawFilledPage(document, gradient);
     ExpectColours(document, {{30.0, 1.0, kPurple}, {60.0, 60.0, kPurple}, {45.0, 60.0, {191, 0, 64}}});
 }
 
-// GradientStops of two opacities let what lies below through, each by itself; so does a stroke.
+// Stops of different opacity let the background show through, in fills and in strokes alike.
 TEST(PdfGradientsTest, OpacitiesOfStopsAreMixedByThemselves) {
     const GradientStops fading{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 0}}};
     const ORVPrintGradient gradient = LinearGradient(fading, {0.0, 0.0}, {80.0, 0.0});
@@ -281,7 +281,7 @@ TEST(PdfGradientsTest, OpacitiesOfStopsAreMixedByThemselves) {
     below.colour = {0, 128, 0};
     const ORVPrintPath path = RectanglePath(0.0, 60.0, 80.0, 30.0);
     EXPECT_EQ(document.Get().DrawShape({path, {}, &below, &stroke}), 1);
-    EXPECT_EQ(FillRectangle(document.Get(), 84.0, 80.0, 6.0, 10.0, kRed), 1);  // the mask is gone
+    EXPECT_EQ(FillRectangle(document.Get(), 84.0, 80.0, 6.0, 10.0, kRed), 1);  // the mask no longer applies
     document.EndPage();
     document.Finish();
     ExpectColours(document, {{40.0, 15.0, {64, 0, 64}},
@@ -314,7 +314,7 @@ TEST(PdfGradientsTest, FillAndLineOfOneShapeHaveGradientsOfTheirOwn) {
     DrawnPdf document;
     document.BeginPage();
     EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, &stroke}), 1);
-    // A pen that goes through a map of its own; the gradient does not.
+    // The shape's transform applies to the pen, but not to the gradient.
     stroke.width = 1.0;
     const ORVPrintPath small = RectanglePath(8.0, 3.0, 5.0, 1.0);
     EXPECT_EQ(document.Get().DrawShape({small, {5.0, 0.0, 0.0, 10.0, 0.0, 0.0}, nullptr, &stroke}), 1);
@@ -345,7 +345,8 @@ TEST(PdfGradientsTest, EqualStopsAreOneFunctionAndOneShading) {
     EXPECT_LT(document.Bytes().size(), 150'000U);
 }
 
-// What is painted decides how often a gradient is said again, in steps that shapes of many sizes share.
+// The file repeats the colours only over the painted area. The number of repetitions is rounded in steps, so
+// that shapes of many sizes share a shading.
 TEST(PdfGradientsTest, RepetitionsAreAsManyAsShow) {
     for (const Spread spread : {Spread::kRepeat, Spread::kReflect}) {
         DrawnPdf document;
@@ -378,7 +379,7 @@ TEST(PdfGradientsTest, CirclesThatTouchAreBounded) {
     DrawFilledPage(document,
                    RadialGradient(kRedToBlue, {15.0, 45.0}, 0.0, {45.0, 45.0}, 30.0, Spread::kRepeat));
     EXPECT_LT(document.Bytes().size(), 60'000U);
-    ExpectColours(document, {{45.0, 45.0, kPurple}}, 255);  // it can be drawn
+    ExpectColours(document, {{45.0, 45.0, kPurple}}, 255);  // only checks that it can be drawn
 }
 
 TEST(PdfGradientsTest, WhatLiesOutsideOfThePageAddsNothing) {
@@ -403,7 +404,7 @@ TEST(PdfGradientsTest, GradientsWithoutExtentAreTheirLastColour) {
     }
 }
 
-// Patterns count from where their content begins, not from the map in force.
+// A pattern is positioned relative to the content stream that contains it, not to the current transform.
 TEST(PdfGradientsTest, GradientsMoveWithTheSymbolThatHoldsThem) {
     const GradientStops fading{{0.0, kRed}, {1.0, {0, 0, 255, 0}}};
     for (const GradientStops* stops : {&kRedToBlue, &fading}) {
@@ -411,7 +412,7 @@ TEST(PdfGradientsTest, GradientsMoveWithTheSymbolThatHoldsThem) {
         DrawnPdf document;
         document.BeginPage();
         const int key = 0;
-        // As it is, and a quarter turn: right becomes down.
+        // Only moved, and turned by a quarter, so that right becomes down.
         for (const ORVMathAffine2D& map : {ORVMathAffine2D{1.0, 0.0, 0.0, 1.0, 45.0, 0.0},
                                            ORVMathAffine2D{0.0, -1.0, 1.0, 0.0, 40.0, 45.0}}) {
             if (document.Get().BeginSymbol({&key, map}) != ORVPrintGenerator::kDrawSymbol) continue;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Pictures: what becomes of their pixels, and that each is held once.
+// Images: how their pixels are stored, and that each is stored once.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -109,7 +109,7 @@ struct ImageCase {
     const char* name;
     std::function<std::array<std::uint8_t, 4>(int x, int y)> pixel;
     const char* listed;  // kind, colours, components and bits as pdfimages lists them
-    const char* mask;    // the same of the mask, empty for none
+    const char* mask;    // the same of the mask; empty without a mask
 };
 class PdfImageTest : public testing::TestWithParam<ImageCase> {};
 TEST_P(PdfImageTest, TakesTheFewestBitsThatKeepThePixels) {
@@ -220,12 +220,12 @@ INSTANTIATE_TEST_SUITE_P(
                   "rgb 3 8", "gray 1 8"}),
     kNameOfRow);
 
-/// A page of 90 x 90 pixels, as a test looks at it.
+/// Returns the RGB bytes of a pixel on a page of 90 x 90 pixels.
 std::string ColourAt(const std::string& pixels, std::size_t x, std::size_t y) {
     return pixels.size() < 90U * 90U * 3U ? "" : pixels.substr(pixels.size() - 3 * (90 * (90 - y) - x), 3);
 }
 
-// A reader takes three components for YCbCr unless it is told.
+// Without a statement in the file, readers take three components for YCbCr.
 TEST(PdfImagesTest, JpegSaysWhetherItsColoursAreTransformed) {
     constexpr int kRgb = 2, kYCbCr = 3;
     for (const int stored : {kRgb, kYCbCr}) {
@@ -254,7 +254,7 @@ TEST(PdfImagesTest, APatternLiesWhereItsMapPutsIt) {
     document.BeginPage();
     ORVPrintFill fill;
     fill.pattern = tile.get();
-    // A pixel becomes 15 units wide and 9 high; a tile begins at (20, 6).
+    // A pixel becomes 15 units wide and 9 high; the first tile is at (20, 6).
     fill.patternToPage = {15.0, 0.0, 0.0, 9.0, 20.0, 6.0};
     const ORVPrintPath path = RectanglePath(0.0, 0.0, 90.0, 90.0);
     EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
@@ -272,8 +272,8 @@ TEST(PdfImagesTest, APatternLiesWhereItsMapPutsIt) {
 
 TEST(PdfImagesTest, AJpegThatLiesTurnedIsPassedOnAndTurnedOnThePage) {
     const std::string red("\xFF\0\0", 3);
-    // Corners of the page: top left, top right, bottom left, bottom right; where the file's first pixels come
-    // to lie.
+    // Where the first pixels of the file are on the page, by orientation. 0 to 3: top left, top right, bottom
+    // left, bottom right.
     constexpr int kCorner[] = {0, 1, 3, 2, 0, 1, 3, 2};
     for (int orientation = 1; orientation <= 8; ++orientation) {
         const std::string file = WithJpegSegment(

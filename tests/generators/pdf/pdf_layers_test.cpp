@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Layers, masks and outline clips as other programs draw them, and how they stand in the file.
+// Layers, masks and outline clips: as other programs draw them, and as written to the file.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ ORVPrintLayer LayerOf(double opacity = 1.0, ORVPrintBlendMode blend = ORVPrintBl
     return layer;
 }
 
-/// Draws a layer. @param draw  what it holds
+/// Draws a layer. @param draw  draws its content
 template <class Draw>
 void DrawLayer(ORVPrintGenerator& generator, const ORVPrintLayer& layer, Draw draw) {
     EXPECT_EQ(generator.BeginLayer(layer), 1);
@@ -40,7 +40,7 @@ void DrawLayer(ORVPrintGenerator& generator, const ORVPrintLayer& layer, Draw dr
     EXPECT_EQ(generator.EndLayer(), 1);
 }
 
-/// Draws a mask. @param draw  what it holds
+/// Draws a mask. @param draw  draws its content
 template <class Draw>
 void DrawMask(ORVPrintGenerator& generator, MaskKind kind, Draw draw, const ORVMathBox2D& box = kAll) {
     EXPECT_EQ(generator.BeginMask({kind, box}), 1);
@@ -52,7 +52,7 @@ TEST(PdfLayersTest, OpacityIsThatOfTheWholeLayer) {
     DrawnPdf document;
     DrawPage(document, [](ORVPrintGenerator& page) {
         EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 90.0, 30.0, {0, 0, 255}), 1);
-        // What was in force before does not reach the layer, nor does what it sets come out.
+        // The graphics state of the page must not affect the layer, nor that of the layer the page.
         EXPECT_EQ(FillRectangle(page, 80.0, 80.0, 10.0, 10.0, {0, 0, 0, 51}), 1);
         DrawLayer(page, LayerOf(0.5), [&] {
             EXPECT_EQ(FillRectangle(page, 10.0, 10.0, 40.0, 60.0, {0, 255, 0}), 1);
@@ -70,9 +70,9 @@ TEST(PdfLayersTest, OpacityIsThatOfTheWholeLayer) {
 struct Blend {
     const char* name;
     ORVPrintBlendMode mode;
-    PaperColour expected;  // of (200, 60, 100) over (90, 180, 40)
+    PaperColour expected;  // (200, 60, 100) over (90, 180, 40)
     const char* written;
-    int tolerance = 8;  // some readers are far off
+    int tolerance = 8;  // some readers are inaccurate
 };
 
 class PdfBlendTest : public testing::TestWithParam<Blend> {};
@@ -156,7 +156,7 @@ TEST(PdfLayersTest, LayersThatShowNothingAreLeftOut) {
         DrawLayer(page, outside, [&] {
             EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 90.0, 90.0), 1);
             EXPECT_EQ(WriteText(page, "Nothing", 10.0, 40.0), 1);
-            // A symbol is there for those who show it later.
+            // A symbol must be defined even where it is invisible, because it may be used again later.
             EXPECT_EQ(page.BeginSymbol({&key, {}}), ORVPrintGenerator::kDrawSymbol);
             EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 20.0, 20.0, {255, 0, 0}), 1);
             EXPECT_EQ(page.EndSymbol(), 1);
@@ -182,7 +182,7 @@ TEST(PdfLayersTest, TextInLayersIsFoundAndLinksWork) {
             DrawLayer(page, LayerOf(0.5), [&] { EXPECT_EQ(FillRectangle(page, 40.0, 30.0, 30.0, 20.0), 1); });
             EXPECT_EQ(page.EndGroup(), 1);
         });
-        // A link around a layer covers what the layer shows, and not its mask.
+        // The area of a link around a layer is that of the layer's content, without its mask.
         link.linkURL = "http://example.org/outer";
         EXPECT_EQ(page.BeginGroup(link), 1);
         ORVPrintLayer masked = LayerOf();
@@ -349,8 +349,8 @@ TEST(PdfLayersTest, LargeLayersComeInPiecesThatLookTheSame) {
     const std::string plain = document.Plain();
     EXPECT_EQ(CountOf(plain, " re\n"), kCount + 4U);
     EXPECT_GT(CountOf(plain, "/Subtype /Form"), 4U);
-    EXPECT_EQ(CountOf(plain, "/S /Transparency"), 2U);  // of the layer and of the page
-    EXPECT_EQ(CountOf(document.Text(), "Piece"), 1U);   // all at one place
+    EXPECT_EQ(CountOf(plain, "/S /Transparency"), 2U);  // one for the layer, one for the page
+    EXPECT_EQ(CountOf(document.Text(), "Piece"), 1U);   // all are in the same place
     ExpectColours(document, {{20.0, 20.0, kHalfRed},
                              {70.0, 20.0, kHalfRed},
                              {70.0, 60.0, {127, 127, 255}},
@@ -380,7 +380,7 @@ TEST(PdfLayersTest, DeepNestingTakesNoStack) {
     for (int i = 0; i < kDepth; ++i) ASSERT_EQ(generator.BeginLayer(LayerOf(0.999)), 1);
     EXPECT_EQ(FillRectangle(generator, 0.0, 0.0, 1.0, 1.0), 1);
     for (int i = 0; i < kDepth / 2; ++i) ASSERT_EQ(generator.EndLayer(), 1);
-    EXPECT_EQ(generator.EndPage(), 1);  // ends the others
+    EXPECT_EQ(generator.EndPage(), 1);  // ends the other layers
     EXPECT_EQ(generator.EndDocument(), 1);
     EXPECT_GT(output.GetBytes().size(), kDepth * 100U);
 }
@@ -388,21 +388,22 @@ TEST(PdfLayersTest, DeepNestingTakesNoStack) {
 TEST(PdfLayersTest, WhatDoesNotEndWhatBeganLastIsRefused) {
     DrawnPdf document;
     ORVPrintGenerator& generator = document.Get();
-    EXPECT_NE(generator.BeginLayer(LayerOf()), 1);  // no page
+    EXPECT_NE(generator.BeginLayer(LayerOf()), 1);  // no page is open
     EXPECT_NE(generator.BeginClipPath({ORVPrintPath(), {}}), 1);
     document.BeginPage();
     EXPECT_NE(generator.EndLayer(), 1);
     EXPECT_NE(generator.EndMask(), 1);
     EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}), 1);
     EXPECT_EQ(generator.BeginLayer(LayerOf()), 1);
-    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}), 1);  // was not announced
+    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}), 1);  // the layer has no mask
     EXPECT_NE(generator.EndClip(), 1);
     EXPECT_NE(generator.EndSymbol(), 1);
     ORVPrintLayer masked = LayerOf();
     masked.hasMask = true;
     EXPECT_EQ(generator.BeginLayer(masked), 1);
     DrawMask(generator, MaskKind::kLuminance, [&] { EXPECT_NE(generator.EndLayer(), 1); });
-    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}), 1);  // has it already
+    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}),
+              1);  // the layer's mask has already been drawn
     EXPECT_EQ(generator.BeginClip(kAll), 1);
     document.EndPage();
     document.Finish();

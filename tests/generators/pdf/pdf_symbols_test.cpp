@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Content that is held once and shown in many places.
+// Content that is stored once and shown in several places.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,8 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Draws with all that differs between a page and a form: lines, dashes, opacity, text, images, patterns.
+/// Draws content that depends on the graphics state or on resources: lines, dashes, opacity, text, images,
+/// patterns.
 void DrawVariety(ORVPrintGenerator& generator, const ORVMathAffine2D& map) {
     const auto tile = PlainImage(3, 3, {200, 30, 30}), picture = PlainImage(4, 4, {20, 90, 160, 128});
     const double dashes[]{4.0, 2.0};
@@ -48,7 +49,7 @@ void DrawVariety(ORVPrintGenerator& generator, const ORVMathAffine2D& map) {
     EXPECT_EQ(generator.DrawShape({tiled, map, &fill, nullptr}), 1);
 }
 
-/// Draws a variety as a symbol.
+/// Draws the content of DrawVariety as a symbol.
 void PlaceVariety(ORVPrintGenerator& generator, const void* key, const ORVMathAffine2D& map) {
     const int answer = generator.BeginSymbol({key, map});
     if (answer == ORVPrintGenerator::kSymbolKnown) return;
@@ -57,7 +58,7 @@ void PlaceVariety(ORVPrintGenerator& generator, const void* key, const ORVMathAf
     EXPECT_EQ(generator.EndSymbol(), 1);
 }
 
-// Turned, mirrored, stretched.
+// Moved, turned, mirrored, stretched.
 constexpr ORVMathAffine2D kPlaces[]{{1.0, 0.0, 0.0, 1.0, 5.0, 5.0},
                                     {1.0, 0.0, 0.0, 1.0, 60.0, 5.0},
                                     {0.0, -1.0, 1.0, 0.0, 170.0, 5.0},
@@ -69,7 +70,7 @@ TEST(PdfSymbolsTest, SymbolsLookAsTheirContentDoes) {
     const int key = 0;
     for (DrawnPdf* document : {&plain, &symbols}) {
         document->BeginPage(200.0, 130.0);
-        // What is in force before must not reach the symbol, nor what it sets come out.
+        // The graphics state of the page must not affect the symbol, nor that of the symbol the page.
         const double dashes[]{1.0, 1.0};
         ORVPrintStroke stroke;
         stroke.width = 2.0;
@@ -94,7 +95,7 @@ TEST(PdfSymbolsTest, SymbolsLookAsTheirContentDoes) {
     for (std::size_t i = 0; i < got.size(); ++i)
         differing +=
             std::abs(static_cast<unsigned char>(got[i]) - static_cast<unsigned char>(expected[i])) > 40;
-    // Glyphs and edges are rounded to pixels a little differently.
+    // Glyphs and edges may be rounded to pixels differently.
     EXPECT_LT(differing, got.size() / 200);
     for (const char* text : {"Tap 7"}) EXPECT_EQ(CountOf(symbols.Text(), text), CountOf(plain.Text(), text));
 }
@@ -153,11 +154,11 @@ TEST(PdfSymbolsTest, SymbolsThatShowNothingOrBreakOffDoNotDisturb) {
     EXPECT_NE(document.Get().BeginGroup({}), 1);
     document.EndPage();
     document.Finish();
-    // What broke off shows what it had, the empty one nothing.
+    // The unfinished symbol shows its content, the empty one shows nothing.
     EXPECT_EQ(CountOf(document.Plain(), " Do\n"), 1U);
 }
 
-// The content of a symbol is painted with the colour of the place that shows it until it sets its own.
+// The content of a symbol inherits the colour of the place that shows it until it sets one.
 TEST(PdfSymbolsTest, BlackOfASymbolIsBlackOnAPageThatPaintsRed) {
     DrawnPdf document;
     document.BeginPage();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Text that gradients fill and surround, as other programs draw and read it.
+// Text filled and stroked with gradients, as other programs draw and read it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ constexpr ORVPrintColour kRed{255, 0, 0}, kBlue{0, 0, 255}, kGreen{0, 255, 0};
 constexpr PaperColour kWhite{255, 255, 255};
 const GradientStops kRedToBlue{{0.0, kRed}, {1.0, kBlue}};
 
-/// Draws a large letter.
+/// Draws a large H.
 void DrawLetter(DrawnPdf& document, const ORVPrintFill* fill, const ORVPrintStroke* stroke) {
     ORVTextStyle style;
     style.height = 90.0;
@@ -30,7 +30,7 @@ void DrawLetter(DrawnPdf& document, const ORVPrintFill* fill, const ORVPrintStro
     EXPECT_THAT(document.Text(), HasSubstr("H"));
 }
 
-// The letter's left stem is some 8 to 16 units from the left, its right one 49 to 57; its bar at 48.
+// The left stem of the letter is at x = 8 to 16, the right one at 49 to 57; the bar is at y = 48.
 TEST(PdfTextGradientsTest, TextIsFilledAndStaysText) {
     ORVPrintFill fill;
     const GradientStops fading{{0.0, {255, 0, 0, 255}}, {1.0, {255, 0, 0, 55}}};

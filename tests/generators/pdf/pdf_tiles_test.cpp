@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Content that repeats: as the cell of a pattern, and as other programs draw it.
+// Repeated content: as the cell of a pattern, and as other programs draw it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ ORVPrintTiles Tiles(const ORVMathAffine2D& toPage = {}) {
     return tiles;
 }
 
-/// Red at the left of a tile of 20 by 30, blue below.
+/// Draws a tile of 20 by 30: red in the upper left, blue below.
 void DrawTile(ORVPrintGenerator& page, const ORVPrintTiles& tiles) {
     ASSERT_EQ(page.BeginTiles(tiles), ORVPrintGenerator::kDrawTile);
     EXPECT_EQ(FillRectangle(page, 0.0, 0.0, 10.0, 20.0, {255, 0, 0}), 1);
@@ -58,7 +58,7 @@ TEST(PdfTilesTest, TilesFollowTheirMapAndStayInClips) {
     DrawnPdf document;
     document.BeginPage();
     EXPECT_EQ(document.Get().BeginClip({0.0, 50.0, 0.0, 90.0}), 1);
-    // A quarter turn: right of the tile is down on the page.
+    // A quarter turn: right in the tile is down on the page.
     DrawTile(document.Get(), Tiles({0.0, -1.0, 1.0, 0.0, 30.0, 0.0}));
     EXPECT_EQ(document.Get().EndClip(), 1);
     document.EndPage();
@@ -109,7 +109,7 @@ TEST(PdfTilesTest, TilesWithoutContentShowNothing) {
     EXPECT_EQ(CountOf(document.Plain(), "/PatternType 1"), 0U);
 }
 
-// What is repeated has no place of its own.
+// Repeated content has no single position on the page for a link.
 TEST(PdfTilesTest, GroupsInTilesLeadNowhere) {
     DrawnPdf document;
     document.BeginPage();

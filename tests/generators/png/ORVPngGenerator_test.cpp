@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A decoded picture.
+/// A decoded image.
 struct Picture {
     int width = 0, height = 0;
     std::vector<std::uint8_t> rgb;
@@ -43,7 +43,7 @@ struct Picture {
     }
 };
 
-/// One page that a test draws on, and the picture of it.
+/// A page drawn by a test, and the resulting image.
 class PngPage {
 public:
     PngPage(double width, double height, const ORVRasterOptions& options = {}, std::string_view title = "")
@@ -87,11 +87,11 @@ TEST(ORVPngGeneratorTest, ResolutionEnlargesAndIsStated) {
     const std::size_t chunk = bytes.find("pHYs");
     ASSERT_NE(chunk, bytes.npos);
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[chunk + 4 + i]); };
-    EXPECT_EQ(byte(2) << 8 | byte(3), 7087);  // 180 / 0.0254
-    EXPECT_EQ(byte(8), 1);                    // a metre
+    EXPECT_EQ(byte(2) << 8 | byte(3), 7087);  // 180 dots per inch, per metre: 180 / 0.0254
+    EXPECT_EQ(byte(8), 1);                    // the unit is the metre
 }
 
-/// What the file says of its pixels: bits of a sample and kind of colour.
+/// Returns the bit depth and the colour type of a file.
 std::pair<int, int> PixelsOf(const std::string& bytes) {
     const std::size_t header = bytes.find("IHDR");
     return {bytes[header + 12], bytes[header + 13]};
@@ -118,7 +118,7 @@ TEST(ORVPngGeneratorTest, ColourModesDecide) {
     EXPECT_EQ(PixelsOf(greyBytes), std::pair(8, 0));
     EXPECT_EQ(Picture(greyBytes).At(1, 1), 0x4D4D4DU);
 
-    // Ten pixels end in the middle of a byte.
+    // Ten pixels end within a byte.
     options.colourMode = ORVColourMode::kMono;
     PngPage mono(10.0, 3.0, options);
     EXPECT_EQ(FillRectangle(mono.Get(), 1.0, 0.0, 8.0, 2.0), 1);
@@ -132,7 +132,7 @@ TEST(ORVPngGeneratorTest, ColourModesDecide) {
 }
 
 TEST(ORVPngGeneratorTest, BandsMakeOneStream) {
-    // Bands of one row, of some, of all; blank ones among them and a short one at the end.
+    // Bands of one row, of several and of all rows; with blank bands, and a short one at the end.
     std::vector<std::uint8_t> expected;
     for (const int rows : {100, 1, 7, 33, 64}) {
         ORVRasterOptions options;
@@ -177,7 +177,7 @@ TEST(ORVPngGeneratorTest, EqualPagesGiveEqualBytes) {
     EXPECT_EQ(draw(4), one);
 }
 
-/// The same random drawing on any page.
+/// Draws a random drawing, which depends only on the arguments.
 void DrawSomething(ORVPrintGenerator& to, unsigned int seed, double width, double height, bool inColour) {
     std::mt19937 random(seed);
     const auto upTo = [&](double most) { return most * (random() % 1000) / 1000.0; };
@@ -191,7 +191,7 @@ void DrawSomething(ORVPrintGenerator& to, unsigned int seed, double width, doubl
     EXPECT_EQ(WriteText(to, "M8 \xC3\x97 1.25", upTo(width), upTo(height)), 1);
 }
 
-/// Pixels of any kind as those of a picture that was read.
+/// Converts the pixels of a page in any format to RGB.
 std::vector<std::uint8_t> AsColours(const PixelSink::Pixels& drawn) {
     std::vector<std::uint8_t> rgb;
     for (int y = 0; y < drawn.page.height; ++y) {
@@ -244,7 +244,7 @@ TEST(ORVPngGeneratorTest, EveryPageIsAPart) {
     EXPECT_EQ(output.GetPartCount(), 2U);
 }
 
-/// Bytes of all rows, read to the end of their stream, whose checksum counts. 0 when the stream is not sound.
+/// Returns the size of all rows after decompression, which verifies the checksum; 0 if the stream is invalid.
 std::size_t SizeOfRows(const std::string& png) {
     std::string stream;
     for (std::size_t at = 8; at + 12 <= png.size();) {
@@ -261,7 +261,7 @@ std::size_t SizeOfRows(const std::string& png) {
     return status == Z_OK && used == stream.size() ? size : 0;
 }
 
-// Bands without ink are packed once; the last one may have fewer rows than the others.
+// Blank bands are compressed once; the last one may have fewer rows than the others.
 TEST(ORVPngGeneratorTest, TheStreamOfRowsIsWholeWhateverBandsAreBlank) {
     for (const bool blankStart : {true, false})
         for (const bool blankEnd : {true, false})

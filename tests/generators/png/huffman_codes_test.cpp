@@ -19,7 +19,7 @@ std::vector<std::uint8_t> LengthsOf(const Counts& counts, unsigned int most) {
     return lengths;
 }
 
-/// Of all codes of so many bits, how many start with one of these.
+/// Returns how many of all codes with `most` bits begin with one of the given codes.
 std::uint64_t UsedOf(const std::vector<std::uint8_t>& lengths, unsigned int most) {
     std::uint64_t used = 0;
     for (const std::uint8_t length : lengths)
@@ -27,7 +27,7 @@ std::uint64_t UsedOf(const std::vector<std::uint8_t>& lengths, unsigned int most
     return used;
 }
 
-/// Bits that all symbols take together: the sum of all pairs that are made.
+/// Returns the bits that an optimal code takes for all symbols: the sum of the merged pairs.
 std::uint64_t LeastBits(const Counts& counts) {
     std::priority_queue<std::uint64_t, std::vector<std::uint64_t>, std::greater<>> sums;
     for (const std::uint32_t count : counts)
@@ -60,7 +60,7 @@ TEST(HuffmanCodesTest, FewSymbolsHaveTheObviousCodes) {
         EXPECT_EQ(LengthsOf(row.counts, 15), row.lengths);
 }
 
-// There are too few of all for codes of more than 15 bits.
+// The counts are too small for codes of more than 15 bits.
 TEST(HuffmanCodesTest, CodesAreTheShortestAndLeaveNoneUnused) {
     std::mt19937 random(1);
     for (int turn = 0; turn < 300; ++turn) {
@@ -73,7 +73,7 @@ TEST(HuffmanCodesTest, CodesAreTheShortestAndLeaveNoneUnused) {
     }
 }
 
-// Counts that grow like this would make codes of one more bit each.
+// With counts that grow like this, each rarer symbol would get a code one bit longer.
 TEST(HuffmanCodesTest, NoCodeIsLongerThanTheFormatAllows) {
     for (const unsigned int most : {7U, 15U}) {
         Counts counts{1, 1};
@@ -81,7 +81,7 @@ TEST(HuffmanCodesTest, NoCodeIsLongerThanTheFormatAllows) {
         const std::vector<std::uint8_t> lengths = LengthsOf(counts, most);
         EXPECT_EQ(*std::max_element(lengths.begin(), lengths.end()), most);
         EXPECT_EQ(UsedOf(lengths, most), std::uint64_t{1} << most);
-        // A rarer symbol has no shorter code.
+        // A rarer symbol never has a shorter code.
         EXPECT_TRUE(std::is_sorted(lengths.rbegin(), lengths.rend()));
     }
 }

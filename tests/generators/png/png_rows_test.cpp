@@ -17,7 +17,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Rows of pixels as the compressor takes them, with what must not count behind them.
+/// Rows of pixels as the compressor takes them, followed by bytes that must not affect the result.
 struct Rows {
     std::size_t pixelBytes = 3, rowBytes = 0, rowCount = 0;
     Bytes bytes;
@@ -46,7 +46,8 @@ struct Rows {
     Bytes Compressed() const { return Compressed(*std::make_unique<PngRows>()); }
 };
 
-/// Reads pieces that were put one after the other. Empty when the stream is not sound or has bytes left.
+/// Decompresses chunks that follow each other. Returns nothing if the stream is invalid or has bytes left
+/// over.
 Bytes Inflate(const Bytes& stream, std::size_t size) {
     z_stream state{};
     EXPECT_EQ(inflateInit2(&state, -15), Z_OK);
@@ -67,7 +68,7 @@ bool BecomesItself(const Rows& rows) {
     return std::equal(read.begin(), read.end(), rows.Used().begin(), rows.Used().end());
 }
 
-/// What a usual compressor makes of them.
+/// Returns the size that zlib compresses the rows to.
 std::size_t UsualSize(const Rows& rows, int level) {
     uLongf size = compressBound(rows.Size());
     Bytes out(size);
@@ -75,7 +76,7 @@ std::size_t UsualSize(const Rows& rows, int level) {
     return size;
 }
 
-/// A page as drawings have them: shapes with soft edges on paper, some of them many times.
+/// Makes rows as drawings have them: many small shapes, whose right edges have varying colours.
 Rows DrawnRows(std::mt19937& random, std::size_t width, std::size_t height, std::size_t pixelBytes) {
     Rows rows(width, height, pixelBytes);
     const std::size_t shapes = 1 + width * height / 600;
@@ -95,7 +96,8 @@ TEST(PngRowsTest, RandomRowsBecomeThemselves) {
         const std::size_t width = 1 + random() % (turn % 10 == 0 ? 2000 : 60), height = 1 + random() % 40;
         Rows rows(width, height, turn % 2 == 0 ? 3 : 1);
         const unsigned int kinds = 1U << random() % 9;
-        // Rows are blank, as the one above, as another one, even, or noise of few or many values.
+        // Rows are blank, like the one above, like another one, partly of one colour, or noise of few or many
+        // values.
         for (std::size_t y = 0; y < height; ++y) {
             std::uint8_t* row = rows.bytes.data() + y * rows.rowBytes;
             const std::uint8_t* other = rows.bytes.data() + random() % (y + 1) * rows.rowBytes;
@@ -115,7 +117,7 @@ TEST(PngRowsTest, RandomRowsBecomeThemselves) {
 
 TEST(PngRowsTest, RowsOfAllLengthsBecomeThemselves) {
     std::mt19937 random(2);
-    // Rows so long that the one above is as far as a match may be, and further.
+    // Rows so long that the row above is at the maximum distance of a match, or beyond.
     for (const std::size_t width :
          {1U, 2U, 85U, 86U, 87U, 170U, 10'921U, 10'922U, 10'923U, 32'766U, 32'767U, 32'768U})
         for (const std::size_t pixelBytes : {1U, 3U}) {
@@ -136,7 +138,7 @@ TEST(PngRowsTest, RowsOfManyBlocksBecomeThemselves) {
             for (std::size_t i = 1; i < noise.rowBytes; ++i)
                 noise.bytes[y * noise.rowBytes + i] = static_cast<std::uint8_t>(random());
         EXPECT_TRUE(BecomesItself(noise));
-        // What cannot be compressed grows by little.
+        // Incompressible data may grow only a little.
         EXPECT_LT(noise.Compressed().size(), noise.Size() * 101 / 100 + 200);
         EXPECT_TRUE(BecomesItself(DrawnRows(random, 1200, 300, pixelBytes)));
     }
@@ -197,7 +199,8 @@ TEST(PngRowsTest, WhatIsKnownOfPaperDoesNotCount) {
 }
 
 TEST(PngRowsTest, RowsOfPaperAreNotReadToTheirEnds) {
-    // Were they, what they are said to be would not be what becomes of them.
+    // Rows with ink are declared blank. If the compressor read them, the result would not be that of blank
+    // rows.
     Rows rows(500, 4, 3);
     rows.Fill(400, 0, 1, 4, 0);
     const Bytes isDrawn(4, 0);
@@ -218,7 +221,7 @@ TEST(PngRowsTest, AllProcessorsMakeTheSameBytes) {
 }
 
 TEST(PngRowsTest, RunsOfAllLengthsBecomeThemselves) {
-    // Of one pixel among others: what looks for the end of a run takes steps of several lengths.
+    // A run of one pixel value among others. The search for the end of a run takes steps of several sizes.
     for (const std::size_t pixelBytes : {1U, 3U})
         for (std::size_t length = 1; length <= 420; ++length) {
             Rows rows(430, 2, pixelBytes);
@@ -230,14 +233,14 @@ TEST(PngRowsTest, RunsOfAllLengthsBecomeThemselves) {
 TEST(PngRowsTest, BlankRowsTakeNextToNothing) {
     for (const std::size_t pixelBytes : {1U, 3U}) {
         const Rows rows(1667, 157, pixelBytes);
-        // A match of the greatest length takes two bits at least.
+        // A match of the maximum length takes at least two bits.
         const std::size_t least = rows.Size() / 258 / 4;
         EXPECT_LT(rows.Compressed().size(), least + rows.rowCount * 3 + 100);
     }
 }
 
 TEST(PngRowsTest, RowsOfShortRunsRepeatTheRowAbove) {
-    // Bars of ten pixels: four matches a row, and no runs between them.
+    // Bars of ten pixels: four matches per row, no runs between them.
     std::mt19937 random(10);
     Rows rows(300, 200, 3);
     for (std::size_t x = 0; x < 300; x += 10) rows.Fill(x, 0, 10, 200, random() & 0xFFFFFFU);
@@ -250,7 +253,7 @@ TEST(PngRowsTest, DrawingsAreSmallerThanTheUsualCompressorMakesThem) {
         const Rows rows = DrawnRows(random, 1667, 157, pixelBytes);
         EXPECT_LT(rows.Compressed().size(), UsualSize(rows, 6)) << pixelBytes;
     }
-    // An icon, too, although nothing is known of it when it begins.
+    // The same for an icon, which begins without any statistics.
     const Rows icon = DrawnRows(random, 64, 64, 3);
     EXPECT_LT(icon.Compressed().size(), UsualSize(icon, 6) * 110 / 100);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The generator as it is used: out of its module. What it writes is run by a PostScript interpreter.
+// Tests the generator as it is used, from its module. A PostScript interpreter runs the output.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The interpreter measures to a hundredth of a point.
+/// The interpreter reports boxes to a hundredth of a point.
 void ExpectBox(const std::array<double, 4>& actual, const std::array<double, 4>& expected) {
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(actual[i], expected[i], 0.03) << "side " << i;
 }
@@ -58,7 +58,7 @@ TEST(ORVPostScriptGeneratorTest, ADocumentHasAllPagesInTheirSizes) {
     EXPECT_THAT(text, Not(HasSubstr("CreationDate")));
     EXPECT_THAT(text, Not(HasSubstr("Landscape")));
     EXPECT_EQ(CountOf(text, "%%Page: "), 3U);
-    // 90 by 45 user units are 72 by 36 points, at the upper edge of the sheet.
+    // 90 by 45 user units are 72 by 36 points, at the top of the page.
     const auto boxes = document.Boxes();
     ASSERT_EQ(boxes.size(), 3U);
     ExpectBox(boxes[0], {0, 0, 72, 36});
@@ -132,7 +132,7 @@ TEST(ORVPostScriptGeneratorTest, TextStaysText) {
     EXPECT_THAT(document.Text(), HasSubstr("Office text"));
 }
 
-// Its characters take two and three bytes, so that they cannot be taken for each other.
+// Its characters take three and two bytes, so that confusing them would be noticed.
 TEST(ORVPostScriptGeneratorTest, TextFromRightToLeftKeepsItsCharacters) {
     ORVTextStyle style;
     style.font = FindFontForAttribute("DejaVu Sans");
@@ -145,7 +145,7 @@ TEST(ORVPostScriptGeneratorTest, TextFromRightToLeftKeepsItsCharacters) {
     EXPECT_THAT(document.Text(), HasSubstr("after"));
 }
 
-// Interpreters take three components for YCbCr.
+// Interpreters take three components for YCbCr, so other JPEG files must not be embedded.
 TEST(ORVPostScriptGeneratorTest, OnlyJpegFilesOfUsualColoursAreEmbedded) {
     constexpr int kGrey = 1, kRgb = 2, kYCbCr = 3;
     for (const int stored : {kGrey, kRgb, kYCbCr}) {
@@ -177,7 +177,7 @@ TEST(ORVPostScriptGeneratorTest, JpegFilesAreEmbeddedAsTheyAre) {
     ExpectBox(document.Boxes()[0], {8, 19.2, 56, 64});
 }
 
-// cairo keeps what a page shows until the page ends.
+// cairo keeps the content of a page in memory until the page ends.
 TEST(ORVPostScriptGeneratorTest, LargeOpaqueImagesAreNotKept) {
     constexpr int kSide = 400;
     std::vector<std::uint8_t> pixels;
@@ -214,7 +214,7 @@ TEST(ORVPostScriptGeneratorTest, TransparentPartsBecomePictures) {
     EXPECT_THAT(document.Text(), HasSubstr("beside"));
 }
 
-// A glyph and the line that makes it bold lie over each other.
+// The outline that thickens a glyph overlaps its fill, which must not show.
 TEST(ORVPostScriptGeneratorTest, TransparentTextIsEvenWhereItIsThickened) {
     ORVTextStyle style;
     style.font = FindFontForAttribute("Z003");
@@ -236,7 +236,7 @@ TEST(ORVPostScriptGeneratorTest, TransparentTextIsEvenWhereItIsThickened) {
     EXPECT_NEAR(document.Darkest(), 155, 2);
 }
 
-// For each of them the page would be drawn once more.
+// As separate images, each would require drawing the page once more.
 TEST(ORVPostScriptGeneratorTest, ManyTransparentPartsBecomeOnePicture) {
     PostScript document;
     document.BeginPage(400.0, 400.0);

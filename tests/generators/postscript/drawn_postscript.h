@@ -76,7 +76,7 @@ public:
         Pixels pixels;
         std::string word;
         in >> word;
-        // There are comments between the numbers.
+        // The header of the file may have comments between its numbers.
         std::array<std::size_t, 3> numbers{};
         for (std::size_t i = 0; i < 3 && in; ++i)
             while (!(in >> numbers[i]) && !in.eof()) {
@@ -91,7 +91,7 @@ public:
     std::string Text() const { return Interpret("-sDEVICE=txtwrite -sOutputFile=-"); }
     /// The darkest grey of all pages.
     int Darkest() const {
-        // Three header lines, then one byte per pixel.
+        // Four header lines, then one byte per pixel.
         std::string pixels = Interpret("-sDEVICE=pgmraw -r180 -dGraphicsAlphaBits=1 -sOutputFile=-");
         for (int line = 0; line < 4; ++line) pixels.erase(0, pixels.find('\n') + 1);
         int darkest = 255;

@@ -70,7 +70,7 @@ TEST(DscHeaderFilterTest, PutsTheHeadRightHoweverItComes) {
 
 TEST(DscHeaderFilterTest, SheetsAreRoundedUpToWholePoints) {
     DscHeader header;
-    header.width = 72.0000001;  // whole, but for what computing leaves
+    header.width = 72.0000001;  // whole except for a rounding error
     header.height = 72.01;
     EXPECT_THAT(Filtered(header, kDocument.size()), testing::HasSubstr("%%BoundingBox: 0 0 72 73\n"));
 }

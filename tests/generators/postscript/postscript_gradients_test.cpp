@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Gradients, as a PostScript interpreter draws them.
+// Gradients as a PostScript interpreter draws them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,7 +24,8 @@ using Stops = std::array<ORVPrintGradientStop, 2>;
 constexpr Stops kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
 using Spread = ORVPrintGradient::Spread;
 
-/// From red at 0.5 to blue, spread over a page of 90 by 90: to the right, or outwards from the middle.
+/// Makes a gradient on a page of 90 by 90: linear from x = 30 to 60, or radial about the centre from radius
+/// 15 to 30.
 ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread, const Stops& stops) {
     ORVPrintGradient gradient = Gradient(stops, {30, 0, 0, 30, 0, 0});
     gradient.kind = kind;
@@ -51,8 +52,8 @@ TEST(ORVPostScriptGeneratorTest, GradientsStayVectorsWhateverLiesBelow) {
     struct Row {
         ORVPrintGradient::Kind kind;
         Spread spread;
-        double x;       // on the middle line
-        int red, blue;  // there
+        double x;       // on the horizontal centre line
+        int red, blue;  // expected at x
     };
     using Kind = ORVPrintGradient::Kind;
     for (const Row& row : {Row{Kind::kLinear, Spread::kPad, 10.0, 255, 0},
@@ -103,7 +104,7 @@ TEST(ORVPostScriptGeneratorTest, LinesAndTextHaveGradients) {
     fill.gradient = &gradient;
     ORVTextStyle style;
     style.height = 90.0;
-    const std::string letters = "\xE2\x80\x94\xE2\x80\x94";  // lines along the middle
+    const std::string letters = "\xE2\x80\x94\xE2\x80\x94";  // two em dashes: bars at half height
     const ORVTextLayout layout = ORVLayoutText(letters, style);
     EXPECT_EQ(document.Get().DrawText({layout, letters, {0.5, 0, 0, -0.5, 0, 80}, &fill, nullptr, nullptr}),
               1);

@@ -84,7 +84,7 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
     for (const StoredPage& page : pages) {
         EXPECT_EQ(page.header.HWResolution[0], 180U);
         EXPECT_EQ(page.header.HWResolution[1], 180U);
-        EXPECT_EQ(page.header.cupsWidth, 1488U);  // 210 mm, without the fraction
+        EXPECT_EQ(page.header.cupsWidth, 1488U);  // 210 mm, rounded down
         EXPECT_EQ(page.header.cupsHeight, 2104U);
         EXPECT_EQ(page.header.PageSize[0], 595U);
         EXPECT_EQ(page.header.PageSize[1], 842U);
@@ -92,7 +92,7 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
         EXPECT_EQ(page.header.cupsColorSpace, CUPS_CSPACE_SRGB);
         EXPECT_EQ(page.header.cupsBitsPerPixel, 24U);
         EXPECT_EQ(page.header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount], 2U);
-        // None is stated: it is the page.
+        // No image box is stated: the image is the whole page.
         for (const int side : {CUPS_RASTER_PWG_ImageBoxLeft, CUPS_RASTER_PWG_ImageBoxTop,
                                CUPS_RASTER_PWG_ImageBoxRight, CUPS_RASTER_PWG_ImageBoxBottom})
             EXPECT_EQ(page.header.cupsInteger[side], 0U) << side;
@@ -105,7 +105,7 @@ TEST(ORVPwgGeneratorTest, PagesAreReadBack) {
 
 struct MediumCase {
     const char* name;
-    const char* medium;  // as the print system calls it
+    const char* medium;  // its standard name
 };
 class PwgMediumTest : public testing::TestWithParam<MediumCase> {};
 TEST_P(PwgMediumTest, HasThePixelsOfItsOwnPageHeader) {

@@ -11,7 +11,7 @@
 namespace {
 
 struct Shown {
-    int grey, opacity;  // -1 when it is left out
+    int grey, opacity;  // both are -1 if the area is left out
 };
 
 Shown Area(ORVColourMode mode, ORVPrintColour colour) {
@@ -26,7 +26,7 @@ TEST(ORVInkTest, GreysAreAsLightAsTheirColours) {
         ORVPrintColour colour;
         int grey;
     };
-    // 12.92 x and 1.055 x^(1/2.4) - 0.055 of 0.2126 R + 0.7152 G + 0.0722 B.
+    // The luminance is x = 0.2126 R + 0.7152 G + 0.0722 B; sRGB is 12.92 x or 1.055 x^(1/2.4) - 0.055.
     for (const Row& row : {Row{{0, 0, 0, 255}, 0}, Row{{255, 255, 255, 255}, 255}, Row{{77, 77, 77, 255}, 77},
                            Row{{255, 0, 0, 255}, 127}, Row{{0, 255, 0, 255}, 220}, Row{{0, 0, 255, 255}, 76},
                            Row{{255, 255, 0, 255}, 248}}) {
@@ -52,7 +52,8 @@ TEST(ORVInkTest, LinesAndTextThatAreNotWhiteBecomeBlack) {
 TEST(ORVInkTest, AreasBecomeBlackOrWhiteOrAreLeftOut) {
     EXPECT_EQ(Area(ORVColourMode::kMono, {200, 0, 0, 255}).grey, 0);
     EXPECT_EQ(Area(ORVColourMode::kMono, {0, 255, 0, 255}).grey, 255);
-    // Dark on paper in spite of some transparency; light; not to hide what lies below.
+    // Dark on paper although transparent: black. Too light: left out. Transparent white: left out, or it
+    // would hide what is below.
     const Shown dark = Area(ORVColourMode::kMono, {0, 0, 0, 200});
     EXPECT_EQ(dark.grey, 0);
     EXPECT_EQ(dark.opacity, 255);
@@ -77,7 +78,7 @@ TEST(ORVInkTest, PicturesBecomeGrey) {
     EXPECT_EQ(pixels[4], pixels[5]);
     EXPECT_EQ(pixels[4], pixels[6]);
     EXPECT_EQ(pixels[7], 100);
-    // The same picture is made once, and a grey one needs no copy.
+    // An image is converted once; a grey one needs no copy.
     EXPECT_EQ(&ink.ConvertImage(*image), &grey);
     EXPECT_EQ(&ink.ConvertImage(grey), &grey);
 }
@@ -97,8 +98,8 @@ TEST(ORVInkTest, PicturesInBlackAndWhiteKeepTheirGreysInTheMean) {
     }
 }
 
-/// Black and white after Floyd and Steinberg, written down plainly: of what a pixel gets too dark or too
-/// light, 7 sixteenths go to the next one, and 3, 5 and 1 to those below, from the left to the right.
+/// Reference implementation of Floyd-Steinberg dithering, from left to right: 7/16 of the error go to the
+/// next pixel, and 3/16, 5/16 and 1/16 to those below.
 std::vector<int> DiffusedPlainly(const std::vector<int>& greys, int width) {
     const int height = static_cast<int>(greys.size()) / width;
     std::vector<int> sixteenths(greys.size(), 0), result(greys.size());
@@ -156,7 +157,7 @@ TEST(ORVInkTest, KeepsABoundedNumberOfPictures) {
     ink.ConvertImage(*large);
     const auto other = PlainImage(1, 1, {0, 255, 0, 255});
     ink.ConvertImage(*other);
-    EXPECT_EQ(once->GetReferenceCount(), 1U);  // let go of
+    EXPECT_EQ(once->GetReferenceCount(), 1U);  // released
     EXPECT_EQ(large->GetReferenceCount(), 1U);
 }
 
@@ -206,7 +207,7 @@ TEST(ORVInkTest, GradientsOfAreasInBlackAndWhiteHaveSteps) {
     EXPECT_EQ(stops[1].offset, stops[2].offset);
     EXPECT_EQ(stops[3].offset, 1.0);
 
-    // Black that fades away is black as long as it is dark on paper, then nothing.
+    // Fading black stays black while it is dark on paper; beyond that, nothing is painted.
     stops = Stops({0, 0, 0, 255}, {0, 0, 0, 0});
     EXPECT_TRUE(ink.ConvertStops(stops, true));
     ASSERT_EQ(stops.size(), 4U);

@@ -68,7 +68,7 @@ TEST(ORVSheetGeneratorTest, PlacesAllKindsOfContent) {
               "end document\n");
 }
 
-/// A shape with gradients, in a clip and a masked layer.
+/// Draws a shape with gradients, in a clip and a masked layer.
 void DrawComposition(ORVPrintGenerator& generator) {
     const std::array<ORVPrintGradientStop, 2> stops{{{0.0, {255, 0, 0, 255}}, {1.0, {255, 255, 255, 255}}}};
     const ORVPrintGradient gradient = Gradient(stops, {10, 0, 0, 10, 1, 1});
@@ -114,7 +114,7 @@ TEST(ORVSheetGeneratorTest, PlacesGradientsClipsLayersAndMasks) {
                             "end layer", "end clip path"));
 }
 
-/// A red square, moved by a filter.
+/// Draws a red square and moves it by a filter.
 void DrawFiltered(ORVPrintGenerator& generator) {
     const std::vector<ORVPrintFilterStep> steps{
         {ORVFilterOffset{40.0, 0.0}, {ORVPrintFilterStep::kSource}, false, BoxOf(0, 0, 100, 100)}};
@@ -137,7 +137,8 @@ TEST(ORVSheetGeneratorTest, PlacesFilters) {
 }
 
 TEST(ORVSheetGeneratorTest, FiltersConvertTheirResultsToTheInks) {
-    // Content keeps its colours; the steps behind are a matrix, and steps of black and white.
+    // The content keeps its colours. Conversion is appended to the filter: a matrix, and for black and white
+    // a step function.
     for (const auto& [mode, last] : {std::pair{ORVColourMode::kGrey, "filter 3 9 [1 0 0 1 0 0]"},
                                      {ORVColourMode::kMono, "filter 3 9 10 [1 0 0 1 0 0]"}}) {
         RecordingGenerator target;
@@ -159,7 +160,7 @@ TEST(ORVSheetGeneratorTest, SheetsOfAPosterHaveWhatFiltersMoveThere) {
     ASSERT_EQ(sheets.BeginPage(PageInfo(100, 50)), 1);
     DrawFiltered(sheets);
     ASSERT_EQ(sheets.EndPage(), 1);
-    // The content lies on the first sheet, and is shown on those that the filter moves it to.
+    // The content is on the first sheet, but is also drawn on sheets to which the filter moves it.
     std::size_t filters = 0;
     bool isOnLast = false;
     for (const std::string& line : target.GetLines()) {
@@ -244,7 +245,7 @@ TEST(ORVSheetGeneratorTest, InBlackAndWhiteLayersAreOpaque) {
     const int key = 0;
     EXPECT_EQ(sheets.BeginSymbol({&key, {}}), ORVPrintGenerator::kNoSymbols);
     EXPECT_EQ(WriteText(sheets, "x", 1, 1), 1);
-    EXPECT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);  // light now
+    EXPECT_EQ(FillRectangle(sheets, 0, 0, 1, 1), 1);  // too light in this layer: left out
     const auto image = PlainImage(16, 16, {0, 0, 0, 255});
     EXPECT_EQ(sheets.DrawImage({*image, {}}), 1);
     ASSERT_EQ(sheets.EndLayer(), 1);
@@ -350,7 +351,7 @@ TEST(ORVSheetGeneratorTest, PutsSeveralPagesOnASheet) {
     for (unsigned int page = 1; page <= 3; ++page) DrawFilledPage(sheets, 40.0, 20.0, page);
     ASSERT_EQ(sheets.EndDocument(), 1);
     const double gutter = 4.0 * kPaperMillimetre, height = (100.0 - gutter) / 2.0;
-    RecordingGenerator expected;  // as it writes numbers
+    RecordingGenerator expected;  // formats the expected numbers
     const auto cell = [&](double top) {
         ORVMathBox2D box;
         const double scale = height / 20.0, left = (100.0 - 40.0 * scale) / 2.0;
@@ -436,7 +437,7 @@ TEST(ORVSheetGeneratorTest, LeavesOutWhatScalingTakesPastAllNumbers) {
     EXPECT_TRUE(target.GetDrawn().empty());
 }
 
-// Whatever call of the target fails, what follows is as after a failure of any generator.
+// Whichever call of the target fails, its status is returned and the document is ended.
 TEST(ORVSheetGeneratorTest, PassesOnFailures) {
     ORVSheetOptions shared = OnPaper(100.0, 100.0);
     shared.layout.pagesPerSheet = 2;
@@ -455,7 +456,7 @@ TEST(ORVSheetGeneratorTest, PassesOnFailures) {
             const int ended = sheets.EndDocument();
             if (result == 1) result = ended;
             EXPECT_EQ(target.GetLines().back().substr(0, 12), "end document");
-            if (result == 1) break;  // more calls than were made
+            if (result == 1) break;  // the target received fewer calls than `call`
             EXPECT_EQ(result, -99);
         }
 }

@@ -32,11 +32,11 @@ INSTANTIATE_TEST_SUITE_P(
                     PaperCase{"letter", 215.9, 279.4}, PaperCase{"na_letter_8.5x11in", 215.9, 279.4},
                     PaperCase{"Tabloid", 279.4, 431.8}, PaperCase{"ansi d", 558.8, 863.6},
                     PaperCase{"ArchE1", 762, 1066.8}, PaperCase{"arch-e", 914.4, 1219.2},
-                    // Not in the table: the size in the name tells.
+                    // Not in the table: the name contains the size.
                     PaperCase{"custom_roll_914.4x5000mm", 914.4, 5000}, PaperCase{"x_y_z_1x2in", 25.4, 50.8},
                     PaperCase{"210x297mm", 210, 297}, PaperCase{"8.5x11in", 215.9, 279.4},
                     PaperCase{"21X29.7CM", 210, 297}, PaperCase{"72x144pt", 25.4, 50.8},
-                    // The least and the most that paper may measure.
+                    // The smallest and the largest permitted side.
                     PaperCase{"1x100000mm", 1, 100'000}));
 
 class NoPaperTest : public testing::TestWithParam<const char*> {};
@@ -65,7 +65,7 @@ TEST(PaperSizesTest, EveryNameStandsForItsOwnPaper) {
     }
 }
 
-// A cut in the middle gives the next size, in whole millimetres.
+// Halving a sheet gives the next size, rounded to whole millimetres.
 TEST(PaperSizesTest, SizesOfASeriesHalveEachOther) {
     for (const char* series : {"A", "B", "C", "JIS B"})
         for (int i = 0; i < 10; ++i) {

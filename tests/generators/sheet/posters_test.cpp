@@ -88,7 +88,7 @@ TEST(ORVSheetGeneratorTest, LabelsAndTrimsTheSheetsOfAPoster) {
     }
 }
 
-/// All points of what is drawn outside of clips: marks.
+/// Returns the strokes and texts drawn outside of clips, which are the marks.
 std::vector<std::string> Marks(const RecordingGenerator& target) {
     std::vector<std::string> marks;
     int depth = 0;
@@ -107,13 +107,13 @@ TEST(ORVSheetGeneratorTest, DrawsMarksOutsideOfTheDrawing) {
     ASSERT_EQ(sheets.BeginDocument({"t", 1}), 1);
     DrawFilledPage(sheets, 150.0 * mm, 80.0 * mm);
     const std::vector<std::string> marks = Marks(target);
-    ASSERT_EQ(marks.size(), 4U);  // on each of two sheets lines and a label
+    ASSERT_EQ(marks.size(), 4U);  // lines and a label on each of two sheets
     EXPECT_THAT(marks[1], testing::StartsWith("text \"A1\""));
     EXPECT_THAT(marks[3], testing::StartsWith("text \"A2\""));
-    // The upper left corner's two lines, 5 mm long, 1 mm away from it.
+    // The two lines at the upper left corner: 5 mm long, 1 mm away from it.
     EXPECT_THAT(marks[0], HasSubstr(" M31.89,35.433 L14.173,35.433 M35.433,31.89 L35.433,14.173"));
-    // Circles in the middle of the overlap, 5 mm inside of the right edge and of the left one, with a radius
-    // of 1.2 mm. On the first sheet above and below on the right, on the second one on the left.
+    // Circles in the middle of the overlap, with a radius of 1.2 mm: 5 mm inside the right edge of the first
+    // sheet and the left edge of the second, above and below.
     EXPECT_THAT(marks[0], HasSubstr(" M305.433,24.803 C"));  // 85 + 1.2, 10 - 3 mm
     EXPECT_THAT(marks[0], Not(HasSubstr(" M57.402,24.803 C")));
     EXPECT_THAT(marks[2], HasSubstr(" M57.402,24.803 C"));  // 15 + 1.2 mm

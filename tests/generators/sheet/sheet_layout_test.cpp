@@ -58,7 +58,7 @@ struct ScaleCase {
     std::array<double, 4> place;
 };
 class SheetScaleTest : public testing::TestWithParam<ScaleCase> {};
-// Paper of 100 x 200 with margins of 10 on all sides: a place of 80 x 180.
+// Paper of 100 x 200 with margins of 10 on all sides: a printable area of 80 x 180.
 TEST_P(SheetScaleTest, PlacesThePageInTheMiddle) {
     ORVSheetLayout layout = OnPaper(100.0, 200.0);
     layout.orientation = ORVSheetOrientation::kPortrait;
@@ -183,7 +183,7 @@ TEST_P(PosterTest, TakesNoMoreSheetsThanNeeded) {
     ASSERT_TRUE(poster);
     EXPECT_EQ(poster->columns, GetParam().columns);
     EXPECT_EQ(poster->rows, GetParam().rows);
-    // The sheets show all of the page, and each next one begins where the overlap says.
+    // The sheets cover the page, and consecutive ones overlap as stated.
     const auto last = poster->Sheet(static_cast<unsigned int>(poster->rows) - 1,
                                     static_cast<unsigned int>(poster->columns) - 1);
     EXPECT_NEAR(last.place.xMax - last.left, GetParam().width, 1e-6);
@@ -225,7 +225,7 @@ TEST(CellsTest, FillTheSheetByRowsAsSuitsThePage) {
         double sheetWidth;
         std::size_t columns;  // cells in the first row
     };
-    // Paper of 210 x 297 mm; pages of its own proportions, and wide ones.
+    // Paper of 210 x 297 mm; pages of the same proportions, and wide ones.
     const double mm = kPaperMillimetre;
     for (const Row& row :
          {Row{2, 210, 297, 297 * mm, 2}, Row{4, 210, 297, 210 * mm, 2}, Row{2, 297, 210, 210 * mm, 1},

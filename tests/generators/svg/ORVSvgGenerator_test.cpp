@@ -50,7 +50,7 @@ TEST(ORVSvgGeneratorTest, PagesAreMeasuredInMillimetresAndUserUnits) {
                   ".001\">\n<title>Set</title>\n</svg>\n");
 }
 
-// Each page is a document of its own.
+// Each page is a separate document.
 TEST(ORVSvgGeneratorTest, PagesHaveTheirOwnIdentifiers) {
     const auto image = PlainImage(1, 1, {1, 2, 3});
     ORVMemoryOutput output;
@@ -114,7 +114,7 @@ TEST(ORVSvgGeneratorTest, ShapesKeepTheirIdentifiers) {
     const ORVPrintFill fill;
     DrawnSvg page;
     EXPECT_TRUE(page.Get().KeepsIdentifiers());
-    // A repeated one stands at its first place; nothing stands where there is none.
+    // A repeated identifier is written once, an empty one is not written.
     for (const char* id : {"a b", "a b", "", "\"c\""})
         EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr, id}), 1);
     EXPECT_EQ(page.Get().DrawImage({*image, {}, "i"}), 1);
@@ -132,7 +132,7 @@ TEST(ORVSvgGeneratorTest, ShapeOfTwoElementsHasItsIdentifierOnce) {
     const ORVPrintFill fill;
     const ORVPrintStroke stroke;
     DrawnSvg page;
-    // The pen is flattened, the area is not.
+    // The transform distorts the pen but leaves the area a rectangle, so fill and stroke are two elements.
     EXPECT_EQ(page.Get().DrawShape({path, {1, 0, 0, 3, 0, 0}, &fill, &stroke, "s"}), 1);
     const std::string content = page.Content();
     EXPECT_EQ(CountOf(content, "<rect"), 2U) << content;

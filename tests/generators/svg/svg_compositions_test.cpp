@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Gradients, clips, layers and masks: as they are written, and as another program draws them.
+// Gradients, clips, layers and masks: as written, and as another program draws them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,12 +30,12 @@ constexpr Stops kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 128}}}};
 int FillWith(ORVPrintGenerator& generator, const ORVPrintGradient& gradient,
              const ORVPrintPath& path = RectanglePath(0, 0, 90, 90), const ORVMathAffine2D& toPage = {}) {
     ORVPrintFill fill;
-    fill.colour = {255, 0, 0, 7};  // counts only where gradients are not known
+    fill.colour = {255, 0, 0, 7};  // only used without support for gradients
     fill.gradient = &gradient;
     return generator.DrawShape({path, toPage, &fill, nullptr});
 }
 
-/// A text's pixels, a user unit each, on white.
+/// An SVG document as drawn by another program: one pixel per user unit, on white.
 class Picture {
 public:
     explicit Picture(const std::string& text) {
@@ -103,7 +103,7 @@ TEST(SvgCompositionsTest, LinesHaveGradientsAndOffsetsOfDashes) {
     path.MoveTo({0, 0});
     path.LineTo({9, 0});
     EXPECT_EQ(page.Get().DrawShape({path, {2, 0, 0, 2, 0, 0}, nullptr, &stroke}), 1);
-    // Under a map that makes pens oval, the element has a transform, which the gradient does not follow.
+    // If the transform distorts the pen, it is written to the element; it must not apply to the gradient.
     EXPECT_EQ(page.Get().DrawShape({path, {2, 0, 0, 1, 0, 0}, nullptr, &stroke}), 1);
     const std::string text = page.Content();
     EXPECT_THAT(text, HasSubstr(" stroke=\"url(#orv-g1)\" stroke-width=\"2\" stroke-dasharray=\"8,4\" "
@@ -115,7 +115,7 @@ TEST(SvgCompositionsTest, GradientsLookAsTheyShould) {
     DrawnSvg page;
     ORVPrintGradient gradient = Gradient(kRedToBlue, {30, 0, 0, 1, 0, 0});
     EXPECT_EQ(FillWith(page.Get(), gradient, RectanglePath(0, 0, 3, 1), {30, 0, 0, 30, 0, 0}), 1);
-    // The circle where colours begin holds the one where they end.
+    // The circle of offset 0 contains that of offset 1.
     gradient = Gradient(kRedToBlue, {1, 0, 0, 1, 45, 60});
     gradient.kind = ORVPrintGradient::Kind::kRadial;
     gradient.end = {0, 0};
@@ -125,9 +125,9 @@ TEST(SvgCompositionsTest, GradientsLookAsTheyShould) {
     EXPECT_EQ(FillWith(page.Get(), gradient, RectanglePath(0, 30, 90, 60)), 1);
     const Picture picture(page.Finish());
     picture.Expect(0, 15, 252, 0, 4);
-    picture.Expect(15, 15, 155, 63, 163);  // half of both at three quarters
+    picture.Expect(15, 15, 155, 63, 163);  // the mean of both colours, at an opacity of 3/4
     picture.Expect(60, 15, 127, 127, 255);
-    picture.Expect(45, 60, 238, 9, 26);  // nearly again as at 20
+    picture.Expect(45, 60, 238, 9, 26);  // nearly the colour at radius 20
     picture.Expect(45, 79, 242, 6, 18);
     picture.Expect(54, 60, 127, 121, 249);
 }
@@ -178,7 +178,7 @@ TEST(SvgCompositionsTest, WhatEndsMustHaveBegun) {
     EXPECT_NE(page.Get().EndMask(), 1);
     EXPECT_EQ(page.Get().BeginMask({}), 1);
     EXPECT_NE(page.Get().EndLayer(), 1);
-    page.Finish();  // well-formed all the same
+    page.Finish();  // still well-formed
 }
 
 TEST(SvgCompositionsTest, LayersMasksAndBlendModesLookAsTheyShould) {
@@ -217,7 +217,7 @@ TEST(SvgCompositionsTest, LayersMasksAndBlendModesLookAsTheyShould) {
     EXPECT_EQ(page.Get().BeginLayer(layer), 1);
     EXPECT_EQ(page.Get().BeginMask({}), 1);
     EXPECT_EQ(page.Get().EndMask(), 1);
-    EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 90, 90), 1);  // in a mask without an area
+    EXPECT_EQ(FillRectangle(page.Get(), 0, 0, 90, 90), 1);  // hidden by an empty mask
     EXPECT_EQ(page.Get().EndLayer(), 1);
     const Picture picture(page.Finish());
     picture.Expect(55, 10, 255, 127, 127);
@@ -243,7 +243,7 @@ TEST(SvgFilterTest, AnotherProgramDrawsThemAlike) {
         {ORVFilterOffset{10.0, 0.0}, {kSource}, true, whole},
         {ORVFilterMerge{}, {0, 1}, true, whole},
     };
-    // The filter's units are two of the page; its content is in those of the page.
+    // One filter unit is two page units; the content is in page units.
     ASSERT_EQ(page.Get().BeginFilter({steps, whole, {2, 0, 0, 2, 0, 0}, 0}), 1);
     ASSERT_EQ(FillRectangle(page.Get(), 40, 40, 20, 20, {255, 0, 0, 255}), 1);
     ASSERT_EQ(page.Get().EndFilter(), 1);
@@ -269,7 +269,8 @@ TEST(SvgTilesTest, TilesAreAPattern) {
     EXPECT_EQ(FillRectangle(page.Get(), 1.0, 0.0, 10.0, 30.0, {255, 0, 0}), 1);
     EXPECT_EQ(page.Get().EndTiles(), 1);
     EXPECT_NE(page.Get().EndTiles(), 1);
-    // Rounding makes no gaps, but there are none between the tiles of a pattern.
+    // A step that differs from the tile's width by a rounding error is accepted, but the tiles of a pattern
+    // cannot have gaps.
     tiles.tile = {0.1, 0.3, 0.0, 30.0};
     tiles.xStep = 0.2;
     ASSERT_NE(tiles.tile.xMax - tiles.tile.xMin, tiles.xStep);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Pictures and pattern fills: that each is held once, and inside the page.
+// Images and pattern fills: each is embedded once per page.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -97,7 +97,7 @@ TEST(SvgImagesTest, OnlyGreyImagesAreWrittenAsGrey) {
         const auto image = PlainImage(1, 1, colour);
         DrawnSvg page;
         EXPECT_EQ(page.Get().DrawImage({*image, {}}), 1);
-        // Signature, length and name of the header, size, bits, kind of pixels, compression.
+        // Signature, length and name of the header, size, bit depth, colour type, compression.
         const std::string start =
             std::string("\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\1\0\0\0\1\x08", 25) + type + '\0';
         EXPECT_THAT(page.Finish(), HasSubstr("data:image/png;base64," + ToBase64(start)));

@@ -58,7 +58,8 @@ INSTANTIATE_TEST_SUITE_P(Path, AppendSvgPathTest,
                                                       p.MoveTo({-100, -100}), p.LineTo({1, 1});
                                                   },
                                                   "M-100-100 1 1"},
-                                         // After closing, steps count from where the figure began.
+                                         // After closing, relative coordinates start at the beginning of the
+                                         // subpath.
                                          PathCase{"AfterClosing",
                                                   [](ORVPrintPath& p) {
                                                       p.MoveTo({100, 100});
@@ -80,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(Path, AppendSvgPathTest,
                                                   "M1 1h0"}),
                          kNameOfRow);
 
-// Each step is a third, which is rounded: the sum of the steps must still be right.
+// Each step is a third, which has to be rounded; the errors must not add up.
 TEST(AppendSvgPathTest, RoundingDoesNotAddUp) {
     ORVPrintPath path;
     path.MoveTo({1000.0, 1000.0});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Shapes with their paint, as elements.
+// Shapes and their paint, as elements.
 
 #include "generators/svg/svg_style.h"
 
@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
                       return Draw(g, Corner(), nullptr, &stroke);
                   },
                   "<path fill=\"none\" stroke=\"#000\" stroke-miterlimit=\"10\" d=\"M1 1h4v5\"/>\n"},
-        // A stroke is looked at by all readers only where a fill is stated, even a black one.
+        // Some readers draw the stroke only if a fill is stated, even a black one.
         ShapeCase{"Both",
                   [](ORVPrintGenerator& g) {
                       const ORVPrintFill fill;
@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
                       return Draw(g, RectanglePath(0, 0, 2, 2), &fill, &stroke);
                   },
                   "<rect fill=\"#000\" stroke=\"#000\" width=\"2\" height=\"2\"/>\n"},
-        // Dashes begin where the path does, which is not where those of a rect would.
+        // Dashes start where the path starts, which is not where those of a rect element would.
         ShapeCase{"DashedRectangle",
                   [](ORVPrintGenerator& g) {
                       const double dashes[]{3.0};
@@ -145,7 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "<path fill=\"none\" stroke=\"#000\" d=\"M-40000 5h80000\"/>\n"}),
     kNameOfRow);
 
-/// A face that has a name and a weight and nothing else.
+/// A font face that has only a name and a weight.
 class NamedFace final : public ORVFontFace {
 public:
     explicit NamedFace(int weight) : ORVFontFace(WithWeight(weight)) {}
@@ -170,7 +170,7 @@ private:
     }
 };
 
-// SVG counts weights in hundreds, from 100 to 900.
+// SVG states weights in hundreds from 100 to 900.
 TEST(SvgFontTest, StatesTheNearestWeight) {
     struct Row {
         int weight;

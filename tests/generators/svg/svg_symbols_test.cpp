@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Content that is written once and placed by references.
+// Content that is written once and shown by references.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ TEST(SvgSymbolsTest, SymbolsOfOneStyleAreWrittenOnce) {
     EXPECT_NE(generator.EndSymbol(), 1);
     EXPECT_EQ(generator.BeginSymbol({&key, ORVMathAffine2D::Translation(7, 0) * tenth}),
               ORVPrintGenerator::kSymbolKnown);
-    // So much larger, it needs more digits.
+    // At this scale, its coordinates need more digits.
     EXPECT_EQ(generator.BeginSymbol({&key, ORVMathAffine2D::Scaling(10.0, 10.0)}),
               ORVPrintGenerator::kDrawSymbol);
     EXPECT_EQ(FillRectangle(generator, 0, 0, 100.0437, 100), 1);
@@ -49,7 +49,7 @@ TEST(SvgSymbolsTest, SymbolsOutliveGroupsThatAreNoElements) {
     const int key = 0;
     ORVPrintGroup group;
     group.id = "same";
-    // The second group has nothing to say, since the identifier is given.
+    // The second group writes nothing, because its identifier is already taken.
     for (const int expected :
          {ORVPrintGenerator::kDrawSymbol, ORVPrintGenerator::kDrawSymbol, ORVPrintGenerator::kSymbolKnown}) {
         EXPECT_EQ(generator.BeginGroup(group), 1);
@@ -63,7 +63,7 @@ TEST(SvgSymbolsTest, SymbolsOutliveGroupsThatAreNoElements) {
     EXPECT_EQ(CountOf(page.Content(), "<defs>"), 2U);
 }
 
-// A reader may paint all that a use places alike.
+// Readers may paint all content of a use element in the same style.
 TEST(SvgSymbolsTest, SymbolsOfSeveralStylesStandInEveryPlace) {
     DrawnSvg page;
     ORVSvgGenerator& generator = page.Get();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Lines of text, as elements.
+// Lines of text as elements.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
                  0,
                  2.5,
                  1.0,
-                 // Twice 9.888 wide, and the spacing after each.
+                 // Two letters of width 9.888, and the spacing after each.
                  {"letter-spacing=\"2.5\"", "textLength=\"24.775\""}},
         TextCase{"Blanks", " a  b", kUpright, 0, 0.0, 1.0, {" xml:space=\"preserve\"> a  b</text>"}},
         TextCase{"OnlyBlanks", "   ", kUpright, 0, 0.0, 1.0, {}},
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                  1,
                  0.0,
                  1.0,
-                 // It starts at its right end.
+                 // The position is that of the right end.
                  {"direction=\"rtl\" writing-mode=\"rl\" x=\"42.129\" y=\"30\" "
                   "textLength=\"22.129\">שלום</text>"}},
         TextCase{"RightToLeftSpaced",
@@ -107,10 +107,10 @@ INSTANTIATE_TEST_SUITE_P(
                  1,
                  2.5,
                  1.0,
-                 // The spacing behind the last letter lies beyond it.
+                 // The spacing after the last letter lies outside the line.
                  {"x=\"49.629\" y=\"30\" textLength=\"32.129\">שלום</text>"}},
         TextCase{"Mixed", "a שלום b", kUpright, 0, 0.0, 1.0, {">a </text>", ">שלום</text>", ">b</text>"}},
-        // Letters below each other, each an element.
+        // One element for each letter.
         TextCase{"Vertical", "AB", kUpright, 2, 0.0, 1.0, {">A</text>\n<text x=\"16", ">B</text>\n"}}),
     kNameOfRow);
 

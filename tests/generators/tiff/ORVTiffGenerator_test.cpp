@@ -14,7 +14,7 @@
 
 namespace {
 
-/// A file in memory, for the library.
+/// A file in memory, read by libtiff.
 struct Memory {
     const std::string& bytes;
     toff_t at = 0;
@@ -45,7 +45,7 @@ TIFF* Open(Memory& memory) {
         nullptr);
 }
 
-/// A page as it is stored.
+/// A page as stored in the file.
 struct StoredPage {
     std::uint32_t width = 0, height = 0;
     std::uint16_t bits = 0, samples = 0, photometric = 0, compression = 0, unit = 0;
@@ -81,7 +81,7 @@ std::vector<StoredPage> Read(const std::string& bytes) {
     return pages;
 }
 
-/// @param known  the number of pages that is told beforehand
+/// @param known  number of pages stated at the start; 0 if unknown
 std::string Draw(ORVColourMode mode, unsigned int pages, unsigned int known) {
     ORVMemoryOutput output;
     ORVRasterOptions options;
@@ -134,7 +134,7 @@ TEST(ORVTiffGeneratorTest, BlackAndWhiteIsFax) {
     EXPECT_EQ(pages[0].bits, 1);
     EXPECT_EQ(pages[0].compression, COMPRESSION_CCITTFAX4);
     EXPECT_EQ(pages[0].photometric, PHOTOMETRIC_MINISWHITE);
-    EXPECT_EQ(pages[0].rows[3][0], 0x3F);  // from the third pixel on
+    EXPECT_EQ(pages[0].rows[3][0], 0x3F);  // black from the third pixel on
     EXPECT_EQ(pages[0].rows[3][1], 0xF0);
     EXPECT_EQ(pages[0].rows[10][0], 0);
 }
@@ -146,7 +146,7 @@ TEST(ORVTiffGeneratorTest, PagesFollowEachOther) {
     EXPECT_EQ(Draw(ORVColourMode::kColour, 3), Draw(ORVColourMode::kColour, 3));
 }
 
-// Numbers count from 0; a count of 0 says that nobody knows it.
+// Page numbers count from 0; a page count of 0 means that it is unknown.
 TEST(ORVTiffGeneratorTest, PagesOfADocumentAreNumbered) {
     for (const unsigned int known : {3U, 0U}) {
         const auto pages = Read(Draw(ORVColourMode::kGrey, 3, known));
