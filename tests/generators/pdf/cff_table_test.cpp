@@ -21,9 +21,8 @@ std::string Table(const std::string& dictionary, const std::string& header = {'\
     return header + IndexOf("Name") + IndexOf(dictionary);
 }
 
-const std::string kPlain = {'\x8B', '\1', '\x1C', '\0', '\x0C', '\x0F'};  // the operators Notice and charset
-const std::string kNumbered = {'\x8B', '\x8B', '\x8B', '\x0C',
-                               '\x1E'};  // the operator ROS with registry, ordering and supplement
+const std::string kPlain = {'\x8B', '\1', '\x1C', '\0', '\x0C', '\x0F'};  // operators Notice, charset
+const std::string kNumbered = {'\x8B', '\x8B', '\x8B', '\x0C', '\x1E'};   // operator ROS and its operands
 
 struct TableCase {
     const char* name;

@@ -402,8 +402,7 @@ TEST(PdfLayersTest, WhatDoesNotEndWhatBeganLastIsRefused) {
     masked.hasMask = true;
     EXPECT_EQ(generator.BeginLayer(masked), 1);
     DrawMask(generator, MaskKind::kLuminance, [&] { EXPECT_NE(generator.EndLayer(), 1); });
-    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}),
-              1);  // the layer's mask has already been drawn
+    EXPECT_NE(generator.BeginMask({MaskKind::kLuminance, kAll}), 1);  // already drawn
     EXPECT_EQ(generator.BeginClip(kAll), 1);
     document.EndPage();
     document.Finish();

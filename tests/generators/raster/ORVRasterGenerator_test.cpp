@@ -38,12 +38,12 @@ TEST(ORVRasterGeneratorTest, LaterShapesCoverEarlierOnes) {
 }
 
 TEST(ORVRasterGeneratorTest, ShapesEndWhereRoundingPutsTheirBorder) {
-    // Nothing to the right of the shape is painted when its border becomes that of its last pixel.
+    // A right border that is rounded to the edge of a pixel must not paint the next pixel.
     for (const double right : {11.9, 11.998, 11.9999, 12.0, 12.0001}) {
         PixelPage page(40.0, 16.0);
         ORVPrintPath path;
         path.MoveTo({4.0, 4.0});
-        path.LineTo({right, 5.5});  // the corner lies inside of a row
+        path.LineTo({right, 5.5});  // the corner lies within a row
         path.LineTo({right, 9.5});
         path.LineTo({4.0, 12.0});
         path.Close();
@@ -80,7 +80,7 @@ TEST(ORVRasterGeneratorTest, OpenContoursAreFilledClosed) {
     path.LineTo({9.0, 9.0});
     path.LineTo({1.0, 9.0});
     path.Close();
-    path.LineTo({5.0, 5.0});  // goes on from the start of the closed contour
+    path.LineTo({5.0, 5.0});  // continues from the start of the closed subpath
     const ORVPrintFill fill;
     EXPECT_EQ(page.Get().DrawShape({path, {}, &fill, nullptr}), 1);
     page.Finish();
@@ -102,13 +102,13 @@ TEST(ORVRasterGeneratorTest, CurvesAreRound) {
     EXPECT_NEAR(page.TotalInk(), 3.14159265 * 40.0 * 40.0, 8.0);
 }
 
-// A quarter of a pixel is left at each border, whichever it is and when it is the only one that cuts.
+// Each clip cuts at one side only, and leaves a quarter of the pixels there.
 TEST(ORVRasterGeneratorTest, AClipCutsAtEachOfItsSides) {
     struct Row {
         const char* name;
         ORVMathBox2D clip;
-        int x, y;                // the pixel that is cut into
-        int outsideX, outsideY;  // its neighbour
+        int x, y;                // a pixel that the clip cuts
+        int outsideX, outsideY;  // its neighbour outside the clip
     };
     for (const Row& row : {Row{"left", {6.75, 20.0, 0.0, 20.0}, 6, 10, 5, 10},
                            Row{"right", {0.0, 13.25, 0.0, 20.0}, 13, 10, 14, 10},
@@ -161,7 +161,7 @@ TEST(ORVRasterGeneratorTest, EmptyClipsShowNothing) {
     EXPECT_EQ(page.TotalInk(), 0.0);
 }
 
-/// Some of everything.
+/// Draws a pattern, a stroke, an image, clipped and translucent content, and text.
 void DrawAll(ORVRasterGenerator& generator) {
     const auto image = PlainImage(5, 7, {10, 200, 30, 180});
     std::vector<std::uint8_t> tilePixels;
@@ -302,7 +302,7 @@ TEST(ORVRasterGeneratorTest, WhatIsFarOffOrFlatDoesNotDisturb) {
     for (const double scale : {0.0, 1e-300, 1e20, 1e300, std::nan("")})
         EXPECT_EQ(page.Get().DrawImage({*image, {scale, 0.0, 0.0, 1.0, 100.0, 0.0}}), 1);
     EXPECT_EQ(page.Get().BeginClip({-huge, huge, -huge, huge}), 1);
-    // The page still takes what is drawn after all that.
+    // The page still accepts content after all that.
     EXPECT_EQ(FillRectangle(page.Get(), 2.0, 2.0, 2.0, 2.0, {0, 255, 0}), 1);
     EXPECT_EQ(page.Get().EndClip(), 1);
     page.Finish();
@@ -356,7 +356,7 @@ TEST(ORVRasterGeneratorTest, ThePageThatPassesTheLimitOfAllPagesIsRefused) {
 
 struct SideCase {
     const char* name;
-    double side;  // user units, a pixel each
+    double side;  // in user units, one pixel each
     int pixels;
 };
 class RasterSideTest : public testing::TestWithParam<SideCase> {};
@@ -373,7 +373,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SideCase{"AThousandthLess", 99.999, 100}, SideCase{"NearlyNothing", 0.01, 1}),
     kNameOfRow);
 
-/// Draws squares as large as the page. @return the status of the page's end
+/// Fills the page several times. @return the status of EndPage
 int PaintOver(unsigned int times, std::uint64_t limit, unsigned int threads = 1, int bandRows = 0) {
     ORVRasterOptions options;
     options.paintLimit = limit;
@@ -390,7 +390,7 @@ int PaintOver(unsigned int times, std::uint64_t limit, unsigned int threads = 1,
 }
 
 TEST(ORVRasterGeneratorTest, PaintingEndsAtItsLimit) {
-    // A hundred times the page are always allowed.
+    // By default, a hundred times the page is allowed.
     EXPECT_EQ(PaintOver(20, 0), 1);
     EXPECT_EQ(PaintOver(1000, 0), kTooMuchToPaint);
     EXPECT_EQ(PaintOver(1000, 3000 * 200 * 200), 1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Each blend mode against its formula.
+// Compares each blend mode with its formula.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ std::vector<std::uint8_t> RandomPixels(unsigned int seed, int leastOpacity) {
     std::vector<std::uint8_t> rgba;
     for (int i = 0; i < kSide * kSide; ++i) {
         for (int k = 0; k < 3; ++k) {
-            // Black, white and equal channels, too.
+            // Including black, white and equal channels.
             const unsigned int choice = random() % 8;
             rgba.push_back(choice == 0            ? std::uint8_t{0}
                            : choice == 1          ? std::uint8_t{255}
@@ -48,7 +48,7 @@ std::vector<std::uint8_t> RandomPixels(unsigned int seed, int leastOpacity) {
     return rgba;
 }
 
-/// An image's colour as it is kept, with the rounding of that.
+/// Returns a colour of an image as it is stored: premultiplied and rounded.
 PlainColour KeptColour(const std::uint8_t* rgba) {
     PlainColour colour;
     colour.opacity = rgba[3] / 255.0;
@@ -57,7 +57,7 @@ PlainColour KeptColour(const std::uint8_t* rgba) {
     return colour;
 }
 
-/// Blends images in a layer of its own. @return by how much a pixel differs from the mode's formula, at most
+/// Blends images in a layer. @return the largest difference of a pixel from the mode's formula
 double FarthestFromFormula(Blend mode, int leastOpacity) {
     const std::vector<std::uint8_t> below = RandomPixels(1, leastOpacity),
                                     over = RandomPixels(2, leastOpacity);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Clips to outlines, by what is left of simple pages. Random ones are compared with the slow page in
-// layers_test.cpp.
+// Clips to outlines, by the ink that remains on simple pages. layers_test.cpp compares random clips with the
+// reference implementation.
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ TEST(RasterClipPathsTest, CutOffTexts) {
         page.Finish();
         return page.TotalInk();
     };
-    ORVPrintPath upper, left;  // triangles that halve the page
+    ORVPrintPath upper, left;  // triangles that cover half of the page each
     upper.MoveTo({0.0, 0.0});
     upper.LineTo({100.0, 0.0});
     upper.LineTo({0.0, 40.0});
@@ -69,7 +69,7 @@ TEST(RasterClipPathsTest, CutOffTexts) {
                  both = ink(&upper, &left);
     EXPECT_LT(one, all);
     EXPECT_LT(other, all);
-    EXPECT_LT(both, std::min(one, other));  // a text's clip leaves those around it in force
+    EXPECT_LT(both, std::min(one, other));  // both the text's own clip and the one around it apply
     EXPECT_GT(both, 10.0);
 }
 

@@ -21,7 +21,7 @@ struct Corner {
 };
 using Polygon = std::vector<Corner>;
 
-/// Alphas by pixel.
+/// Alpha values by pixel.
 struct Alphas {
     std::map<std::pair<int, int>, unsigned int> values;
     int row = 0, width = 0;
@@ -75,7 +75,7 @@ class CoverageTest : public testing::TestWithParam<CoverageCase> {};
 TEST_P(CoverageTest, IsTheAreaInsideThePixel) {
     const CoverageCase& row = GetParam();
     EXPECT_EQ(Draw({row.polygon}).At(row.x, row.y), row.alpha);
-    // The other way round, the same.
+    // The direction of the outline does not matter.
     EXPECT_EQ(Draw({Polygon(row.polygon.rbegin(), row.polygon.rend())}).At(row.x, row.y), row.alpha);
 }
 const Polygon kBox{{2.25, 3.5}, {7.5, 3.5}, {7.5, 8.75}, {2.25, 8.75}};
@@ -109,8 +109,8 @@ TEST(CoverageBufferTest, RulesDifferWhereWindingsMeet) {
 
 TEST(CoverageBufferTest, HardRulesKnowNoLevels) {
     const auto alphas = Draw<CoverageRule::kHardNonZero>({{{2.3, 2}, {6.3, 2}, {6.3, 5}, {2.3, 5}}});
-    EXPECT_EQ(alphas.At(2, 3), 255U);  // 0.7
-    EXPECT_EQ(alphas.At(6, 3), 0U);    // 0.3
+    EXPECT_EQ(alphas.At(2, 3), 255U);  // 0.7 of the pixel is covered
+    EXPECT_EQ(alphas.At(6, 3), 0U);    // 0.3 of the pixel is covered
 }
 
 Alphas DrawAtCentres(const std::vector<Polygon>& polygons, int bandRows = 16, int left = 0) {
@@ -142,7 +142,7 @@ TEST_P(CentreTest, DecidesForThePixel) {
     EXPECT_EQ(DrawAtCentres({Polygon(row.polygon.rbegin(), row.polygon.rend())}).At(row.x, row.y),
               row.isCovered ? 255U : 0U);
 }
-// A line of one pixel that lies between two rows, and one between two columns.
+// Lines one pixel wide whose edges pass through the centres of pixels: one horizontal, one vertical.
 const Polygon kAcross{{2, 4.5}, {12, 4.5}, {12, 5.5}, {2, 5.5}},
     kDown{{4.5, 2}, {5.5, 2}, {5.5, 12}, {4.5, 12}};
 INSTANTIATE_TEST_SUITE_P(
@@ -167,7 +167,7 @@ TEST(CoverageBufferTest, LinesOfMoreThanAPixelHaveNoGapsAtCentres) {
     for (int i = 0; i < 2000; ++i) {
         const double x = -2.0, toX = 18.0, y = place(random), toY = place(random);
         const double length = std::hypot(toX - x, toY - y);
-        // Half a pixel, and what rounding of the corners takes away.
+        // Half a pixel, and a margin for the rounding of the corners.
         constexpr double kHalf = 0.5 + 1.0 / 128.0;
         const double across = (y - toY) / length * kHalf, down = (toX - x) / length * kHalf;
         const Polygon line{{x + across, y + down},
@@ -196,7 +196,7 @@ TEST(CoverageBufferTest, BandsAndWindowsDoNotShowAtCentres) {
 }
 
 TEST(CoverageBufferTest, PiecesOfAnAreaAddUp) {
-    // Slanted strips side by side: whatever each gives to a pixel, together they fill it.
+    // Slanted strips side by side. Their shares of a pixel must add up to the whole pixel.
     std::vector<Polygon> strips;
     for (double x = 0.0; x < 16.0; x += 0.7) {
         const double next = std::min(x + 0.7, 16.0);
@@ -236,7 +236,7 @@ TEST(CoverageBufferTest, TotalAreaIsThatOfThePolygon) {
 }
 
 TEST(CoverageBufferTest, WideRowsAreSparse) {
-    // Two slivers far apart: what lies between comes as one span.
+    // A rectangle one row high: its interior is one span, however wide it is.
     struct Counting : Alphas {
         int blocks = 0, spans = 0;
         Counting& BeginRow(int) { return *this; }
@@ -280,7 +280,7 @@ TEST(CoverageBufferTest, WindowsDoNotShow) {
 }
 
 TEST(CoverageBufferTest, WindowsCutOff) {
-    // What lies left of a window fills its rows from the border, what lies right of it is not there.
+    // What lies to the left of the window still fills its rows; what lies to the right is ignored.
     CoverageBuffer buffer;
     buffer.Resize(64, 16);
     buffer.SetBand(0, 16);
@@ -292,7 +292,7 @@ TEST(CoverageBufferTest, WindowsCutOff) {
     EXPECT_EQ(alphas.values.size(), 16U * 4U);
     EXPECT_EQ(alphas.At(16, 4), 255U);
     EXPECT_EQ(alphas.At(31, 7), 255U);
-    // Nothing of it is left for the next one.
+    // Nothing may be left over for the next window.
     buffer.SetWindow(0, 0, 64, 16);
     Add(buffer, {{40, 2}, {42, 2}, {42, 3}, {40, 3}});
     alphas.values.clear();
@@ -313,7 +313,7 @@ TEST(CoverageBufferTest, NumbersBeyondAllRangeDoNoHarm) {
         }
     Draw(polygons);
     Draw<CoverageRule::kEvenOdd>(polygons);
-    // Tens of thousands of windings on each other run over, which is no error.
+    // Tens of thousands of overlapping outlines overflow the winding number, which is not an error.
     CoverageBuffer buffer;
     buffer.Resize(8, 2);
     buffer.SetBand(0, 2);
@@ -324,9 +324,9 @@ TEST(CoverageBufferTest, NumbersBeyondAllRangeDoNoHarm) {
     EXPECT_EQ(alphas.At(6, 0), 0U);
 }
 
-// ---- All kinds of vector instructions -------------------------------------------------------------------
+// ---- All sets of vector instructions ----------------------------------------------------------------------
 
-/// The kinds that this processor has.
+/// Returns the instruction sets that this processor supports.
 std::vector<VectorPower> KnownPowers() {
     std::vector<VectorPower> powers{VectorPower::kPlain};
     for (const VectorPower power : {VectorPower::kSse41, VectorPower::kAvx2})
@@ -334,7 +334,7 @@ std::vector<VectorPower> KnownPowers() {
     return powers;
 }
 
-/// The alphas of a window's rows.
+/// Collects alpha values as rows of bytes.
 struct PlainRows {
     int stride = 0;
     std::vector<std::uint8_t> alphas;
@@ -369,7 +369,7 @@ Gathered Gather(VectorPower power, const std::vector<CoverageEdge>& edges, int w
     buffer.Resize(width, rows);
     buffer.SetBand(firstRow, rows);
     Gathered gathered;
-    // Twice: the first time must have left nothing.
+    // Twice, because the first sweep must leave nothing behind.
     for (int i = 0; i < 2; ++i) {
         buffer.SetWindow(window.left, window.top, window.right, window.bottom);
         for (const CoverageEdge& edge : edges) buffer.AddLine(edge.from, edge.to);
@@ -382,7 +382,7 @@ Gathered Gather(VectorPower power, const std::vector<CoverageEdge>& edges, int w
     return gathered;
 }
 
-/// How far apart the ends of edges lie, in 1/256 pixel.
+/// The largest distance between the ends of an edge, in 1/256 pixel.
 struct EdgeKind {
     const char* name;
     int acrossMost, downMost;
@@ -403,7 +403,7 @@ TEST_P(VectorPowerTest, DoesNotShowInCoverageNorWork) {
         for (int i = 0; i < count; ++i) {
             FixedPoint to{at.x + between(-GetParam().acrossMost, GetParam().acrossMost),
                           at.y + between(-GetParam().downMost, GetParam().downMost)};
-            // Borders of pixels are where cases meet.
+            // Coordinates on the borders of pixels are special cases.
             if (between(0, 3) == 0) to.x &= ~255;
             if (between(0, 3) == 0) to.y &= ~255;
             if (between(0, 7) == 0) to.x = at.x;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A pen of dashes 3 and 1 long and gaps of 2 and 0.1.
+/// Makes a pen with dashes of 3 and 1, and gaps of 2 and 0.1.
 class DashCursorTest : public testing::Test {
 protected:
     StrokePen MakePen() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Gradients, against a slow calculation of the same colours.
+// Gradients, compared with a slow reference implementation.
 
 #include <gtest/gtest.h>
 
@@ -22,17 +22,17 @@ using Spread = ORVPrintGradient::Spread;
 
 constexpr int kWidth = 61, kHeight = 47;
 
-/// Draws a gradient over the page.
+/// Fills the page with a gradient.
 void Cover(ORVRasterGenerator& generator, const ORVPrintGradient& gradient) {
     ORVPrintFill fill;
     fill.gradient = &gradient;
-    fill.colour = {1, 2, 3, 77};  // of no meaning where gradients can be drawn
+    fill.colour = {1, 2, 3, 77};  // ignored where gradients are supported
     const ORVPrintPath path = RectanglePath(-5.0, -5.0, 1000.0, 1000.0);
     EXPECT_EQ(generator.DrawShape({path, {}, &fill, nullptr}), 1);
 }
 
-/// Holds every pixel of a page to the slow calculation. A pixel may have any colour that the gradient has
-/// close to its place.
+/// Compares every pixel of a page with the reference implementation. A pixel may have any colour that the
+/// gradient has near the pixel's centre.
 void ExpectGradient(PixelPage& page, const ORVPrintGradient& gradient, const std::string& what) {
     int wrong = 0;
     for (int y = 0; y < kHeight; ++y)
@@ -51,7 +51,8 @@ void ExpectGradient(PixelPage& page, const ORVPrintGradient& gradient, const std
                 for (const double dy : {-0.02, 0.0, 0.02}) {
                     const std::optional<double> place = PlainPlaceAt(gradient, {x + 0.5 + dx, y + 0.5 + dy});
                     include(place);
-                    // The table has entries that wide.
+                    // The generator takes colours from a table, so the offset may differ by one of its
+                    // entries.
                     for (int i = -2; place && i <= 2; ++i) include(*place + i / 2.0 / 512.0);
                 }
             const unsigned int colour = page.Colour(x, y);
@@ -173,7 +174,7 @@ TEST(RasterGradientsTest, WhatLiesBeyondTheEndsHasTheOuterColours) {
 }
 
 TEST(RasterGradientsTest, OpacityIsMixedBesideColours) {
-    // Half way between red and nothing is a half red, whatever colour the nothing has.
+    // Halfway between red and transparent red is red at half opacity.
     constexpr std::array stops{ORVPrintGradientStop{0.0, {255, 0, 0}},
                                ORVPrintGradientStop{1.0, {255, 0, 0, 0}}};
     PixelPage page(100.0, 4.0);
@@ -207,7 +208,7 @@ TEST(RasterGradientsTest, StrokesAndTextsHaveThem) {
         for (int y = 0; y < 40; ++y)
             for (int x = 0; x < 100; ++x) {
                 const unsigned int colour = page.Colour(x, y);
-                // Wholly covered pixels have no green.
+                // Only fully covered pixels have no green.
                 if ((colour >> 8U & 255U) != 0) continue;
                 ++painted;
                 EXPECT_NEAR(colour & 255U, (x + 0.5) * 2.55, 2.0) << x;
@@ -280,7 +281,7 @@ struct OffsetCase {
     double offset;
 };
 
-/// How much of a line is inked in each pixel, by walking along it in small steps.
+/// Returns how much of each pixel along a line is inked; walks along the line in small steps.
 std::vector<double> PlainDashes(const std::vector<double>& dashes, double offset, int length) {
     double period = 0.0;
     for (const double dash : dashes) period += dash;
@@ -300,7 +301,7 @@ TEST_P(RasterDashOffsetTest, IsWhereTheLineBegins) {
     ORVPrintStroke stroke;
     stroke.dashes = GetParam().dashes;
     stroke.dashOffset = GetParam().offset;
-    // Straight, bent, and closed, of which the upper side is looked at.
+    // A straight, a bent and a closed line; only the upper side is compared.
     for (const int shape : {0, 1, 2}) {
         PixelPage page(60.0, 30.0);
         ORVPrintPath path;
@@ -331,7 +332,7 @@ TEST(RasterDashOffsetTest, LinesThatCapsMakeSolidBeginAfterTheirGap) {
     ORVPrintStroke stroke;
     stroke.width = 6.0;
     stroke.cap = ORVPrintStroke::Cap::kSquare;
-    const std::array dashes{4.0, 6.0};  // as long as the caps
+    const std::array dashes{4.0, 6.0};  // a gap is as long as two caps
     stroke.dashes = dashes;
     stroke.dashOffset = 4.0;
     PixelPage page(60.0, 12.0);

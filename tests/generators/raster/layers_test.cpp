@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Clips, layers, blend modes and masks, against a slow page that follows their definitions.
+// Clips, layers, blend modes and masks, compared with the reference implementation.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ using MaskKind = ORVPrintMask::Kind;
 constexpr int kWidth = 44, kHeight = 37;
 constexpr ORVMathBox2D kEverything{-1e4, 1e4, -1e4, 1e4};
 
-/// How much of each pixel lies in an outline: its ink on a page of its own.
+/// Returns how much of each pixel an outline covers: its ink on a separate page.
 PlainPage::Map CoverageOf(const ORVPrintPath& path, const ORVMathAffine2D& toPage = {},
                           bool evenOdd = false) {
     ORVRasterOptions options;
@@ -39,7 +39,7 @@ PlainPage::Map CoverageOf(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     return coverage;
 }
 
-/// Draws on a page and on the slow page at a time.
+/// Draws on a page and on the page of the reference implementation.
 class BothPages {
 public:
     explicit BothPages(const ORVRasterOptions& options = {}) : page_(kWidth, kHeight, options) {}
@@ -87,7 +87,7 @@ public:
         EXPECT_EQ(page_.Get().EndMask(), 1);
         plain_.EndMask();
     }
-    /// @param tolerance  of a channel, in levels of 255
+    /// @param tolerance  per channel, in levels of 8 bits
     void ExpectEqual(double tolerance, const std::string& what) {
         page_.Finish();
         double farthest = 0.0;
@@ -113,7 +113,7 @@ private:
     PlainPage plain_{kWidth, kHeight};
 };
 
-/// Draws some shapes in layers, clips and masks within each other.
+/// Draws random shapes in nested layers, clips and masks.
 class RandomDrawing {
 public:
     RandomDrawing(unsigned int seed, std::vector<Blend> modes) : random_(seed), modes_(std::move(modes)) {}
@@ -212,7 +212,7 @@ TEST(RasterLayersTest, DrawingsLookLikeTheSlowPage) {
 }
 
 TEST(RasterLayersTest, DrawingsWithModesLookLikeTheSlowPage) {
-    // The other modes have steps, where rounding makes any difference.
+    // The other modes have discontinuities, where rounding errors become large differences.
     const std::vector<Blend> modes{Blend::kNormal,     Blend::kMultiply,  Blend::kScreen,
                                    Blend::kDarken,     Blend::kLighten,   Blend::kOverlay,
                                    Blend::kDifference, Blend::kExclusion, Blend::kHardLight};
@@ -250,7 +250,7 @@ struct IsolationCase {
     const char* name;
     bool isIsolated;
     double opacity;
-    unsigned int colour;  // of cyan multiplied with what it sees, on yellow paper
+    unsigned int colour;  // cyan multiplied with its backdrop, on yellow paper
 };
 class RasterIsolationTest : public testing::TestWithParam<IsolationCase> {};
 TEST_P(RasterIsolationTest, DecidesWhatBlendModesSee) {
@@ -281,8 +281,8 @@ TEST(RasterLayersTest, InGreyHaveTheModesOfTheirColours) {
     EXPECT_EQ(page.Get().EndLayer(), 1);
     const PixelSink::Pixels& pixels = page.Finish();
     EXPECT_EQ(pixels.page.pixels, RasterPixels::kGrey);
-    EXPECT_EQ(pixels.bytes[2], 149);  // green
-    EXPECT_EQ(pixels.bytes[7], 178);  // cyan
+    EXPECT_EQ(pixels.bytes[2], 149);  // the grey of green
+    EXPECT_EQ(pixels.bytes[7], 178);  // the grey of cyan
 }
 
 TEST(RasterLayersTest, WithoutContentLeaveThePageBlank) {
@@ -318,9 +318,9 @@ TEST_P(RasterMaskTest, ShowsByItsColour) {
     EXPECT_EQ(FillRectangle(page.Get(), 0.0, 0.0, 30.0, 10.0), 1);
     EXPECT_EQ(page.Get().EndLayer(), 1);
     page.Finish();
-    EXPECT_EQ(page.Ink(5, 5), 0);  // no mask
+    EXPECT_EQ(page.Ink(5, 5), 0);  // the mask is empty here
     EXPECT_NEAR(page.Ink(15, 5), GetParam().shown * 255.0, 0.6);
-    EXPECT_EQ(page.Ink(25, 5), 0);  // outside of the mask's box
+    EXPECT_EQ(page.Ink(25, 5), 0);  // outside the mask's box
 }
 INSTANTIATE_TEST_SUITE_P(
     Raster, RasterMaskTest,
@@ -355,7 +355,8 @@ TEST(RasterMasksTest, WithoutContentHideAll) {
 // ---- Clips ------------------------------------------------------------------------------------------------
 
 TEST(RasterClipPathsTest, NestToAnyDepth) {
-    // More than are kept apart, each turned a little; in turns with shapes that only the outer ones cut off.
+    // More clips than are stored separately, each turned a little, with shapes before and after the inner
+    // ones.
     BothPages pages;
     RandomDrawing random(5, {Blend::kNormal});
     ORVPrintPath path;
@@ -380,7 +381,7 @@ TEST(RasterClipPathsTest, NestToAnyDepth) {
 
 // ---- Bands, threads, limits -------------------------------------------------------------------------------
 
-/// Hands the calls of a random drawing to a generator.
+/// Passes the calls of a random drawing to a generator.
 class OnePage {
 public:
     explicit OnePage(ORVPrintGenerator& generator) : generator_(generator) {}
@@ -434,7 +435,7 @@ TEST(RasterLayersTest, BandsAndThreadsDoNotShow) {
 }
 
 TEST(RasterLayersTest, SoDeepThatFewRowsFitLookTheSame) {
-    // The deeper drawing is painted a few rows at a time.
+    // The deeper drawing is painted a few rows at a time, because its layers take so much memory.
     const auto draw = [](int depth) {
         PixelPage page(2000.0, 60.0);
         const ORVPrintLayer half = LayerOf(128.0 / 255.0);
@@ -454,7 +455,7 @@ TEST(RasterLayersTest, SoDeepThatFewRowsFitLookTheSame) {
     EXPECT_EQ(draw(0) == draw(200), true);
 }
 
-/// Nests layers over all of a page. @return the status of its end
+/// Nests layers that cover the page. @return the status of EndPage
 int NestLayers(int depth, std::uint64_t limit, double side) {
     ORVRasterOptions options;
     options.paintLimit = limit;

@@ -181,7 +181,7 @@ void PlainPage::EndLayer() {
         if (group <= 0.0) continue;
         const Pixel &last = ended.seen[i], &first = ended.before[i];
         PlainColour colour;
-        // What lies below is taken out again.
+        // Removes the backdrop from the colour.
         for (std::size_t k = 0; k < 3; ++k)
             colour.rgb[k] = std::clamp(
                 last.rgb[k] + (last.rgb[k] - first.rgb[k]) * (first.opacity / group - first.opacity), 0.0,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Images and patterns of images as pixels.
+// Images and pattern fills as pixels.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ TEST(ORVRasterGeneratorTest, ImagesPixelByPixelAreExact) {
         rgba[i] = i % 4 == 3 ? 255 : static_cast<std::uint8_t>(random());
     const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(16, 16, rgba));
     PixelPage page(20.0, 20.0);
-    EXPECT_EQ(page.Get().DrawImage({*image, {0.0, 16.0, 16.0, 0.0, 2.0, 2.0}}), 1);  // turned about
+    EXPECT_EQ(page.Get().DrawImage({*image, {0.0, 16.0, 16.0, 0.0, 2.0, 2.0}}), 1);  // rows become columns
     page.Finish();
     for (std::size_t y = 0; y < 16; ++y)
         for (std::size_t x = 0; x < 16; ++x) {
@@ -45,7 +45,7 @@ TEST(ORVRasterGeneratorTest, ImagesPixelByPixelAreExact) {
 }
 
 TEST(ORVRasterGeneratorTest, SmallerImagesAreAverages) {
-    // A board of black and white squares of one pixel becomes an even grey, at any size.
+    // A checkerboard of single pixels becomes an even grey at any size.
     std::vector<std::uint8_t> rgba;
     for (int i = 0; i < 120 * 120; ++i) {
         const auto value = static_cast<std::uint8_t>((i % 120 + i / 120) % 2 == 0 ? 0 : 255);
@@ -74,7 +74,7 @@ TEST(ORVRasterGeneratorTest, LargerImagesAreSmooth) {
     EXPECT_NEAR(page.Ink(20, 5), 124, 3);
 }
 
-/// The channel of an image's colour at a place: what the four samples around it mix to.
+/// Returns a channel of the image's colour at a point, interpolated between the four samples around it.
 double MixedSample(const std::vector<std::uint8_t>& rgba, int width, int height, double x, double y,
                    std::size_t channel) {
     x = std::clamp(x - 0.5, 0.0, width - 1.0);
@@ -110,7 +110,7 @@ TEST(ORVRasterGeneratorTest, StretchedImagesMixTheirFourNeighbours) {
                 if (!isInside) continue;
                 const double expected =
                     MixedSample(rgba, width, height, place.x * width, place.y * height, 0);
-                // Places are told apart in 256ths of the way to the next sample.
+                // The position between two samples is resolved to 1/256.
                 EXPECT_NEAR(page.Colour(x, y) >> 16U, expected, 2.5)
                     << width << "x" << height << " at " << x << ", " << y;
             }
@@ -118,7 +118,7 @@ TEST(ORVRasterGeneratorTest, StretchedImagesMixTheirFourNeighbours) {
 }
 
 TEST(ORVRasterGeneratorTest, TransparentImagesBlendWithoutFringes) {
-    // What is transparent has another colour, which must not show.
+    // The transparent pixel has another colour, which must not show.
     const std::vector<std::uint8_t> rgba{255, 0, 0, 255, 0, 255, 0, 0};
     const ORVRef<ORVPixelImage> image(ORVPixelImage::CreateFromPixels(2, 1, rgba));
     PixelPage page(40.0, 10.0);

@@ -34,7 +34,7 @@ TEST(ORVRasterGeneratorTest, TextIsFilledStrokedAndClipped) {
     EXPECT_EQ(InkOfText(layout, &fill, nullptr, &around), filled);
     const ORVPrintPath elsewhere = RectanglePath(0.0, 0.0, 100.0, 5.0);
     EXPECT_EQ(InkOfText(layout, &fill, nullptr, &elsewhere), 0.0);
-    // Two halves make the whole, along a slanted line, too.
+    // Two clips that share a slanted edge add up to the whole text.
     ORVPrintPath upper, lower;
     upper.MoveTo({0.0, 0.0});
     upper.LineTo({100.0, 0.0});
@@ -52,7 +52,7 @@ TEST(ORVRasterGeneratorTest, TextIsFilledStrokedAndClipped) {
 }
 
 TEST(ORVRasterGeneratorTest, GlyphsLieWhereTheirOutlinesDo) {
-    // Glyph by glyph from the store, or as an outline of their own: the same ink.
+    // Stored glyphs and glyphs drawn as outlines give the same pixels.
     ORVTextStyle style;
     style.height = 20.0;
     ORVTextLayout layout = ORVLayoutText("Sage&", style);
@@ -67,7 +67,7 @@ TEST(ORVRasterGeneratorTest, GlyphsLieWhereTheirOutlinesDo) {
         return page.Finish().bytes;
     };
     const std::vector<std::uint8_t> usual = draw(1.0);
-    // A size that is no longer kept as a glyph, scaled back.
+    // Glyphs of this size are not stored; the transform scales them back.
     for (ORVGlyphRun& run : layout.runs) {
         run.size *= 4096.0;
         for (ORVGlyph& glyph : run.glyphs) glyph.x *= 4096.0, glyph.y *= 4096.0;
@@ -83,7 +83,7 @@ TEST(ORVRasterGeneratorTest, GlyphsLargerThanAnyPageAreDrawn) {
     const ORVTextLayout layout = ORVLayoutText("H", style);
     PixelPage page(50.0, 50.0);
     const ORVPrintFill fill;
-    // The left stem of the letter lies on the page.
+    // The left stem of the letter covers the page.
     EXPECT_EQ(page.Get().DrawText(
                   {layout, "H", {1.0, 0.0, 0.0, -1.0, -120'000.0, 300'000.0}, &fill, nullptr, nullptr}),
               1);
@@ -101,7 +101,7 @@ TEST(ORVRasterGeneratorTest, SyntheticBoldIsOneInk) {
     const double bold = InkOfText(layout, &fill, nullptr);
     EXPECT_GT(bold, plain * 1.1);
     EXPECT_LT(bold, plain * 1.8);
-    // Where a glyph and its line overlap, transparency shows once only.
+    // Where a glyph and the outline that thickens it overlap, the ink must not be darker.
     fill.colour.opacity = 51;
     EXPECT_NEAR(InkOfText(layout, &fill, nullptr), bold / 5.0, bold * 0.01);
     PixelPage page(100.0, 40.0);

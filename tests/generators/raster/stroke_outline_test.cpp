@@ -26,7 +26,7 @@ ORVPrintPath Line(std::initializer_list<ORVMathPoint2D> points, bool closed = fa
     return path;
 }
 
-/// A circle of four curves.
+/// Makes a circle of four curves.
 ORVPrintPath Circle(double x, double y, double r) {
     constexpr double k = 0.5522847498;
     ORVPrintPath path;
@@ -61,13 +61,13 @@ struct AreaCase {
     const char* name;
     ORVPrintPath path;
     ORVPrintStroke stroke;
-    double area;  // pixels
+    double area;  // in pixels
 };
 class StrokeAreaTest : public testing::TestWithParam<AreaCase> {};
 TEST_P(StrokeAreaTest, IsThatOfTheLine) {
     const AreaCase& row = GetParam();
     EXPECT_NEAR(InkOf(row.path, row.stroke), row.area, 0.3 + row.area * 0.003);
-    // Mirrored and turned, it is the same line.
+    // Mirrored or with its axes swapped, the line has the same area.
     EXPECT_NEAR(InkOf(row.path, row.stroke, {-1.0, 0.0, 0.0, 1.0, 100.0, 0.0}), row.area,
                 0.3 + row.area * 0.003);
     EXPECT_NEAR(InkOf(row.path, row.stroke, {0.0, 1.0, 1.0, 0.0, 0.0, 0.0}), row.area,
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
                     AreaCase{"Closed", Line({{20, 20}, {70, 20}, {70, 70}, {20, 70}}, true), Pen(10), 2000},
                     AreaCase{"ClosedRound", Line({{20, 20}, {70, 20}, {70, 70}, {20, 70}}, true),
                              Pen(10, Cap::kButt, Join::kRound), 2000 - 100 + kPi * 25},
-                    // A full turn: the overlap counts once.
+                    // The line turns back: the overlap counts once.
                     AreaCase{"ThereAndBack", Line({{20, 50}, {60, 50}, {20, 50}}), Pen(10), 400},
                     AreaCase{"ThereAndBackRound", Line({{20, 50}, {60, 50}, {20, 50}}),
                              Pen(10, Cap::kButt, Join::kRound), 400 + kPi * 12.5},
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
     kNameOfRow);
 
 TEST(StrokeTest, MitersEndAtTheirLimit) {
-    // A corner of 30 degrees: its miter is 3.86 times the width.
+    // The miter of a corner of 30 degrees is 3.86 times as long as the line is wide.
     const double angle = 30.0 * kPi / 180.0;
     const auto path = Line({{80, 50}, {30, 50}, {30 + 50 * std::cos(angle), 50 - 50 * std::sin(angle)}});
     ORVPrintStroke stroke = Pen(6);
@@ -112,7 +112,7 @@ TEST(StrokeTest, MitersEndAtTheirLimit) {
     const double without = InkOf(path, stroke);
     stroke.join = Join::kBevel;
     EXPECT_NEAR(InkOf(path, stroke), without, 0.01);
-    // The tip: a triangle on the bevel.
+    // The tip of the miter is a triangle on the bevel.
     const double bevel = 6.0 * std::cos(angle / 2.0),
                  height = 3.0 / std::sin(angle / 2.0) - 3.0 * std::sin(angle / 2.0);
     EXPECT_NEAR(with - without, bevel * height / 2.0, 0.3);
@@ -125,16 +125,16 @@ TEST(StrokeTest, CutMitersEndOnALineAtTheirLimit) {
     const double whole = InkOf(path, stroke);
     stroke.join = Join::kMiterClip;
     stroke.miterLimit = 4.0;
-    EXPECT_NEAR(InkOf(path, stroke), whole, 0.01);  // within the limit
-    // Of the tip, which is a triangle, so much lies beyond the limit.
+    EXPECT_NEAR(InkOf(path, stroke), whole, 0.01);  // the miter is within the limit
+    // The part of the tip beyond the limit, itself a triangle, is cut off.
     stroke.miterLimit = 2.0;
     const double beyond = half / std::sin(angle / 2.0) - 2.0 * half;
     EXPECT_NEAR(whole - InkOf(path, stroke), beyond * beyond * std::tan(angle / 2.0), 0.3);
-    // The same under a map that turns the line's sense.
+    // The same under a transform that mirrors the line.
     EXPECT_NEAR(InkOf(path, stroke, {-1.0, 0.0, 0.0, 1.0, 100.0, 0.0}), InkOf(path, stroke), 0.2);
 }
 
-/// Ink outside the lower right quarter of the page, in pixels.
+/// Returns the ink outside the lower right quarter of the page, in pixels.
 double InkOutsideQuarter(const ORVPrintPath& path, const ORVPrintStroke& stroke, const ORVMathAffine2D& map) {
     PixelPage page(100.0, 100.0);
     EXPECT_EQ(page.Get().DrawShape({path, map, nullptr, &stroke}), 1);
@@ -157,7 +157,7 @@ TEST(StrokeTest, ExactEndsArePerpendicularToCurves) {
     stroke.isExact = true;
     EXPECT_LT(InkOutsideQuarter(arc, stroke, {}), 0.2);
 
-    // A dash from the middle of a curve to that of the next; the page is turned by an eighth.
+    // A dash from the middle of a curve to the middle of the next one, on a page turned by 45 degrees.
     const double dashes[] = {kQuarter, 3.0 * kQuarter};
     stroke.dashes = dashes;
     stroke.dashOffset = 3.5 * kQuarter;
@@ -168,7 +168,7 @@ TEST(StrokeTest, ExactEndsArePerpendicularToCurves) {
 }
 
 TEST(StrokeTest, ExactJoinsFollowTheTangents) {
-    // The arc is so tight that its last piece turns by several degrees; the line goes on in its direction.
+    // The arc is so tight that its last piece turns by several degrees; the line continues along its tangent.
     constexpr double k = 0.5522847498 * 10.0;
     ORVPrintPath path;
     path.MoveTo({40, 40});
@@ -205,12 +205,13 @@ TEST(StrokeTest, CrispLinesAreAtLeastAPixelWide) {
 }
 
 TEST(StrokeTest, MapsSqueezeThePen) {
-    // Twice as wide as high: lines along x are 2 pixels, lines along y 8 pixels wide.
+    // The pen becomes four times as wide as high: horizontal lines are 2 pixels wide, vertical lines 8
+    // pixels.
     const ORVMathAffine2D map{4.0, 0.0, 0.0, 1.0, 0.0, 0.0};
     EXPECT_NEAR(InkOf(Line({{5, 50}, {15, 50}}), Pen(2), map), 40 * 2, 0.3);
     EXPECT_NEAR(InkOf(Line({{10, 20}, {10, 60}}), Pen(2), map), 40 * 8, 0.3);
     EXPECT_NEAR(InkOf(Line({{10, 50}, {10, 50}}), Pen(4, Cap::kRound), map), kPi * 2 * 8, 0.5);
-    // A slanted map keeps areas here.
+    // This skew preserves areas.
     EXPECT_NEAR(InkOf(Circle(40, 50, 20), Pen(6), {1.0, 0.3, 0.0, 1.0, 0.0, 0.0}), kPi * (23 * 23 - 17 * 17),
                 3.0);
 }
@@ -239,14 +240,14 @@ TEST(StrokeTest, DashesGoAroundCorners) {
     page.Finish();
     EXPECT_EQ(page.Ink(19, 10), 255);
     EXPECT_EQ(page.Ink(22, 10), 0);
-    EXPECT_EQ(page.Ink(30, 9), 255);   // the miter of the second dash's corner
-    EXPECT_EQ(page.Ink(30, 14), 255);  // which ends 25 along the line
+    EXPECT_EQ(page.Ink(30, 9), 255);   // the miter of the corner within the second dash
+    EXPECT_EQ(page.Ink(30, 14), 255);  // the second dash ends 25 along the line
     EXPECT_EQ(page.Ink(30, 17), 0);
     EXPECT_EQ(page.Ink(30, 22), 255);
 }
 
 TEST(StrokeTest, DashesOfClosedLinesMeet) {
-    // A square of 80 with dashes that end in the middle of one: it goes on as the first one, with a join.
+    // The perimeter is 80, so the path ends within a dash, which continues as the first one, with a join.
     const double dashes[]{10.0, 5.0};
     ORVPrintStroke stroke = Pen(4);
     stroke.dashes = dashes;
@@ -256,7 +257,7 @@ TEST(StrokeTest, DashesOfClosedLinesMeet) {
         1);
     page.Finish();
     EXPECT_EQ(page.Ink(8, 8), 255);
-    // All of it one dash: like a solid line.
+    // A single dash covers all of it, like a solid line.
     const double longDashes[]{1000.0, 5.0};
     stroke.dashes = longDashes;
     EXPECT_NEAR(InkOf(Line({{10, 10}, {30, 10}, {30, 30}, {10, 30}}, true), stroke), 80 * 4, 0.3);
@@ -274,9 +275,9 @@ TEST(StrokeTest, DashesWithoutLengthAreDots) {
 TEST(StrokeTest, MillionsOfDashesAreBounded) {
     const double fine[]{1e-9, 1e-9}, small[]{0.1, 0.1};
     ORVPrintStroke stroke = Pen(2);
-    stroke.dashes = fine;  // too fine to be seen: solid
+    stroke.dashes = fine;  // too fine to be visible: solid
     EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), stroke), 80, 0.3);
-    stroke.dashes = small;  // what is off the page is not made
+    stroke.dashes = small;  // only dashes on the page are made
     EXPECT_NEAR(InkOf(Line({{-1e6, 20}, {1e6, 20}}), stroke), 100, 2.0);
     EXPECT_GT(InkOf(Line({{-1e12, 20}, {1e12, 20}}), stroke), 50.0);
 }
@@ -293,8 +294,7 @@ TEST(StrokeTest, GapsThatCapsCoverAreNotSeen) {
                 inkOf(Line({{10, 50}, {87.9, 50}}), Cap::kRound, Join::kMiter, {}), 0.1);
     EXPECT_NEAR(inkOf(straight, Cap::kSquare, Join::kMiter, wide),
                 inkOf(Line({{10, 50}, {86, 50}}), Cap::kSquare, Join::kMiter, {}), 0.1);
-    // Those that show stay: between round caps, between dashes farther apart than caps reach, and without
-    // caps.
+    // Visible gaps remain: between round caps, between dashes whose caps do not meet, and without caps.
     EXPECT_LT(inkOf(straight, Cap::kRound, Join::kMiter, wider),
               inkOf(Line({{10, 50}, {78, 50}}), Cap::kRound, Join::kMiter, {}) - 5.0);
     EXPECT_NEAR(inkOf(straight, Cap::kSquare, Join::kMiter, longGaps), 2 * 23 * 20, 1.0);
@@ -307,7 +307,7 @@ TEST(StrokeTest, GapsThatCapsCoverAreNotSeen) {
 }
 
 TEST(StrokeTest, DashesOfWideLinesAreCutWhereTheyShow) {
-    // A line far wider than the page: each dash is a strip across it.
+    // A line far wider than the page: each dash is a strip across the page.
     const double dashes[]{10.0, 10.0};
     ORVPrintStroke stroke = Pen(4000);
     stroke.dashes = dashes;
@@ -316,7 +316,8 @@ TEST(StrokeTest, DashesOfWideLinesAreCutWhereTheyShow) {
 }
 
 TEST(StrokeTest, SquareCapsReachTheirCorners) {
-    // The corner of a cap lies farther off than half the width: bands that only it touches show it.
+    // The corner of a cap is farther from the line's end than half the width. Bands that only the corner
+    // touches must show it.
     std::vector<std::uint8_t> expected;
     for (const int rows : {100, 1}) {
         ORVRasterOptions options;
@@ -341,7 +342,7 @@ TEST(StrokeTest, ThinLinesStayVisible) {
         const double length = std::hypot(30.0, 25.0);
         EXPECT_NEAR(page.TotalInk(), length * std::max(width, 0.25), 0.5) << width;
     }
-    // As good as none: the thinnest line there is.
+    // A width of practically zero gives a line of one pixel.
     EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-9)), 40.0, 0.3);
     EXPECT_NEAR(InkOf(Line({{10, 20}, {50, 20}}), Pen(1e-300)), 40.0, 0.3);
 }
@@ -399,11 +400,11 @@ TEST(StrokeTest, HugeNumbersDoNoHarm) {
                 stroke.join = Join::kMiter;
                 InkOf(Circle(1e200, 1e200, 1e200), stroke, ORVMathAffine2D::Scaling(1.0, scale));
             }
-    // An endless line through the page is seen.
+    // A practically endless line across the page is drawn.
     EXPECT_NEAR(InkOf(Line({{-1e12, 50}, {1e12, 50}}), Pen(10)), 1000, 1.0);
 }
 
-/// The same outline with many points on each of its lines, so that it is drawn in pieces.
+/// Returns the same outline with many points added to each line, so that it is drawn in pieces.
 ORVPrintPath WithPointsBetween(std::span<const ORVMathPoint2D> corners, bool closed, int pieces) {
     ORVPrintPath path;
     path.MoveTo(corners[0]);
@@ -442,7 +443,7 @@ TEST_P(LongDashedLineTest, LooksLikeItsCorners) {
         int most = 0;
         for (std::size_t i = 0; i < expected.size(); ++i)
             most = std::max(most, std::abs(pixels.bytes[i] - expected[i]));
-        EXPECT_LE(most, 6) << pieces;  // points in between are rounded
+        EXPECT_LE(most, 6) << pieces;  // the added points are rounded
     }
 }
 INSTANTIATE_TEST_SUITE_P(
@@ -454,15 +455,15 @@ INSTANTIATE_TEST_SUITE_P(
                     LongDashCase{"LongDashes", Cap::kButt, Join::kMiter, {250, 31}, false},
                     LongDashCase{"HiddenGaps", Cap::kRound, Join::kRound, {5, 0.3}, false},
                     LongDashCase{"ClosedInAGap", Cap::kButt, Join::kMiter, {11, 7}, true},
-                    // The last dash goes on as the first one, around a corner.
+                    // The last dash continues as the first one, around a corner.
                     LongDashCase{"ClosedInADash", Cap::kButt, Join::kMiter, {100, 7}, true},
                     LongDashCase{"ClosedRound", Cap::kRound, Join::kMiter, {60, 13}, true},
                     LongDashCase{"ClosedInOneDash", Cap::kButt, Join::kMiter, {10000, 1}, true}),
     kNameOfRow);
 
 TEST(StrokeTest, LongDashedLinesAreNotCutAnewForEachBand) {
-    // A winding line down the page, drawn row by row. What it may take is a hundredth of all points times
-    // all rows.
+    // A zigzag line down the page, drawn row by row. Cutting all of it into dashes again for each row would
+    // exceed the limit.
     ORVRasterOptions options;
     options.bandRows = 1;
     options.paintLimit = 100'000'000;
@@ -481,7 +482,7 @@ TEST(StrokeTest, LongDashedLinesAreNotCutAnewForEachBand) {
 }
 
 TEST(StrokeTest, LongLinesAreDrawnInPiecesWithoutSeams) {
-    // More corners than a piece has; with bands of any height, the same.
+    // More corners than a piece has. The height of the bands must not matter.
     std::vector<std::uint8_t> expected;
     for (const int rows : {200, 1, 16}) {
         ORVRasterOptions options;
