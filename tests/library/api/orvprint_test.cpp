@@ -58,7 +58,7 @@ protected:
         options.push_back(nullptr);
         return orvprint_open_file(document_.get(), path.c_str(), options.data());
     }
-    /// The output of rendering; empty after a failure.
+    /// Returns the rendered output; empty after a failure.
     std::string Render(Pairs options) {
         options.push_back(nullptr);
         std::string bytes;
@@ -156,7 +156,7 @@ TEST_F(LibraryTest, EveryWayInAndOutGivesTheSameBytes) {
     const int descriptor = open(PathOf("b").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
     const Pairs options{"format", "png", nullptr};
     EXPECT_EQ(orvprint_render_descriptor(Get(), descriptor, options.data()), ORVPRINT_OK);
-    EXPECT_EQ(close(descriptor), 0);  // it stays open
+    EXPECT_EQ(close(descriptor), 0);  // the library has not closed it
     EXPECT_EQ(ReadAll(PathOf("b")), expected);
 }
 
@@ -204,7 +204,7 @@ TEST_P(BadOptionTest, OfRenderingIsNamed) {
     EXPECT_EQ(result_, ORVPRINT_ERROR_USAGE);
     EXPECT_EQ(orvprint_error(Get()), ORVPRINT_ERROR_USAGE);
     EXPECT_THAT(Error(), HasSubstr(GetParam().error));
-    EXPECT_NE(Render({"format", "pdf"}), "");  // no state is left behind
+    EXPECT_NE(Render({"format", "pdf"}), "");  // the error leaves no state behind
     EXPECT_EQ(Error(), "");
 }
 

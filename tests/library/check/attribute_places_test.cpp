@@ -14,7 +14,7 @@ struct PlaceCase {
     std::string document;
     std::uint64_t offset;
     const char* attribute;
-    std::uint32_t line, column;  // for an element at 3:4
+    std::uint32_t line, column;  // expected for an element at 3:4
 };
 class AttributePlaceTest : public testing::TestWithParam<PlaceCase> {};
 

@@ -11,7 +11,7 @@
 #include "platform/xml/ORVLightXml.h"
 #include "platform/xml/ORVXmlFragments.h"
 
-/// The findings in a document given as text, which may read files from the folder of `path`.
+/// Returns the findings in a document given as text. The document may read files from the folder of `path`.
 inline Findings CheckText(const std::string& text, const std::string& path = {}, bool hasFragments = false) {
     ORVLightXmlParser parser;
     ORVLightXmlElement root;
@@ -33,7 +33,7 @@ inline Findings CheckText(const std::string& text, const std::string& path = {},
     return findings;
 }
 
-/// The names of the kinds found, with their counts: "gradient, mask x2".
+/// Returns the names of the kinds found, with counts above 1: "gradient, mask x2".
 inline std::string KindsOf(const Findings& findings) {
     std::string kinds;
     for (const FindingKind& kind : GetFindingKinds()) {
@@ -46,7 +46,7 @@ inline std::string KindsOf(const Findings& findings) {
     return kinds;
 }
 
-/// A drawing of 200 x 100 user units with the given content and a default font.
+/// Returns a drawing of 200 x 100 user units with the given content and a default font.
 inline std::string CheckedDrawing(const std::string& content) {
     return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='200' "
            "height='100' font-family='sans-serif'>" +

@@ -346,7 +346,7 @@ TEST(DocumentCheckTest, ForeignNamesAreCountedOnly) {
     EXPECT_EQ(findings.GetForeignCount(), 3U);
 }
 
-// An image of two by two pixels: differences below 2 % are invisible.
+// The image has 2 x 2 pixels. Distortions below 2 % are invisible and not reported.
 TEST(DocumentCheckTest, PicturesOfAnotherShapeAreStretched) {
     const ScratchFolder folder;
     std::ofstream(folder.Path() / "here.png", std::ios::binary) << SamplePng(2, 2);

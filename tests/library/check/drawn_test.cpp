@@ -10,8 +10,8 @@
 #include "tests/support/built_model.h"
 #include "tests/support/named_rows.h"
 
-// The check of paint must match the output: it reports a finding exactly if a shape is filled or stroked
-// differently from SVG.
+// The check of paint must match the output: it reports a finding if, and only if, a shape is filled or
+// stroked differently from SVG.
 
 namespace {
 

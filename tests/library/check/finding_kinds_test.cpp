@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// For every kind of finding, a minimal document that has it and a corrected version.
+// Each kind of finding: a minimal document that has it, and a corrected version that has not.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,6 @@ namespace {
 
 using enum FindingCode;
 
-// A kind of finding, a minimal document that has it, and a corrected version.
 struct KindCase {
     FindingCode code;
     const char* wrong;
@@ -29,7 +28,7 @@ struct KindCase {
     }
 };
 
-// A whole document if it starts with "<svg", else the content of a drawing.
+// Whole documents if they start with "<svg"; otherwise, the content of a drawing.
 const KindCase kKindCases[] = {
     {kUnknownElement, "<blink/>", "<g/>"},
     {kPrefixedElement, "<s:rect xmlns:s='http://www.w3.org/2000/svg'/>", "<s:rect xmlns:s='urn:editor'/>"},

@@ -143,7 +143,7 @@ TEST(ValueChecksTest, ALineHas255DashesAtMost) {
     }
 }
 
-// Every property that is applied accepts some value and rejects nonsense, so that none is forgotten.
+// Every property with an effect accepts "inherit" and rejects nonsense. This shows that none lacks a check.
 TEST(ValueChecksTest, PropertiesTakeNoNonsense) {
     ValueChecks checks;
     for (const PropertyRow& row : GetProperties()) {

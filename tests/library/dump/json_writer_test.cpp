@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A text as written to JSON.
+/// Returns a text as written to JSON.
 std::string Written(const std::string& text, bool isInMarkup = false) {
     std::FILE* file = std::tmpfile();
     if (!file) return "no file";

@@ -36,7 +36,7 @@ constexpr std::array kTexts{
     TextRow{"C:\\plan \"3\"", "C:\\plan \"3\""},
     TextRow{"H\u00f6he \u6f22\u5b57 \u0e01\u0e33 \U0001F600",
             "H\u00f6he \u6f22\u5b57 \u0e01\u0e33 \U0001F600"},
-    TextRow{"\u0646\u0645\u06cc\u200c\u062e\u0648\u0627\u0647\u0645",  // contains a joiner that Persian needs
+    TextRow{"\u0646\u0645\u06cc\u200c\u062e\u0648\u0627\u0647\u0645",  // Persian needs its non-joiner U+200C
             "\u0646\u0645\u06cc\u200c\u062e\u0648\u0627\u0647\u0645"},
     TextRow{"a\nb\rc\td", "a\\nb\\rc\\td"},
     TextRow{"\x1b[2J\x07", "\\x1b[2J\\x07"},
@@ -85,12 +85,12 @@ TEST(PrintableTextTest, LongLinesComeWhole) {
     EXPECT_EQ(written, expected + "\n");
 }
 
-// ---- the command ----
+// ---- Output of the command ----
 
 constexpr std::string_view kEvil = "e\x1b[2J\u202e\u009bm\xff\x7f\n!";
 constexpr std::string_view kShown = "e\\x1b[2J\\u202e\\u009bm\\xff\\x7f\\n!";
 
-/// Whether it can be sent to a terminal unchanged.
+/// Returns success if the text can be sent to a terminal unchanged.
 testing::AssertionResult IsHarmless(std::string_view text) {
     while (!text.empty()) {
         char32_t character = 0;
@@ -106,7 +106,7 @@ testing::AssertionResult IsHarmless(std::string_view text) {
 
 class EscapedOutputTest : public ToolTest {
 protected:
-    // XML forbids all controls below U+0020 except white space; the others can occur.
+    // XML forbids control characters below U+0020 except white space; other control characters can occur.
     static constexpr std::string_view kEvilText = "e\u202e\u009bm\x7f\ufeff";
     static constexpr std::string_view kShownText = "e\\u202e\\u009bm\\x7f\\ufeff";
 
@@ -175,7 +175,7 @@ TEST_F(EscapedOutputTest, TheTimeLimitNamesTheWholeInputEvenWhenItsNameIsLong) {
 
 bool IsOfName(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
-// Output that bypasses the escaping would go unnoticed without such names.
+// Output elsewhere would not be escaped, and only hostile names would reveal it.
 TEST(EscapedOutputSourcesTest, TextGoesOutInOnePlace) {
     const std::array kWays{"printf(", "fprintf(", "fputs(",    "puts(",     "fputc(",   "putchar(",
                            "fwrite(", "perror(",  "std::cout", "std::cerr", "std::clog"};
