@@ -146,16 +146,17 @@ TEST_P(FilterBlendWholeTest, LooksAtWholeColours) {
         OnePixel({0.8, 0.5, 0.1, 1.0}), OnePixel({0.2, 0.6, 0.4, 1.0}), GetParam().mode, {0, 0, 1, 1});
     ExpectPixels(mixed, {0, 0, 1, 1}, 4.0, [](int, int) { return GetParam().result; });
 }
-INSTANTIATE_TEST_SUITE_P(Filter, FilterBlendWholeTest,
-                         testing::Values(
-                             // (0.4, 4/7 * 0.4, 0) has luminosity 0.254857: raised by 0.203143.
-                             WholeColourCase{"Hue", Mode::kHue, {0.603143, 0.431714, 0.203143, 1.0}},
-                             // (0, 0.7, 0.35) has luminosity 0.4515: raised by 0.0065.
-                             WholeColourCase{"Saturation", Mode::kSaturation, {0.0065, 0.7065, 0.3565, 1.0}},
-                             // Lowered by 0.088. No channel becomes negative, so none is clipped.
-                             WholeColourCase{"Colour", Mode::kColour, {0.712, 0.412, 0.012, 1.0}},
-                             WholeColourCase{"Luminosity", Mode::kLuminosity, {0.288, 0.688, 0.488, 1.0}}),
-                         kNameOfRow);
+INSTANTIATE_TEST_SUITE_P(
+    Filter, FilterBlendWholeTest,
+    testing::Values(
+        // (0.4, 4/7 * 0.4, 0) has luminosity 0.254857: raised by 0.203143.
+        WholeColourCase{"Hue", Mode::kHue, {0.603143, 0.431714, 0.203143, 1.0}},
+        // (0, 0.7, 0.35) has luminosity 0.4515: raised by 0.0065.
+        WholeColourCase{"Saturation", Mode::kSaturation, {0.0065, 0.7065, 0.3565, 1.0}},
+        // Lowered by 0.088. No channel becomes negative, so none has to be clipped to the valid range.
+        WholeColourCase{"Colour", Mode::kColour, {0.712, 0.412, 0.012, 1.0}},
+        WholeColourCase{"Luminosity", Mode::kLuminosity, {0.288, 0.688, 0.488, 1.0}}),
+    kNameOfRow);
 
 // ---- Other operations -------------------------------------------------------------------------------------
 
