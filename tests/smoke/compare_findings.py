@@ -1,18 +1,18 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Holds the check to its word: where a page differs from what other programs show, something must be found.
+"""Verifies the check: if a page differs from what other programs show, the check must have a finding.
 
     tests/smoke/compare_findings.py --tool build/release/bin/orvprint FOLDER|FILE...
 
 Draws each document with the command, with librsvg and, where its package for node is installed (see ./dev bench),
-with resvg, all at the same number of pixels: a unit is 1/90 inch here and 1/96 inch elsewhere, and the difference is
-of no account. A pixel counts when it differs from all other programs that show the document, while these agree with
-each other; what differs by the edges of shapes only does not. Then it asks the check, and lists
+with resvg, all with the same number of pixels, because a unit is 1/90 inch here and 1/96 inch elsewhere. A pixel counts
+as different if it differs from all other programs that draw the document, and if these agree with each other.
+Differences at the edges of shapes do not count. Then it runs the check and lists
 
-    silent  documents that differ although nothing is found
-    noisy   documents in which something is found although nothing differs
+    silent  documents that differ although the check has no finding
+    noisy   documents that do not differ although the check has a finding
 
-Ends with 1 when there are silent ones; documents in known_differences.txt are not. Needs python3-numpy and python3-pil.
+Exits with 1 if there are silent documents, except those in known_differences.txt. Needs python3-numpy and python3-pil.
 """
 
 import argparse
@@ -35,9 +35,9 @@ RESVG = HERE.parent.parent / "build/bench/node/node_modules/@resvg/resvg-js"
 LONGEST_SIDE = 400  # pixels
 UNITS_PER_INCH = 90
 PATIENCE = 60       # seconds
-REACH = 5           # pixels on a side in which a colour may have moved
-CONTRAST = 40       # of 255: less is a matter of rounding
-# What is told of fonts depends on those that are installed, and is so in every program.
+REACH = 5           # side, in pixels, of the square in which a colour may have moved
+CONTRAST = 40       # of 255: smaller differences are due to rounding
+# These findings depend on the installed fonts, and so do the pages of the other programs.
 OF_FONTS = {"font-fallback", "font-missing", "font-unspecified", "missing-glyph"}
 
 
@@ -49,7 +49,7 @@ def run(*command):
 
 
 def page_size(tool, document):
-    """Of a document of one page, in units; None for others."""
+    """Returns the size of a document's only page in user units; None unless there is exactly one, of usable size."""
     done = run(tool, "info", "--json", document)
     if not done or done.returncode != 0:
         return None
@@ -76,7 +76,7 @@ def load(path, size=None):
 
 
 def spread(values, pick):
-    """Each pixel becomes the least or the greatest of those around it."""
+    """Replaces each pixel by the minimum or the maximum, as `pick` says, of the square around it."""
     for axis in (0, 1):
         padding = [(REACH // 2, REACH // 2) if one == axis else (0, 0) for one in range(3)]
         padded, length = numpy.pad(values, padding, mode="edge"), values.shape[axis]
@@ -87,7 +87,7 @@ def spread(values, pick):
 
 
 def distance(page, other):
-    """Pixel by pixel, how far the one is from all that the other shows nearby, whichever way it is more."""
+    """Returns for each pixel how far it is from all colours nearby in the other page: the larger of both directions."""
     def one_way(a, b):
         return numpy.maximum(a - spread(b, numpy.maximum), spread(b, numpy.minimum) - a).max(axis=2)
 
@@ -98,19 +98,19 @@ def distance(page, other):
 
 
 def difference(page, others):
-    """Number of pixels in which `page` differs from all others, where these agree with each other."""
+    """Returns the number of pixels where `page` differs from all others and these agree with each other."""
     differs = distance(page, others[0]) > CONTRAST
     if not differs.any():
         return 0
     for other in others[1:]:
         differs &= distance(page, other) > CONTRAST
-        # Colours that are not quite the same are a difference between the others already.
+        # Where the others disagree, none of them can be the reference.
         differs &= distance(others[0], other) <= CONTRAST
     return int(differs.sum())
 
 
 def draw_with_resvg(document, page, width):
-    """@return the page, or None when it is not drawn"""
+    """Returns the page, or None if it was not drawn."""
     if RESVG.is_dir():
         subprocess.run(["node", HERE / "resvg_pages.cjs", RESVG], input=f"{document}\t{page}\t{width}\n", text=True,
                        check=False, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
@@ -123,7 +123,10 @@ class Comparison:
         self.sizes = {}
 
     def draw(self, item):
-        """Draws the page and librsvg's. @return the findings and the size, None when there is nothing to compare"""
+        """Draws the page, also with librsvg.
+
+        Returns findings, size and exit code; None if there is nothing to compare.
+        """
         number, document = item
         size = page_size(self.tool, document)
         if not size:
@@ -148,7 +151,7 @@ class Comparison:
         while work:
             done = subprocess.run(["node", HERE / "resvg_pages.cjs", RESVG], input="".join(work), text=True,
                                   check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-            # It goes down with some documents. What is behind those is drawn by the next process.
+            # Some documents crash resvg. Another process draws those that follow.
             begun = done.stdout.count("\n")
             work = work[max(begun, 1):]
 
@@ -193,7 +196,7 @@ def main():
             findings = result[0]
             told = set(findings) - OF_FONTS
             differs = pixels >= options.least
-            # An exit code that tells of the failure is a word, too.
+            # An exit code of failure counts as a finding.
             kind = {(True, True): "told", (True, False): "silent", (False, True): "noisy",
                     (False, False): "equal"}[differs, bool(told) or result[2] != 0]
             if kind == "silent" and findings:

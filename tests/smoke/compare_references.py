@@ -27,7 +27,7 @@ import compare_findings
 KNOWN = Path(__file__).resolve().parent / "known_references.txt"
 PATIENCE = 60        # seconds
 FEWEST_PIXELS = 20   # fewer differing pixels are rounding
-MOST_TEXT = 0.6      # of the page: with more text than that, there is nothing left to compare
+MOST_TEXT = 0.6      # of the page; with more text, too little is left to compare
 # Shares of a text's width and of its font size (estimated from the width and the number of characters), by which
 # another font may exceed the text on each side.
 WIDER, HIGHER = 0.3, 1.4
@@ -45,7 +45,7 @@ def reference_of(document):
 
 
 def texts_of(node):
-    """Yields every text of a tree that the command has written."""
+    """Yields every text in a tree written by the command `inspect`."""
     if isinstance(node, dict):
         if node.get("kind") == "text":
             yield node
@@ -57,7 +57,7 @@ def texts_of(node):
 
 
 def where_no_text_is(page, size):
-    """Returns the pixels that count: an array (height, width) of booleans for a page of `size` pixels."""
+    """Returns which pixels are compared: a boolean array (height, width) for a page of `size` (width, height)."""
     counts = numpy.ones((size[1], size[0]), dtype=bool)
     scale = size[0] / page["size"][0]
     for text in texts_of(page["content"]):
@@ -87,7 +87,7 @@ class Comparison:
         return where_no_text_is(json.loads(tree.stdout)["pages"][0], size)
 
     def fault(self, name, document):
-        """Returns what is wrong with the page in a few words, "" if nothing is, None if it cannot be compared."""
+        """Returns what is wrong with the page; "" if nothing is, None if it cannot be compared."""
         with Image.open(reference_of(document)) as reference:
             size = reference.size
         output = self.folder / (name.replace("/", "_") + ".png")

@@ -8,7 +8,8 @@
 import sys
 from pathlib import Path
 
-# Name and content of a drawing of 200 x 200 units; content that begins with "<svg" or "<?" is a whole document.
+# Name and content of each drawing, of 200 x 200 units. Content that begins with a root element, "<?" or "<!" is a whole
+# document.
 DRAWINGS = r"""
 plain-rect              <rect x="20" y="20" width="100" height="60" fill="red" stroke="blue" stroke-width="8"/>
 plain-circle            <circle cx="100" cy="100" r="60" fill="red" stroke="blue" stroke-width="8"/>
@@ -628,7 +629,7 @@ inverted-scale          <g transform="translate(0 200) scale(1 -1)"><path d="M20
 
 
 def png(width, height):
-    """A picture of four coloured quarters, as a data reference."""
+    """Returns an image of four coloured quarters, as a data URL."""
     import base64
     import struct
     import zlib
@@ -651,7 +652,7 @@ def drawings():
                 and content.startswith(" ") and content.lstrip().startswith("<"):
             rows.append([name, content.lstrip()])
         else:
-            rows[-1][1] += "\n" + line  # content may go on over lines
+            rows[-1][1] += "\n" + line  # content continues on the next line
     return rows
 
 

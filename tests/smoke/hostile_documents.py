@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Makes documents that mean harm, for mutated_documents.py: changes of others, and bombs. The same seed and number give
-the same document."""
+"""Makes hostile documents for mutated_documents.py: mutations of other documents, and bombs.
+
+The same seed and number give the same document.
+"""
 
 import base64
 import gzip
@@ -16,7 +18,7 @@ NUMBERS = [b"0", b"-0", b"-1", b"1e308", b"-1e308", b"1e-308", b"9e999", b"nan",
 NUMBER = re.compile(rb"(?<=[\"', (:])-?\d+(\.\d+)?")
 ATTRIBUTE = re.compile(rb"\s([A-Za-z:-]+)=(\"[^\"]*\"|'[^']*')")
 ELEMENT = re.compile(rb"<([A-Za-z]+)[^<>]*/>")
-LARGEST_INPUT = 4 << 20  # bytes of a document; what matters is found with less
+LARGEST_INPUT = 4 << 20  # bytes of a document; larger ones reveal no more
 
 
 # ---- images --------------------------------------------------------------------------------------------------------
@@ -27,7 +29,7 @@ def chunk(kind, data):
 
 
 def png(width, height, depth=8, colour=2, interlaced=0, rows=None):
-    """An image of zeros; `rows` of them instead of all."""
+    """Returns an image of zeros. `rows` is the number of rows actually present, by default all."""
     channels = {0: 1, 2: 3, 3: 1, 4: 2, 6: 4}[colour]
     row = 1 + (width * channels * depth + 7) // 8
     packer = zlib.compressobj(9)
@@ -49,7 +51,7 @@ def noise(random, size):
 
 
 def some_image(random):
-    """A small image of any format, or one that claims to be large."""
+    """Returns a small image of any format, one that claims to be large, or noise."""
     return random.choice([
         lambda: png(random.randint(1, 40), random.randint(1, 40), *random.choice([(8, 2), (16, 6), (1, 0), (8, 3), (4, 3)]),
                     random.randint(0, 1)),
@@ -68,7 +70,7 @@ def reference(image):
     return b"data:image/" + kind + b";base64," + base64.b64encode(image)
 
 
-# ---- changes -------------------------------------------------------------------------------------------------------
+# ---- mutations -----------------------------------------------------------------------------------------------------
 
 
 def place(random, text):
@@ -222,14 +224,14 @@ def compress(random, text, others):
                           lambda: packed[:-random.randrange(1, 20)], lambda: gzip.compress(packed, mtime=0)])()
 
 
-# What is mostly no XML any more, and what mostly is, so that more is read of it.
+# The first mostly destroy the XML. The others mostly keep it well-formed, so that more of the document is read.
 OF_BYTES = [flip_bytes, cut_chunk, cut_end, repeat_chunk, splice, insert_from, repeat_attribute, change_encoding]
 OF_VALUES = [change_numbers, change_numbers, change_letters, change_letters, lengthen_value, exchange_values, repeat_element,
              nest, redirect, exchange_images, add_entities, add_default, strange_text]
 
 
 def changed(random, sources):
-    """One of the sources, changed in one to four ways."""
+    """Returns one of the sources after one, two or four mutations."""
     text = random.choice(sources)
     for _ in range(random.choice([1, 1, 1, 2, 4])):
         kind = OF_BYTES if random.random() < 0.2 else OF_VALUES
@@ -263,7 +265,7 @@ def curves(count):
     return "M0 0" + "".join(f"C{i % 400} {i * 7 % 400} {i * 3 % 400} 9 {i * 11 % 400} {i % 300}" for i in range(count))
 
 
-# Name and maker; each uses up something else.
+# Name and function; each bomb exhausts another resource.
 BOMBS = {
     "uses": lambda random: fan(random.choice([5, 12, 40]), random.choice([2, 10])),
     "painted uses": lambda random: fan(random.choice([5, 12]), 10, "fill='blue' stroke='red' transform='rotate(1)'"),
@@ -324,7 +326,7 @@ BOMBS = {
     "gzip in gzip": lambda random: gzip.compress(gzip.compress(bytes(1 << 26), mtime=0), mtime=0),
     "comments": lambda random: b"<!--" + b"-" * 9 + b"<!-- -->" * 200000 + HEAD.encode() + b"/>",
     "colours": lambda random: drawing("".join(f"<rect fill='#{i:06x}' width='400' height='400'/>" for i in range(20000))),
-    # Of standard SVG.
+    # Features of standard SVG.
     "gradients of gradients": lambda random: drawing("".join(
         f"<linearGradient id='g{i}' xlink:href='#g{(i + 1) % 30000}'/>" for i in range(30000)) + "".join(
             f"<rect width='9' height='9' fill='url(#g{i})'/>" for i in range(30000))),
@@ -354,6 +356,6 @@ BOMBS = {
 
 
 def bomb(random, number):
-    """The kind is by the number, so that each comes in turn. @return its name and the document"""
+    """Returns name and content of a bomb. Consecutive numbers give all kinds in turn."""
     name = list(BOMBS)[number % len(BOMBS)]
     return name, BOMBS[name](random)

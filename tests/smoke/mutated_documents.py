@@ -1,17 +1,18 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Prints documents that mean harm: mutations of drawings, and bombs.
+"""Prints hostile documents: mutations of drawings, and bombs.
 
     tests/smoke/mutated_documents.py --tool build/release/bin/orvprint [--count 10000] [FOLDER...]
 
 Mutates the documents of the tests, the examples, the drawings of feature_documents.py and those below FOLDERs (bytes
-changed, chunks cut and repeated, values exchanged, numbers without bounds, entities, encodings, compression, images...);
-every hundredth is a bomb instead. Each is printed to PDF and to PNG, checked and listed, with default limits; every
-fourth, and every bomb, also as standard SVG. Whatever it is, the command must end by itself, within bounds of processor time and memory, with a page or with one line that says why
-there is none. A page that is empty although the check finds nothing must be empty in another renderer, too (librsvg, and resvg
-where its package for node is installed).
+changed, parts removed and repeated, values exchanged, extreme numbers, entities, encodings, compression, images...).
+Every hundredth document is a bomb instead. Each is printed to PDF and to PNG, checked and listed, with default limits;
+every fourth document and every bomb is also processed as standard SVG. In any case, the command must terminate by
+itself, within limits of processor time and memory, with a page or with one line that says why there is none. If a page
+is empty and the check finds nothing, it must also be empty in another renderer (librsvg, and resvg if its package for
+node is installed).
 
-The same --seed gives the same documents. Ends with 1 and the documents that broke a rule, kept in --keep.
+The same --seed gives the same documents. Exits with 1 if documents broke a rule; these are kept in the folder --keep.
 """
 
 import argparse
@@ -33,16 +34,16 @@ import print_documents
 ROOT = Path(__file__).resolve().parent.parent.parent
 BOMB_EVERY = 100
 LARGEST_SOURCE = 64 << 10  # bytes
-# Processor time of one run. What the default limits let through takes a minute at most: see docs/reliability.md.
+# Processor time of a run. Documents within the default limits take at most a minute: see docs/reliability.md.
 MOST_SECONDS = 75
-PATIENCE = 900  # of wall clock, on machines however busy
-MOST_MEMORY = 1024  # MB; the command holds itself to 900 MiB
-LARGEST_COMPARED = 16 << 20  # pixels of a page that is compared with other renderers
+PATIENCE = 900  # seconds of wall-clock time, even on a busy machine
+MOST_MEMORY = 1024  # MB; the command limits itself to 900 MiB
+LARGEST_COMPARED = 16 << 20  # pixels; larger pages are not compared with other renderers
 DONE, FOUND = 0, 1
 STANDARD_EVERY = 4  # documents
 ENDS = {"pdf": {DONE} | print_documents.REFUSALS, "png": {DONE} | print_documents.REFUSALS,
         "check": {DONE, FOUND} | print_documents.REFUSALS, "info": {DONE} | print_documents.REFUSALS}
-STANDARD = "standard "  # before the way of a run as standard SVG
+STANDARD = "standard "  # prefix of runs as standard SVG
 ENDS |= {STANDARD + way: ENDS[way] for way in ("pdf", "png", "check")}
 
 
@@ -58,7 +59,7 @@ def sources_of(folders):
 
 
 def document_number(number, seed, sources):
-    """@return what it is, and the document"""
+    """Returns the kind of a document and its content."""
     generator = random.Random(f"{seed} {number}")
     if number % BOMB_EVERY == BOMB_EVERY - 1:
         return hostile_documents.bomb(generator, number // BOMB_EVERY)
@@ -97,7 +98,7 @@ def fault_of(done, way, folder):
         return f"ended with {done.code} and did not say why: {done.said[:300]}"
     output = output_of(folder, way)
     has_page = output.is_file() and output.stat().st_size > 0
-    # The others are printed where one has no area.
+    # If a page has no area, the others are printed nevertheless.
     may_have_page = done.code == DONE or "has no area" in done.said
     if way.endswith(("pdf", "png")) and (has_page and not may_have_page or done.code == DONE and not has_page):
         return f"ended with {done.code} and {'a' if has_page else 'no'} page"
@@ -113,20 +114,20 @@ def is_large(page):
 
 
 def is_lost(tool, document, folder):
-    """Whether a page is empty that another renderer fills, although nothing is found."""
+    """Returns whether the page is empty although other renderers draw something."""
     page = Path(folder) / "page.png"
     if not page.is_file() or is_large(page) or not compare_pages.is_blank(compare_pages.opened(page)):
         return False
     code = lambda command: print_documents.measure(["prlimit", "--as=4000000000", "--cpu=20", *command]).code
     if compare_pages.difference(tool, document, folder, code) != 100.0:
         return False
-    # One renderer may err with numbers such as these.
+    # With such numbers, a single renderer may be wrong.
     other = compare_findings.draw_with_resvg(document, Path(folder) / "resvg.png", 400)
     return not other or not compare_pages.is_blank(compare_pages.opened(other))
 
 
 class Figures:
-    """The longest runs and the largest, and how the runs ended."""
+    """Statistics: the runs that took the most time and memory, and the exit codes of all."""
 
     KEPT = 8
 
@@ -148,7 +149,7 @@ class Figures:
 
 
 def faults_of(tool, text, ways, take):
-    """What is wrong with the runs of a document; `take` is called with each."""
+    """Returns what is wrong with the runs of a document. Calls `take` with each run."""
     found, ends = [], {}
     with tempfile.TemporaryDirectory() as folder:
         document = Path(folder) / "document.svg"

@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Prints every drawing below some folders: other people's documents, of which nobody says what must come out.
+"""Prints every drawing below some folders: third-party documents without expected results.
 
     tests/smoke/print_documents.py --tool build/asan/bin/orvprint [--every] [--sample N] [--jobs 2] FOLDER...
 
-Whatever a document is, the command must end with a page or with one line that says why there is none, within ten
-seconds of processor time and a gigabyte. Documents are printed to PDF, printed to PNG and checked in turns; with
---every, each is all three. A part of them is also printed as standard SVG. Those that are checked, and of which nothing is found, must look as another renderer shows
-them (compare_pages.py). Ends with 1 and the documents that broke a rule, if there are any.
+For any document, the command must end with a page or with one line that says why there is none, within ten seconds of
+processor time and a gigabyte of memory. By turns, documents are printed to PDF, printed to PNG and checked; with
+--every, all three are done with each. Every fifth document is also printed as standard SVG. If the check finds nothing,
+the page must look like that of another renderer (compare_pages.py). Lists the documents that broke a rule; exits with 1
+if there are any.
 """
 
 import argparse
@@ -21,21 +22,21 @@ from pathlib import Path
 
 import compare_pages
 
-PATIENCE = 120  # seconds of wall clock, on machines however busy
+PATIENCE = 120  # seconds of wall-clock time, even on a busy machine
 MOST_SECONDS = 10
 MOST_MEMORY = 1024  # MB
 # Not read, not well-formed, no page, not printed: see README.md.
 REFUSALS = {3, 4, 5, 9}
 DONE, FOUND = 0, 1
-TIMED_OUT = 124  # as timeout says it
+TIMED_OUT = 124  # exit code of timeout
 WAYS = ["pdf", "png", "check"]
 STANDARD_WAYS = ["standard pdf", "standard png"]
 STANDARD_EVERY = 5  # documents
-# What the leak checker says when it could not do its work; what it finds reads otherwise.
+# Message of the leak checker if it could not run; leaks have other messages.
 LEAK_CHECKER_FAILED = "LeakSanitizer has encountered a fatal error"
 
 
-Done = collections.namedtuple("Done", "code said seconds megabytes")  # of a process and those it started
+Done = collections.namedtuple("Done", "code said seconds megabytes")  # result of a process and its children
 
 
 def documents_below(folders):
@@ -44,19 +45,19 @@ def documents_below(folders):
 
 
 def run(command, measures_memory):
-    """The exit code, what was said on standard error, and what was wrong with its use of time and memory."""
+    """Returns exit code, standard error, and what is wrong with time and memory; retries if the leak checker failed."""
     done = run_once(command, measures_memory)
     return run_once(command, measures_memory) if LEAK_CHECKER_FAILED in done[1] else done
 
 
 def forget_peak():
-    """A child counts what this process once took as its own: it begins as its copy."""
+    """Resets the peak memory of this process, because a child inherits it as its own."""
     with open("/proc/self/clear_refs", "w") as peak:
         peak.write("5")
 
 
 def measure(command):
-    """Runs a command, without input and output."""
+    """Runs a command without input, discards its output, and measures it."""
     forget_peak()
     with tempfile.TemporaryFile() as errors:
         process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=errors)
@@ -77,7 +78,7 @@ def run_once(command, measures_memory):
 
 
 def fault_of(tool, way, document, folder, measures_memory):
-    """The exit code and what is wrong with it; nothing where all is well."""
+    """Returns the exit code and what is wrong with the run; "" if nothing is."""
     standard = ["--interpreter", "svg2", "--quiet"] if way in STANDARD_WAYS else []
     way = way.split()[-1]
     output = Path(folder) / f"page.{way}"
@@ -85,7 +86,7 @@ def fault_of(tool, way, document, folder, measures_memory):
         code, said, fault = run([tool, "check", str(document)], measures_memory)
         expected = {DONE, FOUND} | REFUSALS
     else:
-        # Of a drawing of several pages, PNG has a file for each; the first is enough here.
+        # PNG has one file per page; the first page is enough here.
         pages = ["--pages", "1"] if way == "png" else []
         code, said, fault = run([tool, str(document), "-o", str(output), *pages, *standard], measures_memory)
         expected = {DONE} | REFUSALS
@@ -124,7 +125,7 @@ def main():
     work += [(document, way) for i, document in enumerate(documents)
              for way in (STANDARD_WAYS if options.every else [STANDARD_WAYS[i // STANDARD_EVERY % len(STANDARD_WAYS)]])
              if i % STANDARD_EVERY == 0]
-    # Sanitizers keep memory of their own.
+    # Sanitizers need additional memory.
     measures_memory = b"__asan_init" not in Path(options.tool).read_bytes()
 
     def one(item):
@@ -153,7 +154,7 @@ def main():
         mean = sum(differences) / len(differences)
         print(f"{len(differences)} pages differ from what rsvg-convert shows by {mean:.3f} % on average, at most"
               f" {max(differences):.2f} %")
-        # Few documents may be unlike most.
+        # The mean of few documents means little.
         if len(differences) >= compare_pages.FEWEST_FOR_A_MEAN and mean > compare_pages.MOST_OF_ALL:
             sys.exit(f"on average they may differ by {compare_pages.MOST_OF_ALL} %")
     if faults:
