@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""A batch of many drawings: what an undisturbed run makes of it, and whether another run made the same."""
+"""A batch of many drawings: the results of an undisturbed run, and the comparison of other runs with them."""
 
 import json
 import os
@@ -14,14 +14,14 @@ from machine import command_line, wait_for
 
 RECIPES = Path(__file__).resolve().parents[2] / "packaging/batch"
 OPTIONS = ["-f", "pdf", "--keep-folders"]
-SOME = 50  # drawings of a part that are done when it counts as being in its middle
+SOME = 50  # drawings of a part that must be done before it is interrupted
 
-# What a record says of the drawing, not of the attempt.
+# Fields of a record that describe the drawing, not the attempt.
 FACTS = ["input", "options", "code", "pages", "findings", "bytes", "otherFiles", "message"]
 
 
 def processor_seconds():
-    """Of all processes that have ended and have been waited for."""
+    """Returns the processor time of all child processes that have ended and been waited for."""
     used = resource.getrusage(resource.RUSAGE_CHILDREN)
     return used.ru_utime + used.ru_stime
 
@@ -35,7 +35,7 @@ class Stopwatch:
 
 
 def files_below(folder):
-    """The content of each file, hidden ones too, by its name."""
+    """Returns the contents of all files, hidden ones included, by relative path."""
     folder = Path(folder)
     return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
@@ -46,23 +46,23 @@ def folders_below(folder):
 
 
 def records_of(report):
-    """All lines of a report. One that is none is an error."""
+    """Returns the records of a report. Fails if a line is not valid JSON."""
     return [json.loads(line) for line in Path(report).read_text(encoding="utf-8").splitlines()]
 
 
 def facts_of(record, out):
-    """What must be the same in any run. Outputs are named by their places below the folder of outputs."""
+    """Returns what must be the same in every run, with outputs by their paths relative to `out`."""
     outputs = [(os.path.relpath(output["file"], out), output["bytes"], output["hash"]) for output in record["outputs"]]
     return [record["status"] == "failed", outputs, *(record.get(fact) for fact in FACTS)]
 
 
 class Attempt:
-    """A process that converts a part, on a machine."""
+    """A process on a machine that converts a part."""
 
     def __init__(self, node, process):
         self.node, self.process = node, process
         words = [word.decode() for word in command_line(process)]
-        self.report = None  # it has ended
+        self.report = None  # stays None if the process has ended
         if "--report" in words:
             self.report = Path(words[words.index("--report") + 1])
             self.part = self.report.name.split(".")[0]
@@ -71,17 +71,17 @@ class Attempt:
         return self.report.read_bytes().count(b"\n") if self.report and self.report.exists() else 0
 
     def next_report(self):
-        """That of the part's next attempt."""
+        """Returns the report of the next attempt at the part."""
         name, number, kind = self.report.name.split(".")
         return self.report.with_name(f"{name}.{int(number) + 1}.{kind}")
 
     def marker(self):
-        """The file that says that the part is done."""
+        """Returns the file whose presence marks the part as done."""
         return self.report.with_name(self.part + ".done")
 
 
 class Batch:
-    """The drawings, and what an undisturbed run without any engine made of them."""
+    """The drawings, and the results of an undisturbed run without an engine."""
 
     def __init__(self, folder, tool, count, parts):
         self.folder, self.tool, self.parts = Path(folder), str(tool), parts
@@ -101,11 +101,11 @@ class Batch:
         self.broken = sum(record["status"] == "failed" for record in self.expected_records.values())
 
     def arguments(self, out, names="list"):
-        """Of each recipe, from the number of parts on."""
+        """Returns the arguments that all recipes take, from the number of parts on."""
         return [self.parts, names, out, *OPTIONS]
 
     def make_lists(self):
-        """A list for each part. Returns what the recipes call them all by."""
+        """Writes a list of drawings for each part. Returns the pattern by which recipes find the lists."""
         folder = self.folder / "lists"
         folder.mkdir()
         for part in range(self.parts):
@@ -117,7 +117,7 @@ class Batch:
         return [attempt for attempt in found if attempt.report]
 
     def catch_in_the_middle(self, node):
-        """Waits for a part of which some drawings are done and others are not, and stops the machine there."""
+        """Stops the machine while it converts a part of which some, but not all drawings are done. Returns the attempt."""
         def caught():
             for attempt in self.attempts_on(node):
                 if attempt.lines() < SOME:
@@ -130,7 +130,7 @@ class Batch:
         return wait_for(caught, f"a part on {node.name}", 600)
 
     def wait_for_another(self, attempt, nodes):
-        """Waits until the same part is converted by another process too, which has done some drawing."""
+        """Waits until another process also converts the part and has finished a drawing. Returns its attempt."""
         def found():
             for node in nodes:
                 for other in self.attempts_on(node):
@@ -147,7 +147,7 @@ class Batch:
                               text=True, env={**os.environ, **self.environment}, check=False)
 
     def check(self, test, out):
-        """That `out` has what the undisturbed run made, and that the merged report has each drawing once."""
+        """Verifies that `out` equals the undisturbed run and that the merged report has each drawing once."""
         finished = self.finish(out)
         test.assertEqual(finished.returncode, 11 if self.broken > 0 else 0, finished.stderr)
         for report in self.reports(out):

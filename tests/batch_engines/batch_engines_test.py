@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Batches by Slurm and by GNU parallel, with nodes that are killed, hang, or lose only their daemon.
+"""Tests batches with Slurm and GNU parallel, on nodes that are killed, hang, or lose only their daemon.
 
     batch_engines_test.py [--tool build/release/bin/orvprint] [--drawings 10000] [--parts 8] [-v] [SlurmTest...]
 
-The recipes of packaging/batch run with daemons of the test's own. Whatever happens to a node, all outputs must be those
-of an undisturbed run, byte for byte, and the merged report must have each drawing once. Ends with "N passed, N failed".
+The test starts its own daemons for the recipes of packaging/batch. Whatever happens to a node, all outputs must equal
+those of an undisturbed run, byte for byte, and the merged report must have each drawing once. Ends with the line "N
+passed, N failed".
 """
 
 import argparse
@@ -35,13 +36,13 @@ numbers = itertools.count(1)
 
 
 def listening_elsewhere(pids):
-    """Addresses other than the loopback's where one of the processes takes connections."""
+    """Returns the addresses other than loopback on which one of the processes listens."""
     own = set()
     for pid in pids:
         try:
             own |= {os.readlink(entry) for entry in Path(f"/proc/{pid}/fd").iterdir()}
         except OSError:
-            pass  # it has just ended
+            pass  # the process has just ended
     addresses = set()
     for table in ["/proc/net/tcp", "/proc/net/tcp6"]:
         for line in Path(table).read_text().splitlines()[1:]:
@@ -53,7 +54,7 @@ def listening_elsewhere(pids):
 
 
 def mentioning(folder):
-    """Processes that have to do with a folder: by their arguments, environment, or place."""
+    """Returns the processes that have a folder in their arguments, environment or working directory."""
     found = set()
     for process in Path("/proc").glob("[0-9]*"):
         try:
@@ -69,7 +70,7 @@ def mentioning(folder):
 class EngineTest(unittest.TestCase):
     def setUp(self):
         self.name = self.id().split(".", 1)[1]
-        # Short: the path of a socket has room for 107 bytes.
+        # A short name, because the path of a socket is limited to 107 bytes.
         self.folder = batch.folder / f"{type(self).__name__}-{next(numbers)}"
         self.out = batch.folder / (self.folder.name + "-out")
         self.watch = Stopwatch()
@@ -83,7 +84,7 @@ class EngineTest(unittest.TestCase):
         batch.remove(self.out)
 
     def check_was_cut_short(self, attempt):
-        """That it ended before its part did, which the next attempt then did whole."""
+        """Verifies that the attempt ended before the part was done, and that the next attempt did more."""
         self.assertLess(attempt.lines(), len(records_of(attempt.next_report())))
 
     def check_nothing_listens_elsewhere(self):
@@ -91,7 +92,7 @@ class EngineTest(unittest.TestCase):
 
 
 class ShardTest(EngineTest):
-    """One part's script, without an engine."""
+    """Runs the script of a part without an engine."""
 
     def convert(self, *words, tool=None, part="1/2", names="short-list", patience=120):
         environment = {**os.environ, **batch.environment, **({"ORVPRINT": str(tool)} if tool else {})}
@@ -143,7 +144,7 @@ class ShardTest(EngineTest):
 class SlurmTest(EngineTest):
     def submit(self, slurm):
         arguments = batch.arguments(self.out)
-        # Tasks say where drawings are by the folder that the job was submitted in.
+        # Tasks find the drawings relative to the folder of the job.
         return slurm.submit([f"--array=1-{batch.parts}", f"--chdir={batch.folder}",
                              f"--output={slurm.folder}/log/job-%a.log", RECIPES / "orvprint.slurm", *arguments],
                             {**batch.environment, "BATCH": str(RECIPES)})
@@ -187,11 +188,11 @@ class SlurmTest(EngineTest):
             os.kill(slurm.daemon_of(lost), signal.SIGKILL)
             slurm.set_down(lost)
             batch.wait_for_another(attempt, [kept])
-            # Only now does the first one go on: both convert the same drawings.
+            # Only now does the first attempt continue, so that both convert the same drawings.
             lost.go_on()
             wait_for(lambda: not batch.attempts_on(lost), "the end of the first attempt", 600)
             self.wait_and_check(slurm, job)
-        # Both did the whole part.
+        # Both attempts did the whole part.
         self.assertEqual(attempt.lines(), len(records_of(attempt.next_report())))
 
     def test_a_step_is_killed_and_its_part_ends_with_it(self):
@@ -200,7 +201,7 @@ class SlurmTest(EngineTest):
             node = slurm.nodes()[1]
             attempt = batch.catch_in_the_middle(node)
             steps = [pid for pid in node.processes() if Path(f"/proc/{pid}/comm").read_text().startswith("slurmstepd")]
-            # In this order: the system ends what is stopped when nobody is left that could let it go on.
+            # Continue first: the kernel ends stopped process groups that become orphans.
             node.go_on()
             signal_all(steps, signal.SIGKILL)
             wait_for(lambda: attempt.process not in node.processes(), "the end of the part")
@@ -210,7 +211,7 @@ class SlurmTest(EngineTest):
 
 class ParallelTest(EngineTest):
     def start(self, ssh, names="list"):
-        """The recipe, on a machine of its own; its exit code appears in a file."""
+        """Starts the recipe on a separate machine. Its exit code is written to a file."""
         command = ["sh", "-c", 'code=0; "$@" || code=$?; echo $code >"$0.new"; mv "$0.new" "$0"', ssh.folder / "code",
                    RECIPES / "parallel.sh", ssh.folder / "hosts", *batch.arguments(self.out, names)]
         environment = {**os.environ, **batch.environment, **ssh.environment()}
@@ -281,7 +282,7 @@ class CleanUpTest(unittest.TestCase):
 
 
 def hold(folder):
-    """Starts all daemons and a job that would get away from most who look for it, and waits to be killed."""
+    """Starts all daemons and a job that tries to escape by a new session, then waits to be killed."""
     with PrivateSlurm(folder / "slurm") as slurm, PrivateSsh(folder / "ssh"):
         slurm.submit([f"--chdir={folder}", "--output=/dev/null", "--wrap", "setsid --fork sleep 3600; sleep 3600"], {})
         print("held", flush=True)
@@ -309,10 +310,10 @@ def main():
     settings = parse()
     if settings.hold:
         hold(settings.hold)
-    # Ends as an error would: what was started is ended, what was written is removed.
+    # As after an error, end what was started and remove what was written.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("ended by a signal"))
     with tempfile.TemporaryDirectory(prefix="orv-batch-") as folder:
-        os.chmod(folder, 0o711)  # munged does not take a folder that others cannot pass
+        os.chmod(folder, 0o711)  # munged requires that other users can traverse the folder
         batch = Batch(folder, settings.tool.resolve(), settings.drawings, settings.parts)
         print(f"{'orvprint -j 2 without an engine':60} {batch.cost}, {batch.broken} of {settings.drawings} drawings are broken",
               flush=True)

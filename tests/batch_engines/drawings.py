@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Small drawings of many kinds, always the same ones, a few of them broken."""
+"""Generates small drawings of many kinds. They are always the same, and a few are broken."""
 
 import random
 
 FOLDERS = 20
-BROKEN_EVERY = 997  # a drawing
+BROKEN_EVERY = 997  # drawings
 
 BROKEN = [
     ("<svg width='90' height='90'>\n <g><rect width='9' height='9'/></svg>\n", "elements that do not match"),
@@ -68,7 +68,7 @@ def drawing(number):
 
 
 def make(folder, count):
-    """Writes drawings into folders below `folder`. Returns their names, relative to it."""
+    """Writes drawings to folders below `folder`. Returns their paths relative to it."""
     names = []
     for number in range(count):
         name = f"drawings/{number % FOLDERS:02}/{number:05}.svg"

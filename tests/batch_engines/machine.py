@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""A machine that tests start, stop, hang and kill: a process and all that comes of it, whoever inherits it.
+"""A machine that tests can start, hang and kill: a process and all its descendants, orphans included.
 
     machine.py COMMAND...
 
-As a program, it is the machine: it starts COMMAND, takes over each process below it that loses its parent (so that no
-session or group of its own gets one away), and stays when COMMAND ends. At SIGTERM, and when the test that started it is
-gone, it kills all of them at one moment, as a failure of the power would, and ends.
+Run as a program, it is the machine: it starts COMMAND and becomes the parent of every descendant that loses its own, so
+that a new session or process group is no escape. It keeps running when COMMAND ends. On SIGTERM, and when the test that
+started it has ended, it kills all descendants at once, like a power failure, and ends.
 """
 
 import ctypes
@@ -21,13 +21,13 @@ PR_SET_PDEATHSIG, PR_SET_CHILD_SUBREAPER = 1, 36
 
 
 def parents():
-    """The parent of each process that is no zombie."""
+    """Maps all processes except zombies to their parents."""
     found = {}
     for folder in Path("/proc").glob("[0-9]*"):
         try:
             state, parent = (folder / "stat").read_text().rsplit(")", 1)[1].split()[:2]
         except (OSError, IndexError):
-            continue  # it has just ended
+            continue  # the process has just ended
         if state not in "ZX":
             found[int(folder.name)] = int(parent)
     return found
@@ -51,7 +51,7 @@ def signal_all(pids, number):
 
 
 def stop_all(root):
-    """Stops all below `root`, also what they start meanwhile. Returns them."""
+    """Stops all descendants of `root`, including those started meanwhile. Returns them."""
     stopped = set()
     while True:
         running = descendants(root) - stopped
@@ -74,9 +74,9 @@ def prctl(*arguments):
 
 
 def wait_for(condition, what, seconds=120, needs=None, pause=0.02):
-    """Waits until `condition` gives something true, which is returned.
+    """Waits until `condition` returns a true value, and returns it.
 
-    `needs` is a machine that must run something meanwhile: without it, waiting is in vain.
+    Fails early if `needs`, a machine that must be running meanwhile, has ended.
     """
     end = time.monotonic() + seconds
     while not (result := condition()):
@@ -89,7 +89,7 @@ def wait_for(condition, what, seconds=120, needs=None, pause=0.02):
 
 
 class Machine:
-    """The side of the test."""
+    """A machine as the test sees it."""
 
     def __init__(self, name, command, log, environment=None):
         self.name = name
@@ -106,7 +106,7 @@ class Machine:
         return (self.log.stat().st_size > 0 or self.process.poll() is not None) and not self.processes()
 
     def find(self, *words):
-        """The processes that have all of the words among their arguments."""
+        """Returns the processes that have all of the words as arguments."""
         wanted = {word.encode() for word in words}
         return [pid for pid in self.processes() if wanted <= set(command_line(pid))]
 
@@ -117,13 +117,13 @@ class Machine:
         signal_all(self.processes(), signal.SIGCONT)
 
     def kill(self):
-        """Ends it and all that it runs, at one moment."""
+        """Ends the machine and everything that it runs at once."""
         self.process.terminate()
         self.process.wait(timeout=60)
 
 
 def kill_all_below():
-    """Nothing of what is stopped can say goodbye, nor notice that others are gone."""
+    """Kills all descendants. They are stopped first, so that none can clean up or notice the end of others."""
     while True:
         signal_all(stop_all(os.getpid()), signal.SIGKILL)
         try:
@@ -136,7 +136,7 @@ def kill_all_below():
 def main():
     signals = {signal.SIGTERM, signal.SIGCHLD}
     test = os.getppid()
-    # Blocked, not handled: none is lost before it is waited for.
+    # Blocked instead of handled, so that no signal is lost before sigwait.
     signal.pthread_sigmask(signal.SIG_BLOCK, signals)
     prctl(PR_SET_CHILD_SUBREAPER, 1)
     prctl(PR_SET_PDEATHSIG, signal.SIGTERM)
@@ -158,7 +158,7 @@ if __name__ == "__main__":
 
 
 class Machines:
-    """Machines that `with` starts, all or none, and that are gone after it."""
+    """Machines that exist within a `with` statement. If one fails to start, those already started are killed."""
 
     def __init__(self, folder):
         self.folder = Path(folder)

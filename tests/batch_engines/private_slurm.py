@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Slurm of a test's own, with two nodes on this machine: no service, no other user, nothing beyond the loopback."""
+"""A private Slurm for tests, with two nodes on this machine: no services, no other users, only loopback addresses."""
 
 import getpass
 import os
@@ -9,7 +9,7 @@ from pathlib import Path
 
 from machine import Machine, Machines, command_line, wait_for
 
-# Time-outs are as short as Slurm lets them be. Nodes are addressed by the loopback, and daemons listen nowhere else.
+# Time-outs are as short as Slurm permits. Nodes have loopback addresses, and daemons listen on no others.
 CONFIGURATION = """
 ClusterName=orv
 SlurmctldHost=localhost(127.0.0.1)
@@ -56,7 +56,7 @@ UNFINISHED = {"PENDING", "RUNNING", "COMPLETING", "CONFIGURING", "REQUEUED", "SU
 
 
 def free_ports(count):
-    """Ports of the loopback that nobody has at present."""
+    """Returns loopback ports that are currently free."""
     sockets = [socket.create_server(("127.0.0.1", 0)) for _ in range(count)]
     ports = [listener.getsockname()[1] for listener in sockets]
     for listener in sockets:
@@ -65,18 +65,18 @@ def free_ports(count):
 
 
 class PrivateSlurm(Machines):
-    """Started by `with`, and gone after it."""
+    """Slurm daemons that run within a `with` statement."""
 
     def __init__(self, folder):
         super().__init__(folder)
-        # Daemons stand where not every user's path leads.
+        # Not every user's PATH contains the folders of the daemons.
         self.environment = {**os.environ, "SLURM_CONF": f"{folder}/etc/slurm.conf",
                             "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
 
     def start(self):
         for name in ["etc", "run", "log", "state", "spool/n1", "spool/n2"]:
             (self.folder / name).mkdir(parents=True)
-        # munged wants that others may reach its socket: they may pass, and see nothing else.
+        # munged requires that other users can reach its socket. Key and configuration are closed to them.
         (self.folder / "run").chmod(0o755)
         (self.folder / "etc").chmod(0o700)
         configuration = CONFIGURATION.format(folder=self.folder, user=getpass.getuser(), host=socket.gethostname(),
@@ -110,7 +110,7 @@ class PrivateSlurm(Machines):
         return daemon
 
     def submit(self, command, environment):
-        """@return the number of the job"""
+        """Submits a job. Returns its number."""
         result = subprocess.run(["sbatch", "--parsable", *map(str, command)], env={**self.environment, **environment},
                                 cwd=self.folder, capture_output=True, text=True, timeout=60)
         if result.returncode != 0:
@@ -118,11 +118,11 @@ class PrivateSlurm(Machines):
         return result.stdout.strip()
 
     def states(self, job):
-        """That of each task. Those that wait would count as one, but for -r."""
+        """Returns the state of each task. Without -r, waiting tasks would be listed as one."""
         return self.output("squeue", "-h", "-r", "-t", "all", "-j", job, "-o", "%T").split()
 
     def wait_until_done(self, job):
-        """Returns the states in which the tasks ended."""
+        """Waits until a job has ended. Returns the final states of its tasks."""
         def ended():
             states = self.states(job)
             return states if states and not UNFINISHED & set(states) else None

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Two machines that one reaches by ssh: sshd twice on this one, on ports of the loopback, with keys of the test's own."""
+"""Two machines reachable by ssh: two sshd on loopback ports of this machine, with keys made for the test."""
 
 import getpass
 import os
@@ -30,7 +30,7 @@ Host {name}
     Port {port}
 """
 
-# A machine that does not answer is given up after some seconds.
+# If a machine does not answer, ssh gives up after a few seconds.
 CLIENT_OF_ALL = """
 Host *
     User {user}
@@ -47,12 +47,12 @@ Host *
 
 
 class PrivateSsh(Machines):
-    """Started by `with`, and gone after it."""
+    """The ssh servers, which run within a `with` statement."""
 
     def start(self):
         self.folder.mkdir(parents=True)
         if os.geteuid() == 0:
-            Path("/run/sshd").mkdir(exist_ok=True)  # where sshd confines what has not yet logged in
+            Path("/run/sshd").mkdir(exist_ok=True)  # sshd's folder for privilege separation
         for key in ["host_key", "user_key"]:
             subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", str(self.folder / key)], check=True)
         client = ""
@@ -65,7 +65,7 @@ class PrivateSsh(Machines):
             wait_for(lambda: self.answers(port), f"sshd on port {port}", needs=self.machines[name])
         (self.folder / "ssh_config").write_text(
             client + CLIENT_OF_ALL.format(folder=self.folder, user=getpass.getuser()))
-        # One shard at a time on each.
+        # Each machine converts one part at a time.
         (self.folder / "hosts").write_text("1/node1\n1/node2\n")
         (self.folder / "parallel").mkdir()
         (self.folder / "parallel/will-cite").touch()
