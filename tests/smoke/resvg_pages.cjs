@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Draws many drawings with resvg, inside one process: compare_findings.py starts it.
+// Renders many drawings with resvg in one process, for compare_findings.py.
 //
-//     node resvg_pages.cjs MODULE < list, a line for each drawing: source, target and width in pixels between tabs
+//     node resvg_pages.cjs MODULE < LIST
 //
-// Writes a line for each drawing that it begins with. One that resvg does not take has no page afterwards.
+// Each line of the list has source, target and width in pixels, separated by tabs. Writes the name of each drawing to
+// standard output before rendering it. If resvg refuses a drawing, no target is left.
 "use strict";
 
 const fs = require("fs");

@@ -8,8 +8,8 @@
 //     const png = document.render({format: 'png', dpi: 300, pages: '1'});
 //     document.free();
 //
-// Options are the long options of the command orvprint; an array gives an option several times. The library is looked
-// for where the system has its libraries; the environment variable ORVPRINT_LIBRARY names another.
+// Options are the long options of the command orvprint; an array repeats an option. The library is loaded from the
+// system's library folders; the environment variable ORVPRINT_LIBRARY names another file.
 
 const koffi = require('koffi');
 
@@ -37,7 +37,7 @@ const orvprint = {
     freeText: library.func('void orvprint_free_text(void *text)'),
 };
 
-// A failure; `result` is the number of the C interface, which is the command's exit code.
+// A failure. `result` is the result of the C function, which equals the exit code of the command.
 class OrvprintError extends Error {
     constructor(result, text) {
         super(text);
@@ -75,7 +75,7 @@ class Document {
         return this;
     }
 
-    // All pages: titles, and sizes in points.
+    // Titles of all pages, and sizes in points.
     get pages() {
         const count = [0];
         this.#do(orvprint.pageCount, count);
@@ -91,7 +91,7 @@ class Document {
         this.#do(orvprint.renderFile, path, pairsOf(options));
     }
 
-    // The bytes of the output.
+    // Returns the output as a buffer.
     render(options) {
         const blocks = [];
         const take = (_, bytes, size) => {
@@ -102,12 +102,12 @@ class Document {
         return Buffer.concat(blocks);
     }
 
-    // Findings, as `orvprint check --json` has them for a file.
+    // Returns the findings, as in the output of `orvprint check --json` for a file.
     check(options = {}) {
         return this.#json(orvprint.check, pairsOf(options));
     }
 
-    // The model, as `orvprint inspect --json` has it.
+    // Returns the model, as in the output of `orvprint inspect --json`.
     dump() {
         return this.#json(orvprint.dump);
     }
