@@ -85,8 +85,7 @@ TEST(ORVPageRecordingTest, FiltersAreReplayedWholeWhereTheirResultsAre) {
     EXPECT_THAT(replay(BoxOf(55, 50, 70, 60), kAllPowers), IsEmpty());
 }
 
-/// Makes calls with every kind of argument. The objects are destroyed on return, so the recording must keep
-/// copies.
+/// Makes calls with every kind of argument, whose objects are destroyed on return.
 template <class Target>
 void DrawEverything(Target& target) {
     const ORVRef<ORVPixelImage> image = PlainImage(2, 3, {1, 2, 3, 255});

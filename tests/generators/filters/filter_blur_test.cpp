@@ -150,8 +150,7 @@ class LargeBlurTest : public testing::TestWithParam<BlurCase> {};
 TEST_P(LargeBlurTest, IsNearlyGaussian) {
     const FilterPixels input = Shapes({-5, 4, 90, 70});
     const auto [name, sigmaX, sigmaY, box] = GetParam();
-    // In the middle of small shapes, three box blurs are flatter than a Gaussian, by up to eight 8-bit
-    // levels.
+    // In the middle of small shapes, three box blurs are flatter than a Gaussian by up to 8 levels of 8 bits.
     ExpectSlowBlur(BlurFilterPixels(input.Copy(), {sigmaX, sigmaY}, box), input, Gaussian(sigmaX),
                    Gaussian(sigmaY), box, 8.0 * 257.0);
 }

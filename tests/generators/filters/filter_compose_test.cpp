@@ -133,8 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
         ModeCase{"Exclusion", Mode::kExclusion, [](double b, double s) { return b + s - 2 * b * s; }}),
     kNameOfRow);
 
-// Calculated by hand: opaque (0.8, 0.5, 0.1), luminosity 0.546, over opaque (0.2, 0.6, 0.4), luminosity
-// 0.458.
+// Calculated by hand: (0.8, 0.5, 0.1), luminosity 0.546, over (0.2, 0.6, 0.4), luminosity 0.458; both opaque.
 struct WholeColourCase {
     const char* name;
     Mode mode;

@@ -63,8 +63,7 @@ public:
     int EndPage() override { return 1; }
     int EndDocument() override { return 1; }
 
-    /// Returns red, green, blue and opacity of the first image at a point of the page; empty outside of the
-    /// image.
+    /// Returns red, green, blue and opacity of the first image at a point; empty outside of the image.
     std::vector<int> At(double x, double y) const {
         if (images.empty()) return {};
         const Image& image = images.front();

@@ -147,8 +147,7 @@ TEST(PdfContentTest, DashesBeginWhereTheyAreTold) {
         const char* written;
         bool isDashAt5, isDashAt15, isDashAt25;
     };
-    // The offset is written modulo the length of the dash pattern, and once for consecutive lines that share
-    // it.
+    // The offset is written modulo the length of the dashes, and once for consecutive lines that share it.
     for (const Row& row :
          {Row{0.0, "]0 d\n", true, true, false}, Row{10.0, "]10 d\n", true, false, true},
           Row{20.0, "]20 d\n", false, true, true}, Row{610.0, "]10 d\n", true, false, true}}) {

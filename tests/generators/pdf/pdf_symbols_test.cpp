@@ -15,8 +15,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Draws content that depends on the graphics state or on resources: lines, dashes, opacity, text, images,
-/// patterns.
+/// Draws content that needs graphics state or resources: dashes, opacity, text, images, patterns.
 void DrawVariety(ORVPrintGenerator& generator, const ORVMathAffine2D& map) {
     const auto tile = PlainImage(3, 3, {200, 30, 30}), picture = PlainImage(4, 4, {20, 90, 160, 128});
     const double dashes[]{4.0, 2.0};

@@ -46,8 +46,7 @@ struct Rows {
     Bytes Compressed() const { return Compressed(*std::make_unique<PngRows>()); }
 };
 
-/// Decompresses chunks that follow each other. Returns nothing if the stream is invalid or has bytes left
-/// over.
+/// Decompresses consecutive chunks. Returns nothing if the stream is invalid or has bytes left over.
 Bytes Inflate(const Bytes& stream, std::size_t size) {
     z_stream state{};
     EXPECT_EQ(inflateInit2(&state, -15), Z_OK);
@@ -96,8 +95,7 @@ TEST(PngRowsTest, RandomRowsBecomeThemselves) {
         const std::size_t width = 1 + random() % (turn % 10 == 0 ? 2000 : 60), height = 1 + random() % 40;
         Rows rows(width, height, turn % 2 == 0 ? 3 : 1);
         const unsigned int kinds = 1U << random() % 9;
-        // Rows are blank, like the one above, like another one, partly of one colour, or noise of few or many
-        // values.
+        // Rows are blank, copies of the one above or of another one, partly of one colour, or noise.
         for (std::size_t y = 0; y < height; ++y) {
             std::uint8_t* row = rows.bytes.data() + y * rows.rowBytes;
             const std::uint8_t* other = rows.bytes.data() + random() % (y + 1) * rows.rowBytes;
@@ -199,8 +197,7 @@ TEST(PngRowsTest, WhatIsKnownOfPaperDoesNotCount) {
 }
 
 TEST(PngRowsTest, RowsOfPaperAreNotReadToTheirEnds) {
-    // Rows with ink are declared blank. If the compressor read them, the result would not be that of blank
-    // rows.
+    // Rows with ink are declared blank. If the compressor read them, the result would be another one.
     Rows rows(500, 4, 3);
     rows.Fill(400, 0, 1, 4, 0);
     const Bytes isDrawn(4, 0);
@@ -253,7 +250,7 @@ TEST(PngRowsTest, DrawingsAreSmallerThanTheUsualCompressorMakesThem) {
         const Rows rows = DrawnRows(random, 1667, 157, pixelBytes);
         EXPECT_LT(rows.Compressed().size(), UsualSize(rows, 6)) << pixelBytes;
     }
-    // The same for an icon, which begins without any statistics.
+    // Also for an icon, although the compressor knows nothing about its content at first.
     const Rows icon = DrawnRows(random, 64, 64, 3);
     EXPECT_LT(icon.Compressed().size(), UsualSize(icon, 6) * 110 / 100);
 }

@@ -24,8 +24,7 @@ using Stops = std::array<ORVPrintGradientStop, 2>;
 constexpr Stops kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
 using Spread = ORVPrintGradient::Spread;
 
-/// Makes a gradient on a page of 90 by 90: linear from x = 30 to 60, or radial about the centre from radius
-/// 15 to 30.
+/// Makes a gradient on a page of 90 by 90: linear from x = 30 to 60, or radial from radius 15 to 30.
 ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread, const Stops& stops) {
     ORVPrintGradient gradient = Gradient(stops, {30, 0, 0, 30, 0, 0});
     gradient.kind = kind;

@@ -51,8 +51,7 @@ void ExpectGradient(PixelPage& page, const ORVPrintGradient& gradient, const std
                 for (const double dy : {-0.02, 0.0, 0.02}) {
                     const std::optional<double> place = PlainPlaceAt(gradient, {x + 0.5 + dx, y + 0.5 + dy});
                     include(place);
-                    // The generator takes colours from a table, so the offset may differ by one of its
-                    // entries.
+                    // Colours come from a table, so the offset may differ by one of its entries.
                     for (int i = -2; place && i <= 2; ++i) include(*place + i / 2.0 / 512.0);
                 }
             const unsigned int colour = page.Colour(x, y);

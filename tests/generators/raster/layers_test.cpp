@@ -355,8 +355,7 @@ TEST(RasterMasksTest, WithoutContentHideAll) {
 // ---- Clips ------------------------------------------------------------------------------------------------
 
 TEST(RasterClipPathsTest, NestToAnyDepth) {
-    // More clips than are stored separately, each turned a little, with shapes before and after the inner
-    // ones.
+    // More clips than are stored separately, each turned a little, with shapes at every depth.
     BothPages pages;
     RandomDrawing random(5, {Blend::kNormal});
     ORVPrintPath path;

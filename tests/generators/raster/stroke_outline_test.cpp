@@ -205,8 +205,7 @@ TEST(StrokeTest, CrispLinesAreAtLeastAPixelWide) {
 }
 
 TEST(StrokeTest, MapsSqueezeThePen) {
-    // The pen becomes four times as wide as high: horizontal lines are 2 pixels wide, vertical lines 8
-    // pixels.
+    // The pen is four times as wide as high: horizontal lines are 2 pixels wide, vertical ones 8.
     const ORVMathAffine2D map{4.0, 0.0, 0.0, 1.0, 0.0, 0.0};
     EXPECT_NEAR(InkOf(Line({{5, 50}, {15, 50}}), Pen(2), map), 40 * 2, 0.3);
     EXPECT_NEAR(InkOf(Line({{10, 20}, {10, 60}}), Pen(2), map), 40 * 8, 0.3);
@@ -316,8 +315,7 @@ TEST(StrokeTest, DashesOfWideLinesAreCutWhereTheyShow) {
 }
 
 TEST(StrokeTest, SquareCapsReachTheirCorners) {
-    // The corner of a cap is farther from the line's end than half the width. Bands that only the corner
-    // touches must show it.
+    // A cap's corner is farther from the end than half the width. Bands that only it touches must show it.
     std::vector<std::uint8_t> expected;
     for (const int rows : {100, 1}) {
         ORVRasterOptions options;
@@ -462,8 +460,7 @@ INSTANTIATE_TEST_SUITE_P(
     kNameOfRow);
 
 TEST(StrokeTest, LongDashedLinesAreNotCutAnewForEachBand) {
-    // A zigzag line down the page, drawn row by row. Cutting all of it into dashes again for each row would
-    // exceed the limit.
+    // A zigzag line, drawn row by row. Cutting all of it into dashes for each row would exceed the limit.
     ORVRasterOptions options;
     options.bandRows = 1;
     options.paintLimit = 100'000'000;

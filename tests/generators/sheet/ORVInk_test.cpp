@@ -52,8 +52,7 @@ TEST(ORVInkTest, LinesAndTextThatAreNotWhiteBecomeBlack) {
 TEST(ORVInkTest, AreasBecomeBlackOrWhiteOrAreLeftOut) {
     EXPECT_EQ(Area(ORVColourMode::kMono, {200, 0, 0, 255}).grey, 0);
     EXPECT_EQ(Area(ORVColourMode::kMono, {0, 255, 0, 255}).grey, 255);
-    // Dark on paper although transparent: black. Too light: left out. Transparent white: left out, or it
-    // would hide what is below.
+    // Dark despite transparency: black. Too light: left out. Translucent white must not hide what is below.
     const Shown dark = Area(ORVColourMode::kMono, {0, 0, 0, 200});
     EXPECT_EQ(dark.grey, 0);
     EXPECT_EQ(dark.opacity, 255);

@@ -137,8 +137,7 @@ TEST(ORVSheetGeneratorTest, PlacesFilters) {
 }
 
 TEST(ORVSheetGeneratorTest, FiltersConvertTheirResultsToTheInks) {
-    // The content keeps its colours. Conversion is appended to the filter: a matrix, and for black and white
-    // a step function.
+    // The content keeps its colours. A matrix is appended, and for black and white a step function.
     for (const auto& [mode, last] : {std::pair{ORVColourMode::kGrey, "filter 3 9 [1 0 0 1 0 0]"},
                                      {ORVColourMode::kMono, "filter 3 9 10 [1 0 0 1 0 0]"}}) {
         RecordingGenerator target;

@@ -269,8 +269,7 @@ TEST(SvgTilesTest, TilesAreAPattern) {
     EXPECT_EQ(FillRectangle(page.Get(), 1.0, 0.0, 10.0, 30.0, {255, 0, 0}), 1);
     EXPECT_EQ(page.Get().EndTiles(), 1);
     EXPECT_NE(page.Get().EndTiles(), 1);
-    // A step that differs from the tile's width by a rounding error is accepted, but the tiles of a pattern
-    // cannot have gaps.
+    // The tiles of a pattern cannot have gaps, but a step that differs by a rounding error is accepted.
     tiles.tile = {0.1, 0.3, 0.0, 30.0};
     tiles.xStep = 0.2;
     ASSERT_NE(tiles.tile.xMax - tiles.tile.xMin, tiles.xStep);

@@ -58,8 +58,7 @@ INSTANTIATE_TEST_SUITE_P(Path, AppendSvgPathTest,
                                                       p.MoveTo({-100, -100}), p.LineTo({1, 1});
                                                   },
                                                   "M-100-100 1 1"},
-                                         // After closing, relative coordinates start at the beginning of the
-                                         // subpath.
+                                         // After closing, steps count from the start of the subpath.
                                          PathCase{"AfterClosing",
                                                   [](ORVPrintPath& p) {
                                                       p.MoveTo({100, 100});
