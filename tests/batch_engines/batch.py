@@ -117,7 +117,7 @@ class Batch:
         return [attempt for attempt in found if attempt.report]
 
     def catch_in_the_middle(self, node):
-        """Stops the machine while it converts a part of which some, but not all drawings are done. Returns the attempt."""
+        """Stops the machine in the middle of a part, after some of its drawings. Returns the attempt."""
         def caught():
             for attempt in self.attempts_on(node):
                 if attempt.lines() < SOME:
