@@ -38,6 +38,7 @@ void StandardChecker::Run() {
                           isSwitch ? svg2::FindOfSwitch(document_, element) : kNoElement});
     }
     for (const ElementIndex sheet : document_.FindAll(Tag::kStyle)) CheckSheet(sheet);
+    CheckSheetValues();
     CheckFontFaces();
     CheckRules();
 }
@@ -230,6 +231,7 @@ void StandardChecker::CheckElement(ElementIndex element, const Style& style, boo
     CheckUnread(element, isHidden);
     if (isHidden) return;
     CheckProperties(element);
+    CheckValues(element);
     if (!style.isDisplayed) return;
     const bool isVisible = style.visibility == svg2::Visibility::kVisible;
     switch (document_[element].tag) {

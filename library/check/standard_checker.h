@@ -66,6 +66,12 @@ private:
     void CheckFont(svg2::ElementIndex element, const svg2::Style& style);
     bool HasText(svg2::ElementIndex element) const;
 
+    // ---- values (standard_values.cpp) ----
+
+    void CheckValues(svg2::ElementIndex element);
+    void CheckDeclaration(svg2::ElementIndex element, const svg2::Declaration& declaration);
+    void CheckSheetValues();
+
     // ---- references (standard_references.cpp) ----
 
     void CheckPaint(svg2::ElementIndex element, const svg2::Paint& paint, std::string_view property);

@@ -244,6 +244,22 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<g alignment-baseline='top'/>", "ignored-property (1)"},
         {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
+        {"<g style='text-transform:uppercase'/>", "ignored-property (1)"},
+        {"<rect fill='reddish'/>", "bad-colour (1)"},
+        {"<rect style='stroke:color-mix(in srgb, red, blue)'/>", "bad-colour (1)"},
+        {"<style>rect{fill:reddish}</style>", "bad-colour (1)"},
+        {"<rect stroke-width='wide'/>", "bad-value (1)"},
+        {"<rect style='opacity:/* half */ 1x'/>", "bad-value (1)"},
+        {"<rect style='width:wide'/>", "bad-value (1)"},
+        {"<rect width='5foo'/>", "bad-length (1)"},
+        {"<text x='1 2 x' font-family='DejaVu Sans'>a</text>", "bad-length (1)"},
+        {"<linearGradient fx='x'/>", "bad-length (1)"},
+        {"<g transform='rotate(x)'/>", "bad-transform (1)"},
+        {"<g style='transform:rotate(5)'/>", "bad-transform (1)"},
+        {"<pattern patternTransform='scale'/>", "bad-transform (1)"},
+        {"<path d='M0 0 L5 5 x'/>", "bad-path-data (1)"},
+        {"<polygon points='1 2 3'/>", "bad-points (1)"},
+        {"<symbol viewBox='0 0 5'/>", "bad-view-box (1)"},
         {"<text>a</text>", "font-unspecified (1)"},
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
     };
@@ -282,6 +298,13 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<radialGradient href='#g'/><pattern href='#p'/>",
              "<g marker-end='url(#none)'><text font-family='DejaVu Sans'>a</text></g>",
              "<g xmlns:e='urn:e'><e:include/></g>",
+             "<rect fill='' stroke='inherit' stroke-width='var(--w)' style='fill:var(--f);--f:reddish;"
+             "stroke-miterlimit:0;text-rendering:auto;text-transform:none;cursor:pointer;color:oklch(50% .1 "
+             "20)'/>",
+             "<text x='1 2,3' dx='1em,5%' rotate='0 5' font-family='DejaVu Sans'>a</text>",
+             "<path d='' transform=''/><path d='none'/><polygon points='1,2 3,4'/><rect rx='auto' "
+             "width='auto'/>",
+             "<marker refX='center' refY='50%' viewBox='0 0 1 1' markerWidth='2'/>",
              "<switch><foreignObject/><rect/></switch>",
              "<style>@font-face{font-family:a;src:local('DejaVu Sans');font-weight:400 900}</style>"
              "<text font-family='a'>a</text>",

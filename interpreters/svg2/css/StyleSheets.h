@@ -58,6 +58,9 @@ public:
     /// Rules that were not applied, in document order, up to a maximum number.
     std::span<const UnreadRule> GetUnreadRules() const { return unreadRules_; }
 
+    /// The declarations of all rules that are applied, in document order.
+    std::span<const Declaration> GetDeclarations() const { return declarations_; }
+
     /// The @font-face rules in document order.
     std::span<const FontFaceRule> GetFontFaces() const { return fontFaces_; }
 
