@@ -21,8 +21,9 @@ constexpr double kMostTilePixels = 4e6;
 constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
 constexpr std::size_t kGreatestDepth = 16;
 
-/// Number of pixels for a length of so many pixels. Unless it is nearly a whole number, there are twice as
-/// many, so that sampling them does not blur the tile. Of large tiles, any length is near enough.
+/// Number of pixels of an image that is `length` pixels long on the page: rounded, if that changes the length
+/// little, as it always does for large tiles; otherwise twice as many, so that sampling does not blur the
+/// tile.
 int PixelsFor(double length) {
     const double near = std::max(0.125, length / 64.0);
     const double whole = std::round(length);
@@ -122,7 +123,7 @@ double ORVTileImages::Scale() const {
                      ((tile.xMax - tile.xMin) * (tile.yMax - tile.yMin)));
 }
 
-/// The size of the image, without pixels if there is to be none.
+/// Size of the image; 0 if the tile would have too many pixels.
 ORVTileImages::Size ORVTileImages::SizeFor(const ORVPrintTiles& tiles) const {
     const ORVMathAffine2D& map = tiles.toPage;
     const auto lengthOf = [&](double x, double y) { return std::hypot(x, y) * Scale(); };

@@ -17,20 +17,21 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// Renders the tiles of patterns as images, for formats with pixels. Drawn one by one, tiles whose size is
-/// not a whole number of pixels would have light seams between them: each covers its border pixels in part.
-/// Here, a tile is drawn once, on a whole number of pixels, and the image fills the area.
+/// Renders the tiles of patterns as images, for formats with pixels. If tiles whose size is not a whole
+/// number of pixels were drawn one by one, light seams would show between them, because each tile covers its
+/// border pixels only in part. This stage draws one tile on a whole number of pixels and fills the area with
+/// the image.
 ///
-/// Plain tiles are left to the drawing, which has no seams, as are tiles with too many pixels. All other
-/// calls are passed on unchanged.
+/// The drawing draws plain tiles itself, as one shape without seams, and tiles with too many pixels one by
+/// one. All other calls are passed on unchanged.
 class ORVTileImages final : public ORVPrintGenerator {
 public:
-    /// Scale from the page to the device's page. Asked once the page has begun.
+    /// Returns the scale from the page to the page of the device. Called when a page has begun.
     using PageScale = std::function<double()>;
 
-    /// @param target   must outlive this object; must support all powers and no tiles
-    /// @param options  for the images and for filters in tiles
-    /// @param scale    without it, the page is that of the device
+    /// @param target   must outlive this object; must support all powers, and no tiles
+    /// @param options  for the images, and for filters in tiles
+    /// @param scale    default: the page is that of the device
     ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {});
     ~ORVTileImages() override;
 
@@ -72,13 +73,13 @@ private:
         double finer = 1.0;  // than pixels of the page
         friend bool operator==(const Size&, const Size&) = default;
     };
-    /// Tiles whose content is being recorded.
+    /// Tiles that have begun; their content is being recorded.
     struct Open {
         ORVPrintTiles tiles;
         Size size;
         ORVPageRecording content;
     };
-    /// An image of a tile, to use again.
+    /// The image of a tile that may occur again.
     struct Known {
         std::uint64_t key = 0;
         Size size;

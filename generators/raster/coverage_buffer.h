@@ -55,8 +55,8 @@ public:
     void SampleCentres(bool samplesCentres) { samplesCentres_ = samplesCentres; }
     /// Keeps the edges added from here on until ResolveOverlaps. No edges may be queued.
     void KeepOverlaps() { keepsEdges_ = true; }
-    /// Adds what is inside the kept edges, each part of it once. Sums of windings do not tell parts that
-    /// overlap within a pixel from parts beside each other. Takes about ten times as long.
+    /// Adds the inside of the kept edges, counting each part once. A sum of windings cannot tell parts that
+    /// overlap within a pixel from parts beside each other. Takes about ten times as long as TakeEdges.
     void ResolveOverlaps(bool evenOdd);
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }

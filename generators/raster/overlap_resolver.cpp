@@ -57,7 +57,6 @@ void OverlapResolver::SortActive() {
 
 std::span<const OverlapResolver::Inside> OverlapResolver::TakeRow(bool evenOdd) {
     const int row = top_ / kHeight, middle = top_ + kHalf;
-    std::erase_if(active_, [&](const Crossing& crossing) { return courses_[crossing.course].endRow <= row; });
     for (; next_ < courses_.size() && courses_[next_].firstRow == row; ++next_)
         active_.push_back({0, static_cast<std::uint32_t>(next_)});
     for (Crossing& crossing : active_) {

@@ -16,10 +16,10 @@ struct CoverageEdge {
     FixedPoint from, to;
 };
 
-/// Finds what is inside outlines whose parts overlap, each part once. A sum of winding numbers over a pixel
-/// cannot tell two parts on top of each other from two beside each other, so this takes rows of samples,
-/// sixteen in a pixel, and walks each from crossing to crossing. The result for a row does not depend on
-/// other rows.
+/// Finds the inside of outlines whose parts overlap, counting each part once. A sum of winding numbers over a
+/// pixel cannot tell two parts on top of each other from two beside each other, so this takes rows of
+/// samples, sixteen in a pixel, and walks each from crossing to crossing. The result for a row does not
+/// depend on other rows.
 class OverlapResolver {
 public:
     /// Height of a row of samples in FixedPoint units. The samples are in its middle.
