@@ -124,7 +124,10 @@ void AddValues(const ORVXmlNode& element, Seeds& seeds) {
 void AddDrawing(const std::string& document, Seeds& seeds) {
     for (const char* target : {"light_xml", "dom_xml", "plain_xml", "check"}) seeds.Add(target, document);
     for (const char* choices : {"00", "01", "10"}) seeds.Add("document", choices + document);
-    for (const char* choices : {"0", "1"}) seeds.Add("standard_document", choices + document);
+    for (const char* choices : {"0", "1"}) {
+        seeds.Add("standard_document", choices + document);
+        seeds.Add("standard_pixels", choices + document);
+    }
     for (const char* choices : {"0", "1"}) {
         seeds.Add("qvxml", choices + document);
         seeds.Add("qvxml", choices + ("<report>" + document + "</report>"));
@@ -243,6 +246,30 @@ void AddStandard(Seeds& seeds) {
         seeds.Add("standard_texts", texts);
 }
 
+/// Adds drawings whose pixels take more than one way: tiles, filters, layers, overlapping outlines.
+void AddStages(Seeds& seeds) {
+    for (const char* content :
+         {"<pattern id='p' width='7.3' height='5' patternUnits='userSpaceOnUse'><g opacity='.5'><circle "
+          "r='4'/>"
+          "</g></pattern><rect width='50' height='50' fill='url(#p)'/><path d='M9 9h50v9z' "
+          "stroke='url(#p)'/>",
+          "<pattern id='q' width='.1' height='.1'><image width='3' height='3' href='a.png'/><rect width='9' "
+          "height='9' filter='blur(1)'/></pattern><pattern id='p' width='.3' height='.3' "
+          "patternTransform='rotate(9)'><rect width='30' height='30' fill='url(#q)'/></pattern>"
+          "<circle r='60' fill='url(#p)'/>",
+          "<g fill='none' stroke='red' stroke-width='3'><path d='M5 5L90 9Z'/><path d='M5 "
+          "20H90V20.5H5Z'/><path "
+          "d='M5 30C9 60 60 60 90 30C60 60 9 60 5 30z' stroke-linejoin='round'/></g>",
+          "<path d='M9 9H50V90H9ZM50 9V90H90V9Z'/><path fill-rule='evenodd' d='M0 0L9 9V0ZM0 0L9 9H0Z'/>",
+          "<mask id='m'><rect width='50' height='50' fill='gray'/></mask><g mask='url(#m)' "
+          "style='mix-blend-mode:multiply' opacity='.5'><circle r='50' fill='lime'/></g>"})
+        for (const char* choices : {"0", "1"})
+            seeds.Add("standard_pixels",
+                      std::string(choices) +
+                          "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'>" + content +
+                          "</svg>");
+}
+
 /// Adds drawings that embed a font.
 void AddFonts(Seeds& seeds) {
     for (const char* font : {tiny_fonts::kTrueType, tiny_fonts::kOpenType, tiny_fonts::kWoff,
@@ -273,6 +300,7 @@ int main(int argc, char** argv) {
     AddModuleImages(seeds);
     AddStandard(seeds);
     AddFonts(seeds);
+    AddStages(seeds);
     seeds.Write(argv[1]);
     return 0;
 }

@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "fuzz/support/standard_documents.h"
 
+#include <cstdint>
 #include <memory>
 
 #include "fuzz/support/documents.h"
+#include "generators/common/ORVOutput.h"
+#include "generators/flatten/ORVFilterImages.h"
+#include "generators/flatten/ORVTileImages.h"
+#include "generators/png/ORVPngGenerator.h"
 #include "interpreters/svg2/interpreter/factories.h"
 #include "platform/print/ORVPrintInputMemoryStream.h"
 #include "platform/print/ORVPrintInterpreter.h"
+#include "platform/print/ORVPrintParameters.h"
 #include "platform/system/ORVPrintLimits.h"
 #include "platform/system/ORVRef.h"
 #include "tests/support/CheckingGenerator.h"
@@ -18,6 +24,33 @@ void DrawStandard(const std::string& document, bool takesSymbols) {
     CheckingGenerator generator(nullptr, takesSymbols);
     PrintAllPages(*interpreter, generator);
     RequireNoFault(generator);
+}
+
+std::string PrintStandardPage(const std::string& document, double dotsPerInch) {
+    constexpr std::uint64_t kMostPixels = 1 << 18, kMostPaint = 1 << 24;
+    const ORVScopedPrintLimit repeats(ORVPrintLimit::kRepeats, kFuzzDrawLimit);
+    const ORVRef<ORVPrintInputMemoryStream> input(new ORVPrintInputMemoryStream(document));
+    const std::unique_ptr<ORVPrintInterpreter> interpreter(fctCreateORVPrintSVG2Interpreter(input.get()));
+    ORVRasterOptions options;
+    options.dotsPerInch = dotsPerInch;
+    options.pixelLimit = kMostPixels;
+    options.paintLimit = kMostPaint;
+    options.threads = 1;
+    ORVFilterOptions images;
+    images.dotsPerInch = dotsPerInch;
+    images.pixelLimit = kMostPixels;
+    images.paintLimit = kMostPaint;
+    images.threads = 1;
+    ORVMemoryOutput output;
+    ORVPngGenerator generator(output, options);
+    ORVFilterImages filters(generator, images);
+    CheckingGenerator checking(&filters);
+    ORVTileImages tiles(checking, images);
+    ORVPrintParameters first;
+    first.SetPages({1});
+    const int result = interpreter->Print(&tiles, first);
+    RequireNoFault(checking);
+    return result == 1 ? output.GetBytes() : std::string();
 }
 
 std::string InDocument(std::string_view text) {

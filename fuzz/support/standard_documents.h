@@ -8,6 +8,11 @@
 /// @param takesSymbols  the generator's answer to symbols
 void DrawStandard(const std::string& document, bool takesSymbols = false);
 
+/// Prints the first page of a standard SVG drawing to PNG, with low limits: with patterns, filters and layers
+/// as the command prints them. The calls on the way are checked.
+/// @return the file; empty if printing failed
+std::string PrintStandardPage(const std::string& document, double dotsPerInch);
+
 /// Escapes text for attributes and element content: none of it has a meaning in XML.
 std::string InDocument(std::string_view text);
 
