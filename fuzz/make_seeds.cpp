@@ -149,8 +149,13 @@ void AddDrawings(const std::string& document, Seeds& seeds) {
     if (!root.GetNode()) return;
     const std::string head = WriteStartTag(*root.GetNode());
     const std::string tail = "</" + std::string(root.GetNode()->GetName()) + ">";
-    for (const ORVXmlNode* child = root.GetNode()->firstChild; child; child = child->nextSibling)
-        if (child->IsElement()) AddDrawing(head + WriteElement(*child) + tail, seeds);
+    for (const ORVXmlNode* child = root.GetNode()->firstChild; child; child = child->nextSibling) {
+        if (!child->IsElement()) continue;
+        std::string drawing = head;
+        drawing += WriteElement(*child);
+        drawing += tail;
+        AddDrawing(drawing, seeds);
+    }
 
     std::vector<const ORVXmlNode*> pending{root.GetNode()};
     while (!pending.empty()) {
@@ -197,7 +202,7 @@ void AddImages(Seeds& seeds) {
             BmpToWrite bmp = BmpToWrite::Info(5, height, bits);
             if (bits <= 8)
                 for (unsigned i = 0; i < 1U << bits; ++i) bmp.U32(i * 0x010203U);
-            AddBytes("bmp", bmp.With(ByteList(3 * ((5 * bits + 31) / 32 * 4), 0x35)), seeds);
+            AddBytes("bmp", bmp.With(ByteList((std::size_t{5} * bits + 31) / 32 * 4 * 3, 0x35)), seeds);
         }
     // Runs of equal pixels, an end of line and the end of the image.
     for (const unsigned bits : {4U, 8U}) {
@@ -209,6 +214,7 @@ void AddImages(Seeds& seeds) {
 
 // Adds GIF, plain and interlaced, and WebP: lossless, lossy and animated.
 void AddModuleImages(Seeds& seeds) {
+    // NOLINTBEGIN(bugprone-suspicious-missing-comma): long files take several lines
     constexpr std::string_view kFiles[] = {
         "R0lGODlhBAACAPAAAACAAP//ACH5BAAAAAAALAAAAAAEAAIAAAIDDI5RADs=",
         "R0lGODlhEAAQAPAAAACAAP//ACH5BAAAAAAALAAAAAAQABAAQAIVjG+gy+0PowQIzYuzqwfypIXiSI4FADs=",
@@ -218,6 +224,7 @@ void AddModuleImages(Seeds& seeds) {
         "UklGRoQAAABXRUJQVlA4WAoAAAACAAAADwAADwAAQU5JTQYAAAD/////AABBTk1GKAAAAAAAAAAAAA8AAA8AAGQAAABW"
         "UDhMDwAAAC8PwAMAB1DAiP4HIqL/AQBBTk1GKAAAAAAAAAAAAA8AAA8AAGQAAABWUDhMDwAAAC8PwAMABxDR//4HIqL/"
         "AQA="};
+    // NOLINTEND(bugprone-suspicious-missing-comma)
     for (const std::string_view file : kFiles) {
         std::string bytes;
         if (DecodeBase64(file, bytes)) seeds.Add("module_images", bytes);
