@@ -3,12 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
-#include <new>
 #include <utility>
 
-#include "generators/common/exception_text.h"
-#include "generators/common/generator_status.h"
 #include "generators/filters/filter_pixels.h"
 
 namespace {
@@ -44,20 +40,6 @@ ORVTileImages::ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& 
 
 ORVTileImages::~ORVTileImages() = default;
 
-template <class Action>
-int ORVTileImages::Guard(Action action) {
-    try {
-        return action();
-    } catch (const std::exception&) {
-        ORVNameException(failure_);
-        return kDrawingFailed;
-    }
-}
-
-ORVPrintGenerator& ORVTileImages::Receiver() {
-    return open_.empty() ? target_ : static_cast<ORVPrintGenerator&>(open_.back()->content);
-}
-
 int ORVTileImages::BeginDocument(const ORVPrintDocumentInfo& info) {
     // Keys are those of a drawing.
     known_ = {};
@@ -79,38 +61,6 @@ int ORVTileImages::EndDocument() {
     open_.clear();
     known_ = {};
     return target_.EndDocument();
-}
-
-int ORVTileImages::BeginClip(const ORVMathBox2D& box) {
-    return Guard([&] { return Receiver().BeginClip(box); });
-}
-
-int ORVTileImages::BeginClipPath(const ORVPrintClipPath& clip) {
-    return Guard([&] { return Receiver().BeginClipPath(clip); });
-}
-
-int ORVTileImages::BeginLayer(const ORVPrintLayer& layer) {
-    return Guard([&] { return Receiver().BeginLayer(layer); });
-}
-
-int ORVTileImages::BeginMask(const ORVPrintMask& mask) {
-    return Guard([&] { return Receiver().BeginMask(mask); });
-}
-
-int ORVTileImages::BeginFilter(const ORVPrintFilter& filter) {
-    return Guard([&] { return Receiver().BeginFilter(filter); });
-}
-
-int ORVTileImages::DrawShape(const ORVPrintShape& shape) {
-    return Guard([&] { return Receiver().DrawShape(shape); });
-}
-
-int ORVTileImages::DrawText(const ORVPrintText& text) {
-    return Guard([&] { return Receiver().DrawText(text); });
-}
-
-int ORVTileImages::DrawImage(const ORVPrintImage& image) {
-    return Guard([&] { return Receiver().DrawImage(image); });
 }
 
 // ---- Tiles ------------------------------------------------------------------------------------------------
@@ -219,5 +169,5 @@ int ORVTileImages::Fill(const ORVPrintTiles& tiles, const ORVPixelImage& image) 
     fill.pattern = &image;
     fill.patternToPage = tiles.toPage * ToTile(tiles.tile, static_cast<int>(image.GetWidth()),
                                                static_cast<int>(image.GetHeight()));
-    return Receiver().DrawShape({path, {}, &fill, nullptr});
+    return DrawShape({path, {}, &fill, nullptr});
 }

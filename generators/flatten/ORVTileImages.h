@@ -4,11 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "generators/common/ORVPageRecording.h"
+#include "generators/common/exception_text.h"
+#include "generators/common/generator_status.h"
 #include "generators/flatten/ORVFilterImages.h"
 #include "generators/flatten/clear_pixels.h"
 #include "generators/raster/ORVRasterGenerator.h"
@@ -40,33 +43,35 @@ public:
 
     int BeginDocument(const ORVPrintDocumentInfo& info) override;
     int BeginPage(const ORVPrintPageInfo& info) override;
-    int BeginGroup(const ORVPrintGroup& group) override { return Receiver().BeginGroup(group); }
-    int EndGroup() override { return Receiver().EndGroup(); }
-    int BeginClip(const ORVMathBox2D& box) override;
-    int EndClip() override { return Receiver().EndClip(); }
+    int BeginGroup(const ORVPrintGroup& group) override { return Pass(&Target::BeginGroup, group); }
+    int EndGroup() override { return Pass(&Target::EndGroup); }
+    int BeginClip(const ORVMathBox2D& box) override { return Pass(&Target::BeginClip, box); }
+    int EndClip() override { return Pass(&Target::EndClip); }
     unsigned int GetPowers() const override { return target_.GetPowers(); }
-    int BeginClipPath(const ORVPrintClipPath& clip) override;
-    int EndClipPath() override { return Receiver().EndClipPath(); }
-    int BeginLayer(const ORVPrintLayer& layer) override;
-    int EndLayer() override { return Receiver().EndLayer(); }
-    int BeginMask(const ORVPrintMask& mask) override;
-    int EndMask() override { return Receiver().EndMask(); }
-    int BeginFilter(const ORVPrintFilter& filter) override;
-    int EndFilter() override { return Receiver().EndFilter(); }
-    int BeginFilterInput() override { return Receiver().BeginFilterInput(); }
-    int EndFilterInput() override { return Receiver().EndFilterInput(); }
-    int BeginSymbol(const ORVPrintSymbol& symbol) override { return Receiver().BeginSymbol(symbol); }
-    int EndSymbol() override { return Receiver().EndSymbol(); }
+    int BeginClipPath(const ORVPrintClipPath& clip) override { return Pass(&Target::BeginClipPath, clip); }
+    int EndClipPath() override { return Pass(&Target::EndClipPath); }
+    int BeginLayer(const ORVPrintLayer& layer) override { return Pass(&Target::BeginLayer, layer); }
+    int EndLayer() override { return Pass(&Target::EndLayer); }
+    int BeginMask(const ORVPrintMask& mask) override { return Pass(&Target::BeginMask, mask); }
+    int EndMask() override { return Pass(&Target::EndMask); }
+    int BeginFilter(const ORVPrintFilter& filter) override { return Pass(&Target::BeginFilter, filter); }
+    int EndFilter() override { return Pass(&Target::EndFilter); }
+    int BeginFilterInput() override { return Pass(&Target::BeginFilterInput); }
+    int EndFilterInput() override { return Pass(&Target::EndFilterInput); }
+    int BeginSymbol(const ORVPrintSymbol& symbol) override { return Pass(&Target::BeginSymbol, symbol); }
+    int EndSymbol() override { return Pass(&Target::EndSymbol); }
     int BeginTiles(const ORVPrintTiles& tiles) override;
     int EndTiles() override;
     bool KeepsIdentifiers() const override { return target_.KeepsIdentifiers(); }
-    int DrawShape(const ORVPrintShape& shape) override;
-    int DrawText(const ORVPrintText& text) override;
-    int DrawImage(const ORVPrintImage& image) override;
+    int DrawShape(const ORVPrintShape& shape) override { return Pass(&Target::DrawShape, shape); }
+    int DrawText(const ORVPrintText& text) override { return Pass(&Target::DrawText, text); }
+    int DrawImage(const ORVPrintImage& image) override { return Pass(&Target::DrawImage, image); }
     int EndPage() override { return target_.EndPage(); }
     int EndDocument() override;
 
 private:
+    using Target = ORVPrintGenerator;
+
     /// Size of an image in pixels.
     struct Size {
         int width = 0, height = 0;
@@ -87,8 +92,20 @@ private:
     };
 
     template <class Action>
-    int Guard(Action action);
-    ORVPrintGenerator& Receiver();
+    int Guard(Action action) {
+        try {
+            return action();
+        } catch (const std::exception&) {
+            ORVNameException(failure_);
+            return kDrawingFailed;
+        }
+    }
+    /// Passes a call to the recording of the open tile, or to the target.
+    template <class... What>
+    int Pass(int (ORVPrintGenerator::*call)(const What&...), const What&... what) {
+        if (open_.empty()) return (target_.*call)(what...);
+        return Guard([&] { return (open_.back()->content.*call)(what...); });
+    }
     /// Pixels per page unit, or per unit of the tile that is being recorded.
     double Scale() const;
     Size SizeFor(const ORVPrintTiles& tiles) const;

@@ -56,7 +56,7 @@ public:
     /// Keeps the edges added from here on until ResolveOverlaps. No edges may be queued.
     void KeepOverlaps() { keepsEdges_ = true; }
     /// Adds the inside of the kept edges, counting each part once. A sum of windings cannot tell parts that
-    /// overlap within a pixel from parts beside each other. Takes about ten times as long as TakeEdges.
+    /// overlap within a pixel from parts beside each other. Takes more than ten times as long as TakeEdges.
     void ResolveOverlaps(bool evenOdd);
     int GetFirstRow() const { return firstRow_; }
     int GetEndRow() const { return endRow_; }

@@ -8,11 +8,12 @@
 
 namespace {
 
-bool HasFewVerbs(const RasterGeometry& geometry) {
+/// Number of verbs of all contours; kMostOverlapVerbs + 1 for any greater number.
+std::uint32_t CountVerbs(const RasterGeometry& geometry) {
     std::uint32_t verbs = 0;
     for (std::uint32_t i = 0; i < geometry.contourCount && verbs <= kMostOverlapVerbs; ++i)
-        verbs += geometry.contours[i].verbCount;
-    return verbs <= kMostOverlapVerbs;
+        verbs += std::min(geometry.contours[i].verbCount, kMostOverlapVerbs + 1);
+    return std::min(verbs, kMostOverlapVerbs + 1);
 }
 
 bool IsLine(const RasterContour& contour, std::uint32_t verb) {
@@ -104,9 +105,9 @@ std::size_t HashOf(const RasterPoint& a, const RasterPoint& b) {
 }  // namespace
 
 bool ORVRepeatsEdges(const RasterGeometry& geometry, SeenEdges& seen) {
-    if (geometry.contourCount < 2 || !HasFewVerbs(geometry)) return false;
-    std::uint32_t verbs = 0;
-    for (std::uint32_t i = 0; i < geometry.contourCount; ++i) verbs += geometry.contours[i].verbCount;
+    if (geometry.contourCount < 2) return false;
+    const std::uint32_t verbs = CountVerbs(geometry);
+    if (verbs > kMostOverlapVerbs) return false;
     // At most half full.
     const std::size_t size = std::bit_ceil(std::size_t{2} * verbs + 2), mask = size - 1;
     seen.assign(size, nullptr);
@@ -128,7 +129,7 @@ bool ORVRepeatsEdges(const RasterGeometry& geometry, SeenEdges& seen) {
 }
 
 bool ORVTurnsBack(const RasterGeometry& geometry, const StrokePen& pen) {
-    if (pen.IsDashed() || !HasFewVerbs(geometry)) return false;
+    if (pen.IsDashed() || CountVerbs(geometry) > kMostOverlapVerbs) return false;
     RetracedLength retraced(static_cast<float>(2.0 * pen.radius));
     for (std::uint32_t i = 0; i < geometry.contourCount; ++i) {
         const RasterContour& contour = geometry.contours[i];

@@ -33,12 +33,13 @@ public:
 
     /// Adds edges, in any order.
     void Add(std::span<const CoverageEdge> edges) { edges_.insert(edges_.end(), edges.begin(), edges.end()); }
-    /// Begins with the rows of samples of [top, bottom) in FixedPoint units, multiples of kHeight.
+    /// Takes over the edges added so far, and begins with the rows of samples of [top, bottom) in FixedPoint
+    /// units, multiples of kHeight.
     void Begin(int top, int bottom);
     /// Top of the next row of samples that has edges, and the end if none has.
     int GetTop() const { return top_; }
-    /// What is inside in the row at GetTop(), from left to right; goes to the next row. After the last row,
-    /// the edges are forgotten.
+    /// Returns what is inside in the row at GetTop(), from left to right, and goes to the next row. Valid
+    /// until the next call.
     std::span<const Inside> TakeRow(bool evenOdd);
     /// Number of steps taken since Begin: edges in rows, and their exchanges when sorted.
     std::uint64_t GetSteps() const { return steps_; }

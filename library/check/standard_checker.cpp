@@ -10,7 +10,6 @@
 #include "interpreters/svg2/values/scanner.h"
 #include "library/check/namespaces.h"
 #include "library/check/text_set.h"
-#include "library/check/unread_properties.h"
 #include "platform/print/link_addresses.h"
 #include "platform/visualization/fonts/ORVFont.h"
 #include "platform/visualization/fonts/ORVFontFace.h"
@@ -165,21 +164,6 @@ void StandardChecker::CheckUnknown(ElementIndex element, bool isHidden) {
         Note(FindingCode::kUnknownElement, element, "", "", "is not drawn");
 }
 
-void StandardChecker::CheckProperty(ElementIndex element, std::string_view name, std::string_view value) {
-    ForEachLossOf(name, value, [&](const char* message) {
-        Note(FindingCode::kIgnoredProperty, element, name, value, message);
-    });
-}
-
-void StandardChecker::CheckProperties(ElementIndex element) {
-    document_.ForEachProperty(element, [&](Name name, std::string_view value) {
-        CheckProperty(element, svg2::TextOf(name), svg2::Trim(value));
-    });
-    svg2::Scanner scanner(document_.ValueOf(element, Name::kStyle));
-    for (svg2::Declaration declaration; svg2::TakeDeclaration(scanner, declaration);)
-        CheckProperty(element, declaration.name, declaration.value);
-}
-
 void StandardChecker::CheckImage(ElementIndex element) {
     const std::string_view reference = svg2::Trim(document_.ValueOf(element, Name::kHref));
     if (reference.empty()) {
@@ -230,7 +214,6 @@ void StandardChecker::CheckFont(ElementIndex element, const Style& style) {
 void StandardChecker::CheckElement(ElementIndex element, const Style& style, bool isHidden) {
     CheckUnread(element, isHidden);
     if (isHidden) return;
-    CheckProperties(element);
     CheckValues(element);
     if (!style.isDisplayed) return;
     const bool isVisible = style.visibility == svg2::Visibility::kVisible;

@@ -60,8 +60,6 @@ private:
     void CheckElement(svg2::ElementIndex element, const svg2::Style& style, bool isHidden);
     void CheckUnread(svg2::ElementIndex element, bool isHidden);
     void CheckUnknown(svg2::ElementIndex element, bool isHidden);
-    void CheckProperty(svg2::ElementIndex element, std::string_view name, std::string_view value);
-    void CheckProperties(svg2::ElementIndex element);
     void CheckImage(svg2::ElementIndex element);
     void CheckFont(svg2::ElementIndex element, const svg2::Style& style);
     bool HasText(svg2::ElementIndex element) const;
@@ -69,6 +67,10 @@ private:
     // ---- values (standard_values.cpp) ----
 
     void CheckValues(svg2::ElementIndex element);
+    /// Reports what a value of a property loses here. @return false if that is nothing
+    bool NoteLosses(svg2::ElementIndex element, std::string_view property, std::string_view value);
+    void CheckPresentation(svg2::ElementIndex element, svg2::Name name, std::string_view value);
+    void CheckStyle(svg2::ElementIndex element, std::string_view style);
     void CheckDeclaration(svg2::ElementIndex element, const svg2::Declaration& declaration);
     void CheckSheetValues();
 
@@ -83,12 +85,14 @@ private:
     void CheckHref(svg2::ElementIndex element);
     void CheckMarkers(svg2::ElementIndex element, const svg2::Style& style);
     void CheckInclusions(svg2::ElementIndex element);
-    std::string_view NamespaceAt(svg2::ElementIndex element, const ORVXmlNode& child) const;
+    std::string_view NamespaceAt(svg2::ElementIndex element, std::string_view declaration) const;
 
     const svg2::Document& document_;
     FindingWriter writer_;
     const std::unordered_map<const ORVXmlNode*, std::size_t>& numbers_;
     svg2::Cascade cascade_;
+    const svg2::Style initial_ = svg2::Cascade::InitialStyle();
+    svg2::Style read_;  // receives values that are only tried
     svg2::Images images_;
     svg2::DocumentFonts fonts_;
     std::unordered_set<std::string_view> families_;  // already looked up

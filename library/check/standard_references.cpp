@@ -118,11 +118,8 @@ void StandardChecker::CheckMarkers(ElementIndex element, const Style& style) {
     }
 }
 
-/// The namespace of a child of an element that is not in SVG's namespace.
-std::string_view StandardChecker::NamespaceAt(ElementIndex element, const ORVXmlNode& child) const {
-    const std::string_view prefix = PrefixOf(child.GetName());
-    const std::string declaration = prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix);
-    if (const auto uri = child.Find(declaration)) return *uri;
+/// The namespace that an element and those around it give a prefix, by the name of its declaration.
+std::string_view StandardChecker::NamespaceAt(ElementIndex element, std::string_view declaration) const {
     for (; element != kNoElement; element = document_[element].parent)
         if (const auto uri = document_[element].node->Find(declaration)) return *uri;
     return {};
@@ -130,10 +127,14 @@ std::string_view StandardChecker::NamespaceAt(ElementIndex element, const ORVXml
 
 /// Reports children that include other files.
 void StandardChecker::CheckInclusions(ElementIndex element) {
+    std::string known;  // the declaration that was looked up last
+    std::string_view around;
     for (const ORVXmlNode* child = document_[element].node->firstChild; child; child = child->nextSibling) {
-        if (!child->IsElement() || LocalNameOf(child->GetName()) != "include" ||
-            NamespaceAt(element, *child) != Namespaces::kXinclude)
-            continue;
+        if (!child->IsElement() || LocalNameOf(child->GetName()) != "include") continue;
+        const std::string_view prefix = PrefixOf(child->GetName());
+        const std::string declaration = prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix);
+        if (declaration != known) around = NamespaceAt(element, known = declaration);
+        if (child->Find(declaration).value_or(around) != Namespaces::kXinclude) continue;
         writer_.Note(FindingCode::kUnprintedElement, At(child), "href", child->Find("href").value_or(""),
                      "no document is included, and its fallback is not printed");
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
 #include <string>
-#include <vector>
 
 #include "interpreters/svg2/css/declarations.h"
 #include "interpreters/svg2/css/properties.h"
@@ -12,6 +14,7 @@
 #include "interpreters/svg2/values/view_box.h"
 #include "library/check/standard_checker.h"
 #include "library/check/text_set.h"
+#include "library/check/unread_properties.h"
 
 // Findings about values that cannot be read. What they would set keeps its value.
 
@@ -140,37 +143,62 @@ const ReadAttribute kAttributes[] = {
     {Name::kTextLength, IsLength, FindingCode::kBadLength},
 };
 
+const ReadAttribute* FindAttribute(Name name) {
+    const auto* const row = std::find_if(std::begin(kAttributes), std::end(kAttributes),
+                                         [name](const ReadAttribute& other) { return other.name == name; });
+    return row == std::end(kAttributes) ? nullptr : row;
+}
+
 }  // namespace
 
-/// Reports values of properties in attributes and in the style attribute, and of other attributes.
+/// Reports values of properties and other attributes, and of the style attribute.
 void StandardChecker::CheckValues(ElementIndex element) {
     const Tag tag = document_[element].tag;
     if (tag == Tag::kUnknown || tag == Tag::kScript || tag == Tag::kForeignObject || tag == Tag::kNamedView ||
         tag == Tag::kPage)
         return;
-    const svg2::Style initial = svg2::Cascade::InitialStyle();
-    svg2::Style style = initial;
-    const svg2::PropertyContext context{initial, {}, true};
-    document_.ForEachProperty(element, [&](Name name, std::string_view value) {
-        value = svg2::Trim(value);
-        if (!IsOpen(value) && !IsExempt(name, value) && !svg2::SetProperty(name, value, context, style))
-            Note(CodeFor(name), element, svg2::TextOf(name), value, kIgnored);
-    });
-    const std::string text = svg2::WithoutComments(document_.ValueOf(element, Name::kStyle));
-    svg2::Scanner scanner(text);
-    for (svg2::Declaration declaration; svg2::TakeDeclaration(scanner, declaration);)
-        CheckDeclaration(element, declaration);
-    for (const ReadAttribute& attribute : kAttributes) {
-        const auto value = document_.Find(element, attribute.name);
-        if (value && !IsOpen(svg2::Trim(*value)) && !attribute.isReadable(svg2::Trim(*value)))
-            Note(attribute.code, element, svg2::TextOf(attribute.name), *value,
-                 attribute.name == Name::kD || attribute.name == Name::kPoints
+    const ORVXmlNode& node = *document_[element].node;
+    for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
+        const ORVXmlAttribute attribute = node.GetAttribute(i);
+        const auto name = svg2::FindName(attribute.name);
+        const std::string_view value = svg2::Trim(attribute.value);
+        if (!name || IsOpen(value)) continue;
+        if (svg2::IsPresentationAttribute(*name))
+            CheckPresentation(element, *name, value);
+        else if (*name == Name::kStyle)
+            CheckStyle(element, value);
+        else if (const ReadAttribute* read = FindAttribute(*name); read && !read->isReadable(value))
+            Note(read->code, element, attribute.name, value,
+                 *name == Name::kD || *name == Name::kPoints
                      ? "cannot be read completely: the part before the fault is drawn"
                      : kIgnored);
     }
 }
 
+bool StandardChecker::NoteLosses(ElementIndex element, std::string_view property, std::string_view value) {
+    bool has = false;
+    ForEachLossOf(property, value, [&](const char* message) {
+        Note(FindingCode::kIgnoredProperty, element, property, value, message);
+        has = true;
+    });
+    return has;
+}
+
+void StandardChecker::CheckPresentation(ElementIndex element, Name name, std::string_view value) {
+    if (!NoteLosses(element, svg2::TextOf(name), value) && !IsExempt(name, value) &&
+        !svg2::SetProperty(name, value, {initial_, {}, true}, read_))
+        Note(CodeFor(name), element, svg2::TextOf(name), value, kIgnored);
+}
+
+void StandardChecker::CheckStyle(ElementIndex element, std::string_view style) {
+    const std::string text = svg2::WithoutComments(style);
+    svg2::Scanner scanner(text);
+    for (svg2::Declaration declaration; svg2::TakeDeclaration(scanner, declaration);)
+        CheckDeclaration(element, declaration);
+}
+
 void StandardChecker::CheckDeclaration(ElementIndex element, const svg2::Declaration& declaration) {
+    if (NoteLosses(element, declaration.name, declaration.value)) return;
     const auto name = svg2::FindProperty(declaration.name);
     if (!name || IsOpen(declaration.value) || IsExempt(*name, declaration.value) ||
         svg2::IsSheetValue(declaration.name, declaration.value))
@@ -180,15 +208,7 @@ void StandardChecker::CheckDeclaration(ElementIndex element, const svg2::Declara
 
 /// Reports values in style sheets, at the sheet that they are in.
 void StandardChecker::CheckSheetValues() {
-    const std::vector<ElementIndex> sheets = document_.FindAll(Tag::kStyle);
-    for (const svg2::Declaration& declaration : cascade_.GetSheets().GetDeclarations()) {
-        ElementIndex place = svg2::Document::kRoot;
-        for (const ElementIndex sheet : sheets) {
-            const std::string_view text = document_[sheet].node->GetText();
-            const bool isInside = declaration.value.data() >= text.data() &&
-                                  declaration.value.data() < text.data() + text.size();
-            if (isInside || sheets.size() == 1) place = sheet;
-        }
-        CheckDeclaration(place, declaration);
-    }
+    cascade_.GetSheets().ForEachDeclaration([this](ElementIndex sheet, const svg2::Declaration& declaration) {
+        CheckDeclaration(sheet, declaration);
+    });
 }

@@ -245,6 +245,7 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
         {"<g style='text-transform:uppercase'/>", "ignored-property (1)"},
+        {"<style>text{text-transform:uppercase}</style>", "ignored-property (1)"},
         {"<rect fill='reddish'/>", "bad-colour (1)"},
         {"<rect style='stroke:color-mix(in srgb, red, blue)'/>", "bad-colour (1)"},
         {"<style>rect{fill:reddish}</style>", "bad-colour (1)"},
@@ -264,6 +265,23 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<a href='javascript:x()'><rect width='1' height='1'/></a>", "script-link (1)"},
     };
     for (const auto& row : kRows) EXPECT_THAT(Check(row.content), HasSubstr(row.kind)) << row.content;
+}
+
+TEST_F(StandardTest, CheckNamesTheSheetOfAValue) {
+    EXPECT_THAT(
+        Check("<style>a{fill:red}</style>\n<style>a{fill:reddish}</style>\n<style>a{fill:red}</style>"),
+        HasSubstr(":2:"));
+    EXPECT_THAT(Check("<rect/>\n<style>/* copied */ a{fill:reddish}</style>"), HasSubstr(":2:"));
+}
+
+TEST_F(StandardTest, CheckReportsALossOnce) {
+    for (const char* content :
+         {"<path stroke-linejoin='arcs'/>", "<g style='text-decoration-color:red'/>",
+          "<g alignment-baseline='top'/>", "<g style='text-transform:uppercase'/>",
+          "<g style='font-variant-alternates:swash(a)'/>", "<g style='inline-size:9px'/>",
+          "<text font-family='DejaVu Sans' style='font-size-adjust:ic-height 1'>a</text>",
+          "<g color-interpolation='linearRGB'/>"})
+        EXPECT_THAT(Check(content), HasSubstr("1 finding of 1 kind")) << content;
 }
 
 TEST_F(StandardTest, CheckNamesTheSheetOfAFont) {
@@ -298,6 +316,7 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<radialGradient href='#g'/><pattern href='#p'/>",
              "<g marker-end='url(#none)'><text font-family='DejaVu Sans'>a</text></g>",
              "<g xmlns:e='urn:e'><e:include/></g>",
+             "<g xmlns:e='urn:e'><g xmlns:e='http://www.w3.org/2001/XInclude'/><e:include/></g>",
              "<rect fill='' stroke='inherit' stroke-width='var(--w)' style='fill:var(--f);--f:reddish;"
              "stroke-miterlimit:0;text-rendering:auto;text-transform:none;cursor:pointer;color:oklch(50% .1 "
              "20)'/>",

@@ -112,6 +112,7 @@ StyleSheets::StyleSheets(const Document& document, const Medium& medium) : docum
 
 void StyleSheets::ReadWholeSheet(std::string_view text, const Medium& medium) {
     texts_.push_back(WithoutComments(text));
+    parts_.push_back({declarations_.size(), sheet_});
     namespaces_.clear();
     ReadSheet(texts_.back(), {medium, 0, SheetLayers::kNone, nullptr, 0});
 }

@@ -58,8 +58,14 @@ public:
     /// Rules that were not applied, in document order, up to a maximum number.
     std::span<const UnreadRule> GetUnreadRules() const { return unreadRules_; }
 
-    /// The declarations of all rules that are applied, in document order.
-    std::span<const Declaration> GetDeclarations() const { return declarations_; }
+    /// Calls `use(sheet, declaration)` for the declarations of all rules that are applied, in document order.
+    template <class Use>
+    void ForEachDeclaration(Use use) const {
+        for (std::size_t part = 0; part < parts_.size(); ++part) {
+            const std::size_t end = part + 1 < parts_.size() ? parts_[part + 1].begin : declarations_.size();
+            for (std::size_t i = parts_[part].begin; i < end; ++i) use(parts_[part].sheet, declarations_[i]);
+        }
+    }
 
     /// The @font-face rules in document order.
     std::span<const FontFaceRule> GetFontFaces() const { return fontFaces_; }
@@ -74,6 +80,11 @@ public:
 private:
     struct Block {
         std::size_t begin, end;  // of declarations
+    };
+    /// The declarations of a sheet, up to those of the next one.
+    struct SheetPart {
+        std::size_t begin;
+        ElementIndex sheet;
     };
     struct Rule {
         Selector selector;
@@ -115,6 +126,7 @@ private:
     std::deque<std::string> texts_;  // referenced by string views
     SelectorNamespaces namespaces_;
     std::vector<Declaration> declarations_;
+    std::vector<SheetPart> parts_;
     std::vector<Rule> rules_;
     // Indexed by a condition on the element itself: its identifier, class or type, in this order of
     // preference.
