@@ -60,7 +60,7 @@ void TextDrawing::DrawSegment(const TextLayout& layout, const TextSegment& segme
 struct TextDrawing::Paints {
     MadePaint fill, stroke;
     ORVPrintFill inside;
-    ORVPrintStroke pen;
+    MadePen pen;
     bool hasFill = false, hasStroke = false, strokesFirst = false;
 };
 
@@ -86,9 +86,9 @@ void TextDrawing::MakePaints(const Style& style, const DrawState& state, double 
     drawing_.paints_.MakeStroke(place, opacity, paints.stroke);
     paints.hasStroke = (isPlain(paints.stroke) || paints.stroke.kind == Kind::kPattern) &&
                        drawing_.paints_.MakePen(style, state.viewport, 1.0, paints.pen);
-    paints.pen.isCrisp = false;  // applies to shapes only
-    paints.pen.colour = paints.stroke.colour;
-    paints.pen.gradient = paints.stroke.GetGradient();
+    paints.pen.stroke.isCrisp = false;  // applies to shapes only
+    paints.pen.stroke.colour = paints.stroke.colour;
+    paints.pen.stroke.gradient = paints.stroke.GetGradient();
 }
 
 /// Draws a part of a text, or a line of its decoration, with all its paints.
@@ -100,7 +100,7 @@ void TextDrawing::Paint(const Paints& paints, const DrawState& state, Action dra
     const bool hasTiles = paints.fill.kind == Kind::kPattern;
     const bool strokesWithTiles = paints.hasStroke && paints.stroke.kind == Kind::kPattern;
     if (!hasTiles && !strokesWithTiles && !(paints.strokesFirst && paints.hasStroke)) {
-        draw(fill, paints.hasStroke ? &paints.pen : nullptr);
+        draw(fill, paints.hasStroke ? &paints.pen.stroke : nullptr);
         return;
     }
     const auto drawInside = [&] {
@@ -111,13 +111,13 @@ void TextDrawing::Paint(const Paints& paints, const DrawState& state, Action dra
             draw(fill, nullptr);
     };
     const auto drawOutline = [&] {
-        ORVPrintStroke black = paints.pen;
+        ORVPrintStroke black = paints.pen.stroke;
         black.colour = {};
         black.gradient = nullptr;
         if (strokesWithTiles)
-            PaintTiles(paints.stroke, state, paints.pen.width, [&] { draw(nullptr, &black); });
+            PaintTiles(paints.stroke, state, paints.pen.stroke.width, [&] { draw(nullptr, &black); });
         else if (paints.hasStroke)
-            draw(nullptr, &paints.pen);
+            draw(nullptr, &paints.pen.stroke);
     };
     if (paints.strokesFirst) drawOutline();
     drawInside();

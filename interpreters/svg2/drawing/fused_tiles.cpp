@@ -204,9 +204,10 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
             !IsInvertible(shape.toPattern))
             return false;
         const TileFuser fuser(tiles, shape);
-        ORVPrintStroke pen;
+        MadePen made;
+        const ORVPrintStroke& pen = made.stroke;
         const bool hasPen =
-            own.stroke.kind != Paint::Kind::kNone && paints_.MakePen(own, tiles.viewport, 1.0, pen);
+            own.stroke.kind != Paint::Kind::kNone && paints_.MakePen(own, tiles.viewport, 1.0, made);
         const bool isCut = hasPen && !fuser.HoldsLine(pen);
         if (isCut && (!pen.dashes.empty() || pen.join == ORVPrintStroke::Join::kMiterClip)) return false;
         shape.opacity = PaintOpacity(child, own);
@@ -254,14 +255,14 @@ void Drawing::DrawFused(const FusedShape& shape, const PatternTiles& tiles) {
     double dashScale = 1.0;
     const double stated = shape.style.dashes ? scene_.NumberOf(shape.element, Name::kPathLength, 0.0) : 0.0;
     if (stated > 0.0) dashScale = LengthOf(shape.path) / stated;
-    ORVPrintStroke pen;
+    MadePen pen;
     MadePaint line;
     paints_.MakeStroke(place, shape.opacity, line);
     if (line.kind != MadePaint::Kind::kColour ||
         !paints_.MakePen(shape.style, tiles.viewport, dashScale, pen))
         return;
-    pen.colour = line.colour;
-    DrawFusedLine(shape, tiles, pen);
+    pen.stroke.colour = line.colour;
+    DrawFusedLine(shape, tiles, pen.stroke);
 }
 
 // Lines stay lines where they can: areas of theirs have many times as many points. Where lines are

@@ -218,13 +218,13 @@ void Drawing::DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, doubl
     inner.context = &context;
     const Rectangle rectangle{0.0, 0.0, width, height};
     ORVMathAffine2D toViewport;
-    inner.viewport = {width, height};
+    Viewport ofReference{width, height};
     const std::optional<Rectangle> viewBox = ReadViewBox(document.ValueOf(marker, Name::kViewBox));
     if (viewBox) {
         if (viewBox->width == 0.0 || viewBox->height == 0.0) return;
         toViewport = FitViewBox(
             *viewBox, ReadAspectRatio(document.ValueOf(marker, Name::kPreserveAspectRatio)), rectangle);
-        inner.viewport = {viewBox->width, viewBox->height};
+        ofReference = {viewBox->width, viewBox->height};
     }
     const auto referenceOf = [&](Name name, Axis axis) {
         const std::string_view text = Trim(document.ValueOf(marker, name));
@@ -234,7 +234,7 @@ void Drawing::DrawMarker(ElementIndex marker, const ORVMathPoint2D& point, doubl
         if (text == "left" || text == "top") return origin;
         if (text == "center") return origin + size / 2.0;
         if (text == "right" || text == "bottom") return origin + size;
-        return scene_.LengthOf(marker, name, markerStyle, inner.viewport, axis);
+        return scene_.LengthOf(marker, name, markerStyle, ofReference, axis);
     };
     const ORVMathPoint2D reference =
         toViewport({referenceOf(Name::kRefX, Axis::kX), referenceOf(Name::kRefY, Axis::kY)});

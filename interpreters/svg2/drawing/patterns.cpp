@@ -58,9 +58,9 @@ void Drawing::DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPag
     inner.context = nullptr;
     ORVMathAffine2D toTile = ORVMathAffine2D::Translation(tile.x, tile.y);
     inner.viewport = paint.viewport;
+    // A view box scales the content but is not the reference of its percentages.
     if (pattern.viewBox) {
         toTile = FitViewBox(*pattern.viewBox, pattern.ratio, tile);
-        inner.viewport = {pattern.viewBox->width, pattern.viewBox->height};
     } else if (pattern.contentUnits == Units::kBoundingBox) {
         toTile = toTile * ORVMathAffine2D::Scaling(boxWidth, boxHeight);
     }

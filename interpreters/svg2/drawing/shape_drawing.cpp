@@ -117,7 +117,8 @@ void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const 
                            [&path] { return BoxOf(path); }};
     MadePaint fill, strokePaint;
     paints_.MakeFill(place, opacity, fill);
-    ORVPrintStroke stroke;
+    MadePen pen;
+    ORVPrintStroke& stroke = pen.stroke;
     bool hasStroke = false;
     if (style.stroke.kind != Paint::Kind::kNone) {
         double dashScale = 1.0;
@@ -127,7 +128,7 @@ void Drawing::DrawOutline(ElementIndex element, const ORVPrintPath& path, const 
         }
         paints_.MakeStroke(place, opacity, strokePaint);
         hasStroke = strokePaint.kind != MadePaint::Kind::kNothing &&
-                    paints_.MakePen(style, state.viewport, dashScale, stroke);
+                    paints_.MakePen(style, state.viewport, dashScale, pen);
         stroke.colour = strokePaint.colour;
         stroke.gradient = strokePaint.GetGradient();
     }

@@ -146,7 +146,8 @@ void Paints::Make(const Paint& paint, double opacity, const PaintPlace& place, M
     Make(isFill ? context->style->fill : context->style->stroke, opacity * own, there, made);
 }
 
-bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashScale, ORVPrintStroke& stroke) {
+bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashScale, MadePen& pen) {
+    ORVPrintStroke& stroke = pen.stroke;
     stroke.width = style.strokeWidth.Resolve(viewport.Diagonal());
     if (!(stroke.width > 0.0) || !std::isfinite(stroke.width)) return false;
     stroke.cap = style.cap;
@@ -158,23 +159,23 @@ bool Paints::MakePen(const Style& style, const Viewport& viewport, double dashSc
     stroke.dashOffset = 0.0;
     if (!style.dashes || style.dashes->empty()) return true;
 
-    dashes_.clear();
+    pen.dashes.clear();
     double total = 0.0;
     for (const Length& dash : *style.dashes) {
         const double length = dash.Resolve(viewport.Diagonal()) * dashScale;
         // An invalid dash array gives a solid line.
         if (!(length >= 0.0) || !std::isfinite(length)) return true;
-        dashes_.push_back(length);
+        pen.dashes.push_back(length);
         total += length;
     }
     if (!(total > 0.0)) return true;
-    if (dashes_.size() % 2 != 0) {
-        dashes_.reserve(2 * dashes_.size());
-        dashes_.insert(dashes_.end(), dashes_.begin(), dashes_.end());
+    if (pen.dashes.size() % 2 != 0) {
+        pen.dashes.reserve(2 * pen.dashes.size());
+        pen.dashes.insert(pen.dashes.end(), pen.dashes.begin(), pen.dashes.end());
         total *= 2.0;
     }
     const double offset = std::fmod(style.dashOffset.Resolve(viewport.Diagonal()) * dashScale, total);
-    stroke.dashes = dashes_;
+    stroke.dashes = pen.dashes;
     stroke.dashOffset = std::isfinite(offset) ? (offset < 0.0 ? offset + total : offset) : 0.0;
     return true;
 }

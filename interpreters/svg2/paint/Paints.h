@@ -47,6 +47,16 @@ struct MadePaint {
     }
 };
 
+/// A pen in the form that generators use. It is not copied: `stroke` refers to `dashes`.
+struct MadePen {
+    MadePen() = default;
+    MadePen(const MadePen&) = delete;
+    MadePen& operator=(const MadePen&) = delete;
+
+    ORVPrintStroke stroke;
+    std::vector<double> dashes;
+};
+
 /// Converts the paints of styles to those of generators.
 class Paints {
 public:
@@ -63,7 +73,7 @@ public:
     /// Sets width, caps, joins and dashes of a stroke.
     /// @param dashScale  actual length of the path divided by its "pathLength"
     /// @return false if there is no stroke to draw
-    bool MakePen(const Style& style, const Viewport& viewport, double dashScale, ORVPrintStroke& stroke);
+    bool MakePen(const Style& style, const Viewport& viewport, double dashScale, MadePen& pen);
 
 private:
     bool UsesFallback(const Paint& paint, ElementIndex pattern, const ORVMathBox2D& box,
@@ -74,7 +84,6 @@ private:
 
     Scene& scene_;
     Gradients gradients_;
-    std::vector<double> dashes_;
 };
 
 /// Length of a path in user units, as used for dashes.
