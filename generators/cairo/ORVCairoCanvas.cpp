@@ -108,6 +108,25 @@ bool FindClusters(std::string_view text, const ORVGlyphRun& run, CairoClusters& 
     return ORVIsWellFormedUTF8(clusters.text);
 }
 
+// cairo takes the wrong one of two stops at an end for the area beyond it, and where a gradient repeats, it
+// mixes the colours of ends short of 0 and 1 instead of continuing them. So both ends have one stop each, and
+// the other stops lie a step too small to see from them.
+void AddStops(std::span<const ORVPrintGradientStop> stops, cairo_pattern_t* pattern) {
+    constexpr double kStep = 1.0 / 65536.0;
+    const auto add = [pattern](double offset, const ORVPrintColour& colour) {
+        cairo_pattern_add_color_stop_rgba(pattern, offset, Channel(colour.red), Channel(colour.green),
+                                          Channel(colour.blue), Channel(colour.opacity));
+    };
+    if (stops.empty()) return;
+    add(0.0, stops.front().colour);
+    for (const ORVPrintGradientStop& stop : stops) {
+        const bool isAnEnd =
+            (&stop == &stops.front() && stop.offset <= 0.0) || (&stop == &stops.back() && stop.offset >= 1.0);
+        if (!isAnEnd) add(std::clamp<double>(stop.offset, kStep, 1.0 - kStep), stop.colour);
+    }
+    add(1.0, stops.back().colour);
+}
+
 }  // namespace
 
 void ORVCairoCanvas::SetTarget(cairo_t* context, double scale) {
@@ -162,10 +181,7 @@ bool ORVCairoCanvas::SetGradient(const ORVPrintGradient& gradient) {
                                    ? cairo_pattern_create_linear(start.x, start.y, end.x, end.y)
                                    : cairo_pattern_create_radial(start.x, start.y, gradient.startRadius,
                                                                  end.x, end.y, gradient.endRadius));
-    for (const ORVPrintGradientStop& stop : gradient.stops)
-        cairo_pattern_add_color_stop_rgba(pattern.get(), stop.offset, Channel(stop.colour.red),
-                                          Channel(stop.colour.green), Channel(stop.colour.blue),
-                                          Channel(stop.colour.opacity));
+    AddStops(gradient.stops, pattern.get());
     cairo_pattern_set_extend(pattern.get(), ToCairo(gradient.spread));
     SetPagePattern(pattern.get(), *fromPage);
     return true;

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,12 +21,12 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-using Stops = std::array<ORVPrintGradientStop, 2>;
-constexpr Stops kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
+constexpr std::array<ORVPrintGradientStop, 2> kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
 using Spread = ORVPrintGradient::Spread;
 
 /// Makes a gradient on a page of 90 by 90: linear from x = 30 to 60, or radial from radius 15 to 30.
-ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread, const Stops& stops) {
+ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread,
+                                std::span<const ORVPrintGradientStop> stops) {
     ORVPrintGradient gradient = Gradient(stops, {30, 0, 0, 30, 0, 0});
     gradient.kind = kind;
     gradient.spread = spread;
@@ -84,6 +85,40 @@ TEST(ORVPostScriptGeneratorTest, GradientsStayVectorsWhateverLiesBelow) {
         EXPECT_EQ(CountOf(text, "/ImageType"), 0U);
         EXPECT_GE(CountOf(text, "/ShadingType"), 1U);
         ExpectColour(document.Draw().At(row.x, 45.0), row.red, row.blue, std::to_string(row.x));
+    }
+}
+
+TEST(ORVPostScriptGeneratorTest, EndsOfGradientsGoOnAsTheirOutermostStops) {
+    constexpr ORVPrintColour kRed{255, 0, 0, 255}, kGreen{0, 255, 0, 255}, kBlue{0, 0, 255, 255};
+    struct Row {
+        std::vector<ORVPrintGradientStop> stops;
+        Spread spread;
+        double x;
+        ORVPrintColour expected;
+    };
+    for (const Row& row :
+         std::vector<Row>{{{{0.0, kRed}, {0.5, kGreen}, {0.5, kBlue}}, Spread::kPad, 80.0, kBlue},
+                          {{{0.0, kRed}, {0.5, kGreen}, {0.5, kBlue}}, Spread::kRepeat, 80.0, kBlue},
+                          {{{0.0, kRed}, {1.0, kGreen}, {1.0, kBlue}}, Spread::kPad, 80.0, kBlue},
+                          {{{0.0, kRed}, {0.0, kGreen}, {1.0, kBlue}}, Spread::kPad, 10.0, kRed},
+                          {{{0.5, kRed}, {0.5, kGreen}, {1.0, kBlue}}, Spread::kPad, 10.0, kRed},
+                          {{{0.5, kRed}, {0.5, kGreen}, {1.0, kBlue}}, Spread::kPad, 35.0, kRed},
+                          {{{0.4, kRed}, {0.5, kBlue}}, Spread::kRepeat, 65.0, kRed},
+                          {{{0.4, kRed}, {0.5, kBlue}}, Spread::kRepeat, 25.0, kBlue},
+                          {{{0.4, kRed}, {0.5, kBlue}}, Spread::kReflect, 65.0, kBlue}}) {
+        PostScript document;
+        document.BeginPage();
+        const ORVPrintGradient gradient =
+            SpreadGradient(ORVPrintGradient::Kind::kLinear, row.spread, row.stops);
+        ORVPrintFill fill;
+        fill.gradient = &gradient;
+        const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
+        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+        document.EndPage();
+        document.Finish();
+        EXPECT_EQ(document.Draw().At(row.x, 45.0),
+                  (std::array<int, 3>{row.expected.red, row.expected.green, row.expected.blue}))
+            << row.stops.size() << " stops at x = " << row.x;
     }
 }
 
