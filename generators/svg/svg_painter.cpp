@@ -138,7 +138,7 @@ void SvgPainter::DrawShape(const ORVPrintShape& shape, const SvgSpace& space) {
 }
 
 void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, const SvgTextPiece& piece,
-                              double spacing, const SvgSpace& space) {
+                              const SvgSpace& space) {
     const ORVGlyphRun& run = *piece.run;
     const int places = space.places;
     const double scale = text.toPage.Enlargement();
@@ -176,9 +176,9 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
     const std::string brought = run.face->IsOfDocument() ? definitions_.FindFont(*run.face) : std::string();
     style_.clear();
     AppendSvgFont(style_, *run.face, brought, run.size * scale, run.syntheticBold);
-    if (spacing != 0.0 && !run.vertical) {
+    if (piece.spacing != 0.0) {
         style_ += " letter-spacing=\"";
-        AppendDecimal(style_, spacing * unit, places);
+        AppendDecimal(style_, piece.spacing * unit, places);
         style_ += '"';
     }
     if (run.rightToLeft) style_ += " direction=\"rtl\" writing-mode=\"rl\"";
@@ -192,15 +192,15 @@ void SvgPainter::AddTextPiece(const ORVPrintText& text, std::string_view id, con
 
 void SvgPainter::DrawText(const ORVPrintText& text, const SvgSpace& space) {
     if (!IsDrawable(text.toPage) || IsFlat(text.toPage) || (!text.fill && !text.stroke)) return;
-    const SvgTextLine line = SplitSvgText(text);
+    const std::vector<SvgTextPiece> pieces = SplitSvgText(text);
     // Several elements are grouped under the identifier.
-    const bool isOneElement = line.pieces.size() == 1 && !text.clip;
+    const bool isOneElement = pieces.size() == 1 && !text.clip;
     std::string attributes;
     if (!isOneElement) definitions_.AppendId(attributes, space.IdOf(text.id));
     if (!attributes.empty()) writer_.Put("<g" + attributes + ">\n");
     if (text.clip) OpenClip(FitPathToRange(*text.clip, {}, space.limit, PathUse::kFill, fitted_), space);
-    for (const SvgTextPiece& piece : line.pieces)
-        AddTextPiece(text, isOneElement ? text.id : std::string_view(), piece, line.spacing, space);
+    for (const SvgTextPiece& piece : pieces)
+        AddTextPiece(text, isOneElement ? text.id : std::string_view(), piece, space);
     if (text.clip) writer_.Put("</g>\n");
     if (!attributes.empty()) writer_.Put("</g>\n");
 }

@@ -54,7 +54,7 @@ private:
                   const Paint& paint, const SvgSpace& space);
     void AddGeometry(const ORVPrintPath& path, const ORVMathAffine2D& map, bool mayBeNamed, int places);
     void AddTextPiece(const ORVPrintText& text, std::string_view id, const SvgTextPiece& piece,
-                      double spacing, const SvgSpace& space);
+                      const SvgSpace& space);
 
     SvgWriter& writer_;
     SvgSharedDefinitions& definitions_;

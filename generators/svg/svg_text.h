@@ -13,13 +13,11 @@ struct SvgTextPiece {
     const ORVGlyphRun* run = nullptr;
     std::string text;  ///< UTF-8 without control characters, in logical order
     double x = 0.0,
-           y = 0.0;       ///< where the text starts, in the layout's space: right-to-left text at its right
-    double length = 0.0;  ///< textLength, including the spacing after the last letter; 0 for one letter
+           y = 0.0;        ///< where the text starts, in the layout's space: right-to-left text at its right
+    double length = 0.0;   ///< textLength, including the spacing after the last letter; 0 to leave it out
+    double spacing = 0.0;  ///< letter spacing
 };
 
-/// A line of text in pieces. Vertical text is split into single letters, which all readers place alike.
-struct SvgTextLine {
-    std::vector<SvgTextPiece> pieces;
-    double spacing = 0.0;  ///< letter spacing, in the layout's coordinates
-};
-SvgTextLine SplitSvgText(const ORVPrintText& text);
+/// Splits a line of text. All lengths are in the layout's coordinates. Vertical text is split into single
+/// letters, which all readers place alike; horizontal text where the spacing changes.
+std::vector<SvgTextPiece> SplitSvgText(const ORVPrintText& text);

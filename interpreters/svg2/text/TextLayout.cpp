@@ -225,6 +225,7 @@ void TextLayout::PutCluster(const TextCluster& cluster, const Spot& spot) {
     // Letter spacing continues on the same line.
     (isVertical ? lastEnd_.y : lastEnd_.x) += cluster.after;
     segment.advance += cluster.after;
+    if (cluster.after != 0.0) segment.layout.isEvenlySpaced = false;
 }
 
 void TextLayout::PutOnRail(const TextCluster& cluster, const TextPath::Place& place, double across,

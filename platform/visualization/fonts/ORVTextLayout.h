@@ -39,6 +39,9 @@ struct ORVTextLayout {
     double ascent = 0.0;            ///< of the chosen font, above the baseline
     double descent = 0.0;           ///< of the chosen font, below the baseline
     bool isSet = true;              ///< false when the text could not be set; see ORVLayoutText
+    /// Whether the same spacing lies between all clusters and none after the last one; otherwise, it is known
+    /// from the positions of the glyphs only.
+    bool isEvenlySpaced = true;
 };
 
 /// Style of a line of text.

@@ -11,6 +11,7 @@
 #include "platform/visualization/fonts/ORVFont.h"
 #include "tests/generators/svg/drawn_svg.h"
 #include "tests/support/named_rows.h"
+#include "tests/support/text_search.h"
 
 namespace {
 
@@ -113,6 +114,62 @@ INSTANTIATE_TEST_SUITE_P(
         // One element for each letter.
         TextCase{"Vertical", "AB", kUpright, 2, 0.0, 1.0, {">A</text>\n<text x=\"16", ">B</text>\n"}}),
     kNameOfRow);
+
+TEST(SvgTextElementTest, TextIsSplitWhereTheSpacingChanges) {
+    struct Row {
+        const char* text;
+        bool isRightToLeft;
+        std::vector<double> spacings;  // between letters, from left to right
+        std::vector<std::string> expected;
+        std::size_t elements;
+    };
+    for (const Row& row : std::vector<Row>{
+             {"ab cd",
+              false,
+              {0, 0, 5, 0},
+              {" x=\"20\" y=\"30\" textLength=\"30\" xml:space=\"preserve\">ab </text>",
+               " x=\"55\" y=\"30\" textLength=\"20\">cd</text>"},
+              2},
+             // Readers disagree about the spacing after the last letter, so there is no length.
+             {"ab cd",
+              false,
+              {2, 2, 7, 2},
+              {" letter-spacing=\"2\"", " x=\"20\" y=\"30\" xml:space=\"preserve\">ab </text>",
+               " x=\"61\" y=\"30\">cd</text>"},
+              2},
+             {"abc", false, {-3, -3}, {" letter-spacing=\"-3\" ", " x=\"20\" y=\"30\">abc</text>"}, 1},
+             // A letter beside its place.
+             {"abcd", false, {0, 1, -1}, {" textLength=\"40\">abcd</text>"}, 1},
+             {"של ום",
+              true,
+              {0, 5, 0, 0},
+              {" x=\"75\" y=\"30\" textLength=\"30\" xml:space=\"preserve\">של </text>",
+               " x=\"40\" y=\"30\" textLength=\"20\">ום</text>"},
+              2}}) {
+        ORVTextStyle style;
+        style.font = FindFontForAttribute("DejaVu Sans");
+        style.height = 10.0;
+        style.writingMode = row.isRightToLeft ? 1 : 0;
+        style.extraSpacing = 1.0;  // no kerning
+        ORVTextLayout layout = ORVLayoutText(row.text, style);
+        ASSERT_EQ(layout.runs.size(), 1U) << row.text;
+        ASSERT_EQ(layout.runs[0].glyphs.size(), row.spacings.size() + 1) << row.text;
+        layout.isEvenlySpaced = false;
+        double pen = 0.0;
+        std::size_t i = 0;
+        for (ORVGlyph& glyph : layout.runs[0].glyphs) {
+            glyph.x = pen;
+            glyph.advance = 10.0;
+            pen += glyph.advance + (i < row.spacings.size() ? row.spacings[i++] : 0.0);
+        }
+        const ORVPrintFill fill;
+        DrawnSvg page;
+        EXPECT_EQ(page.Get().DrawText({layout, row.text, kUpright, &fill, nullptr, nullptr}), 1);
+        const std::string text = page.Content();
+        for (const std::string& expected : row.expected) EXPECT_THAT(text, HasSubstr(expected));
+        EXPECT_EQ(CountOf(text, "</text>"), row.elements) << text;
+    }
+}
 
 TEST(SvgTextElementTest, TextIsClippedAndStroked) {
     const ORVTextLayout layout = ORVLayoutText("clip", {});

@@ -10,6 +10,7 @@
 namespace {
 
 using svg2_test::GlyphsOf;
+using svg2_test::IsEvenlySpaced;
 using svg2_test::LengthOf;
 
 constexpr char kArabic[] = "&#x645;&#x631;&#x62d;&#x628;&#x627;";
@@ -70,6 +71,14 @@ TEST(TextRunsTest, OneLongTextIsAsLongAsItsParts) {
     const double one = LengthOf("<text xml:space='preserve'>Two words </text>");
     EXPECT_NEAR(LengthOf("<text xml:space='preserve'>" + words + "</text>"), 30'000 * one, 1.0);
     EXPECT_NEAR(LengthOf("<text xml:space='preserve' dy='0 1'>" + words + "</text>"), 30'000 * one, 1.0);
+}
+
+TEST(TextRunsTest, LayoutsSayWhetherTheirSpacingIsEven) {
+    EXPECT_TRUE(IsEvenlySpaced("<text x='1 2 3'>a b c</text>"));
+    EXPECT_TRUE(IsEvenlySpaced("<text textLength='90' lengthAdjust='spacingAndGlyphs'>a b c</text>"));
+    EXPECT_FALSE(IsEvenlySpaced("<text word-spacing='5'>a b c</text>"));
+    EXPECT_FALSE(IsEvenlySpaced("<text letter-spacing='5'>ab<tspan fill='red'>c</tspan></text>"));
+    EXPECT_FALSE(IsEvenlySpaced("<text textLength='90'>abc</text>"));
 }
 
 }  // namespace

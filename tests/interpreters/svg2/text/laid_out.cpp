@@ -41,4 +41,10 @@ double LengthOf(const std::string& text) {
     return length;
 }
 
+bool IsEvenlySpaced(const std::string& text) {
+    bool isEven = true;
+    LayOut(text, [&](const svg2::TextSegment& segment) { isEven = isEven && segment.layout.isEvenlySpaced; });
+    return isEven;
+}
+
 }  // namespace svg2_test

@@ -10,5 +10,7 @@ namespace svg2_test {
 std::vector<unsigned> GlyphsOf(const std::string& text);
 /// Total length of the text's segments.
 double LengthOf(const std::string& text);
+/// Whether all of the text's segments are evenly spaced layouts.
+bool IsEvenlySpaced(const std::string& text);
 
 }  // namespace svg2_test
