@@ -35,14 +35,20 @@ ORVMathAffine2D ToTile(const ORVMathBox2D& tile, int width, int height) {
 
 }  // namespace
 
-ORVTileImages::ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale)
-    : target_(target), options_(options), pageScale_(std::move(scale)), dotsPerInch_(options.dotsPerInch) {}
+ORVTileImages::ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale,
+                             double mostTiles)
+    : target_(target),
+      options_(options),
+      pageScale_(std::move(scale)),
+      mostTiles_(mostTiles),
+      dotsPerInch_(options.dotsPerInch) {}
 
 ORVTileImages::~ORVTileImages() = default;
 
 int ORVTileImages::BeginDocument(const ORVPrintDocumentInfo& info) {
     // Keys are those of a drawing.
     known_ = {};
+    counted_ = {};
     return target_.BeginDocument(info);
 }
 
@@ -90,7 +96,31 @@ ORVTileImages::Size ORVTileImages::SizeFor(const ORVPrintTiles& tiles) const {
     return pixels <= kMostTilePixels && imagePixels_ + pixels <= mostImagePixels_ ? size : Size{};
 }
 
+/// Whether the tiles, with those of the same kind so far, are few enough to be drawn one by one. Tiles within
+/// tiles are announced once for each of these.
+bool ORVTileImages::AreFew(const ORVPrintTiles& tiles) {
+    const auto toTiles = tiles.toPage.Inverse();
+    if (!toTiles) return true;
+    const ORVMathBox2D shown = tiles.shown.MappedBy(*toTiles);
+    const double count = std::ceil((shown.xMax - shown.xMin) / tiles.xStep) *
+                         std::ceil((shown.yMax - shown.yMin) / tiles.yStep);
+    auto counted = std::find_if(counted_.begin(), counted_.end(),
+                                [&](const Counted& entry) { return entry.key == tiles.key; });
+    if (counted == counted_.end()) {
+        counted = counted_.begin() + static_cast<std::ptrdiff_t>(nextCounted_);
+        *counted = {tiles.key, 0.0};
+        nextCounted_ = (nextCounted_ + 1) % counted_.size();
+    }
+    if (!(counted->tiles + count <= mostTiles_)) return false;
+    counted->tiles += count;
+    return true;
+}
+
 int ORVTileImages::BeginTiles(const ORVPrintTiles& tiles) {
+    if (open_.empty() && mostTiles_ > 0.0) {
+        if (tiles.isPlain) return target_.BeginTiles(tiles);
+        if (AreFew(tiles)) return kNoTiles;
+    }
     if (tiles.isPlain || open_.size() >= kGreatestDepth) return kNoTiles;
     return Guard([&] {
         const Size size = SizeFor(tiles);
@@ -109,7 +139,7 @@ int ORVTileImages::BeginTiles(const ORVPrintTiles& tiles) {
 }
 
 int ORVTileImages::EndTiles() {
-    if (open_.empty()) return kDrawingFailed;
+    if (open_.empty()) return target_.EndTiles();
     const std::unique_ptr<Open> open = std::move(open_.back());
     open_.pop_back();
     return Guard([&] {

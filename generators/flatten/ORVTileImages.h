@@ -20,22 +20,29 @@
 #include "platform/system/ORVRef.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
-/// Renders the tiles of patterns as images, for formats with pixels. If tiles whose size is not a whole
-/// number of pixels were drawn one by one, light seams would show between them, because each tile covers its
-/// border pixels only in part. This stage draws one tile on a whole number of pixels and fills the area with
-/// the image.
+/// Renders the tiles of patterns as images. This stage draws one tile on a whole number of pixels and fills
+/// the area with the image.
 ///
-/// The drawing draws plain tiles itself, as one shape without seams, and tiles with too many pixels one by
-/// one. All other calls are passed on unchanged.
+/// In formats with pixels, it does so with all tiles but plain ones, which the drawing draws as one shape: if
+/// tiles whose size is not a whole number of pixels were drawn one by one, light seams would show between
+/// them, because each tile covers its border pixels only in part. In other formats, only tiles that are
+/// repeated very often become images, because the file would hold each of them. Tiles with too many pixels
+/// are drawn one by one. All other calls are passed on unchanged.
 class ORVTileImages final : public ORVPrintGenerator {
 public:
     /// Returns the scale from the page to the page of the device. Called when a page has begun.
     using PageScale = std::function<double()>;
 
-    /// @param target   must outlive this object; must support all powers, and no tiles
-    /// @param options  for the images, and for filters in tiles
-    /// @param scale    default: the page is that of the device
-    ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {});
+    /// @param target     must outlive this object; must support all powers
+    /// @param options    for the images, and for filters in tiles
+    /// @param scale      default: the page is that of the device
+    /// @param mostTiles  how often a tile may be repeated before it becomes an image; plain tiles are passed
+    /// on
+    ///                   unless it is 0
+    ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {},
+                  double mostTiles = 0.0);
+    /// For formats without pixels.
+    static constexpr double kMostTiles = 10'000.0;
     ~ORVTileImages() override;
 
     /// The error that occurred here, if any. Errors of the target are not included.
@@ -109,12 +116,14 @@ private:
     /// Pixels per page unit, or per unit of the tile that is being recorded.
     double Scale() const;
     Size SizeFor(const ORVPrintTiles& tiles) const;
+    bool AreFew(const ORVPrintTiles& tiles);
     int Render(Open& open, ORVRef<ORVPixelImage>& image);
     int Fill(const ORVPrintTiles& tiles, const ORVPixelImage& image);
 
     ORVPrintGenerator& target_;
     const ORVFilterOptions options_;
     const PageScale pageScale_;
+    const double mostTiles_;
     double dotsPerInch_;  // of the current page
     ORVFailure failure_;
     unsigned int pageNumber_ = 0;
@@ -122,6 +131,13 @@ private:
     std::vector<std::unique_ptr<Open>> open_;           // tiles may be nested
     std::array<Known, 16> known_;
     std::size_t nextKnown_ = 0;
+    /// How many tiles of a kind have been drawn one by one.
+    struct Counted {
+        std::uint64_t key = 0;
+        double tiles = 0.0;
+    };
+    std::array<Counted, 16> counted_;
+    std::size_t nextCounted_ = 0;
 
     // Renderer of the content, created on first use.
     ClearPixelSink* sink_ = nullptr;

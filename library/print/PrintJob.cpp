@@ -89,9 +89,10 @@ int PrintJob::PrintPages(ORVPrintInterpreter& interpreter, ORVPrintParameters& p
         parameters.SetReportedElement(ORVUnicodeString(options_.elementId));
         target = &*element_;
     }
-    if (facts_.isStandard && format_.hasPixels) {
-        tiles_ = std::make_unique<ORVTileImages>(*target, FilterOptions(FormatOptions()),
-                                                 [this] { return PageScale(); });
+    if (facts_.isStandard) {
+        tiles_ = std::make_unique<ORVTileImages>(
+            *target, FilterOptions(FormatOptions()), [this] { return PageScale(); },
+            format_.hasPixels ? 0.0 : ORVTileImages::kMostTiles);
         target = tiles_.get();
     }
     return interpreter.Print(target, parameters);

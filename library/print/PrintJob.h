@@ -123,5 +123,5 @@ private:
     std::optional<ORVGeneratorSequence> sequence_;
     std::optional<WatchedGenerator> watched_;  // precedes the sheets, if there is a watch
     std::optional<ORVElementPage> element_;    // precedes the watch; for the current drawing
-    std::unique_ptr<ORVTileImages> tiles_;  // precedes all, if the format has pixels; for the current drawing
+    std::unique_ptr<ORVTileImages> tiles_;     // precedes all, for standard SVG; for the current drawing
 };

@@ -51,6 +51,7 @@ public:
         return kGradients | kClipPaths | kLayers | kBlendModes | kMasks | kFilters;
     }
     int BeginTiles(const ORVPrintTiles& /*tiles*/) override { return Add("tiles"); }
+    int EndTiles() override { return Add("end tiles"); }
     int DrawShape(const ORVPrintShape& shape) override {
         if (!shape.fill || !shape.fill->pattern) return Add("shape");
         const ORVPixelImage& image = *shape.fill->pattern;
@@ -89,11 +90,11 @@ ORVPrintTiles Tiles(double width, double height, const ORVMathAffine2D& toPage =
 class ORVTileImagesTest : public testing::Test {
 protected:
     void SetUp() override { Begin(); }
-    void Begin(double dotsPerInch = 90.0) {
+    void Begin(double dotsPerInch = 90.0, double mostTiles = 0.0) {
         ORVFilterOptions options;
         options.dotsPerInch = dotsPerInch;
         options.threads = 1;
-        stage_ = std::make_unique<ORVTileImages>(page_, options);
+        stage_ = std::make_unique<ORVTileImages>(page_, options, nullptr, mostTiles);
         ASSERT_EQ(stage_->BeginDocument({}), 1);
         ASSERT_EQ(stage_->BeginPage(PageInfo(100, 100)), 1);
     }
@@ -253,6 +254,32 @@ TEST_F(ORVTileImagesTest, TilesWithinTilesAreImagesInThem) {
     EXPECT_THAT(pattern.At(13, 19), ElementsAre(0, 255, 0, 255));
     EXPECT_THAT(pattern.At(14, 19), ElementsAre(0, 0, 0, 0));
     EXPECT_THAT(pattern.At(16, 19), ElementsAre(0, 255, 0, 255));
+}
+
+TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetImagesOfTilesThatAreRepeatedVeryOften) {
+    Begin(90.0, 100.0);
+    // 8 times 6 tiles are shown.
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10, {}, 2)), kNoTiles);
+    ASSERT_EQ(stage_->BeginTiles(Tiles(10, 10)), kDrawTile);
+    Fill(0, 0, 5, 5);
+    EXPECT_THAT(page_.lines, IsEmpty());
+    ASSERT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("pattern"));
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kTilesKnown);
+    // 16 times 12 tiles, in one go.
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10, ORVMathAffine2D::Scaling(0.5, 0.5), 3)), kDrawTile);
+}
+
+TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetPlainTiles) {
+    Begin(90.0, 100.0);
+    ORVPrintTiles tiles = Tiles(1, 1);
+    tiles.isPlain = true;
+    EXPECT_EQ(stage_->BeginTiles(tiles), kDrawTile);
+    Fill(0, 0, 1, 1);
+    EXPECT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("tiles", "shape", "end tiles"));
 }
 
 TEST_F(ORVTileImagesTest, TransparentTilesShowNothing) {
