@@ -108,9 +108,9 @@ bool FindClusters(std::string_view text, const ORVGlyphRun& run, CairoClusters& 
     return ORVIsWellFormedUTF8(clusters.text);
 }
 
-// cairo takes the wrong one of two stops at an end for the area beyond it, and where a gradient repeats, it
-// mixes the colours of ends short of 0 and 1 instead of continuing them. So both ends have one stop each, and
-// the other stops lie a step too small to see from them.
+// Of two stops at an end, cairo takes the wrong one for the area beyond; and between the last stop of a
+// repeated gradient and the first one of the next period, it mixes their colours. So there is one stop at 0
+// and one at 1, and all others are a step away from them that is too small to see.
 void AddStops(std::span<const ORVPrintGradientStop> stops, cairo_pattern_t* pattern) {
     constexpr double kStep = 1.0 / 65536.0;
     const auto add = [pattern](double offset, const ORVPrintColour& colour) {

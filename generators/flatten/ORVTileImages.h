@@ -36,9 +36,8 @@ public:
     /// @param target     must outlive this object; must support all powers
     /// @param options    for the images, and for filters in tiles
     /// @param scale      default: the page is that of the device
-    /// @param mostTiles  how often a tile may be repeated before it becomes an image; plain tiles are passed
-    /// on
-    ///                   unless it is 0
+    /// @param mostTiles  how often a tile may be repeated before it becomes an image. If it is 0, the drawing
+    ///                   draws plain tiles; otherwise, they are passed on
     ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {},
                   double mostTiles = 0.0);
     /// For formats without pixels.
