@@ -16,6 +16,7 @@ constexpr double kMostTilePixels = 4e6;
 // of the page's pixels.
 constexpr double kUsualImagePixels = 2.4e7, kImagesOfPage = 6.0;
 constexpr std::size_t kGreatestDepth = 16;
+constexpr double kMostOfPage = 2.0;  // times the tiles of an area
 
 /// Number of pixels of an image that is `length` pixels long on the page: rounded, if that changes the length
 /// little, as it always does for large tiles; otherwise twice as many, so that sampling does not blur the
@@ -48,13 +49,13 @@ ORVTileImages::~ORVTileImages() = default;
 int ORVTileImages::BeginDocument(const ORVPrintDocumentInfo& info) {
     // Keys are those of a drawing.
     known_ = {};
-    counted_ = {};
     return target_.BeginDocument(info);
 }
 
 int ORVTileImages::BeginPage(const ORVPrintPageInfo& info) {
     pageNumber_ = info.number;
     known_ = {};
+    counted_ = {};
     imagePixels_ = 0.0;
     const int status = target_.BeginPage(info);
     dotsPerInch_ = options_.dotsPerInch * (pageScale_ ? pageScale_() : 1.0);
@@ -96,14 +97,15 @@ ORVTileImages::Size ORVTileImages::SizeFor(const ORVPrintTiles& tiles) const {
     return pixels <= kMostTilePixels && imagePixels_ + pixels <= mostImagePixels_ ? size : Size{};
 }
 
-/// Whether the tiles, with those of the same kind so far, are few enough to be drawn one by one. Tiles within
-/// tiles are announced once for each of these.
+/// Whether the tiles are few enough to be drawn one by one, also with those of the same kind so far: tiles
+/// within tiles are announced once for each of these.
 bool ORVTileImages::AreFew(const ORVPrintTiles& tiles) {
     const auto toTiles = tiles.toPage.Inverse();
     if (!toTiles) return true;
     const ORVMathBox2D shown = tiles.shown.MappedBy(*toTiles);
     const double count = std::ceil((shown.xMax - shown.xMin) / tiles.xStep) *
                          std::ceil((shown.yMax - shown.yMin) / tiles.yStep);
+    if (!(count <= mostTiles_)) return false;
     auto counted = std::find_if(counted_.begin(), counted_.end(),
                                 [&](const Counted& entry) { return entry.key == tiles.key; });
     if (counted == counted_.end()) {
@@ -111,17 +113,14 @@ bool ORVTileImages::AreFew(const ORVPrintTiles& tiles) {
         *counted = {tiles.key, 0.0};
         nextCounted_ = (nextCounted_ + 1) % counted_.size();
     }
-    if (!(counted->tiles + count <= mostTiles_)) return false;
     counted->tiles += count;
-    return true;
+    return counted->tiles <= kMostOfPage * mostTiles_;
 }
 
 int ORVTileImages::BeginTiles(const ORVPrintTiles& tiles) {
-    if (open_.empty() && mostTiles_ > 0.0) {
-        if (tiles.isPlain) return target_.BeginTiles(tiles);
-        if (AreFew(tiles)) return kNoTiles;
-    }
-    if (tiles.isPlain || open_.size() >= kGreatestDepth) return kNoTiles;
+    if (tiles.isPlain) return open_.empty() ? target_.BeginTiles(tiles) : static_cast<int>(kNoTiles);
+    if (open_.empty() && mostTiles_ > 0.0 && AreFew(tiles)) return kNoTiles;
+    if (open_.size() >= kGreatestDepth) return kNoTiles;
     return Guard([&] {
         const Size size = SizeFor(tiles);
         if (size.width == 0) return static_cast<int>(kNoTiles);

@@ -23,11 +23,11 @@
 /// Renders the tiles of patterns as images. This stage draws one tile on a whole number of pixels and fills
 /// the area with the image.
 ///
-/// In formats with pixels, it does so with all tiles but plain ones, which the drawing draws as one shape: if
-/// tiles whose size is not a whole number of pixels were drawn one by one, light seams would show between
-/// them, because each tile covers its border pixels only in part. In other formats, only tiles that are
-/// repeated very often become images, because the file would hold each of them. Tiles with too many pixels
-/// are drawn one by one. All other calls are passed on unchanged.
+/// In formats with pixels, tiles whose size is not a whole number of pixels would show light seams if they
+/// were drawn one by one, because each covers its border pixels only in part. In other formats, the file
+/// would hold each of them, so only tiles that are repeated very often become images.
+///
+/// Plain tiles are passed on, as are all other calls; tiles with too many pixels are drawn one by one.
 class ORVTileImages final : public ORVPrintGenerator {
 public:
     /// Returns the scale from the page to the page of the device. Called when a page has begun.
@@ -36,8 +36,7 @@ public:
     /// @param target     must outlive this object; must support all powers
     /// @param options    for the images, and for filters in tiles
     /// @param scale      default: the page is that of the device
-    /// @param mostTiles  how often a tile may be repeated before it becomes an image. If it is 0, the drawing
-    ///                   draws plain tiles; otherwise, they are passed on
+    /// @param mostTiles  how many tiles of an area are drawn one by one; of a page, twice as many of a kind
     ORVTileImages(ORVPrintGenerator& target, const ORVFilterOptions& options, PageScale scale = {},
                   double mostTiles = 0.0);
     /// For formats without pixels.
@@ -130,7 +129,7 @@ private:
     std::vector<std::unique_ptr<Open>> open_;           // tiles may be nested
     std::array<Known, 16> known_;
     std::size_t nextKnown_ = 0;
-    /// How many tiles of a kind have been drawn one by one.
+    /// How many tiles of a kind have been drawn one by one on the current page.
     struct Counted {
         std::uint64_t key = 0;
         double tiles = 0.0;

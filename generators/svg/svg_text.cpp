@@ -108,7 +108,7 @@ void AddClusters(const ORVGlyphRun& run, std::span<const Cluster> clusters, doub
 
 /// Splits a run where the space between clusters differs from the usual one, as it does between words set
 /// apart.
-void AddApart(const ORVGlyphRun& run, std::string_view text, std::vector<SvgTextPiece>& pieces) {
+void AddUnevenRun(const ORVGlyphRun& run, std::string_view text, std::vector<SvgTextPiece>& pieces) {
     const std::vector<Cluster> clusters = ClustersOf(run);
     if (clusters.empty()) return;
     std::vector<double> gaps;
@@ -146,7 +146,7 @@ std::vector<SvgTextPiece> SplitSvgText(const ORVPrintText& text) {
             continue;
         }
         if (!text.layout.isEvenlySpaced) {
-            AddApart(run, text.text, pieces);
+            AddUnevenRun(run, text.text, pieces);
             continue;
         }
         std::size_t first = text.text.size(), end = 0;
@@ -157,8 +157,9 @@ std::vector<SvgTextPiece> SplitSvgText(const ORVPrintText& text) {
         }
         const std::size_t clusters = CountClusters(run);
         const double length = AdvanceOf(run) + spacing * static_cast<double>(clusters);
-        SvgTextPiece piece{&run, TextBetween(text.text, first, end), pen,
-                           0.0,  clusters > 1 ? length : 0.0,        spacing};
+        SvgTextPiece piece{&run, TextBetween(text.text, first, end), pen};
+        if (clusters > 1) piece.length = length;
+        piece.spacing = spacing;
         // In right-to-left runs, the trailing spacing is before the next run.
         if (run.rightToLeft) piece.x += length - spacing;
         if (IsSeen(piece.text)) pieces.push_back(std::move(piece));

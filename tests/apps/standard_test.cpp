@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/apps/tool_run.h"
+#include "tests/support/text_search.h"
 #include "tests/support/tiny_fonts.h"
 
 namespace {
@@ -87,6 +88,21 @@ TEST_F(StandardTest, EveryFormatDrawsFilters) {
     const ToolRun run = Run({"f.svg", "-o", "-", "-f", "pwg", "--interpreter", "svg2", "--dpi", "96"});
     EXPECT_THAT(run.output, HasSubstr(std::string("\x00\xff\x00", 3)));
     EXPECT_THAT(run.output, Not(HasSubstr(std::string("\xff\x00\x00\xff\x00\x00", 6))));
+}
+
+TEST_F(StandardTest, TilesThatAreRepeatedVeryOftenBecomeImages) {
+    const auto imagesIn = [&](const std::string& side) {
+        WriteFile("a.svg",
+                  "<svg xmlns='http://www.w3.org/2000/svg' width='" + side + "' height='" + side +
+                      "'><linearGradient id='g'><stop stop-color='red'/><stop offset='1'/></linearGradient>"
+                      "<pattern id='p' width='4' height='4' patternUnits='userSpaceOnUse'>"
+                      "<rect width='3' height='3' fill='url(#g)'/></pattern>"
+                      "<rect width='100%' height='100%' fill='url(#p)'/></svg>");
+        EXPECT_EQ(Run({"a.svg", "--interpreter", "svg2", "-o", "o.svg", "--force"}).exitCode, 0);
+        return CountOf(ReadFile("o.svg"), "<image");
+    };
+    EXPECT_EQ(imagesIn("400"), 0U);
+    EXPECT_EQ(imagesIn("404"), 1U);
 }
 
 TEST_F(StandardTest, PartsOfLowerResolutionAreReported) {

@@ -144,11 +144,16 @@ TEST_F(ORVTileImagesTest, OtherContentGoesThroughAsItIs) {
     EXPECT_GT(staged.GetLines().size(), 15U);
 }
 
-TEST_F(ORVTileImagesTest, PlainTilesAreLeftToTheDrawing) {
+TEST_F(ORVTileImagesTest, PlainTilesArePassedOnExceptWithinTiles) {
     ORVPrintTiles tiles = Tiles(10, 10);
     tiles.isPlain = true;
+    EXPECT_EQ(stage_->BeginTiles(tiles), kDrawTile);
+    Fill(0, 0, 1, 1);
+    EXPECT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("tiles", "shape", "end tiles"));
+    ASSERT_EQ(stage_->BeginTiles(Tiles(20, 20)), kDrawTile);
     EXPECT_EQ(stage_->BeginTiles(tiles), kNoTiles);
-    EXPECT_THAT(page_.lines, IsEmpty());
+    EXPECT_EQ(page_.lines.size(), 3U);
 }
 
 TEST_F(ORVTileImagesTest, ATileFillsTheAreaAsAnImage) {
@@ -257,29 +262,30 @@ TEST_F(ORVTileImagesTest, TilesWithinTilesAreImagesInThem) {
 }
 
 TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetImagesOfTilesThatAreRepeatedVeryOften) {
-    Begin(90.0, 100.0);
     // 8 times 6 tiles are shown.
+    Begin(90.0, 48.0);
     EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
-    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
+    EXPECT_THAT(page_.lines, IsEmpty());
+    ASSERT_EQ(stage_->BeginTiles(Tiles(10, 9.9)), kDrawTile);
+    Fill(0, 0, 5, 5);
+    ASSERT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("pattern"));
+    // Within a tile, all are images.
+    ASSERT_EQ(stage_->BeginTiles(Tiles(1, 1)), kDrawTile);
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10, {}, 2)), kDrawTile);
+}
+
+TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetImagesOfTilesThatReturnOftenOnAPage) {
+    Begin(90.0, 48.0);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
     EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10, {}, 2)), kNoTiles);
     ASSERT_EQ(stage_->BeginTiles(Tiles(10, 10)), kDrawTile);
     Fill(0, 0, 5, 5);
-    EXPECT_THAT(page_.lines, IsEmpty());
     ASSERT_EQ(stage_->EndTiles(), 1);
-    EXPECT_THAT(page_.lines, ElementsAre("pattern"));
     EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kTilesKnown);
-    // 16 times 12 tiles, in one go.
-    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10, ORVMathAffine2D::Scaling(0.5, 0.5), 3)), kDrawTile);
-}
-
-TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetPlainTiles) {
-    Begin(90.0, 100.0);
-    ORVPrintTiles tiles = Tiles(1, 1);
-    tiles.isPlain = true;
-    EXPECT_EQ(stage_->BeginTiles(tiles), kDrawTile);
-    Fill(0, 0, 1, 1);
-    EXPECT_EQ(stage_->EndTiles(), 1);
-    EXPECT_THAT(page_.lines, ElementsAre("tiles", "shape", "end tiles"));
+    ASSERT_EQ(stage_->EndPage(), 1);
+    ASSERT_EQ(stage_->BeginPage(PageInfo(100, 100)), 1);
+    EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
 }
 
 TEST_F(ORVTileImagesTest, TransparentTilesShowNothing) {

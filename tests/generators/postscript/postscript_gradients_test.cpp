@@ -42,6 +42,15 @@ ORVPrintGradient SpreadGradient(ORVPrintGradient::Kind kind, Spread spread,
     return gradient;
 }
 
+/// Ends the page, all of it filled with the gradient.
+void FillPage(PostScript& document, const ORVPrintGradient& gradient) {
+    ORVPrintFill fill;
+    fill.gradient = &gradient;
+    const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
+    EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
+    document.EndPage();
+}
+
 void ExpectColour(const std::array<int, 3>& actual, int red, int blue, const std::string& what) {
     EXPECT_NEAR(actual[0], red, 12) << what;
     EXPECT_NEAR(actual[1], 0, 3) << what;
@@ -75,11 +84,7 @@ TEST(ORVPostScriptGeneratorTest, GradientsStayVectorsWhateverLiesBelow) {
         EXPECT_EQ(document.Get().GetPowers(), ORVPrintGenerator::kGradients | ORVPrintGenerator::kClipPaths);
         EXPECT_EQ(FillRectangle(document.Get(), 0, 0, 90, 90, {0, 255, 0, 255}), 1);
         const ORVPrintGradient gradient = SpreadGradient(row.kind, row.spread, kRedToBlue);
-        ORVPrintFill fill;
-        fill.gradient = &gradient;
-        const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
-        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
-        document.EndPage();
+        FillPage(document, gradient);
         const std::string text = document.Finish();
         EXPECT_EQ(CountOf(text, "Fallback Image"), 0U);
         EXPECT_EQ(CountOf(text, "/ImageType"), 0U);
@@ -110,11 +115,7 @@ TEST(ORVPostScriptGeneratorTest, EndsOfGradientsGoOnAsTheirOutermostStops) {
         document.BeginPage();
         const ORVPrintGradient gradient =
             SpreadGradient(ORVPrintGradient::Kind::kLinear, row.spread, row.stops);
-        ORVPrintFill fill;
-        fill.gradient = &gradient;
-        const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
-        EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
-        document.EndPage();
+        FillPage(document, gradient);
         document.Finish();
         EXPECT_EQ(document.Draw().At(row.x, 45.0),
                   (std::array<int, 3>{row.expected.red, row.expected.green, row.expected.blue}))
@@ -163,11 +164,7 @@ TEST(ORVPostScriptGeneratorTest, NothingShowsBesideTheConeOfTwoCircles) {
     gradient.start = {20, 45};
     gradient.end = {60, 45};
     gradient.startRadius = gradient.endRadius = 10.0;
-    ORVPrintFill fill;
-    fill.gradient = &gradient;
-    const ORVPrintPath path = RectanglePath(0, 0, 90, 90);
-    EXPECT_EQ(document.Get().DrawShape({path, {}, &fill, nullptr}), 1);
-    document.EndPage();
+    FillPage(document, gradient);
     document.Finish();
     const PostScript::Pixels pixels = document.Draw();
     EXPECT_EQ(pixels.At(45, 10), (std::array<int, 3>{255, 255, 255}));
