@@ -365,13 +365,15 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsHidden) {
 }
 
 TEST_F(StandardTest, CheckFindsWhatIsHiddenWhereItStandsButShownElsewhere) {
+    constexpr const char* kHiddenLayer =
+        "<g xmlns:i='http://www.inkscape.org/namespaces/inkscape' i:groupmode='layer' i:label='a' "
+        "display='none'><text>a</text></g>";
     for (const char* content : {
              "<g display='none'><g id='g'><text>a</text></g></g><use href='#g'/>",
              "<switch><g/><g id='g'><text>a</text></g></switch><use href='#g'/>",
              "<g display='none'><pattern id='p'><text>a</text></pattern></g>",
              "<g visibility='hidden'><text visibility='visible'>a</text></g>",
-             "<g xmlns:i='http://www.inkscape.org/namespaces/inkscape' i:groupmode='layer' i:label='a' "
-             "display='none'><text>a</text></g>",
+             kHiddenLayer,
          })
         EXPECT_THAT(Check(content), HasSubstr("font-unspecified (1)")) << content;
 }

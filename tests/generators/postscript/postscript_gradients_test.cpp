@@ -2,7 +2,6 @@
 
 // Gradients as a PostScript interpreter draws them.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -17,9 +16,6 @@
 #include "tests/support/text_search.h"
 
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 constexpr std::array<ORVPrintGradientStop, 2> kRedToBlue{{{0.0, {255, 0, 0, 255}}, {1.0, {0, 0, 255, 255}}}};
 using Spread = ORVPrintGradient::Spread;
