@@ -119,7 +119,7 @@ bool ORVTileImages::AreFew(const ORVPrintTiles& tiles) {
 
 int ORVTileImages::BeginTiles(const ORVPrintTiles& tiles) {
     if (tiles.isPlain) return open_.empty() ? target_.BeginTiles(tiles) : static_cast<int>(kNoTiles);
-    if (open_.empty() && mostTiles_ > 0.0 && AreFew(tiles)) return kNoTiles;
+    if (open_.empty() && mostTiles_ > 0.0 && !tiles.isHeavy && AreFew(tiles)) return kNoTiles;
     if (open_.size() >= kGreatestDepth) return kNoTiles;
     return Guard([&] {
         const Size size = SizeFor(tiles);

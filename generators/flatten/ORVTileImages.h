@@ -25,7 +25,8 @@
 ///
 /// In formats with pixels, tiles whose size is not a whole number of pixels would show light seams if they
 /// were drawn one by one, because each covers its border pixels only in part. In other formats, the file
-/// would hold each of them, so only tiles that are repeated very often become images.
+/// would hold each of them, so only tiles that are repeated very often, or announced as heavy, become
+/// images.
 ///
 /// Plain tiles are passed on, as are all other calls; tiles with too many pixels are drawn one by one.
 class ORVTileImages final : public ORVPrintGenerator {

@@ -196,10 +196,6 @@ void StandardChecker::CheckFont(ElementIndex element, const Style& style) {
                              style.fontStretch, style.fontSize,   style.fontVariationSettings};
     const svg2::OrderedFont* const brought = fonts_.Choose(query);
     const ORVFontChoice choice = brought ? brought->choice : ORVChooseFont(query);
-    const auto hasTable = [&](std::string_view name) { return !choice.face->GetTable(name).bytes.empty(); };
-    if (choice.face && hasTable("SVG ") && !hasTable("COLR") && !hasTable("CBDT") && !hasTable("sbix"))
-        Note(FindingCode::kIgnoredProperty, element, "font-family", style.fontFamily,
-             "has glyphs in colours that are SVG drawings: they are drawn in one colour");
     if (brought) return;
     if (choice.font == ORVFont::Unavailable())
         Note(FindingCode::kTextCannotBeSet, element, "", "", "cannot be set: no font can be used");

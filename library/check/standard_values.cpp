@@ -49,7 +49,6 @@ bool IsOpen(std::string_view value) {
 bool IsExempt(Name name, std::string_view value) {
     switch (name) {
         case Name::kTextRendering:
-        case Name::kTextTransform:
         case Name::kTextDecorationColor:
         case Name::kInlineSize: return true;
         case Name::kStrokeMiterlimit: {

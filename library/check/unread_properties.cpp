@@ -36,7 +36,6 @@ const UnreadProperty kUnreadProperties[] = {
     {"color-interpolation",
      {"sRGB", "auto", "inherit", "initial"},
      "counts for masks only: colours are mixed as sRGB"},
-    {"text-transform", {"none", "inherit", "initial", "unset"}, "is ignored: letters are drawn as written"},
     {"inline-size",
      {"auto", "0", "inherit", "initial"},
      "is ignored: lines break only where they are written"},

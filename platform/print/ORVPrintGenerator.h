@@ -227,6 +227,7 @@ struct ORVPrintTiles {
     ORVMathAffine2D toPage;  ///< from tile coordinates (of about the page's scale) to page coordinates
     ORVMathBox2D shown;      ///< area of the page that is tiled
     bool isPlain = true;     ///< all content is shapes in plain colours
+    bool isHeavy = false;    ///< the output would become very large if the tiles were drawn one by one
     /// Tiles of a drawing with the same number have the same content and box; 0: not known.
     std::uint64_t key = 0;
 };

@@ -177,6 +177,24 @@ TEST_F(ResourceLimitsTest, BytesOfAnOutput) {
     }
 }
 
+// Tile by tile, files of hundreds of megabytes would be written.
+TEST_F(ResourceLimitsTest, PatternsWithinPatternsRemainSmall) {
+    const auto pattern = [](const std::string& id, double size, const std::string& paint) {
+        const std::string number = std::to_string(size), half = std::to_string(size / 2.0);
+        return "<pattern id='" + id + "' width='" + number + "' height='" + number +
+               "' patternUnits='userSpaceOnUse'><circle cx='" + half + "' cy='" + half + "' r='" +
+               std::to_string(size * 0.4) + "' fill='" + paint + "' stroke='" + paint + "'/></pattern>";
+    };
+    WriteFile("a.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='800' height='600'>" +
+                           pattern("p", 100.0, "url(#q)") + pattern("q", 12.5, "red") +
+                           "<rect width='800' height='600' fill='url(#p)'/></svg>");
+    for (const std::string format : {"pdf", "svg", "ps"}) {
+        const ToolRun run = Run({"a.svg", "--interpreter", "svg2", "-f", format, "-o", "out", "--limit",
+                                 "output-bytes=10000000"});
+        EXPECT_EQ(run.exitCode, 0) << format << run.errors;
+    }
+}
+
 TEST_F(ResourceLimitsTest, BytesOfAllFilesOfAnOutput) {
     const std::string page = "<svg width='90' height='45'>" + kLeaf + "</svg>";
     WriteFile("a.svg", "<svg>" + Repeat(page, 40) + "</svg>");

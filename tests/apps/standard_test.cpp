@@ -260,8 +260,8 @@ TEST_F(StandardTest, CheckReportsWhatIsNotDrawn) {
         {"<g alignment-baseline='top'/>", "ignored-property (1)"},
         {"<g style='font-variant-alternates:swash(a)'/>", "ignored-property (1)"},
         {"<text font-family='No Such Font'>a</text>", "font-missing (1)"},
-        {"<g style='text-transform:uppercase'/>", "ignored-property (1)"},
-        {"<style>text{text-transform:uppercase}</style>", "ignored-property (1)"},
+        {"<g style='text-transform:full-width'/>", "bad-value (1)"},
+        {"<style>text{text-transform:uppercase full-size-kana}</style>", "bad-value (1)"},
         {"<rect fill='reddish'/>", "bad-colour (1)"},
         {"<rect style='stroke:color-mix(in srgb, red, blue)'/>", "bad-colour (1)"},
         {"<style>rect{fill:reddish}</style>", "bad-colour (1)"},
@@ -293,8 +293,8 @@ TEST_F(StandardTest, CheckNamesTheSheetOfAValue) {
 TEST_F(StandardTest, CheckReportsALossOnce) {
     for (const char* content :
          {"<path stroke-linejoin='arcs'/>", "<g style='text-decoration-color:red'/>",
-          "<g alignment-baseline='top'/>", "<g style='text-transform:uppercase'/>",
-          "<g style='font-variant-alternates:swash(a)'/>", "<g style='inline-size:9px'/>",
+          "<g alignment-baseline='top'/>", "<g style='font-variant-alternates:swash(a)'/>",
+          "<g style='inline-size:9px'/>",
           "<text font-family='DejaVu Sans' style='font-size-adjust:ic-height 1'>a</text>",
           "<g color-interpolation='linearRGB'/>"})
         EXPECT_THAT(Check(content), HasSubstr("1 finding of 1 kind")) << content;
@@ -306,14 +306,31 @@ TEST_F(StandardTest, CheckNamesTheSheetOfAFont) {
                 HasSubstr(":2:"));
 }
 
-TEST_F(StandardTest, CheckFindsGlyphsThatAreSvgDrawings) {
+TEST_F(StandardTest, CheckFindsNothingInFontsOfDocuments) {
     const auto check = [&](const char* font) {
         return Check(std::string("<style>@font-face{font-family:t;src:url(data:;base64,") + font +
                      ")}</style><text font-family='t'>A</text>");
     };
-    EXPECT_THAT(check(tiny_fonts::kSvgGlyphs), HasSubstr("has glyphs in colours that are SVG drawings"));
+    EXPECT_THAT(check(tiny_fonts::kSvgGlyphs), HasSubstr("nothing found"));
     EXPECT_THAT(check(tiny_fonts::kPainted), HasSubstr("nothing found"));
     EXPECT_THAT(check(tiny_fonts::kWoff2), HasSubstr("nothing found"));
+}
+
+// Also those beside them that have one colour.
+TEST_F(StandardTest, GlyphsInColoursRemainTextAndVectors) {
+    for (const char* font : {tiny_fonts::kLayered, tiny_fonts::kPainted, tiny_fonts::kSvgGlyphs}) {
+        WriteFile("a.svg", std::string("<svg xmlns='http://www.w3.org/2000/svg' width='96' height='48'>"
+                                       "<style>@font-face{font-family:t;src:url(data:;base64,") +
+                               font +
+                               ")}</style><text y='40' font-size='30' font-family='t'>ABA</text></svg>");
+        ASSERT_EQ(Run({"a.svg", "--interpreter", "svg2", "-o", "a.pdf"}).exitCode, 0);
+        EXPECT_THAT(RunProgram({"pdftotext", "a.pdf", "-"}).output, testing::StartsWith("ABA"));
+        EXPECT_THAT(RunProgram({"pdfimages", "-list", "a.pdf"}).output, Not(HasSubstr("image ")));
+    }
+    // The names of elements in a font are not those of the page.
+    ASSERT_EQ(Run({"a.svg", "--interpreter", "svg2", "-f", "svg", "-o", "b.svg"}).exitCode, 0);
+    EXPECT_EQ(CountOf(ReadFile("b.svg"), "<circle"), 2U);
+    EXPECT_THAT(ReadFile("b.svg"), Not(HasSubstr("glyph2")));
 }
 
 TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
@@ -334,7 +351,8 @@ TEST_F(StandardTest, CheckFindsNothingInWhatIsDrawn) {
              "<g xmlns:e='urn:e'><e:include/></g>",
              "<g xmlns:e='urn:e'><g xmlns:e='http://www.w3.org/2001/XInclude'/><e:include/></g>",
              "<rect fill='' stroke='inherit' stroke-width='var(--w)' style='fill:var(--f);--f:reddish;"
-             "stroke-miterlimit:0;text-rendering:auto;text-transform:none;cursor:pointer;color:oklch(50% .1 "
+             "stroke-miterlimit:0;text-rendering:auto;text-transform:uppercase;cursor:pointer;color:oklch(50%"
+             " .1 "
              "20)'/>",
              "<text x='1 2,3' dx='1em,5%' rotate='0 5' font-family='DejaVu Sans'>a</text>",
              "<path d='' transform=''/><path d='none'/><polygon points='1,2 3,4'/><rect rx='auto' "

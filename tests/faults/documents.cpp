@@ -31,7 +31,7 @@ std::string DocumentOfEverything() {
 <a xlink:href="#a-group-of-shapes" xlink:show="new"><text x="20" y="120" dx="2" dy="3" fill="black" font-size="14" text-anchor="middle" letter-spacing="1pt">Hello, world of long texts
 <desc>a greeting to all readers</desc></text></a>
 <a xlink:href="http://example.org/a/long/address"><text x="60" y="126" fill="navy" stroke="red" font-family="serif">Ελλ שלום fi</text></a>
-<text fill="black" style="font-weight:bold;writing-mode:tb;text-anchor:end" x="10%" y="10%">  down </text>
+<text fill="black" style="font-weight:bold;writing-mode:tb;text-anchor:end;text-transform:capitalize" x="10%" y="10%">  down </text>
 <svg x="5" y="5" width="20" height="20" viewBox="0 0 2 2"><rect width="1" height="1" fill="red" stroke="none"/></svg>
 <image x="150" y="80" width="20" height="10" xlink:href="data:image/png;base64,)svg" +
            png + R"svg("/>

@@ -67,6 +67,7 @@ TEST_F(PackageTest, LibrariesHaveVersionsAndModulesHaveNone) {
                                    "libORVPrtInterpreterSVG2.so",
                                    "liborvfonts.so",
                                    "liborvpostscript.so",
+                                   "liborvcase.so",
                                    "liborvcolour.so",
                                    "liborvimages.so"};
     for (const std::string library : {"liborvplatform.so", "liborvgenerators.so"})

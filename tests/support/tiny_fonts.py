@@ -5,11 +5,14 @@
     tiny_fonts.py header FILE.h     writes all fonts as base64 strings, for tests
     tiny_fonts.py documents FOLDER  writes drawings that embed such fonts
     tiny_fonts.py colours FOLDER    writes drawings that embed the colour font, one for each of its glyphs
+    tiny_fonts.py drawings FOLDER   writes drawings that embed fonts whose glyphs are SVG drawings
     tiny_fonts.py varied FILE.ttf   writes the variable font; at weight 900, its letters advance by 2.1 em
 """
 import base64
+import gzip
 import io
 import os
+import struct
 import sys
 
 from fontTools.fontBuilder import FontBuilder
@@ -88,6 +91,27 @@ def make(letters="ABC", shapes=None, cubic=False, x_height=500, flavor=None, wid
     return data.getvalue()
 
 
+def svg_table(*documents):
+    """Makes the table "SVG ".
+
+    @param documents  (first glyph, last glyph, text or bytes); A to C are the glyphs 2 to 4
+    """
+    records, data = b"", b""
+    for first, last, document in documents:
+        document = document if isinstance(document, bytes) else document.encode()
+        at = 2 + 12 * len(documents) + len(data)
+        records += struct.pack(">HHLL", first, last, at, len(document))
+        data += document
+    return struct.pack(">HLLH", 0, 10, 0, len(documents)) + records + data
+
+
+def glyph_document(content, attributes=""):
+    return f'<svg xmlns="http://www.w3.org/2000/svg"{attributes}>{content}</svg>'
+
+
+DISC = '<circle cx="450" cy="-350" r="350" fill="red"/>'
+BARS = '<path d="M100-700h700v250h-700z" fill="{}"/><path d="M100-250h700v250h-700z" fill="{}"/>'
+
 FONTS = {
     "kTrueType": make(),
     "kOpenType": make(cubic=True),
@@ -97,7 +121,10 @@ FONTS = {
     "kOnlyA": make("A"),
     "kSquareForB": make("B", {"B": "A"}),
     "kVaried": make(wider=1200),
-    "kSvgGlyphs": make(tables={"SVG ": b"\0\0\0\0\0\x0a\0\0\0\0\0\0"}),
+    "kSvgGlyphs": make(tables={"SVG ": svg_table((2, 2, glyph_document('<g id="glyph2">' + DISC + "</g>")))}),
+    "kSvgBomb": make(tables={"SVG ": svg_table((2, 2, glyph_document("".join(
+        f'<g id="{level}">' + f'<use href="#{level + 1}"/>' * 10 + "</g>" for level in range(9)) +
+        '<rect id="9" width="9" height="9"/><use id="glyph2" href="#0"/>')))}),
 }
 
 
@@ -109,7 +136,7 @@ def header(path):
     with open(path, "w", encoding="ascii") as out:
         out.write("// SPDX-License-Identifier: Apache-2.0\n// Written by tiny_fonts.py, which tells what they look like.\n"
                   "#pragma once\n\nnamespace tiny_fonts {\n\n")
-        for name, data in {**FONTS, "kPainted": painted()}.items():
+        for name, data in {**FONTS, "kPainted": painted(), "kLayered": layered()}.items():
             text = base64.b64encode(data).decode()
             out.write(f"inline constexpr char {name}[] =\n")
             lines = [text[i:i + 96] for i in range(0, len(text), 96)]
@@ -225,9 +252,68 @@ def painted():
     return data.getvalue()
 
 
+def layered():
+    """Makes a font whose A has two layers, a red square and a green triangle; B and C are plain.
+
+    @return the font's bytes
+    """
+    from fontTools.colorLib.builder import buildCOLR, buildCPAL
+
+    font = TTFont(io.BytesIO(make(parts={"square": "A", "triangle": "B"})))
+    font["COLR"] = buildCOLR({"A": [("square", 0), ("triangle", 1)]}, version=0, glyphMap=font.getReverseGlyphMap())
+    font["CPAL"] = buildCPAL([[(1.0, 0.0, 0.0, 1.0), (0.0, 1.0, 0.0, 1.0)]])
+    data = io.BytesIO()
+    font.save(data)
+    return data.getvalue()
+
+
 def varied(path):
     with open(path, "wb") as out:
         out.write(FONTS["kVaried"])
+
+
+def drawings(folder):
+    shades = ('<linearGradient id="g" x1="0" y1="0" x2="0" y2="1"><stop stop-color="red"/>'
+              '<stop offset="1" stop-color="blue"/></linearGradient>')
+    overlapping = ('<g id="glyph2"><circle cx="300" cy="-350" r="250" fill="red"/>'
+                   '<circle cx="600" cy="-350" r="250" fill="blue"/></g>')
+    facts = {
+        "shapes": ("a glyph of shapes with a gradient", [(2, 2, glyph_document(
+            f'<defs>{shades}</defs><g id="glyph2"><circle cx="450" cy="-350" r="350" fill="url(#g)"/></g>'))], "A", ""),
+        "compressed": ("a document that is compressed", [(2, 2, gzip.compress(glyph_document(
+            f'<g id="glyph2">{DISC}</g>').encode(), mtime=0))], "A", ""),
+        "only-its-element": ("one document for several glyphs: each is one element of it", [(2, 4, glyph_document(
+            '<g id="glyph2">' + DISC + '</g><path id="glyph3" fill="lime" d="M100 0 450-700 800 0z"/>'
+            '<g id="glyph4">' + BARS.format("blue", "aqua") + "</g>"))], "BCA", ""),
+        "view-box": ("the view box covers the em square", [(2, 2, glyph_document(
+            '<circle id="glyph2" cx="45" cy="-35" r="35" fill="red"/>', ' viewBox="0 0 100 100"'))], "A", ""),
+        "root": ("the document as a whole is the glyph", [(2, 2, glyph_document(
+            DISC, ' id="glyph2" overflow="visible"'))], "A", ""),
+        "ancestors": ("styles of ancestors count, their transforms do not", [(2, 2, glyph_document(
+            '<style>.a { fill: orange }</style><g class="a" transform="scale(.2)">'
+            '<path id="glyph2" transform="translate(0 -100)" d="M100 0 450-600 800 0z"/></g>'))], "A", ""),
+        "current-color": ("the colour of the text", [(2, 2, glyph_document(
+            '<g id="glyph2">' + BARS.format("currentColor", "red") + "</g>"))], "A", " color='green'"),
+        "context-paints": ("fill and stroke of the text", [(2, 2, glyph_document(
+            '<g id="glyph2">' + BARS.format("context-fill", "context-stroke") + "</g>"))], "A", " stroke='purple'"),
+        "context-opacity": ("the opacity of the fill counts once", [(2, 2, glyph_document(
+            '<g id="glyph2">' + BARS.format("context-fill", "gold") + "</g>"))], "A", " fill-opacity='.4'"),
+        "palette": ("colours of the palette have a fallback", [(2, 2, glyph_document(
+            '<g id="glyph2">' + BARS.format("var(--color0, teal)", "red") + "</g>"))], "A", ""),
+        "opacity": ("the opacity of the fill is that of the glyph", [(2, 2, glyph_document(overlapping))], "A",
+                    " fill-opacity='.4'"),
+        "outline-instead": ("the outline stands in where an element or a document is missing",
+                            [(2, 2, glyph_document('<g id="glyph3"/>')), (3, 3, "<svg")], "ABC", ""),
+        "span-and-spacing": ("glyphs are where those of outlines are", [(2, 2, glyph_document(
+            f'<g id="glyph2">{DISC}</g>'))], "A<tspan dy='-8' font-size='20'>AB</tspan>", " letter-spacing='2'"),
+    }
+    for name, (title, table, text, more) in facts.items():
+        source = address(make(tables={"SVG ": svg_table(*table)}))
+        with open(os.path.join(folder, name + ".svg"), "w", encoding="ascii") as out:
+            out.write('<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 100 40" width="100" height="40">\n'
+                      f"  <title>Glyphs that are drawings: {title}</title>\n"
+                      f"  <style>{face(source='url(' + source + ')')}</style>\n"
+                      f"  <text x='2' y='34' font-family='t' font-size='36' fill='gold'{more}>{text}</text>\n</svg>\n")
 
 
 def colours(folder):
@@ -244,4 +330,4 @@ def colours(folder):
 
 
 if __name__ == "__main__":
-    {"colours": colours, "header": header, "documents": documents, "varied": varied}[sys.argv[1]](sys.argv[2])
+    {"colours": colours, "drawings": drawings, "header": header, "documents": documents, "varied": varied}[sys.argv[1]](sys.argv[2])

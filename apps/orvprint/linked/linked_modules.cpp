@@ -12,6 +12,7 @@
 #include "platform/system/modules.h"
 #include "platform/visualization/colours/colour_conversion.h"
 #include "platform/visualization/fonts/font_system.h"
+#include "platform/visualization/fonts/letter_case.h"
 #include "platform/visualization/images/module_images.h"
 
 class ORVPrintInput;
@@ -33,6 +34,7 @@ int SetQvxmlPath(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path)
 int SetSvg2Path(ORVPrintInterpreter* interpreter, const ORVUnicodeString& path) asm(ORV_SVG2_PATH);
 std::remove_pointer_t<ORVFontSystemFactory> orvGetFontSystem;
 std::remove_pointer_t<ColourFactory> orvCreateColourConversion;
+std::remove_pointer_t<ORVCaseChanger> orvChangeCase;
 std::remove_pointer_t<ModuleImageReader> orvReadImage;
 std::remove_pointer_t<PostScriptFactory> orvCreatePostScriptGenerator;
 std::remove_pointer_t<PrinterConnectionFactory> ORVCreatePrinterConnection;
@@ -58,6 +60,8 @@ bool LoadPostScriptLibraries(std::string& error) {
 
 bool LoadColourLibrary(std::string& error) { return LoadLateLibraries({"liblcms2.so"}, error); }
 
+bool LoadCaseLibrary(std::string& error) { return LoadLateLibraries({"libunistring.so"}, error); }
+
 bool LoadImageLibraries(std::string& error) {
     return LoadLateLibraries({"libgif.so", "libwebp.so", "libwebpdemux.so"}, error);
 }
@@ -81,6 +85,7 @@ void UseLinkedModules() {
     static const std::array postScript{
         ORVLinkedName{kPostScriptFactory, AddressOf(orvCreatePostScriptGenerator)}};
     static const std::array colours{ORVLinkedName{kColourFactory, AddressOf(orvCreateColourConversion)}};
+    static const std::array letterCase{ORVLinkedName{kCaseChanger, AddressOf(orvChangeCase)}};
     static const std::array images{ORVLinkedName{kImageReader, AddressOf(orvReadImage)}};
     static const std::array printers{ORVLinkedName{kPrintingFactory, AddressOf(ORVCreatePrinterConnection)}};
     static const std::array service{ORVLinkedName{kServeFactory, AddressOf(ORVCreateHttpFront)}};
@@ -89,6 +94,7 @@ void UseLinkedModules() {
                                     ORVLinkedModule{kFontModule, fonts, LoadFontLibraries},
                                     ORVLinkedModule{kPostScriptModule, postScript, LoadPostScriptLibraries},
                                     ORVLinkedModule{kColourModule, colours, LoadColourLibrary},
+                                    ORVLinkedModule{kCaseModule, letterCase, LoadCaseLibrary},
                                     ORVLinkedModule{kImageModule, images, LoadImageLibraries},
                                     ORVLinkedModule{kPrintingModule, printers, LoadPrinterLibrary},
                                     ORVLinkedModule{kServeModule, service, LoadHttpLibrary}};

@@ -68,15 +68,6 @@ bool IsInLanguages(std::string_view language, std::string_view list) {
     }
 }
 
-bool MatchesLanguage(const Document& document, ElementIndex element, std::string_view wanted) {
-    for (; element != kNoElement; element = document[element].parent) {
-        const std::optional<std::string_view> language = document.Find(element, Name::kLang);
-        if (!language) continue;
-        return IsInLanguages(*language, wanted);
-    }
-    return false;
-}
-
 bool IsEmpty(const ORVXmlNode& node) {
     for (const ORVXmlNode* child = node.firstChild; child; child = child->nextSibling)
         if (child->kind != ORVXmlNode::Kind::kComment && (child->IsElement() || !child->GetText().empty()))
@@ -183,7 +174,7 @@ bool SelectorMatcher::MatchesTest(ElementIndex index, const SelectorTest& test) 
         case Kind::kHas: return Has(index, test);
         case Kind::kIsAnchor: return index == anchor_;
         case Kind::kLink: return element.tag == Tag::kA && document_.Find(index, Name::kHref).has_value();
-        case Kind::kLang: return MatchesLanguage(document_, index, test.value);
+        case Kind::kLang: return IsInLanguages(document_.LanguageOf(index), test.value);
         default: return MatchesAttribute(*element.node, test, work_);
     }
 }

@@ -68,6 +68,7 @@ enum class TextOrientation : std::uint8_t {
     kUpright,
     kSideways,
 };
+enum class TextTransform : std::uint8_t { kNone, kUppercase, kLowercase, kCapitalize };
 /// Optional glyph forms of fonts, as flags.
 enum FontVariant : std::uint32_t {
     kNoCommonLigatures = 1U << 0U,
@@ -177,6 +178,7 @@ struct InheritedStyle {
     bool hasOpticalSizes = true;
     bool hasKerning = true;
     TextOrientation textOrientation = TextOrientation::kMixed;
+    TextTransform textTransform = TextTransform::kNone;
     Length letterSpacing, wordSpacing;
     TextAnchor textAnchor = TextAnchor::kStart;
     bool isRightToLeft = false;

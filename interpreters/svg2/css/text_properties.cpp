@@ -102,6 +102,14 @@ bool ReadTextOrientation(Text text, TextOrientation& orientation) {
     return ReadKeyword(kValues, text, orientation);
 }
 
+bool ReadTextTransform(Text text, TextTransform& transform) {
+    constexpr Keyword<TextTransform> kValues[] = {{"none", TextTransform::kNone},
+                                                  {"uppercase", TextTransform::kUppercase},
+                                                  {"lowercase", TextTransform::kLowercase},
+                                                  {"capitalize", TextTransform::kCapitalize}};
+    return ReadKeyword(kValues, text, transform);
+}
+
 /// "glyph-orientation-vertical": an angle, of which 0 and 90 degrees have equivalents in text-orientation.
 bool ReadGlyphOrientation(Text text, TextOrientation& orientation) {
     constexpr Keyword<TextOrientation> kValues[] = {{"auto", TextOrientation::kMixed},
@@ -392,6 +400,8 @@ const PropertyRow kRows[] = {
      Copy<&Style::decorationThickness>},
     {Name::kTextOrientation, true, ORV_READ(ReadTextOrientation(t, s.textOrientation)),
      Copy<&Style::textOrientation>},
+    {Name::kTextTransform, true, ORV_READ(ReadTextTransform(t, s.textTransform)),
+     Copy<&Style::textTransform>},
     {Name::kUnicodeBidi, false, ORV_READ(!t.empty() && (s.unicodeBidi = t, true)), Copy<&Style::unicodeBidi>},
     {Name::kWhiteSpace, true, ORV_READ(ReadWhiteSpace(t, s.whiteSpace)), Copy<&Style::whiteSpace>},
     {Name::kWordSpacing, true, ORV_READ(ReadSpacing(t, c, s.wordSpacing)), Copy<&Style::wordSpacing>},

@@ -220,6 +220,12 @@ std::optional<std::string_view> Document::Find(ElementIndex element, Name name) 
     return prefixed ? prefixed : plain;
 }
 
+std::string_view Document::LanguageOf(ElementIndex element) const {
+    for (; element != kNoElement; element = elements_[element].parent)
+        if (const std::optional<std::string_view> language = Find(element, Name::kLang)) return *language;
+    return {};
+}
+
 ElementIndex Document::FindById(std::string_view id) const {
     const auto found = ids_.find(id);
     return found == ids_.end() ? kNoElement : found->second;

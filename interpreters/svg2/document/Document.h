@@ -57,6 +57,8 @@ public:
     std::string_view ValueOf(ElementIndex element, Name name) const {
         return Find(element, name).value_or(std::string_view());
     }
+    /// The language of an element, by its "lang" attributes or those of its ancestors; empty if unknown.
+    std::string_view LanguageOf(ElementIndex element) const;
     /// Whether the document declares the namespace of an editor and so may have pages and layers.
     bool HasEditorNames() const { return !editorPrefixes_.empty(); }
     /// Calls `use(Name, value)` for each property specified by the element's attributes, in unspecified

@@ -14,6 +14,7 @@ struct DrawState {
     int depth = 0;  ///< levels of recursion
     /// Inside a clip path: shapes contribute their areas only, without paint or markers.
     bool isWithinClip = false;
+    bool isWithinTile = false;  ///< inside a tile of a pattern
 };
 
 }  // namespace svg2

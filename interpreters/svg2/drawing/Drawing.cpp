@@ -79,6 +79,38 @@ int Drawing::Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const
     return status_;
 }
 
+int Drawing::DrawGlyph(ElementIndex glyph, const ORVMathAffine2D& toPage, const Viewport& viewport,
+                       const ORVMathBox2D& page, const ContextPaints& context) {
+    page_ = page;
+    rootToPage_ = toPage;
+    status_ = 1;
+    keepsIdentifiers_ = false;  // a glyph is drawn many times
+    DrawState state;
+    state.toPage = toPage;
+    state.viewport = viewport;
+    state.context = &context;
+    const Document& document = scene_.GetDocument();
+    std::vector<ElementIndex> ancestors;
+    for (ElementIndex i = document[glyph].parent; i != kNoElement; i = document[i].parent)
+        ancestors.push_back(i);
+    if (!ancestors.empty()) {
+        const auto root = FindRootViewport(document, viewport);
+        if (!root) return status_;
+        state.toPage = toPage * root->toOuter;
+        state.viewport = root->sizes;
+    }
+    Style parent = Cascade::InitialStyle(), style;
+    parent.colour = context.style->colour;
+    for (std::size_t i = ancestors.size(); i > 0; --i) {
+        if (!TakeElement(ancestors[i - 1])) return status_;
+        scene_.GetCascade().Compute(ancestors[i - 1], parent, style);
+        parent = style;
+    }
+    DrawElement(glyph, parent, state);
+    if (!scene_.GetCascade().IsWithinBudget()) Do(ORVPrintModelRender::kTooManyRepeats);
+    return status_;
+}
+
 void Drawing::DrawElement(ElementIndex element, const Style& parent, const DrawState& state) {
     switch (scene_.GetDocument()[element].tag) {
         case Tag::kG:

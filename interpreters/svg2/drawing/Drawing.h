@@ -49,6 +49,15 @@ public:
     /// @return 1, a failure of ORVPrintModelRender, or a failure of the generator
     [[nodiscard]] int Draw(const ORVMathAffine2D& toPage, const Viewport& viewport, const ORVMathBox2D& page);
 
+    /// Draws the glyph of a font.
+    /// @param glyph     an element of the document, drawn without the transforms of its ancestors
+    /// @param toPage    from px of the root's viewport to page coordinates
+    /// @param viewport  of the root, in px
+    /// @param context   the paints of the text, and the colour that the glyph inherits
+    /// @return like Draw()
+    [[nodiscard]] int DrawGlyph(ElementIndex glyph, const ORVMathAffine2D& toPage, const Viewport& viewport,
+                                const ORVMathBox2D& page, const ContextPaints& context);
+
 private:
     friend class TextDrawing;
 
@@ -65,6 +74,7 @@ private:
     void DrawInnerViewport(ElementIndex element, const Style& style, const DrawState& state, ElementIndex use,
                            const Style* useStyle);
     void DrawImage(ElementIndex element, const Style& style, const DrawState& state);
+    void PrepareDrawing(ImageContent& content, const Viewport& size, int depth);
     void DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                       const DrawState& state);
     /// Sets the element that the following calls draw, for generators that follow origins.
@@ -125,6 +135,8 @@ private:
                     const Style& style, const DrawState& state, const ContextPaints& context);
 
     // ---- patterns (patterns.cpp) ----
+    /// What repeats: plain shapes; what would make the output very large; anything else.
+    enum class TileKind : std::uint8_t { kPlain, kHeavy, kOther };
     /// Fills an outline with a pattern.
     void DrawPattern(const ORVPrintPath& path, const ORVMathAffine2D& toPage, bool isEvenOdd,
                      const MadePaint& paint, const DrawState& state);
@@ -134,10 +146,13 @@ private:
     /// Lets the generator repeat one tile.
     /// @return false, with nothing drawn, if it cannot
     bool DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
-                           const ORVMathBox2D& shown, DrawState& inner, bool isPlain);
+                           const ORVMathBox2D& shown, DrawState& inner, TileKind kind);
     /// A number for the content of tiles.
     std::uint64_t KeyOf(const TileContent& content);
     // ---- tiles of plain shapes (fused_tiles.cpp) ----
+    /// Counts the points of shapes in all tiles.
+    /// @return false, with nothing counted, if there would be too many
+    bool TakePoints(const std::vector<FusedShape>& shapes, const TileRange& range);
     /// Draws shapes in all tiles of a pattern at once.
     void DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles);
     /// @return false unless all content consists of plain shapes

@@ -41,6 +41,17 @@ public:
         const std::uint64_t free = image.GetFileSize() * kPixelsPerFileByte;
         return pixels <= free || Take(pixelsLeft_, pixels - free);
     }
+    /// Counts points of shapes that are repeated in all tiles of a pattern.
+    /// @return false, with nothing counted, if the page would have too many
+    bool TakeTilePoints(std::uint64_t count) { return TakeWhole(tilePointsLeft_, count); }
+    /// Counts tiles within tiles, except plain ones.
+    /// @return false, with nothing counted, if the page would have too many
+    bool TakeInnerTiles(std::uint64_t count) { return TakeWhole(innerTilesLeft_, count); }
+    /// Restarts what is counted for each page.
+    void BeginPage() {
+        tilePointsLeft_ = kMostTilePoints;
+        innerTilesLeft_ = kMostInnerTiles;
+    }
     /// Payload of a mask that is drawn repeatedly, as formats write each mask as a separate object.
     static constexpr std::uint64_t kMaskPayload = 30;
     /// Maximum depth of recursion in one drawing.
@@ -55,7 +66,17 @@ private:
         return isWithin;
     }
 
+    static bool TakeWhole(std::uint64_t& left, std::uint64_t count) {
+        const bool isWithin = count <= left;
+        if (isWithin) left -= count;
+        return isWithin;
+    }
+
+    static constexpr std::uint64_t kMostTilePoints = 2'000'000;  // up to about 45 MB
+    static constexpr std::uint64_t kMostInnerTiles = 1000;       // each may itself contain many
+
     std::uint64_t drawnLeft_, visitsLeft_, pixelsLeft_;
+    std::uint64_t tilePointsLeft_ = kMostTilePoints, innerTilesLeft_ = kMostInnerTiles;  // of the page
 };
 
 }  // namespace svg2

@@ -2,10 +2,12 @@
 #include "interpreters/svg2/drawing/Images.h"
 
 #include <new>
+#include <string>
 #include <utility>
 
 #include "interpreters/svg2/document/outer_files.h"
 #include "interpreters/svg2/document/parsing.h"
+#include "interpreters/svg2/text/glyph_documents.h"
 #include "interpreters/svg2/tree/Scene.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/system/gzip.h"
@@ -23,6 +25,13 @@ bool Unpack(std::string& bytes) {
     if (UnpackGzip(bytes, UnpackLimits::InForce(), unpacked, error) != UnpackResult::kUnpacked) return false;
     bytes = unpacked.GetView();
     return true;
+}
+
+/// @return null if the bytes are not an SVG drawing
+std::unique_ptr<Document> ParseDrawing(std::string bytes) {
+    if (!Unpack(bytes)) return nullptr;
+    auto drawing = ParseDocument(std::move(bytes));
+    return drawing && drawing->IsSvg() ? std::move(drawing) : nullptr;
 }
 
 }  // namespace
@@ -47,6 +56,25 @@ ImageContent& Images::Find(std::string_view reference) {
     return *known;
 }
 
+ImageContent* Images::FindGlyph(const ORVFontFace& face, std::uint32_t glyph, ElementIndex& element) {
+    if (depth_ >= kGreatestDepth) return nullptr;
+    auto table = glyphTables_.find(&face);
+    if (table == glyphTables_.end()) table = glyphTables_.emplace(&face, face.GetTable("SVG ")).first;
+    const std::string_view bytes = FindGlyphDocument(table->second.bytes, glyph);
+    if (bytes.empty()) return nullptr;
+    auto entry = glyphDocuments_.find(bytes.data());
+    if (entry == glyphDocuments_.end()) {
+        // Parsed first: what ran out of memory must not be known as invalid.
+        auto drawing = ParseDrawing(std::string(bytes));
+        entry = glyphDocuments_.try_emplace(bytes.data()).first;
+        entry->second.drawing = std::move(drawing);
+    }
+    ImageContent& content = entry->second;
+    if (!content.drawing) return nullptr;
+    element = content.drawing->FindById("glyph" + std::to_string(glyph));
+    return element == kNoElement ? nullptr : &content;
+}
+
 void Images::Load(std::string_view reference, ImageContent& content) const {
     // Drawings inside drawings may use data URIs only.
     const bool isWithin = EqualsIgnoringCase(reference.substr(0, 5), "data:");
@@ -68,9 +96,7 @@ void Images::Decode(std::string bytes, ImageContent& content) const {
     }
     content.pixels = ORVRef<const ORVPixelImage>(ReadMemoryModuleImage(bytes.data(), bytes.size()));
     if (!content.pixels && ORVPixelImage::RanOutOfMemory()) throw std::bad_alloc();
-    if (content.pixels || depth_ >= kGreatestDepth || !Unpack(bytes)) return;
-    auto drawing = ParseDocument(std::move(bytes));
-    if (drawing && drawing->IsSvg()) content.drawing = std::move(drawing);
+    if (!content.pixels && depth_ < kGreatestDepth) content.drawing = ParseDrawing(std::move(bytes));
 }
 
 }  // namespace svg2

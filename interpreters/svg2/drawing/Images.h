@@ -12,6 +12,7 @@
 #include "interpreters/svg2/values/view_box.h"
 #include "platform/system/ORVRef.h"
 #include "platform/system/ORVUnicodeString.h"
+#include "platform/visualization/fonts/ORVFontFace.h"
 #include "platform/visualization/images/ORVPixelImage.h"
 
 namespace svg2 {
@@ -55,6 +56,11 @@ public:
     bool Place(const Scene& scene, ElementIndex element, const Style& style, const Viewport& viewport,
                PlacedImage& placed);
 
+    /// Finds the drawing of a glyph in the font's table "SVG ". Within the drawing of a glyph there are none.
+    /// @param element  out: what draws the glyph
+    /// @return null if there is none
+    ImageContent* FindGlyph(const ORVFontFace& face, std::uint32_t glyph, ElementIndex& element);
+
     int GetDepth() const { return depth_; }
     /// Maximum nesting of drawings within drawings; deeper ones are not read.
     static constexpr int kGreatestDepth = 8;
@@ -66,6 +72,8 @@ private:
     ORVUnicodeString documentPath_;
     int depth_;
     std::unordered_map<std::string_view, ImageContent> contents_;
+    std::unordered_map<const ORVFontFace*, ORVFontBytes> glyphTables_;
+    std::unordered_map<const char*, ImageContent> glyphDocuments_;  // by the address in a table
     /// Cache by the address of the reference: data URIs are long, and elements are drawn repeatedly.
     std::unordered_map<const char*, std::pair<std::size_t, ImageContent*>> byPlace_;
 };

@@ -157,7 +157,7 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
         std::any_of(segment.layout.runs.begin(), segment.layout.runs.end(),
                     [this](const ORVGlyphRun& run) { return drawing_.fonts_.HasColours(*run.face); });
     if (isColoured) {
-        DrawColoured(segment, paints, state);
+        DrawColoured(segment, paints, style, state);
         return;
     }
     const ORVMathAffine2D toPage = state.toPage * segment.toUser;
@@ -168,7 +168,8 @@ void TextDrawing::DrawGlyphs(const TextSegment& segment, const Style& style, con
 }
 
 /// Draws text whose glyphs may be colour or bitmap glyphs, one by one.
-void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state) {
+void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints, const Style& style,
+                               const DrawState& state) {
     const ORVMathAffine2D toPage = state.toPage * segment.toUser;
     ORVTextLayout part = segment.layout;
     for (const ORVGlyphRun& run : segment.layout.runs) {
@@ -183,7 +184,8 @@ void TextDrawing::DrawColoured(const TextSegment& segment, const Paints& paints,
         }
         for (const ORVGlyph& glyph : run.glyphs) {
             part.runs.front().glyphs.assign(1, glyph);
-            if (PaintGlyph(run, glyph, paints, toPage)) {
+            if (PaintGlyph(run, glyph, paints, toPage) ||
+                DrawGlyphDrawing(segment, run, glyph, paints, style, state)) {
                 // A painted glyph is also written as invisible text, if the format supports it, so that it
                 // can be searched.
                 if ((drawing_.generator_.GetPowers() & ORVPrintGenerator::kUnseenText) != 0)
@@ -228,9 +230,41 @@ bool TextDrawing::PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, cons
     return isPainted;
 }
 
+/// @return false if the font has no drawing of the glyph
+bool TextDrawing::DrawGlyphDrawing(const TextSegment& segment, const ORVGlyphRun& run, const ORVGlyph& glyph,
+                                   const Paints& paints, const Style& style, const DrawState& state) {
+    ElementIndex element = kNoElement;
+    ImageContent* const content = drawing_.images_.FindGlyph(*run.face, glyph.index, element);
+    if (!content || !ORVFindGlyphLayers(*run.face, glyph.index).empty()) return false;
+    // The em square is the viewport, with y down from the baseline.
+    const double unitsPerEm = run.face->GetUnitsPerEm(), unit = run.size / unitsPerEm;
+    const ORVMathAffine2D toPage = state.toPage * segment.toUser *
+                                   ORVMathAffine2D{unit * run.expansion, 0.0, 0.0, -unit, glyph.x, glyph.y};
+    if (!IsInvertible(toPage)) return true;
+    const Viewport square{unitsPerEm, unitsPerEm};
+    drawing_.PrepareDrawing(*content, square, Images::kGreatestDepth);
+    // References of the text's paints are those of another document.
+    Style context = style;
+    for (svg2::Paint* const paint : {&context.fill, &context.stroke})
+        if (paint->kind == svg2::Paint::Kind::kReference) paint->kind = svg2::Paint::Kind::kCurrentColour;
+    context.fillOpacity = 1.0;  // that of the glyph
+    const ContextPaints given{&context, [this] { return box_; }, state.viewport, state.toPage, nullptr};
+    ORVPrintLayer layer;
+    layer.opacity = paints.inside.colour.opacity / 255.0;
+    layer.box = drawing_.page_;
+    const bool isFaint = layer.opacity < 1.0;
+    if (isFaint && !drawing_.Do(drawing_.generator_.BeginLayer(layer))) return true;
+    Drawing inner(*content->scene, drawing_.generator_, drawing_.budget_, *content->images, drawing_.fonts_);
+    drawing_.Do(inner.DrawGlyph(element, toPage, square, drawing_.page_, given));
+    if (isFaint) drawing_.Do(drawing_.generator_.EndLayer());
+    return true;
+}
+
 /// @return false if the font has no bitmap glyph
 bool TextDrawing::DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                               const ORVMathAffine2D& toPage) {
+    // Of other fonts, an image of the outline or of the layers would be made.
+    if (!drawing_.fonts_.HasImages(*run.face)) return false;
     const ORVPrintColour colour = paints.inside.colour;
     const ORVGlyphBitmap bitmap = ORVMakeGlyphBitmap(*run.face, glyph.index, run.size * toPage.Enlargement(),
                                                      {colour.red, colour.green, colour.blue});

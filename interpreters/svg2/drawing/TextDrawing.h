@@ -27,9 +27,12 @@ private:
     template <class Action>
     void PaintTiles(const MadePaint& paint, const DrawState& state, double margin, Action draw);
     void DrawGlyphs(const TextSegment& segment, const Style& style, const DrawState& state, double opacity);
-    void DrawColoured(const TextSegment& segment, const Paints& paints, const DrawState& state);
+    void DrawColoured(const TextSegment& segment, const Paints& paints, const Style& style,
+                      const DrawState& state);
     bool PaintGlyph(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                     const ORVMathAffine2D& toPage);
+    bool DrawGlyphDrawing(const TextSegment& segment, const ORVGlyphRun& run, const ORVGlyph& glyph,
+                          const Paints& paints, const Style& style, const DrawState& state);
     bool DrawImageOf(const ORVGlyphRun& run, const ORVGlyph& glyph, const Paints& paints,
                      const ORVMathAffine2D& toPage);
     void DrawLines(const TextSegment& segment, const Style& style, const DrawState& state, double opacity,

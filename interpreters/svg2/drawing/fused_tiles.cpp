@@ -38,14 +38,20 @@ bool Holds(const ORVMathBox2D& outer, const ORVMathBox2D& inner) {
 ORVMathBox2D BoxWithPen(const ORVPrintPath& path, const ORVMathAffine2D& map, const ORVPrintStroke& pen) {
     ORVMathBox2D box = BoxOf(path, map);
     if (box.IsEmpty()) return box;
-    double reach = pen.width / 2.0;
-    if (pen.join == ORVPrintStroke::Join::kMiter || pen.join == ORVPrintStroke::Join::kMiterClip) {
-        const bool hasCorners = path.verbs.size() > 2;
-        if (hasCorners) reach *= pen.miterLimit;
-    }
-    if (pen.cap == ORVPrintStroke::Cap::kSquare) reach = std::max(reach, pen.width * 0.75);
+    double tip = pen.cap == ORVPrintStroke::Cap::kSquare ? 1.5 : 1.0;
+    for (const Contour& contour : ContoursOf(path)) tip = std::max(tip, LongestTip(contour, pen));
+    const double reach = tip * pen.width / 2.0;
     const double x = reach * std::hypot(map.m11, map.m12), y = reach * std::hypot(map.m21, map.m22);
     return {box.xMin - x, box.xMax + x, box.yMin - y, box.yMax + y};
+}
+
+/// About how many points the area and the line of a shape have.
+/// @param isCut  the line is drawn as an area, in pieces
+std::uint64_t PointsOf(const ORVPrintPath& path, bool hasPen, bool isCut) {
+    constexpr std::uint64_t kPointsOfPieces = 100;  // of a verb; curves have many more than lines
+    const std::uint64_t points = path.points.size();
+    if (!hasPen) return points;
+    return points + (isCut ? kPointsOfPieces * path.verbs.size() : points);
 }
 
 /// A path repeated for all tiles. `right` and `down` are the steps between tiles, in the path's coordinates.
@@ -211,12 +217,19 @@ bool Drawing::CollectFused(ElementIndex parent, const Style& style, const Patter
         const bool isCut = hasPen && !fuser.HoldsLine(pen);
         if (isCut && (!pen.dashes.empty() || pen.join == ORVPrintStroke::Join::kMiterClip)) return false;
         shape.opacity = PaintOpacity(child, own);
+        shape.points = PointsOf(shape.path, hasPen, isCut);
         const ORVMathBox2D reach =
             hasPen ? BoxWithPen(shape.path, shape.toPattern, pen) : BoxOf(shape.path, shape.toPattern);
         shape.box = reach.Intersection(tiles.first.Box());
         shapes.push_back(std::move(shape));
     }
     return true;
+}
+
+bool Drawing::TakePoints(const std::vector<FusedShape>& shapes, const TileRange& range) {
+    std::uint64_t points = 0;
+    for (const FusedShape& shape : shapes) points += shape.points;
+    return budget_.TakeTilePoints(points * range.Count());
 }
 
 void Drawing::DrawFusedTiles(const std::vector<FusedShape>& shapes, const PatternTiles& tiles) {

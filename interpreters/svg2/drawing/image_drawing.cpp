@@ -64,17 +64,21 @@ void Drawing::PlaceImage(ImageContent& content, const Rectangle& place, const As
     EndBack(mark);
 }
 
+/// Creates what is needed to draw the drawing of an image.
+void Drawing::PrepareDrawing(ImageContent& content, const Viewport& size, int depth) {
+    if (content.scene) return;
+    budget_.AllowFor(*content.drawing);
+    content.scene = std::make_unique<Scene>(*content.drawing, Medium{size.width, size.height},
+                                            scene_.GetCascade().GetWork());
+    content.images = std::make_unique<Images>(ORVUnicodeString(), depth);
+}
+
 // Draws a nested drawing, with its own styles and without external references.
 void Drawing::DrawSvgImage(ImageContent& content, const Rectangle& place, const AspectRatio& ratio,
                            const DrawState& state) {
     const Viewport size = FindImageSize(*content.drawing);
     if (!IsInvertible(state.toPage)) return;
-    if (!content.scene) {
-        budget_.AllowFor(*content.drawing);
-        content.scene = std::make_unique<Scene>(*content.drawing, Medium{size.width, size.height},
-                                                scene_.GetCascade().GetWork());
-        content.images = std::make_unique<Images>(ORVUnicodeString(), images_.GetDepth() + 1);
-    }
+    PrepareDrawing(content, size, images_.GetDepth() + 1);
     Drawing inner(*content.scene, generator_, budget_, *content.images, fonts_);
     // The drawing is fitted into its area with its own size as the view box.
     const Rectangle natural{0.0, 0.0, size.width, size.height};

@@ -43,7 +43,8 @@ struct FusedShape {
     ORVPrintPath path;
     ORVMathAffine2D toPattern;  // for the first tile
     double opacity = 1.0;
-    ORVMathBox2D box;  // visible part in the first tile, in pattern units
+    ORVMathBox2D box;          // visible part in the first tile, in pattern units
+    std::uint64_t points = 0;  // drawn per tile
 };
 
 }  // namespace svg2

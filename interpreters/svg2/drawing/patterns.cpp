@@ -106,11 +106,20 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
     }
     std::vector<FusedShape> shapes;
     const bool isPlain = all.range.Count() > 1 && CollectFused(content, style, all, all.toTile, 0, shapes);
-    if (isPlain && !HasSeams(shapes, all.first.Box()) &&
-        DrawOneTileForAll(content, style, all, shown, inner, true))
+    // A few plain tiles are drawn as one shape: viewers may render pattern cells as images of whole pixels,
+    // with gaps between them. Many tiles would make the file large, so the format's own pattern is used.
+    constexpr std::uint64_t kFewTiles = 1000;
+    if (isPlain && all.range.Count() > kFewTiles && !HasSeams(shapes, all.first.Box()) &&
+        DrawOneTileForAll(content, style, all, shown, inner, TileKind::kPlain))
+        return;
+    const bool isHeavy =
+        isPlain ? !TakePoints(shapes, all.range)
+                : inner.isWithinTile && all.range.Count() > 1 && !budget_.TakeInnerTiles(all.range.Count());
+    inner.isWithinTile = true;
+    if (all.range.Count() > 1 && (!isPlain || isHeavy) &&
+        DrawOneTileForAll(content, style, all, shown, inner, isHeavy ? TileKind::kHeavy : TileKind::kOther))
         return;
     if (isPlain) return DrawFusedTiles(shapes, all);
-    if (all.range.Count() > 1 && DrawOneTileForAll(content, style, all, shown, inner, false)) return;
     for (long y = all.range.yFirst; y <= all.range.yLast && !IsStopped(); ++y) {
         for (long x = all.range.xFirst; x <= all.range.xLast && !IsStopped(); ++x) {
             if (!TakeElement(content)) break;
@@ -126,13 +135,10 @@ void Drawing::DrawTiles(ElementIndex content, const Style& style, const PatternT
     }
 }
 
-// A few plain tiles are drawn as one shape: viewers may render pattern cells as images of whole pixels, with
-// gaps between them. Many tiles would make the file large, so the format's own pattern is used.
 bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const PatternTiles& all,
-                                const ORVMathBox2D& shown, DrawState& inner, bool isPlain) {
-    constexpr std::uint64_t kFewTiles = 1000;
+                                const ORVMathBox2D& shown, DrawState& inner, TileKind kind) {
     const double scale = all.patternToPage.Enlargement();
-    if ((isPlain && all.range.Count() <= kFewTiles) || !(scale > 0.0)) return false;
+    if (!(scale > 0.0)) return false;
     // Scaled to page units, because formats round coordinates.
     const auto toTiles = ORVMathAffine2D::Scaling(scale, scale);
     ORVPrintTiles tiles;
@@ -141,7 +147,8 @@ bool Drawing::DrawOneTileForAll(ElementIndex content, const Style& style, const 
     tiles.yStep = all.first.height * scale;
     tiles.toPage = all.patternToPage * ORVMathAffine2D::Scaling(1.0 / scale, 1.0 / scale);
     tiles.shown = shown;
-    tiles.isPlain = isPlain;
+    tiles.isPlain = kind == TileKind::kPlain;
+    tiles.isHeavy = kind == TileKind::kHeavy;
     tiles.key = KeyOf({content,
                        {tiles.tile.xMin, tiles.tile.yMin},
                        {tiles.tile.xMax, tiles.tile.yMax},

@@ -46,6 +46,25 @@ Line LineOf(const ORVMathPoint2D& from, const ORVMathPoint2D& to) {
     return {from, to, (to.x - from.x) / length, (to.y - from.y) / length};
 }
 
+/// 2 where the contour goes straight on, 0 where it turns back.
+double OpennessOf(const Line& before, const Line& after) {
+    return 1.0 + before.x * after.x + before.y * after.y;
+}
+
+bool HasTip(double openness, const ORVPrintStroke& pen) {
+    return pen.join != ORVPrintStroke::Join::kBevel && openness > 1e-9 &&
+           2.0 <= pen.miterLimit * pen.miterLimit * openness;
+}
+
+std::vector<Line> LinesOf(const Contour& contour) {
+    const Corners& points = contour.points;
+    const std::size_t count = contour.isClosed ? points.size() : points.size() - 1;
+    std::vector<Line> lines;
+    for (std::size_t i = 0; i < count; ++i)
+        lines.push_back(LineOf(points[i], points[(i + 1) % points.size()]));
+    return lines;
+}
+
 void AddDisc(const ORVMathPoint2D& centre, double radius, std::vector<Corners>& pieces) {
     Corners disc;
     for (int i = 0; i < kDiscCorners; ++i) {
@@ -63,14 +82,12 @@ void AddJoin(const Line& before, const Line& after, const ORVPrintStroke& pen, s
         return;
     }
     const double turn = before.x * after.y - before.y * after.x;
-    const double openness = 1.0 + before.x * after.x + before.y * after.y;
+    const double openness = OpennessOf(before, after);
     const double side = turn > 0.0 ? half : -half;  // on the outer side
     const ORVMathPoint2D first{corner.x + before.y * side, corner.y - before.x * side};
     const ORVMathPoint2D last{corner.x + after.y * side, corner.y - after.x * side};
     Corners piece{corner, first};
-    const bool hasTip = pen.join != ORVPrintStroke::Join::kBevel && openness > 1e-9 &&
-                        2.0 <= pen.miterLimit * pen.miterLimit * openness;
-    if (hasTip)
+    if (HasTip(openness, pen))
         piece.push_back({corner.x + (before.y + after.y) * side / openness,
                          corner.y - (before.x + after.x) * side / openness});
     piece.push_back(last);
@@ -156,10 +173,8 @@ void AddStrokePieces(const Contour& contour, const ORVPrintStroke& pen, std::vec
             AddLine({points.front(), points.front(), 1.0, 0.0}, half, half, half, pieces);
         return;
     }
-    const std::size_t count = contour.isClosed ? points.size() : points.size() - 1;
-    std::vector<Line> lines;
-    for (std::size_t i = 0; i < count; ++i)
-        lines.push_back(LineOf(points[i], points[(i + 1) % points.size()]));
+    const std::vector<Line> lines = LinesOf(contour);
+    const std::size_t count = lines.size();
     for (std::size_t i = 0; i < count; ++i) {
         const bool isFirst = i == 0 && !contour.isClosed, isLast = i + 1 == count && !contour.isClosed;
         AddLine(lines[i], half, isFirst ? longer : 0.0, isLast ? longer : 0.0, pieces);
@@ -169,6 +184,22 @@ void AddStrokePieces(const Contour& contour, const ORVPrintStroke& pen, std::vec
         AddDisc(points.front(), half, pieces);
         AddDisc(points.back(), half, pieces);
     }
+}
+
+double LongestTip(const Contour& contour, const ORVPrintStroke& pen) {
+    using Join = ORVPrintStroke::Join;
+    double longest = 1.0;
+    const bool hasTips = pen.join == Join::kMiter || pen.join == Join::kMiterClip;
+    if (!hasTips || contour.points.size() < 2) return longest;
+    const std::vector<Line> lines = LinesOf(contour);
+    for (std::size_t i = contour.isClosed ? 0 : 1; i < lines.size(); ++i) {
+        const double openness = OpennessOf(i > 0 ? lines[i - 1] : lines.back(), lines[i]);
+        if (HasTip(openness, pen))
+            longest = std::max(longest, std::sqrt(2.0 / openness));
+        else if (pen.join == Join::kMiterClip)
+            longest = std::max(longest, pen.miterLimit);
+    }
+    return longest;
 }
 
 Corners CutToBox(Corners area, const ORVMathBox2D& box) {

@@ -23,6 +23,9 @@ std::vector<Contour> ContoursOf(const ORVPrintPath& path);
 /// Appends polygons, which may overlap, that cover the stroke of a contour. Dashes are ignored.
 void AddStrokePieces(const Contour& contour, const ORVPrintStroke& pen, std::vector<Corners>& pieces);
 
+/// How far the tips of mitered joins reach from a contour, in half line widths; at least 1.
+double LongestTip(const Contour& contour, const ORVPrintStroke& pen);
+
 /// Clips a polygon to a box. Winding numbers inside the box are preserved.
 Corners CutToBox(Corners area, const ORVMathBox2D& box);
 

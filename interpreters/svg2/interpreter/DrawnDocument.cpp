@@ -152,6 +152,7 @@ int DrawnDocument::DrawPages(const std::vector<unsigned int>& numbers, ORVPrintG
     unsigned int place = 0;
     for (const unsigned int number : numbers) {
         const Page& page = pages_[number - 1];
+        budget.BeginPage();
         ORVPrintPageInfo info;
         info.number = ++place;
         info.width = page.GetWidth();

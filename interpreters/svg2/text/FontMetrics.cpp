@@ -134,10 +134,19 @@ void TextFonts::Adjust(const FontSizeAdjustment& adjustment, DocumentFonts* own,
 
 bool TextFonts::HasColours(const ORVFontFace& face) {
     if (&face == lastPlain_) return false;
-    const auto [entry, isNew] = hasColours_.try_emplace(&face);
-    if (isNew) entry->second = ORVHasColours(face);
-    if (!entry->second) lastPlain_ = &face;
-    return entry->second;
+    const auto known = hasColours_.find(&face);
+    const bool has = known != hasColours_.end() ? known->second
+                                                : ORVHasColours(face) || !face.GetTable("SVG ").bytes.empty();
+    if (known == hasColours_.end()) hasColours_.emplace(&face, has);
+    if (!has) lastPlain_ = &face;
+    return has;
+}
+
+bool TextFonts::HasImages(const ORVFontFace& face) {
+    const auto known = hasImages_.find(&face);
+    if (known != hasImages_.end()) return known->second;
+    const bool has = !face.GetTable("CBDT").bytes.empty() || !face.GetTable("sbix").bytes.empty();
+    return hasImages_.emplace(&face, has).first->second;
 }
 
 }  // namespace svg2

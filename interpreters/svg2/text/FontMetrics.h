@@ -51,6 +51,8 @@ public:
 
     /// True if glyphs of a face may have colours of their own.
     bool HasColours(const ORVFontFace& face);
+    /// True if glyphs of a face may be images.
+    bool HasImages(const ORVFontFace& face);
 
     /// Counts text that is repeated by reference.
     /// @return false once it is out of proportion to the document
@@ -64,7 +66,7 @@ private:
     void Adjust(const FontSizeAdjustment& adjustment, DocumentFonts* own, TextFont& font);
 
     std::unordered_map<const ORVFontFace*, FontMetrics> metrics_;
-    std::unordered_map<const ORVFontFace*, bool> hasColours_;
+    std::unordered_map<const ORVFontFace*, bool> hasColours_, hasImages_;
     const ORVFontFace* lastPlain_ = nullptr;
     ORVFontQuery last_;
     DocumentFonts* lastOwn_ = nullptr;

@@ -11,6 +11,7 @@
 #include "interpreters/svg2/values/path_data.h"
 #include "interpreters/svg2/values/scanner.h"
 #include "platform/visualization/fonts/ORVShapedText.h"
+#include "platform/visualization/fonts/letter_case.h"
 #include "platform/visualization/fonts/text_failure.h"
 
 namespace svg2 {
@@ -55,6 +56,7 @@ bool TextContent::Collect(ElementIndex element, const Style& style, const Viewpo
         ORVNoteTextFailure("tref elements repeat too much text; write the text where it is needed");
         return false;
     }
+    if (hasFailed_) return false;
     DropSpaceAtEnd();
     if ((hasMarks_ || IsVertical()) && !FindParts()) return false;
     ApplyLists();
@@ -138,7 +140,25 @@ void TextContent::CollectChild(ElementIndex child, std::size_t parent) {
     if (!style.isDisplayed) endsWithSpace_ = endedWithSpace;
 }
 
-void TextContent::AddText(std::string_view text, std::size_t span) {
+/// The text in the letter case that its span asks for.
+std::string_view TextContent::Transformed(std::string_view text, std::size_t span, std::string& memory) {
+    constexpr std::size_t kLongestWord = 256;
+    const TextTransform transform = spans_[span].style->textTransform;
+    if (transform == TextTransform::kNone || hasFailed_) return text;
+    // A word may have begun in another span.
+    std::size_t start = text_.size() - std::min(text_.size(), kLongestWord);
+    while (start < text_.size() && (static_cast<unsigned char>(text_[start]) & 0xC0U) == 0x80U) ++start;
+    const ORVLetterCase letterCase = transform == TextTransform::kUppercase   ? ORVLetterCase::kUpper
+                                     : transform == TextTransform::kLowercase ? ORVLetterCase::kLower
+                                                                              : ORVLetterCase::kWordStarts;
+    hasFailed_ = !ORVChangeCase(text, letterCase, std::string_view(text_).substr(start),
+                                scene_.GetDocument().LanguageOf(spans_[span].element), memory);
+    return memory;
+}
+
+void TextContent::AddText(std::string_view written, std::size_t span) {
+    std::string memory;
+    const std::string_view text = Transformed(written, span, memory);
     const bool collapses = spans_[span].style->whiteSpace == WhiteSpace::kCollapse;
     const bool isHidden = spans_[span].isHidden;
     if (characters_.empty()) {

@@ -98,7 +98,8 @@ private:
     void AddSpan(ElementIndex element, const Style& style, std::size_t parent);
     void CollectChildren(std::size_t span);
     void CollectChild(ElementIndex child, std::size_t parent);
-    void AddText(std::string_view text, std::size_t span);
+    std::string_view Transformed(std::string_view text, std::size_t span, std::string& memory);
+    void AddText(std::string_view written, std::size_t span);
     bool AddReferenced(std::size_t span);
     void AddRail(TextSpan& span);
     void ReadStartOffset(const TextSpan& span, ElementIndex target, TextRail& rail);
@@ -123,7 +124,7 @@ private:
     std::vector<TextPlace> places_;  // for the first characters
     std::vector<double> rotations_;  // the same, in degrees
     bool endsWithSpace_ = true;
-    bool hasMoves_ = false, hasMarks_ = false, isTooLong_ = false;
+    bool hasMoves_ = false, hasMarks_ = false, isTooLong_ = false, hasFailed_ = false;
 };
 
 }  // namespace svg2

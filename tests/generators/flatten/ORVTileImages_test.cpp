@@ -288,6 +288,16 @@ TEST_F(ORVTileImagesTest, FormatsWithoutPixelsGetImagesOfTilesThatReturnOftenOnA
     EXPECT_EQ(stage_->BeginTiles(Tiles(10, 10)), kNoTiles);
 }
 
+TEST_F(ORVTileImagesTest, HeavyTilesAreImagesInAllFormats) {
+    Begin(90.0, 48.0);
+    ORVPrintTiles tiles = Tiles(10, 10);
+    tiles.isHeavy = true;
+    ASSERT_EQ(stage_->BeginTiles(tiles), kDrawTile);
+    Fill(0, 0, 5, 5);
+    ASSERT_EQ(stage_->EndTiles(), 1);
+    EXPECT_THAT(page_.lines, ElementsAre("pattern"));
+}
+
 TEST_F(ORVTileImagesTest, TransparentTilesShowNothing) {
     ASSERT_EQ(stage_->BeginTiles(Tiles(10, 10)), kDrawTile);
     ASSERT_EQ(stage_->EndTiles(), 1);

@@ -105,7 +105,8 @@ public:
     int EndFilterInput() override { return Close(); }
     int BeginTiles(const ORVPrintTiles& tiles) override {
         if (!takesTiles_) return kNoTiles;
-        Add((tiles.isPlain ? "tiles " : "mixed tiles " + std::to_string(tiles.key) + ": ") + Box(tiles.tile) +
+        const std::string kind = tiles.isHeavy ? "heavy tiles " : "mixed tiles ";
+        Add((tiles.isPlain ? "tiles " : kind + std::to_string(tiles.key) + ": ") + Box(tiles.tile) +
             " every " + Number(tiles.xStep * kPx) + "," + Number(tiles.yStep * kPx) + " from " +
             Point(tiles.toPage({0.0, 0.0})) + " on " + Box(tiles.shown));
         return Open();

@@ -14,6 +14,7 @@
 #include "platform/system/ORVPrintLimits.h"
 #include "tests/interpreters/svg2/call_sketch.h"
 #include "tests/support/test_texts.h"
+#include "tests/support/tiny_fonts.h"
 
 namespace {
 
@@ -111,6 +112,9 @@ std::vector<HostileCase> References() {
         {"MarkersOnManyVertices", End::kPage,
          WithReferences("<marker id='m'><path d='M0 0h1v1z'/></marker><path marker-mid='url(^m)' d='M0 0" +
                         Repeat("h1v1", 10'000) + "'/>")},
+        {"AGlyphOfMany", End::kError,
+         std::string("<style>@font-face{font-family:t;src:url(data:;base64,") + tiny_fonts::kSvgBomb +
+             ")}</style><text y='9' font-family='t'>A</text>"},
         {"LargeMarkersOnManyVertices", End::kError,
          WithReferences("<marker id='m'>" + Repeat("<path d='M0 0h1v1z'/>", 100) +
                         "</marker><path marker-mid='url(^m)' d='M0 0" + Repeat("h1v1", 3'000) + "'/>")},

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tests/interpreters/svg2/call_sketch.h"
+#include "tests/support/test_texts.h"
 
 namespace {
 
@@ -138,6 +141,10 @@ TEST(PatternTest, ManyPlainTilesAreLeftToGeneratorsThatRepeatThem) {
     // Tiles are clipped, whatever "overflow" says.
     EXPECT_EQ(SketchContent(pattern("width='2' height='2' overflow='visible'", dot), true),
               SketchContent(pattern("width='2' height='2'", dot), true));
+    // A line that the cell holds, with the tips of its joins, leaves no gaps.
+    const std::string corner = "<path d='M.5 .5h1v1z' stroke='red' stroke-width='.3' stroke-miterlimit='";
+    EXPECT_NE(SketchContent(pattern("width='2' height='2'", corner + "9'/>"), true).find("tiles 0,0 2,2"),
+              std::string::npos);
     // A few tiles remain vector graphics.
     for (const std::string& other :
          {pattern("width='8' height='8'", dot),
@@ -178,6 +185,54 @@ TEST(PatternTest, TilesOfOtherContentAreOfferedAsSuch) {
     // One tile is drawn as it is.
     const std::string single = pattern("p", "width='10'", faint) + rect("p");
     EXPECT_EQ(SketchContent(single, true), SketchContent(single));
+}
+
+/// The kinds of tiles of a page, in order.
+std::string KindsOfTiles(const std::string& calls) {
+    std::string kinds;
+    for (std::size_t at = calls.find("tiles "); at != std::string::npos; at = calls.find("tiles ", at + 1)) {
+        const std::string before = calls.substr(0, at);
+        kinds += before.ends_with("heavy ") ? "heavy " : before.ends_with("mixed ") ? "mixed " : "plain ";
+    }
+    return kinds;
+}
+
+// 202 points for each of 2,500 tiles: a page has room for three of these.
+TEST(PatternTest, PlainTilesAreHeavyWhenTheirShapesWouldHaveTooManyPoints) {
+    const std::string pattern =
+        "<pattern id='p' width='2' height='2' patternUnits='userSpaceOnUse'><path d='M0 1h2' stroke='red' "
+        "stroke-width='.5'/></pattern>";
+    const std::string rect = "<rect width='100' height='100' fill='url(#p)'/>";
+    EXPECT_EQ(KindsOfTiles(SketchContent(pattern + Repeat(rect, 3), true)), "");
+    EXPECT_EQ(KindsOfTiles(SketchContent(pattern + Repeat(rect, 5), true)), "heavy heavy ");
+    // Generators that do not repeat tiles draw the shapes.
+    const std::string two = SketchContent(pattern + Repeat(rect, 2));
+    EXPECT_EQ(SketchContent(pattern + Repeat(rect, 4)), two + two.substr(two.find('\n') + 1));
+    const auto pages = [&](const std::string& content) {
+        return SketchCalls(
+            "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100' "
+            "xmlns:i='http://www.inkscape.org/namespaces/inkscape' "
+            "xmlns:s='http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd'><s:namedview>"
+            "<i:page x='0' y='0' width='100' height='100'/><i:page x='0' y='0' "
+            "width='100' height='100'/></s:namedview>" +
+                content + "</svg>",
+            true);
+    };
+    EXPECT_EQ(KindsOfTiles(pages(pattern + Repeat(rect, 3))), "");
+    EXPECT_EQ(KindsOfTiles(pages(pattern + Repeat(rect, 4))), "heavy heavy ");
+}
+
+// Each of the outer tiles may be drawn, with all inner ones.
+TEST(PatternTest, TilesWithinTilesAreHeavyWhenThereAreMany) {
+    const auto nested = [](const std::string& size) {
+        return "<pattern id='p' width='50' height='50' patternUnits='userSpaceOnUse'><rect width='40' "
+               "height='40' fill='url(#q)'/></pattern><pattern id='q' width='" +
+               size + "' height='" + size +
+               "' patternUnits='userSpaceOnUse'><g opacity='.5'><rect width='.5' height='.5'/></g></pattern>"
+               "<rect width='100' height='100' fill='url(#p)'/>";
+    };
+    EXPECT_EQ(KindsOfTiles(SketchContent(nested("2"), true)), "mixed mixed ");
+    EXPECT_EQ(KindsOfTiles(SketchContent(nested("1"), true)), "mixed heavy ");
 }
 
 TEST(PatternTest, IsDrawnTileByTileWithinTheOutline) {

@@ -43,10 +43,10 @@ std::string Written(const Style& s) {
         << s.fontStretch << ' ' << s.fontVariants << s.hasKerning << ' ';
     Put(out, s.letterSpacing);
     Put(out, s.wordSpacing);
-    out << int(s.textAnchor) << s.isRightToLeft << int(s.writingMode) << ' ' << int(s.dominantBaseline) << ' '
-        << int(s.whiteSpace) << s.isDisplayed << ' ' << s.opacity << ' ' << s.clipPath << ';' << s.mask << ';'
-        << s.filter << ';' << int(s.blend) << s.isIsolated << s.hidesOverflow << s.overflowIsStated << ' '
-        << s.transformOrigin << ';' << s.transformBox << ';';
+    out << int(s.textAnchor) << int(s.textTransform) << s.isRightToLeft << int(s.writingMode) << ' '
+        << int(s.dominantBaseline) << ' ' << int(s.whiteSpace) << s.isDisplayed << ' ' << s.opacity << ' '
+        << s.clipPath << ';' << s.mask << ';' << s.filter << ';' << int(s.blend) << s.isIsolated
+        << s.hidesOverflow << s.overflowIsStated << ' ' << s.transformOrigin << ';' << s.transformBox << ';';
     for (const ColourValue* value : {&s.stopColour, &s.floodColour, &s.lightingColour, &s.backgroundColour})
         Put(out, *value);
     out << s.stopOpacity << ' ' << s.floodOpacity << ' ' << int(s.decorationLines) << ' '
@@ -123,6 +123,9 @@ constexpr Row kRows[] = {
     {"text-decoration-line", "overline", "underline red", false},
     {"text-decoration-style", "dotted", "straight", false},
     {"text-decoration-thickness", "3px", "-1px", false},
+    {"text-transform", "uppercase", "full-width", true},
+    {"text-transform", "capitalize", "capitalize lowercase", true},
+    {"text-transform", "lowercase", "", true},
     {"transform-box", "fill-box", nullptr, false},
     {"transform-origin", "1px 2px", nullptr, false},
     {"unicode-bidi", "embed", nullptr, false},

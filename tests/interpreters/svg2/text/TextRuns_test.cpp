@@ -65,6 +65,25 @@ TEST(TextRunsTest, SmallCapitalsAreMadeOfCapitalsWhereTheFontHasNone) {
                 1e-9);
 }
 
+TEST(TextRunsTest, LetterCaseIsThatOfTheSpan) {
+    const struct {
+        const char *text, *same;
+    } kRows[] = {
+        {"<text style='text-transform:uppercase'>aß</text>", "<text>ASS</text>"},
+        {"<text style='text-transform:uppercase' xml:lang='tr'>i<tspan lang='en'>i</tspan></text>",
+         "<text>\u0130I</text>"},
+        {"<text style='text-transform:lowercase'>AB<tspan style='text-transform:none'>C</tspan>D</text>",
+         "<text>abCd</text>"},
+        {"<text style='text-transform:capitalize'>ab<tspan>cd ef</tspan>gh <tspan>ij</tspan></text>",
+         "<text>Abcd Efgh Ij</text>"},
+        {"<text>a<tspan style='text-transform:capitalize'>b  c</tspan></text>", "<text>ab C</text>"},
+        {"<text style='text-transform:uppercase' font-variant='small-caps'>ab</text>", "<text>AB</text>"},
+        {"<text style='text-transform:uppercase'><tref href='#a'/></text><text id='a'>ab</text>",
+         "<text>AB</text>"},
+    };
+    for (const auto& row : kRows) EXPECT_EQ(GlyphsOf(row.text), GlyphsOf(row.same)) << row.text;
+}
+
 TEST(TextRunsTest, OneLongTextIsAsLongAsItsParts) {
     std::string words;
     for (int i = 0; i < 30'000; ++i) words += "Two words ";
